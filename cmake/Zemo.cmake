@@ -1,0 +1,26 @@
+# Two shorthands, so that a folder's CMakeLists.txt only lists its files and what it stands on.
+include(GoogleTest)
+
+# zemo_library(NAME SOURCES a.cpp ... DEPENDS other ...): a static library whose headers are included
+# from src/ down ("engine/MainTick.h").
+function(zemo_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  target_link_libraries(${name} PUBLIC ${ARG_DEPENDS})
+endfunction()
+
+# zemo_tests(NAME LABEL label SOURCES a.cpp ... DEPENDS other ...): a GoogleTest executable, each of
+# its tests known to CTest under the label (logic, sound, app). Target zemo_tests_LABEL builds all
+# executables of a label.
+function(zemo_tests name)
+  cmake_parse_arguments(ARG "" "LABEL" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
+  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300)
+  if(NOT TARGET zemo_tests_${ARG_LABEL})
+    add_custom_target(zemo_tests_${ARG_LABEL})
+  endif()
+  add_dependencies(zemo_tests_${ARG_LABEL} ${name})
+endfunction()

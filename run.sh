@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Builds Zemo Radio and goes on air: with the demo station (made at the first run), or with the
+# station named by --station. All arguments pass on to `zemoradio run`.
+set -euo pipefail
+
+root="$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd -P)"
+program="$root/build/release/zemoradio"
+
+"$root/setup/install.sh"
+(
+  cd -- "$root"
+  cmake --preset release --log-level=WARNING >/dev/null
+  cmake --build --preset release --target zemoradio --parallel "$(nproc)"
+)
+
+for argument in "$@"; do
+  case "$argument" in
+    --station | --station=*) exec "$program" run "$@" ;;
+  esac
+done
+
+demo="${XDG_DATA_HOME:-$HOME/.local/share}/ZemoKaluri/Demo"
+[ -e "$demo/Triskin.MDB" ] || "$program" demo "$demo"
+exec "$program" run --station "$demo" "$@"

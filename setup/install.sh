@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Installs the Debian packages of setup/packages.txt that are missing; does and says nothing when all
+# are there. Needs root or sudo only when something is missing.
+set -euo pipefail
+
+here="$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd -P)"
+
+fail() {
+  echo "setup: $*" >&2
+  exit 1
+}
+
+# The names of packages.txt that dpkg does not know as installed, one a line.
+missing_packages() {
+  local name state
+  while read -r name; do
+    state="$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null || true)"
+    [ "$state" = installed ] || echo "$name"
+  done < <(sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' "$here/packages.txt")
+}
+
+command -v dpkg-query >/dev/null && command -v apt-get >/dev/null ||
+  fail "this is no Debian system; install the equivalents of $here/packages.txt by hand"
+
+mapfile -t missing < <(missing_packages)
+[ "${#missing[@]}" -gt 0 ] || exit 0
+
+as_root=(env DEBIAN_FRONTEND=noninteractive)
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || fail "run as root: apt-get install ${missing[*]}"
+  as_root=(sudo "${as_root[@]}")
+fi
+
+apt_install() {
+  "${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
+}
+
+echo "setup: installing ${missing[*]}"
+# A fresh system has no package lists yet, and old lists name files that are gone.
+if apt-cache show "${missing[@]}" >/dev/null 2>&1 && apt_install; then exit 0; fi
+"${as_root[@]}" apt-get update -q || fail "the package lists cannot be fetched"
+apt_install || fail "could not install: ${missing[*]}"

@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Everything that must hold, in four builds: the logic without Qt and sound libraries (it has to build),
+# the logic and the sound chain under the address and undefined-behaviour sanitizers, the sound chain
+# under the thread sanitizer, and last the release build with all tests, whose CTest summary ends the
+# run.
+set -euo pipefail
+
+root="$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd -P)"
+cd -- "$root"
+jobs="$(nproc)"
+
+# build PRESET TARGET...
+build() {
+  local preset="$1"
+  shift
+  echo "== $preset"
+  cmake --preset "$preset" --log-level=WARNING >/dev/null
+  cmake --build --preset "$preset" --parallel "$jobs" --target "$@"
+}
+
+# check PRESET LABELS TARGET...: builds the targets and runs the tests whose label matches the
+# expression LABELS, all tests when it is empty.
+check() {
+  local preset="$1" labels="$2"
+  shift 2
+  build "$preset" "$@"
+  ctest --test-dir "build/$preset" ${labels:+--label-regex "$labels"} --no-tests=error \
+    --output-on-failure --parallel "$jobs"
+}
+
+setup/install.sh
+# Another clone of the same sources finds the objects of this one.
+export CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=1
+export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1${ASAN_OPTIONS:+:$ASAN_OPTIONS}"
+export UBSAN_OPTIONS="halt_on_error=1:print_stacktrace=1${UBSAN_OPTIONS:+:$UBSAN_OPTIONS}"
+export TSAN_OPTIONS="halt_on_error=1:second_deadlock_stack=1${TSAN_OPTIONS:+:$TSAN_OPTIONS}"
+
+build logic zemo_test_support  # stands on the whole logic and the simulated platform
+check asan '^(logic|sound)$' zemo_tests_logic zemo_tests_sound
+check tsan '^sound$' zemo_tests_sound
+check release '' all
