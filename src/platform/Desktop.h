@@ -1,0 +1,51 @@
+// The rest of what the logic asks of the machine: clipboard, message boxes, keys, system orders.
+#pragma once
+
+#include <string>
+
+#include "platform/Clock.h"
+
+namespace zemo {
+
+// The system clipboard, through which neighbouring programs talk to the engine. Thread: the logic's.
+class Clipboard {
+ public:
+  virtual ~Clipboard() = default;
+  virtual std::string Text() const = 0;  // UTF-8; empty when it holds no text
+  virtual void SetText(const std::string& text) = 0;
+};
+
+enum class Buttons { kOk, kOkCancel, kYesNo };
+enum class Answer { kOk, kCancel, kYes, kNo };
+
+// Asks or tells the operator. Without anybody to answer, a question gets its safe answer (no,
+// cancel) and never holds the air. Thread: the logic's; may yield to the event loop.
+class MessageBoxes {
+ public:
+  virtual ~MessageBoxes() = default;
+  virtual Answer Show(const std::string& title, const std::string& text, Buttons buttons) = 0;
+};
+
+struct ScreenSize {
+  int width = 0;  // pixels; 0 by 0 when there is no screen
+  int height = 0;
+};
+
+// Keys held down, by virtual key number (32 space, 96 to 105 numeric pad). Thread: the logic's.
+class Keyboard {
+ public:
+  virtual ~Keyboard() = default;
+  virtual bool Held(int virtualKey) const = 0;
+  virtual bool MainScreenActive() const = 0;  // the main on-air screen has the keyboard
+};
+
+// Thread: the logic's.
+class System {
+ public:
+  virtual ~System() = default;
+  virtual void Shutdown() = 0;                            // an ordinary shut-down of the machine
+  virtual void SetDate(const LocalDateTime& moment) = 0;  // writes the date; the time of day runs on
+  virtual ScreenSize Screen() const = 0;
+};
+
+}  // namespace zemo

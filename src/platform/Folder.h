@@ -1,0 +1,51 @@
+// Files as the logic sees them: whole small files in a folder of ours (the station's, the machine's),
+// found without regard to case, and sound files with what lies beside them, under their stored paths.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace zemo {
+
+// An operation on a file that failed for another reason than its absence; what() is one line with
+// the file's name and the system's reason.
+struct FileError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+// One folder. `name` is a plain file name, matched without regard to case. Contents are raw bytes.
+// Thread: the logic's.
+class Folder {
+ public:
+  virtual ~Folder() = default;
+  virtual const std::string& Path() const = 0;                       // ends in '/'
+  virtual std::string PathOf(std::string_view name) const = 0;       // the existing file's, else as given
+  virtual bool Exists(std::string_view name) const = 0;
+  virtual std::optional<std::string> Read(std::string_view name) const = 0;  // nullopt: no such file
+  virtual void Write(std::string_view name, std::string_view bytes) = 0;     // whole, or left as it was
+  virtual void Append(std::string_view name, std::string_view bytes) = 0;
+  // Overwrites bytes from `offset` on (0 is the first) and leaves all others; makes the file.
+  virtual void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) = 0;
+  virtual void Remove(std::string_view name) = 0;  // nothing when absent
+  virtual void Rename(std::string_view from, std::string_view to) = 0;
+  // A folder inside this one, owned by it; the first file written there makes it.
+  virtual Folder& Subfolder(std::string_view name) = 0;
+};
+
+// Files outside our folders, named by the paths that cards and settings store. A path with a drive or
+// backslashes goes through the machine's path map. Thread: the logic's.
+class SoundFiles {
+ public:
+  virtual ~SoundFiles() = default;
+  virtual std::string Resolve(std::string_view storedPath) const = 0;  // a path of this system
+  virtual bool Exists(std::string_view storedPath) const = 0;          // a regular file
+  virtual int64_t SizeBytes(std::string_view storedPath) const = 0;    // -1 when absent
+  virtual std::optional<std::string> Read(std::string_view storedPath) const = 0;
+  virtual void Write(std::string_view storedPath, std::string_view bytes) = 0;
+  virtual void Remove(std::string_view storedPath) = 0;
+};
+
+}  // namespace zemo

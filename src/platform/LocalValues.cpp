@@ -1,0 +1,122 @@
+// NAME=VALUE lines in "Settings.Ini". The file is ours and is edited by hand, so it is UTF-8 and
+// every line that is not changed stays byte for byte as it was.
+#include "platform/LocalValues.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <system_error>
+
+#include "platform/Folder.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr std::string_view kFileName = "Settings.Ini";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::string_view Trimmed(std::string_view text) {
+  const size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+std::string Upper(std::string_view text) {
+  std::string upper(text);
+  for (char& letter : upper)
+    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
+  return upper;
+}
+
+// Where the value of a name stands in the file.
+struct Place {
+  size_t begin = std::string_view::npos;
+  size_t length = 0;
+  bool found() const { return begin != std::string_view::npos; }
+};
+
+// The first line that holds the name counts.
+Place FindValue(std::string_view bytes, std::string_view name) {
+  const std::string wanted = Upper(Trimmed(name));
+  size_t at = bytes.substr(0, kByteOrderMark.size()) == kByteOrderMark ? kByteOrderMark.size() : 0;
+  while (at < bytes.size()) {
+    const size_t end = std::min(bytes.find_first_of("\r\n", at), bytes.size());
+    const size_t equals = bytes.find('=', at);
+    if (equals < end && Upper(Trimmed(bytes.substr(at, equals - at))) == wanted)
+      return {equals + 1, end - equals - 1};
+    at = end + 1;
+  }
+  return {};
+}
+
+bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
+  return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+std::optional<int> WholeNumber(std::string_view text) {
+  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
+  int number = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+// What a line can hold: line ends become blanks.
+std::string AsLine(std::string_view text) {
+  std::string line(Trimmed(text));
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  return line;
+}
+
+}  // namespace
+
+std::optional<std::string> LocalValues::Get(std::string_view name) const {
+  try {
+    const std::optional<std::string> bytes = machine_.Read(kFileName);
+    if (!bytes) return std::nullopt;
+    const Place place = FindValue(*bytes, name);
+    if (!place.found()) return std::nullopt;
+    return std::string(Trimmed(std::string_view(*bytes).substr(place.begin, place.length)));
+  } catch (const FileError&) {
+    return std::nullopt;  // values that cannot be read count as never set
+  }
+}
+
+std::string LocalValues::GetText(std::string_view name, std::string_view fallback) const {
+  return Get(name).value_or(std::string(fallback));
+}
+
+int LocalValues::GetInt(std::string_view name, int fallback) const {
+  const std::optional<std::string> text = Get(name);
+  return text ? WholeNumber(*text).value_or(fallback) : fallback;
+}
+
+bool LocalValues::GetBool(std::string_view name, bool fallback) const {
+  const std::optional<std::string> text = Get(name);
+  if (!text) return fallback;
+  const std::string word = Upper(*text);
+  if (IsOneOf(word, {"TRUE", "#TRUE#", "VRAI", "VERDADEIRO", "VERDADERO", "ON", "YES", "OUI"}))
+    return true;
+  if (IsOneOf(word, {"FALSE", "#FALSE#", "FAUX", "FALSO", "OFF", "NO", "NON"})) return false;
+  const std::optional<int> number = WholeNumber(word);
+  return number ? *number != 0 : fallback;
+}
+
+void LocalValues::Set(std::string_view name, std::string_view value) {
+  const std::string key = AsLine(name);
+  if (key.empty() || key.find('=') != std::string::npos)
+    throw FileError("Settings.Ini: \"" + key + "\" cannot name a value");
+  std::string bytes = machine_.Read(kFileName).value_or(std::string());
+  if (const Place place = FindValue(bytes, key); place.found()) {
+    bytes.replace(place.begin, place.length, AsLine(value));
+  } else {
+    const char* lineEnd = bytes.empty() || bytes.find('\r') != std::string::npos ? "\r\n" : "\n";
+    if (!bytes.empty() && bytes.back() != '\n' && bytes.back() != '\r') bytes += lineEnd;
+    bytes += key + "=" + AsLine(value) + lineEnd;
+  }
+  machine_.Write(kFileName, bytes);
+}
+
+}  // namespace zemo

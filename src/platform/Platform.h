@@ -1,0 +1,32 @@
+// Everything outside the logic, in one place: what a Station is given and never asks for elsewhere.
+#pragma once
+
+namespace zemo {
+
+class Clipboard;
+class Clock;
+class EventLoop;
+class Folder;
+class Keyboard;
+class LocalValues;
+class MessageBoxes;
+class SoundChain;
+class SoundFiles;
+class System;
+
+// References only: the owner (app/, a test) outlives the Station.
+struct Platform {
+  Clock& clock;
+  EventLoop& loop;
+  SoundChain& sound;
+  Folder& stationFolder;  // the program's folder: Triskin.MDB and the side files
+  Folder& machineFolder;  // the C:\ root, the system directory and the registry of this machine
+  SoundFiles& soundFiles;
+  LocalValues& localValues;
+  Clipboard& clipboard;
+  MessageBoxes& messages;
+  Keyboard& keyboard;
+  System& system;
+};
+
+}  // namespace zemo

@@ -1,0 +1,103 @@
+// Folders and sound files in memory, for tests: the names of a real folder, and faults on demand.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Folder.h"
+
+namespace zemo {
+
+inline std::string LowerAscii(std::string_view text) {
+  std::string lower(text);
+  for (char& letter : lower)
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter + 0x20);
+  return lower;
+}
+
+class MemoryFolder : public Folder {
+ public:
+  std::map<std::string, std::string> files;  // by the name under which each was made
+  bool readsFail = false;
+  bool writesFail = false;
+  int writes = 0;
+
+  const std::string& Path() const override { return path_; }
+  std::string PathOf(std::string_view name) const override {
+    const auto found = Find(name);
+    return path_ + (found == files.end() ? std::string(name) : found->first);
+  }
+  bool Exists(std::string_view name) const override { return Find(name) != files.end(); }
+  std::optional<std::string> Read(std::string_view name) const override {
+    if (readsFail) throw FileError(std::string(name) + ": Input/output error");
+    const auto found = Find(name);
+    if (found == files.end()) return std::nullopt;
+    return found->second;
+  }
+  void Write(std::string_view name, std::string_view bytes) override { Place(name) = bytes; }
+  void Append(std::string_view name, std::string_view bytes) override { Place(name) += bytes; }
+  void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override {
+    std::string& content = Place(name);
+    const auto at = static_cast<size_t>(offset);
+    if (content.size() < at + bytes.size()) content.resize(at + bytes.size(), '\0');
+    content.replace(at, bytes.size(), bytes);
+  }
+  void Remove(std::string_view name) override {
+    if (const auto found = Find(name); found != files.end()) files.erase(found->first);
+  }
+  void Rename(std::string_view from, std::string_view to) override {
+    const std::string bytes = Read(from).value();
+    Remove(from);
+    Write(to, bytes);
+  }
+  Folder& Subfolder(std::string_view name) override {
+    auto& folder = subfolders_[LowerAscii(name)];
+    if (!folder) folder = std::make_unique<MemoryFolder>();
+    return *folder;
+  }
+
+ private:
+  std::map<std::string, std::string>::const_iterator Find(std::string_view name) const {
+    for (auto file = files.begin(); file != files.end(); ++file)
+      if (LowerAscii(file->first) == LowerAscii(name)) return file;
+    return files.end();
+  }
+  std::string& Place(std::string_view name) {
+    if (writesFail) throw FileError(std::string(name) + ": No space left on device");
+    ++writes;
+    const auto found = Find(name);
+    return files[found == files.end() ? std::string(name) : found->first];
+  }
+
+  std::string path_ = "/memory/";
+  std::map<std::string, std::unique_ptr<MemoryFolder>> subfolders_;
+};
+
+// Stored paths are the keys as they stand.
+class MemorySoundFiles : public SoundFiles {
+ public:
+  std::map<std::string, std::string, std::less<>> files;
+  bool writesFail = false;
+
+  std::string Resolve(std::string_view path) const override { return std::string(path); }
+  bool Exists(std::string_view path) const override { return files.find(path) != files.end(); }
+  int64_t SizeBytes(std::string_view path) const override {
+    const auto found = files.find(path);
+    return found == files.end() ? -1 : static_cast<int64_t>(found->second.size());
+  }
+  std::optional<std::string> Read(std::string_view path) const override {
+    const auto found = files.find(path);
+    if (found == files.end()) return std::nullopt;
+    return found->second;
+  }
+  void Write(std::string_view path, std::string_view bytes) override {
+    if (writesFail) throw FileError(std::string(path) + ": No space left on device");
+    files[std::string(path)] = bytes;
+  }
+  void Remove(std::string_view path) override { files.erase(std::string(path)); }
+};
+
+}  // namespace zemo
