@@ -1,0 +1,161 @@
+#include "platform/real/files/WholeFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "platform/Folder.h"
+
+namespace zemo {
+
+namespace {
+
+[[noreturn]] void Fail(const std::string& path, int reason) {
+  throw FileError(path + ": " + std::system_category().message(reason));
+}
+
+// An open file. Closes itself; Close() also tells of what only the closing brings to light.
+class Descriptor {
+ public:
+  Descriptor(std::string path, int flags, mode_t mode = 0) : path_(std::move(path)) {
+    // Never waits for the other end of a pipe, never becomes a child's.
+    number_ = ::open(path_.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
+    openReason_ = number_ < 0 ? errno : 0;
+  }
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+
+  int OpenReason() const { return openReason_; }  // 0 when it is open
+  void RequireOpen() const {
+    if (number_ < 0) Fail(path_, openReason_);
+  }
+  int Number() const { return number_; }
+
+  // A folder can be opened to be read, and a pipe too.
+  void RequireRegular() const {
+    struct stat status;
+    if (fstat(number_, &status) != 0) Fail(path_, errno);
+    if (S_ISDIR(status.st_mode)) Fail(path_, EISDIR);
+    if (!S_ISREG(status.st_mode)) throw FileError(path_ + ": not a regular file");
+  }
+
+  void WriteAll(std::string_view bytes) const {
+    while (!bytes.empty()) {
+      const ssize_t written = ::write(number_, bytes.data(), bytes.size());
+      if (written < 0 && errno == EINTR) continue;
+      if (written < 0) Fail(path_, errno);
+      bytes.remove_prefix(static_cast<size_t>(written));
+    }
+  }
+
+  void Close() {
+    if (::close(std::exchange(number_, -1)) != 0) Fail(path_, errno);
+  }
+
+ private:
+  std::string path_;
+  int number_ = -1;
+  int openReason_ = 0;
+};
+
+// Where the bytes of `path` lie: the end of the links, if it is one.
+std::string BehindLinks(const std::string& path) {
+  std::error_code failed;
+  if (!std::filesystem::is_symlink(path, failed)) return path;
+  const std::filesystem::path target = std::filesystem::weakly_canonical(path, failed);
+  return failed ? path : target.string();
+}
+
+// A name beside the file that no other process uses.
+std::string TemporaryBeside(const std::string& path) {
+  const size_t slash = path.rfind('/');
+  const size_t name = slash == std::string::npos ? 0 : slash + 1;
+  return path.substr(0, name) + "." + path.substr(name) + "." + std::to_string(::getpid()) + ".tmp";
+}
+
+constexpr mode_t kNewFileMode = 0666;  // less the user's mask
+
+}  // namespace
+
+bool IsRegularFile(const std::string& path) {
+  struct stat status;
+  return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+int64_t RegularFileSizeBytes(const std::string& path) {
+  struct stat status;
+  return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : -1;
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path) {
+  const Descriptor file(path, O_RDONLY);
+  if (file.OpenReason() == ENOENT || file.OpenReason() == ENOTDIR) return std::nullopt;
+  file.RequireOpen();
+  file.RequireRegular();
+  struct stat status;
+  std::string bytes;
+  if (fstat(file.Number(), &status) == 0) bytes.reserve(static_cast<size_t>(status.st_size) + 1);
+  char block[16384];
+  for (;;) {
+    const ssize_t got = ::read(file.Number(), block, sizeof block);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) Fail(path, errno);
+    if (got == 0) return bytes;
+    bytes.append(block, static_cast<size_t>(got));
+  }
+}
+
+void ReplaceWholeFile(const std::string& path, std::string_view bytes) {
+  const std::string target = BehindLinks(path);
+  struct stat status;
+  const bool existed = ::stat(target.c_str(), &status) == 0;
+  if (existed && S_ISDIR(status.st_mode)) Fail(path, EISDIR);
+  if (existed && !S_ISREG(status.st_mode)) throw FileError(path + ": not a regular file");
+  const std::string temporary = TemporaryBeside(target);
+  try {
+    Descriptor file(temporary, O_WRONLY | O_CREAT | O_TRUNC, kNewFileMode);
+    if (file.OpenReason() != 0) Fail(path, file.OpenReason());
+    file.WriteAll(bytes);
+    if (existed && fchmod(file.Number(), status.st_mode & 07777) != 0) Fail(path, errno);
+    file.Close();
+    if (::rename(temporary.c_str(), target.c_str()) != 0) Fail(path, errno);
+  } catch (const FileError&) {
+    ::unlink(temporary.c_str());
+    throw;
+  }
+}
+
+void AppendToFile(const std::string& path, std::string_view bytes) {
+  Descriptor file(path, O_WRONLY | O_CREAT | O_APPEND, kNewFileMode);
+  file.RequireOpen();
+  file.RequireRegular();
+  file.WriteAll(bytes);
+  file.Close();
+}
+
+void PutIntoFile(const std::string& path, int64_t offset, std::string_view bytes) {
+  Descriptor file(path, O_WRONLY | O_CREAT, kNewFileMode);
+  file.RequireOpen();
+  file.RequireRegular();
+  if (::lseek(file.Number(), offset, SEEK_SET) < 0) Fail(path, errno);
+  file.WriteAll(bytes);
+  file.Close();
+}
+
+void RemoveFile(const std::string& path) {
+  if (::unlink(path.c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) Fail(path, errno);
+}
+
+void RenameFile(const std::string& from, const std::string& to) {
+  if (::rename(from.c_str(), to.c_str()) != 0) Fail(from + " to " + to, errno);
+}
+
+}  // namespace zemo

@@ -1,0 +1,151 @@
+#include "platform/real/files/LocalFolder.h"
+#include "platform/real/files/StoredPaths.h"
+#include "platform/real/files/tests/TemporaryFolder.h"
+
+namespace zemo {
+namespace {
+
+struct StoredPathsTest : testing::Test {
+  TemporaryFolder machineFolder, music;
+  LocalFolder machine{machineFolder.Path()};
+  StoredPaths paths{machine};
+
+  void MapIs(const std::string& bytes) { machineFolder.Put("PathMap.Ini", bytes); }
+};
+
+TEST_F(StoredPathsTest, APathOfThisSystemStaysAsItIs) {
+  const std::string path = music.Put("Song.wav", "sound");
+  EXPECT_EQ(paths.Resolve(path), path);
+  EXPECT_TRUE(paths.Exists(path));
+  EXPECT_EQ(paths.SizeBytes(path), 5);
+  EXPECT_EQ(paths.Read(path), "sound");
+  EXPECT_EQ(paths.Resolve(music / "song.WAV"), music / "song.WAV");
+  EXPECT_FALSE(paths.Exists(music / "song.WAV"));
+}
+
+TEST_F(StoredPathsTest, AMissingFileIsNoError) {
+  EXPECT_FALSE(paths.Exists(music / "a"));
+  EXPECT_EQ(paths.SizeBytes(music / "a"), -1);
+  EXPECT_EQ(paths.Read(music / "a"), std::nullopt);
+  paths.Remove(music / "a");
+}
+
+TEST_F(StoredPathsTest, TheEmptyPathIsNoFile) {
+  EXPECT_EQ(paths.Resolve(""), "");
+  EXPECT_FALSE(paths.Exists(""));
+  EXPECT_EQ(paths.SizeBytes(""), -1);
+  EXPECT_EQ(paths.Read(""), std::nullopt);
+  EXPECT_THROW(paths.Write("", "x"), FileError);
+  paths.Remove("");
+}
+
+TEST_F(StoredPathsTest, AFolderIsNoFile) {
+  EXPECT_FALSE(paths.Exists(music.Path()));
+  EXPECT_EQ(paths.SizeBytes(music.Path()), -1);
+}
+
+TEST_F(StoredPathsTest, ADriveGoesThroughTheMapWithoutRegardToCaseAndSlant) {
+  const std::string song = music.Put("Pop/Song.wav", "sound");
+  MapIs("D:\\Music = " + music.Path() + "\r\n");
+  EXPECT_EQ(paths.Resolve("D:\\Music\\Pop\\Song.wav"), song);
+  EXPECT_EQ(paths.Resolve("d:/MUSIC/Pop/Song.wav"), song);
+  EXPECT_TRUE(paths.Exists("d:\\music\\pop\\song.WAV"));
+  EXPECT_EQ(paths.Resolve("d:\\music\\POP\\SONG.wav"), song);
+}
+
+TEST_F(StoredPathsTest, LastSlashesInTheMapMakeNoDifference) {
+  const std::string song = music.Put("Song.wav", "sound");
+  MapIs("D:\\ = " + music.Path() + "/\r\n");
+  EXPECT_EQ(paths.Resolve("D:\\Song.wav"), song);
+}
+
+TEST_F(StoredPathsTest, AMatchEndsWithAFoldersName) {
+  MapIs("D:\\Music = /one\n");
+  EXPECT_EQ(paths.Resolve("D:\\Musique\\a.wav"), "D:\\Musique\\a.wav");
+  EXPECT_EQ(paths.Resolve("D:\\Music\\a.wav"), "/one/a.wav");
+  EXPECT_EQ(paths.Resolve("D:\\Music"), "/one");
+}
+
+TEST_F(StoredPathsTest, TheLongestMatchCounts) {
+  MapIs("D: = /drive\nD:\\Music\\Pop = /pop\nD:\\Music = /music\n");
+  EXPECT_EQ(paths.Resolve("D:\\Music\\Pop\\a.wav"), "/pop/a.wav");
+  EXPECT_EQ(paths.Resolve("D:\\Music\\b.wav"), "/music/b.wav");
+  EXPECT_EQ(paths.Resolve("D:\\c.wav"), "/drive/c.wav");
+}
+
+TEST_F(StoredPathsTest, ASharedFolderCanBeMapped) {
+  MapIs("\\\\server\\music=/srv/music\n");
+  EXPECT_EQ(paths.Resolve("\\\\SERVER\\Music\\a.wav"), "/srv/music/a.wav");
+}
+
+TEST_F(StoredPathsTest, AccentsAreFoundInAnyCase) {
+  const std::string song = music.Put("Été/Noël.mp3", "sound");
+  MapIs(
+      "\xEF\xBB\xBF"
+      "D:\\Été = " +
+      (music / "Été") + "\n");
+  EXPECT_EQ(paths.Resolve("d:\\ÉTÉ\\NOËL.MP3"), song);
+}
+
+TEST_F(StoredPathsTest, AnExactNameComesBeforeOneOfAnotherCase) {
+  music.Put("A/x.wav", "upper");
+  music.Put("a/x.wav", "lower");
+  MapIs("D: = " + music.Path() + "\n");
+  EXPECT_EQ(paths.Read("D:\\a\\x.wav"), "lower");
+  EXPECT_EQ(paths.Read("D:\\A\\x.wav"), "upper");
+}
+
+TEST_F(StoredPathsTest, WithoutALineADriveStaysAndASlantedPathIsLookedForHere) {
+  const std::string song = music.Put("Pop/Song.wav", "sound");
+  EXPECT_EQ(paths.Resolve("E:\\a.wav"), "E:\\a.wav");
+  EXPECT_FALSE(paths.Exists("E:\\a.wav"));
+  std::string slanted = song;
+  for (char& letter : slanted)
+    if (letter == '/') letter = '\\';
+  EXPECT_EQ(paths.Resolve(slanted), song);
+}
+
+TEST_F(StoredPathsTest, ABackslashInANameOfThisSystemIsAName) {
+  const std::string odd = music.Put("a\\b.wav", "odd");
+  EXPECT_EQ(paths.Resolve(odd), odd);
+}
+
+TEST_F(StoredPathsTest, TheMapIsReadAgainWhenItsFileChanges) {
+  EXPECT_EQ(paths.Resolve("D:\\a.wav"), "D:\\a.wav");
+  MapIs("D:=/one\n");
+  EXPECT_EQ(paths.Resolve("D:\\a.wav"), "/one/a.wav");
+  MapIs("D:=/two\n");
+  EXPECT_EQ(paths.Resolve("D:\\a.wav"), "/two/a.wav");
+  std::filesystem::remove(machineFolder / "PathMap.Ini");
+  EXPECT_EQ(paths.Resolve("D:\\a.wav"), "D:\\a.wav");
+}
+
+TEST_F(StoredPathsTest, LinesThatMapNothingArePassedOver) {
+  MapIs("; D:\\ = /comment\n\n= /nothing\n\\ = /slash\nno line\nD: = /drive");
+  EXPECT_EQ(paths.Resolve("D:\\a.wav"), "/drive/a.wav");
+  EXPECT_EQ(paths.Resolve("\\no\\such\\a.wav"), "/no/such/a.wav");
+}
+
+TEST_F(StoredPathsTest, AMapThatCannotBeReadMapsNothing) {
+  std::filesystem::create_directory(machineFolder / "PathMap.Ini");
+  EXPECT_EQ(paths.Resolve("D:\\a.wav"), "D:\\a.wav");
+}
+
+TEST_F(StoredPathsTest, FilesAreWrittenAndRemovedBesideMappedOnes) {
+  music.Put("Pop/Song.wav", "sound");
+  MapIs("D: = " + music.Path() + "\n");
+  paths.Write("d:\\POP\\Song.Mus", "card");
+  EXPECT_EQ(music.Get("Pop/Song.Mus"), "card");
+  paths.Write("d:\\POP\\SONG.MUS", "again");
+  EXPECT_EQ(music.Get("Pop/Song.Mus"), "again");
+  paths.Remove("D:\\pop\\song.mus");
+  EXPECT_EQ(music.Get("Pop/Song.Mus"), "(no file)");
+  EXPECT_EQ(music.Get("Pop/Song.wav"), "sound");
+}
+
+TEST_F(StoredPathsTest, WritingIntoAFolderThatThereIsNotIsAnError) {
+  EXPECT_THROW(paths.Write(music / "no/a.wav", "x"), FileError);
+}
+
+}  // namespace
+}  // namespace zemo

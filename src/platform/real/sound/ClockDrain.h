@@ -1,0 +1,93 @@
+// Time in frames for an output ring: how many a clock would have drained, and whether a device
+// keeps to about as many. Times are handed in. Mixer's thread.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+
+namespace zemo {
+
+using SteadyTime = std::chrono::steady_clock::time_point;
+
+inline double SecondsBetween(SteadyTime from, SteadyTime to) {
+  return std::chrono::duration<double>(to - from).count();
+}
+
+// Drains by the clock, from Restart on, so many frames a second.
+class ClockDrain {
+ public:
+  void Restart(SteadyTime now, int rate) { start_ = now, rate_ = rate, drained_ = 0; }
+
+  // Frames due since the last call.
+  int64_t Due(SteadyTime now) {
+    const auto all = static_cast<int64_t>(SecondsBetween(start_, now) * rate_);
+    const int64_t due = std::max<int64_t>(0, all - drained_);
+    drained_ += due;
+    return due;
+  }
+
+ private:
+  SteadyTime start_;
+  int rate_ = 0;
+  int64_t drained_ = 0;
+};
+
+// Tells a device that no longer plays from one that does: it asks for nothing, or for far more than
+// time can pass.
+class DeviceWatch {
+ public:
+  void Restart(SteadyTime now, uint64_t asked, int rate) {
+    start_ = last_ = moved_ = now;
+    asked_ = asked;
+    rate_ = rate;
+    ahead_ = 0.0;
+    still_ = 0.0;
+    settled_ = false;
+  }
+
+  // `asked`: the frames it has asked for in all. Null while it plays, else what is wrong with it.
+  const char* Look(SteadyTime now, uint64_t asked) {
+    // A turn that itself came late tells nothing about the device.
+    const double passed = std::min(SecondsBetween(last_, now), kLongestTurn);
+    last_ = now;
+    const auto moved = static_cast<double>(asked - asked_);
+    asked_ = asked;
+    if (moved > 0.0) {
+      still_ = 0.0;
+      moved_ = now;
+    } else {
+      still_ += passed;
+    }
+    if (still_ > kStillSeconds) return "it takes no more sound";
+    if (!settled_ && SecondsBetween(start_, now) > kSettleSeconds) {
+      settled_ = true;
+      ahead_ = 0.0;
+    }
+    ahead_ = std::max(0.0, ahead_ + moved / rate_ - passed * kFastestClock);
+    if (ahead_ > (settled_ ? kAheadSeconds : kGulpSeconds)) return "it no longer keeps time";
+    return nullptr;
+  }
+
+  SteadyTime LastMoved() const { return moved_; }  // when it was last seen to ask
+
+ private:
+  static constexpr double kLongestTurn = 0.1;
+  static constexpr double kStillSeconds = 0.5;
+  static constexpr double kFastestClock = 1.01;
+  static constexpr double kSettleSeconds = 5.0;
+  static constexpr double kAheadSeconds = 0.5;
+  static constexpr double kGulpSeconds =
+      3.0;  // what a device may take at first for its own buffers
+
+  SteadyTime start_;
+  SteadyTime last_;
+  SteadyTime moved_;
+  uint64_t asked_ = 0;
+  int rate_ = 1;
+  double ahead_ = 0.0;  // seconds of sound taken before their time
+  double still_ = 0.0;  // seconds without a call
+  bool settled_ = false;
+};
+
+}  // namespace zemo

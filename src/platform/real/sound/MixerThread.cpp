@@ -1,0 +1,305 @@
+// The mixer's thread. Of all slots and the output it has no rules of its own: what sounds when is
+// the logic's, who drains the ring follows from the device.
+#include "platform/real/sound/MixerThread.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "platform/sound/SampleFormat.h"
+
+namespace zemo {
+namespace {
+
+constexpr int kTurnMs = 20;
+constexpr int kSoonMs = 4;              // the next turn when a decoder or the device is still at it
+constexpr int kLeastRingFrames = 2048;  // 46 ms: two turns
+constexpr int kLowWaterFrames = 4410;   // 100 ms: below it the ring is filled, decoders late or not
+constexpr double kOpeningSeconds = 2.0;  // that a start waits for its device
+
+// A status as one atomic: frame in 42 bits, end in 2, generation in 20.
+constexpr int kFrameBits = 42;
+constexpr int kEndBits = 2;
+
+uint64_t Packed(const MixerThread::Status& status) {
+  const uint64_t upper =
+      (static_cast<uint64_t>(status.generation) << kEndBits) | static_cast<uint64_t>(status.end);
+  return (upper << kFrameBits) | static_cast<uint64_t>(status.frame);
+}
+
+MixerThread::Status Unpacked(uint64_t bits) {
+  MixerThread::Status status;
+  status.frame = static_cast<int64_t>(bits & ((uint64_t{1} << kFrameBits) - 1));
+  status.end = static_cast<MixerThread::Status::End>((bits >> kFrameBits) & ((1u << kEndBits) - 1));
+  status.generation = static_cast<uint32_t>(bits >> (kFrameBits + kEndBits));
+  return status;
+}
+
+}  // namespace
+
+MixerThread::MixerThread(std::unique_ptr<OutputDevice> device,
+                         std::unique_ptr<SoundFileWriter> file)
+    : records_(file != nullptr),
+      file_(std::move(file)),
+      mixed_(2 * kChunkFrames),
+      samples_(2 * kChunkFrames) {
+  for (std::atomic<int>& volume : volumes_) volume.store(kUnityVolume, std::memory_order_relaxed);
+  if (device != nullptr) device_ = std::make_unique<DeviceThread>(std::move(device), ring_, wake_);
+  thread_ = std::thread([this] { Run(); });
+}
+
+MixerThread::~MixerThread() {
+  quit_.store(true, std::memory_order_release);
+  wake_.Signal();
+  thread_.join();
+}
+
+bool MixerThread::Send(const MixerOrder& order) {
+  if (!orders_.Push(order)) return false;
+  wake_.Signal();
+  return true;
+}
+
+MixerThread::Status MixerThread::StatusOf(int slot) const {
+  return Unpacked(statuses_[slot].load(std::memory_order_acquire));
+}
+
+std::array<float, kChannels> MixerThread::TakePeaks() {
+  return {std::bit_cast<float>(peaks_[0].exchange(0, std::memory_order_relaxed)),
+          std::bit_cast<float>(peaks_[1].exchange(0, std::memory_order_relaxed))};
+}
+
+void MixerThread::Run() {
+  while (!quit_.load(std::memory_order_acquire)) {
+    MixerOrder order;
+    // A volume set before a start must be there at that start: orders first, then volumes.
+    const bool ordered = orders_.Pop(order);
+    for (int slot = 0; slot < kSlots; ++slot) {
+      core_.SetVolume(slot, volumes_[slot].load(std::memory_order_acquire));
+    }
+    if (ordered) {
+      Execute(order);
+      continue;
+    }
+    const int waitMs = running_ ? Turn() : -1;
+    Publish();
+    wake_.Wait(waitMs);
+  }
+}
+
+void MixerThread::Execute(const MixerOrder& order) {
+  switch (order.kind) {
+    case MixerOrder::Kind::kStart:
+    case MixerOrder::Kind::kSeek:
+      StartStream(order);
+      break;
+    case MixerOrder::Kind::kSilence:
+      core_.Silence(order.slot);
+      ReleaseStream(order.slot);
+      break;
+    case MixerOrder::Kind::kFade:
+      core_.Fade(order.slot, order.frame);
+      break;
+    case MixerOrder::Kind::kPause:
+      paused_ = order.on;
+      core_.SetRunning(running_ && !paused_);
+      break;
+    case MixerOrder::Kind::kRun:
+      RunOutput(order);
+      break;
+    case MixerOrder::Kind::kHalt:
+      HaltOutput();
+      break;
+  }
+}
+
+void MixerThread::StartStream(const MixerOrder& order) {
+  const int slot = order.slot;
+  const bool seek = order.kind == MixerOrder::Kind::kSeek && core_.Plays(slot);
+  if (seek) {
+    core_.Seek(slot, order.stream, order.frame);
+  } else {
+    core_.Start(slot, order.stream, order.stream->LengthFrames(), order.frame);
+  }
+  ReleaseStream(slot);  // the one before, now that its tail is read
+  streams_[slot] = order.stream;
+  slots_[slot] = {order.generation, Status::End::kNone, order.frame};
+}
+
+void MixerThread::ReleaseStream(int slot) {
+  if (streams_[slot] != nullptr) streams_[slot]->ReleaseByMixer();
+  streams_[slot] = nullptr;
+}
+
+void MixerThread::RunOutput(const MixerOrder& order) {
+  running_ = true;
+  begun_ = false;
+  run_ = order.run;
+  capacityFrames_ = std::max(order.capacityFrames, kLeastRingFrames);
+  drain_ = Drain::kNone;
+  runTime_ = std::chrono::steady_clock::now();
+  core_.SetRunning(!paused_);
+}
+
+void MixerThread::HaltOutput() {
+  if (!running_) return;
+  ring_.End();
+  if (drain_ == Drain::kClock) DrainFrames(OutputRing::kGlideFrames);
+  running_ = false;
+  core_.SetRunning(false);
+  // What the limiter and the tails still hold is of this run.
+  core_.Render(mixed_.data(), kChunkFrames);
+}
+
+// Keeps the ring full. Returns the ms until the next turn.
+int MixerThread::Turn() {
+  const Time now = std::chrono::steady_clock::now();
+  ChooseDrain(now);
+  if (drain_ == Drain::kNone) return kSoonMs;
+  if (!begun_) {
+    Fill();
+    ring_.Begin(run_);
+    begun_ = true;
+  }
+  if (drain_ == Drain::kClock) DrainFrames(clock_.Due(now));
+  const bool full = Fill();
+  const int ringMs = ring_.CapacityFrames() * 1000 / rate_;
+  return full ? std::min(kTurnMs, ringMs / 3) : kSoonMs;
+}
+
+bool MixerThread::DevicePlays() const {
+  return device_ != nullptr && device_->GetState() == DeviceThread::State::kRunning &&
+         device_->Opening() != troubled_;
+}
+
+// The device while it plays, else the clock; nobody while a start waits for its device.
+void MixerThread::ChooseDrain(Time now) {
+  if (drain_ == Drain::kDevice && DevicePlays() && opening_ == device_->Opening()) WatchDevice(now);
+  if (DevicePlays()) {
+    if (drain_ != Drain::kDevice || opening_ != device_->Opening()) DrainByDevice(now);
+    return;
+  }
+  const bool waits = drain_ == Drain::kNone && device_ != nullptr &&
+                     device_->GetState() != DeviceThread::State::kLost &&
+                     device_->Opening() != troubled_ &&
+                     SecondsBetween(runTime_, now) < kOpeningSeconds;
+  if (drain_ == Drain::kClock || waits) return;
+  ring_.SetDeviceDrains(false);
+  // The clock takes over where the device left off, so that the air loses no time by it.
+  const Time from = drain_ == Drain::kDevice ? watch_.LastMoved() : now;
+  if (!begun_) UseRate(kSampleRate);
+  drain_ = Drain::kClock;
+  clock_.Restart(from, rate_);
+}
+
+void MixerThread::DrainByDevice(Time now) {
+  opening_ = device_->Opening();
+  if (!begun_ || rate_ != device_->Rate()) UseRate(device_->Rate());
+  drain_ = Drain::kDevice;
+  watch_.Restart(now, ring_.AskedByDevice(), rate_);
+  ring_.SetDeviceDrains(true);
+}
+
+void MixerThread::WatchDevice(Time now) {
+  const char* trouble = watch_.Look(now, ring_.AskedByDevice());
+  if (trouble == nullptr) return;
+  troubled_ = opening_;
+  device_->Trouble(opening_, trouble);
+}
+
+// Gives the ring its size at a rate, empty.
+void MixerThread::UseRate(int rate) {
+  rate_ = rate;
+  converter_ = rate == kSampleRate ? nullptr : std::make_unique<RateConverter>(rate);
+  const int most = converter_ == nullptr ? kChunkFrames : converter_->MostOut(kChunkFrames);
+  converted_.resize(2 * static_cast<size_t>(most));
+  samples_.resize(2 * static_cast<size_t>(most));
+  ring_.Reset(static_cast<int>(static_cast<int64_t>(capacityFrames_) * rate / kSampleRate), rate);
+}
+
+void MixerThread::DrainFrames(int64_t frames) {
+  while (frames > 0) {
+    const int count = static_cast<int>(std::min<int64_t>(frames, kChunkFrames));
+    ring_.Drain(samples_.data(), count);
+    frames -= count;
+    if (file_ == nullptr) continue;
+    try {
+      file_->Write(samples_.data(), count);
+    } catch (const SoundError& error) {
+      notices_.Put(std::string(error.what()) + ": the air goes on unrecorded", true);
+      file_.reset();
+      records_.store(false, std::memory_order_relaxed);
+    }
+  }
+}
+
+// False when some of the ring stays empty for want of decoded frames.
+bool MixerThread::Fill() {
+  for (;;) {
+    const int free = ring_.FreeFrames();
+    int frames = std::min(kChunkFrames, converter_ == nullptr ? free : converter_->MostIn(free));
+    if (frames <= 0) return true;
+    const int64_t available = AvailableFrames();
+    if (available < frames) {
+      const int low = std::min(kLowWaterFrames, ring_.CapacityFrames() / 2) - ring_.FilledFrames();
+      frames = static_cast<int>(std::max<int64_t>(available, std::min(frames, low)));
+      if (frames <= 0) return false;
+    }
+    RenderChunk(frames);
+  }
+}
+
+// Frames that no slot's decoder is late for.
+int64_t MixerThread::AvailableFrames() const {
+  int64_t available = std::numeric_limits<int64_t>::max();
+  if (paused_) return available;
+  for (int slot = 0; slot < kSlots; ++slot) {
+    if (core_.Plays(slot)) available = std::min(available, streams_[slot]->AvailableFrames());
+  }
+  return available;
+}
+
+void MixerThread::RenderChunk(int frames) {
+  core_.Render(mixed_.data(), frames);
+  for (int slot = 0; slot < kSlots; ++slot) {
+    const auto end = core_.TakeEnd(slot);
+    if (!end.has_value()) continue;
+    slots_[slot].end = *end == MixerCore::End::kFile ? Status::End::kFile : Status::End::kFade;
+    slots_[slot].frame = core_.Position(slot);
+    ReleaseStream(slot);
+  }
+  NotePeaks(mixed_.data(), frames);
+  const float* stereo = mixed_.data();
+  if (converter_ != nullptr) {
+    frames = converter_->Convert(stereo, frames, converted_.data());
+    stereo = converted_.data();
+  }
+  FloatToInt16(stereo, samples_.data(), 2 * frames);
+  ring_.Write(samples_.data(), frames);
+}
+
+void MixerThread::NotePeaks(const float* stereo, int frames) {
+  std::array<float, kChannels> most{};
+  for (int i = 0; i < frames; ++i) {
+    most[0] = std::max(most[0], std::abs(stereo[2 * i]));
+    most[1] = std::max(most[1], std::abs(stereo[2 * i + 1]));
+  }
+  for (int channel = 0; channel < kChannels; ++channel) {
+    const auto bits = std::bit_cast<uint32_t>(most[channel]);
+    // The reader only takes them back to 0: a peak written over that costs nothing.
+    if (bits > peaks_[channel].load(std::memory_order_relaxed)) {
+      peaks_[channel].store(bits, std::memory_order_relaxed);
+    }
+  }
+}
+
+void MixerThread::Publish() {
+  for (int slot = 0; slot < kSlots; ++slot) {
+    if (streams_[slot] != nullptr) slots_[slot].frame = core_.Position(slot);
+    statuses_[slot].store(Packed(slots_[slot]), std::memory_order_release);
+  }
+}
+
+}  // namespace zemo

@@ -1,0 +1,137 @@
+// The thread that mixes: takes the logic's orders, keeps the output ring full from the mixer core,
+// and drains it by the clock where no device does. The logic gives orders through a lock-free ring
+// and reads back atomics.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "platform/real/sound/ClockDrain.h"
+#include "platform/real/sound/DecodedStream.h"
+#include "platform/real/sound/DeviceThread.h"
+#include "platform/real/sound/Notices.h"
+#include "platform/real/sound/OutputRing.h"
+#include "platform/real/sound/RateConverter.h"
+#include "platform/real/sound/SoundFileWriter.h"
+#include "platform/real/sound/SpscRing.h"
+#include "platform/real/sound/WakeUp.h"
+#include "platform/sound/MixerCore.h"
+
+namespace zemo {
+
+// One order of the logic. Which members count is told with the kind.
+struct MixerOrder {
+  enum class Kind {
+    kStart,    // slot, stream (given to the mixer), generation, frame
+    kSeek,     // the same, for a slot that sounds
+    kSilence,  // slot
+    kFade,     // slot, frame: the frames of the fade
+    kPause,    // on
+    kRun,      // run, capacityFrames of the output ring: the output starts
+    kHalt,     // it stops
+  };
+  Kind kind = Kind::kHalt;
+  int slot = 0;
+  DecodedStream* stream = nullptr;
+  uint32_t generation = 0;  // of the slot: counts its starts
+  int64_t frame = 0;        // position in the file, or length of the fade
+  uint16_t run = 0;         // counts the starts of the output
+  int capacityFrames = 0;   // at kSampleRate
+  bool on = false;
+};
+
+class MixerThread {
+ public:
+  // What became of a slot's start: the frames of its file read so far, and its end.
+  struct Status {
+    enum class End : uint8_t { kNone, kFile, kFade };
+    uint32_t generation = 0;  // of the start that the rest is about, within kGenerations
+    End end = End::kNone;
+    int64_t frame = 0;
+  };
+  static constexpr uint32_t kGenerations = 1u << 20;
+
+  // Without a device the clock drains; into the file if there is one (owned).
+  MixerThread(std::unique_ptr<OutputDevice> device, std::unique_ptr<SoundFileWriter> file);
+  ~MixerThread();
+
+  // --- Logic's thread ---
+  bool Send(const MixerOrder& order);  // false: no room now
+  void SetVolume(int slot, int volume) { volumes_[slot].store(volume, std::memory_order_release); }
+  Status StatusOf(int slot) const;
+  OutputRing& Ring() { return ring_; }
+  const OutputRing& Ring() const { return ring_; }
+  DeviceThread* Device() { return device_.get(); }  // null without a device
+  Notices& Told() { return notices_; }
+  std::atomic<uint64_t>& LateFrames() { return lateFrames_; }
+  bool Records() const { return records_.load(std::memory_order_relaxed); }  // into a file
+  std::array<float, kChannels> TakePeaks();  // since the last call; full scale 1.0
+
+ private:
+  using Time = SteadyTime;
+  enum class Drain { kNone, kClock, kDevice };
+
+  void Run();
+  void Execute(const MixerOrder& order);
+  void StartStream(const MixerOrder& order);
+  void ReleaseStream(int slot);
+  void RunOutput(const MixerOrder& order);
+  void HaltOutput();
+  int Turn();
+  bool DevicePlays() const;
+  void ChooseDrain(Time now);
+  void WatchDevice(Time now);
+  void UseRate(int rate);
+  void DrainByDevice(Time now);
+  void DrainFrames(int64_t frames);
+  bool Fill();
+  void RenderChunk(int frames);
+  void NotePeaks(const float* stereo, int frames);
+  int64_t AvailableFrames() const;
+  void Publish();
+
+  static constexpr int kChunkFrames = 1024;
+  static constexpr int kOrders = 1024;
+
+  // Shared with the logic.
+  OutputRing ring_;
+  WakeUp wake_;
+  SpscRing<MixerOrder> orders_{kOrders};
+  std::array<std::atomic<int>, kSlots> volumes_;
+  std::array<std::atomic<uint64_t>, kSlots> statuses_{};  // packed, see MixerThread.cpp
+  std::array<std::atomic<uint32_t>, kChannels> peaks_{};  // float bits
+  std::atomic<uint64_t> lateFrames_{0};
+  std::atomic<bool> records_;
+  std::atomic<bool> quit_{false};
+  Notices notices_;
+  std::unique_ptr<DeviceThread> device_;
+
+  // The mixer's own.
+  MixerCore core_{true};
+  std::array<DecodedStream*, kSlots> streams_{};
+  std::array<Status, kSlots> slots_{};
+  std::unique_ptr<SoundFileWriter> file_;
+  std::unique_ptr<RateConverter> converter_;  // null at kSampleRate
+  bool running_ = false;
+  bool begun_ = false;  // the ring was filled and flows
+  bool paused_ = false;
+  uint16_t run_ = 0;
+  int capacityFrames_ = 0;  // at kSampleRate
+  int rate_ = kSampleRate;  // of the ring
+  Drain drain_ = Drain::kNone;
+  Time runTime_;           // when the output was started
+  uint32_t opening_ = 0;   // of the device that drains, or drained last
+  uint32_t troubled_ = 0;  // the opening that was seen to play no more
+  ClockDrain clock_;
+  DeviceWatch watch_;
+  std::vector<float> mixed_;
+  std::vector<float> converted_;
+  std::vector<int16_t> samples_;
+  std::thread thread_;  // last: it uses all the others
+};
+
+}  // namespace zemo

@@ -1,0 +1,19 @@
+// Where the sound goes, as the operator writes it: "device", "device:NAME", "null" or "file:PATH".
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zemo {
+
+struct OutputSpec {
+  enum class Kind { kDevice, kNull, kFile };
+  Kind kind = Kind::kDevice;
+  std::string name;  // of the device, empty for the default one; path of the file
+};
+
+// nullopt when the text is none of the four forms.
+std::optional<OutputSpec> ParseOutputSpec(std::string_view text);
+
+}  // namespace zemo

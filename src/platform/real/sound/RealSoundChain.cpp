@@ -1,0 +1,225 @@
+// Orders to the mixer's thread and what comes back from it.
+#include "platform/real/sound/RealSoundChain.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/real/sound/DecodedStream.h"
+#include "platform/real/sound/MixerThread.h"
+#include "platform/real/sound/SoundFileWriter.h"
+
+namespace zemo {
+namespace {
+
+constexpr int kFrameBytes = kChannels * static_cast<int>(sizeof(int16_t));
+constexpr int kLeastAheadFrames = 65536;  // 1.5 s decoded ahead of the mixer
+constexpr int kMostAheadFrames = 262144;  // 5.9 s, 2 MB a slot
+
+}  // namespace
+
+using Kind = MixerOrder::Kind;
+
+RealSoundChain::RealSoundChain(SoundOpener& opener, std::unique_ptr<OutputDevice> device,
+                               std::unique_ptr<SoundFileWriter> file, std::string outputText,
+                               SoundNotice notice)
+    : SoundChainBase(opener),
+      opener_(opener),
+      notice_(std::move(notice)),
+      outputText_(std::move(outputText)),
+      mixer_(std::make_unique<MixerThread>(std::move(device), std::move(file))) {}
+
+// The mixer's thread ends before the streams that it reads.
+RealSoundChain::~RealSoundChain() {
+  mixer_.reset();
+}
+
+void RealSoundChain::Poll() {
+  SendWaiting();
+  TellEnds();
+  ReapStreams();
+  const auto take = [this](const std::string& line, bool tell) {
+    outputText_ = line;
+    if (tell) Tell(line);
+  };
+  mixer_->Told().Take(take);
+  if (mixer_->Device() != nullptr) mixer_->Device()->Told().Take(take);
+}
+
+void RealSoundChain::TellEnds() {
+  for (int slot = 0; slot < kSlots; ++slot) {
+    if (!Sounds(slot)) continue;
+    Player& player = players_[slot];
+    const MixerThread::Status status = mixer_->StatusOf(slot);
+    if (status.generation != player.generation || status.end == MixerThread::Status::End::kNone) {
+      continue;
+    }
+    if (player.stream->DecoderFailed()) Tell(player.path + ": could not be read to its end");
+    SlotEnded(slot,
+              status.end == MixerThread::Status::End::kFile ? SlotEnd::kFile : SlotEnd::kFade);
+  }
+}
+
+SoundHealth RealSoundChain::TakeHealth() {
+  SoundHealth health;
+  health.output = outputText_;
+  DeviceThread* device = mixer_->Device();
+  health.heard =
+      device != nullptr ? device->GetState() == DeviceThread::State::kRunning : mixer_->Records();
+  health.underruns = mixer_->Ring().Underruns();
+  health.lateFrames = mixer_->LateFrames().load(std::memory_order_relaxed);
+  const auto peaks = mixer_->TakePeaks();
+  health.peakLeft = peaks[0];
+  health.peakRight = peaks[1];
+  return health;
+}
+
+void RealSoundChain::LoadSlot(int slot, const std::string& path,
+                              std::unique_ptr<SoundSource> source) {
+  players_[slot].path = path;
+  players_[slot].source = std::move(source);
+}
+
+void RealSoundChain::FreeSlot(int slot) {
+  RetireStream(slot);
+  players_[slot].source.reset();
+  players_[slot].path.clear();
+}
+
+// A stream is read once, from its beginning to where it is cut; playing on opens the file anew.
+bool RealSoundChain::MakeStream(int slot, int64_t frame) {
+  Player& player = players_[slot];
+  RetireStream(slot);
+  try {
+    std::unique_ptr<SoundSource> source = std::move(player.source);
+    if (source == nullptr) source = opener_.Open(player.path);
+    const int ahead = std::clamp(RingBytes() / kFrameBytes, kLeastAheadFrames, kMostAheadFrames);
+    player.stream =
+        std::make_unique<DecodedStream>(std::move(source), frame, ahead, mixer_->LateFrames());
+  } catch (const SoundError& error) {
+    Tell(error.what());
+    return false;
+  }
+  player.stream->StartDecoder();
+  player.stream->GiveToMixer();
+  player.generation = (player.generation + 1) % MixerThread::kGenerations;
+  player.startFrame = frame;
+  return true;
+}
+
+bool RealSoundChain::StartSlot(int slot, int64_t frame) {
+  if (!MakeStream(slot, frame)) return false;
+  Player& player = players_[slot];
+  Send({.kind = Kind::kStart,
+        .slot = slot,
+        .stream = player.stream.get(),
+        .generation = player.generation,
+        .frame = frame});
+  return true;
+}
+
+bool RealSoundChain::SeekSlot(int slot, int64_t frame) {
+  if (!MakeStream(slot, frame)) return false;
+  Player& player = players_[slot];
+  Send({.kind = Kind::kSeek,
+        .slot = slot,
+        .stream = player.stream.get(),
+        .generation = player.generation,
+        .frame = frame});
+  return true;
+}
+
+void RealSoundChain::SilenceSlot(int slot) {
+  Send({.kind = Kind::kSilence, .slot = slot});
+}
+
+void RealSoundChain::FadeSlot(int slot, int64_t frames) {
+  Send({.kind = Kind::kFade, .slot = slot, .frame = frames});
+}
+
+void RealSoundChain::VolumeSlot(int slot, int volume) {
+  mixer_->SetVolume(slot, volume);
+}
+
+int64_t RealSoundChain::ReadFrames(int slot) const {
+  const Player& player = players_[slot];
+  const MixerThread::Status status = mixer_->StatusOf(slot);
+  return status.generation == player.generation ? status.frame : player.startFrame;
+}
+
+void RealSoundChain::PauseMixer(bool paused) {
+  Send({.kind = Kind::kPause, .on = paused});
+}
+
+void RealSoundChain::OpenOutput() {
+  if (mixer_->Device() != nullptr) mixer_->Device()->Want(true);
+}
+
+void RealSoundChain::StartOutput() {
+  ++run_;
+  Send({.kind = Kind::kRun,
+        .run = run_,
+        .capacityFrames = OutputBufferSize() * OutputNumBuffers() / kFrameBytes});
+}
+
+void RealSoundChain::StopOutput() {
+  mixer_->Ring().End();  // at once; the mixer's thread follows
+  Send({.kind = Kind::kHalt});
+}
+
+void RealSoundChain::CloseOutput() {
+  if (mixer_->Device() != nullptr) mixer_->Device()->Want(false);
+}
+
+int64_t RealSoundChain::PlayedFrames() const {
+  return mixer_->Ring().PlayedFrames(run_);
+}
+
+void RealSoundChain::RetireStream(int slot) {
+  Player& player = players_[slot];
+  if (player.stream == nullptr) return;
+  player.stream->Retire();
+  retired_.push_back(std::move(player.stream));
+}
+
+void RealSoundChain::ReapStreams() {
+  std::erase_if(retired_, [](const std::unique_ptr<DecodedStream>& stream) {
+    return stream->DecoderStopped() && stream->ReleasedByMixer();
+  });
+}
+
+void RealSoundChain::Send(const MixerOrder& order) {
+  if (!waiting_.empty() || !mixer_->Send(order)) waiting_.push_back(order);
+}
+
+void RealSoundChain::SendWaiting() {
+  while (!waiting_.empty() && mixer_->Send(waiting_.front())) waiting_.pop_front();
+}
+
+void RealSoundChain::Tell(const std::string& line) {
+  if (notice_) notice_(line);
+}
+
+std::unique_ptr<RealSoundChain> MakeRealSoundChain(SoundOpener& opener, const OutputSpec& wanted,
+                                                   SoundNotice notice) {
+  const auto make = [&](std::unique_ptr<OutputDevice> device, std::unique_ptr<SoundFileWriter> file,
+                        const std::string& text) {
+    return std::make_unique<RealSoundChain>(opener, std::move(device), std::move(file), text,
+                                            notice);
+  };
+  const std::string unheard = "no output";
+  switch (wanted.kind) {
+    case OutputSpec::Kind::kFile:
+      return make(nullptr, std::make_unique<SoundFileWriter>(wanted.name), "file " + wanted.name);
+    case OutputSpec::Kind::kNull:
+      return make(nullptr, nullptr, unheard);
+    case OutputSpec::Kind::kDevice:
+      break;
+  }
+  if (!AnySoundDevice()) {
+    if (notice) notice("no sound device on this machine: the air goes on without output");
+    return make(nullptr, nullptr, unheard);
+  }
+  return make(MakeSystemDevice(wanted.name), nullptr, "sound device");
+}
+
+}  // namespace zemo

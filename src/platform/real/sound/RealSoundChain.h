@@ -1,0 +1,98 @@
+// The sound chain of the real air: decoders, mixer and output run on threads of their own; this is
+// the logic's end of them. What the logic writes it reads back at once; what happens by itself (the
+// end of a file or a fade) it sees from the next Poll on.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/real/sound/OutputDevice.h"
+#include "platform/real/sound/OutputSpec.h"
+#include "platform/sound/SoundChainBase.h"
+
+namespace zemo {
+
+class DecodedStream;
+class MixerThread;
+class SoundFileWriter;
+struct MixerOrder;
+
+// How the sound fares, for a health line.
+struct SoundHealth {
+  std::string output;       // what plays, in words
+  bool heard = false;       // the output reaches a device or a file
+  uint64_t underruns = 0;   // times the output found too little to play, since the beginning
+  uint64_t lateFrames = 0;  // frames of silence for late decoders, since the beginning
+  float peakLeft = 0.0f;    // since the last question; full scale 1.0
+  float peakRight = 0.0f;
+};
+
+// Gets one line whenever the operator should hear of the output. Called on the logic's thread.
+using SoundNotice = std::function<void(const std::string& line)>;
+
+// Thread: the logic's.
+class RealSoundChain final : public SoundChainBase {
+ public:
+  // `device` or `file` (at most one) takes the sound; with neither a clock does.
+  RealSoundChain(SoundOpener& opener, std::unique_ptr<OutputDevice> device,
+                 std::unique_ptr<SoundFileWriter> file, std::string outputText, SoundNotice notice);
+  ~RealSoundChain() override;
+
+  // About every 10 ms: tells the observer what ended and the operator what happened to the output.
+  void Poll();
+  SoundHealth TakeHealth();
+
+ protected:
+  void LoadSlot(int slot, const std::string& path, std::unique_ptr<SoundSource> source) override;
+  void FreeSlot(int slot) override;
+  bool StartSlot(int slot, int64_t frame) override;
+  void SilenceSlot(int slot) override;
+  bool SeekSlot(int slot, int64_t frame) override;
+  void FadeSlot(int slot, int64_t frames) override;
+  void VolumeSlot(int slot, int volume) override;
+  int64_t ReadFrames(int slot) const override;
+  void PauseMixer(bool paused) override;
+  void OpenOutput() override;
+  void StartOutput() override;
+  void StopOutput() override;
+  void CloseOutput() override;
+  int64_t PlayedFrames() const override;
+
+ private:
+  struct Player {
+    std::string path;
+    std::unique_ptr<SoundSource> source;    // opened, not yet played
+    std::unique_ptr<DecodedStream> stream;  // of the last start
+    uint32_t generation = 0;
+    int64_t startFrame = 0;  // of the last start, until the mixer has taken it up
+  };
+
+  bool MakeStream(int slot, int64_t frame);
+  void RetireStream(int slot);
+  void ReapStreams();
+  void Send(const MixerOrder& order);
+  void SendWaiting();
+  void TellEnds();
+  void Tell(const std::string& line);
+
+  SoundOpener& opener_;
+  SoundNotice notice_;
+  std::string outputText_;
+  std::unique_ptr<MixerThread> mixer_;
+  std::array<Player, kSlots> players_;
+  std::vector<std::unique_ptr<DecodedStream>> retired_;  // until mixer and decoder have let go
+  std::deque<MixerOrder> waiting_;                       // orders that found no room
+  uint16_t run_ = 0;
+};
+
+// The chain for a choice of output. Without any sound device, a device falls back to no output, and
+// the notice says so. Throws SoundError when the file cannot be made.
+std::unique_ptr<RealSoundChain> MakeRealSoundChain(SoundOpener& opener, const OutputSpec& wanted,
+                                                   SoundNotice notice);
+
+}  // namespace zemo
