@@ -1,0 +1,482 @@
+// The connection. What holds at every moment between two calls of the store's operations:
+//
+//  1. No statement is open: each is reset at the end of the scope that stepped it. So no read
+//     lock is held, and other processes can write at any time. (Only while rows are handed out
+//     one by one is one open; it is neither lent again nor forgotten then.)
+//  2. Either no transaction is open, or one that Begin opened and that already holds the write
+//     lock: it was begun IMMEDIATE, so only its beginning and its end wait for others.
+//  3. A transaction that could not be committed is rolled back: the connection is never stuck.
+//  4. tables_ shows the structure of version catalogueVersion_ as a whole, or that is -1.
+//  5. Every statement in kept_ is in keptByText_ and the other way round, the last used first;
+//     there are at most kKeptStatements, and those being walked. The keys point into kept_.
+//  6. changeCounter_ is at least as high as it was at any earlier call, and higher when this
+//     connection or another process has stored something since.
+//  7. A cursor holds values and a key, never a statement: it finds its neighbours by the key,
+//     whatever others did to the rows meanwhile.
+#include "store/Connection.h"
+
+#include <sqlite3.h>
+
+#include <cassert>
+#include <charconv>
+#include <iterator>
+#include <utility>
+
+#include "store/Collation.h"
+#include "store/Dialect.h"
+#include "store/Names.h"
+#include "store/Schema.h"
+#include "store/SqliteError.h"
+#include "store/StoreError.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr size_t kKeptStatements = 96;
+
+std::string_view BytesOf(sqlite3_value* value) {
+  const auto* bytes = static_cast<const char*>(static_cast<const void*>(sqlite3_value_text(value)));
+  return bytes ? std::string_view(bytes, static_cast<size_t>(sqlite3_value_bytes(value)))
+               : std::string_view();
+}
+
+template <int Compare(std::string_view, std::string_view)>
+int Collate(void*, int sizeA, const void* a, int sizeB, const void* b) {
+  return Compare({static_cast<const char*>(a), static_cast<size_t>(sizeA)},
+                 {static_cast<const char*>(b), static_cast<size_t>(sizeB)});
+}
+
+// `text REGEXP pattern` calls regexp(pattern, text).
+void PatternFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL ||
+      sqlite3_value_type(arguments[1]) == SQLITE_NULL) {
+    return;  // Null
+  }
+  sqlite3_result_int(context, MatchesPattern(BytesOf(arguments[1]), BytesOf(arguments[0])) ? 1 : 0);
+}
+
+// A default as the schema writes it: 'text', a number, or nothing that is a constant.
+Value DefaultOf(const std::string& sql) {
+  if (sql.size() >= 2 && sql.front() == '\'') {
+    std::string text;
+    for (size_t i = 1; i + 1 < sql.size(); ++i) {
+      text += sql[i];
+      if (sql[i] == '\'') ++i;
+    }
+    return text;
+  }
+  int64_t integer = 0;
+  const char* end = sql.data() + sql.size();
+  if (std::from_chars(sql.data(), end, integer).ptr == end && !sql.empty()) return integer;
+  double real = 0;
+  if (std::from_chars(sql.data(), end, real).ptr == end && !sql.empty()) return real;
+  return {};
+}
+
+// The key of a table is a unique index on its field: listed where the schema has such an index, or
+// does not know the table.
+void AddKeyIndex(TableDef& table, const TableDef* schema) {
+  const Field* key = table.AutoField();
+  if (!key) return;
+  Index index{"CODE", key->Name, true};
+  if (schema) {
+    const Index* listed = schema->FindIndex("CODE");
+    if (!listed) return;
+    index.Name = listed->Name;
+  }
+  table.Indexes.insert(table.Indexes.begin(), std::move(index));
+}
+
+}  // namespace
+
+// --- Statement ---
+
+Statement::Statement(Connection& connection, sqlite3_stmt* statement)
+    : connection_(connection), statement_(statement) {}
+
+Statement::~Statement() {
+  sqlite3_reset(statement_);
+  sqlite3_clear_bindings(statement_);
+}
+
+Statement& Statement::Bind(int position, const Value& value) {
+  int result = SQLITE_OK;
+  if (const auto* integer = std::get_if<int64_t>(&value)) {
+    result = sqlite3_bind_int64(statement_, position, *integer);
+  } else if (const auto* real = std::get_if<double>(&value)) {
+    result = sqlite3_bind_double(statement_, position, *real);
+  } else if (const auto* text = std::get_if<std::string>(&value)) {
+    result = sqlite3_bind_text64(statement_, position, text->data(), text->size(), SQLITE_TRANSIENT,
+                                 SQLITE_UTF8);
+  } else {
+    result = sqlite3_bind_null(statement_, position);
+  }
+  if (result != SQLITE_OK) connection_.Fail(result);
+  return *this;
+}
+
+bool Statement::Step() {
+  const bool first = !sqlite3_stmt_busy(statement_);
+  const bool writes = !sqlite3_stmt_readonly(statement_);
+  if (first) connection_.BeforeWaiting(writes);
+  const int result = sqlite3_step(statement_);
+  if (first) connection_.AfterWaiting(writes, result);
+  if (result == SQLITE_ROW) return true;
+  if (result == SQLITE_DONE) return false;
+  connection_.seenTotalChanges_ = -1;  // SQLite may have taken back what was counted
+  connection_.Fail(result, sqlite3_sql(statement_));
+}
+
+void Statement::Run() {
+  while (Step()) {
+  }
+}
+
+int Statement::Columns() const {
+  return sqlite3_column_count(statement_);
+}
+
+std::string Statement::ColumnName(int column) const {
+  return sqlite3_column_name(statement_, column);
+}
+
+int64_t Statement::Int(int column) const {
+  return sqlite3_column_int64(statement_, column);
+}
+
+std::string Statement::Text(int column) const {
+  const auto* bytes =
+      static_cast<const char*>(static_cast<const void*>(sqlite3_column_text(statement_, column)));
+  return bytes ? std::string(bytes, static_cast<size_t>(sqlite3_column_bytes(statement_, column)))
+               : std::string();
+}
+
+void Statement::Read(int column, Value& into) const {
+  switch (sqlite3_column_type(statement_, column)) {
+    case SQLITE_NULL:
+      into = std::monostate();
+      break;
+    case SQLITE_INTEGER:
+      into = int64_t{sqlite3_column_int64(statement_, column)};
+      break;
+    case SQLITE_FLOAT:
+      into = sqlite3_column_double(statement_, column);
+      break;
+    default: {  // text, and bytes that another tool stored
+      const auto* bytes = static_cast<const char*>(
+          static_cast<const void*>(sqlite3_column_text(statement_, column)));
+      const auto size = static_cast<size_t>(sqlite3_column_bytes(statement_, column));
+      if (auto* text = std::get_if<std::string>(&into)) {
+        text->assign(bytes ? bytes : "", size);
+      } else {
+        into.emplace<std::string>(bytes ? bytes : "", size);
+      }
+    }
+  }
+}
+
+// --- Connection: opening and closing ---
+
+Connection::Connection(std::string path, bool create, int busyTimeoutMs)
+    : path_(std::move(path)), busyTimeoutMs_(busyTimeoutMs) {
+  try {
+    Open(create);
+  } catch (...) {
+    sqlite3_close(database_);
+    throw;
+  }
+}
+
+Connection::~Connection() {
+  Close();
+}
+
+void Connection::Open(bool create) {
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
+                    (create ? SQLITE_OPEN_CREATE : 0);
+  const int result = sqlite3_open_v2(path_.c_str(), &database_, flags, nullptr);
+  if ((result & 0xFF) == SQLITE_CANTOPEN) {
+    if (create) throw StoreError(kErrReadOnly, path_ + " cannot be created in its folder");
+    if (!FileExists(path_)) throw StoreError(kErrNoSuchFile, path_ + " does not exist");
+    throw StoreError(kErrBadDatabase, path_ + " cannot be read, or is a folder");
+  }
+  if (result != SQLITE_OK) Fail(result);
+  // A misspelt field name must fail, not become a text.
+  sqlite3_db_config(database_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  RegisterFunctions();
+  ExecuteNow("PRAGMA schema_version");
+  ExecuteNow("PRAGMA synchronous = FULL");
+  ExecuteNow("PRAGMA temp_store = MEMORY");  // a full or read-only disk must not stop a sorting
+  // Another tool may have switched the file to a write-ahead log. Where it cannot be switched back
+  // now (read only, in use) the file is as sound with it.
+  sqlite3_exec(database_, "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
+}
+
+void Connection::RegisterFunctions() {
+  sqlite3_create_collation_v2(database_, kFrenchOrder, SQLITE_UTF8, nullptr,
+                              Collate<CompareFrenchOrder>, nullptr);
+  sqlite3_create_collation_v2(database_, kFrenchCase, SQLITE_UTF8, nullptr,
+                              Collate<CompareFrenchCase>, nullptr);
+  sqlite3_create_function_v2(database_, "regexp", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                             PatternFunction, nullptr, nullptr, nullptr);
+}
+
+void Connection::Close() {
+  if (!database_) return;
+  try {
+    Commit();
+  } catch (const StoreError&) {
+    // Rolled back; nobody is left to hear of it.
+  }
+  ForgetStatements();
+  sqlite3_finalize(dataVersion_);
+  dataVersion_ = nullptr;
+  sqlite3_close(database_);
+  database_ = nullptr;
+}
+
+void Connection::Check() const {
+  if (!database_) throw StoreError(kErrClosed, path_ + " is not open");
+}
+
+void Connection::Fail(int result, std::string_view query) const {
+  ThrowSqlite(database_, result, path_, query);
+}
+
+bool Connection::FileExists(const std::string& path) {
+  sqlite3_vfs* files = sqlite3_vfs_find(nullptr);
+  int exists = 0;
+  return files->xAccess(files, path.c_str(), SQLITE_ACCESS_EXISTS, &exists) == SQLITE_OK && exists;
+}
+
+void Connection::BeforeWaiting(bool writes) {
+  sqlite3_busy_timeout(database_, waitedInVain_[writes] ? 0 : busyTimeoutMs_);
+}
+
+void Connection::AfterWaiting(bool writes, int result) {
+  if ((result & 0xFF) == SQLITE_BUSY) {
+    waitedInVain_[writes] = waitedInVain_[writes] || busyTimeoutMs_ > 0;
+  } else {
+    waitedInVain_[writes] = false;
+  }
+}
+
+// --- Statements ---
+
+Statement Connection::Prepare(std::string_view sql) {
+  return {*this, KeptStatement(kSqlite, sql)};
+}
+
+Statement Connection::PrepareDialect(std::string_view sql) {
+  return {*this, KeptStatement(kDialect, sql)};
+}
+
+void Connection::ExecuteNow(const char* sql) {
+  Check();
+  sqlite3_busy_timeout(database_, busyTimeoutMs_);
+  const int result = sqlite3_exec(database_, sql, nullptr, nullptr, nullptr);
+  if (result != SQLITE_OK) Fail(result, sql);
+}
+
+sqlite3_stmt* Connection::KeptStatement(Language language, std::string_view sql) {
+  Check();
+  auto& byText = keptByText_[language];
+  if (const auto found = byText.find(sql); found != byText.end()) {
+    if (sqlite3_stmt_busy(found->second->statement)) {
+      throw StoreError(kErrOther,
+                       "a query cannot be asked inside its own walk: " + std::string(sql));
+    }
+    kept_.splice(kept_.begin(), kept_, found->second);
+    return found->second->statement;
+  }
+  std::string translated(sql);
+  if (language == kDialect) {
+    translated = TranslateQuery(sql, [this](std::string_view name) { return FindTable(name); });
+  }
+  sqlite3_stmt* statement = Compile(translated, sql);
+  kept_.push_front({language, std::string(sql), statement});
+  byText.emplace(kept_.front().text, kept_.begin());
+  if (kept_.size() > kKeptStatements) Forget(std::prev(kept_.end()));
+  assert(keptByText_[kSqlite].size() + keptByText_[kDialect].size() == kept_.size());
+  return statement;
+}
+
+// A statement whose rows are being handed out stays until it is the last used again.
+void Connection::Forget(KeptList::iterator kept) {
+  if (sqlite3_stmt_busy(kept->statement)) {
+    kept_.splice(kept_.begin(), kept_, kept);
+    return;
+  }
+  keptByText_[kept->language].erase(kept->text);
+  sqlite3_finalize(kept->statement);
+  kept_.erase(kept);
+}
+
+sqlite3_stmt* Connection::Compile(const std::string& sql, std::string_view shown) {
+  if (sql.find('\0') != std::string::npos) {
+    throw StoreError(kErrSyntax, "a query cannot hold a zero character");
+  }
+  sqlite3_stmt* statement = nullptr;
+  const char* tail = nullptr;
+  BeforeWaiting(false);  // for the structure, where it has to be read
+  const int result = sqlite3_prepare_v3(database_, sql.c_str(), static_cast<int>(sql.size()) + 1,
+                                        SQLITE_PREPARE_PERSISTENT, &statement, &tail);
+  if (result != SQLITE_OK) {
+    AfterWaiting(false, result);
+    Fail(result, shown);
+  }
+  const std::string_view rest(tail);
+  if (!statement || rest.find_first_not_of("; \t\r\n") != std::string_view::npos) {
+    sqlite3_finalize(statement);
+    throw StoreError(kErrSyntax, "a query must be one statement: " + std::string(shown));
+  }
+  return statement;
+}
+
+void Connection::ForgetStatements() {
+  for (auto kept = kept_.begin(); kept != kept_.end();) {
+    const auto next = std::next(kept);
+    Forget(kept);
+    kept = next;
+  }
+}
+
+// --- Transactions ---
+
+bool Connection::InTransaction() const {
+  return database_ && !sqlite3_get_autocommit(database_);
+}
+
+void Connection::Begin() {
+  Check();
+  if (!InTransaction()) Prepare("BEGIN IMMEDIATE").Run();
+}
+
+void Connection::Commit() {
+  Check();
+  if (!InTransaction()) return;
+  BeforeWaiting(true);
+  const int result = sqlite3_exec(database_, "COMMIT", nullptr, nullptr, nullptr);
+  AfterWaiting(true, result);
+  if (result == SQLITE_OK) return;
+  try {
+    Fail(result);
+  } catch (const StoreError&) {
+    if (InTransaction()) sqlite3_exec(database_, "ROLLBACK", nullptr, nullptr, nullptr);
+    seenTotalChanges_ = -1;
+    catalogueVersion_ = -1;
+    throw;
+  }
+}
+
+// --- Catalogue ---
+
+std::shared_ptr<const TableDef> Connection::FindTable(std::string_view name) {
+  const auto find = [this, name]() -> std::shared_ptr<const TableDef> {
+    for (const auto& table : tables_) {
+      if (SameName(table->Name, name)) return table;
+    }
+    return nullptr;
+  };
+  if (catalogueVersion_ >= 0) {
+    if (auto table = find()) return table;
+  }
+  RefreshCatalogue();
+  return find();
+}
+
+const std::vector<std::shared_ptr<const TableDef>>& Connection::AllTables() {
+  RefreshCatalogue();
+  return tables_;
+}
+
+void Connection::StructureChanged() {
+  catalogueVersion_ = -1;
+  seenTotalChanges_ = -1;
+}
+
+void Connection::RefreshCatalogue() {
+  int64_t version = 0;
+  {
+    Statement statement = Prepare("PRAGMA schema_version");
+    if (statement.Step()) version = statement.Int(0);
+  }
+  if (version == catalogueVersion_) return;
+  if (catalogueVersion_ >= 0) seenTotalChanges_ = -1;
+  catalogueVersion_ = -1;
+  LoadCatalogue();
+  ForgetStatements();  // translations may hang on what the tables were
+  catalogueVersion_ = version;
+}
+
+void Connection::LoadCatalogue() {
+  std::vector<std::shared_ptr<TableDef>> tables;
+  std::shared_ptr<TableDef> table;
+  Statement fields = Prepare(
+      "SELECT m.name, f.name, f.type, f.dflt_value, f.pk FROM sqlite_schema m, "
+      "pragma_table_info(m.name) f WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite\\_%' ESCAPE "
+      "'\\' "
+      "ORDER BY m.name COLLATE NOCASE, f.cid");
+  const TableDef* schema = nullptr;
+  while (fields.Step()) {
+    const std::string name = fields.Text(0);
+    if (!table || table->Name != name) {
+      table = std::make_shared<TableDef>();
+      table->Name = name;
+      tables.push_back(table);
+      schema = FindSchemaTable(name);
+    }
+    Field field;
+    field.Name = fields.Text(1);
+    ReadDeclaredType(fields.Text(2), field);
+    field.DefaultValue = DefaultOf(fields.Text(3));
+    field.AutoIncrement = fields.Int(4) == 1 && field.Type == FieldType::kInt32;
+    const Field* known = schema ? schema->FindField(field.Name) : nullptr;
+    field.AllowZeroLength = !known || known->AllowZeroLength;
+    table->Fields.push_back(std::move(field));
+  }
+  Statement indexes = Prepare(
+      "SELECT l.name, l.\"unique\", i.name FROM pragma_index_list(?1) l, "
+      "pragma_index_info(l.name) i WHERE l.origin = 'c' AND i.seqno = 0 ORDER BY l.seq DESC");
+  for (const auto& entry : tables) {
+    TableDef& def = *entry;
+    indexes.Bind(1, def.Name);
+    while (indexes.Step()) {
+      def.Indexes.push_back({std::string(IndexNameOf(def.Name, indexes.Text(0))), indexes.Text(2),
+                             indexes.Int(1) != 0});
+    }
+    sqlite3_reset(indexes.Handle());
+    AddKeyIndex(def, FindSchemaTable(def.Name));
+  }
+  tables_.assign(tables.begin(), tables.end());
+}
+
+// --- Changes ---
+
+int64_t Connection::ChangeCounter() {
+  Check();
+  if (!dataVersion_) dataVersion_ = Compile("PRAGMA data_version", "PRAGMA data_version");
+  // Who writes just now may have the file to himself for a moment; his change is seen next time.
+  sqlite3_busy_timeout(database_, 0);
+  int64_t version = seenDataVersion_;
+  if (sqlite3_step(dataVersion_) == SQLITE_ROW) version = sqlite3_column_int64(dataVersion_, 0);
+  sqlite3_reset(dataVersion_);
+  const int64_t total = sqlite3_total_changes64(database_);
+  if (version != seenDataVersion_ || total != seenTotalChanges_) {
+    ++changeCounter_;
+    seenDataVersion_ = version;
+    seenTotalChanges_ = total;
+  }
+  return changeCounter_;
+}
+
+int64_t Connection::RowsChanged() const {
+  return sqlite3_changes64(database_);
+}
+
+int64_t Connection::LastInsertCode() const {
+  return database_ ? sqlite3_last_insert_rowid(database_) : 0;
+}
+
+}  // namespace zemo

@@ -1,0 +1,131 @@
+// One SQLite connection with its prepared statements and its catalogue; what the database, its
+// cursors and its snapshots share.
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "store/TableDefs.h"
+#include "store/Value.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace zemo {
+
+class Connection;
+
+// A prepared statement on loan from its connection for one scope: the destructor resets it, so that
+// no read lock outlives the call in which it was taken.
+class Statement {
+ public:
+  Statement(Connection& connection, sqlite3_stmt* statement);
+  ~Statement();
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+
+  Statement& Bind(int position, const Value& value);  // 1-based; the value is copied
+  bool Step();                                        // true: a row stands ready
+  void Run();                                         // to the end
+  int Columns() const;
+  std::string ColumnName(int column) const;  // 0-based, as all columns
+  int64_t Int(int column) const;
+  std::string Text(int column) const;
+  void Read(int column, Value& into) const;
+  sqlite3_stmt* Handle() const { return statement_; }
+
+ private:
+  Connection& connection_;
+  sqlite3_stmt* statement_;
+};
+
+// Thread: the logic's, without a lock inside. Operations throw StoreError.
+class Connection {
+ public:
+  // `create` makes the file when it is missing. The file's first page is read, so that what is no
+  // database, or cannot be read, fails here.
+  Connection(std::string path, bool create, int busyTimeoutMs);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  void Close();  // an open transaction is committed; errors there are lost
+  bool IsOpen() const { return database_ != nullptr; }
+  const std::string& Path() const { return path_; }
+  sqlite3* Handle() const { return database_; }
+
+  Statement Prepare(std::string_view sql);         // SQLite's SQL; kept prepared
+  Statement PrepareDialect(std::string_view sql);  // the station's dialect; kept prepared
+  void ExecuteNow(const char* sql);                // not kept
+
+  void Begin();   // nothing when one is open
+  void Commit();  // nothing when none is open; what cannot be committed is rolled back
+  bool InTransaction() const;
+
+  static bool FileExists(const std::string& path);  // a file that is not empty, or a folder
+
+  // The table's definition, which stays valid while the catalogue changes; null: no such table.
+  // The catalogue is read again when the name is unknown. RefreshCatalogue reads it again when the
+  // file's structure has changed, whoever changed it.
+  std::shared_ptr<const TableDef> FindTable(std::string_view name);
+  const std::vector<std::shared_ptr<const TableDef>>& AllTables();  // by name
+  void RefreshCatalogue();
+  void StructureChanged();  // by this connection: forgets the catalogue and the statements
+
+  int64_t ChangeCounter();
+  int64_t RowsChanged() const;  // by the last writing statement
+  int64_t LastInsertCode() const;
+
+  // An operation that waited in vain is the last that waits: those after it fail at once until one
+  // of its kind (reading, writing) succeeds. A file locked for long must not stop the air again and
+  // again.
+  int BusyTimeoutMs() const { return busyTimeoutMs_; }
+  void SetBusyTimeoutMs(int ms) { busyTimeoutMs_ = ms; }
+
+  [[noreturn]] void Fail(int result, std::string_view query = {}) const;
+
+ private:
+  enum Language { kSqlite, kDialect };
+  struct Kept {
+    Language language;
+    std::string text;
+    sqlite3_stmt* statement;
+  };
+  using KeptList = std::list<Kept>;
+
+  void Open(bool create);
+  void RegisterFunctions();
+  void Check() const;  // throws when closed
+  // Around each operation of the kind, with what it gave.
+  void BeforeWaiting(bool writes);
+  void AfterWaiting(bool writes, int result);
+  sqlite3_stmt* KeptStatement(Language language, std::string_view sql);
+  sqlite3_stmt* Compile(const std::string& sql, std::string_view shown);
+  void Forget(KeptList::iterator kept);
+  void ForgetStatements();
+  void LoadCatalogue();
+
+  std::string path_;
+  int busyTimeoutMs_;
+  sqlite3* database_ = nullptr;
+  KeptList kept_;                                                           // the last used first
+  std::unordered_map<std::string_view, KeptList::iterator> keptByText_[2];  // by Language
+  sqlite3_stmt* dataVersion_ = nullptr;
+  bool waitedInVain_[2] = {};  // readers, writers
+
+  std::vector<std::shared_ptr<const TableDef>> tables_;
+  int64_t catalogueVersion_ = -1;  // schema_version that tables_ shows; -1: none read
+
+  int64_t changeCounter_ = 0;
+  int64_t seenDataVersion_ = -1;
+  int64_t seenTotalChanges_ = -1;
+
+  friend class Statement;
+};
+
+}  // namespace zemo

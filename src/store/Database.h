@@ -1,0 +1,89 @@
+// The station's database file over SQLite, behind the engine operations that the logic knows.
+// Queries come in the station's dialect (LIKE with * and ?, DELETE * FROM, TOP n, WHERE '*', ...)
+// and are translated in one place, store/Dialect.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "store/Recordset.h"
+
+struct sqlite3;
+
+namespace zemo {
+
+class RowView;
+class TableDefs;
+
+// Thread: the logic's. Every operation throws StoreError.
+class Database {
+ public:
+  virtual ~Database() = default;
+
+  virtual std::unique_ptr<Recordset> OpenRecordset(std::string_view sql) = 0;  // a snapshot
+  // Hands the rows of a query to `take` one by one, without a snapshot: for walks over a whole
+  // library. The file is held for reading meanwhile, so `take` only copies what it needs.
+  virtual void ReadRows(std::string_view sql, const std::function<void(const RowView&)>& take) = 0;
+  virtual std::unique_ptr<Recordset> OpenTable(std::string_view table) = 0;  // a live table cursor
+  virtual void Execute(std::string_view sql) = 0;  // a query that writes; fails on error
+  virtual void BeginTrans() = 0;                   // does nothing when one is open
+  virtual void CommitTrans() = 0;                  // does nothing when none is open
+  virtual TableDefs& Tables() = 0;
+  virtual void Close() = 0;
+  virtual bool IsOpen() const = 0;
+
+  // Counts up whenever the stored data may have changed, by this connection or another process.
+  // Costs a few microseconds; asked once a handler and after each yield, not at every read.
+  virtual int64_t ChangeCounter() = 0;
+  // CODE of the row that this connection inserted last, for the report's trace; 0 before the first.
+  virtual int64_t LastInsertCode() const = 0;
+
+  // How long an operation waits for a file that another process has locked before it throws
+  // kErrLocked.
+  virtual int BusyTimeoutMs() const = 0;
+  virtual void SetBusyTimeoutMs(int ms) = 0;
+};
+
+inline constexpr int kBusyTimeoutMs = 5000;
+
+// BeginTrans now; CommitTrans at Commit() or at the end of the scope. There is no rollback: what
+// was executed before a failure stays, and no failure leaves the file locked.
+class Transaction {
+ public:
+  explicit Transaction(Database& database) : database_(database) { database_.BeginTrans(); }
+  ~Transaction();  // commits if Commit was not reached; errors there are lost
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void Commit() {
+    database_.CommitTrans();
+    committed_ = true;
+  }
+
+ private:
+  Database& database_;
+  bool committed_ = false;
+};
+
+// File operations on whole databases. `path` is a path of this system. Throw StoreError.
+struct DBEngine {
+  // Fails when the file exists; an empty file does not count.
+  static std::unique_ptr<Database> CreateDatabase(const std::string& path,
+                                                  int busyTimeoutMs = kBusyTimeoutMs);
+  // Shared, read-write; where the file or its folder cannot be written, writes fail with
+  // kErrReadOnly.
+  static std::unique_ptr<Database> OpenDatabase(const std::string& path,
+                                                int busyTimeoutMs = kBusyTimeoutMs);
+  static bool DatabaseExists(const std::string& path);  // a file that is not empty, or a folder
+  // A copy without gaps, whose indexes are made anew; numbers once given stay given. `to` must not
+  // exist.
+  static void CompactDatabase(const std::string& from, const std::string& to);
+  // Makes damaged indexes anew; kErrBadDatabase where more than an index is damaged.
+  static void RepairDatabase(const std::string& path);
+  // SQLite's own SQL, one or more statements, on a connection of its own, as another program would.
+  static void ExecuteNative(const std::string& path, const std::string& sql);
+};
+
+}  // namespace zemo

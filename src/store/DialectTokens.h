@@ -1,0 +1,28 @@
+// A query of the dialect cut into words.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zemo {
+
+enum class TokenKind { kWord, kName, kNumber, kText, kSymbol };
+
+struct Token {
+  TokenKind kind = TokenKind::kSymbol;
+  std::string text;    // a name or a text literal without its quotes; all others as written
+  int depth = 0;       // parentheses around it; an opening one counts as outside of itself
+  bool spaced = true;  // a blank stands before it
+
+  bool Is(std::string_view word) const;  // a word (any case) or a symbol; never a literal or a name
+  bool IsName() const { return kind == TokenKind::kWord || kind == TokenKind::kName; }
+};
+
+// Throws StoreError (kErrSyntax) for a quote or bracket that is not closed.
+std::vector<Token> CutQuery(std::string_view query);
+
+// The words as SQL for SQLite.
+std::string JoinTokens(const std::vector<Token>& tokens);
+
+}  // namespace zemo

@@ -1,0 +1,253 @@
+// Opening and filling the station's base, and the settings row that everybody reads.
+#include "store/StationBase.h"
+
+#include <optional>
+#include <utility>
+
+#include "store/ClosedTable.h"
+#include "store/Schema.h"
+#include "store/StoreError.h"
+
+namespace zemo {
+
+namespace {
+
+struct OpenedTable {
+  const char* name;
+  std::unique_ptr<Recordset> TableCursors::*cursor;
+};
+
+constexpr OpenedTable kOpeningOrder[] = {
+    {"Discotheque", &TableCursors::Discotheque},
+    {"DiscothequeJingle", &TableCursors::DiscothequeJingle},
+    {"DiscothequeVirgule", &TableCursors::DiscothequeVirgule},
+    {"GrillePub", &TableCursors::GrillePub},
+    {"Models", &TableCursors::Models},
+    {"Variete", &TableCursors::Variete},
+    {"Toph", &TableCursors::Toph},
+    {"Cnf", &TableCursors::Cnf},
+    {"Rapport", &TableCursors::Rapport},
+    {"Playlist", &TableCursors::Playlist},
+    {"Pls", &TableCursors::Pls},
+    {"ModelSquelette", &TableCursors::ModelSquelette},
+    {"VT", &TableCursors::VT},
+};
+
+constexpr int kHours = 24;
+
+// Runs one step after the other whatever becomes of each; Finish throws the first error.
+class FirstError {
+ public:
+  template <typename Step>
+  void Try(Step step) {
+    try {
+      step();
+    } catch (const StoreError& error) {
+      Note(error);
+    }
+  }
+  void Note(const StoreError& error) {
+    if (!error_) error_ = error;
+  }
+  void Finish() const {
+    if (error_) throw StoreError(*error_);
+  }
+
+ private:
+  std::optional<StoreError> error_;
+};
+
+void AddVariety(Recordset& table, const char* name, int64_t percent) {
+  table.AddNew();
+  table.Set("POURCENT", percent);
+  table.Set("VARIETE", std::string(name));
+  table.Update();
+}
+
+void SeedVariete(Recordset& table) {
+  AddVariety(table, "NATIONAL", 40);
+  AddVariety(table, "INTERNATIONAL", 60);
+}
+
+void SeedToph(Recordset& table) {
+  for (int64_t hour = 0; hour < kHours; ++hour) {
+    table.AddNew();
+    table.Set("FICHIER", std::string());
+    table.Set("SURIMPRESSION", int64_t{0});
+    table.Set("HEURE", hour);
+    table.Update();
+  }
+}
+
+void SeedCnf(Recordset& table) {
+  table.AddNew();
+  table.Update();
+}
+
+}  // namespace
+
+StationBase::StationBase(std::string path, int busyTimeoutMs)
+    : path_(std::move(path)), busyTimeoutMs_(busyTimeoutMs) {
+  CloseTables(kErrClosed, path_ + " is not open");
+}
+
+StationBase::~StationBase() = default;
+
+bool StationBase::OpenOrCreateDatabase() {
+  Close();
+  const bool created = !DBEngine::DatabaseExists(path_);
+  database_ = created ? DBEngine::CreateDatabase(path_, busyTimeoutMs_)
+                      : DBEngine::OpenDatabase(path_, busyTimeoutMs_);
+  return created;
+}
+
+void StationBase::CreateMissingTables(const std::function<void(const std::string& table, int number,
+                                                               const std::string& text)>& failed) {
+  TableDefs& defs = Db().Tables();
+  const auto isWhole = [&defs](const TableDef& table) {
+    if (!defs.Has(table.Name)) return false;
+    const TableDef present = defs.Item(table.Name);
+    for (const Index& index : table.Indexes) {
+      if (!present.FindIndex(index.Name)) return false;
+    }
+    return true;
+  };
+  std::vector<const TableDef*> missing;
+  for (const TableDef& table : SchemaTables()) {
+    if (!isWhole(table)) missing.push_back(&table);
+  }
+  if (missing.empty()) return;  // a full base is not even locked
+  const auto attempt = [&failed](const std::string& name, const auto& step) {
+    try {
+      step();
+      return true;
+    } catch (const StoreError& error) {
+      if (error.Number() == kErrTableExists || error.Number() == kErrIndexExists) return true;
+      if (failed) failed(name, error.Number(), error.what());
+      return false;
+    }
+  };
+  // One transaction for all: a new base is there in one write to the disk. Where it cannot begin,
+  // each of the tables has failed for this reason.
+  std::optional<Transaction> transaction;
+  for (const TableDef* table : missing) {
+    attempt(table->Name, [&] {
+      if (!transaction) transaction.emplace(Db());
+    });
+    if (!transaction) continue;
+    if (attempt(table->Name, [&] { CreateTable(defs, table->Name); })) {
+      attempt(table->Name, [&] { CreateIndexes(defs, table->Name); });
+    }
+  }
+  if (transaction) attempt(missing.back()->Name, [&] { transaction->Commit(); });
+}
+
+void StationBase::OpenAllTables() {
+  Database& database = Db();
+  FirstError errors;
+  for (const OpenedTable& table : kOpeningOrder) {
+    std::unique_ptr<Recordset>& cursor = tables_.*table.cursor;
+    try {
+      cursor = database.OpenTable(table.name);
+    } catch (const StoreError& error) {
+      cursor = std::make_unique<ClosedTable>(error.Number(), error.what());
+      errors.Note(error);
+    }
+  }
+  errors.Finish();
+}
+
+void StationBase::SeedFixedRows() {
+  const struct {
+    const char* name;
+    Recordset& table;
+    void (*seed)(Recordset&);
+  } fixed[] = {{"Variete", *tables_.Variete, SeedVariete},
+               {"Toph", *tables_.Toph, SeedToph},
+               {"Cnf", *tables_.Cnf, SeedCnf}};
+  FirstError errors;
+  for (const auto& entry : fixed) {
+    errors.Try([&] {
+      if (CountRecords(entry.name) != 0) return;
+      Transaction transaction(Db());
+      // Another station may have filled it before this one held the lock.
+      if (CountRecords(entry.name) == 0) entry.seed(entry.table);
+      transaction.Commit();
+      entry.table.MoveFirst();
+    });
+  }
+  errors.Finish();
+}
+
+void StationBase::Close() {
+  CloseTables(kErrClosed, path_ + " is not open");
+  database_.reset();
+  counts_.clear();
+  cnfCounter_ = -1;
+  cnfChecked_ = false;
+}
+
+void StationBase::CloseTables(int number, const std::string& reason) {
+  for (const OpenedTable& table : kOpeningOrder) {
+    tables_.*table.cursor = std::make_unique<ClosedTable>(number, reason);
+  }
+}
+
+Database& StationBase::Db() {
+  if (!IsOpen()) throw StoreError(kErrClosed, path_ + " is not open");
+  return *database_;
+}
+
+bool StationBase::IsOpen() const {
+  return database_ && database_->IsOpen();
+}
+
+int32_t StationBase::CountRecords(std::string_view table) {
+  Database& database = Db();
+  const int64_t counter = database.ChangeCounter();
+  if (counter != countsCounter_) counts_.clear();
+  countsCounter_ = counter;
+  for (const auto& [name, count] : counts_) {
+    if (name == table) return count;
+  }
+  const auto rows = database.OpenRecordset("SELECT COUNT(*) FROM " + std::string(table) + " ");
+  counts_.emplace_back(table, static_cast<int32_t>(AsInt(rows->Field(0))));
+  return counts_.back().second;
+}
+
+const Value& StationBase::ReadCnfField(int n) {
+  if (!cnfChecked_) RefreshCnf();
+  if (n < 1 || n > static_cast<int>(cnfRow_.size())) {
+    throw StoreError(kErrNoSuchField, "Cnf has no field number " + std::to_string(n));
+  }
+  return cnfRow_[static_cast<size_t>(n) - 1];
+}
+
+// The air must not wait for a locked file to learn a setting that it knows: the wait is for the
+// first reading only.
+void StationBase::RefreshCnf() {
+  if (cnfRow_.empty()) {
+    ReadCnfRow();
+  } else if (IsOpen()) {
+    database_->SetBusyTimeoutMs(0);
+    try {
+      ReadCnfRow();
+    } catch (const StoreError&) {
+      // The last row stands until the next check.
+    }
+    database_->SetBusyTimeoutMs(busyTimeoutMs_);
+  }
+  cnfChecked_ = true;
+}
+
+void StationBase::ReadCnfRow() {
+  const int64_t counter = Db().ChangeCounter();
+  if (counter == cnfCounter_) return;
+  const auto row = Db().OpenRecordset("SELECT * FROM CNF");
+  if (row->Eof()) throw StoreError(kErrNoCurrentRecord, "Cnf has no row");
+  cnfRow_.resize(static_cast<size_t>(row->FieldCount()));
+  for (int i = 0; i < row->FieldCount(); ++i) cnfRow_[static_cast<size_t>(i)] = row->Field(i);
+  cnfCounter_ = counter;
+}
+
+}  // namespace zemo

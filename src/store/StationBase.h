@@ -1,0 +1,90 @@
+// The station's open base: the one Database object, its thirteen table cursors, the settings row.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "store/Database.h"
+
+namespace zemo {
+
+// The thirteen tables, in the order in which they are opened. One that is missing in the file, and
+// all while the base is closed, throw StoreError at every use; none is ever null.
+struct TableCursors {
+  std::unique_ptr<Recordset> Discotheque, DiscothequeJingle, DiscothequeVirgule, GrillePub, Models,
+      Variete, Toph, Cnf, Rapport, Playlist, Pls, ModelSquelette, VT;
+};
+
+// Thread: the logic's. Operations throw StoreError.
+class StationBase {
+ public:
+  // Path of the base file, without regard to the case of "Triskin.MDB" in the station's folder.
+  explicit StationBase(std::string path, int busyTimeoutMs = kBusyTimeoutMs);
+  ~StationBase();
+
+  // Creates the file when it is missing (true is returned then), and opens it.
+  bool OpenOrCreateDatabase();
+  // The thirteen creators with their indexes. `failed` hears of every error that is not "exists
+  // already", with the table's name; a failed creation stops nothing.
+  void CreateMissingTables(const std::function<void(const std::string& table, int number,
+                                                    const std::string& text)>& failed);
+  // A table that cannot be opened stops nothing; its error is thrown at the end.
+  void OpenAllTables();
+  void SeedFixedRows();  // Variete, Toph and Cnf, each only when empty
+  void Close();
+
+  Database& Db();  // throws StoreError when closed
+  bool IsOpen() const;
+  TableCursors& Tables() { return tables_; }
+  const std::string& Path() const { return path_; }
+
+  int32_t CountRecords(std::string_view table);
+
+  // Field number n (1 to 50) of the settings row as last stored by anybody. The row is read again
+  // only when the base has changed; call CheckCnf once at the head of a handler and after a yield.
+  // While the row cannot be read the last one read stands; StoreError only where there is none. The
+  // reference holds until the row is read again.
+  const Value& ReadCnfField(int n);
+  int64_t CnfInt(int n) { return AsInt(ReadCnfField(n)); }
+  bool CnfBool(int n) { return AsBool(ReadCnfField(n)); }
+  std::string CnfText(int n) { return AsText(ReadCnfField(n)); }
+  void CheckCnf() { cnfChecked_ = false; }  // the next read asks the change counter
+
+ private:
+  void RefreshCnf();
+  void ReadCnfRow();
+  void CloseTables(int number, const std::string& reason);
+
+  std::string path_;
+  int busyTimeoutMs_;
+  std::unique_ptr<Database> database_;
+  TableCursors tables_;
+  std::vector<Value> cnfRow_;
+  int64_t cnfCounter_ = -1;  // change counter at which cnfRow_ was read
+  bool cnfChecked_ = false;
+  std::vector<std::pair<std::string, int32_t>> counts_;  // of tables, at countsCounter_
+  int64_t countsCounter_ = -1;
+};
+
+// Ordinals of the settings row, under the names of its fields (ReadCnfField(Cnf::kFadeOut)).
+namespace Cnf {
+// clang-format off
+enum Field : int {
+  kPmixDef = 1, kPmixPubs, kPmixToph, kPmixJingles, kCycleMaxi, kBuffers, kPrioritePubs, kJingles,
+  kJinglesIntro, kVolumeMusique, kVolumeMusiqueSous, kVolumeMusiqueSurImpression, kVolumePubs,
+  kFadeOut, kJingleCode, kJingleCodeIntro, kJingleAvantPubs, kJingleApresPubs, kLangue, kPortCom,
+  kEntreSat, kMESSAGESECURITE, kPurgeRapport, kPrioriteRubriques, kCouleurdesCompteur, kNbrBuffers,
+  kJingleCourt, kGraphiqueMini, kJingleEnFinIntro, kTempRequette, kVeille, kTextVeille,
+  kMiniFinHeure, kOptimiseToph, kHOptimise, kTempsMaxiImPulsion, kSuppressionPub, kOffsetTopH,
+  kSquelette, kInstrumental, kEcartArtiste, kPubAvecTopH, kVolumeRubriques, kCheckNational,
+  kJingleExtraitYN, kJoystiquePort, kDecalDiff, kExtraitAuto, kInExtrait, kOutExtrait
+};
+// clang-format on
+}  // namespace Cnf
+
+}  // namespace zemo

@@ -1,0 +1,406 @@
+// Moves, seeks and edits of a table cursor.
+#include "store/TableCursor.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "store/Collation.h"
+#include "store/Connection.h"
+#include "store/Names.h"
+#include "store/StoreError.h"
+
+namespace zemo {
+
+namespace {
+
+bool IsAscii(const Value& value) {
+  const auto* text = std::get_if<std::string>(&value);
+  return !text || std::all_of(text->begin(), text->end(),
+                              [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+[[noreturn]] void Refuse(const TableDef& table, const Field& field, const std::string& text) {
+  throw StoreError(kErrValueRefused,
+                   table.Name + '.' + field.Name + " holds a number, not \"" + text + '"');
+}
+
+// The value in the type of its field, as far as it can be read as one; widths and ranges are the
+// schema's own rules.
+Value InFieldType(const TableDef& table, const Field& field, const Value& value) {
+  if (IsNull(value)) return value;
+  if (field.Type == FieldType::kText || field.Type == FieldType::kMemo) return AsText(value);
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    if (!ReadsAsNumber(value)) Refuse(table, field, *text);
+  }
+  switch (field.Type) {
+    case FieldType::kFloat64:
+      return AsReal(value);
+    case FieldType::kBool:
+      return int64_t{AsBool(value) ? -1 : 0};
+    default:
+      return AsInt(value);
+  }
+}
+
+}  // namespace
+
+TableCursor::TableCursor(std::shared_ptr<Connection> connection, std::string_view table)
+    : connection_(std::move(connection)) {
+  connection_->RefreshCatalogue();
+  table_ = connection_->FindTable(table);
+  if (!table_) throw StoreError(kErrNoSuchTable, "no table " + std::string(table));
+  select_ = "SELECT rowid";
+  for (const zemo::Field& field : table_->Fields) select_ += ", " + QuotedName(field.Name);
+  select_ += " FROM " + QuotedName(table_->Name);
+  row_.resize(table_->Fields.size());
+  MakeOrder({});
+}
+
+Connection& TableCursor::Open() const {
+  if (!connection_) throw StoreError(kErrClosed, "table " + table_->Name + " is not open");
+  return *connection_;
+}
+
+void TableCursor::Close() {
+  connection_.reset();
+  place_ = Place::kEmpty;
+  pending_ = Pending::kNothing;
+}
+
+// --- Order ---
+
+void TableCursor::MakeOrder(std::optional<size_t> key) {
+  const bool byNumber = !key || table_->Fields[*key].AutoIncrement;
+  const std::string k = byNumber ? "rowid" : QuotedName(table_->Fields[*key].Name);
+  const std::string up =
+      byNumber ? " ORDER BY rowid LIMIT 1" : " ORDER BY " + k + ", rowid LIMIT 1";
+  const std::string down =
+      byNumber ? " ORDER BY rowid DESC LIMIT 1" : " ORDER BY " + k + " DESC, rowid DESC LIMIT 1";
+  order_ = {};
+  order_.first = select_ + up;
+  order_.last = select_ + down;
+  order_.seek = select_ + " WHERE " + k + " = ?1" + up;
+  if (byNumber) {
+    order_.nextHigher = select_ + " WHERE rowid > ?1" + up;
+    order_.previousLower = select_ + " WHERE rowid < ?1" + down;
+    return;
+  }
+  order_.key = key;
+  order_.seekAnyCase = select_ + " WHERE " + k + " = ?1 COLLATE " + kFrenchCase + up;
+  order_.nextEqual = select_ + " WHERE " + k + " IS ?1 AND rowid > ?2" + up;
+  order_.nextHigher = select_ + " WHERE " + k + " > ?1" + up;
+  order_.nextNotNull = select_ + " WHERE " + k + " IS NOT NULL" + up;
+  order_.previousEqual = select_ + " WHERE " + k + " IS ?1 AND rowid < ?2" + down;
+  order_.previousLower = select_ + " WHERE " + k + " < ?1" + down;
+  order_.previousNull = select_ + " WHERE " + k + " IS NULL" + down;
+}
+
+void TableCursor::SetIndex(std::string_view name) {
+  Open();
+  pending_ = Pending::kNothing;
+  place_ = Place::kUnsettled;
+  if (SameName(name, index_)) return;
+  if (name.empty()) {
+    MakeOrder({});
+  } else if (const Index* index = table_->FindIndex(name)) {
+    MakeOrder(FieldAt(index->Field));
+  } else if (table_->AutoField() && SameName(name, table_->AutoField()->Name)) {
+    MakeOrder({});  // the key serves in every table that has one
+  } else {
+    throw StoreError(kErrNoSuchIndex, "no index " + table_->Name + '.' + std::string(name));
+  }
+  index_ = name;
+}
+
+// --- Moves ---
+
+// Makes the first row of the query current; false when it has none.
+bool TableCursor::Load(Statement& query) const {
+  if (!query.Step()) return false;
+  rowNumber_ = query.Int(0);
+  for (size_t i = 0; i < row_.size(); ++i) query.Read(static_cast<int>(i) + 1, row_[i]);
+  place_ = Place::kRow;
+  return true;
+}
+
+void TableCursor::Settle() const {
+  if (place_ != Place::kUnsettled) return;
+  Statement query = Open().Prepare(order_.first);
+  if (!Load(query)) place_ = Place::kEmpty;
+}
+
+void TableCursor::MoveFirst() {
+  Open();
+  pending_ = Pending::kNothing;
+  place_ = Place::kUnsettled;
+  Settle();
+}
+
+void TableCursor::MoveLast() {
+  pending_ = Pending::kNothing;
+  Statement query = Open().Prepare(order_.last);
+  if (!Load(query)) place_ = Place::kEmpty;
+}
+
+// `equal`: rows of this key beyond this row; `beyond`: rows of the keys beyond; `null`: where Null
+// lies on the other side of the keys. Texts that do not apply are empty.
+bool TableCursor::LoadNeighbour(const std::string& equal, const std::string& beyond,
+                                const std::string& null) {
+  Connection& connection = Open();
+  if (!order_.key) {
+    Statement query = connection.Prepare(beyond);
+    query.Bind(1, rowNumber_);
+    return Load(query);
+  }
+  const Value key = Key();
+  {
+    Statement query = connection.Prepare(equal);
+    query.Bind(1, key).Bind(2, rowNumber_);
+    if (Load(query)) return true;
+  }
+  if (!IsNull(key)) {
+    Statement query = connection.Prepare(beyond);
+    query.Bind(1, key);
+    if (Load(query)) return true;
+  }
+  if (null.empty()) return false;
+  Statement query = connection.Prepare(null);
+  return Load(query);
+}
+
+void TableCursor::MoveNext() {
+  Open();
+  pending_ = Pending::kNothing;
+  Settle();
+  if (place_ == Place::kBeforeFirst) {
+    MoveFirst();
+  } else if (place_ == Place::kRow || place_ == Place::kDeleted) {
+    // Null keys come first: the way up from them leads to all others.
+    const bool fromNull = order_.key && IsNull(Key());
+    if (!LoadNeighbour(order_.nextEqual, order_.nextHigher, fromNull ? order_.nextNotNull : "")) {
+      place_ = Place::kBehindLast;
+    }
+  } else {
+    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + ": no row to go on from");
+  }
+}
+
+void TableCursor::MovePrevious() {
+  Open();
+  pending_ = Pending::kNothing;
+  Settle();
+  if (place_ == Place::kBehindLast) {
+    MoveLast();
+  } else if (place_ == Place::kRow || place_ == Place::kDeleted) {
+    const bool fromNull = order_.key && IsNull(Key());
+    if (!LoadNeighbour(order_.previousEqual, order_.previousLower,
+                       fromNull ? "" : order_.previousNull)) {
+      place_ = Place::kBeforeFirst;
+    }
+  } else {
+    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + ": no row to go back from");
+  }
+}
+
+bool TableCursor::Eof() const {
+  Settle();
+  return place_ == Place::kBehindLast || place_ == Place::kEmpty || place_ == Place::kNoMatch;
+}
+
+bool TableCursor::Bof() const {
+  Settle();
+  return place_ == Place::kBeforeFirst || place_ == Place::kEmpty || place_ == Place::kNoMatch;
+}
+
+int32_t TableCursor::RecordCount() {
+  Statement query = Open().Prepare("SELECT COUNT(*) FROM " + QuotedName(table_->Name));
+  return query.Step() ? static_cast<int32_t>(query.Int(0)) : 0;
+}
+
+void TableCursor::Seek(std::string_view op, const Value& key) {
+  Connection& connection = Open();
+  if (op != "=") throw StoreError(kErrSyntax, "a seek knows \"=\" only, not " + std::string(op));
+  if (index_.empty())
+    throw StoreError(kErrNoSuchIndex, "table " + table_->Name + " has no current index");
+  pending_ = Pending::kNothing;
+  {
+    Statement query = connection.Prepare(order_.seek);
+    query.Bind(1, key);
+    if (Load(query)) return;
+  }
+  // The index knows the case of ASCII letters only. What it does not find may still be there with
+  // another case of an accented letter, which the index cannot serve.
+  if (order_.key && !IsAscii(key)) {
+    Statement query = connection.Prepare(order_.seekAnyCase);
+    query.Bind(1, key);
+    if (Load(query)) return;
+  }
+  place_ = Place::kNoMatch;
+}
+
+// --- Fields ---
+
+size_t TableCursor::FieldAt(std::string_view name) const {
+  for (size_t i = 0; i < table_->Fields.size(); ++i) {
+    if (SameName(table_->Fields[i].Name, name)) return i;
+  }
+  throw StoreError(kErrNoSuchField, "no field " + table_->Name + '.' + std::string(name));
+}
+
+const std::string& TableCursor::FieldName(int ordinal) const {
+  if (ordinal < 0 || ordinal >= FieldCount()) {
+    throw StoreError(kErrNoSuchField,
+                     "table " + table_->Name + " has no field number " + std::to_string(ordinal));
+  }
+  return table_->Fields[static_cast<size_t>(ordinal)].Name;
+}
+
+Value TableCursor::Field(std::string_view name) const {
+  return Current(FieldAt(name));
+}
+
+Value TableCursor::Field(int ordinal) const {
+  FieldName(ordinal);  // throws when there is no such field
+  return Current(static_cast<size_t>(ordinal));
+}
+
+Value TableCursor::Current(size_t field) const {
+  if (pending_ != Pending::kNothing && changes_[field]) return *changes_[field];
+  if (pending_ == Pending::kAdd) return table_->Fields[field].DefaultValue;
+  Settle();
+  if (place_ != Place::kRow) {
+    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + " has no current row");
+  }
+  return row_[field];
+}
+
+// --- Changes ---
+
+void TableCursor::AddNew() {
+  Open();
+  changes_.assign(table_->Fields.size(), std::nullopt);
+  pending_ = Pending::kAdd;
+}
+
+void TableCursor::Edit() {
+  Open();
+  Settle();
+  if (place_ != Place::kRow) {
+    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + " has no row to edit");
+  }
+  pending_ = Pending::kNothing;
+  Reload();
+  changes_.assign(table_->Fields.size(), std::nullopt);
+  pending_ = Pending::kEdit;
+}
+
+void TableCursor::Set(std::string_view name, const Value& value) {
+  Open();
+  const size_t at = FieldAt(name);
+  if (pending_ == Pending::kNothing) {
+    throw StoreError(kErrNoEdit, "table " + table_->Name + " is not being edited");
+  }
+  changes_[at] = InFieldType(*table_, table_->Fields[at], value);
+}
+
+void TableCursor::Update() {
+  Open();
+  switch (pending_) {
+    case Pending::kNothing:
+      throw StoreError(kErrNoEdit, "table " + table_->Name + " is not being edited");
+    case Pending::kAdd:
+      InsertPending();
+      break;
+    case Pending::kEdit:
+      UpdatePending();
+      break;
+  }
+  pending_ = Pending::kNothing;
+}
+
+void TableCursor::InsertPending() {
+  std::string fields;
+  std::string values;
+  for (size_t i = 0; i < changes_.size(); ++i) {
+    if (!changes_[i]) continue;
+    fields += (fields.empty() ? "" : ", ") + QuotedName(table_->Fields[i].Name);
+    values += values.empty() ? "?" : ", ?";
+  }
+  const std::string head = "INSERT INTO " + QuotedName(table_->Name);
+  {
+    Statement query =
+        Open().Prepare(fields.empty() ? head + " DEFAULT VALUES"
+                                      : head + " (" + fields + ") VALUES (" + values + ")");
+    int position = 0;
+    for (const auto& change : changes_) {
+      if (change) query.Bind(++position, *change);
+    }
+    query.Run();
+  }
+  rowNumber_ = Open().LastInsertCode();
+  for (size_t i = 0; i < row_.size(); ++i) {
+    const zemo::Field& field = table_->Fields[i];
+    row_[i] = changes_[i] ? *changes_[i] : field.DefaultValue;
+    if (field.AutoIncrement) row_[i] = rowNumber_;
+  }
+  place_ = Place::kRow;
+}
+
+void TableCursor::UpdatePending() {
+  std::string assignments;
+  int64_t number = rowNumber_;
+  int count = 0;
+  for (size_t i = 0; i < changes_.size(); ++i) {
+    if (!changes_[i]) continue;
+    assignments += (count++ == 0 ? "" : ", ") + QuotedName(table_->Fields[i].Name) + " = ?";
+    if (table_->Fields[i].AutoIncrement) number = AsInt(*changes_[i]);
+  }
+  if (count == 0) return;
+  {
+    Statement query = Open().Prepare("UPDATE " + QuotedName(table_->Name) + " SET " + assignments +
+                                     " WHERE rowid = ?");
+    int position = 0;
+    for (const auto& change : changes_) {
+      if (change) query.Bind(++position, *change);
+    }
+    query.Bind(count + 1, rowNumber_);
+    query.Run();
+  }
+  if (Open().RowsChanged() == 0) {
+    place_ = Place::kDeleted;
+    throw StoreError(kErrNoCurrentRecord,
+                     "table " + table_->Name + ": the row was deleted meanwhile");
+  }
+  rowNumber_ = number;
+  for (size_t i = 0; i < row_.size(); ++i) {
+    if (changes_[i]) row_[i] = *changes_[i];
+  }
+}
+
+// Reads the current row again, as others may have left it.
+void TableCursor::Reload() {
+  Statement query = Open().Prepare(select_ + " WHERE rowid = ?1");
+  query.Bind(1, rowNumber_);
+  if (Load(query)) return;
+  place_ = Place::kDeleted;
+  throw StoreError(kErrNoCurrentRecord,
+                   "table " + table_->Name + ": the row was deleted meanwhile");
+}
+
+void TableCursor::Delete() {
+  Open();
+  pending_ = Pending::kNothing;
+  Settle();
+  if (place_ != Place::kRow) {
+    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + " has no row to delete");
+  }
+  Statement query = Open().Prepare("DELETE FROM " + QuotedName(table_->Name) + " WHERE rowid = ?1");
+  query.Bind(1, rowNumber_);
+  query.Run();
+  place_ = Place::kDeleted;
+}
+
+}  // namespace zemo

@@ -1,0 +1,70 @@
+// The catalogue of a database: its tables with their fields and indexes, read and changed.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/Value.h"
+
+namespace zemo {
+
+class Connection;
+
+enum class FieldType { kInt16, kInt32, kFloat64, kBool, kText, kMemo };
+
+struct Field {
+  std::string Name;
+  FieldType Type = FieldType::kText;
+  int Size = 0;                 // most characters of a kText; 0 for the other types
+  bool AutoIncrement = false;   // the table's key, numbered by the engine, never reused
+  bool AllowZeroLength = true;  // see Schema.cpp on why the store does not enforce it
+  Value DefaultValue;           // Null: none
+};
+
+// An index on one field: the system has none on several.
+struct Index {
+  std::string Name;  // of its own table: two tables may each have a CODE
+  std::string Field;
+  bool Unique = false;
+};
+
+struct TableDef {
+  std::string Name;
+  std::vector<Field> Fields;  // in creation order
+  std::vector<Index> Indexes;
+
+  const Field* FindField(std::string_view name) const;  // null: no such field
+  const Index* FindIndex(std::string_view name) const;
+  const Field* AutoField() const;  // the auto-increment field; null: none
+};
+
+// Tables come in the order of their names. Names know no case. A change outside a transaction is
+// stored at once. Thread: the logic's. Operations throw StoreError.
+class TableDefs {
+ public:
+  explicit TableDefs(Connection& connection) : connection_(connection) {}  // not owned
+
+  int Count();
+  TableDef Item(int position);  // 0-based
+  TableDef Item(std::string_view name);
+  bool Has(std::string_view name);
+
+  void Append(const TableDef& table);  // the table without its indexes; kErrTableExists
+  void Delete(std::string_view table);
+  void Rename(std::string_view table, std::string_view newName);  // its indexes go with it
+  void AppendField(std::string_view table, const Field& field);   // behind the others
+  void DeleteField(std::string_view table, std::string_view field);
+  void AppendIndex(std::string_view table, const Index& index);  // kErrIndexExists
+  void DeleteIndex(std::string_view table, std::string_view index);
+
+ private:
+  TableDef Existing(std::string_view table);  // kErrNoSuchTable
+  void Change(const std::string& sql);
+
+  Connection& connection_;
+};
+
+}  // namespace zemo
