@@ -1,0 +1,56 @@
+#include "settings/NowPlaying.h"
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "platform/Folder.h"
+#include "settings/SideFileIo.h"
+#include "station/SideFileText.h"
+#include "station/Station.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr size_t kRowsTold = 4;
+
+// Whole seconds of a row's length; 0 for a length that is none.
+int64_t WholeSeconds(double ms) {
+  return std::isfinite(ms) && std::fabs(ms) < 1e15 ? static_cast<int64_t>(ms / 1000) : 0;
+}
+
+std::string TabbedLine(const OnAirRow& row) {
+  std::string line;
+  for (const int column : {Col::kText, Col::kSecond, Col::kLength, Col::kKind})
+    line += OneLine(row[column]) + "\t";
+  return line + std::to_string(WholeSeconds(row.LengthMs())) + "\t" + OneLine(row[Col::kPlanned]);
+}
+
+}  // namespace
+
+void SaveDonnes_Associees(Station& station, std::string_view comment) {
+  Folder& folder = station.platform.stationFolder;
+  try {
+    std::vector<std::string> lines = {""};
+    std::string artistAndTitle = " - ";
+    for (const OnAirRow& row : station.PL) {
+      if (lines.size() > kRowsTold) break;
+      if (row.Code() <= 0) continue;
+      if (lines.size() == 1)
+        artistAndTitle = OneLine(row[Col::kText]) + " - " + OneLine(row[Col::kSecond]);
+      lines.push_back(TabbedLine(row));
+    }
+    lines.resize(1 + kRowsTold, "\t\t\t\t0\t");
+    lines.push_back(OneLine(comment));
+    WriteSideFile(folder, station.files.DonneesAssociees, JoinLines(lines));
+    WriteSideFile(folder, station.files.ArtisteTitre, JoinLines({artistAndTitle}));
+  } catch (const std::exception&) {
+    LogCurrentException(station, "SaveDonnes_Associees");
+  }
+}
+
+}  // namespace zemo

@@ -1,0 +1,27 @@
+#include "settings/SideFileIo.h"
+
+#include "platform/Folder.h"
+#include "station/SideFileText.h"
+#include "station/TextForms.h"
+
+namespace zemo {
+
+bool IsLoad(std::string_view action) {
+  return EqualNoCase(action, "Load");
+}
+
+bool IsSave(std::string_view action) {
+  return EqualNoCase(action, "Save");
+}
+
+std::optional<std::string> ReadSideFile(const Folder& folder, std::string_view name) {
+  const std::optional<std::string> bytes = folder.Read(name);
+  if (!bytes) return std::nullopt;
+  return DecodeSideFile(*bytes);
+}
+
+void WriteSideFile(Folder& folder, std::string_view name, std::string_view utf8) {
+  folder.Write(name, EncodeSideFile(utf8));
+}
+
+}  // namespace zemo

@@ -1,0 +1,19 @@
+// What the side-file routines share: their word, and texts read and written in the encoding of side
+// files. Both throw FileError.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zemo {
+
+class Folder;
+
+bool IsLoad(std::string_view action);
+bool IsSave(std::string_view action);
+
+std::optional<std::string> ReadSideFile(const Folder& folder, std::string_view name);  // UTF-8
+void WriteSideFile(Folder& folder, std::string_view name, std::string_view utf8);
+
+}  // namespace zemo

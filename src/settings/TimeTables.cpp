@@ -1,0 +1,85 @@
+// The times of a weekday: "StartStop.n" with the start and stop times, "Topage.n" with the times at
+// which the air goes to another program. The tick loads both anew in the first minute of each hour.
+#include <exception>
+
+#include "platform/Folder.h"
+#include "settings/SideFileIo.h"
+#include "settings/SideFiles.h"
+#include "station/SideFileText.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr std::string_view kStart = "START";
+constexpr std::string_view kStop = "STOP";
+
+std::string DayFile(std::string_view word, int day) {
+  return std::string(word) + "." + std::to_string(day);
+}
+
+// A marker and the time behind it, wherever the lines end. A marker without a time is passed over.
+void ReadStartStop(EngineLists& lists, std::string_view text) {
+  std::vector<std::string>* list = nullptr;
+  for (const SideField& field : ReadFields(text)) {
+    const std::string entry = Trim(field.text);
+    if (EqualNoCase(entry, kStart)) {
+      list = &lists.ComboHeure;
+    } else if (EqualNoCase(entry, kStop)) {
+      list = &lists.HeureArretSystem;
+    } else if (list != nullptr) {
+      if (!entry.empty()) list->push_back(entry);
+      list = nullptr;
+    }
+  }
+}
+
+std::string StartStopText(const EngineLists& lists) {
+  std::string text;
+  for (const std::string& time : lists.ComboHeure)
+    text += QuotedField(kStart) + "," + QuotedField(time) + "\r\n";
+  for (const std::string& time : lists.HeureArretSystem)
+    text += QuotedField(kStop) + "," + QuotedField(time) + "\r\n";
+  return text;
+}
+
+}  // namespace
+
+void LoadSaveStartStop(Station& station, std::string_view action, int day, bool /*keepScreen*/) {
+  Folder& folder = station.platform.stationFolder;
+  const std::string name = DayFile("StartStop", day);
+  try {
+    if (IsSave(action)) WriteSideFile(folder, name, StartStopText(station.lists));
+    if (!IsLoad(action)) return;
+    const auto text = ReadSideFile(folder, name);  // a file that cannot be read leaves the day's times
+    station.lists.ComboHeure.clear();
+    station.lists.HeureArretSystem.clear();
+    if (text) ReadStartStop(station.lists, *text);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadSaveStartStop");
+  }
+}
+
+void LoadSaveTopage(Station& station, std::string_view action, int day, bool /*keepScreen*/) {
+  Folder& folder = station.platform.stationFolder;
+  std::vector<std::string>& times = station.lists.Topage;
+  const std::string name = DayFile("Topage", day);
+  try {
+    if (IsSave(action)) {
+      std::string text;
+      for (const std::string& time : times) text += QuotedField(time) + "\r\n";
+      WriteSideFile(folder, name, text);
+    }
+    if (!IsLoad(action)) return;
+    const std::string text = ReadSideFile(folder, name).value_or(std::string());
+    times.clear();
+    for (const SideField& field : ReadFields(text))
+      if (std::string time = Trim(field.text); !time.empty()) times.push_back(std::move(time));
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadSaveTopage");
+  }
+}
+
+}  // namespace zemo

@@ -1,0 +1,75 @@
+// "Donnees_Associees.Txt" and "Artiste-Titre.Txt".
+#include "settings/NowPlaying.h"
+#include "settings/tests/SettingsTest.h"
+
+namespace zemo {
+namespace {
+
+struct NowPlaying : SettingsTest {
+  // Of a row only what the files tell.
+  void Add(const char* code, const char* text, const char* second = "", const char* length = "",
+           const char* kind = "", const char* lengthMs = "", const char* planned = "") {
+    Cells cells;
+    cells[Col::kText] = text;
+    cells[Col::kSecond] = second;
+    cells[Col::kLength] = length;
+    cells[Col::kKind] = kind;
+    cells[Col::kCode] = code;
+    cells[Col::kLengthMs] = lengthMs;
+    cells[Col::kPlanned] = planned;
+    station.PL.Add(cells);
+  }
+};
+
+TEST_F(NowPlaying, TellsTheNextFourMusicRowsBetweenAnEmptyLineAndTheComment) {
+  Add("-2", "Garage Martin");
+  Add("12", "Anna", "Première", "03:03", "GOLD", "183999", "12 h 00 ' 00");
+  Add("-1", "Jingle");
+  Add("7", "Bob", "Two", "00:01", "POP", "1000", "12 h 03 ' 03");
+  Add("8", "Carl", "Three", "00:02", "POP", "2000", "12 h 03 ' 04");
+  Add("9", "Dora", "Four", "00:03", "POP", "3000", "12 h 03 ' 06");
+  Add("10", "Eve", "Five", "00:04", "POP", "4000", "12 h 03 ' 09");
+  SaveDonnes_Associees(station, "un été");
+  EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
+            "\r\n"
+            "Anna\tPremi\xE8re\t03:03\tGOLD\t183\t12 h 00 ' 00\r\n"
+            "Bob\tTwo\t00:01\tPOP\t1\t12 h 03 ' 03\r\n"
+            "Carl\tThree\t00:02\tPOP\t2\t12 h 03 ' 04\r\n"
+            "Dora\tFour\t00:03\tPOP\t3\t12 h 03 ' 06\r\n"
+            "un \xE9t\xE9\r\n");
+  EXPECT_EQ(StationFile("Artiste-Titre.Txt"), "Anna - Premi\xE8re\r\n");
+}
+
+TEST_F(NowPlaying, LeavesPlacesWithoutARowEmptyButForTheNumber) {
+  Add("7", "Bob", "Two", "00:01", "POP", "1000", "12 h 03 ' 03");
+  SaveDonnes_Associees(station, "");
+  EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
+            "\r\nBob\tTwo\t00:01\tPOP\t1\t12 h 03 ' 03\r\n"
+            "\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\r\n");
+}
+
+TEST_F(NowPlaying, OfAListWithoutMusicNamesNobody) {
+  Add("-1", "Jingle");
+  SaveDonnes_Associees(station, "x");
+  EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
+            "\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\nx\r\n");
+  EXPECT_EQ(StationFile("Artiste-Titre.Txt"), " - \r\n");
+}
+
+TEST_F(NowPlaying, KeepsItsFormWhateverTheTextsHold) {
+  Add("7", "Bob\tB.", "Two\r\nlines", "", "", "1e300", "");
+  SaveDonnes_Associees(station, "a\r\nb");
+  EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
+            "\r\nBob B.\tTwo lines\t\t\t0\t\r\n"
+            "\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\na b\r\n");
+}
+
+TEST_F(NowPlaying, AFaultIsLogged) {
+  fake.stationFolder.writesFail = true;
+  SaveDonnes_Associees(station, "x");
+  EXPECT_EQ(fake.errors,
+            Texts{"SaveDonnes_Associees/75/Donnees_Associees.Txt: No space left on device"});
+}
+
+}  // namespace
+}  // namespace zemo

@@ -1,0 +1,110 @@
+// The engine's own variables: what the tick, playback and the inputs remember between two events.
+// Nothing here survives a restart but IsRunning (through the running-flag file).
+// Thread: the logic's. Guards are seconds since midnight in single precision (see TimeForms.h).
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/EventLoop.h"
+#include "station/Flag.h"
+
+namespace zemo {
+
+struct Station;
+
+struct EngineState {
+  FlagObserver* observer = nullptr;  // hears of changed flags; not owned
+
+  // --- engine and mode ---
+  Flag<bool> IsRunning{"IsRunning", false, observer};              // StartStopZemoRadio
+  Flag<bool> IsAutomatic{"IsAutomatic", true, observer};           // false is "Mode Direct Live"
+  Flag<bool> ReportsDisabled{"ReportsDisabled", false, observer};  // production machine: no report
+  Flag<bool> ScreenLocked{"ScreenLocked", false, observer};        // by the password
+  Flag<bool> PlaylistRunning{"PlaylistRunning", false, observer};  // a dated list is on air
+  std::string RunningPlaylistName;                                 // its label; PlayWave
+  Flag<bool> DrainPending{"DrainPending", false, observer};        // stopped, buffers draining
+  float DrainStartTimer = 0;
+  Flag<bool> PCProduction{"PCProduction", false, observer};  // check mark of MnuPCProduction
+  Flag<bool> MnuStartStop{"MnuStartStop", true, observer};   // daily start and stop times obeyed
+
+  // --- element on air ---
+  int CurrentChannel = 1;  // slot on air and the other one, derived at every tick
+  int NextChannel = 0;
+  Flag<int32_t> CodeEnCours{"CodeEnCours", 0, observer};  // code of the element on air; PlayWave
+  Flag<float> MixPointMs{"MixPointMs", 0, observer};      // exit distance, ms before the end
+  Flag<float> BufferOffsetSec{"BufferOffsetSec", 0, observer};  // audible delay; CalculOffset
+  int32_t ElementLengthMs = 0;
+  int32_t ElementPositionMs = 0;
+  int32_t RemainingMs = 0;
+  int32_t ProgressPercent = 0;                                 // whole part
+  Flag<bool> NextRequested{"NextRequested", false, observer};  // fade what sounds, start the next
+  Flag<bool> StartNextNow{"StartNextNow", false, observer};    // a latch, cleared by PlayWave only
+
+  // --- introduction, extract, voice track ---
+  Flag<bool> IntroOverlayPending{"IntroOverlayPending", false, observer};  // slot 2 waits
+  int32_t IntroLengthSec = 0;                                              // 0 when none
+  float IntroStartTimer = 0;  // the element with the introduction began
+  float IntroArmedTimer = 0;  // the overlay was armed
+  int32_t ExtractEndMs = 0;   // 0 when none
+  Flag<bool> CheckExtrait{"CheckExtrait", false, observer};
+  Flag<int> VoiceTrackState{"VoiceTrackState", 0, observer};  // 0 none, -1 armed, -2 playing
+  int32_t VoiceTrackStartMs = 0;
+  std::string OverlayFile;  // stored path of the file in slot 2; whoever loads it
+
+  // --- hour ---
+  Flag<bool> HourPipPending{"HourPipPending", false, observer};
+  Flag<int> SavedVolume{"SavedVolume", 0, observer};  // while a pip plays over the music
+  Flag<bool> FittingActive{"FittingActive", false, observer};
+  Flag<bool> HourBlockHandled{"HourBlockHandled", false, observer};
+  Flag<bool> PipSuppressed{"PipSuppressed", false, observer};
+  Flag<bool> NoJingleActive{"NoJingleActive", false, observer};
+  Flag<int> LastHour{"LastHour", 0, observer};
+  Flag<int> LastDay{"LastDay", 0, observer};  // day of the month of the last guard reset
+
+  // --- inputs and operator ---
+  Flag<bool> TopagePending{"TopagePending", false, observer};
+  Flag<bool> SatelliteTaking{"SatelliteTaking", false, observer};
+  Flag<bool> LocalProgrammeOn{"LocalProgrammeOn", false, observer};
+  Flag<bool> InputsAllowed{"InputsAllowed", false, observer};
+  Flag<bool> SerialInputOpen{"SerialInputOpen", false, observer};
+  Flag<bool> JoystickInUse{"JoystickInUse", false, observer};
+  Flag<bool> OptionDirect{"OptionDirect", false, observer};  // live mode: stop when PL runs out
+  Flag<bool> CheckNoJingle{"CheckNoJingle", false, observer};
+  Flag<bool> HotKeysArmed{"HotKeysArmed", false, observer};
+  std::string ActiveList = "PL";  // "PL" or "ListRech"
+  float LastSpacePressTimer = 0;
+  double LastActivityTimer = 0;
+
+  // --- guards ---
+  Flag<float> LastTopHourTimer{"LastTopHourTimer", 0, observer};
+  Flag<float> LastGridCheckTimer{"LastGridCheckTimer", 0, observer};
+  Flag<float> LastJingleTimer{"LastJingleTimer", 0, observer};
+  Flag<float> LastIntroJingleTimer{"LastIntroJingleTimer", 0, observer};
+  Flag<float> LastPlaylistWatchTimer{"LastPlaylistWatchTimer", 0, observer};
+  Flag<float> LastTopageTimer{"LastTopageTimer", 0, observer};
+  double LastAssociationTimer = 0;  // written, never read
+
+  // --- writes that the base could not take yet, oldest first (see UnwrittenRows.h) ---
+  struct UnwrittenRow {
+    std::string where;  // routine, for the log
+    std::function<void(Station&)> write;
+  };
+  std::deque<UnwrittenRow> unwrittenRows;
+  int64_t unwrittenRetryMs = 0;  // monotonic; not tried before
+
+  // --- the tick ---
+  std::unique_ptr<LoopTimer> MainTimer;  // 100 ms; made by Form_Load
+  int mainTimerHolds = 0;                // see MainTimerHold
+  bool tickRunning = false;              // the tick refuses re-entry
+  bool errorLogRunning = false;          // LogError is at work and refuses re-entry
+  // Faults that were logged lately, and when (monotonic ms): one that comes tick after tick does not
+  // flood the log.
+  std::map<std::string, int64_t> loggedFaults;
+};
+
+}  // namespace zemo

@@ -1,0 +1,77 @@
+// What the main on-air screen shows, under the names of its controls: texts, visibility and colours
+// as the engine sets them. A screen draws from here; nothing here draws.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zemo {
+
+struct Label {
+  std::string text;
+  bool visible = true;
+  uint32_t colour = 0;  // 0xBBGGRR
+
+  Label& operator=(std::string newText) {
+    text = std::move(newText);
+    return *this;
+  }
+};
+
+inline constexpr uint32_t kLedOn = 65280;        // bright green
+inline constexpr uint32_t kLedOff = 32768;       // dark green
+inline constexpr uint32_t kFeuArmed = 0x80C0FF;  // LblFeu: extract, voice track armed
+inline constexpr uint32_t kFeuOnAir = 255;       // LblFeu: voice track on air
+
+// Thread: the logic's. Writers: the engine's handlers.
+struct MainScreen {
+  std::string Caption = "Zemo Radio Pro";
+  Label LblArtiste, Temp{"--:--"}, PSortie, LblEncours, LblLongueur, LblMode, InfoDate,
+      LblOffsetBuffers, LblMaxPlayInfo, LblTopage{"", false}, LblFeu{"", false},
+      LblIntro{"", false}, LblInfo{"ZEMO RADIO PRO"}, LblErreur, LblDateTitre;
+  bool LblInfoScrolling = false;
+  Label LblProgression{"ZEMO RADIO", false};  // progress line of requests and fittings
+  bool hourglass = false;                     // the pointer, while one of them works
+  int32_t Tmn = 0;                            // whole minutes remaining
+  int32_t Tss = 0;                            // seconds of it
+  int VuMettrePercent = 0;                    // progress bar
+  struct {
+    bool visible = false;
+    int32_t elapsedSec = 0;
+    int32_t lengthSec = 0;
+  } VueIntro;                               // countdown of the introduction
+  int32_t HHTot = 0, MnTot = 0, SSTot = 0;  // total of the list
+  std::string CmdStopCaption = "Stop";
+  std::string BtnSurImpressionCaption = "Sur Impression";
+  std::string MnuModelCaption;
+  bool MnuPlaylistEnabled = true, MnuImprimeEnabled = true, BtnPubJourXEnabled = true;
+  bool BtnCopyPubEnabled = false;
+  bool ToolbarStartPressed = false;
+  bool CadreRechVisible = false;  // search and browse frame of the live mode
+  bool CadrePLVisible = false;    // stored-list editor
+  bool GPubJourVisible = false;
+  bool Visible = false;
+  uint32_t LedSat[4] = {kLedOff, kLedOff, kLedOff,
+                        kLedOff};  // the indicator is the contact's state
+  Label LedJoystique{"", false, kLedOff};
+
+  // --- stored-list editor ---
+  struct ListItem {
+    std::string text;
+    int32_t data = 0;
+  };
+  struct {
+    std::vector<ListItem> items;
+    int index = -1;
+    std::string text;
+  } ComboPLS;  // stored lists; data is the CODE
+  std::string LblDate = "JJ/MM/ANNE";
+  std::string ChHeure = "hh:mn";
+  int32_t LblCodePL = 0;  // 0 for a new list
+  int OptPls = 0;         // "ON", "ON-P", "OFF", "OFF-P"
+  bool BntVoiceTrackVisible = false;
+  bool BtnSauveEnabled = true;
+};
+
+}  // namespace zemo

@@ -1,0 +1,90 @@
+// What the music requests leave behind: the reasons of the last one's refusals, the candidates that
+// it looked at, and the values that its routines share. Nothing here survives the program.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "station/TextGrid.h"
+#include "store/Collation.h"
+
+namespace zemo {
+
+// A title that a request may take, as texts. Columns: 0 the artist ("Code n" without one), 1 title,
+// 2 length in ms, 3 genre, 4 variety, 5 stored path, 6 CODE, 7 length again, 8 exit point in ms,
+// 9 introduction in s, 10 last play as "yyyy/mm/dd  hh:mm:ss", empty for never.
+using PoolRow = std::array<std::string, 11>;
+
+// What is known of the broadcast report without reading all of it; see scheduling/RecentReport.h.
+struct ReportBound {
+  bool known = false;
+  int64_t code = 0;    // rows up to this CODE ...
+  double dateNum = 0;  // ... have no DATENUM above this
+  int64_t changeCounter =
+      0;  // of the base when it was read; it counts up while the base is the same
+};
+
+// The newest row of each artist in the last stretch of the report, while one request asks for them.
+struct ReportArtists {
+  struct Order {
+    using is_transparent = void;
+    bool operator()(std::string_view a, std::string_view b) const {
+      return CompareFrenchCase(a, b) < 0;
+    }
+  };
+  using Row = std::pair<double, int64_t>;  // DATENUM and CODE: among equals the highest CODE
+  bool known = false;
+  int64_t floor = 0;          // rows above this CODE were read ...
+  uint64_t eventsServed = 0;  // ... when the event loop had served so much
+  int32_t dernierCode = 0;    // and DernierCodeRapport was this
+  std::map<std::string, Row, Order> newest;
+};
+
+// The choices of the last requests as they stand in the machine folder; see scheduling/ChoiceLog.h.
+struct KeptChoices {
+  struct Line {
+    std::string line;
+    int titles = 0;  // in it
+  };
+  bool loaded = false;     // the file was read
+  bool failing = false;    // it could not be written, and that is logged
+  bool writeAnew = false;  // it may hold half a line
+  std::deque<Line> lines;  // the newest last
+  int titles = 0;          // in all of them
+  int titlesInFile = 0;    // lines that no longer count included
+};
+
+// Thread: the logic's. Writers: the requests.
+struct RequestState {
+  // Refused titles, a line each with the reasons; stays until the next request.
+  std::vector<std::string> ListAutorisation;
+  // Recent artists, sorted without regard to case: of the report, and of every row of PL.
+  std::vector<std::string> ECArtiste;
+  std::vector<std::string> ECArtisteCapitals;  // the same lines in capitals
+  int16_t DecalDiffCourant = 0;                // Cnf DecalDiff as the request read it
+  int32_t DernierCodeRapport = 0;  // highest CODE of Rapport; keeps its value when that is empty
+  int32_t MinutesRequete = 0;      // length of the request; HeureCourante puts 60 here
+  std::vector<PoolRow> ListView1;  // candidates in the order in which they were offered
+  bool PLHidden = false;           // the list is not drawn while a request works on it
+  ReportBound report;              // writer: RecentReport
+  ReportArtists reportArtists;     // writer: RecentReport
+  KeptChoices choices;             // writer: ChoiceLog
+
+  // The skeleton dialogue.
+  struct {
+    bool open = false;
+    TextGrid SquelettePLS;               // column 0 the genre, a row a position
+    int selectedRow = 0;                 // of SquelettePLS
+    std::vector<std::string> ListGenre;  // genres on offer
+    int SpinMinutes = 0;                 // minutes wanted
+    bool Redondance = false;             // ticked: a title may come several times
+  } SkeletonDialog;
+};
+
+}  // namespace zemo

@@ -1,0 +1,117 @@
+// The shared state of one station: what every routine of the logic works on. One object a program,
+// a test or a forecast; no routine keeps state anywhere else.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Clock.h"
+#include "platform/Platform.h"
+#include "platform/SoundChain.h"
+#include "station/DayGrid.h"
+#include "station/EngineEvents.h"
+#include "station/EngineState.h"
+#include "station/MainScreen.h"
+#include "station/ModelEditor.h"
+#include "station/OnAirList.h"
+#include "station/RequestState.h"
+#include "store/StationBase.h"
+
+namespace zemo {
+
+// Names of the side files in the station's folder, set at load.
+struct SideFileNames {
+  std::string Tranche, Genre, Decoupe, Categori, Messages, Labels, Internet, Exclusion,
+      DonneesAssociees, ArtisteTitre, ExportPubs, LectureBase, Instrumental, ZemoOnOff, CheckTopage,
+      CD;
+  std::string ZemoAudio, ZemoPlay, ZemoPasseWord;  // in the machine folder
+  std::array<std::string, 7> Days, SkeletonDays;   // Monday first
+};
+
+// Lists that side files fill and the engine walks.
+struct EngineLists {
+  std::vector<std::string> ComboHeure;        // start times "hh:mm"
+  std::vector<std::string> HeureArretSystem;  // stop times, with an optional "-F" or "-Q"
+  std::vector<std::string> Topage;            // marker times "hh:mm"
+  std::vector<std::pair<std::string, std::string>> Exclusion;  // from, to, "hh:mm"
+  struct Shortcut {
+    std::string Touche;    // key digit as text
+    std::string FileName;  // stored path
+  };
+  std::vector<Shortcut> Touches;
+  int32_t LectureBase = 0;        // groups of 30 titles that a request reads; 0 reads all
+  std::array<bool, 24> Instru{};  // instrumental hours
+  bool Locked = false;            // the lock's state and password (side file of the machine)
+  std::string Password;
+  int32_t AudioOutID = -1;  // output devices of the air and of prelisten; -1 none chosen
+  int32_t AudioOutPFLID = -1;
+  struct {
+    std::string pageFile, firstMarker, separator, secondMarker;
+    bool on = false;  // the page file exists
+  } Internet;
+};
+
+// Thread: the logic's, all of it.
+struct Station : private SoundObserver, private FlagObserver {
+  explicit Station(const Platform& platform);
+  ~Station() override;
+  Station(const Station&) = delete;
+
+  Platform platform;  // references; the owner outlives the station
+  EngineEvents events;
+  StationBase base;
+  EngineState engine;
+  OnAirList PL;
+  DayGrid GPubJour;
+  MainScreen screen;
+  RequestState requests;
+  ModelEditor modelEditor;
+  EngineLists lists;
+  SideFileNames files;
+
+  // The moment, read once: texts and guards of one handler agree with each other.
+  LocalDateTime Now() const;
+  float Timer() const;  // seconds since midnight, single precision
+  SoundChain& Sound() { return platform.sound; }
+
+  // Tells a begin or an end of silence on air; called after whatever may have changed it.
+  void WatchSilence();
+
+ private:
+  void OnSlotEnd(int slot, SlotEnd reason) override;
+  void OnFade(int slot, int ms) override;
+  void OnVolume(int slot, int from, int to) override;
+  void OnOutput(const char* state) override;
+  void OnFlag(const char* name, double value, bool boolean) override;
+
+  bool silent_ = false;  // a begin of silence was told
+};
+
+// The one error log: a line in "Messages.Txt" (date and time, place, number, text, between tabs),
+// the screen's error line, and an event. The very same fault again within 5 s is passed over. Never
+// throws; the program goes on.
+void LogError(Station& station, const std::string& where, int number, const std::string& text);
+
+// True when that fault was logged within that time; else notes it as logged now.
+bool LoggedLately(Station& station, const std::string& fault, int64_t withinMs);
+
+// The error boundary of a routine: logs what is being handled under `where`, with `detail` behind
+// the fault's own text. Call in a catch block.
+void LogCurrentException(Station& station, const std::string& where,
+                         const std::string& detail = {});
+
+// Holds MainTimer over a routine; the last hold released enables it, whatever way the routine ends.
+class MainTimerHold {
+ public:
+  explicit MainTimerHold(Station& station);
+  ~MainTimerHold();
+  MainTimerHold(const MainTimerHold&) = delete;
+
+ private:
+  Station& station_;
+};
+
+}  // namespace zemo
