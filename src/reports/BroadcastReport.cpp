@@ -1,0 +1,57 @@
+#include "reports/BroadcastReport.h"
+
+#include "station/Station.h"
+#include "station/TimeForms.h"
+
+namespace zemo {
+
+ReportRow NewReportRow(const Station& station) {
+  const LocalDateTime now = WholeSeconds(station.Now());
+  ReportRow row;
+  row.LADATE = DateText(now);
+  row.HEURE = TimeText(now);
+  row.DATENUM = DateSerial(now);
+  return row;
+}
+
+void AppendReportRow(Station& station, ReportRow row) {
+  Recordset& rapport = *station.base.Tables().Rapport;
+  rapport.AddNew();
+  rapport.Set("LADATE", row.LADATE);
+  rapport.Set("HEURE", row.HEURE);
+  rapport.Set("AUTEURCOMPOSITEUR", row.AUTEURCOMPOSITEUR);
+  rapport.Set("AUTEUR", row.AUTEUR);
+  rapport.Set("TITRE", row.TITRE);
+  rapport.Set("GENRE", row.GENRE);
+  rapport.Set("VARIETE", row.VARIETE);
+  rapport.Set("DATENUM", row.DATENUM);
+  rapport.Set("REFERENCE", row.REFERENCE);
+  rapport.Set("LABEL", row.LABEL);
+  rapport.Update();
+  row.CODE = station.base.Db().LastInsertCode();
+  station.events.Report(row);
+}
+
+void InsertReportRow(Station& station, ReportRow row) {
+  Database& db = station.base.Db();
+  const std::string separator = "','";
+  std::string sql =
+      "INSERT INTO Rapport (LADATE, HEURE, AUTEURCOMPOSITEUR, AUTEUR, TITRE, GENRE, VARIETE, "
+      "LABEL, "
+      "REFERENCE, DATENUM) VALUES ('" +
+      row.LADATE + separator + row.HEURE;
+  for (const std::string* field : {&row.AUTEURCOMPOSITEUR, &row.AUTEUR, &row.TITRE, &row.GENRE,
+                                   &row.VARIETE, &row.LABEL, &row.REFERENCE})
+    sql += separator + SqlQuoted(*field);
+  sql += "', " + SqlNumber(row.DATENUM) + ")";
+  Transaction transaction(db);
+  db.Execute(sql);
+  transaction.Commit();
+  row.CODE = db.LastInsertCode();
+  station.events.Report(row);
+}
+
+// No outside program is served yet.
+void ExportRapport(Station&) {}
+
+}  // namespace zemo

@@ -1,0 +1,260 @@
+#include "scheduling/CandidatePool.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "platform/EventLoop.h"
+#include "scheduling/HourFilter.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "store/RowView.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr size_t kBlockBytes = 1 << 18;
+constexpr int kRowsAYield = 64;  // a yield costs as much as testing so many cards
+constexpr size_t kPoolRowsShown = 1000;
+
+// Columns of the query: first the numbers, then the texts in the order of CandidateCards::Text.
+enum Column {
+  kCode,
+  kLastdiff,
+  kLength,
+  kPasses,
+  kMinutes,
+  kDays,
+  kArtistGap,
+  kExit,
+  kIntro,
+  kFirstText
+};
+
+std::string QueryColumns(int weekday) {
+  std::string columns =
+      "CODE, LASTDIFF, DUREE, NBPASSJOUR, ECARTMINUTES, ECARTJOURS, ECARTARTISTE, POINTSORTIE, "
+      "INTRO, "
+      "AUTEUR, TITRE, GENRE, VARIETE, FILENAME, MMJJDebut, MMJJFin, TRANCHE" +
+      TwoDigits(weekday);
+  for (int i = 1; i <= kDiffusions; ++i) columns += ", DIFFUSION" + TwoDigits(i);
+  return columns;
+}
+
+std::string NumberText(int32_t number, int32_t null) {
+  return number == null ? std::string() : std::to_string(number);
+}
+
+// The first eight bytes of a text as a number that orders as they do.
+uint64_t Prefix(const std::string& text) {
+  uint64_t prefix = 0;
+  for (size_t i = 0; i < 8; ++i)
+    prefix = prefix << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
+  return prefix;
+}
+
+}  // namespace
+
+// Without an order and past the genre's index: for the greater part of a library one walk in the
+// order of the file is several times faster than either, and the few numbers sort quickly here.
+CandidateCards::CandidateCards(Station& station, const std::string& condition, Order order) {
+  const std::string query = "Select " + QueryColumns(JourSemaineCourant(station.Now())) +
+                            " From Discotheque Where +" + condition;
+  station.base.Db().ReadRows(query, [this](const RowView& row) { Take(row); });
+  Sort(order);
+}
+
+void CandidateCards::Take(const RowView& row) {
+  const auto orNull = [&](int column) {
+    return row.IsNull(column) ? kNull : static_cast<int32_t>(row.Int(column));
+  };
+  uint16_t ends[kTexts];
+  std::string& packed = scratch_;
+  packed.assign(sizeof ends, '\0');
+  for (int text = 0; text < kTexts; ++text) {
+    packed += row.Text(kFirstText + text).substr(0, 1024);
+    ends[text] = static_cast<uint16_t>(packed.size() - sizeof ends);
+  }
+  std::memcpy(packed.data(), ends, sizeof ends);
+  Card card;
+  card.lastdiff =
+      row.IsNull(kLastdiff) ? -std::numeric_limits<double>::infinity() : row.Real(kLastdiff);
+  card.texts = Store(packed);
+  card.code = static_cast<int32_t>(row.Int(kCode));
+  card.lengthMs = orNull(kLength);
+  card.passes = orNull(kPasses);
+  card.minutes = static_cast<int16_t>(row.Int(kMinutes));
+  card.days = static_cast<int16_t>(row.Int(kDays));
+  card.artistGap = static_cast<int16_t>(row.Int(kArtistGap));
+  card.exitMs = orNull(kExit);
+  card.introSec = orNull(kIntro);
+  cards_.push_back(card);
+}
+
+const char* CandidateCards::Store(const std::string& packed) {
+  if (blockSize_ - blockUsed_ < packed.size()) {
+    blockSize_ = std::max(kBlockBytes, packed.size());
+    blocks_.emplace_back(new char[blockSize_]);
+    blockUsed_ = 0;
+  }
+  char* at = blocks_.back().get() + blockUsed_;
+  std::memcpy(at, packed.data(), packed.size());
+  blockUsed_ += packed.size();
+  return at;
+}
+
+void CandidateCards::Sort(Order order) {
+  std::sort(cards_.begin(), cards_.end(), [order](const Card& a, const Card& b) {
+    if (order == Order::kPassesThenLastdiff && a.passes != b.passes) return a.passes > b.passes;
+    if (a.lastdiff != b.lastdiff) return a.lastdiff < b.lastdiff;
+    return a.code < b.code;
+  });
+}
+
+std::string_view CandidateCards::TextAt(int card, int text) const {
+  const char* texts = At(card).texts;
+  uint16_t ends[kTexts];
+  std::memcpy(ends, texts, sizeof ends);
+  const size_t begin = text == 0 ? 0 : ends[text - 1];
+  return {texts + sizeof ends + begin, ends[text] - begin};
+}
+
+std::string CandidateCards::ListedArtist(int card) const {
+  std::string artist = Trim(Artist(card));
+  return artist.empty() ? "Code " + std::to_string(Code(card)) : artist;
+}
+
+CardRotation CandidateCards::Rotation(int card) const {
+  const Card& numbers = At(card);
+  CardRotation rotation;
+  rotation.Genre = TextAt(card, kGenre);
+  rotation.Auteur = TextAt(card, kArtist);
+  rotation.Titre = TextAt(card, kTitle);
+  rotation.MMJJDebut = TextAt(card, kFirstDay);
+  rotation.MMJJFin = TextAt(card, kLastDay);
+  rotation.NBPASSJOUR = numbers.passes == kNull ? 0 : numbers.passes;
+  rotation.ECARTMINUTES = numbers.minutes;
+  rotation.ECARTJOURS = numbers.days;
+  rotation.Tranche = TextAt(card, kHours);
+  for (int i = 0; i < kDiffusions; ++i)
+    rotation.Diffusion[static_cast<size_t>(i)] = TextAt(card, kDiffusion + i);
+  return rotation;
+}
+
+int64_t CandidateCards::PlayedSecond(int card) const {
+  const double lastdiff = At(card).lastdiff;
+  if (lastdiff == 0 || !std::isfinite(lastdiff)) return std::numeric_limits<int64_t>::min();
+  const LocalDateTime played = FromDateSerial(lastdiff);
+  const double day = DaySerial(played.year, played.month, played.day);
+  return static_cast<int64_t>(day) * 86400 + played.hour * 3600 + played.minute * 60 +
+         played.second;
+}
+
+PoolRow CandidateCards::AsPoolRow(int card) const {
+  const Card& numbers = At(card);
+  const auto text = [&](Text which) { return std::string(TextAt(card, which)); };
+  const std::string length = NumberText(numbers.lengthMs, kNull);
+  return {ListedArtist(card),
+          text(kTitle),
+          length,
+          text(kGenre),
+          text(kVariety),
+          text(kFile),
+          std::to_string(numbers.code),
+          length,
+          NumberText(numbers.exitMs, kNull),
+          NumberText(numbers.introSec, kNull),
+          std::isfinite(numbers.lastdiff) ? LastPlayedText(numbers.lastdiff) : std::string()};
+}
+
+std::string GenreCondition(const std::vector<std::string>& genres) {
+  std::string condition = "Genre In('";
+  for (const std::string& genre : genres) condition += SqlQuoted(genre) + "', '";
+  return condition.substr(0, condition.size() - 3);
+}
+
+std::string HourCondition(int weekday, int hour) {
+  return ")" + HourFilter(weekday, hour);
+}
+
+Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& used,
+              int64_t limit) {
+  Pool pool;
+  RotationMoment moment(station.Now());
+  for (int card = 0; card < cards.Count(); ++card) {
+    if (card % kRowsAYield == 0) {
+      station.platform.loop.Yield();
+      moment = RotationMoment(station.Now());
+    }
+    if (!CheckRotation(station, cards.Rotation(card), moment)) continue;
+    if (used.Holds(cards.Code(card))) continue;
+    std::string artist = Trim(cards.Artist(card));
+    bool allowed = true;
+    if (cards.ECARTARTISTE(card) > 0)
+      CheckEcartArtisteRapport(station, artist, cards.ECARTARTISTE(card), allowed);
+    else
+      CheckArtisteRecent(station, artist, allowed);
+    if (!allowed) continue;
+    pool.push_back(card);
+    if (static_cast<int64_t>(pool.size()) > limit) break;
+  }
+  return pool;
+}
+
+void CutArtistDoubles(const CandidateCards& cards, Pool& pool, Pool* cut) {
+  struct Entry {
+    uint64_t prefix;
+    std::string artist;  // in capitals
+    int card;
+  };
+  std::vector<Entry> entries;
+  entries.reserve(pool.size());
+  for (const int card : pool) {
+    std::string artist = UpperLatin(cards.ListedArtist(card));
+    const uint64_t prefix = Prefix(artist);
+    entries.push_back({prefix, std::move(artist), card});
+  }
+  std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+    return a.prefix != b.prefix ? a.prefix < b.prefix : a.artist < b.artist;
+  });
+  pool.clear();
+  const std::string* above = nullptr;
+  for (const Entry& entry : entries) {
+    if (above && *above == entry.artist) {
+      if (cut) cut->push_back(entry.card);
+      continue;
+    }
+    pool.push_back(entry.card);
+    above = &entry.artist;
+  }
+}
+
+void SortByLastPlay(const CandidateCards& cards, Pool& pool) {
+  std::vector<std::pair<int64_t, int>> entries;
+  entries.reserve(pool.size());
+  for (const int card : pool) entries.emplace_back(cards.PlayedSecond(card), card);
+  std::stable_sort(entries.begin(), entries.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (size_t i = 0; i < entries.size(); ++i) pool[i] = entries[i].second;
+}
+
+void ShowPool(Station& station, const CandidateCards& cards, const Pool& pool) {
+  std::vector<PoolRow>& shown = station.requests.ListView1;
+  shown.clear();
+  for (const int card : pool) {
+    if (shown.size() == kPoolRowsShown) return;
+    shown.push_back(cards.AsPoolRow(card));
+  }
+}
+
+Cells ListedRow(const PoolRow& candidate) {
+  Cells cells;
+  for (size_t column = 0; column <= 7; ++column) cells[column] = candidate[column];
+  cells[Col::kLength] = FormatDuration(static_cast<int64_t>(Val(candidate[2])));
+  for (size_t column = 7; column <= 10; ++column) cells[column + 1] = candidate[column];
+  return cells;
+}
+
+}  // namespace zemo

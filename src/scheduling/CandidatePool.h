@@ -1,0 +1,99 @@
+// The candidates of a request: the cards of its query, packed as they were read, and the pool of
+// those that the rules let through, first in the order of the query, then in the order of offer.
+//
+// A request may walk a library of 100,000 cards. So the query asks for the columns that the rules
+// and PL need and for no order, the rows are kept packed, and texts are made only of what is taken.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "scheduling/RotationRules.h"
+#include "scheduling/TitlesInUse.h"
+#include "station/OnAirList.h"
+#include "station/RequestState.h"
+
+namespace zemo {
+
+class RowView;
+
+// The cards of one query. Thread: the logic's.
+class CandidateCards {
+ public:
+  enum class Order {
+    kLastdiff,            // the least recently played first
+    kPassesThenLastdiff,  // the most passes a day first, then as above
+  };
+
+  // `condition` is the query's text behind "Where ", without its order; equal keys come by CODE.
+  // Throws StoreError.
+  CandidateCards(Station& station, const std::string& condition, Order order);
+
+  int Count() const { return static_cast<int>(cards_.size()); }
+  int32_t Code(int card) const { return At(card).code; }
+  int16_t ECARTARTISTE(int card) const { return At(card).artistGap; }
+  int32_t LengthMs(int card) const { return At(card).lengthMs == kNull ? 0 : At(card).lengthMs; }
+  std::string_view Genre(int card) const { return TextAt(card, kGenre); }
+  std::string_view Variety(int card) const { return TextAt(card, kVariety); }
+  std::string_view Artist(int card) const { return TextAt(card, kArtist); }
+  std::string ListedArtist(int card) const;  // trimmed; "Code n" without one
+  CardRotation Rotation(int card) const;     // valid as long as this object
+  int64_t PlayedSecond(int card) const;      // orders as column 10 of the pool does
+  PoolRow AsPoolRow(int card) const;
+
+ private:
+  static constexpr int32_t kNull = std::numeric_limits<int32_t>::min();
+  enum Text { kArtist, kTitle, kGenre, kVariety, kFile, kFirstDay, kLastDay, kHours, kDiffusion };
+  static constexpr int kTexts = kDiffusion + kDiffusions;
+
+  struct Card {
+    double lastdiff;    // -infinity for Null
+    const char* texts;  // kTexts ends as uint16, then the bytes of all texts
+    int32_t code, lengthMs, passes;
+    int16_t minutes, days, artistGap;
+    int32_t exitMs, introSec;
+  };
+
+  const Card& At(int card) const { return cards_[static_cast<size_t>(card)]; }
+  std::string_view TextAt(int card, int text) const;
+  void Take(const RowView& row);
+  const char* Store(const std::string& packed);
+  void Sort(Order order);
+
+  std::vector<Card> cards_;
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  std::string scratch_;                   // the row being packed
+  size_t blockUsed_ = 0, blockSize_ = 0;  // bytes of the last block
+};
+
+// Cards of `cards` by number, in the order in which they will be offered.
+using Pool = std::vector<int>;
+
+// "Genre In('A', 'B'" of the genres given, the query's own way: behind the last name the three
+// characters of the separator are cut, so that no name at all leaves a text that is no query.
+std::string GenreCondition(const std::vector<std::string>& genres);
+// ") And Tranche06 LIKE '??????????1*'": allowed in that hour of that weekday (1 Monday to 7).
+std::string HourCondition(int weekday, int hour);
+
+// Walks the cards and takes those that the rotation rules, the titles in use and the artist tests
+// let through. The walk ends with the first title above `limit`. Yields. Throws.
+inline constexpr int64_t kNoLimit = std::numeric_limits<int64_t>::max();
+Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& used,
+              int64_t limit);
+
+// Sorts by artist and keeps the first title of each, without regard to case; `cut` gets the others
+// in that order, null: nobody asks.
+void CutArtistDoubles(const CandidateCards& cards, Pool& pool, Pool* cut);
+// The never played first, then those played longest ago; equal ones keep their order.
+void SortByLastPlay(const CandidateCards& cards, Pool& pool);
+// Shows the pool in ListView1: its first rows, enough to see what was offered.
+void ShowPool(Station& station, const CandidateCards& cards, const Pool& pool);
+
+// The row of PL that a candidate becomes.
+Cells ListedRow(const PoolRow& candidate);
+
+}  // namespace zemo

@@ -1,0 +1,327 @@
+// The seven searches, each a query in the order of Lastdiff of which the first row that passes is
+// the pick, and what is done with a pick: a row of the list, or an overlay on slot 2.
+#include "scheduling/JingleSelection.h"
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <utility>
+
+#include "library/OnAirRows.h"
+#include "platform/Folder.h"
+#include "platform/SoundChain.h"
+#include "platform/SoundSource.h"
+#include "scheduling/HourFilter.h"
+#include "station/Station.h"
+#include "station/TimeForms.h"
+#include "store/SeekCode.h"
+#include "store/ShortWait.h"
+
+namespace zemo {
+
+namespace {
+
+using Query = std::unique_ptr<Recordset>;
+
+// --- common pieces ---
+
+
+// The flags that stop every automatic jingle; the end-of-hour fitting stops some of them beside.
+bool JinglesStopped(const Station& station) {
+  const EngineState& engine = station.engine;
+  return engine.NoJingleActive || engine.VoiceTrackState != 0 || engine.CheckExtrait;
+}
+
+// No jingle goes before a row that is no music.
+bool NoMusicNext(const Station& station) {
+  return !station.PL.Empty() && station.PL.Row(1).Code() < 0;
+}
+
+// Moves to the first row whose date window is open; false when there is none.
+bool MoveToOpenWindow(const Station& station, Recordset& jingles) {
+  const LocalDateTime today = station.Now();
+  while (!jingles.Eof() && !InDateWindow(jingles.Text("MMJJDebut"), jingles.Text("MMJJFin"), today))
+    jingles.MoveNext();
+  return !jingles.Eof();
+}
+
+void MarkPlayed(const Station& station, Recordset& table, const Recordset& pick) {
+  if (!SeekCode(table, pick.Int("CODE"))) return;
+  table.Edit();
+  table.Set("LASTDIFF", DateSerial(WholeSeconds(station.Now())));
+  table.Update();
+}
+
+void InsertPick(Station& station, const char* routine, int row, Cells cells,
+                const Recordset& pick) {
+  station.PL.Insert(row, std::move(cells));
+  station.events.Jingle(routine, static_cast<int32_t>(pick.Int("CODE")), pick.Text("FILENAME"),
+                        false);
+}
+
+Cells PlainRow(const Recordset& pick) {
+  Cells cells = JingleRow(pick);
+  cells[Col::kKind].clear();
+  return cells;
+}
+
+void StoreLastJingle(Station& station, bool overlay, int64_t code) {
+  Recordset& settings = *station.base.Tables().Cnf;
+  settings.MoveFirst();
+  settings.Edit();
+  settings.Set(overlay ? "JingleCodeIntro" : "JingleCode", code);
+  settings.Update();
+  station.base.CheckCnf();
+}
+
+std::string CodeText(int64_t code) {
+  return "Code = " + std::to_string(code);
+}
+
+// --- overlays ---
+
+void LoadOverlay(Station& station, const std::string& file, int volume) {
+  SoundChain& sound = station.Sound();
+  sound.SetChannelDone(kOverlaySlot, true);
+  sound.SetVolume(kOverlaySlot, volume);
+  if (file.empty()) throw SoundError("the jingle names no sound file");
+  sound.SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(file));
+  station.engine.OverlayFile = file;
+}
+
+void StartOverlay(Station& station, const std::string& file, int volume) {
+  station.engine.IntroOverlayPending = false;
+  station.Sound().SetChannelDone(kOverlaySlot, false);
+  station.events.Overlay(file, "jingle", volume);
+  station.WatchSilence();
+}
+
+// The tick starts it when the introduction has only the jingle's length left.
+void LeaveOverlayToTick(Station& station, const std::string& label) {
+  station.engine.IntroOverlayPending = true;
+  station.engine.IntroArmedTimer = station.Timer();
+  station.screen.LblIntro = label;
+  station.screen.LblIntro.visible = true;
+}
+
+// False when the file cannot be used, which is logged: the jingle then only gives up its turn, so
+// that a lost file does not stay first in the order for good.
+bool ArmOverlay(Station& station, const char* routine, const Recordset& pick) {
+  const auto code = static_cast<int32_t>(pick.Int("CODE"));
+  const std::string file = pick.Text("FILENAME");
+  const auto volume = static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSurImpression));
+  try {
+    LoadOverlay(station, file, volume);
+  } catch (const SoundError&) {
+    station.engine.IntroOverlayPending = false;  // nothing is left on slot 2 to wait for
+    LogCurrentException(station, routine, CodeText(code));
+    return false;
+  }
+  station.events.Jingle(routine, code, file, true);
+  if (station.base.CnfInt(Cnf::kJingleEnFinIntro) == 1)
+    LeaveOverlayToTick(station, pick.Text("LIBELLE"));
+  else
+    StartOverlay(station, file, volume);
+  return true;
+}
+
+// --- FindJingle ---
+
+std::string JingleQuery(Station& station, bool overlay, int32_t maxMs) {
+  std::string sql =
+      "SELECT * FROM DiscothequeJingle Where GENREASSOCIE = '' And JingleExtraitYN = 0" +
+      HourFilterOfNow(station);
+  if (overlay) {
+    sql += " AND SURIMPRESSION = 1 AND CODE <> " + station.base.CnfText(Cnf::kJingleCodeIntro);
+    if (maxMs >= 1) sql += " AND DUREE < " + std::to_string(maxMs);
+  } else {
+    sql += " AND SURIMPRESSION = 0 AND CODE <> " + station.base.CnfText(Cnf::kJingleCode);
+  }
+  return sql + " ORDER BY Lastdiff";
+}
+
+// --- FindJingleAssocieAvantTitre ---
+
+// The title's plain jingles, else those of the artist as row 1 names it.
+Query OpenTitleJingles(Station& station, int32_t titleCode) {
+  Database& db = station.base.Db();
+  Query own = db.OpenRecordset(
+      "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = " + std::to_string(titleCode) +
+      " AND SURIMPRESSION = 0 ORDER BY LASTDIFF ASC;");
+  if (!own->Eof() || station.PL.Empty()) return own;
+  return db.OpenRecordset("SELECT * FROM DiscothequeJingle WHERE ARTISTEASSOCIE = '" +
+                          SqlQuoted(station.PL.Row(1)[Col::kText]) + "' ORDER BY LASTDIFF ASC;");
+}
+
+// Row 2 as the list stands now: when a jingle went in before the title, that is before the title
+// too.
+int RowBehindTitle(const Station& station) {
+  const bool jingleThere = station.PL.Count() >= 2 && station.PL.Row(2).Code() == Element::kJingle;
+  return jingleThere ? 3 : 2;
+}
+
+// --- FindJingleExtrait ---
+
+constexpr const char* kAnnouncement =
+    "Jingle annonce extrait";  // the tick plays extracts behind it
+
+Cells NoAnnouncementRow() {
+  Cells cells;
+  cells[Col::kText] = kAnnouncement;
+  cells[Col::kSecond] = "NO JINGLE";
+  cells[Col::kLength] = "--:--";
+  cells[Col::kKind] = "Jingle";
+  cells[Col::kCode] = std::to_string(Element::kJingle);
+  cells[Col::kLengthMs] = "0";
+  cells[Col::kExitMs] = "0";
+  return cells;
+}
+
+}  // namespace
+
+void FindJingle(Station& station, bool overlay, int32_t maxMs) {
+  constexpr const char* kRoutine = "FindJingle";
+  if (JinglesStopped(station) || station.engine.FittingActive) return;  // 1
+  if (NoMusicNext(station)) return;                                     // 2
+  int64_t code = 0;
+  try {
+    const ShortWait shortWait(station.base);
+    const Query jingles =
+        station.base.Db().OpenRecordset(JingleQuery(station, overlay, maxMs));  // 3
+    if (!MoveToOpenWindow(station, *jingles)) return;                           // 4
+    code = jingles->Int("CODE");
+    if (overlay)  // 5
+      ArmOverlay(station, kRoutine, *jingles);
+    else
+      InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
+    StoreLastJingle(station, overlay, code);                                  // 6
+    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);  // 7
+  } catch (const std::exception&) {
+    LogCurrentException(station, kRoutine, CodeText(code));
+  }
+}
+
+bool FindJingleAssocie(Station& station, int32_t titleCode) {
+  constexpr const char* kRoutine = "FindJingleAssocie";
+  if (JinglesStopped(station)) return false;
+  bool found = false;
+  try {
+    const ShortWait shortWait(station.base);
+    const Query jingles = station.base.Db().OpenRecordset(
+        "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = " + std::to_string(titleCode) +
+        " AND SURIMPRESSION = 1 Order By Lastdiff");
+    if (jingles->Eof()) return false;
+    found = ArmOverlay(station, kRoutine, *jingles);
+    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);
+  } catch (const std::exception&) {
+    LogCurrentException(station, kRoutine, CodeText(titleCode));
+  }
+  return found;
+}
+
+void FindJingleAssocieAvantTitre(Station& station, int32_t titleCode) {
+  constexpr const char* kRoutine = "FindJingleAssocieAvantTitre";
+  EngineState& engine = station.engine;
+  if (engine.CodeEnCours < 0 || JinglesStopped(station)) return;
+  try {
+    const ShortWait shortWait(station.base);
+    const Query jingles = OpenTitleJingles(station, titleCode);  // 1, 2
+    if (jingles->Eof()) return;
+    engine.LastJingleTimer = station.Timer();  // 3: it counts as the jingle of the moment
+    engine.LastIntroJingleTimer = station.Timer();
+    engine.LastAssociationTimer = station.Timer();
+    Recordset& table = *station.base.Tables().DiscothequeJingle;
+    bool before = false;
+    bool behind = false;
+    for (; !jingles->Eof(); jingles->MoveNext()) {  // 4
+      const int64_t end = jingles->Int("ENDOFTITRE");
+      bool& placed = end == 1 ? behind : before;
+      if (placed || end < 0 || end > 1) continue;
+      placed = true;
+      const int row = end == 1 ? RowBehindTitle(station) : 1;
+      InsertPick(station, kRoutine, row, PlainRow(*jingles), *jingles);
+      MarkPlayed(station, table, *jingles);
+    }
+  } catch (const std::exception&) {
+    LogCurrentException(station, kRoutine, CodeText(titleCode));
+  }
+}
+
+bool FindJingleAssocieGenre(Station& station, const std::string& genre) {
+  constexpr const char* kRoutine = "FindJingleAssocieGenre";
+  const EngineState& engine = station.engine;
+  if (JinglesStopped(station) || engine.FittingActive || NoMusicNext(station)) return false;
+  if (engine.CodeEnCours < 0 || genre.empty()) return false;
+  bool found = false;
+  try {
+    const ShortWait shortWait(station.base);
+    const Query jingles = station.base.Db().OpenRecordset(
+        "SELECT * FROM DiscothequeJingle WHERE GENREASSOCIE = '" + SqlQuoted(genre) + "'" +
+        HourFilterOfNow(station) + " AND SURIMPRESSION = 0  ORDER BY Lastdiff");
+    if (!MoveToOpenWindow(station, *jingles)) return false;
+    InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
+    found = true;
+    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);
+  } catch (const std::exception&) {
+    LogCurrentException(station, kRoutine, "Genre = " + genre);
+  }
+  return found;
+}
+
+void FindJingleExtrait(Station& station, int16_t row) {
+  constexpr const char* kRoutine = "FindJingleExtrait";
+  int64_t code = 0;
+  try {
+    const ShortWait shortWait(station.base);
+    const Query jingles = station.base.Db().OpenRecordset(
+        "SELECT * FROM DiscothequeJingle Where JingleExtraitYN = 1" + HourFilterOfNow(station) +
+        " ORDER BY Lastdiff");
+    if (jingles->Eof()) {
+      station.PL.Insert(row, NoAnnouncementRow());
+      return;
+    }
+    code = jingles->Int("CODE");
+    Cells cells = JingleRow(*jingles);
+    cells[Col::kSecond] = std::exchange(cells[Col::kText], kAnnouncement);
+    cells[Col::kKind] = "Jingle";
+    InsertPick(station, kRoutine, row, std::move(cells), *jingles);
+    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);
+  } catch (const std::exception&) {
+    LogCurrentException(station, kRoutine, CodeText(code));
+  }
+}
+
+bool FindJingleRacro(Station& station) {
+  constexpr const char* kRoutine = "FindJingleRacro";
+  int64_t code = 0;
+  bool done = false;
+  try {
+    const ShortWait shortWait(station.base);
+    const Query elements = station.base.Db().OpenRecordset(
+        "SELECT * FROM DISCOTHEQUEVIRGULE Where JingleRacro = 1 Order By Lastdiff");
+    if (elements->Eof()) return false;
+    code = elements->Int("CODE");
+    Cells cells = OtherRow(*elements);
+    cells[Col::kKind].clear();
+    InsertPick(station, kRoutine, 1, std::move(cells), *elements);
+    done = true;
+    MarkPlayed(station, *station.base.Tables().DiscothequeVirgule, *elements);
+  } catch (const std::exception&) {
+    LogCurrentException(station, kRoutine, CodeText(code));
+  }
+  return done;
+}
+
+std::string FindJingleCompositeur(Station& station, const std::string& file) {
+  try {
+    const ShortWait shortWait(station.base);
+    const Query jingles = station.base.Db().OpenRecordset(
+        "SELECT * FROM DiscothequeJingle WHERE FILENAME Like '" + SqlQuoted(file) + "'");
+    if (!jingles->Eof()) return jingles->Text("AUTEURCOMPOSITEUR");
+  } catch (const std::exception&) {
+    LogCurrentException(station, "FindJingleCompositeur", file);
+  }
+  return {};
+}
+
+}  // namespace zemo

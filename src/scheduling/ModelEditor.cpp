@@ -1,0 +1,217 @@
+#include "scheduling/ModelEditor.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+
+#include "platform/Desktop.h"
+#include "platform/Folder.h"
+#include "platform/Spreadsheet.h"
+#include "scheduling/ModelGrids.h"
+#include "settings/GenreList.h"
+#include "settings/SideFileIo.h"
+#include "station/SideFileText.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "store/RowView.h"
+
+namespace zemo {
+
+namespace {
+
+bool SkeletonOn(Station& station) {
+  return station.base.CnfBool(Cnf::kSquelette);
+}
+
+TextGrid::Row CutAtTabs(const std::string& line) {
+  TextGrid::Row cells(1);
+  for (const char c : line) {
+    if (c == '\t')
+      cells.emplace_back();
+    else
+      cells.back() += c;
+  }
+  return cells;
+}
+
+// A total of a file that another program wrote is no genre.
+bool IsTotal(const TextGrid::Row& cells) {
+  return cells[0].rfind(kTotalText, 0) == 0;
+}
+
+bool IsHeading(const TextGrid::Row& cells) {
+  return cells.back() == HourLabel(kHoursOfDay - 1);
+}
+
+std::string BackupFile(const Station& station, bool skeleton) {
+  const int day = station.modelEditor.JourSemaine;
+  if (day < 1 || day > kDaysOfWeek) return {};
+  const auto index = static_cast<size_t>(day - 1);
+  return skeleton ? station.files.SkeletonDays[index] : station.files.Days[index];
+}
+
+bool ModelRow(const ModelEditor& editor, int row) {
+  return row > 0 && row < editor.Models.RowCount() - 1;
+}
+
+std::string Percent(int percent) {
+  return std::to_string(std::clamp(percent, 0, 100));
+}
+
+// Writes the share of a variety into the first row of its name.
+void StoreShare(Station& station, const std::string& variety, int percent) {
+  Recordset& table = *station.base.Tables().Variete;
+  for (table.MoveFirst(); !table.Eof(); table.MoveNext()) {
+    if (!EqualNoCase(table.Text("VARIETE"), variety)) continue;
+    table.Edit();
+    table.Set("POURCENT", int64_t{percent});
+    table.Update();
+    return;
+  }
+}
+
+}  // namespace
+
+void Traduction(Station& station) {
+  ModelEditor& editor = station.modelEditor;
+  const int64_t langue = station.base.CnfInt(Cnf::kLangue);
+  const auto word = [langue](const char* french, const char* english, const char* portuguese,
+                             const char* spanish) {
+    return langue == 1 ? english : langue == 2 ? portuguese : langue == 3 ? spanish : french;
+  };
+  editor.Caption = SkeletonOn(station)
+                       ? word("Edit Squelette", "Skeleton", "Esqueleto", "Edit")
+                       : word("Model en %", "Model in %", "Modelo em %", "Modelo em %");
+  if (editor.Models.RowCount() > 0)
+    editor.Models.SetCell(0, 0, word("Genres", "Style", "Géneros", "Géneros"));
+  if (editor.GVariete.RowCount() > 0)
+    editor.GVariete.SetCell(0, 1, word("Variété", "Origin", "Música", "Musica"));
+}
+
+void LoadPopUps(Station& station) {
+  ModelEditor& editor = station.modelEditor;
+  LoadSaveGenres(station, "Load", editor.PopGenre);
+  editor.PopPourCent.clear();
+  for (int percent = 0; percent <= 100; percent += 5)
+    editor.PopPourCent.push_back(std::to_string(percent));
+}
+
+bool BtnSave(Station& station) {
+  const auto day = static_cast<int16_t>(station.modelEditor.JourSemaine);
+  return SkeletonOn(station) ? SauveGrilleSquelette(station, day) : SauveGrilleModels(station, day);
+}
+
+void BtnImport(Station& station) {
+  ModelEditor& editor = station.modelEditor;
+  try {
+    const bool skeleton = SkeletonOn(station);
+    const std::string file = BackupFile(station, skeleton);
+    const Folder& folder = station.platform.stationFolder;
+    const auto text = ReadSideFile(folder, file);
+    if (!text) {
+      station.platform.messages.Show(editor.Caption, "Introuvable\r\n" + folder.PathOf(file),
+                                     Buttons::kOk);
+      return;
+    }
+    InitGrille(station);
+    for (const std::string& line : SplitLines(*text)) {
+      TextGrid::Row cells = CutAtTabs(line);
+      if (IsTotal(cells) || IsHeading(cells)) continue;
+      if (skeleton)
+        editor.ModelSquelette.AddRow(std::move(cells));
+      else
+        editor.Models.InsertRow(editor.Models.RowCount() - 1, std::move(cells));
+    }
+    CalculPourCentages(station);
+    if (skeleton) MnuCompteur(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnImport");
+  }
+}
+
+void PopJour(Station& station, int fromDay) {
+  const auto day = static_cast<int16_t>(fromDay);
+  if (SkeletonOn(station)) {
+    LoadGrilleSquelette(station, day);
+    MnuCompteur(station);
+  } else {
+    LoadGrilleModels(station, day);
+  }
+}
+
+void DeleteModelRow(Station& station) {
+  ModelEditor& editor = station.modelEditor;
+  if (!ModelRow(editor, editor.ModelsPlace.row)) return;
+  editor.Models.RemoveRow(editor.ModelsPlace.row);
+  editor.Models.InsertRow(editor.Models.RowCount() - 1, {});
+  CalculPourCentages(station);
+}
+
+void PopGenreInModels(Station& station, const std::string& genre) {
+  ModelEditor& editor = station.modelEditor;
+  const int total = editor.Models.RowCount() - 1;
+  if (editor.ModelsPlace.row < 1 || editor.ModelsPlace.row > total) return;
+  for (int row = 1; row < total; ++row)
+    if (EqualNoCase(editor.Models.Cell(row, 0), genre)) return;
+  if (editor.ModelsPlace.row == total) editor.Models.InsertRow(total, {});
+  editor.Models.SetCell(editor.ModelsPlace.row, 0, genre);
+}
+
+void PopGenreInSquelette(Station& station, const std::string& genre) {
+  ModelEditor& editor = station.modelEditor;
+  const GridPlace place = editor.ModelSquelettePlace;
+  if (place.row < 1 || place.row > editor.ModelSquelette.RowCount()) return;
+  if (place.column < 0 || place.column >= kHoursOfDay) return;
+  if (place.row == editor.ModelSquelette.RowCount()) editor.ModelSquelette.AddRow({});
+  editor.ModelSquelette.SetCell(place.row, place.column, genre);
+  MnuCompteur(station);
+}
+
+void PopPourCentInModels(Station& station, int percent) {
+  ModelEditor& editor = station.modelEditor;
+  const GridPlace place = editor.ModelsPlace;
+  if (!ModelRow(editor, place.row) || place.column < 1 || place.column > kHoursOfDay) return;
+  editor.Models.SetCell(place.row, place.column, Percent(percent));
+  CalculPourCentages(station);
+}
+
+void PopPourCentInVariete(Station& station, int percent) {
+  ModelEditor& editor = station.modelEditor;
+  const int row = editor.GVarietePlace.row;
+  if (row < 1 || row >= editor.GVariete.RowCount()) return;
+  editor.GVariete.SetCell(row, 0, Percent(percent));
+  CalculPourCentages(station);
+  try {
+    StoreShare(station, editor.GVariete.Cell(row, 1), std::clamp(percent, 0, 100));
+  } catch (const std::exception&) {
+    LogCurrentException(station, "PopPourCent");
+  }
+}
+
+void LoadStatsGenres(Station& station) {
+  try {
+    std::map<std::string, int> counts;
+    station.base.Db().ReadRows("SELECT Genre FROM Discotheque",
+                               [&](const RowView& row) { ++counts[std::string(row.Text(0))]; });
+    station.modelEditor.Stats.clear();
+    for (const auto& [genre, count] : counts) {
+      char digits[16];
+      std::snprintf(digits, sizeof digits, "%04d", count);
+      station.modelEditor.Stats.push_back({genre, digits, {}});
+    }
+  } catch (const std::exception&) {
+    LogCurrentException(station, "Load Stats Genres");
+  }
+}
+
+void MnuCompteur(Station& station) {
+  ModelEditor& editor = station.modelEditor;
+  if (editor.Stats.empty()) return;
+  std::map<std::string, int> positions;
+  for (int row = 1; row < editor.ModelSquelette.RowCount(); ++row)
+    for (const std::string& genre : editor.ModelSquelette.At(row)) ++positions[UpperLatin(genre)];
+  for (ModelEditor::GenreCount& line : editor.Stats)
+    line.positions = std::to_string(positions[UpperLatin(line.genre)]);
+}
+
+}  // namespace zemo

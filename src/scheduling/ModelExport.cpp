@@ -1,0 +1,125 @@
+// The week on one sheet: a block a day, below each other. A block is a heading with the day and the
+// hours, a line a genre (or a position of the skeleton), and for percentages a line of totals.
+#include <array>
+
+#include "platform/Folder.h"
+#include "platform/Spreadsheet.h"
+#include "scheduling/ModelEditor.h"
+#include "scheduling/ModelGrids.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "store/RowView.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr double kGenreWidth = 22, kPercentWidth = 6, kPositionWidth = 12;
+
+std::string HourFields() {
+  std::string fields;
+  for (int hour = 0; hour < kHoursOfDay; ++hour) fields += ", TRANCHE" + TwoDigits(hour);
+  return fields;
+}
+
+// Writes downwards, a line at a time.
+class SheetMaker {
+ public:
+  explicit SheetMaker(const char* name, double hourWidth) {
+    sheet_.name = name;
+    sheet_.columnWidths.assign(kHoursOfDay + 1, hourWidth);
+    sheet_.columnWidths[0] = kGenreWidth;
+  }
+  void Put(int column, std::string text, SheetCell::Style style = SheetCell::Style::kPlain) {
+    sheet_.cells.push_back({row_, column, std::move(text), 0, false, style});
+  }
+  void Put(int column, double number, SheetCell::Style style = SheetCell::Style::kPlain) {
+    sheet_.cells.push_back({row_, column, {}, number, true, style});
+  }
+  void NextLine() { ++row_; }
+  void DayHeading(int day) {
+    Put(0, DayName(day), SheetCell::Style::kHeading);
+    for (int hour = 0; hour < kHoursOfDay; ++hour)
+      Put(hour + 1, HourLabel(hour), SheetCell::Style::kHeading);
+    NextLine();
+  }
+  const Sheet& Made() const { return sheet_; }
+
+ private:
+  Sheet sheet_;
+  int row_ = 0;
+};
+
+void WriteSheet(Station& station, SpreadsheetWriter& writer, const Sheet& sheet) {
+  writer.Write(station.platform.stationFolder.PathOf(sheet.name + ".xlsx"), sheet);
+}
+
+void ModelDay(Station& station, SheetMaker& sheet, int day) {
+  std::array<double, kHoursOfDay> totals{};
+  sheet.DayHeading(day);
+  station.base.Db().ReadRows("SELECT GENRE" + HourFields() + " FROM Models WHERE JOUR = " +
+                                 std::to_string(day) + " ORDER BY CODE ASC;",
+                             [&](const RowView& row) {
+                               sheet.Put(0, std::string(row.Text(0)));
+                               for (int hour = 0; hour < kHoursOfDay; ++hour) {
+                                 const double percent = row.Real(hour + 1);
+                                 totals[static_cast<size_t>(hour)] += percent;
+                                 sheet.Put(hour + 1, percent);
+                               }
+                               sheet.NextLine();
+                             });
+  sheet.Put(0, std::string(kTotalText), SheetCell::Style::kTotal);
+  for (int hour = 0; hour < kHoursOfDay; ++hour)
+    sheet.Put(hour + 1, totals[static_cast<size_t>(hour)], SheetCell::Style::kTotal);
+  sheet.NextLine();
+  sheet.NextLine();
+}
+
+void SkeletonDay(Station& station, SheetMaker& sheet, int day) {
+  int position = 0;
+  sheet.DayHeading(day);
+  station.base.Db().ReadRows("SELECT " + HourFields().substr(2) +
+                                 " FROM ModelSquelette WHERE JOUR = " + std::to_string(day) +
+                                 " ORDER BY CODE ASC;",
+                             [&](const RowView& row) {
+                               sheet.Put(0, double(++position));
+                               for (int hour = 0; hour < kHoursOfDay; ++hour)
+                                 if (!row.Text(hour).empty())
+                                   sheet.Put(hour + 1, std::string(row.Text(hour)));
+                               sheet.NextLine();
+                             });
+  sheet.NextLine();
+}
+
+template <typename WriteDay>
+bool ExportWeek(Station& station, SpreadsheetWriter& writer, const char* name, double hourWidth,
+                const char* routine, WriteDay writeDay) {
+  try {
+    SheetMaker sheet(name, hourWidth);
+    for (int day = 1; day <= kDaysOfWeek; ++day) writeDay(station, sheet, day);
+    WriteSheet(station, writer, sheet.Made());
+    return true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, routine);
+    return false;
+  }
+}
+
+}  // namespace
+
+bool MnuExport(Station& station, SpreadsheetWriter& writer) {
+  return station.base.CnfBool(Cnf::kSquelette) ? ExportSemaine(station, writer)
+                                               : ExportModelSemaine(station, writer);
+}
+
+bool ExportModelSemaine(Station& station, SpreadsheetWriter& writer) {
+  return ExportWeek(station, writer, "ModelsSemaine", kPercentWidth, "ExportModelSemaine",
+                    ModelDay);
+}
+
+bool ExportSemaine(Station& station, SpreadsheetWriter& writer) {
+  return ExportWeek(station, writer, "SqueletteSemaine", kPositionWidth, "ExportSemaine",
+                    SkeletonDay);
+}
+
+}  // namespace zemo

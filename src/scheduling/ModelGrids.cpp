@@ -1,0 +1,264 @@
+#include "scheduling/ModelGrids.h"
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "scheduling/ModelEditor.h"
+#include "scheduling/RequestError.h"
+#include "settings/SideFileIo.h"
+#include "station/SideFileText.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "store/RowView.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr size_t kGenreWidth = 22;  // characters of the field
+
+std::string HourFields() {
+  std::string fields;
+  for (int hour = 0; hour < kHoursOfDay; ++hour) fields += ", TRANCHE" + TwoDigits(hour);
+  return fields;
+}
+
+int64_t Langue(Station& station) {
+  return station.base.CnfInt(Cnf::kLangue);
+}
+
+TextGrid::Row HeadingRow(const char* corner) {
+  TextGrid::Row row;
+  if (corner) row.emplace_back(corner);
+  for (int hour = 0; hour < kHoursOfDay; ++hour) row.push_back(HourLabel(hour));
+  return row;
+}
+
+const char* GenresWord(int64_t langue) {
+  switch (langue) {
+    case 1:
+      return "Style";
+    case 2:
+    case 3:
+      return "Géneros";
+    default:
+      return "Genres";
+  }
+}
+
+const char* VarietyWord(int64_t langue) {
+  switch (langue) {
+    case 1:
+      return "Origin";
+    case 2:
+      return "Música";
+    case 3:
+      return "Musica";
+    default:
+      return "Variété";
+  }
+}
+
+void LoadVarietes(Station& station) {
+  TextGrid& grid = station.modelEditor.GVariete;
+  grid.Clear();
+  grid.AddRow({"%", VarietyWord(Langue(station))});
+  station.base.Db().ReadRows("SELECT POURCENT, VARIETE FROM Variete", [&](const RowView& row) {
+    grid.AddRow({std::string(row.Text(0)), std::string(row.Text(1))});
+  });
+}
+
+void CheckWidth(const std::string& genre) {
+  if (FirstCharacters(genre, kGenreWidth) != genre)
+    throw RequestError(kErrFieldTooSmall, "the genre \"" + genre + "\" is longer than " +
+                                              std::to_string(kGenreWidth) + " characters");
+}
+
+// "VALUES (...)" of a row of Models; whole per cent.
+std::string ModelValues(const TextGrid::Row& row, int day) {
+  CheckWidth(row[0]);
+  std::string values = "VALUES (" + std::to_string(day) + ", '" + SqlQuoted(row[0]) + "'";
+  for (size_t column = 1; column <= kHoursOfDay; ++column) {
+    const int32_t percent = column < row.size() ? ValInt(row[column]) : 0;
+    if (percent < std::numeric_limits<int16_t>::min() ||
+        percent > std::numeric_limits<int16_t>::max())
+      throw RequestError(kErrOverflow, std::to_string(percent) + " is no percentage");
+    values += ", " + std::to_string(percent);
+  }
+  return values + ")";
+}
+
+std::string SkeletonValues(const TextGrid::Row& row, int day) {
+  std::string values = "VALUES (" + std::to_string(day);
+  for (size_t column = 0; column < kHoursOfDay; ++column) {
+    const std::string genre = column < row.size() ? row[column] : std::string();
+    CheckWidth(genre);
+    values += ", '" + SqlQuoted(genre) + "'";
+  }
+  return values + ")";
+}
+
+std::string TabLine(const TextGrid::Row& row) {
+  std::string line;
+  for (size_t column = 0; column < row.size(); ++column)
+    line += (column > 0 ? "\t" : "") + OneLine(row[column]);
+  return line;
+}
+
+// The day in the table gives way to `rows`, in one transaction, and the back-up file is written.
+void SaveDay(Station& station, const char* table, const std::string& fields, int day,
+             const std::vector<std::string>& rows, const std::string& file,
+             const std::vector<std::string>& lines) {
+  Database& db = station.base.Db();
+  Transaction transaction(db);
+  db.Execute("DELETE * FROM " + std::string(table) + " WHERE JOUR = " + std::to_string(day));
+  for (const std::string& values : rows)
+    db.Execute("INSERT INTO " + std::string(table) + " (" + fields + ") " + values);
+  transaction.Commit();
+  WriteSideFile(station.platform.stationFolder, file, JoinLines(lines));
+}
+
+size_t DayIndex(int day) {
+  if (day < 1 || day > kDaysOfWeek)
+    throw RequestError(kErrSubscript, std::to_string(day) + " is no day of the week");
+  return static_cast<size_t>(day - 1);
+}
+
+}  // namespace
+
+std::string HourLabel(int hour) {
+  return TwoDigits(hour) + "h";
+}
+
+std::string HourLongLabel(int hour) {
+  return " de " + HourLabel(hour) + " à " + HourLabel(hour + 1);
+}
+
+std::string DayName(int day) {
+  static constexpr std::array<const char*, kDaysOfWeek> kNames = {
+      "Lundi", "Mardi", "Mercredi", "Jeudi", "Vendredi", "Samedi", "Dimanche"};
+  return kNames[DayIndex(day)];
+}
+
+bool RowIsEmpty(const TextGrid& grid, int row) {
+  for (const std::string& cell : grid.At(row))
+    if (!Trim(cell).empty()) return false;
+  return true;
+}
+
+void LoadModelScreen(Station& station) {
+  if (station.modelEditor.loaded) return;
+  try {
+    LoadVarietes(station);
+    LoadPopUps(station);
+    station.modelEditor.loaded = true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "F7.Form_Load");
+  }
+}
+
+void SelectJourSemaine(Station& station, int day) {
+  LoadModelScreen(station);
+  station.modelEditor.JourSemaine = day;
+  if (station.base.CnfBool(Cnf::kSquelette)) {
+    LoadGrilleSquelette(station, static_cast<int16_t>(day));
+    MnuCompteur(station);
+  } else {
+    LoadGrilleModels(station, static_cast<int16_t>(day));
+  }
+}
+
+void InitGrille(Station& station) {
+  ModelEditor& editor = station.modelEditor;
+  editor.Models.Clear();
+  editor.Models.AddRow(HeadingRow(GenresWord(Langue(station))));
+  editor.Models.AddRow({kTotalText});
+  editor.ModelSquelette.Clear();
+  editor.ModelSquelette.AddRow(HeadingRow(nullptr));
+}
+
+void LoadGrilleModels(Station& station, int16_t day) {
+  TextGrid& grid = station.modelEditor.Models;
+  try {
+    InitGrille(station);
+    station.base.Db().ReadRows("SELECT GENRE" + HourFields() + " FROM Models WHERE JOUR = " +
+                                   std::to_string(day) + " ORDER BY CODE ASC;",
+                               [&](const RowView& row) {
+                                 TextGrid::Row cells;
+                                 for (int column = 0; column <= kHoursOfDay; ++column)
+                                   cells.emplace_back(row.Text(column));
+                                 grid.InsertRow(grid.RowCount() - 1, std::move(cells));
+                               });
+    CalculPourCentages(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadGrilleModels");
+  }
+}
+
+void LoadGrilleSquelette(Station& station, int16_t day) {
+  TextGrid& grid = station.modelEditor.ModelSquelette;
+  try {
+    InitGrille(station);
+    station.base.Db().ReadRows("SELECT " + HourFields().substr(2) +
+                                   " FROM ModelSquelette WHERE JOUR = " + std::to_string(day) +
+                                   " ORDER BY CODE ASC;",
+                               [&](const RowView& row) {
+                                 TextGrid::Row cells;
+                                 for (int hour = 0; hour < kHoursOfDay; ++hour)
+                                   cells.emplace_back(row.Text(hour));
+                                 grid.AddRow(std::move(cells));
+                               });
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadGrilleSquelette");
+  }
+}
+
+bool SauveGrilleModels(Station& station, int16_t day) {
+  const TextGrid& grid = station.modelEditor.Models;
+  try {
+    const std::string file = station.files.Days[DayIndex(day)];
+    std::vector<std::string> rows, lines;
+    for (int row = 1; row < grid.RowCount() - 1; ++row) {
+      if (Trim(grid.Cell(row, 0)).empty()) continue;
+      rows.push_back(ModelValues(grid.At(row), day));
+      lines.push_back(TabLine(grid.At(row)));
+    }
+    SaveDay(station, "Models", "JOUR, GENRE" + HourFields(), day, rows, file, lines);
+    return true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "SauveGrilleModels");
+    return false;
+  }
+}
+
+bool SauveGrilleSquelette(Station& station, int16_t day) {
+  const TextGrid& grid = station.modelEditor.ModelSquelette;
+  try {
+    const std::string file = station.files.SkeletonDays[DayIndex(day)];
+    std::vector<std::string> rows, lines;
+    for (int row = 1; row < grid.RowCount(); ++row) {
+      if (RowIsEmpty(grid, row)) continue;
+      rows.push_back(SkeletonValues(grid.At(row), day));
+      lines.push_back(TabLine(grid.At(row)));
+    }
+    SaveDay(station, "ModelSquelette", "JOUR" + HourFields(), day, rows, file, lines);
+    return true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "SauveGrilleSquelette");
+    return false;
+  }
+}
+
+void CalculPourCentages(Station& station) {
+  TextGrid& grid = station.modelEditor.Models;
+  const int total = grid.RowCount() - 1;
+  for (int column = 1; column <= kHoursOfDay; ++column) {
+    double sum = 0;
+    for (int row = 1; row < total; ++row) sum += Val(grid.Cell(row, column));
+    grid.SetCell(total, column, AsText(Value(sum)) + " %");
+  }
+}
+
+}  // namespace zemo

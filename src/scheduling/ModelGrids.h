@@ -1,0 +1,44 @@
+// The station's week as grids: the percentage model and the skeleton of a day, and the shares of
+// the varieties, loaded from their tables and saved to them. See station/ModelEditor.h for the
+// cells.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "station/ModelEditor.h"
+
+namespace zemo {
+
+struct Station;
+
+inline constexpr int kHoursOfDay = 24;
+inline constexpr int kDaysOfWeek = 7;
+inline constexpr const char* kTotalText = "Total %";
+
+// Loads the screen when it is not loaded yet: varieties and pop-ups. Faults are logged.
+void LoadModelScreen(Station& station);
+// Selects a day, 1 Monday to 7 Sunday, and loads its grid: the skeleton's with Squelette on, else
+// the model's. Faults are logged, and leave an empty grid.
+void SelectJourSemaine(Station& station, int day);
+
+// Heading and total row only, in both grids.
+void InitGrille(Station& station);
+// The grid of that day, in the order of CODE. Faults are logged.
+void LoadGrilleModels(Station& station, int16_t day);
+void LoadGrilleSquelette(Station& station, int16_t day);
+// The grid as that day, in the table and in the day's back-up file. Rows without a genre stay out.
+// False when it could not be saved: that is logged, and where a row cannot be stored nothing
+// changes.
+bool SauveGrilleModels(Station& station, int16_t day);
+bool SauveGrilleSquelette(Station& station, int16_t day);
+
+// The totals of the hours in the last row of Models, with " %" behind them.
+void CalculPourCentages(Station& station);
+
+std::string HourLabel(int hour);      // "07h"
+std::string HourLongLabel(int hour);  // " de 07h à 08h"
+std::string DayName(int day);         // "Lundi" for 1
+bool RowIsEmpty(const TextGrid& grid, int row);
+
+}  // namespace zemo

@@ -1,0 +1,118 @@
+#include "scheduling/RequestFrame.h"
+
+#include <algorithm>
+
+#include "platform/EventLoop.h"
+#include "scheduling/CandidatePool.h"
+#include "scheduling/RotationRules.h"
+#include "station/PlanTimes.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+
+namespace zemo {
+
+namespace {
+constexpr const char* kRestText = "ZEMO RADIO";
+}
+
+RequestFrame::RequestFrame(Station& station, const char* kind)
+    : station_(station),
+      kind_(kind),
+      refusedBefore_(station.requests.ListAutorisation.size()),
+      hold_(station) {
+  seen_.at = station.Now();
+  seen_.kind = kind;
+  seen_.hour = seen_.at.hour;
+  seen_.weekday = JourSemaineCourant(seen_.at);
+}
+
+RequestFrame::~RequestFrame() {
+  if (!messageStays_) {
+    station_.screen.LblProgression = kRestText;
+    station_.screen.LblProgression.visible = false;
+  }
+}
+
+void RequestFrame::Tell() {
+  const std::vector<std::string>& lines = station_.requests.ListAutorisation;
+  const auto first = lines.begin() + static_cast<std::ptrdiff_t>(
+                                         lines.size() >= refusedBefore_ ? refusedBefore_ : 0);
+  seen_.refused = static_cast<int>(lines.end() - first);
+  seen_.refusals.assign(first, first + std::min(seen_.refused, kRefusalsKept));
+  seen_.minutes = station_.requests.MinutesRequete;
+  station_.events.Request(kind_, seen_.minutes, rowsAdded_, seen_.refused);
+  KeepChoices(station_, seen_);
+}
+
+void RequestFrame::Finish() {
+  RefreshPlanTimes(station_);
+  station_.screen.hourglass = false;
+  station_.requests.PLHidden = false;
+  Tell();
+}
+
+void RequestFrame::Fail(const char* request) {
+  LogCurrentException(station_, request);
+  Tell();
+}
+
+void RequestFrame::Leave(const char* message) {
+  if (message) {
+    station_.screen.LblProgression = message;
+    station_.screen.LblProgression.visible = true;
+  }
+  messageStays_ = true;
+  station_.screen.hourglass = false;
+  station_.requests.PLHidden = false;
+  Tell();
+}
+
+void PrepareRules(Station& station) {
+  LoadArtistesRecents(station);
+  LoadDernierCodeRapport(station);
+  station.requests.ListAutorisation.clear();
+  station.requests.DecalDiffCourant = static_cast<int16_t>(station.base.CnfInt(Cnf::kDecalDiff));
+}
+
+void RequestFrame::Open(int minutes) {
+  RequestState& requests = station_.requests;
+  requests.ListView1.clear();
+  ShowSearch(station_);
+  station_.platform.loop.Yield();
+  station_.base.CheckCnf();
+  if (minutes > 0) requests.MinutesRequete = minutes;
+  requests.PLHidden = true;
+  firstNewRow_ = station_.PL.Count() + 1;
+  station_.screen.hourglass = true;
+  station_.base.Tables().Discotheque->SetIndex("CODE");
+}
+
+void RequestFrame::List(int row, const PoolRow& candidate, const ChoiceReason& reason) {
+  station_.PL.Insert(row, ListedRow(candidate));
+  ++rowsAdded_;
+  seen_.titles.push_back(
+      {ValInt(candidate[6]), candidate[0], candidate[1], candidate[3], candidate[4], reason});
+}
+
+void RequestFrame::Saw(int candidates, size_t offered) {
+  seen_.candidates = candidates;
+  seen_.offered = static_cast<int>(offered);
+}
+
+void ShowSearch(Station& station) {
+  struct Words {
+    const char* before;
+    const char* behind;
+  };
+  static constexpr Words kWords[] = {{"RECHERCHE DE", " MINUTES DE MUSIQUE"},
+                                     {"SEARCH OF", " MINUTES OF MUSIC"},
+                                     {"PROCURA DE", " MN DE MUSICA"}};
+  const int64_t langue = station.base.CnfInt(Cnf::kLangue);
+  if (langue < 0 || langue > 2) return;
+  const int64_t minutes = station.base.CnfInt(Cnf::kTempRequette);
+  const std::string number = (minutes < 0 ? "" : " ") + std::to_string(minutes);
+  station.screen.LblProgression = kWords[langue].before + number + kWords[langue].behind;
+  station.screen.LblProgression.visible = true;
+}
+
+}  // namespace zemo

@@ -1,0 +1,64 @@
+// Whether a music card may enter a list at this moment: gaps, passes of the day, date window,
+// shift, and the two tests on the artist. A yes or no with its reasons; nothing is chosen or
+// ordered here.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/Clock.h"
+
+namespace zemo {
+
+struct Station;
+
+inline constexpr int kDiffusions = 8;  // broadcasts that a card remembers
+
+// What the rules read of a card. The texts belong to whoever filled it.
+struct CardRotation {
+  std::string_view Genre, Auteur, Titre;
+  std::string_view MMJJDebut, MMJJFin;  // "MMDD", or blank
+  int32_t NBPASSJOUR = 0;               // passes a day; 0 is out of rotation
+  int32_t ECARTMINUTES = 0, ECARTJOURS = 0;
+  std::string_view Tranche;                             // today's hours, 24 characters
+  std::array<std::string_view, kDiffusions> Diffusion;  // "dd/mm/yyyy à hh:mm", the newest first
+};
+
+// A moment in the forms in which the rules compare it.
+struct RotationMoment {
+  explicit RotationMoment(const LocalDateTime& now);
+
+  std::string general;   // "dd/mm/yyyy hh:mm:ss"
+  std::string date;      // "dd/mm/yyyy"
+  std::string monthDay;  // "MMDD"
+  std::string hour;      // "hh"
+  int minuteOfDay = 0;
+  double daySerial = 0;
+};
+
+// May the card on which the Discotheque cursor stands be listed now? A refusal adds its line to
+// ListAutorisation. Throws StoreError, and RequestError for a DIFFUSION that is no date.
+bool CheckRotation(Station& station);
+// The same for a card that was read already.
+bool CheckRotation(Station& station, const CardRotation& card, const RotationMoment& moment);
+// The rules alone: `line` gets the refusal's line; it stays empty when there is none to log.
+bool RotationAllows(const CardRotation& card, const RotationMoment& moment, int decalDiff,
+                    std::string& line);
+
+// Refills ECArtiste; called once at the start of a request, before any title is tested.
+void LoadArtistesRecents(Station& station);
+// DernierCodeRapport; called once at the start of a request.
+void LoadDernierCodeRapport(Station& station);
+// Clears the flag when fewer than `gap` rows of the report lie behind the artist's last one.
+void CheckEcartArtisteRapport(Station& station, const std::string& artist, int16_t gap,
+                              bool& allowed);
+// Clears the flag when the artist stands in ECArtiste, its first line left out; `artist` comes back
+// in capitals.
+void CheckArtisteRecent(const Station& station, std::string& artist, bool& allowed);
+
+// The hour of the clock. Sets MinutesRequete to 60.
+int16_t HeureCourante(Station& station);
+
+}  // namespace zemo

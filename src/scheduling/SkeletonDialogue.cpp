@@ -1,0 +1,104 @@
+#include "scheduling/SkeletonDialogue.h"
+
+#include <vector>
+
+#include "platform/EventLoop.h"
+#include "scheduling/CandidatePool.h"
+#include "scheduling/RequestFrame.h"
+#include "scheduling/RotationRules.h"
+#include "scheduling/SkeletonRequest.h"
+#include "scheduling/TitlesInUse.h"
+#include "settings/GenreList.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "store/RowView.h"
+
+namespace zemo {
+
+namespace {
+
+std::vector<std::string> Positions(const TextGrid& skeleton) {
+  std::vector<std::string> genres;
+  for (int row = 0; row < skeleton.RowCount(); ++row) genres.push_back(skeleton.Cell(row, 0));
+  return genres;
+}
+
+// Rotation and artists are not asked: the list is for later.
+Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& used) {
+  const bool again = station.requests.SkeletonDialog.Redondance;
+  Pool pool;
+  for (int card = 0; card < cards.Count(); ++card)
+    if (again || !used.Holds(cards.Code(card))) pool.push_back(card);
+  ShowPool(station, cards, pool);
+  return pool;
+}
+
+void FillStoredList(Station& station, RequestFrame& frame, int minutes) {
+  station.requests.MinutesRequete = minutes;
+  frame.Open(minutes);
+  const std::vector<std::string> positions =
+      Positions(station.requests.SkeletonDialog.SquelettePLS);
+  if (positions.empty() || positions.front().empty()) return frame.Leave(kNoModelsFrench);  // 1
+  const TitlesInUse used = LoadTitlesInUse(station);                                        // 2
+  station.platform.loop.Yield();
+  const CandidateCards cards(station, GenreCondition(positions) + ")",
+                             CandidateCards::Order::kLastdiff);  // 3
+  Pool pool = MakePool(station, cards, used);                    // 4
+  frame.Saw(cards.Count(), pool.size());
+  LayAlongSkeleton(station, frame, cards, pool, positions, minutes, std::nullopt);  // 5
+  frame.Finish();                                                                   // 6
+}
+
+}  // namespace
+
+void OpenSkeletonDialog(Station& station) {
+  auto& dialog = station.requests.SkeletonDialog;
+  dialog = {};
+  LoadSaveGenres(station, "Load", dialog.ListGenre);
+  dialog.SpinMinutes = static_cast<int>(station.base.CnfInt(Cnf::kTempRequette));
+  dialog.open = true;
+}
+
+void ListGenre_DblClick(Station& station, const std::string& genre) {
+  station.requests.SkeletonDialog.SquelettePLS.AddRow({genre});
+}
+
+void SquelettePLS_DeleteKey(Station& station) {
+  auto& dialog = station.requests.SkeletonDialog;
+  const int rows = dialog.SquelettePLS.RowCount();
+  if (rows < 2 || dialog.selectedRow < 0 || dialog.selectedRow >= rows) return;
+  dialog.SquelettePLS.RemoveRow(dialog.selectedRow);
+}
+
+void LoadSquelette(Station& station, int day) {
+  try {
+    const int hour = ValInt(station.screen.ChHeure.substr(0, 2));
+    TextGrid skeleton;
+    station.base.Db().ReadRows(
+        "SELECT TRANCHE" + TwoDigits(hour) +
+            " FROM ModelSquelette WHERE JOUR = " + std::to_string(day) + " ORDER BY CODE ASC;",
+        [&](const RowView& row) { skeleton.AddRow({std::string(row.Text(0))}); });
+    if (skeleton.RowCount() > 0) station.requests.SkeletonDialog.SquelettePLS = std::move(skeleton);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadSquelette");
+  }
+}
+
+void SkeletonDialog_BtnOk(Station& station) {
+  station.base.CheckCnf();
+  const int minutes = station.requests.SkeletonDialog.SpinMinutes;
+  RequestFrame frame(station, "dialog");
+  try {
+    LoadArtistesRecents(station);
+    FillStoredList(station, frame, minutes);
+  } catch (const std::exception&) {
+    frame.Fail("SquelettePLS");
+  }
+  station.requests.SkeletonDialog.open = false;
+}
+
+void SkeletonDialog_BtnCancel(Station& station) {
+  station.requests.SkeletonDialog.open = false;
+}
+
+}  // namespace zemo

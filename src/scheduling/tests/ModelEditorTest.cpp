@@ -1,0 +1,373 @@
+#include <gtest/gtest.h>
+
+#include "platform/Spreadsheet.h"
+#include "scheduling/ModelEditor.h"
+#include "scheduling/ModelGrids.h"
+#include "scheduling/tests/RequestFixture.h"
+
+namespace zemo {
+namespace {
+
+using test::RequestStation;
+using test::TitleCard;
+
+class ModelEditorTest : public testing::Test {
+ protected:
+  ModelEditor& Editor() { return s.station.modelEditor; }
+  TextGrid& Models() { return Editor().Models; }
+  TextGrid& Skeleton() { return Editor().ModelSquelette; }
+  void AddModelRow(const std::string& genre, const std::string& percent) {
+    TextGrid::Row row(25, percent);
+    row[0] = genre;
+    Models().InsertRow(Models().RowCount() - 1, row);
+  }
+  std::vector<std::string> Genres() {
+    std::vector<std::string> genres;
+    for (int row = 1; row < Models().RowCount() - 1; ++row) genres.push_back(Models().Cell(row, 0));
+    return genres;
+  }
+  int Count(const std::string& where) {
+    return static_cast<int>(Val(s.SqlText("SELECT COUNT(*) FROM " + where)));
+  }
+  RequestStation s;
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(ModelEditorTest, AnEmptyTableGivesHeadingAndTotalOnly) {
+  SelectJourSemaine(s.station, 1);
+  ASSERT_EQ(Models().RowCount(), 2);
+  EXPECT_EQ(Models().Cell(0, 0), "Genres");
+  EXPECT_EQ(Models().Cell(0, 1), "00h");
+  EXPECT_EQ(Models().Cell(0, 24), "23h");
+  EXPECT_EQ(Models().Cell(1, 0), "Total %");
+  EXPECT_EQ(Models().Cell(1, 24), "0 %");
+  EXPECT_EQ(HourLongLabel(7), " de 07h à 08h");
+  EXPECT_EQ(HourLongLabel(23), " de 23h à 24h");
+}
+
+TEST_F(ModelEditorTest, ADayIsLoadedInTheOrderOfItsRowsWithTotalsThatMayPass100) {
+  s.Model(2, "ROCK", 70);
+  s.Model(1, "OTHER", 10);
+  s.Model(2, "POP", 50, 23);
+  SelectJourSemaine(s.station, 2);
+  EXPECT_EQ(Editor().JourSemaine, 2);
+  EXPECT_EQ(Genres(), (Names{"ROCK", "POP"}));
+  EXPECT_EQ(Models().Cell(1, 1), "70");
+  EXPECT_EQ(Models().Cell(2, 23), "0");
+  EXPECT_EQ(Models().Cell(3, 23), "70 %");
+  EXPECT_EQ(Models().Cell(3, 24), "120 %");
+}
+
+TEST_F(ModelEditorTest, WithSqueletteOnTheSkeletonIsLoadedHourByColumn) {
+  s.SetCnf("Squelette", -1);
+  s.Position(3, 0, "FIRST");
+  s.Position(3, 23, "LAST");
+  SelectJourSemaine(s.station, 3);
+  ASSERT_EQ(Skeleton().RowCount(), 3);
+  EXPECT_EQ(Skeleton().Cell(0, 0), "00h");
+  EXPECT_EQ(Skeleton().Cell(1, 0), "FIRST");
+  EXPECT_EQ(Skeleton().Cell(1, 23), "");
+  EXPECT_EQ(Skeleton().Cell(2, 23), "LAST");
+}
+
+TEST_F(ModelEditorTest, VarietiesAreReadWhenTheScreenIsLoadedAndNotAgain) {
+  s.Variety("NATIONAL", 60);
+  SelectJourSemaine(s.station, 1);
+  s.Variety("INTERNATIONAL", 40);
+  SelectJourSemaine(s.station, 2);
+  ASSERT_EQ(Editor().GVariete.RowCount(), 2);
+  EXPECT_EQ(Editor().GVariete.Cell(0, 0), "%");
+  EXPECT_EQ(Editor().GVariete.Cell(0, 1), "Variété");
+  EXPECT_EQ(Editor().GVariete.Cell(1, 0), "60");
+  EXPECT_EQ(Editor().GVariete.Cell(1, 1), "NATIONAL");
+}
+
+TEST_F(ModelEditorTest, TitlesAndHeadingsSpeakTheLanguage) {
+  SelectJourSemaine(s.station, 1);
+  const char* percent[] = {"Model en %", "Model in %", "Modelo em %", "Modelo em %"};
+  const char* skeleton[] = {"Edit Squelette", "Skeleton", "Esqueleto", "Edit"};
+  const char* genres[] = {"Genres", "Style", "Géneros", "Géneros"};
+  const char* varieties[] = {"Variété", "Origin", "Música", "Musica"};
+  for (int langue = 0; langue < 4; ++langue) {
+    s.SetCnf("Langue", langue);
+    s.SetCnf("Squelette", 0);
+    Traduction(s.station);
+    EXPECT_EQ(Editor().Caption, percent[langue]);
+    EXPECT_EQ(Models().Cell(0, 0), genres[langue]);
+    EXPECT_EQ(Editor().GVariete.Cell(0, 1), varieties[langue]);
+    s.SetCnf("Squelette", -1);
+    Traduction(s.station);
+    EXPECT_EQ(Editor().Caption, skeleton[langue]);
+  }
+}
+
+TEST_F(ModelEditorTest, SavingReplacesTheDayAndWritesItsBackUp) {
+  s.Model(1, "OLD", 10);
+  s.Model(2, "KEPT", 10);
+  SelectJourSemaine(s.station, 1);
+  Models().RemoveRow(1);
+  AddModelRow("L'ETE", "40");
+  AddModelRow("", "99");
+  AddModelRow("POP", "60");
+  EXPECT_TRUE(BtnSave(s.station));
+  EXPECT_EQ(Count("Models WHERE JOUR = 1"), 2);
+  EXPECT_EQ(Count("Models WHERE JOUR = 2"), 1);
+  EXPECT_EQ(s.SqlText("SELECT TRANCHE23 FROM Models WHERE GENRE = 'L''ETE'"), "40");
+  std::string expected = "L'ETE", second = "POP";
+  for (int hour = 0; hour < 24; ++hour) {
+    expected += "\t40";
+    second += "\t60";
+  }
+  EXPECT_EQ(*s.stationFolder.Read("Lundi.Txt"), expected + "\r\n" + second + "\r\n");
+  SelectJourSemaine(s.station, 1);
+  EXPECT_EQ(Genres(), (Names{"L'ETE", "POP"}));
+}
+
+TEST_F(ModelEditorTest, SavingADayWithoutGenreLeavesNoRowForIt) {
+  s.Model(1, "OLD", 10);
+  SelectJourSemaine(s.station, 1);
+  Models().SetCell(1, 0, "");
+  EXPECT_TRUE(BtnSave(s.station));
+  EXPECT_EQ(Count("Models"), 0);
+  EXPECT_EQ(*s.stationFolder.Read("Lundi.Txt"), "");
+}
+
+TEST_F(ModelEditorTest, SavingASkeletonWritesItsOwnTableAndFile) {
+  s.SetCnf("Squelette", -1);
+  SelectJourSemaine(s.station, 7);
+  Skeleton().AddRow({"POP", "", "L'ETE"});
+  Skeleton().AddRow({"", " "});
+  EXPECT_TRUE(BtnSave(s.station));
+  EXPECT_EQ(Count("ModelSquelette"), 1);
+  EXPECT_EQ(s.SqlText("SELECT TRANCHE02 FROM ModelSquelette WHERE JOUR = 7"), "L'ETE");
+  EXPECT_EQ(*s.stationFolder.Read("Sq-Dimanche.Txt"), "POP\t\tL'ETE\r\n");
+  EXPECT_FALSE(s.stationFolder.Exists("Dimanche.Txt"));
+}
+
+TEST_F(ModelEditorTest, ARowThatCannotBeStoredLeavesTheDayAsItWas) {
+  s.Model(1, "OLD", 10);
+  SelectJourSemaine(s.station, 1);
+  AddModelRow("A GENRE OF MORE THAN 22 CHARACTERS", "10");
+  EXPECT_FALSE(BtnSave(s.station));
+  EXPECT_EQ(s.SqlText("SELECT GENRE FROM Models WHERE JOUR = 1"), "OLD");
+  EXPECT_FALSE(s.stationFolder.Exists("Lundi.Txt"));
+  EXPECT_EQ(s.LastError().substr(0, 18), "SauveGrilleModels:");
+  Models().RemoveRow(2);
+  AddModelRow("POP", "99999");
+  EXPECT_FALSE(BtnSave(s.station));
+  EXPECT_EQ(Count("Models"), 1);
+}
+
+TEST_F(ModelEditorTest, NoDaySelectedIsAnErrorAndSavesNothing) {
+  s.Model(1, "OLD", 10);
+  EXPECT_FALSE(BtnSave(s.station));
+  EXPECT_EQ(Count("Models"), 1);
+}
+
+TEST_F(ModelEditorTest, TheLastSavedModelComesBackFromItsFile) {
+  SelectJourSemaine(s.station, 1);
+  AddModelRow("POP", "60");
+  AddModelRow("ROCK", "30");
+  BtnSave(s.station);
+  SelectJourSemaine(s.station, 1);
+  Models().RemoveRow(1);
+  BtnImport(s.station);
+  EXPECT_EQ(Genres(), (Names{"POP", "ROCK"}));
+  EXPECT_EQ(Models().Cell(3, 0), "Total %");
+  EXPECT_EQ(Models().Cell(3, 1), "90 %");
+}
+
+TEST_F(ModelEditorTest, ABackUpWithHeadingAndTotalGivesTheSameRows) {
+  std::string heading = "Genres", total = "Total %", row = "POP";
+  for (int hour = 0; hour < 24; ++hour) {
+    heading += "\t" + HourLabel(hour);
+    total += "\t90 %";
+    row += "\t90";
+  }
+  s.MakeFile("Lundi.Txt", heading + "\r\n" + row + "\r\n" + total + "\r\n");
+  SelectJourSemaine(s.station, 1);
+  BtnImport(s.station);
+  EXPECT_EQ(Genres(), Names{"POP"});
+  EXPECT_EQ(Models().RowCount(), 3);
+  EXPECT_EQ(Models().Cell(2, 1), "90 %");
+}
+
+TEST_F(ModelEditorTest, AMissingBackUpSaysSoAndChangesNothing) {
+  s.Model(1, "POP", 10);
+  SelectJourSemaine(s.station, 1);
+  BtnImport(s.station);
+  const auto messages = s.Events("message");
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(messages[0]["text"], "Introuvable\r\n" + s.stationFolder.Path() + "Lundi.Txt");
+  EXPECT_EQ(Genres(), Names{"POP"});
+}
+
+TEST_F(ModelEditorTest, TheSkeletonsBackUpComesBackToo) {
+  s.SetCnf("Squelette", -1);
+  s.MakeFile("Sq-Mardi.Txt", "POP\tROCK\r\n\tJAZZ\r\n");
+  SelectJourSemaine(s.station, 2);
+  BtnImport(s.station);
+  ASSERT_EQ(Skeleton().RowCount(), 3);
+  EXPECT_EQ(Skeleton().Cell(1, 1), "ROCK");
+  EXPECT_EQ(Skeleton().Cell(2, 0), "");
+  EXPECT_EQ(Skeleton().Cell(2, 1), "JAZZ");
+}
+
+TEST_F(ModelEditorTest, AnotherDayIsCopiedIntoTheGridAndWaitsToBeSaved) {
+  s.Model(1, "POP", 10);
+  SelectJourSemaine(s.station, 5);
+  PopJour(s.station, 1);
+  EXPECT_EQ(Editor().JourSemaine, 5);
+  EXPECT_EQ(Genres(), Names{"POP"});
+  EXPECT_EQ(Count("Models WHERE JOUR = 5"), 0);
+  BtnSave(s.station);
+  EXPECT_EQ(Count("Models WHERE JOUR = 5"), 1);
+  EXPECT_EQ(Count("Models WHERE JOUR = 1"), 1);
+}
+
+TEST_F(ModelEditorTest, TheDeleteKeyKeepsTheNumberOfRowsAndRecalculates) {
+  s.Model(1, "POP", 10);
+  s.Model(1, "ROCK", 20);
+  SelectJourSemaine(s.station, 1);
+  for (const int row : {0, 3}) {  // heading and total
+    Editor().ModelsPlace = {row, 0};
+    DeleteModelRow(s.station);
+    EXPECT_EQ(Genres(), (Names{"POP", "ROCK"}));
+  }
+  Editor().ModelsPlace = {1, 0};
+  DeleteModelRow(s.station);
+  EXPECT_EQ(Genres(), (Names{"ROCK", ""}));
+  EXPECT_EQ(Models().Cell(3, 1), "20 %");
+}
+
+TEST_F(ModelEditorTest, AGenreStandsOnceInADaysModelAndAsOftenAsWantedInASkeleton) {
+  s.Model(1, "POP", 10);
+  s.Model(1, "ROCK", 20);
+  SelectJourSemaine(s.station, 1);
+  Editor().ModelsPlace = {2, 0};
+  PopGenreInModels(s.station, "POP");
+  EXPECT_EQ(Genres(), (Names{"POP", "ROCK"}));
+  PopGenreInModels(s.station, "JAZZ");
+  EXPECT_EQ(Genres(), (Names{"POP", "JAZZ"}));
+  Skeleton().AddRow({"POP"});
+  Editor().ModelSquelettePlace = {1, 1};
+  PopGenreInSquelette(s.station, "POP");
+  Editor().ModelSquelettePlace = {2, 0};
+  PopGenreInSquelette(s.station, "POP");
+  EXPECT_EQ(Skeleton().Cell(1, 1), "POP");
+  EXPECT_EQ(Skeleton().Cell(2, 0), "POP");
+}
+
+TEST_F(ModelEditorTest, AnEmptyDayGetsItsFirstGenreOnTheTotalRow) {
+  SelectJourSemaine(s.station, 1);
+  Editor().ModelsPlace = {1, 0};
+  PopGenreInModels(s.station, "POP");
+  EXPECT_EQ(Genres(), Names{"POP"});
+  EXPECT_EQ(Models().Cell(2, 0), "Total %");
+}
+
+TEST_F(ModelEditorTest, AGenreThatTheListNoLongerHasStaysInTheGrid) {
+  s.Model(1, "FORGOTTEN", 10);
+  s.MakeFile("Genre.Txt", "POP\r\n");
+  SelectJourSemaine(s.station, 1);
+  EXPECT_EQ(Editor().PopGenre, (Names{"POP", "INSTRUMENTAL"}));
+  EXPECT_EQ(Genres(), Names{"FORGOTTEN"});
+}
+
+TEST_F(ModelEditorTest, PercentagesAreOfferedInStepsOfFiveAndRecalculateTheTotals) {
+  s.Model(1, "POP", 10);
+  SelectJourSemaine(s.station, 1);
+  ASSERT_EQ(Editor().PopPourCent.size(), 21U);
+  EXPECT_EQ(Editor().PopPourCent[1], "5");
+  Editor().ModelsPlace = {1, 4};
+  PopPourCentInModels(s.station, 35);
+  EXPECT_EQ(Models().Cell(1, 4), "35");
+  EXPECT_EQ(Models().Cell(2, 4), "35 %");
+  EXPECT_EQ(Editor().ModelsPlace.column, 4);
+  Editor().ModelsPlace = {2, 4};
+  PopPourCentInModels(s.station, 35);
+  EXPECT_EQ(Models().Cell(2, 4), "35 %");
+}
+
+TEST_F(ModelEditorTest, AShareOfAVarietyIsStoredAtOnce) {
+  s.Variety("NATIONAL", 60);
+  s.Variety("INTERNATIONAL", 40);
+  SelectJourSemaine(s.station, 1);
+  Editor().GVarietePlace = {2, 0};
+  PopPourCentInVariete(s.station, 55);
+  EXPECT_EQ(Editor().GVariete.Cell(2, 0), "55");
+  EXPECT_EQ(s.SqlText("SELECT POURCENT FROM Variete WHERE VARIETE = 'INTERNATIONAL'"), "55");
+  EXPECT_EQ(s.SqlText("SELECT POURCENT FROM Variete WHERE VARIETE = 'NATIONAL'"), "60");
+  EXPECT_EQ(Count("Variete"), 2);
+}
+
+TEST_F(ModelEditorTest, GenresAreCountedInFourDigitsWithTheirPositionsBeside) {
+  s.SetCnf("Squelette", -1);
+  for (const char* genre : {"POP", "ROCK", "POP"}) {
+    TitleCard card;
+    card.genre = genre;
+    s.Add(card);
+  }
+  s.Position(1, 3, "POP");
+  s.Position(1, 4, "POP");
+  s.Position(2, 4, "ROCK");
+  LoadStatsGenres(s.station);
+  SelectJourSemaine(s.station, 1);
+  ASSERT_EQ(Editor().Stats.size(), 2U);
+  EXPECT_EQ(Editor().Stats[0].genre, "POP");
+  EXPECT_EQ(Editor().Stats[0].count, "0002");
+  EXPECT_EQ(Editor().Stats[0].positions, "2");
+  EXPECT_EQ(Editor().Stats[1].count, "0001");
+  EXPECT_EQ(Editor().Stats[1].positions, "0");
+}
+
+// Keeps the sheet instead of writing it.
+class SheetKeeper : public SpreadsheetWriter {
+ public:
+  std::string path;
+  Sheet sheet;
+  void Write(const std::string& to, const Sheet& given) override {
+    path = to;
+    sheet = given;
+  }
+  std::string At(int row, int column) const {
+    for (const SheetCell& cell : sheet.cells)
+      if (cell.row == row && cell.column == column)
+        return cell.isNumber ? std::to_string(static_cast<int>(cell.number)) : cell.text;
+    return {};
+  }
+};
+
+TEST_F(ModelEditorTest, TheWeekIsExportedWithABlockADayAndItsTotals) {
+  s.Model(1, "POP", 10);
+  s.Model(1, "ROCK", 20, 0);
+  s.Model(2, "JAZZ", 30);
+  SheetKeeper keeper;
+  EXPECT_TRUE(MnuExport(s.station, keeper));
+  EXPECT_EQ(keeper.path, s.stationFolder.Path() + "ModelsSemaine.xlsx");
+  EXPECT_EQ(keeper.sheet.name, "ModelsSemaine");
+  EXPECT_EQ(keeper.At(0, 0), "Lundi");
+  EXPECT_EQ(keeper.At(0, 24), "23h");
+  EXPECT_EQ(keeper.At(2, 0), "ROCK");
+  EXPECT_EQ(keeper.At(2, 1), "20");
+  EXPECT_EQ(keeper.At(3, 0), "Total %");
+  EXPECT_EQ(keeper.At(3, 1), "30");
+  EXPECT_EQ(keeper.At(5, 0), "Mardi");
+  EXPECT_EQ(keeper.At(6, 0), "JAZZ");
+}
+
+TEST_F(ModelEditorTest, TheSkeletonsWeekIsExportedByPositions) {
+  s.SetCnf("Squelette", -1);
+  s.Position(1, 0, "POP");
+  s.Position(1, 0, "ROCK");
+  SheetKeeper keeper;
+  EXPECT_TRUE(MnuExport(s.station, keeper));
+  EXPECT_EQ(keeper.path, s.stationFolder.Path() + "SqueletteSemaine.xlsx");
+  EXPECT_EQ(keeper.At(2, 0), "2");
+  EXPECT_EQ(keeper.At(2, 1), "ROCK");
+  EXPECT_EQ(keeper.At(4, 0), "Mardi");
+}
+
+}  // namespace
+}  // namespace zemo

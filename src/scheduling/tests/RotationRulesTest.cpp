@@ -1,0 +1,423 @@
+// The rules on one card, with every number worked out by hand; then the artist tests on a report.
+#include <gtest/gtest.h>
+
+#include "scheduling/RecentReport.h"
+#include "scheduling/RequestError.h"
+#include "scheduling/RotationRules.h"
+#include "scheduling/tests/RequestFixture.h"
+#include "station/TimeForms.h"
+
+namespace zemo {
+namespace {
+
+using test::ParseMoment;
+using test::RequestStation;
+using test::TitleCard;
+
+// A card that nothing refuses, and the answer of the rules at a moment.
+class RotationRules : public testing::Test {
+ protected:
+  RotationRules() {
+    card.Genre = "POP";
+    card.Auteur = " ARTIST ";
+    card.Titre = " TITLE ";
+    card.NBPASSJOUR = 1;
+    card.Tranche = test::kAlways;
+  }
+  bool At(const std::string& moment, int decalDiff = 0) {
+    return RotationAllows(card, RotationMoment(ParseMoment(moment)), decalDiff, line);
+  }
+  CardRotation card;
+  std::string line;
+  const std::string head = "21/11/2026 12:00:00 POP\tARTIST TITLE";
+};
+
+TEST_F(RotationRules, ANeverPlayedTitlePassesAllGaps) {
+  card.ECARTMINUTES = card.ECARTJOURS = 1000;
+  EXPECT_TRUE(At("2026-11-21 12:00:00", 3));
+  EXPECT_EQ(line, "");
+}
+
+TEST_F(RotationRules, ANeverPlayedTitleOutsideItsWindowIsRefusedWithoutALine) {
+  card.MMJJDebut = "0601";
+  card.MMJJFin = "0831";
+  EXPECT_FALSE(At("2026-11-21 12:00:00"));
+  EXPECT_EQ(line, "");
+}
+
+TEST_F(RotationRules, ANeverPlayedTitleOutOfRotationIsRefusedWithoutALine) {
+  card.NBPASSJOUR = 0;
+  card.Diffusion[0] = "   ";
+  EXPECT_FALSE(At("2026-11-21 12:00:00"));
+  EXPECT_EQ(line, "");
+}
+
+TEST_F(RotationRules, APlayedTitleOutOfRotationIsRefusedWithAllItsReasonsInOneLine) {
+  card.NBPASSJOUR = 0;
+  card.ECARTMINUTES = 120;
+  card.ECARTJOURS = 2;
+  card.Diffusion[0] = "21/11/2026 à 11:00";
+  EXPECT_FALSE(At("2026-11-21 12:00:00"));
+  EXPECT_EQ(line, head +
+                      " >> Rotation = 0 >> Ecart minutes pas assez important 120 > 60"
+                      " >> Ecart jours pas assez important 2 > 0");
+}
+
+TEST_F(RotationRules, APlayedTitleOutsideItsWindowIsRefusedWithTheBareLine) {
+  card.MMJJDebut = "0601";
+  card.MMJJFin = "0831";
+  card.Diffusion[0] = "20/11/2026 à 11:00";
+  EXPECT_FALSE(At("2026-11-21 12:00:00"));
+  EXPECT_EQ(line, head);
+}
+
+TEST_F(RotationRules, AWindowHoldsItsFirstAndItsLastDay) {
+  card.MMJJDebut = "1121";
+  card.MMJJFin = "1122";
+  EXPECT_FALSE(At("2026-11-20 23:59:59"));
+  EXPECT_TRUE(At("2026-11-21 00:00:00"));
+  EXPECT_TRUE(At("2026-11-22 23:59:59"));
+  EXPECT_FALSE(At("2026-11-23 00:00:00"));
+}
+
+TEST_F(RotationRules, AWindowOverNewYearNeverOpens) {
+  card.MMJJDebut = "1201";
+  card.MMJJFin = "0131";
+  EXPECT_FALSE(At("2026-12-15 12:00:00"));
+  EXPECT_FALSE(At("2027-01-15 12:00:00"));
+  EXPECT_FALSE(At("2027-06-15 12:00:00"));
+}
+
+TEST_F(RotationRules, OneBoundAloneIsNoWindow) {
+  card.MMJJDebut = "1201";
+  card.MMJJFin = "    ";
+  EXPECT_TRUE(At("2026-11-21 12:00:00"));
+  card.MMJJDebut = "";
+  card.MMJJFin = "0131";
+  EXPECT_TRUE(At("2026-11-21 12:00:00"));
+}
+
+TEST_F(RotationRules, TheMinutesGapIsRefusedOneMinuteShortAndPassesWhenEqual) {
+  card.ECARTMINUTES = 120;
+  card.NBPASSJOUR = 5;
+  card.Diffusion[0] = "21/11/2026 à 10:00";
+  EXPECT_FALSE(At("2026-11-21 11:59:59"));
+  EXPECT_EQ(line,
+            "21/11/2026 11:59:59 POP\tARTIST TITLE"
+            " >> Ecart minutes pas assez important 120 > 119");
+  EXPECT_TRUE(At("2026-11-21 12:00:00"));
+}
+
+TEST_F(RotationRules, TitlePlayedYesterdayAt23CountsMinutesUpwards) {
+  card.Diffusion[0] = "20/11/2026 à 23:00";
+  card.ECARTMINUTES = 2760;  // 1440, and 22 hours between the two times of day
+  EXPECT_TRUE(At("2026-11-21 01:00:00"));
+  card.ECARTMINUTES = 2761;
+  EXPECT_FALSE(At("2026-11-21 01:00:00"));
+  EXPECT_NE(line.find(" 2761 > 2760"), std::string::npos) << line;
+}
+
+TEST_F(RotationRules, OneDayOfGapPassesForYesterdayAndFailsForToday) {
+  card.ECARTJOURS = 1;
+  card.NBPASSJOUR = 5;
+  card.Diffusion[0] = "20/11/2026 à 23:59";
+  EXPECT_TRUE(At("2026-11-21 00:00:00"));
+  card.Diffusion[0] = "21/11/2026 à 00:10";
+  EXPECT_FALSE(At("2026-11-21 12:00:00"));
+  EXPECT_EQ(line, head + " >> Ecart jours pas assez important 1 > 0");
+}
+
+TEST_F(RotationRules, DaysAreCountedOverMonthsAndYears) {
+  card.ECARTJOURS = 61;  // 21 November to 21 January
+  card.Diffusion[0] = "21/11/2026 à 12:00";
+  EXPECT_TRUE(At("2027-01-21 12:00:00"));
+  EXPECT_FALSE(At("2027-01-20 12:00:00"));
+}
+
+TEST_F(RotationRules, PassesOfTheDayCountEveryBroadcastOfToday) {
+  card.NBPASSJOUR = 2;
+  card.Diffusion[0] = "21/11/2026 à 08:00";
+  card.Diffusion[1] = "20/11/2026 à 08:00";
+  EXPECT_TRUE(At("2026-11-21 12:00:00"));
+  card.Diffusion[7] = "21/11/2026 à 01:00";
+  EXPECT_FALSE(At("2026-11-21 12:00:00"));
+  EXPECT_EQ(line, head + " >> Ecart nb passage jour atteint 2 > 2");
+}
+
+TEST_F(RotationRules, MoreThanEightPassesADayAreNeverReached) {
+  card.NBPASSJOUR = 9;
+  card.Diffusion.fill("21/11/2026 à 08:00");
+  EXPECT_TRUE(At("2026-11-21 12:00:00"));
+  card.NBPASSJOUR = 8;
+  EXPECT_FALSE(At("2026-11-21 12:00:00"));
+}
+
+TEST_F(RotationRules, TheShiftLooksAtAsManyBroadcastsAsItSays) {
+  card.Diffusion = {"20/11/2026 à 08:00", "19/11/2026 à 09:00", "18/11/2026 à 12:59"};
+  EXPECT_TRUE(At("2026-11-21 12:00:00", 2));
+  EXPECT_FALSE(At("2026-11-21 12:00:00", 3));
+  EXPECT_EQ(line, head + " >> pas autorisé dans cette tranche a cause du décalage");
+  EXPECT_TRUE(At("2026-11-21 12:00:00", 0));
+}
+
+TEST_F(RotationRules, TheShiftStaysBelowTheHoursOfTheTitle) {
+  card.Diffusion = {"20/11/2026 à 08:00", "19/11/2026 à 12:00"};
+  card.Tranche = "000000001000100000000000";  // two hours: only the newest broadcast is compared
+  EXPECT_TRUE(At("2026-11-21 12:00:00", 3));
+  EXPECT_FALSE(At("2026-11-21 08:00:00", 3));
+  card.Tranche = "000000001000000000000000";  // one hour: no shift
+  EXPECT_TRUE(At("2026-11-21 08:00:00", 3));
+}
+
+TEST_F(RotationRules, AShiftOfAsManyHoursAsTheTitleHasComparesThemAll) {
+  card.Diffusion = {"20/11/2026 à 08:00", "19/11/2026 à 12:00"};
+  card.Tranche = "000000001000100000000000";
+  EXPECT_FALSE(At("2026-11-21 12:00:00", 2));
+}
+
+TEST_F(RotationRules, AShiftAboveEightBroadcastsIsAnErrorOnlyWhenNoneOfThemHits) {
+  card.Diffusion.fill("20/11/2026 à 08:00");
+  EXPECT_THROW(At("2026-11-21 12:00:00", 9), StoreError);
+  EXPECT_FALSE(At("2026-11-21 08:00:00", 9));
+  EXPECT_TRUE(At("2026-11-21 12:00:00", 8));
+}
+
+TEST_F(RotationRules, ABroadcastThatIsNoDateIsAnError) {
+  for (const char* text : {"31/02/2026 à 10:00", "yesterday", "2026-11-20 à 10:00",
+                           "20/11/2026 à 24:00", "20/11/2026 à 10", "20/11/2026"}) {
+    card.Diffusion[0] = text;
+    EXPECT_THROW(At("2026-11-21 12:00:00"), RequestError) << text;
+  }
+}
+
+TEST_F(RotationRules, ReasonsComeInTheOrderOfTheTests) {
+  card.ECARTMINUTES = 90;
+  card.ECARTJOURS = 1;
+  card.Diffusion[0] = "21/11/2026 à 12:00";
+  EXPECT_FALSE(At("2026-11-21 12:30:00", 1));
+  EXPECT_EQ(line,
+            "21/11/2026 12:30:00 POP\tARTIST TITLE"
+            " >> Ecart minutes pas assez important 90 > 30"
+            " >> Ecart jours pas assez important 1 > 0"
+            " >> Ecart nb passage jour atteint 1 > 1"
+            " >> pas autorisé dans cette tranche a cause du décalage");
+}
+
+// --- on a base ---
+
+TEST(RotationRulesOnABase, TheCursorsCardIsTestedAndItsRefusalLogged) {
+  RequestStation s;
+  const int32_t free = s.Add({});
+  TitleCard played;
+  played.minutes = 120;
+  played.passes = 3;
+  played.diffusions = {"21/11/2026 à 10:00"};
+  const int32_t refused = s.Add(played);
+  Recordset& cards = *s.station.base.Tables().Discotheque;
+  cards.SetIndex("CODE");
+  cards.Seek("=", int64_t{free});
+  EXPECT_TRUE(CheckRotation(s.station));
+  cards.Seek("=", int64_t{refused});
+  EXPECT_FALSE(CheckRotation(s.station));
+  ASSERT_EQ(s.Requests().ListAutorisation.size(), 1U);
+  EXPECT_EQ(s.Requests().ListAutorisation[0],
+            "21/11/2026 10:55:00 POP\tARTIST TITLE"
+            " >> Ecart minutes pas assez important 120 > 55");
+}
+
+TEST(RecentArtists, AreThoseOfTheNewestRowsWithoutSpotsJinglesAndPipsAndOfTheWholeList) {
+  RequestStation s;
+  s.SetCnf("EcartArtiste", 2);
+  s.Report("OLD", 46000.1);
+  s.Report("middle", 46000.2);
+  s.Report("NEW", 46000.3);
+  s.Report("PIP", 46000.4, "TOP-H");
+  s.Report("JINGLE", 46000.5, "JINGLE");
+  s.Report("SPOT", 46000.6, "PUB");
+  s.station.PL.Add(test::MusicCells(1, "LISTED"));
+  s.station.PL.Add(test::MusicCells(-1, "a jingle"));
+  LoadArtistesRecents(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste,
+            (std::vector<std::string>{"a jingle", "LISTED", "middle", "NEW"}));
+}
+
+TEST(RecentArtists, AGapOfZeroTakesNoneOfTheReport) {
+  RequestStation s;
+  s.SetCnf("EcartArtiste", 0);
+  s.Report("NEW", 46000.3);
+  LoadArtistesRecents(s.station);
+  EXPECT_TRUE(s.Requests().ECArtiste.empty());
+}
+
+TEST(RecentArtists, OfOneMomentTheHighestCodeComesFirst) {
+  RequestStation s;
+  s.SetCnf("EcartArtiste", 1);
+  s.Report("FIRST", 46000.5);
+  s.Report("SECOND", 46000.5);
+  LoadArtistesRecents(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"SECOND"});
+}
+
+// 2,000 rows of which only the newest are read; `late` is the moment of row 10.
+void FillLongReport(RequestStation& s, double late) {
+  Transaction all(s.station.base.Db());
+  for (int i = 1; i <= 2000; ++i)
+    s.Report("ARTIST " + std::to_string(i), i == 10 ? late : 46000 + i / 10000.0);
+  all.Commit();
+}
+
+TEST(RecentArtists, ALongReportGivesTheSameAsReadingAllOfIt) {
+  RequestStation s;
+  s.SetCnf("EcartArtiste", 3);
+  FillLongReport(s, 46000);
+  LoadArtistesRecents(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste,
+            (std::vector<std::string>{"ARTIST 1998", "ARTIST 1999", "ARTIST 2000"}));
+}
+
+TEST(RecentArtists, AMomentFromBeforeTheClockWasSetBackIsStillTheNewest) {
+  RequestStation s;
+  s.SetCnf("EcartArtiste", 2);
+  FillLongReport(s, 46001);
+  LoadArtistesRecents(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 10", "ARTIST 2000"}));
+  s.Report("ARTIST 10", 46000.21);  // newer by its CODE, older by its moment
+  LoadDernierCodeRapport(s.station);
+  bool allowed = true;
+  CheckEcartArtisteRapport(s.station, "ARTIST 10", 5, allowed);
+  EXPECT_TRUE(allowed);
+}
+
+TEST(RecentArtists, RowsAddedAfterwardsAndPurgedOnesAreSeen) {
+  RequestStation s;
+  s.SetCnf("EcartArtiste", 2);
+  FillLongReport(s, 46000);
+  LoadArtistesRecents(s.station);
+  s.Report("NEWEST", 46000.9);
+  LoadArtistesRecents(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 2000", "NEWEST"}));
+  s.Execute("DELETE * FROM Rapport WHERE CODE > 5");
+  LoadArtistesRecents(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 4", "ARTIST 5"}));
+}
+
+TEST(RecentArtists, OfAnotherBaseAreReadAnew) {
+  RequestStation s;
+  s.SetCnf("EcartArtiste", 1);
+  FillLongReport(s, 46000);
+  LoadArtistesRecents(s.station);
+  s.Execute("UPDATE Rapport SET DATENUM = 46001 WHERE CODE = 7");  // as if it were another report
+  ForgetReport(s.station);
+  LoadArtistesRecents(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"ARTIST 7"});
+}
+
+TEST(RecentArtists, AReportThatCannotBeReadLeavesTheArtistsOfTheList) {
+  RequestStation s;
+  s.Execute("ALTER TABLE Rapport RENAME TO Gone");
+  s.station.PL.Add(test::MusicCells(1, "LISTED"));
+  LoadArtistesRecents(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"LISTED"});
+  bool allowed = true;
+  CheckEcartArtisteRapport(s.station, "LISTED", 5, allowed);
+  EXPECT_TRUE(allowed);
+}
+
+bool RecentlyHeard(RequestStation& s, std::string artist) {
+  bool allowed = true;
+  CheckArtisteRecent(s.station, artist, allowed);
+  return !allowed;
+}
+
+TEST(RecentArtistTest, TheFirstOfTheAlphabetIsLetThroughAndTheOthersAreRefused) {
+  RequestStation s;
+  for (const char* artist : {"Delta", "alpha", "CHARLIE", "Bravo"})
+    s.station.PL.Add(test::MusicCells(1, artist));
+  LoadArtistesRecents(s.station);
+  EXPECT_FALSE(RecentlyHeard(s, "ALPHA"));
+  EXPECT_TRUE(RecentlyHeard(s, "bravo"));
+  EXPECT_TRUE(RecentlyHeard(s, "Charlie"));
+  EXPECT_TRUE(RecentlyHeard(s, "DELTA"));
+  EXPECT_FALSE(RecentlyHeard(s, "ECHO"));
+}
+
+TEST(RecentArtistTest, AListOfOneArtistRefusesNobody) {
+  RequestStation s;
+  s.station.PL.Add(test::MusicCells(1, "ALPHA"));
+  LoadArtistesRecents(s.station);
+  EXPECT_FALSE(RecentlyHeard(s, "ALPHA"));
+}
+
+TEST(RecentArtistTest, TheArtistComesBackInCapitals) {
+  RequestStation s;
+  std::string artist = "Zoé";
+  bool allowed = true;
+  CheckArtisteRecent(s.station, artist, allowed);
+  EXPECT_EQ(artist, "ZOÉ");
+  EXPECT_TRUE(allowed);
+}
+
+TEST(ReportGap, CountsAllRowsOfTheReport) {
+  RequestStation s;
+  s.Report("ARTIST", 46000.1);
+  s.Report("OTHER", 46000.2);
+  s.Report("SPOT", 46000.3, "PUB");
+  LoadDernierCodeRapport(s.station);
+  bool allowed = true;
+  CheckEcartArtisteRapport(s.station, "artist", 2, allowed);  // two rows lie behind it
+  EXPECT_TRUE(allowed);
+  CheckEcartArtisteRapport(s.station, "artist", 3, allowed);
+  EXPECT_FALSE(allowed);
+}
+
+TEST(ReportGap, NeverSetsTheFlagAndPassesAnUnknownArtist) {
+  RequestStation s;
+  s.Report("ARTIST", 46000.1);
+  LoadDernierCodeRapport(s.station);
+  bool allowed = true;
+  CheckEcartArtisteRapport(s.station, "UNKNOWN", 30000, allowed);
+  EXPECT_TRUE(allowed);
+  allowed = false;
+  CheckEcartArtisteRapport(s.station, "UNKNOWN", 30000, allowed);
+  EXPECT_FALSE(allowed);
+}
+
+TEST(ReportGap, AnApostropheInTheArtistIsNoEndOfText) {
+  RequestStation s;
+  s.Report("L'ARTISTE", 46000.1);
+  LoadDernierCodeRapport(s.station);
+  bool allowed = true;
+  CheckEcartArtisteRapport(s.station, "L'Artiste", 1, allowed);
+  EXPECT_FALSE(allowed);
+}
+
+TEST(ReportGap, AWideGapReachesFarBackInALongReport) {
+  RequestStation s;
+  FillLongReport(s, 46000.001);
+  LoadDernierCodeRapport(s.station);
+  bool allowed = true;
+  CheckEcartArtisteRapport(s.station, "ARTIST 100", 1900, allowed);  // exactly 1,900 rows behind
+  EXPECT_TRUE(allowed);
+  CheckEcartArtisteRapport(s.station, "ARTIST 100", 1901, allowed);
+  EXPECT_FALSE(allowed);
+}
+
+TEST(ReportGap, TheReportsHeadStaysWhereItWasWhenTheTableIsEmpty) {
+  RequestStation s;
+  s.Report("ARTIST", 46000.1);
+  LoadDernierCodeRapport(s.station);
+  EXPECT_EQ(s.Requests().DernierCodeRapport, 1);
+  s.Execute("DELETE * FROM Rapport");
+  LoadDernierCodeRapport(s.station);
+  EXPECT_EQ(s.Requests().DernierCodeRapport, 1);
+}
+
+TEST(RequestClock, TheHourOfTheClockSetsTheLengthTo60Minutes) {
+  RequestStation s("2026-11-21 23:59:59");
+  s.Requests().MinutesRequete = 15;
+  EXPECT_EQ(HeureCourante(s.station), 23);
+  EXPECT_EQ(s.Requests().MinutesRequete, 60);
+}
+
+}  // namespace
+}  // namespace zemo
