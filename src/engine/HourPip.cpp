@@ -1,0 +1,106 @@
+// Queued pip: idle -> (announced before MiniFinHeure) pending -> (percentage passed) cut -> idle
+//                  -> (announced later) cut -> idle
+// Pip over music: idle -> SavedVolume holds the music's volume -> (slot 2 done) lifted -> idle
+#include "engine/HourPip.h"
+
+#include "engine/ElementPlayback.h"
+#include "library/OnAirRows.h"
+#include "platform/Folder.h"
+#include "platform/SoundSource.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "store/ShortWait.h"
+
+namespace zemo {
+
+namespace {
+constexpr float kGuardSec = 32;  // one announcement an hour, however long the test holds
+
+void LayOverMusic(Station& station, const Pip& pip) {
+  EngineState& engine = station.engine;
+  SoundChain& sound = station.Sound();
+  engine.SavedVolume = sound.Volume(engine.CurrentChannel);
+  sound.SetVolume(engine.CurrentChannel,
+                  static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSous)));
+  sound.SetChannelDone(kOverlaySlot, true);
+  try {
+    sound.SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(pip.file));
+    engine.OverlayFile = pip.file;
+  } catch (const SoundError&) {
+    // The music is lifted again at the end of this very step, since slot 2 is done.
+    LogCurrentException(station, "Top Horaire");
+    return;
+  }
+  sound.SetPaused(false);
+  sound.SetChannelDone(kOverlaySlot, false);
+  station.events.Overlay(pip.file, "pip", sound.Volume(kOverlaySlot));
+  station.WatchSilence();
+}
+
+void Queue(Station& station, const Pip& pip) {
+  EngineState& engine = station.engine;
+  station.PL.Insert(1, HourPipRow(pip.file));
+  engine.MixPointMs = static_cast<float>(station.base.CnfInt(Cnf::kPmixToph));
+  if (engine.ProgressPercent < station.base.CnfInt(Cnf::kMiniFinHeure)) {
+    engine.HourPipPending = true;
+  } else {
+    engine.HourPipPending = false;
+    engine.NextRequested = true;
+  }
+}
+
+void Announce(Station& station, const LocalDateTime& now) {
+  EngineState& engine = station.engine;
+  const Pip pip =
+      FindPip(station, now);  // a fault leaves the guard, so that the next tick asks again
+  engine.LastTopHourTimer = SecondsSinceMidnight(now);
+  if (pip.file.empty()) return;
+  if (pip.overMusic)
+    LayOverMusic(station, pip);
+  else
+    Queue(station, pip);
+  engine.LastJingleTimer = SecondsSinceMidnight(now);
+}
+}  // namespace
+
+Pip FindPip(Station& station, const LocalDateTime& now) {
+  if (station.engine.PipSuppressed) return {};
+  const ShortWait shortWait(station.base);
+  const int nextHour = now.hour + 1;
+  const std::string hour = nextHour == 24 ? "00" : std::to_string(nextHour);
+  const std::string weekday(static_cast<size_t>(JourSemaineCourant(now) - 1), '?');
+  const auto pips = station.base.Db().OpenRecordset("SELECT * FROM Toph WHERE Heure = " + hour +
+                                                    " AND JourSemaine Like '" + weekday + "X*'");
+  if (pips->Eof()) return {};
+  return {Trim(pips->Text("FICHIER")), pips->Bool("SURIMPRESSION")};
+}
+
+void ServeHourPip(Station& station, const LocalDateTime& now) {
+  EngineState& engine = station.engine;
+  const std::string time = TimeText(now);
+  const float timer = SecondsSinceMidnight(now);
+  if ((time == "00:00:00" || timer - engine.LastTopHourTimer >= kGuardSec) &&
+      !engine.HourPipPending) {
+    // OffsetTopH stands unpadded in the text, so that 5 compares as "59:5", which is 59:50.
+    const std::string due = "59:" + station.base.CnfText(Cnf::kOffsetTopH);
+    if (time.substr(3) >= due) {
+      Announce(station, now);
+    } else {
+      engine.SavedVolume = 0;
+      engine.LastTopHourTimer = 0;
+    }
+  }
+  if (engine.HourPipPending && engine.ProgressPercent > station.base.CnfInt(Cnf::kMiniFinHeure)) {
+    engine.HourPipPending = false;
+    engine.NextRequested = true;
+    engine.LastJingleTimer = timer;
+  }
+  if (engine.SavedVolume != 0 && station.Sound().ChannelDone(kOverlaySlot)) {
+    ChangeVolume(station, engine.CurrentChannel, engine.SavedVolume,
+                 static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusique)));
+    engine.SavedVolume = 0;
+  }
+}
+
+}  // namespace zemo

@@ -1,0 +1,629 @@
+// The tick is the sequence in RunTick, read from top to bottom; the order is part of the behaviour.
+// Invariants:
+// 1. It never nests: a tick that comes due while one waits (drain, overlap) is dropped.
+// 2. Slot 0 is on air exactly when its channel is not done; which slot is on air is never stored.
+// 3. StartNextNow is only ever set here and at the start; PlayWave alone clears it.
+// 4. A fault of one step is logged and costs that step; steps 19 and 20 run all the same.
+#include "engine/MainTick.h"
+
+#include <cmath>
+#include <string>
+
+#include "engine/ElementPlayback.h"
+#include "engine/ExternalTriggers.h"
+#include "engine/HourPip.h"
+#include "engine/OperatorControls.h"
+#include "engine/PlaylistWatcher.h"
+#include "engine/StartStop.h"
+#include "engine/UnwrittenRows.h"
+#include "library/OnAirRows.h"
+#include "platform/Desktop.h"
+#include "platform/Folder.h"
+#include "platform/SoundSource.h"
+#include "scheduling/EndOfHourFitting.h"
+#include "scheduling/JingleSelection.h"
+#include "scheduling/PercentageRequest.h"
+#include "settings/SideFiles.h"
+#include "station/PlanTimes.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "store/ShortWait.h"
+#include "traffic/BreakInsertion.h"
+#include "traffic/DayGridComposition.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int kKeyNumPad0 = 96;
+constexpr int kKeySpace = 32;
+constexpr float kSpaceLockSec = 2;
+constexpr float kMinuteGuardSec = 60;
+constexpr int64_t kSameErrorMs = 60000;
+constexpr const char* kGridRebuildSignal = "MajGrillePub.txt";
+
+// The moment of the tick, read once and again after whatever may have waited.
+struct Moment {
+  explicit Moment(const Station& station) { Read(station); }
+  void Read(const Station& station) {
+    now = station.Now();
+    timer = SecondsSinceMidnight(now);
+    time = TimeText(now);
+    hourMinute = time.substr(0, 5);
+  }
+  LocalDateTime now;
+  float timer = 0;
+  std::string time;        // "hh:mm:ss"
+  std::string hourMinute;  // "hh:mm"
+};
+
+bool BeginsWith(const std::string& text, const std::string& head) {
+  return text.compare(0, head.size(), head) == 0;
+}
+
+// Logs what is being handled; the same fault tick after tick only once a minute.
+void LogTickError(Station& station, const char* fault) {
+  if (!LoggedLately(station, fault, kSameErrorMs)) LogCurrentException(station, "MainTimer");
+}
+
+// One step of the tick: its fault is logged and costs this step alone, so that the next element
+// starts whatever else fails. Events served during the step can have changed the settings and taken
+// time.
+template <typename Work>
+void Step(Station& station, Moment& at, Work work) {
+  const uint64_t served = station.platform.loop.EventsServed();
+  try {
+    work();
+  } catch (const std::exception& error) {
+    LogTickError(station, error.what());
+  }
+  if (station.platform.loop.EventsServed() == served) return;
+  station.base.CheckCnf();
+  at.Read(station);
+}
+
+int64_t Setting(Station& station, Cnf::Field field) {
+  return station.base.CnfInt(field);
+}
+
+// --- 1 to 3: blinking lights ---
+
+void Blink(Station& station, const Moment& at) {
+  MainScreen& screen = station.screen;
+  const EngineState& engine = station.engine;
+  const bool even = at.now.second % 2 == 0;
+  screen.LblTopage.visible = even && engine.TopagePending;
+  if (engine.VoiceTrackState != 0) {
+    screen.LblFeu = "Voice Track";
+    screen.LblFeu.visible = even;
+  }
+  if (engine.CheckExtrait) {
+    screen.LblFeu = "Extrait " + FormatDuration(engine.ExtractEndMs - engine.ElementPositionMs);
+    screen.LblFeu.colour = kFeuArmed;
+    screen.LblFeu.visible = even;
+  }
+}
+
+// The list is ready for the return from a satellite take-over.
+void PrepareReturnFromSatellite(Station& station) {
+  const EngineState& engine = station.engine;
+  if (engine.SatelliteTaking && station.screen.LedJoystique.text == "Joy2" &&
+      NothingOnAir(station) && !engine.PlaylistRunning)
+    AutomaticRequest(station);
+}
+
+// --- 4: keys ---
+
+void ServeSpaceKey(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (engine.LastSpacePressTimer > at.timer) engine.LastSpacePressTimer = at.timer - 3;
+  if (at.timer - engine.LastSpacePressTimer < kSpaceLockSec) return;
+  engine.LastSpacePressTimer = at.timer;
+  StartStopZemoRadio(station, !engine.IsRunning);
+}
+
+// Slot 2 was started; nothing is told when it has nothing to play.
+void TellOverlay(Station& station, const char* reason) {
+  const SoundChain& sound = station.platform.sound;
+  if (sound.ChannelDone(kOverlaySlot) || sound.FileName(kOverlaySlot).empty()) return;
+  station.events.Overlay(station.engine.OverlayFile, reason, sound.Volume(kOverlaySlot));
+  station.WatchSilence();
+}
+
+void PlayShortcut(Station& station, const EngineLists::Shortcut& shortcut) {
+  SoundChain& sound = station.Sound();
+  const auto volume = static_cast<int>(Setting(station, Cnf::kVolumeMusiqueSurImpression));
+  sound.SetChannelDone(kOverlaySlot, true);
+  sound.SetVolume(kOverlaySlot, volume);
+  sound.SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(shortcut.FileName));
+  station.engine.OverlayFile = shortcut.FileName;
+  sound.SetChannelDone(kOverlaySlot, false);
+  TellOverlay(station, "key");
+  station.screen.BtnSurImpressionCaption = "Touche " + shortcut.Touche;
+}
+
+void ServeKeys(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  const Keyboard& keyboard = station.platform.keyboard;
+  if (!keyboard.MainScreenActive() || !engine.HotKeysArmed) return;
+  if (keyboard.Held(kKeyNumPad0)) {
+    engine.NextRequested = true;
+    engine.FittingActive = false;
+  }
+  if (keyboard.Held(kKeySpace)) ServeSpaceKey(station, at);
+  for (const EngineLists::Shortcut& shortcut : station.lists.Touches) {
+    const auto key = static_cast<int>(Val(shortcut.Touche));
+    if (key <= 0) break;
+    if (!keyboard.Held(key + kKeyNumPad0)) continue;
+    PlayShortcut(station, shortcut);
+    break;
+  }
+}
+
+// --- 5 to 9: clock, timed start, topage, mode ---
+
+// In live mode the first break of the day's grid that is still to come.
+std::string NextBreakText(const Station& station, const Moment& at) {
+  const DayGrid& grid = station.GPubJour;
+  for (int row = 1; row < grid.RowCount(); ++row)
+    if (grid.Cell(row, 0) > at.hourMinute)
+      return grid.Cell(row, 0) + " >> " + grid.Cell(row, 2) + " - " + grid.Cell(row, 1);
+  return {};
+}
+
+void ShowClock(Station& station, const Moment& at) {
+  if (station.engine.IsAutomatic) {
+    station.screen.InfoDate =
+        LongDateText(at.now, static_cast<int>(Setting(station, Cnf::kLangue)));
+  } else if (station.GPubJour.RowCount() > 0 && at.now.second % 3 == 0) {
+    const std::string next = NextBreakText(station, at);
+    if (!next.empty()) station.screen.InfoDate = next;
+  }
+}
+
+void ReloadDayTimes(Station& station, const Moment& at) {
+  if (at.now.minute != 0) return;
+  const int day = JourSemaineCourant(at.now) - 1;
+  LoadSaveStartStop(station, "Load", day, true);
+  LoadSaveTopage(station, "Load", day, true);
+}
+
+void ServeTimedStart(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (engine.ReportsDisabled || !engine.MnuStartStop) return;
+  for (const std::string& item : station.lists.ComboHeure) {
+    if (item.empty() || !BeginsWith(at.time, item) || engine.IsRunning) continue;
+    engine.IsAutomatic = true;
+    StartStopZemoRadio(station, true);
+    return;
+  }
+}
+
+void ServeTopageTimes(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (engine.LastTopageTimer > at.timer) engine.LastTopageTimer = 0;
+  if (at.timer - engine.LastTopageTimer < kMinuteGuardSec) return;
+  for (const std::string& item : station.lists.Topage) {
+    if (item != at.hourMinute || !engine.IsRunning) continue;
+    engine.TopagePending = true;
+    engine.LastTopageTimer = at.timer;
+    station.platform.clipboard.SetText(at.time);
+    StartStopZemoRadio(station, false);
+    station.screen.LblTopage.visible = true;
+  }
+}
+
+// --- 10 to 13: what is on air ---
+
+void ReadElementOnAir(Station& station) {
+  EngineState& engine = station.engine;
+  MainScreen& screen = station.screen;
+  const SoundChain& sound = station.platform.sound;
+  engine.CurrentChannel = sound.ChannelDone(0) ? 1 : 0;
+  engine.NextChannel = 1 - engine.CurrentChannel;
+  engine.ElementPositionMs = sound.Position(engine.CurrentChannel);
+  engine.RemainingMs = static_cast<int32_t>(engine.BufferOffsetSec * 1000) +
+                       engine.ElementLengthMs - engine.ElementPositionMs;
+  screen.Temp = FormatDuration(engine.RemainingMs);
+  screen.Tmn = engine.RemainingMs / 1000 / 60;
+  screen.Tss = engine.RemainingMs / 1000 % 60;
+}
+
+void ServeExtractEnd(Station& station) {
+  EngineState& engine = station.engine;
+  if (!engine.CheckExtrait || engine.ExtractEndMs < 1 ||
+      engine.ElementPositionMs < engine.ExtractEndMs)
+    return;
+  engine.NextRequested = true;
+  station.screen.LblFeu.visible = false;
+}
+
+void ShowProgress(Station& station) {
+  EngineState& engine = station.engine;
+  MainScreen& screen = station.screen;
+  if (engine.ElementLengthMs <= 0) return;
+  engine.ProgressPercent =
+      static_cast<int32_t>(int64_t{engine.ElementPositionMs} * 100 / engine.ElementLengthMs);
+  screen.VuMettrePercent = engine.ElementPositionMs < 5000 ? 0 : engine.ProgressPercent;
+  screen.LblEncours = ClockText(station.Sound().OutputPosition());
+}
+
+void CountIntro(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  MainScreen& screen = station.screen;
+  if (engine.IntroLengthSec > 0) {
+    const auto elapsed = static_cast<int32_t>(std::floor(at.timer - engine.IntroStartTimer));
+    screen.VueIntro.elapsedSec = elapsed;
+    if (elapsed >= engine.IntroLengthSec) {
+      engine.IntroLengthSec = 0;
+      screen.VueIntro.visible = false;
+    }
+  }
+  if (screen.LblInfoScrolling && engine.ProgressPercent > 30) {
+    screen.LblInfoScrolling = false;
+    screen.LblInfo = "ZEMO RADIO PRO";
+  }
+}
+
+// --- 14: the stopped branch ---
+
+void DrainOutput(Station& station, Moment& at) {
+  EngineState& engine = station.engine;
+  SoundChain& sound = station.Sound();
+  engine.DrainPending = true;
+  engine.DrainStartTimer = at.timer;
+  WriteZemoOnOff(station, '0');
+  WaitSeconds(station, engine.BufferOffsetSec + 0.5F);
+  at.Read(station);
+  engine.DrainPending = false;
+  if (engine.TopagePending) {
+    station.platform.clipboard.SetText("Topage");
+    WriteCheckTopage(station);
+  }
+  sound.Stop();
+  sound.Close();
+  for (int slot = 0; slot < kSlots; ++slot) sound.SetFileName(slot, "");
+  // Written false without a file: the drain is done, and is not seen again until the output runs.
+  for (int slot = 0; slot < kSlots; ++slot) sound.SetChannelDone(slot, false);
+}
+
+// Row of the day's grid whose minute it is; 0 for none.
+int DueGridRow(const Station& station, const Moment& at) {
+  const DayGrid& grid = station.GPubJour;
+  for (int row = 1; row < grid.RowCount(); ++row)
+    if (grid.Cell(row, 0) == at.hourMinute) return row;
+  return 0;
+}
+
+void InsertBreak(Station& station, const Moment& at, int row) {
+  station.engine.LastGridCheckTimer = at.timer;
+  if (station.GPubJour.Cell(row, 2) == "Pubs")
+    AjoutPubPlaylist(station, row);
+  else
+    AjoutRubriquePlaylist(station, row);
+  station.screen.VueIntro.visible = false;
+}
+
+// A break whose minute comes while the engine is stopped is prepared for the local programme.
+void PrepareLocalProgramme(Station& station, const Moment& at) {
+  const EngineState& engine = station.engine;
+  if (!engine.InputsAllowed || Setting(station, Cnf::kEntreSat) != 3 ||
+      at.timer - engine.LastGridCheckTimer < kMinuteGuardSec)
+    return;
+  const int row = DueGridRow(station, at);
+  if (row == 0) return;
+  station.PL.Clear();
+  InsertBreak(station, at, row);
+  AutomaticRequest(station);
+}
+
+void ServeStopped(Station& station, Moment& at) {
+  EngineState& engine = station.engine;
+  SoundChain& sound = station.Sound();
+  if (engine.NextRequested) {
+    sound.FadeOut(engine.CurrentChannel, static_cast<int>(Setting(station, Cnf::kFadeOut)));
+    engine.NextRequested = false;
+  }
+  if (sound.ChannelDone(0) && sound.ChannelDone(1)) DrainOutput(station, at);
+  if (engine.JoystickInUse || engine.SerialInputOpen) JoystickButtonDown(station, 0);
+  PrepareLocalProgramme(station, at);
+  if (engine.TopagePending) TraiteTopage(station);
+}
+
+// --- 15 and 16: overlay over the introduction, timed stop, breaks ---
+
+void ServeIntroOverlay(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (!engine.IntroOverlayPending) return;
+  SoundChain& sound = station.Sound();
+  station.screen.LblIntro.visible = at.now.second % 2 == 0;
+  const float leftSec =
+      static_cast<float>(engine.IntroLengthSec) - (at.timer - engine.IntroArmedTimer) -
+      static_cast<float>(sound.Length(kOverlaySlot)) / 1000 - engine.BufferOffsetSec - 1;
+  if (leftSec > 0) return;
+  engine.IntroOverlayPending = false;
+  station.screen.LblIntro.visible = false;
+  if (sound.FileName(kOverlaySlot).empty()) return;  // a stop or an output restart freed it
+  sound.SetChannelDone(kOverlaySlot, false);
+  TellOverlay(station, "jingle");
+}
+
+// True when a "-F" stop ends this tick.
+bool ServeTimedStop(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (!engine.MnuStartStop) return false;
+  for (const std::string& item : station.lists.HeureArretSystem) {
+    if (item.empty()) continue;
+    const std::string suffix = item.size() > 2 ? item.substr(item.size() - 2) : "";
+    const bool fade = suffix == "-F";
+    const bool quit = suffix == "-Q";
+    const std::string time = fade || quit ? item.substr(0, item.size() - 2) : item;
+    if (!BeginsWith(at.time, time)) continue;
+    StartStopZemoRadio(station, false);
+    if (fade) {
+      engine.NextRequested = true;
+      return true;
+    }
+    if (quit) {
+      station.Sound().Stop();
+      station.Sound().Close();
+      station.platform.system.Shutdown();
+    }
+  }
+  return false;
+}
+
+void ServeBreaks(Station& station, const Moment& at) {
+  const EngineState& engine = station.engine;
+  if (engine.OptionDirect || engine.HourBlockHandled ||
+      at.timer - engine.LastGridCheckTimer < kMinuteGuardSec)
+    return;
+  const int row = DueGridRow(station, at);
+  if (row > 0) InsertBreak(station, at, row);
+}
+
+// --- 18: automatic mode ---
+
+void FitEndOfHour(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (engine.PlaylistRunning || !station.base.CnfBool(Cnf::kOptimiseToph)) return;
+  if (at.now.minute < Setting(station, Cnf::kHOptimise)) {
+    engine.FittingActive = false;
+    return;
+  }
+  if (engine.FittingActive) return;
+  if (Setting(station, Cnf::kPubAvecTopH) == 1)
+    AjusteFinHeurePubColleTopH(station);
+  else if (Setting(station, Cnf::kInstrumental) == 1)
+    AjusteFinHeureInstru(station);
+  else
+    AjusteFinHeure(station);
+}
+
+// Seconds since midnight begin again: no guard may stay ahead of the clock.
+void ServeDayChange(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (at.now.day == engine.LastDay) return;
+  engine.LastDay = at.now.day;
+  engine.LastGridCheckTimer = at.timer;
+  engine.LastJingleTimer = at.timer;
+  engine.LastIntroJingleTimer = at.timer;
+  engine.LastPlaylistWatchTimer = at.timer - kMinuteGuardSec;  // a list due at midnight is seen
+  engine.LastAssociationTimer = at.timer;
+  engine.LastTopHourTimer = at.timer;
+}
+
+void WatchPlaylists(Station& station, Moment& at) {
+  if (at.now.second % 5 != 0 || at.timer - station.engine.LastPlaylistWatchTimer < kMinuteGuardSec)
+    return;
+  SurveillePlaylist(station);
+  at.Read(station);
+}
+
+// Unplayed music of the old hour does not survive; spots, jingles and the pip do.
+void ServeNewHour(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (engine.PlaylistRunning || at.now.minute != 0) return;
+  engine.HourBlockHandled = false;
+  if (at.now.hour == engine.LastHour) return;
+  engine.LastHour = at.now.hour;
+  for (int row = station.PL.Count(); row >= 1; --row)
+    if (station.PL.Row(row).Code() > 0) station.PL.Remove(row);
+}
+
+void RebuildGrid(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (station.screen.Tmn < 1 || engine.ProgressPercent <= 25) return;
+  if (ShortDateText(at.now) != station.GPubJour.Cell(0, 53).substr(0, 8)) {
+    MakePubduJour(station);
+    engine.LastJingleTimer = at.timer;
+  }
+  Folder& folder = station.platform.stationFolder;
+  if (engine.ReportsDisabled || at.now.second % 2 != 0 || !folder.Exists(kGridRebuildSignal))
+    return;
+  MakePubduJour(station);
+  folder.Remove(kGridRebuildSignal);
+}
+
+void Refill(Station& station) {
+  if (station.PL.Count() >= 5 || station.engine.ProgressPercent <= 10) return;
+  const ShortWait shortWait(station.base);
+  AutomaticRequest(station);
+}
+
+// VoiceTrackState: 0 none -> -1 armed in the second half of the element it speaks over -> -2 on air
+// at its position -> 0 at its end. An armed track that reached the next element goes back to 0.
+void ArmVoiceTrack(Station& station) {
+  EngineState& engine = station.engine;
+  if (engine.ProgressPercent <= 50 || engine.ProgressPercent >= 65 || engine.VoiceTrackState != 0)
+    return;
+  if (station.PL.Empty() || station.PL.Row(1)[Col::kText] != "Voice Track") return;
+  const OnAirRow row = station.PL.Row(1);
+  station.PL.Remove(1);  // first, so that a track that cannot be opened does not stay in the way
+  station.Sound().SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(row[Col::kFile]));
+  engine.OverlayFile = row[Col::kFile];
+  engine.VoiceTrackStartMs = static_cast<int32_t>(Val(row[Col::kIntro]));
+  engine.VoiceTrackState = -1;
+  station.screen.LblFeu.colour = kFeuArmed;
+}
+
+void ForgetVoiceTrack(Station& station) {
+  station.engine.VoiceTrackState = 0;
+  station.screen.LblFeu.visible = false;
+}
+
+void StartVoiceTrack(Station& station) {
+  EngineState& engine = station.engine;
+  SoundChain& sound = station.Sound();
+  if (sound.FileName(kOverlaySlot).empty())
+    return ForgetVoiceTrack(station);  // freed since it was armed
+  engine.VoiceTrackState = -2;
+  sound.SetVolume(engine.CurrentChannel,
+                  static_cast<int>(Setting(station, Cnf::kVolumeMusiqueSous)));
+  sound.SetVolume(kOverlaySlot,
+                  static_cast<int>(Setting(station, Cnf::kVolumeMusiqueSurImpression)));
+  sound.SetChannelDone(kOverlaySlot, false);
+  TellOverlay(station, "voicetrack");
+  station.screen.LblFeu.colour = kFeuOnAir;
+}
+
+void ServeVoiceTrack(Station& station) {
+  EngineState& engine = station.engine;
+  SoundChain& sound = station.Sound();
+  ArmVoiceTrack(station);
+  if (engine.VoiceTrackState == -1) {
+    if (sound.Position(engine.CurrentChannel) >= engine.VoiceTrackStartMs)
+      StartVoiceTrack(station);
+    else if (engine.ProgressPercent > 30 && engine.ProgressPercent < 40)
+      ForgetVoiceTrack(station);
+  }
+  if (engine.VoiceTrackState == -2 && sound.ChannelDone(kOverlaySlot)) {
+    const auto volume = static_cast<int>(Setting(station, Cnf::kVolumeMusique));
+    sound.SetVolume(0, volume);
+    sound.SetVolume(1, volume);
+    ForgetVoiceTrack(station);
+  }
+}
+
+void ServeLiveMode(Station& station) {
+  EngineState& engine = station.engine;
+  if (engine.ProgressPercent <= 50 || !station.PL.Empty()) return;
+  if (engine.OptionDirect)
+    StartStopZemoRadio(station, false);
+  else
+    ReturnToAutomatic(station);
+}
+
+void ServeMode(Station& station, Moment& at) {
+  if (station.engine.IsAutomatic) {
+    Step(station, at, [&] { FitEndOfHour(station, at); });
+    ServeDayChange(station, at);
+    Step(station, at, [&] { WatchPlaylists(station, at); });
+    ServeNewHour(station, at);
+    Step(station, at, [&] { RebuildGrid(station, at); });
+    Step(station, at, [&] { Refill(station); });
+    Step(station, at, [&] { ServeVoiceTrack(station); });
+  } else {
+    Step(station, at, [&] { ServeLiveMode(station); });
+  }
+  station.engine.DrainPending = false;
+}
+
+// --- 19 and 20: the rule that starts the next element ---
+
+void DecideStart(Station& station) {
+  EngineState& engine = station.engine;
+  if (NothingOnAir(station)) engine.StartNextNow = true;
+  if (engine.NextRequested)
+    station.Sound().FadeOut(engine.CurrentChannel,
+                            static_cast<int>(Setting(station, Cnf::kFadeOut)));
+  const bool exitReached = static_cast<double>(engine.MixPointMs) + engine.ElementPositionMs >=
+                           static_cast<double>(engine.ElementLengthMs);
+  if (exitReached || engine.NextRequested) engine.StartNextNow = true;
+}
+
+void PutJinglesBefore(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  FindJingleAssocieAvantTitre(station, station.PL.Row(1).Code());
+  FindJingleAssocieGenre(station, station.PL.Row(1)[Col::kKind]);
+  const int64_t gapMinutes = Setting(station, Cnf::kJingles);
+  if ((at.timer - engine.LastJingleTimer) / 60 <= static_cast<float>(gapMinutes)) return;
+  engine.LastJingleTimer = at.timer;
+  if (gapMinutes > 0) FindJingle(station, false, 0);
+}
+
+void StartNext(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (!engine.IsRunning || !engine.StartNextNow || station.PL.Empty()) return;
+  PutJinglesBefore(station, at);
+  const std::string file = station.PL.Row(1)[Col::kFile];
+  PlayWave(station, file, station.PL.Row(1).Code());
+  if (!station.PL.Empty()) {
+    const Cells& row = station.PL.Row(1).cells;
+    station.screen.LblArtiste = TitleLine(row);
+    if (row[Col::kText] == "Jingle annonce extrait") engine.CheckExtrait = true;
+    station.PL.Remove(1);
+  }
+  engine.ElementPositionMs = 0;
+  engine.RemainingMs = static_cast<int32_t>(engine.BufferOffsetSec * 1000) + engine.ElementLengthMs;
+  RefreshPlanTimes(station);
+}
+
+void ServeScreenSaver(Station& station) {
+  const int64_t minutes = Setting(station, Cnf::kVeille);
+  const double idleSec = station.Timer() - station.engine.LastActivityTimer;
+  if (minutes > 0 && std::floor(idleSec) > static_cast<double>(minutes * 60))
+    DeclencheVeille(station);
+}
+
+void RunTick(Station& station) {
+  EngineState& engine = station.engine;
+  Moment at(station);
+  if (engine.SerialInputOpen) Step(station, at, [&] { PollInputs(station); });            // 0
+  Blink(station, at);                                                                     // 1, 3
+  Step(station, at, [&] { PrepareReturnFromSatellite(station); });                        // 2
+  Step(station, at, [&] { ServeKeys(station, at); });                                     // 4
+  ShowClock(station, at);                                                                 // 5
+  ReloadDayTimes(station, at);                                                            // 6
+  Step(station, at, [&] { ServeTimedStart(station, at); });                               // 7
+  Step(station, at, [&] { ServeTopageTimes(station, at); });                              // 8
+  station.screen.LblMode = engine.IsAutomatic ? "Mode Automatique" : "Mode Direct Live";  // 9
+  ReadElementOnAir(station);                                                              // 10
+  ServeExtractEnd(station);                                                               // 11
+  ShowProgress(station);                                                                  // 12
+  CountIntro(station, at);                                                                // 13
+  if (!engine.IsRunning) {
+    Step(station, at, [&] { ServeStopped(station, at); });  // 14
+  } else {
+    Step(station, at, [&] { ServeIntroOverlay(station, at); });  // 15
+    if (ServeTimedStop(station, at)) return;                     // 16
+    Step(station, at, [&] { ServeBreaks(station, at); });
+    Step(station, at, [&] { ServeHourPip(station, at.now); });  // 17
+    ServeMode(station, at);                                     // 18
+  }
+  DecideStart(station);       // 19
+  StartNext(station, at);     // 20
+  ServeScreenSaver(station);  // 21
+  WriteKeptRows(station);
+}
+
+}  // namespace
+
+void MainTimer_Timer(Station& station) {
+  EngineState& engine = station.engine;
+  if (engine.tickRunning || engine.mainTimerHolds > 0) return;
+  struct Running {
+    bool& flag;
+    explicit Running(bool& f) : flag(f) { flag = true; }
+    ~Running() { flag = false; }
+  } running(engine.tickRunning);
+  station.base.CheckCnf();
+  try {
+    RunTick(station);
+  } catch (const std::exception& error) {
+    LogTickError(station, error.what());
+  }
+}
+
+}  // namespace zemo

@@ -1,0 +1,269 @@
+#include "engine/OperatorControls.h"
+
+#include <utility>
+
+#include "engine/StartStop.h"
+#include "library/OnAirRows.h"
+#include "platform/Desktop.h"
+#include "platform/Folder.h"
+#include "platform/LocalValues.h"
+#include "scheduling/PercentageRequest.h"
+#include "scheduling/SkeletonDialogue.h"
+#include "settings/SideFiles.h"
+#include "station/PlanTimes.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "store/SeekCode.h"
+
+namespace zemo {
+
+namespace {
+
+void RecordActivity(Station& station) {
+  station.engine.LastActivityTimer = station.Timer();
+  station.base.CheckCnf();
+}
+
+void SetAutomatic(Station& station, bool automatic) {
+  EngineState& engine = station.engine;
+  const bool changed = engine.IsAutomatic != automatic;
+  engine.IsAutomatic = automatic;
+  if (changed) station.events.Engine(engine.IsRunning, automatic);
+}
+
+void ResetFrames(MainScreen& screen) {
+  screen.CadreRechVisible = false;
+  screen.CadrePLVisible = false;
+  screen.GPubJourVisible = false;
+  screen.BtnCopyPubEnabled = false;
+}
+
+void EnterAutomatic(Station& station) {
+  ResetFrames(station.screen);
+  SetAutomatic(station, true);
+  station.engine.NoJingleActive = false;
+  station.engine.CheckNoJingle = false;
+  station.engine.OptionDirect = false;
+  station.engine.HotKeysArmed = true;
+}
+
+void EnterLive(Station& station) {
+  ResetFrames(station.screen);
+  SetAutomatic(station, false);
+  station.screen.CadreRechVisible = true;
+  station.screen.CadrePLVisible = true;
+  station.engine.HotKeysArmed = false;
+}
+
+void ShowDayGrid(Station& station) {
+  ResetFrames(station.screen);
+  station.screen.GPubJourVisible = true;
+  station.screen.BtnCopyPubEnabled = true;
+  station.screen.BtnPubJourXEnabled = true;
+}
+
+Recordset* FindInLibrary(Station& station, BrowseList list, int32_t code) {
+  TableCursors& tables = station.base.Tables();
+  Recordset* table = nullptr;
+  switch (list) {
+    case BrowseList::kMusic:
+      table = tables.Discotheque.get();
+      break;
+    case BrowseList::kJingles:
+      table = tables.DiscothequeJingle.get();
+      break;
+    case BrowseList::kSpots:
+      table = tables.GrillePub.get();
+      break;
+    case BrowseList::kOthers:
+      table = tables.DiscothequeVirgule.get();
+      break;
+  }
+  return SeekCode(*table, code) ? table : nullptr;
+}
+
+Cells RowOfBrowseList(BrowseList list, const Recordset& record) {
+  switch (list) {
+    case BrowseList::kMusic:
+      return MusicRow(record);
+    case BrowseList::kJingles:
+      return JingleRow(record);
+    case BrowseList::kSpots:
+      return record.Bool("PUB") ? SpotRow(record) : NewsRow(record);
+    case BrowseList::kOthers:
+      return OtherRow(record);
+  }
+  return {};
+}
+
+bool ValidRow(const Station& station, int row) {
+  return row >= 1 && row <= station.PL.Count();
+}
+
+// Asks first; the row itself goes in any case.
+void DeleteVoiceTrackRecord(Station& station, const OnAirRow& row) {
+  const std::string question = "Delete Voice Track \n" + row[Col::kSecond];
+  if (station.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes) return;
+  Transaction transaction(station.base.Db());
+  const auto code = static_cast<int64_t>(Val(row[Col::kSecond]));
+  station.base.Db().Execute("DELETE * FROM VT WHERE Code = " + std::to_string(code));
+  transaction.Commit();
+  if (station.platform.soundFiles.Exists(row[Col::kFile]))
+    station.platform.soundFiles.Remove(row[Col::kFile]);
+}
+
+void CheckStartStop(Station& station, bool on) {
+  station.engine.MnuStartStop = on;
+  station.platform.localValues.Set("StartAndStop", on ? "True" : "False");
+}
+
+void CheckProduction(Station& station, bool on) {
+  station.platform.localValues.Set("PCProduction", on ? "True" : "False");
+  LoadMachineState(station);
+}
+
+void CheckJingles(Station& station, bool on) {
+  station.engine.CheckNoJingle = on;
+  station.engine.NoJingleActive = on;
+}
+
+}  // namespace
+
+void ToolbarButton(Station& station, Toolbar button) {
+  RecordActivity(station);
+  switch (button) {
+    case Toolbar::kAutomatic:
+      EnterAutomatic(station);
+      break;
+    case Toolbar::kLive:
+      EnterLive(station);
+      break;
+    case Toolbar::kDayGrid:
+      ShowDayGrid(station);
+      break;
+    case Toolbar::kStart:
+      StartStopZemoRadio(station, true);
+      break;
+    case Toolbar::kStop:
+      StartStopZemoRadio(station, false);
+      break;
+  }
+}
+
+void ReturnToAutomatic(Station& station) {
+  ResetFrames(station.screen);
+  station.engine.CheckNoJingle = false;
+  SetAutomatic(station, true);
+}
+
+void CmdStop(Station& station) {
+  RecordActivity(station);
+  station.engine.NextRequested = true;
+  station.engine.FittingActive = false;
+}
+
+void CmdRequette(Station& station) {
+  RecordActivity(station);
+  if (station.screen.CadrePLVisible)
+    OpenSkeletonDialog(station);
+  else
+    AutomaticRequest(station);
+}
+
+void CmdMarqueurExtrait(Station& station, int selectedRow) {
+  RecordActivity(station);
+  if (ValidRow(station, selectedRow))
+    station.PL.Insert(selectedRow, BeginExtractRow());
+  else
+    station.PL.Add(BeginExtractRow());
+  RefreshPlanTimes(station);
+}
+
+bool SetCheck(Station& station, std::string_view name, bool on) {
+  RecordActivity(station);
+  EngineState& engine = station.engine;
+  try {
+    if (EqualNoCase(name, "OptionDirect"))
+      engine.OptionDirect = on;
+    else if (EqualNoCase(name, "CheckNoJingle"))
+      CheckJingles(station, on);
+    else if (EqualNoCase(name, "CheckExtrait"))
+      engine.CheckExtrait = on;
+    else if (EqualNoCase(name, "MnuStartStop"))
+      CheckStartStop(station, on);
+    else if (EqualNoCase(name, "MnuPCProduction"))
+      CheckProduction(station, on);
+    else
+      return false;
+  } catch (const std::exception&) {
+    LogCurrentException(station, std::string(name));
+  }
+  return true;
+}
+
+// The saver belongs to a screen: without one there is nothing to cover.
+void DeclencheVeille(Station&) {}
+
+bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
+  RecordActivity(station);
+  try {
+    const Recordset* record = FindInLibrary(station, list, code);
+    if (!record) return false;
+    Cells cells = RowOfBrowseList(list, *record);
+    if (row < 1)
+      station.PL.Add(std::move(cells));
+    else
+      station.PL.Insert(row, std::move(cells));
+    RefreshPlanTimes(station);
+    return true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "ListRech");
+    return false;
+  }
+}
+
+void DragInList(Station& station, int fromRow, int toRow) {
+  RecordActivity(station);
+  if (!ValidRow(station, fromRow)) return;
+  Cells cells = station.PL.Row(fromRow).cells;
+  station.PL.Remove(fromRow);
+  station.PL.Insert(toRow, std::move(cells));
+  RefreshPlanTimes(station);
+}
+
+void DeleteRow(Station& station, int row) {
+  RecordActivity(station);
+  if (!ValidRow(station, row)) return;
+  const int64_t key = station.PL.Row(row).key;
+  if (station.PL.Row(row)[Col::kText].rfind("Voice Track", 0) == 0) {
+    try {
+      DeleteVoiceTrackRecord(station, OnAirRow(station.PL.Row(row)));
+    } catch (const std::exception&) {
+      LogCurrentException(station, "PL");
+    }
+  }
+  // The question can have let the tick take rows off the head.
+  for (int i = 1; i <= station.PL.Count(); ++i)
+    if (station.PL.Row(i).key == key) {
+      station.PL.Remove(i);
+      break;
+    }
+  RefreshPlanTimes(station);
+}
+
+void RightClickRow(Station& station, int row) {
+  RecordActivity(station);
+  station.PL.Remove(row);
+  RefreshPlanTimes(station);
+}
+
+void LoadShortcutTable(Station& station) {
+  station.lists.Touches.clear();
+  const auto rows = station.base.Db().OpenRecordset(
+      "SELECT Libelle, Duree, FileName, Touche, POINTSORTIE FROM DiscothequeVirgule WHERE '*'");
+  for (; !rows->Eof(); rows->MoveNext())
+    if (rows->Int("Touche") != 0)
+      station.lists.Touches.push_back({rows->Text("Touche"), rows->Text("FileName")});
+}
+
+}  // namespace zemo

@@ -1,0 +1,35 @@
+// What the operator does at the main on-air screen: modes, forced next, and the hand on PL.
+// Each procedure is one event of a control and records the operator's activity.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace zemo {
+
+struct Station;
+
+enum class Toolbar { kAutomatic = 1, kLive = 2, kDayGrid = 3, kStart = 5, kStop = 6 };
+enum class BrowseList { kMusic = 0, kJingles = 1, kSpots = 2, kOthers = 3 };
+
+void ToolbarButton(Station& station, Toolbar button);
+void CmdStop(Station& station);  // "Next" while running
+void CmdRequette(Station& station);
+void CmdMarqueurExtrait(Station& station, int selectedRow);  // 0: nothing selected, at the end
+// A check box or check menu by its control name, without regard to case; false for an unknown one.
+bool SetCheck(Station& station, std::string_view name, bool on);
+void ReturnToAutomatic(Station& station);  // the live mode's list ran out
+void DeclencheVeille(Station& station);    // opens the screen saver
+
+// --- PL; rows from 1 ---
+// A drop from the browse list at `row`, at the end with 0. False when the library holds no such
+// CODE.
+bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row);
+void DragInList(Station& station, int fromRow, int toRow);
+void DeleteRow(Station& station, int row);  // the Delete key; asks for voice tracks
+void RightClickRow(Station& station, int row);
+
+// Shortcut table of the numeric pad, from the short elements that have a key.
+void LoadShortcutTable(Station& station);
+
+}  // namespace zemo

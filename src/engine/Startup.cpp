@@ -1,0 +1,198 @@
+#include "engine/Startup.h"
+
+#include "engine/BaseMaintenance.h"
+#include "engine/ElementPlayback.h"
+#include "engine/ExternalTriggers.h"
+#include "engine/MainTick.h"
+#include "engine/OperatorControls.h"
+#include "engine/StartStop.h"
+#include "engine/UnwrittenRows.h"
+#include "platform/Desktop.h"
+#include "platform/Folder.h"
+#include "platform/LocalValues.h"
+#include "settings/SideFiles.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "traffic/DayGridComposition.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int kTickMs = 100;
+constexpr int kMinWidth = 800;
+constexpr int kMinHeight = 600;
+
+bool ScreenTooSmall(Station& station) {
+  const ScreenSize size = station.platform.system.Screen();
+  if (size.width == 0 && size.height == 0) return false;  // no screen: nothing to lay out
+  if (size.width >= kMinWidth && size.height >= kMinHeight) return false;
+  station.platform.messages.Show("Alerte", "Le programme ne fonctione pas en dessous de 800x600",
+                                 Buttons::kOk);
+  return true;
+}
+
+// Only the creators of Cnf and Discotheque speak up; the others leave without a word.
+void TellFailedCreation(Station& station, const std::string& table, const std::string& text) {
+  if (table == "Cnf")
+    station.platform.messages.Show("ERREUR CREATION TABLE",
+                                   text + "\r\nErreur en création Table Cnf", Buttons::kOk);
+  else if (table == "Discotheque")
+    station.platform.messages.Show("ERREUR CREATION TABLE", text, Buttons::kOk);
+}
+
+// A step whose fault is logged and stops nothing behind it.
+template <typename Work>
+void Guarded(Station& station, const char* name, Work work) {
+  try {
+    work();
+  } catch (const std::exception&) {
+    LogCurrentException(station, name);
+  }
+}
+
+void OpenBase(Station& station) {
+  const bool created = station.base.OpenOrCreateDatabase();
+  station.events.Base(created ? "created" : "opened");
+}
+
+void OpenTables(Station& station) {
+  if (!station.engine.ReportsDisabled)
+    station.base.CreateMissingTables(
+        [&station](const std::string& table, int, const std::string& text) {
+          TellFailedCreation(station, table, text);
+        });
+  // What is there is opened, and a base that cannot be written still plays.
+  Guarded(station, "OpenAllTables", [&] { station.base.OpenAllTables(); });
+  Guarded(station, "SeedFixedRows", [&] { station.base.SeedFixedRows(); });
+  CheckStructures(station);
+}
+
+void ResetScreen(Station& station) {
+  MainScreen& screen = station.screen;
+  screen.LblArtiste = "";
+  screen.Temp = "--:--";
+  station.PL.Clear();
+  station.engine.IsAutomatic = true;
+  screen.CadreRechVisible = false;
+  for (uint32_t& led : screen.LedSat) led = kLedOff;
+  screen.LedJoystique.visible = false;
+}
+
+void ConfigureSound(Station& station) {
+  SoundChain& sound = station.Sound();
+  const auto cycleMs = static_cast<int32_t>(station.base.CnfInt(Cnf::kCycleMaxi));
+  const auto bufferBytes = static_cast<int>(station.base.CnfInt(Cnf::kBuffers));
+  const auto buffers = static_cast<int>(station.base.CnfInt(Cnf::kNbrBuffers));
+  sound.SetCycleMax(cycleMs);
+  station.screen.LblMaxPlayInfo = HoursMinutesText(cycleMs);
+  sound.SetRing(bufferBytes, buffers * 2);
+  sound.SetOutputBuffers(bufferBytes, buffers);
+  CalculOffset(station);
+}
+
+void LoadStationLists(Station& station) {
+  EngineState& engine = station.engine;
+  station.screen.InfoDate =
+      LongDateText(station.Now(), static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+  engine.JoystickInUse = station.base.CnfInt(Cnf::kJoystiquePort) > 0;
+  station.screen.LedJoystique.visible = engine.JoystickInUse;
+  LoadSaveExclusion(station, "Load");
+  const int day = JourSemaineCourant(station.Now()) - 1;
+  LoadSaveStartStop(station, "Load", day, true);
+  LoadSaveTopage(station, "Load", day, true);
+  std::string password;
+  LSPasseWord(station, "Load", password);
+  LoadFileRealAudio(station);
+  LoadLectureBase(station);
+}
+
+void CompactOnceAMonth(Station& station) {
+  constexpr const char* kLastCompactage = "LastCompactage";
+  const std::string today = DateText(station.Now());
+  const std::string last = station.platform.localValues.GetText(kLastCompactage, "");
+  if (last.size() >= 5 && last.substr(3, 2) == today.substr(3, 2)) return;
+  CompactageTriskin(station);
+  try {
+    station.platform.localValues.Set(kLastCompactage, today + " " + TimeText(station.Now()));
+  } catch (const std::exception&) {
+    LogCurrentException(station, "Form_Load");
+  }
+}
+
+void ObeyAutoPlay(Station& station) {
+  const LocalValues& local = station.platform.localValues;
+  station.engine.MnuStartStop = local.GetBool("StartAndStop", true);
+  if (local.GetBool("AutoPlay", false)) StartStopZemoRadio(station, true);
+}
+
+// "Squelette" and "Langue" choose the caption.
+const char* ModelCaption(bool skeleton, int64_t langue) {
+  switch (langue) {
+    case 1:
+      return skeleton ? "Skeleton" : "Model in %";
+    case 2:
+      return skeleton ? "Modelo Esqueleto" : "Modelo em %";
+    case 3:
+      return skeleton ? "Modelo Esqueleto" : "Modelo en %";
+    default:
+      return skeleton ? "Model en Squelette" : "Model en %";
+  }
+}
+
+void ActivateFirst(Station& station) {
+  LoadSaveAudio(station, "Load");
+  Guarded(station, "MakePubduJour", [&] { MakePubduJour(station); });
+  Guarded(station, "LoadShortcutTable", [&] { LoadShortcutTable(station); });
+  if (LoadSavePlay(station, "Load")) StartStopZemoRadio(station, true);
+}
+
+}  // namespace
+
+bool Form_Load(Station& station) {
+  station.screen.Caption = "Zemo Radio Pro";
+  if (ScreenTooSmall(station)) return false;
+  OpenBase(station);
+  SetSideFileNames(station);
+  LoadMachineState(station);
+  OpenTables(station);
+  ResetScreen(station);
+  ConfigureSound(station);
+  station.engine.LastDay = station.Now().day;
+  LoadStationLists(station);
+  CompactOnceAMonth(station);
+  station.screen.Visible = true;
+  station.engine.MainTimer =
+      station.platform.loop.MakeTimer(kTickMs, [&station] { MainTimer_Timer(station); });
+  station.engine.MainTimer->SetEnabled(true);
+  ObeyAutoPlay(station);
+  return true;
+}
+
+void Form_Activate(Station& station, bool first) {
+  if (first) ActivateFirst(station);
+  EngineState& engine = station.engine;
+  engine.LastActivityTimer = station.Timer();
+  engine.HotKeysArmed = true;
+  engine.ActiveList = "PL";
+  station.screen.MnuModelCaption =
+      ModelCaption(station.base.CnfBool(Cnf::kSquelette), station.base.CnfInt(Cnf::kLangue));
+}
+
+bool Form_QueryUnload(Station& station) {
+  return Quitter(station);
+}
+
+bool Quitter(Station& station) {
+  if (station.engine.IsRunning) return false;
+  WriteKeptRowsAtTheEnd(station);
+  station.engine.MainTimer.reset();
+  station.base.Close();
+  station.Sound().Stop();
+  station.Sound().Close();
+  station.platform.loop.Yield();
+  return true;
+}
+
+}  // namespace zemo

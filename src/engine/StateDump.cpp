@@ -1,0 +1,109 @@
+#include "engine/StateDump.h"
+
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "station/Station.h"
+
+namespace zemo {
+
+namespace {
+
+using FlagValue = std::variant<bool, double, std::string>;
+using Flags = std::vector<std::pair<std::string, FlagValue>>;
+
+// Every engine variable under its name.
+Flags CollectFlags(const EngineState& e) {
+  Flags flags;
+  const auto yes = [&flags](const char* name, bool value) { flags.emplace_back(name, value); };
+  const auto number = [&flags](const char* name, double value) { flags.emplace_back(name, value); };
+  yes("IsRunning", e.IsRunning);
+  yes("IsAutomatic", e.IsAutomatic);
+  yes("PlaylistRunning", e.PlaylistRunning);
+  number("CurrentChannel", e.CurrentChannel);
+  number("NextChannel", e.NextChannel);
+  number("MixPointMs", e.MixPointMs);
+  number("BufferOffsetSec", e.BufferOffsetSec);
+  number("ElementLengthMs", e.ElementLengthMs);
+  number("ElementPositionMs", e.ElementPositionMs);
+  number("RemainingMs", e.RemainingMs);
+  number("ProgressPercent", e.ProgressPercent);
+  yes("NextRequested", e.NextRequested);
+  yes("StartNextNow", e.StartNextNow);
+  yes("DrainPending", e.DrainPending);
+  yes("HourPipPending", e.HourPipPending);
+  number("SavedVolume", e.SavedVolume);
+  yes("FittingActive", e.FittingActive);
+  yes("HourBlockHandled", e.HourBlockHandled);
+  yes("ScreenLocked", e.ScreenLocked);
+  yes("PipSuppressed", e.PipSuppressed);
+  yes("NoJingleActive", e.NoJingleActive);
+  number("LastHour", e.LastHour);
+  number("LastDay", e.LastDay);
+  yes("TopagePending", e.TopagePending);
+  yes("SatelliteTaking", e.SatelliteTaking);
+  yes("LocalProgrammeOn", e.LocalProgrammeOn);
+  yes("InputsAllowed", e.InputsAllowed);
+  yes("SerialInputOpen", e.SerialInputOpen);
+  yes("JoystickInUse", e.JoystickInUse);
+  number("VoiceTrackState", e.VoiceTrackState);
+  number("VoiceTrackStartMs", e.VoiceTrackStartMs);
+  yes("IntroOverlayPending", e.IntroOverlayPending);
+  number("IntroLengthSec", e.IntroLengthSec);
+  number("IntroArmedTimer", e.IntroArmedTimer);
+  number("LastAssociationTimer", e.LastAssociationTimer);
+  number("ExtractEndMs", e.ExtractEndMs);
+  yes("CheckExtrait", e.CheckExtrait);
+  yes("CheckNoJingle", e.CheckNoJingle);
+  yes("OptionDirect", e.OptionDirect);
+  yes("HotKeysArmed", e.HotKeysArmed);
+  yes("MnuStartStop", e.MnuStartStop);
+  yes("PCProduction", e.PCProduction);
+  number("CodeEnCours", e.CodeEnCours);
+  number("LastTopHourTimer", e.LastTopHourTimer);
+  number("LastGridCheckTimer", e.LastGridCheckTimer);
+  number("LastJingleTimer", e.LastJingleTimer);
+  number("LastIntroJingleTimer", e.LastIntroJingleTimer);
+  number("LastPlaylistWatchTimer", e.LastPlaylistWatchTimer);
+  number("LastTopageTimer", e.LastTopageTimer);
+  number("LastActivityTimer", e.LastActivityTimer);
+  yes("ReportsDisabled", e.ReportsDisabled);
+  return flags;
+}
+
+Rows ListRows(const OnAirList& list) {
+  Rows rows;
+  for (const OnAirRow& row : list) rows.emplace_back(row.cells.begin(), row.cells.end());
+  return rows;
+}
+
+// Each row cut behind its last non-empty cell.
+Rows GridRows(const DayGrid& grid) {
+  Rows rows = grid.Rows();
+  for (auto& row : rows)
+    while (!row.empty() && row.back().empty()) row.pop_back();
+  return rows;
+}
+
+}  // namespace
+
+Event DumpState(const Station& station) {
+  const EngineState& engine = station.engine;
+  const SoundChain& sound = station.platform.sound;
+  const int slot = sound.ChannelDone(0) ? 1 : 0;
+  const int32_t positionMs = sound.Position(slot);
+  const auto remainingMs =
+      static_cast<int64_t>(engine.BufferOffsetSec * 1000) + engine.ElementLengthMs - positionMs;
+  return {"state",
+          {{"pl", ListRows(station.PL)},
+           {"flags", CollectFlags(engine)},
+           {"grid", GridRows(station.GPubJour)},
+           {"position_ms", int64_t{positionMs}},
+           {"remaining_ms", remainingMs},
+           {"mix_ms", static_cast<double>(engine.MixPointMs)},
+           {"slot", int64_t{slot}}}};
+}
+
+}  // namespace zemo

@@ -1,0 +1,256 @@
+#include "engine/StoredPlaylists.h"
+
+#include "library/OnAirRows.h"
+#include "platform/Desktop.h"
+#include "platform/EventLoop.h"
+#include "platform/Folder.h"
+#include "station/PlanTimes.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "store/SeekCode.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int kLabelWidth = 40;  // characters of Playlist.LIBELLE
+
+// Voice tracks have no index: the table is walked.
+bool FindVoiceTrack(Recordset& vt, int64_t code) {
+  for (vt.MoveFirst(); !vt.Eof(); vt.MoveNext())
+    if (vt.Int("CODE") == code) return true;
+  return false;
+}
+
+void AppendStoredRow(Station& station, int64_t kind, int64_t record, bool lastPlayed) {
+  TableCursors& tables = station.base.Tables();
+  OnAirList& list = station.PL;
+  if (kind > 0) {
+    if (SeekCode(*tables.Discotheque, record)) list.Add(MusicRow(*tables.Discotheque, lastPlayed));
+    return;
+  }
+  switch (kind) {
+    case Element::kJingle:
+      if (SeekCode(*tables.DiscothequeJingle, record))
+        list.Add(JingleRow(*tables.DiscothequeJingle));
+      break;
+    case Element::kSpot:
+      if (SeekCode(*tables.GrillePub, record)) list.Add(SpotRow(*tables.GrillePub));
+      break;
+    case Element::kNews:
+      if (SeekCode(*tables.GrillePub, record)) list.Add(NewsRow(*tables.GrillePub));
+      break;
+    case Element::kOther:
+      if (SeekCode(*tables.DiscothequeVirgule, record))
+        list.Add(OtherRow(*tables.DiscothequeVirgule));
+      break;
+    case Element::kBeginExtract:
+      list.Add(BeginExtractRow());
+      break;
+    case Element::kVoiceTrack:
+      if (FindVoiceTrack(*tables.VT, record)) list.Add(VoiceTrackRow(*tables.VT));
+      break;
+    default:
+      break;
+  }
+}
+
+// "DISCOTHEQUE, FICHE" of a row as it is stored; empty for a row that is left out: one of another
+// kind, or one whose file its table does not know (any more).
+std::string StoredPair(Station& station, const OnAirRow& row) {
+  const int32_t code = row.Code();
+  if (code > 0) return std::to_string(code) + "," + std::to_string(code);
+  const char* lookUp = nullptr;
+  switch (code) {
+    case Element::kJingle:
+      lookUp = "SELECT Code FROM DiscothequeJingle WHERE FileName = '";
+      break;
+    case Element::kSpot:
+    case Element::kNews:
+      lookUp = "SELECT Code FROM GRILLEPUB WHERE FileNameAudio = '";
+      break;
+    case Element::kOther:
+      lookUp = "SELECT Code FROM DiscothequeVirgule WHERE FileName = '";
+      break;
+    case Element::kBeginExtract:
+      return "-6,-6";
+    case Element::kVoiceTrack:
+      return "-30," + std::to_string(static_cast<int64_t>(Val(row[Col::kSecond])));
+    default:
+      return {};
+  }
+  const auto found = station.base.Db().OpenRecordset(lookUp + SqlQuoted(row[Col::kFile]) + "'");
+  if (found->Eof()) return {};
+  return std::to_string(code) + "," + std::to_string(found->Int("Code"));
+}
+
+// A statement that fails ends alone; the ones behind it go on.
+bool ExecuteInTransaction(Station& station, const std::string& sql) {
+  try {
+    Transaction transaction(station.base.Db());
+    station.base.Db().Execute(sql);
+    transaction.Commit();
+    return true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnSauve");
+    return false;
+  }
+}
+
+// False when a new list has no head, so that its rows must not go to another list.
+bool SaveHead(Station& station) {
+  MainScreen& screen = station.screen;
+  const std::string date = SqlQuoted(screen.LblDate);
+  const std::string time = SqlQuoted(screen.ChHeure);
+  const std::string label = SqlQuoted(FirstCharacters(screen.ComboPLS.text, kLabelWidth));
+  const std::string option = std::to_string(screen.OptPls);
+  if (screen.LblCodePL != 0) {
+    ExecuteInTransaction(station, "UPDATE PLAYLIST SET LADATE = '" + date + "', LHEURE = '" + time +
+                                      "', LIBELLE = '" + label + "', NOJINGLE = " + option +
+                                      " WHERE CODE = " + std::to_string(screen.LblCodePL));
+    return true;
+  }
+  if (!ExecuteInTransaction(
+          station, "INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES('" + date +
+                       "','" + time + "','" + label + "'," + option + ")"))
+    return false;
+  Recordset& playlist = *station.base.Tables().Playlist;
+  playlist.SetIndex("");
+  playlist.MoveLast();
+  screen.LblCodePL = static_cast<int32_t>(playlist.Int("CODE"));
+  return true;
+}
+
+void SaveRows(Station& station) {
+  const std::string code = std::to_string(station.screen.LblCodePL);
+  ExecuteInTransaction(station, "DELETE * FROM Pls WHERE NUMPLS = " + code);
+  Transaction transaction(station.base.Db());
+  for (const OnAirRow& row : station.PL) {
+    try {
+      const std::string pair = StoredPair(station, row);
+      if (pair.empty()) continue;
+      station.base.Db().Execute("INSERT INTO PLS(NUMPLS, DISCOTHEQUE, FICHE) VALUES(" + code + "," +
+                                pair + ")");
+    } catch (const std::exception&) {
+      LogCurrentException(station, "BtnSauve");
+    }
+  }
+  transaction.Commit();
+}
+
+// The voice tracks of a list that goes: their sound files and their records.
+void KillVoiceTracks(Station& station, int32_t listCode) {
+  const auto rows = station.base.Db().OpenRecordset(
+      "SELECT FICHE FROM Pls WHERE NUMPLS = " + std::to_string(listCode) +
+      " AND DISCOTHEQUE = -30");
+  Recordset& vt = *station.base.Tables().VT;
+  for (; !rows->Eof(); rows->MoveNext()) {
+    if (!FindVoiceTrack(vt, rows->Int("FICHE"))) continue;
+    const std::string file = vt.Text("FILENAME");
+    if (station.platform.soundFiles.Exists(file)) station.platform.soundFiles.Remove(file);
+    vt.Delete();
+  }
+}
+
+const MainScreen::ListItem* ChosenItem(const MainScreen& screen) {
+  const auto& combo = screen.ComboPLS;
+  if (combo.index < 0 || combo.index >= static_cast<int>(combo.items.size())) return nullptr;
+  return &combo.items[static_cast<size_t>(combo.index)];
+}
+
+}  // namespace
+
+void AppendStoredRows(Station& station, int32_t listCode, bool lastPlayed) {
+  const auto rows = station.base.Db().OpenRecordset(
+      "SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = " + std::to_string(listCode) +
+      " ORDER BY CODE");
+  for (; !rows->Eof(); rows->MoveNext())
+    AppendStoredRow(station, rows->Int("DISCOTHEQUE"), rows->Int("FICHE"), lastPlayed);
+}
+
+void LoadPlaylist(Station& station) {
+  auto& combo = station.screen.ComboPLS;
+  combo.items.clear();
+  combo.index = -1;
+  Recordset& playlist = *station.base.Tables().Playlist;
+  playlist.SetIndex("");
+  for (playlist.MoveFirst(); !playlist.Eof(); playlist.MoveNext())
+    combo.items.push_back(
+        {Trim(playlist.Text("LIBELLE")), static_cast<int32_t>(playlist.Int("CODE"))});
+}
+
+void ComboPLS_Click(Station& station) {
+  MainScreen& screen = station.screen;
+  const MainScreen::ListItem* item = ChosenItem(screen);
+  if (!item) return;
+  try {
+    Recordset& playlist = *station.base.Tables().Playlist;
+    if (!SeekCode(playlist, item->data)) return;
+    station.PL.Clear();
+    screen.ComboPLS.text = playlist.Text("LIBELLE");
+    screen.LblDate = playlist.Text("LADATE");
+    screen.ChHeure = playlist.Text("LHEURE");
+    screen.OptPls = static_cast<int>(playlist.Int("NOJINGLE"));
+    screen.LblCodePL = static_cast<int32_t>(playlist.Int("CODE"));
+    AppendStoredRows(station, screen.LblCodePL, true);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "ComboPLS");
+  }
+  RefreshPlanTimes(station);
+}
+
+bool SelectStoredList(Station& station, int32_t code) {
+  LoadPlaylist(station);
+  auto& combo = station.screen.ComboPLS;
+  for (size_t i = 0; i < combo.items.size(); ++i)
+    if (combo.items[i].data == code) combo.index = static_cast<int>(i);
+  ComboPLS_Click(station);
+  return combo.index >= 0;
+}
+
+void BtnSauve_Click(Station& station) {
+  station.screen.BtnSauveEnabled = false;
+  station.platform.loop.Yield();
+  const MainTimerHold hold(station);
+  try {
+    if (SaveHead(station)) SaveRows(station);
+    LoadPlaylist(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnSauve");
+  }
+  station.screen.BtnSauveEnabled = true;
+}
+
+void BtnNew_Click(Station& station) {
+  MainScreen& screen = station.screen;
+  station.PL.Clear();
+  screen.LblDate = "JJ/MM/ANNE";
+  screen.ChHeure = "hh:mn";
+  screen.LblCodePL = 0;
+  screen.ComboPLS.items.clear();
+  screen.ComboPLS.index = -1;
+  screen.ComboPLS.text.clear();
+  screen.BntVoiceTrackVisible = false;
+  screen.OptPls = 0;
+}
+
+void ComboPLS_KeyDelete(Station& station) {
+  const MainScreen::ListItem* item = ChosenItem(station.screen);
+  if (!item) return;
+  if (station.platform.messages.Show("Suppresion", "Supprimer cette playlist",
+                                     Buttons::kOkCancel) != Answer::kOk)
+    return;
+  const int32_t code = item->data;
+  try {
+    KillVoiceTracks(station, code);
+    Transaction transaction(station.base.Db());
+    station.base.Db().Execute("DELETE * FROM Playlist WHERE Code = " + std::to_string(code));
+    station.base.Db().Execute("DELETE * FROM Pls WHERE NUMPLS = " + std::to_string(code));
+    transaction.Commit();
+    LoadPlaylist(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "ComboPLS");
+  }
+}
+
+}  // namespace zemo
