@@ -1,0 +1,162 @@
+#include "app/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
+#include <iostream>
+
+#include "app/Moments.h"
+
+namespace zemo {
+
+namespace {
+// Option texts as they were typed, before they are read.
+struct Typed {
+  std::string duration;
+  std::string from;
+  std::string at;
+};
+
+std::string OneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20; }, ' ');
+  return text;
+}
+
+bool IsSoundFileName(const std::string& path) {
+  std::string ending = path.substr(std::min(path.rfind('.'), path.size()));
+  std::transform(ending.begin(), ending.end(), ending.begin(),
+                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  return ending == ".wav" || ending == ".flac";
+}
+
+void AddFolders(CLI::App& app, CommandLine& line) {
+  app.add_option("--station", line.station, "Folder of the station: Triskin.MDB and the side files")
+      ->type_name("DIR");
+  app.add_option("--machine", line.machine, "Folder of what belongs to this machine")
+      ->type_name("DIR");
+}
+
+void AddDuration(CLI::App& app, Typed& typed) {
+  app.add_option("--for", typed.duration, "How long: 90, 90s, 45m, 24h or 7d")
+      ->type_name("DURATION");
+}
+
+void AddSimulation(CLI::App& app, CommandLine& line, Typed& typed) {
+  AddFolders(app, line);
+  app.add_option("--from", typed.from, "Begin, local time \"YYYY-MM-DD hh:mm:ss\" (now)")
+      ->type_name("T");
+  AddDuration(app, typed);
+  app.add_option("--script", line.script, "Orders, one a line")->type_name("FILE");
+  app.add_option("--trace", line.trace, "Where the events go, - for standard output (-)")
+      ->type_name("FILE|-");
+  app.add_flag("--in-place", line.inPlace, "Work on the station itself, not on a private copy");
+  app.add_flag("--no-start", line.noStart, "Do not start the engine");
+}
+
+void AddWhy(CLI::App& app, CommandLine& line, Typed& typed) {
+  AddFolders(app, line);
+  app.add_option("--code", line.code, "May the music title of this CODE play, and if not, why")
+      ->type_name("N");
+  app.add_option("--at", typed.at, "Moment, local time \"YYYY-MM-DD hh:mm:ss\" (now)")
+      ->type_name("T");
+  app.add_option("--report", line.report, "What brought the element of this CODE of the report")
+      ->type_name("CODE");
+  app.add_flag("--json", line.json, "The answer as one JSON object");
+}
+
+std::optional<LocalDateTime> ReadMoment(const CLI::App& chosen, const char* name,
+                                        const std::string& text) {
+  const CLI::Option* option = chosen.get_option_no_throw(name);
+  if (!option || option->count() == 0) return std::nullopt;
+  const auto moment = ParseMoment(text);
+  if (!moment || !LocalClockShows(*moment))
+    throw UsageError(std::string(name) + ": '" + text + "' is no local time YYYY-MM-DD hh:mm:ss");
+  return moment;
+}
+
+void CheckWhy(const CommandLine& line) {
+  if (line.command != Command::kWhy) return;
+  if (line.code.has_value() == line.report.has_value())
+    throw UsageError("why needs --code or --report, one of them");
+  if (line.report && line.at) throw UsageError("--at goes with --code only");
+}
+
+// What the words do not tell by themselves.
+void ReadTyped(CommandLine& line, const Typed& typed, const CLI::App& app, const CLI::App& chosen) {
+  for (const CLI::App* level : {&app, &chosen})
+    for (const char* name : {"--station", "--machine", "--script", "--trace", "--audio", "DIR"}) {
+      const CLI::Option* option = level->get_option_no_throw(name);
+      if (option && option->count() > 0 && option->as<std::string>().empty())
+        throw UsageError(std::string(name) + " needs a name");
+    }
+  if (!line.audio.empty() && !IsSoundFileName(line.audio))
+    throw UsageError("--audio: '" + line.audio + "' ends neither in .wav nor in .flac");
+  if (const CLI::Option* option = chosen.get_option_no_throw("--for"); option && option->count()) {
+    line.forMs = ParseDuration(typed.duration);
+    if (!line.forMs)
+      throw UsageError("--for: '" + typed.duration + "' is no duration (90, 90s, 45m, 24h, 7d)");
+  }
+  line.from = ReadMoment(chosen, "--from", typed.from);
+  line.at = ReadMoment(chosen, "--at", typed.at);
+  CheckWhy(line);
+}
+}  // namespace
+
+std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
+  CommandLine line;
+  Typed typed;
+  CLI::App app("Zemo Radio: a station's air, automated", "zemoradio");
+  app.set_version_flag("--version", std::string("Zemo Radio " ZEMO_VERSION));
+  app.require_subcommand(0, 1);
+  AddFolders(app, line);
+
+  CLI::App& run = *app.add_subcommand("run", "Go on air without a screen, until interrupted");
+  AddFolders(run, line);
+  run.add_option("--output", line.output, "device, device:NAME, null or file:PATH (device)")
+      ->type_name("SPEC");
+  AddDuration(run, typed);
+
+  CLI::App& simulate = *app.add_subcommand("simulate", "The air on a virtual clock");
+  AddSimulation(simulate, line, typed);
+
+  CLI::App& render = *app.add_subcommand("render", "As simulate, with the sound in a file");
+  AddSimulation(render, line, typed);
+  render.add_option("--audio", line.audio, "WAV or FLAC file of the sound, by its ending")
+      ->type_name("FILE")
+      ->required();
+
+  CLI::App& demo = *app.add_subcommand("demo", "Make a demo station");
+  demo.add_option("DIR", line.folder, "Folder of the new station")->required();
+
+  CLI::App& check = *app.add_subcommand("check", "Say what is missing or broken in a station");
+  check.add_option("DIR", line.folder, "Folder of the station")->required();
+  check.add_option("--machine", line.machine, "Folder of what belongs to this machine")
+      ->type_name("DIR");
+
+  CLI::App& why = *app.add_subcommand("why", "Say why a title may not play, or why it did");
+  AddWhy(why, line, typed);
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& shown) {
+    app.exit(shown, std::cout, std::cerr);
+    return std::nullopt;
+  } catch (const CLI::ParseError& error) {
+    throw UsageError(OneLine(error.what()));
+  }
+
+  const std::vector<std::pair<const CLI::App*, Command>> commands{
+      {&run, Command::kRun},   {&simulate, Command::kSimulate}, {&render, Command::kRender},
+      {&demo, Command::kDemo}, {&check, Command::kCheck},       {&why, Command::kWhy}};
+  const CLI::App* chosen = &app;
+  for (const auto& [subcommand, command] : commands)
+    if (subcommand->parsed()) {
+      chosen = subcommand;
+      line.command = command;
+    }
+  ReadTyped(line, typed, app, *chosen);
+  return line;
+}
+
+}  // namespace zemo

@@ -1,0 +1,43 @@
+// The command line: what was asked of the program, checked as far as it can be without touching
+// anything.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "platform/Clock.h"
+
+namespace zemo {
+
+enum class Command { kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy };
+
+struct CommandLine {
+  Command command = Command::kScreen;
+  std::string station;  // folder; empty: the default one
+  std::string machine;  // folder; empty: the default one, for a simulation an empty one of its own
+  std::string output = "device";
+  std::optional<LocalDateTime> from;  // begin of a simulation; none: now
+  std::optional<int64_t> forMs;  // how long; none: until told, a simulation see SimulateCommand
+  std::string script;            // file; empty: none
+  std::string trace = "-";
+  std::string audio;   // file of render
+  std::string folder;  // of demo and check
+  bool inPlace = false;
+  bool noStart = false;
+  std::optional<int32_t> code;      // of why: the card asked about, or ...
+  std::optional<int32_t> report;    // ... the row of the report, one of the two
+  std::optional<LocalDateTime> at;  // of why; none: now
+  bool json = false;
+};
+
+// Wrong usage; what() is one line.
+struct UsageError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+// nullopt when help or the version was asked for, and shown. Throws UsageError.
+std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv);
+
+}  // namespace zemo

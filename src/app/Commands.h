@@ -1,0 +1,16 @@
+// The commands of the program, each in its own file. They give the exit status, and throw UsageError
+// for wrong usage and std::exception with one line for work that failed.
+#pragma once
+
+namespace zemo {
+
+struct CommandLine;
+
+int RunOnAir(const CommandLine& line);
+int RunSimulate(const CommandLine& line);
+int RunRender(const CommandLine& line);
+int RunDemoCommand(const CommandLine& line);
+int RunCheckCommand(const CommandLine& line);
+int RunWhyCommand(const CommandLine& line);
+
+}  // namespace zemo

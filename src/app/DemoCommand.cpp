@@ -1,0 +1,14 @@
+// `zemoradio demo DIR`: makes a demo station.
+#include <iostream>
+
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+#include "app/demo/Demo.h"
+
+namespace zemo {
+
+int RunDemoCommand(const CommandLine& line) {
+  return RunDemo(line.folder, std::cout, std::cerr);
+}
+
+}  // namespace zemo

@@ -1,0 +1,149 @@
+#include "app/PrivateCopy.h"
+
+#include <sqlite3.h>
+
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+
+#include "platform/real/files/NoCaseNames.h"
+#include "platform/real/files/WholeFiles.h"
+
+namespace zemo {
+
+namespace fs = std::filesystem;
+
+namespace {
+constexpr const char* kBaseName = "Triskin.MDB";
+constexpr const char* kJournalEnding = "-journal";
+constexpr int kLockWaitMs = 5000;
+
+struct CloseBase {
+  void operator()(sqlite3* base) const { sqlite3_close(base); }
+};
+using Base = std::unique_ptr<sqlite3, CloseBase>;
+
+Base OpenBase(const std::string& path, int flags) {
+  sqlite3* base = nullptr;
+  const int result = sqlite3_open_v2(path.c_str(), &base, flags, nullptr);
+  Base owned(base);
+  if (result != SQLITE_OK) owned.reset();
+  return owned;
+}
+
+// One consistent state of the base; false when its file cannot be read as a base as it stands,
+// after a loss of power for example.
+bool BackUpBase(const std::string& from, const std::string& to) {
+  const Base source = OpenBase(from, SQLITE_OPEN_READONLY);
+  const Base target = OpenBase(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  if (!source || !target) return false;
+  sqlite3_busy_timeout(source.get(), kLockWaitMs);
+  sqlite3_exec(target.get(), "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
+  sqlite3_backup* backup = sqlite3_backup_init(target.get(), "main", source.get(), "main");
+  if (!backup) return false;
+  sqlite3_backup_step(backup, -1);
+  const int result = sqlite3_backup_finish(backup);
+  if (result == SQLITE_BUSY || result == SQLITE_LOCKED)
+    throw std::runtime_error(from + " is locked by another program");
+  return result == SQLITE_OK;
+}
+
+void CopyFile(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
+  if (error) throw std::runtime_error("cannot copy " + from.string() + ": " + error.message());
+}
+
+void CopyBase(const fs::path& from, const fs::path& to) {
+  if (BackUpBase(from.string(), to.string())) return;
+  // As it stands, with the journal by which the next one to open it mends it.
+  CopyFile(from, to);
+  const fs::path journal = from.string() + kJournalEnding;
+  if (fs::exists(journal)) CopyFile(journal, to.string() + kJournalEnding);
+}
+
+bool IsSoundFile(const fs::path& path) {
+  const std::string ending = FoldedName(path.extension().string());
+  constexpr std::array kEndings{".wav", ".mp3", ".flac", ".ogg", ".aif", ".aiff", ".mp2"};
+  for (const char* sound : kEndings)
+    if (ending == FoldedName(sound)) return true;
+  return false;
+}
+
+template <typename Wanted>
+void CopyWanted(const std::string& from, const std::string& to, Wanted wanted) {
+  std::error_code error;
+  fs::directory_iterator entries(from, error);
+  if (error) throw std::runtime_error("cannot read the folder " + from + ": " + error.message());
+  for (const fs::directory_entry& entry : entries)
+    if (entry.is_regular_file(error) && wanted(entry.path()))
+      CopyFile(entry.path(), fs::path(to) / entry.path().filename());
+}
+}  // namespace
+
+void CopyStation(const std::string& from, const std::string& to) {
+  const std::string base = EntryNamed(from, kBaseName);
+  CopyWanted(from, to, [&](const fs::path& path) {
+    const std::string name = path.filename().string();
+    return name != base && name != base + kJournalEnding && !IsSoundFile(path);
+  });
+  if (!base.empty()) CopyBase(fs::path(from) / base, fs::path(to) / base);
+}
+
+void CopyFiles(const std::string& from, const std::string& to) {
+  if (fs::exists(from)) CopyWanted(from, to, [](const fs::path&) { return true; });
+}
+
+PrivateFiles::PrivateFiles(Folder& machine, std::string station, Folder& copy, std::string changed)
+    : real_(machine),
+      station_(std::move(station)),
+      copy_(copy),
+      changedFolder_(std::move(changed)) {}
+
+std::string_view PrivateFiles::NameInStation(const std::string& path) const {
+  if (!path.starts_with(station_)) return {};
+  const std::string_view name = std::string_view(path).substr(station_.size());
+  return name.find('/') == std::string_view::npos ? name : std::string_view();
+}
+
+std::string PrivateFiles::Resolve(std::string_view storedPath) const {
+  std::string path = real_.Resolve(storedPath);
+  if (const auto own = own_.find(path); own != own_.end()) return own->second;
+  const std::string_view name = NameInStation(path);
+  if (!name.empty() && (!IsSoundFile(name) || copy_.Exists(name))) return copy_.PathOf(name);
+  return path;
+}
+
+bool PrivateFiles::Exists(std::string_view storedPath) const {
+  return IsRegularFile(Resolve(storedPath));
+}
+
+int64_t PrivateFiles::SizeBytes(std::string_view storedPath) const {
+  return RegularFileSizeBytes(Resolve(storedPath));
+}
+
+std::optional<std::string> PrivateFiles::Read(std::string_view storedPath) const {
+  return ReadWholeFile(Resolve(storedPath));
+}
+
+void PrivateFiles::Write(std::string_view storedPath, std::string_view bytes) {
+  ReplaceWholeFile(MakeOwn(storedPath), bytes);
+}
+
+void PrivateFiles::Remove(std::string_view storedPath) {
+  RemoveFile(MakeOwn(storedPath));
+}
+
+std::string PrivateFiles::MakeOwn(std::string_view storedPath) {
+  const std::string path = real_.Resolve(storedPath);
+  if (path.starts_with(copy_.Path())) return path;
+  if (const auto own = own_.find(path); own != own_.end()) return own->second;
+  const std::string_view name = NameInStation(path);
+  const std::string own = name.empty() ? changedFolder_ + std::to_string(own_.size()) + "-" +
+                                             fs::path(path).filename().string()
+                                       : copy_.PathOf(name);
+  return own_.emplace(path, own).first->second;
+}
+
+}  // namespace zemo

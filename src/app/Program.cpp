@@ -1,0 +1,51 @@
+#include "app/Program.h"
+
+#include <cstdio>
+#include <exception>
+
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+
+namespace zemo {
+
+namespace {
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+int Dispatch(const CommandLine& line) {
+  switch (line.command) {
+    case Command::kScreen:
+      std::fputs("zemoradio: this build has no screen yet: on air as with 'zemoradio run'\n",
+                 stderr);
+      return RunOnAir(line);
+    case Command::kRun:
+      return RunOnAir(line);
+    case Command::kSimulate:
+      return RunSimulate(line);
+    case Command::kRender:
+      return RunRender(line);
+    case Command::kDemo:
+      return RunDemoCommand(line);
+    case Command::kCheck:
+      return RunCheckCommand(line);
+    case Command::kWhy:
+      return RunWhyCommand(line);
+  }
+  return kWrongUsage;
+}
+}  // namespace
+
+int RunProgram(int argc, const char* const* argv) {
+  try {
+    const auto line = ParseCommandLine(argc, argv);
+    return line ? Dispatch(*line) : 0;
+  } catch (const UsageError& error) {
+    std::fprintf(stderr, "zemoradio: %s\n", error.what());
+    return kWrongUsage;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "zemoradio: %s\n", error.what());
+    return kFailed;
+  }
+}
+
+}  // namespace zemo

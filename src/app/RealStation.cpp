@@ -1,0 +1,37 @@
+#include "app/RealStation.h"
+
+#include <utility>
+
+namespace zemo {
+
+namespace {
+constexpr int kSoundPollMs = 20;
+}
+
+RealStation::RealStation(const std::string& stationPath, const std::string& machinePath,
+                         const OutputSpec& output, SoundNotice notice)
+    : application_(arguments_.count, arguments_.values),
+      stationFolder(stationPath),
+      machineFolder(machinePath),
+      localValues(machineFolder),
+      soundFiles(machineFolder),
+      sound(MakeRealSoundChain(opener, output, std::move(notice))),
+      station(Platform{.clock = clock,
+                       .loop = loop,
+                       .sound = *sound,
+                       .stationFolder = stationFolder,
+                       .machineFolder = machineFolder,
+                       .soundFiles = soundFiles,
+                       .localValues = localValues,
+                       .clipboard = clipboard,
+                       .messages = messages,
+                       .keyboard = keyboard,
+                       .system = system}) {
+  loop.SetIdle([this] { sound->Poll(); }, kSoundPollMs);
+}
+
+RealStation::~RealStation() {
+  loop.SetIdle(nullptr, kSoundPollMs);
+}
+
+}  // namespace zemo

@@ -1,0 +1,32 @@
+// `zemoradio render`: as simulate, with the sound decoded, faded and mixed for real into a file.
+#include <memory>
+#include <string>
+
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+#include "app/Simulation.h"
+#include "platform/real/decoders/SoundFileOpener.h"
+#include "platform/real/sound/SoundFileWriter.h"
+
+namespace zemo {
+
+int RunRender(const CommandLine& line) {
+  std::unique_ptr<SoundFileWriter> file;
+  std::string lost;  // why sound could not be written; the engine must not take that for its fault
+  Simulate(line, std::make_unique<SoundFileOpener>(), [&]() -> SimSoundChain::Sink {
+    file = std::make_unique<SoundFileWriter>(line.audio);
+    return [&](const float* stereo, int frames) {
+      if (!lost.empty()) return;
+      try {
+        file->Write(stereo, frames);
+      } catch (const SoundError& error) {
+        lost = error.what();
+      }
+    };
+  });
+  if (!lost.empty()) throw SoundError(lost);
+  file->Close();
+  return 0;
+}
+
+}  // namespace zemo

@@ -1,0 +1,122 @@
+#include "app/RunDisplay.h"
+
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "platform/Clock.h"
+#include "platform/SoundChain.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+
+namespace zemo {
+
+namespace {
+constexpr std::string_view kEraseLine = "\r\033[K";
+constexpr int kUsualWidth = 80;  // columns, where the terminal does not tell
+
+// Without what would move the cursor of a terminal.
+std::string Printable(std::string_view text) {
+  std::string shown(text);
+  std::replace_if(
+      shown.begin(), shown.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7f; },
+      ' ');
+  return shown;
+}
+
+int Width(int terminal) {
+  winsize size{};
+  return ioctl(terminal, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsualWidth;
+}
+
+std::string TextOf(const Event& event, std::string_view member) {
+  for (const auto& [name, value] : event.members)
+    if (name == member)
+      if (const auto* text = std::get_if<std::string>(&value)) return *text;
+  return {};
+}
+
+int64_t NumberOf(const Event& event, std::string_view member) {
+  for (const auto& [name, value] : event.members)
+    if (name == member)
+      if (const auto* number = std::get_if<int64_t>(&value)) return *number;
+  return 0;
+}
+}  // namespace
+
+RunDisplay::RunDisplay(int output) : output_(output), terminal_(isatty(output) != 0) {}
+
+void RunDisplay::OnEvent(const Event& event) {
+  if (event.name == "start") {
+    const std::string title = Trim(TextOf(event, "title"));
+    const std::string shown = title.empty() ? TextOf(event, "file") : title;
+    ShowLine(shown + "  " + FormatDuration(NumberOf(event, "length_ms")));
+  } else if (event.name == "skip") {
+    ShowLine("skipped (" + TextOf(event, "reason") + "): " + TextOf(event, "file"));
+  } else if (event.name == "end" && station_) {
+    heardUntilMs_ = station_->platform.clock.MonotonicMs() +
+                    static_cast<int64_t>(station_->engine.BufferOffsetSec * 1000);
+  } else if (event.name == "error") {
+    ShowFault(TextOf(event, "where") + ": " + TextOf(event, "text"));
+  }
+}
+
+void RunDisplay::ShowFault(std::string_view text) {
+  if (!status_.empty()) Write(std::string(kEraseLine));
+  std::fprintf(stderr, "zemoradio: %s\n", Printable(text).c_str());
+  if (!status_.empty()) Write(status_);
+}
+
+void RunDisplay::ShowLine(std::string_view text) {
+  const std::string line = Printable(TimeText(station_->Now()) + "  " + std::string(text)) + "\n";
+  if (status_.empty())
+    Write(line);
+  else
+    Write(std::string(kEraseLine) + line + status_);
+}
+
+void RunDisplay::ShowStatus() {
+  if (!terminal_) return;
+  status_ = FirstCharacters(Printable(StatusText()), Width(output_) - 1);
+  Write(std::string(kEraseLine) + status_);
+}
+
+void RunDisplay::Finish() {
+  if (!status_.empty()) Write(std::string(kEraseLine));
+  status_.clear();
+}
+
+int64_t RunDisplay::RemainingMs() const {
+  const SoundChain& sound = station_->platform.sound;
+  if (sound.Sounds(0) || sound.Sounds(1)) return std::max(station_->engine.RemainingMs, 1);
+  return std::max<int64_t>(heardUntilMs_ - station_->platform.clock.MonotonicMs(), 0);
+}
+
+std::string RunDisplay::StatusText() const {
+  std::string text = TimeText(station_->Now());
+  if (!station_->engine.IsRunning) text += "  stopping";
+  const int64_t remainingMs = RemainingMs();
+  if (remainingMs > 0)
+    text += "  -" + FormatDuration(remainingMs) + "  " + station_->screen.LblArtiste.text;
+  else
+    text += "  silence";
+  if (!station_->PL.Empty()) {
+    const OnAirRow& next = station_->PL.Row(1);
+    text += "  |  next: " + next[Col::kText] + "  " + next[Col::kSecond];
+  }
+  return text;
+}
+
+// A pipe with room for its smallest whole write, and a terminal that is not held, take a line
+// without waiting.
+void RunDisplay::Write(const std::string& text) const {
+  pollfd room{.fd = output_, .events = POLLOUT, .revents = 0};
+  if (poll(&room, 1, 0) != 1 || (room.revents & POLLOUT) == 0) return;
+  [[maybe_unused]] const ssize_t written = write(output_, text.data(), text.size());
+}
+
+}  // namespace zemo

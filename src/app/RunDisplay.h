@@ -1,0 +1,41 @@
+// What a run without a screen shows: a line for each element that starts, for what is skipped and
+// for faults, and on a terminal a status line that is rewritten in place.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "station/EngineEvents.h"
+
+namespace zemo {
+
+struct Station;
+
+// Never waits for a reader: what cannot be written at once is left out. Thread: the logic's.
+class RunDisplay : public EventSink {
+ public:
+  explicit RunDisplay(int output);  // a file descriptor, which stays the caller's
+
+  // What is shown from now on, lines and status; it must live as long as they are asked for.
+  void Show(const Station& station) { station_ = &station; }
+
+  void OnEvent(const Event& event) override;
+  void ShowStatus();                      // once a second; nothing without a terminal
+  void ShowLine(std::string_view text);   // with the time of the station's clock in front
+  void ShowFault(std::string_view text);  // on standard error
+  void Finish();                          // takes the status line away
+
+ private:
+  int64_t RemainingMs() const;  // of what is heard; 0 in silence
+  std::string StatusText() const;
+  void Write(const std::string& text) const;
+
+  const Station* station_ = nullptr;
+  int output_;
+  bool terminal_;
+  int64_t heardUntilMs_ = 0;  // monotonic: what was read into the buffers is heard until then
+  std::string status_;        // as it stands on the terminal; empty: none does
+};
+
+}  // namespace zemo

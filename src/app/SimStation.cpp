@@ -1,0 +1,59 @@
+#include "app/SimStation.h"
+
+#include <utility>
+
+#include "platform/real/files/StoredPaths.h"
+
+namespace zemo {
+
+namespace {
+std::unique_ptr<SoundFiles> MakeSoundFiles(const SimFolders& folders, Folder& station,
+                                           Folder& machine) {
+  if (folders.copiedFrom.empty()) return std::make_unique<StoredPaths>(machine);
+  return std::make_unique<PrivateFiles>(machine, folders.copiedFrom, station, folders.changed);
+}
+}  // namespace
+
+SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
+                       std::unique_ptr<SoundOpener> soundOpener)
+    : loop(begin),
+      stationFolder(folders.station),
+      machineFolder(folders.machine),
+      localValues(machineFolder),
+      soundFiles(MakeSoundFiles(folders, stationFolder, machineFolder)),
+      opener(std::move(soundOpener)),
+      sound(*opener),
+      system(loop),
+      station(Platform{.clock = loop,
+                       .loop = loop,
+                       .sound = sound,
+                       .stationFolder = stationFolder,
+                       .machineFolder = machineFolder,
+                       .soundFiles = *soundFiles,
+                       .localValues = localValues,
+                       .clipboard = clipboard,
+                       .messages = messages,
+                       .keyboard = keyboard,
+                       .system = system}),
+      stationPath_(folders.copiedFrom.empty() ? stationFolder.Path() : folders.copiedFrom) {
+  loop.SetSound(&sound);
+  clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };
+  messages.shown = [this](const std::string& title, const std::string& text, Buttons buttons,
+                          Answer answer) {
+    station.events.Message(title, text, ButtonsWord(buttons), AnswerWord(answer));
+  };
+  system.ordered = [this](const char* action, const std::string& value) {
+    station.events.System(action, value);
+  };
+}
+
+void SimStation::DropFile(const std::string& name, std::string_view bytes) {
+  stationFolder.Write(name, bytes);
+}
+
+void SimStation::RemoveFile(const std::string& name) {
+  stationFolder.Remove(name);
+  soundFiles->Remove(stationPath_ + name);
+}
+
+}  // namespace zemo

@@ -1,0 +1,162 @@
+#include "app/Simulation.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+#include "app/Moments.h"
+#include "app/PrivateCopy.h"
+#include "app/Script.h"
+#include "app/ScriptOrders.h"
+#include "app/SimStation.h"
+#include "app/StationPaths.h"
+#include "app/TempFolder.h"
+#include "app/Trace.h"
+#include "engine/OperatorControls.h"
+#include "engine/Startup.h"
+#include "platform/real/desktop/RealClock.h"
+#include "platform/real/files/WholeFiles.h"
+
+namespace zemo {
+
+namespace {
+constexpr int kKilledStatus = 137;
+constexpr int64_t kDefaultLengthMs = 3'600'000;
+
+// To the second, as a begin is written.
+LocalDateTime BeginOf(const CommandLine& line) {
+  if (line.from) return *line.from;
+  LocalDateTime now = RealClock().LocalNow();
+  now.millisecond = 0;
+  return now;
+}
+
+std::vector<ScriptOrder> ScriptOf(const CommandLine& line, const LocalDateTime& begin) {
+  if (line.script.empty()) return {};
+  try {
+    const auto text = ReadWholeFile(line.script);
+    if (!text) throw UsageError("--script: there is no file " + line.script);
+    return ParseScript(*text, begin, line.script);
+  } catch (const FileError& error) {
+    throw UsageError(std::string("--script: ") + error.what());
+  } catch (const ScriptError& error) {
+    throw UsageError(error.what());
+  }
+}
+
+// Without a word on it, an hour, or up to the script's last order when that comes later.
+int64_t LengthOf(const CommandLine& line, const std::vector<ScriptOrder>& orders) {
+  if (line.forMs) return *line.forMs;
+  return std::max(kDefaultLengthMs, orders.empty() ? 0 : orders.back().atMs);
+}
+
+// The folders that a run works in, and how their paths are told: as if the station itself were
+// worked on, so that two runs tell the same.
+class Workplace {
+ public:
+  explicit Workplace(const CommandLine& line) {
+    const std::string station = line.station.empty() ? DefaultStationFolder() : line.station;
+    if (!std::filesystem::is_directory(station))
+      throw std::runtime_error("there is no station folder " + station);
+    folders_ = {.station = station, .machine = line.machine, .copiedFrom = {}, .changed = {}};
+    if (line.inPlace && !line.machine.empty()) return;
+
+    temp_.emplace();
+    folders_.machine = temp_->MakeFolder("machine");
+    if (line.inPlace) return;
+    if (!line.machine.empty()) CopyFiles(line.machine, folders_.machine);
+    folders_.station = temp_->MakeFolder("station");
+    folders_.changed = temp_->MakeFolder("changed") + "/";
+    folders_.copiedFrom = LocalFolder(station).Path();
+    CopyStation(station, folders_.station);
+  }
+
+  const SimFolders& Folders() const { return folders_; }
+
+  // Path of a place of the run and what stands for it.
+  ShownPaths PathsToShow(const CommandLine& line) const {
+    ShownPaths paths;
+    if (!temp_) return paths;
+    if (!folders_.copiedFrom.empty())
+      paths.emplace_back(folders_.station + "/", folders_.copiedFrom);
+    const std::string machine =
+        line.machine.empty() ? "machine/" : LocalFolder(line.machine).Path();
+    paths.emplace_back(folders_.machine + "/", machine);
+    paths.emplace_back(temp_->Path() + "/", "");
+    return paths;
+  }
+
+  void Remove() const {
+    if (temp_) temp_->Remove();
+  }
+
+ private:
+  std::optional<TempFolder> temp_;
+  SimFolders folders_;
+};
+
+void StartOrders(const CommandLine& line, Station& station) {
+  if (!Form_Load(station)) throw std::runtime_error("the station could not be loaded");
+  // A copy that goes with the run need not outlive a loss of power, and need not wait for the disk.
+  if (!line.inPlace) station.base.Db().Execute("PRAGMA synchronous = OFF");
+  Form_Activate(station, true);
+  if (!line.noStart && !station.engine.IsRunning) ToolbarButton(station, Toolbar::kStart);
+}
+
+[[noreturn]] void Kill(Trace& trace, const Workplace& place) {
+  try {
+    trace.Flush();
+  } catch (const std::exception&) {
+    // nobody is left to tell
+  }
+  place.Remove();
+  _exit(kKilledStatus);
+}
+
+void RunSimulation(const CommandLine& line, const std::vector<ScriptOrder>& orders,
+                   const Workplace& place, SimStation& sim, Trace& trace) {
+  Station& station = sim.station;
+  station.events.SetSink(&trace);
+  // The orders due at the begin are served behind the start order, which itself can take time.
+  const auto queue = [&](bool atBegin) {
+    for (const ScriptOrder& order : orders)
+      if ((order.atMs == 0) == atBegin)
+        sim.loop.At(order.atMs, [&] {
+          if (order.order == Order::kKill) Kill(trace, place);
+          ServeOrder(sim, order);
+        });
+  };
+  queue(false);
+  StartOrders(line, station);
+  queue(true);
+  sim.loop.RunUntil(LengthOf(line, orders));
+  // What is undone behind the end of the run is no event of it.
+  station.events.SetSink(nullptr);
+}
+}  // namespace
+
+void Simulate(const CommandLine& line, std::unique_ptr<SoundOpener> opener,
+              const std::function<SimSoundChain::Sink()>& makeSink) {
+  const LocalDateTime begin = BeginOf(line);
+  const std::vector<ScriptOrder> orders = ScriptOf(line, begin);
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that leaves must not leave our folder behind
+  const Workplace place(line);
+  const ShownPaths shownPaths = place.PathsToShow(line);
+  try {
+    SimStation sim(place.Folders(), begin, std::move(opener));
+    Trace trace(line.trace, sim.loop);
+    trace.ShowPathsAs(shownPaths);
+    if (makeSink) sim.sound.SetSink(makeSink());
+    RunSimulation(line, orders, place, sim, trace);
+    sim.sound.FlushSink();
+    trace.Flush();
+  } catch (const std::exception& error) {
+    throw std::runtime_error(WithShownPaths(error.what(), shownPaths));
+  }
+}
+
+}  // namespace zemo

@@ -1,0 +1,40 @@
+#include "app/StationPaths.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string_view>
+
+#include "platform/real/files/NoCaseNames.h"
+
+namespace zemo {
+
+namespace {
+constexpr const char* kBaseName = "Triskin.MDB";
+constexpr const char* kOurs = "/ZemoKaluri/ZemoRadio";
+
+// The folder that the variable names, else the one below the home folder. Only an absolute path
+// counts in these variables.
+std::string UserFolder(const char* variable, const char* belowHome) {
+  const char* named = std::getenv(variable);
+  if (named && named[0] == '/') return named + std::string(kOurs);
+  const char* home = std::getenv("HOME");
+  if (home && home[0] == '/') return std::string(home) + belowHome + kOurs;
+  throw std::runtime_error(std::string("neither ") + variable +
+                           " nor HOME is set: name the folders with --station and --machine");
+}
+}  // namespace
+
+std::string DefaultStationFolder() {
+  std::error_code error;
+  const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
+  const std::string beside = error ? std::string() : executable.parent_path().string();
+  if (!beside.empty() && !EntryNamed(beside, kBaseName).empty()) return beside;
+  return UserFolder("XDG_DATA_HOME", "/.local/share");
+}
+
+std::string DefaultMachineFolder() {
+  return UserFolder("XDG_CONFIG_HOME", "/.config");
+}
+
+}  // namespace zemo

@@ -1,0 +1,15 @@
+// Where a station and a machine stand when the command line does not say it.
+#pragma once
+
+#include <string>
+
+namespace zemo {
+
+// The folder of the executable when that holds a Triskin.MDB, else the user's data folder. Throws
+// std::runtime_error when there is no home to look in.
+std::string DefaultStationFolder();
+
+// The user's configuration folder. Throws as above.
+std::string DefaultMachineFolder();
+
+}  // namespace zemo

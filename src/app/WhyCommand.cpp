@@ -1,0 +1,152 @@
+// `zemoradio why`: may a music title play at a moment, and if not, why and from when; and what
+// brought an element of the report on air. Works on a private copy and changes nothing.
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+#include "app/PrivateCopy.h"
+#include "app/SimStation.h"
+#include "app/StationPaths.h"
+#include "app/TempFolder.h"
+#include "app/Trace.h"
+#include "app/WhyReport.h"
+#include "platform/real/decoders/LengthOnlyOpener.h"
+#include "platform/real/decoders/SoundFileOpener.h"
+#include "platform/real/desktop/RealClock.h"
+#include "platform/real/files/NoCaseNames.h"
+#include "scheduling/ChoiceLog.h"
+#include "scheduling/TitleEligibility.h"
+#include "settings/SideFiles.h"
+#include "station/TimeForms.h"
+
+namespace zemo {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Copies of the station and the machine, and their paths as the errors are to show them.
+class AskedStation {
+ public:
+  explicit AskedStation(const CommandLine& line)
+      : from_(line.station.empty() ? DefaultStationFolder() : line.station),
+        machine_(line.machine.empty() ? DefaultMachineFolder() : line.machine) {
+    if (!std::filesystem::is_directory(from_))
+      throw std::runtime_error("there is no station folder " + from_);
+    if (EntryNamed(from_, "Triskin.MDB").empty())
+      throw std::runtime_error("there is no base Triskin.MDB in " + from_);
+    if (!line.machine.empty() && !std::filesystem::is_directory(machine_))
+      throw std::runtime_error("there is no machine folder " + machine_);
+    folders_.station = temp_.MakeFolder("station");
+    folders_.machine = temp_.MakeFolder("machine");
+    folders_.changed = temp_.MakeFolder("changed") + "/";
+    folders_.copiedFrom = LocalFolder(from_).Path();
+    CopyStation(from_, folders_.station);
+    CopyFiles(machine_, folders_.machine);
+  }
+  const SimFolders& Folders() const { return folders_; }
+  ShownPaths Paths() const {
+    return {{folders_.station + "/", folders_.copiedFrom},
+            {folders_.machine + "/", LocalFolder(machine_).Path()}};
+  }
+
+ private:
+  TempFolder temp_;
+  std::string from_, machine_;
+  SimFolders folders_;
+};
+
+// The base alone: nothing of what a start does to a station.
+void OpenStation(Station& station) {
+  SetSideFileNames(station);
+  station.base.OpenOrCreateDatabase();
+  station.base.Db().Execute("PRAGMA synchronous = OFF");
+  station.base.CreateMissingTables([](const std::string&, int, const std::string&) {});
+  station.base.OpenAllTables();
+  station.base.SeedFixedRows();
+}
+
+// "YYYY-MM-DD hh:mm:ss", and with 'T' for programs.
+std::string MomentText(const LocalDateTime& at, char between) {
+  const std::string key = DateKey(at);  // yyyymmdd
+  return key.substr(0, 4) + "-" + key.substr(4, 2) + "-" + key.substr(6, 2) + between +
+         TimeText(at);
+}
+
+std::string WhenText(const TitleReason& reason) {
+  if (!reason.after.empty()) return reason.after;
+  return reason.from ? "from " + MomentText(*reason.from, ' ') : "never";
+}
+
+// All moments count, and what only the course of the air brings about.
+std::string WhenAllText(const TitleAnswer& answer) {
+  if (!answer.from) return "never";
+  std::string text;
+  if (*answer.from != answer.at) text = "from " + MomentText(*answer.from, ' ');
+  for (const TitleReason& reason : answer.reasons)
+    if (!reason.after.empty()) text += (text.empty() ? "" : ", and ") + reason.after;
+  return text;
+}
+
+void TellTitle(const TitleAnswer& answer, std::ostream& out) {
+  out << (answer.MayPlay() ? "may play" : "may not play") << "\n";
+  out << "  card " << answer.code << ": " << answer.artist << " - " << answer.title << " ("
+      << answer.genre << ", " << answer.variety << "), " << MomentText(answer.at, ' ') << "\n";
+  for (const TitleReason& reason : answer.reasons)
+    out << "  " << reason.test << ": " << reason.words << "; " << WhenText(reason) << "\n";
+  if (!answer.MayPlay()) out << "it may play: " << WhenAllText(answer) << "\n";
+}
+
+void TellTitleJson(const TitleAnswer& answer, std::ostream& out) {
+  const auto moment = [](const std::optional<LocalDateTime>& at) {
+    return at ? Json(MomentText(*at, 'T')) : Json();
+  };
+  Json json = {
+      {"code", answer.code},         {"at", moment(answer.at)},   {"may_play", answer.MayPlay()},
+      {"from", moment(answer.from)}, {"artist", answer.artist},   {"title", answer.title},
+      {"genre", answer.genre},       {"variety", answer.variety}, {"file", answer.file}};
+  json["reasons"] = Json::array();
+  for (const TitleReason& reason : answer.reasons)
+    json["reasons"].push_back({{"test", reason.test},
+                               {"words", reason.words},
+                               {"from", moment(reason.from)},
+                               {"after", reason.after},
+                               {"never", reason.Never()}});
+  out << json.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
+void TellAnswer(const CommandLine& line, const LocalDateTime& at, SimStation& sim,
+                std::ostream& out) {
+  OpenStation(sim.station);
+  if (line.report)
+    return TellReport(sim.station, sim.machineFolder.Read(kChoicesFile).value_or(""), *line.report,
+                      line.json, out);
+  const auto answer = WhyTitle(sim.station, *line.code, at);
+  if (!answer) throw std::runtime_error("there is no music card " + std::to_string(*line.code));
+  if (line.json)
+    TellTitleJson(*answer, out);
+  else
+    TellTitle(*answer, out);
+}
+
+}  // namespace
+
+int RunWhyCommand(const CommandLine& line) {
+  LocalDateTime at = line.at.value_or(RealClock().LocalNow());
+  at.millisecond = 0;
+  const AskedStation asked(line);
+  try {
+    SimStation sim(asked.Folders(), at,
+                   std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
+    TellAnswer(line, at, sim, std::cout);
+  } catch (const std::exception& error) {
+    throw std::runtime_error(WithShownPaths(error.what(), asked.Paths()));
+  }
+  return 0;
+}
+
+}  // namespace zemo

@@ -1,0 +1,158 @@
+// The order of the check: folder, base, what the base names, side files.
+#include "app/check/Check.h"
+
+#include <fcntl.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <optional>
+#include <ostream>
+
+#include "app/check/CheckParts.h"
+#include "app/check/Findings.h"
+#include "app/check/ReadOnlyBase.h"
+#include "platform/real/files/LocalFolder.h"
+#include "platform/real/files/StoredPaths.h"
+#include "station/SideFileText.h"
+#include "station/TextForms.h"
+
+namespace zemo {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kBaseName = "Triskin.MDB";
+// A day of reports, a base rebuilt beside the old one and an exported list fit in the first; a week
+// of recorded links in the second.
+constexpr int64_t kLeastFreeBytes = 20 * 1000 * 1000;
+constexpr int64_t kFewFreeBytes = 200 * 1000 * 1000;
+
+// Whether the process as it runs now may do that.
+bool May(const std::string& path, int what) {
+  return faccessat(AT_FDCWD, path.c_str(), what, AT_EACCESS) == 0;
+}
+
+// What keeps the file from being opened at all; nullopt when it can be.
+std::optional<std::string> WhyNoBaseFile(const std::string& path) {
+  std::error_code failed;
+  const fs::file_status status = fs::status(path, failed);
+  if (fs::is_directory(status)) return "is a folder, not a database";
+  if (!fs::is_regular_file(status)) return "is no file";
+  if (!May(path, R_OK)) return "cannot be read: no permission";
+  if (fs::file_size(path, failed) == 0) return "is empty";
+  return std::nullopt;
+}
+
+// The base file whatever the case of its name, also where it is no regular file; empty without one.
+std::string FindBase(const LocalFolder& station, Findings& findings) {
+  std::string found;
+  std::error_code failed;
+  for (const fs::directory_entry& entry : fs::directory_iterator(station.Path(), failed)) {
+    const std::string name = entry.path().filename().string();
+    if (!EqualNoCase(name, kBaseName)) continue;
+    if (!found.empty())
+      findings.Warning("base", name, "stands twice, in another spelling: only one is used");
+    if (found.empty() || name == kBaseName) found = entry.path().string();
+  }
+  return found;
+}
+
+void CheckBase(const LocalFolder& station, const SoundFiles& files, int lockWaitMs,
+               Findings& findings) {
+  const std::string path = FindBase(station, findings);
+  if (path.empty()) {
+    findings.Error("base", kBaseName, "is missing");
+    return;
+  }
+  if (const std::optional<std::string> why = WhyNoBaseFile(path)) {
+    findings.Error("base", kBaseName, *why);
+    return;
+  }
+  try {
+    const ReadOnlyBase base(path, lockWaitMs);
+    if (base.Interrupted()) {
+      findings.Warning(
+          "base", kBaseName,
+          "a run was interrupted while it wrote; the next start takes its last change back");
+    }
+    if (base.HeldForWriting()) {
+      findings.Error("base", kBaseName, "is locked by another process, nothing can be stored");
+    }
+    if (!May(path, W_OK)) findings.Error("base", kBaseName, "cannot be written: no permission");
+    if (!CheckStructure(base, findings)) return;
+    CheckSettings(base, findings);
+    CheckModels(base, findings);
+    CheckElements(base, files, findings);
+    CheckStoredLists(base, findings);
+  } catch (const BaseError& error) {
+    findings.Error("base", kBaseName, error.what());
+  }
+}
+
+}  // namespace
+
+bool IsClockTime(std::string_view text) {
+  const auto digit = [&](size_t i) { return text[i] >= '0' && text[i] <= '9'; };
+  return text.size() == 5 && text[2] == ':' && digit(0) && digit(1) && digit(3) && digit(4) &&
+         Val(text.substr(0, 2)) < 24 && Val(text.substr(3)) < 60;
+}
+
+void CheckFolder(const std::string& station, Findings& findings) {
+  if (!May(station, W_OK | X_OK)) {
+    findings.Error("folder", station, "cannot be written: no permission");
+  }
+  struct statvfs disk {};
+  if (statvfs(station.c_str(), &disk) != 0) return;
+  const int64_t freeBytes =
+      static_cast<int64_t>(disk.f_bavail) * static_cast<int64_t>(disk.f_frsize);
+  const std::string left = std::to_string(freeBytes / 1000000) + " MB are left on its disk";
+  if (freeBytes < kLeastFreeBytes) {
+    findings.Error("disk", station, "is full: " + left);
+  } else if (freeBytes < kFewFreeBytes) {
+    findings.Warning("disk", station, "is nearly full: " + left);
+  }
+}
+
+void CheckStation(const CheckOptions& options, const std::function<void(const Finding&)>& found) {
+  Findings findings(found);
+  std::error_code failed;
+  if (options.machineNamed && !fs::is_directory(options.machine, failed)) {
+    findings.Error("machine", options.machine, "the machine folder is missing");
+  }
+  if (!fs::is_directory(options.station, failed)) {
+    findings.Error("folder", options.station, "the station folder is missing");
+    return;
+  }
+  LocalFolder machine(options.machine);
+  const LocalFolder station(options.station);
+  const StoredPaths files(machine);
+  try {
+    CheckFolder(options.station, findings);
+    CheckBase(station, files, options.lockWaitMs, findings);
+    CheckSideFiles(station, files, findings);
+  } catch (const std::exception& error) {
+    findings.Error("folder", options.station, error.what());
+  }
+}
+
+int RunCheck(const CheckOptions& options, std::ostream& out) {
+  int errors = 0, warnings = 0;
+  CheckStation(options, [&](const Finding& finding) {
+    const bool warning = finding.severity == Severity::kWarning;
+    ++(warning ? warnings : errors);
+    out << OneLine("check: " + finding.kind + ": " + finding.what + ": " + finding.why)
+        << (warning ? " (warning)\n" : "\n");
+  });
+  if (errors + warnings == 0) {
+    out << "check: nothing found" << std::endl;
+    return 0;
+  }
+  const auto count = [](int n, const char* word) {
+    return std::to_string(n) + " " + word + (n == 1 ? "" : "s");
+  };
+  out << "check: " << count(errors, "error") << ", " << count(warnings, "warning") << std::endl;
+  return 1;
+}
+
+}  // namespace zemo

@@ -1,0 +1,32 @@
+// The parts of the check, each over one kind of thing. None throws on what it finds.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "app/check/Findings.h"
+#include "app/check/ReadOnlyBase.h"
+#include "platform/Folder.h"
+
+namespace zemo {
+
+// Rights and room of the station's folder.
+void CheckFolder(const std::string& station, Findings& findings);
+
+// The lists and day files of the station's folder.
+void CheckSideFiles(const Folder& station, const SoundFiles& files, Findings& findings);
+
+// Soundness, and the thirteen tables with their fields. True when the base can be asked for more.
+bool CheckStructure(const ReadOnlyBase& base, Findings& findings);
+
+// Settings, models and stored lists.
+void CheckSettings(const ReadOnlyBase& base, Findings& findings);
+void CheckModels(const ReadOnlyBase& base, Findings& findings);
+void CheckStoredLists(const ReadOnlyBase& base, Findings& findings);
+
+bool IsClockTime(std::string_view text);  // "hh:mm"
+
+// Every record that names a sound file, with that file.
+void CheckElements(const ReadOnlyBase& base, const SoundFiles& files, Findings& findings);
+
+}  // namespace zemo

@@ -1,0 +1,144 @@
+// `zemoradio run` from outside, in real time: what it makes, shows and leaves, and how it ends.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "BlackBox.h"
+
+namespace zemo {
+namespace {
+
+class RunOnAir : public BlackBox {
+ protected:
+  // Shell: run in the background, and wait until its first line is there.
+  static std::string UntilOnAir() {
+    return "$zemoradio run --station station --machine machine --output null >lines & "
+           "i=0; until [ -s lines ] || [ $((i=i+1)) -gt 1000 ]; do sleep 0.01; done; ";
+  }
+  char OnOff() const { return ReadText(root_ / "station/ZemoOnOff.Dat").at(0); }
+};
+
+TEST_F(RunOnAir, ANewStationIsMadeAndTheRunEndsAfterItsTime) {
+  const Result result =
+      Run("run --station new/station --machine new/machine --output null --for 0");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, "");
+  EXPECT_TRUE(std::filesystem::exists(root_ / "new/station/Triskin.MDB"));
+  EXPECT_TRUE(std::filesystem::exists(root_ / "new/machine/ZemoPlay.Ini"));
+}
+
+TEST_F(RunOnAir, TheBareCommandAirsTooAndSaysSo) {
+  // Without a duration only a signal ends it.
+  const Result result = Shell(
+      "$zemoradio --station station --machine machine & "
+      "i=0; until [ -s station/ZemoOnOff.Dat ] || [ $((i=i+1)) -gt 1000 ]; do sleep 0.01; done; "
+      "kill -TERM $!; wait $!");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err.rfind("zemoradio: this build has no screen yet", 0), 0u) << result.err;
+}
+
+TEST_F(RunOnAir, AnElementIsALineAndPlaysToItsEndWhenTheTimeIsOver) {
+  MakeStation({3}, true);
+  const Result result =
+      Run("run --station station --machine machine --output file:air.wav --for 1");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, "");
+  const auto lines = LinesOf(result.out);
+  ASSERT_EQ(lines.size(), 2u) << result.out;
+  EXPECT_EQ(lines[0].substr(8), "  Artist 1  Title 1  00:03");
+  EXPECT_EQ(lines[1].substr(8), "  stopping: what is on air plays to its end");
+  EXPECT_TRUE(std::all_of(result.out.begin(), result.out.end(),
+                          [](unsigned char byte) { return byte >= 0x20 || byte == '\n'; }));
+  EXPECT_GE(std::filesystem::file_size(root_ / "air.wav"), 3u * 44100 * 4);
+  EXPECT_EQ(OnOff(), '0');
+}
+
+TEST_F(RunOnAir, ATerminationStopsAndDrains) {
+  MakeStation({2}, true);
+  const Result result = Shell(UntilOnAir() + "kill -TERM $!; wait $!");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(OnOff(), '0');
+  const Result report = Shell("sqlite3 station/Triskin.MDB 'SELECT TITRE FROM Rapport'");
+  EXPECT_EQ(report.out, "Title 1\n");
+}
+
+TEST_F(RunOnAir, ASecondTerminationLeavesAtOnce) {
+  MakeStation({900}, true);
+  const auto begin = std::chrono::steady_clock::now();
+  const Result result =
+      Shell(UntilOnAir() + "while kill -TERM $! 2>/dev/null; do sleep 0.1; done; wait $!");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(120));  // of 900
+  EXPECT_EQ(OnOff(), '0');
+}
+
+TEST_F(RunOnAir, AStationKilledOnAirGoesOnAirByItself) {
+  MakeStation({900, 900}, true);
+  EXPECT_EQ(Shell(UntilOnAir() + "kill -KILL $!; wait $!").status, 137);
+  const Result result = Shell("rm lines; " + UntilOnAir() +
+                              "while kill -TERM $! 2>/dev/null; do sleep 0.1; done; wait $!");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_NE(ReadText(root_ / "lines").find("  15:00\n"), std::string::npos);
+}
+
+TEST_F(RunOnAir, OnATerminalTheStatusLineIsRewrittenInPlace) {
+  MakeStation({50}, true);
+  const Result result = Shell(
+      "script -qec \"timeout -k 1 3 $zemoradio run --station station --machine machine "
+      "--output null\" /dev/null");
+  EXPECT_NE(result.out.find("\r\033[K"), std::string::npos);
+  EXPECT_NE(result.out.find("  -00:4"), std::string::npos)
+      << result.out;  // of 50 s and the buffers
+  EXPECT_NE(result.out.find("  Artist 1  Title 1"), std::string::npos) << result.out;
+}
+
+TEST_F(RunOnAir, AReaderThatLeavesDoesNotEndTheAir) {
+  MakeStation({2}, true);
+  const Result result = Shell(
+      "($zemoradio run --station station --machine machine --output null --for 1; echo $? >status) "
+      "| "
+      "true");
+  EXPECT_EQ(ReadText(root_ / "status"), "0\n") << result.err;
+}
+
+TEST_F(RunOnAir, ABaseThatAnotherProgramHoldsIsOneLineAndStatusOne) {
+  MakeStation({2}, true);
+  sqlite3* holder = nullptr;
+  ASSERT_EQ(sqlite3_open(Path("station/Triskin.MDB").c_str(), &holder), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  for (const char* command : {"run --output null --for 0", "simulate --for 1"}) {
+    const Result result = Run(std::string(command) + " --station station --machine machine");
+    EXPECT_EQ(result.status, 1) << command;
+    ExpectOneError(result.err);
+    EXPECT_NE(result.err.find("station/Triskin.MDB is locked"), std::string::npos) << result.err;
+  }
+  sqlite3_close(holder);
+}
+
+TEST_F(RunOnAir, AnOutputThatCannotBeMadeIsOneLineAndStatusOne) {
+  const Result result =
+      Run("run --station station --machine machine --output file:no/such/folder/a.wav --for 0");
+  EXPECT_EQ(result.status, 1);
+  ExpectOneError(result.err);
+}
+
+TEST_F(RunOnAir, AStationFolderThatCannotBeMadeIsOneLineAndStatusOne) {
+  Put("file", "");
+  const Result result = Run("run --station file/station --machine machine --output null --for 0");
+  EXPECT_EQ(result.status, 1);
+  ExpectOneError(result.err);
+}
+
+TEST_F(RunOnAir, AMachineFolderThatCannotBeMadeCostsALineAndNotTheAir) {
+  Put("file", "");
+  MakeStation({2}, true);
+  const Result result = Run("run --station station --machine file/machine --output null --for 1");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.out.find("Title 1"), std::string::npos);
+  EXPECT_EQ(result.err.rfind("zemoradio: cannot make the machine folder", 0), 0u) << result.err;
+}
+
+}  // namespace
+}  // namespace zemo
