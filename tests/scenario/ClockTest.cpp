@@ -1,0 +1,235 @@
+// The clock around the air: timed start and stop, midnight, summer time, a clock that is set.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ctime>
+
+#include "support/TestStation.h"
+
+namespace zemo::test {
+namespace {
+
+// No music: a jingle row survives the change of the hour.
+void AppendJingle(TestStation& on, int64_t lengthMs) {
+  static int number = 0;
+  Cells row;
+  row[Col::kText] = "JINGLE";
+  row[Col::kFile] = on.MakeSound("jingle" + std::to_string(++number) + ".wav", lengthMs);
+  row[Col::kCode] = "-1";
+  on.Append(row);
+}
+
+void SetZone(const char* zone) {
+  setenv("TZ", zone, 1);
+  tzset();
+}
+
+// 21 November 2026 is a Saturday: day 5.
+TEST(TimedStart, StartsAtItsMinute) {
+  TestStation on("2026-11-21 12:00:30");
+  on.MakeFile("StartStop.5", "\"START\",\"12:01\"\r\n");
+  on.Load();
+  AppendJingle(on, 10000);
+  on.RunUntil(40000);
+  ASSERT_EQ(on.Starts().size(), 1U) << on.Describe();
+  EXPECT_EQ(on.Starts()[0].atMs, 30000);
+}
+
+TEST(TimedStart, IsNotTakenOnAProductionMachine) {
+  TestStation on("2026-11-21 12:00:30");
+  on.MakeFile("StartStop.5", "\"START\",\"12:01\"\r\n");
+  on.localValues.Set("PCProduction", "True");
+  // A production machine creates no table: another machine made the base.
+  {
+    TestStation other("2026-11-21 12:00:00");
+    other.Load();
+    std::string bytes = *other.stationFolder.Read("Triskin.MDB");
+    on.stationFolder.Write("Triskin.MDB", bytes);
+  }
+  on.Load();
+  AppendJingle(on, 10000);
+  on.RunUntil(40000);
+  EXPECT_TRUE(on.Starts().empty()) << on.Describe();
+  EXPECT_FALSE(on.stationFolder.Exists("ZemoOnOff.Dat"));
+}
+
+TEST(TimedStart, IsNotTakenWithMnuStartStopOff) {
+  TestStation on("2026-11-21 12:00:30");
+  on.MakeFile("StartStop.5", "\"START\",\"12:01\"\r\n");
+  on.localValues.Set("StartAndStop", "False");
+  on.Load();
+  AppendJingle(on, 10000);
+  on.RunUntil(40000);
+  EXPECT_TRUE(on.Starts().empty()) << on.Describe();
+}
+
+TEST(TimedStop, WithoutSuffixLetsTheElementEnd) {
+  TestStation on("2026-11-21 12:00:50");
+  on.MakeFile("StartStop.5", "\"STOP\",\"12:01\"\r\n");
+  on.Load();
+  AppendJingle(on, 20000);
+  AppendJingle(on, 20000);
+  on.Start();
+  on.RunUntil(60000);
+  EXPECT_EQ(on.Events("engine").back().atMs, 10000) << on.Describe();
+  EXPECT_EQ(on.First("end")->atMs, 20100);
+  EXPECT_EQ(on.Starts().size(), 1U);
+}
+
+TEST(TimedStop, WithFFadesTheElement) {
+  TestStation on("2026-11-21 12:00:50");
+  on.MakeFile("StartStop.5", "\"STOP\",\"12:01-F\"\r\n");
+  on.Load();
+  AppendJingle(on, 60000);
+  AppendJingle(on, 60000);
+  on.Start();
+  on.RunUntil(60000);
+  // The tick of the stop ends at once; the next one fades over 1600 ms.
+  EXPECT_EQ(on.First("fade")->atMs, 10100) << on.Describe();
+  EXPECT_EQ(on.First("end")->atMs, 11700);
+  EXPECT_EQ(on.Starts().size(), 1U);
+}
+
+TEST(TimedStop, WithQClosesTheOutputAndShutsDown) {
+  TestStation on("2026-11-21 12:00:50");
+  on.MakeFile("StartStop.5", "\"STOP\",\"12:01-Q\"\r\n");
+  on.Load();
+  AppendJingle(on, 60000);
+  on.Start();
+  on.RunUntil(60000);
+  ASSERT_EQ(on.Events("system").size(), 1U) << on.Describe();
+  EXPECT_EQ(on.Events("system")[0].atMs, 10000);
+  EXPECT_EQ(on.Events("system")[0]["action"], "shutdown");
+  EXPECT_EQ(on.First("output", "state", "close")->atMs, 10000);
+}
+
+TEST(TimedStop, EditsOfTheFileTakeEffectInTheMinute00) {
+  TestStation on("2026-11-21 12:59:50");
+  on.Load();
+  AppendJingle(on, 600000);
+  on.Start();
+  on.At(5000, [&] { on.MakeFile("StartStop.5", "\"STOP\",\"13:00\"\r\n"); });
+  on.RunUntil(60000);
+  EXPECT_EQ(on.Events("engine").back().atMs, 10000) << on.Describe();
+}
+
+TEST(Topage, StopsTheEngineAndTellsTheNeighbour) {
+  TestStation on("2026-11-21 12:00:50");
+  on.MakeFile("Topage.5", "\"12:01\"\r\n");
+  on.Load();
+  AppendJingle(on, 20000);
+  on.Start();
+  on.RunUntil(40000);
+  const auto words = on.Events("clipboard");
+  ASSERT_EQ(words.size(), 2U) << on.Describe();
+  EXPECT_EQ(words[0].atMs, 10000);
+  EXPECT_EQ(words[0]["text"], "12:01:00");
+  EXPECT_EQ(words[1]["text"], "Topage");
+  EXPECT_EQ(words[1].atMs, 22600);  // the element ends at 20100, the drain lasts 2.5 s
+  EXPECT_EQ(on.stationFolder.Read("CheckTopage.Dat"), "Topage          ");
+}
+
+TEST(Midnight, NoGuardGoesNegative) {
+  TestStation on("2026-11-21 23:59:50");
+  on.Load();
+  AppendJingle(on, 60000);
+  AppendJingle(on, 60000);
+  on.Start();
+  on.RunUntil(20000);
+  const EngineState& engine = on.station.engine;
+  const float now = on.station.Timer();
+  EXPECT_EQ(engine.LastDay, 22);
+  for (float guard :
+       {static_cast<float>(engine.LastGridCheckTimer), static_cast<float>(engine.LastJingleTimer),
+        static_cast<float>(engine.LastIntroJingleTimer),
+        static_cast<float>(engine.LastPlaylistWatchTimer),
+        static_cast<float>(engine.LastTopHourTimer)})
+    EXPECT_GE(now - guard, 0.0F);
+}
+
+TEST(Midnight, OverlapAcrossItEndsWithTheOldElement) {
+  TestStation on("2026-11-21 23:59:00");
+  on.Load();
+  on.Set("PmixJingles", "1600");
+  AppendJingle(on, 60300);
+  AppendJingle(on, 60000);
+  on.Start();
+  on.RunUntil(70000);
+  EXPECT_EQ(on.Starts().at(1).atMs, 58800) << on.Describe();
+  EXPECT_EQ(on.Events("onair").at(1).atMs, 60400);
+  EXPECT_EQ(on.SqlText("SELECT LADATE || ' ' || HEURE FROM Rapport WHERE CODE = 2"),
+            "22/11/2026 00:00:00");
+}
+
+TEST(NewHour, UnplayedMusicGoesAndNegativeRowsStay) {
+  TestStation on("2026-11-21 12:59:50");
+  on.Load();
+  AppendJingle(on, 60000);
+  on.AppendCard(on.AddCard({}));
+  AppendJingle(on, 60000);
+  on.AppendCard(on.AddCard({}));
+  on.Start();
+  on.RunUntil(9900);
+  EXPECT_EQ(on.station.PL.Count(), 3);
+  on.RunUntil(10000);
+  ASSERT_EQ(on.station.PL.Count(), 1);
+  EXPECT_EQ(on.station.PL.Row(1).Code(), -1);
+}
+
+TEST(SummerTime, BeginsInTheMiddleOfAnElement) {
+  SetZone("Europe/Paris");
+  TestStation on("2027-03-28 01:59:30");
+  on.Load();
+  on.Set("PmixJingles", "1600");
+  AppendJingle(on, 60000);
+  AppendJingle(on, 60000);
+  on.Start();
+  on.RunUntil(70000);
+  EXPECT_EQ(on.Starts().at(1).atMs, 58500) << on.Describe();
+  EXPECT_EQ(on.SqlText("SELECT LADATE || ' ' || HEURE FROM Rapport WHERE CODE = 2"),
+            "28/03/2027 03:00:30");
+}
+
+TEST(SummerTime, EndsInTheMiddleOfAnElement) {
+  SetZone("Europe/Paris");
+  TestStation on("2026-10-25 02:59:30");  // the first of the two
+  on.Load();
+  on.Set("PmixJingles", "1600");
+  AppendJingle(on, 60000);
+  AppendJingle(on, 60000);
+  on.Start();
+  on.RunUntil(70000);
+  EXPECT_EQ(on.Starts().at(1).atMs, 58500) << on.Describe();
+  EXPECT_EQ(on.SqlText("SELECT LADATE || ' ' || HEURE FROM Rapport WHERE CODE = 2"),
+            "25/10/2026 02:00:30");
+}
+
+TEST(SetClock, BackByAnHourDuringAnOverlapDoesNotHoldTheAir) {
+  TestStation on("2026-11-21 12:30:00");
+  on.Load();
+  on.Set("PmixJingles", "1600");
+  for (int i = 0; i < 3; ++i) AppendJingle(on, 60000);
+  on.Start();
+  on.At(59000, [&] { on.loop.ShiftWallClock(-3600000); });
+  on.RunUntil(130000);
+  const auto starts = on.Starts();
+  ASSERT_EQ(starts.size(), 3U) << on.Describe();
+  EXPECT_EQ(on.Events("onair").at(1).atMs, 60100);
+  EXPECT_EQ(starts[2].atMs, 116900);  // 58500 + 60000 - 1600
+}
+
+TEST(SetClock, ForwardByAnHourDuringAnOverlapDoesNotHoldTheAir) {
+  TestStation on("2026-11-21 12:30:00");
+  on.Load();
+  on.Set("PmixJingles", "1600");
+  for (int i = 0; i < 3; ++i) AppendJingle(on, 60000);
+  on.Start();
+  on.At(59000, [&] { on.loop.ShiftWallClock(3600000); });
+  on.RunUntil(130000);
+  ASSERT_EQ(on.Starts().size(), 3U) << on.Describe();
+  EXPECT_EQ(on.Events("onair").at(1).atMs, 60100);
+  EXPECT_EQ(on.Starts()[2].atMs, 116900);
+}
+
+}  // namespace
+}  // namespace zemo::test

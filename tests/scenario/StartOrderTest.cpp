@@ -1,0 +1,244 @@
+// Coming up and going down: what is created, resumed, refused.
+#include <gtest/gtest.h>
+
+#include "engine/OperatorControls.h"
+#include "engine/StartStop.h"
+#include "engine/Startup.h"
+#include "support/TestStation.h"
+
+namespace zemo::test {
+namespace {
+
+void AppendSpot(TestStation& on, int64_t lengthMs) {
+  Cells row;
+  row[Col::kText] = "SPOT";
+  row[Col::kFile] = on.MakeSound("spot.wav", lengthMs);
+  row[Col::kCode] = "-2";
+  on.Append(row);
+}
+
+TEST(StartOrder, MissingBaseIsCreatedWithItsThirteenTablesAndSeedRows) {
+  TestStation on;
+  on.Load();
+  EXPECT_EQ((*on.First("base"))["state"], "created");
+  EXPECT_EQ(
+      on.SqlText(
+          "SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%'"),
+      "13");
+  EXPECT_EQ(on.SqlText("SELECT group_concat(VARIETE || POURCENT) FROM Variete"),
+            "NATIONAL40,INTERNATIONAL60");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) || MIN(HEURE) || MAX(HEURE) FROM Toph"), "24023");
+  EXPECT_EQ(on.SqlText("SELECT CycleMaxi FROM Cnf"), "9000000");
+  EXPECT_TRUE(on.stationFolder.Exists("Triskin.MDB"));
+}
+
+TEST(StartOrder, ExistingBaseIsOpenedInAnyCaseOfItsName) {
+  TestStation first;
+  first.Load();
+  TestStation on;
+  on.stationFolder.Write("triskin.mdb", *first.stationFolder.Read("Triskin.MDB"));
+  Station again(on.station.platform);  // the name is looked up when the station is made
+  EXPECT_TRUE(Form_Load(again));
+  EXPECT_FALSE(again.base.Path().find("triskin.mdb") == std::string::npos);
+}
+
+TEST(StartOrder, TextFileAsBaseIsOneClearError) {
+  TestStation on;
+  on.MakeFile("Triskin.MDB", "This is no database, only a text of some length.");
+  try {
+    Form_Load(on.station);
+    FAIL() << "a text file was opened as a base";
+  } catch (const StoreError& error) {
+    EXPECT_EQ(error.Number(), kErrBadDatabase);
+    EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos);
+  }
+}
+
+TEST(StartOrder, ScreenBelow800x600IsRefused) {
+  TestStation on;
+  on.system.screen = {800, 599};
+  EXPECT_FALSE(Form_Load(on.station));
+  ASSERT_EQ(on.Events("message").size(), 1U);
+  EXPECT_EQ(on.Events("message")[0]["text"], "Le programme ne fonctione pas en dessous de 800x600");
+  EXPECT_FALSE(on.stationFolder.Exists("Triskin.MDB"));
+}
+
+TEST(StartOrder, ScreenOf800x600IsEnough) {
+  TestStation on;
+  on.system.screen = {800, 600};
+  EXPECT_TRUE(Form_Load(on.station));
+}
+
+TEST(StartOrder, SoundIsConfiguredFromTheSettings) {
+  TestStation on;
+  on.Load();
+  // 100 buffers of 4096 bytes, divided by 2048 and by 100.
+  EXPECT_FLOAT_EQ(on.station.engine.BufferOffsetSec, 2.0F);
+  EXPECT_EQ(on.station.screen.LblOffsetBuffers.text, "2 '' de buffers");
+  EXPECT_EQ(on.station.screen.LblMaxPlayInfo.text, "02 h 30");  // 9000000 ms
+  EXPECT_EQ(on.sound.OutputNumBuffers(), 100);
+  EXPECT_EQ(on.sound.OutputBufferSize(), 4096);
+}
+
+TEST(StartOrder, MachineThatWasOnAirResumesByItself) {
+  TestStation on;
+  on.machineFolder.Write("ZemoPlay.Ini", "#TRUE#\r\n");
+  on.Load();
+  AppendSpot(on, 10000);
+  on.RunUntil(1000);
+  EXPECT_TRUE(on.station.engine.IsRunning);
+  EXPECT_EQ(on.Starts().size(), 1U) << on.Describe();
+}
+
+TEST(StartOrder, MachineThatWasStoppedStaysIdle) {
+  TestStation on;
+  on.machineFolder.Write("ZemoPlay.Ini", "#FALSE#\r\n");
+  on.Load();
+  AppendSpot(on, 10000);
+  on.RunUntil(1000);
+  EXPECT_FALSE(on.station.engine.IsRunning);
+  EXPECT_TRUE(on.Starts().empty());
+}
+
+TEST(StartOrder, AutoPlayStartsTheEngine) {
+  TestStation on;
+  on.localValues.Set("AutoPlay", "1");
+  on.Load();
+  EXPECT_TRUE(on.station.engine.IsRunning);
+  EXPECT_EQ(on.machineFolder.Read("ZemoPlay.Ini"), "#TRUE#\r\n");
+}
+
+TEST(StartOrder, StopIsRememberedForTheNextStart) {
+  TestStation on;
+  on.Load();
+  on.Start();
+  StartStopZemoRadio(on.station, false);
+  EXPECT_EQ(on.machineFolder.Read("ZemoPlay.Ini"), "#FALSE#\r\n");
+}
+
+TEST(StartOrder, NoRapportFileMakesAProductionMachine) {
+  TestStation first;
+  first.Load();
+  TestStation on;
+  on.stationFolder.Write("Triskin.MDB", *first.stationFolder.Read("Triskin.MDB"));
+  on.machineFolder.Write("NoRapport.txt", "");
+  on.Load();
+  EXPECT_TRUE(on.station.engine.ReportsDisabled);
+  EXPECT_EQ(on.station.screen.LblDateTitre.text, "No Rapport");
+  AppendSpot(on, 10000);
+  on.Start();
+  on.RunUntil(5000);
+  EXPECT_EQ(on.Starts().size(), 1U);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "0");
+  EXPECT_FALSE(on.stationFolder.Exists("ZemoOnOff.Dat"));
+}
+
+TEST(StartOrder, ProductionMachineCreatesNoTable) {
+  TestStation on;
+  on.machineFolder.Write("NoRapport.txt", "");
+  EXPECT_THROW(Form_Load(on.station), StoreError);
+}
+
+TEST(StartOrder, EmptiedPipTableIsRefilled) {
+  TestStation on;
+  on.Load();
+  on.Sql("DELETE FROM Toph");
+  Quitter(on.station);
+  Station again(on.station.platform);
+  Form_Load(again);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Toph WHERE JourSemaine = 'XXXXXXX'"), "24");
+}
+
+TEST(StartOrder, SecondStartChangesNoRowAndNoStructure) {
+  TestStation on;
+  on.Load();
+  Quitter(on.station);
+  const std::string before = *on.stationFolder.Read("Triskin.MDB");
+  Station again(on.station.platform);
+  Form_Load(again);
+  Quitter(again);
+  EXPECT_EQ(*on.stationFolder.Read("Triskin.MDB") == before, true);
+}
+
+TEST(StartOrder, LastCompactionIsStoredOnceAMonth) {
+  TestStation on("2026-11-21 12:00:00");
+  on.localValues.Set("LastCompactage", "03/11/2026 08:00:00");
+  on.Load();
+  EXPECT_EQ(on.localValues.GetText("LastCompactage", ""), "03/11/2026 08:00:00");
+  on.localValues.Set("LastCompactage", "30/10/2026 08:00:00");
+  Quitter(on.station);
+  Station again(on.station.platform);
+  Form_Load(again);
+  EXPECT_EQ(on.localValues.GetText("LastCompactage", ""), "21/11/2026 12:00:00");
+}
+
+TEST(Closing, IsRefusedWithoutAMessageWhileRunning) {
+  TestStation on;
+  on.Load();
+  AppendSpot(on, 10000);
+  on.Start();
+  on.RunUntil(1000);
+  EXPECT_FALSE(Form_QueryUnload(on.station));
+  EXPECT_TRUE(on.station.base.IsOpen());
+  EXPECT_TRUE(on.Events("message").empty());
+}
+
+TEST(Closing, EndsAStoppedProgram) {
+  TestStation on;
+  on.Load();
+  EXPECT_TRUE(Form_QueryUnload(on.station));
+  EXPECT_FALSE(on.station.base.IsOpen());
+}
+
+TEST(Start, PutsTheScreenInTheRunningState) {
+  TestStation on;
+  on.Load();
+  on.Start();
+  EXPECT_FALSE(on.station.screen.MnuPlaylistEnabled);
+  EXPECT_FALSE(on.station.screen.BtnPubJourXEnabled);
+  EXPECT_EQ(on.station.screen.CmdStopCaption, "Next");
+  StartStopZemoRadio(on.station, false);
+  EXPECT_TRUE(on.station.screen.MnuPlaylistEnabled);
+  EXPECT_EQ(on.station.screen.CmdStopCaption, "Stop");
+}
+
+TEST(Settings, AreReadAtEachUse) {
+  TestStation on;
+  on.Load();
+  on.AppendCard(on.AddCard({.lengthMs = 20000}));
+  on.AppendCard(on.AddCard({.lengthMs = 20000}));
+  on.AppendCard(on.AddCard({.lengthMs = 20000}));
+  on.Start();
+  on.At(5000, [&] { on.Set("PmixDef", "2600"); });  // another program changes the row
+  on.RunUntil(60000);
+  const auto onAir = on.Events("onair");
+  ASSERT_EQ(onAir.size(), 3U) << on.Describe();
+  EXPECT_EQ(onAir[0].Int("mix_ms"), 1600);
+  EXPECT_EQ(onAir[1].Int("mix_ms"), 2600);
+}
+
+TEST(LiveMode, ReturnsToAutomaticWhenItsListRunsOut) {
+  TestStation on;
+  on.Load();
+  ToolbarButton(on.station, Toolbar::kLive);
+  AppendSpot(on, 20000);
+  on.Start();
+  on.RunUntil(15000);
+  EXPECT_TRUE(on.station.engine.IsAutomatic) << on.Describe();
+  EXPECT_FALSE(on.station.screen.CadreRechVisible);
+}
+
+TEST(LiveMode, StopsWithOptionDirectWhenItsListRunsOut) {
+  TestStation on;
+  on.Load();
+  ToolbarButton(on.station, Toolbar::kLive);
+  SetCheck(on.station, "OptionDirect", true);
+  AppendSpot(on, 20000);
+  on.Start();
+  on.RunUntil(15000);
+  EXPECT_FALSE(on.station.engine.IsRunning);
+  EXPECT_FALSE(on.station.engine.IsAutomatic);
+}
+
+}  // namespace
+}  // namespace zemo::test

@@ -1,0 +1,259 @@
+// Stored playlists: saving, loading, deleting, and the rows of the on-air list they are rebuilt as.
+#include <gtest/gtest.h>
+
+#include "engine/OperatorControls.h"
+#include "engine/StoredPlaylists.h"
+#include "library/OnAirRows.h"
+#include "station/PlanTimes.h"
+#include "support/TestStation.h"
+
+namespace zemo::test {
+namespace {
+
+class StoredPlaylist : public testing::Test {
+ protected:
+  void SetUp() override {
+    on.Load();
+    on.Sql(
+        "INSERT INTO DiscothequeJingle (FILENAME, DUREE, LIBELLE, POINTSORTIE) VALUES ('/j.wav', "
+        "5000, 'JINGLE', 300)");
+    on.Sql(
+        "INSERT INTO GrillePub (FILENAMEAUDIO, DUREE, ANNONCEUR, PUB) VALUES ('/p.wav', 30000, "
+        "'SPOT', -1)");
+    on.Sql(
+        "INSERT INTO GrillePub (FILENAMEAUDIO, DUREE, ANNONCEUR, PUB) VALUES ('/r.wav', 60000, "
+        "'NEWS', 0)");
+    on.Sql(
+        "INSERT INTO DiscothequeVirgule (FILENAME, DUREE, LIBELLE, POINTSORTIE) VALUES ('/v.wav', "
+        "2000, 'OTHER', 100)");
+    on.Sql(
+        "INSERT INTO VT (FILENAME, START, LIBELLE, CUT, DUREE, POINTSORTIE) VALUES ('/t.wav', "
+        "70000, 'LINK', 0, 4000, 0)");
+    on.Sql(
+        "INSERT INTO VT (FILENAME, START, LIBELLE, CUT, DUREE, POINTSORTIE) VALUES ('/u.wav', 0, "
+        "'LINK', -1, 4000, 250)");
+  }
+  MainScreen& Panel() { return on.station.screen; }
+  void Save(const std::string& label) {
+    Panel().ComboPLS.text = label;
+    Panel().LblDate = "21/11/2026";
+    Panel().ChHeure = "18:00";
+    BtnSauve_Click(on.station);
+  }
+  void Store(int32_t list, const std::string& rows) {
+    on.Sql("INSERT INTO Playlist (CODE, LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES (" +
+           std::to_string(list) + ", '21/11/2026', '18:00', ' EVENING ', 2)");
+    on.Sql("INSERT INTO Pls (NUMPLS, DISCOTHEQUE, FICHE) VALUES " + rows);
+  }
+  const OnAirRow& Row(int row) { return on.station.PL.Row(row); }
+  TestStation on;
+};
+
+TEST_F(StoredPlaylist, LoadsEveryKindFromItsLibraryRecord) {
+  const int32_t title = on.AddCard({.lengthMs = 185000,
+                                    .artist = "ARTIST",
+                                    .title = "TITLE",
+                                    .genre = "GOLD",
+                                    .exitMs = 2500,
+                                    .introSec = 12});
+  on.Sql("UPDATE Discotheque SET LASTDIFF = 46347.5");
+  const std::string t = std::to_string(title);
+  Store(7, "(7," + t + "," + t +
+               "),(7,-1,1),(7,-2,1),(7,-4,2),(7,-5,1),(7,-6,-6),(7,-30,1),(7,-30,2)");
+  ASSERT_TRUE(SelectStoredList(on.station, 7));
+  ASSERT_EQ(on.station.PL.Count(), 8);
+  EXPECT_EQ(Row(1)[Col::kText], "ARTIST");
+  EXPECT_EQ(Row(1)[Col::kSecond], "TITLE");
+  EXPECT_EQ(Row(1)[Col::kLength], "03:05");
+  EXPECT_EQ(Row(1)[Col::kKind], "GOLD");
+  EXPECT_EQ(Row(1)[Col::kVariety], "NATIONAL");
+  EXPECT_EQ(Row(1)[Col::kLengthMs], "185000");
+  EXPECT_EQ(Row(1)[Col::kExitMs], "2500");
+  EXPECT_EQ(Row(1)[Col::kIntro], "12");
+  EXPECT_EQ(Row(1)[Col::kLastPlayed], "2026/11/21  12:00:00");
+  EXPECT_EQ(Row(2)[Col::kKind], "JINGLE");
+  EXPECT_EQ(Row(2)[Col::kExitMs], "300");
+  EXPECT_EQ(Row(3)[Col::kKind], "PUB");
+  EXPECT_EQ(Row(3)[Col::kExitMs], "");
+  EXPECT_EQ(Row(4)[Col::kKind], "RUB");
+  EXPECT_EQ(Row(4)[Col::kText], "NEWS");
+  EXPECT_EQ(Row(5)[Col::kKind], "AUTRES");
+  EXPECT_EQ(Row(6)[Col::kText], "Begin Extrait");
+  EXPECT_EQ(Row(6)[Col::kKind], "");
+  EXPECT_EQ(Row(7)[Col::kText], "Voice Track");
+  EXPECT_EQ(Row(7)[Col::kSecond], "1");
+  EXPECT_EQ(Row(7)[Col::kLengthMs], "0");
+  EXPECT_EQ(Row(7)[Col::kIntro], "70000");
+  // A cut track: its text differs from its kind.
+  EXPECT_EQ(Row(8)[Col::kText], "Voice Track Cut");
+  EXPECT_EQ(Row(8)[Col::kKind], "Voice Track");
+  EXPECT_EQ(Row(8)[Col::kLengthMs], "4000");
+  EXPECT_EQ(Row(8)[Col::kExitMs], "250");
+}
+
+TEST_F(StoredPlaylist, LoadFillsThePanel) {
+  Store(7, "(7,-1,1)");
+  ASSERT_TRUE(SelectStoredList(on.station, 7));
+  EXPECT_EQ(Panel().ComboPLS.items.at(0).text, "EVENING");  // trimmed in the list
+  EXPECT_EQ(Panel().ComboPLS.text, " EVENING ");            // as stored in the field
+  EXPECT_EQ(Panel().LblDate, "21/11/2026");
+  EXPECT_EQ(Panel().ChHeure, "18:00");
+  EXPECT_EQ(Panel().OptPls, 2);
+  EXPECT_EQ(Panel().LblCodePL, 7);
+}
+
+TEST_F(StoredPlaylist, RowWhoseCardIsGoneIsLeftOutWithoutAWord) {
+  Store(7, "(7,4711,4711),(7,-1,99),(7,-1,1)");
+  SelectStoredList(on.station, 7);
+  EXPECT_EQ(on.station.PL.Count(), 1);
+  EXPECT_TRUE(on.Events("message").empty());
+  EXPECT_TRUE(on.Events("error").empty());
+}
+
+TEST_F(StoredPlaylist, NothingSelectedDoesNothing) {
+  on.Append(BeginExtractRow());
+  Panel().ComboPLS.index = -1;
+  ComboPLS_Click(on.station);
+  EXPECT_EQ(on.station.PL.Count(), 1);
+}
+
+TEST_F(StoredPlaylist, SaveStoresPairsAndTopHourRowsAreDropped) {
+  on.AppendCard(on.AddCard({}));
+  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+  DropFromLibrary(on.station, BrowseList::kSpots, 1, 0);
+  DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
+  on.Append(HourPipRow("/pip.wav"));
+  on.Append(BeginExtractRow());
+  Cells track;
+  track[Col::kSecond] = "2";
+  track[Col::kCode] = "-30";
+  on.Append(track);
+  Save("L'HEURE");
+  EXPECT_EQ(on.SqlText("SELECT LADATE || LHEURE || LIBELLE || NOJINGLE FROM Playlist"),
+            "21/11/202618:00L'HEURE0");
+  EXPECT_EQ(on.SqlText("SELECT group_concat(DISCOTHEQUE || ':' || FICHE, ' ') FROM "
+                       "(SELECT * FROM Pls WHERE NUMPLS = 1 ORDER BY CODE)"),
+            "1:1 -1:1 -1:1 -2:1 -4:2 -5:1 -6:-6 -30:2");
+  EXPECT_EQ(Panel().LblCodePL, 1);
+  EXPECT_EQ(Panel().ComboPLS.items.size(), 1U);
+}
+
+TEST_F(StoredPlaylist, SavingAgainReplacesTheRows) {
+  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+  Save("LIST");
+  on.station.PL.Clear();
+  DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
+  Save("RENAMED");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) || LIBELLE FROM Playlist"), "1RENAMED");
+  EXPECT_EQ(on.SqlText("SELECT group_concat(DISCOTHEQUE) FROM Pls"), "-5");
+}
+
+TEST_F(StoredPlaylist, LabelIsCutTo40Characters) {
+  Save("ÉTÉ " + std::string(60, 'X'));
+  EXPECT_EQ(on.SqlText("SELECT LIBELLE FROM Playlist"), "ÉTÉ " + std::string(36, 'X'));
+}
+
+TEST_F(StoredPlaylist, CardAbove32767CannotBeStoredAndTheOthersAre) {
+  on.Sql(
+      "INSERT INTO Discotheque (CODE, FILENAME, DUREE, AUTEUR, TITRE) VALUES (40000, '/x.wav', "
+      "1000, 'A', 'B')");
+  on.AppendCard(40000);
+  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+  Save("LIST");
+  EXPECT_EQ(on.SqlText("SELECT group_concat(DISCOTHEQUE) FROM Pls"), "-1");
+  ASSERT_EQ(on.Events("error").size(), 1U);
+  EXPECT_EQ(on.Events("error")[0].Int("number"), kErrOverflow);
+}
+
+TEST_F(StoredPlaylist, FailedHeadLeavesTheOtherListsRowsAlone) {
+  Store(7, "(7,-1,1)");
+  DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
+  Panel().ComboPLS.text = "LIST";
+  Panel().LblDate = "a date that is longer than ten characters";
+  BtnSauve_Click(on.station);
+  EXPECT_EQ(on.SqlText("SELECT group_concat(DISCOTHEQUE) FROM Pls"), "-1");
+  EXPECT_EQ(Panel().LblCodePL, 0);
+  EXPECT_TRUE(Panel().BtnSauveEnabled);
+  EXPECT_FALSE(on.Events("error").empty());
+}
+
+TEST_F(StoredPlaylist, NewClearsListAndFields) {
+  Store(7, "(7,-1,1)");
+  SelectStoredList(on.station, 7);
+  BtnNew_Click(on.station);
+  EXPECT_TRUE(on.station.PL.Empty());
+  EXPECT_EQ(Panel().LblDate, "JJ/MM/ANNE");
+  EXPECT_EQ(Panel().ChHeure, "hh:mn");
+  EXPECT_EQ(Panel().LblCodePL, 0);
+  EXPECT_EQ(Panel().OptPls, 0);
+}
+
+TEST_F(StoredPlaylist, DeleteAsksAndTakesTheVoiceTracksAlong) {
+  const std::string track = on.MakeFile("link.wav", "sound");
+  on.Sql("UPDATE VT SET FILENAME = '" + track + "' WHERE CODE = 1");
+  Store(7, "(7,-1,1),(7,-30,1)");
+  SelectStoredList(on.station, 7);
+  ComboPLS_KeyDelete(on.station);  // nobody answers: cancel
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "1");
+  on.messages.AnswerNext(Answer::kOk);
+  ComboPLS_KeyDelete(on.station);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Pls"), "0");
+  EXPECT_EQ(on.SqlText("SELECT group_concat(CODE) FROM VT"), "2");
+  EXPECT_FALSE(on.stationFolder.Exists("link.wav"));
+  EXPECT_EQ(on.Events("message")[0]["title"], "Suppresion");
+  EXPECT_EQ(on.Events("message")[0]["text"], "Supprimer cette playlist");
+}
+
+TEST_F(StoredPlaylist, PlannedTimesInTheEditorBeginAtTheListsTime) {
+  Panel().CadrePLVisible = true;
+  Panel().ChHeure = "23:59";
+  DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);    // 60000 ms
+  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);  // 5000 ms, exit point 300
+  DropFromLibrary(on.station, BrowseList::kSpots, 1, 0);
+  RefreshPlanTimes(on.station);
+  // 2 s of buffers behind 23:59:00; the hours wrap at 24.
+  EXPECT_EQ(Row(1)[Col::kPlanned], "23 h 59 ' 02");
+  EXPECT_EQ(Row(2)[Col::kPlanned], "00 h 00 ' 02");
+  EXPECT_EQ(Row(3)[Col::kPlanned], "00 h 00 ' 06");
+  // 60000 + 4700 + 30000 = 94.7 s
+  EXPECT_EQ(Panel().HHTot, 0);
+  EXPECT_EQ(Panel().MnTot, 1);
+  EXPECT_EQ(Panel().SSTot, 34);
+}
+
+TEST_F(StoredPlaylist, DeletingTheOnlyRowMakesTheTotalsZero) {
+  DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  EXPECT_EQ(Panel().MnTot, 1);
+  DeleteRow(on.station, 1);
+  EXPECT_EQ(Panel().HHTot + Panel().MnTot + Panel().SSTot, 0);
+}
+
+TEST_F(StoredPlaylist, DraggedRowKeepsItsColumns) {
+  for (int i = 0; i < 3; ++i) DropFromLibrary(on.station, BrowseList::kSpots, 1 + i % 2, 0);
+  DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
+  DragInList(on.station, 4, 1);
+  EXPECT_EQ(on.station.PL.Codes(), (std::vector<int32_t>{-5, -2, -4, -2}));
+  EXPECT_EQ(Row(1)[Col::kFile], "/v.wav");
+}
+
+TEST_F(StoredPlaylist, DeleteOfAVoiceTrackAsksForItsRecord) {
+  Cells track;
+  track[Col::kText] = "Voice Track";
+  track[Col::kSecond] = "1";
+  track[Col::kCode] = "-30";
+  on.Append(track);
+  on.Append(track);
+  DeleteRow(on.station, 1);  // nobody answers: no
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM VT"), "2");
+  EXPECT_EQ(on.station.PL.Count(), 1);
+  on.messages.AnswerNext(Answer::kYes);
+  DeleteRow(on.station, 1);
+  EXPECT_EQ(on.SqlText("SELECT group_concat(CODE) FROM VT"), "2");
+  EXPECT_TRUE(on.station.PL.Empty());
+}
+
+}  // namespace
+}  // namespace zemo::test

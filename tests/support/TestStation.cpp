@@ -1,0 +1,257 @@
+#include "support/TestStation.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "engine/OperatorControls.h"
+#include "engine/StartStop.h"
+#include "engine/Startup.h"
+#include "station/TextForms.h"
+
+namespace zemo::test {
+
+namespace {
+
+class SilentSource : public SoundSource {
+ public:
+  explicit SilentSource(int64_t frames) : frames_(frames) {}
+  int64_t LengthFrames() const override { return frames_; }
+  int Read(float* stereo, int frames) override {
+    const auto given = static_cast<int>(std::min<int64_t>(frames, frames_ - position_));
+    std::fill_n(stereo, static_cast<size_t>(given) * kChannels, 0.0F);
+    position_ += given;
+    return given;
+  }
+  void Seek(int64_t frame) override { position_ = std::clamp<int64_t>(frame, 0, frames_); }
+
+ private:
+  int64_t frames_;
+  int64_t position_ = 0;
+};
+
+struct ToText {
+  std::string operator()(bool value) const { return value ? "true" : "false"; }
+  std::string operator()(int64_t value) const { return std::to_string(value); }
+  std::string operator()(double value) const {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.10g", value);
+    return text;
+  }
+  std::string operator()(const std::string& value) const { return value; }
+  std::string operator()(const std::vector<int32_t>& values) const {
+    std::string text = "[";
+    for (int32_t value : values) text += (text.size() > 1 ? "," : "") + std::to_string(value);
+    return text + "]";
+  }
+  std::string operator()(const std::vector<std::string>& values) const {
+    std::string text = "[";
+    for (const auto& value : values) text += (text.size() > 1 ? "," : "") + value;
+    return text + "]";
+  }
+  std::string operator()(const Rows& rows) const { return std::to_string(rows.size()) + " rows"; }
+  template <typename T>
+  std::string operator()(const T& pairs) const {
+    return std::to_string(pairs.size()) + " pairs";
+  }
+};
+
+class Connection {
+ public:
+  explicit Connection(const std::string& path) {
+    if (sqlite3_open(path.c_str(), &db_) != SQLITE_OK)
+      throw std::runtime_error("cannot open " + path);
+    sqlite3_busy_timeout(db_, 5000);
+  }
+  ~Connection() { sqlite3_close(db_); }
+  Connection(const Connection&) = delete;
+  std::string Run(const std::string& sql) {
+    std::string first;
+    sqlite3_stmt* statement = nullptr;
+    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK)
+      throw std::runtime_error(sql + ": " + sqlite3_errmsg(db_));
+    const int result = sqlite3_step(statement);
+    if (result == SQLITE_ROW && sqlite3_column_text(statement, 0))
+      first = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
+    sqlite3_finalize(statement);
+    if (result != SQLITE_ROW && result != SQLITE_DONE)
+      throw std::runtime_error(sql + ": " + sqlite3_errmsg(db_));
+    return first;
+  }
+  int64_t LastRow() { return sqlite3_last_insert_rowid(db_); }
+
+ private:
+  sqlite3* db_ = nullptr;
+};
+
+std::string Quoted(const std::string& text) {
+  return "'" + SqlQuoted(text) + "'";
+}
+
+}  // namespace
+
+TempFolder::TempFolder() {
+  std::string name = testing::TempDir() + "zemo-XXXXXX";
+  if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+  path_ = name;
+}
+
+TempFolder::~TempFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::unique_ptr<SoundSource> LengthTable::Open(const std::string& path) {
+  try {
+    fault.Count();
+  } catch (const FileError& error) {
+    throw SoundError(error.what());
+  }
+  const auto found = lengthsMs.find(path);
+  if (found == lengthsMs.end()) throw SoundError("'" + path + "' is no sound file");
+  return std::make_unique<SilentSource>(MsToFrames(found->second));
+}
+
+const std::string& Seen::operator[](const std::string& member) const {
+  static const std::string none;
+  const auto found = members.find(member);
+  return found == members.end() ? none : found->second;
+}
+
+int64_t Seen::Int(const std::string& member) const {
+  return std::strtoll((*this)[member].c_str(), nullptr, 10);
+}
+
+LocalDateTime ParseMoment(const std::string& text) {
+  LocalDateTime t;
+  if (std::sscanf(text.c_str(), "%d-%d-%d %d:%d:%d", &t.year, &t.month, &t.day, &t.hour, &t.minute,
+                  &t.second) != 6)
+    throw std::invalid_argument(text);
+  return t;
+}
+
+TestStation::TestStation(const std::string& begin)
+    : loop(ParseMoment(begin)),
+      sound(opener),
+      stationFolder(stationDir.Path()),
+      machineFolder(machineDir.Path()),
+      soundFiles(machineFolder),
+      localValues(machineFolder),
+      system(loop),
+      station(Platform{loop, loop, sound, stationFolder, machineFolder, soundFiles, localValues,
+                       clipboard, messages, keyboard, system}) {
+  loop.SetSound(&sound);
+  station.events.SetSink(this);
+  clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };
+  system.ordered = [this](const char* action, const std::string& value) {
+    station.events.System(action, value);
+  };
+  messages.shown = [this](const std::string& title, const std::string& text, Buttons buttons,
+                          Answer answer) {
+    station.events.Message(title, text, ButtonsWord(buttons), AnswerWord(answer));
+  };
+}
+
+TestStation::~TestStation() {
+  station.events.SetSink(nullptr);
+}
+
+void TestStation::OnEvent(const Event& event) {
+  Seen one{loop.MonotonicMs(), std::string(event.name), {}};
+  for (const auto& [name, value] : event.members)
+    one.members[std::string(name)] = std::visit(ToText{}, value);
+  seen.push_back(std::move(one));
+}
+
+void TestStation::Load() {
+  ASSERT_TRUE(Form_Load(station));
+  Form_Activate(station, true);
+}
+
+void TestStation::Start() {
+  ToolbarButton(station, Toolbar::kStart);
+}
+
+std::string TestStation::MakeSound(const std::string& name, int64_t lengthMs) {
+  const std::string path = MakeFile(name, "sound");
+  opener.lengthsMs[path] = lengthMs;
+  return path;
+}
+
+std::string TestStation::MakeFile(const std::string& name, const std::string& bytes) {
+  const std::string path = stationDir.Path() + "/" + name;
+  std::ofstream(path, std::ios::binary) << bytes;
+  return path;
+}
+
+int32_t TestStation::AddCard(const Card& card) {
+  static const std::string allDay(24, '1');
+  std::string file = card.file;
+  Connection connection(station.base.Path());
+  if (file.empty())
+    file = MakeSound("title" + connection.Run("SELECT COUNT(*) + 1 FROM Discotheque") + ".wav",
+                     card.lengthMs);
+  std::string sql =
+      "INSERT INTO Discotheque (FILENAME, DUREE, INTRO, AUTEUR, TITRE, GENRE, VARIETE, NBPASSJOUR, "
+      "ECARTMINUTES, ECARTJOURS, ECARTARTISTE, COMMENTAIRE, POINTSORTIE";
+  for (int day = 1; day <= 7; ++day) sql += ", TRANCHE" + TwoDigits(day);
+  sql += ") VALUES (" + Quoted(file) + "," + std::to_string(card.lengthMs) + "," +
+         std::to_string(card.introSec) + "," + Quoted(card.artist) + "," + Quoted(card.title) +
+         "," + Quoted(card.genre) + "," + Quoted(card.variety) + ",1,120,0,0," +
+         Quoted(card.comment) + "," + std::to_string(card.exitMs);
+  for (int day = 1; day <= 7; ++day) sql += ",'" + allDay + "'";
+  connection.Run(sql + ")");
+  return static_cast<int32_t>(connection.LastRow());
+}
+
+void TestStation::Sql(const std::string& statement) {
+  Connection(station.base.Path()).Run(statement);
+}
+
+std::string TestStation::SqlText(const std::string& query) {
+  return Connection(station.base.Path()).Run(query);
+}
+
+void TestStation::Set(const std::string& cnfField, const std::string& value) {
+  Sql("UPDATE Cnf SET " + cnfField + " = " + value);
+}
+
+void TestStation::AppendCard(int32_t code) {
+  ASSERT_TRUE(DropFromLibrary(station, BrowseList::kMusic, code, 0));
+}
+
+void TestStation::Append(const Cells& cells) {
+  station.PL.Add(cells);
+}
+
+std::vector<Seen> TestStation::Events(const std::string& name) const {
+  std::vector<Seen> found;
+  for (const Seen& one : seen)
+    if (one.name == name) found.push_back(one);
+  return found;
+}
+
+const Seen* TestStation::First(const std::string& name, const std::string& member,
+                               const std::string& value) const {
+  for (const Seen& one : seen)
+    if (one.name == name && (member.empty() || one[member] == value)) return &one;
+  return nullptr;
+}
+
+std::string TestStation::Describe() const {
+  std::string text;
+  for (const Seen& one : seen) {
+    text += std::to_string(one.atMs) + " " + one.name;
+    for (const auto& [name, value] : one.members) text += " " + name + "=" + value;
+    text += "\n";
+  }
+  return text;
+}
+
+}  // namespace zemo::test

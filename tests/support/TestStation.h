@@ -1,0 +1,147 @@
+// A whole station on the virtual clock in a temporary folder, with sound files that are only a
+// length: what scenario tests drive and question.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/LocalValues.h"
+#include "platform/SoundSource.h"
+#include "platform/real/files/LocalFolder.h"
+#include "platform/real/files/StoredPaths.h"
+#include "platform/sim/SimDesktop.h"
+#include "platform/sim/SimLoop.h"
+#include "platform/sim/SimSoundChain.h"
+#include "station/Station.h"
+#include "store/StoreError.h"
+
+namespace zemo::test {
+
+// A folder of its own, removed at the end of the test.
+class TempFolder {
+ public:
+  TempFolder();
+  ~TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  const std::string& Path() const { return path_; }  // without a final '/'
+
+ private:
+  std::string path_;
+};
+
+// Counts operations and fails the one with that number, once: the n-th fault of a sweep.
+struct FaultAt {
+  int number = 0;  // 1 for the first operation; 0 for no fault
+  int count = 0;   // operations so far
+  void Count() {
+    if (++count == number)
+      throw FileError("operation " + std::to_string(count) + " fails for the test");
+  }
+};
+
+// A real folder with a fault.
+class FaultyFolder : public LocalFolder {
+ public:
+  using LocalFolder::LocalFolder;
+  mutable FaultAt fault;
+
+  bool Exists(std::string_view name) const override {
+    return fault.Count(), LocalFolder::Exists(name);
+  }
+  std::optional<std::string> Read(std::string_view name) const override {
+    return fault.Count(), LocalFolder::Read(name);
+  }
+  void Write(std::string_view name, std::string_view bytes) override {
+    fault.Count(), LocalFolder::Write(name, bytes);
+  }
+  void Append(std::string_view name, std::string_view bytes) override {
+    fault.Count(), LocalFolder::Append(name, bytes);
+  }
+  void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override {
+    fault.Count(), LocalFolder::PutBytes(name, offset, bytes);
+  }
+};
+
+// Opens the files that TestStation made: length from a table, no sound in them.
+class LengthTable : public SoundOpener {
+ public:
+  std::map<std::string, int64_t> lengthsMs;  // by path; a file that is not here is unreadable
+  FaultAt fault;
+  std::unique_ptr<SoundSource> Open(const std::string& path) override;
+};
+
+// One event of the engine as it was told.
+struct Seen {
+  int64_t atMs = 0;  // virtual, since the begin
+  std::string name;
+  std::map<std::string, std::string> members;  // every value as text; lists in brackets
+
+  const std::string& operator[](const std::string& member) const;
+  int64_t Int(const std::string& member) const;
+};
+
+// A card of the music library; what is not set is as on a new card.
+struct Card {
+  std::string file{};  // "" makes one of that length
+  int64_t lengthMs = 180000;
+  std::string artist = "ARTIST", title = "TITLE", genre = "POP", variety = "NATIONAL", comment{};
+  int exitMs = 0;  // POINTSORTIE
+  int introSec = 0;
+};
+
+class TestStation : private EventSink {
+ public:
+  // "YYYY-MM-DD hh:mm:ss"
+  explicit TestStation(const std::string& begin = "2026-11-21 12:00:00");
+  ~TestStation() override;
+
+  // --- setting up; before Load the base can be prepared through Sql ---
+  void Load();   // Form_Load and the first Form_Activate
+  void Start();  // the start button
+  std::string MakeSound(const std::string& name, int64_t lengthMs);  // its path
+  std::string MakeFile(const std::string& name, const std::string& bytes);
+  int32_t AddCard(const Card& card);              // its CODE
+  void Sql(const std::string& statement);         // on a connection of its own, in the engine's SQL
+  std::string SqlText(const std::string& query);  // first column of the first row, "" for none
+  void Set(const std::string& cnfField, const std::string& value);
+  void AppendCard(int32_t code);  // puts the card at the end of PL
+  void Append(const Cells& cells);
+
+  // --- running; every order is given `atMs` after the begin ---
+  void At(int64_t atMs, std::function<void()> order) { loop.At(atMs, std::move(order)); }
+  void RunUntil(int64_t atMs) { loop.RunUntil(atMs); }
+
+  // --- looking ---
+  std::vector<Seen> Events(const std::string& name) const;
+  std::vector<Seen> Starts() const { return Events("start"); }
+  const Seen* First(const std::string& name, const std::string& member = {},
+                    const std::string& value = {}) const;  // null when there is none
+  std::string Describe() const;  // all events, a line each, for a failed test
+
+  TempFolder stationDir, machineDir;
+  LengthTable opener;
+  SimLoop loop;
+  SimSoundChain sound;
+  FaultyFolder stationFolder, machineFolder;
+  StoredPaths soundFiles;
+  LocalValues localValues;
+  SimClipboard clipboard;
+  SimMessageBoxes messages;
+  SimKeyboard keyboard;
+  SimSystem system;
+  Station station;
+  std::vector<Seen> seen;
+
+ private:
+  void OnEvent(const Event& event) override;
+};
+
+LocalDateTime ParseMoment(const std::string& text);  // "YYYY-MM-DD hh:mm:ss"
+
+}  // namespace zemo::test
