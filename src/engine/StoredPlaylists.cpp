@@ -1,5 +1,8 @@
 #include "engine/StoredPlaylists.h"
 
+#include <optional>
+#include <utility>
+
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
 #include "platform/EventLoop.h"
@@ -22,36 +25,32 @@ bool FindVoiceTrack(Recordset& vt, int64_t code) {
   return false;
 }
 
-void AppendStoredRow(Station& station, int64_t kind, int64_t record, bool lastPlayed) {
+// Nothing for a record that is gone.
+std::optional<Cells> StoredRow(Station& station, int64_t kind, int64_t record, bool lastPlayed) {
   TableCursors& tables = station.base.Tables();
-  OnAirList& list = station.PL;
+  const auto row = [record](Recordset& table, Cells (*make)(const Recordset&)) {
+    return SeekCode(table, record) ? std::optional(make(table)) : std::nullopt;
+  };
   if (kind > 0) {
-    if (SeekCode(*tables.Discotheque, record)) list.Add(MusicRow(*tables.Discotheque, lastPlayed));
-    return;
+    if (!SeekCode(*tables.Discotheque, record)) return std::nullopt;
+    return MusicRow(*tables.Discotheque, lastPlayed);
   }
   switch (kind) {
     case Element::kJingle:
-      if (SeekCode(*tables.DiscothequeJingle, record))
-        list.Add(JingleRow(*tables.DiscothequeJingle));
-      break;
+      return row(*tables.DiscothequeJingle, JingleRow);
     case Element::kSpot:
-      if (SeekCode(*tables.GrillePub, record)) list.Add(SpotRow(*tables.GrillePub));
-      break;
+      return row(*tables.GrillePub, SpotRow);
     case Element::kNews:
-      if (SeekCode(*tables.GrillePub, record)) list.Add(NewsRow(*tables.GrillePub));
-      break;
+      return row(*tables.GrillePub, NewsRow);
     case Element::kOther:
-      if (SeekCode(*tables.DiscothequeVirgule, record))
-        list.Add(OtherRow(*tables.DiscothequeVirgule));
-      break;
+      return row(*tables.DiscothequeVirgule, OtherRow);
     case Element::kBeginExtract:
-      list.Add(BeginExtractRow());
-      break;
+      return BeginExtractRow();
     case Element::kVoiceTrack:
-      if (FindVoiceTrack(*tables.VT, record)) list.Add(VoiceTrackRow(*tables.VT));
-      break;
+      if (!FindVoiceTrack(*tables.VT, record)) return std::nullopt;
+      return VoiceTrackRow(*tables.VT);
     default:
-      break;
+      return std::nullopt;
   }
 }
 
@@ -160,12 +159,15 @@ const MainScreen::ListItem* ChosenItem(const MainScreen& screen) {
 
 }  // namespace
 
-void AppendStoredRows(Station& station, int32_t listCode, bool lastPlayed) {
-  const auto rows = station.base.Db().OpenRecordset(
+std::vector<Cells> StoredRows(Station& station, int32_t listCode, bool lastPlayed) {
+  const auto stored = station.base.Db().OpenRecordset(
       "SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = " + std::to_string(listCode) +
       " ORDER BY CODE");
-  for (; !rows->Eof(); rows->MoveNext())
-    AppendStoredRow(station, rows->Int("DISCOTHEQUE"), rows->Int("FICHE"), lastPlayed);
+  std::vector<Cells> rows;
+  for (; !stored->Eof(); stored->MoveNext())
+    if (auto row = StoredRow(station, stored->Int("DISCOTHEQUE"), stored->Int("FICHE"), lastPlayed))
+      rows.push_back(std::move(*row));
+  return rows;
 }
 
 void LoadPlaylist(Station& station) {
@@ -186,13 +188,15 @@ void ComboPLS_Click(Station& station) {
   try {
     Recordset& playlist = *station.base.Tables().Playlist;
     if (!SeekCode(playlist, item->data)) return;
+    const std::vector<Cells> rows =
+        StoredRows(station, static_cast<int32_t>(playlist.Int("CODE")), true);
     station.PL.Clear();
+    for (const Cells& row : rows) station.PL.Add(row);
     screen.ComboPLS.text = playlist.Text("LIBELLE");
     screen.LblDate = playlist.Text("LADATE");
     screen.ChHeure = playlist.Text("LHEURE");
     screen.OptPls = static_cast<int>(playlist.Int("NOJINGLE"));
     screen.LblCodePL = static_cast<int32_t>(playlist.Int("CODE"));
-    AppendStoredRows(station, screen.LblCodePL, true);
   } catch (const std::exception&) {
     LogCurrentException(station, "ComboPLS");
   }

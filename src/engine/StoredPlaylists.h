@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
+
+#include "station/OnAirList.h"
 
 namespace zemo {
 
@@ -14,7 +17,8 @@ void ComboPLS_KeyDelete(Station& station);              // asks, then deletes th
 void BtnSauve_Click(Station& station);                  // saves PL under the panel's fields
 void BtnNew_Click(Station& station);
 
-// Appends the rows of the stored list to PL; a row whose record is gone is left out.
-void AppendStoredRows(Station& station, int32_t listCode, bool lastPlayed);
+// The rows of a stored list as they go to PL, each rebuilt from its library record; one whose
+// record is gone is left out. Throws StoreError.
+std::vector<Cells> StoredRows(Station& station, int32_t listCode, bool lastPlayed);
 
 }  // namespace zemo
