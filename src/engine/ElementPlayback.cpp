@@ -15,6 +15,7 @@
 #include "platform/Folder.h"
 #include "platform/SoundSource.h"
 #include "reports/BroadcastReport.h"
+#include "reports/RollingReport.h"
 #include "scheduling/JingleSelection.h"
 #include "settings/NowPlaying.h"
 #include "settings/SideFiles.h"
@@ -259,6 +260,7 @@ void ReportMusic(Station& station, int32_t code, const ReportRow& begun) {
   row.LABEL = card.Text("LABEL");
   row.REFERENCE = card.Text("REFERENCE");
   InsertReportRow(station, row);
+  ExportRapport(station);
 }
 
 void ShowComment(MainScreen& screen, const std::string& comment) {
@@ -323,10 +325,8 @@ MusicNews FollowUpMusic(Station& station, int32_t code) {
         static_cast<float>(exitMs > 0 ? exitMs : station.base.CnfInt(Cnf::kPmixDef));
   ShowComment(station.screen, news.comment);
   BeginIntro(station, code, introSec);
-  if (!engine.ReportsDisabled) {
+  if (!engine.ReportsDisabled)
     WriteOrKeep(station, kRoutine, [code, begun](Station& s) { ReportMusic(s, code, begun); });
-    ExportRapport(station);
-  }
   return news;
 }
 

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "station/OnAirList.h"
+
 namespace zemo {
 
 struct Label {
@@ -50,6 +52,10 @@ struct MainScreen {
   bool ToolbarStartPressed = false;
   bool CadreRechVisible = false;  // search and browse frame of the live mode
   bool CadrePLVisible = false;    // stored-list editor
+  struct {
+    std::vector<Cells> rows;  // artist or label, then the columns of the list that is browsed
+    bool sorted = false;      // by the head that was clicked last
+  } ListRech;                 // browse list of the live mode
   bool GPubJourVisible = false;
   bool Visible = false;
   uint32_t LedSat[4] = {kLedOff, kLedOff, kLedOff,

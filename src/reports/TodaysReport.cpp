@@ -1,0 +1,43 @@
+#include "reports/TodaysReport.h"
+
+#include <exception>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "station/Station.h"
+#include "station/TimeForms.h"
+#include "store/RowView.h"
+
+namespace zemo {
+
+namespace {
+
+std::vector<Cells> RowsSince(Station& station, double serial) {
+  std::vector<Cells> rows;
+  station.base.Db().ReadRows("SELECT Auteur, Titre, Genre, Variete FROM Rapport WHERE DATENUM >= " +
+                                 SqlNumber(serial) + " ORDER BY DATENUM DESC, Code DESC",
+                             [&](const RowView& row) {
+                               Cells cells;
+                               for (int column = 0; column < 4; ++column)
+                                 cells[static_cast<size_t>(column)] = std::string(row.Text(column));
+                               rows.push_back(std::move(cells));
+                             });
+  return rows;
+}
+
+}  // namespace
+
+void LoadRapportDirectLive(Station& station) {
+  try {
+    const LocalDateTime today = station.Now();
+    std::vector<Cells> rows = RowsSince(station, DaySerial(today.year, today.month, today.day));
+    if (rows.empty()) return;
+    station.screen.ListRech.sorted = false;
+    station.screen.ListRech.rows = std::move(rows);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadRapportDirectLive");
+  }
+}
+
+}  // namespace zemo

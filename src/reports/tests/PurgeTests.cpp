@@ -1,0 +1,56 @@
+// The purge of the report. 21 November 2026 is day 46347.
+#include <gtest/gtest.h>
+
+#include "reports/BroadcastReport.h"
+#include "support/TestStation.h"
+
+namespace zemo::test {
+namespace {
+
+class ReportPurge : public testing::Test {
+ protected:
+  void SetUp() override { on.Load(); }
+  void Add(const std::string& serial) {
+    on.Sql("INSERT INTO Rapport (AUTEUR, DATENUM) VALUES ('A', " + serial + ")");
+  }
+  std::string Left() {
+    return on.SqlText(
+        "SELECT group_concat(DATENUM, ' ') FROM (SELECT * FROM Rapport ORDER BY CODE)");
+  }
+  TestStation on{"2026-11-21 12:00:00"};
+};
+
+TEST_F(ReportPurge, KeepsTheDayOfTheLimitFromBehindItsMidnight) {
+  for (const char* serial : {"46316.9", "46317", "46317.000012", "46317.5", "46347.5"}) Add(serial);
+  PurgeRapport(on.station, 30);
+  EXPECT_EQ(Left(), "46317.000012 46317.5 46347.5");
+}
+
+TEST_F(ReportPurge, ZeroDaysTakeEverythingUpToTodaysMidnight) {
+  for (const char* serial : {"46346.99", "46347", "46347.25"}) Add(serial);
+  PurgeRapport(on.station, 0);
+  EXPECT_EQ(Left(), "46347.25");
+}
+
+TEST_F(ReportPurge, NumbersOfRowsRunOn) {
+  Add("46000");
+  Add("46001");
+  PurgeRapport(on.station, 30);
+  Add("46347.5");
+  EXPECT_EQ(on.SqlText("SELECT CODE FROM Rapport"), "3");
+}
+
+TEST_F(ReportPurge, AFailureLeavesTheTableAndIsLogged) {
+  Add("46000");
+  on.Sql("CREATE TRIGGER Held BEFORE DELETE ON Rapport BEGIN SELECT RAISE(ABORT, 'held'); END");
+  PurgeRapport(on.station, 30);
+  EXPECT_EQ(Left(), "46000.0");
+  ASSERT_TRUE(on.First("error"));
+  EXPECT_EQ((*on.First("error"))["where"], "PurgeRapport");
+  on.Sql("DROP TRIGGER Held");
+  PurgeRapport(on.station, 30);
+  EXPECT_EQ(Left(), "");
+}
+
+}  // namespace
+}  // namespace zemo::test
