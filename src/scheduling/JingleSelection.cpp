@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "library/OnAirRows.h"
-#include "platform/Folder.h"
 #include "platform/SoundChain.h"
 #include "platform/SoundSource.h"
 #include "scheduling/HourFilter.h"
+#include "station/Overlay.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
 #include "store/SeekCode.h"
@@ -24,7 +24,6 @@ namespace {
 using Query = std::unique_ptr<Recordset>;
 
 // --- common pieces ---
-
 
 // The flags that stop every automatic jingle; the end-of-hour fitting stops some of them beside.
 bool JinglesStopped(const Station& station) {
@@ -80,20 +79,17 @@ std::string CodeText(int64_t code) {
 
 // --- overlays ---
 
-void LoadOverlay(Station& station, const std::string& file, int volume) {
+void LoadJingle(Station& station, const std::string& file, int volume) {
   SoundChain& sound = station.Sound();
   sound.SetChannelDone(kOverlaySlot, true);
   sound.SetVolume(kOverlaySlot, volume);
   if (file.empty()) throw SoundError("the jingle names no sound file");
-  sound.SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(file));
-  station.engine.OverlayFile = file;
+  LoadOverlay(station, file);
 }
 
-void StartOverlay(Station& station, const std::string& file, int volume) {
+void StartJingle(Station& station) {
   station.engine.IntroOverlayPending = false;
-  station.Sound().SetChannelDone(kOverlaySlot, false);
-  station.events.Overlay(file, "jingle", volume);
-  station.WatchSilence();
+  StartOverlay(station, "jingle");
 }
 
 // The tick starts it when the introduction has only the jingle's length left.
@@ -111,7 +107,7 @@ bool ArmOverlay(Station& station, const char* routine, const Recordset& pick) {
   const std::string file = pick.Text("FILENAME");
   const auto volume = static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSurImpression));
   try {
-    LoadOverlay(station, file, volume);
+    LoadJingle(station, file, volume);
   } catch (const SoundError&) {
     station.engine.IntroOverlayPending = false;  // nothing is left on slot 2 to wait for
     LogCurrentException(station, routine, CodeText(code));
@@ -121,7 +117,7 @@ bool ArmOverlay(Station& station, const char* routine, const Recordset& pick) {
   if (station.base.CnfInt(Cnf::kJingleEnFinIntro) == 1)
     LeaveOverlayToTick(station, pick.Text("LIBELLE"));
   else
-    StartOverlay(station, file, volume);
+    StartJingle(station);
   return true;
 }
 
