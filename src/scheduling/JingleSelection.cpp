@@ -14,6 +14,7 @@
 #include "station/Overlay.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
+#include "station/UnwrittenRows.h"
 #include "store/SeekCode.h"
 #include "store/ShortWait.h"
 
@@ -44,11 +45,26 @@ bool MoveToOpenWindow(const Station& station, Recordset& jingles) {
   return !jingles.Eof();
 }
 
-void MarkPlayed(const Station& station, Recordset& table, const Recordset& pick) {
-  if (!SeekCode(table, pick.Int("CODE"))) return;
-  table.Edit();
-  table.Set("LASTDIFF", DateSerial(WholeSeconds(station.Now())));
-  table.Update();
+// A routine of the selection and what it was asked about, for the log.
+struct Search {
+  const char* routine;
+  std::string detail;
+};
+
+using Cursor = std::unique_ptr<Recordset> TableCursors::*;
+
+// The pick is in the list or on slot 2 already: a base that cannot take its mark now gets it later.
+void MarkPlayed(Station& station, const Search& search, Cursor cursor, const Recordset& pick) {
+  const int64_t code = pick.Int("CODE");
+  const double moment = DateSerial(WholeSeconds(station.Now()));
+  const auto mark = [cursor, code, moment](Station& s) {
+    Recordset& table = *(s.base.Tables().*cursor);
+    if (!SeekCode(table, code)) return;
+    table.Edit();
+    table.Set("LASTDIFF", moment);
+    table.Update();
+  };
+  WriteOrKeep(station, search.routine, mark, search.detail);
 }
 
 void InsertPick(Station& station, const char* routine, int row, Cells cells,
@@ -64,13 +80,16 @@ Cells PlainRow(const Recordset& pick) {
   return cells;
 }
 
-void StoreLastJingle(Station& station, bool overlay, int64_t code) {
-  Recordset& settings = *station.base.Tables().Cnf;
-  settings.MoveFirst();
-  settings.Edit();
-  settings.Set(overlay ? "JingleCodeIntro" : "JingleCode", code);
-  settings.Update();
-  station.base.CheckCnf();
+void StoreLastJingle(Station& station, const Search& search, bool overlay, int64_t code) {
+  const auto store = [overlay, code](Station& s) {
+    Recordset& settings = *s.base.Tables().Cnf;
+    settings.MoveFirst();
+    settings.Edit();
+    settings.Set(overlay ? "JingleCodeIntro" : "JingleCode", code);
+    settings.Update();
+    s.base.CheckCnf();
+  };
+  WriteOrKeep(station, search.routine, store, search.detail);
 }
 
 std::string CodeText(int64_t code) {
@@ -190,8 +209,9 @@ void FindJingle(Station& station, bool overlay, int32_t maxMs) {
       ArmOverlay(station, kRoutine, *jingles);
     else
       InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
-    StoreLastJingle(station, overlay, code);                                  // 6
-    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);  // 7
+    const Search search{kRoutine, CodeText(code)};
+    StoreLastJingle(station, search, overlay, code);                          // 6
+    MarkPlayed(station, search, &TableCursors::DiscothequeJingle, *jingles);  // 7
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
   }
@@ -208,7 +228,8 @@ bool FindJingleAssocie(Station& station, int32_t titleCode) {
         " AND SURIMPRESSION = 1 Order By Lastdiff");
     if (jingles->Eof()) return false;
     found = ArmOverlay(station, kRoutine, *jingles);
-    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);
+    MarkPlayed(station, {kRoutine, CodeText(titleCode)}, &TableCursors::DiscothequeJingle,
+               *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(titleCode));
   }
@@ -226,7 +247,6 @@ void FindJingleAssocieAvantTitre(Station& station, int32_t titleCode) {
     engine.LastJingleTimer = station.Timer();  // 3: it counts as the jingle of the moment
     engine.LastIntroJingleTimer = station.Timer();
     engine.LastAssociationTimer = station.Timer();
-    Recordset& table = *station.base.Tables().DiscothequeJingle;
     bool before = false;
     bool behind = false;
     for (; !jingles->Eof(); jingles->MoveNext()) {  // 4
@@ -236,7 +256,8 @@ void FindJingleAssocieAvantTitre(Station& station, int32_t titleCode) {
       placed = true;
       const int row = end == 1 ? RowBehindTitle(station) : 1;
       InsertPick(station, kRoutine, row, PlainRow(*jingles), *jingles);
-      MarkPlayed(station, table, *jingles);
+      MarkPlayed(station, {kRoutine, CodeText(titleCode)}, &TableCursors::DiscothequeJingle,
+                 *jingles);
     }
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(titleCode));
@@ -257,7 +278,7 @@ bool FindJingleAssocieGenre(Station& station, const std::string& genre) {
     if (!MoveToOpenWindow(station, *jingles)) return false;
     InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
     found = true;
-    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);
+    MarkPlayed(station, {kRoutine, "Genre = " + genre}, &TableCursors::DiscothequeJingle, *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, "Genre = " + genre);
   }
@@ -281,7 +302,7 @@ void FindJingleExtrait(Station& station, int16_t row) {
     cells[Col::kSecond] = std::exchange(cells[Col::kText], kAnnouncement);
     cells[Col::kKind] = "Jingle";
     InsertPick(station, kRoutine, row, std::move(cells), *jingles);
-    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);
+    MarkPlayed(station, {kRoutine, CodeText(code)}, &TableCursors::DiscothequeJingle, *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
   }
@@ -301,7 +322,7 @@ bool FindJingleRacro(Station& station) {
     cells[Col::kKind].clear();
     InsertPick(station, kRoutine, 1, std::move(cells), *elements);
     done = true;
-    MarkPlayed(station, *station.base.Tables().DiscothequeVirgule, *elements);
+    MarkPlayed(station, {kRoutine, CodeText(code)}, &TableCursors::DiscothequeVirgule, *elements);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
   }
