@@ -10,7 +10,6 @@
 #include <cstdio>
 
 #include "engine/BaseMaintenance.h"
-#include "engine/UnwrittenRows.h"
 #include "library/OnAirRows.h"
 #include "platform/Folder.h"
 #include "platform/SoundSource.h"
@@ -23,6 +22,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "station/UnwrittenRows.h"
 #include "store/SeekCode.h"
 #include "store/ShortWait.h"
 #include "store/StoreError.h"

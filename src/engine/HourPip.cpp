@@ -5,8 +5,8 @@
 
 #include "engine/ElementPlayback.h"
 #include "library/OnAirRows.h"
-#include "platform/Folder.h"
 #include "platform/SoundSource.h"
+#include "station/Overlay.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -25,17 +25,14 @@ void LayOverMusic(Station& station, const Pip& pip) {
                   static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSous)));
   sound.SetChannelDone(kOverlaySlot, true);
   try {
-    sound.SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(pip.file));
-    engine.OverlayFile = pip.file;
+    LoadOverlay(station, pip.file);
   } catch (const SoundError&) {
     // The music is lifted again at the end of this very step, since slot 2 is done.
     LogCurrentException(station, "Top Horaire");
     return;
   }
   sound.SetPaused(false);
-  sound.SetChannelDone(kOverlaySlot, false);
-  station.events.Overlay(pip.file, "pip", sound.Volume(kOverlaySlot));
-  station.WatchSilence();
+  StartOverlay(station, "pip");
 }
 
 void Queue(Station& station, const Pip& pip) {

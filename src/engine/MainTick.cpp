@@ -15,7 +15,6 @@
 #include "engine/OperatorControls.h"
 #include "engine/PlaylistWatcher.h"
 #include "engine/StartStop.h"
-#include "engine/UnwrittenRows.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
@@ -24,10 +23,12 @@
 #include "scheduling/JingleSelection.h"
 #include "scheduling/PercentageRequest.h"
 #include "settings/SideFiles.h"
+#include "station/Overlay.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "station/UnwrittenRows.h"
 #include "store/ShortWait.h"
 #include "traffic/BreakInsertion.h"
 #include "traffic/DayGridComposition.h"
@@ -123,23 +124,13 @@ void ServeSpaceKey(Station& station, const Moment& at) {
   StartStopZemoRadio(station, !engine.IsRunning);
 }
 
-// Slot 2 was started; nothing is told when it has nothing to play.
-void TellOverlay(Station& station, const char* reason) {
-  const SoundChain& sound = station.platform.sound;
-  if (sound.ChannelDone(kOverlaySlot) || sound.FileName(kOverlaySlot).empty()) return;
-  station.events.Overlay(station.engine.OverlayFile, reason, sound.Volume(kOverlaySlot));
-  station.WatchSilence();
-}
-
 void PlayShortcut(Station& station, const EngineLists::Shortcut& shortcut) {
   SoundChain& sound = station.Sound();
   const auto volume = static_cast<int>(Setting(station, Cnf::kVolumeMusiqueSurImpression));
   sound.SetChannelDone(kOverlaySlot, true);
   sound.SetVolume(kOverlaySlot, volume);
-  sound.SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(shortcut.FileName));
-  station.engine.OverlayFile = shortcut.FileName;
-  sound.SetChannelDone(kOverlaySlot, false);
-  TellOverlay(station, "key");
+  LoadOverlay(station, shortcut.FileName);
+  StartOverlay(station, "key");
   station.screen.BtnSurImpressionCaption = "Touche " + shortcut.Touche;
 }
 
@@ -345,8 +336,7 @@ void ServeIntroOverlay(Station& station, const Moment& at) {
   engine.IntroOverlayPending = false;
   station.screen.LblIntro.visible = false;
   if (sound.FileName(kOverlaySlot).empty()) return;  // a stop or an output restart freed it
-  sound.SetChannelDone(kOverlaySlot, false);
-  TellOverlay(station, "jingle");
+  StartOverlay(station, "jingle");
 }
 
 // True when a "-F" stop ends this tick.
@@ -461,8 +451,7 @@ void ArmVoiceTrack(Station& station) {
   if (station.PL.Empty() || station.PL.Row(1)[Col::kText] != "Voice Track") return;
   const OnAirRow row = station.PL.Row(1);
   station.PL.Remove(1);  // first, so that a track that cannot be opened does not stay in the way
-  station.Sound().SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(row[Col::kFile]));
-  engine.OverlayFile = row[Col::kFile];
+  LoadOverlay(station, row[Col::kFile]);
   engine.VoiceTrackStartMs = static_cast<int32_t>(Val(row[Col::kIntro]));
   engine.VoiceTrackState = -1;
   station.screen.LblFeu.colour = kFeuArmed;
@@ -483,8 +472,7 @@ void StartVoiceTrack(Station& station) {
                   static_cast<int>(Setting(station, Cnf::kVolumeMusiqueSous)));
   sound.SetVolume(kOverlaySlot,
                   static_cast<int>(Setting(station, Cnf::kVolumeMusiqueSurImpression)));
-  sound.SetChannelDone(kOverlaySlot, false);
-  TellOverlay(station, "voicetrack");
+  StartOverlay(station, "voicetrack");
   station.screen.LblFeu.colour = kFeuOnAir;
 }
 

@@ -6,7 +6,6 @@
 #include "engine/MainTick.h"
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
-#include "engine/UnwrittenRows.h"
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
 #include "platform/LocalValues.h"
@@ -14,6 +13,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "station/UnwrittenRows.h"
 #include "traffic/DayGridComposition.h"
 
 namespace zemo {

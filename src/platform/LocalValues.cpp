@@ -8,19 +8,13 @@
 #include <system_error>
 
 #include "platform/Folder.h"
+#include "platform/NameValueLines.h"
 
 namespace zemo {
 
 namespace {
 
 constexpr std::string_view kFileName = "Settings.Ini";
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-std::string_view Trimmed(std::string_view text) {
-  const size_t first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
 
 std::string Upper(std::string_view text) {
   std::string upper(text);
@@ -29,25 +23,12 @@ std::string Upper(std::string_view text) {
   return upper;
 }
 
-// Where the value of a name stands in the file.
-struct Place {
-  size_t begin = std::string_view::npos;
-  size_t length = 0;
-  bool found() const { return begin != std::string_view::npos; }
-};
-
-// The first line that holds the name counts.
-Place FindValue(std::string_view bytes, std::string_view name) {
-  const std::string wanted = Upper(Trimmed(name));
-  size_t at = bytes.substr(0, kByteOrderMark.size()) == kByteOrderMark ? kByteOrderMark.size() : 0;
-  while (at < bytes.size()) {
-    const size_t end = std::min(bytes.find_first_of("\r\n", at), bytes.size());
-    const size_t equals = bytes.find('=', at);
-    if (equals < end && Upper(Trimmed(bytes.substr(at, equals - at))) == wanted)
-      return {equals + 1, end - equals - 1};
-    at = end + 1;
-  }
-  return {};
+// The first line that holds the name counts. The line views `bytes`.
+std::optional<NameValueLine> FindLine(std::string_view bytes, std::string_view name) {
+  const std::string wanted = Upper(WithoutBlanks(name));
+  for (const NameValueLine& line : NameValueLines(bytes))
+    if (Upper(line.name) == wanted) return line;
+  return std::nullopt;
 }
 
 bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
@@ -64,7 +45,7 @@ std::optional<int> WholeNumber(std::string_view text) {
 
 // What a line can hold: line ends become blanks.
 std::string AsLine(std::string_view text) {
-  std::string line(Trimmed(text));
+  std::string line(WithoutBlanks(text));
   std::replace_if(
       line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
   return line;
@@ -76,9 +57,8 @@ std::optional<std::string> LocalValues::Get(std::string_view name) const {
   try {
     const std::optional<std::string> bytes = machine_.Read(kFileName);
     if (!bytes) return std::nullopt;
-    const Place place = FindValue(*bytes, name);
-    if (!place.found()) return std::nullopt;
-    return std::string(Trimmed(std::string_view(*bytes).substr(place.begin, place.length)));
+    const std::optional<NameValueLine> line = FindLine(*bytes, name);
+    return line ? std::optional(std::string(line->value)) : std::nullopt;
   } catch (const FileError&) {
     return std::nullopt;  // values that cannot be read count as never set
   }
@@ -109,8 +89,8 @@ void LocalValues::Set(std::string_view name, std::string_view value) {
   if (key.empty() || key.find('=') != std::string::npos)
     throw FileError("Settings.Ini: \"" + key + "\" cannot name a value");
   std::string bytes = machine_.Read(kFileName).value_or(std::string());
-  if (const Place place = FindValue(bytes, key); place.found()) {
-    bytes.replace(place.begin, place.length, AsLine(value));
+  if (const auto line = FindLine(bytes, key)) {
+    bytes.replace(line->valueBegin, line->valueLength, AsLine(value));
   } else {
     const char* lineEnd = bytes.empty() || bytes.find('\r') != std::string::npos ? "\r\n" : "\n";
     if (!bytes.empty() && bytes.back() != '\n' && bytes.back() != '\r') bytes += lineEnd;

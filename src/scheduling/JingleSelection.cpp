@@ -8,12 +8,13 @@
 #include <utility>
 
 #include "library/OnAirRows.h"
-#include "platform/Folder.h"
 #include "platform/SoundChain.h"
 #include "platform/SoundSource.h"
 #include "scheduling/HourFilter.h"
+#include "station/Overlay.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
+#include "station/UnwrittenRows.h"
 #include "store/SeekCode.h"
 #include "store/ShortWait.h"
 
@@ -24,7 +25,6 @@ namespace {
 using Query = std::unique_ptr<Recordset>;
 
 // --- common pieces ---
-
 
 // The flags that stop every automatic jingle; the end-of-hour fitting stops some of them beside.
 bool JinglesStopped(const Station& station) {
@@ -45,11 +45,26 @@ bool MoveToOpenWindow(const Station& station, Recordset& jingles) {
   return !jingles.Eof();
 }
 
-void MarkPlayed(const Station& station, Recordset& table, const Recordset& pick) {
-  if (!SeekCode(table, pick.Int("CODE"))) return;
-  table.Edit();
-  table.Set("LASTDIFF", DateSerial(WholeSeconds(station.Now())));
-  table.Update();
+// A routine of the selection and what it was asked about, for the log.
+struct Search {
+  const char* routine;
+  std::string detail;
+};
+
+using Cursor = std::unique_ptr<Recordset> TableCursors::*;
+
+// The pick is in the list or on slot 2 already: a base that cannot take its mark now gets it later.
+void MarkPlayed(Station& station, const Search& search, Cursor cursor, const Recordset& pick) {
+  const int64_t code = pick.Int("CODE");
+  const double moment = DateSerial(WholeSeconds(station.Now()));
+  const auto mark = [cursor, code, moment](Station& s) {
+    Recordset& table = *(s.base.Tables().*cursor);
+    if (!SeekCode(table, code)) return;
+    table.Edit();
+    table.Set("LASTDIFF", moment);
+    table.Update();
+  };
+  WriteOrKeep(station, search.routine, mark, search.detail);
 }
 
 void InsertPick(Station& station, const char* routine, int row, Cells cells,
@@ -65,13 +80,16 @@ Cells PlainRow(const Recordset& pick) {
   return cells;
 }
 
-void StoreLastJingle(Station& station, bool overlay, int64_t code) {
-  Recordset& settings = *station.base.Tables().Cnf;
-  settings.MoveFirst();
-  settings.Edit();
-  settings.Set(overlay ? "JingleCodeIntro" : "JingleCode", code);
-  settings.Update();
-  station.base.CheckCnf();
+void StoreLastJingle(Station& station, const Search& search, bool overlay, int64_t code) {
+  const auto store = [overlay, code](Station& s) {
+    Recordset& settings = *s.base.Tables().Cnf;
+    settings.MoveFirst();
+    settings.Edit();
+    settings.Set(overlay ? "JingleCodeIntro" : "JingleCode", code);
+    settings.Update();
+    s.base.CheckCnf();
+  };
+  WriteOrKeep(station, search.routine, store, search.detail);
 }
 
 std::string CodeText(int64_t code) {
@@ -80,20 +98,17 @@ std::string CodeText(int64_t code) {
 
 // --- overlays ---
 
-void LoadOverlay(Station& station, const std::string& file, int volume) {
+void LoadJingle(Station& station, const std::string& file, int volume) {
   SoundChain& sound = station.Sound();
   sound.SetChannelDone(kOverlaySlot, true);
   sound.SetVolume(kOverlaySlot, volume);
   if (file.empty()) throw SoundError("the jingle names no sound file");
-  sound.SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(file));
-  station.engine.OverlayFile = file;
+  LoadOverlay(station, file);
 }
 
-void StartOverlay(Station& station, const std::string& file, int volume) {
+void StartJingle(Station& station) {
   station.engine.IntroOverlayPending = false;
-  station.Sound().SetChannelDone(kOverlaySlot, false);
-  station.events.Overlay(file, "jingle", volume);
-  station.WatchSilence();
+  StartOverlay(station, "jingle");
 }
 
 // The tick starts it when the introduction has only the jingle's length left.
@@ -111,7 +126,7 @@ bool ArmOverlay(Station& station, const char* routine, const Recordset& pick) {
   const std::string file = pick.Text("FILENAME");
   const auto volume = static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSurImpression));
   try {
-    LoadOverlay(station, file, volume);
+    LoadJingle(station, file, volume);
   } catch (const SoundError&) {
     station.engine.IntroOverlayPending = false;  // nothing is left on slot 2 to wait for
     LogCurrentException(station, routine, CodeText(code));
@@ -121,7 +136,7 @@ bool ArmOverlay(Station& station, const char* routine, const Recordset& pick) {
   if (station.base.CnfInt(Cnf::kJingleEnFinIntro) == 1)
     LeaveOverlayToTick(station, pick.Text("LIBELLE"));
   else
-    StartOverlay(station, file, volume);
+    StartJingle(station);
   return true;
 }
 
@@ -194,8 +209,9 @@ void FindJingle(Station& station, bool overlay, int32_t maxMs) {
       ArmOverlay(station, kRoutine, *jingles);
     else
       InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
-    StoreLastJingle(station, overlay, code);                                  // 6
-    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);  // 7
+    const Search search{kRoutine, CodeText(code)};
+    StoreLastJingle(station, search, overlay, code);                          // 6
+    MarkPlayed(station, search, &TableCursors::DiscothequeJingle, *jingles);  // 7
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
   }
@@ -212,7 +228,8 @@ bool FindJingleAssocie(Station& station, int32_t titleCode) {
         " AND SURIMPRESSION = 1 Order By Lastdiff");
     if (jingles->Eof()) return false;
     found = ArmOverlay(station, kRoutine, *jingles);
-    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);
+    MarkPlayed(station, {kRoutine, CodeText(titleCode)}, &TableCursors::DiscothequeJingle,
+               *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(titleCode));
   }
@@ -230,7 +247,6 @@ void FindJingleAssocieAvantTitre(Station& station, int32_t titleCode) {
     engine.LastJingleTimer = station.Timer();  // 3: it counts as the jingle of the moment
     engine.LastIntroJingleTimer = station.Timer();
     engine.LastAssociationTimer = station.Timer();
-    Recordset& table = *station.base.Tables().DiscothequeJingle;
     bool before = false;
     bool behind = false;
     for (; !jingles->Eof(); jingles->MoveNext()) {  // 4
@@ -240,7 +256,8 @@ void FindJingleAssocieAvantTitre(Station& station, int32_t titleCode) {
       placed = true;
       const int row = end == 1 ? RowBehindTitle(station) : 1;
       InsertPick(station, kRoutine, row, PlainRow(*jingles), *jingles);
-      MarkPlayed(station, table, *jingles);
+      MarkPlayed(station, {kRoutine, CodeText(titleCode)}, &TableCursors::DiscothequeJingle,
+                 *jingles);
     }
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(titleCode));
@@ -261,7 +278,7 @@ bool FindJingleAssocieGenre(Station& station, const std::string& genre) {
     if (!MoveToOpenWindow(station, *jingles)) return false;
     InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
     found = true;
-    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);
+    MarkPlayed(station, {kRoutine, "Genre = " + genre}, &TableCursors::DiscothequeJingle, *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, "Genre = " + genre);
   }
@@ -285,7 +302,7 @@ void FindJingleExtrait(Station& station, int16_t row) {
     cells[Col::kSecond] = std::exchange(cells[Col::kText], kAnnouncement);
     cells[Col::kKind] = "Jingle";
     InsertPick(station, kRoutine, row, std::move(cells), *jingles);
-    MarkPlayed(station, *station.base.Tables().DiscothequeJingle, *jingles);
+    MarkPlayed(station, {kRoutine, CodeText(code)}, &TableCursors::DiscothequeJingle, *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
   }
@@ -305,7 +322,7 @@ bool FindJingleRacro(Station& station) {
     cells[Col::kKind].clear();
     InsertPick(station, kRoutine, 1, std::move(cells), *elements);
     done = true;
-    MarkPlayed(station, *station.base.Tables().DiscothequeVirgule, *elements);
+    MarkPlayed(station, {kRoutine, CodeText(code)}, &TableCursors::DiscothequeVirgule, *elements);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
   }

@@ -91,7 +91,7 @@ struct EngineState {
 
   // --- writes that the base could not take yet, oldest first (see UnwrittenRows.h) ---
   struct UnwrittenRow {
-    std::string where;  // routine, for the log
+    std::string where, detail;  // for the log: the routine, and what it was about
     std::function<void(Station&)> write;
   };
   std::deque<UnwrittenRow> unwrittenRows;

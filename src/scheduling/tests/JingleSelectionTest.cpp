@@ -170,6 +170,40 @@ TEST_F(FindJingleInList, ABaseThatAnotherProcessHoldsIsNotWaitedForAsLongAsElsew
   other->CommitTrans();
 }
 
+TEST_F(FindJingleInList, WhatALockedBaseCannotTakeOfAPickIsWrittenWhenItIsFree) {
+  const int32_t code = AddJingle(on, {});
+  const auto other = DBEngine::OpenDatabase(on.station.base.Path());
+  other->BeginTrans();
+  other->Execute("UPDATE Cnf SET Veille = 0");
+  FindJingle(on.station, false, 0);
+  ASSERT_EQ(Texts(PL()), "JINGLE");
+  const auto errors = on.Events("error");
+  ASSERT_EQ(errors.size(), 1U) << on.Describe();
+  EXPECT_EQ(errors[0]["where"], "FindJingle");
+  EXPECT_NE(errors[0]["text"].find("Code = " + std::to_string(code)), std::string::npos)
+      << errors[0]["text"];
+  other->CommitTrans();
+  EXPECT_EQ(LastPlayed(code), "0.0");
+  on.RunUntil(6000);                       // the tick tries again after 5 s
+  EXPECT_EQ(LastPlayed(code), "46347.5");  // the moment of the pick, not of the writing
+  EXPECT_EQ(Setting("JingleCode"), std::to_string(code));
+}
+
+TEST_F(JingleSelection, EveryJingleBeforeATitleGoesInThoughTheBaseIsLocked) {
+  const int32_t before = AddJingle(on, {.label = "BEFORE", .titleCode = kTitle});
+  const int32_t behind = AddJingle(on, {.label = "BEHIND", .titleCode = kTitle, .endOfTitle = 1});
+  PL().Add(RowOf(kTitle));
+  const auto other = DBEngine::OpenDatabase(on.station.base.Path());
+  other->BeginTrans();
+  other->Execute("UPDATE Cnf SET Veille = 0");
+  FindJingleAssocieAvantTitre(on.station, kTitle);
+  EXPECT_EQ(Texts(PL()), "BEFORE,BEHIND,ARTIST");
+  other->CommitTrans();
+  on.RunUntil(6000);
+  EXPECT_EQ(LastPlayed(before), "46347.5");
+  EXPECT_EQ(LastPlayed(behind), "46347.5");
+}
+
 // --- FindJingle, over the introduction ---
 
 using FindJingleOverlay = JingleSelection;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/NameValueLines.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "platform/real/files/WholeFiles.h"
 
@@ -10,13 +11,6 @@ namespace zemo {
 namespace {
 
 constexpr std::string_view kMapFile = "PathMap.Ini";
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-std::string_view Trimmed(std::string_view text) {
-  const size_t first = text.find_first_not_of(" \t\r");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
 
 std::string WithSlashes(std::string_view path) {
   std::string slashed(path);
@@ -107,18 +101,10 @@ const StoredPaths::Map& StoredPaths::CurrentMap() const {
   }
   if (bytes == mapBytes_) return map_;
   Map map;
-  std::string_view rest = bytes;
-  if (rest.substr(0, kByteOrderMark.size()) == kByteOrderMark)
-    rest.remove_prefix(kByteOrderMark.size());
-  while (!rest.empty()) {
-    const size_t end = std::min(rest.find('\n'), rest.size());
-    const std::string_view line = rest.substr(0, end);
-    const size_t equals = std::min(line.find('='), line.size());
-    std::string from = WithoutLastSlashes(FoldedName(WithSlashes(Trimmed(line.substr(0, equals)))));
-    if (equals < line.size() && !from.empty())
-      map.emplace_back(std::move(from),
-                       WithoutLastSlashes(std::string(Trimmed(line.substr(equals + 1)))));
-    rest.remove_prefix(std::min(rest.size(), end + 1));
+  for (const NameValueLine& line : NameValueLines(bytes)) {
+    std::string from = WithoutLastSlashes(FoldedName(WithSlashes(line.name)));
+    if (!from.empty())
+      map.emplace_back(std::move(from), WithoutLastSlashes(std::string(line.value)));
   }
   map_ = std::move(map);
   mapBytes_ = std::move(bytes);

@@ -1,4 +1,4 @@
-#include "engine/UnwrittenRows.h"
+#include "station/UnwrittenRows.h"
 
 #include "platform/Clock.h"
 #include "station/Station.h"
@@ -9,6 +9,10 @@ namespace zemo {
 
 namespace {
 constexpr int64_t kRetryMs = 5000;
+
+std::string Behind(const std::string& detail) {
+  return detail.empty() ? detail : " - " + detail;
+}
 
 bool MendsByWaiting(const StoreError& error) {
   switch (error.Number()) {
@@ -31,9 +35,10 @@ void WriteUntilRefused(Station& station) {
       kept.front().write(station);
     } catch (const StoreError& error) {
       if (MendsByWaiting(error)) return;
-      LogError(station, kept.front().where, error.Number(), error.what());
+      LogError(station, kept.front().where, error.Number(),
+               error.what() + Behind(kept.front().detail));
     } catch (const std::exception&) {
-      LogCurrentException(station, kept.front().where);
+      LogCurrentException(station, kept.front().where, kept.front().detail);
     }
     kept.pop_front();
   }
@@ -41,7 +46,8 @@ void WriteUntilRefused(Station& station) {
 
 }  // namespace
 
-void WriteOrKeep(Station& station, const std::string& where, std::function<void(Station&)> write) {
+void WriteOrKeep(Station& station, const std::string& where, std::function<void(Station&)> write,
+                 const std::string& detail) {
   auto& kept = station.engine.unwrittenRows;
   if (kept.empty()) {
     try {
@@ -51,12 +57,12 @@ void WriteOrKeep(Station& station, const std::string& where, std::function<void(
     } catch (const StoreError& error) {
       const bool mends = MendsByWaiting(error);
       LogError(station, where, error.Number(),
-               std::string(error.what()) + (mends ? " (kept, written later)" : ""));
+               error.what() + Behind(detail) + (mends ? " (kept, written later)" : ""));
       if (!mends) return;
       station.engine.unwrittenRetryMs = station.platform.clock.MonotonicMs() + kRetryMs;
     }
   }
-  kept.push_back({where, std::move(write)});
+  kept.push_back({where, detail, std::move(write)});
 }
 
 void WriteKeptRows(Station& station) {

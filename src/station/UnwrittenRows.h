@@ -10,10 +10,11 @@ namespace zemo {
 
 struct Station;
 
-// Runs `write` now, with a short wait for a lock; when the base cannot take it, logs under `where`
-// and keeps it. Whatever is behind a kept write is kept too. A fault that waiting does not mend is
-// logged and costs the row. Never throws StoreError.
-void WriteOrKeep(Station& station, const std::string& where, std::function<void(Station&)> write);
+// Runs `write` now, with a short wait for a lock; when the base cannot take it, logs under `where`,
+// with `detail` behind the fault's own text, and keeps it. Whatever is behind a kept write is kept
+// too. A fault that waiting does not mend is logged and costs the row. Never throws StoreError.
+void WriteOrKeep(Station& station, const std::string& where, std::function<void(Station&)> write,
+                 const std::string& detail = {});
 
 // Tries what is kept again, at most every 5 s and without waiting for a lock; run by the tick.
 void WriteKeptRows(Station& station);
