@@ -41,7 +41,6 @@ constexpr int kKeySpace = 32;
 constexpr float kSpaceLockSec = 2;
 constexpr float kMinuteGuardSec = 60;
 constexpr int64_t kSameErrorMs = 60000;
-constexpr const char* kGridRebuildSignal = "MajGrillePub.txt";
 
 // The moment of the tick, read once and again after whatever may have waited.
 struct Moment {
@@ -440,10 +439,11 @@ void RebuildGrid(Station& station, const Moment& at) {
     engine.LastJingleTimer = at.timer;
   }
   Folder& folder = station.platform.stationFolder;
-  if (engine.ReportsDisabled || at.now.second % 2 != 0 || !folder.Exists(kGridRebuildSignal))
+  if (engine.ReportsDisabled || at.now.second % 2 != 0 ||
+      !folder.Exists(station.files.MajGrillePub))
     return;
   MakePubduJour(station);
-  folder.Remove(kGridRebuildSignal);
+  folder.Remove(station.files.MajGrillePub);
 }
 
 void Refill(Station& station) {
