@@ -287,17 +287,20 @@ void DrainOutput(Station& station, Moment& at) {
   for (int slot = 0; slot < kSlots; ++slot) sound.SetChannelDone(slot, false);
 }
 
-// Row of the day's grid whose minute it is; 0 for none.
-int DueGridRow(const Station& station, const Moment& at) {
+// Row of the day's grid whose minute it is; 0 for none. Each row passed over opens the guard, so
+// that it only holds after a hit.
+int DueGridRow(Station& station, const Moment& at) {
   const DayGrid& grid = station.GPubJour;
-  for (int row = 1; row < grid.RowCount(); ++row)
-    if (grid.Cell(row, 0) == at.hourMinute) return row;
+  for (int row = 1; row < grid.RowCount(); ++row) {
+    if (grid.Cell(row, GridCol::kMoment) == at.hourMinute) return row;
+    station.engine.LastGridCheckTimer = 0;
+  }
   return 0;
 }
 
 void InsertBreak(Station& station, const Moment& at, int row) {
   station.engine.LastGridCheckTimer = at.timer;
-  if (station.GPubJour.Cell(row, 2) == "Pubs")
+  if (station.GPubJour.Cell(row, GridCol::kType) == "Pubs")
     AjoutPubPlaylist(station, row);
   else
     AjoutRubriquePlaylist(station, row);

@@ -460,7 +460,7 @@ struct WatchedStation {
   explicit WatchedStation(RequestStation& s)
       : loop(s.loop),
         station(Platform{s.loop, loop, s.sound, s.stationFolder, s.machineFolder, s.soundFiles,
-                         s.localValues, s.clipboard, s.messages, s.keyboard, s.system}) {
+                         s.lengths, s.localValues, s.clipboard, s.messages, s.keyboard, s.system}) {
     station.base.OpenOrCreateDatabase();
     SetSideFileNames(station);
     station.base.OpenAllTables();
