@@ -41,6 +41,7 @@ constexpr int kKeySpace = 32;
 constexpr float kSpaceLockSec = 2;
 constexpr float kMinuteGuardSec = 60;
 constexpr int64_t kSameErrorMs = 60000;
+constexpr int64_t kGridRetryMs = 10000;
 
 // The moment of the tick, read once and again after whatever may have waited.
 struct Moment {
@@ -310,7 +311,7 @@ void InsertBreak(Station& station, const Moment& at, int row) {
 // A break whose minute comes while the engine is stopped is prepared for the local programme.
 void PrepareLocalProgramme(Station& station, const Moment& at) {
   const EngineState& engine = station.engine;
-  if (!engine.InputsAllowed || Setting(station, Cnf::kEntreSat) != 3 ||
+  if (!engine.InputsAllowed || engine.composing || Setting(station, Cnf::kEntreSat) != 3 ||
       at.timer - engine.LastGridCheckTimer < kMinuteGuardSec)
     return;
   const int row = DueGridRow(station, at);
@@ -376,9 +377,11 @@ bool ServeTimedStop(Station& station, const Moment& at) {
   return false;
 }
 
+// While the grid is being composed its rows are not whole yet: the minute's break waits for the tick
+// behind the composition.
 void ServeBreaks(Station& station, const Moment& at) {
   const EngineState& engine = station.engine;
-  if (engine.OptionDirect || engine.HourBlockHandled ||
+  if (engine.OptionDirect || engine.HourBlockHandled || engine.composing ||
       at.timer - engine.LastGridCheckTimer < kMinuteGuardSec)
     return;
   const int row = DueGridRow(station, at);
@@ -434,19 +437,32 @@ void ServeNewHour(Station& station, const Moment& at) {
     if (station.PL.Row(row).Code() > 0) station.PL.Remove(row);
 }
 
+// A composition that fails is tried again, but not tick after tick.
+void ComposeGrid(Station& station) {
+  station.engine.gridRetryMs = station.platform.clock.MonotonicMs() + kGridRetryMs;
+  const ShortWait shortWait(station.base);
+  MakeGrillePubGeneral(station);
+}
+
+bool GridIsOf(const Station& station, const Moment& at) {
+  return station.GPubJour.Cell(0, GridCol::kDateStamp).substr(0, 8) == ShortDateText(at.now);
+}
+
 void RebuildGrid(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
-  if (station.screen.Tmn < 1 || engine.ProgressPercent <= 25) return;
-  if (ShortDateText(at.now) != station.GPubJour.Cell(0, 53).substr(0, 8)) {
-    MakePubduJour(station);
+  if (station.screen.Tmn < 1 || engine.ProgressPercent <= 25 || engine.composing) return;
+  if (station.platform.clock.MonotonicMs() < engine.gridRetryMs) return;
+  if (!GridIsOf(station, at)) {
+    ComposeGrid(station);
     engine.LastJingleTimer = at.timer;
   }
   Folder& folder = station.platform.stationFolder;
-  if (engine.ReportsDisabled || at.now.second % 2 != 0 ||
-      !folder.Exists(station.files.MajGrillePub))
-    return;
-  MakePubduJour(station);
-  folder.Remove(station.files.MajGrillePub);
+  const std::string& signal = station.files.MajGrillePub;
+  if (!engine.ReportsDisabled && at.now.second % 2 == 0 && folder.Exists(signal)) {
+    ComposeGrid(station);
+    folder.Remove(signal);
+  }
+  if (GridIsOf(station, at)) engine.gridRetryMs = 0;
 }
 
 void Refill(Station& station) {

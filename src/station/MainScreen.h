@@ -45,12 +45,14 @@ struct MainScreen {
   std::string CmdStopCaption = "Stop";
   std::string BtnSurImpressionCaption = "Sur Impression";
   std::string MnuModelCaption;
+  std::string BtnCopyPubCaption;
   bool MnuPlaylistEnabled = true, MnuImprimeEnabled = true, BtnPubJourXEnabled = true;
   bool BtnCopyPubEnabled = false;
   bool ToolbarStartPressed = false;
   bool CadreRechVisible = false;  // search and browse frame of the live mode
   bool CadrePLVisible = false;    // stored-list editor
   bool GPubJourVisible = false;
+  bool GPubJourForInsertion = false;  // it came in place of the list to put a break in there
   bool Visible = false;
   uint32_t LedSat[4] = {kLedOff, kLedOff, kLedOff,
                         kLedOff};  // the indicator is the contact's state

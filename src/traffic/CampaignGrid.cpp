@@ -86,9 +86,13 @@ std::string MarkText(const std::string& mark) {
   return number ? TwoDigits(ValInt(mark)) : mark;
 }
 
+void YieldForRow(Station& station, RowYields yields) {
+  if (yields == RowYields::kEach) station.platform.loop.Yield();
+}
+
 // A row a mark and hour, marks in their order on the screen. The hours do not wrap: an end before
 // the start leaves the first hour alone.
-void AddMoments(Station& station, const CampaignForm& form, TextGrid& grid) {
+void AddMoments(Station& station, const CampaignForm& form, TextGrid& grid, RowYields yields) {
   const int first = std::max(0, ValInt(form.HDepPub));
   const int last = std::max(first, ValInt(form.HFinPub));
   const auto width = static_cast<size_t>(GridColumns(grid));
@@ -99,7 +103,7 @@ void AddMoments(Station& station, const CampaignForm& form, TextGrid& grid) {
       TextGrid::Row row(width);
       row[0] = TwoDigits(hour) + ":" + MarkText(Trim(mark));
       grid.AddRow(std::move(row));
-      station.platform.loop.Yield();
+      YieldForRow(station, yields);
     }
 }
 
@@ -108,7 +112,8 @@ void AddHeadings(TextGrid& grid, size_t columns) {
 }
 
 // Crosses are put into the grid as it stands after each yield: its shape may be another by then.
-void ReadCrosses(Station& station, CampaignForm& form, const std::vector<std::string>& lines) {
+void ReadCrosses(Station& station, CampaignForm& form, const std::vector<std::string>& lines,
+                 RowYields yields) {
   TextGrid& grid = form.GPub;
   size_t line = 0;
   for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) {
@@ -116,17 +121,17 @@ void ReadCrosses(Station& station, CampaignForm& form, const std::vector<std::st
       const bool cross = line < lines.size() && Trim(lines[line]) == kCross;
       grid.SetCell(row, column, cross ? std::string(kCross) : std::string());
     }
-    station.platform.loop.Yield();
+    YieldForRow(station, yields);
   }
 }
 
-std::string CrossesText(Station& station, const CampaignForm& form) {
+std::string CrossesText(Station& station, const CampaignForm& form, RowYields yields) {
   std::vector<std::string> lines;
   const TextGrid grid = form.GPub;  // as it is now, whatever a yield lets happen
   for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) {
     for (int column = kFirstDayColumn; column < GridColumns(grid); ++column)
       lines.push_back(grid.Cell(row, column));
-    station.platform.loop.Yield();
+    YieldForRow(station, yields);
   }
   return JoinLines(lines);
 }
@@ -137,8 +142,8 @@ int GridColumns(const TextGrid& grid) {
   return grid.RowCount() == 0 ? 0 : static_cast<int>(grid.At(0).size());
 }
 
-void CmdInitGrille(Station& station, CampaignForm& form) {
-  if (form.LblDepartPub == kDailyCampaign) return PubJournaliere(station, form);
+void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields) {
+  if (form.LblDepartPub == kDailyCampaign) return PubJournaliere(station, form, yields);
   const GridWords words = WordsOf(station);
   const std::vector<Date> days = DaysOf(form);
   form.LblTotalJours = std::to_string(days.size()) + words.days;
@@ -156,29 +161,29 @@ void CmdInitGrille(Station& station, CampaignForm& form) {
     grid.SetCell(1, column, TwoDigits(day.day));
     grid.SetCell(2, column, std::string(1, kDayLetters[static_cast<size_t>(weekday - 1)]));
   }
-  AddMoments(station, form, grid);
+  AddMoments(station, form, grid, yields);
   form.GPub = std::move(grid);
 }
 
-void PubJournaliere(Station& station, CampaignForm& form) {
+void PubJournaliere(Station& station, CampaignForm& form, RowYields yields) {
   form.LblTotalJours = std::to_string(kWeekDays) + WordsOf(station).days;
   TextGrid grid;
   AddHeadings(grid, kWeekDays + 1);
   for (int day = 1; day <= kWeekDays; ++day)
     grid.SetCell(2, day, std::string(1, kDayLetters[static_cast<size_t>(day - 1)]));
-  AddMoments(station, form, grid);
+  AddMoments(station, form, grid, yields);
   form.GPub = std::move(grid);
 }
 
 bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
-                 const std::string& path) {
+                 const std::string& path, RowYields yields) {
   bool done = true;
   try {
     if (IsSave(action)) {
-      WriteCampaignFile(station, path, CrossesText(station, form));
+      WriteCampaignFile(station, path, CrossesText(station, form, yields));
     } else if (IsLoad(action)) {
       const auto text = ReadCampaignFile(station, path);
-      ReadCrosses(station, form, SplitLines(text.value_or(std::string())));
+      ReadCrosses(station, form, SplitLines(text.value_or(std::string())), yields);
     }
   } catch (const std::exception&) {
     LogCurrentException(station, "LSGrillePub");
@@ -202,7 +207,8 @@ int CalculNbJourActif(const CampaignForm& form) {
   return crosses;
 }
 
-void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form) {
+void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
+                  RowYields yields) {
   form.LblCode = grillePub.Text("CODE");
   form.LblDepartPub = grillePub.Text("CAMPAGNEDEPART");
   form.LblFinPub = grillePub.Text("CAMPAGNEFIN");
@@ -220,8 +226,8 @@ void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& fo
   form.ChContact = Trim(grillePub.Text("CONTACT"));
   form.OptPub = {grillePub.Bool("PUB"), !grillePub.Bool("PUB")};
   form.GenreAssocie = grillePub.Text("GENREASSOCIE");
-  CmdInitGrille(station, form);
-  LSGrillePub(station, form, "Load", form.FILENAMEGRILLE);
+  CmdInitGrille(station, form, yields);
+  LSGrillePub(station, form, "Load", form.FILENAMEGRILLE, yields);
 }
 
 std::string TurnedDate(std::string_view ddmmyyyy) {

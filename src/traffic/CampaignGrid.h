@@ -39,22 +39,26 @@ struct CampaignForm {
   std::string LblTotalJours;  // "30 jours"
 };
 
+// Whether a routine yields to the event loop once a grid row; the composition of the day, which
+// loads campaigns by the thousand, yields once a campaign instead.
+enum class RowYields { kEach, kNone };
+
 // Columns of the grid, the moments' included; 0 for a grid without rows.
 int GridColumns(const TextGrid& grid);
 
 // Builds GPub for the dates, hours and marks of the form, without a cross, and sets LblTotalJours.
 // An end before the start or more than a year behind it gives 366 day columns; a start that is no
-// date gives none. Yields to the event loop once a grid row.
-void CmdInitGrille(Station& station, CampaignForm& form);
+// date gives none.
+void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
 // The weekly grid, whatever the dates.
-void PubJournaliere(Station& station, CampaignForm& form);
+void PubJournaliere(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
 
 // "Save" writes the crosses of GPub to the grid file, "Load" reads them; the case of the word does
 // not matter. The file holds no shape: a line a cell, row by row, "X" or nothing. A missing file
 // leaves the grid empty. Sets LblTotalMsg. False when the file could not be read or written, which
-// is logged. Yields once a grid row.
+// is logged.
 bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
-                 const std::string& path);
+                 const std::string& path, RowYields yields = RowYields::kEach);
 
 // The crosses of the whole grid: messages, in spite of the name.
 int CalculNbJourActif(const CampaignForm& form);
@@ -63,7 +67,8 @@ int CrossesInColumn(const TextGrid& grid, int column);
 // The current row of GrillePub with its grid: the fields, CmdInitGrille, LSGrillePub("Load"). All
 // fields are read before the first yield, so that the cursor may be moved meanwhile. Throws
 // StoreError.
-void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form);
+void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
+                  RowYields yields = RowYields::kEach);
 
 // A date of a campaign as "yyyymmdd" for comparing as text: characters 7 to 10, 4 and 5, 1 and 2,
 // whatever they are ("JOURNALIER" gives "LIERRNJO", which sorts behind every date).
