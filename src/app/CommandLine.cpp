@@ -15,6 +15,7 @@ struct Typed {
   std::string duration;
   std::string from;
   std::string at;
+  std::string day;
 };
 
 std::string OneLine(std::string text) {
@@ -65,6 +66,12 @@ void AddWhy(CLI::App& app, CommandLine& line, Typed& typed) {
   app.add_flag("--json", line.json, "The answer as one JSON object");
 }
 
+void AddGrid(CLI::App& app, CommandLine& line, Typed& typed) {
+  AddFolders(app, line);
+  app.add_option("--day", typed.day, "The day, YYYY-MM-DD (today)")->type_name("DAY");
+  app.add_flag("--json", line.json, "The breaks as one JSON object");
+}
+
 std::optional<LocalDateTime> ReadMoment(const CLI::App& chosen, const char* name,
                                         const std::string& text) {
   const CLI::Option* option = chosen.get_option_no_throw(name);
@@ -99,6 +106,10 @@ void ReadTyped(CommandLine& line, const Typed& typed, const CLI::App& app, const
   }
   line.from = ReadMoment(chosen, "--from", typed.from);
   line.at = ReadMoment(chosen, "--at", typed.at);
+  if (const CLI::Option* option = chosen.get_option_no_throw("--day"); option && option->count()) {
+    line.day = ParseDay(typed.day);
+    if (!line.day) throw UsageError("--day: '" + typed.day + "' is no day YYYY-MM-DD");
+  }
   CheckWhy(line);
 }
 }  // namespace
@@ -137,6 +148,9 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   CLI::App& why = *app.add_subcommand("why", "Say why a title may not play, or why it did");
   AddWhy(why, line, typed);
 
+  CLI::App& grid = *app.add_subcommand("grid", "The spot and news breaks of a day");
+  AddGrid(grid, line, typed);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& shown) {
@@ -148,7 +162,8 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
 
   const std::vector<std::pair<const CLI::App*, Command>> commands{
       {&run, Command::kRun},   {&simulate, Command::kSimulate}, {&render, Command::kRender},
-      {&demo, Command::kDemo}, {&check, Command::kCheck},       {&why, Command::kWhy}};
+      {&demo, Command::kDemo}, {&check, Command::kCheck},       {&why, Command::kWhy},
+      {&grid, Command::kGrid}};
   const CLI::App* chosen = &app;
   for (const auto& [subcommand, command] : commands)
     if (subcommand->parsed()) {

@@ -11,7 +11,7 @@
 
 namespace zemo {
 
-enum class Command { kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy };
+enum class Command { kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid };
 
 struct CommandLine {
   Command command = Command::kScreen;
@@ -26,9 +26,10 @@ struct CommandLine {
   std::string folder;  // of demo and check
   bool inPlace = false;
   bool noStart = false;
-  std::optional<int32_t> code;      // of why: the card asked about, or ...
-  std::optional<int32_t> report;    // ... the row of the report, one of the two
-  std::optional<LocalDateTime> at;  // of why; none: now
+  std::optional<int32_t> code;       // of why: the card asked about, or ...
+  std::optional<int32_t> report;     // ... the row of the report, one of the two
+  std::optional<LocalDateTime> at;   // of why; none: now
+  std::optional<LocalDateTime> day;  // of grid; none: today
   bool json = false;
 };
 

@@ -1,5 +1,5 @@
-// The commands of the program, each in its own file. They give the exit status, and throw UsageError
-// for wrong usage and std::exception with one line for work that failed.
+// The commands of the program, each in its own file. They give the exit status, and throw
+// UsageError for wrong usage and std::exception with one line for work that failed.
 #pragma once
 
 namespace zemo {
@@ -12,5 +12,6 @@ int RunRender(const CommandLine& line);
 int RunDemoCommand(const CommandLine& line);
 int RunCheckCommand(const CommandLine& line);
 int RunWhyCommand(const CommandLine& line);
+int RunGridCommand(const CommandLine& line);
 
 }  // namespace zemo

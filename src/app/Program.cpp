@@ -30,6 +30,8 @@ int Dispatch(const CommandLine& line) {
       return RunCheckCommand(line);
     case Command::kWhy:
       return RunWhyCommand(line);
+    case Command::kGrid:
+      return RunGridCommand(line);
   }
   return kWrongUsage;
 }

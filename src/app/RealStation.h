@@ -10,6 +10,7 @@
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/desktop/RealEventLoop.h"
 #include "platform/real/desktop/ScreenlessDesktop.h"
+#include "platform/real/files/KnownLengths.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/StoredPaths.h"
 #include "platform/real/sound/RealSoundChain.h"
@@ -43,6 +44,7 @@ class RealStation {
   LocalValues localValues;
   StoredPaths soundFiles;
   SoundFileOpener opener;
+  SoundFileLengths lengths;
   std::unique_ptr<RealSoundChain> sound;
   ScreenlessClipboard clipboard;
   ScreenlessMessageBoxes messages;

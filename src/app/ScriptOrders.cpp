@@ -5,7 +5,9 @@
 #include <memory>
 #include <stdexcept>
 
+#include "app/Moments.h"
 #include "app/SimStation.h"
+#include "engine/DayGridControls.h"
 #include "engine/ExternalTriggers.h"
 #include "engine/OperatorControls.h"
 #include "engine/StateDump.h"
@@ -142,6 +144,16 @@ void Check(SimStation& sim, const ScriptOrder& order) {
     Refuse("the screen has no " + order.arguments[0]);
 }
 
+void Break(SimStation& sim, const ScriptOrder& order) {
+  if (order.Has(1)) OpenGridForInsertion(sim.station);
+  if (!BtnCopyPub_Click(sim.station, order.Number(0), order.Number(1)))
+    Refuse("the day's grid has no row " + order.arguments[0]);
+}
+
+void Preview(SimStation& sim, const ScriptOrder& order) {
+  if (BtnPubJourX_Click(sim.station)) PickPreviewDay(sim.station, *ParseDay(order.arguments[0]));
+}
+
 void Mode(SimStation& sim, const ScriptOrder& order) {
   ToolbarButton(sim.station, order.arguments[0] == "auto" ? Toolbar::kAutomatic : Toolbar::kLive);
 }
@@ -171,8 +183,8 @@ constexpr Service kServices[] = {
     {Order::kMove, [](Sim& s, const It& it) { DragInList(s.station, it.Number(0), it.Number(1)); }},
     {Order::kDelete, [](Sim& s, const It& it) { DeleteRow(s.station, it.Number(0)); }},
     {Order::kRightClick, [](Sim& s, const It& it) { RightClickRow(s.station, it.Number(0)); }},
-    {Order::kBreak, [](Sim&, const It&) { Refuse("the grid has no controls in this version"); }},
-    {Order::kPreview, [](Sim&, const It&) { Refuse("the grid has no preview in this version"); }},
+    {Order::kBreak, Break},
+    {Order::kPreview, Preview},
     {Order::kLocal, [](Sim& s, const It& it) { s.localValues.Set(it.arguments[0], it.arguments[1]); }},
     {Order::kCheck, Check},
     {Order::kContact, [](Sim&, const It&) { Refuse("the serial input is not in use"); }},

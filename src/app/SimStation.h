@@ -6,6 +6,7 @@
 
 #include "app/PrivateCopy.h"
 #include "platform/LocalValues.h"
+#include "platform/real/files/KnownLengths.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/sim/SimDesktop.h"
 #include "platform/sim/SimLoop.h"
@@ -41,6 +42,7 @@ class SimStation {
   LocalValues localValues;
   std::unique_ptr<SoundFiles> soundFiles;
   std::unique_ptr<SoundOpener> opener;
+  SoundFileLengths lengths;
   SimSoundChain sound;
   SimClipboard clipboard;
   SimMessageBoxes messages;

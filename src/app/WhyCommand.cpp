@@ -1,26 +1,19 @@
 // `zemoradio why`: may a music title play at a moment, and if not, why and from when; and what
 // brought an element of the report on air. Works on a private copy and changes nothing.
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
+#include "app/AskedStation.h"
 #include "app/CommandLine.h"
 #include "app/Commands.h"
-#include "app/PrivateCopy.h"
-#include "app/SimStation.h"
-#include "app/StationPaths.h"
-#include "app/TempFolder.h"
-#include "app/Trace.h"
 #include "app/WhyReport.h"
 #include "platform/real/decoders/LengthOnlyOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
-#include "platform/real/files/NoCaseNames.h"
 #include "scheduling/ChoiceLog.h"
 #include "scheduling/TitleEligibility.h"
-#include "settings/SideFiles.h"
 #include "station/TimeForms.h"
 
 namespace zemo {
@@ -28,47 +21,6 @@ namespace zemo {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-// Copies of the station and the machine, and their paths as the errors are to show them.
-class AskedStation {
- public:
-  explicit AskedStation(const CommandLine& line)
-      : from_(line.station.empty() ? DefaultStationFolder() : line.station),
-        machine_(line.machine.empty() ? DefaultMachineFolder() : line.machine) {
-    if (!std::filesystem::is_directory(from_))
-      throw std::runtime_error("there is no station folder " + from_);
-    if (EntryNamed(from_, "Triskin.MDB").empty())
-      throw std::runtime_error("there is no base Triskin.MDB in " + from_);
-    if (!line.machine.empty() && !std::filesystem::is_directory(machine_))
-      throw std::runtime_error("there is no machine folder " + machine_);
-    folders_.station = temp_.MakeFolder("station");
-    folders_.machine = temp_.MakeFolder("machine");
-    folders_.changed = temp_.MakeFolder("changed") + "/";
-    folders_.copiedFrom = LocalFolder(from_).Path();
-    CopyStation(from_, folders_.station);
-    CopyFiles(machine_, folders_.machine);
-  }
-  const SimFolders& Folders() const { return folders_; }
-  ShownPaths Paths() const {
-    return {{folders_.station + "/", folders_.copiedFrom},
-            {folders_.machine + "/", LocalFolder(machine_).Path()}};
-  }
-
- private:
-  TempFolder temp_;
-  std::string from_, machine_;
-  SimFolders folders_;
-};
-
-// The base alone: nothing of what a start does to a station.
-void OpenStation(Station& station) {
-  SetSideFileNames(station);
-  station.base.OpenOrCreateDatabase();
-  station.base.Db().Execute("PRAGMA synchronous = OFF");
-  station.base.CreateMissingTables([](const std::string&, int, const std::string&) {});
-  station.base.OpenAllTables();
-  station.base.SeedFixedRows();
-}
 
 // "YYYY-MM-DD hh:mm:ss", and with 'T' for programs.
 std::string MomentText(const LocalDateTime& at, char between) {
@@ -121,7 +73,7 @@ void TellTitleJson(const TitleAnswer& answer, std::ostream& out) {
 
 void TellAnswer(const CommandLine& line, const LocalDateTime& at, SimStation& sim,
                 std::ostream& out) {
-  OpenStation(sim.station);
+  OpenForQuestion(sim.station);
   if (line.report)
     return TellReport(sim.station, sim.machineFolder.Read(kChoicesFile).value_or(""), *line.report,
                       line.json, out);

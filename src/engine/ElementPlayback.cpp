@@ -16,6 +16,7 @@
 #include "reports/BroadcastReport.h"
 #include "reports/RollingReport.h"
 #include "scheduling/JingleSelection.h"
+#include "settings/ExtractMarks.h"
 #include "settings/NowPlaying.h"
 #include "settings/SideFiles.h"
 #include "settings/WebPage.h"
@@ -105,21 +106,6 @@ int VolumeUnderVoiceTrack(Station& station, int kindVolume) {
   return static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSous));
 }
 
-// Start and end of an extract in ms from the marks file beside the sound file; false without the
-// file.
-bool ReadExtractMarks(Station& station, const std::string& file, int32_t& startMs, int32_t& endMs) {
-  const auto bytes = station.platform.soundFiles.Read(SideFilePath(file, "mar"));
-  if (!bytes) return false;
-  const size_t gap = bytes->find_first_of(",;\t\r\n ", bytes->find_first_not_of(" \t\r\n"));
-  startMs = static_cast<int32_t>(Val(*bytes));
-  endMs = 0;
-  if (gap != std::string::npos) {
-    const size_t second = bytes->find_first_not_of(",;\t\r\n ", gap);
-    if (second != std::string::npos) endMs = static_cast<int32_t>(Val(bytes->substr(second)));
-  }
-  return true;
-}
-
 void SetExtract(Station& station, const Incoming& element) {
   EngineState& engine = station.engine;
   if (!engine.CheckExtrait) return;
@@ -130,13 +116,13 @@ void SetExtract(Station& station, const Incoming& element) {
     return;
   }
   engine.ExtractEndMs = 0;
-  int32_t startMs = 0;
-  int32_t endMs = 0;
-  const bool marked = ReadExtractMarks(station, element.file, startMs, endMs);
+  const auto marks = ReadExtractMarks(station, element.file);
+  int32_t startMs = marks ? marks->startMs : 0;
+  int32_t endMs = marks ? marks->endMs : 0;
   if (endMs == 0 && station.base.CnfInt(Cnf::kExtraitAuto) == 1) {
     startMs = static_cast<int32_t>(station.base.CnfInt(Cnf::kInExtrait) * 1000);
     endMs = startMs + static_cast<int32_t>(station.base.CnfInt(Cnf::kOutExtrait) * 1000);
-  } else if (!marked) {
+  } else if (!marks) {
     return;
   }
   // Marks behind the end of the file would give an element without a sound: it plays whole.

@@ -42,7 +42,7 @@ constexpr int kKeySpace = 32;
 constexpr float kSpaceLockSec = 2;
 constexpr float kMinuteGuardSec = 60;
 constexpr int64_t kSameErrorMs = 60000;
-constexpr const char* kGridRebuildSignal = "MajGrillePub.txt";
+constexpr int64_t kGridRetryMs = 10000;
 
 // The moment of the tick, read once and again after whatever may have waited.
 struct Moment {
@@ -279,17 +279,20 @@ void DrainOutput(Station& station, Moment& at) {
   for (int slot = 0; slot < kSlots; ++slot) sound.SetChannelDone(slot, false);
 }
 
-// Row of the day's grid whose minute it is; 0 for none.
-int DueGridRow(const Station& station, const Moment& at) {
+// Row of the day's grid whose minute it is; 0 for none. Each row passed over opens the guard, so
+// that it only holds after a hit.
+int DueGridRow(Station& station, const Moment& at) {
   const DayGrid& grid = station.GPubJour;
-  for (int row = 1; row < grid.RowCount(); ++row)
-    if (grid.Cell(row, 0) == at.hourMinute) return row;
+  for (int row = 1; row < grid.RowCount(); ++row) {
+    if (grid.Cell(row, GridCol::kMoment) == at.hourMinute) return row;
+    station.engine.LastGridCheckTimer = 0;
+  }
   return 0;
 }
 
 void InsertBreak(Station& station, const Moment& at, int row) {
   station.engine.LastGridCheckTimer = at.timer;
-  if (station.GPubJour.Cell(row, 2) == "Pubs")
+  if (station.GPubJour.Cell(row, GridCol::kType) == "Pubs")
     AjoutPubPlaylist(station, row);
   else
     AjoutRubriquePlaylist(station, row);
@@ -299,7 +302,7 @@ void InsertBreak(Station& station, const Moment& at, int row) {
 // A break whose minute comes while the engine is stopped is prepared for the local programme.
 void PrepareLocalProgramme(Station& station, const Moment& at) {
   const EngineState& engine = station.engine;
-  if (!engine.InputsAllowed || Setting(station, Cnf::kEntreSat) != 3 ||
+  if (!engine.InputsAllowed || engine.composing || Setting(station, Cnf::kEntreSat) != 3 ||
       at.timer - engine.LastGridCheckTimer < kMinuteGuardSec)
     return;
   const int row = DueGridRow(station, at);
@@ -364,9 +367,11 @@ bool ServeTimedStop(Station& station, const Moment& at) {
   return false;
 }
 
+// While the grid is being composed its rows are not whole yet: the minute's break waits for the tick
+// behind the composition.
 void ServeBreaks(Station& station, const Moment& at) {
   const EngineState& engine = station.engine;
-  if (engine.OptionDirect || engine.HourBlockHandled ||
+  if (engine.OptionDirect || engine.HourBlockHandled || engine.composing ||
       at.timer - engine.LastGridCheckTimer < kMinuteGuardSec)
     return;
   const int row = DueGridRow(station, at);
@@ -422,18 +427,32 @@ void ServeNewHour(Station& station, const Moment& at) {
     if (station.PL.Row(row).Code() > 0) station.PL.Remove(row);
 }
 
+// A composition that fails is tried again, but not tick after tick.
+void ComposeGrid(Station& station) {
+  station.engine.gridRetryMs = station.platform.clock.MonotonicMs() + kGridRetryMs;
+  const ShortWait shortWait(station.base);
+  MakeGrillePubGeneral(station);
+}
+
+bool GridIsOf(const Station& station, const Moment& at) {
+  return station.GPubJour.Cell(0, GridCol::kDateStamp).substr(0, 8) == ShortDateText(at.now);
+}
+
 void RebuildGrid(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
-  if (station.screen.Tmn < 1 || engine.ProgressPercent <= 25) return;
-  if (ShortDateText(at.now) != station.GPubJour.Cell(0, 53).substr(0, 8)) {
-    MakePubduJour(station);
+  if (station.screen.Tmn < 1 || engine.ProgressPercent <= 25 || engine.composing) return;
+  if (station.platform.clock.MonotonicMs() < engine.gridRetryMs) return;
+  if (!GridIsOf(station, at)) {
+    ComposeGrid(station);
     engine.LastJingleTimer = at.timer;
   }
   Folder& folder = station.platform.stationFolder;
-  if (engine.ReportsDisabled || at.now.second % 2 != 0 || !folder.Exists(kGridRebuildSignal))
-    return;
-  MakePubduJour(station);
-  folder.Remove(kGridRebuildSignal);
+  const std::string& signal = station.files.MajGrillePub;
+  if (!engine.ReportsDisabled && at.now.second % 2 == 0 && folder.Exists(signal)) {
+    ComposeGrid(station);
+    folder.Remove(signal);
+  }
+  if (GridIsOf(station, at)) engine.gridRetryMs = 0;
 }
 
 void Refill(Station& station) {

@@ -19,11 +19,6 @@ namespace zemo {
 
 namespace {
 
-void RecordActivity(Station& station) {
-  station.engine.LastActivityTimer = station.Timer();
-  station.base.CheckCnf();
-}
-
 void SetAutomatic(Station& station, bool automatic) {
   EngineState& engine = station.engine;
   const bool changed = engine.IsAutomatic != automatic;
@@ -35,6 +30,7 @@ void ResetFrames(MainScreen& screen) {
   screen.CadreRechVisible = false;
   screen.CadrePLVisible = false;
   screen.GPubJourVisible = false;
+  screen.GPubJourForInsertion = false;
   screen.BtnCopyPubEnabled = false;
 }
 
@@ -128,6 +124,11 @@ void CheckJingles(Station& station, bool on) {
 }
 
 }  // namespace
+
+void RecordActivity(Station& station) {
+  station.engine.LastActivityTimer = station.Timer();
+  station.base.CheckCnf();
+}
 
 void ToolbarButton(Station& station, Toolbar button) {
   RecordActivity(station);

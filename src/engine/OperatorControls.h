@@ -12,6 +12,9 @@ struct Station;
 enum class Toolbar { kAutomatic = 1, kLive = 2, kDayGrid = 3, kStart = 5, kStop = 6 };
 enum class BrowseList { kMusic = 0, kJingles = 1, kSpots = 2, kOthers = 3 };
 
+// What every event of a control begins with.
+void RecordActivity(Station& station);
+
 void ToolbarButton(Station& station, Toolbar button);
 void CmdStop(Station& station);  // "Next" while running
 void CmdRequette(Station& station);

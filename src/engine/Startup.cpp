@@ -143,7 +143,7 @@ const char* ModelCaption(bool skeleton, int64_t langue) {
 
 void ActivateFirst(Station& station) {
   LoadSaveAudio(station, "Load");
-  Guarded(station, "MakePubduJour", [&] { MakePubduJour(station); });
+  MakeGrillePubGeneral(station);
   Guarded(station, "LoadShortcutTable", [&] { LoadShortcutTable(station); });
   if (LoadSavePlay(station, "Load")) StartStopZemoRadio(station, true);
 }

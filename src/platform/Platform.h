@@ -12,6 +12,7 @@ class LocalValues;
 class MessageBoxes;
 class SoundChain;
 class SoundFiles;
+class SoundLengths;
 class System;
 
 // References only: the owner (app/, a test) outlives the Station.
@@ -22,6 +23,7 @@ struct Platform {
   Folder& stationFolder;  // the program's folder: Triskin.MDB and the side files
   Folder& machineFolder;  // the C:\ root, the system directory and the registry of this machine
   SoundFiles& soundFiles;
+  SoundLengths& lengths;
   LocalValues& localValues;
   Clipboard& clipboard;
   MessageBoxes& messages;

@@ -51,16 +51,4 @@ void InsertReportRow(Station& station, ReportRow row) {
   station.events.Report(row);
 }
 
-void PurgeRapport(Station& station, int64_t days) {
-  try {
-    const LocalDateTime today = station.Now();
-    const double limit = DaySerial(today.year, today.month, today.day) - static_cast<double>(days);
-    Transaction transaction(station.base.Db());
-    station.base.Db().Execute("DELETE * FROM Rapport WHERE DATENUM <= " + SqlNumber(limit));
-    transaction.Commit();
-  } catch (const std::exception&) {
-    LogCurrentException(station, "PurgeRapport");
-  }
-}
-
 }  // namespace zemo

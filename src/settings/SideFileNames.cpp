@@ -27,6 +27,7 @@ void SetSideFileNames(Station& station) {
   files.ZemoOnOff = "ZemoOnOff.Dat";
   files.CheckTopage = "CheckTopage.Dat";
   files.CD = "CD.Txt";
+  files.MajGrillePub = "MajGrillePub.txt";
   files.Days = {"Lundi.Txt",    "Mardi.Txt",  "Mercredi.Txt", "Jeudi.Txt",
                 "Vendredi.Txt", "Samedi.Txt", "Dimanche.Txt"};
   for (size_t day = 0; day < files.Days.size(); ++day)

@@ -6,6 +6,18 @@
 
 namespace zemo {
 
+// Columns of the day's grid. An element's file stands kFileOffset columns on from its advertiser.
+namespace GridCol {
+inline constexpr int kMoment = 0;        // "hh:mm"
+inline constexpr int kLength = 1;        // of the break, "mm:ss"
+inline constexpr int kType = 2;          // "Pubs" or "Rubriques"
+inline constexpr int kFirstElement = 3;  // advertiser of the first element
+inline constexpr int kLastElement = 49;
+inline constexpr int kFileOffset = 50;
+inline constexpr int kDateStamp = 53;  // of row 0
+inline constexpr int kCount = 100;
+}  // namespace GridCol
+
 // Cells of a row: 0 moment "hh:mm", 1 break length, 2 break type, 3 to 49 elements, 53 to 99 their
 // files; cell (0,53) the date stamp. Writer: the composition. Thread: the logic's.
 class DayGrid {

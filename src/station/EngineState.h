@@ -89,6 +89,11 @@ struct EngineState {
   Flag<float> LastTopageTimer{"LastTopageTimer", 0, observer};
   double LastAssociationTimer = 0;  // written, never read
 
+  // --- the day's grid ---
+  bool composing = false;     // a composition runs, maybe up the stack
+  bool composeAgain = false;  // another was asked for meanwhile
+  int64_t gridRetryMs = 0;    // monotonic; after a failed one the tick waits until then
+
   // --- writes that the base could not take yet, oldest first (see UnwrittenRows.h) ---
   struct UnwrittenRow {
     std::string where, detail;  // for the log: the routine, and what it was about
@@ -102,8 +107,8 @@ struct EngineState {
   int mainTimerHolds = 0;                // see MainTimerHold
   bool tickRunning = false;              // the tick refuses re-entry
   bool errorLogRunning = false;          // LogError is at work and refuses re-entry
-  // Faults that were logged lately, and when (monotonic ms): one that comes tick after tick does not
-  // flood the log.
+  // Faults that were logged lately, and when (monotonic ms): one that comes tick after tick does
+  // not flood the log.
   std::map<std::string, int64_t> loggedFaults;
 };
 

@@ -47,6 +47,7 @@ struct MainScreen {
   std::string CmdStopCaption = "Stop";
   std::string BtnSurImpressionCaption = "Sur Impression";
   std::string MnuModelCaption;
+  std::string BtnCopyPubCaption;
   bool MnuPlaylistEnabled = true, MnuImprimeEnabled = true, BtnPubJourXEnabled = true;
   bool BtnCopyPubEnabled = false;
   bool ToolbarStartPressed = false;
@@ -57,6 +58,7 @@ struct MainScreen {
     bool sorted = false;      // by the head that was clicked last
   } ListRech;                 // browse list of the live mode
   bool GPubJourVisible = false;
+  bool GPubJourForInsertion = false;  // it came in place of the list to put a break in there
   bool Visible = false;
   uint32_t LedSat[4] = {kLedOff, kLedOff, kLedOff,
                         kLedOff};  // the indicator is the contact's state

@@ -26,7 +26,7 @@ namespace zemo {
 struct SideFileNames {
   std::string Tranche, Genre, Decoupe, Categori, Messages, Labels, Internet, Exclusion,
       DonneesAssociees, ArtisteTitre, ExportPubs, LectureBase, Instrumental, ZemoOnOff, CheckTopage,
-      CD;
+      CD, MajGrillePub;
   std::string ZemoAudio, ZemoPlay, ZemoPasseWord;  // in the machine folder
   std::array<std::string, 7> Days, SkeletonDays;   // Monday first
 };

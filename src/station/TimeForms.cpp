@@ -164,9 +164,10 @@ int JourSemaineCourant(const LocalDateTime& today) {
   const bool winter = today.month < 3;
   const int m = winter ? today.month + 13 : today.month + 1;
   const int y = winter ? today.year - 1901 : today.year - 1900;
-  // The whole parts of m times 30.6 and y times 365.25, in whole numbers.
-  const int k = m * 306 / 10 + y * 1461 / 4;
-  return (k % 7 + today.day - 1) % 7 + 1;
+  // m times 30.6 and y times 365.25, each rounded down, in whole numbers; before 1900 y is
+  // negative.
+  const int k = m * 306 / 10 + (y * 1461 - (y < 0 ? 3 : 0)) / 4;
+  return ((k % 7 + today.day - 1) % 7 + 7) % 7 + 1;
 }
 
 }  // namespace zemo

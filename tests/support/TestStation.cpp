@@ -142,10 +142,11 @@ TestStation::TestStation(const std::string& begin)
       stationFolder(stationDir.Path()),
       machineFolder(machineDir.Path()),
       soundFiles(machineFolder),
+      lengths(opener, soundFiles),
       localValues(machineFolder),
       system(loop),
-      station(Platform{loop, loop, sound, stationFolder, machineFolder, soundFiles, localValues,
-                       clipboard, messages, keyboard, system}) {
+      station(Platform{loop, loop, sound, stationFolder, machineFolder, soundFiles, lengths,
+                       localValues, clipboard, messages, keyboard, system}) {
   loop.SetSound(&sound);
   station.events.SetSink(this);
   clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };

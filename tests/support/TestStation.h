@@ -13,6 +13,7 @@
 
 #include "platform/LocalValues.h"
 #include "platform/SoundSource.h"
+#include "platform/real/files/KnownLengths.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/StoredPaths.h"
 #include "platform/sim/SimDesktop.h"
@@ -130,6 +131,7 @@ class TestStation : private EventSink {
   SimSoundChain sound;
   FaultyFolder stationFolder, machineFolder;
   StoredPaths soundFiles;
+  SoundFileLengths lengths;
   LocalValues localValues;
   SimClipboard clipboard;
   SimMessageBoxes messages;

@@ -1,7 +1,8 @@
 // The purge of the report. 21 November 2026 is day 46347.
+#include "reports/ReportPurge.h"
+
 #include <gtest/gtest.h>
 
-#include "reports/BroadcastReport.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {

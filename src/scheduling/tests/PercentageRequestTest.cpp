@@ -5,6 +5,7 @@
 #include "scheduling/RecentReport.h"
 #include "scheduling/tests/RequestFixture.h"
 #include "station/TimeForms.h"
+#include "support/WatchedLoop.h"
 
 namespace zemo {
 namespace {
@@ -12,6 +13,7 @@ namespace {
 using test::MusicCells;
 using test::RequestStation;
 using test::TitleCard;
+using test::WatchedLoop;
 
 constexpr int kSaturday = 6;  // 21 November 2026
 
@@ -434,33 +436,12 @@ TEST(PercentageRequest, TheAutomaticRequestAsksForTempRequetteMinutes) {
   EXPECT_EQ(s.Events("request").back()["minutes"], "7");
 }
 
-// The event loop of a station, with a look at each yield.
-class WatchedLoop : public EventLoop {
- public:
-  explicit WatchedLoop(SimLoop& loop) : loop_(loop) {}
-  std::function<void()> onYield;
-  void Yield() override {
-    loop_.Yield();
-    if (onYield) onYield();
-  }
-  void WaitYield() override { loop_.WaitYield(); }
-  void PassYield() override { loop_.PassYield(); }
-  std::unique_ptr<LoopTimer> MakeTimer(int ms, std::function<void()> handler) override {
-    return loop_.MakeTimer(ms, std::move(handler));
-  }
-  void Post(std::function<void()> order) override { loop_.Post(std::move(order)); }
-  uint64_t EventsServed() const override { return loop_.EventsServed(); }
-
- private:
-  SimLoop& loop_;
-};
-
 // A second station on the base of the first, whose yields are watched.
 struct WatchedStation {
   explicit WatchedStation(RequestStation& s)
       : loop(s.loop),
         station(Platform{s.loop, loop, s.sound, s.stationFolder, s.machineFolder, s.soundFiles,
-                         s.localValues, s.clipboard, s.messages, s.keyboard, s.system}) {
+                         s.lengths, s.localValues, s.clipboard, s.messages, s.keyboard, s.system}) {
     station.base.OpenOrCreateDatabase();
     SetSideFileNames(station);
     station.base.OpenAllTables();

@@ -14,6 +14,7 @@
 #include "platform/LocalValues.h"
 #include "platform/Platform.h"
 #include "platform/SoundChain.h"
+#include "platform/SoundLengths.h"
 #include "platform/tests/MemoryFolder.h"
 #include "station/Station.h"
 
@@ -70,6 +71,10 @@ struct NoSound : SoundChain {
   int32_t OutputPosition() const override { return 0; }
 };
 
+struct NoLengths : SoundLengths {
+  int32_t LengthMs(std::string_view) override { return 0; }
+};
+
 struct NoDesktop : Clipboard, MessageBoxes, Keyboard, System {
   std::vector<std::pair<std::string, std::string>> shown;  // title and text of each message
 
@@ -93,11 +98,12 @@ struct FakePlatform : EventSink {
   NoSound sound;
   MemoryFolder stationFolder, machineFolder;
   MemorySoundFiles soundFiles;
+  NoLengths lengths;
   LocalValues localValues{machineFolder};
   NoDesktop desktop;
   std::vector<std::string> errors;  // "where/number/text" of each error event
   std::function<void()> onError;    // a listener's own doings
-  Station station{Platform{clock, loop, sound, stationFolder, machineFolder, soundFiles,
+  Station station{Platform{clock, loop, sound, stationFolder, machineFolder, soundFiles, lengths,
                            localValues, desktop, desktop, desktop, desktop}};
 
   FakePlatform() { station.events.SetSink(this); }

@@ -1,8 +1,6 @@
 // See LengthOnlyOpener.h.
 #include "platform/real/decoders/LengthOnlyOpener.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 
 namespace zemo {
@@ -31,18 +29,7 @@ class SilentSource : public SoundSource {
 }  // namespace
 
 std::unique_ptr<SoundSource> LengthOnlyOpener::Open(const std::string& path) {
-  struct stat info {};
-  const bool there = ::stat(path.c_str(), &info) == 0;
-  const int64_t size = info.st_size;
-  const int64_t changedNs = int64_t{info.st_mtim.tv_sec} * 1'000'000'000 + info.st_mtim.tv_nsec;
-  const auto found = known_.find(path);
-  if (there && found != known_.end() && found->second.size == size &&
-      found->second.changedNs == changedNs) {
-    return std::make_unique<SilentSource>(found->second.lengthFrames);
-  }
-  const int64_t length = files_->Open(path)->LengthFrames();
-  if (there) known_[path] = {size, changedNs, length};
-  return std::make_unique<SilentSource>(length);
+  return std::make_unique<SilentSource>(known_.LengthFrames(path, *files_));
 }
 
 }  // namespace zemo

@@ -2,12 +2,11 @@
 // pass in seconds.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <unordered_map>
 
 #include "platform/SoundSource.h"
+#include "platform/real/files/KnownLengths.h"
 
 namespace zemo {
 
@@ -22,14 +21,8 @@ class LengthOnlyOpener : public SoundOpener {
   std::unique_ptr<SoundSource> Open(const std::string& path) override;
 
  private:
-  struct Known {
-    int64_t size = 0;       // bytes
-    int64_t changedNs = 0;  // since 1970
-    int64_t lengthFrames = 0;
-  };
-
   std::unique_ptr<SoundOpener> files_;
-  std::unordered_map<std::string, Known> known_;
+  KnownLengths known_;
 };
 
 }  // namespace zemo

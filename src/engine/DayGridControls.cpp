@@ -1,0 +1,92 @@
+#include "engine/DayGridControls.h"
+
+#include <exception>
+
+#include "engine/OperatorControls.h"
+#include "platform/Desktop.h"
+#include "station/Station.h"
+#include "traffic/BreakInsertion.h"
+#include "traffic/DayGridComposition.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr const char* kPurgeIsOn =
+    "Vous devez désactiver l'option suppression des pubs\r\n"
+    "en fin de campagne avant d'éffectuer cette opération";
+constexpr const char* kSetTheDateBack = "Pensez à remettre la date du jour après cette opération";
+constexpr const char* kSetTheDateBackPortuguese =
+    "Não esquecer de actualizar a data depois da pesquisa";
+constexpr int64_t kPortuguese = 2;
+
+bool HasRow(const Station& station, int gridRow) {
+  return gridRow >= 1 && gridRow < station.GPubJour.RowCount();
+}
+
+void ShowListAgain(MainScreen& screen) {
+  screen.GPubJourForInsertion = false;
+  screen.GPubJourVisible = false;
+  screen.BtnCopyPubEnabled = false;
+}
+
+}  // namespace
+
+void GPubJour_Click(Station& station, int gridRow) {
+  RecordActivity(station);
+  if (!HasRow(station, gridRow)) return;
+  station.screen.BtnCopyPubCaption =
+      "Copier les pubs de " + station.GPubJour.Cell(gridRow, GridCol::kMoment);
+}
+
+void OpenGridForInsertion(Station& station) {
+  RecordActivity(station);
+  station.screen.GPubJourForInsertion = true;
+  station.screen.GPubJourVisible = true;
+  station.screen.BtnCopyPubEnabled = true;
+}
+
+bool BtnCopyPub_Click(Station& station, int gridRow, int selectedRow) {
+  RecordActivity(station);
+  const bool there = HasRow(station, gridRow);
+  if (!station.screen.GPubJourForInsertion) {
+    if (there) AjoutPubPlaylist(station, gridRow);
+    return there;
+  }
+  if (there) InsertPubPlaylist(station, gridRow, selectedRow);
+  ShowListAgain(station.screen);
+  return there;
+}
+
+bool BtnPubJourX_Click(Station& station) {
+  RecordActivity(station);
+  try {
+    MessageBoxes& messages = station.platform.messages;
+    if (station.base.CnfInt(Cnf::kSuppressionPub) == 1) {
+      messages.Show("Alerte", kPurgeIsOn, Buttons::kOk);
+      return false;
+    }
+    const bool portuguese = station.base.CnfInt(Cnf::kLangue) == kPortuguese;
+    messages.Show("Alerte", portuguese ? kSetTheDateBackPortuguese : kSetTheDateBack, Buttons::kOk);
+    return true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnPubJourX");
+    return false;
+  }
+}
+
+void PickPreviewDay(Station& station, const LocalDateTime& day) {
+  RecordActivity(station);
+  try {
+    LocalDateTime moment = station.Now();
+    moment.year = day.year;
+    moment.month = day.month;
+    moment.day = day.day;
+    station.platform.system.SetDate(moment);
+    MakeGrillePubGeneral(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnPubJourX");
+  }
+}
+
+}  // namespace zemo

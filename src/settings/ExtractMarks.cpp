@@ -1,0 +1,29 @@
+#include "settings/ExtractMarks.h"
+
+#include <string>
+
+#include "platform/Folder.h"
+#include "settings/SideFiles.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+
+namespace zemo {
+
+namespace {
+constexpr const char* kBetween = ",;\t\r\n ";
+}
+
+std::optional<ExtractMarks> ReadExtractMarks(const Station& station, std::string_view soundFile) {
+  const auto bytes = station.platform.soundFiles.Read(SideFilePath(soundFile, "mar"));
+  if (!bytes) return std::nullopt;
+  ExtractMarks marks;
+  marks.startMs = static_cast<int32_t>(Val(*bytes));
+  const size_t gap = bytes->find_first_of(kBetween, bytes->find_first_not_of(" \t\r\n"));
+  if (gap == std::string::npos) return marks;
+  const size_t second = bytes->find_first_not_of(kBetween, gap);
+  if (second != std::string::npos)
+    marks.endMs = static_cast<int32_t>(Val(std::string_view(*bytes).substr(second)));
+  return marks;
+}
+
+}  // namespace zemo

@@ -1,0 +1,101 @@
+#include "traffic/CampaignFiles.h"
+
+#include <exception>
+
+#include "platform/Folder.h"
+#include "settings/SideFileIo.h"
+#include "station/SideFileText.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "traffic/CampaignGrid.h"
+
+namespace zemo {
+
+namespace {
+
+bool InStationFolder(const std::string& path) {
+  return path.find_first_of("/\\") == std::string::npos;
+}
+
+std::string DecoupeText(const CampaignForm& form) {
+  std::string text = QuotedField(form.HDepPub) + "," + QuotedField(form.HFinPub);
+  for (const std::string& mark : form.DecoupagePub) text += "," + QuotedField(mark);
+  return text + "\r\n";
+}
+
+void TakeDecoupe(const std::vector<SideField>& fields, CampaignForm& form) {
+  const auto take = [&](size_t at, std::string& to) {
+    if (at < fields.size()) to = fields[at].text;
+  };
+  take(0, form.HDepPub);
+  take(1, form.HFinPub);
+  for (size_t i = 0; i < form.DecoupagePub.size(); ++i) take(i + 2, form.DecoupagePub[i]);
+}
+
+}  // namespace
+
+std::string CampaignFilePath(std::string_view soundFile, std::string_view ending) {
+  const std::string upper = UpperAscii(soundFile);
+  for (const std::string_view kind : {".WAV", ".MP3"}) {
+    const size_t point = upper.find(kind);
+    if (point != std::string::npos)
+      return std::string(soundFile.substr(0, point + 1)) + std::string(ending);
+  }
+  return std::string(ending);
+}
+
+std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path) {
+  if (path.empty()) return std::nullopt;
+  if (InStationFolder(path)) return ReadSideFile(station.platform.stationFolder, path);
+  const auto bytes = station.platform.soundFiles.Read(path);
+  return bytes ? std::optional(DecodeSideFile(*bytes)) : std::nullopt;
+}
+
+void WriteCampaignFile(Station& station, const std::string& path, std::string_view utf8) {
+  if (InStationFolder(path))
+    WriteSideFile(station.platform.stationFolder, path, utf8);
+  else
+    station.platform.soundFiles.Write(path, EncodeSideFile(utf8));
+}
+
+bool CampaignFileExists(Station& station, const std::string& path) {
+  if (path.empty()) return false;
+  return InStationFolder(path) ? station.platform.stationFolder.Exists(path)
+                               : station.platform.soundFiles.Exists(path);
+}
+
+void RemoveCampaignFile(Station& station, const std::string& path) {
+  if (InStationFolder(path))
+    station.platform.stationFolder.Remove(path);
+  else
+    station.platform.soundFiles.Remove(path);
+}
+
+std::string CampaignProgram(const CampaignForm& form) {
+  std::vector<std::string> lines = {form.LblDepartPub, form.LblFinPub, form.HDepPub, form.HFinPub};
+  lines.insert(lines.end(), form.DecoupagePub.begin(), form.DecoupagePub.end());
+  lines.insert(lines.end(), {form.ChAnnonceur, form.Categorie, form.ComboPriority,
+                             form.OptPub[0] ? "True" : "False", form.GenreAssocie});
+  for (std::string& line : lines) line = OneLine(line);
+  return JoinLines(lines);
+}
+
+void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form) {
+  Folder& folder = station.platform.stationFolder;
+  try {
+    if (IsSave(action)) WriteSideFile(folder, station.files.Decoupe, DecoupeText(form));
+    if (!IsLoad(action)) return;
+    if (const auto text = ReadSideFile(folder, station.files.Decoupe))
+      TakeDecoupe(ReadFields(*text), form);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadSaveDecoupe");
+  }
+}
+
+void WriteMajGrillePub(Station& station) {
+  WriteSideFile(station.platform.stationFolder, station.files.MajGrillePub,
+                DateText(station.Now()) + "\r\n");
+}
+
+}  // namespace zemo

@@ -1,0 +1,39 @@
+// The files of a campaign beside its sound file, and the lists and templates that the campaign
+// editor keeps in the station's folder.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zemo {
+
+struct Station;
+struct CampaignForm;
+
+// Path of a campaign's own file: the sound file's path up to and with the point of the first
+// ".WAV" in it, else of the first ".MP3", in any case and wherever in the path, and the ending
+// behind it. With neither, the ending alone, which is a file of the station's folder.
+std::string CampaignFilePath(std::string_view soundFile, std::string_view ending);
+
+// Such a file, by a stored path or by a bare name in the station's folder; nullopt without it, and
+// for an empty path. Texts are UTF-8 here and side-file text on disk. Throw FileError.
+std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path);
+void WriteCampaignFile(Station& station, const std::string& path, std::string_view utf8);
+bool CampaignFileExists(Station& station, const std::string& path);
+void RemoveCampaignFile(Station& station, const std::string& path);
+
+// The "prg" export: dates, hours, the eight marks, advertiser, category, priority, "True" for a
+// spot or "False", genre; a line each.
+std::string CampaignProgram(const CampaignForm& form);
+
+// "Decoupe.Ini": hours and marks of the form, the template of the next campaign. A missing file
+// leaves them. Faults are logged.
+void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form);
+
+// "MajGrillePub.txt" with today's date: tells the machine on air to compose its grid again. Throws
+// FileError.
+void WriteMajGrillePub(Station& station);
+
+}  // namespace zemo

@@ -1,0 +1,240 @@
+#include "traffic/CampaignGrid.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/EventLoop.h"
+#include "settings/SideFileIo.h"
+#include "station/SideFileText.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "traffic/CampaignFiles.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int kMostDays = 365;  // tried for the end date; one column more when it is not met
+constexpr int kWeekDays = 7;
+constexpr std::string_view kDayLetters = "LMMJVSD";
+
+// By Langue; none for any other.
+struct GridWords {
+  const char* month = "";
+  const char* day = "";
+  const char* days = "";
+};
+constexpr std::array<GridWords, 4> kGridWords = {{{"Mois", "Jour", " jours"},
+                                                  {"Month", "Day", " days"},
+                                                  {"Mês", "Dia", " dias"},
+                                                  {"Mes", "Día", " días"}}};
+
+GridWords WordsOf(Station& station) {
+  const int64_t langue = station.base.CnfInt(Cnf::kLangue);
+  if (langue < 0 || langue >= static_cast<int64_t>(kGridWords.size())) return {};
+  return kGridWords[static_cast<size_t>(langue)];
+}
+
+struct Date {
+  int year = 0, month = 0, day = 0;
+
+  bool Valid() const { return month >= 1 && month <= 12 && day >= 1 && day <= 31; }
+  // Every fourth year is a leap year here: there is no century rule.
+  int MonthLength() const {
+    constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    return month == 2 && year % 4 == 0 ? 29 : kDays[static_cast<size_t>(month - 1)];
+  }
+  void Next() {
+    if (++day <= MonthLength()) return;
+    day = 1;
+    if (++month <= 12) return;
+    month = 1;
+    ++year;
+  }
+  std::string Text() const {
+    return TwoDigits(day) + "/" + TwoDigits(month) + "/" + TwoDigits(year / 100) + TwoDigits(year);
+  }
+};
+
+// First two, middle two and last four characters, whatever stands between them.
+Date DateOf(const std::string& text) {
+  if (text.size() < 10) return {};
+  return {ValInt(text.substr(text.size() - 4)), ValInt(text.substr(3, 2)),
+          ValInt(text.substr(0, 2))};
+}
+
+// The days from the start to the end, both included.
+std::vector<Date> DaysOf(const CampaignForm& form) {
+  std::vector<Date> days;
+  Date date = DateOf(form.LblDepartPub);
+  if (!date.Valid()) return days;
+  --date.day;
+  for (int n = 1; n <= kMostDays; ++n) {
+    date.Next();
+    days.push_back(date);
+    if (date.Text() == form.LblFinPub) return days;
+  }
+  date.Next();
+  days.push_back(date);
+  return days;
+}
+
+// Digits alone become two; what else the operator wrote stays.
+std::string MarkText(const std::string& mark) {
+  const bool number = mark.find_first_not_of("0123456789") == std::string::npos;
+  return number ? TwoDigits(ValInt(mark)) : mark;
+}
+
+void YieldForRow(Station& station, RowYields yields) {
+  if (yields == RowYields::kEach) station.platform.loop.Yield();
+}
+
+// A row a mark and hour, marks in their order on the screen. The hours do not wrap: an end before
+// the start leaves the first hour alone.
+void AddMoments(Station& station, const CampaignForm& form, TextGrid& grid, RowYields yields) {
+  const int first = std::max(0, ValInt(form.HDepPub));
+  const int last = std::max(first, ValInt(form.HFinPub));
+  const auto width = static_cast<size_t>(GridColumns(grid));
+  const auto marks = form.DecoupagePub;
+  for (int hour = first; hour <= last; ++hour)
+    for (const std::string& mark : marks) {
+      if (Trim(mark).empty()) continue;
+      TextGrid::Row row(width);
+      row[0] = TwoDigits(hour) + ":" + MarkText(Trim(mark));
+      grid.AddRow(std::move(row));
+      YieldForRow(station, yields);
+    }
+}
+
+void AddHeadings(TextGrid& grid, size_t columns) {
+  for (int row = 0; row < kFirstMomentRow; ++row) grid.AddRow(TextGrid::Row(columns));
+}
+
+// Crosses are put into the grid as it stands after each yield: its shape may be another by then.
+void ReadCrosses(Station& station, CampaignForm& form, const std::vector<std::string>& lines,
+                 RowYields yields) {
+  TextGrid& grid = form.GPub;
+  size_t line = 0;
+  for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) {
+    for (int column = kFirstDayColumn; column < GridColumns(grid); ++column, ++line) {
+      const bool cross = line < lines.size() && Trim(lines[line]) == kCross;
+      grid.SetCell(row, column, cross ? std::string(kCross) : std::string());
+    }
+    YieldForRow(station, yields);
+  }
+}
+
+std::string CrossesText(Station& station, const CampaignForm& form, RowYields yields) {
+  std::vector<std::string> lines;
+  const TextGrid grid = form.GPub;  // as it is now, whatever a yield lets happen
+  for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) {
+    for (int column = kFirstDayColumn; column < GridColumns(grid); ++column)
+      lines.push_back(grid.Cell(row, column));
+    YieldForRow(station, yields);
+  }
+  return JoinLines(lines);
+}
+
+}  // namespace
+
+int GridColumns(const TextGrid& grid) {
+  return grid.RowCount() == 0 ? 0 : static_cast<int>(grid.At(0).size());
+}
+
+void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields) {
+  if (form.LblDepartPub == kDailyCampaign) return PubJournaliere(station, form, yields);
+  const GridWords words = WordsOf(station);
+  const std::vector<Date> days = DaysOf(form);
+  form.LblTotalJours = std::to_string(days.size()) + words.days;
+  TextGrid grid;
+  AddHeadings(grid, days.size() + 1);
+  grid.SetCell(0, 0, words.month);
+  grid.SetCell(1, 0, words.day);
+  // Counted on from the first day, so that a month without a century rule does not shift them.
+  int weekday = 0;
+  for (size_t i = 0; i < days.size(); ++i) {
+    const Date& day = days[i];
+    const int column = static_cast<int>(i) + kFirstDayColumn;
+    weekday = i == 0 ? JourSemaineCourant({day.year, day.month, day.day}) : weekday % kWeekDays + 1;
+    grid.SetCell(0, column, TwoDigits(day.month));
+    grid.SetCell(1, column, TwoDigits(day.day));
+    grid.SetCell(2, column, std::string(1, kDayLetters[static_cast<size_t>(weekday - 1)]));
+  }
+  AddMoments(station, form, grid, yields);
+  form.GPub = std::move(grid);
+}
+
+void PubJournaliere(Station& station, CampaignForm& form, RowYields yields) {
+  form.LblTotalJours = std::to_string(kWeekDays) + WordsOf(station).days;
+  TextGrid grid;
+  AddHeadings(grid, kWeekDays + 1);
+  for (int day = 1; day <= kWeekDays; ++day)
+    grid.SetCell(2, day, std::string(1, kDayLetters[static_cast<size_t>(day - 1)]));
+  AddMoments(station, form, grid, yields);
+  form.GPub = std::move(grid);
+}
+
+bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
+                 const std::string& path, RowYields yields) {
+  bool done = true;
+  try {
+    if (IsSave(action)) {
+      WriteCampaignFile(station, path, CrossesText(station, form, yields));
+    } else if (IsLoad(action)) {
+      const auto text = ReadCampaignFile(station, path);
+      ReadCrosses(station, form, SplitLines(text.value_or(std::string())), yields);
+    }
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LSGrillePub");
+    done = false;
+  }
+  form.LblTotalMsg = std::to_string(CalculNbJourActif(form));
+  return done;
+}
+
+int CrossesInColumn(const TextGrid& grid, int column) {
+  int crosses = 0;
+  for (int row = kFirstMomentRow; row < grid.RowCount(); ++row)
+    if (grid.Cell(row, column) == kCross) ++crosses;
+  return crosses;
+}
+
+int CalculNbJourActif(const CampaignForm& form) {
+  int crosses = 0;
+  for (int column = kFirstDayColumn; column < GridColumns(form.GPub); ++column)
+    crosses += CrossesInColumn(form.GPub, column);
+  return crosses;
+}
+
+void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
+                  RowYields yields) {
+  form.LblCode = grillePub.Text("CODE");
+  form.LblDepartPub = grillePub.Text("CAMPAGNEDEPART");
+  form.LblFinPub = grillePub.Text("CAMPAGNEFIN");
+  form.HDepPub = grillePub.Text("HDEPART");
+  form.HFinPub = grillePub.Text("HFIN");
+  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
+    form.DecoupagePub[i] = grillePub.Text("DECOUPEH" + std::to_string(i + 1));
+  form.FichierAudio = grillePub.Text("FILENAMEAUDIO");
+  form.Longeur = std::to_string(grillePub.Int("DUREE"));
+  form.LblTemp = FormatDuration(grillePub.Int("DUREE"));
+  form.ChAnnonceur = grillePub.Text("ANNONCEUR");
+  form.Categorie = grillePub.Text("CATEGORIE");
+  form.FILENAMEGRILLE = grillePub.Text("FILENAMEGRILLE");
+  form.ComboPriority = grillePub.Text("PRIORITY");
+  form.ChContact = Trim(grillePub.Text("CONTACT"));
+  form.OptPub = {grillePub.Bool("PUB"), !grillePub.Bool("PUB")};
+  form.GenreAssocie = grillePub.Text("GENREASSOCIE");
+  CmdInitGrille(station, form, yields);
+  LSGrillePub(station, form, "Load", form.FILENAMEGRILLE, yields);
+}
+
+std::string TurnedDate(std::string_view ddmmyyyy) {
+  const auto part = [&](size_t from, size_t length) {
+    return from < ddmmyyyy.size() ? std::string(ddmmyyyy.substr(from, length)) : std::string();
+  };
+  return part(6, 4) + part(3, 2) + part(0, 2);
+}
+
+}  // namespace zemo

@@ -1,0 +1,77 @@
+// A campaign as the editor and the composition of the day load it: its record, the grid built from
+// the record, and the crosses that the grid file puts into it.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "station/TextGrid.h"
+
+namespace zemo {
+
+struct Station;
+class Recordset;
+
+inline constexpr std::string_view kDailyCampaign = "JOURNALIER";  // in place of both dates
+inline constexpr std::string_view kCross = "X";
+inline constexpr int kFirstMomentRow = 3;  // of GPub; the moments stand in column 0
+inline constexpr int kFirstDayColumn = 1;
+
+// The record under the names of the editor's controls, as text, and its grid. Thread: the logic's.
+struct CampaignForm {
+  std::string LblCode;                      // CODE; empty: not saved yet
+  std::string LblDepartPub, LblFinPub;      // "dd/mm/yyyy" or kDailyCampaign
+  std::string HDepPub, HFinPub;             // first and last hour
+  std::array<std::string, 8> DecoupagePub;  // minute marks of the hour; blank ones do not count
+  std::string FichierAudio;                 // stored path
+  std::string Longeur = "0";                // ms
+  std::string LblTemp;                      // Longeur as "mm:ss"
+  std::string ChAnnonceur, Categorie, ComboPriority, ChContact, GenreAssocie;
+  std::array<bool, 2> OptPub = {true, false};  // 0 spot, 1 news
+  std::string FILENAMEGRILLE;                  // stored path of the grid file; no control shows it
+
+  // Row 0 the months, row 1 the days, row 2 the weekdays' letters, rows from 3 the moments "HH:MM"
+  // in column 0 with kCross or nothing in the columns behind. All rows have the same width. A
+  // weekly grid has seven columns, Monday first, and rows 0 and 1 empty.
+  TextGrid GPub;
+  std::string LblTotalMsg;    // CalculNbJourActif
+  std::string LblTotalJours;  // "30 jours"
+};
+
+// Whether a routine yields to the event loop once a grid row; the composition of the day, which
+// loads campaigns by the thousand, yields once a campaign instead.
+enum class RowYields { kEach, kNone };
+
+// Columns of the grid, the moments' included; 0 for a grid without rows.
+int GridColumns(const TextGrid& grid);
+
+// Builds GPub for the dates, hours and marks of the form, without a cross, and sets LblTotalJours.
+// An end before the start or more than a year behind it gives 366 day columns; a start that is no
+// date gives none.
+void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
+// The weekly grid, whatever the dates.
+void PubJournaliere(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
+
+// "Save" writes the crosses of GPub to the grid file, "Load" reads them; the case of the word does
+// not matter. The file holds no shape: a line a cell, row by row, "X" or nothing. A missing file
+// leaves the grid empty. Sets LblTotalMsg. False when the file could not be read or written, which
+// is logged.
+bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
+                 const std::string& path, RowYields yields = RowYields::kEach);
+
+// The crosses of the whole grid: messages, in spite of the name.
+int CalculNbJourActif(const CampaignForm& form);
+int CrossesInColumn(const TextGrid& grid, int column);
+
+// The current row of GrillePub with its grid: the fields, CmdInitGrille, LSGrillePub("Load"). All
+// fields are read before the first yield, so that the cursor may be moved meanwhile. Throws
+// StoreError.
+void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
+                  RowYields yields = RowYields::kEach);
+
+// A date of a campaign as "yyyymmdd" for comparing as text: characters 7 to 10, 4 and 5, 1 and 2,
+// whatever they are ("JOURNALIER" gives "LIERRNJO", which sorts behind every date).
+std::string TurnedDate(std::string_view ddmmyyyy);
+
+}  // namespace zemo
