@@ -74,8 +74,10 @@ Recordset* FindInLibrary(Station& station, BrowseList list, int32_t code) {
     case BrowseList::kOthers:
       table = tables.DiscothequeVirgule.get();
       break;
+    case BrowseList::kToday:
+      break;
   }
-  return SeekCode(*table, code) ? table : nullptr;
+  return table && SeekCode(*table, code) ? table : nullptr;
 }
 
 Cells RowOfBrowseList(BrowseList list, const Recordset& record) {
@@ -88,6 +90,8 @@ Cells RowOfBrowseList(BrowseList list, const Recordset& record) {
       return record.Bool("PUB") ? SpotRow(record) : NewsRow(record);
     case BrowseList::kOthers:
       return OtherRow(record);
+    case BrowseList::kToday:
+      break;
   }
   return {};
 }

@@ -5,12 +5,13 @@
 #include <cstdint>
 #include <string_view>
 
+#include "station/BrowseList.h"
+
 namespace zemo {
 
 struct Station;
 
 enum class Toolbar { kAutomatic = 1, kLive = 2, kDayGrid = 3, kStart = 5, kStop = 6 };
-enum class BrowseList { kMusic = 0, kJingles = 1, kSpots = 2, kOthers = 3 };
 
 // What every event of a control begins with.
 void RecordActivity(Station& station);
@@ -26,7 +27,7 @@ void DeclencheVeille(Station& station);    // opens the screen saver
 
 // --- PL; rows from 1 ---
 // A drop from the browse list at `row`, at the end with 0. False when the library holds no such
-// CODE.
+// CODE, and for today's report, which is no library.
 bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row);
 void DragInList(Station& station, int fromRow, int toRow);
 void DeleteRow(Station& station, int row);  // the Delete key; asks for voice tracks

@@ -13,16 +13,17 @@ namespace zemo {
 
 namespace {
 
-std::vector<Cells> RowsSince(Station& station, double serial) {
-  std::vector<Cells> rows;
-  station.base.Db().ReadRows("SELECT Auteur, Titre, Genre, Variete FROM Rapport WHERE DATENUM >= " +
-                                 SqlNumber(serial) + " ORDER BY DATENUM DESC, Code DESC",
-                             [&](const RowView& row) {
-                               Cells cells;
-                               for (int column = 0; column < 4; ++column)
-                                 cells[static_cast<size_t>(column)] = std::string(row.Text(column));
-                               rows.push_back(std::move(cells));
-                             });
+std::vector<BrowseRow> RowsSince(Station& station, double serial) {
+  std::vector<BrowseRow> rows;
+  station.base.Db().ReadRows(
+      "SELECT Auteur, Titre, Genre, Variete FROM Rapport WHERE DATENUM >= " + SqlNumber(serial) +
+          " ORDER BY DATENUM DESC, Code DESC",
+      [&](const RowView& row) {
+        BrowseRow aired;
+        for (int column = 0; column < 4; ++column)
+          aired.cells[static_cast<size_t>(column)] = std::string(row.Text(column));
+        rows.push_back(std::move(aired));
+      });
   return rows;
 }
 
@@ -31,7 +32,7 @@ std::vector<Cells> RowsSince(Station& station, double serial) {
 void LoadRapportDirectLive(Station& station) {
   try {
     const LocalDateTime today = station.Now();
-    std::vector<Cells> rows = RowsSince(station, DaySerial(today.year, today.month, today.day));
+    std::vector<BrowseRow> rows = RowsSince(station, DaySerial(today.year, today.month, today.day));
     if (rows.empty()) return;
     station.screen.ListRech.sorted = false;
     station.screen.ListRech.rows = std::move(rows);

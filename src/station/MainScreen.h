@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "station/OnAirList.h"
+#include "station/BrowseList.h"
 
 namespace zemo {
 
@@ -53,10 +53,10 @@ struct MainScreen {
   bool ToolbarStartPressed = false;
   bool CadreRechVisible = false;  // search and browse frame of the live mode
   bool CadrePLVisible = false;    // stored-list editor
-  struct {
-    std::vector<Cells> rows;  // artist or label, then the columns of the list that is browsed
-    bool sorted = false;      // by the head that was clicked last
-  } ListRech;                 // browse list of the live mode
+  BrowseRows ListRech;             // browse list of the live mode
+  std::string Rech;                // the text that is searched for
+  bool SearchVisible = true;       // Rech, LblRech, RechGenre, CheckExtrait, CmdMarqueurExtrait
+  bool PictureNoJingleVisible = false;
   bool GPubJourVisible = false;
   bool GPubJourForInsertion = false;  // it came in place of the list to put a break in there
   bool Visible = false;

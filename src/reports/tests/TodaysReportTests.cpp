@@ -14,7 +14,7 @@ class TodaysReport : public testing::Test {
     on.Sql("INSERT INTO Rapport (AUTEUR, TITRE, GENRE, VARIETE, DATENUM) VALUES ('" + author +
            "', 'TITLE', 'POP', 'NATIONAL', " + serial + ")");
   }
-  std::vector<Cells>& Rows() { return on.station.screen.ListRech.rows; }
+  std::vector<BrowseRow>& Rows() { return on.station.screen.ListRech.rows; }
   TestStation on{"2026-11-21 12:00:00"};
 };
 
@@ -25,20 +25,20 @@ TEST_F(TodaysReport, ShowsTheDayFromItsMidnightNewestFirst) {
   on.station.screen.ListRech.sorted = true;
   LoadRapportDirectLive(on.station);
   ASSERT_EQ(Rows().size(), 2U);
-  EXPECT_EQ(Rows()[0][0], "MORNING");
-  EXPECT_EQ(Rows()[0][1], "TITLE");
-  EXPECT_EQ(Rows()[0][2], "POP");
-  EXPECT_EQ(Rows()[0][3], "NATIONAL");
-  EXPECT_EQ(Rows()[1][0], "MIDNIGHT");
+  EXPECT_EQ(Rows()[0].cells[0], "MORNING");
+  EXPECT_EQ(Rows()[0].cells[1], "TITLE");
+  EXPECT_EQ(Rows()[0].cells[2], "POP");
+  EXPECT_EQ(Rows()[0].cells[3], "NATIONAL");
+  EXPECT_EQ(Rows()[1].cells[0], "MIDNIGHT");
   EXPECT_FALSE(on.station.screen.ListRech.sorted);
 }
 
 TEST_F(TodaysReport, ADayWithoutRowsLeavesTheListAsItIs) {
   Add("YESTERDAY", "46346.9999");
-  Rows().push_back(Cells{"KEPT"});
+  Rows().push_back({Cells{"KEPT"}});
   LoadRapportDirectLive(on.station);
   ASSERT_EQ(Rows().size(), 1U);
-  EXPECT_EQ(Rows()[0][0], "KEPT");
+  EXPECT_EQ(Rows()[0].cells[0], "KEPT");
 }
 
 TEST_F(TodaysReport, ABaseThatCannotBeReadIsLogged) {

@@ -1,0 +1,171 @@
+#include "engine/LiveMode.h"
+
+#include <exception>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "engine/OperatorControls.h"
+#include "reports/TodaysReport.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "store/RowView.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr const char* kRoutine = "MenuLive";
+constexpr size_t kLanguages = 4;
+
+// By Langue: French, English, Portuguese, Spanish. Any other number shows the French design text.
+using Words = std::array<const char*, kLanguages>;
+constexpr Words kArtist = {"Artiste", "Artist", "Artista", "Artista"};
+constexpr Words kTitle = {"Titre", "Title", "Título", "Título"};
+constexpr Words kOver = {"Sur Imp", "Over", "Sobrep.", "Sobreimp."};
+constexpr Words kDescription = {"Libellé", "Description", "Descrição", "Descripción"};
+constexpr Words kAdvertiser = {"Annonceur", "Advertiser", "Anunciante", "Anunciante"};
+
+constexpr std::array<int, kColumns> kMusicWidths = {2600, 2600, 700, 1400, 1200};
+constexpr std::array<int, kColumns> kJingleWidths = {3400, 900, 700};
+constexpr std::array<int, kColumns> kSpotWidths = {3400, 1800, 700};
+constexpr std::array<int, kColumns> kOtherWidths = {3400, 700};
+constexpr std::array<int, kColumns> kTodayWidths = {2600, 2600, 1400, 1200};
+
+std::string WordOf(Station& station, const Words& words) {
+  const int64_t langue = station.base.CnfInt(Cnf::kLangue);
+  const bool known = langue >= 0 && langue < static_cast<int64_t>(kLanguages);
+  return words[known ? static_cast<size_t>(langue) : 0];
+}
+
+std::string YesNo(bool yes) {
+  return yes ? "Oui" : "Non";
+}
+
+// Each reader puts a row of its query in the order of the list's columns; the CODE is last.
+BrowseRow JingleOf(const RowView& row) {
+  return {{std::string(row.Text(0)), YesNo(row.Int(1) != 0), FormatDuration(row.Int(2)),
+           std::string(row.Text(3)), LastPlayedText(row.Real(4)), std::string(row.Text(5))},
+          static_cast<int32_t>(row.Int(6))};
+}
+
+BrowseRow SpotOf(const RowView& row) {
+  return {{std::string(row.Text(0)), std::string(row.Text(1)), FormatDuration(row.Int(2)),
+           std::string(row.Text(3)), YesNo(row.Int(4) != 0)},
+          static_cast<int32_t>(row.Int(5))};
+}
+
+BrowseRow OtherOf(const RowView& row) {
+  return {{std::string(row.Text(0)), FormatDuration(row.Int(1)), std::string(row.Text(2)),
+           std::string(row.Text(3)), std::string(row.Text(4))},
+          static_cast<int32_t>(row.Int(5))};
+}
+
+void Fill(Station& station, const std::string& sql, BrowseRow (*read)(const RowView&)) {
+  std::vector<BrowseRow> rows;
+  station.base.Db().ReadRows(sql, [&](const RowView& row) { rows.push_back(read(row)); });
+  station.screen.ListRech.rows = std::move(rows);
+}
+
+void BrowseMusic(Station& station) {
+  TitreColonne(station, 0, WordOf(station, kArtist));
+  TitreColonne(station, 1, WordOf(station, kTitle));
+  LargColonne(station, kMusicWidths);
+}
+
+void BrowseJingles(Station& station) {
+  TitreColonne(station, 0, WordOf(station, kDescription));
+  TitreColonne(station, 1, WordOf(station, kOver));
+  LargColonne(station, kJingleWidths);
+  Fill(station,
+       "SELECT Libelle ,Surimpression ,Duree ,FileName ,LastDiff ,POINTSORTIE ,Code "
+       "FROM DiscothequeJingle WHERE '*'",
+       JingleOf);
+}
+
+void BrowseSpots(Station& station) {
+  TitreColonne(station, 0, WordOf(station, kAdvertiser));
+  LargColonne(station, kSpotWidths);
+  Fill(station,
+       "SELECT ANNONCEUR ,CATEGORIE ,Duree ,FILENAMEAUDIO ,PUB ,Code FROM GrillePub WHERE '*'",
+       SpotOf);
+}
+
+void BrowseOthers(Station& station) {
+  TitreColonne(station, 0, WordOf(station, kDescription));
+  LargColonne(station, kOtherWidths);
+  Fill(station,
+       "SELECT Libelle, Duree, FileName, Touche, POINTSORTIE, Code FROM DiscothequeVirgule "
+       "WHERE '*'",
+       OtherOf);
+}
+
+void BrowseToday(Station& station) {
+  TitreColonne(station, 0, WordOf(station, kArtist));
+  TitreColonne(station, 1, WordOf(station, kTitle));
+  LargColonne(station, kTodayWidths);
+  LoadRapportDirectLive(station);
+}
+
+void Browse(Station& station, BrowseList list) {
+  switch (list) {
+    case BrowseList::kMusic:
+      return BrowseMusic(station);
+    case BrowseList::kJingles:
+      return BrowseJingles(station);
+    case BrowseList::kSpots:
+      return BrowseSpots(station);
+    case BrowseList::kOthers:
+      return BrowseOthers(station);
+    case BrowseList::kToday:
+      return BrowseToday(station);
+  }
+}
+
+}  // namespace
+
+void MenuLive(Station& station, BrowseList list) {
+  RecordActivity(station);
+  BrowseRows& browsed = station.screen.ListRech;
+  browsed.list = list;
+  browsed.rows.clear();
+  browsed.sorted = false;
+  browsed.titles.fill({});  // no head of the entry before stays
+  station.screen.SearchVisible = list == BrowseList::kMusic;
+  station.screen.PictureNoJingleVisible = list == BrowseList::kJingles;
+  try {
+    Browse(station, list);
+  } catch (const std::exception&) {
+    LogCurrentException(station, kRoutine);
+  }
+}
+
+void TitreColonne(Station& station, int column, const std::string& title) {
+  station.screen.ListRech.titles[static_cast<size_t>(column)] = title;
+}
+
+void LargColonne(Station& station, const std::array<int, kColumns>& widths) {
+  station.screen.ListRech.widths = widths;
+}
+
+void TextBoxGotFocus(Station& station) {
+  station.engine.HotKeysArmed = false;
+}
+
+void TextBoxLostFocus(Station& station) {
+  station.engine.HotKeysArmed = true;
+}
+
+void DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row) {
+  const BrowseRows& browsed = station.screen.ListRech;
+  int at = row;
+  for (const int index : browseRows) {
+    if (index < 0 || index >= static_cast<int>(browsed.rows.size())) continue;
+    const int32_t code = browsed.rows[static_cast<size_t>(index)].code;
+    if (code == 0) continue;
+    if (DropFromLibrary(station, browsed.list, code, at) && at > 0) ++at;
+  }
+}
+
+}  // namespace zemo

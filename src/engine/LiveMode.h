@@ -1,0 +1,30 @@
+// The live mode's browse list: which library it shows, and what goes from it into PL. Each
+// procedure is one event of a control and records the operator's activity. Thread: the logic's.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "station/BrowseList.h"
+
+namespace zemo {
+
+struct Station;
+
+// Chooses what ListRech browses: music by its search, jingles, spots, other short elements, or what
+// went on air today. A table that cannot be read is logged and leaves the list empty.
+void MenuLive(Station& station, BrowseList list);
+
+void TitreColonne(Station& station, int column, const std::string& title);
+void LargColonne(Station& station, const std::array<int, kColumns>& widths);
+
+// The keyboard went into a text box, where digits and blanks are text, or out of it.
+void TextBoxGotFocus(Station& station);
+void TextBoxLostFocus(Station& station);
+
+// A drop of rows of ListRech (from 0, in the order of the list) at that row of PL; past the last or
+// 0: at the end. Rows without a library record are passed over.
+void DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row);
+
+}  // namespace zemo
