@@ -3,9 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <iterator>
 #include <optional>
 
 #include "app/Moments.h"
+#include "app/ScriptControls.h"
+#include "station/TextForms.h"
+#include "store/Schema.h"
+#include "store/TableDefs.h"
 
 namespace zemo {
 
@@ -37,7 +43,7 @@ constexpr std::array kOrderForms{
     OrderForm{Order::kBreak, "break ROW [at ROW]"},
     OrderForm{Order::kPreview, "preview DAY"},
     OrderForm{Order::kLocal, "local NAME VALUE"},
-    OrderForm{Order::kCheck, "check NAME on|off"},
+    OrderForm{Order::kCheck, "check CONTROL on|off"},
     OrderForm{Order::kContact, "contact CONTACT on|off"},
     OrderForm{Order::kJoystick, "joystick BUTTON down|up"},
     OrderForm{Order::kClipboard, "clipboard TEXT..."},
@@ -75,7 +81,7 @@ bool Fits(std::string_view kind, std::string_view text) {
   if (kind == "BUTTON") return IsWholeNumber(text, 1, 4);
   if (kind == "DAY") return ParseDay(text).has_value();
   if (kind == "NAME") return !text.empty() && text.find('=') == std::string_view::npos;
-  if (kind == "FIELD" || kind == "FILE") return !text.empty();
+  if (kind == "FIELD" || kind == "FILE" || kind == "CONTROL") return !text.empty();
   if (kind == "FILENAME") return IsFileName(text);
   return true;
 }
@@ -152,6 +158,31 @@ std::optional<std::vector<std::string>> Match(std::string_view form, const Line&
   return arguments;
 }
 
+// A number, or for a yes/no field a word. Whether a number is in the field's range, the base tells.
+bool FitsField(const Field& field, std::string_view value) {
+  if (field.Type == FieldType::kText || field.Type == FieldType::kMemo) return true;
+  constexpr std::string_view kYesOrNo[] = {"true", "yes", "on", "false", "no", "off"};
+  if (field.Type == FieldType::kBool &&
+      std::any_of(std::begin(kYesOrNo), std::end(kYesOrNo),
+                  [&](std::string_view word) { return EqualNoCase(value, word); }))
+    return true;
+  double number = 0;
+  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+  return error == std::errc() && end == value.data() + value.size() && std::isfinite(number);
+}
+
+// What is wrong with names and values that stand in tables; empty: nothing.
+std::string Misnamed(const ScriptOrder& order) {
+  const auto argument = [&](size_t index) { return "'" + order.arguments[index] + "'"; };
+  if (order.order == Order::kCheck && !IsCheckControl(order.arguments[0]))
+    return "no screen has a check box or check menu " + argument(0);
+  if (order.order != Order::kSet) return {};
+  const Field* field = FindSchemaTable("Cnf")->FindField(order.arguments[0]);
+  if (!field) return "Cnf has no field " + argument(0);
+  return FitsField(*field, order.arguments[1]) ? std::string()
+                                               : argument(1) + " is no value of " + field->Name;
+}
+
 // Finds the order's form and fills the order; the error is empty when the line could be read.
 std::string ReadOrder(const Line& line, std::string_view text, ScriptOrder& order) {
   std::string expected;
@@ -161,7 +192,7 @@ std::string ReadOrder(const Line& line, std::string_view text, ScriptOrder& orde
     if (auto arguments = Match(candidate.form, line, text)) {
       order.order = candidate.order;
       order.arguments = std::move(*arguments);
-      return {};
+      return Misnamed(order);
     }
     expected += (expected.empty() ? "" : " or ") + std::string(candidate.form);
   }

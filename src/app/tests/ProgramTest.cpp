@@ -230,15 +230,25 @@ TEST_F(Program, OrdersAreServedAtTheirMomentsAndThoseOfTheBeginBeforeTheFirstTic
 
 TEST_F(Program, AnOrderThatFailsIsAnErrorEventAndTheRunGoesOn) {
   Put("orders.txt",
-      "+1 sql UPDATE Nothing SET x = 1\n+1 set Nothing 1\n+1 insert music 77\n+1 load 77\n"
-      "+1 drop /no/such/file a.txt\n+1 check Nothing on\n+1 set FadeOut 40000\n+1 dump\n");
+      "+1 sql UPDATE Nothing SET x = 1\n+1 insert music 77\n+1 load 77\n"
+      "+1 drop /no/such/file a.txt\n+1 check CheckTest on\n+1 set FadeOut 40000\n+1 dump\n");
   const Result result = Run(Minute("--script orders.txt"));
   ASSERT_EQ(result.status, 0) << result.err;
   std::vector<std::string> places;
   for (const Json& error : EventsNamed(result.out, "error")) places.push_back(error["where"]);
-  EXPECT_EQ(places,
-            (std::vector<std::string>{"sql", "set", "insert", "load", "drop", "check", "set"}));
+  EXPECT_EQ(places, (std::vector<std::string>{"sql", "insert", "load", "drop", "check", "set"}));
   EXPECT_EQ(EventsNamed(result.out, "state").size(), 1u);
+}
+
+TEST_F(Program, AScriptThatNamesWhatIsNotThereEndsBeforeTheRunBegins) {
+  for (const char* order : {"set Nothing 1", "set FadeOut soon", "check Nothing on"}) {
+    Put("orders.txt", std::string("+1 start\n+1 ") + order + "\n");
+    const Result result = Run(Minute("--script orders.txt --trace told"));
+    EXPECT_EQ(result.status, 2) << order;
+    ExpectOneError(result.err);
+    EXPECT_NE(result.err.find("orders.txt:2: "), std::string::npos) << result.err;
+    EXPECT_FALSE(std::filesystem::exists(root_ / "told")) << order;
+  }
 }
 
 TEST_F(Program, AnInterruptedSimulationLeavesNothingBehind) {

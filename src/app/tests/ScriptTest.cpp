@@ -120,7 +120,9 @@ TEST(Script, ALineThatCannotBeReadIsRefusedWithItsNumber) {
                                      "local XRapport",
                                      "local a=b 1",
                                      "check OptionDirect",
-                                     "check A maybe",
+                                     "check CheckPub maybe",
+                                     "check Nothing on",
+                                     "check FadeOut on",
                                      "contact 4 on",
                                      "contact 1",
                                      "joystick 0 down",
@@ -134,6 +136,11 @@ TEST(Script, ALineThatCannotBeReadIsRefusedWithItsNumber) {
                                      "remove ..",
                                      "remove a\\b",
                                      "set Jingles",
+                                     "set Nothing 1",
+                                     "set Jingles many",
+                                     "set Jingles 5mn",
+                                     "set Jingles \"\"",
+                                     "set Squelette perhaps",
                                      "answer maybe",
                                      "save \"a 21/11/2026 10:30 0",
                                      "Start",
@@ -152,6 +159,22 @@ TEST(Script, AnErrorNamesTheUnknownOrderOrSaysWhatWasExpected) {
   EXPECT_EQ(ErrorOf("start"), "s.txt:1: 'start' is no time");
   EXPECT_EQ(ErrorOf("+1s start"), "s.txt:1: '+1s' is no time");
   EXPECT_EQ(ErrorOf("10:00:00"), "s.txt:1: no order behind the time");
+}
+
+TEST(Script, AnErrorSaysWhichNameOrValueIsNone) {
+  EXPECT_EQ(ErrorOf("+0 set Nothing 1"), "s.txt:1: Cnf has no field 'Nothing'");
+  EXPECT_EQ(ErrorOf("+0 set jingles many"), "s.txt:1: 'many' is no value of Jingles");
+  EXPECT_EQ(ErrorOf("+0 check Nothing on"),
+            "s.txt:1: no screen has a check box or check menu 'Nothing'");
+}
+
+TEST(Script, FieldsAndControlsAreNamedInAnyCaseAndOfScreensToComeToo) {
+  EXPECT_EQ(Single("set FADEOUT -1").order, Order::kSet);
+  EXPECT_EQ(Single("set squelette TRUE").order, Order::kSet);
+  EXPECT_EQ(Single("set Squelette -1").order, Order::kSet);
+  EXPECT_EQ(Single("check mnustartstop off").order, Order::kCheck);
+  EXPECT_EQ(Single("check CheckDelPub on").order, Order::kCheck);
+  EXPECT_EQ(Single("check Redondance on").order, Order::kCheck);
 }
 
 TEST(Script, TheWholeFileIsCheckedAlthoughItsFirstLinesAreGood) {

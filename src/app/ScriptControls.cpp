@@ -1,0 +1,55 @@
+#include "app/ScriptControls.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "station/TextForms.h"
+
+namespace zemo {
+
+namespace {
+// By screen. A new check box or check menu gets its line here, and its effect in SetCheck.
+constexpr std::string_view kCheckControls[] = {
+    // main screen
+    "OptionDirect",
+    "CheckNoJingle",
+    "CheckExtrait",
+    "MnuStartStop",
+    "MnuPCProduction",
+    "MnuPasseWord",
+    // settings
+    "CheckPub",
+    "CheckRubrique",
+    "CheckJingleCourt",
+    "GraphiqueMini",
+    "CheckDepartJingle",
+    "OptionOptimise",
+    "CheckDelPub",
+    "CheckModel",
+    "CheckInstrumental",
+    "CheckPubToph",
+    "CheckNational",
+    "JingleExtraitYN",
+    "CheckExtraitAuto",
+    "CheckAutoPlay",
+    "RapportSquelette",
+    "CheckDoublonYN",
+    // library
+    "CheckSurimpression",
+    "CheckJingleRacro",
+    // sound file selector
+    "SelectAll",
+    // skeleton dialogue
+    "Redondance",
+    // voice tracks
+    "CheckCut",
+    "CheckTest",
+};
+}  // namespace
+
+bool IsCheckControl(std::string_view name) {
+  return std::any_of(std::begin(kCheckControls), std::end(kCheckControls),
+                     [&](std::string_view control) { return EqualNoCase(name, control); });
+}
+
+}  // namespace zemo
