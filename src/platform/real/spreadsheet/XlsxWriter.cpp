@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "platform/Folder.h"
+#include "platform/real/files/WholeFiles.h"
 
 namespace zemo {
 
@@ -45,9 +46,13 @@ void Fill(lxw_workbook* book, const Sheet& sheet) {
 // Written beside its place first: what stood there stays until the new file is whole.
 void XlsxWriter::Write(const std::string& path, const Sheet& sheet) {
   const std::string unfinished = path + ".new";
+  ReplaceWholeFile(unfinished, "");  // else the library tells of it on standard error
   lxw_workbook* book = workbook_new(unfinished.c_str());
-  if (!book) throw FileError(path + ": out of memory");
   std::error_code failed, ignored;
+  if (!book) {
+    std::filesystem::remove(unfinished, ignored);
+    throw FileError(path + ": out of memory");
+  }
   lxw_error error = LXW_NO_ERROR;
   try {
     Fill(book, sheet);

@@ -43,12 +43,14 @@ TEST_F(XlsxWriterTest, AFileOfTheSameNameIsReplaced) {
 }
 
 TEST_F(XlsxWriterTest, AFolderThatIsNotThereIsAnErrorThatNamesTheFile) {
+  testing::internal::CaptureStderr();
   try {
     XlsxWriter().Write(folder + "none/a.xlsx", sheet);
-    FAIL() << "no error";
+    ADD_FAILURE() << "no error";
   } catch (const FileError& error) {
     EXPECT_NE(std::string(error.what()).find("none/a.xlsx"), std::string::npos);
   }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the caller tells it";
 }
 
 TEST_F(XlsxWriterTest, ANameThatNoSheetMayHaveLeavesNoFile) {
