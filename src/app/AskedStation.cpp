@@ -6,31 +6,19 @@
 #include "app/CommandLine.h"
 #include "app/PrivateCopy.h"
 #include "app/StationPaths.h"
+#include "platform/real/decoders/LengthOnlyOpener.h"
+#include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "settings/SideFiles.h"
 
 namespace zemo {
 
-AskedStation::AskedStation(const CommandLine& line)
-    : from_(line.station.empty() ? DefaultStationFolder() : line.station),
-      machine_(line.machine.empty() ? DefaultMachineFolder() : line.machine) {
-  if (!std::filesystem::is_directory(from_))
-    throw std::runtime_error("there is no station folder " + from_);
-  if (EntryNamed(from_, "Triskin.MDB").empty())
-    throw std::runtime_error("there is no base Triskin.MDB in " + from_);
-  if (!line.machine.empty() && !std::filesystem::is_directory(machine_))
-    throw std::runtime_error("there is no machine folder " + machine_);
-  folders_.station = temp_.MakeFolder("station");
-  folders_.machine = temp_.MakeFolder("machine");
-  folders_.changed = temp_.MakeFolder("changed") + "/";
-  folders_.copiedFrom = LocalFolder(from_).Path();
-  CopyStation(from_, folders_.station);
-  CopyFiles(machine_, folders_.machine);
-}
-
-ShownPaths AskedStation::Paths() const {
-  return {{folders_.station + "/", folders_.copiedFrom},
-          {folders_.machine + "/", LocalFolder(machine_).Path()}};
+namespace {
+std::string NamedMachine(const CommandLine& line) {
+  if (line.machine.empty()) return DefaultMachineFolder();
+  if (!std::filesystem::is_directory(line.machine))
+    throw std::runtime_error("there is no machine folder " + line.machine);
+  return line.machine;
 }
 
 void OpenForQuestion(Station& station) {
@@ -40,6 +28,37 @@ void OpenForQuestion(Station& station) {
   station.base.CreateMissingTables([](const std::string&, int, const std::string&) {});
   station.base.OpenAllTables();
   station.base.SeedFixedRows();
+}
+}  // namespace
+
+AskedStation::AskedStation(const std::string& station, const std::string& machine)
+    : machine_(machine) {
+  if (!std::filesystem::is_directory(station))
+    throw std::runtime_error("there is no station folder " + station);
+  if (EntryNamed(station, "Triskin.MDB").empty())
+    throw std::runtime_error("there is no base Triskin.MDB in " + station);
+  folders_.station = temp_.MakeFolder("station");
+  folders_.machine = temp_.MakeFolder("machine");
+  folders_.changed = temp_.MakeFolder("changed") + "/";
+  folders_.copiedFrom = LocalFolder(station).Path();
+  CopyStation(station, folders_.station);
+  CopyFiles(machine, folders_.machine);
+}
+
+AskedStation::AskedStation(const CommandLine& line)
+    : AskedStation(line.station.empty() ? DefaultStationFolder() : line.station,
+                   NamedMachine(line)) {}
+
+ShownPaths AskedStation::Paths() const {
+  return {{folders_.station + "/", folders_.copiedFrom},
+          {folders_.machine + "/", LocalFolder(machine_).Path()}};
+}
+
+std::unique_ptr<SimStation> OpenAsked(const AskedStation& asked, const LocalDateTime& at) {
+  auto sim = std::make_unique<SimStation>(
+      asked.Folders(), at, std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
+  OpenForQuestion(sim->station);
+  return sim;
 }
 
 }  // namespace zemo

@@ -1,6 +1,8 @@
-// A private copy of a station for a question: nothing of the station or its machine is changed.
+// A station that is only asked: its base and side files are copied, and nothing that is done to the
+// copy reaches it.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "app/SimStation.h"
@@ -11,22 +13,26 @@ namespace zemo {
 
 struct CommandLine;
 
-// Copies of the station and the machine of the command line, gone with the object, and their paths
-// as errors are to show them.
 class AskedStation {
  public:
-  // Throws std::runtime_error with one line where there is no station, base or machine folder.
+  // `machine` need not exist. Throws std::runtime_error with one line.
+  AskedStation(const std::string& station, const std::string& machine);
+  // The folders of the command line, or the default ones; a machine folder that is named must
+  // exist.
   explicit AskedStation(const CommandLine& line);
+
   const SimFolders& Folders() const { return folders_; }
+  // What stands in errors for the copies.
   ShownPaths Paths() const;
 
  private:
   TempFolder temp_;
-  std::string from_, machine_;
+  std::string machine_;
   SimFolders folders_;
 };
 
-// The base alone: nothing of what a start does to a station.
-void OpenForQuestion(Station& station);
+// The station on the copies at a moment, with its base open and nothing else of what a start does.
+// Throws std::exception with one line.
+std::unique_ptr<SimStation> OpenAsked(const AskedStation& asked, const LocalDateTime& at);
 
 }  // namespace zemo

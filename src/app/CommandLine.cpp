@@ -3,7 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
+#include <initializer_list>
 #include <iostream>
+#include <string_view>
 
 #include "app/Moments.h"
 
@@ -24,11 +26,11 @@ std::string OneLine(std::string text) {
   return text;
 }
 
-bool IsSoundFileName(const std::string& path) {
+bool EndsWithOneOf(const std::string& path, std::initializer_list<std::string_view> endings) {
   std::string ending = path.substr(std::min(path.rfind('.'), path.size()));
   std::transform(ending.begin(), ending.end(), ending.begin(),
                  [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-  return ending == ".wav" || ending == ".flac";
+  return std::find(endings.begin(), endings.end(), ending) != endings.end();
 }
 
 void AddFolders(CLI::App& app, CommandLine& line) {
@@ -51,6 +53,8 @@ void AddSimulation(CLI::App& app, CommandLine& line, Typed& typed) {
   app.add_option("--script", line.script, "Orders, one a line")->type_name("FILE");
   app.add_option("--trace", line.trace, "Where the events go, - for standard output (-)")
       ->type_name("FILE|-");
+  app.add_option("--choices", line.choices, "Where what the requests saw goes, for why")
+      ->type_name("FILE");
   app.add_flag("--in-place", line.inPlace, "Work on the station itself, not on a private copy");
   app.add_flag("--no-start", line.noStart, "Do not start the engine");
 }
@@ -63,6 +67,8 @@ void AddWhy(CLI::App& app, CommandLine& line, Typed& typed) {
       ->type_name("T");
   app.add_option("--report", line.report, "What brought the element of this CODE of the report")
       ->type_name("CODE");
+  app.add_option("--choices", line.choices, "Choices that a simulation kept, instead of a station")
+      ->type_name("FILE");
   app.add_flag("--json", line.json, "The answer as one JSON object");
 }
 
@@ -70,6 +76,22 @@ void AddGrid(CLI::App& app, CommandLine& line, Typed& typed) {
   AddFolders(app, line);
   app.add_option("--day", typed.day, "The day, YYYY-MM-DD (today)")->type_name("DAY");
   app.add_flag("--json", line.json, "The breaks as one JSON object");
+}
+
+// The two commands below `models`.
+struct ModelsCommands {
+  CLI::App* exported;
+  CLI::App* listed;
+};
+ModelsCommands AddModels(CLI::App& app, CommandLine& line) {
+  CLI::App& models = *app.add_subcommand("models", "The week's models, out of the station");
+  models.require_subcommand(1);
+  ModelsCommands commands{models.add_subcommand("export", "As a spreadsheet file"),
+                          models.add_subcommand("list", "As lines, cells between tabs")};
+  for (CLI::App* command : {commands.exported, commands.listed}) AddFolders(*command, line);
+  commands.exported->add_option("FILE", line.file, "Spreadsheet file, its name ending in .xlsx")
+      ->required();
+  return commands;
 }
 
 std::optional<LocalDateTime> ReadMoment(const CLI::App& chosen, const char* name,
@@ -87,18 +109,22 @@ void CheckWhy(const CommandLine& line) {
   if (line.code.has_value() == line.report.has_value())
     throw UsageError("why needs --code or --report, one of them");
   if (line.report && line.at) throw UsageError("--at goes with --code only");
+  if (line.code && !line.choices.empty()) throw UsageError("--choices goes with --report only");
 }
 
 // What the words do not tell by themselves.
 void ReadTyped(CommandLine& line, const Typed& typed, const CLI::App& app, const CLI::App& chosen) {
   for (const CLI::App* level : {&app, &chosen})
-    for (const char* name : {"--station", "--machine", "--script", "--trace", "--audio", "DIR"}) {
+    for (const char* name :
+         {"--station", "--machine", "--script", "--trace", "--audio", "--choices", "DIR", "FILE"}) {
       const CLI::Option* option = level->get_option_no_throw(name);
       if (option && option->count() > 0 && option->as<std::string>().empty())
         throw UsageError(std::string(name) + " needs a name");
     }
-  if (!line.audio.empty() && !IsSoundFileName(line.audio))
+  if (!line.audio.empty() && !EndsWithOneOf(line.audio, {".wav", ".flac"}))
     throw UsageError("--audio: '" + line.audio + "' ends neither in .wav nor in .flac");
+  if (!line.file.empty() && !EndsWithOneOf(line.file, {".xlsx"}))
+    throw UsageError("'" + line.file + "' does not end in .xlsx");
   if (const CLI::Option* option = chosen.get_option_no_throw("--for"); option && option->count()) {
     line.forMs = ParseDuration(typed.duration);
     if (!line.forMs)
@@ -147,6 +173,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
 
   CLI::App& why = *app.add_subcommand("why", "Say why a title may not play, or why it did");
   AddWhy(why, line, typed);
+  const ModelsCommands models = AddModels(app, line);
 
   CLI::App& grid = *app.add_subcommand("grid", "The spot and news breaks of a day");
   AddGrid(grid, line, typed);
@@ -161,9 +188,15 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   }
 
   const std::vector<std::pair<const CLI::App*, Command>> commands{
-      {&run, Command::kRun},   {&simulate, Command::kSimulate}, {&render, Command::kRender},
-      {&demo, Command::kDemo}, {&check, Command::kCheck},       {&why, Command::kWhy},
-      {&grid, Command::kGrid}};
+      {&run, Command::kRun},
+      {&simulate, Command::kSimulate},
+      {&render, Command::kRender},
+      {&demo, Command::kDemo},
+      {&check, Command::kCheck},
+      {&why, Command::kWhy},
+      {&grid, Command::kGrid},
+      {models.exported, Command::kModelsExport},
+      {models.listed, Command::kModelsList}};
   const CLI::App* chosen = &app;
   for (const auto& [subcommand, command] : commands)
     if (subcommand->parsed()) {

@@ -11,7 +11,9 @@
 
 namespace zemo {
 
-enum class Command { kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid };
+enum class Command {
+  kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kModelsExport, kModelsList
+};
 
 struct CommandLine {
   Command command = Command::kScreen;
@@ -22,7 +24,9 @@ struct CommandLine {
   std::optional<int64_t> forMs;  // how long; none: until told, a simulation see SimulateCommand
   std::string script;            // file; empty: none
   std::string trace = "-";
+  std::string choices;  // file: of a simulation to be made, of why to be read; empty: none
   std::string audio;   // file of render
+  std::string file;    // of models export
   std::string folder;  // of demo and check
   bool inPlace = false;
   bool noStart = false;

@@ -13,5 +13,7 @@ int RunDemoCommand(const CommandLine& line);
 int RunCheckCommand(const CommandLine& line);
 int RunWhyCommand(const CommandLine& line);
 int RunGridCommand(const CommandLine& line);
+int RunModelsExport(const CommandLine& line);
+int RunModelsList(const CommandLine& line);
 
 }  // namespace zemo

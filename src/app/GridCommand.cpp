@@ -2,7 +2,6 @@
 // shows that day.
 #include <cstdio>
 #include <iostream>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -10,8 +9,6 @@
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/GridReport.h"
-#include "platform/real/decoders/LengthOnlyOpener.h"
-#include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -130,7 +127,6 @@ void TellGridJson(const LocalDateTime& day, const CompositionEvents& told,
 void TellDay(const CommandLine& line, const LocalDateTime& day, Station& station,
              std::ostream& out) {
   CompositionEvents told;
-  OpenForQuestion(station);
   station.events.SetSink(&told);
   MakeGrillePubGeneral(station);
   station.events.SetSink(nullptr);
@@ -149,9 +145,7 @@ int RunGridCommand(const CommandLine& line) {
   day.minute = day.second = day.millisecond = 0;
   const AskedStation asked(line);
   try {
-    SimStation sim(asked.Folders(), day,
-                   std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
-    TellDay(line, day, sim.station, std::cout);
+    TellDay(line, day, OpenAsked(asked, day)->station, std::cout);
   } catch (const std::exception& error) {
     throw std::runtime_error(WithShownPaths(error.what(), asked.Paths()));
   }

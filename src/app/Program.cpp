@@ -32,6 +32,10 @@ int Dispatch(const CommandLine& line) {
       return RunWhyCommand(line);
     case Command::kGrid:
       return RunGridCommand(line);
+    case Command::kModelsExport:
+      return RunModelsExport(line);
+    case Command::kModelsList:
+      return RunModelsList(line);
   }
   return kWrongUsage;
 }

@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "app/ChoicesFile.h"
 #include "app/Moments.h"
 #include "app/PrivateCopy.h"
 #include "app/Script.h"
@@ -107,9 +108,10 @@ void StartOrders(const CommandLine& line, Station& station) {
   if (!line.noStart && !station.engine.IsRunning) ToolbarButton(station, Toolbar::kStart);
 }
 
-[[noreturn]] void Kill(Trace& trace, const Workplace& place) {
+[[noreturn]] void Kill(Trace& trace, ChoicesFile* choices, const Workplace& place) {
   try {
     trace.Flush();
+    if (choices) choices->Flush();
   } catch (const std::exception&) {
     // nobody is left to tell
   }
@@ -118,15 +120,19 @@ void StartOrders(const CommandLine& line, Station& station) {
 }
 
 void RunSimulation(const CommandLine& line, const std::vector<ScriptOrder>& orders,
-                   const Workplace& place, SimStation& sim, Trace& trace) {
+                   const Workplace& place, SimStation& sim, Trace& trace, ChoicesFile* choices) {
   Station& station = sim.station;
-  station.events.SetSink(&trace);
+  station.events.SetSink(choices ? static_cast<EventSink*>(choices) : &trace);
+  if (choices)
+    station.requests.choices.heard = [choices](const std::string& told) {
+      choices->KeepRequest(told);
+    };
   // The orders due at the begin are served behind the start order, which itself can take time.
   const auto queue = [&](bool atBegin) {
     for (const ScriptOrder& order : orders)
       if ((order.atMs == 0) == atBegin)
         sim.loop.At(order.atMs, [&] {
-          if (order.order == Order::kKill) Kill(trace, place);
+          if (order.order == Order::kKill) Kill(trace, choices, place);
           ServeOrder(sim, order);
         });
   };
@@ -136,6 +142,7 @@ void RunSimulation(const CommandLine& line, const std::vector<ScriptOrder>& orde
   sim.loop.RunUntil(LengthOf(line, orders));
   // What is undone behind the end of the run is no event of it.
   station.events.SetSink(nullptr);
+  station.requests.choices.heard = nullptr;
 }
 }  // namespace
 
@@ -150,10 +157,13 @@ void Simulate(const CommandLine& line, std::unique_ptr<SoundOpener> opener,
     SimStation sim(place.Folders(), begin, std::move(opener));
     Trace trace(line.trace, sim.loop);
     trace.ShowPathsAs(shownPaths);
+    std::optional<ChoicesFile> choices;
+    if (!line.choices.empty()) choices.emplace(line.choices, trace);
     if (makeSink) sim.sound.SetSink(makeSink());
-    RunSimulation(line, orders, place, sim, trace);
+    RunSimulation(line, orders, place, sim, trace, choices ? &*choices : nullptr);
     sim.sound.FlushSink();
     trace.Flush();
+    if (choices) choices->Flush();
   } catch (const std::exception& error) {
     throw std::runtime_error(WithShownPaths(error.what(), shownPaths));
   }

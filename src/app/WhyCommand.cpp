@@ -1,7 +1,7 @@
 // `zemoradio why`: may a music title play at a moment, and if not, why and from when; and what
-// brought an element of the report on air. Works on a private copy and changes nothing.
+// brought an element of the report on air. Works on a private copy and changes nothing; of a
+// simulation the file of its choices is enough.
 #include <iostream>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -9,9 +9,8 @@
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/WhyReport.h"
-#include "platform/real/decoders/LengthOnlyOpener.h"
-#include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
+#include "platform/real/files/WholeFiles.h"
 #include "scheduling/ChoiceLog.h"
 #include "scheduling/TitleEligibility.h"
 #include "station/TimeForms.h"
@@ -73,10 +72,9 @@ void TellTitleJson(const TitleAnswer& answer, std::ostream& out) {
 
 void TellAnswer(const CommandLine& line, const LocalDateTime& at, SimStation& sim,
                 std::ostream& out) {
-  OpenForQuestion(sim.station);
   if (line.report)
-    return TellReport(sim.station, sim.machineFolder.Read(kChoicesFile).value_or(""), *line.report,
-                      line.json, out);
+    return TellReport(ReportOf(sim.station), sim.machineFolder.Read(kChoicesFile).value_or(""),
+                      *line.report, line.json, out);
   const auto answer = WhyTitle(sim.station, *line.code, at);
   if (!answer) throw std::runtime_error("there is no music card " + std::to_string(*line.code));
   if (line.json)
@@ -85,16 +83,24 @@ void TellAnswer(const CommandLine& line, const LocalDateTime& at, SimStation& si
     TellTitle(*answer, out);
 }
 
+// Everything stands in the file: the station that was simulated may be elsewhere, or another by
+// now.
+int TellSimulated(const CommandLine& line) {
+  const auto choices = ReadWholeFile(line.choices);
+  if (!choices) throw std::runtime_error("there is no file " + line.choices);
+  TellReport(ReportIn(*choices), *choices, *line.report, line.json, std::cout);
+  return 0;
+}
+
 }  // namespace
 
 int RunWhyCommand(const CommandLine& line) {
+  if (!line.choices.empty()) return TellSimulated(line);
   LocalDateTime at = line.at.value_or(RealClock().LocalNow());
   at.millisecond = 0;
   const AskedStation asked(line);
   try {
-    SimStation sim(asked.Folders(), at,
-                   std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
-    TellAnswer(line, at, sim, std::cout);
+    TellAnswer(line, at, *OpenAsked(asked, at), std::cout);
   } catch (const std::exception& error) {
     throw std::runtime_error(WithShownPaths(error.what(), asked.Paths()));
   }

@@ -2,6 +2,7 @@
 // request, and of several requests the last one before the row counts.
 #include "app/WhyReport.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
@@ -22,18 +23,12 @@ namespace {
 using Json = nlohmann::ordered_json;
 constexpr double kSecond = 1.0 / 86400;
 
-struct AiredElement {
-  int32_t code = 0;
-  std::string artist, title, genre, date, hour;
-  double moment = 0;  // day serial
-};
-
 // A request, and the one of its titles that is asked about.
 struct Choice {
   Json request, title;
 };
 
-AiredElement FindElement(Station& station, int32_t code) {
+std::optional<AiredElement> FindInBase(Station& station, int32_t code) {
   std::optional<AiredElement> found;
   station.base.Db().ReadRows(
       "SELECT AUTEUR, TITRE, GENRE, LADATE, HEURE, DATENUM FROM Rapport WHERE CODE = " +
@@ -42,8 +37,35 @@ AiredElement FindElement(Station& station, int32_t code) {
         const auto text = [&](int column) { return std::string(row.Text(column)); };
         found = {code, text(0), text(1), text(2), text(3), text(4), row.Real(5)};
       });
-  if (!found) throw std::runtime_error("the report has no row " + std::to_string(code));
-  return *found;
+  return found;
+}
+
+bool PlayedSinceInBase(Station& station, const AiredElement& element, double moment) {
+  bool played = false;
+  station.base.Db().ReadRows("SELECT CODE FROM Rapport WHERE CODE < " +
+                                 std::to_string(element.code) + " AND AUTEUR = '" +
+                                 SqlQuoted(element.artist) + "' AND TITRE = '" +
+                                 SqlQuoted(element.title) + "' AND DATENUM > " + SqlNumber(moment),
+                             [&](const RowView&) { played = true; });
+  return played;
+}
+
+// The row in a line of a simulation's file; nullopt in any other line.
+std::optional<AiredElement> RowInLine(const std::string& line) {
+  try {
+    const Json row = Json::parse(line);
+    if (!row.contains("report")) return std::nullopt;
+    const auto text = [&](const char* name) { return row.value(name, std::string()); };
+    return AiredElement{row.at("report").get<int32_t>(),
+                        text("artist"),
+                        text("title"),
+                        text("genre"),
+                        text("date"),
+                        text("time"),
+                        row.value("moment", 0.0)};
+  } catch (const std::exception&) {
+    return std::nullopt;  // half a line, or one that somebody edited
+  }
 }
 
 // "YYYY-MM-DDThh:mm:ss"
@@ -78,18 +100,7 @@ std::optional<Choice> ChoiceInLine(const std::string& line, const AiredElement& 
   return std::nullopt;
 }
 
-// Between the request and the element the title was on air already.
-bool PlayedBefore(Station& station, const AiredElement& element, double requestMoment) {
-  bool played = false;
-  station.base.Db().ReadRows(
-      "SELECT CODE FROM Rapport WHERE CODE < " + std::to_string(element.code) + " AND AUTEUR = '" +
-          SqlQuoted(element.artist) + "' AND TITRE = '" + SqlQuoted(element.title) +
-          "' AND DATENUM > " + SqlNumber(requestMoment - kSecond),
-      [&](const RowView&) { played = true; });
-  return played;
-}
-
-std::optional<Choice> FindChoice(Station& station, const std::string& choices,
+std::optional<Choice> FindChoice(const AiredReport& report, const std::string& choices,
                                  const AiredElement& element) {
   const std::vector<std::string> lines = SplitLines(choices);
   for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
@@ -97,7 +108,9 @@ std::optional<Choice> FindChoice(Station& station, const std::string& choices,
     if (!choice) continue;
     // A list of the dialogue is stored, and may play any number of times.
     const bool stored = choice->request.value("kind", "") == "dialog";
-    if (!stored && PlayedBefore(station, element, MomentOf(choice->request))) return std::nullopt;
+    // Between the request and the element the title was on air already.
+    if (!stored && report.playedSince(element, MomentOf(choice->request) - kSecond))
+      return std::nullopt;
     return choice;
   }
   return std::nullopt;
@@ -152,10 +165,37 @@ void TellJson(const AiredElement& element, const std::optional<Choice>& choice, 
 
 }  // namespace
 
-void TellReport(Station& station, const std::string& choices, int32_t code, bool json,
+AiredReport ReportOf(Station& station) {
+  return {[&station](int32_t code) { return FindInBase(station, code); },
+          [&station](const AiredElement& element, double moment) {
+            return PlayedSinceInBase(station, element, moment);
+          }};
+}
+
+AiredReport ReportIn(const std::string& simulation) {
+  std::vector<AiredElement> rows;
+  for (const std::string& line : SplitLines(simulation))
+    if (auto row = RowInLine(line)) rows.push_back(std::move(*row));
+  const auto find = [rows](int32_t code) -> std::optional<AiredElement> {
+    for (const AiredElement& row : rows)
+      if (row.code == code) return row;
+    return std::nullopt;
+  };
+  const auto playedSince = [rows](const AiredElement& element, double moment) {
+    return std::any_of(rows.begin(), rows.end(), [&](const AiredElement& row) {
+      return row.code < element.code && row.artist == element.artist &&
+             row.title == element.title && row.moment > moment;
+    });
+  };
+  return {find, playedSince};
+}
+
+void TellReport(const AiredReport& report, const std::string& choices, int32_t code, bool json,
                 std::ostream& out) {
-  const AiredElement element = FindElement(station, code);
-  const auto choice = FindChoice(station, choices, element);
+  const auto found = report.find(code);
+  if (!found) throw std::runtime_error("the report has no row " + std::to_string(code));
+  const AiredElement& element = *found;
+  const auto choice = FindChoice(report, choices, element);
   if (json) return TellJson(element, choice, out);
   out << (choice ? "brought by a request" : "no request known") << "\n";
   out << "  row " << code << " of the report: " << element.artist << " - " << element.title << " ("

@@ -173,9 +173,11 @@ void KeepChoices(Station& station, const RequestSeen& request) {
   KeptChoices& kept = station.requests.choices;
   Folder& machine = station.platform.machineFolder;
   try {
+    const std::string line = ChoicesLine(request);
+    if (kept.heard) kept.heard(line);
     if (!kept.loaded) Load(machine, kept);
     const auto titles = static_cast<int>(request.titles.size());
-    kept.lines.push_back({ChoicesLine(request), titles});
+    kept.lines.push_back({line, titles});
     kept.titles += titles;
     Shorten(kept);
     Write(machine, kept, titles);

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -58,6 +59,7 @@ struct KeptChoices {
   std::deque<Line> lines;  // the newest last
   int titles = 0;          // in all of them
   int titlesInFile = 0;    // lines that no longer count included
+  std::function<void(const std::string& line)> heard;  // is told each new line; may be empty
 };
 
 // Thread: the logic's. Writers: the requests.

@@ -83,6 +83,27 @@ TEST(CommandLine, DemoAndCheckNeedTheirFolder) {
   EXPECT_NE(ErrorOf({"demo", "/a", "/b"}), "");
 }
 
+TEST(CommandLine, ModelsAreListedOrExportedToASpreadsheet) {
+  EXPECT_EQ(Parse({"models", "list", "--station", "/s"})->command, Command::kModelsList);
+  const auto line = Parse({"models", "export", "/a/week.xlsx", "--machine", "/m"});
+  EXPECT_EQ(line->command, Command::kModelsExport);
+  EXPECT_EQ(line->file, "/a/week.xlsx");
+  EXPECT_EQ(line->machine, "/m");
+  for (const std::vector<const char*>& words : {std::vector<const char*>{"models"},
+                                                {"models", "export"},
+                                                {"models", "export", "a.xls"},
+                                                {"models", "list", "a.xlsx"},
+                                                {"models", "list", "export", "a.xlsx"}})
+    EXPECT_NE(ErrorOf(words), "") << words.back();
+}
+
+TEST(CommandLine, ChoicesOfASimulationAreMadeByItAndReadByWhy) {
+  EXPECT_EQ(Parse({"simulate", "--choices", "c"})->choices, "c");
+  EXPECT_EQ(Parse({"why", "--choices", "c", "--report", "3"})->choices, "c");
+  EXPECT_NE(ErrorOf({"why", "--choices", "c", "--code", "3"}), "");
+  EXPECT_NE(ErrorOf({"simulate", "--choices", ""}), "");
+}
+
 TEST(CommandLine, TheStationMayStandBeforeTheCommand) {
   EXPECT_EQ(Parse({"--station", "/s", "run"})->station, "/s");
 }

@@ -139,6 +139,74 @@ TEST_F(Why, AnElementOfTheReportTellsTheRequestThatBroughtIt) {
   EXPECT_NE(told.out.find("GOLD was to have 100 per cent of the "), std::string::npos) << told.out;
 }
 
+// A minute on a private copy, of which nothing stays but the trace and the choices.
+TEST_F(Why, AnElementOfASimulationIsExplainedByItsChoices) {
+  MakeStation({20, 20, 20}, true);
+  Sql("UPDATE Variete SET POURCENT = 100");
+  const std::string simulate = "simulate --station station --from '2026-11-21 10:00:00' --for 1m ";
+  ASSERT_EQ(Run(simulate + "--trace plain").status, 0);
+  const auto station = Files("station");
+  const Result aired = Run(simulate + "--trace aired --choices choices");
+  ASSERT_EQ(aired.status, 0) << aired.err;
+  EXPECT_EQ(ReadText(root_ / "aired"), ReadText(root_ / "plain")) << "the trace stays as it is";
+  EXPECT_EQ(Files("station"), station);
+  int rows = 0;
+  for (const std::string& line : LinesOf(ReadText(root_ / "aired"))) {
+    const Json event = Json::parse(line);
+    if (event["event"] != "report" || event["GENRE"] != "GOLD") continue;
+    ++rows;
+    const Result result =
+        Run("why --json --choices choices --report " + std::to_string(event["CODE"].get<int>()));
+    ASSERT_EQ(result.status, 0) << result.err;
+    const Json answer = Json::parse(result.out);
+    EXPECT_EQ(answer["title"], event["TITRE"]);
+    EXPECT_EQ(answer["date"], event["LADATE"]);
+    EXPECT_EQ(answer["time"], event["HEURE"]);
+    EXPECT_EQ(answer["brought_by_request"], true) << result.out;
+    EXPECT_EQ(answer["choice"]["title"], event["TITRE"]);
+    EXPECT_EQ(answer["request"]["kind"], "percentage");
+    EXPECT_EQ(answer["request"]["candidates"], 3);
+    EXPECT_EQ(answer["choice"]["percent"], 100);
+  }
+  EXPECT_GE(rows, 2);
+  const Result told = Run("why --choices choices --report 1");
+  EXPECT_EQ(LinesOf(told.out).at(0), "brought by a request");
+  const Result unknown = Run("why --choices choices --report 99");
+  EXPECT_EQ(unknown.status, 1);
+  ExpectError(unknown, "the report has no row 99");
+}
+
+TEST_F(Why, OfASimulationWithoutAnOrderNothingIsTakenForARequests) {
+  MakeStation({20}, false);
+  Put("orders", "+0 insert music 1\n+0 start\n");
+  const Result aired =
+      Run("simulate --station station --no-start --from '2026-11-21 10:00:00' --for 10s --script "
+          "orders "
+          "--trace aired --choices choices");
+  ASSERT_EQ(aired.status, 0) << aired.err;
+  EXPECT_EQ(LinesOf(Run("why --choices choices --report 1").out).at(0), "no request known");
+}
+
+TEST_F(Why, ChoicesThatAreNotThereOrCannotBeWrittenAreStatusOne) {
+  MakeStation({10}, true);
+  Result result = Run("why --choices nothing --report 1");
+  EXPECT_EQ(result.status, 1);
+  ExpectError(result, "there is no file nothing");
+  result = Run("simulate --station station --for 1 --trace t --choices none/choices");
+  EXPECT_EQ(result.status, 1);
+  ExpectError(result, "cannot write the choices to none/choices");
+}
+
+TEST_F(Why, ALossOfPowerLeavesTheChoicesUpToIt) {
+  MakeStation({20, 20}, true);
+  Put("orders", "+5 kill\n");
+  const Result aired = Run(
+      "simulate --station station --from '2026-11-21 10:00:00' --for 1m --script orders --trace t "
+      "--choices choices");
+  EXPECT_EQ(aired.status, 137);
+  EXPECT_EQ(LinesOf(Run("why --choices choices --report 1").out).at(0), "brought by a request");
+}
+
 TEST_F(Why, AnElementThatNoRequestBroughtSaysSo) {
   MakeStation({20}, false);
   Put("orders", "+0 insert music 1\n+0 start\n");

@@ -1,0 +1,85 @@
+// `zemoradio models`: the week's models, percentages or skeleton as the station uses them, as a
+// spreadsheet file or as lines. Works on a private copy and changes nothing of the station.
+#include <cmath>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "app/AskedStation.h"
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+#include "platform/Folder.h"
+#include "platform/real/desktop/RealClock.h"
+#include "platform/real/spreadsheet/XlsxWriter.h"
+#include "scheduling/ModelEditor.h"
+
+namespace zemo {
+
+namespace {
+
+// The file that was asked for, instead of the one of the station's folder.
+class AskedFile : public SpreadsheetWriter {
+ public:
+  explicit AskedFile(std::string path) : path_(std::move(path)) {}
+  void Write(const std::string&, const Sheet& sheet) override { XlsxWriter().Write(path_, sheet); }
+
+ private:
+  std::string path_;
+};
+
+// The sheet as lines, its cells between tabs.
+class AskedLines : public SpreadsheetWriter {
+ public:
+  void Write(const std::string&, const Sheet& sheet) override {
+    std::vector<std::vector<std::string>> rows;
+    for (const SheetCell& cell : sheet.cells) {
+      const auto row = static_cast<size_t>(cell.row), column = static_cast<size_t>(cell.column);
+      if (rows.size() <= row) rows.resize(row + 1);
+      if (rows[row].size() <= column) rows[row].resize(column + 1);
+      rows[row][column] = cell.isNumber ? std::to_string(std::llround(cell.number)) : cell.text;
+    }
+    for (const std::vector<std::string>& row : rows) {
+      for (size_t i = 0; i < row.size(); ++i) std::cout << (i > 0 ? "\t" : "") << row[i];
+      std::cout << "\n";
+    }
+  }
+};
+
+// Keeps why the export failed, which a routine of the logic logs.
+class LastError : public EventSink {
+ public:
+  std::string text;
+  void OnEvent(const Event& event) override {
+    if (event.name != "error") return;
+    for (const auto& [member, value] : event.members)
+      if (const auto* words = std::get_if<std::string>(&value); words && member == "text")
+        text = *words;
+  }
+};
+
+void Export(const CommandLine& line, SpreadsheetWriter& writer) {
+  const AskedStation asked(line);
+  LastError error;
+  const auto sim = OpenAsked(asked, RealClock().LocalNow());
+  sim->station.events.SetSink(&error);
+  const bool done = MnuExport(sim->station, writer);
+  sim->station.events.SetSink(nullptr);
+  if (!done) throw std::runtime_error(WithShownPaths(error.text, asked.Paths()));
+}
+
+}  // namespace
+
+int RunModelsExport(const CommandLine& line) {
+  AskedFile file(line.file);
+  Export(line, file);
+  return 0;
+}
+
+int RunModelsList(const CommandLine& line) {
+  AskedLines lines;
+  Export(line, lines);
+  return 0;
+}
+
+}  // namespace zemo
