@@ -12,6 +12,7 @@
 #include "app/check/CheckParts.h"
 #include "app/check/Findings.h"
 #include "app/check/ReadOnlyBase.h"
+#include "platform/real/desktop/RealClock.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/StoredPaths.h"
 #include "station/SideFileText.h"
@@ -58,7 +59,19 @@ std::string FindBase(const LocalFolder& station, Findings& findings) {
   return found;
 }
 
-void CheckBase(const LocalFolder& station, const SoundFiles& files, int lockWaitMs,
+// The days are composed on a copy, for which the base has to be at rest.
+void CheckDays(const ReadOnlyBase& base, const CheckOptions& options, const LocalDateTime& now,
+               Findings& findings) {
+  if (base.Interrupted() || base.HeldForWriting()) return;
+  if (AsInt(base.Rows("SELECT COUNT(*) FROM GrillePub")[0][0]) == 0) return;
+  try {
+    CheckBreaks(options, now, findings);
+  } catch (const std::exception& error) {
+    findings.Error("break", "the coming days", std::string("cannot be composed: ") + error.what());
+  }
+}
+
+void CheckBase(const LocalFolder& station, const SoundFiles& files, const CheckOptions& options,
                Findings& findings) {
   const std::string path = FindBase(station, findings);
   if (path.empty()) {
@@ -70,7 +83,7 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, int lockWait
     return;
   }
   try {
-    const ReadOnlyBase base(path, lockWaitMs);
+    const ReadOnlyBase base(path, options.lockWaitMs);
     if (base.Interrupted()) {
       findings.Warning(
           "base", kBaseName,
@@ -81,10 +94,14 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, int lockWait
     }
     if (!May(path, W_OK)) findings.Error("base", kBaseName, "cannot be written: no permission");
     if (!CheckStructure(base, findings)) return;
+    const LocalDateTime now = options.now.value_or(RealClock().LocalNow());
     CheckSettings(base, findings);
     CheckModels(base, findings);
+    CheckLibrary(base, now, findings);
+    CheckTitles(base, findings);
     CheckElements(base, files, findings);
     CheckStoredLists(base, findings);
+    CheckDays(base, options, now, findings);
   } catch (const BaseError& error) {
     findings.Error("base", kBaseName, error.what());
   }
@@ -129,7 +146,7 @@ void CheckStation(const CheckOptions& options, const std::function<void(const Fi
   const StoredPaths files(machine);
   try {
     CheckFolder(options.station, findings);
-    CheckBase(station, files, options.lockWaitMs, findings);
+    CheckBase(station, files, options, findings);
     CheckSideFiles(station, files, findings);
   } catch (const std::exception& error) {
     findings.Error("folder", options.station, error.what());

@@ -3,7 +3,10 @@
 
 #include <functional>
 #include <iosfwd>
+#include <optional>
 #include <string>
+
+#include "platform/Clock.h"
 
 namespace zemo {
 
@@ -24,6 +27,8 @@ struct CheckOptions {
   std::string machine;        // folder, whose path map is used; need not exist
   bool machineNamed = false;  // the operator named it: then its absence is a finding
   int lockWaitMs = 2000;      // how long another process may hold the base before that is a finding
+  std::optional<LocalDateTime> now;  // the day from which on campaigns and windows are looked at;
+                                     // none: today
 };
 
 // Looks and changes nothing: no file is made, written or locked for longer than a read. Never

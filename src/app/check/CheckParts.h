@@ -6,6 +6,7 @@
 
 #include "app/check/Findings.h"
 #include "app/check/ReadOnlyBase.h"
+#include "platform/Clock.h"
 #include "platform/Folder.h"
 
 namespace zemo {
@@ -25,6 +26,14 @@ void CheckModels(const ReadOnlyBase& base, Findings& findings);
 void CheckStoredLists(const ReadOnlyBase& base, Findings& findings);
 
 bool IsClockTime(std::string_view text);  // "hh:mm"
+
+// Whether the models can be filled from the library under its rules, as it stands on that day.
+void CheckLibrary(const ReadOnlyBase& base, const LocalDateTime& now, Findings& findings);
+// Titles that never come on air by a request.
+void CheckTitles(const ReadOnlyBase& base, Findings& findings);
+
+// Breaks of the coming week that run into each other. Throws std::exception with one line.
+void CheckBreaks(const CheckOptions& options, const LocalDateTime& now, Findings& findings);
 
 // Every record that names a sound file, with that file.
 void CheckElements(const ReadOnlyBase& base, const SoundFiles& files, Findings& findings);

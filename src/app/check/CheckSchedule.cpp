@@ -4,6 +4,7 @@
 #include <set>
 
 #include "app/check/CheckParts.h"
+#include "app/check/LibraryWeek.h"
 #include "station/OnAirList.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -11,9 +12,8 @@
 namespace zemo {
 namespace {
 
-constexpr std::array<const char*, 7> kDays = {"Monday", "Tuesday",  "Wednesday", "Thursday",
-                                              "Friday", "Saturday", "Sunday"};
 constexpr int kHours = 24;
+constexpr int kMostRows = 20;  // genres of a day, and varieties, that a request can hold
 
 std::string HourFields() {
   std::string fields;
@@ -28,6 +28,7 @@ using FilledDays = std::array<std::array<bool, kHours>, 7>;
 void CheckModelTable(const ReadOnlyBase& base, bool skeleton, Findings& findings) {
   FilledDays filled{};
   std::array<bool, 7> hasRows{};
+  std::array<int, 7> rows{};
   const std::string table = skeleton ? "ModelSquelette" : "Models";
   base.Query(
       "SELECT JOUR, " + std::string(skeleton ? "''" : "GENRE") + HourFields() + " FROM " + table,
@@ -35,6 +36,7 @@ void CheckModelTable(const ReadOnlyBase& base, bool skeleton, Findings& findings
         const int64_t day = AsInt(row[0]) - 1;
         if (day < 0 || day > 6) return;
         hasRows[static_cast<size_t>(day)] = true;
+        ++rows[static_cast<size_t>(day)];
         if (!skeleton && Trim(AsText(row[1])).empty()) return;
         for (size_t hour = 0; hour < kHours; ++hour) {
           const Value& cell = row[hour + 2];
@@ -47,15 +49,20 @@ void CheckModelTable(const ReadOnlyBase& base, bool skeleton, Findings& findings
     return;
   }
   for (size_t day = 0; day < 7; ++day) {
+    if (!skeleton && rows[day] > kMostRows)
+      findings.Error("model", WeekdayName(day),
+                     "has " + std::to_string(rows[day]) +
+                         " genres: a request ends at a title of none of the first " +
+                         std::to_string(kMostRows));
     std::string empty;
     for (size_t hour = 0; hour < kHours; ++hour) {
       if (!filled[day][hour])
         empty += (empty.empty() ? "" : ", ") + TwoDigits(static_cast<int>(hour));
     }
     if (!hasRows[day]) {
-      findings.Error("model", kDays[day], "the model is empty");
+      findings.Error("model", WeekdayName(day), "the model is empty");
     } else if (!empty.empty()) {
-      findings.Error("model", kDays[day], "no genre in the hours " + empty);
+      findings.Error("model", WeekdayName(day), "no genre in the hours " + empty);
     }
   }
 }
@@ -125,6 +132,13 @@ void CheckSettings(const ReadOnlyBase& base, Findings& findings) {
       AsInt(base.Rows("SELECT COUNT(DISTINCT HEURE) FROM Toph WHERE HEURE BETWEEN 0 AND 23")[0][0]);
   if (pips != kHours) {
     findings.Warning("pip", "Toph", "knows " + std::to_string(pips) + " of the 24 hours");
+  }
+  const int64_t varieties = AsInt(base.Rows("SELECT COUNT(*) FROM Variete")[0][0]);
+  if (varieties > kMostRows) {
+    findings.Error("variety", "Variete",
+                   "has " + std::to_string(varieties) +
+                       " rows: a request ends at a title of none of the first " +
+                       std::to_string(kMostRows));
   }
   base.Query("SELECT VARIETE FROM Variete WHERE POURCENT IS NULL OR POURCENT <= 0",
              [&](const ReadOnlyBase::Row& row) {

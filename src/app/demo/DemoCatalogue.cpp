@@ -104,7 +104,7 @@ std::span<const char* const> DemoGenres() {
 
 int DemoShare(size_t genre, int weekday, int hour) {
   // One row a part of the day: night, morning, daytime, evening; each sums to 100.
-  static constexpr int kShares[4][7] = {{15, 5, 20, 20, 20, 10, 10},
+  static constexpr int kShares[4][7] = {{10, 5, 25, 20, 20, 10, 10},
                                         {5, 15, 40, 20, 10, 5, 5},
                                         {5, 10, 35, 20, 15, 10, 5},
                                         {5, 10, 30, 25, 15, 10, 5}};

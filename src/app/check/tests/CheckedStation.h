@@ -58,11 +58,25 @@ class CheckedStation : public testing::Test {
       Sql("UPDATE " + name.substr(0, name.find('.')) + " SET " + field + " = REPLACE(" + field +
           ", '" + original.Path() + "', '" + folder_.Path() + "')");
     }
+    LetThreeTitlesDo();
   }
 
   std::string Path(const std::string& name) const { return folder_ / "station/" + name; }
   std::string Base() const { return Path("Triskin.MDB"); }
   std::string Title1() const { return Path("Musique/Trio du Phare - Aube claire.mp3"); }
+
+  // The demo's models and rules are for a library of an hour: here three genres share every hour
+  // of the week in equal parts, and no title or artist has to rest.
+  void LetThreeTitlesDo() const {
+    std::string shares;
+    for (const char* tens : {"0", "1", "2"})
+      for (int ones = 0; ones < (*tens == '2' ? 4 : 10); ++ones)
+        shares += std::string(shares.empty() ? "" : ", ") + "TRANCHE" + tens +
+                  std::to_string(ones) + " = 30";
+    Sql("DELETE FROM Models WHERE GENRE NOT IN (SELECT GENRE FROM Discotheque); UPDATE Models "
+        "SET " +
+        shares + "; UPDATE Discotheque SET ECARTMINUTES = 0; UPDATE Cnf SET EcartArtiste = 0");
+  }
 
   void Sql(const std::string& sql) const {
     sqlite3* database = nullptr;
@@ -74,7 +88,9 @@ class CheckedStation : public testing::Test {
     sqlite3_close(database);
   }
 
-  CheckOptions Options() const { return {folder_ / "station", folder_ / "machine", false, 200}; }
+  CheckOptions Options() const {
+    return {folder_ / "station", folder_ / "machine", false, 200, {}};
+  }
 
   // Each finding as "KIND: WHAT: WHY", a warning with "(warning)" behind it.
   Lines Found() const { return Found(Options()); }

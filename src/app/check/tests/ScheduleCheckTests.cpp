@@ -33,7 +33,7 @@ TEST_F(ScheduleCheck, SkeletonsAreLookedAtWhereTheyAreInUse) {
 }
 
 TEST_F(ScheduleCheck, AListRowWhoseRecordIsGoneIsNamed) {
-  Sql("DELETE FROM Discotheque WHERE CODE = 3");
+  Sql("DELETE FROM Discotheque WHERE CODE = 3; DELETE FROM Models WHERE GENRE = 'GOLD N-1'");
   const Lines lines = Found();
   ASSERT_EQ(lines.size(), 1U);
   EXPECT_EQ(lines[0].rfind("list: 1 Demo, row ", 0), 0U) << lines[0];
