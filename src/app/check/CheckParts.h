@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "app/check/Findings.h"
 #include "app/check/ReadOnlyBase.h"
@@ -23,8 +22,6 @@ bool CheckStructure(const ReadOnlyBase& base, Findings& findings);
 void CheckSettings(const ReadOnlyBase& base, Findings& findings);
 void CheckModels(const ReadOnlyBase& base, Findings& findings);
 void CheckStoredLists(const ReadOnlyBase& base, Findings& findings);
-
-bool IsClockTime(std::string_view text);  // "hh:mm"
 
 // Every record that names a sound file, with that file.
 void CheckElements(const ReadOnlyBase& base, const SoundFiles& files, Findings& findings);
