@@ -72,6 +72,23 @@ void AddGrid(CLI::App& app, CommandLine& line, Typed& typed) {
   app.add_flag("--json", line.json, "The breaks as one JSON object");
 }
 
+void AddSettings(CLI::App& app, CommandLine& line) {
+  AddFolders(app, line);
+  app.require_subcommand(0, 1);
+  const auto action = [&](const char* word, const char* text) -> CLI::App& {
+    CLI::App& added = *app.add_subcommand(word, text)->fallthrough();
+    added.callback([&line, word] { line.settingAction = word; });
+    return added;
+  };
+  CLI::App& get = action("get", "One setting's value");
+  CLI::App& set = action("set", "Give a setting a value");
+  CLI::App& list = action("list", "All settings: meaning, unit, range, default");
+  for (CLI::App* one : {&get, &set})
+    one->add_option("NAME", line.settingName, "As its control or its field is called")->required();
+  set.add_option("VALUE", line.settingValue, "Its new value")->required();
+  for (CLI::App* told : {&get, &list}) told->add_flag("--json", line.json, "As JSON");
+}
+
 std::optional<LocalDateTime> ReadMoment(const CLI::App& chosen, const char* name,
                                         const std::string& text) {
   const CLI::Option* option = chosen.get_option_no_throw(name);
@@ -151,6 +168,9 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   CLI::App& grid = *app.add_subcommand("grid", "The spot and news breaks of a day");
   AddGrid(grid, line, typed);
 
+  CLI::App& settings = *app.add_subcommand("settings", "Show and change the settings");
+  AddSettings(settings, line);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& shown) {
@@ -163,7 +183,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   const std::vector<std::pair<const CLI::App*, Command>> commands{
       {&run, Command::kRun},   {&simulate, Command::kSimulate}, {&render, Command::kRender},
       {&demo, Command::kDemo}, {&check, Command::kCheck},       {&why, Command::kWhy},
-      {&grid, Command::kGrid}};
+      {&grid, Command::kGrid}, {&settings, Command::kSettings}};
   const CLI::App* chosen = &app;
   for (const auto& [subcommand, command] : commands)
     if (subcommand->parsed()) {

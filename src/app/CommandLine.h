@@ -11,7 +11,7 @@
 
 namespace zemo {
 
-enum class Command { kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid };
+enum class Command { kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kSettings };
 
 struct CommandLine {
   Command command = Command::kScreen;
@@ -30,6 +30,8 @@ struct CommandLine {
   std::optional<int32_t> report;     // ... the row of the report, one of the two
   std::optional<LocalDateTime> at;   // of why; none: now
   std::optional<LocalDateTime> day;  // of grid; none: today
+  std::string settingAction;         // of settings: "get", "set" or "list"
+  std::string settingName, settingValue;
   bool json = false;
 };
 
