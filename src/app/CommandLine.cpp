@@ -94,6 +94,23 @@ ModelsCommands AddModels(CLI::App& app, CommandLine& line) {
   return commands;
 }
 
+void AddSettings(CLI::App& app, CommandLine& line) {
+  AddFolders(app, line);
+  app.require_subcommand(0, 1);
+  const auto action = [&](const char* word, const char* text) -> CLI::App& {
+    CLI::App& added = *app.add_subcommand(word, text)->fallthrough();
+    added.callback([&line, word] { line.settingAction = word; });
+    return added;
+  };
+  CLI::App& get = action("get", "One setting's value");
+  CLI::App& set = action("set", "Give a setting a value");
+  CLI::App& list = action("list", "All settings: meaning, unit, range, default");
+  for (CLI::App* one : {&get, &set})
+    one->add_option("NAME", line.settingName, "As its control or its field is called")->required();
+  set.add_option("VALUE", line.settingValue, "Its new value")->required();
+  for (CLI::App* told : {&get, &list}) told->add_flag("--json", line.json, "As JSON");
+}
+
 std::optional<LocalDateTime> ReadMoment(const CLI::App& chosen, const char* name,
                                         const std::string& text) {
   const CLI::Option* option = chosen.get_option_no_throw(name);
@@ -178,6 +195,9 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   CLI::App& grid = *app.add_subcommand("grid", "The spot and news breaks of a day");
   AddGrid(grid, line, typed);
 
+  CLI::App& settings = *app.add_subcommand("settings", "Show and change the settings");
+  AddSettings(settings, line);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& shown) {
@@ -195,6 +215,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
       {&check, Command::kCheck},
       {&why, Command::kWhy},
       {&grid, Command::kGrid},
+      {&settings, Command::kSettings},
       {models.exported, Command::kModelsExport},
       {models.listed, Command::kModelsList}};
   const CLI::App* chosen = &app;

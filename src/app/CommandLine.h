@@ -12,7 +12,7 @@
 namespace zemo {
 
 enum class Command {
-  kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kModelsExport, kModelsList
+  kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kSettings, kModelsExport, kModelsList
 };
 
 struct CommandLine {
@@ -34,6 +34,8 @@ struct CommandLine {
   std::optional<int32_t> report;     // ... the row of the report, one of the two
   std::optional<LocalDateTime> at;   // of why; none: now
   std::optional<LocalDateTime> day;  // of grid; none: today
+  std::string settingAction;         // of settings: "get", "set" or "list"
+  std::string settingName, settingValue;
   bool json = false;
 };
 

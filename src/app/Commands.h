@@ -15,5 +15,6 @@ int RunWhyCommand(const CommandLine& line);
 int RunGridCommand(const CommandLine& line);
 int RunModelsExport(const CommandLine& line);
 int RunModelsList(const CommandLine& line);
+int RunSettingsCommand(const CommandLine& line);
 
 }  // namespace zemo

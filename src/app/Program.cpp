@@ -36,6 +36,8 @@ int Dispatch(const CommandLine& line) {
       return RunModelsExport(line);
     case Command::kModelsList:
       return RunModelsList(line);
+    case Command::kSettings:
+      return RunSettingsCommand(line);
   }
   return kWrongUsage;
 }

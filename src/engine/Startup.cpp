@@ -1,5 +1,7 @@
 #include "engine/Startup.h"
 
+#include <algorithm>
+
 #include "engine/BaseMaintenance.h"
 #include "engine/ElementPlayback.h"
 #include "engine/ExternalTriggers.h"
@@ -98,6 +100,10 @@ void LoadStationLists(Station& station) {
       LongDateText(station.Now(), static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
   engine.JoystickInUse = station.base.CnfInt(Cnf::kJoystiquePort) > 0;
   station.screen.LedJoystique.visible = engine.JoystickInUse;
+  engine.TempsMaxiImPulsion =
+      static_cast<int32_t>(std::max<int64_t>(station.base.CnfInt(Cnf::kTempsMaxiImPulsion), 0));
+  station.screen.CounterColour =
+      static_cast<uint32_t>(station.base.CnfInt(Cnf::kCouleurdesCompteur));
   LoadSaveExclusion(station, "Load");
   const int day = JourSemaineCourant(station.Now()) - 1;
   LoadSaveStartStop(station, "Load", day, true);

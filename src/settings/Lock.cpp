@@ -2,6 +2,7 @@
 #include <exception>
 
 #include "platform/Folder.h"
+#include "settings/LockDialogue.h"
 #include "settings/SideFileIo.h"
 #include "settings/SideFiles.h"
 #include "station/SideFileText.h"
@@ -9,26 +10,36 @@
 
 namespace zemo {
 
-void LSPasseWord(Station& station, std::string_view action, std::string& password) {
-  Folder& folder = station.platform.machineFolder;
+namespace {
+
+void Save(Station& station, const std::string& password) {
   EngineLists& lists = station.lists;
+  lists.Password = password;
+  lists.Locked = !password.empty();
+  WriteSideFile(station.platform.machineFolder, station.files.ZemoPasseWord,
+                BoolField(lists.Locked) + "," + QuotedField(password) + "\r\n");
+}
+
+void Load(Station& station, std::string& password) {
+  EngineLists& lists = station.lists;
+  if (const auto text = ReadSideFile(station.platform.machineFolder, station.files.ZemoPasseWord)) {
+    const std::vector<SideField> fields = ReadFields(*text);
+    lists.Locked = !fields.empty() && fields[0].AsBool(false);
+    lists.Password = fields.size() > 1 ? fields[1].text : std::string();
+  }
+  password = lists.Password;
+}
+
+}  // namespace
+
+void LSPasseWord(Station& station, std::string_view action, std::string& password) {
   try {
-    if (IsSave(action)) {
-      lists.Password = password;
-      lists.Locked = !password.empty();
-      WriteSideFile(folder, station.files.ZemoPasseWord,
-                    BoolField(lists.Locked) + "," + QuotedField(password) + "\r\n");
-    }
-    if (!IsLoad(action)) return;
-    if (const auto text = ReadSideFile(folder, station.files.ZemoPasseWord)) {
-      const std::vector<SideField> fields = ReadFields(*text);
-      lists.Locked = !fields.empty() && fields[0].AsBool(false);
-      lists.Password = fields.size() > 1 ? fields[1].text : std::string();
-    }
-    password = lists.Password;
+    if (IsSave(action)) Save(station, password);
+    if (IsLoad(action)) Load(station, password);
   } catch (const std::exception&) {
     LogCurrentException(station, "LSPasseWord");
   }
+  ShowLock(station);
 }
 
 bool LockOpensWith(const Station& station, std::string_view typed) {

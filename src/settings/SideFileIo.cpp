@@ -14,6 +14,15 @@ bool IsSave(std::string_view action) {
   return EqualNoCase(action, "Save");
 }
 
+bool CanRead(const Folder& folder, std::string_view name) {
+  try {
+    folder.Read(name);
+    return true;
+  } catch (const FileError&) {
+    return false;
+  }
+}
+
 std::optional<std::string> ReadSideFile(const Folder& folder, std::string_view name) {
   const std::optional<std::string> bytes = folder.Read(name);
   if (!bytes) return std::nullopt;
@@ -22,6 +31,13 @@ std::optional<std::string> ReadSideFile(const Folder& folder, std::string_view n
 
 void WriteSideFile(Folder& folder, std::string_view name, std::string_view utf8) {
   folder.Write(name, EncodeSideFile(utf8));
+}
+
+void WriteLinesInCapitals(Folder& folder, std::string_view name,
+                          const std::vector<std::string>& entries) {
+  std::vector<std::string> lines;
+  for (const std::string& entry : entries) lines.push_back(UpperLatin(OneLine(entry)));
+  WriteSideFile(folder, name, JoinLines(lines));
 }
 
 }  // namespace zemo

@@ -38,11 +38,12 @@ void LSPasseWord(Station& station, std::string_view action, std::string& passwor
 bool LockOpensWith(const Station& station, std::string_view typed);
 
 // --- the day's times; `day` is 0 for Monday to 6 ---
-// "StartStop.n": lists.ComboHeure and HeureArretSystem. Both are empty without a file, so that no
-// time of another day lingers; a file that cannot be read leaves them. `keepScreen` is for the settings screen, which shows what it edits.
-void LoadSaveStartStop(Station& station, std::string_view action, int day, bool keepScreen);
-// "Topage.n": lists.Topage; empty without a file.
-void LoadSaveTopage(Station& station, std::string_view action, int day, bool keepScreen);
+// With `listsOnly` the lists of the engine, else those of the settings screen, which may show
+// another day than today's. "StartStop.n": ComboHeure and HeureArretSystem. Both are empty without
+// a file, so that no time of another day lingers; a file that cannot be read leaves them.
+void LoadSaveStartStop(Station& station, std::string_view action, int day, bool listsOnly);
+// "Topage.n": Topage; empty without a file.
+void LoadSaveTopage(Station& station, std::string_view action, int day, bool listsOnly);
 
 // --- station ---
 // "Exclusion.Txt": lists.Exclusion, at most 80 rows; rows without a start are passed over. A

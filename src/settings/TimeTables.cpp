@@ -20,15 +20,29 @@ std::string DayFile(std::string_view word, int day) {
   return std::string(word) + "." + std::to_string(day);
 }
 
+using Times = std::vector<std::string>;
+
+// The lists that a file fills: the engine's, or those of the settings screen, which may show
+// another day.
+struct StartStopLists {
+  Times& start;
+  Times& stop;
+};
+
+StartStopLists ListsOf(Station& station, bool listsOnly) {
+  if (listsOnly) return {station.lists.ComboHeure, station.lists.HeureArretSystem};
+  return {station.settings.ComboHeure, station.settings.HeureArretSystem};
+}
+
 // A marker and the time behind it, wherever the lines end. A marker without a time is passed over.
-void ReadStartStop(EngineLists& lists, std::string_view text) {
-  std::vector<std::string>* list = nullptr;
+void ReadStartStop(const StartStopLists& lists, std::string_view text) {
+  Times* list = nullptr;
   for (const SideField& field : ReadFields(text)) {
     const std::string entry = Trim(field.text);
     if (EqualNoCase(entry, kStart)) {
-      list = &lists.ComboHeure;
+      list = &lists.start;
     } else if (EqualNoCase(entry, kStop)) {
-      list = &lists.HeureArretSystem;
+      list = &lists.stop;
     } else if (list != nullptr) {
       if (!entry.empty()) list->push_back(entry);
       list = nullptr;
@@ -36,35 +50,37 @@ void ReadStartStop(EngineLists& lists, std::string_view text) {
   }
 }
 
-std::string StartStopText(const EngineLists& lists) {
+std::string StartStopText(const StartStopLists& lists) {
   std::string text;
-  for (const std::string& time : lists.ComboHeure)
+  for (const std::string& time : lists.start)
     text += QuotedField(kStart) + "," + QuotedField(time) + "\r\n";
-  for (const std::string& time : lists.HeureArretSystem)
+  for (const std::string& time : lists.stop)
     text += QuotedField(kStop) + "," + QuotedField(time) + "\r\n";
   return text;
 }
 
 }  // namespace
 
-void LoadSaveStartStop(Station& station, std::string_view action, int day, bool /*keepScreen*/) {
+void LoadSaveStartStop(Station& station, std::string_view action, int day, bool listsOnly) {
   Folder& folder = station.platform.stationFolder;
+  const StartStopLists lists = ListsOf(station, listsOnly);
   const std::string name = DayFile("StartStop", day);
   try {
-    if (IsSave(action)) WriteSideFile(folder, name, StartStopText(station.lists));
+    if (IsSave(action)) WriteSideFile(folder, name, StartStopText(lists));
     if (!IsLoad(action)) return;
-    const auto text = ReadSideFile(folder, name);  // a file that cannot be read leaves the day's times
-    station.lists.ComboHeure.clear();
-    station.lists.HeureArretSystem.clear();
-    if (text) ReadStartStop(station.lists, *text);
+    const auto text =
+        ReadSideFile(folder, name);  // a file that cannot be read leaves the day's times
+    lists.start.clear();
+    lists.stop.clear();
+    if (text) ReadStartStop(lists, *text);
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadSaveStartStop");
   }
 }
 
-void LoadSaveTopage(Station& station, std::string_view action, int day, bool /*keepScreen*/) {
+void LoadSaveTopage(Station& station, std::string_view action, int day, bool listsOnly) {
   Folder& folder = station.platform.stationFolder;
-  std::vector<std::string>& times = station.lists.Topage;
+  Times& times = listsOnly ? station.lists.Topage : station.settings.Topage;
   const std::string name = DayFile("Topage", day);
   try {
     if (IsSave(action)) {

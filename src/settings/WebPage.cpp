@@ -49,6 +49,23 @@ size_t PictureEnd(const std::string& upperLine, size_t begin) {
   return std::min(upperLine.find_first_of("\"' >", begin), upperLine.size());
 }
 
+// A path cannot leave the attribute that it is put into, nor begin a line of its own. Where it has
+// no ".JPG" by which the next one finds its end, its blanks and apostrophes go too.
+std::string PathInAttribute(std::string_view path) {
+  const bool endsByItself = UpperAscii(path).find(kPicture) != std::string::npos;
+  const std::string_view odd = endsByItself ? "\"<>" : "\"<> '";
+  constexpr const char* kHex = "0123456789ABCDEF";
+  std::string url;
+  for (const char letter : path) {
+    const auto byte = static_cast<unsigned char>(letter);
+    if (byte >= 0x20 && odd.find(letter) == std::string_view::npos)
+      url += letter;
+    else
+      (url += '%') += {kHex[byte / 16], kHex[byte % 16]};
+  }
+  return url;
+}
+
 // In the first line with `marker` and "src=", the path behind "src=" gives way.
 void ReplacePicture(Lines& lines, std::string_view marker, std::string_view path) {
   if (marker.empty()) return;
@@ -58,9 +75,23 @@ void ReplacePicture(Lines& lines, std::string_view marker, std::string_view path
     const size_t source = upper.find(kSource);
     if (source == std::string::npos || upper.find(wanted) == std::string::npos) continue;
     const size_t begin = source + kSource.size();
-    lines[i].replace(begin, PictureEnd(upper, begin) - begin, path);
+    lines[i].replace(begin, PictureEnd(upper, begin) - begin, PathInAttribute(path));
     return;
   }
+}
+
+// A text stays text in the page, and ends for the next one where it ends now.
+std::string TextForPage(std::string_view text) {
+  std::string html;
+  for (const char letter : OneLine(text)) {
+    if (letter == '<')
+      html += "&lt;";
+    else if (letter == '>')
+      html += "&gt;";
+    else
+      html += letter;
+  }
+  return html;
 }
 
 // A stored path as the page's server knows it: without its drive, with slashes.
@@ -110,7 +141,7 @@ void SaveInfoRealAudio(Station& station, std::string_view announcement,
     const std::optional<std::string> page = files.Read(internet.pageFile);
     if (!page) return;
     Lines lines = SplitLines(DecodeSideFile(*page));
-    ReplaceAnnouncement(lines, internet.firstMarker, OneLine(announcement));
+    ReplaceAnnouncement(lines, internet.firstMarker, TextForPage(announcement));
     const std::string picture = SideFilePath(soundFile, "JPG");
     if (files.Exists(picture)) ReplacePicture(lines, kPicture, PathForPage(picture));
     if (const auto net = files.Read(SideFilePath(soundFile, "Net"))) {

@@ -72,6 +72,7 @@ struct EngineState {
   Flag<bool> LocalProgrammeOn{"LocalProgrammeOn", false, observer};
   Flag<bool> InputsAllowed{"InputsAllowed", false, observer};
   Flag<bool> SerialInputOpen{"SerialInputOpen", false, observer};
+  int32_t TempsMaxiImPulsion = 0;  // longest impulse of the automaton, s; 0 for held contacts
   Flag<bool> JoystickInUse{"JoystickInUse", false, observer};
   Flag<bool> OptionDirect{"OptionDirect", false, observer};  // live mode: stop when PL runs out
   Flag<bool> CheckNoJingle{"CheckNoJingle", false, observer};

@@ -33,6 +33,7 @@ struct MainScreen {
       LblOffsetBuffers, LblMaxPlayInfo, LblTopage{"", false}, LblFeu{"", false},
       LblIntro{"", false}, LblInfo{"ZEMO RADIO PRO"}, LblErreur, LblDateTitre;
   bool LblInfoScrolling = false;
+  uint32_t CounterColour = 33023;  // of the counters, 0xBBGGRR
   Label LblProgression{"ZEMO RADIO", false};  // progress line of requests and fittings
   bool hourglass = false;                     // the pointer, while one of them works
   int32_t Tmn = 0;                            // whole minutes remaining
@@ -49,6 +50,13 @@ struct MainScreen {
   std::string MnuModelCaption;
   std::string BtnCopyPubCaption;
   bool MnuPlaylistEnabled = true, MnuImprimeEnabled = true, BtnPubJourXEnabled = true;
+  // The lock: what it bars, its mark, and its dialogue.
+  bool MnuParametrageEnabled = true, MnuEditEnabled = true, MnuPasseWordChecked = false;
+  struct {
+    bool open = false;
+    bool asksNew = false;  // the new password; else the one that opens
+    std::string Title, Label;
+  } PasseWord;
   bool BtnCopyPubEnabled = false;
   bool ToolbarStartPressed = false;
   bool CadreRechVisible = false;  // search and browse frame of the live mode

@@ -18,6 +18,7 @@
 #include "station/ModelEditor.h"
 #include "station/OnAirList.h"
 #include "station/RequestState.h"
+#include "station/SettingsScreen.h"
 #include "store/StationBase.h"
 
 namespace zemo {
@@ -69,6 +70,7 @@ struct Station : private SoundObserver, private FlagObserver {
   MainScreen screen;
   RequestState requests;
   ModelEditor modelEditor;
+  SettingsScreen settings;
   EngineLists lists;
   SideFileNames files;
 

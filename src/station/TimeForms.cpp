@@ -170,4 +170,10 @@ int JourSemaineCourant(const LocalDateTime& today) {
   return ((k % 7 + today.day - 1) % 7 + 7) % 7 + 1;
 }
 
+bool IsClockTime(std::string_view text) {
+  const auto digit = [&](size_t i) { return text[i] >= '0' && text[i] <= '9'; };
+  return text.size() == 5 && text[2] == ':' && digit(0) && digit(1) && digit(3) && digit(4) &&
+         Val(text.substr(0, 2)) < 24 && Val(text.substr(3)) < 60;
+}
+
 }  // namespace zemo

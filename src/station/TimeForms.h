@@ -35,6 +35,7 @@ LocalDateTime FromDateSerial(double serial);
 // "yyyy/mm/dd  hh:mm:ss" (two blanks) of a serial; empty for 0.
 std::string LastPlayedText(double serial);
 bool ValidDate(int year, int month, int day);
+bool IsClockTime(std::string_view text);  // "hh:mm", from 00:00 to 23:59
 
 // 1 for Monday to 7 for Sunday, by the system's own date arithmetic, which agrees with the calendar
 // from 1 March 1900 to 28 February 2100.

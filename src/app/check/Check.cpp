@@ -109,12 +109,6 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, const CheckO
 
 }  // namespace
 
-bool IsClockTime(std::string_view text) {
-  const auto digit = [&](size_t i) { return text[i] >= '0' && text[i] <= '9'; };
-  return text.size() == 5 && text[2] == ':' && digit(0) && digit(1) && digit(3) && digit(4) &&
-         Val(text.substr(0, 2)) < 24 && Val(text.substr(3)) < 60;
-}
-
 void CheckFolder(const std::string& station, Findings& findings) {
   if (!May(station, W_OK | X_OK)) {
     findings.Error("folder", station, "cannot be written: no permission");

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "app/check/Findings.h"
 #include "app/check/ReadOnlyBase.h"
@@ -24,8 +23,6 @@ bool CheckStructure(const ReadOnlyBase& base, Findings& findings);
 void CheckSettings(const ReadOnlyBase& base, Findings& findings);
 void CheckModels(const ReadOnlyBase& base, Findings& findings);
 void CheckStoredLists(const ReadOnlyBase& base, Findings& findings);
-
-bool IsClockTime(std::string_view text);  // "hh:mm"
 
 // Whether the models can be filled from the library under its rules, as it stands on that day.
 void CheckLibrary(const ReadOnlyBase& base, const LocalDateTime& now, Findings& findings);

@@ -5,6 +5,7 @@
 #include "app/check/CheckParts.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
+#include "station/TimeForms.h"
 
 namespace zemo {
 namespace {

@@ -25,7 +25,7 @@ TEST_F(TimeTables, StartAndStopTimesAreReadInAnyOrder) {
 
 TEST_F(TimeTables, AMarkerAndItsTimeMayStandOnTwoLinesOrWithoutQuotes) {
   StationFileIs("StartStop.1", "\"START\"\n\"06:00\"\nstop, 12:00 \n");
-  LoadSaveStartStop(station, "load", 1, false);
+  LoadSaveStartStop(station, "load", 1, true);
   EXPECT_EQ(lists.ComboHeure, Texts{"06:00"});
   EXPECT_EQ(lists.HeureArretSystem, Texts{"12:00"});
 }

@@ -1,0 +1,141 @@
+// `zemoradio settings`: the settings of a station and its machine from the terminal. Works on the
+// station itself, which may be on air: what is set takes effect as if its screen had been closed.
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+#include "app/SimStation.h"
+#include "app/StationPaths.h"
+#include "platform/SettingsDevices.h"
+#include "platform/real/decoders/LengthOnlyOpener.h"
+#include "platform/real/decoders/SoundFileOpener.h"
+#include "platform/real/desktop/RealClock.h"
+#include "platform/real/files/NoCaseNames.h"
+#include "settings/SettingsByName.h"
+#include "settings/SideFiles.h"
+
+namespace zemo {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// The first fault that the logic logged, for the one line of the command.
+class FirstFault : public EventSink {
+ public:
+  void OnEvent(const Event& event) override {
+    if (event.name != "error" || !text_.empty()) return;
+    for (const auto& [name, value] : event.members)
+      if (const auto* text = std::get_if<std::string>(&value); text && name == std::string("text"))
+        text_ = *text;
+  }
+  void Throw() const {
+    if (!text_.empty()) throw std::runtime_error(text_);
+  }
+
+ private:
+  std::string text_;
+};
+
+SimFolders FoldersOf(const CommandLine& line) {
+  SimFolders folders;
+  folders.station = line.station.empty() ? DefaultStationFolder() : line.station;
+  folders.machine = line.machine.empty() ? DefaultMachineFolder() : line.machine;
+  if (!std::filesystem::is_directory(folders.station))
+    throw std::runtime_error("there is no station folder " + folders.station);
+  if (EntryNamed(folders.station, "Triskin.MDB").empty())
+    throw std::runtime_error("there is no base Triskin.MDB in " + folders.station);
+  return folders;
+}
+
+std::string RangeText(const NamedSetting& setting) {
+  std::string text;
+  if (setting.lowest)
+    text = std::to_string(*setting.lowest) + " to " + std::to_string(*setting.highest);
+  if (setting.longest) text = "at most " + std::to_string(*setting.longest) + " characters";
+  if (!setting.settable) text = "not set by hand";
+  if (!setting.byDefault.empty())
+    text += (text.empty() ? "default " : ", default ") + setting.byDefault;
+  return text;
+}
+
+void Tell(const NamedSetting& setting, std::ostream& out) {
+  out << setting.name << " = " << setting.value;
+  if (!setting.unit.empty()) out << " " << setting.unit;
+  out << "\n    " << setting.meaning << "\n";
+  const std::string range = RangeText(setting);
+  out << "    " << setting.store << (range.empty() ? "" : "; " + range) << "\n";
+}
+
+Json AsJson(const NamedSetting& setting) {
+  const auto number = [](const std::optional<int64_t>& value) {
+    return value ? Json(*value) : Json();
+  };
+  return {{"name", setting.name},
+          {"store", setting.store},
+          {"value", setting.value},
+          {"unit", setting.unit},
+          {"lowest", number(setting.lowest)},
+          {"highest", number(setting.highest)},
+          {"longest", number(setting.longest)},
+          {"default", setting.byDefault},
+          {"meaning", setting.meaning},
+          {"settable", setting.settable}};
+}
+
+void TellJson(const Json& json, std::ostream& out) {
+  out << json.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
+void List(Station& station, SettingsDevices& devices, bool json) {
+  const std::vector<NamedSetting> settings = ListSettings(station, devices);
+  if (!json) {
+    for (const NamedSetting& setting : settings) Tell(setting, std::cout);
+    return;
+  }
+  Json all = Json::array();
+  for (const NamedSetting& setting : settings) all.push_back(AsJson(setting));
+  TellJson(all, std::cout);
+}
+
+void Get(Station& station, SettingsDevices& devices, const CommandLine& line) {
+  const auto setting = GetSetting(station, devices, line.settingName);
+  if (!setting) throw UsageError("there is no setting " + line.settingName);
+  if (line.json)
+    TellJson(AsJson(*setting), std::cout);
+  else
+    std::cout << setting->value << "\n";
+}
+
+void Set(Station& station, SettingsDevices& devices, const CommandLine& line) {
+  if (const auto why = SetSetting(station, devices, line.settingName, line.settingValue))
+    throw UsageError(*why);
+}
+
+}  // namespace
+
+int RunSettingsCommand(const CommandLine& line) {
+  const SimFolders folders = FoldersOf(line);
+  SimStation sim(folders, RealClock().LocalNow(),
+                 std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
+  FirstFault faults;
+  sim.station.events.SetSink(&faults);
+  SetSideFileNames(sim.station);
+  sim.station.base.OpenOrCreateDatabase();
+  sim.station.base.OpenAllTables();
+  NoSettingsDevices devices;
+  if (line.settingAction == "get")
+    Get(sim.station, devices, line);
+  else if (line.settingAction == "set")
+    Set(sim.station, devices, line);
+  else
+    List(sim.station, devices, line.json);
+  faults.Throw();
+  return 0;
+}
+
+}  // namespace zemo

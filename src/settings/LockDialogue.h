@@ -1,0 +1,22 @@
+// The dialogue of the menu entry MnuPasseWord, by which the settings are locked and unlocked. It
+// shows screen.PasseWord: its title, and a label beside the masked box.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zemo {
+
+struct Station;
+
+// Opens it: locked, it asks for the password; otherwise for the new one at once.
+void MnuPasseWord(Station& station);
+
+// The OK button. The right password leads to the question for the new one; any other closes the
+// dialogue. A new password locks, the empty one unlocks, and the dialogue closes.
+void PasseWordOk(Station& station, std::string_view typed);
+
+// The menus that the lock bars, its mark and the engine's ScreenLocked, by lists.Locked.
+void ShowLock(Station& station);
+
+}  // namespace zemo

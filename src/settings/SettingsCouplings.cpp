@@ -1,0 +1,271 @@
+#include "settings/SettingsCouplings.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "platform/Desktop.h"
+#include "platform/LocalValues.h"
+#include "platform/SettingsDevices.h"
+#include "settings/GenreList.h"
+#include "settings/SettingsControls.h"
+#include "settings/SideFileIo.h"
+#include "settings/SideFiles.h"
+#include "station/SideFileText.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "store/RowView.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int kHoursOfDay = 24;
+constexpr int kJoystickPollingMs = 100;
+
+// A tick that must come off when another control is ticked.
+void Untick(SettingsScreen& screen, int32_t SettingsScreen::*check, int field) {
+  screen.*check = 0;
+  screen.fieldHeld.set(static_cast<size_t>(field));
+}
+
+void TickedInstrumental(SettingsScreen& screen) {
+  if (screen.CheckInstrumental != 0)
+    Untick(screen, &SettingsScreen::CheckPubToph, Cnf::kPubAvecTopH);
+}
+
+void TickedPubToph(SettingsScreen& screen) {
+  constexpr int32_t kTooLate = 53, kInstead = 48;  // minutes
+  if (screen.CheckPubToph == 0) return;
+  Untick(screen, &SettingsScreen::CheckInstrumental, Cnf::kInstrumental);
+  if (ValInt(screen.SpinOptimise) < kTooLate) return;
+  screen.SpinOptimise = std::to_string(kInstead);
+  screen.fieldHeld.set(Cnf::kHOptimise);
+}
+
+// Option 0 closes the port; any other opens it where none is open.
+void ChoosePort(Station& station, SettingsDevices& devices) {
+  SettingsScreen& screen = station.settings;
+  try {
+    if (screen.PortCom <= 0) {
+      devices.ClosePort();
+      station.engine.SerialInputOpen = false;
+      screen.InfoERR = "Port COM Close OK !";
+    } else if (!devices.PortOpen()) {
+      devices.OpenPort(screen.PortCom, screen.Setting);
+      station.engine.SerialInputOpen = true;
+      screen.InfoERR = "Init " + screen.Setting + " Ok";
+    }
+  } catch (const DeviceError& error) {
+    screen.InfoERR = "Erreur n° " + std::to_string(error.number);
+  }
+}
+
+void ChooseJoystick(Station& station, SettingsDevices& devices) {
+  bool answers = false;
+  try {
+    answers = devices.CaptureJoystick(station.settings.ComboJoystiquePort, kJoystickPollingMs);
+  } catch (const DeviceError&) {
+    LogCurrentException(station, "ComboJoystiquePort");
+  }
+  station.settings.LblJoystique = answers ? "Yes" : "No";
+  if (answers) station.screen.LedJoystique = "Joy";
+}
+
+void ChooseOutput(Station& station, SettingsDevices& devices, bool prelisten) {
+  const SettingsScreen& screen = station.settings;
+  try {
+    if (prelisten) {
+      if (!devices.PrelistenClosed()) return;
+      devices.SelectPrelisten(screen.PlayPreecoute);
+      station.lists.AudioOutPFLID = screen.PlayPreecoute;
+    } else {
+      if (station.Sound().State() == OutputState::kStarted) return;
+      devices.SelectOutput(screen.PlayCombo);
+      station.lists.AudioOutID = screen.PlayCombo;
+    }
+  } catch (const DeviceError&) {
+    LogCurrentException(station, prelisten ? "PlayPréecoute" : "PlayCombo");
+  }
+}
+
+void StoreXRapport(Station& station) {
+  try {
+    station.platform.localValues.Set("XRapport",
+                                     std::to_string(ValInt(station.settings.SpinRapportDiff)));
+  } catch (const std::exception&) {
+    LogCurrentException(station, "SpinRapportDiff");
+  }
+}
+
+// What a list takes; empty for no time. A stop may say what it does besides.
+std::string TimeTyped(std::string_view typed, TimeList list) {
+  std::string entry = UpperAscii(Trim(typed));
+  std::string time = entry;
+  const std::string suffix = entry.size() == 7 ? entry.substr(5) : std::string();
+  if (list == TimeList::kHeureArretSystem && (suffix == "-F" || suffix == "-Q")) time.resize(5);
+  return IsClockTime(time) ? entry : std::string();
+}
+
+std::string NoTime(const char* where, std::string_view typed) {
+  return std::string(where) + ": \"" + FirstCharacters(OneLine(typed), 40) +
+         "\" is no time of day hh:mm";
+}
+
+const char* ListName(TimeList list) {
+  switch (list) {
+    case TimeList::kComboHeure:
+      return "ComboHeure";
+    case TimeList::kHeureArretSystem:
+      return "HeureArretSystem";
+    case TimeList::kTopage:
+      break;
+  }
+  return "Topage";
+}
+
+// A list that could not be read would lose what it holds by being written.
+std::string Unread(const char* where) {
+  return std::string(where) + ": its file cannot be read";
+}
+
+// The minutes of the boxes that are not empty; the first box that holds none is told.
+std::optional<std::string> ReadBoxes(const SettingsScreen& screen, std::vector<int>& minutes) {
+  for (const std::string& box : screen.ChDecoupe) {
+    if (Trim(box).empty()) continue;
+    const double minute = Val(box);
+    if (!(minute >= 0 && minute < 60))
+      return "ChDecoupe: \"" + FirstCharacters(OneLine(box), 40) + "\" is outside 0 to 59 minutes";
+    minutes.push_back(static_cast<int>(minute));
+  }
+  return std::nullopt;
+}
+
+// The genres of the library that the list lacks, in capitals and each once.
+int AddGenres(Station& station, std::vector<std::string>& genres) {
+  std::vector<std::string> known;
+  for (const std::string& genre : genres) known.push_back(UpperLatin(Trim(genre)));
+  int added = 0;
+  station.base.Db().ReadRows("SELECT GENRE FROM Discotheque ", [&](const RowView& row) {
+    std::string genre = UpperLatin(Trim(OneLine(row.Text(0))));
+    if (genre.empty() || std::find(known.begin(), known.end(), genre) != known.end()) return;
+    known.push_back(genre);
+    genres.push_back(std::move(genre));
+    ++added;
+  });
+  return added;
+}
+
+}  // namespace
+
+void ControlChanged(Station& station, SettingsDevices& devices, const SettingsControl& control) {
+  switch (control.field) {
+    case Cnf::kInstrumental:
+      return TickedInstrumental(station.settings);
+    case Cnf::kPubAvecTopH:
+      return TickedPubToph(station.settings);
+    case Cnf::kPortCom:
+      return ChoosePort(station, devices);
+    case Cnf::kJoystiquePort:
+      return ChooseJoystick(station, devices);
+    case Cnf::kCouleurdesCompteur:
+      station.screen.CounterColour = static_cast<uint32_t>(station.settings.PictureColor);
+      return;
+    default:
+      break;
+  }
+  if (control.in == StoredIn::kAudio)
+    return ChooseOutput(station, devices, EqualNoCase(control.store, "AudioOutPFLID"));
+  if (EqualNoCase(control.store, "XRapport")) StoreXRapport(station);
+}
+
+void ChooseJourSemaine(Station& station, int day) {
+  constexpr int kDaysOfWeek = 7;
+  if (day < 0 || day >= kDaysOfWeek) return;
+  const Folder& folder = station.platform.stationFolder;
+  SettingsScreen& screen = station.settings;
+  screen.JourSemaine = day;
+  screen.ComboHeure.clear();
+  screen.HeureArretSystem.clear();
+  screen.Topage.clear();
+  screen.timesHeld = CanRead(folder, "StartStop." + std::to_string(day));
+  screen.topageHeld = CanRead(folder, "Topage." + std::to_string(day));
+  LoadSaveStartStop(station, "Load", day, false);
+  LoadSaveTopage(station, "Load", day, false);
+}
+
+std::vector<std::string>& TimesOf(Station& station, TimeList list) {
+  SettingsScreen& screen = station.settings;
+  if (list == TimeList::kComboHeure) return screen.ComboHeure;
+  return list == TimeList::kHeureArretSystem ? screen.HeureArretSystem : screen.Topage;
+}
+
+std::optional<std::string> EnterTime(Station& station, TimeList list, std::string_view typed) {
+  const std::string time = TimeTyped(typed, list);
+  if (time.empty()) return NoTime(ListName(list), typed);
+  const SettingsScreen& screen = station.settings;
+  const bool held = list == TimeList::kTopage ? screen.topageHeld : screen.timesHeld;
+  if (!held) return Unread(ListName(list));
+  TimesOf(station, list).push_back(time);
+  return std::nullopt;
+}
+
+void DeleteTime(Station& station, TimeList list, size_t selected) {
+  std::vector<std::string>& times = TimesOf(station, list);
+  if (selected < times.size()) times.erase(times.begin() + static_cast<std::ptrdiff_t>(selected));
+}
+
+std::optional<std::string> BtnAjouter(Station& station, std::string_view ChEdit) {
+  return EnterTime(station, TimeList::kTopage, ChEdit);
+}
+
+std::optional<std::string> EnterChEdit(Station& station, std::string_view ChEdit) {
+  if (station.settings.Topage.size() >= kMostTopage) return std::nullopt;
+  return BtnAjouter(station, ChEdit);
+}
+
+void BtnSaveTopage(Station& station) {
+  if (station.settings.topageHeld)
+    LoadSaveTopage(station, "Save", station.settings.JourSemaine, false);
+}
+
+std::optional<std::string> BtnInti(Station& station) {
+  SettingsScreen& screen = station.settings;
+  std::vector<int> minutes;
+  if (auto why = ReadBoxes(screen, minutes)) return why;
+  screen.Topage.clear();
+  for (int hour = 0; hour < kHoursOfDay; ++hour)
+    for (const int minute : minutes)
+      screen.Topage.push_back(TwoDigits(hour) + ":" + TwoDigits(minute));
+  screen.topageHeld = true;
+  return std::nullopt;
+}
+
+std::optional<std::string> EnterChFiltre(Station& station, std::string_view typed) {
+  SettingsScreen& screen = station.settings;
+  const std::string time = Trim(typed);
+  if (!time.empty() && !IsClockTime(time)) return NoTime("ChFiltre", typed);
+  const auto row = static_cast<size_t>(screen.FiltreRow);
+  if (row >= screen.Filtre.size()) return std::nullopt;
+  if (!screen.filtreHeld) return Unread("Filtre");
+  (screen.FiltreColumn == 0 ? screen.Filtre[row].first : screen.Filtre[row].second) = time;
+  return std::nullopt;
+}
+
+void BtnRech(Station& station) {
+  try {
+    // A list that cannot be read would lose its genres by being saved.
+    ReadSideFile(station.platform.stationFolder, station.files.Genre);
+    std::vector<std::string> genres;
+    LoadSaveGenres(station, "Load", genres);
+    const int added = AddGenres(station, genres);
+    LoadSaveGenres(station, "Save", genres);
+    LoadSaveGenres(station, "Load", genres);
+    station.platform.messages.Show(
+        "Alerte", std::to_string(added) + " Genres ont étés ajoutés a la liste", Buttons::kOk);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnRech");
+  }
+}
+
+}  // namespace zemo

@@ -1,0 +1,52 @@
+// What hangs on the controls of the settings screen: controls that move others, devices that are
+// tried out at once, and the lists with their buttons and keys. Refusals are one line for the place
+// where the operator looks; faults are logged, and nothing here throws. Thread: the logic's.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zemo {
+
+class SettingsDevices;
+struct SettingsControl;
+struct Station;
+
+inline constexpr int kDefaultXRapport = 20;
+inline constexpr size_t kMostTopage = 96;  // four an hour: what BtnInti can make
+
+// The operator gave the control a value.
+void ControlChanged(Station& station, SettingsDevices& devices, const SettingsControl& control);
+
+// A weekday is chosen, 0 for Monday: its start and stop times and its marker times.
+void ChooseJourSemaine(Station& station, int day);
+
+// --- ComboHeure, HeureArretSystem and Topage: a key in the list `times` of the screen ---
+enum class TimeList { kComboHeure, kHeureArretSystem, kTopage };
+std::vector<std::string>& TimesOf(Station& station, TimeList list);
+// Enter: adds what was typed, in capitals, when it is a time "hh:mm" (a stop also with "-F", "-Q").
+std::optional<std::string> EnterTime(Station& station, TimeList list, std::string_view typed);
+void DeleteTime(Station& station, TimeList list, size_t selected);
+
+// --- Topage ---
+std::optional<std::string> BtnAjouter(Station& station, std::string_view ChEdit);
+// Enter in ChEdit: as BtnAjouter while the list has room, else nothing.
+std::optional<std::string> EnterChEdit(Station& station, std::string_view ChEdit);
+// The marker times of the chosen weekday go to their file at once.
+void BtnSaveTopage(Station& station);
+// Topage anew: every hour with every box of ChDecoupe that is not empty. A box that is no minute is
+// refused, and the list stays.
+std::optional<std::string> BtnInti(Station& station);
+
+// --- Filtre ---
+// Enter in ChFiltre: its text, a time or nothing, into the selected cell.
+std::optional<std::string> EnterChFiltre(Station& station, std::string_view typed);
+
+// --- genres ---
+// The genres of the library that the list lacks join it; tells how many.
+void BtnRech(Station& station);
+
+}  // namespace zemo

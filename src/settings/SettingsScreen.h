@@ -1,0 +1,30 @@
+// The settings screen's load and save, and the write of a single control, for whoever changes one
+// setting without the screen.
+#pragma once
+
+namespace zemo {
+
+class SettingsDevices;
+struct SettingsControl;
+struct Station;
+
+// station.settings, as the screen opens. A control that cannot be read is logged and stays empty,
+// and what is stored for it stays untouched by SettingsSave; the others are not held up. Never
+// throws. Thread: the logic's.
+void SettingsLoad(Station& station, SettingsDevices& devices);
+
+// Everything back, as the screen closes: the row of Cnf but for the two jingle numbers, the audio
+// outputs, the times of the chosen weekday, "Langue.Txt", the hours, the filter, the machine's
+// values. Each step that fails is logged and stops no other. Never throws.
+void SettingsSave(Station& station);
+
+// What one control holds, to where it is stored ("Langue.Txt" with the language). Throws StoreError
+// and FileError.
+void SaveControl(Station& station, const SettingsControl& control);
+
+// The selected hours and the rows of Filtre that have a start, to their files; what fails is
+// logged.
+void SaveInstru(Station& station);
+void SaveFiltre(Station& station);
+
+}  // namespace zemo

@@ -1,0 +1,125 @@
+// The lock's dialogue, its menus and its file.
+#include "settings/LockDialogue.h"
+#include "settings/SideFiles.h"
+#include "settings/tests/SettingsStation.h"
+
+namespace zemo::test {
+namespace {
+
+struct LockDialogue : SettingsStation {
+  void LockWith(const std::string& password) {
+    std::string text = password;
+    LSPasseWord(station, "Save", text);
+    on.seen.clear();
+  }
+  void SpeaksLangue(const std::string& langue) {
+    on.Set("Langue", langue);
+    station.base.CheckCnf();
+  }
+  // The text of the box shown last.
+  std::string Told() {
+    const auto messages = on.Events("message");
+    return messages.empty() ? "(nothing)" : messages.back()["text"];
+  }
+  decltype(MainScreen::PasseWord)& dialogue = station.screen.PasseWord;
+};
+
+TEST_F(LockDialogue, WithoutALockAsksForANewPasswordAtOnce) {
+  MnuPasseWord(station);
+  EXPECT_TRUE(dialogue.open);
+  EXPECT_EQ(dialogue.Title, "Nouveau mot de passe");
+  EXPECT_EQ(dialogue.Label, "Mot de passe");
+  EXPECT_EQ(Told(), " Effacez le mot de passe pour désactiver la protection ");
+  PasseWordOk(station, "abc");
+  EXPECT_FALSE(dialogue.open);
+  EXPECT_TRUE(station.lists.Locked);
+  EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#TRUE#,\"abc\"\r\n");
+}
+
+TEST_F(LockDialogue, BarsTheMenusAndMarksItsOwnWhileLocked) {
+  LockWith("abc");
+  EXPECT_FALSE(station.screen.MnuParametrageEnabled);
+  EXPECT_FALSE(station.screen.MnuEditEnabled);
+  EXPECT_TRUE(station.screen.MnuPasseWordChecked);
+  EXPECT_TRUE(station.engine.ScreenLocked);
+  LockWith("");
+  EXPECT_TRUE(station.screen.MnuParametrageEnabled);
+  EXPECT_TRUE(station.screen.MnuEditEnabled);
+  EXPECT_FALSE(station.screen.MnuPasseWordChecked);
+  EXPECT_FALSE(station.engine.ScreenLocked);
+}
+
+TEST_F(LockDialogue, IsInForceFromTheStart) {
+  LockWith("abc");
+  station.lists.Locked = false;
+  std::string password;
+  LSPasseWord(station, "Load", password);
+  EXPECT_FALSE(station.screen.MnuParametrageEnabled);
+}
+
+TEST_F(LockDialogue, TheRightPasswordLeadsToTheNewOneAndAnEmptyOneUnlocks) {
+  LockWith("abc");
+  MnuPasseWord(station);
+  EXPECT_EQ(dialogue.Title, "Entrez le mot de passe");
+  EXPECT_EQ(Told(), "(nothing)");
+  PasseWordOk(station, "abc");
+  EXPECT_TRUE(dialogue.open);
+  EXPECT_EQ(dialogue.Title, "Nouveau mot de passe");
+  EXPECT_TRUE(station.lists.Locked);
+  PasseWordOk(station, "");
+  EXPECT_FALSE(dialogue.open);
+  EXPECT_FALSE(station.lists.Locked);
+  EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#FALSE#,\"\"\r\n");
+}
+
+TEST_F(LockDialogue, AnyOtherTextClosesItAndLeavesTheLockOn) {
+  LockWith("abc");
+  for (const char* typed : {"", "ABC", "abc ", "' OR '1'='1"}) {
+    MnuPasseWord(station);
+    PasseWordOk(station, typed);
+    EXPECT_FALSE(dialogue.open) << typed;
+    EXPECT_TRUE(station.lists.Locked) << typed;
+    EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#TRUE#,\"abc\"\r\n");
+  }
+  PasseWordOk(station, "abc");  // of a closed dialogue
+  EXPECT_TRUE(station.lists.Locked);
+}
+
+TEST_F(LockDialogue, SpeaksTheLanguageOfTheStation) {
+  const struct {
+    const char* langue;
+    const char* enter;
+    const char* label;
+    const char* box;
+    const char* asksNew;
+  } cases[] = {
+      {"1", "New Password", "Password", " Delete password for disable protection ", "New Password"},
+      {"2", "Nova palavra-passe", "Palavra-passe",
+       " Apague a palavra-passe para desactivar a protecção ", "Escrever nova palavra-passe"},
+      {"3", "Nuevo código secreto", "Código secreto",
+       " Borre el código secreto para desactivar la protección ", "Escribir nuevo código secreto"},
+      {"9", "", "Mot de passe", "", ""}};
+  for (const auto& one : cases) {
+    LockWith("abc");
+    SpeaksLangue(one.langue);
+    MnuPasseWord(station);
+    EXPECT_EQ(dialogue.Title, one.enter);
+    EXPECT_EQ(dialogue.Label, one.label);
+    PasseWordOk(station, "abc");
+    EXPECT_EQ(Told(), one.box);
+    EXPECT_EQ(dialogue.Title, one.asksNew);
+  }
+}
+
+TEST_F(LockDialogue, APasswordWithQuotesAndCommasOpensItAgain) {
+  const std::string password = "l'é\"t\"é, #FALSE#";
+  MnuPasseWord(station);
+  PasseWordOk(station, password);
+  std::string read;
+  LSPasseWord(station, "Load", read);
+  EXPECT_EQ(read, password);
+  EXPECT_TRUE(LockOpensWith(station, password));
+}
+
+}  // namespace
+}  // namespace zemo::test

@@ -1,0 +1,305 @@
+// What the operator does on the settings screen: ranges, couplings, devices, lists and buttons.
+#include "platform/LocalValues.h"
+#include "settings/tests/SettingsStation.h"
+
+namespace zemo::test {
+namespace {
+
+struct SettingsControls : SettingsStation {
+  SettingsControls() { Load(); }
+};
+
+TEST_F(SettingsControls, ValuesOutsideTheStoredRangeAreRefusedAndNeverStored) {
+  const struct {
+    const char* control;
+    const char* value;
+    const char* why;
+  } cases[] = {
+      {"EnchDef", "32768", "EnchDef: \"32768\" is outside 0 to 32767 ms"},
+      {"EnchDef", "-1", "EnchDef: \"-1\" is outside 0 to 32767 ms"},
+      {"MaxPlay", "2147483648", "MaxPlay: \"2147483648\" is outside 0 to 2147483647 ms"},
+      {"Langue", "4", "Langue: \"4\" is outside 0 to 3"},
+      {"PortCom", "5", "PortCom: \"5\" is outside 0 to 4"},
+      {"CheckPub", "2", "CheckPub: \"2\" is outside 0 to 1"},
+      {"SpinAvantoph", "101", "SpinAvantoph: \"101\" is outside 0 to 100 per cent"},
+      {"SpinOptimise", "60", "SpinOptimise: \"60\" is outside 0 to 59 minute"},
+      {"SpinOffset", "60", "SpinOffset: \"60\" is outside 0 to 59 s"},
+      {"PictureColor", "16777216", "PictureColor: \"16777216\" is outside 0 to 16777215"},
+      {"PlayCombo", "-2", "PlayCombo: \"-2\" is outside -1 to 32767"},
+      {"SpinRapportDiff", "1e9", "SpinRapportDiff: \"1e9\" is outside 0 to 32767 rows"},
+      {"TexteV", "12345678901234567890123456789012345678901",
+       "TexteV: \"1234567890123456789012345678901234567890\" is longer than 40 characters"},
+      {"FileAvantPub", "\xFF", "FileAvantPub: that is no text"}};
+  for (const auto& one : cases) {
+    const std::string before = ControlText(screen, *FindSettingsControl(one.control));
+    EXPECT_EQ(Set(one.control, one.value), one.why);
+    EXPECT_EQ(ControlText(screen, *FindSettingsControl(one.control)), before);
+  }
+  SettingsSave(station);
+  EXPECT_EQ(Stored("PmixDef"), "1600");
+  EXPECT_EQ(Stored("Langue"), "0");
+  EXPECT_EQ(on.localValues.Get("XRapport"), std::nullopt);
+}
+
+TEST_F(SettingsControls, TheEndsOfARangeAreTaken) {
+  for (const SettingsControl& control : zemo::SettingsControls()) {
+    if (control.kind == ControlKind::kText) {
+      EXPECT_EQ(Set(control.name, std::string(static_cast<size_t>(control.most), 'x')),
+                std::nullopt);
+      continue;
+    }
+    EXPECT_EQ(Set(control.name, std::to_string(LowestNumber(control))), std::nullopt);
+    EXPECT_EQ(Set(control.name, std::to_string(control.most)), std::nullopt);
+  }
+  SettingsSave(station);
+  EXPECT_EQ(Stored("CycleMaxi"), "2147483647");
+  EXPECT_EQ(Stored("length(TextVeille)"), "40");
+  EXPECT_EQ(Errors(), Texts{});
+}
+
+TEST_F(SettingsControls, EveryFieldButThreeHasAControlAndItsDefault) {
+  int fields = 0;
+  for (int field = 1; field <= SettingsScreen::kFields; ++field)
+    fields += FindSettingsControl(field) != nullptr ? 1 : 0;
+  EXPECT_EQ(fields, 47);
+  EXPECT_EQ(FindSettingsControl(Cnf::kJingleCode), nullptr);
+  EXPECT_EQ(FindSettingsControl(Cnf::kJingleCodeIntro), nullptr);
+  EXPECT_EQ(FindSettingsControl(Cnf::kMESSAGESECURITE), nullptr);
+  EXPECT_EQ(DefaultText(*FindSettingsControl("pmixdef")), "1600");
+  EXPECT_EQ(DefaultText(*FindSettingsControl("XRapport")), "20");
+  EXPECT_EQ(DefaultText(*FindSettingsControl("TextVeille")), "");
+  EXPECT_EQ(FindSettingsControl("nothing"), nullptr);
+}
+
+TEST_F(SettingsControls, ShowsSecondsSharesAndMinutesBesideTheNumbers) {
+  const auto label = [&](const char* control) {
+    return ControlLabel(screen, *FindSettingsControl(control));
+  };
+  EXPECT_EQ(label("EnchDef"), "1.6");
+  EXPECT_EQ(label("EnchPub"), "0.5");
+  EXPECT_EQ(label("HsFadeOut"), "1.6");
+  Set("EnchToph", "2000");
+  EXPECT_EQ(label("EnchToph"), "2");
+  EXPECT_EQ(label("Volume"), "50 %");     // 16384 of 32767
+  EXPECT_EQ(label("VolumePub"), "55 %");  // 18000 of 32767: 54.93
+  EXPECT_EQ(label("SpinOptimise"), "50 mn");
+  EXPECT_EQ(label("JingleMn"), "");
+}
+
+TEST_F(SettingsControls, AMinuteMayBearItsUnit) {
+  EXPECT_EQ(Set("SpinOptimise", "47 mn"), std::nullopt);
+  SettingsSave(station);
+  EXPECT_EQ(Stored("HOptimise"), "47");
+}
+
+// --- couplings ---
+
+TEST_F(SettingsControls, SpotsWithThePipClearInstrumentalsAndMoveALateOptimisation) {
+  const struct {
+    const char* minute;
+    const char* after;
+  } cases[] = {{"55", "48"}, {"53", "48"}, {"52", "52"}, {"0", "0"}};
+  for (const auto& one : cases) {
+    Set("CheckPubToph", "0");
+    Set("CheckInstrumental", "1");
+    Set("SpinOptimise", one.minute);
+    Set("CheckPubToph", "1");
+    EXPECT_EQ(screen.SpinOptimise, one.after) << one.minute;
+    EXPECT_EQ(screen.CheckInstrumental, 0);
+    Set("CheckPubToph", "0");
+    EXPECT_EQ(screen.SpinOptimise, one.after) << one.minute;
+    EXPECT_EQ(screen.CheckInstrumental, 0);
+  }
+}
+
+TEST_F(SettingsControls, UntickingSpotsWithThePipMovesNothing) {
+  Set("SpinOptimise", "55");
+  Set("CheckPubToph", "0");
+  EXPECT_EQ(screen.SpinOptimise, "55");
+}
+
+TEST_F(SettingsControls, InstrumentalsClearSpotsWithThePip) {
+  Set("CheckPubToph", "1");
+  Set("CheckInstrumental", "1");
+  EXPECT_EQ(screen.CheckPubToph, 0);
+  Set("CheckPubToph", "1");
+  Set("CheckInstrumental", "0");
+  EXPECT_EQ(screen.CheckPubToph, 1);
+}
+
+TEST_F(SettingsControls, TheColourPaintsTheCountersAtOnce) {
+  EXPECT_EQ(station.screen.CounterColour, 33023U);
+  Set("PictureColor", "255");
+  EXPECT_EQ(station.screen.CounterColour, 255U);
+  EXPECT_EQ(Stored("CouleurdesCompteur"), "33023");
+}
+
+// --- devices ---
+
+TEST_F(SettingsControls, APortOptionOpensThePortWithItsLineParameters) {
+  screen.Setting = "9600,E,7,2";
+  Set("PortCom", "2");
+  EXPECT_EQ(devices.done, Texts{"open 2 9600,E,7,2"});
+  EXPECT_TRUE(station.engine.SerialInputOpen);
+  EXPECT_EQ(screen.InfoERR, "Init 9600,E,7,2 Ok");
+  Set("PortCom", "3");  // one is open already
+  EXPECT_EQ(devices.done, Texts{"open 2 9600,E,7,2"});
+  EXPECT_EQ(screen.PortCom, 3);
+  Set("PortCom", "0");
+  EXPECT_FALSE(devices.portOpen);
+  EXPECT_FALSE(station.engine.SerialInputOpen);
+  EXPECT_EQ(screen.InfoERR, "Port COM Close OK !");
+}
+
+TEST_F(SettingsControls, APortThatFailsShowsItsErrorNumber) {
+  devices.failing = 8002;
+  Set("PortCom", "1");
+  EXPECT_EQ(screen.InfoERR, "Erreur n° 8002");
+  EXPECT_FALSE(station.engine.SerialInputOpen);
+}
+
+TEST_F(SettingsControls, AJoystickThatAnswersIsShown) {
+  Set("ComboJoystiquePort", "1");
+  EXPECT_EQ(devices.done, Texts{"joystick 1 100"});
+  EXPECT_EQ(screen.LblJoystique, "Yes");
+  EXPECT_EQ(station.screen.LedJoystique.text, "Joy");
+  devices.joystickAnswers = false;
+  Set("ComboJoystiquePort", "2");
+  EXPECT_EQ(screen.LblJoystique, "No");
+}
+
+TEST_F(SettingsControls, OutputsChangeAtOnceOnlyWhileTheyAreClosed) {
+  Set("PlayCombo", "1");
+  Set("PlayPréecoute", "0");
+  EXPECT_EQ(devices.done, (Texts{"output 1", "prelisten 0"}));
+  EXPECT_EQ(station.lists.AudioOutID, 1);
+  on.sound.Start();
+  devices.prelistenClosed = false;
+  Set("PlayCombo", "0");
+  Set("AudioOutPFLID", "1");
+  EXPECT_EQ(devices.done.size(), 2U);
+  EXPECT_EQ(station.lists.AudioOutID, 1);
+  SettingsSave(station);  // what was chosen is for the next start
+  EXPECT_EQ(MachineFile("ZemoAudio.Ini"), "0,1\r\n");
+}
+
+TEST_F(SettingsControls, ADeviceThatFailsIsLogged) {
+  devices.failing = 9;
+  Set("PlayCombo", "1");
+  Set("ComboJoystiquePort", "1");
+  EXPECT_EQ(Errors(), (Texts{"PlayCombo 5 the device fails for the test",
+                             "ComboJoystiquePort 5 the device fails for the test"}));
+  EXPECT_EQ(screen.LblJoystique, "No");
+  EXPECT_EQ(station.lists.AudioOutID, -1);
+}
+
+// --- lists ---
+
+TEST_F(SettingsControls, TimesAreEnteredInCapitalsAndDeleted) {
+  EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, " 23:00-f "), std::nullopt);
+  EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, "12:00"), std::nullopt);
+  EXPECT_EQ(EnterTime(station, TimeList::kComboHeure, "00:00"), std::nullopt);
+  EXPECT_EQ(screen.HeureArretSystem, (Texts{"23:00-F", "12:00"}));
+  DeleteTime(station, TimeList::kHeureArretSystem, 0);
+  DeleteTime(station, TimeList::kHeureArretSystem, 5);
+  EXPECT_EQ(screen.HeureArretSystem, Texts{"12:00"});
+  EXPECT_EQ(screen.ComboHeure, Texts{"00:00"});
+}
+
+TEST_F(SettingsControls, WhatIsNoTimeIsRefused) {
+  for (const char* typed : {"", "1", "24:00", "12:60", "6:00", "06:00-F", "06:00:30", "\"06:00\""})
+    EXPECT_NE(EnterTime(station, TimeList::kComboHeure, typed), std::nullopt) << typed;
+  EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, "12:00-X"),
+            "HeureArretSystem: \"12:00-X\" is no time of day hh:mm");
+  EXPECT_EQ(BtnAjouter(station, "noon"), "Topage: \"noon\" is no time of day hh:mm");
+  EXPECT_EQ(EnterChFiltre(station, "9"), "ChFiltre: \"9\" is no time of day hh:mm");
+  EXPECT_EQ(screen.ComboHeure, Texts{});
+  EXPECT_EQ(screen.Topage, Texts{});
+}
+
+TEST_F(SettingsControls, EnterInTheMarkerBoxAddsWhileTheListHasRoom) {
+  EXPECT_EQ(EnterChEdit(station, "08:00"), std::nullopt);
+  EXPECT_EQ(BtnAjouter(station, "08:30"), std::nullopt);
+  EXPECT_EQ(screen.Topage, (Texts{"08:00", "08:30"}));
+  screen.Topage.assign(kMostTopage, "09:00");
+  EXPECT_EQ(EnterChEdit(station, "10:00"), std::nullopt);
+  EXPECT_EQ(screen.Topage.size(), kMostTopage);
+}
+
+TEST_F(SettingsControls, TheStartTabsButtonWritesTheMarkerTimesOfTheChosenDayAtOnce) {
+  ChooseJourSemaine(station, 2);
+  BtnAjouter(station, "08:00");
+  BtnSaveTopage(station);
+  EXPECT_EQ(StationFile("Topage.2"), "\"08:00\"\r\n");
+  EXPECT_EQ(StationFile("StartStop.2"), "(no file)");
+}
+
+TEST_F(SettingsControls, TheListIsRebuiltFromEveryHourAndEachBoxThatIsNotEmpty) {
+  screen.Topage = {"01:23"};
+  screen.ChDecoupe = {"0", "", "30", "5"};
+  EXPECT_EQ(BtnInti(station), std::nullopt);
+  ASSERT_EQ(screen.Topage.size(), 72U);
+  EXPECT_EQ(Texts(screen.Topage.begin(), screen.Topage.begin() + 4),
+            (Texts{"00:00", "00:30", "00:05", "01:00"}));
+  EXPECT_EQ(screen.Topage.back(), "23:05");
+  screen.ChDecoupe = {"60", "", "", ""};
+  EXPECT_EQ(BtnInti(station), "ChDecoupe: \"60\" is outside 0 to 59 minutes");
+  EXPECT_EQ(screen.Topage.size(), 72U);
+  screen.ChDecoupe = {};
+  EXPECT_EQ(BtnInti(station), std::nullopt);
+  EXPECT_EQ(screen.Topage, Texts{});
+}
+
+TEST_F(SettingsControls, AFilterCellTakesATimeOrNothing) {
+  screen.FiltreRow = 79;
+  EXPECT_EQ(EnterChFiltre(station, "06:00"), std::nullopt);
+  EXPECT_EQ(screen.Filtre[79].first, "06:00");
+  EXPECT_EQ(EnterChFiltre(station, ""), std::nullopt);
+  EXPECT_EQ(screen.Filtre[79].first, "");
+  screen.FiltreRow = 80;
+  EXPECT_EQ(EnterChFiltre(station, "06:00"), std::nullopt);
+}
+
+// --- genres ---
+
+TEST_F(SettingsControls, GenresOfTheLibraryJoinTheList) {
+  on.MakeFile("Genre.Txt", "POP\r\nINSTRUMENTAL\r\n");
+  for (const char* genre : {"pop", "Rock'n'roll", "ROCK'N'ROLL", "Été", "", "POP"})
+    on.Sql(std::string("INSERT INTO Discotheque (FILENAME, GENRE) VALUES ('x', '") +
+           SqlQuoted(genre) + "')");
+  BtnRech(station);
+  EXPECT_EQ(StationFile("Genre.Txt"), "POP\r\nINSTRUMENTAL\r\nROCK'N'ROLL\r\n\xC9T\xC9\r\n");
+  const Seen* message = on.First("message");
+  ASSERT_NE(message, nullptr);
+  EXPECT_EQ((*message)["title"], "Alerte");
+  EXPECT_EQ((*message)["text"], "2 Genres ont étés ajoutés a la liste");
+  on.seen.clear();
+  BtnRech(station);
+  EXPECT_EQ((*on.First("message"))["text"], "0 Genres ont étés ajoutés a la liste");
+}
+
+TEST_F(SettingsControls, AGenreListThatCannotBeReadIsNotRewritten) {
+  on.MakeFile("Genre.Txt", "POP\r\n");
+  on.Sql("INSERT INTO Discotheque (FILENAME, GENRE) VALUES ('x', 'ROCK')");
+  NextFileFails();
+  BtnRech(station);
+  EXPECT_EQ(StationFile("Genre.Txt"), "POP\r\n");
+  EXPECT_EQ(Errors(), Texts{"BtnRech 75 operation 1 fails for the test"});
+}
+
+// --- what is typed stays what it is ---
+
+TEST_F(SettingsControls, AStatementTypedIntoAFieldIsOnlyText) {
+  const std::string typed = "'); DROP TABLE Rapport; --";
+  for (const SettingsControl& control : zemo::SettingsControls())
+    EXPECT_EQ(Set(control.name, typed), std::nullopt) << control.name;
+  SettingsSave(station);
+  EXPECT_EQ(Stored("TextVeille"), typed);
+  EXPECT_EQ(Stored("JingleAvantPubs"), typed);
+  EXPECT_EQ(Stored("PmixDef"), "0");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "0");
+  EXPECT_EQ(Errors(), Texts{});
+}
+
+}  // namespace
+}  // namespace zemo::test
