@@ -344,7 +344,8 @@ TEST(Exclusions, APeriodThatEndsBeforeItBeginsHoldsNoMinute) {
   on.Load();
   on.RunUntil(20000);
   for (const Seen& flag : on.Events("flag")) {
-    if (flag["name"] == "InputsAllowed") EXPECT_EQ(flag["value"], "true");
+    if (flag["name"] != "InputsAllowed") continue;
+    EXPECT_EQ(flag["value"], "true");
   }
   EXPECT_TRUE(on.station.engine.InputsAllowed);
 }

@@ -35,8 +35,8 @@ inline std::string OthersClipboard(const std::function<void()>& meanwhile = null
 
 // Another process that holds this text on the clipboard until it is killed or another takes over.
 inline std::unique_ptr<Child> OtherHolds(const std::string& text) {
-  auto other = std::make_unique<Child>(
-      std::vector<std::string>{"xclip", "-i", "-quiet", "-selection", "clipboard"});
+  auto other = std::make_unique<Child>(std::vector<std::string>{
+      "sh", "-c", "exec xclip -i -quiet -selection clipboard 2>/dev/null"});
   other->Tell(text);
   other->CloseInput();
   return other;

@@ -12,15 +12,21 @@ namespace zemo {
 
 namespace {
 
-// Qt's idea of a command line: ours is not for it to look at. Without a display that answers it
-// takes none at all instead of ending the process. Through X even where the desktop is another, for
-// only there a program without a window may look at the clipboard.
-struct Arguments {
-  char name[16] = "zemoradio";
-  char option[16] = "-platform";
-  char value[16] = "xcb;offscreen";
-  char* words[4] = {name, option, value, nullptr};
-};
+// Qt's idea of a command line: ours is not for it to look at. A display that does not answer is
+// passed over instead of ending the process. Through X even where the desktop is another, for only
+// there a program without a window may look at the clipboard. Qt takes out the words that it has
+// read.
+char** MakeArguments() {
+  static char name[] = "zemoradio";
+  static char option[] = "-platform";
+  static char value[] = "xcb;offscreen";
+  static char* words[4];
+  words[0] = name;
+  words[1] = option;
+  words[2] = value;
+  words[3] = nullptr;
+  return words;
+}
 
 bool HasDesktop() {
   return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr &&
@@ -55,14 +61,14 @@ class DesktopClipboard : public Clipboard {
 }  // namespace
 
 std::unique_ptr<QCoreApplication> MakeApplication(int& argc) {
-  static Arguments arguments;
+  char** words = MakeArguments();
   if (qEnvironmentVariableIsEmpty("DISPLAY")) {
     argc = 1;
-    return std::make_unique<QCoreApplication>(argc, arguments.words);
+    return std::make_unique<QCoreApplication>(argc, words);
   }
   QLoggingCategory::setFilterRules("qt.qpa.*=false");
   argc = 3;
-  auto application = std::make_unique<QGuiApplication>(argc, arguments.words);
+  auto application = std::make_unique<QGuiApplication>(argc, words);
   if (!HasDesktop())
     std::fprintf(stderr,
                  "zemoradio: the display %s does not answer: no clipboard is shared with other "
