@@ -1,5 +1,6 @@
 #include "app/RealStation.h"
 
+#include <QCoreApplication>
 #include <utility>
 
 namespace zemo {
@@ -10,13 +11,16 @@ constexpr int kSoundPollMs = 20;
 
 RealStation::RealStation(const std::string& stationPath, const std::string& machinePath,
                          const OutputSpec& output, SoundNotice notice)
-    : application_(arguments_.count, arguments_.values),
+    : application_(MakeApplication(argumentCount_)),
       stationFolder(stationPath),
       machineFolder(machinePath),
       localValues(machineFolder),
       soundFiles(machineFolder),
       lengths(opener, soundFiles),
       sound(MakeRealSoundChain(opener, output, std::move(notice))),
+      clipboard(MakeClipboard()),
+      serial(localValues, clock),
+      joystick(loop),
       station(Platform{.clock = clock,
                        .loop = loop,
                        .sound = *sound,
@@ -25,10 +29,12 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .soundFiles = soundFiles,
                        .lengths = lengths,
                        .localValues = localValues,
-                       .clipboard = clipboard,
+                       .clipboard = *clipboard,
                        .messages = messages,
                        .keyboard = keyboard,
-                       .system = system}) {
+                       .system = system,
+                       .serial = serial,
+                       .joystick = joystick}) {
   loop.SetIdle([this] { sound->Poll(); }, kSoundPollMs);
 }
 

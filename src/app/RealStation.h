@@ -1,18 +1,20 @@
 // A station on this machine: everything that a run on air owns, from the ground up.
 #pragma once
 
-#include <QCoreApplication>
 #include <memory>
 #include <string>
 
 #include "platform/LocalValues.h"
 #include "platform/real/decoders/SoundFileOpener.h"
+#include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/desktop/RealEventLoop.h"
 #include "platform/real/desktop/ScreenlessDesktop.h"
 #include "platform/real/files/KnownLengths.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/StoredPaths.h"
+#include "platform/real/joystick/SdlJoystick.h"
+#include "platform/real/serial/QtSerialPort.h"
 #include "platform/real/sound/RealSoundChain.h"
 #include "station/Station.h"
 
@@ -27,14 +29,8 @@ class RealStation {
   ~RealStation();
 
  private:
-  // Qt's idea of a command line: it has its own already, and must not look at ours.
-  struct Arguments {
-    int count = 1;
-    char name[16] = "zemoradio";
-    char* values[2] = {name, nullptr};
-  };
-  Arguments arguments_;
-  QCoreApplication application_;
+  int argumentCount_ = 0;  // of the application, for its whole life
+  std::unique_ptr<QCoreApplication> application_;
 
  public:
   RealClock clock;
@@ -46,10 +42,12 @@ class RealStation {
   SoundFileOpener opener;
   SoundFileLengths lengths;
   std::unique_ptr<RealSoundChain> sound;
-  ScreenlessClipboard clipboard;
+  std::unique_ptr<Clipboard> clipboard;
   ScreenlessMessageBoxes messages;
   ScreenlessKeyboard keyboard;
   RealSystem system;
+  QtSerialPort serial;
+  SdlJoystick joystick;
   Station station;
 };
 

@@ -8,7 +8,6 @@
 #include "app/Moments.h"
 #include "app/SimStation.h"
 #include "engine/DayGridControls.h"
-#include "engine/ExternalTriggers.h"
 #include "engine/OperatorControls.h"
 #include "engine/StateDump.h"
 #include "engine/StoredPlaylists.h"
@@ -119,13 +118,17 @@ Answer AnswerOf(const std::string& word) {
 
 // --- wires ---
 
-void Joystick(SimStation& sim, const ScriptOrder& order) {
-  Station& station = sim.station;
-  if (!station.engine.JoystickInUse) Refuse("no joystick is in use");
+// A wire that no port listens to is pulled without a word.
+
+void PullContact(SimStation& sim, const ScriptOrder& order) {
+  sim.automaton.SetContact(order.Number(0), order.arguments[1] == "on");
+}
+
+void PullJoystick(SimStation& sim, const ScriptOrder& order) {
   if (order.arguments[1] == "down")
-    JoystickButtonDown(station, order.Number(0));
+    sim.joystick.Press(order.Number(0));
   else
-    JoystickButtonUp(station, order.Number(0));
+    sim.joystick.Release(order.Number(0));
 }
 
 void Drop(SimStation& sim, const ScriptOrder& order) {
@@ -187,8 +190,8 @@ constexpr Service kServices[] = {
     {Order::kPreview, Preview},
     {Order::kLocal, [](Sim& s, const It& it) { s.localValues.Set(it.arguments[0], it.arguments[1]); }},
     {Order::kCheck, Check},
-    {Order::kContact, [](Sim&, const It&) { Refuse("the serial input is not in use"); }},
-    {Order::kJoystick, Joystick},
+    {Order::kContact, PullContact},
+    {Order::kJoystick, PullJoystick},
     {Order::kClipboard, [](Sim& s, const It& it) { s.clipboard.SetText(it.arguments[0]); }},
     {Order::kSql, [](Sim& s, const It& it) { Sql(s, it.arguments[0]); }},
     {Order::kDrop, Drop},

@@ -36,7 +36,9 @@ SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
                        .clipboard = clipboard,
                        .messages = messages,
                        .keyboard = keyboard,
-                       .system = system}),
+                       .system = system,
+                       .serial = automaton,
+                       .joystick = joystick}),
       stationPath_(folders.copiedFrom.empty() ? stationFolder.Path() : folders.copiedFrom) {
   loop.SetSound(&sound);
   clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };

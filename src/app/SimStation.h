@@ -11,6 +11,7 @@
 #include "platform/sim/SimDesktop.h"
 #include "platform/sim/SimLoop.h"
 #include "platform/sim/SimSoundChain.h"
+#include "platform/sim/SimWires.h"
 #include "station/Station.h"
 
 namespace zemo {
@@ -48,6 +49,8 @@ class SimStation {
   SimMessageBoxes messages;
   SimKeyboard keyboard;
   SimSystem system;
+  SimAutomaton automaton;
+  SimJoystick joystick;
   Station station;
 
  private:

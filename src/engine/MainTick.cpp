@@ -15,6 +15,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/PlaylistWatcher.h"
 #include "engine/StartStop.h"
+#include "engine/TakeOvers.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
@@ -104,14 +105,6 @@ void Blink(Station& station, const Moment& at) {
     screen.LblFeu.colour = kFeuArmed;
     screen.LblFeu.visible = even;
   }
-}
-
-// The list is ready for the return from a satellite take-over.
-void PrepareReturnFromSatellite(Station& station) {
-  const EngineState& engine = station.engine;
-  if (engine.SatelliteTaking && station.screen.LedJoystique.text == "Joy2" &&
-      NothingOnAir(station) && !engine.PlaylistRunning)
-    AutomaticRequest(station);
 }
 
 // --- 4: keys ---
@@ -302,9 +295,11 @@ void InsertBreak(Station& station, const Moment& at, int row) {
 // A break whose minute comes while the engine is stopped is prepared for the local programme.
 void PrepareLocalProgramme(Station& station, const Moment& at) {
   const EngineState& engine = station.engine;
-  if (!engine.InputsAllowed || engine.composing || Setting(station, Cnf::kEntreSat) != 3 ||
-      at.timer - engine.LastGridCheckTimer < kMinuteGuardSec)
-    return;
+  if (!engine.InputsAllowed || engine.composing || Setting(station, Cnf::kEntreSat) != 3) return;
+  // No change of the day resets the guard of a stopped engine: one ahead of the clock is
+  // yesterday's.
+  const float sinceSec = at.timer - engine.LastGridCheckTimer;
+  if (sinceSec >= 0 && sinceSec < kMinuteGuardSec) return;
   const int row = DueGridRow(station, at);
   if (row == 0) return;
   station.PL.Clear();
@@ -367,8 +362,8 @@ bool ServeTimedStop(Station& station, const Moment& at) {
   return false;
 }
 
-// While the grid is being composed its rows are not whole yet: the minute's break waits for the tick
-// behind the composition.
+// While the grid is being composed its rows are not whole yet: the minute's break waits for the
+// tick behind the composition.
 void ServeBreaks(Station& station, const Moment& at) {
   const EngineState& engine = station.engine;
   if (engine.OptionDirect || engine.HourBlockHandled || engine.composing ||
@@ -587,9 +582,10 @@ void ServeScreenSaver(Station& station) {
 void RunTick(Station& station) {
   EngineState& engine = station.engine;
   Moment at(station);
-  if (engine.SerialInputOpen) Step(station, at, [&] { PollInputs(station); });            // 0
-  Blink(station, at);                                                                     // 1, 3
-  Step(station, at, [&] { PrepareReturnFromSatellite(station); });                        // 2
+  if (engine.SerialInputOpen) Step(station, at, [&] { PollInputs(station); });  // 0
+  Blink(station, at);                                                           // 1, 3
+  if (station.screen.LedJoystique.text == "Joy2")
+    Step(station, at, [&] { PrepareReturnFromSatellite(station); });                      // 2
   Step(station, at, [&] { ServeKeys(station, at); });                                     // 4
   ShowClock(station, at);                                                                 // 5
   ReloadDayTimes(station, at);                                                            // 6

@@ -10,7 +10,9 @@
 #include "engine/StartStop.h"
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
+#include "platform/Joystick.h"
 #include "platform/LocalValues.h"
+#include "settings/SerialInput.h"
 #include "settings/SideFiles.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -94,14 +96,34 @@ void ConfigureSound(Station& station) {
   CalculOffset(station);
 }
 
+void CaptureJoystick(Station& station) {
+  Joystick& joystick = station.platform.joystick;
+  const auto port = static_cast<int>(station.base.CnfInt(Cnf::kJoystiquePort));
+  station.engine.JoystickInUse = port > 0;
+  station.screen.LedJoystique.visible = port > 0;
+  if (port <= 0) return;
+  joystick.OnButton([&station](int button, bool down) {
+    if (down)
+      JoystickButtonDown(station, button);
+    else
+      JoystickButtonUp(station, button);
+  });
+  if (joystick.Open(port)) station.screen.LedJoystique = "Joy";
+}
+
+// The automaton of a machine whose settings name its port.
+void OpenAutomaton(Station& station) {
+  const auto port = static_cast<int>(station.base.CnfInt(Cnf::kPortCom));
+  if (port > 0) PortCom_Click(station, port, LineSetting(station));
+}
+
 void LoadStationLists(Station& station) {
   EngineState& engine = station.engine;
   station.screen.InfoDate =
       LongDateText(station.Now(), static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-  engine.JoystickInUse = station.base.CnfInt(Cnf::kJoystiquePort) > 0;
-  station.screen.LedJoystique.visible = engine.JoystickInUse;
+  CaptureJoystick(station);
   engine.TempsMaxiImPulsion =
-      static_cast<int32_t>(std::max<int64_t>(station.base.CnfInt(Cnf::kTempsMaxiImPulsion), 0));
+      static_cast<int>(std::max<int64_t>(0, station.base.CnfInt(Cnf::kTempsMaxiImPulsion)));
   station.screen.CounterColour =
       static_cast<uint32_t>(station.base.CnfInt(Cnf::kCouleurdesCompteur));
   LoadSaveExclusion(station, "Load");
@@ -151,6 +173,7 @@ void ActivateFirst(Station& station) {
   LoadSaveAudio(station, "Load");
   MakeGrillePubGeneral(station);
   Guarded(station, "LoadShortcutTable", [&] { LoadShortcutTable(station); });
+  OpenAutomaton(station);
   if (LoadSavePlay(station, "Load")) StartStopZemoRadio(station, true);
 }
 
@@ -197,6 +220,9 @@ bool Quitter(Station& station) {
   station.base.Close();
   station.Sound().Stop();
   station.Sound().Close();
+  station.platform.joystick.Close();
+  station.platform.joystick.OnButton(nullptr);
+  PortCom_Click(station, 0, {});
   station.platform.loop.Yield();
   return true;
 }

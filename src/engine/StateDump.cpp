@@ -1,8 +1,7 @@
 #include "engine/StateDump.h"
 
+#include <iterator>
 #include <string>
-#include <utility>
-#include <variant>
 #include <vector>
 
 #include "station/Station.h"
@@ -11,12 +10,11 @@ namespace zemo {
 
 namespace {
 
-using FlagValue = std::variant<bool, double, std::string>;
-using Flags = std::vector<std::pair<std::string, FlagValue>>;
-
 // Every engine variable under its name.
-Flags CollectFlags(const EngineState& e) {
-  Flags flags;
+NamedValues CollectFlags(const Station& station) {
+  const EngineState& e = station.engine;
+  const MainScreen& screen = station.screen;
+  NamedValues flags;
   const auto yes = [&flags](const char* name, bool value) { flags.emplace_back(name, value); };
   const auto number = [&flags](const char* name, double value) { flags.emplace_back(name, value); };
   yes("IsRunning", e.IsRunning);
@@ -48,6 +46,10 @@ Flags CollectFlags(const EngineState& e) {
   yes("InputsAllowed", e.InputsAllowed);
   yes("SerialInputOpen", e.SerialInputOpen);
   yes("JoystickInUse", e.JoystickInUse);
+  flags.emplace_back("LedSat",
+                     std::vector<int32_t>(std::begin(screen.LedSat), std::end(screen.LedSat)));
+  flags.emplace_back("LedJoystique", screen.LedJoystique.text);
+  number("TempsMaxiImPulsion", e.TempsMaxiImPulsion);
   number("VoiceTrackState", e.VoiceTrackState);
   number("VoiceTrackStartMs", e.VoiceTrackStartMs);
   yes("IntroOverlayPending", e.IntroOverlayPending);
@@ -98,7 +100,7 @@ Event DumpState(const Station& station) {
       static_cast<int64_t>(engine.BufferOffsetSec * 1000) + engine.ElementLengthMs - positionMs;
   return {"state",
           {{"pl", ListRows(station.PL)},
-           {"flags", CollectFlags(engine)},
+           {"flags", CollectFlags(station)},
            {"grid", GridRows(station.GPubJour)},
            {"position_ms", int64_t{positionMs}},
            {"remaining_ms", remainingMs},

@@ -7,9 +7,11 @@ class Clipboard;
 class Clock;
 class EventLoop;
 class Folder;
+class Joystick;
 class Keyboard;
 class LocalValues;
 class MessageBoxes;
+class SerialPort;
 class SoundChain;
 class SoundFiles;
 class SoundLengths;
@@ -29,6 +31,8 @@ struct Platform {
   MessageBoxes& messages;
   Keyboard& keyboard;
   System& system;
+  SerialPort& serial;  // the automaton's line
+  Joystick& joystick;
 };
 
 }  // namespace zemo

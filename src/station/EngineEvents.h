@@ -12,10 +12,10 @@
 namespace zemo {
 
 using Rows = std::vector<std::vector<std::string>>;
-using EventValue =
-    std::variant<bool, int64_t, double, std::string, std::vector<int32_t>, std::vector<std::string>,
-                 Rows,
-                 std::vector<std::pair<std::string, std::variant<bool, double, std::string>>>>;
+using NamedValues = std::vector<
+    std::pair<std::string, std::variant<bool, double, std::string, std::vector<int32_t>>>>;
+using EventValue = std::variant<bool, int64_t, double, std::string, std::vector<int32_t>,
+                                std::vector<std::string>, Rows, NamedValues>;
 
 struct Event {
   std::string_view name;

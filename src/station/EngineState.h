@@ -3,11 +3,13 @@
 // Thread: the logic's. Guards are seconds since midnight in single precision (see TimeForms.h).
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/EventLoop.h"
@@ -72,8 +74,18 @@ struct EngineState {
   Flag<bool> LocalProgrammeOn{"LocalProgrammeOn", false, observer};
   Flag<bool> InputsAllowed{"InputsAllowed", false, observer};
   Flag<bool> SerialInputOpen{"SerialInputOpen", false, observer};
-  int32_t TempsMaxiImPulsion = 0;  // longest impulse of the automaton, s; 0 for held contacts
   Flag<bool> JoystickInUse{"JoystickInUse", false, observer};
+  // Seconds a pulse of contact 1 or 2 shuts others out, 0 for level contacts. Read at the start and
+  // set by the settings screen, so that another machine's change of the base waits for the restart.
+  Flag<int> TempsMaxiImPulsion{"TempsMaxiImPulsion", 0, observer};
+  std::optional<int64_t> lastPulseMs;  // monotonic, so that midnight is no matter; PollInputs
+  struct {
+    bool asked = false;            // an "E" was sent and its answer is not whole
+    int polls = 0;                 // since then
+    std::string reply;             // what has come of the answer
+    bool pollHeld = false;         // a relay command is being sent
+    std::array<bool, 4> relays{};  // outputs, as last set
+  } automaton;                     // see engine/AutomatonLine.h
   Flag<bool> OptionDirect{"OptionDirect", false, observer};  // live mode: stop when PL runs out
   Flag<bool> CheckNoJingle{"CheckNoJingle", false, observer};
   Flag<bool> HotKeysArmed{"HotKeysArmed", false, observer};

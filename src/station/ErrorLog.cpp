@@ -6,6 +6,7 @@
 
 #include "platform/Clock.h"
 #include "platform/Folder.h"
+#include "platform/SerialPort.h"
 #include "platform/SoundSource.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
@@ -85,6 +86,8 @@ void LogCurrentException(Station& station, const std::string& where, const std::
     LogError(station, where, kErrFile, error.what() + behind);
   } catch (const SoundError& error) {
     LogError(station, where, kErrSound, error.what() + behind);
+  } catch (const SerialError& error) {
+    LogError(station, where, error.number, error.what() + behind);
   } catch (const std::exception& error) {
     LogError(station, where, kErrProgram, error.what() + behind);
   } catch (...) {

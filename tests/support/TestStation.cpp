@@ -146,7 +146,7 @@ TestStation::TestStation(const std::string& begin)
       localValues(machineFolder),
       system(loop),
       station(Platform{loop, loop, sound, stationFolder, machineFolder, soundFiles, lengths,
-                       localValues, clipboard, messages, keyboard, system}) {
+                       localValues, clipboard, messages, keyboard, system, automaton, joystick}) {
   loop.SetSound(&sound);
   station.events.SetSink(this);
   clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };

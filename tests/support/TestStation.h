@@ -19,6 +19,7 @@
 #include "platform/sim/SimDesktop.h"
 #include "platform/sim/SimLoop.h"
 #include "platform/sim/SimSoundChain.h"
+#include "platform/sim/SimWires.h"
 #include "station/Station.h"
 #include "store/StoreError.h"
 
@@ -75,6 +76,29 @@ class LengthTable : public SoundOpener {
   std::map<std::string, int64_t> lengthsMs;  // by path; a file that is not here is unreadable
   FaultAt fault;
   std::unique_ptr<SoundSource> Open(const std::string& path) override;
+};
+
+// An automaton that keeps what it was sent, and whose answers a test can keep from the line.
+class TestAutomaton : public SimAutomaton {
+ public:
+  std::string received;                                    // every byte the program wrote
+  bool lost = false;                                       // the line refuses every write
+  std::function<void(const std::string& reply)> onAnswer;  // instead of the answer's arrival
+  using SimAutomaton::Arrive;
+
+  void Write(std::string_view bytes) override {
+    if (lost) throw SerialError(5, "/dev/ttyS0: Input/output error");
+    received += bytes;
+    SimAutomaton::Write(bytes);
+  }
+
+ protected:
+  void Answer(std::string reply) override {
+    if (onAnswer)
+      onAnswer(reply);
+    else
+      Arrive(reply);
+  }
 };
 
 // One event of the engine as it was told.
@@ -137,6 +161,8 @@ class TestStation : private EventSink {
   SimMessageBoxes messages;
   SimKeyboard keyboard;
   SimSystem system;
+  TestAutomaton automaton;
+  SimJoystick joystick;
   Station station;
   std::vector<Seen> seen;
 

@@ -59,10 +59,11 @@ class BlackBox : public testing::Test {
 
   // Any commands, which see the program as $zemoradio; the status is the last one's.
   Result Shell(const std::string& commands) const {
-    const std::string line = "cd " + root_.string() + "; export TMPDIR=" + Path("tmp") +
-                             " HOME=" + Path("home") + " TZ=CET-1CEST,M3.5.0,M10.5.0/3" +
-                             "; unset XDG_DATA_HOME XDG_CONFIG_HOME; zemoradio=" + Program() +
-                             "; (" + commands + ") >" + Path("out") + " 2>" + Path("err");
+    const std::string line =
+        "cd " + root_.string() + "; export TMPDIR=" + Path("tmp") + " HOME=" + Path("home") +
+        " TZ=CET-1CEST,M3.5.0,M10.5.0/3" +
+        "; unset XDG_DATA_HOME XDG_CONFIG_HOME DISPLAY; zemoradio=" + Program() + "; (" + commands +
+        ") >" + Path("out") + " 2>" + Path("err");
     const int status = std::system(line.c_str());
     Result result;
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);

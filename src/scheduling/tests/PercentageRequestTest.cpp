@@ -441,7 +441,8 @@ struct WatchedStation {
   explicit WatchedStation(RequestStation& s)
       : loop(s.loop),
         station(Platform{s.loop, loop, s.sound, s.stationFolder, s.machineFolder, s.soundFiles,
-                         s.lengths, s.localValues, s.clipboard, s.messages, s.keyboard, s.system}) {
+                         s.lengths, s.localValues, s.clipboard, s.messages, s.keyboard, s.system,
+                         s.automaton, s.joystick}) {
     station.base.OpenOrCreateDatabase();
     SetSideFileNames(station);
     station.base.OpenAllTables();

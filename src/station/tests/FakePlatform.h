@@ -11,8 +11,10 @@
 
 #include "platform/Desktop.h"
 #include "platform/EventLoop.h"
+#include "platform/Joystick.h"
 #include "platform/LocalValues.h"
 #include "platform/Platform.h"
+#include "platform/SerialPort.h"
 #include "platform/SoundChain.h"
 #include "platform/SoundLengths.h"
 #include "platform/tests/MemoryFolder.h"
@@ -91,6 +93,24 @@ struct NoDesktop : Clipboard, MessageBoxes, Keyboard, System {
   ScreenSize Screen() const override { return {}; }
 };
 
+// Every port can be opened unless it fails; nothing ever comes in.
+struct NoWires : SerialPort, Joystick {
+  int serialPort = 0;  // 0 while closed
+  std::string setting;
+  bool openFails = false;
+  void Open(int port, const std::string& given) override {
+    if (openFails) throw SerialError(2, "/dev/ttyS0: No such file or directory");
+    serialPort = port;
+    setting = given;
+  }
+  void Close() override { serialPort = 0; }
+  bool IsOpen() const override { return serialPort > 0; }
+  void Write(std::string_view) override {}
+  std::string Read() override { return {}; }
+  void OnButton(std::function<void(int, bool)>) override {}
+  bool Open(int) override { return false; }
+};
+
 // A station without an open base, and what a test looks at.
 struct FakePlatform : EventSink {
   FixedClock clock;
@@ -101,10 +121,11 @@ struct FakePlatform : EventSink {
   NoLengths lengths;
   LocalValues localValues{machineFolder};
   NoDesktop desktop;
+  NoWires wires;
   std::vector<std::string> errors;  // "where/number/text" of each error event
   std::function<void()> onError;    // a listener's own doings
   Station station{Platform{clock, loop, sound, stationFolder, machineFolder, soundFiles, lengths,
-                           localValues, desktop, desktop, desktop, desktop}};
+                           localValues, desktop, desktop, desktop, desktop, wires, wires}};
 
   FakePlatform() { station.events.SetSink(this); }
 

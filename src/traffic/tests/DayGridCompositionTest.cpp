@@ -372,7 +372,7 @@ class WatchedComposition : public testing::Test {
       : loop(on.loop),
         station(Platform{on.loop, loop, on.sound, on.stationFolder, on.machineFolder, on.soundFiles,
                          on.lengths, on.localValues, on.clipboard, on.messages, on.keyboard,
-                         on.system}) {}
+                         on.system, on.automaton, on.joystick}) {}
   void SetUp() override {
     on.Load();
     station.base.OpenOrCreateDatabase();
