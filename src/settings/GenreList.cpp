@@ -16,9 +16,7 @@ namespace {
 constexpr const char* kInstrumental = "INSTRUMENTAL";
 
 void Save(Station& station, const std::vector<std::string>& genres) {
-  std::vector<std::string> lines;
-  for (const std::string& genre : genres) lines.push_back(UpperLatin(OneLine(genre)));
-  WriteSideFile(station.platform.stationFolder, station.files.Genre, JoinLines(lines));
+  WriteLinesInCapitals(station.platform.stationFolder, station.files.Genre, genres);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zemo {
 
@@ -15,5 +16,8 @@ bool IsSave(std::string_view action);
 
 std::optional<std::string> ReadSideFile(const Folder& folder, std::string_view name);  // UTF-8
 void WriteSideFile(Folder& folder, std::string_view name, std::string_view utf8);
+// A line list: an entry a line, in capitals.
+void WriteLinesInCapitals(Folder& folder, std::string_view name,
+                          const std::vector<std::string>& entries);
 
 }  // namespace zemo
