@@ -6,7 +6,6 @@
 #include "app/CommandLine.h"
 #include "app/PrivateCopy.h"
 #include "app/StationPaths.h"
-#include "platform/real/files/NoCaseNames.h"
 #include "settings/SideFiles.h"
 
 namespace zemo {
@@ -14,10 +13,7 @@ namespace zemo {
 AskedStation::AskedStation(const CommandLine& line)
     : from_(line.station.empty() ? DefaultStationFolder() : line.station),
       machine_(line.machine.empty() ? DefaultMachineFolder() : line.machine) {
-  if (!std::filesystem::is_directory(from_))
-    throw std::runtime_error("there is no station folder " + from_);
-  if (EntryNamed(from_, "Triskin.MDB").empty())
-    throw std::runtime_error("there is no base Triskin.MDB in " + from_);
+  RequireStation(from_);
   if (!line.machine.empty() && !std::filesystem::is_directory(machine_))
     throw std::runtime_error("there is no machine folder " + machine_);
   folders_.station = temp_.MakeFolder("station");

@@ -151,6 +151,11 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   CLI::App& grid = *app.add_subcommand("grid", "The spot and news breaks of a day");
   AddGrid(grid, line, typed);
 
+  CLI::App& campaign =
+      *app.add_subcommand("campaign", "List, show, add or remove advertisers' campaigns");
+  const auto readCampaign = AddCampaignCommand(campaign, line.campaign, line.json,
+                                               [&](CLI::App& its) { AddFolders(its, line); });
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& shown) {
@@ -163,7 +168,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   const std::vector<std::pair<const CLI::App*, Command>> commands{
       {&run, Command::kRun},   {&simulate, Command::kSimulate}, {&render, Command::kRender},
       {&demo, Command::kDemo}, {&check, Command::kCheck},       {&why, Command::kWhy},
-      {&grid, Command::kGrid}};
+      {&grid, Command::kGrid}, {&campaign, Command::kCampaign}};
   const CLI::App* chosen = &app;
   for (const auto& [subcommand, command] : commands)
     if (subcommand->parsed()) {
@@ -171,6 +176,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
       line.command = command;
     }
   ReadTyped(line, typed, app, *chosen);
+  if (line.command == Command::kCampaign) readCampaign();
   return line;
 }
 

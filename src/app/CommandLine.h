@@ -7,11 +7,12 @@
 #include <stdexcept>
 #include <string>
 
+#include "app/CampaignOptions.h"
 #include "platform/Clock.h"
 
 namespace zemo {
 
-enum class Command { kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid };
+enum class Command { kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kCampaign };
 
 struct CommandLine {
   Command command = Command::kScreen;
@@ -31,6 +32,7 @@ struct CommandLine {
   std::optional<LocalDateTime> at;   // of why; none: now
   std::optional<LocalDateTime> day;  // of grid; none: today
   bool json = false;
+  CampaignOptions campaign;
 };
 
 // Wrong usage; what() is one line.

@@ -13,5 +13,6 @@ int RunDemoCommand(const CommandLine& line);
 int RunCheckCommand(const CommandLine& line);
 int RunWhyCommand(const CommandLine& line);
 int RunGridCommand(const CommandLine& line);
+int RunCampaignCommand(const CommandLine& line);
 
 }  // namespace zemo

@@ -82,24 +82,6 @@ void Page(Station& station, CampaignEditor& editor, const char* routine, const M
   }
 }
 
-void WriteFields(const CampaignForm& form, Recordset& row) {
-  row.Set("CAMPAGNEDEPART", form.LblDepartPub);
-  row.Set("CAMPAGNEFIN", form.LblFinPub);
-  row.Set("HDEPART", form.HDepPub);
-  row.Set("HFIN", form.HFinPub);
-  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
-    row.Set("DECOUPEH" + std::to_string(i + 1), form.DecoupagePub[i]);
-  row.Set("FILENAMEAUDIO", form.FichierAudio);
-  row.Set("DUREE", int64_t{ValInt(form.Longeur)});
-  row.Set("ANNONCEUR", form.ChAnnonceur);
-  row.Set("CATEGORIE", form.Categorie);
-  row.Set("FILENAMEGRILLE", form.FILENAMEGRILLE);
-  row.Set("PRIORITY", int64_t{ValInt(form.ComboPriority)});
-  row.Set("CONTACT", form.ChContact);
-  row.Set("PUB", int64_t{form.OptPub[0] ? -1 : 0});
-  row.Set("GENREASSOCIE", form.GenreAssocie);
-}
-
 // The grid file and the program file. False when one could not be written, which is logged.
 bool WriteFiles(Station& station, CampaignEditor& editor) {
   try {
@@ -118,7 +100,7 @@ bool WriteFiles(Station& station, CampaignEditor& editor) {
 bool ReplaceChampsPubs(Station& station, CampaignEditor& editor) {
   Recordset& row = Campaigns(station);
   editor.FILENAMEGRILLE = CampaignFilePath(editor.FichierAudio, "GPB");
-  WriteFields(editor, row);
+  WriteCampaign(editor, row);
   row.Update();
   editor.LblCode = row.Text("CODE");
   editor.BtnAjouterEnabled = false;

@@ -18,12 +18,6 @@ bool InStationFolder(const std::string& path) {
   return path.find_first_of("/\\") == std::string::npos;
 }
 
-std::string DecoupeText(const CampaignForm& form) {
-  std::string text = QuotedField(form.HDepPub) + "," + QuotedField(form.HFinPub);
-  for (const std::string& mark : form.DecoupagePub) text += "," + QuotedField(mark);
-  return text + "\r\n";
-}
-
 void TakeDecoupe(const std::vector<SideField>& fields, CampaignForm& form) {
   const auto take = [&](size_t at, std::string& to) {
     if (at < fields.size()) to = fields[at].text;
@@ -79,6 +73,12 @@ std::string CampaignProgram(const CampaignForm& form) {
                              form.OptPub[0] ? "True" : "False", form.GenreAssocie});
   for (std::string& line : lines) line = OneLine(line);
   return JoinLines(lines);
+}
+
+std::string DecoupeText(const CampaignForm& form) {
+  std::string text = QuotedField(form.HDepPub) + "," + QuotedField(form.HFinPub);
+  for (const std::string& mark : form.DecoupagePub) text += "," + QuotedField(mark);
+  return text + "\r\n";
 }
 
 void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form) {

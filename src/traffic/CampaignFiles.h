@@ -28,6 +28,8 @@ void RemoveCampaignFile(Station& station, const std::string& path);
 // spot or "False", genre; a line each.
 std::string CampaignProgram(const CampaignForm& form);
 
+std::string DecoupeText(const CampaignForm& form);  // of "Decoupe.Ini"
+
 // "Decoupe.Ini": hours and marks of the form, the template of the next campaign. A missing file
 // leaves them. Faults are logged.
 void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form);

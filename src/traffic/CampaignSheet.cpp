@@ -1,6 +1,7 @@
 #include "traffic/CampaignSheet.h"
 
 #include <exception>
+#include <utility>
 
 #include "settings/SideFiles.h"
 #include "station/SideFileText.h"
@@ -38,6 +39,12 @@ std::string Marks(const CampaignForm& form) {
 
 }  // namespace
 
+std::vector<std::string> GridLines(const TextGrid& grid) {
+  std::vector<std::string> lines;
+  for (int row = 0; row < grid.RowCount(); ++row) lines.push_back(GridLine(grid, row));
+  return lines;
+}
+
 std::vector<std::string> SheetLines(const CampaignForm& form) {
   std::vector<std::string> lines = {
       " FICHE " + form.LblCode + " - " + form.ChAnnonceur + "  1",  // the page number last
@@ -48,7 +55,7 @@ std::vector<std::string> SheetLines(const CampaignForm& form) {
       "Durée " + form.LblTemp + "  Ordre de passage " + form.ComboPriority,
       "Soit " + form.LblTotalMsg + " messages sur " + form.LblTotalJours,
       ""};
-  for (int row = 0; row < form.GPub.RowCount(); ++row) lines.push_back(GridLine(form.GPub, row));
+  for (std::string& line : GridLines(form.GPub)) lines.push_back(std::move(line));
   for (std::string& line : lines) line = OneLine(line);
   return lines;
 }
