@@ -41,7 +41,6 @@ class Desk : private EventSink {
     station.base.OpenAllTables();
     LoadMachineState(station);
     station.events.SetSink(this);
-    MnuHPubs(station, editor);
   }
   ~Desk() override { sim.station.events.SetSink(nullptr); }
 
@@ -242,6 +241,7 @@ void Add(Desk& desk, const CampaignOptions& options, std::ostream& out) {
   Station& station = desk.sim.station;
   const std::string path = StoredPathOf(options.file);
   const auto source = SoundFileOpener().Open(station.platform.soundFiles.Resolve(path));
+  MnuHPubs(station, desk.editor);
   BtnNew(station, desk.editor);
   const auto lengthMs = static_cast<int32_t>(FramesToMs(source->LengthFrames()));
   if (!CmdLoadFile(station, desk.editor, path, lengthMs)) desk.Refuse();

@@ -53,10 +53,14 @@ void WriteCampaignFile(Station& station, const std::string& path, std::string_vi
     station.platform.soundFiles.Write(path, EncodeSideFile(utf8));
 }
 
-bool CampaignFileExists(Station& station, const std::string& path) {
+bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,
+                        const std::string& path) {
   if (path.empty()) return false;
-  return InStationFolder(path) ? station.platform.stationFolder.Exists(path)
-                               : station.platform.soundFiles.Exists(path);
+  return InStationFolder(path) ? station.Exists(path) : soundFiles.Exists(path);
+}
+
+bool CampaignFileExists(Station& station, const std::string& path) {
+  return CampaignFileExists(station.platform.stationFolder, station.platform.soundFiles, path);
 }
 
 void RemoveCampaignFile(Station& station, const std::string& path) {

@@ -83,7 +83,7 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, int lockWait
     if (!CheckStructure(base, findings)) return;
     CheckSettings(base, findings);
     CheckModels(base, findings);
-    CheckElements(base, files, findings);
+    CheckElements(base, station, files, findings);
     CheckStoredLists(base, findings);
   } catch (const BaseError& error) {
     findings.Error("base", kBaseName, error.what());

@@ -27,6 +27,7 @@ void CheckStoredLists(const ReadOnlyBase& base, Findings& findings);
 bool IsClockTime(std::string_view text);  // "hh:mm"
 
 // Every record that names a sound file, with that file.
-void CheckElements(const ReadOnlyBase& base, const SoundFiles& files, Findings& findings);
+void CheckElements(const ReadOnlyBase& base, const Folder& station, const SoundFiles& files,
+                   Findings& findings);
 
 }  // namespace zemo
