@@ -8,7 +8,6 @@
 #include "app/StationPaths.h"
 #include "platform/real/decoders/LengthOnlyOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
-#include "platform/real/files/NoCaseNames.h"
 #include "settings/SideFiles.h"
 
 namespace zemo {
@@ -33,10 +32,7 @@ void OpenForQuestion(Station& station) {
 
 AskedStation::AskedStation(const std::string& station, const std::string& machine)
     : machine_(machine) {
-  if (!std::filesystem::is_directory(station))
-    throw std::runtime_error("there is no station folder " + station);
-  if (EntryNamed(station, "Triskin.MDB").empty())
-    throw std::runtime_error("there is no base Triskin.MDB in " + station);
+  RequireStation(station);
   folders_.station = temp_.MakeFolder("station");
   folders_.machine = temp_.MakeFolder("machine");
   folders_.changed = temp_.MakeFolder("changed") + "/";

@@ -197,6 +197,10 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
 
   CLI::App& settings = *app.add_subcommand("settings", "Show and change the settings");
   AddSettings(settings, line);
+  CLI::App& campaign =
+      *app.add_subcommand("campaign", "List, show, add or remove advertisers' campaigns");
+  const auto readCampaign = AddCampaignCommand(campaign, line.campaign, line.json,
+                                               [&](CLI::App& its) { AddFolders(its, line); });
 
   try {
     app.parse(argc, argv);
@@ -216,6 +220,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
       {&why, Command::kWhy},
       {&grid, Command::kGrid},
       {&settings, Command::kSettings},
+      {&campaign, Command::kCampaign},
       {models.exported, Command::kModelsExport},
       {models.listed, Command::kModelsList}};
   const CLI::App* chosen = &app;
@@ -225,6 +230,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
       line.command = command;
     }
   ReadTyped(line, typed, app, *chosen);
+  if (line.command == Command::kCampaign) readCampaign();
   return line;
 }
 

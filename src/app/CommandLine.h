@@ -7,12 +7,14 @@
 #include <stdexcept>
 #include <string>
 
+#include "app/CampaignOptions.h"
 #include "platform/Clock.h"
 
 namespace zemo {
 
 enum class Command {
-  kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kSettings, kModelsExport, kModelsList
+  kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kSettings, kCampaign,
+  kModelsExport, kModelsList
 };
 
 struct CommandLine {
@@ -37,6 +39,7 @@ struct CommandLine {
   std::string settingAction;         // of settings: "get", "set" or "list"
   std::string settingName, settingValue;
   bool json = false;
+  CampaignOptions campaign;
 };
 
 // Wrong usage; what() is one line.

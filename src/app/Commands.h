@@ -16,5 +16,6 @@ int RunGridCommand(const CommandLine& line);
 int RunModelsExport(const CommandLine& line);
 int RunModelsList(const CommandLine& line);
 int RunSettingsCommand(const CommandLine& line);
+int RunCampaignCommand(const CommandLine& line);
 
 }  // namespace zemo

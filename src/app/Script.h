@@ -1,5 +1,5 @@
-// A script of orders for a simulation: read and checked as a whole before anything runs. Which orders
-// there are, and with what arguments, stands in the one table of Script.cpp.
+// A script of orders for a simulation: read and checked as a whole before anything runs. Which
+// orders there are, and with what arguments, stands in the one table of Script.cpp.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +13,36 @@
 namespace zemo {
 
 enum class Order {
-  kStart, kStop, kNext, kKeyDown, kKeyUp, kMode, kRequest, kCompose, kLoad, kSave, kNew, kInsert,
-  kInsertExtract, kMove, kDelete, kRightClick, kBreak, kPreview, kLocal, kCheck, kContact, kJoystick,
-  kClipboard, kSql, kDrop, kRemove, kSet, kAnswer, kDump, kKill
+  kStart,
+  kStop,
+  kNext,
+  kKeyDown,
+  kKeyUp,
+  kMode,
+  kRequest,
+  kCompose,
+  kLoad,
+  kSave,
+  kNew,
+  kInsert,
+  kInsertExtract,
+  kMove,
+  kDelete,
+  kRightClick,
+  kBreak,
+  kPreview,
+  kLocal,
+  kCheck,
+  kContact,
+  kJoystick,
+  kClipboard,
+  kSql,
+  kDrop,
+  kRemove,
+  kSet,
+  kAnswer,
+  kDump,
+  kKill
 };
 
 std::string_view OrderWord(Order order);  // as it is written

@@ -37,4 +37,11 @@ std::string DefaultMachineFolder() {
   return UserFolder("XDG_CONFIG_HOME", "/.config");
 }
 
+void RequireStation(const std::string& folder) {
+  if (!std::filesystem::is_directory(folder))
+    throw std::runtime_error("there is no station folder " + folder);
+  if (EntryNamed(folder, kBaseName).empty())
+    throw std::runtime_error("there is no base Triskin.MDB in " + folder);
+}
+
 }  // namespace zemo

@@ -12,4 +12,7 @@ std::string DefaultStationFolder();
 // The user's configuration folder. Throws as above.
 std::string DefaultMachineFolder();
 
+// Throws std::runtime_error with one line where there is no such folder, or no base in it.
+void RequireStation(const std::string& folder);
+
 }  // namespace zemo

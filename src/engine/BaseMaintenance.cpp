@@ -1,12 +1,25 @@
 #include "engine/BaseMaintenance.h"
 
+#include <exception>
+
 #include "station/Station.h"
+#include "store/ShortWait.h"
+#include "traffic/CampaignImport.h"
 
 namespace zemo {
 
 // Every base is of the present structure yet, and none is handed over by another machine.
 void CheckStructures(Station&) {}
 void CompactageTriskin(Station&) {}
-void SurveilleNewBase(Station&) {}
+
+void SurveilleNewBase(Station& station) {
+  if (!station.base.IsOpen()) return;
+  const ShortWait shortWait(station.base);
+  try {
+    ImportExportPubs(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "SurveilleNewBase");
+  }
+}
 
 }  // namespace zemo

@@ -123,6 +123,12 @@ std::string PlannedTimeText(double msSinceMidnight) {
          TwoDigitsOf(seconds % 60);
 }
 
+int CharacterCount(std::string_view utf8) {
+  int count = 0;
+  for (const char byte : utf8) count += IsContinuation(byte) ? 0 : 1;
+  return count;
+}
+
 std::string FirstCharacters(std::string_view utf8, int n) {
   size_t end = 0;
   for (int count = 0; count < n && end < utf8.size(); ++count) {

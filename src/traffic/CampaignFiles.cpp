@@ -18,12 +18,6 @@ bool InStationFolder(const std::string& path) {
   return path.find_first_of("/\\") == std::string::npos;
 }
 
-std::string DecoupeText(const CampaignForm& form) {
-  std::string text = QuotedField(form.HDepPub) + "," + QuotedField(form.HFinPub);
-  for (const std::string& mark : form.DecoupagePub) text += "," + QuotedField(mark);
-  return text + "\r\n";
-}
-
 void TakeDecoupe(const std::vector<SideField>& fields, CampaignForm& form) {
   const auto take = [&](size_t at, std::string& to) {
     if (at < fields.size()) to = fields[at].text;
@@ -59,10 +53,14 @@ void WriteCampaignFile(Station& station, const std::string& path, std::string_vi
     station.platform.soundFiles.Write(path, EncodeSideFile(utf8));
 }
 
-bool CampaignFileExists(Station& station, const std::string& path) {
+bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,
+                        const std::string& path) {
   if (path.empty()) return false;
-  return InStationFolder(path) ? station.platform.stationFolder.Exists(path)
-                               : station.platform.soundFiles.Exists(path);
+  return InStationFolder(path) ? station.Exists(path) : soundFiles.Exists(path);
+}
+
+bool CampaignFileExists(Station& station, const std::string& path) {
+  return CampaignFileExists(station.platform.stationFolder, station.platform.soundFiles, path);
 }
 
 void RemoveCampaignFile(Station& station, const std::string& path) {
@@ -79,6 +77,12 @@ std::string CampaignProgram(const CampaignForm& form) {
                              form.OptPub[0] ? "True" : "False", form.GenreAssocie});
   for (std::string& line : lines) line = OneLine(line);
   return JoinLines(lines);
+}
+
+std::string DecoupeText(const CampaignForm& form) {
+  std::string text = QuotedField(form.HDepPub) + "," + QuotedField(form.HFinPub);
+  for (const std::string& mark : form.DecoupagePub) text += "," + QuotedField(mark);
+  return text + "\r\n";
 }
 
 void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form) {

@@ -9,6 +9,8 @@
 
 namespace zemo {
 
+class Folder;
+class SoundFiles;
 struct Station;
 struct CampaignForm;
 
@@ -21,12 +23,16 @@ std::string CampaignFilePath(std::string_view soundFile, std::string_view ending
 // for an empty path. Texts are UTF-8 here and side-file text on disk. Throw FileError.
 std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path);
 void WriteCampaignFile(Station& station, const std::string& path, std::string_view utf8);
+bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,
+                        const std::string& path);
 bool CampaignFileExists(Station& station, const std::string& path);
 void RemoveCampaignFile(Station& station, const std::string& path);
 
 // The "prg" export: dates, hours, the eight marks, advertiser, category, priority, "True" for a
 // spot or "False", genre; a line each.
 std::string CampaignProgram(const CampaignForm& form);
+
+std::string DecoupeText(const CampaignForm& form);  // of "Decoupe.Ini"
 
 // "Decoupe.Ini": hours and marks of the form, the template of the next campaign. A missing file
 // leaves them. Faults are logged.

@@ -30,10 +30,13 @@ constexpr std::array<GridWords, 4> kGridWords = {{{"Mois", "Jour", " jours"},
                                                   {"Mês", "Dia", " dias"},
                                                   {"Mes", "Día", " días"}}};
 
-GridWords WordsOf(Station& station) {
-  const int64_t langue = station.base.CnfInt(Cnf::kLangue);
+GridWords WordsOf(int64_t langue) {
   if (langue < 0 || langue >= static_cast<int64_t>(kGridWords.size())) return {};
   return kGridWords[static_cast<size_t>(langue)];
+}
+
+std::string DayLetter(int weekday) {
+  return std::string(1, kDayLetters[static_cast<size_t>(weekday - 1)]);
 }
 
 struct Date {
@@ -92,7 +95,7 @@ void YieldForRow(Station& station, RowYields yields) {
 
 // A row a mark and hour, marks in their order on the screen. The hours do not wrap: an end before
 // the start leaves the first hour alone.
-void AddMoments(Station& station, const CampaignForm& form, TextGrid& grid, RowYields yields) {
+void AddMoments(const CampaignForm& form, TextGrid& grid, const std::function<void()>& afterRow) {
   const int first = std::max(0, ValInt(form.HDepPub));
   const int last = std::max(first, ValInt(form.HFinPub));
   const auto width = static_cast<size_t>(GridColumns(grid));
@@ -103,7 +106,7 @@ void AddMoments(Station& station, const CampaignForm& form, TextGrid& grid, RowY
       TextGrid::Row row(width);
       row[0] = TwoDigits(hour) + ":" + MarkText(Trim(mark));
       grid.AddRow(std::move(row));
-      YieldForRow(station, yields);
+      afterRow();
     }
 }
 
@@ -125,26 +128,17 @@ void ReadCrosses(Station& station, CampaignForm& form, const std::vector<std::st
   }
 }
 
-std::string CrossesText(Station& station, const CampaignForm& form, RowYields yields) {
-  std::vector<std::string> lines;
-  const TextGrid grid = form.GPub;  // as it is now, whatever a yield lets happen
-  for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) {
-    for (int column = kFirstDayColumn; column < GridColumns(grid); ++column)
-      lines.push_back(grid.Cell(row, column));
-    YieldForRow(station, yields);
-  }
-  return JoinLines(lines);
+void BuildWeekly(CampaignForm& form, int64_t langue, const std::function<void()>& afterRow) {
+  form.LblTotalJours = std::to_string(kWeekDays) + WordsOf(langue).days;
+  TextGrid grid;
+  AddHeadings(grid, kWeekDays + 1);
+  for (int day = 1; day <= kWeekDays; ++day) grid.SetCell(2, day, DayLetter(day));
+  AddMoments(form, grid, afterRow);
+  form.GPub = std::move(grid);
 }
 
-}  // namespace
-
-int GridColumns(const TextGrid& grid) {
-  return grid.RowCount() == 0 ? 0 : static_cast<int>(grid.At(0).size());
-}
-
-void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields) {
-  if (form.LblDepartPub == kDailyCampaign) return PubJournaliere(station, form, yields);
-  const GridWords words = WordsOf(station);
+void BuildDated(CampaignForm& form, int64_t langue, const std::function<void()>& afterRow) {
+  const GridWords words = WordsOf(langue);
   const std::vector<Date> days = DaysOf(form);
   form.LblTotalJours = std::to_string(days.size()) + words.days;
   TextGrid grid;
@@ -159,20 +153,46 @@ void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields) {
     weekday = i == 0 ? JourSemaineCourant({day.year, day.month, day.day}) : weekday % kWeekDays + 1;
     grid.SetCell(0, column, TwoDigits(day.month));
     grid.SetCell(1, column, TwoDigits(day.day));
-    grid.SetCell(2, column, std::string(1, kDayLetters[static_cast<size_t>(weekday - 1)]));
+    grid.SetCell(2, column, DayLetter(weekday));
   }
-  AddMoments(station, form, grid, yields);
+  AddMoments(form, grid, afterRow);
   form.GPub = std::move(grid);
 }
 
+std::function<void()> AfterRow(Station& station, RowYields yields) {
+  return [&station, yields] { YieldForRow(station, yields); };
+}
+
+}  // namespace
+
+int GridColumns(const TextGrid& grid) {
+  return grid.RowCount() == 0 ? 0 : static_cast<int>(grid.At(0).size());
+}
+
+void BuildCampaignGrid(CampaignForm& form, int64_t langue, const std::function<void()>& afterRow) {
+  if (form.LblDepartPub == kDailyCampaign)
+    BuildWeekly(form, langue, afterRow);
+  else
+    BuildDated(form, langue, afterRow);
+}
+
+void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields) {
+  BuildCampaignGrid(form, station.base.CnfInt(Cnf::kLangue), AfterRow(station, yields));
+}
+
 void PubJournaliere(Station& station, CampaignForm& form, RowYields yields) {
-  form.LblTotalJours = std::to_string(kWeekDays) + WordsOf(station).days;
-  TextGrid grid;
-  AddHeadings(grid, kWeekDays + 1);
-  for (int day = 1; day <= kWeekDays; ++day)
-    grid.SetCell(2, day, std::string(1, kDayLetters[static_cast<size_t>(day - 1)]));
-  AddMoments(station, form, grid, yields);
-  form.GPub = std::move(grid);
+  BuildWeekly(form, station.base.CnfInt(Cnf::kLangue), AfterRow(station, yields));
+}
+
+std::string GridFileText(const TextGrid& grid, const std::function<void()>& afterRow) {
+  std::vector<std::string> lines;
+  const TextGrid asItIs = grid;  // whatever happens between two rows
+  for (int row = kFirstMomentRow; row < asItIs.RowCount(); ++row) {
+    for (int column = kFirstDayColumn; column < GridColumns(asItIs); ++column)
+      lines.push_back(asItIs.Cell(row, column));
+    afterRow();
+  }
+  return JoinLines(lines);
 }
 
 bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
@@ -180,7 +200,7 @@ bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
   bool done = true;
   try {
     if (IsSave(action)) {
-      WriteCampaignFile(station, path, CrossesText(station, form, yields));
+      WriteCampaignFile(station, path, GridFileText(form.GPub, AfterRow(station, yields)));
     } else if (IsLoad(action)) {
       const auto text = ReadCampaignFile(station, path);
       ReadCrosses(station, form, SplitLines(text.value_or(std::string())), yields);
@@ -228,6 +248,24 @@ void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& fo
   form.GenreAssocie = grillePub.Text("GENREASSOCIE");
   CmdInitGrille(station, form, yields);
   LSGrillePub(station, form, "Load", form.FILENAMEGRILLE, yields);
+}
+
+void WriteCampaign(const CampaignForm& form, Recordset& grillePub) {
+  grillePub.Set("CAMPAGNEDEPART", form.LblDepartPub);
+  grillePub.Set("CAMPAGNEFIN", form.LblFinPub);
+  grillePub.Set("HDEPART", form.HDepPub);
+  grillePub.Set("HFIN", form.HFinPub);
+  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
+    grillePub.Set("DECOUPEH" + std::to_string(i + 1), form.DecoupagePub[i]);
+  grillePub.Set("FILENAMEAUDIO", form.FichierAudio);
+  grillePub.Set("DUREE", int64_t{ValInt(form.Longeur)});
+  grillePub.Set("ANNONCEUR", form.ChAnnonceur);
+  grillePub.Set("CATEGORIE", form.Categorie);
+  grillePub.Set("FILENAMEGRILLE", form.FILENAMEGRILLE);
+  grillePub.Set("PRIORITY", int64_t{ValInt(form.ComboPriority)});
+  grillePub.Set("CONTACT", form.ChContact);
+  grillePub.Set("PUB", int64_t{form.OptPub[0] ? -1 : 0});
+  grillePub.Set("GENREASSOCIE", form.GenreAssocie);
 }
 
 std::string TurnedDate(std::string_view ddmmyyyy) {

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -52,6 +54,8 @@ int GridColumns(const TextGrid& grid);
 void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
 // The weekly grid, whatever the dates.
 void PubJournaliere(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
+// CmdInitGrille without a station, in the language `langue`; calls `afterRow` for each moment.
+void BuildCampaignGrid(CampaignForm& form, int64_t langue, const std::function<void()>& afterRow);
 
 // "Save" writes the crosses of GPub to the grid file, "Load" reads them; the case of the word does
 // not matter. The file holds no shape: a line a cell, row by row, "X" or nothing. A missing file
@@ -59,6 +63,9 @@ void PubJournaliere(Station& station, CampaignForm& form, RowYields yields = Row
 // is logged.
 bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
                  const std::string& path, RowYields yields = RowYields::kEach);
+
+// What the grid file of these crosses holds.
+std::string GridFileText(const TextGrid& grid, const std::function<void()>& afterRow);
 
 // The crosses of the whole grid: messages, in spite of the name.
 int CalculNbJourActif(const CampaignForm& form);
@@ -69,6 +76,9 @@ int CrossesInColumn(const TextGrid& grid, int column);
 // StoreError.
 void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
                   RowYields yields = RowYields::kEach);
+
+// The fields of the form to the row in edit. Throws StoreError.
+void WriteCampaign(const CampaignForm& form, Recordset& grillePub);
 
 // A date of a campaign as "yyyymmdd" for comparing as text: characters 7 to 10, 4 and 5, 1 and 2,
 // whatever they are ("JOURNALIER" gives "LIERRNJO", which sorts behind every date).

@@ -99,7 +99,7 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, const CheckO
     CheckModels(base, findings);
     CheckLibrary(base, now, findings);
     CheckTitles(base, findings);
-    CheckElements(base, files, findings);
+    CheckElements(base, station, files, findings);
     CheckStoredLists(base, findings);
     CheckDays(base, options, now, findings);
   } catch (const BaseError& error) {

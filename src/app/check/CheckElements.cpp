@@ -6,6 +6,7 @@
 #include "app/check/CheckParts.h"
 #include "app/check/SoundFileCheck.h"
 #include "station/TextForms.h"
+#include "traffic/CampaignFiles.h"
 
 namespace zemo {
 namespace {
@@ -90,7 +91,8 @@ void CheckPips(const ReadOnlyBase& base, ElementCheck& check, Findings& findings
 
 }  // namespace
 
-void CheckElements(const ReadOnlyBase& base, const SoundFiles& files, Findings& findings) {
+void CheckElements(const ReadOnlyBase& base, const Folder& station, const SoundFiles& files,
+                   Findings& findings) {
   ElementCheck check(files, findings);
   for (const ElementTable& table : kTables) {
     base.Query(table.query, [&](const ReadOnlyBase::Row& row) {
@@ -105,7 +107,7 @@ void CheckElements(const ReadOnlyBase& base, const SoundFiles& files, Findings& 
   }
   base.Query("SELECT CODE, ANNONCEUR, FILENAMEGRILLE FROM GrillePub ORDER BY CODE",
              [&](const ReadOnlyBase::Row& row) {
-               if (files.Exists(AsText(row[2]))) return;
+               if (CampaignFileExists(station, files, AsText(row[2]))) return;
                findings.Warning("campaign", AsText(row[0]) + " " + AsText(row[1]),
                                 "has no grid file and is never on air: " + AsText(row[2]));
              });

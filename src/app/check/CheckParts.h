@@ -33,6 +33,7 @@ void CheckTitles(const ReadOnlyBase& base, Findings& findings);
 void CheckBreaks(const CheckOptions& options, const LocalDateTime& now, Findings& findings);
 
 // Every record that names a sound file, with that file.
-void CheckElements(const ReadOnlyBase& base, const SoundFiles& files, Findings& findings);
+void CheckElements(const ReadOnlyBase& base, const Folder& station, const SoundFiles& files,
+                   Findings& findings);
 
 }  // namespace zemo

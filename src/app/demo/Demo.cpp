@@ -17,11 +17,15 @@
 #include "app/demo/DemoBase.h"
 #include "app/demo/DemoCatalogue.h"
 #include "app/demo/DemoSideFiles.h"
+#include "platform/real/desktop/RealClock.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/WholeFiles.h"
+#include "settings/SideFiles.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
 #include "store/StoreError.h"
+#include "traffic/CampaignFiles.h"
+#include "traffic/CampaignGrid.h"
 
 namespace zemo {
 namespace {
@@ -158,31 +162,33 @@ int64_t LengthMs(const Job& job) {
   return (job.frames * 1000 + kDemoRate / 2) / kDemoRate;
 }
 
-void MakeBase(const LocalFolder& station, const std::vector<Job>& jobs) {
-  std::vector<MadeTitle> titles;
+std::vector<MadeShort> MadeShorts(const std::vector<Job>& jobs) {
   std::vector<MadeShort> shorts;
-  for (const Job& job : jobs) {
-    if (job.title) {
+  for (const Job& job : jobs)
+    if (job.element) shorts.push_back({job.element, job.path, LengthMs(job)});
+  return shorts;
+}
+
+void MakeBase(const LocalFolder& station, const std::vector<Job>& jobs, int year) {
+  std::vector<MadeTitle> titles;
+  for (const Job& job : jobs)
+    if (job.title)
       titles.push_back(
           {job.title, job.path, LengthMs(job), job.made.introSec, job.made.exitPointMs});
-    } else {
-      shorts.push_back({job.element, job.path, LengthMs(job)});
-    }
-  }
   const std::string part = station.Path() + kPartName;
   RemoveFile(part);
   RemoveFile(part + "-journal");
-  MakeDemoBase(part, titles, shorts);
+  MakeDemoBase(part, titles, MadeShorts(jobs), year);
 }
 
-void WriteSideFiles(LocalFolder& station, const std::vector<Job>& jobs) {
+void WriteSideFiles(LocalFolder& station, const std::vector<Job>& jobs, int year) {
   for (const SideFile& file : DemoSideFiles()) station.Write(file.name, file.bytes);
   int priority = 0;
-  for (const Job& job : jobs) {
-    if (!job.element || job.element->category[0] == '\0') continue;
-    const std::string stem = job.path.substr(0, job.path.rfind('.') + 1);
-    ReplaceWholeFile(stem + "GPB", CampaignGrid(TimesOf(*job.element)));
-    ReplaceWholeFile(stem + "prg", CampaignProgram(*job.element, priority += 10));
+  for (const MadeShort& made : MadeShorts(jobs)) {
+    if (made.element->category[0] == '\0') continue;
+    const CampaignForm campaign = DemoCampaign(made, priority += 10, year);
+    ReplaceWholeFile(campaign.FILENAMEGRILLE, EncodeSideFile(GridFileText(campaign.GPub, [] {})));
+    ReplaceWholeFile(SideFilePath(made.path, "prg"), EncodeSideFile(CampaignProgram(campaign)));
   }
 }
 
@@ -214,8 +220,9 @@ void MakeStation(const std::string& dir, const DemoSize& size,
     progress(std::to_string(count) + " of " + std::to_string(jobs.size()) + ": " + job.Label() +
              " (" + FormatDuration(LengthMs(job)) + ")");
   });
-  WriteSideFiles(station, jobs);
-  MakeBase(station, jobs);
+  const int year = RealClock().LocalNow().year;  // of the dated campaigns
+  WriteSideFiles(station, jobs, year);
+  MakeBase(station, jobs, year);
   station.Rename(kPartName, kBaseName);
 }
 

@@ -4,7 +4,9 @@
 #include <algorithm>
 
 #include "app/demo/Demo.h"
+#include "settings/SideFiles.h"
 #include "station/TextForms.h"
+#include "station/TimeForms.h"
 #include "store/StationBase.h"
 #include "store/StoreError.h"
 
@@ -79,24 +81,9 @@ void AddOther(Recordset& table, const MadeShort& made, int key) {
   table.Update();
 }
 
-void AddCampaign(Recordset& table, const MadeShort& made, int priority) {
-  const CampaignTimes times = TimesOf(*made.element);
+void AddCampaign(Recordset& table, const CampaignForm& campaign) {
   table.AddNew();
-  table.Set("CAMPAGNEDEPART", "JOURNALIER");
-  table.Set("CAMPAGNEFIN", "JOURNALIER");
-  table.Set("HDEPART", TwoDigits(times.firstHour));
-  table.Set("HFIN", TwoDigits(times.lastHour));
-  for (size_t i = 0; i < 8; ++i) {
-    table.Set("DECOUPEH" + std::to_string(i + 1), i < times.marks.size() ? times.marks[i] : "");
-  }
-  table.Set("FILENAMEAUDIO", made.path);
-  table.Set("DUREE", made.lengthMs);
-  table.Set("ANNONCEUR", made.element->label);
-  table.Set("CATEGORIE", made.element->category);
-  table.Set("FILENAMEGRILLE", made.path.substr(0, made.path.rfind('.') + 1) + "GPB");
-  table.Set("PRIORITY", int64_t{priority});
-  table.Set("CONTACT", "");
-  table.Set("PUB", int64_t{made.element->kind == ShortKind::kSpot ? -1 : 0});
+  WriteCampaign(campaign, table);
   table.Update();
 }
 
@@ -110,7 +97,7 @@ void SetPips(Recordset& table, const std::string& path) {
   }
 }
 
-void AddShorts(TableCursors& tables, const std::vector<MadeShort>& shorts) {
+void AddShorts(TableCursors& tables, const std::vector<MadeShort>& shorts, int year) {
   int key = 0, priority = 0;
   for (const MadeShort& made : shorts) {
     switch (made.element->kind) {
@@ -123,7 +110,7 @@ void AddShorts(TableCursors& tables, const std::vector<MadeShort>& shorts) {
         break;
       case ShortKind::kSpot:
       case ShortKind::kNews:
-        AddCampaign(*tables.GrillePub, made, priority += 10);
+        AddCampaign(*tables.GrillePub, DemoCampaign(made, priority += 10, year));
         break;
       case ShortKind::kPip:
         SetPips(*tables.Toph, made.path);
@@ -217,13 +204,34 @@ void AddStoredList(TableCursors& tables) {
 
 }  // namespace
 
-CampaignTimes TimesOf(const DemoShort& campaign) {
-  if (campaign.kind == ShortKind::kNews) return {6, 21, {"30"}};
-  return {7, 20, {"15", "45"}};
+CampaignForm DemoCampaign(const MadeShort& made, int priority, int year) {
+  const bool news = made.element->kind == ShortKind::kNews;
+  CampaignForm form;
+  form.LblDepartPub = form.LblFinPub = kDailyCampaign;
+  if (!news && priority / 10 % 2 == 0) {
+    form.LblDepartPub = DateText({year, 1, 1});
+    form.LblFinPub = DateText({year, 12, 31});
+  }
+  form.HDepPub = news ? "06" : "07";
+  form.HFinPub = news ? "21" : "20";
+  form.DecoupagePub[0] = news ? "30" : "15";
+  if (!news) form.DecoupagePub[1] = "45";
+  form.FichierAudio = made.path;
+  form.Longeur = std::to_string(made.lengthMs);
+  form.ChAnnonceur = made.element->label;
+  form.Categorie = made.element->category;
+  form.FILENAMEGRILLE = SideFilePath(made.path, "GPB");
+  form.ComboPriority = std::to_string(priority);
+  form.OptPub = {!news, news};
+  BuildCampaignGrid(form, 0, [] {});
+  for (int row = kFirstMomentRow; row < form.GPub.RowCount(); ++row)
+    for (int column = kFirstDayColumn; column < GridColumns(form.GPub); ++column)
+      form.GPub.SetCell(row, column, std::string(kCross));
+  return form;
 }
 
 void MakeDemoBase(const std::string& path, const std::vector<MadeTitle>& titles,
-                  const std::vector<MadeShort>& shorts) {
+                  const std::vector<MadeShort>& shorts, int year) {
   StationBase base(path);
   base.OpenOrCreateDatabase();
   base.CreateMissingTables([](const std::string& table, int number, const std::string& text) {
@@ -234,7 +242,7 @@ void MakeDemoBase(const std::string& path, const std::vector<MadeTitle>& titles,
   TableCursors& tables = base.Tables();
   Transaction transaction(base.Db());
   AddTitles(*tables.Discotheque, titles);
-  AddShorts(tables, shorts);
+  AddShorts(tables, shorts, year);
   AddModels(*tables.Models);
   SetSettings(*tables.Cnf, shorts);
   AddStoredList(tables);

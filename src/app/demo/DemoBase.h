@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/demo/DemoCatalogue.h"
+#include "traffic/CampaignGrid.h"
 
 namespace zemo {
 
@@ -23,16 +24,12 @@ struct MadeShort {
   int64_t lengthMs = 0;
 };
 
-// The hours and minutes at which campaigns are on air, every day.
-struct CampaignTimes {
-  int firstHour = 0;
-  int lastHour = 23;
-  std::vector<std::string> marks;  // of the hour, two digits
-};
-CampaignTimes TimesOf(const DemoShort& campaign);
+// The campaign of a spot or a news element, all of whose moments are crossed: every other spot for
+// the days of the year `year`, the rest every week.
+CampaignForm DemoCampaign(const MadeShort& made, int priority, int year);
 
 // Creates the base at `path` (no such file yet) and closes it again. Throws StoreError.
 void MakeDemoBase(const std::string& path, const std::vector<MadeTitle>& titles,
-                  const std::vector<MadeShort>& shorts);
+                  const std::vector<MadeShort>& shorts, int year);
 
 }  // namespace zemo

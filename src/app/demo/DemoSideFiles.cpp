@@ -1,10 +1,11 @@
-// Lists as lines of capitals, field files, and the campaigns' own files.
+// Lists as lines of capitals, and field files.
 #include "app/demo/DemoSideFiles.h"
 
 #include <algorithm>
 
 #include "station/SideFileText.h"
-#include "station/TextForms.h"
+#include "traffic/CampaignFiles.h"
+#include "traffic/CampaignGrid.h"
 
 namespace zemo {
 namespace {
@@ -27,11 +28,12 @@ std::vector<std::string> Categories() {
 
 // The template of the next campaign: hours, then the eight marks.
 std::string DivisionTemplate() {
-  std::vector<std::string> fields = {"07", "20", "15", "45"};
-  fields.resize(10);
-  std::vector<std::string> lines;
-  for (const std::string& field : fields) lines.push_back(QuotedField(field));
-  return Lines(lines);
+  CampaignForm form;
+  form.HDepPub = "07";
+  form.HFinPub = "20";
+  form.DecoupagePub[0] = "15";
+  form.DecoupagePub[1] = "45";
+  return EncodeSideFile(DecoupeText(form));
 }
 
 // A weekday's model as the editor keeps it: a line a genre, its hours behind tabs, totals last.
@@ -80,21 +82,6 @@ std::vector<SideFile> DemoSideFiles() {
   for (int day = 1; day <= 7; ++day)
     files.push_back({std::string(days[day - 1]) + ".Txt", ModelFile(day)});
   return files;
-}
-
-std::string CampaignGrid(const CampaignTimes& times) {
-  const auto rows = static_cast<size_t>(times.lastHour - times.firstHour + 1) * times.marks.size();
-  return Lines(std::vector<std::string>(rows * 7, "X"));
-}
-
-std::string CampaignProgram(const DemoShort& campaign, int priority) {
-  const CampaignTimes times = TimesOf(campaign);
-  std::vector<std::string> lines = {"JOURNALIER", "JOURNALIER", TwoDigits(times.firstHour),
-                                    TwoDigits(times.lastHour)};
-  for (size_t i = 0; i < 8; ++i) lines.push_back(i < times.marks.size() ? times.marks[i] : "");
-  lines.insert(lines.end(), {campaign.label, campaign.category, std::to_string(priority),
-                             campaign.kind == ShortKind::kSpot ? "True" : "False", ""});
-  return Lines(lines);
 }
 
 }  // namespace zemo

@@ -1,10 +1,10 @@
-// The side files of the demo station: its lists, and the grids beside the campaigns' sound files.
+// The side files in the folder of the demo station.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "app/demo/DemoBase.h"
+#include "app/demo/DemoCatalogue.h"
 
 namespace zemo {
 
@@ -14,10 +14,5 @@ struct SideFile {
   std::string bytes;
 };
 std::vector<SideFile> DemoSideFiles();
-
-// The grid of a campaign, all of whose moments are crossed on all seven days.
-std::string CampaignGrid(const CampaignTimes& times);
-// The outside export of a campaign.
-std::string CampaignProgram(const DemoShort& campaign, int priority);
 
 }  // namespace zemo

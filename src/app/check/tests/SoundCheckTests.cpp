@@ -157,6 +157,20 @@ TEST_F(SoundCheck, ACampaignWithoutItsGridIsAWarning) {
                            Path("Pubs/Librairie Onze.GPB") + " (warning)"});
 }
 
+TEST_F(SoundCheck, AGridFileOfABareNameStandsInTheStationsFolder) {
+  Sql("UPDATE GrillePub SET FILENAMEGRILLE = 'GPB' WHERE CODE = 3");
+  EXPECT_EQ(Found(), Lines{"campaign: 3 Librairie Onze: has no grid file and is never on air: GPB "
+                           "(warning)"});
+  folder_.Put("station/GPB", "X\r\n");
+  EXPECT_EQ(Found(), Lines{});
+}
+
+TEST_F(SoundCheck, ACampaignOfEmptyFieldsIsNamed) {
+  Sql("INSERT INTO GrillePub (FILENAMEAUDIO, ANNONCEUR, FILENAMEGRILLE) VALUES ('', '', '')");
+  EXPECT_EQ(Found(), (Lines{"campaign: 7 : names no sound file",
+                            "campaign: 7 : has no grid file and is never on air:  (warning)"}));
+}
+
 TEST_F(SoundCheck, PathsFromElsewhereGoThroughTheMachinesMap) {
   Sql("UPDATE Discotheque SET FILENAME = 'D:\\Radio\\musique\\TRIO DU PHARE - aube claire.MP3' "
       "WHERE CODE = 1");

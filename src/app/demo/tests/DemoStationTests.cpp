@@ -13,6 +13,7 @@
 #include "app/Commands.h"
 #include "app/check/Check.h"
 #include "app/demo/Demo.h"
+#include "platform/real/desktop/RealClock.h"
 #include "platform/real/files/tests/TemporaryFolder.h"
 
 namespace zemo {
@@ -90,6 +91,34 @@ TEST(DemoStation, CampaignGridsHaveTheShapeOfTheirRecords) {
   EXPECT_EQ(folder.Get("station/Rubriques/Flash infos.prg"),
             "JOURNALIER\r\nJOURNALIER\r\n06\r\n21\r\n30\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\n"
             "Flash infos\r\nINFORMATIONS\r\n50\r\nFalse\r\n\r\n");
+  // Every other spot runs over the days of the year of making: 28 moments of 365 or 366 days.
+  const std::string base = folder / "station/Triskin.MDB";
+  EXPECT_EQ(Number(base,
+                   "SELECT COUNT(*) FROM GrillePub WHERE CAMPAGNEDEPART LIKE '01/01/%' AND "
+                   "CAMPAGNEFIN LIKE '31/12/%' AND PUB <> 0"),
+            2);
+  const int64_t year = Number(base, "SELECT substr(CAMPAGNEFIN, 7) FROM GrillePub WHERE CODE = 2");
+  const size_t days = year % 4 == 0 ? 366 : 365;
+  EXPECT_EQ(folder.Get("station/Pubs/Boulangerie du Port.GPB").size(), 14 * 2 * days * 3U);
+}
+
+// Spots at 15 and 45 from 7 to 20 h, news at 30 from 6 to 21 h; four spots and two news a break.
+TEST(DemoStation, HasBreaksInEveryHourOfTheDay) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(Make(folder / "station"), "(no error)");
+  CommandLine line;
+  line.command = Command::kSimulate;
+  line.station = folder / "station";
+  line.from = RealClock().LocalNow();
+  line.from->hour = 12;
+  line.noStart = true;
+  line.forMs = 1000;
+  line.trace = folder / "trace";
+  ASSERT_EQ(RunSimulate(line), 0);
+  const std::string trace = folder.Get("trace");
+  EXPECT_NE(trace.find("\"event\":\"grid\",\"rows\":44,\"spots\":112,\"news\":32"),
+            std::string::npos)
+      << trace;
 }
 
 TEST(DemoStation, ListsAreLinesInCapitals) {

@@ -1,0 +1,289 @@
+// `zemoradio campaign`: lists and shows a station's campaigns, adds one with its grid and removes
+// one, through the campaign editor and so by its rules.
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+#include "app/SimStation.h"
+#include "app/StationPaths.h"
+#include "platform/real/decoders/LengthOnlyOpener.h"
+#include "platform/real/decoders/SoundFileOpener.h"
+#include "platform/real/desktop/RealClock.h"
+#include "settings/SideFiles.h"
+#include "station/SideFileText.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "traffic/CampaignEditor.h"
+#include "traffic/CampaignFiles.h"
+#include "traffic/CampaignMarking.h"
+#include "traffic/CampaignSheet.h"
+
+namespace zemo {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// The editor on a station's own base. What the editor tells its operator last is why it refused.
+class Desk : private EventSink {
+ public:
+  Desk(const std::string& stationFolder, const std::string& machineFolder)
+      : sim({stationFolder, machineFolder, {}, {}}, RealClock().LocalNow(),
+            std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>())) {
+    Station& station = sim.station;
+    SetSideFileNames(station);
+    station.base.OpenOrCreateDatabase();
+    station.base.OpenAllTables();
+    LoadMachineState(station);
+    station.events.SetSink(this);
+  }
+  ~Desk() override { sim.station.events.SetSink(nullptr); }
+
+  [[noreturn]] void Refuse() const {
+    throw std::runtime_error(reason_.empty() ? "the campaign could not be saved" : reason_);
+  }
+
+  SimStation sim;
+  CampaignEditor editor;
+
+ private:
+  void OnEvent(const Event& event) override {
+    for (const auto& [name, value] : event.members)
+      if (name == "text") reason_ = OneLine(std::get<std::string>(value));
+  }
+  std::string reason_;
+};
+
+// A program on air composes its grid again when it sees the signal.
+void TellStationOnAir(Station& station) {
+  const auto onAir = station.platform.stationFolder.Read(station.files.ZemoOnOff);
+  if (onAir && onAir->substr(0, 1) == "1") WriteMajGrillePub(station);
+}
+
+const char* KindWord(const CampaignForm& form) {
+  return form.OptPub[0] ? "spot" : "news";
+}
+
+// The record by the names of its fields.
+Json RecordJson(const CampaignForm& form) {
+  Json json = {{"CODE", ValInt(form.LblCode)},
+               {"CAMPAGNEDEPART", form.LblDepartPub},
+               {"CAMPAGNEFIN", form.LblFinPub},
+               {"HDEPART", form.HDepPub},
+               {"HFIN", form.HFinPub}};
+  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
+    json["DECOUPEH" + std::to_string(i + 1)] = form.DecoupagePub[i];
+  json.update({{"FILENAMEAUDIO", form.FichierAudio},
+               {"DUREE", ValInt(form.Longeur)},
+               {"ANNONCEUR", form.ChAnnonceur},
+               {"CATEGORIE", form.Categorie},
+               {"FILENAMEGRILLE", form.FILENAMEGRILLE},
+               {"PRIORITY", ValInt(form.ComboPriority)},
+               {"CONTACT", form.ChContact},
+               {"PUB", form.OptPub[0]},
+               {"GENREASSOCIE", form.GenreAssocie}});
+  return json;
+}
+
+std::string JsonText(const Json& json) {
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+void List(Desk& desk, bool asJson, std::ostream& out) {
+  Station& station = desk.sim.station;
+  Json array = Json::array();
+  Recordset& table = *station.base.Tables().GrillePub;
+  table.SetIndex("PRIORITY");
+  for (table.MoveFirst(); !table.Eof(); table.MoveNext()) {
+    CampaignForm form;
+    LoadCampaign(station, table, form);
+    if (asJson) {
+      array.push_back(RecordJson(form));
+      array.back()["messages"] = CalculNbJourActif(form);
+      continue;
+    }
+    out << form.LblCode << "  " << form.ChAnnonceur << "  " << KindWord(form) << "  "
+        << form.LblDepartPub << "  " << form.LblFinPub << "  priority " << form.ComboPriority
+        << "  " << form.LblTotalMsg << " messages  " << form.FichierAudio << "\n";
+  }
+  if (asJson) out << JsonText(array) << "\n";
+}
+
+void Find(Desk& desk, int32_t code) {
+  if (!LoadFicheOfCode(desk.sim.station, desk.editor, code))
+    throw std::runtime_error("there is no campaign " + std::to_string(code));
+}
+
+void Show(Desk& desk, const CommandLine& line, std::ostream& out) {
+  Find(desk, line.campaign.code);
+  const CampaignForm& form = desk.editor;
+  if (line.json) {
+    Json json = RecordJson(form);
+    json["messages"] = CalculNbJourActif(form);
+    json["grid"] = Json::array();
+    for (int row = 0; row < form.GPub.RowCount(); ++row) json["grid"].push_back(form.GPub.At(row));
+    out << JsonText(json) << "\n";
+    return;
+  }
+  const Json record = RecordJson(form);
+  for (const auto& [name, value] : record.items())
+    if (const std::string text = value.is_string() ? value.get<std::string>() : value.dump();
+        !text.empty())
+      out << name << "  " << text << "\n";
+  out << "messages  " << form.LblTotalMsg << "\n";
+  for (const std::string& row : GridLines(form.GPub)) out << row << "\n";
+}
+
+// What belongs to the command's columns: 0 Monday to 6 of a grid's column.
+int WeekdayOf(const CampaignOptions& options, int column) {
+  if (options.Weekly()) return column - 1;
+  const std::string key = DateKeyOfText(options.from);
+  const int first = JourSemaineCourant(
+      {ValInt(key.substr(0, 4)), ValInt(key.substr(4, 2)), ValInt(key.substr(6, 2))});
+  return (first - 1 + column - 1) % 7;
+}
+
+void Mark(Desk& desk, GridPlace place) {
+  if (desk.editor.GPub.Cell(place.row, place.column) == kCross) return;
+  GPubMouseUp(desk.sim.station, desk.editor, MouseButton::kLeft, false, false, place);
+}
+
+void MarkPattern(Desk& desk, const CampaignOptions& options, const CrossPattern& pattern) {
+  const TextGrid& grid = desk.editor.GPub;
+  for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) {
+    const auto hour = static_cast<size_t>(ValInt(grid.Cell(row, 0).substr(0, 2)));
+    if (hour >= pattern.hours.size() || !pattern.hours[hour]) continue;
+    for (int column = kFirstDayColumn; column < GridColumns(grid); ++column)
+      if (pattern.weekdays[static_cast<size_t>(WeekdayOf(options, column))])
+        Mark(desk, {row, column});
+  }
+}
+
+int ColumnOf(const CampaignOptions& options, const SingleCross& cross) {
+  if (options.Weekly()) return cross.weekday;
+  const auto serial = [](const std::string& date) {
+    const std::string key = DateKeyOfText(date);
+    return DaySerial(ValInt(key.substr(0, 4)), ValInt(key.substr(4, 2)), ValInt(key.substr(6, 2)));
+  };
+  return static_cast<int>(serial(cross.day) - serial(options.from)) + kFirstDayColumn;
+}
+
+void MarkCross(Desk& desk, const CampaignOptions& options, const SingleCross& cross) {
+  const TextGrid& grid = desk.editor.GPub;
+  const int column = ColumnOf(options, cross);
+  for (int row = kFirstMomentRow; row < grid.RowCount(); ++row)
+    if (grid.Cell(row, 0) == cross.moment && column >= kFirstDayColumn &&
+        column < GridColumns(grid))
+      return Mark(desk, {row, column});
+  throw std::runtime_error("--cross: the campaign has no moment " + cross.moment +
+                           (options.Weekly() ? "" : " on " + cross.day));
+}
+
+void FillRecord(CampaignEditor& editor, const CampaignOptions& options) {
+  if (!options.advertiser.empty()) editor.ChAnnonceur = options.advertiser;
+  editor.Categorie = UpperLatin(options.category);
+  editor.ChContact = options.contact;
+  editor.GenreAssocie = options.genre;
+  editor.ComboPriority = std::to_string(options.priority);
+  editor.OptPub = {!options.news, options.news};
+  if (options.hours) {
+    editor.HDepPub = TwoDigits(options.hours->first);
+    editor.HFinPub = TwoDigits(options.hours->second);
+  }
+  if (options.marks) {
+    editor.DecoupagePub = {};
+    for (size_t i = 0; i < options.marks->size(); ++i)
+      editor.DecoupagePub[i] = TwoDigits((*options.marks)[i]);
+  }
+}
+
+void BuildGrid(Desk& desk, const CampaignOptions& options) {
+  Station& station = desk.sim.station;
+  if (options.Weekly()) {
+    LblDepartPubRightClick(station, desk.editor);
+  } else {
+    CalendarPick(station, desk.editor, 1, options.from);
+    CalendarPick(station, desk.editor, 2, options.to);
+  }
+  if (desk.editor.GPub.RowCount() <= kFirstMomentRow)
+    throw std::runtime_error("the station has no template of hours and marks yet: --marks");
+  for (const CrossPattern& pattern : options.patterns) MarkPattern(desk, options, pattern);
+  for (const SingleCross& cross : options.crosses) MarkCross(desk, options, cross);
+}
+
+// A category that the list lacks joins it.
+void KeepCategory(Desk& desk) {
+  const auto& list = desk.editor.CategorieList;
+  const std::string& category = desk.editor.Categorie;
+  if (category.empty() || std::find(list.begin(), list.end(), category) != list.end()) return;
+  desk.sim.messages.AnswerNext(Answer::kYes);
+  CategorieEnter(desk.sim.station, desk.editor);
+}
+
+// A path of this system becomes absolute; one of another system stays as the path map knows it.
+std::string StoredPathOf(const std::string& file) {
+  const bool foreign = file.find('\\') != std::string::npos || file.substr(1, 1) == ":";
+  if (foreign) return file;
+  return std::filesystem::weakly_canonical(std::filesystem::absolute(file)).string();
+}
+
+int64_t Newest(Station& station) {
+  const auto rows = station.base.Db().OpenRecordset("SELECT MAX(CODE) FROM GrillePub");
+  return AsInt(rows->Field(0));
+}
+
+void Add(Desk& desk, const CampaignOptions& options, std::ostream& out) {
+  Station& station = desk.sim.station;
+  const std::string path = StoredPathOf(options.file);
+  const auto source = SoundFileOpener().Open(station.platform.soundFiles.Resolve(path));
+  MnuHPubs(station, desk.editor);
+  BtnNew(station, desk.editor);
+  const auto lengthMs = static_cast<int32_t>(FramesToMs(source->LengthFrames()));
+  if (!CmdLoadFile(station, desk.editor, path, lengthMs)) desk.Refuse();
+  FillRecord(desk.editor, options);
+  BuildGrid(desk, options);
+  KeepCategory(desk);
+  if (!BtnAjouter(station, desk.editor)) desk.Refuse();
+  TellStationOnAir(station);
+  out << "campaign " << Newest(station) << " added\n";
+}
+
+void Remove(Desk& desk, int32_t code, std::ostream& out) {
+  Station& station = desk.sim.station;
+  Find(desk, code);
+  desk.sim.messages.AnswerNext(Answer::kOk);
+  if (!BtnDelete(station, desk.editor)) desk.Refuse();
+  TellStationOnAir(station);
+  out << "campaign " << code << " removed\n";
+}
+
+}  // namespace
+
+int RunCampaignCommand(const CommandLine& line) {
+  const std::string folder = line.station.empty() ? DefaultStationFolder() : line.station;
+  RequireStation(folder);
+  Desk desk(folder, line.machine.empty() ? DefaultMachineFolder() : line.machine);
+  const CampaignOptions& options = line.campaign;
+  switch (options.action) {
+    case CampaignAction::kList:
+      List(desk, line.json, std::cout);
+      break;
+    case CampaignAction::kShow:
+      Show(desk, line, std::cout);
+      break;
+    case CampaignAction::kAdd:
+      Add(desk, options, std::cout);
+      break;
+    case CampaignAction::kRemove:
+      Remove(desk, options.code, std::cout);
+      break;
+  }
+  return 0;
+}
+
+}  // namespace zemo

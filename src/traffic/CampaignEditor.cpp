@@ -1,0 +1,305 @@
+// Opening, records and closing of the campaign editor.
+#include "traffic/CampaignEditor.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "platform/Desktop.h"
+#include "platform/Folder.h"
+#include "settings/GenreList.h"
+#include "settings/LineLists.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "store/SeekCode.h"
+#include "traffic/CampaignFiles.h"
+#include "traffic/CampaignMessages.h"
+#include "traffic/DayGridComposition.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr const char* kNoDate = "- - / - - / - -";
+constexpr int kHighestPriority = 300, kPriorityStep = 10;
+
+Recordset& Campaigns(Station& station) {
+  return *station.base.Tables().GrillePub;
+}
+
+// Goes to the record on the screen, in order of passage; its position from 1, 0 when there is no
+// such record. The cursor is shared: whoever composes the day's grid moves it as well.
+int WalkToShown(Station& station, const CampaignEditor& editor) {
+  Recordset& table = Campaigns(station);
+  table.SetIndex("PRIORITY");
+  int position = 0;
+  for (table.MoveFirst(); !table.Eof(); table.MoveNext()) {
+    ++position;
+    if (table.Text("CODE") == editor.LblCode) return position;
+  }
+  return 0;
+}
+
+void ShowPosition(Station& station, CampaignEditor& editor) {
+  const int position = WalkToShown(station, editor);
+  editor.LblInfoPub =
+      std::to_string(position) + " /" + std::to_string(station.base.CountRecords("GrillePub"));
+}
+
+// All but the hours and marks, whose template may be missing.
+void EmptyFields(CampaignEditor& editor) {
+  CampaignForm empty;
+  empty.HDepPub = editor.HDepPub;
+  empty.HFinPub = editor.HFinPub;
+  empty.DecoupagePub = editor.DecoupagePub;
+  empty.LblDepartPub = empty.LblFinPub = kNoDate;
+  empty.LblTemp = FormatDuration(0);
+  for (int row = 0; row < 10; ++row) empty.GPub.AddRow(TextGrid::Row(4));
+  static_cast<CampaignForm&>(editor) = std::move(empty);
+}
+
+// What the screen shows when no record is left.
+void ShowNone(Station& station, CampaignEditor& editor) {
+  EmptyFields(editor);
+  LoadSaveDecoupe(station, "Load", editor);
+  editor.BtnNewEnabled = true;
+  editor.BtnAjouterEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = false;
+  editor.LblInfoPub = "0 /0";
+}
+
+// Loads the record that `move` goes to; with no record, the empty screen.
+template <typename Move>
+void Page(Station& station, CampaignEditor& editor, const char* routine, const Move& move) {
+  try {
+    Recordset& table = Campaigns(station);
+    const int position = WalkToShown(station, editor);
+    move(table, position);
+    if (table.Eof() || table.Bof()) return ShowNone(station, editor);
+    LoadFichePub(station, editor);
+    ShowPosition(station, editor);
+  } catch (const std::exception&) {
+    LogCurrentException(station, routine);
+  }
+}
+
+// The grid file and the program file. False when one could not be written, which is logged.
+bool WriteFiles(Station& station, CampaignEditor& editor) {
+  try {
+    if (!LSGrillePub(station, editor, "Save", editor.FILENAMEGRILLE)) return false;
+    WriteCampaignFile(station, CampaignFilePath(editor.FichierAudio, "prg"),
+                      CampaignProgram(editor));
+    return true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "ReplaceChampsPubs");
+    return false;
+  }
+}
+
+// The screen to the row that AddNew or Edit began, then to the files. The row comes first: one that
+// the base refuses leaves the files as they were. False when a file could not be written.
+bool ReplaceChampsPubs(Station& station, CampaignEditor& editor) {
+  Recordset& row = Campaigns(station);
+  editor.FILENAMEGRILLE = CampaignFilePath(editor.FichierAudio, "GPB");
+  WriteCampaign(editor, row);
+  row.Update();
+  editor.LblCode = row.Text("CODE");
+  editor.BtnAjouterEnabled = false;
+  editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
+  return WriteFiles(station, editor);
+}
+
+bool SaveRecord(Station& station, CampaignEditor& editor) {
+  const bool filesWritten = ReplaceChampsPubs(station, editor);
+  if (station.engine.PCProduction) WriteMajGrillePub(station);
+  if (filesWritten) BtnDebut(station, editor);
+  return filesWritten;
+}
+
+bool HasSoundFile(Station& station, const CampaignEditor& editor) {
+  return !editor.FichierAudio.empty() && station.platform.soundFiles.Exists(editor.FichierAudio);
+}
+
+void DropPendingEdit(Station& station) {
+  try {
+    Campaigns(station).SetIndex("PRIORITY");
+    Campaigns(station).MoveFirst();
+  } catch (const std::exception&) {
+    // The base is gone, which the routine that failed has told.
+  }
+}
+
+void FillLists(Station& station, CampaignEditor& editor) {
+  LoadSaveCategories(station, "Load", editor.CategorieList);
+  LoadSaveGenres(station, "Load", editor.GenreAssocieList);
+  editor.ComboPriorityList.clear();
+  for (int priority = kPriorityStep; priority <= kHighestPriority; priority += kPriorityStep)
+    editor.ComboPriorityList.push_back(std::to_string(priority));
+}
+
+}  // namespace
+
+void MnuHPubs(Station& station, CampaignEditor& editor) {
+  station.screen.BtnSurImpressionCaption = "Sur Impression";
+  LoadSaveDecoupe(station, "Load", editor);
+  FillLists(station, editor);
+  editor.PLPubVisible = false;
+  BtnFin(station, editor);
+}
+
+void CloseCampaigns(Station& station, CampaignEditor& editor) {
+  LoadSaveDecoupe(station, "Save", editor);
+  MakePubduJour(station);
+}
+
+void LoadFichePub(Station& station, CampaignEditor& editor) {
+  try {
+    LoadCampaign(station, Campaigns(station), editor);
+    editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
+    editor.BtnAjouterEnabled = false;
+    editor.PLPubVisible = false;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadFichePub");
+  }
+}
+
+void BtnNew(Station& station, CampaignEditor& editor) {
+  EmptyFields(editor);
+  editor.PLPubVisible = false;
+  editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = false;
+  editor.BtnAjouterEnabled = true;
+  LoadSaveDecoupe(station, "Load", editor);
+}
+
+bool BtnAjouter(Station& station, CampaignEditor& editor) {
+  if (!editor.BtnAjouterEnabled) return false;
+  try {
+    if (!HasSoundFile(station, editor)) {
+      ShowAlert(station, NoSoundFileText(station));
+      return false;
+    }
+    Campaigns(station).AddNew();
+    return SaveRecord(station, editor);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnAjouter", editor.ChAnnonceur);
+    DropPendingEdit(station);
+    return false;
+  }
+}
+
+bool BtnReplacer(Station& station, CampaignEditor& editor) {
+  if (!editor.BtnReplacerEnabled) return false;
+  try {
+    if (!HasSoundFile(station, editor)) {
+      ShowAlert(station, kNoSoundFile);
+      return false;
+    }
+    const int32_t code = ValInt(editor.LblCode);
+    if (code < 1) return false;
+    const bool found = SeekCode(Campaigns(station), code);
+    if (!found) {
+      Campaigns(station).SetIndex("PRIORITY");
+      ShowAlert(station, kCannotSave);
+      return false;
+    }
+    Campaigns(station).Edit();
+    return SaveRecord(station, editor);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnReplacer", editor.ChAnnonceur);
+    DropPendingEdit(station);
+    return false;
+  }
+}
+
+bool BtnDelete(Station& station, CampaignEditor& editor) {
+  if (!editor.BtnDeleteEnabled) return false;
+  try {
+    if (station.base.CountRecords("GrillePub") == 0) {
+      ShowAlert(station, kNothingToDelete);
+      return false;
+    }
+    const std::string question = kConfirmDelete + editor.ChAnnonceur;
+    if (station.platform.messages.Show(kAlertTitle, question, Buttons::kOkCancel) != Answer::kOk)
+      return false;
+    if (WalkToShown(station, editor) == 0) return false;
+    const std::string gridFile = Campaigns(station).Text("FILENAMEGRILLE");
+    if (CampaignFileExists(station, gridFile)) RemoveCampaignFile(station, gridFile);
+    Campaigns(station).Delete();
+    BtnDebut(station, editor);
+    return true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnDelete", editor.ChAnnonceur);
+    return false;
+  }
+}
+
+void BtnDebut(Station& station, CampaignEditor& editor) {
+  Page(station, editor, "BtnDebut", [](Recordset& table, int) { table.MoveFirst(); });
+}
+
+void BtnFin(Station& station, CampaignEditor& editor) {
+  Page(station, editor, "BtnFin", [](Recordset& table, int) { table.MoveLast(); });
+}
+
+void BtnPlus(Station& station, CampaignEditor& editor) {
+  Page(station, editor, "BtnPlus", [](Recordset& table, int position) {
+    if (position == 0) return table.MoveFirst();
+    table.MoveNext();
+    if (table.Eof()) table.MoveLast();
+  });
+}
+
+void BtnMoins(Station& station, CampaignEditor& editor) {
+  Page(station, editor, "BtnMoins", [](Recordset& table, int position) {
+    if (position <= 1) return table.MoveFirst();
+    table.MovePrevious();
+  });
+}
+
+void BtnRecherhe(Station& station, CampaignEditor& editor) {
+  try {
+    editor.PLPub.clear();
+    const auto rows = station.base.Db().OpenRecordset("SELECT * FROM GrillePub ORDER BY ANNONCEUR");
+    for (; !rows->Eof(); rows->MoveNext())
+      editor.PLPub.push_back(
+          {rows->Text("ANNONCEUR"),
+           {rows->Text("CATEGORIE"), rows->Text("CAMPAGNEDEPART"), rows->Text("CAMPAGNEFIN"),
+            rows->Bool("PUB") ? "Publicité" : "Rubrique", rows->Text("CODE"),
+            rows->Text("GENREASSOCIE")}});
+    editor.PLPubVisible = true;
+    editor.BtnNewEnabled = editor.BtnReplacerEnabled = false;
+    editor.BtnAjouterEnabled = editor.BtnDeleteEnabled = false;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnRecherhe");
+  }
+}
+
+void SortPLPub(CampaignEditor& editor, int column) {
+  const auto key = [column](const CampaignEditor::OverviewLine& line) {
+    const auto item = static_cast<size_t>(column - 1);
+    return UpperLatin(item < line.subItems.size() ? line.subItems[item] : line.text);
+  };
+  std::stable_sort(editor.PLPub.begin(), editor.PLPub.end(),
+                   [&](const auto& a, const auto& b) { return key(a) < key(b); });
+}
+
+void ChoosePLPub(Station& station, CampaignEditor& editor, size_t line) {
+  if (line >= editor.PLPub.size()) return;
+  editor.fromOverview = true;
+  LoadFicheOfCode(station, editor, ValInt(editor.PLPub[line].subItems[4]));
+  editor.fromOverview = false;
+}
+
+bool LoadFicheOfCode(Station& station, CampaignEditor& editor, int64_t code) {
+  try {
+    const bool found = SeekCode(Campaigns(station), code);
+    if (found) LoadFichePub(station, editor);
+    Campaigns(station).SetIndex("PRIORITY");
+    if (found) ShowPosition(station, editor);
+    return found;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadFichePub");
+    return false;
+  }
+}
+
+}  // namespace zemo

@@ -1,0 +1,76 @@
+// The campaign editor without its window: what it shows, under the names of its controls, and what
+// its buttons do. The record and its grid: traffic/CampaignGrid.h. Gestures on the grid:
+// traffic/CampaignMarking.h.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "traffic/CampaignGrid.h"
+
+namespace zemo {
+
+// Thread: the logic's. Owner: the screen, a command or a test. Writers: its owner (what was typed)
+// and the routines below. None of them throws; faults are logged under the routine's name.
+struct CampaignEditor : CampaignForm {
+  bool BtnNewEnabled = true;
+  bool BtnAjouterEnabled = false, BtnReplacerEnabled = false, BtnDeleteEnabled = false;
+  std::string LblInfoPub;  // "3 /12": position in order of passage, records
+
+  std::vector<std::string> CategorieList, ComboPriorityList, GenreAssocieList;  // on offer
+  TextGrid GPubReference;  // what BtnCopyGrille took
+
+  struct OverviewLine {
+    std::string text;  // advertiser
+    // Category, start, end, "Publicité" or "Rubrique", CODE, genre.
+    std::array<std::string, 6> subItems;
+  };
+  std::vector<OverviewLine> PLPub;
+  bool PLPubVisible = false;
+  bool fromOverview = false;  // a record is being loaded from PLPub: GPub ignores the mouse
+};
+
+// --- opening and closing ---
+// Opens on the last record in order of passage. The editor may be opened again and again.
+void MnuHPubs(Station& station, CampaignEditor& editor);
+// Keeps hours and marks as the template of the next campaign and composes the day's grid, so that
+// every change is on air from now on.
+void CloseCampaigns(Station& station, CampaignEditor& editor);
+
+// --- records; all page in order of passage ---
+void LoadFichePub(Station& station, CampaignEditor& editor);  // the current row of GrillePub
+void BtnNew(Station& station, CampaignEditor& editor);
+// The three give true when the table was changed; after an alert or a fault it stays as it was. A
+// record whose files cannot be written stays on the screen, to be saved again.
+bool BtnAjouter(Station& station, CampaignEditor& editor);
+bool BtnReplacer(Station& station, CampaignEditor& editor);
+bool BtnDelete(Station& station, CampaignEditor& editor);
+void BtnDebut(Station& station, CampaignEditor& editor);
+void BtnFin(Station& station, CampaignEditor& editor);
+void BtnPlus(Station& station, CampaignEditor& editor);
+void BtnMoins(Station& station, CampaignEditor& editor);
+
+// --- overview ---
+void BtnRecherhe(Station& station, CampaignEditor& editor);
+void SortPLPub(CampaignEditor& editor, int column);  // 0 the text, 1 to 6 the sub-items
+void ChoosePLPub(Station& station, CampaignEditor& editor, size_t line);
+// Loads the record of that CODE; false when there is none.
+bool LoadFicheOfCode(Station& station, CampaignEditor& editor, int64_t code);
+
+// --- fields ---
+// Takes over the sound file that the operator chose, of that length (ms, as the sound component
+// tells it). False when another campaign has it already, which an alert tells.
+bool CmdLoadFile(Station& station, CampaignEditor& editor, const std::string& path,
+                 int32_t lengthMs);
+void CategorieEnter(Station& station, CampaignEditor& editor);
+void CategorieDelete(Station& station, CampaignEditor& editor);
+// The right button on LblDepartPub: a campaign without dates.
+void LblDepartPubRightClick(Station& station, CampaignEditor& editor);
+// The day picked in the calendar, "dd/mm/yyyy"; mode 1 is the start, 2 the end, which also builds
+// the grid.
+void CalendarPick(Station& station, CampaignEditor& editor, int mode, const std::string& date);
+void ImgMemo(Station& station);  // the procedure, as a message
+
+}  // namespace zemo

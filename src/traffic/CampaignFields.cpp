@@ -1,0 +1,110 @@
+// Fields of the campaign editor with a procedure of their own: sound file, category, dates, memo.
+#include <algorithm>
+#include <exception>
+
+#include "platform/Desktop.h"
+#include "settings/LineLists.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "traffic/CampaignEditor.h"
+#include "traffic/CampaignMessages.h"
+
+namespace zemo {
+
+namespace {
+
+// The file's name without folder and without its last four characters, whatever they are.
+std::string AdvertiserOf(const std::string& path) {
+  const std::string name = path.substr(path.find_last_of("/\\") + 1);
+  return FirstCharacters(name, std::max(0, CharacterCount(name) - 4));
+}
+
+// Advertiser of the campaign that has the file; nothing is changed but the cursor's row.
+bool FileInUse(Recordset& grillePub, const std::string& path, std::string& advertiser) {
+  grillePub.SetIndex("FILENAMEAUDIO");
+  grillePub.Seek("=", path);
+  const bool found = !grillePub.NoMatch();
+  if (found) advertiser = grillePub.Text("ANNONCEUR");
+  grillePub.SetIndex("PRIORITY");
+  return found;
+}
+
+bool Confirmed(Station& station, const std::string& question) {
+  return station.platform.messages.Show(kAlertTitle, question, Buttons::kYesNo) == Answer::kYes;
+}
+
+}  // namespace
+
+bool CmdLoadFile(Station& station, CampaignEditor& editor, const std::string& path,
+                 int32_t lengthMs) {
+  try {
+    std::string advertiser;
+    if (FileInUse(*station.base.Tables().GrillePub, path, advertiser)) {
+      ShowAlert(station, kFileInUse + advertiser);
+      return false;
+    }
+    editor.FichierAudio = path;
+    editor.Longeur = std::to_string(lengthMs);
+    editor.LblTemp = FormatDuration(lengthMs);
+    editor.ChAnnonceur = AdvertiserOf(path);
+    return true;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "CmdLoadFile");
+    return false;
+  }
+}
+
+void CategorieEnter(Station& station, CampaignEditor& editor) {
+  try {
+    if (!Confirmed(station, kAddCategory + std::string("\r\n") + editor.Categorie)) {
+      editor.Categorie.clear();
+      return;
+    }
+    editor.CategorieList.push_back(UpperLatin(editor.Categorie));
+    LoadSaveCategories(station, "Save", editor.CategorieList);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "Categorie");
+  }
+}
+
+void CategorieDelete(Station& station, CampaignEditor& editor) {
+  try {
+    if (!Confirmed(station, kDeleteCategory + editor.Categorie)) return;
+    auto& list = editor.CategorieList;
+    const auto found = std::find(list.begin(), list.end(), UpperLatin(editor.Categorie));
+    if (found != list.end()) list.erase(found);
+    LoadSaveCategories(station, "Save", list);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "Categorie");
+  }
+}
+
+void LblDepartPubRightClick(Station& station, CampaignEditor& editor) {
+  try {
+    editor.LblDepartPub = editor.LblFinPub = kDailyCampaign;
+    PubJournaliere(station, editor);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "PubJournaliere");
+  }
+}
+
+void CalendarPick(Station& station, CampaignEditor& editor, int mode, const std::string& date) {
+  try {
+    if (mode == 1) editor.LblDepartPub = date;
+    if (mode != 2) return;
+    editor.LblFinPub = date;
+    CmdInitGrille(station, editor);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "CmdInitGrille");
+  }
+}
+
+void ImgMemo(Station& station) {
+  try {
+    station.platform.messages.Show(MemoTitle(station), MemoText(station), Buttons::kOk);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "ImgMemo");
+  }
+}
+
+}  // namespace zemo

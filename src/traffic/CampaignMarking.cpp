@@ -1,0 +1,93 @@
+#include "traffic/CampaignMarking.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "station/Station.h"
+#include "traffic/CampaignEditor.h"
+#include "traffic/CampaignMessages.h"
+
+namespace zemo {
+
+namespace {
+
+bool IsMoment(const TextGrid& grid, int row) {
+  return row >= kFirstMomentRow && row < grid.RowCount();
+}
+
+bool IsDay(const TextGrid& grid, int column) {
+  return column >= kFirstDayColumn && column < GridColumns(grid);
+}
+
+void Put(TextGrid& grid, int row, int column, bool cross) {
+  grid.SetCell(row, column, cross ? std::string(kCross) : std::string());
+}
+
+void MarkRow(TextGrid& grid, int row, bool cross) {
+  if (!IsMoment(grid, row)) return;
+  for (int column = kFirstDayColumn; column < GridColumns(grid); ++column)
+    Put(grid, row, column, cross);
+}
+
+void MarkColumn(TextGrid& grid, int column, bool cross) {
+  if (!IsDay(grid, column)) return;
+  for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) Put(grid, row, column, cross);
+}
+
+void Toggle(TextGrid& grid, GridPlace place) {
+  if (!IsMoment(grid, place.row) || !IsDay(grid, place.column)) return;
+  Put(grid, place.row, place.column, grid.Cell(place.row, place.column) != kCross);
+}
+
+}  // namespace
+
+void GPubMouseUp(Station& station, CampaignEditor& editor, MouseButton button, bool shift,
+                 bool control, GridPlace place) {
+  if (editor.fromOverview) return;
+  try {
+    if (!editor.BtnReplacerEnabled && !editor.BtnAjouterEnabled)
+      return ShowAlert(station, NoCampaignText(station));
+    TextGrid& grid = editor.GPub;
+    const bool cross = button == MouseButton::kLeft;
+    if (shift)
+      MarkRow(grid, place.row, cross);
+    else if (control)
+      MarkColumn(grid, place.column, cross);
+    else
+      Toggle(grid, place);
+    editor.LblTotalMsg = std::to_string(CalculNbJourActif(editor));
+    if (IsDay(grid, place.column))
+      grid.SetCell(0, place.column, std::to_string(CrossesInColumn(grid, place.column)));
+  } catch (const std::exception&) {
+    LogCurrentException(station, "GPub");
+  }
+}
+
+void BtnCopyGrille(CampaignEditor& editor) {
+  editor.GPubReference = editor.GPub;
+}
+
+void BtnCollerGrille(CampaignEditor& editor) {
+  const TextGrid& copy = editor.GPubReference;
+  TextGrid& grid = editor.GPub;
+  const int rows = std::min(grid.RowCount(), copy.RowCount());
+  const int columns = std::min(GridColumns(grid), GridColumns(copy));
+  for (int row = kFirstMomentRow; row < rows; ++row)
+    for (int column = kFirstDayColumn; column < columns; ++column)
+      grid.SetCell(row, column, copy.Cell(row, column));
+  editor.LblTotalMsg = std::to_string(CalculNbJourActif(editor));
+}
+
+void BtnDecalY(CampaignEditor& editor) {
+  TextGrid& grid = editor.GPub;
+  const int last = grid.RowCount() - 1;
+  if (last <= kFirstMomentRow) return;
+  for (int column = kFirstDayColumn; column < GridColumns(grid); ++column) {
+    const std::string kept = grid.Cell(last, column);
+    for (int row = last; row > kFirstMomentRow; --row)
+      grid.SetCell(row, column, grid.Cell(row - 1, column));
+    grid.SetCell(kFirstMomentRow, column, kept);
+  }
+}
+
+}  // namespace zemo

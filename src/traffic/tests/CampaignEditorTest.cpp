@@ -1,0 +1,493 @@
+// The campaign editor: its records, its fields, its words and its files.
+#include <filesystem>
+
+#include "traffic/tests/CampaignFixture.h"
+
+namespace zemo::test {
+namespace {
+
+using Enabled = std::array<bool, 4>;  // BtnNew, BtnAjouter, BtnReplacer, BtnDelete
+
+Enabled Buttons4(const CampaignEditor& editor) {
+  return {editor.BtnNewEnabled, editor.BtnAjouterEnabled, editor.BtnReplacerEnabled,
+          editor.BtnDeleteEnabled};
+}
+
+// What an operator fills in for a weekly campaign with a cross on Monday at 07:00.
+void FillNew(CampaignStation& s, const std::string& sound, const std::string& priority = "50") {
+  BtnNew(s.station, s.editor);
+  ASSERT_TRUE(CmdLoadFile(s.station, s.editor, sound, 15000));
+  s.editor.HDepPub = "07";
+  s.editor.HFinPub = "08";
+  s.editor.DecoupagePub = {"00", "30"};
+  s.editor.ComboPriority = priority;
+  s.editor.Categorie = "FOOD";
+  LblDepartPubRightClick(s.station, s.editor);
+  s.editor.GPub.SetCell(3, 1, "X");
+}
+
+// --- opening ---
+
+TEST(CampaignEditor, OpensOnTheLastRecordInOrderOfPassage) {
+  CampaignStation s;
+  s.AddCampaign({{"ANNONCEUR", "'Late'"}, {"PRIORITY", "300"}});
+  s.AddCampaign({{"ANNONCEUR", "'Early'"}, {"PRIORITY", "10"}});
+  s.MakeFile("Categori.Ini", "FOOD\r\nCARS\r\n");
+  s.editor.PLPubVisible = true;
+  MnuHPubs(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChAnnonceur, "Late");
+  EXPECT_EQ(s.editor.LblInfoPub, "2 /2");
+  EXPECT_FALSE(s.editor.PLPubVisible);
+  EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, true, true}));
+  EXPECT_EQ(s.editor.CategorieList, (std::vector<std::string>{"FOOD", "CARS"}));
+  EXPECT_EQ(s.editor.GenreAssocieList.size(), 7u);
+  ASSERT_EQ(s.editor.ComboPriorityList.size(), 30u);
+  EXPECT_EQ(s.editor.ComboPriorityList.front(), "10");
+  EXPECT_EQ(s.editor.ComboPriorityList.back(), "300");
+}
+
+TEST(CampaignEditor, OpensEmptyOnAnEmptyTableWithTheTemplate) {
+  CampaignStation s;
+  s.MakeFile("Decoupe.Ini", "\"07\",\"20\",\"15\",\"45\",\"\",\"\",\"\",\"\",\"\",\"\"\r\n");
+  MnuHPubs(s.station, s.editor);
+  EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, false, false}));
+  EXPECT_EQ(s.editor.HDepPub + s.editor.HFinPub + s.editor.DecoupagePub[0], "072015");
+  EXPECT_EQ(s.editor.LblInfoPub, "0 /0");
+}
+
+// --- paging ---
+
+TEST(CampaignEditor, PagesInOrderOfPassageAndStopsAtBothEnds) {
+  CampaignStation s;
+  s.AddCampaign({{"ANNONCEUR", "'Third'"}, {"PRIORITY", "30"}});
+  s.AddCampaign({{"ANNONCEUR", "'First'"}, {"PRIORITY", "10"}});
+  s.AddCampaign({{"ANNONCEUR", "'Second'"}, {"PRIORITY", "20"}});
+  MnuHPubs(s.station, s.editor);
+  const auto shown = [&] { return s.editor.ChAnnonceur + " " + s.editor.LblInfoPub; };
+  BtnPlus(s.station, s.editor);
+  EXPECT_EQ(shown(), "Third 3 /3");
+  BtnMoins(s.station, s.editor);
+  EXPECT_EQ(shown(), "Second 2 /3");
+  BtnDebut(s.station, s.editor);
+  EXPECT_EQ(shown(), "First 1 /3");
+  BtnMoins(s.station, s.editor);
+  EXPECT_EQ(shown(), "First 1 /3");
+  BtnPlus(s.station, s.editor);
+  EXPECT_EQ(shown(), "Second 2 /3");
+  BtnFin(s.station, s.editor);
+  EXPECT_EQ(shown(), "Third 3 /3");
+}
+
+// A composition walks on the same cursor.
+TEST(CampaignEditor, PagesFromTheRecordOnTheScreenWhereverTheCursorStands) {
+  CampaignStation s;
+  s.AddCampaign({{"ANNONCEUR", "'First'"}, {"PRIORITY", "10"}});
+  s.AddCampaign({{"ANNONCEUR", "'Second'"}, {"PRIORITY", "20"}});
+  s.AddCampaign({{"ANNONCEUR", "'Third'"}, {"PRIORITY", "30"}});
+  MnuHPubs(s.station, s.editor);
+  s.station.base.Tables().GrillePub->SetIndex("CODE");
+  s.station.base.Tables().GrillePub->MoveFirst();
+  BtnMoins(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChAnnonceur, "Second");
+}
+
+// --- new ---
+
+TEST(CampaignEditor, NewEmptiesTheScreenAndLeavesTheTemplate) {
+  CampaignStation s;
+  s.MakeFile("Decoupe.Ini", "\"09\",\"10\",\"05\",\"\",\"\",\"\",\"\",\"\",\"\",\"\"\r\n");
+  s.AddCampaign({{"PUB", "0"}, {"CONTACT", "'Anne'"}});
+  MnuHPubs(s.station, s.editor);
+  s.editor.PLPubVisible = true;
+  BtnNew(s.station, s.editor);
+  EXPECT_EQ(Buttons4(s.editor), (Enabled{false, true, false, false}));
+  EXPECT_EQ(s.editor.GPub.RowCount(), 10);
+  EXPECT_EQ(GridColumns(s.editor.GPub), 4);
+  EXPECT_EQ(CalculNbJourActif(s.editor), 0);
+  EXPECT_FALSE(s.editor.PLPubVisible);
+  EXPECT_EQ(s.editor.Longeur, "0");
+  EXPECT_EQ(s.editor.LblCode, "");
+  EXPECT_EQ(s.editor.LblDepartPub, "- - / - - / - -");
+  EXPECT_EQ(s.editor.LblFinPub, "- - / - - / - -");
+  EXPECT_EQ(s.editor.OptPub, (std::array<bool, 2>{true, false}));
+  EXPECT_EQ(s.editor.ChContact + s.editor.ChAnnonceur + s.editor.FichierAudio, "");
+  EXPECT_EQ(s.editor.HDepPub + s.editor.HFinPub + s.editor.DecoupagePub[0], "091005");
+}
+
+TEST(CampaignEditor, NewWithoutATemplateKeepsHoursAndMarks) {
+  CampaignStation s;
+  s.AddCampaign({});
+  MnuHPubs(s.station, s.editor);
+  BtnNew(s.station, s.editor);
+  EXPECT_EQ(s.editor.HDepPub + s.editor.HFinPub, "0708");
+  EXPECT_EQ(s.editor.DecoupagePub[1], "30");
+}
+
+// --- adding ---
+
+TEST(CampaignEditor, AddingWritesTheRecordItsGridAndItsProgramFile) {
+  CampaignStation s;
+  s.AddCampaign({{"ANNONCEUR", "'Other'"}, {"PRIORITY", "10"}});
+  MnuHPubs(s.station, s.editor);
+  FillNew(s, s.MakeSound("Bakery.wav", 15000));
+  s.editor.GenreAssocie = "POP";
+  ASSERT_TRUE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ(s.SqlText("SELECT CAMPAGNEDEPART || CAMPAGNEFIN || HDEPART || HFIN || DECOUPEH1 || "
+                      "DECOUPEH2 || DECOUPEH3 || DUREE || ANNONCEUR || CATEGORIE || PRIORITY || "
+                      "PUB || GENREASSOCIE FROM GrillePub WHERE CODE = 2"),
+            "JOURNALIERJOURNALIER0708003015000BakeryFOOD50-1POP");
+  EXPECT_EQ(s.SqlText("SELECT FILENAMEGRILLE FROM GrillePub WHERE CODE = 2"),
+            s.InFolder("Bakery.GPB"));
+  EXPECT_EQ(s.File("Bakery.GPB").size(), 28 * 2 + 1u);  // 4 moments of 7 days, and one X
+  EXPECT_EQ(s.File("Bakery.prg").substr(0, 30), "JOURNALIER\r\nJOURNALIER\r\n07\r\n08");
+  // On the first record again.
+  EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.LblInfoPub, "Other 1 /2");
+  EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, true, true}));
+  EXPECT_EQ(s.File("MajGrillePub.txt"), "(no file)");
+}
+
+TEST(CampaignEditor, AddingANewsElementStoresNoSpot) {
+  CampaignStation s;
+  MnuHPubs(s.station, s.editor);
+  FillNew(s, s.MakeSound("News.mp3", 15000));
+  s.editor.OptPub = {false, true};
+  ASSERT_TRUE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ(s.SqlText("SELECT PUB FROM GrillePub"), "0");
+  EXPECT_EQ(s.File("News.GPB").substr(0, 3), "X\r\n");
+}
+
+TEST(CampaignEditor, ASoundFileOfAnotherKindGivesFilesOfTheEndingAloneInTheStationsFolder) {
+  CampaignStation s;
+  MnuHPubs(s.station, s.editor);
+  std::filesystem::create_directory(s.InFolder("sub"));
+  FillNew(s, s.MakeSound("sub/Bakery.ogg", 15000));
+  ASSERT_TRUE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ(s.SqlText("SELECT FILENAMEGRILLE FROM GrillePub"), "GPB");
+  EXPECT_EQ(s.File("GPB").substr(0, 3), "X\r\n");
+  EXPECT_EQ(s.File("prg").substr(0, 10), "JOURNALIER");
+  EXPECT_EQ(s.editor.LblTotalMsg, "1");  // read back from there
+}
+
+TEST(CampaignEditor, AddingWithoutASoundFileIsRefusedInTheStationsLanguage) {
+  const char* const words[] = {
+      "Impossible de sauver car vous n'avez pas\r\nAttribué de fichier audio",
+      "Can't save\r\nThere is no sounds file", "Escolher o ficheiro áudio antes de guardar",
+      "Escoger el fichero audio antes de guardar"};
+  CampaignStation s;
+  for (int langue = 0; langue < 4; ++langue) {
+    s.Set("Langue", std::to_string(langue));
+    s.station.base.CheckCnf();
+    BtnNew(s.station, s.editor);
+    s.editor.FichierAudio = langue % 2 == 0 ? "" : "/nowhere/spot.wav";
+    EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+    EXPECT_EQ(s.LastMessage(), words[langue]);
+    EXPECT_EQ(s.Events("message").back()["title"], "Alerte");
+    EXPECT_TRUE(s.editor.BtnAjouterEnabled);
+  }
+  EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
+}
+
+TEST(CampaignEditor, ATextTooLongForItsFieldRefusesTheRecordAndWritesNoFile) {
+  CampaignStation s;
+  MnuHPubs(s.station, s.editor);
+  FillNew(s, s.MakeSound("Bakery.wav", 15000));
+  s.editor.ChAnnonceur = std::string(41, 'a');
+  EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
+  EXPECT_EQ(s.File("Bakery.GPB"), "(no file)");
+  ASSERT_NE(s.First("error"), nullptr);
+  EXPECT_EQ((*s.First("error"))["where"], "BtnAjouter");
+  EXPECT_NE(s.station.screen.LblErreur.text.find(std::string(41, 'a')), std::string::npos);
+  // The operator shortens it and adds.
+  s.editor.ChAnnonceur = std::string(40, 'a');
+  EXPECT_TRUE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
+}
+
+TEST(CampaignEditor, ARecordWhoseFilesFailStaysOnTheScreenAndIsSavedByReplace) {
+  CampaignStation s;
+  MnuHPubs(s.station, s.editor);
+  FillNew(s, s.MakeSound("Bakery.wav", 15000));
+  std::filesystem::create_directory(s.InFolder("Bakery.GPB"));
+  EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ(s.editor.ChAnnonceur, "Bakery");
+  EXPECT_EQ(CalculNbJourActif(s.editor), 1);
+  EXPECT_TRUE(s.editor.BtnReplacerEnabled);
+  EXPECT_FALSE(s.editor.BtnAjouterEnabled);
+  std::filesystem::remove(s.InFolder("Bakery.GPB"));
+  EXPECT_TRUE(BtnReplacer(s.station, s.editor));
+  EXPECT_EQ(s.File("Bakery.GPB").substr(0, 3), "X\r\n");
+  EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
+}
+
+// --- replacing ---
+
+TEST(CampaignEditor, ReplacingStoresTheScreenAndDerivesTheGridFileAnew) {
+  CampaignStation s;
+  const std::string sound = s.MakeSound("Bakery.wav", 15000);
+  s.MakeFile("old.GPB", "X\r\n");
+  s.AddCampaign({{"FILENAMEAUDIO", "'" + sound + "'"},
+                 {"FILENAMEGRILLE", "'" + s.InFolder("old.GPB") + "'"}});
+  MnuHPubs(s.station, s.editor);
+  EXPECT_EQ(s.editor.LblTotalMsg, "1");  // of the stored path
+  s.editor.ChAnnonceur = "Changed";
+  s.editor.GPub.SetCell(4, 1, "X");
+  ASSERT_TRUE(BtnReplacer(s.station, s.editor));
+  EXPECT_EQ(s.SqlText("SELECT ANNONCEUR FROM GrillePub"), "Changed");
+  EXPECT_EQ(s.SqlText("SELECT FILENAMEGRILLE FROM GrillePub"), s.InFolder("Bakery.GPB"));
+  EXPECT_EQ(s.File("old.GPB"), "X\r\n");
+  EXPECT_EQ(s.editor.LblTotalMsg, "2");
+}
+
+TEST(CampaignEditor, ReplacingWithoutASoundFileIsRefusedInFrenchInEveryLanguage) {
+  CampaignStation s;
+  s.Set("Langue", "1");
+  s.station.base.CheckCnf();
+  s.AddCampaign({});
+  MnuHPubs(s.station, s.editor);
+  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_EQ(s.LastMessage(),
+            "Impossible de sauver car vous n'avez pas\r\nAttribué de fichier audio");
+}
+
+TEST(CampaignEditor, ReplacingARecordThatIsGoneIsRefused) {
+  CampaignStation s;
+  const std::string sound = s.MakeSound("Bakery.wav", 15000);
+  s.AddCampaign({{"FILENAMEAUDIO", "'" + sound + "'"}});
+  MnuHPubs(s.station, s.editor);
+  s.Sql("DELETE FROM GrillePub");
+  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_EQ(s.LastMessage(), "Impossible de sauver");
+}
+
+TEST(CampaignEditor, ReplacingWithoutACodeEndsWithoutAWord) {
+  CampaignStation s;
+  const std::string sound = s.MakeSound("Bakery.wav", 15000);
+  s.AddCampaign({{"FILENAMEAUDIO", "'" + sound + "'"}});
+  MnuHPubs(s.station, s.editor);
+  s.editor.LblCode = "";
+  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_TRUE(s.Events("message").empty());
+}
+
+TEST(CampaignEditor, AReplacementTooLongForItsFieldLeavesRecordAndFiles) {
+  CampaignStation s;
+  const std::string sound = s.MakeSound("Bakery.wav", 15000);
+  s.MakeFile("Bakery.GPB", "X\r\n");
+  s.AddCampaign({{"FILENAMEAUDIO", "'" + sound + "'"},
+                 {"FILENAMEGRILLE", "'" + s.InFolder("Bakery.GPB") + "'"}});
+  MnuHPubs(s.station, s.editor);
+  s.editor.HDepPub = "007";
+  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_EQ(s.SqlText("SELECT HDEPART FROM GrillePub"), "07");
+  EXPECT_EQ(s.File("Bakery.GPB"), "X\r\n");
+  EXPECT_EQ((*s.First("error"))["where"], "BtnReplacer");
+}
+
+TEST(CampaignEditor, AProductionMachineTellsOfBothSaves) {
+  CampaignStation s;
+  s.station.engine.PCProduction = true;
+  MnuHPubs(s.station, s.editor);
+  FillNew(s, s.MakeSound("Bakery.wav", 15000));
+  ASSERT_TRUE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ(s.File("MajGrillePub.txt"), "21/11/2026\r\n");
+  s.stationFolder.Remove("MajGrillePub.txt");
+  ASSERT_TRUE(BtnReplacer(s.station, s.editor));
+  EXPECT_EQ(s.File("MajGrillePub.txt"), "21/11/2026\r\n");
+}
+
+// --- deleting ---
+
+TEST(CampaignEditor, DeletingAsksAndTakesTheGridFileAlone) {
+  CampaignStation s;
+  const std::string sound = s.MakeSound("Bakery.wav", 15000);
+  s.MakeFile("Bakery.GPB", "X\r\n");
+  s.MakeFile("Bakery.prg", "program");
+  s.AddCampaign({{"ANNONCEUR", "'Other'"}, {"PRIORITY", "10"}});
+  s.AddCampaign({{"ANNONCEUR", "'Bakery'"},
+                 {"PRIORITY", "20"},
+                 {"FILENAMEAUDIO", "'" + sound + "'"},
+                 {"FILENAMEGRILLE", "'" + s.InFolder("Bakery.GPB") + "'"}});
+  MnuHPubs(s.station, s.editor);
+  EXPECT_FALSE(BtnDelete(s.station, s.editor));  // unanswered: cancelled
+  EXPECT_EQ(s.LastMessage(), "Confirmez la suppression de la fiche Bakery");
+  EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "2");
+  EXPECT_EQ(s.File("Bakery.GPB"), "X\r\n");
+  s.messages.AnswerNext(Answer::kOk);
+  EXPECT_TRUE(BtnDelete(s.station, s.editor));
+  EXPECT_EQ(s.SqlText("SELECT ANNONCEUR FROM GrillePub"), "Other");
+  EXPECT_EQ(s.File("Bakery.GPB"), "(no file)");
+  EXPECT_EQ(s.File("Bakery.prg"), "program");
+  EXPECT_EQ(s.File("Bakery.wav"), "sound");
+  EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.LblInfoPub, "Other 1 /1");
+}
+
+TEST(CampaignEditor, DeletingTheLastRecordLeavesTheEmptyScreen) {
+  CampaignStation s;
+  s.AddCampaign({});
+  MnuHPubs(s.station, s.editor);
+  s.messages.AnswerNext(Answer::kOk);
+  EXPECT_TRUE(BtnDelete(s.station, s.editor));
+  EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, false, false}));
+  EXPECT_EQ(s.editor.ChAnnonceur, "");
+}
+
+TEST(CampaignEditor, DeletingOnATableThatAnotherProgramEmptiedTellsSo) {
+  CampaignStation s;
+  s.AddCampaign({});
+  MnuHPubs(s.station, s.editor);
+  s.Sql("DELETE FROM GrillePub");
+  EXPECT_FALSE(BtnDelete(s.station, s.editor));
+  EXPECT_EQ(s.LastMessage(), "Il n'y a pas de fiche à supprimer");
+}
+
+// --- overview ---
+
+TEST(CampaignEditor, TheOverviewListsAllCampaignsByAdvertiser) {
+  CampaignStation s;
+  s.AddCampaign({{"ANNONCEUR", "'Zoo'"}, {"PUB", "0"}, {"GENREASSOCIE", "'POP'"}});
+  s.AddCampaign({{"ANNONCEUR", "'Bakery'"}, {"PRIORITY", "30"}, {"CATEGORIE", "'CARS'"}});
+  MnuHPubs(s.station, s.editor);
+  BtnRecherhe(s.station, s.editor);
+  EXPECT_TRUE(s.editor.PLPubVisible);
+  EXPECT_EQ(Buttons4(s.editor), (Enabled{false, false, false, false}));
+  ASSERT_EQ(s.editor.PLPub.size(), 2u);
+  EXPECT_EQ(s.editor.PLPub[0].text, "Bakery");
+  EXPECT_EQ(s.editor.PLPub[0].subItems,
+            (std::array<std::string, 6>{"CARS", "JOURNALIER", "JOURNALIER", "Publicité", "2", ""}));
+  EXPECT_EQ(
+      s.editor.PLPub[1].subItems,
+      (std::array<std::string, 6>{"FOOD", "JOURNALIER", "JOURNALIER", "Rubrique", "1", "POP"}));
+  SortPLPub(s.editor, 5);
+  EXPECT_EQ(s.editor.PLPub[0].text, "Zoo");
+  SortPLPub(s.editor, 0);
+  EXPECT_EQ(s.editor.PLPub[0].text, "Bakery");
+  ChoosePLPub(s.station, s.editor, 1);
+  EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.LblInfoPub, "Zoo 1 /2");
+  EXPECT_FALSE(s.editor.PLPubVisible);
+  EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, true, true}));
+  EXPECT_FALSE(s.editor.fromOverview);
+}
+
+// --- sound file ---
+
+TEST(CampaignEditor, AFreeSoundFileGivesPathLengthAndAdvertiser) {
+  CampaignStation s;
+  BtnNew(s.station, s.editor);
+  ASSERT_TRUE(CmdLoadFile(s.station, s.editor, "D:\\pubs\\Café du Port.mp3", 65432));
+  EXPECT_EQ(s.editor.FichierAudio, "D:\\pubs\\Café du Port.mp3");
+  EXPECT_EQ(s.editor.Longeur, "65432");
+  EXPECT_EQ(s.editor.LblTemp, "01:05");
+  EXPECT_EQ(s.editor.ChAnnonceur, "Café du Port");
+  ASSERT_TRUE(CmdLoadFile(s.station, s.editor, "/pubs/Zoo.flac", 1000));
+  EXPECT_EQ(s.editor.ChAnnonceur, "Zoo.");  // four characters, whatever they are
+  ASSERT_TRUE(CmdLoadFile(s.station, s.editor, "abc", 1000));
+  EXPECT_EQ(s.editor.ChAnnonceur, "");
+}
+
+TEST(CampaignEditor, ASoundFileOfACampaignIsRefusedWithItsAdvertiser) {
+  CampaignStation s;
+  s.AddCampaign({{"FILENAMEAUDIO", "'/pubs/spot.wav'"}, {"ANNONCEUR", "'Zoo'"}});
+  s.AddCampaign({{"ANNONCEUR", "'Later'"}, {"PRIORITY", "5"}});
+  BtnNew(s.station, s.editor);
+  EXPECT_FALSE(CmdLoadFile(s.station, s.editor, "/pubs/spot.wav", 1000));
+  EXPECT_EQ(s.LastMessage(),
+            "Vouz ne pouvez pas choisir ce fichier audio\r\n"
+            "car il est déjà attribué à l'annonceur Zoo");
+  EXPECT_EQ(s.editor.FichierAudio, "");
+  // The order of passage holds again.
+  s.station.base.Tables().GrillePub->MoveFirst();
+  EXPECT_EQ(s.station.base.Tables().GrillePub->Text("ANNONCEUR"), "Later");
+}
+
+// --- categories ---
+
+TEST(CampaignEditor, ACategoryJoinsTheListInCapitalsWhenConfirmed) {
+  CampaignStation s;
+  s.MakeFile("Categori.Ini", "FOOD\r\n");
+  MnuHPubs(s.station, s.editor);
+  s.editor.Categorie = "été";
+  s.messages.AnswerNext(Answer::kYes);
+  CategorieEnter(s.station, s.editor);
+  EXPECT_EQ(s.LastMessage(), "Ajouter cette Catégorie à la liste\r\nété");
+  EXPECT_EQ(s.File("Categori.Ini"), "FOOD\r\n\xC9T\xC9\r\n");
+  s.editor.Categorie = "no";
+  CategorieEnter(s.station, s.editor);  // unanswered: no
+  EXPECT_EQ(s.editor.Categorie, "");
+  EXPECT_EQ(s.editor.CategorieList.size(), 2u);
+}
+
+TEST(CampaignEditor, ACategoryLeavesTheListWhenConfirmed) {
+  CampaignStation s;
+  s.MakeFile("Categori.Ini", "FOOD\r\nCARS\r\n");
+  MnuHPubs(s.station, s.editor);
+  s.editor.Categorie = "FOOD";
+  CategorieDelete(s.station, s.editor);
+  EXPECT_EQ(s.LastMessage(), "Effacer cette Catégorie FOOD");
+  EXPECT_EQ(s.File("Categori.Ini"), "FOOD\r\nCARS\r\n");
+  s.messages.AnswerNext(Answer::kYes);
+  CategorieDelete(s.station, s.editor);
+  EXPECT_EQ(s.File("Categori.Ini"), "CARS\r\n");
+}
+
+// --- dates ---
+
+TEST(CampaignEditor, TheEndFromTheCalendarBuildsTheGrid) {
+  CampaignStation s;
+  BtnNew(s.station, s.editor);
+  s.editor.HDepPub = s.editor.HFinPub = "07";
+  s.editor.DecoupagePub = {"00"};
+  CalendarPick(s.station, s.editor, 1, "21/11/2026");
+  EXPECT_EQ(s.editor.GPub.RowCount(), 10);
+  CalendarPick(s.station, s.editor, 2, "22/11/2026");
+  EXPECT_EQ(RowText(s.editor.GPub, 1), "21 22");
+  EXPECT_EQ(s.editor.LblTotalJours, "2 jours");
+}
+
+TEST(CampaignEditor, TheRightButtonOnTheStartMakesTheCampaignWeekly) {
+  CampaignStation s;
+  s.AddCampaign({{"CAMPAGNEDEPART", "'21/11/2026'"}, {"CAMPAGNEFIN", "'25/11/2026'"}});
+  MnuHPubs(s.station, s.editor);
+  EXPECT_EQ(GridColumns(s.editor.GPub), 6);
+  LblDepartPubRightClick(s.station, s.editor);
+  EXPECT_EQ(s.editor.LblDepartPub, "JOURNALIER");
+  EXPECT_EQ(s.editor.LblFinPub, "JOURNALIER");
+  EXPECT_EQ(RowText(s.editor.GPub, 2), "L M M J V S D");
+}
+
+// --- memo and closing ---
+
+TEST(CampaignEditor, TheMemoTellsTheProcedure) {
+  CampaignStation s;
+  ImgMemo(s.station);
+  EXPECT_EQ(s.Events("message").back()["title"], "Mémo procédure");
+  EXPECT_EQ(s.LastMessage().substr(0, 68),
+            "Pour ajouter une nouvelle grille de publicitée procéder comme suit");
+  EXPECT_NE(s.LastMessage().find("\r\n8 - Sauver avec le bouton Ajouter"), std::string::npos);
+}
+
+TEST(CampaignEditor, ClosingKeepsTheDivisionAndComposesTheDay) {
+  CampaignStation s;
+  s.AddCampaign({});
+  MnuHPubs(s.station, s.editor);
+  s.editor.HDepPub = "05";
+  s.station.GPubJour.SetCell(0, 53, "");
+  CloseCampaigns(s.station, s.editor);
+  EXPECT_EQ(s.File("Decoupe.Ini").substr(0, 15), "\"05\",\"08\",\"00\",");
+  EXPECT_EQ(s.station.GPubJour.Cell(0, 53), "21/11/26");
+}
+
+TEST(CampaignEditor, AClosedBaseIsLoggedAndHarmsNothing) {
+  CampaignStation s;
+  s.station.base.Close();
+  MnuHPubs(s.station, s.editor);
+  BtnRecherhe(s.station, s.editor);
+  BtnNew(s.station, s.editor);
+  EXPECT_FALSE(CmdLoadFile(s.station, s.editor, "/spot.wav", 1));
+  s.editor.FichierAudio = s.MakeSound("a.wav", 1000);
+  EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ((*s.First("error", "where", "BtnAjouter"))["where"], "BtnAjouter");
+}
+
+}  // namespace
+}  // namespace zemo::test
