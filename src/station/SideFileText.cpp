@@ -170,6 +170,7 @@ std::string EncodeAppended(std::string_view utf8) {
 
 std::vector<std::string> SplitLines(std::string_view text) {
   std::vector<std::string> lines;
+  lines.reserve(static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
   while (!text.empty()) {
     const size_t end = std::min(text.find_first_of("\r\n"), text.size());
     lines.emplace_back(text.substr(0, end));

@@ -121,8 +121,9 @@ void ReadCrosses(Station& station, CampaignForm& form, const std::vector<std::st
   size_t line = 0;
   for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) {
     for (int column = kFirstDayColumn; column < GridColumns(grid); ++column, ++line) {
-      const bool cross = line < lines.size() && Trim(lines[line]) == kCross;
-      grid.SetCell(row, column, cross ? std::string(kCross) : std::string());
+      const bool cross = line < lines.size() && !lines[line].empty() && Trim(lines[line]) == kCross;
+      if (cross || !grid.Cell(row, column).empty())
+        grid.SetCell(row, column, cross ? std::string(kCross) : std::string());
     }
     YieldForRow(station, yields);
   }

@@ -124,7 +124,7 @@ TEST_F(Grid, WrongUsageIsStatusTwoAndWhatIsNotThereStatusOne) {
 TEST_F(Grid, TheOrdersCopyABreakAndPreviewADay) {
   MakeCampaigns();
   Put("orders",
-      "+0 break 1\n+0 break 2 at 2\n+0 break 9\n+0 dump\n+1 preview 2026-11-22\n+1 set "
+      "+1 break 1\n+1 break 2 at 2\n+1 break 9\n+1 dump\n+1 preview 2026-11-22\n+1 set "
       "SuppressionPub 1\n"
       "+0 preview 2026-11-21\n");
   const Result result =
