@@ -130,6 +130,8 @@ class Watch : public zemo::EventSink {
       NoteStart(NumberOf(event, "slot"), NumberOf(event, "length_ms"));
     } else if (event.name == "onair") {
       exitMs_ = NumberOf(event, "mix_ms");
+    } else if (event.name == "end") {
+      ranOut_ = real_.station.PL.Empty();
     } else if (event.name == "request") {
       ++requests_;
       refused_ = NumberOf(event, "refused");
@@ -156,12 +158,15 @@ class Watch : public zemo::EventSink {
 
  private:
   // The slot that sounded until now is still read; what it was read beyond its exit point is what
-  // the new element is late by.
+  // the new element is late by. Where it has ended though the list was not empty, that is its exit
+  // distance at least.
   void NoteStart(int64_t slot, int64_t lengthMs) {
     const zemo::SoundChain& sound = *real_.sound;
     const int old = slot == 0 ? 1 : 0;
     if (lengthMs_ > 0 && sound.Sounds(old))
       lateMs_.push_back(sound.Position(old) + exitMs_ - lengthMs_);
+    else if (lengthMs_ > 0 && !ranOut_)
+      lateMs_.push_back(exitMs_);
     else if (lengthMs_ > 0)
       ++afterSilence_;
     lengthMs_ = lengthMs;
@@ -179,6 +184,7 @@ class Watch : public zemo::EventSink {
   int64_t lengthMs_ = 0, exitMs_ = 0;  // of what is on air
   int64_t servedMs_ = 0, awayMs_ = 0, refused_ = 0;
   int requests_ = 0, afterSilence_ = 0;
+  bool ranOut_ = false;  // nothing was there to follow what ended last
 };
 
 void Air(const std::string& folder, int seconds, const char* run) {
