@@ -1,7 +1,7 @@
 // The whole program on an hour of 192 kbit/s MP3: render speed against plain decoding of the same
-// files with libmpg123 in one thread, simulation speed, and of `run` on the null output the time to
-// the first sound, the processor time a second of air and the resident memory. Usage: ProgramBench
-// PROGRAM [SECONDS_OF_RUN]
+// files with libmpg123 in one thread, the simulation of that hour and of a whole day (target: under
+// 10 s), and of `run` on the null output the time to the first sound, the processor time a second
+// of air and the resident memory. Usage: ProgramBench PROGRAM [SECONDS_OF_RUN]
 #include <mpg123.h>
 #include <poll.h>
 #include <signal.h>
@@ -179,7 +179,8 @@ int main(int argc, char** argv) {
     for (int h = 0; h < 24; ++h) make << ", 100";
     make << ")\n";
   }
-  // One variety for the whole hour: a list that is long enough asks for no more music at every tick.
+  // One variety for the whole hour: a list that is long enough asks for no more music at every
+  // tick.
   make << "+0 sql UPDATE Variete SET POURCENT = 100\n";
   make.close();
   play.close();
@@ -191,6 +192,8 @@ int main(int argc, char** argv) {
 
   const double plain = DecodePlainly(files);
   const double simulated = Command(program + " simulate" + station + hour);
+  const double day = Command(program + " simulate" + station +
+                             " --from '2026-11-21 00:00:00' --for 24h --trace /dev/null");
   const double cpuBefore = ChildCpuSeconds();
   const double rendered =
       Command(program + " render" + station + hour + " --audio " + folder + "/hour.wav");
@@ -202,6 +205,7 @@ int main(int argc, char** argv) {
       "speed\n",
       rendered, renderCpu, plain * 59 / 60 / renderCpu);
   std::printf("simulation of 59 minutes         %8.2f s\n", simulated);
+  std::printf("simulation of a day              %8.2f s\n", day);
   std::printf("first sound after process start  %8.0f ms\n", run.firstSoundMs);
   std::printf("processor a second of air        %8.2f ms\n", run.cpuMsPerSecond);
   std::printf("resident memory on air           %8.1f MB\n",

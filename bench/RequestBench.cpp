@@ -11,69 +11,21 @@
 #include <memory>
 #include <string>
 
+#include "BigLibrary.h"
 #include "scheduling/PercentageRequest.h"
-#include "station/TextForms.h"
 #include "support/TestStation.h"
 
 namespace {
 
-using zemo::TwoDigits;
+using zemo::bench::kGenres;
 using zemo::test::TestStation;
 
 constexpr int kReportRows = 200000;
-constexpr int kGenres = 12;
-constexpr int kSaturday = 6;
 
 std::string GenreList() {
   std::string list;
   for (int i = 0; i < kGenres; ++i) list += (i ? ", 'GENRE " : "'GENRE ") + std::to_string(i) + "'";
   return list;
-}
-
-std::string Numbers(int count) {
-  return "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
-         std::to_string(count) + ") ";
-}
-
-void FillLibrary(TestStation& s, int cards) {
-  std::string fields, values;
-  for (int day = 1; day <= 7; ++day) {
-    fields += ", TRANCHE" + TwoDigits(day);
-    values += ", '111111111111111111111111'";
-  }
-  for (int last = 1; last <= 8; ++last) {
-    fields += ", DIFFUSION" + TwoDigits(last);
-    values += ", printf('%02d/%02d/2026 à %02d:%02d', 1 + i % 28, " + std::to_string(11 - last) +
-              ", i % 24, i % 60)";
-  }
-  const std::string artists = std::to_string(cards / 12 + 1);
-  s.Sql(Numbers(cards) +
-        "INSERT INTO Discotheque (FILENAME, DUREE, INTRO, AUTEUR, TITRE, GENRE, VARIETE, ANNEE, "
-        "NBPASSJOUR, ECARTMINUTES, ECARTJOURS, ECARTARTISTE, POINTSORTIE, LABEL, LASTDIFF" +
-        fields + ") SELECT '/music/artist ' || (i * 7919 % " + artists + ") || '/title ' || i || " +
-        "'.mp3', 150000 + i * 31 % 120000, i % 20, 'Artist ' || (i * 7919 % " + artists +
-        "), 'Title ' || i, 'GENRE ' || (i % " + std::to_string(kGenres) +
-        "), CASE i % 5 WHEN 0 THEN 'INTERNATIONAL' ELSE 'NATIONAL' END, '1999', 1 + i % 3, 120, i "
-        "% 4, "
-        "0, 0, 'Label ' || (i % 90), 46300 + (i * 104729 % 40000) / 1000.0" +
-        values + " FROM n");
-}
-
-void FillModels(TestStation& s) {
-  std::string fields, shares, genres;
-  for (int hour = 0; hour < 24; ++hour) {
-    fields += ", TRANCHE" + TwoDigits(hour);
-    shares += ", 8";
-    genres += ", 'GENRE ' || (i % " + std::to_string(kGenres) + ")";
-  }
-  s.Sql(Numbers(kGenres) + "INSERT INTO Models (JOUR, GENRE" + fields + ") SELECT " +
-        std::to_string(kSaturday) + ", 'GENRE ' || (i % " + std::to_string(kGenres) + ")" + shares +
-        " FROM n");
-  s.Sql(Numbers(kGenres) + "INSERT INTO ModelSquelette (JOUR" + fields + ") SELECT " +
-        std::to_string(kSaturday) + genres + " FROM n");
-  s.Sql("UPDATE Variete SET POURCENT = 60 WHERE VARIETE = 'NATIONAL'");
-  s.Sql("UPDATE Variete SET POURCENT = 40 WHERE VARIETE = 'INTERNATIONAL'");
-  s.Sql("UPDATE Cnf SET CheckNational = 0");
 }
 
 TestStation& WithLibrary(int cards) {
@@ -83,13 +35,9 @@ TestStation& WithLibrary(int cards) {
   setenv("TZ", "UTC", 1);
   station = std::make_unique<TestStation>("2026-11-21 10:55:00");
   station->Load();
-  FillLibrary(*station, cards);
-  FillModels(*station);
-  station->Sql(
-      Numbers(kReportRows) +
-      "INSERT INTO Rapport (LADATE, HEURE, AUTEUR, TITRE, GENRE, VARIETE, DATENUM) SELECT "
-      "'21/11/2026', '10:00:00', 'Artist ' || (i % 4000), 'Title ' || i, CASE i % 4 WHEN 0 THEN "
-      "'JINGLE' ELSE 'GENRE 1' END, 'NATIONAL', 45700 + i / 400.0 FROM n");
+  station->Sql(zemo::bench::CardsSql(cards));
+  for (const std::string& statement : zemo::bench::ModelsSql()) station->Sql(statement);
+  station->Sql(zemo::bench::ReportSql(kReportRows));
   return *station;
 }
 

@@ -44,6 +44,8 @@ constexpr float kSpaceLockSec = 2;
 constexpr float kMinuteGuardSec = 60;
 constexpr int64_t kSameErrorMs = 60000;
 constexpr int64_t kGridRetryMs = 10000;
+constexpr int64_t kTickMs = 100;
+constexpr int64_t kRequestBoundMs = 2000;  // the shortest bound that ends a request by itself
 
 // The moment of the tick, read once and again after whatever may have waited.
 struct Moment {
@@ -375,6 +377,18 @@ void ServeBreaks(Station& station, const Moment& at) {
 
 // --- 18: automatic mode ---
 
+// The exit point would come while a request holds the tick, if it takes as long as the last one: it
+// waits for the next element then. One within a tick makes nobody late, and one that went on to its
+// own bound of seconds does not tell of the next.
+bool RequestWouldDelayNext(const Station& station) {
+  const EngineState& engine = station.engine;
+  const int64_t tookMs = station.requests.lastTookMs;
+  if (station.PL.Empty() || tookMs <= kTickMs || tookMs >= kRequestBoundMs) return false;
+  const double leftMs = static_cast<double>(engine.ElementLengthMs) - engine.ElementPositionMs -
+                        static_cast<double>(engine.MixPointMs);
+  return leftMs < static_cast<double>(tookMs + kTickMs);
+}
+
 void FitEndOfHour(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
   if (engine.PlaylistRunning || !station.base.CnfBool(Cnf::kOptimiseToph)) return;
@@ -382,7 +396,7 @@ void FitEndOfHour(Station& station, const Moment& at) {
     engine.FittingActive = false;
     return;
   }
-  if (engine.FittingActive) return;
+  if (engine.FittingActive || RequestWouldDelayNext(station)) return;
   if (Setting(station, Cnf::kPubAvecTopH) == 1)
     AjusteFinHeurePubColleTopH(station);
   else if (Setting(station, Cnf::kInstrumental) == 1)
@@ -452,6 +466,7 @@ void RebuildGrid(Station& station, const Moment& at) {
 
 void Refill(Station& station) {
   if (station.PL.Count() >= 5 || station.engine.ProgressPercent <= 10) return;
+  if (RequestWouldDelayNext(station)) return;
   const ShortWait shortWait(station.base);
   AutomaticRequest(station);
 }

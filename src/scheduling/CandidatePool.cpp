@@ -1,6 +1,7 @@
 #include "scheduling/CandidatePool.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 
@@ -70,18 +71,13 @@ void CandidateCards::Take(const RowView& row) {
   const auto orNull = [&](int column) {
     return row.IsNull(column) ? kNull : static_cast<int32_t>(row.Int(column));
   };
-  uint16_t ends[kTexts];
-  std::string& packed = scratch_;
-  packed.assign(sizeof ends, '\0');
-  for (int text = 0; text < kTexts; ++text) {
-    packed += row.Text(kFirstText + text).substr(0, 1024);
-    ends[text] = static_cast<uint16_t>(packed.size() - sizeof ends);
-  }
-  std::memcpy(packed.data(), ends, sizeof ends);
+  std::array<std::string_view, kTexts> texts;
+  for (int text = 0; text < kTexts; ++text)
+    texts[static_cast<size_t>(text)] = row.Text(kFirstText + text).substr(0, 1024);
   Card card;
   card.lastdiff =
       row.IsNull(kLastdiff) ? -std::numeric_limits<double>::infinity() : row.Real(kLastdiff);
-  card.texts = Store(packed);
+  card.texts = Store(texts);
   card.code = static_cast<int32_t>(row.Int(kCode));
   card.lengthMs = orNull(kLength);
   card.passes = orNull(kPasses);
@@ -93,16 +89,26 @@ void CandidateCards::Take(const RowView& row) {
   cards_.push_back(card);
 }
 
-const char* CandidateCards::Store(const std::string& packed) {
-  if (blockSize_ - blockUsed_ < packed.size()) {
-    blockSize_ = std::max(kBlockBytes, packed.size());
+const char* CandidateCards::Store(const std::array<std::string_view, kTexts>& texts) {
+  Ends ends;
+  size_t size = 0;
+  for (size_t text = 0; text < texts.size(); ++text)
+    ends[text] = static_cast<uint16_t>(size += texts[text].size());
+  size += sizeof ends;
+  if (blockSize_ - blockUsed_ < size) {
+    blockSize_ = std::max(kBlockBytes, size);
     blocks_.emplace_back(new char[blockSize_]);
     blockUsed_ = 0;
   }
-  char* at = blocks_.back().get() + blockUsed_;
-  std::memcpy(at, packed.data(), packed.size());
-  blockUsed_ += packed.size();
-  return at;
+  char* const begin = blocks_.back().get() + blockUsed_;
+  blockUsed_ += size;
+  std::memcpy(begin, ends.data(), sizeof ends);
+  char* at = begin + sizeof ends;
+  for (const std::string_view text : texts) {
+    if (!text.empty()) std::memcpy(at, text.data(), text.size());
+    at += text.size();
+  }
+  return begin;
 }
 
 void CandidateCards::Sort(Order order) {
@@ -113,12 +119,16 @@ void CandidateCards::Sort(Order order) {
   });
 }
 
-std::string_view CandidateCards::TextAt(int card, int text) const {
-  const char* texts = At(card).texts;
-  uint16_t ends[kTexts];
-  std::memcpy(ends, texts, sizeof ends);
-  const size_t begin = text == 0 ? 0 : ends[text - 1];
-  return {texts + sizeof ends + begin, ends[text] - begin};
+CandidateCards::Ends CandidateCards::EndsOf(int card) const {
+  Ends ends;
+  std::memcpy(ends.data(), At(card).texts, sizeof ends);
+  return ends;
+}
+
+std::string_view CandidateCards::TextAt(int card, int text, const Ends& ends) const {
+  const auto at = static_cast<size_t>(text);
+  const size_t begin = at == 0 ? 0 : ends[at - 1];
+  return {At(card).texts + sizeof ends + begin, ends[at] - begin};
 }
 
 std::string CandidateCards::ListedArtist(int card) const {
@@ -128,18 +138,19 @@ std::string CandidateCards::ListedArtist(int card) const {
 
 CardRotation CandidateCards::Rotation(int card) const {
   const Card& numbers = At(card);
+  const Ends ends = EndsOf(card);
   CardRotation rotation;
-  rotation.Genre = TextAt(card, kGenre);
-  rotation.Auteur = TextAt(card, kArtist);
-  rotation.Titre = TextAt(card, kTitle);
-  rotation.MMJJDebut = TextAt(card, kFirstDay);
-  rotation.MMJJFin = TextAt(card, kLastDay);
+  rotation.Genre = TextAt(card, kGenre, ends);
+  rotation.Auteur = TextAt(card, kArtist, ends);
+  rotation.Titre = TextAt(card, kTitle, ends);
+  rotation.MMJJDebut = TextAt(card, kFirstDay, ends);
+  rotation.MMJJFin = TextAt(card, kLastDay, ends);
   rotation.NBPASSJOUR = numbers.passes == kNull ? 0 : numbers.passes;
   rotation.ECARTMINUTES = numbers.minutes;
   rotation.ECARTJOURS = numbers.days;
-  rotation.Tranche = TextAt(card, kHours);
+  rotation.Tranche = TextAt(card, kHours, ends);
   for (int i = 0; i < kDiffusions; ++i)
-    rotation.Diffusion[static_cast<size_t>(i)] = TextAt(card, kDiffusion + i);
+    rotation.Diffusion[static_cast<size_t>(i)] = TextAt(card, kDiffusion + i, ends);
   return rotation;
 }
 

@@ -5,6 +5,7 @@
 // and PL need and for no order, the rows are kept packed, and texts are made only of what is taken.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -40,6 +41,7 @@ class CandidateCards {
   std::string_view Genre(int card) const { return TextAt(card, kGenre); }
   std::string_view Variety(int card) const { return TextAt(card, kVariety); }
   std::string_view Artist(int card) const { return TextAt(card, kArtist); }
+  std::string_view Title(int card) const { return TextAt(card, kTitle); }
   std::string ListedArtist(int card) const;  // trimmed; "Code n" without one
   CardRotation Rotation(int card) const;     // valid as long as this object
   int64_t PlayedSecond(int card) const;      // orders as column 10 of the pool does
@@ -52,21 +54,23 @@ class CandidateCards {
 
   struct Card {
     double lastdiff;    // -infinity for Null
-    const char* texts;  // kTexts ends as uint16, then the bytes of all texts
+    const char* texts;  // Ends, then the bytes of all texts
     int32_t code, lengthMs, passes;
     int16_t minutes, days, artistGap;
     int32_t exitMs, introSec;
   };
 
   const Card& At(int card) const { return cards_[static_cast<size_t>(card)]; }
-  std::string_view TextAt(int card, int text) const;
+  using Ends = std::array<uint16_t, kTexts>;  // of the texts, behind this array
+  Ends EndsOf(int card) const;
+  std::string_view TextAt(int card, int text, const Ends& ends) const;
+  std::string_view TextAt(int card, int text) const { return TextAt(card, text, EndsOf(card)); }
   void Take(const RowView& row);
-  const char* Store(const std::string& packed);
+  const char* Store(const std::array<std::string_view, kTexts>& texts);
   void Sort(Order order);
 
   std::vector<Card> cards_;
   std::vector<std::unique_ptr<char[]>> blocks_;
-  std::string scratch_;                   // the row being packed
   size_t blockUsed_ = 0, blockSize_ = 0;  // bytes of the last block
 };
 

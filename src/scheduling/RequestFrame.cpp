@@ -19,6 +19,7 @@ RequestFrame::RequestFrame(Station& station, const char* kind)
     : station_(station),
       kind_(kind),
       refusedBefore_(station.requests.ListAutorisation.size()),
+      beginMs_(station.platform.clock.MonotonicMs()),
       hold_(station) {
   seen_.at = station.Now();
   seen_.kind = kind;
@@ -27,6 +28,7 @@ RequestFrame::RequestFrame(Station& station, const char* kind)
 }
 
 RequestFrame::~RequestFrame() {
+  station_.requests.lastTookMs = station_.platform.clock.MonotonicMs() - beginMs_;
   if (!messageStays_) {
     station_.screen.LblProgression = kRestText;
     station_.screen.LblProgression.visible = false;

@@ -43,6 +43,7 @@ class RequestFrame {
   int firstNewRow_ = 1;
   int rowsAdded_ = 0;
   size_t refusedBefore_;  // lines of an earlier request
+  int64_t beginMs_;
   RequestSeen seen_;
   bool messageStays_ = false;
   MainTimerHold hold_;

@@ -171,10 +171,18 @@ void CutDoubles(Station& station, const CandidateCards& cards, Pool& pool) {
   CutArtistDoubles(cards, pool, &cut);
   const LocalDateTime now = station.Now();
   const std::string moment = DateText(now) + " " + TimeText(now) + " ";
+  // A line a card: of a large library nearly all of it.
+  std::vector<std::string>& lines = station.requests.ListAutorisation;
+  lines.reserve(lines.size() + cut.size());
   for (const int card : cut) {
-    const PoolRow row = cards.AsPoolRow(card);
-    station.requests.ListAutorisation.push_back(moment + row[3] + "\t" + UpperLatin(row[0]) + "\t" +
-                                                row[1] + " supprimé car doublon d'artiste");
+    std::string line = moment;
+    line += cards.Genre(card);
+    line += '\t';
+    line += UpperLatin(cards.ListedArtist(card));
+    line += '\t';
+    line += cards.Title(card);
+    line += " supprimé car doublon d'artiste";
+    lines.push_back(std::move(line));
   }
 }
 

@@ -72,6 +72,7 @@ struct RequestState {
   int16_t DecalDiffCourant = 0;                // Cnf DecalDiff as the request read it
   int32_t DernierCodeRapport = 0;  // highest CODE of Rapport; keeps its value when that is empty
   int32_t MinutesRequete = 0;      // length of the request; HeureCourante puts 60 here
+  int64_t lastTookMs = 0;          // the last request, by the clock; RequestFrame
   std::vector<PoolRow> ListView1;  // candidates in the order in which they were offered
   bool PLHidden = false;           // the list is not drawn while a request works on it
   ReportBound report;              // writer: RecentReport

@@ -109,6 +109,7 @@ class Connection {
   void Forget(KeptList::iterator kept);
   void ForgetStatements();
   void LoadCatalogue();
+  std::string FileMark() const;
 
   std::string path_;
   int busyTimeoutMs_;
@@ -124,6 +125,7 @@ class Connection {
   int64_t changeCounter_ = 0;
   int64_t seenDataVersion_ = -1;
   int64_t seenTotalChanges_ = -1;
+  std::string seenMark_;  // of the file when SQLite was last asked; empty: to be asked
 
   friend class Statement;
 };

@@ -227,6 +227,38 @@ TEST(PercentageRequest, AnHourWithoutPercentagesTakesNothing) {
   EXPECT_EQ(s.LastError(), "");
 }
 
+// The second title of the pool would be a fault: its variety has no share of the time.
+TEST(PercentageRequest, AnHourWithoutPercentagesEndsTheChoosingAtTheFirstTitle) {
+  RequestStation s;
+  s.Variety("NATIONAL", 100);
+  s.Variety("NOTHING", 0);
+  s.Model(kSaturday, "POP", 50, 11);
+  s.Add(Title("A", 9));
+  s.Add(Of(Title("B", 8), "POP", "NOTHING"));
+  s.Request(30);
+  EXPECT_EQ(s.Requests().ListView1.size(), 2U);
+  EXPECT_TRUE(s.station.PL.Empty());
+  EXPECT_EQ(s.LastError(), "");
+}
+
+TEST(PercentageRequest, TheFirstAndTheLastHourOfTheDayAreReadFromTheirEndsOfTheMask) {
+  const std::string firstHour = "1" + std::string(23, '0'), lastHour = std::string(23, '0') + "1";
+  const auto listed = [&](const std::string& begin) {
+    RequestStation s(begin);
+    s.Variety("NATIONAL", 100);
+    s.Model(kSaturday, "POP", 100);
+    for (const std::string& hours : {firstHour, lastHour}) {
+      TitleCard card = Title(hours == firstHour ? "EARLY" : "LATE", 9);
+      card.hours = hours;
+      s.Add(card);
+    }
+    s.Request(30);
+    return s.station.PL.Count() == 1 ? s.station.PL.Row(1)[Col::kText] : "";
+  };
+  EXPECT_EQ(listed("2026-11-21 00:00:00"), "EARLY");
+  EXPECT_EQ(listed("2026-11-21 23:59:59"), "LATE");
+}
+
 TEST(PercentageRequest, AtFiveToElevenTheColumnOfTenHoursHoldsForAllTitles) {
   RequestStation s("2026-11-21 10:55:00");
   s.Variety("NATIONAL", 100);

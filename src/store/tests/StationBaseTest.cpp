@@ -277,5 +277,30 @@ TEST_F(StationSettings, TheChangeCounterStandsStillUntilSomethingIsStored) {
   EXPECT_GT(Db().ChangeCounter(), own);
 }
 
+TEST_F(StationSettings, AChangeThatIsBeingStoredCountsWhenItIsDone) {
+  OtherProgram other(BasePath());
+  const int64_t counter = Db().ChangeCounter();
+  other.Do("BEGIN EXCLUSIVE; UPDATE Toph SET FICHIER = 'x' WHERE CODE = 1");
+  EXPECT_EQ(Db().ChangeCounter(), counter);
+  other.Do("COMMIT");
+  const int64_t stored = Db().ChangeCounter();
+  EXPECT_GT(stored, counter);
+  other.Do("BEGIN EXCLUSIVE; UPDATE Toph SET FICHIER = 'y' WHERE CODE = 1; ROLLBACK");
+  EXPECT_EQ(Db().ChangeCounter(), stored);
+}
+
+// Such a journal takes commits without touching the file's head.
+TEST_F(StationSettings, ChangesCountUnderAnotherProgramsWriteAheadLogToo) {
+  OtherProgram other(BasePath());
+  other.Do("PRAGMA journal_mode = WAL");
+  Db().ChangeCounter();
+  const int64_t counter = Db().ChangeCounter();
+  other.Do("UPDATE Toph SET FICHIER = 'x' WHERE CODE = 1");
+  const int64_t first = Db().ChangeCounter();
+  EXPECT_GT(first, counter);
+  other.Do("UPDATE Toph SET FICHIER = 'y' WHERE CODE = 1");
+  EXPECT_GT(Db().ChangeCounter(), first);
+}
+
 }  // namespace
 }  // namespace zemo
