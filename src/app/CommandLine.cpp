@@ -18,6 +18,7 @@ struct Typed {
   std::string from;
   std::string at;
   std::string day;
+  std::string firstDay, lastDay;
 };
 
 std::string OneLine(std::string text) {
@@ -94,6 +95,18 @@ ModelsCommands AddModels(CLI::App& app, CommandLine& line) {
   return commands;
 }
 
+void AddAffidavit(CLI::App& app, CommandLine& line, Typed& typed) {
+  AddFolders(app, line);
+  app.add_option("--advertiser", line.advertiser, "Whose crosses")->type_name("NAME")->required();
+  app.add_option("--from", typed.firstDay, "First day, YYYY-MM-DD")->type_name("DAY")->required();
+  app.add_option("--to", typed.lastDay, "Last day, YYYY-MM-DD")->type_name("DAY")->required();
+  app.add_option("--csv", line.csv, "The same into a file of comma-separated values")
+      ->type_name("FILE");
+  app.add_option("--xlsx", line.file, "The same into a spreadsheet, its name ending in .xlsx")
+      ->type_name("FILE");
+  app.add_flag("--json", line.json, "The answer as one JSON object");
+}
+
 void AddSettings(CLI::App& app, CommandLine& line) {
   AddFolders(app, line);
   app.require_subcommand(0, 1);
@@ -119,6 +132,18 @@ std::optional<LocalDateTime> ReadMoment(const CLI::App& chosen, const char* name
   if (!moment || !LocalClockShows(*moment))
     throw UsageError(std::string(name) + ": '" + text + "' is no local time YYYY-MM-DD hh:mm:ss");
   return moment;
+}
+
+LocalDateTime ReadDay(const char* name, const std::string& text) {
+  const auto day = ParseDay(text);
+  if (!day) throw UsageError(std::string(name) + ": '" + text + "' is no day YYYY-MM-DD");
+  return *day;
+}
+
+void ReadAffidavitDays(CommandLine& line, const Typed& typed) {
+  line.firstDay = ReadDay("--from", typed.firstDay);
+  line.lastDay = ReadDay("--to", typed.lastDay);
+  if (typed.lastDay < typed.firstDay) throw UsageError("--to is before --from");
 }
 
 void CheckWhy(const CommandLine& line) {
@@ -147,12 +172,11 @@ void ReadTyped(CommandLine& line, const Typed& typed, const CLI::App& app, const
     if (!line.forMs)
       throw UsageError("--for: '" + typed.duration + "' is no duration (90, 90s, 45m, 24h, 7d)");
   }
+  if (line.command == Command::kAffidavit) return ReadAffidavitDays(line, typed);
   line.from = ReadMoment(chosen, "--from", typed.from);
   line.at = ReadMoment(chosen, "--at", typed.at);
-  if (const CLI::Option* option = chosen.get_option_no_throw("--day"); option && option->count()) {
-    line.day = ParseDay(typed.day);
-    if (!line.day) throw UsageError("--day: '" + typed.day + "' is no day YYYY-MM-DD");
-  }
+  if (const CLI::Option* option = chosen.get_option_no_throw("--day"); option && option->count())
+    line.day = ReadDay("--day", typed.day);
   CheckWhy(line);
 }
 }  // namespace
@@ -195,6 +219,10 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   CLI::App& grid = *app.add_subcommand("grid", "The spot and news breaks of a day");
   AddGrid(grid, line, typed);
 
+  CLI::App& affidavit =
+      *app.add_subcommand("affidavit", "What became of every cross of an advertiser");
+  AddAffidavit(affidavit, line, typed);
+
   CLI::App& settings = *app.add_subcommand("settings", "Show and change the settings");
   AddSettings(settings, line);
   CLI::App& campaign =
@@ -219,6 +247,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
       {&check, Command::kCheck},
       {&why, Command::kWhy},
       {&grid, Command::kGrid},
+      {&affidavit, Command::kAffidavit},
       {&settings, Command::kSettings},
       {&campaign, Command::kCampaign},
       {models.exported, Command::kModelsExport},

@@ -14,7 +14,7 @@ namespace zemo {
 
 enum class Command {
   kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kSettings, kCampaign,
-  kModelsExport, kModelsList
+  kModelsExport, kModelsList, kAffidavit
 };
 
 struct CommandLine {
@@ -28,7 +28,7 @@ struct CommandLine {
   std::string trace = "-";
   std::string choices;  // file: of a simulation to be made, of why to be read; empty: none
   std::string audio;   // file of render
-  std::string file;    // of models export
+  std::string file;    // spreadsheet of models export and affidavit
   std::string folder;  // of demo and check
   bool inPlace = false;
   bool noStart = false;
@@ -36,6 +36,9 @@ struct CommandLine {
   std::optional<int32_t> report;     // ... the row of the report, one of the two
   std::optional<LocalDateTime> at;   // of why; none: now
   std::optional<LocalDateTime> day;  // of grid; none: today
+  std::string advertiser;            // of affidavit, and its days, which it needs
+  std::optional<LocalDateTime> firstDay, lastDay;
+  std::string csv;                   // file of affidavit; empty: none
   std::string settingAction;         // of settings: "get", "set" or "list"
   std::string settingName, settingValue;
   bool json = false;

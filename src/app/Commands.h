@@ -13,6 +13,7 @@ int RunDemoCommand(const CommandLine& line);
 int RunCheckCommand(const CommandLine& line);
 int RunWhyCommand(const CommandLine& line);
 int RunGridCommand(const CommandLine& line);
+int RunAffidavitCommand(const CommandLine& line);
 int RunModelsExport(const CommandLine& line);
 int RunModelsList(const CommandLine& line);
 int RunSettingsCommand(const CommandLine& line);

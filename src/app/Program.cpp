@@ -32,6 +32,8 @@ int Dispatch(const CommandLine& line) {
       return RunWhyCommand(line);
     case Command::kGrid:
       return RunGridCommand(line);
+    case Command::kAffidavit:
+      return RunAffidavitCommand(line);
     case Command::kModelsExport:
       return RunModelsExport(line);
     case Command::kModelsList:

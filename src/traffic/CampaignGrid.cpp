@@ -276,4 +276,19 @@ std::string TurnedDate(std::string_view ddmmyyyy) {
   return part(6, 4) + part(3, 2) + part(0, 2);
 }
 
+// Dates compare as turned texts, "JOURNALIER" behind every date.
+bool WorksOn(const std::string& campagneDepart, const std::string& campagneFin,
+             const std::string& day) {
+  return (campagneDepart == kDailyCampaign || day >= TurnedDate(campagneDepart)) &&
+         day <= TurnedDate(campagneFin);
+}
+
+int ColumnOfDay(const CampaignForm& form, const LocalDateTime& day) {
+  if (form.LblDepartPub == kDailyCampaign) return JourSemaineCourant(day);
+  const std::string monthAndDay = TwoDigits(day.month) + TwoDigits(day.day);
+  for (int column = kFirstDayColumn; column < GridColumns(form.GPub); ++column)
+    if (form.GPub.Cell(0, column) + form.GPub.Cell(1, column) == monthAndDay) return column;
+  return 0;
+}
+
 }  // namespace zemo

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Clock.h"
 #include "station/TextGrid.h"
 
 namespace zemo {
@@ -83,5 +84,12 @@ void WriteCampaign(const CampaignForm& form, Recordset& grillePub);
 // A date of a campaign as "yyyymmdd" for comparing as text: characters 7 to 10, 4 and 5, 1 and 2,
 // whatever they are ("JOURNALIER" gives "LIERRNJO", which sorts behind every date).
 std::string TurnedDate(std::string_view ddmmyyyy);
+
+// Whether a campaign with these two dates works on the day "yyyymmdd".
+bool WorksOn(const std::string& campagneDepart, const std::string& campagneFin,
+             const std::string& day);
+// The column of GPub that holds the crosses of a day; 0 for none. Of a campaign of more than a year
+// the first column with the month and the day counts: the grid holds no year.
+int ColumnOfDay(const CampaignForm& form, const LocalDateTime& day);
 
 }  // namespace zemo

@@ -47,33 +47,16 @@ struct Composition {
   int32_t news = 0;
 };
 
-// Dates compare as turned texts, "JOURNALIER" behind every date.
-bool WorksToday(const Composition& c) {
-  const std::string first = c.campaigns->Text("CAMPAGNEDEPART");
-  const std::string end = TurnedDate(c.campaigns->Text("CAMPAGNEFIN"));
-  return (first == kDailyCampaign || c.today >= TurnedDate(first)) && c.today <= end;
-}
-
-// Column of today in the loaded campaign's grid; 0 for none. Of a campaign of more than a year the
-// first column with the month and the day counts: the grid holds no year.
-int ColumnOfToday(const Composition& c) {
-  if (c.form.LblDepartPub == kDailyCampaign) return JourSemaineCourant(c.now);
-  const TextGrid& grid = c.form.GPub;
-  const std::string monthAndDay = TwoDigits(c.now.month) + TwoDigits(c.now.day);
-  for (int column = kFirstDayColumn; column < GridColumns(grid); ++column)
-    if (grid.Cell(0, column) + grid.Cell(1, column) == monthAndDay) return column;
-  return 0;
-}
-
 // Hands each moment of today that a campaign has a cross at to `take`, campaign by campaign; the
 // campaign stands in c.form.
 template <typename Take>
 void WalkCrosses(Composition& c, Take take) {
   for (c.campaigns->MoveFirst(); !c.campaigns->Eof(); c.campaigns->MoveNext()) {
     c.station.platform.loop.Yield();
-    if (!WorksToday(c)) continue;
+    if (!WorksOn(c.campaigns->Text("CAMPAGNEDEPART"), c.campaigns->Text("CAMPAGNEFIN"), c.today))
+      continue;
     LoadCampaign(c.station, *c.campaigns, c.form, RowYields::kNone);
-    const int column = ColumnOfToday(c);
+    const int column = ColumnOfDay(c.form, c.now);
     if (column == 0) continue;
     const TextGrid& grid = c.form.GPub;
     for (int row = kFirstMomentRow; row < grid.RowCount(); ++row)

@@ -1,0 +1,233 @@
+#include "traffic/Affidavit.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+
+#include "platform/Folder.h"
+#include "station/DayGrid.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "store/RowView.h"
+#include "traffic/CampaignGrid.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int64_t kDaySec = 86400;
+constexpr int64_t kLatestSec = 3 * 3600;  // that a row proves a cross behind its minute
+constexpr int64_t kSilentSec = 30 * 60;   // without a row on both sides: nothing was on air
+constexpr size_t kPlaces = GridCol::kLastElement - GridCol::kFirstElement + 1;  // of a break
+
+// Seconds since day 0 of the serials, which makes rows and crosses comparable.
+int64_t SecondOf(double serial) {
+  return std::llround(serial * kDaySec);
+}
+int64_t SecondOf(const LocalDateTime& moment) {
+  return SecondOf(DateSerial(WholeSeconds(moment)));
+}
+LocalDateTime MomentOf(int64_t second) {
+  return FromDateSerial(static_cast<double>(second) / kDaySec);
+}
+
+// Hour and minute of a grid's moment; none for one that no clock shows.
+bool ReadMoment(const std::string& moment, int& hour, int& minute) {
+  if (!IsClockTime(moment)) return false;
+  hour = ValInt(moment.substr(0, 2));
+  minute = ValInt(moment.substr(3, 2));
+  return true;
+}
+
+// The report of the days, by time.
+struct Aired {
+  std::vector<int64_t> all;   // every row
+  std::vector<int64_t> ours;  // spots and news of the advertiser
+};
+
+Aired ReadReport(Station& station, const std::string& advertiser, int64_t from, int64_t to) {
+  Aired aired;
+  station.base.Db().ReadRows("SELECT DATENUM, GENRE, AUTEUR FROM Rapport WHERE DATENUM >= " +
+                                 SqlNumber(static_cast<double>(from) / kDaySec) +
+                                 " AND DATENUM < " + SqlNumber(static_cast<double>(to) / kDaySec) +
+                                 " ORDER BY DATENUM, CODE",
+                             [&](const RowView& row) {
+                               const int64_t second = SecondOf(row.Real(0));
+                               aired.all.push_back(second);
+                               const std::string_view genre = row.Text(1);
+                               if ((EqualNoCase(genre, "PUB") || EqualNoCase(genre, "Rubrique")) &&
+                                   EqualNoCase(Trim(row.Text(2)), advertiser))
+                                 aired.ours.push_back(second);
+                             });
+  return aired;
+}
+
+// Calls `take` for each moment at which the campaign in `form` has a cross on that day.
+template <typename Take>
+void ForEachCross(const CampaignForm& form, const LocalDateTime& day, Take take) {
+  const int column = ColumnOfDay(form, day);
+  if (column == 0) return;
+  for (int row = kFirstMomentRow; row < form.GPub.RowCount(); ++row)
+    if (form.GPub.Cell(row, column) == kCross) take(form.GPub.Cell(row, 0));
+}
+
+std::unique_ptr<Recordset> CampaignsInOrder(Station& station) {
+  return station.base.Db().OpenRecordset("SELECT * FROM GrillePub ORDER BY PRIORITY, CODE");
+}
+
+LocalDateTime DayAt(int64_t dayNumber) {
+  return FromDateSerial(static_cast<double>(dayNumber));
+}
+
+void AddCrosses(const CampaignForm& form, const LocalDateTime& day,
+                std::vector<AffidavitLine>& lines) {
+  ForEachCross(form, day, [&](const std::string& moment) {
+    AffidavitLine line;
+    line.campaign = ValInt(form.LblCode);
+    line.file = form.FichierAudio;
+    line.spot = form.OptPub[0];
+    line.moment = moment;
+    line.due = day;
+    if (!ReadMoment(moment, line.due.hour, line.due.minute))
+      line.missed = "no clock shows " + moment;
+    lines.push_back(line);
+  });
+}
+
+std::vector<AffidavitLine> ReadCrosses(Station& station, const std::string& advertiser,
+                                       int64_t firstDay, int64_t lastDay) {
+  std::vector<AffidavitLine> lines;
+  CampaignForm form;
+  const auto campaigns = CampaignsInOrder(station);
+  for (; !campaigns->Eof(); campaigns->MoveNext()) {
+    if (!EqualNoCase(Trim(campaigns->Text("ANNONCEUR")), advertiser)) continue;
+    LoadCampaign(station, *campaigns, form, RowYields::kNone);
+    for (int64_t number = firstDay; number <= lastDay; ++number) {
+      const LocalDateTime day = DayAt(number);
+      if (WorksOn(form.LblDepartPub, form.LblFinPub, DateKey(day))) AddCrosses(form, day, lines);
+    }
+  }
+  std::stable_sort(lines.begin(), lines.end(),
+                   [](const auto& a, const auto& b) { return SecondOf(a.due) < SecondOf(b.due); });
+  return lines;
+}
+
+// --- matching ---
+
+void Prove(AffidavitLine& line, int64_t second) {
+  line.aired = MomentOf(second);
+  line.lateSec = second - SecondOf(line.due);
+}
+
+bool Open(const AffidavitLine& line) {
+  return !line.aired && line.missed.empty();
+}
+
+// The latest open cross that was due by then; of several at one moment the first in passage.
+AffidavitLine* LatestDue(std::vector<AffidavitLine>& lines, int64_t second) {
+  AffidavitLine* found = nullptr;
+  for (AffidavitLine& line : lines) {
+    const int64_t due = SecondOf(line.due);
+    if (due > second) break;
+    if (!Open(line) || second - due > kLatestSec) continue;
+    if (!found || SecondOf(found->due) < due) found = &line;
+  }
+  return found;
+}
+
+// The next open cross of the same hour, which a fitting brought forward.
+AffidavitLine* BroughtForward(std::vector<AffidavitLine>& lines, int64_t second) {
+  for (AffidavitLine& line : lines) {
+    const int64_t due = SecondOf(line.due);
+    if (due > second && due / 3600 == second / 3600 && Open(line)) return &line;
+  }
+  return nullptr;
+}
+
+// Returns the rows that prove no cross.
+std::vector<int64_t> Match(std::vector<AffidavitLine>& lines, const std::vector<int64_t>& rows,
+                           AffidavitLine* (*find)(std::vector<AffidavitLine>&, int64_t)) {
+  std::vector<int64_t> left;
+  for (const int64_t second : rows) {
+    if (AffidavitLine* line = find(lines, second))
+      Prove(*line, second);
+    else
+      left.push_back(second);
+  }
+  return left;
+}
+
+// --- why a cross did not air ---
+
+// Whether the campaign's place in the break is behind the last that a break has.
+bool BreakIsFull(Station& station, const AffidavitLine& line) {
+  size_t before = 0;
+  CampaignForm form;
+  const auto campaigns = CampaignsInOrder(station);
+  for (; !campaigns->Eof() && campaigns->Int("CODE") != line.campaign; campaigns->MoveNext()) {
+    if (!WorksOn(campaigns->Text("CAMPAGNEDEPART"), campaigns->Text("CAMPAGNEFIN"),
+                 DateKey(line.due)))
+      continue;
+    LoadCampaign(station, *campaigns, form, RowYields::kNone);
+    ForEachCross(form, line.due,
+                 [&](const std::string& moment) { before += moment == line.moment; });
+  }
+  return before >= kPlaces;
+}
+
+std::string HourMinute(int64_t second) {
+  return TimeText(MomentOf(second)).substr(0, 5);
+}
+
+// Empty where the report shows that the engine was on air around that moment.
+std::string NothingOnAir(const std::vector<int64_t>& rows, int64_t due) {
+  const auto next = std::upper_bound(rows.begin(), rows.end(), due);
+  const bool before = next != rows.begin() && due - *(next - 1) <= kSilentSec;
+  const bool after = next != rows.end() && *next - due <= kSilentSec;
+  if (before || after) return {};
+  std::string text = "engine stopped: the report has nothing";
+  if (next != rows.begin())
+    text += " from " + DateText(MomentOf(*(next - 1))) + " " + HourMinute(*(next - 1));
+  if (next != rows.end()) text += " up to " + DateText(MomentOf(*next)) + " " + HourMinute(*next);
+  return text;
+}
+
+std::string WhyMissed(Station& station, const AffidavitLine& line,
+                      const std::vector<int64_t>& rows) {
+  if (line.moment == "00:00") return "a break at 00:00 never fires";
+  if (!station.platform.soundFiles.Exists(line.file)) return "file missing: " + line.file;
+  if (BreakIsFull(station, line)) return "the break is full";
+  const std::string stopped = NothingOnAir(rows, SecondOf(line.due));
+  return stopped.empty() ? "minute lost: the station was on air" : stopped;
+}
+
+}  // namespace
+
+Affidavit MakeAffidavit(Station& station, const std::string& advertiser, const LocalDateTime& from,
+                        const LocalDateTime& to) {
+  const auto firstDay = static_cast<int64_t>(DaySerial(from.year, from.month, from.day));
+  const auto lastDay = static_cast<int64_t>(DaySerial(to.year, to.month, to.day));
+  const std::string wanted = Trim(advertiser);
+  Affidavit affidavit;
+  affidavit.lines = ReadCrosses(station, wanted, firstDay, lastDay);
+  const Aired aired = ReadReport(station, wanted, firstDay * kDaySec - kSilentSec,
+                                 (lastDay + 1) * kDaySec + kLatestSec);
+  std::vector<int64_t> ours;  // those of the days, and behind them what may still prove a cross
+  for (const int64_t second : aired.ours)
+    if (second >= firstDay * kDaySec) ours.push_back(second);
+  const std::vector<int64_t> left =
+      Match(affidavit.lines, Match(affidavit.lines, ours, LatestDue), BroughtForward);
+  for (const int64_t second : left)
+    if (second < (lastDay + 1) * kDaySec) affidavit.extras.push_back(MomentOf(second));
+  const int64_t now = SecondOf(station.Now());
+  for (AffidavitLine& line : affidavit.lines) {
+    if (!Open(line)) continue;
+    line.isDue = SecondOf(line.due) <= now;
+    if (line.isDue) line.missed = WhyMissed(station, line, aired.all);
+  }
+  return affidavit;
+}
+
+}  // namespace zemo
