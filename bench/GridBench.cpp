@@ -36,7 +36,7 @@ class ManyCampaigns {
       : loop(on.loop),
         station(Platform{on.loop, loop, on.sound, on.stationFolder, on.machineFolder, on.soundFiles,
                          on.lengths, on.localValues, on.clipboard, on.messages, on.keyboard,
-                         on.system}) {
+                         on.system, on.automaton, on.joystick}) {
     on.Load();
     on.station.base.Db().Execute("PRAGMA synchronous = OFF");
     std::filesystem::create_directory(on.stationDir.Path() + "/Spots");
@@ -98,7 +98,7 @@ void FirstComposition(benchmark::State& state) {
     Station station(Platform{many.on.loop, many.loop, many.on.sound, many.on.stationFolder,
                              many.on.machineFolder, many.on.soundFiles, fresh, many.on.localValues,
                              many.on.clipboard, many.on.messages, many.on.keyboard,
-                             many.on.system});
+                             many.on.system, many.on.automaton, many.on.joystick});
     station.base.OpenOrCreateDatabase();
     SetSideFileNames(station);
     station.base.OpenAllTables();
