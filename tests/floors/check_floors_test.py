@@ -97,6 +97,7 @@ class Names(Sample):
         samples = {
             "Qt": ["#include <QTimer>\n", "auto t = QDateTime::currentDateTime();\n"],
             "sound library": ["#include <sndfile.h>\n", "#include <RtAudio.h>\n"],
+            "joystick library": ["#include <SDL.h>\n", "#include <SDL2/SDL_joystick.h>\n"],
             "system clock": ["#include <chrono>\n", "auto t = std::time(nullptr);\n",
                              "gettimeofday(&tv, nullptr);\n", "auto t = ::clock_gettime(0, &ts);\n",
                              "std::chrono::steady_clock::time_point t;\n"],

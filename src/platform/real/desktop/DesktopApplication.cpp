@@ -66,9 +66,12 @@ std::unique_ptr<QCoreApplication> MakeApplication(int& argc) {
     argc = 1;
     return std::make_unique<QCoreApplication>(argc, words);
   }
-  QLoggingCategory::setFilterRules("qt.qpa.*=false");
+  // What cannot be had is said below in one line; Qt says it in several, and complains of a missing
+  // runtime folder that nothing here uses.
+  QLoggingCategory::setFilterRules("qt.qpa.*=false\ndefault.warning=false");
   argc = 3;
   auto application = std::make_unique<QGuiApplication>(argc, words);
+  QLoggingCategory::setFilterRules("qt.qpa.*=false");
   if (!HasDesktop())
     std::fprintf(stderr,
                  "zemoradio: the display %s does not answer: no clipboard is shared with other "
