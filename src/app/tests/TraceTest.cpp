@@ -108,10 +108,13 @@ TEST(TraceLines, ListsRowsAndNamedValuesAreArraysAndAnObject) {
   EXPECT_EQ(LineOf(std::vector<int32_t>{12, -1, 7}), R"("e","v":[12,-1,7]})");
   EXPECT_EQ(LineOf(std::vector<int32_t>{}), R"("e","v":[]})");
   EXPECT_EQ(LineOf(Rows{{"a", ""}, {}}), R"("e","v":[["a",""],[]]})");
-  const NamedValues flags{
-      {"IsRunning", true}, {"MixPointMs", 1600.0}, {"RunningPlaylistName", std::string("Matin")}};
-  EXPECT_EQ(LineOf(flags),
-            R"("e","v":{"IsRunning":true,"MixPointMs":1600,"RunningPlaylistName":"Matin"}})");
+  const NamedValues flags{{"IsRunning", true},
+                          {"MixPointMs", 1600.0},
+                          {"RunningPlaylistName", std::string("Matin")},
+                          {"Codes", std::vector<int32_t>{3, -1}}};
+  EXPECT_EQ(
+      LineOf(flags),
+      R"("e","v":{"IsRunning":true,"MixPointMs":1600,"RunningPlaylistName":"Matin","Codes":[3,-1]}})");
 }
 
 TEST_F(TraceFile, EveryEventIsALineWithTheMomentOfTheClock) {
