@@ -148,17 +148,29 @@ TEST_F(CampaignProgram, TellsAProgramOnAirToComposeAgain) {
   EXPECT_EQ(ReadText(root_ / "station/MajGrillePub.txt").size(), 12u);  // dd/mm/yyyy CR LF
 }
 
-TEST_F(CampaignProgram, AnExportIsTakenInOnAirAndComposed) {
-  std::string line = "20/11/2026\t20/11/2026\t12\t12\t05\t\t\t\t\t\t\t\t" +
-                     Path("station/Bakery.wav") + "\t5000\tBakery\tFOOD\t" +
-                     Path("station/given.GPB") + "\t10\t\tTrue\r\n";
+// Titles long enough for a composition under them.
+TEST_F(BlackBox, AnExportIsTakenInAsATitleStartsAndComposed) {
+  MakeStation({200, 200, 200, 200}, true);
+  PutWav("station/Bakery.wav", 5);
+  const std::string line = "20/11/2026\t20/11/2026\t12\t12\t05\t\t\t\t\t\t\t\t" +
+                           Path("station/Bakery.wav") + "\t5000\tBakery\tFOOD\t" +
+                           Path("station/given.GPB") + "\t10\t\tTrue\r\n";
   Put("station/given.GPB", "X\r\n");
   Put("station/ExportPubs.Txt", line + line);
-  const std::string span = "--from '2026-11-20 12:00:00' --for 10m";
-  const auto imports = Events(span, "import");
-  ASSERT_EQ(imports.size(), 1u);
-  EXPECT_EQ(imports[0]["lines"], 2);
-  EXPECT_EQ(imports[0]["added"], 2);
+  const Result run = Run("simulate --station station --from '2026-11-20 12:00:00' --for 10m");
+  ASSERT_EQ(run.status, 0) << run.err;
+  std::vector<std::string> told;
+  for (const std::string& text : LinesOf(run.out)) {
+    const Json event = Json::parse(text);
+    if (event["event"] == "grid")
+      told.push_back("grid of " + std::to_string(event["spots"].get<int>()));
+    if (event["event"] == "import")
+      told.push_back("import of " + std::to_string(event["lines"].get<int>()) + ", " +
+                     std::to_string(event["added"].get<int>()) + " added");
+    if (event["event"] == "start" && event["code"] == -2) told.push_back("spot");
+  }
+  EXPECT_EQ(told, (std::vector<std::string>{"grid of 0", "import of 2, 2 added", "grid of 2",
+                                            "spot", "spot"}));
 }
 
 }  // namespace
