@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "station/TextForms.h"
 #include "support/Campaigns.h"
 #include "support/TestStation.h"
 #include "traffic/Affidavit.h"
@@ -16,14 +17,20 @@ class AffidavitOfBaker : public testing::Test {
   void SetUp() override { on.Load(); }
   // Aired on 21 November; `rows` of music around it keep the engine on air.
   void Report(const std::string& genre, const std::string& author, const std::string& time) {
-    on.Sql("INSERT INTO Rapport (LADATE, HEURE, AUTEUR, GENRE, DATENUM) VALUES ('21/11/2026', '" +
-           time + "', '" + author + "', '" + genre + "', 46347 + (julianday('2000-01-01 " + time +
-           "') - julianday('2000-01-01')))");
+    on.Sql(kInsert + Row(genre, author, time));
   }
   void MusicAllDay() {
+    std::string rows;
     for (int hour = 0; hour < 24; ++hour)
       for (const char* minute : {":00:10", ":20:10", ":40:10"})
-        Report("POP", "ARTIST", (hour < 10 ? "0" : "") + std::to_string(hour) + minute);
+        rows += (rows.empty() ? "" : ", ") + Row("POP", "ARTIST", TwoDigits(hour) + minute);
+    on.Sql(kInsert + rows);
+  }
+  const std::string kInsert = "INSERT INTO Rapport (LADATE, HEURE, AUTEUR, GENRE, DATENUM) VALUES ";
+  static std::string Row(const std::string& genre, const std::string& author,
+                         const std::string& time) {
+    return "('21/11/2026', '" + time + "', '" + SqlQuoted(author) + "', '" + genre +
+           "', 46347 + (julianday('2000-01-01 " + time + "') - julianday('2000-01-01')))";
   }
   int32_t Baker(std::vector<std::string> crosses, Campaign campaign = {}) {
     campaign.advertiser = "Baker's";
