@@ -110,7 +110,7 @@ TEST_P(BreakDay, EveryCrossIsAiredInItsPlaceButThatOfMidnight) {
   ASSERT_EQ(on.station.GPubJour.RowCount(), kBreaks + 1);
   // In mid-air another machine changes a campaign, and campaigns are taken in.
   on.At(kDayMs / 2, [&] { on.MakeFile("MajGrillePub.txt", "21/11/2026\r\n"); });
-  on.At(kDayMs / 3, [&] { on.station.GPubJour.SetCell(0, 53, ""); });
+  on.At(kDayMs / 3, [&] { on.MakeFile("ExportPubs.Txt", ""); });
   on.Start();
   on.RunUntil(kMidnightMs + kDayMs + 120000);
 
