@@ -11,7 +11,7 @@ function(zemo_library name)
 endfunction()
 
 # zemo_tests(NAME LABEL label SOURCES a.cpp ... DEPENDS other ...): a GoogleTest executable, each of
-# its tests known to CTest under the label (logic, sound, app). Target zemo_tests_LABEL builds all
+# its tests known to CTest under the label (logic, sound, app, days). Target zemo_tests_LABEL builds all
 # executables of a label. Test code itself is not optimised: compiling it costs more than running it,
 # and what it tests is compiled as its preset says.
 function(zemo_tests name)
@@ -20,7 +20,7 @@ function(zemo_tests name)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
   target_compile_options(${name} PRIVATE -O0 -g1)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gtest_main)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 900)
   if(NOT TARGET zemo_tests_${ARG_LABEL})
     add_custom_target(zemo_tests_${ARG_LABEL})
   endif()

@@ -1,12 +1,14 @@
 #include "engine/PlaylistWatcher.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/StoredPlaylists.h"
 #include "library/OnAirRows.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
+#include "store/RowView.h"
 
 namespace zemo {
 
@@ -24,25 +26,31 @@ struct DueList {
   int32_t option = 0;
 };
 
-bool IsDue(const Recordset& playlist, const std::string& today, const std::string& hourMinute) {
-  const std::string date = playlist.Text("LADATE");
-  return (date == kDaily || DateKeyOfText(date) == today) && playlist.Text("LHEURE") == hourMinute;
+// Columns of the look at the lists.
+enum Column { kCode, kLabel, kDate, kMinute, kOption };
+
+bool IsDue(const RowView& playlist, const std::string& today, const std::string& hourMinute) {
+  const std::string_view date = playlist.Text(kDate);
+  return (date == kDaily || DateKeyOfText(std::string(date)) == today) &&
+         playlist.Text(kMinute) == hourMinute;
 }
 
-// In table order: of two lists at the same minute the one stored first is taken.
-bool FindDueList(Station& station, DueList& found) {
-  Recordset& playlist = *station.base.Tables().Playlist;
+// In table order: of two lists at the same minute the one stored first is taken. One reading of the
+// table: most ticks of every fifth second look for a list.
+bool FindDueList(Station& station, DueList& due) {
   const LocalDateTime now = station.Now();
   const std::string today = DateKey(now);
   const std::string hourMinute = TimeText(now).substr(0, 5);
-  playlist.SetIndex("");
-  for (playlist.MoveFirst(); !playlist.Eof(); playlist.MoveNext()) {
-    if (!IsDue(playlist, today, hourMinute)) continue;
-    found = {static_cast<int32_t>(playlist.Int("CODE")), playlist.Text("LIBELLE"),
-             static_cast<int32_t>(playlist.Int("NOJINGLE"))};
-    return true;
-  }
-  return false;
+  bool found = false;
+  station.base.Db().ReadRows(
+      "SELECT CODE, LIBELLE, LADATE, LHEURE, NOJINGLE FROM Playlist ORDER BY CODE",
+      [&](const RowView& playlist) {
+        if (found || !IsDue(playlist, today, hourMinute)) return;
+        found = true;
+        due = {static_cast<int32_t>(playlist.Int(kCode)), std::string(playlist.Text(kLabel)),
+               static_cast<int32_t>(playlist.Int(kOption))};
+      });
+  return found;
 }
 
 void LoadBetweenMarkers(Station& station, const DueList& due) {

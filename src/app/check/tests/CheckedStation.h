@@ -25,10 +25,14 @@ inline constexpr char kTitle1[] = "1 Trio du Phare - Aube claire";
 class NoRights {
  public:
   NoRights() {
-    if (wasRoot_) EXPECT_EQ(seteuid(65534), 0);
+    if (wasRoot_) {
+      EXPECT_EQ(seteuid(65534), 0);
+    }
   }
   ~NoRights() {
-    if (wasRoot_) EXPECT_EQ(seteuid(0), 0);
+    if (wasRoot_) {
+      EXPECT_EQ(seteuid(0), 0);
+    }
   }
   NoRights(const NoRights&) = delete;
 
