@@ -1,5 +1,4 @@
-// What the settings screen tries out on the machine while it is open: sound outputs, the
-// automaton's serial port, the joystick port.
+// The sound outputs of the machine, as the settings screen offers and tries them.
 #pragma once
 
 #include <stdexcept>
@@ -8,14 +7,12 @@
 
 namespace zemo {
 
-// A device that refused; the number is the one shown to the operator.
+// A device that refused; what() is one line.
 struct DeviceError : std::runtime_error {
-  DeviceError(int errorNumber, const std::string& text)
-      : std::runtime_error(text), number(errorNumber) {}
-  int number;
+  using std::runtime_error::runtime_error;
 };
 
-// Thread: the logic's. All but the questions throw DeviceError.
+// Thread: the logic's. All but the question throw DeviceError.
 class SettingsDevices {
  public:
   virtual ~SettingsDevices() = default;
@@ -24,29 +21,15 @@ class SettingsDevices {
   virtual void SelectOutput(int device) = 0;           // of the broadcast, from 0
   virtual bool PrelistenClosed() const = 0;
   virtual void SelectPrelisten(int device) = 0;
-
-  virtual bool PortOpen() const = 0;
-  virtual void OpenPort(int port, const std::string& lineParameters) = 0;  // as "4800,N,8,1"
-  virtual void ClosePort() = 0;
-
-  virtual int JoystickPorts() const = 0;  // ports that can be chosen: 1 to this
-  // Listens to that port with this polling interval; false where no joystick answers. 0 listens to
-  // none.
-  virtual bool CaptureJoystick(int port, int pollingMs) = 0;
 };
 
-// A machine on which nothing can be tried out: the choices are only stored.
+// A machine on which nothing can be tried: the choices are only stored.
 class NoSettingsDevices : public SettingsDevices {
  public:
   std::vector<std::string> OutputNames() override { return {}; }
   void SelectOutput(int) override {}
   bool PrelistenClosed() const override { return true; }
   void SelectPrelisten(int) override {}
-  bool PortOpen() const override { return false; }
-  void OpenPort(int, const std::string&) override { throw DeviceError(8002, "no serial port"); }
-  void ClosePort() override {}
-  int JoystickPorts() const override { return 0; }
-  bool CaptureJoystick(int, int) override { return false; }
 };
 
 }  // namespace zemo

@@ -16,6 +16,8 @@ namespace zemo {
 class SettingsDevices;
 struct Station;
 
+inline constexpr int kJoystickPorts = 16;  // that can be chosen, from 1
+
 enum class ControlKind { kSlider, kNumber, kText, kCheck, kOption, kColour };
 enum class StoredIn { kCnf, kLocal, kAudio };
 

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 #include "platform/Desktop.h"
+#include "platform/Joystick.h"
 #include "platform/LocalValues.h"
 #include "platform/SettingsDevices.h"
 #include "settings/GenreList.h"
+#include "settings/SerialInput.h"
 #include "settings/SettingsControls.h"
 #include "settings/SideFileIo.h"
 #include "settings/SideFiles.h"
@@ -21,7 +24,6 @@ namespace zemo {
 namespace {
 
 constexpr int kHoursOfDay = 24;
-constexpr int kJoystickPollingMs = 100;
 
 // A tick that must come off when another control is ticked.
 void Untick(SettingsScreen& screen, int32_t SettingsScreen::*check, int field) {
@@ -43,31 +45,18 @@ void TickedPubToph(SettingsScreen& screen) {
   screen.fieldHeld.set(Cnf::kHOptimise);
 }
 
-// Option 0 closes the port; any other opens it where none is open.
-void ChoosePort(Station& station, SettingsDevices& devices) {
+// Nothing is shown where nothing was done.
+void ChoosePort(Station& station) {
   SettingsScreen& screen = station.settings;
-  try {
-    if (screen.PortCom <= 0) {
-      devices.ClosePort();
-      station.engine.SerialInputOpen = false;
-      screen.InfoERR = "Port COM Close OK !";
-    } else if (!devices.PortOpen()) {
-      devices.OpenPort(screen.PortCom, screen.Setting);
-      station.engine.SerialInputOpen = true;
-      screen.InfoERR = "Init " + screen.Setting + " Ok";
-    }
-  } catch (const DeviceError& error) {
-    screen.InfoERR = "Erreur n° " + std::to_string(error.number);
-  }
+  std::string told = PortCom_Click(station, screen.PortCom, screen.Setting);
+  if (!told.empty()) screen.InfoERR = std::move(told);
 }
 
-void ChooseJoystick(Station& station, SettingsDevices& devices) {
-  bool answers = false;
-  try {
-    answers = devices.CaptureJoystick(station.settings.ComboJoystiquePort, kJoystickPollingMs);
-  } catch (const DeviceError&) {
-    LogCurrentException(station, "ComboJoystiquePort");
-  }
+void ChooseJoystick(Station& station) {
+  const int port = station.settings.ComboJoystiquePort;
+  Joystick& joystick = station.platform.joystick;
+  const bool answers = port > 0 && joystick.Open(port);
+  if (port <= 0) joystick.Close();
   station.settings.LblJoystique = answers ? "Yes" : "No";
   if (answers) station.screen.LedJoystique = "Joy";
 }
@@ -165,9 +154,9 @@ void ControlChanged(Station& station, SettingsDevices& devices, const SettingsCo
     case Cnf::kPubAvecTopH:
       return TickedPubToph(station.settings);
     case Cnf::kPortCom:
-      return ChoosePort(station, devices);
+      return ChoosePort(station);
     case Cnf::kJoystiquePort:
-      return ChooseJoystick(station, devices);
+      return ChooseJoystick(station);
     case Cnf::kCouleurdesCompteur:
       station.screen.CounterColour = static_cast<uint32_t>(station.settings.PictureColor);
       return;

@@ -6,6 +6,7 @@
 #include "platform/Folder.h"
 #include "platform/LocalValues.h"
 #include "platform/SettingsDevices.h"
+#include "settings/SerialInput.h"
 #include "settings/SettingsControls.h"
 #include "settings/SettingsCouplings.h"
 #include "settings/SideFileIo.h"
@@ -175,10 +176,9 @@ void LoadInstru(Station& station) {
   station.settings.Instru = station.lists.Instru;
 }
 
-void LoadJoystickPorts(Station& station, SettingsDevices& devices) {
-  const int ports = devices.JoystickPorts();
-  for (int port = 0; port <= ports; ++port)
-    station.settings.JoystickPorts.push_back(std::to_string(port));
+void LoadJoystickPorts(SettingsScreen& screen) {
+  for (int port = 0; port <= kJoystickPorts; ++port)
+    screen.JoystickPorts.push_back(std::to_string(port));
 }
 
 void LoadFiltre(Station& station) {
@@ -251,6 +251,7 @@ void SaveLocalSwitches(Station& station) {
 
 void SettingsLoad(Station& station, SettingsDevices& devices) {
   station.settings = SettingsScreen{};
+  station.settings.Setting = LineSetting(station);
   station.base.CheckCnf();
   ReadFields(station, kFirstFields);
   LoadAudio(station, devices);
@@ -258,7 +259,7 @@ void SettingsLoad(Station& station, SettingsDevices& devices) {
   ReadFields(station, kMiddleFields);
   LoadInstru(station);
   ReadFields(station, kBehindInstru);
-  LoadJoystickPorts(station, devices);
+  LoadJoystickPorts(station.settings);
   ReadField(station, kJoystiquePort);
   ReadFields(station, kBehindJoystick);
   LoadFiltre(station);

@@ -55,7 +55,7 @@ struct SettingsScreen {
   std::string SpinImpulsion;           // s; may be empty
   int32_t ComboJoystiquePort = 0;
   std::vector<std::string> JoystickPorts;  // numbers, from "0" for none
-  std::string Setting = "4800,N,8,1";      // line parameters; not stored
+  std::string Setting;                     // line parameters, as "4800,N,8,1"; not stored
   std::string InfoERR;                     // what became of the port
   std::string LblJoystique;                // "Yes" or "No"
 

@@ -1,8 +1,8 @@
 // Every reader over whatever a file may hold: noise, and good files cut off at every byte. None may
 // crash or throw, and what comes out keeps its shape.
 #include "platform/tests/RandomBytes.h"
-#include "settings/CardLists.h"
 #include "settings/GenreList.h"
+#include "settings/LineLists.h"
 #include "settings/WebPage.h"
 #include "settings/tests/SettingsTest.h"
 #include "station/SideFileText.h"
@@ -10,14 +10,14 @@
 namespace zemo {
 namespace {
 
-constexpr const char* kStationFiles[] = {"StartStop.0",      "Topage.0",        "Exclusion.Txt",
-                                         "Instrumental.Txt", "LectureBase.Txt", "Internet.Txt",
-                                         "Genre.Txt",        "Labels.Txt",      "CD.Txt"};
+constexpr const char* kStationFiles[] = {
+    "StartStop.0",  "Topage.0",  "Exclusion.Txt", "Instrumental.Txt", "LectureBase.Txt",
+    "Internet.Txt", "Genre.Txt", "Labels.Txt",    "CD.Txt",           "Categori.Ini"};
 constexpr const char* kMachineFiles[] = {"ZemoPlay.Ini", "ZemoAudio.Ini", "ZemoPasseWord.Ini",
                                          "Settings.Ini"};
 
 struct DamagedFiles : SettingsTest {
-  Texts genres, labels, cds;
+  Texts genres, labels, cds, categories;
 
   // All readers of one file each, with the same bytes in every file.
   void ReadAll(const std::string& bytes) {
@@ -36,6 +36,7 @@ struct DamagedFiles : SettingsTest {
     LoadSaveGenres(station, "Load", genres);
     LoadSaveLabels(station, "Load", labels);
     LoadSaveCD(station, "Load", cds);
+    LoadSaveCategories(station, "Load", categories);
     ExpectUntouched(bytes);
   }
 
@@ -59,7 +60,7 @@ struct DamagedFiles : SettingsTest {
       EXPECT_FALSE(from.empty());
       EXPECT_EQ((from + to).find_first_of("\r\n\t"), std::string::npos);
     }
-    for (const auto* entries : {&genres, &labels, &cds})
+    for (const auto* entries : {&genres, &labels, &cds, &categories})
       for (const std::string& entry : *entries) {
         EXPECT_TRUE(IsValidUtf8(entry));
         EXPECT_EQ(entry.find_first_of("\r\n"), std::string::npos);
@@ -150,6 +151,8 @@ const Reader kReaders[] = {
      [](DamagedFiles& t) { LoadSaveGenres(t.station, "Load", t.genres); }},
     {"Labels.Txt", false, false,
      [](DamagedFiles& t) { LoadSaveLabels(t.station, "Load", t.labels); }},
+    {"Categori.Ini", false, false,
+     [](DamagedFiles& t) { LoadSaveCategories(t.station, "Load", t.categories); }},
     {"CD.Txt", false, false, [](DamagedFiles& t) { LoadSaveCD(t.station, "Load", t.cds); }},
     {"ZemoPlay.Ini", true, true, [](DamagedFiles& t) { LoadSavePlay(t.station, "Load"); }},
     {"ZemoAudio.Ini", true, false, [](DamagedFiles& t) { LoadSaveAudio(t.station, "Load"); }},

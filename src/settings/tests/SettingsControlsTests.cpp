@@ -139,32 +139,28 @@ TEST_F(SettingsControls, TheColourPaintsTheCountersAtOnce) {
 TEST_F(SettingsControls, APortOptionOpensThePortWithItsLineParameters) {
   screen.Setting = "9600,E,7,2";
   Set("PortCom", "2");
-  EXPECT_EQ(devices.done, Texts{"open 2 9600,E,7,2"});
+  EXPECT_TRUE(on.automaton.IsOpen());
+  EXPECT_EQ(on.automaton.Setting(), "9600,E,7,2");
   EXPECT_TRUE(station.engine.SerialInputOpen);
   EXPECT_EQ(screen.InfoERR, "Init 9600,E,7,2 Ok");
+  screen.Setting = "4800,N,8,1";
   Set("PortCom", "3");  // one is open already
-  EXPECT_EQ(devices.done, Texts{"open 2 9600,E,7,2"});
+  EXPECT_EQ(on.automaton.Setting(), "9600,E,7,2");
+  EXPECT_EQ(screen.InfoERR, "Init 9600,E,7,2 Ok");
   EXPECT_EQ(screen.PortCom, 3);
   Set("PortCom", "0");
-  EXPECT_FALSE(devices.portOpen);
+  EXPECT_FALSE(on.automaton.IsOpen());
   EXPECT_FALSE(station.engine.SerialInputOpen);
   EXPECT_EQ(screen.InfoERR, "Port COM Close OK !");
 }
 
-TEST_F(SettingsControls, APortThatFailsShowsItsErrorNumber) {
-  devices.failing = 8002;
-  Set("PortCom", "1");
-  EXPECT_EQ(screen.InfoERR, "Erreur n° 8002");
-  EXPECT_FALSE(station.engine.SerialInputOpen);
-}
-
 TEST_F(SettingsControls, AJoystickThatAnswersIsShown) {
   Set("ComboJoystiquePort", "1");
-  EXPECT_EQ(devices.done, Texts{"joystick 1 100"});
+  EXPECT_EQ(on.joystick.Port(), 1);
   EXPECT_EQ(screen.LblJoystique, "Yes");
   EXPECT_EQ(station.screen.LedJoystique.text, "Joy");
-  devices.joystickAnswers = false;
-  Set("ComboJoystiquePort", "2");
+  Set("ComboJoystiquePort", "0");
+  EXPECT_EQ(on.joystick.Port(), 0);
   EXPECT_EQ(screen.LblJoystique, "No");
 }
 
@@ -184,12 +180,9 @@ TEST_F(SettingsControls, OutputsChangeAtOnceOnlyWhileTheyAreClosed) {
 }
 
 TEST_F(SettingsControls, ADeviceThatFailsIsLogged) {
-  devices.failing = 9;
+  devices.failing = true;
   Set("PlayCombo", "1");
-  Set("ComboJoystiquePort", "1");
-  EXPECT_EQ(Errors(), (Texts{"PlayCombo 5 the device fails for the test",
-                             "ComboJoystiquePort 5 the device fails for the test"}));
-  EXPECT_EQ(screen.LblJoystique, "No");
+  EXPECT_EQ(Errors(), Texts{"PlayCombo 5 the device fails for the test"});
   EXPECT_EQ(station.lists.AudioOutID, -1);
 }
 

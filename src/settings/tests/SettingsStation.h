@@ -19,34 +19,17 @@ namespace zemo::test {
 struct FakeDevices : SettingsDevices {
   std::vector<std::string> names = {"Studio", "Headphones"};
   std::vector<std::string> done;
-  bool portOpen = false, prelistenClosed = true, joystickAnswers = true;
-  int failing = 0;  // number of the error of every order; 0 for none
+  bool prelistenClosed = true;
+  bool failing = false;
 
   void Do(const std::string& what) {
-    if (failing != 0) throw DeviceError(failing, "the device fails for the test");
+    if (failing) throw DeviceError("the device fails for the test");
     done.push_back(what);
   }
-  std::vector<std::string> OutputNames() override {
-    if (failing != 0) throw DeviceError(failing, "the device fails for the test");
-    return names;
-  }
+  std::vector<std::string> OutputNames() override { return names; }
   void SelectOutput(int device) override { Do("output " + std::to_string(device)); }
   bool PrelistenClosed() const override { return prelistenClosed; }
   void SelectPrelisten(int device) override { Do("prelisten " + std::to_string(device)); }
-  bool PortOpen() const override { return portOpen; }
-  void OpenPort(int port, const std::string& line) override {
-    Do("open " + std::to_string(port) + " " + line);
-    portOpen = true;
-  }
-  void ClosePort() override {
-    Do("close");
-    portOpen = false;
-  }
-  int JoystickPorts() const override { return 2; }
-  bool CaptureJoystick(int port, int pollingMs) override {
-    Do("joystick " + std::to_string(port) + " " + std::to_string(pollingMs));
-    return joystickAnswers && port > 0;
-  }
 };
 
 class SettingsStation : public testing::Test {

@@ -1,21 +1,22 @@
-// "Labels.Txt", "CD.Txt" and the varieties.
-#include "settings/CardLists.h"
+// "Categori.Ini", "Labels.Txt", "CD.Txt" and the varieties.
+#include "settings/LineLists.h"
 #include "settings/tests/SettingsStation.h"
 
 namespace zemo::test {
 namespace {
 
-using CardLists = SettingsStation;
+using LineLists = SettingsStation;
 
 struct Lines {
   const char* file;
   void (*loadSave)(Station&, std::string_view, Texts&);
   const char* where;
 };
-constexpr Lines kLists[] = {{"Labels.Txt", LoadSaveLabels, "LoadSaveLabels"},
+constexpr Lines kLists[] = {{"Categori.Ini", LoadSaveCategories, "LoadSaveCategories"},
+                            {"Labels.Txt", LoadSaveLabels, "LoadSaveLabels"},
                             {"CD.Txt", LoadSaveCD, "LoadSaveCD"}};
 
-TEST_F(CardLists, AreSavedAnEntryALineInCapitals) {
+TEST_F(LineLists, AreSavedAnEntryALineInCapitals) {
   for (const Lines& list : kLists) {
     Texts entries = {"Zemo", "l'été", "a\tb\r\nc"};
     list.loadSave(station, "SAVE", entries);
@@ -26,7 +27,7 @@ TEST_F(CardLists, AreSavedAnEntryALineInCapitals) {
   }
 }
 
-TEST_F(CardLists, StayAsTheyAreWithoutAFileAndAreEmptiedByAnEmptyOne) {
+TEST_F(LineLists, StayAsTheyAreWithoutAFileAndAreEmptiedByAnEmptyOne) {
   for (const Lines& list : kLists) {
     Texts entries = {"ONE"};
     list.loadSave(station, "Load", entries);
@@ -40,7 +41,7 @@ TEST_F(CardLists, StayAsTheyAreWithoutAFileAndAreEmptiedByAnEmptyOne) {
   EXPECT_EQ(Errors(), Texts{});
 }
 
-TEST_F(CardLists, ThatCannotBeReadAreLoggedAndStay) {
+TEST_F(LineLists, ThatCannotBeReadAreLoggedAndStay) {
   for (const Lines& list : kLists) {
     on.seen.clear();
     Texts entries = {"ONE"};
@@ -51,7 +52,7 @@ TEST_F(CardLists, ThatCannotBeReadAreLoggedAndStay) {
   }
 }
 
-TEST_F(CardLists, VarietiesAreThoseOfTheTableAndAreNeverSaved) {
+TEST_F(LineLists, VarietiesAreThoseOfTheTableAndAreNeverSaved) {
   on.Sql("INSERT INTO Variete (POURCENT, VARIETE) VALUES (0, 'L''AUTRE')");
   Texts names = {"old"};
   LoadVarietes(station, "Save", names);
