@@ -13,7 +13,9 @@
 #include "engine/ExternalTriggers.h"
 #include "engine/HourPip.h"
 #include "engine/OperatorControls.h"
+#include "engine/OverlayButton.h"
 #include "engine/PlaylistWatcher.h"
+#include "engine/ScreenSaver.h"
 #include "engine/StartStop.h"
 #include "engine/TakeOvers.h"
 #include "library/OnAirRows.h"
@@ -120,12 +122,7 @@ void ServeSpaceKey(Station& station, const Moment& at) {
 }
 
 void PlayShortcut(Station& station, const EngineLists::Shortcut& shortcut) {
-  SoundChain& sound = station.Sound();
-  const auto volume = static_cast<int>(Setting(station, Cnf::kVolumeMusiqueSurImpression));
-  sound.SetChannelDone(kOverlaySlot, true);
-  sound.SetVolume(kOverlaySlot, volume);
-  LoadOverlay(station, shortcut.FileName);
-  StartOverlay(station, "key");
+  PlayOverAir(station, shortcut.FileName);
   station.screen.BtnSurImpressionCaption = "Touche " + shortcut.Touche;
 }
 

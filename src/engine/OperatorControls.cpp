@@ -206,9 +206,6 @@ bool SetCheck(Station& station, std::string_view name, bool on) {
   return true;
 }
 
-// The saver belongs to a screen: without one there is nothing to cover.
-void DeclencheVeille(Station&) {}
-
 bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
   RecordActivity(station);
   try {

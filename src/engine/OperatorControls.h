@@ -23,7 +23,6 @@ void CmdMarqueurExtrait(Station& station, int selectedRow);  // 0: nothing selec
 // A check box or check menu by its control name, without regard to case; false for an unknown one.
 bool SetCheck(Station& station, std::string_view name, bool on);
 void ReturnToAutomatic(Station& station);  // the live mode's list ran out
-void DeclencheVeille(Station& station);    // opens the screen saver
 
 // --- PL; rows from 1 ---
 // A drop from the browse list at `row`, at the end with 0. False when the library holds no such

@@ -68,6 +68,8 @@ struct MainScreen {
   bool GPubJourVisible = false;
   bool GPubJourForInsertion = false;  // it came in place of the list to put a break in there
   bool Visible = false;
+  bool SaverVisible = false;  // the screen saver covers the screen
+  std::string TextVeille;     // its text as the settings had it when it opened
   uint32_t LedSat[4] = {kLedOff, kLedOff, kLedOff,
                         kLedOff};  // the indicator is the contact's state
   Label LedJoystique{"", false, kLedOff};

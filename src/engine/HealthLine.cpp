@@ -1,0 +1,140 @@
+#include "engine/HealthLine.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "engine/MainScreenTexts.h"
+#include "station/Station.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int64_t kSilentAfterMs = 5000;    // a quiet passage is no fault
+constexpr int64_t kDropoutShownMs = 30000;  // a dropout stays red that long
+constexpr float kSilencePeak = 0.001f;      // -60 dB of full scale
+constexpr int64_t kGigabyte = 1000000000;
+constexpr int64_t kLittleDisk = kGigabyte;
+
+// The age begins anew when the state changes, not when its figures do.
+void Tell(HealthFigure& figure, const char* name, std::string state, std::string text,
+          HealthSeverity severity, int64_t nowMs) {
+  if (figure.state != state) {
+    figure.state = std::move(state);
+    figure.sinceMs = nowMs;
+  }
+  figure.name = name;
+  figure.text = std::move(text);
+  figure.severity = severity;
+}
+
+void TellOutput(HealthLine& line, const Station& station, int64_t nowMs, int langue) {
+  HealthFigure& figure = line.figures[HealthLine::kOutput];
+  if (!station.engine.IsRunning)
+    line.expectedSinceMs = -1;
+  else if (line.expectedSinceMs < 0)
+    line.expectedSinceMs = nowMs;
+  const int64_t quietSinceMs = std::max(line.lastSoundMs, line.expectedSinceMs);
+  const bool sounded = line.lastSoundMs >= 0 && nowMs - line.lastSoundMs < kSilentAfterMs;
+  if (sounded) {
+    const double decibels = 20 * std::log10(std::max(line.heldPeak, kSilencePeak));
+    Tell(figure, "HealthOutput", "alive",
+         ScreenWord("HealthAlive", langue, std::to_string(std::lround(decibels))),
+         HealthSeverity::kGood, nowMs);
+  } else if (line.expectedSinceMs >= 0 && nowMs - quietSinceMs >= kSilentAfterMs) {
+    Tell(figure, "HealthOutput", "silent", ScreenWord("HealthSilent", langue),
+         HealthSeverity::kHeard, nowMs);
+    figure.sinceMs = quietSinceMs;
+  } else {
+    Tell(figure, "HealthOutput", "idle", ScreenWord("HealthIdle", langue), HealthSeverity::kGood,
+         nowMs);
+  }
+  line.heldPeak = 0;
+}
+
+void TellDropouts(HealthLine& line, const OutputFigures& output, int64_t nowMs, bool first) {
+  HealthFigure& figure = line.figures[HealthLine::kUnderruns];
+  const bool more = output.underruns > line.underruns || output.lateFrames > line.lateFrames;
+  line.underruns = output.underruns;
+  line.lateFrames = output.lateFrames;
+  figure.name = "HealthUnderruns";
+  figure.text = std::to_string(output.underruns);
+  if (first || more) figure.sinceMs = nowMs;
+  if (more && !first) figure.state = "heard";
+  const bool lately = figure.state == "heard" && nowMs - figure.sinceMs < kDropoutShownMs;
+  figure.severity = lately ? HealthSeverity::kHeard : HealthSeverity::kGood;
+}
+
+void TellDevice(HealthLine& line, const Station& station, const OutputFigures& output,
+                int64_t nowMs, int langue) {
+  const bool started = station.platform.sound.State() == OutputState::kStarted;
+  const bool lost = started && !output.heard;
+  Tell(line.figures[HealthLine::kDevice], "HealthDevice", lost ? "lost" : output.output,
+       lost ? ScreenWord("HealthUnheard", langue) : output.output,
+       lost ? HealthSeverity::kHeard : HealthSeverity::kGood, nowMs);
+}
+
+void TellDisk(HealthLine& line, int64_t freeBytes, int64_t nowMs, int langue) {
+  const bool little = freeBytes >= 0 && freeBytes < kLittleDisk;
+  std::string text = ScreenWord("Unknown", langue);
+  if (freeBytes >= 0) {
+    const int64_t tenths = freeBytes / (kGigabyte / 10);
+    std::string figure = std::to_string(tenths / 10);
+    if (tenths < 100) figure += (langue == 1 ? "." : ",") + std::to_string(tenths % 10);
+    text = ScreenWord("HealthDiskFree", langue, figure);
+  }
+  Tell(line.figures[HealthLine::kDisk], "HealthDisk", little ? "little" : "enough", text,
+       little ? HealthSeverity::kNote : HealthSeverity::kGood, nowMs);
+}
+
+void TellBase(HealthLine& line, const Station& station, int64_t nowMs, int langue) {
+  HealthFigure& figure = line.figures[HealthLine::kBase];
+  const size_t waiting = station.engine.unwrittenRows.size();
+  if (!station.base.IsOpen())
+    Tell(figure, "HealthBase", "closed", ScreenWord("HealthBaseClosed", langue),
+         HealthSeverity::kNote, nowMs);
+  else if (waiting > 0)
+    Tell(figure, "HealthBase", "waits",
+         ScreenWord("HealthBaseWaits", langue, std::to_string(waiting)), HealthSeverity::kNote,
+         nowMs);
+  else
+    Tell(figure, "HealthBase", "good", ScreenWord("HealthBaseOk", langue), HealthSeverity::kGood,
+         nowMs);
+}
+
+void TellError(HealthLine& line, const Station& station, int64_t nowMs, int langue) {
+  const std::string& error = station.screen.LblErreur.text;
+  Tell(line.figures[HealthLine::kError], "HealthError", error,
+       error.empty() ? ScreenWord("HealthNoError", langue) : error,
+       error.empty() ? HealthSeverity::kGood : HealthSeverity::kNote, nowMs);
+}
+
+}  // namespace
+
+void NotePeaks(HealthLine& line, const OutputFigures& output, int64_t nowMs) {
+  const float peak = std::max(output.peakLeft, output.peakRight);
+  line.heldPeak = std::max(line.heldPeak, peak);
+  if (peak >= kSilencePeak) line.lastSoundMs = nowMs;
+}
+
+void UpdateHealth(HealthLine& line, const Station& station, const OutputFigures& output,
+                  int64_t freeDiskBytes, int64_t nowMs, int langue) {
+  const bool first = line.figures[HealthLine::kUnderruns].name[0] == '\0';
+  TellOutput(line, station, nowMs, langue);
+  TellDropouts(line, output, nowMs, first);
+  TellDevice(line, station, output, nowMs, langue);
+  TellDisk(line, freeDiskBytes, nowMs, langue);
+  TellBase(line, station, nowMs, langue);
+  TellError(line, station, nowMs, langue);
+}
+
+std::string AgeText(int64_t ms) {
+  const int64_t seconds = std::max<int64_t>(0, ms) / 1000;
+  if (seconds < 60) return std::to_string(seconds) + " s";
+  if (seconds < 3600) return std::to_string(seconds / 60) + " min";
+  if (seconds < 86400) return std::to_string(seconds / 3600) + " h";
+  return std::to_string(seconds / 86400) + " d";
+}
+
+}  // namespace zemo

@@ -1,0 +1,68 @@
+#include "engine/NextUp.h"
+
+#include <algorithm>
+
+#include "library/OnAirRows.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int kHourSec = 3600;
+constexpr int64_t kDayMs = 24LL * kHourSec * 1000;
+
+int SecondOfDay(const LocalDateTime& now) {
+  return now.hour * kHourSec + now.minute * 60 + now.second;
+}
+
+void FindElement(const Station& station, const LocalDateTime& now, NextUp& next) {
+  const OnAirRow* row = nullptr;
+  for (const OnAirRow& candidate : station.PL)
+    if (!candidate[Col::kFile].empty()) {
+      row = &candidate;
+      break;
+    }
+  if (!row) return;
+  next.elementCode = row->Code();
+  next.elementTitle = TitleLine(row->cells);
+  const EngineState& engine = station.engine;
+  if (!engine.IsRunning) return;
+  const int64_t untilMs = std::max<int64_t>(
+      0, engine.RemainingMs - static_cast<int64_t>(static_cast<float>(engine.MixPointMs)));
+  next.elementAt = ClockText((SecondOfDay(now) * 1000LL + untilMs) % kDayMs);
+}
+
+void FindBreak(const Station& station, const LocalDateTime& now, NextUp& next) {
+  const std::string minute = TimeText(now).substr(0, 5);
+  const DayGrid& grid = station.GPubJour;
+  for (int row = 1; row < grid.RowCount(); ++row) {
+    const std::string& moment = grid.Cell(row, GridCol::kMoment);
+    if (moment <= minute) continue;
+    next.breakAt = moment;
+    next.breakIsSpots = grid.Cell(row, GridCol::kType) == "Pubs";
+    next.breakLength = grid.Cell(row, GridCol::kLength);
+    const int atSec = ValInt(moment) * kHourSec + ValInt(std::string_view(moment).substr(3)) * 60;
+    next.breakInSec = atSec - SecondOfDay(now);
+    return;
+  }
+}
+
+void FindPipTime(const LocalDateTime& now, NextUp& next) {
+  next.pipAt = TwoDigits((now.hour + 1) % 24) + ":00:00";
+  next.pipInSec = kHourSec - now.minute * 60 - now.second;
+}
+
+}  // namespace
+
+NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour) {
+  NextUp next;
+  FindElement(station, now, next);
+  FindBreak(station, now, next);
+  if (pipAtNextHour) FindPipTime(now, next);
+  return next;
+}
+
+}  // namespace zemo

@@ -1,0 +1,30 @@
+// What the presenter waits for: the next element, the next break and the next hour pip, and when.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/Clock.h"
+
+namespace zemo {
+
+struct Station;
+
+// Times of day "hh:mm:ss", of breaks "hh:mm"; countdowns in whole seconds, -1 where nothing is to
+// come or no moment is known.
+struct NextUp {
+  int32_t elementCode = 0;
+  std::string elementTitle;  // empty: nothing is in the list
+  std::string elementAt;     // empty while the engine is stopped
+  std::string breakAt;       // empty: no break for the rest of the day
+  bool breakIsSpots = false;
+  std::string breakLength;
+  int breakInSec = -1;
+  std::string pipAt;  // empty: no pip at the next hour
+  int pipInSec = -1;
+};
+
+// Looks only at the state, never at the base; `pipAtNextHour` is what FindPip said.
+NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour);
+
+}  // namespace zemo

@@ -1,0 +1,55 @@
+#include "engine/OverlayButton.h"
+
+#include <exception>
+
+#include "engine/OperatorControls.h"
+#include "station/BrowseList.h"
+#include "station/Overlay.h"
+#include "station/Station.h"
+
+namespace zemo {
+
+namespace {
+// Column of the file in each list's rows; -1 for rows that are no files.
+int FileColumn(BrowseList list) {
+  switch (list) {
+    case BrowseList::kMusic:
+      return 5;
+    case BrowseList::kJingles:
+    case BrowseList::kSpots:
+      return 3;
+    case BrowseList::kOthers:
+      return 2;
+    case BrowseList::kToday:
+      return -1;
+  }
+  return -1;
+}
+}  // namespace
+
+std::string FileOfBrowseRow(const BrowseRows& browsed, int row) {
+  const int column = FileColumn(browsed.list);
+  if (column < 0 || row < 0 || row >= static_cast<int>(browsed.rows.size())) return {};
+  return browsed.rows[static_cast<size_t>(row)].cells[static_cast<size_t>(column)];
+}
+
+void PlayOverAir(Station& station, const std::string& storedPath) {
+  SoundChain& sound = station.Sound();
+  const auto volume = static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSurImpression));
+  sound.SetChannelDone(kOverlaySlot, true);
+  sound.SetVolume(kOverlaySlot, volume);
+  LoadOverlay(station, storedPath);
+  StartOverlay(station, "key");
+}
+
+void BtnSurImpression_Click(Station& station, int browseRow) {
+  RecordActivity(station);
+  try {
+    const std::string file = FileOfBrowseRow(station.screen.ListRech, browseRow);
+    if (!file.empty()) PlayOverAir(station, file);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnSurImpression");
+  }
+}
+
+}  // namespace zemo

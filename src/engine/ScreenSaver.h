@@ -1,0 +1,15 @@
+// The screen saver: when it comes, what it says, and what ends it. The engine goes on under it.
+#pragma once
+
+#include <string>
+
+namespace zemo {
+
+struct Station;
+
+void DeclencheVeille(Station& station);  // opens it, unless a text box holds the keyboard
+// The setting TextVeille as it was when the saver opened; what is on air where that is empty.
+std::string SaverText(const Station& station);
+void CloseVeille(Station& station);  // a key or a click
+
+}  // namespace zemo

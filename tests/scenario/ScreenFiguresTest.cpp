@@ -1,0 +1,182 @@
+// What the main screen tells beside the engine's own texts: what comes next, the health line, the
+// forecast's wish, the overlay button and the saver.
+#include <gtest/gtest.h>
+
+#include "engine/Forecast.h"
+#include "engine/HealthLine.h"
+#include "engine/NextUp.h"
+#include "engine/OverlayButton.h"
+#include "engine/ScreenSaver.h"
+#include "support/TestStation.h"
+
+namespace zemo::test {
+namespace {
+
+class ScreenFigures : public testing::Test {
+ protected:
+  void SetUp() override { on.Load(); }
+  NextUp Ahead(const std::string& moment, bool pip = false) {
+    return LookAhead(on.station, ParseMoment(moment), pip);
+  }
+  void Break(int row, const std::string& moment, const std::string& type) {
+    on.station.GPubJour.SetCell(row, GridCol::kMoment, moment);
+    on.station.GPubJour.SetCell(row, GridCol::kLength, "01:30");
+    on.station.GPubJour.SetCell(row, GridCol::kType, type);
+  }
+  void Tell(int64_t nowMs, float peak = 0, uint64_t underruns = 0, int64_t disk = 50'000'000'000) {
+    OutputFigures output{"null", true, underruns, 0, peak, 0};
+    NotePeaks(health, output, nowMs);
+    UpdateHealth(health, on.station, output, disk, nowMs, 1);
+  }
+  const HealthFigure& Figure(HealthLine::Figure figure) { return health.figures[figure]; }
+  TestStation on;
+  HealthLine health;
+};
+
+TEST_F(ScreenFigures, NextBreakIsTheFirstRowAfterThisMinute) {
+  Break(1, "11:30", "Pubs");
+  Break(2, "12:00", "Pubs");
+  Break(3, "13:10", "Rubriques");
+  const NextUp next = Ahead("2026-11-21 12:00:20");
+  EXPECT_EQ(next.breakAt, "13:10");
+  EXPECT_FALSE(next.breakIsSpots);
+  EXPECT_EQ(next.breakLength, "01:30");
+  EXPECT_EQ(next.breakInSec, 70 * 60 - 20);
+}
+
+TEST_F(ScreenFigures, AfterTheLastBreakOfTheDayThereIsNone) {
+  Break(1, "11:30", "Pubs");
+  const NextUp next = Ahead("2026-11-21 12:00:00");
+  EXPECT_EQ(next.breakAt, "");
+  EXPECT_EQ(next.breakInSec, -1);
+}
+
+TEST_F(ScreenFigures, ThePipCountsDownToTheHourAlsoOverMidnight) {
+  EXPECT_EQ(Ahead("2026-11-21 23:58:30", true).pipInSec, 90);
+  EXPECT_EQ(Ahead("2026-11-21 23:58:30", true).pipAt, "00:00:00");
+  EXPECT_EQ(Ahead("2026-11-21 23:58:30", false).pipInSec, -1);
+}
+
+TEST_F(ScreenFigures, NextElementComesAtTheExitPointAndMarkersArePassedOver) {
+  Cells marker{};
+  marker[Col::kText] = "Begin Extrait";
+  marker[Col::kCode] = "-6";
+  on.Append(marker);
+  on.AppendCard(on.AddCard({.artist = "ABBA", .title = "WATERLOO"}));
+  EXPECT_EQ(Ahead("2026-11-21 12:00:00").elementAt, "");  // stopped: no moment
+  on.station.engine.IsRunning = true;
+  on.station.engine.RemainingMs = 65000;
+  on.station.engine.MixPointMs = 5000;
+  const NextUp next = Ahead("2026-11-21 12:00:00");
+  EXPECT_EQ(next.elementTitle, "ABBA  WATERLOO");
+  EXPECT_EQ(next.elementAt, "12:01:00");
+  EXPECT_EQ(Ahead("2026-11-21 23:59:30").elementAt, "00:00:30");
+}
+
+TEST_F(ScreenFigures, SilenceOnAirIsRedAfterFiveSecondsAndAgesFromTheLastSound) {
+  on.station.engine.IsRunning = true;
+  Tell(1000, 0.5F);
+  EXPECT_EQ(Figure(HealthLine::kOutput).text, "-6 dB");  // 20 log 0.5 is -6.02
+  Tell(5900);
+  EXPECT_EQ(Figure(HealthLine::kOutput).severity, HealthSeverity::kGood);
+  Tell(6000);
+  EXPECT_EQ(Figure(HealthLine::kOutput).severity, HealthSeverity::kHeard);
+  EXPECT_EQ(Figure(HealthLine::kOutput).text, "silent");
+  EXPECT_EQ(Figure(HealthLine::kOutput).sinceMs, 1000);
+}
+
+TEST_F(ScreenFigures, SilenceBeforeTheStartIsNoFault) {
+  Tell(1000, 0.5F);
+  Tell(90000);
+  EXPECT_EQ(Figure(HealthLine::kOutput).severity, HealthSeverity::kGood);
+  on.station.engine.IsRunning = true;
+  Tell(91000);
+  EXPECT_EQ(Figure(HealthLine::kOutput).severity,
+            HealthSeverity::kGood);  // five seconds from the start
+  Tell(96000);
+  EXPECT_EQ(Figure(HealthLine::kOutput).severity, HealthSeverity::kHeard);
+}
+
+TEST_F(ScreenFigures, ADropoutIsRedForHalfAMinute) {
+  Tell(1000, 0.5F, 3);  // what was before the screen opened is not news
+  EXPECT_EQ(Figure(HealthLine::kUnderruns).severity, HealthSeverity::kGood);
+  Tell(2000, 0.5F, 4);
+  EXPECT_EQ(Figure(HealthLine::kUnderruns).severity, HealthSeverity::kHeard);
+  EXPECT_EQ(Figure(HealthLine::kUnderruns).sinceMs, 2000);
+  Tell(31000, 0.5F, 4);
+  EXPECT_EQ(Figure(HealthLine::kUnderruns).severity, HealthSeverity::kHeard);
+  Tell(32000, 0.5F, 4);
+  EXPECT_EQ(Figure(HealthLine::kUnderruns).severity, HealthSeverity::kGood);
+}
+
+TEST_F(ScreenFigures, AFullDiskAWaitingBaseAndAnErrorAreNotesAndNeverRed) {
+  Tell(1000, 0.5F, 0, 900'000'000);
+  EXPECT_EQ(Figure(HealthLine::kDisk).severity, HealthSeverity::kNote);
+  EXPECT_EQ(Figure(HealthLine::kDisk).text, "0.9 GB");
+  on.station.engine.unwrittenRows.push_back({"Rapport", "", [](Station&) {}});
+  on.station.screen.LblErreur = "12:00 ERR";
+  Tell(2000, 0.5F);
+  EXPECT_EQ(Figure(HealthLine::kDisk).text, "50 GB");
+  EXPECT_EQ(Figure(HealthLine::kBase).text, "1 waiting");
+  EXPECT_EQ(Figure(HealthLine::kBase).severity, HealthSeverity::kNote);
+  EXPECT_EQ(Figure(HealthLine::kError).severity, HealthSeverity::kNote);
+  EXPECT_EQ(Figure(HealthLine::kError).sinceMs, 2000);
+}
+
+TEST_F(ScreenFigures, AgesAreShort) {
+  EXPECT_EQ(AgeText(59999), "59 s");
+  EXPECT_EQ(AgeText(60000), "1 min");
+  EXPECT_EQ(AgeText(7200000), "2 h");
+  EXPECT_EQ(AgeText(172800000), "2 d");
+}
+
+TEST_F(ScreenFigures, TheForecastBeginsWithTheListAsItStandsAtTheNextTransition) {
+  on.Sql("INSERT INTO DiscothequeJingle (FILENAME, DUREE, LIBELLE) VALUES ('/j.wav', 5000, 'J')");
+  const int32_t title = on.AddCard({});
+  on.AppendCard(title);
+  Cells jingle{};
+  jingle[Col::kText] = "J";
+  jingle[Col::kFile] = "/j.wav";
+  jingle[Col::kCode] = "-1";
+  on.Append(jingle);
+  on.station.engine.IsRunning = true;
+  on.station.engine.RemainingMs = 65000;
+  on.station.engine.MixPointMs = 5000;
+  const ForecastWish wish = WishOfNow(on.station, 6);
+  EXPECT_EQ(wish.from, ParseMoment("2026-11-21 12:01:00"));
+  EXPECT_EQ(wish.hours, 6);
+  EXPECT_EQ(wish.script,
+            "+0 insert music " + std::to_string(title) + "\n+0 insert jingle 1\n+0 start\n");
+}
+
+TEST_F(ScreenFigures, TheOverlayButtonPlaysTheChosenRowOverTheAir) {
+  BrowseRow row;
+  row.cells[3] = on.MakeSound("over.wav", 4000);
+  on.station.screen.ListRech.list = BrowseList::kJingles;
+  on.station.screen.ListRech.rows = {row};
+  on.AppendCard(on.AddCard({}));
+  on.Start();
+  on.RunUntil(2000);
+  BtnSurImpression_Click(on.station, 0);
+  ASSERT_EQ(on.Events("overlay").size(), 1u) << on.Describe();
+  EXPECT_EQ(on.Events("overlay")[0]["reason"], "key");
+  BtnSurImpression_Click(on.station, 7);  // no such row
+  EXPECT_EQ(on.Events("overlay").size(), 1u);
+}
+
+TEST_F(ScreenFigures, TheSaverSaysItsTextOrWhatIsOnAir) {
+  on.station.screen.LblArtiste = "ABBA  WATERLOO";
+  on.station.engine.HotKeysArmed = true;
+  DeclencheVeille(on.station);
+  EXPECT_TRUE(on.station.screen.SaverVisible);
+  EXPECT_EQ(SaverText(on.station), "ABBA  WATERLOO");
+  CloseVeille(on.station);
+  EXPECT_FALSE(on.station.screen.SaverVisible);
+  on.Set("TextVeille", "'RADIO'");
+  on.station.base.CheckCnf();
+  DeclencheVeille(on.station);
+  EXPECT_EQ(SaverText(on.station), "RADIO");
+}
+
+}  // namespace
+}  // namespace zemo::test
