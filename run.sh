@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds Zemo Radio and goes on air: with the demo station (made at the first run), or with the
-# station named by --station. All arguments pass on to `zemoradio run`.
+# Builds Zemo Radio and opens its main screen where there is a display, else airs without it: with the
+# demo station (made at the first run), or with the station named by --station. All arguments pass on
+# to `zemoradio`.
 set -euo pipefail
 
 root="$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd -P)"
@@ -13,12 +14,15 @@ program="$root/build/release/zemoradio"
   cmake --build --preset release --target zemoradio --parallel "$(nproc)"
 )
 
+command=(run)
+[ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}${QT_QPA_PLATFORM:-}" ] || command=()
+
 for argument in "$@"; do
   case "$argument" in
-    --station | --station=*) exec "$program" run "$@" ;;
+    --station | --station=*) exec "$program" "${command[@]}" "$@" ;;
   esac
 done
 
 demo="${XDG_DATA_HOME:-$HOME/.local/share}/ZemoKaluri/Demo"
 [ -e "$demo/Triskin.MDB" ] || "$program" demo "$demo"
-exec "$program" run --station "$demo" "$@"
+exec "$program" "${command[@]}" --station "$demo" "$@"

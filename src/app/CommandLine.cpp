@@ -41,6 +41,11 @@ void AddFolders(CLI::App& app, CommandLine& line) {
       ->type_name("DIR");
 }
 
+void AddOutput(CLI::App& app, CommandLine& line) {
+  app.add_option("--output", line.output, "device, device:NAME, null or file:PATH (device)")
+      ->type_name("SPEC");
+}
+
 void AddDuration(CLI::App& app, Typed& typed) {
   app.add_option("--for", typed.duration, "How long: 90, 90s, 45m, 24h or 7d")
       ->type_name("DURATION");
@@ -188,11 +193,12 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   app.set_version_flag("--version", std::string("Zemo Radio " ZEMO_VERSION));
   app.require_subcommand(0, 1);
   AddFolders(app, line);
+  AddOutput(app, line);
+  AddDuration(app, typed);
 
   CLI::App& run = *app.add_subcommand("run", "Go on air without a screen, until interrupted");
   AddFolders(run, line);
-  run.add_option("--output", line.output, "device, device:NAME, null or file:PATH (device)")
-      ->type_name("SPEC");
+  AddOutput(run, line);
   AddDuration(run, typed);
 
   CLI::App& simulate = *app.add_subcommand("simulate", "The air on a virtual clock");

@@ -6,6 +6,7 @@ namespace zemo {
 
 struct CommandLine;
 
+int OpenScreen(const CommandLine& line);
 int RunOnAir(const CommandLine& line);
 int RunSimulate(const CommandLine& line);
 int RunRender(const CommandLine& line);

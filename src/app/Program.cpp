@@ -15,9 +15,7 @@ constexpr int kWrongUsage = 2;
 int Dispatch(const CommandLine& line) {
   switch (line.command) {
     case Command::kScreen:
-      std::fputs("zemoradio: this build has no screen yet: on air as with 'zemoradio run'\n",
-                 stderr);
-      return RunOnAir(line);
+      return OpenScreen(line);
     case Command::kRun:
       return RunOnAir(line);
     case Command::kSimulate:

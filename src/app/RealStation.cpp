@@ -10,15 +10,13 @@ constexpr int kSoundPollMs = 20;
 }
 
 RealStation::RealStation(const std::string& stationPath, const std::string& machinePath,
-                         const OutputSpec& output, SoundNotice notice)
-    : application_(MakeApplication(argumentCount_)),
-      stationFolder(stationPath),
+                         const OutputSpec& output, const DesktopParts& desktop, SoundNotice notice)
+    : stationFolder(stationPath),
       machineFolder(machinePath),
       localValues(machineFolder),
       soundFiles(machineFolder),
       lengths(opener, soundFiles),
       sound(MakeRealSoundChain(opener, output, std::move(notice))),
-      clipboard(MakeClipboard()),
       serial(localValues, clock),
       joystick(loop),
       station(Platform{.clock = clock,
@@ -29,10 +27,10 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .soundFiles = soundFiles,
                        .lengths = lengths,
                        .localValues = localValues,
-                       .clipboard = *clipboard,
-                       .messages = messages,
-                       .keyboard = keyboard,
-                       .system = system,
+                       .clipboard = desktop.clipboard,
+                       .messages = desktop.messages,
+                       .keyboard = desktop.keyboard,
+                       .system = desktop.system,
                        .serial = serial,
                        .joystick = joystick}) {
   loop.SetIdle([this] { sound->Poll(); }, kSoundPollMs);

@@ -1,6 +1,7 @@
 // A station on this machine: everything that a run on air owns, from the ground up.
 #pragma once
 
+#include <QCoreApplication>
 #include <memory>
 #include <string>
 
@@ -20,19 +21,33 @@
 
 namespace zemo {
 
-// Thread: the logic's.
+// Who sits at the machine, or nobody. Not owned.
+struct DesktopParts {
+  Clipboard& clipboard;
+  MessageBoxes& messages;
+  Keyboard& keyboard;
+  System& system;
+};
+
+// A machine without a screen, with the application that its event loop needs.
+struct ScreenlessMachine {
+  int argumentCount = 0;  // of the application, for its whole life
+  std::unique_ptr<QCoreApplication> application = MakeApplication(argumentCount);
+  std::unique_ptr<Clipboard> clipboard = MakeClipboard();
+  ScreenlessMessageBoxes messages;
+  ScreenlessKeyboard keyboard;
+  RealSystem system;
+  DesktopParts Parts() { return {*clipboard, messages, keyboard, system}; }
+};
+
+// Needs Qt's application. Thread: the logic's.
 class RealStation {
  public:
   // `notice` hears of the output. Throws SoundError when the output's file cannot be made.
   RealStation(const std::string& stationPath, const std::string& machinePath,
-              const OutputSpec& output, SoundNotice notice);
+              const OutputSpec& output, const DesktopParts& desktop, SoundNotice notice);
   ~RealStation();
 
- private:
-  int argumentCount_ = 0;  // of the application, for its whole life
-  std::unique_ptr<QCoreApplication> application_;
-
- public:
   RealClock clock;
   RealEventLoop loop;
   LocalFolder stationFolder;
@@ -42,10 +57,6 @@ class RealStation {
   SoundFileOpener opener;
   SoundFileLengths lengths;
   std::unique_ptr<RealSoundChain> sound;
-  std::unique_ptr<Clipboard> clipboard;
-  ScreenlessMessageBoxes messages;
-  ScreenlessKeyboard keyboard;
-  RealSystem system;
   QtSerialPort serial;
   SdlJoystick joystick;
   Station station;

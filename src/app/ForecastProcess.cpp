@@ -1,0 +1,93 @@
+#include "app/ForecastProcess.h"
+
+#include <unistd.h>
+
+#include <QFile>
+#include <cstdio>
+#include <utility>
+
+namespace zemo {
+
+namespace {
+constexpr int kLowestPriority = 19;
+
+QString MomentText(const LocalDateTime& moment) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", moment.year, moment.month,
+                moment.day, moment.hour, moment.minute, moment.second);
+  return QString::fromLatin1(text);
+}
+}  // namespace
+
+ForecastProcess::ForecastProcess(std::string program, std::string stationFolder,
+                                 std::string machineFolder)
+    : program_(std::move(program)),
+      stationFolder_(std::move(stationFolder)),
+      machineFolder_(std::move(machineFolder)) {}
+
+ForecastProcess::~ForecastProcess() {
+  if (process_) process_->disconnect();  // its end is nobody's business any more
+}
+
+void ForecastProcess::Fail(std::string fault) {
+  state_ = State::kFailed;
+  fault_ = std::move(fault);
+}
+
+void ForecastProcess::Start(const ForecastWish& wish) {
+  if (process_) process_->disconnect();
+  process_.reset();  // kills the one that runs
+  trace_ = {};
+  unread_.clear();
+  fault_.clear();
+  scriptFolder_ = std::make_unique<QTemporaryDir>();
+  QFile script(scriptFolder_->filePath(QStringLiteral("script.txt")));
+  if (!script.open(QIODevice::WriteOnly) ||
+      script.write(wish.script.data(), static_cast<qint64>(wish.script.size())) < 0)
+    return Fail(script.errorString().toStdString());
+  script.close();
+  process_ = std::make_unique<QProcess>();
+  process_->setChildProcessModifier(
+      [] { [[maybe_unused]] const int now = ::nice(kLowestPriority); });
+  QObject::connect(process_.get(), &QProcess::readyReadStandardOutput, process_.get(),
+                   [this] { Read(); });
+  QObject::connect(process_.get(), &QProcess::finished, process_.get(),
+                   [this](int code, QProcess::ExitStatus status) { Finished(code, status); });
+  QObject::connect(process_.get(), &QProcess::errorOccurred, process_.get(),
+                   [this](QProcess::ProcessError error) {
+                     if (error == QProcess::FailedToStart)
+                       Fail(process_->errorString().toStdString());
+                   });
+  state_ = State::kRunning;
+  process_->start(
+      QString::fromStdString(program_),
+      {QStringLiteral("simulate"), QStringLiteral("--station"),
+       QString::fromStdString(stationFolder_), QStringLiteral("--machine"),
+       QString::fromStdString(machineFolder_), QStringLiteral("--from"), MomentText(wish.from),
+       QStringLiteral("--for"), QStringLiteral("%1h").arg(wish.hours), QStringLiteral("--script"),
+       script.fileName(), QStringLiteral("--no-start")},
+      QIODevice::ReadOnly);
+}
+
+void ForecastProcess::Read() {
+  unread_ += process_->readAllStandardOutput();
+  qsizetype begin = 0;
+  for (qsizetype end = unread_.indexOf('\n'); end >= 0; end = unread_.indexOf('\n', begin)) {
+    trace_.Take({unread_.constData() + begin, static_cast<size_t>(end - begin)});
+    begin = end + 1;
+  }
+  unread_.remove(0, begin);
+}
+
+void ForecastProcess::Finished(int exitCode, QProcess::ExitStatus status) {
+  Read();
+  trace_.End();
+  if (status == QProcess::NormalExit && exitCode == 0) {
+    state_ = State::kDone;
+    return;
+  }
+  const std::string told = process_->readAllStandardError().trimmed().toStdString();
+  Fail(told.empty() ? "the simulation ended with status " + std::to_string(exitCode) : told);
+}
+
+}  // namespace zemo

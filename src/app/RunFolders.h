@@ -1,0 +1,24 @@
+// Where a run on this machine stands, made where they are missing, and the output it was set to.
+#pragma once
+
+#include <string>
+
+#include "platform/real/sound/OutputSpec.h"
+
+namespace zemo {
+
+struct CommandLine;
+
+struct RunFolders {
+  std::string station, machine;
+};
+
+// Throws std::runtime_error without a station's folder. A machine folder that cannot be made costs
+// its values, not the air, and is told on standard error.
+RunFolders MakeRunFolders(const CommandLine& line);
+
+// The output of the command line; a device without a name is the one that the machine's settings
+// chose by its number, none for the system's own. Throws UsageError.
+OutputSpec WantedOutput(const CommandLine& line, const std::string& machinePath);
+
+}  // namespace zemo

@@ -1,0 +1,141 @@
+// `zemoradio` without a command: the main on-air screen over the real engine.
+#include <QApplication>
+#include <QGuiApplication>
+#include <QScreen>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+#include "app/EndSignals.h"
+#include "app/ForecastProcess.h"
+#include "app/RealStation.h"
+#include "app/RunEnd.h"
+#include "app/RunFolders.h"
+#include "engine/Startup.h"
+#include "engine/screens/OnAirWindow.h"
+#include "engine/screens/ScreenDesktop.h"
+#include "platform/real/decoders/WaveformReader.h"
+#include "platform/real/desktop/DesktopApplication.h"
+#include "platform/real/sound/OutputSpec.h"
+
+namespace zemo {
+
+namespace {
+
+bool IsSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value && *value;
+}
+
+bool HasDisplay() {
+  return IsSet("QT_QPA_PLATFORM") || IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY");
+}
+
+class ScreenSystem : public RealSystem {
+ public:
+  ScreenSize Screen() const override {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? ScreenSize{screen->size().width(), screen->size().height()} : ScreenSize{};
+  }
+};
+
+// Qt's idea of a command line: ours is not for it to look at. An X display that does not answer is
+// passed over instead of ending the process.
+struct ScreenArguments {
+  bool chosen = IsSet("QT_QPA_PLATFORM") || IsSet("WAYLAND_DISPLAY");
+  int count = chosen ? 1 : 3;
+  char name[16] = "zemoradio";
+  char option[16] = "-platform";
+  char value[16] = "xcb;offscreen";
+  char* words[4] = {name, option, value, nullptr};
+};
+
+// A machine with somebody in front of it.
+struct ScreenMachine {
+  ScreenArguments arguments;
+  QApplication application{arguments.count, arguments.words};
+  std::unique_ptr<Clipboard> clipboard = MakeClipboard();
+  ScreenMessageBoxes messages;
+  ScreenKeyboard keyboard;
+  ScreenSystem system;
+  bool Seen() const {
+    return arguments.chosen || QGuiApplication::platformName() != QStringLiteral("offscreen");
+  }
+  DesktopParts Parts() { return {*clipboard, messages, keyboard, system}; }
+};
+
+OutputFigures FiguresOf(RealSoundChain& sound) {
+  const SoundHealth health = sound.TakeHealth();
+  return {health.output,     health.heard,    health.underruns,
+          health.lateFrames, health.peakLeft, health.peakRight};
+}
+
+int64_t FreeBytes(const std::string& folder) {
+  std::error_code error;
+  const auto space = std::filesystem::space(folder, error);
+  return error ? -1 : static_cast<int64_t>(space.available);
+}
+
+void Tell(const std::string& line) {
+  std::fprintf(stderr, "zemoradio: %s\n", line.c_str());
+}
+
+}  // namespace
+
+int OpenScreen(const CommandLine& line) {
+  if (!HasDisplay() || !ScreenMachine().Seen()) {
+    Tell("there is no display: on air as with 'zemoradio run'");
+    return RunOnAir(line);
+  }
+  if (!ParseOutputSpec(line.output))
+    throw UsageError("--output: '" + line.output + "' is no output");
+  std::signal(SIGPIPE, SIG_IGN);
+  EndSignals endSignals;  // before any thread is made
+  ScreenMachine machine;
+  QApplication::setQuitOnLastWindowClosed(false);
+  const RunFolders folders = MakeRunFolders(line);
+  RealStation real(folders.station, folders.machine, WantedOutput(line, folders.machine),
+                   machine.Parts(), Tell);
+  Station& station = real.station;
+  if (!Form_Load(station)) {
+    machine.messages.WaitUntilRead();
+    return 1;
+  }
+
+  WaveformReader waveforms(std::make_unique<SoundFileOpener>(), folders.machine + "/Peaks");
+  ForecastProcess forecast(QCoreApplication::applicationFilePath().toStdString(), folders.station,
+                           folders.machine);
+  bool left = false;
+  ScreenSources sources;
+  sources.output = [&real] { return FiguresOf(*real.sound); };
+  sources.freeDiskBytes = [&folders] { return FreeBytes(folders.station); };
+  sources.waveforms = &waveforms;
+  sources.forecast = &forecast;
+  sources.closed = [&] {
+    left = true;
+    real.loop.Quit();
+  };
+  OnAirWindow window(station, sources);
+  machine.keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
+  machine.messages.SetWindow(&window, [&window] { return window.Free(); });
+  window.showMaximized();
+  Form_Activate(station, true);
+  window.Begin();
+
+  RunEnd end(real, line.forMs,
+             {.draining = [] { Tell("stopping: what is on air plays to its end"); },
+              .drained = [&real] { real.loop.Quit(); },
+              .leaving = [] {}});
+  endSignals.Deliver([&end] { end.OnSignal(); });
+  const auto watch = real.loop.MakeTimer(RunEnd::kWatchMs, [&end] { end.Watch(); });
+  watch->SetEnabled(true);
+  real.loop.Run();
+  if (!left) Quitter(station);
+  return 0;
+}
+
+}  // namespace zemo

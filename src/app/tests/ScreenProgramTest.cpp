@@ -1,0 +1,80 @@
+// The program with its screen, on Qt's platform without a display: it opens, airs and leaves by a
+// signal. And its forecast as a second process.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include "BlackBox.h"
+#include "app/ForecastProcess.h"
+
+namespace zemo {
+namespace {
+
+class ScreenProgram : public BlackBox {};
+
+TEST_F(ScreenProgram, TheBareCommandOpensTheScreenAirsAndLeavesByASignal) {
+  MakeStation({2, 2, 2}, true);
+  Put("machine/Settings.Ini", "AutoPlay=True\n");
+  const Result result = Shell(
+      "export QT_QPA_PLATFORM=offscreen; "
+      "$zemoradio --station station --machine machine --output null & "
+      "i=0; until [ -s station/ZemoOnOff.Dat ] || [ $((i=i+1)) -gt 3000 ]; do sleep 0.01; done; "
+      "cp station/ZemoOnOff.Dat begun; kill -TERM $!; wait $!");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(ReadText(root_ / "begun"), "1");
+  EXPECT_EQ(ReadText(root_ / "station/ZemoOnOff.Dat").at(0), '0');
+}
+
+class ForecastRun : public BlackBox {
+ protected:
+  static void WaitFor(const ForecastProcess& forecast) {
+    QElapsedTimer bound;
+    bound.start();
+    while (forecast.Now() == ForecastSource::State::kRunning && bound.elapsed() < 120000)
+      QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+  }
+  int count_ = 1;
+  char name_[8] = "test";
+  char* values_[2] = {name_, nullptr};
+  QCoreApplication application_{count_, values_};
+};
+
+TEST_F(ForecastRun, ASecondProcessTellsTheNextHourAndLeavesTheStationAsItWas) {
+  MakeStation({180, 200, 220}, true);
+  const auto before = Files("station");
+  ForecastProcess forecast(Program(), Path("station"), Path("machine"));
+  ForecastWish wish;
+  wish.from = {2026, 11, 21, 12, 0, 0, 0};
+  wish.hours = 1;
+  wish.script = "+0 insert music 2\n+0 start\n";
+  forecast.Start(wish);
+  EXPECT_EQ(forecast.Now(), ForecastSource::State::kRunning);
+  WaitFor(forecast);
+  ASSERT_EQ(forecast.Now(), ForecastSource::State::kDone) << forecast.Fault();
+  ASSERT_GE(forecast.Lines().size(), 10u);  // an hour of titles of 3:40 at most
+  EXPECT_EQ(forecast.Lines()[0].text, "Artist 2  Title 2");
+  EXPECT_EQ(forecast.Lines()[0].at, "12:00:00");
+  EXPECT_EQ(Files("station"), before);
+}
+
+TEST_F(ForecastRun, AStationThatCannotBeSimulatedFailsWithItsLine) {
+  ForecastProcess forecast(Program(), Path("nowhere/at/all"), Path("machine"));
+  ForecastWish wish;
+  wish.from = {2026, 11, 21, 12, 0, 0, 0};
+  wish.script = "+0 nonsense\n";
+  forecast.Start(wish);
+  WaitFor(forecast);
+  EXPECT_EQ(forecast.Now(), ForecastSource::State::kFailed);
+  EXPECT_FALSE(forecast.Fault().empty());
+}
+
+TEST_F(ForecastRun, AProgramThatIsGoneFails) {
+  ForecastProcess forecast(Path("no-program"), Path("station"), Path("machine"));
+  forecast.Start({});
+  WaitFor(forecast);
+  EXPECT_EQ(forecast.Now(), ForecastSource::State::kFailed);
+}
+
+}  // namespace
+}  // namespace zemo

@@ -1,0 +1,59 @@
+// The foot of the screen: the list's total, the buffers and the cycle, the contacts, the ticker,
+// and the health line with the last error.
+#pragma once
+
+#include <QFrame>
+#include <QWidget>
+#include <array>
+
+#include "engine/HealthLine.h"
+
+class QLabel;
+
+namespace zemo {
+
+class FitLabel;
+struct Station;
+
+// LblInfo: a line that runs from right to left while it scrolls.
+class Ticker : public QWidget {
+ public:
+  explicit Ticker(QWidget* parent);
+  void Show(const QString& text, bool scrolling, int64_t nowMs);
+  QString Text() const { return text_; }
+  bool Scrolling() const { return scrolling_; }
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+
+ private:
+  QString text_;
+  bool scrolling_ = false;
+  int64_t begunMs_ = 0;
+  int shift_ = 0;  // pixels
+};
+
+class BottomStrip : public QFrame {
+ public:
+  explicit BottomStrip(QWidget* parent);
+  void SetLanguage(int langue) { langue_ = langue; }
+  void Arrange(double unit);
+  void ShowStation(const Station& station, int64_t nowMs);
+  void ShowHealth(const HealthLine& health, int64_t nowMs);
+
+ private:
+  QLabel* Figure(const char* name);
+  void ShowInputs(const Station& station);
+
+  int langue_ = 0;
+  double unit_ = 1;
+  QLabel *LblTpsTot, *HHTot, *MnTot, *SSTot, *LblCycle, *LblMaxPlayInfo;
+  FitLabel *LblOffsetBuffers, *LblErreur, *LblProgression;
+  std::array<QLabel*, 2> colons_;
+  std::array<QLabel*, 4> LedSat;
+  QLabel* LedJoystique;
+  Ticker* LblInfo;
+  std::array<FitLabel*, HealthLine::kFigures> health_;
+};
+
+}  // namespace zemo

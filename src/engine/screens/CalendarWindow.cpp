@@ -1,0 +1,39 @@
+#include "engine/screens/CalendarWindow.h"
+
+#include <QCalendarWidget>
+#include <QLocale>
+#include <QVBoxLayout>
+#include <array>
+
+namespace zemo {
+
+CalendarWindow::CalendarWindow(int langue, const LocalDateTime& today, QWidget* parent)
+    : QDialog(parent) {
+  setObjectName(QStringLiteral("FrmCalendrier"));
+  setAttribute(Qt::WA_DeleteOnClose);
+  setWindowModality(Qt::WindowModal);
+  constexpr std::array kLocales = {QLocale::French, QLocale::English, QLocale::Portuguese,
+                                   QLocale::Spanish};
+  const bool known = langue >= 0 && langue < static_cast<int>(kLocales.size());
+  auto* month = new QCalendarWidget(this);
+  month->setObjectName(QStringLiteral("Calendrier"));
+  month->setLocale(QLocale(kLocales[known ? static_cast<size_t>(langue) : 0]));
+  month->setFirstDayOfWeek(Qt::Monday);
+  month->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+  month->setSelectedDate(QDate(today.year, today.month, today.day));
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(month);
+  const auto choose = [this](const QDate& date) {
+    LocalDateTime day;
+    day.year = date.year();
+    day.month = date.month();
+    day.day = date.day();
+    const auto tell = picked;
+    accept();
+    if (tell) tell(day);
+  };
+  connect(month, &QCalendarWidget::clicked, this, choose);
+  connect(month, &QCalendarWidget::activated, this, choose);  // Return
+}
+
+}  // namespace zemo

@@ -1,0 +1,148 @@
+#include "engine/screens/ControlBar.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QShortcut>
+#include <QToolButton>
+#include <utility>
+
+#include "engine/MainScreenTexts.h"
+#include "engine/OperatorControls.h"
+#include "engine/screens/Theme.h"
+#include "station/Station.h"
+
+namespace zemo {
+
+namespace {
+
+struct Button {
+  Toolbar button;
+  const char* name;
+  const char* item;  // of the texts
+  const char* tip;
+  const char* key;
+};
+constexpr Button kButtons[] = {{Toolbar::kAutomatic, "Toolbar1_1", "1", "tip1", "F2"},
+                               {Toolbar::kLive, "Toolbar1_2", "2", "tip2", "F3"},
+                               {Toolbar::kDayGrid, "Toolbar1_3", "3", "tip3", "F4"},
+                               {Toolbar::kStart, "Toolbar1_5", "5", "tip5", nullptr},
+                               {Toolbar::kStop, "Toolbar1_6", "6", "tip6", nullptr}};
+
+QString WithKey(const std::string& tip, const QString& key) {
+  const QString text = QString::fromStdString(tip);
+  return key.isEmpty() ? text : text + QStringLiteral(" (") + key + QStringLiteral(")");
+}
+
+}  // namespace
+
+QToolButton* ControlBar::AddToolbarButton(QHBoxLayout* bar, Toolbar button, const char* key) {
+  auto* made = new QToolButton(this);
+  made->setCheckable(true);
+  made->setFocusPolicy(Qt::TabFocus);
+  if (key) made->setShortcut(QKeySequence(QString::fromLatin1(key)));
+  bar->addWidget(made);
+  toolbar_[static_cast<size_t>(button)] = made;
+  connect(made, &QToolButton::clicked, this, [this, button] {
+    orders_.toolbar(button);
+    Refresh();
+  });
+  return made;
+}
+
+QPushButton* ControlBar::AddButton(QHBoxLayout* bar, const char* name, const char* key,
+                                   std::function<void()> order) {
+  auto* made = new QPushButton(this);
+  made->setObjectName(QString::fromLatin1(name));
+  made->setFocusPolicy(Qt::TabFocus);
+  if (key) made->setShortcut(QKeySequence(QString::fromLatin1(key)));
+  made->setProperty("keys", key ? QString::fromLatin1(key) : QString());
+  bar->addWidget(made);
+  connect(made, &QPushButton::clicked, this, std::move(order));
+  return made;
+}
+
+ControlBar::ControlBar(Station& station, ControlBarOrders orders, QWidget* parent)
+    : QWidget(parent), station_(station), orders_(std::move(orders)) {
+  setObjectName(QStringLiteral("ControlBar"));
+  auto* bar = new QHBoxLayout(this);
+  bar->setContentsMargins(0, 0, 0, 0);
+  bar->setSpacing(4);
+  auto* group = new QWidget(this);
+  group->setObjectName(QStringLiteral("Toolbar1"));
+  auto* tools = new QHBoxLayout(group);
+  tools->setContentsMargins(0, 0, 0, 0);
+  tools->setSpacing(3);
+  for (const Button& button : kButtons) {
+    if (button.button == Toolbar::kStart) tools->addSpacing(8);  // button 4, the separator
+    AddToolbarButton(tools, button.button, button.key)
+        ->setObjectName(QString::fromLatin1(button.name));
+  }
+  toolbar_[static_cast<size_t>(Toolbar::kStart)]->setProperty("alarm", true);
+  bar->addWidget(group);
+  bar->addSpacing(6);
+  CmdStop = AddButton(bar, "CmdStop", "F6", [this] { orders_.next(); });
+  CmdRequette = AddButton(bar, "CmdRequette", "F5", [this] { orders_.request(); });
+  BtnSurImpression = AddButton(bar, "BtnSurImpression", "F8", [this] { orders_.overlay(); });
+  BntVoiceTrack = AddButton(bar, "BntVoiceTrack", nullptr, [this] { orders_.voiceTrack(); });
+  bar->addStretch();
+  Info = AddButton(bar, "Info", "F1", [this] { orders_.info(); });
+  QSizePolicy keep = BntVoiceTrack->sizePolicy();
+  keep.setRetainSizeWhenHidden(true);
+  BntVoiceTrack->setSizePolicy(keep);
+}
+
+void ControlBar::SetTexts(int langue) {
+  for (const Button& button : kButtons) {
+    QToolButton* tool = toolbar_[static_cast<size_t>(button.button)];
+    const QKeySequence key = tool->shortcut();
+    tool->setText(QString::fromStdString(TextOf("Toolbar1", button.item, langue)));
+    tool->setToolTip(WithKey(TextOf("Toolbar1", button.tip, langue), key.toString()));
+    tool->setAccessibleName(tool->text());
+    tool->setAccessibleDescription(tool->toolTip());
+    tool->setShortcut(key);  // a new text takes the shortcut away
+  }
+}
+
+void ControlBar::Arrange(double unit) {
+  const int height = Theme::Px(unit, 38);
+  for (QToolButton* tool : toolbar_)
+    if (tool) tool->setFixedHeight(height);
+  for (QPushButton* button : {CmdStop, CmdRequette, BntVoiceTrack, BtnSurImpression, Info})
+    button->setFixedHeight(height);
+  // The widest caption of each fits, so that no caption moves the others.
+  const QFontMetrics metrics(Theme::Type(unit, 18, true));
+  CmdStop->setFixedWidth(metrics.horizontalAdvance(QStringLiteral("Next")) + Theme::Px(unit, 36));
+  const QFontMetrics plain(Theme::Type(unit, 16));
+  BtnSurImpression->setFixedWidth(plain.horizontalAdvance(QStringLiteral("Sur Impression")) +
+                                  Theme::Px(unit, 26));
+}
+
+void ControlBar::Refresh() {
+  const MainScreen& screen = station_.screen;
+  const auto check = [this](Toolbar button, bool on) {
+    QToolButton* tool = toolbar_[static_cast<size_t>(button)];
+    if (tool->isChecked() != on) tool->setChecked(on);
+  };
+  check(Toolbar::kAutomatic, station_.engine.IsAutomatic && !screen.GPubJourVisible);
+  check(Toolbar::kLive, !station_.engine.IsAutomatic && !screen.GPubJourVisible);
+  check(Toolbar::kDayGrid, screen.GPubJourVisible);
+  check(Toolbar::kStart, screen.ToolbarStartPressed);
+  check(Toolbar::kStop, !screen.ToolbarStartPressed);
+  const auto put = [](QPushButton* button, const std::string& text) {
+    const QString wanted = QString::fromStdString(text);
+    if (button->text() == wanted) return;
+    const QKeySequence key = button->shortcut();
+    button->setText(wanted);
+    button->setShortcut(key);
+  };
+  put(CmdStop, screen.CmdStopCaption);
+  put(BtnSurImpression, screen.BtnSurImpressionCaption);
+}
+
+void ControlBar::ShowVoiceTrack(bool visible) {
+  station_.screen.BntVoiceTrackVisible = visible;
+  BntVoiceTrack->setVisible(visible);
+}
+
+}  // namespace zemo

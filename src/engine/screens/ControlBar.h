@@ -1,0 +1,43 @@
+// The bar of the screen's main controls: Toolbar1 with its modes, start and stop, and the buttons
+// for the next element, a request, a voice track and the overlay.
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <functional>
+
+class QHBoxLayout;
+class QPushButton;
+class QToolButton;
+
+namespace zemo {
+
+enum class Toolbar;
+struct Station;
+
+struct ControlBarOrders {
+  std::function<void(Toolbar)> toolbar;
+  std::function<void()> next, request, voiceTrack, overlay, info;
+};
+
+class ControlBar : public QWidget {
+ public:
+  ControlBar(Station& station, ControlBarOrders orders, QWidget* parent);
+  void SetTexts(int langue);
+  void Arrange(double unit);
+  void Refresh();
+  // A voice track can stand at the selected row: it has a following one, in the editor.
+  void ShowVoiceTrack(bool visible);
+
+ private:
+  QToolButton* AddToolbarButton(QHBoxLayout* bar, Toolbar button, const char* key);
+  QPushButton* AddButton(QHBoxLayout* bar, const char* name, const char* key,
+                         std::function<void()> order);
+
+  Station& station_;
+  ControlBarOrders orders_;
+  std::array<QToolButton*, 7> toolbar_{};  // by the button's number
+  QPushButton *CmdStop, *CmdRequette, *BntVoiceTrack, *BtnSurImpression, *Info;
+};
+
+}  // namespace zemo

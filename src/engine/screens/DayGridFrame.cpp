@@ -1,0 +1,196 @@
+#include "engine/screens/DayGridFrame.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTableView>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "engine/DayGridControls.h"
+#include "engine/MainScreenTexts.h"
+#include "engine/screens/CalendarWindow.h"
+#include "engine/screens/PaperPrint.h"
+#include "engine/screens/ScreenSources.h"
+#include "engine/screens/Theme.h"
+#include "platform/Folder.h"
+#include "station/Station.h"
+#include "traffic/DayGridPrint.h"
+
+namespace zemo {
+
+namespace {
+constexpr int kTwipsAPixel = 15;
+constexpr std::array kWidths = {700, 700, 1000, 3000};  // in twips; the others ...
+constexpr int kElementWidth = 2500;
+
+constexpr int kShownColumns = GridCol::kLastElement + 1;
+}  // namespace
+
+void DayGridModel::Sync() {
+  if (shown_ == grid_.Rows()) return;
+  beginResetModel();
+  shown_ = grid_.Rows();
+  used_ = GridCol::kFirstElement + 1;
+  for (size_t row = 0; row < shown_.size(); ++row)
+    for (int column = used_; column < kShownColumns; ++column)
+      if (column < static_cast<int>(shown_[row].size()) &&
+          !shown_[row][static_cast<size_t>(column)].empty())
+        used_ = std::max(used_, column + 1);
+  endResetModel();
+}
+
+int DayGridModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : std::max(0, static_cast<int>(shown_.size()) - 1);
+}
+
+int DayGridModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : kShownColumns;
+}
+
+QVariant DayGridModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const auto& row = shown_[static_cast<size_t>(index.row()) + 1];
+  const auto column = static_cast<size_t>(index.column());
+  if (column >= row.size()) return {};
+  if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
+    return QString::fromStdString(row[column]);
+  if (role == Qt::ForegroundRole && index.column() == GridCol::kType)
+    return row[column] == "Pubs" ? Theme::kSpot : Theme::kNews;
+  return {};
+}
+
+QVariant DayGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole || shown_.empty()) return {};
+  const auto column = static_cast<size_t>(section);
+  return column < shown_[0].size() ? QString::fromStdString(shown_[0][column]) : QString();
+}
+
+DayGridFrame::DayGridFrame(Station& station, const ScreenSources& sources, DayGridOrders orders,
+                           QWidget* parent)
+    : QFrame(parent),
+      station_(station),
+      sources_(sources),
+      orders_(std::move(orders)),
+      model_(new DayGridModel(station.GPubJour, this)) {
+  setObjectName(QStringLiteral("CadreGrille"));
+  MakeControls();
+  Connect();
+}
+
+void DayGridFrame::MakeControls() {
+  GPubJour = new QTableView(this);
+  GPubJour->setObjectName(QStringLiteral("GPubJour"));
+  GPubJour->setModel(model_);
+  GPubJour->setSelectionBehavior(QAbstractItemView::SelectRows);
+  GPubJour->setSelectionMode(QAbstractItemView::SingleSelection);
+  GPubJour->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  GPubJour->setAlternatingRowColors(true);
+  GPubJour->setWordWrap(false);
+  GPubJour->setTabKeyNavigation(false);
+  GPubJour->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  GPubJour->verticalHeader()->hide();
+  GPubJour->horizontalHeader()->setHighlightSections(false);
+  GPubJour->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(6);
+  const auto button = [&](const char* name) {
+    auto* made = new QPushButton(this);
+    made->setObjectName(QString::fromLatin1(name));
+    buttons->addWidget(made);
+    return made;
+  };
+  BtnCopyPub = button("BtnCopyPub");
+  BtnImpressionPub = button("BtnImpressionPub");
+  BtnPubJourX = button("BtnPubJourX");
+  buttons->addStretch();
+  BtnPrevision = button("BtnPrevision");
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(4);
+  layout->addWidget(GPubJour, 1);
+  layout->addLayout(buttons);
+}
+
+void DayGridFrame::Connect() {
+  connect(GPubJour->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this](const QModelIndex& now) {
+            if (now.isValid()) GPubJour_Click(station_, now.row() + 1);
+            Refresh();
+          });
+  connect(GPubJour, &QTableView::clicked, this, [this](const QModelIndex& index) {
+    GPubJour_Click(station_, index.row() + 1);
+    Refresh();
+  });
+  connect(GPubJour, &QTableView::doubleClicked, this,
+          [this](const QModelIndex& index) { OpenElement(index.row() + 1, index.column()); });
+  connect(BtnCopyPub, &QPushButton::clicked, this,
+          [this] { BtnCopyPub_Click(station_, SelectedRow(), orders_.selectedRow()); });
+  connect(BtnImpressionPub, &QPushButton::clicked, this,
+          [this] { orders_.whenFree([this] { Print(); }); });
+  connect(BtnPubJourX, &QPushButton::clicked, this,
+          [this] { orders_.whenFree([this] { Preview(); }); });
+  connect(BtnPrevision, &QPushButton::clicked, this, [this] { orders_.forecast(); });
+}
+
+int DayGridFrame::SelectedRow() const {
+  const QModelIndex index = GPubJour->currentIndex();
+  return index.isValid() ? index.row() + 1 : 0;
+}
+
+void DayGridFrame::OpenElement(int row, int column) {
+  if (column < GridCol::kFirstElement || column > GridCol::kLastElement) return;
+  const std::string file = station_.GPubJour.Cell(row, column + GridCol::kFileOffset);
+  if (!file.empty() && station_.platform.soundFiles.Exists(file)) orders_.openSelector(file);
+}
+
+void DayGridFrame::Preview() {
+  if (!BtnPubJourX_Click(station_)) return;
+  auto* calendar = new CalendarWindow(langue_, station_.Now(), this);
+  calendar->picked = [this](const LocalDateTime& day) { PickPreviewDay(station_, day); };
+  calendar->open();
+}
+
+void DayGridFrame::Print() {
+  const auto answer =
+      sources_.askText(this, QString::fromStdString(ScreenWord("PrintTitle", langue_)),
+                       QString::fromUtf8(kPrintSizeQuestion), QString::fromUtf8(kPrintSizeDefault));
+  if (!answer) return;
+  PrintOnPaper(this, sources_, PrintedDayGrid(station_.GPubJour), kPrintFont,
+               PrintSize(answer->toStdString()), langue_);
+}
+
+void DayGridFrame::Arrange(double unit) {
+  unit_ = unit;
+  GPubJour->setFont(Theme::Type(unit, 15));
+  GPubJour->horizontalHeader()->setFont(Theme::Type(unit, 13));
+  GPubJour->verticalHeader()->setDefaultSectionSize(QFontMetrics(GPubJour->font()).height() +
+                                                    Theme::Px(unit, 6));
+  for (int column = 0; column < kShownColumns; ++column) {
+    const auto known = static_cast<size_t>(column);
+    const int twips = known < kWidths.size() ? kWidths[known] : kElementWidth;
+    const int heading = GPubJour->horizontalHeader()->sectionSizeHint(column);
+    const int least = Theme::Px(unit, 1.25 * twips / kTwipsAPixel);
+    // The heading row holds the date and the counts, which are as long as they are.
+    GPubJour->setColumnWidth(column, std::max(heading + 4, least));
+    GPubJour->setColumnHidden(column, column >= std::max(model_->UsedColumns(), 6));
+  }
+}
+
+void DayGridFrame::Refresh() {
+  const MainScreen& screen = station_.screen;
+  model_->Sync();
+  const int shape = model_->UsedColumns() * 1000 + model_->rowCount();
+  if (shape != arrangedColumns_) {
+    arrangedColumns_ = shape;
+    Arrange(unit_);
+  }
+  const QString caption = QString::fromStdString(screen.BtnCopyPubCaption);
+  if (!caption.isEmpty() && BtnCopyPub->text() != caption) BtnCopyPub->setText(caption);
+  BtnCopyPub->setEnabled(screen.BtnCopyPubEnabled);
+  BtnImpressionPub->setEnabled(screen.GPubJourVisible);
+  BtnPubJourX->setEnabled(screen.BtnPubJourXEnabled);
+}
+
+}  // namespace zemo

@@ -1,0 +1,72 @@
+// The day's grid on the screen: GPubJour with its copy, print, preview and forecast buttons.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QFrame>
+#include <functional>
+#include <string>
+#include <vector>
+
+class QLabel;
+class QPushButton;
+class QTableView;
+
+namespace zemo {
+
+class DayGrid;
+struct ScreenSources;
+struct Station;
+
+// GPubJour as the composition leaves it; row 0 is the head. A row of the table is the grid's
+// less 1.
+class DayGridModel : public QAbstractTableModel {
+ public:
+  DayGridModel(const DayGrid& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid) {}
+  void Sync();  // nothing when the cells are as before
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  int UsedColumns() const { return used_; }
+
+ private:
+  const DayGrid& grid_;
+  std::vector<std::vector<std::string>> shown_;
+  int used_ = 4;  // columns that hold an element somewhere
+};
+
+struct DayGridOrders {
+  std::function<void(std::function<void()>)> whenFree;  // see StoredListFrame
+  std::function<int()> selectedRow;                     // of PL, 0 for none
+  std::function<void(const std::string& storedPath)> openSelector;
+  std::function<void()> forecast;
+};
+
+class DayGridFrame : public QFrame {
+ public:
+  DayGridFrame(Station& station, const ScreenSources& sources, DayGridOrders orders,
+               QWidget* parent);
+  void SetLanguage(int langue) { langue_ = langue; }
+  void Arrange(double unit);
+  void Refresh();
+  int SelectedRow() const;  // of the grid, 0 for none
+
+ private:
+  void MakeControls();
+  void Connect();
+  void Preview();
+  void Print();
+  void OpenElement(int row, int column);
+
+  Station& station_;
+  const ScreenSources& sources_;
+  DayGridOrders orders_;
+  DayGridModel* model_;
+  int langue_ = 0;
+  double unit_ = 1;
+  int arrangedColumns_ = 0;
+  QTableView* GPubJour;
+  QPushButton *BtnCopyPub, *BtnImpressionPub, *BtnPubJourX, *BtnPrevision;
+};
+
+}  // namespace zemo

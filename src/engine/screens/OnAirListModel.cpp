@@ -1,0 +1,92 @@
+#include "engine/screens/OnAirListModel.h"
+
+#include <set>
+#include <utility>
+
+#include "engine/screens/Theme.h"
+
+namespace zemo {
+
+OnAirListModel::Row OnAirListModel::RowOf(const OnAirRow& row) {
+  Row made{row.key, row.Code(), row.cells, {}};
+  for (size_t column = 0; column < kColumns; ++column)
+    made.texts[column] = QString::fromStdString(row.cells[column]);
+  return made;
+}
+
+void OnAirListModel::SetHeads(std::array<QString, kColumns> heads) {
+  heads_ = std::move(heads);
+  Q_EMIT headerDataChanged(Qt::Horizontal, 0, kColumns - 1);
+}
+
+void OnAirListModel::RemoveGoneRows(const OnAirList& list) {
+  std::set<int64_t> keys;
+  for (const OnAirRow& row : list) keys.insert(row.key);
+  for (int row = static_cast<int>(rows_.size()) - 1; row >= 0; --row) {
+    if (keys.count(rows_[static_cast<size_t>(row)].key) != 0) continue;
+    beginRemoveRows({}, row, row);
+    rows_.erase(rows_.begin() + row);
+    endRemoveRows();
+  }
+}
+
+// Keys only grow along with the rows put in, and a moved row has a new one: what is left after the
+// removals stands in the list's order.
+void OnAirListModel::Sync(const OnAirList& list) {
+  RemoveGoneRows(list);
+  for (int row = 0; row < list.Count(); ++row) {
+    const OnAirRow& wanted = list.Row(row + 1);
+    const auto at = static_cast<size_t>(row);
+    if (at >= rows_.size() || rows_[at].key != wanted.key) {
+      beginInsertRows({}, row, row);
+      rows_.insert(rows_.begin() + row, RowOf(wanted));
+      endInsertRows();
+    } else if (rows_[at].cells != wanted.cells) {
+      rows_[at] = RowOf(wanted);
+      Q_EMIT dataChanged(index(row, 0), index(row, kColumns - 1));
+    }
+  }
+}
+
+int64_t OnAirListModel::KeyOf(int row) const {
+  return row >= 0 && row < static_cast<int>(rows_.size()) ? rows_[static_cast<size_t>(row)].key : 0;
+}
+
+int OnAirListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int OnAirListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : kColumns;
+}
+
+QVariant OnAirListModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || index.row() >= static_cast<int>(rows_.size())) return {};
+  const Row& row = rows_[static_cast<size_t>(index.row())];
+  switch (role) {
+    case Qt::DisplayRole:
+    case Qt::ToolTipRole:
+      return row.texts[static_cast<size_t>(index.column())];
+    case kCodeRole:
+      return row.code;
+    case Qt::ForegroundRole:
+      if (index.column() == Col::kKind) return Theme::ColourOfElement(row.code);
+      if (row.code == Element::kStartPlaylist || row.code == Element::kEndPlaylist ||
+          row.code == Element::kBeginExtract)
+        return Theme::kMarker;
+      return {};
+    case Qt::TextAlignmentRole:
+      if (index.column() == Col::kLength || index.column() == Col::kIntro)
+        return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+      return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
+    default:
+      return {};
+  }
+}
+
+QVariant OnAirListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  return heads_[static_cast<size_t>(section)];
+}
+
+}  // namespace zemo

@@ -1,0 +1,44 @@
+// PL as a table: the twelve columns of the on-air list, row for row, with the list's own changes
+// told to the views as what they are, so that selection and scroll position stay.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QStringList>
+#include <array>
+#include <vector>
+
+#include "station/OnAirList.h"
+
+namespace zemo {
+
+class OnAirListModel : public QAbstractTableModel {
+ public:
+  static constexpr int kCodeRole = Qt::UserRole;  // code of column 6, as a number
+
+  explicit OnAirListModel(QObject* parent) : QAbstractTableModel(parent) {}
+
+  void SetHeads(std::array<QString, kColumns> heads);
+  // Brings the table to what the list holds now.
+  void Sync(const OnAirList& list);
+  int64_t KeyOf(int row) const;  // of a row of the table, from 0; 0 for none
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  struct Row {
+    int64_t key = 0;
+    int32_t code = 0;
+    Cells cells;
+    std::array<QString, kColumns> texts;
+  };
+  static Row RowOf(const OnAirRow& row);
+  void RemoveGoneRows(const OnAirList& list);
+
+  std::vector<Row> rows_;
+  std::array<QString, kColumns> heads_;
+};
+
+}  // namespace zemo

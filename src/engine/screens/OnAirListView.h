@@ -1,0 +1,70 @@
+// PL on the screen: choosing, dragging inside and from the browse list, quick delete by the right
+// button, Delete, and the calls of the screens that a row opens. A drag is the view's own: no
+// nested loop runs, so nothing on air waits for a held button.
+#pragma once
+
+#include <QLabel>
+#include <QTableView>
+#include <functional>
+
+namespace zemo {
+
+struct Station;
+class OnAirListModel;
+
+// What the view asks of its window. Rows from 1.
+struct OnAirListOrders {
+  std::function<void(int row)> deleteRow;   // Delete; may ask
+  std::function<void(int row)> rightClick;  // the quick delete
+  std::function<void(int from, int to)> drag;
+  std::function<void(int row)> openCard;      // Ctrl and a click
+  std::function<void(int row)> openSelector;  // double click
+  std::function<void()> touched;              // the list got the mouse
+  std::function<void()> selected;             // another row, or none
+};
+
+class OnAirListView : public QTableView {
+ public:
+  OnAirListView(OnAirListModel& model, OnAirListOrders orders, QWidget* parent);
+
+  int SelectedRow() const;  // 0 for none
+  void SelectRow(int row);
+  // Visible columns and their widths for this width of the view.
+  void Arrange(double unit);
+
+  // --- a drag over the list, its own or the browse list's ---
+  // The row under the mouse, the row count and 1 below the last; 0 outside of the list.
+  int DropRowAt(const QPoint& global) const;
+  void ShowDrop(int row);  // 0 takes the mark away
+  int ShownDrop() const { return dropRow_; }
+
+  // Hidden labels of the drag: the row it began on, the row it ends on, and whether the press still
+  // stands alone.
+  QLabel* LblDepart;
+  QLabel* LblArrivee;
+  QLabel* Bloc;
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void selectionChanged(const QItemSelection& now, const QItemSelection& before) override;
+
+ private:
+  int RowAt(const QPoint& viewportPoint) const;
+  void Drop(int row);
+  void MoveSelected(int by);
+
+  OnAirListModel& model_;
+  OnAirListOrders orders_;
+  QPoint pressed_;
+  bool dragging_ = false;
+  int dropRow_ = 0;
+  double unit_ = 1;
+};
+
+}  // namespace zemo

@@ -1,0 +1,470 @@
+#include "engine/screens/OnAirWindow.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPrintDialog>
+#include <QPushButton>
+#include <QScreen>
+#include <QShortcut>
+#include <QToolButton>
+#include <QToolTip>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "engine/Forecast.h"
+#include "engine/HourPip.h"
+#include "engine/LiveMode.h"
+#include "engine/MainScreenTexts.h"
+#include "engine/NextUp.h"
+#include "engine/OperatorControls.h"
+#include "engine/OverlayButton.h"
+#include "engine/ScreenSaver.h"
+#include "engine/Startup.h"
+#include "engine/screens/BottomStrip.h"
+#include "engine/screens/ControlBar.h"
+#include "engine/screens/DayGridFrame.h"
+#include "engine/screens/ForecastWindow.h"
+#include "engine/screens/LiveFrame.h"
+#include "engine/screens/LockDialog.h"
+#include "engine/screens/OnAirListModel.h"
+#include "engine/screens/OnAirListView.h"
+#include "engine/screens/PaperPrint.h"
+#include "engine/screens/SaverWindow.h"
+#include "engine/screens/ScreenMenus.h"
+#include "engine/screens/StatusHeader.h"
+#include "engine/screens/StoredListFrame.h"
+#include "engine/screens/Theme.h"
+#include "engine/screens/Translation.h"
+#include "library/OnAirRows.h"
+#include "platform/Desktop.h"
+#include "platform/Waveforms.h"
+#include "station/Station.h"
+#include "store/ShortWait.h"
+
+namespace zemo {
+
+namespace {
+constexpr int kDrawMs = 40;
+constexpr int kObserveMs = 1000;
+constexpr int kAskAgainMs = 20;
+constexpr int kSmallScreen = 1024;  // up to this width PL has the first of its two fixed widths
+constexpr int kSmallListWidth = 430;
+constexpr double kListShare = 620.0 / 1280;
+constexpr int kPrintPoints = 10;
+
+bool SystemPrinter(QWidget* parent, QPrinter& printer) {
+  return QPrintDialog(&printer, parent).exec() == QDialog::Accepted;
+}
+
+std::optional<QString> SystemQuestion(QWidget* parent, const QString& title,
+                                      const QString& question, const QString& byDefault) {
+  bool given = false;
+  const QString text =
+      QInputDialog::getText(parent, title, question, QLineEdit::Normal, byDefault, &given);
+  return given ? std::optional(text) : std::nullopt;
+}
+}  // namespace
+
+OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
+    : station_(station), sources_(std::move(sources)) {
+  setObjectName(QStringLiteral("FrmZemo"));
+  SetDefaultQuestions();
+  station.base.CheckCnf();
+  langue_ = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
+  setMinimumSize(800, 600 - 40);  // a full screen of the smallest size, less what a panel takes
+  MakeParts();
+  MakeMenus();
+  LayOut();
+  Traduction();
+  header_->SetCounterColour(
+      Theme::FromBgr(static_cast<uint32_t>(station.base.CnfInt(Cnf::kCouleurdesCompteur))));
+  for (auto* button : findChildren<QAbstractButton*>()) button->installEventFilter(this);
+  for (const char* box : {"Rech", "ChHeure"})
+    findChild<QLineEdit*>(QString::fromLatin1(box))->installEventFilter(this);
+  // The line in a combo box hands its focus to the box.
+  findChild<QWidget*>(QStringLiteral("ComboPLS"))->installEventFilter(this);
+  connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
+    if (station_.screen.CadreRechVisible) live_->Browse(BrowseList::kMusic);
+  });
+  connect(&draw_, &QTimer::timeout, this, [this] { Refresh(); });
+  connect(&observe_, &QTimer::timeout, this, [this] { Observe(); });
+  Arrange();
+  Refresh();
+}
+
+OnAirWindow::~OnAirWindow() = default;
+
+void OnAirWindow::SetDefaultQuestions() {
+  if (!sources_.choosePrinter) sources_.choosePrinter = SystemPrinter;
+  if (!sources_.askText) sources_.askText = SystemQuestion;
+}
+
+void OnAirWindow::MakeParts() {
+  auto* centre = new QWidget(this);
+  setCentralWidget(centre);
+  header_ = new StatusHeader(centre);
+  bar_ = new ControlBar(station_,
+                        {.toolbar = [this](Toolbar button) { PressToolbar(button); },
+                         .next = [this] { CmdStop(station_); },
+                         .request = [this] { CmdRequette(station_); },
+                         .voiceTrack = [this] { ShowLater(); },
+                         .overlay = [this] { PlayOverlay(); },
+                         .info = [this] { ShowShortcuts(); }},
+                        centre);
+  MakeBody();
+  bottom_ = new BottomStrip(centre);
+  header_->SetLanguage(langue_);
+  bottom_->SetLanguage(langue_);
+  stored_->SetLanguage(langue_);
+  live_->SetLanguage(langue_);
+  grid_->SetLanguage(langue_);
+}
+
+void OnAirWindow::MakeBody() {
+  const auto whenFree = [this](std::function<void()> order) { WhenFree(std::move(order)); };
+  left_ = new QWidget(centralWidget());
+  model_ = new OnAirListModel(this);
+  OnAirListOrders orders;
+  orders.deleteRow = [this](int row) {
+    const int64_t key = station_.PL.Row(row).key;
+    WhenFree([this, key] {
+      for (int at = 1; at <= station_.PL.Count(); ++at)
+        if (station_.PL.Row(at).key == key) return DeleteRow(station_, at);
+    });
+  };
+  orders.rightClick = [this](int row) {
+    if (row <= station_.PL.Count()) RightClickRow(station_, row);
+    model_->Sync(station_.PL);
+  };
+  orders.drag = [this](int from, int to) {
+    DragInList(station_, from, to);
+    model_->Sync(station_.PL);
+  };
+  orders.openCard = [this](int row) {
+    if (!station_.lists.Locked) OpenCard(station_.PL.Row(row).Code());
+  };
+  orders.openSelector = [this](int row) { OpenSelector(station_.PL.Row(row)[Col::kFile]); };
+  orders.touched = [this] {
+    RecordActivity(station_);
+    station_.engine.ActiveList = "PL";
+  };
+  orders.selected = [this] {
+    const int row = list_ ? list_->SelectedRow() : 0;
+    bar_->ShowVoiceTrack(station_.screen.CadrePLVisible && row > 0 && row < station_.PL.Count());
+  };
+  list_ = nullptr;
+  list_ = new OnAirListView(*model_, std::move(orders), left_);
+  stored_ = new StoredListFrame(station_, whenFree, left_);
+  grid_ = new DayGridFrame(station_, sources_,
+                           {.whenFree = whenFree,
+                            .selectedRow = [this] { return list_->SelectedRow(); },
+                            .openSelector = [this](const std::string& f) { OpenSelector(f); },
+                            .forecast = [this] { OpenForecast(); }},
+                           left_);
+  BrowseOrders browse;
+  browse.drop = [this](std::vector<int> rows, int row) {
+    DropBrowseRows(station_, rows, row);
+    model_->Sync(station_.PL);
+  };
+  browse.clicked = [this](int row) {
+    RecordActivity(station_);
+    station_.engine.ActiveList = "ListRech";
+    browseRow_ = row;
+  };
+  browse.openCard = [this](int row) {
+    const auto& rows = station_.screen.ListRech.rows;
+    if (!station_.lists.Locked && row < static_cast<int>(rows.size()))
+      OpenCard(rows[static_cast<size_t>(row)].code);
+  };
+  browse.openSelector = [this](int row) {
+    OpenSelector(FileOfBrowseRow(station_.screen.ListRech, row));
+  };
+  live_ = new LiveFrame(station_, *list_, std::move(browse), centralWidget());
+}
+
+void OnAirWindow::MakeMenus() {
+  menus_ = std::make_unique<ScreenMenus>(
+      station_, *menuBar(),
+      MenuOrders{
+          .storedLists = [this] { PressToolbar(Toolbar::kLive); },
+          .printList = [this] { WhenFree([this] { PrintList(); }); },
+          .forecast = [this] { OpenForecast(); },
+          .password =
+              [this] { WhenFree([this] { (new LockDialog(station_, langue_, this))->open(); }); },
+          .quit = [this] { close(); }});
+}
+
+void OnAirWindow::LayOut() {
+  auto* left = new QVBoxLayout(left_);
+  left->setContentsMargins(0, 0, 0, 0);
+  left->setSpacing(4);
+  left->addWidget(stored_);
+  left->addWidget(list_, 1);
+  left->addWidget(grid_, 1);
+  auto* body = new QHBoxLayout;
+  body->setSpacing(6);
+  body->addWidget(left_, 1);
+  body->addWidget(live_, 1);
+  auto* layout = new QVBoxLayout(centralWidget());
+  layout->setContentsMargins(6, 4, 6, 4);
+  layout->setSpacing(5);
+  layout->addWidget(bar_);
+  layout->addWidget(header_);
+  layout->addLayout(body, 1);
+  layout->addWidget(bottom_);
+  QWidget::setTabOrder(bar_, list_);
+}
+
+void OnAirWindow::Traduction() {
+  setWindowTitle(QString::fromStdString(station_.screen.Caption));
+  ApplyTexts(*this, langue_);
+  bar_->SetTexts(langue_);
+  menus_->SetTexts(langue_);
+  std::array<QString, kColumns> heads;
+  for (int column = 0; column < kColumns; ++column)
+    heads[static_cast<size_t>(column)] =
+        QString::fromStdString(TextOf("PL", std::to_string(column), langue_));
+  model_->SetHeads(std::move(heads));
+  findChild<QLabel*>(QStringLiteral("PictureNoJingle"))
+      ->setText(QString::fromStdString(ScreenWord("NoJingleOnAir", langue_)));
+}
+
+// --- measures ---
+
+void OnAirWindow::Arrange() {
+  unit_ = Theme::UnitFor(size());
+  const bool gradients = station_.base.IsOpen() && station_.base.CnfInt(Cnf::kGraphiqueMini) == 0;
+  setFont(Theme::Type(unit_, 15));
+  menuBar()->setFont(font());
+  setStyleSheet(Theme::StyleSheet(unit_, gradients));
+  bar_->Arrange(unit_);
+  header_->Arrange(unit_);
+  bottom_->Arrange(unit_);
+  live_->Arrange(unit_);
+  stored_->Arrange(unit_);
+  grid_->Arrange(unit_);
+  list_->Arrange(unit_);
+  ArrangeBody();
+}
+
+void OnAirWindow::ArrangeBody() {
+  const bool shared = station_.screen.CadreRechVisible;
+  if (!shared) {
+    left_->setMinimumWidth(0);
+    left_->setMaximumWidth(QWIDGETSIZE_MAX);
+    return;
+  }
+  left_->setFixedWidth(width() <= kSmallScreen ? kSmallListWidth
+                                               : static_cast<int>(width() * kListShare));
+}
+
+void OnAirWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  if (Theme::UnitFor(event->size()) != unit_)
+    Arrange();
+  else
+    ArrangeBody();
+}
+
+// --- drawing ---
+
+int64_t OnAirWindow::NowMs() const {
+  return station_.platform.clock.MonotonicMs();
+}
+
+void OnAirWindow::Begin() {
+  Observe();
+  draw_.start(kDrawMs);
+  observe_.start(kObserveMs);
+}
+
+void OnAirWindow::Refresh() {
+  const LocalDateTime now = station_.Now();
+  const int64_t nowMs = NowMs();
+  if (sources_.output) output_ = sources_.output();
+  NotePeaks(health_, output_, nowMs);
+  header_->ShowStation(station_, now);
+  header_->ShowNext(LookAhead(station_, now, pip_));
+  const std::string& file = station_.platform.sound.FileName(station_.engine.CurrentChannel);
+  header_->ShowWave(
+      station_, sources_.waveforms && !file.empty() ? sources_.waveforms->PeaksOf(file) : nullptr);
+  header_->ShowLevels(output_, nowMs);
+  // While a request works on the list it stands as it was.
+  if (!station_.requests.PLHidden) model_->Sync(station_.PL);
+  bottom_->ShowStation(station_, nowMs);
+  bar_->Refresh();
+  menus_->Refresh();
+  RefreshFrames();
+  RefreshSaver();
+}
+
+void OnAirWindow::RefreshFrames() {
+  const MainScreen& screen = station_.screen;
+  const int frames =
+      screen.CadreRechVisible * 4 + screen.CadrePLVisible * 2 + (screen.GPubJourVisible ? 1 : 0);
+  if (frames != shownFrames_) {
+    shownFrames_ = frames;
+    live_->setVisible(screen.CadreRechVisible);
+    stored_->setVisible(screen.CadrePLVisible);
+    grid_->setVisible(screen.GPubJourVisible);
+    list_->setVisible(!screen.GPubJourVisible);
+    ArrangeBody();
+    if (!screen.CadrePLVisible) bar_->ShowVoiceTrack(false);
+  }
+  if (screen.CadreRechVisible) live_->Refresh();
+  if (screen.CadrePLVisible) stored_->Refresh();
+  if (screen.GPubJourVisible) grid_->Refresh();
+  const Qt::CursorShape shape = screen.hourglass ? Qt::WaitCursor : Qt::ArrowCursor;
+  if (cursor().shape() != shape) setCursor(shape);
+  if (station_.engine.ScreenLocked && isVisible() && !isMaximized()) showMaximized();
+}
+
+void OnAirWindow::RefreshSaver() {
+  if (station_.screen.SaverVisible == (saver_ != nullptr)) return;
+  if (saver_) {
+    saver_.release()->deleteLater();
+    return;
+  }
+  saver_ =
+      std::make_unique<SaverWindow>([this] { return QString::fromStdString(SaverText(station_)); },
+                                    [this] { CloseVeille(station_); });
+  const QScreen* where = screen();
+  saver_->setGeometry(where ? where->geometry() : geometry());
+  saver_->Move();
+  saver_->showFullScreen();
+  saver_->activateWindow();
+  saver_->setFocus();
+}
+
+void OnAirWindow::Observe() {
+  try {
+    if (station_.base.IsOpen() && Free()) {
+      const ShortWait shortWait(station_.base);
+      pip_ = !FindPip(station_, station_.Now()).file.empty();
+    }
+  } catch (const std::exception&) {
+    LogCurrentException(station_, "OnAirWindow");
+  }
+  UpdateHealth(health_, station_, output_, sources_.freeDiskBytes ? sources_.freeDiskBytes() : -1,
+               NowMs(), langue_);
+  bottom_->ShowHealth(health_, NowMs());
+}
+
+// --- orders ---
+
+bool OnAirWindow::Free() const {
+  return !station_.engine.tickRunning && station_.engine.mainTimerHolds == 0;
+}
+
+void OnAirWindow::WhenFree(std::function<void()> order) {
+  if (Free()) return order();
+  QTimer::singleShot(kAskAgainMs, this,
+                     [this, order = std::move(order)]() mutable { WhenFree(std::move(order)); });
+}
+
+void OnAirWindow::PressToolbar(Toolbar button) {
+  ToolbarButton(station_, button);
+  if (button == Toolbar::kLive) EnterLive();
+  Refresh();
+  if (button == Toolbar::kAutomatic) list_->setFocus();
+}
+
+void OnAirWindow::EnterLive() {
+  RefreshFrames();
+  live_->LoadGenres();
+  stored_->Load();
+  live_->Browse(BrowseList::kMusic);
+}
+
+void OnAirWindow::PlayOverlay() {
+  BtnSurImpression_Click(station_, browseRow_);
+}
+
+void OnAirWindow::ShowLater() {
+  QToolTip::showText(QCursor::pos(), QString::fromStdString(ScreenWord("ComesLater", langue_)),
+                     this);
+}
+
+void OnAirWindow::OpenCard(int32_t code) {
+  if (sources_.openMusicCard)
+    sources_.openMusicCard(code);
+  else
+    ShowLater();
+}
+
+void OnAirWindow::OpenSelector(const std::string& storedPath) {
+  if (sources_.openSelector)
+    sources_.openSelector(storedPath);
+  else
+    ShowLater();
+}
+
+void OnAirWindow::PrintList() {
+  std::vector<std::string> lines;
+  for (const OnAirRow& row : station_.PL)
+    lines.push_back(row[Col::kPlanned] + "  " + row[Col::kLength] + "  " + TitleLine(row.cells));
+  PrintOnPaper(this, sources_, lines, "Courier", kPrintPoints, langue_);
+}
+
+void OnAirWindow::ShowShortcuts() {
+  station_.platform.messages.Show(ScreenWord("Shortcuts", langue_),
+                                  ScreenWord("ShortcutText", langue_), Buttons::kOk);
+}
+
+void OnAirWindow::OpenForecast() {
+  if (!sources_.forecast) return;
+  if (!forecast_) {
+    forecast_ = new ForecastWindow(station_, *sources_.forecast, langue_, this);
+    forecast_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  forecast_->show();
+  forecast_->raise();
+  forecast_->Compute();
+}
+
+// --- events of the window ---
+
+void OnAirWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  WhenFree([this] {
+    if (!station_.engine.MainTimer || !Form_QueryUnload(station_)) return;
+    draw_.stop();
+    observe_.stop();
+    if (sources_.closed) sources_.closed();
+  });
+}
+
+void OnAirWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  const bool locked = station_.engine.ScreenLocked;
+  if (event->type() == QEvent::WindowStateChange && locked && !isMaximized()) showMaximized();
+}
+
+bool OnAirWindow::event(QEvent* event) {
+  if (event->type() == QEvent::WindowActivate && station_.base.IsOpen())
+    Form_Activate(station_, false);
+  return QMainWindow::event(event);
+}
+
+bool OnAirWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (qobject_cast<QLineEdit*>(watched) || qobject_cast<QComboBox*>(watched)) {
+    if (event->type() == QEvent::FocusIn) TextBoxGotFocus(station_);
+    if (event->type() == QEvent::FocusOut) TextBoxLostFocus(station_);
+    return false;
+  }
+  // Return works every button, since space is the engine's.
+  auto* button = qobject_cast<QAbstractButton*>(watched);
+  if (!button || event->type() != QEvent::KeyPress) return false;
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
+  button->click();
+  return true;
+}
+
+}  // namespace zemo

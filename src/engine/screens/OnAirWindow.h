@@ -1,0 +1,101 @@
+// The main on-air screen: one window with its controls under their names. It shows the station's
+// state, collects what the operator does and calls the engine's routines; it decides nothing.
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+#include <functional>
+#include <memory>
+
+#include "engine/HealthLine.h"
+#include "engine/screens/ScreenSources.h"
+
+namespace zemo {
+
+class BottomStrip;
+class ControlBar;
+class DayGridFrame;
+class ForecastWindow;
+class LiveFrame;
+class OnAirListModel;
+class OnAirListView;
+class SaverWindow;
+class ScreenMenus;
+class StatusHeader;
+class StoredListFrame;
+enum class Toolbar;
+struct Station;
+
+// After Form_Load, whose Langue it speaks. Thread: the logic's, which is the screen's. The station
+// outlives it.
+class OnAirWindow : public QMainWindow {
+ public:
+  OnAirWindow(Station& station, ScreenSources sources);
+  ~OnAirWindow() override;
+
+  void Begin();    // draws 25 times a second from now on
+  void Refresh();  // draws the state, without a look at the base
+  void Observe();  // once a second: health, and the pip of the next hour
+
+  // Runs an order that may ask the operator at a moment when no tick stands below it on the stack
+  // and waits for the answer; at once where that is now.
+  void WhenFree(std::function<void()> order);
+  bool Free() const;
+
+  void OpenForecast();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void MakeParts();
+  void MakeMenus();
+  void MakeBody();
+  void LayOut();
+  void SetDefaultQuestions();
+  void Traduction();
+  void Arrange();
+  void ArrangeBody();
+  void PressToolbar(Toolbar button);
+  void EnterLive();
+  void PlayOverlay();
+  void OpenCard(int32_t code);
+  void OpenSelector(const std::string& storedPath);
+  void PrintList();
+  void ShowShortcuts();
+  void RefreshFrames();
+  void RefreshSaver();
+  void ShowLater();
+  int64_t NowMs() const;
+
+  Station& station_;
+  ScreenSources sources_;
+  int langue_ = 0;
+  double unit_ = 1;
+  HealthLine health_;
+  OutputFigures output_;
+  bool pip_ = false;
+  int shownFrames_ = -1;
+  int browseRow_ = -1;  // of ListRech, clicked last
+
+  std::unique_ptr<ScreenMenus> menus_;
+  ControlBar* bar_;
+  StatusHeader* header_;
+  QWidget* left_;
+  OnAirListModel* model_;
+  OnAirListView* list_;
+  StoredListFrame* stored_;
+  LiveFrame* live_;
+  DayGridFrame* grid_;
+  BottomStrip* bottom_;
+  QPointer<ForecastWindow> forecast_;
+  std::unique_ptr<SaverWindow> saver_;
+  QTimer draw_, observe_;
+};
+
+}  // namespace zemo

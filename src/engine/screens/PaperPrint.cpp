@@ -1,0 +1,69 @@
+#include "engine/screens/PaperPrint.h"
+
+#include <QFontMetricsF>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPrinter>
+#include <QStringList>
+
+#include "engine/MainScreenTexts.h"
+#include "engine/screens/ScreenSources.h"
+
+namespace zemo {
+
+namespace {
+
+// The line cut to the width of the page; what is left goes on under it.
+QStringList Wrapped(const QString& line, const QFontMetricsF& metrics, double width) {
+  QStringList parts;
+  QString rest = line;
+  while (metrics.horizontalAdvance(rest) > width) {
+    int count = static_cast<int>(rest.size()) - 1;
+    while (count > 1 && metrics.horizontalAdvance(rest.left(count)) > width) --count;
+    parts << rest.left(count);
+    rest = QStringLiteral("      ") + rest.mid(count);
+    if (count <= 6) break;  // a page narrower than the indent
+  }
+  return parts << rest;
+}
+
+}  // namespace
+
+bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const char* family,
+                int points) {
+  QPainter painter;
+  if (!painter.begin(&printer)) return false;
+  QFont font(QString::fromLatin1(family));
+  font.setStyleHint(QFont::Monospace);
+  font.setPointSize(points);
+  painter.setFont(font);
+  const QFontMetricsF metrics(font, &printer);
+  const QRectF page = printer.pageRect(QPrinter::DevicePixel);
+  double y = 0;
+  for (const std::string& line : lines)
+    for (const QString& part : Wrapped(QString::fromStdString(line), metrics, page.width())) {
+      if (y + metrics.lineSpacing() > page.height()) {
+        printer.newPage();
+        y = 0;
+      }
+      painter.drawText(QPointF(0, y + metrics.ascent()), part);
+      y += metrics.lineSpacing();
+    }
+  return painter.end();
+}
+
+void PrintOnPaper(QWidget* parent, const ScreenSources& sources,
+                  const std::vector<std::string>& lines, const char* family, int points,
+                  int langue) {
+  QPrinter printer;
+  printer.setPageOrientation(QPageLayout::Landscape);
+  if (!sources.choosePrinter(parent, printer)) return;
+  if (PrintLines(printer, lines, family, points)) return;
+  auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Alerte"),
+                              QString::fromStdString(ScreenWord("PrintFailed", langue)),
+                              QMessageBox::Ok, parent);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
+}
+
+}  // namespace zemo

@@ -1,0 +1,24 @@
+// Lines of text on paper or in a PDF, through the system's printer.
+#pragma once
+
+#include <string>
+#include <vector>
+
+class QPrinter;
+class QWidget;
+
+namespace zemo {
+
+struct ScreenSources;
+
+// Page after page, each line as it stands; too long ones go on indented. False when the printer did
+// not take it.
+bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const char* family,
+                int points);
+
+// Asks for the printer first; a failure is told.
+void PrintOnPaper(QWidget* parent, const ScreenSources& sources,
+                  const std::vector<std::string>& lines, const char* family, int points,
+                  int langue);
+
+}  // namespace zemo

@@ -1,0 +1,137 @@
+#include "engine/screens/ScreenDesktop.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QWidget>
+#include <utility>
+
+namespace zemo {
+
+namespace {
+constexpr int kSpace = 32;
+constexpr int kNumPad0 = 96;
+
+// Virtual key number of the keys that are the engine's; 0 for all others. The numeric pad's digits
+// come as its cursor keys while Num Lock is off.
+int VirtualKey(const QKeyEvent& event) {
+  const int key = event.key();
+  if (key == Qt::Key_Space && event.modifiers() == Qt::NoModifier) return kSpace;
+  if (!(event.modifiers() & Qt::KeypadModifier)) return 0;
+  if (key >= Qt::Key_0 && key <= Qt::Key_9) return kNumPad0 + key - Qt::Key_0;
+  return 0;
+}
+}  // namespace
+
+// --- keys ---
+
+ScreenKeyboard::ScreenKeyboard() {
+  qApp->installEventFilter(this);
+}
+
+ScreenKeyboard::~ScreenKeyboard() {
+  if (qApp) qApp->removeEventFilter(this);
+}
+
+void ScreenKeyboard::Watch(QWidget* window, std::function<bool()> armed) {
+  window_ = window;
+  armed_ = std::move(armed);
+}
+
+bool ScreenKeyboard::Held(int virtualKey) const {
+  return pressed_.erase(virtualKey) != 0 || down_.count(virtualKey) != 0;
+}
+
+bool ScreenKeyboard::MainScreenActive() const {
+  return window_ && window_->isActiveWindow() && !QApplication::activeModalWidget();
+}
+
+void ScreenKeyboard::LetGo() {
+  down_.clear();
+  pressed_.clear();
+}
+
+bool ScreenKeyboard::eventFilter(QObject* watched, QEvent* event) {
+  if (!window_) return false;
+  const QEvent::Type type = event->type();
+  if (type == QEvent::FocusIn || (type == QEvent::WindowDeactivate && watched == window_)) {
+    if (type == QEvent::WindowDeactivate || !armed_()) LetGo();
+    return false;
+  }
+  if (type != QEvent::KeyPress && type != QEvent::KeyRelease) return false;
+  auto* widget = qobject_cast<QWidget*>(watched);
+  if (!widget || widget->window() != window_) return false;
+  const auto& keyEvent = *static_cast<QKeyEvent*>(event);
+  const int key = VirtualKey(keyEvent);
+  if (key == 0) return false;
+  if (!armed_()) {
+    LetGo();
+    return false;
+  }
+  if (keyEvent.isAutoRepeat()) return true;
+  if (type == QEvent::KeyPress) {
+    down_.insert(key);
+    pressed_.insert(key);
+  } else {
+    down_.erase(key);
+  }
+  return true;
+}
+
+// --- boxes ---
+
+ScreenMessageBoxes::~ScreenMessageBoxes() {
+  const std::set<QMessageBox*> open = open_;
+  for (QMessageBox* box : open) delete box;
+}
+
+void ScreenMessageBoxes::SetWindow(QWidget* window, std::function<bool()> mayWait) {
+  window_ = window;
+  mayWait_ = std::move(mayWait);
+}
+
+void ScreenMessageBoxes::Tell(QMessageBox* box) {
+  open_.insert(box);
+  QObject::connect(box, &QObject::destroyed, box, [this, box] { open_.erase(box); });
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setModal(false);
+  box->show();
+}
+
+Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& text,
+                                Buttons buttons) {
+  auto* box = new QMessageBox(window_);
+  box->setObjectName(QStringLiteral("Alerte"));
+  box->setWindowTitle(QString::fromStdString(title));
+  box->setText(QString::fromStdString(text));
+  const bool mayWait = mayWait_ && mayWait_();
+  const Answer safe = buttons == Buttons::kYesNo      ? Answer::kNo
+                      : buttons == Buttons::kOkCancel ? Answer::kCancel
+                                                      : Answer::kOk;
+  if (buttons == Buttons::kOk || !mayWait) {
+    box->setStandardButtons(QMessageBox::Ok);
+    Tell(box);
+    return safe;
+  }
+  box->setStandardButtons(buttons == Buttons::kYesNo ? QMessageBox::Yes | QMessageBox::No
+                                                     : QMessageBox::Ok | QMessageBox::Cancel);
+  box->setDefaultButton(buttons == Buttons::kYesNo ? QMessageBox::No : QMessageBox::Cancel);
+  const QPointer<QMessageBox> guard(box);
+  const int answer = box->exec();
+  if (guard) box->deleteLater();
+  switch (answer) {
+    case QMessageBox::Yes:
+      return Answer::kYes;
+    case QMessageBox::Ok:
+      return Answer::kOk;
+    default:
+      return safe;
+  }
+}
+
+void ScreenMessageBoxes::WaitUntilRead() {
+  while (!open_.empty()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+}  // namespace zemo

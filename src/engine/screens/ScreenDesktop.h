@@ -1,0 +1,62 @@
+// The desktop of a machine with the main screen: its keys and its message boxes.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <set>
+
+#include "platform/Desktop.h"
+
+class QMessageBox;
+class QWidget;
+
+namespace zemo {
+
+// Space and the numeric pad's digits while the main screen is active and its keys are armed; they
+// then reach no control. A press that ended between two questions counts as held once.
+// Thread: the screen's.
+class ScreenKeyboard : public QObject, public Keyboard {
+ public:
+  ScreenKeyboard();  // needs the QApplication, whose events it looks at
+  ~ScreenKeyboard() override;
+  // From then on. Neither is owned.
+  void Watch(QWidget* window, std::function<bool()> armed);
+
+  bool Held(int virtualKey) const override;
+  bool MainScreenActive() const override;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void LetGo();
+
+  QPointer<QWidget> window_;
+  std::function<bool()> armed_;
+  std::set<int> down_;
+  mutable std::set<int> pressed_;  // and let go since it was asked for last
+};
+
+// What is told stands in a box of its own and nobody waits for it. A question is waited for with
+// the loop running; from where the tick would have to wait it gets its safe answer at once.
+// Thread: the screen's.
+class ScreenMessageBoxes : public MessageBoxes {
+ public:
+  ScreenMessageBoxes() = default;
+  ~ScreenMessageBoxes() override;  // takes its open boxes away
+  ScreenMessageBoxes(const ScreenMessageBoxes&) = delete;
+  // `mayWait` tells whether the loop serves everything while a box is answered; none: it does not.
+  void SetWindow(QWidget* window, std::function<bool()> mayWait);
+  Answer Show(const std::string& title, const std::string& text, Buttons buttons) override;
+  void WaitUntilRead();  // of the boxes that stand open
+
+ private:
+  void Tell(QMessageBox* box);
+
+  QPointer<QWidget> window_;
+  std::function<bool()> mayWait_;
+  std::set<QMessageBox*> open_;
+};
+
+}  // namespace zemo

@@ -1,0 +1,100 @@
+#include "engine/screens/ScreenMenus.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <utility>
+
+#include "engine/MainScreenTexts.h"
+#include "engine/OperatorControls.h"
+#include "station/Station.h"
+#include "traffic/DayGridComposition.h"
+
+namespace zemo {
+
+namespace {
+constexpr const char* kToCome = "toCome";
+
+QMenu* AddMenu(QMenuBar& bar, const char* name) {
+  QMenu* menu = bar.addMenu(QString());
+  menu->setObjectName(QString::fromLatin1(name));
+  menu->setToolTipsVisible(true);
+  return menu;
+}
+}  // namespace
+
+QAction* ScreenMenus::Add(QMenu* menu, const char* name, std::function<void()> order) {
+  QAction* action = menu->addAction(QString());
+  action->setObjectName(QString::fromLatin1(name));
+  QObject::connect(action, &QAction::triggered, menu, std::move(order));
+  return action;
+}
+
+QAction* ScreenMenus::AddToCome(QMenu* menu, const char* name) {
+  QAction* action = Add(menu, name, [] {});
+  action->setEnabled(false);
+  action->setProperty(kToCome, true);
+  return action;
+}
+
+ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
+    : station_(station), orders_(std::move(orders)) {
+  MnuEdit_ = AddMenu(bar, "MnuEdit");
+  AddToCome(MnuEdit_, "Discotheque");
+  AddToCome(MnuEdit_, "MnuHPubs");
+  MnuModels_ = MnuEdit_->addMenu(QString());
+  MnuModels_->setObjectName(QStringLiteral("MnuModels"));
+  MnuModels_->setToolTipsVisible(true);
+  MnuModelCaption_ = AddToCome(MnuModels_, "MnuModel");
+  MnuPlaylist_ = Add(MnuEdit_, "MnuPlaylist", [this] { orders_.storedLists(); });
+  MnuEdit_->addSeparator();
+  MnuImprime_ = Add(MnuEdit_, "MnuImprime", [this] { orders_.printList(); });
+
+  Options_ = AddMenu(bar, "Options");
+  AddToCome(Options_, "MnuRapport");
+  Add(Options_, "MakePubduJour", [this] { zemo::MakePubduJour(station_); });
+  Add(Options_, "MnuPrevision", [this] {
+    orders_.forecast();
+  })->setShortcut(QKeySequence(Qt::Key_F7));
+  Options_->addSeparator();
+  MnuStartStop_ = Add(Options_, "MnuStartStop", [this] {
+    SetCheck(station_, "MnuStartStop", !station_.engine.MnuStartStop);
+    Refresh();
+  });
+  MnuPCProduction_ = Add(Options_, "MnuPCProduction", [this] {
+    SetCheck(station_, "MnuPCProduction", !station_.engine.PCProduction);
+    Refresh();
+  });
+  for (QAction* mark : {MnuStartStop_, MnuPCProduction_}) mark->setCheckable(true);
+  Options_->addSeparator();
+  AddToCome(Options_, "MnuParametrage");
+  MnuPasseWord_ = Add(Options_, "MnuPasseWord", [this] {
+    Refresh();  // the mark is the lock's, not the click's
+    orders_.password();
+  });
+  MnuPasseWord_->setCheckable(true);
+  Options_->addSeparator();
+  Add(Options_, "Quitter", [this] { orders_.quit(); });
+}
+
+void ScreenMenus::SetTexts(int langue) {
+  const QString later = QString::fromStdString(ScreenWord("ComesLater", langue));
+  for (QMenu* menu : {MnuEdit_, MnuModels_, Options_})
+    for (QAction* action : menu->actions())
+      if (action->property(kToCome).toBool()) action->setToolTip(later);
+}
+
+void ScreenMenus::Refresh() {
+  const MainScreen& screen = station_.screen;
+  const bool locked = station_.lists.Locked;
+  MnuEdit_->menuAction()->setEnabled(!locked);
+  MnuPasseWord_->setChecked(locked);
+  MnuPlaylist_->setEnabled(screen.MnuPlaylistEnabled);
+  MnuImprime_->setEnabled(screen.MnuImprimeEnabled);
+  MnuStartStop_->setChecked(station_.engine.MnuStartStop);
+  MnuPCProduction_->setChecked(station_.engine.PCProduction);
+  const QString model = QString::fromStdString(screen.MnuModelCaption);
+  if (MnuModelCaption_->text() != model) MnuModelCaption_->setText(model);
+}
+
+}  // namespace zemo

@@ -1,0 +1,37 @@
+// The menus of the main screen. Entries of screens that the program does not have yet stand there,
+// disabled, and say so.
+#pragma once
+
+#include <functional>
+
+class QAction;
+class QMenuBar;
+class QMenu;
+
+namespace zemo {
+
+struct Station;
+
+struct MenuOrders {
+  std::function<void()> storedLists, printList, forecast, password, quit;
+};
+
+class ScreenMenus {
+ public:
+  // Fills the bar, which owns the menus.
+  ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders);
+  void SetTexts(int langue);
+  void Refresh();  // marks, and what may be used now
+
+ private:
+  QAction* Add(QMenu* menu, const char* name, std::function<void()> order);
+  QAction* AddToCome(QMenu* menu, const char* name);
+
+  Station& station_;
+  MenuOrders orders_;
+  QMenu *MnuEdit_, *MnuModels_, *Options_;
+  QAction *MnuPlaylist_, *MnuImprime_, *MnuStartStop_, *MnuPCProduction_, *MnuPasseWord_;
+  QAction* MnuModelCaption_;
+};
+
+}  // namespace zemo

@@ -1,0 +1,357 @@
+#include "engine/screens/StatusHeader.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "engine/HealthLine.h"
+#include "engine/MainScreenTexts.h"
+#include "engine/NextUp.h"
+#include "engine/screens/FitLabel.h"
+#include "engine/screens/Theme.h"
+#include "engine/screens/WaveformView.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+
+namespace zemo {
+
+namespace {
+
+QString Text(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
+void Put(QLabel* label, const QString& text) {
+  if (label->text() != text) label->setText(text);
+}
+
+void Colour(QLabel* label, const QColor& ink, const QColor& ground, int radius) {
+  const QString sheet = QStringLiteral("color:%1;background:%2;border-radius:%3px;padding:0 4px;")
+                            .arg(ink.name(), ground.name(QColor::HexArgb))
+                            .arg(radius);
+  if (label->styleSheet() != sheet) label->setStyleSheet(sheet);
+}
+
+// Keeps its room when it is hidden.
+void KeepRoom(QWidget* widget) {
+  QSizePolicy policy = widget->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  widget->setSizePolicy(policy);
+}
+
+QString Countdown(int seconds) {
+  if (seconds < 0) return {};
+  const QChar zero(u'0');
+  if (seconds >= 3600)
+    return QStringLiteral("-%1:%2:%3")
+        .arg(seconds / 3600)
+        .arg(seconds / 60 % 60, 2, 10, zero)
+        .arg(seconds % 60, 2, 10, zero);
+  return QStringLiteral("-%1:%2").arg(seconds / 60, 2, 10, zero).arg(seconds % 60, 2, 10, zero);
+}
+
+QVBoxLayout* Column(QWidget* parent, int spacing) {
+  auto* layout = new QVBoxLayout(parent);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(spacing);
+  return layout;
+}
+
+}  // namespace
+
+FitLabel* StatusHeader::Line(const char* name) {
+  auto* label = new FitLabel(this);
+  label->setObjectName(QString::fromLatin1(name));
+  return label;
+}
+
+QLabel* StatusHeader::Light(const char* name) {
+  auto* label = new QLabel(this);
+  label->setObjectName(QString::fromLatin1(name));
+  label->setAlignment(Qt::AlignCenter);
+  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  KeepRoom(label);
+  label->hide();
+  return label;
+}
+
+StatusHeader::Tile StatusHeader::MakeTile(const char* name) {
+  Tile tile;
+  tile.frame = new QFrame(this);
+  tile.frame->setObjectName(QString::fromLatin1(name));
+  tile.frame->setProperty("panel", true);
+  tile.head = new QLabel(tile.frame);
+  tile.head->setObjectName(QString::fromLatin1(name) + QStringLiteral("Head"));
+  tile.head->setProperty("dim", true);
+  tile.when = Line((std::string(name) + "When").c_str());
+  tile.when->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  tile.what = Line((std::string(name) + "What").c_str());
+  auto* layout = Column(tile.frame, 0);
+  layout->setContentsMargins(8, 3, 8, 3);
+  auto* top = new QHBoxLayout;
+  top->addWidget(tile.head);
+  top->addWidget(tile.when, 1);
+  layout->addLayout(top);
+  layout->addWidget(tile.what);
+  return tile;
+}
+
+QWidget* StatusHeader::LeftZone() {
+  auto* zone = new QWidget(this);
+  zone->setObjectName(QStringLiteral("HeadLeft"));
+  auto* layout = Column(zone, 3);
+  lamp_ = new QLabel(zone);
+  lamp_->setObjectName(QStringLiteral("OnAirLamp"));
+  lamp_->setAlignment(Qt::AlignCenter);
+  lamp_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  LblMode = Line("LblMode");
+  LblMode->setAlignment(Qt::AlignCenter);
+  LblDateTitre = Line("LblDateTitre");
+  LblDateTitre->setAlignment(Qt::AlignCenter);
+  LblFeu = Light("LblFeu");
+  LblIntro = Light("LblIntro");
+  LblTopage = Light("LblTopage");
+  for (QWidget* widget : {static_cast<QWidget*>(lamp_), static_cast<QWidget*>(LblMode),
+                          static_cast<QWidget*>(LblDateTitre), static_cast<QWidget*>(LblFeu),
+                          static_cast<QWidget*>(LblIntro), static_cast<QWidget*>(LblTopage)})
+    layout->addWidget(widget);
+  layout->addStretch();
+  return zone;
+}
+
+QWidget* StatusHeader::MiddleZone() {
+  auto* zone = new QWidget(this);
+  zone->setObjectName(QStringLiteral("HeadMiddle"));
+  auto* layout = Column(zone, 3);
+  LblArtiste = Line("LblArtiste");
+  VuMettre = new WaveformView(zone);
+  VuMettre->setObjectName(QStringLiteral("VuMettre"));
+  MMLevelX1 = new LevelMeter(zone);
+  MMLevelX1->setObjectName(QStringLiteral("MMLevelX1"));
+  MMLevelX2 = new LevelMeter(zone);
+  MMLevelX2->setObjectName(QStringLiteral("MMLevelX2"));
+  LblEncours = Line("LblEncours");
+  LblLongueur = Line("LblLongueur");
+  PSortie = Line("PSortie");
+  VueIntro = new IntroBar(zone);
+  VueIntro->setObjectName(QStringLiteral("VueIntro"));
+  VueIntro->hide();
+  auto* figures = new QHBoxLayout;
+  figures->setSpacing(10);
+  figures->addWidget(LblEncours, 2);
+  figures->addWidget(LblLongueur, 2);
+  figures->addWidget(PSortie, 2);
+  figures->addWidget(VueIntro, 3);
+  layout->addWidget(LblArtiste);
+  layout->addWidget(VuMettre, 1);
+  layout->addWidget(MMLevelX1);
+  layout->addWidget(MMLevelX2);
+  layout->addLayout(figures);
+  return zone;
+}
+
+QWidget* StatusHeader::RightZone() {
+  auto* zone = new QWidget(this);
+  zone->setObjectName(QStringLiteral("HeadRight"));
+  auto* layout = Column(zone, 0);
+  auto* clock = new QHBoxLayout;
+  clock->setSpacing(0);
+  clock->addStretch();
+  const auto digits = [&](const char* name) {
+    auto* label = new QLabel(zone);
+    label->setObjectName(QString::fromLatin1(name));
+    clock->addWidget(label);
+    return label;
+  };
+  hh_ = digits("hh");
+  colons_[0] = digits("");
+  mn_ = digits("mn");
+  colons_[1] = digits("");
+  ss_ = digits("ss");
+  for (QLabel* colon : colons_) colon->setText(QStringLiteral(":"));
+  InfoDate = Line("InfoDate");
+  InfoDate->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  LblTemp = new QLabel(zone);
+  LblTemp->setObjectName(QStringLiteral("LblTemp"));
+  LblTemp->setProperty("dim", true);
+  Temp = Line("Temp");
+  Temp->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  auto* remaining = new QHBoxLayout;
+  remaining->setSpacing(4);
+  remaining->addWidget(LblTemp, 0, Qt::AlignBottom);
+  remaining->addWidget(Temp, 1);
+  layout->addLayout(clock);
+  layout->addWidget(InfoDate);
+  layout->addStretch();
+  layout->addLayout(remaining);
+  // Whole minutes and seconds that remain, for whoever reads them by name.
+  Tmn = new QLabel(zone);
+  Tmn->setObjectName(QStringLiteral("Tmn"));
+  Tmn->hide();
+  Tss = new QLabel(zone);
+  Tss->setObjectName(QStringLiteral("Tss"));
+  Tss->hide();
+  return zone;
+}
+
+StatusHeader::StatusHeader(QWidget* parent) : QFrame(parent) {
+  setObjectName(QStringLiteral("StatusHeader"));
+  setProperty("panel", true);
+  auto* layout = Column(this, 4);
+  layout->setContentsMargins(8, 5, 8, 5);
+  auto* top = new QHBoxLayout;
+  top->setSpacing(12);
+  top->addWidget(LeftZone());
+  top->addWidget(MiddleZone(), 1);
+  top->addWidget(RightZone());
+  next_ = MakeTile("TileNext");
+  break_ = MakeTile("TileBreak");
+  pip_ = MakeTile("TilePip");
+  auto* tiles = new QHBoxLayout;
+  tiles->setSpacing(6);
+  tiles->addWidget(next_.frame, 5);
+  tiles->addWidget(break_.frame, 3);
+  tiles->addWidget(pip_.frame, 2);
+  layout->addLayout(top, 1);
+  layout->addLayout(tiles);
+}
+
+void StatusHeader::SetCounterColour(const QColor& colour) {
+  Temp->SetColour(Theme::Readable(colour, Theme::kText));
+}
+
+void StatusHeader::Arrange(double unit) {
+  using Theme::Px;
+  using Theme::Type;
+  lamp_->setFont(Type(unit, 26, true));
+  lamp_->setFixedHeight(Px(unit, 42));
+  LblMode->SetType(Type(unit, 17), 9);
+  LblDateTitre->SetType(Type(unit, 14), 9);
+  LblDateTitre->SetColour(Theme::kNote);
+  for (QLabel* light : {LblFeu, LblIntro, LblTopage}) {
+    light->setFont(Type(unit, 14, true));
+    light->setFixedHeight(Px(unit, 21));
+  }
+  LblArtiste->SetType(Type(unit, 34, true), Px(unit, 22));
+  VuMettre->setFixedHeight(Px(unit, 66));
+  MMLevelX1->setFixedHeight(Px(unit, 8));
+  MMLevelX2->setFixedHeight(Px(unit, 8));
+  for (FitLabel* figure : {LblEncours, LblLongueur, PSortie}) figure->SetType(Type(unit, 17), 10);
+  VueIntro->setFixedHeight(Px(unit, 24));
+  for (QLabel* digits : {hh_, mn_, ss_, colons_[0], colons_[1]})
+    digits->setFont(Type(unit, 56, true));
+  InfoDate->SetType(Type(unit, 18), 9);
+  LblTemp->setFont(Type(unit, 14));
+  Temp->SetType(Type(unit, 82, true), 20);
+  findChild<QWidget*>(QStringLiteral("HeadLeft"))->setFixedWidth(Px(unit, 190));
+  findChild<QWidget*>(QStringLiteral("HeadRight"))->setFixedWidth(Px(unit, 310));
+  for (Tile* tile : {&next_, &break_, &pip_}) {
+    tile->head->setFont(Type(unit, 13));
+    tile->when->SetType(Type(unit, 22, true), 10);
+    tile->what->SetType(Type(unit, 20), Px(unit, 15));
+  }
+}
+
+void StatusHeader::ShowLights(const Station& station) {
+  const MainScreen& screen = station.screen;
+  const bool running = station.engine.IsRunning;
+  sounding_ = station.platform.sound.Sounds(0) || station.platform.sound.Sounds(1);
+  const char* word = running ? "OnAir" : sounding_ ? "Draining" : "Stopped";
+  Put(lamp_, Text(ScreenWord(word, langue_)));
+  Colour(lamp_, running ? Qt::white : Theme::kDim,
+         running     ? Theme::kOnAir
+         : sounding_ ? QColor(0x6b, 0x4a, 0x14)
+                     : Theme::kRaised,
+         4);
+  LblMode->Show(Text(screen.LblMode.text));
+  LblDateTitre->Show(Text(screen.LblDateTitre.text));
+  LblDateTitre->setVisible(!screen.LblDateTitre.text.empty());
+  Put(LblFeu, Text(screen.LblFeu.text));
+  Colour(LblFeu, Qt::black, Theme::FromBgr(screen.LblFeu.colour), 3);
+  LblFeu->setVisible(screen.LblFeu.visible);
+  Colour(LblIntro, Qt::black, Theme::kJingle, 3);
+  LblIntro->setVisible(screen.LblIntro.visible);
+  Put(LblTopage,
+      screen.LblTopage.text.empty() ? QStringLiteral("Topage") : Text(screen.LblTopage.text));
+  Colour(LblTopage, Qt::black, Theme::kNote, 3);
+  LblTopage->setVisible(screen.LblTopage.visible);
+}
+
+void StatusHeader::ShowClock(const Station& station, const LocalDateTime& now) {
+  Put(hh_, Text(TwoDigits(now.hour)));
+  Put(mn_, Text(TwoDigits(now.minute)));
+  Put(ss_, Text(TwoDigits(now.second)));
+  InfoDate->Show(Text(station.screen.InfoDate.text));
+}
+
+void StatusHeader::ShowElement(const Station& station) {
+  const MainScreen& screen = station.screen;
+  LblArtiste->SetColour(sounding_ ? Theme::kText : Theme::kDim);
+  LblArtiste->Show(Text(screen.LblArtiste.text));
+  Temp->Show(Text(screen.Temp.text));
+  Put(Tmn, QString::number(screen.Tmn));
+  Put(Tss, QString::number(screen.Tss));
+  LblEncours->Show(Text(screen.LblEncours.text));
+  LblLongueur->Show(Text(screen.LblLongueur.text));
+  PSortie->Show(Text(screen.PSortie.text));
+  VueIntro->Show(screen.VueIntro.visible, screen.VueIntro.elapsedSec, screen.VueIntro.lengthSec);
+}
+
+void StatusHeader::ShowStation(const Station& station, const LocalDateTime& now) {
+  ShowLights(station);
+  ShowClock(station, now);
+  ShowElement(station);
+}
+
+void StatusHeader::ShowNext(const NextUp& next) {
+  const QString none = Text(ScreenWord("None", langue_));
+  Put(next_.head, Text(ScreenWord("Next", langue_)));
+  next_.when->Show(Text(next.elementAt));
+  next_.what->Show(next.elementTitle.empty() ? none : Text(next.elementTitle));
+  next_.what->SetColour(next.elementCode > 0 ? Theme::kText
+                                             : Theme::ColourOfElement(next.elementCode));
+  Put(break_.head, Text(ScreenWord("Break", langue_)));
+  break_.when->Show(Countdown(next.breakInSec));
+  break_.what->Show(next.breakAt.empty()
+                        ? none
+                        : QStringLiteral("%1  %2  %3")
+                              .arg(Text(next.breakAt),
+                                   Text(ScreenWord(next.breakIsSpots ? "Spots" : "News", langue_)),
+                                   Text(next.breakLength)));
+  break_.what->SetColour(next.breakAt.empty() ? Theme::kDim
+                         : next.breakIsSpots  ? Theme::kSpot
+                                              : Theme::kNews);
+  Put(pip_.head, Text(ScreenWord("Pip", langue_)));
+  pip_.when->Show(Countdown(next.pipInSec));
+  pip_.what->Show(next.pipAt.empty() ? none : Text(next.pipAt.substr(0, 5)));
+  pip_.what->SetColour(next.pipAt.empty() ? Theme::kDim : Theme::kPip);
+}
+
+void StatusHeader::ShowWave(const Station& station, std::shared_ptr<const WavePeaks> peaks) {
+  const EngineState& engine = station.engine;
+  const SoundChain& sound = station.platform.sound;
+  const std::string& file = sound.FileName(engine.CurrentChannel);
+  if (file != introFile_ || file.empty()) {
+    introFile_ = file;
+    introMs_ = 0;
+  }
+  if (engine.IntroLengthSec > 0) introMs_ = engine.IntroLengthSec * 1000;
+  WaveformView::Element element;
+  element.colour =
+      Theme::ColourOfElement(engine.CodeEnCours == 0 ? 1 : int32_t{engine.CodeEnCours});
+  if (!file.empty()) {
+    element.lengthMs = engine.ElementLengthMs;
+    element.positionMs = engine.ElementPositionMs;
+    element.introMs = introMs_;
+    element.exitMs = static_cast<int32_t>(std::max(0.0F, static_cast<float>(engine.MixPointMs)));
+  }
+  VuMettre->Show(element, station.screen.VuMettrePercent, std::move(peaks));
+}
+
+void StatusHeader::ShowLevels(const OutputFigures& output, int64_t nowMs) {
+  MMLevelX1->Show(output.peakLeft, nowMs);
+  MMLevelX2->Show(output.peakRight, nowMs);
+}
+
+}  // namespace zemo

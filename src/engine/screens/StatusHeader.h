@@ -1,0 +1,75 @@
+// The head of the screen, to be read from two metres: on air or not, what plays and how long it
+// still runs, what comes next and when, the time, the next break and the pip.
+#pragma once
+
+#include <QFrame>
+#include <QLabel>
+#include <array>
+#include <memory>
+
+#include "platform/Waveforms.h"
+
+namespace zemo {
+
+class FitLabel;
+class IntroBar;
+class LevelMeter;
+class WaveformView;
+struct LocalDateTime;
+struct NextUp;
+struct OutputFigures;
+struct Station;
+
+class StatusHeader : public QFrame {
+ public:
+  explicit StatusHeader(QWidget* parent);
+
+  void SetLanguage(int langue) { langue_ = langue; }
+  void SetCounterColour(const QColor& colour);
+  void Arrange(double unit);
+
+  // Each draws only what is another than before.
+  void ShowStation(const Station& station, const LocalDateTime& now);
+  void ShowNext(const NextUp& next);
+  void ShowWave(const Station& station, std::shared_ptr<const WavePeaks> peaks);
+  void ShowLevels(const OutputFigures& output, int64_t nowMs);
+
+ private:
+  // A figure with a small heading: NEXT, BREAK, PIP.
+  struct Tile {
+    QFrame* frame = nullptr;
+    QLabel* head = nullptr;
+    FitLabel* when = nullptr;
+    FitLabel* what = nullptr;
+  };
+  FitLabel* Line(const char* name);
+  QLabel* Light(const char* name);
+  Tile MakeTile(const char* name);
+  QWidget* LeftZone();
+  QWidget* MiddleZone();
+  QWidget* RightZone();
+  void ShowLights(const Station& station);
+  void ShowClock(const Station& station, const LocalDateTime& now);
+  void ShowElement(const Station& station);
+
+  int langue_ = 0;
+  bool sounding_ = false;
+  int32_t introMs_ = 0;  // of the element on air; the count forgets it at its end
+  std::string introFile_;
+
+  QLabel* lamp_;
+  QLabel* hh_;
+  QLabel* mn_;
+  QLabel* ss_;
+  std::array<QLabel*, 2> colons_;
+  FitLabel *LblMode, *LblDateTitre, *LblArtiste, *LblEncours, *LblLongueur, *PSortie, *InfoDate,
+      *Temp;
+  QLabel *LblTemp, *LblFeu, *LblTopage, *LblIntro;
+  QLabel *Tmn, *Tss;
+  WaveformView* VuMettre;
+  IntroBar* VueIntro;
+  LevelMeter *MMLevelX1, *MMLevelX2;
+  Tile next_, break_, pip_;
+};
+
+}  // namespace zemo

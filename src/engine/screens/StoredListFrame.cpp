@@ -1,0 +1,179 @@
+#include "engine/screens/StoredListFrame.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <utility>
+
+#include "engine/StoredPlaylists.h"
+#include "engine/screens/CalendarWindow.h"
+#include "engine/screens/Theme.h"
+#include "station/PlanTimes.h"
+#include "station/Station.h"
+#include "station/TimeForms.h"
+
+namespace zemo {
+
+namespace {
+constexpr const char* kEveryDay = "JOURNALIER";
+constexpr const char* kOptions[] = {"ON", "ON-P", "OFF", "OFF-P"};
+}  // namespace
+
+StoredListFrame::StoredListFrame(Station& station,
+                                 std::function<void(std::function<void()>)> whenFree,
+                                 QWidget* parent)
+    : QFrame(parent), station_(station), whenFree_(std::move(whenFree)) {
+  setObjectName(QStringLiteral("CadrePL"));
+  setProperty("panel", true);
+  MakeControls();
+  LayOut();
+  Connect();
+}
+
+void StoredListFrame::MakeControls() {
+  ComboPLS = new QComboBox(this);
+  ComboPLS->setObjectName(QStringLiteral("ComboPLS"));
+  ComboPLS->setEditable(true);
+  ComboPLS->setInsertPolicy(QComboBox::NoInsert);
+  ComboPLS->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  ComboPLS->setMinimumWidth(80);
+  ComboPLS->setCompleter(nullptr);  // the text is the list's label, not a search
+  ComboPLS->lineEdit()->setMaxLength(40);
+  ComboPLS->lineEdit()->installEventFilter(this);
+  ComboPLS->installEventFilter(this);
+  LblDate = new QPushButton(this);
+  LblDate->setObjectName(QStringLiteral("LblDate"));
+  LblDate->installEventFilter(this);
+  ChHeure = new QLineEdit(this);
+  ChHeure->setObjectName(QStringLiteral("ChHeure"));
+  ChHeure->setMaxLength(5);
+  OptPls = new QComboBox(this);
+  OptPls->setObjectName(QStringLiteral("OptPls"));
+  for (const char* option : kOptions) OptPls->addItem(QString::fromLatin1(option));
+  ChkNoJingle = new QLabel(this);
+  ChkNoJingle->setObjectName(QStringLiteral("ChkNoJingle"));
+  ChkNoJingle->setBuddy(OptPls);
+  LblCodePL = new QLabel(this);
+  LblCodePL->setObjectName(QStringLiteral("LblCodePL"));
+  LblCodePL->setProperty("dim", true);
+  BtnSauve = new QPushButton(this);
+  BtnSauve->setObjectName(QStringLiteral("BtnSauve"));
+  BtnNew = new QPushButton(this);
+  BtnNew->setObjectName(QStringLiteral("BtnNew"));
+}
+
+void StoredListFrame::LayOut() {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(6, 5, 6, 5);
+  layout->setSpacing(4);
+  auto* which = new QHBoxLayout;
+  which->setSpacing(6);
+  which->addWidget(ComboPLS, 1);
+  which->addWidget(LblDate);
+  which->addWidget(ChHeure);
+  auto* how = new QHBoxLayout;
+  how->setSpacing(6);
+  how->addWidget(ChkNoJingle);
+  how->addWidget(OptPls);
+  how->addWidget(LblCodePL);
+  how->addStretch();
+  how->addWidget(BtnNew);
+  how->addWidget(BtnSauve);
+  layout->addLayout(which);
+  layout->addLayout(how);
+}
+
+void StoredListFrame::Connect() {
+  connect(ComboPLS, &QComboBox::activated, this, [this](int item) {
+    station_.screen.ComboPLS.index = item;
+    ComboPLS_Click(station_);
+    Refresh();
+  });
+  connect(ComboPLS, &QComboBox::editTextChanged, this,
+          [this](const QString& text) { station_.screen.ComboPLS.text = text.toStdString(); });
+  connect(LblDate, &QPushButton::clicked, this, [this] { OpenCalendar(); });
+  connect(ChHeure, &QLineEdit::textEdited, this, [this](const QString& text) {
+    station_.screen.ChHeure = text.toStdString();
+    RefreshPlanTimes(station_);
+  });
+  connect(OptPls, &QComboBox::activated, this, [this](int item) { station_.screen.OptPls = item; });
+  connect(BtnSauve, &QPushButton::clicked, this, [this] { BtnSauve_Click(station_); });
+  connect(BtnNew, &QPushButton::clicked, this, [this] { BtnNew_Click(station_); });
+}
+
+void StoredListFrame::Arrange(double unit) {
+  const QFontMetrics metrics(Theme::Type(unit, 15));
+  ChHeure->setFixedWidth(metrics.horizontalAdvance(QStringLiteral("00:00")) + Theme::Px(unit, 34));
+}
+
+void StoredListFrame::Load() {
+  LoadPlaylist(station_);
+  Refresh();
+}
+
+void StoredListFrame::SetDate(const QString& text) {
+  station_.screen.LblDate = text.toStdString();
+  Refresh();
+}
+
+void StoredListFrame::OpenCalendar() {
+  auto* calendar = new CalendarWindow(langue_, station_.Now(), this);
+  calendar->picked = [this](const LocalDateTime& day) {
+    SetDate(QString::fromStdString(DateText(day)));
+  };
+  calendar->open();
+}
+
+void StoredListFrame::FillItems() {
+  const auto& items = station_.screen.ComboPLS.items;
+  bool same = ComboPLS->count() == static_cast<int>(items.size());
+  for (int item = 0; same && item < ComboPLS->count(); ++item) {
+    const auto& wanted = items[static_cast<size_t>(item)];
+    same = ComboPLS->itemData(item).toInt() == wanted.data &&
+           ComboPLS->itemText(item) == QString::fromStdString(wanted.text);
+  }
+  if (same) return;
+  ComboPLS->clear();
+  for (const auto& item : items) ComboPLS->addItem(QString::fromStdString(item.text), item.data);
+}
+
+void StoredListFrame::Refresh() {
+  const MainScreen& screen = station_.screen;
+  const QSignalBlocker quiet(ComboPLS);
+  FillItems();
+  if (ComboPLS->currentIndex() != screen.ComboPLS.index)
+    ComboPLS->setCurrentIndex(screen.ComboPLS.index);
+  const QString text = QString::fromStdString(screen.ComboPLS.text);
+  if (ComboPLS->currentText() != text) ComboPLS->setEditText(text);
+  const QString date = QString::fromStdString(screen.LblDate);
+  if (LblDate->text() != date) LblDate->setText(date);
+  const QString hour = QString::fromStdString(screen.ChHeure);
+  if (ChHeure->text() != hour) ChHeure->setText(hour);
+  if (OptPls->currentIndex() != screen.OptPls) OptPls->setCurrentIndex(screen.OptPls);
+  const QString code = QString::number(screen.LblCodePL);
+  if (LblCodePL->text() != code) LblCodePL->setText(code);
+  BtnSauve->setEnabled(screen.BtnSauveEnabled);
+}
+
+bool StoredListFrame::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && watched != LblDate &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
+    whenFree_([this] {
+      ComboPLS_KeyDelete(station_);
+      Refresh();
+    });
+    return true;
+  }
+  if (event->type() == QEvent::MouseButtonRelease && watched == LblDate &&
+      static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+    SetDate(QString::fromLatin1(kEveryDay));
+    return true;
+  }
+  return QFrame::eventFilter(watched, event);
+}
+
+}  // namespace zemo

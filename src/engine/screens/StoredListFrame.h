@@ -1,0 +1,46 @@
+// CadrePL: the editor of stored lists above PL: which one, its date, time and jingle option.
+#pragma once
+
+#include <QFrame>
+#include <functional>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace zemo {
+
+struct Station;
+
+class StoredListFrame : public QFrame {
+ public:
+  // `whenFree` runs what may ask a question at a moment when nothing on air waits for the answer.
+  StoredListFrame(Station& station, std::function<void(std::function<void()>)> whenFree,
+                  QWidget* parent);
+  void SetLanguage(int langue) { langue_ = langue; }
+  void Load();     // the stored lists, at the frame's opening
+  void Refresh();  // from the panel's fields
+  void Arrange(double unit);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void MakeControls();
+  void LayOut();
+  void Connect();
+  void FillItems();
+  void OpenCalendar();
+  void SetDate(const QString& text);
+
+  Station& station_;
+  std::function<void(std::function<void()>)> whenFree_;
+  int langue_ = 0;
+  QComboBox *ComboPLS, *OptPls;
+  QPushButton *LblDate, *BtnSauve, *BtnNew;
+  QLineEdit* ChHeure;
+  QLabel *LblCodePL, *ChkNoJingle;
+};
+
+}  // namespace zemo

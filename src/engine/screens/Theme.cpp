@@ -1,0 +1,155 @@
+#include "engine/screens/Theme.h"
+
+#include <QFontDatabase>
+#include <QSize>
+#include <algorithm>
+#include <cmath>
+
+#include "station/OnAirList.h"
+
+namespace zemo::Theme {
+
+namespace {
+
+constexpr double kMinUnit = 0.66;
+constexpr double kMaxUnit = 1.35;
+constexpr int kSmallestPixels = 10;
+constexpr double kLeastContrast = 4.5;
+
+// Families whose digits have one width, the first that is there.
+QString Family() {
+  for (const char* family : {"Roboto", "DejaVu Sans"})
+    if (QFontDatabase::families().contains(QString::fromLatin1(family)))
+      return QString::fromLatin1(family);
+  return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
+}
+
+double Luminance(const QColor& colour) {
+  const auto linear = [](double c) {
+    return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+         0.0722 * linear(colour.blueF());
+}
+
+}  // namespace
+
+QColor ColourOfElement(int32_t code) {
+  if (code > 0) return kMusic;
+  switch (code) {
+    case Element::kJingle:
+      return kJingle;
+    case Element::kSpot:
+      return kSpot;
+    case Element::kHourPip:
+      return kPip;
+    case Element::kNews:
+      return kNews;
+    case Element::kOther:
+      return kOther;
+    case Element::kVoiceTrack:
+      return kVoiceTrack;
+    default:
+      return kMarker;
+  }
+}
+
+QColor FromBgr(uint32_t colour) {
+  return QColor(static_cast<int>(colour & 0xff), static_cast<int>(colour >> 8 & 0xff),
+                static_cast<int>(colour >> 16 & 0xff));
+}
+
+QColor Readable(const QColor& colour, const QColor& otherwise) {
+  const double contrast = (Luminance(colour) + 0.05) / (Luminance(kPanel) + 0.05);
+  return contrast >= kLeastContrast ? colour : otherwise;
+}
+
+double UnitFor(const QSize& window) {
+  return std::clamp(std::min(window.width() / 1280.0, window.height() / 800.0), kMinUnit, kMaxUnit);
+}
+
+int Px(double unit, double pixels) {
+  return std::max(1, static_cast<int>(std::lround(unit * pixels)));
+}
+
+QFont Type(double unit, double pixels, bool bold) {
+  QFont font(Family());
+  font.setPixelSize(std::max(kSmallestPixels, Px(unit, pixels)));
+  font.setBold(bold);
+  return font;
+}
+
+QString StyleSheet(double unit, bool gradients) {
+  const QString raised =
+      gradients
+          ? QStringLiteral("qlineargradient(x1:0,y1:0,x2:0,y2:1,stop:0 #2c3440,stop:1 #222932)")
+          : kRaised.name();
+  const int text = std::max(kSmallestPixels + 1, Px(unit, 15));
+  QString sheet = QStringLiteral(R"(
+    * { color: %INK; }
+    QMenu, QToolTip, QDialog, QDialog QWidget, QComboBox QAbstractItemView, QPushButton, QToolButton,
+    QComboBox, QLineEdit, QCheckBox, #CadreRech QLabel, #CadrePL QLabel {
+      font-family: "%FAMILY"; font-size: %TEXTpx; }
+    #CmdStop { font-size: %NEXTpx; font-weight: bold; }
+    QMainWindow, QDialog, QMenuBar { background: %GROUND; }
+    QFrame[panel="true"] { background: %PANEL; border: 1px solid %LINE; border-radius: 4px; }
+    QLabel { background: transparent; border: none; }
+    QLabel[dim="true"] { color: %DIM; }
+    QToolTip { background: %RAISED; color: %INK; border: 1px solid %LINE; padding: 3px; }
+    QMenuBar { background: %GROUND; } QMenuBar::item { padding: 2px 8px; background: transparent; }
+    QMenuBar::item:selected, QMenu::item:selected { background: %RAISED; }
+    QMenuBar::item:disabled, QMenu::item:disabled { color: #6d7784; }
+    QMenu { background: %PANEL; border: 1px solid %LINE; }
+    QMenu::item { padding: 4px 24px 4px 24px; }
+    QMenu::separator { height: 1px; background: %LINE; margin: 3px 6px; }
+    QMenu::indicator { left: 6px; }
+    QPushButton, QToolButton, QComboBox, QLineEdit {
+      background: %FACE; border: 1px solid %LINE; border-radius: 3px; padding: %VPADpx %PADpx; }
+    QPushButton:hover, QToolButton:hover { border-color: %DIM; }
+    QPushButton:focus, QToolButton:focus, QComboBox:focus, QLineEdit:focus, QCheckBox:focus,
+    QTableView:focus, QTableWidget:focus, QListView:focus { border: 1px solid %FOCUS; }
+    QPushButton:pressed, QToolButton:pressed, QToolButton:checked, QPushButton:checked {
+      background: #3b5a86; border-color: %FOCUS; }
+    QPushButton:disabled, QToolButton:disabled, QComboBox:disabled, QCheckBox:disabled {
+      color: #6d7784; background: %PANEL; }
+    QToolButton[alarm="true"]:checked { background: %ONAIR; border-color: #ff7a7a; }
+    QLineEdit { background: #0d1014; }
+    QComboBox QAbstractItemView { background: %PANEL; selection-background-color: #3b5a86; }
+    QCheckBox { background: transparent; spacing: 4px; border: 1px solid transparent; }
+    QCheckBox::indicator { width: %BOXpx; height: %BOXpx; border: 1px solid %DIM; border-radius: 2px;
+      background: #0d1014; }
+    QCheckBox::indicator:checked { background: %FOCUS; }
+    QTableView, QTableWidget { background: %PANEL; alternate-background-color: #1f252d;
+      border: 1px solid %LINE; gridline-color: %LINE; selection-background-color: #324a6b;
+      selection-color: %INK; }
+    QHeaderView { background: %RAISED; border: none; }
+    QHeaderView::section { background: %RAISED; color: %DIM; border: none;
+      border-right: 1px solid %LINE; padding: 2px 5px; }
+    QCalendarWidget QWidget { background: %PANEL; alternate-background-color: %RAISED; }
+    QTableCornerButton::section { background: %RAISED; border: none; }
+    QScrollBar:vertical { background: %PANEL; width: 12px; }
+    QScrollBar:horizontal { background: %PANEL; height: 12px; }
+    QScrollBar::handle { background: #4a5564; border-radius: 4px; min-height: 20px; min-width: 20px; }
+    QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+  )");
+  const std::pair<const char*, QString> values[] = {
+      {"%FAMILY", Family()},
+      {"%TEXT", QString::number(text)},
+      {"%GROUND", kGround.name()},
+      {"%PANEL", kPanel.name()},
+      {"%RAISED", kRaised.name()},
+      {"%LINE", kLine.name()},
+      {"%INK", kText.name()},
+      {"%DIM", kDim.name()},
+      {"%FOCUS", kFocus.name()},
+      {"%FACE", raised},
+      {"%NEXT", QString::number(text + 2)},
+      {"%ONAIR", kOnAir.name()},
+      {"%VPAD", QString::number(Px(unit, 4))},
+      {"%PAD", QString::number(Px(unit, 9))},
+      {"%BOX", QString::number(std::max(10, Px(unit, 14)))}};
+  for (const auto& [place, value] : values) sheet.replace(QString::fromLatin1(place), value);
+  return sheet;
+}
+
+}  // namespace zemo::Theme
