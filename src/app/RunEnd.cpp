@@ -28,7 +28,9 @@ void RunEnd::OnSignal() {
 
 void RunEnd::Watch() {
   if (!asked_ && endMs_ && real_.clock.MonotonicMs() >= *endMs_) Ask();
-  if (asked_ && Drained(real_.station)) told_.drained();
+  if (!asked_ || !Drained(real_.station)) return;
+  WriteZemoOnOff(real_.station, '0');  // told by no drain where nothing had sounded yet
+  told_.drained();
 }
 
 void RunEnd::Ask() {

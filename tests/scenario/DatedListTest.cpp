@@ -251,6 +251,41 @@ TEST_F(DatedList, AListThatCannotBeReadLeavesTheAirAsItIs) {
   ExpectTaken(1, 20000);  // the next second of the watcher in the list's minute
 }
 
+// Four lists of one morning, dated and daily, one of each option, over the change of the hour.
+class MorningOfLists : public DatedList {
+ protected:
+  MorningOfLists() : DatedList("2026-11-21 10:49:50") {}
+};
+
+TEST_F(MorningOfLists, EachOptionTakesTheAirInItsTurn) {
+  Store(1, "21/11/2026", "10:50", 0);
+  Store(2, "JOURNALIER", "10:55", 1);
+  Store(3, "21/11/2026", "11:00", 2);
+  Store(4, "JOURNALIER", "11:05", 3);
+  for (int i = 0; i < 30; ++i) on.AddCard({.lengthMs = 60000});
+  on.AppendCard(on.AddCard({.lengthMs = 120000}));
+  on.Start();
+  on.RunUntil(20 * 60000);
+  const auto lists = on.Events("list");
+  ASSERT_EQ(lists.size(), 4U) << on.Describe();
+  for (size_t i = 0; i < 4; ++i) {
+    const int64_t dueMs = kDueMs + static_cast<int64_t>(i) * 5 * 60000;
+    EXPECT_EQ(lists[i].Int("code"), static_cast<int64_t>(i) + 1);
+    EXPECT_EQ(lists[i].Int("option"), static_cast<int64_t>(i));
+    EXPECT_GE(lists[i].atMs, dueMs);
+    EXPECT_LT(lists[i].atMs, dueMs + kTickMs);
+  }
+  // Each one aired between its markers, and left nothing of its own behind.
+  EXPECT_EQ(on.Events("marker").size(), 8U);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport WHERE GENRE = 'PLAYLIST'"), "8");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport WHERE AUTEUR = 'LISTED'"), "4");
+  const EngineState& engine = on.station.engine;
+  EXPECT_FALSE(engine.PlaylistRunning);
+  EXPECT_FALSE(engine.NoJingleActive);
+  EXPECT_FALSE(engine.PipSuppressed);
+  EXPECT_TRUE(on.Events("error").empty());
+}
+
 class ListAtMidnight : public DatedList {
  protected:
   ListAtMidnight() : DatedList("2026-11-21 23:59:50") {}
