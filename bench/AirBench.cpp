@@ -188,8 +188,10 @@ class Watch : public zemo::EventSink {
 };
 
 void Air(const std::string& folder, int seconds, const char* run) {
+  zemo::ScreenlessMachine machine;
   zemo::RealStation real(
       folder + "/station", folder + "/machine", {zemo::OutputSpec::Kind::kNull, ""},
+      machine.Parts(),
       [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); });
   if (!zemo::Form_Load(real.station)) std::abort();
   zemo::Form_Activate(real.station, true);
