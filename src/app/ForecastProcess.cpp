@@ -9,7 +9,7 @@
 namespace zemo {
 
 namespace {
-constexpr int kLowestPriority = 19;
+constexpr int kBehindTheAir = 10;  // nice: the air and its decoders come first
 
 QString MomentText(const LocalDateTime& moment) {
   char text[32];
@@ -47,8 +47,7 @@ void ForecastProcess::Start(const ForecastWish& wish) {
     return Fail(script.errorString().toStdString());
   script.close();
   process_ = std::make_unique<QProcess>();
-  process_->setChildProcessModifier(
-      [] { [[maybe_unused]] const int now = ::nice(kLowestPriority); });
+  process_->setChildProcessModifier([] { [[maybe_unused]] const int now = ::nice(kBehindTheAir); });
   QObject::connect(process_.get(), &QProcess::readyReadStandardOutput, process_.get(),
                    [this] { Read(); });
   QObject::connect(process_.get(), &QProcess::finished, process_.get(),

@@ -1,5 +1,5 @@
 // The forecast as a second process: this program's own simulation, of a private copy of the
-// station, at the lowest priority. It cannot touch the air.
+// station, at a low priority. It cannot touch the air.
 #pragma once
 
 #include <QProcess>
