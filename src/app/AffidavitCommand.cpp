@@ -14,8 +14,8 @@
 #include "platform/Folder.h"
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/spreadsheet/XlsxWriter.h"
+#include "station/IsoMoments.h"
 #include "station/TextForms.h"
-#include "station/TimeForms.h"
 #include "traffic/Affidavit.h"
 
 namespace zemo {
@@ -38,12 +38,6 @@ Totals Count(const Affidavit& affidavit) {
   return totals;
 }
 
-std::string MomentText(const LocalDateTime& moment) {
-  const std::string key = DateKey(moment);  // yyyymmdd
-  return key.substr(0, 4) + "-" + key.substr(4, 2) + "-" + key.substr(6, 2) + " " +
-         TimeText(moment);
-}
-
 // "+mm:ss", "-mm:ss" ahead of its minute.
 std::string LateText(int64_t seconds) {
   const int64_t whole = std::abs(seconds);
@@ -63,8 +57,8 @@ constexpr const char* kHeads[] = {"due", "aired", "late_s",   "state",
 constexpr int kLateColumn = 2, kCampaignColumn = 6;
 
 std::vector<std::string> Fields(const AffidavitLine& line) {
-  return {MomentText(line.due),
-          line.aired ? MomentText(*line.aired) : "",
+  return {IsoMoment(line.due),
+          line.aired ? IsoMoment(*line.aired) : "",
           line.aired ? std::to_string(line.lateSec) : "",
           StateWord(line),
           line.missed,
@@ -74,7 +68,7 @@ std::vector<std::string> Fields(const AffidavitLine& line) {
 }
 
 std::vector<std::string> ExtraFields(const LocalDateTime& aired) {
-  return {"", MomentText(aired), "", "extra", "no cross", "", "", ""};
+  return {"", IsoMoment(aired), "", "extra", "no cross", "", "", ""};
 }
 
 std::vector<std::vector<std::string>> AllFields(const Affidavit& affidavit) {
@@ -97,9 +91,9 @@ void TellTable(const CommandLine& line, const Affidavit& affidavit, std::ostream
   if (affidavit.lines.empty() && affidavit.extras.empty()) return;
   out << "DUE                  AIRED                LATE     CAMPAIGN\n";
   for (const AffidavitLine& one : affidavit.lines) {
-    out << MomentText(one.due) << "  ";
+    out << IsoMoment(one.due) << "  ";
     if (one.aired)
-      out << MomentText(*one.aired) << "  " << LateText(one.lateSec) << "   ";
+      out << IsoMoment(*one.aired) << "  " << LateText(one.lateSec) << "   ";
     else
       out << (one.isDue ? "missed                      " : "to come                       ");
     out << one.campaign;
@@ -107,7 +101,7 @@ void TellTable(const CommandLine& line, const Affidavit& affidavit, std::ostream
     out << "\n";
   }
   for (const LocalDateTime& extra : affidavit.extras)
-    out << "-                    " << MomentText(extra) << "  no cross\n";
+    out << "-                    " << IsoMoment(extra) << "  no cross\n";
 }
 
 void TellJson(const CommandLine& line, const Affidavit& affidavit, std::ostream& out) {
@@ -117,8 +111,8 @@ void TellJson(const CommandLine& line, const Affidavit& affidavit, std::ostream&
                {"to_come", totals.toCome},      {"extras", totals.extras}};
   json["lines"] = Json::array();
   for (const AffidavitLine& one : affidavit.lines)
-    json["lines"].push_back({{"due", MomentText(one.due)},
-                             {"aired", one.aired ? Json(MomentText(*one.aired)) : Json()},
+    json["lines"].push_back({{"due", IsoMoment(one.due)},
+                             {"aired", one.aired ? Json(IsoMoment(*one.aired)) : Json()},
                              {"late_s", one.aired ? Json(one.lateSec) : Json()},
                              {"state", StateWord(one)},
                              {"why", one.missed},
@@ -127,7 +121,7 @@ void TellJson(const CommandLine& line, const Affidavit& affidavit, std::ostream&
                              {"file", one.file}});
   json["aired_without_cross"] = Json::array();
   for (const LocalDateTime& extra : affidavit.extras)
-    json["aired_without_cross"].push_back(MomentText(extra));
+    json["aired_without_cross"].push_back(IsoMoment(extra));
   out << json.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
 }
 

@@ -3,20 +3,14 @@
 #include <unistd.h>
 
 #include <QFile>
-#include <cstdio>
 #include <utility>
+
+#include "station/IsoMoments.h"
 
 namespace zemo {
 
 namespace {
 constexpr int kBehindTheAir = 10;  // nice: the air and its decoders come first
-
-QString MomentText(const LocalDateTime& moment) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", moment.year, moment.month,
-                moment.day, moment.hour, moment.minute, moment.second);
-  return QString::fromLatin1(text);
-}
 }  // namespace
 
 ForecastProcess::ForecastProcess(std::string program, std::string stationFolder,
@@ -58,14 +52,14 @@ void ForecastProcess::Start(const ForecastWish& wish) {
                        Fail(process_->errorString().toStdString());
                    });
   state_ = State::kRunning;
-  process_->start(
-      QString::fromStdString(program_),
-      {QStringLiteral("simulate"), QStringLiteral("--station"),
-       QString::fromStdString(stationFolder_), QStringLiteral("--machine"),
-       QString::fromStdString(machineFolder_), QStringLiteral("--from"), MomentText(wish.from),
-       QStringLiteral("--for"), QStringLiteral("%1h").arg(wish.hours), QStringLiteral("--script"),
-       script.fileName(), QStringLiteral("--no-start")},
-      QIODevice::ReadOnly);
+  process_->start(QString::fromStdString(program_),
+                  {QStringLiteral("simulate"), QStringLiteral("--station"),
+                   QString::fromStdString(stationFolder_), QStringLiteral("--machine"),
+                   QString::fromStdString(machineFolder_), QStringLiteral("--from"),
+                   QString::fromStdString(IsoMoment(wish.from)), QStringLiteral("--for"),
+                   QStringLiteral("%1h").arg(wish.hours), QStringLiteral("--script"),
+                   script.fileName(), QStringLiteral("--no-start")},
+                  QIODevice::ReadOnly);
 }
 
 void ForecastProcess::Read() {

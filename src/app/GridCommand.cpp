@@ -10,8 +10,8 @@
 #include "app/Commands.h"
 #include "app/GridReport.h"
 #include "platform/real/desktop/RealClock.h"
+#include "station/IsoMoments.h"
 #include "station/TextForms.h"
-#include "station/TimeForms.h"
 #include "traffic/DayGridComposition.h"
 
 namespace zemo {
@@ -35,11 +35,6 @@ class CompositionEvents : public EventSink {
   bool composed = false;
   std::vector<std::string> faults;
 };
-
-std::string DayText(const LocalDateTime& day) {
-  const std::string key = DateKey(day);  // yyyymmdd
-  return key.substr(0, 4) + "-" + key.substr(4, 2) + "-" + key.substr(6, 2);
-}
 
 // Whole seconds as "mm:ss", also above 99 minutes.
 std::string MinutesText(double seconds) {
@@ -88,7 +83,7 @@ void TellBreak(const PlannedBreak& planned, std::ostream& out) {
 
 void TellGrid(const LocalDateTime& day, const CompositionEvents& told,
               const std::vector<PlannedBreak>& breaks, std::ostream& out) {
-  out << DayText(day) << ": " << breaks.size() << " breaks, " << told.spots << " spots, "
+  out << IsoDay(day) << ": " << breaks.size() << " breaks, " << told.spots << " spots, "
       << told.news << " news\n";
   if (!breaks.empty()) out << "MOMENT  LENGTH  TYPE     ELEMENTS\n";
   for (const PlannedBreak& planned : breaks) TellBreak(planned, out);
@@ -117,7 +112,7 @@ Json BreakJson(const PlannedBreak& planned) {
 
 void TellGridJson(const LocalDateTime& day, const CompositionEvents& told,
                   const std::vector<PlannedBreak>& breaks, std::ostream& out) {
-  Json json = {{"day", DayText(day)}, {"spots", told.spots}, {"news", told.news}};
+  Json json = {{"day", IsoDay(day)}, {"spots", told.spots}, {"news", told.news}};
   json["breaks"] = Json::array();
   for (const PlannedBreak& planned : breaks) json["breaks"].push_back(BreakJson(planned));
   json["errors"] = told.faults;

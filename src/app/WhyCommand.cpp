@@ -13,7 +13,7 @@
 #include "platform/real/files/WholeFiles.h"
 #include "scheduling/ChoiceLog.h"
 #include "scheduling/TitleEligibility.h"
-#include "station/TimeForms.h"
+#include "station/IsoMoments.h"
 
 namespace zemo {
 
@@ -21,23 +21,16 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// "YYYY-MM-DD hh:mm:ss", and with 'T' for programs.
-std::string MomentText(const LocalDateTime& at, char between) {
-  const std::string key = DateKey(at);  // yyyymmdd
-  return key.substr(0, 4) + "-" + key.substr(4, 2) + "-" + key.substr(6, 2) + between +
-         TimeText(at);
-}
-
 std::string WhenText(const TitleReason& reason) {
   if (!reason.after.empty()) return reason.after;
-  return reason.from ? "from " + MomentText(*reason.from, ' ') : "never";
+  return reason.from ? "from " + IsoMoment(*reason.from) : "never";
 }
 
 // All moments count, and what only the course of the air brings about.
 std::string WhenAllText(const TitleAnswer& answer) {
   if (!answer.from) return "never";
   std::string text;
-  if (*answer.from != answer.at) text = "from " + MomentText(*answer.from, ' ');
+  if (*answer.from != answer.at) text = "from " + IsoMoment(*answer.from);
   for (const TitleReason& reason : answer.reasons)
     if (!reason.after.empty()) text += (text.empty() ? "" : ", and ") + reason.after;
   return text;
@@ -46,7 +39,7 @@ std::string WhenAllText(const TitleAnswer& answer) {
 void TellTitle(const TitleAnswer& answer, std::ostream& out) {
   out << (answer.MayPlay() ? "may play" : "may not play") << "\n";
   out << "  card " << answer.code << ": " << answer.artist << " - " << answer.title << " ("
-      << answer.genre << ", " << answer.variety << "), " << MomentText(answer.at, ' ') << "\n";
+      << answer.genre << ", " << answer.variety << "), " << IsoMoment(answer.at) << "\n";
   for (const TitleReason& reason : answer.reasons)
     out << "  " << reason.test << ": " << reason.words << "; " << WhenText(reason) << "\n";
   if (!answer.MayPlay()) out << "it may play: " << WhenAllText(answer) << "\n";
@@ -54,7 +47,7 @@ void TellTitle(const TitleAnswer& answer, std::ostream& out) {
 
 void TellTitleJson(const TitleAnswer& answer, std::ostream& out) {
   const auto moment = [](const std::optional<LocalDateTime>& at) {
-    return at ? Json(MomentText(*at, 'T')) : Json();
+    return at ? Json(IsoMoment(*at, 'T')) : Json();
   };
   Json json = {
       {"code", answer.code},         {"at", moment(answer.at)},   {"may_play", answer.MayPlay()},

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/Folder.h"
+#include "station/IsoMoments.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -58,14 +59,6 @@ void Member(std::string& out, const char* name, const Value& value) {
   out += name;
   out += "\":";
   Append(out, value);
-}
-
-// "YYYY-MM-DDThh:mm:ss"
-std::string MomentText(const LocalDateTime& at) {
-  std::string year = std::to_string(at.year);
-  year.insert(0, year.size() < 4 ? 4 - year.size() : 0, '0');
-  return year + "-" + TwoDigits(at.month) + "-" + TwoDigits(at.day) + "T" + TwoDigits(at.hour) +
-         ":" + TwoDigits(at.minute) + ":" + TwoDigits(at.second);
 }
 
 void AppendTitle(std::string& out, const ChosenTitle& title, bool percentage) {
@@ -147,7 +140,7 @@ void Write(Folder& machine, KeptChoices& kept, int newTitles) {
 
 std::string ChoicesLine(const RequestSeen& request) {
   std::string out = "{";
-  Member(out, "at", MomentText(request.at));
+  Member(out, "at", IsoMoment(request.at, 'T'));
   Member(out, "kind", request.kind);
   Member(out, "hour", request.hour);
   Member(out, "weekday", request.weekday);
