@@ -47,7 +47,6 @@ constexpr float kMinuteGuardSec = 60;
 constexpr int64_t kSameErrorMs = 60000;
 constexpr int64_t kGridRetryMs = 10000;
 constexpr int64_t kTickMs = 100;
-constexpr int64_t kRequestBoundMs = 2000;  // the shortest bound that ends a request by itself
 
 // The moment of the tick, read once and again after whatever may have waited.
 struct Moment {
@@ -374,16 +373,15 @@ void ServeBreaks(Station& station, const Moment& at) {
 
 // --- 18: automatic mode ---
 
-// The exit point would come while a request holds the tick, if it takes as long as the last one: it
-// waits for the next element then. One within a tick makes nobody late, and one that went on to its
-// own bound of seconds does not tell of the next.
+// The exit point would come while a request holds the tick, if it walks through the library as long
+// as the last one: it waits for the next element then. One within a tick makes nobody late.
 bool RequestWouldDelayNext(const Station& station) {
   const EngineState& engine = station.engine;
-  const int64_t tookMs = station.requests.lastTookMs;
-  if (station.PL.Empty() || tookMs <= kTickMs || tookMs >= kRequestBoundMs) return false;
+  const int64_t walkMs = station.requests.lastWalkMs;
+  if (station.PL.Empty() || walkMs <= kTickMs) return false;
   const double leftMs = static_cast<double>(engine.ElementLengthMs) - engine.ElementPositionMs -
                         static_cast<double>(engine.MixPointMs);
-  return leftMs < static_cast<double>(tookMs + kTickMs);
+  return leftMs < static_cast<double>(walkMs + kTickMs);
 }
 
 void FitEndOfHour(Station& station, const Moment& at) {

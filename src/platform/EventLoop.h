@@ -1,5 +1,6 @@
 // The event loop on which all logic runs: timers, orders of the operator, and the yields by which a
-// long routine lets both be served. Real: Qt's. Simulated: a virtual clock that moves only in waits.
+// long routine lets both be served. Real: Qt's. Simulated: a virtual clock that moves only in
+// waits.
 #pragma once
 
 #include <cstdint>
@@ -34,13 +35,17 @@ class EventLoop {
   // One pass of a loop that only a bound of seconds ends: serves what is due; 1 ms of virtual time.
   virtual void PassYield() = 0;
 
+  // The rest of such a loop when no further pass can change anything, up to that moment of
+  // Clock::MonotonicMs: on air nobody waits for it; simulated, the passes take their time.
+  virtual void PassRest(int64_t untilMonotonicMs) = 0;
+
   virtual std::unique_ptr<LoopTimer> MakeTimer(int intervalMs, std::function<void()> handler) = 0;
 
   // Serves `order` as an event of its own, at the next yield or between two ticks. Any thread.
   virtual void Post(std::function<void()> order) = 0;
 
-  // Counts up at each event served, so that whoever caches something over a routine knows that other
-  // code may have run in between (see CnfRow).
+  // Counts up at each event served, so that whoever caches something over a routine knows that
+  // other code may have run in between (see CnfRow).
   virtual uint64_t EventsServed() const = 0;
 };
 

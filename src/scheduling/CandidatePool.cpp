@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <optional>
+#include <utility>
 
 #include "platform/EventLoop.h"
 #include "scheduling/HourFilter.h"
@@ -48,13 +50,45 @@ std::string NumberText(int32_t number, int32_t null) {
   return number == null ? std::string() : std::to_string(number);
 }
 
-// The first eight bytes of a text as a number that orders as they do.
-uint64_t Prefix(const std::string& text) {
-  uint64_t prefix = 0;
-  for (size_t i = 0; i < 8; ++i)
-    prefix = prefix << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
-  return prefix;
+// Cards of equal key keep their order.
+template <typename KeyOf>
+void SortByKey(Pool& pool, KeyOf keyOf) {
+  std::vector<std::pair<int64_t, int>> entries;
+  entries.reserve(pool.size());
+  for (const int card : pool) entries.emplace_back(keyOf(card), card);
+  std::stable_sort(entries.begin(), entries.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (size_t i = 0; i < entries.size(); ++i) pool[i] = entries[i].second;
 }
+
+// The artist tests of one walk. The recent artists stand still meanwhile, so each is looked up
+// once.
+class ArtistTests {
+ public:
+  ArtistTests(Station& station, const CandidateCards& cards)
+      : station_(station), cards_(cards), recent_(static_cast<size_t>(cards.ArtistCount())) {}
+
+  bool Allow(int card) {
+    bool allowed = true;
+    if (cards_.ECARTARTISTE(card) > 0) {
+      CheckEcartArtisteRapport(station_, Trim(cards_.Artist(card)), cards_.ECARTARTISTE(card),
+                               allowed);
+      return allowed;
+    }
+    std::optional<bool>& recent = recent_[static_cast<size_t>(cards_.ArtistNumber(card))];
+    if (!recent) {
+      std::string artist = Trim(cards_.Artist(card));
+      CheckArtisteRecent(station_, artist, allowed);
+      recent = !allowed;
+    }
+    return !*recent;
+  }
+
+ private:
+  Station& station_;
+  const CandidateCards& cards_;
+  std::vector<std::optional<bool>> recent_;  // by artist
+};
 
 }  // namespace
 
@@ -64,6 +98,7 @@ CandidateCards::CandidateCards(Station& station, const std::string& condition, O
   const std::string query = "Select " + QueryColumns(JourSemaineCourant(station.Now())) +
                             " From Discotheque Where +" + condition;
   station.base.Db().ReadRows(query, [this](const RowView& row) { Take(row); });
+  RankArtists();
   Sort(order);
 }
 
@@ -87,6 +122,34 @@ void CandidateCards::Take(const RowView& row) {
   card.exitMs = orNull(kExit);
   card.introSec = orNull(kIntro);
   cards_.push_back(card);
+  cards_.back().artist = ArtistNamed(cards_.back());
+}
+
+// A library has far fewer artists than cards, so what the rules ask of their names is made once.
+int32_t CandidateCards::ArtistNamed(const Card& card) {
+  const std::string_view spelling = TextAt(Count() - 1, kArtist);
+  const auto number = static_cast<int32_t>(artists_.size());
+  std::string name = Trim(spelling);
+  if (name.empty()) {
+    name = "Code " + std::to_string(card.code);
+  } else if (const auto [known, fresh] = artistNumbers_.emplace(spelling, number); !fresh) {
+    return known->second;
+  }
+  std::string capitals = UpperLatin(name);
+  artists_.push_back({std::move(name), std::move(capitals)});
+  return number;
+}
+
+void CandidateCards::RankArtists() {
+  std::vector<ArtistName*> order;
+  for (ArtistName& artist : artists_) order.push_back(&artist);
+  std::sort(order.begin(), order.end(),
+            [](const ArtistName* a, const ArtistName* b) { return a->capitals < b->capitals; });
+  const ArtistName* before = nullptr;
+  for (ArtistName* artist : order) {
+    if (before) artist->rank = before->rank + (artist->capitals == before->capitals ? 0 : 1);
+    before = artist;
+  }
 }
 
 const char* CandidateCards::Store(const std::array<std::string_view, kTexts>& texts) {
@@ -129,11 +192,6 @@ std::string_view CandidateCards::TextAt(int card, int text, const Ends& ends) co
   const auto at = static_cast<size_t>(text);
   const size_t begin = at == 0 ? 0 : ends[at - 1];
   return {At(card).texts + sizeof ends + begin, ends[at] - begin};
-}
-
-std::string CandidateCards::ListedArtist(int card) const {
-  std::string artist = Trim(Artist(card));
-  return artist.empty() ? "Code " + std::to_string(Code(card)) : artist;
 }
 
 CardRotation CandidateCards::Rotation(int card) const {
@@ -193,6 +251,7 @@ std::string HourCondition(int weekday, int hour) {
 Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& used,
               int64_t limit) {
   Pool pool;
+  ArtistTests artists(station, cards);
   RotationMoment moment(station.Now());
   for (int card = 0; card < cards.Count(); ++card) {
     if (card % kRowsAYield == 0) {
@@ -201,13 +260,7 @@ Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& 
     }
     if (!CheckRotation(station, cards.Rotation(card), moment)) continue;
     if (used.Holds(cards.Code(card))) continue;
-    std::string artist = Trim(cards.Artist(card));
-    bool allowed = true;
-    if (cards.ECARTARTISTE(card) > 0)
-      CheckEcartArtisteRapport(station, artist, cards.ECARTARTISTE(card), allowed);
-    else
-      CheckArtisteRecent(station, artist, allowed);
-    if (!allowed) continue;
+    if (!artists.Allow(card)) continue;
     pool.push_back(card);
     if (static_cast<int64_t>(pool.size()) > limit) break;
   }
@@ -215,40 +268,21 @@ Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& 
 }
 
 void CutArtistDoubles(const CandidateCards& cards, Pool& pool, Pool* cut) {
-  struct Entry {
-    uint64_t prefix;
-    std::string artist;  // in capitals
-    int card;
-  };
-  std::vector<Entry> entries;
-  entries.reserve(pool.size());
+  SortByKey(pool, [&cards](int card) { return cards.ArtistRank(card); });
+  Pool first;
+  int above = -1;
   for (const int card : pool) {
-    std::string artist = UpperLatin(cards.ListedArtist(card));
-    const uint64_t prefix = Prefix(artist);
-    entries.push_back({prefix, std::move(artist), card});
+    const bool again = cards.ArtistRank(card) == std::exchange(above, cards.ArtistRank(card));
+    if (!again)
+      first.push_back(card);
+    else if (cut)
+      cut->push_back(card);
   }
-  std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
-    return a.prefix != b.prefix ? a.prefix < b.prefix : a.artist < b.artist;
-  });
-  pool.clear();
-  const std::string* above = nullptr;
-  for (const Entry& entry : entries) {
-    if (above && *above == entry.artist) {
-      if (cut) cut->push_back(entry.card);
-      continue;
-    }
-    pool.push_back(entry.card);
-    above = &entry.artist;
-  }
+  pool = std::move(first);
 }
 
 void SortByLastPlay(const CandidateCards& cards, Pool& pool) {
-  std::vector<std::pair<int64_t, int>> entries;
-  entries.reserve(pool.size());
-  for (const int card : pool) entries.emplace_back(cards.PlayedSecond(card), card);
-  std::stable_sort(entries.begin(), entries.end(),
-                   [](const auto& a, const auto& b) { return a.first < b.first; });
-  for (size_t i = 0; i < entries.size(); ++i) pool[i] = entries[i].second;
+  SortByKey(pool, [&cards](int card) { return cards.PlayedSecond(card); });
 }
 
 void ShowPool(Station& station, const CandidateCards& cards, const Pool& pool) {

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "scheduling/RotationRules.h"
@@ -42,9 +43,16 @@ class CandidateCards {
   std::string_view Variety(int card) const { return TextAt(card, kVariety); }
   std::string_view Artist(int card) const { return TextAt(card, kArtist); }
   std::string_view Title(int card) const { return TextAt(card, kTitle); }
-  std::string ListedArtist(int card) const;  // trimmed; "Code n" without one
-  CardRotation Rotation(int card) const;     // valid as long as this object
-  int64_t PlayedSecond(int card) const;      // orders as column 10 of the pool does
+  const std::string& ListedArtist(int card) const { return ArtistOf(card).listed; }
+  // As listed, in capitals.
+  const std::string& ArtistCapitals(int card) const { return ArtistOf(card).capitals; }
+  // 0-based place among all artists of the query by their capitals; equal for equal capitals.
+  int ArtistRank(int card) const { return ArtistOf(card).rank; }
+  // A number of its own for each spelling, below ArtistCount().
+  int ArtistNumber(int card) const { return At(card).artist; }
+  int ArtistCount() const { return static_cast<int>(artists_.size()); }
+  CardRotation Rotation(int card) const;  // valid as long as this object
+  int64_t PlayedSecond(int card) const;   // orders as column 10 of the pool does
   PoolRow AsPoolRow(int card) const;
 
  private:
@@ -56,20 +64,34 @@ class CandidateCards {
     double lastdiff;    // -infinity for Null
     const char* texts;  // Ends, then the bytes of all texts
     int32_t code, lengthMs, passes;
+    int32_t artist;  // of artists_
     int16_t minutes, days, artistGap;
     int32_t exitMs, introSec;
   };
 
+  struct ArtistName {
+    std::string listed;  // trimmed; "Code n" without one
+    std::string capitals;
+    int rank = 0;
+  };
+
+  const ArtistName& ArtistOf(int card) const {
+    return artists_[static_cast<size_t>(ArtistNumber(card))];
+  }
   const Card& At(int card) const { return cards_[static_cast<size_t>(card)]; }
   using Ends = std::array<uint16_t, kTexts>;  // of the texts, behind this array
   Ends EndsOf(int card) const;
   std::string_view TextAt(int card, int text, const Ends& ends) const;
   std::string_view TextAt(int card, int text) const { return TextAt(card, text, EndsOf(card)); }
   void Take(const RowView& row);
+  int32_t ArtistNamed(const Card& card);
+  void RankArtists();
   const char* Store(const std::array<std::string_view, kTexts>& texts);
   void Sort(Order order);
 
   std::vector<Card> cards_;
+  std::vector<ArtistName> artists_;
+  std::unordered_map<std::string_view, int32_t> artistNumbers_;  // by spelling, in a block's text
   std::vector<std::unique_ptr<char[]>> blocks_;
   size_t blockUsed_ = 0, blockSize_ = 0;  // bytes of the last block
 };

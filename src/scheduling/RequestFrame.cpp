@@ -28,7 +28,6 @@ RequestFrame::RequestFrame(Station& station, const char* kind)
 }
 
 RequestFrame::~RequestFrame() {
-  station_.requests.lastTookMs = station_.platform.clock.MonotonicMs() - beginMs_;
   if (!messageStays_) {
     station_.screen.LblProgression = kRestText;
     station_.screen.LblProgression.visible = false;
@@ -99,6 +98,7 @@ void RequestFrame::List(int row, const PoolRow& candidate, const ChoiceReason& r
 void RequestFrame::Saw(int candidates, size_t offered) {
   seen_.candidates = candidates;
   seen_.offered = static_cast<int>(offered);
+  station_.requests.lastWalkMs = station_.platform.clock.MonotonicMs() - beginMs_;
 }
 
 void ShowSearch(Station& station) {

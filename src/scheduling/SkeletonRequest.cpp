@@ -23,6 +23,9 @@ namespace zemo {
 namespace {
 
 constexpr int64_t kMostLayingMs = 4000;
+// After two passes without a title each further one looks at the same titles and refuses them
+// again.
+constexpr int kFruitlessPasses = 2;
 constexpr const char* kRefusalFolder = "refusrequette";
 
 enum class Origin { kNat, kInt, kOther };
@@ -109,16 +112,20 @@ class Laying {
   }
 
   void Run(const std::vector<std::string>& positions, int minutes) {
-    const int64_t beginMs = station_.platform.clock.MonotonicMs();
+    const int64_t endMs = station_.platform.clock.MonotonicMs() + kMostLayingMs;
+    int fruitless = 0;                                      // passes at the end so far
     while (seconds_ / 60 <= static_cast<float>(minutes)) {  // a
       station_.platform.loop.PassYield();                   // b
       ++pass_;
+      const int rowBefore = lastRow_;
       int position = 0;
       for (const std::string& genre : positions) {
         ++position;
         if (!Trim(genre).empty()) Fill(genre, position);
       }
-      if (station_.platform.clock.MonotonicMs() - beginMs >= kMostLayingMs) return;  // c
+      fruitless = lastRow_ == rowBefore ? fruitless + 1 : 0;
+      if (fruitless == kFruitlessPasses) return station_.platform.loop.PassRest(endMs);
+      if (station_.platform.clock.MonotonicMs() >= endMs) return;  // c
     }
   }
 
@@ -178,7 +185,7 @@ void CutDoubles(Station& station, const CandidateCards& cards, Pool& pool) {
     std::string line = moment;
     line += cards.Genre(card);
     line += '\t';
-    line += UpperLatin(cards.ListedArtist(card));
+    line += cards.ArtistCapitals(card);
     line += '\t';
     line += cards.Title(card);
     line += " supprimé car doublon d'artiste";

@@ -72,7 +72,9 @@ struct RequestState {
   int16_t DecalDiffCourant = 0;                // Cnf DecalDiff as the request read it
   int32_t DernierCodeRapport = 0;  // highest CODE of Rapport; keeps its value when that is empty
   int32_t MinutesRequete = 0;      // length of the request; HeureCourante puts 60 here
-  int64_t lastTookMs = 0;          // the last request, by the clock; RequestFrame
+  // The last request's walk through the library, by the clock; a simulated one takes no time.
+  // Writer: RequestFrame.
+  int64_t lastWalkMs = 0;
   std::vector<PoolRow> ListView1;  // candidates in the order in which they were offered
   bool PLHidden = false;           // the list is not drawn while a request works on it
   ReportBound report;              // writer: RecentReport

@@ -52,12 +52,13 @@ TEST_F(Refill, ComesBehindTheFirstTenthOfTheElement) {
 }
 
 // The first request moved the ticks to ..81 ms. The exit point, 60000 - 1600 ms, is reached at
-// 58500. The list is found short at 58381: a request would hold the tick up to 58562, and the next
-// title would begin at 58662.
-TEST_F(Refill, WaitsForTheNextElementWhereItWouldMakeItLate) {
+// 58500. The list is found short at 58381: a walk of 181 ms through the library would hold the tick
+// up to 58562, and the next title would begin at 58662.
+TEST_F(Refill, WaitsForTheNextElementWhereTheWalkWouldMakeItLate) {
   on.At(58300, [&] {
     on.station.PL.Clear();
     on.AppendCard(second);
+    on.station.requests.lastWalkMs = 181;
   });
   on.RunUntil(65000);
   const auto starts = on.Starts();
@@ -68,8 +69,26 @@ TEST_F(Refill, WaitsForTheNextElementWhereItWouldMakeItLate) {
   EXPECT_GT(requests[1].atMs, starts[1].atMs);
 }
 
+// The same, but the last request's walk took no time: its passes say nothing of the next one.
+TEST_F(Refill, DoesNotWaitForThePassesOfARequest) {
+  on.At(58300, [&] {
+    on.station.PL.Clear();
+    on.AppendCard(second);
+  });
+  on.RunUntil(58800);
+  const auto requests = on.Events("request");
+  ASSERT_EQ(requests.size(), 2U) << on.Describe();
+  EXPECT_EQ(requests[1].atMs, 58381 + kRequestMs);
+  const auto starts = on.Starts();
+  ASSERT_EQ(starts.size(), 2U) << on.Describe();
+  EXPECT_EQ(starts[1].atMs, 58662);
+}
+
 TEST_F(Refill, DoesNotWaitWhereNothingIsThereToFollow) {
-  on.At(58300, [&] { on.station.PL.Clear(); });
+  on.At(58300, [&] {
+    on.station.PL.Clear();
+    on.station.requests.lastWalkMs = 181;
+  });
   on.RunUntil(59000);
   const auto requests = on.Events("request");
   ASSERT_EQ(requests.size(), 2U) << on.Describe();

@@ -5,7 +5,6 @@
 #include "scheduling/RecentReport.h"
 #include "scheduling/tests/RequestFixture.h"
 #include "station/TimeForms.h"
-#include "support/WatchedLoop.h"
 
 namespace zemo {
 namespace {
@@ -13,7 +12,7 @@ namespace {
 using test::MusicCells;
 using test::RequestStation;
 using test::TitleCard;
-using test::WatchedLoop;
+using test::WatchedStation;
 
 constexpr int kSaturday = 6;  // 21 November 2026
 
@@ -467,21 +466,6 @@ TEST(PercentageRequest, TheAutomaticRequestAsksForTempRequetteMinutes) {
   AutomaticRequest(s.station);
   EXPECT_EQ(s.Events("request").back()["minutes"], "7");
 }
-
-// A second station on the base of the first, whose yields are watched.
-struct WatchedStation {
-  explicit WatchedStation(RequestStation& s)
-      : loop(s.loop),
-        station(Platform{s.loop, loop, s.sound, s.stationFolder, s.machineFolder, s.soundFiles,
-                         s.lengths, s.localValues, s.clipboard, s.messages, s.keyboard, s.system,
-                         s.automaton, s.joystick}) {
-    station.base.OpenOrCreateDatabase();
-    SetSideFileNames(station);
-    station.base.OpenAllTables();
-  }
-  WatchedLoop loop;
-  Station station;
-};
 
 TEST(PercentageRequest, TheChoosingEndsAfterTwoSecondsWithWhatItHas) {
   RequestStation s;

@@ -13,6 +13,7 @@
 #include "settings/SideFiles.h"
 #include "station/TextForms.h"
 #include "support/TestStation.h"
+#include "support/WatchedLoop.h"
 
 namespace zemo::test {
 
@@ -112,5 +113,20 @@ inline Cells MusicCells(int32_t code, const std::string& artist, const std::stri
   cells[Col::kExitMs] = "0";
   return cells;
 }
+
+// A second station on the base of the first, whose yields are watched.
+struct WatchedStation {
+  explicit WatchedStation(RequestStation& s)
+      : loop(s.loop),
+        station(Platform{s.loop, loop, s.sound, s.stationFolder, s.machineFolder, s.soundFiles,
+                         s.lengths, s.localValues, s.clipboard, s.messages, s.keyboard, s.system,
+                         s.automaton, s.joystick}) {
+    station.base.OpenOrCreateDatabase();
+    SetSideFileNames(station);
+    station.base.OpenAllTables();
+  }
+  WatchedLoop loop;
+  Station station;
+};
 
 }  // namespace zemo::test

@@ -14,6 +14,7 @@ namespace {
 using test::MusicCells;
 using test::RequestStation;
 using test::TitleCard;
+using test::WatchedStation;
 
 constexpr int kSaturday = 6;  // 21 November 2026
 constexpr int kHour = 10;
@@ -126,6 +127,18 @@ TEST_F(SkeletonRequest, APoolTooSmallEndsAfterFourSecondsOfIdlePasses) {
   EXPECT_EQ(s.loop.MonotonicMs() - before, 4000);  // a millisecond a pass
 }
 
+TEST_F(SkeletonRequest, OnAirAPoolTooSmallEndsAfterTwoPassesWithoutATitle) {
+  Skeleton({"POP"});
+  Add(9);
+  WatchedStation w(s);
+  w.loop.onAir = true;
+  const int64_t before = s.loop.MonotonicMs();
+  int16_t minutes = 30;
+  RequetteSquelette(w.station, minutes);
+  EXPECT_EQ(w.station.PL.Count(), 1);
+  EXPECT_EQ(s.loop.MonotonicMs() - before, 3);  // a millisecond a pass, and one listed the title
+}
+
 TEST_F(SkeletonRequest, DoublesOfAnArtistAreCutAndListed) {
   Skeleton({"POP"});
   const int32_t oldest = Add(9, "POP", "NATIONAL", "Zoé");
@@ -197,6 +210,19 @@ TEST_F(SkeletonRequest, RefusedTitlesCountInTheRunSoThatOnlyTheOtherOriginEndsIt
   s.Request(60);
   // The third NAT title is refused in each pass; a variety of neither origin changes no run.
   EXPECT_EQ(s.Listed(), (Codes{nat[0], rock, nat[1], rock2}));
+}
+
+// A share below 0 lets no INT title in at all, but a look at one ends the run of NAT titles: the
+// second pass lists nothing, the third does.
+TEST_F(SkeletonRequest, OnePassWithoutATitleIsNotTheEnd) {
+  s.SetCnf("CheckNational", 1);
+  s.Sql("UPDATE Variete SET POURCENT = -20 WHERE VARIETE = 'INTERNATIONAL'");
+  Skeleton({"POP", "POP", "ROCK"});
+  const Codes nat = {Add(20), Add(19), Add(18)};
+  const int32_t rock = Add(9, "ROCK", "OTHER");
+  Add(8, "ROCK", "INTERNATIONAL");
+  s.Request(60);
+  EXPECT_EQ(s.Listed(), (Codes{nat[0], nat[1], rock, nat[2]}));
 }
 
 TEST_F(SkeletonRequest, WithoutCheckNationalRunsAreEndless) {
