@@ -174,11 +174,15 @@ void LoadPlaylist(Station& station) {
   auto& combo = station.screen.ComboPLS;
   combo.items.clear();
   combo.index = -1;
-  Recordset& playlist = *station.base.Tables().Playlist;
-  playlist.SetIndex("");
-  for (playlist.MoveFirst(); !playlist.Eof(); playlist.MoveNext())
-    combo.items.push_back(
-        {Trim(playlist.Text("LIBELLE")), static_cast<int32_t>(playlist.Int("CODE"))});
+  try {
+    Recordset& playlist = *station.base.Tables().Playlist;
+    playlist.SetIndex("");
+    for (playlist.MoveFirst(); !playlist.Eof(); playlist.MoveNext())
+      combo.items.push_back(
+          {Trim(playlist.Text("LIBELLE")), static_cast<int32_t>(playlist.Int("CODE"))});
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadPlaylist");
+  }
 }
 
 void ComboPLS_Click(Station& station) {

@@ -7,8 +7,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <utility>
 
+#include "engine/OperatorControls.h"
 #include "engine/StoredPlaylists.h"
 #include "engine/screens/CalendarWindow.h"
 #include "engine/screens/Theme.h"
@@ -21,6 +23,40 @@ namespace zemo {
 namespace {
 constexpr const char* kEveryDay = "JOURNALIER";
 constexpr const char* kOptions[] = {"ON", "ON-P", "OFF", "OFF-P"};
+
+// Only a choice in the opened list counts: it replaces the list on air. Left alone, an editable box
+// also chooses at Return, when it loses the keyboard and at each turn of the wheel.
+class ListBox : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+  std::function<void(int)> chosen;
+
+  void Watch() {
+    connect(this, &QComboBox::activated, this, [this](int item) {
+      if (opened_) chosen(item);
+    });
+  }
+  void showPopup() override {
+    opened_ = true;
+    QComboBox::showPopup();
+  }
+  void hidePopup() override {
+    QComboBox::hidePopup();
+    QTimer::singleShot(0, this, [this] { opened_ = false; });  // the choice comes behind this
+  }
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)
+      showPopup();
+    else
+      QComboBox::keyPressEvent(event);
+  }
+
+ private:
+  bool opened_ = false;
+};
 }  // namespace
 
 StoredListFrame::StoredListFrame(Station& station,
@@ -35,7 +71,15 @@ StoredListFrame::StoredListFrame(Station& station,
 }
 
 void StoredListFrame::MakeControls() {
-  ComboPLS = new QComboBox(this);
+  auto* lists = new ListBox(this);
+  lists->chosen = [this](int item) {
+    RecordActivity(station_);
+    station_.screen.ComboPLS.index = item;
+    ComboPLS_Click(station_);
+    Refresh();
+  };
+  lists->Watch();
+  ComboPLS = lists;
   ComboPLS->setObjectName(QStringLiteral("ComboPLS"));
   ComboPLS->setEditable(true);
   ComboPLS->setInsertPolicy(QComboBox::NoInsert);
@@ -51,6 +95,7 @@ void StoredListFrame::MakeControls() {
   ChHeure = new QLineEdit(this);
   ChHeure->setObjectName(QStringLiteral("ChHeure"));
   ChHeure->setMaxLength(5);
+  ChHeure->installEventFilter(this);
   OptPls = new QComboBox(this);
   OptPls->setObjectName(QStringLiteral("OptPls"));
   for (const char* option : kOptions) OptPls->addItem(QString::fromLatin1(option));
@@ -88,11 +133,6 @@ void StoredListFrame::LayOut() {
 }
 
 void StoredListFrame::Connect() {
-  connect(ComboPLS, &QComboBox::activated, this, [this](int item) {
-    station_.screen.ComboPLS.index = item;
-    ComboPLS_Click(station_);
-    Refresh();
-  });
   connect(ComboPLS, &QComboBox::editTextChanged, this,
           [this](const QString& text) { station_.screen.ComboPLS.text = text.toStdString(); });
   connect(LblDate, &QPushButton::clicked, this, [this] { OpenCalendar(); });
@@ -100,9 +140,18 @@ void StoredListFrame::Connect() {
     station_.screen.ChHeure = text.toStdString();
     RefreshPlanTimes(station_);
   });
-  connect(OptPls, &QComboBox::activated, this, [this](int item) { station_.screen.OptPls = item; });
-  connect(BtnSauve, &QPushButton::clicked, this, [this] { BtnSauve_Click(station_); });
-  connect(BtnNew, &QPushButton::clicked, this, [this] { BtnNew_Click(station_); });
+  connect(OptPls, &QComboBox::activated, this, [this](int item) {
+    RecordActivity(station_);
+    station_.screen.OptPls = item;
+  });
+  connect(BtnSauve, &QPushButton::clicked, this, [this] {
+    RecordActivity(station_);
+    BtnSauve_Click(station_);
+  });
+  connect(BtnNew, &QPushButton::clicked, this, [this] {
+    RecordActivity(station_);
+    BtnNew_Click(station_);
+  });
 }
 
 void StoredListFrame::Arrange(double unit) {
@@ -116,6 +165,7 @@ void StoredListFrame::Load() {
 }
 
 void StoredListFrame::SetDate(const QString& text) {
+  RecordActivity(station_);
   station_.screen.LblDate = text.toStdString();
   Refresh();
 }
@@ -159,21 +209,30 @@ void StoredListFrame::Refresh() {
   BtnSauve->setEnabled(screen.BtnSauveEnabled);
 }
 
+// Without a chosen list the key is the text's.
+bool StoredListFrame::DeleteKey() {
+  if (station_.screen.ComboPLS.index < 0) return false;
+  RecordActivity(station_);
+  whenFree_([this] {
+    ComboPLS_KeyDelete(station_);
+    Refresh();
+  });
+  return true;
+}
+
 bool StoredListFrame::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::KeyPress && watched != LblDate &&
-      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
-    whenFree_([this] {
-      ComboPLS_KeyDelete(station_);
-      Refresh();
-    });
-    return true;
-  }
-  if (event->type() == QEvent::MouseButtonRelease && watched == LblDate &&
-      static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+  // The neutral text fills the whole field: it is selected, so that the time can be typed.
+  if (watched == ChHeure && event->type() == QEvent::FocusIn)
+    QTimer::singleShot(0, ChHeure, &QLineEdit::selectAll);
+  const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
+  if (watched == LblDate) {
+    const bool rightClick = event->type() == QEvent::MouseButtonRelease &&
+                            static_cast<QMouseEvent*>(event)->button() == Qt::RightButton;
+    if (!rightClick && key != Qt::Key_J) return false;
     SetDate(QString::fromLatin1(kEveryDay));
     return true;
   }
-  return QFrame::eventFilter(watched, event);
+  return watched != ChHeure && key == Qt::Key_Delete && DeleteKey();
 }
 
 }  // namespace zemo
