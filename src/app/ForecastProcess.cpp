@@ -20,7 +20,17 @@ ForecastProcess::ForecastProcess(std::string program, std::string stationFolder,
       machineFolder_(std::move(machineFolder)) {}
 
 ForecastProcess::~ForecastProcess() {
-  if (process_) process_->disconnect();  // its end is nobody's business any more
+  LetGo();
+}
+
+// Its end is nobody's business any more, and nobody waits for it.
+void ForecastProcess::LetGo() {
+  if (!process_) return;
+  process_->disconnect();
+  if (process_->state() == QProcess::NotRunning) return process_.reset();
+  QProcess* const ending = process_.release();
+  QObject::connect(ending, &QProcess::finished, ending, &QObject::deleteLater);
+  ending->kill();
 }
 
 void ForecastProcess::Fail(std::string fault) {
@@ -29,8 +39,7 @@ void ForecastProcess::Fail(std::string fault) {
 }
 
 void ForecastProcess::Start(const ForecastWish& wish) {
-  if (process_) process_->disconnect();
-  process_.reset();  // kills the one that runs
+  LetGo();
   trace_ = {};
   unread_.clear();
   fault_.clear();

@@ -23,6 +23,7 @@ class ForecastProcess : public ForecastSource {
   const std::string& Fault() const override { return fault_; }
 
  private:
+  void LetGo();
   void Read();
   void Finished(int exitCode, QProcess::ExitStatus status);
   void Fail(std::string fault);

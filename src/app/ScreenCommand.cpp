@@ -57,7 +57,7 @@ struct ScreenArguments {
 // A machine with somebody in front of it.
 struct ScreenMachine {
   ScreenArguments arguments;
-  QApplication application{arguments.count, arguments.words};
+  ScreenApplication application{arguments.count, arguments.words};
   std::unique_ptr<Clipboard> clipboard = MakeClipboard();
   ScreenMessageBoxes messages;
   ScreenKeyboard keyboard;
@@ -105,6 +105,9 @@ int OpenScreen(const CommandLine& line) {
     machine.messages.WaitUntilRead();
     return 1;
   }
+
+  machine.application.onException = [&station] { LogCurrentException(station, "FrmZemo"); };
+  machine.messages.SetLanguage(static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
 
   WaveformReader waveforms(std::make_unique<SoundFileOpener>(), folders.machine + "/Peaks");
   ForecastProcess forecast(QCoreApplication::applicationFilePath().toStdString(), folders.station,

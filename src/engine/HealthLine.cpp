@@ -129,12 +129,16 @@ void UpdateHealth(HealthLine& line, const Station& station, const OutputFigures&
   TellError(line, station, nowMs, langue);
 }
 
-std::string AgeText(int64_t ms) {
+bool SilentOnAir(const HealthLine& line) {
+  return line.figures[HealthLine::kOutput].severity == HealthSeverity::kHeard;
+}
+
+std::string AgeText(int64_t ms, int langue) {
   const int64_t seconds = std::max<int64_t>(0, ms) / 1000;
   if (seconds < 60) return std::to_string(seconds) + " s";
   if (seconds < 3600) return std::to_string(seconds / 60) + " min";
   if (seconds < 86400) return std::to_string(seconds / 3600) + " h";
-  return std::to_string(seconds / 86400) + " d";
+  return std::to_string(seconds / 86400) + (langue == 0 ? " j" : " d");
 }
 
 }  // namespace zemo

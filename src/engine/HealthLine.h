@@ -45,6 +45,8 @@ void NotePeaks(HealthLine& line, const OutputFigures& output, int64_t nowMs);
 void UpdateHealth(HealthLine& line, const Station& station, const OutputFigures& output,
                   int64_t freeDiskBytes, int64_t nowMs, int langue);
 
-std::string AgeText(int64_t ms);  // "8 s", "3 min", "2 h", "4 d"
+std::string AgeText(int64_t ms, int langue);  // "8 s", "3 min", "2 h", "4 d"
+// It runs, and nothing that could be heard has left the output for some seconds.
+bool SilentOnAir(const HealthLine& line);
 
 }  // namespace zemo

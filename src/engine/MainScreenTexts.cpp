@@ -25,7 +25,7 @@ constexpr ScreenText kTexts[] = {
     {"BtnNew", "tip", {"Vide la liste pour en faire une nouvelle", "Clears the list to make a new one", "Limpa a lista para fazer uma nova", "Vacía la lista para hacer una nueva"}},
     {"ChHeure", "tip", {"Heure de passage, hh:mn", "Time on air, hh:mn", "Hora de emissão, hh:mn", "Hora de emisión, hh:mn"}},
     {"ComboPLS", "tip", {"Listes enregistrées ; Suppr supprime la liste choisie", "Stored lists; Delete deletes the chosen one", "Listas guardadas; Delete elimina a lista escolhida", "Listas guardadas; Supr elimina la lista elegida"}},
-    {"LblDate", "tip", {"Date de passage : ouvre le calendrier, clic droit pour tous les jours", "Date on air: opens the calendar, right click for every day", "Data de emissão: abre o calendário, botão direito para todos os dias", "Fecha de emisión: abre el calendario, botón derecho para todos los días"}},
+    {"LblDate", "tip", {"Date de passage : ouvre le calendrier ; clic droit ou J pour tous les jours", "Date on air: opens the calendar; right click or J for every day", "Data de emissão: abre o calendário; botão direito ou J para todos os dias", "Fecha de emisión: abre el calendario; botón derecho o J para todos los días"}},
     {"BtnCopyPub", "text", {"Copier les pubs", "Copy the spots", "Copiar a publicidade", "Copiar las pubs"}},
     {"BtnCopyPub", "tip", {"Met l'écran de la ligne choisie dans la liste", "Puts the break of the selected row in the list", "Põe o bloco da linha escolhida na lista", "Pone el bloque de la línea elegida en la lista"}},
     {"OptionDirect", "text", {"Arrêt en fin de liste", "Stop at end of list", "Parar no fim da lista", "Parar al final de la lista"}},
@@ -61,6 +61,12 @@ constexpr ScreenText kTexts[] = {
     {"CmdStop", "tip", {"Fond et enchaîne l'élément suivant", "Fades and starts the next element", "Fade e passa ao elemento seguinte", "Fundido y siguiente elemento"}},
     {"CmdRequette", "text", {"Requête", "Request", "Pedido", "Petición"}},
     {"CmdRequette", "tip", {"Demande de la musique pour la liste", "Asks for music for the list", "Pede música para a lista", "Pide música para la lista"}},
+    {"LblLongueurHead", "text", {"Durée", "Length", "Duração", "Duración"}},
+    {"LblLongueur", "tip", {"Durée de l'élément", "Length of the element", "Duração do elemento", "Duración del elemento"}},
+    {"LblEncoursHead", "text", {"Carte", "Output", "Placa", "Tarjeta"}},
+    {"LblEncours", "tip", {"Temps écoulé depuis le départ de la carte", "Run time of the output", "Tempo desde o arranque da placa", "Tiempo desde el arranque de la tarjeta"}},
+    {"PSortie", "tip", {"Point de sortie, en secondes avant la fin", "Exit point, seconds before the end", "Ponto de saída, segundos antes do fim", "Punto de salida, segundos antes del final"}},
+    {"BntVoiceTrack", "tip", {"L'éditeur de voice tracks viendra avec une prochaine version", "The voice track editor comes with a later version", "O editor de voice tracks virá numa próxima versão", "El editor de voice tracks vendrá en una próxima versión"}},
     {"BntVoiceTrack", "text", {"Voice Track", kSame, kSame, kSame}},
     {"LblIntro", "text", {"Jingle sur intro", "Jingle over intro", "Jingle na intro", "Jingle en intro"}},
     {"LblOffsetBuffers", "tip", {"Retard entre la lecture et l'écoute", "Delay between reading and hearing", "Atraso entre leitura e escuta", "Retraso entre lectura y escucha"}},
@@ -71,7 +77,7 @@ constexpr ScreenText kTexts[] = {
     {"InfoDate", "tip", {"Date ; en direct, le prochain écran", "Date; when live, the next break", "Data; em direto, o próximo bloco", "Fecha; en directo, el próximo bloque"}},
     {"Info", "text", {"?", kSame, kSame, kSame}},
     {"Info", "tip", {"Raccourcis clavier", "Keyboard shortcuts", "Atalhos de teclado", "Atajos de teclado"}},
-    {"MnuEdit", "text", {"&Edition", "&Edit", "&Edição", "&Edición"}},
+    {"MnuEdit", "text", {"É&dition", "&Edit", "&Edição", "&Edición"}},
     {"Discotheque", "text", {"&Discothèque...", "&Library...", "&Discoteca...", "&Discoteca..."}},
     {"MnuHPubs", "text", {"&Horaires des pubs...", "S&pot times...", "&Horários da publicidade...", "&Horarios de las pubs..."}},
     {"MnuModels", "text", {"&Modèles", "&Models", "&Modelos", "&Modelos"}},
@@ -117,6 +123,7 @@ struct Word {
 constexpr Word kWords[] = {
     {"OnAir", {"ANTENNE", "ON AIR", "NO AR", "EN ANTENA"}},
     {"Stopped", {"ARRÊT", "STOPPED", "PARADO", "PARADO"}},
+    {"SilentOnAir", {"SILENCE", "SILENCE", "SILÊNCIO", "SILENCIO"}},
     {"Draining", {"FIN...", "ENDING", "A ACABAR", "TERMINA"}},
     {"Next", {"SUIVANT", "NEXT", "SEGUINTE", "SIGUIENTE"}},
     {"Break", {"ÉCRAN", "BREAK", "BLOCO", "BLOQUE"}},
@@ -144,7 +151,7 @@ constexpr Word kWords[] = {
     {"HealthUnheard", {"non entendue", "not heard", "não ouvida", "no se oye"}},
     {"HealthDisk", {"Disque", "Disk", "Disco", "Disco"}},
     {"HealthDiskFree", {"%1 Go", "%1 GB", "%1 GB", "%1 GB"}},
-    {"HealthBase", {"Base", "Base", "Base", "Base"}},
+    {"HealthBase", {"Base", "Database", "Base", "Base"}},
     {"HealthBaseOk", {"bonne", "good", "boa", "bien"}},
     {"HealthBaseWaits", {"%1 en attente", "%1 waiting", "%1 em espera", "%1 en espera"}},
     {"HealthBaseClosed", {"fermée", "closed", "fechada", "cerrada"}},
@@ -206,9 +213,9 @@ const char* InLanguage(const LanguageTexts& texts, int langue) {
 }
 
 std::string TextOf(std::string_view control, std::string_view property, int langue) {
-  const auto* found = std::find_if(std::begin(kTexts), std::end(kTexts), [&](const ScreenText& row) {
-    return row.control == control && row.property == property;
-  });
+  const auto* found = std::find_if(
+      std::begin(kTexts), std::end(kTexts),
+      [&](const ScreenText& row) { return row.control == control && row.property == property; });
   return found == std::end(kTexts) ? std::string() : InLanguage(found->texts, langue);
 }
 

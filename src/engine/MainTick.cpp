@@ -125,8 +125,16 @@ void PlayShortcut(Station& station, const EngineLists::Shortcut& shortcut) {
   station.screen.BtnSurImpressionCaption = "Touche " + shortcut.Touche;
 }
 
+// "Touche n" stands as long as what the key played is heard.
+void RestOverlayCaption(Station& station) {
+  if (station.screen.BtnSurImpressionCaption != kOverlayAtRest &&
+      station.platform.sound.ChannelDone(kOverlaySlot))
+    station.screen.BtnSurImpressionCaption = kOverlayAtRest;
+}
+
 void ServeKeys(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
+  RestOverlayCaption(station);
   const Keyboard& keyboard = station.platform.keyboard;
   if (!keyboard.MainScreenActive() || !engine.HotKeysArmed) return;
   if (keyboard.Held(kKeyNumPad0)) {

@@ -157,7 +157,7 @@ void ToolbarButton(Station& station, Toolbar button) {
 
 void ReturnToAutomatic(Station& station) {
   ResetFrames(station.screen);
-  station.engine.CheckNoJingle = false;
+  if (station.engine.CheckNoJingle) CheckJingles(station, false);  // with what the box had stopped
   SetAutomatic(station, true);
 }
 
@@ -233,11 +233,15 @@ void DragInList(Station& station, int fromRow, int toRow) {
   RefreshPlanTimes(station);
 }
 
+bool DeletingAsks(const Station& station, int row) {
+  return ValidRow(station, row) && station.PL.Row(row)[Col::kText].rfind("Voice Track", 0) == 0;
+}
+
 void DeleteRow(Station& station, int row) {
   RecordActivity(station);
   if (!ValidRow(station, row)) return;
   const int64_t key = station.PL.Row(row).key;
-  if (station.PL.Row(row)[Col::kText].rfind("Voice Track", 0) == 0) {
+  if (DeletingAsks(station, row)) {
     try {
       DeleteVoiceTrackRecord(station, OnAirRow(station.PL.Row(row)));
     } catch (const std::exception&) {
@@ -245,16 +249,13 @@ void DeleteRow(Station& station, int row) {
     }
   }
   // The question can have let the tick take rows off the head.
-  for (int i = 1; i <= station.PL.Count(); ++i)
-    if (station.PL.Row(i).key == key) {
-      station.PL.Remove(i);
-      break;
-    }
+  if (const int now = station.PL.RowOfKey(key); now > 0) station.PL.Remove(now);
   RefreshPlanTimes(station);
 }
 
 void RightClickRow(Station& station, int row) {
   RecordActivity(station);
+  if (!ValidRow(station, row)) return;
   station.PL.Remove(row);
   RefreshPlanTimes(station);
 }

@@ -29,7 +29,8 @@ void ReturnToAutomatic(Station& station);  // the live mode's list ran out
 // CODE, and for today's report, which is no library.
 bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row);
 void DragInList(Station& station, int fromRow, int toRow);
-void DeleteRow(Station& station, int row);  // the Delete key; asks for voice tracks
+bool DeletingAsks(const Station& station, int row);  // a voice track's row
+void DeleteRow(Station& station, int row);           // the Delete key
 void RightClickRow(Station& station, int row);
 
 // Shortcut table of the numeric pad, from the short elements that have a key.

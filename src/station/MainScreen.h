@@ -21,6 +21,7 @@ struct Label {
   }
 };
 
+inline constexpr const char* kOverlayAtRest = "Sur Impression";
 inline constexpr uint32_t kLedOn = 65280;        // bright green
 inline constexpr uint32_t kLedOff = 32768;       // dark green
 inline constexpr uint32_t kFeuArmed = 0x80C0FF;  // LblFeu: extract, voice track armed
@@ -46,7 +47,7 @@ struct MainScreen {
   } VueIntro;                               // countdown of the introduction
   int32_t HHTot = 0, MnTot = 0, SSTot = 0;  // total of the list
   std::string CmdStopCaption = "Stop";
-  std::string BtnSurImpressionCaption = "Sur Impression";
+  std::string BtnSurImpressionCaption = kOverlayAtRest;
   std::string MnuModelCaption;
   std::string BtnCopyPubCaption;
   bool MnuPlaylistEnabled = true, MnuImprimeEnabled = true, BtnPubJourXEnabled = true;

@@ -139,7 +139,7 @@ void FillLists(Station& station, CampaignEditor& editor) {
 }  // namespace
 
 void MnuHPubs(Station& station, CampaignEditor& editor) {
-  station.screen.BtnSurImpressionCaption = "Sur Impression";
+  station.screen.BtnSurImpressionCaption = kOverlayAtRest;
   LoadSaveDecoupe(station, "Load", editor);
   FillLists(station, editor);
   editor.PLPubVisible = false;

@@ -5,6 +5,7 @@
 #include "engine/Forecast.h"
 #include "engine/HealthLine.h"
 #include "engine/NextUp.h"
+#include "engine/OperatorControls.h"
 #include "engine/OverlayButton.h"
 #include "engine/ScreenSaver.h"
 #include "support/TestStation.h"
@@ -124,10 +125,11 @@ TEST_F(ScreenFigures, AFullDiskAWaitingBaseAndAnErrorAreNotesAndNeverRed) {
 }
 
 TEST_F(ScreenFigures, AgesAreShort) {
-  EXPECT_EQ(AgeText(59999), "59 s");
-  EXPECT_EQ(AgeText(60000), "1 min");
-  EXPECT_EQ(AgeText(7200000), "2 h");
-  EXPECT_EQ(AgeText(172800000), "2 d");
+  EXPECT_EQ(AgeText(59999, 0), "59 s");
+  EXPECT_EQ(AgeText(60000, 0), "1 min");
+  EXPECT_EQ(AgeText(7200000, 0), "2 h");
+  EXPECT_EQ(AgeText(172800000, 1), "2 d");
+  EXPECT_EQ(AgeText(172800000, 0), "2 j");
 }
 
 TEST_F(ScreenFigures, TheForecastBeginsWithTheListAsItStandsAtTheNextTransition) {
@@ -162,6 +164,21 @@ TEST_F(ScreenFigures, TheOverlayButtonPlaysTheChosenRowOverTheAir) {
   EXPECT_EQ(on.Events("overlay")[0]["reason"], "key");
   BtnSurImpression_Click(on.station, 7);  // no such row
   EXPECT_EQ(on.Events("overlay").size(), 1u);
+}
+
+// The key's sound is on air from the tick of 5000 ms for 2 s.
+TEST_F(ScreenFigures, TheOverlayButtonNamesTheKeyWhileItsSoundIsHeard) {
+  on.Sql("INSERT INTO DiscothequeVirgule (FILENAME, DUREE, LIBELLE, TOUCHE) VALUES ('" +
+         on.MakeSound("key.wav", 2000) + "', 2000, 'KEY', 3)");
+  LoadShortcutTable(on.station);
+  on.AppendCard(on.AddCard({}));
+  on.Start();
+  on.At(4950, [&] { on.keyboard.Press(99); });
+  on.At(5050, [&] { on.keyboard.Release(99); });
+  on.RunUntil(6900);
+  EXPECT_EQ(on.station.screen.BtnSurImpressionCaption, "Touche 3");
+  on.RunUntil(7500);
+  EXPECT_EQ(on.station.screen.BtnSurImpressionCaption, "Sur Impression");
 }
 
 TEST_F(ScreenFigures, TheSaverSaysItsTextOrWhatIsOnAir) {

@@ -228,6 +228,32 @@ TEST(LiveMode, ReturnsToAutomaticWhenItsListRunsOut) {
   EXPECT_FALSE(on.station.screen.CadreRechVisible);
 }
 
+TEST(LiveMode, ItsReturnLetsTheJinglesPlayThatItsBoxHadStopped) {
+  TestStation on;
+  on.Load();
+  ToolbarButton(on.station, Toolbar::kLive);
+  SetCheck(on.station, "CheckNoJingle", true);
+  ASSERT_TRUE(on.station.engine.NoJingleActive);
+  AppendSpot(on, 20000);
+  on.Start();
+  on.RunUntil(15000);
+  ASSERT_TRUE(on.station.engine.IsAutomatic) << on.Describe();
+  EXPECT_FALSE(on.station.engine.CheckNoJingle);
+  EXPECT_FALSE(on.station.engine.NoJingleActive);
+}
+
+TEST(LiveMode, ItsReturnKeepsTheJinglesOffThatADatedListStopped) {
+  TestStation on;
+  on.Load();
+  ToolbarButton(on.station, Toolbar::kLive);
+  on.station.engine.NoJingleActive = true;
+  AppendSpot(on, 20000);
+  on.Start();
+  on.RunUntil(15000);
+  ASSERT_TRUE(on.station.engine.IsAutomatic) << on.Describe();
+  EXPECT_TRUE(on.station.engine.NoJingleActive);
+}
+
 TEST(LiveMode, StopsWithOptionDirectWhenItsListRunsOut) {
   TestStation on;
   on.Load();

@@ -74,6 +74,7 @@ QLabel* BottomStrip::Figure(const char* name) {
 
 BottomStrip::BottomStrip(QWidget* parent) : QFrame(parent) {
   setObjectName(QStringLiteral("BottomStrip"));
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   setProperty("panel", true);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(8, 2, 8, 2);
@@ -162,8 +163,10 @@ void BottomStrip::Arrange(double unit) {
 
 void BottomStrip::ShowInputs(const Station& station) {
   const auto light = [](QLabel* label, uint32_t colour) {
-    const QString sheet = QStringLiteral("background:%1;color:black;border-radius:3px;")
-                              .arg(Theme::FromBgr(colour).name());
+    const QString sheet =
+        QStringLiteral("background:%1;color:%2;border-radius:3px;")
+            .arg(Theme::FromBgr(colour).name(),
+                 colour == kLedOff ? QStringLiteral("white") : QStringLiteral("black"));
     if (label->styleSheet() != sheet) label->setStyleSheet(sheet);
   };
   for (size_t contact = 0; contact < LedSat.size(); ++contact)
@@ -197,9 +200,10 @@ void BottomStrip::ShowHealth(const HealthLine& health, int64_t nowMs) {
     const bool error = index == HealthLine::kError && !figure.state.empty();
     const QString what = error ? QString() : QString::fromStdString(figure.text) + QChar(u' ');
     health_[index]->SetColour(ColourOf(figure.severity));
-    health_[index]->Show(QStringLiteral("%1 %2· %3")
-                             .arg(QString::fromStdString(ScreenWord(figure.name, langue_)), what,
-                                  QString::fromStdString(AgeText(nowMs - figure.sinceMs))));
+    health_[index]->Show(
+        QStringLiteral("%1 %2· %3")
+            .arg(QString::fromStdString(ScreenWord(figure.name, langue_)), what,
+                 QString::fromStdString(AgeText(nowMs - figure.sinceMs, langue_))));
   }
 }
 

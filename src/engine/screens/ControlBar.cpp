@@ -65,6 +65,7 @@ QPushButton* ControlBar::AddButton(QHBoxLayout* bar, const char* name, const cha
 ControlBar::ControlBar(Station& station, ControlBarOrders orders, QWidget* parent)
     : QWidget(parent), station_(station), orders_(std::move(orders)) {
   setObjectName(QStringLiteral("ControlBar"));
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   auto* bar = new QHBoxLayout(this);
   bar->setContentsMargins(0, 0, 0, 0);
   bar->setSpacing(4);
@@ -84,7 +85,8 @@ ControlBar::ControlBar(Station& station, ControlBarOrders orders, QWidget* paren
   CmdStop = AddButton(bar, "CmdStop", "F6", [this] { orders_.next(); });
   CmdRequette = AddButton(bar, "CmdRequette", "F5", [this] { orders_.request(); });
   BtnSurImpression = AddButton(bar, "BtnSurImpression", "F8", [this] { orders_.overlay(); });
-  BntVoiceTrack = AddButton(bar, "BntVoiceTrack", nullptr, [this] { orders_.voiceTrack(); });
+  BntVoiceTrack = AddButton(bar, "BntVoiceTrack", nullptr, [] {});
+  BntVoiceTrack->setEnabled(false);  // its screen comes with a later version
   bar->addStretch();
   Info = AddButton(bar, "Info", "F1", [this] { orders_.info(); });
   QSizePolicy keep = BntVoiceTrack->sizePolicy();
@@ -142,7 +144,7 @@ void ControlBar::Refresh() {
 
 void ControlBar::ShowVoiceTrack(bool visible) {
   station_.screen.BntVoiceTrackVisible = visible;
-  BntVoiceTrack->setVisible(visible);
+  if (BntVoiceTrack->isVisibleTo(this) != visible) BntVoiceTrack->setVisible(visible);
 }
 
 }  // namespace zemo

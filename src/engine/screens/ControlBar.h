@@ -17,7 +17,7 @@ struct Station;
 
 struct ControlBarOrders {
   std::function<void(Toolbar)> toolbar;
-  std::function<void()> next, request, voiceTrack, overlay, info;
+  std::function<void()> next, request, overlay, info;
 };
 
 class ControlBar : public QWidget {

@@ -52,7 +52,7 @@ void FitLabel::Fit() {
          QFontMetrics(fitted_).horizontalAdvance(text()) > width())
     fitted_.setPixelSize(fitted_.pixelSize() - 1);
   shown_ = QFontMetrics(fitted_).elidedText(text(), Qt::ElideRight, width());
-  setToolTip(Shortened() ? text() : QString());
+  setToolTip(Shortened() ? text() : accessibleDescription());
   update();
 }
 

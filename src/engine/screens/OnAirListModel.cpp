@@ -7,6 +7,17 @@
 
 namespace zemo {
 
+namespace {
+int AlignmentOf(int column) {
+  return static_cast<int>((OnAirListModel::IsFigure(column) ? Qt::AlignRight : Qt::AlignLeft) |
+                          Qt::AlignVCenter);
+}
+}  // namespace
+
+bool OnAirListModel::IsFigure(int column) {
+  return column == Col::kLength || column == Col::kIntro || column == Col::kExitMs;
+}
+
 OnAirListModel::Row OnAirListModel::RowOf(const OnAirRow& row) {
   Row made{row.key, row.Code(), row.cells, {}};
   for (size_t column = 0; column < kColumns; ++column)
@@ -76,15 +87,14 @@ QVariant OnAirListModel::data(const QModelIndex& index, int role) const {
         return Theme::kMarker;
       return {};
     case Qt::TextAlignmentRole:
-      if (index.column() == Col::kLength || index.column() == Col::kIntro)
-        return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
-      return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
+      return AlignmentOf(index.column());
     default:
       return {};
   }
 }
 
 QVariant OnAirListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole) return AlignmentOf(section);
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
   return heads_[static_cast<size_t>(section)];
 }

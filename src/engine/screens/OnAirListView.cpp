@@ -34,6 +34,7 @@ constexpr std::array<Shown, 9> kShown = {{{Col::kPlanned, 104, 0},
                                           {Col::kLastPlayed, 176, 1000},
                                           {Col::kExitMs, 84, 1200}}};
 constexpr int kBarPixels = 4;
+constexpr int kFigurePadding = 8;  // keeps figures off the text in the next column
 
 // A bar in the colour of the kind at the left end of each row.
 class KindBar : public QStyledItemDelegate {
@@ -44,6 +45,7 @@ class KindBar : public QStyledItemDelegate {
     QStyleOptionViewItem moved(option);
     moved.state &= ~QStyle::State_HasFocus;  // the row is marked, not the cell
     if (index.column() == Col::kPlanned) moved.rect.adjust(kBarPixels + 2, 0, 0, 0);
+    if (OnAirListModel::IsFigure(index.column())) moved.rect.adjust(0, 0, -kFigurePadding, 0);
     QStyledItemDelegate::paint(painter, moved, index);
     if (index.column() != Col::kPlanned) return;
     QRect bar = option.rect.adjusted(1, 2, 0, -2);
@@ -94,6 +96,10 @@ OnAirListView::OnAirListView(OnAirListModel& model, OnAirListOrders orders, QWid
 int OnAirListView::SelectedRow() const {
   const QModelIndexList rows = selectionModel()->selectedRows();
   return rows.isEmpty() ? 0 : rows.first().row() + 1;
+}
+
+int64_t OnAirListView::SelectedKey() const {
+  return model_.KeyOf(SelectedRow() - 1);
 }
 
 void OnAirListView::SelectRow(int row) {
@@ -158,6 +164,7 @@ void OnAirListView::mousePressEvent(QMouseEvent* event) {
   SelectRow(row);
   dragging_ = false;
   pressed_ = event->pos();
+  pressedKey_ = model_.KeyOf(row - 1);
   if (event->button() != Qt::LeftButton) return;
   if (model_.rowCount() > 0 && row > 0) {
     Bloc->setText(QStringLiteral("True"));
@@ -179,17 +186,16 @@ void OnAirListView::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void OnAirListView::Drop(int row) {
-  const int from = LblDepart->text().toInt();
-  if (row < 1 || from < 1) return;
-  orders_.drag(from, row);
+  if (row < 1 || pressedKey_ == 0) return;
+  orders_.drag(pressedKey_, row);
   SelectRow(std::min(row, model_.rowCount()));
 }
 
 void OnAirListView::mouseReleaseEvent(QMouseEvent* event) {
   orders_.touched();
   if (event->button() == Qt::RightButton) {
-    const int row = SelectedRow();
-    if (row > 0 && viewport()->rect().contains(event->pos())) orders_.rightClick(row);
+    const int64_t key = SelectedKey();
+    if (key != 0 && viewport()->rect().contains(event->pos())) orders_.rightClick(key);
     return;
   }
   if (event->button() != Qt::LeftButton) return;
@@ -198,33 +204,37 @@ void OnAirListView::mouseReleaseEvent(QMouseEvent* event) {
   if (dropped) Drop(DropRowAt(event->globalPosition().toPoint()));
   ShowDrop(0);
   LblDepart->clear();
-  if (!dropped && event->modifiers() & Qt::ControlModifier && SelectedRow() > 0)
-    orders_.openCard(SelectedRow());
+  if (!dropped && event->modifiers() & Qt::ControlModifier && SelectedKey() != 0)
+    orders_.openCard(SelectedKey());
 }
 
 void OnAirListView::mouseDoubleClickEvent(QMouseEvent* event) {
-  const int row = RowAt(event->pos());
-  if (event->button() == Qt::LeftButton && row > 0) orders_.openSelector(row);
+  const int64_t key = model_.KeyOf(RowAt(event->pos()) - 1);
+  if (event->button() == Qt::LeftButton && key != 0) orders_.openSelector(key);
 }
 
 void OnAirListView::MoveSelected(int by) {
   const int from = SelectedRow();
   const int to = from + by;
   if (from < 1 || to < 1 || to > model_.rowCount()) return;
-  orders_.drag(from, to);
+  orders_.drag(SelectedKey(), to);
   SelectRow(to);
 }
 
+// Return opens the selector and Ctrl+Return the card, as the double click and the click with Ctrl
+// do.
 void OnAirListView::keyPressEvent(QKeyEvent* event) {
   const bool alt = event->modifiers() & Qt::AltModifier;
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (event->key() == Qt::Key_Delete) {
-    if (SelectedRow() > 0) orders_.deleteRow(SelectedRow());
+    if (SelectedKey() != 0) orders_.deleteRow(SelectedKey());
   } else if (alt && event->key() == Qt::Key_Up) {
     MoveSelected(-1);
   } else if (alt && event->key() == Qt::Key_Down) {
     MoveSelected(1);
-  } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    if (SelectedRow() > 0) orders_.openSelector(SelectedRow());
+  } else if (enter && SelectedKey() != 0) {
+    (event->modifiers() & Qt::ControlModifier ? orders_.openCard
+                                              : orders_.openSelector)(SelectedKey());
   } else {
     QTableView::keyPressEvent(event);
   }
@@ -244,11 +254,6 @@ void OnAirListView::paintEvent(QPaintEvent* event) {
 void OnAirListView::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
   Arrange(unit_);
-}
-
-void OnAirListView::selectionChanged(const QItemSelection& now, const QItemSelection& before) {
-  QTableView::selectionChanged(now, before);
-  orders_.selected();
 }
 
 }  // namespace zemo

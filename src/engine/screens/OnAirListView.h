@@ -12,15 +12,14 @@ namespace zemo {
 struct Station;
 class OnAirListModel;
 
-// What the view asks of its window. Rows from 1.
+// What the view asks of its window, of a row by its key; places from 1.
 struct OnAirListOrders {
-  std::function<void(int row)> deleteRow;   // Delete; may ask
-  std::function<void(int row)> rightClick;  // the quick delete
-  std::function<void(int from, int to)> drag;
-  std::function<void(int row)> openCard;      // Ctrl and a click
-  std::function<void(int row)> openSelector;  // double click
-  std::function<void()> touched;              // the list got the mouse
-  std::function<void()> selected;             // another row, or none
+  std::function<void(int64_t key)> deleteRow;   // Delete; may ask
+  std::function<void(int64_t key)> rightClick;  // the quick delete
+  std::function<void(int64_t key, int to)> drag;
+  std::function<void(int64_t key)> openCard;      // Ctrl and a click
+  std::function<void(int64_t key)> openSelector;  // double click
+  std::function<void()> touched;                  // the list got the mouse
 };
 
 class OnAirListView : public QTableView {
@@ -52,16 +51,17 @@ class OnAirListView : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
-  void selectionChanged(const QItemSelection& now, const QItemSelection& before) override;
 
  private:
   int RowAt(const QPoint& viewportPoint) const;
+  int64_t SelectedKey() const;  // 0 for none
   void Drop(int row);
   void MoveSelected(int by);
 
   OnAirListModel& model_;
   OnAirListOrders orders_;
   QPoint pressed_;
+  int64_t pressedKey_ = 0;  // of the row that a drag began on
   bool dragging_ = false;
   int dropRow_ = 0;
   double unit_ = 1;

@@ -1,6 +1,5 @@
 #include "engine/screens/OnAirWindow.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -63,11 +62,15 @@ bool SystemPrinter(QWidget* parent, QPrinter& printer) {
 }
 
 std::optional<QString> SystemQuestion(QWidget* parent, const QString& title,
-                                      const QString& question, const QString& byDefault) {
-  bool given = false;
-  const QString text =
-      QInputDialog::getText(parent, title, question, QLineEdit::Normal, byDefault, &given);
-  return given ? std::optional(text) : std::nullopt;
+                                      const QString& question, const QString& byDefault,
+                                      int langue) {
+  QInputDialog dialog(parent);
+  dialog.setWindowTitle(title);
+  dialog.setLabelText(question);
+  dialog.setTextValue(byDefault);
+  dialog.setOkButtonText(QString::fromStdString(ScreenWord("Ok", langue)));
+  dialog.setCancelButtonText(QString::fromStdString(ScreenWord("Cancel", langue)));
+  return dialog.exec() == QDialog::Accepted ? std::optional(dialog.textValue()) : std::nullopt;
 }
 }  // namespace
 
@@ -82,8 +85,6 @@ OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
   MakeMenus();
   LayOut();
   Traduction();
-  header_->SetCounterColour(
-      Theme::FromBgr(static_cast<uint32_t>(station.base.CnfInt(Cnf::kCouleurdesCompteur))));
   for (auto* button : findChildren<QAbstractButton*>()) button->installEventFilter(this);
   for (const char* box : {"Rech", "ChHeure"})
     findChild<QLineEdit*>(QString::fromLatin1(box))->installEventFilter(this);
@@ -102,7 +103,11 @@ OnAirWindow::~OnAirWindow() = default;
 
 void OnAirWindow::SetDefaultQuestions() {
   if (!sources_.choosePrinter) sources_.choosePrinter = SystemPrinter;
-  if (!sources_.askText) sources_.askText = SystemQuestion;
+  if (!sources_.askText)
+    sources_.askText = [this](QWidget* parent, const QString& title, const QString& question,
+                              const QString& byDefault) {
+      return SystemQuestion(parent, title, question, byDefault, langue_);
+    };
 }
 
 void OnAirWindow::MakeParts() {
@@ -113,7 +118,6 @@ void OnAirWindow::MakeParts() {
                         {.toolbar = [this](Toolbar button) { PressToolbar(button); },
                          .next = [this] { CmdStop(station_); },
                          .request = [this] { CmdRequette(station_); },
-                         .voiceTrack = [this] { ShowLater(); },
                          .overlay = [this] { PlayOverlay(); },
                          .info = [this] { ShowShortcuts(); }},
                         centre);
@@ -130,36 +134,7 @@ void OnAirWindow::MakeBody() {
   const auto whenFree = [this](std::function<void()> order) { WhenFree(std::move(order)); };
   left_ = new QWidget(centralWidget());
   model_ = new OnAirListModel(this);
-  OnAirListOrders orders;
-  orders.deleteRow = [this](int row) {
-    const int64_t key = station_.PL.Row(row).key;
-    WhenFree([this, key] {
-      for (int at = 1; at <= station_.PL.Count(); ++at)
-        if (station_.PL.Row(at).key == key) return DeleteRow(station_, at);
-    });
-  };
-  orders.rightClick = [this](int row) {
-    if (row <= station_.PL.Count()) RightClickRow(station_, row);
-    model_->Sync(station_.PL);
-  };
-  orders.drag = [this](int from, int to) {
-    DragInList(station_, from, to);
-    model_->Sync(station_.PL);
-  };
-  orders.openCard = [this](int row) {
-    if (!station_.lists.Locked) OpenCard(station_.PL.Row(row).Code());
-  };
-  orders.openSelector = [this](int row) { OpenSelector(station_.PL.Row(row)[Col::kFile]); };
-  orders.touched = [this] {
-    RecordActivity(station_);
-    station_.engine.ActiveList = "PL";
-  };
-  orders.selected = [this] {
-    const int row = list_ ? list_->SelectedRow() : 0;
-    bar_->ShowVoiceTrack(station_.screen.CadrePLVisible && row > 0 && row < station_.PL.Count());
-  };
-  list_ = nullptr;
-  list_ = new OnAirListView(*model_, std::move(orders), left_);
+  list_ = new OnAirListView(*model_, ListOrders(), left_);
   stored_ = new StoredListFrame(station_, whenFree, left_);
   grid_ = new DayGridFrame(station_, sources_,
                            {.whenFree = whenFree,
@@ -186,6 +161,44 @@ void OnAirWindow::MakeBody() {
     OpenSelector(FileOfBrowseRow(station_.screen.ListRech, row));
   };
   live_ = new LiveFrame(station_, *list_, std::move(browse), centralWidget());
+}
+
+// A row is named by its key: the tick may have taken rows off since the list was drawn.
+OnAirListOrders OnAirWindow::ListOrders() {
+  OnAirListOrders orders;
+  orders.deleteRow = [this](int64_t key) { DeleteListRow(key); };
+  orders.rightClick = [this](int64_t key) {
+    RightClickRow(station_, station_.PL.RowOfKey(key));
+    model_->Sync(station_.PL);
+  };
+  orders.drag = [this](int64_t key, int to) {
+    DragInList(station_, station_.PL.RowOfKey(key), to);
+    model_->Sync(station_.PL);
+  };
+  orders.openCard = [this](int64_t key) {
+    const int row = station_.PL.RowOfKey(key);
+    if (row > 0 && !station_.lists.Locked) OpenCard(station_.PL.Row(row).Code());
+  };
+  orders.openSelector = [this](int64_t key) {
+    if (const int row = station_.PL.RowOfKey(key); row > 0)
+      OpenSelector(station_.PL.Row(row)[Col::kFile]);
+  };
+  orders.touched = [this] {
+    RecordActivity(station_);
+    station_.engine.ActiveList = "PL";
+  };
+  return orders;
+}
+
+void OnAirWindow::DeleteListRow(int64_t key) {
+  const auto remove = [this, key] {
+    DeleteRow(station_, station_.PL.RowOfKey(key));
+    model_->Sync(station_.PL);
+  };
+  if (DeletingAsks(station_, station_.PL.RowOfKey(key)))
+    WhenFree(remove);
+  else
+    remove();
 }
 
 void OnAirWindow::MakeMenus() {
@@ -218,7 +231,6 @@ void OnAirWindow::LayOut() {
   layout->addWidget(header_);
   layout->addLayout(body, 1);
   layout->addWidget(bottom_);
-  QWidget::setTabOrder(bar_, list_);
 }
 
 void OnAirWindow::Traduction() {
@@ -289,14 +301,15 @@ void OnAirWindow::Refresh() {
   const int64_t nowMs = NowMs();
   if (sources_.output) output_ = sources_.output();
   NotePeaks(health_, output_, nowMs);
-  header_->ShowStation(station_, now);
+  header_->ShowStation(station_, now, SilentOnAir(health_));
   header_->ShowNext(LookAhead(station_, now, pip_));
   const std::string& file = station_.platform.sound.FileName(station_.engine.CurrentChannel);
   header_->ShowWave(
       station_, sources_.waveforms && !file.empty() ? sources_.waveforms->PeaksOf(file) : nullptr);
   header_->ShowLevels(output_, nowMs);
-  // While a request works on the list it stands as it was.
-  if (!station_.requests.PLHidden) model_->Sync(station_.PL);
+  // While a request works on the list it stands as it was. One that failed leaves it told as
+  // hidden, but no longer works: what airs is shown.
+  if (!station_.requests.PLHidden || station_.engine.mainTimerHolds == 0) model_->Sync(station_.PL);
   bottom_->ShowStation(station_, nowMs);
   bar_->Refresh();
   menus_->Refresh();
@@ -315,8 +328,9 @@ void OnAirWindow::RefreshFrames() {
     grid_->setVisible(screen.GPubJourVisible);
     list_->setVisible(!screen.GPubJourVisible);
     ArrangeBody();
-    if (!screen.CadrePLVisible) bar_->ShowVoiceTrack(false);
   }
+  const int row = list_->SelectedRow();
+  bar_->ShowVoiceTrack(screen.CadrePLVisible && row > 0 && row < station_.PL.Count());
   if (screen.CadreRechVisible) live_->Refresh();
   if (screen.CadrePLVisible) stored_->Refresh();
   if (screen.GPubJourVisible) grid_->Refresh();

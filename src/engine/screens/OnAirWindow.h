@@ -20,6 +20,7 @@ class ForecastWindow;
 class LiveFrame;
 class OnAirListModel;
 class OnAirListView;
+struct OnAirListOrders;
 class SaverWindow;
 class ScreenMenus;
 class StatusHeader;
@@ -56,6 +57,8 @@ class OnAirWindow : public QMainWindow {
   void MakeParts();
   void MakeMenus();
   void MakeBody();
+  OnAirListOrders ListOrders();
+  void DeleteListRow(int64_t key);
   void LayOut();
   void SetDefaultQuestions();
   void Traduction();

@@ -4,8 +4,12 @@
 #include <QEventLoop>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QWidget>
+#include <cstdio>
 #include <utility>
+
+#include "engine/MainScreenTexts.h"
 
 namespace zemo {
 
@@ -13,8 +17,8 @@ namespace {
 constexpr int kSpace = 32;
 constexpr int kNumPad0 = 96;
 
-// Virtual key number of the keys that are the engine's; 0 for all others. The numeric pad's digits
-// come as its cursor keys while Num Lock is off.
+// Virtual key number of the keys that are the engine's; 0 for all others, and so for the numeric
+// pad while Num Lock is off.
 int VirtualKey(const QKeyEvent& event) {
   const int key = event.key();
   if (key == Qt::Key_Space && event.modifiers() == Qt::NoModifier) return kSpace;
@@ -79,11 +83,64 @@ bool ScreenKeyboard::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
+// --- the loop's net ---
+
+bool ScreenApplication::notify(QObject* receiver, QEvent* event) {
+  try {
+    return QApplication::notify(receiver, event);
+  } catch (const std::exception& error) {
+    if (onException)
+      onException();
+    else
+      std::fprintf(stderr, "zemoradio: %s\n", error.what());
+  }
+  return false;
+}
+
 // --- boxes ---
+
+namespace {
+
+QMessageBox::StandardButtons ButtonsOf(Buttons buttons) {
+  switch (buttons) {
+    case Buttons::kYesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+    case Buttons::kOkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case Buttons::kOk:
+      break;
+  }
+  return QMessageBox::Ok;
+}
+
+struct ButtonWord {
+  QMessageBox::StandardButton button;
+  const char* word;
+};
+constexpr ButtonWord kButtonWords[] = {{QMessageBox::Ok, "Ok"},
+                                       {QMessageBox::Cancel, "Cancel"},
+                                       {QMessageBox::Yes, "Yes"},
+                                       {QMessageBox::No, "No"}};
+
+}  // namespace
 
 ScreenMessageBoxes::~ScreenMessageBoxes() {
   const std::set<QMessageBox*> open = open_;
   for (QMessageBox* box : open) delete box;
+}
+
+QMessageBox* ScreenMessageBoxes::Make(const std::string& title, const std::string& text,
+                                      Buttons buttons, QWidget* parent) {
+  auto* box = new QMessageBox(parent);
+  box->setObjectName(QStringLiteral("Alerte"));
+  box->setWindowTitle(QString::fromStdString(title));
+  box->setTextFormat(Qt::PlainText);
+  box->setText(QString::fromStdString(text));
+  box->setStandardButtons(ButtonsOf(buttons));
+  for (const auto& [button, word] : kButtonWords)
+    if (QAbstractButton* made = box->button(button))
+      made->setText(QString::fromStdString(ScreenWord(word, langue_)));
+  return box;
 }
 
 void ScreenMessageBoxes::SetWindow(QWidget* window, std::function<bool()> mayWait) {
@@ -91,7 +148,17 @@ void ScreenMessageBoxes::SetWindow(QWidget* window, std::function<bool()> mayWai
   mayWait_ = std::move(mayWait);
 }
 
-void ScreenMessageBoxes::Tell(QMessageBox* box) {
+// Nobody's child, so that a dialogue over the main screen bars no box, and without the keyboard,
+// which stays with the main screen and its keys.
+void ScreenMessageBoxes::Tell(const std::string& title, const std::string& text) {
+  for (QMessageBox* open : open_)
+    if (open->windowTitle() == QString::fromStdString(title) &&
+        open->text() == QString::fromStdString(text))
+      return open->raise();
+  QMessageBox* box = Make(title, text, Buttons::kOk, nullptr);
+  if (window_) box->setStyleSheet(window_->styleSheet());
+  box->setWindowFlag(Qt::WindowStaysOnTopHint);
+  box->setAttribute(Qt::WA_ShowWithoutActivating, window_ && window_->isVisible());
   open_.insert(box);
   QObject::connect(box, &QObject::destroyed, box, [this, box] { open_.erase(box); });
   box->setAttribute(Qt::WA_DeleteOnClose);
@@ -101,21 +168,14 @@ void ScreenMessageBoxes::Tell(QMessageBox* box) {
 
 Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& text,
                                 Buttons buttons) {
-  auto* box = new QMessageBox(window_);
-  box->setObjectName(QStringLiteral("Alerte"));
-  box->setWindowTitle(QString::fromStdString(title));
-  box->setText(QString::fromStdString(text));
-  const bool mayWait = mayWait_ && mayWait_();
   const Answer safe = buttons == Buttons::kYesNo      ? Answer::kNo
                       : buttons == Buttons::kOkCancel ? Answer::kCancel
                                                       : Answer::kOk;
-  if (buttons == Buttons::kOk || !mayWait) {
-    box->setStandardButtons(QMessageBox::Ok);
-    Tell(box);
+  if (buttons == Buttons::kOk || !mayWait_ || !mayWait_()) {
+    Tell(title, text);
     return safe;
   }
-  box->setStandardButtons(buttons == Buttons::kYesNo ? QMessageBox::Yes | QMessageBox::No
-                                                     : QMessageBox::Ok | QMessageBox::Cancel);
+  QMessageBox* box = Make(title, text, buttons, window_);
   box->setDefaultButton(buttons == Buttons::kYesNo ? QMessageBox::No : QMessageBox::Cancel);
   const QPointer<QMessageBox> guard(box);
   const int answer = box->exec();

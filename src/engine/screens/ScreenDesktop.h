@@ -1,6 +1,7 @@
 // The desktop of a machine with the main screen: its keys and its message boxes.
 #pragma once
 
+#include <QApplication>
 #include <QObject>
 #include <QPointer>
 #include <functional>
@@ -38,9 +39,17 @@ class ScreenKeyboard : public QObject, public Keyboard {
   mutable std::set<int> pressed_;  // and let go since it was asked for last
 };
 
-// What is told stands in a box of its own and nobody waits for it. A question is waited for with
-// the loop running; from where the tick would have to wait it gets its safe answer at once.
-// Thread: the screen's.
+// A fault in the answer to a click or a key ends that answer and not the air.
+class ScreenApplication : public QApplication {
+ public:
+  using QApplication::QApplication;
+  std::function<void()> onException;  // called while it is handled; none: a line on stderr
+  bool notify(QObject* receiver, QEvent* event) override;
+};
+
+// What is told stands in a box of its own, one for the same text, and nobody waits for it. A
+// question is waited for with the loop running; from where the tick would have to wait it gets its
+// safe answer at once. Thread: the screen's.
 class ScreenMessageBoxes : public MessageBoxes {
  public:
   ScreenMessageBoxes() = default;
@@ -48,15 +57,19 @@ class ScreenMessageBoxes : public MessageBoxes {
   ScreenMessageBoxes(const ScreenMessageBoxes&) = delete;
   // `mayWait` tells whether the loop serves everything while a box is answered; none: it does not.
   void SetWindow(QWidget* window, std::function<bool()> mayWait);
+  void SetLanguage(int langue) { langue_ = langue; }  // of the buttons; French before
   Answer Show(const std::string& title, const std::string& text, Buttons buttons) override;
   void WaitUntilRead();  // of the boxes that stand open
 
  private:
-  void Tell(QMessageBox* box);
+  QMessageBox* Make(const std::string& title, const std::string& text, Buttons buttons,
+                    QWidget* parent);
+  void Tell(const std::string& title, const std::string& text);
 
   QPointer<QWidget> window_;
   std::function<bool()> mayWait_;
   std::set<QMessageBox*> open_;
+  int langue_ = 0;
 };
 
 }  // namespace zemo

@@ -131,24 +131,39 @@ QWidget* StatusHeader::MiddleZone() {
   MMLevelX1->setObjectName(QStringLiteral("MMLevelX1"));
   MMLevelX2 = new LevelMeter(zone);
   MMLevelX2->setObjectName(QStringLiteral("MMLevelX2"));
-  LblEncours = Line("LblEncours");
+  layout->addWidget(LblArtiste);
+  layout->addWidget(VuMettre, 1);
+  layout->addWidget(MMLevelX1);
+  layout->addWidget(MMLevelX2);
+  layout->addLayout(Figures(zone));
+  return zone;
+}
+
+// The element's length and exit point on the left; for how long the output has run on the right.
+QHBoxLayout* StatusHeader::Figures(QWidget* zone) {
   LblLongueur = Line("LblLongueur");
   PSortie = Line("PSortie");
   VueIntro = new IntroBar(zone);
   VueIntro->setObjectName(QStringLiteral("VueIntro"));
   VueIntro->hide();
+  LblEncours = Line("LblEncours");
+  LblEncours->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   auto* figures = new QHBoxLayout;
-  figures->setSpacing(10);
-  figures->addWidget(LblEncours, 2);
+  figures->setSpacing(6);
+  const char* names[] = {"LblLongueurHead", "LblEncoursHead"};
+  for (size_t head = 0; head < figureHeads_.size(); ++head) {
+    figureHeads_[head] = new QLabel(zone);
+    figureHeads_[head]->setObjectName(QString::fromLatin1(names[head]));
+    figureHeads_[head]->setProperty("dim", true);
+  }
+  figures->addWidget(figureHeads_[0]);
   figures->addWidget(LblLongueur, 2);
   figures->addWidget(PSortie, 2);
   figures->addWidget(VueIntro, 3);
-  layout->addWidget(LblArtiste);
-  layout->addWidget(VuMettre, 1);
-  layout->addWidget(MMLevelX1);
-  layout->addWidget(MMLevelX2);
-  layout->addLayout(figures);
-  return zone;
+  figures->addSpacing(8);
+  figures->addWidget(figureHeads_[1]);
+  figures->addWidget(LblEncours, 2);
+  return figures;
 }
 
 QWidget* StatusHeader::RightZone() {
@@ -177,14 +192,11 @@ QWidget* StatusHeader::RightZone() {
   LblTemp->setProperty("dim", true);
   Temp = Line("Temp");
   Temp->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  auto* remaining = new QHBoxLayout;
-  remaining->setSpacing(4);
-  remaining->addWidget(LblTemp, 0, Qt::AlignBottom);
-  remaining->addWidget(Temp, 1);
   layout->addLayout(clock);
   layout->addWidget(InfoDate);
   layout->addStretch();
-  layout->addLayout(remaining);
+  layout->addWidget(LblTemp, 0, Qt::AlignRight);
+  layout->addWidget(Temp);
   // Whole minutes and seconds that remain, for whoever reads them by name.
   Tmn = new QLabel(zone);
   Tmn->setObjectName(QStringLiteral("Tmn"));
@@ -198,6 +210,7 @@ QWidget* StatusHeader::RightZone() {
 StatusHeader::StatusHeader(QWidget* parent) : QFrame(parent) {
   setObjectName(QStringLiteral("StatusHeader"));
   setProperty("panel", true);
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);  // no mode moves it
   auto* layout = Column(this, 4);
   layout->setContentsMargins(8, 5, 8, 5);
   auto* top = new QHBoxLayout;
@@ -217,10 +230,6 @@ StatusHeader::StatusHeader(QWidget* parent) : QFrame(parent) {
   layout->addLayout(tiles);
 }
 
-void StatusHeader::SetCounterColour(const QColor& colour) {
-  Temp->SetColour(Theme::Readable(colour, Theme::kText));
-}
-
 void StatusHeader::Arrange(double unit) {
   using Theme::Px;
   using Theme::Type;
@@ -238,12 +247,15 @@ void StatusHeader::Arrange(double unit) {
   MMLevelX1->setFixedHeight(Px(unit, 8));
   MMLevelX2->setFixedHeight(Px(unit, 8));
   for (FitLabel* figure : {LblEncours, LblLongueur, PSortie}) figure->SetType(Type(unit, 17), 10);
+  for (QLabel* head : figureHeads_) head->setFont(Type(unit, 13));
+  VueIntro->setFont(Type(unit, 14, true));
   VueIntro->setFixedHeight(Px(unit, 24));
   for (QLabel* digits : {hh_, mn_, ss_, colons_[0], colons_[1]})
     digits->setFont(Type(unit, 56, true));
   InfoDate->SetType(Type(unit, 18), 9);
   LblTemp->setFont(Type(unit, 14));
   Temp->SetType(Type(unit, 82, true), 20);
+  Temp->setFixedHeight(Px(unit, 78));  // digits have no descenders
   findChild<QWidget*>(QStringLiteral("HeadLeft"))->setFixedWidth(Px(unit, 190));
   findChild<QWidget*>(QStringLiteral("HeadRight"))->setFixedWidth(Px(unit, 310));
   for (Tile* tile : {&next_, &break_, &pip_}) {
@@ -253,17 +265,21 @@ void StatusHeader::Arrange(double unit) {
   }
 }
 
+void StatusHeader::ShowLamp(bool running, bool silent) {
+  struct Look {
+    const char* word;
+    QColor ink, ground;
+  };
+  const Look look = silent      ? Look{"SilentOnAir", Qt::black, Theme::kNote}
+                    : running   ? Look{"OnAir", Qt::white, Theme::kOnAir}
+                    : sounding_ ? Look{"Draining", Theme::kText, QColor(0x6b, 0x4a, 0x14)}
+                                : Look{"Stopped", Theme::kDim, Theme::kRaised};
+  Put(lamp_, Text(ScreenWord(look.word, langue_)));
+  Colour(lamp_, look.ink, look.ground, 4);
+}
+
 void StatusHeader::ShowLights(const Station& station) {
   const MainScreen& screen = station.screen;
-  const bool running = station.engine.IsRunning;
-  sounding_ = station.platform.sound.Sounds(0) || station.platform.sound.Sounds(1);
-  const char* word = running ? "OnAir" : sounding_ ? "Draining" : "Stopped";
-  Put(lamp_, Text(ScreenWord(word, langue_)));
-  Colour(lamp_, running ? Qt::white : Theme::kDim,
-         running     ? Theme::kOnAir
-         : sounding_ ? QColor(0x6b, 0x4a, 0x14)
-                     : Theme::kRaised,
-         4);
   LblMode->Show(Text(screen.LblMode.text));
   LblDateTitre->Show(Text(screen.LblDateTitre.text));
   LblDateTitre->setVisible(!screen.LblDateTitre.text.empty());
@@ -289,6 +305,7 @@ void StatusHeader::ShowElement(const Station& station) {
   const MainScreen& screen = station.screen;
   LblArtiste->SetColour(sounding_ ? Theme::kText : Theme::kDim);
   LblArtiste->Show(Text(screen.LblArtiste.text));
+  Temp->SetColour(Theme::Readable(Theme::FromBgr(screen.CounterColour), Theme::kText));
   Temp->Show(Text(screen.Temp.text));
   Put(Tmn, QString::number(screen.Tmn));
   Put(Tss, QString::number(screen.Tss));
@@ -298,7 +315,9 @@ void StatusHeader::ShowElement(const Station& station) {
   VueIntro->Show(screen.VueIntro.visible, screen.VueIntro.elapsedSec, screen.VueIntro.lengthSec);
 }
 
-void StatusHeader::ShowStation(const Station& station, const LocalDateTime& now) {
+void StatusHeader::ShowStation(const Station& station, const LocalDateTime& now, bool silent) {
+  sounding_ = station.platform.sound.Sounds(0) || station.platform.sound.Sounds(1);
+  ShowLamp(station.engine.IsRunning, silent);
   ShowLights(station);
   ShowClock(station, now);
   ShowElement(station);

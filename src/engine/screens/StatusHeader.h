@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QFrame>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <array>
 #include <memory>
@@ -25,11 +26,11 @@ class StatusHeader : public QFrame {
   explicit StatusHeader(QWidget* parent);
 
   void SetLanguage(int langue) { langue_ = langue; }
-  void SetCounterColour(const QColor& colour);
   void Arrange(double unit);
 
   // Each draws only what is another than before.
-  void ShowStation(const Station& station, const LocalDateTime& now);
+  // `silent`: running, and nothing has left the output for some seconds.
+  void ShowStation(const Station& station, const LocalDateTime& now, bool silent);
   void ShowNext(const NextUp& next);
   void ShowWave(const Station& station, std::shared_ptr<const WavePeaks> peaks);
   void ShowLevels(const OutputFigures& output, int64_t nowMs);
@@ -43,11 +44,13 @@ class StatusHeader : public QFrame {
     FitLabel* what = nullptr;
   };
   FitLabel* Line(const char* name);
+  QHBoxLayout* Figures(QWidget* zone);
   QLabel* Light(const char* name);
   Tile MakeTile(const char* name);
   QWidget* LeftZone();
   QWidget* MiddleZone();
   QWidget* RightZone();
+  void ShowLamp(bool running, bool silent);
   void ShowLights(const Station& station);
   void ShowClock(const Station& station, const LocalDateTime& now);
   void ShowElement(const Station& station);
@@ -66,6 +69,7 @@ class StatusHeader : public QFrame {
       *Temp;
   QLabel *LblTemp, *LblFeu, *LblTopage, *LblIntro;
   QLabel *Tmn, *Tss;
+  std::array<QLabel*, 2> figureHeads_;  // of LblLongueur and LblEncours
   WaveformView* VuMettre;
   IntroBar* VueIntro;
   LevelMeter *MMLevelX1, *MMLevelX2;

@@ -112,7 +112,7 @@ QString StyleSheet(double unit, bool gradients) {
       background: #3b5a86; border-color: %FOCUS; }
     QPushButton:disabled, QToolButton:disabled, QComboBox:disabled, QCheckBox:disabled {
       color: #6d7784; background: %PANEL; }
-    QToolButton[alarm="true"]:checked { background: %ONAIR; border-color: #ff7a7a; }
+    QToolButton[alarm="true"]:checked { background: #3a2326; border: 2px solid %ONAIR; }
     QLineEdit { background: #0d1014; }
     QComboBox QAbstractItemView { background: %PANEL; selection-background-color: #3b5a86; }
     QCheckBox { background: transparent; spacing: 4px; border: 1px solid transparent; }

@@ -32,7 +32,9 @@ void SetTip(QObject* control, const QString& tip) {
   const QString keys = control->property("keys").toString();
   widget->setToolTip(keys.isEmpty() ? tip : QStringLiteral("%1 (%2)").arg(tip, keys));
   widget->setAccessibleDescription(widget->toolTip());
-  if (widget->accessibleName().isEmpty()) widget->setAccessibleName(tip.trimmed());
+  // A label's name is its text.
+  if (widget->accessibleName().isEmpty() && !qobject_cast<QLabel*>(control))
+    widget->setAccessibleName(tip.trimmed());
 }
 
 void SetItem(QObject* control, int item, const QString& text) {

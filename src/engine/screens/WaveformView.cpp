@@ -83,8 +83,8 @@ void WaveformView::paintEvent(QPaintEvent*) {
   }
   if (introX_ >= 0) painter.fillRect(introX_, 0, 2, height(), Theme::kVoiceTrack);
   if (exitX_ >= 0) {
-    painter.fillRect(exitX_, 0, 2, height(), Theme::kHeard);
-    painter.fillRect(exitX_, 0, width() - exitX_, 3, Theme::kHeard);
+    painter.fillRect(exitX_, 0, 2, height(), Theme::kExit);
+    painter.fillRect(exitX_, 0, width() - exitX_, 3, Theme::kExit);
   }
   if (playedX_ >= 0 && !rest_.isNull()) painter.fillRect(playedX_, 0, 2, height(), Theme::kText);
   painter.setPen(Theme::kLine);
@@ -121,10 +121,7 @@ void IntroBar::paintEvent(QPaintEvent*) {
   // Colour 255, as 0xBBGGRR.
   painter.fillRect(0, 0, width() * FilledPercent() / 100, height(),
                    Theme::FromBgr(255).darker(130));
-  QFont type = font();
-  type.setPixelSize(std::max(10, height() * 6 / 10));
-  type.setBold(true);
-  painter.setFont(type);
+  painter.setFont(font());
   painter.setPen(Theme::kText);
   painter.drawText(rect(), Qt::AlignCenter, text_);
 }

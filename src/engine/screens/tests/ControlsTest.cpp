@@ -441,10 +441,9 @@ TEST_F(Screen, LightsBlinkWithTheEngineAndKeepTheirPlace) {
 }
 
 TEST_F(Screen, TheCounterHasTheColourOfTheSettings) {
-  on.Load();
-  on.Set("CouleurdesCompteur", "65280");  // green, 0x00FF00
   Open();
   AddTitles(1);
+  on.station.screen.CounterColour = 65280;  // green, as 0xBBGGRR; chosen while the screen stands
   Click("Toolbar1_5");
   Run(5000);
   const QImage picture = Find("Temp")->grab().toImage();

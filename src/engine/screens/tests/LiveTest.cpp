@@ -191,8 +191,10 @@ TEST_F(Live, VoiceTrackButtonShowsOnlyForARowThatHasAFollowingOne) {
   AddTitles(2);
   OpenLive();
   QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(1));
+  Draw();
   EXPECT_TRUE(Find("BntVoiceTrack")->isVisible());
   QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(2));
+  Draw();
   EXPECT_FALSE(Find("BntVoiceTrack")->isVisible());
 }
 
@@ -235,8 +237,9 @@ TEST_F(Live, AStoredListIsSavedChosenAndDeletedByItsPanel) {
   Draw();
   ASSERT_EQ(combo->count(), 1);
   combo->setFocus();
-  combo->setCurrentIndex(-1);
-  QTest::keyClick(combo, Qt::Key_Down);
+  QTest::keyClick(combo, Qt::Key_Down);  // opens the list
+  QTest::keyClick(combo->view(), Qt::Key_Down);
+  QTest::keyClick(combo->view(), Qt::Key_Return);
   Draw();
   EXPECT_EQ(Titles(), (Names{"ARTIST 1", "ARTIST 2"}));
   EXPECT_EQ(hour->text(), "18:30");
@@ -355,43 +358,6 @@ TEST_F(Grid, ItPrintsToAPdfInTheSizeThatWasAsked) {
   QFile pdf(file);
   ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
   EXPECT_EQ(pdf.read(5), "%PDF-");
-}
-
-// --- message boxes ---
-
-TEST_F(Screen, WhatIsToldStandsInABoxAndNobodyWaits) {
-  Open();
-  ScreenMessageBoxes boxes;
-  boxes.SetWindow(window.get(), [] { return true; });
-  EXPECT_EQ(boxes.Show("Alerte", "hello", Buttons::kOk), Answer::kOk);
-  auto* box = window->findChild<QMessageBox*>("Alerte");
-  ASSERT_TRUE(box);
-  EXPECT_TRUE(box->isVisible());
-  EXPECT_EQ(box->text(), "hello");
-}
-
-TEST_F(Screen, AQuestionIsAnsweredByTheOperatorWhileTheLoopRuns) {
-  Open();
-  ScreenMessageBoxes boxes;
-  boxes.SetWindow(window.get(), [] { return true; });
-  int turns = 0;
-  QTimer tick;
-  QObject::connect(&tick, &QTimer::timeout, [&] {
-    if (++turns < 5) return;
-    auto* box = window->findChild<QMessageBox*>("Alerte");
-    if (box) QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
-  });
-  tick.start(1);
-  EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kYesNo), Answer::kYes);
-  EXPECT_GE(turns, 5);
-}
-
-TEST_F(Screen, AQuestionFromInsideATickGetsItsSafeAnswer) {
-  Open();
-  ScreenMessageBoxes boxes;
-  boxes.SetWindow(window.get(), [] { return false; });
-  EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kYesNo), Answer::kNo);
-  EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kOkCancel), Answer::kCancel);
 }
 
 // --- forecast ---

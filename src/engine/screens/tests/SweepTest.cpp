@@ -140,11 +140,11 @@ class Sweep : public Screen {
     for (QWidget* widget : window->findChildren<QWidget*>())
       if (widget->isVisible() && IsControl(*widget)) controls << widget;
     ASSERT_GT(controls.size(), 30);
-    for (int column = 0; column < kColumns; ++column)
-      if (List().isVisible() && !List().isColumnHidden(column))
-        EXPECT_GE(List().columnWidth(column),
-                  List().horizontalHeader()->sectionSizeHint(column) - 6)
-            << where << ": head " << column;
+    for (int column = 0; column < kColumns; ++column) {
+      if (!List().isVisible() || List().isColumnHidden(column)) continue;
+      EXPECT_GE(List().columnWidth(column), List().horizontalHeader()->sectionSizeHint(column) - 6)
+          << where << ": head " << column;
+    }
     const QRect whole = window->rect();
     for (QWidget* widget : controls) {
       const std::string cut = CutText(*widget);

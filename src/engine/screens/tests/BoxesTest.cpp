@@ -1,0 +1,133 @@
+// Message boxes over the main screen, and what a fault in a click does.
+#include <gtest/gtest.h>
+
+#include <QCalendarWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <stdexcept>
+
+#include "engine/screens/CalendarWindow.h"
+#include "engine/screens/ScreenDesktop.h"
+#include "engine/screens/tests/ScreenFixture.h"
+
+namespace zemo::test {
+namespace {
+
+std::vector<QMessageBox*> AllTold() {
+  std::vector<QMessageBox*> boxes;
+  for (QWidget* widget : QApplication::topLevelWidgets())
+    if (auto* box = qobject_cast<QMessageBox*>(widget); box && box->isVisible())
+      boxes.push_back(box);
+  return boxes;
+}
+
+QMessageBox* Told() {
+  const std::vector<QMessageBox*> boxes = AllTold();
+  return boxes.empty() ? nullptr : boxes.front();
+}
+
+TEST_F(Screen, WhatIsToldStandsInABoxAndNobodyWaits) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  EXPECT_EQ(boxes.Show("Alerte", "hello", Buttons::kOk), Answer::kOk);
+  QMessageBox* box = Told();
+  ASSERT_TRUE(box);
+  EXPECT_TRUE(box->isVisible());
+  EXPECT_EQ(box->text(), "hello");
+}
+
+TEST_F(Screen, AQuestionIsAnsweredByTheOperatorWhileTheLoopRuns) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  int turns = 0;
+  QTimer tick;
+  QObject::connect(&tick, &QTimer::timeout, [&] {
+    if (++turns < 5) return;
+    auto* box = window->findChild<QMessageBox*>("Alerte");
+    if (box) QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
+  });
+  tick.start(1);
+  EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kYesNo), Answer::kYes);
+  EXPECT_GE(turns, 5);
+}
+
+TEST_F(Screen, AQuestionFromInsideATickGetsItsSafeAnswer) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return false; });
+  EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kYesNo), Answer::kNo);
+  EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kOkCancel), Answer::kCancel);
+}
+
+TEST_F(Screen, ABoxCanBeAnsweredWhileADialogueBarsTheScreen) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  boxes.Show("Alerte", "the date will change", Buttons::kOk);
+  auto* calendar = new CalendarWindow(0, on.station.Now(), window.get());
+  calendar->open();
+  QMessageBox* box = Told();
+  ASSERT_TRUE(box);
+  QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+  EXPECT_FALSE(Told());
+  EXPECT_TRUE(calendar->isVisible());
+  calendar->close();
+}
+
+TEST_F(Screen, ABoxLeavesTheKeyboardToTheScreenAndEqualOnesAreOne) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  for (int i = 0; i < 3; ++i) boxes.Show("Alerte", "hello", Buttons::kOk);
+  EXPECT_EQ(AllTold().size(), 1U);
+  EXPECT_TRUE(Told()->testAttribute(Qt::WA_ShowWithoutActivating));
+  boxes.Show("Alerte", "another", Buttons::kOk);
+  EXPECT_EQ(AllTold().size(), 2U);
+}
+
+TEST_F(Screen, ButtonsOfABoxSpeakTheLanguage) {
+  Open();
+  const char* words[] = {"OK", "OK", "OK", "OK"};
+  const char* no[] = {"Non", "No", "Não", "No"};
+  for (int langue = 0; langue < 4; ++langue) {
+    ScreenMessageBoxes boxes;
+    boxes.SetWindow(window.get(), [] { return true; });
+    boxes.SetLanguage(langue);
+    boxes.Show("Alerte", "hello", Buttons::kOk);
+    ASSERT_TRUE(Told());
+    EXPECT_EQ(Told()->button(QMessageBox::Ok)->text(), words[langue]);
+    QTimer::singleShot(0, [&] {
+      auto* question = window->findChild<QMessageBox*>("Alerte");
+      ASSERT_TRUE(question);
+      EXPECT_EQ(question->button(QMessageBox::No)->text(), no[langue]);
+      question->reject();
+    });
+    EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kYesNo), Answer::kNo);
+  }
+}
+
+TEST_F(Screen, AFaultInAClickIsToldAndEndsNothing) {
+  Open();
+  auto* application = static_cast<ScreenApplication*>(qApp);
+  std::string told;
+  application->onException = [&] {
+    try {
+      throw;
+    } catch (const std::exception& error) {
+      told = error.what();
+    }
+  };
+  QPushButton button(window.get());
+  QObject::connect(&button, &QPushButton::clicked,
+                   [] { throw std::runtime_error("the table is gone"); });
+  button.show();
+  QTest::mouseClick(&button, Qt::LeftButton);
+  application->onException = nullptr;
+  EXPECT_EQ(told, "the table is gone");
+}
+
+}  // namespace
+}  // namespace zemo::test

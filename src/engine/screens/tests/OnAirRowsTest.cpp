@@ -1,0 +1,123 @@
+// The shown list and what the tick does to the list behind it; the lamps that tell of the air.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QLabel>
+
+#include "engine/OperatorControls.h"
+#include "engine/screens/tests/ScreenFixture.h"
+
+namespace zemo::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class OnAirRows : public Screen {
+ protected:
+  void SetUp() override {
+    Screen::SetUp();
+    sources.openMusicCard = [this](int32_t code) { card = code; };
+    sources.openSelector = [this](const std::string& file) { selected = file; };
+  }
+  void OpenWith(int titles) {
+    Open();
+    AddTitles(titles);
+    Draw();
+  }
+  int32_t card = 0;
+  std::string selected;
+};
+
+// The head went on air since the list was drawn.
+TEST_F(OnAirRows, AnOrderMeansTheRowThatWasSeen) {
+  OpenWith(4);
+  on.station.PL.Remove(1);
+  QTest::mouseClick(List().viewport(), Qt::RightButton, {}, InRow(3));
+  EXPECT_EQ(Titles(), (Names{"ARTIST 2", "ARTIST 4"}));
+  on.station.PL.Remove(1);
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, Qt::ControlModifier, InRow(2));
+  EXPECT_EQ(card, on.station.PL.Row(1).Code());
+}
+
+TEST_F(OnAirRows, AnOrderForARowThatHasGoneDoesNothing) {
+  OpenWith(2);
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(2));
+  on.station.PL.Clear();
+  Key(Qt::Key_Delete);
+  Key(Qt::Key_Return);
+  Key(Qt::Key_Return, Qt::ControlModifier);
+  QTest::mouseClick(List().viewport(), Qt::RightButton, {}, InRow(1));
+  EXPECT_TRUE(selected.empty());
+  EXPECT_EQ(card, 0);
+}
+
+TEST_F(OnAirRows, ARowDraggedWhileTheHeadLeavesIsStillTheSame) {
+  OpenWith(4);
+  QTest::mousePress(List().viewport(), Qt::LeftButton, {}, InRow(2));
+  on.station.PL.Remove(1);
+  Draw();
+  QTest::mouseMove(List().viewport(), InRow(3));
+  QTest::mouseRelease(List().viewport(), Qt::LeftButton, {}, InRow(3));
+  EXPECT_EQ(Titles(), (Names{"ARTIST 3", "ARTIST 4", "ARTIST 2"}));
+}
+
+TEST_F(OnAirRows, AFailedRequestLeavesNoOldListOnTheScreen) {
+  OpenWith(3);
+  on.station.requests.PLHidden = true;  // as such a request leaves it
+  on.station.PL.Remove(1);
+  Draw();
+  EXPECT_EQ(List().model()->rowCount(), 2);
+}
+
+TEST_F(OnAirRows, OnlyAVoiceTrackWaitsForAFreeMomentToBeDeleted) {
+  OpenWith(2);
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(1));
+  on.station.engine.tickRunning = true;
+  Key(Qt::Key_Delete);
+  EXPECT_EQ(Titles(), (Names{"ARTIST 2"}));
+  on.station.engine.tickRunning = false;
+}
+
+TEST_F(OnAirRows, TheVoiceTrackButtonFollowsTheRowAndTheMode) {
+  OpenWith(2);
+  Click("Toolbar1_2");
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(1));
+  Draw();
+  EXPECT_TRUE(Find("BntVoiceTrack")->isVisible());
+  Click("Toolbar1_1");
+  EXPECT_FALSE(Find("BntVoiceTrack")->isVisible());
+  Click("Toolbar1_2");
+  EXPECT_TRUE(Find("BntVoiceTrack")->isVisible());
+  RightClickRow(on.station, 2);
+  Draw();
+  EXPECT_FALSE(Find("BntVoiceTrack")->isVisible());
+}
+
+TEST_F(OnAirRows, TheLampTellsOfASilentAir) {
+  Open();
+  Click("Toolbar1_5");
+  window->Observe();
+  Draw();
+  EXPECT_EQ(Text("OnAirLamp"), "ANTENNE");
+  Run(10000);  // the list is empty: nothing sounds
+  window->Observe();
+  Draw();
+  EXPECT_EQ(Text("OnAirLamp"), "SILENCE");
+}
+
+TEST_F(OnAirRows, NoModeMovesTheHeader) {
+  for (const QSize& size : {QSize(800, 600), QSize(1280, 800), QSize(1920, 1080)}) {
+    Open(size.width(), size.height());
+    const QRect header = Find("StatusHeader")->geometry();
+    const QRect strip = Find("BottomStrip")->geometry();
+    for (const char* mode : {"Toolbar1_2", "Toolbar1_3", "Toolbar1_1"}) {
+      Click(mode);
+      QCoreApplication::processEvents();
+      EXPECT_EQ(Find("StatusHeader")->geometry(), header) << mode;
+      EXPECT_EQ(Find("BottomStrip")->geometry(), strip) << mode;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zemo::test
