@@ -22,6 +22,7 @@ class OnAirListModel;
 class OnAirListView;
 class SaverWindow;
 class ScreenMenus;
+class SkeletonWindow;
 class StatusHeader;
 class StoredListFrame;
 enum class Toolbar;
@@ -70,6 +71,7 @@ class OnAirWindow : public QMainWindow {
   void ShowShortcuts();
   void RefreshFrames();
   void RefreshSaver();
+  void RefreshSkeleton();
   void ShowLater();
   int64_t NowMs() const;
 
@@ -94,6 +96,7 @@ class OnAirWindow : public QMainWindow {
   DayGridFrame* grid_;
   BottomStrip* bottom_;
   QPointer<ForecastWindow> forecast_;
+  QPointer<SkeletonWindow> skeleton_;
   std::unique_ptr<SaverWindow> saver_;
   QTimer draw_, observe_;
 };
