@@ -70,7 +70,7 @@ void SquelettePLS_DeleteKey(Station& station) {
   dialog.SquelettePLS.RemoveRow(dialog.selectedRow);
 }
 
-void LoadSquelette(Station& station, int day) {
+bool LoadSquelette(Station& station, int day) {
   try {
     const int hour = ValInt(station.screen.ChHeure.substr(0, 2));
     TextGrid skeleton;
@@ -78,9 +78,12 @@ void LoadSquelette(Station& station, int day) {
         "SELECT TRANCHE" + TwoDigits(hour) +
             " FROM ModelSquelette WHERE JOUR = " + std::to_string(day) + " ORDER BY CODE ASC;",
         [&](const RowView& row) { skeleton.AddRow({std::string(row.Text(0))}); });
-    if (skeleton.RowCount() > 0) station.requests.SkeletonDialog.SquelettePLS = std::move(skeleton);
+    if (skeleton.RowCount() == 0) return false;
+    station.requests.SkeletonDialog.SquelettePLS = std::move(skeleton);
+    return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadSquelette");
+    return false;
   }
 }
 

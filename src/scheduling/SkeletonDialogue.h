@@ -15,8 +15,8 @@ void SquelettePLS_DeleteKey(
     Station& station);  // the selected position, while there are two at least
 
 // mnuLundi (1) to mnuDimanche (7): that day's skeleton of the hour in ChHeure takes the place of
-// this one, where the day has any. Faults are logged.
-void LoadSquelette(Station& station, int day);
+// this one; false where the day has none, which changes nothing. Faults are logged.
+bool LoadSquelette(Station& station, int day);
 
 // Appends to PL and closes the dialogue. Yields; faults are logged.
 void SkeletonDialog_BtnOk(Station& station);

@@ -36,6 +36,7 @@
 #include "engine/screens/PaperPrint.h"
 #include "engine/screens/SaverWindow.h"
 #include "engine/screens/ScreenMenus.h"
+#include "engine/screens/SkeletonWindow.h"
 #include "engine/screens/StatusHeader.h"
 #include "engine/screens/StoredListFrame.h"
 #include "engine/screens/Theme.h"
@@ -315,6 +316,7 @@ void OnAirWindow::Refresh() {
   menus_->Refresh();
   RefreshFrames();
   RefreshSaver();
+  RefreshSkeleton();
 }
 
 void OnAirWindow::RefreshFrames() {
@@ -354,6 +356,15 @@ void OnAirWindow::RefreshSaver() {
   saver_->showFullScreen();
   saver_->activateWindow();
   saver_->setFocus();
+}
+
+void OnAirWindow::RefreshSkeleton() {
+  if (skeleton_ && skeleton_->isVisible()) return skeleton_->Refresh();
+  if (!station_.requests.SkeletonDialog.open) return;
+  skeleton_ = new SkeletonWindow(
+      station_, langue_, unit_, [this](std::function<void()> order) { WhenFree(std::move(order)); },
+      this);
+  skeleton_->open();
 }
 
 void OnAirWindow::Observe() {

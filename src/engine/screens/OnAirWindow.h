@@ -23,6 +23,7 @@ class OnAirListView;
 struct OnAirListOrders;
 class SaverWindow;
 class ScreenMenus;
+class SkeletonWindow;
 class StatusHeader;
 class StoredListFrame;
 enum class Toolbar;
@@ -73,6 +74,7 @@ class OnAirWindow : public QMainWindow {
   void ShowShortcuts();
   void RefreshFrames();
   void RefreshSaver();
+  void RefreshSkeleton();
   void ShowLater();
   int64_t NowMs() const;
 
@@ -97,6 +99,7 @@ class OnAirWindow : public QMainWindow {
   DayGridFrame* grid_;
   BottomStrip* bottom_;
   QPointer<ForecastWindow> forecast_;
+  QPointer<SkeletonWindow> skeleton_;
   std::unique_ptr<SaverWindow> saver_;
   QTimer draw_, observe_;
 };

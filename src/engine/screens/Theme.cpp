@@ -103,23 +103,24 @@ QString StyleSheet(double unit, bool gradients) {
     QMenu::item { padding: 4px 24px 4px 24px; }
     QMenu::separator { height: 1px; background: %LINE; margin: 3px 6px; }
     QMenu::indicator { left: 6px; }
-    QPushButton, QToolButton, QComboBox, QLineEdit {
+    QPushButton, QToolButton, QComboBox, QLineEdit, QSpinBox {
       background: %FACE; border: 1px solid %LINE; border-radius: 3px; padding: %VPADpx %PADpx; }
     QPushButton:hover, QToolButton:hover { border-color: %DIM; }
     QPushButton:focus, QToolButton:focus, QComboBox:focus, QLineEdit:focus, QCheckBox:focus,
-    QTableView:focus, QTableWidget:focus, QListView:focus { border: 1px solid %FOCUS; }
+    QSpinBox:focus, QTableView:focus, QTableWidget:focus, QListView:focus { border: 1px solid %FOCUS; }
     QPushButton:pressed, QToolButton:pressed, QToolButton:checked, QPushButton:checked {
       background: #3b5a86; border-color: %FOCUS; }
     QPushButton:disabled, QToolButton:disabled, QComboBox:disabled, QCheckBox:disabled {
       color: #6d7784; background: %PANEL; }
     QToolButton[alarm="true"]:checked { background: #3a2326; border: 2px solid %ONAIR; }
-    QLineEdit { background: #0d1014; }
+    QLineEdit, QSpinBox { background: #0d1014; }
+    QSpinBox QLineEdit { border: none; padding: 0; }
     QComboBox QAbstractItemView { background: %PANEL; selection-background-color: #3b5a86; }
     QCheckBox { background: transparent; spacing: 4px; border: 1px solid transparent; }
     QCheckBox::indicator { width: %BOXpx; height: %BOXpx; border: 1px solid %DIM; border-radius: 2px;
       background: #0d1014; }
     QCheckBox::indicator:checked { background: %FOCUS; }
-    QTableView, QTableWidget { background: %PANEL; alternate-background-color: #1f252d;
+    QTableView, QTableWidget, QListWidget { background: %PANEL; alternate-background-color: #1f252d;
       border: 1px solid %LINE; gridline-color: %LINE; selection-background-color: #324a6b;
       selection-color: %INK; }
     QHeaderView { background: %RAISED; border: none; }

@@ -318,9 +318,9 @@ TEST_F(SkeletonDialogue, ADaysSkeletonComesFromTheHourOfTheStoredList) {
   s.Position(1, 11, "ROCK");
   s.Position(1, 10, "JAZZ");
   s.Position(2, 10, "OTHER DAY");
-  LoadSquelette(s.station, 1);
+  EXPECT_TRUE(LoadSquelette(s.station, 1));
   EXPECT_EQ(Grid(), (std::vector<std::string>{"POP", "", "JAZZ"}));
-  LoadSquelette(s.station, 7);
+  EXPECT_FALSE(LoadSquelette(s.station, 7));
   EXPECT_EQ(Grid().size(), 3U);  // a day without any changes nothing
 }
 
