@@ -21,7 +21,8 @@ int SecondOfDay(const LocalDateTime& now) {
 void FindElement(const Station& station, const LocalDateTime& now, NextUp& next) {
   const OnAirRow* row = nullptr;
   for (const OnAirRow& candidate : station.PL)
-    if (!candidate[Col::kFile].empty()) {
+    // A voice track lies over the element on air.
+    if (!candidate[Col::kFile].empty() && candidate.Code() != Element::kVoiceTrack) {
       row = &candidate;
       break;
     }
@@ -36,6 +37,7 @@ void FindElement(const Station& station, const LocalDateTime& now, NextUp& next)
 }
 
 void FindBreak(const Station& station, const LocalDateTime& now, NextUp& next) {
+  if (station.engine.OptionDirect) return;  // no break comes then
   const std::string minute = TimeText(now).substr(0, 5);
   const DayGrid& grid = station.GPubJour;
   for (int row = 1; row < grid.RowCount(); ++row) {

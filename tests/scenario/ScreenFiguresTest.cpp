@@ -45,6 +45,22 @@ TEST_F(ScreenFigures, NextBreakIsTheFirstRowAfterThisMinute) {
   EXPECT_EQ(next.breakInSec, 70 * 60 - 20);
 }
 
+TEST_F(ScreenFigures, NoBreakIsToComeWhileTheLiveModesListEndsTheAir) {
+  Break(1, "13:00", "Pubs");
+  on.station.engine.OptionDirect = true;
+  EXPECT_EQ(Ahead("2026-11-21 12:30:00").breakAt, "");
+}
+
+TEST_F(ScreenFigures, AVoiceTrackIsNotTheNextElement) {
+  Cells track{};
+  track[Col::kText] = "Voice Track";
+  track[Col::kFile] = "/vt.wav";
+  track[Col::kCode] = "-30";
+  on.Append(track);
+  on.AppendCard(on.AddCard({.artist = "ABBA", .title = "WATERLOO"}));
+  EXPECT_EQ(Ahead("2026-11-21 12:30:00").elementTitle, "ABBA  WATERLOO");
+}
+
 TEST_F(ScreenFigures, AfterTheLastBreakOfTheDayThereIsNone) {
   Break(1, "11:30", "Pubs");
   const NextUp next = Ahead("2026-11-21 12:00:00");

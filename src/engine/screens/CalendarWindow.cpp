@@ -2,8 +2,13 @@
 
 #include <QCalendarWidget>
 #include <QLocale>
+#include <QPushButton>
+#include <QTextCharFormat>
 #include <QVBoxLayout>
 #include <array>
+
+#include "engine/MainScreenTexts.h"
+#include "engine/screens/Theme.h"
 
 namespace zemo {
 
@@ -21,8 +26,22 @@ CalendarWindow::CalendarWindow(int langue, const LocalDateTime& today, QWidget* 
   month->setFirstDayOfWeek(Qt::Monday);
   month->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
   month->setSelectedDate(QDate(today.year, today.month, today.day));
+  month->setMinimumSize(360, 300);  // six weeks whole
+  QTextCharFormat plain;
+  plain.setForeground(Theme::kText);
+  for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
+    month->setWeekdayTextFormat(day, plain);
+  const auto word = [langue](const char* name) {
+    return QString::fromStdString(ScreenWord(name, langue));
+  };
+  setWindowTitle(word("CalendarTitle"));
+  auto* cancel = new QPushButton(word("Cancel"), this);
+  cancel->setObjectName(QStringLiteral("BtnCancel"));
+  cancel->setAutoDefault(false);
+  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(month);
+  layout->addWidget(cancel, 0, Qt::AlignRight);
   const auto choose = [this](const QDate& date) {
     LocalDateTime day;
     day.year = date.year();

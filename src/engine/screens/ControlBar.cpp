@@ -36,11 +36,19 @@ QString WithKey(const std::string& tip, const QString& key) {
 
 }  // namespace
 
+// Works the button at once: its own shortcut would show it pressed for a tenth of a second first.
+void ControlBar::GiveKey(QAbstractButton* button, const char* key) {
+  if (!key) return;
+  button->setProperty("keys", QString::fromLatin1(key));
+  connect(new QShortcut(QKeySequence(QString::fromLatin1(key)), this), &QShortcut::activated,
+          button, [button] { button->click(); });
+}
+
 QToolButton* ControlBar::AddToolbarButton(QHBoxLayout* bar, Toolbar button, const char* key) {
   auto* made = new QToolButton(this);
   made->setCheckable(true);
   made->setFocusPolicy(Qt::TabFocus);
-  if (key) made->setShortcut(QKeySequence(QString::fromLatin1(key)));
+  GiveKey(made, key);
   bar->addWidget(made);
   toolbar_[static_cast<size_t>(button)] = made;
   connect(made, &QToolButton::clicked, this, [this, button] {
@@ -55,8 +63,7 @@ QPushButton* ControlBar::AddButton(QHBoxLayout* bar, const char* name, const cha
   auto* made = new QPushButton(this);
   made->setObjectName(QString::fromLatin1(name));
   made->setFocusPolicy(Qt::TabFocus);
-  if (key) made->setShortcut(QKeySequence(QString::fromLatin1(key)));
-  made->setProperty("keys", key ? QString::fromLatin1(key) : QString());
+  GiveKey(made, key);
   bar->addWidget(made);
   connect(made, &QPushButton::clicked, this, std::move(order));
   return made;
@@ -83,6 +90,7 @@ ControlBar::ControlBar(Station& station, ControlBarOrders orders, QWidget* paren
   bar->addWidget(group);
   bar->addSpacing(6);
   CmdStop = AddButton(bar, "CmdStop", "F6", [this] { orders_.next(); });
+  CmdStop->setProperty("keys", QStringLiteral("F6, num 0"));
   CmdRequette = AddButton(bar, "CmdRequette", "F5", [this] { orders_.request(); });
   BtnSurImpression = AddButton(bar, "BtnSurImpression", "F8", [this] { orders_.overlay(); });
   BntVoiceTrack = AddButton(bar, "BntVoiceTrack", nullptr, [] {});
@@ -97,12 +105,11 @@ ControlBar::ControlBar(Station& station, ControlBarOrders orders, QWidget* paren
 void ControlBar::SetTexts(int langue) {
   for (const Button& button : kButtons) {
     QToolButton* tool = toolbar_[static_cast<size_t>(button.button)];
-    const QKeySequence key = tool->shortcut();
     tool->setText(QString::fromStdString(TextOf("Toolbar1", button.item, langue)));
-    tool->setToolTip(WithKey(TextOf("Toolbar1", button.tip, langue), key.toString()));
+    tool->setToolTip(
+        WithKey(TextOf("Toolbar1", button.tip, langue), tool->property("keys").toString()));
     tool->setAccessibleName(tool->text());
     tool->setAccessibleDescription(tool->toolTip());
-    tool->setShortcut(key);  // a new text takes the shortcut away
   }
 }
 
@@ -133,10 +140,7 @@ void ControlBar::Refresh() {
   check(Toolbar::kStop, !screen.ToolbarStartPressed);
   const auto put = [](QPushButton* button, const std::string& text) {
     const QString wanted = QString::fromStdString(text);
-    if (button->text() == wanted) return;
-    const QKeySequence key = button->shortcut();
-    button->setText(wanted);
-    button->setShortcut(key);
+    if (button->text() != wanted) button->setText(wanted);
   };
   put(CmdStop, screen.CmdStopCaption);
   put(BtnSurImpression, screen.BtnSurImpressionCaption);

@@ -6,6 +6,7 @@
 #include <array>
 #include <functional>
 
+class QAbstractButton;
 class QHBoxLayout;
 class QPushButton;
 class QToolButton;
@@ -30,6 +31,7 @@ class ControlBar : public QWidget {
   void ShowVoiceTrack(bool visible);
 
  private:
+  void GiveKey(QAbstractButton* button, const char* key);  // null: none
   QToolButton* AddToolbarButton(QHBoxLayout* bar, Toolbar button, const char* key);
   QPushButton* AddButton(QHBoxLayout* bar, const char* name, const char* key,
                          std::function<void()> order);

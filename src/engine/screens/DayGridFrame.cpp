@@ -92,6 +92,7 @@ void DayGridFrame::MakeControls() {
   GPubJour->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   GPubJour->verticalHeader()->hide();
   GPubJour->horizontalHeader()->setHighlightSections(false);
+  GPubJour->horizontalHeader()->setStretchLastSection(true);
   GPubJour->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(6);
@@ -106,6 +107,7 @@ void DayGridFrame::MakeControls() {
   BtnPubJourX = button("BtnPubJourX");
   buttons->addStretch();
   BtnPrevision = button("BtnPrevision");
+  BtnPrevision->setProperty("keys", QStringLiteral("F7"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(4);
@@ -132,6 +134,10 @@ void DayGridFrame::Connect() {
   connect(BtnPubJourX, &QPushButton::clicked, this,
           [this] { orders_.whenFree([this] { Preview(); }); });
   connect(BtnPrevision, &QPushButton::clicked, this, [this] { orders_.forecast(); });
+}
+
+void DayGridFrame::TakeFocus() {
+  GPubJour->setFocus();
 }
 
 int DayGridFrame::SelectedRow() const {

@@ -46,6 +46,7 @@ class DayGridFrame : public QFrame {
  public:
   DayGridFrame(Station& station, const ScreenSources& sources, DayGridOrders orders,
                QWidget* parent);
+  void TakeFocus();
   void SetLanguage(int langue) { langue_ = langue; }
   void Arrange(double unit);
   void Refresh();

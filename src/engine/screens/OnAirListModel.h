@@ -15,7 +15,7 @@ class OnAirListModel : public QAbstractTableModel {
  public:
   static constexpr int kCodeRole = Qt::UserRole;  // code of column 6, as a number
 
-  static bool IsFigure(int column);               // stands to the right
+  static bool IsFigure(int column);  // stands to the right
 
   explicit OnAirListModel(QObject* parent) : QAbstractTableModel(parent) {}
 

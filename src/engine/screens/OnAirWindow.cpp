@@ -398,6 +398,7 @@ void OnAirWindow::PressToolbar(Toolbar button) {
   if (button == Toolbar::kLive) EnterLive();
   Refresh();
   if (button == Toolbar::kAutomatic) list_->setFocus();
+  if (button == Toolbar::kDayGrid) grid_->TakeFocus();
 }
 
 void OnAirWindow::EnterLive() {

@@ -256,10 +256,20 @@ TEST_F(Live, TheDateComesFromTheCalendar) {
   auto* month = window->findChild<QCalendarWidget*>("Calendrier");
   ASSERT_TRUE(month);
   EXPECT_EQ(month->selectedDate(), QDate(2026, 11, 21));
+  KeepPicture(*month->window(), "calendar");
   month->setSelectedDate(QDate(2026, 12, 5));
   QTest::keyClick(month->findChild<QWidget*>("qt_calendar_calendarview"), Qt::Key_Return);
   Draw();
   EXPECT_EQ(Text("LblDate"), "05/12/2026");
+}
+
+TEST_F(Live, TheCalendarIsLeftWithoutADate) {
+  OpenLive();
+  Click("LblDate");
+  auto* cancel = window->findChild<QAbstractButton*>("BtnCancel");
+  ASSERT_TRUE(cancel);
+  QTest::mouseClick(cancel, Qt::LeftButton);
+  EXPECT_EQ(Text("LblDate"), "JJ/MM/ANNE");
 }
 
 // --- the day's grid ---
