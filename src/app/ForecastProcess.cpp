@@ -2,15 +2,29 @@
 
 #include <unistd.h>
 
+#include <QDir>
 #include <QFile>
 #include <utility>
 
+#include "app/PrivateCopy.h"
+#include "platform/LocalValues.h"
+#include "platform/real/files/LocalFolder.h"
 #include "station/IsoMoments.h"
 
 namespace zemo {
 
 namespace {
 constexpr int kBehindTheAir = 10;  // nice: the air and its decoders come first
+
+// The machine as one that does not go on air by itself: the script starts it, when the list stands
+// as it does on air, and a start of its own would ask for another list first.
+void CopyIdleMachine(const std::string& from, const std::string& to) {
+  QDir().mkpath(QString::fromStdString(to));
+  CopyFiles(from, to);
+  LocalFolder machine(to);
+  machine.Remove("ZemoPlay.Ini");
+  LocalValues(machine).Set("AutoPlay", "False");
+}
 }  // namespace
 
 ForecastProcess::ForecastProcess(std::string program, std::string stationFolder,
@@ -44,6 +58,12 @@ void ForecastProcess::Start(const ForecastWish& wish) {
   unread_.clear();
   fault_.clear();
   scriptFolder_ = std::make_unique<QTemporaryDir>();
+  const std::string machine = scriptFolder_->filePath(QStringLiteral("machine")).toStdString();
+  try {
+    CopyIdleMachine(machineFolder_, machine);
+  } catch (const std::exception& error) {
+    return Fail(error.what());
+  }
   QFile script(scriptFolder_->filePath(QStringLiteral("script.txt")));
   if (!script.open(QIODevice::WriteOnly) ||
       script.write(wish.script.data(), static_cast<qint64>(wish.script.size())) < 0)
@@ -64,7 +84,7 @@ void ForecastProcess::Start(const ForecastWish& wish) {
   process_->start(QString::fromStdString(program_),
                   {QStringLiteral("simulate"), QStringLiteral("--station"),
                    QString::fromStdString(stationFolder_), QStringLiteral("--machine"),
-                   QString::fromStdString(machineFolder_), QStringLiteral("--from"),
+                   QString::fromStdString(machine), QStringLiteral("--from"),
                    QString::fromStdString(IsoMoment(wish.from)), QStringLiteral("--for"),
                    QStringLiteral("%1h").arg(wish.hours), QStringLiteral("--script"),
                    script.fileName(), QStringLiteral("--no-start")},

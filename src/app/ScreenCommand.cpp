@@ -125,6 +125,9 @@ int OpenScreen(const CommandLine& line) {
   OnAirWindow window(station, sources);
   machine.keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
   machine.messages.SetWindow(&window, [&window] { return window.Free(); });
+  // Without a window manager nobody else makes it fill the screen.
+  if (const QScreen* screen = QGuiApplication::primaryScreen())
+    window.setGeometry(screen->availableGeometry());
   window.showMaximized();
   Form_Activate(station, true);
   window.Begin();

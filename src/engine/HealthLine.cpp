@@ -17,10 +17,10 @@ constexpr float kSilencePeak = 0.001f;      // -60 dB of full scale
 constexpr int64_t kGigabyte = 1000000000;
 constexpr int64_t kLittleDisk = kGigabyte;
 
-// The age begins anew when the state changes, not when its figures do.
+// The age begins with the first figure, and anew when the state changes, not when its figures do.
 void Tell(HealthFigure& figure, const char* name, std::string state, std::string text,
           HealthSeverity severity, int64_t nowMs) {
-  if (figure.state != state) {
+  if (figure.state != state || figure.name[0] == '\0') {
     figure.state = std::move(state);
     figure.sinceMs = nowMs;
   }

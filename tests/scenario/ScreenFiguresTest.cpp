@@ -140,6 +140,11 @@ TEST_F(ScreenFigures, AFullDiskAWaitingBaseAndAnErrorAreNotesAndNeverRed) {
   EXPECT_EQ(Figure(HealthLine::kError).sinceMs, 2000);
 }
 
+TEST_F(ScreenFigures, NoErrorIsAsOldAsTheScreen) {
+  Tell(7'000'000);  // the machine has run for two hours
+  EXPECT_EQ(Figure(HealthLine::kError).sinceMs, 7'000'000);
+}
+
 TEST_F(ScreenFigures, AgesAreShort) {
   EXPECT_EQ(AgeText(59999, 0), "59 s");
   EXPECT_EQ(AgeText(60000, 0), "1 min");

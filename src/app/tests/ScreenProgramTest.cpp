@@ -43,7 +43,10 @@ class ForecastRun : public BlackBox {
 
 TEST_F(ForecastRun, ASecondProcessTellsTheNextHourAndLeavesTheStationAsItWas) {
   MakeStation(std::vector<int>(12, 200), true);
+  Put("machine/Settings.Ini", "AutoPlay=True\n");
+  Put("machine/ZemoPlay.Ini", "#TRUE#\r\n");  // on air; its own start would list other titles first
   const auto before = Files("station");
+  const auto machineBefore = Files("machine");
   ForecastProcess forecast(Program(), Path("station"), Path("machine"));
   ForecastWish wish;
   wish.from = {2026, 11, 21, 12, 0, 0, 0};
@@ -57,6 +60,7 @@ TEST_F(ForecastRun, ASecondProcessTellsTheNextHourAndLeavesTheStationAsItWas) {
   EXPECT_EQ(forecast.Lines()[0].text, "Artist 2  Title 2");
   EXPECT_EQ(forecast.Lines()[0].at, "12:00:00");
   EXPECT_EQ(Files("station"), before);
+  EXPECT_EQ(Files("machine"), machineBefore);
 }
 
 TEST_F(ForecastRun, AStationThatCannotBeSimulatedFailsWithItsLine) {

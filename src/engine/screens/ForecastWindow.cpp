@@ -83,6 +83,7 @@ void ForecastWindow::MakeControls() {
   ListPrevision->setHorizontalHeaderLabels(
       {Word("ForecastAt"), Word("ForecastKind"), Word("ForecastWhat"), Word("ForecastLength")});
   ListPrevision->verticalHeader()->hide();
+  ListPrevision->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   ListPrevision->setEditTriggers(QAbstractItemView::NoEditTriggers);
   ListPrevision->setSelectionBehavior(QAbstractItemView::SelectRows);
   ListPrevision->setAlternatingRowColors(true);

@@ -92,6 +92,7 @@ QString StyleSheet(double unit, bool gradients) {
       font-family: "%FAMILY"; font-size: %TEXTpx; }
     #CmdStop { font-size: %NEXTpx; font-weight: bold; }
     QMainWindow, QDialog, QMenuBar { background: %GROUND; }
+    QDialog { border: 1px solid %LINE; }
     QFrame[panel="true"] { background: %PANEL; border: 1px solid %LINE; border-radius: 4px; }
     QLabel { background: transparent; border: none; }
     QLabel[dim="true"] { color: %DIM; }
