@@ -12,8 +12,8 @@ namespace zemo::test {
 class VirtualScreen {
  public:
   // Its display is DISPLAY from here on. Throws when it does not come up.
-  VirtualScreen()
-      : server_({"Xvfb", "-displayfd", "1", "-screen", "0", "640x480x24", "-nolisten", "tcp"}) {
+  explicit VirtualScreen(const std::string& size = "640x480x24")
+      : server_({"Xvfb", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp"}) {
     const auto number = server_.Line();
     if (!number) throw std::runtime_error("Xvfb does not answer");
     display_ = ":" + *number;

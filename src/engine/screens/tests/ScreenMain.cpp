@@ -1,13 +1,22 @@
-// The tests' program: Qt without a display.
+// The tests' program: Qt without a display, or on an X server of its own where ZEMO_SCREEN says
+// "xvfb" - focus, stacking and modal dialogues are the server's there.
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <memory>
 
 #include "engine/screens/ScreenDesktop.h"
+#include "support/VirtualScreen.h"
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  std::unique_ptr<zemo::test::VirtualScreen> server;
+  if (qEnvironmentVariable("ZEMO_SCREEN") == QStringLiteral("xvfb")) {
+    server = std::make_unique<zemo::test::VirtualScreen>("1920x1080x24");
+    qputenv("QT_QPA_PLATFORM", "xcb");
+  } else {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
   zemo::ScreenApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   QDir().mkpath(QStringLiteral(ZEMO_SCREENSHOTS));
