@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "engine/DayGridControls.h"
 #include "engine/Forecast.h"
 #include "engine/HourPip.h"
 #include "engine/LiveMode.h"
@@ -207,6 +208,7 @@ void OnAirWindow::MakeMenus() {
       station_, *menuBar(),
       MenuOrders{
           .storedLists = [this] { PressToolbar(Toolbar::kLive); },
+          .insertBreak = [this] { ShowGridForInsertion(); },
           .printList = [this] { WhenFree([this] { PrintList(); }); },
           .forecast = [this] { OpenForecast(); },
           .password =
@@ -399,6 +401,12 @@ void OnAirWindow::PressToolbar(Toolbar button) {
   Refresh();
   if (button == Toolbar::kAutomatic) list_->setFocus();
   if (button == Toolbar::kDayGrid) grid_->TakeFocus();
+}
+
+void OnAirWindow::ShowGridForInsertion() {
+  OpenGridForInsertion(station_);
+  Refresh();
+  grid_->TakeFocus();
 }
 
 void OnAirWindow::EnterLive() {

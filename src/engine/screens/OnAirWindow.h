@@ -66,6 +66,7 @@ class OnAirWindow : public QMainWindow {
   void Arrange();
   void ArrangeBody();
   void PressToolbar(Toolbar button);
+  void ShowGridForInsertion();
   void EnterLive();
   void PlayOverlay();
   void OpenCard(int32_t code);

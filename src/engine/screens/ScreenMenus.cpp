@@ -47,6 +47,9 @@ ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
   MnuModels_->setToolTipsVisible(true);
   MnuModelCaption_ = AddToCome(MnuModels_, "MnuModel");
   MnuPlaylist_ = Add(MnuEdit_, "MnuPlaylist", [this] { orders_.storedLists(); });
+  Add(MnuEdit_, "MnuInsertPub", [this] {
+    orders_.insertBreak();
+  })->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F4));
   MnuEdit_->addSeparator();
   MnuImprime_ = Add(MnuEdit_, "MnuImprime", [this] { orders_.printList(); });
 

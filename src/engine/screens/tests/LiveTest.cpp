@@ -1,4 +1,5 @@
 // Live mode, search, stored lists, the day's grid, message boxes and the forecast's window.
+#include <QAction>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QCheckBox>
@@ -303,6 +304,19 @@ TEST_F(Grid, TheGridButtonShowsItInPlaceOfTheList) {
   EXPECT_EQ(Find("CadreGrille")->size(), list);
   for (const char* button : {"BtnCopyPub", "BtnImpressionPub", "BtnPubJourX"})
     EXPECT_TRUE(Button(button)->isEnabled()) << button;
+}
+
+TEST_F(Grid, OpenedForInsertionItsBreakGoesBeforeTheSelectedRowAndTheListComesBack) {
+  AddTitles(2);
+  OpenGrid();
+  Click("Toolbar1_1");
+  List().SelectRow(2);
+  window->findChild<QAction*>("MnuInsertPub")->trigger();
+  EXPECT_TRUE(Find("GPubJour")->isVisible());
+  QTest::mouseClick(Table().viewport(), Qt::LeftButton, {}, Cell(1, 3));
+  Click("BtnCopyPub");
+  EXPECT_TRUE(Find("PL")->isVisible());
+  EXPECT_EQ(Titles(), (Names{"ARTIST 1", "BAKERY", "ARTIST 2"}));
 }
 
 TEST_F(Grid, AClickNamesTheMomentOnTheCopyButtonWhichPutsTheBreakInTheList) {
