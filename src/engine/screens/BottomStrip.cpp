@@ -137,7 +137,7 @@ BottomStrip::BottomStrip(QWidget* parent) : QFrame(parent) {
   LblErreur = new FitLabel(this);
   LblErreur->setObjectName(QStringLiteral("LblErreur"));
   LblErreur->SetColour(Theme::kNote);
-  second->addWidget(LblErreur, 5);
+  second->addWidget(LblErreur, 9);
   layout->addLayout(first);
   layout->addLayout(second);
 }
