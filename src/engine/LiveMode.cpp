@@ -5,8 +5,12 @@
 #include <utility>
 #include <vector>
 
+#include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
+#include "platform/Desktop.h"
 #include "reports/TodaysReport.h"
+#include "scheduling/LibrarySearch.h"
+#include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -27,10 +31,11 @@ constexpr Words kOver = {"Sur Imp", "Over", "Sobrep.", "Sobreimp."};
 constexpr Words kDescription = {"Libellé", "Description", "Descrição", "Descripción"};
 constexpr Words kAdvertiser = {"Annonceur", "Advertiser", "Anunciante", "Anunciante"};
 
-constexpr std::array<int, kColumns> kMusicWidths = {2600, 2600, 700, 1400, 1200};
-constexpr std::array<int, kColumns> kJingleWidths = {3400, 900, 700};
+constexpr std::array<int, kColumns> kMusicWidths = {2600, 2600, 700, 1400, 1200, 0,
+                                                     0,    0,    0,   0,    2300};
+constexpr std::array<int, kColumns> kJingleWidths = {3400, 900, 700, 0, 2300};
 constexpr std::array<int, kColumns> kSpotWidths = {3400, 1800, 700};
-constexpr std::array<int, kColumns> kOtherWidths = {3400, 700};
+constexpr std::array<int, kColumns> kOtherWidths = {3400, 700, 0, 700};
 constexpr std::array<int, kColumns> kTodayWidths = {2600, 2600, 1400, 1200};
 
 std::string WordOf(Station& station, const Words& words) {
@@ -127,6 +132,7 @@ void Browse(Station& station, BrowseList list) {
 
 void MenuLive(Station& station, BrowseList list) {
   RecordActivity(station);
+  StopSearch(station);
   BrowseRows& browsed = station.screen.ListRech;
   browsed.list = list;
   browsed.rows.clear();
@@ -157,15 +163,36 @@ void TextBoxLostFocus(Station& station) {
   station.engine.HotKeysArmed = true;
 }
 
-void DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row) {
+namespace {
+
+// The records of those rows as rows of PL; what the library no longer holds is passed over.
+std::vector<Cells> CellsOf(Station& station, const std::vector<int>& browseRows) {
   const BrowseRows& browsed = station.screen.ListRech;
-  int at = row;
+  std::vector<Cells> cells;
   for (const int index : browseRows) {
     if (index < 0 || index >= static_cast<int>(browsed.rows.size())) continue;
-    const int32_t code = browsed.rows[static_cast<size_t>(index)].code;
+    const int32_t code = browsed.rows.Code(static_cast<size_t>(index));
     if (code == 0) continue;
-    if (DropFromLibrary(station, browsed.list, code, at) && at > 0) ++at;
+    if (auto row = RowFromLibrary(station, browsed.list, code)) cells.push_back(std::move(*row));
   }
+  return cells;
+}
+
+}  // namespace
+
+bool DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row) {
+  RecordActivity(station);
+  if (browseRows.size() > kMostDropped) {
+    const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
+    station.platform.messages.Show(
+        "Alerte", ScreenWord("TooManyRows", langue, std::to_string(kMostDropped)), Buttons::kOk);
+    return false;
+  }
+  std::vector<Cells> cells = CellsOf(station, browseRows);
+  int at = row < 1 ? station.PL.Count() + 1 : row;
+  for (Cells& dropped : cells) station.PL.Insert(at++, std::move(dropped));
+  RefreshPlanTimes(station);
+  return true;
 }
 
 }  // namespace zemo

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,9 @@ void TextBoxGotFocus(Station& station);
 void TextBoxLostFocus(Station& station);
 
 // A drop of rows of ListRech (from 0, in the order of the list) at that row of PL; past the last or
-// 0: at the end. Rows without a library record are passed over.
-void DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row);
+// 0: at the end. Rows without a library record are passed over. More than kMostDropped would hold
+// the air up, and are a slip of the hand: the operator is told, and nothing is dropped (false).
+inline constexpr size_t kMostDropped = 500;
+bool DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row);
 
 }  // namespace zemo

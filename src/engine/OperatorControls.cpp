@@ -206,22 +206,26 @@ bool SetCheck(Station& station, std::string_view name, bool on) {
   return true;
 }
 
-bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
-  RecordActivity(station);
+std::optional<Cells> RowFromLibrary(Station& station, BrowseList list, int32_t code) {
   try {
     const Recordset* record = FindInLibrary(station, list, code);
-    if (!record) return false;
-    Cells cells = RowOfBrowseList(list, *record);
-    if (row < 1)
-      station.PL.Add(std::move(cells));
-    else
-      station.PL.Insert(row, std::move(cells));
-    RefreshPlanTimes(station);
-    return true;
+    if (record) return RowOfBrowseList(list, *record);
   } catch (const std::exception&) {
     LogCurrentException(station, "ListRech");
-    return false;
   }
+  return std::nullopt;
+}
+
+bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
+  RecordActivity(station);
+  std::optional<Cells> cells = RowFromLibrary(station, list, code);
+  if (!cells) return false;
+  if (row < 1)
+    station.PL.Add(std::move(*cells));
+  else
+    station.PL.Insert(row, std::move(*cells));
+  RefreshPlanTimes(station);
+  return true;
 }
 
 void DragInList(Station& station, int fromRow, int toRow) {

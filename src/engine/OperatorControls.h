@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "station/BrowseList.h"
@@ -25,8 +26,10 @@ bool SetCheck(Station& station, std::string_view name, bool on);
 void ReturnToAutomatic(Station& station);  // the live mode's list ran out
 
 // --- PL; rows from 1 ---
-// A drop from the browse list at `row`, at the end with 0. False when the library holds no such
-// CODE, and for today's report, which is no library.
+// The record of that CODE as a row of PL; none when the library holds no such CODE, and for today's
+// report, which is no library. Faults are logged.
+std::optional<Cells> RowFromLibrary(Station& station, BrowseList list, int32_t code);
+// A drop from the browse list at `row`, at the end with 0. False where there is no such row.
 bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row);
 void DragInList(Station& station, int fromRow, int toRow);
 bool DeletingAsks(const Station& station, int row);  // a voice track's row

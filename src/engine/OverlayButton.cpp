@@ -30,7 +30,7 @@ int FileColumn(BrowseList list) {
 std::string FileOfBrowseRow(const BrowseRows& browsed, int row) {
   const int column = FileColumn(browsed.list);
   if (column < 0 || row < 0 || row >= static_cast<int>(browsed.rows.size())) return {};
-  return browsed.rows[static_cast<size_t>(row)].cells[static_cast<size_t>(column)];
+  return std::string(browsed.rows.Cell(static_cast<size_t>(row), column));
 }
 
 void PlayOverAir(Station& station, const std::string& storedPath) {

@@ -3,7 +3,10 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "station/OnAirList.h"
@@ -18,13 +21,67 @@ struct BrowseRow {
   int32_t code = 0;  // CODE in the table that is browsed; 0: the row is no library record
 };
 
+// Texts of rows packed into a few blocks: a hundred thousand rows come and go without as many
+// allocations. Rows are only added; they are counted from 0.
+class PackedRows {
+ public:
+  void Add(const Cells& cells, int32_t code);
+  uint32_t Count() const { return static_cast<uint32_t>(rows_.size()); }
+  std::string_view Cell(uint32_t row, int column) const;  // valid as long as the object
+  int32_t Code(uint32_t row) const { return rows_[row].code; }
+
+ private:
+  struct Place {
+    const char* texts;  // where each cell ends, then the cells
+    int32_t code;
+  };
+  char* Room(size_t bytes);
+
+  std::vector<Place> rows_;
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  size_t roomLeft_ = 0;  // of the last block
+  char* next_ = nullptr;
+};
+
+// Which rows the list shows, in their order: numbers into packed texts that others may share.
+class BrowsedRows {
+ public:
+  BrowsedRows() = default;
+  BrowsedRows(const std::vector<BrowseRow>& rows);
+  BrowsedRows(std::initializer_list<BrowseRow> rows) : BrowsedRows(std::vector(rows)) {}
+  BrowsedRows(const BrowsedRows&) = default;
+  BrowsedRows& operator=(const BrowsedRows& other);
+
+  size_t size() const { return order_.size(); }
+  bool empty() const { return order_.empty(); }
+  std::string_view Cell(size_t row, int column) const;
+  int32_t Code(size_t row) const { return texts_->Code(order_[row]); }
+  BrowseRow operator[](size_t row) const;
+
+  // Counts up when there are other rows, or the same in another order; not when rows come at the
+  // end. A view that follows the list looks at it.
+  uint64_t Generation() const { return generation_; }
+
+  void clear();
+  void Show(std::shared_ptr<const PackedRows> texts);  // none of its rows so far
+  void Append(uint32_t row);                           // of the shown texts
+  // The same rows as they read now: as many, each of the same record.
+  void Renew(std::shared_ptr<const PackedRows> texts, std::vector<uint32_t> order);
+  void Reorder(const std::vector<uint32_t>& places);  // where each row stood
+
+ private:
+  std::shared_ptr<const PackedRows> texts_;
+  std::vector<uint32_t> order_;
+  uint64_t generation_ = 0;
+};
+
 // Thread: the logic's. Writers: MenuLive, the library search, the heads.
 struct BrowseRows {
   BrowseList list = BrowseList::kMusic;
   std::array<std::string, kColumns> titles;  // heads; an empty one has no text
   std::array<int, kColumns> widths{};        // in 1/15 of a pixel at 96 dots an inch; 0: hidden
-  std::vector<BrowseRow> rows;
-  bool sorted = false;  // ascending by sortColumn; a new fill ends it
+  BrowsedRows rows;
+  bool sorted = false;  // ascending by sortColumn; a search for a text ends it
   int sortColumn = 0;
 };
 

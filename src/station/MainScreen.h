@@ -3,12 +3,15 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "station/BrowseList.h"
 
 namespace zemo {
+
+class LibrarySearch;
 
 struct Label {
   std::string text;
@@ -64,6 +67,7 @@ struct MainScreen {
   bool CadrePLVisible = false;    // stored-list editor
   BrowseRows ListRech;             // browse list of the live mode
   std::string Rech;                // the text that is searched for
+  std::shared_ptr<LibrarySearch> search;  // what works for ListRech, from the first search on
   bool SearchVisible = true;       // Rech, LblRech, RechGenre, CheckExtrait, CmdMarqueurExtrait
   bool PictureNoJingleVisible = false;
   bool GPubJourVisible = false;

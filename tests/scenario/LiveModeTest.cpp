@@ -25,7 +25,9 @@ class LiveList : public testing::Test {
         "('/v.wav', 2000, 'STING', 3, 100)");
   }
   BrowseRows& List() { return on.station.screen.ListRech; }
-  const std::string& Cell(size_t row, size_t column) { return List().rows.at(row).cells[column]; }
+  std::string Cell(size_t row, int column) {
+    return row < List().rows.size() ? std::string(List().rows.Cell(row, column)) : "no such row";
+  }
   void Type(const std::string& text) {
     on.station.screen.Rech = text;
     Rech_Change(on.station);

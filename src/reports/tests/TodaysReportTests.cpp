@@ -14,7 +14,7 @@ class TodaysReport : public testing::Test {
     on.Sql("INSERT INTO Rapport (AUTEUR, TITRE, GENRE, VARIETE, DATENUM) VALUES ('" + author +
            "', 'TITLE', 'POP', 'NATIONAL', " + serial + ")");
   }
-  std::vector<BrowseRow>& Rows() { return on.station.screen.ListRech.rows; }
+  BrowsedRows& Rows() { return on.station.screen.ListRech.rows; }
   TestStation on{"2026-11-21 12:00:00"};
 };
 
@@ -35,7 +35,7 @@ TEST_F(TodaysReport, ShowsTheDayFromItsMidnightNewestFirst) {
 
 TEST_F(TodaysReport, ADayWithoutRowsLeavesTheListAsItIs) {
   Add("YESTERDAY", "46346.9999");
-  Rows().push_back({Cells{"KEPT"}});
+  Rows() = {BrowseRow{Cells{"KEPT"}}};
   LoadRapportDirectLive(on.station);
   ASSERT_EQ(Rows().size(), 1U);
   EXPECT_EQ(Rows()[0].cells[0], "KEPT");
