@@ -146,6 +146,14 @@ void ControlBar::Refresh() {
   put(BtnSurImpression, screen.BtnSurImpressionCaption);
 }
 
+void ControlBar::ShowOverlay(bool playable, const std::string& tip) {
+  BtnSurImpression->setEnabled(playable);
+  const QString withKey = WithKey(tip, BtnSurImpression->property("keys").toString());
+  if (BtnSurImpression->toolTip() == withKey) return;
+  BtnSurImpression->setToolTip(withKey);
+  BtnSurImpression->setAccessibleDescription(withKey);
+}
+
 void ControlBar::ShowVoiceTrack(bool visible) {
   station_.screen.BntVoiceTrackVisible = visible;
   if (BntVoiceTrack->isVisibleTo(this) != visible) BntVoiceTrack->setVisible(visible);

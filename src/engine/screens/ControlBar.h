@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <array>
 #include <functional>
+#include <string>
 
 class QAbstractButton;
 class QHBoxLayout;
@@ -29,6 +30,8 @@ class ControlBar : public QWidget {
   void Refresh();
   // A voice track can stand at the selected row: it has a following one, in the editor.
   void ShowVoiceTrack(bool visible);
+  // Whether an element is chosen that can play over the air, and what the button says of it.
+  void ShowOverlay(bool playable, const std::string& tip);
 
  private:
   void GiveKey(QAbstractButton* button, const char* key);  // null: none

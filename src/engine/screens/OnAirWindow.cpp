@@ -93,7 +93,7 @@ OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
   // The line in a combo box hands its focus to the box.
   findChild<QWidget*>(QStringLiteral("ComboPLS"))->installEventFilter(this);
   connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
-    if (station_.screen.CadreRechVisible) live_->Browse(BrowseList::kMusic);
+    if (station_.screen.CadreRechVisible) live_->SearchMusic();
   });
   connect(&draw_, &QTimer::timeout, this, [this] { Refresh(); });
   connect(&observe_, &QTimer::timeout, this, [this] { Observe(); });
@@ -149,15 +149,17 @@ void OnAirWindow::MakeBody() {
     DropBrowseRows(station_, rows, row);
     model_->Sync(station_.PL);
   };
-  browse.clicked = [this](int row) {
+  browse.clicked = [this](int) {
     RecordActivity(station_);
     station_.engine.ActiveList = "ListRech";
-    browseRow_ = row;
+    AdaptOverlay();
   };
+  browse.selected = [this] { AdaptOverlay(); };
   browse.openCard = [this](int row) {
-    const auto& rows = station_.screen.ListRech.rows;
-    if (!station_.lists.Locked && row < static_cast<int>(rows.size()))
-      OpenCard(rows[static_cast<size_t>(row)].code);
+    const BrowseRows& browsed = station_.screen.ListRech;
+    const bool card = browsed.list == BrowseList::kMusic && row >= 0 &&
+                      row < static_cast<int>(browsed.rows.size());
+    if (card && !station_.lists.Locked) OpenCard(browsed.rows.Code(static_cast<size_t>(row)));
   };
   browse.openSelector = [this](int row) {
     OpenSelector(FileOfBrowseRow(station_.screen.ListRech, row));
@@ -336,6 +338,7 @@ void OnAirWindow::RefreshFrames() {
   const int row = list_->SelectedRow();
   bar_->ShowVoiceTrack(screen.CadrePLVisible && row > 0 && row < station_.PL.Count());
   if (screen.CadreRechVisible) live_->Refresh();
+  AdaptOverlay();
   if (screen.CadrePLVisible) stored_->Refresh();
   if (screen.GPubJourVisible) grid_->Refresh();
   const Qt::CursorShape shape = screen.hourglass ? Qt::WaitCursor : Qt::ArrowCursor;
@@ -416,8 +419,20 @@ void OnAirWindow::EnterLive() {
   live_->Browse(BrowseList::kMusic);
 }
 
+// The row that is chosen at this moment: numbers of rows do not outlive a search.
 void OnAirWindow::PlayOverlay() {
-  BtnSurImpression_Click(station_, browseRow_);
+  BtnSurImpression_Click(station_, live_->ChosenRow());
+}
+
+void OnAirWindow::AdaptOverlay() {
+  if (!live_) return;
+  const BrowseRows& browsed = station_.screen.ListRech;
+  const int row = live_->ChosenRow();
+  const bool playable = !FileOfBrowseRow(browsed, row).empty();
+  bar_->ShowOverlay(playable,
+                    playable ? ScreenWord("OverlayOf", langue_,
+                                          browsed.rows.Cell(static_cast<size_t>(row), Col::kText))
+                             : TextOf("BtnSurImpression", "tip", langue_));
 }
 
 void OnAirWindow::ShowLater() {

@@ -69,6 +69,7 @@ class OnAirWindow : public QMainWindow {
   void ShowGridForInsertion();
   void EnterLive();
   void PlayOverlay();
+  void AdaptOverlay();  // the button to ListRech's chosen row
   void OpenCard(int32_t code);
   void OpenSelector(const std::string& storedPath);
   void PrintList();
@@ -87,7 +88,6 @@ class OnAirWindow : public QMainWindow {
   OutputFigures output_;
   bool pip_ = false;
   int shownFrames_ = -1;
-  int browseRow_ = -1;  // of ListRech, clicked last
 
   std::unique_ptr<ScreenMenus> menus_;
   ControlBar* bar_;
@@ -96,7 +96,7 @@ class OnAirWindow : public QMainWindow {
   OnAirListModel* model_;
   OnAirListView* list_;
   StoredListFrame* stored_;
-  LiveFrame* live_;
+  LiveFrame* live_ = nullptr;
   DayGridFrame* grid_;
   BottomStrip* bottom_;
   QPointer<ForecastWindow> forecast_;

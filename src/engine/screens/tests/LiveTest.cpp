@@ -48,6 +48,12 @@ class Live : public Screen {
     auto* box = Find<QLineEdit>("Rech");
     box->clear();
     QTest::keyClicks(box, QString::fromUtf8(text));
+    Searched();
+  }
+  void Searched() {  // the slices that the event loop still owes
+    auto* frame = static_cast<LiveFrame*>(Find("CadreRech"));
+    for (int turn = 0; frame->Searching() && turn < 10000; ++turn) QCoreApplication::processEvents();
+    EXPECT_FALSE(frame->Searching());
     Draw();
   }
   Names FoundTexts() {
@@ -152,6 +158,7 @@ TEST_F(Live, EachEntryOfTheMenuShowsItsLibraryAndItsHeads) {
   auto* menu = Find<QComboBox>("MenuLive");
   menu->setFocus();
   QTest::keyClick(menu, Qt::Key_Down);
+  Searched();
   EXPECT_EQ(FoundTexts(), (Names{"TOP JINGLE"}));
   EXPECT_EQ(Found().model()->headerData(0, Qt::Horizontal).toString(), "Libellé");
   EXPECT_FALSE(Find("Rech")->isVisible());
