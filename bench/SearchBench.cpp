@@ -1,6 +1,6 @@
 // The library search on the live mode's screen with 1,000, 10,000 and 100,000 cards, as an operator
-// meets it: real key and mouse events on the main screen, drawn off the screen, while a timer of 1 ms
-// stands for the tick. For each order
+// meets it: real key and mouse events on the main screen, drawn off the screen, while a timer of 1
+// ms stands for the tick. For each order
 //   first_ms  until the handler has come back, with the first rows in the list,
 //   all_ms    until all rows stand there,
 //   stall_ms  the longest time for which the loop served nobody,
@@ -10,6 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QTest>
@@ -136,6 +137,21 @@ void Keystroke(benchmark::State& state, const char* text, Knowledge knowledge) {
   bench.Tell(state);
 }
 
+// Every twelfth card is of the genre.
+void Genre(benchmark::State& state) {
+  Bench bench(static_cast<int>(state.range(0)));
+  bench.Know();
+  auto* genres = bench.window->findChild<QComboBox*>("RechGenre");
+  genres->addItem("GENRE 3");
+  for (auto _ : state) {
+    state.PauseTiming();
+    genres->setCurrentIndex(genres->count() - 2);
+    state.ResumeTiming();
+    bench.Measure([&] { QTest::keyClick(genres, Qt::Key_Down); });
+  }
+  bench.Tell(state);
+}
+
 void Sort(benchmark::State& state, int column) {
   Bench bench(static_cast<int>(state.range(0)));
   bench.Know();
@@ -206,6 +222,7 @@ int main(int argc, char** argv) {
           (std::string("Keystroke/") + text + "/" + kKnowledgeNames[knowledge]).c_str(), Keystroke,
           text, knowledge)
           ->Apply(Sizes);
+  benchmark::RegisterBenchmark("Genre", Genre)->Apply(Sizes);
   benchmark::RegisterBenchmark("Sort/artist", Sort, 0)->Apply(Sizes);
   benchmark::RegisterBenchmark("Sort/title", Sort, 1)->Apply(Sizes);
   benchmark::RegisterBenchmark("SelectAll", SelectAll)->Apply(Sizes);

@@ -32,7 +32,7 @@ constexpr Words kDescription = {"Libellé", "Description", "Descrição", "Descr
 constexpr Words kAdvertiser = {"Annonceur", "Advertiser", "Anunciante", "Anunciante"};
 
 constexpr std::array<int, kColumns> kMusicWidths = {2600, 2600, 700, 1400, 1200, 0,
-                                                     0,    0,    0,   0,    2300};
+                                                    0,    0,    0,   0,    2300};
 constexpr std::array<int, kColumns> kJingleWidths = {3400, 900, 700, 0, 2300};
 constexpr std::array<int, kColumns> kSpotWidths = {3400, 1800, 700};
 constexpr std::array<int, kColumns> kOtherWidths = {3400, 700, 0, 700};

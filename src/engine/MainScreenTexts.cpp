@@ -47,6 +47,7 @@ constexpr ScreenText kTexts[] = {
     {"ListRech", "Key", {"Touche", "Key", "Tecla", "Tecla"}},
     {"Rech", "tip", {" Hit here the text of your research mini 3 characters ", kSame, kSame, kSame}},
     {"LblRech", "text", {"Recherche", "Search", "Pesquisa", "Búsqueda"}},
+    {"LblRech", "tip", {"Ctrl+F ; Entrée passe à la liste", "Ctrl+F; Return goes to the list", "Ctrl+F; Enter passa à lista", "Ctrl+F; Intro pasa a la lista"}},
     {"PL", "name", {"Liste d'antenne", "On-air list", "Lista de emissão", "Lista de antena"}},
     {"PL", "0", {"Artiste", "Artist", "Artista", "Artista"}},
     {"PL", "1", {"Titre", "Title", "Título", "Título"}},

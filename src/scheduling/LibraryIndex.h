@@ -1,5 +1,6 @@
 // What the library search knows of Discotheque: the rows as ListRech shows them, and the capitals
-// in which a text is looked for. It is read in slices, each short enough to stand between two ticks.
+// in which a text is looked for. It is read in slices, each short enough to stand between two
+// ticks.
 #pragma once
 
 #include <cstdint>

@@ -227,7 +227,7 @@ bool LibrarySearch::ReadAhead(Station& station) {
     if (!reading_) reading_ = std::make_shared<LibraryIndex>(counter);
     Read(station);
     return true;
-  } catch (const StoreError&) {
+  } catch (const std::exception&) {
     reading_.reset();  // nobody asked for it: a search will tell
     return false;
   }

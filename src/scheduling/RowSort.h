@@ -35,8 +35,8 @@ class RowSort {
 
   const BrowsedRows& rows_;
   int column_;
-  std::string keys_;                // of all rows, one behind the other
-  std::vector<uint32_t> keyEnd_;    // of each
+  std::string keys_;              // of all rows, one behind the other
+  std::vector<uint32_t> keyEnd_;  // of each
   std::vector<Entry> entries_, merged_;
   size_t sorted_ = 0;    // entries that stand in sorted runs
   size_t run_ = 0;       // the length of the runs that are being merged

@@ -127,6 +127,26 @@ TEST_F(LiveList, DropsKeepTheirOrderAtTheRow) {
   EXPECT_EQ(on.station.PL.Row(5)[Col::kText], "BESIDE");
 }
 
+TEST_F(LiveList, ManyRowsGoInTogetherWithTheirTimesAndMoreThan500AreRefusedWithAWord) {
+  Cards(501);
+  Type("*");
+  std::string told;
+  on.messages.shown = [&](const std::string& title, const std::string& text, Buttons, Answer) {
+    told = title + ": " + text;
+  };
+  std::vector<int> all;
+  for (int row = 0; row < 501; ++row) all.push_back(row);
+  EXPECT_FALSE(DropBrowseRows(on.station, all, 1));
+  EXPECT_EQ(told, "Alerte: 500 éléments au plus à la fois : choisissez-en moins");
+  EXPECT_TRUE(on.station.PL.Empty());
+  all.pop_back();
+  EXPECT_TRUE(DropBrowseRows(on.station, all, 1));
+  ASSERT_EQ(on.station.PL.Count(), 500);
+  EXPECT_EQ(on.station.PL.Row(500)[Col::kText], "ARTIST 500");
+  // 499 times 3:00 less the exit point of 1.5 s is 24 h 44 min 31.5 s after 12:00:00.
+  EXPECT_EQ(on.station.PL.Row(500)[Col::kPlanned], "12 h 44 ' 31");
+}
+
 TEST_F(LiveList, ASpotsKindFollowsItsRecord) {
   MenuLive(on.station, BrowseList::kSpots);
   DropBrowseRows(on.station, {0, 1}, 0);

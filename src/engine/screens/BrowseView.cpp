@@ -51,10 +51,9 @@ constexpr Column kColumnsShown[] = {
 };
 
 const Column* FindColumn(BrowseList list, int column) {
-  const auto* found =
-      std::find_if(std::begin(kColumnsShown), std::end(kColumnsShown), [&](const Column& shown) {
-        return shown.list == list && shown.column == column;
-      });
+  const auto* found = std::find_if(
+      std::begin(kColumnsShown), std::end(kColumnsShown),
+      [&](const Column& shown) { return shown.list == list && shown.column == column; });
   return found == std::end(kColumnsShown) ? nullptr : found;
 }
 

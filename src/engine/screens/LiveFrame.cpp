@@ -22,7 +22,7 @@ namespace zemo {
 
 namespace {
 constexpr int kReadAheadMs = 40;  // a slice of 7 ms of the library each, until it is known
-constexpr int kPageRows = 100;     // so many are shown as they come; the rest at the next drawing
+constexpr int kPageRows = 100;    // so many are shown as they come; the rest at the next drawing
 
 template <typename Control>
 Control* Named(const char* name, QWidget* parent) {
@@ -113,6 +113,11 @@ void LiveFrame::Connect() {
   connect(Rech, &QLineEdit::textEdited, this, [this] {
     RechGenre->setCurrentIndex(0);
     SearchText();
+  });
+  connect(Rech, &QLineEdit::returnPressed, this, [this] {
+    if (model_->rowCount() == 0) return;
+    if (ListRech->ChosenRow() < 0) ListRech->selectRow(0);
+    ListRech->setFocus(Qt::ShortcutFocusReason);
   });
   connect(RechGenre, &QComboBox::activated, this, [this](int item) {
     if (item < 1) return SearchText();  // the heading

@@ -39,7 +39,7 @@ class LiveFrame : public QFrame {
   void LayOut();
   void Connect();
   void SearchText();
-  void Work();      // one slice of what the search has begun
+  void Work();  // one slice of what the search has begun
   void ShowRows();
 
   Station& station_;

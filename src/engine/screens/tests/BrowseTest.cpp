@@ -136,8 +136,9 @@ TEST_F(Browse, AWriteAfterTheLastSearchIsFoundByTheNextOne) {
   on.Sql("DELETE FROM Discotheque WHERE CODE = 4901");
   Type("T 490");
   Searched();
-  EXPECT_EQ(Texts(), (Names{"ARTIST 490", "ARTIST 4902", "ARTIST 4903", "ARTIST 4904", "ARTIST 4905",
-                            "ARTIST 4906", "ARTIST 4907", "ARTIST 4908", "ARTIST 4909"}));
+  EXPECT_EQ(Texts(),
+            (Names{"ARTIST 490", "ARTIST 4902", "ARTIST 4903", "ARTIST 4904", "ARTIST 4905",
+                   "ARTIST 4906", "ARTIST 4907", "ARTIST 4908", "ARTIST 4909"}));
 }
 
 TEST_F(Browse, AWriteThatDoesNotTouchTheFindsLeavesTheChoiceAlone) {
@@ -259,7 +260,8 @@ TEST_P(BrowseHeads, EveryShownColumnHasAHeadThatFitsAndTheViewIsFull) {
   on.Set("Langue", std::to_string(GetParam()));
   on.station.base.CheckCnf();
   OpenLive();
-  for (const QSize& size : {QSize(800, 600), QSize(1024, 768), QSize(1280, 800), QSize(1920, 1080)}) {
+  for (const QSize& size :
+       {QSize(800, 600), QSize(1024, 768), QSize(1280, 800), QSize(1920, 1080)}) {
     window->resize(size);
     QCoreApplication::processEvents();
     for (int list = 0; list <= static_cast<int>(BrowseList::kToday); ++list) {
@@ -330,7 +332,7 @@ TEST_F(Browse, TheListStandsStillWhenTheSearchGivesWay) {
 
 TEST_F(Browse, ACutTextShowsWholeInItsTipAndElsewhereTheListTellsItsKeys) {
   Loaded();
-  on.AddCard({.artist = "THE ORCHESTRA OF A VERY LONG NAME THAT GOES", .title = "IT"});
+  on.AddCard({.artist = "THE ORCHESTRA OF A VERY LONG NAME INDEED", .title = "IT"});
   OpenLive(800, 600);
   Type("*");
   Searched();
@@ -340,7 +342,7 @@ TEST_F(Browse, ACutTextShowsWholeInItsTipAndElsewhereTheListTellsItsKeys) {
     QApplication::sendEvent(Found().viewport(), &help);
     return QToolTip::text();
   };
-  EXPECT_EQ(tipAt(0), "THE ORCHESTRA OF A VERY LONG NAME THAT GOES");
+  EXPECT_EQ(tipAt(0), "THE ORCHESTRA OF A VERY LONG NAME INDEED");
   EXPECT_EQ(tipAt(1), Found().toolTip());
   EXPECT_TRUE(Found().toolTip().contains("Ins"));
   EXPECT_TRUE(Found().toolTip().contains("Menu"));
@@ -369,8 +371,8 @@ TEST_F(Browse, ADragOfSeveralSelectedRowsTakesThemAll) {
   ClickRow(0);
   ClickRow(2, Qt::ControlModifier);
   QWidget* found = Found().viewport();
-  const QPoint below =
-      found->mapFromGlobal(List().viewport()->mapToGlobal(QPoint(30, List().viewport()->height() - 5)));
+  const QPoint below = found->mapFromGlobal(
+      List().viewport()->mapToGlobal(QPoint(30, List().viewport()->height() - 5)));
   QTest::mousePress(found, Qt::LeftButton, {}, At(2));
   QTest::mouseMove(found, below);
   QTest::mouseRelease(found, Qt::LeftButton, {}, below);
@@ -396,6 +398,20 @@ TEST_F(Browse, AllOfALargeListIsRefusedWithAWord) {
   Found().setFocus();
   Key(Qt::Key_Insert);
   EXPECT_EQ(on.station.PL.Count(), 500);
+}
+
+TEST_F(Browse, FromTheTextToTheListToTheAirByKeysAlone) {
+  Library();
+  OpenLive();
+  QTest::keyClick(window.get(), Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClicks(QApplication::focusWidget(), "*");
+  Searched();
+  Key(Qt::Key_Return);
+  EXPECT_TRUE(Found().hasFocus());
+  EXPECT_EQ(Found().SelectedRows(), std::vector<int>{0});
+  Key(Qt::Key_Down);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Titles(), Names{"ABBA"});
 }
 
 TEST_F(Browse, TheMenuKeyDoesWhatTheMouseDoes) {

@@ -52,7 +52,8 @@ class Live : public Screen {
   }
   void Searched() {  // the slices that the event loop still owes
     auto* frame = static_cast<LiveFrame*>(Find("CadreRech"));
-    for (int turn = 0; frame->Searching() && turn < 10000; ++turn) QCoreApplication::processEvents();
+    for (int turn = 0; frame->Searching() && turn < 10000; ++turn)
+      QCoreApplication::processEvents();
     EXPECT_FALSE(frame->Searching());
     Draw();
   }
