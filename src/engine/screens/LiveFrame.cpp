@@ -189,7 +189,8 @@ void LiveFrame::ShowRows() {
 }
 
 int LiveFrame::ChosenRow() const {
-  return station_.screen.CadreRechVisible ? ListRech->ChosenRow() : -1;
+  const bool shown = station_.screen.CadreRechVisible && !model_->Others();
+  return shown ? ListRech->ChosenRow() : -1;
 }
 
 void LiveFrame::SearchMusic() {
