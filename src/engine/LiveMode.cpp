@@ -188,9 +188,7 @@ bool DropBrowseRows(Station& station, const std::vector<int>& browseRows, int ro
         "Alerte", ScreenWord("TooManyRows", langue, std::to_string(kMostDropped)), Buttons::kOk);
     return false;
   }
-  std::vector<Cells> cells = CellsOf(station, browseRows);
-  int at = row < 1 ? station.PL.Count() + 1 : row;
-  for (Cells& dropped : cells) station.PL.Insert(at++, std::move(dropped));
+  station.PL.InsertAll(row < 1 ? station.PL.Count() + 1 : row, CellsOf(station, browseRows));
   RefreshPlanTimes(station);
   return true;
 }

@@ -1,6 +1,7 @@
 #include "station/OnAirList.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "station/TextForms.h"
@@ -24,6 +25,15 @@ OnAirRow& OnAirList::Add(Cells cells) {
 OnAirRow& OnAirList::Insert(int row, Cells cells) {
   auto at = row > Count() ? rows_.end() : rows_.begin() + (row < 1 ? 0 : row - 1);
   return *rows_.insert(at, OnAirRow{std::move(cells), nextKey_++});
+}
+
+// In one go: hundreds of rows, each moving all behind it, would hold the air up.
+void OnAirList::InsertAll(int row, std::vector<Cells> cells) {
+  std::vector<OnAirRow> added;
+  added.reserve(cells.size());
+  for (Cells& one : cells) added.push_back({std::move(one), nextKey_++});
+  const auto at = row > Count() ? rows_.end() : rows_.begin() + (row < 1 ? 0 : row - 1);
+  rows_.insert(at, std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
 }
 
 void OnAirList::Remove(int row) {

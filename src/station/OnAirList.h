@@ -65,6 +65,7 @@ class OnAirList {
   const OnAirRow& Row(int row) const { return rows_[static_cast<size_t>(row - 1)]; }
   OnAirRow& Add(Cells cells);              // at the end
   OnAirRow& Insert(int row, Cells cells);  // before that row; past the end: at the end
+  void InsertAll(int row, std::vector<Cells> cells);  // the first one before that row
   void Remove(int row);
   void Clear() { rows_.clear(); }      // the key counter runs on
   std::vector<int32_t> Codes() const;  // column 6 of every row
