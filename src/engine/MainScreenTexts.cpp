@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "station/MainScreen.h"
+
 namespace zemo {
 
 namespace {
@@ -34,6 +36,7 @@ constexpr ScreenText kTexts[] = {
     {"CheckNoJingle", "tip", {"Aucun jingle automatique en direct", "No automatic jingle while live", "Nenhum jingle automático em direto", "Ningún jingle automático en directo"}},
     {"RechGenre", "tip", {"Tous les titres d'un genre", "All titles of a genre", "Todos os títulos de um género", "Todos los títulos de un género"}},
     {"RechGenre", "0", {"Genre", "Genre", "Género", "Género"}},
+    {"BtnSurImpression", "text", {kOverlayAtRest, "Overlay", "Sobreposição", "Sobreimpresión"}},
     {"BtnSurImpression", "tip", {"Joue l'élément choisi par-dessus l'antenne ; touches du pavé numérique", "Plays the chosen element over the air; keys of the numeric pad", "Toca o elemento escolhido sobre a emissão; teclas do teclado numérico", "Toca el elemento elegido sobre la antena; teclas del teclado numérico"}},
     {"MenuLive", "0", {"Musique", "Music", "Música", "Música"}},
     {"MenuLive", "1", {"Jingles", kSame, kSame, kSame}},

@@ -103,6 +103,7 @@ ControlBar::ControlBar(Station& station, ControlBarOrders orders, QWidget* paren
 }
 
 void ControlBar::SetTexts(int langue) {
+  langue_ = langue;
   for (const Button& button : kButtons) {
     QToolButton* tool = toolbar_[static_cast<size_t>(button.button)];
     tool->setText(QString::fromStdString(TextOf("Toolbar1", button.item, langue)));
@@ -143,7 +144,9 @@ void ControlBar::Refresh() {
     if (button->text() != wanted) button->setText(wanted);
   };
   put(CmdStop, screen.CmdStopCaption);
-  put(BtnSurImpression, screen.BtnSurImpressionCaption);
+  const bool atRest = screen.BtnSurImpressionCaption == kOverlayAtRest;
+  put(BtnSurImpression,
+      atRest ? TextOf("BtnSurImpression", "text", langue_) : screen.BtnSurImpressionCaption);
 }
 
 void ControlBar::ShowOverlay(bool playable, const std::string& tip) {

@@ -42,6 +42,7 @@ class ControlBar : public QWidget {
   Station& station_;
   ControlBarOrders orders_;
   std::array<QToolButton*, 7> toolbar_{};  // by the button's number
+  int langue_ = 0;
   QPushButton *CmdStop, *CmdRequette, *BntVoiceTrack, *BtnSurImpression, *Info;
 };
 
