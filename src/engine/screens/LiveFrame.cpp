@@ -21,8 +21,9 @@
 namespace zemo {
 
 namespace {
-constexpr int kReadAheadMs = 40;  // a slice of 7 ms of the library each, until it is known
-constexpr int kPageRows = 100;    // so many are shown as they come; the rest at the next drawing
+constexpr int kReadAheadMs = 20;       // between slices of 7 ms, until the library is known
+constexpr int kLookForWritesMs = 200;  // from then on
+constexpr int kPageRows = 100;  // so many are shown as they come; the rest at the next drawing
 
 template <typename Control>
 Control* Named(const char* name, QWidget* parent) {
@@ -126,7 +127,8 @@ void LiveFrame::Connect() {
   });
   connect(&work_, &QTimer::timeout, this, [this] { Work(); });
   connect(&readAhead_, &QTimer::timeout, this, [this] {
-    if (station_.screen.SearchVisible && !work_.isActive()) ReadAheadSlice(station_);
+    const bool idle = station_.screen.SearchVisible && !work_.isActive();
+    readAhead_.start(idle && ReadAheadSlice(station_) ? kReadAheadMs : kLookForWritesMs);
   });
   for (QCheckBox* check : {CheckExtrait, OptionDirect, CheckNoJingle})
     connect(check, &QCheckBox::clicked, this,
@@ -157,6 +159,10 @@ void LiveFrame::Arrange(double unit) {
 void LiveFrame::showEvent(QShowEvent* event) {
   QFrame::showEvent(event);
   readAhead_.start(kReadAheadMs);
+}
+
+bool LiveFrame::ReadingAhead() const {
+  return readAhead_.isActive() && readAhead_.interval() == kReadAheadMs;
 }
 
 void LiveFrame::hideEvent(QHideEvent* event) {

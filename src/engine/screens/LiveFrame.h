@@ -29,6 +29,7 @@ class LiveFrame : public QFrame {
   void SearchMusic();            // the keyboard goes into Rech
   int ChosenRow() const;         // of ListRech, from 0; -1: none, or the frame is hidden
   bool Searching() const { return work_.isActive(); }
+  bool ReadingAhead() const;  // the library is not wholly known yet
 
  protected:
   void showEvent(QShowEvent* event) override;

@@ -11,6 +11,7 @@
 
 #include "engine/screens/LiveFrame.h"
 #include "engine/screens/tests/ScreenFixture.h"
+#include "scheduling/LibrarySearch.h"
 
 namespace zemo::test {
 namespace {
@@ -104,6 +105,16 @@ TEST_F(Browse, TheLoopRunsBetweenTheSlices) {
   Type("*");
   Searched();
   EXPECT_GE(turns, 5);  // six slices of 3000 cards after the first
+}
+
+TEST_F(Browse, TheLibraryIsReadAheadWhileTheListShows) {
+  Cards(5000);
+  OpenLive();
+  EXPECT_TRUE(Frame().ReadingAhead());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !Frame().ReadingAhead(); }, 5000));
+  on.station.screen.Rech = "ARTIST 4999";
+  BeginRech(on.station);
+  EXPECT_EQ(SearchSlice(on.station), SearchTurn::kDone);  // there is nothing to read any more
 }
 
 TEST_F(Browse, ANewKeystrokeDropsTheSearchBefore) {
