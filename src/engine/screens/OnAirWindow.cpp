@@ -195,14 +195,14 @@ OnAirListOrders OnAirWindow::ListOrders() {
 }
 
 void OnAirWindow::DeleteListRow(int64_t key) {
-  const auto remove = [this, key] {
+  const auto takeOut = [this, key] {
     DeleteRow(station_, station_.PL.RowOfKey(key));
     model_->Sync(station_.PL);
   };
   if (DeletingAsks(station_, station_.PL.RowOfKey(key)))
-    WhenFree(remove);
+    WhenFree(takeOut);
   else
-    remove();
+    takeOut();
 }
 
 void OnAirWindow::MakeMenus() {

@@ -6,7 +6,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QWidget>
-#include <cstdio>
 #include <utility>
 
 #include "engine/MainScreenTexts.h"
@@ -92,7 +91,7 @@ bool ScreenApplication::notify(QObject* receiver, QEvent* event) {
     if (onException)
       onException();
     else
-      std::fprintf(stderr, "zemoradio: %s\n", error.what());
+      qCritical("%s", error.what());
   }
   return false;
 }
