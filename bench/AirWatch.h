@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -56,9 +57,10 @@ class AirWatch : public EventSink {
 
   void OnEvent(const Event& event) override {
     if (event.name == "start") {
-      NoteStart(NumberOf(event, "slot"), NumberOf(event, "length_ms"));
+      NoteStart(NumberOf(event, "slot"), NumberOf(event, "length_ms"), TextOf(event, "title"));
     } else if (event.name == "onair") {
       exitMs_ = NumberOf(event, "mix_ms");
+      exitKnown_ = true;
     } else if (event.name == "end") {
       ranOut_ = real_.station.PL.Empty();
     } else if (event.name == "request") {
@@ -66,8 +68,13 @@ class AirWatch : public EventSink {
       refused_ = NumberOf(event, "refused");
     } else if (event.name == "error") {
       std::fprintf(stderr, "%s\n", TextOf(event, "text").c_str());
+      ++errors_[TextOf(event, "where") + ": " + TextOf(event, "text")];
     }
   }
+
+  std::string doing;  // what whoever drives the run is at, for the two worst moments
+
+  const std::map<std::string, int>& Errors() const { return errors_; }  // how often each came
 
   void Tell() {
     std::sort(lateMs_.begin(), lateMs_.end());
@@ -76,10 +83,15 @@ class AirWatch : public EventSink {
                 static_cast<int>(refused_));
     std::printf("  transitions                      %8zu, and %d after the list had run out\n",
                 lateMs_.size(), afterSilence_);
+    const auto at = [](const std::string& what) { return what.empty() ? "" : " (" + what + ")"; };
     if (!lateMs_.empty())
-      std::printf("  begun late, median and most      %8d and %d ms\n",
-                  static_cast<int>(lateMs_[lateMs_.size() / 2]), static_cast<int>(lateMs_.back()));
-    std::printf("  longest absence of the loop      %8d ms\n", static_cast<int>(awayMs_));
+      std::printf("  begun late, median and most      %8d and %d ms%s, %d beyond a tick\n",
+                  static_cast<int>(lateMs_[lateMs_.size() / 2]), static_cast<int>(lateMs_.back()),
+                  at(lateAt_).c_str(), Beyond(lateMs_));
+    if (unmeasured_ > 0)
+      std::printf("  behind too short an element      %8d, not measured\n", unmeasured_);
+    std::printf("  longest absence of the loop      %8d ms%s\n", static_cast<int>(awayMs_),
+                at(awayAt_).c_str());
     std::printf("  underruns, late frames           %8d, %d\n", static_cast<int>(health.underruns),
                 static_cast<int>(health.lateFrames));
   }
@@ -87,31 +99,57 @@ class AirWatch : public EventSink {
  private:
   // The slot that sounded until now is still read; what it was read beyond its exit point is what
   // the new element is late by. Where it has ended though the list was not empty, that is its exit
-  // distance at least.
-  void NoteStart(int64_t slot, int64_t lengthMs) {
+  // distance at least. Slot 2 plays over the air and follows nothing. An element that is over
+  // before its predecessor is was never told to be on air, and its exit point is not known.
+  void NoteStart(int64_t slot, int64_t lengthMs, const std::string& title) {
+    if (slot > 1) return;
     const SoundChain& sound = *real_.sound;
     const int old = slot == 0 ? 1 : 0;
-    if (lengthMs_ > 0 && sound.Sounds(old))
-      lateMs_.push_back(sound.Position(old) + exitMs_ - lengthMs_);
+    if (lengthMs_ > 0 && !exitKnown_)
+      ++unmeasured_;
+    else if (lengthMs_ > 0 && sound.Sounds(old))
+      NoteLate(sound.Position(old) + exitMs_ - lengthMs_, title);
     else if (lengthMs_ > 0 && !ranOut_)
-      lateMs_.push_back(exitMs_);
+      NoteLate(exitMs_, title);
     else if (lengthMs_ > 0)
       ++afterSilence_;
     lengthMs_ = lengthMs;
+    exitKnown_ = false;
+  }
+
+  void NoteLate(int64_t ms, const std::string& title) {
+    if (ms > kTickMs)
+      std::fprintf(stderr, "%d ms late: %s behind an element of %d ms%s%s\n", static_cast<int>(ms),
+                   title.c_str(), static_cast<int>(lengthMs_), doing.empty() ? "" : ", during ",
+                   doing.c_str());
+    if (lateMs_.empty() || ms > *std::max_element(lateMs_.begin(), lateMs_.end())) lateAt_ = doing;
+    lateMs_.push_back(ms);
+  }
+  static int Beyond(const std::vector<int64_t>& lateMs) {
+    return static_cast<int>(
+        std::count_if(lateMs.begin(), lateMs.end(), [](int64_t ms) { return ms > kTickMs; }));
   }
 
   void NoteLoop() {
     const int64_t now = real_.clock.MonotonicMs();
-    if (servedMs_ > 0) awayMs_ = std::max(awayMs_, now - servedMs_);
+    if (servedMs_ > 0 && now - servedMs_ > awayMs_) {
+      awayMs_ = now - servedMs_;
+      awayAt_ = doing;
+    }
     servedMs_ = now;
   }
+
+  static constexpr int64_t kTickMs = 100;
 
   RealStation& real_;
   std::unique_ptr<LoopTimer> timer_;
   std::vector<int64_t> lateMs_;
+  std::map<std::string, int> errors_;
+  std::string lateAt_, awayAt_;
   int64_t lengthMs_ = 0, exitMs_ = 0;  // of what is on air
   int64_t servedMs_ = 0, awayMs_ = 0, refused_ = 0;
-  int requests_ = 0, afterSilence_ = 0;
+  int requests_ = 0, afterSilence_ = 0, unmeasured_ = 0;
+  bool exitKnown_ = false;
   bool ranOut_ = false;  // nothing was there to follow what ended last
 };
 
