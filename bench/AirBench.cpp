@@ -8,20 +8,17 @@
 // of rotation, so that the list stays short and every tick asks again.
 //
 // Usage: AirBench [SECONDS_OF_EACH_RUN] [CARDS]
-#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <variant>
 #include <vector>
 
+#include "AirWatch.h"
 #include "BigLibrary.h"
 #include "app/RealStation.h"
 #include "engine/OperatorControls.h"
@@ -29,8 +26,6 @@
 #include "store/StationBase.h"
 
 namespace {
-
-using zemo::Event;
 
 constexpr int kReportRows = 200000;
 constexpr int kSounds = 10;
@@ -56,18 +51,6 @@ void MakeSound(const std::string& path) {
              little(2, 2) + little(kRate, 4) + little(kRate * 4, 4) + little(4, 2) + little(16, 2) +
              "data" + little(kBytes, 4)
       << samples;
-}
-
-void Execute(const std::string& base, const std::vector<std::string>& statements) {
-  sqlite3* db = nullptr;
-  if (sqlite3_open(base.c_str(), &db) != SQLITE_OK) std::abort();
-  sqlite3_exec(db, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
-  for (const std::string& statement : statements)
-    if (sqlite3_exec(db, statement.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-      std::fprintf(stderr, "%s in %s\n", sqlite3_errmsg(db), statement.c_str());
-      std::abort();
-    }
-  sqlite3_close(db);
 }
 
 // One genre has a share, so that a request lists a title of each variety and comes again soon; all
@@ -99,110 +82,25 @@ void MakeStation(const std::string& folder, int cards, bool starving) {
     statements.push_back(
         "UPDATE Discotheque SET NBPASSJOUR = 0 WHERE CODE NOT IN (SELECT CODE FROM Discotheque "
         "WHERE GENRE = 'GENRE 0' ORDER BY LASTDIFF LIMIT 6)");
-  Execute(path, statements);
+  zemo::bench::Execute(path, statements);
 }
-
-std::string TextOf(const Event& event, std::string_view name) {
-  for (const auto& [member, value] : event.members)
-    if (member == name)
-      if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  return {};
-}
-
-int64_t NumberOf(const Event& event, std::string_view name) {
-  for (const auto& [member, value] : event.members) {
-    if (member != name) continue;
-    if (const auto* whole = std::get_if<int64_t>(&value)) return *whole;
-    if (const auto* real = std::get_if<double>(&value)) return static_cast<int64_t>(*real);
-  }
-  return 0;
-}
-
-class Watch : public zemo::EventSink {
- public:
-  explicit Watch(zemo::RealStation& real) : real_(real) {
-    timer_ = real.loop.MakeTimer(10, [this] { NoteLoop(); });
-    timer_->SetEnabled(true);
-  }
-
-  void OnEvent(const Event& event) override {
-    if (event.name == "start") {
-      NoteStart(NumberOf(event, "slot"), NumberOf(event, "length_ms"));
-    } else if (event.name == "onair") {
-      exitMs_ = NumberOf(event, "mix_ms");
-    } else if (event.name == "end") {
-      ranOut_ = real_.station.PL.Empty();
-    } else if (event.name == "request") {
-      ++requests_;
-      refused_ = NumberOf(event, "refused");
-    } else if (event.name == "error") {
-      std::fprintf(stderr, "%s\n", TextOf(event, "text").c_str());
-    }
-  }
-
-  void Tell(const char* run) {
-    std::sort(lateMs_.begin(), lateMs_.end());
-    const zemo::SoundHealth health = real_.sound->TakeHealth();
-    std::printf("%s\n", run);
-    std::printf("  requests                         %8d, %d cards refused in the last\n", requests_,
-                static_cast<int>(refused_));
-    std::printf("  transitions                      %8zu, and %d after the list had run out\n",
-                lateMs_.size(), afterSilence_);
-    if (!lateMs_.empty())
-      std::printf("  begun late, median and most      %8d and %d ms\n",
-                  static_cast<int>(lateMs_[lateMs_.size() / 2]), static_cast<int>(lateMs_.back()));
-    std::printf("  longest absence of the loop      %8d ms\n", static_cast<int>(awayMs_));
-    std::printf("  underruns, late frames           %8d, %d\n", static_cast<int>(health.underruns),
-                static_cast<int>(health.lateFrames));
-  }
-
- private:
-  // The slot that sounded until now is still read; what it was read beyond its exit point is what
-  // the new element is late by. Where it has ended though the list was not empty, that is its exit
-  // distance at least.
-  void NoteStart(int64_t slot, int64_t lengthMs) {
-    const zemo::SoundChain& sound = *real_.sound;
-    const int old = slot == 0 ? 1 : 0;
-    if (lengthMs_ > 0 && sound.Sounds(old))
-      lateMs_.push_back(sound.Position(old) + exitMs_ - lengthMs_);
-    else if (lengthMs_ > 0 && !ranOut_)
-      lateMs_.push_back(exitMs_);
-    else if (lengthMs_ > 0)
-      ++afterSilence_;
-    lengthMs_ = lengthMs;
-  }
-
-  void NoteLoop() {
-    const int64_t now = real_.clock.MonotonicMs();
-    if (servedMs_ > 0) awayMs_ = std::max(awayMs_, now - servedMs_);
-    servedMs_ = now;
-  }
-
-  zemo::RealStation& real_;
-  std::unique_ptr<zemo::LoopTimer> timer_;
-  std::vector<int64_t> lateMs_;
-  int64_t lengthMs_ = 0, exitMs_ = 0;  // of what is on air
-  int64_t servedMs_ = 0, awayMs_ = 0, refused_ = 0;
-  int requests_ = 0, afterSilence_ = 0;
-  bool ranOut_ = false;  // nothing was there to follow what ended last
-};
 
 void Air(const std::string& folder, int seconds, const char* run) {
   zemo::ScreenlessMachine machine;
   zemo::RealStation real(
       folder + "/station", folder + "/machine", {zemo::OutputSpec::Kind::kNull, ""},
-      machine.Parts(),
-      [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); });
+      machine.Parts(), [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); });
   if (!zemo::Form_Load(real.station)) std::abort();
   zemo::Form_Activate(real.station, true);
-  Watch watch(real);
+  zemo::bench::AirWatch watch(real);
   real.station.events.SetSink(&watch);
   zemo::ToolbarButton(real.station, zemo::Toolbar::kStart);
   const auto end = real.loop.MakeTimer(seconds * 1000, [&] { real.loop.Quit(); });
   end->SetEnabled(true);
   real.loop.Run();
   real.station.events.SetSink(nullptr);
-  watch.Tell(run);
+  std::printf("%s\n", run);
+  watch.Tell();
 }
 
 // Each run in a process of its own.

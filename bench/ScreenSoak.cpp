@@ -1,0 +1,427 @@
+// Does the screen ever disturb the air? The demo station with titles of a quarter of a minute airs
+// in real time on no output, the main screen is open, and an operator who never rests clicks, types
+// and drags his way through all of it, three times a second, without ever stopping the air. Told
+// are how late each title began (target: never more than a tick, 100 ms), for how long the event
+// loop was away and during what, what the output missed (target: nothing), memory, processor time
+// and errors.
+//
+// Usage: ScreenSoak [SECONDS] [FURTHER_CARDS_IN_THE_LIBRARY] [rest]
+// With `rest` nobody touches the screen: what remains is the air's own.
+// On the display that the environment names, else on none (the offscreen platform).
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <QComboBox>
+#include <QHeaderView>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <random>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "AirWatch.h"
+#include "BigLibrary.h"
+#include "ScreenHand.h"
+#include "app/ForecastProcess.h"
+#include "app/RealStation.h"
+#include "app/demo/Demo.h"
+#include "app/demo/DemoCatalogue.h"
+#include "engine/Startup.h"
+#include "engine/screens/OnAirWindow.h"
+#include "engine/screens/ScreenDesktop.h"
+#include "platform/real/decoders/WaveformReader.h"
+
+namespace {
+
+using zemo::bench::ScreenHand;
+
+constexpr double kLengthFactor = 0.15;  // a title of 90 s takes 13 s
+constexpr int kStepMs = 300;
+constexpr int kAnswerMs = 250;
+constexpr int kFewRows = 8;  // of PL: below that nothing is taken out
+constexpr int kManyRows = 20;
+constexpr int kMemoryPoints = 20;  // at most one a minute
+
+bool IsSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value && *value;
+}
+
+// Titles may come again soon, and a request asks for little, so that there are many of them.
+// Further cards are only there to be searched: their sounds are the demo's.
+void MakeStation(const std::string& folder, int cards) {
+  zemo::MakeDemoStation(folder, {.titles = 40, .lengthFactor = kLengthFactor},
+                        [](const std::string&) {});
+  std::vector<std::string> statements = {
+      "UPDATE Discotheque SET ECARTMINUTES = 3, NBPASSJOUR = 2000",
+      "UPDATE Cnf SET TempRequette = 1, EcartArtiste = 1"};
+  if (cards > 0) {
+    statements.push_back(zemo::bench::CardsSql(cards));
+    statements.push_back(
+        "UPDATE Discotheque SET NBPASSJOUR = 0, (FILENAME, DUREE, POINTSORTIE, INTRO) = (SELECT "
+        "FILENAME, DUREE, POINTSORTIE, INTRO FROM Discotheque AS demo WHERE demo.CODE = 1 + "
+        "Discotheque.CODE % 40) WHERE FILENAME LIKE '/music/%'");
+  }
+  zemo::bench::Execute(folder + "/Triskin.MDB", statements);
+}
+
+// The machine's date stays as it is when another day of the grid is looked at.
+class SoakSystem : public zemo::RealSystem {
+ public:
+  void SetDate(const zemo::LocalDateTime&) override {}
+};
+
+double ResidentMb() {
+  long pages = 0, resident = 0;
+  std::ifstream("/proc/self/statm") >> pages >> resident;
+  return static_cast<double>(resident * sysconf(_SC_PAGESIZE)) / (1 << 20);
+}
+
+double ProcessorSeconds(int who) {
+  rusage used{};
+  getrusage(who, &used);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
+// What the operator does, step after step, over and over.
+class Operator {
+ public:
+  Operator(ScreenHand& hand, zemo::Station& station, std::string& doing)
+      : hand_(hand), station_(station), doing_(doing) {
+    InAutomatic();
+    InLive();
+    WithStoredLists();
+    WithSkeletons();
+    InTheGrid();
+  }
+
+  void Step() {
+    if (hand_.Busy()) return;
+    const auto& [name, act] = steps_[next_];
+    next_ = (next_ + 1) % steps_.size();
+    if (next_ == 0) ++rounds_;
+    doing_ = name;
+    if (QWidget* left = QApplication::activeModalWidget(); left && !InDialogue(name)) {
+      ++leftOpen_[left->objectName().toStdString()];
+      hand_.Key(Qt::Key_Escape);
+    }
+    act();
+  }
+  int Rounds() const { return rounds_; }
+  // Dialogues that came later than the steps that they are for.
+  const std::map<std::string, int>& LeftOpen() const { return leftOpen_; }
+
+ private:
+  static bool InDialogue(std::string_view name) {
+    return name.starts_with("skeleton ") || name.starts_with("calendar ");
+  }
+  void Do(const char* name, std::function<void()> act) {
+    steps_.emplace_back(name, std::move(act));
+  }
+  int Any(int count) { return count > 0 ? static_cast<int>(random_() % unsigned(count)) : 0; }
+  int Rows() const { return station_.PL.Count(); }
+  QTableView* Table(const char* name) { return hand_.Find<QTableView>(name); }
+
+  void ClickRow(const char* name, Qt::KeyboardModifiers modifiers = {}) {
+    if (QTableView* table = Table(name))
+      if (const int rows = ScreenHand::RowsSeen(*table))
+        hand_.Click(table->viewport(), ScreenHand::InRow(*table, Any(rows)), modifiers);
+  }
+  void DragInList() {
+    QTableView* list = Table("PL");
+    const int rows = list ? ScreenHand::RowsSeen(*list) : 0;
+    if (rows < 2) return;
+    hand_.Drag(list->viewport(), ScreenHand::InRow(*list, Any(rows)), list->viewport(),
+               ScreenHand::InRow(*list, Any(rows)));
+  }
+  void DropFound() {
+    QTableView* found = Table("ListRech");
+    QTableView* list = Table("PL");
+    if (!found || !list || ScreenHand::RowsSeen(*found) < 1) return;
+    const int row = Any(ScreenHand::RowsSeen(*found));
+    const int rows = ScreenHand::RowsSeen(*list);
+    const QPoint to = rows > 0 ? ScreenHand::InRow(*list, Any(rows)) : QPoint(30, 30);
+    hand_.Drag(found->viewport(), ScreenHand::InRow(*found, row), list->viewport(), to);
+  }
+  void TakeOut() {
+    if (Rows() <= kFewRows) return;
+    ClickRow("PL");
+    hand_.Key(Qt::Key_Delete);
+  }
+  void Shorten() {
+    QTableView* list = Table("PL");
+    if (!list || Rows() <= kManyRows) return;
+    hand_.Click(list->viewport(), ScreenHand::InRow(*list, ScreenHand::RowsSeen(*list) - 1));
+    hand_.Key(Qt::Key_End);
+    for (int row = Rows(); row > kManyRows - 8; --row) hand_.Key(Qt::Key_Delete);
+  }
+  // Music for a minute, at the end of the list.
+  void InsertSix() {
+    QTableView* found = Table("ListRech");
+    if (!found || ScreenHand::RowsSeen(*found) < 6) return;
+    const int first = Any(ScreenHand::RowsSeen(*found) - 5);
+    hand_.Click(found->viewport(), ScreenHand::InRow(*found, first));
+    hand_.Click(found->viewport(), ScreenHand::InRow(*found, first + 5), Qt::ShiftModifier);
+    hand_.Key(Qt::Key_Insert);
+  }
+  void SortBy(int column) {
+    if (QTableView* found = Table("ListRech"))
+      hand_.Click(found->horizontalHeader()->viewport(),
+                  {found->horizontalHeader()->sectionViewportPosition(column) + 15, 8});
+  }
+  void Search(const char* name, std::function<std::string()> text) {
+    Do(name, [this, text] { hand_.Type("Rech", text()); });
+  }
+  // By a choice, or without one.
+  void LeaveCalendar() {
+    if (QApplication::activeModalWidget()) hand_.Key(rounds_ % 2 ? Qt::Key_Return : Qt::Key_Escape);
+  }
+  void Twice(const char* box) {
+    hand_.Click(box);
+    hand_.Click(box);
+  }
+
+  void InAutomatic() {
+    Do("automatic", [this] { hand_.Click("Toolbar1_1"); });
+    for (int i = 0; i < 3; ++i) Do("drag in PL", [this] { DragInList(); });
+    Do("move by key", [this] {
+      ClickRow("PL");
+      hand_.Key(Qt::Key_Down, Qt::AltModifier);
+    });
+    Do("Delete", [this] { TakeOut(); });
+    Do("small window", [this] { hand_.Resize({800, 600}); });
+    Do("shortcuts", [this] { hand_.Key(Qt::Key_F1); });
+    Do("forecast", [this] {
+      if (rounds_ % 3 == 0) hand_.Key(Qt::Key_F7);
+    });
+    Do("large window", [this] { hand_.Resize({1280, 800}); });
+    Do("menu", [this] {
+      hand_.Key(Qt::Key_O, Qt::AltModifier);
+      hand_.Key(Qt::Key_Escape);
+    });
+  }
+
+  void InLive() {
+    Do("live", [this] { hand_.Click("Toolbar1_2"); });
+    for (int i = 0; i < 3; ++i)
+      Search("search an artist", [this] {
+        const auto titles = zemo::DemoTitles();
+        return std::string(titles[static_cast<size_t>(Any(int(titles.size())))].artist)
+            .substr(0, 4);
+      });
+    Search("search all", [] { return "*"; });
+    for (const int column : {0, 1, 2, 0}) Do("sort", [this, column] { SortBy(column); });
+    for (int i = 0; i < 3; ++i) Do("drop in PL", [this] { DropFound(); });
+    Do("insert by key", [this] { InsertSix(); });
+    Do("Delete", [this] { TakeOut(); });
+    for (int i = 0; i < 3; ++i) Do("genre", [this] { hand_.KeyIn("RechGenre", Qt::Key_Down); });
+    Do("genre", [this] { hand_.KeyIn("RechGenre", Qt::Key_Home); });
+    Do("boxes", [this] { Twice("CheckNoJingle"), Twice("OptionDirect"), Twice("CheckExtrait"); });
+    for (int i = 0; i < 3; ++i) Do("MenuLive", [this] { hand_.KeyIn("MenuLive", Qt::Key_Down); });
+    Do("overlay", [this] {
+      ClickRow("ListRech");
+      if (rounds_ % 2 == 0) hand_.Key(Qt::Key_F8);
+    });
+    Do("MenuLive", [this] { hand_.KeyIn("MenuLive", Qt::Key_Down); });
+    Do("MenuLive", [this] { hand_.KeyIn("MenuLive", Qt::Key_Home); });
+    Do("forecast", [this] {
+      for (QWidget* top : QApplication::topLevelWidgets())
+        if (top->objectName() == QStringLiteral("FrmPrevision") && top->isVisible())
+          hand_.KeyTo(top, Qt::Key_Escape);
+    });
+  }
+
+  void WithStoredLists() {
+    Do("live", [this] { hand_.Click("Toolbar1_2"); });
+    Search("search all", [] { return "*"; });
+    Do("insert by key", [this] { InsertSix(); });
+    Do("name of a list", [this] { hand_.Type("ComboPLS", "Soak " + std::to_string(rounds_)); });
+    Do("hour of a list", [this] { hand_.Type("ChHeure", "03:00"); });
+    Do("calendar", [this] { hand_.Click("LblDate"); });
+    Do("calendar end", [this] { LeaveCalendar(); });
+    Do("save", [this] { hand_.Click("BtnSauve"); });
+    // Without rows the live mode ends in the second half of an element.
+    Do("new", [this] {
+      if (station_.engine.ProgressPercent > 40) return;
+      hand_.Click("BtnNew");
+      InsertSix();
+    });
+    Do("insert by key", [this] { InsertSix(); });
+    Do("choose a list", [this] {
+      if (auto* combo = hand_.Find<QComboBox>("ComboPLS"))
+        hand_.Click(combo, {combo->width() - 8, combo->height() / 2});
+    });
+    Do("choose a list", [this] {
+      if (!QApplication::activePopupWidget()) return;
+      hand_.Key(Qt::Key_End);
+      hand_.Key(Qt::Key_Return);
+    });
+    Do("delete a list", [this] {
+      if (station_.screen.ComboPLS.index >= 0) hand_.KeyIn("ComboPLS", Qt::Key_Delete);
+    });
+    Do("insert by key", [this] { InsertSix(); });
+  }
+
+  void WithSkeletons() {
+    Do("skeleton", [this] { hand_.Click("CmdRequette"); });
+    for (int i = 0; i < 3; ++i)
+      Do("skeleton genre", [this] {
+        hand_.KeyIn("ListGenre", Qt::Key_Down);
+        hand_.KeyIn("ListGenre", Qt::Key_Return);
+      });
+    Do("skeleton of a day",
+       [this] { hand_.Key(static_cast<Qt::Key>(Qt::Key_1 + Any(7)), Qt::ControlModifier); });
+    Do("skeleton Delete", [this] { hand_.KeyIn("SquelettePLS", Qt::Key_Delete); });
+    Do("skeleton wish", [this] {
+      hand_.KeyIn("Redondance", Qt::Key_Space);
+      hand_.KeyIn("SpinMinutes", Qt::Key_Home);
+    });
+    Do("skeleton end", [this] { hand_.Click(rounds_ % 2 == 0 ? "BtnOk" : "BtnCancel"); });
+    Do("shorten", [this] { Shorten(); });
+  }
+
+  void InTheGrid() {
+    Do("grid", [this] { hand_.Click("Toolbar1_3"); });
+    for (int i = 0; i < 2; ++i) Do("grid row", [this] { ClickRow("GPubJour"); });
+    Do("copy a break", [this] {
+      if (rounds_ % 4 == 0) hand_.Click("BtnCopyPub");
+    });
+    Do("print the grid", [this] { hand_.Click("BtnImpressionPub"); });
+    Do("another day", [this] { hand_.Click("BtnPubJourX"); });
+    Do("calendar wait", [] {});
+    Do("calendar end", [this] { LeaveCalendar(); });
+  }
+
+  ScreenHand& hand_;
+  zemo::Station& station_;
+  std::string& doing_;
+  std::vector<std::pair<const char*, std::function<void()>>> steps_;
+  size_t next_ = 0;
+  int rounds_ = 0;
+  std::map<std::string, int> leftOpen_;
+  std::mt19937 random_{1};
+};
+
+zemo::OutputFigures FiguresOf(zemo::RealSoundChain& sound) {
+  const zemo::SoundHealth health = sound.TakeHealth();
+  return {health.output,     health.heard,    health.underruns,
+          health.lateFrames, health.peakLeft, health.peakRight};
+}
+
+void TellMemory(const std::vector<double>& mb) {
+  if (mb.empty()) return;
+  std::printf("  resident memory, MB             ");
+  for (const double value : mb) std::printf(" %.1f", value);
+  std::printf("\n  of these first, last, most       %8.1f, %.1f, %.1f MB\n", mb.front(), mb.back(),
+              *std::max_element(mb.begin(), mb.end()));
+}
+
+void TellCounts(const char* what, const std::map<std::string, int>& counts) {
+  int all = 0;
+  for (const auto& [text, count] : counts) all += count;
+  std::printf("  %-32s %8d\n", what, all);
+  for (const auto& [text, count] : counts) std::printf("    %d x %s\n", count, text.c_str());
+}
+
+void Soak(const std::string& folder, int seconds, bool resting) {
+  zemo::ScreenMessageBoxes messages;
+  zemo::ScreenKeyboard keyboard;
+  SoakSystem system;
+  const auto clipboard = zemo::MakeClipboard();
+  zemo::RealStation real(
+      folder + "/station", folder + "/machine", {zemo::OutputSpec::Kind::kNull, ""},
+      {*clipboard, messages, keyboard, system},
+      [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); });
+  zemo::Station& station = real.station;
+  if (!zemo::Form_Load(station)) std::abort();
+  zemo::WaveformReader waveforms(std::make_unique<zemo::SoundFileOpener>(),
+                                 folder + "/machine/Peaks");
+  zemo::ForecastProcess forecast(
+      (QCoreApplication::applicationDirPath() + QStringLiteral("/zemoradio")).toStdString(),
+      folder + "/station", folder + "/machine");
+  zemo::ScreenSources sources;
+  sources.output = [&real] { return FiguresOf(*real.sound); };
+  sources.waveforms = &waveforms;
+  sources.forecast = &forecast;
+  sources.choosePrinter = [](QWidget*, QPrinter&) { return false; };
+  sources.askText = [](QWidget*, const QString&, const QString&, const QString&) {
+    return std::optional<QString>();
+  };
+  zemo::OnAirWindow window(station, sources);
+  keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
+  messages.SetWindow(&window, [&window] { return window.Free(); });
+  window.resize(1280, 800);
+  window.show();
+  window.activateWindow();
+  zemo::Form_Activate(station, true);
+  window.Begin();
+
+  zemo::bench::AirWatch watch(real);
+  station.events.SetSink(&watch);
+  ScreenHand hand(window);
+  Operator someone(hand, station, watch.doing);
+  hand.Click("Toolbar1_5");
+  QTimer steps, answers, memory;
+  QObject::connect(&steps, &QTimer::timeout, [&] { someone.Step(); });
+  QObject::connect(&answers, &QTimer::timeout, [&] { hand.AnswerBoxes(); });
+  std::vector<double> mb;
+  QObject::connect(&memory, &QTimer::timeout, [&] { mb.push_back(ResidentMb()); });
+  if (!resting) steps.start(kStepMs);
+  answers.start(kAnswerMs);
+  memory.start(std::min(60, std::max(1, seconds / kMemoryPoints)) * 1000);
+  const double before = ProcessorSeconds(RUSAGE_SELF);
+  const auto end = real.loop.MakeTimer(seconds * 1000, [&] { real.loop.Quit(); });
+  end->SetEnabled(true);
+  real.loop.Run();
+  steps.stop();
+  answers.stop();
+  station.events.SetSink(nullptr);
+
+  std::printf("%d s on the platform %s\n", seconds,
+              QGuiApplication::platformName().toStdString().c_str());
+  watch.Tell();
+  std::printf("  processor time a second of air   %8.1f ms\n",
+              (ProcessorSeconds(RUSAGE_SELF) - before) * 1000 / seconds);
+  TellMemory(mb);
+  std::printf("  events sent                      %8d, in %d rounds\n",
+              static_cast<int>(hand.Events()), someone.Rounds());
+  TellCounts("controls that were not there", hand.Missed());
+  TellCounts("dialogues that came late", someone.LeftOpen());
+  TellCounts("errors", watch.Errors());
+}
+
+// Each of Qt's own remarks once.
+void Remark(QtMsgType, const QMessageLogContext&, const QString& text) {
+  static std::set<QString> seen;
+  if (seen.insert(text).second) std::fprintf(stderr, "%s\n", text.toStdString().c_str());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const int seconds = argc > 1 ? std::atoi(argv[1]) : 1200;
+  const int cards = argc > 2 ? std::atoi(argv[2]) : 0;
+  const bool resting = argc > 3 && std::string_view(argv[3]) == "rest";
+  if (!IsSet("QT_QPA_PLATFORM") && !IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY"))
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  qInstallMessageHandler(Remark);
+  QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  std::string folder = (std::filesystem::temp_directory_path() / "zemo-soak-XXXXXX").string();
+  if (!mkdtemp(folder.data())) return 1;
+  std::filesystem::create_directories(folder + "/machine");
+  MakeStation(folder + "/station", cards);
+  Soak(folder, seconds, resting);
+  std::filesystem::remove_all(folder);
+  return 0;
+}
