@@ -18,6 +18,7 @@
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
 #include "engine/screens/ScreenDesktop.h"
+#include "engine/screens/Theme.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/sound/OutputSpec.h"
@@ -97,6 +98,7 @@ int OpenScreen(const CommandLine& line) {
   EndSignals endSignals;  // before any thread is made
   ScreenMachine machine;
   QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setFont(Theme::Type(1, 15));  // also of what a style sheet gives no type
   const RunFolders folders = MakeRunFolders(line);
   RealStation real(folders.station, folders.machine, WantedOutput(line, folders.machine),
                    machine.Parts(), Tell);
