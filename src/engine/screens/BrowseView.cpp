@@ -14,6 +14,7 @@
 
 #include "engine/MainScreenTexts.h"
 #include "engine/screens/OnAirListView.h"
+#include "engine/screens/RowTable.h"
 #include "engine/screens/Theme.h"
 
 namespace zemo {
@@ -114,20 +115,11 @@ BrowseView::BrowseView(BrowseModel& model, OnAirListView& list, BrowseOrders ord
     : QTableView(parent), model_(model), list_(list), orders_(std::move(orders)) {
   setObjectName(QStringLiteral("ListRech"));
   setModel(&model);
-  setSelectionBehavior(QAbstractItemView::SelectRows);
+  MakeRowTable(*this);
   setSelectionMode(QAbstractItemView::ExtendedSelection);
-  setEditTriggers(QAbstractItemView::NoEditTriggers);
-  setAlternatingRowColors(true);
-  setShowGrid(false);
-  setWordWrap(false);
-  setTabKeyNavigation(false);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-  verticalHeader()->hide();
   horizontalHeader()->setSectionsClickable(true);
-  horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setStretchLastSection(true);
-  horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this,
           [this](int column) { orders_.sort(column); });
 }
@@ -164,9 +156,7 @@ void BrowseView::ShowSort() {
 
 void BrowseView::Arrange(double unit) {
   unit_ = unit;
-  setFont(Theme::Type(unit, 15));
-  horizontalHeader()->setFont(Theme::Type(unit, 13));
-  verticalHeader()->setDefaultSectionSize(QFontMetrics(font()).height() + Theme::Px(unit, 6));
+  ArrangeRowTable(*this, unit, 15, 6);
   ArrangeColumns();
 }
 

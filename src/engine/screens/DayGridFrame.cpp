@@ -12,6 +12,7 @@
 #include "engine/MainScreenTexts.h"
 #include "engine/screens/CalendarWindow.h"
 #include "engine/screens/PaperPrint.h"
+#include "engine/screens/RowTable.h"
 #include "engine/screens/ScreenSources.h"
 #include "engine/screens/Theme.h"
 #include "platform/Folder.h"
@@ -83,17 +84,9 @@ void DayGridFrame::MakeControls() {
   GPubJour = new QTableView(this);
   GPubJour->setObjectName(QStringLiteral("GPubJour"));
   GPubJour->setModel(model_);
-  GPubJour->setSelectionBehavior(QAbstractItemView::SelectRows);
-  GPubJour->setSelectionMode(QAbstractItemView::SingleSelection);
-  GPubJour->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  GPubJour->setAlternatingRowColors(true);
-  GPubJour->setWordWrap(false);
-  GPubJour->setTabKeyNavigation(false);
-  GPubJour->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-  GPubJour->verticalHeader()->hide();
-  GPubJour->horizontalHeader()->setHighlightSections(false);
+  MakeRowTable(*GPubJour);
+  GPubJour->setShowGrid(true);
   GPubJour->horizontalHeader()->setStretchLastSection(true);
-  GPubJour->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(6);
   const auto button = [&](const char* name) {
@@ -169,10 +162,7 @@ void DayGridFrame::Print() {
 
 void DayGridFrame::Arrange(double unit) {
   unit_ = unit;
-  GPubJour->setFont(Theme::Type(unit, 15));
-  GPubJour->horizontalHeader()->setFont(Theme::Type(unit, 13));
-  GPubJour->verticalHeader()->setDefaultSectionSize(QFontMetrics(GPubJour->font()).height() +
-                                                    Theme::Px(unit, 6));
+  ArrangeRowTable(*GPubJour, unit, 15, 6);
   for (int column = 0; column < kShownColumns; ++column) {
     const auto known = static_cast<size_t>(column);
     const int twips = known < kWidths.size() ? kWidths[known] : kElementWidth;

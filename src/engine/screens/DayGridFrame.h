@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-class QLabel;
 class QPushButton;
 class QTableView;
 

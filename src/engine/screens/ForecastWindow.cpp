@@ -11,6 +11,7 @@
 
 #include "engine/Forecast.h"
 #include "engine/MainScreenTexts.h"
+#include "engine/screens/RowTable.h"
 #include "engine/screens/Theme.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -82,13 +83,7 @@ void ForecastWindow::MakeControls() {
   ListPrevision->setObjectName(QStringLiteral("ListPrevision"));
   ListPrevision->setHorizontalHeaderLabels(
       {Word("ForecastAt"), Word("ForecastKind"), Word("ForecastWhat"), Word("ForecastLength")});
-  ListPrevision->verticalHeader()->hide();
-  ListPrevision->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  ListPrevision->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  ListPrevision->setSelectionBehavior(QAbstractItemView::SelectRows);
-  ListPrevision->setAlternatingRowColors(true);
-  ListPrevision->setShowGrid(false);
-  ListPrevision->setTabKeyNavigation(false);
+  MakeRowTable(*ListPrevision);
   ListPrevision->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
   ListPrevision->setColumnWidth(0, 90);
   ListPrevision->setColumnWidth(1, 110);

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "engine/screens/OnAirListModel.h"
+#include "engine/screens/RowTable.h"
 #include "engine/screens/Theme.h"
 
 namespace zemo {
@@ -73,19 +74,9 @@ OnAirListView::OnAirListView(OnAirListModel& model, OnAirListOrders orders, QWid
   setObjectName(QStringLiteral("PL"));
   setModel(&model);
   setItemDelegate(new KindBar(this));
-  setSelectionBehavior(QAbstractItemView::SelectRows);
-  setSelectionMode(QAbstractItemView::SingleSelection);
-  setEditTriggers(QAbstractItemView::NoEditTriggers);
-  setAlternatingRowColors(true);
-  setShowGrid(false);
-  setWordWrap(false);
-  setTabKeyNavigation(false);
-  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  MakeRowTable(*this);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  verticalHeader()->hide();
-  horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   horizontalHeader()->setMinimumSectionSize(20);
   for (size_t place = 0; place < kShown.size(); ++place)
     horizontalHeader()->moveSection(horizontalHeader()->visualIndex(kShown[place].column),
@@ -113,10 +104,7 @@ void OnAirListView::SelectRow(int row) {
 
 void OnAirListView::Arrange(double unit) {
   unit_ = unit;
-  const QFont type = Theme::Type(unit, 16);
-  setFont(type);
-  horizontalHeader()->setFont(Theme::Type(unit, 13));
-  verticalHeader()->setDefaultSectionSize(QFontMetrics(type).height() + Theme::Px(unit, 7));
+  ArrangeRowTable(*this, unit, 16, 7);
   const QFontMetrics heads(horizontalHeader()->font());
   const auto widthOf = [&](const Shown& shown) {
     const QString head =
