@@ -6,6 +6,7 @@
 // and errors.
 //
 // Usage: ScreenSoak [SECONDS] [FURTHER_CARDS_IN_THE_LIBRARY] [rest]
+// Above 32,767 cards a list that holds one of the later cannot be stored: that error is no fault.
 // With `rest` nobody touches the screen: what remains is the air's own.
 // On the display that the environment names, else on none (the offscreen platform).
 #include <sys/resource.h>
@@ -108,13 +109,13 @@ class Operator {
   void Step() {
     if (hand_.Busy()) return;
     const auto& [name, act] = steps_[next_];
+    if (QWidget* left = QApplication::activeModalWidget(); left && !InDialogue(name)) {
+      ++leftOpen_[left->objectName().toStdString()];
+      return hand_.Key(Qt::Key_Escape);
+    }
     next_ = (next_ + 1) % steps_.size();
     if (next_ == 0) ++rounds_;
     doing_ = name;
-    if (QWidget* left = QApplication::activeModalWidget(); left && !InDialogue(name)) {
-      ++leftOpen_[left->objectName().toStdString()];
-      hand_.Key(Qt::Key_Escape);
-    }
     act();
   }
   int Rounds() const { return rounds_; }
@@ -333,7 +334,8 @@ void TellCounts(const char* what, const std::map<std::string, int>& counts) {
   for (const auto& [text, count] : counts) std::printf("    %d x %s\n", count, text.c_str());
 }
 
-void Soak(const std::string& folder, int seconds, bool resting) {
+void Soak(zemo::ScreenApplication& application, const std::string& folder, int seconds,
+          bool resting) {
   zemo::ScreenMessageBoxes messages;
   zemo::ScreenKeyboard keyboard;
   SoakSystem system;
@@ -344,6 +346,7 @@ void Soak(const std::string& folder, int seconds, bool resting) {
       [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); });
   zemo::Station& station = real.station;
   if (!zemo::Form_Load(station)) std::abort();
+  application.onException = [&station] { zemo::LogCurrentException(station, "FrmZemo"); };
   zemo::WaveformReader waveforms(std::make_unique<zemo::SoundFileOpener>(),
                                  folder + "/machine/Peaks");
   zemo::ForecastProcess forecast(
@@ -386,6 +389,7 @@ void Soak(const std::string& folder, int seconds, bool resting) {
   steps.stop();
   answers.stop();
   station.events.SetSink(nullptr);
+  application.onException = nullptr;
 
   std::printf("%d s on the platform %s\n", seconds,
               QGuiApplication::platformName().toStdString().c_str());
@@ -415,13 +419,13 @@ int main(int argc, char** argv) {
   if (!IsSet("QT_QPA_PLATFORM") && !IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY"))
     qputenv("QT_QPA_PLATFORM", "offscreen");
   qInstallMessageHandler(Remark);
-  QApplication application(argc, argv);
+  zemo::ScreenApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   std::string folder = (std::filesystem::temp_directory_path() / "zemo-soak-XXXXXX").string();
   if (!mkdtemp(folder.data())) return 1;
   std::filesystem::create_directories(folder + "/machine");
   MakeStation(folder + "/station", cards);
-  Soak(folder, seconds, resting);
+  Soak(application, folder, seconds, resting);
   std::filesystem::remove_all(folder);
   return 0;
 }
