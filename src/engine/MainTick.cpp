@@ -384,12 +384,9 @@ void ServeBreaks(Station& station, const Moment& at) {
 // The exit point would come while a request holds the tick, if it walks through the library as long
 // as the last one: it waits for the next element then. One within a tick makes nobody late.
 bool RequestWouldDelayNext(const Station& station) {
-  const EngineState& engine = station.engine;
   const int64_t walkMs = station.requests.lastWalkMs;
   if (station.PL.Empty() || walkMs <= kTickMs) return false;
-  const double leftMs = static_cast<double>(engine.ElementLengthMs) - engine.ElementPositionMs -
-                        static_cast<double>(engine.MixPointMs);
-  return leftMs < static_cast<double>(walkMs + kTickMs);
+  return MsToExitPoint(station) < static_cast<double>(walkMs + kTickMs);
 }
 
 void FitEndOfHour(Station& station, const Moment& at) {
@@ -630,6 +627,12 @@ void RunTick(Station& station) {
 }
 
 }  // namespace
+
+double MsToExitPoint(const Station& station) {
+  const EngineState& engine = station.engine;
+  return static_cast<double>(engine.ElementLengthMs) - engine.ElementPositionMs -
+         static_cast<double>(engine.MixPointMs);
+}
 
 void MainTimer_Timer(Station& station) {
   EngineState& engine = station.engine;

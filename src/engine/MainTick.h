@@ -7,4 +7,8 @@ struct Station;
 
 void MainTimer_Timer(Station& station);
 
+// What is still to be read, as of the last tick, before the exit point of the element on air, in
+// milliseconds; below 0 behind it.
+double MsToExitPoint(const Station& station);
+
 }  // namespace zemo

@@ -121,7 +121,7 @@ void DayGridFrame::Connect() {
   connect(GPubJour, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { OpenElement(index.row() + 1, index.column()); });
   connect(BtnCopyPub, &QPushButton::clicked, this,
-          [this] { BtnCopyPub_Click(station_, SelectedRow(), orders_.selectedRow()); });
+          [this] { orders_.whenFree([this] { CopyBreak(); }); });
   connect(BtnImpressionPub, &QPushButton::clicked, this,
           [this] { orders_.whenFree([this] { Print(); }); });
   connect(BtnPubJourX, &QPushButton::clicked, this,
@@ -142,6 +142,10 @@ void DayGridFrame::OpenElement(int row, int column) {
   if (column < GridCol::kFirstElement || column > GridCol::kLastElement) return;
   const std::string file = station_.GPubJour.Cell(row, column + GridCol::kFileOffset);
   if (!file.empty() && station_.platform.soundFiles.Exists(file)) orders_.openSelector(file);
+}
+
+void DayGridFrame::CopyBreak() {
+  BtnCopyPub_Click(station_, SelectedRow(), orders_.selectedRow());
 }
 
 void DayGridFrame::Preview() {

@@ -54,6 +54,7 @@ class DayGridFrame : public QFrame {
  private:
   void MakeControls();
   void Connect();
+  void CopyBreak();
   void Preview();
   void Print();
   void OpenElement(int row, int column);

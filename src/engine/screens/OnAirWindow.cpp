@@ -21,6 +21,7 @@
 #include "engine/HourPip.h"
 #include "engine/LiveMode.h"
 #include "engine/MainScreenTexts.h"
+#include "engine/MainTick.h"
 #include "engine/NextUp.h"
 #include "engine/OperatorControls.h"
 #include "engine/OverlayButton.h"
@@ -47,6 +48,7 @@
 #include "platform/Waveforms.h"
 #include "station/Station.h"
 #include "store/ShortWait.h"
+#include "traffic/DayGridComposition.h"
 
 namespace zemo {
 
@@ -54,6 +56,9 @@ namespace {
 constexpr int kDrawMs = 40;
 constexpr int kObserveMs = 1000;
 constexpr int kAskAgainMs = 20;
+// Around an exit point no order begins that may take as long as storing a list does. Behind it the
+// next element begins with a tick; where it does not, nobody waits for it any longer.
+constexpr int kQuietBeforeMs = 500, kQuietBehindMs = 1000;
 constexpr int kSmallScreen = 1024;  // up to this width PL has the first of its two fixed widths
 constexpr int kSmallListWidth = 430;
 constexpr double kListShare = 620.0 / 1280;
@@ -119,7 +124,7 @@ void OnAirWindow::MakeParts() {
   bar_ = new ControlBar(station_,
                         {.toolbar = [this](Toolbar button) { PressToolbar(button); },
                          .next = [this] { CmdStop(station_); },
-                         .request = [this] { CmdRequette(station_); },
+                         .request = [this] { WhenFree([this] { CmdRequette(station_); }); },
                          .overlay = [this] { PlayOverlay(); },
                          .info = [this] { ShowShortcuts(); }},
                         centre);
@@ -211,6 +216,7 @@ void OnAirWindow::MakeMenus() {
       MenuOrders{
           .storedLists = [this] { PressToolbar(Toolbar::kLive); },
           .insertBreak = [this] { ShowGridForInsertion(); },
+          .composeGrid = [this] { WhenFree([this] { MakePubduJour(station_); }); },
           .printList = [this] { WhenFree([this] { PrintList(); }); },
           .forecast = [this] { OpenForecast(); },
           .password =
@@ -283,10 +289,12 @@ void OnAirWindow::ArrangeBody() {
 
 void OnAirWindow::resizeEvent(QResizeEvent* event) {
   QMainWindow::resizeEvent(event);
-  if (Theme::UnitFor(event->size()) != unit_)
-    Arrange();
-  else
-    ArrangeBody();
+  ArrangeBody();
+  // A new unit costs a tenth of a second.
+  if (Theme::UnitFor(event->size()) == unit_) return;
+  WhenFree([this] {
+    if (Theme::UnitFor(size()) != unit_) Arrange();
+  });
 }
 
 // --- drawing ---
@@ -392,8 +400,14 @@ bool OnAirWindow::Free() const {
   return !station_.engine.tickRunning && station_.engine.mainTimerHolds == 0;
 }
 
+bool OnAirWindow::ElementAboutToBegin() const {
+  if (!station_.engine.IsRunning || station_.PL.Empty()) return false;
+  const double leftMs = MsToExitPoint(station_);
+  return leftMs < kQuietBeforeMs && leftMs > -kQuietBehindMs;
+}
+
 void OnAirWindow::WhenFree(std::function<void()> order) {
-  if (Free()) return order();
+  if (Free() && !ElementAboutToBegin()) return order();
   QTimer::singleShot(kAskAgainMs, this,
                      [this, order = std::move(order)]() mutable { WhenFree(std::move(order)); });
 }

@@ -40,10 +40,11 @@ class OnAirWindow : public QMainWindow {
   void Refresh();  // draws the state, without a look at the base
   void Observe();  // once a second: health, and the pip of the next hour
 
-  // Runs an order that may ask the operator at a moment when no tick stands below it on the stack
-  // and waits for the answer; at once where that is now.
+  // Runs an order that may ask the operator, or that holds the tick for a while, at a moment when
+  // no tick stands below it on the stack and no element is about to begin; at once where that is
+  // now.
   void WhenFree(std::function<void()> order);
-  bool Free() const;
+  bool Free() const;  // no tick stands below
 
   void OpenForecast();
 
@@ -78,6 +79,7 @@ class OnAirWindow : public QMainWindow {
   void RefreshSaver();
   void RefreshSkeleton();
   void ShowLater();
+  bool ElementAboutToBegin() const;
   int64_t NowMs() const;
 
   Station& station_;

@@ -8,7 +8,6 @@
 #include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
 #include "station/Station.h"
-#include "traffic/DayGridComposition.h"
 
 namespace zemo {
 
@@ -55,7 +54,7 @@ ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
 
   Options_ = AddMenu(bar, "Options");
   AddToCome(Options_, "MnuRapport");
-  Add(Options_, "MakePubduJour", [this] { zemo::MakePubduJour(station_); });
+  Add(Options_, "MakePubduJour", [this] { orders_.composeGrid(); });
   Add(Options_, "MnuPrevision", [this] {
     orders_.forecast();
   })->setShortcut(QKeySequence(Qt::Key_F7));

@@ -13,7 +13,7 @@ namespace zemo {
 struct Station;
 
 struct MenuOrders {
-  std::function<void()> storedLists, insertBreak, printList, forecast, password, quit;
+  std::function<void()> storedLists, insertBreak, composeGrid, printList, forecast, password, quit;
 };
 
 class ScreenMenus {

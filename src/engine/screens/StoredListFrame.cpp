@@ -75,8 +75,10 @@ void StoredListFrame::MakeControls() {
   lists->chosen = [this](int item) {
     RecordActivity(station_);
     station_.screen.ComboPLS.index = item;
-    ComboPLS_Click(station_);
-    Refresh();
+    whenFree_([this] {
+      ComboPLS_Click(station_);
+      Refresh();
+    });
   };
   lists->Watch();
   ComboPLS = lists;
@@ -146,7 +148,7 @@ void StoredListFrame::Connect() {
   });
   connect(BtnSauve, &QPushButton::clicked, this, [this] {
     RecordActivity(station_);
-    BtnSauve_Click(station_);
+    whenFree_([this] { BtnSauve_Click(station_); });
   });
   connect(BtnNew, &QPushButton::clicked, this, [this] {
     RecordActivity(station_);

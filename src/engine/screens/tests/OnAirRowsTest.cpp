@@ -78,6 +78,22 @@ TEST_F(OnAirRows, OnlyAVoiceTrackWaitsForAFreeMomentToBeDeleted) {
   on.station.engine.tickRunning = false;
 }
 
+// On air since 100 ms, the first title has its exit point 1600 ms before the end of its 180 s: at
+// 178500 ms. The order stands until the next title has begun.
+TEST_F(OnAirRows, AnOrderThatHoldsTheTickWaitsForTheElementThatIsAboutToBegin) {
+  OpenWith(3);
+  Click("Toolbar1_2");
+  Click("Toolbar1_5");
+  Run(178200);
+  Click("BtnSauve");
+  QCoreApplication::processEvents();
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");
+  Run(1000);
+  ASSERT_EQ(on.Starts().size(), 2U) << on.Describe();
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return on.SqlText("SELECT COUNT(*) FROM Playlist") == "1"; }, 5000));
+}
+
 TEST_F(OnAirRows, TheVoiceTrackButtonFollowsTheRowAndTheMode) {
   OpenWith(2);
   Click("Toolbar1_2");
