@@ -235,15 +235,7 @@ constexpr Word kWords[] = {
     {"SkeletonNone", {"Pas de squelette : %1", "No skeleton: %1", "Sem esqueleto: %1", "Sin esqueleto: %1"}},
     // calendar
     {"CalendarTitle", {"Calendrier", "Calendar", "Calendário", "Calendario"}},
-    // lock
-    {"LockLabel", {"Mot de passe", "Password", "Palavra-passe", "Código secreto"}},
-    {"LockEnter", {"Entrez le mot de passe", "New Password", "Nova palavra-passe", "Nuevo código secreto"}},
-    {"LockNew", {"Nouveau mot de passe", "New Password", "Escrever nova palavra-passe", "Escribir nuevo código secreto"}},
-    {"LockHint",
-     {" Effacez le mot de passe pour désactiver la protection ",
-      " Delete password for disable protection ",
-      " Apague a palavra-passe para desactivar a protecção ",
-      " Borre el código secreto para desactivar la protección "}},
+    // buttons
     {"Ok", {"OK", "OK", "OK", "OK"}},
     {"Cancel", {"Annuler", "Cancel", "Cancelar", "Cancelar"}},
     {"Yes", {"Oui", "Yes", "Sim", "Sí"}},

@@ -6,18 +6,17 @@
 #include <QVBoxLayout>
 
 #include "engine/MainScreenTexts.h"
-#include "platform/Desktop.h"
-#include "settings/SideFiles.h"
+#include "settings/LockDialogue.h"
 #include "station/Station.h"
 
 namespace zemo {
 
 LockDialog::LockDialog(Station& station, int langue, QWidget* parent)
-    : QDialog(parent), station_(station), langue_(langue) {
+    : QDialog(parent), station_(station) {
   setObjectName(QStringLiteral("FrmPasseWord"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowModality(Qt::WindowModal);
-  const QString label = QString::fromStdString(ScreenWord("LockLabel", langue));
+  const QString label = QString::fromStdString(station.screen.PasseWord.Label);
   auto* layout = new QVBoxLayout(this);
   auto* heading = new QLabel(label, this);
   ChPasse = new QLineEdit(this);
@@ -34,28 +33,20 @@ LockDialog::LockDialog(Station& station, int langue, QWidget* parent)
   layout->addWidget(ChPasse);
   layout->addWidget(ok);
   setMinimumWidth(320);
-  if (station.lists.Locked)
-    setWindowTitle(QString::fromStdString(ScreenWord("LockEnter", langue)));
-  else
-    AskNew();
+  Refresh();
 }
 
-void LockDialog::AskNew() {
-  askingNew_ = true;
+void LockDialog::Refresh() {
   ChPasse->clear();
-  setWindowTitle(QString::fromStdString(ScreenWord("LockNew", langue_)));
-  station_.platform.messages.Show("Alerte", ScreenWord("LockHint", langue_), Buttons::kOk);
+  setWindowTitle(QString::fromStdString(station_.screen.PasseWord.Title));
 }
 
 void LockDialog::Ok() {
-  std::string typed = ChPasse->text().toStdString();
-  if (!askingNew_) {
-    // An empty text that is not the password leaves the lock on, as any other wrong one.
-    if (!LockOpensWith(station_, typed)) return accept();
-    return AskNew();
-  }
-  LSPasseWord(station_, "Save", typed);
-  accept();
+  PasseWordOk(station_, ChPasse->text().toStdString());
+  if (station_.screen.PasseWord.open)
+    Refresh();
+  else
+    accept();
 }
 
 }  // namespace zemo

@@ -1,4 +1,4 @@
-// The lock of the menus: the password is asked when locked, then a new one is; none unlocks.
+// The password's dialogue over the main screen: what screen.PasseWord asks, typed and masked.
 #pragma once
 
 #include <QDialog>
@@ -9,18 +9,16 @@ namespace zemo {
 
 struct Station;
 
-// Show it with open(). Deletes itself.
+// Show it with open(), after MnuPasseWord. Deletes itself.
 class LockDialog : public QDialog {
  public:
   LockDialog(Station& station, int langue, QWidget* parent);
 
  private:
   void Ok();
-  void AskNew();
+  void Refresh();
 
   Station& station_;
-  int langue_;
-  bool askingNew_ = false;
   QLineEdit* ChPasse;
 };
 

@@ -46,6 +46,7 @@
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
 #include "platform/Waveforms.h"
+#include "settings/LockDialogue.h"
 #include "station/Station.h"
 #include "store/ShortWait.h"
 #include "traffic/DayGridComposition.h"
@@ -213,15 +214,13 @@ void OnAirWindow::DeleteListRow(int64_t key) {
 void OnAirWindow::MakeMenus() {
   menus_ = std::make_unique<ScreenMenus>(
       station_, *menuBar(),
-      MenuOrders{
-          .storedLists = [this] { PressToolbar(Toolbar::kLive); },
-          .insertBreak = [this] { ShowGridForInsertion(); },
-          .composeGrid = [this] { WhenFree([this] { MakePubduJour(station_); }); },
-          .printList = [this] { WhenFree([this] { PrintList(); }); },
-          .forecast = [this] { OpenForecast(); },
-          .password =
-              [this] { WhenFree([this] { (new LockDialog(station_, langue_, this))->open(); }); },
-          .quit = [this] { close(); }});
+      MenuOrders{.storedLists = [this] { PressToolbar(Toolbar::kLive); },
+                 .insertBreak = [this] { ShowGridForInsertion(); },
+                 .composeGrid = [this] { WhenFree([this] { MakePubduJour(station_); }); },
+                 .printList = [this] { WhenFree([this] { PrintList(); }); },
+                 .forecast = [this] { OpenForecast(); },
+                 .password = [this] { WhenFree([this] { AskPassword(); }); },
+                 .quit = [this] { close(); }});
 }
 
 void OnAirWindow::LayOut() {
@@ -418,6 +417,11 @@ void OnAirWindow::PressToolbar(Toolbar button) {
   Refresh();
   if (button == Toolbar::kAutomatic) list_->setFocus();
   if (button == Toolbar::kDayGrid) grid_->TakeFocus();
+}
+
+void OnAirWindow::AskPassword() {
+  MnuPasseWord(station_);
+  (new LockDialog(station_, langue_, this))->open();
 }
 
 void OnAirWindow::ShowGridForInsertion() {

@@ -67,6 +67,7 @@ class OnAirWindow : public QMainWindow {
   void Arrange();
   void ArrangeBody();
   void PressToolbar(Toolbar button);
+  void AskPassword();
   void ShowGridForInsertion();
   void EnterLive();
   void PlayOverlay();

@@ -88,9 +88,8 @@ void ScreenMenus::SetTexts(int langue) {
 
 void ScreenMenus::Refresh() {
   const MainScreen& screen = station_.screen;
-  const bool locked = station_.lists.Locked;
-  MnuEdit_->menuAction()->setEnabled(!locked);
-  MnuPasseWord_->setChecked(locked);
+  MnuEdit_->menuAction()->setEnabled(screen.MnuEditEnabled);
+  MnuPasseWord_->setChecked(screen.MnuPasseWordChecked);
   MnuPlaylist_->setEnabled(screen.MnuPlaylistEnabled);
   MnuImprime_->setEnabled(screen.MnuImprimeEnabled);
   MnuStartStop_->setChecked(station_.engine.MnuStartStop);
