@@ -10,6 +10,7 @@
 #include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
 #include "engine/screens/Theme.h"
+#include "engine/screens/Translation.h"
 #include "station/Station.h"
 
 namespace zemo {
@@ -28,11 +29,6 @@ constexpr Button kButtons[] = {{Toolbar::kAutomatic, "Toolbar1_1", "1", "tip1", 
                                {Toolbar::kDayGrid, "Toolbar1_3", "3", "tip3", "F4"},
                                {Toolbar::kStart, "Toolbar1_5", "5", "tip5", nullptr},
                                {Toolbar::kStop, "Toolbar1_6", "6", "tip6", nullptr}};
-
-QString WithKey(const std::string& tip, const QString& key) {
-  const QString text = QString::fromStdString(tip);
-  return key.isEmpty() ? text : text + QStringLiteral(" (") + key + QStringLiteral(")");
-}
 
 }  // namespace
 
@@ -107,10 +103,8 @@ void ControlBar::SetTexts(int langue) {
   for (const Button& button : kButtons) {
     QToolButton* tool = toolbar_[static_cast<size_t>(button.button)];
     tool->setText(QString::fromStdString(TextOf("Toolbar1", button.item, langue)));
-    tool->setToolTip(
-        WithKey(TextOf("Toolbar1", button.tip, langue), tool->property("keys").toString()));
     tool->setAccessibleName(tool->text());
-    tool->setAccessibleDescription(tool->toolTip());
+    SetTip(*tool, QString::fromStdString(TextOf("Toolbar1", button.tip, langue)));
   }
 }
 
@@ -151,10 +145,7 @@ void ControlBar::Refresh() {
 
 void ControlBar::ShowOverlay(bool playable, const std::string& tip) {
   BtnSurImpression->setEnabled(playable);
-  const QString withKey = WithKey(tip, BtnSurImpression->property("keys").toString());
-  if (BtnSurImpression->toolTip() == withKey) return;
-  BtnSurImpression->setToolTip(withKey);
-  BtnSurImpression->setAccessibleDescription(withKey);
+  SetTip(*BtnSurImpression, QString::fromStdString(tip));
 }
 
 void ControlBar::ShowVoiceTrack(bool visible) {

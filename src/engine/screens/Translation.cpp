@@ -19,22 +19,9 @@ void SetText(QObject* control, const QString& text) {
   if (auto* label = qobject_cast<QLabel*>(control)) return label->setText(text);
   auto* button = qobject_cast<QAbstractButton*>(control);
   if (!button) return;
-  const QKeySequence keys = button->shortcut();
   button->setText(text);
-  button->setShortcut(keys);  // a new text takes the shortcut away
   QString plain = text;
   button->setAccessibleName(plain.remove(u'&'));
-}
-
-void SetTip(QObject* control, const QString& tip) {
-  auto* widget = qobject_cast<QWidget*>(control);
-  if (!widget) return;
-  const QString keys = control->property("keys").toString();
-  widget->setToolTip(keys.isEmpty() ? tip : QStringLiteral("%1 (%2)").arg(tip, keys));
-  widget->setAccessibleDescription(widget->toolTip());
-  // A label's name is its text.
-  if (widget->accessibleName().isEmpty() && !qobject_cast<QLabel*>(control))
-    widget->setAccessibleName(tip.trimmed());
 }
 
 void SetItem(QObject* control, int item, const QString& text) {
@@ -45,17 +32,28 @@ void SetItem(QObject* control, int item, const QString& text) {
 void Apply(QObject* control, const QString& property, const QString& text) {
   bool number = false;
   const int item = property.toInt(&number);
-  if (number)
-    SetItem(control, item, text);
-  else if (property == QStringLiteral("text"))
-    SetText(control, text);
-  else if (property == QStringLiteral("tip"))
-    SetTip(control, text);
-  else if (property == QStringLiteral("name") && qobject_cast<QWidget*>(control))
-    qobject_cast<QWidget*>(control)->setAccessibleName(text);
+  if (number) return SetItem(control, item, text);
+  if (property == QStringLiteral("text")) return SetText(control, text);
+  auto* widget = qobject_cast<QWidget*>(control);
+  if (!widget) return;
+  if (property == QStringLiteral("tip"))
+    SetTip(*widget, text);
+  else if (property == QStringLiteral("name"))
+    widget->setAccessibleName(text);
 }
 
 }  // namespace
+
+void SetTip(QWidget& control, const QString& tip) {
+  const QString keys = control.property("keys").toString();
+  const QString whole = keys.isEmpty() ? tip : QStringLiteral("%1 (%2)").arg(tip, keys);
+  if (control.toolTip() == whole && control.accessibleDescription() == whole) return;
+  control.setToolTip(whole);
+  control.setAccessibleDescription(whole);
+  // A label's name is its text.
+  if (control.accessibleName().isEmpty() && !qobject_cast<QLabel*>(&control))
+    control.setAccessibleName(tip.trimmed());
+}
 
 void ApplyTexts(QObject& screen, int langue) {
   for (const ScreenText& row : MainScreenTexts()) {

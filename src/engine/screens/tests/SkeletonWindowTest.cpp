@@ -351,6 +351,15 @@ TEST_F(SkeletonScreen, EveryControlIsReachedByTabAndHasANameAndATip) {
     EXPECT_FALSE(day->shortcut().isEmpty());
 }
 
+TEST_F(SkeletonScreen, TheLettersMarkedOnItsButtonsWorkThem) {
+  OpenDialogue();
+  for (const char* name : {"Redondance", "BtnOk", "BtnCancel"}) {
+    const auto* button = Part<QAbstractButton>(name);
+    EXPECT_FALSE(button->shortcut().isEmpty()) << name;
+    EXPECT_EQ(button->shortcut(), QKeySequence::mnemonic(button->text())) << name;
+  }
+}
+
 // --- four languages, four sizes ---
 
 // Texts of the dialogue that do not fit.
