@@ -22,9 +22,15 @@ OnAirRow& OnAirList::Add(Cells cells) {
   return Insert(Count() + 1, std::move(cells));
 }
 
+namespace {
+// Where a row numbered so goes in: before that row, past the end at the end.
+auto PlaceOf(std::vector<OnAirRow>& rows, int row) {
+  return rows.begin() + std::clamp<std::ptrdiff_t>(row - 1, 0, std::ssize(rows));
+}
+}  // namespace
+
 OnAirRow& OnAirList::Insert(int row, Cells cells) {
-  auto at = row > Count() ? rows_.end() : rows_.begin() + (row < 1 ? 0 : row - 1);
-  return *rows_.insert(at, OnAirRow{std::move(cells), nextKey_++});
+  return *rows_.insert(PlaceOf(rows_, row), OnAirRow{std::move(cells), nextKey_++});
 }
 
 // In one go: hundreds of rows, each moving all behind it, would hold the air up.
@@ -32,8 +38,8 @@ void OnAirList::InsertAll(int row, std::vector<Cells> cells) {
   std::vector<OnAirRow> added;
   added.reserve(cells.size());
   for (Cells& one : cells) added.push_back({std::move(one), nextKey_++});
-  const auto at = row > Count() ? rows_.end() : rows_.begin() + (row < 1 ? 0 : row - 1);
-  rows_.insert(at, std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
+  rows_.insert(PlaceOf(rows_, row), std::make_move_iterator(added.begin()),
+               std::make_move_iterator(added.end()));
 }
 
 void OnAirList::Remove(int row) {

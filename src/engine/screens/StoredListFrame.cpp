@@ -28,11 +28,8 @@ constexpr const char* kOptions[] = {"ON", "ON-P", "OFF", "OFF-P"};
 // also chooses at Return, when it loses the keyboard and at each turn of the wheel.
 class ListBox : public QComboBox {
  public:
-  using QComboBox::QComboBox;
-  std::function<void(int)> chosen;
-
-  void Watch() {
-    connect(this, &QComboBox::activated, this, [this](int item) {
+  ListBox(std::function<void(int)> chosen, QWidget* parent) : QComboBox(parent) {
+    connect(this, &QComboBox::activated, this, [this, chosen = std::move(chosen)](int item) {
       if (opened_) chosen(item);
     });
   }
@@ -71,17 +68,7 @@ StoredListFrame::StoredListFrame(Station& station,
 }
 
 void StoredListFrame::MakeControls() {
-  auto* lists = new ListBox(this);
-  lists->chosen = [this](int item) {
-    RecordActivity(station_);
-    station_.screen.ComboPLS.index = item;
-    whenFree_([this] {
-      ComboPLS_Click(station_);
-      Refresh();
-    });
-  };
-  lists->Watch();
-  ComboPLS = lists;
+  ComboPLS = new ListBox([this](int item) { ChooseList(item); }, this);
   ComboPLS->setObjectName(QStringLiteral("ComboPLS"));
   ComboPLS->setEditable(true);
   ComboPLS->setInsertPolicy(QComboBox::NoInsert);
@@ -209,6 +196,15 @@ void StoredListFrame::Refresh() {
   const QString code = QString::number(screen.LblCodePL);
   if (LblCodePL->text() != code) LblCodePL->setText(code);
   BtnSauve->setEnabled(screen.BtnSauveEnabled);
+}
+
+void StoredListFrame::ChooseList(int item) {
+  RecordActivity(station_);
+  station_.screen.ComboPLS.index = item;
+  whenFree_([this] {
+    ComboPLS_Click(station_);
+    Refresh();
+  });
 }
 
 // Without a chosen list the key is the text's.

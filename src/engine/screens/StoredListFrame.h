@@ -31,6 +31,7 @@ class StoredListFrame : public QFrame {
   void LayOut();
   void Connect();
   void FillItems();
+  void ChooseList(int item);
   bool DeleteKey();
   void OpenCalendar();
   void SetDate(const QString& text);
