@@ -1,8 +1,8 @@
 #include "engine/Forecast.h"
 
-#include <algorithm>
 #include <cmath>
 
+#include "engine/NextUp.h"
 #include "library/OnAirRows.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -48,7 +48,7 @@ LocalDateTime NextTransition(const Station& station) {
   const EngineState& engine = station.engine;
   LocalDateTime now = WholeSeconds(station.Now());
   if (!engine.IsRunning) return now;
-  const double untilMs = std::max(0.0, static_cast<double>(engine.RemainingMs) - engine.MixPointMs);
+  const auto untilMs = static_cast<double>(MsToNextStart(engine));
   constexpr double kDaySec = 86400;
   return WholeSeconds(FromDateSerial(DateSerial(now) + std::round(untilMs / 1000) / kDaySec));
 }

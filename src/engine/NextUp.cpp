@@ -31,9 +31,7 @@ void FindElement(const Station& station, const LocalDateTime& now, NextUp& next)
   next.elementTitle = TitleLine(row->cells);
   const EngineState& engine = station.engine;
   if (!engine.IsRunning) return;
-  const int64_t untilMs = std::max<int64_t>(
-      0, engine.RemainingMs - static_cast<int64_t>(static_cast<float>(engine.MixPointMs)));
-  next.elementAt = ClockText((SecondOfDay(now) * 1000LL + untilMs) % kDayMs);
+  next.elementAt = ClockText((SecondOfDay(now) * 1000LL + MsToNextStart(engine)) % kDayMs);
 }
 
 void FindBreak(const Station& station, const LocalDateTime& now, NextUp& next) {
@@ -58,6 +56,11 @@ void FindPipTime(const LocalDateTime& now, NextUp& next) {
 }
 
 }  // namespace
+
+int64_t MsToNextStart(const EngineState& engine) {
+  return std::max<int64_t>(
+      0, engine.RemainingMs - static_cast<int64_t>(static_cast<float>(engine.MixPointMs)));
+}
 
 NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour) {
   NextUp next;

@@ -8,6 +8,7 @@
 
 namespace zemo {
 
+struct EngineState;
 struct Station;
 
 // Times of day "hh:mm:ss", of breaks "hh:mm"; countdowns in whole seconds, -1 where nothing is to
@@ -23,6 +24,9 @@ struct NextUp {
   std::string pipAt;  // empty: no pip at the next hour
   int pipInSec = -1;
 };
+
+// Until the first row of PL takes the air, as it is heard; 0 behind the exit point.
+int64_t MsToNextStart(const EngineState& engine);
 
 // Looks only at the state, never at the base; `pipAtNextHour` is what FindPip said.
 NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour);
