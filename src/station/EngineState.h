@@ -115,6 +115,8 @@ struct EngineState {
   std::deque<UnwrittenRow> unwrittenRows;
   int64_t unwrittenRetryMs = 0;  // monotonic; not tried before
 
+  int64_t baseLookMs = 0;  // monotonic; whether the base is lost is not looked at before
+
   // --- the tick ---
   std::unique_ptr<LoopTimer> MainTimer;  // 100 ms; made by Form_Load
   int mainTimerHolds = 0;                // see MainTimerHold
