@@ -55,7 +55,7 @@ int RunOnAir(const CommandLine& line) {
   display.Finish();
   station.events.SetSink(nullptr);
   Quitter(station);
-  return 0;
+  return EndStatus(station);
 }
 
 }  // namespace zemo

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cstdio>
 #include <utility>
 
 #include "app/RealStation.h"
@@ -37,6 +38,14 @@ void RunEnd::Ask() {
   asked_ = true;
   StartStopZemoRadio(real_.station, false);
   if (!Drained(real_.station)) told_.draining();
+}
+
+int EndStatus(const Station& station) {
+  const auto& kept = station.engine.kept;
+  if (kept.writes.empty()) return 0;
+  std::fprintf(stderr, "zemoradio: the base could not take %zu rows: %s\n", kept.writes.size(),
+               kept.journalBehind ? "they are lost" : "they are written at the next start");
+  return 1;
 }
 
 // Whatever routine waits below this one on the stack is not gone back to.

@@ -8,6 +8,7 @@
 namespace zemo {
 
 class RealStation;
+struct Station;
 
 class RunEnd {
  public:
@@ -32,5 +33,9 @@ class RunEnd {
   Told told_;
   bool asked_ = false;
 };
+
+// The exit status of a station that was left in order: 0, or 1 with a line on standard error where
+// the base could not take all that was aired.
+int EndStatus(const Station& station);
 
 }  // namespace zemo

@@ -143,7 +143,7 @@ int OpenScreen(const CommandLine& line) {
   watch->SetEnabled(true);
   real.loop.Run();
   if (!left) Quitter(station);
-  return 0;
+  return EndStatus(station);
 }
 
 }  // namespace zemo

@@ -13,8 +13,8 @@
 #include "library/OnAirRows.h"
 #include "platform/Folder.h"
 #include "platform/SoundSource.h"
+#include "reports/AirWrites.h"
 #include "reports/BroadcastReport.h"
-#include "reports/RollingReport.h"
 #include "scheduling/JingleSelection.h"
 #include "settings/ExtractMarks.h"
 #include "settings/NowPlaying.h"
@@ -23,7 +23,6 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
-#include "station/UnwrittenRows.h"
 #include "store/SeekCode.h"
 #include "store/StoreError.h"
 #include "traffic/BreakInsertion.h"
@@ -62,7 +61,7 @@ void ServePlaylistMarker(Station& station, int32_t code) {
     report.GENRE = "PLAYLIST";
     report.AUTEUR = row[Col::kText];
     report.TITRE = row[Col::kSecond];
-    WriteOrKeep(station, kRoutine, [report](Station& s) { AppendReportRow(s, report); });
+    WriteOrKeep(station, {.row = report, .where = kRoutine});
   }
   if (code == Element::kStartPlaylist) {
     engine.PlaylistRunning = true;
@@ -221,33 +220,6 @@ bool CycleWouldOverflow(Station& station) {
 
 // --- after the overlap ---
 
-// DIFFUSION01 to 08 move down one place; the newest holds `moment`.
-void UpdateCard(Station& station, int32_t code, const LocalDateTime& moment) {
-  Recordset& card = *station.base.Tables().Discotheque;
-  if (!SeekCode(card, code)) return;
-  card.Edit();
-  for (int n = 8; n >= 2; --n)
-    card.Set("DIFFUSION" + TwoDigits(n), card.Field("DIFFUSION" + TwoDigits(n - 1)));
-  card.Set("DIFFUSION01", DateText(moment) + " à " + TimeText(moment).substr(0, 5));
-  card.Set("LASTDIFF", DateSerial(WholeSeconds(moment)));
-  card.Update();
-}
-
-void ReportMusic(Station& station, int32_t code, const ReportRow& begun) {
-  Recordset& card = *station.base.Tables().Discotheque;
-  if (!SeekCode(card, code)) return;
-  ReportRow row = begun;
-  row.AUTEURCOMPOSITEUR = card.Text("AUTEURCOMPOSITEUR");
-  row.AUTEUR = card.Text("AUTEUR");
-  row.TITRE = card.Text("TITRE");
-  row.GENRE = card.Text("GENRE");
-  row.VARIETE = card.Text("VARIETE");
-  row.LABEL = card.Text("LABEL");
-  row.REFERENCE = card.Text("REFERENCE");
-  InsertReportRow(station, row);
-  ExportRapport(station);
-}
-
 void ShowComment(MainScreen& screen, const std::string& comment) {
   if (comment.empty()) return;
   screen.LblInfo = std::string(20, ' ') + UpperLatin(comment);
@@ -280,57 +252,68 @@ float RowExitMs(Station& station, Cnf::Field fallback) {
                                        : static_cast<double>(station.base.CnfInt(fallback)));
 }
 
-// What outside programs are told of a music title.
-struct MusicNews {
-  bool cardFound = false;
+// What a music title's card says of it.
+struct MusicCard {
+  bool found = false;
+  int64_t exitMs = 0;  // 0: the setting's
+  int32_t introSec = 0;
   std::string artist, title, file, comment;
 };
 
-MusicNews FollowUpMusic(Station& station, int32_t code) {
-  EngineState& engine = station.engine;
+MusicCard ReadMusicCard(Station& station, int32_t code) {
   Recordset& card = *station.base.Tables().Discotheque;
-  MusicNews news;
-  if (!SeekCode(card, code)) {
+  if (!SeekCode(card, code)) return {};
+  return {true,
+          card.Int("POINTSORTIE"),
+          static_cast<int32_t>(card.Int("INTRO")),
+          card.Text("AUTEUR"),
+          card.Text("TITRE"),
+          card.Text("FILENAME"),
+          Trim(card.Text("COMMENTAIRE"))};
+}
+
+void WriteMusic(Station& station, AirWrite::Kind kind, int32_t code, const ReportRow& begun) {
+  WriteOrKeep(station, {.kind = kind, .code = code, .row = begun, .where = kRoutine});
+}
+
+// Without its card a title has neither introduction nor comment, and the exit point of its row;
+// what was played is marked and reported all the same, as soon as the base can be reached.
+MusicCard FollowUpUnreadMusic(Station& station, int32_t code, const StoreError& error) {
+  LogError(station, kRoutine, error.Number(), error.what());
+  station.engine.IntroLengthSec = 0;
+  station.engine.MixPointMs = RowExitMs(station, Cnf::kPmixDef);
+  const ReportRow begun = NewReportRow(station);
+  WriteMusic(station, AirWrite::Kind::kTitlePlayed, code, begun);
+  if (!station.engine.ReportsDisabled)
+    WriteMusic(station, AirWrite::Kind::kMusicReport, code, begun);
+  return {};
+}
+
+// The exit point first: whatever fails behind it must not leave the old element's.
+MusicCard FollowUpMusic(Station& station, int32_t code) {
+  EngineState& engine = station.engine;
+  MusicCard card;
+  try {
+    card = ReadMusicCard(station, code);
+  } catch (const StoreError& error) {
+    return FollowUpUnreadMusic(station, code, error);
+  }
+  if (!card.found) {
     engine.IntroLengthSec = 0;
     engine.MixPointMs = static_cast<float>(station.base.CnfInt(Cnf::kPmixDef));
-    return news;
+    return card;
   }
-  const ReportRow begun = NewReportRow(station);
-  const int64_t exitMs = card.Int("POINTSORTIE");
-  const auto introSec = static_cast<int32_t>(card.Int("INTRO"));
-  news = {true, card.Text("AUTEUR"), card.Text("TITRE"), card.Text("FILENAME"),
-          Trim(card.Text("COMMENTAIRE"))};
-
-  const LocalDateTime moment = station.Now();
-  WriteOrKeep(station, kRoutine, [code, moment](Station& s) { UpdateCard(s, code, moment); });
   if (engine.FittingActive)
     engine.MixPointMs = static_cast<float>(Val(FirstRow(station)[Col::kExitMs]));
   else
     engine.MixPointMs =
-        static_cast<float>(exitMs > 0 ? exitMs : station.base.CnfInt(Cnf::kPmixDef));
-  ShowComment(station.screen, news.comment);
-  BeginIntro(station, code, introSec);
-  if (!engine.ReportsDisabled)
-    WriteOrKeep(station, kRoutine, [code, begun](Station& s) { ReportMusic(s, code, begun); });
-  return news;
-}
-
-// A base that cannot even be read now must not leave the old element's exit point behind.
-MusicNews FollowUpMusicOrKeep(Station& station, int32_t code) {
-  try {
-    return FollowUpMusic(station, code);
-  } catch (const StoreError& error) {
-    if (error.Number() != kErrLocked) throw;
-    LogError(station, kRoutine, error.Number(), error.what());
-  }
-  station.engine.IntroLengthSec = 0;
-  station.engine.MixPointMs = RowExitMs(station, Cnf::kPmixDef);
-  const LocalDateTime moment = station.Now();
+        static_cast<float>(card.exitMs > 0 ? card.exitMs : station.base.CnfInt(Cnf::kPmixDef));
   const ReportRow begun = NewReportRow(station);
-  WriteOrKeep(station, kRoutine, [code, moment](Station& s) { UpdateCard(s, code, moment); });
-  if (!station.engine.ReportsDisabled)
-    WriteOrKeep(station, kRoutine, [code, begun](Station& s) { ReportMusic(s, code, begun); });
-  return {};
+  WriteMusic(station, AirWrite::Kind::kTitlePlayed, code, begun);
+  ShowComment(station.screen, card.comment);
+  BeginIntro(station, code, card.introSec);
+  if (!engine.ReportsDisabled) WriteMusic(station, AirWrite::Kind::kMusicReport, code, begun);
+  return card;
 }
 
 void FollowUpOther(Station& station, const Incoming& element) {
@@ -339,8 +322,8 @@ void FollowUpOther(Station& station, const Incoming& element) {
   switch (element.code) {
     case Element::kJingle:
       report.GENRE = "JINGLE";
-      report.AUTEURCOMPOSITEUR = FindJingleCompositeur(station, element.file);
       engine.MixPointMs = RowExitMs(station, Cnf::kPmixJingles);
+      report.AUTEURCOMPOSITEUR = FindJingleCompositeur(station, element.file);
       break;
     case Element::kSpot:
     case Element::kNews:
@@ -367,7 +350,7 @@ void FollowUpOther(Station& station, const Incoming& element) {
   if (engine.ReportsDisabled) return;
   report.AUTEUR = FirstRow(station)[Col::kText];
   report.TITRE = FirstRow(station)[Col::kSecond];
-  WriteOrKeep(station, kRoutine, [report](Station& s) { AppendReportRow(s, report); });
+  WriteOrKeep(station, {.row = report, .where = kRoutine});
 }
 
 void ShowExitPoint(Station& station) {
@@ -378,12 +361,12 @@ void ShowExitPoint(Station& station) {
   station.screen.VuMettrePercent = 0;
 }
 
-void TellOutside(Station& station, int32_t code, const MusicNews& news) {
+void TellOutside(Station& station, int32_t code, const MusicCard& card) {
   const auto& page = station.lists.Internet;
-  if (page.on && news.cardFound)
-    SaveInfoRealAudio(station, news.artist + page.separator + news.title, news.file);
+  if (page.on && card.found)
+    SaveInfoRealAudio(station, card.artist + page.separator + card.title, card.file);
   if (code > 0) {
-    SaveDonnes_Associees(station, news.comment);
+    SaveDonnes_Associees(station, card.comment);
     SurveilleNewBase(station);
   }
 }
@@ -418,13 +401,13 @@ void PlayElement(Station& station, Incoming element) {
   if (sound.State() != OutputState::kStarted) sound.Start();
   station.WatchSilence();
 
-  MusicNews news;
+  MusicCard card;
   if (element.code > 0)
-    news = FollowUpMusicOrKeep(station, element.code);
+    card = FollowUpMusic(station, element.code);
   else
     FollowUpOther(station, element);
   ShowExitPoint(station);
-  TellOutside(station, element.code, news);
+  TellOutside(station, element.code, card);
   station.events.OnAir(element.code, station.engine.MixPointMs, station.engine.IntroLengthSec);
 }
 

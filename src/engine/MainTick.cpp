@@ -24,6 +24,7 @@
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
 #include "platform/SoundSource.h"
+#include "reports/AirWrites.h"
 #include "scheduling/EndOfHourFitting.h"
 #include "scheduling/JingleSelection.h"
 #include "scheduling/PercentageRequest.h"
@@ -33,7 +34,6 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
-#include "station/UnwrittenRows.h"
 #include "store/StoreError.h"
 #include "traffic/BreakInsertion.h"
 #include "traffic/DayGridComposition.h"
@@ -49,6 +49,7 @@ constexpr float kMinuteGuardSec = 60;
 constexpr int64_t kSameErrorMs = 60000;
 constexpr int64_t kGridRetryMs = 10000;
 constexpr int64_t kBaseLookMs = 2000;
+constexpr double kAwayFromExitMs = 1000;
 constexpr int64_t kTickMs = 100;
 
 // The moment of the tick, read once and again after whatever may have waited.
@@ -595,7 +596,16 @@ void ServeScreenSaver(Station& station) {
     DeclencheVeille(station);
 }
 
-// A share that came back, a file that was replaced: until then the air goes on by what is in memory.
+// A commit waits for the disk: not where an element is about to begin.
+void WriteKept(Station& station) {
+  if (station.engine.IsRunning && !NothingOnAir(station) &&
+      MsToExitPoint(station) < kAwayFromExitMs)
+    return;
+  WriteKeptSlice(station);
+}
+
+// A share that came back, a file that was replaced: until then the air goes on by what is in
+// memory.
 void OpenBaseAgain(Station& station) {
   EngineState& engine = station.engine;
   const int64_t nowMs = station.platform.clock.MonotonicMs();
@@ -605,7 +615,8 @@ void OpenBaseAgain(Station& station) {
   try {
     if (station.base.OpenAgainIfLost()) station.events.Base("opened");
   } catch (const StoreError& error) {
-    if (!LoggedLately(station, error.what(), kSameErrorMs)) LogCurrentException(station, "MainTimer");
+    if (!LoggedLately(station, error.what(), kSameErrorMs))
+      LogCurrentException(station, "MainTimer");
   }
 }
 
@@ -638,7 +649,7 @@ void RunTick(Station& station) {
   DecideStart(station);       // 19
   StartNext(station, at);     // 20
   ServeScreenSaver(station);  // 21
-  WriteKeptRows(station);
+  WriteKept(station);
   OpenBaseAgain(station);
 }
 

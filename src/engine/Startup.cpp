@@ -12,12 +12,12 @@
 #include "platform/Folder.h"
 #include "platform/Joystick.h"
 #include "platform/LocalValues.h"
+#include "reports/AirWrites.h"
 #include "settings/SerialInput.h"
 #include "settings/SideFiles.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
-#include "station/UnwrittenRows.h"
 #include "traffic/DayGridComposition.h"
 
 namespace zemo {
@@ -186,6 +186,7 @@ bool Form_Load(Station& station) {
   SetSideFileNames(station);
   LoadMachineState(station);
   OpenTables(station);
+  TakeUpKeptWrites(station);
   ResetScreen(station);
   ConfigureSound(station);
   station.engine.LastDay = station.Now().day;
@@ -216,7 +217,7 @@ bool Form_QueryUnload(Station& station) {
 bool Quitter(Station& station) {
   if (station.engine.IsRunning) return false;
   station.base.Waiting().LetEachWait(kBusyTimeoutMs);
-  WriteKeptRowsAtTheEnd(station);
+  WriteKeptAtTheEnd(station);
   station.engine.MainTimer.reset();
   station.base.Close();
   station.Sound().Stop();

@@ -13,13 +13,13 @@
 #include "engine/ElementPlayback.h"
 #include "engine/StartStop.h"
 #include "platform/Desktop.h"
+#include "reports/AirWrites.h"
 #include "reports/BroadcastReport.h"
 #include "scheduling/JingleSelection.h"
 #include "scheduling/PercentageRequest.h"
 #include "settings/SideFiles.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
-#include "station/UnwrittenRows.h"
 
 namespace zemo {
 
@@ -35,7 +35,7 @@ void ReportSatellite(Station& station) {
   report.AUTEUR = "DEBUT INFO SAT";
   report.TITRE = "DEBUT INFO SAT";
   report.GENRE = "INFO SAT";
-  WriteOrKeep(station, "BeginSatellite", [report](Station& s) { AppendReportRow(s, report); });
+  WriteOrKeep(station, {.row = report, .where = "BeginSatellite"});
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ ReportRow NewReportRow(const Station& station) {
   return row;
 }
 
-void AppendReportRow(Station& station, ReportRow row) {
+ReportRow AppendReportRow(Station& station, ReportRow row) {
   Recordset& rapport = *station.base.Tables().Rapport;
   rapport.AddNew();
   rapport.Set("LADATE", row.LADATE);
@@ -29,10 +29,10 @@ void AppendReportRow(Station& station, ReportRow row) {
   rapport.Set("LABEL", row.LABEL);
   rapport.Update();
   row.CODE = station.base.Db().LastInsertCode();
-  station.events.Report(row);
+  return row;
 }
 
-void InsertReportRow(Station& station, ReportRow row) {
+ReportRow InsertReportRow(Station& station, ReportRow row) {
   Database& db = station.base.Db();
   const std::string separator = "','";
   std::string sql =
@@ -44,11 +44,9 @@ void InsertReportRow(Station& station, ReportRow row) {
                                    &row.VARIETE, &row.LABEL, &row.REFERENCE})
     sql += separator + SqlQuoted(*field);
   sql += "', " + SqlNumber(row.DATENUM) + ")";
-  Transaction transaction(db);
   db.Execute(sql);
-  transaction.Commit();
   row.CODE = db.LastInsertCode();
-  station.events.Report(row);
+  return row;
 }
 
 }  // namespace zemo

@@ -10,9 +10,10 @@ struct Station;
 // The row's date, time and DATENUM for now; the other fields empty.
 ReportRow NewReportRow(const Station& station);
 
+// Write the row and return it with its CODE; throw StoreError.
 // By table cursor: markers, jingles, spots, news, pips and other short elements.
-void AppendReportRow(Station& station, ReportRow row);
-// By query in a transaction: music.
-void InsertReportRow(Station& station, ReportRow row);
+ReportRow AppendReportRow(Station& station, ReportRow row);
+// By query: music.
+ReportRow InsertReportRow(Station& station, ReportRow row);
 
 }  // namespace zemo

@@ -10,11 +10,12 @@
 #include "library/OnAirRows.h"
 #include "platform/SoundChain.h"
 #include "platform/SoundSource.h"
+#include "reports/AirWrites.h"
+#include "reports/BroadcastReport.h"
 #include "scheduling/HourFilter.h"
 #include "station/Overlay.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
-#include "station/UnwrittenRows.h"
 #include "store/SeekCode.h"
 
 namespace zemo {
@@ -50,20 +51,14 @@ struct Search {
   std::string detail;
 };
 
-using Cursor = std::unique_ptr<Recordset> TableCursors::*;
-
 // The pick is in the list or on slot 2 already: a base that cannot take its mark now gets it later.
-void MarkPlayed(Station& station, const Search& search, Cursor cursor, const Recordset& pick) {
-  const int64_t code = pick.Int("CODE");
-  const double moment = DateSerial(WholeSeconds(station.Now()));
-  const auto mark = [cursor, code, moment](Station& s) {
-    Recordset& table = *(s.base.Tables().*cursor);
-    if (!SeekCode(table, code)) return;
-    table.Edit();
-    table.Set("LASTDIFF", moment);
-    table.Update();
-  };
-  WriteOrKeep(station, search.routine, mark, search.detail);
+void MarkPlayed(Station& station, const Search& search, AirWrite::Kind kind,
+                const Recordset& pick) {
+  WriteOrKeep(station, {.kind = kind,
+                        .code = pick.Int("CODE"),
+                        .row = NewReportRow(station),
+                        .where = search.routine,
+                        .detail = search.detail});
 }
 
 void InsertPick(Station& station, const char* routine, int row, Cells cells,
@@ -80,15 +75,12 @@ Cells PlainRow(const Recordset& pick) {
 }
 
 void StoreLastJingle(Station& station, const Search& search, bool overlay, int64_t code) {
-  const auto store = [overlay, code](Station& s) {
-    Recordset& settings = *s.base.Tables().Cnf;
-    settings.MoveFirst();
-    settings.Edit();
-    settings.Set(overlay ? "JingleCodeIntro" : "JingleCode", code);
-    settings.Update();
-    s.base.CheckCnf();
-  };
-  WriteOrKeep(station, search.routine, store, search.detail);
+  WriteOrKeep(station,
+              {.kind = overlay ? AirWrite::Kind::kLastIntroJingle : AirWrite::Kind::kLastJingle,
+               .code = code,
+               .row = NewReportRow(station),
+               .where = search.routine,
+               .detail = search.detail});
 }
 
 std::string CodeText(int64_t code) {
@@ -208,8 +200,8 @@ void FindJingle(Station& station, bool overlay, int32_t maxMs) {
     else
       InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
     const Search search{kRoutine, CodeText(code)};
-    StoreLastJingle(station, search, overlay, code);                          // 6
-    MarkPlayed(station, search, &TableCursors::DiscothequeJingle, *jingles);  // 7
+    StoreLastJingle(station, search, overlay, code);                       // 6
+    MarkPlayed(station, search, AirWrite::Kind::kJinglePlayed, *jingles);  // 7
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
   }
@@ -225,8 +217,7 @@ bool FindJingleAssocie(Station& station, int32_t titleCode) {
         " AND SURIMPRESSION = 1 Order By Lastdiff");
     if (jingles->Eof()) return false;
     found = ArmOverlay(station, kRoutine, *jingles);
-    MarkPlayed(station, {kRoutine, CodeText(titleCode)}, &TableCursors::DiscothequeJingle,
-               *jingles);
+    MarkPlayed(station, {kRoutine, CodeText(titleCode)}, AirWrite::Kind::kJinglePlayed, *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(titleCode));
   }
@@ -252,8 +243,7 @@ void FindJingleAssocieAvantTitre(Station& station, int32_t titleCode) {
       placed = true;
       const int row = end == 1 ? RowBehindTitle(station) : 1;
       InsertPick(station, kRoutine, row, PlainRow(*jingles), *jingles);
-      MarkPlayed(station, {kRoutine, CodeText(titleCode)}, &TableCursors::DiscothequeJingle,
-                 *jingles);
+      MarkPlayed(station, {kRoutine, CodeText(titleCode)}, AirWrite::Kind::kJinglePlayed, *jingles);
     }
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(titleCode));
@@ -273,7 +263,7 @@ bool FindJingleAssocieGenre(Station& station, const std::string& genre) {
     if (!MoveToOpenWindow(station, *jingles)) return false;
     InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
     found = true;
-    MarkPlayed(station, {kRoutine, "Genre = " + genre}, &TableCursors::DiscothequeJingle, *jingles);
+    MarkPlayed(station, {kRoutine, "Genre = " + genre}, AirWrite::Kind::kJinglePlayed, *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, "Genre = " + genre);
   }
@@ -296,7 +286,7 @@ void FindJingleExtrait(Station& station, int16_t row) {
     cells[Col::kSecond] = std::exchange(cells[Col::kText], kAnnouncement);
     cells[Col::kKind] = "Jingle";
     InsertPick(station, kRoutine, row, std::move(cells), *jingles);
-    MarkPlayed(station, {kRoutine, CodeText(code)}, &TableCursors::DiscothequeJingle, *jingles);
+    MarkPlayed(station, {kRoutine, CodeText(code)}, AirWrite::Kind::kJinglePlayed, *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
   }
@@ -315,7 +305,7 @@ bool FindJingleRacro(Station& station) {
     cells[Col::kKind].clear();
     InsertPick(station, kRoutine, 1, std::move(cells), *elements);
     done = true;
-    MarkPlayed(station, {kRoutine, CodeText(code)}, &TableCursors::DiscothequeVirgule, *elements);
+    MarkPlayed(station, {kRoutine, CodeText(code)}, AirWrite::Kind::kOtherPlayed, *elements);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
   }

@@ -6,13 +6,13 @@
 #include <array>
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "platform/EventLoop.h"
+#include "station/AirWrite.h"
 #include "station/Flag.h"
 
 namespace zemo {
@@ -107,13 +107,13 @@ struct EngineState {
   bool composeAgain = false;  // another was asked for meanwhile
   int64_t gridRetryMs = 0;    // monotonic; after a failed one the tick waits until then
 
-  // --- writes that the base could not take yet, oldest first (see UnwrittenRows.h) ---
-  struct UnwrittenRow {
-    std::string where, detail;  // for the log: the routine, and what it was about
-    std::function<void(Station&)> write;
-  };
-  std::deque<UnwrittenRow> unwrittenRows;
-  int64_t unwrittenRetryMs = 0;  // monotonic; not tried before
+  // --- writes that the base could not take yet (see reports/AirWrites.h) ---
+  struct KeptWrites {
+    std::deque<AirWrite> writes;  // oldest first
+    size_t fromEarlierRun = 0;    // so many of the oldest may stand in the base already
+    int64_t retryMs = 0;          // monotonic; not tried before
+    bool journalBehind = false;   // the journal could not be written: it is to be made anew
+  } kept;
 
   int64_t baseLookMs = 0;  // monotonic; whether the base is lost is not looked at before
 

@@ -364,11 +364,15 @@ void Connection::Commit() {
   try {
     Fail(result);
   } catch (const StoreError&) {
-    if (InTransaction()) sqlite3_exec(database_, "ROLLBACK", nullptr, nullptr, nullptr);
-    seenTotalChanges_ = -1;
-    catalogueVersion_ = -1;
+    Rollback();
     throw;
   }
+}
+
+void Connection::Rollback() {
+  if (InTransaction()) sqlite3_exec(database_, "ROLLBACK", nullptr, nullptr, nullptr);
+  seenTotalChanges_ = -1;
+  catalogueVersion_ = -1;
 }
 
 // --- Catalogue ---

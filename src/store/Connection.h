@@ -64,8 +64,9 @@ class Connection {
   Statement PrepareDialect(std::string_view sql);  // the station's dialect; kept prepared
   void ExecuteNow(const char* sql);                // not kept
 
-  void Begin();   // nothing when one is open
-  void Commit();  // nothing when none is open; what cannot be committed is rolled back
+  void Begin();     // nothing when one is open
+  void Commit();    // nothing when none is open; what cannot be committed is rolled back
+  void Rollback();  // nothing when none is open; throws nothing
   bool InTransaction() const;
 
   static bool FileExists(const std::string& path);  // a file that is not empty, or a folder

@@ -45,6 +45,9 @@ class SqliteDatabase : public Database {
   void Execute(std::string_view sql) override { Use().PrepareDialect(sql).Run(); }
   void BeginTrans() override { Use().Begin(); }
   void CommitTrans() override { Use().Commit(); }
+  void RollbackTrans() override {
+    if (connection_) connection_->Rollback();
+  }
   TableDefs& Tables() override { return Use(), *tables_; }
   void Open(bool create) override {
     auto fresh = std::make_shared<Connection>(path_, create, wait_);

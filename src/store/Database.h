@@ -32,6 +32,7 @@ class Database {
   virtual void Execute(std::string_view sql) = 0;  // a query that writes; fails on error
   virtual void BeginTrans() = 0;                   // does nothing when one is open
   virtual void CommitTrans() = 0;                  // does nothing when none is open
+  virtual void RollbackTrans() = 0;                // takes back the open one; throws nothing
   virtual TableDefs& Tables() = 0;
   // Opens what stands at the path now; `create` makes the file. What was open is closed once the
   // new one is; where that cannot be opened it stays. Cursors of the former one find themselves
@@ -55,8 +56,8 @@ class Database {
   virtual bool FileIsLost() const = 0;
 };
 
-// BeginTrans now; CommitTrans at Commit() or at the end of the scope. There is no rollback: what
-// was executed before a failure stays, and no failure leaves the file locked.
+// BeginTrans now; CommitTrans at Commit() or at the end of the scope. What was executed before a
+// failure stays, unless RollbackTrans took it back; no failure leaves the file locked.
 class Transaction {
  public:
   explicit Transaction(Database& database) : database_(database) { database_.BeginTrans(); }

@@ -65,8 +65,8 @@ class StationBase {
   int64_t CnfInt(int n) { return AsInt(ReadCnfField(n)); }
   bool CnfBool(int n) { return AsBool(ReadCnfField(n)); }
   std::string CnfText(int n) { return AsText(ReadCnfField(n)); }
-  // Throws StoreError where the row has never been read and cannot be now, so that what ReadCnfField
-  // gives are defaults: for whoever would store them.
+  // Throws StoreError where the row has never been read and cannot be now, so that what
+  // ReadCnfField gives are defaults: for whoever would store them.
   void RequireCnf();
   void CheckCnf() { cnfChecked_ = false; }  // the next read asks the change counter
 

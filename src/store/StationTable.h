@@ -1,5 +1,5 @@
-// One of the base's tables for the base's whole life: whoever holds it across a yield finds it closed
-// or opened anew, never gone.
+// One of the base's tables for the base's whole life: whoever holds it across a yield finds it
+// closed or opened anew, never gone.
 #pragma once
 
 #include <memory>

@@ -130,7 +130,7 @@ TEST_F(ScreenFigures, AFullDiskAWaitingBaseAndAnErrorAreNotesAndNeverRed) {
   Tell(1000, 0.5F, 0, 900'000'000);
   EXPECT_EQ(Figure(HealthLine::kDisk).severity, HealthSeverity::kNote);
   EXPECT_EQ(Figure(HealthLine::kDisk).text, "0.9 GB");
-  on.station.engine.unwrittenRows.push_back({"Rapport", "", [](Station&) {}});
+  on.station.engine.kept.writes.emplace_back();
   on.station.screen.LblErreur = "12:00 ERR";
   Tell(2000, 0.5F);
   EXPECT_EQ(Figure(HealthLine::kDisk).text, "50 GB");

@@ -52,6 +52,7 @@ class FaultyFolder : public LocalFolder {
  public:
   using LocalFolder::LocalFolder;
   mutable FaultAt fault;
+  bool writesFail = false;
 
   bool Exists(std::string_view name) const override {
     return fault.Count(), LocalFolder::Exists(name);
@@ -60,13 +61,19 @@ class FaultyFolder : public LocalFolder {
     return fault.Count(), LocalFolder::Read(name);
   }
   void Write(std::string_view name, std::string_view bytes) override {
-    fault.Count(), LocalFolder::Write(name, bytes);
+    CountWrite(), LocalFolder::Write(name, bytes);
   }
   void Append(std::string_view name, std::string_view bytes) override {
-    fault.Count(), LocalFolder::Append(name, bytes);
+    CountWrite(), LocalFolder::Append(name, bytes);
   }
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override {
-    fault.Count(), LocalFolder::PutBytes(name, offset, bytes);
+    CountWrite(), LocalFolder::PutBytes(name, offset, bytes);
+  }
+
+ private:
+  void CountWrite() {
+    fault.Count();
+    if (writesFail) throw FileError(Path() + ": No space left on device");
   }
 };
 

@@ -1,0 +1,316 @@
+// What is kept stands in engine.kept, oldest first; the journal holds the same, as long as it can
+// be written. A slice is one transaction, and counts as written in memory and in the journal only
+// behind its commit: a crash in between leaves rows in the journal that stand in the base already,
+// which the next run looks for before it writes.
+#include "reports/AirWrites.h"
+
+#include <algorithm>
+#include <deque>
+#include <set>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "platform/Folder.h"
+#include "reports/AirWriteJournal.h"
+#include "reports/BroadcastReport.h"
+#include "reports/RollingReport.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "store/RowView.h"
+#include "store/SeekCode.h"
+#include "store/StoreError.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int64_t kRetryMs = 5000;
+constexpr size_t kSlice = 20;            // writes in one transaction: some milliseconds
+constexpr size_t kMostKept = 20000;      // more than a day can air: an element every 4.3 s
+constexpr double kSecond = 1.0 / 86400;  // of a day serial
+constexpr const char* kRoutine = "KeptRows";
+
+std::string Behind(const std::string& detail) {
+  return detail.empty() ? detail : " - " + detail;
+}
+
+bool IsReport(const AirWrite& write) {
+  return write.kind == AirWrite::Kind::kReport || write.kind == AirWrite::Kind::kMusicReport;
+}
+
+// --- the writes ---
+
+// DIFFUSION01 to 08 move down one place; the newest holds the moment.
+void MarkTitle(Station& station, const AirWrite& write) {
+  Recordset& card = *station.base.Tables().Discotheque;
+  if (!SeekCode(card, write.code)) return;
+  card.Edit();
+  for (int n = 8; n >= 2; --n)
+    card.Set("DIFFUSION" + TwoDigits(n), card.Field("DIFFUSION" + TwoDigits(n - 1)));
+  card.Set("DIFFUSION01", write.row.LADATE + " à " + write.row.HEURE.substr(0, 5));
+  card.Set("LASTDIFF", write.row.DATENUM);
+  card.Update();
+}
+
+void MarkLastPlayed(Recordset& table, const AirWrite& write) {
+  if (!SeekCode(table, write.code)) return;
+  table.Edit();
+  table.Set("LASTDIFF", write.row.DATENUM);
+  table.Update();
+}
+
+void StoreSetting(Station& station, const char* field, int64_t value) {
+  Recordset& settings = *station.base.Tables().Cnf;
+  settings.MoveFirst();
+  settings.Edit();
+  settings.Set(field, value);
+  settings.Update();
+  station.base.CheckCnf();
+}
+
+// Fills the texts of a music title's row from its card; false: the card is gone.
+bool FillFromCard(Station& station, int64_t code, ReportRow& row) {
+  Recordset& card = *station.base.Tables().Discotheque;
+  if (!SeekCode(card, code)) return false;
+  row.AUTEURCOMPOSITEUR = card.Text("AUTEURCOMPOSITEUR");
+  row.AUTEUR = card.Text("AUTEUR");
+  row.TITRE = card.Text("TITRE");
+  row.GENRE = card.Text("GENRE");
+  row.VARIETE = card.Text("VARIETE");
+  row.LABEL = card.Text("LABEL");
+  row.REFERENCE = card.Text("REFERENCE");
+  return true;
+}
+
+// The row that a report got is put into `told`.
+void Do(Station& station, const AirWrite& write, std::vector<ReportRow>& told) {
+  switch (write.kind) {
+    case AirWrite::Kind::kReport:
+      told.push_back(AppendReportRow(station, write.row));
+      break;
+    case AirWrite::Kind::kMusicReport: {
+      ReportRow row = write.row;
+      if (FillFromCard(station, write.code, row)) told.push_back(InsertReportRow(station, row));
+      break;
+    }
+    case AirWrite::Kind::kTitlePlayed:
+      MarkTitle(station, write);
+      break;
+    case AirWrite::Kind::kJinglePlayed:
+      MarkLastPlayed(*station.base.Tables().DiscothequeJingle, write);
+      break;
+    case AirWrite::Kind::kOtherPlayed:
+      MarkLastPlayed(*station.base.Tables().DiscothequeVirgule, write);
+      break;
+    case AirWrite::Kind::kLastJingle:
+      StoreSetting(station, "JingleCode", write.code);
+      break;
+    case AirWrite::Kind::kLastIntroJingle:
+      StoreSetting(station, "JingleCodeIntro", write.code);
+      break;
+  }
+}
+
+void Tell(Station& station, const std::vector<ReportRow>& told) {
+  for (const ReportRow& row : told) station.events.Report(row);
+}
+
+// --- the journal, whose own faults cost nobody anything but safety from a power loss ---
+
+template <typename Work>
+void Journal(Station& station, Work work) {
+  EngineState::KeptWrites& kept = station.engine.kept;
+  try {
+    if (kept.journalBehind)
+      JournalAnew(station, kept.writes);
+    else
+      work();
+    kept.journalBehind = false;
+  } catch (const FileError& error) {
+    if (!kept.journalBehind)
+      LogError(station, kRoutine, 0,
+               std::string(error.what()) +
+                   ": what the base cannot take is kept in memory alone, and lost with the power");
+    kept.journalBehind = true;
+  }
+}
+
+void Keep(Station& station, AirWrite write) {
+  EngineState::KeptWrites& kept = station.engine.kept;
+  if (kept.writes.size() >= kMostKept)
+    return LogError(station, write.where, kErrOther,
+                    std::to_string(kMostKept) + " rows are kept already: this one is lost" +
+                        Behind(write.detail));
+  kept.writes.push_back(std::move(write));
+  Journal(station, [&] { JournalKept(station, kept.writes.back()); });
+}
+
+void Forget(Station& station, size_t oldest) {
+  EngineState::KeptWrites& kept = station.engine.kept;
+  kept.writes.erase(kept.writes.begin(), kept.writes.begin() + static_cast<std::ptrdiff_t>(oldest));
+  Journal(station, [&] {
+    if (kept.writes.empty())
+      JournalAnew(station, kept.writes);
+    else
+      JournalWritten(station, oldest);
+  });
+}
+
+// --- what an earlier run may have written behind its last word in the journal ---
+
+using RowKey = std::tuple<std::string, std::string, std::string, std::string, std::string,
+                          std::string, std::string, std::string, std::string>;
+
+RowKey KeyOf(const ReportRow& row) {
+  return {row.LADATE,  row.HEURE, row.GENRE,     row.AUTEUR,           row.TITRE,
+          row.VARIETE, row.LABEL, row.REFERENCE, row.AUTEURCOMPOSITEUR};
+}
+
+std::multiset<RowKey> RowsSince(Station& station, double moment) {
+  std::multiset<RowKey> rows;
+  station.base.Db().ReadRows(
+      "SELECT LADATE, HEURE, GENRE, AUTEUR, TITRE, VARIETE, LABEL, REFERENCE, AUTEURCOMPOSITEUR "
+      "FROM Rapport WHERE DATENUM >= " +
+          SqlNumber(moment - kSecond / 2),
+      [&](const RowView& row) {
+        const auto text = [&row](int column) { return std::string(row.Text(column)); };
+        rows.emplace(text(0), text(1), text(2), text(3), text(4), text(5), text(6), text(7),
+                     text(8));
+      });
+  return rows;
+}
+
+bool Stands(Station& station, const AirWrite& write, std::multiset<RowKey>& rows) {
+  if (write.kind == AirWrite::Kind::kTitlePlayed) {
+    Recordset& card = *station.base.Tables().Discotheque;
+    return SeekCode(card, write.code) && card.Real("LASTDIFF") >= write.row.DATENUM - kSecond / 2;
+  }
+  if (!IsReport(write)) return false;  // written twice is the same as once
+  ReportRow row = write.row;
+  if (write.kind == AirWrite::Kind::kMusicReport && !FillFromCard(station, write.code, row))
+    return false;
+  const auto found = rows.find(KeyOf(row));
+  if (found == rows.end()) return false;
+  rows.erase(found);
+  return true;
+}
+
+// Throws StoreError; what is kept is then as it was.
+void DropWhatStands(Station& station) {
+  EngineState::KeptWrites& kept = station.engine.kept;
+  if (kept.fromEarlierRun == 0) return;
+  std::multiset<RowKey> rows = RowsSince(station, kept.writes.front().row.DATENUM);
+  std::deque<AirWrite> left;
+  for (size_t i = 0; i < kept.writes.size(); ++i) {
+    const AirWrite& write = kept.writes[i];
+    if (i >= kept.fromEarlierRun || !Stands(station, write, rows)) left.push_back(write);
+  }
+  kept.writes = std::move(left);
+  kept.fromEarlierRun = 0;
+  Journal(station, [&] { JournalAnew(station, kept.writes); });
+}
+
+// --- a slice ---
+
+// Throws StoreError where the base is out of reach; nothing of the slice is written then.
+void WriteOldest(Station& station) {
+  const std::deque<AirWrite>& writes = station.engine.kept.writes;
+  const size_t count = std::min(kSlice, writes.size());
+  std::vector<ReportRow> told;
+  bool music = false;
+  Database& db = station.base.Db();
+  {
+    Transaction transaction(db);
+    for (size_t i = 0; i < count; ++i) {
+      const AirWrite& write = writes[i];
+      music = music || write.kind == AirWrite::Kind::kMusicReport;
+      try {
+        Do(station, write, told);
+      } catch (const StoreError& error) {
+        if (error.MayPass()) {
+          db.RollbackTrans();
+          throw;
+        }
+        LogError(station, write.where, error.Number(), error.what() + Behind(write.detail));
+      }
+    }
+    transaction.Commit();
+  }
+  Forget(station, count);
+  Tell(station, told);
+  if (music) ExportRapport(station);
+}
+
+}  // namespace
+
+void WriteOrKeep(Station& station, AirWrite write) {
+  EngineState::KeptWrites& kept = station.engine.kept;
+  if (!kept.writes.empty()) return Keep(station, std::move(write));
+  try {
+    std::vector<ReportRow> told;
+    Do(station, write, told);
+    Tell(station, told);
+    if (write.kind == AirWrite::Kind::kMusicReport && !told.empty()) ExportRapport(station);
+  } catch (const StoreError& error) {
+    LogError(
+        station, write.where, error.Number(),
+        error.what() + Behind(write.detail) + (error.MayPass() ? " (kept, written later)" : ""));
+    if (!error.MayPass()) return;
+    kept.retryMs = station.platform.clock.MonotonicMs() + kRetryMs;
+    Keep(station, std::move(write));
+  }
+}
+
+void TakeUpKeptWrites(Station& station) {
+  EngineState::KeptWrites& kept = station.engine.kept;
+  try {
+    int damaged = 0;
+    kept.writes = ReadJournal(station, damaged);
+    kept.fromEarlierRun = kept.writes.size();
+    if (damaged > 0)
+      LogError(station, kRoutine, 0,
+               JournalName(station) + ": " + std::to_string(damaged) +
+                   " lines cannot be read and are passed over");
+    if (kept.writes.empty()) JournalAnew(station, kept.writes);
+  } catch (const FileError&) {
+    LogCurrentException(station, kRoutine);
+  }
+}
+
+void WriteKeptSlice(Station& station) {
+  EngineState::KeptWrites& kept = station.engine.kept;
+  const int64_t nowMs = station.platform.clock.MonotonicMs();
+  if (kept.writes.empty() || nowMs < kept.retryMs || !station.base.IsOpen()) return;
+  const NoLockWait atOnce(station.base.Waiting());
+  try {
+    DropWhatStands(station);
+    if (!kept.writes.empty()) WriteOldest(station);
+  } catch (const StoreError& error) {
+    kept.retryMs = nowMs + kRetryMs;
+    if (!error.MayPass()) LogCurrentException(station, kRoutine);  // the rest was told when it came
+  }
+}
+
+bool WriteKeptAtTheEnd(Station& station) {
+  EngineState::KeptWrites& kept = station.engine.kept;
+  if (kept.writes.empty()) return true;
+  try {
+    DropWhatStands(station);
+    while (!kept.writes.empty()) WriteOldest(station);
+    return true;
+  } catch (const StoreError& error) {
+    Journal(station, [] {});  // a last try, where it is behind
+    const std::string count = std::to_string(kept.writes.size()) + " rows";
+    LogError(
+        station, kRoutine, error.Number(),
+        error.what() + (kept.journalBehind ? ": " + count + " are lost"
+                                           : ": " + count + " stay in " + JournalName(station) +
+                                                 " and are written at the next start"));
+  }
+  return !kept.journalBehind;
+}
+
+}  // namespace zemo

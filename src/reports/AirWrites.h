@@ -1,0 +1,29 @@
+// What the air leaves in the base: report rows and the marks of what was played. What the base
+// cannot take at its moment (locked, out of reach, disk full) is kept in its order, in memory and
+// in a journal of the machine folder, and written as soon as it can be: no row is lost, not even
+// with the power, and no transition waits. Thread: the logic's.
+#pragma once
+
+#include "station/AirWrite.h"
+
+namespace zemo {
+
+struct Station;
+
+// At once; when the base cannot take it, logged under `write.where` and kept. Whatever is behind a
+// kept write is kept too. A fault that waiting does not mend is logged and costs the row. Never
+// throws StoreError.
+void WriteOrKeep(Station& station, AirWrite write);
+
+// What an earlier run of this station had to leave in the journal is kept again, before all else.
+void TakeUpKeptWrites(Station& station);
+
+// The oldest of what is kept, a few in one transaction and without waiting for a lock; after a
+// refusal not for five seconds. Run by the tick, away from the exit points.
+void WriteKeptSlice(Station& station);
+
+// Before the base is closed: all that is kept. What the base does not take stays in the journal,
+// and that is logged. False: it could not even be journalled, and is lost.
+bool WriteKeptAtTheEnd(Station& station);
+
+}  // namespace zemo

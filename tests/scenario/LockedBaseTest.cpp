@@ -1,0 +1,129 @@
+// Another process has the base to itself, in real time: the engine on the virtual clock, every wait
+// for the lock a real one. What is measured is how long the tick keeps everybody waiting.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+
+#include "engine/OperatorControls.h"
+#include "engine/StartStop.h"
+#include "support/Child.h"
+#include "support/TestStation.h"
+
+namespace zemo::test {
+namespace {
+
+using WallClock = std::chrono::steady_clock;
+
+constexpr int64_t kTickMs = 100;
+// Far above the 100 ms that a tick may wait, for machines with other work; far below the five
+// seconds that one operation waits elsewhere.
+constexpr int64_t kLongestTickMs = 2000;
+
+// The sqlite3 shell, holding the base until it goes.
+class Holder {
+ public:
+  Holder(const std::string& path, const std::string& begin) : shell_({"sqlite3", path}) {
+    shell_.Tell(begin + ";\nSELECT 'held';\n");
+    EXPECT_EQ(shell_.Line().value_or(""), "held");
+  }
+
+ private:
+  Child shell_;
+};
+
+// The real time between two looks a tick apart, over a stretch of virtual time.
+class TickWatch {
+ public:
+  TickWatch(TestStation& on, int64_t fromMs, int64_t toMs) {
+    for (int64_t atMs = fromMs; atMs < toMs; atMs += kTickMs) on.At(atMs, [this] { Look(); });
+  }
+  int64_t LongestMs() const { return longestMs_; }
+
+ private:
+  void Look() {
+    const auto now = WallClock::now();
+    if (last_ != WallClock::time_point{})
+      longestMs_ = std::max(
+          longestMs_, std::chrono::duration_cast<std::chrono::milliseconds>(now - last_).count());
+    last_ = now;
+  }
+  WallClock::time_point last_{};
+  int64_t longestMs_ = 0;
+};
+
+class LockedBase : public testing::TestWithParam<const char*> {
+ protected:
+  LockedBase() : on("2026-11-21 12:05:00") {}
+  void SetUp() override {
+    on.Load();
+    for (int i = 0; i < 4; ++i) on.AppendCard(on.AddCard({.lengthMs = 20000}));
+  }
+  // Elements begin at 0, 18500, 36900 and 55300 ms.
+  void HoldFrom(int64_t atMs, int64_t untilMs) {
+    on.At(atMs, [this] { holder_ = std::make_unique<Holder>(on.station.base.Path(), GetParam()); });
+    on.At(untilMs, [this] { holder_.reset(); });
+  }
+  TestStation on;
+
+ private:
+  std::unique_ptr<Holder> holder_;
+};
+
+TEST_P(LockedBase, NoTickWaitsLongerThanItsGrantWhateverItAsks) {
+  on.Sql("INSERT INTO Playlist (LADATE, LHEURE, LIBELLE) VALUES ('JOURNALIER', '12:06', 'DUE')");
+  on.Start();
+  HoldFrom(5000, 70000);
+  const TickWatch watch(on, 6000, 69000);
+  on.RunUntil(90000);
+  EXPECT_LT(watch.LongestMs(), kLongestTickMs);
+  ASSERT_EQ(on.Starts().size(), 4U) << on.Describe();
+  EXPECT_EQ(on.Starts()[1].atMs, 18500);
+  EXPECT_EQ(on.Starts()[2].atMs, 36900);
+  EXPECT_EQ(on.Starts()[3].atMs, 55300);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport WHERE TITRE = 'TITLE'"), "4");
+}
+
+TEST_P(LockedBase, ARequestOfTheOperatorIsOverAtOnce) {
+  on.Start();
+  HoldFrom(5000, 12000);
+  int64_t tookMs = 0;
+  on.At(10000, [&] {
+    const auto began = WallClock::now();
+    CmdRequette(on.station);
+    tookMs =
+        std::chrono::duration_cast<std::chrono::milliseconds>(WallClock::now() - began).count();
+  });
+  on.RunUntil(15000);
+  EXPECT_LT(tookMs, kLongestTickMs);
+  EXPECT_EQ(on.station.engine.mainTimerHolds, 0);
+}
+
+TEST_P(LockedBase, AStartOrderIsOverAtOnceAndPlaysWhatTheListHolds) {
+  HoldFrom(1000, 12000);
+  int64_t tookMs = 0;
+  on.At(5000, [&] {
+    const auto began = WallClock::now();
+    StartStopZemoRadio(on.station, true);
+    tookMs =
+        std::chrono::duration_cast<std::chrono::milliseconds>(WallClock::now() - began).count();
+  });
+  on.RunUntil(15000);
+  EXPECT_LT(tookMs, kLongestTickMs);
+  EXPECT_EQ(on.Starts().size(), 1U) << on.Describe();
+}
+
+INSTANTIATE_TEST_SUITE_P(Held, LockedBase,
+                         testing::Values("BEGIN EXCLUSIVE", "BEGIN IMMEDIATE",
+                                         "BEGIN; SELECT '' FROM Toph WHERE HEURE = 99"),
+                         [](const auto& held) {
+                           const std::string begin = held.param;
+                           return begin.size() == 5            ? "ByAWriter"
+                                  : begin == "BEGIN EXCLUSIVE" ? "Wholly"
+                                  : begin == "BEGIN IMMEDIATE" ? "ForWriting"
+                                                               : "ByAReader";
+                         });
+
+}  // namespace
+}  // namespace zemo::test
