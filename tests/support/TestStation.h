@@ -50,8 +50,9 @@ struct FaultAt {
 // A real folder with a fault.
 class FaultyFolder : public LocalFolder {
  public:
-  using LocalFolder::LocalFolder;
+  explicit FaultyFolder(const std::string& path) : LocalFolder(path, kNoDiskSync) {}
   mutable FaultAt fault;
+  std::vector<std::string> durable;  // names of the files written durably
 
   bool Exists(std::string_view name) const override {
     return fault.Count(), LocalFolder::Exists(name);
@@ -64,6 +65,9 @@ class FaultyFolder : public LocalFolder {
   }
   void Append(std::string_view name, std::string_view bytes) override {
     fault.Count(), LocalFolder::Append(name, bytes);
+  }
+  void WriteDurably(std::string_view name, std::string_view bytes) override {
+    fault.Count(), durable.emplace_back(name), LocalFolder::WriteDurably(name, bytes);
   }
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override {
     fault.Count(), LocalFolder::PutBytes(name, offset, bytes);
