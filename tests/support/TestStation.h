@@ -53,6 +53,7 @@ class FaultyFolder : public LocalFolder {
   explicit FaultyFolder(const std::string& path) : LocalFolder(path, kNoDiskSync) {}
   mutable FaultAt fault;
   std::vector<std::string> durable;  // names of the files written durably
+  bool removesFail = false;
 
   bool Exists(std::string_view name) const override {
     return fault.Count(), LocalFolder::Exists(name);
@@ -68,6 +69,10 @@ class FaultyFolder : public LocalFolder {
   }
   void WriteDurably(std::string_view name, std::string_view bytes) override {
     fault.Count(), durable.emplace_back(name), LocalFolder::WriteDurably(name, bytes);
+  }
+  void Remove(std::string_view name) override {
+    if (removesFail) throw FileError(PathOf(name) + ": Permission denied");
+    LocalFolder::Remove(name);
   }
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override {
     fault.Count(), LocalFolder::PutBytes(name, offset, bytes);
