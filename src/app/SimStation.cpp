@@ -12,13 +12,19 @@ std::unique_ptr<SoundFiles> MakeSoundFiles(const SimFolders& folders, Folder& st
   if (folders.copiedFrom.empty()) return std::make_unique<StoredPaths>(machine);
   return std::make_unique<PrivateFiles>(machine, folders.copiedFrom, station, folders.changed);
 }
+
+// A copy goes with its run: nothing waits for the disk.
+const DiskSync& DiskOf(const SimFolders& folders) {
+  return folders.copiedFrom.empty() ? kDiskSync : kNoDiskSync;
+}
+
 }  // namespace
 
 SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
                        std::unique_ptr<SoundOpener> soundOpener)
     : loop(begin),
-      stationFolder(folders.station),
-      machineFolder(folders.machine),
+      stationFolder(folders.station, DiskOf(folders)),
+      machineFolder(folders.machine, DiskOf(folders)),
       localValues(machineFolder),
       soundFiles(MakeSoundFiles(folders, stationFolder, machineFolder)),
       opener(std::move(soundOpener)),

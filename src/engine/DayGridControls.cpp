@@ -82,6 +82,7 @@ void PickPreviewDay(Station& station, const LocalDateTime& day) {
     moment.year = day.year;
     moment.month = day.month;
     moment.day = day.day;
+    BeginPreview(station);
     station.platform.system.SetDate(moment);
     MakeGrillePubGeneral(station);
   } catch (const std::exception&) {

@@ -23,7 +23,8 @@ bool BtnCopyPub_Click(Station& station, int gridRow, int selectedRow = 0);
 // which was said: the end of campaigns would be reckoned by a false date.
 bool BtnPubJourX_Click(Station& station);
 // The day picked in that calendar: the machine's date is set to it, and stays, and its grid is
-// composed. A machine that refuses its date to be set is logged.
+// composed. As long as it stays no composition purges anything. A machine that refuses its date to
+// be set is logged.
 void PickPreviewDay(Station& station, const LocalDateTime& day);
 
 }  // namespace zemo

@@ -400,7 +400,8 @@ void FitEndOfHour(Station& station, const Moment& at) {
     engine.FittingActive = false;
     return;
   }
-  if (engine.FittingActive || RequestWouldDelayNext(station)) return;
+  // The hour's break is placed from the grid, which is not whole while it is being composed.
+  if (engine.FittingActive || engine.composing || RequestWouldDelayNext(station)) return;
   if (Setting(station, Cnf::kPubAvecTopH) == 1)
     AjusteFinHeurePubColleTopH(station);
   else if (Setting(station, Cnf::kInstrumental) == 1)
@@ -440,10 +441,10 @@ void ServeNewHour(Station& station, const Moment& at) {
     if (station.PL.Row(row).Code() > 0) station.PL.Remove(row);
 }
 
-// A composition that fails is tried again, but not tick after tick.
-void ComposeGrid(Station& station) {
+// A composition that fails is tried again, but not tick after tick. True when the grid is whole.
+bool ComposeGrid(Station& station) {
   station.engine.gridRetryMs = station.platform.clock.MonotonicMs() + kGridRetryMs;
-  MakeGrillePubGeneral(station);
+  return MakeGrillePubGeneral(station);
 }
 
 bool GridIsOf(const Station& station, const Moment& at) {
@@ -455,13 +456,13 @@ void RebuildGrid(Station& station, const Moment& at) {
   if (station.screen.Tmn < 1 || engine.ProgressPercent <= 25 || engine.composing) return;
   if (station.platform.clock.MonotonicMs() < engine.gridRetryMs) return;
   if (!GridIsOf(station, at)) {
-    ComposeGrid(station);
+    if (!ComposeGrid(station)) return;
     engine.LastJingleTimer = at.timer;
   }
   Folder& folder = station.platform.stationFolder;
   const std::string& signal = station.files.MajGrillePub;
   if (!engine.ReportsDisabled && at.now.second % 2 == 0 && folder.Exists(signal)) {
-    ComposeGrid(station);
+    if (!ComposeGrid(station)) return;
     folder.Remove(signal);
   }
   if (GridIsOf(station, at)) engine.gridRetryMs = 0;

@@ -11,6 +11,8 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/SeekCode.h"
+#include "store/StoreError.h"
+#include "store/WholeTransaction.h"
 
 namespace zemo {
 
@@ -83,72 +85,105 @@ std::string StoredPair(Station& station, const OnAirRow& row) {
   return std::to_string(code) + "," + std::to_string(found->Int("Code"));
 }
 
-// A statement that fails ends alone; the ones behind it go on.
-bool ExecuteInTransaction(Station& station, const std::string& sql) {
+// With one of these the base is out of reach; any other fault is the statement's own.
+bool BaseIsOutOfReach(int number) {
+  switch (number) {
+    case kErrLocked:
+    case kErrDiskFull:
+    case kErrReadOnly:
+    case kErrBadDatabase:
+    case kErrClosed:
+    case kErrOther:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// A step of the saving that fails by its own fault is logged and ends alone; those behind it go on.
+template <typename Step>
+bool TryStep(Station& station, Step step) {
   try {
-    Transaction transaction(station.base.Db());
-    station.base.Db().Execute(sql);
-    transaction.Commit();
+    step();
     return true;
-  } catch (const std::exception&) {
+  } catch (const StoreError& error) {
+    if (BaseIsOutOfReach(error.Number())) throw;
     LogCurrentException(station, "BtnSauve");
     return false;
   }
 }
 
-// False when a new list has no head, so that its rows must not go to another list.
-bool SaveHead(Station& station) {
-  MainScreen& screen = station.screen;
+// CODE of the list; 0 for a new one that gets no head, so that its rows must not go to another.
+int32_t SaveHead(Station& station) {
+  const MainScreen& screen = station.screen;
+  Database& db = station.base.Db();
   const std::string date = SqlQuoted(screen.LblDate);
   const std::string time = SqlQuoted(screen.ChHeure);
   const std::string label = SqlQuoted(FirstCharacters(screen.ComboPLS.text, kLabelWidth));
   const std::string option = std::to_string(screen.OptPls);
   if (screen.LblCodePL != 0) {
-    ExecuteInTransaction(station, "UPDATE PLAYLIST SET LADATE = '" + date + "', LHEURE = '" + time +
-                                      "', LIBELLE = '" + label + "', NOJINGLE = " + option +
-                                      " WHERE CODE = " + std::to_string(screen.LblCodePL));
-    return true;
+    TryStep(station, [&] {
+      db.Execute("UPDATE PLAYLIST SET LADATE = '" + date + "', LHEURE = '" + time +
+                 "', LIBELLE = '" + label + "', NOJINGLE = " + option +
+                 " WHERE CODE = " + std::to_string(screen.LblCodePL));
+    });
+    return screen.LblCodePL;
   }
-  if (!ExecuteInTransaction(
-          station, "INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES('" + date +
-                       "','" + time + "','" + label + "'," + option + ")"))
-    return false;
-  Recordset& playlist = *station.base.Tables().Playlist;
-  playlist.SetIndex("");
-  playlist.MoveLast();
-  screen.LblCodePL = static_cast<int32_t>(playlist.Int("CODE"));
-  return true;
+  const bool added = TryStep(station, [&] {
+    db.Execute("INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES('" + date + "','" +
+               time + "','" + label + "'," + option + ")");
+  });
+  return added ? static_cast<int32_t>(db.LastInsertCode()) : 0;
 }
 
-void SaveRows(Station& station) {
-  const std::string code = std::to_string(station.screen.LblCodePL);
-  ExecuteInTransaction(station, "DELETE * FROM Pls WHERE NUMPLS = " + code);
-  Transaction transaction(station.base.Db());
+void SaveRows(Station& station, int32_t listCode) {
+  Database& db = station.base.Db();
+  const std::string code = std::to_string(listCode);
+  TryStep(station, [&] { db.Execute("DELETE * FROM Pls WHERE NUMPLS = " + code); });
   for (const OnAirRow& row : station.PL) {
-    try {
+    TryStep(station, [&] {
       const std::string pair = StoredPair(station, row);
-      if (pair.empty()) continue;
-      station.base.Db().Execute("INSERT INTO PLS(NUMPLS, DISCOTHEQUE, FICHE) VALUES(" + code + "," +
-                                pair + ")");
-    } catch (const std::exception&) {
-      LogCurrentException(station, "BtnSauve");
-    }
+      if (pair.empty()) return;
+      db.Execute("INSERT INTO PLS(NUMPLS, DISCOTHEQUE, FICHE) VALUES(" + code + "," + pair + ")");
+    });
   }
-  transaction.Commit();
 }
 
-// The voice tracks of a list that goes: their sound files and their records.
-void KillVoiceTracks(Station& station, int32_t listCode) {
+// Head and rows together or neither: what cannot be stored leaves the former list whole.
+void SaveList(Station& station) {
+  WholeTransaction transaction(station.base.Db());
+  const int32_t code = SaveHead(station);
+  if (code != 0) SaveRows(station, code);
+  transaction.Commit();
+  if (code != 0) station.screen.LblCodePL = code;
+}
+
+// Deletes the records of the voice tracks of a list that goes. Their sound files.
+std::vector<std::string> DeleteVoiceTracks(Station& station, int32_t listCode) {
   const auto rows = station.base.Db().OpenRecordset(
       "SELECT FICHE FROM Pls WHERE NUMPLS = " + std::to_string(listCode) +
       " AND DISCOTHEQUE = -30");
+  std::vector<std::string> files;
   Recordset& vt = *station.base.Tables().VT;
   for (; !rows->Eof(); rows->MoveNext()) {
     if (!FindVoiceTrack(vt, rows->Int("FICHE"))) continue;
-    const std::string file = vt.Text("FILENAME");
-    if (station.platform.soundFiles.Exists(file)) station.platform.soundFiles.Remove(file);
+    files.push_back(vt.Text("FILENAME"));
     vt.Delete();
   }
+  return files;
+}
+
+// The files go behind the commit, so that a list that stays keeps its sound.
+void DeleteList(Station& station, int32_t code) {
+  Database& db = station.base.Db();
+  WholeTransaction transaction(db);
+  const std::vector<std::string> voiceTracks = DeleteVoiceTracks(station, code);
+  db.Execute("DELETE * FROM Playlist WHERE Code = " + std::to_string(code));
+  db.Execute("DELETE * FROM Pls WHERE NUMPLS = " + std::to_string(code));
+  transaction.Commit();
+  SoundFiles& soundFiles = station.platform.soundFiles;
+  for (const std::string& file : voiceTracks)
+    if (soundFiles.Exists(file)) soundFiles.Remove(file);
 }
 
 const MainScreen::ListItem* ChosenItem(const MainScreen& screen) {
@@ -221,10 +256,12 @@ void BtnSauve_Click(Station& station) {
   station.platform.loop.Yield();
   const MainTimerHold hold(station);
   try {
-    if (SaveHead(station)) SaveRows(station);
+    SaveList(station);
     LoadPlaylist(station);
   } catch (const std::exception&) {
-    LogCurrentException(station, "BtnSauve");
+    LogCurrentException(station, "BtnSauve",
+                        station.screen.LblCodePL != 0 ? "the stored list stays as it was"
+                                                      : "the list is not stored");
   }
   station.screen.BtnSauveEnabled = true;
 }
@@ -250,11 +287,7 @@ void ComboPLS_KeyDelete(Station& station) {
     return;
   const int32_t code = item->data;
   try {
-    KillVoiceTracks(station, code);
-    Transaction transaction(station.base.Db());
-    station.base.Db().Execute("DELETE * FROM Playlist WHERE Code = " + std::to_string(code));
-    station.base.Db().Execute("DELETE * FROM Pls WHERE NUMPLS = " + std::to_string(code));
-    transaction.Commit();
+    DeleteList(station, code);
     LoadPlaylist(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "ComboPLS");

@@ -14,7 +14,9 @@ void LoadPlaylist(Station& station);                    // refills ComboPLS
 void ComboPLS_Click(Station& station);                  // loads the item ComboPLS.index into PL
 bool SelectStoredList(Station& station, int32_t code);  // the item of that CODE; false: none
 void ComboPLS_KeyDelete(Station& station);              // asks, then deletes the item's list
-void BtnSauve_Click(Station& station);                  // saves PL under the panel's fields
+// Saves PL under the panel's fields, head and rows in one transaction. A row that the base refuses
+// is logged and left out; with a base out of reach the former list stays whole, which is logged.
+void BtnSauve_Click(Station& station);
 void BtnNew_Click(Station& station);
 
 // The rows of a stored list as they go to PL, each rebuilt from its library record; one whose

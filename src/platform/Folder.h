@@ -1,5 +1,6 @@
-// Files as the logic sees them: whole small files in a folder of ours (the station's, the machine's),
-// found without regard to case, and sound files with what lies beside them, under their stored paths.
+// Files as the logic sees them: whole small files in a folder of ours (the station's, the
+// machine's), found without regard to case, and sound files with what lies beside them, under their
+// stored paths.
 #pragma once
 
 #include <cstdint>
@@ -21,12 +22,20 @@ struct FileError : std::runtime_error {
 class Folder {
  public:
   virtual ~Folder() = default;
-  virtual const std::string& Path() const = 0;                       // ends in '/'
-  virtual std::string PathOf(std::string_view name) const = 0;       // the existing file's, else as given
+  virtual const std::string& Path() const = 0;  // ends in '/'
+  virtual std::string PathOf(
+      std::string_view name) const = 0;  // the existing file's, else as given
   virtual bool Exists(std::string_view name) const = 0;
-  virtual std::optional<std::string> Read(std::string_view name) const = 0;  // nullopt: no such file
-  virtual void Write(std::string_view name, std::string_view bytes) = 0;     // whole, or left as it was
+  virtual std::optional<std::string> Read(
+      std::string_view name) const = 0;  // nullopt: no such file
+  // Whole, or left as it was. Waits for no disk: after a power cut the file may be the old one.
+  virtual void Write(std::string_view name, std::string_view bytes) = 0;
   virtual void Append(std::string_view name, std::string_view bytes) = 0;
+  // The same for what must outlive a power cut: on the disk when they come back. They wait for the
+  // disk, tenths of a second on a busy one, so nothing that is written element after element goes
+  // this way.
+  virtual void WriteDurably(std::string_view name, std::string_view bytes) = 0;
+  virtual void AppendDurably(std::string_view name, std::string_view bytes) = 0;
   // Overwrites bytes from `offset` on (0 is the first) and leaves all others; makes the file.
   virtual void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) = 0;
   virtual void Remove(std::string_view name) = 0;  // nothing when absent
@@ -35,8 +44,8 @@ class Folder {
   virtual Folder& Subfolder(std::string_view name) = 0;
 };
 
-// Files outside our folders, named by the paths that cards and settings store. A path with a drive or
-// backslashes goes through the machine's path map. Thread: the logic's.
+// Files outside our folders, named by the paths that cards and settings store. A path with a drive
+// or backslashes goes through the machine's path map. Thread: the logic's.
 class SoundFiles {
  public:
   virtual ~SoundFiles() = default;
@@ -44,7 +53,9 @@ class SoundFiles {
   virtual bool Exists(std::string_view storedPath) const = 0;          // a regular file
   virtual int64_t SizeBytes(std::string_view storedPath) const = 0;    // -1 when absent
   virtual std::optional<std::string> Read(std::string_view storedPath) const = 0;
+  // Both as those of Folder.
   virtual void Write(std::string_view storedPath, std::string_view bytes) = 0;
+  virtual void WriteDurably(std::string_view storedPath, std::string_view bytes) = 0;
   virtual void Remove(std::string_view storedPath) = 0;
 };
 

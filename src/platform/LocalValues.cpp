@@ -96,7 +96,7 @@ void LocalValues::Set(std::string_view name, std::string_view value) {
     if (!bytes.empty() && bytes.back() != '\n' && bytes.back() != '\r') bytes += lineEnd;
     bytes += key + "=" + AsLine(value) + lineEnd;
   }
-  machine_.Write(kFileName, bytes);
+  machine_.WriteDurably(kFileName, bytes);
 }
 
 }  // namespace zemo

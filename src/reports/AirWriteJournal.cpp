@@ -90,11 +90,11 @@ void JournalKept(Station& station, const AirWrite& write) {
   Folder& folder = station.platform.machineFolder;
   const std::string name = JournalName(station);
   const std::string head = folder.Exists(name) ? "" : HeadLine(station);
-  folder.Append(name, head + WriteLine(write));
+  folder.AppendDurably(name, head + WriteLine(write));
 }
 
 void JournalWritten(Station& station, size_t oldest) {
-  station.platform.machineFolder.Append(
+  station.platform.machineFolder.AppendDurably(
       JournalName(station),
       QuotedField(kWritten) + ',' + std::to_string(oldest) + std::string(kLineEnd));
 }
@@ -105,7 +105,7 @@ void JournalAnew(Station& station, const std::deque<AirWrite>& kept) {
   if (kept.empty()) return folder.Remove(name);
   std::string text = HeadLine(station);
   for (const AirWrite& write : kept) text += WriteLine(write);
-  folder.Write(name, text);
+  folder.WriteDurably(name, text);
 }
 
 std::deque<AirWrite> ReadJournal(Station& station, int& damaged) {

@@ -117,7 +117,7 @@ void SaveDay(Station& station, const char* table, const std::string& fields, int
   for (const std::string& values : rows)
     db.Execute("INSERT INTO " + std::string(table) + " (" + fields + ") " + values);
   transaction.Commit();
-  WriteSideFile(station.platform.stationFolder, file, JoinLines(lines));
+  WriteSideFileDurably(station.platform.stationFolder, file, JoinLines(lines));
 }
 
 size_t DayIndex(int day) {

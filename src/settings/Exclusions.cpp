@@ -24,7 +24,7 @@ void LoadSaveExclusion(Station& station, std::string_view action) {
       std::vector<std::string> lines;
       for (const auto& [from, to] : periods)
         if (lines.size() < kMostRows) lines.push_back(OneLine(from) + "\t" + OneLine(to));
-      WriteSideFile(folder, station.files.Exclusion, JoinLines(lines));
+      WriteSideFileDurably(folder, station.files.Exclusion, JoinLines(lines));
     }
     if (!IsLoad(action)) return;
     const auto text = ReadSideFile(folder, station.files.Exclusion);

@@ -16,8 +16,8 @@ void Save(Station& station, const std::string& password) {
   EngineLists& lists = station.lists;
   lists.Password = password;
   lists.Locked = !password.empty();
-  WriteSideFile(station.platform.machineFolder, station.files.ZemoPasseWord,
-                BoolField(lists.Locked) + "," + QuotedField(password) + "\r\n");
+  WriteSideFileDurably(station.platform.machineFolder, station.files.ZemoPasseWord,
+                       BoolField(lists.Locked) + "," + QuotedField(password) + "\r\n");
 }
 
 void Load(Station& station, std::string& password) {

@@ -56,7 +56,7 @@ void LoadSaveInstrumental(Station& station, std::string_view action) {
     if (IsSave(action)) {
       std::string text;
       for (const bool instrumental : hours) text += BoolField(instrumental) + "\r\n";
-      WriteSideFile(folder, station.files.Instrumental, text);
+      WriteSideFileDurably(folder, station.files.Instrumental, text);
     }
     if (!IsLoad(action)) return;
     hours.fill(true);
@@ -76,7 +76,7 @@ void LoadLectureBase(Station& station) {
     if (const auto text = ReadSideFile(folder, station.files.LectureBase)) {
       ReadLectureBase(station, *text);
     } else {
-      WriteSideFile(folder, station.files.LectureBase, kLectureBaseText);
+      WriteSideFileDurably(folder, station.files.LectureBase, kLectureBaseText);
     }
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadLectureBase");

@@ -31,13 +31,15 @@ bool LoadSavePlay(Station& station, std::string_view action) {
   Folder& folder = station.platform.machineFolder;
   try {
     if (IsSave(action))
-      WriteSideFile(folder, station.files.ZemoPlay, BoolField(station.engine.IsRunning) + "\r\n");
+      WriteSideFileDurably(folder, station.files.ZemoPlay,
+                           BoolField(station.engine.IsRunning) + "\r\n");
     if (!IsLoad(action)) return false;
     const auto text = ReadSideFile(folder, station.files.ZemoPlay);
     const std::vector<SideField> fields = ReadFields(text.value_or(std::string()));
     return !fields.empty() && fields.front().AsBool(false);
   } catch (const std::exception&) {
-    return false;  // the machine stays idle
+    if (IsSave(action)) LogCurrentException(station, "LoadSavePlay");
+    return false;  // what cannot be read leaves the machine idle
   }
 }
 
@@ -45,9 +47,9 @@ void LoadSaveAudio(Station& station, std::string_view action) {
   Folder& folder = station.platform.machineFolder;
   try {
     if (IsSave(action))
-      WriteSideFile(folder, station.files.ZemoAudio,
-                    std::to_string(station.lists.AudioOutID) + "," +
-                        std::to_string(station.lists.AudioOutPFLID) + "\r\n");
+      WriteSideFileDurably(folder, station.files.ZemoAudio,
+                           std::to_string(station.lists.AudioOutID) + "," +
+                               std::to_string(station.lists.AudioOutPFLID) + "\r\n");
     if (!IsLoad(action)) return;
     const auto text = ReadSideFile(folder, station.files.ZemoAudio);
     if (!text || ReadAudioChoice(station, *text)) return;

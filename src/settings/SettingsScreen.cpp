@@ -207,8 +207,8 @@ Value StoredValue(const SettingsScreen& screen, const SettingsControl& control) 
 }
 
 void SaveLangue(Station& station) {
-  WriteSideFile(station.platform.stationFolder, kLangueFile,
-                std::to_string(station.settings.Langue) + "\r\n");
+  WriteSideFileDurably(station.platform.stationFolder, kLangueFile,
+                       std::to_string(station.settings.Langue) + "\r\n");
 }
 
 void SetField(Station& station, const SettingsControl& control) {

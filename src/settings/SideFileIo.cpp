@@ -33,11 +33,15 @@ void WriteSideFile(Folder& folder, std::string_view name, std::string_view utf8)
   folder.Write(name, EncodeSideFile(utf8));
 }
 
+void WriteSideFileDurably(Folder& folder, std::string_view name, std::string_view utf8) {
+  folder.WriteDurably(name, EncodeSideFile(utf8));
+}
+
 void WriteLinesInCapitals(Folder& folder, std::string_view name,
                           const std::vector<std::string>& entries) {
   std::vector<std::string> lines;
   for (const std::string& entry : entries) lines.push_back(UpperLatin(OneLine(entry)));
-  WriteSideFile(folder, name, JoinLines(lines));
+  WriteSideFileDurably(folder, name, JoinLines(lines));
 }
 
 }  // namespace zemo

@@ -18,7 +18,9 @@ bool IsSave(std::string_view action);
 bool CanRead(const Folder& folder, std::string_view name);
 std::optional<std::string> ReadSideFile(const Folder& folder, std::string_view name);  // UTF-8
 void WriteSideFile(Folder& folder, std::string_view name, std::string_view utf8);
-// A line list: an entry a line, in capitals.
+// The same for what the operator or the machine must find again after a power cut (see Folder).
+void WriteSideFileDurably(Folder& folder, std::string_view name, std::string_view utf8);
+// A line list, durably: an entry a line, in capitals.
 void WriteLinesInCapitals(Folder& folder, std::string_view name,
                           const std::vector<std::string>& entries);
 

@@ -26,7 +26,8 @@ std::string SideFilePath(std::string_view soundFile, std::string_view ending);
 // puts its banner on the main screen. Run again when the value was changed.
 void LoadMachineState(Station& station);
 // "ZemoPlay.Ini". Load: true when the machine was on air when it was last written, and so has to go
-// on air by itself; false without a file. Save: writes IsRunning. Faults are swallowed.
+// on air by itself; false without a file or with one that cannot be read. Save: writes IsRunning,
+// durably; a fault is logged.
 bool LoadSavePlay(Station& station, std::string_view action);
 // "ZemoAudio.Ini": lists.AudioOutID and AudioOutPFLID. A file that cannot be read shows an alert
 // and leaves them.

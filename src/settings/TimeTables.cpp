@@ -66,7 +66,7 @@ void LoadSaveStartStop(Station& station, std::string_view action, int day, bool 
   const StartStopLists lists = ListsOf(station, listsOnly);
   const std::string name = DayFile("StartStop", day);
   try {
-    if (IsSave(action)) WriteSideFile(folder, name, StartStopText(lists));
+    if (IsSave(action)) WriteSideFileDurably(folder, name, StartStopText(lists));
     if (!IsLoad(action)) return;
     const auto text =
         ReadSideFile(folder, name);  // a file that cannot be read leaves the day's times
@@ -86,7 +86,7 @@ void LoadSaveTopage(Station& station, std::string_view action, int day, bool lis
     if (IsSave(action)) {
       std::string text;
       for (const std::string& time : times) text += QuotedField(time) + "\r\n";
-      WriteSideFile(folder, name, text);
+      WriteSideFileDurably(folder, name, text);
     }
     if (!IsLoad(action)) return;
     const std::string text = ReadSideFile(folder, name).value_or(std::string());

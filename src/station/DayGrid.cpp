@@ -19,4 +19,9 @@ void DayGrid::SetCell(int row, int column, std::string text) {
   cells[static_cast<size_t>(column)] = std::move(text);
 }
 
+void DayGrid::Clear() {
+  rows_.clear();
+  day_.clear();
+}
+
 }  // namespace zemo

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zemo {
@@ -19,17 +20,22 @@ inline constexpr int kCount = 100;
 }  // namespace GridCol
 
 // Cells of a row: 0 moment "hh:mm", 1 break length, 2 break type, 3 to 49 elements, 53 to 99 their
-// files; cell (0,53) the date stamp. Writer: the composition. Thread: the logic's.
+// files; cell (0,53) the date stamp: whoever changes campaigns empties it, and the grid is composed
+// again while its breaks keep firing. Writer: the composition. Thread: the logic's.
 class DayGrid {
  public:
   int RowCount() const { return static_cast<int>(rows_.size()); }  // the heading row included
   const std::string& Cell(int row, int column) const;              // "" where nothing was set
   void SetCell(int row, int column, std::string text);             // grows the table
-  void Clear() { rows_.clear(); }
+  void Clear();
+  // The day that the rows were composed for, "yyyymmdd"; empty: for none.
+  const std::string& Day() const { return day_; }
+  void SetDay(std::string day) { day_ = std::move(day); }
   const std::vector<std::vector<std::string>>& Rows() const { return rows_; }
 
  private:
   std::vector<std::vector<std::string>> rows_;
+  std::string day_;
 };
 
 }  // namespace zemo

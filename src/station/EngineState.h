@@ -106,6 +106,8 @@ struct EngineState {
   bool composing = false;     // a composition runs, maybe up the stack
   bool composeAgain = false;  // another was asked for meanwhile
   int64_t gridRetryMs = 0;    // monotonic; after a failed one the tick waits until then
+  // The wall clock less the monotonic one, days, before a preview set the date; none without one.
+  std::optional<double> clockBeforePreview;
 
   // --- writes that the base could not take yet (see reports/AirWrites.h) ---
   struct KeptWrites {

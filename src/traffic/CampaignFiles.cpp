@@ -48,9 +48,9 @@ std::optional<std::string> ReadCampaignFile(Station& station, const std::string&
 
 void WriteCampaignFile(Station& station, const std::string& path, std::string_view utf8) {
   if (InStationFolder(path))
-    WriteSideFile(station.platform.stationFolder, path, utf8);
+    WriteSideFileDurably(station.platform.stationFolder, path, utf8);
   else
-    station.platform.soundFiles.Write(path, EncodeSideFile(utf8));
+    station.platform.soundFiles.WriteDurably(path, EncodeSideFile(utf8));
 }
 
 bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,
@@ -88,7 +88,7 @@ std::string DecoupeText(const CampaignForm& form) {
 void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form) {
   Folder& folder = station.platform.stationFolder;
   try {
-    if (IsSave(action)) WriteSideFile(folder, station.files.Decoupe, DecoupeText(form));
+    if (IsSave(action)) WriteSideFileDurably(folder, station.files.Decoupe, DecoupeText(form));
     if (!IsLoad(action)) return;
     if (const auto text = ReadSideFile(folder, station.files.Decoupe))
       TakeDecoupe(ReadFields(*text), form);
@@ -98,8 +98,8 @@ void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& fo
 }
 
 void WriteMajGrillePub(Station& station) {
-  WriteSideFile(station.platform.stationFolder, station.files.MajGrillePub,
-                DateText(station.Now()) + "\r\n");
+  WriteSideFileDurably(station.platform.stationFolder, station.files.MajGrillePub,
+                       DateText(station.Now()) + "\r\n");
 }
 
 }  // namespace zemo

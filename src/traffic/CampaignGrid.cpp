@@ -129,6 +129,32 @@ void ReadCrosses(Station& station, CampaignForm& form, const std::vector<std::st
   }
 }
 
+// A missing file has no cross.
+void ReadGridFile(Station& station, CampaignForm& form, const std::string& path, RowYields yields) {
+  const auto text = ReadCampaignFile(station, path);
+  ReadCrosses(station, form, SplitLines(text.value_or(std::string())), yields);
+}
+
+void ReadCampaign(const Recordset& grillePub, CampaignForm& form) {
+  form.LblCode = grillePub.Text("CODE");
+  form.LblDepartPub = grillePub.Text("CAMPAGNEDEPART");
+  form.LblFinPub = grillePub.Text("CAMPAGNEFIN");
+  form.HDepPub = grillePub.Text("HDEPART");
+  form.HFinPub = grillePub.Text("HFIN");
+  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
+    form.DecoupagePub[i] = grillePub.Text("DECOUPEH" + std::to_string(i + 1));
+  form.FichierAudio = grillePub.Text("FILENAMEAUDIO");
+  form.Longeur = std::to_string(grillePub.Int("DUREE"));
+  form.LblTemp = FormatDuration(grillePub.Int("DUREE"));
+  form.ChAnnonceur = grillePub.Text("ANNONCEUR");
+  form.Categorie = grillePub.Text("CATEGORIE");
+  form.FILENAMEGRILLE = grillePub.Text("FILENAMEGRILLE");
+  form.ComboPriority = grillePub.Text("PRIORITY");
+  form.ChContact = Trim(grillePub.Text("CONTACT"));
+  form.OptPub = {grillePub.Bool("PUB"), !grillePub.Bool("PUB")};
+  form.GenreAssocie = grillePub.Text("GENREASSOCIE");
+}
+
 void BuildWeekly(CampaignForm& form, int64_t langue, const std::function<void()>& afterRow) {
   form.LblTotalJours = std::to_string(kWeekDays) + WordsOf(langue).days;
   TextGrid grid;
@@ -203,8 +229,7 @@ bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
     if (IsSave(action)) {
       WriteCampaignFile(station, path, GridFileText(form.GPub, AfterRow(station, yields)));
     } else if (IsLoad(action)) {
-      const auto text = ReadCampaignFile(station, path);
-      ReadCrosses(station, form, SplitLines(text.value_or(std::string())), yields);
+      ReadGridFile(station, form, path, yields);
     }
   } catch (const std::exception&) {
     LogCurrentException(station, "LSGrillePub");
@@ -230,25 +255,16 @@ int CalculNbJourActif(const CampaignForm& form) {
 
 void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
                   RowYields yields) {
-  form.LblCode = grillePub.Text("CODE");
-  form.LblDepartPub = grillePub.Text("CAMPAGNEDEPART");
-  form.LblFinPub = grillePub.Text("CAMPAGNEFIN");
-  form.HDepPub = grillePub.Text("HDEPART");
-  form.HFinPub = grillePub.Text("HFIN");
-  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
-    form.DecoupagePub[i] = grillePub.Text("DECOUPEH" + std::to_string(i + 1));
-  form.FichierAudio = grillePub.Text("FILENAMEAUDIO");
-  form.Longeur = std::to_string(grillePub.Int("DUREE"));
-  form.LblTemp = FormatDuration(grillePub.Int("DUREE"));
-  form.ChAnnonceur = grillePub.Text("ANNONCEUR");
-  form.Categorie = grillePub.Text("CATEGORIE");
-  form.FILENAMEGRILLE = grillePub.Text("FILENAMEGRILLE");
-  form.ComboPriority = grillePub.Text("PRIORITY");
-  form.ChContact = Trim(grillePub.Text("CONTACT"));
-  form.OptPub = {grillePub.Bool("PUB"), !grillePub.Bool("PUB")};
-  form.GenreAssocie = grillePub.Text("GENREASSOCIE");
+  ReadCampaign(grillePub, form);
   CmdInitGrille(station, form, yields);
   LSGrillePub(station, form, "Load", form.FILENAMEGRILLE, yields);
+}
+
+void LoadCampaignOrFail(Station& station, const Recordset& grillePub, CampaignForm& form) {
+  ReadCampaign(grillePub, form);
+  CmdInitGrille(station, form, RowYields::kNone);
+  ReadGridFile(station, form, form.FILENAMEGRILLE, RowYields::kNone);
+  form.LblTotalMsg = std::to_string(CalculNbJourActif(form));
 }
 
 void WriteCampaign(const CampaignForm& form, Recordset& grillePub) {

@@ -77,6 +77,9 @@ int CrossesInColumn(const TextGrid& grid, int column);
 // StoreError.
 void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
                   RowYields yields = RowYields::kEach);
+// The same without a yield, for a day's grid: a grid file that is there and cannot be read is no
+// campaign without crosses. Throws FileError then, and StoreError.
+void LoadCampaignOrFail(Station& station, const Recordset& grillePub, CampaignForm& form);
 
 // The fields of the form to the row in edit. Throws StoreError.
 void WriteCampaign(const CampaignForm& form, Recordset& grillePub);

@@ -16,8 +16,10 @@ void ImportPub(std::string_view line, int field, std::string& result);
 // the grid is composed again while its breaks keep firing, and deletes the file. A line whose sound
 // file the table knew when the import began is passed over; one that the base refuses is logged
 // under "SurveilleNewBase" and the others go on. Tells the event `import`. Nothing without the
-// file. Throws FileError and StoreError; the file then stays, and lines already taken are known at
-// the next try.
+// file.
+//
+// Yields over a long file; the lines then go in as one transaction. Throws FileError and
+// StoreError: no line is in then and the file stays for the next try, which adds no line twice.
 void ImportExportPubs(Station& station);
 
 }  // namespace zemo

@@ -1,12 +1,15 @@
 #include "traffic/DayGridComposition.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "platform/SoundLengths.h"
 #include "reports/ReportPurge.h"
@@ -29,7 +32,9 @@ constexpr const char* kComposing = "--/--/--";
 // One composition on its way.
 struct Composition {
   explicit Composition(Station& given)
-      : station(given), now(given.Now()), today(DateKey(now)), campaigns(OpenCampaigns(given)) {}
+      : station(given), now(given.Now()), today(DateKey(now)), campaigns(OpenCampaigns(given)) {
+    grid.SetCell(0, GridCol::kDateStamp, "");  // the heading's row, before those of the moments
+  }
 
   // A snapshot, since editors move the table's cursor while the walks yield.
   static std::unique_ptr<Recordset> OpenCampaigns(Station& station) {
@@ -37,6 +42,7 @@ struct Composition {
   }
 
   Station& station;
+  DayGrid grid;  // made aside: GPubJour stands until it is whole
   LocalDateTime now;
   std::string today;                          // "yyyymmdd"
   std::unique_ptr<Recordset> campaigns;       // in the order of passage
@@ -55,7 +61,7 @@ void WalkCrosses(Composition& c, Take take) {
     c.station.platform.loop.Yield();
     if (!WorksOn(c.campaigns->Text("CAMPAGNEDEPART"), c.campaigns->Text("CAMPAGNEFIN"), c.today))
       continue;
-    LoadCampaign(c.station, *c.campaigns, c.form, RowYields::kNone);
+    LoadCampaignOrFail(c.station, *c.campaigns, c.form);
     const int column = ColumnOfDay(c.form, c.now);
     if (column == 0) continue;
     const TextGrid& grid = c.form.GPub;
@@ -75,7 +81,7 @@ void CollectMoments(Composition& c) {
 }
 
 void AppendBreaks(Composition& c) {
-  DayGrid& grid = c.station.GPubJour;
+  DayGrid& grid = c.grid;
   for (const auto& [moment, spot] : c.moments) {
     const int row = grid.RowCount();
     c.rows.emplace(moment, row);
@@ -96,7 +102,7 @@ int FreeColumn(const DayGrid& grid, int row) {
 
 // A grid file that changed between the two passes has crosses at moments without a row.
 void AppendUnexpected(Composition& c, const std::string& moment) {
-  DayGrid& grid = c.station.GPubJour;
+  DayGrid& grid = c.grid;
   const int row = grid.RowCount();
   c.rows.emplace(moment, row);
   grid.SetCell(row, GridCol::kMoment, moment);
@@ -105,7 +111,7 @@ void AppendUnexpected(Composition& c, const std::string& moment) {
 }
 
 void PlaceElement(Composition& c, const std::string& moment) {
-  DayGrid& grid = c.station.GPubJour;
+  DayGrid& grid = c.grid;
   const auto found = c.rows.find(moment);
   if (found == c.rows.end()) return AppendUnexpected(c, moment);
   const int column = FreeColumn(grid, found->second);
@@ -119,19 +125,19 @@ void PlaceElement(Composition& c, const std::string& moment) {
 // --- behind the passes ---
 
 // The sum of a row's lengths, up to the first cell without a file.
-int64_t BreakLengthMs(Station& station, int row) {
+int64_t BreakLengthMs(const Composition& c, int row) {
   int64_t totalMs = 0;
   for (int column = GridCol::kFirstElement + GridCol::kFileOffset;; ++column) {
-    const std::string file = station.GPubJour.Cell(row, column);
+    const std::string& file = c.grid.Cell(row, column);
     if (file.empty()) return totalMs;
-    totalMs += station.platform.lengths.LengthMs(file);
+    totalMs += c.station.platform.lengths.LengthMs(file);
   }
 }
 
 void WriteLengths(Composition& c) {
-  DayGrid& grid = c.station.GPubJour;
+  DayGrid& grid = c.grid;
   for (int row = 1; row < grid.RowCount(); ++row) {
-    grid.SetCell(row, GridCol::kLength, FormatDuration(BreakLengthMs(c.station, row)));
+    grid.SetCell(row, GridCol::kLength, FormatDuration(BreakLengthMs(c, row)));
     c.station.platform.loop.Yield();  // files of which the length is not known yet take their time
   }
 }
@@ -158,7 +164,7 @@ void WriteHeading(Composition& c) {
   if (langue == kSpanish) return;  // it has no heading
   const HeadingWords& words =
       kHeadings[langue == 1 || langue == 2 ? static_cast<size_t>(langue) : 0];
-  DayGrid& grid = c.station.GPubJour;
+  DayGrid& grid = c.grid;
   const std::string cells[] = {words.moment,
                                words.length,
                                words.type,
@@ -169,13 +175,41 @@ void WriteHeading(Composition& c) {
   for (const std::string& cell : cells) grid.SetCell(0, column++, cell);
 }
 
+// The grid of another day goes before anything can fail: its breaks must not air today.
+void MarkComposing(DayGrid& grid, const std::string& today) {
+  if (grid.Day() != today) grid.Clear();
+  grid.SetCell(0, GridCol::kDateStamp, kComposing);
+}
+
+// Whoever changed campaigns meanwhile has emptied the stamp: it stays so, and the grid is composed
+// again.
+void PutOnAir(Composition& c) {
+  DayGrid& grid = c.station.GPubJour;
+  const bool changed = grid.Cell(0, GridCol::kDateStamp).empty();
+  c.grid.SetCell(0, GridCol::kDateStamp, changed ? std::string() : ShortDateText(c.now));
+  c.grid.SetDay(c.today);
+  grid = std::move(c.grid);
+}
+
+// Goes on at the same pace whatever the date is set to: a jump of it is one of the date.
+double ClockOffsetDays(const Station& station) {
+  constexpr double kDayMs = 86400000;
+  return DateSerial(station.Now()) -
+         static_cast<double>(station.platform.clock.MonotonicMs()) / kDayMs;
+}
+
+bool DateIsFalse(Station& station) {
+  std::optional<double>& before = station.engine.clockBeforePreview;
+  if (before && std::fabs(ClockOffsetDays(station) - *before) < 0.5) before.reset();
+  return before.has_value();
+}
+
 void Compose(Station& station) {
   station.base.CheckCnf();
-  if (station.base.CnfInt(Cnf::kSuppressionPub) == 1) SuppresionPub(station);
+  const bool purges = !DateIsFalse(station);
+  if (purges && station.base.CnfInt(Cnf::kSuppressionPub) == 1) SuppresionPub(station);
   station.base.Tables().GrillePub->SetIndex("PRIORITY");
-  DayGrid& grid = station.GPubJour;
-  grid.Clear();
-  grid.SetCell(0, GridCol::kDateStamp, kComposing);
+  MarkComposing(station.GPubJour, DateKey(station.Now()));
   Composition c(station);
   CollectMoments(c);
   AppendBreaks(c);
@@ -183,21 +217,23 @@ void Compose(Station& station) {
   WriteLengths(c);
   station.base.CheckCnf();
   WriteHeading(c);
-  if (!grid.Cell(0, GridCol::kDateStamp).empty())
-    grid.SetCell(0, GridCol::kDateStamp, ShortDateText(c.now));
   station.base.Tables().GrillePub->SetIndex("PRIORITY");
-  station.events.Grid(grid.RowCount() - 1, c.spots, c.news);
-  PurgeRapport(station, station.base.CnfInt(Cnf::kPurgeRapport));
+  PutOnAir(c);
+  station.events.Grid(station.GPubJour.RowCount() - 1, c.spots, c.news);
+  if (purges) PurgeRapport(station, station.base.CnfInt(Cnf::kPurgeRapport));
 }
 
-void ComposeOnce(Station& station) {
+// False when the former grid stands.
+bool ComposeOnce(Station& station) {
   const std::string former = station.GPubJour.Cell(0, GridCol::kDateStamp);
   try {
     Compose(station);
+    return true;
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine);
     const bool today = former == ShortDateText(station.Now());
     station.GPubJour.SetCell(0, GridCol::kDateStamp, today ? std::string() : former);
+    return false;
   }
 }
 
@@ -224,15 +260,21 @@ class Composing {
 
 }  // namespace
 
-void MakeGrillePubGeneral(Station& station) {
+bool MakeGrillePubGeneral(Station& station) {
   EngineState& engine = station.engine;
   engine.composeAgain = engine.composing;
-  if (engine.composing) return;
+  if (engine.composing) return false;
   const Composing composing(station);
+  bool whole = false;
   do {
     engine.composeAgain = false;
-    ComposeOnce(station);
+    whole = ComposeOnce(station);
   } while (engine.composeAgain);
+  return whole;
+}
+
+void BeginPreview(Station& station) {
+  if (!DateIsFalse(station)) station.engine.clockBeforePreview = ClockOffsetDays(station);
 }
 
 void MakePubduJour(Station& station) {

@@ -10,11 +10,18 @@ struct Station;
 // heading and the date stamp. Ended campaigns leave the table first when the settings say so, old
 // report rows at the end. Tells the event `grid`.
 //
-// Yields for each campaign. The grid is composed in place, and whoever looks at it from a yield may
-// see it half filled; a composition asked for from there runs behind this one. A fault is logged,
-// leaves the rows composed so far and no stamp of today, so that the tick tries again.
-// Thread: the logic's.
-void MakeGrillePubGeneral(Station& station);
+// Yields for each campaign. The grid is made aside and takes the place of GPubJour when it is
+// whole; a composition asked for from a yield runs behind this one, and gives false where it was
+// asked for.
+//
+// False after a fault, which is logged: a base that is locked, a grid file that cannot be read,
+// more than 401 moments. The grid of today that stood before stands on, without a stamp, so that
+// the tick tries again; that of another day leaves no rows. Thread: the logic's.
+bool MakeGrillePubGeneral(Station& station);
+
+// Called before the machine's date is set for the preview of another day: until the date is back no
+// composition purges campaigns or report rows, which would be old by a false date.
+void BeginPreview(Station& station);
 
 // The menu's order: composes at once.
 void MakePubduJour(Station& station);

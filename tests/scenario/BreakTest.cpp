@@ -352,6 +352,36 @@ TEST_F(GridInTheTick, AFailedCompositionIsTriedAgainTenSecondsLater) {
   EXPECT_EQ(Compositions(), Moments{210100});
 }
 
+TEST_F(GridInTheTick, ASignalStaysUntilACompositionSucceeds) {
+  Titles(1, 600000);
+  Signal(200950);  // seen at 202 s, in an even second
+  on.At(200960, [&] { on.Sql("ALTER TABLE GrillePub RENAME TO Away"); });
+  on.At(205000, [&] { EXPECT_TRUE(on.stationFolder.Exists("MajGrillePub.txt")); });
+  on.At(211000, [&] { on.Sql("ALTER TABLE Away RENAME TO GrillePub"); });
+  Air(230000);
+  ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
+  EXPECT_EQ(on.Events("error")[0].atMs, 202000);
+  EXPECT_EQ(Compositions(), (Moments{212000, 212000}))
+      << on.Describe();  // no stamp, and the signal
+  EXPECT_FALSE(on.stationFolder.Exists("MajGrillePub.txt"));
+}
+
+TEST_F(GridInTheTick, AFailedCompositionLeavesTheBreaksOfTheDay) {
+  AddCampaign(on, {.advertiser = "SPOT", .marks = {"04"}, .crosses = {"12:04"}});
+  MakeGrid();
+  Titles(1, 600000);
+  on.At(200050, [&] {
+    on.Sql("ALTER TABLE GrillePub RENAME TO Away");
+    on.station.GPubJour.SetCell(0, 53, "");
+  });
+  // No try in vain puts off the next jingle: the guard is the start's.
+  on.At(235000, [&] { EXPECT_LT(on.station.engine.LastJingleTimer, 12 * 3600 + 1); });
+  Air(250000);
+  EXPECT_FALSE(on.Events("error").empty());
+  ASSERT_EQ(on.Events("break").size(), 1U) << on.Describe();
+  EXPECT_EQ(on.Events("break")[0].atMs, 240000);
+}
+
 // --- preview of another day, and the hand on the grid ---
 
 TEST_F(GridInTheTick, APreviewSetsTheDateAndComposesItsDay) {

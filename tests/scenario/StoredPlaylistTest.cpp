@@ -5,6 +5,7 @@
 #include "engine/StoredPlaylists.h"
 #include "library/OnAirRows.h"
 #include "station/PlanTimes.h"
+#include "support/BaseLock.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -177,6 +178,92 @@ TEST_F(StoredPlaylist, FailedHeadLeavesTheOtherListsRowsAlone) {
   EXPECT_EQ(Panel().LblCodePL, 0);
   EXPECT_TRUE(Panel().BtnSauveEnabled);
   EXPECT_FALSE(on.Events("error").empty());
+}
+
+// --- a save is whole or leaves everything as it was ---
+
+class SavedList : public StoredPlaylist {
+ protected:
+  void SetUp() override {
+    StoredPlaylist::SetUp();
+    DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+    Save("FORMER");
+    on.seen.clear();
+  }
+  // More rows than the table's pages hold.
+  void AppendRows() {
+    for (int i = 0; i < 1000; ++i) on.Append(BeginExtractRow());
+  }
+  void LimitTheDisk(bool full) {
+    on.station.base.Db().Execute(full ? "PRAGMA max_page_count = 1"
+                                      : "PRAGMA max_page_count = 1000000");
+  }
+  std::string Lists() {
+    return on.SqlText("SELECT group_concat(CODE || ' ' || LIBELLE, ', ') FROM Playlist");
+  }
+  std::string Rows(int32_t list) {
+    return on.SqlText("SELECT COUNT(*) || ' from ' || MAX(DISCOTHEQUE) FROM Pls WHERE NUMPLS = " +
+                      std::to_string(list));
+  }
+  void ExpectOneError(int number, const std::string& words) {
+    ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
+    EXPECT_EQ(on.Events("error")[0]["where"], "BtnSauve");
+    EXPECT_EQ(on.Events("error")[0].Int("number"), number);
+    EXPECT_NE(Panel().LblErreur.text.find(words), std::string::npos) << Panel().LblErreur.text;
+    EXPECT_TRUE(Panel().BtnSauveEnabled);
+    EXPECT_EQ(Panel().ComboPLS.items.size(), 1U);
+  }
+};
+
+TEST_F(SavedList, OnAFullDiskTheFormerListStaysWhole) {
+  AppendRows();
+  LimitTheDisk(true);
+  Save("LATER");
+  ExpectOneError(kErrDiskFull, "the stored list stays as it was");
+  EXPECT_EQ(Lists() + "; " + Rows(1), "1 FORMER; 1 from -1");
+  LimitTheDisk(false);
+  Save("LATER");
+  EXPECT_EQ(Lists() + "; " + Rows(1), "1 LATER; 1001 from -1");
+}
+
+TEST_F(SavedList, OnAFullDiskANewListLeavesNoHead) {
+  Panel().LblCodePL = 0;
+  AppendRows();
+  LimitTheDisk(true);
+  Save("NEW");
+  ExpectOneError(kErrDiskFull, "the list is not stored");
+  EXPECT_EQ(Lists(), "1 FORMER");
+  EXPECT_EQ(Panel().LblCodePL, 0);
+  LimitTheDisk(false);
+  Save("NEW");
+  EXPECT_EQ(Lists() + "; " + Rows(2), "1 FORMER, 2 NEW; 1001 from -1");
+  EXPECT_EQ(Panel().LblCodePL, 2);
+}
+
+// Another process reads, so that the rows can be written but not stored; in real time.
+TEST_F(SavedList, ThatCannotBeStoredForALockStaysWhole) {
+  on.Append(BeginExtractRow());
+  on.station.base.Waiting().LetEachWait(50);
+  BaseLock reader(on.station.base.Path(), "BEGIN; SELECT * FROM Playlist");
+  Save("LATER");
+  ExpectOneError(kErrLocked, "the stored list stays as it was");
+  reader.Release();
+  EXPECT_EQ(Lists() + "; " + Rows(1), "1 FORMER; 1 from -1");
+}
+
+TEST_F(SavedList, ThatCannotBeDeletedForALockKeepsItsVoiceTracks) {
+  const std::string track = on.MakeFile("link.wav", "sound");
+  on.Sql("UPDATE VT SET FILENAME = '" + track + "' WHERE CODE = 1");
+  on.Sql("INSERT INTO Pls (NUMPLS, DISCOTHEQUE, FICHE) VALUES (1, -30, 1)");
+  SelectStoredList(on.station, 1);
+  on.station.base.Waiting().LetEachWait(50);
+  BaseLock writer(on.station.base.Path(), "BEGIN IMMEDIATE");
+  on.messages.AnswerNext(Answer::kOk);
+  ComboPLS_KeyDelete(on.station);
+  EXPECT_EQ(on.Events("error").size(), 1U) << on.Describe();
+  EXPECT_TRUE(on.stationFolder.Exists("link.wav"));
+  writer.Release();
+  EXPECT_EQ(Lists() + "; " + on.SqlText("SELECT COUNT(*) FROM VT"), "1 FORMER; 2");
 }
 
 TEST_F(StoredPlaylist, NewClearsListAndFields) {

@@ -50,9 +50,11 @@ struct FaultAt {
 // A real folder with a fault.
 class FaultyFolder : public LocalFolder {
  public:
-  using LocalFolder::LocalFolder;
+  explicit FaultyFolder(const std::string& path) : LocalFolder(path, kNoDiskSync) {}
   mutable FaultAt fault;
   bool writesFail = false;
+  std::vector<std::string> durable;  // names of the files written durably
+  bool removesFail = false;
 
   bool Exists(std::string_view name) const override {
     return fault.Count(), LocalFolder::Exists(name);
@@ -65,6 +67,16 @@ class FaultyFolder : public LocalFolder {
   }
   void Append(std::string_view name, std::string_view bytes) override {
     CountWrite(), LocalFolder::Append(name, bytes);
+  }
+  void WriteDurably(std::string_view name, std::string_view bytes) override {
+    CountWrite(), durable.emplace_back(name), LocalFolder::WriteDurably(name, bytes);
+  }
+  void AppendDurably(std::string_view name, std::string_view bytes) override {
+    CountWrite(), LocalFolder::AppendDurably(name, bytes);
+  }
+  void Remove(std::string_view name) override {
+    if (removesFail) throw FileError(PathOf(name) + ": Permission denied");
+    LocalFolder::Remove(name);
   }
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override {
     CountWrite(), LocalFolder::PutBytes(name, offset, bytes);

@@ -24,6 +24,7 @@ class MemoryFolder : public Folder {
   bool readsFail = false;
   bool writesFail = false;
   int writes = 0;
+  int durableWrites = 0;  // of these, those that were to be durable
 
   const std::string& Path() const override { return path_; }
   std::string PathOf(std::string_view name) const override {
@@ -39,6 +40,14 @@ class MemoryFolder : public Folder {
   }
   void Write(std::string_view name, std::string_view bytes) override { Place(name) = bytes; }
   void Append(std::string_view name, std::string_view bytes) override { Place(name) += bytes; }
+  void WriteDurably(std::string_view name, std::string_view bytes) override {
+    Write(name, bytes);
+    ++durableWrites;
+  }
+  void AppendDurably(std::string_view name, std::string_view bytes) override {
+    Append(name, bytes);
+    ++durableWrites;
+  }
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override {
     std::string& content = Place(name);
     const auto at = static_cast<size_t>(offset);
@@ -97,6 +106,7 @@ class MemorySoundFiles : public SoundFiles {
     if (writesFail) throw FileError(std::string(path) + ": No space left on device");
     files[std::string(path)] = bytes;
   }
+  void WriteDurably(std::string_view path, std::string_view bytes) override { Write(path, bytes); }
   void Remove(std::string_view path) override { files.erase(std::string(path)); }
 };
 

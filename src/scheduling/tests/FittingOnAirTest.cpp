@@ -51,6 +51,18 @@ TEST_F(FittingOnAir, SpotsByThePipComeBeforeTheInstrumental) {
   EXPECT_EQ(RoutineOfTheFit(), "AjusteFinHeurePubColleTopH");
 }
 
+TEST_F(FittingOnAir, WaitsForACompositionAsTheBreaksDo) {
+  on.Set("PubAvecTopH", "1");
+  on.station.engine.composing = true;
+  on.At(14050, [&] { on.station.engine.composing = false; });
+  Air(20000);
+  const auto breaks = on.Events("break");
+  ASSERT_EQ(breaks.size(), 1U) << on.Describe();
+  EXPECT_EQ(breaks[0]["routine"], "AjoutPubRubFinHeure");
+  EXPECT_EQ(breaks[0].atMs, 14100);
+  EXPECT_EQ(on.Events("fit").size(), 1U);
+}
+
 TEST_F(FittingOnAir, OneRunAnHour) {
   on.At(3000000, [&] { AppendTitles(); });  // for the next hour
   Air(610000);                              // to 13:05:00

@@ -29,12 +29,19 @@ TEST_F(RunningFlag, LeavesTheMachineIdleWhenItSaysNothingElse) {
   }
 }
 
-TEST_F(RunningFlag, FaultsAreSwallowed) {
+TEST_F(RunningFlag, ThatCannotBeReadLeavesTheMachineIdle) {
   MachineFileIs("ZemoPlay.Ini", "#TRUE#\r\n");
-  fake.machineFolder.readsFail = fake.machineFolder.writesFail = true;
+  fake.machineFolder.readsFail = true;
   EXPECT_FALSE(LoadSavePlay(station, "Load"));
-  LoadSavePlay(station, "Save");
   EXPECT_TRUE(fake.errors.empty());
+}
+
+TEST_F(RunningFlag, ThatCannotBeWrittenIsTold) {
+  MachineFileIs("ZemoPlay.Ini", "#TRUE#\r\n");
+  fake.machineFolder.writesFail = true;
+  LoadSavePlay(station, "Save");
+  ASSERT_EQ(fake.errors.size(), 1U);
+  EXPECT_EQ(MachineFile("ZemoPlay.Ini"), "#TRUE#\r\n");
 }
 
 using AudioOutputs = SettingsTest;

@@ -2,9 +2,13 @@
 // all of November with the mark 00 in every hour.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "engine/DayGridControls.h"
 #include "engine/Startup.h"
 #include "settings/SideFiles.h"
 #include "station/TextForms.h"
+#include "support/BaseLock.h"
 #include "support/Campaigns.h"
 #include "support/WatchedLoop.h"
 #include "traffic/DayGridComposition.h"
@@ -191,12 +195,80 @@ TEST_F(DayGridComposition, MoreMomentsAreAnErrorAndLeaveNoStampOfToday) {
   EXPECT_FALSE(on.station.engine.composing);
 }
 
-TEST_F(DayGridComposition, AFaultLeavesTheStampOfAnotherDayAsItWas) {
+TEST_F(DayGridComposition, AFaultLeavesTheStampOfAnotherDayAndNoneOfItsBreaks) {
+  AddCampaign(on, {.crosses = {"10:00"}});
+  Compose();
   Today("2026-11-22");
   on.Sql("DROP TABLE GrillePub");
-  Compose();
+  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
   EXPECT_EQ(on.Events("error").at(0)["where"], "MakeGrillePubGeneral") << on.Describe();
   EXPECT_EQ(Grid().Cell(0, 53), "21/11/26");
+  EXPECT_EQ(Moments(), "");
+}
+
+// --- a fault leaves the grid of the day ---
+
+TEST_F(DayGridComposition, MoreMomentsLeaveTheGridOfTheDay) {
+  AddCampaign(on, {.advertiser = "FORMER", .crosses = {"10:00"}});
+  Compose();
+  for (const int first : {0, 10, 20}) {
+    std::vector<std::string> marks;
+    for (int mark = first; mark < first + 8; ++mark) marks.push_back(TwoDigits(mark));
+    AddEveryMoment(on, marks, 23);
+  }
+  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
+  EXPECT_EQ(Moments() + " " + Elements(1) + " " + Grid().Cell(0, 4),
+            "10:00 FORMER 1 Messages Pubs");
+  EXPECT_EQ(Grid().Cell(0, 53), "");
+  on.Sql("DELETE FROM GrillePub WHERE ANNONCEUR = 'FORMER'");
+  on.Sql("DELETE FROM GrillePub WHERE DECOUPEH1 = '20'");
+  EXPECT_TRUE(MakeGrillePubGeneral(on.station));
+  EXPECT_EQ(Grid().RowCount(), 385);
+}
+
+TEST_F(DayGridComposition, AGridFileThatCannotBeReadLeavesTheGridOfTheDay) {
+  const std::string file = on.MakeSound("spot.wav", 1000);
+  AddCampaign(on, {.advertiser = "A", .crosses = {"10:00"}, .file = file});
+  AddCampaign(on, {.advertiser = "B", .crosses = {"11:00"}});
+  Compose();
+  on.seen.clear();
+  std::filesystem::rename(GridFileOf(file), GridFileOf(file) + ".away");
+  std::filesystem::create_directory(GridFileOf(file));
+  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
+  ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
+  EXPECT_EQ(on.Events("error")[0]["where"], "MakeGrillePubGeneral");
+  EXPECT_EQ(on.Events("error")[0]["text"], GridFileOf(file) + ": Is a directory");
+  EXPECT_EQ(Moments() + " " + Grid().Cell(0, 53), "10:00,11:00 ");
+  std::filesystem::remove(GridFileOf(file));
+  Compose();  // a missing one is a campaign without crosses
+  EXPECT_EQ(Moments() + " " + Grid().Cell(0, 53), "11:00 21/11/26");
+}
+
+// The stamp of a grid of today may be empty when midnight comes.
+TEST_F(DayGridComposition, AGridWithoutAStampIsOfItsDayOnly) {
+  AddCampaign(on, {.crosses = {"10:00"}});
+  Compose();
+  Grid().SetCell(0, 53, "");
+  Today("2026-11-22");
+  on.Sql("ALTER TABLE GrillePub RENAME TO Away");
+  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
+  EXPECT_EQ(Moments() + Grid().Cell(0, 53), "");
+}
+
+// Real time: another process holds the base.
+TEST_F(DayGridComposition, ALockedBaseLeavesTheGridOfTheDay) {
+  AddCampaign(on, {.advertiser = "FORMER", .crosses = {"10:00"}});
+  Compose();
+  on.seen.clear();
+  BaseLock lock(on.station.base.Path());
+  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
+  ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
+  EXPECT_EQ(on.Events("error")[0].Int("number"), kErrLocked);
+  EXPECT_EQ(Moments() + " " + Elements(1) + " " + Grid().Cell(0, 53), "10:00 FORMER ");
+  EXPECT_FALSE(on.station.engine.composing);
+  lock.Release();
+  EXPECT_TRUE(MakeGrillePubGeneral(on.station));
+  EXPECT_EQ(Moments() + " " + Grid().Cell(0, 53), "10:00 21/11/26");
 }
 
 TEST_F(DayGridComposition, TwoMarksOfOneValueAreOneMomentWithTwoElements) {
@@ -329,6 +401,53 @@ TEST_F(DayGridComposition, OldReportRowsAreDeletedAtItsEnd) {
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "1");
 }
 
+// --- the preview of another day ---
+
+class DayGridPreview : public DayGridComposition {
+ protected:
+  void SetUp() override {
+    DayGridComposition::SetUp();
+    on.Sql("INSERT INTO Rapport (DATENUM) VALUES (46347.4)");  // 21 November 2026
+    AddCampaign(on, {.advertiser = "ENDED", .to = "20/11/2026", .crosses = {"10:00"}});
+    // As soon as the question was answered another machine turns the purge on.
+    Set("SuppressionPub", "1");
+    Set("PurgeRapport", "2");
+  }
+  std::string Kept() {
+    return on.SqlText("SELECT (SELECT COUNT(*) FROM GrillePub) || (SELECT COUNT(*) FROM Rapport)");
+  }
+};
+
+TEST_F(DayGridPreview, PurgesNeitherCampaignsNorTheReport) {
+  PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
+  EXPECT_EQ(Grid().Cell(0, 53), "24/12/26");
+  EXPECT_EQ(Kept(), "11");
+}
+
+TEST_F(DayGridPreview, PurgesNothingAsLongAsTheFalseDateStands) {
+  PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
+  on.RunUntil(36 * 3600000);  // the machine is forgotten over its midnight
+  Compose();
+  EXPECT_EQ(Grid().Cell(0, 53), "26/12/26");
+  PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 31});
+  EXPECT_EQ(Kept(), "11");
+}
+
+TEST_F(DayGridPreview, PurgesAgainOnceTheDateIsBack) {
+  PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
+  Today("2026-11-21");
+  Compose();
+  EXPECT_EQ(Kept(), "01");
+  Today("2026-11-24");
+  Compose();
+  EXPECT_EQ(Kept(), "00");
+}
+
+TEST_F(DayGridPreview, OfTodayPurgesAsEveryComposition) {
+  PickPreviewDay(on.station, {.year = 2026, .month = 11, .day = 21});
+  EXPECT_EQ(Kept(), "01");
+}
+
 TEST_F(DayGridComposition, TheTablesIndexIsLeftOnTheOrderOfPassage) {
   AddCampaign(on, {.advertiser = "LATER", .priority = 20});
   AddCampaign(on, {.advertiser = "FIRST", .priority = 10});
@@ -405,6 +524,31 @@ TEST_F(WatchedComposition, AMomentThatOnlyTheSecondPassSeesIsAppended) {
   EXPECT_EQ(grid.Cell(2, 0), "10:00");
   EXPECT_EQ(grid.Cell(2, 2), file);
   EXPECT_EQ(grid.Cell(0, 4), "1 Messages Pubs");
+}
+
+TEST_F(WatchedComposition, TheGridOfTheDayStandsWholeUntilTheNewOneIs) {
+  const std::string file = on.MakeSound("spot.wav", 10000);
+  AddCampaign(on, {.advertiser = "FORMER", .crosses = {"10:00", "12:00"}, .file = file});
+  MakeGrillePubGeneral(station);
+  on.Sql("UPDATE GrillePub SET ANNONCEUR = 'LATER'");
+  yields = 0;
+  OnYield = [&](int) {
+    ASSERT_EQ(station.GPubJour.RowCount(), 3);
+    EXPECT_EQ(station.GPubJour.Cell(2, 0) + station.GPubJour.Cell(2, 3), "12:00FORMER");
+    EXPECT_EQ(station.GPubJour.Cell(2, 1) + station.GPubJour.Cell(2, 53), "00:10" + file);
+  };
+  MakeGrillePubGeneral(station);
+  EXPECT_EQ(yields, 1 + 1 + 2);  // two walks over one campaign, and the rows
+  EXPECT_EQ(station.GPubJour.Cell(2, 3), "LATER");
+}
+
+TEST_F(WatchedComposition, TheGridOfAnotherDayIsGoneFromItsBegin) {
+  AddCampaign(on, {.advertiser = "FORMER", .crosses = {"10:00"}});
+  MakeGrillePubGeneral(station);
+  on.loop.SetWallClock(ParseMoment("2026-11-22 00:30:00"));
+  OnYield = [&](int) { EXPECT_LE(station.GPubJour.RowCount(), 1); };
+  MakeGrillePubGeneral(station);
+  EXPECT_EQ(station.GPubJour.RowCount(), 2);
 }
 
 TEST_F(WatchedComposition, ACompositionAskedForMeanwhileRunsBehind) {

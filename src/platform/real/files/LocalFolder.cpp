@@ -4,7 +4,6 @@
 #include <system_error>
 
 #include "platform/real/files/NoCaseNames.h"
-#include "platform/real/files/WholeFiles.h"
 
 namespace zemo {
 
@@ -17,7 +16,7 @@ bool IsPlainName(std::string_view name) {
 
 }  // namespace
 
-LocalFolder::LocalFolder(const std::string& path) {
+LocalFolder::LocalFolder(const std::string& path, const DiskSync& disk) : disk_(disk) {
   std::error_code failed;
   const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
   path_ = failed ? path : absolute.lexically_normal().string();
@@ -46,6 +45,14 @@ void LocalFolder::Append(std::string_view name, std::string_view bytes) {
   AppendToFile(ToWrite(name), bytes);
 }
 
+void LocalFolder::WriteDurably(std::string_view name, std::string_view bytes) {
+  ReplaceWholeFileDurably(ToWrite(name), bytes, disk_);
+}
+
+void LocalFolder::AppendDurably(std::string_view name, std::string_view bytes) {
+  AppendToFileDurably(ToWrite(name), bytes, disk_);
+}
+
 void LocalFolder::PutBytes(std::string_view name, int64_t offset, std::string_view bytes) {
   PutIntoFile(ToWrite(name), offset, bytes);
 }
@@ -65,7 +72,7 @@ void LocalFolder::Rename(std::string_view from, std::string_view to) {
 Folder& LocalFolder::Subfolder(std::string_view name) {
   if (!IsPlainName(name)) throw FileError("\"" + std::string(name) + "\" names no folder");
   auto& folder = subfolders_[std::string(name)];
-  if (!folder) folder = std::make_unique<LocalFolder>(PathOf(name));
+  if (!folder) folder = std::make_unique<LocalFolder>(PathOf(name), disk_);
   return *folder;
 }
 

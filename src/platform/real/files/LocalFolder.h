@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/Folder.h"
+#include "platform/real/files/WholeFiles.h"
 
 namespace zemo {
 
@@ -15,7 +16,8 @@ namespace zemo {
 // FileError. Thread: any, as nothing is kept but the path; Subfolder one at a time.
 class LocalFolder : public Folder {
  public:
-  explicit LocalFolder(const std::string& path);  // relative to the current folder of this moment
+  // `path` may be relative to the current folder of this moment. `disk` is not owned.
+  explicit LocalFolder(const std::string& path, const DiskSync& disk = kDiskSync);
 
   const std::string& Path() const override { return path_; }
   std::string PathOf(std::string_view name) const override;
@@ -23,6 +25,8 @@ class LocalFolder : public Folder {
   std::optional<std::string> Read(std::string_view name) const override;
   void Write(std::string_view name, std::string_view bytes) override;
   void Append(std::string_view name, std::string_view bytes) override;
+  void WriteDurably(std::string_view name, std::string_view bytes) override;
+  void AppendDurably(std::string_view name, std::string_view bytes) override;
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override;
   void Remove(std::string_view name) override;
   void Rename(std::string_view from, std::string_view to) override;
@@ -32,6 +36,7 @@ class LocalFolder : public Folder {
   std::string ToWrite(std::string_view name) const;  // its path; makes the folder
 
   std::string path_;  // ends in '/'
+  const DiskSync& disk_;
   std::map<std::string, std::unique_ptr<LocalFolder>, std::less<>> subfolders_;  // asked for so far
 };
 

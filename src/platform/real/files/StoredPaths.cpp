@@ -83,9 +83,17 @@ std::optional<std::string> StoredPaths::Read(std::string_view storedPath) const 
   return ReadWholeFile(Resolve(storedPath));
 }
 
-void StoredPaths::Write(std::string_view storedPath, std::string_view bytes) {
+std::string StoredPaths::ToWrite(std::string_view storedPath) const {
   if (storedPath.empty()) throw FileError("\"\" names no file");
-  ReplaceWholeFile(Resolve(storedPath), bytes);
+  return Resolve(storedPath);
+}
+
+void StoredPaths::Write(std::string_view storedPath, std::string_view bytes) {
+  ReplaceWholeFile(ToWrite(storedPath), bytes);
+}
+
+void StoredPaths::WriteDurably(std::string_view storedPath, std::string_view bytes) {
+  ReplaceWholeFileDurably(ToWrite(storedPath), bytes);
 }
 
 void StoredPaths::Remove(std::string_view storedPath) {

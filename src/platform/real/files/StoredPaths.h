@@ -25,10 +25,12 @@ class StoredPaths : public SoundFiles {
   int64_t SizeBytes(std::string_view storedPath) const override;
   std::optional<std::string> Read(std::string_view storedPath) const override;
   void Write(std::string_view storedPath, std::string_view bytes) override;
+  void WriteDurably(std::string_view storedPath, std::string_view bytes) override;
   void Remove(std::string_view storedPath) override;
 
  private:
   using Map = std::vector<std::pair<std::string, std::string>>;  // from (folded, '/'), to
+  std::string ToWrite(std::string_view storedPath) const;
   const Map& CurrentMap() const;
 
   Folder& machine_;

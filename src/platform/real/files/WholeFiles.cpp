@@ -83,7 +83,71 @@ std::string TemporaryBeside(const std::string& path) {
 
 constexpr mode_t kNewFileMode = 0666;  // less the user's mask
 
+// Not every file system can be asked to sync (some shares), and not every folder that may be
+// written in may be opened: then the system's own time has to do.
+bool CannotBeAsked(int reason) {
+  return reason == EINVAL || reason == ENOTSUP || reason == EROFS || reason == EACCES;
+}
+
+void Sync(const DiskSync& disk, int descriptor, const std::string& path) {
+  const int reason = disk.Sync(descriptor);
+  if (reason != 0 && !CannotBeAsked(reason)) Fail(path, reason);
+}
+
+// A new name is safe once its folder is.
+void SyncFolderOf(const std::string& path, const DiskSync& disk) {
+  const size_t slash = path.rfind('/');
+  const Descriptor folder(slash == std::string::npos ? "." : path.substr(0, slash + 1),
+                          O_RDONLY | O_DIRECTORY);
+  if (CannotBeAsked(folder.OpenReason())) return;
+  folder.RequireOpen();
+  Sync(disk, folder.Number(), path);
+}
+
+// Without `disk` nothing waits for it.
+void Replace(const std::string& path, std::string_view bytes, const DiskSync* disk) {
+  const std::string target = BehindLinks(path);
+  struct stat status;
+  const bool existed = ::stat(target.c_str(), &status) == 0;
+  if (existed && S_ISDIR(status.st_mode)) Fail(path, EISDIR);
+  if (existed && !S_ISREG(status.st_mode)) throw FileError(path + ": not a regular file");
+  const std::string temporary = TemporaryBeside(target);
+  try {
+    Descriptor file(temporary, O_WRONLY | O_CREAT | O_TRUNC, kNewFileMode);
+    if (file.OpenReason() != 0) Fail(path, file.OpenReason());
+    file.WriteAll(bytes);
+    if (existed && fchmod(file.Number(), status.st_mode & 07777) != 0) Fail(path, errno);
+    if (disk) Sync(*disk, file.Number(), path);
+    file.Close();
+    if (::rename(temporary.c_str(), target.c_str()) != 0) Fail(path, errno);
+  } catch (const FileError&) {
+    ::unlink(temporary.c_str());
+    throw;
+  }
+  if (disk) SyncFolderOf(target, *disk);
+}
+
+void Append(const std::string& path, std::string_view bytes, const DiskSync* disk) {
+  const bool existed = disk && IsRegularFile(path);
+  Descriptor file(path, O_WRONLY | O_CREAT | O_APPEND, kNewFileMode);
+  file.RequireOpen();
+  file.RequireRegular();
+  file.WriteAll(bytes);
+  if (disk) Sync(*disk, file.Number(), path);
+  file.Close();
+  if (disk && !existed) SyncFolderOf(path, *disk);
+}
+
 }  // namespace
+
+constinit const DiskSync kDiskSync{};
+constinit const NoDiskSync kNoDiskSync{};
+
+int DiskSync::Sync(int descriptor) const {
+  while (::fsync(descriptor) != 0)
+    if (errno != EINTR) return errno;
+  return 0;
+}
 
 bool IsRegularFile(const std::string& path) {
   struct stat status;
@@ -114,31 +178,20 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
 }
 
 void ReplaceWholeFile(const std::string& path, std::string_view bytes) {
-  const std::string target = BehindLinks(path);
-  struct stat status;
-  const bool existed = ::stat(target.c_str(), &status) == 0;
-  if (existed && S_ISDIR(status.st_mode)) Fail(path, EISDIR);
-  if (existed && !S_ISREG(status.st_mode)) throw FileError(path + ": not a regular file");
-  const std::string temporary = TemporaryBeside(target);
-  try {
-    Descriptor file(temporary, O_WRONLY | O_CREAT | O_TRUNC, kNewFileMode);
-    if (file.OpenReason() != 0) Fail(path, file.OpenReason());
-    file.WriteAll(bytes);
-    if (existed && fchmod(file.Number(), status.st_mode & 07777) != 0) Fail(path, errno);
-    file.Close();
-    if (::rename(temporary.c_str(), target.c_str()) != 0) Fail(path, errno);
-  } catch (const FileError&) {
-    ::unlink(temporary.c_str());
-    throw;
-  }
+  Replace(path, bytes, nullptr);
+}
+
+void ReplaceWholeFileDurably(const std::string& path, std::string_view bytes,
+                             const DiskSync& disk) {
+  Replace(path, bytes, &disk);
 }
 
 void AppendToFile(const std::string& path, std::string_view bytes) {
-  Descriptor file(path, O_WRONLY | O_CREAT | O_APPEND, kNewFileMode);
-  file.RequireOpen();
-  file.RequireRegular();
-  file.WriteAll(bytes);
-  file.Close();
+  Append(path, bytes, nullptr);
+}
+
+void AppendToFileDurably(const std::string& path, std::string_view bytes, const DiskSync& disk) {
+  Append(path, bytes, &disk);
 }
 
 void PutIntoFile(const std::string& path, int64_t offset, std::string_view bytes) {

@@ -9,6 +9,23 @@
 
 namespace zemo {
 
+// Brings what was written to an open file or folder onto the disk itself. Tests put one of their
+// own in its place. Thread: any.
+class DiskSync {
+ public:
+  virtual ~DiskSync() = default;
+  virtual int Sync(int descriptor) const;  // 0, or the system's reason (errno)
+};
+
+// For files that need not outlive the machine: waits for no disk.
+class NoDiskSync : public DiskSync {
+ public:
+  int Sync(int) const override { return 0; }
+};
+
+extern const DiskSync kDiskSync;
+extern const NoDiskSync kNoDiskSync;
+
 bool IsRegularFile(const std::string& path);
 int64_t RegularFileSizeBytes(const std::string& path);  // -1 when absent
 
@@ -19,8 +36,17 @@ std::optional<std::string> ReadWholeFile(const std::string& path);
 // and a full disk leaves the old ones. The file keeps its permissions; a link stays and its target
 // is replaced. Makes no folder.
 void ReplaceWholeFile(const std::string& path, std::string_view bytes);
+// The same, so that a power cut at any moment leaves the old bytes or the new ones, and the new
+// ones once it has come back. May wait for the disk, tenths of a second on a busy one. Bytes that
+// cannot be brought onto the disk are an error and leave the old ones; where only the new name
+// cannot, the error comes with the new bytes in place.
+void ReplaceWholeFileDurably(const std::string& path, std::string_view bytes,
+                             const DiskSync& disk = kDiskSync);
 
 void AppendToFile(const std::string& path, std::string_view bytes);
+// The same, on the disk once it has come back; after an error they may be there all the same.
+void AppendToFileDurably(const std::string& path, std::string_view bytes,
+                         const DiskSync& disk = kDiskSync);
 // In place: bytes from `offset` on, all others as they were.
 void PutIntoFile(const std::string& path, int64_t offset, std::string_view bytes);
 void RemoveFile(const std::string& path);  // nothing when absent

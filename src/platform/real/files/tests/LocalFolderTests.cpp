@@ -169,5 +169,28 @@ TEST_F(LocalFolderTest, MakesASubfolderWithItsFirstFileOnly) {
   EXPECT_THROW(folder.Subfolder("../out"), FileError);
 }
 
+class CountedSync : public DiskSync {
+ public:
+  mutable int count = 0;
+  int Sync(int descriptor) const override { return ++count, DiskSync::Sync(descriptor); }
+};
+
+TEST(LocalFolderAndDisk, OnlyWhatIsToBeDurableWaitsForTheDisk) {
+  const TemporaryFolder real;
+  const CountedSync disk;
+  LocalFolder folder(real.Path(), disk);
+  folder.Write("a", "1");
+  folder.Append("a", "2");
+  folder.PutBytes("a", 0, "3");
+  EXPECT_EQ(disk.count, 0);
+  folder.WriteDurably("a", "4");
+  EXPECT_EQ(disk.count, 2);
+  folder.AppendDurably("A", "5");
+  EXPECT_EQ(disk.count, 3);
+  folder.Subfolder("Sub").WriteDurably("b", "6");
+  EXPECT_EQ(disk.count, 5);
+  EXPECT_EQ(real.Get("a") + real.Get("Sub/b"), "456");
+}
+
 }  // namespace
 }  // namespace zemo

@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <utility>
+#include <vector>
 
 #include "platform/Folder.h"
 #include "platform/real/files/WholeFiles.h"
@@ -142,6 +144,80 @@ TEST_F(WholeFiles, AreRenamedOverOthers) {
   EXPECT_EQ(folder.Names(), Names{"b"});
   EXPECT_EQ(FileErrorOf([&] { RenameFile(folder / "a", folder / "c"); }),
             (folder / "a") + " to " + (folder / "c") + ": No such file or directory");
+}
+
+// Looks at the file `watched` at each sync and can let one fail.
+class WatchedSync : public DiskSync {
+ public:
+  explicit WatchedSync(std::string watched) : watched_(std::move(watched)) {}
+  mutable std::vector<std::string> seen;  // "file" or "folder", and what `watched` held
+  int failing = 0;                        // number of the sync that fails, from 1 ...
+  int reason = EIO;                       // ... with this errno
+
+  int Sync(int descriptor) const override {
+    struct stat status {};
+    EXPECT_EQ(fstat(descriptor, &status), 0);
+    seen.push_back((S_ISDIR(status.st_mode) ? "folder: " : "file: ") +
+                   ReadWholeFile(watched_).value_or("(none)"));
+    if (static_cast<int>(seen.size()) == failing) return reason;
+    return DiskSync::Sync(descriptor);
+  }
+
+ private:
+  std::string watched_;
+};
+
+using Seen = std::vector<std::string>;
+
+struct DurableFiles : WholeFiles {
+  const std::string path = folder.Put("a", "old");
+  WatchedSync disk{path};
+};
+
+TEST_F(DurableFiles, AreOnTheDiskBeforeTheyTakeTheirNameAndTheirFolderAfter) {
+  ReplaceWholeFileDurably(path, "new", disk);
+  EXPECT_EQ(disk.seen, (Seen{"file: old", "folder: new"}));
+  EXPECT_EQ(folder.Names(), Names{"a"});
+}
+
+TEST_F(DurableFiles, ThatDoNotReachTheDiskLeaveTheOldOnesAndAreTold) {
+  disk.failing = 1;
+  EXPECT_EQ(FileErrorOf([&] { ReplaceWholeFileDurably(path, "new", disk); }),
+            path + ": Input/output error");
+  EXPECT_EQ(folder.Get("a"), "old");
+  EXPECT_EQ(folder.Names(), Names{"a"});
+}
+
+TEST_F(DurableFiles, OfWhichTheNameDoesNotReachTheDiskAreToldToo) {
+  disk.failing = 2;
+  EXPECT_EQ(FileErrorOf([&] { ReplaceWholeFileDurably(path, "new", disk); }),
+            path + ": Input/output error");
+  EXPECT_EQ(folder.Get("a"), "new");
+}
+
+TEST_F(DurableFiles, OnAShareThatCannotBeAskedAreWrittenAllTheSame) {
+  disk.failing = 1;
+  disk.reason = EINVAL;
+  ReplaceWholeFileDurably(path, "new", disk);
+  EXPECT_EQ(folder.Get("a"), "new");
+}
+
+TEST_F(DurableFiles, BehindALinkAreSyncedWhereTheyLie) {
+  std::filesystem::create_symlink(path, folder / "link");
+  WatchedSync linked(folder / "link");
+  ReplaceWholeFileDurably(folder / "link", "new", linked);
+  EXPECT_EQ(linked.seen, (Seen{"file: old", "folder: new"}));
+}
+
+TEST_F(DurableFiles, ThatGrowAreSyncedAndTheirFolderWhenTheyAreNew) {
+  AppendToFileDurably(path, "er", disk);
+  EXPECT_EQ(disk.seen, (Seen{"file: older"}));
+  WatchedSync made(folder / "b");
+  AppendToFileDurably(folder / "b", "one", made);
+  EXPECT_EQ(made.seen, (Seen{"file: one", "folder: one"}));
+  disk.failing = 2;
+  EXPECT_EQ(FileErrorOf([&] { AppendToFileDurably(path, "s", disk); }),
+            path + ": Input/output error");
 }
 
 }  // namespace

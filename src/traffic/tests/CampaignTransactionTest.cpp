@@ -1,0 +1,200 @@
+// Campaigns that come and go in numbers: what a lock, a fault or a crash in the middle leaves, and
+// what others may do meanwhile. Locks are another process's, in real time.
+#include <fstream>
+
+#include "engine/BaseMaintenance.h"
+#include "settings/SideFiles.h"
+#include "support/BaseLock.h"
+#include "support/WatchedLoop.h"
+#include "traffic/CampaignImport.h"
+#include "traffic/CampaignPurge.h"
+#include "traffic/tests/CampaignFixture.h"
+
+namespace zemo::test {
+namespace {
+
+std::string LineOf(const std::string& soundFile, const std::string& advertiser) {
+  return "01/11/2026\t20/11/2026\t07\t20\t00\t15\t30\t45\t\t\t\t\t" + soundFile + "\t15000\t" +
+         advertiser + "\tFUN\t\t20\tAnne\tTrue\r\n";
+}
+
+std::string ManyLines(int count) {
+  std::string lines;
+  for (int i = 1; i <= count; ++i)
+    lines += LineOf("/pubs/" + std::to_string(i) + ".wav", "A" + std::to_string(i));
+  return lines;
+}
+
+// A second station on the same base, whose yields are watched.
+class ManyCampaigns : public testing::Test {
+ protected:
+  ManyCampaigns()
+      : loop(s.loop),
+        station(Platform{s.loop, loop, s.sound, s.stationFolder, s.machineFolder, s.soundFiles,
+                         s.lengths, s.localValues, s.clipboard, s.messages, s.keyboard, s.system,
+                         s.automaton, s.joystick}) {
+    s.station.base.Close();
+    station.base.OpenOrCreateDatabase();
+    SetSideFileNames(station);
+    station.base.OpenAllTables();
+    loop.onYield = [this] { OnYield(++yields); };
+  }
+  void Export(const std::string& lines) { s.MakeFile("ExportPubs.Txt", lines); }
+  bool ExportIsThere() const { return s.stationFolder.Exists("ExportPubs.Txt"); }
+  int Campaigns() { return ValInt(s.SqlText("SELECT COUNT(*) FROM GrillePub")); }
+  std::string Log() const { return s.File("Messages.Txt"); }
+  // Transactions that were stored in the base so far: the counter in the file's head.
+  unsigned Stored() const {
+    std::ifstream file(station.base.Path(), std::ios::binary);
+    file.seekg(24);
+    unsigned count = 0;
+    for (int i = 0; i < 4; ++i) count = count * 256 + static_cast<unsigned>(file.get());
+    return count;
+  }
+
+  CampaignStation s;
+  WatchedLoop loop;
+  Station station;
+  int yields = 0;
+  std::function<void(int)> OnYield = [](int) {};
+};
+
+// --- the import ---
+
+TEST_F(ManyCampaigns, ComeInAsOneTransaction) {
+  Export(ManyLines(300));
+  const unsigned before = Stored();
+  ImportExportPubs(station);
+  EXPECT_EQ(Stored() - before, 1U);
+  EXPECT_EQ(Campaigns(), 300);
+  EXPECT_EQ(yields, 0);
+}
+
+TEST_F(ManyCampaigns, ComeInSlicesOfWhichNoneHoldsTheBase) {
+  Export(ManyLines(1200));
+  OnYield = [&](int) {
+    EXPECT_EQ(Campaigns(), 0);
+    s.Set("PmixDef", "100");  // of another process: waits in vain where a transaction is open
+  };
+  ImportExportPubs(station);
+  EXPECT_EQ(yields, 2);  // behind 500 and 1000 lines
+  EXPECT_EQ(Campaigns(), 1200);
+  EXPECT_EQ(s.SqlText("SELECT group_concat(ANNONCEUR, ' ') FROM (SELECT ANNONCEUR FROM GrillePub "
+                      "WHERE CODE IN (1, 600, 1200) ORDER BY CODE)"),
+            "A1 A600 A1200");
+}
+
+TEST_F(ManyCampaigns, OfWhichNoneCanBeStoredLeaveNoneAndTheFile) {
+  Export(LineOf("/1.wav", "ONE") + LineOf("/2.wav", "TWO"));
+  station.GPubJour.SetCell(0, 53, "21/11/26");
+  BaseLock reader(station.base.Path(), "BEGIN; SELECT * FROM GrillePub");
+  station.base.Waiting().LetEachWait(50);
+  EXPECT_THROW(ImportExportPubs(station), StoreError);  // at the commit: somebody still reads
+  EXPECT_TRUE(ExportIsThere());
+  EXPECT_EQ(station.GPubJour.Cell(0, 53), "21/11/26");
+  reader.Release();
+  EXPECT_EQ(Campaigns(), 0);
+  ImportExportPubs(station);
+  EXPECT_EQ(Campaigns(), 2);
+  EXPECT_FALSE(ExportIsThere());
+}
+
+TEST_F(ManyCampaigns, OfALockedBaseAreTakenAtTheNextElement) {
+  Export(ManyLines(2));
+  BaseLock lock(station.base.Path());
+  SurveilleNewBase(station);
+  EXPECT_TRUE(ExportIsThere());
+  EXPECT_NE(Log().find("SurveilleNewBase\t3260\t"), std::string::npos) << Log();
+  lock.Release();
+  EXPECT_EQ(Campaigns(), 0);
+  SurveilleNewBase(station);
+  EXPECT_EQ(Campaigns(), 2);
+  EXPECT_FALSE(ExportIsThere());
+}
+
+// The file cannot go behind the commit, as after a crash between the two.
+TEST_F(ManyCampaigns, AreNotAddedTwiceWhileTheirFileCannotGo) {
+  // Twins, and a name with a blank, which no name in the table is ever the same as.
+  const std::string lines = LineOf("/1.wav", "ONE") + LineOf("/1.wav", "TWIN") +
+                            LineOf("/2.wav ", "BLANK") + LineOf("", "NONE");
+  Export(lines);
+  s.stationFolder.removesFail = true;
+  for (int element = 0; element < 3; ++element) {
+    SurveilleNewBase(station);
+    EXPECT_EQ(Campaigns(), 4) << element;
+    EXPECT_TRUE(ExportIsThere());
+  }
+  s.stationFolder.removesFail = false;
+  SurveilleNewBase(station);
+  EXPECT_EQ(Campaigns(), 4);
+  EXPECT_FALSE(ExportIsThere());
+  // The same file in earnest: only the name with the blank is new again.
+  Export(lines);
+  SurveilleNewBase(station);
+  EXPECT_EQ(Campaigns(), 5);
+}
+
+TEST_F(ManyCampaigns, WhoseFileCannotGoHaveTheGridComposedOnce) {
+  Export(ManyLines(1));
+  s.stationFolder.removesFail = true;
+  SurveilleNewBase(station);
+  EXPECT_EQ(station.GPubJour.Cell(0, 53), "");
+  station.GPubJour.SetCell(0, 53, "21/11/26");  // composed
+  SurveilleNewBase(station);
+  EXPECT_EQ(station.GPubJour.Cell(0, 53), "21/11/26");
+}
+
+TEST_F(ManyCampaigns, WrittenAnewMeanwhileAreTakenAtTheNextElement) {
+  Export(ManyLines(600));
+  OnYield = [&](int) { Export(LineOf("/new.wav", "NEW")); };
+  SurveilleNewBase(station);
+  EXPECT_EQ(Campaigns(), 600);
+  EXPECT_TRUE(ExportIsThere());
+  SurveilleNewBase(station);
+  EXPECT_EQ(Campaigns(), 601);
+  EXPECT_FALSE(ExportIsThere());
+}
+
+// --- the purge ---
+
+class EndedCampaigns : public ManyCampaigns {
+ protected:
+  void SetUp() override {
+    Export(ManyLines(500));  // all ended yesterday
+    ImportExportPubs(station);
+    yields = 0;
+  }
+};
+
+TEST_F(EndedCampaigns, GoInSlicesOfWhichNoneHoldsTheBase) {
+  std::vector<int> left;
+  OnYield = [&](int) {
+    left.push_back(Campaigns());
+    s.Set("PmixDef", std::to_string(100 + left.size()));
+  };
+  const unsigned before = Stored();
+  SuppresionPub(station);
+  EXPECT_EQ(left, (std::vector<int>{300, 100}));
+  EXPECT_EQ(Stored() - before, 3U + 2U);  // with the two of the yields
+  EXPECT_EQ(Campaigns(), 0);
+}
+
+TEST_F(EndedCampaigns, ThatWereGivenANewEndMeanwhileStay) {
+  OnYield = [&](int) { s.Sql("UPDATE GrillePub SET CAMPAGNEFIN = '30/11/2026' WHERE CODE = 450"); };
+  SuppresionPub(station);
+  EXPECT_EQ(s.SqlText("SELECT group_concat(CODE) FROM GrillePub"), "450");
+}
+
+TEST_F(EndedCampaigns, OfALockedBaseGoAtTheNextComposition) {
+  BaseLock lock(station.base.Path(), "BEGIN IMMEDIATE");
+  station.base.Waiting().LetEachWait(50);
+  SuppresionPub(station);
+  EXPECT_NE(Log().find("SuppresionPub\t3260\t"), std::string::npos) << Log();
+  lock.Release();
+  EXPECT_EQ(Campaigns(), 500);
+  SuppresionPub(station);
+  EXPECT_EQ(Campaigns(), 0);
+}
+
+}  // namespace
+}  // namespace zemo::test
