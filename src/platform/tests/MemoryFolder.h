@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Folder.h"
 
@@ -47,6 +48,12 @@ class MemoryFolder : public Folder {
   }
   void Remove(std::string_view name) override {
     if (const auto found = Find(name); found != files.end()) files.erase(found->first);
+  }
+  std::vector<std::string> Names() const override {
+    if (readsFail) throw FileError(path_ + ": Input/output error");
+    std::vector<std::string> names;
+    for (const auto& file : files) names.push_back(file.first);
+    return names;
   }
   void Rename(std::string_view from, std::string_view to) override {
     const std::string bytes = Read(from).value();
