@@ -223,6 +223,11 @@ const Value& StationBase::ReadCnfField(int n) {
   return cnfRow_[static_cast<size_t>(n) - 1];
 }
 
+void StationBase::AssumeCnf() {
+  if (!cnfRow_.empty()) return;
+  for (const Field& field : FindSchemaTable("Cnf")->Fields) cnfRow_.push_back(field.DefaultValue);
+}
+
 // The air must not wait for a locked file to learn a setting that it knows: the wait is for the
 // first reading only.
 void StationBase::RefreshCnf() {

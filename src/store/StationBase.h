@@ -53,6 +53,8 @@ class StationBase {
   int64_t CnfInt(int n) { return AsInt(ReadCnfField(n)); }
   bool CnfBool(int n) { return AsBool(ReadCnfField(n)); }
   std::string CnfText(int n) { return AsText(ReadCnfField(n)); }
+  // Where no row was ever read, that of a new base stands until one is.
+  void AssumeCnf();
   void CheckCnf() { cnfChecked_ = false; }  // the next read asks the change counter
 
  private:

@@ -248,6 +248,22 @@ TEST_F(StationSettings, AreAnErrorOnlyWhereTheyWereNeverRead) {
   EXPECT_EQ(base->CnfInt(1), 1600) << "the air goes on with the settings it knows";
 }
 
+TEST_F(StationSettings, OfANewBaseStandWhereNoneWereReadUntilTheyCanBe) {
+  Db().Execute("UPDATE Cnf SET FadeOut = 900");
+  base->Close();
+  StationBase unread(BasePath());
+  EXPECT_EQ(ErrorOf([&] { unread.ReadCnfField(1); }), kErrClosed);
+  unread.AssumeCnf();
+  EXPECT_EQ(unread.CnfInt(Cnf::kFadeOut), 1600);
+  EXPECT_EQ(unread.CnfInt(Cnf::kVolumeMusique), 16384);
+  EXPECT_FALSE(unread.CnfBool(Cnf::kSquelette));
+  unread.OpenOrCreateDatabase();
+  unread.CheckCnf();
+  EXPECT_EQ(unread.CnfInt(Cnf::kFadeOut), 900);
+  unread.AssumeCnf();
+  EXPECT_EQ(unread.CnfInt(Cnf::kFadeOut), 900);
+}
+
 TEST_F(StationSettings, ALockKeepsTheWaitOfOtherOperationsAsItWas) {
   EXPECT_EQ(base->CnfInt(1), 1600);
   base->CheckCnf();
