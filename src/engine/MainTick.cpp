@@ -10,6 +10,7 @@
 #include <string>
 
 #include "engine/ElementPlayback.h"
+#include "engine/EmergencyAir.h"
 #include "engine/ExternalTriggers.h"
 #include "engine/HourPip.h"
 #include "engine/OperatorControls.h"
@@ -466,7 +467,7 @@ void RebuildGrid(Station& station, const Moment& at) {
 
 void Refill(Station& station) {
   if (station.PL.Count() >= 5 || station.engine.ProgressPercent <= 10) return;
-  if (RequestWouldDelayNext(station)) return;
+  if (RequestWouldDelayNext(station) || !EmergencyLetsRequest(station)) return;
   const ShortWait shortWait(station.base);
   AutomaticRequest(station);
 }
@@ -643,6 +644,7 @@ void MainTimer_Timer(Station& station) {
     ~Running() { flag = false; }
   } running(engine.tickRunning);
   station.base.CheckCnf();
+  ServeEmergencyAir(station);
   try {
     RunTick(station);
   } catch (const std::exception& error) {

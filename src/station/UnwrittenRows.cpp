@@ -19,6 +19,7 @@ bool MendsByWaiting(const StoreError& error) {
     case kErrLocked:
     case kErrDiskFull:
     case kErrReadOnly:
+    case kErrClosed:
     case kErrOther:
       return true;
     default:
