@@ -261,6 +261,8 @@ void ServeSilence(Station& station) {
   if (!engine.IsAutomatic && !engine.emergency.rowsFailed && !engine.EmergencyOnAir) return;
   const int64_t silentMs = NowMs(station) - engine.emergency.silentSinceMs;
   if (silentMs < (engine.EmergencyOnAir ? kGapMs : kSilenceMs)) return;
+  // A row that came this moment begins with this tick.
+  if (silentMs < kSilenceMs + kListLookMs && ListCanSound(station)) return;
   if (!PlayNext(station) && silentMs >= kSilenceMs)
     End(station, "nothing in it can be played any more");
 }
@@ -268,11 +270,13 @@ void ServeSilence(Station& station) {
 void Serve(Station& station) {
   EngineState& engine = station.engine;
   auto& emergency = engine.emergency;
+  const Sounding sounding = WhatSounds(station);
   if (!engine.IsRunning) {
     emergency.silentSinceMs = -1;
+    // Nobody waits for its end, which can be hours away.
+    if (sounding.folderSlot >= 0) engine.NextRequested = true;
     return End(station, "the engine was stopped");
   }
-  const Sounding sounding = WhatSounds(station);
   if (sounding.other) End(station, "something else plays");
   const bool onAir = sounding.other || sounding.folderSlot >= 0;
   if (!onAir && !station.Sound().Sounds(kOverlaySlot)) return ServeSilence(station);

@@ -4,7 +4,8 @@
 //
 // On air its elements follow one another at their exit points, and give way to the list:
 // - automatic mode: a row that can sound is faded to at once, as by "next";
-// - live mode: the presenter's row comes at the exit point, or by "next".
+// - live mode: the presenter's row comes at the exit point, or by "next";
+// - a stop fades it, where other elements play to their end.
 // Silence that is meant stays silence: a stopped engine (topage, satellite news, no local
 // programme, the drain), and in live mode an empty list, which is the presenter's. Rows of a live
 // list that start nothing are no such silence.

@@ -247,6 +247,16 @@ TEST_F(Emergency, FadesToMusicThatIsThereAgain) {
   EXPECT_LE(on.LongestSilenceMs(30000), 2200);
 }
 
+TEST_F(Emergency, LeavesARowThatComesInTheLastMomentItsAir) {
+  on.PutEmergencies(1);
+  on.Load();
+  on.Start();
+  on.At(2050, [&] { on.AppendTitle(60000); });
+  on.RunUntil(10000);
+  EXPECT_TRUE(on.EmergencyStarts().empty()) << on.Describe();
+  EXPECT_EQ(on.Starts()[0].atMs, 2100);
+}
+
 TEST_F(Emergency, GivesWayToTheRequestOnceTheBaseIsFree) {
   on.MakeModels();
   on.AddTitles(20);
@@ -343,7 +353,10 @@ TEST_F(Emergency, DoesNotSoundOnAStoppedEngine) {
   on.Start();
   on.At(30000, [&] { StartStopZemoRadio(on.station, false); });
   on.RunUntil(120000);
-  EXPECT_EQ(on.EmergencyStarts().size(), 1U) << on.Describe();  // it plays to its end
+  EXPECT_EQ(on.EmergencyStarts().size(), 1U) << on.Describe();
+  ASSERT_FALSE(on.Events("fade").empty());  // it would have played up to 52100
+  EXPECT_EQ(on.Events("fade")[0].atMs, 30000);
+  EXPECT_EQ(on.sound.State(), OutputState::kClosed);
   EXPECT_EQ(on.Notices().back(), "the emergency folder has left the air: the engine was stopped");
 }
 
