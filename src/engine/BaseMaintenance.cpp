@@ -3,7 +3,6 @@
 #include <exception>
 
 #include "station/Station.h"
-#include "store/ShortWait.h"
 #include "traffic/CampaignImport.h"
 
 namespace zemo {
@@ -14,7 +13,6 @@ void CompactageTriskin(Station&) {}
 
 void SurveilleNewBase(Station& station) {
   if (!station.base.IsOpen()) return;
-  const ShortWait shortWait(station.base);
   try {
     ImportExportPubs(station);
   } catch (const std::exception&) {

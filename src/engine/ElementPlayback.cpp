@@ -25,7 +25,6 @@
 #include "station/TimeForms.h"
 #include "station/UnwrittenRows.h"
 #include "store/SeekCode.h"
-#include "store/ShortWait.h"
 #include "store/StoreError.h"
 #include "traffic/BreakInsertion.h"
 
@@ -318,7 +317,6 @@ MusicNews FollowUpMusic(Station& station, int32_t code) {
 
 // A base that cannot even be read now must not leave the old element's exit point behind.
 MusicNews FollowUpMusicOrKeep(Station& station, int32_t code) {
-  const ShortWait shortWait(station.base);
   try {
     return FollowUpMusic(station, code);
   } catch (const StoreError& error) {

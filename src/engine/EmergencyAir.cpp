@@ -163,7 +163,6 @@ bool PlayFile(Station& station, const std::string& name) {
     return Refuse(station, name, path, "missing"), false;
   const int32_t lengthMs = station.platform.lengths.LengthMs(path);
   if (lengthMs <= 0) return Refuse(station, name, path, "unreadable"), false;
-  station.base.AssumeCnf();
   if (!PlayRow(station, EmergencyRow(station, name, path, lengthMs), lengthMs)) return false;
   station.engine.emergency.told.erase(name);
   return true;

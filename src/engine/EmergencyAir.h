@@ -16,8 +16,8 @@ namespace zemo {
 struct Station;
 
 // At the head of each tick, so that a fault of the tick cannot keep it from the air. Does nothing
-// without a playable file in the folder. Needs no base: without settings those of a new base stand.
-// Never throws but the end of a simulation; holds MainTimer and yields as PlayWave does.
+// without a playable file in the folder. Needs no base. Never throws but the end of a simulation;
+// holds MainTimer and yields as PlayWave does.
 void ServeEmergencyAir(Station& station);
 
 // While the folder has the air automatic requests rest for 10 s between two; else always true.

@@ -10,7 +10,6 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
-#include "store/ShortWait.h"
 
 namespace zemo {
 
@@ -63,7 +62,6 @@ void Announce(Station& station, const LocalDateTime& now) {
 
 Pip FindPip(Station& station, const LocalDateTime& now) {
   if (station.engine.PipSuppressed) return {};
-  const ShortWait shortWait(station.base);
   const int nextHour = now.hour + 1;
   const std::string hour = nextHour == 24 ? "00" : std::to_string(nextHour);
   const std::string weekday(static_cast<size_t>(JourSemaineCourant(now) - 1), '?');

@@ -3,7 +3,9 @@
 // 1. It never nests: a tick that comes due while one waits (drain, overlap) is dropped.
 // 2. Slot 0 is on air exactly when its channel is not done; which slot is on air is never stored.
 // 3. StartNextNow is only ever set here and at the start; PlayWave alone clears it.
-// 4. A fault of one step is logged and costs that step; steps 19 and 20 run all the same.
+// 4. Whatever the tick asks of the base, and whatever orders ask of it up to the next tick, waits
+//    kTickWaitMs in all for another process's lock.
+// 5. A fault of one step is logged and costs that step; steps 19 and 20 run all the same.
 #include "engine/MainTick.h"
 
 #include <cmath>
@@ -33,7 +35,7 @@
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
 #include "station/UnwrittenRows.h"
-#include "store/ShortWait.h"
+#include "store/StoreError.h"
 #include "traffic/BreakInsertion.h"
 #include "traffic/DayGridComposition.h"
 
@@ -47,6 +49,7 @@ constexpr float kSpaceLockSec = 2;
 constexpr float kMinuteGuardSec = 60;
 constexpr int64_t kSameErrorMs = 60000;
 constexpr int64_t kGridRetryMs = 10000;
+constexpr int64_t kBaseLookMs = 2000;
 constexpr int64_t kTickMs = 100;
 
 // The moment of the tick, read once and again after whatever may have waited.
@@ -440,7 +443,6 @@ void ServeNewHour(Station& station, const Moment& at) {
 // A composition that fails is tried again, but not tick after tick.
 void ComposeGrid(Station& station) {
   station.engine.gridRetryMs = station.platform.clock.MonotonicMs() + kGridRetryMs;
-  const ShortWait shortWait(station.base);
   MakeGrillePubGeneral(station);
 }
 
@@ -468,7 +470,6 @@ void RebuildGrid(Station& station, const Moment& at) {
 void Refill(Station& station) {
   if (station.PL.Count() >= 5 || station.engine.ProgressPercent <= 10) return;
   if (RequestWouldDelayNext(station) || !EmergencyLetsRequest(station)) return;
-  const ShortWait shortWait(station.base);
   AutomaticRequest(station);
 }
 
@@ -595,6 +596,20 @@ void ServeScreenSaver(Station& station) {
     DeclencheVeille(station);
 }
 
+// A share that came back, a file that was replaced: until then the air goes on by what is in memory.
+void OpenBaseAgain(Station& station) {
+  EngineState& engine = station.engine;
+  const int64_t nowMs = station.platform.clock.MonotonicMs();
+  if (nowMs < engine.baseLookMs) return;
+  engine.baseLookMs = nowMs + kBaseLookMs;
+  const NoLockWait atOnce(station.base.Waiting());
+  try {
+    if (station.base.OpenAgainIfLost()) station.events.Base("opened");
+  } catch (const StoreError& error) {
+    if (!LoggedLately(station, error.what(), kSameErrorMs)) LogCurrentException(station, "MainTimer");
+  }
+}
+
 void RunTick(Station& station) {
   EngineState& engine = station.engine;
   Moment at(station);
@@ -625,6 +640,7 @@ void RunTick(Station& station) {
   StartNext(station, at);     // 20
   ServeScreenSaver(station);  // 21
   WriteKeptRows(station);
+  OpenBaseAgain(station);
 }
 
 }  // namespace
@@ -643,6 +659,7 @@ void MainTimer_Timer(Station& station) {
     explicit Running(bool& f) : flag(f) { flag = true; }
     ~Running() { flag = false; }
   } running(engine.tickRunning);
+  station.base.Waiting().LetAllWait(kTickWaitMs);
   station.base.CheckCnf();
   ServeEmergencyAir(station);
   try {

@@ -215,6 +215,7 @@ bool Form_QueryUnload(Station& station) {
 
 bool Quitter(Station& station) {
   if (station.engine.IsRunning) return false;
+  station.base.Waiting().LetEachWait(kBusyTimeoutMs);
   WriteKeptRowsAtTheEnd(station);
   station.engine.MainTimer.reset();
   station.base.Close();

@@ -31,11 +31,11 @@ class Folder {
   // Overwrites bytes from `offset` on (0 is the first) and leaves all others; makes the file.
   virtual void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) = 0;
   virtual void Remove(std::string_view name) = 0;  // nothing when absent
-  // Of the files in it, as they are written, in the order of their bytes; none without the folder.
-  virtual std::vector<std::string> Names() const = 0;
   virtual void Rename(std::string_view from, std::string_view to) = 0;
   // A folder inside this one, owned by it; the first file written there makes it.
   virtual Folder& Subfolder(std::string_view name) = 0;
+  // Of the files in it, as they are written, in the order of their bytes; none without the folder.
+  virtual std::vector<std::string> Names() const = 0;
 };
 
 // Files outside our folders, named by the paths that cards and settings store. A path with a drive or

@@ -16,7 +16,6 @@
 #include "station/TimeForms.h"
 #include "station/UnwrittenRows.h"
 #include "store/SeekCode.h"
-#include "store/ShortWait.h"
 
 namespace zemo {
 
@@ -200,7 +199,6 @@ void FindJingle(Station& station, bool overlay, int32_t maxMs) {
   if (NoMusicNext(station)) return;                                     // 2
   int64_t code = 0;
   try {
-    const ShortWait shortWait(station.base);
     const Query jingles =
         station.base.Db().OpenRecordset(JingleQuery(station, overlay, maxMs));  // 3
     if (!MoveToOpenWindow(station, *jingles)) return;                           // 4
@@ -222,7 +220,6 @@ bool FindJingleAssocie(Station& station, int32_t titleCode) {
   if (JinglesStopped(station)) return false;
   bool found = false;
   try {
-    const ShortWait shortWait(station.base);
     const Query jingles = station.base.Db().OpenRecordset(
         "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = " + std::to_string(titleCode) +
         " AND SURIMPRESSION = 1 Order By Lastdiff");
@@ -241,7 +238,6 @@ void FindJingleAssocieAvantTitre(Station& station, int32_t titleCode) {
   EngineState& engine = station.engine;
   if (engine.CodeEnCours < 0 || JinglesStopped(station)) return;
   try {
-    const ShortWait shortWait(station.base);
     const Query jingles = OpenTitleJingles(station, titleCode);  // 1, 2
     if (jingles->Eof()) return;
     engine.LastJingleTimer = station.Timer();  // 3: it counts as the jingle of the moment
@@ -271,7 +267,6 @@ bool FindJingleAssocieGenre(Station& station, const std::string& genre) {
   if (engine.CodeEnCours < 0 || genre.empty()) return false;
   bool found = false;
   try {
-    const ShortWait shortWait(station.base);
     const Query jingles = station.base.Db().OpenRecordset(
         "SELECT * FROM DiscothequeJingle WHERE GENREASSOCIE = '" + SqlQuoted(genre) + "'" +
         HourFilterOfNow(station) + " AND SURIMPRESSION = 0  ORDER BY Lastdiff");
@@ -289,7 +284,6 @@ void FindJingleExtrait(Station& station, int16_t row) {
   constexpr const char* kRoutine = "FindJingleExtrait";
   int64_t code = 0;
   try {
-    const ShortWait shortWait(station.base);
     const Query jingles = station.base.Db().OpenRecordset(
         "SELECT * FROM DiscothequeJingle Where JingleExtraitYN = 1" + HourFilterOfNow(station) +
         " ORDER BY Lastdiff");
@@ -313,7 +307,6 @@ bool FindJingleRacro(Station& station) {
   int64_t code = 0;
   bool done = false;
   try {
-    const ShortWait shortWait(station.base);
     const Query elements = station.base.Db().OpenRecordset(
         "SELECT * FROM DISCOTHEQUEVIRGULE Where JingleRacro = 1 Order By Lastdiff");
     if (elements->Eof()) return false;
@@ -331,7 +324,6 @@ bool FindJingleRacro(Station& station) {
 
 std::string FindJingleCompositeur(Station& station, const std::string& file) {
   try {
-    const ShortWait shortWait(station.base);
     const Query jingles = station.base.Db().OpenRecordset(
         "SELECT * FROM DiscothequeJingle WHERE FILENAME Like '" + SqlQuoted(file) + "'");
     if (!jingles->Eof()) return jingles->Text("AUTEURCOMPOSITEUR");

@@ -18,7 +18,6 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/RowView.h"
-#include "store/ShortWait.h"
 #include "store/StoreError.h"
 
 namespace zemo {
@@ -32,7 +31,6 @@ constexpr const char* kTextRoutine = "Rech";
 constexpr const char* kGenreRoutine = "RechGenre";
 constexpr uint32_t kTestRows = 20000;  // a slice
 constexpr int kLockedTurns = 100;      // of kAskAgainMs: as long as any other query waits
-constexpr int kLockedMs = 5;
 
 struct Query {
   const char* routine;  // in the log
@@ -75,7 +73,8 @@ class LibrarySearch {
   void Begin(Query query);
   void BeginSort(Station& station);
   void Stop();
-  SearchTurn Slice(Station& station);
+  // `again`: whoever calls comes back where another process has the base for a moment.
+  SearchTurn Slice(Station& station, bool again);
   bool ReadAhead(Station& station);
 
  private:
@@ -200,7 +199,7 @@ void LibrarySearch::SortSlice(BrowseRows& list) {
   sort_.reset();
 }
 
-SearchTurn LibrarySearch::Slice(Station& station) {
+SearchTurn LibrarySearch::Slice(Station& station, bool again) {
   try {
     if (query_)
       QuerySlice(station);
@@ -209,8 +208,7 @@ SearchTurn LibrarySearch::Slice(Station& station) {
     lockedTurns_ = 0;
   } catch (const std::exception& fault) {
     const auto* store = dynamic_cast<const StoreError*>(&fault);
-    const bool waits = station.base.IsOpen() && station.base.Db().BusyTimeoutMs() <= kLockedMs;
-    if (store && store->Number() == kErrLocked && waits && ++lockedTurns_ < kLockedTurns)
+    if (again && store && store->Number() == kErrLocked && ++lockedTurns_ < kLockedTurns)
       return SearchTurn::kLater;
     LogCurrentException(station, query_ ? query_->routine : "ListRech");
     Stop();
@@ -244,7 +242,7 @@ LibrarySearch& SearchOf(Station& station) {
 }
 
 void ToTheEnd(Station& station) {
-  while (SearchOf(station).Slice(station) != SearchTurn::kDone) {
+  while (SearchOf(station).Slice(station, false) != SearchTurn::kDone) {
   }
 }
 
@@ -268,13 +266,13 @@ void BeginColumnClick(Station& station, int column) {
 }
 
 SearchTurn SearchSlice(Station& station) {
-  const ShortWait shortWait(station.base, kLockedMs);
-  return SearchOf(station).Slice(station);
+  const NoLockWait atOnce(station.base.Waiting());
+  return SearchOf(station).Slice(station, true);
 }
 
 bool ReadAheadSlice(Station& station) {
   if (!station.base.IsOpen()) return false;
-  const ShortWait shortWait(station.base, kLockedMs);
+  const NoLockWait atOnce(station.base.Waiting());
   return SearchOf(station).ReadAhead(station);
 }
 

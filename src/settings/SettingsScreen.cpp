@@ -121,6 +121,7 @@ void ReadField(Station& station, int field) {
   SettingsScreen& screen = station.settings;
   const SettingsControl& control = *FindSettingsControl(field);
   const bool held = Guarded(station, "SettingsLoad", [&] {
+    station.base.RequireCnf();
     const Value& value = station.base.ReadCnfField(field);
     const auto* number = std::get_if<SettingsControl::Number>(&control.place);
     if (number && control.kind == ControlKind::kCheck)

@@ -116,6 +116,8 @@ struct EngineState {
   std::deque<UnwrittenRow> unwrittenRows;
   int64_t unwrittenRetryMs = 0;  // monotonic; not tried before
 
+  int64_t baseLookMs = 0;  // monotonic; whether the base is lost is not looked at before
+
   // --- the emergency folder (writer: engine/EmergencyAir) ---
   Flag<bool> EmergencyOnAir{"EmergencyOnAir", false, observer};
   struct {

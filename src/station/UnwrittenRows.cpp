@@ -2,7 +2,6 @@
 
 #include "platform/Clock.h"
 #include "station/Station.h"
-#include "store/ShortWait.h"
 #include "store/StoreError.h"
 
 namespace zemo {
@@ -52,7 +51,6 @@ void WriteOrKeep(Station& station, const std::string& where, std::function<void(
   auto& kept = station.engine.unwrittenRows;
   if (kept.empty()) {
     try {
-      const ShortWait shortWait(station.base);
       write(station);
       return;
     } catch (const StoreError& error) {
@@ -72,7 +70,7 @@ void WriteKeptRows(Station& station) {
   if (engine.unwrittenRows.empty() || nowMs < engine.unwrittenRetryMs || !station.base.IsOpen())
     return;
   engine.unwrittenRetryMs = nowMs + kRetryMs;
-  const ShortWait noWait(station.base, 0);
+  const NoLockWait atOnce(station.base.Waiting());
   WriteUntilRefused(station);
 }
 

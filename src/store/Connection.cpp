@@ -57,6 +57,10 @@ void PatternFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_int(context, MatchesPattern(BytesOf(arguments[1]), BytesOf(arguments[0])) ? 1 : 0);
 }
 
+int KeepWaiting(void* wait, int times) {
+  return static_cast<LockWait*>(wait)->WaitOnce(times) ? 1 : 0;
+}
+
 // A default as the schema writes it: 'text', a number, or nothing that is a constant.
 Value DefaultOf(const std::string& sql) {
   if (sql.size() >= 2 && sql.front() == '\'') {
@@ -120,7 +124,7 @@ Statement& Statement::Bind(int position, const Value& value) {
 bool Statement::Step() {
   const bool first = !sqlite3_stmt_busy(statement_);
   const bool writes = !sqlite3_stmt_readonly(statement_);
-  if (first) connection_.BeforeWaiting(writes);
+  if (first) connection_.wait_->Begin(writes);
   const int result = sqlite3_step(statement_);
   if (first) connection_.AfterWaiting(writes, result);
   if (result == SQLITE_ROW) return true;
@@ -179,8 +183,8 @@ void Statement::Read(int column, Value& into) const {
 
 // --- Connection: opening and closing ---
 
-Connection::Connection(std::string path, bool create, int busyTimeoutMs)
-    : path_(std::move(path)), busyTimeoutMs_(busyTimeoutMs) {
+Connection::Connection(std::string path, bool create, std::shared_ptr<LockWait> wait)
+    : path_(std::move(path)), wait_(std::move(wait)) {
   try {
     Open(create);
   } catch (...) {
@@ -203,6 +207,7 @@ void Connection::Open(bool create) {
     throw StoreError(kErrBadDatabase, path_ + " cannot be read, or is a folder");
   }
   if (result != SQLITE_OK) Fail(result);
+  sqlite3_busy_handler(database_, KeepWaiting, wait_.get());
   // A misspelt field name must fail, not become a text.
   sqlite3_db_config(database_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   RegisterFunctions();
@@ -243,6 +248,7 @@ void Connection::Check() const {
 }
 
 void Connection::Fail(int result, std::string_view query) const {
+  fileFailed_ = fileFailed_ || (result & 0xFF) == SQLITE_IOERR;
   ThrowSqlite(database_, result, path_, query);
 }
 
@@ -252,16 +258,8 @@ bool Connection::FileExists(const std::string& path) {
   return files->xAccess(files, path.c_str(), SQLITE_ACCESS_EXISTS, &exists) == SQLITE_OK && exists;
 }
 
-void Connection::BeforeWaiting(bool writes) {
-  sqlite3_busy_timeout(database_, waitedInVain_[writes] ? 0 : busyTimeoutMs_);
-}
-
 void Connection::AfterWaiting(bool writes, int result) {
-  if ((result & 0xFF) == SQLITE_BUSY) {
-    waitedInVain_[writes] = waitedInVain_[writes] || busyTimeoutMs_ > 0;
-  } else {
-    waitedInVain_[writes] = false;
-  }
+  wait_->End(writes, (result & 0xFF) == SQLITE_BUSY);
 }
 
 // --- Statements ---
@@ -276,8 +274,9 @@ Statement Connection::PrepareDialect(std::string_view sql) {
 
 void Connection::ExecuteNow(const char* sql) {
   Check();
-  sqlite3_busy_timeout(database_, busyTimeoutMs_);
+  wait_->Begin(true);
   const int result = sqlite3_exec(database_, sql, nullptr, nullptr, nullptr);
+  AfterWaiting(true, result);
   if (result != SQLITE_OK) Fail(result, sql);
 }
 
@@ -321,7 +320,7 @@ sqlite3_stmt* Connection::Compile(const std::string& sql, std::string_view shown
   }
   sqlite3_stmt* statement = nullptr;
   const char* tail = nullptr;
-  BeforeWaiting(false);  // for the structure, where it has to be read
+  wait_->Begin(false);  // for the structure, where it has to be read
   const int result = sqlite3_prepare_v3(database_, sql.c_str(), static_cast<int>(sql.size()) + 1,
                                         SQLITE_PREPARE_PERSISTENT, &statement, &tail);
   if (result != SQLITE_OK) {
@@ -358,7 +357,7 @@ void Connection::Begin() {
 void Connection::Commit() {
   Check();
   if (!InTransaction()) return;
-  BeforeWaiting(true);
+  wait_->Begin(true);
   const int result = sqlite3_exec(database_, "COMMIT", nullptr, nullptr, nullptr);
   AfterWaiting(true, result);
   if (result == SQLITE_OK) return;
@@ -479,7 +478,7 @@ int64_t Connection::ChangeCounter() {
     return changeCounter_;
   if (!dataVersion_) dataVersion_ = Compile("PRAGMA data_version", "PRAGMA data_version");
   // Who writes just now may have the file to himself for a moment; his change is seen next time.
-  sqlite3_busy_timeout(database_, 0);
+  const NoLockWait atOnce(*wait_);
   int64_t version = seenDataVersion_;
   const bool known = sqlite3_step(dataVersion_) == SQLITE_ROW;
   if (known) version = sqlite3_column_int64(dataVersion_, 0);
@@ -492,6 +491,13 @@ int64_t Connection::ChangeCounter() {
     seenTotalChanges_ = total;
   }
   return changeCounter_;
+}
+
+bool Connection::FileIsLost() const {
+  if (!database_) return false;
+  int moved = 0;
+  sqlite3_file_control(database_, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+  return fileFailed_ || moved != 0;
 }
 
 int64_t Connection::RowsChanged() const {

@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "store/LockWait.h"
 #include "store/TableDefs.h"
 #include "store/Value.h"
 
@@ -48,8 +49,8 @@ class Statement {
 class Connection {
  public:
   // `create` makes the file when it is missing. The file's first page is read, so that what is no
-  // database, or cannot be read, fails here.
-  Connection(std::string path, bool create, int busyTimeoutMs);
+  // database, or cannot be read, fails here. `wait` tells how long operations wait for a lock.
+  Connection(std::string path, bool create, std::shared_ptr<LockWait> wait);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -81,11 +82,9 @@ class Connection {
   int64_t RowsChanged() const;  // by the last writing statement
   int64_t LastInsertCode() const;
 
-  // An operation that waited in vain is the last that waits: those after it fail at once until one
-  // of its kind (reading, writing) succeeds. A file locked for long must not stop the air again and
-  // again.
-  int BusyTimeoutMs() const { return busyTimeoutMs_; }
-  void SetBusyTimeoutMs(int ms) { busyTimeoutMs_ = ms; }
+  // The file at the path is no longer the one that was opened (replaced or removed), or the file
+  // system failed an operation on it since. Looks at the folder, not into the file.
+  bool FileIsLost() const;
 
   [[noreturn]] void Fail(int result, std::string_view query = {}) const;
 
@@ -101,8 +100,6 @@ class Connection {
   void Open(bool create);
   void RegisterFunctions();
   void Check() const;  // throws when closed
-  // Around each operation of the kind, with what it gave.
-  void BeforeWaiting(bool writes);
   void AfterWaiting(bool writes, int result);
   sqlite3_stmt* KeptStatement(Language language, std::string_view sql);
   sqlite3_stmt* Compile(const std::string& sql, std::string_view shown);
@@ -112,12 +109,12 @@ class Connection {
   std::string FileMark() const;
 
   std::string path_;
-  int busyTimeoutMs_;
+  std::shared_ptr<LockWait> wait_;
+  mutable bool fileFailed_ = false;  // an operation failed in the file system
   sqlite3* database_ = nullptr;
   KeptList kept_;                                                           // the last used first
   std::unordered_map<std::string_view, KeptList::iterator> keptByText_[2];  // by Language
   sqlite3_stmt* dataVersion_ = nullptr;
-  bool waitedInVain_[2] = {};  // readers, writers
 
   std::vector<std::shared_ptr<const TableDef>> tables_;
   int64_t catalogueVersion_ = -1;  // schema_version that tables_ shows; -1: none read

@@ -1,6 +1,7 @@
 // The database over its connection, and the operations on whole files.
 #include "store/Database.h"
 
+#include <optional>
 #include <utility>
 
 #include "store/Connection.h"
@@ -15,43 +16,80 @@ namespace zemo {
 
 namespace {
 
-// Cursors share the connection, so that one that outlives the database finds it closed.
+std::shared_ptr<LockWait> EachWaits(int ms) {
+  return std::make_shared<LockWait>(ms);
+}
+
+// Cursors share the connection, so that one that outlives the database, or its opening, finds it
+// closed.
 class SqliteDatabase : public Database {
  public:
-  SqliteDatabase(const std::string& path, bool create, int busyTimeoutMs)
-      : connection_(std::make_shared<Connection>(path, create, busyTimeoutMs)),
-        tables_(*connection_) {}
-  ~SqliteDatabase() override { connection_->Close(); }
+  SqliteDatabase(std::string path, std::shared_ptr<LockWait> wait)
+      : path_(std::move(path)), wait_(std::move(wait)) {}
+  ~SqliteDatabase() override { SqliteDatabase::Close(); }
 
   std::unique_ptr<Recordset> OpenRecordset(std::string_view sql) override {
-    Statement query = connection_->PrepareDialect(sql);
+    Statement query = Use().PrepareDialect(sql);
     if (query.Columns() == 0) {
       throw StoreError(kErrSyntax, "a query without rows cannot be opened: " + std::string(sql));
     }
     return std::make_unique<Snapshot>(query);
   }
   void ReadRows(std::string_view sql, const std::function<void(const RowView&)>& take) override {
-    Statement query = connection_->PrepareDialect(sql);
+    Statement query = Use().PrepareDialect(sql);
     while (query.Step()) take(RowView(query.Handle()));
   }
   std::unique_ptr<Recordset> OpenTable(std::string_view table) override {
-    return std::make_unique<TableCursor>(connection_, table);
+    return std::make_unique<TableCursor>((Use(), connection_), table);
   }
-  void Execute(std::string_view sql) override { connection_->PrepareDialect(sql).Run(); }
-  void BeginTrans() override { connection_->Begin(); }
-  void CommitTrans() override { connection_->Commit(); }
-  TableDefs& Tables() override { return tables_; }
-  void Close() override { connection_->Close(); }
-  bool IsOpen() const override { return connection_->IsOpen(); }
-  int64_t ChangeCounter() override { return connection_->ChangeCounter(); }
-  int64_t LastInsertCode() const override { return connection_->LastInsertCode(); }
-  int BusyTimeoutMs() const override { return connection_->BusyTimeoutMs(); }
-  void SetBusyTimeoutMs(int ms) override { connection_->SetBusyTimeoutMs(ms); }
+  void Execute(std::string_view sql) override { Use().PrepareDialect(sql).Run(); }
+  void BeginTrans() override { Use().Begin(); }
+  void CommitTrans() override { Use().Commit(); }
+  TableDefs& Tables() override { return Use(), *tables_; }
+  void Open(bool create) override {
+    auto fresh = std::make_shared<Connection>(path_, create, wait_);
+    // SQLite makes the file with its first page; whoever looks at the folder now shall find a
+    // database.
+    if (create) fresh->ExecuteNow("PRAGMA user_version = 1");
+    Close();
+    connection_ = std::move(fresh);
+    tables_.emplace(*connection_);
+  }
+  void Close() override {
+    if (!connection_) return;
+    counted_ = counter_ + 1;  // another opening is another state, whatever it counts
+    connection_->Close();
+  }
+  bool IsOpen() const override { return connection_ && connection_->IsOpen(); }
+  int64_t ChangeCounter() override {
+    counter_ = counted_ + Use().ChangeCounter();
+    return counter_;
+  }
+  int64_t LastInsertCode() const override {
+    return connection_ ? connection_->LastInsertCode() : 0;
+  }
+  LockWait& Waiting() override { return *wait_; }
+  bool FileIsLost() const override { return connection_ && connection_->FileIsLost(); }
 
  private:
-  std::shared_ptr<Connection> connection_;
-  TableDefs tables_;
+  Connection& Use() const {
+    if (!connection_) throw StoreError(kErrClosed, path_ + " is not open");
+    return *connection_;
+  }
+
+  const std::string path_;
+  std::shared_ptr<LockWait> wait_;
+  std::shared_ptr<Connection> connection_;  // null before the first opening
+  std::optional<TableDefs> tables_;
+  int64_t counter_ = 0;  // as last told
+  int64_t counted_ = 0;  // in earlier openings
 };
+
+std::unique_ptr<Database> Opened(const std::string& path, bool create, int busyTimeoutMs) {
+  auto database = std::make_unique<SqliteDatabase>(path, EachWaits(busyTimeoutMs));
+  database->Open(create);
+  return database;
+}
 
 // The first fault that SQLite finds, empty for none. A row that breaks a rule of the schema
 // (another tool can store one) is no damage of the file.
@@ -79,28 +117,29 @@ bool DBEngine::DatabaseExists(const std::string& path) {
   return Connection::FileExists(path);
 }
 
+std::unique_ptr<Database> DBEngine::ClosedDatabase(const std::string& path,
+                                                   std::shared_ptr<LockWait> wait) {
+  return std::make_unique<SqliteDatabase>(path, std::move(wait));
+}
+
 std::unique_ptr<Database> DBEngine::CreateDatabase(const std::string& path, int busyTimeoutMs) {
   if (DatabaseExists(path)) throw StoreError(kErrFileExists, path + " exists already");
-  auto database = std::make_unique<SqliteDatabase>(path, true, busyTimeoutMs);
-  // SQLite makes the file with its first page; whoever looks at the folder now shall find a
-  // database.
-  database->Execute("PRAGMA user_version = 1");
-  return database;
+  return Opened(path, true, busyTimeoutMs);
 }
 
 std::unique_ptr<Database> DBEngine::OpenDatabase(const std::string& path, int busyTimeoutMs) {
-  return std::make_unique<SqliteDatabase>(path, false, busyTimeoutMs);
+  return Opened(path, false, busyTimeoutMs);
 }
 
 void DBEngine::CompactDatabase(const std::string& from, const std::string& to) {
   if (DatabaseExists(to)) throw StoreError(kErrFileExists, to + " exists already");
   {
-    Connection source(from, false, kBusyTimeoutMs);
+    Connection source(from, false, EachWaits(kBusyTimeoutMs));
     source.Prepare("VACUUM INTO ?1").Bind(1, to).Run();
   }
   // The copy is written without waiting for the disk. One small stored change makes all of it safe
   // before it takes the place of the original.
-  Connection copy(to, false, kBusyTimeoutMs);
+  Connection copy(to, false, EachWaits(kBusyTimeoutMs));
   copy.Begin();
   copy.ExecuteNow("PRAGMA user_version = 2");
   copy.ExecuteNow("PRAGMA user_version = 1");
@@ -108,7 +147,7 @@ void DBEngine::CompactDatabase(const std::string& from, const std::string& to) {
 }
 
 void DBEngine::RepairDatabase(const std::string& path) {
-  Connection connection(path, false, kBusyTimeoutMs);
+  Connection connection(path, false, EachWaits(kBusyTimeoutMs));
   if (FirstFault(connection).empty()) return;
   connection.ExecuteNow("REINDEX");
   const std::string fault = FirstFault(connection);
@@ -116,7 +155,7 @@ void DBEngine::RepairDatabase(const std::string& path) {
 }
 
 void DBEngine::ExecuteNative(const std::string& path, const std::string& sql) {
-  Connection(path, false, kBusyTimeoutMs).ExecuteNow(sql.c_str());
+  Connection(path, false, EachWaits(kBusyTimeoutMs)).ExecuteNow(sql.c_str());
 }
 
 }  // namespace zemo

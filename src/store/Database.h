@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "store/LockWait.h"
 #include "store/Recordset.h"
 
 struct sqlite3;
@@ -32,6 +33,10 @@ class Database {
   virtual void BeginTrans() = 0;                   // does nothing when one is open
   virtual void CommitTrans() = 0;                  // does nothing when none is open
   virtual TableDefs& Tables() = 0;
+  // Opens what stands at the path now; `create` makes the file. What was open is closed once the
+  // new one is; where that cannot be opened it stays. Cursors of the former one find themselves
+  // closed.
+  virtual void Open(bool create) = 0;
   virtual void Close() = 0;
   virtual bool IsOpen() const = 0;
 
@@ -41,13 +46,14 @@ class Database {
   // CODE of the row that this connection inserted last, for the report's trace; 0 before the first.
   virtual int64_t LastInsertCode() const = 0;
 
-  // How long an operation waits for a file that another process has locked before it throws
+  // How long operations wait for a file that another process has locked before they throw
   // kErrLocked.
-  virtual int BusyTimeoutMs() const = 0;
-  virtual void SetBusyTimeoutMs(int ms) = 0;
-};
+  virtual LockWait& Waiting() = 0;
 
-inline constexpr int kBusyTimeoutMs = 5000;
+  // The file at the path is no longer the one that is open, or the file system failed an operation
+  // on it since: only Open helps. Looks at the folder, not into the file.
+  virtual bool FileIsLost() const = 0;
+};
 
 // BeginTrans now; CommitTrans at Commit() or at the end of the scope. There is no rollback: what
 // was executed before a failure stays, and no failure leaves the file locked.
@@ -69,7 +75,11 @@ class Transaction {
 
 // File operations on whole databases. `path` is a path of this system. Throw StoreError.
 struct DBEngine {
-  // Fails when the file exists; an empty file does not count.
+  // One that is not open yet.
+  static std::unique_ptr<Database> ClosedDatabase(const std::string& path,
+                                                  std::shared_ptr<LockWait> wait);
+  // Fails when the file exists; an empty file does not count. Each operation waits `busyTimeoutMs`
+  // for a lock.
   static std::unique_ptr<Database> CreateDatabase(const std::string& path,
                                                   int busyTimeoutMs = kBusyTimeoutMs);
   // Shared, read-write; where the file or its folder cannot be written, writes fail with

@@ -6,6 +6,7 @@
 
 #include "store/ClosedTable.h"
 #include "store/Schema.h"
+#include "store/StationTable.h"
 #include "store/StoreError.h"
 
 namespace zemo {
@@ -34,6 +35,11 @@ constexpr OpenedTable kOpeningOrder[] = {
 };
 
 constexpr int kHours = 24;
+
+// The constructor has made a StationTable of every one.
+void Use(TableCursors& tables, const OpenedTable& table, std::unique_ptr<Recordset> cursor) {
+  static_cast<StationTable&>(*(tables.*table.cursor)).Use(std::move(cursor));
+}
 
 // Runs one step after the other whatever becomes of each; Finish throws the first error.
 class FirstError {
@@ -84,10 +90,23 @@ void SeedCnf(Recordset& table) {
   table.Update();
 }
 
+// What a settings row holds of which nothing was said.
+std::vector<Value> DefaultSettings() {
+  std::vector<Value> row;
+  for (const Field& field : FindSchemaTable("Cnf")->Fields) row.push_back(field.DefaultValue);
+  return row;
+}
+
 }  // namespace
 
 StationBase::StationBase(std::string path, int busyTimeoutMs)
-    : path_(std::move(path)), busyTimeoutMs_(busyTimeoutMs) {
+    : path_(std::move(path)),
+      wait_(std::make_shared<LockWait>(busyTimeoutMs)),
+      database_(DBEngine::ClosedDatabase(path_, wait_)),
+      cnfRow_(DefaultSettings()) {
+  for (const OpenedTable& table : kOpeningOrder) {
+    tables_.*table.cursor = std::make_unique<StationTable>(nullptr);
+  }
   CloseTables(kErrClosed, path_ + " is not open");
 }
 
@@ -96,9 +115,17 @@ StationBase::~StationBase() = default;
 bool StationBase::OpenOrCreateDatabase() {
   Close();
   const bool created = !DBEngine::DatabaseExists(path_);
-  database_ = created ? DBEngine::CreateDatabase(path_, busyTimeoutMs_)
-                      : DBEngine::OpenDatabase(path_, busyTimeoutMs_);
+  database_->Open(created);
   return created;
+}
+
+bool StationBase::OpenAgainIfLost() {
+  if (IsOpen() && !database_->FileIsLost()) return false;
+  if (!DBEngine::DatabaseExists(path_)) return false;
+  database_->Open(false);
+  cnfChecked_ = false;
+  OpenAllTables();
+  return true;
 }
 
 void StationBase::CreateMissingTables(const std::function<void(const std::string& table, int number,
@@ -146,11 +173,10 @@ void StationBase::OpenAllTables() {
   Database& database = Db();
   FirstError errors;
   for (const OpenedTable& table : kOpeningOrder) {
-    std::unique_ptr<Recordset>& cursor = tables_.*table.cursor;
     try {
-      cursor = database.OpenTable(table.name);
+      Use(tables_, table, database.OpenTable(table.name));
     } catch (const StoreError& error) {
-      cursor = std::make_unique<ClosedTable>(error.Number(), error.what());
+      Use(tables_, table, std::make_unique<ClosedTable>(error.Number(), error.what()));
       errors.Note(error);
     }
   }
@@ -181,15 +207,13 @@ void StationBase::SeedFixedRows() {
 
 void StationBase::Close() {
   CloseTables(kErrClosed, path_ + " is not open");
-  database_.reset();
-  counts_.clear();
-  cnfCounter_ = -1;
+  database_->Close();
   cnfChecked_ = false;
 }
 
 void StationBase::CloseTables(int number, const std::string& reason) {
   for (const OpenedTable& table : kOpeningOrder) {
-    tables_.*table.cursor = std::make_unique<ClosedTable>(number, reason);
+    Use(tables_, table, std::make_unique<ClosedTable>(number, reason));
   }
 }
 
@@ -199,7 +223,7 @@ Database& StationBase::Db() {
 }
 
 bool StationBase::IsOpen() const {
-  return database_ && database_->IsOpen();
+  return database_->IsOpen();
 }
 
 int32_t StationBase::CountRecords(std::string_view table) {
@@ -223,26 +247,25 @@ const Value& StationBase::ReadCnfField(int n) {
   return cnfRow_[static_cast<size_t>(n) - 1];
 }
 
-void StationBase::AssumeCnf() {
-  if (!cnfRow_.empty()) return;
-  for (const Field& field : FindSchemaTable("Cnf")->Fields) cnfRow_.push_back(field.DefaultValue);
+void StationBase::RequireCnf() {
+  if (cnfCounter_ < 0) ReadCnfRow();
 }
 
 // The air must not wait for a locked file to learn a setting that it knows: the wait is for the
 // first reading only.
 void StationBase::RefreshCnf() {
-  if (cnfRow_.empty()) {
-    ReadCnfRow();
-  } else if (IsOpen()) {
-    database_->SetBusyTimeoutMs(0);
-    try {
-      ReadCnfRow();
-    } catch (const StoreError&) {
-      // The last row stands until the next check.
-    }
-    database_->SetBusyTimeoutMs(busyTimeoutMs_);
-  }
   cnfChecked_ = true;
+  if (!IsOpen()) return;
+  std::optional<NoLockWait> atOnce;
+  if (cnfCounter_ >= 0) atOnce.emplace(*wait_);
+  try {
+    ReadCnfRow();
+  } catch (const StoreError& error) {
+    // What stood stands until the next check.
+    if (cnfCounter_ >= 0 || error.MayPass()) return;
+    cnfChecked_ = false;
+    throw;
+  }
 }
 
 void StationBase::ReadCnfRow() {

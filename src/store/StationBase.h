@@ -14,7 +14,8 @@
 namespace zemo {
 
 // The thirteen tables, in the order in which they are opened. One that is missing in the file, and
-// all while the base is closed, throw StoreError at every use; none is ever null.
+// all while the base is closed, throw StoreError at every use; none is ever null, and each is the
+// same object for the base's whole life, closed, open or opened anew.
 struct TableCursors {
   std::unique_ptr<Recordset> Discotheque, DiscothequeJingle, DiscothequeVirgule, GrillePub, Models,
       Variete, Toph, Cnf, Rapport, Playlist, Pls, ModelSquelette, VT;
@@ -24,6 +25,7 @@ struct TableCursors {
 class StationBase {
  public:
   // Path of the base file, without regard to the case of "Triskin.MDB" in the station's folder.
+  // Until Waiting() says otherwise each operation waits `busyTimeoutMs` for a lock.
   explicit StationBase(std::string path, int busyTimeoutMs = kBusyTimeoutMs);
   ~StationBase();
 
@@ -38,6 +40,15 @@ class StationBase {
   void SeedFixedRows();  // Variete, Toph and Cnf, each only when empty
   void Close();
 
+  // Opens what stands at the path where the base is closed, or where its file was replaced or has
+  // failed (a share that went away and came back). True when it did; false when there is no need,
+  // or no file. What was open stays where the new one cannot be opened. Looks at the folder first:
+  // costs next to nothing where all is well.
+  bool OpenAgainIfLost();
+
+  // How long the operations wait for a lock of another process.
+  LockWait& Waiting() { return *wait_; }
+
   Database& Db();  // throws StoreError when closed
   bool IsOpen() const;
   TableCursors& Tables() { return tables_; }
@@ -47,14 +58,16 @@ class StationBase {
 
   // Field number n (1 to 50) of the settings row as last stored by anybody. The row is read again
   // only when the base has changed; call CheckCnf once at the head of a handler and after a yield.
-  // While the row cannot be read the last one read stands; StoreError only where there is none. The
-  // reference holds until the row is read again.
+  // While the row cannot be read the last one read stands; before the first the schema's defaults
+  // where the file is out of reach, else StoreError. It is read without waiting. The reference
+  // holds until the row is read again.
   const Value& ReadCnfField(int n);
   int64_t CnfInt(int n) { return AsInt(ReadCnfField(n)); }
   bool CnfBool(int n) { return AsBool(ReadCnfField(n)); }
   std::string CnfText(int n) { return AsText(ReadCnfField(n)); }
-  // Where no row was ever read, that of a new base stands until one is.
-  void AssumeCnf();
+  // Throws StoreError where the row has never been read and cannot be now, so that what ReadCnfField
+  // gives are defaults: for whoever would store them.
+  void RequireCnf();
   void CheckCnf() { cnfChecked_ = false; }  // the next read asks the change counter
 
  private:
@@ -63,11 +76,11 @@ class StationBase {
   void CloseTables(int number, const std::string& reason);
 
   std::string path_;
-  int busyTimeoutMs_;
-  std::unique_ptr<Database> database_;
+  std::shared_ptr<LockWait> wait_;
+  std::unique_ptr<Database> database_;  // never null
   TableCursors tables_;
   std::vector<Value> cnfRow_;
-  int64_t cnfCounter_ = -1;  // change counter at which cnfRow_ was read
+  int64_t cnfCounter_ = -1;  // change counter at which cnfRow_ was read; -1: defaults, or unknown
   bool cnfChecked_ = false;
   std::vector<std::pair<std::string, int32_t>> counts_;  // of tables, at countsCounter_
   int64_t countsCounter_ = -1;

@@ -33,6 +33,13 @@ class StoreError : public std::runtime_error {
   StoreError(int number, const std::string& text) : std::runtime_error(text), number_(number) {}
   int Number() const { return number_; }
 
+  // The file is out of reach (locked, full, read only, failing, closed): the same operation may
+  // succeed later. With any other fault it is the operation itself that is wrong.
+  bool MayPass() const {
+    return number_ == kErrLocked || number_ == kErrDiskFull || number_ == kErrReadOnly ||
+           number_ == kErrClosed || number_ == kErrBadDatabase || number_ == kErrOther;
+  }
+
  private:
   int number_;
 };

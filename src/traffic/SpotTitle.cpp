@@ -11,7 +11,6 @@
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
 #include "store/RowView.h"
-#include "store/ShortWait.h"
 
 namespace zemo {
 
@@ -51,7 +50,6 @@ std::optional<int64_t> FindTitle(Station& station, const std::string& genre) {
 
 bool SearchPubAssocie(Station& station, const std::string& file, int position) {
   try {
-    const ShortWait shortWait(station.base);
     const std::string genre = GenreOfCampaign(station, file);
     if (Trim(genre).empty()) return false;
     const auto code = FindTitle(station, genre);

@@ -176,7 +176,7 @@ TEST_F(ElementKinds, BaseLockedByAnotherProcessLosesNoReportRow) {
   on.AppendCard(on.AddCard({.lengthMs = 20000}));
   on.AppendCard(on.AddCard({.lengthMs = 20000}));
   on.AppendCard(on.AddCard({.lengthMs = 20000}));
-  on.station.base.Db().SetBusyTimeoutMs(0);
+  on.station.base.Db().Waiting().LetEachWait(0);
   on.Start();
   std::unique_ptr<Database> other;
   on.At(10000, [&] {

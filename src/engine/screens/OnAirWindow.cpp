@@ -48,7 +48,6 @@
 #include "platform/Waveforms.h"
 #include "settings/LockDialogue.h"
 #include "station/Station.h"
-#include "store/ShortWait.h"
 #include "traffic/DayGridComposition.h"
 
 namespace zemo {
@@ -382,7 +381,7 @@ void OnAirWindow::RefreshSkeleton() {
 void OnAirWindow::Observe() {
   try {
     if (station_.base.IsOpen() && Free()) {
-      const ShortWait shortWait(station_.base);
+      const NoLockWait atOnce(station_.base.Waiting());
       pip_ = !FindPip(station_, station_.Now()).file.empty();
     }
   } catch (const std::exception&) {

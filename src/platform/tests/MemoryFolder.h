@@ -49,12 +49,6 @@ class MemoryFolder : public Folder {
   void Remove(std::string_view name) override {
     if (const auto found = Find(name); found != files.end()) files.erase(found->first);
   }
-  std::vector<std::string> Names() const override {
-    if (readsFail) throw FileError(path_ + ": Input/output error");
-    std::vector<std::string> names;
-    for (const auto& file : files) names.push_back(file.first);
-    return names;
-  }
   void Rename(std::string_view from, std::string_view to) override {
     const std::string bytes = Read(from).value();
     Remove(from);
@@ -64,6 +58,12 @@ class MemoryFolder : public Folder {
     auto& folder = subfolders_[LowerAscii(name)];
     if (!folder) folder = std::make_unique<MemoryFolder>();
     return *folder;
+  }
+  std::vector<std::string> Names() const override {
+    if (readsFail) throw FileError(path_ + ": Input/output error");
+    std::vector<std::string> names;
+    for (const auto& file : files) names.push_back(file.first);
+    return names;
   }
 
  private:

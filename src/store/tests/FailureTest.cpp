@@ -115,7 +115,7 @@ TEST_F(BaseFailure, TablesThatCannotBeMadeForALockAreToldOneByOne) {
 }
 
 TEST_F(OpenBaseFailure, ALockedFileFailsEveryOperationAndServesAgainAfterwards) {
-  Db().SetBusyTimeoutMs(0);
+  Db().Waiting().LetEachWait(0);
   AddCard("A");
   OtherProgram other(BasePath());
   other.Do("BEGIN EXCLUSIVE");
@@ -143,7 +143,7 @@ TEST_F(OpenBaseFailure, ALockedFileFailsEveryOperationAndServesAgainAfterwards) 
 }
 
 TEST_F(OpenBaseFailure, AFileLockedPastTheTimeOutIsNotWaitedForAgainBeforeItWasFree) {
-  Db().SetBusyTimeoutMs(400);
+  Db().Waiting().LetEachWait(400);
   OtherProgram other(BasePath());
   other.Do("BEGIN IMMEDIATE");
   const auto began = std::chrono::steady_clock::now();
@@ -163,7 +163,7 @@ TEST_F(OpenBaseFailure, AFileLockedPastTheTimeOutIsNotWaitedForAgainBeforeItWasF
 }
 
 TEST_F(OpenBaseFailure, ReadersOfAFileLockedPastTheTimeOutDoNotWaitAgainEither) {
-  Db().SetBusyTimeoutMs(400);
+  Db().Waiting().LetEachWait(400);
   OtherProgram other(BasePath());
   other.Do("BEGIN EXCLUSIVE");
   const auto began = std::chrono::steady_clock::now();
@@ -186,7 +186,7 @@ TEST_F(OpenBaseFailure, AFileReplacedUnderTheStationIsTold) {
 }
 
 TEST_F(OpenBaseFailure, AReaderElsewhereFailsTheCommitAndLeavesNoTransactionBehind) {
-  Db().SetBusyTimeoutMs(0);
+  Db().Waiting().LetEachWait(0);
   OtherProgram other(BasePath());
   other.Do("BEGIN");
   other.One("SELECT COUNT(*) FROM Toph");

@@ -232,13 +232,19 @@ TEST_F(StationSettings, KeepTheLastRowWhileTheFileIsLocked) {
   EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 900);
 }
 
-TEST_F(StationSettings, AreAnErrorOnlyWhereTheyWereNeverRead) {
-  Db().SetBusyTimeoutMs(0);
-  {
-    OtherProgram other(BasePath());
-    other.Do("BEGIN EXCLUSIVE");
-    EXPECT_EQ(ErrorOf([&] { base->ReadCnfField(1); }), kErrLocked);
-  }
+TEST_F(StationSettings, AreTheDefaultsUntilALockedFileCouldBeReadOnce) {
+  Db().Execute("UPDATE Cnf SET PmixDef = 1234");
+  Db().Waiting().LetEachWait(0);
+  OtherProgram other(BasePath());
+  other.Do("BEGIN EXCLUSIVE");
+  EXPECT_EQ(base->CnfInt(Cnf::kPmixDef), 1600);
+  EXPECT_EQ(base->CnfText(Cnf::kTextVeille), "");
+  other.Do("COMMIT");
+  base->CheckCnf();
+  EXPECT_EQ(base->CnfInt(Cnf::kPmixDef), 1234);
+}
+
+TEST_F(StationSettings, AreAnErrorOnlyWhereTheyWereNeverReadAndAreNotThere) {
   Db().Execute("DELETE * FROM Cnf");
   EXPECT_EQ(ErrorOf([&] { base->ReadCnfField(1); }), kErrNoCurrentRecord);
   base->SeedFixedRows();
@@ -246,29 +252,6 @@ TEST_F(StationSettings, AreAnErrorOnlyWhereTheyWereNeverRead) {
   base->Close();
   base->CheckCnf();
   EXPECT_EQ(base->CnfInt(1), 1600) << "the air goes on with the settings it knows";
-}
-
-TEST_F(StationSettings, OfANewBaseStandWhereNoneWereReadUntilTheyCanBe) {
-  Db().Execute("UPDATE Cnf SET FadeOut = 900");
-  base->Close();
-  StationBase unread(BasePath());
-  EXPECT_EQ(ErrorOf([&] { unread.ReadCnfField(1); }), kErrClosed);
-  unread.AssumeCnf();
-  EXPECT_EQ(unread.CnfInt(Cnf::kFadeOut), 1600);
-  EXPECT_EQ(unread.CnfInt(Cnf::kVolumeMusique), 16384);
-  EXPECT_FALSE(unread.CnfBool(Cnf::kSquelette));
-  unread.OpenOrCreateDatabase();
-  unread.CheckCnf();
-  EXPECT_EQ(unread.CnfInt(Cnf::kFadeOut), 900);
-  unread.AssumeCnf();
-  EXPECT_EQ(unread.CnfInt(Cnf::kFadeOut), 900);
-}
-
-TEST_F(StationSettings, ALockKeepsTheWaitOfOtherOperationsAsItWas) {
-  EXPECT_EQ(base->CnfInt(1), 1600);
-  base->CheckCnf();
-  base->ReadCnfField(1);
-  EXPECT_EQ(Db().BusyTimeoutMs(), 5000);
 }
 
 TEST_F(StationSettings, CountsFollowEveryChangeOfAnyProgram) {

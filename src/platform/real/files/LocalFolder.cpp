@@ -55,21 +55,6 @@ void LocalFolder::Remove(std::string_view name) {
   if (IsPlainName(name)) RemoveFile(PathOf(name));
 }
 
-std::vector<std::string> LocalFolder::Names() const {
-  std::vector<std::string> names;
-  std::error_code failed;
-  std::filesystem::directory_iterator entry(path_, failed);
-  if (failed == std::errc::no_such_file_or_directory || failed == std::errc::not_a_directory)
-    return names;
-  for (; !failed && entry != std::filesystem::directory_iterator(); entry.increment(failed)) {
-    std::error_code none;
-    if (entry->is_regular_file(none)) names.push_back(entry->path().filename().string());
-  }
-  if (failed) throw FileError(path_ + ": " + failed.message());
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 void LocalFolder::Rename(std::string_view from, std::string_view to) {
   if (!IsPlainName(from)) throw FileError("\"" + std::string(from) + "\" names no file");
   const std::string source = PathOf(from);
@@ -84,6 +69,21 @@ Folder& LocalFolder::Subfolder(std::string_view name) {
   if (!folder) folder = std::make_unique<LocalFolder>(PathOf(name));
   folder->path_ = PathOf(name) + "/";  // made since, maybe in another case
   return *folder;
+}
+
+std::vector<std::string> LocalFolder::Names() const {
+  std::vector<std::string> names;
+  std::error_code failed;
+  std::filesystem::directory_iterator entry(path_, failed);
+  if (failed == std::errc::no_such_file_or_directory || failed == std::errc::not_a_directory)
+    return names;
+  for (; !failed && entry != std::filesystem::directory_iterator(); entry.increment(failed)) {
+    std::error_code none;
+    if (entry->is_regular_file(none)) names.push_back(entry->path().filename().string());
+  }
+  if (failed) throw FileError(path_ + ": " + failed.message());
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 std::string LocalFolder::ToWrite(std::string_view name) const {

@@ -25,9 +25,9 @@ class LocalFolder : public Folder {
   void Append(std::string_view name, std::string_view bytes) override;
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override;
   void Remove(std::string_view name) override;
-  std::vector<std::string> Names() const override;
   void Rename(std::string_view from, std::string_view to) override;
   Folder& Subfolder(std::string_view name) override;
+  std::vector<std::string> Names() const override;
 
  private:
   std::string ToWrite(std::string_view name) const;  // its path; makes the folder

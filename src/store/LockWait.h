@@ -1,0 +1,58 @@
+// How long the base may keep its caller waiting while another process has it locked: the one owner
+// of that time, so that no routine can give itself more by accident.
+//
+// On air the grant is the tick's: whatever it does, however many queries, and whatever orders are
+// served up to the next tick, waits `ms` in all. At a start, at the end and in the commands nobody
+// else waits, and each operation may take its time.
+#pragma once
+
+namespace zemo {
+
+// Of a base on air: between two ticks, in all.
+inline constexpr int kTickWaitMs = 100;
+// Elsewhere: of each operation.
+inline constexpr int kBusyTimeoutMs = 5000;
+
+// Thread: the logic's. Outlives the connections that ask it.
+class LockWait {
+ public:
+  explicit LockWait(int eachMs = kBusyTimeoutMs) { LetEachWait(eachMs); }
+  LockWait(const LockWait&) = delete;
+
+  void LetEachWait(int ms);  // every operation from now on, `ms` at most
+  void LetAllWait(int ms);   // all operations from now to the next grant together
+  int LeftMs() const { return forbidden_ > 0 ? 0 : leftMs_; }
+
+  // Around each operation that may meet a lock: what reads and what writes are kept apart. An
+  // operation that waited in vain is the last of its kind that waits until one succeeds: a file
+  // locked for long must not take its time again and again.
+  void Begin(bool writes);
+  void End(bool writes, bool locked);
+
+  // The lock stands, asked for the `times`-th time (from 0): waits a little and is true, or false
+  // when the operation has to give up.
+  bool WaitOnce(int times);
+
+ private:
+  friend class NoLockWait;
+
+  int eachMs_ = 0;       // of each operation; 0 while all share a grant
+  int leftMs_ = 0;       // of the operation, or of the grant
+  int forbidden_ = 0;    // scopes of NoLockWait
+  bool writes_ = false;  // kind of the operation under way
+  bool waited_ = false;  // it did
+  bool inVain_[2] = {};  // readers, writers
+};
+
+// Within its scope a locked base is told at once.
+class NoLockWait {
+ public:
+  explicit NoLockWait(LockWait& wait) : wait_(wait) { ++wait_.forbidden_; }
+  ~NoLockWait() { --wait_.forbidden_; }
+  NoLockWait(const NoLockWait&) = delete;
+
+ private:
+  LockWait& wait_;
+};
+
+}  // namespace zemo
