@@ -20,7 +20,7 @@ constexpr int kBehindTheAir = 10;  // nice: the air and its decoders come first
 // as it does on air, and a start of its own would ask for another list first.
 void CopyIdleMachine(const std::string& from, const std::string& to) {
   QDir().mkpath(QString::fromStdString(to));
-  CopyFiles(from, to);
+  CopyMachine(from, to);
   LocalFolder machine(to);
   machine.Remove("ZemoPlay.Ini");
   LocalValues(machine).Set("AutoPlay", "False");

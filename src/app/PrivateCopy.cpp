@@ -7,6 +7,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "engine/EmergencyFolder.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "platform/real/files/WholeFiles.h"
 
@@ -93,6 +94,16 @@ void CopyStation(const std::string& from, const std::string& to) {
 
 void CopyFiles(const std::string& from, const std::string& to) {
   if (fs::exists(from)) CopyWanted(from, to, [](const fs::path&) { return true; });
+}
+
+void CopyMachine(const std::string& from, const std::string& to) {
+  CopyFiles(from, to);
+  const std::string emergency = EntryNamed(from, kEmergencyFolder);
+  std::error_code error;
+  const fs::path folder = fs::absolute(from, error) / emergency;
+  if (emergency.empty() || error || !fs::is_directory(folder, error)) return;
+  fs::create_directory_symlink(folder, fs::path(to) / emergency, error);
+  if (error) throw std::runtime_error("cannot link " + folder.string() + ": " + error.message());
 }
 
 PrivateFiles::PrivateFiles(Folder& machine, std::string station, Folder& copy, std::string changed)

@@ -18,6 +18,8 @@ namespace zemo {
 void CopyStation(const std::string& from, const std::string& to);
 // Every file of the folder; nothing when it does not exist. Throws as above.
 void CopyFiles(const std::string& from, const std::string& to);
+// The same of a machine folder, whose emergency folder is linked to, since a run only reads it.
+void CopyMachine(const std::string& from, const std::string& to);
 
 // Sound files and what lies beside them: the real ones until one is written or removed, which from
 // then on is the run's own. What stands in the station's folder is looked for in its copy, so that

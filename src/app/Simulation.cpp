@@ -69,7 +69,7 @@ class Workplace {
     temp_.emplace();
     folders_.machine = temp_->MakeFolder("machine");
     if (line.inPlace) return;
-    if (!line.machine.empty()) CopyFiles(line.machine, folders_.machine);
+    if (!line.machine.empty()) CopyMachine(line.machine, folders_.machine);
     folders_.station = temp_->MakeFolder("station");
     folders_.changed = temp_->MakeFolder("changed") + "/";
     folders_.copiedFrom = LocalFolder(station).Path();

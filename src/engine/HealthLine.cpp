@@ -39,9 +39,11 @@ void TellOutput(HealthLine& line, const Station& station, int64_t nowMs, int lan
   const bool sounded = line.lastSoundMs >= 0 && nowMs - line.lastSoundMs < kSilentAfterMs;
   if (sounded) {
     const double decibels = 20 * std::log10(std::max(line.heldPeak, kSilencePeak));
-    Tell(figure, "HealthOutput", "alive",
-         ScreenWord("HealthAlive", langue, std::to_string(std::lround(decibels))),
-         HealthSeverity::kGood, nowMs);
+    const bool emergency = station.engine.EmergencyOnAir;
+    Tell(figure, "HealthOutput", emergency ? "emergency" : "alive",
+         ScreenWord(emergency ? "HealthEmergency" : "HealthAlive", langue,
+                    std::to_string(std::lround(decibels))),
+         emergency ? HealthSeverity::kNote : HealthSeverity::kGood, nowMs);
   } else if (line.expectedSinceMs >= 0 && nowMs - quietSinceMs >= kSilentAfterMs) {
     Tell(figure, "HealthOutput", "silent", ScreenWord("HealthSilent", langue),
          HealthSeverity::kHeard, nowMs);

@@ -156,6 +156,7 @@ constexpr Word kWords[] = {
     {"OnAir", {"ANTENNE", "ON AIR", "NO AR", "EN ANTENA"}},
     {"Stopped", {"ARRÊT", "STOPPED", "PARADO", "PARADO"}},
     {"SilentOnAir", {"SILENCE", "SILENCE", "SILÊNCIO", "SILENCIO"}},
+    {"EmergencyOnAir", {"SECOURS", "EMERGENCY", "SOCORRO", "SOCORRO"}},
     {"Draining", {"FIN...", "ENDING", "A ACABAR", "TERMINA"}},
     {"Next", {"SUIVANT", "NEXT", "SEGUINTE", "SIGUIENTE"}},
     {"Break", {"ÉCRAN", "BREAK", "BLOCO", "BLOQUE"}},
@@ -184,6 +185,7 @@ constexpr Word kWords[] = {
     // health
     {"HealthOutput", {"Sortie", "Output", "Saída", "Salida"}},
     {"HealthAlive", {"%1 dB", "%1 dB", "%1 dB", "%1 dB"}},
+    {"HealthEmergency", {"secours %1 dB", "emergency %1 dB", "socorro %1 dB", "socorro %1 dB"}},
     {"HealthSilent", {"muette", "silent", "muda", "muda"}},
     {"HealthIdle", {"au repos", "at rest", "em repouso", "en reposo"}},
     {"HealthUnderruns", {"Coupures", "Dropouts", "Falhas", "Cortes"}},

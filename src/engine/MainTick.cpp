@@ -12,6 +12,7 @@
 #include <string>
 
 #include "engine/ElementPlayback.h"
+#include "engine/EmergencyAir.h"
 #include "engine/ExternalTriggers.h"
 #include "engine/HourPip.h"
 #include "engine/OperatorControls.h"
@@ -470,7 +471,7 @@ void RebuildGrid(Station& station, const Moment& at) {
 
 void Refill(Station& station) {
   if (station.PL.Count() >= 5 || station.engine.ProgressPercent <= 10) return;
-  if (RequestWouldDelayNext(station)) return;
+  if (RequestWouldDelayNext(station) || !EmergencyLetsRequest(station)) return;
   AutomaticRequest(station);
 }
 
@@ -672,6 +673,7 @@ void MainTimer_Timer(Station& station) {
   } running(engine.tickRunning);
   station.base.Waiting().LetAllWait(kTickWaitMs);
   station.base.CheckCnf();
+  ServeEmergencyAir(station);
   try {
     RunTick(station);
   } catch (const std::exception& error) {

@@ -4,6 +4,7 @@
 
 #include "engine/BaseMaintenance.h"
 #include "engine/ElementPlayback.h"
+#include "engine/EmergencyFolder.h"
 #include "engine/ExternalTriggers.h"
 #include "engine/MainTick.h"
 #include "engine/OperatorControls.h"
@@ -18,6 +19,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "store/StoreError.h"
 #include "traffic/DayGridComposition.h"
 
 namespace zemo {
@@ -61,7 +63,19 @@ void OpenBase(Station& station) {
   station.events.Base(created ? "created" : "opened");
 }
 
+// A base that is locked, or whose share is away, does not keep a machine off the air that has
+// something to play without it; the tick opens it as soon as it can.
+void OpenBaseOrGoWithout(Station& station) {
+  try {
+    OpenBase(station);
+  } catch (const StoreError& error) {
+    if (!error.MayPass() || EmergencyFiles(station.platform.machineFolder).empty()) throw;
+    LogCurrentException(station, "Form_Load");
+  }
+}
+
 void OpenTables(Station& station) {
+  if (!station.base.IsOpen()) return;
   if (!station.engine.ReportsDisabled)
     station.base.CreateMissingTables(
         [&station](const std::string& table, int, const std::string& text) {
@@ -182,7 +196,7 @@ void ActivateFirst(Station& station) {
 bool Form_Load(Station& station) {
   station.screen.Caption = "Zemo Radio Pro";
   if (ScreenTooSmall(station)) return false;
-  OpenBase(station);
+  OpenBaseOrGoWithout(station);
   SetSideFileNames(station);
   LoadMachineState(station);
   OpenTables(station);

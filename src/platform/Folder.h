@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zemo {
 
@@ -42,6 +43,8 @@ class Folder {
   virtual void Rename(std::string_view from, std::string_view to) = 0;
   // A folder inside this one, owned by it; the first file written there makes it.
   virtual Folder& Subfolder(std::string_view name) = 0;
+  // Of the files in it, as they are written, in the order of their bytes; none without the folder.
+  virtual std::vector<std::string> Names() const = 0;
 };
 
 // Files outside our folders, named by the paths that cards and settings store. A path with a drive

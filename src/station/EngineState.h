@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "platform/EventLoop.h"
@@ -118,6 +119,22 @@ struct EngineState {
   } kept;
 
   int64_t baseLookMs = 0;  // monotonic; whether the base is lost is not looked at before
+
+  // --- the emergency folder (writer: engine/EmergencyAir) ---
+  Flag<bool> EmergencyOnAir{"EmergencyOnAir", false, observer};
+  struct {
+    int64_t silentSinceMs = -1;     // monotonic; -1 while something sounds or nothing has to
+    bool hadRows = false;           // the list had rows at the last silent tick ...
+    bool rowsFailed = false;        // ... and they started nothing
+    std::deque<std::string> round;  // names of the files still to play, the next one first
+    int roundSize = 0;              // of all of the round
+    int failed = 0;                 // files that did not play since the last one that did
+    std::string last;               // the name that played last
+    std::set<std::string> told;     // names whose fault is logged
+    int64_t lookAgainMs = 0;        // monotonic: the folder is not looked at before
+    int64_t listLookMs = 0;         // the same of what the list holds
+    int64_t requestAgainMs = 0;     // the same of a request
+  } emergency;
 
   // --- the tick ---
   std::unique_ptr<LoopTimer> MainTimer;  // 100 ms; made by Form_Load

@@ -102,6 +102,17 @@ TEST_F(ScreenFigures, SilenceOnAirIsRedAfterFiveSecondsAndAgesFromTheLastSound) 
   EXPECT_EQ(Figure(HealthLine::kOutput).sinceMs, 1000);
 }
 
+TEST_F(ScreenFigures, TheEmergencyFolderOnAirIsANoteWithItsLevel) {
+  on.station.engine.IsRunning = true;
+  Tell(1000, 0.5F);
+  on.station.engine.EmergencyOnAir = true;
+  Tell(2000, 0.5F);
+  EXPECT_EQ(Figure(HealthLine::kOutput).text, "emergency -6 dB");
+  EXPECT_EQ(Figure(HealthLine::kOutput).severity, HealthSeverity::kNote);
+  EXPECT_EQ(Figure(HealthLine::kOutput).sinceMs, 2000);
+  EXPECT_FALSE(SilentOnAir(health));
+}
+
 TEST_F(ScreenFigures, SilenceBeforeTheStartIsNoFault) {
   Tell(1000, 0.5F);
   Tell(90000);

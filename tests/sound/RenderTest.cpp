@@ -133,6 +133,31 @@ TEST_F(Rendered, StoppedStationPlaysItsElementOutAndIsSilentThen) {
   EXPECT_EQ(Peak(heard, 10.11, 16), 0);
 }
 
+// Silence is seen at 100 ms; PmixDef is 1600 ms, so that each tone of 10 s gives way 8400 ms behind
+// its start. Its machine folder is only read.
+TEST_F(Rendered, EmergencyFolderIsHeardWhereNothingElseCanPlay) {
+  std::filesystem::create_directories(Path("machine/Secours"));
+  WriteTone(Path("machine/Secours/a.wav"), 1000, 0.25, 10);
+  WriteTone(Path("machine/Secours/b.WAV"), 2000, 0.25, 10);
+  const auto before = Files("machine");
+  const Result result = Run(
+      "render --station station --machine machine --from '2026-11-21 10:00:00' --for 40 --trace "
+      "trace --audio heard.wav");
+  ASSERT_EQ(result.status, 0) << result.err;
+  const Recording heard = ReadWav(Path("heard.wav"));
+  EXPECT_EQ(Peak(heard, 0, 2.0), 0);
+  EXPECT_LE(LongestSilenceMs(heard, 2.2, 40), 20);
+  const double first = Level(heard, 1000, 4) > 0.1 ? 1000 : 2000;
+  const double second = 3000 - first;
+  EXPECT_NEAR(Level(heard, first, 4), 0.25, 0.003);
+  EXPECT_NEAR(static_cast<double>(BeginsMs(heard, first, 0.25)), 2100, 10);
+  EXPECT_NEAR(static_cast<double>(BeginsMs(heard, second, 0.25)), 10500, 10);
+  EXPECT_NEAR(static_cast<double>(EndsMs(heard, first, 0.25, 11000)), 12100, 10);
+  EXPECT_NE(ReadText(root_ / "trace").find("\"file\":\"" + Path("machine/Secours/a.wav") + "\""),
+            std::string::npos);
+  EXPECT_EQ(Files("machine"), before);
+}
+
 TEST_F(Rendered, RestartOfTheOutputLeavesItsOwnGapAndNoClick) {
   const Recording heard =
       Hear({{.hertz = 1000}, {.hertz = 2000}}, 22, "", "+0 set CycleMaxi 15000\n");

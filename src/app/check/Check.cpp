@@ -142,6 +142,7 @@ void CheckStation(const CheckOptions& options, const std::function<void(const Fi
     CheckFolder(options.station, findings);
     CheckBase(station, files, options, findings);
     CheckSideFiles(station, files, findings);
+    CheckEmergencyFolder(machine, findings);
   } catch (const std::exception& error) {
     findings.Error("folder", options.station, error.what());
   }

@@ -16,6 +16,9 @@ void CheckFolder(const std::string& station, Findings& findings);
 // The lists and day files of the station's folder.
 void CheckSideFiles(const Folder& station, const SoundFiles& files, Findings& findings);
 
+// The emergency folder of the machine folder, where there is one.
+void CheckEmergencyFolder(Folder& machine, Findings& findings);
+
 // Soundness, and the thirteen tables with their fields. True when the base can be asked for more.
 bool CheckStructure(const ReadOnlyBase& base, Findings& findings);
 

@@ -127,6 +127,22 @@ TEST_F(PrivateCopy, TakesAFileThatIsNoBaseAsItIs) {
   EXPECT_EQ(Get(root_ / "copy/Triskin.MDB"), "this is no database at all");
 }
 
+TEST_F(PrivateCopy, OfAMachineFindsTheEmergencyFolderAndLeavesItWhereItIs) {
+  fs::create_directories(root_ / "machine" / "SECOURS");
+  Put(root_ / "machine" / "SECOURS" / "a.wav", "sound");
+  Put(root_ / "machine" / "ZemoPlay.Ini", "x");
+  CopyMachine(Path("machine"), Path("copy"));
+  EXPECT_EQ(Get(root_ / "copy" / "ZemoPlay.Ini"), "x");
+  LocalFolder copy(Path("copy"));
+  EXPECT_EQ(copy.Subfolder("Secours").Names(), std::vector<std::string>{"a.wav"});
+  fs::create_directory(root_ / "second");
+  CopyMachine(Path("copy"), Path("second"));  // as the forecast of a copy does
+  EXPECT_EQ(Get(root_ / "second" / "SECOURS" / "a.wav"), "sound");
+  fs::remove_all(root_ / "copy");
+  EXPECT_EQ(Get(root_ / "machine" / "SECOURS" / "a.wav"), "sound");
+  EXPECT_NO_THROW(CopyMachine(Path("nowhere"), Path("changed")));
+}
+
 TEST_F(PrivateCopy, OfAMissingFolderIsAnErrorForAStationAndNothingForAMachine) {
   EXPECT_THROW(CopyStation(Path("nowhere"), Path("copy")), std::runtime_error);
   EXPECT_NO_THROW(CopyFiles(Path("nowhere"), Path("copy")));

@@ -265,12 +265,13 @@ void StatusHeader::Arrange(double unit) {
   }
 }
 
-void StatusHeader::ShowLamp(bool running, bool silent) {
+void StatusHeader::ShowLamp(bool running, bool silent, bool emergency) {
   struct Look {
     const char* word;
     QColor ink, ground;
   };
   const Look look = silent      ? Look{"SilentOnAir", Qt::black, Theme::kNote}
+                    : emergency ? Look{"EmergencyOnAir", Qt::black, Theme::kNote}
                     : running   ? Look{"OnAir", Qt::white, Theme::kOnAir}
                     : sounding_ ? Look{"Draining", Theme::kText, QColor(0x6b, 0x4a, 0x14)}
                                 : Look{"Stopped", Theme::kDim, Theme::kRaised};
@@ -317,7 +318,7 @@ void StatusHeader::ShowElement(const Station& station) {
 
 void StatusHeader::ShowStation(const Station& station, const LocalDateTime& now, bool silent) {
   sounding_ = station.platform.sound.Sounds(0) || station.platform.sound.Sounds(1);
-  ShowLamp(station.engine.IsRunning, silent);
+  ShowLamp(station.engine.IsRunning, silent, station.engine.EmergencyOnAir);
   ShowLights(station);
   ShowClock(station, now);
   ShowElement(station);

@@ -50,7 +50,7 @@ class StatusHeader : public QFrame {
   QWidget* LeftZone();
   QWidget* MiddleZone();
   QWidget* RightZone();
-  void ShowLamp(bool running, bool silent);
+  void ShowLamp(bool running, bool silent, bool emergency);
   void ShowLights(const Station& station);
   void ShowClock(const Station& station, const LocalDateTime& now);
   void ShowElement(const Station& station);

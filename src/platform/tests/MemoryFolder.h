@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Folder.h"
 
@@ -66,6 +67,12 @@ class MemoryFolder : public Folder {
     auto& folder = subfolders_[LowerAscii(name)];
     if (!folder) folder = std::make_unique<MemoryFolder>();
     return *folder;
+  }
+  std::vector<std::string> Names() const override {
+    if (readsFail) throw FileError(path_ + ": Input/output error");
+    std::vector<std::string> names;
+    for (const auto& file : files) names.push_back(file.first);
+    return names;
   }
 
  private:

@@ -121,6 +121,23 @@ TEST_F(OnAirRows, TheLampTellsOfASilentAir) {
   EXPECT_EQ(Text("OnAirLamp"), "SILENCE");
 }
 
+TEST_F(OnAirRows, TheLampTellsOfTheEmergencyFolder) {
+  const std::pair<const char*, const char*> words[] = {
+      {"0", "SECOURS"}, {"1", "EMERGENCY"}, {"2", "SOCORRO"}, {"3", "SOCORRO"}};
+  Loaded();
+  for (const auto& [langue, word] : words) {
+    on.Set("Langue", langue);
+    on.station.base.CheckCnf();
+    Open(800, 600);
+    on.station.engine.IsRunning = true;
+    on.station.engine.EmergencyOnAir = true;
+    Draw();
+    EXPECT_EQ(Text("OnAirLamp"), word);
+    auto* lamp = Find("OnAirLamp");
+    EXPECT_LE(lamp->fontMetrics().horizontalAdvance(QString::fromUtf8(word)), lamp->width());
+  }
+}
+
 TEST_F(OnAirRows, NoModeMovesTheHeader) {
   for (const QSize& size : {QSize(800, 600), QSize(1280, 800), QSize(1920, 1080)}) {
     Open(size.width(), size.height());

@@ -1,5 +1,6 @@
 #include "platform/real/files/LocalFolder.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -73,7 +74,23 @@ Folder& LocalFolder::Subfolder(std::string_view name) {
   if (!IsPlainName(name)) throw FileError("\"" + std::string(name) + "\" names no folder");
   auto& folder = subfolders_[std::string(name)];
   if (!folder) folder = std::make_unique<LocalFolder>(PathOf(name), disk_);
+  folder->path_ = PathOf(name) + "/";  // made since, maybe in another case
   return *folder;
+}
+
+std::vector<std::string> LocalFolder::Names() const {
+  std::vector<std::string> names;
+  std::error_code failed;
+  std::filesystem::directory_iterator entry(path_, failed);
+  if (failed == std::errc::no_such_file_or_directory || failed == std::errc::not_a_directory)
+    return names;
+  for (; !failed && entry != std::filesystem::directory_iterator(); entry.increment(failed)) {
+    std::error_code none;
+    if (entry->is_regular_file(none)) names.push_back(entry->path().filename().string());
+  }
+  if (failed) throw FileError(path_ + ": " + failed.message());
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 std::string LocalFolder::ToWrite(std::string_view name) const {

@@ -31,6 +31,7 @@ class LocalFolder : public Folder {
   void Remove(std::string_view name) override;
   void Rename(std::string_view from, std::string_view to) override;
   Folder& Subfolder(std::string_view name) override;
+  std::vector<std::string> Names() const override;
 
  private:
   std::string ToWrite(std::string_view name) const;  // its path; makes the folder

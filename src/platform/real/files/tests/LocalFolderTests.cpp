@@ -150,6 +150,25 @@ TEST_F(LocalFolderTest, AFolderInsideIsFoundWithoutRegardToCase) {
   EXPECT_EQ(folder.Subfolder("Refus").Read("A.TXT"), "x");
 }
 
+TEST_F(LocalFolderTest, AFolderInsideIsFoundInAnotherCaseOnceItIsMade) {
+  Folder& inside = folder.Subfolder("Refus");
+  EXPECT_EQ(inside.Read("a.txt"), std::nullopt);
+  real.Put("REFUS/a.txt", "x");
+  EXPECT_EQ(folder.Subfolder("Refus").Read("a.txt"), "x");
+  EXPECT_EQ(&folder.Subfolder("Refus"), &inside);
+}
+
+TEST_F(LocalFolderTest, NamesItsFilesInTheOrderOfTheirBytes) {
+  using List = std::vector<std::string>;
+  EXPECT_EQ(folder.Names(), List{});
+  for (const char* name : {"b.wav", "A.wav", "a.wav", ".hidden", "\xC3\xA9.wav", "sub/c.wav"})
+    real.Put(name, "x");
+  EXPECT_EQ(folder.Names(), (List{".hidden", "A.wav", "a.wav", "b.wav", "\xC3\xA9.wav"}));
+  EXPECT_EQ(folder.Subfolder("sub").Names(), List{"c.wav"});
+  EXPECT_EQ(folder.Subfolder("none").Names(), List{});
+  EXPECT_EQ(folder.Subfolder("a.wav").Names(), List{});
+}
+
 TEST_F(LocalFolderTest, HasNoFolderInsideUnderANameThatIsNone) {
   for (const std::string name : {"", "..", "a/b"}) EXPECT_THROW(folder.Subfolder(name), FileError);
 }
