@@ -2,12 +2,9 @@
 // and the output.
 #pragma once
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <string>
@@ -18,18 +15,6 @@
 #include "app/RealStation.h"
 
 namespace zemo::bench {
-
-inline void Execute(const std::string& base, const std::vector<std::string>& statements) {
-  sqlite3* db = nullptr;
-  if (sqlite3_open(base.c_str(), &db) != SQLITE_OK) std::abort();
-  sqlite3_exec(db, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
-  for (const std::string& statement : statements)
-    if (sqlite3_exec(db, statement.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-      std::fprintf(stderr, "%s in %s\n", sqlite3_errmsg(db), statement.c_str());
-      std::abort();
-    }
-  sqlite3_close(db);
-}
 
 inline std::string TextOf(const Event& event, std::string_view name) {
   for (const auto& [member, value] : event.members)

@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "AirWatch.h"
+#include "BaseSql.h"
 #include "BigLibrary.h"
 #include "ScreenHand.h"
 #include "app/ForecastProcess.h"
