@@ -12,9 +12,12 @@
 // is longer than the emergency folder allows, and each element has its row, once and in its order.
 //
 // Usage: FaultHour [SECONDS] [--seed N] [--null | --device NAME]
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -232,9 +235,24 @@ bool Air(const std::string& folder, const Wish& wish, const zemo::OutputSpec& ou
   troubles.Begin();
   real.loop.Run();
   real.station.events.SetSink(nullptr);
-  troubles.End();
   std::printf("of these %d s a last quiet time without troubles\n\n", quietSec);
   return Tell(real, watch, report, troubles, mb, station);
+}
+
+// What must not happen to the air either: its process dies.
+bool AirInItsProcess(const std::string& folder, const Wish& wish, const zemo::OutputSpec& output,
+                     Troubles& troubles) {
+  const pid_t child = fork();
+  if (child == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const bool good = Air(folder, wish, output, troubles);
+    std::fflush(stdout);
+    _exit(good ? 0 : 1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  if (WIFSIGNALED(status)) std::printf("the air died by signal %d\n", WTERMSIG(status));
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 }  // namespace
@@ -268,9 +286,10 @@ int main(int argc, char** argv) {
                                 ? ("a tmpfs of " + std::to_string(kDiskMb) + " MB").c_str()
                                 : ("not filled, no tmpfs: " + refused).c_str());
   std::fflush(stdout);
-  const bool good = Air(folder + "/disk", *wish, output, troubles);
+  const bool good = AirInItsProcess(folder + "/disk", *wish, output, troubles);
   if (!good) std::printf("a bound is broken\n");
   std::fflush(stdout);
+  troubles.End();
   sink.reset();
   if (refused.empty()) umount2((folder + "/disk").c_str(), MNT_DETACH);
   std::error_code ignored;

@@ -3,7 +3,7 @@
 // a copy, so that the program itself has to make good what it left.
 #pragma once
 
-#include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -57,7 +57,7 @@ class KilledFolder {
   }
 
   // Judges the base of a program that is dead. Rows of a base that another one took the place of
-  // since the last time may stand in Triskin.BAK.
+  // since the last time may stand in Triskin.BAK. A lost row is counted once.
   Verdict Check() {
     Verdict verdict;
     told_.merge(RowsTold());
@@ -71,13 +71,16 @@ class KilledFolder {
     try {
       verdict.fault = Fault();
       const std::map<std::string, int> rows = RowsOf(CheckedBase());
-      std::map<std::string, int> allowed = rows;
       if (const std::string mark = Mark(); mark != mark_) {
         mark_ = mark;
-        allowed.merge(RowsOf(copies_ + "/Triskin.BAK"));
+        for (const auto& [row, times] : RowsOf(copies_ + "/Triskin.BAK"))
+          if (!rows.contains(row)) gone_.insert(row);
       }
-      verdict.lost = static_cast<int>(std::count_if(
-          told_.begin(), told_.end(), [&](const auto& row) { return !allowed.contains(row); }));
+      for (const std::string& row : told_)
+        if (!rows.contains(row) && gone_.insert(row).second) {
+          ++verdict.lost;
+          std::fprintf(stderr, "lost, base marked '%s': %s\n", mark_.c_str(), row.c_str());
+        }
       told_.clear();
       for (const auto& [row, times] : rows) {
         verdict.twice += times - 1;
@@ -142,6 +145,7 @@ class KilledFolder {
 
   std::string station_, copies_, genre_;
   std::set<std::string> told_;  // or in the base that was checked last
+  std::set<std::string> gone_;  // with a former base, or lost: rapportzemo.txt may still tell them
   std::string mark_;
 };
 

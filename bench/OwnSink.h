@@ -1,5 +1,5 @@
 // A sound server of its own with a sink that plays into nothing, for a device that can be taken
-// away: PulseAudio in a folder of its own, ended with this object.
+// away: PulseAudio in a folder of its own, ended with this object or this process.
 #pragma once
 
 #include <stdlib.h>
@@ -21,11 +21,11 @@ class OwnSink {
   // From here on this process and its children find no other server. Throws std::runtime_error when
   // it does not come up.
   explicit OwnSink(const std::string& folder)
-      : server_({"env", "HOME=" + folder, "XDG_RUNTIME_DIR=" + folder, "pulseaudio", "-n",
-                 "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
-                 "--log-target=file:" + folder + "/log", "-L",
-                 "module-native-protocol-unix auth-anonymous=1 socket=" + folder + "/native", "-L",
-                 kSink}) {
+      : server_({"setpriv", "--pdeathsig", "KILL", "env", "HOME=" + folder,
+                 "XDG_RUNTIME_DIR=" + folder, "pulseaudio", "-n", "--daemonize=no",
+                 "--use-pid-file=no", "--exit-idle-time=-1", "--log-target=file:" + folder + "/log",
+                 "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + folder + "/native",
+                 "-L", kSink}) {
     setenv("PULSE_SERVER", ("unix:" + folder + "/native").c_str(), 1);
     if (!test::WaitFor([] { return std::system("pactl info >/dev/null 2>&1") == 0; },
                        [] { poll(nullptr, 0, 50); }))
