@@ -10,8 +10,6 @@
 #include <set>
 #include <stdexcept>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "BaseSql.h"
 #include "FolderSigns.h"

@@ -2,6 +2,7 @@
 // are gone for a while, the device is away. Each trouble is a process of its own, so that a lock is
 // real and nothing of it is measured with the air; all come again and again at random, over each
 // other, and are undone when they end.
+// Longer than other headers: the troubles stand together, since nobody else has a use for one.
 #pragma once
 
 #include <fcntl.h>
@@ -13,8 +14,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -26,27 +25,20 @@
 #include <utility>
 #include <vector>
 
-namespace zemo::bench {
+#include "TroubleBoard.h"
 
-enum Trouble { kExclusive, kImmediate, kShared, kDiskFull, kSoundGone, kSideGone, kDeviceGone };
-inline constexpr int kTroubles = 7;
-inline constexpr std::array<const char*, kTroubles> kTroubleNames = {
-    "base locked exclusively", "base locked for writing", "base locked by a reader", "disk full",
-    "a sound file gone",       "a side file gone",        "device unloaded"};
+namespace zemo::bench {
 
 class Troubles {
  public:
-  struct Figures {
-    std::atomic<int> times, now;  // how often; whether it is at this moment
-    std::atomic<int64_t> allMs, mostMs;
-  };
+  using Figures = TroubleFigures;
 
   Troubles(std::string station, unsigned seed, int64_t mostMs)
       : station_(std::move(station)), seed_(seed), mostMs_(mostMs) {
-    void* memory =
-        mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    void* memory = mmap(nullptr, sizeof(TroubleBoard), PROT_READ | PROT_WRITE,
+                        MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED) throw std::runtime_error("no shared memory");
-    board_ = new (memory) Board{};
+    board_ = new (memory) TroubleBoard{};
   }
   ~Troubles() { End(); }
   Troubles(const Troubles&) = delete;
@@ -79,10 +71,6 @@ class Troubles {
   const Figures& Of(int trouble) const { return board_->figures[static_cast<size_t>(trouble)]; }
 
  private:
-  struct Board {
-    std::atomic<bool> begun, over;
-    std::array<Figures, kTroubles> figures;
-  };
   using Clock = std::chrono::steady_clock;
 
   void Fork(const std::function<void()>& work) {
@@ -190,7 +178,7 @@ class Troubles {
   std::string station_;
   unsigned seed_;
   int64_t mostMs_;  // of any trouble
-  Board* board_ = nullptr;
+  TroubleBoard* board_ = nullptr;
   std::vector<pid_t> processes_;
   std::mt19937 random_;
 };
