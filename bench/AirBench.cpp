@@ -14,75 +14,25 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
-#include <vector>
 
 #include "AirWatch.h"
-#include "BigLibrary.h"
+#include "ShortStation.h"
 #include "app/RealStation.h"
 #include "engine/OperatorControls.h"
 #include "engine/Startup.h"
-#include "store/StationBase.h"
 
 namespace {
 
 constexpr int kReportRows = 200000;
-constexpr int kSounds = 10;
-constexpr int kTitleSec = 6;
-constexpr int kExitMs = 1000;
 
-// Noise, 44.1 kHz stereo 16-bit.
-void MakeSound(const std::string& path) {
-  constexpr uint32_t kRate = 44100, kBytes = kRate * 4 * kTitleSec;
-  const auto little = [](uint32_t number, int size) {
-    std::string text;
-    for (int i = 0; i < size; ++i) text += static_cast<char>(number >> (8 * i));
-    return text;
-  };
-  std::string samples(kBytes, '\0');
-  unsigned noise = 1;
-  for (size_t i = 1; i < samples.size(); i += 2) {
-    noise = noise * 1664525U + 1013904223U;
-    samples[i] = static_cast<char>(noise >> 29);
-  }
-  std::ofstream(path, std::ios::binary)
-      << "RIFF" + little(36 + kBytes, 4) + "WAVEfmt " + little(16, 4) + little(1, 2) +
-             little(2, 2) + little(kRate, 4) + little(kRate * 4, 4) + little(4, 2) + little(16, 2) +
-             "data" + little(kBytes, 4)
-      << samples;
-}
-
-// One genre has a share, so that a request lists a title of each variety and comes again soon; all
-// genres are in its query.
 void MakeStation(const std::string& folder, int cards, bool starving) {
-  std::filesystem::create_directories(folder);
-  for (int i = 0; i < kSounds; ++i) MakeSound(folder + "/sound" + std::to_string(i) + ".wav");
-  const std::string path = folder + "/Triskin.MDB";
-  {
-    zemo::StationBase base(path);
-    base.OpenOrCreateDatabase();
-    base.CreateMissingTables([](const std::string&, int, const std::string&) { std::abort(); });
-    base.OpenAllTables();
-    base.SeedFixedRows();
-    base.Close();
-  }
-  std::vector<std::string> statements = zemo::bench::ModelsSql();
-  statements.push_back(zemo::bench::CardsSql(cards));
-  statements.push_back(zemo::bench::ReportSql(kReportRows));
-  std::string noShare = "UPDATE Models SET JOUR = JOUR";
-  for (int hour = 0; hour < 24; ++hour) noShare += ", TRANCHE" + zemo::TwoDigits(hour) + " = 0";
-  statements.push_back(noShare + " WHERE GENRE <> 'GENRE 0'");
-  statements.push_back(
-      "UPDATE Discotheque SET FILENAME = '" + folder + "/sound' || (CODE % " +
-      std::to_string(kSounds) + ") || '.wav', DUREE = " + std::to_string(kTitleSec * 1000) +
-      ", POINTSORTIE = " + std::to_string(kExitMs) + ", INTRO = 0, ECARTMINUTES = 1");
-  statements.push_back("UPDATE Cnf SET TempRequette = 1, DecalDiff = 0, EcartArtiste = 3");
+  zemo::bench::MakeShortStation(folder, {.cards = cards, .reportRows = kReportRows});
   if (starving)
-    statements.push_back(
-        "UPDATE Discotheque SET NBPASSJOUR = 0 WHERE CODE NOT IN (SELECT CODE FROM Discotheque "
-        "WHERE GENRE = 'GENRE 0' ORDER BY LASTDIFF LIMIT 6)");
-  zemo::bench::Execute(path, statements);
+    zemo::bench::Execute(
+        folder + "/Triskin.MDB",
+        {"UPDATE Discotheque SET NBPASSJOUR = 0 WHERE CODE NOT IN (SELECT CODE FROM Discotheque "
+         "WHERE GENRE = 'GENRE 0' ORDER BY LASTDIFF LIMIT 6)"});
 }
 
 void Air(const std::string& folder, int seconds, const char* run) {

@@ -2,50 +2,18 @@
 // and the output.
 #pragma once
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <variant>
 #include <vector>
 
+#include "EventMembers.h"
 #include "app/RealStation.h"
 
 namespace zemo::bench {
-
-inline void Execute(const std::string& base, const std::vector<std::string>& statements) {
-  sqlite3* db = nullptr;
-  if (sqlite3_open(base.c_str(), &db) != SQLITE_OK) std::abort();
-  sqlite3_exec(db, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
-  for (const std::string& statement : statements)
-    if (sqlite3_exec(db, statement.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-      std::fprintf(stderr, "%s in %s\n", sqlite3_errmsg(db), statement.c_str());
-      std::abort();
-    }
-  sqlite3_close(db);
-}
-
-inline std::string TextOf(const Event& event, std::string_view name) {
-  for (const auto& [member, value] : event.members)
-    if (member == name)
-      if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  return {};
-}
-
-inline int64_t NumberOf(const Event& event, std::string_view name) {
-  for (const auto& [member, value] : event.members) {
-    if (member != name) continue;
-    if (const auto* whole = std::get_if<int64_t>(&value)) return *whole;
-    if (const auto* real = std::get_if<double>(&value)) return static_cast<int64_t>(*real);
-  }
-  return 0;
-}
 
 // Hears the events of a station on air and asks its loop and its output. Thread: the logic's.
 class AirWatch : public EventSink {
@@ -57,12 +25,14 @@ class AirWatch : public EventSink {
 
   void OnEvent(const Event& event) override {
     if (event.name == "start") {
-      NoteStart(NumberOf(event, "slot"), NumberOf(event, "length_ms"), TextOf(event, "title"));
+      NoteStart(event);
     } else if (event.name == "onair") {
       exitMs_ = NumberOf(event, "mix_ms");
       exitKnown_ = true;
     } else if (event.name == "end") {
       ranOut_ = real_.station.PL.Empty();
+    } else if (event.name == "skip") {
+      ++skipped_;
     } else if (event.name == "request") {
       ++requests_;
       refused_ = NumberOf(event, "refused");
@@ -74,20 +44,34 @@ class AirWatch : public EventSink {
 
   std::string doing;  // what whoever drives the run is at, for the two worst moments
 
+  // How late an element began, and how many lost files stood before it: each takes a tick.
+  struct Late {
+    int64_t ms = 0;
+    int skipped = 0;
+  };
+  const std::vector<Late>& Begun() const { return late_; }
+  int64_t AwayMs() const { return awayMs_; }  // the longest absence of the loop
+  const std::string& AwayAt() const { return awayAt_; }
+  // The longest time without a sound between two elements; what is on air now counts as well.
+  int64_t LongestSilenceMs() const { return std::max(silenceMs_, SilentFor()); }
+  const std::string& LateAt() const { return lateAt_; }
+
   const std::map<std::string, int>& Errors() const { return errors_; }  // how often each came
 
   void Tell() {
-    std::sort(lateMs_.begin(), lateMs_.end());
+    std::vector<int64_t> lateMs;
+    for (const Late& late : late_) lateMs.push_back(late.ms);
+    std::sort(lateMs.begin(), lateMs.end());
     const SoundHealth health = real_.sound->TakeHealth();
     std::printf("  requests                         %8d, %d cards refused in the last\n", requests_,
                 static_cast<int>(refused_));
     std::printf("  transitions                      %8zu, and %d after the list had run out\n",
-                lateMs_.size(), afterSilence_);
+                lateMs.size(), afterSilence_);
     const auto at = [](const std::string& what) { return what.empty() ? "" : " (" + what + ")"; };
-    if (!lateMs_.empty())
+    if (!lateMs.empty())
       std::printf("  begun late, median and most      %8d and %d ms%s, %d beyond a tick\n",
-                  static_cast<int>(lateMs_[lateMs_.size() / 2]), static_cast<int>(lateMs_.back()),
-                  at(lateAt_).c_str(), Beyond(lateMs_));
+                  static_cast<int>(lateMs[lateMs.size() / 2]), static_cast<int>(lateMs.back()),
+                  at(lateAt_).c_str(), Beyond(lateMs));
     if (unmeasured_ > 0)
       std::printf("  behind too short an element      %8d, not measured\n", unmeasured_);
     std::printf("  longest absence of the loop      %8d ms%s\n", static_cast<int>(awayMs_),
@@ -98,23 +82,34 @@ class AirWatch : public EventSink {
 
  private:
   // The slot that sounded until now is still read; what it was read beyond its exit point is what
-  // the new element is late by. Where it has ended though the list was not empty, that is its exit
-  // distance at least. Slot 2 plays over the air and follows nothing. An element that is over
-  // before its predecessor is was never told to be on air, and its exit point is not known.
-  void NoteStart(int64_t slot, int64_t lengthMs, const std::string& title) {
+  // the new element is late by. Where it has ended though the list was not empty, the clock tells.
+  // Slot 2 plays over the air and follows nothing. An element that is over before its predecessor
+  // is was never told to be on air, and its exit point is not known.
+  void NoteStart(const Event& event) {
+    const int64_t slot = NumberOf(event, "slot");
     if (slot > 1) return;
     const SoundChain& sound = *real_.sound;
     const int old = slot == 0 ? 1 : 0;
+    silenceMs_ = std::max(silenceMs_, SilentFor());
+    const std::string title = TextOf(event, "title");
     if (lengthMs_ > 0 && !exitKnown_)
       ++unmeasured_;
     else if (lengthMs_ > 0 && sound.Sounds(old))
       NoteLate(sound.Position(old) + exitMs_ - lengthMs_, title);
     else if (lengthMs_ > 0 && !ranOut_)
-      NoteLate(exitMs_, title);
+      NoteLate(exitMs_ + SilentFor(), title);
     else if (lengthMs_ > 0)
       ++afterSilence_;
-    lengthMs_ = lengthMs;
+    lengthMs_ = NumberOf(event, "length_ms");
+    endMs_ = real_.clock.MonotonicMs() + lengthMs_ - NumberOf(event, "position_ms");
     exitKnown_ = false;
+    skipped_ = 0;
+  }
+
+  // Since the last element ended; 0 while one sounds.
+  int64_t SilentFor() const {
+    if (lengthMs_ == 0 || real_.sound->Sounds(0) || real_.sound->Sounds(1)) return 0;
+    return std::max<int64_t>(0, real_.clock.MonotonicMs() - endMs_);
   }
 
   void NoteLate(int64_t ms, const std::string& title) {
@@ -122,8 +117,11 @@ class AirWatch : public EventSink {
       std::fprintf(stderr, "%d ms late: %s behind an element of %d ms%s%s\n", static_cast<int>(ms),
                    title.c_str(), static_cast<int>(lengthMs_), doing.empty() ? "" : ", during ",
                    doing.c_str());
-    if (lateMs_.empty() || ms > *std::max_element(lateMs_.begin(), lateMs_.end())) lateAt_ = doing;
-    lateMs_.push_back(ms);
+    if (ms > mostMs_) {
+      mostMs_ = ms;
+      lateAt_ = doing;
+    }
+    late_.push_back({ms, skipped_});
   }
   static int Beyond(const std::vector<int64_t>& lateMs) {
     return static_cast<int>(
@@ -143,12 +141,13 @@ class AirWatch : public EventSink {
 
   RealStation& real_;
   std::unique_ptr<LoopTimer> timer_;
-  std::vector<int64_t> lateMs_;
+  std::vector<Late> late_;
   std::map<std::string, int> errors_;
   std::string lateAt_, awayAt_;
-  int64_t lengthMs_ = 0, exitMs_ = 0;  // of what is on air
+  int64_t lengthMs_ = 0, exitMs_ = 0, endMs_ = 0;  // of what is on air; by the monotonic clock
+  int64_t silenceMs_ = 0, mostMs_ = INT64_MIN;
   int64_t servedMs_ = 0, awayMs_ = 0, refused_ = 0;
-  int requests_ = 0, afterSilence_ = 0, unmeasured_ = 0;
+  int requests_ = 0, afterSilence_ = 0, unmeasured_ = 0, skipped_ = 0;
   bool exitKnown_ = false;
   bool ranOut_ = false;  // nothing was there to follow what ended last
 };

@@ -18,7 +18,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <random>
 #include <set>
@@ -28,7 +27,9 @@
 #include <vector>
 
 #include "AirWatch.h"
+#include "BaseSql.h"
 #include "BigLibrary.h"
+#include "Figures.h"
 #include "ScreenHand.h"
 #include "app/ForecastProcess.h"
 #include "app/RealStation.h"
@@ -41,7 +42,11 @@
 
 namespace {
 
+using zemo::bench::ProcessorSeconds;
+using zemo::bench::ResidentMb;
 using zemo::bench::ScreenHand;
+using zemo::bench::TellCounts;
+using zemo::bench::TellMemory;
 
 constexpr double kLengthFactor = 0.15;  // a title of 90 s takes 13 s
 constexpr int kStepMs = 300;
@@ -78,21 +83,6 @@ class SoakSystem : public zemo::RealSystem {
  public:
   void SetDate(const zemo::LocalDateTime&) override {}
 };
-
-double ResidentMb() {
-  long pages = 0, resident = 0;
-  std::ifstream("/proc/self/statm") >> pages >> resident;
-  return static_cast<double>(resident * sysconf(_SC_PAGESIZE)) / (1 << 20);
-}
-
-double ProcessorSeconds(int who) {
-  rusage used{};
-  getrusage(who, &used);
-  const auto seconds = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-  };
-  return seconds(used.ru_utime) + seconds(used.ru_stime);
-}
 
 // What the operator does, step after step, over and over.
 class Operator {
@@ -317,21 +307,6 @@ zemo::OutputFigures FiguresOf(zemo::RealSoundChain& sound) {
   const zemo::SoundHealth health = sound.TakeHealth();
   return {health.output,     health.heard,    health.underruns,
           health.lateFrames, health.peakLeft, health.peakRight};
-}
-
-void TellMemory(const std::vector<double>& mb) {
-  if (mb.empty()) return;
-  std::printf("  resident memory, MB             ");
-  for (const double value : mb) std::printf(" %.1f", value);
-  std::printf("\n  of these first, last, most       %8.1f, %.1f, %.1f MB\n", mb.front(), mb.back(),
-              *std::max_element(mb.begin(), mb.end()));
-}
-
-void TellCounts(const char* what, const std::map<std::string, int>& counts) {
-  int all = 0;
-  for (const auto& [text, count] : counts) all += count;
-  std::printf("  %-32s %8d\n", what, all);
-  for (const auto& [text, count] : counts) std::printf("    %d x %s\n", count, text.c_str());
 }
 
 void Soak(zemo::ScreenApplication& application, const std::string& folder, int seconds,

@@ -86,6 +86,12 @@ class Child {
     return std::exchange(text_, {});
   }
 
+  // True once it is gone, by itself or killed.
+  bool Ended() {
+    if (pid_ > 0 && waitpid(pid_, nullptr, WNOHANG) == pid_) pid_ = 0;
+    return pid_ == 0;
+  }
+
   void Kill() {
     if (pid_ <= 0) return;
     kill(pid_, SIGKILL);

@@ -1,0 +1,46 @@
+// Figures of a long run that benchmarks share: memory, processor time, counts by their names.
+#pragma once
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace zemo::bench {
+
+inline double ResidentMb() {
+  long pages = 0, resident = 0;
+  std::ifstream("/proc/self/statm") >> pages >> resident;
+  return static_cast<double>(resident * sysconf(_SC_PAGESIZE)) / (1 << 20);
+}
+
+inline double ProcessorSeconds(int who) {
+  rusage used{};
+  getrusage(who, &used);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
+inline void TellMemory(const std::vector<double>& mb) {
+  if (mb.empty()) return;
+  std::printf("  resident memory, MB             ");
+  for (const double value : mb) std::printf(" %.1f", value);
+  std::printf("\n  of these first, last, most       %8.1f, %.1f, %.1f MB\n", mb.front(), mb.back(),
+              *std::max_element(mb.begin(), mb.end()));
+}
+
+inline void TellCounts(const char* what, const std::map<std::string, int>& counts) {
+  int all = 0;
+  for (const auto& [text, count] : counts) all += count;
+  std::printf("  %-32s %8d\n", what, all);
+  for (const auto& [text, count] : counts) std::printf("    %d x %s\n", count, text.c_str());
+}
+
+}  // namespace zemo::bench
