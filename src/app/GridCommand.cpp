@@ -11,30 +11,14 @@
 #include "app/GridReport.h"
 #include "platform/real/desktop/RealClock.h"
 #include "station/IsoMoments.h"
+#include "station/Station.h"
 #include "station/TextForms.h"
-#include "traffic/DayGridComposition.h"
 
 namespace zemo {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-// What the composition told: its counts, and its faults.
-class CompositionEvents : public EventSink {
- public:
-  void OnEvent(const Event& event) override {
-    for (const auto& [name, value] : event.members) {
-      if (event.name == "grid" && name == "spots") spots = std::get<int64_t>(value);
-      if (event.name == "grid" && name == "news") news = std::get<int64_t>(value);
-      if (event.name == "error" && name == "text") faults.push_back(std::get<std::string>(value));
-    }
-    composed = composed || event.name == "grid";
-  }
-  int64_t spots = 0, news = 0;
-  bool composed = false;
-  std::vector<std::string> faults;
-};
 
 // Whole seconds as "mm:ss", also above 99 minutes.
 std::string MinutesText(double seconds) {
@@ -81,7 +65,7 @@ void TellBreak(const PlannedBreak& planned, std::ostream& out) {
         << gap->moment << "\n";
 }
 
-void TellGrid(const LocalDateTime& day, const CompositionEvents& told,
+void TellGrid(const LocalDateTime& day, const CompositionTold& told,
               const std::vector<PlannedBreak>& breaks, std::ostream& out) {
   out << IsoDay(day) << ": " << breaks.size() << " breaks, " << told.spots << " spots, "
       << told.news << " news\n";
@@ -110,7 +94,7 @@ Json BreakJson(const PlannedBreak& planned) {
   return json;
 }
 
-void TellGridJson(const LocalDateTime& day, const CompositionEvents& told,
+void TellGridJson(const LocalDateTime& day, const CompositionTold& told,
                   const std::vector<PlannedBreak>& breaks, std::ostream& out) {
   Json json = {{"day", IsoDay(day)}, {"spots", told.spots}, {"news", told.news}};
   json["breaks"] = Json::array();
@@ -121,10 +105,7 @@ void TellGridJson(const LocalDateTime& day, const CompositionEvents& told,
 
 void TellDay(const CommandLine& line, const LocalDateTime& day, Station& station,
              std::ostream& out) {
-  CompositionEvents told;
-  station.events.SetSink(&told);
-  MakeGrillePubGeneral(station);
-  station.events.SetSink(nullptr);
+  const CompositionTold told = ComposeAndListen(station);
   if (!told.composed)
     throw std::runtime_error("the grid cannot be composed" +
                              (told.faults.empty() ? "" : ": " + told.faults.back()));

@@ -6,10 +6,28 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "traffic/BreakInsertion.h"
+#include "traffic/DayGridComposition.h"
 
 namespace zemo {
 
 namespace {
+
+class CompositionSink : public EventSink {
+ public:
+  explicit CompositionSink(CompositionTold& told) : told_(told) {}
+  void OnEvent(const Event& event) override {
+    for (const auto& [name, value] : event.members) {
+      if (event.name == "grid" && name == "spots") told_.spots = std::get<int64_t>(value);
+      if (event.name == "grid" && name == "news") told_.news = std::get<int64_t>(value);
+      if (event.name == "error" && name == "text")
+        told_.faults.push_back(std::get<std::string>(value));
+    }
+    told_.composed = told_.composed || event.name == "grid";
+  }
+
+ private:
+  CompositionTold& told_;
+};
 
 int32_t SecondsOfMoment(const std::string& moment) {
   const size_t colon = moment.find(':');
@@ -79,6 +97,15 @@ PlannedBreak ReadBreakOfRow(Station& station, int row) {
 }
 
 }  // namespace
+
+CompositionTold ComposeAndListen(Station& station) {
+  CompositionTold told;
+  CompositionSink sink(told);
+  station.events.SetSink(&sink);
+  MakeGrillePubGeneral(station);
+  station.events.SetSink(nullptr);
+  return told;
+}
 
 std::vector<PlannedBreak> ReadPlannedBreaks(Station& station) {
   std::vector<PlannedBreak> breaks;

@@ -33,6 +33,15 @@ struct PlannedBreak {
   std::optional<GridGap> tooLongFor;  // what it would run into
 };
 
+struct CompositionTold {
+  int64_t spots = 0, news = 0;
+  bool composed = false;
+  std::vector<std::string> faults;
+};
+
+// Composes the grid of the station's day. Nobody else hears the events of it. Thread: the logic's.
+CompositionTold ComposeAndListen(Station& station);
+
 // The breaks of GPubJour as it was composed. Throws StoreError. Thread: the logic's.
 std::vector<PlannedBreak> ReadPlannedBreaks(Station& station);
 

@@ -4,11 +4,11 @@
 
 #include "app/AskedStation.h"
 #include "app/GridReport.h"
+#include "app/Trace.h"
 #include "app/check/Check.h"
 #include "app/check/CheckParts.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
-#include "traffic/DayGridComposition.h"
 
 namespace zemo {
 namespace {
@@ -31,22 +31,26 @@ std::string WhyTooLong(const PlannedBreak& planned) {
 void CheckBreaks(const CheckOptions& options, const LocalDateTime& now, Findings& findings) {
   const AskedStation asked(options.station, options.machine);
   std::map<std::pair<std::string, std::string>, std::string> days;  // by moment and words
-  const auto find = [&](const PlannedBreak& planned, const std::string& why,
-                        const std::string& on) {
-    std::string& dates = days[{planned.moment, why}];
-    dates += (dates.empty() ? "" : ", ") + on;
+  std::map<std::string, std::string> failed;  // days without a grid, by the fault
+  const auto note = [](std::string& dates, const LocalDateTime& day) {
+    dates += (dates.empty() ? "" : ", ") + DateText(day);
   };
   const double noon = DaySerial(now.year, now.month, now.day) + 0.5;
   for (int day = 0; day < kDaysAhead; ++day) {
     const LocalDateTime at = FromDateSerial(noon + day);
     const auto sim = OpenAsked(asked, at);
-    MakeGrillePubGeneral(sim->station);
+    const CompositionTold told = ComposeAndListen(sim->station);
+    if (!told.composed) note(failed[told.faults.empty() ? std::string() : told.faults.back()], at);
     for (const PlannedBreak& planned : ReadPlannedBreaks(sim->station)) {
-      if (planned.tooLongFor) find(planned, WhyTooLong(planned), DateText(at));
+      if (planned.tooLongFor) note(days[{planned.moment, WhyTooLong(planned)}], at);
       for (const std::string& advertiser : planned.notAired)
-        find(planned, "is full: " + advertiser + " is not aired", DateText(at));
+        note(days[{planned.moment, "is full: " + advertiser + " is not aired"}], at);
     }
   }
+  for (const auto& [fault, dates] : failed)
+    findings.Error(
+        "break", "the day's grid",
+        "cannot be composed: " + WithShownPaths(fault, asked.Paths()) + " (" + dates + ")");
   for (const auto& [found, dates] : days)
     findings.Warning("break", found.first, found.second + " (" + dates + ")");
 }

@@ -63,6 +63,13 @@ TEST_F(BreakCheck, BreaksFarEnoughApartAreNone) {
   EXPECT_EQ(Breaks(), Lines{});
 }
 
+TEST_F(BreakCheck, ADayThatCannotBeComposedIsAnError) {
+  MakeCampaign("16");
+  Sql("UPDATE GrillePub SET CAMPAGNEFIN = '22/11/2026', FILENAMEGRILLE = '/'");
+  EXPECT_EQ(Breaks(), Lines{"break: the day's grid: cannot be composed: /: Is a directory "
+                            "(21/11/2026, 22/11/2026)"});
+}
+
 // The pip stands 52 s into the last minute, the break begins at its begin.
 TEST_F(BreakCheck, ABreakThatLastsIntoThePipIsTold) {
   MakeCampaign("59");
