@@ -20,13 +20,12 @@ std::vector<std::string> MachineDevices::OutputKeys() {
 
 // None chosen is the default device.
 void MachineDevices::SelectOutput(int device) {
-  const std::string key = device < 0 ? std::string() : At(device).key;
-  if (air_ != nullptr) air_->ChooseDevice(key);
+  if (air_ != nullptr) air_->ChooseDevice(device < 0 ? std::string() : At(device).key);
 }
 
 // What prelistens opens its device by itself.
 void MachineDevices::SelectPrelisten(int device) {
-  if (device >= 0) At(device);
+  if (air_ != nullptr && device >= 0) At(device);
 }
 
 const SoundDevice& MachineDevices::At(int device) const {

@@ -14,7 +14,7 @@ class RealSoundChain;
 // The devices are asked for when their names are, and keep their numbers until the next time.
 class MachineDevices final : public SettingsDevices {
  public:
-  // The chain of the air, not owned; null where nothing can be on air.
+  // The chain of the air, not owned; null where nothing is on air: choices are only stored then.
   explicit MachineDevices(RealSoundChain* air) : air_(air) {}
 
   std::vector<std::string> OutputNames() override;
