@@ -11,7 +11,7 @@ function(zemo_library name)
 endfunction()
 
 # zemo_tests(NAME [ALONE] LABEL label SOURCES a.cpp ... DEPENDS other ...): a GoogleTest executable, each of
-# its tests known to CTest under the label (logic, sound, app, days). Target zemo_tests_LABEL builds all
+# its tests known to CTest under the label (logic, sound, app, devices, days). Target zemo_tests_LABEL builds all
 # executables of a label. Test code itself is not optimised: compiling it costs more than running it,
 # and what it tests is compiled as its preset says. ALONE: tests of lines, devices and threads in real
 # time, which run while no other test does.

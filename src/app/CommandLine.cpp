@@ -34,11 +34,15 @@ bool EndsWithOneOf(const std::string& path, std::initializer_list<std::string_vi
   return std::find(endings.begin(), endings.end(), ending) != endings.end();
 }
 
+void AddMachine(CLI::App& app, CommandLine& line) {
+  app.add_option("--machine", line.machine, "Folder of what belongs to this machine")
+      ->type_name("DIR");
+}
+
 void AddFolders(CLI::App& app, CommandLine& line) {
   app.add_option("--station", line.station, "Folder of the station: Triskin.MDB and the side files")
       ->type_name("DIR");
-  app.add_option("--machine", line.machine, "Folder of what belongs to this machine")
-      ->type_name("DIR");
+  AddMachine(app, line);
 }
 
 void AddOutput(CLI::App& app, CommandLine& line) {
@@ -215,8 +219,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
 
   CLI::App& check = *app.add_subcommand("check", "Say what is missing or broken in a station");
   check.add_option("DIR", line.folder, "Folder of the station")->required();
-  check.add_option("--machine", line.machine, "Folder of what belongs to this machine")
-      ->type_name("DIR");
+  AddMachine(check, line);
 
   CLI::App& why = *app.add_subcommand("why", "Say why a title may not play, or why it did");
   AddWhy(why, line, typed);
@@ -231,6 +234,11 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
 
   CLI::App& settings = *app.add_subcommand("settings", "Show and change the settings");
   AddSettings(settings, line);
+
+  CLI::App& devices = *app.add_subcommand("devices", "The sound devices of this machine");
+  AddMachine(devices, line);
+  devices.add_flag("--json", line.json, "The answer as one JSON object");
+
   CLI::App& campaign =
       *app.add_subcommand("campaign", "List, show, add or remove advertisers' campaigns");
   const auto readCampaign = AddCampaignCommand(campaign, line.campaign, line.json,
@@ -255,6 +263,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
       {&grid, Command::kGrid},
       {&affidavit, Command::kAffidavit},
       {&settings, Command::kSettings},
+      {&devices, Command::kDevices},
       {&campaign, Command::kCampaign},
       {models.exported, Command::kModelsExport},
       {models.listed, Command::kModelsList}};

@@ -18,6 +18,7 @@ int RunAffidavitCommand(const CommandLine& line);
 int RunModelsExport(const CommandLine& line);
 int RunModelsList(const CommandLine& line);
 int RunSettingsCommand(const CommandLine& line);
+int RunDevicesCommand(const CommandLine& line);
 int RunCampaignCommand(const CommandLine& line);
 
 }  // namespace zemo

@@ -38,6 +38,8 @@ int Dispatch(const CommandLine& line) {
       return RunModelsList(line);
     case Command::kSettings:
       return RunSettingsCommand(line);
+    case Command::kDevices:
+      return RunDevicesCommand(line);
     case Command::kCampaign:
       return RunCampaignCommand(line);
   }

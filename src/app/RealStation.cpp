@@ -17,6 +17,7 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
       soundFiles(machineFolder),
       lengths(opener, soundFiles),
       sound(MakeRealSoundChain(opener, output, std::move(notice))),
+      devices(sound.get()),
       serial(localValues, clock),
       joystick(loop),
       station(Platform{.clock = clock,

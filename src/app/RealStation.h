@@ -16,6 +16,7 @@
 #include "platform/real/files/StoredPaths.h"
 #include "platform/real/joystick/SdlJoystick.h"
 #include "platform/real/serial/QtSerialPort.h"
+#include "platform/real/sound/MachineDevices.h"
 #include "platform/real/sound/RealSoundChain.h"
 #include "station/Station.h"
 
@@ -57,6 +58,7 @@ class RealStation {
   SoundFileOpener opener;
   SoundFileLengths lengths;
   std::unique_ptr<RealSoundChain> sound;
+  MachineDevices devices;  // for the settings
   QtSerialPort serial;
   SdlJoystick joystick;
   Station station;

@@ -10,11 +10,18 @@
 
 namespace zemo {
 
+namespace {
+// The end of a render comes with the turn of the clock that reaches it.
+constexpr int64_t kSlackFrames = int64_t{60} * kSampleRate;
+}  // namespace
+
 int RunRender(const CommandLine& line) {
   std::unique_ptr<SoundFileWriter> file;
   std::string lost;  // why sound could not be written; the engine must not take that for its fault
   Simulate(line, std::make_unique<SoundFileOpener>(), [&]() -> SimSoundChain::Sink {
-    file = std::make_unique<SoundFileWriter>(line.audio);
+    file = std::make_unique<SoundFileWriter>(
+        line.audio,
+        line.forMs ? MsToFrames(*line.forMs) + kSlackFrames : SoundFileWriter::kUnbounded);
     return [&](const float* stereo, int frames) {
       if (!lost.empty()) return;
       try {

@@ -5,11 +5,11 @@
 #include <stdexcept>
 #include <vector>
 
+#include "app/ChosenDevices.h"
 #include "app/CommandLine.h"
 #include "app/StationPaths.h"
 #include "platform/real/files/LocalFolder.h"
-#include "platform/real/sound/OutputDevice.h"
-#include "station/SideFileText.h"
+#include "platform/real/sound/SoundDevices.h"
 
 namespace zemo {
 
@@ -34,18 +34,17 @@ std::string MakeMachineFolder(const CommandLine& line) {
   return folder;
 }
 
-std::string ChosenDevice(const LocalFolder& machine) {
-  try {
-    const auto bytes = machine.Read("ZemoAudio.Ini");
-    if (!bytes) return {};
-    const std::vector<SideField> fields = ReadFields(DecodeSideFile(*bytes));
-    if (fields.empty() || fields[0].AsInt(-1) < 0) return {};
-    const std::vector<std::string> names = OutputDeviceNames();
-    const auto number = static_cast<size_t>(fields[0].AsInt(-1));
-    return number < names.size() ? names[number] : std::string();
-  } catch (const FileError&) {
-    return {};  // the load of the station tells of it
-  }
+// A number that no device has is the default device.
+void TakeChosenDevice(LocalFolder& machine, OutputSpec& output) {
+  const ChosenDevice chosen = ReadChosenDevices(machine).air;
+  output.wholeName = true;
+  output.name = chosen.key;
+  if (!chosen.key.empty() || chosen.number < 0) return;
+  const std::vector<SoundDevice> devices = ListSoundDevices();
+  const int place = PlaceOf(chosen, devices);
+  if (place < 0) return;
+  output.name = devices[static_cast<size_t>(place)].key;
+  RememberAirDevice(machine, chosen.number, output.name);
 }
 
 }  // namespace
@@ -57,8 +56,10 @@ RunFolders MakeRunFolders(const CommandLine& line) {
 OutputSpec WantedOutput(const CommandLine& line, const std::string& machinePath) {
   auto output = ParseOutputSpec(line.output);
   if (!output) throw UsageError("--output: '" + line.output + "' is no output");
-  if (output->kind == OutputSpec::Kind::kDevice && output->name.empty())
-    output->name = ChosenDevice(LocalFolder(machinePath));
+  if (output->kind == OutputSpec::Kind::kDevice && output->name.empty()) {
+    LocalFolder machine(machinePath);
+    TakeChosenDevice(machine, *output);
+  }
   return *output;
 }
 

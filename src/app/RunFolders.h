@@ -18,7 +18,8 @@ struct RunFolders {
 RunFolders MakeRunFolders(const CommandLine& line);
 
 // The output of the command line; a device without a name is the one that the machine's settings
-// chose by its number, none for the system's own. Throws UsageError.
+// chose, none for the system's own. A choice that is only a number is remembered by its device from
+// now on. Throws UsageError.
 OutputSpec WantedOutput(const CommandLine& line, const std::string& machinePath);
 
 }  // namespace zemo

@@ -15,7 +15,9 @@
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/files/NoCaseNames.h"
+#include "platform/real/sound/MachineDevices.h"
 #include "settings/SettingsByName.h"
+#include "settings/SettingsControls.h"
 #include "settings/SideFiles.h"
 
 namespace zemo {
@@ -118,6 +120,18 @@ void Set(Station& station, SettingsDevices& devices, const CommandLine& line) {
 
 }  // namespace
 
+namespace {
+
+// Only who names one of the two choices of a device waits for the sound systems' answers.
+std::unique_ptr<SettingsDevices> DevicesFor(const CommandLine& line) {
+  const SettingsControl* control = FindSettingsControl(line.settingName);
+  if (control != nullptr && control->in == StoredIn::kAudio)
+    return std::make_unique<MachineDevices>(nullptr);
+  return std::make_unique<NoSettingsDevices>();
+}
+
+}  // namespace
+
 int RunSettingsCommand(const CommandLine& line) {
   const SimFolders folders = FoldersOf(line);
   SimStation sim(folders, RealClock().LocalNow(),
@@ -127,13 +141,13 @@ int RunSettingsCommand(const CommandLine& line) {
   SetSideFileNames(sim.station);
   sim.station.base.OpenOrCreateDatabase();
   sim.station.base.OpenAllTables();
-  NoSettingsDevices devices;
+  const std::unique_ptr<SettingsDevices> devices = DevicesFor(line);
   if (line.settingAction == "get")
-    Get(sim.station, devices, line);
+    Get(sim.station, *devices, line);
   else if (line.settingAction == "set")
-    Set(sim.station, devices, line);
+    Set(sim.station, *devices, line);
   else
-    List(sim.station, devices, line.json);
+    List(sim.station, *devices, line.json);
   faults.Throw();
   return 0;
 }

@@ -1,5 +1,6 @@
 #include "settings/SettingsScreen.h"
 
+#include <algorithm>
 #include <exception>
 #include <string>
 
@@ -23,6 +24,14 @@ namespace {
 using namespace Cnf;
 
 constexpr const char* kLangueFile = "Langue.Txt";
+
+// The local values of a choice of output.
+struct AudioValue {
+  const char* number;
+  const char* key;
+};
+constexpr AudioValue kAirValue{"AudioOutID", "AudioOutName"};
+constexpr AudioValue kPrelistenValue{"AudioOutPFLID", "AudioOutPFLName"};
 
 // The order in which the controls are read, by steps; between them stands what is no field.
 constexpr int kFirstFields[] = {kPmixDef,           kPmixPubs,
@@ -154,13 +163,33 @@ std::vector<std::string> DayNames(int64_t langue) {
   }
 }
 
+// The entry of a stored choice. Its number is that of the day when it was chosen; what it is known
+// by finds it among the devices of today. One that is not there stands at their end, so that it
+// stays chosen. Another program may have written the numbers, and then they count.
+int32_t ChosenEntry(Station& station, int32_t number, const AudioValue& value) {
+  SettingsScreen& screen = station.settings;
+  const LocalValues& local = station.platform.localValues;
+  const std::string key = local.GetText(value.key, "");
+  if (number < 0 || key.empty() || local.GetInt(value.number, -1) != number) return number;
+  std::vector<std::string>& keys = screen.PlayKeys;
+  const auto found = std::find(keys.begin(), keys.end(), key);
+  if (found != keys.end()) return static_cast<int32_t>(found - keys.begin());
+  if (keys.empty()) return number;  // nobody knows the devices here
+  keys.push_back(key);
+  screen.PlayNames.push_back(key);
+  return static_cast<int32_t>(keys.size()) - 1;
+}
+
 void LoadAudio(Station& station, SettingsDevices& devices) {
   SettingsScreen& screen = station.settings;
-  Guarded(station, "SettingsLoad", [&] { screen.PlayNames = devices.OutputNames(); });
+  Guarded(station, "SettingsLoad", [&] {
+    screen.PlayNames = devices.OutputNames();
+    screen.PlayKeys = devices.OutputKeys();
+  });
   screen.audioHeld = CanRead(station.platform.machineFolder, station.files.ZemoAudio);
   LoadSaveAudio(station, "Load");
-  screen.PlayCombo = station.lists.AudioOutID;
-  screen.PlayPreecoute = station.lists.AudioOutPFLID;
+  screen.PlayCombo = ChosenEntry(station, station.lists.AudioOutID, kAirValue);
+  screen.PlayPreecoute = ChosenEntry(station, station.lists.AudioOutPFLID, kPrelistenValue);
 }
 
 void LoadDays(Station& station) {
@@ -236,10 +265,20 @@ void SaveAudio(Station& station) {
   LoadSaveAudio(station, "Save");
 }
 
-void SaveAudioValues(Station& station) {
+// What a number stands for, where that is known; a key of an earlier choice does not outlive it.
+void SaveAudioValue(Station& station, int32_t number, const AudioValue& value) {
   LocalValues& local = station.platform.localValues;
-  local.Set("AudioOutID", std::to_string(station.settings.PlayCombo));
-  local.Set("AudioOutPFLID", std::to_string(station.settings.PlayPreecoute));
+  const std::vector<std::string>& keys = station.settings.PlayKeys;
+  const bool known = number >= 0 && static_cast<size_t>(number) < keys.size();
+  const bool same = keys.empty() && local.GetInt(value.number, -1) == number;
+  const std::string key = known ? keys[static_cast<size_t>(number)] : "";
+  if (!same && local.GetText(value.key, "") != key) local.Set(value.key, key);
+  local.Set(value.number, std::to_string(number));
+}
+
+void SaveAudioValues(Station& station) {
+  SaveAudioValue(station, station.settings.PlayCombo, kAirValue);
+  SaveAudioValue(station, station.settings.PlayPreecoute, kPrelistenValue);
 }
 
 void SaveLocalSwitches(Station& station) {

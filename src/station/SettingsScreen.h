@@ -32,6 +32,7 @@ struct SettingsScreen {
 
   // --- sound card ---
   std::vector<std::string> PlayNames;          // of the output devices, in both combos
+  std::vector<std::string> PlayKeys;           // what each of them is known again by
   int32_t PlayCombo = -1, PlayPreecoute = -1;  // device, from 0; -1 none chosen
 
   // --- spots, news and jingles ---

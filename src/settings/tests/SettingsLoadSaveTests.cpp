@@ -310,10 +310,65 @@ TEST_F(SettingsLoadSave, WritesTheFilesOfTheChosenDayAndOfTheMachine) {
   const LocalValues& local = on.localValues;
   EXPECT_EQ(local.Get("AudioOutID"), "1");
   EXPECT_EQ(local.Get("AudioOutPFLID"), "0");
+  EXPECT_EQ(local.Get("AudioOutName"), "pci.2");
+  EXPECT_EQ(local.Get("AudioOutPFLName"), "usb.1");
   EXPECT_EQ(local.Get("AutoPlay"), "1");
   EXPECT_EQ(local.Get("RapportSquelette"), "1");
   EXPECT_EQ(local.Get("CheckDoublonYN"), "0");
   EXPECT_EQ(Errors(), Texts{});
+}
+
+TEST_F(SettingsLoadSave, AChosenDeviceIsKnownAgainWhenAnotherIsPluggedIn) {
+  Load();
+  Set("PlayCombo", "1");
+  SettingsSave(station);
+  devices.names = {"Bluetooth", "Studio", "Headphones"};
+  devices.keys = {"blue.3", "usb.1", "pci.2"};
+  Load();
+  EXPECT_EQ(screen.PlayCombo, 2);
+  EXPECT_EQ(screen.PlayPreecoute, -1);
+  SettingsSave(station);
+  EXPECT_EQ(MachineFile("ZemoAudio.Ini"), "2,-1\r\n");
+  EXPECT_EQ(on.localValues.Get("AudioOutName"), "pci.2");
+}
+
+TEST_F(SettingsLoadSave, AChosenDeviceThatIsNotThereStaysChosen) {
+  Load();
+  Set("PlayCombo", "1");
+  SettingsSave(station);
+  devices.names = {"Studio"};
+  devices.keys = {"usb.1"};
+  Load();
+  EXPECT_EQ(screen.PlayNames, (Texts{"Studio", "pci.2"}));
+  EXPECT_EQ(screen.PlayCombo, 1);
+  SettingsSave(station);
+  EXPECT_EQ(on.localValues.Get("AudioOutName"), "pci.2");
+}
+
+TEST_F(SettingsLoadSave, ANumberThatAnotherProgramWroteCounts) {
+  Load();
+  Set("PlayCombo", "1");
+  SettingsSave(station);
+  on.machineFolder.Write("ZemoAudio.Ini", "0,-1\r\n");
+  Load();
+  EXPECT_EQ(screen.PlayCombo, 0);
+  SettingsSave(station);
+  EXPECT_EQ(on.localValues.Get("AudioOutName"), "usb.1");
+}
+
+TEST_F(SettingsLoadSave, WhereNobodyKnowsTheDevicesTheChoiceIsOnlyItsNumber) {
+  Load();
+  Set("PlayCombo", "1");
+  SettingsSave(station);
+  devices.names = devices.keys = {};
+  Load();
+  EXPECT_EQ(screen.PlayCombo, 1);
+  SettingsSave(station);
+  EXPECT_EQ(on.localValues.Get("AudioOutName"), "pci.2");
+  Set("PlayCombo", "0");
+  SettingsSave(station);
+  EXPECT_EQ(on.localValues.Get("AudioOutID"), "0");
+  EXPECT_EQ(on.localValues.Get("AudioOutName"), "");
 }
 
 TEST_F(SettingsLoadSave, AnotherDaysTimesDoNotReachTheAirBeforeTheHour) {

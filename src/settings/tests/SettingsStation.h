@@ -18,6 +18,7 @@ namespace zemo::test {
 
 struct FakeDevices : SettingsDevices {
   std::vector<std::string> names = {"Studio", "Headphones"};
+  std::vector<std::string> keys = {"usb.1", "pci.2"};
   std::vector<std::string> done;
   bool prelistenClosed = true;
   bool failing = false;
@@ -27,6 +28,7 @@ struct FakeDevices : SettingsDevices {
     done.push_back(what);
   }
   std::vector<std::string> OutputNames() override { return names; }
+  std::vector<std::string> OutputKeys() override { return keys; }
   void SelectOutput(int device) override { Do("output " + std::to_string(device)); }
   bool PrelistenClosed() const override { return prelistenClosed; }
   void SelectPrelisten(int device) override { Do("prelisten " + std::to_string(device)); }

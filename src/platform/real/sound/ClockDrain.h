@@ -33,17 +33,25 @@ class ClockDrain {
   int64_t drained_ = 0;
 };
 
-// Tells a device that no longer plays from one that does: it asks for nothing, or for far more than
-// time can pass.
+// Tells a device that no longer plays from one that does: it asks for nothing for far longer than
+// it ever rested while it played, or for far more than time can pass.
 class DeviceWatch {
  public:
+  // A device that has just begun to play.
   void Restart(SteadyTime now, uint64_t asked, int rate) {
-    start_ = last_ = moved_ = now;
-    asked_ = asked;
+    start_ = now;
     rate_ = rate;
+    longestRest_ = 0.0;
+    settled_ = false;
+    Resume(now, asked);
+  }
+
+  // The same one, when nobody looked meanwhile.
+  void Resume(SteadyTime now, uint64_t asked) {
+    last_ = moved_ = now;
+    asked_ = asked;
     ahead_ = 0.0;
     still_ = 0.0;
-    settled_ = false;
   }
 
   // `asked`: the frames it has asked for in all. Null while it plays, else what is wrong with it.
@@ -53,27 +61,36 @@ class DeviceWatch {
     last_ = now;
     const auto moved = static_cast<double>(asked - asked_);
     asked_ = asked;
+    still_ += passed;
     if (moved > 0.0) {
+      longestRest_ = std::max(longestRest_, still_);
       still_ = 0.0;
       moved_ = now;
-    } else {
-      still_ += passed;
     }
-    if (still_ > kStillSeconds) return "it takes no more sound";
     if (!settled_ && SecondsBetween(start_, now) > kSettleSeconds) {
       settled_ = true;
       ahead_ = 0.0;
     }
+    if (still_ > Patience()) return "it takes no more sound";
     ahead_ = std::max(0.0, ahead_ + moved / rate_ - passed * kFastestClock);
-    if (ahead_ > (settled_ ? kAheadSeconds : kGulpSeconds)) return "it no longer keeps time";
+    if (ahead_ > (settled_ ? kAheadSeconds + longestRest_ : kGulpSeconds))
+      return "it no longer keeps time";
     return nullptr;
   }
 
   SteadyTime LastMoved() const { return moved_; }  // when it was last seen to ask
 
  private:
+  // Seconds: until its rhythm is known, and while it is the slowest, a device has all of them.
+  double Patience() const {
+    if (!settled_) return kMostPatience;
+    return std::clamp(longestRest_ * kRhythmSlack, kLeastPatience, kMostPatience);
+  }
+
   static constexpr double kLongestTurn = 0.1;
-  static constexpr double kStillSeconds = 0.5;
+  static constexpr double kLeastPatience = 0.5;
+  static constexpr double kMostPatience = 3.0;
+  static constexpr double kRhythmSlack = 1.25;
   static constexpr double kFastestClock = 1.01;
   static constexpr double kSettleSeconds = 5.0;
   static constexpr double kAheadSeconds = 0.5;
@@ -85,8 +102,9 @@ class DeviceWatch {
   SteadyTime moved_;
   uint64_t asked_ = 0;
   int rate_ = 1;
-  double ahead_ = 0.0;  // seconds of sound taken before their time
-  double still_ = 0.0;  // seconds without a call
+  double ahead_ = 0.0;        // seconds of sound taken before their time
+  double still_ = 0.0;        // seconds since the last call
+  double longestRest_ = 0.0;  // seconds between two calls, the most that was seen
   bool settled_ = false;
 };
 

@@ -27,7 +27,11 @@ int OutputRing::Drain(int16_t* stereo, int frames) {
 
 int OutputRing::DrainForDevice(int16_t* stereo, int frames) {
   askedByDevice_.fetch_add(static_cast<uint64_t>(frames), std::memory_order_release);
-  if (deviceDrains_.load(std::memory_order_acquire)) return Drain(stereo, frames);
+  if (deviceDrains_.load(std::memory_order_acquire)) {
+    const int given = Drain(stereo, frames);
+    if (given > 0 && rises_.exchange(false, std::memory_order_acquire)) Rise(stereo, given);
+    return given;
+  }
   std::memset(stereo, 0, sizeof(int16_t) * 2 * static_cast<size_t>(frames));
   return 0;
 }
@@ -53,6 +57,14 @@ int OutputRing::Glide(int16_t* stereo, int frames) {
     stereo[2 * i + 1] = static_cast<int16_t>(stereo[2 * i + 1] * left / count);
   }
   return count;
+}
+
+void OutputRing::Rise(int16_t* stereo, int frames) {
+  const int count = std::min(frames, kGlideFrames);
+  for (int i = 0; i < count; ++i) {
+    stereo[2 * i] = static_cast<int16_t>(stereo[2 * i] * i / count);
+    stereo[2 * i + 1] = static_cast<int16_t>(stereo[2 * i + 1] * i / count);
+  }
 }
 
 int DeviceCallback(void* output, void*, unsigned int frames, double, unsigned int, void* ring) {

@@ -1,11 +1,16 @@
-// Keeps the device open while the output is: opens it, closes it, and when it is lost in mid-air
-// tries every second to have it back, so that nobody else ever waits for a device.
+// Keeps the device open while the output is: opens it through the first sound system that has it,
+// gives it its time to begin, and when it is lost in mid-air tries twice a second to have it back,
+// so that nobody else ever waits for a device.
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
+#include <mutex>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "platform/real/sound/Notices.h"
 #include "platform/real/sound/OutputDevice.h"
@@ -14,44 +19,71 @@
 
 namespace zemo {
 
+// One device through each sound system that may have it, the first one to be tried first.
+struct WishedDevice {
+  std::vector<std::unique_ptr<OutputDevice>> systems;
+  std::string absent;  // the line for when none of them has it
+};
+
 class DeviceThread {
  public:
   // What the device is, and what moves it:
   //
-  //   state      wanted     opened     failed to open   in trouble   not wanted
-  //   kClosed    kOpening   -          -                -            -
-  //   kOpening   -          kRunning   kLost            -            -
-  //   kRunning   -          -          -                kLost        kClosed
-  //   kLost      -          kRunning   - (1 s later)    -            kClosed
-  enum class State { kClosed, kOpening, kRunning, kLost };
+  //   state      wanted     opened    none opens   begins     in trouble, or asleep    not wanted
+  //   kClosed    kOpening   -         -            -          -                        -
+  //   kOpening   -          kWaking   kLost        -          -                        -
+  //   kWaking    -          -         -            kRunning   kOpening (the next one)  kClosed
+  //   kRunning   -          -         -            -          kLost; kWaking (asleep)  kClosed
+  //   kLost      -          kWaking   kLost        -          -                        kClosed
+  //
+  // Open and begun are two things: a device that sleeps takes what it can hold, and no more for
+  // seconds. Only a running one is to be given the air.
+  enum class State { kClosed, kOpening, kWaking, kRunning, kLost };
 
   // Not owned: the ring that the device plays, and the mixer's sleep, ended at every change of
-  // state.
-  DeviceThread(std::unique_ptr<OutputDevice> device, OutputRing& ring, WakeUp& mixer);
+  // state. `told`: the operator knows already that there is no device.
+  DeviceThread(WishedDevice wished, OutputRing& ring, WakeUp& mixer, bool told);
   ~DeviceThread();
 
-  void Want(bool open);  // logic's thread
+  // --- Logic's thread ---
+  void Want(bool open);
+  void Choose(WishedDevice wished);  // another device, from the next time that it is wanted
   // Mixer's thread: the device opened as the `opening`-th no longer plays; `reason` is static text.
   void Trouble(uint32_t opening, const char* reason);
 
   // --- Any thread ---
   State GetState() const { return state_.load(std::memory_order_acquire); }
-  uint32_t Opening() const { return opening_.load(std::memory_order_acquire); }  // counts openings
+  uint32_t Opening() const { return opening_.load(std::memory_order_acquire); }  // that began
   int Rate() const { return rate_.load(std::memory_order_acquire); }             // frames a second
 
   Notices& Told() { return notices_; }  // read by the logic's thread
 
  private:
+  using Time = std::chrono::steady_clock::time_point;
+
   void Run();
-  void TryOpen();
+  void Step(Time now);
+  void TakeChoice();
+  bool OpenFrom(size_t first, size_t end);
+  void WatchWaking(Time now);
+  void Begin(Time now);
+  void NextSystem();
+  void WatchRunning(Time now);
+  void FallAsleep(Time now);
+  void Lose(const std::string& reason);
+  void SearchAgain(Time now);
   void Leave();
   void SetState(State state);
+  void TellLoss(const std::string& line);
+  void TellName();
 
-  std::unique_ptr<OutputDevice> device_;
+  WishedDevice wished_;
   OutputRing& ring_;
   WakeUp& mixer_;
   WakeUp wake_;
   Notices notices_;
+  std::mutex chosenMutex_;
+  WishedDevice chosen_;  // while chosenMutex_ is held: to take the place of wished_
   std::atomic<bool> wanted_{false};
   std::atomic<bool> quit_{false};
   std::atomic<State> state_{State::kClosed};
@@ -59,8 +91,19 @@ class DeviceThread {
   std::atomic<int> rate_{0};
   std::atomic<uint32_t> troubled_{0};  // the opening that is in trouble
   std::atomic<const char*> reason_{""};
-  bool toldLost_ = false;  // the thread's own: a loss is told once
-  std::thread thread_;     // last: it uses all the others
+
+  // The thread's own.
+  size_t open_ = 0;              // of the systems: the one that is open, or was open last
+  OutputDevice::Opened opened_;  // of it
+  uint64_t askedBefore_ = 0;     // frames, when it was opened
+  bool asleep_ = false;          // its system put it to sleep
+  Time since_;                   // when it was opened, began or was last seen asleep
+  Time lostAt_;                  // when it was lost while it played
+  int unsteady_ = 0;             // times on end that it was lost as soon as it had begun
+  bool toldLost_ = false;        // a loss is told once
+  bool nameDue_ = false;         // what plays is still to be told
+  std::string reasons_;          // why the last search was in vain
+  std::thread thread_;           // last: it uses all the others
 };
 
 }  // namespace zemo

@@ -17,7 +17,7 @@ constexpr int kTurnMs = 20;
 constexpr int kSoonMs = 4;              // the next turn when a decoder or the device is still at it
 constexpr int kLeastRingFrames = 2048;  // 46 ms: two turns
 constexpr int kLowWaterFrames = 4410;   // 100 ms: below it the ring is filled, decoders late or not
-constexpr double kOpeningSeconds = 2.0;  // that a start waits for its device
+constexpr double kOpeningSeconds = 2.5;  // that a start waits for its device to begin
 
 // A status as one atomic: frame in 42 bits, end in 2, generation in 20.
 constexpr int kFrameBits = 42;
@@ -39,14 +39,14 @@ MixerThread::Status Unpacked(uint64_t bits) {
 
 }  // namespace
 
-MixerThread::MixerThread(std::unique_ptr<OutputDevice> device,
-                         std::unique_ptr<SoundFileWriter> file)
+MixerThread::MixerThread(WishedDevice device, std::unique_ptr<SoundFileWriter> file, bool told)
     : records_(file != nullptr),
       file_(std::move(file)),
       mixed_(2 * kChunkFrames),
       samples_(2 * kChunkFrames) {
   for (std::atomic<int>& volume : volumes_) volume.store(kUnityVolume, std::memory_order_relaxed);
-  if (device != nullptr) device_ = std::make_unique<DeviceThread>(std::move(device), ring_, wake_);
+  if (!device.systems.empty())
+    device_ = std::make_unique<DeviceThread>(std::move(device), ring_, wake_, told);
   thread_ = std::thread([this] { Run(); });
 }
 
@@ -183,7 +183,7 @@ void MixerThread::ChooseDrain(Time now) {
   }
   const bool waits = drain_ == Drain::kNone && device_ != nullptr &&
                      device_->GetState() != DeviceThread::State::kLost &&
-                     device_->Opening() != troubled_ &&
+                     (troubled_ == 0 || device_->Opening() != troubled_) &&
                      SecondsBetween(runTime_, now) < kOpeningSeconds;
   if (drain_ == Drain::kClock || waits) return;
   ring_.SetDeviceDrains(false);
@@ -195,10 +195,15 @@ void MixerThread::ChooseDrain(Time now) {
 }
 
 void MixerThread::DrainByDevice(Time now) {
+  const bool same = opening_ == device_->Opening();
   opening_ = device_->Opening();
   if (!begun_ || rate_ != device_->Rate()) UseRate(device_->Rate());
+  if (same)
+    watch_.Resume(now, ring_.AskedByDevice());
+  else
+    watch_.Restart(now, ring_.AskedByDevice(), rate_);
+  if (drain_ == Drain::kClock) ring_.RiseNext();
   drain_ = Drain::kDevice;
-  watch_.Restart(now, ring_.AskedByDevice(), rate_);
   ring_.SetDeviceDrains(true);
 }
 

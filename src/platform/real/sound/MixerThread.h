@@ -56,7 +56,8 @@ class MixerThread {
   static constexpr uint32_t kGenerations = 1u << 20;
 
   // Without a device the clock drains; into the file if there is one (owned).
-  MixerThread(std::unique_ptr<OutputDevice> device, std::unique_ptr<SoundFileWriter> file);
+  // `told`: that there is no device now is known already.
+  MixerThread(WishedDevice device, std::unique_ptr<SoundFileWriter> file, bool told = false);
   ~MixerThread();
 
   // --- Logic's thread ---

@@ -1,37 +1,42 @@
-// A device that plays the output ring by calling back for its frames.
+// A device, through one sound system, that plays the output ring by calling back for its frames.
 #pragma once
 
-#include <memory>
 #include <string>
-#include <vector>
 
+#include "platform/SoundSource.h"
 #include "platform/real/sound/OutputRing.h"
 
 namespace zemo {
+
+// The sound system does not run, or does not have the device.
+struct NoSuchDevice : SoundError {
+  using SoundError::SoundError;
+};
 
 // Used by one thread (the device thread), which may wait in it: opening a device takes its time.
 class OutputDevice {
  public:
   struct Opened {
-    std::string name;  // as the system calls it
-    int rate = 0;      // frames a second that it takes
+    std::string name;      // as its system calls it, for people
+    int rate = 0;          // frames a second that it takes
+    int bufferFrames = 0;  // that it asks for at once, before anything is heard
+  };
+
+  enum class Condition {
+    kFine,    // as far as the system tells: whether it plays shows in its calls
+    kAsleep,  // the system put it to sleep and will wake it
+    kGone,    // it will not call any more
+  };
+  struct News {
+    Condition condition = Condition::kFine;
+    std::string movedTo;  // not empty: since the last look the sound goes to that device instead
   };
 
   virtual ~OutputDevice() = default;
   // Opens it and lets it play `ring` (not owned) through DrainForDevice. Throws SoundError.
   virtual Opened Open(OutputRing& ring) = 0;
-  virtual void Close() = 0;  // no call back comes any more when it returns
+  virtual void Close() = 0;           // no call back comes any more when it returns
+  virtual News Look() { return {}; }  // while it is open
 };
-
-// The device of that name (without regard to case; a part of the name will do), the default one for
-// an empty name, through whichever sound system of this machine has it.
-std::unique_ptr<OutputDevice> MakeSystemDevice(const std::string& name);
-
-// Whether any sound system has a device at all, without asking what it can do.
-bool AnySoundDevice();
-
-// Names of all devices that can play. Asks every sound system; opens each for that, which takes its
-// time.
-std::vector<std::string> OutputDeviceNames();
 
 }  // namespace zemo

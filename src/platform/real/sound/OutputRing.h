@@ -12,7 +12,7 @@ namespace zemo {
 
 class OutputRing {
  public:
-  static constexpr int kGlideFrames = 441;  // 10 ms: what still waits glides to silence when cut
+  static constexpr int kGlideFrames = 441;  // 10 ms: to silence when cut, from it in the middle
 
   // --- Mixer's thread ---
   // Empties the ring and gives it another size and rate (frames a second). Draining meanwhile
@@ -25,6 +25,8 @@ class OutputRing {
   // From now on the ring's frames flow, counted from 0 in PlayedFrames under this run's number.
   void Begin(uint16_t run);
   void SetDeviceDrains(bool device) { deviceDrains_.store(device, std::memory_order_release); }
+  // The next frames that a device drains rise from silence: it takes over in the middle.
+  void RiseNext() { rises_.store(true, std::memory_order_release); }
 
   // --- Any thread ---
   void End();  // what still waits is given up, but for a glide to silence
@@ -33,6 +35,7 @@ class OutputRing {
   int64_t PlayedFrames(uint16_t run) const;
   uint64_t Underruns() const { return underruns_.load(std::memory_order_relaxed); }
   // Frames that the device has asked for, whatever it was given.
+  bool DeviceDrains() const { return deviceDrains_.load(std::memory_order_acquire); }
   uint64_t AskedByDevice() const { return askedByDevice_.load(std::memory_order_acquire); }
 
   // --- The one that drains (DeviceCallback.cpp) ---
@@ -45,6 +48,7 @@ class OutputRing {
  private:
   int Copy(int16_t* stereo, int frames);
   int Glide(int16_t* stereo, int frames);
+  static void Rise(int16_t* stereo, int frames);
 
   // Of played_: the run's number above, frames below.
   static constexpr int kRunShift = 48;
@@ -58,6 +62,7 @@ class OutputRing {
   std::atomic<bool> taken_{false};
   std::atomic<bool> flows_{false};
   std::atomic<bool> deviceDrains_{false};
+  std::atomic<bool> rises_{false};
   bool flowed_ = false;  // while taken_ is held: the last drain was of a flowing ring
   std::atomic<uint64_t> played_{0};
   std::atomic<int> rate_{kSampleRate};

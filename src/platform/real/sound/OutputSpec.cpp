@@ -6,13 +6,14 @@ namespace zemo {
 std::optional<OutputSpec> ParseOutputSpec(std::string_view text) {
   constexpr std::string_view kDevicePrefix = "device:";
   constexpr std::string_view kFilePrefix = "file:";
-  if (text == "device") return OutputSpec{OutputSpec::Kind::kDevice, ""};
-  if (text == "null") return OutputSpec{OutputSpec::Kind::kNull, ""};
+  if (text == "device") return OutputSpec{OutputSpec::Kind::kDevice, "", false};
+  if (text == "null") return OutputSpec{OutputSpec::Kind::kNull, "", false};
   if (text.starts_with(kDevicePrefix) && text.size() > kDevicePrefix.size()) {
-    return OutputSpec{OutputSpec::Kind::kDevice, std::string(text.substr(kDevicePrefix.size()))};
+    return OutputSpec{OutputSpec::Kind::kDevice, std::string(text.substr(kDevicePrefix.size())),
+                      false};
   }
   if (text.starts_with(kFilePrefix) && text.size() > kFilePrefix.size()) {
-    return OutputSpec{OutputSpec::Kind::kFile, std::string(text.substr(kFilePrefix.size()))};
+    return OutputSpec{OutputSpec::Kind::kFile, std::string(text.substr(kFilePrefix.size())), false};
   }
   return std::nullopt;
 }

@@ -10,7 +10,8 @@ namespace zemo {
 struct OutputSpec {
   enum class Kind { kDevice, kNull, kFile };
   Kind kind = Kind::kDevice;
-  std::string name;  // of the device, empty for the default one; path of the file
+  std::string name;        // of the device, empty for the default one; path of the file
+  bool wholeName = false;  // the device's name is whole, and a part of one will not do
 };
 
 // nullopt when the text is none of the four forms.

@@ -6,6 +6,7 @@
 
 #include "platform/real/sound/DecodedStream.h"
 #include "platform/real/sound/MixerThread.h"
+#include "platform/real/sound/SoundDevices.h"
 #include "platform/real/sound/SoundFileWriter.h"
 
 namespace zemo {
@@ -14,19 +15,25 @@ namespace {
 constexpr int kFrameBytes = kChannels * static_cast<int>(sizeof(int16_t));
 constexpr int kLeastAheadFrames = 65536;  // 1.5 s decoded ahead of the mixer
 constexpr int kMostAheadFrames = 262144;  // 5.9 s, 2 MB a slot
+constexpr const char* kNoDevice = "no sound device on this machine";
+
+WishedDevice Wished(const DeviceWish& wish) {
+  return {MakeOutputDevices(wish),
+          wish.name.empty() ? kNoDevice : wish.name + ": no such sound device on this machine"};
+}
 
 }  // namespace
 
 using Kind = MixerOrder::Kind;
 
-RealSoundChain::RealSoundChain(SoundOpener& opener, std::unique_ptr<OutputDevice> device,
+RealSoundChain::RealSoundChain(SoundOpener& opener, WishedDevice device,
                                std::unique_ptr<SoundFileWriter> file, std::string outputText,
-                               SoundNotice notice)
+                               SoundNotice notice, bool told)
     : SoundChainBase(opener),
       opener_(opener),
       notice_(std::move(notice)),
       outputText_(std::move(outputText)),
-      mixer_(std::make_unique<MixerThread>(std::move(device), std::move(file))) {}
+      mixer_(std::make_unique<MixerThread>(std::move(device), std::move(file), told)) {}
 
 // The mixer's thread ends before the streams that it reads.
 RealSoundChain::~RealSoundChain() {
@@ -68,9 +75,15 @@ SoundHealth RealSoundChain::TakeHealth() {
   health.underruns = mixer_->Ring().Underruns();
   health.lateFrames = mixer_->LateFrames().load(std::memory_order_relaxed);
   const auto peaks = mixer_->TakePeaks();
-  health.peakLeft = peaks[0];
-  health.peakRight = peaks[1];
+  if (device == nullptr || health.heard) {
+    health.peakLeft = peaks[0];
+    health.peakRight = peaks[1];
+  }
   return health;
+}
+
+void RealSoundChain::ChooseDevice(const std::string& key) {
+  if (mixer_->Device() != nullptr) mixer_->Device()->Choose(Wished({key, true}));
 }
 
 void RealSoundChain::LoadSlot(int slot, const std::string& path,
@@ -201,25 +214,25 @@ void RealSoundChain::Tell(const std::string& line) {
 
 std::unique_ptr<RealSoundChain> MakeRealSoundChain(SoundOpener& opener, const OutputSpec& wanted,
                                                    SoundNotice notice) {
-  const auto make = [&](std::unique_ptr<OutputDevice> device, std::unique_ptr<SoundFileWriter> file,
-                        const std::string& text) {
+  const auto make = [&](WishedDevice device, std::unique_ptr<SoundFileWriter> file,
+                        const std::string& text, bool told) {
     return std::make_unique<RealSoundChain>(opener, std::move(device), std::move(file), text,
-                                            notice);
+                                            notice, told);
   };
   const std::string unheard = "no output";
   switch (wanted.kind) {
     case OutputSpec::Kind::kFile:
-      return make(nullptr, std::make_unique<SoundFileWriter>(wanted.name), "file " + wanted.name);
+      return make({}, std::make_unique<SoundFileWriter>(wanted.name), "file " + wanted.name, false);
     case OutputSpec::Kind::kNull:
-      return make(nullptr, nullptr, unheard);
+      return make({}, nullptr, unheard, false);
     case OutputSpec::Kind::kDevice:
       break;
   }
-  if (!AnySoundDevice()) {
-    if (notice) notice("no sound device on this machine: the air goes on without output");
-    return make(nullptr, nullptr, unheard);
-  }
-  return make(MakeSystemDevice(wanted.name), nullptr, "sound device");
+  const bool none = !AnySoundDevice();
+  if (none && notice)
+    notice(std::string(kNoDevice) + ": the air goes on without output until there is one");
+  return make(Wished({wanted.name, wanted.wholeName}), nullptr, none ? unheard : "sound device",
+              none);
 }
 
 }  // namespace zemo

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/real/sound/OutputDevice.h"
+#include "platform/real/sound/DeviceThread.h"
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/sound/SoundChainBase.h"
 
@@ -28,7 +28,7 @@ struct SoundHealth {
   bool heard = false;       // the output reaches a device or a file
   uint64_t underruns = 0;   // times the output found too little to play, since the beginning
   uint64_t lateFrames = 0;  // frames of silence for late decoders, since the beginning
-  float peakLeft = 0.0f;    // since the last question; full scale 1.0
+  float peakLeft = 0.0f;  // since the last question, 0 while a device is not heard; full scale 1.0
   float peakRight = 0.0f;
 };
 
@@ -38,14 +38,17 @@ using SoundNotice = std::function<void(const std::string& line)>;
 // Thread: the logic's.
 class RealSoundChain final : public SoundChainBase {
  public:
-  // `device` or `file` (at most one) takes the sound; with neither a clock does.
-  RealSoundChain(SoundOpener& opener, std::unique_ptr<OutputDevice> device,
-                 std::unique_ptr<SoundFileWriter> file, std::string outputText, SoundNotice notice);
+  // `device` or `file` (at most one) takes the sound; with neither a clock does. `told`: the
+  // operator knows already that there is no device now.
+  RealSoundChain(SoundOpener& opener, WishedDevice device, std::unique_ptr<SoundFileWriter> file,
+                 std::string outputText, SoundNotice notice, bool told = false);
   ~RealSoundChain() override;
 
   // About every 10 ms: tells the observer what ended and the operator what happened to the output.
   void Poll();
   SoundHealth TakeHealth();
+  // Another device, from the next opening of the output on; nothing where the output is none.
+  void ChooseDevice(const std::string& key);
 
  protected:
   void LoadSlot(int slot, const std::string& path, std::unique_ptr<SoundSource> source) override;
@@ -90,8 +93,8 @@ class RealSoundChain final : public SoundChainBase {
   uint16_t run_ = 0;
 };
 
-// The chain for a choice of output. Without any sound device, a device falls back to no output, and
-// the notice says so. Throws SoundError when the file cannot be made.
+// The chain for a choice of output. Without any sound device the air goes on by the clock until
+// there is one, and the notice says so. Throws SoundError when the file cannot be made.
 std::unique_ptr<RealSoundChain> MakeRealSoundChain(SoundOpener& opener, const OutputSpec& wanted,
                                                    SoundNotice notice);
 

@@ -1,10 +1,11 @@
-// libsndfile behind the writer.
+// The writer's two forms: WAV by our own hand, FLAC by libsndfile.
 #include "platform/real/sound/SoundFileWriter.h"
 
 #include <sndfile.h>
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 #include "platform/SoundSource.h"
 #include "platform/sound/SampleFormat.h"
@@ -27,26 +28,22 @@ bool EndsIn(const std::string& path, const std::string& ending) {
 }  // namespace
 
 SoundFileWriter::SoundFileWriter(const std::string& path, int64_t mostFrames) : path_(path) {
+  if (EndsIn(path, ".wav")) {
+    wav_ = std::make_unique<WavFile>(path, mostFrames > kMostPlainFrames);
+    return;
+  }
+  if (!EndsIn(path, ".flac"))
+    throw SoundError(path + ": a sound file to write must end in .wav or .flac");
   SF_INFO info{};
   info.samplerate = kSampleRate;
   info.channels = kChannels;
-  const bool wav = EndsIn(path, ".wav");
-  if (wav) {
-    const int form = mostFrames <= kMostPlainFrames ? SF_FORMAT_WAV : SF_FORMAT_RF64;
-    info.format = form | SF_FORMAT_PCM_16;
-  } else if (EndsIn(path, ".flac")) {
-    info.format = SF_FORMAT_FLAC | SF_FORMAT_PCM_16;
-  } else {
-    throw SoundError(path + ": a sound file to write must end in .wav or .flac");
-  }
-  file_ = sf_open(path.c_str(), SFM_WRITE, &info);
-  if (file_ == nullptr) throw SoundError(path + ": " + sf_strerror(nullptr));
-  // Without effect on a plain header.
-  if (wav) sf_command(file_, SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
+  info.format = SF_FORMAT_FLAC | SF_FORMAT_PCM_16;
+  flac_ = sf_open(path.c_str(), SFM_WRITE, &info);
+  if (flac_ == nullptr) throw SoundError(path + ": " + sf_strerror(nullptr));
 }
 
 SoundFileWriter::~SoundFileWriter() {
-  if (file_ != nullptr) sf_close(file_);
+  if (flac_ != nullptr) sf_close(flac_);
 }
 
 void SoundFileWriter::Write(const float* stereo, int frames) {
@@ -56,25 +53,27 @@ void SoundFileWriter::Write(const float* stereo, int frames) {
 }
 
 void SoundFileWriter::Write(const int16_t* stereo, int frames) {
-  if (file_ == nullptr) throw SoundError(path_ + ": is closed");
-  if (sf_writef_short(file_, stereo, frames) != frames) Fail();
+  if (wav_ != nullptr)
+    wav_->Write(stereo, frames);
+  else if (flac_ == nullptr)
+    throw SoundError(path_ + ": is closed");
+  else if (sf_writef_short(flac_, stereo, frames) != frames)
+    throw SoundError(path_ + ": " + sf_strerror(flac_));
   frames_ += frames;
-  if (frames_ - headerFrames_ >= kHeaderEveryFrames) {
-    sf_command(file_, SFC_UPDATE_HEADER_NOW, nullptr, 0);
-    headerFrames_ = frames_;
-  }
+  if (frames_ - headerFrames_ < kHeaderEveryFrames) return;
+  headerFrames_ = frames_;
+  if (wav_ != nullptr)
+    wav_->WriteHeader();
+  else
+    sf_command(flac_, SFC_UPDATE_HEADER_NOW, nullptr, 0);
 }
 
 void SoundFileWriter::Close() {
-  if (file_ == nullptr) return;
-  sf_write_sync(file_);
-  const int result = sf_close(file_);
-  file_ = nullptr;
+  if (wav_ != nullptr) std::exchange(wav_, nullptr)->Close();
+  if (flac_ == nullptr) return;
+  sf_write_sync(flac_);
+  const int result = sf_close(std::exchange(flac_, nullptr));
   if (result != 0) throw SoundError(path_ + ": " + sf_error_number(result));
-}
-
-void SoundFileWriter::Fail() {
-  throw SoundError(path_ + ": " + sf_strerror(file_));
 }
 
 }  // namespace zemo

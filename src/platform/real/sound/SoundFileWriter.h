@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "platform/real/sound/WavFile.h"
 
 struct sf_private_tag;  // libsndfile's SNDFILE
 
@@ -14,8 +17,8 @@ class SoundFileWriter {
  public:
   static constexpr int64_t kUnbounded = INT64_MAX;
 
-  // Replaces the file; throws SoundError. A WAV file that may come to more than 4 GB, as any for
-  // which `mostFrames` is not given, has the extensible header, which grows to 64 bits if it must.
+  // Replaces the file; throws SoundError. A WAV file is plain PCM; one that may come to more than 4
+  // GB, as any for which `mostFrames` is not given, has room for 64-bit sizes if it must.
   explicit SoundFileWriter(const std::string& path, int64_t mostFrames = kUnbounded);
   ~SoundFileWriter();  // closes; what fails then goes unheard
   SoundFileWriter(const SoundFileWriter&) = delete;
@@ -30,10 +33,9 @@ class SoundFileWriter {
   int64_t Frames() const { return frames_; }  // written so far
 
  private:
-  [[noreturn]] void Fail();
-
   std::string path_;
-  sf_private_tag* file_ = nullptr;
+  std::unique_ptr<WavFile> wav_;  // one of the two, null once it is closed
+  sf_private_tag* flac_ = nullptr;
   int64_t frames_ = 0;
   int64_t headerFrames_ = 0;  // written when the header was last brought up to date
   std::vector<int16_t> samples_;

@@ -171,5 +171,20 @@ TEST(OutputRing, ItMayBeginEndAndChangeItsSizeUnderTheOneThatDrains) {
   EXPECT_TRUE(sane);
 }
 
+TEST(OutputRing, ADeviceThatTakesOverRisesOverTenMillisecondsOnce) {
+  OutputRing ring;
+  ring.Reset(2000, kSampleRate);
+  ring.Begin(1);
+  ring.Write(std::vector<int16_t>(4000, 8820).data(), 2000);
+  ring.SetDeviceDrains(true);
+  ring.RiseNext();
+  std::vector<int16_t> out(2000);
+  ring.DrainForDevice(out.data(), 1000);
+  for (int i = 0; i < 441; ++i) ASSERT_EQ(out[2 * i], 20 * i) << i;  // 8820 in 441 frames
+  for (int i = 441; i < 1000; ++i) ASSERT_EQ(out[2 * i + 1], 8820) << i;
+  ring.DrainForDevice(out.data(), 1000);
+  EXPECT_EQ(out, std::vector<int16_t>(2000, 8820));
+}
+
 }  // namespace
 }  // namespace zemo

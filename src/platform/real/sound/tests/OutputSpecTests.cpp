@@ -76,6 +76,33 @@ TEST_F(DeviceWatchTest, ADeviceThatAsksForNothingIsFoundOutWithinASecond) {
   EXPECT_NEAR(SecondsBetween(At(stopped), watch_.LastMoved()), 0.0, 1e-6);
 }
 
+// It calls every `seconds` for all of that time.
+TEST_F(DeviceWatchTest, ADeviceIsJudgedByItsOwnRhythm) {
+  const auto rests = [this](double seconds) {
+    const char* trouble = Run(seconds, 0.0);
+    asked_ += seconds * 44100;
+    return trouble;
+  };
+  // It rests for 1.2 s while it settles: 1.25 times as much is no fault afterwards, more is.
+  for (int i = 0; i < 10; ++i) ASSERT_EQ(rests(1.2), nullptr) << i;
+  EXPECT_EQ(rests(1.4), nullptr);
+  EXPECT_STREQ(rests(2.0), "it takes no more sound");
+}
+
+TEST_F(DeviceWatchTest, NoRhythmIsSlowerThanThreeSeconds) {
+  EXPECT_EQ(Run(2.9, 0.0), nullptr);
+  EXPECT_STREQ(Run(0.2, 0.0), "it takes no more sound");
+}
+
+TEST_F(DeviceWatchTest, TheSameDeviceKeepsItsRhythmWhenNobodyLookedMeanwhile) {
+  EXPECT_EQ(Run(20.0, 1.0), nullptr);
+  now_ += 60.0;
+  asked_ += 60.0 * 44100;
+  watch_.Resume(At(now_), static_cast<uint64_t>(asked_));
+  EXPECT_EQ(Run(0.4, 0.0), nullptr);
+  EXPECT_STREQ(Run(0.2, 0.0), "it takes no more sound");
+}
+
 TEST_F(DeviceWatchTest, ADeviceThatRacesAwayIsFoundOut) {
   EXPECT_EQ(Run(20.0, 1.0), nullptr);
   EXPECT_STREQ(Run(0.1, 50.0), "it no longer keeps time");

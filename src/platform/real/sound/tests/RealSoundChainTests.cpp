@@ -5,6 +5,7 @@
 #include <random>
 
 #include "platform/real/sound/RealSoundChain.h"
+#include "platform/real/sound/SoundDevices.h"
 #include "platform/real/sound/SoundFileWriter.h"
 #include "platform/real/sound/tests/SoundTestSupport.h"
 #include "platform/sound/MixerCore.h"
@@ -40,8 +41,10 @@ class RealSoundChainTest : public ::testing::Test {
 
   RealSoundChain& Make(std::unique_ptr<OutputDevice> device = nullptr,
                        std::unique_ptr<SoundFileWriter> file = nullptr) {
+    WishedDevice wished;
+    if (device != nullptr) wished.systems.push_back(std::move(device));
     chain_ = std::make_unique<RealSoundChain>(
-        opener_, std::move(device), std::move(file), "test",
+        opener_, std::move(wished), std::move(file), "test",
         [this](const std::string& line) { told_.push_back(line); });
     chain_->SetObserver(&log_);
     chain_->SetOutputBuffers(16384, 8);  // 743 ms: more than a busy machine keeps a thread waiting
@@ -307,6 +310,70 @@ TEST_F(RealSoundChainTest, ALostDeviceLetsTheAirGoOnAndIsOpenedAgain) {
   EXPECT_EQ(told_.back(), "sound device: test device");
 }
 
+TEST_F(RealSoundChainTest, ADeviceThatBeginsLateIsNotLostAndTheAirDoesNotWaitForIt) {
+  device_.conduct = PlayedDevice::Conduct::kStandsStill;
+  RealSoundChain& chain = Make(device_.Make());
+  const auto order = std::chrono::steady_clock::now();
+  Sound(0, "level");
+  ASSERT_TRUE(Within([&] { return Told("sound device test device has not begun yet"); }));
+  EXPECT_FALSE(chain.TakeHealth().heard);
+  EXPECT_EQ(chain.TakeHealth().peakLeft, 0.0f);
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > 1000; }));
+  ASSERT_LT(std::chrono::steady_clock::now() - order, std::chrono::seconds(5));
+  device_.conduct = PlayedDevice::Conduct::kPlays;
+  ASSERT_TRUE(Within([&] { return chain.TakeHealth().heard; }));
+  ASSERT_TRUE(Within([&] { return told_.size() == 2; }));
+  EXPECT_EQ(told_.back(), "sound device: test device");
+  EXPECT_EQ(device_.openings, 1);
+}
+
+TEST_F(RealSoundChainTest, WhereADeviceDoesNotBeginTheNextSoundSystemIsTried) {
+  PlayedDevice next;
+  device_.conduct = PlayedDevice::Conduct::kStandsStill;
+  WishedDevice wished;
+  wished.systems.push_back(device_.Make());
+  wished.systems.push_back(next.Make());
+  chain_ =
+      std::make_unique<RealSoundChain>(opener_, std::move(wished), nullptr, "test",
+                                       [this](const std::string& line) { told_.push_back(line); });
+  Sound(0, "level");
+  ASSERT_TRUE(Within([&] { return next.openings == 1; }));
+  EXPECT_EQ(device_.openings, 1);
+  EXPECT_EQ(device_.closings, 1);
+  ASSERT_TRUE(Within([&] { return chain_->TakeHealth().heard; }));
+  chain_.reset();
+}
+
+TEST_F(RealSoundChainTest, ADeviceThatTakesOverInTheMiddleRisesFromSilence) {
+  device_.absent = true;
+  RealSoundChain& chain = Make(device_.Make());
+  Sound(0, "high");
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > 200; }));
+  device_.absent = false;
+  ASSERT_TRUE(Within([&] { return chain.TakeHealth().heard; }));
+  const int position = chain.OutputPosition();
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > position + 300; }));
+  chain_.reset();
+  const std::vector<int16_t> left = LeftOf(device_.Played());
+  const auto top = std::find(left.begin(), left.end(), 31000);
+  ASSERT_NE(top, left.end());
+  // 10 ms from 0 to 31000 are 70 or 71 a frame.
+  for (auto at = left.begin() + 1; at <= top; ++at) ASSERT_LE(*at - at[-1], 71);
+}
+
+TEST_F(RealSoundChainTest, ADeviceThatIsLostAgainAndAgainIsNotAFloodOfLines) {
+  RealSoundChain& chain = Make(device_.Make());
+  Sound(0, "level");
+  for (int times = 1; times <= 5; ++times) {
+    ASSERT_TRUE(Within([&] { return chain.TakeHealth().heard; }));
+    device_.conduct = PlayedDevice::Conduct::kRacesAway;
+    ASSERT_TRUE(Within([&] { return !chain.TakeHealth().heard; }));
+    device_.conduct = PlayedDevice::Conduct::kPlays;
+  }
+  ASSERT_TRUE(Within([&] { return told_.size() == 4 && chain.TakeHealth().heard; }));
+  EXPECT_EQ(told_.back(), "sound device: test device");
+}
+
 TEST_F(RealSoundChainTest, ADeviceThatRacesAwayCannotRunAwayWithTheAir) {
   RealSoundChain& chain = Make(device_.Make());
   Sound(0, "level");
@@ -381,7 +448,7 @@ TEST_F(RealSoundChainTest, AnyOrdersAtAnyPaceLeaveItSound) {
   EXPECT_TRUE(Within([&] { return chain.ChannelDone(0); }));
 }
 
-TEST_F(RealSoundChainTest, WithoutHardwareADeviceFallsBackToNoneAndSaysSo) {
+TEST_F(RealSoundChainTest, WithoutHardwareTheAirGoesOnWithoutOutputAndSaysSo) {
   if (AnySoundDevice()) GTEST_SKIP() << "this machine has a sound device";
   chain_ = MakeRealSoundChain(opener_, {OutputSpec::Kind::kDevice, ""},
                               [this](const std::string& line) { told_.push_back(line); });

@@ -61,8 +61,52 @@ INSTANTIATE_TEST_SUITE_P(
     Forms, SoundFileWriterTest,
     ::testing::Values(std::tuple{"a.wav", 100000, SF_FORMAT_WAV},
                       std::tuple{"A.WAV", 100000, SF_FORMAT_WAV},
-                      std::tuple{"long.wav", SoundFileWriter::kUnbounded, SF_FORMAT_WAVEX},
+                      std::tuple{"long.wav", SoundFileWriter::kUnbounded, SF_FORMAT_WAV},
                       std::tuple{"a.flac", SoundFileWriter::kUnbounded, SF_FORMAT_FLAC}));
+
+std::string BytesOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// Format 1, 2 channels, 44100 frames of 4 bytes a second (176400), 16 bits.
+const std::string kPlainFormat("fmt \x10\0\0\0\x01\0\x02\0\x44\xAC\0\0\x10\xB1\x02\0\x04\0\x10\0",
+                               24);
+
+TEST(SoundFileWriter, AWavFileIsPlainPcmByteForByte) {
+  const TestFolder folder;
+  const std::vector<int16_t> frames{1, -1, 258, 0};
+  SoundFileWriter writer(folder.Path("a.wav"), 2);
+  writer.Write(frames.data(), 2);
+  writer.Close();
+  // Two frames are 8 bytes: 4 + 24 + 8 + 8 behind the first size.
+  EXPECT_EQ(BytesOf(folder.Path("a.wav")),
+            std::string("RIFF\x2C\0\0\0WAVE", 12) + kPlainFormat +
+                std::string("data\x08\0\0\0\x01\0\xFF\xFF\x02\x01\0\0", 16));
+}
+
+TEST(SoundFileWriter, AWavFileOfUnknownLengthIsPlainPcmWithRoomToGrow) {
+  const TestFolder folder;
+  const std::vector<int16_t> frames{1, -1};
+  SoundFileWriter writer(folder.Path("a.wav"));
+  writer.Write(frames.data(), 1);
+  writer.Close();
+  // 4 + 24 + 36 + 8 + 4 behind the first size.
+  EXPECT_EQ(BytesOf(folder.Path("a.wav")), std::string("RIFF\x4C\0\0\0WAVE", 12) + kPlainFormat +
+                                               std::string("JUNK\x1C\0\0\0", 8) +
+                                               std::string(28, '\0') +
+                                               std::string("data\x04\0\0\0\x01\0\xFF\xFF", 12));
+}
+
+TEST(SoundFileWriter, AWavFileBeyondFourGigabytesTellsItsSizesIn64Bits) {
+  // 2^30 frames are 2^32 bytes; 4 + 36 + 24 + 8 more behind the first size.
+  EXPECT_EQ(WavFile::Header(int64_t{1} << 30, true),
+            std::string("RF64\xFF\xFF\xFF\xFFWAVE", 12) + std::string("ds64\x1C\0\0\0", 8) +
+                std::string("\x48\0\0\0\x01\0\0\0", 8) + std::string("\0\0\0\0\x01\0\0\0", 8) +
+                std::string("\0\0\0\x40\0\0\0\0", 8) + std::string(4, '\0') + kPlainFormat +
+                std::string("data\xFF\xFF\xFF\xFF", 8));
+  EXPECT_EQ(WavFile::Header(int64_t{1} << 30, true).size(), WavFile::Header(1, true).size());
+}
 
 TEST(SoundFileWriter, AFileCutOffByACrashCanBeReadUpToItsLastSeconds) {
   const TestFolder folder;

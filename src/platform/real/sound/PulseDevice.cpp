@@ -1,0 +1,290 @@
+// A stream to the Pulse server. Opening happens on the device thread; then a thread of its own
+// turns libpulse's loop until the closing, so that nothing here is ever used by two threads at
+// once.
+#include "platform/real/sound/PulseDevice.h"
+
+#include <pulse/error.h>
+#include <pulse/introspect.h>
+#include <pulse/rtclock.h>
+#include <pulse/stream.h>
+#include <pulse/subscribe.h>
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include "platform/real/sound/PulseServer.h"
+
+namespace zemo {
+namespace {
+
+constexpr std::chrono::milliseconds kPatience{2000};
+constexpr uint32_t kFrameBytes = kChannels * sizeof(int16_t);
+// Of what the server keeps ahead: enough for a busy machine, little enough to begin soon and to
+// take an operator's order soon.
+constexpr uint32_t kTargetFrames = kSampleRate / 5;
+constexpr int kRequestFrames = kSampleRate / 50;  // and how much it asks for at a time
+constexpr int kFirstFrames = 3 * kRequestFrames;  // of silence, to begin with
+constexpr pa_usec_t kBeginUsec = 300000;          // that a server may need to begin with them
+
+struct Listed {
+  std::vector<SoundDevice> devices;
+  std::string defaultKey;
+};
+
+void OnServer(pa_context*, const pa_server_info* info, void* listed) {
+  if (info != nullptr && info->default_sink_name != nullptr)
+    static_cast<Listed*>(listed)->defaultKey = info->default_sink_name;
+}
+
+void OnSink(pa_context*, const pa_sink_info* info, int end, void* listed) {
+  if (end != 0 || info == nullptr) return;
+  SoundDevice device;
+  device.key = info->name;
+  device.name = info->description != nullptr ? info->description : info->name;
+  device.system = "PulseAudio";
+  device.rates = {static_cast<int>(info->sample_spec.rate)};
+  device.channels = info->sample_spec.channels;
+  static_cast<Listed*>(listed)->devices.push_back(device);
+}
+
+std::vector<SoundDevice> DevicesOf(PulseServer& server) {
+  Listed listed;
+  if (!server.Finish(pa_context_get_server_info(server.Context(), OnServer, &listed)) ||
+      !server.Finish(pa_context_get_sink_info_list(server.Context(), OnSink, &listed)))
+    throw NoSuchDevice("PulseAudio: " + server.Error());
+  for (SoundDevice& device : listed.devices) device.isDefault = device.key == listed.defaultKey;
+  return listed.devices;
+}
+
+std::string TextOf(const SoundDevice& device) {
+  return device.name + " (" + device.system + ")";
+}
+
+class PulseDevice final : public OutputDevice {
+ public:
+  explicit PulseDevice(DeviceWish wish) : wish_(std::move(wish)) {}
+  ~PulseDevice() override { Close(); }
+
+  Opened Open(OutputRing& ring) override {
+    Close();
+    try {
+      return Connect(ring);
+    } catch (...) {
+      Free();
+      throw;
+    }
+  }
+
+  void Close() override {
+    if (thread_.joinable()) {
+      quit_.store(true, std::memory_order_release);
+      server_->WakeUp();
+      thread_.join();
+    }
+    Free();
+  }
+
+  News Look() override {
+    News news{condition_.load(std::memory_order_acquire), {}};
+    const std::lock_guard lock(movedMutex_);
+    std::swap(news.movedTo, movedTo_);
+    return news;
+  }
+
+ private:
+  Opened Connect(OutputRing& ring) {
+    ring_ = &ring;
+    quit_ = false;
+    asked_ = false;
+    heldBack_ = 0;
+    condition_ = Condition::kFine;
+    movedTo_.clear();
+    server_ = std::make_unique<PulseServer>(kPatience);
+    const std::vector<SoundDevice> devices = DevicesOf(*server_);
+    const int index = FindSoundDevice(devices, wish_);
+    if (index < 0) throw NoSuchDevice("PulseAudio: no such sound device");
+    const SoundDevice& device = devices[static_cast<size_t>(index)];
+    if (wish_.name.empty()) FollowDefault(device.key);
+    Play(device);
+    thread_ = std::thread([this] {
+      while (!quit_.load(std::memory_order_acquire) && server_->Turn()) continue;
+    });
+    return {TextOf(device), kSampleRate, kFirstFrames};
+  }
+
+  void Play(const SoundDevice& device) {
+    const pa_sample_spec form{PA_SAMPLE_S16NE, static_cast<uint32_t>(kSampleRate), kChannels};
+    stream_ = pa_stream_new(server_->Context(), "Air", &form, nullptr);
+    if (stream_ == nullptr) throw SoundError("PulseAudio: " + server_->Error());
+    pa_stream_set_write_callback(stream_, OnRequest, this);
+    pa_stream_set_state_callback(stream_, OnState, this);
+    pa_stream_set_suspended_callback(stream_, OnSuspended, this);
+    pa_stream_set_moved_callback(stream_, OnMoved, this);
+    pa_buffer_attr buffer{};
+    buffer.maxlength = static_cast<uint32_t>(-1);
+    buffer.tlength = kTargetFrames * kFrameBytes;
+    buffer.minreq = kRequestFrames * kFrameBytes;
+    buffer.prebuf = kRequestFrames * kFrameBytes;  // also what it waits for after a dropout
+    buffer.fragsize = static_cast<uint32_t>(-1);
+    int flags = PA_STREAM_ADJUST_LATENCY;
+    // A device that was asked for by its name is waited for, not given up for another one.
+    if (!wish_.name.empty()) flags |= PA_STREAM_DONT_MOVE;
+    const char* to = wish_.name.empty() ? nullptr : device.key.c_str();  // else it would stay there
+    const bool asked =
+        pa_stream_connect_playback(stream_, to, &buffer, static_cast<pa_stream_flags_t>(flags),
+                                   nullptr, nullptr) >= 0;
+    const auto settled = [this] {
+      const pa_stream_state_t state = pa_stream_get_state(stream_);
+      return state == PA_STREAM_READY || !PA_STREAM_IS_GOOD(state);
+    };
+    if (!asked || !server_->Await(settled) || pa_stream_get_state(stream_) != PA_STREAM_READY)
+      throw SoundError(TextOf(device) + ": " + server_->Error());
+    NoteSleep();
+    patience_ =
+        pa_context_rttime_new(server_->Context(), pa_rtclock_now() + kBeginUsec, OnPatience, this);
+  }
+
+  void FollowDefault(const std::string& now) {
+    defaultKey_ = now;
+    pa_context_set_subscribe_callback(server_->Context(), OnEvent, this);
+    Forget(pa_context_subscribe(server_->Context(), PA_SUBSCRIPTION_MASK_SERVER, nullptr, nullptr));
+  }
+
+  void Free() {
+    if (patience_ != nullptr) server_->Api()->time_free(patience_);
+    patience_ = nullptr;
+    if (stream_ != nullptr) {
+      for (const auto set : {pa_stream_set_state_callback, pa_stream_set_suspended_callback,
+                             pa_stream_set_moved_callback})
+        set(stream_, nullptr, nullptr);
+      pa_stream_set_write_callback(stream_, nullptr, nullptr);
+      pa_stream_disconnect(stream_);
+      pa_stream_unref(stream_);
+      stream_ = nullptr;
+    }
+    server_.reset();
+  }
+
+  static void Forget(pa_operation* operation) {
+    if (operation != nullptr) pa_operation_unref(operation);
+  }
+
+  void NoteSleep() {
+    condition_.store(pa_stream_is_suspended(stream_) > 0 ? Condition::kAsleep : Condition::kFine,
+                     std::memory_order_release);
+  }
+
+  // --- Called back by libpulse ---
+  static PulseDevice& Of(void* self) { return *static_cast<PulseDevice*>(self); }
+
+  // Copies into the server's memory. Of the silence before its turn the server gets no more than it
+  // needs to begin with, so that the programme need not wait behind it: the rest is held back.
+  static void OnRequest(pa_stream* stream, size_t bytes, void* self) {
+    PulseDevice& device = Of(self);
+    if (device.ring_->DeviceDrains()) {
+      device.heldBack_ = 0;
+    } else if (!std::exchange(device.asked_, true)) {
+      device.heldBack_ = bytes - std::min<size_t>(bytes, kFirstFrames * kFrameBytes);
+    }
+    Write(stream, bytes - std::min(bytes, device.heldBack_),
+          [&](int16_t* stereo, int frames) { device.ring_->DrainForDevice(stereo, frames); });
+  }
+
+  // A server that needs more to begin gets it.
+  static void OnPatience(pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {
+    PulseDevice& device = Of(self);
+    if (device.heldBack_ == 0 || pa_stream_get_state(device.stream_) != PA_STREAM_READY) return;
+    Write(device.stream_, std::exchange(device.heldBack_, 0),
+          [](int16_t* stereo, int frames) { std::fill_n(stereo, frames * kChannels, int16_t{0}); });
+  }
+
+  template <typename Fill>
+  static void Write(pa_stream* stream, size_t bytes, Fill fill) {
+    while (bytes >= kFrameBytes) {
+      void* room = nullptr;
+      size_t size = bytes;
+      if (pa_stream_begin_write(stream, &room, &size) < 0 || room == nullptr) return;
+      const size_t frames = std::min(size, bytes) / kFrameBytes;
+      if (frames == 0) {
+        pa_stream_cancel_write(stream);
+        return;
+      }
+      fill(static_cast<int16_t*>(room), static_cast<int>(frames));
+      if (pa_stream_write(stream, room, frames * kFrameBytes, nullptr, 0, PA_SEEK_RELATIVE) < 0)
+        return;
+      bytes -= frames * kFrameBytes;
+    }
+  }
+
+  static void OnState(pa_stream* stream, void* self) {
+    if (!PA_STREAM_IS_GOOD(pa_stream_get_state(stream)))
+      Of(self).condition_.store(Condition::kGone, std::memory_order_release);
+  }
+
+  static void OnSuspended(pa_stream*, void* self) { Of(self).NoteSleep(); }
+
+  static void OnMoved(pa_stream* stream, void* self) {
+    Of(self).NoteSleep();
+    Forget(pa_context_get_sink_info_by_name(pa_stream_get_context(stream),
+                                            pa_stream_get_device_name(stream), OnMovedTo, self));
+  }
+
+  static void OnMovedTo(pa_context* context, const pa_sink_info* info, int end, void* self) {
+    Listed listed;
+    OnSink(context, info, end, &listed);
+    if (listed.devices.empty()) return;
+    const std::lock_guard lock(Of(self).movedMutex_);
+    Of(self).movedTo_ = TextOf(listed.devices.front());
+  }
+
+  static void OnEvent(pa_context* context, pa_subscription_event_type_t, uint32_t, void* self) {
+    Forget(pa_context_get_server_info(context, OnDefault, self));
+  }
+
+  // Where the server itself moves the sound after its default, this finds it done.
+  static void OnDefault(pa_context* context, const pa_server_info* info, void* self) {
+    PulseDevice& device = Of(self);
+    if (info == nullptr || info->default_sink_name == nullptr || device.stream_ == nullptr) return;
+    if (info->default_sink_name == device.defaultKey_) return;
+    device.defaultKey_ = info->default_sink_name;
+    if (pa_stream_get_state(device.stream_) != PA_STREAM_READY) return;
+    const char* now = pa_stream_get_device_name(device.stream_);
+    if (now != nullptr && device.defaultKey_ == now) return;
+    Forget(pa_context_move_sink_input_by_name(context, pa_stream_get_index(device.stream_),
+                                              info->default_sink_name, nullptr, nullptr));
+  }
+
+  const DeviceWish wish_;
+  OutputRing* ring_ = nullptr;
+  std::unique_ptr<PulseServer> server_;
+  pa_stream* stream_ = nullptr;
+  pa_time_event* patience_ = nullptr;
+  bool asked_ = false;   // the server asked once
+  size_t heldBack_ = 0;  // bytes that it asked for and did not get yet
+  std::string defaultKey_;
+  std::atomic<Condition> condition_{Condition::kFine};
+  std::mutex movedMutex_;
+  std::string movedTo_;  // while movedMutex_ is held
+  std::atomic<bool> quit_{false};
+  std::thread thread_;
+};
+
+}  // namespace
+
+std::vector<SoundDevice> PulseDevices() {
+  try {
+    PulseServer server(kPatience);
+    return DevicesOf(server);
+  } catch (const NoSuchDevice&) {
+    return {};
+  }
+}
+
+std::unique_ptr<OutputDevice> MakePulseDevice(DeviceWish wish) {
+  return std::make_unique<PulseDevice>(std::move(wish));
+}
+
+}  // namespace zemo

@@ -1,0 +1,176 @@
+// RtAudio behind the devices of JACK and ALSA.
+#include "platform/real/sound/RtAudioDevice.h"
+
+#include <RtAudio.h>
+#include <alsa/asoundlib.h>
+
+#include <algorithm>
+
+namespace zemo {
+namespace {
+
+constexpr unsigned int kBufferFrames = 1024;  // 23 ms: of one call back
+constexpr unsigned int kBuffers = 4;          // that the device keeps, where it can be asked to
+
+void Quiet(const char*, int, const char*, int, const char*, ...) {}
+
+RtAudio::Api ApiOf(RtAudioSystem system) {
+  return system == RtAudioSystem::kJack ? RtAudio::UNIX_JACK : RtAudio::LINUX_ALSA;
+}
+
+const char* NameOf(RtAudioSystem system) {
+  return system == RtAudioSystem::kJack ? "JACK" : "ALSA";
+}
+
+// Nothing of what a sound system grumbles about absent hardware is news to the operator. Throws
+// RtAudioError, and gives another system where RtAudio was built without this one.
+std::unique_ptr<RtAudio> Ask(RtAudioSystem system) {
+  snd_lib_error_set_handler(Quiet);
+  auto audio = std::make_unique<RtAudio>(ApiOf(system));
+  audio->showWarnings(false);
+  return audio;
+}
+
+struct Found {
+  unsigned int id;
+  SoundDevice device;
+  unsigned int preferredRate;
+};
+
+// Adds a device that has two channels to play. It is opened for the question.
+void AddDevice(RtAudio& audio, RtAudioSystem system, unsigned int id, std::vector<Found>& devices) {
+  try {
+    const RtAudio::DeviceInfo info = audio.getDeviceInfo(id);
+    if (!info.probed || info.outputChannels < kChannels) return;
+    SoundDevice device;
+    device.name = device.key = info.name;
+    device.system = NameOf(system);
+    device.rates.assign(info.sampleRates.begin(), info.sampleRates.end());
+    device.channels = static_cast<int>(info.outputChannels);
+    device.isDefault = info.isDefaultOutput || id == audio.getDefaultOutputDevice();
+    devices.push_back({id, device, info.preferredSampleRate});
+  } catch (const RtAudioError&) {
+    // A device that went away between the count and the question.
+  }
+}
+
+// All of one sound system's, or only its default one.
+std::vector<Found> Devices(RtAudio& audio, RtAudioSystem system, bool all) {
+  std::vector<Found> devices;
+  if (audio.getCurrentApi() != ApiOf(system)) return devices;
+  const unsigned int count = audio.getDeviceCount();
+  if (count > 0 && !all) AddDevice(audio, system, audio.getDefaultOutputDevice(), devices);
+  for (unsigned int id = 0; id < count && all; ++id) AddDevice(audio, system, id, devices);
+  return devices;
+}
+
+// Rates to try: the mixer's own where the device has it, so that nothing need be converted.
+std::vector<unsigned int> Rates(const Found& device) {
+  std::vector<unsigned int> rates{static_cast<unsigned int>(kSampleRate)};
+  for (const unsigned int rate : {device.preferredRate, 48000u, 96000u, 32000u}) {
+    if (rate > 0 && std::find(rates.begin(), rates.end(), rate) == rates.end())
+      rates.push_back(rate);
+  }
+  return rates;
+}
+
+class RtAudioDevice final : public OutputDevice {
+ public:
+  RtAudioDevice(RtAudioSystem system, DeviceWish wish) : system_(system), wish_(std::move(wish)) {}
+  ~RtAudioDevice() override { Close(); }
+
+  Opened Open(OutputRing& ring) override {
+    Close();
+    try {
+      audio_ = Ask(system_);
+      const std::vector<Found> devices = Devices(*audio_, system_, !wish_.name.empty());
+      const int index = IndexOf(devices);
+      if (index < 0) throw NoSuchDevice(std::string(NameOf(system_)) + ": no such sound device");
+      return OpenAt(devices[static_cast<size_t>(index)], ring);
+    } catch (const RtAudioError& error) {
+      audio_.reset();
+      throw SoundError(error.getMessage());
+    } catch (...) {
+      audio_.reset();
+      throw;
+    }
+  }
+
+  void Close() override {
+    if (audio_ == nullptr) return;
+    try {
+      if (audio_->isStreamRunning()) audio_->abortStream();
+      if (audio_->isStreamOpen()) audio_->closeStream();
+    } catch (const RtAudioError&) {
+      // It was gone already.
+    }
+    audio_.reset();
+  }
+
+ private:
+  int IndexOf(const std::vector<Found>& devices) const {
+    if (wish_.name.empty()) return devices.empty() ? -1 : 0;  // only the default was asked for
+    std::vector<SoundDevice> known;
+    for (const Found& found : devices) known.push_back(found.device);
+    return FindSoundDevice(known, wish_);
+  }
+
+  Opened OpenAt(const Found& device, OutputRing& ring) {
+    std::string reason;
+    for (const unsigned int rate : Rates(device)) {
+      RtAudio::StreamParameters parameters;
+      parameters.deviceId = device.id;
+      parameters.nChannels = kChannels;
+      RtAudio::StreamOptions options;
+      options.numberOfBuffers = kBuffers;
+      options.streamName = "Zemo Radio";
+      // The default of ALSA is not its first card but what the machine is set up to share.
+      if (wish_.name.empty()) options.flags = RTAUDIO_ALSA_USE_DEFAULT;
+      unsigned int frames = kBufferFrames;
+      try {
+        audio_->openStream(&parameters, nullptr, RTAUDIO_SINT16, rate, &frames, &DeviceCallback,
+                           &ring, &options);
+        audio_->startStream();
+        const unsigned int buffers = std::max(options.numberOfBuffers, kBuffers);
+        return {device.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate),
+                static_cast<int>(frames * buffers)};
+      } catch (const RtAudioError& error) {
+        reason = error.getMessage();
+        if (audio_->isStreamOpen()) audio_->closeStream();
+      }
+    }
+    throw SoundError(device.device.name + ": " + reason);
+  }
+
+  const RtAudioSystem system_;
+  const DeviceWish wish_;
+  std::unique_ptr<RtAudio> audio_;
+};
+
+}  // namespace
+
+std::vector<SoundDevice> RtAudioDevices(RtAudioSystem system) {
+  std::vector<SoundDevice> devices;
+  try {
+    const std::unique_ptr<RtAudio> audio = Ask(system);
+    for (Found& found : Devices(*audio, system, true)) devices.push_back(std::move(found.device));
+  } catch (const RtAudioError&) {
+    // It does not run.
+  }
+  return devices;
+}
+
+bool AnyRtAudioDevice(RtAudioSystem system) {
+  try {
+    const std::unique_ptr<RtAudio> audio = Ask(system);
+    return audio->getCurrentApi() == ApiOf(system) && audio->getDeviceCount() > 0;
+  } catch (const RtAudioError&) {
+    return false;
+  }
+}
+
+std::unique_ptr<OutputDevice> MakeRtAudioDevice(RtAudioSystem system, DeviceWish wish) {
+  return std::make_unique<RtAudioDevice>(system, std::move(wish));
+}
+
+}  // namespace zemo
