@@ -186,7 +186,6 @@ class LibraryCheck {
   }
 
   void TellDays(const GenreShares& genre, Findings& findings) const {
-    HoursOfWeek tooShort{};
     std::string days, worst;
     double mostLacking = 0;
     for (size_t day = 0; day < kWeekdays; ++day) {
