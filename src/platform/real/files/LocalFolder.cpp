@@ -69,6 +69,10 @@ void LocalFolder::Rename(std::string_view from, std::string_view to) {
   RenameFile(source, target == source ? path_ + std::string(to) : target);
 }
 
+std::string LocalFolder::Stamp(std::string_view name) const {
+  return IsPlainName(name) ? FileStamp(PathOf(name)) : std::string();
+}
+
 Folder& LocalFolder::Subfolder(std::string_view name) {
   if (!IsPlainName(name)) throw FileError("\"" + std::string(name) + "\" names no folder");
   auto& folder = subfolders_[std::string(name)];
