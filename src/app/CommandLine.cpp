@@ -236,6 +236,9 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   const auto readCampaign = AddCampaignCommand(campaign, line.campaign, line.json,
                                                [&](CLI::App& its) { AddFolders(its, line); });
 
+  CLI::App& compact = *app.add_subcommand("compact", "Repair and compact a station's base");
+  AddFolders(compact, line);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& shown) {
@@ -256,6 +259,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
       {&affidavit, Command::kAffidavit},
       {&settings, Command::kSettings},
       {&campaign, Command::kCampaign},
+      {&compact, Command::kCompact},
       {models.exported, Command::kModelsExport},
       {models.listed, Command::kModelsList}};
   const CLI::App* chosen = &app;

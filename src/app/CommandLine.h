@@ -14,7 +14,7 @@ namespace zemo {
 
 enum class Command {
   kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kSettings, kCampaign,
-  kModelsExport, kModelsList, kAffidavit
+  kModelsExport, kModelsList, kAffidavit, kCompact
 };
 
 struct CommandLine {

@@ -19,5 +19,6 @@ int RunModelsExport(const CommandLine& line);
 int RunModelsList(const CommandLine& line);
 int RunSettingsCommand(const CommandLine& line);
 int RunCampaignCommand(const CommandLine& line);
+int RunCompactCommand(const CommandLine& line);
 
 }  // namespace zemo

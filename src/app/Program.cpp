@@ -40,6 +40,8 @@ int Dispatch(const CommandLine& line) {
       return RunSettingsCommand(line);
     case Command::kCampaign:
       return RunCampaignCommand(line);
+    case Command::kCompact:
+      return RunCompactCommand(line);
   }
   return kWrongUsage;
 }

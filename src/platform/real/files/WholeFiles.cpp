@@ -81,15 +81,6 @@ std::string TemporaryBeside(const std::string& path) {
   return path.substr(0, name) + "." + path.substr(name) + "." + std::to_string(::getpid()) + ".tmp";
 }
 
-// What happened to the names in the file's folder is on the disk afterwards. A file system that
-// cannot sync a folder has nothing better to offer.
-void SyncFolderOf(const std::string& path) {
-  const size_t slash = path.rfind('/');
-  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-  const Descriptor descriptor(folder, O_RDONLY | O_DIRECTORY);
-  if (descriptor.OpenReason() == 0) ::fsync(descriptor.Number());
-}
-
 constexpr mode_t kNewFileMode = 0666;  // less the user's mask
 
 // Not every file system can be asked to sync (some shares), and not every folder that may be
@@ -216,9 +207,13 @@ void RemoveFile(const std::string& path) {
   if (::unlink(path.c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) Fail(path, errno);
 }
 
-void RenameFile(const std::string& from, const std::string& to) {
+void RenameFile(const std::string& from, const std::string& to, const DiskSync& disk) {
   if (::rename(from.c_str(), to.c_str()) != 0) Fail(from + " to " + to, errno);
-  SyncFolderOf(to);
+  try {
+    SyncFolderOf(to, disk);
+  } catch (const FileError&) {
+    // It has its new name: whoever takes that back would have neither.
+  }
 }
 
 std::string FileStamp(const std::string& path) {
