@@ -101,25 +101,24 @@ void LookForNewBase(Station& station) {
   }
 }
 
-// The file that takes the place of the missing base; empty without one that is whole. A copy of a
-// compaction stands there only until the renames are done, so it is newer than the others.
-std::string WholeFile(const Station& station) {
-  const Folder& folder = station.platform.stationFolder;
-  for (const char* name : {BaseFile::kCopy, BaseFile::kNew})
-    if (folder.Exists(name) && WhyNoStationBase(folder.PathOf(name)).empty()) return name;
-  // Set aside by a change whose new file is damaged: the old base is better than none.
-  const bool changing = folder.Exists(BaseFile::kCopy) || folder.Exists(BaseFile::kNew);
-  return changing && folder.Exists(BaseFile::kBackup) ? BaseFile::kBackup : std::string();
-}
-
 }  // namespace
+
+// A copy of a compaction stands there only until the renames are done, so that it is newer than the
+// others.
+std::string FileForMissingBase(const Folder& station) {
+  for (const char* name : {BaseFile::kCopy, BaseFile::kNew})
+    if (station.Exists(name) && WhyNoStationBase(station.PathOf(name)).empty()) return name;
+  // Set aside by a change whose new file is damaged: the old base is better than none.
+  const bool changing = station.Exists(BaseFile::kCopy) || station.Exists(BaseFile::kNew);
+  return changing && station.Exists(BaseFile::kBackup) ? BaseFile::kBackup : std::string();
+}
 
 void FinishInterruptedChange(Station& station) {
   try {
     if (DBEngine::DatabaseExists(station.base.Path())) return;
-    const std::string file = WholeFile(station);
-    if (file.empty()) return;
     Folder& folder = station.platform.stationFolder;
+    const std::string file = FileForMissingBase(folder);
+    if (file.empty()) return;
     const std::string name = BaseFileName(station);
     const std::string journal = name + BaseFile::kJournal;
     const std::string backupJournal = std::string(BaseFile::kBackup) + BaseFile::kJournal;
