@@ -244,6 +244,9 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
   const auto readCampaign = AddCampaignCommand(campaign, line.campaign, line.json,
                                                [&](CLI::App& its) { AddFolders(its, line); });
 
+  CLI::App& compact = *app.add_subcommand("compact", "Repair and compact a station's base");
+  AddFolders(compact, line);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& shown) {
@@ -265,6 +268,7 @@ std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv) {
       {&settings, Command::kSettings},
       {&devices, Command::kDevices},
       {&campaign, Command::kCampaign},
+      {&compact, Command::kCompact},
       {models.exported, Command::kModelsExport},
       {models.listed, Command::kModelsList}};
   const CLI::App* chosen = &app;

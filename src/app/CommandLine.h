@@ -14,7 +14,7 @@ namespace zemo {
 
 enum class Command {
   kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kSettings, kCampaign,
-  kModelsExport, kModelsList, kAffidavit, kDevices
+  kModelsExport, kModelsList, kAffidavit, kDevices, kCompact
 };
 
 struct CommandLine {

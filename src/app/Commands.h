@@ -20,5 +20,6 @@ int RunModelsList(const CommandLine& line);
 int RunSettingsCommand(const CommandLine& line);
 int RunDevicesCommand(const CommandLine& line);
 int RunCampaignCommand(const CommandLine& line);
+int RunCompactCommand(const CommandLine& line);
 
 }  // namespace zemo

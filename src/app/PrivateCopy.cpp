@@ -81,12 +81,21 @@ void CopyWanted(const std::string& from, const std::string& to, Wanted wanted) {
     if (entry.is_regular_file(error) && wanted(entry.path()))
       CopyFile(entry.path(), fs::path(to) / entry.path().filename());
 }
+
+// Files of a change of the base: without a use where the base stands in its place.
+bool IsBesideBase(const std::string& name) {
+  constexpr std::array kBeside{"Triskin.BAK", "TriskinN.MDB", "TriskinN.LDB", "Triskin.LDB"};
+  for (const char* beside : kBeside)
+    if (FoldedName(name) == FoldedName(beside)) return true;
+  return false;
+}
 }  // namespace
 
 void CopyStation(const std::string& from, const std::string& to) {
   const std::string base = EntryNamed(from, kBaseName);
   CopyWanted(from, to, [&](const fs::path& path) {
     const std::string name = path.filename().string();
+    if (!base.empty() && IsBesideBase(name)) return false;
     return name != base && name != base + kJournalEnding && !IsSoundFile(path);
   });
   if (!base.empty()) CopyBase(fs::path(from) / base, fs::path(to) / base);

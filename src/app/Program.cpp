@@ -42,6 +42,8 @@ int Dispatch(const CommandLine& line) {
       return RunDevicesCommand(line);
     case Command::kCampaign:
       return RunCampaignCommand(line);
+    case Command::kCompact:
+      return RunCompactCommand(line);
   }
   return kWrongUsage;
 }

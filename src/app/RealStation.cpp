@@ -11,7 +11,8 @@ constexpr int kSoundPollMs = 20;
 
 RealStation::RealStation(const std::string& stationPath, const std::string& machinePath,
                          const OutputSpec& output, const DesktopParts& desktop, SoundNotice notice)
-    : stationFolder(stationPath),
+    : baseLock(stationPath),
+      stationFolder(stationPath),
       machineFolder(machinePath),
       localValues(machineFolder),
       soundFiles(machineFolder),
@@ -33,7 +34,8 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .keyboard = desktop.keyboard,
                        .system = desktop.system,
                        .serial = serial,
-                       .joystick = joystick}) {
+                       .joystick = joystick,
+                       .baseUse = &baseLock}) {
   loop.SetIdle([this] { sound->Poll(); }, kSoundPollMs);
 }
 

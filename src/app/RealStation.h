@@ -11,6 +11,7 @@
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/desktop/RealEventLoop.h"
 #include "platform/real/desktop/ScreenlessDesktop.h"
+#include "platform/real/files/BaseLock.h"
 #include "platform/real/files/KnownLengths.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/StoredPaths.h"
@@ -51,6 +52,7 @@ class RealStation {
 
   RealClock clock;
   RealEventLoop loop;
+  BaseLock baseLock;
   LocalFolder stationFolder;
   LocalFolder machineFolder;
   LocalValues localValues;

@@ -18,11 +18,19 @@ const DiskSync& DiskOf(const SimFolders& folders) {
   return folders.copiedFrom.empty() ? kDiskSync : kNoDiskSync;
 }
 
+// Nobody else has a private copy.
+std::optional<BaseLock> LockOf(const SimFolders& folders) {
+  if (!folders.copiedFrom.empty()) return std::nullopt;
+  return std::optional<BaseLock>(
+      std::in_place, folders.station,
+      folders.asProgram ? BaseLock::Kind::kProgram : BaseLock::Kind::kGuest);
+}
 }  // namespace
 
 SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
                        std::unique_ptr<SoundOpener> soundOpener)
     : loop(begin),
+      baseLock(LockOf(folders)),
       stationFolder(folders.station, DiskOf(folders)),
       machineFolder(folders.machine, DiskOf(folders)),
       localValues(machineFolder),
@@ -44,7 +52,8 @@ SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
                        .keyboard = keyboard,
                        .system = system,
                        .serial = automaton,
-                       .joystick = joystick}),
+                       .joystick = joystick,
+                       .baseUse = baseLock ? &*baseLock : nullptr}),
       stationPath_(folders.copiedFrom.empty() ? stationFolder.Path() : folders.copiedFrom) {
   loop.SetSound(&sound);
   clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };

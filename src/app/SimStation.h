@@ -2,10 +2,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/PrivateCopy.h"
 #include "platform/LocalValues.h"
+#include "platform/real/files/BaseLock.h"
 #include "platform/real/files/KnownLengths.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/sim/SimDesktop.h"
@@ -24,6 +26,7 @@ struct SimFolders {
   // Empty when the station itself is worked on.
   std::string copiedFrom;
   std::string changed;
+  bool asProgram = false;  // works on the station itself, and may want its base alone
 };
 
 // Thread: the logic's, which is the only one.
@@ -38,6 +41,7 @@ class SimStation {
   void RemoveFile(const std::string& name);
 
   SimLoop loop;
+  std::optional<BaseLock> baseLock;  // where the station itself is worked on
   LocalFolder stationFolder;
   LocalFolder machineFolder;
   LocalValues localValues;

@@ -2,22 +2,35 @@
 
 #include <exception>
 
+#include "platform/Desktop.h"
 #include "station/Station.h"
-#include "traffic/CampaignImport.h"
+#include "store/StructureUpgrade.h"
 
 namespace zemo {
 
-// Every base is of the present structure yet, and none is handed over by another machine.
-void CheckStructures(Station&) {}
-void CompactageTriskin(Station&) {}
+namespace {
 
-void SurveilleNewBase(Station& station) {
-  if (!station.base.IsOpen()) return;
+void CheckTable(Station& station, const CheckedTable& table) {
   try {
-    ImportExportPubs(station);
+    if (!NeedsRebuild(station.base, table)) return;
+    RebuildTable(station.base, table);
+    station.base.CheckCnf();
+    station.events.Base("rebuilt", table.name);
+    station.platform.messages.Show("", table.message, Buttons::kOk, Icon::kInformation);
   } catch (const std::exception&) {
-    LogCurrentException(station, "SurveilleNewBase");
+    LogCurrentException(station, "RebuildTable", table.name);
   }
+}
+
+}  // namespace
+
+void CheckStructures(Station& station) {
+  try {
+    if (DropOldSetting(station.base)) station.base.CheckCnf();
+  } catch (const std::exception&) {
+    LogCurrentException(station, "Form_Load", "JingleExtrait");
+  }
+  for (const CheckedTable& table : kCheckedTables) CheckTable(station, table);
 }
 
 }  // namespace zemo

@@ -30,6 +30,7 @@
 #include "scheduling/JingleSelection.h"
 #include "scheduling/PercentageRequest.h"
 #include "settings/SideFiles.h"
+#include "station/BaseFiles.h"
 #include "station/Overlay.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
@@ -608,14 +609,13 @@ void WriteKept(Station& station) {
 
 // A share that came back, a file that was replaced: until then the air goes on by what is in
 // memory.
-void OpenBaseAgain(Station& station) {
+void LookForLostBase(Station& station) {
   EngineState& engine = station.engine;
   const int64_t nowMs = station.platform.clock.MonotonicMs();
   if (nowMs < engine.baseLookMs) return;
   engine.baseLookMs = nowMs + kBaseLookMs;
-  const NoLockWait atOnce(station.base.Waiting());
   try {
-    if (station.base.OpenAgainIfLost()) station.events.Base("opened");
+    if (OpenLostBase(station)) station.events.Base("opened");
   } catch (const StoreError& error) {
     if (!LoggedLately(station, error.what(), kSameErrorMs))
       LogCurrentException(station, "MainTimer");
@@ -652,7 +652,7 @@ void RunTick(Station& station) {
   StartNext(station, at);     // 20
   ServeScreenSaver(station);  // 21
   WriteKept(station);
-  OpenBaseAgain(station);
+  LookForLostBase(station);
 }
 
 }  // namespace

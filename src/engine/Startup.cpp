@@ -16,6 +16,7 @@
 #include "reports/AirWrites.h"
 #include "settings/SerialInput.h"
 #include "settings/SideFiles.h"
+#include "station/BaseCompaction.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -59,6 +60,7 @@ void Guarded(Station& station, const char* name, Work work) {
 }
 
 void OpenBase(Station& station) {
+  FinishInterruptedChange(station);
   const bool created = station.base.OpenOrCreateDatabase();
   station.events.Base(created ? "created" : "opened");
 }
@@ -148,19 +150,6 @@ void LoadStationLists(Station& station) {
   LSPasseWord(station, "Load", password);
   LoadFileRealAudio(station);
   LoadLectureBase(station);
-}
-
-void CompactOnceAMonth(Station& station) {
-  constexpr const char* kLastCompactage = "LastCompactage";
-  const std::string today = DateText(station.Now());
-  const std::string last = station.platform.localValues.GetText(kLastCompactage, "");
-  if (last.size() >= 5 && last.substr(3, 2) == today.substr(3, 2)) return;
-  CompactageTriskin(station);
-  try {
-    station.platform.localValues.Set(kLastCompactage, today + " " + TimeText(station.Now()));
-  } catch (const std::exception&) {
-    LogCurrentException(station, "Form_Load");
-  }
 }
 
 void ObeyAutoPlay(Station& station) {

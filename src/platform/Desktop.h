@@ -17,13 +17,17 @@ class Clipboard {
 
 enum class Buttons { kOk, kOkCancel, kYesNo };
 enum class Answer { kOk, kCancel, kYes, kNo };
+enum class Icon { kNone, kInformation, kStop };
 
 // Asks or tells the operator. Without anybody to answer, a question gets its safe answer (no,
-// cancel) and never holds the air. Thread: the logic's; may yield to the event loop.
+// cancel) and never holds the air. What is only told stands until the operator has read it, and
+// nobody waits for that: a machine that comes up alone goes on air below it. Thread: the logic's;
+// may yield to the event loop.
 class MessageBoxes {
  public:
   virtual ~MessageBoxes() = default;
-  virtual Answer Show(const std::string& title, const std::string& text, Buttons buttons) = 0;
+  virtual Answer Show(const std::string& title, const std::string& text, Buttons buttons,
+                      Icon icon = Icon::kNone) = 0;
 };
 
 struct ScreenSize {

@@ -40,7 +40,10 @@ class Folder {
   // Overwrites bytes from `offset` on (0 is the first) and leaves all others; makes the file.
   virtual void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) = 0;
   virtual void Remove(std::string_view name) = 0;  // nothing when absent
+  // At one blow, over a file of that name; it survives a loss of power.
   virtual void Rename(std::string_view from, std::string_view to) = 0;
+  // Another one when the file was changed or replaced; empty when absent.
+  virtual std::string Stamp(std::string_view name) const = 0;
   // A folder inside this one, owned by it; the first file written there makes it.
   virtual Folder& Subfolder(std::string_view name) = 0;
   // Of the files in it, as they are written, in the order of their bytes; none without the folder.

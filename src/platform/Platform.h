@@ -3,6 +3,7 @@
 
 namespace zemo {
 
+class BaseUse;
 class Clipboard;
 class Clock;
 class EventLoop;
@@ -33,6 +34,7 @@ struct Platform {
   System& system;
   SerialPort& serial;  // the automaton's line
   Joystick& joystick;
+  BaseUse* baseUse = nullptr;  // null: nobody else works on the station's base
 };
 
 }  // namespace zemo

@@ -13,6 +13,7 @@
 #include "settings/SettingsControls.h"
 #include "settings/SideFileIo.h"
 #include "settings/SideFiles.h"
+#include "station/BaseCompaction.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -239,6 +240,13 @@ std::optional<std::string> EnterChFiltre(Station& station, std::string_view type
   if (!screen.filtreHeld) return Unread("Filtre");
   (screen.FiltreColumn == 0 ? screen.Filtre[row].first : screen.Filtre[row].second) = time;
   return std::nullopt;
+}
+
+void BtnIndex(Station& station) {
+  const Answer answer = station.platform.messages.Show(
+      "Alerte", "Vous devez être tout seul sur la base pour\r\néxecuter cette opération",
+      Buttons::kOkCancel, Icon::kStop);
+  if (answer == Answer::kOk) CompactageTriskin(station);
 }
 
 void BtnRech(Station& station) {

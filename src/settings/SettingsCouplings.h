@@ -45,6 +45,11 @@ std::optional<std::string> BtnInti(Station& station);
 // Enter in ChFiltre: its text, a time or nothing, into the selected cell.
 std::optional<std::string> EnterChFiltre(Station& station, std::string_view typed);
 
+// --- the base ---
+// Asks, and on OK repairs and compacts the base; the monthly compaction stays due as it was. The
+// only one that takes place while the engine runs.
+void BtnIndex(Station& station);
+
 // --- genres ---
 // The genres of the library that the list lacks join it; tells how many.
 void BtnRech(Station& station);

@@ -144,6 +144,10 @@ struct EngineState {
   // Faults that were logged lately, and when (monotonic ms): one that comes tick after tick does
   // not flood the log.
   std::map<std::string, int64_t> loggedFaults;
+
+  // --- a base dropped as "New.mdb" ---
+  std::string newBaseRefused;  // stamp of the file that cannot be the base: looked at once
+  std::string newBaseTold;     // stamp and fault that were logged last
 };
 
 }  // namespace zemo

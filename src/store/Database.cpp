@@ -116,6 +116,29 @@ Transaction::~Transaction() {
   }
 }
 
+// In this mode the lock of the first transaction stays; it needs no change of the file, so that no
+// journal comes into being.
+HeldDatabase::HeldDatabase(const std::string& path, int waitMs)
+    : connection_(std::make_unique<Connection>(path, false, EachWaits(waitMs))) {
+  connection_->ExecuteNow("PRAGMA locking_mode = EXCLUSIVE");
+  connection_->ExecuteNow("BEGIN EXCLUSIVE");
+  connection_->ExecuteNow("COMMIT");
+}
+
+HeldDatabase::~HeldDatabase() = default;
+
+void HeldDatabase::CopyTo(const std::string& to) {
+  if (DBEngine::DatabaseExists(to)) throw StoreError(kErrFileExists, to + " exists already");
+  connection_->Prepare("VACUUM INTO ?1").Bind(1, to).Run();
+  // The copy is written without waiting for the disk. One small stored change makes all of it safe
+  // before it takes the place of the original.
+  Connection copy(to, false, EachWaits(kBusyTimeoutMs));
+  copy.Begin();
+  copy.ExecuteNow("PRAGMA user_version = 2");
+  copy.ExecuteNow("PRAGMA user_version = 1");
+  copy.Commit();
+}
+
 bool DBEngine::DatabaseExists(const std::string& path) {
   return Connection::FileExists(path);
 }
@@ -135,18 +158,7 @@ std::unique_ptr<Database> DBEngine::OpenDatabase(const std::string& path, int bu
 }
 
 void DBEngine::CompactDatabase(const std::string& from, const std::string& to) {
-  if (DatabaseExists(to)) throw StoreError(kErrFileExists, to + " exists already");
-  {
-    Connection source(from, false, EachWaits(kBusyTimeoutMs));
-    source.Prepare("VACUUM INTO ?1").Bind(1, to).Run();
-  }
-  // The copy is written without waiting for the disk. One small stored change makes all of it safe
-  // before it takes the place of the original.
-  Connection copy(to, false, EachWaits(kBusyTimeoutMs));
-  copy.Begin();
-  copy.ExecuteNow("PRAGMA user_version = 2");
-  copy.ExecuteNow("PRAGMA user_version = 1");
-  copy.Commit();
+  HeldDatabase(from, kBusyTimeoutMs).CopyTo(to);
 }
 
 void DBEngine::RepairDatabase(const std::string& path) {

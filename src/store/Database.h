@@ -16,6 +16,7 @@ struct sqlite3;
 
 namespace zemo {
 
+class Connection;
 class RowView;
 class TableDefs;
 
@@ -74,6 +75,24 @@ class Transaction {
   bool committed_ = false;
 };
 
+// A base file from which every other connection is kept off, for reading and for writing, while it
+// is copied, renamed or replaced. What an interrupted writer left beside it is taken back first,
+// so that no journal is left to be played into the file that takes its place. Thread: the logic's.
+class HeldDatabase {
+ public:
+  // Throws StoreError: kErrLocked when others are at work on it for longer than `waitMs`.
+  HeldDatabase(const std::string& path, int waitMs);
+  ~HeldDatabase();
+  HeldDatabase(const HeldDatabase&) = delete;
+
+  // A copy without gaps, whose indexes are made anew; numbers once given stay given. All of it is
+  // on the disk when this comes back. `to` must not exist. Throws StoreError.
+  void CopyTo(const std::string& to);
+
+ private:
+  std::unique_ptr<Connection> connection_;
+};
+
 // File operations on whole databases. `path` is a path of this system. Throw StoreError.
 struct DBEngine {
   // One that is not open yet.
@@ -88,8 +107,7 @@ struct DBEngine {
   static std::unique_ptr<Database> OpenDatabase(const std::string& path,
                                                 int busyTimeoutMs = kBusyTimeoutMs);
   static bool DatabaseExists(const std::string& path);  // a file that is not empty, or a folder
-  // A copy without gaps, whose indexes are made anew; numbers once given stay given. `to` must not
-  // exist.
+  // HeldDatabase::CopyTo with the base held only as long as it takes.
   static void CompactDatabase(const std::string& from, const std::string& to);
   // Makes damaged indexes anew; kErrBadDatabase where more than an index is damaged.
   static void RepairDatabase(const std::string& path);

@@ -119,12 +119,11 @@ bool StationBase::OpenOrCreateDatabase() {
   return created;
 }
 
-bool StationBase::OpenAgainIfLost() {
+bool StationBase::OpenDatabaseIfLost() {
   if (IsOpen() && !database_->FileIsLost()) return false;
   if (!DBEngine::DatabaseExists(path_)) return false;
   database_->Open(false);
   cnfChecked_ = false;
-  OpenAllTables();
   return true;
 }
 

@@ -41,10 +41,10 @@ class StationBase {
   void Close();
 
   // Opens what stands at the path where the base is closed, or where its file was replaced or has
-  // failed (a share that went away and came back). True when it did; false when there is no need,
-  // or no file. What was open stays where the new one cannot be opened. Looks at the folder first:
-  // costs next to nothing where all is well.
-  bool OpenAgainIfLost();
+  // failed (a share that went away and came back). True when it did: the tables are to be opened
+  // then. False when there is no need, or no file. What was open stays where the new one cannot be
+  // opened. Looks at the folder first: costs next to nothing where all is well.
+  bool OpenDatabaseIfLost();
 
   // How long the operations wait for a lock of another process.
   LockWait& Waiting() { return *wait_; }

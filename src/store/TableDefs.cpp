@@ -130,9 +130,40 @@ void TableDefs::DeleteIndex(std::string_view table, std::string_view index) {
   }
 }
 
+void TableDefs::TakeOverNumbers(std::string_view from, std::string_view to) {
+  const std::string source = Existing(from).Name;
+  const TableDef target = Existing(to);
+  if (!target.AutoField()) return;
+  // A table of another tool may have given numbers without keeping the last.
+  Statement last =
+      connection_.Prepare("SELECT MAX(seq) FROM sqlite_sequence WHERE name IN (?1, ?2)");
+  last.Bind(1, source).Bind(2, target.Name);
+  if (!last.Step() || last.Int(0) == 0) return;
+  const Value number = last.Int(0);
+  connection_.Prepare("DELETE FROM sqlite_sequence WHERE name = ?1").Bind(1, target.Name).Run();
+  connection_.Prepare("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)")
+      .Bind(1, target.Name)
+      .Bind(2, number)
+      .Run();
+}
+
 void TableDefs::Change(const std::string& sql) {
   connection_.ExecuteNow(sql.c_str());
   connection_.StructureChanged();
+}
+
+StructureTransaction::StructureTransaction(TableDefs& tables) : connection_(tables.connection_) {
+  connection_.Begin();
+}
+
+StructureTransaction::~StructureTransaction() {
+  if (!connection_.InTransaction()) return;  // stored, or taken back already
+  connection_.Rollback();
+  connection_.StructureChanged();
+}
+
+void StructureTransaction::Commit() {
+  connection_.Commit();
 }
 
 }  // namespace zemo

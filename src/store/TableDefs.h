@@ -59,11 +59,27 @@ class TableDefs {
   void DeleteField(std::string_view table, std::string_view field);
   void AppendIndex(std::string_view table, const Index& index);  // kErrIndexExists
   void DeleteIndex(std::string_view table, std::string_view index);
+  // No number that `from` has given, to a row that is gone or not, is given again by `to`.
+  void TakeOverNumbers(std::string_view from, std::string_view to);
 
  private:
+  friend class StructureTransaction;
   TableDef Existing(std::string_view table);  // kErrNoSuchTable
   void Change(const std::string& sql);
 
+  Connection& connection_;
+};
+
+// Changes of structure and of rows that are stored together, at Commit, or not at all. Not inside
+// another transaction. Thread: the logic's.
+class StructureTransaction {
+ public:
+  explicit StructureTransaction(TableDefs& tables);  // throws StoreError
+  ~StructureTransaction();                           // without Commit: all is as it was
+  StructureTransaction(const StructureTransaction&) = delete;
+  void Commit();  // throws StoreError; all is as it was then
+
+ private:
   Connection& connection_;
 };
 

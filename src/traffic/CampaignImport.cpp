@@ -12,6 +12,7 @@
 #include "station/SideFileText.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "station/WaitPointer.h"
 #include "store/StoreError.h"
 #include "store/WholeTransaction.h"
 
@@ -40,19 +41,6 @@ class CampaignLine {
 
  private:
   std::vector<std::string_view> fields_;  // into the file's text
-};
-
-class BusyPointer {
- public:
-  explicit BusyPointer(MainScreen& screen) : screen_(screen), former_(screen.hourglass) {
-    screen_.hourglass = true;
-  }
-  ~BusyPointer() { screen_.hourglass = former_; }
-  BusyPointer(const BusyPointer&) = delete;
-
- private:
-  MainScreen& screen_;
-  const bool former_;
 };
 
 // In the order of the line's fields. The genre has none.
@@ -183,7 +171,7 @@ void ImportExportPubs(Station& station) {
   const std::string& name = station.files.ExportPubs;
   const std::optional<std::string> bytes = folder.Read(name);
   if (!bytes) return;
-  const BusyPointer busy(station.screen);
+  const WaitPointer wait(station.screen);
   const std::vector<std::string> lines = SplitLines(DecodeSideFile(*bytes));
   TakenMark mark(folder);
   const int32_t added = AddNewCampaigns(station, CutLines(station, lines), mark);

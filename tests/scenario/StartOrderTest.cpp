@@ -136,7 +136,22 @@ TEST(StartOrder, NoRapportFileMakesAProductionMachine) {
 TEST(StartOrder, ProductionMachineCreatesNoTable) {
   TestStation on;
   on.machineFolder.Write("NoRapport.txt", "");
-  EXPECT_THROW(Form_Load(on.station), StoreError);
+  EXPECT_THROW(Form_Load(on.station), StoreError);  // no settings to go by
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM sqlite_master"), "0");
+  EXPECT_EQ(on.First("base", "state", "rebuilt"), nullptr);
+}
+
+TEST(StartOrder, ProductionMachineDoesNotReplaceATableThatIsMissing) {
+  TestStation first;
+  first.Load();
+  first.Sql("DROP TABLE VT");
+  TestStation on;
+  on.stationFolder.Write("Triskin.MDB", *first.stationFolder.Read("Triskin.MDB"));
+  on.localValues.Set("PCProduction", "1");
+  on.Load();
+  EXPECT_TRUE(on.station.engine.ReportsDisabled);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM sqlite_master WHERE name = 'VT'"), "0");
+  EXPECT_EQ(on.Events("error").size(), 1U) << on.Describe();
 }
 
 TEST(StartOrder, EmptiedPipTableIsRefilled) {
@@ -160,16 +175,41 @@ TEST(StartOrder, SecondStartChangesNoRowAndNoStructure) {
   EXPECT_EQ(*on.stationFolder.Read("Triskin.MDB") == before, true);
 }
 
-TEST(StartOrder, LastCompactionIsStoredOnceAMonth) {
+TEST(StartOrder, CompactsInTheFirstStartOfAMonthAndKeepsTheMomentOnlyThen) {
   TestStation on("2026-11-21 12:00:00");
   on.localValues.Set("LastCompactage", "03/11/2026 08:00:00");
   on.Load();
+  EXPECT_EQ(on.First("base", "state", "compacted"), nullptr);
+  EXPECT_FALSE(on.stationFolder.Exists("Triskin.BAK"));
   EXPECT_EQ(on.localValues.GetText("LastCompactage", ""), "03/11/2026 08:00:00");
+  const std::string before = *on.stationFolder.Read("Triskin.MDB");
   on.localValues.Set("LastCompactage", "30/10/2026 08:00:00");
   Quitter(on.station);
   Station again(on.station.platform);
   Form_Load(again);
+  EXPECT_TRUE(*on.stationFolder.Read("Triskin.BAK") == before);
   EXPECT_EQ(on.localValues.GetText("LastCompactage", ""), "21/11/2026 12:00:00");
+}
+
+TEST(StartOrder, ACompactionThatFailsIsDueAtTheNextStart) {
+  TestStation on("2026-11-21 12:00:00");
+  const auto tool = [&] {
+    on.station.base.OpenOrCreateDatabase();
+    on.station.base.CreateMissingTables({});
+    on.station.base.OpenAllTables();
+    on.station.base.SeedFixedRows();
+    on.station.base.Close();
+    return DBEngine::OpenDatabase(on.station.base.Path());
+  }();
+  const auto reading = tool->OpenTable("Toph");
+  on.localValues.Set("LastCompactage", "30/10/2026 08:00:00");
+  tool->BeginTrans();  // held by another program, which writes nothing
+  ASSERT_TRUE(Form_Load(on.station));
+  tool->CommitTrans();
+  EXPECT_EQ(on.First("base", "state", "compacted"), nullptr);
+  EXPECT_NE(on.First("error", "where", "CompactageTriskin"), nullptr) << on.Describe();
+  EXPECT_EQ(on.localValues.GetText("LastCompactage", ""), "30/10/2026 08:00:00");
+  EXPECT_TRUE(on.station.base.IsOpen());
 }
 
 TEST(Closing, IsRefusedWithoutAMessageWhileRunning) {

@@ -39,10 +39,14 @@ class TempFolder {
 
 // Counts operations and fails the one with that number, once: the n-th fault of a sweep.
 struct FaultAt {
-  int number = 0;  // 1 for the first operation; 0 for no fault
-  int count = 0;   // operations so far
+  int number = 0;               // 1 for the first operation; 0 for no fault
+  int count = 0;                // operations so far
+  void (*instead)() = nullptr;  // of the fault
   void Count() {
-    if (++count == number)
+    if (++count != number) return;
+    if (instead)
+      instead();
+    else
       throw FileError("operation " + std::to_string(count) + " fails for the test");
   }
 };
@@ -75,11 +79,18 @@ class FaultyFolder : public LocalFolder {
     CountWrite(), LocalFolder::AppendDurably(name, bytes);
   }
   void Remove(std::string_view name) override {
+    fault.Count();
     if (removesFail) throw FileError(PathOf(name) + ": Permission denied");
     LocalFolder::Remove(name);
   }
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override {
     CountWrite(), LocalFolder::PutBytes(name, offset, bytes);
+  }
+  void Rename(std::string_view from, std::string_view to) override {
+    fault.Count(), LocalFolder::Rename(from, to);
+  }
+  std::string Stamp(std::string_view name) const override {
+    return fault.Count(), LocalFolder::Stamp(name);
   }
 
  private:

@@ -75,9 +75,10 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, const CheckO
                Findings& findings) {
   const std::string path = FindBase(station, findings);
   if (path.empty()) {
-    findings.Error("base", kBaseName, "is missing");
+    findings.Error("base", kBaseName, WhyBaseIsMissing(station));
     return;
   }
+  CheckBaseFiles(station, findings);
   if (const std::optional<std::string> why = WhyNoBaseFile(path)) {
     findings.Error("base", kBaseName, *why);
     return;

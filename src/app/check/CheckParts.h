@@ -13,6 +13,11 @@ namespace zemo {
 // Rights and room of the station's folder.
 void CheckFolder(const std::string& station, Findings& findings);
 
+// Why there is no base, with what a start makes of that.
+std::string WhyBaseIsMissing(const Folder& station);
+// A base that was handed over and cannot be taken, and what stands beside the base in its place.
+void CheckBaseFiles(const Folder& station, Findings& findings);
+
 // The lists and day files of the station's folder.
 void CheckSideFiles(const Folder& station, const SoundFiles& files, Findings& findings);
 

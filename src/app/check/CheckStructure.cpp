@@ -4,6 +4,7 @@
 #include "app/check/CheckParts.h"
 #include "station/TextForms.h"
 #include "store/Schema.h"
+#include "store/StructureUpgrade.h"
 
 namespace zemo {
 namespace {
@@ -55,12 +56,28 @@ bool HasAllFields(const ReadOnlyBase& base, const TableDef& wanted, Findings& fi
   return complete;
 }
 
+// A start compares the counts alone, and can make nothing anew beside a table of that name.
+void CheckUpgrade(const ReadOnlyBase& base, Findings& findings) {
+  for (const CheckedTable& table : kCheckedTables) {
+    const size_t present = FieldsInFile(base, table.name).size();
+    const size_t wanted = FindSchemaTable(table.name)->Fields.size();
+    if (present == 0 || present == wanted) continue;
+    findings.Warning("base", table.name,
+                     "has " + std::to_string(present) + " fields instead of " +
+                         std::to_string(wanted) + ": the next start makes it anew");
+  }
+  if (!FieldsInFile(base, kTempTable).empty())
+    findings.Warning("base", kTempTable,
+                     "is left of an upgrade that failed: no table is made anew beside it");
+}
+
 }  // namespace
 
 bool CheckStructure(const ReadOnlyBase& base, Findings& findings) {
   if (!SoundPages(base, findings)) return false;
   bool complete = true;
   for (const TableDef& table : SchemaTables()) complete &= HasAllFields(base, table, findings);
+  CheckUpgrade(base, findings);
   return complete;
 }
 

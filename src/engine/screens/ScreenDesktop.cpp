@@ -112,6 +112,18 @@ QMessageBox::StandardButtons ButtonsOf(Buttons buttons) {
   return QMessageBox::Ok;
 }
 
+QMessageBox::Icon IconOf(Icon icon) {
+  switch (icon) {
+    case Icon::kInformation:
+      return QMessageBox::Information;
+    case Icon::kStop:
+      return QMessageBox::Critical;
+    case Icon::kNone:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
 struct ButtonWord {
   QMessageBox::StandardButton button;
   const char* word;
@@ -129,13 +141,14 @@ ScreenMessageBoxes::~ScreenMessageBoxes() {
 }
 
 QMessageBox* ScreenMessageBoxes::Make(const std::string& title, const std::string& text,
-                                      Buttons buttons, QWidget* parent) {
+                                      Buttons buttons, Icon icon, QWidget* parent) {
   auto* box = new QMessageBox(parent);
   box->setObjectName(QStringLiteral("Alerte"));
   box->setWindowTitle(QString::fromStdString(title));
   box->setTextFormat(Qt::PlainText);
   box->setText(QString::fromStdString(text));
   box->setStandardButtons(ButtonsOf(buttons));
+  box->setIcon(IconOf(icon));
   for (const auto& [button, word] : kButtonWords)
     if (QAbstractButton* made = box->button(button))
       made->setText(QString::fromStdString(ScreenWord(word, langue_)));
@@ -149,12 +162,12 @@ void ScreenMessageBoxes::SetWindow(QWidget* window, std::function<bool()> mayWai
 
 // Nobody's child, so that a dialogue over the main screen bars no box, and without the keyboard,
 // which stays with the main screen and its keys.
-void ScreenMessageBoxes::Tell(const std::string& title, const std::string& text) {
+void ScreenMessageBoxes::Tell(const std::string& title, const std::string& text, Icon icon) {
   for (QMessageBox* open : open_)
     if (open->windowTitle() == QString::fromStdString(title) &&
         open->text() == QString::fromStdString(text))
       return open->raise();
-  QMessageBox* box = Make(title, text, Buttons::kOk, nullptr);
+  QMessageBox* box = Make(title, text, Buttons::kOk, icon, nullptr);
   if (window_) box->setStyleSheet(window_->styleSheet());
   box->setWindowFlag(Qt::WindowStaysOnTopHint);
   box->setAttribute(Qt::WA_ShowWithoutActivating, window_ && window_->isVisible());
@@ -166,15 +179,15 @@ void ScreenMessageBoxes::Tell(const std::string& title, const std::string& text)
 }
 
 Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& text,
-                                Buttons buttons) {
+                                Buttons buttons, Icon icon) {
   const Answer safe = buttons == Buttons::kYesNo      ? Answer::kNo
                       : buttons == Buttons::kOkCancel ? Answer::kCancel
                                                       : Answer::kOk;
   if (buttons == Buttons::kOk || !mayWait_ || !mayWait_()) {
-    Tell(title, text);
+    Tell(title, text, icon);
     return safe;
   }
-  QMessageBox* box = Make(title, text, buttons, window_);
+  QMessageBox* box = Make(title, text, buttons, icon, window_);
   box->setDefaultButton(buttons == Buttons::kYesNo ? QMessageBox::No : QMessageBox::Cancel);
   const QPointer<QMessageBox> guard(box);
   const int answer = box->exec();

@@ -58,13 +58,14 @@ class ScreenMessageBoxes : public MessageBoxes {
   // `mayWait` tells whether the loop serves everything while a box is answered; none: it does not.
   void SetWindow(QWidget* window, std::function<bool()> mayWait);
   void SetLanguage(int langue) { langue_ = langue; }  // of the buttons; French before
-  Answer Show(const std::string& title, const std::string& text, Buttons buttons) override;
+  Answer Show(const std::string& title, const std::string& text, Buttons buttons,
+              Icon icon = Icon::kNone) override;
   void WaitUntilRead();  // of the boxes that stand open
 
  private:
-  QMessageBox* Make(const std::string& title, const std::string& text, Buttons buttons,
+  QMessageBox* Make(const std::string& title, const std::string& text, Buttons buttons, Icon icon,
                     QWidget* parent);
-  void Tell(const std::string& title, const std::string& text);
+  void Tell(const std::string& title, const std::string& text, Icon icon);
 
   QPointer<QWidget> window_;
   std::function<bool()> mayWait_;

@@ -56,7 +56,9 @@ const char* AnswerWord(Answer answer) {
   return "ok";
 }
 
-Answer SimMessageBoxes::Show(const std::string& title, const std::string& text, Buttons buttons) {
+Answer SimMessageBoxes::Show(const std::string& title, const std::string& text, Buttons buttons,
+                             Icon icon) {
+  lastIcon_ = icon;
   Answer answer = SafeAnswer(buttons);
   // A box with nothing to choose leaves the scripted answer to the next question.
   if (buttons != Buttons::kOk && !answers_.empty()) {

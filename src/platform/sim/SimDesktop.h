@@ -32,10 +32,13 @@ class SimMessageBoxes : public MessageBoxes {
   std::function<void(const std::string& title, const std::string& text, Buttons, Answer)> shown;
 
   void AnswerNext(Answer answer) { answers_.push_back(answer); }
-  Answer Show(const std::string& title, const std::string& text, Buttons buttons) override;
+  Answer Show(const std::string& title, const std::string& text, Buttons buttons,
+              Icon icon = Icon::kNone) override;
+  Icon LastIcon() const { return lastIcon_; }  // of the box shown last
 
  private:
   std::deque<Answer> answers_;
+  Icon lastIcon_ = Icon::kNone;
 };
 
 class SimKeyboard : public Keyboard {

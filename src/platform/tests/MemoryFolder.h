@@ -63,6 +63,10 @@ class MemoryFolder : public Folder {
     Remove(from);
     Write(to, bytes);
   }
+  std::string Stamp(std::string_view name) const override {
+    const auto found = Find(name);
+    return found == files.end() ? std::string() : std::to_string(writes) + " " + found->second;
+  }
   Folder& Subfolder(std::string_view name) override {
     auto& folder = subfolders_[LowerAscii(name)];
     if (!folder) folder = std::make_unique<MemoryFolder>();

@@ -83,7 +83,8 @@ struct NoDesktop : Clipboard, MessageBoxes, Keyboard, System {
 
   std::string Text() const override { return {}; }
   void SetText(const std::string&) override {}
-  Answer Show(const std::string& title, const std::string& text, Buttons) override {
+  Answer Show(const std::string& title, const std::string& text, Buttons,
+              Icon = Icon::kNone) override {
     shown.emplace_back(title, text);
     return Answer::kOk;
   }

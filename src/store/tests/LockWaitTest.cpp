@@ -133,10 +133,11 @@ TEST_F(LostBase, AFileReplacedByRenameIsTakenUpAndWhoHoldsATableSeesTheNewOne) {
   EXPECT_EQ(cards.Text("AUTEUR"), "OLD");
   EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 1600);
   const int64_t counter = Db().ChangeCounter();
-  EXPECT_FALSE(base->OpenAgainIfLost()) << "nothing is lost yet";
+  EXPECT_FALSE(base->OpenDatabaseIfLost()) << "nothing is lost yet";
   ReplaceFile("NEW");
-  EXPECT_TRUE(base->OpenAgainIfLost());
-  EXPECT_FALSE(base->OpenAgainIfLost());
+  EXPECT_TRUE(base->OpenDatabaseIfLost());
+  EXPECT_FALSE(base->OpenDatabaseIfLost());
+  base->OpenAllTables();
   cards.MoveFirst();
   EXPECT_EQ(cards.Text("AUTEUR"), "NEW");
   EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 777);
@@ -148,11 +149,11 @@ TEST_F(LostBase, AFileReplacedByRenameIsTakenUpAndWhoHoldsATableSeesTheNewOne) {
 TEST_F(LostBase, AFileThatWentAwayLeavesTheHandleUntilThereIsAnother) {
   AddCard("OLD");
   std::filesystem::rename(BasePath(), PathOf("gone"));
-  EXPECT_FALSE(base->OpenAgainIfLost());
+  EXPECT_FALSE(base->OpenDatabaseIfLost());
   EXPECT_EQ(base->CountRecords("Discotheque"), 1) << "what was read is still read";
   EXPECT_EQ(ErrorOf([&] { AddCard("LOST"); }), kErrReadOnly);
   std::filesystem::rename(PathOf("gone"), BasePath());
-  EXPECT_FALSE(base->OpenAgainIfLost()) << "it is the same file";
+  EXPECT_FALSE(base->OpenDatabaseIfLost()) << "it is the same file";
   AddCard("AGAIN");
   EXPECT_EQ(base->CountRecords("Discotheque"), 2);
 }
@@ -164,7 +165,7 @@ TEST_F(LostBase, WhatIsNoBaseDoesNotTakeTheOldOnesPlace) {
   ASSERT_NE(file, nullptr);
   std::fputs("This is a text and no database, however long it may be written on and on.", file);
   std::fclose(file);
-  EXPECT_EQ(ErrorOf([&] { base->OpenAgainIfLost(); }), kErrBadDatabase);
+  EXPECT_EQ(ErrorOf([&] { base->OpenDatabaseIfLost(); }), kErrBadDatabase);
   EXPECT_TRUE(base->IsOpen());
   EXPECT_EQ(base->CountRecords("Discotheque"), 1);
 }
@@ -172,7 +173,7 @@ TEST_F(LostBase, WhatIsNoBaseDoesNotTakeTheOldOnesPlace) {
 TEST_F(LostBase, AClosedBaseOpensWhenItsFileIsThere) {
   AddCard("OLD");
   base->Close();
-  EXPECT_TRUE(base->OpenAgainIfLost());
+  EXPECT_TRUE(base->OpenDatabaseIfLost());
   EXPECT_EQ(base->CountRecords("Discotheque"), 1);
 }
 

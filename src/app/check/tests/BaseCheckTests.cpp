@@ -149,7 +149,50 @@ TEST_F(BaseCheck, SettingsInAnotherOrderAreFound) {
   Sql("CREATE TABLE Other AS SELECT PmixPubs, * FROM Cnf; DROP TABLE Cnf; "
       "ALTER TABLE Other RENAME TO Cnf");
   const Lines lines = Found();
-  EXPECT_EQ(lines, Lines{"base: Cnf: field 1 is PmixPubs and should be PmixDef"});
+  EXPECT_EQ(lines, (Lines{"base: Cnf: field 1 is PmixPubs and should be PmixDef",
+                          "base: Cnf: has 51 fields instead of 50: the next start makes it anew "
+                          "(warning)"}));
+}
+
+TEST_F(BaseCheck, ATableOfAnOlderVersionAndWhatAnUpgradeLeftAreFound) {
+  Sql("ALTER TABLE Toph ADD COLUMN REMARK TEXT; CREATE TABLE TBTEMP (A TEXT)");
+  EXPECT_EQ(Found(),
+            (Lines{"base: Toph: has 6 fields instead of 5: the next start makes it anew (warning)",
+                   "base: TBTEMP: is left of an upgrade that failed: no table is made anew beside "
+                   "it (warning)"}));
+}
+
+TEST_F(BaseCheck, ABaseThatIsHandedOverIsLookedAt) {
+  folder_.Put("station/new.MDB", std::string(3000, 'x'));
+  EXPECT_EQ(Found(), Lines{"base: New.mdb: cannot take the place of the base: is not a database "
+                           "(warning)"});
+  fs::copy_file(Base(), Path("new.MDB"), fs::copy_options::overwrite_existing);
+  EXPECT_EQ(Found(), Lines{});  // it only waits for the next title
+  const OtherProcess writer(Path("new.MDB"), "DROP TABLE Pls");
+  EXPECT_EQ(Found(), Lines{"base: New.mdb: cannot take the place of the base: lacks the table Pls "
+                           "(warning)"});
+}
+
+TEST_F(BaseCheck, AMissingBaseIsToldWithWhatAStartMakesOfIt) {
+  fs::rename(Base(), Path("Triskin.BAK"));
+  EXPECT_EQ(Found(), Lines{"base: Triskin.MDB: is missing: the next start makes an empty one, "
+                           "although Triskin.BAK holds the base before its last change"});
+  folder_.Put("station/New.mdb", "no base");
+  EXPECT_EQ(Found(),
+            Lines{"base: Triskin.MDB: is missing: the next start puts Triskin.BAK in its place"});
+  fs::copy_file(Path("Triskin.BAK"), Path("New.mdb"), fs::copy_options::overwrite_existing);
+  EXPECT_EQ(Found(),
+            Lines{"base: Triskin.MDB: is missing: the next start puts New.mdb in its place"});
+  fs::copy_file(Path("Triskin.BAK"), Path("TriskinN.MDB"));
+  EXPECT_EQ(Found(),
+            Lines{"base: Triskin.MDB: is missing: the next start puts TriskinN.MDB in its place"});
+  EXPECT_FALSE(fs::exists(Base()));
+}
+
+TEST_F(BaseCheck, TheCopyOfAnInterruptedCompactionIsFound) {
+  folder_.Put("station/TriskinN.MDB", "half");
+  EXPECT_EQ(Found(), Lines{"base: TriskinN.MDB: is left of a compaction that was interrupted; the "
+                           "next one removes it (warning)"});
 }
 
 TEST_F(BaseCheck, SettingsHaveOneRow) {

@@ -38,6 +38,34 @@ TEST_F(Screen, WhatIsToldStandsInABoxAndNobodyWaits) {
   EXPECT_EQ(box->text(), "hello");
 }
 
+// A start tells before there is a window, and a machine that comes up alone has nobody to read it.
+TEST_F(Screen, WhatAStartTellsStandsOnTheScreenWhileTheAirBegins) {
+  ScreenMessageBoxes boxes;
+  EXPECT_EQ(boxes.Show("", "upgraded", Buttons::kOk, Icon::kInformation), Answer::kOk);
+  Open();
+  boxes.SetWindow(window.get(), [] { return true; });
+  on.Start();
+  on.RunUntil(1000);
+  EXPECT_TRUE(on.station.engine.IsRunning);
+  ASSERT_TRUE(Told());
+  EXPECT_EQ(Told()->text(), "upgraded");
+  EXPECT_EQ(Told()->icon(), QMessageBox::Information);
+  EXPECT_TRUE(Told()->windowFlags() & Qt::WindowStaysOnTopHint);
+}
+
+TEST_F(Screen, AQuestionOfRiskHasAStopIcon) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  QTimer::singleShot(0, [&] {
+    auto* question = window->findChild<QMessageBox*>("Alerte");
+    ASSERT_TRUE(question);
+    EXPECT_EQ(question->icon(), QMessageBox::Critical);
+    question->reject();
+  });
+  EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kOkCancel, Icon::kStop), Answer::kCancel);
+}
+
 TEST_F(Screen, AQuestionIsAnsweredByTheOperatorWhileTheLoopRuns) {
   Open();
   ScreenMessageBoxes boxes;

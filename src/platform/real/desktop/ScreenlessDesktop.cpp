@@ -25,8 +25,8 @@ std::string OneLine(std::string text) {
 }  // namespace
 
 Answer ScreenlessMessageBoxes::Show(const std::string& title, const std::string& text,
-                                    Buttons buttons) {
-  const std::string line = OneLine(title + ": " + text);
+                                    Buttons buttons, Icon) {
+  const std::string line = OneLine(title.empty() ? text : title + ": " + text);
   std::fprintf(stderr, "zemoradio: message: %s\n", line.c_str());
   switch (buttons) {
     case Buttons::kOk:

@@ -18,10 +18,12 @@ class ScreenlessClipboard : public Clipboard {
   std::string text_;
 };
 
-// One line on standard error, "zemoradio: message: TITLE: TEXT", and the safe answer.
+// One line on standard error, "zemoradio: message: TITLE: TEXT" (the text alone under an empty
+// title), and the safe answer.
 class ScreenlessMessageBoxes : public MessageBoxes {
  public:
-  Answer Show(const std::string& title, const std::string& text, Buttons buttons) override;
+  Answer Show(const std::string& title, const std::string& text, Buttons buttons,
+              Icon icon = Icon::kNone) override;
 };
 
 class ScreenlessKeyboard : public Keyboard {

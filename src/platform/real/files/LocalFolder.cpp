@@ -67,7 +67,11 @@ void LocalFolder::Rename(std::string_view from, std::string_view to) {
   const std::string source = PathOf(from);
   const std::string target = ToWrite(to);
   // A file that is only to change its case is found under its new name as well.
-  RenameFile(source, target == source ? path_ + std::string(to) : target);
+  RenameFile(source, target == source ? path_ + std::string(to) : target, disk_);
+}
+
+std::string LocalFolder::Stamp(std::string_view name) const {
+  return IsPlainName(name) ? FileStamp(PathOf(name)) : std::string();
 }
 
 Folder& LocalFolder::Subfolder(std::string_view name) {

@@ -207,8 +207,20 @@ void RemoveFile(const std::string& path) {
   if (::unlink(path.c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) Fail(path, errno);
 }
 
-void RenameFile(const std::string& from, const std::string& to) {
+void RenameFile(const std::string& from, const std::string& to, const DiskSync& disk) {
   if (::rename(from.c_str(), to.c_str()) != 0) Fail(from + " to " + to, errno);
+  try {
+    SyncFolderOf(to, disk);
+  } catch (const FileError&) {
+    // It has its new name: whoever takes that back would have neither.
+  }
+}
+
+std::string FileStamp(const std::string& path) {
+  struct stat status;
+  if (::stat(path.c_str(), &status) != 0) return {};
+  return std::to_string(status.st_ino) + " " + std::to_string(status.st_size) + " " +
+         std::to_string(status.st_mtim.tv_sec) + "." + std::to_string(status.st_mtim.tv_nsec);
 }
 
 }  // namespace zemo

@@ -50,6 +50,9 @@ void AppendToFileDurably(const std::string& path, std::string_view bytes,
 // In place: bytes from `offset` on, all others as they were.
 void PutIntoFile(const std::string& path, int64_t offset, std::string_view bytes);
 void RemoveFile(const std::string& path);  // nothing when absent
-void RenameFile(const std::string& from, const std::string& to);
+// The new name is on the disk when this comes back; the file's bytes are the writer's to sync.
+void RenameFile(const std::string& from, const std::string& to, const DiskSync& disk = kDiskSync);
+// Which file stands there, how long it is and when it was changed last; empty when absent.
+std::string FileStamp(const std::string& path);
 
 }  // namespace zemo

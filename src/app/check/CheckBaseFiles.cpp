@@ -1,0 +1,31 @@
+// What stands beside the base: a base that is handed over, and what a change of the base left.
+#include "app/check/CheckParts.h"
+#include "engine/BaseMaintenance.h"
+#include "station/BaseFiles.h"
+#include "store/StationFile.h"
+
+namespace zemo {
+
+std::string WhyBaseIsMissing(const Folder& station) {
+  const std::string file = FileForMissingBase(station);
+  if (!file.empty()) return "is missing: the next start puts " + file + " in its place";
+  if (station.Exists(BaseFile::kBackup))
+    return std::string("is missing: the next start makes an empty one, although ") +
+           BaseFile::kBackup + " holds the base before its last change";
+  return "is missing";
+}
+
+void CheckBaseFiles(const Folder& station, Findings& findings) {
+  if (station.Exists(BaseFile::kNew)) {
+    const std::string path = station.PathOf(BaseFile::kNew);
+    const std::string why = WhyNoStationBase(path);
+    if (!why.empty())
+      findings.Warning("base", BaseFile::kNew,
+                       "cannot take the place of the base:" + why.substr(path.size()));
+  }
+  if (station.Exists(BaseFile::kCopy))
+    findings.Warning("base", BaseFile::kCopy,
+                     "is left of a compaction that was interrupted; the next one removes it");
+}
+
+}  // namespace zemo

@@ -1,0 +1,148 @@
+// The base "New.mdb" that another machine dropped takes the place of the station's. What holds at
+// every step, so that a loss of power between any two leaves a whole base: the new file has passed
+// its check before the old one is touched; between the two renames it is the only one, and the
+// start finishes what was begun.
+#include <exception>
+#include <optional>
+#include <string>
+
+#include "engine/BaseMaintenance.h"
+#include "engine/OperatorControls.h"
+#include "platform/BaseUse.h"
+#include "platform/Folder.h"
+#include "station/BaseFiles.h"
+#include "station/Station.h"
+#include "station/WaitPointer.h"
+#include "store/StationFile.h"
+#include "store/StoreError.h"
+#include "traffic/CampaignImport.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr const char* kRoutine = "SurveilleNewBase";
+
+// Once for the same file and fault; it is tried again at each element.
+void TellOnce(Station& station, const std::string& stamp, const std::exception& error) {
+  std::string told = stamp + "\t" + error.what();
+  if (told == station.engine.newBaseTold) return;
+  LogCurrentException(station, kRoutine);
+  station.engine.newBaseTold = std::move(told);
+}
+
+// A base that is damaged past all opening may be replaced as well: nobody works with it.
+void HoldOld(const std::string& path, std::optional<HeldDatabase>& held) {
+  try {
+    held.emplace(path, 0);
+  } catch (const StoreError& error) {
+    if (error.Number() != kErrBadDatabase) throw;
+  }
+}
+
+// With the base closed.
+void ExchangeFiles(Station& station) {
+  Folder& folder = station.platform.stationFolder;
+  const std::string& path = station.base.Path();
+  std::optional<HeldDatabase> held;
+  const bool hadBase = DBEngine::DatabaseExists(path);
+  if (hadBase) HoldOld(path, held);
+  // The copy of a compaction that failed must not be found in the place of this base.
+  RemoveBaseFile(station, BaseFile::kCopy);
+  if (hadBase) SetBaseAside(station);
+  try {
+    folder.Rename(BaseFile::kNew, BaseFileName(station));
+  } catch (const FileError&) {
+    if (hadBase) folder.Rename(BaseFile::kBackup, BaseFileName(station));
+    throw;
+  }
+}
+
+void GoOnWithTheOldBase(Station& station) {
+  try {
+    OpenBaseAgain(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, kRoutine);
+  }
+}
+
+void TakeNewBase(Station& station) {
+  const std::string path = station.platform.stationFolder.PathOf(BaseFile::kNew);
+  if (const BaseUse* use = station.platform.baseUse)
+    if (const std::string other = use->OtherUser(path); !other.empty())
+      throw StoreError(kErrLocked, other);
+  const BaseAlone alone(station, 0);
+  const WaitPointer wait(station.screen);
+  station.base.Close();
+  try {
+    ExchangeFiles(station);
+  } catch (const std::exception&) {
+    GoOnWithTheOldBase(station);
+    throw;
+  }
+  OpenBaseAgain(station);
+  station.events.Base("swapped");
+  LoadShortcutTable(station);
+}
+
+void LookForNewBase(Station& station) {
+  const Folder& folder = station.platform.stationFolder;
+  EngineState& engine = station.engine;
+  const std::string stamp = folder.Stamp(BaseFile::kNew);
+  if (stamp.empty() || stamp == engine.newBaseRefused) return;
+  try {
+    if (const std::string why = WhyNoStationBase(folder.PathOf(BaseFile::kNew)); !why.empty()) {
+      engine.newBaseRefused = stamp;
+      throw StoreError(kErrBadDatabase, why);
+    }
+    TakeNewBase(station);
+  } catch (const std::exception& error) {
+    TellOnce(station, stamp, error);
+  }
+}
+
+}  // namespace
+
+// A copy of a compaction stands there only until the renames are done, so that it is newer than the
+// others.
+std::string FileForMissingBase(const Folder& station) {
+  for (const char* name : {BaseFile::kCopy, BaseFile::kNew})
+    if (station.Exists(name) && WhyNoStationBase(station.PathOf(name)).empty()) return name;
+  // Set aside by a change whose new file is damaged: the old base is better than none.
+  const bool changing = station.Exists(BaseFile::kCopy) || station.Exists(BaseFile::kNew);
+  return changing && station.Exists(BaseFile::kBackup) ? BaseFile::kBackup : std::string();
+}
+
+void FinishInterruptedChange(Station& station) {
+  try {
+    if (DBEngine::DatabaseExists(station.base.Path())) return;
+    Folder& folder = station.platform.stationFolder;
+    const std::string file = FileForMissingBase(folder);
+    if (file.empty()) return;
+    const std::string name = BaseFileName(station);
+    const std::string journal = name + BaseFile::kJournal;
+    const std::string backupJournal = std::string(BaseFile::kBackup) + BaseFile::kJournal;
+    // No journal may be played into a base that it is not of.
+    if (file != BaseFile::kBackup)
+      folder.Remove(journal);
+    else if (folder.Exists(backupJournal))
+      folder.Rename(backupJournal, journal);
+    folder.Rename(file, name);
+    LogError(station, "OpenOrCreateDatabase", kErrNoSuchFile,
+             name + " was missing after an interrupted change: " + file + " has taken its place");
+    if (file == BaseFile::kNew) station.events.Base("swapped");
+  } catch (const std::exception&) {
+    LogCurrentException(station, "OpenOrCreateDatabase");
+  }
+}
+
+void SurveilleNewBase(Station& station) {
+  try {
+    LookForNewBase(station);
+    if (station.base.IsOpen()) ImportExportPubs(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, kRoutine);
+  }
+}
+
+}  // namespace zemo

@@ -1,0 +1,86 @@
+#include "station/BaseFiles.h"
+
+#include "platform/BaseUse.h"
+#include "platform/Folder.h"
+#include "station/DayGrid.h"
+#include "station/Station.h"
+#include "store/StoreError.h"
+
+namespace zemo {
+
+namespace {
+
+void ForgetBase(Station& station) {
+  station.base.CheckCnf();
+  station.requests.report.known = false;
+  station.requests.reportArtists.known = false;
+  // Its breaks keep firing until the tick has composed it anew.
+  if (station.GPubJour.RowCount() > 0) station.GPubJour.SetCell(0, GridCol::kDateStamp, "");
+}
+
+void OpenTables(Station& station) {
+  try {
+    station.base.OpenAllTables();
+  } catch (const StoreError&) {
+    LogCurrentException(station, "OpenAllTables");
+  }
+}
+
+}  // namespace
+
+std::string BaseFileName(const Station& station) {
+  const std::string& path = station.base.Path();
+  const size_t slash = path.rfind('/');
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+BaseAlone::BaseAlone(Station& station, int waitMs) : station_(station) {
+  BaseUse* use = station.platform.baseUse;
+  if (use)
+    if (const std::string other = use->TakeAlone(station.base.Path()); !other.empty())
+      throw StoreError(kErrLocked, other);
+  try {
+    if (DBEngine::DatabaseExists(station.base.Path())) HeldDatabase(station.base.Path(), waitMs);
+  } catch (const StoreError& error) {
+    if (error.Number() != kErrLocked) return;  // whoever works on it will tell
+    if (use) use->Share();
+    throw;
+  }
+}
+
+BaseAlone::~BaseAlone() {
+  if (station_.platform.baseUse) station_.platform.baseUse->Share();
+}
+
+void RemoveBaseFile(Station& station, const std::string& name) {
+  station.platform.stationFolder.Remove(name);
+  station.platform.stationFolder.Remove(name + BaseFile::kJournal);
+}
+
+void SetBaseAside(Station& station) {
+  Folder& folder = station.platform.stationFolder;
+  const std::string name = BaseFileName(station);
+  RemoveBaseFile(station, BaseFile::kBackup);
+  const std::string journal = name + BaseFile::kJournal;
+  if (folder.Exists(journal))
+    folder.Rename(journal, std::string(BaseFile::kBackup) + BaseFile::kJournal);
+  folder.Rename(name, BaseFile::kBackup);
+}
+
+void OpenBaseAgain(Station& station) {
+  ForgetBase(station);
+  if (!DBEngine::DatabaseExists(station.base.Path()))
+    throw StoreError(kErrNoSuchFile, station.base.Path() + " is missing: the base stays closed");
+  station.base.OpenOrCreateDatabase();
+  OpenTables(station);
+}
+
+bool OpenLostBase(Station& station) {
+  const NoLockWait atOnce(station.base.Waiting());
+  if (!station.base.OpenDatabaseIfLost()) return false;
+  ForgetBase(station);
+  OpenTables(station);
+  return true;
+}
+
+}  // namespace zemo

@@ -1,0 +1,53 @@
+// The files beside the station's base while another one takes its place, and what every such change
+// does before and after. All of them stand in the station's folder.
+#pragma once
+
+#include <string>
+
+namespace zemo {
+
+struct Station;
+
+namespace BaseFile {
+inline constexpr char kBackup[] = "Triskin.BAK";     // the base before the last change
+inline constexpr char kCopy[] = "TriskinN.MDB";      // of a compaction, until it is the base
+inline constexpr char kCopyLock[] = "TriskinN.LDB";  // its lock file
+inline constexpr char kNew[] = "New.mdb";            // dropped to take the base's place
+inline constexpr char kJournal[] = "-journal";       // behind a base's name: of a write under way
+}  // namespace BaseFile
+
+// Name of the base in the station's folder, in the spelling that it has there.
+std::string BaseFileName(const Station& station);
+
+// The base is this program's alone while this stands. Thread: the logic's.
+class BaseAlone {
+ public:
+  // A tool that is at work on the base is waited for, at most `waitMs`. Throws StoreError
+  // kErrLocked, which names who else has it.
+  BaseAlone(Station& station, int waitMs);
+  ~BaseAlone();
+  BaseAlone(const BaseAlone&) = delete;
+
+ private:
+  Station& station_;
+};
+
+// A file that is a base, with the journal that may stand beside it. Throws FileError.
+void RemoveBaseFile(Station& station, const std::string& name);
+
+// Keeps the base as it was under "Triskin.BAK", in the place of the one before it. A journal that
+// nobody has taken back goes with the file it belongs to. Throws FileError.
+void SetBaseAside(Station& station);
+
+// The base is opened again under its name, with the tables that it has (one that is missing is
+// logged); without a file of that name it stays closed. Nothing that was known of the former file
+// is believed any more: settings, counts, what the requests know of the report, the day's grid.
+// Throws StoreError.
+void OpenBaseAgain(Station& station);
+
+// The same where the base is closed or its file is no longer the one that was opened; true when it
+// was. Waits for no lock. Throws StoreError where what stands there cannot be opened: what was open
+// stays.
+bool OpenLostBase(Station& station);
+
+}  // namespace zemo
