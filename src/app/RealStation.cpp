@@ -7,7 +7,8 @@ namespace zemo {
 
 namespace {
 constexpr int kSoundPollMs = 20;
-}
+constexpr int kErrSound = 321;  // a sound file or device that cannot be used
+}  // namespace
 
 RealStation::RealStation(const std::string& stationPath, const std::string& machinePath,
                          const OutputSpec& output, const DesktopParts& desktop, SoundNotice notice)
@@ -17,7 +18,13 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
       localValues(machineFolder),
       soundFiles(machineFolder),
       lengths(opener, soundFiles),
-      sound(MakeRealSoundChain(opener, output, std::move(notice))),
+      sound(MakeRealSoundChain(opener, output,
+                               [this, notice = std::move(notice)](const std::string& line) {
+                                 if (stands_)
+                                   LogError(station, "Sound", kErrSound, line);
+                                 else if (notice)
+                                   notice(line);
+                               })),
       devices(sound.get()),
       serial(localValues, clock),
       joystick(loop),
@@ -36,6 +43,7 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .serial = serial,
                        .joystick = joystick,
                        .baseUse = &baseLock}) {
+  stands_ = true;
   loop.SetIdle([this] { sound->Poll(); }, kSoundPollMs);
 }
 

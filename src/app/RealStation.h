@@ -45,11 +45,16 @@ struct ScreenlessMachine {
 // Needs Qt's application. Thread: the logic's.
 class RealStation {
  public:
-  // `notice` hears of the output. Throws SoundError when the output's file cannot be made.
+  // What happens to the output goes to the error log; `notice` hears what there is to say before
+  // the station stands. Throws SoundError when the output's file cannot be made.
   RealStation(const std::string& stationPath, const std::string& machinePath,
               const OutputSpec& output, const DesktopParts& desktop, SoundNotice notice);
   ~RealStation();
 
+ private:
+  bool stands_ = false;  // the station does, and its log
+
+ public:
   RealClock clock;
   RealEventLoop loop;
   BaseLock baseLock;

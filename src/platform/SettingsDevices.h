@@ -20,7 +20,7 @@ class SettingsDevices {
   virtual std::vector<std::string> OutputNames() = 0;  // in device order
   // Of the same devices, what each is known again by when others come and go.
   virtual std::vector<std::string> OutputKeys() { return OutputNames(); }
-  virtual void SelectOutput(int device) = 0;           // of the broadcast, from 0
+  virtual void SelectOutput(int device) = 0;  // of the broadcast, from 0
   virtual bool PrelistenClosed() const = 0;
   virtual void SelectPrelisten(int device) = 0;
 };

@@ -97,9 +97,13 @@ TEST_F(Devices, ARunWithoutItsChosenDeviceSaysSoAndGoesOn) {
   MakeStation({5}, true);
   const Result run = Run("run --station station --machine machine --output device:nowhere --for 3");
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err,
-            "zemoradio: nowhere: no such sound device on this machine: the air goes on unheard "
-            "until it is back\n");
+  EXPECT_EQ(
+      run.err,
+      "zemoradio: Sound: nowhere: no such sound device on this machine: the air goes on unheard "
+      "until it is back\n");
+  const std::string log = ReadText(root_ / "station/Messages.Txt");
+  EXPECT_NE(log.find("\tSound\t321\tnowhere: no such sound device"), std::string::npos) << log;
+  EXPECT_EQ(LinesOf(log).size(), 1u) << log;
   EXPECT_NE(run.out.find("Title 1"), std::string::npos);
 }
 

@@ -251,6 +251,8 @@ class PulseDevice final : public OutputDevice {
     if (info->default_sink_name == device.defaultKey_) return;
     device.defaultKey_ = info->default_sink_name;
     if (pa_stream_get_state(device.stream_) != PA_STREAM_READY) return;
+    // PipeWire does not tell of a move that it made by itself.
+    Forget(pa_context_get_sink_info_by_name(context, info->default_sink_name, OnMovedTo, self));
     const char* now = pa_stream_get_device_name(device.stream_);
     if (now != nullptr && device.defaultKey_ == now) return;
     Forget(pa_context_move_sink_input_by_name(context, pa_stream_get_index(device.stream_),

@@ -159,6 +159,22 @@ TEST_P(SoundServers, ASinkThatIsTakenAwayAndPutBackIsHeardAgain) {
                    "sound device: Sink_one (PulseAudio)"}));
 }
 
+// PipeWire plays on into a dummy meanwhile, and says which.
+TEST_P(SoundServers, ADefaultThatIsTakenAwayAndPutBackIsHeardAgain) {
+  const std::string module = SoundServer::LoadSink("one");
+  Air("tone");
+  ASSERT_TRUE(Within(5000, [&] { return IsHeard(); }));
+  ASSERT_TRUE(SoundServer::UnloadSink(module));
+  ASSERT_TRUE(ToldWithin(1));
+  SoundServer::LoadSink("one");
+  Recorder recorder("one", Path("recorded"), true);
+  ASSERT_TRUE(SinkIsThere(recorder));
+  EXPECT_TRUE(HeardAgain(recorder, kLostMs));
+  EXPECT_TRUE(ToldWithin(2));
+  EXPECT_EQ(told_.size(), 2u);
+  EXPECT_EQ(told_.back(), "sound device: Sink_one (PulseAudio)");
+}
+
 TEST_P(SoundServers, AServerThatIsKilledAndStartedAgainIsHeardAgain) {
   SoundServer::LoadSink("one");
   Air("tone");

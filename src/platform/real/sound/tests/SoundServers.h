@@ -15,6 +15,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,10 @@ class ServerProcess {
 };
 
 enum class ServerKind { kPulseAudio, kPipeWire };
+
+inline void PrintTo(ServerKind kind, std::ostream* out) {
+  *out << (kind == ServerKind::kPulseAudio ? "PulseAudio" : "PipeWire");
+}
 
 // Programs that ask for a sound server find this one, and no other, while it lives.
 class SoundServer {
