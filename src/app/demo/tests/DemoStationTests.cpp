@@ -59,7 +59,10 @@ TEST(DemoStation, HoldsAllThatAStationPlays) {
 // What the check finds, but for what a library of three short titles cannot give its models.
 std::string FindingsButOfSize(const TemporaryFolder& folder) {
   std::ostringstream out;
-  RunCheck({folder / "station", folder / "machine", {}}, out);
+  CheckOptions options;
+  options.station = folder / "station";
+  options.machine = folder / "machine";
+  RunCheck(options, out);
   std::istringstream lines(out.str());
   std::string rest;
   for (std::string line; std::getline(lines, line);) {
