@@ -31,8 +31,7 @@ int RunOnAir(const CommandLine& line) {
   const RunFolders folders = MakeRunFolders(line);
   ScreenlessMachine machine;
   RealStation real(folders.station, folders.machine, WantedOutput(line, folders.machine),
-                   machine.Parts(),
-                   [&](const std::string& notice) { display.ShowFault(notice); });
+                   machine.Parts(), [&](const std::string& notice) { display.ShowFault(notice); });
   Station& station = real.station;
   display.Show(station);
   station.events.SetSink(&display);

@@ -85,21 +85,6 @@ std::string StoredPair(Station& station, const OnAirRow& row) {
   return std::to_string(code) + "," + std::to_string(found->Int("Code"));
 }
 
-// With one of these the base is out of reach; any other fault is the statement's own.
-bool BaseIsOutOfReach(int number) {
-  switch (number) {
-    case kErrLocked:
-    case kErrDiskFull:
-    case kErrReadOnly:
-    case kErrBadDatabase:
-    case kErrClosed:
-    case kErrOther:
-      return true;
-    default:
-      return false;
-  }
-}
-
 // A step of the saving that fails by its own fault is logged and ends alone; those behind it go on.
 template <typename Step>
 bool TryStep(Station& station, Step step) {
@@ -107,7 +92,7 @@ bool TryStep(Station& station, Step step) {
     step();
     return true;
   } catch (const StoreError& error) {
-    if (BaseIsOutOfReach(error.Number())) throw;
+    if (error.MayPass()) throw;
     LogCurrentException(station, "BtnSauve");
     return false;
   }

@@ -7,7 +7,8 @@
 
 namespace zemo {
 
-// The system clipboard, through which neighbouring programs talk to the engine. Thread: the logic's.
+// The system clipboard, through which neighbouring programs talk to the engine. Thread: the
+// logic's.
 class Clipboard {
  public:
   virtual ~Clipboard() = default;
@@ -47,8 +48,9 @@ class Keyboard {
 class System {
  public:
   virtual ~System() = default;
-  virtual void Shutdown() = 0;                            // an ordinary shut-down of the machine
-  virtual void SetDate(const LocalDateTime& moment) = 0;  // writes the date; the time of day runs on
+  virtual void Shutdown() = 0;  // an ordinary shut-down of the machine
+  virtual void SetDate(
+      const LocalDateTime& moment) = 0;  // writes the date; the time of day runs on
   virtual ScreenSize Screen() const = 0;
 };
 

@@ -22,6 +22,7 @@
 #include "store/RowView.h"
 #include "store/SeekCode.h"
 #include "store/StoreError.h"
+#include "store/WholeTransaction.h"
 
 namespace zemo {
 
@@ -221,19 +222,15 @@ void WriteOldest(Station& station) {
   const size_t count = std::min(kSlice, writes.size());
   std::vector<ReportRow> told;
   bool music = false;
-  Database& db = station.base.Db();
   {
-    Transaction transaction(db);
+    WholeTransaction transaction(station.base.Db());
     for (size_t i = 0; i < count; ++i) {
       const AirWrite& write = writes[i];
       music = music || write.kind == AirWrite::Kind::kMusicReport;
       try {
         Do(station, write, told);
       } catch (const StoreError& error) {
-        if (error.MayPass()) {
-          db.RollbackTrans();
-          throw;
-        }
+        if (error.MayPass()) throw;
         LogError(station, write.where, error.Number(), error.what() + Behind(write.detail));
       }
     }

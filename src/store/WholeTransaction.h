@@ -2,7 +2,6 @@
 #pragma once
 
 #include "store/Database.h"
-#include "store/StoreError.h"
 
 namespace zemo {
 
@@ -13,12 +12,7 @@ class WholeTransaction {
  public:
   explicit WholeTransaction(Database& database) : database_(database) { database_.BeginTrans(); }
   ~WholeTransaction() {
-    if (ended_) return;
-    try {
-      database_.Execute("ROLLBACK");
-    } catch (const StoreError&) {
-      // Undone already: by SQLite after some faults, or by the closing of the base.
-    }
+    if (!ended_) database_.RollbackTrans();
   }
   WholeTransaction(const WholeTransaction&) = delete;
   WholeTransaction& operator=(const WholeTransaction&) = delete;

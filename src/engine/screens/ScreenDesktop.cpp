@@ -178,8 +178,8 @@ void ScreenMessageBoxes::Tell(const std::string& title, const std::string& text,
   box->show();
 }
 
-Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& text,
-                                Buttons buttons, Icon icon) {
+Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& text, Buttons buttons,
+                                Icon icon) {
   const Answer safe = buttons == Buttons::kYesNo      ? Answer::kNo
                       : buttons == Buttons::kOkCancel ? Answer::kCancel
                                                       : Answer::kOk;
