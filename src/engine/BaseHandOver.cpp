@@ -80,8 +80,9 @@ void TakeNewBase(Station& station) {
     GoOnWithTheOldBase(station);
     throw;
   }
-  OpenBaseAgain(station);
   station.events.Base("swapped");
+  OpenBaseAgain(station);
+  CheckStructures(station);  // it may come from an older version
   LoadShortcutTable(station);
 }
 
@@ -91,9 +92,12 @@ void LookForNewBase(Station& station) {
   const std::string stamp = folder.Stamp(BaseFile::kNew);
   if (stamp.empty() || stamp == engine.newBaseRefused) return;
   try {
-    if (const std::string why = WhyNoStationBase(folder.PathOf(BaseFile::kNew)); !why.empty()) {
-      engine.newBaseRefused = stamp;
-      throw StoreError(kErrBadDatabase, why);
+    if (stamp != engine.newBasePassed) {
+      if (const std::string why = WhyNoStationBase(folder.PathOf(BaseFile::kNew)); !why.empty()) {
+        engine.newBaseRefused = stamp;
+        throw StoreError(kErrBadDatabase, why);
+      }
+      engine.newBasePassed = stamp;
     }
     TakeNewBase(station);
   } catch (const std::exception& error) {

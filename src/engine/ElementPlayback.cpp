@@ -257,7 +257,8 @@ struct MusicCard {
   bool found = false;
   int64_t exitMs = 0;  // 0: the setting's
   int32_t introSec = 0;
-  std::string artist, title, file, comment;
+  std::string file, comment;
+  ReportRow report{};  // its texts, without a moment
 };
 
 MusicCard ReadMusicCard(Station& station, int32_t code) {
@@ -266,10 +267,9 @@ MusicCard ReadMusicCard(Station& station, int32_t code) {
   return {true,
           card.Int("POINTSORTIE"),
           static_cast<int32_t>(card.Int("INTRO")),
-          card.Text("AUTEUR"),
-          card.Text("TITRE"),
           card.Text("FILENAME"),
-          Trim(card.Text("COMMENTAIRE"))};
+          Trim(card.Text("COMMENTAIRE")),
+          ReportOfCard(card)};
 }
 
 void WriteMusic(Station& station, AirWrite::Kind kind, int32_t code, const ReportRow& begun) {
@@ -308,11 +308,11 @@ MusicCard FollowUpMusic(Station& station, int32_t code) {
   else
     engine.MixPointMs =
         static_cast<float>(card.exitMs > 0 ? card.exitMs : station.base.CnfInt(Cnf::kPmixDef));
-  const ReportRow begun = NewReportRow(station);
-  WriteMusic(station, AirWrite::Kind::kTitlePlayed, code, begun);
+  SetMoment(card.report, station);
+  WriteMusic(station, AirWrite::Kind::kTitlePlayed, code, card.report);
   ShowComment(station.screen, card.comment);
   BeginIntro(station, code, card.introSec);
-  if (!engine.ReportsDisabled) WriteMusic(station, AirWrite::Kind::kMusicReport, code, begun);
+  if (!engine.ReportsDisabled) WriteMusic(station, AirWrite::Kind::kMusicReport, 0, card.report);
   return card;
 }
 
@@ -364,7 +364,7 @@ void ShowExitPoint(Station& station) {
 void TellOutside(Station& station, int32_t code, const MusicCard& card) {
   const auto& page = station.lists.Internet;
   if (page.on && card.found)
-    SaveInfoRealAudio(station, card.artist + page.separator + card.title, card.file);
+    SaveInfoRealAudio(station, card.report.AUTEUR + page.separator + card.report.TITRE, card.file);
   if (code > 0) {
     SaveDonnes_Associees(station, card.comment);
     SurveilleNewBase(station);

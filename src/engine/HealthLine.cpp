@@ -93,7 +93,7 @@ void TellDisk(HealthLine& line, int64_t freeBytes, int64_t nowMs, int langue) {
 void TellBase(HealthLine& line, const Station& station, int64_t nowMs, int langue) {
   HealthFigure& figure = line.figures[HealthLine::kBase];
   const size_t waiting = station.engine.kept.writes.size();
-  if (!station.base.IsOpen())
+  if (!station.base.IsOpen() && waiting == 0)
     Tell(figure, "HealthBase", "closed", ScreenWord("HealthBaseClosed", langue),
          HealthSeverity::kNote, nowMs);
   else if (waiting > 0)

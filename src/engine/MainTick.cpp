@@ -20,6 +20,7 @@
 #include "engine/PlaylistWatcher.h"
 #include "engine/ScreenSaver.h"
 #include "engine/StartStop.h"
+#include "engine/Startup.h"
 #include "engine/TakeOvers.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
@@ -470,8 +471,14 @@ void RebuildGrid(Station& station, const Moment& at) {
   if (GridIsOf(station, at)) engine.gridRetryMs = 0;
 }
 
+// The request that the base kept from its work left the list as it was, maybe empty before the
+// first element: that one is made again without an element that progresses.
 void Refill(Station& station) {
-  if (station.PL.Count() >= 5 || station.engine.ProgressPercent <= 10) return;
+  const int64_t askAgainMs = station.requests.askAgainMs;
+  const bool failed = askAgainMs >= 0;
+  if (failed && station.platform.clock.MonotonicMs() < askAgainMs) return;
+  const bool early = station.engine.ProgressPercent <= 10 && !(failed && NothingOnAir(station));
+  if (station.PL.Count() >= 5 || early) return;
   if (RequestWouldDelayNext(station) || !EmergencyLetsRequest(station)) return;
   AutomaticRequest(station);
 }
@@ -615,7 +622,9 @@ void LookForLostBase(Station& station) {
   if (nowMs < engine.baseLookMs) return;
   engine.baseLookMs = nowMs + kBaseLookMs;
   try {
-    if (OpenLostBase(station)) station.events.Base("opened");
+    if (!OpenLostBase(station)) return;
+    station.events.Base("opened");
+    TakeUpOpenedBase(station);
   } catch (const StoreError& error) {
     if (!LoggedLately(station, error.what(), kSameErrorMs))
       LogCurrentException(station, "MainTimer");

@@ -87,6 +87,7 @@ void OpenTables(Station& station) {
   Guarded(station, "OpenAllTables", [&] { station.base.OpenAllTables(); });
   Guarded(station, "SeedFixedRows", [&] { station.base.SeedFixedRows(); });
   CheckStructures(station);
+  station.engine.baseWasOpen = true;
 }
 
 void ResetScreen(Station& station) {
@@ -133,15 +134,19 @@ void OpenAutomaton(Station& station) {
   if (port > 0) PortCom_Click(station, port, LineSetting(station));
 }
 
-void LoadStationLists(Station& station) {
-  EngineState& engine = station.engine;
-  station.screen.InfoDate =
-      LongDateText(station.Now(), static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+// Settings that the start reads once.
+void TakeInputSettings(Station& station) {
   CaptureJoystick(station);
-  engine.TempsMaxiImPulsion =
+  station.engine.TempsMaxiImPulsion =
       static_cast<int>(std::max<int64_t>(0, station.base.CnfInt(Cnf::kTempsMaxiImPulsion)));
   station.screen.CounterColour =
       static_cast<uint32_t>(station.base.CnfInt(Cnf::kCouleurdesCompteur));
+}
+
+void LoadStationLists(Station& station) {
+  station.screen.InfoDate =
+      LongDateText(station.Now(), static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+  TakeInputSettings(station);
   LoadSaveExclusion(station, "Load");
   const int day = JourSemaineCourant(station.Now()) - 1;
   LoadSaveStartStop(station, "Load", day, true);
@@ -201,6 +206,16 @@ bool Form_Load(Station& station) {
   station.engine.MainTimer->SetEnabled(true);
   ObeyAutoPlay(station);
   return true;
+}
+
+void TakeUpOpenedBase(Station& station) {
+  if (!station.engine.baseWasOpen) {
+    OpenTables(station);
+    if (station.Sound().State() != OutputState::kStarted) ConfigureSound(station);
+    TakeInputSettings(station);
+    OpenAutomaton(station);
+  }
+  Guarded(station, "LoadShortcutTable", [&] { LoadShortcutTable(station); });
 }
 
 void Form_Activate(Station& station, bool first) {

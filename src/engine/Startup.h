@@ -10,6 +10,10 @@ struct Station;
 // opened.
 bool Form_Load(Station& station);
 
+// The base could be opened again while the machine is at work: what it knows of it by heart, and,
+// for a start that had to go without it, what is read of it once.
+void TakeUpOpenedBase(Station& station);
+
 // Every activation of the screen; the first one chooses the outputs, composes the day's grid and
 // resumes playing when the machine was on air.
 void Form_Activate(Station& station, bool first);

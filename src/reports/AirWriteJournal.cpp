@@ -86,11 +86,12 @@ std::string JournalName(const Station& station) {
   return "KeptRows-" + std::string(digits, 8) + ".Txt";
 }
 
-void JournalKept(Station& station, const AirWrite& write) {
+void JournalKept(Station& station, const std::deque<AirWrite>& kept, size_t from) {
   Folder& folder = station.platform.machineFolder;
   const std::string name = JournalName(station);
-  const std::string head = folder.Exists(name) ? "" : HeadLine(station);
-  folder.AppendDurably(name, head + WriteLine(write));
+  std::string text = folder.Exists(name) ? "" : HeadLine(station);
+  for (size_t i = from; i < kept.size(); ++i) text += WriteLine(kept[i]);
+  folder.AppendDurably(name, text);
 }
 
 void JournalWritten(Station& station, size_t oldest) {
@@ -128,6 +129,18 @@ std::deque<AirWrite> ReadJournal(Station& station, int& damaged) {
     }
   }
   return kept;
+}
+
+std::string SetJournalAside(Station& station) {
+  Folder& folder = station.platform.machineFolder;
+  const std::string name = JournalName(station);
+  try {
+    if (!folder.Exists(name)) return {};
+    folder.Rename(name, name + ".unread");
+    return name + ".unread";
+  } catch (const FileError&) {
+    return {};  // whoever could not read it tells
+  }
 }
 
 }  // namespace zemo

@@ -13,7 +13,7 @@ namespace zemo {
 struct Station;
 
 // Throw FileError.
-void JournalKept(Station& station, const AirWrite& write);
+void JournalKept(Station& station, const std::deque<AirWrite>& kept, size_t from);  // from that on
 void JournalWritten(Station& station, size_t oldest);
 // The whole file anew; none where nothing is kept.
 void JournalAnew(Station& station, const std::deque<AirWrite>& kept);
@@ -21,6 +21,10 @@ void JournalAnew(Station& station, const std::deque<AirWrite>& kept);
 // What the file holds that is not written, as far as the file was told. `damaged`: lines that could
 // not be read, and are passed over.
 std::deque<AirWrite> ReadJournal(Station& station, int& damaged);
+
+// A file that cannot be read goes out of the way of a new one, under the name that is given back;
+// empty where it cannot, or is not there. Throws nothing.
+std::string SetJournalAside(Station& station);
 
 std::string JournalName(const Station& station);
 

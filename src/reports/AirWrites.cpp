@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <optional>
 #include <set>
 #include <string>
 #include <tuple>
@@ -72,18 +73,25 @@ void StoreSetting(Station& station, const char* field, int64_t value) {
   station.base.CheckCnf();
 }
 
-// Fills the texts of a music title's row from its card; false: the card is gone.
-bool FillFromCard(Station& station, int64_t code, ReportRow& row) {
-  Recordset& card = *station.base.Tables().Discotheque;
-  if (!SeekCode(card, code)) return false;
-  row.AUTEURCOMPOSITEUR = card.Text("AUTEURCOMPOSITEUR");
-  row.AUTEUR = card.Text("AUTEUR");
-  row.TITRE = card.Text("TITRE");
-  row.GENRE = card.Text("GENRE");
-  row.VARIETE = card.Text("VARIETE");
-  row.LABEL = card.Text("LABEL");
-  row.REFERENCE = card.Text("REFERENCE");
-  return true;
+// The row of a music title as it is to be stored; nothing when it waits for a card that is gone.
+std::optional<ReportRow> MusicRow(Station& station, const AirWrite& write) {
+  if (write.code == 0) return write.row;
+  const Recordset& card = *station.base.Tables().Discotheque;
+  if (!SeekCode(*station.base.Tables().Discotheque, write.code)) return std::nullopt;
+  ReportRow row = ReportOfCard(card);
+  row.LADATE = write.row.LADATE;
+  row.HEURE = write.row.HEURE;
+  row.DATENUM = write.row.DATENUM;
+  return row;
+}
+
+void ReportMusic(Station& station, const AirWrite& write, std::vector<ReportRow>& told) {
+  if (const auto row = MusicRow(station, write))
+    told.push_back(InsertReportRow(station, *row));
+  else
+    LogError(station, write.where, kErrNoCurrentRecord,
+             "the title " + std::to_string(write.code) + " of " + write.row.LADATE + " " +
+                 write.row.HEURE + " has no card any more: its row is lost");
 }
 
 // The row that a report got is put into `told`.
@@ -92,11 +100,9 @@ void Do(Station& station, const AirWrite& write, std::vector<ReportRow>& told) {
     case AirWrite::Kind::kReport:
       told.push_back(AppendReportRow(station, write.row));
       break;
-    case AirWrite::Kind::kMusicReport: {
-      ReportRow row = write.row;
-      if (FillFromCard(station, write.code, row)) told.push_back(InsertReportRow(station, row));
+    case AirWrite::Kind::kMusicReport:
+      ReportMusic(station, write, told);
       break;
-    }
     case AirWrite::Kind::kTitlePlayed:
       MarkTitle(station, write);
       break;
@@ -123,13 +129,14 @@ void Tell(Station& station, const std::vector<ReportRow>& told) {
 
 template <typename Work>
 void Journal(Station& station, Work work) {
-  EngineState::KeptWrites& kept = station.engine.kept;
+  KeptWrites& kept = station.engine.kept;
   try {
     if (kept.journalBehind)
       JournalAnew(station, kept.writes);
     else
       work();
     kept.journalBehind = false;
+    kept.journalled = kept.writes.size();
   } catch (const FileError& error) {
     if (!kept.journalBehind)
       LogError(station, kRoutine, 0,
@@ -139,18 +146,25 @@ void Journal(Station& station, Work work) {
   }
 }
 
+// All that has come since, in one write: it waits for the disk.
+void JournalNew(Station& station) {
+  const KeptWrites& kept = station.engine.kept;
+  if (kept.journalled == kept.writes.size()) return;
+  Journal(station, [&] { JournalKept(station, kept.writes, kept.journalled); });
+}
+
 void Keep(Station& station, AirWrite write) {
-  EngineState::KeptWrites& kept = station.engine.kept;
+  KeptWrites& kept = station.engine.kept;
   if (kept.writes.size() >= kMostKept)
     return LogError(station, write.where, kErrOther,
                     std::to_string(kMostKept) + " rows are kept already: this one is lost" +
                         Behind(write.detail));
   kept.writes.push_back(std::move(write));
-  Journal(station, [&] { JournalKept(station, kept.writes.back()); });
 }
 
+// Of what stands in the journal.
 void Forget(Station& station, size_t oldest) {
-  EngineState::KeptWrites& kept = station.engine.kept;
+  KeptWrites& kept = station.engine.kept;
   kept.writes.erase(kept.writes.begin(), kept.writes.begin() + static_cast<std::ptrdiff_t>(oldest));
   Journal(station, [&] {
     if (kept.writes.empty())
@@ -170,7 +184,10 @@ RowKey KeyOf(const ReportRow& row) {
           row.VARIETE, row.LABEL, row.REFERENCE, row.AUTEURCOMPOSITEUR};
 }
 
-std::multiset<RowKey> RowsSince(Station& station, double moment) {
+// Rows of the report from the earliest of these moments on: the clock may have been set back.
+std::multiset<RowKey> RowsLike(Station& station, const std::deque<AirWrite>& writes) {
+  double moment = writes.front().row.DATENUM;
+  for (const AirWrite& write : writes) moment = std::min(moment, write.row.DATENUM);
   std::multiset<RowKey> rows;
   station.base.Db().ReadRows(
       "SELECT LADATE, HEURE, GENRE, AUTEUR, TITRE, VARIETE, LABEL, REFERENCE, AUTEURCOMPOSITEUR "
@@ -190,10 +207,9 @@ bool Stands(Station& station, const AirWrite& write, std::multiset<RowKey>& rows
     return SeekCode(card, write.code) && card.Real("LASTDIFF") >= write.row.DATENUM - kSecond / 2;
   }
   if (!IsReport(write)) return false;  // written twice is the same as once
-  ReportRow row = write.row;
-  if (write.kind == AirWrite::Kind::kMusicReport && !FillFromCard(station, write.code, row))
-    return false;
-  const auto found = rows.find(KeyOf(row));
+  const auto row = MusicRow(station, write);
+  if (!row) return false;
+  const auto found = rows.find(KeyOf(*row));
   if (found == rows.end()) return false;
   rows.erase(found);
   return true;
@@ -201,9 +217,15 @@ bool Stands(Station& station, const AirWrite& write, std::multiset<RowKey>& rows
 
 // Throws StoreError; what is kept is then as it was.
 void DropWhatStands(Station& station) {
-  EngineState::KeptWrites& kept = station.engine.kept;
+  KeptWrites& kept = station.engine.kept;
   if (kept.fromEarlierRun == 0) return;
-  std::multiset<RowKey> rows = RowsSince(station, kept.writes.front().row.DATENUM);
+  std::multiset<RowKey> rows;
+  try {
+    rows = RowsLike(station, kept.writes);
+  } catch (const StoreError& error) {
+    if (error.MayPass()) throw;
+    LogCurrentException(station, kRoutine);  // no report to look at: nothing stands in it
+  }
   std::deque<AirWrite> left;
   for (size_t i = 0; i < kept.writes.size(); ++i) {
     const AirWrite& write = kept.writes[i];
@@ -244,7 +266,7 @@ void WriteOldest(Station& station) {
 }  // namespace
 
 void WriteOrKeep(Station& station, AirWrite write) {
-  EngineState::KeptWrites& kept = station.engine.kept;
+  KeptWrites& kept = station.engine.kept;
   if (!kept.writes.empty()) return Keep(station, std::move(write));
   try {
     std::vector<ReportRow> told;
@@ -262,7 +284,7 @@ void WriteOrKeep(Station& station, AirWrite write) {
 }
 
 void TakeUpKeptWrites(Station& station) {
-  EngineState::KeptWrites& kept = station.engine.kept;
+  KeptWrites& kept = station.engine.kept;
   try {
     int damaged = 0;
     kept.writes = ReadJournal(station, damaged);
@@ -271,15 +293,19 @@ void TakeUpKeptWrites(Station& station) {
       LogError(station, kRoutine, 0,
                JournalName(station) + ": " + std::to_string(damaged) +
                    " lines cannot be read and are passed over");
-    if (kept.writes.empty()) JournalAnew(station, kept.writes);
-  } catch (const FileError&) {
-    LogCurrentException(station, kRoutine);
+  } catch (const FileError& error) {
+    const std::string aside = SetJournalAside(station);
+    return LogError(station, kRoutine, 0,
+                    error.what() + (aside.empty() ? "" : ": it is kept as " + aside));
   }
+  // Without what is damaged, and without an end that the power cut.
+  Journal(station, [&] { JournalAnew(station, kept.writes); });
 }
 
 void WriteKeptSlice(Station& station) {
-  EngineState::KeptWrites& kept = station.engine.kept;
+  KeptWrites& kept = station.engine.kept;
   const int64_t nowMs = station.platform.clock.MonotonicMs();
+  JournalNew(station);
   if (kept.writes.empty() || nowMs < kept.retryMs || !station.base.IsOpen()) return;
   const NoLockWait atOnce(station.base.Waiting());
   try {
@@ -292,7 +318,8 @@ void WriteKeptSlice(Station& station) {
 }
 
 bool WriteKeptAtTheEnd(Station& station) {
-  EngineState::KeptWrites& kept = station.engine.kept;
+  KeptWrites& kept = station.engine.kept;
+  JournalNew(station);
   if (kept.writes.empty()) return true;
   try {
     DropWhatStands(station);

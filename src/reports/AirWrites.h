@@ -10,7 +10,8 @@ namespace zemo {
 
 struct Station;
 
-// At once; when the base cannot take it, logged under `write.where` and kept. Whatever is behind a
+// At once; when the base cannot take it, logged under `write.where` and kept, in memory until the
+// next slice puts it into the journal as well. Whatever is behind a
 // kept write is kept too. A fault that waiting does not mend is logged and costs the row. Never
 // throws StoreError.
 void WriteOrKeep(Station& station, AirWrite write);
@@ -18,8 +19,9 @@ void WriteOrKeep(Station& station, AirWrite write);
 // What an earlier run of this station had to leave in the journal is kept again, before all else.
 void TakeUpKeptWrites(Station& station);
 
-// The oldest of what is kept, a few in one transaction and without waiting for a lock; after a
-// refusal not for five seconds. Run by the tick, away from the exit points.
+// Puts what is new into the journal, then writes the oldest of what is kept, a few in one
+// transaction and without waiting for a lock; after a refusal not for five seconds. Run by the
+// tick, away from the exit points: both wait for the disk.
 void WriteKeptSlice(Station& station);
 
 // Before the base is closed: all that is kept. What the base does not take stays in the journal,

@@ -6,11 +6,27 @@
 namespace zemo {
 
 ReportRow NewReportRow(const Station& station) {
-  const LocalDateTime now = WholeSeconds(station.Now());
   ReportRow row;
+  SetMoment(row, station);
+  return row;
+}
+
+void SetMoment(ReportRow& row, const Station& station) {
+  const LocalDateTime now = WholeSeconds(station.Now());
   row.LADATE = DateText(now);
   row.HEURE = TimeText(now);
   row.DATENUM = DateSerial(now);
+}
+
+ReportRow ReportOfCard(const Recordset& card) {
+  ReportRow row;
+  row.AUTEURCOMPOSITEUR = card.Text("AUTEURCOMPOSITEUR");
+  row.AUTEUR = card.Text("AUTEUR");
+  row.TITRE = card.Text("TITRE");
+  row.GENRE = card.Text("GENRE");
+  row.VARIETE = card.Text("VARIETE");
+  row.LABEL = card.Text("LABEL");
+  row.REFERENCE = card.Text("REFERENCE");
   return row;
 }
 

@@ -5,10 +5,15 @@
 
 namespace zemo {
 
+class Recordset;
 struct Station;
 
 // The row's date, time and DATENUM for now; the other fields empty.
 ReportRow NewReportRow(const Station& station);
+
+void SetMoment(ReportRow& row, const Station& station);  // to now
+// The texts of a music title's row, from its card.
+ReportRow ReportOfCard(const Recordset& card);
 
 // Write the row and return it with its CODE; throw StoreError.
 // By table cursor: markers, jingles, spots, news, pips and other short elements.

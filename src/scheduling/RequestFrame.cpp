@@ -8,12 +8,14 @@
 #include "station/PlanTimes.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "store/StoreError.h"
 
 namespace zemo {
 
 namespace {
 constexpr const char* kRestText = "ZEMO RADIO";
-}
+constexpr int64_t kAskAgainMs = 1000;
+}  // namespace
 
 RequestFrame::RequestFrame(Station& station, const char* kind)
     : station_(station),
@@ -21,6 +23,7 @@ RequestFrame::RequestFrame(Station& station, const char* kind)
       refusedBefore_(station.requests.ListAutorisation.size()),
       beginMs_(station.platform.clock.MonotonicMs()),
       hold_(station) {
+  station.requests.askAgainMs = -1;
   seen_.at = station.Now();
   seen_.kind = kind;
   seen_.hour = seen_.at.hour;
@@ -53,6 +56,14 @@ void RequestFrame::Finish() {
 }
 
 void RequestFrame::Fail(const char* request) {
+  try {
+    throw;
+  } catch (const StoreError& error) {
+    if (error.MayPass())
+      station_.requests.askAgainMs = station_.platform.clock.MonotonicMs() + kAskAgainMs;
+  } catch (const std::exception&) {
+    // No reason to wait.
+  }
   LogCurrentException(station_, request);
   Tell();
 }

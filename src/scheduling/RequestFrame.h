@@ -32,8 +32,8 @@ class RequestFrame {
   // Nothing to do: pointer and list come back, the message stays on the progress line; null:
   // whatever it showed.
   void Leave(const char* message);
-  // Logs what is being handled under the request's name. Pointer and list stay as they are, with
-  // the rows added so far. Call in a catch block.
+  // Logs what is being handled under the request's name; a base out of reach has the next request
+  // wait. Pointer and list stay as they are, with the rows added so far. Call in a catch block.
   void Fail(const char* request);
 
  private:

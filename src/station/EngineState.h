@@ -111,14 +111,10 @@ struct EngineState {
   std::optional<double> clockBeforePreview;
 
   // --- writes that the base could not take yet (see reports/AirWrites.h) ---
-  struct KeptWrites {
-    std::deque<AirWrite> writes;  // oldest first
-    size_t fromEarlierRun = 0;    // so many of the oldest may stand in the base already
-    int64_t retryMs = 0;          // monotonic; not tried before
-    bool journalBehind = false;   // the journal could not be written: it is to be made anew
-  } kept;
+  KeptWrites kept;
 
-  int64_t baseLookMs = 0;  // monotonic; whether the base is lost is not looked at before
+  int64_t baseLookMs = 0;    // monotonic; whether the base is lost is not looked at before
+  bool baseWasOpen = false;  // in this run; else what a start does with it is still to be done
 
   // --- the emergency folder (writer: engine/EmergencyAir) ---
   Flag<bool> EmergencyOnAir{"EmergencyOnAir", false, observer};
@@ -147,6 +143,7 @@ struct EngineState {
 
   // --- a base dropped as "New.mdb" ---
   std::string newBaseRefused;  // stamp of the file that cannot be the base: looked at once
+  std::string newBasePassed;   // stamp of the one that can, while the old base is in use
   std::string newBaseTold;     // stamp and fault that were logged last
 };
 

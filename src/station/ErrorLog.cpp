@@ -17,10 +17,11 @@ namespace zemo {
 
 namespace {
 
-constexpr int64_t kSameFaultMs = 5000;  // the same words again within this time are not logged
-constexpr int kErrProgram = 5;          // a fault of no other kind
-constexpr int kErrFile = 75;            // a file that cannot be read or written
-constexpr int kErrSound = 321;          // a sound file or device that cannot be used
+// The same words again within this time are not logged; a base out of reach is met at every turn.
+constexpr int64_t kSameFaultMs = 5000, kSameOutageMs = 60000;
+constexpr int kErrProgram = 5;  // a fault of no other kind
+constexpr int kErrFile = 75;    // a file that cannot be read or written
+constexpr int kErrSound = 321;  // a sound file or device that cannot be used
 
 // Marks that the log is at work, so that a listener of the event that reports an error of its own
 // does not begin the log anew.
@@ -59,8 +60,8 @@ bool LoggedLately(Station& station, const std::string& fault, int64_t withinMs) 
 
 void LogError(Station& station, const std::string& where, int number, const std::string& text) {
   if (station.engine.errorLogRunning) return;
-  if (LoggedLately(station, where + "\t" + std::to_string(number) + "\t" + text, kSameFaultMs))
-    return;
+  const int64_t withinMs = StoreError(number, text).MayPass() ? kSameOutageMs : kSameFaultMs;
+  if (LoggedLately(station, where + "\t" + std::to_string(number) + "\t" + text, withinMs)) return;
   Reporting reporting(station.engine.errorLogRunning);
   try {
     const LocalDateTime now = station.Now();

@@ -75,6 +75,9 @@ struct RequestState {
   // The last request's walk through the library, by the clock; a simulated one takes no time.
   // Writer: RequestFrame.
   int64_t lastWalkMs = 0;
+  // The base kept the last request from its work: the next one waits until then (monotonic). -1: it
+  // did not. Writer: RequestFrame.
+  int64_t askAgainMs = -1;
   std::vector<PoolRow> ListView1;  // candidates in the order in which they were offered
   bool PLHidden = false;           // the list is not drawn while a request works on it
   ReportBound report;              // writer: RecentReport

@@ -93,8 +93,8 @@ struct Station : private SoundObserver, private FlagObserver {
 };
 
 // The one error log: a line in "Messages.Txt" (date and time, place, number, text, between tabs),
-// the screen's error line, and an event. The very same fault again within 5 s is passed over. Never
-// throws; the program goes on.
+// the screen's error line, and an event. The very same fault again within 5 s is passed over, of a
+// base out of reach within a minute. Never throws; the program goes on.
 void LogError(Station& station, const std::string& where, int number, const std::string& text);
 
 // True when that fault was logged within that time; else notes it as logged now.

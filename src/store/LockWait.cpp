@@ -22,6 +22,7 @@ int PauseMs(int times) {
 void LockWait::LetEachWait(int ms) {
   eachMs_ = std::max(0, ms);
   leftMs_ = eachMs_;
+  inVain_[0] = inVain_[1] = false;
 }
 
 void LockWait::LetAllWait(int ms) {

@@ -19,8 +19,9 @@ class LockWait {
   explicit LockWait(int eachMs = kBusyTimeoutMs) { LetEachWait(eachMs); }
   LockWait(const LockWait&) = delete;
 
-  void LetEachWait(int ms);  // every operation from now on, `ms` at most
-  void LetAllWait(int ms);   // all operations from now to the next grant together
+  // Every operation from now on, `ms` at most, whatever was waited for in vain before.
+  void LetEachWait(int ms);
+  void LetAllWait(int ms);  // all operations from now to the next grant together
   int LeftMs() const { return forbidden_ > 0 ? 0 : leftMs_; }
 
   // Around each operation that may meet a lock: what reads and what writes are kept apart. An

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -63,19 +64,15 @@ bool FirstColumn(sqlite3* database, const std::string& sql, const std::string& b
   return false;
 }
 
-// What is missing of a table; empty: nothing. Settings are read by their place.
-std::string MissingOf(const TableDef& wanted, const std::vector<std::string>& fields) {
-  if (fields.empty()) return " lacks the table " + wanted.Name;
-  const bool byPlace = SameName(wanted.Name, "Cnf");
-  for (size_t i = 0; i < wanted.Fields.size(); ++i) {
-    const std::string& name = wanted.Fields[i].Name;
-    bool found = false;
-    for (size_t j = 0; j < fields.size() && !found; ++j)
-      found = SameName(fields[j], name) && (!byPlace || i == j);
-    if (!found)
-      return " lacks the field " + wanted.Name + "." + name + (byPlace ? " at its place" : "");
-  }
-  return {};
+// Settings are read by their place. Those of an older version are brought up to date by their
+// names.
+bool SettingsMisplaced(const std::vector<std::string>& fields) {
+  const std::vector<Field>& wanted = FindSchemaTable("Cnf")->Fields;
+  return fields.size() == wanted.size() &&
+         !std::equal(fields.begin(), fields.end(), wanted.begin(),
+                     [](const std::string& name, const Field& field) {
+                       return SameName(name, field.Name);
+                     });
 }
 
 std::string Fault(sqlite3* database) {
@@ -86,7 +83,9 @@ std::string Fault(sqlite3* database) {
     std::vector<std::string> fields;
     if (!FirstColumn(database, "SELECT name FROM pragma_table_info(?1)", table.Name, fields, fault))
       return fault;
-    if (fault = MissingOf(table, fields); !fault.empty()) return fault;
+    if (fields.empty()) return " lacks the table " + table.Name;
+    if (SameName(table.Name, "Cnf") && SettingsMisplaced(fields))
+      return " has the fields of Cnf in another order";
   }
   lines.clear();
   if (!FirstColumn(database, "PRAGMA quick_check", {}, lines, fault)) return fault;

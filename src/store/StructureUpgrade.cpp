@@ -100,6 +100,19 @@ void MakeAnew(StationBase& base, const CheckedTable& table) {
 
 }  // namespace
 
+namespace {
+
+// A table that is missing was told at the start, and must not hide what became of another.
+void OpenTablesThatAreThere(StationBase& base) {
+  try {
+    base.OpenAllTables();
+  } catch (const StoreError&) {
+    // Each use of it says so.
+  }
+}
+
+}  // namespace
+
 bool NeedsRebuild(StationBase& base, const CheckedTable& table) {
   TableDefs& tables = base.Db().Tables();
   return tables.Has(table.name) &&
@@ -120,10 +133,10 @@ bool DropOldSetting(StationBase& base) {
     // The settings are taken to be the first table of the catalogue.
     tables.DeleteField(tables.Item(0).Name, kOldField);
   } catch (const StoreError&) {
-    base.OpenAllTables();
+    OpenTablesThatAreThere(base);
     throw;
   }
-  base.OpenAllTables();
+  OpenTablesThatAreThere(base);
   return true;
 }
 
@@ -131,11 +144,11 @@ void RebuildTable(StationBase& base, const CheckedTable& table) {
   try {
     MakeAnew(base, table);
   } catch (const StoreError& error) {
-    base.OpenAllTables();
+    OpenTablesThatAreThere(base);
     if (error.Number() != kErrFieldTooSmall && error.Number() != kErrOverflow) throw;
     throw StoreError(error.Number(), error.what() + RowsThatBreak(base, table, error.what()));
   }
-  base.OpenAllTables();
+  OpenTablesThatAreThere(base);
 }
 
 // The store matches the fields of such a query by their names.

@@ -123,6 +123,15 @@ TEST_F(Upkeep, AProductionMachineMakesTablesAnewAsWell) {
   EXPECT_EQ(sink->base, (Lines{"opened", "rebuilt Toph"}));
 }
 
+// Such a machine creates no table, so that one may be missing.
+TEST_F(Upkeep, AMissingTableHidesNoneThatWasMadeAnew) {
+  on.Sql("ALTER TABLE Toph DROP COLUMN JourSemaine");
+  on.Sql("DROP TABLE VT");
+  on.machineFolder.Write("NoRapport.txt", "");
+  StartAgain();
+  EXPECT_EQ(sink->base, (Lines{"opened", "rebuilt Toph"}));
+}
+
 TEST_F(Upkeep, TheOldSettingGoesWithoutAWordWhenTheCountIsRightWithoutIt) {
   // The field that came after it in time stands behind it in the row.
   on.Sql("ALTER TABLE Cnf RENAME COLUMN JingleExtraitYN TO JingleExtrait");

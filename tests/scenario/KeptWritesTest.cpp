@@ -168,6 +168,7 @@ TEST_F(KeptWrites, AreWrittenAFewATickInOneTransactionEach) {
     WriteOrKeep(on.station, {.row = row, .where = "Test"});
   }
   ASSERT_EQ(on.station.engine.kept.writes.size(), 50U);
+  EXPECT_EQ(Journal(), "") << "the disk is waited for by the tick, once";
   writer.reset();
   std::vector<size_t> left;
   for (int64_t atMs = 5050; atMs < 5500; atMs += 100)
@@ -239,6 +240,68 @@ TEST_F(KeptWrites, OfAnEndOnALockedBaseStayInTheJournalAndTheEndSaysSo) {
   ASSERT_FALSE(errors.empty());
   EXPECT_NE(errors.back()["text"].find("2 rows stay in KeptRows-"), std::string::npos)
       << errors.back()["text"];
+}
+
+TEST_F(KeptWrites, AJournalThatThePowerCutTwiceLosesTheCutLinesAlone) {
+  PlayLocked(5000, 20000);
+  const std::string journal = Journal();
+  TestStation next("2026-11-21 12:10:00");
+  CarryOver(next, BaseBytes(), journal.substr(0, journal.size() - 2));  // its line end is gone
+  ASSERT_EQ(next.station.engine.kept.writes.size(), 4U);
+  const std::unique_ptr<Writer> locked = std::make_unique<Writer>(next);
+  next.station.base.Waiting().LetAllWait(0);
+  WriteOrKeep(next.station, {.where = "Test"});
+  WriteKeptSlice(next.station);
+  int damaged = 0;
+  EXPECT_EQ(ReadJournal(next.station, damaged).size(), 5U);
+  EXPECT_EQ(damaged, 0);
+}
+
+TEST_F(KeptWrites, OfATitleWhoseCardWasReadStandAsTheCardSaidThen) {
+  PlayLocked(5000, 20000);
+  writer.reset();
+  on.Sql("UPDATE Discotheque SET TITRE = 'RENAMED' WHERE TITRE = 'T1'");
+  on.Sql("DELETE FROM Discotheque WHERE TITRE = 'T2'");
+  on.RunUntil(26000);
+  EXPECT_EQ(Count(on, "SELECT COUNT(*) FROM Rapport WHERE TITRE = 'T1'"), "1");
+  EXPECT_EQ(Count(on, "SELECT COUNT(*) FROM Rapport WHERE TITRE = 'T2'"), "1");
+}
+
+TEST_F(KeptWrites, OfATitleWhoseCardIsGoneBeforeItCouldBeReadAreToldAsLost) {
+  on.station.base.Waiting().LetAllWait(0);
+  writer = std::make_unique<Writer>(on);
+  WriteOrKeep(on.station, {.kind = AirWrite::Kind::kMusicReport, .code = 4711, .where = "Test"});
+  WriteOrKeep(on.station, {.where = "Test"});
+  writer.reset();
+  on.RunUntil(6000);
+  EXPECT_TRUE(on.station.engine.kept.writes.empty());
+  ASSERT_NE(on.First("error", "number", "3021"), nullptr) << on.Describe();
+}
+
+TEST_F(KeptWrites, AJournalThatCannotBeReadIsSetAsideAndNotWrittenOver) {
+  TestStation next("2026-11-21 12:10:00");
+  const std::string name = JournalName(next.station);
+  next.machineFolder.Write(name, "WORTH KEEPING");
+  next.At(0, [] {});
+  next.machineFolder.unreadable = name;
+  next.Load();
+  EXPECT_FALSE(next.machineFolder.Exists(name));
+  EXPECT_TRUE(next.machineFolder.Exists(name + ".unread")) << next.Describe();
+}
+
+TEST_F(KeptWrites, AreFoundInTheReportAfterTheClockWasSetBack) {
+  ReportRow late, early;
+  late.LADATE = early.LADATE = "21/11/2026";
+  late.HEURE = "02:59:50";
+  late.DATENUM = 46347.1248842593;
+  early.HEURE = "02:00:10";  // an hour was put back in between
+  early.DATENUM = 46347.0834490741;
+  on.station.base.Waiting().LetAllWait(0);
+  for (const ReportRow& row : {late, early}) WriteOrKeep(on.station, {.row = row, .where = "Test"});
+  on.station.engine.kept.writes = {{.row = late, .where = "Test"}, {.row = early, .where = "Test"}};
+  on.station.engine.kept.fromEarlierRun = 2;
+  on.RunUntil(6000);
+  EXPECT_EQ(Count(on, "SELECT COUNT(*) FROM Rapport"), "2");
 }
 
 // --- a base that is gone when a title begins ---

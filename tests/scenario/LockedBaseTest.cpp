@@ -114,6 +114,48 @@ TEST_P(LockedBase, AStartOrderIsOverAtOnceAndPlaysWhatTheListHolds) {
   EXPECT_EQ(on.Starts().size(), 1U) << on.Describe();
 }
 
+// One skeleton position that the station's only title fills.
+void AddSkeleton(TestStation& on) {
+  std::string masks;
+  for (int day = 1; day <= 7; ++day)
+    masks += ", TRANCHE0" + std::to_string(day) + " = '111111111111111111111111'";
+  on.Sql("UPDATE Discotheque SET NBPASSJOUR = 100" + masks);
+  on.Sql("INSERT INTO ModelSquelette (JOUR, TRANCHE12) VALUES (6, 'POP')");  // a Saturday
+  on.Set("Squelette", "-1");
+  on.Set("TempRequette", "1");
+}
+
+// Held for two minutes from before the start; the request of the start is all that fills a list
+// before its first element.
+TEST(LockedBaseAtTheStart, TheListIsAskedForAgainUntilTheBaseIsFree) {
+  TestStation on("2026-11-21 12:05:00");
+  on.Load();
+  on.AddCard({.lengthMs = 20000});
+  AddSkeleton(on);
+  std::unique_ptr<Holder> holder;
+  on.At(4000,
+        [&] { holder = std::make_unique<Holder>(on.station.base.Path(), "BEGIN EXCLUSIVE"); });
+  on.At(5000, [&] { StartStopZemoRadio(on.station, true); });
+  on.At(125000, [&] { holder.reset(); });
+  on.RunUntil(124000);
+  EXPECT_TRUE(on.Starts().empty());
+  // One try a second, and none in between.
+  EXPECT_NEAR(static_cast<double>(on.Events("request").size()), 119, 2) << on.Describe();
+  on.RunUntil(132000);
+  ASSERT_FALSE(on.Starts().empty()) << on.Describe();
+  // A second up to the next try, four of passes over the skeleton, and a tick.
+  EXPECT_LE(on.Starts()[0].atMs, 125000 + 1000 + 4000 + 200);
+}
+
+// A library that has nothing to play is no such case: the start asks once.
+TEST(LockedBaseAtTheStart, AnEmptyLibraryIsAskedOnce) {
+  TestStation on("2026-11-21 12:05:00");
+  on.Load();
+  on.Start();
+  on.RunUntil(20000);
+  EXPECT_EQ(on.Events("request").size(), 1U) << on.Describe();
+}
+
 INSTANTIATE_TEST_SUITE_P(Held, LockedBase,
                          testing::Values("BEGIN EXCLUSIVE", "BEGIN IMMEDIATE",
                                          "BEGIN; SELECT '' FROM Toph WHERE HEURE = 99"),

@@ -57,6 +57,7 @@ class FaultyFolder : public LocalFolder {
   explicit FaultyFolder(const std::string& path) : LocalFolder(path, kNoDiskSync) {}
   mutable FaultAt fault;
   bool writesFail = false;
+  std::string unreadable;            // a file that cannot be read
   std::vector<std::string> durable;  // names of the files written durably
   bool removesFail = false;
 
@@ -64,7 +65,9 @@ class FaultyFolder : public LocalFolder {
     return fault.Count(), LocalFolder::Exists(name);
   }
   std::optional<std::string> Read(std::string_view name) const override {
-    return fault.Count(), LocalFolder::Read(name);
+    fault.Count();
+    if (!unreadable.empty() && name == unreadable) throw FileError(PathOf(name) + ": I/O error");
+    return LocalFolder::Read(name);
   }
   void Write(std::string_view name, std::string_view bytes) override {
     CountWrite(), LocalFolder::Write(name, bytes);

@@ -85,6 +85,14 @@ TEST_F(LockedElsewhere, OfManyTicksOnlyTheFirstWaitsForALockThatStays) {
   EXPECT_LT(ms, 2000) << "forty ticks of 100 ms would take 4 s";
 }
 
+TEST_F(LockedElsewhere, WhoeverLetsEachWaitIsNotBoundByWaitsInVainBefore) {
+  Holder other(BasePath(), "BEGIN EXCLUSIVE");
+  Db().Waiting().LetAllWait(30);
+  EXPECT_EQ(Read(1), kErrLocked);
+  Db().Waiting().LetEachWait(300);
+  EXPECT_GE(MsOf([&] { EXPECT_EQ(Read(1), kErrLocked); }), 250);
+}
+
 TEST_F(LockedElsewhere, AShortLockIsWaitedFor) {
   Holder other(BasePath(), "BEGIN EXCLUSIVE");
   Db().Waiting().LetAllWait(30);
