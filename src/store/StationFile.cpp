@@ -2,8 +2,10 @@
 
 #include <sqlite3.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "store/Connection.h"
@@ -63,6 +65,11 @@ bool FirstColumn(sqlite3* database, const std::string& sql, const std::string& b
   return false;
 }
 
+// None for a view, which takes no rows.
+constexpr const char* kFieldsOfTable =
+    "SELECT field.name FROM pragma_table_info(?1) field WHERE EXISTS (SELECT 1 FROM sqlite_master "
+    "WHERE type = 'table' AND name = ?1 COLLATE NOCASE)";
+
 // What is missing of a table; empty: nothing. Settings are read by their place.
 std::string MissingOf(const TableDef& wanted, const std::vector<std::string>& fields) {
   if (fields.empty()) return " lacks the table " + wanted.Name;
@@ -84,8 +91,7 @@ std::string Fault(sqlite3* database) {
   if (!FirstColumn(database, "SELECT COUNT(*) FROM sqlite_master", {}, lines, fault)) return fault;
   for (const TableDef& table : SchemaTables()) {
     std::vector<std::string> fields;
-    if (!FirstColumn(database, "SELECT name FROM pragma_table_info(?1)", table.Name, fields, fault))
-      return fault;
+    if (!FirstColumn(database, kFieldsOfTable, table.Name, fields, fault)) return fault;
     if (fault = MissingOf(table, fields); !fault.empty()) return fault;
   }
   lines.clear();
@@ -99,6 +105,9 @@ std::string Fault(sqlite3* database) {
 
 std::string WhyNoStationBase(const std::string& path) {
   if (!Connection::FileExists(path)) return path + " is empty, or is not there";
+  // A pipe would be waited for until somebody writes into it.
+  std::error_code failed;
+  if (!std::filesystem::is_regular_file(path, failed)) return path + " is not a regular file";
   for (const char* beside : {"-journal", "-wal"})
     if (Connection::FileExists(path + beside))
       return path + beside + " shows that its writer has not closed it";

@@ -1,4 +1,6 @@
 // What a dropped file must be to become the base, and the hold on a base while it is exchanged.
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -44,6 +46,21 @@ TEST_F(DroppedFile, ThatIsATextOrNothingIsNoDatabase) {
   EXPECT_EQ(Why(), " is not a database");
   std::ofstream(Dropped(), std::ios::trunc).flush();
   EXPECT_EQ(Why(), " is empty, or is not there");
+}
+
+// Whoever opens a pipe to read it waits for its writer, and the air with him.
+TEST_F(DroppedFile, ThatIsAPipeOrAFolderIsRefusedAtOnce) {
+  ASSERT_EQ(mkfifo(Dropped().c_str(), 0600), 0);
+  EXPECT_EQ(Why(), " is not a regular file");
+  fs::remove(Dropped());
+  fs::create_directory(Dropped());
+  EXPECT_EQ(Why(), " is not a regular file");
+}
+
+TEST_F(DroppedFile, WithAViewInTheNameOfATableIsRefused) {
+  Drop();
+  OtherProgram(Dropped()).Do("ALTER TABLE VT RENAME TO V2; CREATE VIEW VT AS SELECT * FROM V2");
+  EXPECT_EQ(Why(), " lacks the table VT");
 }
 
 TEST_F(DroppedFile, OfWhichOnlyHalfHasArrivedIsRefused) {
