@@ -12,6 +12,7 @@
 #include "platform/Folder.h"
 #include "station/BaseFiles.h"
 #include "station/Station.h"
+#include "station/TextForms.h"
 #include "station/WaitPointer.h"
 #include "store/StationFile.h"
 #include "store/StoreError.h"
@@ -113,12 +114,34 @@ std::string FileForMissingBase(const Folder& station) {
   return changing && station.Exists(BaseFile::kBackup) ? BaseFile::kBackup : std::string();
 }
 
+namespace {
+
+// The base is about to be made anew without a row: the backup may be all that is left of it, and
+// the next compaction would put the empty one in its place.
+void KeepBackupOfLostBase(Station& station) {
+  Folder& folder = station.platform.stationFolder;
+  if (!folder.Exists(BaseFile::kBackup)) return;
+  const LocalDateTime now = station.Now();
+  const auto year = std::to_string(now.year);
+  const std::string kept = "Triskin " + year + "-" + TwoDigits(now.month) + "-" +
+                           TwoDigits(now.day) + " " + TwoDigits(now.hour) + TwoDigits(now.minute) +
+                           TwoDigits(now.second) + ".BAK";
+  const std::string journal = std::string(BaseFile::kBackup) + BaseFile::kJournal;
+  if (folder.Exists(journal)) folder.Rename(journal, kept + BaseFile::kJournal);
+  folder.Rename(BaseFile::kBackup, kept);
+  LogError(station, "OpenOrCreateDatabase", kErrNoSuchFile,
+           BaseFileName(station) + " was missing or empty: it is made anew, and " +
+               BaseFile::kBackup + " is kept as " + kept);
+}
+
+}  // namespace
+
 void FinishInterruptedChange(Station& station) {
   try {
     if (DBEngine::DatabaseExists(station.base.Path())) return;
     Folder& folder = station.platform.stationFolder;
     const std::string file = FileForMissingBase(folder);
-    if (file.empty()) return;
+    if (file.empty()) return KeepBackupOfLostBase(station);
     const std::string name = BaseFileName(station);
     const std::string journal = name + BaseFile::kJournal;
     const std::string backupJournal = std::string(BaseFile::kBackup) + BaseFile::kJournal;
