@@ -275,6 +275,8 @@ void TakeUpKeptWrites(Station& station) {
                JournalName(station) + ": " + std::to_string(damaged) +
                    " lines cannot be read and are passed over");
     if (kept.writes.empty()) JournalAnew(station, kept.writes);
+    // What comes next must not be put behind a line that was cut.
+    kept.journalBehind = damaged > 0 && !kept.writes.empty();
   } catch (const FileError&) {
     LogCurrentException(station, kRoutine);
   }
