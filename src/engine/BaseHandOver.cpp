@@ -12,8 +12,8 @@
 #include "platform/Folder.h"
 #include "station/BaseFiles.h"
 #include "station/Station.h"
+#include "station/TextForms.h"
 #include "station/WaitPointer.h"
-#include "store/StationFile.h"
 #include "store/StoreError.h"
 #include "traffic/CampaignImport.h"
 
@@ -93,7 +93,7 @@ void LookForNewBase(Station& station) {
   if (stamp.empty() || stamp == engine.newBaseRefused) return;
   try {
     if (stamp != engine.newBasePassed) {
-      if (const std::string why = WhyNoStationBase(folder.PathOf(BaseFile::kNew)); !why.empty()) {
+      if (const std::string why = WhyNoBase(folder, BaseFile::kNew); !why.empty()) {
         engine.newBaseRefused = stamp;
         throw StoreError(kErrBadDatabase, why);
       }
@@ -111,18 +111,40 @@ void LookForNewBase(Station& station) {
 // others.
 std::string FileForMissingBase(const Folder& station) {
   for (const char* name : {BaseFile::kCopy, BaseFile::kNew})
-    if (station.Exists(name) && WhyNoStationBase(station.PathOf(name)).empty()) return name;
+    if (station.Exists(name) && WhyNoBase(station, name).empty()) return name;
   // Set aside by a change whose new file is damaged: the old base is better than none.
   const bool changing = station.Exists(BaseFile::kCopy) || station.Exists(BaseFile::kNew);
   return changing && station.Exists(BaseFile::kBackup) ? BaseFile::kBackup : std::string();
 }
+
+namespace {
+
+// The base is about to be made anew without a row: the backup may be all that is left of it, and
+// the next compaction would put the empty one in its place.
+void KeepBackupOfLostBase(Station& station) {
+  Folder& folder = station.platform.stationFolder;
+  if (!folder.Exists(BaseFile::kBackup)) return;
+  const LocalDateTime now = station.Now();
+  const auto year = std::to_string(now.year);
+  const std::string kept = "Triskin " + year + "-" + TwoDigits(now.month) + "-" +
+                           TwoDigits(now.day) + " " + TwoDigits(now.hour) + TwoDigits(now.minute) +
+                           TwoDigits(now.second) + ".BAK";
+  const std::string journal = std::string(BaseFile::kBackup) + BaseFile::kJournal;
+  if (folder.Exists(journal)) folder.Rename(journal, kept + BaseFile::kJournal);
+  folder.Rename(BaseFile::kBackup, kept);
+  LogError(station, "OpenOrCreateDatabase", kErrNoSuchFile,
+           BaseFileName(station) + " was missing or empty: it is made anew, and " +
+               BaseFile::kBackup + " is kept as " + kept);
+}
+
+}  // namespace
 
 void FinishInterruptedChange(Station& station) {
   try {
     if (DBEngine::DatabaseExists(station.base.Path())) return;
     Folder& folder = station.platform.stationFolder;
     const std::string file = FileForMissingBase(folder);
-    if (file.empty()) return;
+    if (file.empty()) return KeepBackupOfLostBase(station);
     const std::string name = BaseFileName(station);
     const std::string journal = name + BaseFile::kJournal;
     const std::string backupJournal = std::string(BaseFile::kBackup) + BaseFile::kJournal;

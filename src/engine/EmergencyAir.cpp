@@ -151,8 +151,7 @@ bool PlayRow(Station& station, Cells cells, int32_t lengthMs) {
 void Refuse(Station& station, const std::string& name, const std::string& path,
             const char* reason) {
   auto& told = station.engine.emergency.told;
-  if (told.size() >= kMostTold) told.clear();
-  if (!told.insert(name).second) return;
+  if (told.size() >= kMostTold || !told.insert(name).second) return;
   station.events.Skip(Element::kOther, path, reason);
   LogError(station, kPlace, kNotice, path + " cannot be played (" + reason + ")");
 }

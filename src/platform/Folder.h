@@ -28,7 +28,8 @@ class Folder {
       std::string_view name) const = 0;  // the existing file's, else as given
   virtual bool Exists(std::string_view name) const = 0;
   virtual std::optional<std::string> Read(
-      std::string_view name) const = 0;  // nullopt: no such file
+      std::string_view name) const = 0;                        // nullopt: no such file
+  virtual int64_t SizeBytes(std::string_view name) const = 0;  // -1: no such file
   // Whole, or left as it was. Waits for no disk: after a power cut the file may be the old one.
   virtual void Write(std::string_view name, std::string_view bytes) = 0;
   virtual void Append(std::string_view name, std::string_view bytes) = 0;

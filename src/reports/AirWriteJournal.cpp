@@ -20,6 +20,8 @@ constexpr const char* kKinds[] = {"REPORT", "MUSIC", "TITLE",     "JINGLE",
 constexpr const char* kWritten = "WRITTEN";
 constexpr std::string_view kLineEnd = ",END\r\n";  // a line without it was cut
 constexpr size_t kWriteFields = 15;                // with the end
+constexpr int64_t kMostBytes = 32 << 20;           // several times what the most rows take
+constexpr double kLastDay = 2958465;               // 31/12/9999, as a day serial
 
 // The texts of a row, in the order of the file.
 constexpr std::string ReportRow::*kTexts[] = {
@@ -53,6 +55,7 @@ std::optional<AirWrite> ReadWrite(const FieldRecord& fields) {
   const auto code = NumberOf<int64_t>(fields[1].text);
   const auto moment = NumberOf<double>(fields[2].text);
   if (kind == std::end(kKinds) || !code || !moment) return std::nullopt;
+  if (!(*moment >= 0 && *moment <= kLastDay)) return std::nullopt;  // nor what is no number
   AirWrite write;
   write.kind = static_cast<AirWrite::Kind>(kind - std::begin(kKinds));
   write.code = *code;
@@ -112,7 +115,10 @@ void JournalAnew(Station& station, const std::deque<AirWrite>& kept) {
 std::deque<AirWrite> ReadJournal(Station& station, int& damaged) {
   damaged = 0;
   std::deque<AirWrite> kept;
-  const auto text = station.platform.machineFolder.Read(JournalName(station));
+  Folder& folder = station.platform.machineFolder;
+  const std::string name = JournalName(station);
+  if (folder.SizeBytes(name) > kMostBytes) throw FileError(name + " is too large to be read");
+  const auto text = folder.Read(name);
   if (!text) return kept;
   const std::vector<std::string> lines = SplitLines(*text);
   for (size_t i = 1; i < lines.size(); ++i) {  // behind the head

@@ -19,7 +19,8 @@ void JournalWritten(Station& station, size_t oldest);
 void JournalAnew(Station& station, const std::deque<AirWrite>& kept);
 
 // What the file holds that is not written, as far as the file was told. `damaged`: lines that could
-// not be read, and are passed over.
+// not be read, and are passed over. Throws FileError, also for a file
+// that is too large to be one.
 std::deque<AirWrite> ReadJournal(Station& station, int& damaged);
 
 // A file that cannot be read goes out of the way of a new one, under the name that is given back;

@@ -49,11 +49,15 @@ void CompactClosed(Station& station) {
 // Nobody needs half a copy. Without a base in its place, a whole one is left to the next start.
 void GoOnWithTheOldBase(Station& station) {
   try {
-    if (DBEngine::DatabaseExists(station.base.Path())) RemoveBaseFile(station, BaseFile::kCopy);
     OpenBaseAgain(station);
     station.events.Base("opened");
   } catch (const std::exception&) {
-    LogCurrentException(station, kRoutine);
+    return LogCurrentException(station, kRoutine);
+  }
+  try {
+    RemoveBaseFile(station, BaseFile::kCopy);
+  } catch (const FileError&) {
+    // The next compaction removes it first, and says what is in its way.
   }
 }
 

@@ -4,6 +4,7 @@
 #include "platform/Folder.h"
 #include "station/DayGrid.h"
 #include "station/Station.h"
+#include "store/StationFile.h"
 #include "store/StoreError.h"
 
 namespace zemo {
@@ -32,6 +33,13 @@ std::string BaseFileName(const Station& station) {
   const std::string& path = station.base.Path();
   const size_t slash = path.rfind('/');
   return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+std::string WhyNoBase(const Folder& folder, const std::string& name) {
+  const std::string path = folder.PathOf(name);
+  // A pipe would be waited for until somebody writes into it.
+  if (!folder.Exists(name)) return path + " is not a regular file";
+  return WhyNoStationBase(path);
 }
 
 BaseAlone::BaseAlone(Station& station, int waitMs) : station_(station) {

@@ -6,6 +6,7 @@
 
 namespace zemo {
 
+class Folder;
 struct Station;
 
 namespace BaseFile {
@@ -18,6 +19,9 @@ inline constexpr char kJournal[] = "-journal";       // behind a base's name: of
 
 // Name of the base in the station's folder, in the spelling that it has there.
 std::string BaseFileName(const Station& station);
+
+// Why the file of that name in the folder cannot be a station's base, in one line; empty: it can.
+std::string WhyNoBase(const Folder& folder, const std::string& name);
 
 // The base is this program's alone while this stands. Thread: the logic's.
 class BaseAlone {

@@ -64,6 +64,11 @@ bool FirstColumn(sqlite3* database, const std::string& sql, const std::string& b
   return false;
 }
 
+// None for a view, which takes no rows.
+constexpr const char* kFieldsOfTable =
+    "SELECT field.name FROM pragma_table_info(?1) field WHERE EXISTS (SELECT 1 FROM sqlite_master "
+    "WHERE type = 'table' AND name = ?1 COLLATE NOCASE)";
+
 // Settings are read by their place. Those of an older version are brought up to date by their
 // names.
 bool SettingsMisplaced(const std::vector<std::string>& fields) {
@@ -81,8 +86,7 @@ std::string Fault(sqlite3* database) {
   if (!FirstColumn(database, "SELECT COUNT(*) FROM sqlite_master", {}, lines, fault)) return fault;
   for (const TableDef& table : SchemaTables()) {
     std::vector<std::string> fields;
-    if (!FirstColumn(database, "SELECT name FROM pragma_table_info(?1)", table.Name, fields, fault))
-      return fault;
+    if (!FirstColumn(database, kFieldsOfTable, table.Name, fields, fault)) return fault;
     if (fields.empty()) return " lacks the table " + table.Name;
     if (SameName(table.Name, "Cnf") && SettingsMisplaced(fields))
       return " has the fields of Cnf in another order";

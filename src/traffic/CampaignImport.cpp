@@ -21,6 +21,11 @@ namespace zemo {
 namespace {
 
 constexpr size_t kLinesASlice = 500;
+// Some 20,000 campaigns. What is longer is no list of them, and would take the air's time and
+// memory.
+constexpr int64_t kMostBytes = 4 << 20;
+constexpr int64_t kSameErrorMs = 3600000;
+constexpr int kToldWidth = 50;  // of an advertiser, in the log
 
 // The fields of a line between its tabs, in their order.
 class CampaignLine {
@@ -78,7 +83,7 @@ bool TryToAdd(Station& station, Recordset& table, const CampaignLine& line, size
     if (!RefusesTheRow(error.Number())) throw;
     LogCurrentException(station, "SurveilleNewBase",
                         station.files.ExportPubs + " line " + std::to_string(lineNumber) + ", " +
-                            line.Advertiser());
+                            FirstCharacters(line.Advertiser(), kToldWidth));
     return false;
   }
 }
@@ -169,6 +174,12 @@ void ImportPub(std::string_view line, int field, std::string& result) {
 void ImportExportPubs(Station& station) {
   Folder& folder = station.platform.stationFolder;
   const std::string& name = station.files.ExportPubs;
+  if (folder.SizeBytes(name) > kMostBytes) {
+    const std::string fault = name + " is larger than 4 MB: it is not taken in";
+    if (!LoggedLately(station, fault, kSameErrorMs))
+      LogError(station, "SurveilleNewBase", kErrOther, fault);
+    return;
+  }
   const std::optional<std::string> bytes = folder.Read(name);
   if (!bytes) return;
   const WaitPointer wait(station.screen);

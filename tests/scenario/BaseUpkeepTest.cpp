@@ -238,6 +238,32 @@ TEST_F(Upkeep, AFaultAtAnyStepOfACompactionLeavesAWholeBaseOpen) {
   }
 }
 
+TEST_F(Upkeep, ACopyThatCannotBeRemovedLeavesTheOldBaseOpen) {
+  on.AddCard({});
+  std::filesystem::create_directory(on.stationDir.Path() + "/TriskinN.MDB");
+  EXPECT_FALSE(CompactageTriskin(on.station));
+  EXPECT_TRUE(on.station.base.IsOpen());
+  EXPECT_EQ(on.station.base.CountRecords("Discotheque"), 1);
+  EXPECT_EQ(on.Events("error").size(), 1U) << on.Describe();
+}
+
+TEST_F(Upkeep, ABaseMadeInThePlaceOfALostOneDoesNotCostTheBackupOfTheLostOne) {
+  on.AddCard({});
+  Quitter(on.station);
+  on.stationFolder.Rename("Triskin.MDB", "Triskin.BAK");
+  const std::string backup = *on.stationFolder.Read("Triskin.BAK");
+  on.localValues.Set("LastCompactage", kLastMonth);
+  StartAgain();
+  EXPECT_EQ(sink->base, (Lines{"created", "compacted"}));
+  EXPECT_EQ(again->base.CountRecords("Discotheque"), 0);
+  const auto kept = on.stationFolder.Read("Triskin 2026-11-21 120000.BAK");
+  ASSERT_TRUE(kept);
+  EXPECT_TRUE(*kept == backup);
+  EXPECT_EQ(sink->errors,
+            Lines{"OpenOrCreateDatabase: Triskin.MDB was missing or empty: it is made "
+                  "anew, and Triskin.BAK is kept as Triskin 2026-11-21 120000.BAK"});
+}
+
 TEST_F(Upkeep, ADamagedBaseIsNotReplacedByACompaction) {
   for (int i = 0; i < 200; ++i) on.AddCard({.file = "x", .comment = std::string(500, 'c')});
   Quitter(on.station);

@@ -497,6 +497,19 @@ TEST_F(Emergency, LostAndUnplayableFilesAreToldOnceAndPassedOver) {
   EXPECT_EQ(on.Events("skip").size(), 1U);
 }
 
+// More of them than are remembered must not fill the log round after round.
+TEST_F(Emergency, UnplayableFilesWithoutNumberAreToldAThousandTimesAtMost) {
+  for (int i = 0; i < 1010; ++i) on.PutEmergency("B" + std::to_string(i) + ".mp3", 0);
+  on.PutEmergency("Good.mp3", 5000);
+  on.Load();
+  on.Start();
+  on.RunUntil(60000);
+  EXPECT_GT(on.Played().size(), 2U) << "several rounds";
+  int told = 0;
+  for (const std::string& notice : on.Notices()) told += notice.ends_with("(unreadable)") ? 1 : 0;
+  EXPECT_EQ(told, 1000);
+}
+
 TEST_F(Emergency, FolderOfUnplayableFilesIsTriedSeldom) {
   for (int i = 0; i < 40; ++i) on.PutEmergency("broken" + std::to_string(i) + ".mp3", 0);
   on.Load();

@@ -1,5 +1,6 @@
 // A base and campaigns that another machine drops beside the base of the station on air.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -58,6 +59,32 @@ class HandOver : public testing::Test {
 
   TestStation on;
 };
+
+// Whoever opens a pipe to read it waits for its writer, and the air with him.
+TEST_F(HandOver, APipeOrAFolderInThePlaceOfANewBaseIsLeftAlone) {
+  const std::string path = on.stationDir.Path() + "/New.mdb";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  SurveilleNewBase(on.station);
+  EXPECT_EQ(on.First("base", "state", "swapped"), nullptr);
+  EXPECT_TRUE(on.station.base.IsOpen());
+  fs::remove(path);
+  fs::create_directory(path);
+  SurveilleNewBase(on.station);
+  EXPECT_EQ(on.First("base", "state", "swapped"), nullptr);
+  EXPECT_TRUE(on.station.base.IsOpen());
+}
+
+// The start that comes next would have made the table anew, and the swap does.
+TEST_F(HandOver, ABaseOfAnOlderVersionIsTakenAndBroughtUpToDate) {
+  const std::string path = on.stationDir.Path() + "/old";
+  fs::copy_file(on.station.base.Path(), path);
+  DBEngine::ExecuteNative(path, "ALTER TABLE Cnf DROP COLUMN OutExtrait");
+  fs::rename(path, on.stationDir.Path() + "/New.mdb");
+  SurveilleNewBase(on.station);
+  EXPECT_NE(on.First("base", "state", "swapped"), nullptr) << on.Describe();
+  EXPECT_NE(on.First("base", "table", "Cnf"), nullptr) << on.Describe();
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM pragma_table_info('Cnf')"), "50");
+}
 
 TEST_F(HandOver, ANewBaseIsTakenAsTheNextTitleStartsAndTheAirGoesOn) {
   on.RunUntil(1000);

@@ -131,6 +131,54 @@ TEST_F(KeptWrites, LoseALineThatThePowerCutAndNothingElse) {
       << errors[0]["text"];
 }
 
+// What is kept next must not become part of the line that was cut.
+TEST_F(KeptWrites, BehindALineThatThePowerCutOutliveTheNextPowerLossToo) {
+  PlayLocked(5000, 20000);
+  const std::string journal = Journal();
+  TestStation next("2026-11-21 12:10:00");
+  CarryOver(next, BaseBytes(), journal.substr(0, journal.size() - 9));
+  {
+    const Writer locked(next);
+    next.station.base.Waiting().LetAllWait(0);
+    ReportRow row;
+    row.LADATE = "21/11/2026";
+    row.HEURE = "12:10:01";
+    WriteOrKeep(next.station, {.row = row, .where = "Test"});
+    WriteKeptSlice(next.station);
+  }
+  int damaged = 0;
+  const auto kept = ReadJournal(next.station, damaged);
+  EXPECT_EQ(kept.size(), 4U);
+  EXPECT_EQ(kept.back().row.HEURE, "12:10:01");
+}
+
+TEST_F(KeptWrites, OfAFileThatIsTooLargeToBeAJournalAreLeftAsideUnread) {
+  const std::string huge = "\"x\",END\r\n" + std::string(33 << 20, 'x');
+  TestStation next("2026-11-21 12:10:00");
+  CarryOver(next, BaseBytes(), huge);
+  EXPECT_TRUE(next.station.engine.kept.writes.empty());
+  EXPECT_FALSE(next.machineFolder.Exists(JournalName(next.station)));
+  const auto aside = next.machineFolder.Read(JournalName(next.station) + ".unread");
+  ASSERT_TRUE(aside);
+  EXPECT_EQ(aside->size(), huge.size());
+  ASSERT_EQ(next.Events("error").size(), 1U) << next.Describe();
+}
+
+TEST_F(KeptWrites, WithoutAMomentThatADayCanHaveAreDamaged) {
+  PlayLocked(5000, 20000);
+  std::string journal = Journal();
+  const auto spoil = [&](const char* moment) {
+    const size_t at = journal.find(",46347.");
+    ASSERT_NE(at, std::string::npos) << journal;
+    journal.replace(at + 1, journal.find(',', at + 1) - at - 1, moment);
+  };
+  for (const char* moment : {"nan", "inf", "4e300"}) spoil(moment);
+  TestStation next("2026-11-21 12:10:00");
+  CarryOver(next, BaseBytes(), journal);
+  EXPECT_EQ(next.station.engine.kept.writes.size(), 1U);
+  ASSERT_EQ(next.Events("error").size(), 1U) << next.Describe();
+}
+
 TEST_F(KeptWrites, OfAnotherStationOnThisMachineStayWhereTheyAre) {
   on.machineFolder.Write("KeptRows-00000000.Txt", "\"/elsewhere/Triskin.MDB\",END\r\n");
   PlayLocked(5000, 20000);

@@ -2,7 +2,6 @@
 #include "app/check/CheckParts.h"
 #include "engine/BaseMaintenance.h"
 #include "station/BaseFiles.h"
-#include "store/StationFile.h"
 
 namespace zemo {
 
@@ -18,7 +17,7 @@ std::string WhyBaseIsMissing(const Folder& station) {
 void CheckBaseFiles(const Folder& station, Findings& findings) {
   if (station.Exists(BaseFile::kNew)) {
     const std::string path = station.PathOf(BaseFile::kNew);
-    const std::string why = WhyNoStationBase(path);
+    const std::string why = WhyNoBase(station, BaseFile::kNew);
     if (!why.empty())
       findings.Warning("base", BaseFile::kNew,
                        "cannot take the place of the base:" + why.substr(path.size()));

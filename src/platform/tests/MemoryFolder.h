@@ -63,6 +63,10 @@ class MemoryFolder : public Folder {
     Remove(from);
     Write(to, bytes);
   }
+  int64_t SizeBytes(std::string_view name) const override {
+    const auto bytes = Read(name);
+    return bytes ? static_cast<int64_t>(bytes->size()) : -1;
+  }
   std::string Stamp(std::string_view name) const override {
     const auto found = Find(name);
     return found == files.end() ? std::string() : std::to_string(writes) + " " + found->second;

@@ -46,6 +46,12 @@ TEST_F(DroppedFile, ThatIsATextOrNothingIsNoDatabase) {
   EXPECT_EQ(Why(), " is empty, or is not there");
 }
 
+TEST_F(DroppedFile, WithAViewInTheNameOfATableIsRefused) {
+  Drop();
+  OtherProgram(Dropped()).Do("ALTER TABLE VT RENAME TO V2; CREATE VIEW VT AS SELECT * FROM V2");
+  EXPECT_EQ(Why(), " lacks the table VT");
+}
+
 TEST_F(DroppedFile, OfWhichOnlyHalfHasArrivedIsRefused) {
   Drop();
   fs::resize_file(Dropped(), fs::file_size(Dropped()) / 2);

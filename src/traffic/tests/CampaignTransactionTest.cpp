@@ -1,5 +1,6 @@
 // Campaigns that come and go in numbers: what a lock, a fault or a crash in the middle leaves, and
 // what others may do meanwhile. Locks are another process's, in real time.
+#include <algorithm>
 #include <fstream>
 
 #include "engine/BaseMaintenance.h"
@@ -113,6 +114,23 @@ TEST_F(ManyCampaigns, OfALockedBaseAreTakenAtTheNextElement) {
 }
 
 // The file cannot go behind the commit, as after a crash between the two.
+TEST_F(ManyCampaigns, OfAFileThatIsTooLargeToBeOneAreLeftAndToldOnce) {
+  Export(LineOf("/pubs/1.wav", std::string(5 << 20, 'x')));
+  for (int i = 0; i < 3; ++i) ImportExportPubs(station);
+  EXPECT_TRUE(ExportIsThere());
+  EXPECT_EQ(Campaigns(), 0);
+  const std::string log = Log();
+  EXPECT_NE(log.find("ExportPubs.Txt is larger than 4 MB"), std::string::npos) << log;
+  EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1) << log;
+}
+
+TEST_F(ManyCampaigns, ALineThatIsRefusedDoesNotFillTheLog) {
+  Export(LineOf("/pubs/1.wav", std::string(1 << 20, 'x')));
+  ImportExportPubs(station);
+  EXPECT_EQ(Campaigns(), 0);
+  EXPECT_LT(Log().size(), 500U);
+}
+
 TEST_F(ManyCampaigns, AreNotAddedTwiceWhileTheirFileCannotGo) {
   // Twins, and a name with a blank, which no name in the table is ever the same as.
   const std::string lines = LineOf("/1.wav", "ONE") + LineOf("/1.wav", "TWIN") +

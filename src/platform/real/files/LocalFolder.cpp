@@ -38,6 +38,10 @@ std::optional<std::string> LocalFolder::Read(std::string_view name) const {
   return ReadWholeFile(PathOf(name));
 }
 
+int64_t LocalFolder::SizeBytes(std::string_view name) const {
+  return IsPlainName(name) ? RegularFileSizeBytes(PathOf(name)) : -1;
+}
+
 void LocalFolder::Write(std::string_view name, std::string_view bytes) {
   ReplaceWholeFile(ToWrite(name), bytes);
 }

@@ -30,6 +30,7 @@ class LocalFolder : public Folder {
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override;
   void Remove(std::string_view name) override;
   void Rename(std::string_view from, std::string_view to) override;
+  int64_t SizeBytes(std::string_view name) const override;
   std::string Stamp(std::string_view name) const override;
   Folder& Subfolder(std::string_view name) override;
   std::vector<std::string> Names() const override;

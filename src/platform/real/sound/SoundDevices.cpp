@@ -3,6 +3,12 @@
 
 #include <algorithm>
 #include <cctype>
+#include <chrono>
+#include <exception>
+#include <future>
+#include <memory>
+#include <optional>
+#include <thread>
 
 #include "platform/real/sound/PulseDevice.h"
 #include "platform/real/sound/RtAudioDevice.h"
@@ -14,6 +20,24 @@ std::string Folded(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return text;
+}
+
+// ALSA's default device may be the Pulse server's, and ALSA waits half a minute for a server that
+// takes the connection and says nothing. nullopt: no answer in time; whoever asked ends by himself.
+template <typename Answer>
+std::optional<Answer> AnswerInTime(Answer (*ask)()) {
+  constexpr std::chrono::seconds kPatience{2};
+  const auto answer = std::make_shared<std::promise<Answer>>();
+  std::future<Answer> future = answer->get_future();
+  std::thread([answer, ask] {
+    try {
+      answer->set_value(ask());
+    } catch (...) {
+      answer->set_exception(std::current_exception());
+    }
+  }).detach();
+  if (future.wait_for(kPatience) != std::future_status::ready) return std::nullopt;
+  return future.get();
 }
 
 }  // namespace
@@ -37,14 +61,16 @@ int FindSoundDevice(const std::vector<SoundDevice>& devices, const DeviceWish& w
 
 std::vector<SoundDevice> ListSoundDevices() {
   std::vector<SoundDevice> devices = RtAudioDevices(RtAudioSystem::kJack);
-  for (const auto& more : {PulseDevices(), RtAudioDevices(RtAudioSystem::kAlsa)})
+  const auto alsa =
+      AnswerInTime<std::vector<SoundDevice>>([] { return RtAudioDevices(RtAudioSystem::kAlsa); });
+  for (const auto& more : {PulseDevices(), alsa.value_or(std::vector<SoundDevice>())})
     devices.insert(devices.end(), more.begin(), more.end());
   return devices;
 }
 
 bool AnySoundDevice() {
-  return AnyRtAudioDevice(RtAudioSystem::kJack) || !PulseDevices().empty() ||
-         AnyRtAudioDevice(RtAudioSystem::kAlsa);
+  if (AnyRtAudioDevice(RtAudioSystem::kJack) || !PulseDevices().empty()) return true;
+  return AnswerInTime<bool>([] { return AnyRtAudioDevice(RtAudioSystem::kAlsa); }).value_or(true);
 }
 
 std::vector<std::unique_ptr<OutputDevice>> MakeOutputDevices(const DeviceWish& wish) {

@@ -30,10 +30,12 @@ struct DeviceWish {
 // The one that the wish means, -1 for none: a key before a name, both before a part.
 int FindSoundDevice(const std::vector<SoundDevice>& devices, const DeviceWish& wish);
 
-// All that can play, in the order of the systems. Asks every sound system, which takes its time.
+// All that can play, in the order of the systems. Asks every sound system, which takes its time; one
+// that does not answer within 2 s is left out.
 std::vector<SoundDevice> ListSoundDevices();
 
-// Whether any sound system has a device at all, without asking what it can do.
+// Whether any sound system has a device at all, without asking what it can do; one that does not
+// answer within 2 s is taken to have one.
 bool AnySoundDevice();
 
 // The wished device through each sound system, in their order: which of them has it shows when it

@@ -1,8 +1,15 @@
 // The real sound chain with its threads: the clock, a file and a played device as outputs.
 #include <gtest/gtest.h>
 #include <sndfile.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
+#include <chrono>
+#include <cstdlib>
+#include <optional>
 #include <random>
+#include <string>
 
 #include "platform/real/sound/RealSoundChain.h"
 #include "platform/real/sound/SoundDevices.h"
@@ -455,6 +462,31 @@ TEST_F(RealSoundChainTest, WithoutHardwareTheAirGoesOnWithoutOutputAndSaysSo) {
   EXPECT_TRUE(Told("no sound device on this machine"));
   Sound(0, "short");
   EXPECT_TRUE(Within([&] { return chain_->ChannelDone(0); }));
+}
+
+// A server that takes the connection and says nothing: its clients would wait for half a minute.
+TEST_F(RealSoundChainTest, AFrozenSoundServerHoldsTheAirNoLongerThanSomeSeconds) {
+  const std::string path = folder_.Path("native");
+  const int server = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  ASSERT_LT(path.size(), sizeof address.sun_path);
+  path.copy(address.sun_path, path.size());
+  ASSERT_EQ(::bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(::listen(server, 16), 0);
+  const char* before = std::getenv("PULSE_SERVER");
+  const std::optional<std::string> former =
+      before ? std::optional<std::string>(before) : std::nullopt;
+  ::setenv("PULSE_SERVER", ("unix:" + path).c_str(), 1);
+  const auto began = std::chrono::steady_clock::now();
+  AnySoundDevice();
+  const auto any = std::chrono::steady_clock::now();
+  ListSoundDevices();
+  const auto listed = std::chrono::steady_clock::now();
+  former ? ::setenv("PULSE_SERVER", former->c_str(), 1) : ::unsetenv("PULSE_SERVER");
+  ::close(server);
+  EXPECT_LT(any - began, std::chrono::seconds(8));
+  EXPECT_LT(listed - any, std::chrono::seconds(8));
 }
 
 TEST_F(RealSoundChainTest, AFileThatCannotBeMadeIsAnError) {
