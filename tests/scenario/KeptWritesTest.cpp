@@ -108,6 +108,66 @@ TEST_F(KeptWrites, ThatStoodInTheBaseWhenThePowerWentAreNotWrittenTwice) {
   EXPECT_FALSE(next.machineFolder.Exists(JournalName(next.station)));
 }
 
+ReportRow RowAt(const std::string& time) {
+  ReportRow row;
+  row.LADATE = "21/11/2026";
+  row.HEURE = time;
+  row.DATENUM = 46347.5;
+  return row;
+}
+
+// Of two that are the same, one of which the base got, the other one is still due.
+TEST_F(KeptWrites, ThatAreTwiceTheSameAreWrittenAsOftenAsTheyCame) {
+  {
+    const Writer locked(on);
+    on.station.base.Waiting().LetAllWait(0);
+    for (int i = 0; i < 2; ++i)
+      WriteOrKeep(on.station, {.row = RowAt("12:00:00"), .where = "Test"});
+  }
+  const std::string journal = Journal();
+  TestStation next("2026-11-21 12:10:00");
+  CarryOver(next, BaseBytes(), "");
+  next.Sql("DELETE FROM Rapport");
+  WriteOrKeep(next.station, {.row = RowAt("12:00:00"), .where = "Test"});
+  next.machineFolder.Write(JournalName(next.station), journal);
+  TakeUpKeptWrites(next.station);
+  ASSERT_EQ(next.station.engine.kept.writes.size(), 2U);
+  next.RunUntil(6000);
+  EXPECT_EQ(Count(next, std::string(kTimes) + "12:00:00'"), "2");
+}
+
+// Only what an earlier run left may stand in the base already.
+TEST_F(KeptWrites, OfThisRunAreWrittenThoughTheSameRowStandsInTheBase) {
+  PlayLocked(5000, 20000);
+  TestStation next("2026-11-21 12:10:00");
+  CarryOver(next, BaseBytes(), Journal());
+  const auto keepOne = [&next](const std::string& time) {
+    const Writer locked(next);
+    next.station.base.Waiting().LetAllWait(0);
+    next.station.engine.kept.retryMs = 0;
+    WriteOrKeep(next.station, {.row = RowAt(time), .where = "Test"});
+  };
+  WriteOrKeep(next.station, {.row = RowAt("12:00:00"), .where = "Test"});
+  keepOne("12:00:00");
+  next.RunUntil(6000);
+  EXPECT_EQ(Count(next, std::string(kTimes) + "12:00:00'"), "2");
+  keepOne("12:00:00");
+  next.RunUntil(20000);
+  EXPECT_EQ(Count(next, std::string(kTimes) + "12:00:00'"), "3");
+}
+
+TEST_F(KeptWrites, LetNoneThatComesLaterPassThem) {
+  on.station.base.Waiting().LetAllWait(0);
+  writer = std::make_unique<Writer>(on);
+  WriteOrKeep(on.station, {.row = RowAt("12:00:00"), .where = "Test"});
+  writer.reset();
+  WriteOrKeep(on.station, {.row = RowAt("12:00:01"), .where = "Test"});
+  EXPECT_EQ(on.station.engine.kept.writes.size(), 2U);
+  on.RunUntil(6000);
+  EXPECT_EQ(Count(on, "SELECT group_concat(HEURE) FROM (SELECT HEURE FROM Rapport ORDER BY CODE)"),
+            "12:00:00,12:00:01");
+}
+
 TEST_F(KeptWrites, PartlyWrittenBeforeThePowerWentAreCompletedInTheirOrder) {
   PlayLocked(5000, 20000);
   const std::string journal = Journal();
