@@ -123,6 +123,7 @@ TEST_F(KeptWrites, ThatAreTwiceTheSameAreWrittenAsOftenAsTheyCame) {
     on.station.base.Waiting().LetAllWait(0);
     for (int i = 0; i < 2; ++i)
       WriteOrKeep(on.station, {.row = RowAt("12:00:00"), .where = "Test"});
+    WriteKeptSlice(on.station);  // into the journal
   }
   const std::string journal = Journal();
   TestStation next("2026-11-21 12:10:00");
