@@ -264,6 +264,18 @@ TEST_F(Upkeep, ABaseMadeInThePlaceOfALostOneDoesNotCostTheBackupOfTheLostOne) {
                   "anew, and Triskin.BAK is kept as Triskin 2026-11-21 120000.BAK"});
 }
 
+TEST_F(Upkeep, TheCopyOfACompactionStandsInForALostBaseBeforeADroppedOne) {
+  on.AddCard({});
+  Quitter(on.station);
+  const std::string folder = on.stationDir.Path();
+  std::filesystem::copy_file(folder + "/Triskin.MDB", folder + "/New.mdb");
+  DBEngine::ExecuteNative(folder + "/New.mdb", "DELETE FROM Discotheque");
+  on.stationFolder.Rename("Triskin.MDB", "TriskinN.MDB");
+  StartAgain();
+  EXPECT_EQ(again->base.CountRecords("Discotheque"), 1);
+  EXPECT_TRUE(on.stationFolder.Exists("New.mdb"));
+}
+
 TEST_F(Upkeep, ADamagedBaseIsNotReplacedByACompaction) {
   for (int i = 0; i < 200; ++i) on.AddCard({.file = "x", .comment = std::string(500, 'c')});
   Quitter(on.station);

@@ -112,7 +112,7 @@ ReportRow RowAt(const std::string& time) {
   ReportRow row;
   row.LADATE = "21/11/2026";
   row.HEURE = time;
-  row.DATENUM = 46347.5;
+  row.DATENUM = 46347.6;  // behind the titles that were played
   return row;
 }
 
