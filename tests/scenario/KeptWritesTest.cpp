@@ -289,6 +289,29 @@ TEST_F(KeptWrites, AreWrittenAFewATickInOneTransactionEach) {
   EXPECT_EQ(Count(on, "SELECT COUNT(*) FROM Rapport WHERE TITRE = CODE - 1"), "50");
 }
 
+// The first rows of the slice find room in the report's last page, a later one does not: none of
+// them may stay, or they would be written again.
+TEST_F(KeptWrites, OfASliceThatTheDiskHasNoRoomForAreWrittenOnceEachLater) {
+  on.station.base.Waiting().LetAllWait(0);
+  writer = std::make_unique<Writer>(on);
+  for (int i = 0; i < 20; ++i) {
+    ReportRow row;
+    row.TITRE = std::to_string(i);
+    row.AUTEUR = row.LABEL = std::string(40, 'A');  // 280 bytes a row: 14 in a page of 4096
+    row.GENRE = row.VARIETE = row.REFERENCE = std::string(20, 'C');
+    row.AUTEURCOMPOSITEUR = std::string(60, 'B');
+    WriteOrKeep(on.station, {.row = row, .where = "Test"});
+  }
+  writer.reset();
+  on.station.base.Db().Execute("PRAGMA max_page_count = 1");  // as many as it has
+  on.RunUntil(8000);
+  EXPECT_EQ(Count(on, "SELECT COUNT(*) FROM Rapport"), "0");
+  EXPECT_EQ(on.station.engine.kept.writes.size(), 20U);
+  on.station.base.Db().Execute("PRAGMA max_page_count = 1000000");
+  on.RunUntil(20000);
+  EXPECT_EQ(Count(on, "SELECT COUNT(*) FROM Rapport"), "20");
+}
+
 TEST_F(KeptWrites, WaitForTheExitPointToPass) {
   on.AppendCard(on.AddCard({.lengthMs = 10000}));
   on.AppendCard(on.AddCard({.lengthMs = 10000}));
