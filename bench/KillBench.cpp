@@ -230,15 +230,18 @@ class KillRun {
     last.lost += verdict.lost;
     last.twice += verdict.twice;
     pending_.clear();
-    RenewNewBase();
     if (old_ && air_->Heard() && verdict.fault.empty()) JudgeUpgrade();
+    RenewNewBase();
   }
 
   // A new base that nobody has taken yet holds the rows that were written since it was made, so
-  // that two hand-overs in one life lose none by right.
+  // that two hand-overs in one life lose none by right. One made of an old base would bring the old
+  // table back behind the start that upgrades it.
   void RenewNewBase() const {
     const std::string left = killed_.PathOf("New.mdb");
-    if (std::filesystem::exists(left))
+    if (old_)
+      std::filesystem::remove(left);
+    else if (std::filesystem::exists(left))
       killed_.MakeNewBase(left, "base " + std::to_string(handedOver_));
   }
 

@@ -8,6 +8,7 @@
 // 5. A fault of one step is logged and costs that step; steps 19 and 20 run all the same.
 #include "engine/MainTick.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -51,7 +52,7 @@ constexpr float kSpaceLockSec = 2;
 constexpr float kMinuteGuardSec = 60;
 constexpr int64_t kSameErrorMs = 60000;
 constexpr int64_t kGridRetryMs = 10000;
-constexpr int64_t kBaseLookMs = 2000;
+constexpr int64_t kBaseLookMs = 2000, kMostBasePauseMs = 60000;
 constexpr double kAwayFromExitMs = 1000;
 constexpr int64_t kTickMs = 100;
 
@@ -615,14 +616,16 @@ void WriteKept(Station& station) {
 }
 
 // A share that came back, a file that was replaced: until then the air goes on by what is in
-// memory.
+// memory. One that fails again and again is looked at less and less.
 void LookForLostBase(Station& station) {
   EngineState& engine = station.engine;
   const int64_t nowMs = station.platform.clock.MonotonicMs();
   if (nowMs < engine.baseLookMs) return;
-  engine.baseLookMs = nowMs + kBaseLookMs;
+  engine.baseLookMs = nowMs + engine.basePauseMs;
   try {
-    if (!OpenLostBase(station)) return;
+    const bool opened = OpenLostBase(station);
+    engine.basePauseMs = opened ? std::min(2 * engine.basePauseMs, kMostBasePauseMs) : kBaseLookMs;
+    if (!opened) return;
     station.events.Base("opened");
     TakeUpOpenedBase(station);
   } catch (const StoreError& error) {

@@ -113,8 +113,9 @@ struct EngineState {
   // --- writes that the base could not take yet (see reports/AirWrites.h) ---
   KeptWrites kept;
 
-  int64_t baseLookMs = 0;    // monotonic; whether the base is lost is not looked at before
-  bool baseWasOpen = false;  // in this run; else what a start does with it is still to be done
+  int64_t baseLookMs = 0;      // monotonic; whether the base is lost is not looked at before
+  int64_t basePauseMs = 2000;  // up to the look behind it
+  bool baseWasOpen = false;    // in this run; else what a start does with it is still to be done
 
   // --- the emergency folder (writer: engine/EmergencyAir) ---
   Flag<bool> EmergencyOnAir{"EmergencyOnAir", false, observer};
