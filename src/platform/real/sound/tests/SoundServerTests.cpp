@@ -1,10 +1,19 @@
 // The air through real sound servers: what their monitors record is the programme, whole, and it is
 // heard again after whatever a server does to its devices.
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <optional>
+#include <string>
 
 #include "platform/real/sound/RealSoundChain.h"
 #include "platform/real/sound/SoundDevices.h"
 #include "platform/real/sound/tests/SoundServers.h"
+#include "platform/real/sound/tests/SoundTestSupport.h"
 #include "platform/sound/tests/TestSources.h"
 
 namespace zemo {
@@ -232,6 +241,32 @@ TEST_P(SoundServers, TheirDevicesAreListedWithTheDefault) {
   }
   EXPECT_EQ(FindSoundDevice(devices, {"sink_t", true}), -1);
   EXPECT_EQ(FindSoundDevice(devices, {"sink_t", false}), two);
+}
+
+// A server that takes the connection and says nothing: its clients would wait for half a minute.
+TEST(FrozenSoundServer, HoldsTheAirNoLongerThanSomeSeconds) {
+  const testing::TestFolder folder;
+  const std::string path = folder.Path("native");
+  const int server = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  ASSERT_LT(path.size(), sizeof address.sun_path);
+  path.copy(address.sun_path, path.size());
+  ASSERT_EQ(::bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(::listen(server, 16), 0);
+  const char* before = std::getenv("PULSE_SERVER");
+  const std::optional<std::string> former =
+      before ? std::optional<std::string>(before) : std::nullopt;
+  ::setenv("PULSE_SERVER", ("unix:" + path).c_str(), 1);
+  const auto began = std::chrono::steady_clock::now();
+  AnySoundDevice();
+  const auto any = std::chrono::steady_clock::now();
+  ListSoundDevices();
+  const auto listed = std::chrono::steady_clock::now();
+  former ? ::setenv("PULSE_SERVER", former->c_str(), 1) : ::unsetenv("PULSE_SERVER");
+  ::close(server);
+  EXPECT_LT(any - began, std::chrono::seconds(8));
+  EXPECT_LT(listed - any, std::chrono::seconds(8));
 }
 
 }  // namespace
