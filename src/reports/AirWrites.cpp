@@ -76,8 +76,8 @@ void StoreSetting(Station& station, const char* field, int64_t value) {
 // The row of a music title as it is to be stored; nothing when it waits for a card that is gone.
 std::optional<ReportRow> MusicRow(Station& station, const AirWrite& write) {
   if (write.code == 0) return write.row;
-  const Recordset& card = *station.base.Tables().Discotheque;
-  if (!SeekCode(*station.base.Tables().Discotheque, write.code)) return std::nullopt;
+  Recordset& card = *station.base.Tables().Discotheque;
+  if (!SeekCode(card, write.code)) return std::nullopt;
   ReportRow row = ReportOfCard(card);
   row.LADATE = write.row.LADATE;
   row.HEURE = write.row.HEURE;
