@@ -100,6 +100,9 @@ bool DeviceThread::OpenFrom(size_t first, size_t end) {
       return true;
     } catch (const NoSuchDevice&) {
       // The next one may have it.
+    } catch (const SystemHangs& error) {
+      reasons_ = error.what();
+      return false;
     } catch (const std::exception& error) {  // the libraries and the thread they make throw theirs
       if (reasons_.empty()) reasons_ = error.what();
     }

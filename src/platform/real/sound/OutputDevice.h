@@ -13,6 +13,12 @@ struct NoSuchDevice : SoundError {
   using SoundError::SoundError;
 };
 
+// The sound system runs and does not answer: whoever asks another one, whose default may be a
+// device of this one, would wait with it.
+struct SystemHangs : SoundError {
+  using SoundError::SoundError;
+};
+
 // Used by one thread (the device thread), which may wait in it: opening a device takes its time.
 class OutputDevice {
  public:

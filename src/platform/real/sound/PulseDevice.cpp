@@ -102,7 +102,7 @@ class PulseDevice final : public OutputDevice {
     heldBack_ = 0;
     condition_ = Condition::kFine;
     movedTo_.clear();
-    server_ = std::make_unique<PulseServer>(kPatience);
+    server_ = Reached();
     const std::vector<SoundDevice> devices = DevicesOf(*server_);
     const int index = FindSoundDevice(devices, wish_);
     if (index < 0) throw NoSuchDevice("PulseAudio: no such sound device");
@@ -113,6 +113,16 @@ class PulseDevice final : public OutputDevice {
       while (!quit_.load(std::memory_order_acquire) && server_->Turn()) continue;
     });
     return {TextOf(device), kSampleRate, kFirstFrames};
+  }
+
+  // A device by name may be another system's, whatever this one does.
+  std::unique_ptr<PulseServer> Reached() const {
+    try {
+      return std::make_unique<PulseServer>(kPatience);
+    } catch (const SystemHangs& error) {
+      if (wish_.name.empty()) throw;
+      throw NoSuchDevice(error.what());
+    }
   }
 
   void Play(const SoundDevice& device) {
@@ -142,6 +152,7 @@ class PulseDevice final : public OutputDevice {
     };
     if (!asked || !server_->Await(settled) || pa_stream_get_state(stream_) != PA_STREAM_READY)
       throw SoundError(TextOf(device) + ": " + server_->Error());
+    sink_ = pa_stream_get_device_index(stream_);
     NoteSleep();
     patience_ =
         pa_context_rttime_new(server_->Context(), pa_rtclock_now() + kBeginUsec, OnPatience, this);
@@ -150,7 +161,9 @@ class PulseDevice final : public OutputDevice {
   void FollowDefault(const std::string& now) {
     defaultKey_ = now;
     pa_context_set_subscribe_callback(server_->Context(), OnEvent, this);
-    Forget(pa_context_subscribe(server_->Context(), PA_SUBSCRIPTION_MASK_SERVER, nullptr, nullptr));
+    constexpr int kMask = PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK_INPUT;
+    Forget(pa_context_subscribe(server_->Context(), static_cast<pa_subscription_mask_t>(kMask),
+                                nullptr, nullptr));
   }
 
   void Free() {
@@ -170,6 +183,10 @@ class PulseDevice final : public OutputDevice {
 
   static void Forget(pa_operation* operation) {
     if (operation != nullptr) pa_operation_unref(operation);
+  }
+
+  bool Ready() const {
+    return stream_ != nullptr && pa_stream_get_state(stream_) == PA_STREAM_READY;
   }
 
   void NoteSleep() {
@@ -196,7 +213,7 @@ class PulseDevice final : public OutputDevice {
   // A server that needs more to begin gets it.
   static void OnPatience(pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {
     PulseDevice& device = Of(self);
-    if (device.heldBack_ == 0 || pa_stream_get_state(device.stream_) != PA_STREAM_READY) return;
+    if (device.heldBack_ == 0 || !device.Ready()) return;
     Write(device.stream_, std::exchange(device.heldBack_, 0),
           [](int16_t* stereo, int frames) { std::fill_n(stereo, frames * kChannels, int16_t{0}); });
   }
@@ -236,23 +253,35 @@ class PulseDevice final : public OutputDevice {
     Listed listed;
     OnSink(context, info, end, &listed);
     if (listed.devices.empty()) return;
-    const std::lock_guard lock(Of(self).movedMutex_);
-    Of(self).movedTo_ = TextOf(listed.devices.front());
+    PulseDevice& device = Of(self);
+    device.sink_ = info->index;
+    const std::lock_guard lock(device.movedMutex_);
+    device.movedTo_ = TextOf(listed.devices.front());
   }
 
-  static void OnEvent(pa_context* context, pa_subscription_event_type_t, uint32_t, void* self) {
-    Forget(pa_context_get_server_info(context, OnDefault, self));
+  static void OnEvent(pa_context* context, pa_subscription_event_type_t event, uint32_t index,
+                      void* self) {
+    const PulseDevice& device = Of(self);
+    if ((event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SERVER)
+      Forget(pa_context_get_server_info(context, OnDefault, self));
+    else if (device.Ready() && index == pa_stream_get_index(device.stream_))
+      Forget(pa_context_get_sink_input_info(context, index, OnInput, self));
+  }
+
+  // PipeWire does not tell the stream of a move that it made by itself; of a device that is about
+  // to come it can say nothing at first, and another event follows.
+  static void OnInput(pa_context* context, const pa_sink_input_info* info, int end, void* self) {
+    if (end != 0 || info == nullptr || info->sink == Of(self).sink_) return;
+    Forget(pa_context_get_sink_info_by_index(context, info->sink, OnMovedTo, self));
   }
 
   // Where the server itself moves the sound after its default, this finds it done.
   static void OnDefault(pa_context* context, const pa_server_info* info, void* self) {
     PulseDevice& device = Of(self);
-    if (info == nullptr || info->default_sink_name == nullptr || device.stream_ == nullptr) return;
+    if (info == nullptr || info->default_sink_name == nullptr) return;
     if (info->default_sink_name == device.defaultKey_) return;
     device.defaultKey_ = info->default_sink_name;
-    if (pa_stream_get_state(device.stream_) != PA_STREAM_READY) return;
-    // PipeWire does not tell of a move that it made by itself.
-    Forget(pa_context_get_sink_info_by_name(context, info->default_sink_name, OnMovedTo, self));
+    if (!device.Ready()) return;
     const char* now = pa_stream_get_device_name(device.stream_);
     if (now != nullptr && device.defaultKey_ == now) return;
     Forget(pa_context_move_sink_input_by_name(context, pa_stream_get_index(device.stream_),
@@ -267,6 +296,7 @@ class PulseDevice final : public OutputDevice {
   bool asked_ = false;   // the server asked once
   size_t heldBack_ = 0;  // bytes that it asked for and did not get yet
   std::string defaultKey_;
+  uint32_t sink_ = PA_INVALID_INDEX;  // that the sound goes to, where it is known
   std::atomic<Condition> condition_{Condition::kFine};
   std::mutex movedMutex_;
   std::string movedTo_;  // while movedMutex_ is held
@@ -280,7 +310,7 @@ std::vector<SoundDevice> PulseDevices() {
   try {
     PulseServer server(kPatience);
     return DevicesOf(server);
-  } catch (const NoSuchDevice&) {
+  } catch (const SoundError&) {
     return {};
   }
 }

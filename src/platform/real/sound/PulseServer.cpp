@@ -20,7 +20,9 @@ PulseServer::PulseServer(std::chrono::milliseconds patience)
   }
   if (ready) return;
   const std::string reason = Error();
+  const bool hangs = context_ != nullptr && Alive();
   Free();
+  if (hangs) throw SystemHangs("PulseAudio: the server does not answer");
   throw NoSuchDevice("PulseAudio: " + reason);
 }
 

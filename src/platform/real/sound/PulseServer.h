@@ -15,7 +15,7 @@ namespace zemo {
 // One thread at a time; what it was told happens inside Turn and Await.
 class PulseServer {
  public:
-  // A server that does not answer in all that time is none. Throws NoSuchDevice.
+  // Throws NoSuchDevice where none runs, SystemHangs when it does not answer in all that time.
   explicit PulseServer(std::chrono::milliseconds patience);
   ~PulseServer();
   PulseServer(const PulseServer&) = delete;

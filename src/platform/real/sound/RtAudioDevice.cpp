@@ -9,8 +9,9 @@
 namespace zemo {
 namespace {
 
-constexpr unsigned int kBufferFrames = 1024;  // 23 ms: of one call back
-constexpr unsigned int kBuffers = 4;          // that the device keeps, where it can be asked to
+constexpr unsigned int kBufferFrames = 1024;     // 23 ms: of one call back
+constexpr const char* kAlsaDefault = "default";  // as RtAudio lists it beside the cards
+constexpr unsigned int kBuffers = 4;             // that the device keeps, where it can be asked to
 
 void Quiet(const char*, int, const char*, int, const char*, ...) {}
 
@@ -74,6 +75,28 @@ std::vector<unsigned int> Rates(const Found& device) {
   return rates;
 }
 
+// What a sound server put in the place of ALSA's default, found in ALSA's settings without opening
+// it: the server is asked directly, and behind its back only its own devices come and go.
+bool AlsaDefaultIsAServers() {
+  constexpr int kMostSlaves = 8;
+  snd_config_t* settings = nullptr;
+  if (snd_config_update_ref(&settings) < 0) return false;
+  std::string name = "default", type;
+  for (int slaves = 0; slaves < kMostSlaves && !name.empty(); ++slaves) {
+    snd_config_t *pcm = nullptr, *found = nullptr;
+    if (snd_config_search_definition(settings, "pcm", name.c_str(), &pcm) < 0) break;
+    const char* text = nullptr;
+    if (snd_config_search(pcm, "type", &found) >= 0 && snd_config_get_string(found, &text) >= 0)
+      type = text;
+    const bool slave = snd_config_search(pcm, "slave.pcm", &found) >= 0 &&
+                       snd_config_get_string(found, &text) >= 0;
+    name = slave ? text : "";
+    snd_config_delete(pcm);
+  }
+  snd_config_unref(settings);
+  return type == "pulse" || type == "pipewire";
+}
+
 class RtAudioDevice final : public OutputDevice {
  public:
   RtAudioDevice(RtAudioSystem system, DeviceWish wish) : system_(system), wish_(std::move(wish)) {}
@@ -83,7 +106,9 @@ class RtAudioDevice final : public OutputDevice {
     Close();
     try {
       audio_ = Ask(system_);
-      const std::vector<Found> devices = Devices(*audio_, system_, !wish_.name.empty());
+      byDefault_ =
+          wish_.name.empty() && !(system_ == RtAudioSystem::kAlsa && AlsaDefaultIsAServers());
+      const std::vector<Found> devices = Devices(*audio_, system_, !byDefault_);
       const int index = IndexOf(devices);
       if (index < 0) throw NoSuchDevice(std::string(NameOf(system_)) + ": no such sound device");
       return OpenAt(devices[static_cast<size_t>(index)], ring);
@@ -109,7 +134,13 @@ class RtAudioDevice final : public OutputDevice {
 
  private:
   int IndexOf(const std::vector<Found>& devices) const {
-    if (wish_.name.empty()) return devices.empty() ? -1 : 0;  // only the default was asked for
+    if (byDefault_) return devices.empty() ? -1 : 0;  // only the default was asked for
+    if (wish_.name.empty()) {
+      const auto card = std::find_if(devices.begin(), devices.end(), [](const Found& found) {
+        return found.device.name != kAlsaDefault;
+      });
+      return card == devices.end() ? -1 : static_cast<int>(card - devices.begin());
+    }
     std::vector<SoundDevice> known;
     for (const Found& found : devices) known.push_back(found.device);
     return FindSoundDevice(known, wish_);
@@ -125,7 +156,7 @@ class RtAudioDevice final : public OutputDevice {
       options.numberOfBuffers = kBuffers;
       options.streamName = "Zemo Radio";
       // The default of ALSA is not its first card but what the machine is set up to share.
-      if (wish_.name.empty()) options.flags = RTAUDIO_ALSA_USE_DEFAULT;
+      if (byDefault_) options.flags = RTAUDIO_ALSA_USE_DEFAULT;
       unsigned int frames = kBufferFrames;
       try {
         audio_->openStream(&parameters, nullptr, RTAUDIO_SINT16, rate, &frames, &DeviceCallback,
@@ -144,6 +175,7 @@ class RtAudioDevice final : public OutputDevice {
 
   const RtAudioSystem system_;
   const DeviceWish wish_;
+  bool byDefault_ = false;  // what the system calls its default; else one of its own, by name
   std::unique_ptr<RtAudio> audio_;
 };
 

@@ -30,8 +30,8 @@ struct DeviceWish {
 // The one that the wish means, -1 for none: a key before a name, both before a part.
 int FindSoundDevice(const std::vector<SoundDevice>& devices, const DeviceWish& wish);
 
-// All that can play, in the order of the systems. Asks every sound system, which takes its time; one
-// that does not answer within 2 s is left out.
+// All that can play, in the order of the systems. Asks every sound system, which takes its time;
+// one that does not answer within 2 s is left out.
 std::vector<SoundDevice> ListSoundDevices();
 
 // Whether any sound system has a device at all, without asking what it can do; one that does not

@@ -7,10 +7,13 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "platform/real/sound/RealSoundChain.h"
+#include "platform/real/sound/RtAudioDevice.h"
 #include "platform/real/sound/SoundDevices.h"
 #include "platform/real/sound/tests/SoundServers.h"
 #include "platform/real/sound/tests/SoundTestSupport.h"
@@ -57,6 +60,12 @@ class SoundServers : public ::testing::TestWithParam<ServerKind> {
     });
   }
   bool IsHeard() { return chain_->TakeHealth().heard; }
+  // PipeWire may show its sinks some moments after their making; what is told of that is forgotten.
+  bool IsHeardFirst() {
+    const bool heard = Within(5000, [this] { return IsHeard(); });
+    if (!PulseAudio()) told_.clear();
+    return heard;
+  }
   // Goes on until something sounds in what is recorded from now on.
   bool HeardAgain(const Recorder& recorder, int ms) {
     const size_t before = recorder.Left().size();
@@ -152,7 +161,7 @@ TEST_P(SoundServers, ADefaultThatChangesTakesTheAirWithIt) {
 TEST_P(SoundServers, ASinkThatIsTakenAwayAndPutBackIsHeardAgain) {
   const std::string module = SoundServer::LoadSink("one");
   Air("tone", "Sink_one");
-  ASSERT_TRUE(Within(5000, [&] { return IsHeard(); }));
+  ASSERT_TRUE(IsHeardFirst());
   ASSERT_TRUE(SoundServer::UnloadSink(module));
   ASSERT_TRUE(ToldWithin(1));
   EXPECT_FALSE(IsHeard());
@@ -169,10 +178,9 @@ TEST_P(SoundServers, ASinkThatIsTakenAwayAndPutBackIsHeardAgain) {
 }
 
 TEST_P(SoundServers, ADefaultThatIsTakenAwayAndPutBackIsHeardAgain) {
-  if (!PulseAudio()) GTEST_SKIP() << "PipeWire does not always tell of the dummy it plays on into";
   const std::string module = SoundServer::LoadSink("one");
   Air("tone");
-  ASSERT_TRUE(Within(5000, [&] { return IsHeard(); }));
+  ASSERT_TRUE(IsHeardFirst());
   ASSERT_TRUE(SoundServer::UnloadSink(module));
   ASSERT_TRUE(ToldWithin(1));
   SoundServer::LoadSink("one");
@@ -184,12 +192,26 @@ TEST_P(SoundServers, ADefaultThatIsTakenAwayAndPutBackIsHeardAgain) {
   EXPECT_EQ(told_.back(), "sound device: Sink_one (PulseAudio)");
 }
 
+// ALSA's default is the server itself where its plug-in is installed: by that way nothing is told
+// of a sink's comings and goings, and a sink that came back a moment too late kept it for good.
+TEST_P(SoundServers, TheirDefaultIsNotPlayedByWayOfAnotherSystem) {
+  SoundServer::LoadSink("one");
+  ASSERT_TRUE(testing::Within(5000, [] {
+    return FindSoundDevice(ListSoundDevices(), {"one", true}) >= 0;
+  }));
+  OutputRing ring;
+  const auto alsa = MakeRtAudioDevice(RtAudioSystem::kAlsa, {});
+  try {
+    EXPECT_NE(alsa->Open(ring).name, "default (ALSA)") << "a card of this machine may do";
+  } catch (const NoSuchDevice& error) {
+    EXPECT_STREQ(error.what(), "ALSA: no such sound device");
+  }
+}
+
 TEST_P(SoundServers, AServerThatIsKilledAndStartedAgainIsHeardAgain) {
-  if (!PulseAudio())
-    GTEST_SKIP() << "PipeWire does not always have its sinks when it answers again";
   SoundServer::LoadSink("one");
   Air("tone");
-  ASSERT_TRUE(Within(5000, [&] { return IsHeard(); }));
+  ASSERT_TRUE(IsHeardFirst());
   server_.Kill();
   ASSERT_TRUE(ToldWithin(1));
   EXPECT_FALSE(IsHeard());
@@ -246,29 +268,54 @@ TEST_P(SoundServers, TheirDevicesAreListedWithTheDefault) {
 }
 
 // A server that takes the connection and says nothing: its clients would wait for half a minute.
-TEST(FrozenSoundServer, HoldsTheAirNoLongerThanSomeSeconds) {
-  const testing::TestFolder folder;
-  const std::string path = folder.Path("native");
-  const int server = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  ASSERT_LT(path.size(), sizeof address.sun_path);
-  path.copy(address.sun_path, path.size());
-  ASSERT_EQ(::bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-  ASSERT_EQ(::listen(server, 16), 0);
-  const char* before = std::getenv("PULSE_SERVER");
-  const std::optional<std::string> former =
-      before ? std::optional<std::string>(before) : std::nullopt;
-  ::setenv("PULSE_SERVER", ("unix:" + path).c_str(), 1);
-  const auto began = std::chrono::steady_clock::now();
-  AnySoundDevice();
-  const auto any = std::chrono::steady_clock::now();
-  ListSoundDevices();
-  const auto listed = std::chrono::steady_clock::now();
-  former ? ::setenv("PULSE_SERVER", former->c_str(), 1) : ::unsetenv("PULSE_SERVER");
-  ::close(server);
-  EXPECT_LT(any - began, std::chrono::seconds(8));
-  EXPECT_LT(listed - any, std::chrono::seconds(8));
+class FrozenSoundServer : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const std::string path = folder_.Path("native");
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    path.copy(address.sun_path, path.size());
+    ASSERT_EQ(::bind(server_, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(server_, 16), 0);
+    if (const char* before = std::getenv("PULSE_SERVER")) former_ = before;
+    ::setenv("PULSE_SERVER", ("unix:" + path).c_str(), 1);
+  }
+  void TearDown() override {
+    former_ ? ::setenv("PULSE_SERVER", former_->c_str(), 1) : ::unsetenv("PULSE_SERVER");
+    ::close(server_);
+  }
+  static double SecondsOf(const std::function<void()>& work) {
+    const auto began = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
+  }
+
+ private:
+  const testing::TestFolder folder_;
+  const int server_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  std::optional<std::string> former_;
+};
+
+TEST_F(FrozenSoundServer, HoldsNobodyWhoAsksForDevicesLongerThanSomeSeconds) {
+  EXPECT_LT(SecondsOf([] { AnySoundDevice(); }), 8);
+  EXPECT_LT(SecondsOf([] { ListSoundDevices(); }), 8);
+}
+
+TEST_F(FrozenSoundServer, HoldsTheEndOfTheAirNoLongerThanSomeSeconds) {
+  WaveOpener opener;
+  opener.Add("tone", testing::Sine(1000.0, 0.5), 600 * kSampleRate);
+  Lines told;
+  auto chain = MakeRealSoundChain(opener, {OutputSpec::Kind::kDevice, "", false},
+                                  [&told](const std::string& line) { told.push_back(line); });
+  chain->SetFileName(0, "tone");
+  chain->SetChannelDone(0, false);
+  chain->Start();
+  EXPECT_TRUE(testing::Within(8000, [&] {
+    chain->Poll();
+    return !told.empty() && chain->OutputPosition() > 3000;
+  })) << "the air runs by the clock meanwhile";
+  EXPECT_LT(SecondsOf([&] { chain.reset(); }), 8);
 }
 
 }  // namespace
