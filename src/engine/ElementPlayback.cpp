@@ -400,6 +400,7 @@ void PlayElement(Station& station, Incoming element) {
   station.engine.NextRequested = false;
   if (sound.State() != OutputState::kStarted) sound.Start();
   station.WatchSilence();
+  station.base.Waiting().LetSavedWait();
 
   MusicCard card;
   if (element.code > 0)

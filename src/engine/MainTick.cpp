@@ -54,6 +54,7 @@ constexpr int64_t kSameErrorMs = 60000;
 constexpr int64_t kGridRetryMs = 10000;
 constexpr int64_t kBaseLookMs = 2000, kMostBasePauseMs = 60000;
 constexpr double kAwayFromExitMs = 1000;
+constexpr double kNearExitMs = 300;  // this tick starts the next element, or one of the next two
 constexpr int64_t kTickMs = 100;
 
 // The moment of the tick, read once and again after whatever may have waited.
@@ -607,6 +608,11 @@ void ServeScreenSaver(Station& station) {
     DeclencheVeille(station);
 }
 
+bool AboutToStart(const Station& station) {
+  return station.engine.IsRunning && !station.PL.Empty() &&
+         (NothingOnAir(station) || MsToExitPoint(station) < kNearExitMs);
+}
+
 // A commit waits for the disk: not where an element is about to begin.
 void WriteKept(Station& station) {
   if (station.engine.IsRunning && !NothingOnAir(station) &&
@@ -683,7 +689,7 @@ void MainTimer_Timer(Station& station) {
     explicit Running(bool& f) : flag(f) { flag = true; }
     ~Running() { flag = false; }
   } running(engine.tickRunning);
-  station.base.Waiting().LetAllWait(kTickWaitMs);
+  station.base.Waiting().LetAllWait(kTickWaitMs, AboutToStart(station) ? kSavedWaitMs : 0);
   station.base.CheckCnf();
   ServeEmergencyAir(station);
   try {

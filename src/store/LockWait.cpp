@@ -22,12 +22,14 @@ int PauseMs(int times) {
 void LockWait::LetEachWait(int ms) {
   eachMs_ = std::max(0, ms);
   leftMs_ = eachMs_;
+  savedMs_ = 0;
   inVain_[0] = inVain_[1] = false;
 }
 
-void LockWait::LetAllWait(int ms) {
+void LockWait::LetAllWait(int ms, int savedMs) {
   eachMs_ = 0;
   leftMs_ = std::max(0, ms);
+  savedMs_ = std::max(0, savedMs);
 }
 
 void LockWait::Begin(bool writes) {

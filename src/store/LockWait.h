@@ -8,8 +8,11 @@
 
 namespace zemo {
 
-// Of a base on air: between two ticks, in all.
+// Of a base on air: between two ticks, in all; and what of it is saved for the time behind the
+// start of an element where one is about to start, so that waits on both sides of a tick do not add
+// up.
 inline constexpr int kTickWaitMs = 100;
+inline constexpr int kSavedWaitMs = 60;
 // Elsewhere: of each operation.
 inline constexpr int kBusyTimeoutMs = 5000;
 
@@ -21,8 +24,10 @@ class LockWait {
 
   // Every operation from now on, `ms` at most, whatever was waited for in vain before.
   void LetEachWait(int ms);
-  void LetAllWait(int ms);  // all operations from now to the next grant together
-  int LeftMs() const { return forbidden_ > 0 ? 0 : leftMs_; }
+  // All operations from now to the next grant together; `savedMs` of it only from LetSavedWait on.
+  void LetAllWait(int ms, int savedMs = 0);
+  void LetSavedWait() { savedMs_ = 0; }
+  int LeftMs() const { return forbidden_ > 0 || leftMs_ < savedMs_ ? 0 : leftMs_ - savedMs_; }
 
   // Around each operation that may meet a lock: what reads and what writes are kept apart. An
   // operation that waited in vain is the last of its kind that waits until one succeeds: a file
@@ -39,6 +44,7 @@ class LockWait {
 
   int eachMs_ = 0;       // of each operation; 0 while all share a grant
   int leftMs_ = 0;       // of the operation, or of the grant
+  int savedMs_ = 0;      // of the grant, for what comes later
   int forbidden_ = 0;    // scopes of NoLockWait
   bool writes_ = false;  // kind of the operation under way
   bool waited_ = false;  // it did

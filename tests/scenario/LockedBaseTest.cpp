@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <vector>
 
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
@@ -83,6 +84,30 @@ TEST_P(LockedBase, NoTickWaitsLongerThanItsGrantWhateverItAsks) {
   EXPECT_EQ(on.Starts()[2].atMs, 36900);
   EXPECT_EQ(on.Starts()[3].atMs, 55300);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport WHERE TITRE = 'TITLE'"), "4");
+}
+
+// Else the wait of the tick before an exit point and that of the tick behind it add up to a
+// transition that is later than one tick and one grant.
+TEST_P(LockedBase, MostOfAGrantIsSavedForTheTimeBehindTheStartWhereAnElementIsAboutToBegin) {
+  struct Grants : EventSink {
+    explicit Grants(TestStation& station) : on(station) {}
+    void OnEvent(const Event& event) override {
+      if (event.name == "start") atStart.push_back(on.station.base.Waiting().LeftMs());
+      if (event.name == "onair") onAir.push_back(on.station.base.Waiting().LeftMs());
+    }
+    TestStation& on;
+    std::vector<int> atStart, onAir;
+  } grants(on);
+  on.Start();
+  on.RunUntil(10050);
+  on.station.events.SetSink(&grants);
+  EXPECT_EQ(on.station.base.Waiting().LeftMs(), 100) << "far from the exit point";
+  on.RunUntil(18450);
+  EXPECT_EQ(on.station.base.Waiting().LeftMs(), 40) << "the exit point is at 18500";
+  on.RunUntil(25000);
+  EXPECT_EQ(grants.atStart, std::vector<int>{40});
+  EXPECT_EQ(grants.onAir, std::vector<int>{100});
+  on.station.events.SetSink(nullptr);
 }
 
 TEST_P(LockedBase, ARequestOfTheOperatorIsOverAtOnce) {

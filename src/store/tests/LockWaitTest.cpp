@@ -115,6 +115,22 @@ TEST_F(LockedElsewhere, WithinItsScopeNothingWaitsAndBehindItTheGrantIsWhole) {
   EXPECT_EQ(Db().Waiting().LeftMs(), 5000);
 }
 
+TEST_F(LockedElsewhere, WhatAGrantSavesIsThereOnlyFromItsReleaseOn) {
+  Holder other(BasePath(), "BEGIN EXCLUSIVE");
+  LockWait& wait = Db().Waiting();
+  wait.LetAllWait(5060, 5000);
+  EXPECT_EQ(wait.LeftMs(), 60);
+  EXPECT_LT(MsOf([&] { EXPECT_EQ(Read(1), kErrLocked); }), 2000);
+  EXPECT_EQ(wait.LeftMs(), 0);
+  wait.LetSavedWait();
+  EXPECT_GT(wait.LeftMs(), 4000);
+  EXPECT_LE(wait.LeftMs(), 5000);
+  wait.LetAllWait(100, 60);
+  EXPECT_EQ(wait.LeftMs(), 40);
+  wait.LetAllWait(100);
+  EXPECT_EQ(wait.LeftMs(), 100) << "what the grant before saved is over with it";
+}
+
 // --- a base that is opened again ---
 
 class LostBase : public OpenBaseTest {
