@@ -240,9 +240,10 @@ void MixerThread::DrainFrames(int64_t frames) {
   }
 }
 
-// False when some of the ring stays empty for want of decoded frames.
+// False when some of the ring stays empty for want of decoded frames. Renders a ring full at most:
+// a device that drains as fast as it is filled cannot keep the turn from its end.
 bool MixerThread::Fill() {
-  for (;;) {
+  for (int left = ring_.CapacityFrames(); left > 0;) {
     const int free = ring_.FreeFrames();
     int frames = std::min(kChunkFrames, converter_ == nullptr ? free : converter_->MostIn(free));
     if (frames <= 0) return true;
@@ -253,7 +254,9 @@ bool MixerThread::Fill() {
       if (frames <= 0) return false;
     }
     RenderChunk(frames);
+    left -= frames;
   }
+  return true;
 }
 
 // Frames that no slot's decoder is late for.
