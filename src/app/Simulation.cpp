@@ -103,7 +103,7 @@ class Workplace {
 void StartOrders(const CommandLine& line, Station& station) {
   if (!Form_Load(station)) throw std::runtime_error("the station could not be loaded");
   // A copy that goes with the run need not outlive a loss of power, and need not wait for the disk.
-  if (!line.inPlace) {
+  if (!line.inPlace && station.base.IsOpen()) {
     station.base.Db().Execute("PRAGMA synchronous = OFF");
     station.base.Db().Execute("PRAGMA journal_mode = MEMORY");
   }

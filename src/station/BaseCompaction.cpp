@@ -87,6 +87,7 @@ bool CompactageTriskin(Station& station) {
 }
 
 void CompactOnceAMonth(Station& station) {
+  if (!station.base.IsOpen()) return;             // why not was told as it was opened
   constexpr size_t kMonthAt = 3, kMonthSize = 2;  // "dd/mm/yyyy hh:mm:ss"
   const std::string today = DateText(station.Now());
   const std::string last = station.platform.localValues.GetText(kLastCompactage, "");

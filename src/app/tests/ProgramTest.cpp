@@ -81,6 +81,21 @@ TEST_F(Program, AFileThatIsNoDatabaseIsStatusOneAndNamesTheStationsFile) {
   EXPECT_TRUE(Files("tmp").empty());
 }
 
+TEST_F(Program, ASimulationOfADamagedBaseAirsTheEmergencyFolderAndCompactsNothing) {
+  Put("station/Triskin.MDB", "this is no database, however long one looks at it, and never was");
+  std::filesystem::create_directory(Path("machine/Secours"));
+  PutWav("machine/Secours/a.wav", 8);
+  const Result result = Run(Minute("--machine machine"));
+  ASSERT_EQ(result.status, 0) << result.err;
+  const auto starts = EventsNamed(result.out, "start");
+  ASSERT_FALSE(starts.empty()) << result.out;
+  EXPECT_EQ(starts[0]["file"], Path("machine/Secours/a.wav"));
+  const auto errors = EventsNamed(result.out, "error");
+  ASSERT_FALSE(errors.empty());
+  EXPECT_EQ(errors[0]["text"], Path("station/Triskin.MDB") + " is not a database");
+  for (const auto& error : errors) EXPECT_NE(error["where"], "CompactageTriskin");
+}
+
 TEST_F(Program, ANewStationIsMadeAndStartedAndStaysSilent) {
   const Result result = Run(Minute(""));
   ASSERT_EQ(result.status, 0) << result.err;
