@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/AskedStation.h"
@@ -17,6 +18,7 @@
 #include "station/IsoMoments.h"
 #include "station/TextForms.h"
 #include "traffic/Affidavit.h"
+#include "traffic/CampaignArchive.h"
 
 namespace zemo {
 
@@ -125,6 +127,13 @@ void TellJson(const CommandLine& line, const Affidavit& affidavit, std::ostream&
   out << json.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
 }
 
+// A text that a spreadsheet would run as a formula gets an apostrophe in front.
+std::string PlainText(const std::string& text) {
+  const bool formula =
+      !text.empty() && std::string_view("=+-@\t\r\n").find(text[0]) != std::string_view::npos;
+  return formula ? "'" + text : text;
+}
+
 // Quoted where a comma, a quote or a line end stands in it, with quotes doubled.
 std::string CsvField(const std::string& text) {
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
@@ -136,10 +145,12 @@ std::string CsvField(const std::string& text) {
 void WriteCsv(const std::string& path, const Affidavit& affidavit) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   const auto write = [&file](const auto& fields) {
-    const char* comma = "";
+    int column = 0;
     for (const auto& field : fields) {
-      file << comma << CsvField(field);
-      comma = ",";
+      file << (column == 0 ? "" : ",")
+           << CsvField(column == kLateColumn ? field
+                                             : PlainText(field));  // a number may be below 0
+      ++column;
     }
     file << "\r\n";
   };
@@ -174,6 +185,8 @@ void RequireAdvertiser(const CommandLine& line, const Affidavit& affidavit, Stat
   const auto campaigns = station.base.Db().OpenRecordset("SELECT ANNONCEUR FROM GrillePub");
   for (; !campaigns->Eof(); campaigns->MoveNext())
     if (EqualNoCase(Trim(campaigns->Text("ANNONCEUR")), Trim(line.advertiser))) return;
+  for (const CampaignForm& ended : ArchivedCampaigns(station))
+    if (EqualNoCase(Trim(ended.ChAnnonceur), Trim(line.advertiser))) return;
   throw std::runtime_error("no campaign and no report row of \"" + line.advertiser + "\"");
 }
 

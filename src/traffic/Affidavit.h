@@ -32,8 +32,10 @@ struct Affidavit {
 
 // The crosses from the first day to the last, both included, against the report. The report knows
 // the advertiser and not the file: a row proves the latest cross that was due by then, up to three
-// hours before, else one of the same hour that a fitting brought forward. Campaigns that have left
-// the table have no crosses. The names are compared without regard to case. Throws StoreError.
+// hours before, else one of the same hour that a fitting brought forward. The crosses of the days
+// around have their rows too, so that a row proves the same cross whatever days are asked for.
+// Campaigns that ended count as long as they stand in the table or in the archive. The names are
+// compared without regard to case. Throws StoreError and FileError.
 Affidavit MakeAffidavit(Station& station, const std::string& advertiser, const LocalDateTime& from,
                         const LocalDateTime& to);
 

@@ -135,26 +135,6 @@ void ReadGridFile(Station& station, CampaignForm& form, const std::string& path,
   ReadCrosses(station, form, SplitLines(text.value_or(std::string())), yields);
 }
 
-void ReadCampaign(const Recordset& grillePub, CampaignForm& form) {
-  form.LblCode = grillePub.Text("CODE");
-  form.LblDepartPub = grillePub.Text("CAMPAGNEDEPART");
-  form.LblFinPub = grillePub.Text("CAMPAGNEFIN");
-  form.HDepPub = grillePub.Text("HDEPART");
-  form.HFinPub = grillePub.Text("HFIN");
-  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
-    form.DecoupagePub[i] = grillePub.Text("DECOUPEH" + std::to_string(i + 1));
-  form.FichierAudio = grillePub.Text("FILENAMEAUDIO");
-  form.Longeur = std::to_string(grillePub.Int("DUREE"));
-  form.LblTemp = FormatDuration(grillePub.Int("DUREE"));
-  form.ChAnnonceur = grillePub.Text("ANNONCEUR");
-  form.Categorie = grillePub.Text("CATEGORIE");
-  form.FILENAMEGRILLE = grillePub.Text("FILENAMEGRILLE");
-  form.ComboPriority = grillePub.Text("PRIORITY");
-  form.ChContact = Trim(grillePub.Text("CONTACT"));
-  form.OptPub = {grillePub.Bool("PUB"), !grillePub.Bool("PUB")};
-  form.GenreAssocie = grillePub.Text("GENREASSOCIE");
-}
-
 void BuildWeekly(CampaignForm& form, int64_t langue, const std::function<void()>& afterRow) {
   form.LblTotalJours = std::to_string(kWeekDays) + WordsOf(langue).days;
   TextGrid grid;
@@ -253,15 +233,39 @@ int CalculNbJourActif(const CampaignForm& form) {
   return crosses;
 }
 
-void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
-                  RowYields yields) {
-  ReadCampaign(grillePub, form);
+void ReadCampaignRecord(const Recordset& grillePub, CampaignForm& form) {
+  form.LblCode = grillePub.Text("CODE");
+  form.LblDepartPub = grillePub.Text("CAMPAGNEDEPART");
+  form.LblFinPub = grillePub.Text("CAMPAGNEFIN");
+  form.HDepPub = grillePub.Text("HDEPART");
+  form.HFinPub = grillePub.Text("HFIN");
+  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
+    form.DecoupagePub[i] = grillePub.Text("DECOUPEH" + std::to_string(i + 1));
+  form.FichierAudio = grillePub.Text("FILENAMEAUDIO");
+  form.Longeur = std::to_string(grillePub.Int("DUREE"));
+  form.LblTemp = FormatDuration(grillePub.Int("DUREE"));
+  form.ChAnnonceur = grillePub.Text("ANNONCEUR");
+  form.Categorie = grillePub.Text("CATEGORIE");
+  form.FILENAMEGRILLE = grillePub.Text("FILENAMEGRILLE");
+  form.ComboPriority = grillePub.Text("PRIORITY");
+  form.ChContact = Trim(grillePub.Text("CONTACT"));
+  form.OptPub = {grillePub.Bool("PUB"), !grillePub.Bool("PUB")};
+  form.GenreAssocie = grillePub.Text("GENREASSOCIE");
+}
+
+void LoadCampaignGrid(Station& station, CampaignForm& form, RowYields yields) {
   CmdInitGrille(station, form, yields);
   LSGrillePub(station, form, "Load", form.FILENAMEGRILLE, yields);
 }
 
+void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
+                  RowYields yields) {
+  ReadCampaignRecord(grillePub, form);
+  LoadCampaignGrid(station, form, yields);
+}
+
 void LoadCampaignOrFail(Station& station, const Recordset& grillePub, CampaignForm& form) {
-  ReadCampaign(grillePub, form);
+  ReadCampaignRecord(grillePub, form);
   CmdInitGrille(station, form, RowYields::kNone);
   ReadGridFile(station, form, form.FILENAMEGRILLE, RowYields::kNone);
   form.LblTotalMsg = std::to_string(CalculNbJourActif(form));

@@ -72,7 +72,7 @@ std::string GridFileText(const TextGrid& grid, const std::function<void()>& afte
 int CalculNbJourActif(const CampaignForm& form);
 int CrossesInColumn(const TextGrid& grid, int column);
 
-// The current row of GrillePub with its grid: the fields, CmdInitGrille, LSGrillePub("Load"). All
+// The current row of GrillePub with its grid: ReadCampaignRecord, LoadCampaignGrid. All
 // fields are read before the first yield, so that the cursor may be moved meanwhile. Throws
 // StoreError.
 void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
@@ -80,6 +80,11 @@ void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& fo
 // The same without a yield, for a day's grid: a grid file that is there and cannot be read is no
 // campaign without crosses. Throws FileError then, and StoreError.
 void LoadCampaignOrFail(Station& station, const Recordset& grillePub, CampaignForm& form);
+
+// The fields of the row, without a grid. Throws StoreError.
+void ReadCampaignRecord(const Recordset& grillePub, CampaignForm& form);
+// The grid of the fields, with the crosses of the grid file. A fault of it is logged.
+void LoadCampaignGrid(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
 
 // The fields of the form to the row in edit. Throws StoreError.
 void WriteCampaign(const CampaignForm& form, Recordset& grillePub);
