@@ -63,6 +63,12 @@ bool CampaignFileExists(Station& station, const std::string& path) {
   return CampaignFileExists(station.platform.stationFolder, station.platform.soundFiles, path);
 }
 
+std::string CampaignFilePlace(Station& station, const std::string& path) {
+  if (path.empty()) return {};
+  return InStationFolder(path) ? station.platform.stationFolder.PathOf(path)
+                               : station.platform.soundFiles.Resolve(path);
+}
+
 void RemoveCampaignFile(Station& station, const std::string& path) {
   if (InStationFolder(path))
     station.platform.stationFolder.Remove(path);

@@ -26,6 +26,8 @@ void WriteCampaignFile(Station& station, const std::string& path, std::string_vi
 bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,
                         const std::string& path);
 bool CampaignFileExists(Station& station, const std::string& path);
+// Its path on this machine, by which two stored paths of one file are the same; empty for none.
+std::string CampaignFilePlace(Station& station, const std::string& path);
 void RemoveCampaignFile(Station& station, const std::string& path);
 
 // The "prg" export: dates, hours, the eight marks, advertiser, category, priority, "True" for a

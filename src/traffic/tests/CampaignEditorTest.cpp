@@ -322,6 +322,54 @@ TEST(CampaignEditor, DeletingAsksAndTakesTheGridFileAlone) {
   EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.LblInfoPub, "Other 1 /1");
 }
 
+// Deletes the first of the campaigns in order of passage.
+void DeleteFirst(CampaignStation& s) {
+  MnuHPubs(s.station, s.editor);
+  BtnDebut(s.station, s.editor);
+  s.messages.AnswerNext(Answer::kOk);
+  ASSERT_TRUE(BtnDelete(s.station, s.editor));
+}
+
+TEST(CampaignEditor, DeletingRemovesNoFileThatIsNotAGridFileByItsName) {
+  for (const char* name : {"Triskin.BAK", "song.wav", "spot.GPB.wav", "GPB.Txt"}) {
+    CampaignStation s;
+    s.MakeFile(name, "kept");
+    s.AddCampaign({{"FILENAMEGRILLE", "'" + s.InFolder(name) + "'"}});
+    s.AddCampaign({{"FILENAMEGRILLE", "'" + std::string(name) + "'"}});  // in the station's folder
+    DeleteFirst(s);
+    DeleteFirst(s);
+    EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
+    EXPECT_EQ(s.File(name), "kept") << name;
+  }
+}
+
+TEST(CampaignEditor, DeletingRemovesAGridFileThatIsNamedByItsEndingAlone) {
+  for (const char* name : {"GPB", "spot.gpb"}) {
+    CampaignStation s;
+    s.MakeFile(name, "X\r\n");
+    s.AddCampaign({{"FILENAMEGRILLE", "'" + std::string(name) + "'"}});
+    DeleteFirst(s);
+    EXPECT_EQ(s.File(name), "(no file)") << name;
+  }
+}
+
+TEST(CampaignEditor, DeletingLeavesAFileThatAnotherCampaignStores) {
+  const std::pair<const char*, bool> stored[] = {
+      {"FILENAMEGRILLE", false}, {"FILENAMEGRILLE", true}, {"FILENAMEAUDIO", false}};
+  for (const auto& [field, byBareName] : stored) {
+    CampaignStation s;
+    s.MakeFile("spot.GPB", "X\r\n");
+    const std::string path = "'" + s.InFolder("spot.GPB") + "'";
+    s.AddCampaign({{"PRIORITY", "10"}, {"FILENAMEGRILLE", path}});
+    s.AddCampaign({{"PRIORITY", "20"}, {field, byBareName ? "'SPOT.gpb'" : path}});
+    DeleteFirst(s);
+    EXPECT_EQ(s.File("spot.GPB"), "X\r\n") << field << byBareName;
+    s.Sql("UPDATE GrillePub SET FILENAMEGRILLE = " + path);
+    DeleteFirst(s);
+    EXPECT_EQ(s.File("spot.GPB"), "(no file)") << field << byBareName;
+  }
+}
+
 TEST(CampaignEditor, DeletingTheLastRecordLeavesTheEmptyScreen) {
   CampaignStation s;
   s.AddCampaign({});
