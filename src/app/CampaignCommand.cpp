@@ -44,6 +44,7 @@ class Desk : private EventSink {
   }
   ~Desk() override { sim.station.events.SetSink(nullptr); }
 
+  bool Complained() const { return !reason_.empty(); }
   [[noreturn]] void Refuse() const {
     throw std::runtime_error(reason_.empty() ? "the campaign could not be saved" : reason_);
   }
@@ -243,6 +244,7 @@ void Add(Desk& desk, const CampaignOptions& options, std::ostream& out) {
   const auto source = SoundFileOpener().Open(station.platform.soundFiles.Resolve(path));
   MnuHPubs(station, desk.editor);
   BtnNew(station, desk.editor);
+  if (desk.Complained() && !(options.hours && options.marks)) desk.Refuse();  // of the template
   const auto lengthMs = static_cast<int32_t>(FramesToMs(source->LengthFrames()));
   if (!CmdLoadFile(station, desk.editor, path, lengthMs)) desk.Refuse();
   FillRecord(desk.editor, options);

@@ -192,6 +192,7 @@ bool BtnAjouter(Station& station, CampaignEditor& editor) {
       ShowAlert(station, NoSoundFileText(station));
       return false;
     }
+    if (RefuseWrongMark(station, editor)) return false;
     Campaigns(station).AddNew();
     return SaveRecord(station, editor);
   } catch (const std::exception&) {
@@ -208,6 +209,7 @@ bool BtnReplacer(Station& station, CampaignEditor& editor) {
       ShowAlert(station, kNoSoundFile);
       return false;
     }
+    if (RefuseWrongMark(station, editor)) return false;
     const int32_t code = ValInt(editor.LblCode);
     if (code < 1) return false;
     const bool found = SeekCode(Campaigns(station), code);

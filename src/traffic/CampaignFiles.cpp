@@ -1,6 +1,7 @@
 #include "traffic/CampaignFiles.h"
 
 #include <exception>
+#include <utility>
 
 #include "platform/Folder.h"
 #include "settings/SideFileIo.h"
@@ -25,6 +26,11 @@ void TakeDecoupe(const std::vector<SideField>& fields, CampaignForm& form) {
   take(0, form.HDepPub);
   take(1, form.HFinPub);
   for (size_t i = 0; i < form.DecoupagePub.size(); ++i) take(i + 2, form.DecoupagePub[i]);
+}
+
+void RequireDivision(const Station& station, const CampaignForm& form) {
+  if (const auto wrong = FindWrongMark(form))
+    throw FileError(station.files.Decoupe + ": " + WrongMarkFault(*wrong));
 }
 
 }  // namespace
@@ -94,10 +100,17 @@ std::string DecoupeText(const CampaignForm& form) {
 void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form) {
   Folder& folder = station.platform.stationFolder;
   try {
-    if (IsSave(action)) WriteSideFileDurably(folder, station.files.Decoupe, DecoupeText(form));
+    if (IsSave(action)) {
+      RequireDivision(station, form);
+      WriteSideFileDurably(folder, station.files.Decoupe, DecoupeText(form));
+    }
     if (!IsLoad(action)) return;
-    if (const auto text = ReadSideFile(folder, station.files.Decoupe))
-      TakeDecoupe(ReadFields(*text), form);
+    const auto text = ReadSideFile(folder, station.files.Decoupe);
+    if (!text) return;
+    CampaignForm taken = form;
+    TakeDecoupe(ReadFields(*text), taken);
+    RequireDivision(station, taken);
+    form = std::move(taken);
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadSaveDecoupe");
   }

@@ -37,7 +37,8 @@ std::string CampaignProgram(const CampaignForm& form);
 std::string DecoupeText(const CampaignForm& form);  // of "Decoupe.Ini"
 
 // "Decoupe.Ini": hours and marks of the form, the template of the next campaign. A missing file
-// leaves them. Faults are logged.
+// leaves them, and one with an hour or a mark that no clock shows, which is a fault and is not
+// written either. Faults are logged.
 void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form);
 
 // "MajGrillePub.txt" with today's date: tells the machine on air to compose its grid again. Throws

@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kMostDays = 365;  // tried for the end date; one column more when it is not met
 constexpr int kWeekDays = 7;
+constexpr int kLastHour = 23, kLastMinute = 59;
 constexpr std::string_view kDayLetters = "LMMJVSD";
 
 // By Langue; none for any other.
@@ -170,7 +171,26 @@ std::function<void()> AfterRow(Station& station, RowYields yields) {
   return [&station, yields] { YieldForRow(station, yields); };
 }
 
+bool IsWrong(const std::string& text, int most) {
+  return ValInt(text) > most || ValInt(text) < 0;
+}
+
 }  // namespace
+
+std::optional<WrongMark> FindWrongMark(const CampaignForm& form) {
+  for (const std::string& hour : {form.HDepPub, form.HFinPub})
+    if (IsWrong(hour, kLastHour)) return WrongMark{Trim(hour), true};
+  for (const std::string& mark : form.DecoupagePub)
+    if (IsWrong(mark, kLastMinute)) return WrongMark{Trim(mark), false};
+  return std::nullopt;
+}
+
+std::string WrongMarkFault(const WrongMark& wrong) {
+  constexpr int kToldWidth = 20;
+  const std::string text = FirstCharacters(wrong.text, kToldWidth);
+  return wrong.hour ? "there is no hour " + text + " (0 to " + std::to_string(kLastHour) + ")"
+                    : "there is no minute " + text + " (0 to " + std::to_string(kLastMinute) + ")";
+}
 
 int GridColumns(const TextGrid& grid) {
   return grid.RowCount() == 0 ? 0 : static_cast<int>(grid.At(0).size());

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -45,6 +46,15 @@ struct CampaignForm {
 // Whether a routine yields to the event loop once a grid row; the composition of the day, which
 // loads campaigns by the thousand, yields once a campaign instead.
 enum class RowYields { kEach, kNone };
+
+// An hour or a mark that no clock shows.
+struct WrongMark {
+  std::string text;
+  bool hour = false;  // else a minute mark
+};
+// The first of hours and marks above 23 or 59, or below 0. Whatever takes them in refuses it.
+std::optional<WrongMark> FindWrongMark(const CampaignForm& form);
+std::string WrongMarkFault(const WrongMark& wrong);  // for the log
 
 // Columns of the grid, the moments' included; 0 for a grid without rows.
 int GridColumns(const TextGrid& grid);

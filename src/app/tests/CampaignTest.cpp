@@ -139,6 +139,17 @@ TEST_F(CampaignProgram, WhatIsRefusedIsOneLineAndChangesNothing) {
   EXPECT_EQ(Run("campaign add --station station").status, 2);
 }
 
+TEST_F(CampaignProgram, ATemplateWithAnHourThatNoClockShowsIsOneErrorAndNoGrid) {
+  Put("station/Decoupe.Ini", "\"07\",\"2147483647\",\"00\"\r\n");
+  const Result refused = Campaign("add --weekly --file station/Bakery.wav");
+  EXPECT_EQ(refused.status, 1);
+  ExpectOneError(refused.err);
+  EXPECT_NE(refused.err.find("Decoupe.Ini: there is no hour 2147483647"), std::string::npos)
+      << refused.err;
+  EXPECT_EQ(Campaign("list").out, "");
+  EXPECT_EQ(Campaign("add --weekly --file station/Bakery.wav --hours 7-8 --marks 0").status, 0);
+}
+
 TEST_F(CampaignProgram, TellsAProgramOnAirToComposeAgain) {
   Put("station/ZemoOnOff.Dat", "0");
   ASSERT_EQ(AddBakery().status, 0);

@@ -492,6 +492,28 @@ TEST(CampaignEditor, TheEndFromTheCalendarBuildsTheGrid) {
   EXPECT_EQ(s.editor.LblTotalJours, "2 jours");
 }
 
+TEST(CampaignEditor, AnHourOrAMarkThatNoClockShowsBuildsNoGridAndIsNotSaved) {
+  CampaignStation s;
+  FillNew(s, s.MakeSound("spot.wav", 15000));
+  s.editor.HFinPub = "2147483647";
+  CalendarPick(s.station, s.editor, 1, "21/11/2026");
+  CalendarPick(s.station, s.editor, 2, "22/11/2026");
+  EXPECT_EQ(s.LastMessage(), "Il n'y a pas d'heure 2147483647 (0 - 23)");
+  LblDepartPubRightClick(s.station, s.editor);
+  EXPECT_EQ(s.Events("message").size(), 2U);
+  EXPECT_EQ(MomentsText(s.editor.GPub), "07:00 07:30 08:00 08:30");  // as it was
+  EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ(s.Events("message").size(), 3U);
+  EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
+  EXPECT_EQ(s.File("spot.GPB"), "(no file)");
+  s.editor.HFinPub = "08";
+  EXPECT_TRUE(BtnAjouter(s.station, s.editor));
+  s.editor.DecoupagePub[1] = "60";
+  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_EQ(s.LastMessage(), "Il n'y a pas de minute 60 (0 - 59)");
+  EXPECT_EQ(s.SqlText("SELECT DECOUPEH2 FROM GrillePub"), "30");
+}
+
 TEST(CampaignEditor, TheRightButtonOnTheStartMakesTheCampaignWeekly) {
   CampaignStation s;
   s.AddCampaign({{"CAMPAGNEDEPART", "'21/11/2026'"}, {"CAMPAGNEFIN", "'25/11/2026'"}});
