@@ -27,11 +27,13 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 struct Totals {
-  size_t crosses = 0, aired = 0, missed = 0, toCome = 0, extras = 0;
+  size_t crosses = 0, aired = 0, missed = 0, toCome = 0, extras = 0, damaged = 0;
 };
 
 Totals Count(const Affidavit& affidavit) {
-  Totals totals{.crosses = affidavit.lines.size(), .extras = affidavit.extras.size()};
+  Totals totals{.crosses = affidavit.lines.size(),
+                .extras = affidavit.extras.size(),
+                .damaged = affidavit.damages.size()};
   for (const AffidavitLine& line : affidavit.lines) {
     totals.aired += line.aired.has_value();
     totals.missed += !line.missed.empty();
@@ -73,10 +75,22 @@ std::vector<std::string> ExtraFields(const LocalDateTime& aired) {
   return {"", IsoMoment(aired), "", "extra", "no cross", "", "", ""};
 }
 
+std::vector<std::string> DamageFields(const AffidavitDamage& damage) {
+  return {"",
+          "",
+          "",
+          "damaged",
+          damage.why,
+          damage.spot ? "spot" : "news",
+          std::to_string(damage.campaign),
+          damage.file};
+}
+
 std::vector<std::vector<std::string>> AllFields(const Affidavit& affidavit) {
   std::vector<std::vector<std::string>> rows;
   for (const AffidavitLine& line : affidavit.lines) rows.push_back(Fields(line));
   for (const LocalDateTime& extra : affidavit.extras) rows.push_back(ExtraFields(extra));
+  for (const AffidavitDamage& damage : affidavit.damages) rows.push_back(DamageFields(damage));
   return rows;
 }
 
@@ -85,11 +99,14 @@ std::string TotalsText(const Totals& totals) {
                      " aired, " + std::to_string(totals.missed) + " missed";
   if (totals.toCome > 0) text += ", " + std::to_string(totals.toCome) + " to come";
   if (totals.extras > 0) text += ", " + std::to_string(totals.extras) + " aired without a cross";
+  if (totals.damaged > 0) text += ", " + std::to_string(totals.damaged) + " damaged grids";
   return text;
 }
 
 void TellTable(const CommandLine& line, const Affidavit& affidavit, std::ostream& out) {
   out << line.advertiser << ": " << TotalsText(Count(affidavit)) << "\n";
+  for (const AffidavitDamage& damage : affidavit.damages)
+    out << "! campaign " << damage.campaign << ": " << damage.why << "\n";
   if (affidavit.lines.empty() && affidavit.extras.empty()) return;
   out << "DUE                  AIRED                LATE     CAMPAIGN\n";
   for (const AffidavitLine& one : affidavit.lines) {
@@ -124,6 +141,9 @@ void TellJson(const CommandLine& line, const Affidavit& affidavit, std::ostream&
   json["aired_without_cross"] = Json::array();
   for (const LocalDateTime& extra : affidavit.extras)
     json["aired_without_cross"].push_back(IsoMoment(extra));
+  json["damaged"] = Json::array();
+  for (const AffidavitDamage& damage : affidavit.damages)
+    json["damaged"].push_back({{"campaign", damage.campaign}, {"why", damage.why}});
   out << json.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
 }
 
@@ -196,8 +216,10 @@ int RunAffidavitCommand(const CommandLine& line) {
   const AskedStation asked(line);
   try {
     const auto sim = OpenAsked(asked, RealClock().LocalNow());
-    const Affidavit affidavit =
+    Affidavit affidavit =
         MakeAffidavit(sim->station, line.advertiser, *line.firstDay, *line.lastDay);
+    for (AffidavitDamage& damage : affidavit.damages)
+      damage.why = WithShownPaths(damage.why, asked.Paths());
     RequireAdvertiser(line, affidavit, sim->station);
     if (!line.csv.empty()) WriteCsv(line.csv, affidavit);
     if (!line.file.empty()) XlsxWriter().Write(line.file, MakeSheet(line, affidavit));

@@ -44,7 +44,10 @@ class Desk : private EventSink {
   }
   ~Desk() override { sim.station.events.SetSink(nullptr); }
 
-  bool Complained() const { return !reason_.empty(); }
+  // Throws what was told of the template of hours and marks, if anything was.
+  void RequireTemplate() const {
+    if (!templateFault_.empty()) throw std::runtime_error(templateFault_);
+  }
   [[noreturn]] void Refuse() const {
     throw std::runtime_error(reason_.empty() ? "the campaign could not be saved" : reason_);
   }
@@ -54,10 +57,14 @@ class Desk : private EventSink {
 
  private:
   void OnEvent(const Event& event) override {
-    for (const auto& [name, value] : event.members)
+    bool ofTemplate = false;
+    for (const auto& [name, value] : event.members) {
+      if (name == "where") ofTemplate = std::get<std::string>(value) == "LoadSaveDecoupe";
       if (name == "text") reason_ = OneLine(std::get<std::string>(value));
+    }
+    if (ofTemplate) templateFault_ = reason_;
   }
-  std::string reason_;
+  std::string reason_, templateFault_;
 };
 
 // A program on air composes its grid again when it sees the signal.
@@ -126,6 +133,7 @@ void Show(Desk& desk, const CommandLine& line, std::ostream& out) {
   if (line.json) {
     Json json = RecordJson(form);
     json["messages"] = CalculNbJourActif(form);
+    json["damage"] = form.damage;
     json["grid"] = Json::array();
     for (int row = 0; row < form.GPub.RowCount(); ++row) json["grid"].push_back(form.GPub.At(row));
     out << JsonText(json) << "\n";
@@ -137,6 +145,7 @@ void Show(Desk& desk, const CommandLine& line, std::ostream& out) {
         !text.empty())
       out << name << "  " << text << "\n";
   out << "messages  " << form.LblTotalMsg << "\n";
+  if (!form.damage.empty()) out << "! " << form.damage << "\n";
   for (const std::string& row : GridLines(form.GPub)) out << row << "\n";
 }
 
@@ -244,7 +253,7 @@ void Add(Desk& desk, const CampaignOptions& options, std::ostream& out) {
   const auto source = SoundFileOpener().Open(station.platform.soundFiles.Resolve(path));
   MnuHPubs(station, desk.editor);
   BtnNew(station, desk.editor);
-  if (desk.Complained() && !(options.hours && options.marks)) desk.Refuse();  // of the template
+  if (!options.hours || !options.marks) desk.RequireTemplate();
   const auto lengthMs = static_cast<int32_t>(FramesToMs(source->LengthFrames()));
   if (!CmdLoadFile(station, desk.editor, path, lengthMs)) desk.Refuse();
   FillRecord(desk.editor, options);

@@ -118,6 +118,30 @@ void AddCrosses(const CampaignForm& form, const LocalDateTime& day,
   });
 }
 
+// Whether the campaign works on a day from the first to the last.
+bool WorksWithin(const CampaignForm& form, int64_t firstDay, int64_t lastDay) {
+  for (int64_t number = firstDay; number <= lastDay; ++number)
+    if (WorksOn(form.LblDepartPub, form.LblFinPub, DateKey(DayAt(number)))) return true;
+  return false;
+}
+
+std::vector<AffidavitDamage> ReadDamages(Station& station,
+                                         const std::vector<CampaignForm>& campaigns,
+                                         const std::string& advertiser, int64_t firstDay,
+                                         int64_t lastDay) {
+  std::vector<AffidavitDamage> damages;
+  for (const CampaignForm& record : campaigns) {
+    if (!EqualNoCase(Trim(record.ChAnnonceur), advertiser) ||
+        !WorksWithin(record, firstDay, lastDay))
+      continue;
+    CampaignForm form = record;
+    LoadCampaignGrid(station, form, RowYields::kNone);
+    if (!form.damage.empty())
+      damages.push_back({ValInt(form.LblCode), form.OptPub[0], form.FichierAudio, form.damage});
+  }
+  return damages;
+}
+
 std::vector<AffidavitLine> ReadCrosses(Station& station, const std::vector<CampaignForm>& campaigns,
                                        const std::string& advertiser, int64_t firstDay,
                                        int64_t lastDay) {
@@ -247,6 +271,7 @@ Affidavit MakeAffidavit(Station& station, const std::string& advertiser, const L
   const std::vector<int64_t> left =
       Match(lines, Match(lines, aired.ours, LatestDue), BroughtForward);
   Affidavit affidavit;
+  affidavit.damages = ReadDamages(station, campaigns, wanted, firstDay, lastDay);
   for (const int64_t second : left)
     if (asked(second)) affidavit.extras.push_back(MomentOf(second));
   const Evidence evidence{campaigns, aired.all, ReportSpan(station)};

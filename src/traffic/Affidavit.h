@@ -25,9 +25,19 @@ struct AffidavitLine {
   std::string missed;   // why it did not air; empty when it did or is not due
 };
 
+// A campaign of the days whose record and grid file do not make a grid: its crosses are not known,
+// or not all of them.
+struct AffidavitDamage {
+  int32_t campaign = 0;
+  bool spot = true;
+  std::string file;  // of the sound, as stored
+  std::string why;
+};
+
 struct Affidavit {
   std::vector<AffidavitLine> lines;   // by time, then in the order of passage
   std::vector<LocalDateTime> extras;  // aired without a cross: put on air by hand or by a list
+  std::vector<AffidavitDamage> damages;
 };
 
 // The crosses from the first day to the last, both included, against the report. The report knows

@@ -73,6 +73,12 @@ std::string NameOf(const Folder& archive, const CampaignForm& form) {
   }
 }
 
+// Of a file too large to be a grid nothing is kept but that it is none: an empty one fits no grid.
+std::optional<std::string> ReadGrid(Station& station, const std::string& path) {
+  if (CampaignFileSizeBytes(station, path) > kMostGridFileBytes) return std::string();
+  return ReadCampaignFile(station, path);
+}
+
 }  // namespace
 
 std::string CampaignRecordText(const CampaignForm& form) {
@@ -92,7 +98,7 @@ void ArchiveCampaign(Station& station, const CampaignForm& form) {
   Folder& archive = Archive(station);
   const std::string name = NameOf(archive, form);
   const std::string gridName = name + std::string(kGridEnding);
-  if (const auto grid = ReadCampaignFile(station, form.FILENAMEGRILLE))
+  if (const auto grid = ReadGrid(station, form.FILENAMEGRILLE))
     WriteSideFileDurably(archive, gridName, *grid);
   else
     archive.Remove(gridName);

@@ -45,6 +45,12 @@ std::string CampaignFilePath(std::string_view soundFile, std::string_view ending
   return std::string(ending);
 }
 
+int64_t CampaignFileSizeBytes(Station& station, const std::string& path) {
+  if (path.empty()) return -1;
+  return InStationFolder(path) ? station.platform.stationFolder.SizeBytes(path)
+                               : station.platform.soundFiles.SizeBytes(path);
+}
+
 std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path) {
   if (path.empty()) return std::nullopt;
   if (InStationFolder(path)) return ReadSideFile(station.platform.stationFolder, path);

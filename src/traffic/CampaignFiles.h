@@ -2,6 +2,7 @@
 // editor keeps in the station's folder.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,6 +22,7 @@ std::string CampaignFilePath(std::string_view soundFile, std::string_view ending
 
 // Such a file, by a stored path or by a bare name in the station's folder; nullopt without it, and
 // for an empty path. Texts are UTF-8 here and side-file text on disk. Throw FileError.
+int64_t CampaignFileSizeBytes(Station& station, const std::string& path);  // -1: no such file
 std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path);
 void WriteCampaignFile(Station& station, const std::string& path, std::string_view utf8);
 bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,

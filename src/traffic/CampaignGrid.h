@@ -39,6 +39,9 @@ struct CampaignForm {
   // in column 0 with kCross or nothing in the columns behind. All rows have the same width. A
   // weekly grid has seven columns, Monday first, and rows 0 and 1 empty.
   TextGrid GPub;
+  // Why record and grid file do not make a grid; empty: they do, or the file is missing. A grid
+  // that is too large has no moments then, and other lines stand as far as they pair with cells.
+  std::string damage;
   std::string LblTotalMsg;    // CalculNbJourActif
   std::string LblTotalJours;  // "30 jours"
 };
@@ -59,7 +62,11 @@ std::string WrongMarkFault(const WrongMark& wrong);  // for the log
 // Columns of the grid, the moments' included; 0 for a grid without rows.
 int GridColumns(const TextGrid& grid);
 
+// Larger than any grid file: 100 hours, eight marks, 366 days.
+inline constexpr int64_t kMostGridFileBytes = 1 << 20;
+
 // Builds GPub for the dates, hours and marks of the form, without a cross, and sets LblTotalJours.
+// Hours of more than two digits, or marks too long for one, are damage and give no moments.
 // An end before the start or more than a year behind it gives 366 day columns; a start that is no
 // date gives none.
 void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
@@ -70,8 +77,8 @@ void BuildCampaignGrid(CampaignForm& form, int64_t langue, const std::function<v
 
 // "Save" writes the crosses of GPub to the grid file, "Load" reads them; the case of the word does
 // not matter. The file holds no shape: a line a cell, row by row, "X" or nothing. A missing file
-// leaves the grid empty. Sets LblTotalMsg. False when the file could not be read or written, which
-// is logged.
+// leaves the grid empty; one whose lines do not fit the grid, or which is too large to be one, is
+// damage. Sets LblTotalMsg. False when the file could not be read or written, which is logged.
 bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
                  const std::string& path, RowYields yields = RowYields::kEach);
 
@@ -95,6 +102,9 @@ void LoadCampaignOrFail(Station& station, const Recordset& grillePub, CampaignFo
 void ReadCampaignRecord(const Recordset& grillePub, CampaignForm& form);
 // The grid of the fields, with the crosses of the grid file. A fault of it is logged.
 void LoadCampaignGrid(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
+
+// The damage with the campaign's name; empty without one.
+std::string DamageOf(const CampaignForm& form);
 
 // The fields of the form to the row in edit. Throws StoreError.
 void WriteCampaign(const CampaignForm& form, Recordset& grillePub);

@@ -309,6 +309,24 @@ TEST_F(AffidavitOfBaker, AReportWithoutItsFirstRowsWasPurged) {
             "report purged: it has nothing left of that time");
 }
 
+// --- grid files that do not fit ---
+
+TEST_F(AffidavitOfBaker, ACampaignWhoseGridFileDoesNotFitIsTold) {
+  const int32_t code = Baker({"10:00"});
+  const std::string file = on.SqlText("SELECT FILENAMEGRILLE FROM GrillePub");
+  on.MakeFile(std::filesystem::path(file).filename(), "");
+  Affidavit affidavit = Make();
+  EXPECT_TRUE(affidavit.lines.empty());
+  ASSERT_EQ(affidavit.damages.size(), 1U);
+  EXPECT_EQ(affidavit.damages[0].campaign, code);
+  // 24 hours, two marks, 30 days.
+  EXPECT_EQ(affidavit.damages[0].why,
+            "the grid file has 0 lines, the campaign's grid 1440 cells: " + file);
+  EXPECT_TRUE(Make("2026-12-01", "2026-12-02").damages.empty());  // none of its days
+  std::filesystem::remove(file);
+  EXPECT_TRUE(Make().damages.empty());  // missing: no crosses, and no damage
+}
+
 // --- campaigns that have ended ---
 
 class EndedBaker : public AffidavitOfBaker {
@@ -347,6 +365,13 @@ TEST_F(EndedBaker, KeepThemWhenTheGridFileBesideTheSoundIsAnothers) {
   Purge();
   on.MakeFile(std::filesystem::path(grid).filename(), "");
   ExpectItsCrosses();
+}
+
+TEST_F(EndedBaker, StayDamagedWhereTheirGridWasTooLargeToBeKept) {
+  std::filesystem::resize_file(on.SqlText("SELECT FILENAMEGRILLE FROM GrillePub"), 256 << 20);
+  Purge();
+  ASSERT_EQ(Make().damages.size(), 1U);
+  EXPECT_EQ(std::filesystem::file_size(on.stationDir.Path() + "/EndedCampaigns/1.GPB"), 0U);
 }
 
 TEST_F(EndedBaker, CountOnceWhereTheTableStillHasIt) {

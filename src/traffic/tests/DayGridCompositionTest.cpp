@@ -48,6 +48,28 @@ class DayGridComposition : public testing::Test {
   TestStation on;
 };
 
+// Cut behind 21 lines: its first hour has the 30 days of November.
+TEST_F(DayGridComposition, AGridFileThatDoesNotFitIsLoggedOnceAndTheOthersStand) {
+  const int32_t code = AddCampaign(on, {.advertiser = "CUT", .crosses = {"00:00", "12:00"}});
+  AddCampaign(on, {.advertiser = "WHOLE", .crosses = {"12:00"}});
+  AddCampaign(on, {.advertiser = "NONE", .crosses = {"12:00"}, .gridFile = false});
+  const std::string file = on.SqlText("SELECT FILENAMEGRILLE FROM GrillePub");
+  std::string bytes;
+  for (int line = 0; line < 21; ++line) bytes += "X\r\n";
+  on.MakeFile(std::filesystem::path(file).filename(), bytes);
+  Compose();
+  EXPECT_EQ(Moments(), "00:00,12:00");  // what the file still has airs
+  EXPECT_EQ(Elements(1), "CUT");
+  EXPECT_EQ(Elements(2), "WHOLE");
+  const auto errors = on.Events("error");
+  ASSERT_EQ(errors.size(), 1U) << on.Describe();
+  EXPECT_EQ(errors[0]["where"], "MakeGrillePubGeneral");
+  EXPECT_EQ(errors[0]["text"], "campaign " + std::to_string(code) +
+                                   ", CUT: the grid file has 21 lines, the campaign's grid 720 "
+                                   "cells: " +
+                                   file);
+}
+
 TEST_F(DayGridComposition, WithoutCampaignsThereIsTheHeadingAlone) {
   Compose();
   EXPECT_EQ(Grid().RowCount(), 1);
