@@ -67,10 +67,19 @@ class Desk : private EventSink {
   std::string reason_, templateFault_;
 };
 
-// A program on air composes its grid again when it sees the signal.
-void TellStationOnAir(Station& station) {
-  const auto onAir = station.platform.stationFolder.Read(station.files.ZemoOnOff);
-  if (onAir && onAir->substr(0, 1) == "1") WriteMajGrillePub(station);
+// Another program has the base open, on air or not.
+bool StationIsOpen(SimStation& sim) {
+  if (!sim.baseLock) return false;
+  const std::string other = sim.baseLock->TakeAlone(sim.station.base.Path());
+  sim.baseLock->Share();
+  return !other.empty();
+}
+
+// An open program composes its grid again when it sees the signal. One on air is known by its byte
+// as well: on a share without locks.
+void TellOpenStation(SimStation& sim) {
+  const auto onAir = sim.stationFolder.Read(sim.station.files.ZemoOnOff);
+  if ((onAir && onAir->substr(0, 1) == "1") || StationIsOpen(sim)) WriteMajGrillePub(sim.station);
 }
 
 const char* KindWord(const CampaignForm& form) {
@@ -260,7 +269,7 @@ void Add(Desk& desk, const CampaignOptions& options, std::ostream& out) {
   BuildGrid(desk, options);
   KeepCategory(desk);
   if (!BtnAjouter(station, desk.editor)) desk.Refuse();
-  TellStationOnAir(station);
+  TellOpenStation(desk.sim);
   out << "campaign " << Newest(station) << " added\n";
 }
 
@@ -269,7 +278,7 @@ void Remove(Desk& desk, int32_t code, std::ostream& out) {
   Find(desk, code);
   desk.sim.messages.AnswerNext(Answer::kOk);
   if (!BtnDelete(station, desk.editor)) desk.Refuse();
-  TellStationOnAir(station);
+  TellOpenStation(desk.sim);
   out << "campaign " << code << " removed\n";
 }
 

@@ -159,6 +159,20 @@ TEST_F(CampaignProgram, TellsAProgramOnAirToComposeAgain) {
   EXPECT_EQ(ReadText(root_ / "station/MajGrillePub.txt").size(), 12u);  // dd/mm/yyyy CR LF
 }
 
+// Known by the lock that an open program holds, whatever ZemoOnOff.Dat says.
+TEST_F(CampaignProgram, ReachesAProgramThatIsOpenButStopped) {
+  const Result run = Shell(
+      "export Z=$zemoradio; python3 -c \"import fcntl, os, struct, subprocess, sys\n"
+      "f = os.open('station/Triskin.LDB', os.O_RDWR | os.O_CREAT)\n"
+      "lock = struct.pack('hhqqi', fcntl.F_RDLCK, os.SEEK_SET, 0, 0, 0)\n"
+      "fcntl.fcntl(f, 37, lock)\n"  // F_OFD_SETLK, as an open program holds it
+      "sys.exit(subprocess.call([os.environ.get('Z'), 'campaign', 'add', '--station', 'station', "
+      "'--machine', 'machine', '--file', 'station/Bakery.wav', '--weekly', '--marks', '5', "
+      "'--hours', '12-12']))\"");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(ReadText(root_ / "station/MajGrillePub.txt").size(), 12u);
+}
+
 // Titles long enough for a composition under them.
 TEST_F(BlackBox, AnExportIsTakenInAsATitleStartsAndComposed) {
   MakeStation({200, 200, 200, 200}, true);
