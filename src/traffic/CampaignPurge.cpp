@@ -83,16 +83,19 @@ void DeleteEndedCampaigns(Station& station) {
 
 void SuppresionPub(Station& station) {
   Label& info = station.screen.LblProgression;
+  const bool shows = !info.visible;  // else a composition tells of itself there
   try {
     if (station.base.CountRecords("GrillePub") == 0) return;
-    info = "ANALYSE DES PUBS - RUBRIQUES...";
-    info.visible = true;
+    if (shows) {
+      info = "ANALYSE DES PUBS - RUBRIQUES...";
+      info.visible = true;
+    }
     station.base.Tables().GrillePub->SetIndex("PRIORITY");
     DeleteEndedCampaigns(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "SuppresionPub");
   }
-  info.visible = false;
+  if (shows) info.visible = false;
 }
 
 }  // namespace zemo

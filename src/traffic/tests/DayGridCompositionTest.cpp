@@ -588,6 +588,20 @@ TEST_F(WatchedComposition, ACompositionAskedForMeanwhileRunsBehind) {
   EXPECT_EQ(station.screen.LblProgression.text, "ZEMO RADIO PRO");
 }
 
+TEST_F(WatchedComposition, TheLabelStaysThroughThePurge) {
+  AddCampaign(on, {.to = "20/11/2026", .crosses = {"12:00"}});
+  AddCampaign(on, {.crosses = {"12:00"}});
+  on.Set("SuppressionPub", "1");
+  OnYield = [&](int) {
+    EXPECT_TRUE(station.screen.LblProgression.visible);
+    EXPECT_EQ(station.screen.LblProgression.text, "COMPOSITION DES PUBS EN COURS...");
+  };
+  MakeGrillePubGeneral(station);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
+  EXPECT_EQ(yields, 1 + 1 + 1 + 1);  // one is kept; two walks over the other, and its row
+  EXPECT_FALSE(station.screen.LblProgression.visible);
+}
+
 TEST_F(WatchedComposition, AStampEmptiedMeanwhileStaysEmpty) {
   AddCampaign(on, {.crosses = {"12:00"}});
   OnYield = [&](int yield) {
