@@ -547,16 +547,31 @@ TEST(CampaignEditor, ClosingKeepsTheDivisionAndComposesTheDay) {
   EXPECT_EQ(s.station.GPubJour.Cell(0, 53), "21/11/26");
 }
 
+// Each routine under its own name, and what was on the screen stays.
 TEST(CampaignEditor, AClosedBaseIsLoggedAndHarmsNothing) {
   CampaignStation s;
+  const std::string sound = s.MakeSound("a.wav", 1000);
   s.station.base.Close();
+  const auto logged = [&s] {
+    std::string places;
+    for (const Seen& error : s.Events("error")) places += error["where"] + " ";
+    s.seen.clear();
+    return places;
+  };
   MnuHPubs(s.station, s.editor);
+  EXPECT_EQ(logged(), "BtnFin ");
   BtnRecherhe(s.station, s.editor);
+  EXPECT_EQ(logged(), "BtnRecherhe ");
   BtnNew(s.station, s.editor);
+  EXPECT_EQ(logged(), "");
   EXPECT_FALSE(CmdLoadFile(s.station, s.editor, "/spot.wav", 1));
-  s.editor.FichierAudio = s.MakeSound("a.wav", 1000);
+  EXPECT_EQ(logged(), "CmdLoadFile ");
+  EXPECT_EQ(s.editor.FichierAudio, "");
+  s.editor.FichierAudio = sound;
   EXPECT_FALSE(BtnAjouter(s.station, s.editor));
-  EXPECT_EQ((*s.First("error", "where", "BtnAjouter"))["where"], "BtnAjouter");
+  EXPECT_EQ(logged(), "BtnAjouter ");
+  EXPECT_TRUE(s.editor.BtnAjouterEnabled);
+  EXPECT_EQ(s.File("a.GPB"), "(no file)");
 }
 
 }  // namespace
