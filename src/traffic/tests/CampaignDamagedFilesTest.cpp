@@ -86,13 +86,13 @@ TEST(CampaignDamagedFiles, CampaignsOfAnyBytesAreTakenInOrLogged) {
   for (int round = 0; round < kRounds; ++round) {
     const std::string bytes = random.Text(150) + (round % 2 == 0 ? "\t\t\t\t" : "");
     s.MakeFile("ExportPubs.Txt", bytes);
-    s.Sql("DELETE FROM GrillePub");
+    s.station.base.Db().Execute("DELETE * FROM GrillePub");
     s.seen.clear();
     s.station.engine.loggedFaults.clear();
     ASSERT_NO_THROW(ImportExportPubs(s.station)) << round;
     ASSERT_EQ(s.File("ExportPubs.Txt"), "(no file)") << round;
     const auto lines = static_cast<int>(SplitLines(DecodeSideFile(bytes)).size());
-    const int rows = ValInt(s.SqlText("SELECT COUNT(*) FROM GrillePub"));
+    const auto rows = static_cast<int>(s.station.base.CountRecords("GrillePub"));
     const auto logged = static_cast<int>(s.Events("error").size());
     ASSERT_EQ(s.Events("import").size(), 1U) << round;
     ASSERT_EQ(s.Events("import")[0].Int("lines"), lines) << round;
