@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/AskedStation.h"
@@ -17,6 +18,7 @@
 #include "station/IsoMoments.h"
 #include "station/TextForms.h"
 #include "traffic/Affidavit.h"
+#include "traffic/CampaignArchive.h"
 
 namespace zemo {
 
@@ -25,11 +27,13 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 struct Totals {
-  size_t crosses = 0, aired = 0, missed = 0, toCome = 0, extras = 0;
+  size_t crosses = 0, aired = 0, missed = 0, toCome = 0, extras = 0, damaged = 0;
 };
 
 Totals Count(const Affidavit& affidavit) {
-  Totals totals{.crosses = affidavit.lines.size(), .extras = affidavit.extras.size()};
+  Totals totals{.crosses = affidavit.lines.size(),
+                .extras = affidavit.extras.size(),
+                .damaged = affidavit.damages.size()};
   for (const AffidavitLine& line : affidavit.lines) {
     totals.aired += line.aired.has_value();
     totals.missed += !line.missed.empty();
@@ -71,10 +75,22 @@ std::vector<std::string> ExtraFields(const LocalDateTime& aired) {
   return {"", IsoMoment(aired), "", "extra", "no cross", "", "", ""};
 }
 
+std::vector<std::string> DamageFields(const AffidavitDamage& damage) {
+  return {"",
+          "",
+          "",
+          "damaged",
+          damage.why,
+          damage.spot ? "spot" : "news",
+          std::to_string(damage.campaign),
+          damage.file};
+}
+
 std::vector<std::vector<std::string>> AllFields(const Affidavit& affidavit) {
   std::vector<std::vector<std::string>> rows;
   for (const AffidavitLine& line : affidavit.lines) rows.push_back(Fields(line));
   for (const LocalDateTime& extra : affidavit.extras) rows.push_back(ExtraFields(extra));
+  for (const AffidavitDamage& damage : affidavit.damages) rows.push_back(DamageFields(damage));
   return rows;
 }
 
@@ -83,11 +99,14 @@ std::string TotalsText(const Totals& totals) {
                      " aired, " + std::to_string(totals.missed) + " missed";
   if (totals.toCome > 0) text += ", " + std::to_string(totals.toCome) + " to come";
   if (totals.extras > 0) text += ", " + std::to_string(totals.extras) + " aired without a cross";
+  if (totals.damaged > 0) text += ", " + std::to_string(totals.damaged) + " damaged grids";
   return text;
 }
 
 void TellTable(const CommandLine& line, const Affidavit& affidavit, std::ostream& out) {
   out << line.advertiser << ": " << TotalsText(Count(affidavit)) << "\n";
+  for (const AffidavitDamage& damage : affidavit.damages)
+    out << "! campaign " << damage.campaign << ": " << damage.why << "\n";
   if (affidavit.lines.empty() && affidavit.extras.empty()) return;
   out << "DUE                  AIRED                LATE     CAMPAIGN\n";
   for (const AffidavitLine& one : affidavit.lines) {
@@ -122,7 +141,17 @@ void TellJson(const CommandLine& line, const Affidavit& affidavit, std::ostream&
   json["aired_without_cross"] = Json::array();
   for (const LocalDateTime& extra : affidavit.extras)
     json["aired_without_cross"].push_back(IsoMoment(extra));
+  json["damaged"] = Json::array();
+  for (const AffidavitDamage& damage : affidavit.damages)
+    json["damaged"].push_back({{"campaign", damage.campaign}, {"why", damage.why}});
   out << json.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
+// A text that a spreadsheet would run as a formula gets an apostrophe in front.
+std::string PlainText(const std::string& text) {
+  const bool formula =
+      !text.empty() && std::string_view("=+-@\t\r\n").find(text[0]) != std::string_view::npos;
+  return formula ? "'" + text : text;
 }
 
 // Quoted where a comma, a quote or a line end stands in it, with quotes doubled.
@@ -136,10 +165,12 @@ std::string CsvField(const std::string& text) {
 void WriteCsv(const std::string& path, const Affidavit& affidavit) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   const auto write = [&file](const auto& fields) {
-    const char* comma = "";
+    int column = 0;
     for (const auto& field : fields) {
-      file << comma << CsvField(field);
-      comma = ",";
+      file << (column == 0 ? "" : ",")
+           << CsvField(column == kLateColumn ? field
+                                             : PlainText(field));  // a number may be below 0
+      ++column;
     }
     file << "\r\n";
   };
@@ -174,6 +205,8 @@ void RequireAdvertiser(const CommandLine& line, const Affidavit& affidavit, Stat
   const auto campaigns = station.base.Db().OpenRecordset("SELECT ANNONCEUR FROM GrillePub");
   for (; !campaigns->Eof(); campaigns->MoveNext())
     if (EqualNoCase(Trim(campaigns->Text("ANNONCEUR")), Trim(line.advertiser))) return;
+  for (const CampaignForm& ended : ArchivedCampaigns(station))
+    if (EqualNoCase(Trim(ended.ChAnnonceur), Trim(line.advertiser))) return;
   throw std::runtime_error("no campaign and no report row of \"" + line.advertiser + "\"");
 }
 
@@ -183,8 +216,10 @@ int RunAffidavitCommand(const CommandLine& line) {
   const AskedStation asked(line);
   try {
     const auto sim = OpenAsked(asked, RealClock().LocalNow());
-    const Affidavit affidavit =
+    Affidavit affidavit =
         MakeAffidavit(sim->station, line.advertiser, *line.firstDay, *line.lastDay);
+    for (AffidavitDamage& damage : affidavit.damages)
+      damage.why = WithShownPaths(damage.why, asked.Paths());
     RequireAdvertiser(line, affidavit, sim->station);
     if (!line.csv.empty()) WriteCsv(line.csv, affidavit);
     if (!line.file.empty()) XlsxWriter().Write(line.file, MakeSheet(line, affidavit));

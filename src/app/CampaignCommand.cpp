@@ -44,6 +44,10 @@ class Desk : private EventSink {
   }
   ~Desk() override { sim.station.events.SetSink(nullptr); }
 
+  // Throws what was told of the template of hours and marks, if anything was.
+  void RequireTemplate() const {
+    if (!templateFault_.empty()) throw std::runtime_error(templateFault_);
+  }
   [[noreturn]] void Refuse() const {
     throw std::runtime_error(reason_.empty() ? "the campaign could not be saved" : reason_);
   }
@@ -53,16 +57,29 @@ class Desk : private EventSink {
 
  private:
   void OnEvent(const Event& event) override {
-    for (const auto& [name, value] : event.members)
+    bool ofTemplate = false;
+    for (const auto& [name, value] : event.members) {
+      if (name == "where") ofTemplate = std::get<std::string>(value) == "LoadSaveDecoupe";
       if (name == "text") reason_ = OneLine(std::get<std::string>(value));
+    }
+    if (ofTemplate) templateFault_ = reason_;
   }
-  std::string reason_;
+  std::string reason_, templateFault_;
 };
 
-// A program on air composes its grid again when it sees the signal.
-void TellStationOnAir(Station& station) {
-  const auto onAir = station.platform.stationFolder.Read(station.files.ZemoOnOff);
-  if (onAir && onAir->substr(0, 1) == "1") WriteMajGrillePub(station);
+// Another program has the base open, on air or not.
+bool StationIsOpen(SimStation& sim) {
+  if (!sim.baseLock) return false;
+  const std::string other = sim.baseLock->TakeAlone(sim.station.base.Path());
+  sim.baseLock->Share();
+  return !other.empty();
+}
+
+// An open program composes its grid again when it sees the signal. One on air is known by its byte
+// as well: on a share without locks.
+void TellOpenStation(SimStation& sim) {
+  const auto onAir = sim.stationFolder.Read(sim.station.files.ZemoOnOff);
+  if ((onAir && onAir->substr(0, 1) == "1") || StationIsOpen(sim)) WriteMajGrillePub(sim.station);
 }
 
 const char* KindWord(const CampaignForm& form) {
@@ -125,6 +142,7 @@ void Show(Desk& desk, const CommandLine& line, std::ostream& out) {
   if (line.json) {
     Json json = RecordJson(form);
     json["messages"] = CalculNbJourActif(form);
+    json["damage"] = form.damage;
     json["grid"] = Json::array();
     for (int row = 0; row < form.GPub.RowCount(); ++row) json["grid"].push_back(form.GPub.At(row));
     out << JsonText(json) << "\n";
@@ -136,6 +154,7 @@ void Show(Desk& desk, const CommandLine& line, std::ostream& out) {
         !text.empty())
       out << name << "  " << text << "\n";
   out << "messages  " << form.LblTotalMsg << "\n";
+  if (!form.damage.empty()) out << "! " << form.damage << "\n";
   for (const std::string& row : GridLines(form.GPub)) out << row << "\n";
 }
 
@@ -243,13 +262,14 @@ void Add(Desk& desk, const CampaignOptions& options, std::ostream& out) {
   const auto source = SoundFileOpener().Open(station.platform.soundFiles.Resolve(path));
   MnuHPubs(station, desk.editor);
   BtnNew(station, desk.editor);
+  if (!options.hours || !options.marks) desk.RequireTemplate();
   const auto lengthMs = static_cast<int32_t>(FramesToMs(source->LengthFrames()));
   if (!CmdLoadFile(station, desk.editor, path, lengthMs)) desk.Refuse();
   FillRecord(desk.editor, options);
   BuildGrid(desk, options);
   KeepCategory(desk);
   if (!BtnAjouter(station, desk.editor)) desk.Refuse();
-  TellStationOnAir(station);
+  TellOpenStation(desk.sim);
   out << "campaign " << Newest(station) << " added\n";
 }
 
@@ -258,7 +278,7 @@ void Remove(Desk& desk, int32_t code, std::ostream& out) {
   Find(desk, code);
   desk.sim.messages.AnswerNext(Answer::kOk);
   if (!BtnDelete(station, desk.editor)) desk.Refuse();
-  TellStationOnAir(station);
+  TellOpenStation(desk.sim);
   out << "campaign " << code << " removed\n";
 }
 

@@ -10,6 +10,7 @@
 #include "engine/EmergencyFolder.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "platform/real/files/WholeFiles.h"
+#include "traffic/CampaignArchive.h"
 
 namespace zemo {
 
@@ -98,6 +99,13 @@ void CopyStation(const std::string& from, const std::string& to) {
     if (!base.empty() && IsBesideBase(name)) return false;
     return name != base && name != base + kJournalEnding && !IsSoundFile(path);
   });
+  const std::string archive = EntryNamed(from, kEndedCampaigns);
+  std::error_code error;
+  if (!archive.empty() && fs::is_directory(fs::path(from) / archive, error)) {
+    const fs::path folder = fs::path(to) / archive;
+    fs::create_directory(folder, error);
+    CopyFiles(fs::path(from) / archive, folder);
+  }
   if (!base.empty()) CopyBase(fs::path(from) / base, fs::path(to) / base);
 }
 

@@ -456,6 +456,25 @@ bool GridIsOf(const Station& station, const Moment& at) {
   return station.GPubJour.Cell(0, GridCol::kDateStamp).substr(0, 8) == ShortDateText(at.now);
 }
 
+// False after a composition that failed; the signal then waits for the next try.
+bool ServeGridSignal(Station& station, const Moment& at) {
+  Folder& folder = station.platform.stationFolder;
+  const std::string& signal = station.files.MajGrillePub;
+  if (station.engine.ReportsDisabled || at.now.second % 2 != 0 || !folder.Exists(signal))
+    return true;
+  if (!ComposeGrid(station)) return false;
+  folder.Remove(signal);
+  return true;
+}
+
+// Stopped and silent there is no element under which a composition would have to wait.
+void ServeGridSignalAtRest(Station& station, const Moment& at) {
+  EngineState& engine = station.engine;
+  if (!NothingOnAir(station) || engine.composing) return;
+  if (station.platform.clock.MonotonicMs() < engine.gridRetryMs) return;
+  if (ServeGridSignal(station, at)) engine.gridRetryMs = 0;
+}
+
 void RebuildGrid(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
   if (station.screen.Tmn < 1 || engine.ProgressPercent <= 25 || engine.composing) return;
@@ -464,12 +483,7 @@ void RebuildGrid(Station& station, const Moment& at) {
     if (!ComposeGrid(station)) return;
     engine.LastJingleTimer = at.timer;
   }
-  Folder& folder = station.platform.stationFolder;
-  const std::string& signal = station.files.MajGrillePub;
-  if (!engine.ReportsDisabled && at.now.second % 2 == 0 && folder.Exists(signal)) {
-    if (!ComposeGrid(station)) return;
-    folder.Remove(signal);
-  }
+  if (!ServeGridSignal(station, at)) return;
   if (GridIsOf(station, at)) engine.gridRetryMs = 0;
 }
 
@@ -659,6 +673,7 @@ void RunTick(Station& station) {
   CountIntro(station, at);                                                                // 13
   if (!engine.IsRunning) {
     Step(station, at, [&] { ServeStopped(station, at); });  // 14
+    Step(station, at, [&] { ServeGridSignalAtRest(station, at); });
   } else {
     Step(station, at, [&] { ServeIntroOverlay(station, at); });  // 15
     if (ServeTimedStop(station, at)) return;                     // 16

@@ -1,24 +1,71 @@
 #include "reports/ReportPurge.h"
 
+#include <algorithm>
 #include <exception>
+#include <limits>
 #include <string>
 
+#include "settings/SideFileIo.h"
 #include "station/Station.h"
+#include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "store/RowView.h"
 
 namespace zemo {
 
+namespace {
+
+constexpr const char* kBeginFile = "ReportBegin.Txt";  // the day up to which nothing is left
+
+int64_t LimitOf(Station& station, int64_t days) {
+  const LocalDateTime now = station.Now();
+  return static_cast<int64_t>(DaySerial(now.year, now.month, now.day)) - days;
+}
+
+// 0 where no purge kept one.
+int64_t KeptLimit(Station& station) {
+  const auto text = ReadSideFile(station.platform.stationFolder, kBeginFile);
+  const std::string day = text ? DateKeyOfText(text->substr(0, 10)) : std::string();
+  if (day.empty()) return 0;
+  return static_cast<int64_t>(
+      DaySerial(ValInt(day.substr(0, 4)), ValInt(day.substr(4, 2)), ValInt(day.substr(6, 2))));
+}
+
+// A base that came from another station may have a longer report: only a later day is kept.
+void KeepLimit(Station& station, int64_t limit) {
+  if (limit <= KeptLimit(station)) return;
+  WriteSideFileDurably(station.platform.stationFolder, kBeginFile,
+                       DateText(FromDateSerial(static_cast<double>(limit))) + "\r\n");
+}
+
+}  // namespace
+
 void PurgeRapport(Station& station, int64_t days) {
   try {
-    const LocalDateTime now = station.Now();
-    const auto limit = static_cast<int64_t>(DaySerial(now.year, now.month, now.day)) - days;
+    const int64_t limit = LimitOf(station, days);
+    const std::string old = " FROM Rapport WHERE DATENUM <= " + std::to_string(limit);
     Database& db = station.base.Db();
+    if (!db.OpenRecordset("SELECT TOP 1 CODE" + old)->Eof()) KeepLimit(station, limit);
     Transaction transaction(db);
-    db.Execute("DELETE * FROM Rapport WHERE DATENUM <= " + std::to_string(limit));
+    db.Execute("DELETE *" + old);
     transaction.Commit();
   } catch (const std::exception&) {
     LogCurrentException(station, "PurgeRapport");
   }
+}
+
+ReportSpan::ReportSpan(Station& station) : first_(std::numeric_limits<double>::infinity()) {
+  bool rowsAreGone = false;
+  station.base.Db().ReadRows(
+      "SELECT TOP 1 DATENUM, CODE FROM Rapport WHERE DATENUM > 0 "
+      "ORDER BY DATENUM, CODE",
+      [&](const RowView& row) {
+        first_ = row.Real(0);
+        rowsAreGone = row.Int(1) > 1;
+      });
+  limit_ = static_cast<double>(KeptLimit(station));
+  if (limit_ == 0 && rowsAreGone)
+    limit_ = static_cast<double>(LimitOf(station, station.base.CnfInt(Cnf::kPurgeRapport)));
 }
 
 }  // namespace zemo

@@ -20,7 +20,6 @@ namespace {
 // The same words again within this time are not logged; a base out of reach is met at every turn.
 constexpr int64_t kSameFaultMs = 5000, kSameOutageMs = 60000;
 constexpr int kErrProgram = 5;  // a fault of no other kind
-constexpr int kErrFile = 75;    // a file that cannot be read or written
 constexpr int kErrSound = 321;  // a sound file or device that cannot be used
 
 // Marks that the log is at work, so that a listener of the event that reports an error of its own

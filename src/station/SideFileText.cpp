@@ -171,13 +171,16 @@ std::string EncodeAppended(std::string_view utf8) {
 std::vector<std::string> SplitLines(std::string_view text) {
   std::vector<std::string> lines;
   lines.reserve(static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
-  while (!text.empty()) {
-    const size_t end = std::min(text.find_first_of("\r\n"), text.size());
-    lines.emplace_back(text.substr(0, end));
-    const bool pair = text.substr(end, 2) == "\r\n";
-    text.remove_prefix(std::min(text.size(), end + (pair ? 2 : 1)));
-  }
+  while (!text.empty()) lines.emplace_back(TakeLine(text));
   return lines;
+}
+
+std::string_view TakeLine(std::string_view& text) {
+  const size_t end = std::min(text.find_first_of("\r\n"), text.size());
+  const std::string_view line = text.substr(0, end);
+  const bool pair = text.substr(end, 2) == "\r\n";
+  text.remove_prefix(std::min(text.size(), end + (pair ? 2 : 1)));
+  return line;
 }
 
 std::string JoinLines(const std::vector<std::string>& lines) {

@@ -25,6 +25,7 @@ bool IsValidUtf8(std::string_view bytes);
 
 // Lines ended by CR LF; LF and CR alone are taken as well. No line behind the last end.
 std::vector<std::string> SplitLines(std::string_view text);
+std::string_view TakeLine(std::string_view& text);  // the first of them, off a text that has one
 std::string JoinLines(const std::vector<std::string>& lines);  // CR LF behind each
 // The text made one line: line ends and tabs become a blank each.
 std::string OneLine(std::string_view text);

@@ -92,6 +92,8 @@ struct Station : private SoundObserver, private FlagObserver {
   bool silent_ = false;  // a begin of silence was told
 };
 
+inline constexpr int kErrFile = 75;  // a file that cannot be read or written, or is damaged
+
 // The one error log: a line in "Messages.Txt" (date and time, place, number, text, between tabs),
 // the screen's error line, and an event. The very same fault again within 5 s is passed over, of a
 // base out of reach within a minute. Never throws; the program goes on.

@@ -3,14 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
+#include <utility>
 
 #include "platform/Folder.h"
+#include "reports/ReportPurge.h"
 #include "station/DayGrid.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
 #include "store/RowView.h"
+#include "traffic/CampaignArchive.h"
 #include "traffic/CampaignGrid.h"
 
 namespace zemo {
@@ -73,8 +75,28 @@ void ForEachCross(const CampaignForm& form, const LocalDateTime& day, Take take)
     if (form.GPub.Cell(row, column) == kCross) take(form.GPub.Cell(row, 0));
 }
 
-std::unique_ptr<Recordset> CampaignsInOrder(Station& station) {
-  return station.base.Db().OpenRecordset("SELECT * FROM GrillePub ORDER BY PRIORITY, CODE");
+bool SameCampaign(const CampaignForm& a, const CampaignForm& b) {
+  return a.LblCode == b.LblCode && a.FichierAudio == b.FichierAudio;
+}
+
+// Those of the table and of the archive in the order of passage, without their grids. One that is
+// in both, since it could not be deleted, counts as the table has it.
+std::vector<CampaignForm> CampaignsInOrder(Station& station) {
+  std::vector<CampaignForm> campaigns;
+  const auto table = station.base.Db().OpenRecordset("SELECT * FROM GrillePub");
+  for (; !table->Eof(); table->MoveNext()) ReadCampaignRecord(*table, campaigns.emplace_back());
+  const size_t inTable = campaigns.size();
+  for (CampaignForm& ended : ArchivedCampaigns(station)) {
+    const auto end = campaigns.begin() + static_cast<std::ptrdiff_t>(inTable);
+    if (std::none_of(campaigns.begin(), end, [&](const auto& c) { return SameCampaign(c, ended); }))
+      campaigns.push_back(std::move(ended));
+  }
+  const auto passage = [](const CampaignForm& form) {
+    return std::pair(ValInt(form.ComboPriority), ValInt(form.LblCode));
+  };
+  std::stable_sort(campaigns.begin(), campaigns.end(),
+                   [&](const auto& a, const auto& b) { return passage(a) < passage(b); });
+  return campaigns;
 }
 
 LocalDateTime DayAt(int64_t dayNumber) {
@@ -96,14 +118,38 @@ void AddCrosses(const CampaignForm& form, const LocalDateTime& day,
   });
 }
 
-std::vector<AffidavitLine> ReadCrosses(Station& station, const std::string& advertiser,
-                                       int64_t firstDay, int64_t lastDay) {
+// Whether the campaign works on a day from the first to the last.
+bool WorksWithin(const CampaignForm& form, int64_t firstDay, int64_t lastDay) {
+  for (int64_t number = firstDay; number <= lastDay; ++number)
+    if (WorksOn(form.LblDepartPub, form.LblFinPub, DateKey(DayAt(number)))) return true;
+  return false;
+}
+
+std::vector<AffidavitDamage> ReadDamages(Station& station,
+                                         const std::vector<CampaignForm>& campaigns,
+                                         const std::string& advertiser, int64_t firstDay,
+                                         int64_t lastDay) {
+  std::vector<AffidavitDamage> damages;
+  for (const CampaignForm& record : campaigns) {
+    if (!EqualNoCase(Trim(record.ChAnnonceur), advertiser) ||
+        !WorksWithin(record, firstDay, lastDay))
+      continue;
+    CampaignForm form = record;
+    LoadCampaignGrid(station, form, RowYields::kNone);
+    if (!form.damage.empty())
+      damages.push_back({ValInt(form.LblCode), form.OptPub[0], form.FichierAudio, form.damage});
+  }
+  return damages;
+}
+
+std::vector<AffidavitLine> ReadCrosses(Station& station, const std::vector<CampaignForm>& campaigns,
+                                       const std::string& advertiser, int64_t firstDay,
+                                       int64_t lastDay) {
   std::vector<AffidavitLine> lines;
-  CampaignForm form;
-  const auto campaigns = CampaignsInOrder(station);
-  for (; !campaigns->Eof(); campaigns->MoveNext()) {
-    if (!EqualNoCase(Trim(campaigns->Text("ANNONCEUR")), advertiser)) continue;
-    LoadCampaign(station, *campaigns, form, RowYields::kNone);
+  for (const CampaignForm& record : campaigns) {
+    if (!EqualNoCase(Trim(record.ChAnnonceur), advertiser)) continue;
+    CampaignForm form = record;
+    LoadCampaignGrid(station, form, RowYields::kNone);
     for (int64_t number = firstDay; number <= lastDay; ++number) {
       const LocalDateTime day = DayAt(number);
       if (WorksOn(form.LblDepartPub, form.LblFinPub, DateKey(day))) AddCrosses(form, day, lines);
@@ -161,16 +207,21 @@ std::vector<int64_t> Match(std::vector<AffidavitLine>& lines, const std::vector<
 
 // --- why a cross did not air ---
 
+// What tells why, for all crosses.
+struct Evidence {
+  const std::vector<CampaignForm>& campaigns;  // in the order of passage
+  const std::vector<int64_t>& rows;            // of the whole report around
+  ReportSpan report;
+};
+
 // Whether the campaign's place in the break is behind the last that a break has.
-bool BreakIsFull(Station& station, const AffidavitLine& line) {
+bool BreakIsFull(Station& station, const Evidence& evidence, const AffidavitLine& line) {
   size_t before = 0;
-  CampaignForm form;
-  const auto campaigns = CampaignsInOrder(station);
-  for (; !campaigns->Eof() && campaigns->Int("CODE") != line.campaign; campaigns->MoveNext()) {
-    if (!WorksOn(campaigns->Text("CAMPAGNEDEPART"), campaigns->Text("CAMPAGNEFIN"),
-                 DateKey(line.due)))
-      continue;
-    LoadCampaign(station, *campaigns, form, RowYields::kNone);
+  for (const CampaignForm& record : evidence.campaigns) {
+    if (ValInt(record.LblCode) == line.campaign && record.FichierAudio == line.file) break;
+    if (!WorksOn(record.LblDepartPub, record.LblFinPub, DateKey(line.due))) continue;
+    CampaignForm form = record;
+    LoadCampaignGrid(station, form, RowYields::kNone);
     ForEachCross(form, line.due,
                  [&](const std::string& moment) { before += moment == line.moment; });
   }
@@ -194,12 +245,13 @@ std::string NothingOnAir(const std::vector<int64_t>& rows, int64_t due) {
   return text;
 }
 
-std::string WhyMissed(Station& station, const AffidavitLine& line,
-                      const std::vector<int64_t>& rows) {
+std::string WhyMissed(Station& station, const Evidence& evidence, const AffidavitLine& line) {
   if (line.moment == "00:00") return "a break at 00:00 never fires";
+  if (!evidence.report.Covers(DateSerial(line.due)))
+    return "report purged: it has nothing left of that time";
   if (!station.platform.soundFiles.Exists(line.file)) return "file missing: " + line.file;
-  if (BreakIsFull(station, line)) return "the break is full";
-  const std::string stopped = NothingOnAir(rows, SecondOf(line.due));
+  if (BreakIsFull(station, evidence, line)) return "the break is full";
+  const std::string stopped = NothingOnAir(evidence.rows, SecondOf(line.due));
   return stopped.empty() ? "minute lost: the station was on air" : stopped;
 }
 
@@ -209,23 +261,28 @@ Affidavit MakeAffidavit(Station& station, const std::string& advertiser, const L
                         const LocalDateTime& to) {
   const auto firstDay = static_cast<int64_t>(DaySerial(from.year, from.month, from.day));
   const auto lastDay = static_cast<int64_t>(DaySerial(to.year, to.month, to.day));
+  const int64_t begin = firstDay * kDaySec, end = (lastDay + 1) * kDaySec;
+  const auto asked = [&](int64_t second) { return second >= begin && second < end; };
   const std::string wanted = Trim(advertiser);
-  Affidavit affidavit;
-  affidavit.lines = ReadCrosses(station, wanted, firstDay, lastDay);
-  const Aired aired = ReadReport(station, wanted, firstDay * kDaySec - kSilentSec,
-                                 (lastDay + 1) * kDaySec + kLatestSec);
-  std::vector<int64_t> ours;  // those of the days, and behind them what may still prove a cross
-  for (const int64_t second : aired.ours)
-    if (second >= firstDay * kDaySec) ours.push_back(second);
+  const std::vector<CampaignForm> campaigns = CampaignsInOrder(station);
+  const Aired aired = ReadReport(station, wanted, begin - kDaySec, end + kLatestSec);
+  std::vector<AffidavitLine> lines =
+      ReadCrosses(station, campaigns, wanted, firstDay - 1, lastDay + 1);
   const std::vector<int64_t> left =
-      Match(affidavit.lines, Match(affidavit.lines, ours, LatestDue), BroughtForward);
+      Match(lines, Match(lines, aired.ours, LatestDue), BroughtForward);
+  Affidavit affidavit;
+  affidavit.damages = ReadDamages(station, campaigns, wanted, firstDay, lastDay);
   for (const int64_t second : left)
-    if (second < (lastDay + 1) * kDaySec) affidavit.extras.push_back(MomentOf(second));
+    if (asked(second)) affidavit.extras.push_back(MomentOf(second));
+  const Evidence evidence{campaigns, aired.all, ReportSpan(station)};
   const int64_t now = SecondOf(station.Now());
-  for (AffidavitLine& line : affidavit.lines) {
-    if (!Open(line)) continue;
-    line.isDue = SecondOf(line.due) <= now;
-    if (line.isDue) line.missed = WhyMissed(station, line, aired.all);
+  for (AffidavitLine& line : lines) {
+    if (!asked(SecondOf(line.due))) continue;
+    if (Open(line)) {
+      line.isDue = SecondOf(line.due) <= now;
+      if (line.isDue) line.missed = WhyMissed(station, evidence, line);
+    }
+    affidavit.lines.push_back(std::move(line));
   }
   return affidavit;
 }

@@ -25,15 +25,27 @@ struct AffidavitLine {
   std::string missed;   // why it did not air; empty when it did or is not due
 };
 
+// A campaign of the days whose record and grid file do not make a grid: its crosses are not known,
+// or not all of them.
+struct AffidavitDamage {
+  int32_t campaign = 0;
+  bool spot = true;
+  std::string file;  // of the sound, as stored
+  std::string why;
+};
+
 struct Affidavit {
   std::vector<AffidavitLine> lines;   // by time, then in the order of passage
   std::vector<LocalDateTime> extras;  // aired without a cross: put on air by hand or by a list
+  std::vector<AffidavitDamage> damages;
 };
 
 // The crosses from the first day to the last, both included, against the report. The report knows
 // the advertiser and not the file: a row proves the latest cross that was due by then, up to three
-// hours before, else one of the same hour that a fitting brought forward. Campaigns that have left
-// the table have no crosses. The names are compared without regard to case. Throws StoreError.
+// hours before, else one of the same hour that a fitting brought forward. The crosses of the days
+// around have their rows too, so that a row proves the same cross whatever days are asked for.
+// Campaigns that ended count as long as they stand in the table or in the archive. The names are
+// compared without regard to case. Throws StoreError and FileError.
 Affidavit MakeAffidavit(Station& station, const std::string& advertiser, const LocalDateTime& from,
                         const LocalDateTime& to);
 

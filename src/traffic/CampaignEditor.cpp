@@ -119,6 +119,21 @@ bool HasSoundFile(Station& station, const CampaignEditor& editor) {
   return !editor.FichierAudio.empty() && station.platform.soundFiles.Exists(editor.FichierAudio);
 }
 
+// Only a file that is a grid file by its name, and no other campaign's: the field may hold any
+// path.
+bool OwnsGridFile(Station& station, int64_t code, const std::string& path) {
+  constexpr size_t kEnding = 3;
+  if (path.size() < kEnding || !EqualNoCase(path.substr(path.size() - kEnding), "GPB"))
+    return false;
+  const std::string place = CampaignFilePlace(station, path);
+  const auto rows = station.base.Db().OpenRecordset(
+      "SELECT FILENAMEGRILLE, FILENAMEAUDIO FROM GrillePub WHERE CODE <> " + std::to_string(code));
+  for (; !rows->Eof(); rows->MoveNext())
+    for (const char* field : {"FILENAMEGRILLE", "FILENAMEAUDIO"})
+      if (CampaignFilePlace(station, rows->Text(field)) == place) return false;
+  return true;
+}
+
 void DropPendingEdit(Station& station) {
   try {
     Campaigns(station).SetIndex("PRIORITY");
@@ -177,6 +192,7 @@ bool BtnAjouter(Station& station, CampaignEditor& editor) {
       ShowAlert(station, NoSoundFileText(station));
       return false;
     }
+    if (RefuseWrongMark(station, editor)) return false;
     Campaigns(station).AddNew();
     return SaveRecord(station, editor);
   } catch (const std::exception&) {
@@ -193,6 +209,7 @@ bool BtnReplacer(Station& station, CampaignEditor& editor) {
       ShowAlert(station, kNoSoundFile);
       return false;
     }
+    if (RefuseWrongMark(station, editor)) return false;
     const int32_t code = ValInt(editor.LblCode);
     if (code < 1) return false;
     const bool found = SeekCode(Campaigns(station), code);
@@ -222,7 +239,9 @@ bool BtnDelete(Station& station, CampaignEditor& editor) {
       return false;
     if (WalkToShown(station, editor) == 0) return false;
     const std::string gridFile = Campaigns(station).Text("FILENAMEGRILLE");
-    if (CampaignFileExists(station, gridFile)) RemoveCampaignFile(station, gridFile);
+    if (CampaignFileExists(station, gridFile) &&
+        OwnsGridFile(station, Campaigns(station).Int("CODE"), gridFile))
+      RemoveCampaignFile(station, gridFile);
     Campaigns(station).Delete();
     BtnDebut(station, editor);
     return true;

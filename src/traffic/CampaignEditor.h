@@ -60,13 +60,16 @@ void ChoosePLPub(Station& station, CampaignEditor& editor, size_t line);
 bool LoadFicheOfCode(Station& station, CampaignEditor& editor, int64_t code);
 
 // --- fields ---
+// An hour or a mark that no clock shows: true, which an alert tells.
+bool RefuseWrongMark(Station& station, const CampaignEditor& editor);
 // Takes over the sound file that the operator chose, of that length (ms, as the sound component
 // tells it). False when another campaign has it already, which an alert tells.
 bool CmdLoadFile(Station& station, CampaignEditor& editor, const std::string& path,
                  int32_t lengthMs);
 void CategorieEnter(Station& station, CampaignEditor& editor);
 void CategorieDelete(Station& station, CampaignEditor& editor);
-// The right button on LblDepartPub: a campaign without dates.
+// The right button on LblDepartPub: a campaign without dates. This one and the next leave the grid
+// as it is where an hour or a mark is wrong.
 void LblDepartPubRightClick(Station& station, CampaignEditor& editor);
 // The day picked in the calendar, "dd/mm/yyyy"; mode 1 is the start, 2 the end, which also builds
 // the grid.

@@ -33,7 +33,18 @@ bool Confirmed(Station& station, const std::string& question) {
   return station.platform.messages.Show(kAlertTitle, question, Buttons::kYesNo) == Answer::kYes;
 }
 
+// Builds the grid, unless an hour or a mark that was typed is none.
+void BuildGrid(Station& station, CampaignEditor& editor) {
+  if (!RefuseWrongMark(station, editor)) CmdInitGrille(station, editor);
+}
+
 }  // namespace
+
+bool RefuseWrongMark(Station& station, const CampaignEditor& editor) {
+  const auto wrong = FindWrongMark(editor);
+  if (wrong) ShowAlert(station, WrongMarkText(station, *wrong));
+  return wrong.has_value();
+}
 
 bool CmdLoadFile(Station& station, CampaignEditor& editor, const std::string& path,
                  int32_t lengthMs) {
@@ -82,7 +93,7 @@ void CategorieDelete(Station& station, CampaignEditor& editor) {
 void LblDepartPubRightClick(Station& station, CampaignEditor& editor) {
   try {
     editor.LblDepartPub = editor.LblFinPub = kDailyCampaign;
-    PubJournaliere(station, editor);
+    BuildGrid(station, editor);
   } catch (const std::exception&) {
     LogCurrentException(station, "PubJournaliere");
   }
@@ -93,7 +104,7 @@ void CalendarPick(Station& station, CampaignEditor& editor, int mode, const std:
     if (mode == 1) editor.LblDepartPub = date;
     if (mode != 2) return;
     editor.LblFinPub = date;
-    CmdInitGrille(station, editor);
+    BuildGrid(station, editor);
   } catch (const std::exception&) {
     LogCurrentException(station, "CmdInitGrille");
   }

@@ -1,6 +1,7 @@
 #include "traffic/CampaignFiles.h"
 
 #include <exception>
+#include <utility>
 
 #include "platform/Folder.h"
 #include "settings/SideFileIo.h"
@@ -27,6 +28,11 @@ void TakeDecoupe(const std::vector<SideField>& fields, CampaignForm& form) {
   for (size_t i = 0; i < form.DecoupagePub.size(); ++i) take(i + 2, form.DecoupagePub[i]);
 }
 
+void RequireDivision(const Station& station, const CampaignForm& form) {
+  if (const auto wrong = FindWrongMark(form))
+    throw FileError(station.files.Decoupe + ": " + WrongMarkFault(*wrong));
+}
+
 }  // namespace
 
 std::string CampaignFilePath(std::string_view soundFile, std::string_view ending) {
@@ -37,6 +43,12 @@ std::string CampaignFilePath(std::string_view soundFile, std::string_view ending
       return std::string(soundFile.substr(0, point + 1)) + std::string(ending);
   }
   return std::string(ending);
+}
+
+int64_t CampaignFileSizeBytes(Station& station, const std::string& path) {
+  if (path.empty()) return -1;
+  return InStationFolder(path) ? station.platform.stationFolder.SizeBytes(path)
+                               : station.platform.soundFiles.SizeBytes(path);
 }
 
 std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path) {
@@ -61,6 +73,12 @@ bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,
 
 bool CampaignFileExists(Station& station, const std::string& path) {
   return CampaignFileExists(station.platform.stationFolder, station.platform.soundFiles, path);
+}
+
+std::string CampaignFilePlace(Station& station, const std::string& path) {
+  if (path.empty()) return {};
+  return InStationFolder(path) ? station.platform.stationFolder.PathOf(path)
+                               : station.platform.soundFiles.Resolve(path);
 }
 
 void RemoveCampaignFile(Station& station, const std::string& path) {
@@ -88,10 +106,17 @@ std::string DecoupeText(const CampaignForm& form) {
 void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form) {
   Folder& folder = station.platform.stationFolder;
   try {
-    if (IsSave(action)) WriteSideFileDurably(folder, station.files.Decoupe, DecoupeText(form));
+    if (IsSave(action)) {
+      RequireDivision(station, form);
+      WriteSideFileDurably(folder, station.files.Decoupe, DecoupeText(form));
+    }
     if (!IsLoad(action)) return;
-    if (const auto text = ReadSideFile(folder, station.files.Decoupe))
-      TakeDecoupe(ReadFields(*text), form);
+    const auto text = ReadSideFile(folder, station.files.Decoupe);
+    if (!text) return;
+    CampaignForm taken = form;
+    TakeDecoupe(ReadFields(*text), taken);
+    RequireDivision(station, taken);
+    form = std::move(taken);
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadSaveDecoupe");
   }

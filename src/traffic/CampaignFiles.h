@@ -2,6 +2,7 @@
 // editor keeps in the station's folder.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,11 +22,14 @@ std::string CampaignFilePath(std::string_view soundFile, std::string_view ending
 
 // Such a file, by a stored path or by a bare name in the station's folder; nullopt without it, and
 // for an empty path. Texts are UTF-8 here and side-file text on disk. Throw FileError.
+int64_t CampaignFileSizeBytes(Station& station, const std::string& path);  // -1: no such file
 std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path);
 void WriteCampaignFile(Station& station, const std::string& path, std::string_view utf8);
 bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,
                         const std::string& path);
 bool CampaignFileExists(Station& station, const std::string& path);
+// Its path on this machine, by which two stored paths of one file are the same; empty for none.
+std::string CampaignFilePlace(Station& station, const std::string& path);
 void RemoveCampaignFile(Station& station, const std::string& path);
 
 // The "prg" export: dates, hours, the eight marks, advertiser, category, priority, "True" for a
@@ -35,7 +39,8 @@ std::string CampaignProgram(const CampaignForm& form);
 std::string DecoupeText(const CampaignForm& form);  // of "Decoupe.Ini"
 
 // "Decoupe.Ini": hours and marks of the form, the template of the next campaign. A missing file
-// leaves them. Faults are logged.
+// leaves them, and one with an hour or a mark that no clock shows, which is a fault and is not
+// written either. Faults are logged.
 void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form);
 
 // "MajGrillePub.txt" with today's date: tells the machine on air to compose its grid again. Throws

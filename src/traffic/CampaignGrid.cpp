@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kMostDays = 365;  // tried for the end date; one column more when it is not met
 constexpr int kWeekDays = 7;
+constexpr int kLastHour = 23, kLastMinute = 59;
 constexpr std::string_view kDayLetters = "LMMJVSD";
 
 // By Langue; none for any other.
@@ -93,9 +94,21 @@ void YieldForRow(Station& station, RowYields yields) {
   if (yields == RowYields::kEach) station.platform.loop.Yield();
 }
 
+// Fields of a base that did not keep their widths; empty for those of two characters.
+std::string TooLarge(const CampaignForm& form) {
+  constexpr int kMostHour = 99;
+  constexpr size_t kMostMarkBytes = 8;
+  for (const std::string& hour : {form.HDepPub, form.HFinPub})
+    if (ValInt(hour) > kMostHour) return WrongMarkFault({hour, true});
+  for (const std::string& mark : form.DecoupagePub)
+    if (mark.size() > kMostMarkBytes) return WrongMarkFault({mark, false});
+  return {};
+}
+
 // A row a mark and hour, marks in their order on the screen. The hours do not wrap: an end before
 // the start leaves the first hour alone.
 void AddMoments(const CampaignForm& form, TextGrid& grid, const std::function<void()>& afterRow) {
+  if (!TooLarge(form).empty()) return;
   const int first = std::max(0, ValInt(form.HDepPub));
   const int last = std::max(first, ValInt(form.HFinPub));
   const auto width = static_cast<size_t>(GridColumns(grid));
@@ -114,14 +127,45 @@ void AddHeadings(TextGrid& grid, size_t columns) {
   for (int row = 0; row < kFirstMomentRow; ++row) grid.AddRow(TextGrid::Row(columns));
 }
 
+// What a grid file holds, in one value a line.
+struct GridLines {
+  std::vector<bool> crosses;
+  size_t odd = 0;  // number of the first line that is neither a cross nor nothing; 0: none is
+};
+
+GridLines ReadGridLines(std::string_view text) {
+  GridLines lines;
+  while (!text.empty()) {
+    const std::string line = Trim(TakeLine(text));
+    lines.crosses.push_back(line == kCross);
+    if (line != kCross && !line.empty() && lines.odd == 0) lines.odd = lines.crosses.size();
+  }
+  return lines;
+}
+
+size_t CellCount(const TextGrid& grid) {
+  const int rows = grid.RowCount() - kFirstMomentRow, days = GridColumns(grid) - kFirstDayColumn;
+  return rows > 0 && days > 0 ? static_cast<size_t>(rows) * static_cast<size_t>(days) : 0;
+}
+
+std::string Misfit(const TextGrid& grid, const GridLines& lines) {
+  const size_t cells = CellCount(grid);
+  if (lines.crosses.size() != cells)
+    return "the grid file has " + std::to_string(lines.crosses.size()) +
+           " lines, the campaign's grid " + std::to_string(cells) + " cells";
+  if (lines.odd != 0)
+    return "line " + std::to_string(lines.odd) + " of the grid file is neither X nor empty";
+  return {};
+}
+
 // Crosses are put into the grid as it stands after each yield: its shape may be another by then.
-void ReadCrosses(Station& station, CampaignForm& form, const std::vector<std::string>& lines,
-                 RowYields yields) {
+void PutCrosses(Station& station, CampaignForm& form, const std::vector<bool>& crosses,
+                RowYields yields) {
   TextGrid& grid = form.GPub;
   size_t line = 0;
   for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) {
     for (int column = kFirstDayColumn; column < GridColumns(grid); ++column, ++line) {
-      const bool cross = line < lines.size() && !lines[line].empty() && Trim(lines[line]) == kCross;
+      const bool cross = line < crosses.size() && crosses[line];
       if (cross || !grid.Cell(row, column).empty())
         grid.SetCell(row, column, cross ? std::string(kCross) : std::string());
     }
@@ -131,28 +175,18 @@ void ReadCrosses(Station& station, CampaignForm& form, const std::vector<std::st
 
 // A missing file has no cross.
 void ReadGridFile(Station& station, CampaignForm& form, const std::string& path, RowYields yields) {
-  const auto text = ReadCampaignFile(station, path);
-  ReadCrosses(station, form, SplitLines(text.value_or(std::string())), yields);
-}
-
-void ReadCampaign(const Recordset& grillePub, CampaignForm& form) {
-  form.LblCode = grillePub.Text("CODE");
-  form.LblDepartPub = grillePub.Text("CAMPAGNEDEPART");
-  form.LblFinPub = grillePub.Text("CAMPAGNEFIN");
-  form.HDepPub = grillePub.Text("HDEPART");
-  form.HFinPub = grillePub.Text("HFIN");
-  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
-    form.DecoupagePub[i] = grillePub.Text("DECOUPEH" + std::to_string(i + 1));
-  form.FichierAudio = grillePub.Text("FILENAMEAUDIO");
-  form.Longeur = std::to_string(grillePub.Int("DUREE"));
-  form.LblTemp = FormatDuration(grillePub.Int("DUREE"));
-  form.ChAnnonceur = grillePub.Text("ANNONCEUR");
-  form.Categorie = grillePub.Text("CATEGORIE");
-  form.FILENAMEGRILLE = grillePub.Text("FILENAMEGRILLE");
-  form.ComboPriority = grillePub.Text("PRIORITY");
-  form.ChContact = Trim(grillePub.Text("CONTACT"));
-  form.OptPub = {grillePub.Bool("PUB"), !grillePub.Bool("PUB")};
-  form.GenreAssocie = grillePub.Text("GENREASSOCIE");
+  form.damage = TooLarge(form);
+  GridLines lines;
+  if (form.damage.empty() && CampaignFileSizeBytes(station, path) > kMostGridFileBytes) {
+    form.damage = "the grid file is larger than any grid: " + path;
+  } else if (form.damage.empty()) {
+    if (const auto text = ReadCampaignFile(station, path)) {
+      lines = ReadGridLines(*text);
+      form.damage = Misfit(form.GPub, lines);
+      if (!form.damage.empty()) form.damage += ": " + path;
+    }
+  }
+  PutCrosses(station, form, lines.crosses, yields);
 }
 
 void BuildWeekly(CampaignForm& form, int64_t langue, const std::function<void()>& afterRow) {
@@ -190,7 +224,26 @@ std::function<void()> AfterRow(Station& station, RowYields yields) {
   return [&station, yields] { YieldForRow(station, yields); };
 }
 
+bool IsWrong(const std::string& text, int most) {
+  return ValInt(text) > most || ValInt(text) < 0;
+}
+
 }  // namespace
+
+std::optional<WrongMark> FindWrongMark(const CampaignForm& form) {
+  for (const std::string& hour : {form.HDepPub, form.HFinPub})
+    if (IsWrong(hour, kLastHour)) return WrongMark{Trim(hour), true};
+  for (const std::string& mark : form.DecoupagePub)
+    if (IsWrong(mark, kLastMinute)) return WrongMark{Trim(mark), false};
+  return std::nullopt;
+}
+
+std::string WrongMarkFault(const WrongMark& wrong) {
+  constexpr int kToldWidth = 20;
+  const std::string text = FirstCharacters(wrong.text, kToldWidth);
+  return wrong.hour ? "there is no hour " + text + " (0 to " + std::to_string(kLastHour) + ")"
+                    : "there is no minute " + text + " (0 to " + std::to_string(kLastMinute) + ")";
+}
 
 int GridColumns(const TextGrid& grid) {
   return grid.RowCount() == 0 ? 0 : static_cast<int>(grid.At(0).size());
@@ -239,6 +292,11 @@ bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
   return done;
 }
 
+std::string DamageOf(const CampaignForm& form) {
+  if (form.damage.empty()) return {};
+  return "campaign " + form.LblCode + ", " + form.ChAnnonceur + ": " + form.damage;
+}
+
 int CrossesInColumn(const TextGrid& grid, int column) {
   int crosses = 0;
   for (int row = kFirstMomentRow; row < grid.RowCount(); ++row)
@@ -253,15 +311,39 @@ int CalculNbJourActif(const CampaignForm& form) {
   return crosses;
 }
 
-void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
-                  RowYields yields) {
-  ReadCampaign(grillePub, form);
+void ReadCampaignRecord(const Recordset& grillePub, CampaignForm& form) {
+  form.LblCode = grillePub.Text("CODE");
+  form.LblDepartPub = grillePub.Text("CAMPAGNEDEPART");
+  form.LblFinPub = grillePub.Text("CAMPAGNEFIN");
+  form.HDepPub = grillePub.Text("HDEPART");
+  form.HFinPub = grillePub.Text("HFIN");
+  for (size_t i = 0; i < form.DecoupagePub.size(); ++i)
+    form.DecoupagePub[i] = grillePub.Text("DECOUPEH" + std::to_string(i + 1));
+  form.FichierAudio = grillePub.Text("FILENAMEAUDIO");
+  form.Longeur = std::to_string(grillePub.Int("DUREE"));
+  form.LblTemp = FormatDuration(grillePub.Int("DUREE"));
+  form.ChAnnonceur = grillePub.Text("ANNONCEUR");
+  form.Categorie = grillePub.Text("CATEGORIE");
+  form.FILENAMEGRILLE = grillePub.Text("FILENAMEGRILLE");
+  form.ComboPriority = grillePub.Text("PRIORITY");
+  form.ChContact = Trim(grillePub.Text("CONTACT"));
+  form.OptPub = {grillePub.Bool("PUB"), !grillePub.Bool("PUB")};
+  form.GenreAssocie = grillePub.Text("GENREASSOCIE");
+}
+
+void LoadCampaignGrid(Station& station, CampaignForm& form, RowYields yields) {
   CmdInitGrille(station, form, yields);
   LSGrillePub(station, form, "Load", form.FILENAMEGRILLE, yields);
 }
 
+void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
+                  RowYields yields) {
+  ReadCampaignRecord(grillePub, form);
+  LoadCampaignGrid(station, form, yields);
+}
+
 void LoadCampaignOrFail(Station& station, const Recordset& grillePub, CampaignForm& form) {
-  ReadCampaign(grillePub, form);
+  ReadCampaignRecord(grillePub, form);
   CmdInitGrille(station, form, RowYields::kNone);
   ReadGridFile(station, form, form.FILENAMEGRILLE, RowYields::kNone);
   form.LblTotalMsg = std::to_string(CalculNbJourActif(form));

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -38,6 +39,9 @@ struct CampaignForm {
   // in column 0 with kCross or nothing in the columns behind. All rows have the same width. A
   // weekly grid has seven columns, Monday first, and rows 0 and 1 empty.
   TextGrid GPub;
+  // Why record and grid file do not make a grid; empty: they do, or the file is missing. A grid
+  // that is too large has no moments then, and other lines stand as far as they pair with cells.
+  std::string damage;
   std::string LblTotalMsg;    // CalculNbJourActif
   std::string LblTotalJours;  // "30 jours"
 };
@@ -46,10 +50,23 @@ struct CampaignForm {
 // loads campaigns by the thousand, yields once a campaign instead.
 enum class RowYields { kEach, kNone };
 
+// An hour or a mark that no clock shows.
+struct WrongMark {
+  std::string text;
+  bool hour = false;  // else a minute mark
+};
+// The first of hours and marks above 23 or 59, or below 0. Whatever takes them in refuses it.
+std::optional<WrongMark> FindWrongMark(const CampaignForm& form);
+std::string WrongMarkFault(const WrongMark& wrong);  // for the log
+
 // Columns of the grid, the moments' included; 0 for a grid without rows.
 int GridColumns(const TextGrid& grid);
 
+// Larger than any grid file: 100 hours, eight marks, 366 days.
+inline constexpr int64_t kMostGridFileBytes = 1 << 20;
+
 // Builds GPub for the dates, hours and marks of the form, without a cross, and sets LblTotalJours.
+// Hours of more than two digits, or marks too long for one, are damage and give no moments.
 // An end before the start or more than a year behind it gives 366 day columns; a start that is no
 // date gives none.
 void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
@@ -60,8 +77,8 @@ void BuildCampaignGrid(CampaignForm& form, int64_t langue, const std::function<v
 
 // "Save" writes the crosses of GPub to the grid file, "Load" reads them; the case of the word does
 // not matter. The file holds no shape: a line a cell, row by row, "X" or nothing. A missing file
-// leaves the grid empty. Sets LblTotalMsg. False when the file could not be read or written, which
-// is logged.
+// leaves the grid empty; one whose lines do not fit the grid, or which is too large to be one, is
+// damage. Sets LblTotalMsg. False when the file could not be read or written, which is logged.
 bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
                  const std::string& path, RowYields yields = RowYields::kEach);
 
@@ -72,7 +89,7 @@ std::string GridFileText(const TextGrid& grid, const std::function<void()>& afte
 int CalculNbJourActif(const CampaignForm& form);
 int CrossesInColumn(const TextGrid& grid, int column);
 
-// The current row of GrillePub with its grid: the fields, CmdInitGrille, LSGrillePub("Load"). All
+// The current row of GrillePub with its grid: ReadCampaignRecord, LoadCampaignGrid. All
 // fields are read before the first yield, so that the cursor may be moved meanwhile. Throws
 // StoreError.
 void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
@@ -80,6 +97,14 @@ void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& fo
 // The same without a yield, for a day's grid: a grid file that is there and cannot be read is no
 // campaign without crosses. Throws FileError then, and StoreError.
 void LoadCampaignOrFail(Station& station, const Recordset& grillePub, CampaignForm& form);
+
+// The fields of the row, without a grid. Throws StoreError.
+void ReadCampaignRecord(const Recordset& grillePub, CampaignForm& form);
+// The grid of the fields, with the crosses of the grid file. A fault of it is logged.
+void LoadCampaignGrid(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
+
+// The damage with the campaign's name; empty without one.
+std::string DamageOf(const CampaignForm& form);
 
 // The fields of the form to the row in edit. Throws StoreError.
 void WriteCampaign(const CampaignForm& form, Recordset& grillePub);

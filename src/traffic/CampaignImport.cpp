@@ -15,6 +15,7 @@
 #include "station/WaitPointer.h"
 #include "store/StoreError.h"
 #include "store/WholeTransaction.h"
+#include "traffic/CampaignGrid.h"
 
 namespace zemo {
 
@@ -48,6 +49,16 @@ class CampaignLine {
   std::vector<std::string_view> fields_;  // into the file's text
 };
 
+void RequireDivision(const CampaignLine& line) {
+  CampaignForm form;
+  size_t field = 3;
+  form.HDepPub = line.Field(field++);
+  form.HFinPub = line.Field(field++);
+  for (std::string& mark : form.DecoupagePub) mark = line.Field(field++);
+  if (const auto wrong = FindWrongMark(form))
+    throw StoreError(kErrValueRefused, WrongMarkFault(*wrong));
+}
+
 // In the order of the line's fields. The genre has none.
 void AddCampaign(Recordset& table, const CampaignLine& line) {
   static constexpr const char* kTexts[] = {
@@ -77,6 +88,7 @@ bool RefusesTheRow(int number) {
 // False when the base refuses the row.
 bool TryToAdd(Station& station, Recordset& table, const CampaignLine& line, size_t lineNumber) {
   try {
+    RequireDivision(line);
     AddCampaign(table, line);
     return true;
   } catch (const StoreError& error) {

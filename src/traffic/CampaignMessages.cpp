@@ -4,6 +4,7 @@
 
 #include "platform/Desktop.h"
 #include "station/Station.h"
+#include "traffic/CampaignGrid.h"
 
 namespace zemo {
 
@@ -20,6 +21,11 @@ constexpr const char* kNoCampaignEnglish = "In first you must init grid\r\nwith 
 constexpr Texts kNoCampaignTexts = {
     "Vous devez d'abord initialiser la grille\r\navec le bouton nouvelle", kNoCampaignEnglish,
     "Em primeiro lugar, clicar\r\nem Novo para inicializar a tabela", kNoCampaignEnglish};
+
+constexpr Texts kNoSuchHourTexts = {"Il n'y a pas d'heure ", "There is no hour ", "Não há hora ",
+                                    "No hay hora "};
+constexpr Texts kNoSuchMinuteTexts = {"Il n'y a pas de minute ", "There is no minute ",
+                                      "Não há minuto ", "No hay minuto "};
 
 constexpr Texts kMemoTitles = {"Mémo procédure", "Procedure", "Procedimento", "Procedimiento"};
 
@@ -74,6 +80,10 @@ std::string NoSoundFileText(Station& station) {
 }
 std::string NoCampaignText(Station& station) {
   return InLanguage(station, kNoCampaignTexts);
+}
+std::string WrongMarkText(Station& station, const WrongMark& wrong) {
+  return wrong.hour ? InLanguage(station, kNoSuchHourTexts) + wrong.text + " (0 - 23)"
+                    : InLanguage(station, kNoSuchMinuteTexts) + wrong.text + " (0 - 59)";
 }
 std::string MemoTitle(Station& station) {
   return InLanguage(station, kMemoTitles);

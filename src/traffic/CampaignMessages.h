@@ -6,6 +6,7 @@
 namespace zemo {
 
 struct Station;
+struct WrongMark;
 
 inline constexpr const char* kAlertTitle = "Alerte";
 
@@ -23,6 +24,7 @@ inline constexpr const char* kDeleteCategory = "Effacer cette Catégorie ";
 // By Langue; empty for a language that no text is written in. Throw StoreError.
 std::string NoSoundFileText(Station& station);
 std::string NoCampaignText(Station& station);
+std::string WrongMarkText(Station& station, const WrongMark& wrong);
 std::string MemoTitle(Station& station);
 std::string MemoText(Station& station);
 

@@ -11,6 +11,7 @@
 #include "station/TimeForms.h"
 #include "store/SeekCode.h"
 #include "store/WholeTransaction.h"
+#include "traffic/CampaignArchive.h"
 #include "traffic/CampaignGrid.h"
 
 namespace zemo {
@@ -31,14 +32,41 @@ std::vector<int64_t> EndedCampaigns(Station& station, const std::string& today) 
   return codes;
 }
 
-// Looks at each again: another machine may have given the campaign a new end.
-void DeleteEnded(Station& station, const int64_t* first, const int64_t* last,
-                 const std::string& today) {
+// A row as it was archived.
+struct Archived {
+  int64_t code = 0;
+  std::string record;
+};
+
+// Those of the numbers that are still there and ended, each kept before anything is deleted. The
+// files wait for the disk: a yield behind each.
+std::vector<Archived> Archive(Station& station, const int64_t* first, const int64_t* last,
+                              const std::string& today) {
+  std::vector<Archived> archived;
+  const auto table = station.base.Db().OpenTable("GrillePub");
+  for (; first != last; ++first) {
+    if (!SeekCode(*table, *first) || !HasEnded(table->Text("CAMPAGNEFIN"), today)) continue;
+    CampaignForm form;
+    ReadCampaignRecord(*table, form);
+    ArchiveCampaign(station, form);
+    archived.push_back({*first, CampaignRecordText(form)});
+    station.platform.loop.Yield();
+  }
+  return archived;
+}
+
+// Looks at each again: another machine may have changed the campaign, which then waits for the next
+// purge.
+void Delete(Station& station, const std::vector<Archived>& archived) {
   Database& db = station.base.Db();
   const auto table = db.OpenTable("GrillePub");
   WholeTransaction transaction(db);
-  for (; first != last; ++first)
-    if (SeekCode(*table, *first) && HasEnded(table->Text("CAMPAGNEFIN"), today)) table->Delete();
+  for (const Archived& row : archived) {
+    if (!SeekCode(*table, row.code)) continue;
+    CampaignForm form;
+    ReadCampaignRecord(*table, form);
+    if (CampaignRecordText(form) == row.record) table->Delete();
+  }
   transaction.Commit();
 }
 
@@ -46,9 +74,8 @@ void DeleteEndedCampaigns(Station& station) {
   const std::string today = DateKey(station.Now());
   const std::vector<int64_t> codes = EndedCampaigns(station, today);
   for (size_t at = 0; at < codes.size(); at += kRowsATransaction) {
-    if (at > 0) station.platform.loop.Yield();
     const size_t end = std::min(at + kRowsATransaction, codes.size());
-    DeleteEnded(station, codes.data() + at, codes.data() + end, today);
+    Delete(station, Archive(station, codes.data() + at, codes.data() + end, today));
   }
 }
 
@@ -56,16 +83,19 @@ void DeleteEndedCampaigns(Station& station) {
 
 void SuppresionPub(Station& station) {
   Label& info = station.screen.LblProgression;
+  const bool shows = !info.visible;  // else a composition tells of itself there
   try {
     if (station.base.CountRecords("GrillePub") == 0) return;
-    info = "ANALYSE DES PUBS - RUBRIQUES...";
-    info.visible = true;
+    if (shows) {
+      info = "ANALYSE DES PUBS - RUBRIQUES...";
+      info.visible = true;
+    }
     station.base.Tables().GrillePub->SetIndex("PRIORITY");
     DeleteEndedCampaigns(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "SuppresionPub");
   }
-  info.visible = false;
+  if (shows) info.visible = false;
 }
 
 }  // namespace zemo

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
@@ -49,9 +50,16 @@ struct Composition {
   CampaignForm form;                          // the campaign loaded last
   std::map<std::string, bool> moments;        // "HH:MM", and whether its first campaign is a spot
   std::unordered_map<std::string, int> rows;  // of the grid, by moment
+  std::set<std::string> told;                 // campaigns whose damage was logged, by CODE
   int32_t spots = 0;
   int32_t news = 0;
 };
+
+// A campaign that lost its grid is told; what its file still has airs.
+void TellDamage(Composition& c) {
+  if (!c.form.damage.empty() && c.told.insert(c.form.LblCode).second)
+    LogError(c.station, kRoutine, kErrFile, DamageOf(c.form));
+}
 
 // Hands each moment of today that a campaign has a cross at to `take`, campaign by campaign; the
 // campaign stands in c.form.
@@ -64,6 +72,7 @@ void WalkCrosses(Composition& c, Take take) {
     LoadCampaignOrFail(c.station, *c.campaigns, c.form);
     const int column = ColumnOfDay(c.form, c.now);
     if (column == 0) continue;
+    TellDamage(c);
     const TextGrid& grid = c.form.GPub;
     for (int row = kFirstMomentRow; row < grid.RowCount(); ++row)
       if (grid.Cell(row, column) == kCross) take(grid.Cell(row, 0));

@@ -14,9 +14,10 @@ struct Station;
 // whole; a composition asked for from a yield runs behind this one, and gives false where it was
 // asked for.
 //
-// False after a fault, which is logged: a base that is locked, a grid file that cannot be read,
-// more than 401 moments. The grid of today that stood before stands on, without a stamp, so that
-// the tick tries again; that of another day leaves no rows. Thread: the logic's.
+// A grid file that does not fit its campaign is logged; its crosses air as far as they pair with
+// cells. False after a fault, which is logged: a base that is locked, a grid file that cannot be
+// read, more than 401 moments. The grid of today that stood before stands on, without a stamp, so
+// that the tick tries again; that of another day leaves no rows. Thread: the logic's.
 bool MakeGrillePubGeneral(Station& station);
 
 // Called before the machine's date is set for the preview of another day: until the date is back no

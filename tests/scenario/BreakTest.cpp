@@ -330,6 +330,24 @@ TEST_F(GridInTheTick, AProductionMachineLeavesTheSignal) {
   EXPECT_TRUE(on.stationFolder.Exists("MajGrillePub.txt"));
 }
 
+// Open, but not on air: nothing sounds, and there is no element to wait for.
+TEST_F(GridInTheTick, ASignalIsTakenUpWhileStopped) {
+  Signal(3050);  // 12:00:03
+  on.RunUntil(3950);
+  EXPECT_TRUE(Compositions().empty());
+  on.RunUntil(10000);
+  EXPECT_EQ(Compositions(), Moments{4000}) << on.Describe();
+  EXPECT_FALSE(on.stationFolder.Exists("MajGrillePub.txt"));
+}
+
+TEST_F(GridInTheTick, AStoppedProductionMachineLeavesTheSignal) {
+  on.station.engine.ReportsDisabled = true;
+  Signal(3050);
+  on.RunUntil(10000);
+  EXPECT_TRUE(Compositions().empty());
+  EXPECT_TRUE(on.stationFolder.Exists("MajGrillePub.txt"));
+}
+
 TEST_F(GridInTheTick, AnEmptiedStampBringsANewComposition) {
   Titles(1, 600000);
   on.At(200050, [&] { on.station.GPubJour.SetCell(0, 53, ""); });

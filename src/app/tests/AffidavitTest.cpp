@@ -80,6 +80,45 @@ TEST_F(AffidavitProgram, TheTableTheCsvAndTheSheetSayTheSame) {
   EXPECT_EQ(cells.out, "6 True\n") << cells.err;  // totals, heads, four crosses
 }
 
+// The campaign leaves the table on 22 November; asked on a copy of the station.
+TEST_F(AffidavitProgram, AnEndedCampaignKeepsItsCrosses) {
+  Spots("--from '2025-11-20 12:00:00' --for 10m");
+  Put("purge", "+0 set SuppressionPub 1\n+0 compose\n");
+  ASSERT_EQ(Run("simulate --station station --machine machine --in-place --no-start --for 1 "
+                "--from '2025-11-22 12:00:00' --script purge --trace trace")
+                .status,
+            0);
+  EXPECT_EQ(Run("campaign list --station station --machine machine").out, "");
+  const Result told = Affidavit("");
+  EXPECT_EQ(LinesOf(told.out).at(0), "bakery: 4 crosses, 1 aired, 3 missed") << told.err;
+}
+
+// Names as a formula, and a spot that aired 90 s before its minute.
+TEST_F(AffidavitProgram, CellsThatASpreadsheetWouldRunAreTexts) {
+  Put("rename",
+      "+0 sql UPDATE GrillePub SET FILENAMEAUDIO = '=cmd(1),\"x\"', ANNONCEUR = '=1+1'\n"
+      "+0 sql INSERT INTO Rapport(AUTEUR, GENRE, DATENUM) VALUES('=1+1', 'PUB', "
+      "45981 + (12 * 3600 + 3 * 60 + 30) / 86400.0)\n");
+  ASSERT_EQ(Run("simulate --station station --machine machine --in-place --no-start --for 1 "
+                "--script rename --trace trace")
+                .status,
+            0);
+  const Result told =
+      Run("affidavit --station station --machine machine --advertiser '=1+1' --from 2025-11-20 "
+          "--to 2025-11-20 --csv out.csv --xlsx out.xlsx");
+  ASSERT_EQ(told.status, 0) << told.err;
+  const std::vector<std::string> csv = LinesOf(ReadText(root_ / "out.csv"));
+  EXPECT_EQ(csv.at(1),
+            "2025-11-20 12:05:00,2025-11-20 12:03:30,-90,aired,,spot,1,"
+            "\"'=cmd(1),\"\"x\"\"\"\r");
+  const Result cells = Shell(
+      "python3 -c \"import zipfile; z = zipfile.ZipFile('out.xlsx'); "
+      "print('<f>' in z.read('xl/worksheets/sheet1.xml').decode(), "
+      "'>=cmd(1)' in z.read('xl/sharedStrings.xml').decode(), "
+      "'>=1+1: 4 crosses' in z.read('xl/sharedStrings.xml').decode())\"");
+  EXPECT_EQ(cells.out, "False True True\n") << cells.err;
+}
+
 TEST_F(AffidavitProgram, AsksTheStationAndChangesNothing) {
   const auto before = Files("station");
   ASSERT_EQ(Affidavit("").status, 0);

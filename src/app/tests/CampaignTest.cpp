@@ -139,6 +139,17 @@ TEST_F(CampaignProgram, WhatIsRefusedIsOneLineAndChangesNothing) {
   EXPECT_EQ(Run("campaign add --station station").status, 2);
 }
 
+TEST_F(CampaignProgram, ATemplateWithAnHourThatNoClockShowsIsOneErrorAndNoGrid) {
+  Put("station/Decoupe.Ini", "\"07\",\"2147483647\",\"00\"\r\n");
+  const Result refused = Campaign("add --weekly --file station/Bakery.wav");
+  EXPECT_EQ(refused.status, 1);
+  ExpectOneError(refused.err);
+  EXPECT_NE(refused.err.find("Decoupe.Ini: there is no hour 2147483647"), std::string::npos)
+      << refused.err;
+  EXPECT_EQ(Campaign("list").out, "");
+  EXPECT_EQ(Campaign("add --weekly --file station/Bakery.wav --hours 7-8 --marks 0").status, 0);
+}
+
 TEST_F(CampaignProgram, TellsAProgramOnAirToComposeAgain) {
   Put("station/ZemoOnOff.Dat", "0");
   ASSERT_EQ(AddBakery().status, 0);
@@ -146,6 +157,20 @@ TEST_F(CampaignProgram, TellsAProgramOnAirToComposeAgain) {
   Put("station/ZemoOnOff.Dat", "1");
   ASSERT_EQ(Campaign("remove 1").status, 0);
   EXPECT_EQ(ReadText(root_ / "station/MajGrillePub.txt").size(), 12u);  // dd/mm/yyyy CR LF
+}
+
+// Known by the lock that an open program holds, whatever ZemoOnOff.Dat says.
+TEST_F(CampaignProgram, ReachesAProgramThatIsOpenButStopped) {
+  const Result run = Shell(
+      "export Z=$zemoradio; python3 -c \"import fcntl, os, struct, subprocess, sys\n"
+      "f = os.open('station/Triskin.LDB', os.O_RDWR | os.O_CREAT)\n"
+      "lock = struct.pack('hhqqi', fcntl.F_RDLCK, os.SEEK_SET, 0, 0, 0)\n"
+      "fcntl.fcntl(f, 37, lock)\n"  // F_OFD_SETLK, as an open program holds it
+      "sys.exit(subprocess.call([os.environ.get('Z'), 'campaign', 'add', '--station', 'station', "
+      "'--machine', 'machine', '--file', 'station/Bakery.wav', '--weekly', '--marks', '5', "
+      "'--hours', '12-12']))\"");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(ReadText(root_ / "station/MajGrillePub.txt").size(), 12u);
 }
 
 // Titles long enough for a composition under them.

@@ -46,6 +46,60 @@ class Grid : public BlackBox {
   }
 };
 
+// One line of four, random bytes, and nothing at all; `news` stays as it was.
+TEST_F(Grid, AGridFileThatDoesNotFitIsNamedByGridAndCheck) {
+  MakeCampaigns();
+  const std::pair<const char*, const char*> damages[] = {
+      {"X\r\n", "the grid file has 1 lines, the campaign's grid 4 cells: "},
+      {"X\r\n\r\n\xFF\xFE?\r\n\r\n", "line 3 of the grid file is neither X nor empty: "},
+      {"", "the grid file has 0 lines, the campaign's grid 4 cells: "}};
+  const std::string file = Path("station/first.GPB");
+  for (const auto& [bytes, damage] : damages) {
+    Put("station/first.GPB", bytes);
+    const std::string text = damage + file;
+    const Result grid = Run("grid --station station --machine machine --day 2026-11-21");
+    EXPECT_EQ(grid.status, 0) << grid.err;
+    EXPECT_NE(grid.out.find("\n! campaign 1, first: " + text + "\n"), std::string::npos)
+        << grid.out;
+    const Result json = Run("grid --station station --machine machine --day 2026-11-21 --json");
+    EXPECT_EQ(Json::parse(json.out)["errors"], Json::array({"campaign 1, first: " + text}));
+    const Result check = Run("check station");
+    EXPECT_EQ(check.status, 1);
+    EXPECT_NE(check.out.find("check: campaign: 1 first: " + text + "\n"), std::string::npos)
+        << check.out;
+  }
+  const Result told =
+      Run("affidavit --station station --machine machine --advertiser first "
+          "--from 2026-11-21 --to 2026-11-21 --csv out.csv");
+  EXPECT_EQ(told.out,
+            "first: 0 crosses, 0 aired, 0 missed, 1 damaged grids\n! campaign 1: the grid "
+            "file has 0 lines, the campaign's grid 4 cells: " +
+                file + "\n");
+  EXPECT_EQ(LinesOf(ReadText(root_ / "out.csv")).at(1),
+            ",,,damaged,\"the grid file has 0 lines, the campaign's grid 4 cells: " + file +
+                "\",spot,1," + Path("station/first.wav") + "\r");
+  Put("station/first.GPB", "X\r\n\r\n\r\nX\r\n");
+  EXPECT_EQ(Run("check station").out.find("campaign: 1"), std::string::npos);
+}
+
+// A row whose width the base did not keep: as much memory as any other takes.
+TEST_F(Grid, ARowOfHoursWithoutABoundTakesNoMemory) {
+  MakeCampaigns();
+  ASSERT_EQ(
+      Shell("python3 -c \"import sqlite3; b = sqlite3.connect('station/Triskin.MDB'); "
+            "b.execute('PRAGMA ignore_check_constraints = ON'); "
+            "b.execute('UPDATE GrillePub SET HFIN = 2147483647 WHERE CODE = 1'); b.commit()\"")
+          .status,
+      0);
+  const Result grid = Shell(
+      "ulimit -v 4000000; $zemoradio grid --station station --machine machine "
+      "--day 2026-11-21");
+  EXPECT_EQ(grid.status, 0) << grid.err;
+  EXPECT_NE(grid.out.find("! campaign 1, first: there is no hour 2147483647"), std::string::npos)
+      << grid.out;
+  EXPECT_NE(grid.out.find("second (00:50)"), std::string::npos);
+}
+
 TEST_F(Grid, TheBreaksOfADayStandInATable) {
   MakeCampaigns();
   const auto before = Files("station");

@@ -1,8 +1,7 @@
 // The purge of the report. 21 November 2026 is day 46347.
-#include "reports/ReportPurge.h"
-
 #include <gtest/gtest.h>
 
+#include "reports/ReportPurge.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -39,6 +38,28 @@ TEST_F(ReportPurge, NumbersOfRowsRunOn) {
   PurgeRapport(on.station, 30);
   Add("46347.5");
   EXPECT_EQ(on.SqlText("SELECT CODE FROM Rapport"), "3");
+}
+
+TEST_F(ReportPurge, KeepsTheDayUpToWhichNothingIsLeftOnceSomethingGoes) {
+  PurgeRapport(on.station, 30);
+  EXPECT_FALSE(on.stationFolder.Exists("ReportBegin.Txt"));
+  Add("46000");
+  PurgeRapport(on.station, 30);
+  EXPECT_EQ(on.stationFolder.Read("ReportBegin.Txt"), "22/10/2026\r\n");
+  EXPECT_EQ(on.stationFolder.durable.back(), "ReportBegin.Txt");
+  Add("46000");
+  PurgeRapport(on.station, 60);  // what is gone stays so
+  EXPECT_EQ(on.stationFolder.Read("ReportBegin.Txt"), "22/10/2026\r\n");
+}
+
+TEST_F(ReportPurge, TakesNothingWhileThatDayCannotBeKept) {
+  Add("46000");
+  on.stationFolder.writesFail = true;
+  PurgeRapport(on.station, 30);
+  EXPECT_EQ(Left(), "46000.0");
+  on.stationFolder.writesFail = false;
+  PurgeRapport(on.station, 30);
+  EXPECT_EQ(Left(), "");
 }
 
 TEST_F(ReportPurge, AFailureLeavesTheTableAndIsLogged) {

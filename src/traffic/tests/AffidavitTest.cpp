@@ -8,6 +8,7 @@
 #include "support/Campaigns.h"
 #include "support/TestStation.h"
 #include "traffic/Affidavit.h"
+#include "traffic/DayGridComposition.h"
 
 namespace zemo::test {
 namespace {
@@ -31,6 +32,12 @@ class AffidavitOfBaker : public testing::Test {
                          const std::string& time) {
     return "('21/11/2026', '" + time + "', '" + SqlQuoted(author) + "', '" + genre +
            "', 46347 + (julianday('2000-01-01 " + time + "') - julianday('2000-01-01')))";
+  }
+  // A spot of the bakery's, `day` days behind 21 November.
+  void Aired(int day, const std::string& time) {
+    Report("PUB", "Baker's", time);
+    on.Sql("UPDATE Rapport SET DATENUM = DATENUM + " + std::to_string(day) +
+           " WHERE CODE = (SELECT MAX(CODE) FROM Rapport)");
   }
   int32_t Baker(std::vector<std::string> crosses, Campaign campaign = {}) {
     campaign.advertiser = "Baker's";
@@ -195,6 +202,206 @@ TEST_F(AffidavitOfBaker, ANumberThatNoClockShowsIsNamed) {
   const Affidavit affidavit = Make();
   ASSERT_EQ(affidavit.lines.size(), 1U);
   EXPECT_EQ(affidavit.lines[0].missed, "no clock shows 25:00");
+}
+
+// --- a row of its own day, whatever days are asked for ---
+
+TEST_F(AffidavitOfBaker, ARowOfTomorrowsCrossProvesTomorrowsAlone) {
+  Baker({"00:30", "23:30"});
+  Aired(1, "00:30:10");  // of 22 November, 00:30
+  const Affidavit today = Make();
+  ASSERT_EQ(today.lines.size(), 2U);
+  EXPECT_FALSE(today.lines[1].aired);
+  const Affidavit tomorrow = Make("2026-11-22", "2026-11-22");
+  ASSERT_EQ(tomorrow.lines.size(), 2U);
+  EXPECT_EQ(tomorrow.lines[0].lateSec, 10);
+}
+
+TEST_F(AffidavitOfBaker, ALateRowBehindMidnightProvesTheDayBeforeAndNothingElse) {
+  Baker({"00:30", "23:30"});
+  Aired(1, "00:02:00");  // of 21 November, 23:30
+  const Affidavit today = Make();
+  ASSERT_TRUE(today.lines[1].aired);
+  EXPECT_EQ(today.lines[1].lateSec, 32 * 60);
+  EXPECT_EQ(today.lines[1].aired->day, 22);
+  const Affidavit tomorrow = Make("2026-11-22", "2026-11-22");
+  EXPECT_FALSE(tomorrow.lines[0].aired);  // 00:30 was not brought forward
+  EXPECT_TRUE(tomorrow.extras.empty());
+  const Affidavit both = Make("2026-11-21", "2026-11-22");
+  ASSERT_EQ(both.lines.size(), 4U);
+  EXPECT_TRUE(both.lines[1].aired);
+  EXPECT_FALSE(both.lines[2].aired);
+}
+
+TEST_F(AffidavitOfBaker, ADayAskedForAloneAgreesWithAMonth) {
+  Baker({"00:00", "00:30", "23:00", "23:30"});
+  for (const auto& [day, time] : {std::pair(-1, "23:45:00"),
+                                  {0, "00:10:00"},
+                                  {0, "00:31:00"},
+                                  {0, "02:40:00"},
+                                  {0, "23:58:00"},
+                                  {1, "00:05:00"}})
+    Aired(day, time);
+  const auto told = [](const Affidavit& affidavit, int day) {
+    std::string text;
+    for (const AffidavitLine& line : affidavit.lines)
+      if (line.due.day == day)
+        text += line.moment + (line.aired ? " " + Time(*line.aired) : " -") + "\n";
+    return text;
+  };
+  const Affidavit month = Make("2026-11-01", "2026-11-30");
+  for (int day = 20; day <= 22; ++day) {
+    const std::string date = "2026-11-" + std::to_string(day);
+    EXPECT_EQ(told(Make(date, date), day), told(month, day)) << date;
+  }
+  // 00:05 of the 22nd proves the 00:00 before it and not 23:00. For 02:40 no cross is left: 00:30
+  // and 00:00 have their rows, and 23:00 of the 20th lies more than three hours back.
+  EXPECT_EQ(told(month, 21), "00:00 0:10:0\n00:30 0:31:0\n23:00 -\n23:30 23:58:0\n");
+  ASSERT_EQ(month.extras.size(), 1U);
+  EXPECT_EQ(Time(month.extras[0]), "2:40:0");
+}
+
+// --- what the report has lost ---
+
+TEST_F(AffidavitOfBaker, WhatThePurgeTookFromTheReportIsNotAStoppedEngine) {
+  Baker({"10:00"});
+  MusicAllDay();
+  Aired(-1, "10:00:05");  // of 20 November
+  on.Set("PurgeRapport", "1");
+  on.station.base.CheckCnf();
+  MakeGrillePubGeneral(on.station);  // at midnight of 21 November the report begins
+  const Affidavit affidavit = Make("2026-11-20", "2026-11-21");
+  ASSERT_EQ(affidavit.lines.size(), 2U);
+  EXPECT_EQ(affidavit.lines[0].missed, "report purged: it has nothing left of that time");
+  EXPECT_EQ(affidavit.lines[1].missed, "minute lost: the station was on air");
+}
+
+TEST_F(AffidavitOfBaker, ADayThatThePurgeLeftIsStillAStoppedEngine) {
+  Baker({"10:00"});
+  Aired(-3, "10:00:05");
+  on.Set("PurgeRapport", "1");
+  on.station.base.CheckCnf();
+  MakeGrillePubGeneral(on.station);
+  Aired(0, "14:00:00");
+  EXPECT_EQ(Make().lines.at(0).missed,
+            "engine stopped: the report has nothing up to 21/11/2026 14:00");
+}
+
+// Raised since: what it left is not what is gone.
+TEST_F(AffidavitOfBaker, WhatAFormerSettingPurgedIsTold) {
+  Baker({"10:00"});
+  Aired(-1, "10:00:05");
+  on.Set("PurgeRapport", "1");
+  on.station.base.CheckCnf();
+  MakeGrillePubGeneral(on.station);
+  on.Set("PurgeRapport", "30");
+  EXPECT_EQ(Make("2026-11-20", "2026-11-20").lines.at(0).missed,
+            "report purged: it has nothing left of that time");
+}
+
+TEST_F(AffidavitOfBaker, AReportWithoutItsFirstRowsWasPurged) {
+  Baker({"10:00"});
+  MusicAllDay();
+  on.Sql("DELETE FROM Rapport WHERE CODE < 40");
+  on.Set("PurgeRapport", "0");
+  on.station.base.CheckCnf();
+  EXPECT_EQ(Make("2026-11-21", "2026-11-21").lines.at(0).missed,
+            "report purged: it has nothing left of that time");
+}
+
+// --- grid files that do not fit ---
+
+TEST_F(AffidavitOfBaker, ACampaignWhoseGridFileDoesNotFitIsTold) {
+  const int32_t code = Baker({"10:00"});
+  const std::string file = on.SqlText("SELECT FILENAMEGRILLE FROM GrillePub");
+  on.MakeFile(std::filesystem::path(file).filename(), "");
+  Affidavit affidavit = Make();
+  EXPECT_TRUE(affidavit.lines.empty());
+  ASSERT_EQ(affidavit.damages.size(), 1U);
+  EXPECT_EQ(affidavit.damages[0].campaign, code);
+  // 24 hours, two marks, 30 days.
+  EXPECT_EQ(affidavit.damages[0].why,
+            "the grid file has 0 lines, the campaign's grid 1440 cells: " + file);
+  EXPECT_TRUE(Make("2026-12-01", "2026-12-02").damages.empty());  // none of its days
+  std::filesystem::remove(file);
+  EXPECT_TRUE(Make().damages.empty());  // missing: no crosses, and no damage
+}
+
+// --- campaigns that have ended ---
+
+class EndedBaker : public AffidavitOfBaker {
+ protected:
+  void SetUp() override {
+    AffidavitOfBaker::SetUp();
+    MusicAllDay();
+    ended.to = "21/11/2026";
+    code = Baker({"10:00", "10:30"}, ended);
+    Report("PUB", "BAKER'S", "10:02:05");
+    on.Set("SuppressionPub", "1");
+    on.station.base.CheckCnf();
+  }
+  void Purge() {
+    MakeGrillePubGeneral(on.station);
+    ASSERT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
+  }
+  void ExpectItsCrosses() {
+    const Affidavit affidavit = Make();
+    ASSERT_EQ(affidavit.lines.size(), 2U);
+    EXPECT_EQ(affidavit.lines[0].campaign, code);
+    EXPECT_EQ(affidavit.lines[0].lateSec, 125);
+    EXPECT_EQ(affidavit.lines[1].missed, "minute lost: the station was on air");
+  }
+  Campaign ended;
+  int32_t code = 0;
+};
+
+TEST_F(EndedBaker, KeepItsCrosses) {
+  Purge();
+  ExpectItsCrosses();
+}
+
+TEST_F(EndedBaker, KeepThemWhenTheGridFileBesideTheSoundIsAnothers) {
+  const std::string grid = on.SqlText("SELECT FILENAMEGRILLE FROM GrillePub");
+  Purge();
+  on.MakeFile(std::filesystem::path(grid).filename(), "");
+  ExpectItsCrosses();
+}
+
+TEST_F(EndedBaker, StayDamagedWhereTheirGridWasTooLargeToBeKept) {
+  std::filesystem::resize_file(on.SqlText("SELECT FILENAMEGRILLE FROM GrillePub"), 256 << 20);
+  Purge();
+  ASSERT_EQ(Make().damages.size(), 1U);
+  EXPECT_EQ(std::filesystem::file_size(on.stationDir.Path() + "/EndedCampaigns/1.GPB"), 0U);
+}
+
+TEST_F(EndedBaker, CountOnceWhereTheTableStillHasIt) {
+  on.Sql("CREATE TRIGGER Held BEFORE DELETE ON GrillePub BEGIN SELECT RAISE(ABORT, 'held'); END");
+  MakeGrillePubGeneral(on.station);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
+  ExpectItsCrosses();
+}
+
+TEST_F(EndedBaker, AreTwoWhereANewBaseGaveTheNumberAgain) {
+  Purge();
+  on.Sql("DELETE FROM sqlite_sequence");
+  ended.file = on.MakeSound("second.wav", 5000);
+  ASSERT_EQ(Baker({"11:00"}, ended), code);
+  Purge();
+  EXPECT_EQ(Make().lines.size(), 3U);
+}
+
+TEST_F(EndedBaker, TakeTheirPlacesInABreakThatWasFull) {
+  for (int i = 0; i < 46; ++i)
+    AddCampaign(on, {.advertiser = "OTHER", .priority = 5, .crosses = {"10:00"}});
+  Campaign late;
+  late.priority = 30;
+  Baker({"10:00"}, late);  // the 48th
+  MakeGrillePubGeneral(on.station);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "47");
+  const Affidavit affidavit = Make();
+  ASSERT_EQ(affidavit.lines.size(), 3U);
+  EXPECT_EQ(affidavit.lines[1].missed, "the break is full");
+  EXPECT_EQ(affidavit.lines[2].missed, "minute lost: the station was on air");
 }
 
 }  // namespace

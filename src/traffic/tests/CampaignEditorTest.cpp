@@ -322,6 +322,54 @@ TEST(CampaignEditor, DeletingAsksAndTakesTheGridFileAlone) {
   EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.LblInfoPub, "Other 1 /1");
 }
 
+// Deletes the first of the campaigns in order of passage.
+void DeleteFirst(CampaignStation& s) {
+  MnuHPubs(s.station, s.editor);
+  BtnDebut(s.station, s.editor);
+  s.messages.AnswerNext(Answer::kOk);
+  ASSERT_TRUE(BtnDelete(s.station, s.editor));
+}
+
+TEST(CampaignEditor, DeletingRemovesNoFileThatIsNotAGridFileByItsName) {
+  for (const char* name : {"Triskin.BAK", "song.wav", "spot.GPB.wav", "GPB.Txt"}) {
+    CampaignStation s;
+    s.MakeFile(name, "kept");
+    s.AddCampaign({{"FILENAMEGRILLE", "'" + s.InFolder(name) + "'"}});
+    s.AddCampaign({{"FILENAMEGRILLE", "'" + std::string(name) + "'"}});  // in the station's folder
+    DeleteFirst(s);
+    DeleteFirst(s);
+    EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
+    EXPECT_EQ(s.File(name), "kept") << name;
+  }
+}
+
+TEST(CampaignEditor, DeletingRemovesAGridFileThatIsNamedByItsEndingAlone) {
+  for (const char* name : {"GPB", "spot.gpb"}) {
+    CampaignStation s;
+    s.MakeFile(name, "X\r\n");
+    s.AddCampaign({{"FILENAMEGRILLE", "'" + std::string(name) + "'"}});
+    DeleteFirst(s);
+    EXPECT_EQ(s.File(name), "(no file)") << name;
+  }
+}
+
+TEST(CampaignEditor, DeletingLeavesAFileThatAnotherCampaignStores) {
+  const std::pair<const char*, bool> stored[] = {
+      {"FILENAMEGRILLE", false}, {"FILENAMEGRILLE", true}, {"FILENAMEAUDIO", false}};
+  for (const auto& [field, byBareName] : stored) {
+    CampaignStation s;
+    s.MakeFile("spot.GPB", "X\r\n");
+    const std::string path = "'" + s.InFolder("spot.GPB") + "'";
+    s.AddCampaign({{"PRIORITY", "10"}, {"FILENAMEGRILLE", path}});
+    s.AddCampaign({{"PRIORITY", "20"}, {field, byBareName ? "'SPOT.gpb'" : path}});
+    DeleteFirst(s);
+    EXPECT_EQ(s.File("spot.GPB"), "X\r\n") << field << byBareName;
+    s.Sql("UPDATE GrillePub SET FILENAMEGRILLE = " + path);
+    DeleteFirst(s);
+    EXPECT_EQ(s.File("spot.GPB"), "(no file)") << field << byBareName;
+  }
+}
+
 TEST(CampaignEditor, DeletingTheLastRecordLeavesTheEmptyScreen) {
   CampaignStation s;
   s.AddCampaign({});
@@ -444,6 +492,28 @@ TEST(CampaignEditor, TheEndFromTheCalendarBuildsTheGrid) {
   EXPECT_EQ(s.editor.LblTotalJours, "2 jours");
 }
 
+TEST(CampaignEditor, AnHourOrAMarkThatNoClockShowsBuildsNoGridAndIsNotSaved) {
+  CampaignStation s;
+  FillNew(s, s.MakeSound("spot.wav", 15000));
+  s.editor.HFinPub = "2147483647";
+  CalendarPick(s.station, s.editor, 1, "21/11/2026");
+  CalendarPick(s.station, s.editor, 2, "22/11/2026");
+  EXPECT_EQ(s.LastMessage(), "Il n'y a pas d'heure 2147483647 (0 - 23)");
+  LblDepartPubRightClick(s.station, s.editor);
+  EXPECT_EQ(s.Events("message").size(), 2U);
+  EXPECT_EQ(MomentsText(s.editor.GPub), "07:00 07:30 08:00 08:30");  // as it was
+  EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+  EXPECT_EQ(s.Events("message").size(), 3U);
+  EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
+  EXPECT_EQ(s.File("spot.GPB"), "(no file)");
+  s.editor.HFinPub = "08";
+  EXPECT_TRUE(BtnAjouter(s.station, s.editor));
+  s.editor.DecoupagePub[1] = "60";
+  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_EQ(s.LastMessage(), "Il n'y a pas de minute 60 (0 - 59)");
+  EXPECT_EQ(s.SqlText("SELECT DECOUPEH2 FROM GrillePub"), "30");
+}
+
 TEST(CampaignEditor, TheRightButtonOnTheStartMakesTheCampaignWeekly) {
   CampaignStation s;
   s.AddCampaign({{"CAMPAGNEDEPART", "'21/11/2026'"}, {"CAMPAGNEFIN", "'25/11/2026'"}});
@@ -477,16 +547,31 @@ TEST(CampaignEditor, ClosingKeepsTheDivisionAndComposesTheDay) {
   EXPECT_EQ(s.station.GPubJour.Cell(0, 53), "21/11/26");
 }
 
+// Each routine under its own name, and what was on the screen stays.
 TEST(CampaignEditor, AClosedBaseIsLoggedAndHarmsNothing) {
   CampaignStation s;
+  const std::string sound = s.MakeSound("a.wav", 1000);
   s.station.base.Close();
+  const auto logged = [&s] {
+    std::string places;
+    for (const Seen& error : s.Events("error")) places += error["where"] + " ";
+    s.seen.clear();
+    return places;
+  };
   MnuHPubs(s.station, s.editor);
+  EXPECT_EQ(logged(), "BtnFin ");
   BtnRecherhe(s.station, s.editor);
+  EXPECT_EQ(logged(), "BtnRecherhe ");
   BtnNew(s.station, s.editor);
+  EXPECT_EQ(logged(), "");
   EXPECT_FALSE(CmdLoadFile(s.station, s.editor, "/spot.wav", 1));
-  s.editor.FichierAudio = s.MakeSound("a.wav", 1000);
+  EXPECT_EQ(logged(), "CmdLoadFile ");
+  EXPECT_EQ(s.editor.FichierAudio, "");
+  s.editor.FichierAudio = sound;
   EXPECT_FALSE(BtnAjouter(s.station, s.editor));
-  EXPECT_EQ((*s.First("error", "where", "BtnAjouter"))["where"], "BtnAjouter");
+  EXPECT_EQ(logged(), "BtnAjouter ");
+  EXPECT_TRUE(s.editor.BtnAjouterEnabled);
+  EXPECT_EQ(s.File("a.GPB"), "(no file)");
 }
 
 }  // namespace

@@ -72,6 +72,43 @@ TEST(Decoupe, ThatIsCutGivesWhatItHolds) {
   EXPECT_EQ(form.DecoupagePub[1], "56");
 }
 
+TEST(Decoupe, OfAnHourOrAMarkThatNoClockShowsIsAFaultAndLeavesTheFields) {
+  const std::pair<const char*, const char*> wrong[] = {
+      {"\"07\",\"24\",\"00\"", "there is no hour 24 (0 to 23)"},
+      {"\"99\",\"08\",\"00\"", "there is no hour 99 (0 to 23)"},
+      {"\"07\",\"2147483647\",\"00\"", "there is no hour 2147483647 (0 to 23)"},
+      {"\"07\",\"08\",\"00\",\"60\"", "there is no minute 60 (0 to 59)"},
+      {"\"07\",\"08\",\"-5\"", "there is no minute -5 (0 to 59)"}};
+  for (const auto& [bytes, fault] : wrong) {
+    CampaignStation s;
+    s.MakeFile("Decoupe.Ini", bytes);
+    CampaignForm form = FormOf("", "", {"55"}, "01", "02");
+    LoadSaveDecoupe(s.station, "Load", form);
+    EXPECT_EQ(form.HDepPub + form.HFinPub + form.DecoupagePub[0], "010255") << bytes;
+    ASSERT_EQ(s.Events("error").size(), 1U) << bytes;
+    EXPECT_EQ(s.Events("error")[0]["where"], "LoadSaveDecoupe");
+    EXPECT_EQ(s.Events("error")[0]["text"], std::string("Decoupe.Ini: ") + fault);
+  }
+}
+
+TEST(Decoupe, TakesTheLastHourAndTheLastMinute) {
+  CampaignStation s;
+  s.MakeFile("Decoupe.Ini", "\"00\",\"23\",\"0\",\"59\",\"  \"");
+  CampaignForm form;
+  LoadSaveDecoupe(s.station, "Load", form);
+  EXPECT_EQ(form.HFinPub + form.DecoupagePub[1], "2359");
+  EXPECT_EQ(s.First("error"), nullptr);
+}
+
+TEST(Decoupe, IsNotWrittenWithAnHourThatNoClockShows) {
+  CampaignStation s;
+  s.MakeFile("Decoupe.Ini", "\"07\",\"08\",\"00\"");
+  CampaignForm form = FormOf("", "", {"55"}, "01", "24");
+  LoadSaveDecoupe(s.station, "Save", form);
+  EXPECT_EQ(s.File("Decoupe.Ini"), "\"07\",\"08\",\"00\"");
+  EXPECT_EQ(s.Events("error").size(), 1U);
+}
+
 TEST(MajGrillePub, HoldsTheDateOfTheDay) {
   CampaignStation s;
   WriteMajGrillePub(s.station);

@@ -1,4 +1,6 @@
 // The grid of a campaign: its rows, its columns, and the crosses of its file.
+#include <filesystem>
+
 #include "traffic/tests/CampaignFixture.h"
 
 namespace zemo::test {
@@ -272,6 +274,79 @@ TEST(CampaignGridFile, OfRandomBytesNeverHarms) {
     EXPECT_EQ(form.GPub.RowCount(), 5);
     EXPECT_EQ(form.LblTotalMsg, std::to_string(CalculNbJourActif(form)));
     EXPECT_LE(CalculNbJourActif(form), 14);
+  }
+}
+
+// --- damage: a weekly campaign with one mark has seven cells ---
+
+std::string DamageOfBytes(const std::string& bytes) {
+  CampaignStation s;
+  const CampaignForm form = Loaded(s, bytes);
+  const size_t path = form.damage.find(": " + s.InFolder("spot.GPB"));
+  EXPECT_EQ(path == std::string::npos, form.damage.empty()) << form.damage;
+  return form.damage.substr(0, path);
+}
+
+TEST(CampaignGridFile, ThatFitsItsGridIsWhole) {
+  EXPECT_EQ(DamageOfBytes("X\r\n\r\n\r\n\r\n\r\n\r\nX\r\n"), "");
+  EXPECT_EQ(DamageOfBytes("X\n X \n\n\n\n\nX"), "");  // other line ends, blanks, no last end
+}
+
+TEST(CampaignGridFile, ThatIsCutEmptyTooLongOrOfOtherTextIsDamage) {
+  const std::string cells = " lines, the campaign's grid 7 cells";
+  EXPECT_EQ(DamageOfBytes(""), "the grid file has 0" + cells);
+  EXPECT_EQ(DamageOfBytes("X\r\n\r\nX\r\n"), "the grid file has 3" + cells);
+  EXPECT_EQ(DamageOfBytes("X\r\n\r\n\r\n\r\n\r\n\r\n"), "the grid file has 6" + cells);
+  EXPECT_EQ(DamageOfBytes("X\r\n\r\n\r\n\r\n\r\n\r\n\r\nX\r\n"), "the grid file has 8" + cells);
+  EXPECT_EQ(DamageOfBytes("X\r\n\r\nnoise\r\n\r\nx\r\n\r\n\r\n"),
+            "line 3 of the grid file is neither X nor empty");
+}
+
+TEST(CampaignGridFile, ThatIsMissingIsNoDamage) {
+  CampaignStation s;
+  CampaignForm form = FormOf("JOURNALIER", "JOURNALIER");
+  form.damage = "of the campaign before";
+  CmdInitGrille(s.station, form);
+  EXPECT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("none.GPB")));
+  EXPECT_EQ(form.damage, "");
+}
+
+TEST(CampaignGridFile, ThatIsLargerThanAnyGridIsNotRead) {
+  CampaignStation s;
+  s.MakeFile("spot.GPB", "X\r\n");
+  std::filesystem::resize_file(s.InFolder("spot.GPB"), 256 << 20);  // a hole, no room on the disk
+  CampaignForm form = FormOf("JOURNALIER", "JOURNALIER");
+  CmdInitGrille(s.station, form);
+  EXPECT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("spot.GPB")));
+  EXPECT_EQ(form.damage, "the grid file is larger than any grid: " + s.InFolder("spot.GPB"));
+  EXPECT_EQ(form.LblTotalMsg, "0");
+}
+
+// The largest that the fields of two characters make: 100 hours, eight marks, 366 days.
+TEST(CampaignGridFile, OfTheLargestGridIsRead) {
+  CampaignStation s;
+  CampaignForm form = FormOf("01/01/2026", "31/12/2030",
+                             {"00", "05", "10", "15", "20", "25", "30", "35"}, "00", "99");
+  CmdInitGrille(s.station, form);
+  for (int row = 3; row < 803; ++row)
+    for (int column = 1; column < 367; ++column) form.GPub.SetCell(row, column, "X");
+  ASSERT_TRUE(LSGrillePub(s.station, form, "Save", s.InFolder("spot.GPB"), RowYields::kNone));
+  EXPECT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("spot.GPB"), RowYields::kNone));
+  EXPECT_EQ(form.damage, "");
+  EXPECT_EQ(form.LblTotalMsg, "292800");  // 800 * 366
+}
+
+TEST(CampaignGridFile, OfHoursWithoutABoundIsNotRead) {
+  CampaignStation s;
+  s.MakeFile("spot.GPB", "X\r\n");
+  for (const auto& [hour, mark] :
+       {std::pair(std::string("2147483647"), std::string("00")), {"07", std::string(100, '0')}}) {
+    CampaignForm form = FormOf("JOURNALIER", "JOURNALIER", {mark}, "07", hour);
+    CmdInitGrille(s.station, form);
+    EXPECT_EQ(form.GPub.RowCount(), 3);
+    EXPECT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("spot.GPB")));
+    EXPECT_EQ(form.damage, hour == "07" ? "there is no minute 00000000000000000000 (0 to 59)"
+                                        : "there is no hour 2147483647 (0 to 23)");
   }
 }
 

@@ -102,6 +102,21 @@ TEST(CampaignImport, PassesOverALineWhoseSoundFileTheTableKnows) {
   EXPECT_EQ(s.Events("import")[0]["lines"] + s.Events("import")[0]["added"], "21");
 }
 
+TEST(CampaignImport, RefusesALineWithAnHourOrAMarkThatNoClockShows) {
+  CampaignStation s;
+  s.MakeFile("ExportPubs.Txt", Line({{4, "24"}, {15, "Hour"}}) + "\r\n" +
+                                   Line({{12, "60"}, {15, "Mark"}}) + "\r\n" +
+                                   Line({{4, "23"}, {12, "59"}, {15, "Good"}}) + "\r\n");
+  ImportExportPubs(s.station);
+  EXPECT_EQ(Campaigns(s), "Good");
+  EXPECT_EQ(s.Events("import").at(0)["lines"] + s.Events("import")[0]["added"], "31");
+  const auto errors = s.Events("error");
+  ASSERT_EQ(errors.size(), 2U);
+  EXPECT_EQ(errors[0]["where"], "SurveilleNewBase");
+  EXPECT_EQ(errors[0]["text"], "there is no hour 24 (0 to 23) - ExportPubs.Txt line 1, Hour");
+  EXPECT_EQ(errors[1]["text"], "there is no minute 60 (0 to 59) - ExportPubs.Txt line 2, Mark");
+}
+
 // The table's name is trimmed, the line's is not, and case counts.
 TEST(CampaignImport, ComparesTheFieldAsItStands) {
   CampaignStation s;

@@ -1,4 +1,6 @@
 // Ended campaigns leave the table, and nothing else goes.
+#include <filesystem>
+
 #include "traffic/CampaignPurge.h"
 #include "traffic/tests/CampaignFixture.h"
 
@@ -39,6 +41,74 @@ TEST(CampaignPurge, LeavesAllFiles) {
   SuppresionPub(s.station);
   EXPECT_EQ(Codes(s), "");
   EXPECT_EQ(s.File("spot.wav") + s.File("spot.GPB") + s.File("spot.prg"), "keptkeptkept");
+}
+
+// --- the archive ---
+
+int32_t AddEnded(CampaignStation& s, const std::string& grid) {
+  s.MakeFile("spot.GPB", grid);
+  return s.AddCampaign({{"CAMPAGNEFIN", "'20/11/2026'"},
+                        {"ANNONCEUR", "'Say \"Hi\", l''été'"},
+                        {"CONTACT", "'a' || char(13, 10) || 'b'"},
+                        {"PUB", "0"},
+                        {"FILENAMEAUDIO", "'" + s.InFolder("spot.wav") + "'"},
+                        {"FILENAMEGRILLE", "'" + s.InFolder("spot.GPB") + "'"}});
+}
+
+TEST(CampaignPurge, KeepsRecordAndGridBeforeDurably) {
+  CampaignStation s;
+  const std::string number = std::to_string(AddEnded(s, "X\r\n\r\n"));
+  SuppresionPub(s.station);
+  EXPECT_EQ(Codes(s), "");
+  EXPECT_EQ(s.File("EndedCampaigns/" + number + ".GPB"), "X\r\n\r\n");
+  EXPECT_EQ(s.File("EndedCampaigns/" + number + ".Txt"),
+            "\"CODE\",\"1\"\r\n\"CAMPAGNEDEPART\",\"JOURNALIER\"\r\n"
+            "\"CAMPAGNEFIN\",\"20/11/2026\"\r\n\"HDEPART\",\"07\"\r\n\"HFIN\",\"08\"\r\n"
+            "\"FILENAMEAUDIO\",\"" +
+                s.InFolder("spot.wav") +
+                "\"\r\n\"DUREE\",\"15000\"\r\n"
+                "\"ANNONCEUR\",\"Say \"\"Hi\"\", l'\xE9t\xE9\"\r\n"
+                "\"CATEGORIE\",\"FOOD\"\r\n\"FILENAMEGRILLE\",\"" +
+                s.InFolder("spot.GPB") +
+                "\"\r\n\"PRIORITY\",\"10\"\r\n\"CONTACT\",\"a  b\"\r\n\"GENREASSOCIE\",\"\"\r\n"
+                "\"DECOUPEH1\",\"00\"\r\n\"DECOUPEH2\",\"30\"\r\n\"DECOUPEH3\",\"\"\r\n"
+                "\"DECOUPEH4\",\"\"\r\n\"DECOUPEH5\",\"\"\r\n\"DECOUPEH6\",\"\"\r\n"
+                "\"DECOUPEH7\",\"\"\r\n\"DECOUPEH8\",\"\"\r\n\"PUB\",#FALSE#\r\n");
+}
+
+TEST(CampaignPurge, OfACampaignWithoutAGridFileKeepsNone) {
+  CampaignStation s;
+  AddEnded(s, "X\r\n");
+  std::filesystem::remove(s.InFolder("spot.GPB"));
+  SuppresionPub(s.station);
+  EXPECT_EQ(Codes(s), "");
+  EXPECT_NE(s.File("EndedCampaigns/1.Txt"), "(no file)");
+  EXPECT_EQ(s.File("EndedCampaigns/1.GPB"), "(no file)");
+}
+
+TEST(CampaignPurge, TakesNothingThatCannotBeKeptAndSaysWhy) {
+  CampaignStation s;
+  AddEnded(s, "X\r\n");
+  s.MakeFile("EndedCampaigns", "a file in the folder's place");
+  SuppresionPub(s.station);
+  EXPECT_EQ(Codes(s), "1");
+  ASSERT_NE(s.First("error"), nullptr);
+  EXPECT_EQ((*s.First("error"))["where"], "SuppresionPub");
+  EXPECT_NE((*s.First("error"))["text"].find("EndedCampaigns"), std::string::npos);
+  std::filesystem::remove(s.InFolder("EndedCampaigns"));
+  SuppresionPub(s.station);
+  EXPECT_EQ(Codes(s), "");
+}
+
+TEST(CampaignPurge, TakesNothingWhoseGridFileCannotBeRead) {
+  CampaignStation s;
+  AddEnded(s, "");
+  std::filesystem::remove(s.InFolder("spot.GPB"));
+  std::filesystem::create_directory(s.InFolder("spot.GPB"));
+  SuppresionPub(s.station);
+  EXPECT_EQ(Codes(s), "1");
+  ASSERT_NE(s.First("error"), nullptr);
+  EXPECT_EQ((*s.First("error"))["where"], "SuppresionPub");
 }
 
 TEST(CampaignPurge, LeavesTheTableInOrderOfPassage) {

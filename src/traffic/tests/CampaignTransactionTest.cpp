@@ -185,15 +185,17 @@ class EndedCampaigns : public ManyCampaigns {
 };
 
 TEST_F(EndedCampaigns, GoInSlicesOfWhichNoneHoldsTheBase) {
-  std::vector<int> left;
+  std::vector<int> left;  // what stands in the table while the campaigns are kept, by slice
   OnYield = [&](int) {
+    if (!left.empty() && left.back() == Campaigns()) return;
     left.push_back(Campaigns());
     s.Set("PmixDef", std::to_string(100 + left.size()));
   };
   const unsigned before = Stored();
   SuppresionPub(station);
-  EXPECT_EQ(left, (std::vector<int>{300, 100}));
-  EXPECT_EQ(Stored() - before, 3U + 2U);  // with the two of the yields
+  EXPECT_EQ(left, (std::vector<int>{500, 300, 100}));
+  EXPECT_EQ(Stored() - before, 3U + 3U);  // with the three of the yields
+  EXPECT_EQ(yields, 500);                 // the files of each wait for the disk
   EXPECT_EQ(Campaigns(), 0);
 }
 
@@ -201,6 +203,18 @@ TEST_F(EndedCampaigns, ThatWereGivenANewEndMeanwhileStay) {
   OnYield = [&](int) { s.Sql("UPDATE GrillePub SET CAMPAGNEFIN = '30/11/2026' WHERE CODE = 450"); };
   SuppresionPub(station);
   EXPECT_EQ(s.SqlText("SELECT group_concat(CODE) FROM GrillePub"), "450");
+}
+
+TEST_F(EndedCampaigns, ThatWereChangedBehindTheirKeepingStay) {
+  OnYield = [&](int yield) {
+    if (yield == 60) s.Sql("UPDATE GrillePub SET ANNONCEUR = 'New' WHERE CODE = 50");
+  };
+  SuppresionPub(station);
+  EXPECT_EQ(s.SqlText("SELECT group_concat(CODE) FROM GrillePub"), "50");
+  OnYield = [](int) {};
+  SuppresionPub(station);
+  EXPECT_EQ(Campaigns(), 0);
+  EXPECT_NE(s.File("EndedCampaigns/50.Txt").find("\"New\""), std::string::npos);
 }
 
 TEST_F(EndedCampaigns, OfALockedBaseGoAtTheNextComposition) {

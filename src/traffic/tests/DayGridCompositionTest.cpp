@@ -48,6 +48,28 @@ class DayGridComposition : public testing::Test {
   TestStation on;
 };
 
+// Cut behind 21 lines: its first hour has the 30 days of November.
+TEST_F(DayGridComposition, AGridFileThatDoesNotFitIsLoggedOnceAndTheOthersStand) {
+  const int32_t code = AddCampaign(on, {.advertiser = "CUT", .crosses = {"00:00", "12:00"}});
+  AddCampaign(on, {.advertiser = "WHOLE", .crosses = {"12:00"}});
+  AddCampaign(on, {.advertiser = "NONE", .crosses = {"12:00"}, .gridFile = false});
+  const std::string file = on.SqlText("SELECT FILENAMEGRILLE FROM GrillePub");
+  std::string bytes;
+  for (int line = 0; line < 21; ++line) bytes += "X\r\n";
+  on.MakeFile(std::filesystem::path(file).filename(), bytes);
+  Compose();
+  EXPECT_EQ(Moments(), "00:00,12:00");  // what the file still has airs
+  EXPECT_EQ(Elements(1), "CUT");
+  EXPECT_EQ(Elements(2), "WHOLE");
+  const auto errors = on.Events("error");
+  ASSERT_EQ(errors.size(), 1U) << on.Describe();
+  EXPECT_EQ(errors[0]["where"], "MakeGrillePubGeneral");
+  EXPECT_EQ(errors[0]["text"], "campaign " + std::to_string(code) +
+                                   ", CUT: the grid file has 21 lines, the campaign's grid 720 "
+                                   "cells: " +
+                                   file);
+}
+
 TEST_F(DayGridComposition, WithoutCampaignsThereIsTheHeadingAlone) {
   Compose();
   EXPECT_EQ(Grid().RowCount(), 1);
@@ -564,6 +586,20 @@ TEST_F(WatchedComposition, ACompositionAskedForMeanwhileRunsBehind) {
   EXPECT_EQ(yields, 2 * (3 + 3 + 1));          // two compositions: two walks and a row each
   EXPECT_FALSE(station.screen.LblProgression.visible);
   EXPECT_EQ(station.screen.LblProgression.text, "ZEMO RADIO PRO");
+}
+
+TEST_F(WatchedComposition, TheLabelStaysThroughThePurge) {
+  AddCampaign(on, {.to = "20/11/2026", .crosses = {"12:00"}});
+  AddCampaign(on, {.crosses = {"12:00"}});
+  on.Set("SuppressionPub", "1");
+  OnYield = [&](int) {
+    EXPECT_TRUE(station.screen.LblProgression.visible);
+    EXPECT_EQ(station.screen.LblProgression.text, "COMPOSITION DES PUBS EN COURS...");
+  };
+  MakeGrillePubGeneral(station);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
+  EXPECT_EQ(yields, 1 + 1 + 1 + 1);  // one is kept; two walks over the other, and its row
+  EXPECT_FALSE(station.screen.LblProgression.visible);
 }
 
 TEST_F(WatchedComposition, AStampEmptiedMeanwhileStaysEmpty) {

@@ -162,6 +162,11 @@ TEST_F(SoundCheck, AGridFileOfABareNameStandsInTheStationsFolder) {
   EXPECT_EQ(Found(), Lines{"campaign: 3 Librairie Onze: has no grid file and is never on air: GPB "
                            "(warning)"});
   folder_.Put("station/GPB", "X\r\n");
+  EXPECT_EQ(Found(), Lines{"campaign: 3 Librairie Onze: the grid file has 1 lines, the campaign's "
+                           "grid 196 cells: GPB"});
+  std::string lines;
+  for (int cell = 0; cell < 196; ++cell) lines += "X\r\n";
+  folder_.Put("station/GPB", lines);
   EXPECT_EQ(Found(), Lines{});
 }
 
