@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -47,6 +48,12 @@ struct ReportArtists {
   std::map<std::string, Row, Order> newest;
 };
 
+// When this run last aired a title; the run's own clock never jumps.
+struct Airing {
+  int64_t ms = 0;         // monotonic
+  std::string broadcast;  // as DIFFUSION01 of the card has it
+};
+
 // The choices of the last requests as they stand in the machine folder; see scheduling/ChoiceLog.h.
 struct KeptChoices {
   struct Line {
@@ -83,6 +90,7 @@ struct RequestState {
   ReportBound report;              // writer: RecentReport
   ReportArtists reportArtists;     // writer: RecentReport
   KeptChoices choices;             // writer: ChoiceLog
+  std::unordered_map<int32_t, Airing> airings;  // by CODE, at most the library; writer: playback
 
   // The skeleton dialogue.
   struct {
