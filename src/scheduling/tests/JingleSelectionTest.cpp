@@ -412,6 +412,18 @@ TEST_F(JingleAroundTheTitle, TheArtistIsMatchedAsTheRowNamesIt) {
   EXPECT_EQ(Texts(PL()), "BAND FEAT. GUEST");
 }
 
+TEST_F(JingleAroundTheTitle, ARowWithoutAnArtistLinksNoJingle) {
+  AddJingle(on, {.label = "OF NOBODY", .artist = ""});
+  AddJingle(on, {.label = "OF BLANKS", .artist = "  "});
+  for (const char* artist : {"", "  "}) {
+    PL().Clear();
+    PL().Add(RowOf(kTitle, artist));
+    FindJingleAssocieAvantTitre(on.station, kTitle);
+    EXPECT_EQ(Texts(PL()), artist);
+  }
+  EXPECT_EQ(Engine().LastJingleTimer, 0.0F);
+}
+
 TEST_F(JingleAroundTheTitle, ItCountsAsTheJingleOfTheMoment) {
   PL().Add(RowOf(kTitle));
   FindJingleAssocieAvantTitre(on.station, kTitle);
