@@ -461,6 +461,7 @@ void ServeNewHour(Station& station, const Moment& at) {
   engine.HourBlockHandled = false;
   if (at.now.hour == engine.LastHour) return;
   engine.LastHour = at.now.hour;
+  station.requests.restUntilMs = -1;  // its titles may be listed where the old hour's may not
   for (int row = station.PL.Count(); row >= 1; --row)
     if (station.PL.Row(row).Code() > 0) station.PL.Remove(row);
 }
@@ -494,10 +495,12 @@ void RebuildGrid(Station& station, const Moment& at) {
 
 // The request that the base kept from its work left the list as it was, maybe empty before the
 // first element: that one is made again without an element that progresses.
+// One that found nothing to list rests: what it would look at is the same. The operator's own order
+// does not come here.
 void Refill(Station& station) {
-  const int64_t askAgainMs = station.requests.askAgainMs;
-  const bool failed = askAgainMs >= 0;
-  if (failed && station.platform.clock.MonotonicMs() < askAgainMs) return;
+  const int64_t nowMs = station.platform.clock.MonotonicMs();
+  const bool failed = station.requests.askAgainMs >= 0;
+  if (nowMs < station.requests.askAgainMs || nowMs < station.requests.restUntilMs) return;
   const bool early = station.engine.ProgressPercent <= 10 && !(failed && NothingOnAir(station));
   if (station.PL.Count() >= 5 || early) return;
   if (RequestWouldDelayNext(station) || !EmergencyLetsRequest(station)) return;

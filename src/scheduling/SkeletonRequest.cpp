@@ -5,6 +5,7 @@
 #include <deque>
 #include <limits>
 #include <unordered_map>
+#include <utility>
 
 #include "platform/EventLoop.h"
 #include "platform/Folder.h"
@@ -22,6 +23,7 @@ namespace zemo {
 
 namespace {
 
+constexpr const char* kRoutine = "RequetteSquelette";
 constexpr int64_t kMostLayingMs = 4000;
 // After two passes without a title each further one looks at the same titles and refuses them
 // again.
@@ -193,11 +195,18 @@ void CutDoubles(Station& station, const CandidateCards& cards, Pool& pool) {
   }
 }
 
+// The request is done. Told once, until it succeeds.
 void WriteRefusals(Station& station) {
   const std::vector<std::string>& lines = station.requests.ListAutorisation;
   if (lines.empty() || station.platform.localValues.GetInt("RapportSquelette", 0) <= 0) return;
-  station.platform.stationFolder.Subfolder(kRefusalFolder)
-      .Append(DateKey(station.Now()) + ".txt", EncodeAppended(JoinLines(lines)));
+  bool& failing = station.requests.refusalFileFailing;
+  try {
+    station.platform.stationFolder.Subfolder(kRefusalFolder)
+        .Append(DateKey(station.Now()) + ".txt", EncodeAppended(JoinLines(lines)));
+    failing = false;
+  } catch (const FileError&) {
+    if (!std::exchange(failing, true)) LogCurrentException(station, kRoutine);
+  }
 }
 
 Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& used, int minutes) {
@@ -263,7 +272,7 @@ void RequetteSquelette(Station& station, int16_t& minutes) {
   try {
     RunRequest(station, minutes, frame);
   } catch (const std::exception&) {
-    frame.Fail("RequetteSquelette");
+    frame.Fail(kRoutine);
   }
 }
 

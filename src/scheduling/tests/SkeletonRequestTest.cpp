@@ -249,6 +249,26 @@ TEST_F(SkeletonRequest, RefusalsAreWrittenToTheFileOfTheDayAndAddedTo) {
   EXPECT_EQ(DecodeSideFile(*Refusals().Read("20261121.txt")), line + "\r\n" + line + "\r\n");
 }
 
+// A file stands where the folder should be.
+TEST_F(SkeletonRequest, ARefusalFileThatCannotBeWrittenChangesNothingElseAndIsToldOnce) {
+  s.localValues.Set("RapportSquelette", "1");
+  s.MakeFile("refusrequette", "no folder");
+  for (const int hour : {kHour, kHour + 1, kHour + 2}) s.Position(kSaturday, hour, "POP");
+  const int32_t only = Add(9);
+  Add(5, "POP", "NATIONAL", "ARTIST 1");
+  for (int times = 1; times <= 3; ++times) {
+    s.station.PL.Clear();
+    s.Request(2);
+    EXPECT_EQ(s.Listed(), Codes{only});
+    EXPECT_EQ(s.Events("request").size(), static_cast<size_t>(times));
+    EXPECT_FALSE(s.station.screen.hourglass);
+    s.RunUntil(times * 3600000);  // the log's own patience with one fault is shorter
+  }
+  ASSERT_EQ(s.Events("error").size(), 1U);
+  EXPECT_EQ(s.Events("error")[0]["where"], "RequetteSquelette");
+  EXPECT_NE(s.LastError().find("refusrequette"), std::string::npos) << s.LastError();
+}
+
 TEST_F(SkeletonRequest, WithoutTheSettingNoFileAndNoFolderIsMade) {
   Skeleton({"POP"});
   Add(9);
