@@ -25,8 +25,8 @@ namespace {
 
 constexpr const char* kRoutine = "RequetteSquelette";
 constexpr int64_t kMostLayingMs = 4000;
-// After two passes without a title each further one looks at the same titles and refuses them
-// again.
+// A pass without a title leaves all titles in place, and of the runs only the origin looked at
+// last: the second one begins as every further one, and what it refuses they refuse as well.
 constexpr int kFruitlessPasses = 2;
 constexpr const char* kRefusalFolder = "refusrequette";
 
@@ -126,7 +126,7 @@ class Laying {
         if (!Trim(genre).empty()) Fill(genre, position);
       }
       fruitless = lastRow_ == rowBefore ? fruitless + 1 : 0;
-      if (fruitless == kFruitlessPasses) return station_.platform.loop.PassRest(endMs);
+      if (fruitless == kFruitlessPasses) return;
       if (station_.platform.clock.MonotonicMs() >= endMs) return;  // c
     }
   }
