@@ -1,10 +1,10 @@
 // The rules on one card, with every number worked out by hand; then the artist tests on a report.
 #include <gtest/gtest.h>
 
-#include "scheduling/RecentReport.h"
 #include "scheduling/RequestError.h"
 #include "scheduling/RotationRules.h"
 #include "scheduling/tests/RequestFixture.h"
+#include "station/BaseFiles.h"
 #include "station/TimeForms.h"
 
 namespace zemo {
@@ -375,15 +375,22 @@ TEST(RecentArtists, RowsAddedAfterwardsAndPurgedOnesAreSeen) {
   EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 4", "ARTIST 5"}));
 }
 
+// The other base has as many rows and was changed more often; its newest row is one of the first.
 TEST(RecentArtists, OfAnotherBaseAreReadAnew) {
+  RequestStation other;
+  other.SetCnf("EcartArtiste", 1);
+  FillLongReport(other, 46001);
+  for (int i = 0; i < 3; ++i) other.SetCnf("Veille", i);
   RequestStation s;
   s.SetCnf("EcartArtiste", 1);
   FillLongReport(s, 46000);
   LoadArtistesRecents(s.station);
-  s.Execute("UPDATE Rapport SET DATENUM = 46001 WHERE CODE = 7");  // as if it were another report
-  ForgetReport(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"ARTIST 2000"});
+  s.station.base.Close();
+  s.stationFolder.Write("Triskin.MDB", *other.stationFolder.Read("Triskin.MDB"));
+  OpenBaseAgain(s.station);
   LoadArtistesRecents(s.station);
-  EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"ARTIST 7"});
+  EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"ARTIST 10"});
 }
 
 TEST(RecentArtists, AReportThatCannotBeReadLeavesTheArtistsOfTheList) {
