@@ -71,6 +71,8 @@ class Generator {
     if (Pick(0, 1) == 0)
       std::stable_sort(c.report.begin(), c.report.end(),
                        [](const auto& a, const auto& b) { return a.dateNum < b.dateNum; });
+    else if (longReport)  // the clock was set back, long ago
+      for (int i = Pick(1, 4); i > 0; --i) c.report[static_cast<size_t>(i)].dateNum += 1;
     if (longReport)
       for (Case::Card& card : c.cards)
         if (card.artistGap > 0) card.artistGap = Pick(1, 600);
