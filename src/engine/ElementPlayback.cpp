@@ -238,10 +238,11 @@ void BeginIntro(Station& station, int32_t code, int32_t introSec) {
   if (FindJingleAssocie(station, code)) return;
   const int64_t gapMinutes = station.base.CnfInt(Cnf::kJinglesIntro);
   if (gapMinutes <= 0) return;
-  if ((station.Timer() - engine.LastIntroJingleTimer) / 60 <= static_cast<float>(gapMinutes))
-    return;
+  const float now = station.Timer();
+  const float last = engine.LastIntroJingleTimer;
+  if (!GuardIsAhead(now, last) && (now - last) / 60 <= static_cast<float>(gapMinutes)) return;
   engine.IntroOverlayPending = false;
-  engine.LastIntroJingleTimer = station.Timer();
+  engine.LastIntroJingleTimer = now;
   FindJingle(station, true, introSec * 1000);
 }
 
@@ -273,6 +274,8 @@ MusicCard ReadMusicCard(Station& station, int32_t code) {
 }
 
 void WriteMusic(Station& station, AirWrite::Kind kind, int32_t code, const ReportRow& begun) {
+  if (kind == AirWrite::Kind::kTitlePlayed)
+    station.requests.airings[code] = {station.platform.clock.MonotonicMs(), BroadcastText(begun)};
   WriteOrKeep(station, {.kind = kind, .code = code, .row = begun, .where = kRoutine});
 }
 

@@ -75,7 +75,10 @@ void ServeHourPip(Station& station, const LocalDateTime& now) {
   EngineState& engine = station.engine;
   const std::string time = TimeText(now);
   const float timer = SecondsSinceMidnight(now);
-  if ((time == "00:00:00" || timer - engine.LastTopHourTimer >= kGuardSec) &&
+  // A pip over the music that still sounds where the clock goes back ends as any other.
+  const bool clockWentBack =
+      GuardIsAhead(timer, engine.LastTopHourTimer) && engine.SavedVolume == 0;
+  if ((time == "00:00:00" || clockWentBack || timer - engine.LastTopHourTimer >= kGuardSec) &&
       !engine.HourPipPending) {
     // OffsetTopH stands unpadded in the text, so that 5 compares as "59:5", which is 59:50.
     const std::string due = "59:" + station.base.CnfText(Cnf::kOffsetTopH);

@@ -10,7 +10,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "engine/ElementPlayback.h"
 #include "engine/EmergencyAir.h"
@@ -56,6 +58,7 @@ constexpr int64_t kBaseLookMs = 2000, kMostBasePauseMs = 60000;
 constexpr double kAwayFromExitMs = 1000;
 constexpr double kNearExitMs = 300;  // this tick starts the next element, or one of the next two
 constexpr int64_t kTickMs = 100;
+constexpr int64_t kMinuteMs = 60000, kDayMs = 86400000;
 
 // The moment of the tick, read once and again after whatever may have waited.
 struct Moment {
@@ -71,6 +74,11 @@ struct Moment {
   std::string time;        // "hh:mm:ss"
   std::string hourMinute;  // "hh:mm"
 };
+
+// Less than a minute has passed since what the guard remembers.
+bool WithinMinute(const Moment& at, float guard) {
+  return !GuardIsAhead(at.timer, guard) && at.timer - guard < kMinuteGuardSec;
+}
 
 bool BeginsWith(const std::string& text, const std::string& head) {
   return text.compare(0, head.size(), head) == 0;
@@ -311,10 +319,7 @@ void InsertBreak(Station& station, const Moment& at, int row) {
 void PrepareLocalProgramme(Station& station, const Moment& at) {
   const EngineState& engine = station.engine;
   if (!engine.InputsAllowed || engine.composing || Setting(station, Cnf::kEntreSat) != 3) return;
-  // No change of the day resets the guard of a stopped engine: one ahead of the clock is
-  // yesterday's.
-  const float sinceSec = at.timer - engine.LastGridCheckTimer;
-  if (sinceSec >= 0 && sinceSec < kMinuteGuardSec) return;
+  if (WithinMinute(at, engine.LastGridCheckTimer)) return;
   const int row = DueGridRow(station, at);
   if (row == 0) return;
   station.PL.Clear();
@@ -345,7 +350,7 @@ void ServeIntroOverlay(Station& station, const Moment& at) {
   const float leftSec =
       static_cast<float>(engine.IntroLengthSec) - (at.timer - engine.IntroArmedTimer) -
       static_cast<float>(sound.Length(kOverlaySlot)) / 1000 - engine.BufferOffsetSec - 1;
-  if (leftSec > 0) return;
+  if (leftSec > 0 && !GuardIsAhead(at.timer, engine.IntroArmedTimer)) return;
   engine.IntroOverlayPending = false;
   station.screen.LblIntro.visible = false;
   if (sound.FileName(kOverlaySlot).empty()) return;  // a stop or an output restart freed it
@@ -382,7 +387,11 @@ bool ServeTimedStop(Station& station, const Moment& at) {
 void ServeBreaks(Station& station, const Moment& at) {
   const EngineState& engine = station.engine;
   if (engine.OptionDirect || engine.HourBlockHandled || engine.composing ||
-      at.timer - engine.LastGridCheckTimer < kMinuteGuardSec)
+      WithinMinute(at, engine.LastGridCheckTimer))
+    return;
+  // Midnight: the change of the day, later in this tick, resets the guard.
+  if (engine.IsAutomatic && at.now.day != engine.LastDay &&
+      GuardIsAhead(at.timer, engine.LastGridCheckTimer))
     return;
   const int row = DueGridRow(station, at);
   if (row > 0) InsertBreak(station, at, row);
@@ -429,19 +438,31 @@ void ServeDayChange(Station& station, const Moment& at) {
 }
 
 void WatchPlaylists(Station& station, Moment& at) {
-  if (at.now.second % 5 != 0 || at.timer - station.engine.LastPlaylistWatchTimer < kMinuteGuardSec)
-    return;
+  if (at.now.second % 5 != 0 || WithinMinute(at, station.engine.LastPlaylistWatchTimer)) return;
   SurveillePlaylist(station);
   at.Read(station);
 }
 
-// Unplayed music of the old hour does not survive; spots, jingles and the pip do.
+// True once for each jump of the wall clock by a minute or more.
+bool ClockJumped(Station& station, const Moment& at) {
+  const auto wallMs = static_cast<int64_t>(std::llround(DateSerial(at.now) * kDayMs));
+  const int64_t aheadMs = wallMs - station.platform.clock.MonotonicMs();
+  std::optional<int64_t>& known = station.engine.wallAheadMs;
+  if (known && std::abs(aheadMs - *known) < kMinuteMs) return false;
+  return std::exchange(known, aheadMs).has_value();
+}
+
+// Unplayed music of the old hour does not survive; spots, jingles and the pip do. Where the clock
+// jumps, into an hour or back to its beginning, what was done for the hour is done again.
 void ServeNewHour(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
-  if (engine.PlaylistRunning || at.now.minute != 0) return;
+  const bool jumped = ClockJumped(station, at);
+  if (engine.PlaylistRunning || (at.now.minute != 0 && !jumped)) return;
+  if (jumped) engine.FittingActive = false;
   engine.HourBlockHandled = false;
   if (at.now.hour == engine.LastHour) return;
   engine.LastHour = at.now.hour;
+  station.requests.restUntilMs = -1;  // its titles may be listed where the old hour's may not
   for (int row = station.PL.Count(); row >= 1; --row)
     if (station.PL.Row(row).Code() > 0) station.PL.Remove(row);
 }
@@ -489,10 +510,12 @@ void RebuildGrid(Station& station, const Moment& at) {
 
 // The request that the base kept from its work left the list as it was, maybe empty before the
 // first element: that one is made again without an element that progresses.
+// One that found nothing to list rests: what it would look at is the same. The operator's own order
+// does not come here.
 void Refill(Station& station) {
-  const int64_t askAgainMs = station.requests.askAgainMs;
-  const bool failed = askAgainMs >= 0;
-  if (failed && station.platform.clock.MonotonicMs() < askAgainMs) return;
+  const int64_t nowMs = station.platform.clock.MonotonicMs();
+  const bool failed = station.requests.askAgainMs >= 0;
+  if (nowMs < station.requests.askAgainMs || nowMs < station.requests.restUntilMs) return;
   const bool early = station.engine.ProgressPercent <= 10 && !(failed && NothingOnAir(station));
   if (station.PL.Count() >= 5 || early) return;
   if (RequestWouldDelayNext(station) || !EmergencyLetsRequest(station)) return;
@@ -593,7 +616,9 @@ void PutJinglesBefore(Station& station, const Moment& at) {
   FindJingleAssocieAvantTitre(station, station.PL.Row(1).Code());
   FindJingleAssocieGenre(station, station.PL.Row(1)[Col::kKind]);
   const int64_t gapMinutes = Setting(station, Cnf::kJingles);
-  if ((at.timer - engine.LastJingleTimer) / 60 <= static_cast<float>(gapMinutes)) return;
+  if (!GuardIsAhead(at.timer, engine.LastJingleTimer) &&
+      (at.timer - engine.LastJingleTimer) / 60 <= static_cast<float>(gapMinutes))
+    return;
   engine.LastJingleTimer = at.timer;
   if (gapMinutes > 0) FindJingle(station, false, 0);
 }

@@ -35,10 +35,6 @@ class EventLoop {
   // One pass of a loop that only a bound of seconds ends: serves what is due; 1 ms of virtual time.
   virtual void PassYield() = 0;
 
-  // The rest of such a loop when no further pass can change anything, up to that moment of
-  // Clock::MonotonicMs: on air nobody waits for it; simulated, the passes take their time.
-  virtual void PassRest(int64_t untilMonotonicMs) = 0;
-
   virtual std::unique_ptr<LoopTimer> MakeTimer(int intervalMs, std::function<void()> handler) = 0;
 
   // Serves `order` as an event of its own, at the next yield or between two ticks. Any thread.

@@ -52,7 +52,7 @@ void MarkTitle(Station& station, const AirWrite& write) {
   card.Edit();
   for (int n = 8; n >= 2; --n)
     card.Set("DIFFUSION" + TwoDigits(n), card.Field("DIFFUSION" + TwoDigits(n - 1)));
-  card.Set("DIFFUSION01", write.row.LADATE + " à " + write.row.HEURE.substr(0, 5));
+  card.Set("DIFFUSION01", BroadcastText(write.row));
   card.Set("LASTDIFF", write.row.DATENUM);
   card.Update();
 }
@@ -264,6 +264,10 @@ void WriteOldest(Station& station) {
 }
 
 }  // namespace
+
+std::string BroadcastText(const ReportRow& row) {
+  return row.LADATE + " à " + row.HEURE.substr(0, 5);
+}
 
 void WriteOrKeep(Station& station, AirWrite write) {
   KeptWrites& kept = station.engine.kept;

@@ -4,6 +4,8 @@
 // with the power, and no transition waits. Thread: the logic's.
 #pragma once
 
+#include <string>
+
 #include "station/AirWrite.h"
 
 namespace zemo {
@@ -15,6 +17,9 @@ struct Station;
 // kept write is kept too. A fault that waiting does not mend is logged and costs the row. Never
 // throws StoreError.
 void WriteOrKeep(Station& station, AirWrite write);
+
+// "dd/mm/yyyy à hh:mm" of the row's moment, as a card keeps it.
+std::string BroadcastText(const ReportRow& row);
 
 // What an earlier run of this station had to leave in the journal is kept again, before all else.
 void TakeUpKeptWrites(Station& station);

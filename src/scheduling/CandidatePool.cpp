@@ -198,6 +198,7 @@ CardRotation CandidateCards::Rotation(int card) const {
   const Card& numbers = At(card);
   const Ends ends = EndsOf(card);
   CardRotation rotation;
+  rotation.Code = numbers.code;
   rotation.Genre = TextAt(card, kGenre, ends);
   rotation.Auteur = TextAt(card, kArtist, ends);
   rotation.Titre = TextAt(card, kTitle, ends);

@@ -15,6 +15,7 @@
 #include "scheduling/HourFilter.h"
 #include "station/Overlay.h"
 #include "station/Station.h"
+#include "station/TextForms.h"
 #include "station/TimeForms.h"
 #include "store/SeekCode.h"
 
@@ -148,13 +149,14 @@ std::string JingleQuery(Station& station, bool overlay, int32_t maxMs) {
 
 // --- FindJingleAssocieAvantTitre ---
 
-// The title's plain jingles, else those of the artist as row 1 names it.
+// The title's plain jingles, else those of the artist as row 1 names it; one that it does not name
+// has none.
 Query OpenTitleJingles(Station& station, int32_t titleCode) {
   Database& db = station.base.Db();
   Query own = db.OpenRecordset(
       "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = " + std::to_string(titleCode) +
       " AND SURIMPRESSION = 0 ORDER BY LASTDIFF ASC;");
-  if (!own->Eof() || station.PL.Empty()) return own;
+  if (!own->Eof() || station.PL.Empty() || Trim(station.PL.Row(1)[Col::kText]).empty()) return own;
   return db.OpenRecordset("SELECT * FROM DiscothequeJingle WHERE ARTISTEASSOCIE = '" +
                           SqlQuoted(station.PL.Row(1)[Col::kText]) + "' ORDER BY LASTDIFF ASC;");
 }

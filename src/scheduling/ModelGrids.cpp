@@ -3,8 +3,10 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
+#include "platform/Folder.h"
 #include "scheduling/ModelEditor.h"
 #include "scheduling/RequestError.h"
 #include "settings/SideFileIo.h"
@@ -61,15 +63,6 @@ const char* VarietyWord(int64_t langue) {
   }
 }
 
-void LoadVarietes(Station& station) {
-  TextGrid& grid = station.modelEditor.GVariete;
-  grid.Clear();
-  grid.AddRow({"%", VarietyWord(Langue(station))});
-  station.base.Db().ReadRows("SELECT POURCENT, VARIETE FROM Variete", [&](const RowView& row) {
-    grid.AddRow({std::string(row.Text(0)), std::string(row.Text(1))});
-  });
-}
-
 void CheckWidth(const std::string& genre) {
   if (FirstCharacters(genre, kGenreWidth) != genre)
     throw RequestError(kErrFieldTooSmall, "the genre \"" + genre + "\" is longer than " +
@@ -107,9 +100,21 @@ std::string TabLine(const TextGrid::Row& row) {
   return line;
 }
 
+// The table holds the day already. Told once, until it succeeds.
+void WriteBackup(Station& station, const char* routine, const std::string& file,
+                 const std::vector<std::string>& lines) {
+  auto& failing = station.modelEditor.backupsFailing;
+  try {
+    WriteSideFileDurably(station.platform.stationFolder, file, JoinLines(lines));
+    failing.erase(file);
+  } catch (const FileError&) {
+    if (failing.insert(file).second) LogCurrentException(station, routine, file);
+  }
+}
+
 // The day in the table gives way to `rows`, in one transaction, and the back-up file is written.
-void SaveDay(Station& station, const char* table, const std::string& fields, int day,
-             const std::vector<std::string>& rows, const std::string& file,
+void SaveDay(Station& station, const char* routine, const char* table, const std::string& fields,
+             int day, const std::vector<std::string>& rows, const std::string& file,
              const std::vector<std::string>& lines) {
   Database& db = station.base.Db();
   Transaction transaction(db);
@@ -117,7 +122,7 @@ void SaveDay(Station& station, const char* table, const std::string& fields, int
   for (const std::string& values : rows)
     db.Execute("INSERT INTO " + std::string(table) + " (" + fields + ") " + values);
   transaction.Commit();
-  WriteSideFileDurably(station.platform.stationFolder, file, JoinLines(lines));
+  WriteBackup(station, routine, file, lines);
 }
 
 size_t DayIndex(int day) {
@@ -146,6 +151,15 @@ bool RowIsEmpty(const TextGrid& grid, int row) {
   for (const std::string& cell : grid.At(row))
     if (!Trim(cell).empty()) return false;
   return true;
+}
+
+void LoadVarietes(Station& station) {
+  TextGrid grid;
+  grid.AddRow({"%", VarietyWord(Langue(station))});
+  station.base.Db().ReadRows("SELECT POURCENT, VARIETE FROM Variete", [&](const RowView& row) {
+    grid.AddRow({std::string(row.Text(0)), std::string(row.Text(1))});
+  });
+  station.modelEditor.GVariete = std::move(grid);
 }
 
 void LoadModelScreen(Station& station) {
@@ -225,7 +239,8 @@ bool SauveGrilleModels(Station& station, int16_t day) {
       rows.push_back(ModelValues(grid.At(row), day));
       lines.push_back(TabLine(grid.At(row)));
     }
-    SaveDay(station, "Models", "JOUR, GENRE" + HourFields(), day, rows, file, lines);
+    SaveDay(station, "SauveGrilleModels", "Models", "JOUR, GENRE" + HourFields(), day, rows, file,
+            lines);
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "SauveGrilleModels");
@@ -243,7 +258,8 @@ bool SauveGrilleSquelette(Station& station, int16_t day) {
       rows.push_back(SkeletonValues(grid.At(row), day));
       lines.push_back(TabLine(grid.At(row)));
     }
-    SaveDay(station, "ModelSquelette", "JOUR" + HourFields(), day, rows, file, lines);
+    SaveDay(station, "SauveGrilleSquelette", "ModelSquelette", "JOUR" + HourFields(), day, rows,
+            file, lines);
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "SauveGrilleSquelette");

@@ -16,6 +16,8 @@ inline constexpr int kHoursOfDay = 24;
 inline constexpr int kDaysOfWeek = 7;
 inline constexpr const char* kTotalText = "Total %";
 
+// The shares of the varieties, as last stored by anybody. Throws StoreError.
+void LoadVarietes(Station& station);
 // Loads the screen when it is not loaded yet: varieties and pop-ups. Faults are logged.
 void LoadModelScreen(Station& station);
 // Selects a day, 1 Monday to 7 Sunday, and loads its grid: the skeleton's with Squelette on, else
@@ -29,7 +31,7 @@ void LoadGrilleModels(Station& station, int16_t day);
 void LoadGrilleSquelette(Station& station, int16_t day);
 // The grid as that day, in the table and in the day's back-up file. Rows without a genre stay out.
 // False when it could not be saved: that is logged, and where a row cannot be stored nothing
-// changes.
+// changes. A back-up that cannot be written is logged, once until it can be.
 bool SauveGrilleModels(Station& station, int16_t day);
 bool SauveGrilleSquelette(Station& station, int16_t day);
 

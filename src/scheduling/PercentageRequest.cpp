@@ -161,6 +161,7 @@ Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& 
 void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   const int weekday = JourSemaineCourant(station.Now());
   SelectJourSemaine(station, weekday);  // 3
+  LoadVarietes(station);
   const int hour = HeureCourante(station);
   frame.Open(minutes);                           // 4, 5
   if (station.base.CountRecords("Models") == 0)  // 6

@@ -118,9 +118,4 @@ int64_t NewestRowOf(Station& station, const std::string& artist, int64_t floor) 
   return AskWholeReport(station, artist);
 }
 
-void ForgetReport(Station& station) {
-  station.requests.report = {};
-  station.requests.reportArtists = {};
-}
-
 }  // namespace zemo

@@ -24,7 +24,4 @@ std::vector<std::string> NewestArtists(Station& station, int count);
 // then need not know. Throws StoreError.
 int64_t NewestRowOf(Station& station, const std::string& artist, int64_t floor);
 
-// Forgets what is known, when another base took the place of this one.
-void ForgetReport(Station& station);
-
 }  // namespace zemo

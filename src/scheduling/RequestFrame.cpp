@@ -15,6 +15,7 @@ namespace zemo {
 namespace {
 constexpr const char* kRestText = "ZEMO RADIO";
 constexpr int64_t kAskAgainMs = 1000;
+constexpr int64_t kFruitlessRestMs = 10000;
 }  // namespace
 
 RequestFrame::RequestFrame(Station& station, const char* kind)
@@ -44,6 +45,10 @@ void RequestFrame::Tell() {
   seen_.refused = static_cast<int>(lines.end() - first);
   seen_.refusals.assign(first, first + std::min(seen_.refused, kRefusalsKept));
   seen_.minutes = station_.requests.MinutesRequete;
+  // A base that kept the request from its work says nothing of what it holds.
+  const bool fruitless = rowsAdded_ == 0 && station_.requests.askAgainMs < 0;
+  station_.requests.restUntilMs =
+      fruitless ? station_.platform.clock.MonotonicMs() + kFruitlessRestMs : -1;
   station_.events.Request(kind_, seen_.minutes, rowsAdded_, seen_.refused);
   KeepChoices(station_, seen_);
 }

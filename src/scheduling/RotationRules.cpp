@@ -83,9 +83,39 @@ int BroadcastsOfToday(const CardRotation& card, const RotationMoment& moment) {
       [&](std::string_view diffusion) { return diffusion.substr(0, kDateLength) == moment.date; }));
 }
 
+// Since the last broadcast, by the wall clock or by the one that never jumps.
+struct Rest {
+  int64_t days = 0, minutes = 0;
+  bool clockWentBack = false;
+};
+
+Rest RestOf(const CardRotation& card, const RotationMoment& moment) {
+  const std::string_view last = card.Diffusion[0];
+  Rest rest;
+  rest.days = static_cast<int64_t>(moment.daySerial - DateOf(last));
+  // The difference of the times of day loses its sign: a title played yesterday at 23:00 is 2760
+  // minutes old at 01:00. Deliberate.
+  const int64_t timeOfDay = moment.minuteOfDay - MinuteOfDayOf(last);
+  const int64_t passed = timeOfDay + rest.days * kMinutesOfDay;
+  rest.minutes = std::abs(timeOfDay) + rest.days * kMinutesOfDay;
+  const int64_t rested = card.restedMinutes.value_or(passed);
+  if (rested <= passed) return rest;
+  rest.clockWentBack = true;
+  rest.minutes = std::max(rest.minutes, rested);
+  rest.days = std::max(rest.days, rested / kMinutesOfDay);
+  return rest;
+}
+
+// The hour of the last broadcast by a clock that had always been as far back as it is now.
+std::string HourBeforeJump(const RotationMoment& moment, int64_t rested) {
+  const int64_t minute = (moment.minuteOfDay - rested % kMinutesOfDay + kMinutesOfDay);
+  return TwoDigits(static_cast<int>(minute % kMinutesOfDay / 60));
+}
+
 // One of the last broadcasts was at this hour: as many are looked at as the setting says, but
 // always fewer than the title has hours.
-bool HourTooSoonAgain(const CardRotation& card, const RotationMoment& moment, int decalDiff) {
+bool HourTooSoonAgain(const CardRotation& card, const RotationMoment& moment, int decalDiff,
+                      bool clockWentBack) {
   const std::string_view hours = card.Tranche.substr(0, 24);
   const auto allowed = static_cast<int>(std::count(hours.begin(), hours.end(), '1'));
   if (decalDiff == 0 || allowed < 2) return false;
@@ -94,7 +124,11 @@ bool HourTooSoonAgain(const CardRotation& card, const RotationMoment& moment, in
     if (j > kDiffusions)
       throw RequestError(kErrNoSuchField, "a card has no field DIFFUSION" + TwoDigits(j));
     const std::string_view diffusion = card.Diffusion[static_cast<size_t>(j - 1)];
-    if (BehindCharacters(diffusion, kTimeAt).substr(0, 2) == moment.hour) return true;
+    if (j == 1 && clockWentBack) {
+      if (HourBeforeJump(moment, *card.restedMinutes) == moment.hour) return true;
+    } else if (BehindCharacters(diffusion, kTimeAt).substr(0, 2) == moment.hour) {
+      return true;
+    }
   }
   return false;
 }
@@ -130,12 +164,10 @@ bool RotationAllows(const CardRotation& card, const RotationMoment& moment, int 
     allowed = false;
   }
   const std::string_view last = card.Diffusion[0];
-  if (TrimView(last).empty()) return allowed;                               // 4
-  const int today = BroadcastsOfToday(card, moment);                        // 5
-  const auto days = static_cast<int64_t>(moment.daySerial - DateOf(last));  // 6
-  // The difference of the times of day loses its sign: a title played yesterday at 23:00 is 2760
-  // minutes old at 01:00. Deliberate.
-  const int64_t minutes = std::abs(moment.minuteOfDay - MinuteOfDayOf(last)) + days * kMinutesOfDay;
+  if (TrimView(last).empty()) return allowed;         // 4
+  const int today = BroadcastsOfToday(card, moment);  // 5
+  const Rest rest = RestOf(card, moment);             // 6
+  const int64_t days = rest.days, minutes = rest.minutes;
   if (card.ECARTMINUTES > 0 && card.ECARTMINUTES > minutes) {  // 7
     reasons += " >> Ecart minutes pas assez important " + std::to_string(card.ECARTMINUTES) +
                " > " + std::to_string(minutes);
@@ -151,7 +183,7 @@ bool RotationAllows(const CardRotation& card, const RotationMoment& moment, int 
                std::to_string(card.NBPASSJOUR);
     allowed = false;
   }
-  if (HourTooSoonAgain(card, moment, decalDiff)) {  // 10
+  if (HourTooSoonAgain(card, moment, decalDiff, rest.clockWentBack)) {  // 10
     reasons += " >> pas autorisé dans cette tranche a cause du décalage";
     allowed = false;
   }
@@ -159,9 +191,27 @@ bool RotationAllows(const CardRotation& card, const RotationMoment& moment, int 
   return allowed;
 }
 
+namespace {
+
+// Minutes since this run aired the card; none when its last broadcast is another one.
+std::optional<int64_t> RestedMinutes(const Station& station, const CardRotation& card) {
+  const auto aired = station.requests.airings.find(card.Code);
+  if (aired == station.requests.airings.end() || aired->second.broadcast != card.Diffusion[0])
+    return std::nullopt;
+  return (station.platform.clock.MonotonicMs() - aired->second.ms) / 60000;
+}
+
+}  // namespace
+
 bool CheckRotation(Station& station, const CardRotation& card, const RotationMoment& moment) {
+  const int decalDiff = station.requests.DecalDiffCourant;
   std::string line;
-  const bool allowed = RotationAllows(card, moment, station.requests.DecalDiffCourant, line);
+  bool allowed = RotationAllows(card, moment, decalDiff, line);
+  if (!allowed && !line.empty()) {
+    CardRotation rested = card;
+    rested.restedMinutes = RestedMinutes(station, card);
+    if (rested.restedMinutes) allowed = RotationAllows(rested, moment, decalDiff, line);
+  }
   if (!line.empty()) station.requests.ListAutorisation.push_back(std::move(line));
   return allowed;
 }
@@ -177,6 +227,7 @@ bool CheckRotation(Station& station) {
       discotheque.Text("MMJJFin"),
       discotheque.Text("TRANCHE" + TwoDigits(JourSemaineCourant(now)))};
   CardRotation card;
+  card.Code = static_cast<int32_t>(discotheque.Int("CODE"));
   card.Genre = texts[0];
   card.Auteur = texts[1];
   card.Titre = texts[2];

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,12 +19,16 @@ inline constexpr int kDiffusions = 8;  // broadcasts that a card remembers
 
 // What the rules read of a card. The texts belong to whoever filled it.
 struct CardRotation {
+  int32_t Code = 0;  // 0: of no card of the base
   std::string_view Genre, Auteur, Titre;
   std::string_view MMJJDebut, MMJJFin;  // "MMDD", or blank
   int32_t NBPASSJOUR = 0;               // passes a day; 0 is out of rotation
   int32_t ECARTMINUTES = 0, ECARTJOURS = 0;
   std::string_view Tranche;                             // today's hours, 24 characters
   std::array<std::string_view, kDiffusions> Diffusion;  // "dd/mm/yyyy à hh:mm", the newest first
+  // Minutes since Diffusion[0] by a clock that never jumps; none: not known. Where they are more
+  // than the wall clock says, it went back, and they count.
+  std::optional<int64_t> restedMinutes;
 };
 
 // A moment in the forms in which the rules compare it.
@@ -41,7 +46,8 @@ struct RotationMoment {
 // May the card on which the Discotheque cursor stands be listed now? A refusal adds its line to
 // ListAutorisation. Throws StoreError, and RequestError for a DIFFUSION that is no date.
 bool CheckRotation(Station& station);
-// The same for a card that was read already.
+// The same for a card that was read already. A title that this run aired rests from then on,
+// however the wall clock was set meanwhile.
 bool CheckRotation(Station& station, const CardRotation& card, const RotationMoment& moment);
 // The rules alone: `line` gets the refusal's line; it stays empty when there is none to log.
 bool RotationAllows(const CardRotation& card, const RotationMoment& moment, int decalDiff,

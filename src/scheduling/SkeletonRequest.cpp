@@ -5,6 +5,7 @@
 #include <deque>
 #include <limits>
 #include <unordered_map>
+#include <utility>
 
 #include "platform/EventLoop.h"
 #include "platform/Folder.h"
@@ -22,9 +23,10 @@ namespace zemo {
 
 namespace {
 
+constexpr const char* kRoutine = "RequetteSquelette";
 constexpr int64_t kMostLayingMs = 4000;
-// After two passes without a title each further one looks at the same titles and refuses them
-// again.
+// A pass without a title leaves all titles in place, and of the runs only the origin looked at
+// last: the second one begins as every further one, and what it refuses they refuse as well.
 constexpr int kFruitlessPasses = 2;
 constexpr const char* kRefusalFolder = "refusrequette";
 
@@ -124,7 +126,7 @@ class Laying {
         if (!Trim(genre).empty()) Fill(genre, position);
       }
       fruitless = lastRow_ == rowBefore ? fruitless + 1 : 0;
-      if (fruitless == kFruitlessPasses) return station_.platform.loop.PassRest(endMs);
+      if (fruitless == kFruitlessPasses) return;
       if (station_.platform.clock.MonotonicMs() >= endMs) return;  // c
     }
   }
@@ -193,11 +195,18 @@ void CutDoubles(Station& station, const CandidateCards& cards, Pool& pool) {
   }
 }
 
+// The request is done. Told once, until it succeeds.
 void WriteRefusals(Station& station) {
   const std::vector<std::string>& lines = station.requests.ListAutorisation;
   if (lines.empty() || station.platform.localValues.GetInt("RapportSquelette", 0) <= 0) return;
-  station.platform.stationFolder.Subfolder(kRefusalFolder)
-      .Append(DateKey(station.Now()) + ".txt", EncodeAppended(JoinLines(lines)));
+  bool& failing = station.requests.refusalFileFailing;
+  try {
+    station.platform.stationFolder.Subfolder(kRefusalFolder)
+        .Append(DateKey(station.Now()) + ".txt", EncodeAppended(JoinLines(lines)));
+    failing = false;
+  } catch (const FileError&) {
+    if (!std::exchange(failing, true)) LogCurrentException(station, kRoutine);
+  }
 }
 
 Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& used, int minutes) {
@@ -263,7 +272,7 @@ void RequetteSquelette(Station& station, int16_t& minutes) {
   try {
     RunRequest(station, minutes, frame);
   } catch (const std::exception&) {
-    frame.Fail("RequetteSquelette");
+    frame.Fail(kRoutine);
   }
 }
 

@@ -102,6 +102,9 @@ struct EngineState {
   Flag<float> LastPlaylistWatchTimer{"LastPlaylistWatchTimer", 0, observer};
   Flag<float> LastTopageTimer{"LastTopageTimer", 0, observer};
   double LastAssociationTimer = 0;  // written, never read
+  // The wall clock less the monotonic one, ms, as the last look at the hour had it: another value
+  // is a clock that jumped.
+  std::optional<int64_t> wallAheadMs;
 
   // --- the day's grid ---
   bool composing = false;     // a composition runs, maybe up the stack

@@ -2,6 +2,7 @@
 // request and the screen see it. The routines stand in scheduling/ModelGrids.h and ModelEditor.h.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ struct ModelEditor {
 
   std::vector<std::string> PopGenre;     // genres on offer
   std::vector<std::string> PopPourCent;  // "0" to "100" in steps of 5
+
+  std::set<std::string> backupsFailing;  // files that could not be written, and that is logged
 };
 
 }  // namespace zemo

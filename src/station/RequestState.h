@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -47,6 +48,12 @@ struct ReportArtists {
   std::map<std::string, Row, Order> newest;
 };
 
+// When this run last aired a title; the run's own clock never jumps.
+struct Airing {
+  int64_t ms = 0;         // monotonic
+  std::string broadcast;  // as DIFFUSION01 of the card has it
+};
+
 // The choices of the last requests as they stand in the machine folder; see scheduling/ChoiceLog.h.
 struct KeptChoices {
   struct Line {
@@ -78,11 +85,16 @@ struct RequestState {
   // The base kept the last request from its work: the next one waits until then (monotonic). -1: it
   // did not. Writer: RequestFrame.
   int64_t askAgainMs = -1;
-  std::vector<PoolRow> ListView1;  // candidates in the order in which they were offered
-  bool PLHidden = false;           // the list is not drawn while a request works on it
-  ReportBound report;              // writer: RecentReport
-  ReportArtists reportArtists;     // writer: RecentReport
-  KeptChoices choices;             // writer: ChoiceLog
+  // The last request listed nothing: an automatic one waits until then (monotonic). -1: it listed
+  // something, or another hour has come. Writers: RequestFrame, the tick.
+  int64_t restUntilMs = -1;
+  std::vector<PoolRow> ListView1;   // candidates in the order in which they were offered
+  bool PLHidden = false;            // the list is not drawn while a request works on it
+  ReportBound report;               // writer: RecentReport
+  ReportArtists reportArtists;      // writer: RecentReport
+  bool refusalFileFailing = false;  // it could not be written, and that is logged
+  KeptChoices choices;              // writer: ChoiceLog
+  std::unordered_map<int32_t, Airing> airings;  // by CODE, at most the library; writer: playback
 
   // The skeleton dialogue.
   struct {

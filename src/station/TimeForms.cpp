@@ -67,6 +67,11 @@ float SecondsSinceMidnight(const LocalDateTime& moment) {
                             moment.millisecond / 1000.0);
 }
 
+bool GuardIsAhead(float now, float guard) {
+  constexpr float kCorrectionSec = 60;
+  return guard - now >= kCorrectionSec;
+}
+
 std::string TimeText(const LocalDateTime& moment) {
   return TwoDigits(moment.hour) + ":" + TwoDigits(moment.minute) + ":" + TwoDigits(moment.second);
 }

@@ -14,6 +14,9 @@ namespace zemo {
 // Seconds since midnight as the engine's guards keep them: single precision, about 1/128 s late in
 // the day. Differences are taken between two such values.
 float SecondsSinceMidnight(const LocalDateTime& moment);
+// The clock went back since the guard was set, which then keeps nothing from being done: summer
+// time's end, midnight, a clock that was set. Not by a mere correction, of less than a minute.
+bool GuardIsAhead(float now, float guard);
 
 std::string TimeText(const LocalDateTime& moment);       // "hh:mm:ss"
 std::string DateText(const LocalDateTime& moment);       // "dd/mm/yyyy"

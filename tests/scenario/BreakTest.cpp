@@ -46,6 +46,24 @@ class BreakInItsMinute : public BreakOnAir {
   }
 };
 
+// 12:30:00 comes a second time, as it does where the clock is corrected.
+TEST_F(BreakInItsMinute, AClockCorrectedByASecondFiresItOnce) {
+  Spots({"12:30"});
+  on.At(10300, [&] { on.loop.ShiftWallClock(-1000); });
+  Air(68000);
+  EXPECT_EQ(on.Events("break").size(), 1U) << on.Describe();
+}
+
+TEST_F(BreakInItsMinute, ComesAgainWithItsMinute) {
+  Spots({"12:30"});
+  on.At(50000, [&] { on.loop.ShiftWallClock(-3600000); });
+  Titles(70, 60000);
+  Air(3620000);
+  const auto breaks = on.Events("break");
+  ASSERT_EQ(breaks.size(), 2U) << on.Describe();
+  EXPECT_EQ(breaks[1].atMs, 3610000);
+}
+
 TEST_F(BreakInItsMinute, FiresOnceAndWaitsForTheEndOfTheTitle) {
   Spots({"12:30"});
   Air(68000);

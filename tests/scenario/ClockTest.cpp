@@ -204,6 +204,27 @@ TEST(SummerTime, EndsInTheMiddleOfAnElement) {
             "25/10/2026 02:00:30");
 }
 
+// The overlay is armed for the end of an introduction of 30 s; 12 s of it are over when the clock
+// goes back. The jingle comes while the introduction still lasts, not an hour later.
+TEST(SetClock, BackByAnHourLetsAJingleOverTheIntroductionCome) {
+  TestStation on("2026-11-21 12:30:00");
+  on.Load();
+  on.Set("JingleEnFinIntro", "1");
+  on.Set("JinglesIntro", "0");
+  const int32_t code = on.AddCard({.lengthMs = 180000, .introSec = 30});
+  on.Sql(
+      "INSERT INTO DiscothequeJingle (LIBELLE, FILENAME, DUREE, SURIMPRESSION, CODEASSOCIE, "
+      "GENREASSOCIE, JingleExtraitYN) VALUES ('OVER', '" +
+      on.MakeSound("over.wav", 5000) + "', 5000, 1, " + std::to_string(code) + ", '', 0)");
+  on.AppendCard(code);
+  on.Start();
+  on.At(12000, [&] { on.loop.ShiftWallClock(-3600000); });
+  on.RunUntil(60000);
+  const Seen* overlay = on.First("overlay", "reason", "jingle");
+  ASSERT_TRUE(overlay) << on.Describe();
+  EXPECT_LE(overlay->atMs, 30000);
+}
+
 TEST(SetClock, BackByAnHourDuringAnOverlapDoesNotHoldTheAir) {
   TestStation on("2026-11-21 12:30:00");
   on.Load();

@@ -57,6 +57,18 @@ TEST_F(HourPip, WaitsForMiniFinHeureAndThenCuts) {
   EXPECT_EQ(pending->atMs, 298000);
 }
 
+// The pip over the music lasts until 13:00:01; at 13:00:00 the clock is set back by an hour.
+TEST_F(HourPip, OverTheMusicIsEndedWhereTheClockGoesBackUnderIt) {
+  on.Sql("UPDATE Toph SET SURIMPRESSION = -1 WHERE HEURE = 13");
+  on.At(300000, [&] { on.loop.ShiftWallClock(-3600000); });
+  Play(600000, 305000);
+  const auto volumes = on.Events("volume");
+  ASSERT_FALSE(volumes.empty()) << on.Describe();
+  EXPECT_EQ(volumes.front()["to"], "6500");
+  EXPECT_EQ(volumes.back()["to"], "16384");
+  EXPECT_GE(volumes.back().atMs, 301000);
+}
+
 TEST_F(HourPip, PercentageEqualToMiniFinHeureCutsAtOnce) {
   Play(740000, 310000);  // 297900 / 740000 is 40 percent and a bit
   ASSERT_GE(on.Starts().size(), 2U) << on.Describe();

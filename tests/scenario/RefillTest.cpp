@@ -2,6 +2,7 @@
 // the next one would have to wait for the request.
 #include <gtest/gtest.h>
 
+#include "engine/OperatorControls.h"
 #include "station/TextForms.h"
 #include "support/TestStation.h"
 
@@ -93,6 +94,36 @@ TEST_F(Refill, DoesNotWaitWhereNothingIsThereToFollow) {
   const auto requests = on.Events("request");
   ASSERT_EQ(requests.size(), 2U) << on.Describe();
   EXPECT_EQ(requests[1].atMs, 58381 + kRequestMs);
+}
+
+std::vector<int64_t> RequestMoments(const TestStation& on) {
+  std::vector<int64_t> moments;
+  for (const Seen& request : on.Events("request")) moments.push_back(request.atMs);
+  return moments;
+}
+
+// A station without a model: the request finds nothing, on air since 100 ms from 6700 ms on.
+class FruitlessRequest : public testing::Test {
+ protected:
+  void Air(TestStation& on, int64_t untilMs) {
+    on.Load();
+    on.AppendCard(on.AddCard({.lengthMs = 60000}));
+    on.Start();
+    on.RunUntil(untilMs);
+  }
+};
+
+TEST_F(FruitlessRequest, RestsTenSecondsButForTheOperator) {
+  TestStation on;
+  on.At(20000, [&] { CmdRequette(on.station); });
+  Air(on, 59000);
+  EXPECT_EQ(RequestMoments(on), (std::vector<int64_t>{6700, 16700, 20000, 30000, 40000, 50000}));
+}
+
+TEST_F(FruitlessRequest, IsMadeAtOnceInANewHour) {
+  TestStation on("2026-11-21 12:59:50");
+  Air(on, 19000);
+  EXPECT_EQ(RequestMoments(on), (std::vector<int64_t>{6700, 10000}));
 }
 
 }  // namespace

@@ -14,16 +14,12 @@ class WatchedLoop : public EventLoop {
  public:
   explicit WatchedLoop(SimLoop& loop) : loop_(loop) {}
   std::function<void()> onYield;
-  bool onAir = false;  // nobody waits for the rest of fruitless passes
   void Yield() override {
     loop_.Yield();
     if (onYield) onYield();
   }
   void WaitYield() override { loop_.WaitYield(); }
   void PassYield() override { loop_.PassYield(); }
-  void PassRest(int64_t untilMonotonicMs) override {
-    if (!onAir) loop_.PassRest(untilMonotonicMs);
-  }
   std::unique_ptr<LoopTimer> MakeTimer(int ms, std::function<void()> handler) override {
     return loop_.MakeTimer(ms, std::move(handler));
   }

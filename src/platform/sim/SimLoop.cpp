@@ -175,10 +175,6 @@ void SimLoop::PassYield() {
   ServeDue();
 }
 
-void SimLoop::PassRest(int64_t untilMonotonicMs) {
-  while (nowMs_ < untilMonotonicMs) PassYield();
-}
-
 bool SimLoop::RunUntil(int64_t virtualMs) {
   endMs_ = virtualMs;
   bool whole = true;

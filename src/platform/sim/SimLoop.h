@@ -37,7 +37,6 @@ class SimLoop : public EventLoop, public Clock {
   void Yield() override;
   void WaitYield() override;
   void PassYield() override;
-  void PassRest(int64_t untilMonotonicMs) override;
   std::unique_ptr<LoopTimer> MakeTimer(int intervalMs, std::function<void()> handler) override;
   void Post(std::function<void()> order) override;  // the simulation's own thread only
   uint64_t EventsServed() const override { return served_; }

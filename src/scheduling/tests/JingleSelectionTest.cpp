@@ -2,6 +2,8 @@
 // 46347.5 as a day serial.
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "JingleLibrary.h"
 #include "scheduling/JingleSelection.h"
 #include "store/Database.h"
@@ -157,12 +159,18 @@ TEST_F(FindJingleInList, AFailedQueryIsLoggedAndTheCallerGoesOn) {
   EXPECT_NE(errors[0]["text"].find("Code = 0"), std::string::npos) << errors[0]["text"];
 }
 
-TEST_F(FindJingleInList, ABaseThatAnotherProcessHoldsIsNotWaitedForAsLongAsElsewhere) {
+// A pick writes twice; elsewhere each of the two could wait five seconds for the lock.
+TEST_F(FindJingleInList, AllThatAPickAsksOfALockedBaseWaitsForTheTicksGrantTogether) {
   AddJingle(on, {});
   const auto other = DBEngine::OpenDatabase(on.station.base.Path());
   other->BeginTrans();
   other->Execute("UPDATE Cnf SET Veille = 0");
+  on.station.base.Waiting().LetAllWait(kTickWaitMs);
+  const auto begin = std::chrono::steady_clock::now();
   FindJingle(on.station, false, 0);
+  const auto waited = std::chrono::steady_clock::now() - begin;
+  EXPECT_EQ(on.station.base.Waiting().LeftMs(), 0);  // it did meet the lock
+  EXPECT_LT(waited, std::chrono::milliseconds(kBusyTimeoutMs / 5));
   EXPECT_EQ(Texts(PL()), "JINGLE");  // it plays, only what is kept of it cannot be written
   ASSERT_EQ(on.Events("error").size(), 1U);
   EXPECT_EQ(on.Events("error")[0].Int("number"), kErrLocked);
@@ -410,6 +418,18 @@ TEST_F(JingleAroundTheTitle, TheArtistIsMatchedAsTheRowNamesIt) {
   PL().Add(RowOf(kTitle, "BAND FEAT. GUEST"));
   FindJingleAssocieAvantTitre(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "BAND FEAT. GUEST");
+}
+
+TEST_F(JingleAroundTheTitle, ARowWithoutAnArtistLinksNoJingle) {
+  AddJingle(on, {.label = "OF NOBODY", .artist = ""});
+  AddJingle(on, {.label = "OF BLANKS", .artist = "  "});
+  for (const char* artist : {"", "  "}) {
+    PL().Clear();
+    PL().Add(RowOf(kTitle, artist));
+    FindJingleAssocieAvantTitre(on.station, kTitle);
+    EXPECT_EQ(Texts(PL()), artist);
+  }
+  EXPECT_EQ(Engine().LastJingleTimer, 0.0F);
 }
 
 TEST_F(JingleAroundTheTitle, ItCountsAsTheJingleOfTheMoment) {

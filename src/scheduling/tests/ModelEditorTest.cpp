@@ -9,6 +9,7 @@ namespace zemo {
 namespace {
 
 using test::RequestStation;
+using test::Seen;
 using test::TitleCard;
 
 class ModelEditorTest : public testing::Test {
@@ -122,6 +123,22 @@ TEST_F(ModelEditorTest, SavingReplacesTheDayAndWritesItsBackUp) {
   EXPECT_EQ(*s.stationFolder.Read("Lundi.Txt"), expected + "\r\n" + second + "\r\n");
   SelectJourSemaine(s.station, 1);
   EXPECT_EQ(Genres(), (Names{"L'ETE", "POP"}));
+}
+
+// The table is what the air goes by: the day is saved, and whoever saves it is told once.
+TEST_F(ModelEditorTest, ABackUpThatCannotBeWrittenChangesNothingElseAndIsToldOnce) {
+  s.Model(1, "POP", 40);
+  SelectJourSemaine(s.station, 1);
+  s.stationFolder.writesFail = true;
+  for (int times = 1; times <= 3; ++times) {
+    Models().SetCell(1, 1, std::to_string(50 + times));
+    EXPECT_TRUE(BtnSave(s.station));
+    EXPECT_EQ(s.SqlText("SELECT TRANCHE00 FROM Models"), std::to_string(50 + times));
+    s.RunUntil(times * 3600000);  // the log's own patience with one fault is shorter
+  }
+  int told = 0;
+  for (const Seen& error : s.Events("error")) told += error["where"] == "SauveGrilleModels";
+  EXPECT_EQ(told, 1) << s.Describe();
 }
 
 TEST_F(ModelEditorTest, SavingADayWithoutGenreLeavesNoRowForIt) {

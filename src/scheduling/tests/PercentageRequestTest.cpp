@@ -566,5 +566,23 @@ TEST(MelangeGenres, ARowBehindTheEndDoesNothing) {
   EXPECT_EQ(s.LastError(), "");
 }
 
+// Half an hour: a tenth of it for NATIONAL is one title of three minutes, a fifth is two.
+TEST(PercentageRequestShares, AreReadAtEachRequest) {
+  RequestStation s;
+  s.Variety("NATIONAL", 10);
+  s.Model(6, "POP", 100);
+  for (const char* artist : {"A", "B", "C", "D"}) s.Add({.artist = artist});
+  s.Request(30);
+  EXPECT_EQ(s.Listed().size(), 1U);
+  s.station.PL.Clear();
+  s.Sql("UPDATE Variete SET POURCENT = 20");  // by another machine
+  s.Request(30);
+  EXPECT_EQ(s.Listed().size(), 2U);
+  s.station.PL.Clear();
+  s.Sql("UPDATE Variete SET VARIETE = 'OTHER'");
+  s.Request(30);
+  EXPECT_EQ(s.Listed().size(), 0U);
+}
+
 }  // namespace
 }  // namespace zemo

@@ -1,14 +1,14 @@
-// Generated libraries, models, reports and clocks: a request gives what the algorithm, written down
-// a second time in the plainest way, gives for the same station, and keeps what it promises.
+// Generated libraries, models, skeletons, reports and clocks: a request gives what the algorithm,
+// written down a second time in the plainest way and with an arithmetic of its own, gives for the
+// same station, and keeps what it promises.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
+#include <cstdio>
 #include <map>
 #include <random>
 #include <set>
 
-#include "scheduling/RotationRules.h"
 #include "scheduling/tests/RequestFixture.h"
 #include "station/TimeForms.h"
 
@@ -25,8 +25,12 @@ struct Case {
   int minutes = 30, lectureBase = 0, decalDiff = 0, ecartArtiste = 0;
   std::vector<std::pair<std::string, int>> varieties;
   std::vector<std::pair<std::string, int>> model;  // genre and per cent
+  struct Broadcast {
+    int daysAgo, hour, minute;
+  };
   struct Card : TitleCard {
     int32_t code = 0;
+    std::vector<Broadcast> broadcasts;  // the newest first
   };
   std::vector<Card> cards;
   struct Aired {
@@ -37,6 +41,9 @@ struct Case {
   std::vector<Aired> report;  // CODE is the place from 1
   std::vector<int> listed;    // places in cards
   std::vector<int> storedLater;
+  // The skeleton's own.
+  std::vector<std::string> positions;
+  bool alternate = false, cutDoubles = true;
 };
 
 class Generator {
@@ -57,10 +64,31 @@ class Generator {
     for (int i = 0, n = Pick(1, 4); i < n; ++i)
       c.model.emplace_back(genres[i], Pick(0, 4) == 0 ? 0 : Pick(1, 60));
     for (int i = 0, n = Pick(1, 30); i < n; ++i) c.cards.push_back(MakeCard(c));
-    for (int i = 0, n = Pick(0, 12); i < n; ++i)
+    // Some reports are longer than what is read of them, and some have the newest moment last.
+    const bool longReport = Pick(0, 39) == 0;
+    for (int i = 0, n = longReport ? Pick(520, 900) : Pick(0, 12); i < n; ++i)
       c.report.push_back({Artist(), DateSerial(c.now) - Pick(0, 20) / 100.0, Pick(0, 3) > 0});
+    if (Pick(0, 1) == 0)
+      std::stable_sort(c.report.begin(), c.report.end(),
+                       [](const auto& a, const auto& b) { return a.dateNum < b.dateNum; });
+    else if (longReport)  // the clock was set back, long ago
+      for (int i = Pick(1, 4); i > 0; --i) c.report[static_cast<size_t>(i)].dateNum += 1;
+    if (longReport)
+      for (Case::Card& card : c.cards)
+        if (card.artistGap > 0) card.artistGap = Pick(1, 600);
     for (int i = 0, n = Pick(0, 4); i < n; ++i) c.listed.push_back(Place(c));
     for (int i = 0, n = Pick(0, 2); i < n; ++i) c.storedLater.push_back(Place(c));
+    return c;
+  }
+  Case MakeSkeleton() {
+    Case c = Make();
+    const char* genres[] = {"POP", "ROCK", "L'ETE", "pop", " "};
+    c.positions = {genres[Pick(0, 3)]};
+    for (int i = 0, n = Pick(0, 4); i < n; ++i) c.positions.push_back(genres[Pick(0, 4)]);
+    const int shares[] = {-20, 0, 20, 30, 40, 50, 60, 100};
+    for (auto& [variety, share] : c.varieties) share = shares[Pick(0, 7)];
+    c.alternate = Pick(0, 3) > 0;
+    c.cutDoubles = Pick(0, 1) == 0;
     return c;
   }
 
@@ -91,9 +119,10 @@ class Generator {
     if (Pick(0, 2) == 0) return card;  // never played
     const double today = DaySerial(c.now.year, c.now.month, c.now.day);
     for (int i = 0, n = Pick(1, 8); i < n; ++i) {
-      const LocalDateTime day = FromDateSerial(today - Pick(0, 3));
-      card.diffusions.push_back(DateText(day) + " à " + TwoDigits(Pick(0, 23)) + ":" +
-                                TwoDigits(Pick(0, 59)));
+      const Case::Broadcast aired{Pick(0, 3), Pick(0, 23), Pick(0, 59)};
+      card.broadcasts.push_back(aired);
+      card.diffusions.push_back(DateText(FromDateSerial(today - aired.daysAgo)) + " à " +
+                                TwoDigits(aired.hour) + ":" + TwoDigits(aired.minute));
     }
     card.lastdiff = today - Pick(0, 6) / 2.0;  // ties are frequent
     return card;
@@ -109,41 +138,111 @@ struct Expected {
   std::vector<std::string> refusals;
 };
 
+std::string Capitals(std::string text) {
+  for (char& c : text)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return text;
+}
+
 class PlainRequest {
  public:
-  explicit PlainRequest(const Case& c) : c_(c), moment_(c.now) {}
+  explicit PlainRequest(const Case& c) : c_(c) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%02d/%02d/%04d %02d:%02d:%02d ", c.now.day, c.now.month,
+                  c.now.year, c.now.hour, c.now.minute, c.now.second);
+    moment_ = text;
+    std::snprintf(text, sizeof text, "%02d%02d", c.now.month, c.now.day);
+    monthDay_ = text;
+  }
 
   Expected Run() {
+    std::vector<std::string> genres;
+    for (const auto& [genre, percent] : c_.model) genres.push_back(genre);
+    std::vector<const Case::Card*> rows = QueryRows(genres);
+    std::vector<const Case::Card*> pool = Accepted(rows);
+    CutDoubles(pool);
+    SortByAge(pool);
+    Choose(pool);
+    return result_;
+  }
+  Expected RunSkeleton() {
+    std::vector<const Case::Card*> rows = QueryRows(c_.positions);
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](auto* a, auto* b) { return a->passes > b->passes; });
+    std::vector<const Case::Card*> pool = Accepted(rows);
+    if (c_.cutDoubles)
+      for (const Case::Card* card : CutDoubles(pool))
+        result_.refusals.push_back(moment_ + card->genre + "\t" + Upper(*card) + "\t" +
+                                   card->title + " supprimé car doublon d'artiste");
+    SortByAge(pool);
+    Lay(pool);
+    return result_;
+  }
+  // The rotation rules; `line` gets the refusal's line, where there is one.
+  bool Allowed(const Case::Card& card, std::string& line) const {
+    line.clear();
+    bool allowed = true;
+    if (!card.firstDay.empty() && !card.lastDay.empty())
+      allowed = card.firstDay <= monthDay_ && monthDay_ <= card.lastDay;
+    std::string reasons;
+    const auto refuse = [&](bool when, const std::string& reason) {
+      if (!when) return;
+      reasons += " >> " + reason;
+      allowed = false;
+    };
+    const auto above = [](int a, int b) { return std::to_string(a) + " > " + std::to_string(b); };
+    refuse(card.passes == 0, "Rotation = 0");
+    if (card.broadcasts.empty()) return allowed;
+    const Case::Broadcast& last = card.broadcasts[0];
+    const int apart = c_.now.hour * 60 + c_.now.minute - (last.hour * 60 + last.minute);
+    const int minutes = (apart < 0 ? -apart : apart) + last.daysAgo * 1440;
+    refuse(card.minutes > minutes,
+           "Ecart minutes pas assez important " + above(card.minutes, minutes));
+    refuse(card.days > last.daysAgo,
+           "Ecart jours pas assez important " + above(card.days, last.daysAgo));
+    int today = 0, hours = 0;
+    for (const Case::Broadcast& aired : card.broadcasts) today += aired.daysAgo == 0;
+    for (const char hour : card.hours) hours += hour == '1';
+    refuse(card.passes > 0 && today >= card.passes,
+           "Ecart nb passage jour atteint " + above(today, card.passes));
+    const int looked = hours < 2 ? 0 : hours >= c_.decalDiff ? c_.decalDiff : hours - 1;
+    bool sameHour = false;
+    for (int i = 0; i < looked && i < static_cast<int>(card.broadcasts.size()); ++i)
+      sameHour = sameHour || card.broadcasts[static_cast<size_t>(i)].hour == c_.now.hour;
+    refuse(sameHour, "pas autorisé dans cette tranche a cause du décalage");
+    if (!allowed) line = moment_ + card.genre + "\t" + card.artist + " " + card.title + reasons;
+    return allowed;
+  }
+
+ private:
+  std::vector<const Case::Card*> Accepted(const std::vector<const Case::Card*>& rows) {
     CollectRecentArtists();
-    std::vector<const Case::Card*> rows = QueryRows(), pool;
+    std::vector<const Case::Card*> pool;
     for (const Case::Card* card : rows) {
       if (Accepts(*card)) pool.push_back(card);
       if (c_.lectureBase > 0 && static_cast<int>(pool.size()) > c_.lectureBase * c_.minutes) break;
     }
+    return pool;
+  }
+  // Gives what it cut.
+  static std::vector<const Case::Card*> CutDoubles(std::vector<const Case::Card*>& pool) {
     std::stable_sort(pool.begin(), pool.end(),
                      [](auto* a, auto* b) { return Upper(*a) < Upper(*b); });
-    for (size_t i = 1; i < pool.size();)
-      if (Upper(*pool[i]) == Upper(*pool[i - 1]))
-        pool.erase(pool.begin() + static_cast<std::ptrdiff_t>(i));
-      else
-        ++i;
-    std::stable_sort(pool.begin(), pool.end(), [](auto* a, auto* b) {
-      return LastPlayedText(a->lastdiff) < LastPlayedText(b->lastdiff);
-    });
-    Choose(pool);
-    return result_;
+    std::vector<const Case::Card*> kept, cut;
+    for (const Case::Card* card : pool)
+      (!kept.empty() && Upper(*kept.back()) == Upper(*card) ? cut : kept).push_back(card);
+    pool = kept;
+    return cut;
   }
-  bool Allowed(const Case::Card& card) {
-    std::string line;
-    return RotationAllows(Rotation(card), moment_, c_.decalDiff, line);
+  // A title that was never played has 0.
+  static void SortByAge(std::vector<const Case::Card*>& pool) {
+    std::stable_sort(pool.begin(), pool.end(),
+                     [](auto* a, auto* b) { return a->lastdiff < b->lastdiff; });
   }
-
- private:
   static std::string Listed(const Case::Card& card) {
-    const std::string artist = Trim(card.artist);
-    return artist.empty() ? "Code " + std::to_string(card.code) : artist;
+    return card.artist.empty() ? "Code " + std::to_string(card.code) : card.artist;
   }
-  static std::string Upper(const Case::Card& card) { return UpperAscii(Listed(card)); }
+  static std::string Upper(const Case::Card& card) { return Capitals(Listed(card)); }
 
   std::vector<const Case::Aired*> NewestFirst() const {
     std::vector<const Case::Aired*> rows;
@@ -157,17 +256,17 @@ class PlainRequest {
   void CollectRecentArtists() {
     int left = c_.ecartArtiste;
     for (const Case::Aired* aired : NewestFirst())
-      if (aired->music && left-- > 0) recent_.push_back(UpperAscii(aired->artist));
+      if (aired->music && left-- > 0) recent_.push_back(Capitals(aired->artist));
     for (const int place : c_.listed)
-      recent_.push_back(UpperAscii(c_.cards[static_cast<size_t>(place)].artist));
+      recent_.push_back(Capitals(c_.cards[static_cast<size_t>(place)].artist));
     std::sort(recent_.begin(), recent_.end());
   }
 
-  std::vector<const Case::Card*> QueryRows() const {
+  std::vector<const Case::Card*> QueryRows(const std::vector<std::string>& genres) const {
     std::vector<const Case::Card*> rows;
     for (const Case::Card& card : c_.cards) {
-      const bool asked = std::any_of(c_.model.begin(), c_.model.end(), [&](const auto& genre) {
-        return UpperAscii(genre.first) == UpperAscii(card.genre);
+      const bool asked = std::any_of(genres.begin(), genres.end(), [&](const auto& genre) {
+        return Capitals(genre) == Capitals(card.genre);
       });
       if (asked && card.hours[static_cast<size_t>(c_.now.hour)] == '1') rows.push_back(&card);
     }
@@ -176,35 +275,20 @@ class PlainRequest {
     return rows;
   }
 
-  CardRotation Rotation(const Case::Card& card) const {
-    CardRotation rotation;
-    rotation.Genre = card.genre;
-    rotation.Auteur = card.artist;
-    rotation.Titre = card.title;
-    rotation.MMJJDebut = card.firstDay;
-    rotation.MMJJFin = card.lastDay;
-    rotation.NBPASSJOUR = card.passes;
-    rotation.ECARTMINUTES = card.minutes;
-    rotation.ECARTJOURS = card.days;
-    rotation.Tranche = card.hours;
-    for (size_t i = 0; i < card.diffusions.size(); ++i) rotation.Diffusion[i] = card.diffusions[i];
-    return rotation;
-  }
-
   bool Accepts(const Case::Card& card) {
     std::string line;
-    const bool allowed = RotationAllows(Rotation(card), moment_, c_.decalDiff, line);
+    const bool allowed = Allowed(card, line);
     if (!line.empty()) result_.refusals.push_back(line);
     if (!allowed) return false;
     for (const auto* places : {&c_.listed, &c_.storedLater})
       for (const int place : *places)
         if (c_.cards[static_cast<size_t>(place)].code == card.code) return false;
-    return card.artistGap > 0 ? FarInReport(card) : NotRecent(UpperAscii(Trim(card.artist)));
+    return card.artistGap > 0 ? FarInReport(card) : NotRecent(Capitals(card.artist));
   }
 
   bool FarInReport(const Case::Card& card) const {
     for (const Case::Aired* aired : NewestFirst()) {
-      if (UpperAscii(aired->artist) != UpperAscii(Trim(card.artist))) continue;
+      if (Capitals(aired->artist) != Capitals(card.artist)) continue;
       const auto code = aired - c_.report.data() + 1;
       return static_cast<int>(c_.report.size()) - code >= card.artistGap;
     }
@@ -251,8 +335,45 @@ class PlainRequest {
     }
   }
 
+  // The twentieth of a share, rounded to even, at least 1.
+  static int MostInARow(int share) {
+    const std::map<int, int> runs = {{-20, -1}, {0, 1},  {20, 1}, {30, 2},
+                                     {40, 2},   {50, 2}, {60, 3}, {100, 5}};
+    return runs.at(share);
+  }
+
+  // As many passes as the four seconds of a simulated request allow would take: a request that ends
+  // earlier must not have missed a title.
+  void Lay(std::vector<const Case::Card*> pool) {
+    const int mostNat = MostInARow(c_.varieties.front().second);
+    const int mostInt = MostInARow(c_.varieties.back().second);
+    int nat = 0, international = 0;
+    float seconds = 0;
+    const auto refuses = [&](const Case::Card& card) {
+      const std::string origin = card.variety.substr(0, 3);
+      if (!c_.alternate || (origin != "NAT" && origin != "INT")) return false;
+      (origin == "NAT" ? international : nat) = 0;
+      return origin == "NAT" ? ++nat > mostNat : ++international > mostInt;
+    };
+    for (int pass = 0; pass < 400 && seconds / 60 <= static_cast<float>(c_.minutes); ++pass)
+      for (const std::string& position : c_.positions) {
+        for (size_t j = 0; j < pool.size(); ++j) {
+          if (position == " " || pool[j]->genre != position || refuses(*pool[j])) continue;
+          seconds += static_cast<float>(pool[j]->lengthMs / 1000);
+          result_.codes.push_back(pool[j]->code);
+          lastPass = pass;
+          pool.erase(pool.begin() + static_cast<std::ptrdiff_t>(j));
+          break;
+        }
+      }
+  }
+
+ public:
+  int lastPass = -1;  // of a skeleton: the last pass that listed a title
+
+ private:
   const Case& c_;
-  RotationMoment moment_;
+  std::string moment_, monthDay_;
   std::vector<std::string> recent_;
   Expected result_;
 };
@@ -274,13 +395,16 @@ void Mix(std::vector<int32_t>& codes, size_t from, std::map<int32_t, const Case:
 
 void Fill(RequestStation& s, Case& c) {
   Transaction all(s.station.base.Db());
-  for (const char* table : {"Discotheque", "Variete", "Models", "Rapport", "Playlist", "Pls"})
+  for (const char* table :
+       {"Discotheque", "Variete", "Models", "ModelSquelette", "Rapport", "Playlist", "Pls"})
     s.Execute("DELETE * FROM " + std::string(table));
   s.station.PL.Clear();
   s.Requests() = {};
   s.station.modelEditor = {};
   for (const auto& [name, percent] : c.varieties) s.Variety(name, percent);
   for (const auto& [genre, percent] : c.model) s.Model(JourSemaineCourant(c.now), genre, percent);
+  for (const std::string& genre : c.positions)
+    s.Position(JourSemaineCourant(c.now), c.now.hour, genre);
   for (Case::Card& card : c.cards) card.code = s.Add(card);
   for (const Case::Aired& aired : c.report)
     s.Report(aired.artist, aired.dateNum, aired.music ? "POP" : "PUB");
@@ -292,6 +416,9 @@ void Fill(RequestStation& s, Case& c) {
     s.Execute("INSERT INTO Pls (NUMPLS, DISCOTHEQUE) VALUES (1, " +
               std::to_string(c.cards[static_cast<size_t>(place)].code) + ")");
   s.station.screen.CadrePLVisible = true;  // all of Pls counts
+  s.SetCnf("Squelette", c.positions.empty() ? 0 : -1);
+  s.SetCnf("CheckNational", c.alternate ? 1 : 0);
+  s.localValues.Set("CheckDoublonYN", c.cutDoubles ? "0" : "1");
   s.SetCnf("DecalDiff", c.decalDiff);
   s.SetCnf("EcartArtiste", c.ecartArtiste);
   s.station.lists.LectureBase = c.lectureBase;
@@ -321,7 +448,10 @@ TEST(RequestProperties, ARequestGivesWhatTheAlgorithmSaysAndKeepsItsPromises) {
     ASSERT_EQ(s.Requests().ListAutorisation, expected.refusals);
     given.erase(given.begin(), given.begin() + static_cast<std::ptrdiff_t>(before));
 
-    for (const int32_t code : given) ASSERT_TRUE(plain.Allowed(*cards[code])) << code;
+    for (const int32_t code : given) {
+      std::string line;
+      ASSERT_TRUE(plain.Allowed(*cards[code], line)) << code;
+    }
     ASSERT_EQ(std::set<int32_t>(given.begin(), given.end()).size(), given.size());
     // By age, and no pair above its share but for the title that closed it.
     std::map<std::pair<std::string, std::string>, int> seconds;
@@ -345,6 +475,38 @@ TEST(RequestProperties, ARequestGivesWhatTheAlgorithmSaysAndKeepsItsPromises) {
   EXPECT_EQ(s.LastError(), "");
   EXPECT_GT(taken, kCases);  // the cases are no empty ones
   EXPECT_GT(refused, kCases);
+}
+
+// And that it ends with its second pass without a title, though none of the 400 that follow would
+// find one.
+TEST(RequestProperties, ASkeletonRequestGivesWhatTheAlgorithmSaysAndMissesNoTitle) {
+  RequestStation s;
+  int taken = 0, refused = 0, ended = 0;
+  for (unsigned seed = 1; seed <= kCases; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    Case c = Generator(seed).MakeSkeleton();
+    Fill(s, c);
+    s.loop.SetWallClock(c.now);
+    PlainRequest plain(c);
+    const Expected expected = plain.RunSkeleton();
+    const std::vector<int32_t> before = s.Listed();
+    const int64_t beginMs = s.loop.MonotonicMs();
+    s.Request(c.minutes);
+
+    std::vector<int32_t> whole = before;
+    whole.insert(whole.end(), expected.codes.begin(), expected.codes.end());
+    ASSERT_EQ(s.Listed(), whole);
+    ASSERT_EQ(s.Requests().ListAutorisation, expected.refusals);
+    const int64_t passes = s.loop.MonotonicMs() - beginMs;  // a millisecond each
+    ASSERT_LE(passes, plain.lastPass + 3);
+    taken += static_cast<int>(expected.codes.size());
+    refused += static_cast<int>(expected.refusals.size());
+    ended += passes == plain.lastPass + 3;
+  }
+  EXPECT_EQ(s.LastError(), "");
+  EXPECT_GT(taken, kCases);  // the cases are no empty ones
+  EXPECT_GT(refused, kCases);
+  EXPECT_GT(ended, kCases / 4);
 }
 
 }  // namespace

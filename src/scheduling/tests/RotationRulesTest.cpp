@@ -1,10 +1,10 @@
 // The rules on one card, with every number worked out by hand; then the artist tests on a report.
 #include <gtest/gtest.h>
 
-#include "scheduling/RecentReport.h"
 #include "scheduling/RequestError.h"
 #include "scheduling/RotationRules.h"
 #include "scheduling/tests/RequestFixture.h"
+#include "station/BaseFiles.h"
 #include "station/TimeForms.h"
 
 namespace zemo {
@@ -203,6 +203,55 @@ TEST_F(RotationRules, ReasonsComeInTheOrderOfTheTests) {
             " >> pas autorisé dans cette tranche a cause du décalage");
 }
 
+// Summer time ended at 03:00, which was 02:00 again. Played in the first 02:45, asked in the second
+// 02:50: five minutes by the wall clock, and really 65.
+TEST_F(RotationRules, WhereTheClockWentBackATitleRestsFromWhenItReallyAired) {
+  card.NBPASSJOUR = 8;
+  card.ECARTMINUTES = 65;
+  card.Diffusion[0] = "25/10/2026 à 02:45";
+  EXPECT_FALSE(At("2026-10-25 02:50:00"));
+  card.restedMinutes = 65;
+  EXPECT_TRUE(At("2026-10-25 02:50:00")) << line;
+  EXPECT_EQ(line, "");
+  card.restedMinutes = 64;
+  EXPECT_FALSE(At("2026-10-25 02:49:00"));
+  EXPECT_EQ(line,
+            "25/10/2026 02:49:00 POP\tARTIST TITLE >> Ecart minutes pas assez important 65 > 64");
+}
+
+// The wall clock counts where it has more: it was set forward, or the machine slept.
+TEST_F(RotationRules, AClockThatWentOnIsTakenAtItsWord) {
+  card.NBPASSJOUR = 8;
+  card.ECARTMINUTES = 120;
+  card.Diffusion[0] = "25/10/2026 à 10:00";
+  card.restedMinutes = 60;
+  EXPECT_TRUE(At("2026-10-25 12:00:00")) << line;
+}
+
+// A clock that stood a year ahead: the broadcast lies in the future. A day of rest is 24 hours.
+TEST_F(RotationRules, ABroadcastInTheFutureKeepsATitleNoLongerThanItsGaps) {
+  card.ECARTMINUTES = 120;
+  card.ECARTJOURS = 1;
+  card.Diffusion[0] = "21/11/2027 à 12:00";
+  EXPECT_FALSE(At("2026-11-21 14:00:00"));
+  card.restedMinutes = 1439;
+  EXPECT_FALSE(At("2026-11-22 11:59:00"));
+  card.restedMinutes = 1440;
+  EXPECT_TRUE(At("2026-11-22 12:00:00")) << line;
+}
+
+// The first 02:45 was 01:45 by the clock of the second hour; ten minutes ago is 02:35 by either.
+TEST_F(RotationRules, TheShiftTakesTheFirstOfTwoEqualHoursForTheHourBefore) {
+  card.NBPASSJOUR = 8;
+  card.Diffusion[0] = "25/10/2026 à 02:45";
+  EXPECT_FALSE(At("2026-10-25 02:50:00", 1));
+  card.restedMinutes = 65;
+  EXPECT_TRUE(At("2026-10-25 02:50:00", 1)) << line;
+  card.Diffusion[0] = "25/10/2026 à 02:40";
+  card.restedMinutes = 10;
+  EXPECT_FALSE(At("2026-10-25 02:50:00", 1));
+}
+
 // --- on a base ---
 
 TEST(RotationRulesOnABase, TheCursorsCardIsTestedAndItsRefusalLogged) {
@@ -223,6 +272,31 @@ TEST(RotationRulesOnABase, TheCursorsCardIsTestedAndItsRefusalLogged) {
   EXPECT_EQ(s.Requests().ListAutorisation[0],
             "21/11/2026 10:55:00 POP\tARTIST TITLE"
             " >> Ecart minutes pas assez important 120 > 55");
+}
+
+TEST(RotationRulesOnABase, OnlyTheBroadcastThatThisRunAiredIsTimedByItsOwnClock) {
+  RequestStation s("2026-11-21 10:00:00");
+  TitleCard played;
+  played.minutes = 30;
+  played.diffusions = {"21/11/2026 à 10:05"};  // the clock goes back behind it
+  const int32_t code = s.Add(played);
+  s.Requests().airings[code] = {0, "21/11/2026 à 10:05"};
+  Recordset& cards = *s.station.base.Tables().Discotheque;
+  cards.SetIndex("CODE");
+  const auto allowed = [&] {
+    cards.Seek("=", int64_t{code});
+    return CheckRotation(s.station);
+  };
+  s.Execute("UPDATE Discotheque SET NBPASSJOUR = 8");
+  s.RunUntil(29 * 60000 + 59000);
+  s.loop.SetWallClock(ParseMoment("2026-11-21 10:10:00"));
+  EXPECT_FALSE(allowed());
+  s.RunUntil(30 * 60000);
+  s.loop.SetWallClock(ParseMoment("2026-11-21 10:10:00"));
+  EXPECT_TRUE(allowed());
+  s.Execute("UPDATE Discotheque SET DIFFUSION01 = '21/11/2026 à 10:06'");  // another machine
+  EXPECT_FALSE(allowed());
+  EXPECT_EQ(s.Requests().ListAutorisation.size(), 2U);
 }
 
 TEST(RecentArtists, AreThoseOfTheNewestRowsWithoutSpotsJinglesAndPipsAndOfTheWholeList) {
@@ -301,15 +375,22 @@ TEST(RecentArtists, RowsAddedAfterwardsAndPurgedOnesAreSeen) {
   EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 4", "ARTIST 5"}));
 }
 
+// The other base has as many rows and was changed more often; its newest row is one of the first.
 TEST(RecentArtists, OfAnotherBaseAreReadAnew) {
+  RequestStation other;
+  other.SetCnf("EcartArtiste", 1);
+  FillLongReport(other, 46001);
+  for (int i = 0; i < 3; ++i) other.SetCnf("Veille", i);
   RequestStation s;
   s.SetCnf("EcartArtiste", 1);
   FillLongReport(s, 46000);
   LoadArtistesRecents(s.station);
-  s.Execute("UPDATE Rapport SET DATENUM = 46001 WHERE CODE = 7");  // as if it were another report
-  ForgetReport(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"ARTIST 2000"});
+  s.station.base.Close();
+  s.stationFolder.Write("Triskin.MDB", *other.stationFolder.Read("Triskin.MDB"));
+  OpenBaseAgain(s.station);
   LoadArtistesRecents(s.station);
-  EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"ARTIST 7"});
+  EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"ARTIST 10"});
 }
 
 TEST(RecentArtists, AReportThatCannotBeReadLeavesTheArtistsOfTheList) {

@@ -36,7 +36,6 @@ struct NoLoop : EventLoop {
   void Yield() override {}
   void WaitYield() override {}
   void PassYield() override {}
-  void PassRest(int64_t) override {}
   std::unique_ptr<LoopTimer> MakeTimer(int, std::function<void()>) override {
     return std::make_unique<NoTimer>();
   }

@@ -72,8 +72,6 @@ void RealEventLoop::PassYield() {
   Yield();
 }
 
-void RealEventLoop::PassRest(int64_t) {}
-
 std::unique_ptr<LoopTimer> RealEventLoop::MakeTimer(int intervalMs, std::function<void()> handler) {
   return std::make_unique<Timer>(*this, intervalMs, std::move(handler));
 }

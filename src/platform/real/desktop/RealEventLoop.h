@@ -24,7 +24,6 @@ class RealEventLoop : public EventLoop {
   void Yield() override;
   void WaitYield() override;  // comes back at the first event, after 10 ms at the latest
   void PassYield() override;
-  void PassRest(int64_t untilMonotonicMs) override;
   std::unique_ptr<LoopTimer> MakeTimer(int intervalMs, std::function<void()> handler) override;
   void Post(std::function<void()> order) override;
   uint64_t EventsServed() const override { return served_; }
