@@ -17,6 +17,7 @@
 #include "settings/SerialInput.h"
 #include "settings/SideFiles.h"
 #include "station/BaseCompaction.h"
+#include "station/BaseFiles.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -87,6 +88,7 @@ void OpenTables(Station& station) {
   Guarded(station, "OpenAllTables", [&] { station.base.OpenAllTables(); });
   Guarded(station, "SeedFixedRows", [&] { station.base.SeedFixedRows(); });
   CheckStructures(station);
+  TellGaps(station);
   station.engine.baseWasOpen = true;
 }
 
