@@ -314,6 +314,9 @@ void TableCursor::Set(std::string_view name, const Value& value) {
     throw StoreError(kErrNoEdit, "table " + table_->Name + " is not being edited");
   }
   const zemo::Field& field = table_->Fields[at];
+  // A setting that cannot be stored is told to whoever sets it.
+  if (field.Missing && SameName(table_->Name, "Cnf"))
+    throw StoreError(kErrNoSuchField, "no field " + table_->Name + '.' + field.Name);
   if (!field.Missing) changes_[at] = InFieldType(*table_, field, value);
 }
 
