@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "platform/BoundedRead.h"
 #include "platform/Folder.h"
 #include "settings/SideFileIo.h"
 #include "station/SideFileText.h"
@@ -42,7 +43,7 @@ std::string CampaignFilePath(std::string_view soundFile, std::string_view ending
 std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path) {
   if (path.empty()) return std::nullopt;
   if (InStationFolder(path)) return ReadSideFile(station.platform.stationFolder, path);
-  const auto bytes = station.platform.soundFiles.Read(path);
+  const auto bytes = ReadBounded(station.platform.soundFiles, path);
   return bytes ? std::optional(DecodeSideFile(*bytes)) : std::nullopt;
 }
 
