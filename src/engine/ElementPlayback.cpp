@@ -212,8 +212,10 @@ void RestartOutput(Station& station, const Incoming& element) {
   TellStart(station, element, 0);
 }
 
+// One that is longer than the cycle would pass it on a fresh output as well.
 bool CycleWouldOverflow(Station& station) {
   const SoundChain& sound = station.platform.sound;
+  if (station.engine.ElementLengthMs > sound.CycleMax()) return false;
   return static_cast<int64_t>(sound.OutputPosition()) + station.engine.ElementLengthMs >
          sound.CycleMax();
 }

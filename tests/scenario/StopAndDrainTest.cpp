@@ -117,6 +117,19 @@ TEST_F(StopAndDrain, OutputIsRestartedOnSlotZeroWhenCycleMaxiWouldBePassed) {
   EXPECT_EQ(on.First("output", "state", "close")->atMs, 12000);
 }
 
+// A fresh output would be passed as well.
+TEST_F(StopAndDrain, AnElementLongerThanTheCycleRestartsNothing) {
+  on.Set("CycleMaxi", "5000");
+  Append(10000);
+  Append(10000);
+  on.Start();
+  on.RunUntil(15000);
+  const auto starts = on.Starts();
+  ASSERT_EQ(starts.size(), 2U) << on.Describe();
+  EXPECT_EQ(starts[1].atMs, 8500);  // 100 + 10000 - 1600
+  EXPECT_EQ(on.First("output", "state", "close"), nullptr);
+}
+
 TEST_F(StopAndDrain, ClosingIsRefusedWhileRunning) {
   Append(10000);
   on.Start();
