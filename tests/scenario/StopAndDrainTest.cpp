@@ -4,6 +4,7 @@
 
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
+#include "engine/Startup.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -134,8 +135,12 @@ TEST_F(StopAndDrain, ClosingIsRefusedWhileRunning) {
   Append(10000);
   on.Start();
   on.RunUntil(1000);
+  EXPECT_FALSE(Form_QueryUnload(on.station));
   EXPECT_TRUE(on.station.engine.IsRunning);
   EXPECT_TRUE(on.station.base.IsOpen());
+  Append(5000);
+  on.RunUntil(9000);
+  EXPECT_EQ(on.Starts().size(), 2U) << on.Describe();  // the tick goes on: 100 + 10000 - 1600
 }
 
 TEST_F(StopAndDrain, SpaceTogglesAtMostOnceInTwoSeconds) {
