@@ -7,6 +7,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "app/StationPaths.h"
 #include "engine/EmergencyFolder.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "platform/real/files/WholeFiles.h"
@@ -93,6 +94,7 @@ bool IsBesideBase(const std::string& name) {
 }  // namespace
 
 void CopyStation(const std::string& from, const std::string& to) {
+  RefuseIrregularBase(from);
   const std::string base = EntryNamed(from, kBaseName);
   CopyWanted(from, to, [&](const fs::path& path) {
     const std::string name = path.filename().string();

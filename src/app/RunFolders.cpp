@@ -21,6 +21,7 @@ std::string MakeStationFolder(const CommandLine& line) {
   std::filesystem::create_directories(folder, error);
   if (!std::filesystem::is_directory(folder))
     throw std::runtime_error("cannot make the station folder " + folder + ": " + error.message());
+  RefuseIrregularBase(folder);
   return folder;
 }
 

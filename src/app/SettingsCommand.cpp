@@ -51,6 +51,7 @@ SimFolders FoldersOf(const CommandLine& line) {
     throw std::runtime_error("there is no station folder " + folders.station);
   if (EntryNamed(folders.station, "Triskin.MDB").empty())
     throw std::runtime_error("there is no base Triskin.MDB in " + folders.station);
+  RefuseIrregularBase(folders.station);
   return folders;
 }
 

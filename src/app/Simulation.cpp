@@ -63,6 +63,7 @@ class Workplace {
     const std::string station = line.station.empty() ? DefaultStationFolder() : line.station;
     if (!std::filesystem::is_directory(station))
       throw std::runtime_error("there is no station folder " + station);
+    RefuseIrregularBase(station);
     folders_ = {.station = station, .machine = line.machine, .copiedFrom = {}, .changed = {}};
     if (line.inPlace && !line.machine.empty()) return;
 

@@ -37,11 +37,22 @@ std::string DefaultMachineFolder() {
   return UserFolder("XDG_CONFIG_HOME", "/.config");
 }
 
+void RefuseIrregularBase(const std::string& folder) {
+  const std::string name = EntryNamed(folder, kBaseName);
+  const std::string path = (std::filesystem::path(folder) / name).string();
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  if (name.empty() || std::filesystem::is_regular_file(status) || !std::filesystem::exists(status))
+    return;
+  throw std::runtime_error(path + " is not a regular file: it cannot be a base");
+}
+
 void RequireStation(const std::string& folder) {
   if (!std::filesystem::is_directory(folder))
     throw std::runtime_error("there is no station folder " + folder);
   if (EntryNamed(folder, kBaseName).empty())
     throw std::runtime_error("there is no base Triskin.MDB in " + folder);
+  RefuseIrregularBase(folder);
 }
 
 }  // namespace zemo

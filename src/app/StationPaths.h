@@ -12,7 +12,12 @@ std::string DefaultStationFolder();
 // The user's configuration folder. Throws as above.
 std::string DefaultMachineFolder();
 
-// Throws std::runtime_error with one line where there is no such folder, or no base in it.
+// Throws std::runtime_error with one line where there is no such folder, or no base in it
+// that is a file.
 void RequireStation(const std::string& folder);
+
+// Throws the same where what is named as the base is a pipe, a device or a folder: to open some of
+// these is to wait for them. Nothing where there is none, or a link that leads nowhere.
+void RefuseIrregularBase(const std::string& folder);
 
 }  // namespace zemo

@@ -75,11 +75,23 @@ void ServePlaylistMarker(Station& station, int32_t code) {
   }
 }
 
+// A pipe, a folder or a device in the place of a file is told as what it is. The reading refuses it
+// without waiting for it.
+void TellWhatStandsThere(Station& station, const std::string& file) {
+  try {
+    station.platform.soundFiles.Read(file);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "PlayWave");
+  }
+}
+
 // True when the element can be loaded; otherwise the row starts nothing and the reason is told.
 bool HasFile(Station& station, const std::string& file, int32_t code) {
   if (!file.empty() && station.platform.soundFiles.Exists(file)) return true;
   const bool marker = code == Element::kStartPlaylist || code == Element::kEndPlaylist;
-  if (!marker) station.events.Skip(code, file, file.empty() ? "empty" : "missing");
+  if (marker) return false;
+  if (!file.empty()) TellWhatStandsThere(station, file);
+  station.events.Skip(code, file, file.empty() ? "empty" : "missing");
   return false;
 }
 
@@ -212,8 +224,10 @@ void RestartOutput(Station& station, const Incoming& element) {
   TellStart(station, element, 0);
 }
 
+// One that is longer than the cycle would pass it on a fresh output as well.
 bool CycleWouldOverflow(Station& station) {
   const SoundChain& sound = station.platform.sound;
+  if (station.engine.ElementLengthMs > sound.CycleMax()) return false;
   return static_cast<int64_t>(sound.OutputPosition()) + station.engine.ElementLengthMs >
          sound.CycleMax();
 }

@@ -189,11 +189,8 @@ void ShowClock(Station& station, const Moment& at) {
   }
 }
 
-void ReloadDayTimes(Station& station, const Moment& at) {
-  if (at.now.minute != 0) return;
-  const int day = JourSemaineCourant(at.now) - 1;
-  LoadSaveStartStop(station, "Load", day, true);
-  LoadSaveTopage(station, "Load", day, true);
+void LookForDayTimes(Station& station, const Moment& at) {
+  if (at.now.minute == 0) ReloadDayTimes(station, JourSemaineCourant(at.now) - 1);
 }
 
 void ServeTimedStart(Station& station, const Moment& at) {
@@ -688,7 +685,7 @@ void RunTick(Station& station) {
     Step(station, at, [&] { PrepareReturnFromSatellite(station); });                      // 2
   Step(station, at, [&] { ServeKeys(station, at); });                                     // 4
   ShowClock(station, at);                                                                 // 5
-  ReloadDayTimes(station, at);                                                            // 6
+  LookForDayTimes(station, at);                                                           // 6
   Step(station, at, [&] { ServeTimedStart(station, at); });                               // 7
   Step(station, at, [&] { ServeTopageTimes(station, at); });                              // 8
   station.screen.LblMode = engine.IsAutomatic ? "Mode Automatique" : "Mode Direct Live";  // 9
@@ -701,7 +698,9 @@ void RunTick(Station& station) {
     Step(station, at, [&] { ServeGridSignalAtRest(station, at); });
   } else {
     Step(station, at, [&] { ServeIntroOverlay(station, at); });  // 15
-    if (ServeTimedStop(station, at)) return;                     // 16
+    bool fades = false;
+    Step(station, at, [&] { fades = ServeTimedStop(station, at); });  // 16
+    if (fades) return;
     Step(station, at, [&] { ServeBreaks(station, at); });
     Step(station, at, [&] { ServeHourPip(station, at.now); });  // 17
     ServeMode(station, at);                                     // 18

@@ -17,6 +17,8 @@
 #include "settings/SerialInput.h"
 #include "settings/SideFiles.h"
 #include "station/BaseCompaction.h"
+#include "station/BaseFiles.h"
+#include "station/OutputBuffers.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -87,6 +89,7 @@ void OpenTables(Station& station) {
   Guarded(station, "OpenAllTables", [&] { station.base.OpenAllTables(); });
   Guarded(station, "SeedFixedRows", [&] { station.base.SeedFixedRows(); });
   CheckStructures(station);
+  TellGaps(station);
   station.engine.baseWasOpen = true;
 }
 
@@ -105,7 +108,10 @@ void ConfigureSound(Station& station) {
   SoundChain& sound = station.Sound();
   const auto cycleMs = static_cast<int32_t>(station.base.CnfInt(Cnf::kCycleMaxi));
   const auto bufferBytes = static_cast<int>(station.base.CnfInt(Cnf::kBuffers));
-  const auto buffers = static_cast<int>(station.base.CnfInt(Cnf::kNbrBuffers));
+  const int64_t wanted = station.base.CnfInt(Cnf::kNbrBuffers);
+  const auto buffers = static_cast<int>(std::min(wanted, MostBuffers(bufferBytes)));
+  if (const std::string why = WhyTooManyBuffers(bufferBytes, wanted); !why.empty())
+    LogError(station, "Form_Load", kErrOverflow, "NbrBuffers: " + why);
   sound.SetCycleMax(cycleMs);
   station.screen.LblMaxPlayInfo = HoursMinutesText(cycleMs);
   sound.SetRing(bufferBytes, buffers * 2);
@@ -113,19 +119,15 @@ void ConfigureSound(Station& station) {
   CalculOffset(station);
 }
 
+// Also without a port: one that is chosen later is heard at once.
 void CaptureJoystick(Station& station) {
-  Joystick& joystick = station.platform.joystick;
-  const auto port = static_cast<int>(station.base.CnfInt(Cnf::kJoystiquePort));
-  station.engine.JoystickInUse = port > 0;
-  station.screen.LedJoystique.visible = port > 0;
-  if (port <= 0) return;
-  joystick.OnButton([&station](int button, bool down) {
+  station.platform.joystick.OnButton([&station](int button, bool down) {
     if (down)
       JoystickButtonDown(station, button);
     else
       JoystickButtonUp(station, button);
   });
-  if (joystick.Open(port)) station.screen.LedJoystique = "Joy";
+  UseJoystick(station, static_cast<int>(station.base.CnfInt(Cnf::kJoystiquePort)));
 }
 
 // The automaton of a machine whose settings name its port.

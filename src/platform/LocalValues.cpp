@@ -7,6 +7,7 @@
 #include <charconv>
 #include <system_error>
 
+#include "platform/BoundedRead.h"
 #include "platform/Folder.h"
 #include "platform/NameValueLines.h"
 
@@ -55,7 +56,7 @@ std::string AsLine(std::string_view text) {
 
 std::optional<std::string> LocalValues::Get(std::string_view name) const {
   try {
-    const std::optional<std::string> bytes = machine_.Read(kFileName);
+    const std::optional<std::string> bytes = ReadBounded(machine_, kFileName);
     if (!bytes) return std::nullopt;
     const std::optional<NameValueLine> line = FindLine(*bytes, name);
     return line ? std::optional(std::string(line->value)) : std::nullopt;
@@ -88,7 +89,7 @@ void LocalValues::Set(std::string_view name, std::string_view value) {
   const std::string key = AsLine(name);
   if (key.empty() || key.find('=') != std::string::npos)
     throw FileError("Settings.Ini: \"" + key + "\" cannot name a value");
-  std::string bytes = machine_.Read(kFileName).value_or(std::string());
+  std::string bytes = ReadBounded(machine_, kFileName).value_or(std::string());
   if (const auto line = FindLine(bytes, key)) {
     bytes.replace(line->valueBegin, line->valueLength, AsLine(value));
   } else {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/BoundedRead.h"
 #include "platform/Folder.h"
 #include "settings/SideFiles.h"
 #include "station/Station.h"
@@ -14,7 +15,7 @@ constexpr const char* kBetween = ",;\t\r\n ";
 }
 
 std::optional<ExtractMarks> ReadExtractMarks(const Station& station, std::string_view soundFile) {
-  const auto bytes = station.platform.soundFiles.Read(SideFilePath(soundFile, "mar"));
+  const auto bytes = ReadBounded(station.platform.soundFiles, SideFilePath(soundFile, "mar"));
   if (!bytes) return std::nullopt;
   ExtractMarks marks;
   marks.startMs = static_cast<int32_t>(Val(*bytes));

@@ -1,4 +1,5 @@
-// The lock of the settings: "ZemoPasseWord.Ini" with its state and the password in plain text.
+// The lock of the settings: "ZemoPasseWord.Ini" with its state and the password in plain text. It
+// is written for the machine; a machine without one reads the station's.
 #include <exception>
 
 #include "platform/Folder.h"
@@ -20,9 +21,16 @@ void Save(Station& station, const std::string& password) {
                        BoolField(lists.Locked) + "," + QuotedField(password) + "\r\n");
 }
 
+// The machine's own, else one for all machines of the station.
+std::optional<std::string> ReadLock(Station& station) {
+  const std::string& name = station.files.ZemoPasseWord;
+  auto text = ReadSideFile(station.platform.machineFolder, name);
+  return text ? text : ReadSideFile(station.platform.stationFolder, name);
+}
+
 void Load(Station& station, std::string& password) {
   EngineLists& lists = station.lists;
-  if (const auto text = ReadSideFile(station.platform.machineFolder, station.files.ZemoPasseWord)) {
+  if (const auto text = ReadLock(station)) {
     const std::vector<SideField> fields = ReadFields(*text);
     lists.Locked = !fields.empty() && fields[0].AsBool(false);
     lists.Password = fields.size() > 1 ? fields[1].text : std::string();

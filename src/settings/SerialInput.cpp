@@ -1,5 +1,6 @@
 #include "settings/SerialInput.h"
 
+#include "platform/Joystick.h"
 #include "platform/LocalValues.h"
 #include "platform/SerialPort.h"
 #include "station/Station.h"
@@ -39,6 +40,16 @@ std::string PortCom_Click(Station& station, int option, const std::string& setti
     LogCurrentException(station, kRoutine);
     return {};
   }
+}
+
+bool UseJoystick(Station& station, int port) {
+  Joystick& joystick = station.platform.joystick;
+  station.engine.JoystickInUse = port > 0;
+  station.screen.LedJoystique.visible = port > 0;
+  const bool answers = port > 0 && joystick.Open(port);
+  if (port <= 0) joystick.Close();
+  if (answers) station.screen.LedJoystique = "Joy";
+  return answers;
 }
 
 }  // namespace zemo

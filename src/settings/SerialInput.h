@@ -17,4 +17,8 @@ std::string LineSetting(const Station& station);
 // that cannot be opened is logged besides. Never throws. Thread: the logic's.
 std::string PortCom_Click(Station& station, int option, const std::string& setting);
 
+// Port 1 and up: the joystick there is heard from now on, also one that is plugged in later; 0:
+// none. JoystickInUse and LedJoystique follow. True when one answers. Thread: the logic's.
+bool UseJoystick(Station& station, int port);
+
 }  // namespace zemo

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "settings/SettingsCouplings.h"
+#include "station/OutputBuffers.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -50,8 +51,11 @@ std::vector<SettingsControl> MakeControls() {
             "mix point of hour pips"),
       Field("EnchJingles", kPmixJingles, K::kSlider, &S::EnchJingles, kMost16, "ms",
             "mix point of jingles"),
-      Field("MaxPlay", kCycleMaxi, K::kNumber, &S::MaxPlay, kMost32, "ms",
-            "maximum cycle: the longest run of the output stream before it is restarted"),
+      Field(
+          "MaxPlay", kCycleMaxi, K::kNumber, &S::MaxPlay, kMost32, "ms",
+          "maximum cycle: the longest run of the output stream before it is restarted, which costs "
+          "up to 2 s of air; this output needs none, and at the highest number one comes in 24 "
+          "days"),
       Field("Buffers", kBuffers, K::kNumber, &S::Buffers, kMost16, "bytes",
             "size of one audio buffer; takes effect at the next start"),
       Field("CheckPub", kPrioritePubs, K::kCheck, &S::CheckPub, 1, "", "spots have priority"),
@@ -86,7 +90,7 @@ std::vector<SettingsControl> MakeControls() {
       Field("PictureColor", kCouleurdesCompteur, K::kColour, &S::PictureColor, kMostColour, "",
             "colour of the counters: red + 256 x green + 65536 x blue"),
       Field("NbrBuffers", kNbrBuffers, K::kNumber, &S::NbrBuffers, kMost16, "",
-            "number of audio buffers; takes effect at the next start"),
+            "number of audio buffers, 10 s in all at most; takes effect at the next start"),
       Field("CheckJingleCourt", kJingleCourt, K::kCheck, &S::CheckJingleCourt, 1, "",
             "manage short jingles"),
       Field("GraphiqueMini", kGraphiqueMini, K::kCheck, &S::GraphiqueMini, 1, "",
@@ -247,10 +251,26 @@ std::string ControlLabel(const SettingsScreen& screen, const SettingsControl& co
   return text;
 }
 
+namespace {
+
+// Both settings of the buffers together say how far these reach.
+std::optional<std::string> WhyNoBuffers(const SettingsScreen& screen,
+                                        const SettingsControl& control, std::string_view value) {
+  const bool size = control.field == Cnf::kBuffers;
+  if (!size && control.field != Cnf::kNbrBuffers) return std::nullopt;
+  const int64_t bytes = ValInt(size ? value : std::string_view(screen.Buffers));
+  const int64_t buffers = ValInt(size ? std::string_view(screen.NbrBuffers) : value);
+  const std::string why = WhyTooManyBuffers(bytes, buffers);
+  return why.empty() ? std::nullopt : std::optional(std::string(control.name) + ": " + why);
+}
+
+}  // namespace
+
 std::optional<std::string> SetControl(Station& station, SettingsDevices& devices,
                                       const SettingsControl& control, std::string_view value) {
   const bool text = control.kind == ControlKind::kText;
   if (auto why = text ? WhyNoText(control, value) : WhyNoNumber(control, value)) return why;
+  if (auto why = WhyNoBuffers(station.settings, control, value)) return why;
   Put(station.settings, control, value);
   ControlChanged(station, devices, control);
   return std::nullopt;

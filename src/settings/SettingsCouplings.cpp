@@ -54,12 +54,8 @@ void ChoosePort(Station& station) {
 }
 
 void ChooseJoystick(Station& station) {
-  const int port = station.settings.ComboJoystiquePort;
-  Joystick& joystick = station.platform.joystick;
-  const bool answers = port > 0 && joystick.Open(port);
-  if (port <= 0) joystick.Close();
+  const bool answers = UseJoystick(station, station.settings.ComboJoystiquePort);
   station.settings.LblJoystique = answers ? "Yes" : "No";
-  if (answers) station.screen.LedJoystique = "Joy";
 }
 
 void ChooseOutput(Station& station, SettingsDevices& devices, bool prelisten) {
@@ -91,10 +87,8 @@ void StoreXRapport(Station& station) {
 // What a list takes; empty for no time. A stop may say what it does besides.
 std::string TimeTyped(std::string_view typed, TimeList list) {
   std::string entry = UpperAscii(Trim(typed));
-  std::string time = entry;
-  const std::string suffix = entry.size() == 7 ? entry.substr(5) : std::string();
-  if (list == TimeList::kHeureArretSystem && (suffix == "-F" || suffix == "-Q")) time.resize(5);
-  return IsClockTime(time) ? entry : std::string();
+  if (list == TimeList::kTopage) return IsClockTime(entry) ? entry : std::string();
+  return IsDayTime(entry, list == TimeList::kHeureArretSystem) ? entry : std::string();
 }
 
 std::string NoTime(const char* where, std::string_view typed) {

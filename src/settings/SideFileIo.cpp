@@ -1,5 +1,6 @@
 #include "settings/SideFileIo.h"
 
+#include "platform/BoundedRead.h"
 #include "platform/Folder.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
@@ -16,7 +17,7 @@ bool IsSave(std::string_view action) {
 
 bool CanRead(const Folder& folder, std::string_view name) {
   try {
-    folder.Read(name);
+    ReadBounded(folder, name);
     return true;
   } catch (const FileError&) {
     return false;
@@ -24,7 +25,7 @@ bool CanRead(const Folder& folder, std::string_view name) {
 }
 
 std::optional<std::string> ReadSideFile(const Folder& folder, std::string_view name) {
-  const std::optional<std::string> bytes = folder.Read(name);
+  const std::optional<std::string> bytes = ReadBounded(folder, name);
   if (!bytes) return std::nullopt;
   return DecodeSideFile(*bytes);
 }

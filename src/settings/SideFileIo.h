@@ -1,5 +1,5 @@
 // What the side-file routines share: their word, and texts read and written in the encoding of side
-// files. Both throw FileError.
+// files; none is read above kMostTextBytes. Both throw FileError.
 #pragma once
 
 #include <optional>

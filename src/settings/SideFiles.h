@@ -46,6 +46,9 @@ void LoadSaveStartStop(Station& station, std::string_view action, int day, bool 
 // "Topage.n": Topage; empty without a file.
 void LoadSaveTopage(Station& station, std::string_view action, int day, bool listsOnly);
 
+// Both into the engine's lists, where either file is another one than was read last.
+void ReloadDayTimes(Station& station, int day);
+
 // --- station ---
 // "Exclusion.Txt": lists.Exclusion, at most 80 rows; rows without a start are passed over. A
 // missing file leaves the list as it is.

@@ -1,5 +1,6 @@
 // The times of a weekday: "StartStop.n" with the start and stop times, "Topage.n" with the times at
-// which the air goes to another program. The tick loads both anew in the first minute of each hour.
+// which the air goes to another program. The tick looks for both anew in the first minute of each
+// hour, and reads what has changed.
 #include <exception>
 
 #include "platform/Folder.h"
@@ -59,7 +60,25 @@ std::string StartStopText(const StartStopLists& lists) {
   return text;
 }
 
+// What stands in the day's files, as far as it can be told without reading them.
+std::string DayStamp(const Folder& folder, int day) {
+  return std::to_string(day) + "\t" + folder.Stamp(DayFile("StartStop", day)) + "\t" +
+         folder.Stamp(DayFile("Topage", day));
+}
+
 }  // namespace
+
+void ReloadDayTimes(Station& station, int day) {
+  try {
+    std::string stamp = DayStamp(station.platform.stationFolder, day);
+    if (stamp == station.lists.dayTimesStamp) return;
+    LoadSaveStartStop(station, "Load", day, true);
+    LoadSaveTopage(station, "Load", day, true);
+    station.lists.dayTimesStamp = std::move(stamp);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "LoadSaveStartStop");
+  }
+}
 
 void LoadSaveStartStop(Station& station, std::string_view action, int day, bool listsOnly) {
   Folder& folder = station.platform.stationFolder;

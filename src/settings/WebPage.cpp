@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/BoundedRead.h"
 #include "platform/Folder.h"
 #include "settings/SideFileIo.h"
 #include "settings/SideFiles.h"
@@ -138,13 +139,13 @@ void SaveInfoRealAudio(Station& station, std::string_view announcement,
   SoundFiles& files = station.platform.soundFiles;
   try {
     if (internet.pageFile.empty()) return;
-    const std::optional<std::string> page = files.Read(internet.pageFile);
+    const std::optional<std::string> page = ReadBounded(files, internet.pageFile);
     if (!page) return;
     Lines lines = SplitLines(DecodeSideFile(*page));
     ReplaceAnnouncement(lines, internet.firstMarker, TextForPage(announcement));
     const std::string picture = SideFilePath(soundFile, "JPG");
     if (files.Exists(picture)) ReplacePicture(lines, kPicture, PathForPage(picture));
-    if (const auto net = files.Read(SideFilePath(soundFile, "Net"))) {
+    if (const auto net = ReadBounded(files, SideFilePath(soundFile, "Net"))) {
       const Lines netLines = SplitLines(DecodeSideFile(*net));
       if (!netLines.empty()) ReplacePicture(lines, internet.secondMarker, netLines.front());
     }

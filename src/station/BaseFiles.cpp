@@ -25,6 +25,7 @@ void OpenTables(Station& station) {
   } catch (const StoreError&) {
     LogCurrentException(station, "OpenAllTables");
   }
+  TellGaps(station);
 }
 
 }  // namespace
@@ -33,6 +34,11 @@ std::string BaseFileName(const Station& station) {
   const std::string& path = station.base.Path();
   const size_t slash = path.rfind('/');
   return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+void TellGaps(Station& station) {
+  for (const std::string& gap : station.base.Gaps())
+    LogError(station, "OpenAllTables", kErrNoSuchField, gap);
 }
 
 std::string WhyNoBase(const Folder& folder, const std::string& name) {

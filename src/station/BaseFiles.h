@@ -23,6 +23,9 @@ std::string BaseFileName(const Station& station);
 // Why the file of that name in the folder cannot be a station's base, in one line; empty: it can.
 std::string WhyNoBase(const Folder& folder, const std::string& name);
 
+// Logs what the base lacks of the schema, once an opening: a line a column, by its name.
+void TellGaps(Station& station);
+
 // The base is this program's alone while this stands. Thread: the logic's.
 class BaseAlone {
  public:

@@ -34,9 +34,10 @@ struct SideFileNames {
 
 // Lists that side files fill and the engine walks.
 struct EngineLists {
-  std::vector<std::string> ComboHeure;        // start times "hh:mm"
+  std::vector<std::string> ComboHeure;        // start times "hh:mm", or "hh:mm:ss"
   std::vector<std::string> HeureArretSystem;  // stop times, with an optional "-F" or "-Q"
   std::vector<std::string> Topage;            // marker times "hh:mm"
+  std::string dayTimesStamp;                  // of the files that the three were read from
   std::vector<std::pair<std::string, std::string>> Exclusion;  // from, to, "hh:mm"
   struct Shortcut {
     std::string Touche;    // key digit as text
@@ -45,7 +46,8 @@ struct EngineLists {
   std::vector<Shortcut> Touches;
   int32_t LectureBase = 0;        // groups of 30 titles that a request reads; 0 reads all
   std::array<bool, 24> Instru{};  // instrumental hours
-  bool Locked = false;            // the lock's state and password (side file of the machine)
+  bool Locked =
+      false;  // the lock's state and password (side file of the machine, else of the station)
   std::string Password;
   int32_t AudioOutID = -1;  // output devices of the air and of prelisten; -1 none chosen
   int32_t AudioOutPFLID = -1;

@@ -181,4 +181,11 @@ bool IsClockTime(std::string_view text) {
          Val(text.substr(0, 2)) < 24 && Val(text.substr(3)) < 60;
 }
 
+bool IsDayTime(std::string_view text, bool stop) {
+  if (stop && (text.ends_with("-F") || text.ends_with("-Q"))) text.remove_suffix(2);
+  const bool seconds = text.size() == 8 && text[5] == ':';
+  return IsClockTime(text.substr(0, 5)) &&
+         (text.size() == 5 || (seconds && IsClockTime("00:" + std::string(text.substr(6)))));
+}
+
 }  // namespace zemo

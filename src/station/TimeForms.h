@@ -39,6 +39,9 @@ LocalDateTime FromDateSerial(double serial);
 std::string LastPlayedText(double serial);
 bool ValidDate(int year, int month, int day);
 bool IsClockTime(std::string_view text);  // "hh:mm", from 00:00 to 23:59
+// A time of the day's start and stop times: the same, with or without seconds, and behind a stop
+// what it does besides ("-F", "-Q").
+bool IsDayTime(std::string_view text, bool stop);
 
 // 1 for Monday to 7 for Sunday, by the system's own date arithmetic, which agrees with the calendar
 // from 1 March 1900 to 28 February 2100.

@@ -28,6 +28,7 @@
 #include "store/Names.h"
 #include "store/Schema.h"
 #include "store/SqliteError.h"
+#include "store/StandIns.h"
 #include "store/StoreError.h"
 
 namespace zemo {
@@ -200,6 +201,7 @@ Connection::~Connection() {
 void Connection::Open(bool create) {
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
                     (create ? SQLITE_OPEN_CREATE : 0);
+  const bool existed = FileExists(path_);
   const int result = sqlite3_open_v2(path_.c_str(), &database_, flags, nullptr);
   if ((result & 0xFF) == SQLITE_CANTOPEN) {
     if (create) throw StoreError(kErrReadOnly, path_ + " cannot be created in its folder");
@@ -207,6 +209,10 @@ void Connection::Open(bool create) {
     throw StoreError(kErrBadDatabase, path_ + " cannot be read, or is a folder");
   }
   if (result != SQLITE_OK) Fail(result);
+  // A pipe or a device would be waited for. Of all that exists by SQLite's word, only these have no
+  // size.
+  if (existed && SizeBytes() == 0)
+    throw StoreError(kErrBadDatabase, path_ + " is not a regular file");
   sqlite3_busy_handler(database_, KeepWaiting, wait_.get());
   // A misspelt field name must fail, not become a text.
   sqlite3_db_config(database_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
@@ -236,6 +242,7 @@ void Connection::Close() {
     // Rolled back; nobody is left to hear of it.
   }
   ForgetStatements();
+  standIns_.clear();
   sqlite3_finalize(dataVersion_);
   dataVersion_ = nullptr;
   seenMark_.clear();
@@ -250,6 +257,15 @@ void Connection::Check() const {
 void Connection::Fail(int result, std::string_view query) const {
   fileFailed_ = fileFailed_ || (result & 0xFF) == SQLITE_IOERR;
   ThrowSqlite(database_, result, path_, query);
+}
+
+int64_t Connection::SizeBytes() const {
+  sqlite3_file* file = nullptr;
+  sqlite3_int64 size = -1;
+  if (sqlite3_file_control(database_, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK ||
+      !file || !file->pMethods || file->pMethods->xFileSize(file, &size) != SQLITE_OK)
+    return -1;
+  return size;
 }
 
 bool Connection::FileExists(const std::string& path) {
@@ -293,7 +309,7 @@ sqlite3_stmt* Connection::KeptStatement(Language language, std::string_view sql)
   }
   std::string translated(sql);
   if (language == kDialect) {
-    translated = TranslateQuery(sql, [this](std::string_view name) { return FindTable(name); });
+    translated = TranslateQuery(sql, [this](std::string_view name) { return FindReadTable(name); });
   }
   sqlite3_stmt* statement = Compile(translated, sql);
   kept_.push_front({language, std::string(sql), statement});
@@ -420,7 +436,8 @@ void Connection::LoadCatalogue() {
   std::shared_ptr<TableDef> table;
   Statement fields = Prepare(
       "SELECT m.name, f.name, f.type, f.dflt_value, f.pk FROM sqlite_schema m, "
-      "pragma_table_info(m.name) f WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite\\_%' ESCAPE "
+      "pragma_table_info(m.name, 'main') f WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite\\_%' "
+      "ESCAPE "
       "'\\' "
       "ORDER BY m.name COLLATE NOCASE, f.cid");
   const TableDef* schema = nullptr;
@@ -442,8 +459,9 @@ void Connection::LoadCatalogue() {
     table->Fields.push_back(std::move(field));
   }
   Statement indexes = Prepare(
-      "SELECT l.name, l.\"unique\", i.name FROM pragma_index_list(?1) l, "
-      "pragma_index_info(l.name) i WHERE l.origin = 'c' AND i.seqno = 0 ORDER BY l.seq DESC");
+      "SELECT l.name, l.\"unique\", i.name FROM pragma_index_list(?1, 'main') l, "
+      "pragma_index_info(l.name, 'main') i WHERE l.origin = 'c' AND i.seqno = 0 ORDER BY l.seq "
+      "DESC");
   for (const auto& entry : tables) {
     TableDef& def = *entry;
     indexes.Bind(1, def.Name);
@@ -455,6 +473,42 @@ void Connection::LoadCatalogue() {
     AddKeyIndex(def, FindSchemaTable(def.Name));
   }
   tables_.assign(tables.begin(), tables.end());
+}
+
+// --- Stand-ins ---
+
+std::vector<std::string> Connection::PutStandIns() {
+  DropStandIns();
+  std::vector<std::string> told;
+  for (const auto& table : AllTables()) {
+    StandIn standIn = StandInFor(*table, [&](const std::string& column) {
+      const char* type = nullptr;
+      const char* order = nullptr;
+      sqlite3_table_column_metadata(database_, "main", table->Name.c_str(), column.c_str(), &type,
+                                    &order, nullptr, nullptr, nullptr);
+      return DeclaredColumn{type ? type : "", order && SameName(order, "NOCASE")};
+    });
+    if (!standIn.table) continue;
+    if (!standIn.view.empty()) ExecuteNow(standIn.view.c_str());
+    standIns_.push_back(std::move(standIn.table));
+    told.insert(told.end(), standIn.told.begin(), standIn.told.end());
+  }
+  if (!standIns_.empty()) ForgetStatements();
+  return told;
+}
+
+void Connection::DropStandIns() {
+  if (standIns_.empty()) return;
+  for (const auto& table : standIns_)
+    if (table->IsStandIn) ExecuteNow(DropViewSql(*table).c_str());
+  standIns_.clear();
+  ForgetStatements();
+}
+
+std::shared_ptr<const TableDef> Connection::FindReadTable(std::string_view name) {
+  for (const auto& table : standIns_)
+    if (SameName(table->Name, name)) return table;
+  return FindTable(name);
 }
 
 // --- Changes ---

@@ -79,6 +79,13 @@ class Connection {
   void RefreshCatalogue();
   void StructureChanged();  // by this connection: forgets the catalogue and the statements
 
+  // Tables whose columns are not the schema's are read through stand-ins from now on, see
+  // StandIns.h; what is to be told of them. Not kept up to date with what others do to the columns.
+  std::vector<std::string> PutStandIns();
+  void DropStandIns();
+  // As FindTable; the stand-in where there is one.
+  std::shared_ptr<const TableDef> FindReadTable(std::string_view name);
+
   int64_t ChangeCounter();
   int64_t RowsChanged() const;  // by the last writing statement
   int64_t LastInsertCode() const;
@@ -108,6 +115,7 @@ class Connection {
   void ForgetStatements();
   void LoadCatalogue();
   std::string FileMark() const;
+  int64_t SizeBytes() const;  // of the open file; -1: unknown
 
   std::string path_;
   std::shared_ptr<LockWait> wait_;
@@ -118,6 +126,7 @@ class Connection {
   sqlite3_stmt* dataVersion_ = nullptr;
 
   std::vector<std::shared_ptr<const TableDef>> tables_;
+  std::vector<std::shared_ptr<const TableDef>> standIns_;
   int64_t catalogueVersion_ = -1;  // schema_version that tables_ shows; -1: none read
 
   int64_t changeCounter_ = 0;

@@ -49,6 +49,7 @@ class SqliteDatabase : public Database {
     if (connection_) connection_->Rollback();
   }
   TableDefs& Tables() override { return Use(), *tables_; }
+  std::vector<std::string> PutStandIns() override { return Use().PutStandIns(); }
   void Open(bool create) override {
     auto fresh = std::make_shared<Connection>(path_, create, wait_);
     // SQLite makes the file with its first page; whoever looks at the folder now shall find a

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "store/LockWait.h"
 #include "store/Recordset.h"
@@ -35,6 +36,9 @@ class Database {
   virtual void CommitTrans() = 0;                  // does nothing when none is open
   virtual void RollbackTrans() = 0;                // takes back the open one; throws nothing
   virtual TableDefs& Tables() = 0;
+  // Columns are looked at: what the schema has and the file has not is read by default, and told, a
+  // line each. Without it, and after a change of the structure, a query that names it fails.
+  virtual std::vector<std::string> PutStandIns() = 0;
   // Opens what stands at the path now; `create` makes the file. What was open is closed once the
   // new one is; where that cannot be opened it stays. Cursors of the former one find themselves
   // closed.

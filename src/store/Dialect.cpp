@@ -57,6 +57,7 @@ class Translation {
   std::string Run() {
     while (!tokens_.empty() && tokens_.back().Is(";")) tokens_.pop_back();
     DropStarOfDelete();
+    WriteBehindStandIn();
     MatchFieldsByName();
     FindClauses();
     TakeTop();
@@ -87,6 +88,94 @@ class Translation {
 
   void DropStarOfDelete() {
     if (Is(0, "DELETE") && Is(1, "*")) Erase(1);
+  }
+
+  // A stand-in is read only: what writes goes to the table behind it, without the columns that it
+  // lacks. A condition on one of them is left, and fails: nothing is deleted by guessing.
+  void WriteBehindStandIn() {
+    const size_t at = Is(0, "INSERT") && Is(1, "INTO")   ? 2
+                      : Is(0, "DELETE") && Is(1, "FROM") ? 2
+                      : Is(0, "UPDATE")                  ? 1
+                                                         : Size();
+    if (at >= Size() || !tokens_[at].IsName()) return;
+    const auto table = lookup_(tokens_[at].text);
+    if (!table) return;
+    if (Is(0, "INSERT")) FitInsertion(*table, at + 1);
+    if (Is(0, "UPDATE")) FitAssignments(*table, at + 2);
+    if (!table->IsStandIn) return;
+    for (Token& token : tokens_)
+      if (token.IsName() && KeyIsMissing(*table, token.text)) token = Word("rowid");
+    Insert(at, {Word("main"), Token{TokenKind::kSymbol, ".", 0, false}});
+  }
+
+  static bool IsMissing(const TableDef& table, const std::string& name) {
+    const Field* field = table.FindField(name);
+    return field && field->Missing;
+  }
+  static bool KeyIsMissing(const TableDef& table, const std::string& name) {
+    const Field* field = table.FindField(name);
+    return field && field->Missing && field->AutoIncrement;
+  }
+
+  // The terms between commas from `at` up to the one that ends them, each with where it ends.
+  std::vector<std::pair<size_t, size_t>> Terms(size_t at, int depth, size_t end) const {
+    std::vector<std::pair<size_t, size_t>> terms;
+    for (size_t from = at; from < end;) {
+      size_t to = from;
+      while (to < end && !(tokens_[to].depth == depth && tokens_[to].Is(","))) ++to;
+      terms.emplace_back(from, to);
+      from = to + 1;
+    }
+    return terms;
+  }
+  // With the comma on one side of it.
+  void EraseTerm(std::pair<size_t, size_t> term) {
+    if (Is(term.second, ","))
+      Erase(term.first, term.second - term.first + 1);
+    else if (term.first > 0 && Is(term.first - 1, ","))
+      Erase(term.first - 1, term.second - term.first + 1);
+    else
+      Erase(term.first, term.second - term.first);
+  }
+  size_t Closing(size_t opening) const {
+    size_t at = opening;
+    for (int open = 0; at < Size(); ++at) {
+      open += Is(at, "(") ? 1 : Is(at, ")") ? -1 : 0;
+      if (open == 0) break;
+    }
+    return at;
+  }
+
+  // INSERT INTO t (fields) VALUES (values), the fields beginning at `open`.
+  void FitInsertion(const TableDef& table, size_t open) {
+    if (!Is(open, "(")) return;
+    const size_t close = Closing(open);
+    const size_t openValues = close + 2;
+    if (!Is(close + 1, "VALUES") || !Is(openValues, "(")) return;
+    const auto fields = Terms(open + 1, 1, close);
+    const auto values = Terms(openValues + 1, 1, Closing(openValues));
+    if (fields.size() != values.size()) return;
+    for (size_t i = values.size(); i-- > 0;)
+      if (IsMissing(table, tokens_[fields[i].first].text)) EraseTerm(values[i]);
+    for (size_t i = fields.size(); i-- > 0;)
+      if (IsMissing(table, tokens_[fields[i].first].text)) EraseTerm(fields[i]);
+    if (!table.LostKey.empty()) NumberTheRow(table, open);
+  }
+
+  void NumberTheRow(const TableDef& table, size_t open) {
+    const size_t close = Closing(open);
+    const Tokens number = CutQuery("(SELECT coalesce(MAX([" + table.LostKey +
+                                   "]), 0) + 1 FROM main.[" + table.Name + "]), ");
+    Insert(close + 3, number);
+    Insert(open + 1, {{TokenKind::kName, table.LostKey, 1}, {TokenKind::kSymbol, ",", 1, false}});
+  }
+
+  // UPDATE t SET assignments, beginning at `set` + 1.
+  void FitAssignments(const TableDef& table, size_t at) {
+    if (!Is(at, "SET")) at = Find("SET");
+    const auto terms = Terms(at + 1, 0, Find("WHERE", at));
+    for (size_t i = terms.size(); i-- > 0;)
+      if (IsMissing(table, tokens_[terms[i].first].text)) EraseTerm(terms[i]);
   }
 
   // INSERT INTO t SELECT * FROM u: fields that only one of the two has stay out.
@@ -148,10 +237,12 @@ class Translation {
   void OrderRows() {
     if (select_ == Size()) return;
     const Field* key = table_ ? table_->AutoField() : nullptr;
+    // A view has no row numbers, and its rows their order by themselves.
+    const bool numbered = !table_ || key || !table_->IsStandIn;
     const std::string last = key ? QuotedName(key->Name) : "rowid";
     const size_t order = Find("ORDER", select_);
     if (order == Size() || !Is(order + 1, "BY")) {
-      if (plain_) Append({Word("ORDER"), Word("BY"), Word(last)});
+      if (plain_ && numbered) Append({Word("ORDER"), Word("BY"), Word(last)});
       return;
     }
     bool keyIsNamed = false;
@@ -164,7 +255,7 @@ class Translation {
         Insert(end, {Word("COLLATE"), Word(kFrenchOrder)});
       }
     }
-    if (!plain_ || keyIsNamed) return;
+    if (!plain_ || keyIsNamed || !numbered) return;
     Append({Comma(), Word(last)});
     if (!top_.empty()) Append({Word("DESC")});
   }

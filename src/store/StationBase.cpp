@@ -171,6 +171,7 @@ void StationBase::CreateMissingTables(const std::function<void(const std::string
 void StationBase::OpenAllTables() {
   Database& database = Db();
   FirstError errors;
+  errors.Try([&] { gaps_ = database.PutStandIns(); });
   for (const OpenedTable& table : kOpeningOrder) {
     try {
       Use(tables_, table, database.OpenTable(table.name));

@@ -35,8 +35,10 @@ class StationBase {
   // already", with the table's name; a failed creation stops nothing.
   void CreateMissingTables(const std::function<void(const std::string& table, int number,
                                                     const std::string& text)>& failed);
-  // A table that cannot be opened stops nothing; its error is thrown at the end.
+  // A table that cannot be opened stops nothing; its error is thrown at the end. Columns that are
+  // missing or of another type are read as StandIns.h tells; Gaps() says which, a line each.
   void OpenAllTables();
+  const std::vector<std::string>& Gaps() const { return gaps_; }
   void SeedFixedRows();  // Variete, Toph and Cnf, each only when empty
   void Close();
 
@@ -79,6 +81,7 @@ class StationBase {
   std::shared_ptr<LockWait> wait_;
   std::unique_ptr<Database> database_;  // never null
   TableCursors tables_;
+  std::vector<std::string> gaps_;
   std::vector<Value> cnfRow_;
   int64_t cnfCounter_ = -1;  // change counter at which cnfRow_ was read; -1: defaults, or unknown
   bool cnfChecked_ = false;

@@ -27,6 +27,14 @@ bool IsAscii(const Value& value) {
                    table.Name + '.' + field.Name + " holds a number, not \"" + text + '"');
 }
 
+std::string ReadSql(const Field& field) {
+  return field.ReadAs.empty() ? QuotedName(field.Name) : field.ReadAs;
+}
+
+std::string StoredName(const TableDef& table) {
+  return "main." + QuotedName(table.Name);
+}
+
 // The value in the type of its field, as far as it can be read as one; widths and ranges are the
 // schema's own rules.
 Value InFieldType(const TableDef& table, const Field& field, const Value& value) {
@@ -50,11 +58,11 @@ Value InFieldType(const TableDef& table, const Field& field, const Value& value)
 TableCursor::TableCursor(std::shared_ptr<Connection> connection, std::string_view table)
     : connection_(std::move(connection)) {
   connection_->RefreshCatalogue();
-  table_ = connection_->FindTable(table);
+  table_ = connection_->FindReadTable(table);
   if (!table_) throw StoreError(kErrNoSuchTable, "no table " + std::string(table));
   select_ = "SELECT rowid";
-  for (const zemo::Field& field : table_->Fields) select_ += ", " + QuotedName(field.Name);
-  select_ += " FROM " + QuotedName(table_->Name);
+  for (const zemo::Field& field : table_->Fields) select_ += ", " + ReadSql(field);
+  select_ += " FROM " + StoredName(*table_);
   row_.resize(table_->Fields.size());
   MakeOrder({});
 }
@@ -74,7 +82,7 @@ void TableCursor::Close() {
 
 void TableCursor::MakeOrder(std::optional<size_t> key) {
   const bool byNumber = !key || table_->Fields[*key].AutoIncrement;
-  const std::string k = byNumber ? "rowid" : QuotedName(table_->Fields[*key].Name);
+  const std::string k = byNumber ? "rowid" : ReadSql(table_->Fields[*key]);
   const std::string up =
       byNumber ? " ORDER BY rowid LIMIT 1" : " ORDER BY " + k + ", rowid LIMIT 1";
   const std::string down =
@@ -109,6 +117,8 @@ void TableCursor::SetIndex(std::string_view name) {
     MakeOrder(FieldAt(index->Field));
   } else if (table_->AutoField() && SameName(name, table_->AutoField()->Name)) {
     MakeOrder({});  // the key serves in every table that has one
+  } else if (!table_->LostKey.empty() && SameName(name, table_->LostKey)) {
+    MakeOrder(FieldAt(name));
   } else {
     throw StoreError(kErrNoSuchIndex, "no index " + table_->Name + '.' + std::string(name));
   }
@@ -216,7 +226,7 @@ bool TableCursor::Bof() const {
 }
 
 int32_t TableCursor::RecordCount() {
-  Statement query = Open().Prepare("SELECT COUNT(*) FROM " + QuotedName(table_->Name));
+  Statement query = Open().Prepare("SELECT COUNT(*) FROM " + StoredName(*table_));
   return query.Step() ? static_cast<int32_t>(query.Int(0)) : 0;
 }
 
@@ -303,7 +313,11 @@ void TableCursor::Set(std::string_view name, const Value& value) {
   if (pending_ == Pending::kNothing) {
     throw StoreError(kErrNoEdit, "table " + table_->Name + " is not being edited");
   }
-  changes_[at] = InFieldType(*table_, table_->Fields[at], value);
+  const zemo::Field& field = table_->Fields[at];
+  // A setting that cannot be stored is told to whoever sets it.
+  if (field.Missing && SameName(table_->Name, "Cnf"))
+    throw StoreError(kErrNoSuchField, "no field " + table_->Name + '.' + field.Name);
+  if (!field.Missing) changes_[at] = InFieldType(*table_, field, value);
 }
 
 void TableCursor::Update() {
@@ -321,7 +335,20 @@ void TableCursor::Update() {
   pending_ = Pending::kNothing;
 }
 
+// What the file gives no new row by itself, where its table has lost it.
+void TableCursor::AddWhatIsLost() {
+  for (size_t i = 0; i < changes_.size(); ++i) {
+    const zemo::Field& field = table_->Fields[i];
+    if (field.DefaultLost && !changes_[i]) changes_[i] = field.DefaultValue;
+  }
+  if (table_->LostKey.empty() || changes_[FieldAt(table_->LostKey)]) return;
+  Statement highest = Open().Prepare("SELECT coalesce(MAX(" + QuotedName(table_->LostKey) +
+                                     "), 0) + 1 FROM " + StoredName(*table_));
+  if (highest.Step()) changes_[FieldAt(table_->LostKey)] = highest.Int(0);
+}
+
 void TableCursor::InsertPending() {
+  AddWhatIsLost();
   std::string fields;
   std::string values;
   for (size_t i = 0; i < changes_.size(); ++i) {
@@ -329,7 +356,7 @@ void TableCursor::InsertPending() {
     fields += (fields.empty() ? "" : ", ") + QuotedName(table_->Fields[i].Name);
     values += values.empty() ? "?" : ", ?";
   }
-  const std::string head = "INSERT INTO " + QuotedName(table_->Name);
+  const std::string head = "INSERT INTO " + StoredName(*table_);
   {
     Statement query =
         Open().Prepare(fields.empty() ? head + " DEFAULT VALUES"
@@ -360,7 +387,7 @@ void TableCursor::UpdatePending() {
   }
   if (count == 0) return;
   {
-    Statement query = Open().Prepare("UPDATE " + QuotedName(table_->Name) + " SET " + assignments +
+    Statement query = Open().Prepare("UPDATE " + StoredName(*table_) + " SET " + assignments +
                                      " WHERE rowid = ?");
     int position = 0;
     for (const auto& change : changes_) {
@@ -397,7 +424,7 @@ void TableCursor::Delete() {
   if (place_ != Place::kRow) {
     throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + " has no row to delete");
   }
-  Statement query = Open().Prepare("DELETE FROM " + QuotedName(table_->Name) + " WHERE rowid = ?1");
+  Statement query = Open().Prepare("DELETE FROM " + StoredName(*table_) + " WHERE rowid = ?1");
   query.Bind(1, rowNumber_);
   query.Run();
   place_ = Place::kDeleted;

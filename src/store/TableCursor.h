@@ -70,6 +70,7 @@ class TableCursor : public Recordset {
   bool LoadNeighbour(const std::string& equal, const std::string& beyond, const std::string& null);
   const Value& Key() const { return row_[*order_.key]; }
   Value Current(size_t field) const;
+  void AddWhatIsLost();
   void InsertPending();
   void UpdatePending();
   void Reload();

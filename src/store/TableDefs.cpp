@@ -148,11 +148,13 @@ void TableDefs::TakeOverNumbers(std::string_view from, std::string_view to) {
 }
 
 void TableDefs::Change(const std::string& sql) {
+  connection_.DropStandIns();  // views would keep the structure that they read from changing
   connection_.ExecuteNow(sql.c_str());
   connection_.StructureChanged();
 }
 
 StructureTransaction::StructureTransaction(TableDefs& tables) : connection_(tables.connection_) {
+  connection_.DropStandIns();  // within, a failure would bring their views back
   connection_.Begin();
 }
 

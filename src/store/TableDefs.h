@@ -22,6 +22,11 @@ struct Field {
   bool AutoIncrement = false;   // the table's key, numbered by the engine, never reused
   bool AllowZeroLength = true;  // see Schema.cpp on why the store does not enforce it
   Value DefaultValue;           // Null: none
+
+  // Of a table that is read through a stand-in, see StandIns.h.
+  std::string ReadAs;        // SQL that is read instead of the column; empty: the column
+  bool Missing = false;      // there is no column: what is written to it is dropped
+  bool DefaultLost = false;  // the column has not this default
 };
 
 // An index on one field: the system has none on several.
@@ -35,6 +40,8 @@ struct TableDef {
   std::string Name;
   std::vector<Field> Fields;  // in creation order
   std::vector<Index> Indexes;
+  bool IsStandIn = false;  // queries read a view of this name, which has no row numbers
+  std::string LostKey;     // field that the engine should number, and does not; empty: none
 
   const Field* FindField(std::string_view name) const;  // null: no such field
   const Index* FindIndex(std::string_view name) const;
@@ -42,7 +49,8 @@ struct TableDef {
 };
 
 // Tables come in the order of their names. Names know no case. A change outside a transaction is
-// stored at once. Thread: the logic's. Operations throw StoreError.
+// stored at once; stand-ins are gone then until the tables are opened again. Thread: the logic's.
+// Operations throw StoreError.
 class TableDefs {
  public:
   explicit TableDefs(Connection& connection) : connection_(connection) {}  // not owned

@@ -3,6 +3,7 @@
 #include <exception>
 #include <utility>
 
+#include "platform/BoundedRead.h"
 #include "platform/Folder.h"
 #include "settings/SideFileIo.h"
 #include "station/SideFileText.h"
@@ -54,7 +55,7 @@ int64_t CampaignFileSizeBytes(Station& station, const std::string& path) {
 std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path) {
   if (path.empty()) return std::nullopt;
   if (InStationFolder(path)) return ReadSideFile(station.platform.stationFolder, path);
-  const auto bytes = station.platform.soundFiles.Read(path);
+  const auto bytes = ReadBounded(station.platform.soundFiles, path);
   return bytes ? std::optional(DecodeSideFile(*bytes)) : std::nullopt;
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/BoundedRead.h"
 #include "platform/EventLoop.h"
 #include "platform/Folder.h"
 #include "station/DayGrid.h"
@@ -22,9 +23,6 @@ namespace zemo {
 namespace {
 
 constexpr size_t kLinesASlice = 500;
-// Some 20,000 campaigns. What is longer is no list of them, and would take the air's time and
-// memory.
-constexpr int64_t kMostBytes = 4 << 20;
 constexpr int64_t kSameErrorMs = 3600000;
 constexpr int kToldWidth = 50;  // of an advertiser, in the log
 
@@ -186,7 +184,7 @@ void ImportPub(std::string_view line, int field, std::string& result) {
 void ImportExportPubs(Station& station) {
   Folder& folder = station.platform.stationFolder;
   const std::string& name = station.files.ExportPubs;
-  if (folder.SizeBytes(name) > kMostBytes) {
+  if (folder.SizeBytes(name) > kMostTextBytes) {
     const std::string fault = name + " is larger than 4 MB: it is not taken in";
     if (!LoggedLately(station, fault, kSameErrorMs))
       LogError(station, "SurveilleNewBase", kErrOther, fault);

@@ -151,7 +151,11 @@ TEST_F(Upkeep, ATempTableIsLoggedAndTheStationGoesOnAirWithItsOldTable) {
   on.localValues.Set("AutoPlay", "1");
   StartAgain();
   EXPECT_EQ(sink->errors, (Lines{"RebuildTable: table TBTEMP exists already - Toph",
-                                 "RebuildTable: table TBTEMP exists already - GrillePub"}));
+                                 "RebuildTable: table TBTEMP exists already - GrillePub",
+                                 "OpenAllTables: GrillePub has no column GENREASSOCIE: read as by "
+                                 "default",
+                                 "OpenAllTables: Toph has no column JourSemaine: read as by "
+                                 "default"}));
   EXPECT_EQ(sink->base, Lines{"opened"});
   EXPECT_EQ(again->base.CountRecords("Toph"), 25);
   EXPECT_TRUE(again->engine.IsRunning);

@@ -1,14 +1,17 @@
 // Faults by the sweep: the n-th operation on files or sounds fails, for every n, and the air goes
 // on. And a disk that is full for a while.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <memory>
 
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
+#include "support/BaseLock.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -200,23 +203,46 @@ TEST_F(Fault, OverlayTellsItsStoredPath) {
   EXPECT_EQ(on.Events("overlay")[0]["file"], stored);
 }
 
+// The virtual clock does not see what is waited for another process, the wall's does: 200 ticks of
+// 100 ms each would be 20 s of waiting, and a single operation with a wait of its own is 5 s.
 TEST_F(Fault, BaseLockedWhollyDoesNotDelayTheNextStart) {
   AppendTitles(3, 10000);
   on.Start();
-  std::unique_ptr<Database> other;
-  on.At(5000, [&] {
-    other = DBEngine::OpenDatabase(on.station.base.Path());
-    other->Execute("PRAGMA locking_mode = EXCLUSIVE");
-    other->BeginTrans();
-    other->Execute("UPDATE Cnf SET Veille = 0");
-    other->CommitTrans();  // nobody else reads or writes from here on
-  });
-  on.At(25000, [&] { other.reset(); });
+  on.RunUntil(5000);
+  BaseLock other(on.station.base.Path(), "BEGIN EXCLUSIVE");
+  const auto began = std::chrono::steady_clock::now();
+  on.RunUntil(24900);
+  const auto took = std::chrono::steady_clock::now() - began;
+  EXPECT_LT(took, std::chrono::seconds(3));
+  EXPECT_THROW(on.station.base.Db().OpenRecordset("SELECT * FROM Rapport"), StoreError);
+  EXPECT_EQ(on.Events("report").size(), 1U) << on.Describe();
+  other.Release();
   on.RunUntil(60000);
   ASSERT_EQ(Plays(on), 3) << on.Describe();
   EXPECT_EQ(on.Starts()[1].atMs, 8500);
   EXPECT_EQ(on.Starts()[2].atMs, 16900);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "3");
+}
+
+// None of them is opened; each is told as what it is, and the next title sounds.
+TEST_F(Fault, APipeAFolderAndADeviceInThePlaceOfASoundFileAreToldAsWhatTheyAre) {
+  const std::string pipe = on.stationDir.Path() + "/pipe.wav";
+  const std::string folder = on.stationDir.Path() + "/folder.wav";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  ASSERT_EQ(mkdir(folder.c_str(), 0700), 0);
+  for (const std::string& file : {pipe, folder, std::string("/dev/zero")})
+    on.AppendCard(on.AddCard({.file = file, .lengthMs = 10000}));
+  AppendTitles(1, 10000);
+  on.Start();
+  on.RunUntil(5000);
+  std::vector<std::string> told;
+  for (const Seen& one : on.Events("error")) told.push_back(one["text"]);
+  EXPECT_EQ(told,
+            (std::vector<std::string>{pipe + ": not a regular file", folder + ": Is a directory",
+                                      "/dev/zero: not a regular file"}))
+      << on.Describe();
+  EXPECT_EQ(on.Events("skip").size(), 3U);
+  EXPECT_EQ(Plays(on), 1) << on.Describe();
 }
 
 TEST_F(Fault, KeptRowsAreWrittenBeforeTheEnd) {

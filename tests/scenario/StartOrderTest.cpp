@@ -306,5 +306,53 @@ TEST(LiveMode, StopsWithOptionDirectWhenItsListRunsOut) {
   EXPECT_FALSE(on.station.engine.IsAutomatic);
 }
 
+// 3000 buffers of 4096 bytes would be an offset of 60 s; 500 are the 10 s that the output can use.
+TEST(StartOrder, BuffersBeyondTenSecondsAreBoundedAndTold) {
+  TestStation on;
+  on.Load();
+  ASSERT_TRUE(Quitter(on.station));
+  on.Set("NbrBuffers", "3000");
+  on.seen.clear();
+  on.Load();
+  EXPECT_EQ(on.sound.OutputNumBuffers(), 500);
+  EXPECT_FLOAT_EQ(on.station.engine.BufferOffsetSec, 10);
+  const Seen* told = on.First("error");
+  ASSERT_NE(told, nullptr) << on.Describe();
+  EXPECT_EQ((*told)["text"],
+            "NbrBuffers: 3000 buffers of 4096 bytes are 60 s: 10 s is the most (500 buffers)");
+}
+
+// Read once, though the tick looks at every turn of that minute; an edit counts at the next.
+TEST(StartOrder, TheTimesOfTheDayAreReadWhereTheyChanged) {
+  TestStation on("2026-11-21 11:59:58");
+  on.MakeFile("StartStop.5", "\"START\",\"12:30\"\r\n");
+  on.Load();
+  on.stationFolder.reads.clear();
+  on.At(30000, [&] { on.MakeFile("StartStop.5", "\"START\",\"12:00:40\"\r\n"); });
+  on.RunUntil(62000);
+  EXPECT_EQ(on.stationFolder.reads["StartStop.5"], 2) << on.Describe();
+  EXPECT_EQ(on.station.lists.ComboHeure, std::vector<std::string>{"12:00:40"});
+  ASSERT_NE(on.First("engine", "running", "true"), nullptr) << on.Describe();
+  EXPECT_EQ(on.First("engine", "running", "true")->atMs / 1000, 42);  // 12:00:40
+}
+
+// The order to the machine fails; what the tick does behind it is done all the same.
+TEST(StartOrder, ATimedStopThatFailsCostsItsOwnStepAlone) {
+  TestStation on("2026-11-21 12:04:50");
+  on.MakeFile("StartStop.5", "\"STOP\",\"12:05-Q\"\r\n");
+  on.Load();
+  const int32_t card = on.AddCard({.lengthMs = 60000});
+  on.AppendCard(card);
+  on.Start();
+  on.Set("Veille", "1");
+  on.system.ordered = [&on](const char*, const std::string&) {
+    on.station.engine.LastActivityTimer = on.station.Timer() - 100;  // the saver is due
+    throw std::runtime_error("no order for the test");
+  };
+  for (int64_t ms = 9000; ms < 12000 && on.Events("error").empty(); ms += 10) on.RunUntil(ms);
+  ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
+  EXPECT_TRUE(on.station.screen.SaverVisible);  // in the same tick
+}
+
 }  // namespace
 }  // namespace zemo::test

@@ -4,6 +4,7 @@
 
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
+#include "engine/Startup.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -117,12 +118,29 @@ TEST_F(StopAndDrain, OutputIsRestartedOnSlotZeroWhenCycleMaxiWouldBePassed) {
   EXPECT_EQ(on.First("output", "state", "close")->atMs, 12000);
 }
 
+// A fresh output would be passed as well.
+TEST_F(StopAndDrain, AnElementLongerThanTheCycleRestartsNothing) {
+  on.Set("CycleMaxi", "5000");
+  Append(10000);
+  Append(10000);
+  on.Start();
+  on.RunUntil(15000);
+  const auto starts = on.Starts();
+  ASSERT_EQ(starts.size(), 2U) << on.Describe();
+  EXPECT_EQ(starts[1].atMs, 8500);  // 100 + 10000 - 1600
+  EXPECT_EQ(on.First("output", "state", "close"), nullptr);
+}
+
 TEST_F(StopAndDrain, ClosingIsRefusedWhileRunning) {
   Append(10000);
   on.Start();
   on.RunUntil(1000);
+  EXPECT_FALSE(Form_QueryUnload(on.station));
   EXPECT_TRUE(on.station.engine.IsRunning);
   EXPECT_TRUE(on.station.base.IsOpen());
+  Append(5000);
+  on.RunUntil(9000);
+  EXPECT_EQ(on.Starts().size(), 2U) << on.Describe();  // the tick goes on: 100 + 10000 - 1600
 }
 
 TEST_F(StopAndDrain, SpaceTogglesAtMostOnceInTwoSeconds) {

@@ -60,12 +60,14 @@ class FaultyFolder : public LocalFolder {
   std::string unreadable;            // a file that cannot be read
   std::vector<std::string> durable;  // names of the files written durably
   bool removesFail = false;
+  mutable std::map<std::string, int> reads;  // how often, by name
 
   bool Exists(std::string_view name) const override {
     return fault.Count(), LocalFolder::Exists(name);
   }
   std::optional<std::string> Read(std::string_view name) const override {
     fault.Count();
+    ++reads[std::string(name)];
     if (!unreadable.empty() && name == unreadable) throw FileError(PathOf(name) + ": I/O error");
     return LocalFolder::Read(name);
   }

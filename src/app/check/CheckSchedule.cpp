@@ -6,6 +6,7 @@
 #include "app/check/CheckParts.h"
 #include "app/check/LibraryWeek.h"
 #include "station/OnAirList.h"
+#include "station/OutputBuffers.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
 
@@ -120,6 +121,21 @@ void CheckMoment(const std::string& list, const std::string& date, const std::st
   }
 }
 
+// A restart of the output costs a listener up to two seconds, and ours never needs one.
+void CheckOutput(const ReadOnlyBase& base, Findings& findings) {
+  constexpr int64_t kDayMs = 86400000;
+  base.Query("SELECT CycleMaxi, Buffers, NbrBuffers FROM Cnf", [&](const ReadOnlyBase::Row& row) {
+    if (AsInt(row[0]) < kDayMs)
+      findings.Warning(
+          "settings", "CycleMaxi",
+          "restarts the output every " + HoursMinutesText(AsInt(row[0])) +
+              ", which costs up to 2 s of air each time; this output needs none: at 2147483647 "
+              "one comes in 24 days");
+    if (const std::string why = WhyTooManyBuffers(AsInt(row[1]), AsInt(row[2])); !why.empty())
+      findings.Warning("settings", "NbrBuffers", why);
+  });
+}
+
 }  // namespace
 
 void CheckSettings(const ReadOnlyBase& base, Findings& findings) {
@@ -128,6 +144,7 @@ void CheckSettings(const ReadOnlyBase& base, Findings& findings) {
     findings.Error("settings", "Cnf",
                    "has " + std::to_string(settings) + " rows and should have one");
   }
+  CheckOutput(base, findings);
   const int64_t pips =
       AsInt(base.Rows("SELECT COUNT(DISTINCT HEURE) FROM Toph WHERE HEURE BETWEEN 0 AND 23")[0][0]);
   if (pips != kHours) {

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "app/check/CheckParts.h"
+#include "platform/BoundedRead.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -17,11 +18,9 @@ std::optional<std::string> StartStopFault(const FieldRecord& record) {
   if (record.size() != 2) return "should be \"START\" or \"STOP\" and a time";
   const std::string word = UpperAscii(record[0].text);
   if (word != "START" && word != "STOP") return "begins with neither START nor STOP";
-  std::string time = UpperAscii(Trim(record[1].text));
-  const bool suffixed = time.size() == 7 && (time.substr(5) == "-F" || time.substr(5) == "-Q");
-  if (word == "STOP" && suffixed) time.resize(5);
-  return IsClockTime(time) ? std::nullopt
-                           : std::optional<std::string>("has no time of day (hh:mm)");
+  return IsDayTime(UpperAscii(Trim(record[1].text)), word == "STOP")
+             ? std::nullopt
+             : std::optional<std::string>("has no time of day (hh:mm)");
 }
 
 std::optional<std::string> TopageFault(const FieldRecord& record) {
@@ -33,7 +32,7 @@ std::optional<std::string> TopageFault(const FieldRecord& record) {
 std::optional<std::string> TextOf(const Folder& station, const std::string& name,
                                   Findings& findings) {
   try {
-    const std::optional<std::string> bytes = station.Read(name);
+    const std::optional<std::string> bytes = ReadBounded(station, name);
     return bytes ? std::optional(DecodeSideFile(*bytes)) : std::nullopt;
   } catch (const FileError& error) {
     findings.Error("file", name, error.what());

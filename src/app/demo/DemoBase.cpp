@@ -146,8 +146,9 @@ void SetSettings(Recordset& table, const std::vector<MadeShort>& shorts) {
   table.Edit();
   table.Set("JingleAvantPubs", PathOf(shorts, "Zemo Demo - Avant pubs"));
   table.Set("JingleApresPubs", PathOf(shorts, "Zemo Demo - Après pubs"));
-  table.Set("OffsetTopH", int64_t{52});   // see MakePips
-  table.Set("MiniFinHeure", int64_t{0});  // the pip is always on time
+  table.Set("CycleMaxi", int64_t{2147483647});  // this output needs no restart
+  table.Set("OffsetTopH", int64_t{52});         // see MakePips
+  table.Set("MiniFinHeure", int64_t{0});        // the pip is always on time
   table.Set("TempRequette", int64_t{15});
   table.Set("EcartArtiste", int64_t{5});
   table.Set("DecalDiff", int64_t{0});

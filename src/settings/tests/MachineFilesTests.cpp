@@ -114,6 +114,18 @@ TEST_F(Lock, OpensWithTheEmptyPassword) {
   EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#FALSE#,\"\"\r\n");
 }
 
+TEST_F(Lock, IsReadFromTheStationWhereTheMachineHasNone) {
+  StationFileIs("ZemoPasseWord.Ini", "#TRUE#,\"station\"\r\n");
+  LSPasseWord(station, "Load", lists.Password);
+  EXPECT_TRUE(lists.Locked);
+  EXPECT_EQ(lists.Password, "station");
+  std::string none;
+  LSPasseWord(station, "Save", none);  // unlocked on this machine, and so it stays
+  LSPasseWord(station, "Load", lists.Password);
+  EXPECT_FALSE(lists.Locked);
+  EXPECT_EQ(StationFile("ZemoPasseWord.Ini"), "#TRUE#,\"station\"\r\n");
+}
+
 TEST_F(Lock, IsOffWithoutAFile) {
   std::string password = "old";
   LSPasseWord(station, "Load", password);

@@ -43,6 +43,7 @@ TEST_F(SettingsControls, ValuesOutsideTheStoredRangeAreRefusedAndNeverStored) {
 
 TEST_F(SettingsControls, TheEndsOfARangeAreTaken) {
   for (const SettingsControl& control : zemo::SettingsControls()) {
+    if (control.field == Cnf::kBuffers || control.field == Cnf::kNbrBuffers) continue;  // below
     if (control.kind == ControlKind::kText) {
       EXPECT_EQ(Set(control.name, std::string(static_cast<size_t>(control.most), 'x')),
                 std::nullopt);
@@ -55,6 +56,21 @@ TEST_F(SettingsControls, TheEndsOfARangeAreTaken) {
   EXPECT_EQ(Stored("CycleMaxi"), "2147483647");
   EXPECT_EQ(Stored("length(TextVeille)"), "40");
   EXPECT_EQ(Errors(), Texts{});
+}
+
+// 4096 bytes are 0.02 s of the buffers' offset: 500 of them are 10 s.
+TEST_F(SettingsControls, BuffersThatReachTooFarAreRefusedWithTheReason) {
+  EXPECT_EQ(Set("NbrBuffers", "500"), std::nullopt);
+  EXPECT_EQ(Set("NbrBuffers", "501"),
+            "NbrBuffers: 501 buffers of 4096 bytes are 10.02 s: 10 s is the most (500 buffers)");
+  EXPECT_EQ(Set("NbrBuffers", "32767"),
+            "NbrBuffers: 32767 buffers of 4096 bytes are 655.34 s: 10 s is the most (500 buffers)");
+  EXPECT_EQ(screen.NbrBuffers, "500");
+  EXPECT_EQ(Set("Buffers", "8192"),
+            "Buffers: 500 buffers of 8192 bytes are 20 s: 10 s is the most (250 buffers)");
+  EXPECT_EQ(screen.Buffers, "4096");
+  EXPECT_EQ(Set("NbrBuffers", "250"), std::nullopt);
+  EXPECT_EQ(Set("Buffers", "8192"), std::nullopt);
 }
 
 TEST_F(SettingsControls, EveryFieldButThreeHasAControlAndItsDefault) {
@@ -164,6 +180,20 @@ TEST_F(SettingsControls, AJoystickThatAnswersIsShown) {
   EXPECT_EQ(screen.LblJoystique, "No");
 }
 
+TEST_F(SettingsControls, AJoystickChosenWorksAtOnce) {
+  ASSERT_FALSE(station.engine.JoystickInUse);
+  Set("ComboJoystiquePort", "2");
+  EXPECT_TRUE(station.engine.JoystickInUse);
+  EXPECT_TRUE(station.screen.LedJoystique.visible);
+  on.joystick.Press(1);
+  EXPECT_TRUE(station.engine.IsRunning);
+  on.joystick.Release(1);
+  EXPECT_FALSE(station.engine.IsRunning);
+  Set("ComboJoystiquePort", "0");
+  EXPECT_FALSE(station.engine.JoystickInUse);
+  EXPECT_FALSE(station.screen.LedJoystique.visible);
+}
+
 TEST_F(SettingsControls, OutputsChangeAtOnceOnlyWhileTheyAreClosed) {
   Set("PlayCombo", "1");
   Set("PlayPréecoute", "0");
@@ -199,8 +229,16 @@ TEST_F(SettingsControls, TimesAreEnteredInCapitalsAndDeleted) {
   EXPECT_EQ(screen.ComboHeure, Texts{"00:00"});
 }
 
+TEST_F(SettingsControls, StartAndStopTimesMayCarrySecondsAndMarkersMayNot) {
+  EXPECT_EQ(EnterTime(station, TimeList::kComboHeure, "06:00:30"), std::nullopt);
+  EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, "23:59:59-q"), std::nullopt);
+  EXPECT_EQ(screen.ComboHeure, Texts{"06:00:30"});
+  EXPECT_EQ(screen.HeureArretSystem, Texts{"23:59:59-Q"});
+  EXPECT_NE(EnterTime(station, TimeList::kTopage, "06:00:30"), std::nullopt);
+}
+
 TEST_F(SettingsControls, WhatIsNoTimeIsRefused) {
-  for (const char* typed : {"", "1", "24:00", "12:60", "6:00", "06:00-F", "06:00:30", "\"06:00\""})
+  for (const char* typed : {"", "1", "24:00", "12:60", "6:00", "06:00-F", "06:00:60", "\"06:00\""})
     EXPECT_NE(EnterTime(station, TimeList::kComboHeure, typed), std::nullopt) << typed;
   EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, "12:00-X"),
             "HeureArretSystem: \"12:00-X\" is no time of day hh:mm");

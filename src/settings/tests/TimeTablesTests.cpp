@@ -108,5 +108,22 @@ TEST_F(TimeTables, AFullDiskIsLoggedAndKeepsTheOldFile) {
   EXPECT_EQ(fake.errors, Texts{"LoadSaveStartStop/75/StartStop.0: No space left on device"});
 }
 
+// 4 MB is more than any day's times; one byte beyond is not read, and told.
+TEST_F(TimeTables, AboveFourMegabytesAreNotReadAndTold) {
+  StationFileIs("StartStop.0", "\"START\",\"06:00\"\r\n");
+  LoadSaveStartStop(station, "Load", 0, true);
+  std::string large(4 << 20, '\n');
+  StationFileIs("StartStop.0", large);
+  LoadSaveStartStop(station, "Load", 0, true);
+  EXPECT_EQ(lists.ComboHeure, Texts{});
+  EXPECT_EQ(fake.errors, Texts{});
+  lists.ComboHeure = {"06:00"};
+  StationFileIs("StartStop.0", large + "\n");
+  LoadSaveStartStop(station, "Load", 0, true);
+  EXPECT_EQ(lists.ComboHeure, Texts{"06:00"});
+  EXPECT_EQ(fake.errors,
+            Texts{"LoadSaveStartStop/75/StartStop.0 is larger than 4 MB: it is not read"});
+}
+
 }  // namespace
 }  // namespace zemo

@@ -1,4 +1,5 @@
 // The start of a base: what a new one holds, what a full one keeps, the settings row.
+#include <chrono>
 #include <set>
 
 #include "store/Schema.h"
@@ -230,6 +231,28 @@ TEST_F(StationSettings, KeepTheLastRowWhileTheFileIsLocked) {
   other.Do("COMMIT");
   base->CheckCnf();
   EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 900);
+}
+
+// Read at once, and the wait of 500 ms that was granted is still there for what needs the file.
+TEST_F(StationSettings, OfALockedFileCostNoWaitAndLeaveThatOfOtherOperations) {
+  using Clock = std::chrono::steady_clock;
+  using std::chrono::milliseconds;
+  EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 1600);
+  Db().Waiting().LetEachWait(500);
+  Db().Execute("UPDATE Cnf SET FadeOut = 700");  // so that the row has to be read again
+  OtherProgram other(BasePath());
+  other.Do("BEGIN EXCLUSIVE");
+  base->CheckCnf();
+  const auto read = Clock::now();
+  EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 1600);
+  EXPECT_LT(Clock::now() - read, milliseconds(300));
+  EXPECT_EQ(Db().Waiting().LeftMs(), 500);
+  const auto written = Clock::now();
+  EXPECT_EQ(ErrorOf([&] { Db().Execute("UPDATE Variete SET POURCENT = 1"); }), kErrLocked);
+  EXPECT_GE(Clock::now() - written, milliseconds(400));
+  other.Do("ROLLBACK");
+  base->CheckCnf();
+  EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 700);
 }
 
 TEST_F(StationSettings, AreTheDefaultsUntilALockedFileCouldBeReadOnce) {

@@ -11,6 +11,22 @@ TEST_F(ScheduleCheck, ADayWithoutAModelIsNamed) {
   EXPECT_EQ(Found(), Lines{"model: Wednesday: the model is empty"});
 }
 
+// The base's own default, 9000 s.
+TEST_F(ScheduleCheck, ACycleThatRestartsTheOutputIsToldWithItsCost) {
+  Sql("UPDATE Cnf SET CycleMaxi = 9000000");
+  EXPECT_EQ(
+      Found(),
+      Lines{"settings: CycleMaxi: restarts the output every 02 h 30, which costs up to 2 s of "
+            "air each time; this output needs none: at 2147483647 one comes in 24 days "
+            "(warning)"});
+}
+
+TEST_F(ScheduleCheck, BuffersThatReachTooFarAreTold) {
+  Sql("UPDATE Cnf SET NbrBuffers = 3000");
+  EXPECT_EQ(Found(), Lines{"settings: NbrBuffers: 3000 buffers of 4096 bytes are 60 s: 10 s is the "
+                           "most (500 buffers) (warning)"});
+}
+
 TEST_F(ScheduleCheck, HoursWithoutAGenreAreNamed) {
   Sql("UPDATE Models SET TRANCHE04 = 0, TRANCHE23 = 0 WHERE JOUR = 7");
   EXPECT_EQ(Found(), Lines{"model: Sunday: no genre in the hours 04, 23"});

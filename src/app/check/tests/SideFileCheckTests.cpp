@@ -8,7 +8,8 @@ using SideFileCheck = CheckedStation;
 
 TEST_F(SideFileCheck, EveryLineOfTheDaysTimesHasToBeRead) {
   folder_.Put("station/StartStop.0",
-              "\"START\",\"06:00\"\r\n\"STOP\",\"23:30-F\"\r\n\"STOP\",\"23:59-Q\"\r\n");
+              "\"START\",\"06:00\"\r\n\"STOP\",\"23:30-F\"\r\n\"STOP\",\"23:59:30-Q\"\r\n"
+              "\"START\",\"06:00:30\"\r\n");
   folder_.Put("station/startstop.6",
               "\"START\",\"6:00\"\r\n\"BEGIN\",\"07:00\"\r\n\r\n\"STOP\"\r\n\"START\",\"24:00\"\r\n"
               "\"START\",\"08:00-F\"\r\n\"STOP\",\"08:00-X\"\r\n");
