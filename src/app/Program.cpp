@@ -1,10 +1,10 @@
 #include "app/Program.h"
 
-#include <cstdio>
 #include <exception>
 
 #include "app/CommandLine.h"
 #include "app/Commands.h"
+#include "app/ErrorLine.h"
 
 namespace zemo {
 
@@ -54,10 +54,10 @@ int RunProgram(int argc, const char* const* argv) {
     const auto line = ParseCommandLine(argc, argv);
     return line ? Dispatch(*line) : 0;
   } catch (const UsageError& error) {
-    std::fprintf(stderr, "zemoradio: %s\n", error.what());
+    PrintError(error.what());
     return kWrongUsage;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "zemoradio: %s\n", error.what());
+    PrintError(error.what());
     return kFailed;
   }
 }

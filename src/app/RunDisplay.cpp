@@ -5,8 +5,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 
+#include "app/ErrorLine.h"
 #include "platform/Clock.h"
 #include "platform/SoundChain.h"
 #include "station/Station.h"
@@ -18,15 +18,6 @@ namespace zemo {
 namespace {
 constexpr std::string_view kEraseLine = "\r\033[K";
 constexpr int kUsualWidth = 80;  // columns, where the terminal does not tell
-
-// Without what would move the cursor of a terminal.
-std::string Printable(std::string_view text) {
-  std::string shown(text);
-  std::replace_if(
-      shown.begin(), shown.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7f; },
-      ' ');
-  return shown;
-}
 
 int Width(int terminal) {
   winsize size{};
@@ -67,7 +58,7 @@ void RunDisplay::OnEvent(const Event& event) {
 
 void RunDisplay::ShowFault(std::string_view text) {
   if (!status_.empty()) Write(std::string(kEraseLine));
-  std::fprintf(stderr, "zemoradio: %s\n", Printable(text).c_str());
+  PrintError(text);
   if (!status_.empty()) Write(status_);
 }
 

@@ -2,9 +2,9 @@
 
 #include <unistd.h>
 
-#include <cstdio>
 #include <utility>
 
+#include "app/ErrorLine.h"
 #include "app/RealStation.h"
 #include "engine/StartStop.h"
 #include "settings/SideFiles.h"
@@ -43,8 +43,8 @@ void RunEnd::Ask() {
 int EndStatus(const Station& station) {
   const auto& kept = station.engine.kept;
   if (kept.writes.empty()) return 0;
-  std::fprintf(stderr, "zemoradio: the base could not take %zu rows: %s\n", kept.writes.size(),
-               kept.journalBehind ? "they are lost" : "they are written at the next start");
+  PrintError("the base could not take " + std::to_string(kept.writes.size()) + " rows: " +
+             (kept.journalBehind ? "they are lost" : "they are written at the next start"));
   return 1;
 }
 

@@ -1,12 +1,12 @@
 #include "app/RunFolders.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <vector>
 
 #include "app/ChosenDevices.h"
 #include "app/CommandLine.h"
+#include "app/ErrorLine.h"
 #include "app/StationPaths.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/sound/SoundDevices.h"
@@ -29,9 +29,7 @@ std::string MakeMachineFolder(const CommandLine& line) {
   const std::string folder = line.machine.empty() ? DefaultMachineFolder() : line.machine;
   std::error_code error;
   std::filesystem::create_directories(folder, error);
-  if (error)
-    std::fprintf(stderr, "zemoradio: cannot make the machine folder %s: %s\n", folder.c_str(),
-                 error.message().c_str());
+  if (error) PrintError("cannot make the machine folder " + folder + ": " + error.message());
   return folder;
 }
 

@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -11,6 +10,7 @@
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
+#include "app/ErrorLine.h"
 #include "app/ForecastProcess.h"
 #include "app/RealStation.h"
 #include "app/RunEnd.h"
@@ -82,7 +82,7 @@ int64_t FreeBytes(const std::string& folder) {
 }
 
 void Tell(const std::string& line) {
-  std::fprintf(stderr, "zemoradio: %s\n", line.c_str());
+  PrintError(line);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ namespace {
 constexpr const char* kRestText = "ZEMO RADIO";
 constexpr int64_t kAskAgainMs = 1000;
 constexpr int64_t kFruitlessRestMs = 10000;
+constexpr int64_t kSameErrorMs = 60000;
 }  // namespace
 
 RequestFrame::RequestFrame(Station& station, const char* kind)
@@ -60,16 +61,20 @@ void RequestFrame::Finish() {
   Tell();
 }
 
+// What stands in the way stands there at the next request as well: told once a minute.
 void RequestFrame::Fail(const char* request) {
+  std::string text;
   try {
     throw;
   } catch (const StoreError& error) {
+    text = error.what();
     if (error.MayPass())
       station_.requests.askAgainMs = station_.platform.clock.MonotonicMs() + kAskAgainMs;
-  } catch (const std::exception&) {
-    // No reason to wait.
+  } catch (const std::exception& error) {
+    text = error.what();
   }
-  LogCurrentException(station_, request);
+  if (!LoggedLately(station_, std::string(request) + '\t' + text, kSameErrorMs))
+    LogCurrentException(station_, request);
   Tell();
 }
 

@@ -45,6 +45,18 @@ TEST_F(Program, WrongUsageIsStatusTwoAndOneLine) {
   }
 }
 
+TEST_F(Program, AnErrorIsOneLineHoweverLongOrStrangeTheWordsAre) {
+  const Result lengthy = Run("grid --day " + std::string(5000, 'x') + " é");
+  EXPECT_EQ(lengthy.status, 2);
+  ExpectOneError(lengthy.err);
+  EXPECT_LE(lengthy.err.size(), 1100U);
+  // An escape, a return, and NEL as UTF-8 has it.
+  Put("orders.txt", "+0 a\x1b[2Jb\rc\xc2\x85\n");
+  const Result strange = Run(Minute("--script orders.txt"));
+  EXPECT_EQ(strange.status, 2);
+  EXPECT_EQ(strange.err, "zemoradio: orders.txt:1: unknown order 'a [2Jb c '\n");
+}
+
 TEST_F(Program, HelpIsNoError) {
   const Result result = Run("simulate --help");
   EXPECT_EQ(result.status, 0);

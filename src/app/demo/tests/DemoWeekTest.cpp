@@ -41,6 +41,8 @@ constexpr int64_t kRestartMs = 2000 + 1500 + kTickMs;
 // These titles may play so often a day. The rule sees the last eight broadcasts of a card, so that
 // the 24 passes that the demo gives the others are never counted up to.
 constexpr int kFewPasses = 6;
+// Of the output, so that the week has restarts: the demo is made without them.
+constexpr int64_t kCycleMs = 9000 * kSecondMs;
 constexpr size_t kApart = 9;                     // EcartArtiste, more than the demo asks for
 const std::string kRationed = "(1, 6, 18, 28)";  // of four genres
 
@@ -174,7 +176,8 @@ class DemoWeek : public BlackBox {
     }
     changes += "UPDATE Discotheque SET NBPASSJOUR = " + std::to_string(kFewPasses) +
                " WHERE CODE IN " + kRationed +
-               "; UPDATE Cnf SET EcartArtiste = " + std::to_string(kApart);
+               "; UPDATE Cnf SET CycleMaxi = " + std::to_string(kCycleMs) +
+               ", EcartArtiste = " + std::to_string(kApart);
     Query("station", changes);
   }
 
@@ -214,8 +217,8 @@ void DemoWeek::ExpectNoLongSilence(const Week& week) const {
                     [from = from, to = to](int64_t at) { return from <= at && at <= to; });
     EXPECT_LE(to - from, restart ? kRestartMs : kTickMs) << Clock(from);
   }
-  // Each run of the output is bounded by CycleMaxi, 9,000 s, and ends at most one title before.
-  const auto cycles = static_cast<size_t>(7 * 86400 / 9000);  // 67
+  // Each run of the output is bounded by CycleMaxi and ends at most one title before.
+  const auto cycles = static_cast<size_t>(7 * 86400 * kSecondMs / kCycleMs);  // 67
   EXPECT_GE(week.restarts.size(), cycles);
   EXPECT_LE(week.restarts.size(), cycles + 2);
 }
