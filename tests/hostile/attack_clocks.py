@@ -33,25 +33,25 @@ def clock_change(case, rng):
 
 
 def around(case, name, moment):
-    """Three hours around a change: no silence, and a pip at each full hour that the clock shows."""
+    """Three hours around a change: no silence, and a pip at the end of each hour that the clock shows."""
     begin = (moment - 1.2 * HOUR).astimezone(zoneinfo.ZoneInfo(name)).strftime("%Y-%m-%d %H:%M:%S")
     done = case.air(minutes=180, begin=begin, zone=name)
     findings = judge.of_air(done, 10800)
     pips = sum(event["event"] == "overlay" and event["reason"] == "pip" for event in done.trace) \
         + sum(event["event"] == "start" and event["code"] == -3 for event in done.trace)
-    hours = full_hours(zoneinfo.ZoneInfo(name), moment - 1.2 * HOUR, moment + 1.8 * HOUR)
-    if abs(pips - hours) > 0:
-        findings.append(f"{pips} pips at {hours} full hours")
+    hours = hours_that_end(zoneinfo.ZoneInfo(name), moment - 1.2 * HOUR, moment + 1.8 * HOUR)
+    if pips != hours:
+        findings.append(f"{pips} pips at the end of {hours} hours")
     return f"{name} from {begin}", findings
 
 
-def full_hours(zone, begin, end):
-    """How often the clock comes to a full hour, the same hour as often as it comes."""
-    step = datetime.timedelta(minutes=1)
-    count, at = 0, begin.replace(second=0, microsecond=0) + step
+def hours_that_end(zone, begin, end):
+    """How often the clock shows the last seconds of an hour, where its pip begins."""
+    at = begin.replace(second=55, microsecond=0)
+    count = 0
     while at < end:
-        count += at.astimezone(zone).minute == 0
-        at += step
+        count += at >= begin and at.astimezone(zone).minute == 59
+        at += datetime.timedelta(minutes=1)
     return count
 
 

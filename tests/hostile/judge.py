@@ -80,12 +80,13 @@ def of_process(done, allowed=(0, 1, 2)):
 def of_command(done, allowed=(0, 1, 2)):
     """Findings about a command that answers and ends."""
     findings = of_process(done, allowed)
-    lines = done.err.splitlines()
+    lines = [line for line in done.err.split("\n") if line]
     if done.status == 1 and not lines and not done.out.strip():
         findings.append("fails without a word")
     if done.status in (1, 2):
         findings += [f"says {line[:120]!r}" for line in lines if not line.startswith("zemoradio: ")][:1]
     findings += [f"a line of {len(line)} characters" for line in lines if len(line) > 2000][:1]
+    findings += [f"control characters: {line[:120]!r}" for line in lines if not line.isprintable()][:1]
     return findings
 
 
