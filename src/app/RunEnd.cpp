@@ -7,6 +7,7 @@
 #include "app/ErrorLine.h"
 #include "app/RealStation.h"
 #include "engine/StartStop.h"
+#include "reports/AirWrites.h"
 #include "settings/SideFiles.h"
 
 namespace zemo {
@@ -54,7 +55,8 @@ void RunEnd::LeaveAtOnce() {
   real_.sound->Stop();
   real_.sound->Close();
   WriteZemoOnOff(real_.station, '0');
-  _exit(0);
+  JournalKeptRows(real_.station);
+  _exit(EndStatus(real_.station));
 }
 
 }  // namespace zemo

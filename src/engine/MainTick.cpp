@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <utility>
@@ -59,10 +60,25 @@ constexpr double kAwayFromExitMs = 1000;
 constexpr double kNearExitMs = 300;  // this tick starts the next element, or one of the next two
 constexpr int64_t kTickMs = 100;
 constexpr int64_t kMinuteMs = 60000, kDayMs = 86400000;
+constexpr int64_t kDaySec = 86400;
+
+// From one "hh:mm:ss" to another, over midnight as well; of other texts 0.
+int SecondsPassed(const std::string& from, const std::string& to) {
+  const auto second = [](const std::string& time) {
+    return ValInt(time.substr(0, 2)) * 3600 + ValInt(time.substr(3, 2)) * 60 +
+           ValInt(time.substr(6));
+  };
+  if (from.size() != to.size() || to.size() != std::strlen("hh:mm:ss")) return 0;
+  return static_cast<int>((second(to) - second(from) + kDaySec) % kDaySec);
+}
 
 // The moment of the tick, read once and again after whatever may have waited.
 struct Moment {
-  explicit Moment(const Station& station) { Read(station); }
+  // As many seconds before `now` as the tick before, or the second of this one.
+  Moment(const Station& station, const std::string& lastTick) {
+    Read(station);
+    passedSec = SecondsPassed(lastTick, time);
+  }
   void Read(const Station& station) {
     now = station.Now();
     timer = SecondsSinceMidnight(now);
@@ -73,6 +89,7 @@ struct Moment {
   float timer = 0;
   std::string time;        // "hh:mm:ss"
   std::string hourMinute;  // "hh:mm"
+  int passedSec = 0;       // since the tick before
 };
 
 // Less than a minute has passed since what the guard remembers.
@@ -82,6 +99,14 @@ bool WithinMinute(const Moment& at, float guard) {
 
 bool BeginsWith(const std::string& text, const std::string& head) {
   return text.compare(0, head.size(), head) == 0;
+}
+
+// A time "hh:mm" is due in its whole minute. One with seconds is due in the tick of its second, or
+// in the next one where a wait held that; not where the clock jumped.
+bool IsDue(const Moment& at, const std::string& item) {
+  if (BeginsWith(at.time, item)) return true;
+  if (item.size() != at.time.size() || at.passedSec > kMinuteGuardSec) return false;
+  return SecondsPassed(item, at.time) < at.passedSec;
 }
 
 // Logs what is being handled; the same fault tick after tick only once a minute.
@@ -197,7 +222,7 @@ void ServeTimedStart(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
   if (engine.ReportsDisabled || !engine.MnuStartStop) return;
   for (const std::string& item : station.lists.ComboHeure) {
-    if (item.empty() || !BeginsWith(at.time, item) || engine.IsRunning) continue;
+    if (item.empty() || !IsDue(at, item) || engine.IsRunning) continue;
     engine.IsAutomatic = true;
     StartStopZemoRadio(station, true);
     return;
@@ -364,7 +389,7 @@ bool ServeTimedStop(Station& station, const Moment& at) {
     const bool fade = suffix == "-F";
     const bool quit = suffix == "-Q";
     const std::string time = fade || quit ? item.substr(0, item.size() - 2) : item;
-    if (!BeginsWith(at.time, time)) continue;
+    if (!IsDue(at, time)) continue;
     StartStopZemoRadio(station, false);
     if (fade) {
       engine.NextRequested = true;
@@ -678,7 +703,8 @@ void LookForLostBase(Station& station) {
 
 void RunTick(Station& station) {
   EngineState& engine = station.engine;
-  Moment at(station);
+  Moment at(station, engine.lastTickTime);
+  engine.lastTickTime = at.time;
   if (engine.SerialInputOpen) Step(station, at, [&] { PollInputs(station); });  // 0
   Blink(station, at);                                                           // 1, 3
   if (station.screen.LedJoystique.text == "Joy2")

@@ -146,13 +146,6 @@ void Journal(Station& station, Work work) {
   }
 }
 
-// All that has come since, in one write: it waits for the disk.
-void JournalNew(Station& station) {
-  const KeptWrites& kept = station.engine.kept;
-  if (kept.journalled == kept.writes.size()) return;
-  Journal(station, [&] { JournalKept(station, kept.writes, kept.journalled); });
-}
-
 void Keep(Station& station, AirWrite write) {
   KeptWrites& kept = station.engine.kept;
   if (kept.writes.size() >= kMostKept)
@@ -265,6 +258,13 @@ void WriteOldest(Station& station) {
 
 }  // namespace
 
+// All that has come since, in one write: it waits for the disk.
+void JournalKeptRows(Station& station) {
+  const KeptWrites& kept = station.engine.kept;
+  if (kept.journalled == kept.writes.size()) return;
+  Journal(station, [&] { JournalKept(station, kept.writes, kept.journalled); });
+}
+
 std::string BroadcastText(const ReportRow& row) {
   return row.LADATE + " à " + row.HEURE.substr(0, 5);
 }
@@ -309,7 +309,7 @@ void TakeUpKeptWrites(Station& station) {
 void WriteKeptSlice(Station& station) {
   KeptWrites& kept = station.engine.kept;
   const int64_t nowMs = station.platform.clock.MonotonicMs();
-  JournalNew(station);
+  JournalKeptRows(station);
   if (kept.writes.empty() || nowMs < kept.retryMs || !station.base.IsOpen()) return;
   const NoLockWait atOnce(station.base.Waiting());
   try {
@@ -323,7 +323,7 @@ void WriteKeptSlice(Station& station) {
 
 bool WriteKeptAtTheEnd(Station& station) {
   KeptWrites& kept = station.engine.kept;
-  JournalNew(station);
+  JournalKeptRows(station);
   if (kept.writes.empty()) return true;
   try {
     DropWhatStands(station);

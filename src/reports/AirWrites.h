@@ -29,6 +29,9 @@ void TakeUpKeptWrites(Station& station);
 // tick, away from the exit points: both wait for the disk.
 void WriteKeptSlice(Station& station);
 
+// What is new into the journal, and nothing into the base: for a program that ends at once.
+void JournalKeptRows(Station& station);
+
 // Before the base is closed: all that is kept. What the base does not take stays in the journal,
 // and that is logged. False: it could not even be journalled, and is lost.
 bool WriteKeptAtTheEnd(Station& station);

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <exception>
 #include <limits>
+#include <optional>
 #include <string>
 
+#include "platform/Folder.h"
 #include "settings/SideFileIo.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -15,6 +17,7 @@ namespace zemo {
 
 namespace {
 
+constexpr const char* kRoutine = "PurgeRapport";
 constexpr const char* kBeginFile = "ReportBegin.Txt";  // the day up to which nothing is left
 
 int64_t LimitOf(Station& station, int64_t days) {
@@ -22,20 +25,30 @@ int64_t LimitOf(Station& station, int64_t days) {
   return static_cast<int64_t>(DaySerial(now.year, now.month, now.day)) - days;
 }
 
-// 0 where no purge kept one.
+// 0 where no purge kept one, or where it cannot be read.
 int64_t KeptLimit(Station& station) {
-  const auto text = ReadSideFile(station.platform.stationFolder, kBeginFile);
+  std::optional<std::string> text;
+  try {
+    text = ReadSideFile(station.platform.stationFolder, kBeginFile);
+  } catch (const FileError&) {
+    LogCurrentException(station, kRoutine);
+  }
   const std::string day = text ? DateKeyOfText(text->substr(0, 10)) : std::string();
   if (day.empty()) return 0;
   return static_cast<int64_t>(
       DaySerial(ValInt(day.substr(0, 4)), ValInt(day.substr(4, 2)), ValInt(day.substr(6, 2))));
 }
 
-// A base that came from another station may have a longer report: only a later day is kept.
+// A base that came from another station may have a longer report: only a later day is kept. The
+// purge goes on without it.
 void KeepLimit(Station& station, int64_t limit) {
   if (limit <= KeptLimit(station)) return;
-  WriteSideFileDurably(station.platform.stationFolder, kBeginFile,
-                       DateText(FromDateSerial(static_cast<double>(limit))) + "\r\n");
+  try {
+    WriteSideFileDurably(station.platform.stationFolder, kBeginFile,
+                         DateText(FromDateSerial(static_cast<double>(limit))) + "\r\n");
+  } catch (const FileError&) {
+    LogCurrentException(station, kRoutine);
+  }
 }
 
 }  // namespace
@@ -50,7 +63,7 @@ void PurgeRapport(Station& station, int64_t days) {
     db.Execute("DELETE *" + old);
     transaction.Commit();
   } catch (const std::exception&) {
-    LogCurrentException(station, "PurgeRapport");
+    LogCurrentException(station, kRoutine);
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/EventLoop.h"
 #include "station/Station.h"
+#include "station/TimeForms.h"
 #include "store/RowView.h"
 
 namespace zemo {
@@ -67,6 +68,12 @@ void ReadArtists(Station& station, int64_t floor) {
   artists.known = true;
 }
 
+// The clock went back: the newest rows by their moment are not those that aired last.
+bool AheadOfTheClock(Station& station, double moment) {
+  constexpr double kMinute = 1.0 / (24 * 60);
+  return moment - DateSerial(station.Now()) >= kMinute;
+}
+
 int64_t AskWholeReport(Station& station, const std::string& artist) {
   const auto newest =
       station.base.Db().OpenRecordset("SELECT TOP 1 Auteur, CODE FROM Rapport Where Auteur = '" +
@@ -84,14 +91,21 @@ std::vector<std::string> NewestArtists(Station& station, int count) {
   Database& db = station.base.Db();
   const std::string top = "SELECT TOP " + std::to_string(count) + " Auteur, DATENUM FROM Rapport ";
   double oldest = 0;
+  bool ahead = false;
   const auto take = [&](const RowView& row) {
-    artists.emplace_back(row.Text(0));
     oldest = row.Real(1);
+    ahead = ahead || (artists.empty() && AheadOfTheClock(station, oldest));
+    artists.emplace_back(row.Text(0));
   };
   db.ReadRows(top + "Where CODE > " + std::to_string(bound.code) + " AND " + kAired +
                   " ORDER BY DATENUM DESC",
               take);
   const bool all = bound.code <= 0;
+  if (ahead) {
+    artists.clear();
+    db.ReadRows(top + "Where " + kAired + " ORDER BY CODE DESC", take);
+    return artists;
+  }
   if (all || (static_cast<int>(artists.size()) == count && oldest > bound.dateNum)) return artists;
   artists.clear();
   db.ReadRows(top + "Where " + kAired + " ORDER BY DATENUM DESC", take);

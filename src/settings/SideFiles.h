@@ -41,10 +41,11 @@ bool LockOpensWith(const Station& station, std::string_view typed);
 // --- the day's times; `day` is 0 for Monday to 6 ---
 // With `listsOnly` the lists of the engine, else those of the settings screen, which may show
 // another day than today's. "StartStop.n": ComboHeure and HeureArretSystem. Both are empty without
-// a file, so that no time of another day lingers; a file that cannot be read leaves them.
-void LoadSaveStartStop(Station& station, std::string_view action, int day, bool listsOnly);
+// a file, so that no time of another day lingers; a file that cannot be read leaves them. False: it
+// failed, and is logged.
+bool LoadSaveStartStop(Station& station, std::string_view action, int day, bool listsOnly);
 // "Topage.n": Topage; empty without a file.
-void LoadSaveTopage(Station& station, std::string_view action, int day, bool listsOnly);
+bool LoadSaveTopage(Station& station, std::string_view action, int day, bool listsOnly);
 
 // Both into the engine's lists, where either file is another one than was read last.
 void ReloadDayTimes(Station& station, int day);

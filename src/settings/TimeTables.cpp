@@ -72,32 +72,34 @@ void ReloadDayTimes(Station& station, int day) {
   try {
     std::string stamp = DayStamp(station.platform.stationFolder, day);
     if (stamp == station.lists.dayTimesStamp) return;
-    LoadSaveStartStop(station, "Load", day, true);
-    LoadSaveTopage(station, "Load", day, true);
-    station.lists.dayTimesStamp = std::move(stamp);
+    const bool times = LoadSaveStartStop(station, "Load", day, true);
+    const bool markers = LoadSaveTopage(station, "Load", day, true);
+    station.lists.dayTimesStamp = times && markers ? std::move(stamp) : std::string();
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadSaveStartStop");
   }
 }
 
-void LoadSaveStartStop(Station& station, std::string_view action, int day, bool listsOnly) {
+bool LoadSaveStartStop(Station& station, std::string_view action, int day, bool listsOnly) {
   Folder& folder = station.platform.stationFolder;
   const StartStopLists lists = ListsOf(station, listsOnly);
   const std::string name = DayFile("StartStop", day);
   try {
     if (IsSave(action)) WriteSideFileDurably(folder, name, StartStopText(lists));
-    if (!IsLoad(action)) return;
+    if (!IsLoad(action)) return true;
     const auto text =
         ReadSideFile(folder, name);  // a file that cannot be read leaves the day's times
     lists.start.clear();
     lists.stop.clear();
     if (text) ReadStartStop(lists, *text);
+    return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadSaveStartStop");
+    return false;
   }
 }
 
-void LoadSaveTopage(Station& station, std::string_view action, int day, bool listsOnly) {
+bool LoadSaveTopage(Station& station, std::string_view action, int day, bool listsOnly) {
   Folder& folder = station.platform.stationFolder;
   Times& times = listsOnly ? station.lists.Topage : station.settings.Topage;
   const std::string name = DayFile("Topage", day);
@@ -107,13 +109,15 @@ void LoadSaveTopage(Station& station, std::string_view action, int day, bool lis
       for (const std::string& time : times) text += QuotedField(time) + "\r\n";
       WriteSideFileDurably(folder, name, text);
     }
-    if (!IsLoad(action)) return;
+    if (!IsLoad(action)) return true;
     const std::string text = ReadSideFile(folder, name).value_or(std::string());
     times.clear();
     for (const SideField& field : ReadFields(text))
       if (std::string time = Trim(field.text); !time.empty()) times.push_back(std::move(time));
+    return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadSaveTopage");
+    return false;
   }
 }
 

@@ -143,6 +143,7 @@ struct EngineState {
   bool errorLogRunning = false;          // LogError is at work and refuses re-entry
   // Faults that were logged lately, and when (monotonic ms): one that comes tick after tick does
   // not flood the log.
+  std::string lastTickTime;  // "hh:mm:ss"; empty before the first
   std::map<std::string, int64_t> loggedFaults;
 
   // --- a base dropped as "New.mdb" ---

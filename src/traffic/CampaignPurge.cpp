@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/EventLoop.h"
+#include "platform/Folder.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
 #include "store/SeekCode.h"
@@ -38,6 +39,17 @@ struct Archived {
   std::string record;
 };
 
+// One that cannot be kept stays in the table, and keeps no other one from its end.
+bool IsArchived(Station& station, const CampaignForm& form) {
+  try {
+    ArchiveCampaign(station, form);
+    return true;
+  } catch (const FileError&) {
+    LogCurrentException(station, "SuppresionPub", form.ChAnnonceur);
+    return false;
+  }
+}
+
 // Those of the numbers that are still there and ended, each kept before anything is deleted. The
 // files wait for the disk: a yield behind each.
 std::vector<Archived> Archive(Station& station, const int64_t* first, const int64_t* last,
@@ -48,8 +60,7 @@ std::vector<Archived> Archive(Station& station, const int64_t* first, const int6
     if (!SeekCode(*table, *first) || !HasEnded(table->Text("CAMPAGNEFIN"), today)) continue;
     CampaignForm form;
     ReadCampaignRecord(*table, form);
-    ArchiveCampaign(station, form);
-    archived.push_back({*first, CampaignRecordText(form)});
+    if (IsArchived(station, form)) archived.push_back({*first, CampaignRecordText(form)});
     station.platform.loop.Yield();
   }
   return archived;

@@ -336,6 +336,42 @@ TEST(StartOrder, TheTimesOfTheDayAreReadWhereTheyChanged) {
   EXPECT_EQ(on.First("engine", "running", "true")->atMs / 1000, 42);  // 12:00:40
 }
 
+// The overlap of the first two titles holds the tick from 12:05:18.5 to 12:05:20. Saturday.
+TEST(StartOrder, ATimedStopInASecondThatAnOverlapHoldsIsServedBehindIt) {
+  TestStation on("2026-11-21 12:05:00");
+  on.MakeFile("StartStop.5", "\"STOP\",\"12:05:19\"\r\n");
+  on.Load();
+  for (int i = 0; i < 3; ++i) on.AppendCard(on.AddCard({.lengthMs = 20000}));
+  on.Start();
+  on.RunUntil(60000);
+  ASSERT_GE(on.Starts().size(), 2U);
+  EXPECT_EQ(on.Starts()[1].atMs, 18500);
+  EXPECT_EQ(on.Starts().size(), 2U) << on.Describe();
+  ASSERT_NE(on.First("engine", "running", "false"), nullptr) << on.Describe();
+}
+
+TEST(StartOrder, ATimeThatTheClockJumpsOverIsNotServedBehindTheJump) {
+  TestStation on("2026-11-21 12:05:00");
+  on.MakeFile("StartStop.5", "\"STOP\",\"12:30:00\"\r\n");
+  on.Load();
+  on.AppendCard(on.AddCard({.lengthMs = 60000}));
+  on.Start();
+  on.RunUntil(5000);
+  on.loop.SetWallClock(ParseMoment("2026-11-21 12:40:00"));
+  on.RunUntil(10000);
+  EXPECT_EQ(on.First("engine", "running", "false"), nullptr) << on.Describe();
+}
+
+TEST(StartOrder, TimesOfTheDayThatCouldNotBeReadAreReadAgain) {
+  TestStation on("2026-11-21 11:59:50");
+  on.Load();
+  on.MakeFile("StartStop.5", "\"START\",\"12:00:40\"\r\n");
+  on.stationFolder.unreadable = "StartStop.5";
+  on.At(12000, [&] { on.stationFolder.unreadable.clear(); });
+  on.RunUntil(15000);
+  EXPECT_EQ(on.station.lists.ComboHeure, std::vector<std::string>{"12:00:40"});
+}
+
 // The order to the machine fails; what the tick does behind it is done all the same.
 TEST(StartOrder, ATimedStopThatFailsCostsItsOwnStepAlone) {
   TestStation on("2026-11-21 12:04:50");

@@ -28,7 +28,8 @@ TEST_F(IrregularBase, IsRefusedAtOnceByEveryCommandWithOneLine) {
       "--from 2026-11-21 --to 2026-11-21",
       "campaign list --station station --machine machine",
       "settings list --station station --machine machine",
-      "compact --station station --machine machine"};
+      "compact --station station --machine machine",
+      "demo station"};
   fs::create_directories(Path("machine"));
   for (const std::string& making : makings) {
     fs::remove_all(Path("station"));

@@ -32,7 +32,8 @@ TEST_F(RunOnAir, ANewStationIsMadeAndTheRunEndsAfterItsTime) {
 TEST_F(RunOnAir, TheBareCommandWithoutADisplayAirsAllTheSameAndSaysSo) {
   // Without a duration only a signal ends it.
   const Result result = Shell(
-      "unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM; $zemoradio --station station --machine machine & "
+      "unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM; $zemoradio --station station --machine "
+      "machine & "
       "i=0; until [ -s station/ZemoOnOff.Dat ] || [ $((i=i+1)) -gt 1000 ]; do sleep 0.01; done; "
       "kill -TERM $!; wait $!");
   EXPECT_EQ(result.status, 0);
@@ -72,6 +73,22 @@ TEST_F(RunOnAir, ASecondTerminationLeavesAtOnce) {
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(120));  // of 900
   EXPECT_EQ(OnOff(), '0');
+}
+
+// What the base could not take is neither lost nor passed over by an end at once.
+TEST_F(RunOnAir, ASecondTerminationTellsOfTheRowsThatTheBaseCouldNotTake) {
+  MakeStation({5, 5, 5}, true);
+  const Result result =
+      Shell(UntilOnAir() +
+            "run=$!; mkfifo hold; sqlite3 station/Triskin.MDB <hold & exec 3>hold; "
+            "echo '.timeout 5000' >&3; echo 'BEGIN IMMEDIATE;' >&3; i=0; "
+            "until [ -s machine/KeptRows-* ] || [ $((i=i+1)) -gt 1000 ]; do sleep 0.02; done; "
+            "while kill -TERM $run 2>/dev/null; do sleep 0.1; done; wait $run");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.err.find("zemoradio: the base could not take "), std::string::npos)
+      << result.err;
+  EXPECT_NE(result.err.find(": they are written at the next start"), std::string::npos);
+  EXPECT_NE(Shell("cat machine/KeptRows-*").out.find("Title"), std::string::npos);
 }
 
 TEST_F(RunOnAir, AStationKilledOnAirGoesOnAirByItself) {

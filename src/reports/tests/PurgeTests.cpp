@@ -52,14 +52,23 @@ TEST_F(ReportPurge, KeepsTheDayUpToWhichNothingIsLeftOnceSomethingGoes) {
   EXPECT_EQ(on.stationFolder.Read("ReportBegin.Txt"), "22/10/2026\r\n");
 }
 
-TEST_F(ReportPurge, TakesNothingWhileThatDayCannotBeKept) {
+TEST_F(ReportPurge, GoesOnWhereThatDayCannotBeKeptAndSaysSo) {
   Add("46000");
   on.stationFolder.writesFail = true;
   PurgeRapport(on.station, 30);
-  EXPECT_EQ(Left(), "46000.0");
-  on.stationFolder.writesFail = false;
+  EXPECT_EQ(Left(), "");
+  ASSERT_TRUE(on.First("error"));
+  EXPECT_EQ((*on.First("error"))["where"], "PurgeRapport");
+}
+
+TEST_F(ReportPurge, GoesOnWhereTheDayKeptCannotBeReadAndSaysSo) {
+  on.MakeFile("ReportBegin.Txt", std::string(5 << 20, 'x'));
+  Add("46000");
   PurgeRapport(on.station, 30);
   EXPECT_EQ(Left(), "");
+  ASSERT_TRUE(on.First("error"));
+  EXPECT_NE((*on.First("error"))["text"].find("ReportBegin.Txt"), std::string::npos);
+  EXPECT_EQ(on.stationFolder.Read("ReportBegin.Txt"), "22/10/2026\r\n");
 }
 
 TEST_F(ReportPurge, AFailureLeavesTheTableAndIsLogged) {

@@ -274,6 +274,26 @@ TEST(RotationRulesOnABase, TheCursorsCardIsTestedAndItsRefusalLogged) {
             " >> Ecart minutes pas assez important 120 > 55");
 }
 
+// The clock went back from 12:00 to 10:55: what aired before that has the newest moments. A search
+// among A, C and D never meets the first line.
+TEST(RotationRulesOnABase, TheRecentArtistsAreThoseThatAiredLastThoughTheClockWentBack) {
+  RequestStation s;
+  s.Execute("DELETE * FROM Rapport");
+  const auto air = [&](const char* artist, double hour) {
+    s.Execute("INSERT INTO Rapport (AUTEUR, GENRE, DATENUM) VALUES ('" + std::string(artist) +
+              "', 'POP', " + std::to_string(46347 + hour / 24) + ")");
+  };
+  air("OLD", 9.0);
+  air("BEFORE", 11.8);
+  air("BEFORE TOO", 11.9);
+  air("D", 10.7);
+  air("A", 10.8);
+  air("C", 10.9);
+  s.SetCnf("EcartArtiste", 3);
+  LoadArtistesRecents(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"A", "C", "D"}));
+}
+
 TEST(RotationRulesOnABase, OnlyTheBroadcastThatThisRunAiredIsTimedByItsOwnClock) {
   RequestStation s("2026-11-21 10:00:00");
   TitleCard played;

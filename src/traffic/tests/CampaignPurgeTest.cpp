@@ -100,6 +100,20 @@ TEST(CampaignPurge, TakesNothingThatCannotBeKeptAndSaysWhy) {
   EXPECT_EQ(Codes(s), "");
 }
 
+TEST(CampaignPurge, TakesTheOthersWhereOneCannotBeKeptAndNamesIt) {
+  CampaignStation s;
+  AddEnded(s, "X\r\n");
+  std::filesystem::create_directory(s.InFolder("no.GPB"));
+  s.AddCampaign({{"CAMPAGNEFIN", "'20/11/2026'"},
+                 {"ANNONCEUR", "'Baker'"},
+                 {"FILENAMEGRILLE", "'" + s.InFolder("no.GPB") + "'"}});
+  s.AddCampaign({{"CAMPAGNEFIN", "'20/11/2026'"}});
+  SuppresionPub(s.station);
+  EXPECT_EQ(Codes(s), "2");
+  ASSERT_NE(s.First("error"), nullptr);
+  EXPECT_NE((*s.First("error"))["text"].find("Baker"), std::string::npos);
+}
+
 TEST(CampaignPurge, TakesNothingWhoseGridFileCannotBeRead) {
   CampaignStation s;
   AddEnded(s, "");
