@@ -1,11 +1,15 @@
 #include "station/BaseFiles.h"
 
+#include <algorithm>
+
 #include "platform/BaseUse.h"
 #include "platform/Folder.h"
 #include "station/DayGrid.h"
 #include "station/Station.h"
+#include "store/Schema.h"
 #include "store/StationFile.h"
 #include "store/StoreError.h"
+#include "store/TableDefs.h"
 
 namespace zemo {
 
@@ -19,13 +23,34 @@ void ForgetBase(Station& station) {
   if (station.GPubJour.RowCount() > 0) station.GPubJour.SetCell(0, GridCol::kDateStamp, "");
 }
 
-void OpenTables(Station& station) {
+void OpenTables(Station& station, const std::vector<std::string>& known = {}) {
   try {
     station.base.OpenAllTables();
   } catch (const StoreError&) {
     LogCurrentException(station, "OpenAllTables");
   }
-  TellGaps(station);
+  TellGaps(station, known);
+}
+
+// Not while a table is gone, which each use of it tells: it may come back as it was.
+bool StructureIsOther(Station& station) {
+  if (!station.base.IsOpen()) return false;
+  try {
+    TableDefs& tables = station.base.Db().Tables();
+    return tables.ChangedSinceStandIns() &&
+           std::all_of(SchemaTables().begin(), SchemaTables().end(),
+                       [&](const TableDef& table) { return tables.Has(table.Name); });
+  } catch (const StoreError&) {
+    return false;  // locked: looked at again
+  }
+}
+
+// Another tool changed tables of the open base: they are read as they are now.
+void FollowStructure(Station& station) {
+  if (!StructureIsOther(station)) return;
+  const std::vector<std::string> known = station.base.Gaps();
+  station.base.CheckCnf();
+  OpenTables(station, known);
 }
 
 }  // namespace
@@ -36,9 +61,10 @@ std::string BaseFileName(const Station& station) {
   return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-void TellGaps(Station& station) {
+void TellGaps(Station& station, const std::vector<std::string>& known) {
   for (const std::string& gap : station.base.Gaps())
-    LogError(station, "OpenAllTables", kErrNoSuchField, gap);
+    if (std::find(known.begin(), known.end(), gap) == known.end())
+      LogError(station, "OpenAllTables", kErrNoSuchField, gap);
 }
 
 std::string WhyNoBase(const Folder& folder, const std::string& name) {
@@ -91,7 +117,10 @@ void OpenBaseAgain(Station& station) {
 
 bool OpenLostBase(Station& station) {
   const NoLockWait atOnce(station.base.Waiting());
-  if (!station.base.OpenDatabaseIfLost()) return false;
+  if (!station.base.OpenDatabaseIfLost()) {
+    FollowStructure(station);
+    return false;
+  }
   ForgetBase(station);
   OpenTables(station);
   return true;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace zemo {
 
@@ -23,8 +24,9 @@ std::string BaseFileName(const Station& station);
 // Why the file of that name in the folder cannot be a station's base, in one line; empty: it can.
 std::string WhyNoBase(const Folder& folder, const std::string& name);
 
-// Logs what the base lacks of the schema, once an opening: a line a column, by its name.
-void TellGaps(Station& station);
+// Logs what the base lacks of the schema, once an opening: a line a column, by its name. Without
+// what was `known` before.
+void TellGaps(Station& station, const std::vector<std::string>& known = {});
 
 // The base is this program's alone while this stands. Thread: the logic's.
 class BaseAlone {
@@ -53,7 +55,8 @@ void SetBaseAside(Station& station);
 void OpenBaseAgain(Station& station);
 
 // The same where the base is closed or its file is no longer the one that was opened; true when it
-// was. Waits for no lock. Throws StoreError where what stands there cannot be opened: what was open
+// was. One whose tables another tool changed stays open, and its tables are opened anew. Waits for
+// no lock. Throws StoreError where what stands there cannot be opened: what was open
 // stays.
 bool OpenLostBase(Station& station);
 

@@ -243,6 +243,7 @@ void Connection::Close() {
   }
   ForgetStatements();
   standIns_.clear();
+  standInVersion_ = -1;
   sqlite3_finalize(dataVersion_);
   dataVersion_ = nullptr;
   seenMark_.clear();
@@ -417,12 +418,13 @@ void Connection::StructureChanged() {
   seenTotalChanges_ = -1;
 }
 
+int64_t Connection::SchemaVersion() {
+  Statement statement = Prepare("PRAGMA schema_version");
+  return statement.Step() ? statement.Int(0) : 0;
+}
+
 void Connection::RefreshCatalogue() {
-  int64_t version = 0;
-  {
-    Statement statement = Prepare("PRAGMA schema_version");
-    if (statement.Step()) version = statement.Int(0);
-  }
+  const int64_t version = SchemaVersion();
   if (version == catalogueVersion_) return;
   if (catalogueVersion_ >= 0) seenTotalChanges_ = -1;
   catalogueVersion_ = -1;
@@ -478,9 +480,10 @@ void Connection::LoadCatalogue() {
 // --- Stand-ins ---
 
 std::vector<std::string> Connection::PutStandIns() {
+  const auto tables = AllTables();  // a locked base leaves the former ones
   DropStandIns();
   std::vector<std::string> told;
-  for (const auto& table : AllTables()) {
+  for (const auto& table : tables) {
     StandIn standIn = StandInFor(*table, [&](const std::string& column) {
       const char* type = nullptr;
       const char* order = nullptr;
@@ -494,7 +497,12 @@ std::vector<std::string> Connection::PutStandIns() {
     told.insert(told.end(), standIn.told.begin(), standIn.told.end());
   }
   if (!standIns_.empty()) ForgetStatements();
+  standInVersion_ = catalogueVersion_;
   return told;
+}
+
+bool Connection::StandInsAreOld() {
+  return standInVersion_ >= 0 && SchemaVersion() != standInVersion_;
 }
 
 void Connection::DropStandIns() {

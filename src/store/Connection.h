@@ -80,8 +80,10 @@ class Connection {
   void StructureChanged();  // by this connection: forgets the catalogue and the statements
 
   // Tables whose columns are not the schema's are read through stand-ins from now on, see
-  // StandIns.h; what is to be told of them. Not kept up to date with what others do to the columns.
+  // StandIns.h; what is to be told of them. Not kept up to date with what others do to the columns:
+  // StandInsAreOld tells that they did something.
   std::vector<std::string> PutStandIns();
+  bool StandInsAreOld();
   void DropStandIns();
   // As FindTable; the stand-in where there is one.
   std::shared_ptr<const TableDef> FindReadTable(std::string_view name);
@@ -113,6 +115,7 @@ class Connection {
   sqlite3_stmt* Compile(const std::string& sql, std::string_view shown);
   void Forget(KeptList::iterator kept);
   void ForgetStatements();
+  int64_t SchemaVersion();  // of the file, which counts its structure's changes
   void LoadCatalogue();
   std::string FileMark() const;
   int64_t SizeBytes() const;  // of the open file; -1: unknown
@@ -128,6 +131,7 @@ class Connection {
   std::vector<std::shared_ptr<const TableDef>> tables_;
   std::vector<std::shared_ptr<const TableDef>> standIns_;
   int64_t catalogueVersion_ = -1;  // schema_version that tables_ shows; -1: none read
+  int64_t standInVersion_ = -1;    // that PutStandIns saw; -1: it was not asked
 
   int64_t changeCounter_ = 0;
   int64_t seenDataVersion_ = -1;

@@ -1,13 +1,16 @@
 // Opening and filling the station's base, and the settings row that everybody reads.
 #include "store/StationBase.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
 #include "store/ClosedTable.h"
+#include "store/Names.h"
 #include "store/Schema.h"
 #include "store/StationTable.h"
 #include "store/StoreError.h"
+#include "store/TableDefs.h"
 
 namespace zemo {
 
@@ -95,6 +98,14 @@ std::vector<Value> DefaultSettings() {
   std::vector<Value> row;
   for (const Field& field : FindSchemaTable("Cnf")->Fields) row.push_back(field.DefaultValue);
   return row;
+}
+
+bool CnfIsInOrder(TableDefs& defs) {
+  const std::vector<Field>& wanted = FindSchemaTable("Cnf")->Fields;
+  const std::vector<Field> present = defs.Item("Cnf").Fields;
+  return present.size() >= wanted.size() &&
+         std::equal(wanted.begin(), wanted.end(), present.begin(),
+                    [](const Field& a, const Field& b) { return SameName(a.Name, b.Name); });
 }
 
 }  // namespace
@@ -271,6 +282,10 @@ void StationBase::RefreshCnf() {
 void StationBase::ReadCnfRow() {
   const int64_t counter = Db().ChangeCounter();
   if (counter == cnfCounter_) return;
+  // Columns that moved up would be read in their neighbours' places: not before the tables are
+  // opened anew.
+  TableDefs& defs = Db().Tables();
+  if (cnfCounter_ >= 0 && defs.ChangedSinceStandIns() && !CnfIsInOrder(defs)) return;
   const auto row = Db().OpenRecordset("SELECT * FROM CNF");
   if (row->Eof()) throw StoreError(kErrNoCurrentRecord, "Cnf has no row");
   cnfRow_.resize(static_cast<size_t>(row->FieldCount()));

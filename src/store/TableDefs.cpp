@@ -62,6 +62,10 @@ bool TableDefs::Has(std::string_view name) {
   return connection_.FindTable(name) != nullptr;
 }
 
+bool TableDefs::ChangedSinceStandIns() {
+  return connection_.StandInsAreOld();
+}
+
 TableDef TableDefs::Existing(std::string_view name) {
   connection_.RefreshCatalogue();
   const auto table = connection_.FindTable(name);

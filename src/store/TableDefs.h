@@ -59,6 +59,8 @@ class TableDefs {
   TableDef Item(int position);  // 0-based
   TableDef Item(std::string_view name);
   bool Has(std::string_view name);
+  // Somebody changed the tables since Database::PutStandIns. Throws kErrLocked.
+  bool ChangedSinceStandIns();
 
   void Append(const TableDef& table);  // the table without its indexes; kErrTableExists
   void Delete(std::string_view table);

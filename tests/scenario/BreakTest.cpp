@@ -206,6 +206,22 @@ TEST_F(BreakAtMidnight, NeverFiresInTheFirstMinuteOfTheDay) {
   EXPECT_EQ(breaks[0].atMs, 70000);  // the day change set the guard at 10000
 }
 
+// Its guard is ahead of the clock when the day begins.
+TEST_F(BreakAtMidnight, NeverFiresInTheFirstMinuteOfTheDayBehindABreakOfTheLast) {
+  Load();
+  Titles(2, 600000);
+  AddCampaign(on, {.from = "JOURNALIER",
+                   .to = "JOURNALIER",
+                   .marks = {"00", "01", "59"},
+                   .crosses = {"23:59", "00:00", "00:01"}});
+  MakeGrid();
+  Air(135000);
+  const auto breaks = on.Events("break");
+  ASSERT_EQ(breaks.size(), 2U) << on.Describe();
+  EXPECT_EQ(breaks[0]["moment"] + " " + breaks[1]["moment"], "23:59 00:01");
+  EXPECT_EQ(breaks[1].atMs, 70000);
+}
+
 // --- the end-of-hour fitting: the engine starts at 12:54:50 and the fit is due with the tick at
 // 12:55:00 ---
 
@@ -276,6 +292,17 @@ TEST_F(BreakAndFitting, ThePlainFormTakesAWaitingBreakOutOfTheList) {
   Air(420000);
   EXPECT_EQ(Routines(), "AjoutPubPlaylist");
   EXPECT_EQ(SpotsAired(), 0);  // a row without a card does not come through the fit
+}
+
+// The end of an hour is to come again, for another list: at 12:55:50 it becomes 11:55:50.
+TEST_F(BreakAndFitting, AClockSetBackByAnHourTakesTheFittingBack) {
+  Spot("12:30");
+  on.At(60000, [&] {
+    EXPECT_TRUE(on.station.engine.FittingActive);
+    on.loop.ShiftWallClock(-3600000);
+  });
+  Air(62000);
+  EXPECT_FALSE(on.station.engine.FittingActive) << on.Describe();
 }
 
 // --- the tick composes the grid ---

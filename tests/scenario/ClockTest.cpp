@@ -225,6 +225,19 @@ TEST(SetClock, BackByAnHourLetsAJingleOverTheIntroductionCome) {
   EXPECT_LE(overlay->atMs, 30000);
 }
 
+// So that its rest is counted by the clock that never jumps.
+TEST(SetClock, ATitleOnAirIsKnownByItsBroadcastAndTheRunsOwnClock) {
+  TestStation on("2026-11-21 12:30:00");
+  on.Load();
+  const int32_t code = on.AddCard({.lengthMs = 180000});
+  on.AppendCard(code);
+  on.Start();
+  on.RunUntil(5000);
+  ASSERT_EQ(on.station.requests.airings.count(code), 1U) << on.Describe();
+  EXPECT_EQ(on.station.requests.airings.at(code).broadcast, "21/11/2026 à 12:30");
+  EXPECT_EQ(on.SqlText("SELECT DIFFUSION01 FROM Discotheque"), "21/11/2026 à 12:30");
+}
+
 TEST(SetClock, BackByAnHourDuringAnOverlapDoesNotHoldTheAir) {
   TestStation on("2026-11-21 12:30:00");
   on.Load();

@@ -10,6 +10,7 @@ namespace zemo::test {
 namespace {
 
 constexpr int64_t kRunMs = 5 * 60000;
+using Strings = std::vector<std::string>;
 
 // A library of titles of one minute that a request of the models finds, each artist another; a
 // request reaches two minutes ahead, so that the run hears several of them.
@@ -193,6 +194,75 @@ TEST_F(DamagedColumns, SettingsThatCannotBeMadeAnewAreReadByTheirNames) {
   EXPECT_EQ(on.station.base.CnfInt(Cnf::kPmixPubs), 500);
   EXPECT_EQ(on.station.base.CnfInt(Cnf::kTempRequette), 17);
   EXPECT_EQ(on.station.base.CnfInt(Cnf::kOutExtrait), 16);
+}
+
+// --- another program changes the base that is on air ---
+
+class ColumnsLostOnAir : public testing::Test {
+ protected:
+  void SetUp() override {
+    on.MakeModels();
+    on.Set("TempRequette", "2");
+    for (int i = 1; i <= 12; ++i)
+      on.AddCard({.lengthMs = 60000,
+                  .artist = "ARTIST " + std::to_string(i),
+                  .title = "TITLE " + std::to_string(i)});
+  }
+  void PlayThrough(const std::string& change) {
+    on.Load();
+    on.Start();
+    on.RunUntil(30000);
+    on.Sql(change);
+    on.RunUntil(kRunMs);
+    for (const Seen& one : on.Events("error")) faults.push_back(one["text"]);
+  }
+  // The sixth title begins at 292 s.
+  void ExpectAirAndItsRows() {
+    EXPECT_EQ(on.Starts().size(), 6U) << on.Describe();
+    EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "6") << on.Describe();
+    EXPECT_LE(on.LongestSilenceMs(kRunMs), 200) << on.Describe();
+  }
+  EmergencyStation on;
+  std::vector<std::string> faults;  // of the error log
+};
+
+TEST_F(ColumnsLostOnAir, OneOfTheLibraryIsReadByDefaultAndToldOnce) {
+  PlayThrough("ALTER TABLE Discotheque DROP COLUMN DIFFUSION01");
+  ExpectAirAndItsRows();
+  EXPECT_EQ(faults, Strings{"Discotheque has no column DIFFUSION01: read as by default"});
+}
+
+TEST_F(ColumnsLostOnAir, OneOfTheReportCostsNoRow) {
+  PlayThrough("ALTER TABLE Rapport DROP COLUMN LABEL");
+  ExpectAirAndItsRows();
+  EXPECT_EQ(faults, Strings{"Rapport has no column LABEL: read as by default"});
+}
+
+// At no moment is a setting read from its neighbour's place.
+TEST_F(ColumnsLostOnAir, SettingsBehindOneThatIsGoneKeepTheirValues) {
+  PlayThrough("ALTER TABLE Cnf DROP COLUMN PmixPubs");
+  ExpectAirAndItsRows();
+  EXPECT_EQ(faults, Strings{"Cnf has no column PmixPubs: read as by default"});
+  EXPECT_EQ(on.station.base.CnfInt(Cnf::kPmixPubs), 500);
+  EXPECT_EQ(on.station.base.CnfInt(Cnf::kTempRequette), 2);
+  EXPECT_EQ(on.station.base.CnfInt(Cnf::kOutExtrait), 16);
+}
+
+TEST_F(ColumnsLostOnAir, SettingsAreNotReadFromTheirNeighboursBeforeTheBaseIsLookedAt) {
+  on.Load();
+  on.station.base.CheckCnf();
+  EXPECT_EQ(on.station.base.CnfInt(Cnf::kTempRequette), 2);
+  on.Sql("ALTER TABLE Cnf DROP COLUMN PmixPubs");
+  on.station.base.CheckCnf();
+  EXPECT_EQ(on.station.base.CnfInt(Cnf::kTempRequette), 2);
+}
+
+// What was told of other tables is not told again.
+TEST_F(ColumnsLostOnAir, WhatWasLostBeforeIsNotToldAgain) {
+  on.Sql("ALTER TABLE Discotheque RENAME COLUMN COMMENTAIRE TO X_COMMENTAIRE");
+  PlayThrough("ALTER TABLE Rapport DROP COLUMN LABEL");
+  EXPECT_EQ(faults, (Strings{"Discotheque has no column COMMENTAIRE: read as by default",
+                             "Rapport has no column LABEL: read as by default"}));
 }
 
 }  // namespace

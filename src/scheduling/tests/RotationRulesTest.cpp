@@ -219,6 +219,16 @@ TEST_F(RotationRules, WhereTheClockWentBackATitleRestsFromWhenItReallyAired) {
             "25/10/2026 02:49:00 POP\tARTIST TITLE >> Ecart minutes pas assez important 65 > 64");
 }
 
+// Two hours by the wall clock, three by the other one, and by the rule without a sign 22 hours and
+// a day: 2760 minutes.
+TEST_F(RotationRules, AClockThatWentBackMakesNoTitleYoungerThanTheRuleSays) {
+  card.NBPASSJOUR = 8;
+  card.ECARTMINUTES = 200;
+  card.Diffusion[0] = "24/10/2026 à 23:00";
+  card.restedMinutes = 180;
+  EXPECT_TRUE(At("2026-10-25 01:00:00")) << line;
+}
+
 // The wall clock counts where it has more: it was set forward, or the machine slept.
 TEST_F(RotationRules, AClockThatWentOnIsTakenAtItsWord) {
   card.NBPASSJOUR = 8;

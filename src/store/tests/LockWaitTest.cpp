@@ -85,6 +85,14 @@ TEST_F(LockedElsewhere, OfManyTicksOnlyTheFirstWaitsForALockThatStays) {
   EXPECT_LT(ms, 2000) << "forty ticks of 100 ms would take 4 s";
 }
 
+TEST_F(LockedElsewhere, WhoeverLetsEachWaitSavesNothing) {
+  LockWait wait(0);
+  wait.LetAllWait(100, 60);
+  EXPECT_EQ(wait.LeftMs(), 40);
+  wait.LetEachWait(5000);
+  EXPECT_EQ(wait.LeftMs(), 5000);
+}
+
 TEST_F(LockedElsewhere, WhoeverLetsEachWaitIsNotBoundByWaitsInVainBefore) {
   Holder other(BasePath(), "BEGIN EXCLUSIVE");
   Db().Waiting().LetAllWait(30);

@@ -42,6 +42,40 @@ TEST_F(StandIns, AMissingColumnIsReadAsANewCardHasIt) {
   EXPECT_EQ(cards.Text("COMMENTAIRE"), "");
 }
 
+// Two varieties: a half each.
+TEST_F(StandIns, VarietiesWithoutTheirSharesHaveEqualOnes) {
+  Damage("ALTER TABLE Variete DROP COLUMN POURCENT");
+  EXPECT_EQ(Column("SELECT POURCENT FROM Variete ORDER BY VARIETE", "POURCENT"),
+            (Strings{"50", "50"}));
+}
+
+// As many settings as there should be, but the one in the lost one's place has a name of its own
+// (PmixToph, at 700 here); the lost one is as in a new base.
+TEST_F(StandIns, ASettingIsNotReadFromOneThatIsKnownByItsName) {
+  Db().Execute("UPDATE Cnf SET PmixToph = 700");
+  Damage("ALTER TABLE Cnf DROP COLUMN PmixPubs; ALTER TABLE Cnf ADD COLUMN Other INTEGER");
+  EXPECT_EQ(base->Gaps(), Strings{"Cnf has no column PmixPubs: read as by default"});
+  EXPECT_EQ(base->CnfInt(Cnf::kPmixPubs), 500);
+  EXPECT_EQ(base->CnfInt(Cnf::kPmixToph), 700);
+}
+
+// By another program while it is open; told until the tables are opened anew.
+TEST_F(StandIns, AStructureThatOthersChangedIsNoticed) {
+  EXPECT_EQ(base->CnfInt(Cnf::kCycleMaxi), 9000000);
+  EXPECT_FALSE(Db().Tables().ChangedSinceStandIns());
+  OtherProgram(BasePath()).Do("UPDATE Cnf SET TempRequette = 17");
+  EXPECT_FALSE(Db().Tables().ChangedSinceStandIns());
+  OtherProgram(BasePath()).Do("ALTER TABLE Cnf DROP COLUMN PmixPubs");
+  EXPECT_TRUE(Db().Tables().ChangedSinceStandIns());
+  base->CheckCnf();
+  EXPECT_EQ(base->CnfInt(Cnf::kCycleMaxi), 9000000);  // and not the size of a buffer behind it
+  base->OpenAllTables();
+  EXPECT_FALSE(Db().Tables().ChangedSinceStandIns());
+  base->CheckCnf();
+  EXPECT_EQ(base->CnfInt(Cnf::kPmixPubs), 500);
+  EXPECT_EQ(base->CnfInt(Cnf::kTempRequette), 17);
+}
+
 TEST_F(StandIns, WhatIsWrittenToAMissingColumnIsDroppedAndTheRestIsStored) {
   AddCard("A");
   Damage(

@@ -390,6 +390,17 @@ TEST_F(EndedBaker, AreTwoWhereANewBaseGaveTheNumberAgain) {
   EXPECT_EQ(Make().lines.size(), 3U);
 }
 
+TEST_F(EndedBaker, AreTwoWhereTheNumberAndTheSpotAreTakenForALaterCampaign) {
+  const std::string spot = on.SqlText("SELECT FILENAMEAUDIO FROM GrillePub");
+  Purge();
+  on.Sql("DELETE FROM sqlite_sequence");
+  ended.file = spot;
+  ended.from = "10/11/2026";
+  ASSERT_EQ(Baker({"11:00"}, ended), code);
+  Purge();
+  EXPECT_EQ(Make().lines.size(), 3U);
+}
+
 TEST_F(EndedBaker, TakeTheirPlacesInABreakThatWasFull) {
   for (int i = 0; i < 46; ++i)
     AddCampaign(on, {.advertiser = "OTHER", .priority = 5, .crosses = {"10:00"}});

@@ -86,6 +86,21 @@ TEST(CampaignPurge, OfACampaignWithoutAGridFileKeepsNone) {
   EXPECT_EQ(s.File("EndedCampaigns/1.GPB"), "(no file)");
 }
 
+// Its deletion failed the first time, and its grid file went before the second.
+TEST(CampaignPurge, KeepsTheGridOfTheLastTryAlone) {
+  CampaignStation s;
+  AddEnded(s, "X\r\n");
+  s.Sql("CREATE TRIGGER Held BEFORE DELETE ON GrillePub BEGIN SELECT RAISE(ABORT, 'held'); END");
+  SuppresionPub(s.station);
+  EXPECT_EQ(Codes(s), "1");
+  EXPECT_EQ(s.File("EndedCampaigns/1.GPB"), "X\r\n");
+  s.Sql("DROP TRIGGER Held");
+  std::filesystem::remove(s.InFolder("spot.GPB"));
+  SuppresionPub(s.station);
+  EXPECT_EQ(Codes(s), "");
+  EXPECT_EQ(s.File("EndedCampaigns/1.GPB"), "(no file)");
+}
+
 TEST(CampaignPurge, TakesNothingThatCannotBeKeptAndSaysWhy) {
   CampaignStation s;
   AddEnded(s, "X\r\n");
