@@ -19,8 +19,9 @@ std::vector<NameValueLine> NameValueLines(std::string_view bytes) {
   size_t at = bytes.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
   while (at < bytes.size()) {
     const size_t end = std::min(bytes.find_first_of("\r\n", at), bytes.size());
-    const size_t equals = bytes.find('=', at);
-    if (equals < end) {
+    const size_t inLine = bytes.substr(at, end - at).find('=');
+    if (inLine != std::string_view::npos) {
+      const size_t equals = at + inLine;
       const std::string_view behind = bytes.substr(equals + 1, end - equals - 1);
       lines.push_back({WithoutBlanks(bytes.substr(at, equals - at)), WithoutBlanks(behind),
                        equals + 1, behind.size()});

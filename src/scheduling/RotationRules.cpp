@@ -276,9 +276,19 @@ void LoadDernierCodeRapport(Station& station) {
     station.requests.DernierCodeRapport = static_cast<int32_t>(newest->Int("Code"));
 }
 
+namespace {
+
+// Without their column all titles have the same empty artist, and one would refuse all.
+bool ArtistIsUnknown(Station& station, const std::string& artist) {
+  return TrimView(artist).empty() && !station.base.Db().HasColumn("Discotheque", "AUTEUR");
+}
+
+}  // namespace
+
 void CheckEcartArtisteRapport(Station& station, const std::string& artist, int16_t gap,
                               bool& allowed) {
   try {
+    if (ArtistIsUnknown(station, artist)) return;
     const int64_t last = station.requests.DernierCodeRapport;
     const int64_t code = NewestRowOf(station, artist, last - gap);
     if (code != 0 && last - code < gap) allowed = false;
@@ -287,7 +297,8 @@ void CheckEcartArtisteRapport(Station& station, const std::string& artist, int16
   }
 }
 
-void CheckArtisteRecent(const Station& station, std::string& artist, bool& allowed) {
+void CheckArtisteRecent(Station& station, std::string& artist, bool& allowed) {
+  if (ArtistIsUnknown(station, artist)) return;
   const std::vector<std::string>& lines = station.requests.ECArtisteCapitals;
   const auto count = static_cast<int>(lines.size());
   artist = UpperLatin(artist);

@@ -62,7 +62,7 @@ void CheckEcartArtisteRapport(Station& station, const std::string& artist, int16
                               bool& allowed);
 // Clears the flag when the artist stands in ECArtiste, its first line left out; `artist` comes back
 // in capitals.
-void CheckArtisteRecent(const Station& station, std::string& artist, bool& allowed);
+void CheckArtisteRecent(Station& station, std::string& artist, bool& allowed);
 
 // The hour of the clock. Sets MinutesRequete to 60.
 int16_t HeureCourante(Station& station);

@@ -50,6 +50,11 @@ class SqliteDatabase : public Database {
   }
   TableDefs& Tables() override { return Use(), *tables_; }
   std::vector<std::string> PutStandIns() override { return Use().PutStandIns(); }
+  bool HasColumn(std::string_view table, std::string_view column) override {
+    const auto found = Use().FindReadTable(table);
+    const Field* field = found ? found->FindField(column) : nullptr;
+    return field && !field->Missing;
+  }
   void Open(bool create) override {
     auto fresh = std::make_shared<Connection>(path_, create, wait_);
     // SQLite makes the file with its first page; whoever looks at the folder now shall find a

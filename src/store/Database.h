@@ -39,6 +39,8 @@ class Database {
   // Columns are looked at: what the schema has and the file has not is read by default, and told, a
   // line each. Without it, and after a change of the structure, a query that names it fails.
   virtual std::vector<std::string> PutStandIns() = 0;
+  // False where the file has not the column, be it read by default or not.
+  virtual bool HasColumn(std::string_view table, std::string_view column) = 0;
   // Opens what stands at the path now; `create` makes the file. What was open is closed once the
   // new one is; where that cannot be opened it stays. Cursors of the former one find themselves
   // closed.

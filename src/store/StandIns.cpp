@@ -25,6 +25,11 @@ bool DeclaresNumber(const std::string& declared) {
   return !type.empty() && type.find("BLOB") == std::string::npos && !DeclaresText(declared);
 }
 
+// The gap between an artist's titles, whose default would keep all of a small library off the air.
+bool IsGapOfArtists(const TableDef& table, const Field& field) {
+  return SameName(table.Name, "Cnf") && SameName(field.Name, "EcartArtiste");
+}
+
 // What a row holds of which nothing else is known: as a new card has it, so that a title without
 // its rotation is in rotation, and one without its hours is allowed at all hours.
 Value OfANewRow(const TableDef& table, const Field& field) {
@@ -34,6 +39,7 @@ Value OfANewRow(const TableDef& table, const Field& field) {
   if (library && SameName(field.Name, "ECARTMINUTES")) return int64_t{120};
   if (library && SameName(field.Name, "GENRE")) return std::string("NOGENRE");
   if (library && SameName(field.Name, "VARIETE")) return std::string("NATIONAL");
+  if (IsGapOfArtists(table, field)) return int64_t{0};
   if (!IsNull(field.DefaultValue)) return field.DefaultValue;
   return IsTextType(field) ? Value(std::string()) : Value(int64_t{0});
 }
@@ -129,7 +135,8 @@ class Making {
       const bool variety = SameName(table_.Name, "Variete");
       field.ReadAs =
           InType(field, variety ? OfVarieties(field) : Literal(OfANewRow(table_, field)));
-      result_.told.push_back(begin + "read as by default");
+      result_.told.push_back(
+          begin + (IsGapOfArtists(table_, field) ? "read as none" : "read as by default"));
     }
   }
 

@@ -435,6 +435,23 @@ TEST(PercentageRequest, ThePerTitleGapAsksTheReportAndTheOthersTheRecentArtists)
   EXPECT_EQ(s.Listed(), (Codes{taken, first}));
 }
 
+// The report holds what airs without an artist; its rows are as near as any gap.
+TEST(PercentageRequest, WithoutTheColumnOfTheArtistsNoArtistTestRefusesATitle) {
+  for (const bool missing : {false, true}) {
+    RequestStation s;
+    s.Variety("NATIONAL", 100);
+    s.Model(kSaturday, "POP", 100);
+    s.SetCnf("EcartArtiste", 10);
+    for (int i = 0; i < 3; ++i) s.Report("", 46000);
+    TitleCard recent = Title("", 9), byReport = Title("", 8);
+    byReport.artistGap = 3;
+    const Codes both = {s.Add(recent), s.Add(byReport)};
+    if (missing) s.RenameColumn("Discotheque", "AUTEUR");
+    s.Request(30);
+    EXPECT_EQ(s.Listed(), missing ? both : Codes{});
+  }
+}
+
 TEST(PercentageRequest, LectureBaseStopsOneTitleAboveItsLimit) {
   RequestStation s;
   s.Variety("NATIONAL", 100);

@@ -11,6 +11,7 @@
 #include "platform/EventLoop.h"
 #include "scheduling/PercentageRequest.h"
 #include "settings/SideFiles.h"
+#include "station/BaseFiles.h"
 #include "station/TextForms.h"
 #include "support/TestStation.h"
 #include "support/WatchedLoop.h"
@@ -39,6 +40,13 @@ class RequestStation : public TestStation {
   }
 
   void Execute(const std::string& sql) { station.base.Db().Execute(sql); }
+  // Another program renames a column of the base, which is opened anew.
+  void RenameColumn(const std::string& table, const std::string& column) {
+    station.base.Close();
+    DBEngine::ExecuteNative(station.base.Path(), "ALTER TABLE " + table + " RENAME COLUMN " +
+                                                     column + " TO X_" + column);
+    OpenBaseAgain(station);
+  }
   void SetCnf(const std::string& field, int value) {
     Execute("UPDATE Cnf SET " + field + " = " + std::to_string(value));
     station.base.CheckCnf();

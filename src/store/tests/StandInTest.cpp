@@ -76,6 +76,16 @@ TEST_F(StandIns, AStructureThatOthersChangedIsNoticed) {
   EXPECT_EQ(base->CnfInt(Cnf::kTempRequette), 17);
 }
 
+// Its default would keep all artists of a small library off the air.
+TEST_F(StandIns, AMissingGapOfArtistsIsNone) {
+  Db().Execute("UPDATE Cnf SET EcartArtiste = 5");
+  Damage("ALTER TABLE Cnf DROP COLUMN EcartArtiste");
+  EXPECT_EQ(base->Gaps(), Strings{"Cnf has no column EcartArtiste: read as none"});
+  base->CheckCnf();
+  EXPECT_EQ(base->CnfInt(Cnf::kEcartArtiste), 0);
+  EXPECT_EQ(base->CnfInt(Cnf::kDecalDiff), 1);
+}
+
 TEST_F(StandIns, WhatIsWrittenToAMissingColumnIsDroppedAndTheRestIsStored) {
   AddCard("A");
   Damage(
