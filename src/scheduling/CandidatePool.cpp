@@ -251,6 +251,8 @@ std::string HourCondition(int weekday, int hour) {
 
 Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& used,
               int64_t limit) {
+  // What has no file cannot play, and would be skipped row by row.
+  if (!station.base.Db().HasColumn("Discotheque", "FILENAME")) return {};
   Pool pool;
   ArtistTests artists(station, cards);
   RotationMoment moment(station.Now());

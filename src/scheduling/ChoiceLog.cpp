@@ -4,6 +4,7 @@
 #include <charconv>
 #include <string_view>
 
+#include "platform/BoundedRead.h"
 #include "platform/Folder.h"
 #include "station/IsoMoments.h"
 #include "station/SideFileText.h"
@@ -102,7 +103,8 @@ void Shorten(KeptChoices& kept) {
 
 void Load(Folder& machine, KeptChoices& kept) {
   kept.loaded = true;
-  const auto bytes = machine.Read(kChoicesFile);
+  kept.writeAnew = machine.SizeBytes(kChoicesFile) > kMostTextBytes;  // it shall not grow
+  const auto bytes = ReadBounded(machine, kChoicesFile);
   if (!bytes) return;
   // A file cut in its last line is made whole by writing it anew.
   kept.writeAnew = !bytes->empty() && bytes->back() != '\n';

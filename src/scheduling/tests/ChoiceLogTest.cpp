@@ -137,6 +137,17 @@ TEST(ChoiceLog, WhatStoodInTheFileBeforeTheStartStays) {
   EXPECT_TRUE(Holds(lines[1], "\"code\":81,"));
 }
 
+TEST(ChoiceLog, AFileAbove4MegabytesIsToldAndBegunAnewInsteadOfRead) {
+  RequestStation s;
+  s.machineFolder.Write(kChoicesFile, std::string((4 << 20) + 1, '\n'));
+  KeepChoices(s.station, Seen(1, 1));
+  KeepChoices(s.station, Seen(1, 2));
+  EXPECT_EQ(s.LastError(), "KeepChoices: Choices.Txt is larger than 4 MB: it is not read");
+  const auto lines = Kept(s);
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_TRUE(Holds(lines[0], "\"code\":2"));
+}
+
 TEST(ChoiceLog, ATextOfForeignBytesOrControlsLeavesALineThatCanBeRead) {
   RequestSeen seen = Seen(1);
   seen.titles[0].artist = "caf\xE9";  // Windows-1252

@@ -452,6 +452,23 @@ TEST(PercentageRequest, WithoutTheColumnOfTheArtistsNoArtistTestRefusesATitle) {
   }
 }
 
+TEST(PercentageRequest, WithoutTheColumnOfTheFilesEachKindListsNothingAndRests) {
+  for (const int skeleton : {0, -1}) {
+    RequestStation s;
+    s.Variety("NATIONAL", 100);
+    s.Model(kSaturday, "POP", 100);
+    s.Position(kSaturday, 10, "POP");
+    s.SetCnf("Squelette", skeleton);
+    s.Add(Title("A", 9));
+    s.RenameColumn("Discotheque", "FILENAME");
+    s.Request(30);
+    EXPECT_EQ(s.Listed(), Codes{});
+    EXPECT_EQ(s.Requests().restUntilMs, s.loop.MonotonicMs() + 10000);
+    EXPECT_EQ(s.LastError(),
+              "OpenAllTables: Discotheque has no column FILENAME: read as by default");
+  }
+}
+
 TEST(PercentageRequest, LectureBaseStopsOneTitleAboveItsLimit) {
   RequestStation s;
   s.Variety("NATIONAL", 100);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/BoundedRead.h"
 #include "platform/NameValueLines.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "platform/real/files/WholeFiles.h"
@@ -103,7 +104,7 @@ void StoredPaths::Remove(std::string_view storedPath) {
 const StoredPaths::Map& StoredPaths::CurrentMap() const {
   std::string bytes;
   try {
-    bytes = machine_.Read(kMapFile).value_or(std::string());
+    bytes = ReadBounded(machine_, kMapFile).value_or(std::string());
   } catch (const FileError&) {
     // A map that cannot be read maps nothing; the files are then reported as missing.
   }

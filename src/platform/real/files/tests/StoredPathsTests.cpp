@@ -126,6 +126,14 @@ TEST_F(StoredPathsTest, LinesThatMapNothingArePassedOver) {
   EXPECT_EQ(paths.Resolve("\\no\\such\\a.wav"), "/no/such/a.wav");
 }
 
+TEST_F(StoredPathsTest, AMapAbove4MegabytesMapsNothing) {
+  const std::string line = "D:\\Music = " + music.Path() + "\n";
+  MapIs(line + std::string((4 << 20) - line.size(), ' '));
+  EXPECT_EQ(paths.Resolve("D:\\Music\\a.mp3"), music / "a.mp3");
+  MapIs(line + std::string((4 << 20) + 1 - line.size(), ' '));
+  EXPECT_EQ(paths.Resolve("D:\\Music\\a.mp3"), "D:\\Music\\a.mp3");
+}
+
 TEST_F(StoredPathsTest, AMapThatCannotBeReadMapsNothing) {
   std::filesystem::create_directory(machineFolder / "PathMap.Ini");
   EXPECT_EQ(paths.Resolve("D:\\a.wav"), "D:\\a.wav");
