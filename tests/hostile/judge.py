@@ -13,6 +13,7 @@ import resource
 import signal
 import subprocess
 import tempfile
+import unicodedata
 
 SILENCE_SECONDS = 20
 WORK_SECONDS = 5  # of the processor: a busy machine changes nothing about it
@@ -86,7 +87,8 @@ def of_command(done, allowed=(0, 1, 2)):
     if done.status in (1, 2):
         findings += [f"says {line[:120]!r}" for line in lines if not line.startswith("zemoradio: ")][:1]
     findings += [f"a line of {len(line)} characters" for line in lines if len(line) > 2000][:1]
-    findings += [f"control characters: {line[:120]!r}" for line in lines if not line.isprintable()][:1]
+    findings += [f"control characters: {line[:120]!r}" for line in lines
+                 if any(unicodedata.category(character) == "Cc" for character in line)][:1]
     return findings
 
 
