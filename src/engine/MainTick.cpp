@@ -74,7 +74,7 @@ int SecondsPassed(const std::string& from, const std::string& to) {
 
 // The moment of the tick, read once and again after whatever may have waited.
 struct Moment {
-  // As many seconds before `now` as the tick before, or the second of this one.
+  // `lastTick`: the `time` of the tick before, empty before the first.
   Moment(const Station& station, const std::string& lastTick) {
     Read(station);
     passedSec = SecondsPassed(lastTick, time);

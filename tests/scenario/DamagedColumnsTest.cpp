@@ -14,6 +14,15 @@ using Strings = std::vector<std::string>;
 
 // A library of titles of one minute that a request of the models finds, each artist another; a
 // request reaches two minutes ahead, so that the run hears several of them.
+void AddLibrary(EmergencyStation& on) {
+  on.MakeModels();
+  on.Set("TempRequette", "2");
+  for (int i = 1; i <= 12; ++i)
+    on.AddCard({.lengthMs = 60000,
+                .artist = "ARTIST " + std::to_string(i),
+                .title = "TITLE " + std::to_string(i)});
+}
+
 class DamagedColumns : public testing::Test {
  protected:
   struct Heard {
@@ -25,12 +34,7 @@ class DamagedColumns : public testing::Test {
 
   static Heard Play(const std::vector<std::string>& damage) {
     EmergencyStation on;
-    on.MakeModels();
-    on.Set("TempRequette", "2");
-    for (int i = 1; i <= 12; ++i)
-      on.AddCard({.lengthMs = 60000,
-                  .artist = "ARTIST " + std::to_string(i),
-                  .title = "TITLE " + std::to_string(i)});
+    AddLibrary(on);
     for (const std::string& statement : damage) on.Sql(statement);
     on.Load();
     on.Start();
@@ -200,14 +204,7 @@ TEST_F(DamagedColumns, SettingsThatCannotBeMadeAnewAreReadByTheirNames) {
 
 class ColumnsLostOnAir : public testing::Test {
  protected:
-  void SetUp() override {
-    on.MakeModels();
-    on.Set("TempRequette", "2");
-    for (int i = 1; i <= 12; ++i)
-      on.AddCard({.lengthMs = 60000,
-                  .artist = "ARTIST " + std::to_string(i),
-                  .title = "TITLE " + std::to_string(i)});
-  }
+  void SetUp() override { AddLibrary(on); }
   void PlayThrough(const std::string& change) {
     on.Load();
     on.Start();
