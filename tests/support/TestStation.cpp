@@ -160,10 +160,12 @@ TestStation::TestStation(const std::string& begin)
 }
 
 TestStation::~TestStation() {
+  record_.Write(*this);
   station.events.SetSink(nullptr);
 }
 
 void TestStation::OnEvent(const Event& event) {
+  record_.Add(loop.MonotonicMs(), event);
   Seen one{loop.MonotonicMs(), std::string(event.name), {}};
   for (const auto& [name, value] : event.members)
     one.members[std::string(name)] = std::visit(ToText{}, value);

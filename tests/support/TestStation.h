@@ -22,6 +22,7 @@
 #include "platform/sim/SimWires.h"
 #include "station/Station.h"
 #include "store/StoreError.h"
+#include "support/StationRecord.h"
 
 namespace zemo::test {
 
@@ -203,6 +204,8 @@ class TestStation : private EventSink {
 
  private:
   void OnEvent(const Event& event) override;
+
+  StationRecord record_;
 };
 
 LocalDateTime ParseMoment(const std::string& text);  // "YYYY-MM-DD hh:mm:ss"
