@@ -97,7 +97,7 @@ std::string RunDisplay::StatusText() const {
     text += "  silence";
   if (!station_->PL.Empty()) {
     const OnAirRow& next = station_->PL.Row(1);
-    text += "  |  next: " + next[Col::kText] + "  " + next[Col::kSecond];
+    text += "  |  next: " + next.title + "  " + next.secondLine;
   }
   return text;
 }

@@ -45,27 +45,27 @@ struct Incoming {
   int next = 1;     // slot that takes the element
 };
 
-const Cells& FirstRow(const Station& station) {
-  static const Cells none;  // an order during the overlap can have emptied the list
-  return station.PL.Empty() ? none : station.PL.Row(1).cells;
+const OnAirElement& FirstRow(const Station& station) {
+  static const OnAirElement none;  // an order during the overlap can have emptied the list
+  return station.PL.Empty() ? none : station.PL.Row(1);
 }
 
 // --- rows that start nothing ---
 
 void ServePlaylistMarker(Station& station, int32_t code) {
   EngineState& engine = station.engine;
-  const Cells& row = FirstRow(station);
-  station.events.Marker(code, TitleLine(row));
+  const OnAirElement& row = FirstRow(station);
+  station.events.Marker(code, TitleOf(row));
   if (!engine.ReportsDisabled) {
     ReportRow report = NewReportRow(station);
     report.GENRE = "PLAYLIST";
-    report.AUTEUR = row[Col::kText];
-    report.TITRE = row[Col::kSecond];
+    report.AUTEUR = row.title;
+    report.TITRE = row.secondLine;
     WriteOrKeep(station, {.row = report, .where = kRoutine});
   }
   if (code == Element::kStartPlaylist) {
     engine.PlaylistRunning = true;
-    engine.RunningPlaylistName = row[Col::kSecond];
+    engine.RunningPlaylistName = row.secondLine;
   } else {
     engine.NoJingleActive = false;
     engine.PlaylistRunning = false;
@@ -165,12 +165,12 @@ void FadeOldElement(Station& station, const Incoming& element) {
 
 void TellStart(Station& station, const Incoming& element, int slot) {
   SoundChain& sound = station.Sound();
-  const Cells& row = FirstRow(station);
+  const OnAirElement& row = FirstRow(station);
   StartedElement started;
   started.code = element.code;
   started.file = element.file;
-  started.title = TitleLine(row);
-  started.kind = row[Col::kKind];
+  started.title = TitleOf(row);
+  started.kind = row.genre;
   started.slot = slot;
   started.length_ms = sound.Length(slot);
   started.position_ms = sound.Position(slot);
@@ -260,11 +260,10 @@ void BeginIntro(Station& station, int32_t code, int32_t introSec) {
   FindJingle(station, true, introSec * 1000);
 }
 
-// The number in column 9 of the row, else the setting.
+// The row's own exit point, else the setting.
 float RowExitMs(Station& station, Cnf::Field fallback) {
-  const double exitMs = Val(FirstRow(station)[Col::kExitMs]);
-  return static_cast<float>(exitMs > 0 ? exitMs
-                                       : static_cast<double>(station.base.CnfInt(fallback)));
+  const int64_t exitMs = FirstRow(station).exitMs.value_or(0);
+  return static_cast<float>(exitMs > 0 ? exitMs : station.base.CnfInt(fallback));
 }
 
 // What a music title's card says of it.
@@ -321,7 +320,7 @@ MusicCard FollowUpMusic(Station& station, int32_t code) {
     return card;
   }
   if (engine.FittingActive)
-    engine.MixPointMs = static_cast<float>(Val(FirstRow(station)[Col::kExitMs]));
+    engine.MixPointMs = static_cast<float>(FirstRow(station).exitMs.value_or(0));
   else
     engine.MixPointMs =
         static_cast<float>(card.exitMs > 0 ? card.exitMs : station.base.CnfInt(Cnf::kPmixDef));
@@ -359,14 +358,14 @@ void FollowUpOther(Station& station, const Incoming& element) {
       engine.MixPointMs = RowExitMs(station, Cnf::kPmixJingles);
       break;
     case Element::kVoiceTrack:
-      engine.MixPointMs = static_cast<float>(Val(FirstRow(station)[Col::kExitMs]));
+      engine.MixPointMs = static_cast<float>(FirstRow(station).exitMs.value_or(0));
       return;  // a voice track leaves no report row
     default:
       return;
   }
   if (engine.ReportsDisabled) return;
-  report.AUTEUR = FirstRow(station)[Col::kText];
-  report.TITRE = FirstRow(station)[Col::kSecond];
+  report.AUTEUR = FirstRow(station).title;
+  report.TITRE = FirstRow(station).secondLine;
   WriteOrKeep(station, {.row = report, .where = kRoutine});
 }
 
@@ -435,7 +434,7 @@ void PlayWave(Station& station, const std::string& file, int32_t code) {
   station.engine.CodeEnCours = code;
   if (code == Element::kBeginExtract) {
     station.engine.CheckExtrait = true;
-    station.events.Marker(code, TitleLine(FirstRow(station)));
+    station.events.Marker(code, TitleOf(FirstRow(station)));
     return;
   }
   try {

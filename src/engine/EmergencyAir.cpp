@@ -82,21 +82,20 @@ void End(Station& station, const std::string& why) {
 
 // --- one element ---
 
-Cells EmergencyRow(Station& station, const std::string& name, const std::string& path,
-                   int32_t lengthMs) {
+OnAirElement EmergencyRow(Station& station, const std::string& name, const std::string& path,
+                          int32_t lengthMs) {
   const auto overlapMs = static_cast<int32_t>(station.base.CnfInt(Cnf::kPmixDef));
-  Cells cells;
-  cells[Col::kText] = kEmergencyFolder;
-  cells[Col::kSecond] =
+  OnAirElement element;
+  element.title = kEmergencyFolder;
+  element.secondLine =
       FirstCharacters(DecodeSideFile(name.substr(0, name.rfind('.'))), kTitleWidth);
-  cells[Col::kLength] = FormatDuration(lengthMs);
-  cells[Col::kKind] = "AUTRES";
-  cells[Col::kFile] = path;
-  cells[Col::kCode] = std::to_string(Element::kOther);
-  cells[Col::kLengthMs] = std::to_string(lengthMs);
+  element.genre = "AUTRES";
+  element.file = path;
+  element.code = Element::kOther;
+  element.lengthMs = lengthMs;
   // The exit point of music, but most of a short file is heard.
-  cells[Col::kExitMs] = std::to_string(std::clamp(overlapMs, 1, std::max(1, lengthMs / 4)));
-  return cells;
+  element.exitMs = std::clamp(overlapMs, 1, std::max(1, lengthMs / 4));
+  return element;
 }
 
 // In silence the output needs no fade and no wait before its position begins anew: what PlayWave
@@ -129,10 +128,10 @@ bool Holds(const Station& station, const std::string& path) {
 }
 
 // By the ordinary road: a row at the head of the list, which goes as soon as it sounds.
-bool PlayRow(Station& station, Cells cells, int32_t lengthMs) {
-  const std::string file = cells[Col::kFile];
-  const std::string title = TitleLine(cells);
-  const int64_t key = station.PL.Insert(1, std::move(cells)).key;
+bool PlayRow(Station& station, OnAirElement element, int32_t lengthMs) {
+  const std::string file = element.file;
+  const std::string title = TitleOf(element);
+  const int64_t key = station.PL.Insert(1, std::move(element)).key;
   {
     const FreshOutput fresh(station.Sound(), NothingOnAir(station), lengthMs);
     PlayWave(station, file, Element::kOther);
@@ -211,7 +210,7 @@ bool PlayNext(Station& station) {
 bool ListCanSound(Station& station) {
   const SoundFiles& files = station.platform.soundFiles;
   for (const OnAirRow& row : station.PL) {
-    const std::string& file = row[Col::kFile];
+    const std::string& file = row.file;
     if (!file.empty() && files.Exists(file)) return station.platform.lengths.LengthMs(file) > 0;
   }
   return false;

@@ -16,7 +16,7 @@ namespace {
 // The word and the CODE of a row's library record as a script names them; empty for a row that has
 // none (pips and markers come again by themselves).
 std::string LibraryOrder(Station& station, const OnAirRow& row) {
-  const int32_t code = row.Code();
+  const int32_t code = row.code;
   if (code > 0) return "insert music " + std::to_string(code);
   const char* lookUp = nullptr;
   const char* word = nullptr;
@@ -39,7 +39,7 @@ std::string LibraryOrder(Station& station, const OnAirRow& row) {
     default:
       return {};
   }
-  const auto found = station.base.Db().OpenRecordset(lookUp + SqlQuoted(row[Col::kFile]) + "'");
+  const auto found = station.base.Db().OpenRecordset(lookUp + SqlQuoted(row.file) + "'");
   return found->Eof() ? std::string() : word + std::to_string(found->Int("Code"));
 }
 

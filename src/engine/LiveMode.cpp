@@ -166,16 +166,16 @@ void TextBoxLostFocus(Station& station) {
 namespace {
 
 // The records of those rows as rows of PL; what the library no longer holds is passed over.
-std::vector<Cells> CellsOf(Station& station, const std::vector<int>& browseRows) {
+std::vector<OnAirElement> ElementsOf(Station& station, const std::vector<int>& browseRows) {
   const BrowseRows& browsed = station.screen.ListRech;
-  std::vector<Cells> cells;
+  std::vector<OnAirElement> elements;
   for (const int index : browseRows) {
     if (index < 0 || index >= static_cast<int>(browsed.rows.size())) continue;
     const int32_t code = browsed.rows.Code(static_cast<size_t>(index));
     if (code == 0) continue;
-    if (auto row = RowFromLibrary(station, browsed.list, code)) cells.push_back(std::move(*row));
+    if (auto row = RowFromLibrary(station, browsed.list, code)) elements.push_back(std::move(*row));
   }
-  return cells;
+  return elements;
 }
 
 }  // namespace
@@ -188,7 +188,7 @@ bool DropBrowseRows(Station& station, const std::vector<int>& browseRows, int ro
         "Alerte", ScreenWord("TooManyRows", langue, std::to_string(kMostDropped)), Buttons::kOk);
     return false;
   }
-  station.PL.InsertAll(row < 1 ? station.PL.Count() + 1 : row, CellsOf(station, browseRows));
+  station.PL.InsertAll(row < 1 ? station.PL.Count() + 1 : row, ElementsOf(station, browseRows));
   RefreshPlanTimes(station);
   return true;
 }

@@ -486,7 +486,7 @@ void ServeNewHour(Station& station, const Moment& at) {
   engine.LastHour = at.now.hour;
   station.requests.restUntilMs = -1;  // its titles may be listed where the old hour's may not
   for (int row = station.PL.Count(); row >= 1; --row)
-    if (station.PL.Row(row).Code() > 0) station.PL.Remove(row);
+    if (station.PL.Row(row).code > 0) station.PL.Remove(row);
 }
 
 // A composition that fails is tried again, but not tick after tick. True when the grid is whole.
@@ -550,11 +550,11 @@ void ArmVoiceTrack(Station& station) {
   EngineState& engine = station.engine;
   if (engine.ProgressPercent <= 50 || engine.ProgressPercent >= 65 || engine.VoiceTrackState != 0)
     return;
-  if (station.PL.Empty() || station.PL.Row(1)[Col::kText] != "Voice Track") return;
+  if (station.PL.Empty() || !station.PL.Row(1).liesOver) return;
   const OnAirRow row = station.PL.Row(1);
   station.PL.Remove(1);  // first, so that a track that cannot be opened does not stay in the way
-  LoadOverlay(station, row[Col::kFile]);
-  engine.VoiceTrackStartMs = static_cast<int32_t>(Val(row[Col::kIntro]));
+  LoadOverlay(station, row.file);
+  engine.VoiceTrackStartMs = static_cast<int32_t>(row.startMs.value_or(0));
   engine.VoiceTrackState = -1;
   station.screen.LblFeu.colour = kFeuArmed;
 }
@@ -635,8 +635,8 @@ void DecideStart(Station& station) {
 
 void PutJinglesBefore(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
-  FindJingleAssocieAvantTitre(station, station.PL.Row(1).Code());
-  FindJingleAssocieGenre(station, station.PL.Row(1)[Col::kKind]);
+  FindJingleAssocieAvantTitre(station, station.PL.Row(1).code);
+  FindJingleAssocieGenre(station, station.PL.Row(1).genre);
   const int64_t gapMinutes = Setting(station, Cnf::kJingles);
   if (!GuardIsAhead(at.timer, engine.LastJingleTimer) &&
       (at.timer - engine.LastJingleTimer) / 60 <= static_cast<float>(gapMinutes))
@@ -649,12 +649,12 @@ void StartNext(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
   if (!engine.IsRunning || !engine.StartNextNow || station.PL.Empty()) return;
   PutJinglesBefore(station, at);
-  const std::string file = station.PL.Row(1)[Col::kFile];
-  PlayWave(station, file, station.PL.Row(1).Code());
+  const std::string file = station.PL.Row(1).file;
+  PlayWave(station, file, station.PL.Row(1).code);
   if (!station.PL.Empty()) {
-    const Cells& row = station.PL.Row(1).cells;
-    station.screen.LblArtiste = TitleLine(row);
-    if (row[Col::kText] == "Jingle annonce extrait") engine.CheckExtrait = true;
+    const OnAirElement& row = station.PL.Row(1);
+    station.screen.LblArtiste = TitleOf(row);
+    if (row.AnnouncesExtracts()) engine.CheckExtrait = true;
     station.PL.Remove(1);
   }
   engine.ElementPositionMs = 0;

@@ -22,13 +22,13 @@ void FindElement(const Station& station, const LocalDateTime& now, NextUp& next)
   const OnAirRow* row = nullptr;
   for (const OnAirRow& candidate : station.PL)
     // A voice track lies over the element on air.
-    if (!candidate[Col::kFile].empty() && candidate.Code() != Element::kVoiceTrack) {
+    if (!candidate.file.empty() && candidate.code != Element::kVoiceTrack) {
       row = &candidate;
       break;
     }
   if (!row) return;
-  next.elementCode = row->Code();
-  next.elementTitle = TitleLine(row->cells);
+  next.elementCode = row->code;
+  next.elementTitle = TitleOf(*row);
   const EngineState& engine = station.engine;
   if (!engine.IsRunning) return;
   next.elementAt = ClockText((SecondOfDay(now) * 1000LL + MsToNextStart(engine)) % kDayMs);

@@ -80,7 +80,7 @@ Recordset* FindInLibrary(Station& station, BrowseList list, int32_t code) {
   return table && SeekCode(*table, code) ? table : nullptr;
 }
 
-Cells RowOfBrowseList(BrowseList list, const Recordset& record) {
+OnAirElement RowOfBrowseList(BrowseList list, const Recordset& record) {
   switch (list) {
     case BrowseList::kMusic:
       return MusicRow(record);
@@ -101,15 +101,13 @@ bool ValidRow(const Station& station, int row) {
 }
 
 // Asks first; the row itself goes in any case.
-void DeleteVoiceTrackRecord(Station& station, const OnAirRow& row) {
-  const std::string question = "Delete Voice Track \n" + row[Col::kSecond];
+void DeleteVoiceTrackRecord(Station& station, const OnAirElement& row) {
+  const std::string question = "Delete Voice Track \n" + row.secondLine;
   if (station.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes) return;
   Transaction transaction(station.base.Db());
-  const auto code = static_cast<int64_t>(Val(row[Col::kSecond]));
-  station.base.Db().Execute("DELETE * FROM VT WHERE Code = " + std::to_string(code));
+  station.base.Db().Execute("DELETE * FROM VT WHERE Code = " + std::to_string(row.voiceTrack));
   transaction.Commit();
-  if (station.platform.soundFiles.Exists(row[Col::kFile]))
-    station.platform.soundFiles.Remove(row[Col::kFile]);
+  if (station.platform.soundFiles.Exists(row.file)) station.platform.soundFiles.Remove(row.file);
 }
 
 void CheckStartStop(Station& station, bool on) {
@@ -206,7 +204,7 @@ bool SetCheck(Station& station, std::string_view name, bool on) {
   return true;
 }
 
-std::optional<Cells> RowFromLibrary(Station& station, BrowseList list, int32_t code) {
+std::optional<OnAirElement> RowFromLibrary(Station& station, BrowseList list, int32_t code) {
   try {
     const Recordset* record = FindInLibrary(station, list, code);
     if (record) return RowOfBrowseList(list, *record);
@@ -218,12 +216,12 @@ std::optional<Cells> RowFromLibrary(Station& station, BrowseList list, int32_t c
 
 bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
   RecordActivity(station);
-  std::optional<Cells> cells = RowFromLibrary(station, list, code);
-  if (!cells) return false;
+  std::optional<OnAirElement> element = RowFromLibrary(station, list, code);
+  if (!element) return false;
   if (row < 1)
-    station.PL.Add(std::move(*cells));
+    station.PL.Add(std::move(*element));
   else
-    station.PL.Insert(row, std::move(*cells));
+    station.PL.Insert(row, std::move(*element));
   RefreshPlanTimes(station);
   return true;
 }
@@ -231,14 +229,14 @@ bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
 void DragInList(Station& station, int fromRow, int toRow) {
   RecordActivity(station);
   if (!ValidRow(station, fromRow)) return;
-  Cells cells = station.PL.Row(fromRow).cells;
+  OnAirElement element = station.PL.Row(fromRow);
   station.PL.Remove(fromRow);
-  station.PL.Insert(toRow, std::move(cells));
+  station.PL.Insert(toRow, std::move(element));
   RefreshPlanTimes(station);
 }
 
 bool DeletingAsks(const Station& station, int row) {
-  return ValidRow(station, row) && station.PL.Row(row)[Col::kText].rfind("Voice Track", 0) == 0;
+  return ValidRow(station, row) && station.PL.Row(row).code == Element::kVoiceTrack;
 }
 
 void DeleteRow(Station& station, int row) {
@@ -247,7 +245,7 @@ void DeleteRow(Station& station, int row) {
   const int64_t key = station.PL.Row(row).key;
   if (DeletingAsks(station, row)) {
     try {
-      DeleteVoiceTrackRecord(station, OnAirRow(station.PL.Row(row)));
+      DeleteVoiceTrackRecord(station, OnAirElement(station.PL.Row(row)));
     } catch (const std::exception&) {
       LogCurrentException(station, "PL");
     }

@@ -28,7 +28,7 @@ void ReturnToAutomatic(Station& station);  // the live mode's list ran out
 // --- PL; rows from 1 ---
 // The record of that CODE as a row of PL; none when the library holds no such CODE, and for today's
 // report, which is no library. Faults are logged.
-std::optional<Cells> RowFromLibrary(Station& station, BrowseList list, int32_t code);
+std::optional<OnAirElement> RowFromLibrary(Station& station, BrowseList list, int32_t code);
 // A drop from the browse list at `row`, at the end with 0. False where there is no such row.
 bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row);
 void DragInList(Station& station, int fromRow, int toRow);

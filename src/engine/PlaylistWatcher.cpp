@@ -54,10 +54,11 @@ bool FindDueList(Station& station, DueList& due) {
 }
 
 void LoadBetweenMarkers(Station& station, const DueList& due) {
-  const std::vector<Cells> rows = StoredRows(station, due.code, false);  // before the list goes
+  const std::vector<OnAirElement> rows =
+      StoredRows(station, due.code, false);  // before the list goes
   station.PL.Clear();
   station.PL.Add(PlaylistMarkerRow(Element::kStartPlaylist, due.label));
-  for (const Cells& row : rows) station.PL.Add(row);
+  for (const OnAirElement& row : rows) station.PL.Add(row);
   station.PL.Add(PlaylistMarkerRow(Element::kEndPlaylist, due.label));
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "station/OnAirColumns.h"
 #include "station/Station.h"
 
 namespace zemo {
@@ -77,7 +78,10 @@ NamedValues CollectFlags(const Station& station) {
 
 Rows ListRows(const OnAirList& list) {
   Rows rows;
-  for (const OnAirRow& row : list) rows.emplace_back(row.cells.begin(), row.cells.end());
+  for (const OnAirElement& element : list) {
+    const Cells cells = ColumnsOf(element);
+    rows.emplace_back(cells.begin(), cells.end());
+  }
   return rows;
 }
 

@@ -28,9 +28,10 @@ bool FindVoiceTrack(Recordset& vt, int64_t code) {
 }
 
 // Nothing for a record that is gone.
-std::optional<Cells> StoredRow(Station& station, int64_t kind, int64_t record, bool lastPlayed) {
+std::optional<OnAirElement> StoredRow(Station& station, int64_t kind, int64_t record,
+                                      bool lastPlayed) {
   TableCursors& tables = station.base.Tables();
-  const auto row = [record](Recordset& table, Cells (*make)(const Recordset&)) {
+  const auto row = [record](Recordset& table, OnAirElement (*make)(const Recordset&)) {
     return SeekCode(table, record) ? std::optional(make(table)) : std::nullopt;
   };
   if (kind > 0) {
@@ -58,8 +59,8 @@ std::optional<Cells> StoredRow(Station& station, int64_t kind, int64_t record, b
 
 // "DISCOTHEQUE, FICHE" of a row as it is stored; empty for a row that is left out: one of another
 // kind, or one whose file its table does not know (any more).
-std::string StoredPair(Station& station, const OnAirRow& row) {
-  const int32_t code = row.Code();
+std::string StoredPair(Station& station, const OnAirElement& row) {
+  const int32_t code = row.code;
   if (code > 0) return std::to_string(code) + "," + std::to_string(code);
   const char* lookUp = nullptr;
   switch (code) {
@@ -76,11 +77,11 @@ std::string StoredPair(Station& station, const OnAirRow& row) {
     case Element::kBeginExtract:
       return "-6,-6";
     case Element::kVoiceTrack:
-      return "-30," + std::to_string(static_cast<int64_t>(Val(row[Col::kSecond])));
+      return "-30," + std::to_string(row.voiceTrack);
     default:
       return {};
   }
-  const auto found = station.base.Db().OpenRecordset(lookUp + SqlQuoted(row[Col::kFile]) + "'");
+  const auto found = station.base.Db().OpenRecordset(lookUp + SqlQuoted(row.file) + "'");
   if (found->Eof()) return {};
   return std::to_string(code) + "," + std::to_string(found->Int("Code"));
 }
@@ -125,7 +126,7 @@ void SaveRows(Station& station, int32_t listCode) {
   Database& db = station.base.Db();
   const std::string code = std::to_string(listCode);
   TryStep(station, [&] { db.Execute("DELETE * FROM Pls WHERE NUMPLS = " + code); });
-  for (const OnAirRow& row : station.PL) {
+  for (const OnAirElement& row : station.PL) {
     TryStep(station, [&] {
       const std::string pair = StoredPair(station, row);
       if (pair.empty()) return;
@@ -179,11 +180,11 @@ const MainScreen::ListItem* ChosenItem(const MainScreen& screen) {
 
 }  // namespace
 
-std::vector<Cells> StoredRows(Station& station, int32_t listCode, bool lastPlayed) {
+std::vector<OnAirElement> StoredRows(Station& station, int32_t listCode, bool lastPlayed) {
   const auto stored = station.base.Db().OpenRecordset(
       "SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = " + std::to_string(listCode) +
       " ORDER BY CODE");
-  std::vector<Cells> rows;
+  std::vector<OnAirElement> rows;
   for (; !stored->Eof(); stored->MoveNext())
     if (auto row = StoredRow(station, stored->Int("DISCOTHEQUE"), stored->Int("FICHE"), lastPlayed))
       rows.push_back(std::move(*row));
@@ -212,10 +213,10 @@ void ComboPLS_Click(Station& station) {
   try {
     Recordset& playlist = *station.base.Tables().Playlist;
     if (!SeekCode(playlist, item->data)) return;
-    const std::vector<Cells> rows =
+    const std::vector<OnAirElement> rows =
         StoredRows(station, static_cast<int32_t>(playlist.Int("CODE")), true);
     station.PL.Clear();
-    for (const Cells& row : rows) station.PL.Add(row);
+    for (const OnAirElement& row : rows) station.PL.Add(row);
     screen.ComboPLS.text = playlist.Text("LIBELLE");
     screen.LblDate = playlist.Text("LADATE");
     screen.ChHeure = playlist.Text("LHEURE");

@@ -21,6 +21,6 @@ void BtnNew_Click(Station& station);
 
 // The rows of a stored list as they go to PL, each rebuilt from its library record; one whose
 // record is gone is left out. Throws StoreError.
-std::vector<Cells> StoredRows(Station& station, int32_t listCode, bool lastPlayed);
+std::vector<OnAirElement> StoredRows(Station& station, int32_t listCode, bool lastPlayed);
 
 }  // namespace zemo

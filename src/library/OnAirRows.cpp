@@ -1,102 +1,99 @@
 #include "library/OnAirRows.h"
 
-#include "station/TextForms.h"
-#include "station/TimeForms.h"
+#include <optional>
+#include <string_view>
+#include <utility>
+
 #include "store/Recordset.h"
 
 namespace zemo {
 
 namespace {
-Cells Row(std::string text, const char* kind, int32_t code) {
-  Cells cells;
-  cells[Col::kText] = std::move(text);
-  cells[Col::kKind] = kind;
-  cells[Col::kCode] = std::to_string(code);
-  return cells;
+
+// Nothing for Null, and for what is no number.
+std::optional<int64_t> Number(const Recordset& record, std::string_view field) {
+  const Value value = record.Field(field);
+  return ReadsAsNumber(value) ? std::optional(AsInt(value)) : std::nullopt;
 }
 
-void SetLength(Cells& cells, const Recordset& record) {
-  const int64_t lengthMs = record.Int("DUREE");
-  cells[Col::kLength] = FormatDuration(lengthMs);
-  cells[Col::kLengthMs] = std::to_string(lengthMs);
+OnAirElement NewRow(int32_t code, std::string title, const char* kindsWord) {
+  return {.code = code, .title = std::move(title), .genre = kindsWord};
 }
 
-Cells CampaignRow(const Recordset& grillePub, const char* kind, int32_t code) {
-  Cells cells = Row(grillePub.Text("ANNONCEUR"), kind, code);
-  cells[Col::kFile] = grillePub.Text("FILENAMEAUDIO");
-  SetLength(cells, grillePub);
-  return cells;
+OnAirElement CampaignRow(const Recordset& grillePub, const char* kindsWord, int32_t code) {
+  OnAirElement element = NewRow(code, grillePub.Text("ANNONCEUR"), kindsWord);
+  element.file = grillePub.Text("FILENAMEAUDIO");
+  element.lengthMs = grillePub.Int("DUREE");
+  return element;
 }
 
-Cells LabelledRow(const Recordset& record, const char* kind, int32_t code) {
-  Cells cells = Row(record.Text("LIBELLE"), kind, code);
-  cells[Col::kFile] = record.Text("FILENAME");
-  cells[Col::kExitMs] = record.Text("POINTSORTIE");
-  SetLength(cells, record);
-  return cells;
+OnAirElement LabelledRow(const Recordset& record, const char* kindsWord, int32_t code) {
+  OnAirElement element = NewRow(code, record.Text("LIBELLE"), kindsWord);
+  element.file = record.Text("FILENAME");
+  element.lengthMs = record.Int("DUREE");
+  element.exitMs = Number(record, "POINTSORTIE");
+  return element;
 }
+
 }  // namespace
 
-Cells MusicRow(const Recordset& card, bool lastPlayed) {
-  Cells cells = Row(card.Text("AUTEUR"), "", static_cast<int32_t>(card.Int("CODE")));
-  cells[Col::kSecond] = card.Text("TITRE");
-  cells[Col::kKind] = card.Text("GENRE");
-  cells[Col::kVariety] = card.Text("VARIETE");
-  cells[Col::kFile] = card.Text("FILENAME");
-  cells[Col::kExitMs] = card.Text("POINTSORTIE");
-  cells[Col::kIntro] = card.Text("INTRO");
-  if (lastPlayed) cells[Col::kLastPlayed] = LastPlayedText(card.Real("LASTDIFF"));
-  SetLength(cells, card);
-  return cells;
+OnAirElement MusicRow(const Recordset& card, bool lastPlayed) {
+  return {.code = static_cast<int32_t>(card.Int("CODE")),
+          .title = card.Text("AUTEUR"),
+          .secondLine = card.Text("TITRE"),
+          .genre = card.Text("GENRE"),
+          .variety = card.Text("VARIETE"),
+          .file = card.Text("FILENAME"),
+          .lengthMs = card.Int("DUREE"),
+          .exitMs = Number(card, "POINTSORTIE"),
+          .introSec = Number(card, "INTRO"),
+          .lastPlayed = lastPlayed ? card.Real("LASTDIFF") : 0};
 }
 
-Cells JingleRow(const Recordset& jingle) {
+OnAirElement JingleRow(const Recordset& jingle) {
   return LabelledRow(jingle, "JINGLE", Element::kJingle);
 }
-Cells SpotRow(const Recordset& campaign) {
+OnAirElement SpotRow(const Recordset& campaign) {
   return CampaignRow(campaign, "PUB", Element::kSpot);
 }
-Cells NewsRow(const Recordset& campaign) {
+OnAirElement NewsRow(const Recordset& campaign) {
   return CampaignRow(campaign, "RUB", Element::kNews);
 }
-Cells OtherRow(const Recordset& other) {
+OnAirElement OtherRow(const Recordset& other) {
   return LabelledRow(other, "AUTRES", Element::kOther);
 }
 
-Cells VoiceTrackRow(const Recordset& vt) {
+OnAirElement VoiceTrackRow(const Recordset& vt) {
   const bool cut = vt.Bool("CUT");
-  Cells cells = Row(cut ? "Voice Track Cut" : "Voice Track", "Voice Track", Element::kVoiceTrack);
-  cells[Col::kSecond] = vt.Text("CODE");
-  cells[Col::kFile] = vt.Text("FILENAME");
-  SetLength(cells, vt);
-  if (cut) {
-    cells[Col::kExitMs] = vt.Text("POINTSORTIE");
-  } else {
-    cells[Col::kLengthMs] = "0";  // it plays over the element before and takes no time of its own
-    cells[Col::kIntro] = vt.Text("START");
-  }
-  return cells;
+  OnAirElement element =
+      NewRow(Element::kVoiceTrack, cut ? "Voice Track Cut" : "Voice Track", "Voice Track");
+  element.secondLine = vt.Text("CODE");
+  element.voiceTrack = vt.Int("CODE");
+  element.file = vt.Text("FILENAME");
+  element.lengthMs = vt.Int("DUREE");
+  element.liesOver = !cut;
+  if (cut)
+    element.exitMs = Number(vt, "POINTSORTIE");
+  else
+    element.startMs = Number(vt, "START");
+  return element;
 }
 
-Cells BeginExtractRow() {
-  return Row("Begin Extrait", "", Element::kBeginExtract);
+OnAirElement BeginExtractRow() {
+  return NewRow(Element::kBeginExtract, "Begin Extrait", "");
 }
 
-Cells HourPipRow(const std::string& file) {
-  Cells cells = Row("Top Horaire", "TOP-H", Element::kHourPip);
-  cells[Col::kFile] = file;
-  return cells;
+OnAirElement HourPipRow(const std::string& file) {
+  OnAirElement element = NewRow(Element::kHourPip, "Top Horaire", "TOP-H");
+  element.file = file;
+  return element;
 }
 
-Cells PlaylistMarkerRow(int32_t code, const std::string& label) {
-  Cells cells =
-      Row(code == Element::kStartPlaylist ? "Start Playlist" : "End Playlist", "PLAYLIST", code);
-  cells[Col::kSecond] = label;
-  return cells;
-}
-
-std::string TitleLine(const Cells& cells) {
-  return cells[Col::kText] + "  " + cells[Col::kSecond];
+OnAirElement PlaylistMarkerRow(int32_t code, const std::string& label) {
+  OnAirElement element =
+      NewRow(code, code == Element::kStartPlaylist ? "Start Playlist" : "End Playlist", "PLAYLIST");
+  element.secondLine = label;
+  return element;
 }
 
 }  // namespace zemo

@@ -222,21 +222,22 @@ int64_t CandidateCards::PlayedSecond(int card) const {
          played.second;
 }
 
-PoolRow CandidateCards::AsPoolRow(int card) const {
+OnAirElement CandidateCards::ElementOf(int card) const {
   const Card& numbers = At(card);
   const auto text = [&](Text which) { return std::string(TextAt(card, which)); };
-  const std::string length = NumberText(numbers.lengthMs, kNull);
-  return {ListedArtist(card),
-          text(kTitle),
-          length,
-          text(kGenre),
-          text(kVariety),
-          text(kFile),
-          std::to_string(numbers.code),
-          length,
-          NumberText(numbers.exitMs, kNull),
-          NumberText(numbers.introSec, kNull),
-          std::isfinite(numbers.lastdiff) ? LastPlayedText(numbers.lastdiff) : std::string()};
+  const auto known = [](int32_t number) {
+    return number == kNull ? std::nullopt : std::optional<int64_t>(number);
+  };
+  return {.code = numbers.code,
+          .title = ListedArtist(card),
+          .secondLine = text(kTitle),
+          .genre = text(kGenre),
+          .variety = text(kVariety),
+          .file = text(kFile),
+          .lengthMs = known(numbers.lengthMs),
+          .exitMs = known(numbers.exitMs),
+          .introSec = known(numbers.introSec),
+          .lastPlayed = std::isfinite(numbers.lastdiff) ? numbers.lastdiff : 0};
 }
 
 std::string GenreCondition(const std::vector<std::string>& genres) {
@@ -289,20 +290,12 @@ void SortByLastPlay(const CandidateCards& cards, Pool& pool) {
 }
 
 void ShowPool(Station& station, const CandidateCards& cards, const Pool& pool) {
-  std::vector<PoolRow>& shown = station.requests.ListView1;
+  std::vector<OnAirElement>& shown = station.requests.ListView1;
   shown.clear();
   for (const int card : pool) {
     if (shown.size() == kPoolRowsShown) return;
-    shown.push_back(cards.AsPoolRow(card));
+    shown.push_back(cards.ElementOf(card));
   }
-}
-
-Cells ListedRow(const PoolRow& candidate) {
-  Cells cells;
-  for (size_t column = 0; column <= 7; ++column) cells[column] = candidate[column];
-  cells[Col::kLength] = FormatDuration(static_cast<int64_t>(Val(candidate[2])));
-  for (size_t column = 7; column <= 10; ++column) cells[column + 1] = candidate[column];
-  return cells;
 }
 
 }  // namespace zemo

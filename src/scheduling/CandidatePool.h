@@ -16,7 +16,7 @@
 
 #include "scheduling/RotationRules.h"
 #include "scheduling/TitlesInUse.h"
-#include "station/OnAirList.h"
+#include "station/OnAirElement.h"
 #include "station/RequestState.h"
 
 namespace zemo {
@@ -51,9 +51,9 @@ class CandidateCards {
   // A number of its own for each spelling, below ArtistCount().
   int ArtistNumber(int card) const { return At(card).artist; }
   int ArtistCount() const { return static_cast<int>(artists_.size()); }
-  CardRotation Rotation(int card) const;  // valid as long as this object
-  int64_t PlayedSecond(int card) const;   // orders as column 10 of the pool does
-  PoolRow AsPoolRow(int card) const;
+  CardRotation Rotation(int card) const;   // valid as long as this object
+  int64_t PlayedSecond(int card) const;    // of LASTDIFF; never played first
+  OnAirElement ElementOf(int card) const;  // as it goes into PL
 
  private:
   static constexpr int32_t kNull = std::numeric_limits<int32_t>::min();
@@ -118,8 +118,5 @@ void CutArtistDoubles(const CandidateCards& cards, Pool& pool, Pool* cut);
 void SortByLastPlay(const CandidateCards& cards, Pool& pool);
 // Shows the pool in ListView1: its first rows, enough to see what was offered.
 void ShowPool(Station& station, const CandidateCards& cards, const Pool& pool);
-
-// The row of PL that a candidate becomes.
-Cells ListedRow(const PoolRow& candidate);
 
 }  // namespace zemo

@@ -85,9 +85,9 @@ void FitTitles(Station& station) {
     EssaisFit[k] = station.PL.Codes();
   }
   // 5: the cards are read before the list is cleared, so that a failed read loses nothing.
-  std::vector<Cells> rows = RowsOfCards(station, EssaisFit[BestRound(ScoresFit)]);
+  std::vector<OnAirElement> rows = RowsOfCards(station, EssaisFit[BestRound(ScoresFit)]);
   station.PL.Clear();
-  for (Cells& cells : rows) station.PL.Add(std::move(cells));
+  for (OnAirElement& element : rows) station.PL.Add(std::move(element));
 }
 
 // --- the instrumental form ---
@@ -107,7 +107,7 @@ PipRow FindPipRow(const Station& station, double leftSec) {
   double endMs = station.engine.RemainingMs;
   double startMs = static_cast<double>(station.Timer()) * 1000 + station.engine.RemainingMs;
   for (int row = 1; row <= station.PL.Count(); ++row) {
-    const double airMs = AirMs(station.PL.Row(row));
+    const double airMs = station.PL.Row(row).AirMs();
     endMs += airMs;
     if (endMs / 1000 > leftSec) return {row, startMs};
     startMs += airMs;
@@ -122,9 +122,9 @@ void InsertInstrumental(Station& station, int position, int64_t gapSec) {
       "Select * From Discotheque Where Genre In('INSTRUMENTAL') AND DUREE > " +
       std::to_string(gapSec * 1000) + HourFilterOfNow(station) + " ORDER BY Lastdiff ASC;");
   if (titles->Eof()) return;
-  Cells cells = MusicRow(*titles);
-  if (cells[Col::kText].empty()) cells[Col::kText] = "Code " + titles->Text("CODE");
-  station.PL.Insert(position, std::move(cells));
+  OnAirElement element = MusicRow(*titles);
+  if (element.title.empty()) element.title = "Code " + titles->Text("CODE");
+  station.PL.Insert(position, std::move(element));
 }
 
 // --- the form with the spots by the pip ---
@@ -135,10 +135,10 @@ double ShortenTitles(Station& station) {
   double startSec = std::floor(static_cast<double>(station.Timer()) + engine.RemainingMs / 1000.0 -
                                static_cast<double>(engine.MixPointMs) / 1000);
   for (int i = 1; i <= station.PL.Count(); ++i) {
-    OnAirRow& row = station.PL.Row(i);
-    if (row.Code() < 0) break;
-    row[Col::kExitMs] = std::to_string(int64_t{ValInt(row[Col::kExitMs])} + kShortenStepMs);
-    startSec = std::floor(startSec + AirMs(row) / 1000);
+    OnAirElement& row = station.PL.Row(i);
+    if (row.code < 0) break;
+    row.exitMs = row.exitMs.value_or(0) + kShortenStepMs;
+    startSec = std::floor(startSec + row.AirMs() / 1000);
   }
   return startSec;
 }

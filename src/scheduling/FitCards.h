@@ -12,6 +12,6 @@ struct Station;
 
 // The music rows of these codes, in their order; a code without a card (a jingle, a spot, any
 // element with a negative code) has no row. Throws StoreError.
-std::vector<Cells> RowsOfCards(Station& station, const std::vector<int32_t>& codes);
+std::vector<OnAirElement> RowsOfCards(Station& station, const std::vector<int32_t>& codes);
 
 }  // namespace zemo

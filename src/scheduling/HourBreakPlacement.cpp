@@ -49,7 +49,7 @@ int PositionByMoment(const Station& station, double momentSec, double lengthSec,
       if (startMs / 1000 + lengthSec > pipSec && row >= 2) --row;
       break;
     }
-    startMs += AirMs(station.PL.Row(row));
+    startMs += station.PL.Row(row).AirMs();
   }
   return row;
 }
@@ -59,7 +59,7 @@ int PositionByPip(const Station& station, double lengthSec, double pipSec) {
   int row = 1;
   for (; row <= station.PL.Count(); ++row) {
     if (startMs / 1000 + lengthSec > pipSec) break;
-    startMs += AirMs(station.PL.Row(row));
+    startMs += station.PL.Row(row).AirMs();
   }
   return row;
 }
@@ -68,10 +68,6 @@ int PositionByPip(const Station& station, double lengthSec, double pipSec) {
 
 int HourOfPip(const Station& station) {
   return (station.Now().hour + 1) % 24;
-}
-
-double AirMs(const OnAirRow& row) {
-  return row.LengthMs() - row.ExitMs();
 }
 
 bool PlaceHourBreak(Station& station, BreakForm form) {

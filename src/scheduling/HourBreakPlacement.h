@@ -14,9 +14,6 @@ enum class BreakForm {
 // Next hour on the clock, 0 behind 23: all reckoning of the fitting with a break aims at its begin.
 int HourOfPip(const Station& station);
 
-// What the row adds to the running time of the list, ms: its length less its exit point.
-double AirMs(const OnAirRow& row);
-
 // Places the break of the present hour that is still to come and marks the hour's block as handled,
 // so that the tick does not fire it again. False when the hour has none left.
 bool PlaceHourBreak(Station& station, BreakForm form);

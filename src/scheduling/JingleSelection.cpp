@@ -35,7 +35,7 @@ bool JinglesStopped(const Station& station) {
 
 // No jingle goes before a row that is no music.
 bool NoMusicNext(const Station& station) {
-  return !station.PL.Empty() && station.PL.Row(1).Code() < 0;
+  return !station.PL.Empty() && station.PL.Row(1).code < 0;
 }
 
 // Moves to the first row whose date window is open; false when there is none.
@@ -62,17 +62,17 @@ void MarkPlayed(Station& station, const Search& search, AirWrite::Kind kind,
                         .detail = search.detail});
 }
 
-void InsertPick(Station& station, const char* routine, int row, Cells cells,
+void InsertPick(Station& station, const char* routine, int row, OnAirElement element,
                 const Recordset& pick) {
-  station.PL.Insert(row, std::move(cells));
+  station.PL.Insert(row, std::move(element));
   station.events.Jingle(routine, static_cast<int32_t>(pick.Int("CODE")), pick.Text("FILENAME"),
                         false);
 }
 
-Cells PlainRow(const Recordset& pick) {
-  Cells cells = JingleRow(pick);
-  cells[Col::kKind].clear();
-  return cells;
+OnAirElement PlainRow(const Recordset& pick) {
+  OnAirElement element = JingleRow(pick);
+  element.genre.clear();
+  return element;
 }
 
 void StoreLastJingle(Station& station, const Search& search, bool overlay, int64_t code) {
@@ -156,33 +156,29 @@ Query OpenTitleJingles(Station& station, int32_t titleCode) {
   Query own = db.OpenRecordset(
       "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = " + std::to_string(titleCode) +
       " AND SURIMPRESSION = 0 ORDER BY LASTDIFF ASC;");
-  if (!own->Eof() || station.PL.Empty() || Trim(station.PL.Row(1)[Col::kText]).empty()) return own;
+  if (!own->Eof() || station.PL.Empty() || Trim(station.PL.Row(1).title).empty()) return own;
   return db.OpenRecordset("SELECT * FROM DiscothequeJingle WHERE ARTISTEASSOCIE = '" +
-                          SqlQuoted(station.PL.Row(1)[Col::kText]) + "' ORDER BY LASTDIFF ASC;");
+                          SqlQuoted(station.PL.Row(1).title) + "' ORDER BY LASTDIFF ASC;");
 }
 
 // Row 2 as the list stands now: when a jingle went in before the title, that is before the title
 // too.
 int RowBehindTitle(const Station& station) {
-  const bool jingleThere = station.PL.Count() >= 2 && station.PL.Row(2).Code() == Element::kJingle;
+  const bool jingleThere = station.PL.Count() >= 2 && station.PL.Row(2).code == Element::kJingle;
   return jingleThere ? 3 : 2;
 }
 
 // --- FindJingleExtrait ---
 
-constexpr const char* kAnnouncement =
-    "Jingle annonce extrait";  // the tick plays extracts behind it
-
-Cells NoAnnouncementRow() {
-  Cells cells;
-  cells[Col::kText] = kAnnouncement;
-  cells[Col::kSecond] = "NO JINGLE";
-  cells[Col::kLength] = "--:--";
-  cells[Col::kKind] = "Jingle";
-  cells[Col::kCode] = std::to_string(Element::kJingle);
-  cells[Col::kLengthMs] = "0";
-  cells[Col::kExitMs] = "0";
-  return cells;
+OnAirElement NoAnnouncementRow() {
+  OnAirElement element;
+  element.title = kExtractAnnouncement;
+  element.secondLine = "NO JINGLE";
+  element.genre = "Jingle";
+  element.code = Element::kJingle;
+  element.lengthMs = 0;
+  element.exitMs = 0;
+  return element;
 }
 
 }  // namespace
@@ -284,10 +280,10 @@ void FindJingleExtrait(Station& station, int16_t row) {
       return;
     }
     code = jingles->Int("CODE");
-    Cells cells = JingleRow(*jingles);
-    cells[Col::kSecond] = std::exchange(cells[Col::kText], kAnnouncement);
-    cells[Col::kKind] = "Jingle";
-    InsertPick(station, kRoutine, row, std::move(cells), *jingles);
+    OnAirElement element = JingleRow(*jingles);
+    element.secondLine = std::exchange(element.title, kExtractAnnouncement);
+    element.genre = "Jingle";
+    InsertPick(station, kRoutine, row, std::move(element), *jingles);
     MarkPlayed(station, {kRoutine, CodeText(code)}, AirWrite::Kind::kJinglePlayed, *jingles);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, CodeText(code));
@@ -303,9 +299,9 @@ bool FindJingleRacro(Station& station) {
         "SELECT * FROM DISCOTHEQUEVIRGULE Where JingleRacro = 1 Order By Lastdiff");
     if (elements->Eof()) return false;
     code = elements->Int("CODE");
-    Cells cells = OtherRow(*elements);
-    cells[Col::kKind].clear();
-    InsertPick(station, kRoutine, 1, std::move(cells), *elements);
+    OnAirElement element = OtherRow(*elements);
+    element.genre.clear();
+    InsertPick(station, kRoutine, 1, std::move(element), *elements);
     done = true;
     MarkPlayed(station, {kRoutine, CodeText(code)}, AirWrite::Kind::kOtherPlayed, *elements);
   } catch (const std::exception&) {

@@ -106,7 +106,7 @@ class Choosing {
       budgets_.Seconds(row, *variety) +=  // d
           static_cast<float>(std::floor(cards_.LengthMs(card) / 1000.0));
       const float shareAfter = budgets_.UsedShare(row, *variety, seconds);
-      frame_.List(++lastRow_, cards_.AsPoolRow(card),  // e
+      frame_.List(++lastRow_, cards_.ElementOf(card),  // e
                   {.place = place,
                    .percent = Asked(row),
                    .shareBefore = share,
@@ -212,11 +212,11 @@ void MelangeGenres(Station& station, int16_t& first) {
   try {
     if (first == 1) first = 2;
     for (int row = first; row <= list.Count(); ++row) {
-      const std::string& genre = list.Row(row)[Col::kKind];
-      if (genre != list.Row(row - 1)[Col::kKind]) continue;
+      const std::string& genre = list.Row(row).genre;
+      if (genre != list.Row(row - 1).genre) continue;
       int other = row;
-      while (other <= list.Count() && list.Row(other)[Col::kKind] == genre) ++other;
-      if (other <= list.Count()) std::swap(list.Row(row).cells, list.Row(other).cells);
+      while (other <= list.Count() && list.Row(other).genre == genre) ++other;
+      if (other <= list.Count()) list.SwapElements(row, other);
     }
   } catch (const std::exception&) {
     LogCurrentException(station, "MelangeGenres");

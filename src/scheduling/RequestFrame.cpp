@@ -109,11 +109,11 @@ void RequestFrame::Open(int minutes) {
   station_.base.Tables().Discotheque->SetIndex("CODE");
 }
 
-void RequestFrame::List(int row, const PoolRow& candidate, const ChoiceReason& reason) {
-  station_.PL.Insert(row, ListedRow(candidate));
+void RequestFrame::List(int row, OnAirElement candidate, const ChoiceReason& reason) {
+  seen_.titles.push_back({candidate.code, candidate.title, candidate.secondLine, candidate.genre,
+                          candidate.variety, reason});
+  station_.PL.Insert(row, std::move(candidate));
   ++rowsAdded_;
-  seen_.titles.push_back(
-      {ValInt(candidate[6]), candidate[0], candidate[1], candidate[3], candidate[4], reason});
 }
 
 void RequestFrame::Saw(int candidates, size_t offered) {

@@ -23,7 +23,7 @@ class RequestFrame {
   void Open(int minutes);
   int FirstNewRow() const { return firstNewRow_; }  // F: the row count of Open, and 1
   // Puts the candidate into PL at that row, past the end at the end.
-  void List(int row, const PoolRow& candidate, const ChoiceReason& reason);
+  void List(int row, OnAirElement candidate, const ChoiceReason& reason);
   // For whoever asks later: the cards of the query, how many of them are offered, and how long it
   // took to find them.
   void Saw(int candidates, size_t offered);

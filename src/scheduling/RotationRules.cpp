@@ -253,7 +253,7 @@ void LoadArtistesRecents(Station& station) {
   } catch (const std::exception&) {
     // A report that cannot be read ends no request; the artists of the list still count.
   }
-  for (const OnAirRow& row : station.PL) requests.ECArtiste.push_back(row[Col::kText]);
+  for (const OnAirRow& row : station.PL) requests.ECArtiste.push_back(row.title);
   std::vector<std::pair<std::string, std::string>> lines;  // in capitals, and as they stand
   for (std::string& line : requests.ECArtiste) {
     std::string capitals = UpperLatin(line);

@@ -143,7 +143,7 @@ class Laying {
       const GenreQueue::Title title = queue.Titles()[at];
       if (!runs_.Allows(title.origin)) continue;
       seconds_ += static_cast<float>(std::floor(cards_.LengthMs(title.card) / 1000.0));
-      frame_.List(++lastRow_, cards_.AsPoolRow(title.card),
+      frame_.List(++lastRow_, cards_.ElementOf(title.card),
                   {.place = title.place, .position = position, .pass = pass_});
       taken_.insert(title.card);
       queue.Remove(at);

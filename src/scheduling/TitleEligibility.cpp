@@ -312,7 +312,7 @@ void AddStoredLists(Station& station, int32_t code, TimedTests& tests) {
 
 void AskList(const Station& station, int32_t code, std::vector<TitleReason>& reasons) {
   for (int row = 1; row <= station.PL.Count(); ++row)
-    if (station.PL.Row(row).Code() == code) {
+    if (station.PL.Row(row).code == code) {
       reasons.push_back({"waiting",
                          "waits in the on-air list, row " + std::to_string(row),
                          {},
@@ -347,7 +347,7 @@ void AskRecentArtists(Station& station, const std::string& artist,
     return UpperLatin(line) == capitals;
   });
   const bool listed = std::any_of(station.PL.begin(), station.PL.end(), [&](const OnAirRow& row) {
-    return UpperLatin(row[Col::kText]) == capitals;
+    return UpperLatin(row.title) == capitals;
   });
   std::string after = "when the recent artists have changed";
   if (listed)

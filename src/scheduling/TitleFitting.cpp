@@ -26,7 +26,7 @@ struct FitTables {
   explicit FitTables(size_t rows) : ChainesFit(2 * rows), SommesFit(2 * rows) {}
   std::vector<std::string> ChainesFit;  // row numbers, two digits each; from row 100 on three,
                                         // which are then read wrong
-  std::vector<int32_t> SommesFit;  // running length, ms
+  std::vector<int32_t> SommesFit;       // running length, ms
 };
 
 // What the search reads of a row.
@@ -105,7 +105,7 @@ class ChainSearch {
 std::vector<FitRow> ReadRows(const OnAirList& list) {
   std::vector<FitRow> rows;
   rows.reserve(static_cast<size_t>(list.Count()));
-  for (const OnAirRow& row : list) rows.push_back({row.LengthMs(), row.LengthMs() - row.ExitMs()});
+  for (const OnAirRow& row : list) rows.push_back({row.TakenMs(), row.AirMs()});
   return rows;
 }
 
@@ -126,19 +126,19 @@ std::vector<int32_t> TakeCodes(const std::string& chain, std::vector<int32_t>& c
 void BringToFront(Station& station, const std::string& chain) {
   std::vector<int32_t> codes = station.PL.Codes();
   const std::vector<int32_t> taken = TakeCodes(chain, codes);
-  const std::vector<Cells> opening = RowsOfCards(station, taken);
+  const std::vector<OnAirElement> opening = RowsOfCards(station, taken);
   for (size_t row = codes.size(); row >= 1; --row)
     if (codes[row - 1] == 0) station.PL.Remove(static_cast<int>(row));
   int position = 0;
-  for (const Cells& cells : opening) station.PL.Insert(++position, cells);
+  for (const OnAirElement& element : opening) station.PL.Insert(++position, element);
 }
 
 }  // namespace
 
-std::vector<Cells> RowsOfCards(Station& station, const std::vector<int32_t>& codes) {
+std::vector<OnAirElement> RowsOfCards(Station& station, const std::vector<int32_t>& codes) {
   Recordset& card = *station.base.Tables().Discotheque;
   card.SetIndex("CODE");
-  std::vector<Cells> rows;
+  std::vector<OnAirElement> rows;
   for (const int32_t code : codes) {
     card.Seek("=", int64_t{code});
     if (!card.NoMatch()) rows.push_back(MusicRow(card));

@@ -28,20 +28,17 @@ bool ListStillToCome(std::string_view date, std::string_view hourMinute, const L
          hourMinute > TimeText(now).substr(0, 5);
 }
 
-void TitlesInUse::Add(std::string_view code) {
-  codes_.insert(ValInt(code));
-}
-
 TitlesInUse LoadTitlesInUse(Station& station) {
   TitlesInUse used;
-  for (const OnAirRow& row : station.PL) used.Add(row[Col::kCode]);
+  for (const OnAirRow& row : station.PL) used.Add(row.code);
   const bool editing = station.screen.CadrePLVisible;
   std::set<int64_t> lists;
   if (!editing) lists = ListsStillToCome(station);
   if (!editing && lists.empty()) return used;
   station.base.Db().ReadRows("SELECT NUMPLS, DISCOTHEQUE FROM Pls WHERE DISCOTHEQUE > 0",
                              [&](const RowView& row) {
-                               if (editing || lists.count(row.Int(0)) > 0) used.Add(row.Text(1));
+                               if (editing || lists.count(row.Int(0)) > 0)
+                                 used.Add(static_cast<int32_t>(row.Int(1)));
                              });
   return used;
 }

@@ -14,7 +14,7 @@ struct Station;
 
 class TitlesInUse {
  public:
-  void Add(std::string_view code);  // a line: the number at its beginning counts
+  void Add(int32_t code) { codes_.insert(code); }
   bool Holds(int32_t code) const { return codes_.count(code) > 0; }
   size_t Count() const { return codes_.size(); }
 
@@ -26,8 +26,8 @@ class TitlesInUse {
 // today. Throws StoreError.
 TitlesInUse LoadTitlesInUse(Station& station);
 
-// Whether a stored list of that LADATE ("dd/mm/yyyy" or "JOURNALIER") and LHeure ("hh:mm") is due later
-// on the day of `now`.
+// Whether a stored list of that LADATE ("dd/mm/yyyy" or "JOURNALIER") and LHeure ("hh:mm") is due
+// later on the day of `now`.
 bool ListStillToCome(std::string_view date, std::string_view hourMinute, const LocalDateTime& now);
 
 }  // namespace zemo

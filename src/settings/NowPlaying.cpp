@@ -1,7 +1,6 @@
 #include "settings/NowPlaying.h"
 
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <string>
@@ -9,6 +8,7 @@
 
 #include "platform/Folder.h"
 #include "settings/SideFileIo.h"
+#include "station/OnAirColumns.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
 
@@ -18,16 +18,12 @@ namespace {
 
 constexpr size_t kRowsTold = 4;
 
-// Whole seconds of a row's length; 0 for a length that is none.
-int64_t WholeSeconds(double ms) {
-  return std::isfinite(ms) && std::fabs(ms) < 1e15 ? static_cast<int64_t>(ms / 1000) : 0;
-}
-
 std::string TabbedLine(const OnAirRow& row) {
   std::string line;
-  for (const int column : {Col::kText, Col::kSecond, Col::kLength, Col::kKind})
-    line += OneLine(row[column]) + "\t";
-  return line + std::to_string(WholeSeconds(row.LengthMs())) + "\t" + OneLine(row[Col::kPlanned]);
+  for (const int column : {Col::kTitle, Col::kSecond, Col::kLength, Col::kGenre})
+    line += OneLine(ColumnText(row, column)) + "\t";
+  return line + std::to_string(static_cast<int64_t>(row.TakenMs()) / 1000) + "\t" +
+         OneLine(ColumnText(row, Col::kPlanned));
 }
 
 }  // namespace
@@ -39,9 +35,8 @@ void SaveDonnes_Associees(Station& station, std::string_view comment) {
     std::string artistAndTitle = " - ";
     for (const OnAirRow& row : station.PL) {
       if (lines.size() > kRowsTold) break;
-      if (row.Code() <= 0) continue;
-      if (lines.size() == 1)
-        artistAndTitle = OneLine(row[Col::kText]) + " - " + OneLine(row[Col::kSecond]);
+      if (row.code <= 0) continue;
+      if (lines.size() == 1) artistAndTitle = OneLine(row.title) + " - " + OneLine(row.secondLine);
       lines.push_back(TabbedLine(row));
     }
     lines.resize(1 + kRowsTold, "\t\t\t\t0\t");

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "station/OnAirList.h"
+#include "station/OnAirColumns.h"
 
 namespace zemo {
 

@@ -4,22 +4,10 @@
 #include <iterator>
 #include <utility>
 
-#include "station/TextForms.h"
-
 namespace zemo {
 
-int32_t OnAirRow::Code() const {
-  return static_cast<int32_t>(Val((*this)[Col::kCode]));
-}
-double OnAirRow::LengthMs() const {
-  return Val((*this)[Col::kLengthMs]);
-}
-double OnAirRow::ExitMs() const {
-  return Val((*this)[Col::kExitMs]);
-}
-
-OnAirRow& OnAirList::Add(Cells cells) {
-  return Insert(Count() + 1, std::move(cells));
+OnAirRow& OnAirList::Add(OnAirElement element) {
+  return Insert(Count() + 1, std::move(element));
 }
 
 namespace {
@@ -29,15 +17,15 @@ auto PlaceOf(std::vector<OnAirRow>& rows, int row) {
 }
 }  // namespace
 
-OnAirRow& OnAirList::Insert(int row, Cells cells) {
-  return *rows_.insert(PlaceOf(rows_, row), OnAirRow{std::move(cells), nextKey_++});
+OnAirRow& OnAirList::Insert(int row, OnAirElement element) {
+  return *rows_.insert(PlaceOf(rows_, row), OnAirRow{std::move(element), nextKey_++});
 }
 
 // In one go: hundreds of rows, each moving all behind it, would hold the air up.
-void OnAirList::InsertAll(int row, std::vector<Cells> cells) {
+void OnAirList::InsertAll(int row, std::vector<OnAirElement> elements) {
   std::vector<OnAirRow> added;
-  added.reserve(cells.size());
-  for (Cells& one : cells) added.push_back({std::move(one), nextKey_++});
+  added.reserve(elements.size());
+  for (OnAirElement& one : elements) added.push_back({std::move(one), nextKey_++});
   rows_.insert(PlaceOf(rows_, row), std::make_move_iterator(added.begin()),
                std::make_move_iterator(added.end()));
 }
@@ -46,10 +34,14 @@ void OnAirList::Remove(int row) {
   if (row >= 1 && row <= Count()) rows_.erase(rows_.begin() + (row - 1));
 }
 
+void OnAirList::SwapElements(int row, int other) {
+  std::swap(static_cast<OnAirElement&>(Row(row)), static_cast<OnAirElement&>(Row(other)));
+}
+
 std::vector<int32_t> OnAirList::Codes() const {
   std::vector<int32_t> codes;
   codes.reserve(rows_.size());
-  for (const OnAirRow& row : rows_) codes.push_back(row.Code());
+  for (const OnAirRow& row : rows_) codes.push_back(row.code);
   return codes;
 }
 

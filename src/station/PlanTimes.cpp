@@ -26,9 +26,9 @@ void RefreshPlanTimes(Station& station) {
   const double firstMs = FirstStartMs(station);
   double startMs = firstMs;
   for (int row = 1; row <= station.PL.Count(); ++row) {
-    OnAirRow& element = station.PL.Row(row);
-    element[Col::kPlanned] = PlannedTimeText(startMs);
-    startMs += element.LengthMs() - element.ExitMs();
+    OnAirElement& element = station.PL.Row(row);
+    element.plannedMs = startMs;
+    startMs += element.AirMs();
   }
   const auto totalSec = static_cast<int32_t>(std::floor((startMs - firstMs) / 1000));
   station.screen.HHTot = totalSec / 3600;

@@ -13,15 +13,11 @@
 #include <utility>
 #include <vector>
 
+#include "station/OnAirElement.h"
 #include "station/TextGrid.h"
 #include "store/Collation.h"
 
 namespace zemo {
-
-// A title that a request may take, as texts. Columns: 0 the artist ("Code n" without one), 1 title,
-// 2 length in ms, 3 genre, 4 variety, 5 stored path, 6 CODE, 7 length again, 8 exit point in ms,
-// 9 introduction in s, 10 last play as "yyyy/mm/dd  hh:mm:ss", empty for never.
-using PoolRow = std::array<std::string, 11>;
 
 // What is known of the broadcast report without reading all of it; see scheduling/RecentReport.h.
 struct ReportBound {
@@ -88,12 +84,12 @@ struct RequestState {
   // The last request listed nothing: an automatic one waits until then (monotonic). -1: it listed
   // something, or another hour has come. Writers: RequestFrame, the tick.
   int64_t restUntilMs = -1;
-  std::vector<PoolRow> ListView1;   // candidates in the order in which they were offered
-  bool PLHidden = false;            // the list is not drawn while a request works on it
-  ReportBound report;               // writer: RecentReport
-  ReportArtists reportArtists;      // writer: RecentReport
-  bool refusalFileFailing = false;  // it could not be written, and that is logged
-  KeptChoices choices;              // writer: ChoiceLog
+  std::vector<OnAirElement> ListView1;  // candidates in the order in which they were offered
+  bool PLHidden = false;                // the list is not drawn while a request works on it
+  ReportBound report;                   // writer: RecentReport
+  ReportArtists reportArtists;          // writer: RecentReport
+  bool refusalFileFailing = false;      // it could not be written, and that is logged
+  KeptChoices choices;                  // writer: ChoiceLog
   std::unordered_map<int32_t, Airing> airings;  // by CODE, at most the library; writer: playback
 
   // The skeleton dialogue.

@@ -45,17 +45,16 @@ struct BlockStyle {
   bool exitPoints = false;  // column 9, for the fitting's reckoning
 };
 
-Cells BlockRow(Station& station, std::string text, const char* kind, int32_t code,
-               const std::string& file) {
-  Cells cells;
-  cells[Col::kText] = std::move(text);
-  cells[Col::kKind] = kind;
-  cells[Col::kCode] = std::to_string(code);
-  cells[Col::kFile] = file;
+OnAirElement BlockRow(Station& station, std::string text, const char* kind, int32_t code,
+                      const std::string& file) {
+  OnAirElement element;
+  element.title = std::move(text);
+  element.genre = kind;
+  element.code = code;
+  element.file = file;
   const int32_t lengthMs = station.platform.lengths.LengthMs(file);
-  cells[Col::kLength] = FormatDuration(lengthMs);
-  cells[Col::kLengthMs] = std::to_string(lengthMs);
-  return cells;
+  element.lengthMs = lengthMs;
+  return element;
 }
 
 // Puts a jingle around the break; without a file in the settings there is none. Rows added.
@@ -63,10 +62,9 @@ int PutJingle(Station& station, Cnf::Field setting, const char* text, int positi
               const BlockStyle& style) {
   const std::string file = station.base.CnfText(setting);
   if (Trim(file).empty()) return 0;
-  Cells cells = BlockRow(station, text, "Jingle", Element::kJingle, file);
-  if (style.exitPoints)
-    cells[Col::kExitMs] = std::to_string(station.base.CnfInt(Cnf::kPmixJingles));
-  station.PL.Insert(position, std::move(cells));
+  OnAirElement element = BlockRow(station, text, "Jingle", Element::kJingle, file);
+  if (style.exitPoints) element.exitMs = station.base.CnfInt(Cnf::kPmixJingles);
+  station.PL.Insert(position, std::move(element));
   return 1;
 }
 
@@ -75,9 +73,9 @@ int PutElement(Station& station, const GridBreak::Part& part, int position,
   // The title first: what is put in last at a place stands first there.
   const int titles = style.titles && SearchPubAssocie(station, part.file, position) ? 1 : 0;
   const char* kind = style.code == Element::kSpot ? "Pub" : "Rubrique";
-  Cells cells = BlockRow(station, part.advertiser, kind, style.code, part.file);
-  if (style.exitPoints) cells[Col::kExitMs] = std::to_string(station.base.CnfInt(Cnf::kPmixPubs));
-  station.PL.Insert(position, std::move(cells));
+  OnAirElement element = BlockRow(station, part.advertiser, kind, style.code, part.file);
+  if (style.exitPoints) element.exitMs = station.base.CnfInt(Cnf::kPmixPubs);
+  station.PL.Insert(position, std::move(element));
   station.platform.loop.Yield();
   station.base.CheckCnf();
   return titles + 1;
@@ -98,7 +96,7 @@ int InsertBlock(Station& station, const GridBreak& wanted, int position, const B
 // A pip or a jingle at the head of the list stays there.
 int PositionAtHead(const Station& station) {
   if (station.PL.Empty()) return 1;
-  const int32_t code = station.PL.Row(1).Code();
+  const int32_t code = station.PL.Row(1).code;
   return code == Element::kHourPip || code == Element::kJingle ? 2 : 1;
 }
 
@@ -198,7 +196,7 @@ void FindInfoPubRub(Station& station) {
   if (station.engine.ReportsDisabled || station.PL.Empty()) return;
   try {
     WriteSideFile(station.platform.stationFolder, station.files.ArtisteTitre,
-                  JoinLines({OneLine(station.PL.Row(1)[Col::kText])}));
+                  JoinLines({OneLine(station.PL.Row(1).title)}));
   } catch (const std::exception&) {
     LogCurrentException(station, "FindInfoPubRub");
   }

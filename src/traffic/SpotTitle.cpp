@@ -57,11 +57,10 @@ bool SearchPubAssocie(Station& station, const std::string& file, int position) {
     const auto card = station.base.Db().OpenRecordset("SELECT * FROM Discotheque WHERE CODE = " +
                                                       std::to_string(*code));
     if (card->Eof()) return false;
-    Cells cells = MusicRow(*card);
-    const int32_t lengthMs = station.platform.lengths.LengthMs(cells[Col::kFile]);
-    cells[Col::kLength] = FormatDuration(lengthMs);
-    cells[Col::kLengthMs] = std::to_string(lengthMs);
-    station.PL.Insert(position, std::move(cells));
+    OnAirElement element = MusicRow(*card);
+    const int32_t lengthMs = station.platform.lengths.LengthMs(element.file);
+    element.lengthMs = lengthMs;
+    station.PL.Insert(position, std::move(element));
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "SearchPubAssocie", file);

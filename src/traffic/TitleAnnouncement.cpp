@@ -13,20 +13,20 @@ namespace {
 
 constexpr size_t kTitlesAnnounced = 2;
 
-bool HasExtract(Station& station, const OnAirRow& row) {
-  if (row.Code() <= 0) return false;
+bool HasExtract(Station& station, const OnAirElement& row) {
+  if (row.code <= 0) return false;
   if (station.base.CnfInt(Cnf::kExtraitAuto) == 1) return true;
-  const auto marks = ReadExtractMarks(station, row[Col::kFile]);
+  const auto marks = ReadExtractMarks(station, row.file);
   return marks && marks->startMs > 0;
 }
 
 }  // namespace
 
 int AnnounceComingTitles(Station& station, int position) {
-  std::vector<Cells> titles;
-  for (const OnAirRow& row : station.PL) {
+  std::vector<OnAirElement> titles;
+  for (const OnAirElement& row : station.PL) {
     if (titles.size() == kTitlesAnnounced) break;
-    if (HasExtract(station, row)) titles.push_back(row.cells);
+    if (HasExtract(station, row)) titles.push_back(row);
   }
   if (titles.empty()) return 0;
   const int before = station.PL.Count();

@@ -489,11 +489,11 @@ TEST_F(GridInTheTick, ABreakCopiedFromTheGridGoesToTheHeadOrToTheSelectedRow) {
   GPubJour_Click(on.station, 1);
   EXPECT_EQ(on.station.screen.BtnCopyPubCaption, "Copier les pubs de 18:00");
   EXPECT_TRUE(BtnCopyPub_Click(on.station, 1));
-  EXPECT_EQ(on.station.PL.Row(1)[Col::kText], "SPOT");
+  EXPECT_EQ(on.station.PL.Row(1).title, "SPOT");
   OpenGridForInsertion(on.station);
   EXPECT_TRUE(on.station.screen.GPubJourVisible);
   EXPECT_TRUE(BtnCopyPub_Click(on.station, 1, 3));
-  EXPECT_EQ(on.station.PL.Row(3)[Col::kText], "SPOT");
+  EXPECT_EQ(on.station.PL.Row(3).title, "SPOT");
   EXPECT_FALSE(on.station.screen.GPubJourVisible);  // the list came back
   EXPECT_EQ(on.Events("break").at(1)["routine"], "InsertPubPlaylist");
   EXPECT_TRUE(BtnCopyPub_Click(on.station, 1));

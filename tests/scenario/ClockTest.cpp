@@ -12,10 +12,10 @@ namespace {
 // No music: a jingle row survives the change of the hour.
 void AppendJingle(TestStation& on, int64_t lengthMs) {
   static int number = 0;
-  Cells row;
-  row[Col::kText] = "JINGLE";
-  row[Col::kFile] = on.MakeSound("jingle" + std::to_string(++number) + ".wav", lengthMs);
-  row[Col::kCode] = "-1";
+  OnAirElement row;
+  row.title = "JINGLE";
+  row.file = on.MakeSound("jingle" + std::to_string(++number) + ".wav", lengthMs);
+  row.code = -1;
   on.Append(row);
 }
 
@@ -173,7 +173,7 @@ TEST(NewHour, UnplayedMusicGoesAndNegativeRowsStay) {
   EXPECT_EQ(on.station.PL.Count(), 3);
   on.RunUntil(10000);
   ASSERT_EQ(on.station.PL.Count(), 1);
-  EXPECT_EQ(on.station.PL.Row(1).Code(), -1);
+  EXPECT_EQ(on.station.PL.Row(1).code, -1);
 }
 
 TEST(SummerTime, BeginsInTheMiddleOfAnElement) {

@@ -4,6 +4,7 @@
 
 #include "engine/PlaylistWatcher.h"
 #include "engine/StartStop.h"
+#include "station/OnAirColumns.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -54,16 +55,16 @@ TEST_F(DatedList, TakesTheAirAtItsMinuteBetweenItsMarkers) {
   EXPECT_EQ((*on.First("list"))["title"], "LIST 1");
   EXPECT_EQ((*on.First("list"))["option"], "0");
   ASSERT_EQ(on.station.PL.Count(), 4);
-  EXPECT_EQ(Row(1)[Col::kText], "Start Playlist");
-  EXPECT_EQ(Row(1)[Col::kSecond], "LIST 1");
-  EXPECT_EQ(Row(1)[Col::kKind], "PLAYLIST");
-  EXPECT_EQ(Row(1).Code(), -10);
-  EXPECT_EQ(Row(1)[Col::kFile], "");
-  EXPECT_EQ(Row(2)[Col::kText], "LISTED");
-  EXPECT_EQ(Row(3)[Col::kKind], "JINGLE");
-  EXPECT_EQ(Row(4)[Col::kText], "End Playlist");
-  EXPECT_EQ(Row(4)[Col::kSecond], "LIST 1");
-  EXPECT_EQ(Row(4).Code(), -20);
+  EXPECT_EQ(Row(1).title, "Start Playlist");
+  EXPECT_EQ(Row(1).secondLine, "LIST 1");
+  EXPECT_EQ(Row(1).genre, "PLAYLIST");
+  EXPECT_EQ(Row(1).code, -10);
+  EXPECT_EQ(Row(1).file, "");
+  EXPECT_EQ(Row(2).title, "LISTED");
+  EXPECT_EQ(Row(3).genre, "JINGLE");
+  EXPECT_EQ(Row(4).title, "End Playlist");
+  EXPECT_EQ(Row(4).secondLine, "LIST 1");
+  EXPECT_EQ(Row(4).code, -20);
   EXPECT_TRUE(on.station.engine.PlaylistRunning);
 }
 
@@ -72,8 +73,8 @@ TEST_F(DatedList, MusicRowsOfADatedListDoNotSayWhenTheyPlayedLast) {
   on.Sql("UPDATE Discotheque SET LASTDIFF = 46347.5");
   PutTitleOnAir();
   on.RunUntil(kDueMs + 1000);
-  EXPECT_EQ(Row(2)[Col::kText], "LISTED");
-  EXPECT_EQ(Row(2)[Col::kLastPlayed], "");
+  EXPECT_EQ(Row(2).title, "LISTED");
+  EXPECT_EQ(ColumnText(Row(2), Col::kLastPlayed), "");
 }
 
 TEST_F(DatedList, AirsItsElementsAndReportsBothMarkers) {
@@ -226,16 +227,16 @@ TEST_F(DatedList, ACardThatIsGoneIsLeftOut) {
   on.Sql("DELETE FROM Discotheque WHERE AUTEUR = 'LISTED'");
   on.RunUntil(kDueMs + 1000);
   ASSERT_EQ(on.station.PL.Count(), 3);
-  EXPECT_EQ(Row(2)[Col::kKind], "JINGLE");
+  EXPECT_EQ(Row(2).genre, "JINGLE");
   EXPECT_TRUE(on.Events("error").empty());
 }
 
 TEST_F(DatedList, AListThatCannotBeReadLeavesTheAirAsItIs) {
   Store(1, "21/11/2026", "18:00", 0);
   PutTitleOnAir();
-  Cells waiting;  // no music: the new hour leaves it in the list
-  waiting[Col::kText] = "WAITING";
-  waiting[Col::kCode] = "-1";
+  OnAirElement waiting;  // no music: the new hour leaves it in the list
+  waiting.title = "WAITING";
+  waiting.code = -1;
   on.Append(waiting);
   on.At(9000, [&] { on.Sql("ALTER TABLE Pls RENAME TO Elsewhere"); });
   on.At(17000, [&] { on.Sql("ALTER TABLE Elsewhere RENAME TO Pls"); });
@@ -244,7 +245,7 @@ TEST_F(DatedList, AListThatCannotBeReadLeavesTheAirAsItIs) {
   ASSERT_TRUE(on.First("error"));
   EXPECT_EQ((*on.First("error"))["where"], "SurveillePlaylist");
   ASSERT_GE(on.station.PL.Count(), 1);
-  EXPECT_EQ(Row(1)[Col::kText], "WAITING");
+  EXPECT_EQ(Row(1).title, "WAITING");
   EXPECT_FALSE(on.station.engine.PlaylistRunning);
   EXPECT_TRUE(on.station.engine.MainTimer->Enabled());
   on.RunUntil(21000);

@@ -12,13 +12,13 @@ class ElementKinds : public testing::Test {
  protected:
   void SetUp() override { on.Load(); }
   void AppendRow(int32_t code, const std::string& text, int64_t lengthMs,
-                 const std::string& exitMs = "") {
-    Cells row;
-    row[Col::kText] = text;
-    row[Col::kSecond] = "SECOND";
-    row[Col::kFile] = on.MakeSound(text + ".wav", lengthMs);
-    row[Col::kCode] = std::to_string(code);
-    row[Col::kExitMs] = exitMs;
+                 std::optional<int64_t> exitMs = {}) {
+    OnAirElement row;
+    row.title = text;
+    row.secondLine = "SECOND";
+    row.file = on.MakeSound(text + ".wav", lengthMs);
+    row.code = code;
+    row.exitMs = exitMs;
     on.Append(row);
   }
   int64_t MixOf(int element) {
@@ -33,12 +33,12 @@ TEST_F(ElementKinds, EachHasItsVolumeExitPointAndReportWord) {
   on.Set("PmixJingles", "700");
   on.Set("VolumeRubriques", "17000");
   AppendRow(Element::kJingle, "JINGLE A", 3000);
-  AppendRow(Element::kJingle, "JINGLE B", 3000, "900");
-  AppendRow(Element::kSpot, "SPOT", 3000, "900");
+  AppendRow(Element::kJingle, "JINGLE B", 3000, 900);
+  AppendRow(Element::kSpot, "SPOT", 3000, 900);
   AppendRow(Element::kNews, "NEWS", 3000);
   AppendRow(Element::kHourPip, "PIP", 3000);
-  AppendRow(Element::kOther, "OTHER", 3000, "800");
-  AppendRow(Element::kVoiceTrack, "Voice Track Cut", 3000, "600");
+  AppendRow(Element::kOther, "OTHER", 3000, 800);
+  AppendRow(Element::kVoiceTrack, "Voice Track Cut", 3000, 600);
   on.Start();
   on.RunUntil(40000);
   const auto starts = on.Starts();
@@ -59,7 +59,7 @@ TEST_F(ElementKinds, EachHasItsVolumeExitPointAndReportWord) {
 }
 
 TEST_F(ElementKinds, MusicWithoutCardPlaysWithPmixDefAndNoReport) {
-  AppendRow(4711, "GONE", 10000, "3000");
+  AppendRow(4711, "GONE", 10000, 3000);
   on.Start();
   on.RunUntil(5000);
   EXPECT_EQ(MixOf(0), 1600) << on.Describe();
@@ -131,11 +131,12 @@ TEST_F(ElementKinds, AutomaticExtractPlaysFrom30To90Seconds) {
 
 TEST_F(ElementKinds, VoiceTrackSpeaksOverTheElementBefore) {
   on.AppendCard(on.AddCard({.lengthMs = 100000}));
-  Cells track;
-  track[Col::kText] = "Voice Track";
-  track[Col::kFile] = on.MakeSound("link.wav", 5000);
-  track[Col::kCode] = "-30";
-  track[Col::kIntro] = "70000";
+  OnAirElement track;
+  track.title = "Voice Track";
+  track.file = on.MakeSound("link.wav", 5000);
+  track.code = -30;
+  track.liesOver = true;
+  track.startMs = 70000;
   on.Append(track);
   on.AppendCard(on.AddCard({.lengthMs = 60000}));
   on.Start();
@@ -158,18 +159,19 @@ TEST_F(ElementKinds, VoiceTrackSpeaksOverTheElementBefore) {
 TEST_F(ElementKinds, SecondVoiceTrackWaitsForTheNextElement) {
   on.AppendCard(on.AddCard({.lengthMs = 100000}));
   for (const char* name : {"one.wav", "two.wav"}) {
-    Cells track;
-    track[Col::kText] = "Voice Track";
-    track[Col::kFile] = on.MakeSound(name, 10000);
-    track[Col::kCode] = "-30";
-    track[Col::kIntro] = "60000";  // it ends at 70 percent, when no track is armed any more
+    OnAirElement track;
+    track.title = "Voice Track";
+    track.file = on.MakeSound(name, 10000);
+    track.code = -30;
+    track.liesOver = true;
+    track.startMs = 60000;  // it ends at 70 percent, when no track is armed any more
     on.Append(track);
   }
   on.Start();
   on.RunUntil(98000);
   EXPECT_EQ(on.Events("overlay").size(), 1U) << on.Describe();
   ASSERT_EQ(on.station.PL.Count(), 1);
-  EXPECT_EQ(on.station.PL.Row(1)[Col::kText], "Voice Track");
+  EXPECT_EQ(on.station.PL.Row(1).title, "Voice Track");
 }
 
 TEST_F(ElementKinds, BaseLockedByAnotherProcessLosesNoReportRow) {

@@ -321,10 +321,10 @@ TEST_F(Emergency, PipThatWaitsForItsPercentageStillDoes) {
   on.Start();
   on.At(10000, [&] {
     on.station.engine.HourPipPending = true;  // MiniFinHeure is 40
-    Cells pip;
-    pip[Col::kText] = "Top Horaire";
-    pip[Col::kFile] = on.MakeSound("pip.wav", 5000);
-    pip[Col::kCode] = "-3";
+    OnAirElement pip;
+    pip.title = "Top Horaire";
+    pip.file = on.MakeSound("pip.wav", 5000);
+    pip.code = -3;
     on.Append(pip);
   });
   on.RunUntil(60000);

@@ -137,9 +137,9 @@ TEST_F(Fault, KeyHeldOnALostFileDoesNotHoldTheAir) {
 
 TEST_F(Fault, SettingStoredDuringAnOverlapHoldsBehindIt) {
   AppendTitles(1, 60000);
-  Cells spot;
-  spot[Col::kFile] = on.MakeSound("spot.wav", 20000);
-  spot[Col::kCode] = "-2";
+  OnAirElement spot;
+  spot.file = on.MakeSound("spot.wav", 20000);
+  spot.code = -2;
   on.Append(spot);
   on.Start();
   on.At(59000, [&] { on.Set("PmixPubs", "9000"); });  // the overlap lasts from 58500 to 60100
@@ -173,11 +173,12 @@ TEST_F(Fault, ExtractBehindTheEndOfTheFilePlaysWhole) {
 
 TEST_F(Fault, VoiceTrackFreedBeforeItsMomentLeavesTheMusicLoud) {
   AppendTitles(1, 100000);
-  Cells track;
-  track[Col::kText] = "Voice Track";
-  track[Col::kFile] = on.MakeSound("link.wav", 5000);
-  track[Col::kCode] = "-30";
-  track[Col::kIntro] = "70000";
+  OnAirElement track;
+  track.title = "Voice Track";
+  track.file = on.MakeSound("link.wav", 5000);
+  track.code = -30;
+  track.liesOver = true;
+  track.startMs = 70000;
   on.Append(track);
   on.Start();
   on.At(60000, [&] { StartStopZemoRadio(on.station, true); });  // frees slot 2
@@ -191,11 +192,12 @@ TEST_F(Fault, OverlayTellsItsStoredPath) {
   AppendTitles(1, 100000);
   std::string stored = on.MakeSound("link.wav", 5000);
   std::replace(stored.begin(), stored.end(), '/', '\\');
-  Cells track;
-  track[Col::kText] = "Voice Track";
-  track[Col::kFile] = stored;
-  track[Col::kCode] = "-30";
-  track[Col::kIntro] = "70000";
+  OnAirElement track;
+  track.title = "Voice Track";
+  track.file = stored;
+  track.code = -30;
+  track.liesOver = true;
+  track.startMs = 70000;
   on.Append(track);
   on.Start();
   on.RunUntil(80000);

@@ -19,10 +19,10 @@ class HourPip : public testing::Test {
   }
   void Play(int64_t lengthMs, int64_t untilMs) {
     on.AppendCard(on.AddCard({.lengthMs = lengthMs}));
-    Cells jingle;  // no music: the new hour leaves it in the list
-    jingle[Col::kText] = "JINGLE";
-    jingle[Col::kFile] = on.MakeSound("jingle.wav", 5000);
-    jingle[Col::kCode] = "-1";
+    OnAirElement jingle;  // no music: the new hour leaves it in the list
+    jingle.title = "JINGLE";
+    jingle.file = on.MakeSound("jingle.wav", 5000);
+    jingle.code = -1;
     on.Append(jingle);
     on.Start();
     on.RunUntil(untilMs);

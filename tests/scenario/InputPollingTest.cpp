@@ -433,10 +433,10 @@ TEST(StartPulse, WaitsForTheEndOfAnExclusion) {
 TEST(StartPulse, OfALostFileLeavesNoOneInTheOnOffFile) {
   TriggerStation on(kNoon, {{"PortCom", 1}});
   on.Load();
-  Cells lost;
-  lost[Col::kText] = "LOST";
-  lost[Col::kFile] = "/nowhere/lost.wav";
-  lost[Col::kCode] = "-1";
+  OnAirElement lost;
+  lost.title = "LOST";
+  lost.file = "/nowhere/lost.wav";
+  lost.code = -1;
   on.Append(lost);
   on.Contact(3000, 3, true);
   on.Contact(3050, 3, false);

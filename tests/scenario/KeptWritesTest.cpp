@@ -251,11 +251,11 @@ TEST_F(KeptWrites, OfAnotherStationOnThisMachineStayWhereTheyAre) {
 TEST_F(KeptWrites, KeepTheirTextsThroughTheJournal) {
   const std::string odd = "l'\"été\", a,b; 100 % #TRUE#";
   on.AppendCard(on.AddCard({.lengthMs = 10000}));
-  Cells spot;
-  spot[Col::kText] = odd;
-  spot[Col::kSecond] = "x";
-  spot[Col::kFile] = on.MakeSound("spot.wav", 5000);
-  spot[Col::kCode] = "-2";
+  OnAirElement spot;
+  spot.title = odd;
+  spot.secondLine = "x";
+  spot.file = on.MakeSound("spot.wav", 5000);
+  spot.code = -2;
   on.Append(spot);
   on.Start();
   on.At(5000, [this] { writer = std::make_unique<Writer>(on); });

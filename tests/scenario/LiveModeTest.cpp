@@ -4,6 +4,7 @@
 #include "engine/LiveMode.h"
 #include "engine/OperatorControls.h"
 #include "scheduling/LibrarySearch.h"
+#include "station/OnAirColumns.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -119,12 +120,12 @@ TEST_F(LiveList, DropsKeepTheirOrderAtTheRow) {
   MenuLive(on.station, BrowseList::kJingles);
   DropBrowseRows(on.station, {0, 1, 7}, 2);
   ASSERT_EQ(on.station.PL.Count(), 4);
-  EXPECT_EQ(on.station.PL.Row(2)[Col::kText], "OVER");
-  EXPECT_EQ(on.station.PL.Row(2).Code(), -1);
-  EXPECT_EQ(on.station.PL.Row(3)[Col::kText], "BESIDE");
-  EXPECT_EQ(on.station.PL.Row(4)[Col::kText], "LAST");
+  EXPECT_EQ(on.station.PL.Row(2).title, "OVER");
+  EXPECT_EQ(on.station.PL.Row(2).code, -1);
+  EXPECT_EQ(on.station.PL.Row(3).title, "BESIDE");
+  EXPECT_EQ(on.station.PL.Row(4).title, "LAST");
   DropBrowseRows(on.station, {1}, 0);
-  EXPECT_EQ(on.station.PL.Row(5)[Col::kText], "BESIDE");
+  EXPECT_EQ(on.station.PL.Row(5).title, "BESIDE");
 }
 
 TEST_F(LiveList, ManyRowsGoInTogetherWithTheirTimesAndMoreThan500AreRefusedWithAWord) {
@@ -142,17 +143,17 @@ TEST_F(LiveList, ManyRowsGoInTogetherWithTheirTimesAndMoreThan500AreRefusedWithA
   all.pop_back();
   EXPECT_TRUE(DropBrowseRows(on.station, all, 1));
   ASSERT_EQ(on.station.PL.Count(), 500);
-  EXPECT_EQ(on.station.PL.Row(500)[Col::kText], "ARTIST 500");
+  EXPECT_EQ(on.station.PL.Row(500).title, "ARTIST 500");
   // 499 times 3:00 less the exit point of 1.5 s is 24 h 44 min 31.5 s after 12:00:00.
-  EXPECT_EQ(on.station.PL.Row(500)[Col::kPlanned], "12 h 44 ' 31");
+  EXPECT_EQ(ColumnText(on.station.PL.Row(500), Col::kPlanned), "12 h 44 ' 31");
 }
 
 TEST_F(LiveList, ASpotsKindFollowsItsRecord) {
   MenuLive(on.station, BrowseList::kSpots);
   DropBrowseRows(on.station, {0, 1}, 0);
   ASSERT_EQ(on.station.PL.Count(), 2);
-  EXPECT_EQ(on.station.PL.Row(1).Code(), -2);
-  EXPECT_EQ(on.station.PL.Row(2).Code(), -4);
+  EXPECT_EQ(on.station.PL.Row(1).code, -2);
+  EXPECT_EQ(on.station.PL.Row(2).code, -4);
 }
 
 TEST_F(LiveList, ATextBoxHoldsTheShortcutsOff) {
@@ -233,8 +234,8 @@ TEST_F(LiveList, ARowHasTheColumnsOfTheCandidatePool) {
   EXPECT_EQ(List().rows[0].cells, expected);
   DropBrowseRows(on.station, {0}, 0);
   ASSERT_EQ(on.station.PL.Count(), 1);
-  EXPECT_EQ(on.station.PL.Row(1)[Col::kExitMs], "1500");
-  EXPECT_EQ(on.station.PL.Row(1)[Col::kIntro], "7");
+  EXPECT_EQ(ColumnText(on.station.PL.Row(1), Col::kExitMs), "1500");
+  EXPECT_EQ(ColumnText(on.station.PL.Row(1), Col::kIntro), "7");
 }
 
 TEST_F(LiveList, AGenreIsFoundWithItsApostropheAndMayBeAPattern) {

@@ -52,10 +52,10 @@ TEST_F(ScreenFigures, NoBreakIsToComeWhileTheLiveModesListEndsTheAir) {
 }
 
 TEST_F(ScreenFigures, AVoiceTrackIsNotTheNextElement) {
-  Cells track{};
-  track[Col::kText] = "Voice Track";
-  track[Col::kFile] = "/vt.wav";
-  track[Col::kCode] = "-30";
+  OnAirElement track{};
+  track.title = "Voice Track";
+  track.file = "/vt.wav";
+  track.code = -30;
   on.Append(track);
   on.AppendCard(on.AddCard({.artist = "ABBA", .title = "WATERLOO"}));
   EXPECT_EQ(Ahead("2026-11-21 12:30:00").elementTitle, "ABBA  WATERLOO");
@@ -75,9 +75,9 @@ TEST_F(ScreenFigures, ThePipCountsDownToTheHourAlsoOverMidnight) {
 }
 
 TEST_F(ScreenFigures, NextElementComesAtTheExitPointAndMarkersArePassedOver) {
-  Cells marker{};
-  marker[Col::kText] = "Begin Extrait";
-  marker[Col::kCode] = "-6";
+  OnAirElement marker{};
+  marker.title = "Begin Extrait";
+  marker.code = -6;
   on.Append(marker);
   on.AppendCard(on.AddCard({.artist = "ABBA", .title = "WATERLOO"}));
   EXPECT_EQ(Ahead("2026-11-21 12:00:00").elementAt, "");  // stopped: no moment
@@ -168,10 +168,10 @@ TEST_F(ScreenFigures, TheForecastBeginsWithTheListAsItStandsAtTheNextTransition)
   on.Sql("INSERT INTO DiscothequeJingle (FILENAME, DUREE, LIBELLE) VALUES ('/j.wav', 5000, 'J')");
   const int32_t title = on.AddCard({});
   on.AppendCard(title);
-  Cells jingle{};
-  jingle[Col::kText] = "J";
-  jingle[Col::kFile] = "/j.wav";
-  jingle[Col::kCode] = "-1";
+  OnAirElement jingle{};
+  jingle.title = "J";
+  jingle.file = "/j.wav";
+  jingle.code = -1;
   on.Append(jingle);
   on.station.engine.IsRunning = true;
   on.station.engine.RemainingMs = 65000;

@@ -10,10 +10,10 @@ namespace zemo::test {
 namespace {
 
 void AppendSpot(TestStation& on, int64_t lengthMs) {
-  Cells row;
-  row[Col::kText] = "SPOT";
-  row[Col::kFile] = on.MakeSound("spot.wav", lengthMs);
-  row[Col::kCode] = "-2";
+  OnAirElement row;
+  row.title = "SPOT";
+  row.file = on.MakeSound("spot.wav", lengthMs);
+  row.code = -2;
   on.Append(row);
 }
 

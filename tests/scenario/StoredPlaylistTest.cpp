@@ -4,6 +4,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/StoredPlaylists.h"
 #include "library/OnAirRows.h"
+#include "station/OnAirColumns.h"
 #include "station/PlanTimes.h"
 #include "support/BaseLock.h"
 #include "support/TestStation.h"
@@ -63,33 +64,33 @@ TEST_F(StoredPlaylist, LoadsEveryKindFromItsLibraryRecord) {
                "),(7,-1,1),(7,-2,1),(7,-4,2),(7,-5,1),(7,-6,-6),(7,-30,1),(7,-30,2)");
   ASSERT_TRUE(SelectStoredList(on.station, 7));
   ASSERT_EQ(on.station.PL.Count(), 8);
-  EXPECT_EQ(Row(1)[Col::kText], "ARTIST");
-  EXPECT_EQ(Row(1)[Col::kSecond], "TITLE");
-  EXPECT_EQ(Row(1)[Col::kLength], "03:05");
-  EXPECT_EQ(Row(1)[Col::kKind], "GOLD");
-  EXPECT_EQ(Row(1)[Col::kVariety], "NATIONAL");
-  EXPECT_EQ(Row(1)[Col::kLengthMs], "185000");
-  EXPECT_EQ(Row(1)[Col::kExitMs], "2500");
-  EXPECT_EQ(Row(1)[Col::kIntro], "12");
-  EXPECT_EQ(Row(1)[Col::kLastPlayed], "2026/11/21  12:00:00");
-  EXPECT_EQ(Row(2)[Col::kKind], "JINGLE");
-  EXPECT_EQ(Row(2)[Col::kExitMs], "300");
-  EXPECT_EQ(Row(3)[Col::kKind], "PUB");
-  EXPECT_EQ(Row(3)[Col::kExitMs], "");
-  EXPECT_EQ(Row(4)[Col::kKind], "RUB");
-  EXPECT_EQ(Row(4)[Col::kText], "NEWS");
-  EXPECT_EQ(Row(5)[Col::kKind], "AUTRES");
-  EXPECT_EQ(Row(6)[Col::kText], "Begin Extrait");
-  EXPECT_EQ(Row(6)[Col::kKind], "");
-  EXPECT_EQ(Row(7)[Col::kText], "Voice Track");
-  EXPECT_EQ(Row(7)[Col::kSecond], "1");
-  EXPECT_EQ(Row(7)[Col::kLengthMs], "0");
-  EXPECT_EQ(Row(7)[Col::kIntro], "70000");
+  EXPECT_EQ(Row(1).title, "ARTIST");
+  EXPECT_EQ(Row(1).secondLine, "TITLE");
+  EXPECT_EQ(ColumnText(Row(1), Col::kLength), "03:05");
+  EXPECT_EQ(Row(1).genre, "GOLD");
+  EXPECT_EQ(Row(1).variety, "NATIONAL");
+  EXPECT_EQ(ColumnText(Row(1), Col::kLengthMs), "185000");
+  EXPECT_EQ(ColumnText(Row(1), Col::kExitMs), "2500");
+  EXPECT_EQ(ColumnText(Row(1), Col::kIntro), "12");
+  EXPECT_EQ(ColumnText(Row(1), Col::kLastPlayed), "2026/11/21  12:00:00");
+  EXPECT_EQ(Row(2).genre, "JINGLE");
+  EXPECT_EQ(ColumnText(Row(2), Col::kExitMs), "300");
+  EXPECT_EQ(Row(3).genre, "PUB");
+  EXPECT_EQ(ColumnText(Row(3), Col::kExitMs), "");
+  EXPECT_EQ(Row(4).genre, "RUB");
+  EXPECT_EQ(Row(4).title, "NEWS");
+  EXPECT_EQ(Row(5).genre, "AUTRES");
+  EXPECT_EQ(Row(6).title, "Begin Extrait");
+  EXPECT_EQ(Row(6).genre, "");
+  EXPECT_EQ(Row(7).title, "Voice Track");
+  EXPECT_EQ(Row(7).secondLine, "1");
+  EXPECT_EQ(ColumnText(Row(7), Col::kLengthMs), "0");
+  EXPECT_EQ(ColumnText(Row(7), Col::kIntro), "70000");
   // A cut track: its text differs from its kind.
-  EXPECT_EQ(Row(8)[Col::kText], "Voice Track Cut");
-  EXPECT_EQ(Row(8)[Col::kKind], "Voice Track");
-  EXPECT_EQ(Row(8)[Col::kLengthMs], "4000");
-  EXPECT_EQ(Row(8)[Col::kExitMs], "250");
+  EXPECT_EQ(Row(8).title, "Voice Track Cut");
+  EXPECT_EQ(Row(8).genre, "Voice Track");
+  EXPECT_EQ(ColumnText(Row(8), Col::kLengthMs), "4000");
+  EXPECT_EQ(ColumnText(Row(8), Col::kExitMs), "250");
 }
 
 TEST_F(StoredPlaylist, LoadFillsThePanel) {
@@ -127,9 +128,9 @@ TEST_F(StoredPlaylist, SaveStoresPairsAndTopHourRowsAreDropped) {
   DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
   on.Append(HourPipRow("/pip.wav"));
   on.Append(BeginExtractRow());
-  Cells track;
-  track[Col::kSecond] = "2";
-  track[Col::kCode] = "-30";
+  OnAirElement track;
+  track.voiceTrack = 2;
+  track.code = -30;
   on.Append(track);
   Save("L'HEURE");
   EXPECT_EQ(on.SqlText("SELECT LADATE || LHEURE || LIBELLE || NOJINGLE FROM Playlist"),
@@ -302,9 +303,9 @@ TEST_F(StoredPlaylist, PlannedTimesInTheEditorBeginAtTheListsTime) {
   DropFromLibrary(on.station, BrowseList::kSpots, 1, 0);
   RefreshPlanTimes(on.station);
   // 2 s of buffers behind 23:59:00; the hours wrap at 24.
-  EXPECT_EQ(Row(1)[Col::kPlanned], "23 h 59 ' 02");
-  EXPECT_EQ(Row(2)[Col::kPlanned], "00 h 00 ' 02");
-  EXPECT_EQ(Row(3)[Col::kPlanned], "00 h 00 ' 06");
+  EXPECT_EQ(ColumnText(Row(1), Col::kPlanned), "23 h 59 ' 02");
+  EXPECT_EQ(ColumnText(Row(2), Col::kPlanned), "00 h 00 ' 02");
+  EXPECT_EQ(ColumnText(Row(3), Col::kPlanned), "00 h 00 ' 06");
   // 60000 + 4700 + 30000 = 94.7 s
   EXPECT_EQ(Panel().HHTot, 0);
   EXPECT_EQ(Panel().MnTot, 1);
@@ -323,14 +324,14 @@ TEST_F(StoredPlaylist, DraggedRowKeepsItsColumns) {
   DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
   DragInList(on.station, 4, 1);
   EXPECT_EQ(on.station.PL.Codes(), (std::vector<int32_t>{-5, -2, -4, -2}));
-  EXPECT_EQ(Row(1)[Col::kFile], "/v.wav");
+  EXPECT_EQ(Row(1).file, "/v.wav");
 }
 
 TEST_F(StoredPlaylist, DeleteOfAVoiceTrackAsksForItsRecord) {
-  Cells track;
-  track[Col::kText] = "Voice Track";
-  track[Col::kSecond] = "1";
-  track[Col::kCode] = "-30";
+  OnAirElement track;
+  track.title = "Voice Track";
+  track.voiceTrack = 1;
+  track.code = -30;
   on.Append(track);
   on.Append(track);
   DeleteRow(on.station, 1);  // nobody answers: no

@@ -54,10 +54,10 @@ class TriggerStation : public TestStation {
   void AppendTitle(int64_t lengthMs) { AppendCard(AddCard({.lengthMs = lengthMs})); }
   // No music: it survives the change of the hour.
   void AppendJingle(int64_t lengthMs) {
-    Cells row;
-    row[Col::kText] = "JINGLE";
-    row[Col::kFile] = MakeSound("jingle" + std::to_string(station.PL.Count()) + ".wav", lengthMs);
-    row[Col::kCode] = "-1";
+    OnAirElement row;
+    row.title = "JINGLE";
+    row.file = MakeSound("jingle" + std::to_string(station.PL.Count()) + ".wav", lengthMs);
+    row.code = -1;
     Append(row);
   }
 
@@ -71,7 +71,7 @@ class TriggerStation : public TestStation {
   std::string PLCodes() const {
     std::string codes;
     for (const OnAirRow& row : station.PL)
-      codes += (codes.empty() ? "" : ",") + std::to_string(row.Code());
+      codes += (codes.empty() ? "" : ",") + std::to_string(row.code);
     return codes;
   }
   // "atMs text" of each word on the clipboard.

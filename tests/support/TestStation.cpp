@@ -235,8 +235,8 @@ void TestStation::AppendCard(int32_t code) {
   ASSERT_TRUE(DropFromLibrary(station, BrowseList::kMusic, code, 0));
 }
 
-void TestStation::Append(const Cells& cells) {
-  station.PL.Add(cells);
+void TestStation::Append(const OnAirElement& element) {
+  station.PL.Add(element);
 }
 
 std::vector<Seen> TestStation::Events(const std::string& name) const {

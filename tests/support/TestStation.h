@@ -172,7 +172,7 @@ class TestStation : private EventSink {
   std::string SqlText(const std::string& query);  // first column of the first row, "" for none
   void Set(const std::string& cnfField, const std::string& value);
   void AppendCard(int32_t code);  // puts the card at the end of PL
-  void Append(const Cells& cells);
+  void Append(const OnAirElement& element);
 
   // --- running; every order is given `atMs` after the begin ---
   void At(int64_t atMs, std::function<void()> order) { loop.At(atMs, std::move(order)); }

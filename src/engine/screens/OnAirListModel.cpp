@@ -19,9 +19,10 @@ bool OnAirListModel::IsFigure(int column) {
 }
 
 OnAirListModel::Row OnAirListModel::RowOf(const OnAirRow& row) {
-  Row made{row.key, row.Code(), row.cells, {}};
+  Row made{row.key, row, {}};
+  const Cells cells = ColumnsOf(row);
   for (size_t column = 0; column < kColumns; ++column)
-    made.texts[column] = QString::fromStdString(row.cells[column]);
+    made.texts[column] = QString::fromStdString(cells[column]);
   return made;
 }
 
@@ -52,7 +53,7 @@ void OnAirListModel::Sync(const OnAirList& list) {
       beginInsertRows({}, row, row);
       rows_.insert(rows_.begin() + row, RowOf(wanted));
       endInsertRows();
-    } else if (rows_[at].cells != wanted.cells) {
+    } else if (rows_[at].element != wanted) {
       rows_[at] = RowOf(wanted);
       Q_EMIT dataChanged(index(row, 0), index(row, kColumns - 1));
     }
@@ -79,11 +80,11 @@ QVariant OnAirListModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return row.texts[static_cast<size_t>(index.column())];
     case kCodeRole:
-      return row.code;
+      return row.element.code;
     case Qt::ForegroundRole:
-      if (index.column() == Col::kKind) return Theme::ColourOfElement(row.code);
-      if (row.code == Element::kStartPlaylist || row.code == Element::kEndPlaylist ||
-          row.code == Element::kBeginExtract)
+      if (index.column() == Col::kGenre) return Theme::ColourOfElement(row.element.code);
+      if (row.element.code == Element::kStartPlaylist ||
+          row.element.code == Element::kEndPlaylist || row.element.code == Element::kBeginExtract)
         return Theme::kMarker;
       return {};
     case Qt::TextAlignmentRole:

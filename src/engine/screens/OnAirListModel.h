@@ -7,6 +7,7 @@
 #include <array>
 #include <vector>
 
+#include "station/OnAirColumns.h"
 #include "station/OnAirList.h"
 
 namespace zemo {
@@ -32,8 +33,7 @@ class OnAirListModel : public QAbstractTableModel {
  private:
   struct Row {
     int64_t key = 0;
-    int32_t code = 0;
-    Cells cells;
+    OnAirElement element;
     std::array<QString, kColumns> texts;
   };
   static Row RowOf(const OnAirRow& row);

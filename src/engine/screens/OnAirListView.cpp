@@ -26,10 +26,10 @@ struct Shown {
   int fromWidth;
 };
 constexpr std::array<Shown, 9> kShown = {{{Col::kPlanned, 104, 0},
-                                          {Col::kText, 200, 0},
+                                          {Col::kTitle, 200, 0},
                                           {Col::kSecond, 200, 0},
                                           {Col::kLength, 62, 0},
-                                          {Col::kKind, 110, 560},
+                                          {Col::kGenre, 110, 560},
                                           {Col::kIntro, 56, 700},
                                           {Col::kVariety, 130, 860},
                                           {Col::kLastPlayed, 176, 1000},
@@ -116,13 +116,13 @@ void OnAirListView::Arrange(double unit) {
   for (const Shown& shown : kShown) {
     if (width() < shown.fromWidth * unit) continue;
     visible[static_cast<size_t>(shown.column)] = true;
-    if (shown.column != Col::kText && shown.column != Col::kSecond) fixed += widthOf(shown);
+    if (shown.column != Col::kTitle && shown.column != Col::kSecond) fixed += widthOf(shown);
   }
   for (int column = 0; column < kColumns; ++column)
     setColumnHidden(column, !visible[static_cast<size_t>(column)]);
   for (const Shown& shown : kShown) setColumnWidth(shown.column, widthOf(shown));
   const int rest = viewport()->width() - fixed;
-  setColumnWidth(Col::kText, rest / 2);
+  setColumnWidth(Col::kTitle, rest / 2);
   setColumnWidth(Col::kSecond, rest - rest / 2);
 }
 

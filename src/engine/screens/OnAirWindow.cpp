@@ -186,11 +186,10 @@ OnAirListOrders OnAirWindow::ListOrders() {
   };
   orders.openCard = [this](int64_t key) {
     const int row = station_.PL.RowOfKey(key);
-    if (row > 0 && !station_.lists.Locked) OpenCard(station_.PL.Row(row).Code());
+    if (row > 0 && !station_.lists.Locked) OpenCard(station_.PL.Row(row).code);
   };
   orders.openSelector = [this](int64_t key) {
-    if (const int row = station_.PL.RowOfKey(key); row > 0)
-      OpenSelector(station_.PL.Row(row)[Col::kFile]);
+    if (const int row = station_.PL.RowOfKey(key); row > 0) OpenSelector(station_.PL.Row(row).file);
   };
   orders.touched = [this] {
     RecordActivity(station_);
@@ -448,7 +447,7 @@ void OnAirWindow::AdaptOverlay() {
   const bool playable = !FileOfBrowseRow(browsed, row).empty();
   bar_->ShowOverlay(playable,
                     playable ? ScreenWord("OverlayOf", langue_,
-                                          browsed.rows.Cell(static_cast<size_t>(row), Col::kText))
+                                          browsed.rows.Cell(static_cast<size_t>(row), Col::kTitle))
                              : TextOf("BtnSurImpression", "tip", langue_));
 }
 
@@ -474,7 +473,8 @@ void OnAirWindow::OpenSelector(const std::string& storedPath) {
 void OnAirWindow::PrintList() {
   std::vector<std::string> lines;
   for (const OnAirRow& row : station_.PL)
-    lines.push_back(row[Col::kPlanned] + "  " + row[Col::kLength] + "  " + TitleLine(row.cells));
+    lines.push_back(ColumnText(row, Col::kPlanned) + "  " + ColumnText(row, Col::kLength) + "  " +
+                    TitleOf(row));
   PrintOnPaper(this, sources_, lines, "Courier", kPrintPoints, langue_);
 }
 

@@ -82,10 +82,10 @@ TEST_F(RollingReport, AFileThatCannotBeMadeIsLogged) {
 }
 
 TEST_F(RollingReport, IsWrittenForMusicAndNotForSpots) {
-  Cells spot;
-  spot[Col::kText] = "ADVERTISER";
-  spot[Col::kFile] = on.MakeSound("spot.wav", 5000);
-  spot[Col::kCode] = "-2";
+  OnAirElement spot;
+  spot.title = "ADVERTISER";
+  spot.file = on.MakeSound("spot.wav", 5000);
+  spot.code = -2;
   on.Append(spot);
   on.Append(spot);
   on.AppendCard(on.AddCard({.lengthMs = 8000, .artist = "MUSIC"}));

@@ -3,6 +3,7 @@
 // comes at 46800.
 #include "FittingLists.h"
 #include "scheduling/EndOfHourFitting.h"
+#include "station/OnAirColumns.h"
 
 namespace zemo::test {
 namespace {
@@ -170,12 +171,12 @@ TEST_F(FittingGap, IsFilledByTheLongestRestedInstrumentalLongerThanIt) {
   EXPECT_EQ(Routine(), "AjusteFinHeureInstru");
   EXPECT_EQ(on.Events("fit")[0]["before"], "[1,2,3]");
   EXPECT_EQ(on.Events("fit")[0]["after"], "[1,2,6,3]");
-  const Cells& row = PL().Row(3).cells;
-  EXPECT_EQ(row[Col::kKind], "INSTRUMENTAL");
-  EXPECT_EQ(row[Col::kLength], "03:20");
-  EXPECT_EQ(row[Col::kExitMs], "900");
-  EXPECT_EQ(row[Col::kLastPlayed], "2023/03/15  00:00:00");
-  EXPECT_EQ(row[Col::kPlanned], "12 h 57 ' 50");
+  const OnAirElement& row = PL().Row(3);
+  EXPECT_EQ(row.genre, "INSTRUMENTAL");
+  EXPECT_EQ(ColumnText(row, Col::kLength), "03:20");
+  EXPECT_EQ(ColumnText(row, Col::kExitMs), "900");
+  EXPECT_EQ(ColumnText(row, Col::kLastPlayed), "2023/03/15  00:00:00");
+  EXPECT_EQ(ColumnText(row, Col::kPlanned), "12 h 57 ' 50");
   EXPECT_TRUE(Engine().FittingActive);
   EXPECT_FALSE(on.station.screen.LblProgression.visible);
 }
@@ -282,7 +283,7 @@ TEST_F(FittingShortens, EveryTitleBefore400MsAPassUntilTheBlockIsByThePip) {
   EXPECT_EQ(Exits(), "50400,50400,50400");
   EXPECT_EQ(on.loop.MonotonicMs(), 126);  // a pass costs a millisecond
   EXPECT_EQ(Routine(), "AjusteFinHeurePubColleTopH");
-  EXPECT_EQ(PL().Row(2)[Col::kPlanned], "12 h 52 ' 29");  // 12:50:00.126 and 149.6 s
+  EXPECT_EQ(ColumnText(PL().Row(2), Col::kPlanned), "12 h 52 ' 29");  // 12:50:00.126 and 149.6 s
 }
 
 TEST_F(FittingShortens, ABlockThatReachesTheTargetToTheSecondIsCloseEnough) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "station/OnAirColumns.h"
 #include "station/TextForms.h"
 #include "support/TestStation.h"
 
@@ -35,11 +36,11 @@ class FittingStation : public testing::Test {
             {.lengthMs = piece.seconds * 1000, .artist = piece.name, .exitMs = piece.exitMs}));
         continue;
       }
-      Cells cells;
-      cells[Col::kText] = piece.name;
-      cells[Col::kCode] = "-1";
-      cells[Col::kLengthMs] = std::to_string(piece.seconds * 1000);
-      on.Append(cells);
+      OnAirElement element;
+      element.title = piece.name;
+      element.code = -1;
+      element.lengthMs = piece.seconds * 1000;
+      on.Append(element);
     }
   }
   void Break(int row, const std::string& moment, const std::string& length,
@@ -54,13 +55,13 @@ class FittingStation : public testing::Test {
   }
   std::string Names() const {
     std::string names;
-    for (const OnAirRow& row : on.station.PL) names += (names.empty() ? "" : ",") + row[Col::kText];
+    for (const OnAirRow& row : on.station.PL) names += (names.empty() ? "" : ",") + row.title;
     return names;
   }
   std::string Exits() const {
     std::string exits;
     for (const OnAirRow& row : on.station.PL)
-      exits += (exits.empty() ? "" : ",") + row[Col::kExitMs];
+      exits += (exits.empty() ? "" : ",") + ColumnText(row, Col::kExitMs);
     return exits;
   }
   EngineState& Engine() { return on.station.engine; }

@@ -2,6 +2,7 @@
 // and the fit is due from minute 55 on, with the tick at 12:55:00.
 #include <gtest/gtest.h>
 
+#include "station/OnAirColumns.h"
 #include "station/TextForms.h"
 #include "support/TestStation.h"
 
@@ -79,12 +80,12 @@ TEST_F(FittingOnAir, ATitleGoesOutAtTheExitPointThatTheFitRaised) {
   Air(11000);
   ASSERT_FALSE(on.station.PL.Empty());
   const OnAirRow next = on.station.PL.Row(1);
-  ASSERT_GT(next.ExitMs(), 0);
+  ASSERT_GT(next.exitMs.value_or(0), 0);
   on.RunUntil(80000);
   // The title on air at the fit ends at 12:55:50, and the next one begins shortly before.
-  const Seen* onAir = on.First("onair", "code", next[Col::kCode]);
+  const Seen* onAir = on.First("onair", "code", ColumnText(next, Col::kCode));
   ASSERT_NE(onAir, nullptr) << on.Describe();
-  EXPECT_EQ(onAir->Int("mix_ms"), static_cast<int64_t>(next.ExitMs()));
+  EXPECT_EQ(onAir->Int("mix_ms"), static_cast<int64_t>(next.exitMs.value_or(0)));
 }
 
 TEST_F(FittingOnAir, ThePlacedBreakIsNotFiredAgainInItsMinute) {

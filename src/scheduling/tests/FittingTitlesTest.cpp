@@ -2,6 +2,7 @@
 // of the first and what each further row adds. C is where a chain stops.
 #include "FittingLists.h"
 #include "scheduling/EndOfHourFitting.h"
+#include "station/OnAirColumns.h"
 
 namespace zemo::test {
 namespace {
@@ -50,17 +51,17 @@ TEST_F(FittingRound, ARowMadeAnewShowsWhatItsCardHoldsNow) {
       "WHERE AUTEUR = 'A'");
   EXPECT_EQ(AjusteTitres(on.station), 180000);
   ASSERT_EQ(Names(), "A,B,C");
-  const Cells& row = PL().Row(1).cells;
-  EXPECT_EQ(row[Col::kSecond], "NEW");
-  EXPECT_EQ(row[Col::kLength], "03:00");
-  EXPECT_EQ(row[Col::kKind], "POP");
-  EXPECT_EQ(row[Col::kVariety], "OTHER");
-  EXPECT_FALSE(row[Col::kFile].empty());
-  EXPECT_EQ(row[Col::kLengthMs], "180000");
-  EXPECT_EQ(row[Col::kExitMs], "700");
-  EXPECT_EQ(row[Col::kIntro], "9");
-  EXPECT_EQ(row[Col::kLastPlayed], "2026/11/21  12:00:00");
-  EXPECT_EQ(PL().Row(2)[Col::kLastPlayed], "");
+  const OnAirElement& row = PL().Row(1);
+  EXPECT_EQ(row.secondLine, "NEW");
+  EXPECT_EQ(ColumnText(row, Col::kLength), "03:00");
+  EXPECT_EQ(row.genre, "POP");
+  EXPECT_EQ(row.variety, "OTHER");
+  EXPECT_FALSE(row.file.empty());
+  EXPECT_EQ(ColumnText(row, Col::kLengthMs), "180000");
+  EXPECT_EQ(ColumnText(row, Col::kExitMs), "700");
+  EXPECT_EQ(ColumnText(row, Col::kIntro), "9");
+  EXPECT_EQ(ColumnText(row, Col::kLastPlayed), "2026/11/21  12:00:00");
+  EXPECT_EQ(ColumnText(PL().Row(2), Col::kLastPlayed), "");
 }
 
 TEST_F(FittingRound, OneTitleStaysAndScoresItsLength) {
@@ -83,12 +84,12 @@ class FittingLongList : public FittingRound {
     const int32_t first = on.AddCard({.artist = "FIRST"});
     const int32_t last = on.AddCard({.artist = "LAST"});
     for (int row = 1; row <= count; ++row) {
-      Cells cells;
-      cells[Col::kText] = std::to_string(row);
+      OnAirElement element;
+      element.title = std::to_string(row);
       const int32_t code = row == count ? last : row == 10 ? tenth : row == 1 ? first : common;
-      cells[Col::kCode] = std::to_string(code);
-      cells[Col::kLengthMs] = row == count ? "136000" : "134000";
-      on.Append(cells);
+      element.code = code;
+      element.lengthMs = row == count ? 136000 : 134000;
+      on.Append(element);
     }
   }
 };
@@ -96,7 +97,7 @@ class FittingLongList : public FittingRound {
 TEST_F(FittingLongList, Row99IsStillReadAsItIs) {
   Rows(99);
   EXPECT_EQ(AjusteTitres(on.station), 136000);
-  EXPECT_EQ(PL().Row(1)[Col::kText], "LAST");
+  EXPECT_EQ(PL().Row(1).title, "LAST");
   EXPECT_EQ(PL().Count(), 99);
 }
 
@@ -105,7 +106,7 @@ TEST_F(FittingLongList, TheChainOfRow100NamesRowsThatAreNone) {
   // "100" is read as the rows 10 and 0.
   EXPECT_EQ(AjusteTitres(on.station), std::nullopt);
   EXPECT_EQ(PL().Count(), 100);
-  EXPECT_EQ(PL().Row(1)[Col::kText], "1");
+  EXPECT_EQ(PL().Row(1).title, "1");
   ASSERT_EQ(on.Events("error").size(), 1U);
   EXPECT_EQ(on.Events("error")[0]["where"], "AjusteTitres");
 }
@@ -115,14 +116,14 @@ TEST_F(FittingLongList, TheChainOfRow101IsReadAsTwoOtherRows) {
   // "101" is read as the rows 10 and 1.
   EXPECT_EQ(AjusteTitres(on.station), 136000);
   EXPECT_EQ(PL().Count(), 101);
-  EXPECT_EQ(PL().Row(1)[Col::kText], "TENTH");
-  EXPECT_EQ(PL().Row(2)[Col::kText], "FIRST");
-  EXPECT_EQ(PL().Row(101)[Col::kText], "101");
+  EXPECT_EQ(PL().Row(1).title, "TENTH");
+  EXPECT_EQ(PL().Row(2).title, "FIRST");
+  EXPECT_EQ(PL().Row(101).title, "101");
 }
 
 TEST_F(FittingRound, ASumBeyond32BitsIsAnErrorThatLeavesTheList) {
   List({{"A", 60}, {"B", 60}, {"C", 60}});
-  PL().Row(2)[Col::kLengthMs] = "2147483647";
+  PL().Row(2).lengthMs = 2147483647;
   // 60000 ms and the second row pass 2147483647.
   EXPECT_EQ(AjusteTitres(on.station), std::nullopt);
   EXPECT_EQ(Names(), "A,B,C");
@@ -160,10 +161,10 @@ TEST_F(FittingPlain, AListShorterThanTheTimeLeftStaysAsItIs) {
 
 TEST_F(FittingPlain, JinglesAndSpotsAreGoneAfterIt) {
   List({{"jingle", 5}, {"A", 100}, {"jingle", 5}, {"B", 200}});
-  Cells spot;
-  spot[Col::kText] = "SPOT";
-  spot[Col::kCode] = "-2";
-  spot[Col::kLengthMs] = "30000";
+  OnAirElement spot;
+  spot.title = "SPOT";
+  spot.code = -2;
+  spot.lengthMs = 30000;
   on.Append(spot);
   AjusteFinHeure(on.station);
   EXPECT_EQ(Names(), "A,B");
@@ -182,8 +183,8 @@ TEST_F(FittingPlain, TellsTheCodesBeforeAndAfter) {
 TEST_F(FittingPlain, PlannedTimesAreThoseOfTheNewOrder) {
   List({{"A", 100}, {"jingle", 5}, {"B", 200}});
   AjusteFinHeure(on.station);
-  EXPECT_EQ(PL().Row(1)[Col::kPlanned], "12 h 50 ' 00");
-  EXPECT_EQ(PL().Row(2)[Col::kPlanned], "12 h 51 ' 40");
+  EXPECT_EQ(ColumnText(PL().Row(1), Col::kPlanned), "12 h 50 ' 00");
+  EXPECT_EQ(ColumnText(PL().Row(2), Col::kPlanned), "12 h 51 ' 40");
 }
 
 TEST_F(FittingPlain, WhileItWorksTheScreenSaysSoAndTheTickIsHeld) {

@@ -52,17 +52,17 @@ int32_t AddLinkingElement(TestStation& on, const std::string& label, int racro, 
   return LastCode(on, "DiscothequeVirgule");
 }
 
-Cells RowOf(int32_t code, const std::string& text, const std::string& kind) {
-  Cells cells;
-  cells[Col::kText] = text;
-  cells[Col::kKind] = kind;
-  cells[Col::kCode] = std::to_string(code);
-  return cells;
+OnAirElement RowOf(int32_t code, const std::string& text, const std::string& kind) {
+  OnAirElement element;
+  element.title = text;
+  element.genre = kind;
+  element.code = code;
+  return element;
 }
 
 std::string Texts(const OnAirList& list) {
   std::string texts;
-  for (const OnAirRow& row : list) texts += (texts.empty() ? "" : ",") + row[Col::kText];
+  for (const OnAirRow& row : list) texts += (texts.empty() ? "" : ",") + row.title;
   return texts;
 }
 

@@ -27,7 +27,8 @@ int32_t AddLinkingElement(TestStation& on, const std::string& label, int racro, 
                           int exitMs = 0);
 
 // A row of PL of that code and text, as far as the selection looks at it.
-Cells RowOf(int32_t code, const std::string& text = "ARTIST", const std::string& kind = "POP");
+OnAirElement RowOf(int32_t code, const std::string& text = "ARTIST",
+                   const std::string& kind = "POP");
 
 // Column 0 of every row, joined by commas.
 std::string Texts(const OnAirList& list);

@@ -6,6 +6,7 @@
 
 #include "JingleLibrary.h"
 #include "scheduling/JingleSelection.h"
+#include "station/OnAirColumns.h"
 #include "store/Database.h"
 #include "store/StoreError.h"
 
@@ -44,22 +45,22 @@ TEST_F(FindJingleInList, TheLeastRecentlyPlayedPlainJingleGoesBeforeTheTitle) {
   PL().Add(RowOf(kTitle));
   FindJingle(on.station, false, 0);
   ASSERT_EQ(Texts(PL()), "RESTED,ARTIST") << on.Describe();
-  const Cells& row = PL().Row(1).cells;
-  EXPECT_EQ(row[Col::kSecond], "");
-  EXPECT_EQ(row[Col::kLength], "01:05");
-  EXPECT_EQ(row[Col::kKind], "");
-  EXPECT_EQ(row[Col::kFile],
+  const OnAirElement& row = PL().Row(1);
+  EXPECT_EQ(row.secondLine, "");
+  EXPECT_EQ(ColumnText(row, Col::kLength), "01:05");
+  EXPECT_EQ(row.genre, "");
+  EXPECT_EQ(row.file,
             on.SqlText("SELECT FILENAME FROM DiscothequeJingle WHERE LIBELLE = 'RESTED'"));
-  EXPECT_EQ(row[Col::kCode], "-1");
-  EXPECT_EQ(row[Col::kLengthMs], "65000");
-  EXPECT_EQ(row[Col::kExitMs], "450");
-  EXPECT_EQ(row[Col::kIntro] + row[Col::kLastPlayed] + row[Col::kVariety], "");
+  EXPECT_EQ(ColumnText(row, Col::kCode), "-1");
+  EXPECT_EQ(ColumnText(row, Col::kLengthMs), "65000");
+  EXPECT_EQ(ColumnText(row, Col::kExitMs), "450");
+  EXPECT_EQ(ColumnText(row, Col::kIntro) + ColumnText(row, Col::kLastPlayed) + row.variety, "");
   EXPECT_EQ(LastPlayed(code), "46347.5");
   const auto told = on.Events("jingle");
   ASSERT_EQ(told.size(), 1U);
   EXPECT_EQ(told[0]["routine"], "FindJingle");
   EXPECT_EQ(told[0].Int("code"), code);
-  EXPECT_EQ(told[0]["file"], row[Col::kFile]);
+  EXPECT_EQ(told[0]["file"], row.file);
   EXPECT_EQ(told[0]["overlay"], "false");
 }
 
@@ -504,14 +505,14 @@ TEST_F(JingleOfExtracts, TheAnnouncementGoesIntoTheGivenRow) {
                                       .to = "0602"});
   FindJingleExtrait(on.station, 2);
   ASSERT_EQ(Texts(PL()), "FIRST,Jingle annonce extrait,SECOND");
-  const Cells& row = PL().Row(2).cells;
-  EXPECT_EQ(row[Col::kSecond], "COMING UP");
-  EXPECT_EQ(row[Col::kLength], "00:04");
-  EXPECT_EQ(row[Col::kKind], "Jingle");
-  EXPECT_FALSE(row[Col::kFile].empty());
-  EXPECT_EQ(row[Col::kCode], "-1");
-  EXPECT_EQ(row[Col::kLengthMs], "4000");
-  EXPECT_EQ(row[Col::kExitMs], "300");
+  const OnAirElement& row = PL().Row(2);
+  EXPECT_EQ(row.secondLine, "COMING UP");
+  EXPECT_EQ(ColumnText(row, Col::kLength), "00:04");
+  EXPECT_EQ(row.genre, "Jingle");
+  EXPECT_FALSE(row.file.empty());
+  EXPECT_EQ(ColumnText(row, Col::kCode), "-1");
+  EXPECT_EQ(ColumnText(row, Col::kLengthMs), "4000");
+  EXPECT_EQ(ColumnText(row, Col::kExitMs), "300");
   EXPECT_EQ(LastPlayed(code), "46347.5");
   EXPECT_EQ(on.Events("jingle").at(0)["routine"], "FindJingleExtrait");
 }
@@ -520,14 +521,14 @@ TEST_F(JingleOfExtracts, WithoutOneTheRowSaysSo) {
   AddJingle(on, {.hours = std::string(24, '0'), .extract = 1});
   FindJingleExtrait(on.station, 1);
   ASSERT_EQ(Texts(PL()), "Jingle annonce extrait");
-  const Cells& row = PL().Row(1).cells;
-  EXPECT_EQ(row[Col::kSecond], "NO JINGLE");
-  EXPECT_EQ(row[Col::kLength], "--:--");
-  EXPECT_EQ(row[Col::kKind], "Jingle");
-  EXPECT_EQ(row[Col::kFile], "");
-  EXPECT_EQ(row[Col::kCode], "-1");
-  EXPECT_EQ(row[Col::kLengthMs], "0");
-  EXPECT_EQ(row[Col::kExitMs], "0");
+  const OnAirElement& row = PL().Row(1);
+  EXPECT_EQ(row.secondLine, "NO JINGLE");
+  EXPECT_EQ(ColumnText(row, Col::kLength), "--:--");
+  EXPECT_EQ(row.genre, "Jingle");
+  EXPECT_EQ(row.file, "");
+  EXPECT_EQ(ColumnText(row, Col::kCode), "-1");
+  EXPECT_EQ(ColumnText(row, Col::kLengthMs), "0");
+  EXPECT_EQ(ColumnText(row, Col::kExitMs), "0");
   EXPECT_TRUE(on.Events("jingle").empty());
 }
 
@@ -542,12 +543,12 @@ TEST_F(LinkingElement, TheLeastRecentlyPlayedGoesFirst) {
   const int32_t code = AddLinkingElement(on, "RESTED", 1, 45000, 250);
   EXPECT_TRUE(FindJingleRacro(on.station));
   ASSERT_EQ(Texts(PL()), "RESTED,SPOT");
-  const Cells& row = PL().Row(1).cells;
-  EXPECT_EQ(row[Col::kSecond] + row[Col::kKind], "");
-  EXPECT_EQ(row[Col::kLength], "00:03");
-  EXPECT_EQ(row[Col::kCode], "-5");
-  EXPECT_EQ(row[Col::kLengthMs], "3000");
-  EXPECT_EQ(row[Col::kExitMs], "250");
+  const OnAirElement& row = PL().Row(1);
+  EXPECT_EQ(row.secondLine + row.genre, "");
+  EXPECT_EQ(ColumnText(row, Col::kLength), "00:03");
+  EXPECT_EQ(ColumnText(row, Col::kCode), "-5");
+  EXPECT_EQ(ColumnText(row, Col::kLengthMs), "3000");
+  EXPECT_EQ(ColumnText(row, Col::kExitMs), "250");
   EXPECT_EQ(LastPlayed(code, "DiscothequeVirgule"), "46347.5");
   EXPECT_EQ(on.Events("jingle").at(0)["routine"], "FindJingleRacro");
   EXPECT_EQ(on.Events("jingle").at(0).Int("code"), code);

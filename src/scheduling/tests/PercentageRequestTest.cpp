@@ -4,14 +4,15 @@
 #include "scheduling/PercentageRequest.h"
 #include "scheduling/RecentReport.h"
 #include "scheduling/tests/RequestFixture.h"
+#include "station/OnAirColumns.h"
 #include "station/TimeForms.h"
 
 namespace zemo {
 namespace {
 
-using test::MusicCells;
 using test::RequestStation;
 using test::TitleCard;
+using test::TitleElement;
 using test::WatchedStation;
 
 constexpr int kSaturday = 6;  // 21 November 2026
@@ -163,12 +164,10 @@ TEST(PercentageRequest, ARowOfTheListHoldsTheCard) {
   const int32_t code = s.Add(card);
   s.Request(30);
   ASSERT_EQ(s.station.PL.Count(), 1);
-  Cells cells = s.station.PL.Row(1).cells;
-  EXPECT_EQ(cells[Col::kPlanned], "10 h 55 ' 00");
-  cells[Col::kPlanned].clear();
-  EXPECT_EQ(cells,
-            (Cells{"L'Artiste", "Été", "03:05", "POP", "NATIONAL", "/music/Été.mp3",
-                   std::to_string(code), "", "185400", "1500", "12", "2026/11/01  12:00:00"}));
+  EXPECT_EQ(
+      ColumnsOf(s.station.PL.Row(1)),
+      (Cells{"L'Artiste", "Été", "03:05", "POP", "NATIONAL", "/music/Été.mp3", std::to_string(code),
+             "10 h 55 ' 00", "185400", "1500", "12", "2026/11/01  12:00:00"}));
 }
 
 TEST(PercentageRequest, ACardWithoutArtistIsListedByItsNumberAndIsNoDouble) {
@@ -178,8 +177,8 @@ TEST(PercentageRequest, ACardWithoutArtistIsListedByItsNumberAndIsNoDouble) {
   const int32_t first = s.Add(Title("", 3)), second = s.Add(Title("  ", 2));
   s.Request(30);
   EXPECT_EQ(s.Listed(), (Codes{first, second}));
-  EXPECT_EQ(s.station.PL.Row(1)[Col::kText], "Code " + std::to_string(first));
-  EXPECT_EQ(s.station.PL.Row(2)[Col::kText], "Code " + std::to_string(second));
+  EXPECT_EQ(s.station.PL.Row(1).title, "Code " + std::to_string(first));
+  EXPECT_EQ(s.station.PL.Row(2).title, "Code " + std::to_string(second));
 }
 
 TEST(PercentageRequest, TheNeverPlayedComeFirstByArtistThenTheStalest) {
@@ -252,7 +251,7 @@ TEST(PercentageRequest, TheFirstAndTheLastHourOfTheDayAreReadFromTheirEndsOfTheM
       s.Add(card);
     }
     s.Request(30);
-    return s.station.PL.Count() == 1 ? s.station.PL.Row(1)[Col::kText] : "";
+    return s.station.PL.Count() == 1 ? s.station.PL.Row(1).title : "";
   };
   EXPECT_EQ(listed("2026-11-21 00:00:00"), "EARLY");
   EXPECT_EQ(listed("2026-11-21 23:59:59"), "LATE");
@@ -381,7 +380,7 @@ TEST(PercentageRequest, TitlesThatWaitInTheListAreNotTakenAgain) {
   s.Variety("NATIONAL", 100);
   s.Model(kSaturday, "POP", 100);
   const int32_t waiting = s.Add(Title("B", 9)), free = s.Add(Title("C", 8));
-  s.station.PL.Add(MusicCells(waiting, "SOMEBODY ELSE"));
+  s.station.PL.Add(TitleElement(waiting, "SOMEBODY ELSE"));
   s.Request(30);
   EXPECT_EQ(s.Listed(), (Codes{waiting, free}));
 }
@@ -542,7 +541,7 @@ TEST(PercentageRequest, ARequestInsideARequestAndAClearedListDoNoHarm) {
 
 std::string Genres(const RequestStation& s) {
   std::string genres;
-  for (const OnAirRow& row : s.station.PL) genres += row[Col::kKind];
+  for (const OnAirRow& row : s.station.PL) genres += row.genre;
   return genres;
 }
 
@@ -551,7 +550,7 @@ void List(RequestStation& s, const std::string& genres) {
   int32_t code = 0;
   for (const char genre : genres) {
     ++code;
-    s.station.PL.Add(MusicCells(code, "ARTIST " + std::to_string(code), std::string(1, genre)));
+    s.station.PL.Add(TitleElement(code, "ARTIST " + std::to_string(code), std::string(1, genre)));
   }
 }
 
@@ -564,7 +563,7 @@ TEST(MelangeGenres, PartsEqualNeighboursWithTheNextOtherGenre) {
   EXPECT_EQ(Genres(s), "ABABAC");
   // Row 2 takes row 4, and what came to row 4 takes row 5; texts and codes go with their genre.
   EXPECT_EQ(s.Listed(), (Codes{1, 4, 3, 5, 2, 6}));
-  EXPECT_EQ(s.station.PL.Row(2)[Col::kText], "ARTIST 4");
+  EXPECT_EQ(s.station.PL.Row(2).title, "ARTIST 4");
 }
 
 TEST(MelangeGenres, AListOfOneGenreStaysAsItIs) {

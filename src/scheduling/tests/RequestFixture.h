@@ -112,14 +112,15 @@ class RequestStation : public TestStation {
 };
 
 // A row of PL that is music.
-inline Cells MusicCells(int32_t code, const std::string& artist, const std::string& genre = "POP") {
-  Cells cells;
-  cells[Col::kText] = artist;
-  cells[Col::kKind] = genre;
-  cells[Col::kCode] = std::to_string(code);
-  cells[Col::kLengthMs] = "180000";
-  cells[Col::kExitMs] = "0";
-  return cells;
+inline OnAirElement TitleElement(int32_t code, const std::string& artist,
+                                 const std::string& genre = "POP") {
+  OnAirElement element;
+  element.title = artist;
+  element.genre = genre;
+  element.code = code;
+  element.lengthMs = 180000;
+  element.exitMs = 0;
+  return element;
 }
 
 // A second station on the base of the first, whose yields are watched.

@@ -410,7 +410,7 @@ void Fill(RequestStation& s, Case& c) {
     s.Report(aired.artist, aired.dateNum, aired.music ? "POP" : "PUB");
   for (const int place : c.listed) {
     const Case::Card& card = c.cards[static_cast<size_t>(place)];
-    s.station.PL.Add(test::MusicCells(card.code, card.artist, card.genre));
+    s.station.PL.Add(test::TitleElement(card.code, card.artist, card.genre));
   }
   for (const int place : c.storedLater)
     s.Execute("INSERT INTO Pls (NUMPLS, DISCOTHEQUE) VALUES (1, " +

@@ -338,8 +338,8 @@ TEST(RecentArtists, AreThoseOfTheNewestRowsWithoutSpotsJinglesAndPipsAndOfTheWho
   s.Report("PIP", 46000.4, "TOP-H");
   s.Report("JINGLE", 46000.5, "JINGLE");
   s.Report("SPOT", 46000.6, "PUB");
-  s.station.PL.Add(test::MusicCells(1, "LISTED"));
-  s.station.PL.Add(test::MusicCells(-1, "a jingle"));
+  s.station.PL.Add(test::TitleElement(1, "LISTED"));
+  s.station.PL.Add(test::TitleElement(-1, "a jingle"));
   LoadArtistesRecents(s.station);
   EXPECT_EQ(s.Requests().ECArtiste,
             (std::vector<std::string>{"a jingle", "LISTED", "middle", "NEW"}));
@@ -426,7 +426,7 @@ TEST(RecentArtists, OfAnotherBaseAreReadAnew) {
 TEST(RecentArtists, AReportThatCannotBeReadLeavesTheArtistsOfTheList) {
   RequestStation s;
   s.Execute("ALTER TABLE Rapport RENAME TO Gone");
-  s.station.PL.Add(test::MusicCells(1, "LISTED"));
+  s.station.PL.Add(test::TitleElement(1, "LISTED"));
   LoadArtistesRecents(s.station);
   EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"LISTED"});
   bool allowed = true;
@@ -443,7 +443,7 @@ bool RecentlyHeard(RequestStation& s, std::string artist) {
 TEST(RecentArtistTest, TheFirstOfTheAlphabetIsLetThroughAndTheOthersAreRefused) {
   RequestStation s;
   for (const char* artist : {"Delta", "alpha", "CHARLIE", "Bravo"})
-    s.station.PL.Add(test::MusicCells(1, artist));
+    s.station.PL.Add(test::TitleElement(1, artist));
   LoadArtistesRecents(s.station);
   EXPECT_FALSE(RecentlyHeard(s, "ALPHA"));
   EXPECT_TRUE(RecentlyHeard(s, "bravo"));
@@ -454,7 +454,7 @@ TEST(RecentArtistTest, TheFirstOfTheAlphabetIsLetThroughAndTheOthersAreRefused) 
 
 TEST(RecentArtistTest, AListOfOneArtistRefusesNobody) {
   RequestStation s;
-  s.station.PL.Add(test::MusicCells(1, "ALPHA"));
+  s.station.PL.Add(test::TitleElement(1, "ALPHA"));
   LoadArtistesRecents(s.station);
   EXPECT_FALSE(RecentlyHeard(s, "ALPHA"));
 }

@@ -11,9 +11,9 @@
 namespace zemo {
 namespace {
 
-using test::MusicCells;
 using test::RequestStation;
 using test::TitleCard;
+using test::TitleElement;
 
 constexpr int kSaturday = 6;  // 21 November 2026
 constexpr int kHour = 10;

@@ -9,10 +9,10 @@
 namespace zemo {
 namespace {
 
-using test::MusicCells;
 using test::ParseMoment;
 using test::RequestStation;
 using test::TitleCard;
+using test::TitleElement;
 
 constexpr int kSaturday = 6;  // 21 November 2026
 constexpr int kSunday = 7;
@@ -240,8 +240,8 @@ TEST_F(TitleEligibility, ATitleOfAStoredListStillToComeIsFreeAtTheListsMinute) {
 
 TEST_F(TitleEligibility, ATitleInTheListOnAirIsFreeWhenItHasPlayed) {
   const int32_t code = Add({});
-  s.station.PL.Add(MusicCells(99, "A"));
-  s.station.PL.Add(MusicCells(code, "B"));
+  s.station.PL.Add(TitleElement(99, "A"));
+  s.station.PL.Add(TitleElement(code, "B"));
   EXPECT_EQ(Only(Ask(code)), "waiting: waits in the on-air list, row 2; when it has played");
 }
 

@@ -7,28 +7,26 @@ namespace {
 
 struct NowPlaying : SettingsTest {
   // Of a row only what the files tell.
-  void Add(const char* code, const char* text, const char* second = "", const char* length = "",
-           const char* kind = "", const char* lengthMs = "", const char* planned = "") {
-    Cells cells;
-    cells[Col::kText] = text;
-    cells[Col::kSecond] = second;
-    cells[Col::kLength] = length;
-    cells[Col::kKind] = kind;
-    cells[Col::kCode] = code;
-    cells[Col::kLengthMs] = lengthMs;
-    cells[Col::kPlanned] = planned;
-    station.PL.Add(cells);
+  void Add(int32_t code, const char* title, const char* second = "", const char* genre = "",
+           std::optional<int64_t> lengthMs = {}, std::optional<double> plannedMs = {}) {
+    station.PL.Add({.code = code,
+                    .title = title,
+                    .secondLine = second,
+                    .genre = genre,
+                    .lengthMs = lengthMs,
+                    .plannedMs = plannedMs});
   }
+  static constexpr double kNoonMs = 12 * 3600 * 1000.0;
 };
 
 TEST_F(NowPlaying, TellsTheNextFourMusicRowsBetweenAnEmptyLineAndTheComment) {
-  Add("-2", "Garage Martin");
-  Add("12", "Anna", "Première", "03:03", "GOLD", "183999", "12 h 00 ' 00");
-  Add("-1", "Jingle");
-  Add("7", "Bob", "Two", "00:01", "POP", "1000", "12 h 03 ' 03");
-  Add("8", "Carl", "Three", "00:02", "POP", "2000", "12 h 03 ' 04");
-  Add("9", "Dora", "Four", "00:03", "POP", "3000", "12 h 03 ' 06");
-  Add("10", "Eve", "Five", "00:04", "POP", "4000", "12 h 03 ' 09");
+  Add(-2, "Garage Martin");
+  Add(12, "Anna", "Première", "GOLD", 183999, kNoonMs);
+  Add(-1, "Jingle");
+  Add(7, "Bob", "Two", "POP", 1000, kNoonMs + 183000);
+  Add(8, "Carl", "Three", "POP", 2000, kNoonMs + 184000);
+  Add(9, "Dora", "Four", "POP", 3000, kNoonMs + 186000);
+  Add(10, "Eve", "Five", "POP", 4000, kNoonMs + 189000);
   SaveDonnes_Associees(station, "un été");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
             "\r\n"
@@ -41,7 +39,7 @@ TEST_F(NowPlaying, TellsTheNextFourMusicRowsBetweenAnEmptyLineAndTheComment) {
 }
 
 TEST_F(NowPlaying, LeavesPlacesWithoutARowEmptyButForTheNumber) {
-  Add("7", "Bob", "Two", "00:01", "POP", "1000", "12 h 03 ' 03");
+  Add(7, "Bob", "Two", "POP", 1000, kNoonMs + 183000);
   SaveDonnes_Associees(station, "");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
             "\r\nBob\tTwo\t00:01\tPOP\t1\t12 h 03 ' 03\r\n"
@@ -49,7 +47,7 @@ TEST_F(NowPlaying, LeavesPlacesWithoutARowEmptyButForTheNumber) {
 }
 
 TEST_F(NowPlaying, OfAListWithoutMusicNamesNobody) {
-  Add("-1", "Jingle");
+  Add(-1, "Jingle");
   SaveDonnes_Associees(station, "x");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
             "\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\nx\r\n");
@@ -57,10 +55,10 @@ TEST_F(NowPlaying, OfAListWithoutMusicNamesNobody) {
 }
 
 TEST_F(NowPlaying, KeepsItsFormWhateverTheTextsHold) {
-  Add("7", "Bob\tB.", "Two\r\nlines", "", "", "1e300", "");
+  Add(7, "Bob\tB.", "Two\r\nlines");
   SaveDonnes_Associees(station, "a\r\nb");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
-            "\r\nBob B.\tTwo lines\t\t\t0\t\r\n"
+            "\r\nBob B.\tTwo lines\t--:--\t\t0\t\r\n"
             "\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\na b\r\n");
 }
 

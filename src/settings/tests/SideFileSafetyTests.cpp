@@ -72,16 +72,16 @@ TEST_F(SideFileSafety, TheNetFileGivesOnePathAndNothingElse) {
 }
 
 TEST_F(SideFileSafety, ATitleStaysInItsFieldOfTheNowPlayingFiles) {
-  Cells cells;
-  cells[Col::kText] = "A\tB\n\"C\"";
-  cells[Col::kSecond] = "'); DROP TABLE x";
-  cells[Col::kCode] = "1";
-  cells[Col::kLengthMs] = "1999\r\n7";
-  cells[Col::kPlanned] = "\t\t";
-  station.PL.Add(cells);
+  OnAirElement element;
+  element.title = "A\tB\n\"C\"";
+  element.secondLine = "'); DROP TABLE x";
+  element.code = 1;
+  element.genre = "\t\t";
+  element.lengthMs = 1999;
+  station.PL.Add(element);
   SaveDonnes_Associees(station, "\r\n\r\n");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
-            "\r\nA B \"C\"\t'); DROP TABLE x\t\t\t1\t  \r\n"
+            "\r\nA B \"C\"\t'); DROP TABLE x\t00:01\t  \t1\t\r\n"
             "\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n  \r\n");
   EXPECT_EQ(StationFile("Artiste-Titre.Txt"), "A B \"C\" - '); DROP TABLE x\r\n");
 }

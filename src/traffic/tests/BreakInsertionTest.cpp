@@ -3,6 +3,7 @@
 // PmixPubs 100, PmixJingles 500.
 #include <gtest/gtest.h>
 
+#include "station/OnAirColumns.h"
 #include "station/TextForms.h"
 #include "support/Campaigns.h"
 #include "traffic/BreakInsertion.h"
@@ -48,14 +49,14 @@ class BreakInsertion : public testing::Test {
     return on.stationDir.Path() + "/" + element + ".wav";
   }
   void InList(int32_t code, const std::string& text) {
-    Cells cells;
-    cells[Col::kText] = text;
-    cells[Col::kCode] = std::to_string(code);
-    on.Append(cells);
+    OnAirElement element;
+    element.title = text;
+    element.code = code;
+    on.Append(element);
   }
   std::string Texts() const {
     std::string texts;
-    for (const OnAirRow& row : on.station.PL) texts += (texts.empty() ? "" : ",") + row[Col::kText];
+    for (const OnAirRow& row : on.station.PL) texts += (texts.empty() ? "" : ",") + row.title;
     return texts;
   }
   const OnAirRow& Row(int row) { return on.station.PL.Row(row); }
@@ -82,21 +83,21 @@ TEST_F(BreakInsertion, ASpotBreakStandsInTheOrderOfItsColumnsBetweenItsJingles) 
   InList(5, "TITLE");
   AjoutPubPlaylist(on.station, 1);
   EXPECT_EQ(Texts(), "Jingle avant Pubs,A,B,C,Jingle après Pubs,TITLE");
-  const Cells& jingle = Row(1).cells;
-  EXPECT_EQ(jingle[Col::kKind], "Jingle");
-  EXPECT_EQ(jingle[Col::kFile], before);
-  EXPECT_EQ(jingle[Col::kCode], "-1");
-  EXPECT_EQ(jingle[Col::kLength], "00:04");
-  EXPECT_EQ(jingle[Col::kLengthMs], "4000");
-  EXPECT_EQ(jingle[Col::kExitMs], "");
-  const Cells& spot = Row(2).cells;
-  EXPECT_EQ(spot[Col::kKind], "Pub");
-  EXPECT_EQ(spot[Col::kFile], FileOf("A"));
-  EXPECT_EQ(spot[Col::kCode], "-2");
-  EXPECT_EQ(spot[Col::kLength], "00:10");
-  EXPECT_EQ(spot[Col::kLengthMs], "10000");
-  EXPECT_EQ(spot[Col::kSecond] + spot[Col::kExitMs], "");
-  EXPECT_EQ(Row(5).cells[Col::kFile], after);
+  const OnAirElement& jingle = Row(1);
+  EXPECT_EQ(jingle.genre, "Jingle");
+  EXPECT_EQ(jingle.file, before);
+  EXPECT_EQ(ColumnText(jingle, Col::kCode), "-1");
+  EXPECT_EQ(ColumnText(jingle, Col::kLength), "00:04");
+  EXPECT_EQ(ColumnText(jingle, Col::kLengthMs), "4000");
+  EXPECT_EQ(ColumnText(jingle, Col::kExitMs), "");
+  const OnAirElement& spot = Row(2);
+  EXPECT_EQ(spot.genre, "Pub");
+  EXPECT_EQ(spot.file, FileOf("A"));
+  EXPECT_EQ(ColumnText(spot, Col::kCode), "-2");
+  EXPECT_EQ(ColumnText(spot, Col::kLength), "00:10");
+  EXPECT_EQ(ColumnText(spot, Col::kLengthMs), "10000");
+  EXPECT_EQ(spot.secondLine + ColumnText(spot, Col::kExitMs), "");
+  EXPECT_EQ(Row(5).file, after);
 }
 
 TEST_F(BreakInsertion, TheEventTellsPlaceAndRows) {
@@ -163,8 +164,8 @@ TEST_F(BreakInsertion, AMissingFileGetsItsRowWithoutALength) {
   on.station.GPubJour.SetCell(1, 53, "/nowhere/gone.wav");
   AjoutPubPlaylist(on.station, 1);
   EXPECT_EQ(Texts(), "GONE");
-  EXPECT_EQ(Row(1)[Col::kLength], "--:--");
-  EXPECT_EQ(Row(1)[Col::kLengthMs], "0");
+  EXPECT_EQ(ColumnText(Row(1), Col::kLength), "--:--");
+  EXPECT_EQ(ColumnText(Row(1), Col::kLengthMs), "0");
 }
 
 TEST_F(BreakInsertion, WithPriorityTheElementOnAirGivesWay) {
@@ -184,7 +185,7 @@ TEST_F(BreakInsertion, NoAutomaticJingleFollowsAtOnceAndThePlanIsReckonedAnew) {
   on.station.engine.LastJingleTimer = 0;
   AjoutPubPlaylist(on.station, 1);
   EXPECT_EQ(on.station.engine.LastJingleTimer, 43200.0F);  // 12:00:00
-  EXPECT_EQ(Row(1)[Col::kPlanned].substr(0, 4), "12 h");
+  EXPECT_EQ(ColumnText(Row(1), Col::kPlanned).substr(0, 4), "12 h");
   EXPECT_EQ(on.station.screen.SSTot, 10);
   EXPECT_EQ(on.station.engine.mainTimerHolds, 0);
 }
@@ -199,9 +200,9 @@ TEST_F(BreakInsertion, ANewsBreakHasNoJinglesAndItsOwnKind) {
   InList(5, "TITLE");
   AjoutRubriquePlaylist(on.station, 1);
   EXPECT_EQ(Texts(), "A,B,TITLE");
-  EXPECT_EQ(Row(1)[Col::kKind], "Rubrique");
-  EXPECT_EQ(Row(1)[Col::kCode], "-4");
-  EXPECT_EQ(Row(1)[Col::kExitMs], "");
+  EXPECT_EQ(Row(1).genre, "Rubrique");
+  EXPECT_EQ(ColumnText(Row(1), Col::kCode), "-4");
+  EXPECT_EQ(ColumnText(Row(1), Col::kExitMs), "");
   const Seen* told = on.First("break");
   ASSERT_NE(told, nullptr);
   EXPECT_EQ((*told)["routine"] + (*told)["type"] + (*told)["rows"],
@@ -240,7 +241,7 @@ TEST_F(BreakInsertion, TheOperatorsBreakGoesInAtTheSelectedRowAsSpots) {
   on.station.engine.LastJingleTimer = 7;
   InsertPubPlaylist(on.station, 1, 2);
   EXPECT_EQ(Texts(), "ONE,Jingle avant Pubs,A,B,Jingle après Pubs,TWO");
-  EXPECT_EQ(Row(3)[Col::kKind] + Row(3)[Col::kCode], "Pub-2");
+  EXPECT_EQ(Row(3).genre + ColumnText(Row(3), Col::kCode), "Pub-2");
   EXPECT_FALSE(on.station.engine.NextRequested);
   EXPECT_EQ(on.station.engine.LastJingleTimer, 7.0F);
   EXPECT_EQ(on.station.screen.SSTot, 27);  // 4 + 10 + 10 + 3
@@ -272,13 +273,13 @@ TEST_F(BreakInsertion, TheFittingsSpotsCarryTheirExitPoints) {
   InList(6, "TWO");
   AjoutPubRubFinHeure(on.station, 1, 2, "PUBS");
   EXPECT_EQ(Texts(), "ONE,Jingle avant Pubs,A,B,Jingle après Pubs,TWO");
-  EXPECT_EQ(Row(2)[Col::kExitMs] + "," + Row(3)[Col::kExitMs] + "," + Row(4)[Col::kExitMs] + "," +
-                Row(5)[Col::kExitMs],
+  EXPECT_EQ(ColumnText(Row(2), Col::kExitMs) + "," + ColumnText(Row(3), Col::kExitMs) + "," +
+                ColumnText(Row(4), Col::kExitMs) + "," + ColumnText(Row(5), Col::kExitMs),
             "500,100,100,500");
   EXPECT_FALSE(on.station.engine.NextRequested);
   EXPECT_EQ(on.station.engine.LastJingleTimer, 43200.0F);
-  EXPECT_EQ(Row(2)[Col::kPlanned], "");     // the fitting reckons the plan itself
-  EXPECT_TRUE(on.Events("break").empty());  // and tells it
+  EXPECT_EQ(ColumnText(Row(2), Col::kPlanned), "");  // the fitting reckons the plan itself
+  EXPECT_TRUE(on.Events("break").empty());           // and tells it
 }
 
 TEST_F(BreakInsertion, AnyOtherWordOfTheFittingIsNews) {
@@ -286,7 +287,8 @@ TEST_F(BreakInsertion, AnyOtherWordOfTheFittingIsNews) {
   Break({"A", "B"});
   AjoutPubRubFinHeure(on.station, 1, 1, "RUBRIQUES");
   EXPECT_EQ(Texts(), "A,B");
-  EXPECT_EQ(Row(1)[Col::kKind] + Row(1)[Col::kCode] + " " + Row(1)[Col::kExitMs], "Rubrique-4 100");
+  EXPECT_EQ(Row(1).genre + ColumnText(Row(1), Col::kCode) + " " + ColumnText(Row(1), Col::kExitMs),
+            "Rubrique-4 100");
   EXPECT_EQ(on.station.engine.LastJingleTimer, 43200.0F);
 }
 
@@ -298,12 +300,12 @@ TEST_F(BreakInsertion, ATiedTitleFollowsItsSpot) {
   const int32_t code = Title("ARTIST", "POP", 46000.5);
   AjoutPubPlaylist(on.station, 1);
   EXPECT_EQ(Texts(), "A,ARTIST,B");
-  const Cells& title = Row(2).cells;
-  EXPECT_EQ(title[Col::kSecond], "TITLE");
-  EXPECT_EQ(title[Col::kKind] + "," + title[Col::kVariety], "POP,NATIONAL");
-  EXPECT_EQ(title[Col::kCode], std::to_string(code));
-  EXPECT_EQ(title[Col::kExitMs] + "," + title[Col::kIntro], "1200,7");
-  EXPECT_EQ(title[Col::kLastPlayed], "2025/12/09  12:00:00");  // day 46000 and a half
+  const OnAirElement& title = Row(2);
+  EXPECT_EQ(title.secondLine, "TITLE");
+  EXPECT_EQ(title.genre + "," + title.variety, "POP,NATIONAL");
+  EXPECT_EQ(ColumnText(title, Col::kCode), std::to_string(code));
+  EXPECT_EQ(ColumnText(title, Col::kExitMs) + "," + ColumnText(title, Col::kIntro), "1200,7");
+  EXPECT_EQ(ColumnText(title, Col::kLastPlayed), "2025/12/09  12:00:00");  // day 46000 and a half
   EXPECT_EQ(on.Events("break").at(0)["rows"], "3");
 }
 
@@ -313,7 +315,8 @@ TEST_F(BreakInsertion, ATiedTitlesLengthIsThatOfItsFile) {
   const std::string file = on.MakeSound("title.wav", 65000);
   on.AddCard({.file = file, .lengthMs = 180000, .artist = "ARTIST"});
   AjoutPubPlaylist(on.station, 1);
-  EXPECT_EQ(Row(2)[Col::kLength] + " " + Row(2)[Col::kLengthMs], "01:05 65000");
+  EXPECT_EQ(ColumnText(Row(2), Col::kLength) + " " + ColumnText(Row(2), Col::kLengthMs),
+            "01:05 65000");
 }
 
 TEST_F(BreakInsertion, TheTitleThatRestedLongestIsTakenForEachSpotOfTheGenre) {
@@ -412,10 +415,10 @@ TEST_F(Announcement, CopiesOfTheNextTwoTitlesWithMarksStandBeforeTheBreak) {
   Mark("THREE", "500,9000");
   AjoutPubPlaylist(on.station, 1);
   EXPECT_EQ(Texts(), "Jingle annonce extrait,ONE,THREE,SPOT,ONE,TWO,THREE");
-  Cells copy = Row(2).cells;
-  copy[Col::kPlanned] = Row(5)[Col::kPlanned];  // reckoned for each row
-  EXPECT_EQ(copy, Row(5).cells);
-  EXPECT_EQ(Row(1)[Col::kSecond], "NO JINGLE");
+  OnAirElement copy = Row(2);
+  copy.plannedMs = Row(5).plannedMs;  // reckoned for each row
+  EXPECT_EQ(copy, static_cast<const OnAirElement&>(Row(5)));
+  EXPECT_EQ(Row(1).secondLine, "NO JINGLE");
   EXPECT_EQ(on.Events("break").at(0)["rows"], "4");
 }
 
@@ -444,9 +447,9 @@ TEST_F(Announcement, WithoutTheSettingThereIsNone) {
 }
 
 TEST_F(Announcement, ItStandsBehindAPipInRow1) {
-  Cells pip;
-  pip[Col::kText] = "PIP";
-  pip[Col::kCode] = "-3";
+  OnAirElement pip;
+  pip.title = "PIP";
+  pip.code = -3;
   on.station.PL.Insert(1, pip);
   Mark("ONE", "1000,9000");
   AjoutPubPlaylist(on.station, 1);

@@ -42,7 +42,7 @@ TEST_F(Screen, StartAndStopButtonsDriveTheEngineAndTheLampSaysSo) {
 TEST_F(Screen, ShowsTimeRemainingNextAndPositionOfTheElement) {
   Open();
   AddTitles(3);
-  on.station.PL.Row(1)[Col::kExitMs] = "0";
+  on.station.PL.Row(1).exitMs = 0;
   Click("Toolbar1_5");
   Run(60000);
   EXPECT_EQ(Text("hh") + Text("mn") + Text("ss"), "120100");
@@ -155,10 +155,11 @@ TEST_F(Screen, DeleteKeyTakesTheSelectedRowOutAndTheTotalFollows) {
 
 TEST_F(Screen, DeleteOfAVoiceTrackAsksAndNoKeepsItsRecord) {
   Open();
-  Cells track{};
-  track[Col::kText] = "Voice Track";
-  track[Col::kSecond] = "7";
-  track[Col::kCode] = "-30";
+  OnAirElement track{};
+  track.title = "Voice Track";
+  track.voiceTrack = 7;
+  track.secondLine = "7";
+  track.code = -30;
   on.Append(track);
   Draw();
   std::string asked;
@@ -197,7 +198,7 @@ TEST_F(Screen, CtrlClickOpensTheCardOfTheRowUnlessLocked) {
   EXPECT_EQ(opened, 0);
   on.station.lists.Locked = false;
   QTest::mouseClick(List().viewport(), Qt::LeftButton, Qt::ControlModifier, InRow(2));
-  EXPECT_EQ(opened, on.station.PL.Row(2).Code());
+  EXPECT_EQ(opened, on.station.PL.Row(2).code);
 }
 
 TEST_F(Screen, DoubleClickOpensTheSelectorOnTheFileOfTheRow) {
@@ -207,7 +208,7 @@ TEST_F(Screen, DoubleClickOpensTheSelectorOnTheFileOfTheRow) {
   AddTitles(2);
   Draw();
   QTest::mouseDClick(List().viewport(), Qt::LeftButton, {}, InRow(2));
-  EXPECT_EQ(opened, on.station.PL.Row(2)[Col::kFile]);
+  EXPECT_EQ(opened, on.station.PL.Row(2).file);
 }
 
 // --- keys ---

@@ -18,6 +18,7 @@
 #include "engine/screens/LiveFrame.h"
 #include "engine/screens/ScreenDesktop.h"
 #include "engine/screens/tests/ScreenFixture.h"
+#include "station/OnAirColumns.h"
 
 namespace zemo::test {
 namespace {
@@ -193,7 +194,7 @@ TEST_F(Live, ExtractMarkerGoesBeforeTheSelectedRowElseToTheEnd) {
   List().SelectRow(2);
   Click("CmdMarqueurExtrait");
   EXPECT_EQ(Titles(), (Names{"ARTIST 1", "Begin Extrait", "ARTIST 2", "Begin Extrait"}));
-  EXPECT_EQ(on.station.PL.Row(2)[Col::kCode], "-6");
+  EXPECT_EQ(ColumnText(on.station.PL.Row(2), Col::kCode), "-6");
 }
 
 TEST_F(Live, VoiceTrackButtonShowsOnlyForARowThatHasAFollowingOne) {
@@ -419,7 +420,7 @@ TEST_F(Screen, TheForecastListsWhatTheSimulationTells) {
   sources.forecast = &source;
   Open();
   AddTitles(2);
-  const int32_t first = on.station.PL.Row(1).Code();
+  const int32_t first = on.station.PL.Row(1).code;
   Click("Toolbar1_3");
   Click("BtnPrevision");
   EXPECT_EQ(source.started, 1);

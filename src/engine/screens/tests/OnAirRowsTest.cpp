@@ -36,7 +36,7 @@ TEST_F(OnAirRows, AnOrderMeansTheRowThatWasSeen) {
   EXPECT_EQ(Titles(), (Names{"ARTIST 2", "ARTIST 4"}));
   on.station.PL.Remove(1);
   QTest::mouseClick(List().viewport(), Qt::LeftButton, Qt::ControlModifier, InRow(2));
-  EXPECT_EQ(card, on.station.PL.Row(1).Code());
+  EXPECT_EQ(card, on.station.PL.Row(1).code);
 }
 
 TEST_F(OnAirRows, AnOrderForARowThatHasGoneDoesNothing) {

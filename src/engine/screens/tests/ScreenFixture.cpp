@@ -72,7 +72,7 @@ QPoint Screen::InRow(int row) {
 
 std::vector<std::string> Screen::Titles() {
   std::vector<std::string> titles;
-  for (const OnAirRow& row : on.station.PL) titles.push_back(row[Col::kText]);
+  for (const OnAirRow& row : on.station.PL) titles.push_back(row.title);
   return titles;
 }
 

@@ -113,12 +113,11 @@ class Sweep : public Screen {
            .genre = "POP",
            .exitMs = 4000,
            .introSec = 14}));
-    Cells spot{};
-    spot[Col::kText] = "BAKERY";
-    spot[Col::kLength] = "00:30";
-    spot[Col::kKind] = "PUB";
-    spot[Col::kCode] = "-2";
-    spot[Col::kLengthMs] = "30000";
+    OnAirElement spot{};
+    spot.title = "BAKERY";
+    spot.genre = "PUB";
+    spot.code = -2;
+    spot.lengthMs = 30000;
     on.station.PL.Insert(4, spot);
     DayGrid& grid = on.station.GPubJour;
     for (int row = 1; row <= 12; ++row) {
@@ -239,7 +238,7 @@ TEST_F(Sweep, TheLanguageIsReadWhenTheScreenOpens) {
   EXPECT_EQ(Text("Toolbar1_5"), "Start");
   EXPECT_EQ(Text("BtnPubJourX"), "See the day from");
   EXPECT_EQ(window->findChild<QAction*>("MnuRapport")->text(), "Broadcast &report...");
-  EXPECT_EQ(List().model()->headerData(Col::kText, Qt::Horizontal).toString(), "Artist");
+  EXPECT_EQ(List().model()->headerData(Col::kTitle, Qt::Horizontal).toString(), "Artist");
   on.Set("Langue", "2");
   Run(2000);
   EXPECT_EQ(Text("Toolbar1_5"), "Start");  // as loaded
