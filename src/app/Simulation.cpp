@@ -10,9 +10,9 @@
 
 #include "app/ChoicesFile.h"
 #include "app/Moments.h"
+#include "app/Orders.h"
 #include "app/PrivateCopy.h"
 #include "app/Script.h"
-#include "app/ScriptOrders.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
 #include "app/TempFolder.h"
@@ -41,7 +41,7 @@ std::vector<ScriptOrder> ScriptOf(const CommandLine& line, const LocalDateTime& 
   try {
     const auto text = ReadWholeFile(line.script);
     if (!text) throw UsageError("--script: there is no file " + line.script);
-    return ParseScript(*text, begin, line.script);
+    return ParseScript(*text, begin, line.script, Orders());
   } catch (const FileError& error) {
     throw UsageError(std::string("--script: ") + error.what());
   } catch (const ScriptError& error) {
@@ -131,14 +131,12 @@ void RunSimulation(const CommandLine& line, const std::vector<ScriptOrder>& orde
     station.requests.choices.heard = [choices](const std::string& told) {
       choices->KeepRequest(told);
     };
+  sim.killed = [&] { Kill(trace, choices, place); };
   // The orders due at the begin are served behind the start order, which itself can take time.
   const auto queue = [&](bool atBegin) {
     for (const ScriptOrder& order : orders)
       if ((order.atMs == 0) == atBegin)
-        sim.loop.At(order.atMs, [&] {
-          if (order.order == Order::kKill) Kill(trace, choices, place);
-          ServeOrder(sim, order);
-        });
+        sim.loop.At(order.atMs, [&] { ServeOrder(sim, order.given); });
   };
   queue(false);
   StartOrders(line, station);
