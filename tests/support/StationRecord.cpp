@@ -76,8 +76,8 @@ std::string RowsOfBase(const std::string& path) {
     std::string text;
     const auto take = [](void* lines, int count, char** values, char**) {
       for (int i = 0; i < count; ++i)
-        *static_cast<std::string*>(lines) += std::string(i > 0 ? "\t" : "") +
-                                             (values[i] ? values[i] : "NULL");
+        *static_cast<std::string*>(lines) +=
+            std::string(i > 0 ? "\t" : "") + (values[i] ? values[i] : "NULL");
       *static_cast<std::string*>(lines) += "\n";
       return 0;
     };
@@ -113,13 +113,9 @@ std::string FilesOf(const std::string& folder) {
     if (entry.is_regular_file(ignored))
       contents[fs::relative(entry.path(), folder).string()] = ContentOf(entry.path());
   std::string text;
-  for (const auto& [name, content] : contents) text.append("== ").append(name).append("\n" + content);
+  for (const auto& [name, content] : contents)
+    text.append("== ").append(name).append("\n" + content);
   return text;
-}
-
-void Replace(std::string& text, const std::string& from, const std::string& to) {
-  for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
-    text.replace(at, from.size(), to);
 }
 
 std::string NameOfTest() {
@@ -142,11 +138,9 @@ void StationRecord::Add(int64_t atMs, const Event& event) {
 
 void StationRecord::Write(const TestStation& station) {
   if (!On()) return;
-  std::string text = events_ + Line(station.loop.MonotonicMs(), DumpState(station.station)) +
-                     "==== station\n" + FilesOf(station.stationDir.Path()) + "==== machine\n" +
-                     FilesOf(station.machineDir.Path());
-  Replace(text, station.stationDir.Path(), "$STATION");
-  Replace(text, station.machineDir.Path(), "$MACHINE");
+  const std::string text = events_ + Line(station.loop.MonotonicMs(), DumpState(station.station)) +
+                           "==== station\n" + FilesOf(station.stationDir.Path()) +
+                           "==== machine\n" + FilesOf(station.machineDir.Path());
   const std::string name = folder_ + "/" + NameOfTest();
   int number = 1;
   while (fs::exists(name + "-" + std::to_string(number))) ++number;
