@@ -7,7 +7,6 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
@@ -136,10 +135,10 @@ void Find(Desk& desk, int32_t code) {
     throw std::runtime_error("there is no campaign " + std::to_string(code));
 }
 
-void Show(Desk& desk, const CommandLine& line, std::ostream& out) {
-  Find(desk, line.campaign.code);
+void Show(Desk& desk, const CampaignOptions& options, std::ostream& out) {
+  Find(desk, options.code);
   const CampaignForm& form = desk.editor;
-  if (line.json) {
+  if (options.json) {
     Json json = RecordJson(form);
     json["messages"] = CalculNbJourActif(form);
     json["damage"] = form.damage;
@@ -284,17 +283,16 @@ void Remove(Desk& desk, int32_t code, std::ostream& out) {
 
 }  // namespace
 
-int RunCampaignCommand(const CommandLine& line) {
-  const std::string folder = line.station.empty() ? DefaultStationFolder() : line.station;
+int RunCampaignCommand(const CampaignOptions& options) {
+  const std::string folder = options.station.empty() ? DefaultStationFolder() : options.station;
   RequireStation(folder);
-  Desk desk(folder, line.machine.empty() ? DefaultMachineFolder() : line.machine);
-  const CampaignOptions& options = line.campaign;
+  Desk desk(folder, options.machine.empty() ? DefaultMachineFolder() : options.machine);
   switch (options.action) {
     case CampaignAction::kList:
-      List(desk, line.json, std::cout);
+      List(desk, options.json, std::cout);
       break;
     case CampaignAction::kShow:
-      Show(desk, line, std::cout);
+      Show(desk, options, std::cout);
       break;
     case CampaignAction::kAdd:
       Add(desk, options, std::cout);
