@@ -10,6 +10,7 @@
 #include "app/Commands.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
+#include "platform/BoundedRead.h"
 #include "platform/real/decoders/LengthOnlyOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
@@ -74,11 +75,21 @@ bool StationIsOpen(SimStation& sim) {
   return !other.empty();
 }
 
+// By its byte. The campaign is stored already: a file that cannot be read must not look like a
+// campaign that could not be, and counts as on air, which costs a composition at most.
+bool StationIsOnAir(SimStation& sim) {
+  try {
+    const auto byte = ReadBounded(sim.stationFolder, sim.station.files.ZemoOnOff);
+    return byte && byte->substr(0, 1) == "1";
+  } catch (const FileError&) {
+    return true;
+  }
+}
+
 // An open program composes its grid again when it sees the signal. One on air is known by its byte
 // as well: on a share without locks.
 void TellOpenStation(SimStation& sim) {
-  const auto onAir = sim.stationFolder.Read(sim.station.files.ZemoOnOff);
-  if ((onAir && onAir->substr(0, 1) == "1") || StationIsOpen(sim)) WriteMajGrillePub(sim.station);
+  if (StationIsOnAir(sim) || StationIsOpen(sim)) WriteMajGrillePub(sim.station);
 }
 
 const char* KindWord(const CampaignForm& form) {

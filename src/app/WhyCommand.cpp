@@ -8,6 +8,7 @@
 #include "app/AskedStation.h"
 #include "app/Commands.h"
 #include "app/WhyReport.h"
+#include "platform/BoundedRead.h"
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/files/WholeFiles.h"
 #include "scheduling/ChoiceLog.h"
@@ -19,6 +20,9 @@ namespace zemo {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+// The choices of a simulation are all of them: a busy week's are 5 MB.
+constexpr int64_t kMostSimulatedBytes = int64_t{64} << 20;
 
 std::string WhenText(const TitleReason& reason) {
   if (!reason.after.empty()) return reason.after;
@@ -65,8 +69,9 @@ void TellTitleJson(const TitleAnswer& answer, std::ostream& out) {
 void TellAnswer(const WhyOptions& options, const LocalDateTime& at, SimStation& sim,
                 std::ostream& out) {
   if (options.report)
-    return TellReport(ReportOf(sim.station), sim.machineFolder.Read(kChoicesFile).value_or(""),
-                      *options.report, options.json, out);
+    return TellReport(ReportOf(sim.station),
+                      ReadBounded(sim.machineFolder, kChoicesFile).value_or(""), *options.report,
+                      options.json, out);
   const auto answer = WhyTitle(sim.station, *options.code, at);
   if (!answer) throw std::runtime_error("there is no music card " + std::to_string(*options.code));
   if (options.json)
@@ -78,6 +83,8 @@ void TellAnswer(const WhyOptions& options, const LocalDateTime& at, SimStation& 
 // Everything stands in the file: the station that was simulated may be elsewhere, or another by
 // now.
 int TellSimulated(const WhyOptions& options) {
+  if (RegularFileSizeBytes(options.choices) > kMostSimulatedBytes)
+    throw std::runtime_error(options.choices + " is larger than 64 MB: it is not read");
   const auto choices = ReadWholeFile(options.choices);
   if (!choices) throw std::runtime_error("there is no file " + options.choices);
   TellReport(ReportIn(*choices), *choices, *options.report, options.json, std::cout);
