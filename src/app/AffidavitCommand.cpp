@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "app/AskedStation.h"
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "platform/Folder.h"
 #include "platform/real/desktop/RealClock.h"
@@ -103,8 +102,8 @@ std::string TotalsText(const Totals& totals) {
   return text;
 }
 
-void TellTable(const CommandLine& line, const Affidavit& affidavit, std::ostream& out) {
-  out << line.advertiser << ": " << TotalsText(Count(affidavit)) << "\n";
+void TellTable(const AffidavitOptions& options, const Affidavit& affidavit, std::ostream& out) {
+  out << options.advertiser << ": " << TotalsText(Count(affidavit)) << "\n";
   for (const AffidavitDamage& damage : affidavit.damages)
     out << "! campaign " << damage.campaign << ": " << damage.why << "\n";
   if (affidavit.lines.empty() && affidavit.extras.empty()) return;
@@ -123,11 +122,11 @@ void TellTable(const CommandLine& line, const Affidavit& affidavit, std::ostream
     out << "-                    " << IsoMoment(extra) << "  no cross\n";
 }
 
-void TellJson(const CommandLine& line, const Affidavit& affidavit, std::ostream& out) {
+void TellJson(const AffidavitOptions& options, const Affidavit& affidavit, std::ostream& out) {
   const Totals totals = Count(affidavit);
-  Json json = {{"advertiser", line.advertiser}, {"crosses", totals.crosses},
-               {"aired", totals.aired},         {"missed", totals.missed},
-               {"to_come", totals.toCome},      {"extras", totals.extras}};
+  Json json = {
+      {"advertiser", options.advertiser}, {"crosses", totals.crosses}, {"aired", totals.aired},
+      {"missed", totals.missed},          {"to_come", totals.toCome},  {"extras", totals.extras}};
   json["lines"] = Json::array();
   for (const AffidavitLine& one : affidavit.lines)
     json["lines"].push_back({{"due", IsoMoment(one.due)},
@@ -180,7 +179,7 @@ void WriteCsv(const std::string& path, const Affidavit& affidavit) {
   if (!file) throw std::runtime_error(path + " cannot be written");
 }
 
-Sheet MakeSheet(const CommandLine& line, const Affidavit& affidavit) {
+Sheet MakeSheet(const AffidavitOptions& options, const Affidavit& affidavit) {
   Sheet sheet{.name = "Affidavit", .cells = {}, .columnWidths = {20, 20, 8, 9, 34, 6, 10, 44}};
   int row = 0;
   const auto put = [&](int column, const std::string& text, SheetCell::Style style) {
@@ -188,7 +187,7 @@ Sheet MakeSheet(const CommandLine& line, const Affidavit& affidavit) {
                         (column == kLateColumn || column == kCampaignColumn);
     sheet.cells.push_back({row, column, text, Val(text), number, style});
   };
-  put(0, line.advertiser + ": " + TotalsText(Count(affidavit)), SheetCell::Style::kTotal);
+  put(0, options.advertiser + ": " + TotalsText(Count(affidavit)), SheetCell::Style::kTotal);
   row = 2;
   int column = 0;
   for (const char* head : kHeads) put(column++, head, SheetCell::Style::kHeading);
@@ -200,30 +199,31 @@ Sheet MakeSheet(const CommandLine& line, const Affidavit& affidavit) {
   return sheet;
 }
 
-void RequireAdvertiser(const CommandLine& line, const Affidavit& affidavit, Station& station) {
+void RequireAdvertiser(const AffidavitOptions& options, const Affidavit& affidavit,
+                       Station& station) {
   if (!affidavit.lines.empty() || !affidavit.extras.empty()) return;
   const auto campaigns = station.base.Db().OpenRecordset("SELECT ANNONCEUR FROM GrillePub");
   for (; !campaigns->Eof(); campaigns->MoveNext())
-    if (EqualNoCase(Trim(campaigns->Text("ANNONCEUR")), Trim(line.advertiser))) return;
+    if (EqualNoCase(Trim(campaigns->Text("ANNONCEUR")), Trim(options.advertiser))) return;
   for (const CampaignForm& ended : ArchivedCampaigns(station))
-    if (EqualNoCase(Trim(ended.ChAnnonceur), Trim(line.advertiser))) return;
-  throw std::runtime_error("no campaign and no report row of \"" + line.advertiser + "\"");
+    if (EqualNoCase(Trim(ended.ChAnnonceur), Trim(options.advertiser))) return;
+  throw std::runtime_error("no campaign and no report row of \"" + options.advertiser + "\"");
 }
 
 }  // namespace
 
-int RunAffidavitCommand(const CommandLine& line) {
-  const AskedStation asked(line);
+int RunAffidavitCommand(const AffidavitOptions& options) {
+  const AskedStation asked(options);
   try {
     const auto sim = OpenAsked(asked, RealClock().LocalNow());
     Affidavit affidavit =
-        MakeAffidavit(sim->station, line.advertiser, *line.firstDay, *line.lastDay);
+        MakeAffidavit(sim->station, options.advertiser, options.firstDay, options.lastDay);
     for (AffidavitDamage& damage : affidavit.damages)
       damage.why = WithShownPaths(damage.why, asked.Paths());
-    RequireAdvertiser(line, affidavit, sim->station);
-    if (!line.csv.empty()) WriteCsv(line.csv, affidavit);
-    if (!line.file.empty()) XlsxWriter().Write(line.file, MakeSheet(line, affidavit));
-    (line.json ? TellJson : TellTable)(line, affidavit, std::cout);
+    RequireAdvertiser(options, affidavit, sim->station);
+    if (!options.csv.empty()) WriteCsv(options.csv, affidavit);
+    if (!options.xlsx.empty()) XlsxWriter().Write(options.xlsx, MakeSheet(options, affidavit));
+    (options.json ? TellJson : TellTable)(options, affidavit, std::cout);
   } catch (const std::exception& error) {
     throw std::runtime_error(WithShownPaths(error.what(), asked.Paths()));
   }

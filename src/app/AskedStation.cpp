@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "app/CommandLine.h"
+#include "app/CommandOptions.h"
 #include "app/PrivateCopy.h"
 #include "app/StationPaths.h"
 #include "platform/real/decoders/LengthOnlyOpener.h"
@@ -13,11 +13,11 @@
 namespace zemo {
 
 namespace {
-std::string NamedMachine(const CommandLine& line) {
-  if (line.machine.empty()) return DefaultMachineFolder();
-  if (!std::filesystem::is_directory(line.machine))
-    throw std::runtime_error("there is no machine folder " + line.machine);
-  return line.machine;
+std::string NamedMachine(const StationOptions& asked) {
+  if (asked.machine.empty()) return DefaultMachineFolder();
+  if (!std::filesystem::is_directory(asked.machine))
+    throw std::runtime_error("there is no machine folder " + asked.machine);
+  return asked.machine;
 }
 
 void OpenForQuestion(Station& station) {
@@ -41,9 +41,9 @@ AskedStation::AskedStation(const std::string& station, const std::string& machin
   CopyFiles(machine, folders_.machine);
 }
 
-AskedStation::AskedStation(const CommandLine& line)
-    : AskedStation(line.station.empty() ? DefaultStationFolder() : line.station,
-                   NamedMachine(line)) {}
+AskedStation::AskedStation(const StationOptions& asked)
+    : AskedStation(asked.station.empty() ? DefaultStationFolder() : asked.station,
+                   NamedMachine(asked)) {}
 
 ShownPaths AskedStation::Paths() const {
   return {{folders_.station + "/", folders_.copiedFrom},

@@ -11,15 +11,15 @@
 
 namespace zemo {
 
-struct CommandLine;
+struct StationOptions;
 
 class AskedStation {
  public:
   // `machine` need not exist. Throws std::runtime_error with one line.
   AskedStation(const std::string& station, const std::string& machine);
-  // The folders of the command line, or the default ones; a machine folder that is named must
+  // The folders that were asked for, or the default ones; a machine folder that is named must
   // exist.
-  explicit AskedStation(const CommandLine& line);
+  explicit AskedStation(const StationOptions& asked);
 
   const SimFolders& Folders() const { return folders_; }
   // What stands in errors for the copies.

@@ -7,10 +7,10 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
+#include "platform/BoundedRead.h"
 #include "platform/real/decoders/LengthOnlyOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
@@ -75,11 +75,21 @@ bool StationIsOpen(SimStation& sim) {
   return !other.empty();
 }
 
+// By its byte. The campaign is stored already: a file that cannot be read must not look like a
+// campaign that could not be, and counts as on air, which costs a composition at most.
+bool StationIsOnAir(SimStation& sim) {
+  try {
+    const auto byte = ReadBounded(sim.stationFolder, sim.station.files.ZemoOnOff);
+    return byte && byte->substr(0, 1) == "1";
+  } catch (const FileError&) {
+    return true;
+  }
+}
+
 // An open program composes its grid again when it sees the signal. One on air is known by its byte
 // as well: on a share without locks.
 void TellOpenStation(SimStation& sim) {
-  const auto onAir = sim.stationFolder.Read(sim.station.files.ZemoOnOff);
-  if ((onAir && onAir->substr(0, 1) == "1") || StationIsOpen(sim)) WriteMajGrillePub(sim.station);
+  if (StationIsOnAir(sim) || StationIsOpen(sim)) WriteMajGrillePub(sim.station);
 }
 
 const char* KindWord(const CampaignForm& form) {
@@ -136,10 +146,10 @@ void Find(Desk& desk, int32_t code) {
     throw std::runtime_error("there is no campaign " + std::to_string(code));
 }
 
-void Show(Desk& desk, const CommandLine& line, std::ostream& out) {
-  Find(desk, line.campaign.code);
+void Show(Desk& desk, const CampaignOptions& options, std::ostream& out) {
+  Find(desk, options.code);
   const CampaignForm& form = desk.editor;
-  if (line.json) {
+  if (options.json) {
     Json json = RecordJson(form);
     json["messages"] = CalculNbJourActif(form);
     json["damage"] = form.damage;
@@ -284,17 +294,16 @@ void Remove(Desk& desk, int32_t code, std::ostream& out) {
 
 }  // namespace
 
-int RunCampaignCommand(const CommandLine& line) {
-  const std::string folder = line.station.empty() ? DefaultStationFolder() : line.station;
+int RunCampaignCommand(const CampaignOptions& options) {
+  const std::string folder = options.station.empty() ? DefaultStationFolder() : options.station;
   RequireStation(folder);
-  Desk desk(folder, line.machine.empty() ? DefaultMachineFolder() : line.machine);
-  const CampaignOptions& options = line.campaign;
+  Desk desk(folder, options.machine.empty() ? DefaultMachineFolder() : options.machine);
   switch (options.action) {
     case CampaignAction::kList:
-      List(desk, line.json, std::cout);
+      List(desk, options.json, std::cout);
       break;
     case CampaignAction::kShow:
-      Show(desk, line, std::cout);
+      Show(desk, options, std::cout);
       break;
     case CampaignAction::kAdd:
       Add(desk, options, std::cout);

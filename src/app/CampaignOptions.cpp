@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <memory>
 
-#include "app/CommandLine.h"
 #include "app/Moments.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -169,30 +168,25 @@ void AddAddOptions(CLI::App& add, CampaignOptions& options, TypedCampaign& typed
 
 }  // namespace
 
-std::function<void()> AddCampaignCommand(CLI::App& command, CampaignOptions& options, bool& json,
-                                         const std::function<void(CLI::App&)>& addFolders) {
+ReadTyped DeclareCampaign(CLI::App& app, CommonOptions& common, CampaignOptions& options) {
   const auto typed = std::make_shared<TypedCampaign>();
-  command.require_subcommand(1);
+  app.require_subcommand(1);
   const auto sub = [&](const char* name, const char* what) {
-    CLI::App& app = *command.add_subcommand(name, what);
-    addFolders(app);
-    return &app;
+    CLI::App& its = *app.add_subcommand(name, what);
+    AddFolders(its, common);
+    return &its;
   };
   CLI::App* list = sub("list", "All campaigns, in order of passage");
-  list->add_flag("--json", json, "One JSON array");
+  list->add_flag("--json", options.json, "One JSON array");
   CLI::App* show = sub("show", "A campaign's record and grid");
   show->add_option("CODE", options.code, "Number of the campaign")->required();
-  show->add_flag("--json", json, "One JSON object");
+  show->add_flag("--json", options.json, "One JSON object");
   CLI::App* add = sub("add", "A new campaign with its grid");
   AddAddOptions(*add, options, *typed);
   CLI::App* remove = sub("remove", "Removes a campaign with its grid file");
   remove->add_option("CODE", options.code, "Number of the campaign")->required();
-  return [&options, &command, typed, show, add, remove] {
-    for (const CLI::App* chosen : command.get_subcommands())
-      for (const CLI::Option* option : chosen->get_options())
-        if (option->count() > 0 && option->get_type_name() == "DIR" &&
-            option->as<std::string>().empty())
-          throw UsageError(option->get_name() + " needs a name");
+  return [&common, &options, typed, show, add, remove] {
+    TakeFolders(common, options);
     if (show->parsed()) options.action = CampaignAction::kShow;
     if (remove->parsed()) options.action = CampaignAction::kRemove;
     if (!add->parsed()) return;

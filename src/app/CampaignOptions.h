@@ -3,15 +3,12 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-namespace CLI {
-class App;
-}
+#include "app/CommandOptions.h"
 
 namespace zemo {
 
@@ -30,7 +27,7 @@ struct SingleCross {
   std::string moment;  // "hh:mm"
 };
 
-struct CampaignOptions {
+struct CampaignOptions : StationOptions {
   CampaignAction action = CampaignAction::kList;
   int32_t code = 0;  // of show and remove
   std::string file, advertiser, category, contact, genre;
@@ -41,14 +38,11 @@ struct CampaignOptions {
   std::optional<std::vector<int>> marks;     // likewise
   std::vector<CrossPattern> patterns;
   std::vector<SingleCross> crosses;
+  bool json = false;  // of list and show
 
   bool Weekly() const { return from.empty(); }
 };
 
-// Adds the command and its own commands to the program's. What is read goes to `options`; the
-// function that comes back puts the rest there once the words were parsed, and throws UsageError.
-// `addFolders` gives each command the options that all commands have.
-std::function<void()> AddCampaignCommand(CLI::App& command, CampaignOptions& options, bool& json,
-                                         const std::function<void(CLI::App&)>& addFolders);
+ReadTyped DeclareCampaign(CLI::App& app, CommonOptions& common, CampaignOptions& options);
 
 }  // namespace zemo

@@ -1,18 +1,17 @@
 // `zemoradio check DIR`: says what is missing or broken in a station.
 #include <iostream>
 
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/StationPaths.h"
 #include "app/check/Check.h"
 
 namespace zemo {
 
-int RunCheckCommand(const CommandLine& line) {
+int RunCheckCommand(const StationCheckOptions& asked) {
   CheckOptions options;
-  options.station = line.folder;
-  options.machine = line.machine.empty() ? DefaultMachineFolder() : line.machine;
-  options.machineNamed = !line.machine.empty();
+  options.station = asked.folder;
+  options.machine = asked.machine.empty() ? DefaultMachineFolder() : asked.machine;
+  options.machineNamed = !asked.machine.empty();
   return RunCheck(options, std::cout);
 }
 

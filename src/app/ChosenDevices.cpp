@@ -1,5 +1,6 @@
 #include "app/ChosenDevices.h"
 
+#include "platform/BoundedRead.h"
 #include "platform/Folder.h"
 #include "platform/LocalValues.h"
 #include "station/SideFileText.h"
@@ -23,7 +24,7 @@ ChosenDevice Chosen(const LocalValues& local, const std::vector<SideField>& fiel
 
 ChosenDevices ReadChosenDevices(Folder& machine) {
   try {
-    const auto bytes = machine.Read("ZemoAudio.Ini");
+    const auto bytes = ReadBounded(machine, "ZemoAudio.Ini");
     if (!bytes) return {};
     const std::vector<SideField> fields = ReadFields(DecodeSideFile(*bytes));
     const LocalValues local(machine);

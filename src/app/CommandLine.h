@@ -1,56 +1,53 @@
-// The command line: what was asked of the program, checked as far as it can be without touching
-// anything.
+// The command line: a table of commands, and the words that ask for one of them.
 #pragma once
 
-#include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
-#include <stdexcept>
+#include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
-#include "app/CampaignOptions.h"
-#include "platform/Clock.h"
+#include "app/CommandOptions.h"
 
 namespace zemo {
 
-enum class Command {
-  kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kSettings, kCampaign,
-  kModelsExport, kModelsList, kAffidavit, kDevices, kCompact
+// One way to ask for a command, as README tells it.
+struct CommandUse {
+  std::string words;  // behind the program's name
+  std::string does;
 };
 
-struct CommandLine {
-  Command command = Command::kScreen;
-  std::string station;  // folder; empty: the default one
-  std::string machine;  // folder; empty: the default one, for a simulation an empty one of its own
-  std::string output = "device";
-  std::optional<LocalDateTime> from;  // begin of a simulation; none: now
-  std::optional<int64_t> forMs;  // how long; none: until told, a simulation see SimulateCommand
-  std::string script;            // file; empty: none
-  std::string trace = "-";
-  std::string choices;  // file: of a simulation to be made, of why to be read; empty: none
-  std::string audio;   // file of render
-  std::string file;    // spreadsheet of models export and affidavit
-  std::string folder;  // of demo and check
-  bool inPlace = false;
-  bool noStart = false;
-  std::optional<int32_t> code;       // of why: the card asked about, or ...
-  std::optional<int32_t> report;     // ... the row of the report, one of the two
-  std::optional<LocalDateTime> at;   // of why; none: now
-  std::optional<LocalDateTime> day;  // of grid; none: today
-  std::string advertiser;            // of affidavit, and its days, which it needs
-  std::optional<LocalDateTime> firstDay, lastDay;
-  std::string csv;                   // file of affidavit; empty: none
-  std::string settingAction;         // of settings: "get", "set" or "list"
-  std::string settingName, settingValue;
-  bool json = false;
-  CampaignOptions campaign;
+struct Command {
+  // Of one parse: `read` throws UsageError, `run` does the work and gives the exit status.
+  struct Prepared {
+    ReadTyped read;
+    std::function<int()> run;
+  };
+
+  std::string name;  // empty: the program without a command
+  std::string help;
+  std::vector<CommandUse> uses;
+  std::function<Prepared(CLI::App& app, CommonOptions& common)> prepare;
 };
 
-// Wrong usage; what() is one line.
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
+// A command of options of its own: how they are written, and what is done with them.
+template <typename Options>
+Command MakeCommand(std::string name, std::string help, std::vector<CommandUse> uses,
+                    ReadTyped (*declare)(CLI::App& app, CommonOptions& common, Options& options),
+                    std::function<int(const Options&)> run) {
+  const auto prepare = [declare, run](CLI::App& app, CommonOptions& common) {
+    const auto options = std::make_shared<Options>();
+    return Command::Prepared{declare(app, common, *options),
+                             [options, run] { return run(*options); }};
+  };
+  return {std::move(name), std::move(help), std::move(uses), prepare};
+}
 
-// nullopt when help or the version was asked for, and shown. Throws UsageError.
-std::optional<CommandLine> ParseCommandLine(int argc, const char* const* argv);
+// The work that was asked for, checked as far as it can be without touching anything; nullopt when
+// help or the version was asked for, and shown. One of the commands has no name. Throws UsageError.
+std::optional<std::function<int()>> ParseCommandLine(int argc, const char* const* argv,
+                                                     std::span<const Command> commands);
 
 }  // namespace zemo

@@ -1,25 +1,30 @@
-// The commands of the program, each in its own file. They give the exit status, and throw
-// UsageError for wrong usage and std::exception with one line for work that failed.
+// The commands of the program, each in its own file, and the one table of them. They give the exit
+// status, and throw UsageError for wrong usage and std::exception with one line for work that
+// failed.
 #pragma once
+
+#include <span>
+
+#include "app/CampaignOptions.h"
+#include "app/CommandLine.h"
 
 namespace zemo {
 
-struct CommandLine;
+std::span<const Command> Commands();
 
-int OpenScreen(const CommandLine& line);
-int RunOnAir(const CommandLine& line);
-int RunSimulate(const CommandLine& line);
-int RunRender(const CommandLine& line);
-int RunDemoCommand(const CommandLine& line);
-int RunCheckCommand(const CommandLine& line);
-int RunWhyCommand(const CommandLine& line);
-int RunGridCommand(const CommandLine& line);
-int RunAffidavitCommand(const CommandLine& line);
-int RunModelsExport(const CommandLine& line);
-int RunModelsList(const CommandLine& line);
-int RunSettingsCommand(const CommandLine& line);
-int RunDevicesCommand(const CommandLine& line);
-int RunCampaignCommand(const CommandLine& line);
-int RunCompactCommand(const CommandLine& line);
+int OpenScreen(const AirOptions& options);
+int RunOnAir(const AirOptions& options);
+int RunSimulate(const SimulateOptions& options);
+int RunRender(const RenderOptions& options);
+int RunDemoCommand(const DemoOptions& options);
+int RunCheckCommand(const StationCheckOptions& asked);
+int RunWhyCommand(const WhyOptions& options);
+int RunModelsCommand(const ModelsOptions& options);
+int RunGridCommand(const GridOptions& options);
+int RunAffidavitCommand(const AffidavitOptions& options);
+int RunSettingsCommand(const SettingsOptions& options);
+int RunDevicesCommand(const DevicesOptions& options);
+int RunCampaignCommand(const CampaignOptions& options);
+int RunCompactCommand(const StationOptions& options);
 
 }  // namespace zemo

@@ -3,7 +3,6 @@
 #include <iostream>
 #include <memory>
 
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
@@ -15,10 +14,10 @@
 
 namespace zemo {
 
-int RunCompactCommand(const CommandLine& line) {
+int RunCompactCommand(const StationOptions& options) {
   SimFolders folders;
-  folders.station = line.station.empty() ? DefaultStationFolder() : line.station;
-  folders.machine = line.machine.empty() ? DefaultMachineFolder() : line.machine;
+  folders.station = options.station.empty() ? DefaultStationFolder() : options.station;
+  folders.machine = options.machine.empty() ? DefaultMachineFolder() : options.machine;
   folders.asProgram = true;
   RequireStation(folders.station);
   SimStation sim(folders, RealClock().LocalNow(),

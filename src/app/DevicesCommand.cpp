@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "app/ChosenDevices.h"
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/StationPaths.h"
 #include "platform/real/files/LocalFolder.h"
@@ -91,11 +90,11 @@ void Tell(const std::vector<SoundDevice>& devices, const std::vector<Use>& uses)
 
 }  // namespace
 
-int RunDevicesCommand(const CommandLine& line) {
-  LocalFolder machine(line.machine.empty() ? DefaultMachineFolder() : line.machine);
+int RunDevicesCommand(const DevicesOptions& options) {
+  LocalFolder machine(options.machine.empty() ? DefaultMachineFolder() : options.machine);
   const std::vector<SoundDevice> devices = ListSoundDevices();
   const std::vector<Use> uses = UsesOf(ReadChosenDevices(machine), devices);
-  if (line.json)
+  if (options.json)
     TellJson(devices, uses);
   else
     Tell(devices, uses);

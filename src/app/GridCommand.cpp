@@ -6,7 +6,6 @@
 #include <stdexcept>
 
 #include "app/AskedStation.h"
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/GridReport.h"
 #include "platform/real/desktop/RealClock.h"
@@ -103,25 +102,25 @@ void TellGridJson(const LocalDateTime& day, const CompositionTold& told,
   out << json.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
 }
 
-void TellDay(const CommandLine& line, const LocalDateTime& day, Station& station,
+void TellDay(const GridOptions& options, const LocalDateTime& day, Station& station,
              std::ostream& out) {
   const CompositionTold told = ComposeAndListen(station);
   if (!told.composed)
     throw std::runtime_error("the grid cannot be composed" +
                              (told.faults.empty() ? "" : ": " + told.faults.back()));
   const std::vector<PlannedBreak> breaks = ReadPlannedBreaks(station);
-  (line.json ? TellGridJson : TellGrid)(day, told, breaks, out);
+  (options.json ? TellGridJson : TellGrid)(day, told, breaks, out);
 }
 
 }  // namespace
 
-int RunGridCommand(const CommandLine& line) {
-  LocalDateTime day = line.day.value_or(RealClock().LocalNow());
+int RunGridCommand(const GridOptions& options) {
+  LocalDateTime day = options.day.value_or(RealClock().LocalNow());
   day.hour = 12;  // any time of the day will do; noon is on every clock
   day.minute = day.second = day.millisecond = 0;
-  const AskedStation asked(line);
+  const AskedStation asked(options);
   try {
-    TellDay(line, day, OpenAsked(asked, day)->station, std::cout);
+    TellDay(options, day, OpenAsked(asked, day)->station, std::cout);
   } catch (const std::exception& error) {
     throw std::runtime_error(WithShownPaths(error.what(), asked.Paths()));
   }

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "app/AskedStation.h"
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "platform/Folder.h"
 #include "platform/real/desktop/RealClock.h"
@@ -58,8 +57,8 @@ class LastError : public EventSink {
   }
 };
 
-void Export(const CommandLine& line, SpreadsheetWriter& writer) {
-  const AskedStation asked(line);
+void Export(const ModelsOptions& options, SpreadsheetWriter& writer) {
+  const AskedStation asked(options);
   LastError error;
   const auto sim = OpenAsked(asked, RealClock().LocalNow());
   sim->station.events.SetSink(&error);
@@ -70,15 +69,10 @@ void Export(const CommandLine& line, SpreadsheetWriter& writer) {
 
 }  // namespace
 
-int RunModelsExport(const CommandLine& line) {
-  AskedFile file(line.file);
-  Export(line, file);
-  return 0;
-}
-
-int RunModelsList(const CommandLine& line) {
+int RunModelsCommand(const ModelsOptions& options) {
+  AskedFile file(options.file);
   AskedLines lines;
-  Export(line, lines);
+  Export(options, options.file.empty() ? static_cast<SpreadsheetWriter&>(lines) : file);
   return 0;
 }
 

@@ -2,7 +2,6 @@
 #include <memory>
 #include <string>
 
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/Simulation.h"
 #include "platform/real/decoders/SoundFileOpener.h"
@@ -15,13 +14,13 @@ namespace {
 constexpr int64_t kSlackFrames = int64_t{60} * kSampleRate;
 }  // namespace
 
-int RunRender(const CommandLine& line) {
+int RunRender(const RenderOptions& options) {
   std::unique_ptr<SoundFileWriter> file;
   std::string lost;  // why sound could not be written; the engine must not take that for its fault
-  Simulate(line, std::make_unique<SoundFileOpener>(), [&]() -> SimSoundChain::Sink {
+  Simulate(options, std::make_unique<SoundFileOpener>(), [&]() -> SimSoundChain::Sink {
     file = std::make_unique<SoundFileWriter>(
-        line.audio,
-        line.forMs ? MsToFrames(*line.forMs) + kSlackFrames : SoundFileWriter::kUnbounded);
+        options.audio,
+        options.forMs ? MsToFrames(*options.forMs) + kSlackFrames : SoundFileWriter::kUnbounded);
     return [&](const float* stereo, int frames) {
       if (!lost.empty()) return;
       try {

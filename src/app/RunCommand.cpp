@@ -5,7 +5,6 @@
 #include <csignal>
 #include <cstdio>
 
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
 #include "app/RealStation.h"
@@ -22,15 +21,15 @@ namespace {
 constexpr int kStatusMs = 1000;
 }  // namespace
 
-int RunOnAir(const CommandLine& line) {
-  if (!ParseOutputSpec(line.output))
-    throw UsageError("--output: '" + line.output + "' is no output");
+int RunOnAir(const AirOptions& options) {
+  if (!ParseOutputSpec(options.output))
+    throw UsageError("--output: '" + options.output + "' is no output");
   std::signal(SIGPIPE, SIG_IGN);  // who listens to our lines may leave; the air goes on
   EndSignals endSignals;          // before any thread is made
   RunDisplay display(STDOUT_FILENO);
-  const RunFolders folders = MakeRunFolders(line);
+  const RunFolders folders = MakeRunFolders(options);
   ScreenlessMachine machine;
-  RealStation real(folders.station, folders.machine, WantedOutput(line, folders.machine),
+  RealStation real(folders.station, folders.machine, WantedOutput(options.output, folders.machine),
                    machine.Parts(), [&](const std::string& notice) { display.ShowFault(notice); });
   Station& station = real.station;
   display.Show(station);
@@ -40,7 +39,7 @@ int RunOnAir(const CommandLine& line) {
   Form_Activate(station, true);
   if (!station.engine.IsRunning) ToolbarButton(station, Toolbar::kStart);
 
-  RunEnd end(real, line.forMs,
+  RunEnd end(real, options.forMs,
              {.draining = [&] { display.ShowLine("stopping: what is on air plays to its end"); },
               .drained = [&] { real.loop.Quit(); },
               .leaving = [&] { display.Finish(); }});

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "app/ChosenDevices.h"
-#include "app/CommandLine.h"
+#include "app/CommandOptions.h"
 #include "app/ErrorLine.h"
 #include "app/StationPaths.h"
 #include "platform/real/files/LocalFolder.h"
@@ -15,8 +15,8 @@ namespace zemo {
 
 namespace {
 
-std::string MakeStationFolder(const CommandLine& line) {
-  const std::string folder = line.station.empty() ? DefaultStationFolder() : line.station;
+std::string MakeStationFolder(const StationOptions& options) {
+  const std::string folder = options.station.empty() ? DefaultStationFolder() : options.station;
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (!std::filesystem::is_directory(folder))
@@ -25,8 +25,8 @@ std::string MakeStationFolder(const CommandLine& line) {
   return folder;
 }
 
-std::string MakeMachineFolder(const CommandLine& line) {
-  const std::string folder = line.machine.empty() ? DefaultMachineFolder() : line.machine;
+std::string MakeMachineFolder(const StationOptions& options) {
+  const std::string folder = options.machine.empty() ? DefaultMachineFolder() : options.machine;
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) PrintError("cannot make the machine folder " + folder + ": " + error.message());
@@ -48,13 +48,13 @@ void TakeChosenDevice(LocalFolder& machine, OutputSpec& output) {
 
 }  // namespace
 
-RunFolders MakeRunFolders(const CommandLine& line) {
-  return {MakeStationFolder(line), MakeMachineFolder(line)};
+RunFolders MakeRunFolders(const StationOptions& options) {
+  return {MakeStationFolder(options), MakeMachineFolder(options)};
 }
 
-OutputSpec WantedOutput(const CommandLine& line, const std::string& machinePath) {
-  auto output = ParseOutputSpec(line.output);
-  if (!output) throw UsageError("--output: '" + line.output + "' is no output");
+OutputSpec WantedOutput(const std::string& spec, const std::string& machinePath) {
+  auto output = ParseOutputSpec(spec);
+  if (!output) throw UsageError("--output: '" + spec + "' is no output");
   if (output->kind == OutputSpec::Kind::kDevice && output->name.empty()) {
     LocalFolder machine(machinePath);
     TakeChosenDevice(machine, *output);

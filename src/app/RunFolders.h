@@ -7,7 +7,7 @@
 
 namespace zemo {
 
-struct CommandLine;
+struct StationOptions;
 
 struct RunFolders {
   std::string station, machine;
@@ -15,11 +15,11 @@ struct RunFolders {
 
 // Throws std::runtime_error without a station's folder. A machine folder that cannot be made costs
 // its values, not the air, and is told on standard error.
-RunFolders MakeRunFolders(const CommandLine& line);
+RunFolders MakeRunFolders(const StationOptions& options);
 
-// The output of the command line; a device without a name is the one that the machine's settings
-// chose, none for the system's own. A choice that is only a number is remembered by its device from
-// now on. Throws UsageError.
-OutputSpec WantedOutput(const CommandLine& line, const std::string& machinePath);
+// The output that was asked for (`spec`); a device without a name is the one that the machine's
+// settings chose, none for the system's own. A choice that is only a number is remembered by its
+// device from now on. Throws UsageError.
+OutputSpec WantedOutput(const std::string& spec, const std::string& machinePath);
 
 }  // namespace zemo

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <memory>
 
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
 #include "app/ErrorLine.h"
@@ -87,20 +86,20 @@ void Tell(const std::string& line) {
 
 }  // namespace
 
-int OpenScreen(const CommandLine& line) {
+int OpenScreen(const AirOptions& options) {
   if (!HasDisplay() || !ScreenMachine().Seen()) {
     Tell("there is no display: on air as with 'zemoradio run'");
-    return RunOnAir(line);
+    return RunOnAir(options);
   }
-  if (!ParseOutputSpec(line.output))
-    throw UsageError("--output: '" + line.output + "' is no output");
+  if (!ParseOutputSpec(options.output))
+    throw UsageError("--output: '" + options.output + "' is no output");
   std::signal(SIGPIPE, SIG_IGN);
   EndSignals endSignals;  // before any thread is made
   ScreenMachine machine;
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setFont(Theme::Type(1, 15));  // also of what a style sheet gives no type
-  const RunFolders folders = MakeRunFolders(line);
-  RealStation real(folders.station, folders.machine, WantedOutput(line, folders.machine),
+  const RunFolders folders = MakeRunFolders(options);
+  RealStation real(folders.station, folders.machine, WantedOutput(options.output, folders.machine),
                    machine.Parts(), Tell);
   Station& station = real.station;
   if (!Form_Load(station)) {
@@ -134,7 +133,7 @@ int OpenScreen(const CommandLine& line) {
   Form_Activate(station, true);
   window.Begin();
 
-  RunEnd end(real, line.forMs,
+  RunEnd end(real, options.forMs,
              {.draining = [] { Tell("stopping: what is on air plays to its end"); },
               .drained = [&real] { real.loop.Quit(); },
               .leaving = [] {}});

@@ -1,62 +1,22 @@
-// A script of orders for a simulation: read and checked as a whole before anything runs. Which
-// orders there are, and with what arguments, stands in the one table of Script.cpp.
+// A script of orders for a simulation: read and checked as a whole before anything runs.
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "app/OrderForms.h"
 #include "platform/Clock.h"
 
 namespace zemo {
 
-enum class Order {
-  kStart,
-  kStop,
-  kNext,
-  kKeyDown,
-  kKeyUp,
-  kMode,
-  kRequest,
-  kCompose,
-  kLoad,
-  kSave,
-  kNew,
-  kInsert,
-  kInsertExtract,
-  kMove,
-  kDelete,
-  kRightClick,
-  kBreak,
-  kPreview,
-  kLocal,
-  kCheck,
-  kContact,
-  kJoystick,
-  kClipboard,
-  kSql,
-  kDrop,
-  kRemove,
-  kSet,
-  kAnswer,
-  kDump,
-  kKill
-};
-
-std::string_view OrderWord(Order order);  // as it is written
-
 struct ScriptOrder {
   int64_t atMs = 0;  // since the begin of the run
   int line = 0;      // of the script, from 1
-  Order order = Order::kDump;
-  // The words behind the order: arguments and chosen words, the fixed "at" of `break` left out.
-  // Those that have to be numbers were checked to be.
-  std::vector<std::string> arguments;
-
-  bool Has(size_t index) const { return index < arguments.size(); }
-  int Number(size_t index) const;  // 0 when absent
+  GivenOrder given;
 };
 
 // A line that cannot be read; what() is "FILE:LINE: why".
@@ -65,8 +25,9 @@ struct ScriptError : std::runtime_error {
 };
 
 // The orders in the order of their lines, which is also the order of their moments. `begin` is the
-// local time of the begin of the run; `fileName` stands in errors. Throws ScriptError.
+// local time of the begin of the run; `fileName` stands in errors; `orders` are those that a line
+// can give. Throws ScriptError.
 std::vector<ScriptOrder> ParseScript(std::string_view text, const LocalDateTime& begin,
-                                     const std::string& fileName);
+                                     const std::string& fileName, std::span<const Order> orders);
 
 }  // namespace zemo

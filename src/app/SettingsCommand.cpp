@@ -6,7 +6,6 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
@@ -43,10 +42,10 @@ class FirstFault : public EventSink {
   std::string text_;
 };
 
-SimFolders FoldersOf(const CommandLine& line) {
+SimFolders FoldersOf(const SettingsOptions& options) {
   SimFolders folders;
-  folders.station = line.station.empty() ? DefaultStationFolder() : line.station;
-  folders.machine = line.machine.empty() ? DefaultMachineFolder() : line.machine;
+  folders.station = options.station.empty() ? DefaultStationFolder() : options.station;
+  folders.machine = options.machine.empty() ? DefaultMachineFolder() : options.machine;
   if (!std::filesystem::is_directory(folders.station))
     throw std::runtime_error("there is no station folder " + folders.station);
   if (EntryNamed(folders.station, "Triskin.MDB").empty())
@@ -105,17 +104,17 @@ void List(Station& station, SettingsDevices& devices, bool json) {
   TellJson(all, std::cout);
 }
 
-void Get(Station& station, SettingsDevices& devices, const CommandLine& line) {
-  const auto setting = GetSetting(station, devices, line.settingName);
-  if (!setting) throw UsageError("there is no setting " + line.settingName);
-  if (line.json)
+void Get(Station& station, SettingsDevices& devices, const SettingsOptions& options) {
+  const auto setting = GetSetting(station, devices, options.name);
+  if (!setting) throw UsageError("there is no setting " + options.name);
+  if (options.json)
     TellJson(AsJson(*setting), std::cout);
   else
     std::cout << setting->value << "\n";
 }
 
-void Set(Station& station, SettingsDevices& devices, const CommandLine& line) {
-  if (const auto why = SetSetting(station, devices, line.settingName, line.settingValue))
+void Set(Station& station, SettingsDevices& devices, const SettingsOptions& options) {
+  if (const auto why = SetSetting(station, devices, options.name, options.value))
     throw UsageError(*why);
 }
 
@@ -124,8 +123,8 @@ void Set(Station& station, SettingsDevices& devices, const CommandLine& line) {
 namespace {
 
 // Only who names one of the two choices of a device waits for the sound systems' answers.
-std::unique_ptr<SettingsDevices> DevicesFor(const CommandLine& line) {
-  const SettingsControl* control = FindSettingsControl(line.settingName);
+std::unique_ptr<SettingsDevices> DevicesFor(const SettingsOptions& options) {
+  const SettingsControl* control = FindSettingsControl(options.name);
   if (control != nullptr && control->in == StoredIn::kAudio)
     return std::make_unique<MachineDevices>(nullptr);
   return std::make_unique<NoSettingsDevices>();
@@ -133,8 +132,8 @@ std::unique_ptr<SettingsDevices> DevicesFor(const CommandLine& line) {
 
 }  // namespace
 
-int RunSettingsCommand(const CommandLine& line) {
-  const SimFolders folders = FoldersOf(line);
+int RunSettingsCommand(const SettingsOptions& options) {
+  const SimFolders folders = FoldersOf(options);
   SimStation sim(folders, RealClock().LocalNow(),
                  std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
   FirstFault faults;
@@ -142,13 +141,13 @@ int RunSettingsCommand(const CommandLine& line) {
   SetSideFileNames(sim.station);
   sim.station.base.OpenOrCreateDatabase();
   sim.station.base.OpenAllTables();
-  const std::unique_ptr<SettingsDevices> devices = DevicesFor(line);
-  if (line.settingAction == "get")
-    Get(sim.station, *devices, line);
-  else if (line.settingAction == "set")
-    Set(sim.station, *devices, line);
+  const std::unique_ptr<SettingsDevices> devices = DevicesFor(options);
+  if (options.action == "get")
+    Get(sim.station, *devices, options);
+  else if (options.action == "set")
+    Set(sim.station, *devices, options);
   else
-    List(sim.station, *devices, line.json);
+    List(sim.station, *devices, options.json);
   faults.Throw();
   return 0;
 }

@@ -1,6 +1,7 @@
 // A station on the virtual platform: everything that a simulation owns, from the ground up.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,6 +57,7 @@ class SimStation {
   SimAutomaton automaton;
   SimJoystick joystick;
   Station station;
+  std::function<void()> killed;  // the process is to end on the spot; where a script may say so
 
  private:
   std::string stationPath_;  // the folder as cards name it, ending in '/'

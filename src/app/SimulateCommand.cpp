@@ -1,5 +1,4 @@
 // `zemoradio simulate`: the air on a virtual clock, with sounds that only have a length.
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/Simulation.h"
 #include "platform/real/decoders/LengthOnlyOpener.h"
@@ -7,8 +6,9 @@
 
 namespace zemo {
 
-int RunSimulate(const CommandLine& line) {
-  Simulate(line, std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()), nullptr);
+int RunSimulate(const SimulateOptions& options) {
+  Simulate(options, std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()),
+           nullptr);
   return 0;
 }
 

@@ -10,9 +10,9 @@
 
 #include "app/ChoicesFile.h"
 #include "app/Moments.h"
+#include "app/Orders.h"
 #include "app/PrivateCopy.h"
 #include "app/Script.h"
-#include "app/ScriptOrders.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
 #include "app/TempFolder.h"
@@ -29,19 +29,19 @@ constexpr int kKilledStatus = 137;
 constexpr int64_t kDefaultLengthMs = 3'600'000;
 
 // To the second, as a begin is written.
-LocalDateTime BeginOf(const CommandLine& line) {
-  if (line.from) return *line.from;
+LocalDateTime BeginOf(const SimulateOptions& options) {
+  if (options.from) return *options.from;
   LocalDateTime now = RealClock().LocalNow();
   now.millisecond = 0;
   return now;
 }
 
-std::vector<ScriptOrder> ScriptOf(const CommandLine& line, const LocalDateTime& begin) {
-  if (line.script.empty()) return {};
+std::vector<ScriptOrder> ScriptOf(const SimulateOptions& options, const LocalDateTime& begin) {
+  if (options.script.empty()) return {};
   try {
-    const auto text = ReadWholeFile(line.script);
-    if (!text) throw UsageError("--script: there is no file " + line.script);
-    return ParseScript(*text, begin, line.script);
+    const auto text = ReadWholeFile(options.script);
+    if (!text) throw UsageError("--script: there is no file " + options.script);
+    return ParseScript(*text, begin, options.script, Orders());
   } catch (const FileError& error) {
     throw UsageError(std::string("--script: ") + error.what());
   } catch (const ScriptError& error) {
@@ -50,8 +50,8 @@ std::vector<ScriptOrder> ScriptOf(const CommandLine& line, const LocalDateTime& 
 }
 
 // Without a word on it, an hour, or up to the script's last order when that comes later.
-int64_t LengthOf(const CommandLine& line, const std::vector<ScriptOrder>& orders) {
-  if (line.forMs) return *line.forMs;
+int64_t LengthOf(const SimulateOptions& options, const std::vector<ScriptOrder>& orders) {
+  if (options.forMs) return *options.forMs;
   return std::max(kDefaultLengthMs, orders.empty() ? 0 : orders.back().atMs);
 }
 
@@ -59,18 +59,18 @@ int64_t LengthOf(const CommandLine& line, const std::vector<ScriptOrder>& orders
 // worked on, so that two runs tell the same.
 class Workplace {
  public:
-  explicit Workplace(const CommandLine& line) {
-    const std::string station = line.station.empty() ? DefaultStationFolder() : line.station;
+  explicit Workplace(const SimulateOptions& options) {
+    const std::string station = options.station.empty() ? DefaultStationFolder() : options.station;
     if (!std::filesystem::is_directory(station))
       throw std::runtime_error("there is no station folder " + station);
     RefuseIrregularBase(station);
-    folders_ = {.station = station, .machine = line.machine, .copiedFrom = {}, .changed = {}};
-    if (line.inPlace && !line.machine.empty()) return;
+    folders_ = {.station = station, .machine = options.machine, .copiedFrom = {}, .changed = {}};
+    if (options.inPlace && !options.machine.empty()) return;
 
     temp_.emplace();
     folders_.machine = temp_->MakeFolder("machine");
-    if (line.inPlace) return;
-    if (!line.machine.empty()) CopyMachine(line.machine, folders_.machine);
+    if (options.inPlace) return;
+    if (!options.machine.empty()) CopyMachine(options.machine, folders_.machine);
     folders_.station = temp_->MakeFolder("station");
     folders_.changed = temp_->MakeFolder("changed") + "/";
     folders_.copiedFrom = LocalFolder(station).Path();
@@ -80,13 +80,13 @@ class Workplace {
   const SimFolders& Folders() const { return folders_; }
 
   // Path of a place of the run and what stands for it.
-  ShownPaths PathsToShow(const CommandLine& line) const {
+  ShownPaths PathsToShow(const SimulateOptions& options) const {
     ShownPaths paths;
     if (!temp_) return paths;
     if (!folders_.copiedFrom.empty())
       paths.emplace_back(folders_.station + "/", folders_.copiedFrom);
     const std::string machine =
-        line.machine.empty() ? "machine/" : LocalFolder(line.machine).Path();
+        options.machine.empty() ? "machine/" : LocalFolder(options.machine).Path();
     paths.emplace_back(folders_.machine + "/", machine);
     paths.emplace_back(temp_->Path() + "/", "");
     return paths;
@@ -101,15 +101,15 @@ class Workplace {
   SimFolders folders_;
 };
 
-void StartOrders(const CommandLine& line, Station& station) {
+void StartOrders(const SimulateOptions& options, Station& station) {
   if (!Form_Load(station)) throw std::runtime_error("the station could not be loaded");
   // A copy that goes with the run need not outlive a loss of power, and need not wait for the disk.
-  if (!line.inPlace && station.base.IsOpen()) {
+  if (!options.inPlace && station.base.IsOpen()) {
     station.base.Db().Execute("PRAGMA synchronous = OFF");
     station.base.Db().Execute("PRAGMA journal_mode = MEMORY");
   }
   Form_Activate(station, true);
-  if (!line.noStart && !station.engine.IsRunning) ToolbarButton(station, Toolbar::kStart);
+  if (!options.noStart && !station.engine.IsRunning) ToolbarButton(station, Toolbar::kStart);
 }
 
 [[noreturn]] void Kill(Trace& trace, ChoicesFile* choices, const Workplace& place) {
@@ -123,7 +123,7 @@ void StartOrders(const CommandLine& line, Station& station) {
   _exit(kKilledStatus);
 }
 
-void RunSimulation(const CommandLine& line, const std::vector<ScriptOrder>& orders,
+void RunSimulation(const SimulateOptions& options, const std::vector<ScriptOrder>& orders,
                    const Workplace& place, SimStation& sim, Trace& trace, ChoicesFile* choices) {
   Station& station = sim.station;
   station.events.SetSink(choices ? static_cast<EventSink*>(choices) : &trace);
@@ -131,40 +131,38 @@ void RunSimulation(const CommandLine& line, const std::vector<ScriptOrder>& orde
     station.requests.choices.heard = [choices](const std::string& told) {
       choices->KeepRequest(told);
     };
+  sim.killed = [&] { Kill(trace, choices, place); };
   // The orders due at the begin are served behind the start order, which itself can take time.
   const auto queue = [&](bool atBegin) {
     for (const ScriptOrder& order : orders)
       if ((order.atMs == 0) == atBegin)
-        sim.loop.At(order.atMs, [&] {
-          if (order.order == Order::kKill) Kill(trace, choices, place);
-          ServeOrder(sim, order);
-        });
+        sim.loop.At(order.atMs, [&] { ServeOrder(sim, order.given); });
   };
   queue(false);
-  StartOrders(line, station);
+  StartOrders(options, station);
   queue(true);
-  sim.loop.RunUntil(LengthOf(line, orders));
+  sim.loop.RunUntil(LengthOf(options, orders));
   // What is undone behind the end of the run is no event of it.
   station.events.SetSink(nullptr);
   station.requests.choices.heard = nullptr;
 }
 }  // namespace
 
-void Simulate(const CommandLine& line, std::unique_ptr<SoundOpener> opener,
+void Simulate(const SimulateOptions& options, std::unique_ptr<SoundOpener> opener,
               const std::function<SimSoundChain::Sink()>& makeSink) {
-  const LocalDateTime begin = BeginOf(line);
-  const std::vector<ScriptOrder> orders = ScriptOf(line, begin);
+  const LocalDateTime begin = BeginOf(options);
+  const std::vector<ScriptOrder> orders = ScriptOf(options, begin);
   std::signal(SIGPIPE, SIG_IGN);  // a reader that leaves must not leave our folder behind
-  const Workplace place(line);
-  const ShownPaths shownPaths = place.PathsToShow(line);
+  const Workplace place(options);
+  const ShownPaths shownPaths = place.PathsToShow(options);
   try {
     SimStation sim(place.Folders(), begin, std::move(opener));
-    Trace trace(line.trace, sim.loop);
+    Trace trace(options.trace, sim.loop);
     trace.ShowPathsAs(shownPaths);
     std::optional<ChoicesFile> choices;
-    if (!line.choices.empty()) choices.emplace(line.choices, trace);
+    if (!options.choices.empty()) choices.emplace(options.choices, trace);
     if (makeSink) sim.sound.SetSink(makeSink());
-    RunSimulation(line, orders, place, sim, trace, choices ? &*choices : nullptr);
+    RunSimulation(options, orders, place, sim, trace, choices ? &*choices : nullptr);
     sim.sound.FlushSink();
     trace.Flush();
     if (choices) choices->Flush();

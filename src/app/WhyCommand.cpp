@@ -6,9 +6,9 @@
 #include <stdexcept>
 
 #include "app/AskedStation.h"
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/WhyReport.h"
+#include "platform/BoundedRead.h"
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/files/WholeFiles.h"
 #include "scheduling/ChoiceLog.h"
@@ -20,6 +20,9 @@ namespace zemo {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+// The choices of a simulation are all of them: a busy week's are 5 MB.
+constexpr int64_t kMostSimulatedBytes = int64_t{64} << 20;
 
 std::string WhenText(const TitleReason& reason) {
   if (!reason.after.empty()) return reason.after;
@@ -63,14 +66,15 @@ void TellTitleJson(const TitleAnswer& answer, std::ostream& out) {
   out << json.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
 }
 
-void TellAnswer(const CommandLine& line, const LocalDateTime& at, SimStation& sim,
+void TellAnswer(const WhyOptions& options, const LocalDateTime& at, SimStation& sim,
                 std::ostream& out) {
-  if (line.report)
-    return TellReport(ReportOf(sim.station), sim.machineFolder.Read(kChoicesFile).value_or(""),
-                      *line.report, line.json, out);
-  const auto answer = WhyTitle(sim.station, *line.code, at);
-  if (!answer) throw std::runtime_error("there is no music card " + std::to_string(*line.code));
-  if (line.json)
+  if (options.report)
+    return TellReport(ReportOf(sim.station),
+                      ReadBounded(sim.machineFolder, kChoicesFile).value_or(""), *options.report,
+                      options.json, out);
+  const auto answer = WhyTitle(sim.station, *options.code, at);
+  if (!answer) throw std::runtime_error("there is no music card " + std::to_string(*options.code));
+  if (options.json)
     TellTitleJson(*answer, out);
   else
     TellTitle(*answer, out);
@@ -78,22 +82,24 @@ void TellAnswer(const CommandLine& line, const LocalDateTime& at, SimStation& si
 
 // Everything stands in the file: the station that was simulated may be elsewhere, or another by
 // now.
-int TellSimulated(const CommandLine& line) {
-  const auto choices = ReadWholeFile(line.choices);
-  if (!choices) throw std::runtime_error("there is no file " + line.choices);
-  TellReport(ReportIn(*choices), *choices, *line.report, line.json, std::cout);
+int TellSimulated(const WhyOptions& options) {
+  if (RegularFileSizeBytes(options.choices) > kMostSimulatedBytes)
+    throw std::runtime_error(options.choices + " is larger than 64 MB: it is not read");
+  const auto choices = ReadWholeFile(options.choices);
+  if (!choices) throw std::runtime_error("there is no file " + options.choices);
+  TellReport(ReportIn(*choices), *choices, *options.report, options.json, std::cout);
   return 0;
 }
 
 }  // namespace
 
-int RunWhyCommand(const CommandLine& line) {
-  if (!line.choices.empty()) return TellSimulated(line);
-  LocalDateTime at = line.at.value_or(RealClock().LocalNow());
+int RunWhyCommand(const WhyOptions& options) {
+  if (!options.choices.empty()) return TellSimulated(options);
+  LocalDateTime at = options.at.value_or(RealClock().LocalNow());
   at.millisecond = 0;
-  const AskedStation asked(line);
+  const AskedStation asked(options);
   try {
-    TellAnswer(line, at, *OpenAsked(asked, at), std::cout);
+    TellAnswer(options, at, *OpenAsked(asked, at), std::cout);
   } catch (const std::exception& error) {
     throw std::runtime_error(WithShownPaths(error.what(), asked.Paths()));
   }

@@ -65,10 +65,10 @@ NamedSetting OfControl(const SettingsScreen& screen, const SettingsControl& cont
   if (control.kind == ControlKind::kText) {
     setting.longest = control.most;
   } else {
-    setting.lowest = LowestNumber(control);
+    setting.lowest = control.lowest;
     setting.highest = control.most;
   }
-  setting.byDefault = DefaultText(control);
+  setting.byDefault = control.byDefault;
   setting.meaning = control.meaning;
   return setting;
 }
@@ -221,11 +221,8 @@ std::vector<NamedSetting> ListSettings(Station& station, SettingsDevices& device
   std::vector<NamedSetting> settings;
   for (const SettingsControl& control : SettingsControls())
     settings.push_back(OfControl(station.settings, control));
-  settings.push_back(
-      OfField(station, Cnf::kJingleCode, "number of the last jingle played; kept by the program"));
-  settings.push_back(OfField(station, Cnf::kJingleCodeIntro,
-                             "number of the last intro jingle played; kept by the program"));
-  settings.push_back(OfField(station, Cnf::kMESSAGESECURITE, "a stored text that nothing uses"));
+#define KEPT(field, type, meaning) settings.push_back(OfField(station, Cnf::k##field, meaning));
+#include "store/SettingRows.inc"
   settings.push_back(OfInstru(station));
   settings.push_back(OfFiltre(station));
   for (int day = 0; day < kDaysOfWeek; ++day) {

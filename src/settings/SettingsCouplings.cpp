@@ -10,10 +10,10 @@
 #include "platform/SettingsDevices.h"
 #include "settings/GenreList.h"
 #include "settings/SerialInput.h"
-#include "settings/SettingsControls.h"
 #include "settings/SideFileIo.h"
 #include "settings/SideFiles.h"
 #include "station/BaseCompaction.h"
+#include "station/OutputBuffers.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -32,56 +32,19 @@ void Untick(SettingsScreen& screen, int32_t SettingsScreen::*check, int field) {
   screen.fieldHeld.set(static_cast<size_t>(field));
 }
 
-void TickedInstrumental(SettingsScreen& screen) {
-  if (screen.CheckInstrumental != 0)
-    Untick(screen, &SettingsScreen::CheckPubToph, Cnf::kPubAvecTopH);
-}
-
-void TickedPubToph(SettingsScreen& screen) {
-  constexpr int32_t kTooLate = 53, kInstead = 48;  // minutes
-  if (screen.CheckPubToph == 0) return;
-  Untick(screen, &SettingsScreen::CheckInstrumental, Cnf::kInstrumental);
-  if (ValInt(screen.SpinOptimise) < kTooLate) return;
-  screen.SpinOptimise = std::to_string(kInstead);
-  screen.fieldHeld.set(Cnf::kHOptimise);
-}
-
-// Nothing is shown where nothing was done.
-void ChoosePort(Station& station) {
-  SettingsScreen& screen = station.settings;
-  std::string told = PortCom_Click(station, screen.PortCom, screen.Setting);
-  if (!told.empty()) screen.InfoERR = std::move(told);
-}
-
-void ChooseJoystick(Station& station) {
-  const bool answers = UseJoystick(station, station.settings.ComboJoystiquePort);
-  station.settings.LblJoystique = answers ? "Yes" : "No";
-}
-
-void ChooseOutput(Station& station, SettingsDevices& devices, bool prelisten) {
-  const SettingsScreen& screen = station.settings;
+// Runs the choice of an output; what fails is logged under the control's name.
+template <typename Choice>
+void ChooseOutput(Station& station, const char* control, Choice choice) {
   try {
-    if (prelisten) {
-      if (!devices.PrelistenClosed()) return;
-      devices.SelectPrelisten(screen.PlayPreecoute);
-      station.lists.AudioOutPFLID = screen.PlayPreecoute;
-    } else {
-      if (station.Sound().State() == OutputState::kStarted) return;
-      devices.SelectOutput(screen.PlayCombo);
-      station.lists.AudioOutID = screen.PlayCombo;
-    }
+    choice();
   } catch (const DeviceError&) {
-    LogCurrentException(station, prelisten ? "PlayPréecoute" : "PlayCombo");
+    LogCurrentException(station, control);
   }
 }
 
-void StoreXRapport(Station& station) {
-  try {
-    station.platform.localValues.Set("XRapport",
-                                     std::to_string(ValInt(station.settings.SpinRapportDiff)));
-  } catch (const std::exception&) {
-    LogCurrentException(station, "SpinRapportDiff");
-  }
+std::optional<std::string> WhyTooFar(int64_t bytes, int64_t buffers) {
+  const std::string why = WhyTooManyBuffers(bytes, buffers);
+  return why.empty() ? std::nullopt : std::optional(why);
 }
 
 // What a list takes; empty for no time. A stop may say what it does besides.
@@ -142,25 +105,78 @@ int AddGenres(Station& station, std::vector<std::string>& genres) {
 
 }  // namespace
 
-void ControlChanged(Station& station, SettingsDevices& devices, const SettingsControl& control) {
-  switch (control.field) {
-    case Cnf::kInstrumental:
-      return TickedInstrumental(station.settings);
-    case Cnf::kPubAvecTopH:
-      return TickedPubToph(station.settings);
-    case Cnf::kPortCom:
-      return ChoosePort(station);
-    case Cnf::kJoystiquePort:
-      return ChooseJoystick(station);
-    case Cnf::kCouleurdesCompteur:
-      station.screen.CounterColour = static_cast<uint32_t>(station.settings.PictureColor);
-      return;
-    default:
-      break;
+void TickedInstrumental(Station& station, SettingsDevices&) {
+  SettingsScreen& screen = station.settings;
+  if (screen.CheckInstrumental != 0)
+    Untick(screen, &SettingsScreen::CheckPubToph, Cnf::kPubAvecTopH);
+}
+
+void TickedPubToph(Station& station, SettingsDevices&) {
+  constexpr int32_t kTooLate = 53, kInstead = 48;  // minutes
+  SettingsScreen& screen = station.settings;
+  if (screen.CheckPubToph == 0) return;
+  Untick(screen, &SettingsScreen::CheckInstrumental, Cnf::kInstrumental);
+  if (ValInt(screen.SpinOptimise) < kTooLate) return;
+  screen.SpinOptimise = std::to_string(kInstead);
+  screen.fieldHeld.set(Cnf::kHOptimise);
+}
+
+// Nothing is shown where nothing was done.
+void ChoosePort(Station& station, SettingsDevices&) {
+  SettingsScreen& screen = station.settings;
+  std::string told = PortCom_Click(station, screen.PortCom, screen.Setting);
+  if (!told.empty()) screen.InfoERR = std::move(told);
+}
+
+void ChooseJoystick(Station& station, SettingsDevices&) {
+  const bool answers = UseJoystick(station, station.settings.ComboJoystiquePort);
+  station.settings.LblJoystique = answers ? "Yes" : "No";
+}
+
+void ChooseAirOutput(Station& station, SettingsDevices& devices) {
+  ChooseOutput(station, "PlayCombo", [&] {
+    if (station.Sound().State() == OutputState::kStarted) return;
+    devices.SelectOutput(station.settings.PlayCombo);
+    station.lists.AudioOutID = station.settings.PlayCombo;
+  });
+}
+
+void ChoosePrelistenOutput(Station& station, SettingsDevices& devices) {
+  ChooseOutput(station, "PlayPréecoute", [&] {
+    if (!devices.PrelistenClosed()) return;
+    devices.SelectPrelisten(station.settings.PlayPreecoute);
+    station.lists.AudioOutPFLID = station.settings.PlayPreecoute;
+  });
+}
+
+void PaintCounters(Station& station, SettingsDevices&) {
+  station.screen.CounterColour = static_cast<uint32_t>(station.settings.PictureColor);
+}
+
+void StoreXRapport(Station& station, SettingsDevices&) {
+  try {
+    station.platform.localValues.Set("XRapport",
+                                     std::to_string(ValInt(station.settings.SpinRapportDiff)));
+  } catch (const std::exception&) {
+    LogCurrentException(station, "SpinRapportDiff");
   }
-  if (control.in == StoredIn::kAudio)
-    return ChooseOutput(station, devices, EqualNoCase(control.store, "AudioOutPFLID"));
-  if (EqualNoCase(control.store, "XRapport")) StoreXRapport(station);
+}
+
+std::optional<std::string> BuffersOfThisSize(const SettingsScreen& screen, std::string_view bytes) {
+  return WhyTooFar(ValInt(bytes), ValInt(screen.NbrBuffers));
+}
+
+std::optional<std::string> ThatManyBuffers(const SettingsScreen& screen, std::string_view buffers) {
+  return WhyTooFar(ValInt(screen.Buffers), ValInt(buffers));
+}
+
+void TakeImpulsion(Station& station) {
+  station.engine.TempsMaxiImPulsion = ValInt(station.settings.SpinImpulsion);
+}
+
+void WriteLangue(Station& station) {
+  WriteSideFileDurably(station.platform.stationFolder, "Langue.Txt",
+                       std::to_string(station.settings.Langue) + "\r\n");
 }
 
 void ChooseJourSemaine(Station& station, int day) {

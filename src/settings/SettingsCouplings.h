@@ -1,6 +1,7 @@
 // What hangs on the controls of the settings screen: controls that move others, devices that are
 // tried out at once, and the lists with their buttons and keys. Refusals are one line for the place
-// where the operator looks; faults are logged, and nothing here throws. Thread: the logic's.
+// where the operator looks; faults are logged, and nothing here throws but
+// where it says so. Thread: the logic's.
 #pragma once
 
 #include <cstddef>
@@ -12,14 +13,30 @@
 namespace zemo {
 
 class SettingsDevices;
-struct SettingsControl;
+struct SettingsScreen;
 struct Station;
 
-inline constexpr int kDefaultXRapport = 20;
 inline constexpr size_t kMostTopage = 96;  // four an hour: what BtnInti can make
 
-// The operator gave the control a value.
-void ControlChanged(Station& station, SettingsDevices& devices, const SettingsControl& control);
+// --- what follows the operator's hand on a control ---
+void TickedInstrumental(Station& station, SettingsDevices&);  // clears CheckPubToph
+void TickedPubToph(Station& station,
+                   SettingsDevices&);  // clears CheckInstrumental, moves SpinOptimise
+void ChoosePort(Station& station, SettingsDevices&);
+void ChooseJoystick(Station& station, SettingsDevices&);
+void ChooseAirOutput(Station& station, SettingsDevices& devices);
+void ChoosePrelistenOutput(Station& station, SettingsDevices& devices);
+void PaintCounters(Station& station, SettingsDevices&);
+void StoreXRapport(Station& station, SettingsDevices&);
+
+// --- a value that is refused although it is in range: both settings of the buffers together say
+// how far these reach ---
+std::optional<std::string> BuffersOfThisSize(const SettingsScreen& screen, std::string_view bytes);
+std::optional<std::string> ThatManyBuffers(const SettingsScreen& screen, std::string_view buffers);
+
+// --- a control that was stored ---
+void TakeImpulsion(Station& station);  // the running engine's longest impulse
+void WriteLangue(Station& station);    // "Langue.Txt"; throws FileError
 
 // A weekday is chosen, 0 for Monday: its start and stop times and its marker times.
 void ChooseJourSemaine(Station& station, int day);

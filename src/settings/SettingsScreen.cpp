@@ -15,15 +15,10 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
-#include "store/StoreError.h"
 
 namespace zemo {
 
 namespace {
-
-using namespace Cnf;
-
-constexpr const char* kLangueFile = "Langue.Txt";
 
 // The local values of a choice of output.
 struct AudioValue {
@@ -32,86 +27,6 @@ struct AudioValue {
 };
 constexpr AudioValue kAirValue{"AudioOutID", "AudioOutName"};
 constexpr AudioValue kPrelistenValue{"AudioOutPFLID", "AudioOutPFLName"};
-
-// The order in which the controls are read, by steps; between them stands what is no field.
-constexpr int kFirstFields[] = {kPmixDef,           kPmixPubs,
-                                kPmixToph,          kPmixJingles,
-                                kFadeOut,           kJingles,
-                                kJinglesIntro,      kVolumeMusique,
-                                kVolumeMusiqueSous, kVolumeMusiqueSurImpression,
-                                kVolumePubs,        kPrioritePubs,
-                                kBuffers,           kCycleMaxi,
-                                kJingleAvantPubs,   kJingleApresPubs,
-                                kPurgeRapport,      kPrioriteRubriques};
-constexpr int kMiddleFields[] = {kPortCom,
-                                 kEntreSat,
-                                 kNbrBuffers,
-                                 kJingleCourt,
-                                 kGraphiqueMini,
-                                 kJingleEnFinIntro,
-                                 kTempRequette,
-                                 kVeille,
-                                 kTextVeille,
-                                 kMiniFinHeure,
-                                 kOptimiseToph,
-                                 kHOptimise,
-                                 kTempsMaxiImPulsion,
-                                 kSuppressionPub,
-                                 kOffsetTopH,
-                                 kSquelette,
-                                 kInstrumental};
-constexpr int kBehindInstru[] = {kEcartArtiste, kPubAvecTopH, kVolumeRubriques, kCheckNational,
-                                 kJingleExtraitYN};
-constexpr int kBehindJoystick[] = {kDecalDiff, kExtraitAuto, kInExtrait, kOutExtrait};
-
-// The order in which they are written.
-constexpr int kSaveOrder[] = {kPmixDef,
-                              kPmixPubs,
-                              kPmixToph,
-                              kPmixJingles,
-                              kJingles,
-                              kJinglesIntro,
-                              kVolumeMusique,
-                              kVolumeMusiqueSous,
-                              kVolumeMusiqueSurImpression,
-                              kVolumePubs,
-                              kVolumeRubriques,
-                              kFadeOut,
-                              kPrioritePubs,
-                              kBuffers,
-                              kCycleMaxi,
-                              kJingleAvantPubs,
-                              kJingleApresPubs,
-                              kPurgeRapport,
-                              kPrioriteRubriques,
-                              kPortCom,
-                              kEntreSat,
-                              kNbrBuffers,
-                              kJingleCourt,
-                              kGraphiqueMini,
-                              kJingleEnFinIntro,
-                              kTempRequette,
-                              kVeille,
-                              kTextVeille,
-                              kMiniFinHeure,
-                              kOptimiseToph,
-                              kHOptimise,
-                              kTempsMaxiImPulsion,
-                              kSuppressionPub,
-                              kOffsetTopH,
-                              kSquelette,
-                              kLangue,
-                              kInstrumental,
-                              kEcartArtiste,
-                              kPubAvecTopH,
-                              kCouleurdesCompteur,
-                              kCheckNational,
-                              kJingleExtraitYN,
-                              kJoystiquePort,
-                              kDecalDiff,
-                              kExtraitAuto,
-                              kInExtrait,
-                              kOutExtrait};
 
 // A step whose fault is logged and stops nothing behind it.
 template <typename Work>
@@ -125,29 +40,33 @@ bool Guarded(Station& station, const char* where, Work work) {
   }
 }
 
-// A file name is taken only where there is one; so is the screen saver's text.
-void ReadField(Station& station, int field) {
-  SettingsScreen& screen = station.settings;
-  const SettingsControl& control = *FindSettingsControl(field);
-  const bool held = Guarded(station, "SettingsLoad", [&] {
-    station.base.RequireCnf();
-    const Value& value = station.base.ReadCnfField(field);
-    const auto* number = std::get_if<SettingsControl::Number>(&control.place);
-    if (number && control.kind == ControlKind::kCheck)
-      screen.** number = AsBool(value) ? 1 : 0;
-    else if (number && (field == kOptimiseToph || field == kSquelette))
-      screen.** number = AsBool(value) ? 1 : 0;  // stored as yes or no
-    else if (number)
-      screen.** number = static_cast<int32_t>(AsInt(value));
-    else if (control.kind != ControlKind::kText || !Trim(AsText(value)).empty())
-      screen.*std::get<SettingsControl::Typed>(control.place) = AsText(value);
-  });
-  screen.fieldHeld.set(static_cast<size_t>(field), held);
+void PutNumber(SettingsScreen& screen, const SettingsControl& control, int32_t number) {
+  if (const auto* place = std::get_if<SettingsControl::Number>(&control.place))
+    screen.** place = number;
+  else
+    screen.*std::get<SettingsControl::Typed>(control.place) = std::to_string(number);
 }
 
-template <size_t Count>
-void ReadFields(Station& station, const int (&fields)[Count]) {
-  for (const int field : fields) ReadField(station, field);
+// A file name is taken only where there is one; so is the screen saver's text. A number in a text
+// box stands there as it is stored.
+void PutStored(SettingsScreen& screen, const SettingsControl& control, const Value& value) {
+  if (const auto* typed = std::get_if<SettingsControl::Typed>(&control.place)) {
+    if (control.kind != ControlKind::kText || !Trim(AsText(value)).empty())
+      screen.** typed = AsText(value);
+  } else {
+    PutNumber(screen, control,
+              control.storedAsYesNo ? AsBool(value) : static_cast<int32_t>(AsInt(value)));
+  }
+}
+
+void ReadFields(Station& station, LoadStep step) {
+  for (const SettingsControl* control : FieldsOf(step)) {
+    const bool held = Guarded(station, "SettingsLoad", [&] {
+      station.base.RequireCnf();
+      PutStored(station.settings, *control, station.base.ReadCnfField(control->field));
+    });
+    station.settings.fieldHeld.set(static_cast<size_t>(control->field), held);
+  }
 }
 
 std::vector<std::string> DayNames(int64_t langue) {
@@ -194,7 +113,7 @@ void LoadAudio(Station& station, SettingsDevices& devices) {
 
 void LoadDays(Station& station) {
   int64_t langue = 0;
-  Guarded(station, "SettingsLoad", [&] { langue = station.base.CnfInt(kLangue); });
+  Guarded(station, "SettingsLoad", [&] { langue = station.base.CnfInt(Cnf::kLangue); });
   station.settings.JourSemaineNames = DayNames(langue);
   ChooseJourSemaine(station, JourSemaineCourant(station.Now()) - 1);
 }
@@ -220,13 +139,25 @@ void LoadFiltre(Station& station) {
     screen.Filtre[row] = periods[row];
 }
 
-void LoadLocalSwitches(Station& station) {
-  const LocalValues& local = station.platform.localValues;
-  SettingsScreen& screen = station.settings;
-  screen.CheckAutoPlay = local.GetBool("AutoPlay", false) ? 1 : 0;
-  screen.RapportSquelette = local.GetInt("RapportSquelette", 0) > 0 ? 1 : 0;
-  screen.CheckDoublonYN = local.GetInt("CheckDoublonYN", 0) != 0 ? 1 : 0;
-  screen.SpinRapportDiff = std::to_string(local.GetInt("XRapport", kDefaultXRapport));
+int32_t LocalNumber(const LocalValues& local, const SettingsControl& control) {
+  const int byDefault = ValInt(control.byDefault);
+  switch (control.form) {
+    case LocalForm::kWord:
+      return local.GetBool(control.store, byDefault != 0);
+    case LocalForm::kAboveZero:
+      return local.GetInt(control.store, byDefault) > 0;
+    case LocalForm::kNotZero:
+      return local.GetInt(control.store, byDefault) != 0;
+    case LocalForm::kNumber:
+      break;
+  }
+  return local.GetInt(control.store, byDefault);
+}
+
+void LoadLocalValues(Station& station) {
+  for (const SettingsControl& control : SettingsControls())
+    if (control.in == StoredIn::kLocal)
+      PutNumber(station.settings, control, LocalNumber(station.platform.localValues, control));
 }
 
 // A text as it stands, anything else as its number: what is none is 0.
@@ -235,27 +166,30 @@ Value StoredValue(const SettingsScreen& screen, const SettingsControl& control) 
   return ControlNumber(screen, control);
 }
 
-void SaveLangue(Station& station) {
-  WriteSideFileDurably(station.platform.stationFolder, kLangueFile,
-                       std::to_string(station.settings.Langue) + "\r\n");
-}
-
 void SetField(Station& station, const SettingsControl& control) {
   station.base.Tables().Cnf->Set(control.store, StoredValue(station.settings, control));
-  if (control.field == kTempsMaxiImPulsion)
-    station.engine.TempsMaxiImPulsion =
-        static_cast<int32_t>(ControlNumber(station.settings, control));
+  if (control.stored) control.stored(station);
+}
+
+bool IsHeld(const Station& station, const SettingsControl& control) {
+  return station.settings.fieldHeld.test(static_cast<size_t>(control.field));
 }
 
 void SaveFields(Station& station) {
   Recordset& table = *station.base.Tables().Cnf;
   table.MoveFirst();
   table.Edit();
-  for (const int field : kSaveOrder)
-    if (station.settings.fieldHeld.test(static_cast<size_t>(field)))
-      Guarded(station, "SettingsSave", [&] { SetField(station, *FindSettingsControl(field)); });
+  for (const SettingsControl* control : FieldsToWrite())
+    if (IsHeld(station, *control))
+      Guarded(station, "SettingsSave", [&] { SetField(station, *control); });
   table.Update();
   station.base.CheckCnf();
+}
+
+void WriteFilesOfFields(Station& station) {
+  for (const SettingsControl* control : FieldsToWrite())
+    if (control->alsoWritten && IsHeld(station, *control))
+      Guarded(station, "SettingsSave", [&] { control->alsoWritten(station); });
 }
 
 void SaveAudio(Station& station) {
@@ -293,20 +227,18 @@ void SettingsLoad(Station& station, SettingsDevices& devices) {
   station.settings = SettingsScreen{};
   station.settings.Setting = LineSetting(station);
   station.base.CheckCnf();
-  ReadFields(station, kFirstFields);
+  ReadFields(station, LoadStep::kBeforeOutputs);
   LoadAudio(station, devices);
   LoadDays(station);
-  ReadFields(station, kMiddleFields);
+  ReadFields(station, LoadStep::kBehindDays);
   LoadInstru(station);
-  ReadFields(station, kBehindInstru);
+  ReadFields(station, LoadStep::kBehindHours);
   LoadJoystickPorts(station.settings);
-  ReadField(station, kJoystiquePort);
-  ReadFields(station, kBehindJoystick);
+  ReadFields(station, LoadStep::kBehindPorts);
   LoadFiltre(station);
   station.settings.LangueNames = {"Français", "English", "Português", "Español"};
-  ReadField(station, kLangue);
-  ReadField(station, kCouleurdesCompteur);
-  Guarded(station, "SettingsLoad", [&] { LoadLocalSwitches(station); });
+  ReadFields(station, LoadStep::kBehindFilter);
+  Guarded(station, "SettingsLoad", [&] { LoadLocalValues(station); });
 }
 
 void SettingsSave(Station& station) {
@@ -315,8 +247,7 @@ void SettingsSave(Station& station) {
   if (screen.audioHeld) SaveAudio(station);
   if (screen.timesHeld) LoadSaveStartStop(station, "Save", screen.JourSemaine, false);
   if (screen.topageHeld) LoadSaveTopage(station, "Save", screen.JourSemaine, false);
-  if (screen.fieldHeld.test(kLangue))
-    Guarded(station, "SettingsSave", [&] { SaveLangue(station); });
+  WriteFilesOfFields(station);
   if (screen.instruHeld) SaveInstru(station);
   if (screen.filtreHeld) SaveFiltre(station);
   if (screen.audioHeld) Guarded(station, "SettingsSave", [&] { SaveAudioValues(station); });
@@ -337,7 +268,7 @@ void SaveControl(Station& station, const SettingsControl& control) {
     SetField(station, control);
     table.Update();
     station.base.CheckCnf();
-    if (control.field == kLangue) SaveLangue(station);
+    if (control.alsoWritten) control.alsoWritten(station);
   }
 }
 

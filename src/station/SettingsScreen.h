@@ -10,12 +10,13 @@
 #include <utility>
 #include <vector>
 
+#include "store/CnfFields.h"
+
 namespace zemo {
 
 // Thread: the logic's. Writers: SettingsLoad and the operator's hand. A slider, box, option or
 // combo holds its number; a text box or spinner its text, as it was typed.
 struct SettingsScreen {
-  static constexpr int kFields = 50;  // of Cnf
   static constexpr size_t kFilterRows = 80;
 
   // --- preferences, mix points, levels ---
@@ -76,7 +77,7 @@ struct SettingsScreen {
 
   // --- what could be read, and so may be written back. A control that could not be read keeps its
   // place empty, and what is stored stays as it is until the operator gives it a value ---
-  std::bitset<kFields + 1> fieldHeld;  // by ordinal of Cnf
+  std::bitset<Cnf::kFields + 1> fieldHeld;  // by ordinal of Cnf
   bool audioHeld = false, timesHeld = false, topageHeld = false, instruHeld = false,
        filtreHeld = false;
 };

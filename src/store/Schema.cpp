@@ -46,6 +46,11 @@ class Table {
   Table& Bool(std::string name) {
     return Plain(std::move(name), FieldType::kBool, Value(int64_t{0}));
   }
+  // A field as its type was made, under its name.
+  void Has(std::string name, Field field) {
+    field.Name = std::move(name);
+    def_.Fields.push_back(std::move(field));
+  }
   // The fields made by `add` for prefix + number, from first to last.
   template <typename AddOne>
   Table& Numbered(const std::string& prefix, int first, int last, int digits, AddOne add) {
@@ -218,59 +223,33 @@ TableDef Toph() {
       .TextNoEmpty("JourSemaine", 7, std::string("XXXXXXX"));
 }
 
-// Read by ordinal: the order below is what Cnf::Field of StationBase.h counts.
+// The types of SettingRows.inc.
+Field OfType(FieldType type, Value byDefault = {}, int size = 0) {
+  Field field;
+  field.Type = type;
+  field.Size = size;
+  field.DefaultValue = std::move(byDefault);
+  return field;
+}
+Field Int16(int64_t byDefault) {
+  return OfType(FieldType::kInt16, byDefault);
+}
+Field Int32(int64_t byDefault) {
+  return OfType(FieldType::kInt32, byDefault);
+}
+Field Text(int size, Value byDefault = {}) {
+  return OfType(FieldType::kText, std::move(byDefault), size);
+}
+Field Bool() {
+  return OfType(FieldType::kBool, Number(0));
+}
+
 TableDef Cnf() {
-  return Table("Cnf")
-      .Int16("PmixDef", Number(1600))
-      .Int16("PmixPubs", Number(500))
-      .Int16("PmixToph", Number(500))
-      .Int16("PmixJingles", Number(500))
-      .Int32("CycleMaxi", Number(9000000))
-      .Int16("Buffers", Number(4096))
-      .Int16("PrioritePubs", Number(0))
-      .Int16("Jingles", Number(15))
-      .Int16("JinglesIntro", Number(10))
-      .Int16("VolumeMusique", Number(16384))
-      .Int16("VolumeMusiqueSous", Number(6500))
-      .Int16("VolumeMusiqueSurImpression", Number(16384))
-      .Int16("VolumePubs", Number(18000))
-      .Int16("FadeOut", Number(1600))
-      .Int32("JingleCode", Number(0))
-      .Int32("JingleCodeIntro", Number(0))
-      .Text("JingleAvantPubs", 255, Empty())
-      .Text("JingleApresPubs", 255, Empty())
-      .Int16("Langue", Number(0))
-      .Int16("PortCom", Number(0))
-      .Int16("EntreSat", Number(0))
-      .Text("MESSAGESECURITE", 255, Empty())
-      .Int16("PurgeRapport", Number(30))
-      .Int16("PrioriteRubriques", Number(0))
-      .Int32("CouleurdesCompteur", Number(33023))
-      .Int16("NbrBuffers", Number(100))
-      .Int16("JingleCourt", Number(0))
-      .Int16("GraphiqueMini", Number(1))
-      .Int16("JingleEnFinIntro", Number(1))
-      .Int16("TempRequette", Number(30))
-      .Int16("Veille", Number(0))
-      .Text("TextVeille", 40)
-      .Int16("MiniFinHeure", Number(40))
-      .Bool("OptimiseToph")
-      .Int16("HOptimise", Number(50))
-      .Int16("TempsMaxiImPulsion", Number(0))
-      .Int16("SuppressionPub", Number(0))
-      .Int16("OffsetTopH", Number(58))
-      .Bool("Squelette")
-      .Int16("Instrumental", Number(0))
-      .Int16("EcartArtiste", Number(25))
-      .Int16("PubAvecTopH", Number(0))
-      .Int16("VolumeRubriques", Number(18000))
-      .Int16("CheckNational", Number(1))
-      .Int16("JingleExtraitYN", Number(0))
-      .Int16("JoystiquePort", Number(0))
-      .Int16("DecalDiff", Number(1))
-      .Int16("ExtraitAuto", Number(0))
-      .Int32("InExtrait", Number(46))
-      .Int32("OutExtrait", Number(16));
+  Table table("Cnf");
+#define SETTING(field, type, ...) table.Has(#field, type);
+#define KEPT(field, type, ...) table.Has(#field, type);
+#include "store/SettingRows.inc"
+  return table;
 }
 
 TableDef Rapport() {

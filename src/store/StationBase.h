@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "store/CnfFields.h"
 #include "store/Database.h"
 
 namespace zemo {
@@ -58,7 +59,7 @@ class StationBase {
 
   int32_t CountRecords(std::string_view table);
 
-  // Field number n (1 to 50) of the settings row as last stored by anybody. The row is read again
+  // Field number n (from 1) of the settings row as last stored by anybody. The row is read again
   // only when the base has changed; call CheckCnf once at the head of a handler and after a yield.
   // While the row cannot be read the last one read stands; before the first the schema's defaults
   // where the file is out of reach, else StoreError. It is read without waiting. The reference
@@ -88,21 +89,5 @@ class StationBase {
   std::vector<std::pair<std::string, int32_t>> counts_;  // of tables, at countsCounter_
   int64_t countsCounter_ = -1;
 };
-
-// Ordinals of the settings row, under the names of its fields (ReadCnfField(Cnf::kFadeOut)).
-namespace Cnf {
-// clang-format off
-enum Field : int {
-  kPmixDef = 1, kPmixPubs, kPmixToph, kPmixJingles, kCycleMaxi, kBuffers, kPrioritePubs, kJingles,
-  kJinglesIntro, kVolumeMusique, kVolumeMusiqueSous, kVolumeMusiqueSurImpression, kVolumePubs,
-  kFadeOut, kJingleCode, kJingleCodeIntro, kJingleAvantPubs, kJingleApresPubs, kLangue, kPortCom,
-  kEntreSat, kMESSAGESECURITE, kPurgeRapport, kPrioriteRubriques, kCouleurdesCompteur, kNbrBuffers,
-  kJingleCourt, kGraphiqueMini, kJingleEnFinIntro, kTempRequette, kVeille, kTextVeille,
-  kMiniFinHeure, kOptimiseToph, kHOptimise, kTempsMaxiImPulsion, kSuppressionPub, kOffsetTopH,
-  kSquelette, kInstrumental, kEcartArtiste, kPubAvecTopH, kVolumeRubriques, kCheckNational,
-  kJingleExtraitYN, kJoystiquePort, kDecalDiff, kExtraitAuto, kInExtrait, kOutExtrait
-};
-// clang-format on
-}  // namespace Cnf
 
 }  // namespace zemo

@@ -159,6 +159,15 @@ TEST_F(CampaignProgram, TellsAProgramOnAirToComposeAgain) {
   EXPECT_EQ(ReadText(root_ / "station/MajGrillePub.txt").size(), 12u);  // dd/mm/yyyy CR LF
 }
 
+// A byte is all that it should hold. The campaign is stored all the same.
+TEST_F(CampaignProgram, TakesAnOnAirFileOfMoreThanFourMegabytesForOneOnAir) {
+  Put("station/ZemoOnOff.Dat", "0");
+  std::filesystem::resize_file(root_ / "station/ZemoOnOff.Dat", (4 << 20) + 1);
+  const Result added = AddBakery();
+  EXPECT_EQ(added.status, 0) << added.err;
+  EXPECT_EQ(ReadText(root_ / "station/MajGrillePub.txt").size(), 12u);  // dd/mm/yyyy CR LF
+}
+
 // Known by the lock that an open program holds, whatever ZemoOnOff.Dat says.
 TEST_F(CampaignProgram, ReachesAProgramThatIsOpenButStopped) {
   const Result run = Shell(

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "app/Orders.h"
 #include "app/Script.h"
 
 namespace zemo {
@@ -11,14 +12,19 @@ namespace {
 const LocalDateTime kBegin{.year = 2026, .month = 11, .day = 21, .hour = 10};
 
 std::vector<ScriptOrder> Parse(const std::string& text) {
-  return ParseScript(text, kBegin, "s.txt");
+  return ParseScript(text, kBegin, "s.txt", Orders());
 }
 
 // The only order of a script of one line.
-ScriptOrder Single(const std::string& order) {
+GivenOrder Single(const std::string& order) {
   const auto orders = Parse("+0 " + order);
   EXPECT_EQ(orders.size(), 1u) << order;
-  return orders.empty() ? ScriptOrder{} : orders[0];
+  return orders.empty() ? GivenOrder{} : orders[0].given;
+}
+
+// The form that it was read by.
+std::string_view FormOf(const GivenOrder& given) {
+  return given.order ? given.order->form : std::string_view("none");
 }
 
 using Words = std::vector<std::string>;
@@ -34,59 +40,59 @@ std::string ErrorOf(const std::string& text) {
 
 struct Example {
   const char* line;
-  Order order;
+  const char* form;
   Words arguments;
 };
 
 TEST(Script, EveryOrderIsReadWithItsArguments) {
   const std::vector<Example> examples{
-      {"start", Order::kStart, {}},
-      {"stop", Order::kStop, {}},
-      {"next", Order::kNext, {}},
-      {"keydown 32", Order::kKeyDown, {"32"}},
-      {"keyup 105", Order::kKeyUp, {"105"}},
-      {"mode auto", Order::kMode, {"auto"}},
-      {"mode live", Order::kMode, {"live"}},
-      {"request", Order::kRequest, {}},
-      {"compose", Order::kCompose, {}},
-      {"load 7", Order::kLoad, {"7"}},
+      {"start", "start", {}},
+      {"stop", "stop", {}},
+      {"next", "next", {}},
+      {"keydown 32", "keydown VK", {"32"}},
+      {"keyup 105", "keyup VK", {"105"}},
+      {"mode auto", "mode auto|live", {"auto"}},
+      {"mode live", "mode auto|live", {"live"}},
+      {"request", "request", {}},
+      {"compose", "compose", {}},
+      {"load 7", "load CODE", {"7"}},
       {"save \"La liste\" 21/11/2026 10:30 3",
-       Order::kSave,
+       "save LABEL DATE TIME OPTION",
        {"La liste", "21/11/2026", "10:30", "3"}},
-      {"new", Order::kNew, {}},
-      {"insert music 12", Order::kInsert, {"music", "12"}},
-      {"insert jingle 1 4", Order::kInsert, {"jingle", "1", "4"}},
-      {"insert spot 2", Order::kInsert, {"spot", "2"}},
-      {"insert other 3 1", Order::kInsert, {"other", "3", "1"}},
-      {"insert extract", Order::kInsertExtract, {}},
-      {"insert extract 2", Order::kInsertExtract, {"2"}},
-      {"move 3 1", Order::kMove, {"3", "1"}},
-      {"delete 2", Order::kDelete, {"2"}},
-      {"rightclick 2", Order::kRightClick, {"2"}},
-      {"break 5", Order::kBreak, {"5"}},
-      {"break 5 at 2", Order::kBreak, {"5", "2"}},
-      {"preview 2026-12-24", Order::kPreview, {"2026-12-24"}},
-      {"local XRapport 10", Order::kLocal, {"XRapport", "10"}},
-      {"check OptionDirect on", Order::kCheck, {"OptionDirect", "on"}},
-      {"check CheckExtrait off", Order::kCheck, {"CheckExtrait", "off"}},
-      {"contact 0 on", Order::kContact, {"0", "on"}},
-      {"contact 3 off", Order::kContact, {"3", "off"}},
-      {"joystick 1 down", Order::kJoystick, {"1", "down"}},
-      {"joystick 4 up", Order::kJoystick, {"4", "up"}},
-      {"clipboard Zemo Play Now", Order::kClipboard, {"Zemo Play Now"}},
-      {"sql UPDATE Cnf SET Jingles = 0", Order::kSql, {"UPDATE Cnf SET Jingles = 0"}},
-      {"drop \"/a b/New.mdb\" New.mdb", Order::kDrop, {"/a b/New.mdb", "New.mdb"}},
-      {"remove MajGrillePub.txt", Order::kRemove, {"MajGrillePub.txt"}},
-      {"set FadeOut 2000", Order::kSet, {"FadeOut", "2000"}},
-      {"answer yes", Order::kAnswer, {"yes"}},
-      {"answer cancel", Order::kAnswer, {"cancel"}},
-      {"dump", Order::kDump, {}},
-      {"kill", Order::kKill, {}},
+      {"new", "new", {}},
+      {"insert music 12", "insert music|jingle|spot|other CODE [ROW]", {"music", "12"}},
+      {"insert jingle 1 4", "insert music|jingle|spot|other CODE [ROW]", {"jingle", "1", "4"}},
+      {"insert spot 2", "insert music|jingle|spot|other CODE [ROW]", {"spot", "2"}},
+      {"insert other 3 1", "insert music|jingle|spot|other CODE [ROW]", {"other", "3", "1"}},
+      {"insert extract", "insert extract [ROW]", {}},
+      {"insert extract 2", "insert extract [ROW]", {"2"}},
+      {"move 3 1", "move ROW ROW", {"3", "1"}},
+      {"delete 2", "delete ROW", {"2"}},
+      {"rightclick 2", "rightclick ROW", {"2"}},
+      {"break 5", "break ROW [at ROW]", {"5"}},
+      {"break 5 at 2", "break ROW [at ROW]", {"5", "2"}},
+      {"preview 2026-12-24", "preview DAY", {"2026-12-24"}},
+      {"local XRapport 10", "local NAME VALUE", {"XRapport", "10"}},
+      {"check OptionDirect on", "check CONTROL on|off", {"OptionDirect", "on"}},
+      {"check CheckExtrait off", "check CONTROL on|off", {"CheckExtrait", "off"}},
+      {"contact 0 on", "contact CONTACT on|off", {"0", "on"}},
+      {"contact 3 off", "contact CONTACT on|off", {"3", "off"}},
+      {"joystick 1 down", "joystick BUTTON down|up", {"1", "down"}},
+      {"joystick 4 up", "joystick BUTTON down|up", {"4", "up"}},
+      {"clipboard Zemo Play Now", "clipboard TEXT...", {"Zemo Play Now"}},
+      {"sql UPDATE Cnf SET Jingles = 0", "sql STATEMENT...", {"UPDATE Cnf SET Jingles = 0"}},
+      {"drop \"/a b/New.mdb\" New.mdb", "drop FILE FILENAME", {"/a b/New.mdb", "New.mdb"}},
+      {"remove MajGrillePub.txt", "remove FILENAME", {"MajGrillePub.txt"}},
+      {"set FadeOut 2000", "set FIELD VALUE", {"FadeOut", "2000"}},
+      {"answer yes", "answer yes|no|ok|cancel", {"yes"}},
+      {"answer cancel", "answer yes|no|ok|cancel", {"cancel"}},
+      {"dump", "dump", {}},
+      {"kill", "kill", {}},
   };
   for (const Example& example : examples) {
-    const ScriptOrder order = Single(example.line);
-    EXPECT_EQ(order.order, example.order) << example.line;
-    EXPECT_EQ(order.arguments, example.arguments) << example.line;
+    const GivenOrder given = Single(example.line);
+    EXPECT_EQ(FormOf(given), example.form) << example.line;
+    EXPECT_EQ(given.arguments, example.arguments) << example.line;
   }
 }
 
@@ -169,12 +175,12 @@ TEST(Script, AnErrorSaysWhichNameOrValueIsNone) {
 }
 
 TEST(Script, FieldsAndControlsAreNamedInAnyCaseAndOfScreensToComeToo) {
-  EXPECT_EQ(Single("set FADEOUT -1").order, Order::kSet);
-  EXPECT_EQ(Single("set squelette TRUE").order, Order::kSet);
-  EXPECT_EQ(Single("set Squelette -1").order, Order::kSet);
-  EXPECT_EQ(Single("check mnustartstop off").order, Order::kCheck);
-  EXPECT_EQ(Single("check CheckDelPub on").order, Order::kCheck);
-  EXPECT_EQ(Single("check Redondance on").order, Order::kCheck);
+  EXPECT_EQ(FormOf(Single("set FADEOUT -1")), "set FIELD VALUE");
+  EXPECT_EQ(FormOf(Single("set squelette TRUE")), "set FIELD VALUE");
+  EXPECT_EQ(FormOf(Single("set Squelette -1")), "set FIELD VALUE");
+  EXPECT_EQ(FormOf(Single("check mnustartstop off")), "check CONTROL on|off");
+  EXPECT_EQ(FormOf(Single("check CheckDelPub on")), "check CONTROL on|off");
+  EXPECT_EQ(FormOf(Single("check Redondance on")), "check CONTROL on|off");
 }
 
 TEST(Script, TheWholeFileIsCheckedAlthoughItsFirstLinesAreGood) {
@@ -214,9 +220,9 @@ TEST(Script, CommentsBlankLinesTabsAndBothLineEndsAreTaken) {
       "+1 delete 2 #here too\n"
       "#+1 dump\n");
   ASSERT_EQ(orders.size(), 2u);
-  EXPECT_EQ(orders[0].order, Order::kStart);
-  EXPECT_EQ(orders[1].order, Order::kDelete);
-  EXPECT_EQ(orders[1].arguments, Words{"2"});
+  EXPECT_EQ(FormOf(orders[0].given), "start");
+  EXPECT_EQ(FormOf(orders[1].given), "delete ROW");
+  EXPECT_EQ(orders[1].given.arguments, Words{"2"});
 }
 
 TEST(Script, LinesKeepTheirNumbers) {
@@ -243,7 +249,7 @@ TEST(Script, ClipboardAndSqlTakeTheRestOfTheLineAsItStands) {
 }
 
 TEST(Script, AnArgumentIsReadAsANumberAndAMissingOneIsZero) {
-  const ScriptOrder order = Single("insert music 12");
+  const GivenOrder order = Single("insert music 12");
   EXPECT_EQ(order.Number(1), 12);
   EXPECT_FALSE(order.Has(2));
   EXPECT_EQ(order.Number(2), 0);

@@ -241,5 +241,30 @@ TEST_F(Why, AChoiceIsThatOfTheTitlesFirstRowAfterIt) {
   EXPECT_EQ(told, "no request known\nbrought by a request\nno request known\n");
 }
 
+TEST_F(Why, ChoicesOfMoreThanFourMegabytesAreNotRead) {
+  MakeStation({10}, true);
+  Put("machine/Choices.Txt", "");
+  std::filesystem::resize_file(root_ / "machine/Choices.Txt", (4 << 20) + 1);
+  const Result result = Run(Asking("--report 1"));
+  EXPECT_EQ(result.status, 1);
+  ExpectError(result, "Choices.Txt is larger than 4 MB: it is not read");
+}
+
+// A week of a busy station's choices is longer than what one on air keeps.
+TEST_F(Why, ChoicesOfASimulationAreReadUpToSixtyFourMegabytes) {
+  std::string choices(5 << 20, '\n');
+  choices +=
+      "{\"report\":1,\"artist\":\"A\",\"title\":\"T\",\"genre\":\"G\",\"date\":\"21/11/2026\","
+      "\"time\":\"10:00:00\",\"moment\":46347.5}\n";
+  Put("choices", choices);
+  const Result told = Run("why --choices choices --report 1");
+  EXPECT_EQ(told.status, 0) << told.err;
+  EXPECT_EQ(LinesOf(told.out).at(0), "no request known");
+  std::filesystem::resize_file(root_ / "choices", (64 << 20) + 1);
+  const Result refused = Run("why --choices choices --report 1");
+  EXPECT_EQ(refused.status, 1);
+  ExpectError(refused, "choices is larger than 64 MB: it is not read");
+}
+
 }  // namespace
 }  // namespace zemo

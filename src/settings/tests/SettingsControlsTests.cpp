@@ -1,4 +1,7 @@
 // What the operator does on the settings screen: ranges, couplings, devices, lists and buttons.
+#include <algorithm>
+#include <set>
+
 #include "platform/LocalValues.h"
 #include "settings/tests/SettingsStation.h"
 
@@ -49,7 +52,7 @@ TEST_F(SettingsControls, TheEndsOfARangeAreTaken) {
                 std::nullopt);
       continue;
     }
-    EXPECT_EQ(Set(control.name, std::to_string(LowestNumber(control))), std::nullopt);
+    EXPECT_EQ(Set(control.name, std::to_string(control.lowest)), std::nullopt);
     EXPECT_EQ(Set(control.name, std::to_string(control.most)), std::nullopt);
   }
   SettingsSave(station);
@@ -73,18 +76,42 @@ TEST_F(SettingsControls, BuffersThatReachTooFarAreRefusedWithTheReason) {
   EXPECT_EQ(Set("Buffers", "8192"), std::nullopt);
 }
 
-TEST_F(SettingsControls, EveryFieldButThreeHasAControlAndItsDefault) {
-  int fields = 0;
-  for (int field = 1; field <= SettingsScreen::kFields; ++field)
-    fields += FindSettingsControl(field) != nullptr ? 1 : 0;
-  EXPECT_EQ(fields, 47);
-  EXPECT_EQ(FindSettingsControl(Cnf::kJingleCode), nullptr);
-  EXPECT_EQ(FindSettingsControl(Cnf::kJingleCodeIntro), nullptr);
-  EXPECT_EQ(FindSettingsControl(Cnf::kMESSAGESECURITE), nullptr);
-  EXPECT_EQ(DefaultText(*FindSettingsControl("pmixdef")), "1600");
-  EXPECT_EQ(DefaultText(*FindSettingsControl("XRapport")), "20");
-  EXPECT_EQ(DefaultText(*FindSettingsControl("TextVeille")), "");
+// --- the rows ---
+
+TEST_F(SettingsControls, EveryFieldButThreeHasAControl) {
+  std::vector<int> without;
+  for (int field = 1; field <= Cnf::kFields; ++field) {
+    const auto shows = [&](const SettingsControl& control) { return control.field == field; };
+    const auto& controls = zemo::SettingsControls();
+    if (std::none_of(controls.begin(), controls.end(), shows)) without.push_back(field);
+  }
+  EXPECT_EQ(without,
+            (std::vector<int>{Cnf::kJingleCode, Cnf::kJingleCodeIntro, Cnf::kMESSAGESECURITE}));
+}
+
+TEST_F(SettingsControls, AControlIsFoundByEitherOfItsNamesAndKnowsItsDefault) {
+  EXPECT_EQ(FindSettingsControl("pmixdef"), FindSettingsControl("EnchDef"));
+  EXPECT_EQ(FindSettingsControl("pmixdef")->byDefault, "1600");
+  EXPECT_EQ(FindSettingsControl("XRapport")->byDefault, "20");
+  EXPECT_EQ(FindSettingsControl("PlayCombo")->byDefault, "-1");
+  EXPECT_EQ(FindSettingsControl("TextVeille")->byDefault, "");
   EXPECT_EQ(FindSettingsControl("nothing"), nullptr);
+}
+
+TEST_F(SettingsControls, TwoRowsShareNoNameAndNoPlace) {
+  std::set<std::string> names, places;
+  for (const SettingsControl& control : zemo::SettingsControls()) {
+    EXPECT_TRUE(names.insert(control.name).second) << control.name;
+    SettingsScreen marked;
+    if (const auto* number = std::get_if<SettingsControl::Number>(&control.place)) {
+      marked.** number = 12345;
+    } else {
+      marked.*std::get<SettingsControl::Typed>(control.place) = "12345";
+    }
+    for (const SettingsControl& other : zemo::SettingsControls())
+      EXPECT_EQ(ControlText(marked, other) == "12345", &other == &control)
+          << control.name << " " << other.name;
+  }
 }
 
 TEST_F(SettingsControls, ShowsSecondsSharesAndMinutesBesideTheNumbers) {

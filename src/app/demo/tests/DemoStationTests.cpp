@@ -9,7 +9,6 @@
 #include <memory>
 #include <sstream>
 
-#include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/check/Check.h"
 #include "app/demo/Demo.h"
@@ -84,13 +83,12 @@ TEST(DemoStation, GoesOnAirByItselfAtAnyHour) {
   const TemporaryFolder folder;
   ASSERT_EQ(Make(folder / "station"), "(no error)");
   for (const int hour : {0, 9, 23}) {
-    CommandLine line;
-    line.command = Command::kSimulate;
-    line.station = folder / "station";
-    line.from = LocalDateTime{2026, 11, 20, hour, 5, 0, 0};
-    line.forMs = 3000;
-    line.trace = folder / "trace";
-    ASSERT_EQ(RunSimulate(line), 0);
+    SimulateOptions options;
+    options.station = folder / "station";
+    options.from = LocalDateTime{2026, 11, 20, hour, 5, 0, 0};
+    options.forMs = 3000;
+    options.trace = folder / "trace";
+    ASSERT_EQ(RunSimulate(options), 0);
     const std::string trace = folder.Get("trace");
     EXPECT_NE(trace.find("\"event\":\"onair\""), std::string::npos) << hour << " h:\n" << trace;
   }
@@ -121,15 +119,14 @@ TEST(DemoStation, CampaignGridsHaveTheShapeOfTheirRecords) {
 TEST(DemoStation, HasBreaksInEveryHourOfTheDay) {
   const TemporaryFolder folder;
   ASSERT_EQ(Make(folder / "station"), "(no error)");
-  CommandLine line;
-  line.command = Command::kSimulate;
-  line.station = folder / "station";
-  line.from = RealClock().LocalNow();
-  line.from->hour = 12;
-  line.noStart = true;
-  line.forMs = 1000;
-  line.trace = folder / "trace";
-  ASSERT_EQ(RunSimulate(line), 0);
+  SimulateOptions options;
+  options.station = folder / "station";
+  options.from = RealClock().LocalNow();
+  options.from->hour = 12;
+  options.noStart = true;
+  options.forMs = 1000;
+  options.trace = folder / "trace";
+  ASSERT_EQ(RunSimulate(options), 0);
   const std::string trace = folder.Get("trace");
   EXPECT_NE(trace.find("\"event\":\"grid\",\"rows\":44,\"spots\":112,\"news\":32"),
             std::string::npos)

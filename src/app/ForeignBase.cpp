@@ -1,0 +1,53 @@
+#include "app/ForeignBase.h"
+
+#include <sqlite3.h>
+
+#include <memory>
+
+#include "app/Orders.h"
+#include "store/TableDefs.h"
+
+namespace zemo {
+
+namespace {
+constexpr int kLockWaitMs = 5000;
+
+struct CloseConnection {
+  void operator()(sqlite3* connection) const { sqlite3_close(connection); }
+};
+struct Finalize {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using OwnConnection = std::unique_ptr<sqlite3, CloseConnection>;
+
+OwnConnection Connect(const std::string& path) {
+  sqlite3* opened = nullptr;
+  const int result = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+  OwnConnection connection(opened);
+  if (result != SQLITE_OK) throw OrderError(sqlite3_errstr(result), result);
+  sqlite3_busy_timeout(connection.get(), kLockWaitMs);
+  return connection;
+}
+}  // namespace
+
+void ExecuteFromOutside(const std::string& basePath, const std::string& statement) {
+  const OwnConnection connection = Connect(basePath);
+  const int result = sqlite3_exec(connection.get(), statement.c_str(), nullptr, nullptr, nullptr);
+  if (result != SQLITE_OK) throw OrderError(sqlite3_errmsg(connection.get()), result);
+}
+
+void SetCnfFromOutside(const std::string& basePath, const Field& field, const std::string& value) {
+  const OwnConnection connection = Connect(basePath);
+  sqlite3_stmt* prepared = nullptr;
+  int result =
+      sqlite3_prepare_v2(connection.get(), ("UPDATE Cnf SET \"" + field.Name + "\" = ?").c_str(),
+                         -1, &prepared, nullptr);
+  const std::unique_ptr<sqlite3_stmt, Finalize> statement(prepared);
+  if (result == SQLITE_OK) {
+    sqlite3_bind_text(statement.get(), 1, value.c_str(), -1, SQLITE_TRANSIENT);
+    result = sqlite3_step(statement.get());
+  }
+  if (result != SQLITE_DONE) throw OrderError(sqlite3_errmsg(connection.get()), result);
+}
+
+}  // namespace zemo

@@ -1,0 +1,109 @@
+// The orders that are an operator's act: they take the station and nothing of a simulation.
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <iterator>
+
+#include "app/ForeignBase.h"
+#include "app/Moments.h"
+#include "app/OrderHandlers.h"
+#include "app/Orders.h"
+#include "app/ScriptControls.h"
+#include "engine/DayGridControls.h"
+#include "engine/OperatorControls.h"
+#include "engine/StoredPlaylists.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "store/Schema.h"
+
+namespace zemo {
+
+namespace {
+constexpr std::string_view kYes[] = {"true", "yes", "on"};
+constexpr std::string_view kNo[] = {"false", "no", "off"};
+
+template <size_t Count>
+bool IsOneOf(std::string_view text, const std::string_view (&words)[Count]) {
+  return std::any_of(std::begin(words), std::end(words),
+                     [&](std::string_view word) { return EqualNoCase(text, word); });
+}
+
+// A number, or for a yes/no field a word. Whether a number is in the field's range, the base tells.
+bool FitsField(const Field& field, std::string_view value) {
+  if (field.Type == FieldType::kText || field.Type == FieldType::kMemo) return true;
+  if (field.Type == FieldType::kBool && (IsOneOf(value, kYes) || IsOneOf(value, kNo))) return true;
+  double number = 0;
+  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+  return error == std::errc() && end == value.data() + value.size() && std::isfinite(number);
+}
+
+// A yes/no field takes the words too, and any number that is not 0 as yes.
+std::string StoredForm(const Field& field, const std::string& value) {
+  if (field.Type != FieldType::kBool) return value;
+  if (IsOneOf(value, kYes)) return "-1";
+  if (IsOneOf(value, kNo)) return "0";
+  return Val(value) != 0 ? "-1" : "0";
+}
+}  // namespace
+
+void SetMode(Station& station, const GivenOrder& given) {
+  ToolbarButton(station, given.arguments[0] == "auto" ? Toolbar::kAutomatic : Toolbar::kLive);
+}
+
+void LoadList(Station& station, const GivenOrder& given) {
+  if (!SelectStoredList(station, given.Number(0)))
+    throw OrderError("there is no stored list " + given.arguments[0]);
+}
+
+void SaveList(Station& station, const GivenOrder& given) {
+  MainScreen& screen = station.screen;
+  screen.ComboPLS.text = given.arguments[0];
+  screen.LblDate = given.arguments[1];
+  screen.ChHeure = given.arguments[2];
+  screen.OptPls = given.Number(3);
+  BtnSauve_Click(station);
+}
+
+void InsertCard(Station& station, const GivenOrder& given) {
+  const std::string& kind = given.arguments[0];
+  BrowseList list = BrowseList::kMusic;
+  if (kind == "jingle") list = BrowseList::kJingles;
+  if (kind == "spot") list = BrowseList::kSpots;
+  if (kind == "other") list = BrowseList::kOthers;
+  if (!DropFromLibrary(station, list, given.Number(1), given.Number(2)))
+    throw OrderError("the library holds no " + kind + " " + given.arguments[1]);
+}
+
+void CopyBreak(Station& station, const GivenOrder& given) {
+  if (given.Has(1)) OpenGridForInsertion(station);
+  if (!BtnCopyPub_Click(station, given.Number(0), given.Number(1)))
+    throw OrderError("the day's grid has no row " + given.arguments[0]);
+}
+
+void PreviewDay(Station& station, const GivenOrder& given) {
+  if (BtnPubJourX_Click(station)) PickPreviewDay(station, *ParseDay(given.arguments[0]));
+}
+
+void Check(Station& station, const GivenOrder& given) {
+  if (!SetCheck(station, given.arguments[0], given.arguments[1] == "on"))
+    throw OrderError("the screen has no " + given.arguments[0]);
+}
+
+std::string NoSuchCheck(const GivenOrder& given) {
+  if (IsCheckControl(given.arguments[0])) return {};
+  return "no screen has a check box or check menu '" + given.arguments[0] + "'";
+}
+
+void SetCnf(Station& station, const GivenOrder& given) {
+  const Field& field = *FindSchemaTable("Cnf")->FindField(given.arguments[0]);
+  SetCnfFromOutside(station.base.Path(), field, StoredForm(field, given.arguments[1]));
+}
+
+std::string NoSuchSetting(const GivenOrder& given) {
+  const Field* field = FindSchemaTable("Cnf")->FindField(given.arguments[0]);
+  if (!field) return "Cnf has no field '" + given.arguments[0] + "'";
+  if (FitsField(*field, given.arguments[1])) return {};
+  return "'" + given.arguments[1] + "' is no value of " + field->Name;
+}
+
+}  // namespace zemo

@@ -1,0 +1,96 @@
+// The table of the orders, and who can carry them out.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "app/Orders.h"
+#include "support/ReadmeTable.h"
+#include "support/TestStation.h"
+
+namespace zemo::test {
+namespace {
+
+GivenOrder Given(const std::string& text) {
+  return ReadOrder(Orders(), text);
+}
+
+// Why it cannot be carried out on a station that is no simulation; empty: it was.
+std::string Refusal(Station& station, const std::string& text) {
+  try {
+    CarryOut(station, Given(text));
+  } catch (const OrderError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+struct OperatorOrders : testing::Test {
+  OperatorOrders() : on("2026-11-21 12:00:00") { on.Load(); }
+  TestStation on;
+  Station& station = on.station;
+};
+
+TEST_F(OperatorOrders, StartAndStopAnyStation) {
+  EXPECT_EQ(Refusal(station, "start"), "");
+  EXPECT_TRUE(station.engine.IsRunning);
+  EXPECT_EQ(Refusal(station, "stop"), "");
+  EXPECT_FALSE(station.engine.IsRunning);
+}
+
+TEST_F(OperatorOrders, TickTheControlsOfItsScreen) {
+  EXPECT_EQ(Refusal(station, "check CheckNoJingle on"), "");
+  EXPECT_TRUE(station.engine.CheckNoJingle);
+  EXPECT_EQ(Refusal(station, "check CheckNoJingle off"), "");
+  EXPECT_FALSE(station.engine.CheckNoJingle);
+}
+
+TEST_F(OperatorOrders, ChangeItsBaseAndItsMachine) {
+  EXPECT_EQ(Refusal(station, "set FadeOut 1234"), "");
+  EXPECT_EQ(Refusal(station, "set Squelette yes"), "");
+  EXPECT_EQ(Refusal(station, "local XRapport 7"), "");
+  EXPECT_EQ(on.SqlText("SELECT FadeOut || ' ' || Squelette FROM Cnf"), "1234 -1");
+  EXPECT_EQ(on.localValues.Get("XRapport"), "7");
+}
+
+TEST_F(OperatorOrders, AreRefusedWithTheReason) {
+  EXPECT_EQ(Refusal(station, "load 3"), "there is no stored list 3");
+  EXPECT_EQ(Refusal(station, "insert spot 9"), "the library holds no spot 9");
+  EXPECT_EQ(Refusal(station, "break 9"), "the day's grid has no row 9");
+  EXPECT_EQ(Refusal(station, "set FadeOut 99999"),
+            "CHECK constraint failed: Cnf.FadeOut holds whole numbers from -32768 to 32767");
+}
+
+TEST_F(OperatorOrders, AreNotThoseOfASimulation) {
+  for (const char* text :
+       {"keydown 32", "keyup 32", "contact 1 on", "joystick 1 down", "clipboard text",
+        "sql SELECT 1", "drop /a b", "remove b", "answer yes", "kill"}) {
+    const GivenOrder given = Given(text);
+    EXPECT_EQ(Refusal(station, text),
+              "only a simulation has the order " + std::string(given.order->Name()));
+  }
+}
+
+TEST(Orders, EachHasAFormOfItsOwnAndSaysWhatItDoes) {
+  std::set<std::string_view> forms;
+  for (const Order& order : Orders()) {
+    EXPECT_TRUE(forms.insert(order.form).second) << order.form;
+    EXPECT_NE(order.Name(), "");
+    EXPECT_NE(order.help, "") << order.form;
+  }
+}
+
+TEST(Orders, StandInReadmeAsInTheirTable) {
+  std::string rows;
+  for (const Order& order : Orders())
+    rows += ReadmeRow(std::string(order.form), std::string(order.help));
+  EXPECT_EQ(ReadmeTable(ZEMO_README, "| Order | What it does |"), rows);
+}
+
+TEST(Orders, AnEmptyOneIsNone) {
+  EXPECT_THROW(Given(""), UnreadableOrder);
+  EXPECT_THROW(Given("  # nothing"), UnreadableOrder);
+}
+
+}  // namespace
+}  // namespace zemo::test

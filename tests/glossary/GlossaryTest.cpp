@@ -1,0 +1,144 @@
+// docs/glossary.md tells every column of the schema, every setting and every control, each in one
+// line, and nothing else. What is missing on either side is told by its name.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "engine/Forecast.h"
+#include "engine/screens/CalendarWindow.h"
+#include "engine/screens/ForecastWindow.h"
+#include "engine/screens/LockDialog.h"
+#include "engine/screens/SaverWindow.h"
+#include "engine/screens/SkeletonWindow.h"
+#include "engine/screens/tests/ScreenFixture.h"
+#include "glossary/Glossary.h"
+#include "settings/SettingsControls.h"
+#include "store/Schema.h"
+
+namespace zemo::test {
+namespace {
+
+std::string TextOf(const std::string& path) {
+  std::ifstream file(path);
+  std::ostringstream text;
+  text << file.rdbuf();
+  EXPECT_NE(text.str(), "") << path;
+  return text.str();
+}
+
+std::map<std::string, Names> Glossary() {
+  Names faults;
+  auto sections = ReadGlossary(TextOf(ZEMO_GLOSSARY), faults);
+  EXPECT_EQ(faults, Names{});
+  return sections;
+}
+
+void ExpectSame(const std::string& section, const Names& told, const Names& present) {
+  for (const std::string& name : present)
+    EXPECT_TRUE(told.contains(name)) << section << ": the glossary lacks `" << name << "`";
+  for (const std::string& name : told)
+    EXPECT_TRUE(present.contains(name)) << section << ": there is no `" << name << "`";
+}
+
+Names Controls(const std::string& header, const std::string& structName) {
+  return ControlsIn(TextOf(ZEMO_SOURCES "/" + header), structName);
+}
+
+TEST(Glossary, TellsEveryColumnOfEveryTable) {
+  const auto sections = Glossary();
+  Names tables;
+  for (const TableDef& table : SchemaTables()) {
+    tables.insert("Table " + table.Name);
+    Names columns;
+    for (const Field& field : table.Fields) columns.insert(field.Name);
+    const auto told = sections.find("Table " + table.Name);
+    ExpectSame(table.Name, told == sections.end() ? Names{} : told->second, columns);
+  }
+  for (const auto& [section, names] : sections)
+    EXPECT_TRUE(!section.starts_with("Table ") || tables.contains(section)) << section;
+}
+
+TEST(Glossary, TellsEveryControlOfTheSettings) {
+  Names present = Controls("station/SettingsScreen.h", "SettingsScreen");
+  for (const SettingsControl& control : SettingsControls()) {
+    present.insert(control.name);
+    if (control.in != StoredIn::kCnf) present.insert(control.store);
+  }
+  ExpectSame("Settings screen", Glossary()["Settings screen"], present);
+}
+
+TEST(Glossary, TellsEveryControlOfTheEditors) {
+  auto sections = Glossary();
+  ExpectSame("Model editor", sections["Model editor"],
+             Controls("station/ModelEditor.h", "ModelEditor"));
+  Names campaign = Controls("traffic/CampaignGrid.h", "CampaignForm");
+  campaign.merge(Controls("traffic/CampaignEditor.h", "CampaignEditor"));
+  ExpectSame("Campaign editor", sections["Campaign editor"], campaign);
+}
+
+struct NoForecast : ForecastSource {
+  std::vector<ForecastLine> lines;
+  std::string fault;
+  void Start(const ForecastWish&) override {}
+  State Now() const override { return State::kIdle; }
+  const std::vector<ForecastLine>& Lines() const override { return lines; }
+  const std::string& Fault() const override { return fault; }
+};
+
+// The names of the window's controls and menus. Qt names some of its own.
+void AddNamesOf(const QObject& window, Names& names) {
+  QList<const QObject*> objects{&window};
+  for (const QObject* object : window.findChildren<QObject*>()) objects.push_back(object);
+  for (const QObject* object : objects) {
+    const std::string name = object->objectName().toStdString();
+    const bool ofQt = name.starts_with("qt_") || name.starts_with("_");
+    if (!name.empty() && !ofQt) names.insert(name);
+  }
+}
+
+using GlossaryOfScreens = Screen;
+
+TEST_F(GlossaryOfScreens, TellsEveryControlOfTheOnAirScreenAndItsDialogues) {
+  Open();
+  Names present = Controls("station/MainScreen.h", "MainScreen");
+  QTest::keyClick(Find("ListRech"), Qt::Key_Menu);
+  AddNamesOf(*window, present);
+  AddNamesOf(CalendarWindow(0, on.station.Now(), nullptr), present);
+  AddNamesOf(LockDialog(on.station, 0, nullptr), present);
+  AddNamesOf(SaverWindow([] { return QString(); }, [] {}), present);
+  NoForecast forecast;
+  AddNamesOf(ForecastWindow(on.station, forecast, 0, nullptr), present);
+  AddNamesOf(SkeletonWindow(
+                 on.station, 0, 8, [](std::function<void()>) {}, nullptr),
+             present);
+  ExpectSame("On-air screen", Glossary()["On-air screen"], present);
+}
+
+TEST(Glossary, AColumnsRangeStandsForAllOfIt) {
+  Names faults;
+  const auto sections = ReadGlossary(
+      "## Table A\n\n| Name | What it is |\n|---|---|\n| `B08` to `B11` | four |\n| `C` |  |\n"
+      "| `D` | one |\n| `D` | again |\n## Other\n| `D` | elsewhere |\n",
+      faults);
+  EXPECT_EQ(sections.at("Table A"), (Names{"B08", "B09", "B10", "B11", "C", "D"}));
+  EXPECT_EQ(sections.at("Other"), (Names{"D"}));
+  EXPECT_EQ(faults, (Names{"Table A: C has no text", "Table A: D stands twice"}));
+}
+
+TEST(Glossary, ControlsAreFoundInAHeader) {
+  const std::string header =
+      "struct Other { int X; };\n"
+      "struct Form : Base {\n"
+      "  std::string LblCode, Other = \"a, B\";  // no Comment\n"
+      "  std::array<std::pair<A, B>, kRows> Grid{};\n"
+      "  struct Item { int Hidden; };\n"
+      "  struct { int Inner; } Combo;\n"
+      "  bool BtnEnabled = true, visible = false;\n"
+      "  uint32_t Led[4] = {kOff};\n"
+      "};\n";
+  EXPECT_EQ(ControlsIn(header, "Form"), (Names{"LblCode", "Other", "Grid", "Combo", "Btn", "Led"}));
+}
+
+}  // namespace
+}  // namespace zemo::test
