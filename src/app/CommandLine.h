@@ -13,8 +13,21 @@
 namespace zemo {
 
 enum class Command {
-  kScreen, kRun, kSimulate, kRender, kDemo, kCheck, kWhy, kGrid, kSettings, kCampaign,
-  kModelsExport, kModelsList, kAffidavit, kDevices, kCompact
+  kScreen,
+  kRun,
+  kSimulate,
+  kRender,
+  kDemo,
+  kCheck,
+  kWhy,
+  kGrid,
+  kSettings,
+  kCampaign,
+  kModelsExport,
+  kModelsList,
+  kAffidavit,
+  kDevices,
+  kCompact
 };
 
 struct CommandLine {
@@ -27,9 +40,9 @@ struct CommandLine {
   std::string script;            // file; empty: none
   std::string trace = "-";
   std::string choices;  // file: of a simulation to be made, of why to be read; empty: none
-  std::string audio;   // file of render
-  std::string file;    // spreadsheet of models export and affidavit
-  std::string folder;  // of demo and check
+  std::string audio;    // file of render
+  std::string file;     // spreadsheet of models export and affidavit
+  std::string folder;   // of demo and check
   bool inPlace = false;
   bool noStart = false;
   std::optional<int32_t> code;       // of why: the card asked about, or ...
@@ -38,8 +51,8 @@ struct CommandLine {
   std::optional<LocalDateTime> day;  // of grid; none: today
   std::string advertiser;            // of affidavit, and its days, which it needs
   std::optional<LocalDateTime> firstDay, lastDay;
-  std::string csv;                   // file of affidavit; empty: none
-  std::string settingAction;         // of settings: "get", "set" or "list"
+  std::string csv;            // file of affidavit; empty: none
+  std::string settingAction;  // of settings: "get", "set" or "list"
   std::string settingName, settingValue;
   bool json = false;
   CampaignOptions campaign;

@@ -26,7 +26,7 @@ struct FitTables {
   explicit FitTables(size_t rows) : ChainesFit(2 * rows), SommesFit(2 * rows) {}
   std::vector<std::string> ChainesFit;  // row numbers, two digits each; from row 100 on three,
                                         // which are then read wrong
-  std::vector<int32_t> SommesFit;  // running length, ms
+  std::vector<int32_t> SommesFit;       // running length, ms
 };
 
 // What the search reads of a row.

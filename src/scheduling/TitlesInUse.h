@@ -26,8 +26,8 @@ class TitlesInUse {
 // today. Throws StoreError.
 TitlesInUse LoadTitlesInUse(Station& station);
 
-// Whether a stored list of that LADATE ("dd/mm/yyyy" or "JOURNALIER") and LHeure ("hh:mm") is due later
-// on the day of `now`.
+// Whether a stored list of that LADATE ("dd/mm/yyyy" or "JOURNALIER") and LHeure ("hh:mm") is due
+// later on the day of `now`.
 bool ListStillToCome(std::string_view date, std::string_view hourMinute, const LocalDateTime& now);
 
 }  // namespace zemo

@@ -1,5 +1,5 @@
-// An engine variable whose changes are told to an observer (the trace), and nothing else: it reads and
-// assigns like the plain value.
+// An engine variable whose changes are told to an observer (the trace), and nothing else: it reads
+// and assigns like the plain value.
 #pragma once
 
 #include <type_traits>

@@ -76,8 +76,8 @@ std::string RowsOfBase(const std::string& path) {
     std::string text;
     const auto take = [](void* lines, int count, char** values, char**) {
       for (int i = 0; i < count; ++i)
-        *static_cast<std::string*>(lines) += std::string(i > 0 ? "\t" : "") +
-                                             (values[i] ? values[i] : "NULL");
+        *static_cast<std::string*>(lines) +=
+            std::string(i > 0 ? "\t" : "") + (values[i] ? values[i] : "NULL");
       *static_cast<std::string*>(lines) += "\n";
       return 0;
     };
@@ -113,7 +113,8 @@ std::string FilesOf(const std::string& folder) {
     if (entry.is_regular_file(ignored))
       contents[fs::relative(entry.path(), folder).string()] = ContentOf(entry.path());
   std::string text;
-  for (const auto& [name, content] : contents) text.append("== ").append(name).append("\n" + content);
+  for (const auto& [name, content] : contents)
+    text.append("== ").append(name).append("\n" + content);
   return text;
 }
 
