@@ -133,10 +133,10 @@ void ReadField(Station& station, int field) {
     station.base.RequireCnf();
     const Value& value = station.base.ReadCnfField(field);
     const auto* number = std::get_if<SettingsControl::Number>(&control.place);
-    if (number && control.kind == ControlKind::kCheck)
+    const bool yesOrNo = control.kind == ControlKind::kCheck || field == kOptimiseToph ||
+                         field == kSquelette;  // the two are stored as such
+    if (number && yesOrNo)
       screen.** number = AsBool(value) ? 1 : 0;
-    else if (number && (field == kOptimiseToph || field == kSquelette))
-      screen.** number = AsBool(value) ? 1 : 0;  // stored as yes or no
     else if (number)
       screen.** number = static_cast<int32_t>(AsInt(value));
     else if (control.kind != ControlKind::kText || !Trim(AsText(value)).empty())

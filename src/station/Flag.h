@@ -19,7 +19,7 @@ class Flag {
       : name_(name), value_(value), observer_(observer) {}
   Flag(const Flag&) = delete;
 
-  operator T() const { return value_; }
+  operator T() const { return value_; }  // NOLINT(google-explicit-constructor): its purpose
   Flag& operator=(T value) {
     if (value == value_) return *this;
     value_ = value;
