@@ -118,11 +118,6 @@ std::string FilesOf(const std::string& folder) {
   return text;
 }
 
-void Replace(std::string& text, const std::string& from, const std::string& to) {
-  for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
-    text.replace(at, from.size(), to);
-}
-
 std::string NameOfTest() {
   const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
   std::string name = test ? std::string(test->test_suite_name()) + "." + test->name() : "none";
@@ -143,11 +138,9 @@ void StationRecord::Add(int64_t atMs, const Event& event) {
 
 void StationRecord::Write(const TestStation& station) {
   if (!On()) return;
-  std::string text = events_ + Line(station.loop.MonotonicMs(), DumpState(station.station)) +
-                     "==== station\n" + FilesOf(station.stationDir.Path()) + "==== machine\n" +
-                     FilesOf(station.machineDir.Path());
-  Replace(text, station.stationDir.Path(), "$STATION");
-  Replace(text, station.machineDir.Path(), "$MACHINE");
+  const std::string text = events_ + Line(station.loop.MonotonicMs(), DumpState(station.station)) +
+                           "==== station\n" + FilesOf(station.stationDir.Path()) +
+                           "==== machine\n" + FilesOf(station.machineDir.Path());
   const std::string name = folder_ + "/" + NameOfTest();
   int number = 1;
   while (fs::exists(name + "-" + std::to_string(number))) ++number;

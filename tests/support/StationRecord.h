@@ -18,8 +18,7 @@ class StationRecord {
   bool On() const { return !folder_.empty(); }
   void Add(int64_t atMs, const Event& event);  // virtual ms since the begin
   // The events, then the state, the files of both folders and the rows of the base as they are now;
-  // in a file of the running test's name. Paths of the test's own folders become "$STATION" and
-  // "$MACHINE". Call before the folders go.
+  // in a file of the running test's name. Call before the folders go.
   void Write(const TestStation& station);
 
  private:

@@ -97,9 +97,15 @@ std::string Quoted(const std::string& text) {
 }  // namespace
 
 TempFolder::TempFolder() {
-  std::string name = testing::TempDir() + "zemo-XXXXXX";
-  if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-  path_ = name;
+  const std::string begin = testing::TempDir() + "zemo-";
+  if (std::getenv("ZEMO_RECORDS")) {  // the same names in each recorded run, in a folder of its own
+    int number = 100000;
+    while (!std::filesystem::create_directory(begin + std::to_string(number))) ++number;
+    path_ = begin + std::to_string(number);
+    return;
+  }
+  path_ = begin + "XXXXXX";
+  if (!mkdtemp(path_.data())) throw std::runtime_error("no temporary folder");
 }
 
 TempFolder::~TempFolder() {
