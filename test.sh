@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Everything that must hold, in four builds: the logic without Qt and sound libraries (it has to build),
+# Everything that must hold. First what needs no build: every file stands as clang-format lays it out, and
+# clang-tidy finds nothing. Then four builds: the logic without Qt and sound libraries (it has to build),
 # the logic and the sound chain under the address and undefined-behaviour sanitizers, the sound chain
 # under the thread sanitizer, and last the release build with all tests, whose CTest summary ends the
 # run.
@@ -9,12 +10,16 @@ root="$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd -P)"
 cd -- "$root"
 jobs="$(nproc)"
 
+configure() {
+  cmake --preset "$1" --log-level=WARNING >/dev/null
+}
+
 # build PRESET TARGET...
 build() {
   local preset="$1"
   shift
   echo "== $preset"
-  cmake --preset "$preset" --log-level=WARNING >/dev/null
+  configure "$preset"
   cmake --build --preset "$preset" --parallel "$jobs" --target "$@"
 }
 
@@ -28,6 +33,26 @@ check() {
     --output-on-failure --parallel "$jobs"
 }
 
+# Tells file and line of whatever is laid out in another way.
+formatted() {
+  echo "== clang-format"
+  git ls-files -z '*.h' '*.cpp' | xargs -0 -P "$jobs" -n 20 clang-format --dry-run -Werror
+}
+
+tidy() {
+  echo "== clang-tidy"
+  configure release
+  tests/lint/tidy.py build/release
+}
+
+# The tests wait for the disk tens of thousands of times; in memory, where there is room, they do not.
+memory=/dev/shm
+if [ -w "$memory" ] && [ "$(df --output=avail -BM "$memory" | tail -n 1 | tr -dc 0-9)" -ge 4000 ]; then
+  TMPDIR="$(mktemp -d "$memory/zemo-tests-XXXXXX")"
+  export TMPDIR
+  trap 'rm -rf -- "$TMPDIR"' EXIT
+fi
+
 setup/install.sh
 # Another clone of the same sources finds the objects of this one.
 export CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=1
@@ -35,6 +60,8 @@ export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1${ASAN_OPTIONS:+:$ASAN
 export UBSAN_OPTIONS="halt_on_error=1:print_stacktrace=1${UBSAN_OPTIONS:+:$UBSAN_OPTIONS}"
 export TSAN_OPTIONS="halt_on_error=1:second_deadlock_stack=1${TSAN_OPTIONS:+:$TSAN_OPTIONS}"
 
+formatted
+tidy
 build logic zemo_test_support  # stands on the whole logic and the simulated platform
 check asan '^(logic|sound)$' zemo_tests_logic zemo_tests_sound
 check tsan '^sound$' zemo_tests_sound

@@ -97,8 +97,8 @@ void FirstComposition(benchmark::State& state) {
     SoundFileLengths fresh(many.on.opener, many.on.soundFiles);
     Station station(Platform{many.on.loop, many.loop, many.on.sound, many.on.stationFolder,
                              many.on.machineFolder, many.on.soundFiles, fresh, many.on.localValues,
-                             many.on.clipboard, many.on.messages, many.on.keyboard,
-                             many.on.system, many.on.automaton, many.on.joystick});
+                             many.on.clipboard, many.on.messages, many.on.keyboard, many.on.system,
+                             many.on.automaton, many.on.joystick});
     station.base.OpenOrCreateDatabase();
     SetSideFileNames(station);
     station.base.OpenAllTables();

@@ -49,6 +49,7 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
 
 RealStation::~RealStation() {
   loop.SetIdle(nullptr, kSoundPollMs);
+  sound->End();
 }
 
 }  // namespace zemo

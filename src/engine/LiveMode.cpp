@@ -70,7 +70,7 @@ BrowseRow OtherOf(const RowView& row) {
 void Fill(Station& station, const std::string& sql, BrowseRow (*read)(const RowView&)) {
   std::vector<BrowseRow> rows;
   station.base.Db().ReadRows(sql, [&](const RowView& row) { rows.push_back(read(row)); });
-  station.screen.ListRech.rows = std::move(rows);
+  station.screen.ListRech.rows = rows;
 }
 
 void BrowseMusic(Station& station) {

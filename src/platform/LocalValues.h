@@ -10,8 +10,8 @@ namespace zemo {
 
 class Folder;
 
-// Reads the file at each call, so that a change by hand or by another program is seen at once. Names
-// are compared without regard to case; lines that are no NAME=VALUE are kept as they stand.
+// Reads the file at each call, so that a change by hand or by another program is seen at once.
+// Names are compared without regard to case; lines that are no NAME=VALUE are kept as they stand.
 // Thread: the logic's.
 class LocalValues {
  public:

@@ -25,7 +25,8 @@ enum class SlotEnd {
 // State of the output device. kClosed and kOpen both count as "not started".
 enum class OutputState { kClosed, kOpen, kStarted };
 
-// Hears of what happens in the chain. Called on the logic's thread, never from inside a sound thread.
+// Hears of what happens in the chain. Called on the logic's thread, never from inside a sound
+// thread.
 class SoundObserver {
  public:
   virtual ~SoundObserver() = default;
@@ -42,9 +43,9 @@ class SoundChain {
   virtual void SetObserver(SoundObserver* observer) = 0;  // not owned; may be null
 
   // --- AudioFile(slot) ---
-  // Opens the file in the slot, at position 0, with the channel silent until it is started; the empty
-  // text frees the slot. What sounded there ends (kStopped, or the reason given). Throws SoundError;
-  // the slot is then free.
+  // Opens the file in the slot, at position 0, with the channel silent until it is started; the
+  // empty text frees the slot. What sounded there ends (kStopped, or the reason given). Throws
+  // SoundError; the slot is then free.
   virtual void SetFileName(int slot, const std::string& path,
                            SlotEnd reason = SlotEnd::kStopped) = 0;
   virtual const std::string& FileName(int slot) const = 0;
@@ -53,21 +54,21 @@ class SoundChain {
   virtual int32_t Length(int slot) const = 0;  // ms; 0 for a free slot
   virtual int Volume(int slot) const = 0;
   virtual void SetVolume(int slot, int volume) = 0;  // kUnityVolume is 1.0; clamped to 0..32768
-  // Fades the slot to silence over `ms`, asynchronously; the channel is done at the end of the fade.
-  // A fade asked while one runs keeps the earlier end (and is told only if its own is the earlier);
-  // 0 ms or less ends the slot at once. Nothing on a slot that does not sound.
+  // Fades the slot to silence over `ms`, asynchronously; the channel is done at the end of the
+  // fade. A fade asked while one runs keeps the earlier end (and is told only if its own is the
+  // earlier); 0 ms or less ends the slot at once. Nothing on a slot that does not sound.
   virtual void FadeOut(int slot, int ms) = 0;
 
   // --- Mixer ---
   // True when the channel has nothing to play. A channel written false without a file stays false
   // until the output runs (at Start it is done).
   virtual bool ChannelDone(int slot) const = 0;
-  // false starts the channel's file where it stands, at once or when the output starts; true silences
-  // it. A file that stands at its end has nothing to play and stays done.
+  // false starts the channel's file where it stands, at once or when the output starts; true
+  // silences it. A file that stands at its end has nothing to play and stays done.
   virtual void SetChannelDone(int slot, bool done, SlotEnd reason = SlotEnd::kStopped) = 0;
   virtual int32_t ChannelPosition(int slot) const = 0;  // ms of the file that are in the mix
   virtual bool Sounds(int slot) const = 0;  // started, with a file, not done, and the output runs
-  virtual int32_t CycleMax() const = 0;                 // ms of output run time before a restart
+  virtual int32_t CycleMax() const = 0;     // ms of output run time before a restart
   virtual void SetCycleMax(int32_t ms) = 0;
   virtual void SetPaused(bool paused) = 0;
 

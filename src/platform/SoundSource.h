@@ -16,7 +16,9 @@ inline constexpr int kChannels = 2;        // interleaved left, right
 constexpr int64_t FramesToMs(int64_t frames) {
   return (frames * 1000 + kSampleRate / 2) / kSampleRate;
 }
-constexpr int64_t MsToFrames(int64_t ms) { return (ms * kSampleRate + 500) / 1000; }
+constexpr int64_t MsToFrames(int64_t ms) {
+  return (ms * kSampleRate + 500) / 1000;
+}
 
 // A sound file or device that cannot be used; what() is one line for the log, with the path.
 struct SoundError : std::runtime_error {

@@ -32,10 +32,11 @@ std::vector<BrowseRow> RowsSince(Station& station, double serial) {
 void LoadRapportDirectLive(Station& station) {
   try {
     const LocalDateTime today = station.Now();
-    std::vector<BrowseRow> rows = RowsSince(station, DaySerial(today.year, today.month, today.day));
+    const std::vector<BrowseRow> rows =
+        RowsSince(station, DaySerial(today.year, today.month, today.day));
     if (rows.empty()) return;
     station.screen.ListRech.sorted = false;
-    station.screen.ListRech.rows = std::move(rows);
+    station.screen.ListRech.rows = rows;
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadRapportDirectLive");
   }

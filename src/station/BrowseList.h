@@ -47,6 +47,7 @@ class PackedRows {
 class BrowsedRows {
  public:
   BrowsedRows() = default;
+  // NOLINTNEXTLINE(google-explicit-constructor): a list is assigned like the rows that it is
   BrowsedRows(const std::vector<BrowseRow>& rows);
   BrowsedRows(std::initializer_list<BrowseRow> rows) : BrowsedRows(std::vector(rows)) {}
   BrowsedRows(const BrowsedRows&) = default;

@@ -1,5 +1,5 @@
-// An engine variable whose changes are told to an observer (the trace), and nothing else: it reads and
-// assigns like the plain value.
+// An engine variable whose changes are told to an observer (the trace), and nothing else: it reads
+// and assigns like the plain value.
 #pragma once
 
 #include <type_traits>
@@ -19,7 +19,7 @@ class Flag {
       : name_(name), value_(value), observer_(observer) {}
   Flag(const Flag&) = delete;
 
-  operator T() const { return value_; }
+  operator T() const { return value_; }  // NOLINT(google-explicit-constructor): its purpose
   Flag& operator=(T value) {
     if (value == value_) return *this;
     value_ = value;

@@ -37,7 +37,7 @@ struct MainScreen {
       LblOffsetBuffers, LblMaxPlayInfo, LblTopage{"", false}, LblFeu{"", false},
       LblIntro{"", false}, LblInfo{"ZEMO RADIO PRO"}, LblErreur, LblDateTitre;
   bool LblInfoScrolling = false;
-  uint32_t CounterColour = 33023;  // of the counters, 0xBBGGRR
+  uint32_t CounterColour = 33023;             // of the counters, 0xBBGGRR
   Label LblProgression{"ZEMO RADIO", false};  // progress line of requests and fittings
   bool hourglass = false;                     // the pointer, while one of them works
   int32_t Tmn = 0;                            // whole minutes remaining
@@ -63,12 +63,12 @@ struct MainScreen {
   } PasseWord;
   bool BtnCopyPubEnabled = false;
   bool ToolbarStartPressed = false;
-  bool CadreRechVisible = false;  // search and browse frame of the live mode
-  bool CadrePLVisible = false;    // stored-list editor
-  BrowseRows ListRech;             // browse list of the live mode
-  std::string Rech;                // the text that is searched for
+  bool CadreRechVisible = false;          // search and browse frame of the live mode
+  bool CadrePLVisible = false;            // stored-list editor
+  BrowseRows ListRech;                    // browse list of the live mode
+  std::string Rech;                       // the text that is searched for
   std::shared_ptr<LibrarySearch> search;  // what works for ListRech, from the first search on
-  bool SearchVisible = true;       // Rech, LblRech, RechGenre, CheckExtrait, CmdMarqueurExtrait
+  bool SearchVisible = true;  // Rech, LblRech, RechGenre, CheckExtrait, CmdMarqueurExtrait
   bool PictureNoJingleVisible = false;
   bool GPubJourVisible = false;
   bool GPubJourForInsertion = false;  // it came in place of the list to put a break in there

@@ -266,7 +266,8 @@ void PubJournaliere(Station& station, CampaignForm& form, RowYields yields) {
 
 std::string GridFileText(const TextGrid& grid, const std::function<void()>& afterRow) {
   std::vector<std::string> lines;
-  const TextGrid asItIs = grid;  // whatever happens between two rows
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may change between two rows
+  const TextGrid asItIs = grid;
   for (int row = kFirstMomentRow; row < asItIs.RowCount(); ++row) {
     for (int column = kFirstDayColumn; column < GridColumns(asItIs); ++column)
       lines.push_back(asItIs.Cell(row, column));

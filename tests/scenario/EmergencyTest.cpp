@@ -9,6 +9,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
 #include "scenario/EmergencyStation.h"
+#include "support/BaseFaults.h"
 
 namespace zemo::test {
 namespace {
@@ -116,6 +117,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class Emergency : public testing::Test {
  protected:
+  BaseFaults base;  // ahead of the station, whose base it may fail
   EmergencyStation on;
 };
 
@@ -188,10 +190,9 @@ TEST_F(Emergency, NameLongerThanTheReportIsCut) {
 TEST_F(Emergency, RowsOfALockedBaseAreWrittenLater) {
   on.PutEmergencies(3);
   on.Load();
-  std::unique_ptr<Database> other;
-  LockBase(on, other);
+  base.Arm(BasePoint::kLockToRead, BaseFault::kLocked);
   on.Start();
-  on.At(100000, [&] { other.reset(); });
+  on.At(100000, [&] { base.Disarm(); });
   on.RunUntil(120000);
   ASSERT_GE(on.EmergencyStarts().size(), 4U);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport WHERE AUTEUR = 'Secours'"),
@@ -262,10 +263,9 @@ TEST_F(Emergency, GivesWayToTheRequestOnceTheBaseIsFree) {
   on.AddTitles(20);
   on.PutEmergencies(3, 60000);
   on.Load();
-  std::unique_ptr<Database> other;
-  LockBase(on, other);
+  base.Arm(BasePoint::kLockToRead, BaseFault::kLocked);
   on.Start();
-  on.At(30000, [&] { other.reset(); });
+  on.At(30000, [&] { base.Disarm(); });
   on.RunUntil(60000);
   const auto others = on.OtherStarts();
   ASSERT_FALSE(others.empty()) << on.Describe();

@@ -129,7 +129,7 @@ class TestAutomaton : public SimAutomaton {
   }
 
  protected:
-  void Answer(std::string reply) override {
+  void Answer(const std::string& reply) override {
     if (onAnswer)
       onAnswer(reply);
     else

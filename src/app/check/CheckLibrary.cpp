@@ -29,7 +29,9 @@ std::string Counted(size_t count, const char* word) {
 
 // Passes between two of which lie `gapMinutes`.
 double PassesIn(int minutes, int gapMinutes) {
-  return gapMinutes > 0 ? 1 + (minutes - 1) / gapMinutes : kUnlimited;
+  if (gapMinutes <= 0) return kUnlimited;
+  const int behindTheFirst = (minutes - 1) / gapMinutes;
+  return 1 + behindTheFirst;
 }
 
 // A card remembers eight broadcasts: a higher number of passes is never reached.

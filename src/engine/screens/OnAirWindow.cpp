@@ -150,7 +150,7 @@ void OnAirWindow::MakeBody() {
                             .forecast = [this] { OpenForecast(); }},
                            left_);
   BrowseOrders browse;
-  browse.drop = [this](std::vector<int> rows, int row) {
+  browse.drop = [this](const std::vector<int>& rows, int row) {
     DropBrowseRows(station_, rows, row);
     model_->Sync(station_.PL);
   };

@@ -10,7 +10,8 @@ namespace zemo {
 class SimMover {
  public:
   virtual ~SimMover() = default;
-  virtual int64_t NextDueMs() const = 0;  // the next moment at which something ends; kNever for none
+  // The next moment at which something ends; kNever for none.
+  virtual int64_t NextDueMs() const = 0;
   virtual void AdvanceTo(int64_t virtualMs) = 0;
   static constexpr int64_t kNever = std::numeric_limits<int64_t>::max();
 };

@@ -31,7 +31,7 @@ class SimAutomaton : public SerialPort {
   std::string Read() override;
 
  protected:
-  virtual void Answer(std::string reply) { Arrive(reply); }
+  virtual void Answer(const std::string& reply) { Arrive(reply); }
   void Arrive(std::string_view bytes) { arrived_ += bytes; }
 
  private:

@@ -2,13 +2,12 @@
 // 46347.5 as a day serial.
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 #include "JingleLibrary.h"
 #include "scheduling/JingleSelection.h"
 #include "station/OnAirColumns.h"
 #include "store/Database.h"
 #include "store/StoreError.h"
+#include "support/BaseFaults.h"
 
 namespace zemo::test {
 namespace {
@@ -31,6 +30,7 @@ class JingleSelection : public testing::Test {
     return on.SqlText("SELECT " + field + " FROM Cnf");
   }
 
+  BaseFaults base;  // ahead of the station, whose base it may fail
   TestStation on;
 };
 
@@ -163,26 +163,18 @@ TEST_F(FindJingleInList, AFailedQueryIsLoggedAndTheCallerGoesOn) {
 // A pick writes twice; elsewhere each of the two could wait five seconds for the lock.
 TEST_F(FindJingleInList, AllThatAPickAsksOfALockedBaseWaitsForTheTicksGrantTogether) {
   AddJingle(on, {});
-  const auto other = DBEngine::OpenDatabase(on.station.base.Path());
-  other->BeginTrans();
-  other->Execute("UPDATE Cnf SET Veille = 0");
+  base.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
   on.station.base.Waiting().LetAllWait(kTickWaitMs);
-  const auto begin = std::chrono::steady_clock::now();
   FindJingle(on.station, false, 0);
-  const auto waited = std::chrono::steady_clock::now() - begin;
-  EXPECT_EQ(on.station.base.Waiting().LeftMs(), 0);  // it did meet the lock
-  EXPECT_LT(waited, std::chrono::milliseconds(kBusyTimeoutMs / 5));
+  EXPECT_EQ(base.WaitedMs(), kTickWaitMs);
   EXPECT_EQ(Texts(PL()), "JINGLE");  // it plays, only what is kept of it cannot be written
   ASSERT_EQ(on.Events("error").size(), 1U);
   EXPECT_EQ(on.Events("error")[0].Int("number"), kErrLocked);
-  other->CommitTrans();
 }
 
 TEST_F(FindJingleInList, WhatALockedBaseCannotTakeOfAPickIsWrittenWhenItIsFree) {
   const int32_t code = AddJingle(on, {});
-  const auto other = DBEngine::OpenDatabase(on.station.base.Path());
-  other->BeginTrans();
-  other->Execute("UPDATE Cnf SET Veille = 0");
+  base.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
   FindJingle(on.station, false, 0);
   ASSERT_EQ(Texts(PL()), "JINGLE");
   const auto errors = on.Events("error");
@@ -190,7 +182,7 @@ TEST_F(FindJingleInList, WhatALockedBaseCannotTakeOfAPickIsWrittenWhenItIsFree) 
   EXPECT_EQ(errors[0]["where"], "FindJingle");
   EXPECT_NE(errors[0]["text"].find("Code = " + std::to_string(code)), std::string::npos)
       << errors[0]["text"];
-  other->CommitTrans();
+  base.Disarm();
   EXPECT_EQ(LastPlayed(code), "0.0");
   on.RunUntil(6000);                       // the tick tries again after 5 s
   EXPECT_EQ(LastPlayed(code), "46347.5");  // the moment of the pick, not of the writing
@@ -201,12 +193,10 @@ TEST_F(JingleSelection, EveryJingleBeforeATitleGoesInThoughTheBaseIsLocked) {
   const int32_t before = AddJingle(on, {.label = "BEFORE", .titleCode = kTitle});
   const int32_t behind = AddJingle(on, {.label = "BEHIND", .titleCode = kTitle, .endOfTitle = 1});
   PL().Add(RowOf(kTitle));
-  const auto other = DBEngine::OpenDatabase(on.station.base.Path());
-  other->BeginTrans();
-  other->Execute("UPDATE Cnf SET Veille = 0");
+  base.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
   FindJingleAssocieAvantTitre(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "BEFORE,BEHIND,ARTIST");
-  other->CommitTrans();
+  base.Disarm();
   on.RunUntil(6000);
   EXPECT_EQ(LastPlayed(before), "46347.5");
   EXPECT_EQ(LastPlayed(behind), "46347.5");

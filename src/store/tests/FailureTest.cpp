@@ -2,11 +2,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 
+#include "store/WholeTransaction.h"
 #include "store/tests/StoreFixture.h"
+#include "support/BaseFaults.h"
 
 namespace zemo {
 namespace {
@@ -15,6 +16,8 @@ namespace fs = std::filesystem;
 
 using BaseFailure = StoreTest;
 using OpenBaseFailure = OpenBaseTest;
+using test::BaseFault;
+using test::BasePoint;
 using Compaction = OpenBaseTest;
 using Transactions = OpenBaseTest;
 
@@ -142,40 +145,80 @@ TEST_F(OpenBaseFailure, ALockedFileFailsEveryOperationAndServesAgainAfterwards) 
   Db().CommitTrans();
 }
 
-TEST_F(OpenBaseFailure, AFileLockedPastTheTimeOutIsNotWaitedForAgainBeforeItWasFree) {
+// The faults are there ahead of the base.
+struct Faults {
+  test::BaseFaults faults;
+};
+class FaultyBase : protected Faults, public OpenBaseTest {};
+
+TEST_F(FaultyBase, AFileLockedPastTheTimeOutIsNotWaitedForAgainBeforeItWasFree) {
   Db().Waiting().LetEachWait(400);
-  OtherProgram other(BasePath());
-  other.Do("BEGIN IMMEDIATE");
-  const auto began = std::chrono::steady_clock::now();
+  faults.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
   for (int i = 0; i < 20; ++i) {
     EXPECT_EQ(ErrorOf([&] { AddCard("A"); }), kErrLocked);
     EXPECT_EQ(Query("SELECT * FROM Toph")->RecordCount(), 24) << "readers are not concerned";
   }
-  const auto took = std::chrono::steady_clock::now() - began;
-  EXPECT_GE(took, std::chrono::milliseconds(300)) << "the first waits";
-  EXPECT_LT(took, std::chrono::milliseconds(4000)) << "twenty waits would take 8 s";
-  other.Do("COMMIT");
+  EXPECT_EQ(faults.WaitedMs(), 400) << "the first waits";
+  faults.Disarm();
   AddCard("B");
-  other.Do("BEGIN IMMEDIATE");
-  const auto again = std::chrono::steady_clock::now();
+  faults.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
   EXPECT_EQ(ErrorOf([&] { AddCard("C"); }), kErrLocked);
-  EXPECT_GE(std::chrono::steady_clock::now() - again, std::chrono::milliseconds(300));
+  EXPECT_EQ(faults.WaitedMs(), 800);
 }
 
-TEST_F(OpenBaseFailure, ReadersOfAFileLockedPastTheTimeOutDoNotWaitAgainEither) {
+TEST_F(FaultyBase, ReadersOfAFileLockedPastTheTimeOutDoNotWaitAgainEither) {
   Db().Waiting().LetEachWait(400);
-  OtherProgram other(BasePath());
-  other.Do("BEGIN EXCLUSIVE");
-  const auto began = std::chrono::steady_clock::now();
+  faults.Arm(BasePoint::kLockToRead, BaseFault::kLocked);
   for (int hour = 0; hour < 20; ++hour) {
     EXPECT_EQ(ErrorOf([&] { Query("SELECT * FROM Toph WHERE HEURE = " + std::to_string(hour)); }),
               kErrLocked);
   }
-  const auto took = std::chrono::steady_clock::now() - began;
-  EXPECT_GE(took, std::chrono::milliseconds(300)) << "the first waits";
-  EXPECT_LT(took, std::chrono::milliseconds(4000)) << "twenty waits would take 8 s";
-  other.Do("COMMIT");
+  EXPECT_EQ(faults.WaitedMs(), 400) << "the first waits";
+  faults.Disarm();
   EXPECT_EQ(Query("SELECT * FROM Toph")->RecordCount(), 24);
+}
+
+struct PointCase {
+  BasePoint point;
+  BaseFault fault;
+  int number;  // of the error
+  int fewest;  // passages of such a transaction
+};
+
+// A transaction of two tables, each passage of each point failing once.
+TEST_F(FaultyBase, AFaultAtAnyPassageLeavesAllOfATransactionOrNothingAndAFreeFile) {
+  Db().Waiting().LetEachWait(0);
+  const PointCase cases[] = {
+      {BasePoint::kLockToRead, BaseFault::kLocked, kErrLocked, 1},
+      {BasePoint::kLockToWrite, BaseFault::kLocked, kErrLocked, 1},
+      {BasePoint::kLockToCommit, BaseFault::kLocked, kErrLocked, 1},
+      {BasePoint::kOpen, BaseFault::kAway, kErrReadOnly, 1},  // its journal
+      {BasePoint::kWrite, BaseFault::kDiskFull, kErrDiskFull, 6},
+      {BasePoint::kSync, BaseFault::kBroken, kErrOther, 2},
+      {BasePoint::kCommit, BaseFault::kBroken, kErrOther, 1},
+  };
+  int cards = 0;
+  for (const PointCase& one : cases) {
+    for (int nth = 1;; ++nth) {
+      faults.Arm(one.point, one.fault, nth, 1);
+      const int error = ErrorOf([&] {
+        WholeTransaction whole(Db());
+        AddCard("A");
+        Db().Execute("UPDATE Toph SET FICHIER = 'x' WHERE HEURE = 1");
+        whole.Commit();
+      });
+      const int passages = faults.Passages(one.point);
+      faults.Disarm();
+      if (error == 0) ++cards;
+      EXPECT_EQ(base->CountRecords("Discotheque"), cards) << nth;
+      EXPECT_EQ(OtherProgram(BasePath()).Try("BEGIN EXCLUSIVE; ROLLBACK"), "") << nth;
+      if (passages < nth) {
+        EXPECT_GT(nth, one.fewest) << static_cast<int>(one.point);
+        break;
+      }
+      EXPECT_EQ(error, one.number) << static_cast<int>(one.point) << ' ' << nth;
+    }
+  }
 }
 
 TEST_F(OpenBaseFailure, AFileReplacedUnderTheStationIsTold) {

@@ -5,7 +5,7 @@
 
 #include "engine/BaseMaintenance.h"
 #include "settings/SideFiles.h"
-#include "support/BaseLock.h"
+#include "support/BaseFaults.h"
 #include "support/WatchedLoop.h"
 #include "traffic/CampaignImport.h"
 #include "traffic/CampaignPurge.h"
@@ -53,6 +53,7 @@ class ManyCampaigns : public testing::Test {
     return count;
   }
 
+  BaseFaults base;  // ahead of the station, whose base it may fail
   CampaignStation s;
   WatchedLoop loop;
   Station station;
@@ -88,12 +89,11 @@ TEST_F(ManyCampaigns, ComeInSlicesOfWhichNoneHoldsTheBase) {
 TEST_F(ManyCampaigns, OfWhichNoneCanBeStoredLeaveNoneAndTheFile) {
   Export(LineOf("/1.wav", "ONE") + LineOf("/2.wav", "TWO"));
   station.GPubJour.SetCell(0, 53, "21/11/26");
-  BaseLock reader(station.base.Path(), "BEGIN; SELECT * FROM GrillePub");
-  station.base.Waiting().LetEachWait(50);
+  base.Arm(BasePoint::kLockToCommit, BaseFault::kLocked);
   EXPECT_THROW(ImportExportPubs(station), StoreError);  // at the commit: somebody still reads
   EXPECT_TRUE(ExportIsThere());
   EXPECT_EQ(station.GPubJour.Cell(0, 53), "21/11/26");
-  reader.Release();
+  base.Disarm();
   EXPECT_EQ(Campaigns(), 0);
   ImportExportPubs(station);
   EXPECT_EQ(Campaigns(), 2);
@@ -102,11 +102,11 @@ TEST_F(ManyCampaigns, OfWhichNoneCanBeStoredLeaveNoneAndTheFile) {
 
 TEST_F(ManyCampaigns, OfALockedBaseAreTakenAtTheNextElement) {
   Export(ManyLines(2));
-  BaseLock lock(station.base.Path());
+  base.Arm(BasePoint::kLockToRead, BaseFault::kLocked);
   SurveilleNewBase(station);
   EXPECT_TRUE(ExportIsThere());
   EXPECT_NE(Log().find("SurveilleNewBase\t3260\t"), std::string::npos) << Log();
-  lock.Release();
+  base.Disarm();
   EXPECT_EQ(Campaigns(), 0);
   SurveilleNewBase(station);
   EXPECT_EQ(Campaigns(), 2);
@@ -218,11 +218,10 @@ TEST_F(EndedCampaigns, ThatWereChangedBehindTheirKeepingStay) {
 }
 
 TEST_F(EndedCampaigns, OfALockedBaseGoAtTheNextComposition) {
-  BaseLock lock(station.base.Path(), "BEGIN IMMEDIATE");
-  station.base.Waiting().LetEachWait(50);
+  base.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
   SuppresionPub(station);
   EXPECT_NE(Log().find("SuppresionPub\t3260\t"), std::string::npos) << Log();
-  lock.Release();
+  base.Disarm();
   EXPECT_EQ(Campaigns(), 500);
   SuppresionPub(station);
   EXPECT_EQ(Campaigns(), 0);

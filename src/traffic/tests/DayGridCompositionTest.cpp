@@ -8,7 +8,7 @@
 #include "engine/Startup.h"
 #include "settings/SideFiles.h"
 #include "station/TextForms.h"
-#include "support/BaseLock.h"
+#include "support/BaseFaults.h"
 #include "support/Campaigns.h"
 #include "support/WatchedLoop.h"
 #include "traffic/DayGridComposition.h"
@@ -45,6 +45,7 @@ class DayGridComposition : public testing::Test {
     return text;
   }
   void Compose() { MakeGrillePubGeneral(on.station); }
+  BaseFaults base;  // ahead of the station, whose base it may fail
   TestStation on;
 };
 
@@ -277,18 +278,17 @@ TEST_F(DayGridComposition, AGridWithoutAStampIsOfItsDayOnly) {
   EXPECT_EQ(Moments() + Grid().Cell(0, 53), "");
 }
 
-// Real time: another process holds the base.
 TEST_F(DayGridComposition, ALockedBaseLeavesTheGridOfTheDay) {
   AddCampaign(on, {.advertiser = "FORMER", .crosses = {"10:00"}});
   Compose();
   on.seen.clear();
-  BaseLock lock(on.station.base.Path());
+  base.Arm(BasePoint::kLockToRead, BaseFault::kLocked);
   EXPECT_FALSE(MakeGrillePubGeneral(on.station));
   ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
   EXPECT_EQ(on.Events("error")[0].Int("number"), kErrLocked);
   EXPECT_EQ(Moments() + " " + Elements(1) + " " + Grid().Cell(0, 53), "10:00 FORMER ");
   EXPECT_FALSE(on.station.engine.composing);
-  lock.Release();
+  base.Disarm();
   EXPECT_TRUE(MakeGrillePubGeneral(on.station));
   EXPECT_EQ(Moments() + " " + Grid().Cell(0, 53), "10:00 21/11/26");
 }

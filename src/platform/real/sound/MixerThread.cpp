@@ -39,21 +39,25 @@ MixerThread::Status Unpacked(uint64_t bits) {
 
 }  // namespace
 
-MixerThread::MixerThread(WishedDevice device, std::unique_ptr<SoundFileWriter> file, bool told)
-    : records_(file != nullptr),
-      file_(std::move(file)),
-      mixed_(2 * kChunkFrames),
-      samples_(2 * kChunkFrames) {
+MixerThread::MixerThread(WishedDevice device, std::unique_ptr<AirSink> sink, bool told)
+    : mixed_(2 * kChunkFrames), samples_(2 * kChunkFrames) {
   for (std::atomic<int>& volume : volumes_) volume.store(kUnityVolume, std::memory_order_relaxed);
   if (!device.systems.empty())
     device_ = std::make_unique<DeviceThread>(std::move(device), ring_, wake_, told);
+  if (sink != nullptr) sink_ = std::make_unique<SinkThread>(std::move(sink));
   thread_ = std::thread([this] { Run(); });
 }
 
 MixerThread::~MixerThread() {
+  End();
+}
+
+void MixerThread::End() {
+  if (!thread_.joinable()) return;
   quit_.store(true, std::memory_order_release);
   wake_.Signal();
   thread_.join();
+  if (sink_ != nullptr) sink_->End();
 }
 
 bool MixerThread::Send(const MixerOrder& order) {
@@ -228,15 +232,8 @@ void MixerThread::DrainFrames(int64_t frames) {
   while (frames > 0) {
     const int count = static_cast<int>(std::min<int64_t>(frames, kChunkFrames));
     ring_.Drain(samples_.data(), count);
+    if (sink_ != nullptr) sink_->Take(samples_.data(), count);
     frames -= count;
-    if (file_ == nullptr) continue;
-    try {
-      file_->Write(samples_.data(), count);
-    } catch (const SoundError& error) {
-      notices_.Put(std::string(error.what()) + ": the air goes on unrecorded", true);
-      file_.reset();
-      records_.store(false, std::memory_order_relaxed);
-    }
   }
 }
 

@@ -13,10 +13,9 @@
 #include "platform/real/sound/ClockDrain.h"
 #include "platform/real/sound/DecodedStream.h"
 #include "platform/real/sound/DeviceThread.h"
-#include "platform/real/sound/Notices.h"
 #include "platform/real/sound/OutputRing.h"
 #include "platform/real/sound/RateConverter.h"
-#include "platform/real/sound/SoundFileWriter.h"
+#include "platform/real/sound/SinkThread.h"
 #include "platform/real/sound/SpscRing.h"
 #include "platform/real/sound/WakeUp.h"
 #include "platform/sound/MixerCore.h"
@@ -55,9 +54,9 @@ class MixerThread {
   };
   static constexpr uint32_t kGenerations = 1u << 20;
 
-  // Without a device the clock drains; into the file if there is one (owned).
+  // Without a device the clock drains, into the sink if there is one.
   // `told`: that there is no device now is known already.
-  MixerThread(WishedDevice device, std::unique_ptr<SoundFileWriter> file, bool told = false);
+  MixerThread(WishedDevice device, std::unique_ptr<AirSink> sink, bool told = false);
   ~MixerThread();
 
   // --- Logic's thread ---
@@ -67,10 +66,10 @@ class MixerThread {
   OutputRing& Ring() { return ring_; }
   const OutputRing& Ring() const { return ring_; }
   DeviceThread* Device() { return device_.get(); }  // null without a device
-  Notices& Told() { return notices_; }
+  SinkThread* Sink() { return sink_.get(); }        // null without a sink
   std::atomic<uint64_t>& LateFrames() { return lateFrames_; }
-  bool Records() const { return records_.load(std::memory_order_relaxed); }  // into a file
   std::array<float, kChannels> TakePeaks();  // since the last call; full scale 1.0
+  void End();  // the mixing ends, and the sink gets all of it and is closed
 
  private:
   using Time = SteadyTime;
@@ -106,16 +105,14 @@ class MixerThread {
   std::array<std::atomic<uint64_t>, kSlots> statuses_{};  // packed, see MixerThread.cpp
   std::array<std::atomic<uint32_t>, kChannels> peaks_{};  // float bits
   std::atomic<uint64_t> lateFrames_{0};
-  std::atomic<bool> records_;
   std::atomic<bool> quit_{false};
-  Notices notices_;
   std::unique_ptr<DeviceThread> device_;
+  std::unique_ptr<SinkThread> sink_;
 
   // The mixer's own.
   MixerCore core_{true};
   std::array<DecodedStream*, kSlots> streams_{};
   std::array<Status, kSlots> slots_{};
-  std::unique_ptr<SoundFileWriter> file_;
   std::unique_ptr<RateConverter> converter_;  // null at kSampleRate
   bool running_ = false;
   bool begun_ = false;  // the ring was filled and flows

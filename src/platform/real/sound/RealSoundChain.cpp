@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "platform/real/sound/DecodedStream.h"
+#include "platform/real/sound/FileSink.h"
 #include "platform/real/sound/MixerThread.h"
 #include "platform/real/sound/SoundDevices.h"
-#include "platform/real/sound/SoundFileWriter.h"
 
 namespace zemo {
 namespace {
@@ -15,6 +15,7 @@ namespace {
 constexpr int kFrameBytes = kChannels * static_cast<int>(sizeof(int16_t));
 constexpr int kLeastAheadFrames = 65536;  // 1.5 s decoded ahead of the mixer
 constexpr int kMostAheadFrames = 262144;  // 5.9 s, 2 MB a slot
+constexpr std::chrono::minutes kLossesToldEvery{1};
 constexpr const char* kNoDevice = "no sound device on this machine";
 
 WishedDevice Wished(const DeviceWish& wish) {
@@ -27,13 +28,13 @@ WishedDevice Wished(const DeviceWish& wish) {
 using Kind = MixerOrder::Kind;
 
 RealSoundChain::RealSoundChain(SoundOpener& opener, WishedDevice device,
-                               std::unique_ptr<SoundFileWriter> file, std::string outputText,
+                               std::unique_ptr<AirSink> sink, std::string outputText,
                                SoundNotice notice, bool told)
     : SoundChainBase(opener),
       opener_(opener),
       notice_(std::move(notice)),
       outputText_(std::move(outputText)),
-      mixer_(std::make_unique<MixerThread>(std::move(device), std::move(file), told)) {}
+      mixer_(std::make_unique<MixerThread>(std::move(device), std::move(sink), told)) {}
 
 // The mixer's thread ends before the streams that it reads.
 RealSoundChain::~RealSoundChain() {
@@ -44,12 +45,35 @@ void RealSoundChain::Poll() {
   SendWaiting();
   TellEnds();
   ReapStreams();
+  TellOutput();
+  TellLosses(kLossesToldEvery);
+}
+
+void RealSoundChain::End() {
+  mixer_->End();
+  TellOutput();
+  TellLosses(std::chrono::seconds{0});
+}
+
+void RealSoundChain::TellOutput() {
   const auto take = [this](const std::string& line, bool tell) {
     outputText_ = line;
     if (tell) Tell(line);
   };
-  mixer_->Told().Take(take);
   if (mixer_->Device() != nullptr) mixer_->Device()->Told().Take(take);
+  if (mixer_->Sink() != nullptr) mixer_->Sink()->Told().Take(take);
+}
+
+void RealSoundChain::TellLosses(std::chrono::seconds every) {
+  const SinkThread* sink = mixer_->Sink();
+  const uint64_t lost = sink == nullptr ? 0 : sink->LostFrames();
+  const auto now = std::chrono::steady_clock::now();
+  if (lost == toldLost_ || (toldLost_ > 0 && now - toldLostAt_ < every)) return;
+  toldLost_ = lost;
+  toldLostAt_ = now;
+  Tell(sink->Name() + ": takes the air too slowly, " +
+       std::to_string(FramesToMs(static_cast<int64_t>(lost))) +
+       " ms of it are missing there so far");
 }
 
 void RealSoundChain::TellEnds() {
@@ -70,9 +94,14 @@ SoundHealth RealSoundChain::TakeHealth() {
   SoundHealth health;
   health.output = outputText_;
   DeviceThread* device = mixer_->Device();
-  health.heard =
-      device != nullptr ? device->GetState() == DeviceThread::State::kRunning : mixer_->Records();
+  const SinkThread* sink = mixer_->Sink();
+  health.heard = device != nullptr ? device->GetState() == DeviceThread::State::kRunning
+                                   : sink != nullptr && sink->Takes();
   health.underruns = mixer_->Ring().Underruns();
+  if (sink != nullptr) {
+    health.underruns += sink->Gaps();
+    health.lostFrames = sink->LostFrames();
+  }
   health.lateFrames = mixer_->LateFrames().load(std::memory_order_relaxed);
   const auto peaks = mixer_->TakePeaks();
   if (device == nullptr || health.heard) {
@@ -214,15 +243,15 @@ void RealSoundChain::Tell(const std::string& line) {
 
 std::unique_ptr<RealSoundChain> MakeRealSoundChain(SoundOpener& opener, const OutputSpec& wanted,
                                                    SoundNotice notice) {
-  const auto make = [&](WishedDevice device, std::unique_ptr<SoundFileWriter> file,
-                        const std::string& text, bool told) {
-    return std::make_unique<RealSoundChain>(opener, std::move(device), std::move(file), text,
+  const auto make = [&](WishedDevice device, std::unique_ptr<AirSink> sink, const std::string& text,
+                        bool told) {
+    return std::make_unique<RealSoundChain>(opener, std::move(device), std::move(sink), text,
                                             notice, told);
   };
   const std::string unheard = "no output";
   switch (wanted.kind) {
     case OutputSpec::Kind::kFile:
-      return make({}, std::make_unique<SoundFileWriter>(wanted.name), "file " + wanted.name, false);
+      return make({}, std::make_unique<FileSink>(wanted.name), "file " + wanted.name, false);
     case OutputSpec::Kind::kNull:
       return make({}, nullptr, unheard, false);
     case OutputSpec::Kind::kDevice:

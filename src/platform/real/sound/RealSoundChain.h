@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -17,17 +18,20 @@
 
 namespace zemo {
 
+class AirSink;
 class DecodedStream;
 class MixerThread;
-class SoundFileWriter;
 struct MixerOrder;
 
 // How the sound fares, for a health line.
 struct SoundHealth {
-  std::string output;       // what plays, in words
-  bool heard = false;       // the output reaches a device or a file
-  uint64_t underruns = 0;   // times the output found too little to play, since the beginning
+  std::string output;  // what plays, in words
+  bool heard = false;  // the output reaches a device or a file
+  // Times the output found too little to play, or its file was too slow to take it; since the
+  // beginning.
+  uint64_t underruns = 0;
   uint64_t lateFrames = 0;  // frames of silence for late decoders, since the beginning
+  uint64_t lostFrames = 0;  // frames that a slow file could not take and has as silence; the same
   float peakLeft = 0.0f;  // since the last question, 0 while a device is not heard; full scale 1.0
   float peakRight = 0.0f;
 };
@@ -38,9 +42,9 @@ using SoundNotice = std::function<void(const std::string& line)>;
 // Thread: the logic's.
 class RealSoundChain final : public SoundChainBase {
  public:
-  // `device` or `file` (at most one) takes the sound; with neither a clock does. `told`: the
+  // `device` or `sink` (at most one) takes the sound; with neither a clock does. `told`: the
   // operator knows already that there is no device now.
-  RealSoundChain(SoundOpener& opener, WishedDevice device, std::unique_ptr<SoundFileWriter> file,
+  RealSoundChain(SoundOpener& opener, WishedDevice device, std::unique_ptr<AirSink> sink,
                  std::string outputText, SoundNotice notice, bool told = false);
   ~RealSoundChain() override;
 
@@ -49,6 +53,8 @@ class RealSoundChain final : public SoundChainBase {
   SoundHealth TakeHealth();
   // Another device, from the next opening of the output on; nothing where the output is none.
   void ChooseDevice(const std::string& key);
+  // The sound ends for good: what its sink has not taken yet it gets, and what fails is told.
+  void End();
 
  protected:
   void LoadSlot(int slot, const std::string& path, std::unique_ptr<SoundSource> source) override;
@@ -81,6 +87,8 @@ class RealSoundChain final : public SoundChainBase {
   void Send(const MixerOrder& order);
   void SendWaiting();
   void TellEnds();
+  void TellOutput();
+  void TellLosses(std::chrono::seconds every);
   void Tell(const std::string& line);
 
   SoundOpener& opener_;
@@ -91,6 +99,8 @@ class RealSoundChain final : public SoundChainBase {
   std::vector<std::unique_ptr<DecodedStream>> retired_;  // until mixer and decoder have let go
   std::deque<MixerOrder> waiting_;                       // orders that found no room
   uint16_t run_ = 0;
+  uint64_t toldLost_ = 0;  // of the sink's lost frames
+  std::chrono::steady_clock::time_point toldLostAt_;
 };
 
 // The chain for a choice of output. Without any sound device the air goes on by the clock until

@@ -6,9 +6,9 @@
 #include <random>
 #include <string>
 
+#include "platform/real/sound/FileSink.h"
 #include "platform/real/sound/RealSoundChain.h"
 #include "platform/real/sound/SoundDevices.h"
-#include "platform/real/sound/SoundFileWriter.h"
 #include "platform/real/sound/tests/SoundTestSupport.h"
 #include "platform/sound/MixerCore.h"
 #include "platform/sound/tests/TestSources.h"
@@ -17,6 +17,7 @@ namespace zemo {
 namespace {
 
 using testing::Constant;
+using testing::HeldSink;
 using testing::kBoundMs;
 using testing::Lines;
 using testing::ObserverLog;
@@ -45,11 +46,11 @@ class RealSoundChainTest : public ::testing::Test {
   }
 
   RealSoundChain& Make(std::unique_ptr<OutputDevice> device = nullptr,
-                       std::unique_ptr<SoundFileWriter> file = nullptr) {
+                       std::unique_ptr<AirSink> sink = nullptr) {
     WishedDevice wished;
     if (device != nullptr) wished.systems.push_back(std::move(device));
     chain_ = std::make_unique<RealSoundChain>(
-        opener_, std::move(wished), std::move(file), "test",
+        opener_, std::move(wished), std::move(sink), "test",
         [this](const std::string& line) { told_.push_back(line); });
     chain_->SetObserver(&log_);
     chain_->SetOutputBuffers(16384, 8);
@@ -145,7 +146,7 @@ TEST_F(RealSoundChainTest, TheReadPositionLeadsTheOutputByTheRing) {
 
 TEST_F(RealSoundChainTest, IntoAFileGoesEveryFrameOnceAndInOrder) {
   const std::string path = folder_.Path("out.wav");
-  RealSoundChain& chain = Make(nullptr, std::make_unique<SoundFileWriter>(path));
+  RealSoundChain& chain = Make(nullptr, std::make_unique<FileSink>(path));
   Sound(0, "counted");
   ASSERT_TRUE(Within([&] { return chain.OutputPosition() > 1000; }));
   EXPECT_EQ(chain.TakeHealth().underruns, 0u);
@@ -160,7 +161,7 @@ TEST_F(RealSoundChainTest, IntoAFileGoesEveryFrameOnceAndInOrder) {
 
 TEST_F(RealSoundChainTest, AFadeIsHeardFallingAndEndsTheSlot) {
   const std::string path = folder_.Path("out.flac");
-  RealSoundChain& chain = Make(nullptr, std::make_unique<SoundFileWriter>(path));
+  RealSoundChain& chain = Make(nullptr, std::make_unique<FileSink>(path));
   Sound(1, "level");
   ASSERT_TRUE(Within([&] { return chain.Position(1) > 300; }));
   chain.FadeOut(1, 400);
@@ -182,7 +183,7 @@ TEST_F(RealSoundChainTest, AFadeIsHeardFallingAndEndsTheSlot) {
 
 TEST_F(RealSoundChainTest, StoppingTheOutputEndsWhatSoundsAndARestartIsHeardAtOnce) {
   const std::string path = folder_.Path("out.wav");
-  RealSoundChain& chain = Make(nullptr, std::make_unique<SoundFileWriter>(path));
+  RealSoundChain& chain = Make(nullptr, std::make_unique<FileSink>(path));
   Sound(0, "high");
   ASSERT_TRUE(Within([&] { return chain.OutputPosition() > 600; }));
   log_.Take();
@@ -472,14 +473,38 @@ TEST_F(RealSoundChainTest, AFileThatCannotBeMadeIsAnError) {
 }
 
 TEST_F(RealSoundChainTest, ADiskThatFillsUpIsToldAndTheAirGoesOn) {
-  RealSoundChain& chain =
-      Make(nullptr, std::make_unique<SoundFileWriter>(folder_.Path("full.wav")));
+  RealSoundChain& chain = Make(nullptr, std::make_unique<FileSink>(folder_.Path("full.wav")));
   const testing::FileSizeLimit limit(50000);
   Sound(0, "level");
   ASSERT_TRUE(Within([&] { return Told("the air goes on unrecorded"); }));
   const int position = chain.Position(0);
   EXPECT_TRUE(Within([&] { return chain.Position(0) > position + 200; }));
   EXPECT_FALSE(chain.TakeHealth().heard);
+  chain.End();
+  EXPECT_EQ(told_.size(), 1u);
+}
+
+TEST_F(RealSoundChainTest, AHeldFileHoldsNothingElseAndItsLossIsTold) {
+  HeldSink sink;
+  RealSoundChain& chain = Make(nullptr, sink.Make());
+  sink.Hold();
+  Sound(0, "level");
+  ASSERT_TRUE(Within([&] { return Told("held sink: takes the air too slowly, "); }));
+  const int position = chain.OutputPosition();
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > position + 500; }));
+  EXPECT_TRUE(chain.TakeHealth().heard);
+  EXPECT_EQ(chain.TakeHealth().underruns, 1u);
+  EXPECT_GE(chain.TakeHealth().lostFrames, 22050u);
+  EXPECT_EQ(told_.size(), 1u);
+  sink.Release();
+  chain.End();
+  EXPECT_EQ(told_.size(), 2u);  // how much it is in all
+  EXPECT_TRUE(sink.Closed());
+  const std::vector<int16_t> left = LeftOf(sink.Written());
+  const auto lost = std::count(left.begin(), left.end(), HeldSink::kLost);
+  EXPECT_EQ(static_cast<uint64_t>(lost), chain.TakeHealth().lostFrames);
+  EXPECT_NEAR(static_cast<double>(FramesToMs(static_cast<int64_t>(left.size()))),
+              chain.OutputPosition(), 1.0);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 // What the tests of the real sound threads share: waiting for a condition with a bound, a folder
-// for files, and a device that the test plays.
+// for files, a sink that the test holds and a device that it plays.
 #pragma once
 
 #include <sys/resource.h>
 
 #include <atomic>
 #include <chrono>
+#include <climits>
+#include <condition_variable>
 #include <csignal>
 #include <filesystem>
 #include <functional>
@@ -15,6 +17,7 @@
 #include <vector>
 
 #include "platform/SoundSource.h"
+#include "platform/real/sound/AirSink.h"
 #include "platform/real/sound/OutputDevice.h"
 
 namespace zemo::testing {
@@ -62,6 +65,70 @@ class FileSizeLimit {
  private:
   rlimit before_{};
   void (*handler_)(int);
+};
+
+// A sink whose writing the test holds, and looks at from its own thread.
+class HeldSink {
+ public:
+  static constexpr int kAheadFrames = 16384;  // a power of two: the ring has no more
+  static constexpr int16_t kLost = -7;        // in place of each lost sample
+
+  std::unique_ptr<AirSink> Make() { return std::make_unique<Sink>(*this); }
+  void Hold() { Let(0); }
+  void LetOne() { Let(1); }  // of the writings, the next one or the one that waits
+  void Release() { Let(INT_MAX); }
+  void FailAt(size_t samples) { failAt_ = samples; }  // the writing that comes to so many
+  std::atomic<bool> failsAtClose{false};
+
+  int Begun() const { return begun_; }  // writings, held or not
+  bool Closed() const { return closed_; }
+  std::vector<int16_t> Written() {
+    const std::lock_guard lock(mutex_);
+    return written_;
+  }
+
+ private:
+  class Sink final : public AirSink {
+   public:
+    explicit Sink(HeldSink& test) : test_(test) {}
+    void Write(const int16_t* stereo, int frames) override {
+      test_.Take(std::vector<int16_t>(stereo, stereo + 2 * frames));
+    }
+    void WriteLost(int64_t frames) override {
+      test_.Take(std::vector<int16_t>(2 * static_cast<size_t>(frames), kLost));
+    }
+    void Close() override {
+      if (test_.failsAtClose) throw SoundError("held sink: cannot be closed");
+      test_.closed_ = true;
+    }
+    std::string Name() const override { return "held sink"; }
+    int AheadFrames() const override { return kAheadFrames; }
+
+   private:
+    HeldSink& test_;
+  };
+
+  void Let(int writings) {
+    const std::lock_guard lock(mutex_);
+    let_ = writings;
+    changed_.notify_all();
+  }
+  void Take(const std::vector<int16_t>& samples) {
+    std::unique_lock lock(mutex_);
+    ++begun_;
+    changed_.wait(lock, [this] { return let_ > 0; });
+    if (let_ < INT_MAX) --let_;
+    if (written_.size() + samples.size() >= failAt_) throw SoundError("held sink: is full");
+    written_.insert(written_.end(), samples.begin(), samples.end());
+  }
+
+  std::atomic<int> begun_{0};
+  std::atomic<bool> closed_{false};
+  std::atomic<size_t> failAt_{SIZE_MAX};
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  int let_ = INT_MAX;  // writings that may go on
+  std::vector<int16_t> written_;
 };
 
 // Calls back for its frames in real time, as a device does, and can be made to fail as one.
