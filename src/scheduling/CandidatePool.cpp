@@ -46,10 +46,6 @@ std::string QueryColumns(int weekday) {
   return columns;
 }
 
-std::string NumberText(int32_t number, int32_t null) {
-  return number == null ? std::string() : std::to_string(number);
-}
-
 // Cards of equal key keep their order.
 template <typename KeyOf>
 void SortByKey(Pool& pool, KeyOf keyOf) {

@@ -27,22 +27,23 @@ inline constexpr const char* kExtractAnnouncement = "Jingle annonce extrait";
 // Made by library/OnAirRows from a record, by the inserters, the requests and the emergency air.
 // What nobody said is empty; where a number is reckoned with it counts 0 then.
 struct OnAirElement {
-  int32_t code = 0;        // see Element
-  std::string title;       // title line: artist, label, advertiser, or the kind's own word
-  std::string secondLine;  // title of the music, label of a dated list, CODE of a voice track
-  std::string genre;       // GENRE of music, else the kind's word as the maker of the row has it
-  std::string variety;
-  std::string file;                   // stored path
-  std::optional<int64_t> lengthMs;    // of the whole file
-  std::optional<int64_t> exitMs;      // exit point, before the end
-  std::optional<int64_t> introSec;    // of music
+  int32_t code = 0;          // see Element
+  std::string title{};       // title line: artist, label, advertiser, or the kind's own word
+  std::string secondLine{};  // title of the music, label of a dated list, CODE of a voice track
+  std::string genre{};       // GENRE of music, else the kind's word as the maker of the row has it
+  std::string variety{};
+  std::string file{};                 // stored path
+  std::optional<int64_t> lengthMs{};  // of the whole file
+  std::optional<int64_t> exitMs{};    // exit point, before the end
+  std::optional<int64_t> introSec{};  // of music
   double lastPlayed = 0;              // day serial; 0: never, or not asked
-  std::optional<double> plannedMs{};  // begin, since midnight, above 24 h on the next day; see PlanTimes
+  std::optional<double> plannedMs{};  // begin, since midnight, not wrapped; see PlanTimes
 
-  // Of voice tracks.
+  // Of voice tracks. One that lies over speaks over the element before, from startMs of it on, and
+  // takes no time; any other is an element of its own.
   int64_t voiceTrack = 0;  // CODE of VT
-  bool liesOver = false;   // speaks over the element before and takes no time; else an element of its own
-  std::optional<int64_t> startMs{};  // position in the element before at which it begins
+  bool liesOver = false;
+  std::optional<int64_t> startMs{};
 
   // What the element takes of the list's time, ms: whole, and up to its exit point.
   double TakenMs() const { return liesOver ? 0 : static_cast<double>(lengthMs.value_or(0)); }

@@ -1,8 +1,7 @@
 // The on-air list's elements as rows of twelve texts.
-#include "station/OnAirColumns.h"
-
 #include <gtest/gtest.h>
 
+#include "station/OnAirColumns.h"
 #include "station/OnAirList.h"
 
 namespace zemo {
