@@ -13,7 +13,6 @@ namespace zemo {
 namespace {
 
 constexpr const char* kRoutine = "PollInputs";
-constexpr int64_t kSameErrorMs = 60000;
 constexpr int kContacts = 4;
 
 bool IsOn(const Station& station, int contact) {

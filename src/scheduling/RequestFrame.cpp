@@ -16,7 +16,6 @@ namespace {
 constexpr const char* kRestText = "ZEMO RADIO";
 constexpr int64_t kAskAgainMs = 1000;
 constexpr int64_t kFruitlessRestMs = 10000;
-constexpr int64_t kSameErrorMs = 60000;
 }  // namespace
 
 RequestFrame::RequestFrame(Station& station, const char* kind)

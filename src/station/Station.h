@@ -101,6 +101,9 @@ inline constexpr int kErrFile = 75;  // a file that cannot be read or written, o
 // base out of reach within a minute. Never throws; the program goes on.
 void LogError(Station& station, const std::string& where, int number, const std::string& text);
 
+// What fails at every turn is logged once in this time.
+inline constexpr int64_t kSameErrorMs = 60000;
+
 // True when that fault was logged within that time; else notes it as logged now.
 bool LoggedLately(Station& station, const std::string& fault, int64_t withinMs);
 
