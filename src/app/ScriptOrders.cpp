@@ -91,11 +91,11 @@ void SetCnf(SimStation& sim, const std::string& name, const std::string& value) 
 
 void SaveList(SimStation& sim, const ScriptOrder& order) {
   Station& station = sim.station;
-  MainScreen& screen = station.screen;
-  screen.ComboPLS.text = order.arguments[0];
-  screen.LblDate = order.arguments[1];
-  screen.ChHeure = order.arguments[2];
-  screen.OptPls = order.Number(3);
+  StoredListEditor& editor = station.storedList;
+  editor.ComboPLS.text = order.arguments[0];
+  editor.LblDate = order.arguments[1];
+  editor.ChHeure = order.arguments[2];
+  editor.OptPls = order.Number(3);
   BtnSauve_Click(station);
 }
 

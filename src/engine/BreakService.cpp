@@ -27,7 +27,7 @@ void InsertBreak(Station& station, const Moment& at, int row) {
     AjoutPubPlaylist(station, row);
   else
     AjoutRubriquePlaylist(station, row);
-  station.screen.VueIntro.visible = false;
+  station.engine.IntroShown = false;
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include "engine/ElementPlayback.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <optional>
 
 #include "engine/BaseMaintenance.h"
@@ -107,11 +106,6 @@ bool HasFile(Station& station, const std::string& file, int32_t code) {
 
 // --- before the start ---
 
-void ClearTicker(MainScreen& screen) {
-  screen.LblInfoScrolling = false;
-  screen.LblInfo = "ZEMO RADIO PRO";
-}
-
 int VolumeOfKind(Station& station, int32_t code) {
   EngineState& engine = station.engine;
   if (code != Element::kNews && code != Element::kSpot)
@@ -132,7 +126,6 @@ void SetExtract(Station& station, const Incoming& element) {
   if (element.code < 1) {
     engine.CheckExtrait = false;
     engine.ExtractEndMs = 0;
-    station.screen.LblFeu.visible = false;
     return;
   }
   engine.ExtractEndMs = 0;
@@ -219,7 +212,6 @@ void StartOnFreeSlot(Station& station, const Outgoing& old, const Incoming& elem
   SoundChain& sound = station.Sound();
   sound.SetChannelDone(element.slot, false);
   TellStart(station, element);
-  station.screen.LblLongueur = FormatDuration(element.lengthMs);
   station.engine.ElementPositionMs = sound.ChannelPosition(element.slot);
   if (sound.State() == OutputState::kStarted) WaitOutOverlap(station, old);
 }
@@ -384,21 +376,16 @@ void WriteReport(Station& station, const Incoming& element, const TitleCard& car
 
 // --- comment, introduction, exit point ---
 
-void ShowComment(MainScreen& screen, const std::string& comment) {
-  if (comment.empty()) return;
-  screen.LblInfo = std::string(20, ' ') + UpperLatin(comment);
-  screen.LblInfoScrolling = true;
+void TellComment(Station& station, const std::string& comment) {
+  if (!comment.empty()) station.notices.ticker = std::string(20, ' ') + UpperLatin(comment);
 }
 
 void BeginIntro(Station& station, int32_t code, int32_t introSec) {
   EngineState& engine = station.engine;
   engine.IntroLengthSec = introSec;
-  if (introSec < 1) {
-    station.screen.VueIntro.visible = false;
-    return;
-  }
+  engine.IntroShown = introSec >= 1;
+  if (!engine.IntroShown) return;
   engine.IntroStartTimer = station.Timer();
-  station.screen.VueIntro = {true, 0, introSec};
   if (FindJingleAssocie(station, code)) return;
   const int64_t gapMinutes = station.base.CnfInt(Cnf::kJinglesIntro);
   if (gapMinutes <= 0) return;
@@ -408,14 +395,6 @@ void BeginIntro(Station& station, int32_t code, int32_t introSec) {
   engine.IntroOverlayPending = false;
   engine.LastIntroJingleTimer = now;
   FindJingle(station, true, introSec * 1000);
-}
-
-void ShowExitPoint(Station& station) {
-  char text[32];
-  std::snprintf(text, sizeof text, "PS %.1f",
-                static_cast<double>(station.engine.MixPointMs) / 1000);
-  station.screen.PSortie = text;
-  station.screen.VuMettrePercent = 0;
 }
 
 void TellOutside(Station& station, int32_t code, const TitleCard& card) {
@@ -436,17 +415,16 @@ void FollowUp(Station& station, const Incoming& element) {
   ReportRow begun = card.texts;
   SetMoment(begun, station);
   MarkPlayed(station, element.code, card, begun);
-  ShowComment(station.screen, card.comment);
+  TellComment(station, card.comment);
   if (element.code > 0) BeginIntro(station, element.code, card.introSec);
   WriteReport(station, element, card, begun);
-  ShowExitPoint(station);
   TellOutside(station, element.code, card);
   station.events.OnAir(element.code, engine.MixPointMs, engine.IntroLengthSec);
 }
 
 void PlayElement(Station& station, Incoming element) {
   SoundChain& sound = station.Sound();
-  ClearTicker(station.screen);
+  station.notices.ticker.clear();
   element.volume = VolumeOfKind(station, element.code);
   Outgoing old = WhatSounds(station);
   element.slot = 1 - old.slot;
@@ -490,12 +468,8 @@ void PlayWave(Station& station, const std::string& file, int32_t code) {
 
 void CalculOffset(Station& station) {
   const SoundChain& sound = station.platform.sound;
-  const float offset = static_cast<float>(sound.OutputNumBuffers()) *
-                       static_cast<float>(sound.OutputBufferSize()) / 2048.0F / 100.0F;
-  station.engine.BufferOffsetSec = offset;
-  char text[32];
-  std::snprintf(text, sizeof text, "%g '' de buffers", static_cast<double>(offset));
-  station.screen.LblOffsetBuffers = text;
+  station.engine.BufferOffsetSec = static_cast<float>(sound.OutputNumBuffers()) *
+                                   static_cast<float>(sound.OutputBufferSize()) / 2048.0F / 100.0F;
 }
 
 void ChangeVolume(Station& station, int channel, int from, int to) {

@@ -139,7 +139,7 @@ bool PlayRow(Station& station, Cells cells, int32_t lengthMs) {
   if (const int row = station.PL.RowOfKey(key); row > 0) station.PL.Remove(row);
   if (!Holds(station, station.platform.soundFiles.Resolve(file))) return false;
   EngineState& engine = station.engine;
-  station.screen.LblArtiste = title;
+  station.notices.titleOnAir = title;
   engine.ElementPositionMs = 0;
   engine.RemainingMs = static_cast<int32_t>(engine.BufferOffsetSec * 1000) + engine.ElementLengthMs;
   RefreshPlanTimes(station);

@@ -14,6 +14,7 @@ namespace zemo {
 namespace {
 
 constexpr int64_t kGridRetryMs = 10000;
+constexpr int32_t kMinuteMs = 60000;
 
 // A composition that fails is tried again, but not tick after tick. True when the grid is whole.
 bool ComposeGrid(Station& station) {
@@ -47,7 +48,7 @@ void ServeGridSignalAtRest(Station& station, const Moment& at) {
 
 void RebuildGrid(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
-  if (station.screen.Tmn < 1 || engine.ProgressPercent <= 25 || engine.composing) return;
+  if (engine.RemainingMs < kMinuteMs || engine.ProgressPercent <= 25 || engine.composing) return;
   if (station.platform.clock.MonotonicMs() < engine.gridRetryMs) return;
   if (!GridIsOf(station, at)) {
     if (!ComposeGrid(station)) return;

@@ -25,21 +25,18 @@ void ServeSpaceKey(Station& station, const Moment& at) {
 
 void PlayShortcut(Station& station, const EngineLists::Shortcut& shortcut) {
   PlayOverAir(station, shortcut.FileName);
-  station.screen.BtnSurImpressionCaption = "Touche " + shortcut.Touche;
+  station.engine.OverlayKey = shortcut.Touche;
 }
 
-// "Touche n" stands as long as what the key played is heard.
-void RestOverlayCaption(Station& station) {
-  if (station.screen.BtnSurImpressionCaption != kOverlayAtRest &&
-      station.platform.sound.ChannelDone(kOverlaySlot))
-    station.screen.BtnSurImpressionCaption = kOverlayAtRest;
+void ForgetSilentKey(Station& station) {
+  if (station.platform.sound.ChannelDone(kOverlaySlot)) station.engine.OverlayKey.clear();
 }
 
 }  // namespace
 
 void ServeKeys(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
-  RestOverlayCaption(station);
+  ForgetSilentKey(station);
   const Keyboard& keyboard = station.platform.keyboard;
   if (!keyboard.MainScreenActive() || !engine.HotKeysArmed) return;
   if (keyboard.Held(kKeyNumPad0)) {

@@ -49,30 +49,14 @@ constexpr int64_t kBaseLookMs = 2000, kMostBasePauseMs = 60000;
 constexpr double kAwayFromExitMs = 1000;
 constexpr double kNearExitMs = 300;  // this tick starts the next element, or one of the next two
 
-// --- 0 to 9: inputs, blinking lights, clock, mode ---
+// --- 0 to 5: inputs and clock ---
 
 void PollOpenInputs(Station& station) {
   if (station.engine.SerialInputOpen) PollInputs(station);
 }
 
-void Blink(Station& station, const Moment& at) {
-  MainScreen& screen = station.screen;
-  const EngineState& engine = station.engine;
-  const bool even = at.now.second % 2 == 0;
-  screen.LblTopage.visible = even && engine.TopagePending;
-  if (engine.VoiceTrackState != 0) {
-    screen.LblFeu = "Voice Track";
-    screen.LblFeu.visible = even;
-  }
-  if (engine.CheckExtrait) {
-    screen.LblFeu = "Extrait " + FormatDuration(engine.ExtractEndMs - engine.ElementPositionMs);
-    screen.LblFeu.colour = kFeuArmed;
-    screen.LblFeu.visible = even;
-  }
-}
-
 void ServeSatelliteButton(Station& station) {
-  if (station.screen.LedJoystique.text == "Joy2") PrepareReturnFromSatellite(station);
+  if (station.engine.joystickLamp == JoystickLamp::kSatellite) PrepareReturnFromSatellite(station);
 }
 
 // In live mode the first break of the day's grid that is still to come.
@@ -84,18 +68,13 @@ std::string NextBreakText(const Station& station, const Moment& at) {
   return {};
 }
 
-void ShowClock(Station& station, const Moment& at) {
+void TellDay(Station& station, const Moment& at) {
   if (station.engine.IsAutomatic) {
-    station.screen.InfoDate =
-        LongDateText(at.now, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+    station.notices.day = LongDateText(at.now, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
   } else if (station.GPubJour.RowCount() > 0 && at.now.second % 3 == 0) {
     const std::string next = NextBreakText(station, at);
-    if (!next.empty()) station.screen.InfoDate = next;
+    if (!next.empty()) station.notices.day = next;
   }
-}
-
-void ShowMode(Station& station) {
-  station.screen.LblMode = station.engine.IsAutomatic ? "Mode Automatique" : "Mode Direct Live";
 }
 
 // --- 14: the stopped branch ---
@@ -185,7 +164,7 @@ void StartNext(Station& station, const Moment& at) {
   PlayWave(station, file, station.PL.Row(1).Code());
   if (!station.PL.Empty()) {
     const Cells& row = station.PL.Row(1).cells;
-    station.screen.LblArtiste = TitleLine(row);
+    station.notices.titleOnAir = TitleLine(row);
     if (row[Col::kText] == "Jingle annonce extrait") engine.CheckExtrait = true;
     station.PL.Remove(1);
   }
@@ -250,18 +229,17 @@ void RunTick(Station& station) {
   Moment at(station, engine.lastTickTime);
   station.engine.lastTickTime = at.time;
   const auto step = [&](auto work) { Guarded(station, at, work); };
+  // 1, 3 and 9 are the screen's: its lights and its mode follow from the state.
   step(PollOpenInputs);        // 0
-  step(Blink);                 // 1, 3
   step(ServeSatelliteButton);  // 2
   step(ServeKeys);             // 4
-  step(ShowClock);             // 5
+  step(TellDay);               // 5
   step(LookForDayTimes);       // 6
   step(ServeTimedStart);       // 7
   step(ServeTopageTimes);      // 8
-  step(ShowMode);              // 9
   step(ReadElementOnAir);      // 10
   step(ServeExtractEnd);       // 11
-  step(ShowProgress);          // 12
+  step(CountProgress);         // 12
   step(CountIntro);            // 13
   if (!engine.IsRunning) {
     step(ServeStopped);  // 14

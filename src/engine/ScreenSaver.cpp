@@ -9,10 +9,9 @@
 namespace zemo {
 
 void DeclencheVeille(Station& station) {
-  MainScreen& screen = station.screen;
-  if (!station.engine.HotKeysArmed || screen.SaverVisible) return;
-  screen.TextVeille = Trim(station.base.CnfText(Cnf::kTextVeille));
-  screen.SaverVisible = true;
+  if (!station.engine.HotKeysArmed || station.saver.open) return;
+  station.saver.TextVeille = Trim(station.base.CnfText(Cnf::kTextVeille));
+  station.saver.open = true;
 }
 
 void ServeScreenSaver(Station& station) {
@@ -23,13 +22,13 @@ void ServeScreenSaver(Station& station) {
 }
 
 std::string SaverText(const Station& station) {
-  const MainScreen& screen = station.screen;
-  return screen.TextVeille.empty() ? screen.LblArtiste.text : screen.TextVeille;
+  const std::string& text = station.saver.TextVeille;
+  return text.empty() ? station.notices.titleOnAir : text;
 }
 
 void CloseVeille(Station& station) {
   RecordActivity(station);
-  station.screen.SaverVisible = false;
+  station.saver.open = false;
 }
 
 }  // namespace zemo

@@ -36,7 +36,6 @@ void ServeTopageTimes(Station& station, const Moment& at) {
     engine.LastTopageTimer = at.timer;
     station.platform.clipboard.SetText(at.time);
     StartStopZemoRadio(station, false);
-    station.screen.LblTopage.visible = true;
   }
 }
 

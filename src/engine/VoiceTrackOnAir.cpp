@@ -20,26 +20,21 @@ void ArmVoiceTrack(Station& station) {
   LoadOverlay(station, row[Col::kFile]);
   engine.VoiceTrackStartMs = static_cast<int32_t>(Val(row[Col::kIntro]));
   engine.VoiceTrackState = -1;
-  station.screen.LblFeu.colour = kFeuArmed;
-}
-
-void ForgetVoiceTrack(Station& station) {
-  station.engine.VoiceTrackState = 0;
-  station.screen.LblFeu.visible = false;
 }
 
 void StartVoiceTrack(Station& station) {
   EngineState& engine = station.engine;
   SoundChain& sound = station.Sound();
-  if (sound.FileName(kOverlaySlot).empty())
-    return ForgetVoiceTrack(station);  // freed since it was armed
+  if (sound.FileName(kOverlaySlot).empty()) {  // freed since it was armed
+    engine.VoiceTrackState = 0;
+    return;
+  }
   engine.VoiceTrackState = -2;
   sound.SetVolume(engine.CurrentChannel,
                   static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSous)));
   sound.SetVolume(kOverlaySlot,
                   static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSurImpression)));
   StartOverlay(station, "voicetrack");
-  station.screen.LblFeu.colour = kFeuOnAir;
 }
 
 }  // namespace
@@ -52,13 +47,13 @@ void ServeVoiceTrack(Station& station) {
     if (sound.Position(engine.CurrentChannel) >= engine.VoiceTrackStartMs)
       StartVoiceTrack(station);
     else if (engine.ProgressPercent > 30 && engine.ProgressPercent < 40)
-      ForgetVoiceTrack(station);
+      engine.VoiceTrackState = 0;
   }
   if (engine.VoiceTrackState == -2 && sound.ChannelDone(kOverlaySlot)) {
     const auto volume = static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusique));
     sound.SetVolume(0, volume);
     sound.SetVolume(1, volume);
-    ForgetVoiceTrack(station);
+    engine.VoiceTrackState = 0;
   }
 }
 

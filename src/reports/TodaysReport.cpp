@@ -34,8 +34,8 @@ void LoadRapportDirectLive(Station& station) {
     const LocalDateTime today = station.Now();
     std::vector<BrowseRow> rows = RowsSince(station, DaySerial(today.year, today.month, today.day));
     if (rows.empty()) return;
-    station.screen.ListRech.sorted = false;
-    station.screen.ListRech.rows = std::move(rows);
+    station.browse.ListRech.sorted = false;
+    station.browse.ListRech.rows = std::move(rows);
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadRapportDirectLive");
   }

@@ -35,7 +35,7 @@ void TitlesInUse::Add(std::string_view code) {
 TitlesInUse LoadTitlesInUse(Station& station) {
   TitlesInUse used;
   for (const OnAirRow& row : station.PL) used.Add(row[Col::kCode]);
-  const bool editing = station.screen.CadrePLVisible;
+  const bool editing = station.storedList.open;
   std::set<int64_t> lists;
   if (!editing) lists = ListsStillToCome(station);
   if (!editing && lists.empty()) return used;

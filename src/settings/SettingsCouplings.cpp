@@ -153,7 +153,7 @@ void ControlChanged(Station& station, SettingsDevices& devices, const SettingsCo
     case Cnf::kJoystiquePort:
       return ChooseJoystick(station);
     case Cnf::kCouleurdesCompteur:
-      station.screen.CounterColour = static_cast<uint32_t>(station.settings.PictureColor);
+      station.notices.counterColour = static_cast<uint32_t>(station.settings.PictureColor);
       return;
     default:
       break;

@@ -14,10 +14,11 @@
 #include "station/DayGrid.h"
 #include "station/EngineEvents.h"
 #include "station/EngineState.h"
-#include "station/MainScreen.h"
 #include "station/ModelEditor.h"
 #include "station/OnAirList.h"
+#include "station/OperatorFrames.h"
 #include "station/RequestState.h"
+#include "station/ScreenNotices.h"
 #include "station/SettingsScreen.h"
 #include "store/StationBase.h"
 
@@ -69,7 +70,12 @@ struct Station : private SoundObserver, private FlagObserver {
   EngineState engine;
   OnAirList PL;
   DayGrid GPubJour;
-  MainScreen screen;
+  ScreenNotices notices;
+  BrowseFrame browse;
+  StoredListEditor storedList;
+  GridFrame gridFrame;
+  Saver saver;
+  LockDialogue lockDialogue;
   RequestState requests;
   ModelEditor modelEditor;
   SettingsScreen settings;

@@ -192,7 +192,7 @@ void ImportExportPubs(Station& station) {
   }
   const std::optional<std::string> bytes = folder.Read(name);
   if (!bytes) return;
-  const WaitPointer wait(station.screen);
+  const WaitPointer wait(station.notices);
   const std::vector<std::string> lines = SplitLines(DecodeSideFile(*bytes));
   TakenMark mark(folder);
   const int32_t added = AddNewCampaigns(station, CutLines(station, lines), mark);
