@@ -258,7 +258,7 @@ class Operator {
       hand_.Key(Qt::Key_Return);
     });
     Do("delete a list", [this] {
-      if (station_.screen.ComboPLS.index >= 0) hand_.KeyIn("ComboPLS", Qt::Key_Delete);
+      if (station_.storedList.ComboPLS.index >= 0) hand_.KeyIn("ComboPLS", Qt::Key_Delete);
     });
     Do("insert by key", [this] { InsertSix(); });
   }

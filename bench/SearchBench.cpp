@@ -61,7 +61,7 @@ class Bench {
   }
 
   int Cards() const { return cards_; }
-  void Forget() { on.station.screen.search.reset(); }
+  void Forget() { on.station.browse.search.reset(); }
   void Know() {
     rech->clear();
     while (zemo::ReadAheadSlice(on.station)) {

@@ -56,11 +56,11 @@ void LoadList(Station& station, const GivenOrder& given) {
 }
 
 void SaveList(Station& station, const GivenOrder& given) {
-  MainScreen& screen = station.screen;
-  screen.ComboPLS.text = given.arguments[0];
-  screen.LblDate = given.arguments[1];
-  screen.ChHeure = given.arguments[2];
-  screen.OptPls = given.Number(3);
+  StoredListEditor& editor = station.storedList;
+  editor.ComboPLS.text = given.arguments[0];
+  editor.LblDate = given.arguments[1];
+  editor.ChHeure = given.arguments[2];
+  editor.OptPls = given.Number(3);
   BtnSauve_Click(station);
 }
 

@@ -92,7 +92,7 @@ std::string RunDisplay::StatusText() const {
   if (!station_->engine.IsRunning) text += "  stopping";
   const int64_t remainingMs = RemainingMs();
   if (remainingMs > 0)
-    text += "  -" + FormatDuration(remainingMs) + "  " + station_->screen.LblArtiste.text;
+    text += "  -" + FormatDuration(remainingMs) + "  " + station_->notices.titleOnAir;
   else
     text += "  silence";
   if (!station_->PL.Empty()) {

@@ -72,7 +72,7 @@ void TakeNewBase(Station& station) {
     if (const std::string other = use->OtherUser(path); !other.empty())
       throw StoreError(kErrLocked, other);
   const BaseAlone alone(station, 0);
-  const WaitPointer wait(station.screen);
+  const WaitPointer wait(station.notices);
   station.base.Close();
   try {
     ExchangeFiles(station);

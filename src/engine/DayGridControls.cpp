@@ -24,10 +24,9 @@ bool HasRow(const Station& station, int gridRow) {
   return gridRow >= 1 && gridRow < station.GPubJour.RowCount();
 }
 
-void ShowListAgain(MainScreen& screen) {
-  screen.GPubJourForInsertion = false;
-  screen.GPubJourVisible = false;
-  screen.BtnCopyPubEnabled = false;
+void ShowListAgain(GridFrame& frame) {
+  frame.forInsertion = false;
+  frame.open = false;
 }
 
 }  // namespace
@@ -35,26 +34,24 @@ void ShowListAgain(MainScreen& screen) {
 void GPubJour_Click(Station& station, int gridRow) {
   RecordActivity(station);
   if (!HasRow(station, gridRow)) return;
-  station.screen.BtnCopyPubCaption =
-      "Copier les pubs de " + station.GPubJour.Cell(gridRow, GridCol::kMoment);
+  station.gridFrame.chosenMoment = station.GPubJour.Cell(gridRow, GridCol::kMoment);
 }
 
 void OpenGridForInsertion(Station& station) {
   RecordActivity(station);
-  station.screen.GPubJourForInsertion = true;
-  station.screen.GPubJourVisible = true;
-  station.screen.BtnCopyPubEnabled = true;
+  station.gridFrame.forInsertion = true;
+  station.gridFrame.open = true;
 }
 
 bool BtnCopyPub_Click(Station& station, int gridRow, int selectedRow) {
   RecordActivity(station);
   const bool there = HasRow(station, gridRow);
-  if (!station.screen.GPubJourForInsertion) {
+  if (!station.gridFrame.forInsertion) {
     if (there) AjoutPubPlaylist(station, gridRow);
     return there;
   }
   if (there) InsertPubPlaylist(station, gridRow, selectedRow);
-  ShowListAgain(station.screen);
+  ShowListAgain(station.gridFrame);
   return there;
 }
 

@@ -1,3 +1,6 @@
+// Two elements meet here, each a value with its own figures: `Outgoing` sounds when the start
+// begins, `Incoming` is to sound. What follows the start goes one way for every kind of element,
+// and for whatever the base says of it.
 // Invariants:
 // 1. MainTimer is held from the loading of the slot to the end, whatever way the routine ends.
 // 2. What is audible comes first; every read of a card and every write comes after the overlap.
@@ -7,7 +10,7 @@
 #include "engine/ElementPlayback.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <optional>
 
 #include "engine/BaseMaintenance.h"
 #include "library/OnAirRows.h"
@@ -35,14 +38,20 @@ constexpr const char* kRoutine = "PlayWave";
 constexpr float kLongOverlapMs =
     3000;  // a longer overlap fades the old element, a shorter does not
 
-// One element on its way to the air.
+// What sounds when a start begins.
+struct Outgoing {
+  int slot = 0;
+  float exitMs = 0;  // its exit distance; 0 where there is no overlap with the incoming one
+};
+
+// What is to sound.
 struct Incoming {
   const std::string& file;  // stored path
   int32_t code;
   std::string path;  // of this system
+  int slot = 1;
   int volume = 0;
-  int current = 0;  // slot on air
-  int next = 1;     // slot that takes the element
+  int32_t lengthMs = 0;
 };
 
 const OnAirElement& FirstRow(const Station& station) {
@@ -97,11 +106,6 @@ bool HasFile(Station& station, const std::string& file, int32_t code) {
 
 // --- before the start ---
 
-void ClearTicker(MainScreen& screen) {
-  screen.LblInfoScrolling = false;
-  screen.LblInfo = "ZEMO RADIO PRO";
-}
-
 int VolumeOfKind(Station& station, int32_t code) {
   EngineState& engine = station.engine;
   if (code != Element::kNews && code != Element::kSpot)
@@ -122,7 +126,6 @@ void SetExtract(Station& station, const Incoming& element) {
   if (element.code < 1) {
     engine.CheckExtrait = false;
     engine.ExtractEndMs = 0;
-    station.screen.LblFeu.visible = false;
     return;
   }
   engine.ExtractEndMs = 0;
@@ -136,34 +139,47 @@ void SetExtract(Station& station, const Incoming& element) {
     return;
   }
   // Marks behind the end of the file would give an element without a sound: it plays whole.
-  if (startMs >= engine.ElementLengthMs) return;
-  station.Sound().SetPosition(element.next, startMs);
+  if (startMs >= element.lengthMs) return;
+  station.Sound().SetPosition(element.slot, startMs);
   engine.ExtractEndMs = endMs;
 }
 
-void DeriveChannels(Station& station, Incoming& element) {
-  const bool slot0OnAir = !station.Sound().ChannelDone(0);
-  element.current = slot0OnAir ? 0 : 1;
-  element.next = slot0OnAir ? 1 : 0;
-  station.engine.CurrentChannel = element.current;
-  station.engine.NextChannel = element.next;
+// MixPointMs is the old element's up to the follow-up of the new one.
+Outgoing WhatSounds(const Station& station) {
+  const int slot = station.platform.sound.ChannelDone(0) ? 1 : 0;
+  return {.slot = slot, .exitMs = station.engine.MixPointMs};
 }
 
-// MixPointMs is still the old element's here.
-void FadeOldElement(Station& station, const Incoming& element) {
-  EngineState& engine = station.engine;
+void LoadIncoming(Station& station, Incoming& element) {
+  SoundChain& sound = station.Sound();
+  element.path = station.platform.soundFiles.Resolve(element.file);
+  try {
+    sound.SetFileName(element.slot, element.path);
+  } catch (const SoundError&) {
+    station.events.Skip(element.code, element.file, "unreadable");
+    throw;
+  }
+  element.lengthMs = sound.Length(element.slot);
+  station.engine.ElementLengthMs = element.lengthMs;
+  SetExtract(station, element);
+  sound.SetVolume(element.slot, VolumeUnderVoiceTrack(station, element.volume));
+}
+
+// The overlap is the old element's exit distance. A new element that is shorter than that leaves no
+// overlap, and fades the old one within its own length.
+void FadeOutgoing(Station& station, Outgoing& old, int32_t newLengthMs) {
   SoundChain& sound = station.Sound();
   const auto fadeMs = static_cast<int>(station.base.CnfInt(Cnf::kFadeOut));
-  if (engine.MixPointMs > kLongOverlapMs) sound.FadeOut(element.current, fadeMs);
-  if (engine.MixPointMs > static_cast<float>(engine.ElementLengthMs)) {
-    sound.FadeOut(element.current, std::min(fadeMs, engine.ElementLengthMs));
-    engine.MixPointMs = 0;
-  }
+  if (old.exitMs > kLongOverlapMs) sound.FadeOut(old.slot, fadeMs);
+  if (old.exitMs <= static_cast<float>(newLengthMs)) return;
+  sound.FadeOut(old.slot, std::min(fadeMs, newLengthMs));
+  old.exitMs = 0;
+  station.engine.MixPointMs = 0;
 }
 
 // --- the start ---
 
-void TellStart(Station& station, const Incoming& element, int slot) {
+void TellStart(Station& station, const Incoming& element) {
   SoundChain& sound = station.Sound();
   const OnAirElement& row = FirstRow(station);
   StartedElement started;
@@ -171,84 +187,204 @@ void TellStart(Station& station, const Incoming& element, int slot) {
   started.file = element.file;
   started.title = TitleOf(row);
   started.kind = row.genre;
-  started.slot = slot;
-  started.length_ms = sound.Length(slot);
-  started.position_ms = sound.Position(slot);
-  started.volume = sound.Volume(slot);
+  started.slot = element.slot;
+  started.length_ms = sound.Length(element.slot);
+  started.position_ms = sound.Position(element.slot);
+  started.volume = sound.Volume(element.slot);
   station.events.Start(started);
   station.WatchSilence();
 }
 
 // By the clock that is never set: an overlap left too early would take the old element for the one
 // on air and hurry to the next.
-void WaitOutOverlap(Station& station, const Incoming& element) {
-  const EngineState& engine = station.engine;
+void WaitOutOverlap(Station& station, const Outgoing& old) {
   const bool shortJingles = station.base.CnfInt(Cnf::kJingleCourt) == 1;
   const float waitMs =
-      engine.MixPointMs + engine.BufferOffsetSec * 1000 + (shortJingles ? 1000.0F : 0.0F);
+      old.exitMs + station.engine.BufferOffsetSec * 1000 + (shortJingles ? 1000.0F : 0.0F);
   const int64_t startMs = station.platform.clock.MonotonicMs();
-  while (!station.Sound().ChannelDone(element.current) &&
+  while (!station.Sound().ChannelDone(old.slot) &&
          static_cast<float>(station.platform.clock.MonotonicMs() - startMs) < waitMs)
     station.platform.loop.WaitYield();
   station.base.CheckCnf();  // what was stored during the overlap holds from here on
 }
 
-void StartOnFreeSlot(Station& station, const Incoming& element) {
+void StartOnFreeSlot(Station& station, const Outgoing& old, const Incoming& element) {
   SoundChain& sound = station.Sound();
-  sound.SetChannelDone(element.next, false);
-  TellStart(station, element, element.next);
-  station.screen.LblLongueur = FormatDuration(station.engine.ElementLengthMs);
-  station.engine.ElementPositionMs = sound.ChannelPosition(element.next);
-  if (sound.State() == OutputState::kStarted) WaitOutOverlap(station, element);
+  sound.SetChannelDone(element.slot, false);
+  TellStart(station, element);
+  station.engine.ElementPositionMs = sound.ChannelPosition(element.slot);
+  if (sound.State() == OutputState::kStarted) WaitOutOverlap(station, old);
 }
 
 // The output's position would pass CycleMax during the element: begin it on a fresh output, slot 0.
-void RestartOutput(Station& station, const Incoming& element) {
+void RestartOutput(Station& station, const Outgoing& old, Incoming& element) {
   EngineState& engine = station.engine;
   SoundChain& sound = station.Sound();
-  sound.FadeOut(element.current, static_cast<int>(engine.BufferOffsetSec * 1000));
+  sound.FadeOut(old.slot, static_cast<int>(engine.BufferOffsetSec * 1000));
   WaitSeconds(station, engine.BufferOffsetSec + 1.5F);
   for (int slot = 0; slot < kSlots; ++slot) sound.SetFileName(slot, "", SlotEnd::kRestart);
   sound.Stop();
   sound.Close();
   sound.Open();
   station.platform.loop.Yield();
-  sound.SetFileName(0, element.path);
-  engine.ElementLengthMs = sound.Length(0);
-  sound.SetVolume(0, VolumeUnderVoiceTrack(station, element.volume));
+  element.slot = 0;
+  sound.SetFileName(element.slot, element.path);
+  element.lengthMs = sound.Length(element.slot);
+  engine.ElementLengthMs = element.lengthMs;
+  sound.SetVolume(element.slot, VolumeUnderVoiceTrack(station, element.volume));
   sound.SetChannelDone(1, true);
-  sound.SetChannelDone(0, false);
+  sound.SetChannelDone(element.slot, false);
   sound.Start();
-  engine.CurrentChannel = 0;
+  engine.CurrentChannel = element.slot;
   engine.NextChannel = 1;
-  TellStart(station, element, 0);
+  TellStart(station, element);
 }
 
 // One that is longer than the cycle would pass it on a fresh output as well.
-bool CycleWouldOverflow(Station& station) {
+bool CycleWouldOverflow(const Station& station, int32_t lengthMs) {
   const SoundChain& sound = station.platform.sound;
-  if (station.engine.ElementLengthMs > sound.CycleMax()) return false;
-  return static_cast<int64_t>(sound.OutputPosition()) + station.engine.ElementLengthMs >
-         sound.CycleMax();
+  if (lengthMs > sound.CycleMax()) return false;
+  return static_cast<int64_t>(sound.OutputPosition()) + lengthMs > sound.CycleMax();
 }
 
 // --- after the overlap ---
 
-void ShowComment(MainScreen& screen, const std::string& comment) {
-  if (comment.empty()) return;
-  screen.LblInfo = std::string(20, ' ') + UpperLatin(comment);
-  screen.LblInfoScrolling = true;
+// What the library says of the element.
+struct TitleCard {
+  enum class Read {
+    kNoTitle,  // the element is none
+    kNoCard,   // a title that the library does not hold: it is neither marked nor reported
+    kNotRead,  // the base could not be reached
+    kWhole,
+  };
+
+  Read read = Read::kNoTitle;
+  int64_t exitMs = 0;  // 0: the setting's
+  int32_t introSec = 0;
+  std::string file{}, comment{};
+  ReportRow texts{};  // of the report, without a moment
+
+  bool Known() const { return read == Read::kWhole || read == Read::kNotRead; }
+};
+
+// The one read of it at a start. A base that is out of reach is logged; what was played is marked
+// and reported all the same, as soon as it is back.
+TitleCard ReadTitleCard(Station& station, int32_t code) {
+  if (code <= 0) return {};
+  try {
+    Recordset& card = *station.base.Tables().Discotheque;
+    if (!SeekCode(card, code)) return {.read = TitleCard::Read::kNoCard};
+    return {.read = TitleCard::Read::kWhole,
+            .exitMs = card.Int("POINTSORTIE"),
+            .introSec = static_cast<int32_t>(card.Int("INTRO")),
+            .file = card.Text("FILENAME"),
+            .comment = Trim(card.Text("COMMENTAIRE")),
+            .texts = ReportOfCard(card)};
+  } catch (const StoreError& error) {
+    LogError(station, kRoutine, error.Number(), error.what());
+    return {.read = TitleCard::Read::kNotRead};
+  }
+}
+
+// The row's own exit point, else the setting.
+float RowExitMs(Station& station, Cnf::Field fallback) {
+  const int64_t exitMs = FirstRow(station).exitMs.value_or(0);
+  return static_cast<float>(exitMs > 0 ? exitMs : station.base.CnfInt(fallback));
+}
+
+float TitleExitMs(Station& station, const TitleCard& card) {
+  if (card.read == TitleCard::Read::kNotRead) return RowExitMs(station, Cnf::kPmixDef);
+  if (card.read == TitleCard::Read::kWhole && station.engine.FittingActive)
+    return static_cast<float>(FirstRow(station).exitMs.value_or(0));
+  return static_cast<float>(card.exitMs > 0 ? card.exitMs : station.base.CnfInt(Cnf::kPmixDef));
+}
+
+// Where the element gives way, ms before its end; none for a code that is no element's.
+std::optional<float> ExitMs(Station& station, int32_t code, const TitleCard& card) {
+  if (code > 0) return TitleExitMs(station, card);
+  switch (code) {
+    case Element::kJingle:
+    case Element::kOther:
+      return RowExitMs(station, Cnf::kPmixJingles);
+    case Element::kSpot:
+    case Element::kNews:
+      return static_cast<float>(station.base.CnfInt(Cnf::kPmixPubs));
+    case Element::kHourPip:
+      return static_cast<float>(station.base.CnfInt(Cnf::kPmixToph));
+    case Element::kVoiceTrack:
+      return static_cast<float>(FirstRow(station).exitMs.value_or(0));
+    default:
+      return std::nullopt;
+  }
+}
+
+// --- what was played, and its report ---
+
+void WriteMusic(Station& station, AirWrite::Kind kind, int32_t code, const ReportRow& begun) {
+  WriteOrKeep(station, {.kind = kind, .code = code, .row = begun, .where = kRoutine});
+}
+
+void MarkPlayed(Station& station, int32_t code, const TitleCard& card, const ReportRow& begun) {
+  EngineState& engine = station.engine;
+  if (card.Known()) {
+    station.requests.airings[code] = {station.platform.clock.MonotonicMs(), BroadcastText(begun)};
+    WriteMusic(station, AirWrite::Kind::kTitlePlayed, code, begun);
+  } else if (code == Element::kSpot || code == Element::kNews) {
+    FindInfoPubRub(station);
+    engine.LastJingleTimer = station.Timer();
+    engine.LastIntroJingleTimer = station.Timer();
+  }
+}
+
+// The word of the report; null for what leaves no row in it.
+const char* KindWord(int32_t code) {
+  switch (code) {
+    case Element::kJingle:
+      return "JINGLE";
+    case Element::kSpot:
+      return "PUB";
+    case Element::kNews:
+      return "Rubrique";
+    case Element::kHourPip:
+      return "TOP-H";
+    case Element::kOther:
+      return "AUTRES";
+    default:
+      return nullptr;
+  }
+}
+
+// A title's texts are its card's; where that was not read, the report takes them when it is
+// written.
+void WriteReport(Station& station, const Incoming& element, const TitleCard& card,
+                 ReportRow begun) {
+  if (station.engine.ReportsDisabled) return;
+  if (card.Known()) {
+    const bool whole = card.read == TitleCard::Read::kWhole;
+    return WriteMusic(station, AirWrite::Kind::kMusicReport, whole ? 0 : element.code, begun);
+  }
+  const char* word = KindWord(element.code);
+  if (!word) return;
+  begun.GENRE = word;
+  if (element.code == Element::kJingle)
+    begun.AUTEURCOMPOSITEUR = FindJingleCompositeur(station, element.file);
+  begun.AUTEUR = FirstRow(station).title;
+  begun.TITRE = FirstRow(station).secondLine;
+  WriteOrKeep(station, {.row = begun, .where = kRoutine});
+}
+
+// --- comment, introduction, exit point ---
+
+void TellComment(Station& station, const std::string& comment) {
+  if (!comment.empty()) station.notices.ticker = std::string(20, ' ') + UpperLatin(comment);
 }
 
 void BeginIntro(Station& station, int32_t code, int32_t introSec) {
   EngineState& engine = station.engine;
   engine.IntroLengthSec = introSec;
-  if (introSec < 1) {
-    station.screen.VueIntro.visible = false;
-    return;
-  }
+  engine.IntroShown = introSec >= 1;
+  if (!engine.IntroShown) return;
   engine.IntroStartTimer = station.Timer();
-  station.screen.VueIntro = {true, 0, introSec};
   if (FindJingleAssocie(station, code)) return;
   const int64_t gapMinutes = station.base.CnfInt(Cnf::kJinglesIntro);
   if (gapMinutes <= 0) return;
@@ -260,172 +396,51 @@ void BeginIntro(Station& station, int32_t code, int32_t introSec) {
   FindJingle(station, true, introSec * 1000);
 }
 
-// The row's own exit point, else the setting.
-float RowExitMs(Station& station, Cnf::Field fallback) {
-  const int64_t exitMs = FirstRow(station).exitMs.value_or(0);
-  return static_cast<float>(exitMs > 0 ? exitMs : station.base.CnfInt(fallback));
-}
-
-// What a music title's card says of it.
-struct MusicCard {
-  bool found = false;
-  int64_t exitMs = 0;  // 0: the setting's
-  int32_t introSec = 0;
-  std::string file, comment;
-  ReportRow report{};  // its texts, without a moment
-};
-
-MusicCard ReadMusicCard(Station& station, int32_t code) {
-  Recordset& card = *station.base.Tables().Discotheque;
-  if (!SeekCode(card, code)) return {};
-  return {true,
-          card.Int("POINTSORTIE"),
-          static_cast<int32_t>(card.Int("INTRO")),
-          card.Text("FILENAME"),
-          Trim(card.Text("COMMENTAIRE")),
-          ReportOfCard(card)};
-}
-
-void WriteMusic(Station& station, AirWrite::Kind kind, int32_t code, const ReportRow& begun) {
-  if (kind == AirWrite::Kind::kTitlePlayed)
-    station.requests.airings[code] = {station.platform.clock.MonotonicMs(), BroadcastText(begun)};
-  WriteOrKeep(station, {.kind = kind, .code = code, .row = begun, .where = kRoutine});
-}
-
-// Without its card a title has neither introduction nor comment, and the exit point of its row;
-// what was played is marked and reported all the same, as soon as the base can be reached.
-MusicCard FollowUpUnreadMusic(Station& station, int32_t code, const StoreError& error) {
-  LogError(station, kRoutine, error.Number(), error.what());
-  station.engine.IntroLengthSec = 0;
-  station.engine.MixPointMs = RowExitMs(station, Cnf::kPmixDef);
-  const ReportRow begun = NewReportRow(station);
-  WriteMusic(station, AirWrite::Kind::kTitlePlayed, code, begun);
-  if (!station.engine.ReportsDisabled)
-    WriteMusic(station, AirWrite::Kind::kMusicReport, code, begun);
-  return {};
-}
-
-// The exit point first: whatever fails behind it must not leave the old element's.
-MusicCard FollowUpMusic(Station& station, int32_t code) {
-  EngineState& engine = station.engine;
-  MusicCard card;
-  try {
-    card = ReadMusicCard(station, code);
-  } catch (const StoreError& error) {
-    return FollowUpUnreadMusic(station, code, error);
-  }
-  if (!card.found) {
-    engine.IntroLengthSec = 0;
-    engine.MixPointMs = static_cast<float>(station.base.CnfInt(Cnf::kPmixDef));
-    return card;
-  }
-  if (engine.FittingActive)
-    engine.MixPointMs = static_cast<float>(FirstRow(station).exitMs.value_or(0));
-  else
-    engine.MixPointMs =
-        static_cast<float>(card.exitMs > 0 ? card.exitMs : station.base.CnfInt(Cnf::kPmixDef));
-  SetMoment(card.report, station);
-  WriteMusic(station, AirWrite::Kind::kTitlePlayed, code, card.report);
-  ShowComment(station.screen, card.comment);
-  BeginIntro(station, code, card.introSec);
-  if (!engine.ReportsDisabled) WriteMusic(station, AirWrite::Kind::kMusicReport, 0, card.report);
-  return card;
-}
-
-void FollowUpOther(Station& station, const Incoming& element) {
-  EngineState& engine = station.engine;
-  ReportRow report = NewReportRow(station);
-  switch (element.code) {
-    case Element::kJingle:
-      report.GENRE = "JINGLE";
-      engine.MixPointMs = RowExitMs(station, Cnf::kPmixJingles);
-      report.AUTEURCOMPOSITEUR = FindJingleCompositeur(station, element.file);
-      break;
-    case Element::kSpot:
-    case Element::kNews:
-      report.GENRE = element.code == Element::kSpot ? "PUB" : "Rubrique";
-      engine.MixPointMs = static_cast<float>(station.base.CnfInt(Cnf::kPmixPubs));
-      FindInfoPubRub(station);
-      engine.LastJingleTimer = station.Timer();
-      engine.LastIntroJingleTimer = station.Timer();
-      break;
-    case Element::kHourPip:
-      report.GENRE = "TOP-H";
-      engine.MixPointMs = static_cast<float>(station.base.CnfInt(Cnf::kPmixToph));
-      break;
-    case Element::kOther:
-      report.GENRE = "AUTRES";
-      engine.MixPointMs = RowExitMs(station, Cnf::kPmixJingles);
-      break;
-    case Element::kVoiceTrack:
-      engine.MixPointMs = static_cast<float>(FirstRow(station).exitMs.value_or(0));
-      return;  // a voice track leaves no report row
-    default:
-      return;
-  }
-  if (engine.ReportsDisabled) return;
-  report.AUTEUR = FirstRow(station).title;
-  report.TITRE = FirstRow(station).secondLine;
-  WriteOrKeep(station, {.row = report, .where = kRoutine});
-}
-
-void ShowExitPoint(Station& station) {
-  char text[32];
-  std::snprintf(text, sizeof text, "PS %.1f",
-                static_cast<double>(station.engine.MixPointMs) / 1000);
-  station.screen.PSortie = text;
-  station.screen.VuMettrePercent = 0;
-}
-
-void TellOutside(Station& station, int32_t code, const MusicCard& card) {
+void TellOutside(Station& station, int32_t code, const TitleCard& card) {
   const auto& page = station.lists.Internet;
-  if (page.on && card.found)
-    SaveInfoRealAudio(station, card.report.AUTEUR + page.separator + card.report.TITRE, card.file);
+  if (page.on && card.read == TitleCard::Read::kWhole)
+    SaveInfoRealAudio(station, card.texts.AUTEUR + page.separator + card.texts.TITRE, card.file);
   if (code > 0) {
     SaveDonnes_Associees(station, card.comment);
     SurveilleNewBase(station);
   }
 }
 
-void LoadOnFreeSlot(Station& station, Incoming& element) {
-  SoundChain& sound = station.Sound();
-  ClearTicker(station.screen);
-  element.volume = VolumeOfKind(station, element.code);
-  DeriveChannels(station, element);
-  element.path = station.platform.soundFiles.Resolve(element.file);
-  try {
-    sound.SetFileName(element.next, element.path);
-  } catch (const SoundError&) {
-    station.events.Skip(element.code, element.file, "unreadable");
-    throw;
-  }
-  station.engine.ElementLengthMs = sound.Length(element.next);
-  SetExtract(station, element);
-  sound.SetVolume(element.next, VolumeUnderVoiceTrack(station, element.volume));
+// The exit point first: whatever fails behind it must not leave the old element's.
+void FollowUp(Station& station, const Incoming& element) {
+  EngineState& engine = station.engine;
+  const TitleCard card = ReadTitleCard(station, element.code);
+  if (const auto exitMs = ExitMs(station, element.code, card)) engine.MixPointMs = *exitMs;
+  ReportRow begun = card.texts;
+  SetMoment(begun, station);
+  MarkPlayed(station, element.code, card, begun);
+  TellComment(station, card.comment);
+  if (element.code > 0) BeginIntro(station, element.code, card.introSec);
+  WriteReport(station, element, card, begun);
+  TellOutside(station, element.code, card);
+  station.events.OnAir(element.code, engine.MixPointMs, engine.IntroLengthSec);
 }
 
 void PlayElement(Station& station, Incoming element) {
   SoundChain& sound = station.Sound();
-  LoadOnFreeSlot(station, element);
-  FadeOldElement(station, element);
-  if (CycleWouldOverflow(station))
-    RestartOutput(station, element);
+  station.notices.ticker.clear();
+  element.volume = VolumeOfKind(station, element.code);
+  Outgoing old = WhatSounds(station);
+  element.slot = 1 - old.slot;
+  station.engine.CurrentChannel = old.slot;
+  station.engine.NextChannel = element.slot;
+  LoadIncoming(station, element);
+  FadeOutgoing(station, old, element.lengthMs);
+  if (CycleWouldOverflow(station, element.lengthMs))
+    RestartOutput(station, old, element);
   else
-    StartOnFreeSlot(station, element);
+    StartOnFreeSlot(station, old, element);
   station.engine.StartNextNow = false;
   station.engine.NextRequested = false;
   if (sound.State() != OutputState::kStarted) sound.Start();
   station.WatchSilence();
   station.base.Waiting().LetSavedWait();
-
-  MusicCard card;
-  if (element.code > 0)
-    card = FollowUpMusic(station, element.code);
-  else
-    FollowUpOther(station, element);
-  ShowExitPoint(station);
-  TellOutside(station, element.code, card);
-  station.events.OnAir(element.code, station.engine.MixPointMs, station.engine.IntroLengthSec);
+  FollowUp(station, element);
 }
 
 }  // namespace
@@ -452,12 +467,8 @@ void PlayWave(Station& station, const std::string& file, int32_t code) {
 
 void CalculOffset(Station& station) {
   const SoundChain& sound = station.platform.sound;
-  const float offset = static_cast<float>(sound.OutputNumBuffers()) *
-                       static_cast<float>(sound.OutputBufferSize()) / 2048.0F / 100.0F;
-  station.engine.BufferOffsetSec = offset;
-  char text[32];
-  std::snprintf(text, sizeof text, "%g '' de buffers", static_cast<double>(offset));
-  station.screen.LblOffsetBuffers = text;
+  station.engine.BufferOffsetSec = static_cast<float>(sound.OutputNumBuffers()) *
+                                   static_cast<float>(sound.OutputBufferSize()) / 2048.0F / 100.0F;
 }
 
 void ChangeVolume(Station& station, int channel, int from, int to) {

@@ -28,7 +28,6 @@ constexpr int64_t kGapMs = 300;    // between two of its own
 constexpr int64_t kLookMs = 2000;  // between two looks at a folder that holds nothing playable
 constexpr int64_t kListLookMs = 500;
 constexpr int64_t kRequestRestMs = 10000;
-constexpr int64_t kSameErrorMs = 60000;
 constexpr int kMostTries = 16;      // files in one tick ...
 constexpr int64_t kMostTryMs = 50;  // ... that may take that long before the last of them
 constexpr size_t kMostTold = 1000;
@@ -139,7 +138,7 @@ bool PlayRow(Station& station, OnAirElement element, int32_t lengthMs) {
   if (const int row = station.PL.RowOfKey(key); row > 0) station.PL.Remove(row);
   if (!Holds(station, station.platform.soundFiles.Resolve(file))) return false;
   EngineState& engine = station.engine;
-  station.screen.LblArtiste = title;
+  station.notices.titleOnAir = title;
   engine.ElementPositionMs = 0;
   engine.RemainingMs = static_cast<int32_t>(engine.BufferOffsetSec * 1000) + engine.ElementLengthMs;
   RefreshPlanTimes(station);

@@ -106,7 +106,7 @@ void TellBase(HealthLine& line, const Station& station, int64_t nowMs, int langu
 }
 
 void TellError(HealthLine& line, const Station& station, int64_t nowMs, int langue) {
-  const std::string& error = station.screen.LblErreur.text;
+  const std::string& error = station.notices.lastError;
   Tell(line.figures[HealthLine::kError], "HealthError", error,
        error.empty() ? ScreenWord("HealthNoError", langue) : error,
        error.empty() ? HealthSeverity::kGood : HealthSeverity::kNote, nowMs);

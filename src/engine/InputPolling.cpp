@@ -1,4 +1,4 @@
-// The automaton's contacts at every tick. The indicator LedSat(i) is the state of contact i.
+// The automaton's contacts at every tick.
 // The line is polled ahead: each poll reads what the one before has asked for.
 #include "engine/AutomatonLine.h"
 #include "engine/ExternalTriggers.h"
@@ -13,18 +13,12 @@ namespace zemo {
 namespace {
 
 constexpr const char* kRoutine = "PollInputs";
-constexpr int64_t kSameErrorMs = 60000;
-constexpr int kContacts = 4;
 
-bool IsOn(const Station& station, int contact) {
-  return station.screen.LedSat[contact] == kLedOn;
+bool IsOn(const Station& station, size_t contact) {
+  return station.engine.Contacts[contact];
 }
 
-void Light(Station& station, int contact, bool on) {
-  station.screen.LedSat[contact] = on ? kLedOn : kLedOff;
-}
-
-bool IsClosed(uint8_t contacts, int contact) {
+bool IsClosed(uint8_t contacts, size_t contact) {
   return (contacts >> contact & 1) != 0;
 }
 
@@ -33,19 +27,20 @@ void ServePulses(Station& station, uint8_t contacts) {
   EngineState& engine = station.engine;
   const int64_t now = station.platform.clock.MonotonicMs();
   if (engine.lastPulseMs && now - *engine.lastPulseMs <= engine.TempsMaxiImPulsion * 1000) return;
-  for (int contact = 1; contact <= 2; ++contact) {
+  for (const size_t contact : {1, 2}) {
     if (!IsClosed(contacts, contact)) continue;
     engine.lastPulseMs = now;
-    Light(station, contact, !IsOn(station, contact));
+    engine.Contacts[contact] = !engine.Contacts[contact];
   }
 }
 
-void ShowContacts(Station& station, uint8_t contacts) {
-  const bool pulses = station.engine.TempsMaxiImPulsion > 0;
+void NoteContacts(Station& station, uint8_t contacts) {
+  EngineState& engine = station.engine;
+  const bool pulses = engine.TempsMaxiImPulsion > 0;
   if (pulses) ServePulses(station, contacts);
-  for (int contact = 0; contact < kContacts; ++contact)
+  for (size_t contact = 0; contact < engine.Contacts.size(); ++contact)
     if (!pulses || contact == 0 || contact == 3)
-      Light(station, contact, IsClosed(contacts, contact));
+      engine.Contacts[contact] = IsClosed(contacts, contact);
 }
 
 void ServeEngineContact(Station& station) {
@@ -94,7 +89,7 @@ void PollInputs(Station& station) {
   try {
     ComputeInputsAllowed(station);
     AskContacts(station);
-    if (const auto contacts = TakeContacts(station)) ShowContacts(station, *contacts);
+    if (const auto contacts = TakeContacts(station)) NoteContacts(station, *contacts);
     AskContacts(station);
     if (station.engine.InputsAllowed) ServeContacts(station);
   } catch (const std::exception& error) {

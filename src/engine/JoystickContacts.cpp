@@ -1,6 +1,4 @@
 // The four buttons of the joystick: a held button is a held contact.
-#include <string>
-
 #include "engine/ExternalTriggers.h"
 #include "engine/StartStop.h"
 #include "engine/TakeOvers.h"
@@ -13,11 +11,6 @@ namespace {
 
 bool LocalProgrammeSet(Station& station) {
   return station.base.CnfInt(Cnf::kEntreSat) == 3;
-}
-
-void ShowButton(MainScreen& screen, const std::string& text, uint32_t colour) {
-  screen.LedJoystique = text;
-  screen.LedJoystique.colour = colour;
 }
 
 // Button 1 obeys no exclusion.
@@ -70,7 +63,7 @@ void JoystickButtonDown(Station& station, int button) {
   if (!station.engine.JoystickInUse) return;
   try {
     station.base.CheckCnf();
-    if (button != 0) ShowButton(station.screen, "Joy" + std::to_string(button), kLedOn);
+    if (button != 0) station.engine.joystickLamp = static_cast<JoystickLamp>(button);
     ComputeInputsAllowed(station);
     Press(station, button);
   } catch (const std::exception&) {
@@ -81,7 +74,7 @@ void JoystickButtonDown(Station& station, int button) {
 void JoystickButtonUp(Station& station, int button) {
   try {
     station.base.CheckCnf();
-    ShowButton(station.screen, "", kLedOff);
+    station.engine.joystickLamp = JoystickLamp::kDark;
     LetGo(station, button);
   } catch (const std::exception&) {
     LogCurrentException(station, "JoystickButtonUp");

@@ -70,7 +70,7 @@ BrowseRow OtherOf(const RowView& row) {
 void Fill(Station& station, const std::string& sql, BrowseRow (*read)(const RowView&)) {
   std::vector<BrowseRow> rows;
   station.base.Db().ReadRows(sql, [&](const RowView& row) { rows.push_back(read(row)); });
-  station.screen.ListRech.rows = rows;
+  station.browse.ListRech.rows = rows;
 }
 
 void BrowseMusic(Station& station) {
@@ -133,13 +133,11 @@ void Browse(Station& station, BrowseList list) {
 void MenuLive(Station& station, BrowseList list) {
   RecordActivity(station);
   StopSearch(station);
-  BrowseRows& browsed = station.screen.ListRech;
+  BrowseRows& browsed = station.browse.ListRech;
   browsed.list = list;
   browsed.rows.clear();
   browsed.sorted = false;
   browsed.titles.fill({});  // no head of the entry before stays
-  station.screen.SearchVisible = list == BrowseList::kMusic;
-  station.screen.PictureNoJingleVisible = list == BrowseList::kJingles;
   try {
     Browse(station, list);
   } catch (const std::exception&) {
@@ -148,11 +146,11 @@ void MenuLive(Station& station, BrowseList list) {
 }
 
 void TitreColonne(Station& station, int column, const std::string& title) {
-  station.screen.ListRech.titles[static_cast<size_t>(column)] = title;
+  station.browse.ListRech.titles[static_cast<size_t>(column)] = title;
 }
 
 void LargColonne(Station& station, const std::array<int, kColumns>& widths) {
-  station.screen.ListRech.widths = widths;
+  station.browse.ListRech.widths = widths;
 }
 
 void TextBoxGotFocus(Station& station) {
@@ -167,7 +165,7 @@ namespace {
 
 // The records of those rows as rows of PL; what the library no longer holds is passed over.
 std::vector<OnAirElement> ElementsOf(Station& station, const std::vector<int>& browseRows) {
-  const BrowseRows& browsed = station.screen.ListRech;
+  const BrowseRows& browsed = station.browse.ListRech;
   std::vector<OnAirElement> elements;
   for (const int index : browseRows) {
     if (index < 0 || index >= static_cast<int>(browsed.rows.size())) continue;

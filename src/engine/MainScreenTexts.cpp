@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "station/MainScreen.h"
+#include "engine/MainScreenPicture.h"
 
 namespace zemo {
 

@@ -26,16 +26,15 @@ void SetAutomatic(Station& station, bool automatic) {
   if (changed) station.events.Engine(engine.IsRunning, automatic);
 }
 
-void ResetFrames(MainScreen& screen) {
-  screen.CadreRechVisible = false;
-  screen.CadrePLVisible = false;
-  screen.GPubJourVisible = false;
-  screen.GPubJourForInsertion = false;
-  screen.BtnCopyPubEnabled = false;
+void CloseFrames(Station& station) {
+  station.browse.open = false;
+  station.storedList.open = false;
+  station.gridFrame.open = false;
+  station.gridFrame.forInsertion = false;
 }
 
 void EnterAutomatic(Station& station) {
-  ResetFrames(station.screen);
+  CloseFrames(station);
   SetAutomatic(station, true);
   station.engine.NoJingleActive = false;
   station.engine.CheckNoJingle = false;
@@ -44,18 +43,17 @@ void EnterAutomatic(Station& station) {
 }
 
 void EnterLive(Station& station) {
-  ResetFrames(station.screen);
+  CloseFrames(station);
   SetAutomatic(station, false);
-  station.screen.CadreRechVisible = true;
-  station.screen.CadrePLVisible = true;
+  station.browse.open = true;
+  station.storedList.open = true;
   station.engine.HotKeysArmed = false;
 }
 
 void ShowDayGrid(Station& station) {
-  ResetFrames(station.screen);
-  station.screen.GPubJourVisible = true;
-  station.screen.BtnCopyPubEnabled = true;
-  station.screen.BtnPubJourXEnabled = true;
+  CloseFrames(station);
+  station.gridFrame.open = true;
+  station.gridFrame.previewOffered = true;
 }
 
 Recordset* FindInLibrary(Station& station, BrowseList list, int32_t code) {
@@ -154,7 +152,7 @@ void ToolbarButton(Station& station, Toolbar button) {
 }
 
 void ReturnToAutomatic(Station& station) {
-  ResetFrames(station.screen);
+  CloseFrames(station);
   if (station.engine.CheckNoJingle) CheckJingles(station, false);  // with what the box had stopped
   SetAutomatic(station, true);
 }
@@ -167,7 +165,7 @@ void CmdStop(Station& station) {
 
 void CmdRequette(Station& station) {
   RecordActivity(station);
-  if (station.screen.CadrePLVisible)
+  if (station.storedList.open)
     OpenSkeletonDialog(station);
   else
     AutomaticRequest(station);

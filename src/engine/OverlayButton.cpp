@@ -45,7 +45,7 @@ void PlayOverAir(Station& station, const std::string& storedPath) {
 void BtnSurImpression_Click(Station& station, int browseRow) {
   RecordActivity(station);
   try {
-    const std::string file = FileOfBrowseRow(station.screen.ListRech, browseRow);
+    const std::string file = FileOfBrowseRow(station.browse.ListRech, browseRow);
     if (!file.empty()) PlayOverAir(station, file);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnSurImpression");

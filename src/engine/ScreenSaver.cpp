@@ -1,5 +1,7 @@
 #include "engine/ScreenSaver.h"
 
+#include <cmath>
+
 #include "engine/OperatorControls.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -7,20 +9,26 @@
 namespace zemo {
 
 void DeclencheVeille(Station& station) {
-  MainScreen& screen = station.screen;
-  if (!station.engine.HotKeysArmed || screen.SaverVisible) return;
-  screen.TextVeille = Trim(station.base.CnfText(Cnf::kTextVeille));
-  screen.SaverVisible = true;
+  if (!station.engine.HotKeysArmed || station.saver.open) return;
+  station.saver.TextVeille = Trim(station.base.CnfText(Cnf::kTextVeille));
+  station.saver.open = true;
+}
+
+void ServeScreenSaver(Station& station) {
+  const int64_t minutes = station.base.CnfInt(Cnf::kVeille);
+  const double idleSec = station.Timer() - station.engine.LastActivityTimer;
+  if (minutes > 0 && std::floor(idleSec) > static_cast<double>(minutes * 60))
+    DeclencheVeille(station);
 }
 
 std::string SaverText(const Station& station) {
-  const MainScreen& screen = station.screen;
-  return screen.TextVeille.empty() ? screen.LblArtiste.text : screen.TextVeille;
+  const std::string& text = station.saver.TextVeille;
+  return text.empty() ? station.notices.titleOnAir : text;
 }
 
 void CloseVeille(Station& station) {
   RecordActivity(station);
-  station.screen.SaverVisible = false;
+  station.saver.open = false;
 }
 
 }  // namespace zemo

@@ -12,18 +12,6 @@ namespace zemo {
 
 namespace {
 
-void SetMenusFor(MainScreen& screen, bool running) {
-  screen.MnuPlaylistEnabled = !running;
-  screen.MnuImprimeEnabled = !running;
-  screen.BtnPubJourXEnabled = !running;
-  screen.ToolbarStartPressed = running;
-  screen.CmdStopCaption = running ? "Next" : "Stop";
-}
-
-void ShowMaxPlay(Station& station) {
-  station.screen.LblMaxPlayInfo = HoursMinutesText(station.base.CnfInt(Cnf::kCycleMaxi));
-}
-
 void FreeOverlay(Station& station) {
   station.Sound().SetFileName(kOverlaySlot, "");
 }
@@ -32,11 +20,11 @@ void Start(Station& station) {
   EngineState& engine = station.engine;
   FreeOverlay(station);
   CalculOffset(station);
-  SetMenusFor(station.screen, true);
+  station.gridFrame.previewOffered = false;
   station.Sound().SetCycleMax(static_cast<int32_t>(station.base.CnfInt(Cnf::kCycleMaxi)));
   engine.LastHour = station.Now().hour;
   if (engine.IsAutomatic && station.PL.Empty()) AutomaticRequest(station);
-  ShowMaxPlay(station);
+  station.notices.cycleMs = station.base.CnfInt(Cnf::kCycleMaxi);
   SurveillePlaylist(station);
   if (station.Sound().State() != OutputState::kStarted) {
     engine.LastJingleTimer = station.Timer();
@@ -53,7 +41,7 @@ void Start(Station& station) {
 void Stop(Station& station) {
   FreeOverlay(station);
   station.engine.IsRunning = false;
-  SetMenusFor(station.screen, false);
+  station.gridFrame.previewOffered = true;
   LoadSavePlay(station, "Save");
 }
 

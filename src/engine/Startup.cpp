@@ -94,14 +94,11 @@ void OpenTables(Station& station) {
 }
 
 void ResetScreen(Station& station) {
-  MainScreen& screen = station.screen;
-  screen.LblArtiste = "";
-  screen.Temp = "--:--";
+  station.notices.titleOnAir.clear();
   station.PL.Clear();
   station.engine.IsAutomatic = true;
-  screen.CadreRechVisible = false;
-  for (uint32_t& led : screen.LedSat) led = kLedOff;
-  screen.LedJoystique.visible = false;
+  station.browse.open = false;
+  station.engine.Contacts.fill(false);
 }
 
 void ConfigureSound(Station& station) {
@@ -113,7 +110,7 @@ void ConfigureSound(Station& station) {
   if (const std::string why = WhyTooManyBuffers(bufferBytes, wanted); !why.empty())
     LogError(station, "Form_Load", kErrOverflow, "NbrBuffers: " + why);
   sound.SetCycleMax(cycleMs);
-  station.screen.LblMaxPlayInfo = HoursMinutesText(cycleMs);
+  station.notices.cycleMs = cycleMs;
   sound.SetRing(bufferBytes, buffers * 2);
   sound.SetOutputBuffers(bufferBytes, buffers);
   CalculOffset(station);
@@ -141,12 +138,12 @@ void TakeInputSettings(Station& station) {
   CaptureJoystick(station);
   station.engine.TempsMaxiImPulsion =
       static_cast<int>(std::max<int64_t>(0, station.base.CnfInt(Cnf::kTempsMaxiImPulsion)));
-  station.screen.CounterColour =
+  station.notices.counterColour =
       static_cast<uint32_t>(station.base.CnfInt(Cnf::kCouleurdesCompteur));
 }
 
 void LoadStationLists(Station& station) {
-  station.screen.InfoDate =
+  station.notices.day =
       LongDateText(station.Now(), static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
   TakeInputSettings(station);
   LoadSaveExclusion(station, "Load");
@@ -190,7 +187,6 @@ void ActivateFirst(Station& station) {
 }  // namespace
 
 bool Form_Load(Station& station) {
-  station.screen.Caption = "Zemo Radio Pro";
   if (ScreenTooSmall(station)) return false;
   OpenBaseOrGoWithout(station);
   SetSideFileNames(station);
@@ -202,7 +198,6 @@ bool Form_Load(Station& station) {
   station.engine.LastDay = station.Now().day;
   LoadStationLists(station);
   CompactOnceAMonth(station);
-  station.screen.Visible = true;
   station.engine.MainTimer =
       station.platform.loop.MakeTimer(kTickMs, [&station] { MainTimer_Timer(station); });
   station.engine.MainTimer->SetEnabled(true);
@@ -226,7 +221,7 @@ void Form_Activate(Station& station, bool first) {
   engine.LastActivityTimer = station.Timer();
   engine.HotKeysArmed = true;
   engine.ActiveList = "PL";
-  station.screen.MnuModelCaption =
+  station.notices.modelCaption =
       ModelCaption(station.base.CnfBool(Cnf::kSquelette), station.base.CnfInt(Cnf::kLangue));
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/MainScreenPicture.h"
 #include "station/OnAirColumns.h"
 #include "station/Station.h"
 
@@ -14,7 +15,7 @@ namespace {
 // Every engine variable under its name.
 NamedValues CollectFlags(const Station& station) {
   const EngineState& e = station.engine;
-  const MainScreen& screen = station.screen;
+  const MainScreen screen = PictureOf(station);
   NamedValues flags;
   const auto yes = [&flags](const char* name, bool value) { flags.emplace_back(name, value); };
   const auto number = [&flags](const char* name, double value) { flags.emplace_back(name, value); };

@@ -101,19 +101,19 @@ bool TryStep(Station& station, Step step) {
 
 // CODE of the list; 0 for a new one that gets no head, so that its rows must not go to another.
 int32_t SaveHead(Station& station) {
-  const MainScreen& screen = station.screen;
+  const StoredListEditor& editor = station.storedList;
   Database& db = station.base.Db();
-  const std::string date = SqlQuoted(screen.LblDate);
-  const std::string time = SqlQuoted(screen.ChHeure);
-  const std::string label = SqlQuoted(FirstCharacters(screen.ComboPLS.text, kLabelWidth));
-  const std::string option = std::to_string(screen.OptPls);
-  if (screen.LblCodePL != 0) {
+  const std::string date = SqlQuoted(editor.LblDate);
+  const std::string time = SqlQuoted(editor.ChHeure);
+  const std::string label = SqlQuoted(FirstCharacters(editor.ComboPLS.text, kLabelWidth));
+  const std::string option = std::to_string(editor.OptPls);
+  if (editor.LblCodePL != 0) {
     TryStep(station, [&] {
       db.Execute("UPDATE PLAYLIST SET LADATE = '" + date + "', LHEURE = '" + time +
                  "', LIBELLE = '" + label + "', NOJINGLE = " + option +
-                 " WHERE CODE = " + std::to_string(screen.LblCodePL));
+                 " WHERE CODE = " + std::to_string(editor.LblCodePL));
     });
-    return screen.LblCodePL;
+    return editor.LblCodePL;
   }
   const bool added = TryStep(station, [&] {
     db.Execute("INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES('" + date + "','" +
@@ -141,7 +141,7 @@ void SaveList(Station& station) {
   const int32_t code = SaveHead(station);
   if (code != 0) SaveRows(station, code);
   transaction.Commit();
-  if (code != 0) station.screen.LblCodePL = code;
+  if (code != 0) station.storedList.LblCodePL = code;
 }
 
 // Deletes the records of the voice tracks of a list that goes. Their sound files.
@@ -172,8 +172,7 @@ void DeleteList(Station& station, int32_t code) {
     if (soundFiles.Exists(file)) soundFiles.Remove(file);
 }
 
-const MainScreen::ListItem* ChosenItem(const MainScreen& screen) {
-  const auto& combo = screen.ComboPLS;
+const StoredListEditor::Item* ChosenItem(const StoredListEditor::Combo& combo) {
   if (combo.index < 0 || combo.index >= static_cast<int>(combo.items.size())) return nullptr;
   return &combo.items[static_cast<size_t>(combo.index)];
 }
@@ -192,7 +191,7 @@ std::vector<OnAirElement> StoredRows(Station& station, int32_t listCode, bool la
 }
 
 void LoadPlaylist(Station& station) {
-  auto& combo = station.screen.ComboPLS;
+  auto& combo = station.storedList.ComboPLS;
   combo.items.clear();
   combo.index = -1;
   try {
@@ -207,8 +206,8 @@ void LoadPlaylist(Station& station) {
 }
 
 void ComboPLS_Click(Station& station) {
-  MainScreen& screen = station.screen;
-  const MainScreen::ListItem* item = ChosenItem(screen);
+  StoredListEditor& editor = station.storedList;
+  const StoredListEditor::Item* item = ChosenItem(editor.ComboPLS);
   if (!item) return;
   try {
     Recordset& playlist = *station.base.Tables().Playlist;
@@ -217,11 +216,11 @@ void ComboPLS_Click(Station& station) {
         StoredRows(station, static_cast<int32_t>(playlist.Int("CODE")), true);
     station.PL.Clear();
     for (const OnAirElement& row : rows) station.PL.Add(row);
-    screen.ComboPLS.text = playlist.Text("LIBELLE");
-    screen.LblDate = playlist.Text("LADATE");
-    screen.ChHeure = playlist.Text("LHEURE");
-    screen.OptPls = static_cast<int>(playlist.Int("NOJINGLE"));
-    screen.LblCodePL = static_cast<int32_t>(playlist.Int("CODE"));
+    editor.ComboPLS.text = playlist.Text("LIBELLE");
+    editor.LblDate = playlist.Text("LADATE");
+    editor.ChHeure = playlist.Text("LHEURE");
+    editor.OptPls = static_cast<int>(playlist.Int("NOJINGLE"));
+    editor.LblCodePL = static_cast<int32_t>(playlist.Int("CODE"));
   } catch (const std::exception&) {
     LogCurrentException(station, "ComboPLS");
   }
@@ -230,7 +229,7 @@ void ComboPLS_Click(Station& station) {
 
 bool SelectStoredList(Station& station, int32_t code) {
   LoadPlaylist(station);
-  auto& combo = station.screen.ComboPLS;
+  auto& combo = station.storedList.ComboPLS;
   for (size_t i = 0; i < combo.items.size(); ++i)
     if (combo.items[i].data == code) combo.index = static_cast<int>(i);
   ComboPLS_Click(station);
@@ -238,7 +237,7 @@ bool SelectStoredList(Station& station, int32_t code) {
 }
 
 void BtnSauve_Click(Station& station) {
-  station.screen.BtnSauveEnabled = false;
+  station.storedList.saving = true;
   station.platform.loop.Yield();
   const MainTimerHold hold(station);
   try {
@@ -246,27 +245,26 @@ void BtnSauve_Click(Station& station) {
     LoadPlaylist(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnSauve",
-                        station.screen.LblCodePL != 0 ? "the stored list stays as it was"
-                                                      : "the list is not stored");
+                        station.storedList.LblCodePL != 0 ? "the stored list stays as it was"
+                                                          : "the list is not stored");
   }
-  station.screen.BtnSauveEnabled = true;
+  station.storedList.saving = false;
 }
 
 void BtnNew_Click(Station& station) {
-  MainScreen& screen = station.screen;
+  StoredListEditor& editor = station.storedList;
   station.PL.Clear();
-  screen.LblDate = "JJ/MM/ANNE";
-  screen.ChHeure = "hh:mn";
-  screen.LblCodePL = 0;
-  screen.ComboPLS.items.clear();
-  screen.ComboPLS.index = -1;
-  screen.ComboPLS.text.clear();
-  screen.BntVoiceTrackVisible = false;
-  screen.OptPls = 0;
+  editor.LblDate = "JJ/MM/ANNE";
+  editor.ChHeure = "hh:mn";
+  editor.LblCodePL = 0;
+  editor.ComboPLS.items.clear();
+  editor.ComboPLS.index = -1;
+  editor.ComboPLS.text.clear();
+  editor.OptPls = 0;
 }
 
 void ComboPLS_KeyDelete(Station& station) {
-  const MainScreen::ListItem* item = ChosenItem(station.screen);
+  const StoredListEditor::Item* item = ChosenItem(station.storedList.ComboPLS);
   if (!item) return;
   if (station.platform.messages.Show("Suppresion", "Supprimer cette playlist",
                                      Buttons::kOkCancel) != Answer::kOk)

@@ -12,7 +12,6 @@ void TraiteTopage(Station& station) {
     if (station.platform.clipboard.Text() != "Zemo Play Now") return;
     StartStopZemoRadio(station, true);
     station.engine.TopagePending = false;
-    station.screen.LblTopage.visible = false;
   } catch (const std::exception&) {
     LogCurrentException(station, "TraiteTopage");
   }

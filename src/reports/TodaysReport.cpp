@@ -35,8 +35,8 @@ void LoadRapportDirectLive(Station& station) {
     const std::vector<BrowseRow> rows =
         RowsSince(station, DaySerial(today.year, today.month, today.day));
     if (rows.empty()) return;
-    station.screen.ListRech.sorted = false;
-    station.screen.ListRech.rows = rows;
+    station.browse.ListRech.sorted = false;
+    station.browse.ListRech.rows = rows;
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadRapportDirectLive");
   }

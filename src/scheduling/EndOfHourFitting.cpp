@@ -34,20 +34,20 @@ constexpr int64_t kShortenLimitMs = 2000;
 // Pointer, timer, latch and progress line of a fit at work; all but the latch go back at its end.
 class FitAtWork {
  public:
-  FitAtWork(Station& station, const char* progress) : screen_(station.screen), hold_(station) {
-    screen_.hourglass = true;
+  FitAtWork(Station& station, const char* progress) : notices_(station.notices), hold_(station) {
+    notices_.hourglass = true;
     station.engine.FittingActive = true;
-    screen_.LblProgression = progress;
-    screen_.LblProgression.visible = true;
+    notices_.progress.text = progress;
+    notices_.progress.visible = true;
   }
   ~FitAtWork() {
-    screen_.hourglass = false;
-    screen_.LblProgression.visible = false;
+    notices_.hourglass = false;
+    notices_.progress.visible = false;
   }
   FitAtWork(const FitAtWork&) = delete;
 
  private:
-  MainScreen& screen_;
+  ScreenNotices& notices_;
   MainTimerHold hold_;
 };
 

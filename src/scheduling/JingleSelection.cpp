@@ -107,8 +107,7 @@ void StartJingle(Station& station) {
 void LeaveOverlayToTick(Station& station, const std::string& label) {
   station.engine.IntroOverlayPending = true;
   station.engine.IntroArmedTimer = station.Timer();
-  station.screen.LblIntro = label;
-  station.screen.LblIntro.visible = true;
+  station.engine.IntroOverlayLabel = label;
 }
 
 // False when the file cannot be used, which is logged: the jingle then only gives up its turn, so

@@ -57,10 +57,10 @@ bool LargeLibrary(Station& station) {
 
 // A text that is too short clears the list. False when there is nothing to look for.
 bool LongEnough(Station& station) {
-  const std::string& typed = station.screen.Rech;
+  const std::string& typed = station.browse.Rech;
   const int shortest = kShortestText + (LargeLibrary(station) ? 1 : 0);
   if (CharacterCount(Trim(typed)) >= shortest) return true;
-  station.screen.ListRech.rows.clear();
+  station.browse.ListRech.rows.clear();
   return typed == kEverything;
 }
 
@@ -153,7 +153,7 @@ void LibrarySearch::Read(Station& station) {
 }
 
 void LibrarySearch::QuerySlice(Station& station) {
-  BrowseRows& list = station.screen.ListRech;
+  BrowseRows& list = station.browse.ListRech;
   if (!over_) Start(station);
   if (!query_) return;
   if (cleared_ && generation_ != list.rows.Generation()) return Stop();  // something else is shown
@@ -178,7 +178,7 @@ void LibrarySearch::ShowAll(BrowseRows& list) {
 }
 
 void LibrarySearch::Finish(Station& station) {
-  BrowseRows& list = station.screen.ListRech;
+  BrowseRows& list = station.browse.ListRech;
   if (!shown_) ShowAll(list);
   if (!query_->genre) station.engine.LastActivityTimer = station.Timer();
   Stop();
@@ -187,7 +187,7 @@ void LibrarySearch::Finish(Station& station) {
 
 void LibrarySearch::BeginSort(Station& station) {
   if (query_) return;  // sorted at its end
-  const BrowseRows& list = station.screen.ListRech;
+  const BrowseRows& list = station.browse.ListRech;
   generation_ = list.rows.Generation();
   sort_.emplace(list.rows, list.sortColumn);
 }
@@ -204,7 +204,7 @@ SearchTurn LibrarySearch::Slice(Station& station, bool again) {
     if (query_)
       QuerySlice(station);
     else if (sort_)
-      SortSlice(station.screen.ListRech);
+      SortSlice(station.browse.ListRech);
     lockedTurns_ = 0;
   } catch (const std::exception& fault) {
     const auto* store = dynamic_cast<const StoreError*>(&fault);
@@ -236,7 +236,7 @@ bool LibrarySearch::ReadAhead(Station& station) {
 namespace {
 
 LibrarySearch& SearchOf(Station& station) {
-  auto& search = station.screen.search;
+  auto& search = station.browse.search;
   if (!search) search = std::make_shared<LibrarySearch>();
   return *search;
 }
@@ -249,17 +249,17 @@ void ToTheEnd(Station& station) {
 }  // namespace
 
 void BeginRech(Station& station) {
-  SearchOf(station).Begin(TextQuery(station.screen.Rech));
+  SearchOf(station).Begin(TextQuery(station.browse.Rech));
 }
 
 void BeginRechGenre(Station& station, const std::string& genre) {
-  station.screen.ListRech.rows.clear();
+  station.browse.ListRech.rows.clear();
   SearchOf(station).Begin({kGenreRoutine, true, genre});
 }
 
 void BeginColumnClick(Station& station, int column) {
   if (column < 0 || column >= kColumns) return;
-  BrowseRows& list = station.screen.ListRech;
+  BrowseRows& list = station.browse.ListRech;
   list.sorted = true;
   list.sortColumn = column;
   SearchOf(station).BeginSort(station);
@@ -277,16 +277,16 @@ bool ReadAheadSlice(Station& station) {
 }
 
 void StopSearch(Station& station) {
-  if (station.screen.search) station.screen.search->Stop();
+  if (station.browse.search) station.browse.search->Stop();
 }
 
 void Rech_Change(Station& station) {
   StopSearch(station);
   try {
-    const std::string typed = station.screen.Rech;
+    const std::string typed = station.browse.Rech;
     if (!LongEnough(station)) return;
     station.platform.loop.Yield();
-    if (station.screen.Rech != typed) return;  // typed on meanwhile: that text was searched
+    if (station.browse.Rech != typed) return;  // typed on meanwhile: that text was searched
   } catch (const std::exception&) {
     return LogCurrentException(station, kTextRoutine);
   }

@@ -16,7 +16,6 @@ namespace {
 constexpr const char* kRestText = "ZEMO RADIO";
 constexpr int64_t kAskAgainMs = 1000;
 constexpr int64_t kFruitlessRestMs = 10000;
-constexpr int64_t kSameErrorMs = 60000;
 }  // namespace
 
 RequestFrame::RequestFrame(Station& station, const char* kind)
@@ -34,8 +33,8 @@ RequestFrame::RequestFrame(Station& station, const char* kind)
 
 RequestFrame::~RequestFrame() {
   if (!messageStays_) {
-    station_.screen.LblProgression = kRestText;
-    station_.screen.LblProgression.visible = false;
+    station_.notices.progress.text = kRestText;
+    station_.notices.progress.visible = false;
   }
 }
 
@@ -56,7 +55,7 @@ void RequestFrame::Tell() {
 
 void RequestFrame::Finish() {
   RefreshPlanTimes(station_);
-  station_.screen.hourglass = false;
+  station_.notices.hourglass = false;
   station_.requests.PLHidden = false;
   Tell();
 }
@@ -80,11 +79,11 @@ void RequestFrame::Fail(const char* request) {
 
 void RequestFrame::Leave(const char* message) {
   if (message) {
-    station_.screen.LblProgression = message;
-    station_.screen.LblProgression.visible = true;
+    station_.notices.progress.text = message;
+    station_.notices.progress.visible = true;
   }
   messageStays_ = true;
-  station_.screen.hourglass = false;
+  station_.notices.hourglass = false;
   station_.requests.PLHidden = false;
   Tell();
 }
@@ -105,7 +104,7 @@ void RequestFrame::Open(int minutes) {
   if (minutes > 0) requests.MinutesRequete = minutes;
   requests.PLHidden = true;
   firstNewRow_ = station_.PL.Count() + 1;
-  station_.screen.hourglass = true;
+  station_.notices.hourglass = true;
   station_.base.Tables().Discotheque->SetIndex("CODE");
 }
 
@@ -134,8 +133,8 @@ void ShowSearch(Station& station) {
   if (langue < 0 || langue > 2) return;
   const int64_t minutes = station.base.CnfInt(Cnf::kTempRequette);
   const std::string number = (minutes < 0 ? "" : " ") + std::to_string(minutes);
-  station.screen.LblProgression = kWords[langue].before + number + kWords[langue].behind;
-  station.screen.LblProgression.visible = true;
+  station.notices.progress.text = kWords[langue].before + number + kWords[langue].behind;
+  station.notices.progress.visible = true;
 }
 
 }  // namespace zemo

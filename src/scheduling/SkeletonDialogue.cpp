@@ -72,7 +72,7 @@ void SquelettePLS_DeleteKey(Station& station) {
 
 bool LoadSquelette(Station& station, int day) {
   try {
-    const int hour = ValInt(station.screen.ChHeure.substr(0, 2));
+    const int hour = ValInt(station.storedList.ChHeure.substr(0, 2));
     TextGrid skeleton;
     station.base.Db().ReadRows(
         "SELECT TRANCHE" + TwoDigits(hour) +

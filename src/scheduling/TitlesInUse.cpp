@@ -31,7 +31,7 @@ bool ListStillToCome(std::string_view date, std::string_view hourMinute, const L
 TitlesInUse LoadTitlesInUse(Station& station) {
   TitlesInUse used;
   for (const OnAirRow& row : station.PL) used.Add(row.code);
-  const bool editing = station.screen.CadrePLVisible;
+  const bool editing = station.storedList.open;
   std::set<int64_t> lists;
   if (!editing) lists = ListsStillToCome(station);
   if (!editing && lists.empty()) return used;

@@ -55,15 +55,15 @@ std::string InLangue(int64_t langue, const Words& words) {
 
 void AskNew(Station& station, int64_t langue) {
   station.platform.messages.Show("Alerte", InLangue(langue, kDelete), Buttons::kOk);
-  station.screen.PasseWord.Title = InLangue(langue, kNew);
-  station.screen.PasseWord.asksNew = true;
+  station.lockDialogue.Title = InLangue(langue, kNew);
+  station.lockDialogue.asksNew = true;
 }
 
 }  // namespace
 
 void MnuPasseWord(Station& station) {
   const int64_t langue = LangueOf(station);
-  auto& dialogue = station.screen.PasseWord;
+  auto& dialogue = station.lockDialogue;
   dialogue = {};
   dialogue.open = true;
   const std::string label = InLangue(langue, kLabel);
@@ -75,7 +75,7 @@ void MnuPasseWord(Station& station) {
 }
 
 void PasseWordOk(Station& station, std::string_view typed) {
-  auto& dialogue = station.screen.PasseWord;
+  auto& dialogue = station.lockDialogue;
   if (!dialogue.open) return;
   if (!dialogue.asksNew && LockOpensWith(station, typed)) return AskNew(station, LangueOf(station));
   if (dialogue.asksNew) {
@@ -86,9 +86,6 @@ void PasseWordOk(Station& station, std::string_view typed) {
 }
 
 void ShowLock(Station& station) {
-  MainScreen& screen = station.screen;
-  screen.MnuParametrageEnabled = screen.MnuEditEnabled = !station.lists.Locked;
-  screen.MnuPasseWordChecked = station.lists.Locked;
   station.engine.ScreenLocked = station.lists.Locked;
 }
 

@@ -1,5 +1,5 @@
 // The dialogue of the menu entry MnuPasseWord, by which the settings are locked and unlocked. It
-// shows screen.PasseWord: its title, and a label beside the masked box.
+// shows the station's LockDialogue: its title, and a label beside the masked box.
 #pragma once
 
 #include <string>
@@ -16,7 +16,7 @@ void MnuPasseWord(Station& station);
 // dialogue. A new password locks, the empty one unlocks, and the dialogue closes.
 void PasseWordOk(Station& station, std::string_view typed);
 
-// The menus that the lock bars, its mark and the engine's ScreenLocked, by lists.Locked.
+// The engine's ScreenLocked, which bars menus, by lists.Locked.
 void ShowLock(Station& station);
 
 }  // namespace zemo

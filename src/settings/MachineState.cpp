@@ -34,9 +34,8 @@ bool MarkedProduction(Station& station) {
 void LoadMachineState(Station& station) {
   const bool noReport = MarkedNoReport(station);
   if (noReport) {
-    station.screen.LblDateTitre = "No Rapport";
-    station.screen.LblInfo = "NO RAPPORT  -  RAPPORT DISABLE  -  NO RAPPORT";
-    station.screen.LblInfoScrolling = true;
+    station.notices.noReport = true;
+    station.notices.ticker = "NO RAPPORT  -  RAPPORT DISABLE  -  NO RAPPORT";
   }
   station.engine.PCProduction = MarkedProduction(station);
   station.engine.ReportsDisabled = noReport || station.engine.PCProduction;

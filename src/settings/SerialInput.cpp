@@ -45,10 +45,9 @@ std::string PortCom_Click(Station& station, int option, const std::string& setti
 bool UseJoystick(Station& station, int port) {
   Joystick& joystick = station.platform.joystick;
   station.engine.JoystickInUse = port > 0;
-  station.screen.LedJoystique.visible = port > 0;
   const bool answers = port > 0 && joystick.Open(port);
   if (port <= 0) joystick.Close();
-  if (answers) station.screen.LedJoystique = "Joy";
+  if (answers) station.engine.joystickLamp = JoystickLamp::kReady;
   return answers;
 }
 

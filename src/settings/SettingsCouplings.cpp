@@ -150,7 +150,7 @@ void ChoosePrelistenOutput(Station& station, SettingsDevices& devices) {
 }
 
 void PaintCounters(Station& station, SettingsDevices&) {
-  station.screen.CounterColour = static_cast<uint32_t>(station.settings.PictureColor);
+  station.notices.counterColour = static_cast<uint32_t>(station.settings.PictureColor);
 }
 
 void StoreXRapport(Station& station, SettingsDevices&) {

@@ -20,6 +20,9 @@ namespace zemo {
 
 struct Station;
 
+// The button that is held, by its number; kReady: the joystick was found, and none pressed yet.
+enum class JoystickLamp { kReady = -1, kDark, kEngine, kSatellite, kLocalProgramme, kPulse };
+
 struct EngineState {
   FlagObserver* observer = nullptr;  // hears of changed flags; not owned
 
@@ -50,14 +53,17 @@ struct EngineState {
 
   // --- introduction, extract, voice track ---
   Flag<bool> IntroOverlayPending{"IntroOverlayPending", false, observer};  // slot 2 waits
-  int32_t IntroLengthSec = 0;                                              // 0 when none
-  float IntroStartTimer = 0;  // the element with the introduction began
-  float IntroArmedTimer = 0;  // the overlay was armed
-  int32_t ExtractEndMs = 0;   // 0 when none
+  std::string IntroOverlayLabel;  // of the jingle that waits there
+  int32_t IntroLengthSec = 0;     // 0 when none
+  bool IntroShown = false;        // its countdown, from the begin on; a break that goes in hides it
+  float IntroStartTimer = 0;      // the element with the introduction began
+  float IntroArmedTimer = 0;      // the overlay was armed
+  int32_t ExtractEndMs = 0;       // 0 when none
   Flag<bool> CheckExtrait{"CheckExtrait", false, observer};
   Flag<int> VoiceTrackState{"VoiceTrackState", 0, observer};  // 0 none, -1 armed, -2 playing
   int32_t VoiceTrackStartMs = 0;
   std::string OverlayFile;  // stored path of the file in slot 2; whoever loads it
+  std::string OverlayKey;   // the shortcut key that is heard; empty: none
 
   // --- hour ---
   Flag<bool> HourPipPending{"HourPipPending", false, observer};
@@ -76,6 +82,8 @@ struct EngineState {
   Flag<bool> InputsAllowed{"InputsAllowed", false, observer};
   Flag<bool> SerialInputOpen{"SerialInputOpen", false, observer};
   Flag<bool> JoystickInUse{"JoystickInUse", false, observer};
+  std::array<bool, 4> Contacts{};  // of the automaton; a pulse turns 1 and 2 over
+  JoystickLamp joystickLamp = JoystickLamp::kDark;
   // Seconds a pulse of contact 1 or 2 shuts others out, 0 for level contacts. Read at the start and
   // set by the settings screen, so that another machine's change of the base waits for the restart.
   Flag<int> TempsMaxiImPulsion{"TempsMaxiImPulsion", 0, observer};

@@ -68,7 +68,7 @@ void LogError(Station& station, const std::string& where, int number, const std:
                       digits = std::to_string(number);
     AppendToLog(station,
                 DateText(now) + " " + TimeText(now) + "\t" + place + "\t" + digits + "\t" + fault);
-    station.screen.LblErreur =
+    station.notices.lastError =
         TimeText(now) + "  ERR n° " + digits + " - " + place + " - " + fault + "  - ";
     station.events.Error(place, number, fault);
   } catch (const std::exception&) {

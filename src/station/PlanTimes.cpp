@@ -12,8 +12,9 @@ namespace {
 // ms since midnight at which the first row begins.
 double FirstStartMs(const Station& station) {
   const EngineState& engine = station.engine;
-  if (station.screen.CadrePLVisible) {
-    const std::string& time = station.screen.ChHeure;  // "hh:mm"; the neutral text counts as 00:00
+  if (station.storedList.open) {
+    const std::string& time =
+        station.storedList.ChHeure;  // "hh:mm"; the neutral text counts as 00:00
     const double hours = Val(time);
     const double minutes = time.size() > 3 ? Val(time.substr(3)) : 0;
     return (hours * 3600 + minutes * 60) * 1000 + engine.BufferOffsetSec * 1000.0;
@@ -30,10 +31,7 @@ void RefreshPlanTimes(Station& station) {
     element.plannedMs = startMs;
     startMs += element.AirMs();
   }
-  const auto totalSec = static_cast<int32_t>(std::floor((startMs - firstMs) / 1000));
-  station.screen.HHTot = totalSec / 3600;
-  station.screen.MnTot = totalSec / 60 % 60;
-  station.screen.SSTot = totalSec % 60;
+  station.notices.listTotalSec = static_cast<int32_t>(std::floor((startMs - firstMs) / 1000));
 }
 
 }  // namespace zemo

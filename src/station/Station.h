@@ -14,10 +14,11 @@
 #include "station/DayGrid.h"
 #include "station/EngineEvents.h"
 #include "station/EngineState.h"
-#include "station/MainScreen.h"
 #include "station/ModelEditor.h"
 #include "station/OnAirList.h"
+#include "station/OperatorFrames.h"
 #include "station/RequestState.h"
+#include "station/ScreenNotices.h"
 #include "station/SettingsScreen.h"
 #include "store/StationBase.h"
 
@@ -69,7 +70,12 @@ struct Station : private SoundObserver, private FlagObserver {
   EngineState engine;
   OnAirList PL;
   DayGrid GPubJour;
-  MainScreen screen;
+  ScreenNotices notices;
+  BrowseFrame browse;
+  StoredListEditor storedList;
+  GridFrame gridFrame;
+  Saver saver;
+  LockDialogue lockDialogue;
   RequestState requests;
   ModelEditor modelEditor;
   SettingsScreen settings;
@@ -100,6 +106,9 @@ inline constexpr int kErrFile = 75;  // a file that cannot be read or written, o
 // the screen's error line, and an event. The very same fault again within 5 s is passed over, of a
 // base out of reach within a minute. Never throws; the program goes on.
 void LogError(Station& station, const std::string& where, int number, const std::string& text);
+
+// What fails at every turn is logged once in this time.
+inline constexpr int64_t kSameErrorMs = 60000;
 
 // True when that fault was logged within that time; else notes it as logged now.
 bool LoggedLately(Station& station, const std::string& fault, int64_t withinMs);

@@ -1,20 +1,20 @@
 // The wait pointer over a piece of work, on whatever way that ends.
 #pragma once
 
-#include "station/MainScreen.h"
+#include "station/ScreenNotices.h"
 
 namespace zemo {
 
 class WaitPointer {
  public:
-  explicit WaitPointer(MainScreen& screen) : screen_(screen), former_(screen.hourglass) {
-    screen_.hourglass = true;
+  explicit WaitPointer(ScreenNotices& notices) : notices_(notices), former_(notices.hourglass) {
+    notices_.hourglass = true;
   }
-  ~WaitPointer() { screen_.hourglass = former_; }
+  ~WaitPointer() { notices_.hourglass = former_; }
   WaitPointer(const WaitPointer&) = delete;
 
  private:
-  MainScreen& screen_;
+  ScreenNotices& notices_;
   const bool former_;
 };
 

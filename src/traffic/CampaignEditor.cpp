@@ -154,7 +154,7 @@ void FillLists(Station& station, CampaignEditor& editor) {
 }  // namespace
 
 void MnuHPubs(Station& station, CampaignEditor& editor) {
-  station.screen.BtnSurImpressionCaption = kOverlayAtRest;
+  station.engine.OverlayKey.clear();
   LoadSaveDecoupe(station, "Load", editor);
   FillLists(station, editor);
   editor.PLPubVisible = false;

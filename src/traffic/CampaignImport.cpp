@@ -23,7 +23,7 @@ namespace zemo {
 namespace {
 
 constexpr size_t kLinesASlice = 500;
-constexpr int64_t kSameErrorMs = 3600000;
+constexpr int64_t kSameFileFaultMs = 3600000;
 constexpr int kToldWidth = 50;  // of an advertiser, in the log
 
 // The fields of a line between its tabs, in their order.
@@ -186,13 +186,13 @@ void ImportExportPubs(Station& station) {
   const std::string& name = station.files.ExportPubs;
   if (folder.SizeBytes(name) > kMostTextBytes) {
     const std::string fault = name + " is larger than 4 MB: it is not taken in";
-    if (!LoggedLately(station, fault, kSameErrorMs))
+    if (!LoggedLately(station, fault, kSameFileFaultMs))
       LogError(station, "SurveilleNewBase", kErrOther, fault);
     return;
   }
   const std::optional<std::string> bytes = folder.Read(name);
   if (!bytes) return;
-  const WaitPointer wait(station.screen);
+  const WaitPointer wait(station.notices);
   const std::vector<std::string> lines = SplitLines(DecodeSideFile(*bytes));
   TakenMark mark(folder);
   const int32_t added = AddNewCampaigns(station, CutLines(station, lines), mark);

@@ -93,12 +93,12 @@ void DeleteEndedCampaigns(Station& station) {
 }  // namespace
 
 void SuppresionPub(Station& station) {
-  Label& info = station.screen.LblProgression;
+  auto& info = station.notices.progress;
   const bool shows = !info.visible;  // else a composition tells of itself there
   try {
     if (station.base.CountRecords("GrillePub") == 0) return;
     if (shows) {
-      info = "ANALYSE DES PUBS - RUBRIQUES...";
+      info.text = "ANALYSE DES PUBS - RUBRIQUES...";
       info.visible = true;
     }
     station.base.Tables().GrillePub->SetIndex("PRIORITY");

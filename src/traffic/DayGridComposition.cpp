@@ -251,15 +251,15 @@ class Composing {
  public:
   explicit Composing(Station& station) : station_(station) {
     station_.engine.composing = true;
-    station_.screen.hourglass = true;
-    station_.screen.LblProgression = "COMPOSITION DES PUBS EN COURS...";
-    station_.screen.LblProgression.visible = true;
+    station_.notices.hourglass = true;
+    station_.notices.progress.text = "COMPOSITION DES PUBS EN COURS...";
+    station_.notices.progress.visible = true;
   }
   ~Composing() {
     station_.engine.composing = false;
-    station_.screen.hourglass = false;
-    station_.screen.LblProgression = "ZEMO RADIO PRO";
-    station_.screen.LblProgression.visible = false;
+    station_.notices.hourglass = false;
+    station_.notices.progress.text = "ZEMO RADIO PRO";
+    station_.notices.progress.visible = false;
   }
   Composing(const Composing&) = delete;
 

@@ -101,7 +101,10 @@ using GlossaryOfScreens = Screen;
 
 TEST_F(GlossaryOfScreens, TellsEveryControlOfTheOnAirScreenAndItsDialogues) {
   Open();
-  Names present = Controls("station/MainScreen.h", "MainScreen");
+  Names present = Controls("engine/MainScreenPicture.h", "MainScreen");
+  for (const char* frame :
+       {"BrowseFrame", "StoredListEditor", "GridFrame", "Saver", "LockDialogue"})
+    present.merge(Controls("station/OperatorFrames.h", frame));
   QTest::keyClick(Find("ListRech"), Qt::Key_Menu);
   AddNamesOf(*window, present);
   AddNamesOf(CalendarWindow(0, on.station.Now(), nullptr), present);

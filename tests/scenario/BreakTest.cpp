@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/DayGridControls.h"
+#include "engine/MainScreenPicture.h"
 #include "engine/OperatorControls.h"
 #include "support/Campaigns.h"
 #include "traffic/DayGridComposition.h"
@@ -487,14 +488,14 @@ TEST_F(GridInTheTick, ABreakCopiedFromTheGridGoesToTheHeadOrToTheSelectedRow) {
   MakeGrid();
   Titles(3, 60000);
   GPubJour_Click(on.station, 1);
-  EXPECT_EQ(on.station.screen.BtnCopyPubCaption, "Copier les pubs de 18:00");
+  EXPECT_EQ(PictureOf(on.station).BtnCopyPubCaption, "Copier les pubs de 18:00");
   EXPECT_TRUE(BtnCopyPub_Click(on.station, 1));
   EXPECT_EQ(on.station.PL.Row(1).title, "SPOT");
   OpenGridForInsertion(on.station);
-  EXPECT_TRUE(on.station.screen.GPubJourVisible);
+  EXPECT_TRUE(on.station.gridFrame.open);
   EXPECT_TRUE(BtnCopyPub_Click(on.station, 1, 3));
   EXPECT_EQ(on.station.PL.Row(3).title, "SPOT");
-  EXPECT_FALSE(on.station.screen.GPubJourVisible);  // the list came back
+  EXPECT_FALSE(on.station.gridFrame.open);  // the list came back
   EXPECT_EQ(on.Events("break").at(1)["routine"], "InsertPubPlaylist");
   EXPECT_TRUE(BtnCopyPub_Click(on.station, 1));
   EXPECT_EQ(on.Events("break").at(2)["routine"], "AjoutPubPlaylist");

@@ -172,7 +172,7 @@ TEST_F(Emergency, IsToldAsAShortElementInTheReport) {
   ASSERT_EQ(starts.size(), 1U) << on.Describe();
   EXPECT_EQ(starts[0].Int("code"), -5);
   EXPECT_EQ(starts[0]["title"], "Secours  Nuit calme");
-  EXPECT_EQ(on.station.screen.LblArtiste.text, "Secours  Nuit calme");
+  EXPECT_EQ(on.station.notices.titleOnAir, "Secours  Nuit calme");
   EXPECT_TRUE(on.station.PL.Empty());
   EXPECT_EQ(
       on.SqlText("SELECT GENRE || '/' || AUTEUR || '/' || TITRE || '/' || HEURE FROM Rapport"),

@@ -100,7 +100,7 @@ TEST_F(HandOver, ANewBaseIsTakenAsTheNextTitleStartsAndTheAirGoesOn) {
   EXPECT_TRUE(on.Events("error").empty()) << on.Describe();
   EXPECT_FALSE(on.stationFolder.Exists("New.mdb"));
   EXPECT_TRUE(on.stationFolder.Exists("Triskin.BAK"));
-  EXPECT_FALSE(on.station.screen.hourglass);
+  EXPECT_FALSE(on.station.notices.hourglass);
   // The grid of the day was composed from the new base.
   bool composed = false;
   for (const Seen& grid : on.Events("grid")) composed |= grid.atMs >= swapped->atMs;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/ExternalTriggers.h"
+#include "engine/MainScreenPicture.h"
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
 #include "engine/StateDump.h"
@@ -20,8 +21,8 @@ TEST(Joystick, IsCapturedAtTheStartWhenItsPortIsNamed) {
   on.Load();
   EXPECT_TRUE(on.station.engine.JoystickInUse);
   EXPECT_EQ(on.joystick.Port(), 3);
-  EXPECT_TRUE(on.station.screen.LedJoystique.visible);
-  EXPECT_EQ(on.station.screen.LedJoystique.text, "Joy");
+  EXPECT_TRUE(PictureOf(on.station).LedJoystique.visible);
+  EXPECT_EQ(PictureOf(on.station).LedJoystique.text, "Joy");
   EXPECT_TRUE(Quitter(on.station));
   EXPECT_EQ(on.joystick.Port(), 0);
 }
@@ -34,8 +35,8 @@ TEST(Joystick, DoesNothingWithoutAPort) {
   on.At(4000, [&] { JoystickButtonDown(on.station, 4); });
   on.RunUntil(6000);
   EXPECT_FALSE(on.station.engine.JoystickInUse);
-  EXPECT_FALSE(on.station.screen.LedJoystique.visible);
-  EXPECT_EQ(on.station.screen.LedJoystique.text, "");
+  EXPECT_FALSE(PictureOf(on.station).LedJoystique.visible);
+  EXPECT_EQ(PictureOf(on.station).LedJoystique.text, "");
   EXPECT_EQ(on.EngineTurns(), "");
   EXPECT_TRUE(on.Starts().empty());
 }
@@ -43,14 +44,14 @@ TEST(Joystick, DoesNothingWithoutAPort) {
 TEST(Joystick, TheIndicatorShowsTheButtonHeld) {
   TriggerStation on(kNoon, kJoystick);
   on.Load();
-  const Label& led = on.station.screen.LedJoystique;
+  const auto led = [&on] { return PictureOf(on.station).LedJoystique; };
   for (int button = 1; button <= 4; ++button) {
     on.joystick.Press(button);
-    EXPECT_EQ(led.text, "Joy" + std::to_string(button));
-    EXPECT_EQ(led.colour, 65280U);
+    EXPECT_EQ(led().text, "Joy" + std::to_string(button));
+    EXPECT_EQ(led().colour, 65280U);
     on.joystick.Release(button);
-    EXPECT_EQ(led.text, "");
-    EXPECT_EQ(led.colour, 32768U);
+    EXPECT_EQ(led().text, "");
+    EXPECT_EQ(led().colour, 32768U);
   }
 }
 
@@ -165,7 +166,7 @@ TEST(Joystick, TheStoppedTickRecomputesInputsAllowedAndLeavesTheIndicator) {
     on.At(atMs, [&] { states += on.station.engine.InputsAllowed ? '1' : '0'; });
   on.RunUntil(91000);
   EXPECT_EQ(states, "1001");
-  EXPECT_EQ(on.station.screen.LedJoystique.text, "Joy");
+  EXPECT_EQ(PictureOf(on.station).LedJoystique.text, "Joy");
 }
 
 TEST(Joystick, ATakeOverGoesOverTheHourAndMidnight) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/LiveMode.h"
+#include "engine/MainScreenPicture.h"
 #include "engine/OperatorControls.h"
 #include "scheduling/LibrarySearch.h"
 #include "station/OnAirColumns.h"
@@ -25,12 +26,12 @@ class LiveList : public testing::Test {
         "INSERT INTO DiscothequeVirgule (FILENAME, DUREE, LIBELLE, TOUCHE, POINTSORTIE) VALUES "
         "('/v.wav', 2000, 'STING', 3, 100)");
   }
-  BrowseRows& List() { return on.station.screen.ListRech; }
+  BrowseRows& List() { return on.station.browse.ListRech; }
   std::string Cell(size_t row, int column) {
     return row < List().rows.size() ? std::string(List().rows.Cell(row, column)) : "no such row";
   }
   void Type(const std::string& text) {
-    on.station.screen.Rech = text;
+    on.station.browse.Rech = text;
     Rech_Change(on.station);
   }
   void Cards(int count) {
@@ -56,8 +57,8 @@ TEST_F(LiveList, JinglesSayWhetherTheyPlayOverTheMusic) {
   EXPECT_EQ(Cell(1, 1), "Non");
   EXPECT_EQ(Cell(1, 2), "01:05");
   EXPECT_EQ(Cell(1, 4), "");
-  EXPECT_FALSE(on.station.screen.SearchVisible);
-  EXPECT_TRUE(on.station.screen.PictureNoJingleVisible);
+  EXPECT_FALSE(PictureOf(on.station).SearchVisible);
+  EXPECT_TRUE(PictureOf(on.station).PictureNoJingleVisible);
 }
 
 TEST_F(LiveList, HeadsSpeakTheStationsLanguage) {
@@ -103,7 +104,7 @@ TEST_F(LiveList, MusicBeginsEmptyWithItsSearch) {
   MenuLive(on.station, BrowseList::kOthers);
   MenuLive(on.station, BrowseList::kMusic);
   EXPECT_TRUE(List().rows.empty());
-  EXPECT_TRUE(on.station.screen.SearchVisible);
+  EXPECT_TRUE(PictureOf(on.station).SearchVisible);
 }
 
 TEST_F(LiveList, ATableThatIsGoneLeavesAnEmptyListAndALine) {

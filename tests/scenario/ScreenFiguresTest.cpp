@@ -4,6 +4,7 @@
 
 #include "engine/Forecast.h"
 #include "engine/HealthLine.h"
+#include "engine/MainScreenPicture.h"
 #include "engine/NextUp.h"
 #include "engine/OperatorControls.h"
 #include "engine/OverlayButton.h"
@@ -142,7 +143,7 @@ TEST_F(ScreenFigures, AFullDiskAWaitingBaseAndAnErrorAreNotesAndNeverRed) {
   EXPECT_EQ(Figure(HealthLine::kDisk).severity, HealthSeverity::kNote);
   EXPECT_EQ(Figure(HealthLine::kDisk).text, "0.9 GB");
   on.station.engine.kept.writes.emplace_back();
-  on.station.screen.LblErreur = "12:00 ERR";
+  on.station.notices.lastError = "12:00 ERR";
   Tell(2000, 0.5F);
   EXPECT_EQ(Figure(HealthLine::kDisk).text, "50 GB");
   EXPECT_EQ(Figure(HealthLine::kBase).text, "1 waiting");
@@ -186,8 +187,8 @@ TEST_F(ScreenFigures, TheForecastBeginsWithTheListAsItStandsAtTheNextTransition)
 TEST_F(ScreenFigures, TheOverlayButtonPlaysTheChosenRowOverTheAir) {
   BrowseRow row;
   row.cells[3] = on.MakeSound("over.wav", 4000);
-  on.station.screen.ListRech.list = BrowseList::kJingles;
-  on.station.screen.ListRech.rows = {row};
+  on.station.browse.ListRech.list = BrowseList::kJingles;
+  on.station.browse.ListRech.rows = {row};
   on.AppendCard(on.AddCard({}));
   on.Start();
   on.RunUntil(2000);
@@ -208,19 +209,19 @@ TEST_F(ScreenFigures, TheOverlayButtonNamesTheKeyWhileItsSoundIsHeard) {
   on.At(4950, [&] { on.keyboard.Press(99); });
   on.At(5050, [&] { on.keyboard.Release(99); });
   on.RunUntil(6900);
-  EXPECT_EQ(on.station.screen.BtnSurImpressionCaption, "Touche 3");
+  EXPECT_EQ(PictureOf(on.station).BtnSurImpressionCaption, "Touche 3");
   on.RunUntil(7500);
-  EXPECT_EQ(on.station.screen.BtnSurImpressionCaption, "Sur Impression");
+  EXPECT_EQ(PictureOf(on.station).BtnSurImpressionCaption, "Sur Impression");
 }
 
 TEST_F(ScreenFigures, TheSaverSaysItsTextOrWhatIsOnAir) {
-  on.station.screen.LblArtiste = "ABBA  WATERLOO";
+  on.station.notices.titleOnAir = "ABBA  WATERLOO";
   on.station.engine.HotKeysArmed = true;
   DeclencheVeille(on.station);
-  EXPECT_TRUE(on.station.screen.SaverVisible);
+  EXPECT_TRUE(on.station.saver.open);
   EXPECT_EQ(SaverText(on.station), "ABBA  WATERLOO");
   CloseVeille(on.station);
-  EXPECT_FALSE(on.station.screen.SaverVisible);
+  EXPECT_FALSE(on.station.saver.open);
   on.Set("TextVeille", "'RADIO'");
   on.station.base.CheckCnf();
   DeclencheVeille(on.station);

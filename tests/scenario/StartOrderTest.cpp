@@ -1,6 +1,7 @@
 // Coming up and going down: what is created, resumed, refused.
 #include <gtest/gtest.h>
 
+#include "engine/MainScreenPicture.h"
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
@@ -74,8 +75,8 @@ TEST(StartOrder, SoundIsConfiguredFromTheSettings) {
   on.Load();
   // 100 buffers of 4096 bytes, divided by 2048 and by 100.
   EXPECT_FLOAT_EQ(on.station.engine.BufferOffsetSec, 2.0F);
-  EXPECT_EQ(on.station.screen.LblOffsetBuffers.text, "2 '' de buffers");
-  EXPECT_EQ(on.station.screen.LblMaxPlayInfo.text, "02 h 30");  // 9000000 ms
+  EXPECT_EQ(PictureOf(on.station).LblOffsetBuffers, "2 '' de buffers");
+  EXPECT_EQ(PictureOf(on.station).LblMaxPlayInfo, "02 h 30");  // 9000000 ms
   EXPECT_EQ(on.sound.OutputNumBuffers(), 100);
   EXPECT_EQ(on.sound.OutputBufferSize(), 4096);
 }
@@ -124,7 +125,7 @@ TEST(StartOrder, NoRapportFileMakesAProductionMachine) {
   on.machineFolder.Write("NoRapport.txt", "");
   on.Load();
   EXPECT_TRUE(on.station.engine.ReportsDisabled);
-  EXPECT_EQ(on.station.screen.LblDateTitre.text, "No Rapport");
+  EXPECT_EQ(PictureOf(on.station).LblDateTitre, "No Rapport");
   AppendSpot(on, 10000);
   on.Start();
   on.RunUntil(5000);
@@ -234,12 +235,12 @@ TEST(Start, PutsTheScreenInTheRunningState) {
   TestStation on;
   on.Load();
   on.Start();
-  EXPECT_FALSE(on.station.screen.MnuPlaylistEnabled);
-  EXPECT_FALSE(on.station.screen.BtnPubJourXEnabled);
-  EXPECT_EQ(on.station.screen.CmdStopCaption, "Next");
+  EXPECT_FALSE(PictureOf(on.station).MnuPlaylistEnabled);
+  EXPECT_FALSE(on.station.gridFrame.previewOffered);
+  EXPECT_EQ(PictureOf(on.station).CmdStopCaption, "Next");
   StartStopZemoRadio(on.station, false);
-  EXPECT_TRUE(on.station.screen.MnuPlaylistEnabled);
-  EXPECT_EQ(on.station.screen.CmdStopCaption, "Stop");
+  EXPECT_TRUE(PictureOf(on.station).MnuPlaylistEnabled);
+  EXPECT_EQ(PictureOf(on.station).CmdStopCaption, "Stop");
 }
 
 TEST(Settings, AreReadAtEachUse) {
@@ -265,7 +266,7 @@ TEST(LiveMode, ReturnsToAutomaticWhenItsListRunsOut) {
   on.Start();
   on.RunUntil(15000);
   EXPECT_TRUE(on.station.engine.IsAutomatic) << on.Describe();
-  EXPECT_FALSE(on.station.screen.CadreRechVisible);
+  EXPECT_FALSE(on.station.browse.open);
 }
 
 TEST(LiveMode, ItsReturnLetsTheJinglesPlayThatItsBoxHadStopped) {
@@ -387,7 +388,7 @@ TEST(StartOrder, ATimedStopThatFailsCostsItsOwnStepAlone) {
   };
   for (int64_t ms = 9000; ms < 12000 && on.Events("error").empty(); ms += 10) on.RunUntil(ms);
   ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
-  EXPECT_TRUE(on.station.screen.SaverVisible);  // in the same tick
+  EXPECT_TRUE(on.station.saver.open);  // in the same tick
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ class StoredPlaylist : public testing::Test {
         "INSERT INTO VT (FILENAME, START, LIBELLE, CUT, DUREE, POINTSORTIE) VALUES ('/u.wav', 0, "
         "'LINK', -1, 4000, 250)");
   }
-  MainScreen& Panel() { return on.station.screen; }
+  StoredListEditor& Panel() { return on.station.storedList; }
   void Save(const std::string& label) {
     Panel().ComboPLS.text = label;
     Panel().LblDate = "21/11/2026";
@@ -177,7 +177,7 @@ TEST_F(StoredPlaylist, FailedHeadLeavesTheOtherListsRowsAlone) {
   BtnSauve_Click(on.station);
   EXPECT_EQ(on.SqlText("SELECT group_concat(DISCOTHEQUE) FROM Pls"), "-1");
   EXPECT_EQ(Panel().LblCodePL, 0);
-  EXPECT_TRUE(Panel().BtnSauveEnabled);
+  EXPECT_FALSE(Panel().saving);
   EXPECT_FALSE(on.Events("error").empty());
 }
 
@@ -210,8 +210,9 @@ class SavedList : public StoredPlaylist {
     ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
     EXPECT_EQ(on.Events("error")[0]["where"], "BtnSauve");
     EXPECT_EQ(on.Events("error")[0].Int("number"), number);
-    EXPECT_NE(Panel().LblErreur.text.find(words), std::string::npos) << Panel().LblErreur.text;
-    EXPECT_TRUE(Panel().BtnSauveEnabled);
+    EXPECT_NE(on.station.notices.lastError.find(words), std::string::npos)
+        << on.station.notices.lastError;
+    EXPECT_FALSE(Panel().saving);
     EXPECT_EQ(Panel().ComboPLS.items.size(), 1U);
   }
 };
@@ -296,7 +297,7 @@ TEST_F(StoredPlaylist, DeleteAsksAndTakesTheVoiceTracksAlong) {
 }
 
 TEST_F(StoredPlaylist, PlannedTimesInTheEditorBeginAtTheListsTime) {
-  Panel().CadrePLVisible = true;
+  Panel().open = true;
   Panel().ChHeure = "23:59";
   DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);    // 60000 ms
   DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);  // 5000 ms, exit point 300
@@ -307,16 +308,14 @@ TEST_F(StoredPlaylist, PlannedTimesInTheEditorBeginAtTheListsTime) {
   EXPECT_EQ(ColumnText(Row(2), Col::kPlanned), "00 h 00 ' 02");
   EXPECT_EQ(ColumnText(Row(3), Col::kPlanned), "00 h 00 ' 06");
   // 60000 + 4700 + 30000 = 94.7 s
-  EXPECT_EQ(Panel().HHTot, 0);
-  EXPECT_EQ(Panel().MnTot, 1);
-  EXPECT_EQ(Panel().SSTot, 34);
+  EXPECT_EQ(on.station.notices.listTotalSec, 94);
 }
 
 TEST_F(StoredPlaylist, DeletingTheOnlyRowMakesTheTotalsZero) {
   DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
-  EXPECT_EQ(Panel().MnTot, 1);
+  EXPECT_EQ(on.station.notices.listTotalSec, 60);
   DeleteRow(on.station, 1);
-  EXPECT_EQ(Panel().HHTot + Panel().MnTot + Panel().SSTot, 0);
+  EXPECT_EQ(on.station.notices.listTotalSec, 0);
 }
 
 TEST_F(StoredPlaylist, DraggedRowKeepsItsColumns) {

@@ -2,6 +2,7 @@
 // 21 November 2026 is a Saturday, day 5. The drain lasts 2.5 s.
 #include <gtest/gtest.h>
 
+#include "engine/MainScreenPicture.h"
 #include "scenario/TriggerStation.h"
 
 namespace zemo::test {
@@ -26,13 +27,14 @@ TEST_F(TopageHandOver, TheWordsHandTheAirBack) {
   PutOnAir(on);
   Neighbour(on, 40000, "Zemo Play Now");
   bool shown = false;
-  on.At(30050, [&] { shown = on.station.screen.LblTopage.visible; });  // 12:01:20, an even second
+  on.At(30050,
+        [&] { shown = PictureOf(on.station).LblTopage.visible; });  // 12:01:20, an even second
   on.RunUntil(41000);
   EXPECT_EQ(on.EngineTurns(), "0 on; 10000 off; 40000 on") << on.Describe();
   EXPECT_EQ(on.Words(), "10000 12:01:00; 22600 Topage; 40000 Zemo Play Now");
   EXPECT_EQ(on.stationFolder.Read("CheckTopage.Dat"), "Topage          ");
   EXPECT_TRUE(shown);
-  EXPECT_FALSE(on.station.screen.LblTopage.visible);
+  EXPECT_FALSE(PictureOf(on.station).LblTopage.visible);
   EXPECT_FALSE(on.station.engine.TopagePending);
   ASSERT_EQ(on.Starts().size(), 2U);
   EXPECT_EQ(on.Starts()[1].atMs, 40000);  // the stopped tick that reads them goes on to the start

@@ -67,7 +67,7 @@ class TriggerStation : public TestStation {
   void Button(int64_t atMs, int button, bool down) {
     At(atMs, [this, button, down] { down ? joystick.Press(button) : joystick.Release(button); });
   }
-  bool Led(int contact) const { return station.screen.LedSat[contact] == kLedOn; }
+  bool Led(int contact) const { return station.engine.Contacts[static_cast<size_t>(contact)]; }
   std::string PLCodes() const {
     std::string codes;
     for (const OnAirRow& row : station.PL)

@@ -176,6 +176,7 @@ void TestStation::OnEvent(const Event& event) {
   for (const auto& [name, value] : event.members)
     one.members[std::string(name)] = std::visit(ToText{}, value);
   seen.push_back(std::move(one));
+  if (listener) listener(event);
 }
 
 void TestStation::Load() {

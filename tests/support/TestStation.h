@@ -201,6 +201,7 @@ class TestStation : private EventSink {
   SimJoystick joystick;
   Station station;
   std::vector<Seen> seen;
+  std::function<void(const Event&)> listener;  // hears of each event behind `seen`; may throw
 
  private:
   void OnEvent(const Event& event) override;

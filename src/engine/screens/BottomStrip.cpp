@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "engine/MainScreenPicture.h"
 #include "engine/MainScreenTexts.h"
 #include "engine/screens/FitLabel.h"
 #include "engine/screens/Theme.h"
@@ -161,7 +162,7 @@ void BottomStrip::Arrange(double unit) {
   LblErreur->SetType(small, 10);
 }
 
-void BottomStrip::ShowInputs(const Station& station) {
+void BottomStrip::ShowInputs(const MainScreen& screen) {
   const auto light = [](QLabel* label, uint32_t colour) {
     const QString sheet =
         QStringLiteral("background:%1;color:%2;border-radius:3px;")
@@ -170,26 +171,27 @@ void BottomStrip::ShowInputs(const Station& station) {
     if (label->styleSheet() != sheet) label->setStyleSheet(sheet);
   };
   for (size_t contact = 0; contact < LedSat.size(); ++contact)
-    light(LedSat[contact], station.screen.LedSat[contact]);
-  const Label& joystick = station.screen.LedJoystique;
+    light(LedSat[contact], screen.LedSat[contact]);
+  const MainScreen::Lamp& joystick = screen.LedJoystique;
   Put(LedJoystique, QString::fromStdString(joystick.text));
   light(LedJoystique, joystick.colour);
   LedJoystique->setVisible(joystick.visible);
 }
 
 void BottomStrip::ShowStation(const Station& station, int64_t nowMs) {
-  const MainScreen& screen = station.screen;
+  const MainScreen screen = PictureOf(station);
+  const ScreenNotices& notices = station.notices;
   Put(HHTot, QString::fromStdString(TwoDigits(screen.HHTot)));
   Put(MnTot, QString::fromStdString(TwoDigits(screen.MnTot)));
   Put(SSTot, QString::fromStdString(TwoDigits(screen.SSTot)));
-  LblOffsetBuffers->Show(QString::fromStdString(screen.LblOffsetBuffers.text));
-  Put(LblMaxPlayInfo, QString::fromStdString(screen.LblMaxPlayInfo.text));
-  LblProgression->Show(QString::fromStdString(screen.LblProgression.text));
-  LblProgression->setVisible(screen.LblProgression.visible);
-  LblInfo->setVisible(screen.LblInfo.visible && !screen.LblProgression.visible);
-  LblInfo->Show(QString::fromStdString(screen.LblInfo.text), screen.LblInfoScrolling, nowMs);
-  LblErreur->Show(QString::fromStdString(screen.LblErreur.text));
-  ShowInputs(station);
+  LblOffsetBuffers->Show(QString::fromStdString(screen.LblOffsetBuffers));
+  Put(LblMaxPlayInfo, QString::fromStdString(screen.LblMaxPlayInfo));
+  LblProgression->Show(QString::fromStdString(notices.progress.text));
+  LblProgression->setVisible(notices.progress.visible);
+  LblInfo->setVisible(!notices.progress.visible);
+  LblInfo->Show(QString::fromStdString(screen.LblInfo), screen.LblInfoScrolling, nowMs);
+  LblErreur->Show(QString::fromStdString(notices.lastError));
+  ShowInputs(screen);
 }
 
 void BottomStrip::ShowHealth(const HealthLine& health, int64_t nowMs) {

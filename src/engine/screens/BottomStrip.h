@@ -13,6 +13,7 @@ class QLabel;
 namespace zemo {
 
 class FitLabel;
+struct MainScreen;
 struct Station;
 
 // LblInfo: a line that runs from right to left while it scrolls.
@@ -43,7 +44,7 @@ class BottomStrip : public QFrame {
 
  private:
   QLabel* Figure(const char* name);
-  void ShowInputs(const Station& station);
+  void ShowInputs(const MainScreen& screen);
 
   int langue_ = 0;
   double unit_ = 1;

@@ -7,6 +7,7 @@
 #include <QToolButton>
 #include <utility>
 
+#include "engine/MainScreenPicture.h"
 #include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
 #include "engine/screens/Theme.h"
@@ -123,14 +124,15 @@ void ControlBar::Arrange(double unit) {
 }
 
 void ControlBar::Refresh() {
-  const MainScreen& screen = station_.screen;
+  const MainScreen screen = PictureOf(station_);
+  const bool grid = station_.gridFrame.open;
   const auto check = [this](Toolbar button, bool on) {
     QToolButton* tool = toolbar_[static_cast<size_t>(button)];
     if (tool->isChecked() != on) tool->setChecked(on);
   };
-  check(Toolbar::kAutomatic, station_.engine.IsAutomatic && !screen.GPubJourVisible);
-  check(Toolbar::kLive, !station_.engine.IsAutomatic && !screen.GPubJourVisible);
-  check(Toolbar::kDayGrid, screen.GPubJourVisible);
+  check(Toolbar::kAutomatic, station_.engine.IsAutomatic && !grid);
+  check(Toolbar::kLive, !station_.engine.IsAutomatic && !grid);
+  check(Toolbar::kDayGrid, grid);
   check(Toolbar::kStart, screen.ToolbarStartPressed);
   check(Toolbar::kStop, !screen.ToolbarStartPressed);
   const auto put = [](QPushButton* button, const std::string& text) {
@@ -149,7 +151,6 @@ void ControlBar::ShowOverlay(bool playable, const std::string& tip) {
 }
 
 void ControlBar::ShowVoiceTrack(bool visible) {
-  station_.screen.BntVoiceTrackVisible = visible;
   if (BntVoiceTrack->isVisibleTo(this) != visible) BntVoiceTrack->setVisible(visible);
 }
 

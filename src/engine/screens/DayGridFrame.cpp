@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "engine/DayGridControls.h"
+#include "engine/MainScreenPicture.h"
 #include "engine/MainScreenTexts.h"
 #include "engine/screens/CalendarWindow.h"
 #include "engine/screens/PaperPrint.h"
@@ -179,7 +180,7 @@ void DayGridFrame::Arrange(double unit) {
 }
 
 void DayGridFrame::Refresh() {
-  const MainScreen& screen = station_.screen;
+  const MainScreen screen = PictureOf(station_);
   model_->Sync();
   const int shape = model_->UsedColumns() * 1000 + model_->rowCount();
   if (shape != arrangedColumns_) {
@@ -189,8 +190,8 @@ void DayGridFrame::Refresh() {
   const QString caption = QString::fromStdString(screen.BtnCopyPubCaption);
   if (!caption.isEmpty() && BtnCopyPub->text() != caption) BtnCopyPub->setText(caption);
   BtnCopyPub->setEnabled(screen.BtnCopyPubEnabled);
-  BtnImpressionPub->setEnabled(screen.GPubJourVisible);
-  BtnPubJourX->setEnabled(screen.BtnPubJourXEnabled);
+  BtnImpressionPub->setEnabled(station_.gridFrame.open);
+  BtnPubJourX->setEnabled(station_.gridFrame.previewOffered);
 }
 
 }  // namespace zemo

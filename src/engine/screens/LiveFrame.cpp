@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "engine/LiveMode.h"
+#include "engine/MainScreenPicture.h"
 #include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
 #include "engine/screens/OnAirListView.h"
@@ -36,7 +37,7 @@ Control* Named(const char* name, QWidget* parent) {
 LiveFrame::LiveFrame(Station& station, OnAirListView& list, BrowseOrders orders, QWidget* parent)
     : QFrame(parent),
       station_(station),
-      model_(new BrowseModel(station.screen.ListRech, this)),
+      model_(new BrowseModel(station.browse.ListRech, this)),
       list_(list) {
   setObjectName(QStringLiteral("CadreRech"));
   setProperty("panel", true);
@@ -127,7 +128,7 @@ void LiveFrame::Connect() {
   });
   connect(&work_, &QTimer::timeout, this, [this] { Work(); });
   connect(&readAhead_, &QTimer::timeout, this, [this] {
-    const bool idle = station_.screen.SearchVisible && !work_.isActive();
+    const bool idle = PictureOf(station_).SearchVisible && !work_.isActive();
     readAhead_.start(idle && ReadAheadSlice(station_) ? kReadAheadMs : kLookForWritesMs);
   });
   for (QCheckBox* check : {CheckExtrait, OptionDirect, CheckNoJingle})
@@ -173,7 +174,7 @@ void LiveFrame::hideEvent(QHideEvent* event) {
 // --- the search ---
 
 void LiveFrame::SearchText() {
-  station_.screen.Rech = Rech->text().toStdString();
+  station_.browse.Rech = Rech->text().toStdString();
   BeginRech(station_);
   Work();
 }
@@ -195,12 +196,12 @@ void LiveFrame::ShowRows() {
 }
 
 int LiveFrame::ChosenRow() const {
-  const bool shown = station_.screen.CadreRechVisible && !model_->Others();
+  const bool shown = station_.browse.open && !model_->Others();
   return shown ? ListRech->ChosenRow() : -1;
 }
 
 void LiveFrame::SearchMusic() {
-  if (station_.screen.ListRech.list != BrowseList::kMusic) return Browse(BrowseList::kMusic);
+  if (station_.browse.ListRech.list != BrowseList::kMusic) return Browse(BrowseList::kMusic);
   Rech->setFocus(Qt::ShortcutFocusReason);
   Rech->selectAll();
 }
@@ -219,7 +220,7 @@ void LiveFrame::Browse(BrowseList list) {
 }
 
 void LiveFrame::Refresh() {
-  const MainScreen& screen = station_.screen;
+  const MainScreen screen = PictureOf(station_);
   const bool search = screen.SearchVisible;
   for (QWidget* control : {static_cast<QWidget*>(LblRech), static_cast<QWidget*>(Rech),
                            static_cast<QWidget*>(RechGenre), static_cast<QWidget*>(CheckExtrait),

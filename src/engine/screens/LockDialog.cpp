@@ -16,7 +16,7 @@ LockDialog::LockDialog(Station& station, int langue, QWidget* parent)
   setObjectName(QStringLiteral("FrmPasseWord"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowModality(Qt::WindowModal);
-  const QString label = QString::fromStdString(station.screen.PasseWord.Label);
+  const QString label = QString::fromStdString(station.lockDialogue.Label);
   auto* layout = new QVBoxLayout(this);
   auto* heading = new QLabel(label, this);
   ChPasse = new QLineEdit(this);
@@ -38,12 +38,12 @@ LockDialog::LockDialog(Station& station, int langue, QWidget* parent)
 
 void LockDialog::Refresh() {
   ChPasse->clear();
-  setWindowTitle(QString::fromStdString(station_.screen.PasseWord.Title));
+  setWindowTitle(QString::fromStdString(station_.lockDialogue.Title));
 }
 
 void LockDialog::Ok() {
   PasseWordOk(station_, ChPasse->text().toStdString());
-  if (station_.screen.PasseWord.open)
+  if (station_.lockDialogue.open)
     Refresh();
   else
     accept();

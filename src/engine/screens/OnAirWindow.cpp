@@ -98,7 +98,7 @@ OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
   // The line in a combo box hands its focus to the box.
   findChild<QWidget*>(QStringLiteral("ComboPLS"))->installEventFilter(this);
   connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
-    if (station_.screen.CadreRechVisible) live_->SearchMusic();
+    if (station_.browse.open) live_->SearchMusic();
   });
   connect(&draw_, &QTimer::timeout, this, [this] { Refresh(); });
   connect(&observe_, &QTimer::timeout, this, [this] { Observe(); });
@@ -161,13 +161,13 @@ void OnAirWindow::MakeBody() {
   };
   browse.selected = [this] { AdaptOverlay(); };
   browse.openCard = [this](int row) {
-    const BrowseRows& browsed = station_.screen.ListRech;
+    const BrowseRows& browsed = station_.browse.ListRech;
     const bool card = browsed.list == BrowseList::kMusic && row >= 0 &&
                       row < static_cast<int>(browsed.rows.size());
     if (card && !station_.lists.Locked) OpenCard(browsed.rows.Code(static_cast<size_t>(row)));
   };
   browse.openSelector = [this](int row) {
-    OpenSelector(FileOfBrowseRow(station_.screen.ListRech, row));
+    OpenSelector(FileOfBrowseRow(station_.browse.ListRech, row));
   };
   live_ = new LiveFrame(station_, *list_, std::move(browse), centralWidget());
 }
@@ -242,7 +242,7 @@ void OnAirWindow::LayOut() {
 }
 
 void OnAirWindow::Traduction() {
-  setWindowTitle(QString::fromStdString(station_.screen.Caption));
+  setWindowTitle(QStringLiteral("Zemo Radio Pro"));
   ApplyTexts(*this, langue_);
   bar_->SetTexts(langue_);
   menus_->SetTexts(langue_);
@@ -274,7 +274,7 @@ void OnAirWindow::Arrange() {
 }
 
 void OnAirWindow::ArrangeBody() {
-  const bool shared = station_.screen.CadreRechVisible;
+  const bool shared = station_.browse.open;
   if (!shared) {
     left_->setMinimumWidth(0);
     left_->setMaximumWidth(QWIDGETSIZE_MAX);
@@ -329,30 +329,30 @@ void OnAirWindow::Refresh() {
 }
 
 void OnAirWindow::RefreshFrames() {
-  const MainScreen& screen = station_.screen;
-  const int frames =
-      screen.CadreRechVisible * 4 + screen.CadrePLVisible * 2 + (screen.GPubJourVisible ? 1 : 0);
+  const bool browses = station_.browse.open, edits = station_.storedList.open,
+             grid = station_.gridFrame.open;
+  const int frames = browses * 4 + edits * 2 + (grid ? 1 : 0);
   if (frames != shownFrames_) {
     shownFrames_ = frames;
-    live_->setVisible(screen.CadreRechVisible);
-    stored_->setVisible(screen.CadrePLVisible);
-    grid_->setVisible(screen.GPubJourVisible);
-    list_->setVisible(!screen.GPubJourVisible);
+    live_->setVisible(browses);
+    stored_->setVisible(edits);
+    grid_->setVisible(grid);
+    list_->setVisible(!grid);
     ArrangeBody();
   }
   const int row = list_->SelectedRow();
-  bar_->ShowVoiceTrack(screen.CadrePLVisible && row > 0 && row < station_.PL.Count());
-  if (screen.CadreRechVisible) live_->Refresh();
+  bar_->ShowVoiceTrack(edits && row > 0 && row < station_.PL.Count());
+  if (browses) live_->Refresh();
   AdaptOverlay();
-  if (screen.CadrePLVisible) stored_->Refresh();
-  if (screen.GPubJourVisible) grid_->Refresh();
-  const Qt::CursorShape shape = screen.hourglass ? Qt::WaitCursor : Qt::ArrowCursor;
+  if (edits) stored_->Refresh();
+  if (grid) grid_->Refresh();
+  const Qt::CursorShape shape = station_.notices.hourglass ? Qt::WaitCursor : Qt::ArrowCursor;
   if (cursor().shape() != shape) setCursor(shape);
   if (station_.engine.ScreenLocked && isVisible() && !isMaximized()) showMaximized();
 }
 
 void OnAirWindow::RefreshSaver() {
-  if (station_.screen.SaverVisible == (saver_ != nullptr)) return;
+  if (station_.saver.open == (saver_ != nullptr)) return;
   if (saver_) {
     saver_.release()->deleteLater();
     return;
@@ -442,7 +442,7 @@ void OnAirWindow::PlayOverlay() {
 
 void OnAirWindow::AdaptOverlay() {
   if (!live_) return;
-  const BrowseRows& browsed = station_.screen.ListRech;
+  const BrowseRows& browsed = station_.browse.ListRech;
   const int row = live_->ChosenRow();
   const bool playable = !FileOfBrowseRow(browsed, row).empty();
   bar_->ShowOverlay(playable,

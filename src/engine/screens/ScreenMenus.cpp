@@ -5,6 +5,7 @@
 #include <QMenuBar>
 #include <utility>
 
+#include "engine/MainScreenPicture.h"
 #include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
 #include "station/Station.h"
@@ -87,14 +88,14 @@ void ScreenMenus::SetTexts(int langue) {
 }
 
 void ScreenMenus::Refresh() {
-  const MainScreen& screen = station_.screen;
+  const MainScreen screen = PictureOf(station_);
   MnuEdit_->menuAction()->setEnabled(screen.MnuEditEnabled);
-  MnuPasseWord_->setChecked(screen.MnuPasseWordChecked);
+  MnuPasseWord_->setChecked(station_.engine.ScreenLocked);
   MnuPlaylist_->setEnabled(screen.MnuPlaylistEnabled);
   MnuImprime_->setEnabled(screen.MnuImprimeEnabled);
   MnuStartStop_->setChecked(station_.engine.MnuStartStop);
   MnuPCProduction_->setChecked(station_.engine.PCProduction);
-  const QString model = QString::fromStdString(screen.MnuModelCaption);
+  const QString model = QString::fromStdString(station_.notices.modelCaption);
   if (MnuModelCaption_->text() != model) MnuModelCaption_->setText(model);
 }
 

@@ -223,7 +223,7 @@ void SkeletonWindow::CopyDay(int day) {
   const bool copied = LoadSquelette(station_, day);
   QString name = findChild<QAction*>(QString::fromLatin1(kDays[day - 1]))->text();
   name.remove(u'&');
-  const std::string hour = station_.screen.ChHeure.substr(0, 2);
+  const std::string hour = station_.storedList.ChHeure.substr(0, 2);
   const std::string which = name.toStdString() + ", " + hour + " h";
   LblEtat->setText(QString::fromStdString(
       ScreenWord(copied ? "SkeletonCopied" : "SkeletonNone", langue_, which)));

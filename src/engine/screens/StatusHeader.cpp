@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "engine/HealthLine.h"
+#include "engine/MainScreenPicture.h"
 #include "engine/MainScreenTexts.h"
 #include "engine/NextUp.h"
 #include "engine/screens/FitLabel.h"
@@ -279,49 +280,47 @@ void StatusHeader::ShowLamp(bool running, bool silent, bool emergency) {
   Colour(lamp_, look.ink, look.ground, 4);
 }
 
-void StatusHeader::ShowLights(const Station& station) {
-  const MainScreen& screen = station.screen;
-  LblMode->Show(Text(screen.LblMode.text));
-  LblDateTitre->Show(Text(screen.LblDateTitre.text));
-  LblDateTitre->setVisible(!screen.LblDateTitre.text.empty());
+void StatusHeader::ShowLights(const MainScreen& screen) {
+  LblMode->Show(Text(screen.LblMode));
+  LblDateTitre->Show(Text(screen.LblDateTitre));
+  LblDateTitre->setVisible(!screen.LblDateTitre.empty());
   Put(LblFeu, Text(screen.LblFeu.text));
   Colour(LblFeu, Qt::black, Theme::FromBgr(screen.LblFeu.colour), 3);
   LblFeu->setVisible(screen.LblFeu.visible);
   Colour(LblIntro, Qt::black, Theme::kJingle, 3);
   LblIntro->setVisible(screen.LblIntro.visible);
-  Put(LblTopage,
-      screen.LblTopage.text.empty() ? QStringLiteral("Topage") : Text(screen.LblTopage.text));
+  Put(LblTopage, Text(screen.LblTopage.text));
   Colour(LblTopage, Qt::black, Theme::kNote, 3);
   LblTopage->setVisible(screen.LblTopage.visible);
 }
 
-void StatusHeader::ShowClock(const Station& station, const LocalDateTime& now) {
+void StatusHeader::ShowClock(const MainScreen& screen, const LocalDateTime& now) {
   Put(hh_, Text(TwoDigits(now.hour)));
   Put(mn_, Text(TwoDigits(now.minute)));
   Put(ss_, Text(TwoDigits(now.second)));
-  InfoDate->Show(Text(station.screen.InfoDate.text));
+  InfoDate->Show(Text(screen.InfoDate));
 }
 
-void StatusHeader::ShowElement(const Station& station) {
-  const MainScreen& screen = station.screen;
+void StatusHeader::ShowElement(const MainScreen& screen, uint32_t counterColour) {
   LblArtiste->SetColour(sounding_ ? Theme::kText : Theme::kDim);
-  LblArtiste->Show(Text(screen.LblArtiste.text));
-  Temp->SetColour(Theme::Readable(Theme::FromBgr(screen.CounterColour), Theme::kText));
-  Temp->Show(Text(screen.Temp.text));
+  LblArtiste->Show(Text(screen.LblArtiste));
+  Temp->SetColour(Theme::Readable(Theme::FromBgr(counterColour), Theme::kText));
+  Temp->Show(Text(screen.Temp));
   Put(Tmn, QString::number(screen.Tmn));
   Put(Tss, QString::number(screen.Tss));
-  LblEncours->Show(Text(screen.LblEncours.text));
-  LblLongueur->Show(Text(screen.LblLongueur.text));
-  PSortie->Show(Text(screen.PSortie.text));
+  LblEncours->Show(Text(screen.LblEncours));
+  LblLongueur->Show(Text(screen.LblLongueur));
+  PSortie->Show(Text(screen.PSortie));
   VueIntro->Show(screen.VueIntro.visible, screen.VueIntro.elapsedSec, screen.VueIntro.lengthSec);
 }
 
 void StatusHeader::ShowStation(const Station& station, const LocalDateTime& now, bool silent) {
   sounding_ = station.platform.sound.Sounds(0) || station.platform.sound.Sounds(1);
   ShowLamp(station.engine.IsRunning, silent, station.engine.EmergencyOnAir);
-  ShowLights(station);
-  ShowClock(station, now);
-  ShowElement(station);
+  const MainScreen screen = PictureOf(station);
+  ShowLights(screen);
+  ShowClock(screen, now);
+  ShowElement(screen, station.notices.counterColour);
 }
 
 void StatusHeader::ShowNext(const NextUp& next) {
@@ -366,7 +365,7 @@ void StatusHeader::ShowWave(const Station& station, std::shared_ptr<const WavePe
     element.introMs = introMs_;
     element.exitMs = static_cast<int32_t>(std::max(0.0F, static_cast<float>(engine.MixPointMs)));
   }
-  VuMettre->Show(element, station.screen.VuMettrePercent, std::move(peaks));
+  VuMettre->Show(element, PictureOf(station).VuMettrePercent, std::move(peaks));
 }
 
 void StatusHeader::ShowLevels(const OutputFigures& output, int64_t nowMs) {

@@ -19,6 +19,7 @@ class WaveformView;
 struct LocalDateTime;
 struct NextUp;
 struct OutputFigures;
+struct MainScreen;
 struct Station;
 
 class StatusHeader : public QFrame {
@@ -51,9 +52,9 @@ class StatusHeader : public QFrame {
   QWidget* MiddleZone();
   QWidget* RightZone();
   void ShowLamp(bool running, bool silent, bool emergency);
-  void ShowLights(const Station& station);
-  void ShowClock(const Station& station, const LocalDateTime& now);
-  void ShowElement(const Station& station);
+  void ShowLights(const MainScreen& screen);
+  void ShowClock(const MainScreen& screen, const LocalDateTime& now);
+  void ShowElement(const MainScreen& screen, uint32_t counterColour);
 
   int langue_ = 0;
   bool sounding_ = false;

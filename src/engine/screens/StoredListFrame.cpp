@@ -123,15 +123,15 @@ void StoredListFrame::LayOut() {
 
 void StoredListFrame::Connect() {
   connect(ComboPLS, &QComboBox::editTextChanged, this,
-          [this](const QString& text) { station_.screen.ComboPLS.text = text.toStdString(); });
+          [this](const QString& text) { station_.storedList.ComboPLS.text = text.toStdString(); });
   connect(LblDate, &QPushButton::clicked, this, [this] { OpenCalendar(); });
   connect(ChHeure, &QLineEdit::textEdited, this, [this](const QString& text) {
-    station_.screen.ChHeure = text.toStdString();
+    station_.storedList.ChHeure = text.toStdString();
     RefreshPlanTimes(station_);
   });
   connect(OptPls, &QComboBox::activated, this, [this](int item) {
     RecordActivity(station_);
-    station_.screen.OptPls = item;
+    station_.storedList.OptPls = item;
   });
   connect(BtnSauve, &QPushButton::clicked, this, [this] {
     RecordActivity(station_);
@@ -155,7 +155,7 @@ void StoredListFrame::Load() {
 
 void StoredListFrame::SetDate(const QString& text) {
   RecordActivity(station_);
-  station_.screen.LblDate = text.toStdString();
+  station_.storedList.LblDate = text.toStdString();
   Refresh();
 }
 
@@ -168,7 +168,7 @@ void StoredListFrame::OpenCalendar() {
 }
 
 void StoredListFrame::FillItems() {
-  const auto& items = station_.screen.ComboPLS.items;
+  const auto& items = station_.storedList.ComboPLS.items;
   bool same = ComboPLS->count() == static_cast<int>(items.size());
   for (int item = 0; same && item < ComboPLS->count(); ++item) {
     const auto& wanted = items[static_cast<size_t>(item)];
@@ -181,26 +181,26 @@ void StoredListFrame::FillItems() {
 }
 
 void StoredListFrame::Refresh() {
-  const MainScreen& screen = station_.screen;
+  const StoredListEditor& editor = station_.storedList;
   const QSignalBlocker quiet(ComboPLS);
   FillItems();
-  if (ComboPLS->currentIndex() != screen.ComboPLS.index)
-    ComboPLS->setCurrentIndex(screen.ComboPLS.index);
-  const QString text = QString::fromStdString(screen.ComboPLS.text);
+  if (ComboPLS->currentIndex() != editor.ComboPLS.index)
+    ComboPLS->setCurrentIndex(editor.ComboPLS.index);
+  const QString text = QString::fromStdString(editor.ComboPLS.text);
   if (ComboPLS->currentText() != text) ComboPLS->setEditText(text);
-  const QString date = QString::fromStdString(screen.LblDate);
+  const QString date = QString::fromStdString(editor.LblDate);
   if (LblDate->text() != date) LblDate->setText(date);
-  const QString hour = QString::fromStdString(screen.ChHeure);
+  const QString hour = QString::fromStdString(editor.ChHeure);
   if (ChHeure->text() != hour) ChHeure->setText(hour);
-  if (OptPls->currentIndex() != screen.OptPls) OptPls->setCurrentIndex(screen.OptPls);
-  const QString code = QString::number(screen.LblCodePL);
+  if (OptPls->currentIndex() != editor.OptPls) OptPls->setCurrentIndex(editor.OptPls);
+  const QString code = QString::number(editor.LblCodePL);
   if (LblCodePL->text() != code) LblCodePL->setText(code);
-  BtnSauve->setEnabled(screen.BtnSauveEnabled);
+  BtnSauve->setEnabled(!editor.saving);
 }
 
 void StoredListFrame::ChooseList(int item) {
   RecordActivity(station_);
-  station_.screen.ComboPLS.index = item;
+  station_.storedList.ComboPLS.index = item;
   whenFree_([this] {
     ComboPLS_Click(station_);
     Refresh();
@@ -209,7 +209,7 @@ void StoredListFrame::ChooseList(int item) {
 
 // Without a chosen list the key is the text's.
 bool StoredListFrame::DeleteKey() {
-  if (station_.screen.ComboPLS.index < 0) return false;
+  if (station_.storedList.ComboPLS.index < 0) return false;
   RecordActivity(station_);
   whenFree_([this] {
     ComboPLS_KeyDelete(station_);

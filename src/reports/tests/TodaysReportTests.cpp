@@ -14,7 +14,7 @@ class TodaysReport : public testing::Test {
     on.Sql("INSERT INTO Rapport (AUTEUR, TITRE, GENRE, VARIETE, DATENUM) VALUES ('" + author +
            "', 'TITLE', 'POP', 'NATIONAL', " + serial + ")");
   }
-  BrowsedRows& Rows() { return on.station.screen.ListRech.rows; }
+  BrowsedRows& Rows() { return on.station.browse.ListRech.rows; }
   TestStation on{"2026-11-21 12:00:00"};
 };
 
@@ -22,7 +22,7 @@ TEST_F(TodaysReport, ShowsTheDayFromItsMidnightNewestFirst) {
   Add("YESTERDAY", "46346.9999");
   Add("MIDNIGHT", "46347");
   Add("MORNING", "46347.3");
-  on.station.screen.ListRech.sorted = true;
+  on.station.browse.ListRech.sorted = true;
   LoadRapportDirectLive(on.station);
   ASSERT_EQ(Rows().size(), 2U);
   EXPECT_EQ(Rows()[0].cells[0], "MORNING");
@@ -30,7 +30,7 @@ TEST_F(TodaysReport, ShowsTheDayFromItsMidnightNewestFirst) {
   EXPECT_EQ(Rows()[0].cells[2], "POP");
   EXPECT_EQ(Rows()[0].cells[3], "NATIONAL");
   EXPECT_EQ(Rows()[1].cells[0], "MIDNIGHT");
-  EXPECT_FALSE(on.station.screen.ListRech.sorted);
+  EXPECT_FALSE(on.station.browse.ListRech.sorted);
 }
 
 TEST_F(TodaysReport, ADayWithoutRowsLeavesTheListAsItIs) {

@@ -178,7 +178,7 @@ TEST_F(FittingGap, IsFilledByTheLongestRestedInstrumentalLongerThanIt) {
   EXPECT_EQ(ColumnText(row, Col::kLastPlayed), "2023/03/15  00:00:00");
   EXPECT_EQ(ColumnText(row, Col::kPlanned), "12 h 57 ' 50");
   EXPECT_TRUE(Engine().FittingActive);
-  EXPECT_FALSE(on.station.screen.LblProgression.visible);
+  EXPECT_FALSE(on.station.notices.progress.visible);
 }
 
 TEST_F(FittingGap, StaysWhenNoInstrumentalIsLonger) {
@@ -342,7 +342,7 @@ TEST_F(FittingShortens, AnHourWithoutABreakLeftIsFittedPlainly) {
   EXPECT_FALSE(Engine().HourBlockHandled);
   EXPECT_TRUE(Engine().FittingActive);
   EXPECT_TRUE(Engine().MainTimer->Enabled());
-  EXPECT_FALSE(on.station.screen.LblProgression.visible);
+  EXPECT_FALSE(on.station.notices.progress.visible);
 }
 
 TEST_F(FittingShortens, WhileItWorksTheScreenSaysSoAndTheTickIsHeld) {
@@ -351,7 +351,7 @@ TEST_F(FittingShortens, WhileItWorksTheScreenSaysSoAndTheTickIsHeld) {
   bool seen = false;
   on.loop.Post([&] {
     seen = true;
-    EXPECT_EQ(on.station.screen.LblProgression.text, "OPTIMISATION PUB >> TOP H");
+    EXPECT_EQ(on.station.notices.progress.text, "OPTIMISATION PUB >> TOP H");
     EXPECT_FALSE(Engine().MainTimer->Enabled());
   });
   AjusteFinHeurePubColleTopH(on.station);

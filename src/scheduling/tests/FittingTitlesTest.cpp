@@ -140,7 +140,7 @@ TEST_F(FittingRound, AFailedReadOfTheCardsLosesNoRow) {
   ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
   EXPECT_EQ(on.Events("error")[0]["where"], "AjusteTitres");
   EXPECT_EQ(Engine().mainTimerHolds, 0);
-  EXPECT_FALSE(on.station.screen.hourglass);
+  EXPECT_FALSE(on.station.notices.hourglass);
 }
 
 // --- a whole fit ---
@@ -192,16 +192,16 @@ TEST_F(FittingPlain, WhileItWorksTheScreenSaysSoAndTheTickIsHeld) {
   bool seen = false;
   on.loop.Post([&] {
     seen = true;
-    EXPECT_EQ(on.station.screen.LblProgression.text, "OPTIMISATION POUR TOP HORAIRE");
-    EXPECT_TRUE(on.station.screen.LblProgression.visible);
-    EXPECT_TRUE(on.station.screen.hourglass);
+    EXPECT_EQ(on.station.notices.progress.text, "OPTIMISATION POUR TOP HORAIRE");
+    EXPECT_TRUE(on.station.notices.progress.visible);
+    EXPECT_TRUE(on.station.notices.hourglass);
     EXPECT_TRUE(Engine().FittingActive);
     EXPECT_FALSE(Engine().MainTimer->Enabled());
   });
   AjusteFinHeure(on.station);
   EXPECT_TRUE(seen);
-  EXPECT_FALSE(on.station.screen.LblProgression.visible);
-  EXPECT_FALSE(on.station.screen.hourglass);
+  EXPECT_FALSE(on.station.notices.progress.visible);
+  EXPECT_FALSE(on.station.notices.hourglass);
   EXPECT_TRUE(Engine().FittingActive);
   EXPECT_TRUE(Engine().MainTimer->Enabled());
 }

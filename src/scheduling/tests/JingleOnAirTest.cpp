@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "JingleLibrary.h"
+#include "engine/MainScreenPicture.h"
 
 namespace zemo::test {
 namespace {
@@ -42,7 +43,7 @@ TEST_F(JingleOnAir, AnArmedOverlayEndsWithTheIntroduction) {
   EXPECT_EQ(overlays[0].atMs, 12100);
   EXPECT_EQ(overlays[0]["reason"], "jingle");
   EXPECT_FALSE(on.station.engine.IntroOverlayPending);
-  EXPECT_FALSE(on.station.screen.LblIntro.visible);
+  EXPECT_FALSE(PictureOf(on.station).LblIntro.visible);
   const Seen* end = on.First("end", "slot", "2");
   ASSERT_NE(end, nullptr);
   EXPECT_EQ(end->atMs, 17100);
@@ -54,9 +55,9 @@ TEST_F(JingleOnAir, TheLabelBlinksWhileTheOverlayWaits) {
   AddJingle(on, {.lengthMs = 5000, .overlay = true});
   on.AppendCard(on.AddCard({.introSec = 20}));
   Air(2500);
-  EXPECT_TRUE(on.station.screen.LblIntro.visible);  // an even second
+  EXPECT_TRUE(PictureOf(on.station).LblIntro.visible);  // an even second
   on.RunUntil(3500);
-  EXPECT_FALSE(on.station.screen.LblIntro.visible);
+  EXPECT_FALSE(PictureOf(on.station).LblIntro.visible);
 }
 
 TEST_F(JingleOnAir, AnOverlayThatNeedNotWaitSoundsWithTheTitle) {
@@ -99,7 +100,7 @@ TEST_F(JingleOnAir, TheTitlesOwnOverlayTakesThePlaceOfAnother) {
   AddJingle(on, {.label = "OWN", .overlay = true, .titleCode = title});
   on.AppendCard(title);
   Air(1000);
-  EXPECT_EQ(on.station.screen.LblIntro.text, "OWN");
+  EXPECT_EQ(on.station.engine.IntroOverlayLabel, "OWN");
   EXPECT_EQ(on.Events("jingle").size(), 1U) << on.Describe();
 }
 

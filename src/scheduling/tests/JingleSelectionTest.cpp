@@ -230,8 +230,8 @@ TEST_F(FindJingleOverlay, ArmedAtTheEndOfTheIntroductionItWaitsOnSlot2) {
   FindJingle(on.station, true, 20000);
   EXPECT_TRUE(Engine().IntroOverlayPending);
   EXPECT_EQ(Engine().IntroArmedTimer, 43200.0F);
-  EXPECT_EQ(on.station.screen.LblIntro.text, "OVER");
-  EXPECT_TRUE(on.station.screen.LblIntro.visible);
+  EXPECT_EQ(on.station.engine.IntroOverlayLabel, "OVER");
+  EXPECT_TRUE(on.station.engine.IntroOverlayPending);
   EXPECT_EQ(on.sound.Length(kOverlaySlot), 5000);
   EXPECT_EQ(on.sound.Volume(kOverlaySlot), 12000);
   EXPECT_TRUE(on.sound.ChannelDone(kOverlaySlot));
@@ -273,7 +273,7 @@ TEST_F(FindJingleOverlay, ALostFileIsLoggedAndGivesUpItsTurn) {
   EXPECT_FALSE(Engine().IntroOverlayPending);
   EXPECT_TRUE(on.Events("jingle").empty());
   FindJingle(on.station, true, 20000);
-  EXPECT_EQ(on.station.screen.LblIntro.text, "SOUND");
+  EXPECT_EQ(on.station.engine.IntroOverlayLabel, "SOUND");
 }
 
 // --- FindJingleAssocie ---
@@ -292,7 +292,7 @@ TEST_F(JingleOfTheTitle, ItsOverlayIsArmedWithoutLookingAtHoursDatesOrLength) {
                                       .to = "0602",
                                       .lastPlayed = 46000});
   EXPECT_TRUE(FindJingleAssocie(on.station, kTitle));
-  EXPECT_EQ(on.station.screen.LblIntro.text, "ITS OWN");
+  EXPECT_EQ(on.station.engine.IntroOverlayLabel, "ITS OWN");
   EXPECT_EQ(LastPlayed(code), "46347.5");
   EXPECT_EQ(on.Events("jingle").at(0)["routine"], "FindJingleAssocie");
   EXPECT_EQ(Setting("JingleCodeIntro"), "0");  // only FindJingle keeps what it chose
@@ -302,9 +302,9 @@ TEST_F(JingleOfTheTitle, TheLeastRecentlyPlayedOfSeveralAndAgainWhenItIsTheOnlyO
   AddJingle(on, {.label = "RECENT", .overlay = true, .titleCode = kTitle, .lastPlayed = 46000});
   AddJingle(on, {.label = "RESTED", .overlay = true, .titleCode = kTitle, .lastPlayed = 45000});
   EXPECT_TRUE(FindJingleAssocie(on.station, kTitle));
-  EXPECT_EQ(on.station.screen.LblIntro.text, "RESTED");
+  EXPECT_EQ(on.station.engine.IntroOverlayLabel, "RESTED");
   EXPECT_TRUE(FindJingleAssocie(on.station, kTitle));
-  EXPECT_EQ(on.station.screen.LblIntro.text, "RECENT");
+  EXPECT_EQ(on.station.engine.IntroOverlayLabel, "RECENT");
   EXPECT_TRUE(FindJingleAssocie(on.station, kTitle));
 }
 

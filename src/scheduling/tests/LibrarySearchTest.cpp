@@ -28,11 +28,11 @@ class Search : public testing::Test {
            "'ARTIST ' || i, 'SONG', 180000, CASE i % 3 WHEN 0 THEN 'ROCK' ELSE 'POP' END, "
            "'NATIONAL', '/m' || i || '.mp3' FROM n");
   }
-  BrowseRows& List() { return on.station.screen.ListRech; }
+  BrowseRows& List() { return on.station.browse.ListRech; }
   size_t Found() { return List().rows.size(); }
   std::string Text(size_t row) { return std::string(List().rows.Cell(row, 0)); }
   void Begin(const std::string& text) {
-    on.station.screen.Rech = text;
+    on.station.browse.Rech = text;
     BeginRech(on.station);
   }
   // Slices until nothing is left; how many it took.

@@ -52,11 +52,11 @@ TEST(PercentageRequest, AnEmptyModelsTableLeavesTheMessageAndTheList) {
   for (int langue = 0; langue < 4; ++langue) {
     s.SetCnf("Langue", langue);
     s.Request(30);
-    EXPECT_EQ(s.station.screen.LblProgression.text, texts[langue]);
-    EXPECT_TRUE(s.station.screen.LblProgression.visible);
+    EXPECT_EQ(s.station.notices.progress.text, texts[langue]);
+    EXPECT_TRUE(s.station.notices.progress.visible);
   }
   EXPECT_TRUE(s.station.PL.Empty());
-  EXPECT_FALSE(s.station.screen.hourglass);
+  EXPECT_FALSE(s.station.notices.hourglass);
   EXPECT_FALSE(s.Requests().PLHidden);
   EXPECT_TRUE(s.station.engine.MainTimer->Enabled());
   EXPECT_EQ(s.LastError(), "");
@@ -68,7 +68,7 @@ TEST(PercentageRequest, AModelWithoutAnyGenreNameSpeaksEnglishInFrenchToo) {
   s.Model(kSaturday, "", 50);
   s.Add({});
   s.Request(30);
-  EXPECT_EQ(s.station.screen.LblProgression.text, "NO MODELS DEFINED");
+  EXPECT_EQ(s.station.notices.progress.text, "NO MODELS DEFINED");
   EXPECT_TRUE(s.station.PL.Empty());
 }
 
@@ -85,14 +85,14 @@ TEST(PercentageRequest, TheProgressLineSpeaksTheLanguageAndRestsAfterwards) {
     std::string shown;
     bool held = false;
     s.At(s.loop.MonotonicMs(), [&] {
-      shown = s.station.screen.LblProgression.text;
+      shown = s.station.notices.progress.text;
       held = !s.station.engine.MainTimer->Enabled();
     });
     s.Request(15);
     EXPECT_EQ(shown, texts[langue]);
     EXPECT_TRUE(held);
-    EXPECT_EQ(s.station.screen.LblProgression.text, "ZEMO RADIO");
-    EXPECT_FALSE(s.station.screen.LblProgression.visible);
+    EXPECT_EQ(s.station.notices.progress.text, "ZEMO RADIO");
+    EXPECT_FALSE(s.station.notices.progress.visible);
   }
 }
 
@@ -289,7 +289,7 @@ TEST(PercentageRequest, TheModelOfAnotherDayDoesNotCount) {
   s.Add(Title("A", 9));
   s.Request(30);
   EXPECT_TRUE(s.station.PL.Empty());
-  EXPECT_EQ(s.station.screen.LblProgression.text, "NO MODELS DEFINED");
+  EXPECT_EQ(s.station.notices.progress.text, "NO MODELS DEFINED");
 }
 
 TEST(PercentageRequest, ATitleOfAnUnknownVarietyNeverGetsIn) {
@@ -325,10 +325,10 @@ TEST(PercentageRequest, AVarietyWithoutShareEndsTheRequestAtItsTitleWithTheRowsS
   EXPECT_EQ(s.LastError().substr(0, 16), "RequetePlaylist:");
   EXPECT_EQ(s.Events("error").back()["number"], "11");
   EXPECT_TRUE(s.station.engine.MainTimer->Enabled());
-  EXPECT_TRUE(s.station.screen.hourglass);
+  EXPECT_TRUE(s.station.notices.hourglass);
   EXPECT_TRUE(s.Requests().PLHidden);
-  EXPECT_EQ(s.station.screen.LblProgression.text, "ZEMO RADIO");
-  EXPECT_FALSE(s.station.screen.LblProgression.visible);
+  EXPECT_EQ(s.station.notices.progress.text, "ZEMO RADIO");
+  EXPECT_FALSE(s.station.notices.progress.visible);
 }
 
 TEST(PercentageRequest, TwentyGenresAreAllThatTheBudgetsHold) {
@@ -412,7 +412,7 @@ TEST(PercentageRequest, WithTheStoredListPanelOpenAllStoredListsCount) {
   const int32_t stored = s.Add(Title("A", 9)), free = s.Add(Title("B", 8));
   s.Execute("INSERT INTO Pls (NUMPLS, DISCOTHEQUE) VALUES (77, " + std::to_string(stored) + ")");
   s.Execute("INSERT INTO Pls (NUMPLS, DISCOTHEQUE) VALUES (77, -1)");
-  s.station.screen.CadrePLVisible = true;
+  s.station.storedList.open = true;
   s.Request(30);
   EXPECT_EQ(s.Listed(), Codes{free});
 }

@@ -415,7 +415,7 @@ void Fill(RequestStation& s, Case& c) {
   for (const int place : c.storedLater)
     s.Execute("INSERT INTO Pls (NUMPLS, DISCOTHEQUE) VALUES (1, " +
               std::to_string(c.cards[static_cast<size_t>(place)].code) + ")");
-  s.station.screen.CadrePLVisible = true;  // all of Pls counts
+  s.station.storedList.open = true;  // all of Pls counts
   s.SetCnf("Squelette", c.positions.empty() ? 0 : -1);
   s.SetCnf("CheckNational", c.alternate ? 1 : 0);
   s.localValues.Set("CheckDoublonYN", c.cutDoubles ? "0" : "1");

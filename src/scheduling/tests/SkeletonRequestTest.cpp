@@ -53,10 +53,10 @@ TEST_F(SkeletonRequest, AnEmptyTableSaysSoInFrenchWhateverTheLanguage) {
   for (int langue = 0; langue < 4; ++langue) {
     s.SetCnf("Langue", langue);
     s.Request(30);
-    EXPECT_EQ(s.station.screen.LblProgression.text, kNoModels);
+    EXPECT_EQ(s.station.notices.progress.text, kNoModels);
   }
   EXPECT_TRUE(s.station.engine.MainTimer->Enabled());
-  EXPECT_FALSE(s.station.screen.hourglass);
+  EXPECT_FALSE(s.station.notices.hourglass);
 }
 
 TEST_F(SkeletonRequest, PositionsAreFilledInOrderAndOverAndOver) {
@@ -112,9 +112,9 @@ TEST_F(SkeletonRequest, AnEmptyColumnFailsUnderTheRequestsName) {
   s.Request(30);
   EXPECT_EQ(s.LastError().substr(0, 18), "RequetteSquelette:");
   EXPECT_TRUE(s.station.engine.MainTimer->Enabled());
-  EXPECT_TRUE(s.station.screen.hourglass);
+  EXPECT_TRUE(s.station.notices.hourglass);
   EXPECT_TRUE(s.Requests().PLHidden);
-  EXPECT_EQ(s.station.screen.LblProgression.text, "ZEMO RADIO");
+  EXPECT_EQ(s.station.notices.progress.text, "ZEMO RADIO");
 }
 
 TEST_F(SkeletonRequest, APoolTooSmallEndsAfterTwoPassesWithoutATitle) {
@@ -248,7 +248,7 @@ TEST_F(SkeletonRequest, ARefusalFileThatCannotBeWrittenChangesNothingElseAndIsTo
     s.Request(2);
     EXPECT_EQ(s.Listed(), Codes{only});
     EXPECT_EQ(s.Events("request").size(), static_cast<size_t>(times));
-    EXPECT_FALSE(s.station.screen.hourglass);
+    EXPECT_FALSE(s.station.notices.hourglass);
     s.RunUntil(times * 3600000);  // the log's own patience with one fault is shorter
   }
   ASSERT_EQ(s.Events("error").size(), 1U);
@@ -288,8 +288,8 @@ TEST_F(SkeletonRequest, AVarietyTableWithoutRowsFailsUnderTheRequestsName) {
 class SkeletonDialogue : public SkeletonRequest {
  protected:
   SkeletonDialogue() {
-    s.station.screen.CadrePLVisible = true;
-    s.station.screen.ChHeure = "10:30";
+    s.station.storedList.open = true;
+    s.station.storedList.ChHeure = "10:30";
     OpenSkeletonDialog(s.station);
   }
   auto& Dialog() { return s.Requests().SkeletonDialog; }
@@ -333,7 +333,7 @@ TEST_F(SkeletonDialogue, ADaysSkeletonComesFromTheHourOfTheStoredList) {
 
 TEST_F(SkeletonDialogue, AnEmptyFirstRowSaysThatThereAreNoModels) {
   SkeletonDialog_BtnOk(s.station);
-  EXPECT_EQ(s.station.screen.LblProgression.text, kNoModels);
+  EXPECT_EQ(s.station.notices.progress.text, kNoModels);
   EXPECT_FALSE(Dialog().open);
   EXPECT_TRUE(s.station.engine.MainTimer->Enabled());
   EXPECT_FALSE(s.Requests().PLHidden);

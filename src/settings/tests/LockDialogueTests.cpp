@@ -21,7 +21,7 @@ struct LockDialogue : SettingsStation {
     const auto messages = on.Events("message");
     return messages.empty() ? "(nothing)" : messages.back()["text"];
   }
-  decltype(MainScreen::PasseWord)& dialogue = station.screen.PasseWord;
+  zemo::LockDialogue& dialogue = station.lockDialogue;
 };
 
 TEST_F(LockDialogue, WithoutALockAsksForANewPasswordAtOnce) {
@@ -36,16 +36,10 @@ TEST_F(LockDialogue, WithoutALockAsksForANewPasswordAtOnce) {
   EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#TRUE#,\"abc\"\r\n");
 }
 
-TEST_F(LockDialogue, BarsTheMenusAndMarksItsOwnWhileLocked) {
+TEST_F(LockDialogue, LocksTheScreenAndOpensIt) {
   LockWith("abc");
-  EXPECT_FALSE(station.screen.MnuParametrageEnabled);
-  EXPECT_FALSE(station.screen.MnuEditEnabled);
-  EXPECT_TRUE(station.screen.MnuPasseWordChecked);
   EXPECT_TRUE(station.engine.ScreenLocked);
   LockWith("");
-  EXPECT_TRUE(station.screen.MnuParametrageEnabled);
-  EXPECT_TRUE(station.screen.MnuEditEnabled);
-  EXPECT_FALSE(station.screen.MnuPasseWordChecked);
   EXPECT_FALSE(station.engine.ScreenLocked);
 }
 
@@ -54,7 +48,7 @@ TEST_F(LockDialogue, IsInForceFromTheStart) {
   station.lists.Locked = false;
   std::string password;
   LSPasseWord(station, "Load", password);
-  EXPECT_FALSE(station.screen.MnuParametrageEnabled);
+  EXPECT_TRUE(station.engine.ScreenLocked);
 }
 
 TEST_F(LockDialogue, TheRightPasswordLeadsToTheNewOneAndAnEmptyOneUnlocks) {

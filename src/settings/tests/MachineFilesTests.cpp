@@ -164,13 +164,11 @@ TEST_F(Lock, StaysAsItIsWhenItsFileCannotBeRead) {
 using MachineState = SettingsTest;
 
 TEST_F(MachineState, AnOrdinaryMachineWritesReports) {
-  station.screen.LblInfo = "ZEMO RADIO PRO";
   LoadMachineState(station);
   EXPECT_FALSE(station.engine.ReportsDisabled);
   EXPECT_FALSE(station.engine.PCProduction);
-  EXPECT_EQ(station.screen.LblDateTitre.text, "");
-  EXPECT_EQ(station.screen.LblInfo.text, "ZEMO RADIO PRO");
-  EXPECT_FALSE(station.screen.LblInfoScrolling);
+  EXPECT_FALSE(station.notices.noReport);
+  EXPECT_EQ(station.notices.ticker, "");
 }
 
 TEST_F(MachineState, TheMarkerFileStopsReportsAndShowsItsBanner) {
@@ -178,9 +176,8 @@ TEST_F(MachineState, TheMarkerFileStopsReportsAndShowsItsBanner) {
   LoadMachineState(station);
   EXPECT_TRUE(station.engine.ReportsDisabled);
   EXPECT_FALSE(station.engine.PCProduction);
-  EXPECT_EQ(station.screen.LblDateTitre.text, "No Rapport");
-  EXPECT_EQ(station.screen.LblInfo.text, "NO RAPPORT  -  RAPPORT DISABLE  -  NO RAPPORT");
-  EXPECT_TRUE(station.screen.LblInfoScrolling);
+  EXPECT_TRUE(station.notices.noReport);
+  EXPECT_EQ(station.notices.ticker, "NO RAPPORT  -  RAPPORT DISABLE  -  NO RAPPORT");
 }
 
 TEST_F(MachineState, AProductionMachineWritesNoReportsAndShowsNoBanner) {
@@ -188,7 +185,7 @@ TEST_F(MachineState, AProductionMachineWritesNoReportsAndShowsNoBanner) {
   LoadMachineState(station);
   EXPECT_TRUE(station.engine.ReportsDisabled);
   EXPECT_TRUE(station.engine.PCProduction);
-  EXPECT_FALSE(station.screen.LblInfoScrolling);
+  EXPECT_EQ(station.notices.ticker, "");
 }
 
 TEST_F(MachineState, FollowsTheProductionMarkAtOnceButForTheMarkerFile) {

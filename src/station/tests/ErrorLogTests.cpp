@@ -37,8 +37,7 @@ TEST_F(ErrorLog, AppendsOneLineWithTabsForEachError) {
 
 TEST_F(ErrorLog, ShowsTheErrorOnTheScreensErrorLine) {
   LogError(station, "PlayWave", 3163, "field too small");
-  EXPECT_EQ(station.screen.LblErreur.text,
-            "12:34:56  ERR n° 3163 - PlayWave - field too small  - ");
+  EXPECT_EQ(station.notices.lastError, "12:34:56  ERR n° 3163 - PlayWave - field too small  - ");
 }
 
 TEST_F(ErrorLog, TellsTheErrorAsAnEvent) {
@@ -71,7 +70,7 @@ TEST_F(ErrorLog, GoesToTheFileThatTheStationNames) {
 TEST_F(ErrorLog, OnAFullDiskTheScreenStillTells) {
   fake.stationFolder.writesFail = true;
   LogError(station, "A", 1, "x");
-  EXPECT_EQ(station.screen.LblErreur.text, "12:34:56  ERR n° 1 - A - x  - ");
+  EXPECT_EQ(station.notices.lastError, "12:34:56  ERR n° 1 - A - x  - ");
   EXPECT_EQ(fake.errors.size(), 1u);
 }
 

@@ -186,7 +186,7 @@ TEST_F(BreakInsertion, NoAutomaticJingleFollowsAtOnceAndThePlanIsReckonedAnew) {
   AjoutPubPlaylist(on.station, 1);
   EXPECT_EQ(on.station.engine.LastJingleTimer, 43200.0F);  // 12:00:00
   EXPECT_EQ(ColumnText(Row(1), Col::kPlanned).substr(0, 4), "12 h");
-  EXPECT_EQ(on.station.screen.SSTot, 10);
+  EXPECT_EQ(on.station.notices.listTotalSec, 10);
   EXPECT_EQ(on.station.engine.mainTimerHolds, 0);
 }
 
@@ -244,7 +244,7 @@ TEST_F(BreakInsertion, TheOperatorsBreakGoesInAtTheSelectedRowAsSpots) {
   EXPECT_EQ(Row(3).genre + ColumnText(Row(3), Col::kCode), "Pub-2");
   EXPECT_FALSE(on.station.engine.NextRequested);
   EXPECT_EQ(on.station.engine.LastJingleTimer, 7.0F);
-  EXPECT_EQ(on.station.screen.SSTot, 27);  // 4 + 10 + 10 + 3
+  EXPECT_EQ(on.station.notices.listTotalSec, 27);  // 4 + 10 + 10 + 3
   const Seen* told = on.First("break");
   ASSERT_NE(told, nullptr);
   EXPECT_EQ((*told)["routine"] + " " + (*told)["position"] + " " + (*told)["rows"],

@@ -197,7 +197,7 @@ TEST(CampaignEditor, ATextTooLongForItsFieldRefusesTheRecordAndWritesNoFile) {
   EXPECT_EQ(s.File("Bakery.GPB"), "(no file)");
   ASSERT_NE(s.First("error"), nullptr);
   EXPECT_EQ((*s.First("error"))["where"], "BtnAjouter");
-  EXPECT_NE(s.station.screen.LblErreur.text.find(std::string(41, 'a')), std::string::npos);
+  EXPECT_NE(s.station.notices.lastError.find(std::string(41, 'a')), std::string::npos);
   // The operator shortens it and adds.
   s.editor.ChAnnonceur = std::string(40, 'a');
   EXPECT_TRUE(BtnAjouter(s.station, s.editor));

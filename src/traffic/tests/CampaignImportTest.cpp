@@ -170,7 +170,7 @@ TEST(CampaignImport, RefusesAndNamesALineTooLongAndTakesTheOthers) {
   ASSERT_EQ(errors.size(), 2u);
   EXPECT_EQ(errors[0]["where"], "SurveilleNewBase");
   EXPECT_NE(errors[0]["text"].find("ExportPubs.Txt line 2, Second"), std::string::npos);
-  EXPECT_NE(s.station.screen.LblErreur.text.find("line 3, Third"), std::string::npos);
+  EXPECT_NE(s.station.notices.lastError.find("line 3, Third"), std::string::npos);
   EXPECT_EQ(s.File("ExportPubs.Txt"), "(no file)");
 }
 

@@ -22,7 +22,7 @@ TEST(CampaignPurge, TakesWhatEndedBeforeTodayAndLeavesTheRest) {
   s.AddCampaign({{"CAMPAGNEFIN", "'20/11/2026'"}, {"PRIORITY", "300"}});  // 6: yesterday
   SuppresionPub(s.station);
   EXPECT_EQ(Codes(s), "2 3 5");
-  EXPECT_FALSE(s.station.screen.LblProgression.visible);
+  EXPECT_FALSE(s.station.notices.progress.visible);
 }
 
 TEST(CampaignPurge, TakesACampaignOnTheDayAfterItsLast) {
@@ -152,9 +152,9 @@ TEST(CampaignPurge, LeavesTheTableInOrderOfPassage) {
 
 TEST(CampaignPurge, OfAnEmptyTableShowsNothing) {
   CampaignStation s;
-  s.station.screen.LblProgression = "before";
+  s.station.notices.progress.text = "before";
   SuppresionPub(s.station);
-  EXPECT_EQ(s.station.screen.LblProgression.text, "before");
+  EXPECT_EQ(s.station.notices.progress.text, "before");
 }
 
 TEST(CampaignPurge, LogsAFaultUnderItsOwnName) {

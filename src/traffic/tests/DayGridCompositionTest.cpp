@@ -214,7 +214,7 @@ TEST_F(DayGridComposition, MoreMomentsAreAnErrorAndLeaveNoStampOfToday) {
   EXPECT_EQ(on.Events("error")[0]["where"], "MakeGrillePubGeneral");
   EXPECT_TRUE(on.Events("grid").empty());
   EXPECT_EQ(Grid().Cell(0, 53), "");
-  EXPECT_FALSE(on.station.screen.hourglass);
+  EXPECT_FALSE(on.station.notices.hourglass);
   EXPECT_FALSE(on.station.engine.composing);
 }
 
@@ -577,15 +577,15 @@ TEST_F(WatchedComposition, ACompositionAskedForMeanwhileRunsBehind) {
   for (int i = 0; i < 3; ++i) AddCampaign(on, {.crosses = {"12:00"}});
   OnYield = [&](int yield) {
     if (yield == 2) MakePubduJour(station);
-    EXPECT_EQ(station.screen.LblProgression.text, "COMPOSITION DES PUBS EN COURS...");
-    EXPECT_TRUE(station.screen.hourglass);
+    EXPECT_EQ(station.notices.progress.text, "COMPOSITION DES PUBS EN COURS...");
+    EXPECT_TRUE(station.notices.hourglass);
   };
   MakeGrillePubGeneral(station);
   EXPECT_EQ(station.GPubJour.Cell(1, 5), "ADVERTISER");
   EXPECT_EQ(station.GPubJour.Cell(1, 6), "");  // no element twice
   EXPECT_EQ(yields, 2 * (3 + 3 + 1));          // two compositions: two walks and a row each
-  EXPECT_FALSE(station.screen.LblProgression.visible);
-  EXPECT_EQ(station.screen.LblProgression.text, "ZEMO RADIO PRO");
+  EXPECT_FALSE(station.notices.progress.visible);
+  EXPECT_EQ(station.notices.progress.text, "ZEMO RADIO PRO");
 }
 
 TEST_F(WatchedComposition, TheLabelStaysThroughThePurge) {
@@ -593,13 +593,13 @@ TEST_F(WatchedComposition, TheLabelStaysThroughThePurge) {
   AddCampaign(on, {.crosses = {"12:00"}});
   on.Set("SuppressionPub", "1");
   OnYield = [&](int) {
-    EXPECT_TRUE(station.screen.LblProgression.visible);
-    EXPECT_EQ(station.screen.LblProgression.text, "COMPOSITION DES PUBS EN COURS...");
+    EXPECT_TRUE(station.notices.progress.visible);
+    EXPECT_EQ(station.notices.progress.text, "COMPOSITION DES PUBS EN COURS...");
   };
   MakeGrillePubGeneral(station);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
   EXPECT_EQ(yields, 1 + 1 + 1 + 1);  // one is kept; two walks over the other, and its row
-  EXPECT_FALSE(station.screen.LblProgression.visible);
+  EXPECT_FALSE(station.notices.progress.visible);
 }
 
 TEST_F(WatchedComposition, AStampEmptiedMeanwhileStaysEmpty) {

@@ -112,7 +112,7 @@ TEST_F(Browse, TheLibraryIsReadAheadWhileTheListShows) {
   OpenLive();
   EXPECT_TRUE(Frame().ReadingAhead());
   ASSERT_TRUE(QTest::qWaitFor([&] { return !Frame().ReadingAhead(); }, 5000));
-  on.station.screen.Rech = "ARTIST 4999";
+  on.station.browse.Rech = "ARTIST 4999";
   BeginRech(on.station);
   EXPECT_EQ(SearchSlice(on.station), SearchTurn::kDone);  // there is nothing to read any more
 }
@@ -218,7 +218,7 @@ TEST_F(Browse, CtrlFOnlyMovesTheKeyboardWhileMusicShows) {
   Frame().Browse(BrowseList::kJingles);
   QTest::keyClick(window.get(), Qt::Key_F, Qt::ControlModifier);
   Searched();
-  EXPECT_EQ(on.station.screen.ListRech.list, BrowseList::kMusic);
+  EXPECT_EQ(on.station.browse.ListRech.list, BrowseList::kMusic);
   EXPECT_EQ(Texts().size(), 3U);
 }
 
@@ -439,9 +439,9 @@ TEST_F(Browse, TheMenuKeyDoesWhatTheMouseDoes) {
   Key(Qt::Key_Menu);
   ASSERT_TRUE(Menu());
   Entry("BrowseCard")->trigger();
-  EXPECT_EQ(card, on.station.screen.ListRech.rows.Code(1));
+  EXPECT_EQ(card, on.station.browse.ListRech.rows.Code(1));
   Entry("BrowseListen")->trigger();
-  EXPECT_EQ(file, on.station.screen.ListRech.rows.Cell(1, 5));
+  EXPECT_EQ(file, on.station.browse.ListRech.rows.Cell(1, 5));
   Entry("BrowseInsert")->trigger();
   EXPECT_EQ(Titles(), Names{"ABBA"});
   QMenu* sort = Entry("BrowseSort")->menu();
@@ -492,7 +492,7 @@ TEST_F(Browse, ADoubleClickOpensTheSelectorOnTheRowsFile) {
   Type("*");
   Searched();
   QTest::mouseDClick(Found().viewport(), Qt::LeftButton, {}, At(2));
-  EXPECT_EQ(file, on.station.screen.ListRech.rows.Cell(2, 5));
+  EXPECT_EQ(file, on.station.browse.ListRech.rows.Cell(2, 5));
   EXPECT_FALSE(file.empty());
 }
 
@@ -521,7 +521,7 @@ class OverlayOfRow : public Browse {
     Draw();
   }
   std::string FileOf(size_t row) {
-    return std::string(on.station.screen.ListRech.rows.Cell(row, 5));
+    return std::string(on.station.browse.ListRech.rows.Cell(row, 5));
   }
 };
 

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QTimer>
 
+#include "engine/MainScreenPicture.h"
 #include "engine/OperatorControls.h"
 #include "engine/screens/SaverWindow.h"
 #include "engine/screens/ScreenDesktop.h"
@@ -50,7 +51,7 @@ TEST_F(Screen, ShowsTimeRemainingNextAndPositionOfTheElement) {
   const int64_t remaining =
       180000 - 59900 + static_cast<int64_t>(on.station.engine.BufferOffsetSec * 1000);
   EXPECT_NEAR(on.station.engine.RemainingMs, static_cast<double>(remaining), 200);
-  EXPECT_EQ(Text("Temp"), on.station.screen.Temp.text);
+  EXPECT_EQ(Text("Temp"), PictureOf(on.station).Temp);
   EXPECT_EQ(Text("TileNextWhat"), "ARTIST 2  TITLE 2");
   EXPECT_FALSE(Text("TileNextWhen").empty());
   auto* wave = static_cast<WaveformView*>(Find("VuMettre"));
@@ -284,10 +285,10 @@ TEST_F(Screen, FunctionKeysSwitchTheModes) {
   Key(Qt::Key_F3);
   EXPECT_FALSE(on.station.engine.IsAutomatic);
   Key(Qt::Key_F4);
-  EXPECT_TRUE(on.station.screen.GPubJourVisible);
+  EXPECT_TRUE(on.station.gridFrame.open);
   Key(Qt::Key_F2);
   EXPECT_TRUE(on.station.engine.IsAutomatic);
-  EXPECT_FALSE(on.station.screen.GPubJourVisible);
+  EXPECT_FALSE(on.station.gridFrame.open);
 }
 
 // --- menus and lock ---
@@ -365,9 +366,9 @@ TEST_F(Screen, SaverComesAfterItsMinutesAndAKeyClosesIt) {
   on.Set("TextVeille", "'RADIO'");
   Open();
   Run(60500);
-  EXPECT_FALSE(on.station.screen.SaverVisible);
+  EXPECT_FALSE(on.station.saver.open);
   Run(1000);
-  ASSERT_TRUE(on.station.screen.SaverVisible);
+  ASSERT_TRUE(on.station.saver.open);
   SaverWindow* saver = nullptr;
   for (QWidget* widget : QApplication::topLevelWidgets())
     if (widget->objectName() == "FrmVeille") saver = static_cast<SaverWindow*>(widget);
@@ -379,7 +380,7 @@ TEST_F(Screen, SaverComesAfterItsMinutesAndAKeyClosesIt) {
   }
   QTest::keyClick(saver, Qt::Key_A);
   Draw();
-  EXPECT_FALSE(on.station.screen.SaverVisible);
+  EXPECT_FALSE(on.station.saver.open);
   EXPECT_FALSE(saver->Moving());
 }
 
@@ -389,7 +390,7 @@ TEST_F(Screen, SaverDoesNotComeOverATextBox) {
   Open();
   on.station.engine.HotKeysArmed = false;
   Run(62000);
-  EXPECT_FALSE(on.station.screen.SaverVisible);
+  EXPECT_FALSE(on.station.saver.open);
 }
 
 TEST_F(Screen, ClosingIsRefusedOnAirAndLeavesInOrderWhenStopped) {
@@ -443,7 +444,7 @@ TEST_F(Screen, LightsBlinkWithTheEngineAndKeepTheirPlace) {
 TEST_F(Screen, TheCounterHasTheColourOfTheSettings) {
   Open();
   AddTitles(1);
-  on.station.screen.CounterColour = 65280;  // green, as 0xBBGGRR; chosen while the screen stands
+  on.station.notices.counterColour = 65280;  // green, as 0xBBGGRR; chosen while the screen stands
   Click("Toolbar1_5");
   Run(5000);
   const QImage picture = Find("Temp")->grab().toImage();

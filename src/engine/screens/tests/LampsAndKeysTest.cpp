@@ -12,10 +12,9 @@ namespace {
 TEST_F(Screen, ContactsAndJoystickHaveTheirLamps) {
   Open();
   EXPECT_FALSE(Find("LedJoystique")->isVisible());
-  on.station.screen.LedSat[1] = kLedOn;
-  on.station.screen.LedJoystique.text = "Joy2";
-  on.station.screen.LedJoystique.colour = kLedOn;
-  on.station.screen.LedJoystique.visible = true;
+  on.station.engine.Contacts[1] = true;
+  on.station.engine.JoystickInUse = true;
+  on.station.engine.joystickLamp = JoystickLamp::kSatellite;
   Draw();
   EXPECT_TRUE(Find("LedSat0")->styleSheet().contains("#008000"));  // dark green, 0x008000
   EXPECT_TRUE(Find("LedSat1")->styleSheet().contains("#00ff00"));

@@ -31,7 +31,7 @@ class SkeletonScreen : public Screen {
   void OpenDialogue(int width = 1280, int height = 800) {
     if (!window) Open(width, height);
     Click("Toolbar1_2");
-    on.station.screen.ChHeure = "10:30";
+    on.station.storedList.ChHeure = "10:30";
     Click("CmdRequette");
     QCoreApplication::processEvents();
     ASSERT_TRUE(Dialogue());

@@ -20,7 +20,7 @@ class StoredLists : public Screen {
   void OpenWithAChangedList() {
     Open();
     AddTitles(2);
-    on.station.screen.ComboPLS.text = "EVENING";
+    on.station.storedList.ComboPLS.text = "EVENING";
     BtnSauve_Click(on.station);
     AddTitles(1);
     Click("Toolbar1_2");
@@ -86,14 +86,14 @@ TEST_F(StoredLists, ATimeIsTypedOverTheNeutralText) {
   QTest::mouseClick(hour, Qt::LeftButton, {}, {4, hour->height() / 2});
   QCoreApplication::processEvents();
   QTest::keyClicks(hour, "18:30");
-  EXPECT_EQ(on.station.screen.ChHeure, "18:30");
+  EXPECT_EQ(on.station.storedList.ChHeure, "18:30");
 }
 
 TEST_F(StoredLists, EveryDayIsReachedByKey) {
   OpenWithAChangedList();
   Find("LblDate")->setFocus();
   Key(Qt::Key_J);
-  EXPECT_EQ(on.station.screen.LblDate, "JOURNALIER");
+  EXPECT_EQ(on.station.storedList.LblDate, "JOURNALIER");
 }
 
 TEST_F(StoredLists, AMissingTableIsTheLogsAndEndsNothing) {

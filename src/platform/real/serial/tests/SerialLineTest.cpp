@@ -68,7 +68,7 @@ class SerialLine : public testing::Test {
   void OpenPort(const std::string& setting = "4800,N,8,1") {
     ASSERT_EQ(PortCom_Click(station_, 1, setting), "Init " + setting + " Ok");
   }
-  bool Led(int contact) const { return station_.screen.LedSat[contact] == kLedOn; }
+  bool Led(size_t contact) const { return station_.engine.Contacts[contact]; }
   void Poll() {
     PollInputs(station_);
     loop_.WaitYield();
@@ -77,7 +77,7 @@ class SerialLine : public testing::Test {
   bool LedsBecome(const std::string& wanted) {
     const auto leds = [this] {
       std::string text;
-      for (int contact = 3; contact >= 0; --contact) text += Led(contact) ? '1' : '0';
+      for (size_t contact = 3; contact >= 0; --contact) text += Led(contact) ? '1' : '0';
       return text;
     };
     return WaitFor([&] { return leds() == wanted; }, [this] { Poll(); });

@@ -1,0 +1,61 @@
+#include "engine/BreakService.h"
+
+#include "engine/TickMoment.h"
+#include "scheduling/PercentageRequest.h"
+#include "station/Station.h"
+#include "station/TimeForms.h"
+#include "traffic/BreakInsertion.h"
+
+namespace zemo {
+
+namespace {
+
+// Row of the day's grid whose minute it is; 0 for none. Each row passed over opens the guard, so
+// that it only holds after a hit.
+int DueGridRow(Station& station, const Moment& at) {
+  const DayGrid& grid = station.GPubJour;
+  for (int row = 1; row < grid.RowCount(); ++row) {
+    if (grid.Cell(row, GridCol::kMoment) == at.hourMinute) return row;
+    station.engine.LastGridCheckTimer = 0;
+  }
+  return 0;
+}
+
+void InsertBreak(Station& station, const Moment& at, int row) {
+  station.engine.LastGridCheckTimer = at.timer;
+  if (station.GPubJour.Cell(row, GridCol::kType) == "Pubs")
+    AjoutPubPlaylist(station, row);
+  else
+    AjoutRubriquePlaylist(station, row);
+  station.engine.IntroShown = false;
+}
+
+}  // namespace
+
+// While the grid is being composed its rows are not whole yet: the minute's break waits for the
+// tick behind the composition.
+void ServeBreaks(Station& station, const Moment& at) {
+  const EngineState& engine = station.engine;
+  if (engine.OptionDirect || engine.HourBlockHandled || engine.composing ||
+      WithinMinute(at, engine.LastGridCheckTimer))
+    return;
+  // Midnight: the change of the day, later in this tick, resets the guard.
+  if (engine.IsAutomatic && at.now.day != engine.LastDay &&
+      GuardIsAhead(at.timer, engine.LastGridCheckTimer))
+    return;
+  const int row = DueGridRow(station, at);
+  if (row > 0) InsertBreak(station, at, row);
+}
+
+void PrepareLocalProgramme(Station& station, const Moment& at) {
+  const EngineState& engine = station.engine;
+  if (!engine.InputsAllowed || engine.composing || station.base.CnfInt(Cnf::kEntreSat) != 3) return;
+  if (WithinMinute(at, engine.LastGridCheckTimer)) return;
+  const int row = DueGridRow(station, at);
+  if (row == 0) return;
+  station.PL.Clear();
+  InsertBreak(station, at, row);
+  AutomaticRequest(station);
+}
+
+}  // namespace zemo

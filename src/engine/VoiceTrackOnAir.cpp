@@ -1,0 +1,60 @@
+// VoiceTrackState: 0 none -> -1 armed in the second half of the element it speaks over -> -2 on air
+// at its position -> 0 at its end. An armed track that reached the next element goes back to 0.
+#include "engine/VoiceTrackOnAir.h"
+
+#include "station/Overlay.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+
+namespace zemo {
+
+namespace {
+
+void ArmVoiceTrack(Station& station) {
+  EngineState& engine = station.engine;
+  if (engine.ProgressPercent <= 50 || engine.ProgressPercent >= 65 || engine.VoiceTrackState != 0)
+    return;
+  if (station.PL.Empty() || !station.PL.Row(1).liesOver) return;
+  const OnAirRow row = station.PL.Row(1);
+  station.PL.Remove(1);  // first, so that a track that cannot be opened does not stay in the way
+  LoadOverlay(station, row.file);
+  engine.VoiceTrackStartMs = static_cast<int32_t>(row.startMs.value_or(0));
+  engine.VoiceTrackState = -1;
+}
+
+void StartVoiceTrack(Station& station) {
+  EngineState& engine = station.engine;
+  SoundChain& sound = station.Sound();
+  if (sound.FileName(kOverlaySlot).empty()) {  // freed since it was armed
+    engine.VoiceTrackState = 0;
+    return;
+  }
+  engine.VoiceTrackState = -2;
+  sound.SetVolume(engine.CurrentChannel,
+                  static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSous)));
+  sound.SetVolume(kOverlaySlot,
+                  static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSurImpression)));
+  StartOverlay(station, "voicetrack");
+}
+
+}  // namespace
+
+void ServeVoiceTrack(Station& station) {
+  EngineState& engine = station.engine;
+  SoundChain& sound = station.Sound();
+  ArmVoiceTrack(station);
+  if (engine.VoiceTrackState == -1) {
+    if (sound.Position(engine.CurrentChannel) >= engine.VoiceTrackStartMs)
+      StartVoiceTrack(station);
+    else if (engine.ProgressPercent > 30 && engine.ProgressPercent < 40)
+      engine.VoiceTrackState = 0;
+  }
+  if (engine.VoiceTrackState == -2 && sound.ChannelDone(kOverlaySlot)) {
+    const auto volume = static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusique));
+    sound.SetVolume(0, volume);
+    sound.SetVolume(1, volume);
+    engine.VoiceTrackState = 0;
+  }
+}
+
+}  // namespace zemo

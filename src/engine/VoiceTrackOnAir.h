@@ -1,0 +1,12 @@
+// The voice track that speaks over the element on air.
+#pragma once
+
+namespace zemo {
+
+struct Station;
+
+// The tick's step: takes the track off the list, starts it at its position, and lifts the music
+// again behind it.
+void ServeVoiceTrack(Station& station);
+
+}  // namespace zemo
