@@ -77,7 +77,7 @@ class SerialLine : public testing::Test {
   bool LedsBecome(const std::string& wanted) {
     const auto leds = [this] {
       std::string text;
-      for (size_t contact = 3; contact >= 0; --contact) text += Led(contact) ? '1' : '0';
+      for (const size_t contact : {3, 2, 1, 0}) text += Led(contact) ? '1' : '0';
       return text;
     };
     return WaitFor([&] { return leds() == wanted; }, [this] { Poll(); });
