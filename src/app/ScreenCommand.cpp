@@ -17,10 +17,10 @@
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
 #include "engine/screens/ScreenDesktop.h"
-#include "engine/screens/Theme.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/sound/OutputSpec.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

@@ -32,8 +32,14 @@ MAY_INCLUDE = {
     "reports": SCHEDULES,
     "voicetrack": SCHEDULES,
     "engine": SCHEDULES + ["voicetrack"],
+    "ui": ["platform", "station", "engine"],
     "app": ["*"],
 }
+
+# The folder of what windows share, which only screens and the program may include. Screens are the
+# folders of this name in a folder of the logic; they may include each other.
+UI = "ui"
+SCREENS = "screens"
 
 # Folders that may know the machine: its libraries, clock, threads and files.
 MACHINE = ["platform/real", "app"]
@@ -127,21 +133,30 @@ def includes_of(code, path, src):
         yield line_of(code, match.start(1)), pathlib.PurePosixPath(found)
 
 
-def check_includes(path, includes):
-    own = folder_of(path)
-    if own is None:
-        return [f"src/{path}:1: stands in no folder of the house"]
+def is_screen(path):
+    return SCREENS in path.parts[:-1]
+
+
+def why_not_include(path, other):
+    """What bars a file from including another; None where it may."""
+    own, folder = folder_of(path), folder_of(other)
     allowed = MAY_INCLUDE[own]
-    violations = []
-    for line, other in includes:
-        folder = folder_of(other)
-        if folder is None:
-            violations.append(f"src/{path}:{line}: includes {other}, which stands in no folder")
-        elif folder != own and folder not in allowed and "*" not in allowed:
-            violations.append(f"src/{path}:{line}: {own} may not include {folder} ({other})")
-        elif "screens" in other.parts and "screens" not in path.parts and own != "app":
-            violations.append(f"src/{path}:{line}: only a screen may include a screen ({other})")
-    return violations
+    if folder is None:
+        return f"includes {other}, which stands in no folder"
+    if "*" in allowed:
+        return None
+    if is_screen(other):
+        return None if is_screen(path) else f"only a screen may include a screen ({other})"
+    if folder == own or folder in allowed or (folder == UI and is_screen(path)):
+        return None
+    return f"{own} may not include {folder} ({other})"
+
+
+def check_includes(path, includes):
+    if folder_of(path) is None:
+        return [f"src/{path}:1: stands in no folder of the house"]
+    barred = ((line, why_not_include(path, other)) for line, other in includes)
+    return [f"src/{path}:{line}: {why}" for line, why in barred if why]
 
 
 def check_names(path, code):
@@ -152,7 +167,7 @@ def check_names(path, code):
     for what, pattern, free in RULES:
         if own in free or (str(path), what) in EXCEPTIONS:
             continue
-        if what == "Qt" and "screens" in path.parts:
+        if what == "Qt" and (own == UI or is_screen(path)):
             continue
         for match in re.finditer(pattern, code):
             name = " ".join(match.group(0).split())

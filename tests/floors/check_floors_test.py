@@ -73,6 +73,32 @@ class Includes(Sample):
         self.assertIn("only a screen may include a screen",
                       self.found("engine/Tick.cpp", '#include "engine/screens/MainWindow.h"\n'))
 
+    def test_a_screen_may_include_what_windows_share_its_folder_what_is_below_and_other_screens(self):
+        self.write("traffic/screens/CampaignWindow.cpp",
+                   '#include "ui/Theme.h"\n#include "traffic/CampaignGrid.h"\n#include "station/Station.h"\n'
+                   '#include "engine/screens/OnAirWindow.h"\n#include "reports/screens/ReportWindow.h"\n')
+        self.assertEqual(self.violations(), [])
+
+    def test_a_screen_may_not_include_the_logic_above_its_folder(self):
+        self.assertEqual(self.found("library/screens/CardWindow.cpp", '#include "engine/MainTick.h"\n'),
+                         "src/library/screens/CardWindow.cpp:1: library may not include engine (engine/MainTick.h)")
+
+    def test_no_logic_may_include_what_windows_share(self):
+        self.assertEqual(self.found("engine/Tick.cpp", '#include "ui/Theme.h"\n'),
+                         "src/engine/Tick.cpp:1: engine may not include ui (ui/Theme.h)")
+
+    def test_what_windows_share_knows_little_of_the_logic_and_no_window(self):
+        self.write("ui/Window.cpp", '#include "station/Station.h"\n#include "platform/LocalValues.h"\n'
+                                    '#include "engine/FreeMoment.h"\n')
+        self.assertEqual(self.violations(), [])
+        self.assertIn("ui may not include traffic", self.found("ui/Window.cpp", '#include "traffic/Break.h"\n'))
+        self.assertIn("only a screen may include a screen",
+                      self.found("ui/Window.cpp", '#include "engine/screens/OnAirWindow.h"\n'))
+
+    def test_the_program_may_include_screens_and_what_windows_share(self):
+        self.write("app/Screen.cpp", '#include "ui/Theme.h"\n#include "engine/screens/OnAirWindow.h"\n')
+        self.assertEqual(self.violations(), [])
+
     def test_a_circle_between_the_three_is_found_through_header_and_source(self):
         self.write("scheduling/Fit.h", "")
         self.write("scheduling/Fit.cpp", '#include "traffic/Break.h"\n')
@@ -150,6 +176,11 @@ class Names(Sample):
         self.write("engine/screens/MainWindow.cpp", "#include <QWidget>\n")
         self.assertEqual(self.violations(), [])
         self.assertIn("file call", self.found("engine/screens/MainWindow.cpp", "#include <fstream>\n"))
+
+    def test_what_windows_share_may_know_qt_and_nothing_else_of_the_machine(self):
+        self.write("ui/Theme.cpp", "#include <QColor>\n")
+        self.assertEqual(self.violations(), [])
+        self.assertIn("thread", self.found("ui/Theme.cpp", "#include <thread>\n"))
 
     def test_tests_are_not_held_to_the_floors(self):
         self.write("engine/tests/TickTests.cpp", "#include <fstream>\n")

@@ -8,10 +8,10 @@
 
 #include "engine/MainScreenPicture.h"
 #include "engine/MainScreenTexts.h"
-#include "engine/screens/FitLabel.h"
-#include "engine/screens/Theme.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "ui/FitLabel.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

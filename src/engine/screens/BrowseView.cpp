@@ -1,6 +1,5 @@
 #include "engine/screens/BrowseView.h"
 
-#include <QApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -14,15 +13,14 @@
 
 #include "engine/MainScreenTexts.h"
 #include "engine/screens/OnAirListView.h"
-#include "engine/screens/RowTable.h"
-#include "engine/screens/Theme.h"
+#include "ui/RowTable.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 
 namespace {
 
 constexpr int kTwipsAPixel = 15;
-constexpr int kCellMargin = 10;
 constexpr int kArrowRoom = 20;  // of a sorted column, and the head's margins
 constexpr const char* kMoment = "2026/12/24  20:08:08";
 
@@ -173,30 +171,18 @@ int BrowseView::LeastWidth(int column) const {
   return std::max(head, Theme::Px(unit_, wanted));
 }
 
-// Every column has what it needs at least, the room that is left goes to those whose texts may be
-// long; where there is none, the list scrolls sideways.
+// The room that is left goes to the columns whose texts may be long.
 void BrowseView::ArrangeColumns() {
   const BrowseRows& browsed = model_.Browsed();
-  std::array<int, kColumns> widths{};
-  int needed = 0, share = 0;
-  const auto grows = [&](int column) {
+  std::array<ColumnRoom, kColumns> columns;
+  for (int column = 0; column < kColumns; ++column) {
+    const int twips = browsed.widths[static_cast<size_t>(column)];
+    if (twips == 0) continue;
     const Column* shown = FindColumn(browsed.list, column);
-    return !shown || !shown->sample;
-  };
-  for (int column = 0; column < kColumns; ++column) {
-    const int twips = browsed.widths[static_cast<size_t>(column)];
-    setColumnHidden(column, twips == 0);
-    if (twips == 0) continue;
-    needed += widths[static_cast<size_t>(column)] = LeastWidth(column);
-    if (grows(column)) share += twips;
+    const bool grows = !shown || !shown->sample;
+    columns[static_cast<size_t>(column)] = {LeastWidth(column), grows ? twips : 0};
   }
-  const int room = std::max(0, viewport()->width() - needed);
-  for (int column = 0; column < kColumns; ++column) {
-    const int twips = browsed.widths[static_cast<size_t>(column)];
-    if (twips == 0) continue;
-    const int more = grows(column) && share > 0 ? room * twips / share : 0;
-    setColumnWidth(column, widths[static_cast<size_t>(column)] + more);
-  }
+  ShareWidth(*this, columns);
 }
 
 void BrowseView::resizeEvent(QResizeEvent* event) {
@@ -224,8 +210,7 @@ void BrowseView::mousePressEvent(QMouseEvent* event) {
 // Its own drag over PL: the view keeps the mouse while the button is held.
 void BrowseView::mouseMoveEvent(QMouseEvent* event) {
   if (!(event->buttons() & Qt::LeftButton) || !pressedOnRow_) return;
-  if (!dragging_ && (event->pos() - pressed_).manhattanLength() < QApplication::startDragDistance())
-    return;
+  if (!dragging_ && !DragBegins(pressed_, *event)) return;
   if (!dragging_) setCursor(Qt::DragCopyCursor);
   dragging_ = true;
   list_.ShowDrop(list_.DropRowAt(event->globalPosition().toPoint()));
@@ -255,21 +240,10 @@ void BrowseView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 // A text that is cut shows whole; elsewhere the tip tells what the list can do.
-bool BrowseView::TipOfCutText(QEvent* event) {
-  const auto* help = static_cast<QHelpEvent*>(event);
-  const QModelIndex index = indexAt(help->pos());
-  if (!index.isValid()) return false;
-  const QString text = index.data().toString();
-  if (fontMetrics().horizontalAdvance(text) + kCellMargin <= columnWidth(index.column()))
-    return false;
-  QToolTip::showText(help->globalPos(), text, viewport(), visualRect(index));
-  return true;
-}
-
 bool BrowseView::viewportEvent(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
-  if (TipOfCutText(event)) return true;
-  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), toolTip(), viewport());
+  const auto* help = static_cast<QHelpEvent*>(event);
+  if (!ShowCutText(*this, *help)) QToolTip::showText(help->globalPos(), toolTip(), viewport());
   return true;
 }
 

@@ -69,7 +69,6 @@ class BrowseView : public QTableView {
   void ArrangeColumns();
   int LeastWidth(int column) const;
   void ShowMenu();
-  bool TipOfCutText(QEvent* event);
 
   BrowseModel& model_;
   OnAirListView& list_;

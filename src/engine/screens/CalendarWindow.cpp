@@ -8,7 +8,7 @@
 #include <array>
 
 #include "engine/MainScreenTexts.h"
-#include "engine/screens/Theme.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

@@ -10,9 +10,9 @@
 #include "engine/MainScreenPicture.h"
 #include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
-#include "engine/screens/Theme.h"
 #include "engine/screens/Translation.h"
 #include "station/Station.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

@@ -13,12 +13,12 @@
 #include "engine/MainScreenTexts.h"
 #include "engine/screens/CalendarWindow.h"
 #include "engine/screens/PaperPrint.h"
-#include "engine/screens/RowTable.h"
 #include "engine/screens/ScreenSources.h"
-#include "engine/screens/Theme.h"
 #include "platform/Folder.h"
 #include "station/Station.h"
 #include "traffic/DayGridPrint.h"
+#include "ui/RowTable.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

@@ -11,11 +11,11 @@
 
 #include "engine/Forecast.h"
 #include "engine/MainScreenTexts.h"
-#include "engine/screens/RowTable.h"
-#include "engine/screens/Theme.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "ui/RowTable.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

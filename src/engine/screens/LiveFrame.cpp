@@ -14,10 +14,10 @@
 #include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
 #include "engine/screens/OnAirListView.h"
-#include "engine/screens/Theme.h"
 #include "scheduling/LibrarySearch.h"
 #include "settings/GenreList.h"
 #include "station/Station.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

@@ -3,7 +3,7 @@
 #include <set>
 #include <utility>
 
-#include "engine/screens/Theme.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

@@ -1,6 +1,5 @@
 #include "engine/screens/OnAirListView.h"
 
-#include <QApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -11,8 +10,8 @@
 #include <utility>
 
 #include "engine/screens/OnAirListModel.h"
-#include "engine/screens/RowTable.h"
-#include "engine/screens/Theme.h"
+#include "ui/RowTable.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 
@@ -164,8 +163,7 @@ void OnAirListView::mousePressEvent(QMouseEvent* event) {
 
 void OnAirListView::mouseMoveEvent(QMouseEvent* event) {
   if (!(event->buttons() & Qt::LeftButton) || LblDepart->text().isEmpty()) return;
-  if (!dragging_ && (event->pos() - pressed_).manhattanLength() < QApplication::startDragDistance())
-    return;
+  if (!dragging_ && !DragBegins(pressed_, *event)) return;
   if (!dragging_) setCursor(Qt::DragMoveCursor);
   dragging_ = true;
   const int row = DropRowAt(event->globalPosition().toPoint());

@@ -41,7 +41,6 @@
 #include "engine/screens/SkeletonWindow.h"
 #include "engine/screens/StatusHeader.h"
 #include "engine/screens/StoredListFrame.h"
-#include "engine/screens/Theme.h"
 #include "engine/screens/Translation.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
@@ -49,6 +48,7 @@
 #include "settings/LockDialogue.h"
 #include "station/Station.h"
 #include "traffic/DayGridComposition.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

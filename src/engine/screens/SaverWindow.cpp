@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/screens/Theme.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

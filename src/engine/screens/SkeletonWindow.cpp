@@ -16,10 +16,10 @@
 #include <utility>
 
 #include "engine/MainScreenTexts.h"
-#include "engine/screens/Theme.h"
 #include "engine/screens/Translation.h"
 #include "scheduling/SkeletonDialogue.h"
 #include "station/Station.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

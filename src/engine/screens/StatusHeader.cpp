@@ -8,12 +8,14 @@
 #include "engine/MainScreenPicture.h"
 #include "engine/MainScreenTexts.h"
 #include "engine/NextUp.h"
-#include "engine/screens/FitLabel.h"
-#include "engine/screens/Theme.h"
-#include "engine/screens/WaveformView.h"
+#include "engine/screens/IntroBar.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "ui/FitLabel.h"
+#include "ui/LevelMeter.h"
+#include "ui/Theme.h"
+#include "ui/WaveformView.h"
 
 namespace zemo {
 

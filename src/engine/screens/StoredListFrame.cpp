@@ -13,10 +13,10 @@
 #include "engine/OperatorControls.h"
 #include "engine/StoredPlaylists.h"
 #include "engine/screens/CalendarWindow.h"
-#include "engine/screens/Theme.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

@@ -10,11 +10,13 @@
 
 #include "engine/MainScreenPicture.h"
 #include "engine/OperatorControls.h"
+#include "engine/screens/IntroBar.h"
 #include "engine/screens/SaverWindow.h"
 #include "engine/screens/ScreenDesktop.h"
-#include "engine/screens/WaveformView.h"
 #include "engine/screens/tests/ScreenFixture.h"
 #include "station/PlanTimes.h"
+#include "ui/LevelMeter.h"
+#include "ui/WaveformView.h"
 
 namespace zemo::test {
 namespace {

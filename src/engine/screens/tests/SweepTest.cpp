@@ -13,9 +13,9 @@
 
 #include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
-#include "engine/screens/FitLabel.h"
 #include "engine/screens/tests/ScreenFixture.h"
 #include "platform/Waveforms.h"
+#include "ui/FitLabel.h"
 
 namespace zemo::test {
 namespace {

@@ -1,10 +1,10 @@
-#include "engine/screens/FitLabel.h"
+#include "ui/FitLabel.h"
 
 #include <QFontMetrics>
 #include <QPainter>
 #include <algorithm>
 
-#include "engine/screens/Theme.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 

@@ -1,5 +1,5 @@
-// VuMettre: the element on air as its waveform, with what has been played filled, and its
-// introduction and exit point drawn; a plain bar as long as the shape is not known.
+// An element as its waveform, with what has been played filled, and its introduction and exit point
+// drawn; a plain bar as long as the shape is not known.
 #pragma once
 
 #include <QPixmap>
@@ -42,41 +42,6 @@ class WaveformView : public QWidget {
   std::shared_ptr<const WavePeaks> peaks_;
   QPixmap rest_, played_;  // the shape in both colours
   int playedX_ = -1, introX_ = -1, exitX_ = -1;
-};
-
-// VueIntro: seconds of the introduction gone and in all, as a filled bar with its text.
-class IntroBar : public QWidget {
- public:
-  explicit IntroBar(QWidget* parent = nullptr);
-  void Show(bool visible, int elapsedSec, int lengthSec);
-  QString Text() const { return text_; }
-  int FilledPercent() const;
-
- protected:
-  void paintEvent(QPaintEvent*) override;
-
- private:
-  int elapsedSec_ = 0, lengthSec_ = 0;
-  QString text_;
-};
-
-// MMLevelX1 and MMLevelX2: a level in decibels, fast up and slow down, with its highest point held.
-class LevelMeter : public QWidget {
- public:
-  explicit LevelMeter(QWidget* parent = nullptr);
-  void Show(float peak, int64_t nowMs);  // full scale 1.0
-  double Decibels() const { return decibels_; }
-
- protected:
-  void paintEvent(QPaintEvent*) override;
-
- private:
-  double decibels_ = kFloor, held_ = kFloor;
-  int64_t lastMs_ = 0, heldMs_ = 0;
-  int drawn_ = -1, drawnHeld_ = -1;
-  int PixelsOf(double decibels) const;
-
-  static constexpr double kFloor = -60;
 };
 
 }  // namespace zemo

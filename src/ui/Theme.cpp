@@ -1,4 +1,4 @@
-#include "engine/screens/Theme.h"
+#include "ui/Theme.h"
 
 #include <QFontDatabase>
 #include <QSize>
