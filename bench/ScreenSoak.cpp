@@ -37,8 +37,8 @@
 #include "app/demo/DemoCatalogue.h"
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
-#include "engine/screens/ScreenDesktop.h"
 #include "platform/real/decoders/WaveformReader.h"
+#include "ui/ScreenDesktop.h"
 
 namespace {
 
@@ -331,8 +331,8 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   sources.output = [&real] { return FiguresOf(*real.sound); };
   sources.waveforms = &waveforms;
   sources.forecast = &forecast;
-  sources.choosePrinter = [](QWidget*, QPrinter&) { return false; };
-  sources.askText = [](QWidget*, const QString&, const QString&, const QString&) {
+  sources.questions.choosePrinter = [](QWidget*, QPrinter&) { return false; };
+  sources.questions.askText = [](QWidget*, const QString&, const QString&, const QString&) {
     return std::optional<QString>();
   };
   zemo::OnAirWindow window(station, sources);

@@ -16,10 +16,10 @@
 #include "app/RunFolders.h"
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
-#include "engine/screens/ScreenDesktop.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/sound/OutputSpec.h"
+#include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
 
 namespace zemo {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "engine/MainScreenTexts.h"
+#include "station/LanguageTexts.h"
 #include "station/Station.h"
 
 namespace zemo {
@@ -16,6 +16,31 @@ constexpr int64_t kDropoutShownMs = 30000;  // a dropout stays red that long
 constexpr float kSilencePeak = 0.001f;      // -60 dB of full scale
 constexpr int64_t kGigabyte = 1000000000;
 constexpr int64_t kLittleDisk = kGigabyte;
+
+// What the figures say; their names are the window's.
+// clang-format off
+constexpr Word kWords[] = {
+    {"HealthAlive", {"%1 dB", "%1 dB", "%1 dB", "%1 dB"}},
+    {"HealthEmergency", {"secours %1 dB", "emergency %1 dB", "socorro %1 dB", "socorro %1 dB"}},
+    {"HealthSilent", {"muette", "silent", "muda", "muda"}},
+    {"HealthIdle", {"au repos", "at rest", "em repouso", "en reposo"}},
+    {"HealthUnheard", {"non entendue", "not heard", "não ouvida", "no se oye"}},
+    {"HealthDiskFree", {"%1 Go", "%1 GB", "%1 GB", "%1 GB"}},
+    {"HealthBaseOk", {"bonne", "good", "boa", "bien"}},
+    {"HealthBaseWaits", {"%1 en attente", "%1 waiting", "%1 em espera", "%1 en espera"}},
+    {"HealthBaseClosed", {"fermée", "closed", "fechada", "cerrada"}},
+    {"HealthNoError", {"aucune", "none", "nenhum", "ninguno"}},
+    {"Unknown", {"?", "?", "?", "?"}},
+};
+// clang-format on
+
+std::string StateWord(const char* name, int langue) {
+  return FindWord(kWords, name, langue);
+}
+
+std::string StateWord(const char* name, int langue, std::string_view inPlace) {
+  return WithPlace(StateWord(name, langue), inPlace);
+}
 
 // The age begins with the first figure, and anew when the state changes, not when its figures do.
 void Tell(HealthFigure& figure, const char* name, std::string state, std::string text,
@@ -41,15 +66,15 @@ void TellOutput(HealthLine& line, const Station& station, int64_t nowMs, int lan
     const double decibels = 20 * std::log10(std::max(line.heldPeak, kSilencePeak));
     const bool emergency = station.engine.EmergencyOnAir;
     Tell(figure, "HealthOutput", emergency ? "emergency" : "alive",
-         ScreenWord(emergency ? "HealthEmergency" : "HealthAlive", langue,
-                    std::to_string(std::lround(decibels))),
+         StateWord(emergency ? "HealthEmergency" : "HealthAlive", langue,
+                   std::to_string(std::lround(decibels))),
          emergency ? HealthSeverity::kNote : HealthSeverity::kGood, nowMs);
   } else if (line.expectedSinceMs >= 0 && nowMs - quietSinceMs >= kSilentAfterMs) {
-    Tell(figure, "HealthOutput", "silent", ScreenWord("HealthSilent", langue),
+    Tell(figure, "HealthOutput", "silent", StateWord("HealthSilent", langue),
          HealthSeverity::kHeard, nowMs);
     figure.sinceMs = quietSinceMs;
   } else {
-    Tell(figure, "HealthOutput", "idle", ScreenWord("HealthIdle", langue), HealthSeverity::kGood,
+    Tell(figure, "HealthOutput", "idle", StateWord("HealthIdle", langue), HealthSeverity::kGood,
          nowMs);
   }
   line.heldPeak = 0;
@@ -73,18 +98,18 @@ void TellDevice(HealthLine& line, const Station& station, const OutputFigures& o
   const bool started = station.platform.sound.State() == OutputState::kStarted;
   const bool lost = started && !output.heard;
   Tell(line.figures[HealthLine::kDevice], "HealthDevice", lost ? "lost" : output.output,
-       lost ? ScreenWord("HealthUnheard", langue) : output.output,
+       lost ? StateWord("HealthUnheard", langue) : output.output,
        lost ? HealthSeverity::kHeard : HealthSeverity::kGood, nowMs);
 }
 
 void TellDisk(HealthLine& line, int64_t freeBytes, int64_t nowMs, int langue) {
   const bool little = freeBytes >= 0 && freeBytes < kLittleDisk;
-  std::string text = ScreenWord("Unknown", langue);
+  std::string text = StateWord("Unknown", langue);
   if (freeBytes >= 0) {
     const int64_t tenths = freeBytes / (kGigabyte / 10);
     std::string figure = std::to_string(tenths / 10);
     if (tenths < 100) figure += (langue == 1 ? "." : ",") + std::to_string(tenths % 10);
-    text = ScreenWord("HealthDiskFree", langue, figure);
+    text = StateWord("HealthDiskFree", langue, figure);
   }
   Tell(line.figures[HealthLine::kDisk], "HealthDisk", little ? "little" : "enough", text,
        little ? HealthSeverity::kNote : HealthSeverity::kGood, nowMs);
@@ -94,21 +119,21 @@ void TellBase(HealthLine& line, const Station& station, int64_t nowMs, int langu
   HealthFigure& figure = line.figures[HealthLine::kBase];
   const size_t waiting = station.engine.kept.writes.size();
   if (!station.base.IsOpen() && waiting == 0)
-    Tell(figure, "HealthBase", "closed", ScreenWord("HealthBaseClosed", langue),
+    Tell(figure, "HealthBase", "closed", StateWord("HealthBaseClosed", langue),
          HealthSeverity::kNote, nowMs);
   else if (waiting > 0)
     Tell(figure, "HealthBase", "waits",
-         ScreenWord("HealthBaseWaits", langue, std::to_string(waiting)), HealthSeverity::kNote,
+         StateWord("HealthBaseWaits", langue, std::to_string(waiting)), HealthSeverity::kNote,
          nowMs);
   else
-    Tell(figure, "HealthBase", "good", ScreenWord("HealthBaseOk", langue), HealthSeverity::kGood,
+    Tell(figure, "HealthBase", "good", StateWord("HealthBaseOk", langue), HealthSeverity::kGood,
          nowMs);
 }
 
 void TellError(HealthLine& line, const Station& station, int64_t nowMs, int langue) {
   const std::string& error = station.notices.lastError;
   Tell(line.figures[HealthLine::kError], "HealthError", error,
-       error.empty() ? ScreenWord("HealthNoError", langue) : error,
+       error.empty() ? StateWord("HealthNoError", langue) : error,
        error.empty() ? HealthSeverity::kGood : HealthSeverity::kNote, nowMs);
 }
 

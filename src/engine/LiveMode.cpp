@@ -5,11 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
 #include "platform/Desktop.h"
 #include "reports/TodaysReport.h"
 #include "scheduling/LibrarySearch.h"
+#include "station/LanguageTexts.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -21,15 +21,16 @@ namespace zemo {
 namespace {
 
 constexpr const char* kRoutine = "MenuLive";
-constexpr size_t kLanguages = 4;
 
-// By Langue: French, English, Portuguese, Spanish. Any other number shows the French design text.
-using Words = std::array<const char*, kLanguages>;
-constexpr Words kArtist = {"Artiste", "Artist", "Artista", "Artista"};
-constexpr Words kTitle = {"Titre", "Title", "Título", "Título"};
-constexpr Words kOver = {"Sur Imp", "Over", "Sobrep.", "Sobreimp."};
-constexpr Words kDescription = {"Libellé", "Description", "Descrição", "Descripción"};
-constexpr Words kAdvertiser = {"Annonceur", "Advertiser", "Anunciante", "Anunciante"};
+constexpr LanguageTexts kArtist = {"Artiste", "Artist", "Artista", "Artista"};
+constexpr LanguageTexts kTitle = {"Titre", "Title", "Título", "Título"};
+constexpr LanguageTexts kOver = {"Sur Imp", "Over", "Sobrep.", "Sobreimp."};
+constexpr LanguageTexts kDescription = {"Libellé", "Description", "Descrição", "Descripción"};
+constexpr LanguageTexts kAdvertiser = {"Annonceur", "Advertiser", "Anunciante", "Anunciante"};
+constexpr LanguageTexts kTooManyRows = {"%1 éléments au plus à la fois : choisissez-en moins",
+                                        "At most %1 elements at a time: select fewer",
+                                        "No máximo %1 elementos de cada vez: escolha menos",
+                                        "Como máximo %1 elementos a la vez: elija menos"};
 
 constexpr std::array<int, kColumns> kMusicWidths = {2600, 2600, 700, 1400, 1200, 0,
                                                     0,    0,    0,   0,    2300};
@@ -38,10 +39,8 @@ constexpr std::array<int, kColumns> kSpotWidths = {3400, 1800, 700};
 constexpr std::array<int, kColumns> kOtherWidths = {3400, 700, 0, 700};
 constexpr std::array<int, kColumns> kTodayWidths = {2600, 2600, 1400, 1200};
 
-std::string WordOf(Station& station, const Words& words) {
-  const int64_t langue = station.base.CnfInt(Cnf::kLangue);
-  const bool known = langue >= 0 && langue < static_cast<int64_t>(kLanguages);
-  return words[known ? static_cast<size_t>(langue) : 0];
+std::string WordOf(Station& station, const LanguageTexts& texts) {
+  return InLanguage(texts, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
 }
 
 std::string YesNo(bool yes) {
@@ -181,9 +180,9 @@ std::vector<OnAirElement> ElementsOf(Station& station, const std::vector<int>& b
 bool DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row) {
   RecordActivity(station);
   if (browseRows.size() > kMostDropped) {
-    const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
     station.platform.messages.Show(
-        "Alerte", ScreenWord("TooManyRows", langue, std::to_string(kMostDropped)), Buttons::kOk);
+        "Alerte", WithPlace(WordOf(station, kTooManyRows), std::to_string(kMostDropped)),
+        Buttons::kOk);
     return false;
   }
   station.PL.InsertAll(row < 1 ? station.PL.Count() + 1 : row, ElementsOf(station, browseRows));

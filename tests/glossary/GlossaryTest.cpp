@@ -6,7 +6,6 @@
 #include <sstream>
 
 #include "engine/Forecast.h"
-#include "engine/screens/CalendarWindow.h"
 #include "engine/screens/ForecastWindow.h"
 #include "engine/screens/LockDialog.h"
 #include "engine/screens/SaverWindow.h"
@@ -15,6 +14,7 @@
 #include "glossary/Glossary.h"
 #include "settings/SettingsControls.h"
 #include "store/Schema.h"
+#include "ui/CalendarWindow.h"
 
 namespace zemo::test {
 namespace {

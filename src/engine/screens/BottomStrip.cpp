@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "engine/MainScreenPicture.h"
-#include "engine/MainScreenTexts.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "ui/FitLabel.h"
@@ -73,7 +72,7 @@ QLabel* BottomStrip::Figure(const char* name) {
   return label;
 }
 
-BottomStrip::BottomStrip(QWidget* parent) : QFrame(parent) {
+BottomStrip::BottomStrip(Translation texts, QWidget* parent) : QFrame(parent), texts_(texts) {
   setObjectName(QStringLiteral("BottomStrip"));
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   setProperty("panel", true);
@@ -204,8 +203,8 @@ void BottomStrip::ShowHealth(const HealthLine& health, int64_t nowMs) {
     health_[index]->SetColour(ColourOf(figure.severity));
     health_[index]->Show(
         QStringLiteral("%1 %2· %3")
-            .arg(QString::fromStdString(ScreenWord(figure.name, langue_)), what,
-                 QString::fromStdString(AgeText(nowMs - figure.sinceMs, langue_))));
+            .arg(texts_.Word(figure.name), what,
+                 QString::fromStdString(AgeText(nowMs - figure.sinceMs, texts_.Langue()))));
   }
 }
 

@@ -7,6 +7,7 @@
 #include <array>
 
 #include "engine/HealthLine.h"
+#include "ui/Translation.h"
 
 class QLabel;
 
@@ -36,8 +37,7 @@ class Ticker : public QWidget {
 
 class BottomStrip : public QFrame {
  public:
-  explicit BottomStrip(QWidget* parent);
-  void SetLanguage(int langue) { langue_ = langue; }
+  BottomStrip(Translation texts, QWidget* parent);
   void Arrange(double unit);
   void ShowStation(const Station& station, int64_t nowMs);
   void ShowHealth(const HealthLine& health, int64_t nowMs);
@@ -46,7 +46,7 @@ class BottomStrip : public QFrame {
   QLabel* Figure(const char* name);
   void ShowInputs(const MainScreen& screen);
 
-  int langue_ = 0;
+  const Translation texts_;
   double unit_ = 1;
   QLabel *LblTpsTot, *HHTot, *MnTot, *SSTot, *LblCycle, *LblMaxPlayInfo;
   FitLabel *LblOffsetBuffers, *LblErreur, *LblProgression;

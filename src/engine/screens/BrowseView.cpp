@@ -11,7 +11,6 @@
 #include <string>
 #include <utility>
 
-#include "engine/MainScreenTexts.h"
 #include "engine/screens/OnAirListView.h"
 #include "ui/RowTable.h"
 #include "ui/Theme.h"
@@ -56,10 +55,6 @@ const Column* FindColumn(BrowseList list, int column) {
   return found == std::end(kColumnsShown) ? nullptr : found;
 }
 
-QString Word(const char* name, int langue) {
-  return QString::fromStdString(ScreenWord(name, langue));
-}
-
 }  // namespace
 
 // --- the rows ---
@@ -102,15 +97,14 @@ QVariant BrowseModel::headerData(int section, Qt::Orientation orientation, int r
   const std::string& title = browsed_.titles[static_cast<size_t>(section)];
   if (!title.empty()) return QString::fromStdString(title);
   const Column* shown = FindColumn(browsed_.list, section);
-  return shown ? QString::fromStdString(TextOf(shown->control, shown->property, langue_))
-               : QString();
+  return shown ? texts_.Text(shown->control, shown->property) : QString();
 }
 
 // --- the list ---
 
 BrowseView::BrowseView(BrowseModel& model, OnAirListView& list, BrowseOrders orders,
-                       QWidget* parent)
-    : QTableView(parent), model_(model), list_(list), orders_(std::move(orders)) {
+                       Translation texts, QWidget* parent)
+    : QTableView(parent), model_(model), list_(list), orders_(std::move(orders)), texts_(texts) {
   setObjectName(QStringLiteral("ListRech"));
   setModel(&model);
   MakeRowTable(*this);
@@ -267,14 +261,14 @@ void BrowseView::ShowMenu() {
   menu->setAttribute(Qt::WA_DeleteOnClose);
   const int row = ChosenRow();
   const auto add = [&](const char* word, std::function<void()> order) {
-    QAction* action = menu->addAction(Word(word, langue_), this, std::move(order));
+    QAction* action = menu->addAction(texts_.Word(word), this, std::move(order));
     action->setObjectName(QString::fromLatin1(word));
     action->setEnabled(row >= 0);
   };
   add("BrowseInsert", [this] { orders_.drop(SelectedRows(), list_.SelectedRow()); });
   add("BrowseListen", [this] { orders_.openSelector(ChosenRow()); });
   add("BrowseCard", [this] { orders_.openCard(ChosenRow()); });
-  QMenu* sort = menu->addMenu(Word("BrowseSort", langue_));
+  QMenu* sort = menu->addMenu(texts_.Word("BrowseSort"));
   sort->menuAction()->setObjectName(QStringLiteral("BrowseSort"));
   for (int column = 0; column < kColumns; ++column)
     if (!isColumnHidden(column))

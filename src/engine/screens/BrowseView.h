@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "station/BrowseList.h"
+#include "ui/Translation.h"
 
 namespace zemo {
 
@@ -17,9 +18,8 @@ class OnAirListView;
 // Over the station's own rows: nothing is copied, and nothing is asked of the base.
 class BrowseModel : public QAbstractTableModel {
  public:
-  BrowseModel(const BrowseRows& browsed, QObject* parent)
-      : QAbstractTableModel(parent), browsed_(browsed) {}
-  void SetLanguage(int langue) { langue_ = langue; }
+  BrowseModel(const BrowseRows& browsed, Translation texts, QObject* parent)
+      : QAbstractTableModel(parent), browsed_(browsed), texts_(texts) {}
   bool Others() const { return generation_ != browsed_.rows.Generation(); }  // than were told of
   // Tells the views what has happened to the rows; true when they are others than before.
   bool Follow();
@@ -32,7 +32,7 @@ class BrowseModel : public QAbstractTableModel {
 
  private:
   const BrowseRows& browsed_;
-  int langue_ = 0;
+  const Translation texts_;
   int rows_ = 0;             // as the views were told
   uint64_t generation_ = 0;  // of the rows that they were told of
 };
@@ -48,10 +48,10 @@ struct BrowseOrders {
 
 class BrowseView : public QTableView {
  public:
-  BrowseView(BrowseModel& model, OnAirListView& list, BrowseOrders orders, QWidget* parent);
+  BrowseView(BrowseModel& model, OnAirListView& list, BrowseOrders orders, Translation texts,
+             QWidget* parent);
   std::vector<int> SelectedRows() const;
-  int ChosenRow() const;  // the current one of the selected; -1 for none
-  void SetLanguage(int langue) { langue_ = langue; }
+  int ChosenRow() const;      // the current one of the selected; -1 for none
   void Arrange(double unit);  // type and columns for the list that is browsed
   void ShowSort();            // the arrow over the column that the rows are sorted by
 
@@ -73,7 +73,7 @@ class BrowseView : public QTableView {
   BrowseModel& model_;
   OnAirListView& list_;
   BrowseOrders orders_;
-  int langue_ = 0;
+  const Translation texts_;
   double unit_ = 1;
   QPoint pressed_;
   bool pressedOnRow_ = false;

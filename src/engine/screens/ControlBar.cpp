@@ -8,11 +8,10 @@
 #include <utility>
 
 #include "engine/MainScreenPicture.h"
-#include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
-#include "engine/screens/Translation.h"
 #include "station/Station.h"
 #include "ui/Theme.h"
+#include "ui/Translation.h"
 
 namespace zemo {
 
@@ -66,8 +65,9 @@ QPushButton* ControlBar::AddButton(QHBoxLayout* bar, const char* name, const cha
   return made;
 }
 
-ControlBar::ControlBar(Station& station, ControlBarOrders orders, QWidget* parent)
-    : QWidget(parent), station_(station), orders_(std::move(orders)) {
+ControlBar::ControlBar(Station& station, ControlBarOrders orders, Translation texts,
+                       QWidget* parent)
+    : QWidget(parent), station_(station), orders_(std::move(orders)), texts_(texts) {
   setObjectName(QStringLiteral("ControlBar"));
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   auto* bar = new QHBoxLayout(this);
@@ -99,13 +99,12 @@ ControlBar::ControlBar(Station& station, ControlBarOrders orders, QWidget* paren
   BntVoiceTrack->setSizePolicy(keep);
 }
 
-void ControlBar::SetTexts(int langue) {
-  langue_ = langue;
+void ControlBar::SetTexts() {
   for (const Button& button : kButtons) {
     QToolButton* tool = toolbar_[static_cast<size_t>(button.button)];
-    tool->setText(QString::fromStdString(TextOf("Toolbar1", button.item, langue)));
+    tool->setText(texts_.Text("Toolbar1", button.item));
     tool->setAccessibleName(tool->text());
-    SetTip(*tool, QString::fromStdString(TextOf("Toolbar1", button.tip, langue)));
+    SetTip(*tool, texts_.Text("Toolbar1", button.tip));
   }
 }
 
@@ -135,19 +134,18 @@ void ControlBar::Refresh() {
   check(Toolbar::kDayGrid, grid);
   check(Toolbar::kStart, screen.ToolbarStartPressed);
   check(Toolbar::kStop, !screen.ToolbarStartPressed);
-  const auto put = [](QPushButton* button, const std::string& text) {
-    const QString wanted = QString::fromStdString(text);
-    if (button->text() != wanted) button->setText(wanted);
+  const auto put = [](QPushButton* button, const QString& text) {
+    if (button->text() != text) button->setText(text);
   };
-  put(CmdStop, screen.CmdStopCaption);
+  put(CmdStop, QString::fromStdString(screen.CmdStopCaption));
   const bool atRest = screen.BtnSurImpressionCaption == kOverlayAtRest;
-  put(BtnSurImpression,
-      atRest ? TextOf("BtnSurImpression", "text", langue_) : screen.BtnSurImpressionCaption);
+  put(BtnSurImpression, atRest ? texts_.Text("BtnSurImpression", "text")
+                               : QString::fromStdString(screen.BtnSurImpressionCaption));
 }
 
-void ControlBar::ShowOverlay(bool playable, const std::string& tip) {
+void ControlBar::ShowOverlay(bool playable, const QString& tip) {
   BtnSurImpression->setEnabled(playable);
-  SetTip(*BtnSurImpression, QString::fromStdString(tip));
+  SetTip(*BtnSurImpression, tip);
 }
 
 void ControlBar::ShowVoiceTrack(bool visible) {

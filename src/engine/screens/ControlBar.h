@@ -7,6 +7,8 @@
 #include <functional>
 #include <string>
 
+#include "ui/Translation.h"
+
 class QAbstractButton;
 class QHBoxLayout;
 class QPushButton;
@@ -24,14 +26,14 @@ struct ControlBarOrders {
 
 class ControlBar : public QWidget {
  public:
-  ControlBar(Station& station, ControlBarOrders orders, QWidget* parent);
-  void SetTexts(int langue);
+  ControlBar(Station& station, ControlBarOrders orders, Translation texts, QWidget* parent);
+  void SetTexts();
   void Arrange(double unit);
   void Refresh();
   // A voice track can stand at the selected row: it has a following one, in the editor.
   void ShowVoiceTrack(bool visible);
   // Whether an element is chosen that can play over the air, and what the button says of it.
-  void ShowOverlay(bool playable, const std::string& tip);
+  void ShowOverlay(bool playable, const QString& tip);
 
  private:
   void GiveKey(QAbstractButton* button, const char* key);  // null: none
@@ -42,7 +44,7 @@ class ControlBar : public QWidget {
   Station& station_;
   ControlBarOrders orders_;
   std::array<QToolButton*, 7> toolbar_{};  // by the button's number
-  int langue_ = 0;
+  const Translation texts_;
   QPushButton *CmdStop, *CmdRequette, *BntVoiceTrack, *BtnSurImpression, *Info;
 };
 

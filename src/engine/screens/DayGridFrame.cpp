@@ -10,13 +10,12 @@
 
 #include "engine/DayGridControls.h"
 #include "engine/MainScreenPicture.h"
-#include "engine/MainScreenTexts.h"
-#include "engine/screens/CalendarWindow.h"
-#include "engine/screens/PaperPrint.h"
-#include "engine/screens/ScreenSources.h"
 #include "platform/Folder.h"
 #include "station/Station.h"
 #include "traffic/DayGridPrint.h"
+#include "ui/CalendarWindow.h"
+#include "ui/PaperPrint.h"
+#include "ui/Questions.h"
 #include "ui/RowTable.h"
 #include "ui/Theme.h"
 
@@ -69,13 +68,14 @@ QVariant DayGridModel::headerData(int section, Qt::Orientation orientation, int 
   return column < shown_[0].size() ? QString::fromStdString(shown_[0][column]) : QString();
 }
 
-DayGridFrame::DayGridFrame(Station& station, const ScreenSources& sources, DayGridOrders orders,
-                           QWidget* parent)
+DayGridFrame::DayGridFrame(Station& station, const Questions& questions, DayGridOrders orders,
+                           Translation texts, QWidget* parent)
     : QFrame(parent),
       station_(station),
-      sources_(sources),
+      questions_(questions),
       orders_(std::move(orders)),
-      model_(new DayGridModel(station.GPubJour, this)) {
+      model_(new DayGridModel(station.GPubJour, this)),
+      texts_(texts) {
   setObjectName(QStringLiteral("CadreGrille"));
   MakeControls();
   Connect();
@@ -151,18 +151,18 @@ void DayGridFrame::CopyBreak() {
 
 void DayGridFrame::Preview() {
   if (!BtnPubJourX_Click(station_)) return;
-  auto* calendar = new CalendarWindow(langue_, station_.Now(), this);
+  auto* calendar = new CalendarWindow(texts_.Langue(), station_.Now(), this);
   calendar->picked = [this](const LocalDateTime& day) { PickPreviewDay(station_, day); };
   calendar->open();
 }
 
 void DayGridFrame::Print() {
   const auto answer =
-      sources_.askText(this, QString::fromStdString(ScreenWord("PrintTitle", langue_)),
-                       QString::fromUtf8(kPrintSizeQuestion), QString::fromUtf8(kPrintSizeDefault));
+      questions_.askText(this, texts_.Word("PrintTitle"), QString::fromUtf8(kPrintSizeQuestion),
+                         QString::fromUtf8(kPrintSizeDefault));
   if (!answer) return;
-  PrintOnPaper(this, sources_, PrintedDayGrid(station_.GPubJour), kPrintFont,
-               PrintSize(answer->toStdString()), langue_);
+  PrintOnPaper(this, questions_, PrintedDayGrid(station_.GPubJour), kPrintFont,
+               PrintSize(answer->toStdString()), texts_.Langue());
 }
 
 void DayGridFrame::Arrange(double unit) {

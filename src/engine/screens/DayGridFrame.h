@@ -7,13 +7,15 @@
 #include <string>
 #include <vector>
 
+#include "ui/Translation.h"
+
 class QPushButton;
 class QTableView;
 
 namespace zemo {
 
 class DayGrid;
-struct ScreenSources;
+struct Questions;
 struct Station;
 
 // GPubJour as the composition leaves it; row 0 is the head. A row of the table is the grid's
@@ -43,10 +45,9 @@ struct DayGridOrders {
 
 class DayGridFrame : public QFrame {
  public:
-  DayGridFrame(Station& station, const ScreenSources& sources, DayGridOrders orders,
-               QWidget* parent);
+  DayGridFrame(Station& station, const Questions& questions, DayGridOrders orders,
+               Translation texts, QWidget* parent);
   void TakeFocus();
-  void SetLanguage(int langue) { langue_ = langue; }
   void Arrange(double unit);
   void Refresh();
   int SelectedRow() const;  // of the grid, 0 for none
@@ -60,10 +61,10 @@ class DayGridFrame : public QFrame {
   void OpenElement(int row, int column);
 
   Station& station_;
-  const ScreenSources& sources_;
+  const Questions& questions_;
   DayGridOrders orders_;
   DayGridModel* model_;
-  int langue_ = 0;
+  const Translation texts_;
   double unit_ = 1;
   int arrangedColumns_ = 0;
   QTableView* GPubJour;

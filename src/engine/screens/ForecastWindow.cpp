@@ -10,7 +10,7 @@
 #include <array>
 
 #include "engine/Forecast.h"
-#include "engine/MainScreenTexts.h"
+#include "engine/screens/ForecastWindowTexts.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -65,24 +65,21 @@ QColor ColourOf(const ForecastLine& line) {
 
 ForecastWindow::ForecastWindow(Station& station, ForecastSource& source, int langue,
                                QWidget* parent)
-    : QDialog(parent), station_(station), source_(source), langue_(langue) {
+    : QDialog(parent), station_(station), source_(source), texts_(ForecastWindowTexts(), langue) {
   setObjectName(QStringLiteral("FrmPrevision"));
-  setWindowTitle(Word("ForecastTitle"));
+  setWindowTitle(texts_.Word("ForecastTitle"));
   MakeControls();
   resize(720, 520);
   poll_.setInterval(kPollMs);
   connect(&poll_, &QTimer::timeout, this, [this] { Refresh(); });
 }
 
-QString ForecastWindow::Word(const char* name) const {
-  return QString::fromStdString(ScreenWord(name, langue_));
-}
-
 void ForecastWindow::MakeControls() {
   ListPrevision = new QTableWidget(0, 4, this);
   ListPrevision->setObjectName(QStringLiteral("ListPrevision"));
-  ListPrevision->setHorizontalHeaderLabels(
-      {Word("ForecastAt"), Word("ForecastKind"), Word("ForecastWhat"), Word("ForecastLength")});
+  ListPrevision->setHorizontalHeaderLabels({texts_.Word("ForecastAt"), texts_.Word("ForecastKind"),
+                                            texts_.Word("ForecastWhat"),
+                                            texts_.Word("ForecastLength")});
   MakeRowTable(*ListPrevision);
   ListPrevision->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
   ListPrevision->setColumnWidth(0, 90);
@@ -91,10 +88,9 @@ void ForecastWindow::MakeControls() {
   ComboHeures = new QComboBox(this);
   ComboHeures->setObjectName(QStringLiteral("ComboHeures"));
   for (const int hours : kHours)
-    ComboHeures->addItem(
-        QString::fromStdString(ScreenWord("ForecastHours", langue_, std::to_string(hours))), hours);
+    ComboHeures->addItem(texts_.Word("ForecastHours", QString::number(hours)), hours);
   ComboHeures->setCurrentIndex(kDefaultHours);
-  BtnRecalculer = new QPushButton(Word("ForecastAgain"), this);
+  BtnRecalculer = new QPushButton(texts_.Word("ForecastAgain"), this);
   BtnRecalculer->setObjectName(QStringLiteral("BtnRecalculer"));
   LblEtat = new QLabel(this);
   LblEtat->setObjectName(QStringLiteral("LblEtat"));
@@ -123,43 +119,42 @@ void ForecastWindow::ShowState() {
     case ForecastSource::State::kIdle:
       return LblEtat->clear();
     case ForecastSource::State::kRunning:
-      return LblEtat->setText(Word("ForecastRunning"));
+      return LblEtat->setText(texts_.Word("ForecastRunning"));
     case ForecastSource::State::kDone:
-      return LblEtat->setText(
-          QString::fromStdString(ScreenWord("ForecastDone", langue_, begun_.toStdString())));
+      return LblEtat->setText(texts_.Word("ForecastDone", begun_));
     case ForecastSource::State::kFailed:
       return LblEtat->setText(
-          QString::fromStdString(ScreenWord("ForecastFailed", langue_, source_.Fault())));
+          texts_.Word("ForecastFailed", QString::fromStdString(source_.Fault())));
   }
 }
 
 QString ForecastWindow::KindOf(const ForecastLine& line) const {
   switch (line.kind) {
     case ForecastKind::kElement:
-      return Word(WordOfCode(line.code));
+      return texts_.Word(WordOfCode(line.code));
     case ForecastKind::kPip:
-      return Word("ForecastPip");
+      return texts_.Word("ForecastPip");
     case ForecastKind::kBreak:
-      return Word("ForecastBreak");
+      return texts_.Word("ForecastBreak");
     case ForecastKind::kList:
-      return Word("ForecastList");
+      return texts_.Word("ForecastList");
     case ForecastKind::kGap:
-      return Word("ForecastGap");
+      return texts_.Word("ForecastGap");
     case ForecastKind::kWarning:
-      return Word("ForecastWarning");
+      return texts_.Word("ForecastWarning");
   }
   return {};
 }
 
 QString ForecastWindow::WhatOf(const ForecastLine& line) const {
-  if (line.kind == ForecastKind::kGap) return Word("ForecastGapText");
+  if (line.kind == ForecastKind::kGap) return texts_.Word("ForecastGapText");
   if (line.kind == ForecastKind::kBreak)
     return QString::fromStdString(line.text + "  ") +
-           Word(line.code == Element::kNews ? "News" : "Spots");
+           texts_.Word(line.code == Element::kNews ? "News" : "Spots");
   if (line.kind == ForecastKind::kWarning && line.reason == "missing")
-    return QString::fromStdString(ScreenWord("ForecastMissing", langue_, line.text));
+    return texts_.Word("ForecastMissing", QString::fromStdString(line.text));
   if (line.kind == ForecastKind::kWarning && line.reason == "unreadable")
-    return QString::fromStdString(ScreenWord("ForecastUnreadable", langue_, line.text));
+    return texts_.Word("ForecastUnreadable", QString::fromStdString(line.text));
   return QString::fromStdString(line.text);
 }
 

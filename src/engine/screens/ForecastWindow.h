@@ -5,6 +5,8 @@
 #include <QDialog>
 #include <QTimer>
 
+#include "ui/Translation.h"
+
 class QComboBox;
 class QLabel;
 class QPushButton;
@@ -26,13 +28,12 @@ class ForecastWindow : public QDialog {
   void MakeControls();
   void ShowState();
   void AddLine(const ForecastLine& line);
-  QString Word(const char* name) const;
   QString KindOf(const ForecastLine& line) const;
   QString WhatOf(const ForecastLine& line) const;
 
   Station& station_;
   ForecastSource& source_;
-  int langue_;
+  const Translation texts_;
   QTimer poll_;
   QString begun_;
   QTableWidget* ListPrevision;

@@ -11,7 +11,6 @@
 
 #include "engine/LiveMode.h"
 #include "engine/MainScreenPicture.h"
-#include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
 #include "engine/screens/OnAirListView.h"
 #include "scheduling/LibrarySearch.h"
@@ -34,10 +33,12 @@ Control* Named(const char* name, QWidget* parent) {
 }
 }  // namespace
 
-LiveFrame::LiveFrame(Station& station, OnAirListView& list, BrowseOrders orders, QWidget* parent)
+LiveFrame::LiveFrame(Station& station, OnAirListView& list, BrowseOrders orders, Translation texts,
+                     QWidget* parent)
     : QFrame(parent),
       station_(station),
-      model_(new BrowseModel(station.browse.ListRech, this)),
+      model_(new BrowseModel(station.browse.ListRech, texts, this)),
+      texts_(texts),
       list_(list) {
   setObjectName(QStringLiteral("CadreRech"));
   setProperty("panel", true);
@@ -46,7 +47,7 @@ LiveFrame::LiveFrame(Station& station, OnAirListView& list, BrowseOrders orders,
     BeginColumnClick(station_, column);
     Work();
   };
-  ListRech = new BrowseView(*model_, list, std::move(orders), this);
+  ListRech = new BrowseView(*model_, list, std::move(orders), texts, this);
   MakeControls();
   LayOut();
   Connect();
@@ -142,14 +143,8 @@ void LiveFrame::LoadGenres() {
   std::vector<std::string> genres;
   LoadSaveGenres(station_, "Load", genres);
   RechGenre->clear();
-  RechGenre->addItem(QString::fromStdString(TextOf("RechGenre", "0", langue_)));
+  RechGenre->addItem(texts_.Text("RechGenre", "0"));
   for (const std::string& genre : genres) RechGenre->addItem(QString::fromStdString(genre));
-}
-
-void LiveFrame::SetLanguage(int langue) {
-  langue_ = langue;
-  model_->SetLanguage(langue);
-  ListRech->SetLanguage(langue);
 }
 
 void LiveFrame::Arrange(double unit) {

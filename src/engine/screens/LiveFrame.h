@@ -19,10 +19,10 @@ struct Station;
 
 class LiveFrame : public QFrame {
  public:
-  LiveFrame(Station& station, OnAirListView& list, BrowseOrders orders, QWidget* parent);
+  LiveFrame(Station& station, OnAirListView& list, BrowseOrders orders, Translation texts,
+            QWidget* parent);
 
   void LoadGenres();  // of the station, into RechGenre
-  void SetLanguage(int langue);
   void Arrange(double unit);
   void Refresh();
   void Browse(BrowseList list);  // as MenuLive's entry
@@ -45,7 +45,7 @@ class LiveFrame : public QFrame {
 
   Station& station_;
   BrowseModel* model_;
-  int langue_ = 0;
+  const Translation texts_;
   double unit_ = 1;
   QComboBox *MenuLive, *RechGenre;
   QLineEdit* Rech;

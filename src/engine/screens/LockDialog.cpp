@@ -5,9 +5,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "engine/MainScreenTexts.h"
 #include "settings/LockDialogue.h"
 #include "station/Station.h"
+#include "ui/SharedTexts.h"
 
 namespace zemo {
 
@@ -25,7 +25,7 @@ LockDialog::LockDialog(Station& station, int langue, QWidget* parent)
   ChPasse->setEchoMode(QLineEdit::Password);
   ChPasse->setStyleSheet(QStringLiteral("lineedit-password-character: 42;"));  // "*"
   heading->setBuddy(ChPasse);
-  auto* ok = new QPushButton(QString::fromStdString(ScreenWord("Ok", langue)), this);
+  auto* ok = new QPushButton(Translation(SharedTexts(), langue).Word("Ok"), this);
   ok->setObjectName(QStringLiteral("BtnOk"));
   ok->setDefault(true);
   connect(ok, &QPushButton::clicked, this, [this] { Ok(); });

@@ -3,11 +3,9 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QHBoxLayout>
-#include <QInputDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QPrintDialog>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
@@ -20,7 +18,6 @@
 #include "engine/Forecast.h"
 #include "engine/HourPip.h"
 #include "engine/LiveMode.h"
-#include "engine/MainScreenTexts.h"
 #include "engine/MainTick.h"
 #include "engine/NextUp.h"
 #include "engine/OperatorControls.h"
@@ -35,20 +32,21 @@
 #include "engine/screens/LockDialog.h"
 #include "engine/screens/OnAirListModel.h"
 #include "engine/screens/OnAirListView.h"
-#include "engine/screens/PaperPrint.h"
+#include "engine/screens/OnAirWindowTexts.h"
 #include "engine/screens/SaverWindow.h"
 #include "engine/screens/ScreenMenus.h"
 #include "engine/screens/SkeletonWindow.h"
 #include "engine/screens/StatusHeader.h"
 #include "engine/screens/StoredListFrame.h"
-#include "engine/screens/Translation.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
 #include "platform/Waveforms.h"
 #include "settings/LockDialogue.h"
 #include "station/Station.h"
 #include "traffic/DayGridComposition.h"
+#include "ui/PaperPrint.h"
 #include "ui/Theme.h"
+#include "ui/Translation.h"
 
 namespace zemo {
 
@@ -64,29 +62,18 @@ constexpr int kSmallListWidth = 430;
 constexpr double kListShare = 620.0 / 1280;
 constexpr int kPrintPoints = 10;
 
-bool SystemPrinter(QWidget* parent, QPrinter& printer) {
-  return QPrintDialog(&printer, parent).exec() == QDialog::Accepted;
-}
-
-std::optional<QString> SystemQuestion(QWidget* parent, const QString& title,
-                                      const QString& question, const QString& byDefault,
-                                      int langue) {
-  QInputDialog dialog(parent);
-  dialog.setWindowTitle(title);
-  dialog.setLabelText(question);
-  dialog.setTextValue(byDefault);
-  dialog.setOkButtonText(QString::fromStdString(ScreenWord("Ok", langue)));
-  dialog.setCancelButtonText(QString::fromStdString(ScreenWord("Cancel", langue)));
-  return dialog.exec() == QDialog::Accepted ? std::optional(dialog.textValue()) : std::nullopt;
+int LangueNow(Station& station) {
+  station.base.CheckCnf();
+  return static_cast<int>(station.base.CnfInt(Cnf::kLangue));
 }
 }  // namespace
 
 OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
-    : station_(station), sources_(std::move(sources)) {
+    : station_(station),
+      sources_(std::move(sources)),
+      texts_(OnAirWindowTexts(), LangueNow(station)) {
   setObjectName(QStringLiteral("FrmZemo"));
-  SetDefaultQuestions();
-  station.base.CheckCnf();
-  langue_ = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
+  sources_.questions = WithSystemDialogues(std::move(sources_.questions), texts_.Langue());
   setMinimumSize(800, 600 - 40);  // a full screen of the smallest size, less what a panel takes
   MakeParts();
   MakeMenus();
@@ -108,33 +95,19 @@ OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
 
 OnAirWindow::~OnAirWindow() = default;
 
-void OnAirWindow::SetDefaultQuestions() {
-  if (!sources_.choosePrinter) sources_.choosePrinter = SystemPrinter;
-  if (!sources_.askText)
-    sources_.askText = [this](QWidget* parent, const QString& title, const QString& question,
-                              const QString& byDefault) {
-      return SystemQuestion(parent, title, question, byDefault, langue_);
-    };
-}
-
 void OnAirWindow::MakeParts() {
   auto* centre = new QWidget(this);
   setCentralWidget(centre);
-  header_ = new StatusHeader(centre);
+  header_ = new StatusHeader(texts_, centre);
   bar_ = new ControlBar(station_,
                         {.toolbar = [this](Toolbar button) { PressToolbar(button); },
                          .next = [this] { CmdStop(station_); },
                          .request = [this] { WhenFree([this] { CmdRequette(station_); }); },
                          .overlay = [this] { PlayOverlay(); },
                          .info = [this] { ShowShortcuts(); }},
-                        centre);
+                        texts_, centre);
   MakeBody();
-  bottom_ = new BottomStrip(centre);
-  header_->SetLanguage(langue_);
-  bottom_->SetLanguage(langue_);
-  stored_->SetLanguage(langue_);
-  live_->SetLanguage(langue_);
-  grid_->SetLanguage(langue_);
+  bottom_ = new BottomStrip(texts_, centre);
 }
 
 void OnAirWindow::MakeBody() {
@@ -142,13 +115,13 @@ void OnAirWindow::MakeBody() {
   left_ = new QWidget(centralWidget());
   model_ = new OnAirListModel(this);
   list_ = new OnAirListView(*model_, ListOrders(), left_);
-  stored_ = new StoredListFrame(station_, whenFree, left_);
-  grid_ = new DayGridFrame(station_, sources_,
+  stored_ = new StoredListFrame(station_, whenFree, texts_.Langue(), left_);
+  grid_ = new DayGridFrame(station_, sources_.questions,
                            {.whenFree = whenFree,
                             .selectedRow = [this] { return list_->SelectedRow(); },
                             .openSelector = [this](const std::string& f) { OpenSelector(f); },
                             .forecast = [this] { OpenForecast(); }},
-                           left_);
+                           texts_, left_);
   BrowseOrders browse;
   browse.drop = [this](const std::vector<int>& rows, int row) {
     DropBrowseRows(station_, rows, row);
@@ -169,7 +142,7 @@ void OnAirWindow::MakeBody() {
   browse.openSelector = [this](int row) {
     OpenSelector(FileOfBrowseRow(station_.browse.ListRech, row));
   };
-  live_ = new LiveFrame(station_, *list_, std::move(browse), centralWidget());
+  live_ = new LiveFrame(station_, *list_, std::move(browse), texts_, centralWidget());
 }
 
 // A row is named by its key: the tick may have taken rows off since the list was drawn.
@@ -243,16 +216,14 @@ void OnAirWindow::LayOut() {
 
 void OnAirWindow::Traduction() {
   setWindowTitle(QStringLiteral("Zemo Radio Pro"));
-  ApplyTexts(*this, langue_);
-  bar_->SetTexts(langue_);
-  menus_->SetTexts(langue_);
+  texts_.Apply(*this);
+  bar_->SetTexts();
+  menus_->SetTexts(texts_);
   std::array<QString, kColumns> heads;
   for (int column = 0; column < kColumns; ++column)
-    heads[static_cast<size_t>(column)] =
-        QString::fromStdString(TextOf("PL", std::to_string(column), langue_));
+    heads[static_cast<size_t>(column)] = texts_.Text("PL", std::to_string(column));
   model_->SetHeads(std::move(heads));
-  findChild<QLabel*>(QStringLiteral("PictureNoJingle"))
-      ->setText(QString::fromStdString(ScreenWord("NoJingleOnAir", langue_)));
+  findChild<QLabel*>(QStringLiteral("PictureNoJingle"))->setText(texts_.Word("NoJingleOnAir"));
 }
 
 // --- measures ---
@@ -372,8 +343,8 @@ void OnAirWindow::RefreshSkeleton() {
   if (skeleton_ && skeleton_->isVisible()) return skeleton_->Refresh();
   if (!station_.requests.SkeletonDialog.open) return;
   skeleton_ = new SkeletonWindow(
-      station_, langue_, unit_, [this](std::function<void()> order) { WhenFree(std::move(order)); },
-      this);
+      station_, texts_.Langue(), unit_,
+      [this](std::function<void()> order) { WhenFree(std::move(order)); }, this);
   skeleton_->open();
 }
 
@@ -387,7 +358,7 @@ void OnAirWindow::Observe() {
     LogCurrentException(station_, "OnAirWindow");
   }
   UpdateHealth(health_, station_, output_, sources_.freeDiskBytes ? sources_.freeDiskBytes() : -1,
-               NowMs(), langue_);
+               NowMs(), texts_.Langue());
   bottom_->ShowHealth(health_, NowMs());
 }
 
@@ -419,7 +390,7 @@ void OnAirWindow::PressToolbar(Toolbar button) {
 
 void OnAirWindow::AskPassword() {
   MnuPasseWord(station_);
-  (new LockDialog(station_, langue_, this))->open();
+  (new LockDialog(station_, texts_.Langue(), this))->open();
 }
 
 void OnAirWindow::ShowGridForInsertion() {
@@ -445,15 +416,13 @@ void OnAirWindow::AdaptOverlay() {
   const BrowseRows& browsed = station_.browse.ListRech;
   const int row = live_->ChosenRow();
   const bool playable = !FileOfBrowseRow(browsed, row).empty();
-  bar_->ShowOverlay(playable,
-                    playable ? ScreenWord("OverlayOf", langue_,
-                                          browsed.rows.Cell(static_cast<size_t>(row), Col::kTitle))
-                             : TextOf("BtnSurImpression", "tip", langue_));
+  if (!playable) return bar_->ShowOverlay(false, texts_.Text("BtnSurImpression", "tip"));
+  const std::string title(browsed.rows.Cell(static_cast<size_t>(row), Col::kTitle));
+  bar_->ShowOverlay(true, texts_.Word("OverlayOf", QString::fromStdString(title)));
 }
 
 void OnAirWindow::ShowLater() {
-  QToolTip::showText(QCursor::pos(), QString::fromStdString(ScreenWord("ComesLater", langue_)),
-                     this);
+  QToolTip::showText(QCursor::pos(), texts_.Word("ComesLater"), this);
 }
 
 void OnAirWindow::OpenCard(int32_t code) {
@@ -475,18 +444,18 @@ void OnAirWindow::PrintList() {
   for (const OnAirRow& row : station_.PL)
     lines.push_back(ColumnText(row, Col::kPlanned) + "  " + ColumnText(row, Col::kLength) + "  " +
                     TitleOf(row));
-  PrintOnPaper(this, sources_, lines, "Courier", kPrintPoints, langue_);
+  PrintOnPaper(this, sources_.questions, lines, "Courier", kPrintPoints, texts_.Langue());
 }
 
 void OnAirWindow::ShowShortcuts() {
-  station_.platform.messages.Show(ScreenWord("Shortcuts", langue_),
-                                  ScreenWord("ShortcutText", langue_), Buttons::kOk);
+  station_.platform.messages.Show(texts_.Word("Shortcuts").toStdString(),
+                                  texts_.Word("ShortcutText").toStdString(), Buttons::kOk);
 }
 
 void OnAirWindow::OpenForecast() {
   if (!sources_.forecast) return;
   if (!forecast_) {
-    forecast_ = new ForecastWindow(station_, *sources_.forecast, langue_, this);
+    forecast_ = new ForecastWindow(station_, *sources_.forecast, texts_.Langue(), this);
     forecast_->setAttribute(Qt::WA_DeleteOnClose);
   }
   forecast_->show();

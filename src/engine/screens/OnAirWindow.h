@@ -10,6 +10,7 @@
 
 #include "engine/HealthLine.h"
 #include "engine/screens/ScreenSources.h"
+#include "ui/Translation.h"
 
 namespace zemo {
 
@@ -62,7 +63,6 @@ class OnAirWindow : public QMainWindow {
   OnAirListOrders ListOrders();
   void DeleteListRow(int64_t key);
   void LayOut();
-  void SetDefaultQuestions();
   void Traduction();
   void Arrange();
   void ArrangeBody();
@@ -85,7 +85,7 @@ class OnAirWindow : public QMainWindow {
 
   Station& station_;
   ScreenSources sources_;
-  int langue_ = 0;
+  const Translation texts_;
   double unit_ = 1;
   HealthLine health_;
   OutputFigures output_;

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "engine/MainScreenPicture.h"
-#include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
 #include "station/Station.h"
+#include "ui/Translation.h"
 
 namespace zemo {
 
@@ -80,8 +80,8 @@ ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
   Add(Options_, "Quitter", [this] { orders_.quit(); });
 }
 
-void ScreenMenus::SetTexts(int langue) {
-  const QString later = QString::fromStdString(ScreenWord("ComesLater", langue));
+void ScreenMenus::SetTexts(const Translation& texts) {
+  const QString later = texts.Word("ComesLater");
   for (QMenu* menu : {MnuEdit_, MnuModels_, Options_})
     for (QAction* action : menu->actions())
       if (action->property(kToCome).toBool()) action->setToolTip(later);

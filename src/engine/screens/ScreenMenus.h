@@ -11,6 +11,7 @@ class QMenu;
 namespace zemo {
 
 struct Station;
+class Translation;
 
 struct MenuOrders {
   std::function<void()> storedLists, insertBreak, composeGrid, printList, forecast, password, quit;
@@ -20,7 +21,7 @@ class ScreenMenus {
  public:
   // Fills the bar, which owns the menus.
   ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders);
-  void SetTexts(int langue);
+  void SetTexts(const Translation& texts);
   void Refresh();  // marks, and what may be used now
 
  private:

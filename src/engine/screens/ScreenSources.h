@@ -3,16 +3,12 @@
 // them.
 #pragma once
 
-#include <QString>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 
 #include "engine/HealthLine.h"
-
-class QPrinter;
-class QWidget;
+#include "ui/Questions.h"
 
 namespace zemo {
 
@@ -31,11 +27,7 @@ struct ScreenSources {
   std::function<void(int32_t code)> openMusicCard;
   std::function<void(const std::string& storedPath)> openSelector;
 
-  // Questions with a dialogue of the system by default.
-  std::function<bool(QWidget*, QPrinter&)> choosePrinter;  // false: nothing is printed
-  std::function<std::optional<QString>(QWidget*, const QString& title, const QString& question,
-                                       const QString& byDefault)>
-      askText;
+  Questions questions;  // with a dialogue of the system by default
 
   std::function<void()> closed;  // the window was left in order
 };

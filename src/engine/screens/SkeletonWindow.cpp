@@ -15,11 +15,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/MainScreenTexts.h"
-#include "engine/screens/Translation.h"
+#include "engine/screens/SkeletonWindowTexts.h"
 #include "scheduling/SkeletonDialogue.h"
 #include "station/Station.h"
 #include "ui/Theme.h"
+#include "ui/Translation.h"
 
 namespace zemo {
 
@@ -41,24 +41,23 @@ std::vector<std::string> PositionsOf(const TextGrid& skeleton) {
 
 SkeletonWindow::SkeletonWindow(Station& station, int langue, double unit,
                                std::function<void(std::function<void()>)> whenFree, QWidget* parent)
-    : QDialog(parent), station_(station), langue_(langue), whenFree_(std::move(whenFree)) {
+    : QDialog(parent),
+      station_(station),
+      texts_(SkeletonWindowTexts(), langue),
+      whenFree_(std::move(whenFree)) {
   setObjectName(QStringLiteral("SkeletonDialog"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowModality(Qt::WindowModal);
-  setWindowTitle(Word("SkeletonTitle"));
+  setWindowTitle(texts_.Word("SkeletonTitle"));
   MakeControls();
   MakeMenu();
   LayOut();
   Connect();
-  ApplyTexts(*this, langue);
-  LblEtat->setText(Word("SkeletonHint"));
+  texts_.Apply(*this);
+  LblEtat->setText(texts_.Word("SkeletonHint"));
   Arrange(unit);
   ShowSkeleton();
   ListGenre->setFocus();
-}
-
-QString SkeletonWindow::Word(const char* name) const {
-  return QString::fromStdString(ScreenWord(name, langue_));
 }
 
 void SkeletonWindow::MakeControls() {
@@ -223,10 +222,9 @@ void SkeletonWindow::CopyDay(int day) {
   const bool copied = LoadSquelette(station_, day);
   QString name = findChild<QAction*>(QString::fromLatin1(kDays[day - 1]))->text();
   name.remove(u'&');
-  const std::string hour = station_.storedList.ChHeure.substr(0, 2);
-  const std::string which = name.toStdString() + ", " + hour + " h";
-  LblEtat->setText(QString::fromStdString(
-      ScreenWord(copied ? "SkeletonCopied" : "SkeletonNone", langue_, which)));
+  const QString hour = QString::fromStdString(station_.storedList.ChHeure.substr(0, 2));
+  const QString which = QStringLiteral("%1, %2 h").arg(name, hour);
+  LblEtat->setText(texts_.Word(copied ? "SkeletonCopied" : "SkeletonNone", which));
   if (!copied) return;
   ShowSkeleton();
   SelectRow(0);

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "ui/Translation.h"
+
 class QCheckBox;
 class QLabel;
 class QListWidget;
@@ -45,10 +47,9 @@ class SkeletonWindow : public QDialog {
   void CopyDay(int day);
   void Ok();
   void Work();
-  QString Word(const char* name) const;
 
   Station& station_;
-  int langue_;
+  const Translation texts_;
   std::function<void(std::function<void()>)> whenFree_;
   bool working_ = false;  // BtnOk fills the list
   std::vector<std::string> shown_;

@@ -6,7 +6,6 @@
 
 #include "engine/HealthLine.h"
 #include "engine/MainScreenPicture.h"
-#include "engine/MainScreenTexts.h"
 #include "engine/NextUp.h"
 #include "engine/screens/IntroBar.h"
 #include "station/Station.h"
@@ -210,7 +209,7 @@ QWidget* StatusHeader::RightZone() {
   return zone;
 }
 
-StatusHeader::StatusHeader(QWidget* parent) : QFrame(parent) {
+StatusHeader::StatusHeader(Translation texts, QWidget* parent) : QFrame(parent), texts_(texts) {
   setObjectName(QStringLiteral("StatusHeader"));
   setProperty("panel", true);
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);  // no mode moves it
@@ -278,7 +277,7 @@ void StatusHeader::ShowLamp(bool running, bool silent, bool emergency) {
                     : running   ? Look{"OnAir", Qt::white, Theme::kOnAir}
                     : sounding_ ? Look{"Draining", Theme::kText, QColor(0x6b, 0x4a, 0x14)}
                                 : Look{"Stopped", Theme::kDim, Theme::kRaised};
-  Put(lamp_, Text(ScreenWord(look.word, langue_)));
+  Put(lamp_, texts_.Word(look.word));
   Colour(lamp_, look.ink, look.ground, 4);
 }
 
@@ -326,24 +325,24 @@ void StatusHeader::ShowStation(const Station& station, const LocalDateTime& now,
 }
 
 void StatusHeader::ShowNext(const NextUp& next) {
-  const QString none = Text(ScreenWord("None", langue_));
-  Put(next_.head, Text(ScreenWord("Next", langue_)));
+  const QString none = texts_.Word("None");
+  Put(next_.head, texts_.Word("Next"));
   next_.when->Show(Text(next.elementAt));
   next_.what->Show(next.elementTitle.empty() ? none : Text(next.elementTitle));
   next_.what->SetColour(next.elementCode > 0 ? Theme::kText
                                              : Theme::ColourOfElement(next.elementCode));
-  Put(break_.head, Text(ScreenWord("Break", langue_)));
+  Put(break_.head, texts_.Word("Break"));
   break_.when->Show(Countdown(next.breakInSec));
   break_.what->Show(next.breakAt.empty()
                         ? none
                         : QStringLiteral("%1  %2  %3")
                               .arg(Text(next.breakAt),
-                                   Text(ScreenWord(next.breakIsSpots ? "Spots" : "News", langue_)),
+                                   texts_.Word(next.breakIsSpots ? "Spots" : "News"),
                                    Text(next.breakLength)));
   break_.what->SetColour(next.breakAt.empty() ? Theme::kDim
                          : next.breakIsSpots  ? Theme::kSpot
                                               : Theme::kNews);
-  Put(pip_.head, Text(ScreenWord("Pip", langue_)));
+  Put(pip_.head, texts_.Word("Pip"));
   pip_.when->Show(Countdown(next.pipInSec));
   pip_.what->Show(next.pipAt.empty() ? none : Text(next.pipAt.substr(0, 5)));
   pip_.what->SetColour(next.pipAt.empty() ? Theme::kDim : Theme::kPip);

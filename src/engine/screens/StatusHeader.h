@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "platform/Waveforms.h"
+#include "ui/Translation.h"
 
 namespace zemo {
 
@@ -24,9 +25,8 @@ struct Station;
 
 class StatusHeader : public QFrame {
  public:
-  explicit StatusHeader(QWidget* parent);
+  StatusHeader(Translation texts, QWidget* parent);
 
-  void SetLanguage(int langue) { langue_ = langue; }
   void Arrange(double unit);
 
   // Each draws only what is another than before.
@@ -56,7 +56,7 @@ class StatusHeader : public QFrame {
   void ShowClock(const MainScreen& screen, const LocalDateTime& now);
   void ShowElement(const MainScreen& screen, uint32_t counterColour);
 
-  int langue_ = 0;
+  const Translation texts_;
   bool sounding_ = false;
   int32_t introMs_ = 0;  // of the element on air; the count forgets it at its end
   std::string introFile_;

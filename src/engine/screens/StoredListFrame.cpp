@@ -12,10 +12,10 @@
 
 #include "engine/OperatorControls.h"
 #include "engine/StoredPlaylists.h"
-#include "engine/screens/CalendarWindow.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
+#include "ui/CalendarWindow.h"
 #include "ui/Theme.h"
 
 namespace zemo {
@@ -57,9 +57,9 @@ class ListBox : public QComboBox {
 }  // namespace
 
 StoredListFrame::StoredListFrame(Station& station,
-                                 std::function<void(std::function<void()>)> whenFree,
+                                 std::function<void(std::function<void()>)> whenFree, int langue,
                                  QWidget* parent)
-    : QFrame(parent), station_(station), whenFree_(std::move(whenFree)) {
+    : QFrame(parent), station_(station), whenFree_(std::move(whenFree)), langue_(langue) {
   setObjectName(QStringLiteral("CadrePL"));
   setProperty("panel", true);
   MakeControls();

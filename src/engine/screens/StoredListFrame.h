@@ -16,9 +16,8 @@ struct Station;
 class StoredListFrame : public QFrame {
  public:
   // `whenFree` runs what may ask a question at a moment when nothing on air waits for the answer.
-  StoredListFrame(Station& station, std::function<void(std::function<void()>)> whenFree,
+  StoredListFrame(Station& station, std::function<void(std::function<void()>)> whenFree, int langue,
                   QWidget* parent);
-  void SetLanguage(int langue) { langue_ = langue; }
   void Load();     // the stored lists, at the frame's opening
   void Refresh();  // from the panel's fields
   void Arrange(double unit);
@@ -38,7 +37,7 @@ class StoredListFrame : public QFrame {
 
   Station& station_;
   std::function<void(std::function<void()>)> whenFree_;
-  int langue_ = 0;
+  const int langue_;
   QComboBox *ComboPLS, *OptPls;
   QPushButton *LblDate, *BtnSauve, *BtnNew;
   QLineEdit* ChHeure;

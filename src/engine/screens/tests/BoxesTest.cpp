@@ -7,9 +7,9 @@
 #include <QTimer>
 #include <stdexcept>
 
-#include "engine/screens/CalendarWindow.h"
-#include "engine/screens/ScreenDesktop.h"
 #include "engine/screens/tests/ScreenFixture.h"
+#include "ui/CalendarWindow.h"
+#include "ui/ScreenDesktop.h"
 
 namespace zemo::test {
 namespace {

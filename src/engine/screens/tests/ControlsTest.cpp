@@ -12,10 +12,10 @@
 #include "engine/OperatorControls.h"
 #include "engine/screens/IntroBar.h"
 #include "engine/screens/SaverWindow.h"
-#include "engine/screens/ScreenDesktop.h"
 #include "engine/screens/tests/ScreenFixture.h"
 #include "station/PlanTimes.h"
 #include "ui/LevelMeter.h"
+#include "ui/ScreenDesktop.h"
 #include "ui/WaveformView.h"
 
 namespace zemo::test {

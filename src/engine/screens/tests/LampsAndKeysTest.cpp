@@ -3,8 +3,8 @@
 
 #include <QDialog>
 
-#include "engine/screens/ScreenDesktop.h"
 #include "engine/screens/tests/ScreenFixture.h"
+#include "ui/ScreenDesktop.h"
 
 namespace zemo::test {
 namespace {

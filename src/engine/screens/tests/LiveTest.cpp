@@ -16,9 +16,9 @@
 #include "engine/StoredPlaylists.h"
 #include "engine/screens/DayGridFrame.h"
 #include "engine/screens/LiveFrame.h"
-#include "engine/screens/ScreenDesktop.h"
 #include "engine/screens/tests/ScreenFixture.h"
 #include "station/OnAirColumns.h"
+#include "ui/ScreenDesktop.h"
 
 namespace zemo::test {
 namespace {
@@ -374,12 +374,13 @@ TEST_F(Grid, ThePreviewIsRefusedWhileCampaignsArePurged) {
 TEST_F(Grid, ItPrintsToAPdfInTheSizeThatWasAsked) {
   const QString file = QString::fromStdString(on.stationDir.Path()) + "/grid.pdf";
   QString question, byDefault;
-  sources.askText = [&](QWidget*, const QString&, const QString& asked, const QString& given) {
+  sources.questions.askText = [&](QWidget*, const QString&, const QString& asked,
+                                  const QString& given) {
     question = asked;
     byDefault = given;
     return std::optional<QString>("8");
   };
-  sources.choosePrinter = [&](QWidget*, QPrinter& printer) {
+  sources.questions.choosePrinter = [&](QWidget*, QPrinter& printer) {
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(file);
     return true;

@@ -7,7 +7,7 @@
 namespace zemo::test {
 
 void Screen::SetUp() {
-  sources.choosePrinter = [](QWidget*, QPrinter&) { return false; };
+  sources.questions.choosePrinter = [](QWidget*, QPrinter&) { return false; };
 }
 
 void Screen::TearDown() {

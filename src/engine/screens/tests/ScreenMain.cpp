@@ -5,8 +5,8 @@
 #include <QDir>
 #include <memory>
 
-#include "engine/screens/ScreenDesktop.h"
 #include "support/VirtualScreen.h"
+#include "ui/ScreenDesktop.h"
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);

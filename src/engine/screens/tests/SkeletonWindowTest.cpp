@@ -13,7 +13,7 @@
 #include <QSpinBox>
 #include <QTableWidget>
 
-#include "engine/MainScreenTexts.h"
+#include "engine/screens/SkeletonWindowTexts.h"
 #include "engine/screens/tests/ScreenFixture.h"
 
 namespace zemo::test {
@@ -413,7 +413,8 @@ TEST_P(SkeletonSweep, NoTwoControlsShareALetter) {
   std::string letters;
   for (const char* name : {"LblGenresOfferts", "LblSquelette", "LblMinutes", "Redondance", "BtnOk",
                            "BtnCancel", "mnuCopieSquelette"}) {
-    const std::string text = TextOf(name, "text", GetParam());
+    const std::string text =
+        Translation(SkeletonWindowTexts(), GetParam()).Text(name, "text").toStdString();
     const size_t mark = text.find('&');
     ASSERT_LT(mark + 1, text.size()) << name;
     const char letter = static_cast<char>(std::tolower(text[mark + 1]));

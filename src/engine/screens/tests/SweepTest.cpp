@@ -11,8 +11,8 @@
 #include <QStyle>
 #include <QStyleOptionComboBox>
 
-#include "engine/MainScreenTexts.h"
 #include "engine/OperatorControls.h"
+#include "engine/screens/OnAirWindowTexts.h"
 #include "engine/screens/tests/ScreenFixture.h"
 #include "platform/Waveforms.h"
 #include "ui/FitLabel.h"
@@ -226,9 +226,10 @@ TEST_F(Sweep, EveryButtonAndBoxIsReachedByTheTabKey) {
 }
 
 TEST_F(Sweep, TextsThatNoLanguageCoversStandInFrench) {
-  for (const ScreenText& row : MainScreenTexts()) {
+  const Translation unknown(OnAirWindowTexts(), 9);
+  for (const ScreenText& row : OnAirWindowTexts().controls) {
     ASSERT_TRUE(row.texts[0]) << row.control;
-    EXPECT_EQ(TextOf(row.control, row.property, 9), row.texts[0]) << row.control;
+    EXPECT_EQ(unknown.Text(row.control, row.property).toStdString(), row.texts[0]) << row.control;
   }
 }
 

@@ -1,4 +1,4 @@
-#include "engine/screens/Translation.h"
+#include "ui/Translation.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -6,8 +6,9 @@
 #include <QLabel>
 #include <QMenu>
 #include <QWidget>
+#include <algorithm>
 
-#include "engine/MainScreenTexts.h"
+#include "ui/SharedTexts.h"
 
 namespace zemo {
 
@@ -29,7 +30,7 @@ void SetItem(QObject* control, int item, const QString& text) {
   if (combo && item < combo->count()) combo->setItemText(item, text);
 }
 
-void Apply(QObject* control, const QString& property, const QString& text) {
+void Assign(QObject* control, const QString& property, const QString& text) {
   bool number = false;
   const int item = property.toInt(&number);
   if (number) return SetItem(control, item, text);
@@ -55,16 +56,34 @@ void SetTip(QWidget& control, const QString& tip) {
     control.setAccessibleName(tip.trimmed());
 }
 
-void ApplyTexts(QObject& screen, int langue) {
-  for (const ScreenText& row : MainScreenTexts()) {
+QString Translation::Text(std::string_view control, std::string_view property) const {
+  const auto found = std::find_if(
+      texts_.controls.begin(), texts_.controls.end(),
+      [&](const ScreenText& row) { return row.control == control && row.property == property; });
+  return found == texts_.controls.end() ? QString()
+                                        : QString::fromUtf8(InLanguage(found->texts, langue_));
+}
+
+QString Translation::Word(std::string_view name) const {
+  const char* word = FindWord(texts_.words, name, langue_);
+  return QString::fromUtf8(word ? word : FindWord(SharedTexts().words, name, langue_));
+}
+
+QString Translation::Word(std::string_view name, const QString& inPlace) const {
+  return QString::fromStdString(WithPlace(Word(name).toStdString(), inPlace.toStdString()));
+}
+
+void Translation::Apply(QObject& window) const {
+  for (const ScreenText& row : texts_.controls) {
     const QString name = QString::fromUtf8(row.control);
-    QList<QObject*> controls = screen.findChildren<QObject*>(name);
-    if (name == QStringLiteral("LedSat"))
-      for (int contact = 0; contact < 4; ++contact)
-        controls += screen.findChildren<QObject*>(name + QString::number(contact));
-    for (QObject* control : controls)
-      Apply(control, QString::fromUtf8(row.property),
-            QString::fromUtf8(InLanguage(row.texts, langue)));
+    const QString text = QString::fromUtf8(InLanguage(row.texts, langue_));
+    const auto assign = [&](const QList<QObject*>& controls) {
+      for (QObject* control : controls) Assign(control, QString::fromUtf8(row.property), text);
+      return !controls.empty();
+    };
+    assign(window.findChildren<QObject*>(name));
+    for (int number = 0; assign(window.findChildren<QObject*>(name + QString::number(number)));)
+      ++number;
   }
 }
 

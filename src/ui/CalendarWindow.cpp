@@ -1,4 +1,4 @@
-#include "engine/screens/CalendarWindow.h"
+#include "ui/CalendarWindow.h"
 
 #include <QCalendarWidget>
 #include <QLocale>
@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 #include <array>
 
-#include "engine/MainScreenTexts.h"
+#include "ui/SharedTexts.h"
 #include "ui/Theme.h"
 
 namespace zemo {
@@ -31,11 +31,9 @@ CalendarWindow::CalendarWindow(int langue, const LocalDateTime& today, QWidget* 
   plain.setForeground(Theme::kText);
   for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
     month->setWeekdayTextFormat(day, plain);
-  const auto word = [langue](const char* name) {
-    return QString::fromStdString(ScreenWord(name, langue));
-  };
-  setWindowTitle(word("CalendarTitle"));
-  auto* cancel = new QPushButton(word("Cancel"), this);
+  const Translation texts(SharedTexts(), langue);
+  setWindowTitle(texts.Word("CalendarTitle"));
+  auto* cancel = new QPushButton(texts.Word("Cancel"), this);
   cancel->setObjectName(QStringLiteral("BtnCancel"));
   cancel->setAutoDefault(false);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);

@@ -1,4 +1,4 @@
-#include "engine/screens/ScreenDesktop.h"
+#include "ui/ScreenDesktop.h"
 
 #include <QApplication>
 #include <QEventLoop>
@@ -8,7 +8,7 @@
 #include <QWidget>
 #include <utility>
 
-#include "engine/MainScreenTexts.h"
+#include "ui/SharedTexts.h"
 
 namespace zemo {
 
@@ -149,9 +149,9 @@ QMessageBox* ScreenMessageBoxes::Make(const std::string& title, const std::strin
   box->setText(QString::fromStdString(text));
   box->setStandardButtons(ButtonsOf(buttons));
   box->setIcon(IconOf(icon));
+  const Translation texts(SharedTexts(), langue_);
   for (const auto& [button, word] : kButtonWords)
-    if (QAbstractButton* made = box->button(button))
-      made->setText(QString::fromStdString(ScreenWord(word, langue_)));
+    if (QAbstractButton* made = box->button(button)) made->setText(texts.Word(word));
   return box;
 }
 

@@ -1,6 +1,4 @@
-#include "engine/MainScreenTexts.h"
-
-#include <algorithm>
+#include "engine/screens/OnAirWindowTexts.h"
 
 #include "engine/MainScreenPicture.h"
 
@@ -11,7 +9,7 @@ namespace {
 constexpr const char* kSame = nullptr;  // no row in that language: the French stands
 
 // clang-format off
-constexpr ScreenText kTexts[] = {
+constexpr ScreenText kControls[] = {
     {"LblInfo", "name", {"Informations", "Information", "Informações", "Informaciones"}},
     {"LedSat", "tip", {"Contacts de l'automate", "Contacts of the automaton", "Contactos do autómato", "Contactos del autómata"}},
     {"LedJoystique", "tip", {"Bouton du joystick tenu", "Joystick button held", "Botão do joystick premido", "Botón del joystick pulsado"}},
@@ -121,35 +119,6 @@ constexpr ScreenText kTexts[] = {
     {"VueIntro", "name", {"Décompte de l'intro", "Intro countdown", "Contagem da intro", "Cuenta de la intro"}},
     {"MMLevelX1", "name", {"Niveau gauche", "Left level", "Nível esquerdo", "Nivel izquierdo"}},
     {"MMLevelX2", "name", {"Niveau droit", "Right level", "Nível direito", "Nivel derecho"}},
-    // the skeleton dialogue
-    {"LblGenresOfferts", "text", {"&Genres", "&Genres", "&Géneros", "&Géneros"}},
-    {"LblSquelette", "text", {"&Squelette", "&Skeleton", "&Esqueleto", "&Esqueleto"}},
-    {"LblMinutes", "text", {"&Minutes", "&Minutes", "&Minutos", "&Minutos"}},
-    {"ListGenre", "name", {"Genres", "Genres", "Géneros", "Géneros"}},
-    {"ListGenre", "tip", {"Double-clic ou Entrée : ajoute le genre au squelette", "Double click or Enter: adds the genre to the skeleton", "Duplo clique ou Enter: junta o género ao esqueleto", "Doble clic o Intro: añade el género al esqueleto"}},
-    {"SquelettePLS", "name", {"Squelette", "Skeleton", "Esqueleto", "Esqueleto"}},
-    {"SquelettePLS", "tip", {"Les genres dans l'ordre des titres ; Suppr retire le genre choisi", "The genres in the order of the titles; Delete takes the selected one out", "Os géneros pela ordem dos títulos; Delete retira o género escolhido", "Los géneros en el orden de los títulos; Supr quita el género elegido"}},
-    {"SpinMinutes", "name", {"Minutes", "Minutes", "Minutos", "Minutos"}},
-    {"SpinMinutes", "tip", {"Durée de musique à ajouter à la liste (Alt+M)", "Length of the music to add to the list (Alt+M)", "Duração da música a juntar à lista (Alt+M)", "Duración de la música que se añade a la lista (Alt+M)"}},
-    {"Redondance", "text", {"Titres &répétés", "&Repeated titles", "Títulos &repetidos", "Títulos &repetidos"}},
-    {"Redondance", "tip", {"Un titre déjà dans une liste peut venir encore (Alt+R)", "A title that is in a list already may come again (Alt+R)", "Um título já presente numa lista pode voltar (Alt+R)", "Un título que ya está en una lista puede volver (Alt+R)"}},
-    {"BtnOk", "text", {"&OK", kSame, kSame, kSame}},
-    {"BtnOk", "tip", {"Remplit la liste (Entrée)", "Fills the list (Enter)", "Preenche a lista (Enter)", "Llena la lista (Intro)"}},
-    {"BtnCancel", "text", {"&Annuler", "&Cancel", "&Cancelar", "&Cancelar"}},
-    {"BtnCancel", "tip", {"Ferme sans rien ajouter (Échap)", "Closes and adds nothing (Esc)", "Fecha sem juntar nada (Esc)", "Cierra sin añadir nada (Esc)"}},
-    {"mnuCopieSquelette", "text", {"&Copier un squelette", "Co&py a skeleton", "Co&piar um esqueleto", "Co&piar un esqueleto"}},
-    {"mnuLundi", "text", {"&Lundi", "&Monday", "&Segunda-feira", "&Lunes"}},
-    {"mnuMardi", "text", {"&Mardi", "&Tuesday", "&Terça-feira", "&Martes"}},
-    {"mnuMercredi", "text", {"M&ercredi", "&Wednesday", "&Quarta-feira", "M&iércoles"}},
-    {"mnuJeudi", "text", {"&Jeudi", "T&hursday", "Q&uinta-feira", "&Jueves"}},
-    {"mnuVendredi", "text", {"&Vendredi", "&Friday", "S&exta-feira", "&Viernes"}},
-    {"mnuSamedi", "text", {"&Samedi", "&Saturday", "Sá&bado", "&Sábado"}},
-    {"mnuDimanche", "text", {"&Dimanche", "S&unday", "&Domingo", "&Domingo"}},
-};
-
-struct Word {
-  const char* name;
-  LanguageTexts texts;
 };
 
 constexpr Word kWords[] = {
@@ -160,121 +129,35 @@ constexpr Word kWords[] = {
     {"Draining", {"FIN...", "ENDING", "A ACABAR", "TERMINA"}},
     {"Next", {"SUIVANT", "NEXT", "SEGUINTE", "SIGUIENTE"}},
     {"Break", {"ÉCRAN", "BREAK", "BLOCO", "BLOQUE"}},
-    {"Spots", {"Pubs", "Spots", "Pub", "Pubs"}},
-    {"News", {"Rubriques", "News", "Intercalares", "Rúbricas"}},
     {"Pip", {"TOP HORAIRE", "HOUR PIP", "SINAL HORÁRIO", "SEÑAL HORARIA"}},
     {"None", {"–", "–", "–", "–"}},
     {"NoJingleOnAir", {"Jingles : sur l'antenne", "Jingles: over the air", "Jingles: sobre a emissão", "Jingles: sobre la antena"}},
     {"ComesLater", {"Cet écran viendra avec une prochaine version", "This screen comes with a later version", "Este ecrã virá numa próxima versão", "Esta pantalla vendrá en una próxima versión"}},
-    {"TooManyRows",
-     {"%1 éléments au plus à la fois : choisissez-en moins", "At most %1 elements at a time: select fewer",
-      "No máximo %1 elementos de cada vez: escolha menos", "Como máximo %1 elementos a la vez: elija menos"}},
     {"BrowseInsert", {"&Ajouter à la liste", "&Add to the list", "&Juntar à lista", "&Añadir a la lista"}},
     {"BrowseCard", {"Ouvrir la &fiche", "Open the &card", "Abrir a &ficha", "Abrir la &ficha"}},
     {"BrowseListen", {"&Écouter", "&Listen", "&Ouvir", "&Escuchar"}},
     {"BrowseSort", {"&Trier par", "&Sort by", "O&rdenar por", "&Ordenar por"}},
     {"OverlayOf", {"Joue « %1 » par-dessus l'antenne", "Plays \"%1\" over the air", "Toca \"%1\" sobre a emissão", "Toca \"%1\" sobre la antena"}},
     {"PrintTitle", {"Impression", "Print", "Impressão", "Impresión"}},
-    {"PrintFailed", {"L'impression n'a pas pu se faire", "Nothing could be printed", "Não foi possível imprimir", "No se pudo imprimir"}},
     {"Shortcuts", {"Raccourcis clavier", "Keyboard shortcuts", "Atalhos de teclado", "Atajos de teclado"}},
     {"ShortcutText",
      {"Espace : départ, arrêt\n0 du pavé : suivant\n1 à 9 du pavé : virgules\nF2 : automatique\nF3 : direct\nF4 : grille du jour\nMaj+F4 : insérer un écran\nF5 : requête\nF6 : suivant\nF7 : prévision\nF8 : sur impression\nCtrl+F : recherche\nSuppr : retire la ligne\nAlt+haut, Alt+bas : déplace la ligne\nIns : ajoute l'élément trouvé",
       "Space: start, stop\nPad 0: next\nPad 1 to 9: stingers\nF2: automatic\nF3: live\nF4: day's grid\nShift+F4: insert a break\nF5: request\nF6: next\nF7: forecast\nF8: overlay\nCtrl+F: search\nDelete: takes the row out\nAlt+up, Alt+down: moves the row\nIns: adds the element found",
       "Espaço: início, paragem\n0 numérico: seguinte\n1 a 9 numérico: separadores\nF2: automático\nF3: direto\nF4: tabela do dia\nShift+F4: inserir um bloco\nF5: pedido\nF6: seguinte\nF7: previsão\nF8: sobreposição\nCtrl+F: pesquisa\nDelete: retira a linha\nAlt+cima, Alt+baixo: move a linha\nIns: junta o elemento encontrado",
       "Espacio: inicio, parada\n0 numérico: siguiente\n1 a 9 numérico: cortinillas\nF2: automático\nF3: directo\nF4: tabla del día\nMayús+F4: insertar un bloque\nF5: petición\nF6: siguiente\nF7: previsión\nF8: sobreimpresión\nCtrl+F: búsqueda\nSupr: quita la línea\nAlt+arriba, Alt+abajo: mueve la línea\nIns: añade el elemento hallado"}},
-    // health
     {"HealthOutput", {"Sortie", "Output", "Saída", "Salida"}},
-    {"HealthAlive", {"%1 dB", "%1 dB", "%1 dB", "%1 dB"}},
-    {"HealthEmergency", {"secours %1 dB", "emergency %1 dB", "socorro %1 dB", "socorro %1 dB"}},
-    {"HealthSilent", {"muette", "silent", "muda", "muda"}},
-    {"HealthIdle", {"au repos", "at rest", "em repouso", "en reposo"}},
     {"HealthUnderruns", {"Coupures", "Dropouts", "Falhas", "Cortes"}},
     {"HealthDevice", {"Carte", "Device", "Placa", "Tarjeta"}},
-    {"HealthUnheard", {"non entendue", "not heard", "não ouvida", "no se oye"}},
     {"HealthDisk", {"Disque", "Disk", "Disco", "Disco"}},
-    {"HealthDiskFree", {"%1 Go", "%1 GB", "%1 GB", "%1 GB"}},
     {"HealthBase", {"Base", "Database", "Base", "Base"}},
-    {"HealthBaseOk", {"bonne", "good", "boa", "bien"}},
-    {"HealthBaseWaits", {"%1 en attente", "%1 waiting", "%1 em espera", "%1 en espera"}},
-    {"HealthBaseClosed", {"fermée", "closed", "fechada", "cerrada"}},
     {"HealthError", {"Erreur", "Error", "Erro", "Error"}},
-    {"HealthNoError", {"aucune", "none", "nenhum", "ninguno"}},
-    {"Unknown", {"?", "?", "?", "?"}},
-    // forecast
-    {"ForecastTitle", {"Prévision d'antenne", "Forecast", "Previsão da emissão", "Previsión de antena"}},
-    {"ForecastAgain", {"Recalculer", "Compute again", "Recalcular", "Recalcular"}},
-    {"ForecastHours", {"%1 h", "%1 h", "%1 h", "%1 h"}},
-    {"ForecastRunning", {"Calcul en cours...", "Computing...", "A calcular...", "Calculando..."}},
-    {"ForecastFailed", {"La prévision a échoué : %1", "The forecast failed: %1", "A previsão falhou: %1", "La previsión falló: %1"}},
-    {"ForecastDone", {"Calculée à %1", "Computed at %1", "Calculada às %1", "Calculada a las %1"}},
-    {"ForecastAt", {"Heure", "Time", "Hora", "Hora"}},
-    {"ForecastKind", {"Genre", "Kind", "Género", "Género"}},
-    {"ForecastWhat", {"Élément", "Element", "Elemento", "Elemento"}},
-    {"ForecastLength", {"Durée", "Length", "Duração", "Duración"}},
-    {"ForecastMusic", {"Musique", "Music", "Música", "Música"}},
-    {"ForecastJingle", {"Jingle", "Jingle", "Jingle", "Jingle"}},
-    {"ForecastSpot", {"Pub", "Spot", "Pub", "Pub"}},
-    {"ForecastNews", {"Rubrique", "News", "Intercalar", "Rúbrica"}},
-    {"ForecastPip", {"Top horaire", "Hour pip", "Sinal horário", "Señal horaria"}},
-    {"ForecastOther", {"Virgule", "Stinger", "Separador", "Cortinilla"}},
-    {"ForecastVoiceTrack", {"Voice track", "Voice track", "Voice track", "Voice track"}},
-    {"ForecastMarker", {"Marqueur", "Marker", "Marca", "Marca"}},
-    {"ForecastBreak", {"Écran", "Break", "Bloco", "Bloque"}},
-    {"ForecastGap", {"BLANC", "GAP", "SILÊNCIO", "SILENCIO"}},
-    {"ForecastGapText", {"Silence à l'antenne", "Silence on air", "Silêncio no ar", "Silencio en antena"}},
-    {"ForecastWarning", {"Alerte", "Warning", "Aviso", "Aviso"}},
-    {"ForecastList", {"Liste", "List", "Lista", "Lista"}},
-    {"ForecastMissing", {"Fichier absent : %1", "File missing: %1", "Ficheiro em falta: %1", "Falta el fichero: %1"}},
-    {"ForecastUnreadable", {"Fichier illisible : %1", "File unreadable: %1", "Ficheiro ilegível: %1", "Fichero ilegible: %1"}},
-    // the skeleton dialogue
-    {"SkeletonTitle", {"Requête par squelette", "Skeleton request", "Pedido por esqueleto", "Petición por esqueleto"}},
-    {"SkeletonHint",
-     {"Double-clic ou Entrée sur un genre l'ajoute ; Suppr retire une ligne.",
-      "Double click or Enter on a genre adds it; Delete takes a row out.",
-      "Duplo clique ou Enter num género junta-o; Delete retira uma linha.",
-      "Doble clic o Intro en un género lo añade; Supr quita una línea."}},
-    {"SkeletonCopied", {"Copié : %1", "Copied: %1", "Copiado: %1", "Copiado: %1"}},
-    {"SkeletonNone", {"Pas de squelette : %1", "No skeleton: %1", "Sem esqueleto: %1", "Sin esqueleto: %1"}},
-    // calendar
-    {"CalendarTitle", {"Calendrier", "Calendar", "Calendário", "Calendario"}},
-    // buttons
-    {"Ok", {"OK", "OK", "OK", "OK"}},
-    {"Cancel", {"Annuler", "Cancel", "Cancelar", "Cancelar"}},
-    {"Yes", {"Oui", "Yes", "Sim", "Sí"}},
-    {"No", {"Non", "No", "Não", "No"}},
 };
 // clang-format on
 
 }  // namespace
 
-std::span<const ScreenText> MainScreenTexts() {
-  return kTexts;
-}
-
-const char* InLanguage(const LanguageTexts& texts, int langue) {
-  const bool known = langue > 0 && langue < static_cast<int>(kLanguages);
-  const char* text = known ? texts[static_cast<size_t>(langue)] : nullptr;
-  return text ? text : texts[0];
-}
-
-std::string TextOf(std::string_view control, std::string_view property, int langue) {
-  const auto* found = std::find_if(
-      std::begin(kTexts), std::end(kTexts),
-      [&](const ScreenText& row) { return row.control == control && row.property == property; });
-  return found == std::end(kTexts) ? std::string() : InLanguage(found->texts, langue);
-}
-
-std::string ScreenWord(std::string_view name, int langue) {
-  const auto* found = std::find_if(std::begin(kWords), std::end(kWords),
-                                   [&](const Word& word) { return word.name == name; });
-  return found == std::end(kWords) ? std::string() : InLanguage(found->texts, langue);
-}
-
-std::string ScreenWord(std::string_view name, int langue, std::string_view inPlace) {
-  std::string text = ScreenWord(name, langue);
-  const size_t place = text.find("%1");
-  if (place != std::string::npos) text.replace(place, 2, inPlace);
-  return text;
+WindowTexts OnAirWindowTexts() {
+  return {kControls, kWords};
 }
 
 }  // namespace zemo

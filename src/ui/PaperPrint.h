@@ -9,7 +9,7 @@ class QWidget;
 
 namespace zemo {
 
-struct ScreenSources;
+struct Questions;
 
 // Page after page, each line as it stands; too long ones go on indented. False when the printer did
 // not take it.
@@ -17,7 +17,7 @@ bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const 
                 int points);
 
 // Asks for the printer first; a failure is told.
-void PrintOnPaper(QWidget* parent, const ScreenSources& sources,
+void PrintOnPaper(QWidget* parent, const Questions& questions,
                   const std::vector<std::string>& lines, const char* family, int points,
                   int langue);
 

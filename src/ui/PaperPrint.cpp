@@ -1,4 +1,4 @@
-#include "engine/screens/PaperPrint.h"
+#include "ui/PaperPrint.h"
 
 #include <QFontMetricsF>
 #include <QMessageBox>
@@ -6,8 +6,8 @@
 #include <QPrinter>
 #include <QStringList>
 
-#include "engine/MainScreenTexts.h"
-#include "engine/screens/ScreenSources.h"
+#include "ui/Questions.h"
+#include "ui/SharedTexts.h"
 
 namespace zemo {
 
@@ -52,15 +52,15 @@ bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const 
   return painter.end();
 }
 
-void PrintOnPaper(QWidget* parent, const ScreenSources& sources,
+void PrintOnPaper(QWidget* parent, const Questions& questions,
                   const std::vector<std::string>& lines, const char* family, int points,
                   int langue) {
   QPrinter printer;
   printer.setPageOrientation(QPageLayout::Landscape);
-  if (!sources.choosePrinter(parent, printer)) return;
+  if (!questions.choosePrinter(parent, printer)) return;
   if (PrintLines(printer, lines, family, points)) return;
   auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Alerte"),
-                              QString::fromStdString(ScreenWord("PrintFailed", langue)),
+                              Translation(SharedTexts(), langue).Word("PrintFailed"),
                               QMessageBox::Ok, parent);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->open();

@@ -1,0 +1,26 @@
+#include "ui/SharedTexts.h"
+
+namespace zemo {
+
+namespace {
+
+// clang-format off
+constexpr Word kWords[] = {
+    {"Spots", {"Pubs", "Spots", "Pub", "Pubs"}},
+    {"News", {"Rubriques", "News", "Intercalares", "Rúbricas"}},
+    {"PrintFailed", {"L'impression n'a pas pu se faire", "Nothing could be printed", "Não foi possível imprimir", "No se pudo imprimir"}},
+    {"CalendarTitle", {"Calendrier", "Calendar", "Calendário", "Calendario"}},
+    {"Ok", {"OK", "OK", "OK", "OK"}},
+    {"Cancel", {"Annuler", "Cancel", "Cancelar", "Cancelar"}},
+    {"Yes", {"Oui", "Yes", "Sim", "Sí"}},
+    {"No", {"Non", "No", "Não", "No"}},
+};
+// clang-format on
+
+}  // namespace
+
+WindowTexts SharedTexts() {
+  return {{}, kWords};
+}
+
+}  // namespace zemo
