@@ -35,6 +35,7 @@
 #include "app/RealStation.h"
 #include "app/demo/Demo.h"
 #include "app/demo/DemoCatalogue.h"
+#include "engine/FreeMoment.h"
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
 #include "platform/real/decoders/WaveformReader.h"
@@ -337,7 +338,7 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   };
   zemo::OnAirWindow window(station, sources);
   keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
-  messages.SetWindow(&window, [&window] { return window.Free(); });
+  messages.SetWindow(&window, [&station] { return zemo::NoTickBelow(station); });
   window.resize(1280, 800);
   window.show();
   window.activateWindow();

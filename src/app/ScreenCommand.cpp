@@ -14,6 +14,7 @@
 #include "app/RealStation.h"
 #include "app/RunEnd.h"
 #include "app/RunFolders.h"
+#include "engine/FreeMoment.h"
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
 #include "platform/real/decoders/WaveformReader.h"
@@ -125,7 +126,7 @@ int OpenScreen(const AirOptions& options) {
   };
   OnAirWindow window(station, sources);
   machine.keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
-  machine.messages.SetWindow(&window, [&window] { return window.Free(); });
+  machine.messages.SetWindow(&window, [&station] { return NoTickBelow(station); });
   // Without a window manager nobody else makes it fill the screen.
   if (const QScreen* screen = QGuiApplication::primaryScreen())
     window.setGeometry(screen->availableGeometry());

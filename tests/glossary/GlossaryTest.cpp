@@ -112,9 +112,7 @@ TEST_F(GlossaryOfScreens, TellsEveryControlOfTheOnAirScreenAndItsDialogues) {
   AddNamesOf(SaverWindow([] { return QString(); }, [] {}), present);
   NoForecast forecast;
   AddNamesOf(ForecastWindow(on.station, forecast, 0, nullptr), present);
-  AddNamesOf(SkeletonWindow(
-                 on.station, 0, 8, [](std::function<void()>) {}, nullptr),
-             present);
+  AddNamesOf(SkeletonWindow(on.station, 0, 8, nullptr), present);
   ExpectSame("On-air screen", Glossary()["On-air screen"], present);
 }
 

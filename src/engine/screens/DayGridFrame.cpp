@@ -18,6 +18,7 @@
 #include "ui/Questions.h"
 #include "ui/RowTable.h"
 #include "ui/Theme.h"
+#include "ui/WhenFree.h"
 
 namespace zemo {
 
@@ -122,11 +123,11 @@ void DayGridFrame::Connect() {
   connect(GPubJour, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { OpenElement(index.row() + 1, index.column()); });
   connect(BtnCopyPub, &QPushButton::clicked, this,
-          [this] { orders_.whenFree([this] { CopyBreak(); }); });
+          [this] { WhenFree(station_, this, [this] { CopyBreak(); }); });
   connect(BtnImpressionPub, &QPushButton::clicked, this,
-          [this] { orders_.whenFree([this] { Print(); }); });
+          [this] { WhenFree(station_, this, [this] { Print(); }); });
   connect(BtnPubJourX, &QPushButton::clicked, this,
-          [this] { orders_.whenFree([this] { Preview(); }); });
+          [this] { WhenFree(station_, this, [this] { Preview(); }); });
   connect(BtnPrevision, &QPushButton::clicked, this, [this] { orders_.forecast(); });
 }
 

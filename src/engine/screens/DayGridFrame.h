@@ -37,8 +37,7 @@ class DayGridModel : public QAbstractTableModel {
 };
 
 struct DayGridOrders {
-  std::function<void(std::function<void()>)> whenFree;  // see StoredListFrame
-  std::function<int()> selectedRow;                     // of PL, 0 for none
+  std::function<int()> selectedRow;  // of PL, 0 for none
   std::function<void(const std::string& storedPath)> openSelector;
   std::function<void()> forecast;
 };

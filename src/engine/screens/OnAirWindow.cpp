@@ -1,6 +1,5 @@
 #include "engine/screens/OnAirWindow.h"
 
-#include <QCloseEvent>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -16,9 +15,9 @@
 
 #include "engine/DayGridControls.h"
 #include "engine/Forecast.h"
+#include "engine/FreeMoment.h"
 #include "engine/HourPip.h"
 #include "engine/LiveMode.h"
-#include "engine/MainTick.h"
 #include "engine/NextUp.h"
 #include "engine/OperatorControls.h"
 #include "engine/OverlayButton.h"
@@ -46,34 +45,22 @@
 #include "traffic/DayGridComposition.h"
 #include "ui/PaperPrint.h"
 #include "ui/Theme.h"
-#include "ui/Translation.h"
 
 namespace zemo {
 
 namespace {
 constexpr int kDrawMs = 40;
 constexpr int kObserveMs = 1000;
-constexpr int kAskAgainMs = 20;
-// Around an exit point no order begins that may take as long as storing a list does. Behind it the
-// next element begins with a tick; where it does not, nobody waits for it any longer.
-constexpr int kQuietBeforeMs = 500, kQuietBehindMs = 1000;
 constexpr int kSmallScreen = 1024;  // up to this width PL has the first of its two fixed widths
 constexpr int kSmallListWidth = 430;
 constexpr double kListShare = 620.0 / 1280;
 constexpr int kPrintPoints = 10;
-
-int LangueNow(Station& station) {
-  station.base.CheckCnf();
-  return static_cast<int>(station.base.CnfInt(Cnf::kLangue));
-}
 }  // namespace
 
 OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
-    : station_(station),
-      sources_(std::move(sources)),
-      texts_(OnAirWindowTexts(), LangueNow(station)) {
-  setObjectName(QStringLiteral("FrmZemo"));
-  sources_.questions = WithSystemDialogues(std::move(sources_.questions), texts_.Langue());
+    : Window(station, "FrmZemo", OnAirWindowTexts(), PlaceOfWindow::kGiven),
+      sources_(std::move(sources)) {
+  sources_.questions = WithSystemDialogues(std::move(sources_.questions), Texts().Langue());
   setMinimumSize(800, 600 - 40);  // a full screen of the smallest size, less what a panel takes
   MakeParts();
   MakeMenus();
@@ -98,30 +85,28 @@ OnAirWindow::~OnAirWindow() = default;
 void OnAirWindow::MakeParts() {
   auto* centre = new QWidget(this);
   setCentralWidget(centre);
-  header_ = new StatusHeader(texts_, centre);
+  header_ = new StatusHeader(Texts(), centre);
   bar_ = new ControlBar(station_,
                         {.toolbar = [this](Toolbar button) { PressToolbar(button); },
                          .next = [this] { CmdStop(station_); },
                          .request = [this] { WhenFree([this] { CmdRequette(station_); }); },
                          .overlay = [this] { PlayOverlay(); },
                          .info = [this] { ShowShortcuts(); }},
-                        texts_, centre);
+                        Texts(), centre);
   MakeBody();
-  bottom_ = new BottomStrip(texts_, centre);
+  bottom_ = new BottomStrip(Texts(), centre);
 }
 
 void OnAirWindow::MakeBody() {
-  const auto whenFree = [this](std::function<void()> order) { WhenFree(std::move(order)); };
   left_ = new QWidget(centralWidget());
   model_ = new OnAirListModel(this);
   list_ = new OnAirListView(*model_, ListOrders(), left_);
-  stored_ = new StoredListFrame(station_, whenFree, texts_.Langue(), left_);
+  stored_ = new StoredListFrame(station_, Texts().Langue(), left_);
   grid_ = new DayGridFrame(station_, sources_.questions,
-                           {.whenFree = whenFree,
-                            .selectedRow = [this] { return list_->SelectedRow(); },
+                           {.selectedRow = [this] { return list_->SelectedRow(); },
                             .openSelector = [this](const std::string& f) { OpenSelector(f); },
                             .forecast = [this] { OpenForecast(); }},
-                           texts_, left_);
+                           Texts(), left_);
   BrowseOrders browse;
   browse.drop = [this](const std::vector<int>& rows, int row) {
     DropBrowseRows(station_, rows, row);
@@ -142,7 +127,7 @@ void OnAirWindow::MakeBody() {
   browse.openSelector = [this](int row) {
     OpenSelector(FileOfBrowseRow(station_.browse.ListRech, row));
   };
-  live_ = new LiveFrame(station_, *list_, std::move(browse), texts_, centralWidget());
+  live_ = new LiveFrame(station_, *list_, std::move(browse), Texts(), centralWidget());
 }
 
 // A row is named by its key: the tick may have taken rows off since the list was drawn.
@@ -216,31 +201,26 @@ void OnAirWindow::LayOut() {
 
 void OnAirWindow::Traduction() {
   setWindowTitle(QStringLiteral("Zemo Radio Pro"));
-  texts_.Apply(*this);
+  Texts().Apply(*this);
   bar_->SetTexts();
-  menus_->SetTexts(texts_);
+  menus_->SetTexts(Texts());
   std::array<QString, kColumns> heads;
   for (int column = 0; column < kColumns; ++column)
-    heads[static_cast<size_t>(column)] = texts_.Text("PL", std::to_string(column));
+    heads[static_cast<size_t>(column)] = Texts().Text("PL", std::to_string(column));
   model_->SetHeads(std::move(heads));
-  findChild<QLabel*>(QStringLiteral("PictureNoJingle"))->setText(texts_.Word("NoJingleOnAir"));
+  findChild<QLabel*>(QStringLiteral("PictureNoJingle"))->setText(Texts().Word("NoJingleOnAir"));
 }
 
 // --- measures ---
 
-void OnAirWindow::Arrange() {
-  unit_ = Theme::UnitFor(size());
-  const bool gradients = station_.base.IsOpen() && station_.base.CnfInt(Cnf::kGraphiqueMini) == 0;
-  setFont(Theme::Type(unit_, 15));
-  menuBar()->setFont(font());
-  setStyleSheet(Theme::StyleSheet(unit_, gradients));
-  bar_->Arrange(unit_);
-  header_->Arrange(unit_);
-  bottom_->Arrange(unit_);
-  live_->Arrange(unit_);
-  stored_->Arrange(unit_);
-  grid_->Arrange(unit_);
-  list_->Arrange(unit_);
+void OnAirWindow::ArrangeParts(double unit) {
+  bar_->Arrange(unit);
+  header_->Arrange(unit);
+  bottom_->Arrange(unit);
+  live_->Arrange(unit);
+  stored_->Arrange(unit);
+  grid_->Arrange(unit);
+  list_->Arrange(unit);
   ArrangeBody();
 }
 
@@ -256,13 +236,8 @@ void OnAirWindow::ArrangeBody() {
 }
 
 void OnAirWindow::resizeEvent(QResizeEvent* event) {
-  QMainWindow::resizeEvent(event);
   ArrangeBody();
-  // A new unit costs a tenth of a second.
-  if (Theme::UnitFor(event->size()) == unit_) return;
-  WhenFree([this] {
-    if (Theme::UnitFor(size()) != unit_) Arrange();
-  });
+  Window::resizeEvent(event);
 }
 
 // --- drawing ---
@@ -342,15 +317,13 @@ void OnAirWindow::RefreshSaver() {
 void OnAirWindow::RefreshSkeleton() {
   if (skeleton_ && skeleton_->isVisible()) return skeleton_->Refresh();
   if (!station_.requests.SkeletonDialog.open) return;
-  skeleton_ = new SkeletonWindow(
-      station_, texts_.Langue(), unit_,
-      [this](std::function<void()> order) { WhenFree(std::move(order)); }, this);
+  skeleton_ = new SkeletonWindow(station_, Texts().Langue(), Unit(), this);
   skeleton_->open();
 }
 
 void OnAirWindow::Observe() {
   try {
-    if (station_.base.IsOpen() && Free()) {
+    if (station_.base.IsOpen() && NoTickBelow(station_)) {
       const NoLockWait atOnce(station_.base.Waiting());
       pip_ = !FindPip(station_, station_.Now()).file.empty();
     }
@@ -358,27 +331,11 @@ void OnAirWindow::Observe() {
     LogCurrentException(station_, "OnAirWindow");
   }
   UpdateHealth(health_, station_, output_, sources_.freeDiskBytes ? sources_.freeDiskBytes() : -1,
-               NowMs(), texts_.Langue());
+               NowMs(), Texts().Langue());
   bottom_->ShowHealth(health_, NowMs());
 }
 
 // --- orders ---
-
-bool OnAirWindow::Free() const {
-  return !station_.engine.tickRunning && station_.engine.mainTimerHolds == 0;
-}
-
-bool OnAirWindow::ElementAboutToBegin() const {
-  if (!station_.engine.IsRunning || station_.PL.Empty()) return false;
-  const double leftMs = MsToExitPoint(station_);
-  return leftMs < kQuietBeforeMs && leftMs > -kQuietBehindMs;
-}
-
-void OnAirWindow::WhenFree(std::function<void()> order) {
-  if (Free() && !ElementAboutToBegin()) return order();
-  QTimer::singleShot(kAskAgainMs, this,
-                     [this, order = std::move(order)]() mutable { WhenFree(std::move(order)); });
-}
 
 void OnAirWindow::PressToolbar(Toolbar button) {
   ToolbarButton(station_, button);
@@ -390,7 +347,7 @@ void OnAirWindow::PressToolbar(Toolbar button) {
 
 void OnAirWindow::AskPassword() {
   MnuPasseWord(station_);
-  (new LockDialog(station_, texts_.Langue(), this))->open();
+  (new LockDialog(station_, Texts().Langue(), this))->open();
 }
 
 void OnAirWindow::ShowGridForInsertion() {
@@ -416,13 +373,13 @@ void OnAirWindow::AdaptOverlay() {
   const BrowseRows& browsed = station_.browse.ListRech;
   const int row = live_->ChosenRow();
   const bool playable = !FileOfBrowseRow(browsed, row).empty();
-  if (!playable) return bar_->ShowOverlay(false, texts_.Text("BtnSurImpression", "tip"));
+  if (!playable) return bar_->ShowOverlay(false, Texts().Text("BtnSurImpression", "tip"));
   const std::string title(browsed.rows.Cell(static_cast<size_t>(row), Col::kTitle));
-  bar_->ShowOverlay(true, texts_.Word("OverlayOf", QString::fromStdString(title)));
+  bar_->ShowOverlay(true, Texts().Word("OverlayOf", QString::fromStdString(title)));
 }
 
 void OnAirWindow::ShowLater() {
-  QToolTip::showText(QCursor::pos(), texts_.Word("ComesLater"), this);
+  QToolTip::showText(QCursor::pos(), Texts().Word("ComesLater"), this);
 }
 
 void OnAirWindow::OpenCard(int32_t code) {
@@ -444,18 +401,18 @@ void OnAirWindow::PrintList() {
   for (const OnAirRow& row : station_.PL)
     lines.push_back(ColumnText(row, Col::kPlanned) + "  " + ColumnText(row, Col::kLength) + "  " +
                     TitleOf(row));
-  PrintOnPaper(this, sources_.questions, lines, "Courier", kPrintPoints, texts_.Langue());
+  PrintOnPaper(this, sources_.questions, lines, "Courier", kPrintPoints, Texts().Langue());
 }
 
 void OnAirWindow::ShowShortcuts() {
-  station_.platform.messages.Show(texts_.Word("Shortcuts").toStdString(),
-                                  texts_.Word("ShortcutText").toStdString(), Buttons::kOk);
+  station_.platform.messages.Show(Texts().Word("Shortcuts").toStdString(),
+                                  Texts().Word("ShortcutText").toStdString(), Buttons::kOk);
 }
 
 void OnAirWindow::OpenForecast() {
   if (!sources_.forecast) return;
   if (!forecast_) {
-    forecast_ = new ForecastWindow(station_, *sources_.forecast, texts_.Langue(), this);
+    forecast_ = new ForecastWindow(station_, *sources_.forecast, Texts().Langue(), this);
     forecast_->setAttribute(Qt::WA_DeleteOnClose);
   }
   forecast_->show();
@@ -465,18 +422,19 @@ void OnAirWindow::OpenForecast() {
 
 // --- events of the window ---
 
-void OnAirWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();
-  WhenFree([this] {
-    if (!station_.engine.MainTimer || !Form_QueryUnload(station_)) return;
-    draw_.stop();
-    observe_.stop();
-    if (sources_.closed) sources_.closed();
-  });
+bool OnAirWindow::MayLeave() {
+  return station_.engine.MainTimer && Form_QueryUnload(station_);
+}
+
+// It stands until the program goes.
+void OnAirWindow::Left() {
+  draw_.stop();
+  observe_.stop();
+  if (sources_.closed) sources_.closed();
 }
 
 void OnAirWindow::changeEvent(QEvent* event) {
-  QMainWindow::changeEvent(event);
+  Window::changeEvent(event);
   const bool locked = station_.engine.ScreenLocked;
   if (event->type() == QEvent::WindowStateChange && locked && !isMaximized()) showMaximized();
 }
@@ -484,7 +442,7 @@ void OnAirWindow::changeEvent(QEvent* event) {
 bool OnAirWindow::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate && station_.base.IsOpen())
     Form_Activate(station_, false);
-  return QMainWindow::event(event);
+  return Window::event(event);
 }
 
 bool OnAirWindow::eventFilter(QObject* watched, QEvent* event) {

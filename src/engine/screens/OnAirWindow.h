@@ -2,15 +2,13 @@
 // state, collects what the operator does and calls the engine's routines; it decides nothing.
 #pragma once
 
-#include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
-#include <functional>
 #include <memory>
 
 #include "engine/HealthLine.h"
 #include "engine/screens/ScreenSources.h"
-#include "ui/Translation.h"
+#include "ui/Window.h"
 
 namespace zemo {
 
@@ -32,7 +30,7 @@ struct Station;
 
 // After Form_Load, whose Langue it speaks. Thread: the logic's, which is the screen's. The station
 // outlives it.
-class OnAirWindow : public QMainWindow {
+class OnAirWindow : public Window {
  public:
   OnAirWindow(Station& station, ScreenSources sources);
   ~OnAirWindow() override;
@@ -41,16 +39,12 @@ class OnAirWindow : public QMainWindow {
   void Refresh();  // draws the state, without a look at the base
   void Observe();  // once a second: health, and the pip of the next hour
 
-  // Runs an order that may ask the operator, or that holds the tick for a while, at a moment when
-  // no tick stands below it on the stack and no element is about to begin; at once where that is
-  // now.
-  void WhenFree(std::function<void()> order);
-  bool Free() const;  // no tick stands below
-
   void OpenForecast();
 
  protected:
-  void closeEvent(QCloseEvent* event) override;
+  void ArrangeParts(double unit) override;
+  bool MayLeave() override;
+  void Left() override;
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool event(QEvent* event) override;
@@ -64,7 +58,6 @@ class OnAirWindow : public QMainWindow {
   void DeleteListRow(int64_t key);
   void LayOut();
   void Traduction();
-  void Arrange();
   void ArrangeBody();
   void PressToolbar(Toolbar button);
   void AskPassword();
@@ -80,13 +73,9 @@ class OnAirWindow : public QMainWindow {
   void RefreshSaver();
   void RefreshSkeleton();
   void ShowLater();
-  bool ElementAboutToBegin() const;
   int64_t NowMs() const;
 
-  Station& station_;
   ScreenSources sources_;
-  const Translation texts_;
-  double unit_ = 1;
   HealthLine health_;
   OutputFigures output_;
   bool pip_ = false;

@@ -19,7 +19,7 @@
 #include "scheduling/SkeletonDialogue.h"
 #include "station/Station.h"
 #include "ui/Theme.h"
-#include "ui/Translation.h"
+#include "ui/WhenFree.h"
 
 namespace zemo {
 
@@ -39,12 +39,8 @@ std::vector<std::string> PositionsOf(const TextGrid& skeleton) {
 }
 }  // namespace
 
-SkeletonWindow::SkeletonWindow(Station& station, int langue, double unit,
-                               std::function<void(std::function<void()>)> whenFree, QWidget* parent)
-    : QDialog(parent),
-      station_(station),
-      texts_(SkeletonWindowTexts(), langue),
-      whenFree_(std::move(whenFree)) {
+SkeletonWindow::SkeletonWindow(Station& station, int langue, double unit, QWidget* parent)
+    : QDialog(parent), station_(station), texts_(SkeletonWindowTexts(), langue) {
   setObjectName(QStringLiteral("SkeletonDialog"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowModality(Qt::WindowModal);
@@ -233,9 +229,8 @@ void SkeletonWindow::CopyDay(int day) {
 void SkeletonWindow::Ok() {
   SpinMinutes->interpretText();
   BtnOk->setEnabled(false);
-  const QPointer<SkeletonWindow> window(this);
-  whenFree_([window] {
-    if (window && window->station_.requests.SkeletonDialog.open) window->Work();
+  WhenFree(station_, this, [this] {
+    if (station_.requests.SkeletonDialog.open) Work();
   });
 }
 

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <QDialog>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,9 +24,7 @@ struct Station;
 // dialogue is open no more, and deletes itself. Thread: the logic's.
 class SkeletonWindow : public QDialog {
  public:
-  // `whenFree` runs an order that works on the list at a moment when no tick is under way.
-  SkeletonWindow(Station& station, int langue, double unit,
-                 std::function<void(std::function<void()>)> whenFree, QWidget* parent);
+  SkeletonWindow(Station& station, int langue, double unit, QWidget* parent);
   void Refresh();
   void reject() override;  // BtnCancel, Escape and the frame
 
@@ -50,7 +47,6 @@ class SkeletonWindow : public QDialog {
 
   Station& station_;
   const Translation texts_;
-  std::function<void(std::function<void()>)> whenFree_;
   bool working_ = false;  // BtnOk fills the list
   std::vector<std::string> shown_;
   QTableWidget* SquelettePLS;

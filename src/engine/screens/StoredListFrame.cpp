@@ -17,6 +17,7 @@
 #include "station/TimeForms.h"
 #include "ui/CalendarWindow.h"
 #include "ui/Theme.h"
+#include "ui/WhenFree.h"
 
 namespace zemo {
 
@@ -56,10 +57,8 @@ class ListBox : public QComboBox {
 };
 }  // namespace
 
-StoredListFrame::StoredListFrame(Station& station,
-                                 std::function<void(std::function<void()>)> whenFree, int langue,
-                                 QWidget* parent)
-    : QFrame(parent), station_(station), whenFree_(std::move(whenFree)), langue_(langue) {
+StoredListFrame::StoredListFrame(Station& station, int langue, QWidget* parent)
+    : QFrame(parent), station_(station), langue_(langue) {
   setObjectName(QStringLiteral("CadrePL"));
   setProperty("panel", true);
   MakeControls();
@@ -135,7 +134,7 @@ void StoredListFrame::Connect() {
   });
   connect(BtnSauve, &QPushButton::clicked, this, [this] {
     RecordActivity(station_);
-    whenFree_([this] { BtnSauve_Click(station_); });
+    WhenFree(station_, this, [this] { BtnSauve_Click(station_); });
   });
   connect(BtnNew, &QPushButton::clicked, this, [this] {
     RecordActivity(station_);
@@ -201,7 +200,7 @@ void StoredListFrame::Refresh() {
 void StoredListFrame::ChooseList(int item) {
   RecordActivity(station_);
   station_.storedList.ComboPLS.index = item;
-  whenFree_([this] {
+  WhenFree(station_, this, [this] {
     ComboPLS_Click(station_);
     Refresh();
   });
@@ -211,7 +210,7 @@ void StoredListFrame::ChooseList(int item) {
 bool StoredListFrame::DeleteKey() {
   if (station_.storedList.ComboPLS.index < 0) return false;
   RecordActivity(station_);
-  whenFree_([this] {
+  WhenFree(station_, this, [this] {
     ComboPLS_KeyDelete(station_);
     Refresh();
   });

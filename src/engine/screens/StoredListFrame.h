@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QFrame>
-#include <functional>
 
 class QComboBox;
 class QLabel;
@@ -15,9 +14,7 @@ struct Station;
 
 class StoredListFrame : public QFrame {
  public:
-  // `whenFree` runs what may ask a question at a moment when nothing on air waits for the answer.
-  StoredListFrame(Station& station, std::function<void(std::function<void()>)> whenFree, int langue,
-                  QWidget* parent);
+  StoredListFrame(Station& station, int langue, QWidget* parent);
   void Load();     // the stored lists, at the frame's opening
   void Refresh();  // from the panel's fields
   void Arrange(double unit);
@@ -36,7 +33,6 @@ class StoredListFrame : public QFrame {
   void SetDate(const QString& text);
 
   Station& station_;
-  std::function<void(std::function<void()>)> whenFree_;
   const int langue_;
   QComboBox *ComboPLS, *OptPls;
   QPushButton *LblDate, *BtnSauve, *BtnNew;
