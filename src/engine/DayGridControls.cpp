@@ -4,6 +4,7 @@
 
 #include "engine/OperatorControls.h"
 #include "platform/Desktop.h"
+#include "platform/Folder.h"
 #include "station/Station.h"
 #include "traffic/BreakInsertion.h"
 #include "traffic/DayGridComposition.h"
@@ -35,6 +36,12 @@ void GPubJour_Click(Station& station, int gridRow) {
   RecordActivity(station);
   if (!HasRow(station, gridRow)) return;
   station.gridFrame.chosenMoment = station.GPubJour.Cell(gridRow, GridCol::kMoment);
+}
+
+std::string FileOfGridCell(const Station& station, int gridRow, int column) {
+  if (column < GridCol::kFirstElement || column > GridCol::kLastElement) return {};
+  std::string file = station.GPubJour.Cell(gridRow, column + GridCol::kFileOffset);
+  return !file.empty() && station.platform.soundFiles.Exists(file) ? file : std::string();
 }
 
 void OpenGridForInsertion(Station& station) {

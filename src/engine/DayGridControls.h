@@ -3,6 +3,8 @@
 // activity. Thread: the logic's.
 #pragma once
 
+#include <string>
+
 #include "platform/Clock.h"
 
 namespace zemo {
@@ -13,6 +15,8 @@ struct Station;
 
 // A click on a row: BtnCopyPub names the row's moment.
 void GPubJour_Click(Station& station, int gridRow);
+// Stored path of the element that a cell names, where its file is there; else empty.
+std::string FileOfGridCell(const Station& station, int gridRow, int column);
 // The grid comes in place of the list so that a break can be put in at the list's selected row.
 void OpenGridForInsertion(Station& station);
 // Puts the break of that row in the list, at its head; where the grid was opened for insertion, at

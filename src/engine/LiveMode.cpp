@@ -142,6 +142,19 @@ void MenuLive(Station& station, BrowseList list) {
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine);
   }
+  if (list == BrowseList::kMusic && !station.browse.Rech.empty()) BeginRech(station);
+}
+
+void ListRech_MouseDown(Station& station) {
+  RecordActivity(station);
+  station.engine.ActiveList = "ListRech";
+}
+
+int32_t CardOfBrowseRow(const Station& station, int row) {
+  const BrowseRows& browsed = station.browse.ListRech;
+  const bool card =
+      browsed.list == BrowseList::kMusic && row >= 0 && row < static_cast<int>(browsed.rows.size());
+  return card && !station.lists.Locked ? browsed.rows.Code(static_cast<size_t>(row)) : 0;
 }
 
 void TitreColonne(Station& station, int column, const std::string& title) {

@@ -14,8 +14,13 @@ namespace zemo {
 struct Station;
 
 // Chooses what ListRech browses: music by its search, jingles, spots, other short elements, or what
-// went on air today. A table that cannot be read is logged and leaves the list empty.
+// went on air today. A table that cannot be read is logged and leaves the list empty. With music
+// the text that stands in Rech is looked for again, slice by slice (scheduling/LibrarySearch.h).
 void MenuLive(Station& station, BrowseList list);
+
+void ListRech_MouseDown(Station& station);  // a row was pressed
+// CODE of the card of music that the row (from 0) opens; 0: none, or the lists are locked.
+int32_t CardOfBrowseRow(const Station& station, int row);
 
 void TitreColonne(Station& station, int column, const std::string& title);
 void LargColonne(Station& station, const std::array<int, kColumns>& widths);

@@ -2,7 +2,9 @@
 
 #include <utility>
 
+#include "engine/LiveMode.h"
 #include "engine/StartStop.h"
+#include "engine/StoredPlaylists.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
@@ -48,6 +50,8 @@ void EnterLive(Station& station) {
   station.browse.open = true;
   station.storedList.open = true;
   station.engine.HotKeysArmed = false;
+  LoadPlaylist(station);
+  MenuLive(station, BrowseList::kMusic);
 }
 
 void ShowDayGrid(Station& station) {
@@ -222,6 +226,24 @@ bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
     station.PL.Insert(row, std::move(*element));
   RefreshPlanTimes(station);
   return true;
+}
+
+void PL_MouseDown(Station& station) {
+  RecordActivity(station);
+  station.engine.ActiveList = "PL";
+}
+
+int32_t CardOfRow(const Station& station, int row) {
+  const bool opens = ValidRow(station, row) && !station.lists.Locked;
+  return opens ? station.PL.Row(row).code : 0;
+}
+
+std::vector<std::string> PrintedList(const Station& station) {
+  std::vector<std::string> lines;
+  for (const OnAirRow& row : station.PL)
+    lines.push_back(ColumnText(row, Col::kPlanned) + "  " + ColumnText(row, Col::kLength) + "  " +
+                    TitleOf(row));
+  return lines;
 }
 
 void DragInList(Station& station, int fromRow, int toRow) {

@@ -4,7 +4,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "station/BrowseList.h"
 
@@ -17,6 +19,7 @@ enum class Toolbar { kAutomatic = 1, kLive = 2, kDayGrid = 3, kStart = 5, kStop 
 // What every event of a control begins with.
 void RecordActivity(Station& station);
 
+// The live mode opens on music, with the stored lists as they are now.
 void ToolbarButton(Station& station, Toolbar button);
 void CmdStop(Station& station);  // "Next" while running
 void CmdRequette(Station& station);
@@ -31,6 +34,11 @@ void ReturnToAutomatic(Station& station);  // the live mode's list ran out
 std::optional<OnAirElement> RowFromLibrary(Station& station, BrowseList list, int32_t code);
 // A drop from the browse list at `row`, at the end with 0. False where there is no such row.
 bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row);
+void PL_MouseDown(Station& station);  // the list got the mouse
+// CODE of the card that the row opens, as column 6 has it; 0: there is no such row, or the lists
+// are locked.
+int32_t CardOfRow(const Station& station, int row);
+std::vector<std::string> PrintedList(const Station& station);  // a row a line
 void DragInList(Station& station, int fromRow, int toRow);
 bool DeletingAsks(const Station& station, int row);  // a voice track's row
 void DeleteRow(Station& station, int row);           // the Delete key

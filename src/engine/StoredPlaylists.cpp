@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "engine/OperatorControls.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
 #include "platform/EventLoop.h"
@@ -10,6 +11,7 @@
 #include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "station/TimeForms.h"
 #include "store/SeekCode.h"
 #include "store/StoreError.h"
 #include "store/WholeTransaction.h"
@@ -18,6 +20,7 @@ namespace zemo {
 
 namespace {
 
+constexpr const char* kEveryDay = "JOURNALIER";
 constexpr int kLabelWidth = 40;  // characters of Playlist.LIBELLE
 
 // Voice tracks have no index: the table is walked.
@@ -234,6 +237,30 @@ bool SelectStoredList(Station& station, int32_t code) {
     if (combo.items[i].data == code) combo.index = static_cast<int>(i);
   ComboPLS_Click(station);
   return combo.index >= 0;
+}
+
+void ComboPLS_Change(Station& station, const std::string& label) {
+  station.storedList.ComboPLS.text = label;
+}
+
+void ChHeure_Change(Station& station, const std::string& time) {
+  station.storedList.ChHeure = time;
+  RefreshPlanTimes(station);
+}
+
+void OptPls_Click(Station& station, int option) {
+  RecordActivity(station);
+  station.storedList.OptPls = option;
+}
+
+void PickListDay(Station& station, const LocalDateTime& day) {
+  RecordActivity(station);
+  station.storedList.LblDate = DateText(day);
+}
+
+void LblDate_RightClick(Station& station) {
+  RecordActivity(station);
+  station.storedList.LblDate = kEveryDay;
 }
 
 void BtnSauve_Click(Station& station) {

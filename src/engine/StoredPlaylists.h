@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
+#include "platform/Clock.h"
 #include "station/OnAirList.h"
 
 namespace zemo {
@@ -14,6 +16,12 @@ void LoadPlaylist(Station& station);                    // refills ComboPLS
 void ComboPLS_Click(Station& station);                  // loads the item ComboPLS.index into PL
 bool SelectStoredList(Station& station, int32_t code);  // the item of that CODE; false: none
 void ComboPLS_KeyDelete(Station& station);              // asks, then deletes the item's list
+// The panel's fields, as the operator types and chooses them.
+void ComboPLS_Change(Station& station, const std::string& label);
+void ChHeure_Change(Station& station, const std::string& time);  // plans the rows anew
+void OptPls_Click(Station& station, int option);                 // "ON", "ON-P", "OFF", "OFF-P"
+void PickListDay(Station& station, const LocalDateTime& day);    // in LblDate's calendar
+void LblDate_RightClick(Station& station);                       // every day
 // Saves PL under the panel's fields, head and rows in one transaction. A row that the base refuses
 // is logged and left out; with a base out of reach the former list stays whole, which is logged.
 void BtnSauve_Click(Station& station);

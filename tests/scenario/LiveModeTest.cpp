@@ -107,6 +107,52 @@ TEST_F(LiveList, MusicBeginsEmptyWithItsSearch) {
   EXPECT_TRUE(PictureOf(on.station).SearchVisible);
 }
 
+TEST_F(LiveList, TheLiveModeOpensOnMusicWithTheStoredLists) {
+  MenuLive(on.station, BrowseList::kJingles);
+  on.Sql("INSERT INTO Playlist (CODE, LIBELLE) VALUES (7, ' EVENING ')");
+  ToolbarButton(on.station, Toolbar::kLive);
+  EXPECT_TRUE(on.station.browse.open);
+  EXPECT_EQ(List().list, BrowseList::kMusic);
+  EXPECT_TRUE(List().rows.empty());
+  EXPECT_EQ(List().titles[0], "Artiste");
+  ASSERT_EQ(on.station.storedList.ComboPLS.items.size(), 1U);
+  EXPECT_EQ(on.station.storedList.ComboPLS.items[0].text, "EVENING");
+  EXPECT_EQ(on.station.storedList.ComboPLS.index, -1);
+}
+
+TEST_F(LiveList, TheTextThatStandsThereIsLookedForAgainWhenTheLiveModeOpens) {
+  Cards(5);
+  Type("ARTIST 3");
+  ASSERT_EQ(List().rows.size(), 1U);
+  ToolbarButton(on.station, Toolbar::kAutomatic);
+  ToolbarButton(on.station, Toolbar::kLive);
+  EXPECT_TRUE(List().rows.empty());
+  for (int slice = 0; slice < 1000 && SearchSlice(on.station) != SearchTurn::kDone; ++slice) {
+  }
+  ASSERT_EQ(List().rows.size(), 1U);
+  EXPECT_EQ(Cell(0, 0), "ARTIST 3");
+}
+
+TEST_F(LiveList, ARowOpensTheCardOfMusicUnlessTheListsAreLocked) {
+  const int32_t code = on.AddCard({.artist = "ARTIST", .title = "TITLE"});
+  Type("ARTIST");
+  on.AppendCard(code);
+  EXPECT_EQ(CardOfBrowseRow(on.station, 0), code);
+  EXPECT_EQ(CardOfBrowseRow(on.station, 1), 0);
+  EXPECT_EQ(CardOfRow(on.station, 1), code);
+  EXPECT_EQ(CardOfRow(on.station, 2), 0);
+  on.station.lists.Locked = true;
+  EXPECT_EQ(CardOfBrowseRow(on.station, 0), 0);
+  EXPECT_EQ(CardOfRow(on.station, 1), 0);
+}
+
+TEST_F(LiveList, TheListLastPressedIsTheActiveOne) {
+  ListRech_MouseDown(on.station);
+  EXPECT_EQ(on.station.engine.ActiveList, "ListRech");
+  PL_MouseDown(on.station);
+  EXPECT_EQ(on.station.engine.ActiveList, "PL");
+}
+
 TEST_F(LiveList, ATableThatIsGoneLeavesAnEmptyListAndALine) {
   on.Sql("ALTER TABLE DiscothequeVirgule RENAME TO Elsewhere");
   MenuLive(on.station, BrowseList::kOthers);

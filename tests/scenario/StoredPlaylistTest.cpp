@@ -112,6 +112,26 @@ TEST_F(StoredPlaylist, RowWhoseCardIsGoneIsLeftOutWithoutAWord) {
   EXPECT_TRUE(on.Events("error").empty());
 }
 
+TEST_F(StoredPlaylist, ThePanelsFieldsAreWhatTheOperatorTypesAndChooses) {
+  ComboPLS_Change(on.station, "MORNING");
+  OptPls_Click(on.station, 3);
+  PickListDay(on.station, {.year = 2026, .month = 12, .day = 1});
+  EXPECT_EQ(Panel().ComboPLS.text, "MORNING");
+  EXPECT_EQ(Panel().OptPls, 3);
+  EXPECT_EQ(Panel().LblDate, "01/12/2026");
+  LblDate_RightClick(on.station);
+  EXPECT_EQ(Panel().LblDate, "JOURNALIER");
+}
+
+TEST_F(StoredPlaylist, TheTypedTimePlansTheRowsAnewAndTheyPrintALineEach) {
+  ToolbarButton(on.station, Toolbar::kLive);
+  on.AppendCard(on.AddCard({.lengthMs = 180000, .artist = "ARTIST", .title = "TITLE"}));
+  ChHeure_Change(on.station, "06:30");
+  EXPECT_EQ(PrintedList(on.station),
+            std::vector<std::string>{ColumnText(Row(1), Col::kPlanned) + "  03:00  ARTIST  TITLE"});
+  EXPECT_EQ(ColumnText(Row(1), Col::kPlanned), "06 h 30 ' 02");  // two seconds of buffers
+}
+
 TEST_F(StoredPlaylist, NothingSelectedDoesNothing) {
   on.Append(BeginExtractRow());
   Panel().ComboPLS.index = -1;

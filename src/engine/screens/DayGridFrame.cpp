@@ -141,9 +141,8 @@ int DayGridFrame::SelectedRow() const {
 }
 
 void DayGridFrame::OpenElement(int row, int column) {
-  if (column < GridCol::kFirstElement || column > GridCol::kLastElement) return;
-  const std::string file = station_.GPubJour.Cell(row, column + GridCol::kFileOffset);
-  if (!file.empty() && station_.platform.soundFiles.Exists(file)) orders_.openSelector(file);
+  const std::string file = FileOfGridCell(station_, row, column);
+  if (!file.empty()) orders_.openSelector(file);
 }
 
 void DayGridFrame::CopyBreak() {

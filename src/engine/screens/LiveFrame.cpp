@@ -203,14 +203,28 @@ void LiveFrame::SearchMusic() {
 
 void LiveFrame::Browse(BrowseList list) {
   zemo::MenuLive(station_, list);
+  ShowList();
+  if (list == BrowseList::kMusic) Rech->setFocus();
+}
+
+void LiveFrame::Opened() {
+  LoadGenres();
+  ShowList();
+}
+
+// The list that was chosen, from its first row; a search that was begun with it goes on from here.
+void LiveFrame::ShowList() {
+  const BrowseList list = station_.browse.ListRech.list;
   work_.stop();
   MenuLive->setCurrentIndex(static_cast<int>(list));
   RechGenre->setCurrentIndex(0);
   ShowRows();
   ListRech->Arrange(unit_);
   Refresh();
-  if (list != BrowseList::kMusic) return;
-  if (!Rech->text().isEmpty()) SearchText();  // the text that stands there is looked for again
+  if (list == BrowseList::kMusic && !station_.browse.Rech.empty()) Work();
+}
+
+void LiveFrame::TakeFocus() {
   Rech->setFocus();
 }
 

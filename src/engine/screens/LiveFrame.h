@@ -26,8 +26,10 @@ class LiveFrame : public QFrame {
   void Arrange(double unit);
   void Refresh();
   void Browse(BrowseList list);  // as MenuLive's entry
-  void SearchMusic();            // the keyboard goes into Rech
-  int ChosenRow() const;         // of ListRech, from 0; -1: none, or the frame is hidden
+  void Opened();                 // by whoever entered the live mode: shows it from the start
+  void TakeFocus();
+  void SearchMusic();     // the keyboard goes into Rech
+  int ChosenRow() const;  // of ListRech, from 0; -1: none, or the frame is hidden
   bool Searching() const { return work_.isActive(); }
   bool ReadingAhead() const;  // the library is not wholly known yet
 
@@ -41,6 +43,7 @@ class LiveFrame : public QFrame {
   void Connect();
   void SearchText();
   void Work();  // one slice of what the search has begun
+  void ShowList();
   void ShowRows();
 
   Station& station_;

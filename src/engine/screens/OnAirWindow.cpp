@@ -113,16 +113,12 @@ void OnAirWindow::MakeBody() {
     model_->Sync(station_.PL);
   };
   browse.clicked = [this](int) {
-    RecordActivity(station_);
-    station_.engine.ActiveList = "ListRech";
+    ListRech_MouseDown(station_);
     AdaptOverlay();
   };
   browse.selected = [this] { AdaptOverlay(); };
   browse.openCard = [this](int row) {
-    const BrowseRows& browsed = station_.browse.ListRech;
-    const bool card = browsed.list == BrowseList::kMusic && row >= 0 &&
-                      row < static_cast<int>(browsed.rows.size());
-    if (card && !station_.lists.Locked) OpenCard(browsed.rows.Code(static_cast<size_t>(row)));
+    if (const int32_t code = CardOfBrowseRow(station_, row); code != 0) OpenCard(code);
   };
   browse.openSelector = [this](int row) {
     OpenSelector(FileOfBrowseRow(station_.browse.ListRech, row));
@@ -143,16 +139,13 @@ OnAirListOrders OnAirWindow::ListOrders() {
     model_->Sync(station_.PL);
   };
   orders.openCard = [this](int64_t key) {
-    const int row = station_.PL.RowOfKey(key);
-    if (row > 0 && !station_.lists.Locked) OpenCard(station_.PL.Row(row).code);
+    const int32_t code = CardOfRow(station_, station_.PL.RowOfKey(key));
+    if (code != 0) OpenCard(code);
   };
   orders.openSelector = [this](int64_t key) {
     if (const int row = station_.PL.RowOfKey(key); row > 0) OpenSelector(station_.PL.Row(row).file);
   };
-  orders.touched = [this] {
-    RecordActivity(station_);
-    station_.engine.ActiveList = "PL";
-  };
+  orders.touched = [this] { PL_MouseDown(station_); };
   return orders;
 }
 
@@ -285,6 +278,7 @@ void OnAirWindow::RefreshFrames() {
     grid_->setVisible(grid);
     list_->setVisible(!grid);
     ArrangeBody();
+    if (browses) live_->Opened();
   }
   const int row = list_->SelectedRow();
   bar_->ShowVoiceTrack(edits && row > 0 && row < station_.PL.Count());
@@ -339,7 +333,11 @@ void OnAirWindow::Observe() {
 
 void OnAirWindow::PressToolbar(Toolbar button) {
   ToolbarButton(station_, button);
-  if (button == Toolbar::kLive) EnterLive();
+  if (button == Toolbar::kLive) {
+    shownFrames_ = -1;  // opens anew where it stands open
+    RefreshFrames();
+    live_->TakeFocus();
+  }
   Refresh();
   if (button == Toolbar::kAutomatic) list_->setFocus();
   if (button == Toolbar::kDayGrid) grid_->TakeFocus();
@@ -354,13 +352,6 @@ void OnAirWindow::ShowGridForInsertion() {
   OpenGridForInsertion(station_);
   Refresh();
   grid_->TakeFocus();
-}
-
-void OnAirWindow::EnterLive() {
-  RefreshFrames();
-  live_->LoadGenres();
-  stored_->Load();
-  live_->Browse(BrowseList::kMusic);
 }
 
 // The row that is chosen at this moment: numbers of rows do not outlive a search.
@@ -397,11 +388,8 @@ void OnAirWindow::OpenSelector(const std::string& storedPath) {
 }
 
 void OnAirWindow::PrintList() {
-  std::vector<std::string> lines;
-  for (const OnAirRow& row : station_.PL)
-    lines.push_back(ColumnText(row, Col::kPlanned) + "  " + ColumnText(row, Col::kLength) + "  " +
-                    TitleOf(row));
-  PrintOnPaper(this, sources_.questions, lines, "Courier", kPrintPoints, Texts().Langue());
+  PrintOnPaper(this, sources_.questions, PrintedList(station_), "Courier", kPrintPoints,
+               Texts().Langue());
 }
 
 void OnAirWindow::ShowShortcuts() {

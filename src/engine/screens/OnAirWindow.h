@@ -62,7 +62,6 @@ class OnAirWindow : public Window {
   void PressToolbar(Toolbar button);
   void AskPassword();
   void ShowGridForInsertion();
-  void EnterLive();
   void PlayOverlay();
   void AdaptOverlay();  // the button to ListRech's chosen row
   void OpenCard(int32_t code);

@@ -12,9 +12,7 @@
 
 #include "engine/OperatorControls.h"
 #include "engine/StoredPlaylists.h"
-#include "station/PlanTimes.h"
 #include "station/Station.h"
-#include "station/TimeForms.h"
 #include "ui/CalendarWindow.h"
 #include "ui/Theme.h"
 #include "ui/WhenFree.h"
@@ -22,7 +20,6 @@
 namespace zemo {
 
 namespace {
-constexpr const char* kEveryDay = "JOURNALIER";
 constexpr const char* kOptions[] = {"ON", "ON-P", "OFF", "OFF-P"};
 
 // Only a choice in the opened list counts: it replaces the list on air. Left alone, an editable box
@@ -122,16 +119,11 @@ void StoredListFrame::LayOut() {
 
 void StoredListFrame::Connect() {
   connect(ComboPLS, &QComboBox::editTextChanged, this,
-          [this](const QString& text) { station_.storedList.ComboPLS.text = text.toStdString(); });
+          [this](const QString& text) { ComboPLS_Change(station_, text.toStdString()); });
   connect(LblDate, &QPushButton::clicked, this, [this] { OpenCalendar(); });
-  connect(ChHeure, &QLineEdit::textEdited, this, [this](const QString& text) {
-    station_.storedList.ChHeure = text.toStdString();
-    RefreshPlanTimes(station_);
-  });
-  connect(OptPls, &QComboBox::activated, this, [this](int item) {
-    RecordActivity(station_);
-    station_.storedList.OptPls = item;
-  });
+  connect(ChHeure, &QLineEdit::textEdited, this,
+          [this](const QString& text) { ChHeure_Change(station_, text.toStdString()); });
+  connect(OptPls, &QComboBox::activated, this, [this](int item) { OptPls_Click(station_, item); });
   connect(BtnSauve, &QPushButton::clicked, this, [this] {
     RecordActivity(station_);
     WhenFree(station_, this, [this] { BtnSauve_Click(station_); });
@@ -147,21 +139,11 @@ void StoredListFrame::Arrange(double unit) {
   ChHeure->setFixedWidth(metrics.horizontalAdvance(QStringLiteral("00:00")) + Theme::Px(unit, 34));
 }
 
-void StoredListFrame::Load() {
-  LoadPlaylist(station_);
-  Refresh();
-}
-
-void StoredListFrame::SetDate(const QString& text) {
-  RecordActivity(station_);
-  station_.storedList.LblDate = text.toStdString();
-  Refresh();
-}
-
 void StoredListFrame::OpenCalendar() {
   auto* calendar = new CalendarWindow(langue_, station_.Now(), this);
   calendar->picked = [this](const LocalDateTime& day) {
-    SetDate(QString::fromStdString(DateText(day)));
+    PickListDay(station_, day);
+    Refresh();
   };
   calendar->open();
 }
@@ -226,7 +208,8 @@ bool StoredListFrame::eventFilter(QObject* watched, QEvent* event) {
     const bool rightClick = event->type() == QEvent::MouseButtonRelease &&
                             static_cast<QMouseEvent*>(event)->button() == Qt::RightButton;
     if (!rightClick && key != Qt::Key_J) return false;
-    SetDate(QString::fromLatin1(kEveryDay));
+    LblDate_RightClick(station_);
+    Refresh();
     return true;
   }
   return watched != ChHeure && key == Qt::Key_Delete && DeleteKey();

@@ -15,7 +15,6 @@ struct Station;
 class StoredListFrame : public QFrame {
  public:
   StoredListFrame(Station& station, int langue, QWidget* parent);
-  void Load();     // the stored lists, at the frame's opening
   void Refresh();  // from the panel's fields
   void Arrange(double unit);
 
@@ -30,7 +29,6 @@ class StoredListFrame : public QFrame {
   void ChooseList(int item);
   bool DeleteKey();
   void OpenCalendar();
-  void SetDate(const QString& text);
 
   Station& station_;
   const int langue_;
