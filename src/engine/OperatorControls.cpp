@@ -105,7 +105,7 @@ void DeleteVoiceTrackRecord(Station& station, const OnAirElement& row) {
   const std::string question = "Delete Voice Track \n" + row.secondLine;
   if (station.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes) return;
   Transaction transaction(station.base.Db());
-  station.base.Db().Execute("DELETE * FROM VT WHERE Code = " + std::to_string(row.voiceTrack));
+  station.base.Db().Execute("DELETE * FROM VT WHERE Code = ?", {row.voiceTrack});
   transaction.Commit();
   if (station.platform.soundFiles.Exists(row.file)) station.platform.soundFiles.Remove(row.file);
 }

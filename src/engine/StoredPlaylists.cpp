@@ -57,33 +57,38 @@ std::optional<OnAirElement> StoredRow(Station& station, int64_t kind, int64_t re
   }
 }
 
-// "DISCOTHEQUE, FICHE" of a row as it is stored; empty for a row that is left out: one of another
-// kind, or one whose file its table does not know (any more).
-std::string StoredPair(Station& station, const OnAirElement& row) {
+// Of a row as it is stored.
+struct StoredPlace {
+  int64_t DISCOTHEQUE = 0, FICHE = 0;
+};
+
+// Nothing for a row that is left out: one of another kind, or one whose file its table does not
+// know (any more).
+std::optional<StoredPlace> PlaceOf(Station& station, const OnAirElement& row) {
   const int32_t code = row.code;
-  if (code > 0) return std::to_string(code) + "," + std::to_string(code);
+  if (code > 0) return StoredPlace{code, code};
   const char* lookUp = nullptr;
   switch (code) {
     case Element::kJingle:
-      lookUp = "SELECT Code FROM DiscothequeJingle WHERE FileName = '";
+      lookUp = "SELECT Code FROM DiscothequeJingle WHERE FileName = ?";
       break;
     case Element::kSpot:
     case Element::kNews:
-      lookUp = "SELECT Code FROM GRILLEPUB WHERE FileNameAudio = '";
+      lookUp = "SELECT Code FROM GRILLEPUB WHERE FileNameAudio = ?";
       break;
     case Element::kOther:
-      lookUp = "SELECT Code FROM DiscothequeVirgule WHERE FileName = '";
+      lookUp = "SELECT Code FROM DiscothequeVirgule WHERE FileName = ?";
       break;
     case Element::kBeginExtract:
-      return "-6,-6";
+      return StoredPlace{code, code};
     case Element::kVoiceTrack:
-      return "-30," + std::to_string(row.voiceTrack);
+      return StoredPlace{code, row.voiceTrack};
     default:
-      return {};
+      return std::nullopt;
   }
-  const auto found = station.base.Db().OpenRecordset(lookUp + SqlQuoted(row.file) + "'");
-  if (found->Eof()) return {};
-  return std::to_string(code) + "," + std::to_string(found->Int("Code"));
+  const auto found = station.base.Db().OpenRecordset(lookUp, {row.file});
+  if (found->Eof()) return std::nullopt;
+  return StoredPlace{code, found->Int("Code")};
 }
 
 // A step of the saving that fails by its own fault is logged and ends alone; those behind it go on.
@@ -103,34 +108,31 @@ bool TryStep(Station& station, Step step) {
 int32_t SaveHead(Station& station) {
   const MainScreen& screen = station.screen;
   Database& db = station.base.Db();
-  const std::string date = SqlQuoted(screen.LblDate);
-  const std::string time = SqlQuoted(screen.ChHeure);
-  const std::string label = SqlQuoted(FirstCharacters(screen.ComboPLS.text, kLabelWidth));
-  const std::string option = std::to_string(screen.OptPls);
+  const std::string label = FirstCharacters(screen.ComboPLS.text, kLabelWidth);
   if (screen.LblCodePL != 0) {
     TryStep(station, [&] {
-      db.Execute("UPDATE PLAYLIST SET LADATE = '" + date + "', LHEURE = '" + time +
-                 "', LIBELLE = '" + label + "', NOJINGLE = " + option +
-                 " WHERE CODE = " + std::to_string(screen.LblCodePL));
+      db.Execute(
+          "UPDATE PLAYLIST SET LADATE = ?, LHEURE = ?, LIBELLE = ?, NOJINGLE = ? WHERE CODE = ?",
+          {screen.LblDate, screen.ChHeure, label, screen.OptPls, screen.LblCodePL});
     });
     return screen.LblCodePL;
   }
   const bool added = TryStep(station, [&] {
-    db.Execute("INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES('" + date + "','" +
-               time + "','" + label + "'," + option + ")");
+    db.Execute("INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES(?,?,?,?)",
+               {screen.LblDate, screen.ChHeure, label, screen.OptPls});
   });
   return added ? static_cast<int32_t>(db.LastInsertCode()) : 0;
 }
 
 void SaveRows(Station& station, int32_t listCode) {
   Database& db = station.base.Db();
-  const std::string code = std::to_string(listCode);
-  TryStep(station, [&] { db.Execute("DELETE * FROM Pls WHERE NUMPLS = " + code); });
+  TryStep(station, [&] { db.Execute("DELETE * FROM Pls WHERE NUMPLS = ?", {listCode}); });
   for (const OnAirElement& row : station.PL) {
     TryStep(station, [&] {
-      const std::string pair = StoredPair(station, row);
-      if (pair.empty()) return;
-      db.Execute("INSERT INTO PLS(NUMPLS, DISCOTHEQUE, FICHE) VALUES(" + code + "," + pair + ")");
+      const std::optional<StoredPlace> place = PlaceOf(station, row);
+      if (!place) return;
+      db.Execute("INSERT INTO PLS(NUMPLS, DISCOTHEQUE, FICHE) VALUES(?,?,?)",
+                 {listCode, place->DISCOTHEQUE, place->FICHE});
     });
   }
 }
@@ -147,8 +149,7 @@ void SaveList(Station& station) {
 // Deletes the records of the voice tracks of a list that goes. Their sound files.
 std::vector<std::string> DeleteVoiceTracks(Station& station, int32_t listCode) {
   const auto rows = station.base.Db().OpenRecordset(
-      "SELECT FICHE FROM Pls WHERE NUMPLS = " + std::to_string(listCode) +
-      " AND DISCOTHEQUE = -30");
+      "SELECT FICHE FROM Pls WHERE NUMPLS = ? AND DISCOTHEQUE = -30", {listCode});
   std::vector<std::string> files;
   Recordset& vt = *station.base.Tables().VT;
   for (; !rows->Eof(); rows->MoveNext()) {
@@ -164,8 +165,8 @@ void DeleteList(Station& station, int32_t code) {
   Database& db = station.base.Db();
   WholeTransaction transaction(db);
   const std::vector<std::string> voiceTracks = DeleteVoiceTracks(station, code);
-  db.Execute("DELETE * FROM Playlist WHERE Code = " + std::to_string(code));
-  db.Execute("DELETE * FROM Pls WHERE NUMPLS = " + std::to_string(code));
+  db.Execute("DELETE * FROM Playlist WHERE Code = ?", {code});
+  db.Execute("DELETE * FROM Pls WHERE NUMPLS = ?", {code});
   transaction.Commit();
   SoundFiles& soundFiles = station.platform.soundFiles;
   for (const std::string& file : voiceTracks)
@@ -182,8 +183,7 @@ const MainScreen::ListItem* ChosenItem(const MainScreen& screen) {
 
 std::vector<OnAirElement> StoredRows(Station& station, int32_t listCode, bool lastPlayed) {
   const auto stored = station.base.Db().OpenRecordset(
-      "SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = " + std::to_string(listCode) +
-      " ORDER BY CODE");
+      "SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = ? ORDER BY CODE", {listCode});
   std::vector<OnAirElement> rows;
   for (; !stored->Eof(); stored->MoveNext())
     if (auto row = StoredRow(station, stored->Int("DISCOTHEQUE"), stored->Int("FICHE"), lastPlayed))

@@ -184,9 +184,8 @@ std::multiset<RowKey> RowsLike(Station& station, const std::deque<AirWrite>& wri
   std::multiset<RowKey> rows;
   station.base.Db().ReadRows(
       "SELECT LADATE, HEURE, GENRE, AUTEUR, TITRE, VARIETE, LABEL, REFERENCE, AUTEURCOMPOSITEUR "
-      "FROM Rapport WHERE DATENUM >= " +
-          SqlNumber(moment - kSecond / 2),
-      [&](const RowView& row) {
+      "FROM Rapport WHERE DATENUM >= ?",
+      {moment - kSecond / 2}, [&](const RowView& row) {
         const auto text = [&row](int column) { return std::string(row.Text(column)); };
         rows.emplace(text(0), text(1), text(2), text(3), text(4), text(5), text(6), text(7),
                      text(8));

@@ -50,17 +50,11 @@ ReportRow AppendReportRow(Station& station, ReportRow row) {
 
 ReportRow InsertReportRow(Station& station, ReportRow row) {
   Database& db = station.base.Db();
-  const std::string separator = "','";
-  std::string sql =
+  db.Execute(
       "INSERT INTO Rapport (LADATE, HEURE, AUTEURCOMPOSITEUR, AUTEUR, TITRE, GENRE, VARIETE, "
-      "LABEL, "
-      "REFERENCE, DATENUM) VALUES ('" +
-      row.LADATE + separator + row.HEURE;
-  for (const std::string* field : {&row.AUTEURCOMPOSITEUR, &row.AUTEUR, &row.TITRE, &row.GENRE,
-                                   &row.VARIETE, &row.LABEL, &row.REFERENCE})
-    sql += separator + SqlQuoted(*field);
-  sql += "', " + SqlNumber(row.DATENUM) + ")";
-  db.Execute(sql);
+      "LABEL, REFERENCE, DATENUM) VALUES (?,?,?,?,?,?,?,?,?, ?)",
+      {row.LADATE, row.HEURE, row.AUTEURCOMPOSITEUR, row.AUTEUR, row.TITRE, row.GENRE, row.VARIETE,
+       row.LABEL, row.REFERENCE, row.DATENUM});
   row.CODE = db.LastInsertCode();
   return row;
 }

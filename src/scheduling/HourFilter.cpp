@@ -8,12 +8,12 @@
 
 namespace zemo {
 
-std::string HourFilter(int weekday, int hour) {
+BoundQuery HourFilter(int weekday, int hour) {
   const std::string hoursBefore(static_cast<size_t>(hour), '?');
-  return " And Tranche" + TwoDigits(weekday) + " LIKE '" + hoursBefore + "1*'";
+  return {" And Tranche" + TwoDigits(weekday) + " LIKE ?", {hoursBefore + "1*"}};
 }
 
-std::string HourFilterOfNow(Station& station) {
+BoundQuery HourFilterOfNow(Station& station) {
   return HourFilter(JourSemaineCourant(station.Now()), HeureCourante(station));
 }
 

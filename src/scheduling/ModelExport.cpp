@@ -57,17 +57,17 @@ void WriteSheet(Station& station, SpreadsheetWriter& writer, const Sheet& sheet)
 void ModelDay(Station& station, SheetMaker& sheet, int day) {
   std::array<double, kHoursOfDay> totals{};
   sheet.DayHeading(day);
-  station.base.Db().ReadRows("SELECT GENRE" + HourFields() + " FROM Models WHERE JOUR = " +
-                                 std::to_string(day) + " ORDER BY CODE ASC;",
-                             [&](const RowView& row) {
-                               sheet.Put(0, std::string(row.Text(0)));
-                               for (int hour = 0; hour < kHoursOfDay; ++hour) {
-                                 const double percent = row.Real(hour + 1);
-                                 totals[static_cast<size_t>(hour)] += percent;
-                                 sheet.Put(hour + 1, percent);
-                               }
-                               sheet.NextLine();
-                             });
+  station.base.Db().ReadRows(
+      "SELECT GENRE" + HourFields() + " FROM Models WHERE JOUR = ? ORDER BY CODE ASC;", {day},
+      [&](const RowView& row) {
+        sheet.Put(0, std::string(row.Text(0)));
+        for (int hour = 0; hour < kHoursOfDay; ++hour) {
+          const double percent = row.Real(hour + 1);
+          totals[static_cast<size_t>(hour)] += percent;
+          sheet.Put(hour + 1, percent);
+        }
+        sheet.NextLine();
+      });
   sheet.Put(0, std::string(kTotalText), SheetCell::Style::kTotal);
   for (int hour = 0; hour < kHoursOfDay; ++hour)
     sheet.Put(hour + 1, totals[static_cast<size_t>(hour)], SheetCell::Style::kTotal);
@@ -78,16 +78,14 @@ void ModelDay(Station& station, SheetMaker& sheet, int day) {
 void SkeletonDay(Station& station, SheetMaker& sheet, int day) {
   int position = 0;
   sheet.DayHeading(day);
-  station.base.Db().ReadRows("SELECT " + HourFields().substr(2) +
-                                 " FROM ModelSquelette WHERE JOUR = " + std::to_string(day) +
-                                 " ORDER BY CODE ASC;",
-                             [&](const RowView& row) {
-                               sheet.Put(0, double(++position));
-                               for (int hour = 0; hour < kHoursOfDay; ++hour)
-                                 if (!row.Text(hour).empty())
-                                   sheet.Put(hour + 1, std::string(row.Text(hour)));
-                               sheet.NextLine();
-                             });
+  station.base.Db().ReadRows(
+      "SELECT " + HourFields().substr(2) + " FROM ModelSquelette WHERE JOUR = ? ORDER BY CODE ASC;",
+      {day}, [&](const RowView& row) {
+        sheet.Put(0, double(++position));
+        for (int hour = 0; hour < kHoursOfDay; ++hour)
+          if (!row.Text(hour).empty()) sheet.Put(hour + 1, std::string(row.Text(hour)));
+        sheet.NextLine();
+      });
   sheet.NextLine();
 }
 

@@ -69,28 +69,35 @@ void CheckWidth(const std::string& genre) {
                                               std::to_string(kGenreWidth) + " characters");
 }
 
-// "VALUES (...)" of a row of Models; whole per cent.
-std::string ModelValues(const TextGrid::Row& row, int day) {
+// Of a row of Models; whole per cent.
+Values ModelValues(const TextGrid::Row& row, int day) {
   CheckWidth(row[0]);
-  std::string values = "VALUES (" + std::to_string(day) + ", '" + SqlQuoted(row[0]) + "'";
+  Values values{day, row[0]};
   for (size_t column = 1; column <= kHoursOfDay; ++column) {
     const int32_t percent = column < row.size() ? ValInt(row[column]) : 0;
     if (percent < std::numeric_limits<int16_t>::min() ||
         percent > std::numeric_limits<int16_t>::max())
       throw RequestError(kErrOverflow, std::to_string(percent) + " is no percentage");
-    values += ", " + std::to_string(percent);
+    values.emplace_back(percent);
   }
-  return values + ")";
+  return values;
 }
 
-std::string SkeletonValues(const TextGrid::Row& row, int day) {
-  std::string values = "VALUES (" + std::to_string(day);
+Values SkeletonValues(const TextGrid::Row& row, int day) {
+  Values values{day};
   for (size_t column = 0; column < kHoursOfDay; ++column) {
     const std::string genre = column < row.size() ? row[column] : std::string();
     CheckWidth(genre);
-    values += ", '" + SqlQuoted(genre) + "'";
+    values.emplace_back(genre);
   }
-  return values + ")";
+  return values;
+}
+
+// "(?, ?, ?)"
+std::string Places(size_t count) {
+  std::string places = "(?";
+  while (--count > 0) places += ", ?";
+  return places + ")";
 }
 
 std::string TabLine(const TextGrid::Row& row) {
@@ -114,13 +121,15 @@ void WriteBackup(Station& station, const char* routine, const std::string& file,
 
 // The day in the table gives way to `rows`, in one transaction, and the back-up file is written.
 void SaveDay(Station& station, const char* routine, const char* table, const std::string& fields,
-             int day, const std::vector<std::string>& rows, const std::string& file,
+             int day, const std::vector<Values>& rows, const std::string& file,
              const std::vector<std::string>& lines) {
   Database& db = station.base.Db();
   Transaction transaction(db);
-  db.Execute("DELETE * FROM " + std::string(table) + " WHERE JOUR = " + std::to_string(day));
-  for (const std::string& values : rows)
-    db.Execute("INSERT INTO " + std::string(table) + " (" + fields + ") " + values);
+  db.Execute("DELETE * FROM " + std::string(table) + " WHERE JOUR = ?", {day});
+  for (const Values& values : rows)
+    db.Execute(
+        "INSERT INTO " + std::string(table) + " (" + fields + ") VALUES " + Places(values.size()),
+        values);
   transaction.Commit();
   WriteBackup(station, routine, file, lines);
 }
@@ -197,14 +206,14 @@ void LoadGrilleModels(Station& station, int16_t day) {
   TextGrid& grid = station.modelEditor.Models;
   try {
     InitGrille(station);
-    station.base.Db().ReadRows("SELECT GENRE" + HourFields() + " FROM Models WHERE JOUR = " +
-                                   std::to_string(day) + " ORDER BY CODE ASC;",
-                               [&](const RowView& row) {
-                                 TextGrid::Row cells;
-                                 for (int column = 0; column <= kHoursOfDay; ++column)
-                                   cells.emplace_back(row.Text(column));
-                                 grid.InsertRow(grid.RowCount() - 1, std::move(cells));
-                               });
+    station.base.Db().ReadRows(
+        "SELECT GENRE" + HourFields() + " FROM Models WHERE JOUR = ? ORDER BY CODE ASC;", {day},
+        [&](const RowView& row) {
+          TextGrid::Row cells;
+          for (int column = 0; column <= kHoursOfDay; ++column)
+            cells.emplace_back(row.Text(column));
+          grid.InsertRow(grid.RowCount() - 1, std::move(cells));
+        });
     CalculPourCentages(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadGrilleModels");
@@ -216,9 +225,8 @@ void LoadGrilleSquelette(Station& station, int16_t day) {
   try {
     InitGrille(station);
     station.base.Db().ReadRows("SELECT " + HourFields().substr(2) +
-                                   " FROM ModelSquelette WHERE JOUR = " + std::to_string(day) +
-                                   " ORDER BY CODE ASC;",
-                               [&](const RowView& row) {
+                                   " FROM ModelSquelette WHERE JOUR = ? ORDER BY CODE ASC;",
+                               {day}, [&](const RowView& row) {
                                  TextGrid::Row cells;
                                  for (int hour = 0; hour < kHoursOfDay; ++hour)
                                    cells.emplace_back(row.Text(hour));
@@ -233,7 +241,8 @@ bool SauveGrilleModels(Station& station, int16_t day) {
   const TextGrid& grid = station.modelEditor.Models;
   try {
     const std::string file = station.files.Days[DayIndex(day)];
-    std::vector<std::string> rows, lines;
+    std::vector<Values> rows;
+    std::vector<std::string> lines;
     for (int row = 1; row < grid.RowCount() - 1; ++row) {
       if (Trim(grid.Cell(row, 0)).empty()) continue;
       rows.push_back(ModelValues(grid.At(row), day));
@@ -252,7 +261,8 @@ bool SauveGrilleSquelette(Station& station, int16_t day) {
   const TextGrid& grid = station.modelEditor.ModelSquelette;
   try {
     const std::string file = station.files.SkeletonDays[DayIndex(day)];
-    std::vector<std::string> rows, lines;
+    std::vector<Values> rows;
+    std::vector<std::string> lines;
     for (int row = 1; row < grid.RowCount(); ++row) {
       if (RowIsEmpty(grid, row)) continue;
       rows.push_back(SkeletonValues(grid.At(row), day));

@@ -171,7 +171,7 @@ void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   const std::vector<std::string> genres = ModelGenres(station.modelEditor.Models);  // 8
   if (genres.empty()) return frame.Leave(kNoModelsEnglish);
   station.platform.loop.Yield();
-  const CandidateCards cards(station, GenreCondition(genres) + HourCondition(weekday, hour),
+  const CandidateCards cards(station, GenreCondition(genres).Add(HourCondition(weekday, hour)),
                              CandidateCards::Order::kLastdiff);  // 9, 10
   const Pool pool = MakePool(station, cards, used, minutes);     // 11 to 14
   frame.Saw(cards.Count(), pool.size());

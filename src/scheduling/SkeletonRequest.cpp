@@ -231,7 +231,7 @@ void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   const std::vector<std::string> positions = HourColumn(station.modelEditor.ModelSquelette, hour);
   station.platform.loop.Yield();
   const CandidateCards cards(
-      station, GenreCondition(WithoutBlanks(positions)) + HourCondition(weekday, hour),
+      station, GenreCondition(WithoutBlanks(positions)).Add(HourCondition(weekday, hour)),
       CandidateCards::Order::kPassesThenLastdiff);      // 2
   Pool pool = MakePool(station, cards, used, minutes);  // 3, 4
   frame.Saw(cards.Count(), pool.size());

@@ -62,19 +62,18 @@ std::string AfterMore(int64_t count, const std::string& ofWhat, const std::strin
 
 struct TitleCard {
   TitleCard(Station& station, int32_t code)
-      : cards(station, "CODE = " + std::to_string(code), CandidateCards::Order::kLastdiff) {
+      : cards(station, {"CODE = ?", {code}}, CandidateCards::Order::kLastdiff) {
     if (!Found()) return;
     rotation = cards.Rotation(0);
     std::string columns = "FILENAME, AUTEUR";
     for (int day = 1; day <= kDaysOfWeek; ++day) columns += ", TRANCHE" + TwoDigits(day);
-    station.base.Db().ReadRows(
-        "SELECT " + columns + " FROM Discotheque WHERE CODE = " + std::to_string(code),
-        [this](const RowView& row) {
-          file = row.Text(0);
-          artist = Trim(row.Text(1));
-          for (int day = 0; day < kDaysOfWeek; ++day)
-            hours[static_cast<size_t>(day)] = row.Text(day + 2);
-        });
+    station.base.Db().ReadRows("SELECT " + columns + " FROM Discotheque WHERE CODE = ?", {code},
+                               [this](const RowView& row) {
+                                 file = row.Text(0);
+                                 artist = Trim(row.Text(1));
+                                 for (int day = 0; day < kDaysOfWeek; ++day)
+                                   hours[static_cast<size_t>(day)] = row.Text(day + 2);
+                               });
   }
   bool Found() const { return cards.Count() > 0; }
 
@@ -294,9 +293,8 @@ void AddStoredLists(Station& station, int32_t code, TimedTests& tests) {
   std::vector<List> lists;
   station.base.Db().ReadRows(
       "SELECT LIBELLE, LADATE, LHeure FROM Playlist WHERE CODE IN (SELECT NUMPLS FROM Pls WHERE "
-      "DISCOTHEQUE = " +
-          std::to_string(code) + ") ORDER BY CODE",
-      [&](const RowView& row) {
+      "DISCOTHEQUE = ?) ORDER BY CODE",
+      {code}, [&](const RowView& row) {
         lists.push_back(
             {std::string(row.Text(0)), std::string(row.Text(1)), std::string(row.Text(2))});
       });

@@ -51,18 +51,18 @@ struct Aired {
 
 Aired ReadReport(Station& station, const std::string& advertiser, int64_t from, int64_t to) {
   Aired aired;
-  station.base.Db().ReadRows("SELECT DATENUM, GENRE, AUTEUR FROM Rapport WHERE DATENUM >= " +
-                                 SqlNumber(static_cast<double>(from) / kDaySec) +
-                                 " AND DATENUM < " + SqlNumber(static_cast<double>(to) / kDaySec) +
-                                 " ORDER BY DATENUM, CODE",
-                             [&](const RowView& row) {
-                               const int64_t second = SecondOf(row.Real(0));
-                               aired.all.push_back(second);
-                               const std::string_view genre = row.Text(1);
-                               if ((EqualNoCase(genre, "PUB") || EqualNoCase(genre, "Rubrique")) &&
-                                   EqualNoCase(Trim(row.Text(2)), advertiser))
-                                 aired.ours.push_back(second);
-                             });
+  station.base.Db().ReadRows(
+      "SELECT DATENUM, GENRE, AUTEUR FROM Rapport WHERE DATENUM >= ? AND DATENUM < ? "
+      "ORDER BY DATENUM, CODE",
+      {static_cast<double>(from) / kDaySec, static_cast<double>(to) / kDaySec},
+      [&](const RowView& row) {
+        const int64_t second = SecondOf(row.Real(0));
+        aired.all.push_back(second);
+        const std::string_view genre = row.Text(1);
+        if ((EqualNoCase(genre, "PUB") || EqualNoCase(genre, "Rubrique")) &&
+            EqualNoCase(Trim(row.Text(2)), advertiser))
+          aired.ours.push_back(second);
+      });
   return aired;
 }
 

@@ -127,7 +127,7 @@ bool OwnsGridFile(Station& station, int64_t code, const std::string& path) {
     return false;
   const std::string place = CampaignFilePlace(station, path);
   const auto rows = station.base.Db().OpenRecordset(
-      "SELECT FILENAMEGRILLE, FILENAMEAUDIO FROM GrillePub WHERE CODE <> " + std::to_string(code));
+      "SELECT FILENAMEGRILLE, FILENAMEAUDIO FROM GrillePub WHERE CODE <> ?", {code});
   for (; !rows->Eof(); rows->MoveNext())
     for (const char* field : {"FILENAMEGRILLE", "FILENAMEAUDIO"})
       if (CampaignFilePlace(station, rows->Text(field)) == place) return false;

@@ -36,12 +36,16 @@ TitleCard Of(TitleCard card, const std::string& genre, const std::string& variet
 }
 
 TEST(PercentageQuery, HourZeroHasNoPlaceholderAndHour23Has23) {
-  EXPECT_EQ(HourCondition(6, 0), ") And Tranche06 LIKE '1*'");
-  EXPECT_EQ(HourCondition(1, 23), ") And Tranche01 LIKE '???????????????????????1*'");
+  EXPECT_EQ(HourCondition(6, 0).text, ") And Tranche06 LIKE ?");
+  EXPECT_EQ(HourCondition(6, 0).values, Values{std::string("1*")});
+  EXPECT_EQ(HourCondition(1, 23).text, ") And Tranche01 LIKE ?");
+  EXPECT_EQ(HourCondition(1, 23).values, Values{std::string("???????????????????????1*")});
 }
 
-TEST(PercentageQuery, GenresStandQuotedWithTheirApostrophesDoubled) {
-  EXPECT_EQ(GenreCondition({"POP", "L'ETE"}), "Genre In('POP', 'L''ETE'");
+TEST(PercentageQuery, EachGenreIsAValue) {
+  EXPECT_EQ(GenreCondition({"POP", "L'ETE"}).text, "Genre In(?, ?");
+  EXPECT_EQ(GenreCondition({"POP", "L'ETE"}).values,
+            (Values{std::string("POP"), std::string("L'ETE")}));
 }
 
 TEST(PercentageRequest, AnEmptyModelsTableLeavesTheMessageAndTheList) {

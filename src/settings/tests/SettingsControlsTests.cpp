@@ -1,6 +1,7 @@
 // What the operator does on the settings screen: ranges, couplings, devices, lists and buttons.
 #include "platform/LocalValues.h"
 #include "settings/tests/SettingsStation.h"
+#include "store/SqlText.h"
 
 namespace zemo::test {
 namespace {
