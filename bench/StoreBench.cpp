@@ -77,20 +77,21 @@ void SettingsReadWithoutCheck(benchmark::State& state) {
 BENCHMARK(SettingsReadWithoutCheck);
 
 void SeekByCode(benchmark::State& state) {
-  auto& cards = *Opened().Tables().Discotheque;
+  StationBase& base = Opened();
   int64_t code = 0;
   for (auto _ : state) {
-    cards.SetIndex("CODE");
-    cards.Seek("=", code = code * 7919 % kCards + 1);
-    benchmark::DoNotOptimize(cards.Int("DUREE"));
+    const auto cards = base.Table("Discotheque");
+    cards->SetIndex("CODE");
+    cards->Seek("=", code = code * 7919 % kCards + 1);
+    benchmark::DoNotOptimize(cards->Int("DUREE"));
   }
 }
 BENCHMARK(SeekByCode);
 
 void SeekByAccentedFileName(benchmark::State& state) {
-  auto& cards = *Opened().Tables().Discotheque;
-  cards.SetIndex("FILENAME");
-  for (auto _ : state) cards.Seek("=", std::string("/music/été.mp3"));
+  const auto cards = Opened().Table("Discotheque");
+  cards->SetIndex("FILENAME");
+  for (auto _ : state) cards->Seek("=", std::string("/music/été.mp3"));
 }
 BENCHMARK(SeekByAccentedFileName)->Unit(benchmark::kMillisecond);
 

@@ -276,14 +276,14 @@ struct MusicCard {
 };
 
 MusicCard ReadMusicCard(Station& station, int32_t code) {
-  Recordset& card = *station.base.Tables().Discotheque;
-  if (!SeekCode(card, code)) return {};
+  const auto card = station.base.Table("Discotheque");
+  if (!SeekCode(*card, code)) return {};
   return {true,
-          card.Int("POINTSORTIE"),
-          static_cast<int32_t>(card.Int("INTRO")),
-          card.Text("FILENAME"),
-          Trim(card.Text("COMMENTAIRE")),
-          ReportOfCard(card)};
+          card->Int("POINTSORTIE"),
+          static_cast<int32_t>(card->Int("INTRO")),
+          card->Text("FILENAME"),
+          Trim(card->Text("COMMENTAIRE")),
+          ReportOfCard(*card)};
 }
 
 void WriteMusic(Station& station, AirWrite::Kind kind, int32_t code, const ReportRow& begun) {

@@ -30,28 +30,28 @@ bool FindVoiceTrack(Recordset& vt, int64_t code) {
 // Nothing for a record that is gone.
 std::optional<OnAirElement> StoredRow(Station& station, int64_t kind, int64_t record,
                                       bool lastPlayed) {
-  TableCursors& tables = station.base.Tables();
-  const auto row = [record](Recordset& table, OnAirElement (*make)(const Recordset&)) {
-    return SeekCode(table, record) ? std::optional(make(table)) : std::nullopt;
+  const auto row = [&](const char* table, const auto& make) {
+    const auto found = station.base.Table(table);
+    return SeekCode(*found, record) ? std::optional<OnAirElement>(make(*found)) : std::nullopt;
   };
-  if (kind > 0) {
-    if (!SeekCode(*tables.Discotheque, record)) return std::nullopt;
-    return MusicRow(*tables.Discotheque, lastPlayed);
-  }
+  if (kind > 0)
+    return row("Discotheque", [=](const Recordset& card) { return MusicRow(card, lastPlayed); });
   switch (kind) {
     case Element::kJingle:
-      return row(*tables.DiscothequeJingle, JingleRow);
+      return row("DiscothequeJingle", JingleRow);
     case Element::kSpot:
-      return row(*tables.GrillePub, SpotRow);
+      return row("GrillePub", SpotRow);
     case Element::kNews:
-      return row(*tables.GrillePub, NewsRow);
+      return row("GrillePub", NewsRow);
     case Element::kOther:
-      return row(*tables.DiscothequeVirgule, OtherRow);
+      return row("DiscothequeVirgule", OtherRow);
     case Element::kBeginExtract:
       return BeginExtractRow();
-    case Element::kVoiceTrack:
-      if (!FindVoiceTrack(*tables.VT, record)) return std::nullopt;
-      return VoiceTrackRow(*tables.VT);
+    case Element::kVoiceTrack: {
+      const auto vt = station.base.Table("VT");
+      if (!FindVoiceTrack(*vt, record)) return std::nullopt;
+      return VoiceTrackRow(*vt);
+    }
     default:
       return std::nullopt;
   }
@@ -151,11 +151,11 @@ std::vector<std::string> DeleteVoiceTracks(Station& station, int32_t listCode) {
   const auto rows = station.base.Db().OpenRecordset(
       "SELECT FICHE FROM Pls WHERE NUMPLS = ? AND DISCOTHEQUE = -30", {listCode});
   std::vector<std::string> files;
-  Recordset& vt = *station.base.Tables().VT;
+  const auto vt = station.base.Table("VT");
   for (; !rows->Eof(); rows->MoveNext()) {
-    if (!FindVoiceTrack(vt, rows->Int("FICHE"))) continue;
-    files.push_back(vt.Text("FILENAME"));
-    vt.Delete();
+    if (!FindVoiceTrack(*vt, rows->Int("FICHE"))) continue;
+    files.push_back(vt->Text("FILENAME"));
+    vt->Delete();
   }
   return files;
 }
@@ -196,11 +196,10 @@ void LoadPlaylist(Station& station) {
   combo.items.clear();
   combo.index = -1;
   try {
-    Recordset& playlist = *station.base.Tables().Playlist;
-    playlist.SetIndex("");
-    for (playlist.MoveFirst(); !playlist.Eof(); playlist.MoveNext())
+    const auto playlist = station.base.Table("Playlist");
+    for (; !playlist->Eof(); playlist->MoveNext())
       combo.items.push_back(
-          {Trim(playlist.Text("LIBELLE")), static_cast<int32_t>(playlist.Int("CODE"))});
+          {Trim(playlist->Text("LIBELLE")), static_cast<int32_t>(playlist->Int("CODE"))});
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadPlaylist");
   }
@@ -211,17 +210,17 @@ void ComboPLS_Click(Station& station) {
   const MainScreen::ListItem* item = ChosenItem(screen);
   if (!item) return;
   try {
-    Recordset& playlist = *station.base.Tables().Playlist;
-    if (!SeekCode(playlist, item->data)) return;
+    const auto playlist = station.base.Table("Playlist");
+    if (!SeekCode(*playlist, item->data)) return;
     const std::vector<OnAirElement> rows =
-        StoredRows(station, static_cast<int32_t>(playlist.Int("CODE")), true);
+        StoredRows(station, static_cast<int32_t>(playlist->Int("CODE")), true);
     station.PL.Clear();
     for (const OnAirElement& row : rows) station.PL.Add(row);
-    screen.ComboPLS.text = playlist.Text("LIBELLE");
-    screen.LblDate = playlist.Text("LADATE");
-    screen.ChHeure = playlist.Text("LHEURE");
-    screen.OptPls = static_cast<int>(playlist.Int("NOJINGLE"));
-    screen.LblCodePL = static_cast<int32_t>(playlist.Int("CODE"));
+    screen.ComboPLS.text = playlist->Text("LIBELLE");
+    screen.LblDate = playlist->Text("LADATE");
+    screen.ChHeure = playlist->Text("LHEURE");
+    screen.OptPls = static_cast<int>(playlist->Int("NOJINGLE"));
+    screen.LblCodePL = static_cast<int32_t>(playlist->Int("CODE"));
   } catch (const std::exception&) {
     LogCurrentException(station, "ComboPLS");
   }

@@ -31,19 +31,19 @@ ReportRow ReportOfCard(const Recordset& card) {
 }
 
 ReportRow AppendReportRow(Station& station, ReportRow row) {
-  Recordset& rapport = *station.base.Tables().Rapport;
-  rapport.AddNew();
-  rapport.Set("LADATE", row.LADATE);
-  rapport.Set("HEURE", row.HEURE);
-  rapport.Set("AUTEURCOMPOSITEUR", row.AUTEURCOMPOSITEUR);
-  rapport.Set("AUTEUR", row.AUTEUR);
-  rapport.Set("TITRE", row.TITRE);
-  rapport.Set("GENRE", row.GENRE);
-  rapport.Set("VARIETE", row.VARIETE);
-  rapport.Set("DATENUM", row.DATENUM);
-  rapport.Set("REFERENCE", row.REFERENCE);
-  rapport.Set("LABEL", row.LABEL);
-  rapport.Update();
+  const auto rapport = station.base.Table("Rapport");
+  rapport->AddNew();
+  rapport->Set("LADATE", row.LADATE);
+  rapport->Set("HEURE", row.HEURE);
+  rapport->Set("AUTEURCOMPOSITEUR", row.AUTEURCOMPOSITEUR);
+  rapport->Set("AUTEUR", row.AUTEUR);
+  rapport->Set("TITRE", row.TITRE);
+  rapport->Set("GENRE", row.GENRE);
+  rapport->Set("VARIETE", row.VARIETE);
+  rapport->Set("DATENUM", row.DATENUM);
+  rapport->Set("REFERENCE", row.REFERENCE);
+  rapport->Set("LABEL", row.LABEL);
+  rapport->Update();
   row.CODE = station.base.Db().LastInsertCode();
   return row;
 }

@@ -60,12 +60,12 @@ std::string Percent(int percent) {
 
 // Writes the share of a variety into the first row of its name.
 void StoreShare(Station& station, const std::string& variety, int percent) {
-  Recordset& table = *station.base.Tables().Variete;
-  for (table.MoveFirst(); !table.Eof(); table.MoveNext()) {
-    if (!EqualNoCase(table.Text("VARIETE"), variety)) continue;
-    table.Edit();
-    table.Set("POURCENT", int64_t{percent});
-    table.Update();
+  const auto table = station.base.Table("Variete");
+  for (; !table->Eof(); table->MoveNext()) {
+    if (!EqualNoCase(table->Text("VARIETE"), variety)) continue;
+    table->Edit();
+    table->Set("POURCENT", int64_t{percent});
+    table->Update();
     return;
   }
 }

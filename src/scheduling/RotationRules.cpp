@@ -216,8 +216,7 @@ bool CheckRotation(Station& station, const CardRotation& card, const RotationMom
   return allowed;
 }
 
-bool CheckRotation(Station& station) {
-  const Recordset& discotheque = *station.base.Tables().Discotheque;
+bool CheckRotation(Station& station, const Recordset& discotheque) {
   const LocalDateTime now = station.Now();
   std::array<std::string, 6 + kDiffusions> texts = {
       discotheque.Text("Genre"),

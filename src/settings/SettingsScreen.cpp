@@ -240,21 +240,21 @@ void SaveLangue(Station& station) {
                        std::to_string(station.settings.Langue) + "\r\n");
 }
 
-void SetField(Station& station, const SettingsControl& control) {
-  station.base.Tables().Cnf->Set(control.store, StoredValue(station.settings, control));
+void SetField(Station& station, Recordset& row, const SettingsControl& control) {
+  row.Set(control.store, StoredValue(station.settings, control));
   if (control.field == kTempsMaxiImPulsion)
     station.engine.TempsMaxiImPulsion =
         static_cast<int32_t>(ControlNumber(station.settings, control));
 }
 
 void SaveFields(Station& station) {
-  Recordset& table = *station.base.Tables().Cnf;
-  table.MoveFirst();
-  table.Edit();
+  const auto row = station.base.Table("Cnf");
+  row->Edit();
   for (const int field : kSaveOrder)
     if (station.settings.fieldHeld.test(static_cast<size_t>(field)))
-      Guarded(station, "SettingsSave", [&] { SetField(station, *FindSettingsControl(field)); });
-  table.Update();
+      Guarded(station, "SettingsSave",
+              [&] { SetField(station, *row, *FindSettingsControl(field)); });
+  row->Update();
   station.base.CheckCnf();
 }
 
@@ -331,11 +331,10 @@ void SaveControl(Station& station, const SettingsControl& control) {
     SaveAudio(station);
     SaveAudioValues(station);
   } else {
-    Recordset& table = *station.base.Tables().Cnf;
-    table.MoveFirst();
-    table.Edit();
-    SetField(station, control);
-    table.Update();
+    const auto row = station.base.Table("Cnf");
+    row->Edit();
+    SetField(station, *row, control);
+    row->Update();
     station.base.CheckCnf();
     if (control.field == kLangue) SaveLangue(station);
   }

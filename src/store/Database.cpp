@@ -41,8 +41,8 @@ class SqliteDatabase : public Database {
     Statement query = Use().PrepareDialect(sql, values);
     while (query.Step()) take(RowView(query.Handle()));
   }
-  std::unique_ptr<Recordset> OpenTable(std::string_view table) override {
-    return std::make_unique<TableCursor>((Use(), connection_), table);
+  std::shared_ptr<const StoredTable> FindTable(std::string_view name) override {
+    return std::make_shared<const SqliteTable>((Use(), connection_), name);
   }
   void Execute(std::string_view sql, const Values& values) override {
     Use().PrepareDialect(sql, values).Run();

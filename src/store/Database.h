@@ -21,6 +21,14 @@ class Connection;
 class RowView;
 class TableDefs;
 
+// A table as its columns were when it was asked for.
+class StoredTable {
+ public:
+  virtual ~StoredTable() = default;
+  // A live cursor of the caller's own, on the first row in order of insertion.
+  virtual std::unique_ptr<Recordset> Cursor() const = 0;
+};
+
 // Thread: the logic's. Every operation throws StoreError.
 class Database {
  public:
@@ -36,7 +44,8 @@ class Database {
   // library. The file is held for reading meanwhile, so `take` only copies what it needs.
   virtual void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) = 0;
   void ReadRows(std::string_view sql, const TakeRow& take) { ReadRows(sql, {}, take); }
-  virtual std::unique_ptr<Recordset> OpenTable(std::string_view table) = 0;   // a live table cursor
+  virtual std::shared_ptr<const StoredTable> FindTable(std::string_view name) = 0;
+  std::unique_ptr<Recordset> OpenTable(std::string_view name) { return FindTable(name)->Cursor(); }
   virtual void Execute(std::string_view sql, const Values& values = {}) = 0;  // a query that writes
   virtual void BeginTrans() = 0;     // does nothing when one is open
   virtual void CommitTrans() = 0;    // does nothing when none is open

@@ -155,7 +155,6 @@ int32_t AddNewCampaigns(Station& station, const std::vector<CampaignLine>& lines
   if (std::any_of(lines.begin(), lines.end(),
                   [&](const CampaignLine& line) { return hasBlanks(line) && isNew(line); }))
     mark.Set();
-  // A cursor of its own: a composition under way walks on the shared one.
   const auto table = station.base.Db().OpenTable("GrillePub");
   WholeTransaction transaction(station.base.Db());
   int32_t added = 0;
