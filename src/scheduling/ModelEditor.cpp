@@ -82,10 +82,8 @@ void Traduction(Station& station) {
   editor.Caption = SkeletonOn(station)
                        ? word("Edit Squelette", "Skeleton", "Esqueleto", "Edit")
                        : word("Model en %", "Model in %", "Modelo em %", "Modelo em %");
-  if (editor.Models.RowCount() > 0)
-    editor.Models.SetCell(0, 0, word("Genres", "Style", "Géneros", "Géneros"));
-  if (editor.GVariete.RowCount() > 0)
-    editor.GVariete.SetCell(0, 1, word("Variété", "Origin", "Música", "Musica"));
+  if (editor.Models.RowCount() > 0) editor.Models.SetCell(0, 0, GenresWord(langue));
+  if (editor.GVariete.RowCount() > 0) editor.GVariete.SetCell(0, 1, VarietyWord(langue));
 }
 
 void LoadPopUps(Station& station) {

@@ -21,12 +21,6 @@ namespace {
 
 constexpr size_t kGenreWidth = 22;  // characters of the field
 
-std::string HourFields() {
-  std::string fields;
-  for (int hour = 0; hour < kHoursOfDay; ++hour) fields += ", TRANCHE" + TwoDigits(hour);
-  return fields;
-}
-
 int64_t Langue(Station& station) {
   return station.base.CnfInt(Cnf::kLangue);
 }
@@ -36,31 +30,6 @@ TextGrid::Row HeadingRow(const char* corner) {
   if (corner) row.emplace_back(corner);
   for (int hour = 0; hour < kHoursOfDay; ++hour) row.push_back(HourLabel(hour));
   return row;
-}
-
-const char* GenresWord(int64_t langue) {
-  switch (langue) {
-    case 1:
-      return "Style";
-    case 2:
-    case 3:
-      return "Géneros";
-    default:
-      return "Genres";
-  }
-}
-
-const char* VarietyWord(int64_t langue) {
-  switch (langue) {
-    case 1:
-      return "Origin";
-    case 2:
-      return "Música";
-    case 3:
-      return "Musica";
-    default:
-      return "Variété";
-  }
 }
 
 void CheckWidth(const std::string& genre) {
@@ -142,6 +111,31 @@ size_t DayIndex(int day) {
 
 }  // namespace
 
+const char* GenresWord(int64_t langue) {
+  switch (langue) {
+    case 1:
+      return "Style";
+    case 2:
+    case 3:
+      return "Géneros";
+    default:
+      return "Genres";
+  }
+}
+
+const char* VarietyWord(int64_t langue) {
+  switch (langue) {
+    case 1:
+      return "Origin";
+    case 2:
+      return "Música";
+    case 3:
+      return "Musica";
+    default:
+      return "Variété";
+  }
+}
+
 std::string HourLabel(int hour) {
   return TwoDigits(hour) + "h";
 }
@@ -165,7 +159,7 @@ bool RowIsEmpty(const TextGrid& grid, int row) {
 void LoadVarietes(Station& station) {
   TextGrid grid;
   grid.AddRow({"%", VarietyWord(Langue(station))});
-  station.base.Db().ReadRows("SELECT POURCENT, VARIETE FROM Variete", [&](const RowView& row) {
+  ForEachVariety(station.base.Db(), [&](const RowView& row) {
     grid.AddRow({std::string(row.Text(0)), std::string(row.Text(1))});
   });
   station.modelEditor.GVariete = std::move(grid);
@@ -206,14 +200,11 @@ void LoadGrilleModels(Station& station, int16_t day) {
   TextGrid& grid = station.modelEditor.Models;
   try {
     InitGrille(station);
-    station.base.Db().ReadRows(
-        "SELECT GENRE" + HourFields() + " FROM Models WHERE JOUR = ? ORDER BY CODE ASC;", {day},
-        [&](const RowView& row) {
-          TextGrid::Row cells;
-          for (int column = 0; column <= kHoursOfDay; ++column)
-            cells.emplace_back(row.Text(column));
-          grid.InsertRow(grid.RowCount() - 1, std::move(cells));
-        });
+    ForEachModelRow(station.base.Db(), day, [&](const RowView& row) {
+      TextGrid::Row cells;
+      for (int column = 0; column <= kHoursOfDay; ++column) cells.emplace_back(row.Text(column));
+      grid.InsertRow(grid.RowCount() - 1, std::move(cells));
+    });
     CalculPourCentages(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadGrilleModels");
@@ -224,14 +215,11 @@ void LoadGrilleSquelette(Station& station, int16_t day) {
   TextGrid& grid = station.modelEditor.ModelSquelette;
   try {
     InitGrille(station);
-    station.base.Db().ReadRows("SELECT " + HourFields().substr(2) +
-                                   " FROM ModelSquelette WHERE JOUR = ? ORDER BY CODE ASC;",
-                               {day}, [&](const RowView& row) {
-                                 TextGrid::Row cells;
-                                 for (int hour = 0; hour < kHoursOfDay; ++hour)
-                                   cells.emplace_back(row.Text(hour));
-                                 grid.AddRow(std::move(cells));
-                               });
+    ForEachPosition(station.base.Db(), day, [&](const RowView& row) {
+      TextGrid::Row cells;
+      for (int hour = 0; hour < kHoursOfDay; ++hour) cells.emplace_back(row.Text(hour));
+      grid.AddRow(std::move(cells));
+    });
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadGrilleSquelette");
   }
@@ -248,8 +236,8 @@ bool SauveGrilleModels(Station& station, int16_t day) {
       rows.push_back(ModelValues(grid.At(row), day));
       lines.push_back(TabLine(grid.At(row)));
     }
-    SaveDay(station, "SauveGrilleModels", "Models", "JOUR, GENRE" + HourFields(), day, rows, file,
-            lines);
+    SaveDay(station, "SauveGrilleModels", "Models", "JOUR, GENRE, " + HourColumns(), day, rows,
+            file, lines);
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "SauveGrilleModels");
@@ -268,7 +256,7 @@ bool SauveGrilleSquelette(Station& station, int16_t day) {
       rows.push_back(SkeletonValues(grid.At(row), day));
       lines.push_back(TabLine(grid.At(row)));
     }
-    SaveDay(station, "SauveGrilleSquelette", "ModelSquelette", "JOUR" + HourFields(), day, rows,
+    SaveDay(station, "SauveGrilleSquelette", "ModelSquelette", "JOUR, " + HourColumns(), day, rows,
             file, lines);
     return true;
   } catch (const std::exception&) {

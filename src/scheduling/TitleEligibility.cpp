@@ -174,12 +174,6 @@ void AddHours(const TitleCard& title, TimedTests& tests) {
                    }});
 }
 
-std::string HourColumns() {
-  std::string columns;
-  for (int hour = 0; hour < kHoursOfDay; ++hour) columns += ", TRANCHE" + TwoDigits(hour);
-  return columns;
-}
-
 // What the week's models say of one genre.
 struct GenreInWeek {
   struct Day {
@@ -223,7 +217,7 @@ GenreInWeek ReadModels(Station& station, const std::string& genre) {
       day.wanted[hour] = Val(row.Text(static_cast<int>(hour) + 2)) > 0;
     }
   };
-  return ReadWeek(station, "SELECT JOUR, GENRE" + HourColumns() + " FROM Models ORDER BY CODE",
+  return ReadWeek(station, "SELECT JOUR, GENRE, " + HourColumns() + " FROM Models ORDER BY CODE",
                   take);
 }
 
@@ -235,7 +229,7 @@ GenreInWeek ReadSkeleton(Station& station, const std::string& genre) {
       if (name == genre && !Trim(genre).empty()) day.wanted[hour] = true;
     }
   };
-  return ReadWeek(station, "SELECT JOUR" + HourColumns() + " FROM ModelSquelette ORDER BY CODE",
+  return ReadWeek(station, "SELECT JOUR, " + HourColumns() + " FROM ModelSquelette ORDER BY CODE",
                   take);
 }
 
@@ -265,7 +259,7 @@ void AddModel(Station& station, const std::string& genre, bool skeleton, TimedTe
 std::string VarietyRefusal(Station& station, const std::string& variety) {
   int rows = 0, found = 0;
   double percent = 0;
-  station.base.Db().ReadRows("SELECT POURCENT, VARIETE FROM Variete", [&](const RowView& row) {
+  ForEachVariety(station.base.Db(), [&](const RowView& row) {
     ++rows;
     if (found > 0 || row.Text(1) != variety) return;
     found = rows;
