@@ -2,6 +2,7 @@
 // as a condition of a query, and the days of the year, as a test of one card.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "platform/Clock.h"
@@ -18,6 +19,7 @@ BoundQuery HourFilterOfNow(Station& station);  // through HeureCourante
 
 // Whether a card with these first and last days ("MMDD") may play today. One of them blank is no
 // window; the days are compared as texts, so that a window over New Year lets nothing through.
-bool InDateWindow(std::string_view mmjjDebut, std::string_view mmjjFin, const LocalDateTime& today);
+bool InDateWindow(std::string_view mmjjDebut, std::string_view mmjjFin, std::string_view mmjjToday);
+std::string MonthDay(const LocalDateTime& today);  // "MMDD"
 
 }  // namespace zemo

@@ -39,7 +39,7 @@ bool NoMusicNext(const Station& station) {
 
 // Moves to the first row whose date window is open; false when there is none.
 bool MoveToOpenWindow(const Station& station, Recordset& jingles) {
-  const LocalDateTime today = station.Now();
+  const std::string today = MonthDay(station.Now());
   while (!jingles.Eof() && !InDateWindow(jingles.Text("MMJJDebut"), jingles.Text("MMJJFin"), today))
     jingles.MoveNext();
   return !jingles.Eof();

@@ -33,7 +33,7 @@ std::string GenreOfCampaign(Station& station, const std::string& file) {
 // library.
 std::optional<int64_t> FindTitle(Station& station, const std::string& genre) {
   const LocalDateTime now = station.Now();
-  const std::string today = TwoDigits(now.month) + TwoDigits(now.day);
+  const std::string today = MonthDay(now);
   std::optional<int64_t> found;
   BoundQuery asked{"Select CODE, MMJJDEBUT, MMJJFIN From Discotheque Where Genre Like ?", {genre}};
   asked.Add(HourFilter(JourSemaineCourant(now), now.hour))
