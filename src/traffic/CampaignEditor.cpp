@@ -86,8 +86,8 @@ void Page(Station& station, CampaignEditor& editor, const char* routine, const M
 bool WriteFiles(Station& station, CampaignEditor& editor) {
   try {
     if (!LSGrillePub(station, editor, "Save", editor.FILENAMEGRILLE)) return false;
-    WriteCampaignFile(station, CampaignFilePath(editor.FichierAudio, "prg"),
-                      CampaignProgram(editor));
+    CampaignFile(CampaignFilePath(editor.FichierAudio, "prg"))
+        .Write(station, CampaignProgram(editor));
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "ReplaceChampsPubs");
@@ -124,12 +124,12 @@ bool OwnsGridFile(Station& station, int64_t code, const std::string& path) {
   constexpr size_t kEnding = 3;
   if (path.size() < kEnding || !EqualNoCase(path.substr(path.size() - kEnding), "GPB"))
     return false;
-  const std::string place = CampaignFilePlace(station, path);
+  const std::string place = CampaignFile(path).Path(station);
   const auto rows = station.base.Db().OpenRecordset(
       "SELECT FILENAMEGRILLE, FILENAMEAUDIO FROM GrillePub WHERE CODE <> ?", {code});
   for (; !rows->Eof(); rows->MoveNext())
     for (const char* field : {"FILENAMEGRILLE", "FILENAMEAUDIO"})
-      if (CampaignFilePlace(station, rows->Text(field)) == place) return false;
+      if (CampaignFile(rows->Text(field)).Path(station) == place) return false;
   return true;
 }
 
@@ -227,10 +227,10 @@ bool BtnDelete(Station& station, CampaignEditor& editor) {
       return false;
     const auto table = Campaigns(station);
     if (WalkToShown(*table, editor) == 0) return false;
-    const std::string gridFile = table->Text("FILENAMEGRILLE");
-    if (CampaignFileExists(station, gridFile) &&
-        OwnsGridFile(station, table->Int("CODE"), gridFile))
-      RemoveCampaignFile(station, gridFile);
+    const std::string gridPath = table->Text("FILENAMEGRILLE");
+    const CampaignFile gridFile(gridPath);
+    if (gridFile.Exists(station) && OwnsGridFile(station, table->Int("CODE"), gridPath))
+      gridFile.Remove(station);
     table->Delete();
     BtnDebut(station, editor);
     return true;
