@@ -75,7 +75,8 @@ void ForEachCross(const CampaignForm& form, const LocalDateTime& day, Take take)
     if (form.GPub.Cell(row, column) == kCross) take(form.GPub.Cell(row, 0));
 }
 
-bool SameCampaign(const CampaignForm& a, const CampaignForm& b) {
+// Its dates may have been changed since it was archived.
+bool SameCodeAndFile(const CampaignForm& a, const CampaignForm& b) {
   return a.LblCode == b.LblCode && a.FichierAudio == b.FichierAudio;
 }
 
@@ -88,7 +89,8 @@ std::vector<CampaignForm> CampaignsInOrder(Station& station) {
   const size_t inTable = campaigns.size();
   for (CampaignForm& ended : ArchivedCampaigns(station)) {
     const auto end = campaigns.begin() + static_cast<std::ptrdiff_t>(inTable);
-    if (std::none_of(campaigns.begin(), end, [&](const auto& c) { return SameCampaign(c, ended); }))
+    if (std::none_of(campaigns.begin(), end,
+                     [&](const auto& c) { return SameCodeAndFile(c, ended); }))
       campaigns.push_back(std::move(ended));
   }
   const auto passage = [](const CampaignForm& form) {
