@@ -44,6 +44,7 @@ struct PreparedStatement {
   std::string key;
   sqlite3_stmt* statement = nullptr;
   std::vector<size_t> patterns{};  // values that are patterns of LIKE, from 0
+  Values bound{};                  // of a query of the dialect, from one asking to the next
 
   PreparedStatement(int itsLanguage, std::string itsKey)
       : language(itsLanguage), key(std::move(itsKey)) {}
@@ -104,12 +105,15 @@ Value AsLiteral(double real) {
   return whole ? Value(static_cast<int64_t>(real)) : Value(real);
 }
 
-// Returns SQLite's result.
-int BindAll(const PreparedStatement& prepared, const Values& values) {
+// Returns SQLite's result. A value that is bound already is not bound again: the planner looks into
+// the patterns of LIKE, and a pattern that is bound has the query planned anew.
+int BindAll(PreparedStatement& prepared, const Values& values) {
+  prepared.bound.resize(values.size());  // Null at first, as unbound values are
   // Values of columns that the file has not are left out, those at the end without a place.
   const auto places = static_cast<size_t>(sqlite3_bind_parameter_count(prepared.statement));
   int result = SQLITE_OK;
   for (size_t i = 0; i < std::min(places, values.size()) && result == SQLITE_OK; ++i) {
+    if (prepared.bound[i] == values[i]) continue;
     const int position = static_cast<int>(i) + 1;
     const auto* text = std::get_if<std::string>(&values[i]);
     const auto* real = std::get_if<double>(&values[i]);
@@ -117,10 +121,12 @@ int BindAll(const PreparedStatement& prepared, const Values& values) {
         std::find(prepared.patterns.begin(), prepared.patterns.end(), i) != prepared.patterns.end();
     if (text && text->find('\0') != std::string::npos)
       throw StoreError(kErrSyntax, "a query cannot hold a zero character");
+    prepared.bound[i] = Value();
     if (text && pattern)
       result = BindTo(prepared.statement, position, LikePattern(*text));
     else
       result = BindTo(prepared.statement, position, real ? AsLiteral(*real) : values[i]);
+    if (result == SQLITE_OK) prepared.bound[i] = values[i];
   }
   return result;
 }
@@ -166,7 +172,7 @@ Statement::Statement(Connection& connection, std::shared_ptr<PreparedStatement> 
 
 Statement::~Statement() {
   sqlite3_reset(statement_);
-  sqlite3_clear_bindings(statement_);
+  if (prepared_->language == Connection::kSqlite) sqlite3_clear_bindings(statement_);
 }
 
 Statement& Statement::Bind(int position, const Value& value) {

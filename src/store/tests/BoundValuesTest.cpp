@@ -247,6 +247,22 @@ TEST_F(BoundValues, AKeptQuerySeesTheColumnsThatAnotherProgramMadeMeanwhile) {
   EXPECT_EQ(cards->Text("Extra"), "new");
 }
 
+// What an asking leaves bound must not answer for the next one, nor a value that was refused.
+TEST_F(BoundValues, EachAskingIsAnsweredByItsOwnValues) {
+  for (const char* artist : {"A", "B", "C"}) AddCard(artist);
+  const std::string sql = "SELECT CODE FROM Discotheque WHERE AUTEUR LIKE ? AND CODE > ?";
+  const auto answer = [&](const Value& artist, const Value& code) {
+    return Answer(sql, {artist, code});
+  };
+  EXPECT_EQ(answer(std::string("*"), 1), "2 3 ");
+  EXPECT_EQ(answer(std::string("*"), 2), "3 ");
+  EXPECT_EQ(answer(std::string("b"), 1), "2 ");
+  EXPECT_EQ(answer(std::string("b\0", 2), 1), "error " + std::to_string(kErrSyntax));
+  EXPECT_EQ(answer(std::string("*"), 1), "2 3 ");
+  EXPECT_EQ(answer(std::string("*"), Value()), "");
+  EXPECT_EQ(answer(std::string("*"), 1), "2 3 ");
+}
+
 // More texts than are kept, then the first again.
 TEST_F(BoundValues, AQueryThatWasForgottenIsAskedAnew) {
   for (const char* artist : {"A", "B", "C"}) AddCard(artist);
