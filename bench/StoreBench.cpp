@@ -77,20 +77,21 @@ void SettingsReadWithoutCheck(benchmark::State& state) {
 BENCHMARK(SettingsReadWithoutCheck);
 
 void SeekByCode(benchmark::State& state) {
-  auto& cards = *Opened().Tables().Discotheque;
+  StationBase& base = Opened();
   int64_t code = 0;
   for (auto _ : state) {
-    cards.SetIndex("CODE");
-    cards.Seek("=", code = code * 7919 % kCards + 1);
-    benchmark::DoNotOptimize(cards.Int("DUREE"));
+    const auto cards = base.Table("Discotheque");
+    cards->SetIndex("CODE");
+    cards->Seek("=", code = code * 7919 % kCards + 1);
+    benchmark::DoNotOptimize(cards->Int("DUREE"));
   }
 }
 BENCHMARK(SeekByCode);
 
 void SeekByAccentedFileName(benchmark::State& state) {
-  auto& cards = *Opened().Tables().Discotheque;
-  cards.SetIndex("FILENAME");
-  for (auto _ : state) cards.Seek("=", std::string("/music/été.mp3"));
+  const auto cards = Opened().Table("Discotheque");
+  cards->SetIndex("FILENAME");
+  for (auto _ : state) cards->Seek("=", std::string("/music/été.mp3"));
 }
 BENCHMARK(SeekByAccentedFileName)->Unit(benchmark::kMillisecond);
 
@@ -103,11 +104,23 @@ BENCHMARK(CountLibrary);
 void PipLookUp(benchmark::State& state) {
   Database& database = Opened().Db();
   for (auto _ : state) {
-    benchmark::DoNotOptimize(
-        database.OpenRecordset("SELECT * FROM Toph WHERE Heure = 7 AND JourSemaine Like '??X*'"));
+    benchmark::DoNotOptimize(database.OpenRecordset(
+        "SELECT * FROM Toph WHERE Heure = ? AND JourSemaine Like ?", {7, std::string("??X*")}));
   }
 }
 BENCHMARK(PipLookUp);
+
+void QueryWithNewValue(benchmark::State& state) {
+  Database& database = Opened().Db();
+  int64_t number = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(database.OpenRecordset(
+        "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = ? AND SURIMPRESSION = 0 "
+        "ORDER BY LASTDIFF ASC;",
+        {++number}));
+  }
+}
+BENCHMARK(QueryWithNewValue);
 
 // A query whose text is new each time: translated and prepared anew.
 void QueryWithNewText(benchmark::State& state) {
@@ -124,10 +137,11 @@ BENCHMARK(QueryWithNewText);
 void OldestTitlesOfThreeGenres(benchmark::State& state) {
   Database& database = Opened().Db();
   for (auto _ : state) {
-    benchmark::DoNotOptimize(
-        database.OpenRecordset("Select * From Discotheque Where Genre In('GENRE 1', 'GENRE 2', "
-                               "'GENRE 3') And Tranche03 LIKE "
-                               "'???????1*' AND NBPASSJOUR > 0 ORDER BY Lastdiff ASC;"));
+    benchmark::DoNotOptimize(database.OpenRecordset(
+        "Select * From Discotheque Where Genre In(?, ?, ?) And Tranche03 LIKE ? AND NBPASSJOUR > 0 "
+        "ORDER BY Lastdiff ASC;",
+        {std::string("GENRE 1"), std::string("GENRE 2"), std::string("GENRE 3"),
+         std::string("???????1*")}));
   }
 }
 BENCHMARK(OldestTitlesOfThreeGenres)->Unit(benchmark::kMillisecond);

@@ -124,11 +124,11 @@ std::string JsonText(const Json& json) {
 void List(Desk& desk, bool asJson, std::ostream& out) {
   Station& station = desk.sim.station;
   Json array = Json::array();
-  Recordset& table = *station.base.Tables().GrillePub;
-  table.SetIndex("PRIORITY");
-  for (table.MoveFirst(); !table.Eof(); table.MoveNext()) {
+  const auto table = station.base.Table("GrillePub");
+  table->SetIndex("PRIORITY");
+  for (; !table->Eof(); table->MoveNext()) {
     CampaignForm form;
-    LoadCampaign(station, table, form);
+    LoadCampaign(station, *table, form);
     if (asJson) {
       array.push_back(RecordJson(form));
       array.back()["messages"] = CalculNbJourActif(form);

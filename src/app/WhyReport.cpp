@@ -31,8 +31,7 @@ struct Choice {
 std::optional<AiredElement> FindInBase(Station& station, int32_t code) {
   std::optional<AiredElement> found;
   station.base.Db().ReadRows(
-      "SELECT AUTEUR, TITRE, GENRE, LADATE, HEURE, DATENUM FROM Rapport WHERE CODE = " +
-          std::to_string(code),
+      "SELECT AUTEUR, TITRE, GENRE, LADATE, HEURE, DATENUM FROM Rapport WHERE CODE = ?", {code},
       [&](const RowView& row) {
         const auto text = [&](int column) { return std::string(row.Text(column)); };
         found = {code, text(0), text(1), text(2), text(3), text(4), row.Real(5)};
@@ -42,11 +41,10 @@ std::optional<AiredElement> FindInBase(Station& station, int32_t code) {
 
 bool PlayedSinceInBase(Station& station, const AiredElement& element, double moment) {
   bool played = false;
-  station.base.Db().ReadRows("SELECT CODE FROM Rapport WHERE CODE < " +
-                                 std::to_string(element.code) + " AND AUTEUR = '" +
-                                 SqlQuoted(element.artist) + "' AND TITRE = '" +
-                                 SqlQuoted(element.title) + "' AND DATENUM > " + SqlNumber(moment),
-                             [&](const RowView&) { played = true; });
+  station.base.Db().ReadRows(
+      "SELECT CODE FROM Rapport WHERE CODE < ? AND AUTEUR = ? AND TITRE = ? AND DATENUM > ?",
+      {element.code, element.artist, element.title, moment},
+      [&](const RowView&) { played = true; });
   return played;
 }
 

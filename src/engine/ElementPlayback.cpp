@@ -272,14 +272,14 @@ struct TitleCard {
 TitleCard ReadTitleCard(Station& station, int32_t code) {
   if (code <= 0) return {};
   try {
-    Recordset& card = *station.base.Tables().Discotheque;
-    if (!SeekCode(card, code)) return {.read = TitleCard::Read::kNoCard};
+    const auto card = station.base.Table("Discotheque");
+    if (!SeekCode(*card, code)) return {.read = TitleCard::Read::kNoCard};
     return {.read = TitleCard::Read::kWhole,
-            .exitMs = card.Int("POINTSORTIE"),
-            .introSec = static_cast<int32_t>(card.Int("INTRO")),
-            .file = card.Text("FILENAME"),
-            .comment = Trim(card.Text("COMMENTAIRE")),
-            .texts = ReportOfCard(card)};
+            .exitMs = card->Int("POINTSORTIE"),
+            .introSec = static_cast<int32_t>(card->Int("INTRO")),
+            .file = card->Text("FILENAME"),
+            .comment = Trim(card->Text("COMMENTAIRE")),
+            .texts = ReportOfCard(*card)};
   } catch (const StoreError& error) {
     LogError(station, kRoutine, error.Number(), error.what());
     return {.read = TitleCard::Read::kNotRead};

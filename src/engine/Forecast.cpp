@@ -22,16 +22,16 @@ std::string LibraryOrder(Station& station, const OnAirRow& row) {
   const char* word = nullptr;
   switch (code) {
     case Element::kJingle:
-      lookUp = "SELECT Code FROM DiscothequeJingle WHERE FileName = '";
+      lookUp = "SELECT Code FROM DiscothequeJingle WHERE FileName = ?";
       word = "insert jingle ";
       break;
     case Element::kSpot:
     case Element::kNews:
-      lookUp = "SELECT Code FROM GRILLEPUB WHERE FileNameAudio = '";
+      lookUp = "SELECT Code FROM GRILLEPUB WHERE FileNameAudio = ?";
       word = "insert spot ";
       break;
     case Element::kOther:
-      lookUp = "SELECT Code FROM DiscothequeVirgule WHERE FileName = '";
+      lookUp = "SELECT Code FROM DiscothequeVirgule WHERE FileName = ?";
       word = "insert other ";
       break;
     case Element::kBeginExtract:
@@ -39,7 +39,7 @@ std::string LibraryOrder(Station& station, const OnAirRow& row) {
     default:
       return {};
   }
-  const auto found = station.base.Db().OpenRecordset(lookUp + SqlQuoted(row.file) + "'");
+  const auto found = station.base.Db().OpenRecordset(lookUp, {row.file});
   return found->Eof() ? std::string() : word + std::to_string(found->Int("Code"));
 }
 

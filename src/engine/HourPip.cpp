@@ -62,11 +62,10 @@ void Announce(Station& station, const LocalDateTime& now) {
 
 Pip FindPip(Station& station, const LocalDateTime& now) {
   if (station.engine.PipSuppressed) return {};
-  const int nextHour = now.hour + 1;
-  const std::string hour = nextHour == 24 ? "00" : std::to_string(nextHour);
+  const int hour = (now.hour + 1) % 24;
   const std::string weekday(static_cast<size_t>(JourSemaineCourant(now) - 1), '?');
-  const auto pips = station.base.Db().OpenRecordset("SELECT * FROM Toph WHERE Heure = " + hour +
-                                                    " AND JourSemaine Like '" + weekday + "X*'");
+  const auto pips = station.base.Db().OpenRecordset(
+      "SELECT * FROM Toph WHERE Heure = ? AND JourSemaine Like ?", {hour, weekday + "X*"});
   if (pips->Eof()) return {};
   return {Trim(pips->Text("FICHIER")), pips->Bool("SURIMPRESSION")};
 }

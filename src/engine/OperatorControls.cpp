@@ -1,5 +1,6 @@
 #include "engine/OperatorControls.h"
 
+#include <memory>
 #include <utility>
 
 #include "engine/LiveMode.h"
@@ -60,26 +61,28 @@ void ShowDayGrid(Station& station) {
   station.gridFrame.previewOffered = true;
 }
 
-Recordset* FindInLibrary(Station& station, BrowseList list, int32_t code) {
-  TableCursors& tables = station.base.Tables();
-  Recordset* table = nullptr;
+const char* LibraryTable(BrowseList list) {
   switch (list) {
     case BrowseList::kMusic:
-      table = tables.Discotheque.get();
-      break;
+      return "Discotheque";
     case BrowseList::kJingles:
-      table = tables.DiscothequeJingle.get();
-      break;
+      return "DiscothequeJingle";
     case BrowseList::kSpots:
-      table = tables.GrillePub.get();
-      break;
+      return "GrillePub";
     case BrowseList::kOthers:
-      table = tables.DiscothequeVirgule.get();
-      break;
+      return "DiscothequeVirgule";
     case BrowseList::kToday:
       break;
   }
-  return table && SeekCode(*table, code) ? table : nullptr;
+  return nullptr;
+}
+
+// Null: the list is not one of the library, or its table has not the record.
+std::unique_ptr<Recordset> FindInLibrary(Station& station, BrowseList list, int32_t code) {
+  const char* table = LibraryTable(list);
+  if (!table) return nullptr;
+  auto record = station.base.Table(table);
+  return SeekCode(*record, code) ? std::move(record) : nullptr;
 }
 
 OnAirElement RowOfBrowseList(BrowseList list, const Recordset& record) {
@@ -107,7 +110,7 @@ void DeleteVoiceTrackRecord(Station& station, const OnAirElement& row) {
   const std::string question = "Delete Voice Track \n" + row.secondLine;
   if (station.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes) return;
   Transaction transaction(station.base.Db());
-  station.base.Db().Execute("DELETE * FROM VT WHERE Code = " + std::to_string(row.voiceTrack));
+  station.base.Db().Execute("DELETE * FROM VT WHERE Code = ?", {row.voiceTrack});
   transaction.Commit();
   if (station.platform.soundFiles.Exists(row.file)) station.platform.soundFiles.Remove(row.file);
 }
@@ -208,7 +211,7 @@ bool SetCheck(Station& station, std::string_view name, bool on) {
 
 std::optional<OnAirElement> RowFromLibrary(Station& station, BrowseList list, int32_t code) {
   try {
-    const Recordset* record = FindInLibrary(station, list, code);
+    const auto record = FindInLibrary(station, list, code);
     if (record) return RowOfBrowseList(list, *record);
   } catch (const std::exception&) {
     LogCurrentException(station, "ListRech");

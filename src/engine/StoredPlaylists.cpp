@@ -33,60 +33,65 @@ bool FindVoiceTrack(Recordset& vt, int64_t code) {
 // Nothing for a record that is gone.
 std::optional<OnAirElement> StoredRow(Station& station, int64_t kind, int64_t record,
                                       bool lastPlayed) {
-  TableCursors& tables = station.base.Tables();
-  const auto row = [record](Recordset& table, OnAirElement (*make)(const Recordset&)) {
-    return SeekCode(table, record) ? std::optional(make(table)) : std::nullopt;
+  const auto row = [&](const char* table, const auto& make) {
+    const auto found = station.base.Table(table);
+    return SeekCode(*found, record) ? std::optional<OnAirElement>(make(*found)) : std::nullopt;
   };
-  if (kind > 0) {
-    if (!SeekCode(*tables.Discotheque, record)) return std::nullopt;
-    return MusicRow(*tables.Discotheque, lastPlayed);
-  }
+  if (kind > 0)
+    return row("Discotheque", [=](const Recordset& card) { return MusicRow(card, lastPlayed); });
   switch (kind) {
     case Element::kJingle:
-      return row(*tables.DiscothequeJingle, JingleRow);
+      return row("DiscothequeJingle", JingleRow);
     case Element::kSpot:
-      return row(*tables.GrillePub, SpotRow);
+      return row("GrillePub", SpotRow);
     case Element::kNews:
-      return row(*tables.GrillePub, NewsRow);
+      return row("GrillePub", NewsRow);
     case Element::kOther:
-      return row(*tables.DiscothequeVirgule, OtherRow);
+      return row("DiscothequeVirgule", OtherRow);
     case Element::kBeginExtract:
       return BeginExtractRow();
-    case Element::kVoiceTrack:
-      if (!FindVoiceTrack(*tables.VT, record)) return std::nullopt;
-      return VoiceTrackRow(*tables.VT);
+    case Element::kVoiceTrack: {
+      const auto vt = station.base.Table("VT");
+      if (!FindVoiceTrack(*vt, record)) return std::nullopt;
+      return VoiceTrackRow(*vt);
+    }
     default:
       return std::nullopt;
   }
 }
 
-// "DISCOTHEQUE, FICHE" of a row as it is stored; empty for a row that is left out: one of another
-// kind, or one whose file its table does not know (any more).
-std::string StoredPair(Station& station, const OnAirElement& row) {
+// Of a row as it is stored.
+struct StoredPlace {
+  int64_t DISCOTHEQUE = 0, FICHE = 0;
+};
+
+// Nothing for a row that is left out: one of another kind, or one whose file its table does not
+// know (any more).
+std::optional<StoredPlace> PlaceOf(Station& station, const OnAirElement& row) {
   const int32_t code = row.code;
-  if (code > 0) return std::to_string(code) + "," + std::to_string(code);
+  if (code > 0) return StoredPlace{code, code};
   const char* lookUp = nullptr;
   switch (code) {
     case Element::kJingle:
-      lookUp = "SELECT Code FROM DiscothequeJingle WHERE FileName = '";
+      lookUp = "SELECT Code FROM DiscothequeJingle WHERE FileName = ?";
       break;
     case Element::kSpot:
     case Element::kNews:
-      lookUp = "SELECT Code FROM GRILLEPUB WHERE FileNameAudio = '";
+      lookUp = "SELECT Code FROM GRILLEPUB WHERE FileNameAudio = ?";
       break;
     case Element::kOther:
-      lookUp = "SELECT Code FROM DiscothequeVirgule WHERE FileName = '";
+      lookUp = "SELECT Code FROM DiscothequeVirgule WHERE FileName = ?";
       break;
     case Element::kBeginExtract:
-      return "-6,-6";
+      return StoredPlace{code, code};
     case Element::kVoiceTrack:
-      return "-30," + std::to_string(row.voiceTrack);
+      return StoredPlace{code, row.voiceTrack};
     default:
-      return {};
+      return std::nullopt;
   }
-  const auto found = station.base.Db().OpenRecordset(lookUp + SqlQuoted(row.file) + "'");
-  if (found->Eof()) return {};
-  return std::to_string(code) + "," + std::to_string(found->Int("Code"));
+  const auto found = station.base.Db().OpenRecordset(lookUp, {row.file});
+  if (found->Eof()) return std::nullopt;
+  return StoredPlace{code, found->Int("Code")};
 }
 
 // A step of the saving that fails by its own fault is logged and ends alone; those behind it go on.
@@ -106,34 +111,31 @@ bool TryStep(Station& station, Step step) {
 int32_t SaveHead(Station& station) {
   const StoredListEditor& editor = station.storedList;
   Database& db = station.base.Db();
-  const std::string date = SqlQuoted(editor.LblDate);
-  const std::string time = SqlQuoted(editor.ChHeure);
-  const std::string label = SqlQuoted(FirstCharacters(editor.ComboPLS.text, kLabelWidth));
-  const std::string option = std::to_string(editor.OptPls);
+  const std::string label = FirstCharacters(editor.ComboPLS.text, kLabelWidth);
   if (editor.LblCodePL != 0) {
     TryStep(station, [&] {
-      db.Execute("UPDATE PLAYLIST SET LADATE = '" + date + "', LHEURE = '" + time +
-                 "', LIBELLE = '" + label + "', NOJINGLE = " + option +
-                 " WHERE CODE = " + std::to_string(editor.LblCodePL));
+      db.Execute(
+          "UPDATE PLAYLIST SET LADATE = ?, LHEURE = ?, LIBELLE = ?, NOJINGLE = ? WHERE CODE = ?",
+          {editor.LblDate, editor.ChHeure, label, editor.OptPls, editor.LblCodePL});
     });
     return editor.LblCodePL;
   }
   const bool added = TryStep(station, [&] {
-    db.Execute("INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES('" + date + "','" +
-               time + "','" + label + "'," + option + ")");
+    db.Execute("INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES(?,?,?,?)",
+               {editor.LblDate, editor.ChHeure, label, editor.OptPls});
   });
   return added ? static_cast<int32_t>(db.LastInsertCode()) : 0;
 }
 
 void SaveRows(Station& station, int32_t listCode) {
   Database& db = station.base.Db();
-  const std::string code = std::to_string(listCode);
-  TryStep(station, [&] { db.Execute("DELETE * FROM Pls WHERE NUMPLS = " + code); });
+  TryStep(station, [&] { db.Execute("DELETE * FROM Pls WHERE NUMPLS = ?", {listCode}); });
   for (const OnAirElement& row : station.PL) {
     TryStep(station, [&] {
-      const std::string pair = StoredPair(station, row);
-      if (pair.empty()) return;
-      db.Execute("INSERT INTO PLS(NUMPLS, DISCOTHEQUE, FICHE) VALUES(" + code + "," + pair + ")");
+      const std::optional<StoredPlace> place = PlaceOf(station, row);
+      if (!place) return;
+      db.Execute("INSERT INTO PLS(NUMPLS, DISCOTHEQUE, FICHE) VALUES(?,?,?)",
+                 {listCode, place->DISCOTHEQUE, place->FICHE});
     });
   }
 }
@@ -150,14 +152,13 @@ void SaveList(Station& station) {
 // Deletes the records of the voice tracks of a list that goes. Their sound files.
 std::vector<std::string> DeleteVoiceTracks(Station& station, int32_t listCode) {
   const auto rows = station.base.Db().OpenRecordset(
-      "SELECT FICHE FROM Pls WHERE NUMPLS = " + std::to_string(listCode) +
-      " AND DISCOTHEQUE = -30");
+      "SELECT FICHE FROM Pls WHERE NUMPLS = ? AND DISCOTHEQUE = -30", {listCode});
   std::vector<std::string> files;
-  Recordset& vt = *station.base.Tables().VT;
+  const auto vt = station.base.Table("VT");
   for (; !rows->Eof(); rows->MoveNext()) {
-    if (!FindVoiceTrack(vt, rows->Int("FICHE"))) continue;
-    files.push_back(vt.Text("FILENAME"));
-    vt.Delete();
+    if (!FindVoiceTrack(*vt, rows->Int("FICHE"))) continue;
+    files.push_back(vt->Text("FILENAME"));
+    vt->Delete();
   }
   return files;
 }
@@ -167,8 +168,8 @@ void DeleteList(Station& station, int32_t code) {
   Database& db = station.base.Db();
   WholeTransaction transaction(db);
   const std::vector<std::string> voiceTracks = DeleteVoiceTracks(station, code);
-  db.Execute("DELETE * FROM Playlist WHERE Code = " + std::to_string(code));
-  db.Execute("DELETE * FROM Pls WHERE NUMPLS = " + std::to_string(code));
+  db.Execute("DELETE * FROM Playlist WHERE Code = ?", {code});
+  db.Execute("DELETE * FROM Pls WHERE NUMPLS = ?", {code});
   transaction.Commit();
   SoundFiles& soundFiles = station.platform.soundFiles;
   for (const std::string& file : voiceTracks)
@@ -184,8 +185,7 @@ const StoredListEditor::Item* ChosenItem(const StoredListEditor::Combo& combo) {
 
 std::vector<OnAirElement> StoredRows(Station& station, int32_t listCode, bool lastPlayed) {
   const auto stored = station.base.Db().OpenRecordset(
-      "SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = " + std::to_string(listCode) +
-      " ORDER BY CODE");
+      "SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = ? ORDER BY CODE", {listCode});
   std::vector<OnAirElement> rows;
   for (; !stored->Eof(); stored->MoveNext())
     if (auto row = StoredRow(station, stored->Int("DISCOTHEQUE"), stored->Int("FICHE"), lastPlayed))
@@ -198,11 +198,10 @@ void LoadPlaylist(Station& station) {
   combo.items.clear();
   combo.index = -1;
   try {
-    Recordset& playlist = *station.base.Tables().Playlist;
-    playlist.SetIndex("");
-    for (playlist.MoveFirst(); !playlist.Eof(); playlist.MoveNext())
+    const auto playlist = station.base.Table("Playlist");
+    for (; !playlist->Eof(); playlist->MoveNext())
       combo.items.push_back(
-          {Trim(playlist.Text("LIBELLE")), static_cast<int32_t>(playlist.Int("CODE"))});
+          {Trim(playlist->Text("LIBELLE")), static_cast<int32_t>(playlist->Int("CODE"))});
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadPlaylist");
   }
@@ -213,17 +212,17 @@ void ComboPLS_Click(Station& station) {
   const StoredListEditor::Item* item = ChosenItem(editor.ComboPLS);
   if (!item) return;
   try {
-    Recordset& playlist = *station.base.Tables().Playlist;
-    if (!SeekCode(playlist, item->data)) return;
+    const auto playlist = station.base.Table("Playlist");
+    if (!SeekCode(*playlist, item->data)) return;
     const std::vector<OnAirElement> rows =
-        StoredRows(station, static_cast<int32_t>(playlist.Int("CODE")), true);
+        StoredRows(station, static_cast<int32_t>(playlist->Int("CODE")), true);
     station.PL.Clear();
     for (const OnAirElement& row : rows) station.PL.Add(row);
-    editor.ComboPLS.text = playlist.Text("LIBELLE");
-    editor.LblDate = playlist.Text("LADATE");
-    editor.ChHeure = playlist.Text("LHEURE");
-    editor.OptPls = static_cast<int>(playlist.Int("NOJINGLE"));
-    editor.LblCodePL = static_cast<int32_t>(playlist.Int("CODE"));
+    editor.ComboPLS.text = playlist->Text("LIBELLE");
+    editor.LblDate = playlist->Text("LADATE");
+    editor.ChHeure = playlist->Text("LHEURE");
+    editor.OptPls = static_cast<int>(playlist->Int("NOJINGLE"));
+    editor.LblCodePL = static_cast<int32_t>(playlist->Int("CODE"));
   } catch (const std::exception&) {
     LogCurrentException(station, "ComboPLS");
   }

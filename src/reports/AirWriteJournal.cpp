@@ -43,7 +43,7 @@ std::string HeadLine(const Station& station) {
 
 std::string WriteLine(const AirWrite& write) {
   std::string line = QuotedField(kKinds[static_cast<size_t>(write.kind)]);
-  line += ',' + std::to_string(write.code) + ',' + SqlNumber(write.row.DATENUM);
+  line += ',' + std::to_string(write.code) + ',' + AsText(write.row.DATENUM);
   for (const auto text : kTexts) line += ',' + QuotedField(write.row.*text);
   line += ',' + QuotedField(write.where) + ',' + QuotedField(write.detail);
   return line += kLineEnd;

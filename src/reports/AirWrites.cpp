@@ -47,38 +47,38 @@ bool IsReport(const AirWrite& write) {
 
 // DIFFUSION01 to 08 move down one place; the newest holds the moment.
 void MarkTitle(Station& station, const AirWrite& write) {
-  Recordset& card = *station.base.Tables().Discotheque;
-  if (!SeekCode(card, write.code)) return;
-  card.Edit();
+  const auto card = station.base.Table("Discotheque");
+  if (!SeekCode(*card, write.code)) return;
+  card->Edit();
   for (int n = 8; n >= 2; --n)
-    card.Set("DIFFUSION" + TwoDigits(n), card.Field("DIFFUSION" + TwoDigits(n - 1)));
-  card.Set("DIFFUSION01", BroadcastText(write.row));
-  card.Set("LASTDIFF", write.row.DATENUM);
-  card.Update();
+    card->Set("DIFFUSION" + TwoDigits(n), card->Field("DIFFUSION" + TwoDigits(n - 1)));
+  card->Set("DIFFUSION01", BroadcastText(write.row));
+  card->Set("LASTDIFF", write.row.DATENUM);
+  card->Update();
 }
 
-void MarkLastPlayed(Recordset& table, const AirWrite& write) {
-  if (!SeekCode(table, write.code)) return;
-  table.Edit();
-  table.Set("LASTDIFF", write.row.DATENUM);
-  table.Update();
+void MarkLastPlayed(Station& station, const char* table, const AirWrite& write) {
+  const auto card = station.base.Table(table);
+  if (!SeekCode(*card, write.code)) return;
+  card->Edit();
+  card->Set("LASTDIFF", write.row.DATENUM);
+  card->Update();
 }
 
 void StoreSetting(Station& station, const char* field, int64_t value) {
-  Recordset& settings = *station.base.Tables().Cnf;
-  settings.MoveFirst();
-  settings.Edit();
-  settings.Set(field, value);
-  settings.Update();
+  const auto settings = station.base.Table("Cnf");
+  settings->Edit();
+  settings->Set(field, value);
+  settings->Update();
   station.base.CheckCnf();
 }
 
 // The row of a music title as it is to be stored; nothing when it waits for a card that is gone.
 std::optional<ReportRow> MusicRow(Station& station, const AirWrite& write) {
   if (write.code == 0) return write.row;
-  Recordset& card = *station.base.Tables().Discotheque;
-  if (!SeekCode(card, write.code)) return std::nullopt;
-  ReportRow row = ReportOfCard(card);
+  const auto card = station.base.Table("Discotheque");
+  if (!SeekCode(*card, write.code)) return std::nullopt;
+  ReportRow row = ReportOfCard(*card);
   row.LADATE = write.row.LADATE;
   row.HEURE = write.row.HEURE;
   row.DATENUM = write.row.DATENUM;
@@ -107,10 +107,10 @@ void Do(Station& station, const AirWrite& write, std::vector<ReportRow>& told) {
       MarkTitle(station, write);
       break;
     case AirWrite::Kind::kJinglePlayed:
-      MarkLastPlayed(*station.base.Tables().DiscothequeJingle, write);
+      MarkLastPlayed(station, "DiscothequeJingle", write);
       break;
     case AirWrite::Kind::kOtherPlayed:
-      MarkLastPlayed(*station.base.Tables().DiscothequeVirgule, write);
+      MarkLastPlayed(station, "DiscothequeVirgule", write);
       break;
     case AirWrite::Kind::kLastJingle:
       StoreSetting(station, "JingleCode", write.code);
@@ -184,9 +184,8 @@ std::multiset<RowKey> RowsLike(Station& station, const std::deque<AirWrite>& wri
   std::multiset<RowKey> rows;
   station.base.Db().ReadRows(
       "SELECT LADATE, HEURE, GENRE, AUTEUR, TITRE, VARIETE, LABEL, REFERENCE, AUTEURCOMPOSITEUR "
-      "FROM Rapport WHERE DATENUM >= " +
-          SqlNumber(moment - kSecond / 2),
-      [&](const RowView& row) {
+      "FROM Rapport WHERE DATENUM >= ?",
+      {moment - kSecond / 2}, [&](const RowView& row) {
         const auto text = [&row](int column) { return std::string(row.Text(column)); };
         rows.emplace(text(0), text(1), text(2), text(3), text(4), text(5), text(6), text(7),
                      text(8));
@@ -196,8 +195,8 @@ std::multiset<RowKey> RowsLike(Station& station, const std::deque<AirWrite>& wri
 
 bool Stands(Station& station, const AirWrite& write, std::multiset<RowKey>& rows) {
   if (write.kind == AirWrite::Kind::kTitlePlayed) {
-    Recordset& card = *station.base.Tables().Discotheque;
-    return SeekCode(card, write.code) && card.Real("LASTDIFF") >= write.row.DATENUM - kSecond / 2;
+    const auto card = station.base.Table("Discotheque");
+    return SeekCode(*card, write.code) && card->Real("LASTDIFF") >= write.row.DATENUM - kSecond / 2;
   }
   if (!IsReport(write)) return false;  // written twice is the same as once
   const auto row = MusicRow(station, write);

@@ -31,36 +31,30 @@ ReportRow ReportOfCard(const Recordset& card) {
 }
 
 ReportRow AppendReportRow(Station& station, ReportRow row) {
-  Recordset& rapport = *station.base.Tables().Rapport;
-  rapport.AddNew();
-  rapport.Set("LADATE", row.LADATE);
-  rapport.Set("HEURE", row.HEURE);
-  rapport.Set("AUTEURCOMPOSITEUR", row.AUTEURCOMPOSITEUR);
-  rapport.Set("AUTEUR", row.AUTEUR);
-  rapport.Set("TITRE", row.TITRE);
-  rapport.Set("GENRE", row.GENRE);
-  rapport.Set("VARIETE", row.VARIETE);
-  rapport.Set("DATENUM", row.DATENUM);
-  rapport.Set("REFERENCE", row.REFERENCE);
-  rapport.Set("LABEL", row.LABEL);
-  rapport.Update();
+  const auto rapport = station.base.Table("Rapport");
+  rapport->AddNew();
+  rapport->Set("LADATE", row.LADATE);
+  rapport->Set("HEURE", row.HEURE);
+  rapport->Set("AUTEURCOMPOSITEUR", row.AUTEURCOMPOSITEUR);
+  rapport->Set("AUTEUR", row.AUTEUR);
+  rapport->Set("TITRE", row.TITRE);
+  rapport->Set("GENRE", row.GENRE);
+  rapport->Set("VARIETE", row.VARIETE);
+  rapport->Set("DATENUM", row.DATENUM);
+  rapport->Set("REFERENCE", row.REFERENCE);
+  rapport->Set("LABEL", row.LABEL);
+  rapport->Update();
   row.CODE = station.base.Db().LastInsertCode();
   return row;
 }
 
 ReportRow InsertReportRow(Station& station, ReportRow row) {
   Database& db = station.base.Db();
-  const std::string separator = "','";
-  std::string sql =
+  db.Execute(
       "INSERT INTO Rapport (LADATE, HEURE, AUTEURCOMPOSITEUR, AUTEUR, TITRE, GENRE, VARIETE, "
-      "LABEL, "
-      "REFERENCE, DATENUM) VALUES ('" +
-      row.LADATE + separator + row.HEURE;
-  for (const std::string* field : {&row.AUTEURCOMPOSITEUR, &row.AUTEUR, &row.TITRE, &row.GENRE,
-                                   &row.VARIETE, &row.LABEL, &row.REFERENCE})
-    sql += separator + SqlQuoted(*field);
-  sql += "', " + SqlNumber(row.DATENUM) + ")";
-  db.Execute(sql);
+      "LABEL, REFERENCE, DATENUM) VALUES (?,?,?,?,?,?,?,?,?, ?)",
+      {row.LADATE, row.HEURE, row.AUTEURCOMPOSITEUR, row.AUTEUR, row.TITRE, row.GENRE, row.VARIETE,
+       row.LABEL, row.REFERENCE, row.DATENUM});
   row.CODE = db.LastInsertCode();
   return row;
 }

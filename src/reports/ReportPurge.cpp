@@ -56,11 +56,11 @@ void KeepLimit(Station& station, int64_t limit) {
 void PurgeRapport(Station& station, int64_t days) {
   try {
     const int64_t limit = LimitOf(station, days);
-    const std::string old = " FROM Rapport WHERE DATENUM <= " + std::to_string(limit);
     Database& db = station.base.Db();
-    if (!db.OpenRecordset("SELECT TOP 1 CODE" + old)->Eof()) KeepLimit(station, limit);
+    const auto old = db.OpenRecordset("SELECT TOP 1 CODE FROM Rapport WHERE DATENUM <= ?", {limit});
+    if (!old->Eof()) KeepLimit(station, limit);
     Transaction transaction(db);
-    db.Execute("DELETE *" + old);
+    db.Execute("DELETE * FROM Rapport WHERE DATENUM <= ?", {limit});
     transaction.Commit();
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine);

@@ -30,9 +30,10 @@ std::string TabbedLine(const RowView& row) {
 // Rows of one moment stand newest first as well.
 std::vector<std::string> NewestLines(Station& station, int64_t count) {
   std::vector<std::string> lines;
-  const std::string sql = "SELECT TOP " + std::to_string(count) + " " + std::string(kFields) +
+  const std::string sql = "SELECT TOP ? " + std::string(kFields) +
                           " FROM Rapport WHERE Code > 0 ORDER BY DATENUM DESC, Code DESC";
-  station.base.Db().ReadRows(sql, [&](const RowView& row) { lines.push_back(TabbedLine(row)); });
+  station.base.Db().ReadRows(sql, {count},
+                             [&](const RowView& row) { lines.push_back(TabbedLine(row)); });
   return lines;
 }
 

@@ -16,9 +16,9 @@ namespace {
 std::vector<BrowseRow> RowsSince(Station& station, double serial) {
   std::vector<BrowseRow> rows;
   station.base.Db().ReadRows(
-      "SELECT Auteur, Titre, Genre, Variete FROM Rapport WHERE DATENUM >= " + SqlNumber(serial) +
-          " ORDER BY DATENUM DESC, Code DESC",
-      [&](const RowView& row) {
+      "SELECT Auteur, Titre, Genre, Variete FROM Rapport WHERE DATENUM >= ? "
+      "ORDER BY DATENUM DESC, Code DESC",
+      {serial}, [&](const RowView& row) {
         BrowseRow aired;
         for (int column = 0; column < 4; ++column)
           aired.cells[static_cast<size_t>(column)] = std::string(row.Text(column));

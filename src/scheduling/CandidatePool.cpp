@@ -90,10 +90,10 @@ class ArtistTests {
 
 // Without an order and past the genre's index: for the greater part of a library one walk in the
 // order of the file is several times faster than either, and the few numbers sort quickly here.
-CandidateCards::CandidateCards(Station& station, const std::string& condition, Order order) {
+CandidateCards::CandidateCards(Station& station, const BoundQuery& condition, Order order) {
   const std::string query = "Select " + QueryColumns(JourSemaineCourant(station.Now())) +
-                            " From Discotheque Where +" + condition;
-  station.base.Db().ReadRows(query, [this](const RowView& row) { Take(row); });
+                            " From Discotheque Where +" + condition.text;
+  station.base.Db().ReadRows(query, condition.values, [this](const RowView& row) { Take(row); });
   RankArtists();
   Sort(order);
 }
@@ -236,14 +236,19 @@ OnAirElement CandidateCards::ElementOf(int card) const {
           .lastPlayed = std::isfinite(numbers.lastdiff) ? numbers.lastdiff : 0};
 }
 
-std::string GenreCondition(const std::vector<std::string>& genres) {
-  std::string condition = "Genre In('";
-  for (const std::string& genre : genres) condition += SqlQuoted(genre) + "', '";
-  return condition.substr(0, condition.size() - 3);
+BoundQuery GenreCondition(const std::vector<std::string>& genres) {
+  if (genres.empty()) return {"Genre I"};
+  BoundQuery condition{"Genre In("};
+  const char* separator = "";
+  for (const std::string& genre : genres) {
+    condition.Add(std::string(separator) + "?", {genre});
+    separator = ", ";
+  }
+  return condition;
 }
 
-std::string HourCondition(int weekday, int hour) {
-  return ")" + HourFilter(weekday, hour);
+BoundQuery HourCondition(int weekday, int hour) {
+  return BoundQuery{")"}.Add(HourFilter(weekday, hour));
 }
 
 Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& used,

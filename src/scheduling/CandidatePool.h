@@ -18,6 +18,7 @@
 #include "scheduling/TitlesInUse.h"
 #include "station/OnAirElement.h"
 #include "station/RequestState.h"
+#include "store/BoundQuery.h"
 
 namespace zemo {
 
@@ -31,9 +32,9 @@ class CandidateCards {
     kPassesThenLastdiff,  // the most passes a day first, then as above
   };
 
-  // `condition` is the query's text behind "Where ", without its order; equal keys come by CODE.
+  // `condition` is the query behind "Where ", without its order; equal keys come by CODE.
   // Throws StoreError.
-  CandidateCards(Station& station, const std::string& condition, Order order);
+  CandidateCards(Station& station, const BoundQuery& condition, Order order);
 
   int Count() const { return static_cast<int>(cards_.size()); }
   int32_t Code(int card) const { return At(card).code; }
@@ -99,11 +100,12 @@ class CandidateCards {
 // Cards of `cards` by number, in the order in which they will be offered.
 using Pool = std::vector<int>;
 
-// "Genre In('A', 'B'" of the genres given, the query's own way: behind the last name the three
-// characters of the separator are cut, so that no name at all leaves a text that is no query.
-std::string GenreCondition(const std::vector<std::string>& genres);
-// ") And Tranche06 LIKE '??????????1*'": allowed in that hour of that weekday (1 Monday to 7).
-std::string HourCondition(int weekday, int hour);
+// "Genre In(?, ?" with the genres given, which the query closes. No name at all leaves a text that
+// is no query: a request without genres ends with that fault.
+BoundQuery GenreCondition(const std::vector<std::string>& genres);
+// ") And Tranche06 LIKE ?" with '??????????1*': allowed in that hour of that weekday (1 Monday
+// to 7).
+BoundQuery HourCondition(int weekday, int hour);
 
 // Walks the cards and takes those that the rotation rules, the titles in use and the artist tests
 // let through. The walk ends with the first title above `limit`. Yields. Throws.

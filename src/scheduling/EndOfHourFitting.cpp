@@ -118,9 +118,10 @@ PipRow FindPipRow(const Station& station, double leftSec) {
 // The instrumental that rested longest of those longer than the gap; the pip then cuts or covers
 // it.
 void InsertInstrumental(Station& station, int position, int64_t gapSec) {
-  const auto titles = station.base.Db().OpenRecordset(
-      "Select * From Discotheque Where Genre In('INSTRUMENTAL') AND DUREE > " +
-      std::to_string(gapSec * 1000) + HourFilterOfNow(station) + " ORDER BY Lastdiff ASC;");
+  BoundQuery asked{"Select * From Discotheque Where Genre In('INSTRUMENTAL') AND DUREE > ?",
+                   {gapSec * 1000}};
+  asked.Add(HourFilterOfNow(station)).Add(" ORDER BY Lastdiff ASC;");
+  const auto titles = station.base.Db().OpenRecordset(asked.text, asked.values);
   if (titles->Eof()) return;
   OnAirElement element = MusicRow(*titles);
   if (element.title.empty()) element.title = "Code " + titles->Text("CODE");

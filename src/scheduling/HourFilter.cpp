@@ -8,20 +8,26 @@
 
 namespace zemo {
 
-std::string HourFilter(int weekday, int hour) {
+BoundQuery HourFilter(int weekday, int hour) {
   const std::string hoursBefore(static_cast<size_t>(hour), '?');
-  return " And Tranche" + TwoDigits(weekday) + " LIKE '" + hoursBefore + "1*'";
+  return {" And Tranche" + TwoDigits(weekday) + " LIKE ?", {hoursBefore + "1*"}};
 }
 
-std::string HourFilterOfNow(Station& station) {
+BoundQuery HourFilterOfNow(Station& station) {
   return HourFilter(JourSemaineCourant(station.Now()), HeureCourante(station));
 }
 
 bool InDateWindow(std::string_view mmjjDebut, std::string_view mmjjFin,
-                  const LocalDateTime& today) {
-  if (Trim(mmjjDebut).empty() || Trim(mmjjFin).empty()) return true;
-  const std::string mmdd = TwoDigits(today.month) + TwoDigits(today.day);
-  return mmdd >= mmjjDebut && mmdd <= mmjjFin;
+                  std::string_view mmjjToday) {
+  const auto blank = [](std::string_view day) {
+    return day.find_first_not_of(' ') == std::string_view::npos;
+  };
+  if (blank(mmjjDebut) || blank(mmjjFin)) return true;
+  return mmjjToday >= mmjjDebut && mmjjToday <= mmjjFin;
+}
+
+std::string MonthDay(const LocalDateTime& today) {
+  return TwoDigits(today.month) + TwoDigits(today.day);
 }
 
 }  // namespace zemo

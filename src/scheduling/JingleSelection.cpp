@@ -17,7 +17,6 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
-#include "store/SeekCode.h"
 
 namespace zemo {
 
@@ -40,7 +39,7 @@ bool NoMusicNext(const Station& station) {
 
 // Moves to the first row whose date window is open; false when there is none.
 bool MoveToOpenWindow(const Station& station, Recordset& jingles) {
-  const LocalDateTime today = station.Now();
+  const std::string today = MonthDay(station.Now());
   while (!jingles.Eof() && !InDateWindow(jingles.Text("MMJJDebut"), jingles.Text("MMJJFin"), today))
     jingles.MoveNext();
   return !jingles.Eof();
@@ -133,17 +132,17 @@ bool ArmOverlay(Station& station, const char* routine, const Recordset& pick) {
 
 // --- FindJingle ---
 
-std::string JingleQuery(Station& station, bool overlay, int32_t maxMs) {
-  std::string sql =
-      "SELECT * FROM DiscothequeJingle Where GENREASSOCIE = '' And JingleExtraitYN = 0" +
-      HourFilterOfNow(station);
+BoundQuery JingleQuery(Station& station, bool overlay, int32_t maxMs) {
+  BoundQuery query{
+      "SELECT * FROM DiscothequeJingle Where GENREASSOCIE = '' And JingleExtraitYN = 0"};
+  query.Add(HourFilterOfNow(station));
   if (overlay) {
-    sql += " AND SURIMPRESSION = 1 AND CODE <> " + station.base.CnfText(Cnf::kJingleCodeIntro);
-    if (maxMs >= 1) sql += " AND DUREE < " + std::to_string(maxMs);
+    query.Add(" AND SURIMPRESSION = 1 AND CODE <> ?", {station.base.CnfInt(Cnf::kJingleCodeIntro)});
+    if (maxMs >= 1) query.Add(" AND DUREE < ?", {maxMs});
   } else {
-    sql += " AND SURIMPRESSION = 0 AND CODE <> " + station.base.CnfText(Cnf::kJingleCode);
+    query.Add(" AND SURIMPRESSION = 0 AND CODE <> ?", {station.base.CnfInt(Cnf::kJingleCode)});
   }
-  return sql + " ORDER BY Lastdiff";
+  return query.Add(" ORDER BY Lastdiff");
 }
 
 // --- FindJingleAssocieAvantTitre ---
@@ -153,11 +152,13 @@ std::string JingleQuery(Station& station, bool overlay, int32_t maxMs) {
 Query OpenTitleJingles(Station& station, int32_t titleCode) {
   Database& db = station.base.Db();
   Query own = db.OpenRecordset(
-      "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = " + std::to_string(titleCode) +
-      " AND SURIMPRESSION = 0 ORDER BY LASTDIFF ASC;");
+      "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = ? AND SURIMPRESSION = 0 "
+      "ORDER BY LASTDIFF ASC;",
+      {titleCode});
   if (!own->Eof() || station.PL.Empty() || Trim(station.PL.Row(1).title).empty()) return own;
-  return db.OpenRecordset("SELECT * FROM DiscothequeJingle WHERE ARTISTEASSOCIE = '" +
-                          SqlQuoted(station.PL.Row(1).title) + "' ORDER BY LASTDIFF ASC;");
+  return db.OpenRecordset(
+      "SELECT * FROM DiscothequeJingle WHERE ARTISTEASSOCIE = ? ORDER BY LASTDIFF ASC;",
+      {station.PL.Row(1).title});
 }
 
 // Row 2 as the list stands now: when a jingle went in before the title, that is before the title
@@ -188,9 +189,9 @@ void FindJingle(Station& station, bool overlay, int32_t maxMs) {
   if (NoMusicNext(station)) return;                                     // 2
   int64_t code = 0;
   try {
-    const Query jingles =
-        station.base.Db().OpenRecordset(JingleQuery(station, overlay, maxMs));  // 3
-    if (!MoveToOpenWindow(station, *jingles)) return;                           // 4
+    const BoundQuery asked = JingleQuery(station, overlay, maxMs);
+    const Query jingles = station.base.Db().OpenRecordset(asked.text, asked.values);  // 3
+    if (!MoveToOpenWindow(station, *jingles)) return;                                 // 4
     code = jingles->Int("CODE");
     if (overlay)  // 5
       ArmOverlay(station, kRoutine, *jingles);
@@ -210,8 +211,9 @@ bool FindJingleAssocie(Station& station, int32_t titleCode) {
   bool found = false;
   try {
     const Query jingles = station.base.Db().OpenRecordset(
-        "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = " + std::to_string(titleCode) +
-        " AND SURIMPRESSION = 1 Order By Lastdiff");
+        "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = ? AND SURIMPRESSION = 1 "
+        "Order By Lastdiff",
+        {titleCode});
     if (jingles->Eof()) return false;
     found = ArmOverlay(station, kRoutine, *jingles);
     MarkPlayed(station, {kRoutine, CodeText(titleCode)}, AirWrite::Kind::kJinglePlayed, *jingles);
@@ -254,9 +256,9 @@ bool FindJingleAssocieGenre(Station& station, const std::string& genre) {
   if (engine.CodeEnCours < 0 || genre.empty()) return false;
   bool found = false;
   try {
-    const Query jingles = station.base.Db().OpenRecordset(
-        "SELECT * FROM DiscothequeJingle WHERE GENREASSOCIE = '" + SqlQuoted(genre) + "'" +
-        HourFilterOfNow(station) + " AND SURIMPRESSION = 0  ORDER BY Lastdiff");
+    BoundQuery asked{"SELECT * FROM DiscothequeJingle WHERE GENREASSOCIE = ?", {genre}};
+    asked.Add(HourFilterOfNow(station)).Add(" AND SURIMPRESSION = 0  ORDER BY Lastdiff");
+    const Query jingles = station.base.Db().OpenRecordset(asked.text, asked.values);
     if (!MoveToOpenWindow(station, *jingles)) return false;
     InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
     found = true;
@@ -271,9 +273,9 @@ void FindJingleExtrait(Station& station, int16_t row) {
   constexpr const char* kRoutine = "FindJingleExtrait";
   int64_t code = 0;
   try {
-    const Query jingles = station.base.Db().OpenRecordset(
-        "SELECT * FROM DiscothequeJingle Where JingleExtraitYN = 1" + HourFilterOfNow(station) +
-        " ORDER BY Lastdiff");
+    BoundQuery asked{"SELECT * FROM DiscothequeJingle Where JingleExtraitYN = 1"};
+    asked.Add(HourFilterOfNow(station)).Add(" ORDER BY Lastdiff");
+    const Query jingles = station.base.Db().OpenRecordset(asked.text, asked.values);
     if (jingles->Eof()) {
       station.PL.Insert(row, NoAnnouncementRow());
       return;
@@ -312,7 +314,7 @@ bool FindJingleRacro(Station& station) {
 std::string FindJingleCompositeur(Station& station, const std::string& file) {
   try {
     const Query jingles = station.base.Db().OpenRecordset(
-        "SELECT * FROM DiscothequeJingle WHERE FILENAME Like '" + SqlQuoted(file) + "'");
+        "SELECT * FROM DiscothequeJingle WHERE FILENAME Like ?", {file});
     if (!jingles->Eof()) return jingles->Text("AUTEURCOMPOSITEUR");
   } catch (const std::exception&) {
     LogCurrentException(station, "FindJingleCompositeur", file);

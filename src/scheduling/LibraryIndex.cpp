@@ -2,6 +2,7 @@
 
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "store/BoundQuery.h"
 #include "store/Collation.h"
 #include "store/Database.h"
 #include "store/RowView.h"
@@ -16,12 +17,13 @@ constexpr int kGenreCell = 3;
 
 // By key from the last one on: no slice holds the file between two of them, and table order is the
 // order of the keys.
-std::string Query(bool first, int64_t lastCode) {
-  const std::string from = first ? "" : "WHERE Code > " + std::to_string(lastCode) + " ";
-  return "SELECT TOP " + std::to_string(LibraryIndex::kSliceRows) +
-         " Auteur ,Titre ,Duree ,Genre ,Variete ,FileName ,Code ,POINTSORTIE ,Intro ,LastDiff "
-         "FROM Discotheque " +
-         from + "ORDER BY Code";
+BoundQuery SliceQuery(bool first, int64_t lastCode) {
+  BoundQuery query{
+      "SELECT TOP ? Auteur ,Titre ,Duree ,Genre ,Variete ,FileName ,Code ,POINTSORTIE ,Intro "
+      ",LastDiff FROM Discotheque ",
+      {LibraryIndex::kSliceRows}};
+  if (!first) query.Add("WHERE Code > ? ", {lastCode});
+  return query.Add("ORDER BY Code");
 }
 
 // The columns of the pool of a request, so that a row can go to PL as it stands.
@@ -47,7 +49,8 @@ void LibraryIndex::ReadSlice(Database& db) {
   int read = 0;
   Cells cells;
   std::string joined;
-  db.ReadRows(Query(Count() == 0, lastCode_), [&](const RowView& row) {
+  const BoundQuery query = SliceQuery(Count() == 0, lastCode_);
+  db.ReadRows(query.text, query.values, [&](const RowView& row) {
     const bool noGenre = row.IsNull(kGenre);
     CellsOf(row, cells);
     joined.assign(cells[0]).append(cells[1]);

@@ -49,9 +49,8 @@ Query TextQuery(const std::string& typed) {
 
 bool LargeLibrary(Station& station) {
   int cards = 0;
-  station.base.Db().ReadRows(
-      "SELECT TOP " + std::to_string(kLargeLibrary + 1) + " Code FROM Discotheque",
-      [&](const RowView&) { ++cards; });
+  station.base.Db().ReadRows("SELECT TOP ? Code FROM Discotheque", {kLargeLibrary + 1},
+                             [&](const RowView&) { ++cards; });
   return cards > kLargeLibrary;
 }
 

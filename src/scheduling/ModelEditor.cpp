@@ -60,12 +60,12 @@ std::string Percent(int percent) {
 
 // Writes the share of a variety into the first row of its name.
 void StoreShare(Station& station, const std::string& variety, int percent) {
-  Recordset& table = *station.base.Tables().Variete;
-  for (table.MoveFirst(); !table.Eof(); table.MoveNext()) {
-    if (!EqualNoCase(table.Text("VARIETE"), variety)) continue;
-    table.Edit();
-    table.Set("POURCENT", int64_t{percent});
-    table.Update();
+  const auto table = station.base.Table("Variete");
+  for (; !table->Eof(); table->MoveNext()) {
+    if (!EqualNoCase(table->Text("VARIETE"), variety)) continue;
+    table->Edit();
+    table->Set("POURCENT", int64_t{percent});
+    table->Update();
     return;
   }
 }
@@ -82,10 +82,8 @@ void Traduction(Station& station) {
   editor.Caption = SkeletonOn(station)
                        ? word("Edit Squelette", "Skeleton", "Esqueleto", "Edit")
                        : word("Model en %", "Model in %", "Modelo em %", "Modelo em %");
-  if (editor.Models.RowCount() > 0)
-    editor.Models.SetCell(0, 0, word("Genres", "Style", "Géneros", "Géneros"));
-  if (editor.GVariete.RowCount() > 0)
-    editor.GVariete.SetCell(0, 1, word("Variété", "Origin", "Música", "Musica"));
+  if (editor.Models.RowCount() > 0) editor.Models.SetCell(0, 0, GenresWord(langue));
+  if (editor.GVariete.RowCount() > 0) editor.GVariete.SetCell(0, 1, VarietyWord(langue));
 }
 
 void LoadPopUps(Station& station) {

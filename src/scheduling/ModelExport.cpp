@@ -16,12 +16,6 @@ namespace {
 
 constexpr double kGenreWidth = 22, kPercentWidth = 6, kPositionWidth = 12;
 
-std::string HourFields() {
-  std::string fields;
-  for (int hour = 0; hour < kHoursOfDay; ++hour) fields += ", TRANCHE" + TwoDigits(hour);
-  return fields;
-}
-
 // Writes downwards, a line at a time.
 class SheetMaker {
  public:
@@ -57,17 +51,15 @@ void WriteSheet(Station& station, SpreadsheetWriter& writer, const Sheet& sheet)
 void ModelDay(Station& station, SheetMaker& sheet, int day) {
   std::array<double, kHoursOfDay> totals{};
   sheet.DayHeading(day);
-  station.base.Db().ReadRows("SELECT GENRE" + HourFields() + " FROM Models WHERE JOUR = " +
-                                 std::to_string(day) + " ORDER BY CODE ASC;",
-                             [&](const RowView& row) {
-                               sheet.Put(0, std::string(row.Text(0)));
-                               for (int hour = 0; hour < kHoursOfDay; ++hour) {
-                                 const double percent = row.Real(hour + 1);
-                                 totals[static_cast<size_t>(hour)] += percent;
-                                 sheet.Put(hour + 1, percent);
-                               }
-                               sheet.NextLine();
-                             });
+  ForEachModelRow(station.base.Db(), day, [&](const RowView& row) {
+    sheet.Put(0, std::string(row.Text(0)));
+    for (int hour = 0; hour < kHoursOfDay; ++hour) {
+      const double percent = row.Real(hour + 1);
+      totals[static_cast<size_t>(hour)] += percent;
+      sheet.Put(hour + 1, percent);
+    }
+    sheet.NextLine();
+  });
   sheet.Put(0, std::string(kTotalText), SheetCell::Style::kTotal);
   for (int hour = 0; hour < kHoursOfDay; ++hour)
     sheet.Put(hour + 1, totals[static_cast<size_t>(hour)], SheetCell::Style::kTotal);
@@ -78,16 +70,12 @@ void ModelDay(Station& station, SheetMaker& sheet, int day) {
 void SkeletonDay(Station& station, SheetMaker& sheet, int day) {
   int position = 0;
   sheet.DayHeading(day);
-  station.base.Db().ReadRows("SELECT " + HourFields().substr(2) +
-                                 " FROM ModelSquelette WHERE JOUR = " + std::to_string(day) +
-                                 " ORDER BY CODE ASC;",
-                             [&](const RowView& row) {
-                               sheet.Put(0, double(++position));
-                               for (int hour = 0; hour < kHoursOfDay; ++hour)
-                                 if (!row.Text(hour).empty())
-                                   sheet.Put(hour + 1, std::string(row.Text(hour)));
-                               sheet.NextLine();
-                             });
+  ForEachPosition(station.base.Db(), day, [&](const RowView& row) {
+    sheet.Put(0, double(++position));
+    for (int hour = 0; hour < kHoursOfDay; ++hour)
+      if (!row.Text(hour).empty()) sheet.Put(hour + 1, std::string(row.Text(hour)));
+    sheet.NextLine();
+  });
   sheet.NextLine();
 }
 

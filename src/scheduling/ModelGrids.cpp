@@ -21,12 +21,6 @@ namespace {
 
 constexpr size_t kGenreWidth = 22;  // characters of the field
 
-std::string HourFields() {
-  std::string fields;
-  for (int hour = 0; hour < kHoursOfDay; ++hour) fields += ", TRANCHE" + TwoDigits(hour);
-  return fields;
-}
-
 int64_t Langue(Station& station) {
   return station.base.CnfInt(Cnf::kLangue);
 }
@@ -37,6 +31,85 @@ TextGrid::Row HeadingRow(const char* corner) {
   for (int hour = 0; hour < kHoursOfDay; ++hour) row.push_back(HourLabel(hour));
   return row;
 }
+
+void CheckWidth(const std::string& genre) {
+  if (FirstCharacters(genre, kGenreWidth) != genre)
+    throw RequestError(kErrFieldTooSmall, "the genre \"" + genre + "\" is longer than " +
+                                              std::to_string(kGenreWidth) + " characters");
+}
+
+// Of a row of Models; whole per cent.
+Values ModelValues(const TextGrid::Row& row, int day) {
+  CheckWidth(row[0]);
+  Values values{day, row[0]};
+  for (size_t column = 1; column <= kHoursOfDay; ++column) {
+    const int32_t percent = column < row.size() ? ValInt(row[column]) : 0;
+    if (percent < std::numeric_limits<int16_t>::min() ||
+        percent > std::numeric_limits<int16_t>::max())
+      throw RequestError(kErrOverflow, std::to_string(percent) + " is no percentage");
+    values.emplace_back(percent);
+  }
+  return values;
+}
+
+Values SkeletonValues(const TextGrid::Row& row, int day) {
+  Values values{day};
+  for (size_t column = 0; column < kHoursOfDay; ++column) {
+    const std::string genre = column < row.size() ? row[column] : std::string();
+    CheckWidth(genre);
+    values.emplace_back(genre);
+  }
+  return values;
+}
+
+// "(?, ?, ?)"
+std::string Places(size_t count) {
+  std::string places = "(?";
+  while (--count > 0) places += ", ?";
+  return places + ")";
+}
+
+std::string TabLine(const TextGrid::Row& row) {
+  std::string line;
+  for (size_t column = 0; column < row.size(); ++column)
+    line += (column > 0 ? "\t" : "") + OneLine(row[column]);
+  return line;
+}
+
+// The table holds the day already. Told once, until it succeeds.
+void WriteBackup(Station& station, const char* routine, const std::string& file,
+                 const std::vector<std::string>& lines) {
+  auto& failing = station.modelEditor.backupsFailing;
+  try {
+    WriteSideFileDurably(station.platform.stationFolder, file, JoinLines(lines));
+    failing.erase(file);
+  } catch (const FileError&) {
+    if (failing.insert(file).second) LogCurrentException(station, routine, file);
+  }
+}
+
+// The day in the table gives way to `rows`, in one transaction, and the back-up file is written.
+void SaveDay(Station& station, const char* routine, const char* table, const std::string& fields,
+             int day, const std::vector<Values>& rows, const std::string& file,
+             const std::vector<std::string>& lines) {
+  Database& db = station.base.Db();
+  Transaction transaction(db);
+  db.Execute("DELETE * FROM " + std::string(table) + " WHERE JOUR = ?", {day});
+  for (const Values& values : rows)
+    db.Execute(
+        "INSERT INTO " + std::string(table) + " (" + fields + ") VALUES " + Places(values.size()),
+        values);
+  transaction.Commit();
+  WriteBackup(station, routine, file, lines);
+}
+
+size_t DayIndex(int day) {
+  if (day < 1 || day > kDaysOfWeek)
+    throw RequestError(kErrSubscript, std::to_string(day) + " is no day of the week");
+  return static_cast<size_t>(day - 1);
+}
+
+}  // namespace
 
 const char* GenresWord(int64_t langue) {
   switch (langue) {
@@ -63,76 +136,6 @@ const char* VarietyWord(int64_t langue) {
   }
 }
 
-void CheckWidth(const std::string& genre) {
-  if (FirstCharacters(genre, kGenreWidth) != genre)
-    throw RequestError(kErrFieldTooSmall, "the genre \"" + genre + "\" is longer than " +
-                                              std::to_string(kGenreWidth) + " characters");
-}
-
-// "VALUES (...)" of a row of Models; whole per cent.
-std::string ModelValues(const TextGrid::Row& row, int day) {
-  CheckWidth(row[0]);
-  std::string values = "VALUES (" + std::to_string(day) + ", '" + SqlQuoted(row[0]) + "'";
-  for (size_t column = 1; column <= kHoursOfDay; ++column) {
-    const int32_t percent = column < row.size() ? ValInt(row[column]) : 0;
-    if (percent < std::numeric_limits<int16_t>::min() ||
-        percent > std::numeric_limits<int16_t>::max())
-      throw RequestError(kErrOverflow, std::to_string(percent) + " is no percentage");
-    values += ", " + std::to_string(percent);
-  }
-  return values + ")";
-}
-
-std::string SkeletonValues(const TextGrid::Row& row, int day) {
-  std::string values = "VALUES (" + std::to_string(day);
-  for (size_t column = 0; column < kHoursOfDay; ++column) {
-    const std::string genre = column < row.size() ? row[column] : std::string();
-    CheckWidth(genre);
-    values += ", '" + SqlQuoted(genre) + "'";
-  }
-  return values + ")";
-}
-
-std::string TabLine(const TextGrid::Row& row) {
-  std::string line;
-  for (size_t column = 0; column < row.size(); ++column)
-    line += (column > 0 ? "\t" : "") + OneLine(row[column]);
-  return line;
-}
-
-// The table holds the day already. Told once, until it succeeds.
-void WriteBackup(Station& station, const char* routine, const std::string& file,
-                 const std::vector<std::string>& lines) {
-  auto& failing = station.modelEditor.backupsFailing;
-  try {
-    WriteSideFileDurably(station.platform.stationFolder, file, JoinLines(lines));
-    failing.erase(file);
-  } catch (const FileError&) {
-    if (failing.insert(file).second) LogCurrentException(station, routine, file);
-  }
-}
-
-// The day in the table gives way to `rows`, in one transaction, and the back-up file is written.
-void SaveDay(Station& station, const char* routine, const char* table, const std::string& fields,
-             int day, const std::vector<std::string>& rows, const std::string& file,
-             const std::vector<std::string>& lines) {
-  Database& db = station.base.Db();
-  Transaction transaction(db);
-  db.Execute("DELETE * FROM " + std::string(table) + " WHERE JOUR = " + std::to_string(day));
-  for (const std::string& values : rows)
-    db.Execute("INSERT INTO " + std::string(table) + " (" + fields + ") " + values);
-  transaction.Commit();
-  WriteBackup(station, routine, file, lines);
-}
-
-size_t DayIndex(int day) {
-  if (day < 1 || day > kDaysOfWeek)
-    throw RequestError(kErrSubscript, std::to_string(day) + " is no day of the week");
-  return static_cast<size_t>(day - 1);
-}
-
-}  // namespace
-
 std::string HourLabel(int hour) {
   return TwoDigits(hour) + "h";
 }
@@ -156,7 +159,7 @@ bool RowIsEmpty(const TextGrid& grid, int row) {
 void LoadVarietes(Station& station) {
   TextGrid grid;
   grid.AddRow({"%", VarietyWord(Langue(station))});
-  station.base.Db().ReadRows("SELECT POURCENT, VARIETE FROM Variete", [&](const RowView& row) {
+  ForEachVariety(station.base.Db(), [&](const RowView& row) {
     grid.AddRow({std::string(row.Text(0)), std::string(row.Text(1))});
   });
   station.modelEditor.GVariete = std::move(grid);
@@ -197,14 +200,11 @@ void LoadGrilleModels(Station& station, int16_t day) {
   TextGrid& grid = station.modelEditor.Models;
   try {
     InitGrille(station);
-    station.base.Db().ReadRows("SELECT GENRE" + HourFields() + " FROM Models WHERE JOUR = " +
-                                   std::to_string(day) + " ORDER BY CODE ASC;",
-                               [&](const RowView& row) {
-                                 TextGrid::Row cells;
-                                 for (int column = 0; column <= kHoursOfDay; ++column)
-                                   cells.emplace_back(row.Text(column));
-                                 grid.InsertRow(grid.RowCount() - 1, std::move(cells));
-                               });
+    ForEachModelRow(station.base.Db(), day, [&](const RowView& row) {
+      TextGrid::Row cells;
+      for (int column = 0; column <= kHoursOfDay; ++column) cells.emplace_back(row.Text(column));
+      grid.InsertRow(grid.RowCount() - 1, std::move(cells));
+    });
     CalculPourCentages(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadGrilleModels");
@@ -215,15 +215,11 @@ void LoadGrilleSquelette(Station& station, int16_t day) {
   TextGrid& grid = station.modelEditor.ModelSquelette;
   try {
     InitGrille(station);
-    station.base.Db().ReadRows("SELECT " + HourFields().substr(2) +
-                                   " FROM ModelSquelette WHERE JOUR = " + std::to_string(day) +
-                                   " ORDER BY CODE ASC;",
-                               [&](const RowView& row) {
-                                 TextGrid::Row cells;
-                                 for (int hour = 0; hour < kHoursOfDay; ++hour)
-                                   cells.emplace_back(row.Text(hour));
-                                 grid.AddRow(std::move(cells));
-                               });
+    ForEachPosition(station.base.Db(), day, [&](const RowView& row) {
+      TextGrid::Row cells;
+      for (int hour = 0; hour < kHoursOfDay; ++hour) cells.emplace_back(row.Text(hour));
+      grid.AddRow(std::move(cells));
+    });
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadGrilleSquelette");
   }
@@ -233,14 +229,15 @@ bool SauveGrilleModels(Station& station, int16_t day) {
   const TextGrid& grid = station.modelEditor.Models;
   try {
     const std::string file = station.files.Days[DayIndex(day)];
-    std::vector<std::string> rows, lines;
+    std::vector<Values> rows;
+    std::vector<std::string> lines;
     for (int row = 1; row < grid.RowCount() - 1; ++row) {
       if (Trim(grid.Cell(row, 0)).empty()) continue;
       rows.push_back(ModelValues(grid.At(row), day));
       lines.push_back(TabLine(grid.At(row)));
     }
-    SaveDay(station, "SauveGrilleModels", "Models", "JOUR, GENRE" + HourFields(), day, rows, file,
-            lines);
+    SaveDay(station, "SauveGrilleModels", "Models", "JOUR, GENRE, " + HourColumns(), day, rows,
+            file, lines);
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "SauveGrilleModels");
@@ -252,13 +249,14 @@ bool SauveGrilleSquelette(Station& station, int16_t day) {
   const TextGrid& grid = station.modelEditor.ModelSquelette;
   try {
     const std::string file = station.files.SkeletonDays[DayIndex(day)];
-    std::vector<std::string> rows, lines;
+    std::vector<Values> rows;
+    std::vector<std::string> lines;
     for (int row = 1; row < grid.RowCount(); ++row) {
       if (RowIsEmpty(grid, row)) continue;
       rows.push_back(SkeletonValues(grid.At(row), day));
       lines.push_back(TabLine(grid.At(row)));
     }
-    SaveDay(station, "SauveGrilleSquelette", "ModelSquelette", "JOUR" + HourFields(), day, rows,
+    SaveDay(station, "SauveGrilleSquelette", "ModelSquelette", "JOUR, " + HourColumns(), day, rows,
             file, lines);
     return true;
   } catch (const std::exception&) {

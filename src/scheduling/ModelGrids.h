@@ -1,19 +1,18 @@
-// The station's week as grids: the percentage model and the skeleton of a day, and the shares of
-// the varieties, loaded from their tables and saved to them. See station/ModelEditor.h for the
-// cells.
+// The station's week as the editor's grids: the percentage model and the skeleton of a day, and the
+// shares of the varieties, loaded from their tables and saved to them. See station/ModelEditor.h
+// for the cells; what a request reads of the week: scheduling/WeekModel.h.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
+#include "scheduling/WeekModel.h"
 #include "station/ModelEditor.h"
 
 namespace zemo {
 
 struct Station;
 
-inline constexpr int kHoursOfDay = 24;
-inline constexpr int kDaysOfWeek = 7;
 inline constexpr const char* kTotalText = "Total %";
 
 // The shares of the varieties, as last stored by anybody. Throws StoreError.
@@ -37,6 +36,10 @@ bool SauveGrilleSquelette(Station& station, int16_t day);
 
 // The totals of the hours in the last row of Models, with " %" behind them.
 void CalculPourCentages(Station& station);
+
+// Headings in the station's language.
+const char* GenresWord(int64_t langue);
+const char* VarietyWord(int64_t langue);
 
 std::string HourLabel(int hour);      // "07h"
 std::string HourLongLabel(int hour);  // " de 07h à 08h"

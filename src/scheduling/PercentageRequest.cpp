@@ -16,6 +16,7 @@
 #include "scheduling/RotationRules.h"
 #include "scheduling/SkeletonRequest.h"
 #include "scheduling/TitlesInUse.h"
+#include "scheduling/WeekModel.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -51,15 +52,18 @@ class Budgets {
   std::array<std::array<float, kMostRows + 1>, kMostRows + 1> seconds_{};
 };
 
+// What the week asks of this request.
+struct Asking {
+  DayModel model;
+  std::vector<VarietyShare> varieties;
+  int hour = 0;
+};
+
 // The choosing: one walk over the pool.
 class Choosing {
  public:
-  Choosing(Station& station, RequestFrame& frame, const CandidateCards& cards, int hour)
-      : station_(station),
-        frame_(frame),
-        editor_(station.modelEditor),
-        cards_(cards),
-        hourColumn_(hour + 1) {}
+  Choosing(Station& station, RequestFrame& frame, const CandidateCards& cards, const Asking& asking)
+      : station_(station), frame_(frame), cards_(cards), asking_(asking) {}
 
   void Run(const Pool& pool) {
     const int toFill = PairsToFill();                               // 15
@@ -75,25 +79,29 @@ class Choosing {
   }
 
  private:
-  int GenreRows() const { return editor_.Models.RowCount() - 2; }  // rows 1 to this
-  double Asked(int genreRow) const { return Val(editor_.Models.Cell(genreRow, hourColumn_)); }
+  // Rows count from 1.
+  int GenreRows() const { return static_cast<int>(asking_.model.size()); }
+  const GenreShare& Genre(int row) const { return asking_.model[static_cast<size_t>(row - 1)]; }
+  double Asked(int genreRow) const {
+    return Genre(genreRow).percent[static_cast<size_t>(asking_.hour)];
+  }
 
   int PairsToFill() const {
     int genres = 0;
     for (int row = 1; row <= GenreRows(); ++row)
-      genres += Asked(row) != 0 && !editor_.Models.Cell(row, 0).empty();
-    return genres * (editor_.GVariete.RowCount() - 1);
+      genres += Asked(row) != 0 && !Genre(row).genre.empty();
+    return genres * static_cast<int>(asking_.varieties.size());
   }
 
   std::optional<int> VarietyRow(int card) const {
-    for (int row = 1; row < editor_.GVariete.RowCount(); ++row)
-      if (editor_.GVariete.Cell(row, 1) == cards_.Variety(card)) return row;
+    for (size_t at = 0; at < asking_.varieties.size(); ++at)
+      if (asking_.varieties[at].variety == cards_.Variety(card)) return static_cast<int>(at) + 1;
     return std::nullopt;
   }
 
   float VarietySeconds(int varietyRow) const {
-    return static_cast<float>(Val(editor_.GVariete.Cell(varietyRow, 0)) / 100.0 *
-                              (station_.requests.MinutesRequete * 60.0));
+    return static_cast<float>(asking_.varieties[static_cast<size_t>(varietyRow - 1)].percent /
+                              100.0 * (station_.requests.MinutesRequete * 60.0));
   }
 
   void Offer(int card, int place) {
@@ -102,7 +110,7 @@ class Choosing {
     for (int row = 1; row <= GenreRows(); ++row) {  // c
       const float seconds = VarietySeconds(*variety);
       const float share = budgets_.UsedShare(row, *variety, seconds);
-      if (Asked(row) <= share || editor_.Models.Cell(row, 0) != cards_.Genre(card)) continue;
+      if (Asked(row) <= share || Genre(row).genre != cards_.Genre(card)) continue;
       budgets_.Seconds(row, *variety) +=  // d
           static_cast<float>(std::floor(cards_.LengthMs(card) / 1000.0));
       const float shareAfter = budgets_.UsedShare(row, *variety, seconds);
@@ -119,9 +127,8 @@ class Choosing {
 
   Station& station_;
   RequestFrame& frame_;
-  const ModelEditor& editor_;
   const CandidateCards& cards_;
-  int hourColumn_;
+  const Asking& asking_;
   Budgets budgets_;
   int lastRow_ = 0;
   int full_ = 0;  // pairs that have their share
@@ -141,10 +148,10 @@ const char* NoModelsText(int64_t langue) {
   }
 }
 
-std::vector<std::string> ModelGenres(const TextGrid& models) {
+std::vector<std::string> ModelGenres(const DayModel& model) {
   std::vector<std::string> genres;
-  for (int row = 1; row <= models.RowCount() - 2; ++row)
-    if (!models.Cell(row, 0).empty()) genres.push_back(models.Cell(row, 0));
+  for (const GenreShare& share : model)
+    if (!share.genre.empty()) genres.push_back(share.genre);
   return genres;
 }
 
@@ -160,22 +167,25 @@ Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& 
 
 void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   const int weekday = JourSemaineCourant(station.Now());
-  SelectJourSemaine(station, weekday);  // 3
-  LoadVarietes(station);
-  const int hour = HeureCourante(station);
+  LoadModelScreen(station);
+  Asking asking;
+  asking.model = ReadDayModel(station, weekday);  // 3
+  asking.varieties = ReadVarieties(station);
+  asking.hour = HeureCourante(station);
   frame.Open(minutes);                           // 4, 5
   if (station.base.CountRecords("Models") == 0)  // 6
     return frame.Leave(NoModelsText(station.base.CnfInt(Cnf::kLangue)));
   station.platform.loop.Yield();
-  const TitlesInUse used = LoadTitlesInUse(station);                                // 7
-  const std::vector<std::string> genres = ModelGenres(station.modelEditor.Models);  // 8
+  const TitlesInUse used = LoadTitlesInUse(station);                  // 7
+  const std::vector<std::string> genres = ModelGenres(asking.model);  // 8
   if (genres.empty()) return frame.Leave(kNoModelsEnglish);
   station.platform.loop.Yield();
-  const CandidateCards cards(station, GenreCondition(genres) + HourCondition(weekday, hour),
+  const CandidateCards cards(station,
+                             GenreCondition(genres).Add(HourCondition(weekday, asking.hour)),
                              CandidateCards::Order::kLastdiff);  // 9, 10
   const Pool pool = MakePool(station, cards, used, minutes);     // 11 to 14
   frame.Saw(cards.Count(), pool.size());
-  Choosing(station, frame, cards, hour).Run(pool);  // 15 to 17
+  Choosing(station, frame, cards, asking).Run(pool);  // 15 to 17
   auto first = static_cast<int16_t>(frame.FirstNewRow());
   MelangeGenres(station, first);  // 18
   frame.Finish();                 // 19

@@ -26,8 +26,7 @@ int64_t HighestCode(Database& db) {
 
 double HighestMoment(Database& db, int64_t above, int64_t upTo) {
   double highest = -std::numeric_limits<double>::infinity();
-  db.ReadRows("SELECT MAX(DATENUM) FROM Rapport WHERE CODE > " + std::to_string(above) +
-                  " AND CODE <= " + std::to_string(upTo),
+  db.ReadRows("SELECT MAX(DATENUM) FROM Rapport WHERE CODE > ? AND CODE <= ?", {above, upTo},
               [&](const RowView& row) {
                 if (!row.IsNull(0)) highest = row.Real(0);
               });
@@ -57,8 +56,7 @@ void ReadArtists(Station& station, int64_t floor) {
   ReportArtists& artists = station.requests.reportArtists;
   artists.newest.clear();
   station.base.Db().ReadRows(
-      "SELECT Auteur, CODE, DATENUM FROM Rapport WHERE CODE > " + std::to_string(floor),
-      [&](const RowView& row) {
+      "SELECT Auteur, CODE, DATENUM FROM Rapport WHERE CODE > ?", {floor}, [&](const RowView& row) {
         if (row.IsNull(0)) return;
         const ReportArtists::Row found{row.Real(2), row.Int(1)};
         auto [at, fresh] = artists.newest.try_emplace(std::string(row.Text(0)), found);
@@ -75,9 +73,8 @@ bool AheadOfTheClock(Station& station, double moment) {
 }
 
 int64_t AskWholeReport(Station& station, const std::string& artist) {
-  const auto newest =
-      station.base.Db().OpenRecordset("SELECT TOP 1 Auteur, CODE FROM Rapport Where Auteur = '" +
-                                      SqlQuoted(artist) + "' ORDER BY DATENUM DESC");
+  const auto newest = station.base.Db().OpenRecordset(
+      "SELECT TOP 1 Auteur, CODE FROM Rapport Where Auteur = ? ORDER BY DATENUM DESC", {artist});
   return newest->Eof() ? 0 : newest->Int("CODE");
 }
 
@@ -89,7 +86,7 @@ std::vector<std::string> NewestArtists(Station& station, int count) {
   KeepBound(station, std::max(kWindowRows, int64_t{count} * 4));
   const ReportBound& bound = station.requests.report;
   Database& db = station.base.Db();
-  const std::string top = "SELECT TOP " + std::to_string(count) + " Auteur, DATENUM FROM Rapport ";
+  const std::string top = "SELECT TOP ? Auteur, DATENUM FROM Rapport ";
   double oldest = 0;
   bool ahead = false;
   const auto take = [&](const RowView& row) {
@@ -97,18 +94,17 @@ std::vector<std::string> NewestArtists(Station& station, int count) {
     ahead = ahead || (artists.empty() && AheadOfTheClock(station, oldest));
     artists.emplace_back(row.Text(0));
   };
-  db.ReadRows(top + "Where CODE > " + std::to_string(bound.code) + " AND " + kAired +
-                  " ORDER BY DATENUM DESC",
+  db.ReadRows(top + "Where CODE > ? AND " + kAired + " ORDER BY DATENUM DESC", {count, bound.code},
               take);
   const bool all = bound.code <= 0;
   if (ahead) {
     artists.clear();
-    db.ReadRows(top + "Where " + kAired + " ORDER BY CODE DESC", take);
+    db.ReadRows(top + "Where " + kAired + " ORDER BY CODE DESC", {count}, take);
     return artists;
   }
   if (all || (static_cast<int>(artists.size()) == count && oldest > bound.dateNum)) return artists;
   artists.clear();
-  db.ReadRows(top + "Where " + kAired + " ORDER BY DATENUM DESC", take);
+  db.ReadRows(top + "Where " + kAired + " ORDER BY DATENUM DESC", {count}, take);
   return artists;
 }
 

@@ -105,7 +105,7 @@ void RequestFrame::Open(int minutes) {
   requests.PLHidden = true;
   firstNewRow_ = station_.PL.Count() + 1;
   station_.notices.hourglass = true;
-  station_.base.Tables().Discotheque->SetIndex("CODE");
+  station_.base.RequireTable("Discotheque");
 }
 
 void RequestFrame::List(int row, OnAirElement candidate, const ChoiceReason& reason) {

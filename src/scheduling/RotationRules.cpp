@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "scheduling/HourFilter.h"
 #include "scheduling/RecentReport.h"
 #include "scheduling/RequestError.h"
 #include "station/Station.h"
@@ -70,12 +71,6 @@ int MinuteOfDayOf(std::string_view diffusion) {
 }
 
 // --- the steps ---
-
-bool WindowOpen(const CardRotation& card, const RotationMoment& moment) {
-  if (TrimView(card.MMJJDebut).empty() || TrimView(card.MMJJFin).empty()) return true;
-  // Plain texts: a window over New Year never opens.
-  return moment.monthDay >= card.MMJJDebut && moment.monthDay <= card.MMJJFin;
-}
 
 int BroadcastsOfToday(const CardRotation& card, const RotationMoment& moment) {
   return static_cast<int>(std::count_if(
@@ -149,7 +144,7 @@ std::string RefusalHead(const CardRotation& card, const RotationMoment& moment) 
 RotationMoment::RotationMoment(const LocalDateTime& now)
     : general(DateText(now) + " " + TimeText(now)),
       date(DateText(now)),
-      monthDay(TwoDigits(now.month) + TwoDigits(now.day)),
+      monthDay(MonthDay(now)),
       hour(TwoDigits(now.hour)),
       minuteOfDay(now.hour * 60 + now.minute),
       daySerial(DaySerial(now.year, now.month, now.day)) {}
@@ -158,8 +153,8 @@ bool RotationAllows(const CardRotation& card, const RotationMoment& moment, int 
                     std::string& line) {
   line.clear();
   std::string reasons;
-  bool allowed = WindowOpen(card, moment);  // 1
-  if (card.NBPASSJOUR == 0) {               // 3
+  bool allowed = InDateWindow(card.MMJJDebut, card.MMJJFin, moment.monthDay);  // 1
+  if (card.NBPASSJOUR == 0) {                                                  // 3
     reasons += " >> Rotation = " + std::to_string(card.NBPASSJOUR);
     allowed = false;
   }
@@ -216,8 +211,7 @@ bool CheckRotation(Station& station, const CardRotation& card, const RotationMom
   return allowed;
 }
 
-bool CheckRotation(Station& station) {
-  const Recordset& discotheque = *station.base.Tables().Discotheque;
+bool CheckRotation(Station& station, const Recordset& discotheque) {
   const LocalDateTime now = station.Now();
   std::array<std::string, 6 + kDiffusions> texts = {
       discotheque.Text("Genre"),

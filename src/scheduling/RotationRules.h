@@ -13,6 +13,7 @@
 
 namespace zemo {
 
+class Recordset;
 struct Station;
 
 inline constexpr int kDiffusions = 8;  // broadcasts that a card remembers
@@ -43,9 +44,9 @@ struct RotationMoment {
   double daySerial = 0;
 };
 
-// May the card on which the Discotheque cursor stands be listed now? A refusal adds its line to
+// May the card on which the cursor stands be listed now? A refusal adds its line to
 // ListAutorisation. Throws StoreError, and RequestError for a DIFFUSION that is no date.
-bool CheckRotation(Station& station);
+bool CheckRotation(Station& station, const Recordset& discotheque);
 // The same for a card that was read already. A title that this run aired rests from then on,
 // however the wall clock was set meanwhile.
 bool CheckRotation(Station& station, const CardRotation& card, const RotationMoment& moment);

@@ -41,7 +41,7 @@ void FillStoredList(Station& station, RequestFrame& frame, int minutes) {
   if (positions.empty() || positions.front().empty()) return frame.Leave(kNoModelsFrench);  // 1
   const TitlesInUse used = LoadTitlesInUse(station);                                        // 2
   station.platform.loop.Yield();
-  const CandidateCards cards(station, GenreCondition(positions) + ")",
+  const CandidateCards cards(station, GenreCondition(positions).Add(")"),
                              CandidateCards::Order::kLastdiff);  // 3
   Pool pool = MakePool(station, cards, used);                    // 4
   frame.Saw(cards.Count(), pool.size());
@@ -76,8 +76,8 @@ bool LoadSquelette(Station& station, int day) {
     TextGrid skeleton;
     station.base.Db().ReadRows(
         "SELECT TRANCHE" + TwoDigits(hour) +
-            " FROM ModelSquelette WHERE JOUR = " + std::to_string(day) + " ORDER BY CODE ASC;",
-        [&](const RowView& row) { skeleton.AddRow({std::string(row.Text(0))}); });
+            " FROM ModelSquelette WHERE JOUR = ? ORDER BY CODE ASC;",
+        {day}, [&](const RowView& row) { skeleton.AddRow({std::string(row.Text(0))}); });
     if (skeleton.RowCount() == 0) return false;
     station.requests.SkeletonDialog.SquelettePLS = std::move(skeleton);
     return true;

@@ -13,6 +13,7 @@
 #include "scheduling/ModelGrids.h"
 #include "scheduling/RequestFrame.h"
 #include "scheduling/TitlesInUse.h"
+#include "scheduling/WeekModel.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -162,9 +163,9 @@ class Laying {
   int pass_ = 0;  // over the positions, from 1
 };
 
-std::vector<std::string> HourColumn(const TextGrid& skeleton, int hour) {
+std::vector<std::string> GenresOfHour(const DaySkeleton& skeleton, int hour) {
   std::vector<std::string> genres;
-  for (int row = 1; row < skeleton.RowCount(); ++row) genres.push_back(skeleton.Cell(row, hour));
+  for (const auto& position : skeleton) genres.push_back(position[static_cast<size_t>(hour)]);
   return genres;
 }
 
@@ -221,17 +222,18 @@ Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& 
 
 void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   const int weekday = JourSemaineCourant(station.Now());
-  SelectJourSemaine(station, weekday);  // 1
+  LoadModelScreen(station);
+  const DaySkeleton skeleton = ReadDaySkeleton(station, weekday);  // 1
   const int hour = HeureCourante(station);
   frame.Open(minutes);
   const bool alternate = station.base.CnfInt(Cnf::kCheckNational) != 0;
   if (station.base.CountRecords("ModelSquelette") == 0) return frame.Leave(kNoModelsFrench);
   station.platform.loop.Yield();
   const TitlesInUse used = LoadTitlesInUse(station);
-  const std::vector<std::string> positions = HourColumn(station.modelEditor.ModelSquelette, hour);
+  const std::vector<std::string> positions = GenresOfHour(skeleton, hour);
   station.platform.loop.Yield();
   const CandidateCards cards(
-      station, GenreCondition(WithoutBlanks(positions)) + HourCondition(weekday, hour),
+      station, GenreCondition(WithoutBlanks(positions)).Add(HourCondition(weekday, hour)),
       CandidateCards::Order::kPassesThenLastdiff);      // 2
   Pool pool = MakePool(station, cards, used, minutes);  // 3, 4
   frame.Saw(cards.Count(), pool.size());

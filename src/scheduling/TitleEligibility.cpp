@@ -62,19 +62,18 @@ std::string AfterMore(int64_t count, const std::string& ofWhat, const std::strin
 
 struct TitleCard {
   TitleCard(Station& station, int32_t code)
-      : cards(station, "CODE = " + std::to_string(code), CandidateCards::Order::kLastdiff) {
+      : cards(station, {"CODE = ?", {code}}, CandidateCards::Order::kLastdiff) {
     if (!Found()) return;
     rotation = cards.Rotation(0);
     std::string columns = "FILENAME, AUTEUR";
     for (int day = 1; day <= kDaysOfWeek; ++day) columns += ", TRANCHE" + TwoDigits(day);
-    station.base.Db().ReadRows(
-        "SELECT " + columns + " FROM Discotheque WHERE CODE = " + std::to_string(code),
-        [this](const RowView& row) {
-          file = row.Text(0);
-          artist = Trim(row.Text(1));
-          for (int day = 0; day < kDaysOfWeek; ++day)
-            hours[static_cast<size_t>(day)] = row.Text(day + 2);
-        });
+    station.base.Db().ReadRows("SELECT " + columns + " FROM Discotheque WHERE CODE = ?", {code},
+                               [this](const RowView& row) {
+                                 file = row.Text(0);
+                                 artist = Trim(row.Text(1));
+                                 for (int day = 0; day < kDaysOfWeek; ++day)
+                                   hours[static_cast<size_t>(day)] = row.Text(day + 2);
+                               });
   }
   bool Found() const { return cards.Count() > 0; }
 
@@ -175,12 +174,6 @@ void AddHours(const TitleCard& title, TimedTests& tests) {
                    }});
 }
 
-std::string HourColumns() {
-  std::string columns;
-  for (int hour = 0; hour < kHoursOfDay; ++hour) columns += ", TRANCHE" + TwoDigits(hour);
-  return columns;
-}
-
 // What the week's models say of one genre.
 struct GenreInWeek {
   struct Day {
@@ -224,7 +217,7 @@ GenreInWeek ReadModels(Station& station, const std::string& genre) {
       day.wanted[hour] = Val(row.Text(static_cast<int>(hour) + 2)) > 0;
     }
   };
-  return ReadWeek(station, "SELECT JOUR, GENRE" + HourColumns() + " FROM Models ORDER BY CODE",
+  return ReadWeek(station, "SELECT JOUR, GENRE, " + HourColumns() + " FROM Models ORDER BY CODE",
                   take);
 }
 
@@ -236,7 +229,7 @@ GenreInWeek ReadSkeleton(Station& station, const std::string& genre) {
       if (name == genre && !Trim(genre).empty()) day.wanted[hour] = true;
     }
   };
-  return ReadWeek(station, "SELECT JOUR" + HourColumns() + " FROM ModelSquelette ORDER BY CODE",
+  return ReadWeek(station, "SELECT JOUR, " + HourColumns() + " FROM ModelSquelette ORDER BY CODE",
                   take);
 }
 
@@ -266,7 +259,7 @@ void AddModel(Station& station, const std::string& genre, bool skeleton, TimedTe
 std::string VarietyRefusal(Station& station, const std::string& variety) {
   int rows = 0, found = 0;
   double percent = 0;
-  station.base.Db().ReadRows("SELECT POURCENT, VARIETE FROM Variete", [&](const RowView& row) {
+  ForEachVariety(station.base.Db(), [&](const RowView& row) {
     ++rows;
     if (found > 0 || row.Text(1) != variety) return;
     found = rows;
@@ -294,9 +287,8 @@ void AddStoredLists(Station& station, int32_t code, TimedTests& tests) {
   std::vector<List> lists;
   station.base.Db().ReadRows(
       "SELECT LIBELLE, LADATE, LHeure FROM Playlist WHERE CODE IN (SELECT NUMPLS FROM Pls WHERE "
-      "DISCOTHEQUE = " +
-          std::to_string(code) + ") ORDER BY CODE",
-      [&](const RowView& row) {
+      "DISCOTHEQUE = ?) ORDER BY CODE",
+      {code}, [&](const RowView& row) {
         lists.push_back(
             {std::string(row.Text(0)), std::string(row.Text(1)), std::string(row.Text(2))});
       });

@@ -13,6 +13,7 @@
 #include "scheduling/FitCards.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "store/SeekCode.h"
 #include "store/StoreError.h"
 
 namespace zemo {
@@ -136,13 +137,10 @@ void BringToFront(Station& station, const std::string& chain) {
 }  // namespace
 
 std::vector<OnAirElement> RowsOfCards(Station& station, const std::vector<int32_t>& codes) {
-  Recordset& card = *station.base.Tables().Discotheque;
-  card.SetIndex("CODE");
+  const auto card = station.base.Table("Discotheque");
   std::vector<OnAirElement> rows;
-  for (const int32_t code : codes) {
-    card.Seek("=", int64_t{code});
-    if (!card.NoMatch()) rows.push_back(MusicRow(card));
-  }
+  for (const int32_t code : codes)
+    if (SeekCode(*card, code)) rows.push_back(MusicRow(*card));
   return rows;
 }
 

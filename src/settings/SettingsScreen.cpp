@@ -166,8 +166,8 @@ Value StoredValue(const SettingsScreen& screen, const SettingsControl& control) 
   return ControlNumber(screen, control);
 }
 
-void SetField(Station& station, const SettingsControl& control) {
-  station.base.Tables().Cnf->Set(control.store, StoredValue(station.settings, control));
+void SetField(Station& station, Recordset& row, const SettingsControl& control) {
+  row.Set(control.store, StoredValue(station.settings, control));
   if (control.stored) control.stored(station);
 }
 
@@ -176,13 +176,12 @@ bool IsHeld(const Station& station, const SettingsControl& control) {
 }
 
 void SaveFields(Station& station) {
-  Recordset& table = *station.base.Tables().Cnf;
-  table.MoveFirst();
-  table.Edit();
+  const auto row = station.base.Table("Cnf");
+  row->Edit();
   for (const SettingsControl* control : FieldsToWrite())
     if (IsHeld(station, *control))
-      Guarded(station, "SettingsSave", [&] { SetField(station, *control); });
-  table.Update();
+      Guarded(station, "SettingsSave", [&] { SetField(station, *row, *control); });
+  row->Update();
   station.base.CheckCnf();
 }
 
@@ -262,11 +261,10 @@ void SaveControl(Station& station, const SettingsControl& control) {
     SaveAudio(station);
     SaveAudioValues(station);
   } else {
-    Recordset& table = *station.base.Tables().Cnf;
-    table.MoveFirst();
-    table.Edit();
-    SetField(station, control);
-    table.Update();
+    const auto row = station.base.Table("Cnf");
+    row->Edit();
+    SetField(station, *row, control);
+    row->Update();
     station.base.CheckCnf();
     if (control.alsoWritten) control.alsoWritten(station);
   }

@@ -1,5 +1,5 @@
-// The model editor's tables, under the names of its controls: what the station's week holds, as a
-// request and the screen see it. The routines stand in scheduling/ModelGrids.h and ModelEditor.h.
+// The model editor's tables, under the names of its controls: what the station's week holds, as its
+// screen shows and changes it. The routines stand in scheduling/ModelGrids.h and ModelEditor.h.
 #pragma once
 
 #include <set>
@@ -10,7 +10,8 @@
 
 namespace zemo {
 
-// Thread: the logic's. Writers: the requests (the day) and the editor.
+// Thread: the logic's. Writers: the editor; the first request or the editor's screen, whichever
+// comes first, loads the lists on offer.
 struct ModelEditor {
   bool loaded = false;  // Form_Load ran; the screen stays loaded from then on
   int JourSemaine = 0;  // selected day, 1 Monday to 7 Sunday; 0 none yet

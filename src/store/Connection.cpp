@@ -2,13 +2,13 @@
 //
 //  1. No statement is open: each is reset at the end of the scope that stepped it. So no read
 //     lock is held, and other processes can write at any time. (Only while rows are handed out
-//     one by one is one open; it is neither lent again nor forgotten then.)
+//     one by one is one open; it is not lent again then, and lives on where it is forgotten.)
 //  2. Either no transaction is open, or one that Begin opened and that already holds the write
 //     lock: it was begun IMMEDIATE, so only its beginning and its end wait for others.
 //  3. A transaction that could not be committed is rolled back: the connection is never stuck.
 //  4. tables_ shows the structure of version catalogueVersion_ as a whole, or that is -1.
-//  5. Every statement in kept_ is in keptByText_ and the other way round, the last used first;
-//     there are at most kKeptStatements, and those being walked. The keys point into kept_.
+//  5. Every statement in kept_ is in keptByKey_ and the other way round, the last used first;
+//     there are at most kKeptStatements. The keys point into the statements.
 //  6. changeCounter_ is at least as high as it was at any earlier call, and higher when this
 //     connection or another process has stored something since.
 //  7. A cursor holds values and a key, never a statement: it finds its neighbours by the key,
@@ -17,8 +17,10 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cassert>
 #include <charconv>
+#include <cmath>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -27,15 +29,32 @@
 #include "store/Dialect.h"
 #include "store/Names.h"
 #include "store/Schema.h"
+#include "store/SqlText.h"
 #include "store/SqliteError.h"
 #include "store/StandIns.h"
 #include "store/StoreError.h"
 
 namespace zemo {
 
+// On loan while anybody but the connection holds it.
+struct PreparedStatement {
+  int language;
+  // A text without values is its own key. Else the kinds of the values stand behind it: they decide
+  // what the translation makes of it.
+  std::string key;
+  sqlite3_stmt* statement = nullptr;
+  std::vector<size_t> patterns{};  // values that are patterns of LIKE, from 0
+  Values bound{};                  // of a query of the dialect, from one asking to the next
+
+  PreparedStatement(int itsLanguage, std::string itsKey)
+      : language(itsLanguage), key(std::move(itsKey)) {}
+  ~PreparedStatement() { sqlite3_finalize(statement); }
+  PreparedStatement(const PreparedStatement&) = delete;
+};
+
 namespace {
 
-constexpr size_t kKeptStatements = 96;
+constexpr size_t kKeptStatements = 128;
 
 std::string_view BytesOf(sqlite3_value* value) {
   const auto* bytes = static_cast<const char*>(static_cast<const void*>(sqlite3_value_text(value)));
@@ -60,6 +79,56 @@ void PatternFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
 
 int KeepWaiting(void* wait, int times) {
   return static_cast<LockWait*>(wait)->WaitOnce(times) ? 1 : 0;
+}
+
+int BindTo(sqlite3_stmt* statement, int position, const Value& value) {
+  if (const auto* integer = std::get_if<int64_t>(&value))
+    return sqlite3_bind_int64(statement, position, *integer);
+  if (const auto* real = std::get_if<double>(&value))
+    return sqlite3_bind_double(statement, position, *real);
+  if (const auto* text = std::get_if<std::string>(&value))
+    return sqlite3_bind_text64(statement, position, text->data(), text->size(), SQLITE_TRANSIENT,
+                               SQLITE_UTF8);
+  return sqlite3_bind_null(statement, position);
+}
+
+std::string KeyOf(std::string_view sql, const Values& values) {
+  std::string key(sql);
+  if (!values.empty()) key += '\0';
+  for (const Value& value : values) key += static_cast<char>(KindOf(value));
+  return key;
+}
+
+// A whole number goes as an integer, as its literal is one, whatever the column makes of it.
+Value AsLiteral(double real) {
+  const bool whole = std::trunc(real) == real && std::fabs(real) < 1e15;
+  return whole ? Value(static_cast<int64_t>(real)) : Value(real);
+}
+
+// Returns SQLite's result. A value that is bound already is not bound again: the planner looks into
+// the patterns of LIKE, and a pattern that is bound has the query planned anew.
+int BindAll(PreparedStatement& prepared, const Values& values) {
+  prepared.bound.resize(values.size());  // Null at first, as unbound values are
+  // Values of columns that the file has not are left out, those at the end without a place.
+  const auto places = static_cast<size_t>(sqlite3_bind_parameter_count(prepared.statement));
+  int result = SQLITE_OK;
+  for (size_t i = 0; i < std::min(places, values.size()) && result == SQLITE_OK; ++i) {
+    if (prepared.bound[i] == values[i]) continue;
+    const int position = static_cast<int>(i) + 1;
+    const auto* text = std::get_if<std::string>(&values[i]);
+    const auto* real = std::get_if<double>(&values[i]);
+    const bool pattern =
+        std::find(prepared.patterns.begin(), prepared.patterns.end(), i) != prepared.patterns.end();
+    if (text && text->find('\0') != std::string::npos)
+      throw StoreError(kErrSyntax, "a query cannot hold a zero character");
+    prepared.bound[i] = Value();
+    if (text && pattern)
+      result = BindTo(prepared.statement, position, LikePattern(*text));
+    else
+      result = BindTo(prepared.statement, position, real ? AsLiteral(*real) : values[i]);
+    if (result == SQLITE_OK) prepared.bound[i] = values[i];
+  }
+  return result;
 }
 
 // A default as the schema writes it: 'text', a number, or nothing that is a constant.
@@ -98,27 +167,17 @@ void AddKeyIndex(TableDef& table, const TableDef* schema) {
 
 // --- Statement ---
 
-Statement::Statement(Connection& connection, sqlite3_stmt* statement)
-    : connection_(connection), statement_(statement) {}
+Statement::Statement(Connection& connection, std::shared_ptr<PreparedStatement> prepared)
+    : connection_(connection), prepared_(std::move(prepared)), statement_(prepared_->statement) {}
 
 Statement::~Statement() {
   sqlite3_reset(statement_);
-  sqlite3_clear_bindings(statement_);
+  if (prepared_->language == Connection::kSqlite) sqlite3_clear_bindings(statement_);
 }
 
 Statement& Statement::Bind(int position, const Value& value) {
-  int result = SQLITE_OK;
-  if (const auto* integer = std::get_if<int64_t>(&value)) {
-    result = sqlite3_bind_int64(statement_, position, *integer);
-  } else if (const auto* real = std::get_if<double>(&value)) {
-    result = sqlite3_bind_double(statement_, position, *real);
-  } else if (const auto* text = std::get_if<std::string>(&value)) {
-    result = sqlite3_bind_text64(statement_, position, text->data(), text->size(), SQLITE_TRANSIENT,
-                                 SQLITE_UTF8);
-  } else {
-    result = sqlite3_bind_null(statement_, position);
-  }
-  if (result != SQLITE_OK) connection_.Fail(result);
+  if (const int result = BindTo(statement_, position, value); result != SQLITE_OK)
+    connection_.Fail(result);
   return *this;
 }
 
@@ -131,7 +190,11 @@ bool Statement::Step() {
   if (result == SQLITE_ROW) return true;
   if (result == SQLITE_DONE) return false;
   connection_.seenTotalChanges_ = -1;  // SQLite may have taken back what was counted
-  connection_.Fail(result, sqlite3_sql(statement_));
+  const std::unique_ptr<char, void (*)(void*)> shown(sqlite3_expanded_sql(statement_),
+                                                     sqlite3_free);
+  // Only values of the dialect stand in the text.
+  const bool withValues = shown && prepared_->language == Connection::kDialect;
+  connection_.Fail(result, withValues ? shown.get() : sqlite3_sql(statement_));
 }
 
 void Statement::Run() {
@@ -247,7 +310,7 @@ void Connection::Close() {
   sqlite3_finalize(dataVersion_);
   dataVersion_ = nullptr;
   seenMark_.clear();
-  sqlite3_close(database_);
+  sqlite3_close_v2(database_);  // the last of the statements on loan closes it
   database_ = nullptr;
 }
 
@@ -282,11 +345,26 @@ void Connection::AfterWaiting(bool writes, int result) {
 // --- Statements ---
 
 Statement Connection::Prepare(std::string_view sql) {
-  return {*this, KeptStatement(kSqlite, sql)};
+  Check();
+  auto prepared = Kept(kSqlite, sql);
+  if (!prepared) {
+    prepared = std::make_shared<PreparedStatement>(kSqlite, std::string(sql));
+    prepared->statement = Compile(prepared->key, sql);
+    Keep(kSqlite, prepared);
+  }
+  return {*this, std::move(prepared)};
 }
 
-Statement Connection::PrepareDialect(std::string_view sql) {
-  return {*this, KeptStatement(kDialect, sql)};
+Statement Connection::PrepareDialect(std::string_view sql, const Values& values) {
+  Check();
+  std::shared_ptr<PreparedStatement> prepared;
+  if (values.empty())
+    prepared = Kept(kDialect, sql);
+  else
+    prepared = Kept(kDialect, KeyOf(sql, values));
+  if (!prepared) prepared = Translated(sql, values);
+  if (const int result = BindAll(*prepared, values); result != SQLITE_OK) Fail(result);
+  return {*this, std::move(prepared)};
 }
 
 void Connection::ExecuteNow(const char* sql) {
@@ -297,38 +375,37 @@ void Connection::ExecuteNow(const char* sql) {
   if (result != SQLITE_OK) Fail(result, sql);
 }
 
-sqlite3_stmt* Connection::KeptStatement(Language language, std::string_view sql) {
-  Check();
-  auto& byText = keptByText_[language];
-  if (const auto found = byText.find(sql); found != byText.end()) {
-    if (sqlite3_stmt_busy(found->second->statement)) {
-      throw StoreError(kErrOther,
-                       "a query cannot be asked inside its own walk: " + std::string(sql));
-    }
-    kept_.splice(kept_.begin(), kept_, found->second);
-    return found->second->statement;
-  }
-  std::string translated(sql);
-  if (language == kDialect) {
-    translated = TranslateQuery(sql, [this](std::string_view name) { return FindReadTable(name); });
-  }
-  sqlite3_stmt* statement = Compile(translated, sql);
-  kept_.push_front({language, std::string(sql), statement});
-  byText.emplace(kept_.front().text, kept_.begin());
-  if (kept_.size() > kKeptStatements) Forget(std::prev(kept_.end()));
-  assert(keptByText_[kSqlite].size() + keptByText_[kDialect].size() == kept_.size());
-  return statement;
+// Null: there is none, or it is on loan.
+std::shared_ptr<PreparedStatement> Connection::Kept(Language language, std::string_view key) {
+  const auto found = keptByKey_[language].find(key);
+  if (found == keptByKey_[language].end() || found->second->use_count() > 1) return nullptr;
+  kept_.splice(kept_.begin(), kept_, found->second);
+  return kept_.front();
 }
 
-// A statement whose rows are being handed out stays until it is the last used again.
-void Connection::Forget(KeptList::iterator kept) {
-  if (sqlite3_stmt_busy(kept->statement)) {
-    kept_.splice(kept_.begin(), kept_, kept);
-    return;
+// The second of two that are on loan at a time is not kept.
+void Connection::Keep(Language language, const std::shared_ptr<PreparedStatement>& prepared) {
+  if (keptByKey_[language].count(prepared->key) > 0) return;
+  kept_.push_front(prepared);
+  keptByKey_[language].emplace(prepared->key, kept_.begin());
+  if (kept_.size() > kKeptStatements) {
+    keptByKey_[kept_.back()->language].erase(kept_.back()->key);
+    kept_.pop_back();
   }
-  keptByText_[kept->language].erase(kept->text);
-  sqlite3_finalize(kept->statement);
-  kept_.erase(kept);
+  assert(keptByKey_[kSqlite].size() + keptByKey_[kDialect].size() == kept_.size());
+}
+
+std::shared_ptr<PreparedStatement> Connection::Translated(std::string_view sql,
+                                                          const Values& values) {
+  auto prepared = std::make_shared<PreparedStatement>(kDialect, KeyOf(sql, values));
+  std::vector<ValueKind> kinds;
+  for (const Value& value : values) kinds.push_back(KindOf(value));
+  TranslatedQuery query = TranslateQuery(
+      sql, [this](std::string_view name) { return FindReadTable(name); }, kinds);
+  prepared->patterns = std::move(query.patterns);
+  prepared->statement = Compile(query.sql, QueryWithValues(sql, values));
+  Keep(kDialect, prepared);
+  return prepared;
 }
 
 sqlite3_stmt* Connection::Compile(const std::string& sql, std::string_view shown) {
@@ -353,11 +430,8 @@ sqlite3_stmt* Connection::Compile(const std::string& sql, std::string_view shown
 }
 
 void Connection::ForgetStatements() {
-  for (auto kept = kept_.begin(); kept != kept_.end();) {
-    const auto next = std::next(kept);
-    Forget(kept);
-    kept = next;
-  }
+  for (auto& keys : keptByKey_) keys.clear();
+  kept_.clear();
 }
 
 // --- Transactions ---

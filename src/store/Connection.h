@@ -21,11 +21,13 @@ namespace zemo {
 
 class Connection;
 
+struct PreparedStatement;
+
 // A prepared statement on loan from its connection for one scope: the destructor resets it, so that
 // no read lock outlives the call in which it was taken.
 class Statement {
  public:
-  Statement(Connection& connection, sqlite3_stmt* statement);
+  Statement(Connection& connection, std::shared_ptr<PreparedStatement> prepared);
   ~Statement();
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
@@ -42,6 +44,7 @@ class Statement {
 
  private:
   Connection& connection_;
+  std::shared_ptr<PreparedStatement> prepared_;
   sqlite3_stmt* statement_;
 };
 
@@ -60,9 +63,11 @@ class Connection {
   const std::string& Path() const { return path_; }
   sqlite3* Handle() const { return database_; }
 
-  Statement Prepare(std::string_view sql);         // SQLite's SQL; kept prepared
-  Statement PrepareDialect(std::string_view sql);  // the station's dialect; kept prepared
-  void ExecuteNow(const char* sql);                // not kept
+  // Kept prepared, by their text. SQLite's SQL, its values to be bound by the caller; and the
+  // station's dialect, with a value for each ? in it.
+  Statement Prepare(std::string_view sql);
+  Statement PrepareDialect(std::string_view sql, const Values& values = {});
+  void ExecuteNow(const char* sql);  // not kept
 
   void Begin();     // nothing when one is open
   void Commit();    // nothing when none is open; what cannot be committed is rolled back
@@ -100,20 +105,16 @@ class Connection {
 
  private:
   enum Language { kSqlite, kDialect };
-  struct Kept {
-    Language language;
-    std::string text;
-    sqlite3_stmt* statement;
-  };
-  using KeptList = std::list<Kept>;
+  using KeptList = std::list<std::shared_ptr<PreparedStatement>>;
 
   void Open(bool create);
   void RegisterFunctions();
   void Check() const;  // throws when closed
   void AfterWaiting(bool writes, int result);
-  sqlite3_stmt* KeptStatement(Language language, std::string_view sql);
+  std::shared_ptr<PreparedStatement> Kept(Language language, std::string_view key);
+  void Keep(Language language, const std::shared_ptr<PreparedStatement>& prepared);
+  std::shared_ptr<PreparedStatement> Translated(std::string_view sql, const Values& values);
   sqlite3_stmt* Compile(const std::string& sql, std::string_view shown);
-  void Forget(KeptList::iterator kept);
   void ForgetStatements();
   int64_t SchemaVersion();  // of the file, which counts its structure's changes
   void LoadCatalogue();
@@ -124,8 +125,8 @@ class Connection {
   std::shared_ptr<LockWait> wait_;
   mutable bool fileFailed_ = false;  // an operation failed in the file system
   sqlite3* database_ = nullptr;
-  KeptList kept_;                                                           // the last used first
-  std::unordered_map<std::string_view, KeptList::iterator> keptByText_[2];  // by Language
+  KeptList kept_;                                                          // the last used first
+  std::unordered_map<std::string_view, KeptList::iterator> keptByKey_[2];  // by Language
   sqlite3_stmt* dataVersion_ = nullptr;
 
   std::vector<std::shared_ptr<const TableDef>> tables_;

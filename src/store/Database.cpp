@@ -28,21 +28,25 @@ class SqliteDatabase : public Database {
       : path_(std::move(path)), wait_(std::move(wait)) {}
   ~SqliteDatabase() override { SqliteDatabase::Close(); }
 
-  std::unique_ptr<Recordset> OpenRecordset(std::string_view sql) override {
-    Statement query = Use().PrepareDialect(sql);
+  using Database::ReadRows;
+
+  std::unique_ptr<Recordset> OpenRecordset(std::string_view sql, const Values& values) override {
+    Statement query = Use().PrepareDialect(sql, values);
     if (query.Columns() == 0) {
       throw StoreError(kErrSyntax, "a query without rows cannot be opened: " + std::string(sql));
     }
     return std::make_unique<Snapshot>(query);
   }
-  void ReadRows(std::string_view sql, const std::function<void(const RowView&)>& take) override {
-    Statement query = Use().PrepareDialect(sql);
+  void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) override {
+    Statement query = Use().PrepareDialect(sql, values);
     while (query.Step()) take(RowView(query.Handle()));
   }
-  std::unique_ptr<Recordset> OpenTable(std::string_view table) override {
-    return std::make_unique<TableCursor>((Use(), connection_), table);
+  std::shared_ptr<const StoredTable> FindTable(std::string_view name) override {
+    return std::make_shared<const SqliteTable>((Use(), connection_), name);
   }
-  void Execute(std::string_view sql) override { Use().PrepareDialect(sql).Run(); }
+  void Execute(std::string_view sql, const Values& values) override {
+    Use().PrepareDialect(sql, values).Run();
+  }
   void BeginTrans() override { Use().Begin(); }
   void CommitTrans() override { Use().Commit(); }
   void RollbackTrans() override {

@@ -21,20 +21,35 @@ class Connection;
 class RowView;
 class TableDefs;
 
+// A table as its columns were when it was asked for.
+class StoredTable {
+ public:
+  virtual ~StoredTable() = default;
+  // A live cursor of the caller's own, on the first row in order of insertion.
+  virtual std::unique_ptr<Recordset> Cursor() const = 0;
+};
+
 // Thread: the logic's. Every operation throws StoreError.
 class Database {
  public:
   virtual ~Database() = default;
 
-  virtual std::unique_ptr<Recordset> OpenRecordset(std::string_view sql) = 0;  // a snapshot
+  // A query names its values by a ? each, from left to right, and never holds one in its text: so
+  // each place of the program asks with the same text, which is translated once. A value counts as
+  // its literal would, behind LIKE with its * and ?.
+  using TakeRow = std::function<void(const RowView&)>;
+  virtual std::unique_ptr<Recordset> OpenRecordset(std::string_view sql,
+                                                   const Values& values = {}) = 0;  // a snapshot
   // Hands the rows of a query to `take` one by one, without a snapshot: for walks over a whole
   // library. The file is held for reading meanwhile, so `take` only copies what it needs.
-  virtual void ReadRows(std::string_view sql, const std::function<void(const RowView&)>& take) = 0;
-  virtual std::unique_ptr<Recordset> OpenTable(std::string_view table) = 0;  // a live table cursor
-  virtual void Execute(std::string_view sql) = 0;  // a query that writes; fails on error
-  virtual void BeginTrans() = 0;                   // does nothing when one is open
-  virtual void CommitTrans() = 0;                  // does nothing when none is open
-  virtual void RollbackTrans() = 0;                // takes back the open one; throws nothing
+  virtual void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) = 0;
+  void ReadRows(std::string_view sql, const TakeRow& take) { ReadRows(sql, {}, take); }
+  virtual std::shared_ptr<const StoredTable> FindTable(std::string_view name) = 0;
+  std::unique_ptr<Recordset> OpenTable(std::string_view name) { return FindTable(name)->Cursor(); }
+  virtual void Execute(std::string_view sql, const Values& values = {}) = 0;  // a query that writes
+  virtual void BeginTrans() = 0;     // does nothing when one is open
+  virtual void CommitTrans() = 0;    // does nothing when none is open
+  virtual void RollbackTrans() = 0;  // takes back the open one; throws nothing
   virtual TableDefs& Tables() = 0;
   // Columns are looked at: what the schema has and the file has not is read by default, and told, a
   // line each. Without it, and after a change of the structure, a query that names it fails.

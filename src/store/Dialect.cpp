@@ -8,6 +8,7 @@
 //                             computed patterns are compared
 //  = IN NOT IN                columns compare without case by themselves (NOCASE); a literal with
 //                             letters beyond ASCII gets our own comparison
+//  ?                          ?1, ?2, ...: treated as the literal of its value would be
 //  True False                 -1 and 0; a comparison with True is one with "not 0"
 //  "text"                     'text'
 //  INSERT INTO t SELECT * FROM u    fields matched by name
@@ -23,6 +24,7 @@
 #include "store/Collation.h"
 #include "store/DialectTokens.h"
 #include "store/Names.h"
+#include "store/StoreError.h"
 
 namespace zemo {
 
@@ -44,17 +46,31 @@ bool IsAny(const Token& token, std::initializer_list<std::string_view> words) {
   return std::any_of(words.begin(), words.end(), [&](auto word) { return token.Is(word); });
 }
 
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+constexpr char kEscape = '\\';
+
+ValueKind KindOfText(std::string_view text) {
+  const bool ascii = std::all_of(text.begin(), text.end(),
+                                 [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  if (!ascii) return ValueKind::kWideText;
+  return text.find_first_of("%_") == std::string_view::npos ? ValueKind::kText
+                                                            : ValueKind::kPercentText;
 }
 
 class Translation {
  public:
-  Translation(std::string_view query, const TableLookup& tables)
-      : tokens_(CutQuery(query)), lookup_(tables) {}
+  Translation(std::string_view query, const TableLookup& tables,
+              const std::vector<ValueKind>& values)
+      : tokens_(CutQuery(query)), lookup_(tables), values_(values) {
+    const auto places = std::count_if(tokens_.begin(), tokens_.end(), [](const Token& token) {
+      return token.kind == TokenKind::kValue;
+    });
+    if (static_cast<size_t>(places) != values_.size())
+      throw StoreError(kErrSyntax, "a query with " + std::to_string(places) + " places is given " +
+                                       std::to_string(values_.size()) +
+                                       " values: " + std::string(query));
+  }
 
-  std::string Run() {
+  TranslatedQuery Run() {
     while (!tokens_.empty() && tokens_.back().Is(";")) tokens_.pop_back();
     DropStarOfDelete();
     WriteBehindStandIn();
@@ -64,13 +80,25 @@ class Translation {
     OrderRows();
     TranslateConditions();
     if (!top_.empty()) Append({Word("LIMIT"), Word(top_)});
-    return JoinTokens(tokens_);
+    return {JoinTokens(tokens_), std::move(patterns_)};
   }
 
  private:
   size_t Size() const { return tokens_.size(); }
   bool Is(size_t at, std::string_view word) const { return at < Size() && tokens_[at].Is(word); }
-  bool IsText(size_t at) const { return at < Size() && tokens_[at].kind == TokenKind::kText; }
+  bool IsValue(size_t at) const { return at < Size() && tokens_[at].kind == TokenKind::kValue; }
+  // From 0.
+  size_t ValueAt(size_t at) const {
+    return static_cast<size_t>(std::stoul(tokens_[at].text.substr(1))) - 1;
+  }
+  // Of a literal or a value; anything else is no text.
+  ValueKind Kind(size_t at) const {
+    if (IsValue(at)) return values_[ValueAt(at)];
+    if (at < Size() && tokens_[at].kind == TokenKind::kText) return KindOfText(tokens_[at].text);
+    return ValueKind::kNumber;
+  }
+  bool IsText(size_t at) const { return Kind(at) != ValueKind::kNumber; }
+  bool IsWide(size_t at) const { return Kind(at) == ValueKind::kWideText; }
   void Insert(size_t at, Tokens more) {
     tokens_.insert(tokens_.begin() + static_cast<std::ptrdiff_t>(at),
                    std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
@@ -220,7 +248,7 @@ class Translation {
 
   void TakeTop() {
     if (!Is(select_ + 1, "TOP") || select_ + 2 >= Size()) return;
-    if (tokens_[select_ + 2].kind != TokenKind::kNumber) return;
+    if (tokens_[select_ + 2].kind != TokenKind::kNumber && !IsValue(select_ + 2)) return;
     top_ = tokens_[select_ + 2].text;
     Erase(select_ + 1, 2);
   }
@@ -272,8 +300,8 @@ class Translation {
         TranslateLike(at);
       } else if (condition && token.Is("IN")) {
         at = TranslateIn(at);
-      } else if (condition && token.kind == TokenKind::kText) {
-        TranslateLiteral(at);
+      } else if (condition && IsText(at)) {
+        TranslateText(at);
       }
     }
   }
@@ -292,19 +320,16 @@ class Translation {
   }
 
   void TranslateLike(size_t at) {
-    const bool literal = IsText(at + 1) && !Is(at + 2, "&") && !Is(at + 2, "||");
-    if (!literal || !IsAscii(tokens_[at + 1].text)) {
+    const bool alone = IsText(at + 1) && !Is(at + 2, "&") && !Is(at + 2, "||");
+    if (!alone || IsWide(at + 1)) {
       tokens_[at].text = "REGEXP";
       return;
     }
-    const std::string written = tokens_[at + 1].text;
-    const bool escaped = written.find_first_of("%_") != std::string::npos;
-    std::string pattern;
-    for (const char c : written) {
-      if (escaped && (c == '%' || c == '_' || c == kEscape)) pattern += kEscape;
-      pattern += c == '*' ? '%' : c == '?' ? '_' : c;
-    }
-    tokens_[at + 1].text = pattern;
+    const bool escaped = Kind(at + 1) == ValueKind::kPercentText;
+    if (IsValue(at + 1))
+      patterns_.push_back(ValueAt(at + 1));
+    else
+      tokens_[at + 1].text = LikePattern(tokens_[at + 1].text);
     if (escaped) Insert(at + 2, {Word("ESCAPE"), Quoted(std::string(1, kEscape))});
   }
 
@@ -314,7 +339,7 @@ class Translation {
     size_t end = at + 2;
     bool ascii = true;
     while (end < Size() && !tokens_[end].Is(")")) {
-      ascii = ascii && (!IsText(end) || IsAscii(tokens_[end].text));
+      ascii = ascii && !IsWide(end);
       ++end;
     }
     if (ascii) return end;
@@ -323,30 +348,30 @@ class Translation {
     return end + 2;
   }
 
-  void TranslateLiteral(size_t at) {
-    Token& literal = tokens_[at];
+  void TranslateText(size_t at) {
+    Token& text = tokens_[at];
     const bool alone =
         at > 0 && IsAny(tokens_[at - 1], {"WHERE", "AND", "OR"}) &&
         (at + 1 == Size() || IsAny(tokens_[at + 1], {"AND", "OR", "ORDER", "GROUP"}));
-    if (alone && literal.text == "*") {
-      literal = Token{TokenKind::kNumber, "1", literal.depth};
+    if (alone && text.kind == TokenKind::kText && text.text == "*") {
+      text = Token{TokenKind::kNumber, "1", text.depth};
       return;
     }
     const auto comparedBy = [&](std::initializer_list<std::string_view> signs) {
       return (at > 0 && IsAny(tokens_[at - 1], signs)) ||
              (at + 1 < Size() && IsAny(tokens_[at + 1], signs));
     };
-    if (comparedBy({"=", "==", "<>", "!="}) && !IsAscii(literal.text)) {
+    if (comparedBy({"=", "==", "<>", "!="}) && IsWide(at)) {
       Insert(at + 1, {Word("COLLATE"), Word(kFrenchCase)});
     } else if (comparedBy({"<", ">", "<=", ">="})) {
       Insert(at + 1, {Word("COLLATE"), Word(kFrenchOrder)});
     }
   }
 
-  static constexpr char kEscape = '\\';
-
   Tokens tokens_;
   const TableLookup& lookup_;
+  const std::vector<ValueKind>& values_;
+  std::vector<size_t> patterns_;
   size_t select_ = 0;
   size_t from_ = 0;
   std::shared_ptr<const TableDef> table_;  // behind FROM; null: unknown
@@ -356,8 +381,24 @@ class Translation {
 
 }  // namespace
 
-std::string TranslateQuery(std::string_view query, const TableLookup& tables) {
-  return Translation(query, tables).Run();
+ValueKind KindOf(const Value& value) {
+  const auto* text = std::get_if<std::string>(&value);
+  return text ? KindOfText(*text) : ValueKind::kNumber;
+}
+
+TranslatedQuery TranslateQuery(std::string_view query, const TableLookup& tables,
+                               const std::vector<ValueKind>& values) {
+  return Translation(query, tables, values).Run();
+}
+
+std::string LikePattern(std::string_view written) {
+  const bool escaped = KindOfText(written) == ValueKind::kPercentText;
+  std::string pattern;
+  for (const char c : written) {
+    if (escaped && (c == '%' || c == '_' || c == kEscape)) pattern += kEscape;
+    pattern += c == '*' ? '%' : c == '?' ? '_' : c;
+  }
+  return pattern;
 }
 
 }  // namespace zemo

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "store/Names.h"
+#include "store/SqlText.h"
 #include "store/StoreError.h"
-#include "store/Value.h"
 
 namespace zemo {
 
@@ -50,6 +50,10 @@ class Cutter {
     if (IsWordStart(c)) return {TokenKind::kWord, While(IsWordPart), depth_};
     if (IsDigit(c) || (c == '.' && IsDigit(Peek(1)))) {
       return {TokenKind::kNumber, Number(), depth_};
+    }
+    if (c == '?') {
+      ++at_;
+      return {TokenKind::kValue, '?' + std::to_string(++values_), depth_};
     }
     return {TokenKind::kSymbol, Symbol(), depth_};
   }
@@ -111,6 +115,7 @@ class Cutter {
   std::string_view query_;
   size_t at_ = 0;
   int depth_ = 0;
+  int values_ = 0;  // places of values so far
   std::vector<Token> tokens_;
 };
 

@@ -7,11 +7,13 @@
 
 namespace zemo {
 
-enum class TokenKind { kWord, kName, kNumber, kText, kSymbol };
+enum class TokenKind { kWord, kName, kNumber, kText, kValue, kSymbol };
 
 struct Token {
   TokenKind kind = TokenKind::kSymbol;
-  std::string text;    // a name or a text literal without its quotes; all others as written
+  // A name or a text literal without its quotes; a value's place as "?1", the number that it has
+  // from left to right; all others as written.
+  std::string text;
   int depth = 0;       // parentheses around it; an opening one counts as outside of itself
   bool spaced = true;  // a blank stands before it
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "store/Names.h"
+#include "store/SqlText.h"
 #include "store/StoreError.h"
 
 namespace zemo {
@@ -304,12 +305,6 @@ const TableDef& SchemaTable(std::string_view name) {
   return *table;
 }
 
-std::string DefaultSql(const Value& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) return '\'' + SqlQuoted(*text) + '\'';
-  if (const auto* real = std::get_if<double>(&value)) return SqlNumber(*real);
-  return AsText(value);
-}
-
 // A rule's name is the message of whoever breaks it, in any SQLite tool.
 std::string RuleSql(const std::string& name, const std::string& condition) {
   return " CONSTRAINT " + QuotedName(name) + " CHECK (" + condition + ')';
@@ -400,7 +395,7 @@ std::string FieldSql(std::string_view table, const Field& field) {
       break;
     }
   }
-  if (!IsNull(field.DefaultValue)) sql += " DEFAULT " + DefaultSql(field.DefaultValue);
+  if (!IsNull(field.DefaultValue)) sql += " DEFAULT " + SqlLiteral(field.DefaultValue);
   return sql + rule;
 }
 

@@ -152,11 +152,13 @@ class RowPacker {
 }  // namespace
 
 Snapshot::Snapshot(Statement& query) {
+  // The first step is what notices that another program has changed the table's columns.
+  bool row = query.Step();
   for (int column = 0; column < query.Columns(); ++column) {
     names_.push_back(query.ColumnName(column));
   }
   RowPacker packer(query);
-  while (query.Step()) {
+  for (; row; row = query.Step()) {
     rows_.push_back(Store(packer.PackRow()));
     packer.Stored(rows_.back());
   }

@@ -4,6 +4,7 @@
 
 #include "store/Names.h"
 #include "store/Schema.h"
+#include "store/SqlText.h"
 
 namespace zemo {
 
@@ -56,11 +57,6 @@ std::string OfVarieties(const Field& field) {
   if (SameName(field.Name, "VARIETE"))
     return "CASE rowid WHEN 1 THEN 'NATIONAL' WHEN 2 THEN 'INTERNATIONAL' ELSE '' END";
   return "(SELECT 100 / COUNT(*) FROM main.Variete)";
-}
-
-std::string Literal(const Value& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) return "'" + SqlQuoted(*text) + "'";
-  return AsText(value);
 }
 
 class Making {
@@ -134,7 +130,7 @@ class Making {
     } else {
       const bool variety = SameName(table_.Name, "Variete");
       field.ReadAs =
-          InType(field, variety ? OfVarieties(field) : Literal(OfANewRow(table_, field)));
+          InType(field, variety ? OfVarieties(field) : SqlLiteral(OfANewRow(table_, field)));
       result_.told.push_back(
           begin + (IsGapOfArtists(table_, field) ? "read as none" : "read as by default"));
     }

@@ -5,10 +5,8 @@
 #include <optional>
 #include <utility>
 
-#include "store/ClosedTable.h"
 #include "store/Names.h"
 #include "store/Schema.h"
-#include "store/StationTable.h"
 #include "store/StoreError.h"
 #include "store/TableDefs.h"
 
@@ -16,33 +14,21 @@ namespace zemo {
 
 namespace {
 
-struct OpenedTable {
-  const char* name;
-  std::unique_ptr<Recordset> TableCursors::*cursor;
-};
-
-constexpr OpenedTable kOpeningOrder[] = {
-    {"Discotheque", &TableCursors::Discotheque},
-    {"DiscothequeJingle", &TableCursors::DiscothequeJingle},
-    {"DiscothequeVirgule", &TableCursors::DiscothequeVirgule},
-    {"GrillePub", &TableCursors::GrillePub},
-    {"Models", &TableCursors::Models},
-    {"Variete", &TableCursors::Variete},
-    {"Toph", &TableCursors::Toph},
-    {"Cnf", &TableCursors::Cnf},
-    {"Rapport", &TableCursors::Rapport},
-    {"Playlist", &TableCursors::Playlist},
-    {"Pls", &TableCursors::Pls},
-    {"ModelSquelette", &TableCursors::ModelSquelette},
-    {"VT", &TableCursors::VT},
-};
+constexpr std::string_view kOpeningOrder[] = {"Discotheque",
+                                              "DiscothequeJingle",
+                                              "DiscothequeVirgule",
+                                              "GrillePub",
+                                              "Models",
+                                              "Variete",
+                                              "Toph",
+                                              "Cnf",
+                                              "Rapport",
+                                              "Playlist",
+                                              "Pls",
+                                              "ModelSquelette",
+                                              "VT"};
 
 constexpr int kHours = 24;
-
-// The constructor has made a StationTable of every one.
-void Use(TableCursors& tables, const OpenedTable& table, std::unique_ptr<Recordset> cursor) {
-  static_cast<StationTable&>(*(tables.*table.cursor)).Use(std::move(cursor));
-}
 
 // Runs one step after the other whatever becomes of each; Finish throws the first error.
 class FirstError {
@@ -114,12 +100,7 @@ StationBase::StationBase(std::string path, int busyTimeoutMs)
     : path_(std::move(path)),
       wait_(std::make_shared<LockWait>(busyTimeoutMs)),
       database_(DBEngine::ClosedDatabase(path_, wait_)),
-      cnfRow_(DefaultSettings()) {
-  for (const OpenedTable& table : kOpeningOrder) {
-    tables_.*table.cursor = std::make_unique<StationTable>(nullptr);
-  }
-  CloseTables(kErrClosed, path_ + " is not open");
-}
+      cnfRow_(DefaultSettings()) {}
 
 StationBase::~StationBase() = default;
 
@@ -183,49 +164,49 @@ void StationBase::OpenAllTables() {
   Database& database = Db();
   FirstError errors;
   errors.Try([&] { gaps_ = database.PutStandIns(); });
-  for (const OpenedTable& table : kOpeningOrder) {
+  tables_.clear();
+  for (const std::string_view name : kOpeningOrder) {
     try {
-      Use(tables_, table, database.OpenTable(table.name));
+      tables_.push_back({name, database.FindTable(name), std::nullopt});
     } catch (const StoreError& error) {
-      Use(tables_, table, std::make_unique<ClosedTable>(error.Number(), error.what()));
+      tables_.push_back({name, nullptr, error});
       errors.Note(error);
     }
   }
   errors.Finish();
 }
 
+const StoredTable& StationBase::OpenedTable(std::string_view name) const {
+  for (const TableOrFault& opened : tables_) {
+    if (opened.name != name) continue;
+    if (opened.fault) throw StoreError(*opened.fault);
+    return *opened.table;
+  }
+  throw StoreError(kErrClosed, path_ + " is not open");
+}
+
 void StationBase::SeedFixedRows() {
   const struct {
     const char* name;
-    Recordset& table;
     void (*seed)(Recordset&);
-  } fixed[] = {{"Variete", *tables_.Variete, SeedVariete},
-               {"Toph", *tables_.Toph, SeedToph},
-               {"Cnf", *tables_.Cnf, SeedCnf}};
+  } fixed[] = {{"Variete", SeedVariete}, {"Toph", SeedToph}, {"Cnf", SeedCnf}};
   FirstError errors;
   for (const auto& entry : fixed) {
     errors.Try([&] {
       if (CountRecords(entry.name) != 0) return;
       Transaction transaction(Db());
       // Another station may have filled it before this one held the lock.
-      if (CountRecords(entry.name) == 0) entry.seed(entry.table);
+      if (CountRecords(entry.name) == 0) entry.seed(*Table(entry.name));
       transaction.Commit();
-      entry.table.MoveFirst();
     });
   }
   errors.Finish();
 }
 
 void StationBase::Close() {
-  CloseTables(kErrClosed, path_ + " is not open");
+  tables_.clear();
   database_->Close();
   cnfChecked_ = false;
-}
-
-void StationBase::CloseTables(int number, const std::string& reason) {
-  for (const OpenedTable& table : kOpeningOrder) {
-    Use(tables_, table, std::make_unique<ClosedTable>(number, reason));
-  }
 }
 
 Database& StationBase::Db() {

@@ -1,9 +1,10 @@
-// The station's open base: the one Database object, its thirteen table cursors, the settings row.
+// The station's open base: the one Database object, its thirteen tables, the settings row.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,16 +12,9 @@
 
 #include "store/CnfFields.h"
 #include "store/Database.h"
+#include "store/StoreError.h"
 
 namespace zemo {
-
-// The thirteen tables, in the order in which they are opened. One that is missing in the file, and
-// all while the base is closed, throw StoreError at every use; none is ever null, and each is the
-// same object for the base's whole life, closed, open or opened anew.
-struct TableCursors {
-  std::unique_ptr<Recordset> Discotheque, DiscothequeJingle, DiscothequeVirgule, GrillePub, Models,
-      Variete, Toph, Cnf, Rapport, Playlist, Pls, ModelSquelette, VT;
-};
 
 // Thread: the logic's. Operations throw StoreError.
 class StationBase {
@@ -36,8 +30,9 @@ class StationBase {
   // already", with the table's name; a failed creation stops nothing.
   void CreateMissingTables(const std::function<void(const std::string& table, int number,
                                                     const std::string& text)>& failed);
-  // A table that cannot be opened stops nothing; its error is thrown at the end. Columns that are
-  // missing or of another type are read as StandIns.h tells; Gaps() says which, a line each.
+  // A table that cannot be opened stops nothing; its error is thrown at the end, and whenever the
+  // table is asked for. Columns that are missing or of another type are read as StandIns.h tells;
+  // Gaps() says which, a line each.
   void OpenAllTables();
   const std::vector<std::string>& Gaps() const { return gaps_; }
   void SeedFixedRows();  // Variete, Toph and Cnf, each only when empty
@@ -54,7 +49,12 @@ class StationBase {
 
   Database& Db();  // throws StoreError when closed
   bool IsOpen() const;
-  TableCursors& Tables() { return tables_; }
+  // A cursor of the caller's own on one of the thirteen tables, as they were when they were opened;
+  // on its first row, in order of insertion. One that is kept across a yield may find the base
+  // closed.
+  std::unique_ptr<Recordset> Table(std::string_view name) { return OpenedTable(name).Cursor(); }
+  // For what is to end at its beginning where the table is not open.
+  void RequireTable(std::string_view name) { OpenedTable(name); }
   const std::string& Path() const { return path_; }
 
   int32_t CountRecords(std::string_view table);
@@ -76,12 +76,18 @@ class StationBase {
  private:
   void RefreshCnf();
   void ReadCnfRow();
-  void CloseTables(int number, const std::string& reason);
+  const StoredTable& OpenedTable(std::string_view name) const;
 
   std::string path_;
   std::shared_ptr<LockWait> wait_;
   std::unique_ptr<Database> database_;  // never null
-  TableCursors tables_;
+  // Of the open base; the error of one that could not be opened.
+  struct TableOrFault {
+    std::string_view name;
+    std::shared_ptr<const StoredTable> table;
+    std::optional<StoreError> fault;
+  };
+  std::vector<TableOrFault> tables_;
   std::vector<std::string> gaps_;
   std::vector<Value> cnfRow_;
   int64_t cnfCounter_ = -1;  // change counter at which cnfRow_ was read; -1: defaults, or unknown

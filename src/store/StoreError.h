@@ -39,6 +39,11 @@ class StoreError : public std::runtime_error {
     return number_ == kErrLocked || number_ == kErrDiskFull || number_ == kErrReadOnly ||
            number_ == kErrClosed || number_ == kErrBadDatabase || number_ == kErrOther;
   }
+  // What was to be stored breaks a rule of its table: another row may be taken.
+  bool RefusesTheRow() const {
+    return number_ == kErrFieldTooSmall || number_ == kErrOverflow || number_ == kErrValueRefused ||
+           number_ == kErrDuplicateKey;
+  }
 
  private:
   int number_;

@@ -128,7 +128,6 @@ bool DropOldSetting(StationBase& base) {
   if (settings.Fields.size() <= kOldPosition ||
       !SameName(settings.Fields[kOldPosition].Name, kOldField))
     return false;
-  base.Tables().Cnf->Close();
   try {
     // The settings are taken to be the first table of the catalogue.
     tables.DeleteField(tables.Item(0).Name, kOldField);

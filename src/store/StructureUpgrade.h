@@ -29,7 +29,7 @@ bool DropOldSetting(StationBase& base);
 
 // The table under the present structure, with its rows, its numbers and what the old structure
 // could not hold; all of it stored at one blow, so that a failure leaves the old table as it was.
-// The table cursors are open again afterwards, in either case. Throws StoreError: kErrTableExists
+// The tables are open again afterwards, in either case. Throws StoreError: kErrTableExists
 // when a TBTEMP is there already; kErrFieldTooSmall and kErrOverflow when a value has no room in
 // its field, with the field, how many rows have such a value and the first of them.
 void RebuildTable(StationBase& base, const CheckedTable& table);

@@ -1,4 +1,4 @@
-// Moves, seeks and edits of a table cursor.
+// SQL of a table; moves, seeks and edits of its cursors.
 #include "store/TableCursor.h"
 
 #include <sqlite3.h>
@@ -55,20 +55,65 @@ Value InFieldType(const TableDef& table, const Field& field, const Value& value)
 
 }  // namespace
 
-TableCursor::TableCursor(std::shared_ptr<Connection> connection, std::string_view table)
+// --- SqliteTable ---
+
+SqliteTable::SqliteTable(std::shared_ptr<Connection> connection, std::string_view name)
     : connection_(std::move(connection)) {
   connection_->RefreshCatalogue();
-  table_ = connection_->FindReadTable(table);
-  if (!table_) throw StoreError(kErrNoSuchTable, "no table " + std::string(table));
+  def_ = connection_->FindReadTable(name);
+  if (!def_) throw StoreError(kErrNoSuchTable, "no table " + std::string(name));
   select_ = "SELECT rowid";
-  for (const zemo::Field& field : table_->Fields) select_ += ", " + ReadSql(field);
-  select_ += " FROM " + StoredName(*table_);
-  row_.resize(table_->Fields.size());
-  MakeOrder({});
+  for (const Field& field : def_->Fields) select_ += ", " + ReadSql(field);
+  select_ += " FROM " + StoredName(*def_);
 }
 
+std::unique_ptr<Recordset> SqliteTable::Cursor() const {
+  return std::make_unique<TableCursor>(shared_from_this());
+}
+
+std::shared_ptr<const TableOrder> SqliteTable::OrderBy(std::optional<size_t> field) const {
+  if (field && def_->Fields[*field].AutoIncrement) field.reset();
+  for (const auto& order : orders_)
+    if (order->key == field) return order;
+  orders_.push_back(std::make_shared<const TableOrder>(MakeOrder(field)));
+  return orders_.back();
+}
+
+TableOrder SqliteTable::MakeOrder(std::optional<size_t> key) const {
+  const std::string k = key ? ReadSql(def_->Fields[*key]) : "rowid";
+  const std::string up = key ? " ORDER BY " + k + ", rowid LIMIT 1" : " ORDER BY rowid LIMIT 1";
+  const std::string down =
+      key ? " ORDER BY " + k + " DESC, rowid DESC LIMIT 1" : " ORDER BY rowid DESC LIMIT 1";
+  TableOrder order;
+  order.key = key;
+  order.first = select_ + up;
+  order.last = select_ + down;
+  order.seek = select_ + " WHERE " + k + " = ?1" + up;
+  if (!key) {
+    order.nextHigher = select_ + " WHERE rowid > ?1" + up;
+    order.previousLower = select_ + " WHERE rowid < ?1" + down;
+    return order;
+  }
+  order.seekAnyCase = select_ + " WHERE " + k + " = ?1 COLLATE " + kFrenchCase + up;
+  order.nextEqual = select_ + " WHERE " + k + " IS ?1 AND rowid > ?2" + up;
+  order.nextHigher = select_ + " WHERE " + k + " > ?1" + up;
+  order.nextNotNull = select_ + " WHERE " + k + " IS NOT NULL" + up;
+  order.previousEqual = select_ + " WHERE " + k + " IS ?1 AND rowid < ?2" + down;
+  order.previousLower = select_ + " WHERE " + k + " < ?1" + down;
+  order.previousNull = select_ + " WHERE " + k + " IS NULL" + down;
+  return order;
+}
+
+// --- TableCursor ---
+
+TableCursor::TableCursor(std::shared_ptr<const SqliteTable> table)
+    : table_(std::move(table)),
+      connection_(table_->ItsConnection()),
+      order_(table_->OrderBy({})),
+      row_(Def().Fields.size()) {}
+
 Connection& TableCursor::Open() const {
-  if (!connection_) throw StoreError(kErrClosed, "table " + table_->Name + " is not open");
+  if (!connection_) throw StoreError(kErrClosed, "table " + Def().Name + " is not open");
   return *connection_;
 }
 
@@ -80,47 +125,21 @@ void TableCursor::Close() {
 
 // --- Order ---
 
-void TableCursor::MakeOrder(std::optional<size_t> key) {
-  const bool byNumber = !key || table_->Fields[*key].AutoIncrement;
-  const std::string k = byNumber ? "rowid" : ReadSql(table_->Fields[*key]);
-  const std::string up =
-      byNumber ? " ORDER BY rowid LIMIT 1" : " ORDER BY " + k + ", rowid LIMIT 1";
-  const std::string down =
-      byNumber ? " ORDER BY rowid DESC LIMIT 1" : " ORDER BY " + k + " DESC, rowid DESC LIMIT 1";
-  order_ = {};
-  order_.first = select_ + up;
-  order_.last = select_ + down;
-  order_.seek = select_ + " WHERE " + k + " = ?1" + up;
-  if (byNumber) {
-    order_.nextHigher = select_ + " WHERE rowid > ?1" + up;
-    order_.previousLower = select_ + " WHERE rowid < ?1" + down;
-    return;
-  }
-  order_.key = key;
-  order_.seekAnyCase = select_ + " WHERE " + k + " = ?1 COLLATE " + kFrenchCase + up;
-  order_.nextEqual = select_ + " WHERE " + k + " IS ?1 AND rowid > ?2" + up;
-  order_.nextHigher = select_ + " WHERE " + k + " > ?1" + up;
-  order_.nextNotNull = select_ + " WHERE " + k + " IS NOT NULL" + up;
-  order_.previousEqual = select_ + " WHERE " + k + " IS ?1 AND rowid < ?2" + down;
-  order_.previousLower = select_ + " WHERE " + k + " < ?1" + down;
-  order_.previousNull = select_ + " WHERE " + k + " IS NULL" + down;
-}
-
 void TableCursor::SetIndex(std::string_view name) {
   Open();
   pending_ = Pending::kNothing;
   place_ = Place::kUnsettled;
   if (SameName(name, index_)) return;
   if (name.empty()) {
-    MakeOrder({});
-  } else if (const Index* index = table_->FindIndex(name)) {
-    MakeOrder(FieldAt(index->Field));
-  } else if (table_->AutoField() && SameName(name, table_->AutoField()->Name)) {
-    MakeOrder({});  // the key serves in every table that has one
-  } else if (!table_->LostKey.empty() && SameName(name, table_->LostKey)) {
-    MakeOrder(FieldAt(name));
+    order_ = table_->OrderBy({});
+  } else if (const Index* index = Def().FindIndex(name)) {
+    order_ = table_->OrderBy(FieldAt(index->Field));
+  } else if (Def().AutoField() && SameName(name, Def().AutoField()->Name)) {
+    order_ = table_->OrderBy({});  // the key serves in every table that has one
+  } else if (!Def().LostKey.empty() && SameName(name, Def().LostKey)) {
+    order_ = table_->OrderBy(FieldAt(name));
   } else {
-    throw StoreError(kErrNoSuchIndex, "no index " + table_->Name + '.' + std::string(name));
+    throw StoreError(kErrNoSuchIndex, "no index " + Def().Name + '.' + std::string(name));
   }
   index_ = name;
 }
@@ -138,7 +157,7 @@ bool TableCursor::Load(Statement& query) const {
 
 void TableCursor::Settle() const {
   if (place_ != Place::kUnsettled) return;
-  Statement query = Open().Prepare(order_.first);
+  Statement query = Open().Prepare(order_->first);
   if (!Load(query)) place_ = Place::kEmpty;
 }
 
@@ -151,7 +170,7 @@ void TableCursor::MoveFirst() {
 
 void TableCursor::MoveLast() {
   pending_ = Pending::kNothing;
-  Statement query = Open().Prepare(order_.last);
+  Statement query = Open().Prepare(order_->last);
   if (!Load(query)) place_ = Place::kEmpty;
 }
 
@@ -160,7 +179,7 @@ void TableCursor::MoveLast() {
 bool TableCursor::LoadNeighbour(const std::string& equal, const std::string& beyond,
                                 const std::string& null) {
   Connection& connection = Open();
-  if (!order_.key) {
+  if (!order_->key) {
     Statement query = connection.Prepare(beyond);
     query.Bind(1, rowNumber_);
     return Load(query);
@@ -189,12 +208,13 @@ void TableCursor::MoveNext() {
     MoveFirst();
   } else if (place_ == Place::kRow || place_ == Place::kDeleted) {
     // Null keys come first: the way up from them leads to all others.
-    const bool fromNull = order_.key && IsNull(Key());
-    if (!LoadNeighbour(order_.nextEqual, order_.nextHigher, fromNull ? order_.nextNotNull : "")) {
+    const bool fromNull = order_->key && IsNull(Key());
+    if (!LoadNeighbour(order_->nextEqual, order_->nextHigher,
+                       fromNull ? order_->nextNotNull : "")) {
       place_ = Place::kBehindLast;
     }
   } else {
-    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + ": no row to go on from");
+    throw StoreError(kErrNoCurrentRecord, "table " + Def().Name + ": no row to go on from");
   }
 }
 
@@ -205,13 +225,13 @@ void TableCursor::MovePrevious() {
   if (place_ == Place::kBehindLast) {
     MoveLast();
   } else if (place_ == Place::kRow || place_ == Place::kDeleted) {
-    const bool fromNull = order_.key && IsNull(Key());
-    if (!LoadNeighbour(order_.previousEqual, order_.previousLower,
-                       fromNull ? "" : order_.previousNull)) {
+    const bool fromNull = order_->key && IsNull(Key());
+    if (!LoadNeighbour(order_->previousEqual, order_->previousLower,
+                       fromNull ? "" : order_->previousNull)) {
       place_ = Place::kBeforeFirst;
     }
   } else {
-    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + ": no row to go back from");
+    throw StoreError(kErrNoCurrentRecord, "table " + Def().Name + ": no row to go back from");
   }
 }
 
@@ -226,7 +246,7 @@ bool TableCursor::Bof() const {
 }
 
 int32_t TableCursor::RecordCount() {
-  Statement query = Open().Prepare("SELECT COUNT(*) FROM " + StoredName(*table_));
+  Statement query = Open().Prepare("SELECT COUNT(*) FROM " + StoredName(Def()));
   return query.Step() ? static_cast<int32_t>(query.Int(0)) : 0;
 }
 
@@ -234,17 +254,17 @@ void TableCursor::Seek(std::string_view op, const Value& key) {
   Connection& connection = Open();
   if (op != "=") throw StoreError(kErrSyntax, "a seek knows \"=\" only, not " + std::string(op));
   if (index_.empty())
-    throw StoreError(kErrNoSuchIndex, "table " + table_->Name + " has no current index");
+    throw StoreError(kErrNoSuchIndex, "table " + Def().Name + " has no current index");
   pending_ = Pending::kNothing;
   {
-    Statement query = connection.Prepare(order_.seek);
+    Statement query = connection.Prepare(order_->seek);
     query.Bind(1, key);
     if (Load(query)) return;
   }
   // The index knows the case of ASCII letters only. What it does not find may still be there with
   // another case of an accented letter, which the index cannot serve.
-  if (order_.key && !IsAscii(key)) {
-    Statement query = connection.Prepare(order_.seekAnyCase);
+  if (order_->key && !IsAscii(key)) {
+    Statement query = connection.Prepare(order_->seekAnyCase);
     query.Bind(1, key);
     if (Load(query)) return;
   }
@@ -254,18 +274,18 @@ void TableCursor::Seek(std::string_view op, const Value& key) {
 // --- Fields ---
 
 size_t TableCursor::FieldAt(std::string_view name) const {
-  for (size_t i = 0; i < table_->Fields.size(); ++i) {
-    if (SameName(table_->Fields[i].Name, name)) return i;
+  for (size_t i = 0; i < Def().Fields.size(); ++i) {
+    if (SameName(Def().Fields[i].Name, name)) return i;
   }
-  throw StoreError(kErrNoSuchField, "no field " + table_->Name + '.' + std::string(name));
+  throw StoreError(kErrNoSuchField, "no field " + Def().Name + '.' + std::string(name));
 }
 
 const std::string& TableCursor::FieldName(int ordinal) const {
   if (ordinal < 0 || ordinal >= FieldCount()) {
     throw StoreError(kErrNoSuchField,
-                     "table " + table_->Name + " has no field number " + std::to_string(ordinal));
+                     "table " + Def().Name + " has no field number " + std::to_string(ordinal));
   }
-  return table_->Fields[static_cast<size_t>(ordinal)].Name;
+  return Def().Fields[static_cast<size_t>(ordinal)].Name;
 }
 
 Value TableCursor::Field(std::string_view name) const {
@@ -279,10 +299,10 @@ Value TableCursor::Field(int ordinal) const {
 
 Value TableCursor::Current(size_t field) const {
   if (pending_ != Pending::kNothing && changes_[field]) return *changes_[field];
-  if (pending_ == Pending::kAdd) return table_->Fields[field].DefaultValue;
+  if (pending_ == Pending::kAdd) return Def().Fields[field].DefaultValue;
   Settle();
   if (place_ != Place::kRow) {
-    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + " has no current row");
+    throw StoreError(kErrNoCurrentRecord, "table " + Def().Name + " has no current row");
   }
   return row_[field];
 }
@@ -291,7 +311,7 @@ Value TableCursor::Current(size_t field) const {
 
 void TableCursor::AddNew() {
   Open();
-  changes_.assign(table_->Fields.size(), std::nullopt);
+  changes_.assign(Def().Fields.size(), std::nullopt);
   pending_ = Pending::kAdd;
 }
 
@@ -299,11 +319,11 @@ void TableCursor::Edit() {
   Open();
   Settle();
   if (place_ != Place::kRow) {
-    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + " has no row to edit");
+    throw StoreError(kErrNoCurrentRecord, "table " + Def().Name + " has no row to edit");
   }
   pending_ = Pending::kNothing;
   Reload();
-  changes_.assign(table_->Fields.size(), std::nullopt);
+  changes_.assign(Def().Fields.size(), std::nullopt);
   pending_ = Pending::kEdit;
 }
 
@@ -311,20 +331,20 @@ void TableCursor::Set(std::string_view name, const Value& value) {
   Open();
   const size_t at = FieldAt(name);
   if (pending_ == Pending::kNothing) {
-    throw StoreError(kErrNoEdit, "table " + table_->Name + " is not being edited");
+    throw StoreError(kErrNoEdit, "table " + Def().Name + " is not being edited");
   }
-  const zemo::Field& field = table_->Fields[at];
+  const zemo::Field& field = Def().Fields[at];
   // A setting that cannot be stored is told to whoever sets it.
-  if (field.Missing && SameName(table_->Name, "Cnf"))
-    throw StoreError(kErrNoSuchField, "no field " + table_->Name + '.' + field.Name);
-  if (!field.Missing) changes_[at] = InFieldType(*table_, field, value);
+  if (field.Missing && SameName(Def().Name, "Cnf"))
+    throw StoreError(kErrNoSuchField, "no field " + Def().Name + '.' + field.Name);
+  if (!field.Missing) changes_[at] = InFieldType(Def(), field, value);
 }
 
 void TableCursor::Update() {
   Open();
   switch (pending_) {
     case Pending::kNothing:
-      throw StoreError(kErrNoEdit, "table " + table_->Name + " is not being edited");
+      throw StoreError(kErrNoEdit, "table " + Def().Name + " is not being edited");
     case Pending::kAdd:
       InsertPending();
       break;
@@ -338,13 +358,13 @@ void TableCursor::Update() {
 // What the file gives no new row by itself, where its table has lost it.
 void TableCursor::AddWhatIsLost() {
   for (size_t i = 0; i < changes_.size(); ++i) {
-    const zemo::Field& field = table_->Fields[i];
+    const zemo::Field& field = Def().Fields[i];
     if (field.DefaultLost && !changes_[i]) changes_[i] = field.DefaultValue;
   }
-  if (table_->LostKey.empty() || changes_[FieldAt(table_->LostKey)]) return;
-  Statement highest = Open().Prepare("SELECT coalesce(MAX(" + QuotedName(table_->LostKey) +
-                                     "), 0) + 1 FROM " + StoredName(*table_));
-  if (highest.Step()) changes_[FieldAt(table_->LostKey)] = highest.Int(0);
+  if (Def().LostKey.empty() || changes_[FieldAt(Def().LostKey)]) return;
+  Statement highest = Open().Prepare("SELECT coalesce(MAX(" + QuotedName(Def().LostKey) +
+                                     "), 0) + 1 FROM " + StoredName(Def()));
+  if (highest.Step()) changes_[FieldAt(Def().LostKey)] = highest.Int(0);
 }
 
 void TableCursor::InsertPending() {
@@ -353,10 +373,10 @@ void TableCursor::InsertPending() {
   std::string values;
   for (size_t i = 0; i < changes_.size(); ++i) {
     if (!changes_[i]) continue;
-    fields += (fields.empty() ? "" : ", ") + QuotedName(table_->Fields[i].Name);
+    fields += (fields.empty() ? "" : ", ") + QuotedName(Def().Fields[i].Name);
     values += values.empty() ? "?" : ", ?";
   }
-  const std::string head = "INSERT INTO " + StoredName(*table_);
+  const std::string head = "INSERT INTO " + StoredName(Def());
   {
     Statement query =
         Open().Prepare(fields.empty() ? head + " DEFAULT VALUES"
@@ -369,7 +389,7 @@ void TableCursor::InsertPending() {
   }
   rowNumber_ = Open().LastInsertCode();
   for (size_t i = 0; i < row_.size(); ++i) {
-    const zemo::Field& field = table_->Fields[i];
+    const zemo::Field& field = Def().Fields[i];
     row_[i] = changes_[i] ? *changes_[i] : field.DefaultValue;
     if (field.AutoIncrement) row_[i] = rowNumber_;
   }
@@ -382,13 +402,13 @@ void TableCursor::UpdatePending() {
   int count = 0;
   for (size_t i = 0; i < changes_.size(); ++i) {
     if (!changes_[i]) continue;
-    assignments += (count++ == 0 ? "" : ", ") + QuotedName(table_->Fields[i].Name) + " = ?";
-    if (table_->Fields[i].AutoIncrement) number = AsInt(*changes_[i]);
+    assignments += (count++ == 0 ? "" : ", ") + QuotedName(Def().Fields[i].Name) + " = ?";
+    if (Def().Fields[i].AutoIncrement) number = AsInt(*changes_[i]);
   }
   if (count == 0) return;
   {
-    Statement query = Open().Prepare("UPDATE " + StoredName(*table_) + " SET " + assignments +
-                                     " WHERE rowid = ?");
+    Statement query =
+        Open().Prepare("UPDATE " + StoredName(Def()) + " SET " + assignments + " WHERE rowid = ?");
     int position = 0;
     for (const auto& change : changes_) {
       if (change) query.Bind(++position, *change);
@@ -399,7 +419,7 @@ void TableCursor::UpdatePending() {
   if (Open().RowsChanged() == 0) {
     place_ = Place::kDeleted;
     throw StoreError(kErrNoCurrentRecord,
-                     "table " + table_->Name + ": the row was deleted meanwhile");
+                     "table " + Def().Name + ": the row was deleted meanwhile");
   }
   rowNumber_ = number;
   for (size_t i = 0; i < row_.size(); ++i) {
@@ -409,12 +429,11 @@ void TableCursor::UpdatePending() {
 
 // Reads the current row again, as others may have left it.
 void TableCursor::Reload() {
-  Statement query = Open().Prepare(select_ + " WHERE rowid = ?1");
+  Statement query = Open().Prepare(table_->Select() + " WHERE rowid = ?1");
   query.Bind(1, rowNumber_);
   if (Load(query)) return;
   place_ = Place::kDeleted;
-  throw StoreError(kErrNoCurrentRecord,
-                   "table " + table_->Name + ": the row was deleted meanwhile");
+  throw StoreError(kErrNoCurrentRecord, "table " + Def().Name + ": the row was deleted meanwhile");
 }
 
 void TableCursor::Delete() {
@@ -422,9 +441,9 @@ void TableCursor::Delete() {
   pending_ = Pending::kNothing;
   Settle();
   if (place_ != Place::kRow) {
-    throw StoreError(kErrNoCurrentRecord, "table " + table_->Name + " has no row to delete");
+    throw StoreError(kErrNoCurrentRecord, "table " + Def().Name + " has no row to delete");
   }
-  Statement query = Open().Prepare("DELETE FROM " + StoredName(*table_) + " WHERE rowid = ?1");
+  Statement query = Open().Prepare("DELETE FROM " + StoredName(Def()) + " WHERE rowid = ?1");
   query.Bind(1, rowNumber_);
   query.Run();
   place_ = Place::kDeleted;

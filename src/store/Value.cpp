@@ -1,4 +1,4 @@
-// The lenient readings of a stored value, and values as they stand in a query.
+// The lenient readings of a stored value.
 #include "store/Value.h"
 
 #include <charconv>
@@ -80,22 +80,6 @@ double AsReal(const Value& value) {
 
 bool AsBool(const Value& value) {
   return AsReal(value) != 0;
-}
-
-std::string SqlQuoted(std::string_view text) {
-  std::string quoted;
-  quoted.reserve(text.size() + 4);
-  for (const char c : text) {
-    quoted += c;
-    if (c == '\'') quoted += c;
-  }
-  return quoted;
-}
-
-std::string SqlNumber(double number) {
-  if (std::isnan(number)) return "NULL";
-  if (std::isinf(number)) return number > 0 ? "9e999" : "-9e999";
-  return Digits(number);
 }
 
 }  // namespace zemo

@@ -6,11 +6,13 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 namespace zemo {
 
 // std::monostate is Null. Booleans are the integers -1 and 0; dates are day serials (double).
 using Value = std::variant<std::monostate, int64_t, double, std::string>;
+using Values = std::vector<Value>;
 
 bool IsNull(const Value& value);
 bool ReadsAsNumber(const Value& value);  // a number, or a text that is one
@@ -19,10 +21,5 @@ int64_t AsInt(
     const Value& value);  // Null and text that is no number are 0; reals to the nearest even
 double AsReal(const Value& value);
 bool AsBool(const Value& value);  // non-zero
-
-// The one quoting routine for text in SQL: every apostrophe doubled, without the quotes around it.
-std::string SqlQuoted(std::string_view text);
-// A number in SQL: point as decimal mark, enough digits to come back the same.
-std::string SqlNumber(double number);
 
 }  // namespace zemo

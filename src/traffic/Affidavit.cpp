@@ -51,18 +51,18 @@ struct Aired {
 
 Aired ReadReport(Station& station, const std::string& advertiser, int64_t from, int64_t to) {
   Aired aired;
-  station.base.Db().ReadRows("SELECT DATENUM, GENRE, AUTEUR FROM Rapport WHERE DATENUM >= " +
-                                 SqlNumber(static_cast<double>(from) / kDaySec) +
-                                 " AND DATENUM < " + SqlNumber(static_cast<double>(to) / kDaySec) +
-                                 " ORDER BY DATENUM, CODE",
-                             [&](const RowView& row) {
-                               const int64_t second = SecondOf(row.Real(0));
-                               aired.all.push_back(second);
-                               const std::string_view genre = row.Text(1);
-                               if ((EqualNoCase(genre, "PUB") || EqualNoCase(genre, "Rubrique")) &&
-                                   EqualNoCase(Trim(row.Text(2)), advertiser))
-                                 aired.ours.push_back(second);
-                             });
+  station.base.Db().ReadRows(
+      "SELECT DATENUM, GENRE, AUTEUR FROM Rapport WHERE DATENUM >= ? AND DATENUM < ? "
+      "ORDER BY DATENUM, CODE",
+      {static_cast<double>(from) / kDaySec, static_cast<double>(to) / kDaySec},
+      [&](const RowView& row) {
+        const int64_t second = SecondOf(row.Real(0));
+        aired.all.push_back(second);
+        const std::string_view genre = row.Text(1);
+        if ((EqualNoCase(genre, "PUB") || EqualNoCase(genre, "Rubrique")) &&
+            EqualNoCase(Trim(row.Text(2)), advertiser))
+          aired.ours.push_back(second);
+      });
   return aired;
 }
 
@@ -75,7 +75,8 @@ void ForEachCross(const CampaignForm& form, const LocalDateTime& day, Take take)
     if (form.GPub.Cell(row, column) == kCross) take(form.GPub.Cell(row, 0));
 }
 
-bool SameCampaign(const CampaignForm& a, const CampaignForm& b) {
+// Its dates may have been changed since it was archived.
+bool SameCodeAndFile(const CampaignForm& a, const CampaignForm& b) {
   return a.LblCode == b.LblCode && a.FichierAudio == b.FichierAudio;
 }
 
@@ -88,7 +89,8 @@ std::vector<CampaignForm> CampaignsInOrder(Station& station) {
   const size_t inTable = campaigns.size();
   for (CampaignForm& ended : ArchivedCampaigns(station)) {
     const auto end = campaigns.begin() + static_cast<std::ptrdiff_t>(inTable);
-    if (std::none_of(campaigns.begin(), end, [&](const auto& c) { return SameCampaign(c, ended); }))
+    if (std::none_of(campaigns.begin(), end,
+                     [&](const auto& c) { return SameCodeAndFile(c, ended); }))
       campaigns.push_back(std::move(ended));
   }
   const auto passage = [](const CampaignForm& form) {

@@ -75,8 +75,9 @@ std::string NameOf(const Folder& archive, const CampaignForm& form) {
 
 // Of a file too large to be a grid nothing is kept but that it is none: an empty one fits no grid.
 std::optional<std::string> ReadGrid(Station& station, const std::string& path) {
-  if (CampaignFileSizeBytes(station, path) > kMostGridFileBytes) return std::string();
-  return ReadCampaignFile(station, path);
+  const CampaignFile file(path);
+  if (file.SizeBytes(station) > kMostGridFileBytes) return std::string();
+  return file.Read(station);
 }
 
 }  // namespace

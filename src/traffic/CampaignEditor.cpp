@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <memory>
 #include <utility>
 
 #include "platform/Desktop.h"
@@ -23,14 +24,13 @@ namespace {
 constexpr const char* kNoDate = "- - / - - / - -";
 constexpr int kHighestPriority = 300, kPriorityStep = 10;
 
-Recordset& Campaigns(Station& station) {
-  return *station.base.Tables().GrillePub;
+std::unique_ptr<Recordset> Campaigns(Station& station) {
+  return station.base.Table("GrillePub");
 }
 
 // Goes to the record on the screen, in order of passage; its position from 1, 0 when there is no
-// such record. The cursor is shared: whoever composes the day's grid moves it as well.
-int WalkToShown(Station& station, const CampaignEditor& editor) {
-  Recordset& table = Campaigns(station);
+// such record.
+int WalkToShown(Recordset& table, const CampaignEditor& editor) {
   table.SetIndex("PRIORITY");
   int position = 0;
   for (table.MoveFirst(); !table.Eof(); table.MoveNext()) {
@@ -41,7 +41,7 @@ int WalkToShown(Station& station, const CampaignEditor& editor) {
 }
 
 void ShowPosition(Station& station, CampaignEditor& editor) {
-  const int position = WalkToShown(station, editor);
+  const int position = WalkToShown(*Campaigns(station), editor);
   editor.LblInfoPub =
       std::to_string(position) + " /" + std::to_string(station.base.CountRecords("GrillePub"));
 }
@@ -71,11 +71,11 @@ void ShowNone(Station& station, CampaignEditor& editor) {
 template <typename Move>
 void Page(Station& station, CampaignEditor& editor, const char* routine, const Move& move) {
   try {
-    Recordset& table = Campaigns(station);
-    const int position = WalkToShown(station, editor);
-    move(table, position);
-    if (table.Eof() || table.Bof()) return ShowNone(station, editor);
-    LoadFichePub(station, editor);
+    const auto table = Campaigns(station);
+    const int position = WalkToShown(*table, editor);
+    move(*table, position);
+    if (table->Eof() || table->Bof()) return ShowNone(station, editor);
+    LoadFichePub(station, *table, editor);
     ShowPosition(station, editor);
   } catch (const std::exception&) {
     LogCurrentException(station, routine);
@@ -86,8 +86,8 @@ void Page(Station& station, CampaignEditor& editor, const char* routine, const M
 bool WriteFiles(Station& station, CampaignEditor& editor) {
   try {
     if (!LSGrillePub(station, editor, "Save", editor.FILENAMEGRILLE)) return false;
-    WriteCampaignFile(station, CampaignFilePath(editor.FichierAudio, "prg"),
-                      CampaignProgram(editor));
+    CampaignFile(CampaignFilePath(editor.FichierAudio, "prg"))
+        .Write(station, CampaignProgram(editor));
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "ReplaceChampsPubs");
@@ -97,8 +97,7 @@ bool WriteFiles(Station& station, CampaignEditor& editor) {
 
 // The screen to the row that AddNew or Edit began, then to the files. The row comes first: one that
 // the base refuses leaves the files as they were. False when a file could not be written.
-bool ReplaceChampsPubs(Station& station, CampaignEditor& editor) {
-  Recordset& row = Campaigns(station);
+bool ReplaceChampsPubs(Station& station, CampaignEditor& editor, Recordset& row) {
   editor.FILENAMEGRILLE = CampaignFilePath(editor.FichierAudio, "GPB");
   WriteCampaign(editor, row);
   row.Update();
@@ -108,8 +107,8 @@ bool ReplaceChampsPubs(Station& station, CampaignEditor& editor) {
   return WriteFiles(station, editor);
 }
 
-bool SaveRecord(Station& station, CampaignEditor& editor) {
-  const bool filesWritten = ReplaceChampsPubs(station, editor);
+bool SaveRecord(Station& station, CampaignEditor& editor, Recordset& row) {
+  const bool filesWritten = ReplaceChampsPubs(station, editor, row);
   if (station.engine.PCProduction) WriteMajGrillePub(station);
   if (filesWritten) BtnDebut(station, editor);
   return filesWritten;
@@ -125,22 +124,13 @@ bool OwnsGridFile(Station& station, int64_t code, const std::string& path) {
   constexpr size_t kEnding = 3;
   if (path.size() < kEnding || !EqualNoCase(path.substr(path.size() - kEnding), "GPB"))
     return false;
-  const std::string place = CampaignFilePlace(station, path);
+  const std::string place = CampaignFile(path).Path(station);
   const auto rows = station.base.Db().OpenRecordset(
-      "SELECT FILENAMEGRILLE, FILENAMEAUDIO FROM GrillePub WHERE CODE <> " + std::to_string(code));
+      "SELECT FILENAMEGRILLE, FILENAMEAUDIO FROM GrillePub WHERE CODE <> ?", {code});
   for (; !rows->Eof(); rows->MoveNext())
     for (const char* field : {"FILENAMEGRILLE", "FILENAMEAUDIO"})
-      if (CampaignFilePlace(station, rows->Text(field)) == place) return false;
+      if (CampaignFile(rows->Text(field)).Path(station) == place) return false;
   return true;
-}
-
-void DropPendingEdit(Station& station) {
-  try {
-    Campaigns(station).SetIndex("PRIORITY");
-    Campaigns(station).MoveFirst();
-  } catch (const std::exception&) {
-    // The base is gone, which the routine that failed has told.
-  }
 }
 
 void FillLists(Station& station, CampaignEditor& editor) {
@@ -166,9 +156,9 @@ void CloseCampaigns(Station& station, CampaignEditor& editor) {
   MakePubduJour(station);
 }
 
-void LoadFichePub(Station& station, CampaignEditor& editor) {
+void LoadFichePub(Station& station, const Recordset& grillePub, CampaignEditor& editor) {
   try {
-    LoadCampaign(station, Campaigns(station), editor);
+    LoadCampaign(station, grillePub, editor);
     editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
     editor.BtnAjouterEnabled = false;
     editor.PLPubVisible = false;
@@ -193,11 +183,11 @@ bool BtnAjouter(Station& station, CampaignEditor& editor) {
       return false;
     }
     if (RefuseWrongMark(station, editor)) return false;
-    Campaigns(station).AddNew();
-    return SaveRecord(station, editor);
+    const auto row = Campaigns(station);
+    row->AddNew();
+    return SaveRecord(station, editor, *row);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnAjouter", editor.ChAnnonceur);
-    DropPendingEdit(station);
     return false;
   }
 }
@@ -212,17 +202,15 @@ bool BtnReplacer(Station& station, CampaignEditor& editor) {
     if (RefuseWrongMark(station, editor)) return false;
     const int32_t code = ValInt(editor.LblCode);
     if (code < 1) return false;
-    const bool found = SeekCode(Campaigns(station), code);
-    if (!found) {
-      Campaigns(station).SetIndex("PRIORITY");
+    const auto row = Campaigns(station);
+    if (!SeekCode(*row, code)) {
       ShowAlert(station, kCannotSave);
       return false;
     }
-    Campaigns(station).Edit();
-    return SaveRecord(station, editor);
+    row->Edit();
+    return SaveRecord(station, editor, *row);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnReplacer", editor.ChAnnonceur);
-    DropPendingEdit(station);
     return false;
   }
 }
@@ -237,12 +225,13 @@ bool BtnDelete(Station& station, CampaignEditor& editor) {
     const std::string question = kConfirmDelete + editor.ChAnnonceur;
     if (station.platform.messages.Show(kAlertTitle, question, Buttons::kOkCancel) != Answer::kOk)
       return false;
-    if (WalkToShown(station, editor) == 0) return false;
-    const std::string gridFile = Campaigns(station).Text("FILENAMEGRILLE");
-    if (CampaignFileExists(station, gridFile) &&
-        OwnsGridFile(station, Campaigns(station).Int("CODE"), gridFile))
-      RemoveCampaignFile(station, gridFile);
-    Campaigns(station).Delete();
+    const auto table = Campaigns(station);
+    if (WalkToShown(*table, editor) == 0) return false;
+    const std::string gridPath = table->Text("FILENAMEGRILLE");
+    const CampaignFile gridFile(gridPath);
+    if (gridFile.Exists(station) && OwnsGridFile(station, table->Int("CODE"), gridPath))
+      gridFile.Remove(station);
+    table->Delete();
     BtnDebut(station, editor);
     return true;
   } catch (const std::exception&) {
@@ -310,10 +299,12 @@ void ChoosePLPub(Station& station, CampaignEditor& editor, size_t line) {
 
 bool LoadFicheOfCode(Station& station, CampaignEditor& editor, int64_t code) {
   try {
-    const bool found = SeekCode(Campaigns(station), code);
-    if (found) LoadFichePub(station, editor);
-    Campaigns(station).SetIndex("PRIORITY");
-    if (found) ShowPosition(station, editor);
+    const auto table = Campaigns(station);
+    const bool found = SeekCode(*table, code);
+    if (found) {
+      LoadFichePub(station, *table, editor);
+      ShowPosition(station, editor);
+    }
     return found;
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadFichePub");

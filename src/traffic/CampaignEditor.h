@@ -12,6 +12,8 @@
 
 namespace zemo {
 
+class Recordset;
+
 // Thread: the logic's. Owner: the screen, a command or a test. Writers: its owner (what was typed)
 // and the routines below. None of them throws; faults are logged under the routine's name.
 struct CampaignEditor : CampaignForm {
@@ -40,7 +42,8 @@ void MnuHPubs(Station& station, CampaignEditor& editor);
 void CloseCampaigns(Station& station, CampaignEditor& editor);
 
 // --- records; all page in order of passage ---
-void LoadFichePub(Station& station, CampaignEditor& editor);  // the current row of GrillePub
+// The row on which that cursor of GrillePub stands.
+void LoadFichePub(Station& station, const Recordset& grillePub, CampaignEditor& editor);
 void BtnNew(Station& station, CampaignEditor& editor);
 // The three give true when the table was changed; after an alert or a fault it stays as it was. A
 // record whose files cannot be written stays on the screen, to be saved again.

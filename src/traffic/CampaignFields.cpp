@@ -1,6 +1,7 @@
 // Fields of the campaign editor with a procedure of their own: sound file, category, dates, memo.
 #include <algorithm>
 #include <exception>
+#include <optional>
 
 #include "platform/Desktop.h"
 #include "settings/LineLists.h"
@@ -19,14 +20,12 @@ std::string AdvertiserOf(const std::string& path) {
   return FirstCharacters(name, std::max(0, CharacterCount(name) - 4));
 }
 
-// Advertiser of the campaign that has the file; nothing is changed but the cursor's row.
-bool FileInUse(Recordset& grillePub, const std::string& path, std::string& advertiser) {
-  grillePub.SetIndex("FILENAMEAUDIO");
-  grillePub.Seek("=", path);
-  const bool found = !grillePub.NoMatch();
-  if (found) advertiser = grillePub.Text("ANNONCEUR");
-  grillePub.SetIndex("PRIORITY");
-  return found;
+// Advertiser of the campaign that has the file.
+std::optional<std::string> AdvertiserWith(Station& station, const std::string& path) {
+  const auto campaigns = station.base.Table("GrillePub");
+  campaigns->SetIndex("FILENAMEAUDIO");
+  campaigns->Seek("=", path);
+  return campaigns->NoMatch() ? std::nullopt : std::optional(campaigns->Text("ANNONCEUR"));
 }
 
 bool Confirmed(Station& station, const std::string& question) {
@@ -49,9 +48,8 @@ bool RefuseWrongMark(Station& station, const CampaignEditor& editor) {
 bool CmdLoadFile(Station& station, CampaignEditor& editor, const std::string& path,
                  int32_t lengthMs) {
   try {
-    std::string advertiser;
-    if (FileInUse(*station.base.Tables().GrillePub, path, advertiser)) {
-      ShowAlert(station, kFileInUse + advertiser);
+    if (const auto advertiser = AdvertiserWith(station, path)) {
+      ShowAlert(station, kFileInUse + *advertiser);
       return false;
     }
     editor.FichierAudio = path;

@@ -16,10 +16,6 @@ namespace zemo {
 
 namespace {
 
-bool InStationFolder(const std::string& path) {
-  return path.find_first_of("/\\") == std::string::npos;
-}
-
 void TakeDecoupe(const std::vector<SideField>& fields, CampaignForm& form) {
   const auto take = [&](size_t at, std::string& to) {
     if (at < fields.size()) to = fields[at].text;
@@ -46,47 +42,72 @@ std::string CampaignFilePath(std::string_view soundFile, std::string_view ending
   return std::string(ending);
 }
 
-int64_t CampaignFileSizeBytes(Station& station, const std::string& path) {
-  if (path.empty()) return -1;
-  return InStationFolder(path) ? station.platform.stationFolder.SizeBytes(path)
-                               : station.platform.soundFiles.SizeBytes(path);
+CampaignFile::CampaignFile(std::string named)
+    : in_(named.empty()                                     ? In::kNone
+          : named.find_first_of("/\\") == std::string::npos ? In::kStationFolder
+                                                            : In::kSoundFiles),
+      name_(std::move(named)) {}
+
+int64_t CampaignFile::SizeBytes(const Station& station) const {
+  switch (in_) {
+    case In::kStationFolder:
+      return station.platform.stationFolder.SizeBytes(name_);
+    case In::kSoundFiles:
+      return station.platform.soundFiles.SizeBytes(name_);
+    case In::kNone:
+      break;
+  }
+  return -1;
 }
 
-std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path) {
-  if (path.empty()) return std::nullopt;
-  if (InStationFolder(path)) return ReadSideFile(station.platform.stationFolder, path);
-  const auto bytes = ReadBounded(station.platform.soundFiles, path);
+std::optional<std::string> CampaignFile::Read(const Station& station) const {
+  if (in_ == In::kNone) return std::nullopt;
+  if (in_ == In::kStationFolder) return ReadSideFile(station.platform.stationFolder, name_);
+  const auto bytes = ReadBounded(station.platform.soundFiles, name_);
   return bytes ? std::optional(DecodeSideFile(*bytes)) : std::nullopt;
 }
 
-void WriteCampaignFile(Station& station, const std::string& path, std::string_view utf8) {
-  if (InStationFolder(path))
-    WriteSideFileDurably(station.platform.stationFolder, path, utf8);
+// The station's folder refuses to write or remove what has no name.
+void CampaignFile::Write(Station& station, std::string_view utf8) const {
+  if (in_ == In::kSoundFiles)
+    station.platform.soundFiles.WriteDurably(name_, EncodeSideFile(utf8));
   else
-    station.platform.soundFiles.WriteDurably(path, EncodeSideFile(utf8));
+    WriteSideFileDurably(station.platform.stationFolder, name_, utf8);
 }
 
-bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,
-                        const std::string& path) {
-  if (path.empty()) return false;
-  return InStationFolder(path) ? station.Exists(path) : soundFiles.Exists(path);
+bool CampaignFile::Exists(const Folder& station, const SoundFiles& soundFiles) const {
+  switch (in_) {
+    case In::kStationFolder:
+      return station.Exists(name_);
+    case In::kSoundFiles:
+      return soundFiles.Exists(name_);
+    case In::kNone:
+      break;
+  }
+  return false;
 }
 
-bool CampaignFileExists(Station& station, const std::string& path) {
-  return CampaignFileExists(station.platform.stationFolder, station.platform.soundFiles, path);
+bool CampaignFile::Exists(const Station& station) const {
+  return Exists(station.platform.stationFolder, station.platform.soundFiles);
 }
 
-std::string CampaignFilePlace(Station& station, const std::string& path) {
-  if (path.empty()) return {};
-  return InStationFolder(path) ? station.platform.stationFolder.PathOf(path)
-                               : station.platform.soundFiles.Resolve(path);
+std::string CampaignFile::Path(const Station& station) const {
+  switch (in_) {
+    case In::kStationFolder:
+      return station.platform.stationFolder.PathOf(name_);
+    case In::kSoundFiles:
+      return station.platform.soundFiles.Resolve(name_);
+    case In::kNone:
+      break;
+  }
+  return {};
 }
 
-void RemoveCampaignFile(Station& station, const std::string& path) {
-  if (InStationFolder(path))
-    station.platform.stationFolder.Remove(path);
+void CampaignFile::Remove(Station& station) const {
+  if (in_ == In::kSoundFiles)
+    station.platform.soundFiles.Remove(name_);
   else
-    station.platform.soundFiles.Remove(path);
+    station.platform.stationFolder.Remove(name_);
 }
 
 std::string CampaignProgram(const CampaignForm& form) {

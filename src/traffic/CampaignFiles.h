@@ -20,17 +20,27 @@ struct CampaignForm;
 // behind it. With neither, the ending alone, which is a file of the station's folder.
 std::string CampaignFilePath(std::string_view soundFile, std::string_view ending);
 
-// Such a file, by a stored path or by a bare name in the station's folder; nullopt without it, and
-// for an empty path. Texts are UTF-8 here and side-file text on disk. Throw FileError.
-int64_t CampaignFileSizeBytes(Station& station, const std::string& path);  // -1: no such file
-std::optional<std::string> ReadCampaignFile(Station& station, const std::string& path);
-void WriteCampaignFile(Station& station, const std::string& path, std::string_view utf8);
-bool CampaignFileExists(const Folder& station, const SoundFiles& soundFiles,
-                        const std::string& path);
-bool CampaignFileExists(Station& station, const std::string& path);
-// Its path on this machine, by which two stored paths of one file are the same; empty for none.
-std::string CampaignFilePlace(Station& station, const std::string& path);
-void RemoveCampaignFile(Station& station, const std::string& path);
+// Such a file as a record names it: by a bare name in the station's folder, or by a stored path
+// where the sound files are. An empty text names none. Texts are UTF-8 here and side-file text on
+// disk. Operations throw FileError.
+class CampaignFile {
+ public:
+  explicit CampaignFile(std::string named);
+
+  int64_t SizeBytes(const Station& station) const;                // -1: no such file
+  std::optional<std::string> Read(const Station& station) const;  // nullopt: no such file
+  void Write(Station& station, std::string_view utf8) const;
+  bool Exists(const Folder& station, const SoundFiles& soundFiles) const;
+  bool Exists(const Station& station) const;
+  // Its path on this machine, by which two names of one file are the same; empty for none.
+  std::string Path(const Station& station) const;
+  void Remove(Station& station) const;
+
+ private:
+  enum class In { kNone, kStationFolder, kSoundFiles };
+  In in_;
+  std::string name_;
+};
 
 // The "prg" export: dates, hours, the eight marks, advertiser, category, priority, "True" for a
 // spot or "False", genre; a line each.

@@ -176,11 +176,12 @@ void PutCrosses(Station& station, CampaignForm& form, const std::vector<bool>& c
 // A missing file has no cross.
 void ReadGridFile(Station& station, CampaignForm& form, const std::string& path, RowYields yields) {
   form.damage = TooLarge(form);
+  const CampaignFile file(path);
   GridLines lines;
-  if (form.damage.empty() && CampaignFileSizeBytes(station, path) > kMostGridFileBytes) {
+  if (form.damage.empty() && file.SizeBytes(station) > kMostGridFileBytes) {
     form.damage = "the grid file is larger than any grid: " + path;
   } else if (form.damage.empty()) {
-    if (const auto text = ReadCampaignFile(station, path)) {
+    if (const auto text = file.Read(station)) {
       lines = ReadGridLines(*text);
       form.damage = Misfit(form.GPub, lines);
       if (!form.damage.empty()) form.damage += ": " + path;
@@ -281,7 +282,7 @@ bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
   bool done = true;
   try {
     if (IsSave(action)) {
-      WriteCampaignFile(station, path, GridFileText(form.GPub, AfterRow(station, yields)));
+      CampaignFile(path).Write(station, GridFileText(form.GPub, AfterRow(station, yields)));
     } else if (IsLoad(action)) {
       ReadGridFile(station, form, path, yields);
     }

@@ -77,20 +77,14 @@ void AddCampaign(Recordset& table, const CampaignLine& line) {
   table.Update();
 }
 
-// What the row itself is at fault for; with any other fault the base is out of reach.
-bool RefusesTheRow(int number) {
-  return number == kErrFieldTooSmall || number == kErrOverflow || number == kErrValueRefused ||
-         number == kErrDuplicateKey;
-}
-
-// False when the base refuses the row.
+// False when the base refuses the row. With any other fault it is out of reach.
 bool TryToAdd(Station& station, Recordset& table, const CampaignLine& line, size_t lineNumber) {
   try {
     RequireDivision(line);
     AddCampaign(table, line);
     return true;
   } catch (const StoreError& error) {
-    if (!RefusesTheRow(error.Number())) throw;
+    if (!error.RefusesTheRow()) throw;
     LogCurrentException(station, "SurveilleNewBase",
                         station.files.ExportPubs + " line " + std::to_string(lineNumber) + ", " +
                             FirstCharacters(line.Advertiser(), kToldWidth));
@@ -155,7 +149,6 @@ int32_t AddNewCampaigns(Station& station, const std::vector<CampaignLine>& lines
   if (std::any_of(lines.begin(), lines.end(),
                   [&](const CampaignLine& line) { return hasBlanks(line) && isNew(line); }))
     mark.Set();
-  // A cursor of its own: a composition under way walks on the shared one.
   const auto table = station.base.Db().OpenTable("GrillePub");
   WholeTransaction transaction(station.base.Db());
   int32_t added = 0;

@@ -101,7 +101,7 @@ void SuppresionPub(Station& station) {
       info.text = "ANALYSE DES PUBS - RUBRIQUES...";
       info.visible = true;
     }
-    station.base.Tables().GrillePub->SetIndex("PRIORITY");
+    station.base.RequireTable("GrillePub");
     DeleteEndedCampaigns(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "SuppresionPub");

@@ -64,7 +64,7 @@ std::vector<std::string> BtnImprimer(Station& station, const CampaignForm& form)
   std::vector<std::string> lines = SheetLines(form);
   try {
     if (!form.FichierAudio.empty())
-      WriteCampaignFile(station, SideFilePath(form.FichierAudio, "Xlt"), JoinLines(lines));
+      CampaignFile(SideFilePath(form.FichierAudio, "Xlt")).Write(station, JoinLines(lines));
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnImprimer");
   }

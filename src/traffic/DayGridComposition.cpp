@@ -217,7 +217,7 @@ void Compose(Station& station) {
   station.base.CheckCnf();
   const bool purges = !DateIsFalse(station);
   if (purges && station.base.CnfInt(Cnf::kSuppressionPub) == 1) SuppresionPub(station);
-  station.base.Tables().GrillePub->SetIndex("PRIORITY");
+  station.base.RequireTable("GrillePub");
   MarkComposing(station.GPubJour, DateKey(station.Now()));
   Composition c(station);
   CollectMoments(c);
@@ -226,7 +226,7 @@ void Compose(Station& station) {
   WriteLengths(c);
   station.base.CheckCnf();
   WriteHeading(c);
-  station.base.Tables().GrillePub->SetIndex("PRIORITY");
+  station.base.RequireTable("GrillePub");  // it may have gone in a yield
   PutOnAir(c);
   station.events.Grid(station.GPubJour.RowCount() - 1, c.spots, c.news);
   if (purges) PurgeRapport(station, station.base.CnfInt(Cnf::kPurgeRapport));

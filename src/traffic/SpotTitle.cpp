@@ -25,7 +25,7 @@ bool OpenToday(std::string_view firstDay, std::string_view lastDay, const std::s
 // GENREASSOCIE of the first campaign whose sound file begins with that path; blank for none.
 std::string GenreOfCampaign(Station& station, const std::string& file) {
   const auto campaigns = station.base.Db().OpenRecordset(
-      "SELECT * From GrillePub WHERE Filenameaudio LIKE '" + SqlQuoted(file) + "*'");
+      "SELECT * From GrillePub WHERE Filenameaudio LIKE ?", {file + "*"});
   return campaigns->Eof() ? std::string() : campaigns->Text("GENREASSOCIE");
 }
 
@@ -33,16 +33,15 @@ std::string GenreOfCampaign(Station& station, const std::string& file) {
 // library.
 std::optional<int64_t> FindTitle(Station& station, const std::string& genre) {
   const LocalDateTime now = station.Now();
-  const std::string today = TwoDigits(now.month) + TwoDigits(now.day);
+  const std::string today = MonthDay(now);
   std::optional<int64_t> found;
-  station.base.Db().ReadRows("Select CODE, MMJJDEBUT, MMJJFIN From Discotheque Where Genre Like '" +
-                                 SqlQuoted(genre) + "'" +
-                                 HourFilter(JourSemaineCourant(now), now.hour) +
-                                 " AND NBPASSJOUR > 0 ORDER BY Lastdiff ASC;",
-                             [&](const RowView& row) {
-                               if (found || !OpenToday(row.Text(1), row.Text(2), today)) return;
-                               found = row.Int(0);
-                             });
+  BoundQuery asked{"Select CODE, MMJJDEBUT, MMJJFIN From Discotheque Where Genre Like ?", {genre}};
+  asked.Add(HourFilter(JourSemaineCourant(now), now.hour))
+      .Add(" AND NBPASSJOUR > 0 ORDER BY Lastdiff ASC;");
+  station.base.Db().ReadRows(asked.text, asked.values, [&](const RowView& row) {
+    if (found || !OpenToday(row.Text(1), row.Text(2), today)) return;
+    found = row.Int(0);
+  });
   return found;
 }
 
@@ -54,8 +53,8 @@ bool SearchPubAssocie(Station& station, const std::string& file, int position) {
     if (Trim(genre).empty()) return false;
     const auto code = FindTitle(station, genre);
     if (!code) return false;
-    const auto card = station.base.Db().OpenRecordset("SELECT * FROM Discotheque WHERE CODE = " +
-                                                      std::to_string(*code));
+    const auto card =
+        station.base.Db().OpenRecordset("SELECT * FROM Discotheque WHERE CODE = ?", {*code});
     if (card->Eof()) return false;
     OnAirElement element = MusicRow(*card);
     const int32_t lengthMs = station.platform.lengths.LengthMs(element.file);

@@ -80,6 +80,14 @@ EXCEPTIONS = {
         "virtual time goes through summer time by the rules of the system's zone, not by its clock",
 }
 
+# A value that is put together into the text of a query, outside of the store: each value would be a
+# query of its own. Behind the text of a comparison, a list, a LIKE or a TOP nothing may be added.
+QUERY_WORD = re.compile(r"\b(SELECT|INSERT|UPDATE|DELETE|WHERE|AND|SET|VALUES|TOP)\b", re.I)
+ENDS_AT_A_VALUE = re.compile(r"(=|<|>|\bLIKE|\bIN\s*\(|\bVALUES\s*\(|\bTOP)\s*'?$", re.I)
+VALUE_TEXT = re.compile(r"\b(SqlQuoted|SqlNumber|SqlLiteral|QueryWithValues)\b")
+QUERY_CALL = re.compile(r"\b(?:OpenRecordset|ReadRows|Execute)\s*\(")
+MADE_OF_A_VALUE = re.compile(r"\b(to_string|AsText|CnfText)\s*\(")
+
 # What the device callback's objects may leave for the linker: copying, and what the compiler puts in.
 CALLBACK_MAY_USE = re.compile(
     r"^(memcpy|memmove|memset|memcmp|_GLOBAL_OFFSET_TABLE_|__stack_chk_fail|__dso_handle"
@@ -175,6 +183,40 @@ def check_names(path, code):
     return violations
 
 
+def without_comments(code):
+    return re.sub(r'//[^\n]*|/\*.*?\*/|("(?:\\.|[^"\\\n])*")',
+                  lambda match: match.group(1) or re.sub(r"[^\n]", " ", match.group(0)), code,
+                  flags=re.S)
+
+
+def first_argument(code, begin):
+    """The text from `begin`, behind an opening parenthesis, to the end of the first argument."""
+    depth, text = 0, re.compile(r'"(?:\\.|[^"\\\n])*"|.', re.S)
+    for match in text.finditer(code, begin):
+        sign = match.group(0)
+        if depth == 0 and sign in ",)":
+            return code[begin:match.start()]
+        depth += (sign in "([{") - (sign in ")]}")
+    return code[begin:]
+
+
+def check_queries(path, code):
+    """Values in the text of a query. Only the store makes SQL of a value."""
+    if path.parts[0] == "store":
+        return []
+    code = without_comments(code)
+    found = [match.start() for match in VALUE_TEXT.finditer(code)]
+    for match in re.finditer(r'("(?:\\.|[^"\\\n])*"\s*)+(?=\+|<<)', code):
+        text = "".join(re.findall(r'"((?:\\.|[^"\\\n])*)"', match.group(0)))
+        if QUERY_WORD.search(text) and ENDS_AT_A_VALUE.search(text):
+            found.append(match.start())
+    for match in QUERY_CALL.finditer(code):
+        if MADE_OF_A_VALUE.search(first_argument(code, match.end())):
+            found.append(match.start())
+    return [f"src/{path}:{line}: a value in the text of a query: bind it"
+            for line in sorted({line_of(code, position) for position in found})]
+
+
 def check_circles(graph):
     """Includes from one of the three folders beside each other to another that lie on a circle. A
     header and its .cpp are one file here."""
@@ -230,9 +272,11 @@ def check_types(types):
 def check_sources(src):
     graph, types, violations = {}, [], []
     for path in sources(src):
-        code = without_comments_and_texts((src / path).read_text(encoding="utf-8"))
+        whole = (src / path).read_text(encoding="utf-8")
+        code = without_comments_and_texts(whole)
         graph[path] = list(includes_of(code, path, src))
         violations += check_includes(path, graph[path]) + check_names(path, code)
+        violations += check_queries(path, whole)
         if path.suffix == ".h":
             types += [(path, line, name) for line, name in types_of(code)]
     return len(graph), violations + check_circles(graph) + check_types(types)

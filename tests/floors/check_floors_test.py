@@ -43,6 +43,41 @@ class Sample(unittest.TestCase):
         return str(result)
 
 
+class Queries(Sample):
+    def assert_value(self, line):
+        self.assertEqual(self.found("engine/Ask.cpp", "\n" + line + "\n"),
+                         "src/engine/Ask.cpp:2: a value in the text of a query: bind it")
+
+    def test_a_value_behind_a_comparison(self):
+        self.assert_value('db.Execute("DELETE * FROM Pls WHERE NUMPLS = " + code);')
+
+    def test_a_quoted_value(self):
+        self.assert_value('sql = "SELECT * FROM VT WHERE LIBELLE LIKE \'" + name + "\'";')
+
+    def test_a_value_behind_a_text_of_two_pieces(self):
+        self.assert_value('sql = "SELECT * FROM VT " "WHERE CUT < " + cut;')
+
+    def test_a_value_behind_top(self):
+        self.assert_value('sql += "SELECT TOP " + number;')
+
+    def test_a_number_in_the_call(self):
+        self.assert_value('db.ReadRows(head + std::to_string(n), take);')
+
+    def test_the_words_of_the_store(self):
+        self.assert_value('text += SqlQuoted(name);')
+
+    def test_bound_values_columns_tables_and_messages_are_free(self):
+        self.write("engine/Ask.cpp",
+                   'db.Execute("DELETE * FROM " + table + " WHERE JOUR = ?", {day});\n'
+                   'db.ReadRows("SELECT " + columns + " FROM VT", {std::to_string(n)}, take);\n'
+                   'log("Code = " + std::to_string(code));  // "WHERE CODE = " + code\n')
+        self.assertEqual(self.violations(), [])
+
+    def test_the_store_may(self):
+        self.write("store/Sql.cpp", 'sql = "SELECT X FROM T WHERE Y = " + SqlLiteral(y);\n')
+        self.assertEqual(self.violations(), [])
+
+
 class Includes(Sample):
     def test_an_upper_floor_may_include_a_lower_one(self):
         self.write("platform/Clock.h", "")

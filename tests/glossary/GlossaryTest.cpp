@@ -102,8 +102,7 @@ using GlossaryOfScreens = Screen;
 TEST_F(GlossaryOfScreens, TellsEveryControlOfTheOnAirScreenAndItsDialogues) {
   Open();
   Names present = Controls("engine/MainScreenPicture.h", "MainScreen");
-  for (const char* frame :
-       {"BrowseFrame", "StoredListEditor", "GridFrame", "Saver", "LockDialogue"})
+  for (const char* frame : {"BrowseFrame", "StoredListEditor", "GridFrame", "Saver"})
     present.merge(Controls("station/OperatorFrames.h", frame));
   QTest::keyClick(Find("ListRech"), Qt::Key_Menu);
   AddNamesOf(*window, present);

@@ -126,14 +126,15 @@ TEST_F(HandOver, SettingsAndCountsAreThoseOfTheNewBaseAtOnce) {
 }
 
 // The swap comes while others are at work further up the stack.
-TEST_F(HandOver, WhoHoldsATableGoesOnWithTheNewOneAndWhoKeptSomethingSeesThatItIsOld) {
+TEST_F(HandOver, WhoAsksForATableGetsTheNewOneAndWhoKeptSomethingSeesThatItIsOld) {
   on.AddCard({});
-  Recordset& cards = *on.station.base.Tables().Discotheque;
-  EXPECT_EQ(cards.RecordCount(), 1);
+  const auto before = on.station.base.Table("Discotheque");
+  EXPECT_EQ(before->RecordCount(), 1);
   const int64_t known = on.station.base.Db().ChangeCounter();
   on.MakeFile("New.mdb", NewBase("NEW"));
   SurveilleNewBase(on.station);
-  EXPECT_EQ(cards.RecordCount(), 2);
+  EXPECT_EQ(on.station.base.Table("Discotheque")->RecordCount(), 2);
+  EXPECT_THROW(before->RecordCount(), StoreError);
   EXPECT_GT(on.station.base.Db().ChangeCounter(), known);
 }
 

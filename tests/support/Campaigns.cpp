@@ -4,6 +4,7 @@
 
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "store/SqlText.h"
 #include "store/Value.h"
 
 namespace zemo::test {

@@ -14,6 +14,7 @@
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
 #include "station/TextForms.h"
+#include "store/SqlText.h"
 
 namespace zemo::test {
 

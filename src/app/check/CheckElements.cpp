@@ -107,7 +107,7 @@ void CheckElements(const ReadOnlyBase& base, const Folder& station, const SoundF
   }
   base.Query("SELECT CODE, ANNONCEUR, FILENAMEGRILLE FROM GrillePub ORDER BY CODE",
              [&](const ReadOnlyBase::Row& row) {
-               if (CampaignFileExists(station, files, AsText(row[2]))) return;
+               if (CampaignFile(AsText(row[2])).Exists(station, files)) return;
                findings.Warning("campaign", AsText(row[0]) + " " + AsText(row[1]),
                                 "has no grid file and is never on air: " + AsText(row[2]));
              });

@@ -5,6 +5,7 @@
 
 #include "app/check/CheckParts.h"
 #include "app/check/LibraryWeek.h"
+#include "scheduling/WeekModel.h"
 #include "station/OnAirList.h"
 #include "station/OutputBuffers.h"
 #include "station/TextForms.h"
@@ -16,12 +17,6 @@ namespace {
 constexpr int kHours = 24;
 constexpr int kMostRows = 20;  // genres of a day, and varieties, that a request can hold
 
-std::string HourFields() {
-  std::string fields;
-  for (int hour = 0; hour < kHours; ++hour) fields += ", TRANCHE" + TwoDigits(hour);
-  return fields;
-}
-
 // The hours of one weekday that a model fills: by percentages, a genre with a share; in a skeleton,
 // a place with a genre.
 using FilledDays = std::array<std::array<bool, kHours>, 7>;
@@ -31,20 +26,20 @@ void CheckModelTable(const ReadOnlyBase& base, bool skeleton, Findings& findings
   std::array<bool, 7> hasRows{};
   std::array<int, 7> rows{};
   const std::string table = skeleton ? "ModelSquelette" : "Models";
-  base.Query(
-      "SELECT JOUR, " + std::string(skeleton ? "''" : "GENRE") + HourFields() + " FROM " + table,
-      [&](const ReadOnlyBase::Row& row) {
-        const int64_t day = AsInt(row[0]) - 1;
-        if (day < 0 || day > 6) return;
-        hasRows[static_cast<size_t>(day)] = true;
-        ++rows[static_cast<size_t>(day)];
-        if (!skeleton && Trim(AsText(row[1])).empty()) return;
-        for (size_t hour = 0; hour < kHours; ++hour) {
-          const Value& cell = row[hour + 2];
-          const bool counts = skeleton ? !Trim(AsText(cell)).empty() : AsInt(cell) > 0;
-          filled[static_cast<size_t>(day)][hour] |= counts;
-        }
-      });
+  base.Query("SELECT JOUR, " + std::string(skeleton ? "''" : "GENRE") + ", " + HourColumns() +
+                 " FROM " + table,
+             [&](const ReadOnlyBase::Row& row) {
+               const int64_t day = AsInt(row[0]) - 1;
+               if (day < 0 || day > 6) return;
+               hasRows[static_cast<size_t>(day)] = true;
+               ++rows[static_cast<size_t>(day)];
+               if (!skeleton && Trim(AsText(row[1])).empty()) return;
+               for (size_t hour = 0; hour < kHours; ++hour) {
+                 const Value& cell = row[hour + 2];
+                 const bool counts = skeleton ? !Trim(AsText(cell)).empty() : AsInt(cell) > 0;
+                 filled[static_cast<size_t>(day)][hour] |= counts;
+               }
+             });
   if (hasRows == std::array<bool, 7>{}) {
     findings.Error("model", table, "no model is defined, so that no request finds music");
     return;

@@ -3,6 +3,7 @@
 
 #include "app/check/CheckParts.h"
 #include "station/TextForms.h"
+#include "store/Names.h"
 #include "store/Schema.h"
 #include "store/StructureUpgrade.h"
 
@@ -23,8 +24,8 @@ bool SoundPages(const ReadOnlyBase& base, Findings& findings) {
 // Names of the fields that the file has, in its order; empty without the table.
 std::vector<std::string> FieldsInFile(const ReadOnlyBase& base, const std::string& table) {
   std::vector<std::string> names;
-  base.Query("SELECT name FROM pragma_table_info('" + SqlQuoted(table) + "')",
-             [&](const ReadOnlyBase::Row& row) { names.push_back(AsText(row[0])); });
+  base.Query("PRAGMA table_info(" + QuotedName(table) + ")",
+             [&](const ReadOnlyBase::Row& row) { names.push_back(AsText(row[1])); });
   return names;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "scheduling/WeekModel.h"
 #include "station/TextForms.h"
 
 namespace zemo {
@@ -75,8 +76,8 @@ std::vector<LibraryTitle> ReadTitles(const ReadOnlyBase& base) {
 std::vector<GenreShares> ReadShares(const ReadOnlyBase& base, bool skeleton) {
   std::vector<GenreShares> shares;
   const std::string table = skeleton ? "ModelSquelette" : "Models";
-  base.Query("SELECT JOUR, " + std::string(skeleton ? "''" : "GENRE") +
-                 Numbered("TRANCHE", 0, kHoursADay) + " FROM " + table + " ORDER BY CODE",
+  base.Query("SELECT JOUR, " + std::string(skeleton ? "''" : "GENRE") + ", " + HourColumns() +
+                 " FROM " + table + " ORDER BY CODE",
              [&](const ReadOnlyBase::Row& row) {
                const int64_t day = AsInt(row[0]) - 1;
                if (day < 0 || day >= static_cast<int64_t>(kWeekdays)) return;

@@ -97,23 +97,26 @@ void SetPips(Recordset& table, const std::string& path) {
   }
 }
 
-void AddShorts(TableCursors& tables, const std::vector<MadeShort>& shorts, int year) {
+void AddShorts(StationBase& base, const std::vector<MadeShort>& shorts, int year) {
+  const auto jingles = base.Table("DiscothequeJingle");
+  const auto others = base.Table("DiscothequeVirgule");
+  const auto campaigns = base.Table("GrillePub");
   int key = 0, priority = 0;
   for (const MadeShort& made : shorts) {
     switch (made.element->kind) {
       case ShortKind::kJingle:
       case ShortKind::kBreakJingle:
-        AddJingle(*tables.DiscothequeJingle, made);
+        AddJingle(*jingles, made);
         break;
       case ShortKind::kOther:
-        AddOther(*tables.DiscothequeVirgule, made, ++key);
+        AddOther(*others, made, ++key);
         break;
       case ShortKind::kSpot:
       case ShortKind::kNews:
-        AddCampaign(*tables.GrillePub, DemoCampaign(made, priority += 10, year));
+        AddCampaign(*campaigns, DemoCampaign(made, priority += 10, year));
         break;
       case ShortKind::kPip:
-        SetPips(*tables.Toph, made.path);
+        SetPips(*base.Table("Toph"), made.path);
         break;
     }
   }
@@ -166,27 +169,29 @@ std::vector<int64_t> Codes(Recordset& table, int wantedPub = -1) {
 
 // The stored list "Demo", number 1: an hour with all the kinds of elements that a list can hold,
 // due every day at noon.
-void AddStoredList(TableCursors& tables) {
-  tables.Playlist->AddNew();
-  tables.Playlist->Set("LADATE", "JOURNALIER");
-  tables.Playlist->Set("LHEURE", "00:00");
-  tables.Playlist->Set("LIBELLE", "Demo");
-  tables.Playlist->Set("NOJINGLE", int64_t{0});
-  tables.Playlist->Update();
-  const int64_t list = tables.Playlist->Int("CODE");
+void AddStoredList(StationBase& base) {
+  const auto playlist = base.Table("Playlist");
+  const auto pls = base.Table("Pls");
+  playlist->AddNew();
+  playlist->Set("LADATE", "JOURNALIER");
+  playlist->Set("LHEURE", "00:00");
+  playlist->Set("LIBELLE", "Demo");
+  playlist->Set("NOJINGLE", int64_t{0});
+  playlist->Update();
+  const int64_t list = playlist->Int("CODE");
 
   const auto add = [&](int64_t discotheque, int64_t fiche) {
-    tables.Pls->AddNew();
-    tables.Pls->Set("NUMPLS", list);
-    tables.Pls->Set("DISCOTHEQUE", discotheque);
-    tables.Pls->Set("FICHE", fiche);
-    tables.Pls->Update();
+    pls->AddNew();
+    pls->Set("NUMPLS", list);
+    pls->Set("DISCOTHEQUE", discotheque);
+    pls->Set("FICHE", fiche);
+    pls->Update();
   };
-  const std::vector<int64_t> titles = Codes(*tables.Discotheque);
-  const std::vector<int64_t> jingles = Codes(*tables.DiscothequeJingle);
-  const std::vector<int64_t> others = Codes(*tables.DiscothequeVirgule);
-  const std::vector<int64_t> spots = Codes(*tables.GrillePub, 1);
-  const std::vector<int64_t> news = Codes(*tables.GrillePub, 0);
+  const std::vector<int64_t> titles = Codes(*base.Table("Discotheque"));
+  const std::vector<int64_t> jingles = Codes(*base.Table("DiscothequeJingle"));
+  const std::vector<int64_t> others = Codes(*base.Table("DiscothequeVirgule"));
+  const std::vector<int64_t> spots = Codes(*base.Table("GrillePub"), 1);
+  const std::vector<int64_t> news = Codes(*base.Table("GrillePub"), 0);
   const auto addFrom = [&](int64_t kind, const std::vector<int64_t>& codes, size_t i) {
     if (!codes.empty()) add(kind, codes[i % codes.size()]);
   };
@@ -240,13 +245,12 @@ void MakeDemoBase(const std::string& path, const std::vector<MadeTitle>& titles,
   });
   base.OpenAllTables();
   base.SeedFixedRows();
-  TableCursors& tables = base.Tables();
   Transaction transaction(base.Db());
-  AddTitles(*tables.Discotheque, titles);
-  AddShorts(tables, shorts, year);
-  AddModels(*tables.Models);
-  SetSettings(*tables.Cnf, shorts);
-  AddStoredList(tables);
+  AddTitles(*base.Table("Discotheque"), titles);
+  AddShorts(base, shorts, year);
+  AddModels(*base.Table("Models"));
+  SetSettings(*base.Table("Cnf"), shorts);
+  AddStoredList(base);
   transaction.Commit();
   base.Close();
 }

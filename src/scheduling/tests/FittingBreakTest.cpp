@@ -4,6 +4,7 @@
 #include "FittingLists.h"
 #include "scheduling/EndOfHourFitting.h"
 #include "station/OnAirColumns.h"
+#include "store/SqlText.h"
 
 namespace zemo::test {
 namespace {

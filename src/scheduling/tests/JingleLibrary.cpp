@@ -1,6 +1,7 @@
 #include "JingleLibrary.h"
 
 #include "station/TextForms.h"
+#include "store/SqlText.h"
 #include "store/Value.h"
 
 namespace zemo::test {

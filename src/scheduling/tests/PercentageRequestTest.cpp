@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "scheduling/CandidatePool.h"
+#include "scheduling/ModelGrids.h"
 #include "scheduling/PercentageRequest.h"
 #include "scheduling/RecentReport.h"
 #include "scheduling/tests/RequestFixture.h"
@@ -36,12 +37,16 @@ TitleCard Of(TitleCard card, const std::string& genre, const std::string& variet
 }
 
 TEST(PercentageQuery, HourZeroHasNoPlaceholderAndHour23Has23) {
-  EXPECT_EQ(HourCondition(6, 0), ") And Tranche06 LIKE '1*'");
-  EXPECT_EQ(HourCondition(1, 23), ") And Tranche01 LIKE '???????????????????????1*'");
+  EXPECT_EQ(HourCondition(6, 0).text, ") And Tranche06 LIKE ?");
+  EXPECT_EQ(HourCondition(6, 0).values, Values{std::string("1*")});
+  EXPECT_EQ(HourCondition(1, 23).text, ") And Tranche01 LIKE ?");
+  EXPECT_EQ(HourCondition(1, 23).values, Values{std::string("???????????????????????1*")});
 }
 
-TEST(PercentageQuery, GenresStandQuotedWithTheirApostrophesDoubled) {
-  EXPECT_EQ(GenreCondition({"POP", "L'ETE"}), "Genre In('POP', 'L''ETE'");
+TEST(PercentageQuery, EachGenreIsAValue) {
+  EXPECT_EQ(GenreCondition({"POP", "L'ETE"}).text, "Genre In(?, ?");
+  EXPECT_EQ(GenreCondition({"POP", "L'ETE"}).values,
+            (Values{std::string("POP"), std::string("L'ETE")}));
 }
 
 TEST(PercentageRequest, AnEmptyModelsTableLeavesTheMessageAndTheList) {
@@ -514,6 +519,30 @@ TEST(PercentageRequest, TheChoosingEndsAfterTwoSecondsWithWhatItHas) {
   RequetePlaylist(w.station, minutes);
   // A second goes by before each title: 2.0 s are not more than 2.0 s, 3.0 s are.
   EXPECT_EQ(w.station.PL.Count(), 3);
+}
+
+// He is at Monday, and Saturday's request comes.
+TEST(PercentageRequest, WhatAnEditorIsAtWorkOnHasNoPartInARequestAndStaysAsItIs) {
+  RequestStation s;
+  s.Variety("NATIONAL", 100);
+  s.Model(1, "ROCK", 20);
+  s.Model(kSaturday, "POP", 100);
+  const int32_t title = s.Add(Title("A", 3));
+  WatchedStation w(s);
+  ModelEditor& editor = w.station.modelEditor;
+  SelectJourSemaine(w.station, 1);
+  editor.Models.SetCell(1, 1, "55");
+  w.loop.onYield = [&] {
+    editor.Models.SetCell(1, 0, "JAZZ");
+    editor.GVariete.SetCell(1, 1, "NO VARIETY");
+  };
+  int16_t minutes = 30;
+  RequetePlaylist(w.station, minutes);
+  EXPECT_EQ(w.station.PL.Codes(), Codes{title});
+  EXPECT_EQ(editor.JourSemaine, 1);
+  EXPECT_EQ(editor.Models.Cell(1, 0), "JAZZ");
+  EXPECT_EQ(editor.Models.Cell(1, 1), "55");
+  EXPECT_EQ(editor.GVariete.Cell(1, 1), "NO VARIETY");
 }
 
 TEST(PercentageRequest, ARequestInsideARequestAndAClearedListDoNoHarm) {

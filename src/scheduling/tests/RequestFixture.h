@@ -13,6 +13,7 @@
 #include "settings/SideFiles.h"
 #include "station/BaseFiles.h"
 #include "station/TextForms.h"
+#include "store/SqlText.h"
 #include "support/TestStation.h"
 #include "support/WatchedLoop.h"
 

@@ -6,6 +6,7 @@
 #include "scheduling/tests/RequestFixture.h"
 #include "station/BaseFiles.h"
 #include "station/TimeForms.h"
+#include "store/SeekCode.h"
 
 namespace zemo {
 namespace {
@@ -272,12 +273,11 @@ TEST(RotationRulesOnABase, TheCursorsCardIsTestedAndItsRefusalLogged) {
   played.passes = 3;
   played.diffusions = {"21/11/2026 à 10:00"};
   const int32_t refused = s.Add(played);
-  Recordset& cards = *s.station.base.Tables().Discotheque;
-  cards.SetIndex("CODE");
-  cards.Seek("=", int64_t{free});
-  EXPECT_TRUE(CheckRotation(s.station));
-  cards.Seek("=", int64_t{refused});
-  EXPECT_FALSE(CheckRotation(s.station));
+  const auto cards = s.station.base.Table("Discotheque");
+  ASSERT_TRUE(SeekCode(*cards, free));
+  EXPECT_TRUE(CheckRotation(s.station, *cards));
+  ASSERT_TRUE(SeekCode(*cards, refused));
+  EXPECT_FALSE(CheckRotation(s.station, *cards));
   ASSERT_EQ(s.Requests().ListAutorisation.size(), 1U);
   EXPECT_EQ(s.Requests().ListAutorisation[0],
             "21/11/2026 10:55:00 POP\tARTIST TITLE"
@@ -311,11 +311,10 @@ TEST(RotationRulesOnABase, OnlyTheBroadcastThatThisRunAiredIsTimedByItsOwnClock)
   played.diffusions = {"21/11/2026 à 10:05"};  // the clock goes back behind it
   const int32_t code = s.Add(played);
   s.Requests().airings[code] = {0, "21/11/2026 à 10:05"};
-  Recordset& cards = *s.station.base.Tables().Discotheque;
-  cards.SetIndex("CODE");
+  const auto cards = s.station.base.Table("Discotheque");
   const auto allowed = [&] {
-    cards.Seek("=", int64_t{code});
-    return CheckRotation(s.station);
+    EXPECT_TRUE(SeekCode(*cards, code));
+    return CheckRotation(s.station, *cards);
   };
   s.Execute("UPDATE Discotheque SET NBPASSJOUR = 8");
   s.RunUntil(29 * 60000 + 59000);

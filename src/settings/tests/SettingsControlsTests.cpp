@@ -4,6 +4,7 @@
 
 #include "platform/LocalValues.h"
 #include "settings/tests/SettingsStation.h"
+#include "store/SqlText.h"
 
 namespace zemo::test {
 namespace {

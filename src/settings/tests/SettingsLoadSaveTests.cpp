@@ -5,6 +5,7 @@
 #include "settings/SideFiles.h"
 #include "settings/tests/SettingsStation.h"
 #include "station/SideFileText.h"
+#include "store/SqlText.h"
 
 namespace zemo::test {
 namespace {

@@ -8,11 +8,18 @@
 namespace zemo {
 namespace {
 
-std::string Translated(const std::string& query) {
-  return TranslateQuery(query, [](std::string_view name) -> std::shared_ptr<const TableDef> {
+TranslatedQuery Translation(const std::string& query, const Values& values = {}) {
+  std::vector<ValueKind> kinds;
+  for (const Value& value : values) kinds.push_back(KindOf(value));
+  const auto lookup = [](std::string_view name) -> std::shared_ptr<const TableDef> {
     const TableDef* table = FindSchemaTable(name);
     return table ? std::make_shared<const TableDef>(*table) : nullptr;
-  });
+  };
+  return TranslateQuery(query, lookup, kinds);
+}
+
+std::string Translated(const std::string& query, const Values& values = {}) {
+  return Translation(query, values).sql;
 }
 
 struct Case {
@@ -181,7 +188,8 @@ TEST(Dialect, ACopyOfATableMatchesFieldsByName) {
     return std::make_shared<const TableDef>(*FindSchemaTable(name));
   };
   EXPECT_EQ(
-      TranslateQuery("INSERT INTO Variete SELECT * FROM TBTEMP ORDER BY TBTEMP.VARIETE", lookup),
+      TranslateQuery("INSERT INTO Variete SELECT * FROM TBTEMP ORDER BY TBTEMP.VARIETE", lookup)
+          .sql,
       "INSERT INTO Variete (\"VARIETE\") SELECT \"VARIETE\" FROM TBTEMP ORDER BY TBTEMP.VARIETE "
       "COLLATE FR_ORDER, rowid");
 }
@@ -207,6 +215,34 @@ TEST(Dialect, AnOpenQuoteIsAnError) {
       EXPECT_EQ(error.Number(), kErrSyntax);
     }
   }
+}
+
+TEST(Dialect, AValueIsTreatedAsItsLiteralIs) {
+  const Value ascii = std::string("x"), wide = std::string("é"), percent = std::string("5%");
+  const std::string end = " ORDER BY \"CODE\"";
+  const std::string equals = "SELECT * FROM VT WHERE LIBELLE = ?";
+  EXPECT_EQ(Translated(equals, {ascii}), "SELECT * FROM VT WHERE LIBELLE = ?1" + end);
+  EXPECT_EQ(Translated(equals, {wide}),
+            "SELECT * FROM VT WHERE LIBELLE = ?1 COLLATE FR_CASE" + end);
+  EXPECT_EQ(Translated("SELECT * FROM VT WHERE LIBELLE < ?", {ascii}),
+            "SELECT * FROM VT WHERE LIBELLE < ?1 COLLATE FR_ORDER" + end);
+  EXPECT_EQ(Translated("SELECT * FROM VT WHERE CUT < ?", {5}),
+            "SELECT * FROM VT WHERE CUT < ?1" + end);
+  const std::string like = "SELECT * FROM VT WHERE LIBELLE LIKE ?";
+  EXPECT_EQ(Translated(like, {ascii}), "SELECT * FROM VT WHERE LIBELLE LIKE ?1" + end);
+  EXPECT_EQ(Translated(like, {percent}),
+            "SELECT * FROM VT WHERE LIBELLE LIKE ?1 ESCAPE '\\'" + end);
+  EXPECT_EQ(Translated(like, {wide}), "SELECT * FROM VT WHERE LIBELLE REGEXP ?1" + end);
+  EXPECT_EQ(Translation(like, {percent}).patterns, std::vector<size_t>{0});
+  EXPECT_TRUE(Translation(like, {wide}).patterns.empty());
+  EXPECT_EQ(Translated("SELECT TOP ? CODE FROM VT WHERE LIBELLE IN(?, ?)", {3, ascii, wide}),
+            "SELECT CODE FROM VT WHERE LIBELLE COLLATE FR_CASE IN(?2, ?3)" + end + " LIMIT ?1");
+}
+
+TEST(Dialect, ThePatternOfAValueHasTheWildcardsOfSqlite) {
+  EXPECT_EQ(LikePattern("a*b?"), "a%b_");
+  EXPECT_EQ(LikePattern("a\\*"), "a\\%");
+  EXPECT_EQ(LikePattern("100%_\\?"), "100\\%\\_\\\\_");
 }
 
 TEST(Dialect, AnEmptyQueryStaysEmpty) {

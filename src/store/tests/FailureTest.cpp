@@ -58,7 +58,7 @@ TEST_F(BaseFailure, ATextFileIsNoDatabaseAndStaysAsItIs) {
   EXPECT_EQ(ErrorOf([&] { base.OpenOrCreateDatabase(); }, &text), kErrBadDatabase);
   EXPECT_EQ(text, BasePath() + " is not a database");
   EXPECT_FALSE(base.IsOpen());
-  EXPECT_EQ(ErrorOf([&] { base.Tables().Cnf->MoveFirst(); }), kErrClosed);
+  EXPECT_EQ(ErrorOf([&] { base.Table("Cnf"); }), kErrClosed);
   EXPECT_EQ(fs::file_size(BasePath()), 2001u);
   WriteFile(BasePath(), "short");
   EXPECT_EQ(ErrorOf([&] { base.OpenOrCreateDatabase(); }), kErrBadDatabase);
@@ -122,17 +122,17 @@ TEST_F(OpenBaseFailure, ALockedFileFailsEveryOperationAndServesAgainAfterwards) 
   AddCard("A");
   OtherProgram other(BasePath());
   other.Do("BEGIN EXCLUSIVE");
-  Recordset& cards = *base->Tables().Discotheque;
+  const auto cards = base->Table("Discotheque");
   const std::function<void()> operations[] = {
-      [&] { cards.MoveFirst(); },
+      [&] { cards->MoveFirst(); },
       [&] {
-        cards.SetIndex("CODE");
-        cards.Seek("=", int64_t{1});
+        cards->SetIndex("CODE");
+        cards->Seek("=", int64_t{1});
       },
-      [&] { cards.RecordCount(); },
+      [&] { cards->RecordCount(); },
       [&] {
-        cards.AddNew();
-        cards.Update();
+        cards->AddNew();
+        cards->Update();
       },
       [&] { Query("SELECT * FROM Toph"); },
       [&] { Db().Execute("DELETE * FROM Toph"); },
@@ -295,9 +295,10 @@ TEST_F(BaseFailure, AMachineThatMayNotWriteReadsTheBaseAndIsToldAtEveryWrite) {
     if (base.CnfInt(1) != 1600 || base.CountRecords("Toph") != 24) return 3;
     if (ErrorOf([&] { base.Db().Execute("DELETE * FROM Toph"); }) != kErrReadOnly) return 4;
     if (ErrorOf([&] {
-          base.Tables().Toph->Edit();
-          base.Tables().Toph->Set("HEURE", int64_t{1});
-          base.Tables().Toph->Update();
+          const auto pips = base.Table("Toph");
+          pips->Edit();
+          pips->Set("HEURE", int64_t{1});
+          pips->Update();
         }) != kErrReadOnly)
       return 5;
     if (ErrorOf([&] {

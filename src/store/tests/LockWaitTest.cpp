@@ -158,11 +158,10 @@ class LostBase : public OpenBaseTest {
   }
 };
 
-TEST_F(LostBase, AFileReplacedByRenameIsTakenUpAndWhoHoldsATableSeesTheNewOne) {
+TEST_F(LostBase, AFileReplacedByRenameIsTakenUpAndWhoAsksForATableGetsTheNewOne) {
   AddCard("OLD");
-  Recordset& cards = *base->Tables().Discotheque;
-  cards.MoveFirst();
-  EXPECT_EQ(cards.Text("AUTEUR"), "OLD");
+  const auto before = base->Table("Discotheque");
+  EXPECT_EQ(before->Text("AUTEUR"), "OLD");
   EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 1600);
   const int64_t counter = Db().ChangeCounter();
   EXPECT_FALSE(base->OpenDatabaseIfLost()) << "nothing is lost yet";
@@ -170,8 +169,8 @@ TEST_F(LostBase, AFileReplacedByRenameIsTakenUpAndWhoHoldsATableSeesTheNewOne) {
   EXPECT_TRUE(base->OpenDatabaseIfLost());
   EXPECT_FALSE(base->OpenDatabaseIfLost());
   base->OpenAllTables();
-  cards.MoveFirst();
-  EXPECT_EQ(cards.Text("AUTEUR"), "NEW");
+  EXPECT_EQ(base->Table("Discotheque")->Text("AUTEUR"), "NEW");
+  EXPECT_EQ(ErrorOf([&] { before->MoveFirst(); }), kErrClosed);
   EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 777);
   EXPECT_GT(Db().ChangeCounter(), counter) << "who keeps something of the old one must see it";
   AddCard("WRITTEN");

@@ -249,10 +249,10 @@ TEST_F(Queries, InsideAWalkOtherQueriesServeAndTheWalkGoesOn) {
   const std::string walk = "SELECT HEURE FROM Toph ORDER BY HEURE";
   Db().ReadRows(walk, [&](const RowView& row) {
     EXPECT_EQ(row.Int(0), hours++);
-    for (int i = 0; i < 10; ++i) {  // more in all than are kept prepared
+    for (int i = 0; i < 10; ++i) {  // more texts in all than are kept prepared
       Query("SELECT HEURE FROM Toph WHERE HEURE = " + std::to_string(hours * 10 + i));
     }
-    EXPECT_EQ(ErrorOf([&] { Query(walk); }), kErrOther);
+    EXPECT_EQ(Query(walk)->RecordCount(), 24) << "the same once more inside of it";
   });
   EXPECT_EQ(hours, 24);
   EXPECT_EQ(Query(walk)->RecordCount(), 24);

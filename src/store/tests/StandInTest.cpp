@@ -34,12 +34,12 @@ TEST_F(StandIns, AMissingColumnIsReadAsANewCardHasIt) {
             Strings{"1"});
   EXPECT_EQ(Column("SELECT TRANCHE01 FROM Discotheque ORDER BY TRANCHE01", "TRANCHE01"),
             Strings{std::string(24, '1')});
-  Recordset& cards = *base->Tables().Discotheque;
-  cards.SetIndex("CODE");
-  cards.Seek("=", int64_t{1});
-  ASSERT_FALSE(cards.NoMatch());
-  EXPECT_EQ(cards.Int("NBPASSJOUR"), 1);
-  EXPECT_EQ(cards.Text("COMMENTAIRE"), "");
+  const auto cards = base->Table("Discotheque");
+  cards->SetIndex("CODE");
+  cards->Seek("=", int64_t{1});
+  ASSERT_FALSE(cards->NoMatch());
+  EXPECT_EQ(cards->Int("NBPASSJOUR"), 1);
+  EXPECT_EQ(cards->Text("COMMENTAIRE"), "");
 }
 
 // Two varieties: a half each.
@@ -91,11 +91,11 @@ TEST_F(StandIns, WhatIsWrittenToAMissingColumnIsDroppedAndTheRestIsStored) {
   Damage(
       "ALTER TABLE Discotheque RENAME COLUMN TITRE TO T; ALTER TABLE Playlist DROP COLUMN "
       "LHEURE");
-  Recordset& cards = *base->Tables().Discotheque;
-  cards.Edit();
-  cards.Set("TITRE", std::string("lost"));
-  cards.Set("AUTEUR", std::string("kept"));
-  cards.Update();
+  const auto cards = base->Table("Discotheque");
+  cards->Edit();
+  cards->Set("TITRE", std::string("lost"));
+  cards->Set("AUTEUR", std::string("kept"));
+  cards->Update();
   EXPECT_EQ(One("SELECT AUTEUR || quote(T) FROM Discotheque"), "keptNULL");
   Db().Execute(
       "INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES('a,(b', 'x', 'c', -1)");
@@ -133,16 +133,16 @@ TEST_F(StandIns, ATableWithoutKeyAndIndexesIsSoughtAndNumbered) {
       "CREATE TABLE Copy AS SELECT * FROM Discotheque; DROP TABLE Discotheque; ALTER TABLE Copy "
       "RENAME TO Discotheque");
   EXPECT_EQ(base->Gaps(), Strings{"Discotheque.CODE is no key: new rows get the next number"});
-  Recordset& cards = *base->Tables().Discotheque;
-  cards.SetIndex("CODE");
-  cards.Seek("=", int64_t{3});
-  ASSERT_FALSE(cards.NoMatch());
-  EXPECT_EQ(cards.Text("AUTEUR"), "C");
+  const auto cards = base->Table("Discotheque");
+  cards->SetIndex("CODE");
+  cards->Seek("=", int64_t{3});
+  ASSERT_FALSE(cards->NoMatch());
+  EXPECT_EQ(cards->Text("AUTEUR"), "C");
   AddCard("D");
-  cards.AddNew();
-  cards.Set("AUTEUR", std::string("E"));
-  cards.Update();
-  EXPECT_EQ(cards.Int("CODE"), 5);
+  cards->AddNew();
+  cards->Set("AUTEUR", std::string("E"));
+  cards->Update();
+  EXPECT_EQ(cards->Int("CODE"), 5);
   EXPECT_EQ(Column("SELECT CODE FROM Discotheque WHERE AUTEUR > 'c' ORDER BY CODE", "CODE"),
             (Strings{"4", "5"}));
   EXPECT_EQ(Column("SELECT AUTEUR FROM Discotheque WHERE AUTEUR = 'e'", "AUTEUR"), Strings{"E"});

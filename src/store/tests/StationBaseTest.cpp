@@ -144,7 +144,7 @@ TEST_F(StationStart, AStationThatCreatesNoTablesTellsEachThatIsMissing) {
   StationBase base(BasePath());
   base.OpenOrCreateDatabase();
   EXPECT_EQ(ErrorOf([&] { base.OpenAllTables(); }), kErrNoSuchTable);
-  EXPECT_EQ(ErrorOf([&] { base.Tables().VT->Seek("=", int64_t{1}); }), kErrNoSuchTable);
+  EXPECT_EQ(ErrorOf([&] { base.Table("VT"); }), kErrNoSuchTable);
   EXPECT_EQ(ErrorOf([&] { base.ReadCnfField(1); }), kErrNoSuchTable);
 }
 
@@ -155,11 +155,47 @@ TEST_F(StationStart, AClosedBaseSaysSoAtEveryUse) {
   EXPECT_FALSE(base->IsOpen());
   EXPECT_EQ(ErrorOf([&] { base->Db(); }), kErrClosed);
   EXPECT_EQ(ErrorOf([&] { base->CountRecords("Toph"); }), kErrClosed);
-  EXPECT_EQ(ErrorOf([&] { base->Tables().Toph->MoveFirst(); }), kErrClosed);
+  EXPECT_EQ(ErrorOf([&] { base->Table("Toph"); }), kErrClosed);
   EXPECT_EQ(ErrorOf([&] { table->MoveFirst(); }), kErrClosed);
   EXPECT_FALSE(base->OpenOrCreateDatabase());
   base->OpenAllTables();
   EXPECT_EQ(base->CountRecords("Toph"), 24);
+}
+
+// The one walks and edits while the other looks something up.
+TEST_F(StationStart, WhoeverAsksForATableHasACursorOfHisOwn) {
+  const auto base = StartBase();
+  for (const char* artist : {"A", "B", "C"})
+    base->Db().Execute("INSERT INTO Discotheque(AUTEUR) VALUES(?)", {std::string(artist)});
+  const auto walking = base->Table("Discotheque");
+  walking->MoveNext();
+  walking->Edit();
+  walking->Set("TITRE", std::string("edited"));
+  const auto seeking = base->Table("Discotheque");
+  EXPECT_EQ(seeking->Text("AUTEUR"), "A") << "on the first row";
+  seeking->SetIndex("CODE");
+  seeking->Seek("=", int64_t{3});
+  EXPECT_EQ(seeking->Text("AUTEUR"), "C");
+  walking->Update();
+  EXPECT_EQ(walking->Text("AUTEUR"), "B");
+  seeking->Seek("=", int64_t{2});
+  EXPECT_EQ(seeking->Text("TITRE"), "edited");
+}
+
+// Another program makes the table that was missing: it is one from the next opening on.
+TEST_F(StationStart, ATableIsAsItWasWhenTheTablesWereOpened) {
+  const auto base = StartBase();
+  OtherProgram(BasePath()).Do("ALTER TABLE VT RENAME TO Away");
+  ErrorOf([&] { base->OpenAllTables(); });
+  std::string text;
+  EXPECT_EQ(ErrorOf([&] { base->Table("VT"); }, &text), kErrNoSuchTable);
+  EXPECT_EQ(text, "no table VT");
+  EXPECT_EQ(ErrorOf([&] { base->RequireTable("VT"); }), kErrNoSuchTable);
+  EXPECT_EQ(ErrorOf([&] { base->RequireTable("Toph"); }), 0);
+  OtherProgram(BasePath()).Do("ALTER TABLE Away RENAME TO VT");
+  EXPECT_EQ(ErrorOf([&] { base->Table("VT"); }), kErrNoSuchTable);
+  base->OpenAllTables();
+  EXPECT_EQ(base->Table("VT")->RecordCount(), 0);
 }
 
 TEST_F(StationStart, TwoStationsThatStartTogetherSeedOnce) {
@@ -184,7 +220,7 @@ TEST_F(StationSettings, AreNumberedFromOneInTheirFixedOrder) {
   Db().Execute("UPDATE CNF SET JingleExtraitYN = 1");
   base->CheckCnf();
   EXPECT_EQ(base->CnfInt(45), 1);
-  EXPECT_EQ(base->Tables().Cnf->FieldName(44), "JingleExtraitYN");
+  EXPECT_EQ(base->Table("Cnf")->FieldName(44), "JingleExtraitYN");
   EXPECT_EQ(base->CnfText(Cnf::kTextVeille), "");
   EXPECT_TRUE(IsNull(base->ReadCnfField(Cnf::kTextVeille)));
   EXPECT_EQ(ErrorOf([&] { base->ReadCnfField(0); }), kErrNoSuchField);
@@ -271,10 +307,10 @@ TEST_F(StationSettings, ShowWhatAnotherProgramStoredAtTheNextCheck) {
 
 TEST_F(StationSettings, ShowWhatThisStationStored) {
   EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 1600);
-  base->Tables().Cnf->MoveFirst();
-  base->Tables().Cnf->Edit();
-  base->Tables().Cnf->Set("FadeOut", int64_t{1234});
-  base->Tables().Cnf->Update();
+  const auto row = base->Table("Cnf");
+  row->Edit();
+  row->Set("FadeOut", int64_t{1234});
+  row->Update();
   base->CheckCnf();
   EXPECT_EQ(base->CnfInt(Cnf::kFadeOut), 1234);
 }

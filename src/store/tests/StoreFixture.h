@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "store/Database.h"
+#include "store/SqlText.h"
 #include "store/StationBase.h"
 #include "store/StoreError.h"
 #include "store/TableDefs.h"

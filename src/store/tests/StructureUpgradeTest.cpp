@@ -54,7 +54,7 @@ TEST_F(StructureUpgrade, SettingsOf49FieldsKeepTheirValuesAndGetTheDefaultOfTheF
   EXPECT_EQ(base->CnfText(Cnf::kJingleAvantPubs), "été");
   EXPECT_EQ(base->CnfInt(Cnf::kInExtrait), 50);
   EXPECT_EQ(base->CnfInt(Cnf::kOutExtrait), 16);
-  EXPECT_EQ(base->Tables().Cnf->FieldCount(), 50);
+  EXPECT_EQ(base->Table("Cnf")->FieldCount(), 50);
 }
 
 TEST_F(StructureUpgrade, AFieldThatTheSchemaDoesNotKnowGoes) {
@@ -119,7 +119,7 @@ TEST_F(StructureUpgrade, ATempTableFoundBeforehandLeavesBothTablesAsTheyAre) {
   EXPECT_EQ(SqlOf("Toph"), before);
   EXPECT_EQ(other.One("SELECT COUNT(*) FROM Toph"), "24");
   EXPECT_EQ(other.One("SELECT A FROM TBTEMP"), "kept");
-  EXPECT_EQ(base->Tables().Toph->RecordCount(), 24);  // open again
+  EXPECT_EQ(base->Table("Toph")->RecordCount(), 24);  // open again
 }
 
 TEST_F(StructureUpgrade, ATextWithoutRoomIsToldWithItsRowAndTheOldTableStaysWhole) {
@@ -160,7 +160,7 @@ TEST_F(StructureUpgrade, TheOldSettingGoesFromItsPlaceAndFromNoOther) {
   EXPECT_TRUE(DropOldSetting(*base));
   EXPECT_EQ(Db().Tables().Item("Cnf").Fields.size(), 49u);
   EXPECT_EQ(Db().Tables().Item("Cnf").Fields[44].Name, "JoystiquePort");
-  EXPECT_EQ(base->Tables().Cnf->FieldCount(), 50);  // the one that is missing is read by default
+  EXPECT_EQ(base->Table("Cnf")->FieldCount(), 50);  // the one that is missing is read by default
 }
 
 TEST_F(StructureUpgrade, ATableOfOtherNamesButAsManyFieldsIsNotNoticed) {

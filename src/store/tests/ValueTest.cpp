@@ -3,6 +3,7 @@
 
 #include <limits>
 
+#include "store/SqlText.h"
 #include "store/Value.h"
 
 namespace zemo {

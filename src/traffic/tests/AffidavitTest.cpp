@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "station/TextForms.h"
+#include "store/SqlText.h"
 #include "support/Campaigns.h"
 #include "support/TestStation.h"
 #include "traffic/Affidavit.h"

@@ -5,6 +5,7 @@
 
 #include "station/OnAirColumns.h"
 #include "station/TextForms.h"
+#include "store/SqlText.h"
 #include "support/Campaigns.h"
 #include "traffic/BreakInsertion.h"
 #include "traffic/SpotTitle.h"

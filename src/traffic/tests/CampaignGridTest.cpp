@@ -372,7 +372,7 @@ TEST(LoadCampaign, TakesTheRecordBuildsItsGridAndReadsItsStoredFile) {
                  {"GENREASSOCIE", "'POP'"},
                  {"PRIORITY", "20"}});
   CampaignForm form;
-  LoadCampaign(s.station, *s.station.base.Tables().GrillePub, form);
+  LoadCampaign(s.station, *s.station.base.Table("GrillePub"), form);
   EXPECT_EQ(form.LblCode, "1");
   EXPECT_EQ(form.FichierAudio, "/elsewhere/spot.wav");
   EXPECT_EQ(form.Longeur, "15000");
@@ -391,7 +391,7 @@ TEST(LoadCampaign, OfARowOfNullsGivesEmptyFields) {
   CampaignStation s;
   s.Sql("INSERT INTO GrillePub DEFAULT VALUES");
   CampaignForm form;
-  LoadCampaign(s.station, *s.station.base.Tables().GrillePub, form);
+  LoadCampaign(s.station, *s.station.base.Table("GrillePub"), form);
   EXPECT_EQ(form.LblDepartPub, "");
   EXPECT_EQ(form.Longeur, "0");
   EXPECT_EQ(form.LblTotalMsg, "0");

@@ -214,20 +214,6 @@ TEST(CampaignImport, ThatCannotBeReadIsLoggedAndTriedAgain) {
   EXPECT_EQ(Campaigns(s), "Zoo");
 }
 
-TEST(CampaignImport, LeavesTheSharedCursorWhereItStands) {
-  CampaignStation s;
-  s.AddCampaign({{"ANNONCEUR", "'Late'"}, {"PRIORITY", "20"}});
-  s.AddCampaign({{"ANNONCEUR", "'Early'"}, {"PRIORITY", "10"}});
-  Recordset& table = *s.station.base.Tables().GrillePub;
-  table.SetIndex("PRIORITY");
-  table.MoveFirst();
-  s.MakeFile("ExportPubs.Txt", Line({{18, "300"}}) + "\r\n");
-  SurveilleNewBase(s.station);
-  EXPECT_EQ(table.Text("ANNONCEUR"), "Early");
-  table.MoveNext();
-  EXPECT_EQ(table.Text("ANNONCEUR"), "Late");
-}
-
 // On air the file is looked for as each music title starts.
 TEST(CampaignImport, HappensAsATitleStarts) {
   CampaignStation s;

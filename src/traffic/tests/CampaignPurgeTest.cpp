@@ -140,16 +140,6 @@ TEST(CampaignPurge, TakesNothingWhoseGridFileCannotBeRead) {
   EXPECT_EQ((*s.First("error"))["where"], "SuppresionPub");
 }
 
-TEST(CampaignPurge, LeavesTheTableInOrderOfPassage) {
-  CampaignStation s;
-  s.AddCampaign({{"ANNONCEUR", "'Late'"}, {"PRIORITY", "20"}});
-  s.AddCampaign({{"ANNONCEUR", "'Early'"}, {"PRIORITY", "10"}});
-  s.station.base.Tables().GrillePub->SetIndex("CODE");
-  SuppresionPub(s.station);
-  s.station.base.Tables().GrillePub->MoveFirst();
-  EXPECT_EQ(s.station.base.Tables().GrillePub->Text("ANNONCEUR"), "Early");
-}
-
 TEST(CampaignPurge, OfAnEmptyTableShowsNothing) {
   CampaignStation s;
   s.station.notices.progress.text = "before";

@@ -470,15 +470,6 @@ TEST_F(DayGridPreview, OfTodayPurgesAsEveryComposition) {
   EXPECT_EQ(Kept(), "01");
 }
 
-TEST_F(DayGridComposition, TheTablesIndexIsLeftOnTheOrderOfPassage) {
-  AddCampaign(on, {.advertiser = "LATER", .priority = 20});
-  AddCampaign(on, {.advertiser = "FIRST", .priority = 10});
-  Compose();
-  Recordset& table = *on.station.base.Tables().GrillePub;
-  table.MoveFirst();
-  EXPECT_EQ(table.Text("ANNONCEUR"), "FIRST");
-}
-
 TEST_F(DayGridComposition, TheNextCompositionReplacesTheWholeGrid) {
   AddCampaign(on, {.crosses = {"10:00", "11:00"}});
   Compose();
@@ -611,17 +602,6 @@ TEST_F(WatchedComposition, AStampEmptiedMeanwhileStaysEmpty) {
   EXPECT_EQ(station.GPubJour.Cell(0, 53), "");
   MakeGrillePubGeneral(station);
   EXPECT_EQ(station.GPubJour.Cell(0, 53), "21/11/26");
-}
-
-TEST_F(WatchedComposition, TheTablesCursorMayBeMovedMeanwhile) {
-  AddCampaign(on, {.advertiser = "A", .priority = 10, .crosses = {"12:00"}});
-  AddCampaign(on, {.advertiser = "B", .priority = 20, .crosses = {"12:00"}});
-  OnYield = [&](int) {
-    station.base.Tables().GrillePub->SetIndex("CODE");
-    station.base.Tables().GrillePub->MoveLast();
-  };
-  MakeGrillePubGeneral(station);
-  EXPECT_EQ(station.GPubJour.Cell(1, 3) + station.GPubJour.Cell(1, 4), "AB");
 }
 
 }  // namespace
