@@ -252,7 +252,7 @@ std::vector<std::string> PrintedList(const Station& station) {
 void DragInList(Station& station, int fromRow, int toRow) {
   RecordActivity(station);
   if (!ValidRow(station, fromRow)) return;
-  OnAirElement element = station.PL.Row(fromRow);
+  OnAirElement element = station.PL.Row(fromRow).AsElement();
   station.PL.Remove(fromRow);
   station.PL.Insert(toRow, std::move(element));
   RefreshPlanTimes(station);
@@ -268,7 +268,8 @@ void DeleteRow(Station& station, int row) {
   const int64_t key = station.PL.Row(row).key;
   if (DeletingAsks(station, row)) {
     try {
-      DeleteVoiceTrackRecord(station, OnAirElement(station.PL.Row(row)));
+      const OnAirElement deleted = station.PL.Row(row).AsElement();  // writing can take rows off
+      DeleteVoiceTrackRecord(station, deleted);
     } catch (const std::exception&) {
       LogCurrentException(station, "PL");
     }

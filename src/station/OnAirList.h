@@ -10,6 +10,9 @@ namespace zemo {
 
 struct OnAirRow : OnAirElement {
   int64_t key = 0;  // unique for the run
+
+  // The element alone, for who copies it out of the list.
+  const OnAirElement& AsElement() const { return *this; }
 };
 
 // Rows are counted from 1, as the operator counts them. Writers: the tick, the requests and

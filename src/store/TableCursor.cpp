@@ -130,12 +130,12 @@ void TableCursor::SetIndex(std::string_view name) {
   pending_ = Pending::kNothing;
   place_ = Place::kUnsettled;
   if (SameName(name, index_)) return;
-  if (name.empty()) {
-    order_ = table_->OrderBy({});
-  } else if (const Index* index = Def().FindIndex(name)) {
+  // The key serves by its name in every table that has one.
+  const bool byKey = name.empty() || (Def().AutoField() && SameName(name, Def().AutoField()->Name));
+  if (const Index* index = Def().FindIndex(name)) {
     order_ = table_->OrderBy(FieldAt(index->Field));
-  } else if (Def().AutoField() && SameName(name, Def().AutoField()->Name)) {
-    order_ = table_->OrderBy({});  // the key serves in every table that has one
+  } else if (byKey) {
+    order_ = table_->OrderBy({});
   } else if (!Def().LostKey.empty() && SameName(name, Def().LostKey)) {
     order_ = table_->OrderBy(FieldAt(name));
   } else {

@@ -19,7 +19,7 @@ bool OnAirListModel::IsFigure(int column) {
 }
 
 OnAirListModel::Row OnAirListModel::RowOf(const OnAirRow& row) {
-  Row made{row.key, row, {}};
+  Row made{row.key, row.AsElement(), {}};
   const Cells cells = ColumnsOf(row);
   for (size_t column = 0; column < kColumns; ++column)
     made.texts[column] = QString::fromStdString(cells[column]);

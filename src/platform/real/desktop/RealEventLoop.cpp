@@ -33,8 +33,7 @@ class RealEventLoop::Timer : public LoopTimer {
     // The handler may destroy its timer, and with it the function that it runs in.
     QObject::connect(&timer_, &QTimer::timeout,
                      [&loop, shared = std::make_shared<std::function<void()>>(std::move(handler))] {
-                       const auto held = shared;
-                       loop.Serve(*held);
+                       loop.Serve([held = shared] { (*held)(); });
                      });
   }
   void SetEnabled(bool enabled) override {
