@@ -252,7 +252,7 @@ TEST_F(Why, ChoicesOfMoreThanFourMegabytesAreNotRead) {
 
 // A week of a busy station's choices is longer than what one on air keeps.
 TEST_F(Why, ChoicesOfASimulationAreReadUpToSixtyFourMegabytes) {
-  std::string choices(5 << 20, '\n');
+  std::string choices = "{\"report\":2,\"title\":\"" + std::string(5 << 20, 'x') + "\"}\n";
   choices +=
       "{\"report\":1,\"artist\":\"A\",\"title\":\"T\",\"genre\":\"G\",\"date\":\"21/11/2026\","
       "\"time\":\"10:00:00\",\"moment\":46347.5}\n";
