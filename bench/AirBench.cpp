@@ -40,11 +40,11 @@ void Air(const std::string& folder, int seconds, const char* run) {
   zemo::RealStation real(
       folder + "/station", folder + "/machine", {zemo::OutputSpec::Kind::kNull, ""},
       machine.Parts(), [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); });
-  if (!zemo::Form_Load(real.station)) std::abort();
-  zemo::Form_Activate(real.station, true);
+  if (!zemo::OnAir::Form_Load(real.station)) std::abort();
+  zemo::OnAir::Form_Activate(real.station, true);
   zemo::bench::AirWatch watch(real);
   real.station.events.SetSink(&watch);
-  zemo::ToolbarButton(real.station, zemo::Toolbar::kStart);
+  zemo::OnAir::Toolbar_ButtonClick(real.station, zemo::Toolbar::kStart);
   const auto end = real.loop.MakeTimer(seconds * 1000, [&] { real.loop.Quit(); });
   end->SetEnabled(true);
   real.loop.Run();

@@ -96,7 +96,7 @@ void Import(benchmark::State& state) {
     commitMs = std::max(commitMs, watched.CommitMs());
     state.ResumeTiming();
     longestMs =
-        std::max(longestMs, watched.LongestStretchMs([&] { SurveilleNewBase(watched.station); }));
+        std::max(longestMs, watched.LongestStretchMs([&] { TakeDroppedBase(watched.station); }));
     if (watched.Campaigns() != std::to_string(kCampaigns)) state.SkipWithError("lines are lost");
   }
   state.counters["longest_stretch_ms"] = longestMs;
@@ -112,11 +112,11 @@ void Purge(benchmark::State& state) {
   for (auto _ : state) {
     state.PauseTiming();
     watched.on.MakeFile("ExportPubs.Txt", lines);
-    SurveilleNewBase(watched.station);
+    TakeDroppedBase(watched.station);
     commitMs = std::max(commitMs, watched.CommitMs());
     state.ResumeTiming();
-    longestMs =
-        std::max(longestMs, watched.LongestStretchMs([&] { SuppresionPub(watched.station); }));
+    longestMs = std::max(longestMs,
+                         watched.LongestStretchMs([&] { PurgeEndedCampaigns(watched.station); }));
     if (watched.Campaigns() != "0") state.SkipWithError("ended campaigns stay");
   }
   state.counters["longest_stretch_ms"] = longestMs;

@@ -212,13 +212,13 @@ bool Air(const std::string& folder, const Wish& wish, const zemo::OutputSpec& ou
   zemo::RealStation real(
       station, folder + "/machine", output, machine.Parts(),
       [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); });
-  if (!zemo::Form_Load(real.station)) std::abort();
-  zemo::Form_Activate(real.station, true);
+  if (!zemo::OnAir::Form_Load(real.station)) std::abort();
+  zemo::OnAir::Form_Activate(real.station, true);
   AirWatch watch(real);
   ReportCheck report(station + "/Triskin.MDB");
   Listener listener(watch, report);
   real.station.events.SetSink(&listener);
-  zemo::ToolbarButton(real.station, zemo::Toolbar::kStart);
+  zemo::OnAir::Toolbar_ButtonClick(real.station, zemo::Toolbar::kStart);
 
   std::vector<double> mb;
   const int quietSec = std::clamp(wish.seconds / 4, 20, 60);

@@ -65,7 +65,7 @@ class ManyCampaigns {
 
 void Composition(benchmark::State& state) {
   ManyCampaigns many;
-  MakeGrillePubGeneral(many.station);  // the lengths are known from here on
+  ComposeDayGrid(many.station);  // the lengths are known from here on
   const auto inUse = mallinfo2().uordblks;
   std::vector<double> stretches, ticks;
   for (auto _ : state) {
@@ -73,11 +73,11 @@ void Composition(benchmark::State& state) {
     many.loop.onYield = [&] {
       const auto yield = Clock::now();
       stretches.push_back(Ms(yield - last));
-      MainTimer_Timer(many.station);
+      OnAir::MainTimer_Timer(many.station);
       last = Clock::now();
       ticks.push_back(Ms(last - yield));
     };
-    MakeGrillePubGeneral(many.station);
+    ComposeDayGrid(many.station);
     many.loop.onYield = nullptr;
   }
   if (many.station.GPubJour.RowCount() != 193) state.SkipWithError("the grid is not full");
@@ -103,7 +103,7 @@ void FirstComposition(benchmark::State& state) {
     SetSideFileNames(station);
     station.base.OpenAllTables();
     state.ResumeTiming();
-    MakeGrillePubGeneral(station);
+    ComposeDayGrid(station);
   }
 }
 BENCHMARK(FirstComposition)->Unit(benchmark::kMillisecond)->Iterations(3);

@@ -51,7 +51,7 @@ void Request(benchmark::State& state, bool skeleton) {
     s.seen.clear();
     state.ResumeTiming();
     int16_t minutes = 30;
-    RequetePlaylist(s.station, minutes);
+    RequestMusic(s.station, minutes);
     rows = s.station.PL.Count();
   }
   if (!s.Events("error").empty() || rows == 0) state.SkipWithError("the request found nothing");

@@ -321,7 +321,7 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
       {*clipboard, messages, keyboard, system},
       [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); });
   zemo::Station& station = real.station;
-  if (!zemo::Form_Load(station)) std::abort();
+  if (!zemo::OnAir::Form_Load(station)) std::abort();
   application.onException = [&station] { zemo::LogCurrentException(station, "FrmZemo"); };
   zemo::WaveformReader waveforms(std::make_unique<zemo::SoundFileOpener>(),
                                  folder + "/machine/Peaks");
@@ -342,7 +342,7 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   window.resize(1280, 800);
   window.show();
   window.activateWindow();
-  zemo::Form_Activate(station, true);
+  zemo::OnAir::Form_Activate(station, true);
   window.Begin();
 
   zemo::bench::AirWatch watch(real);

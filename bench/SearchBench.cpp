@@ -193,14 +193,14 @@ void Drop(benchmark::State& state) {
   QTest::keyClick(bench.rech, '*');
   bench.Settle();
   std::vector<int> rows;
-  for (int row = 0; row < static_cast<int>(zemo::kMostDropped); ++row) rows.push_back(row);
+  for (int row = 0; row < static_cast<int>(zemo::OnAir::kMostDropped); ++row) rows.push_back(row);
   for (auto _ : state) {
     state.PauseTiming();
     bench.on.station.PL.Clear();
-    DropBrowseRows(bench.on.station, rows, 0);
+    zemo::OnAir::DropBrowseRows(bench.on.station, rows, 0);
     bench.Settle();
     state.ResumeTiming();
-    bench.Measure([&] { DropBrowseRows(bench.on.station, rows, 1); });
+    bench.Measure([&] { zemo::OnAir::DropBrowseRows(bench.on.station, rows, 1); });
   }
   bench.Tell(state);
 }

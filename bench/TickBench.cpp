@@ -44,7 +44,7 @@ void Tick(benchmark::State& state) {
   for (auto _ : state) {
     on.loop.RunUntil(nowMs += 100);  // the loop's own tick is not measured; the clock moves on
     const auto begin = Clock::now();
-    zemo::MainTimer_Timer(on.station);
+    zemo::OnAir::MainTimer_Timer(on.station);
     const auto end = Clock::now();
     microseconds.push_back(std::chrono::duration<double, std::micro>(end - begin).count());
     state.SetIterationTime(microseconds.back() / 1e6);

@@ -89,7 +89,7 @@ bool StationIsOnAir(SimStation& sim) {
 // An open program composes its grid again when it sees the signal. One on air is known by its byte
 // as well: on a share without locks.
 void TellOpenStation(SimStation& sim) {
-  if (StationIsOnAir(sim) || StationIsOpen(sim)) WriteMajGrillePub(sim.station);
+  if (StationIsOnAir(sim) || StationIsOpen(sim)) WriteGridSignal(sim.station);
 }
 
 const char* KindWord(const CampaignForm& form) {
@@ -131,7 +131,7 @@ void List(Desk& desk, bool asJson, std::ostream& out) {
     LoadCampaign(station, *table, form);
     if (asJson) {
       array.push_back(RecordJson(form));
-      array.back()["messages"] = CalculNbJourActif(form);
+      array.back()["messages"] = CountCrosses(form);
       continue;
     }
     out << form.LblCode << "  " << form.ChAnnonceur << "  " << KindWord(form) << "  "
@@ -142,7 +142,7 @@ void List(Desk& desk, bool asJson, std::ostream& out) {
 }
 
 void Find(Desk& desk, int32_t code) {
-  if (!LoadFicheOfCode(desk.sim.station, desk.editor, code))
+  if (!Campaigns::ShowRecordOfCode(desk.sim.station, desk.editor, code))
     throw std::runtime_error("there is no campaign " + std::to_string(code));
 }
 
@@ -151,7 +151,7 @@ void Show(Desk& desk, const CampaignOptions& options, std::ostream& out) {
   const CampaignForm& form = desk.editor;
   if (options.json) {
     Json json = RecordJson(form);
-    json["messages"] = CalculNbJourActif(form);
+    json["messages"] = CountCrosses(form);
     json["damage"] = form.damage;
     json["grid"] = Json::array();
     for (int row = 0; row < form.GPub.RowCount(); ++row) json["grid"].push_back(form.GPub.At(row));
@@ -172,14 +172,14 @@ void Show(Desk& desk, const CampaignOptions& options, std::ostream& out) {
 int WeekdayOf(const CampaignOptions& options, int column) {
   if (options.Weekly()) return column - 1;
   const std::string key = DateKeyOfText(options.from);
-  const int first = JourSemaineCourant(
+  const int first = CurrentWeekday(
       {ValInt(key.substr(0, 4)), ValInt(key.substr(4, 2)), ValInt(key.substr(6, 2))});
   return (first - 1 + column - 1) % 7;
 }
 
 void Mark(Desk& desk, GridPlace place) {
   if (desk.editor.GPub.Cell(place.row, place.column) == kCross) return;
-  GPubMouseUp(desk.sim.station, desk.editor, MouseButton::kLeft, false, false, place);
+  Campaigns::GPub_MouseUp(desk.sim.station, desk.editor, MouseButton::kLeft, false, false, place);
 }
 
 void MarkPattern(Desk& desk, const CampaignOptions& options, const CrossPattern& pattern) {
@@ -234,10 +234,10 @@ void FillRecord(CampaignEditor& editor, const CampaignOptions& options) {
 void BuildGrid(Desk& desk, const CampaignOptions& options) {
   Station& station = desk.sim.station;
   if (options.Weekly()) {
-    LblDepartPubRightClick(station, desk.editor);
+    Campaigns::LblDepartPub_RightClick(station, desk.editor);
   } else {
-    CalendarPick(station, desk.editor, 1, options.from);
-    CalendarPick(station, desk.editor, 2, options.to);
+    Campaigns::PickDay(station, desk.editor, 1, options.from);
+    Campaigns::PickDay(station, desk.editor, 2, options.to);
   }
   if (desk.editor.GPub.RowCount() <= kFirstMomentRow)
     throw std::runtime_error("the station has no template of hours and marks yet: --marks");
@@ -251,7 +251,7 @@ void KeepCategory(Desk& desk) {
   const std::string& category = desk.editor.Categorie;
   if (category.empty() || std::find(list.begin(), list.end(), category) != list.end()) return;
   desk.sim.messages.AnswerNext(Answer::kYes);
-  CategorieEnter(desk.sim.station, desk.editor);
+  Campaigns::Categorie_KeyEnter(desk.sim.station, desk.editor);
 }
 
 // A path of this system becomes absolute; one of another system stays as the path map knows it.
@@ -270,15 +270,15 @@ void Add(Desk& desk, const CampaignOptions& options, std::ostream& out) {
   Station& station = desk.sim.station;
   const std::string path = StoredPathOf(options.file);
   const auto source = SoundFileOpener().Open(station.platform.soundFiles.Resolve(path));
-  MnuHPubs(station, desk.editor);
-  BtnNew(station, desk.editor);
+  Campaigns::MnuHPubs_Click(station, desk.editor);
+  Campaigns::BtnNew_Click(station, desk.editor);
   if (!options.hours || !options.marks) desk.RequireTemplate();
   const auto lengthMs = static_cast<int32_t>(FramesToMs(source->LengthFrames()));
-  if (!CmdLoadFile(station, desk.editor, path, lengthMs)) desk.Refuse();
+  if (!Campaigns::CmdLoadFile_Click(station, desk.editor, path, lengthMs)) desk.Refuse();
   FillRecord(desk.editor, options);
   BuildGrid(desk, options);
   KeepCategory(desk);
-  if (!BtnAjouter(station, desk.editor)) desk.Refuse();
+  if (!Campaigns::BtnAjouter_Click(station, desk.editor)) desk.Refuse();
   TellOpenStation(desk.sim);
   out << "campaign " << Newest(station) << " added\n";
 }
@@ -287,7 +287,7 @@ void Remove(Desk& desk, int32_t code, std::ostream& out) {
   Station& station = desk.sim.station;
   Find(desk, code);
   desk.sim.messages.AnswerNext(Answer::kOk);
-  if (!BtnDelete(station, desk.editor)) desk.Refuse();
+  if (!Campaigns::BtnDelete_Click(station, desk.editor)) desk.Refuse();
   TellOpenStation(desk.sim);
   out << "campaign " << code << " removed\n";
 }

@@ -27,7 +27,7 @@ int RunCompactCommand(const StationOptions& options) {
   RepairAndCompact(station);
   std::cout << station.base.Path() << ": " << before << " bytes, now "
             << RegularFileSizeBytes(station.base.Path()) << std::endl;
-  KeepLastCompactage(station);
+  KeepLastCompaction(station);
   return 0;
 }
 

@@ -49,7 +49,7 @@ GridElement ReadElement(Station& station, int row, int column) {
 double AirSeconds(Station& station, int row, const PlannedBreak& planned) {
   double seconds = static_cast<double>(planned.lengthMs) / 1000;
   if (planned.type == "Pubs")
-    CalculJinglePubs(station, seconds, row);
+    ComputeBreakAirTime(station, seconds, row);
   else  // news stand without jingles
     seconds -= static_cast<double>(planned.elements.size()) *
                static_cast<double>(station.base.CnfInt(Cnf::kPmixPubs)) / 1000;
@@ -102,7 +102,7 @@ CompositionTold ComposeAndListen(Station& station) {
   CompositionTold told;
   CompositionSink sink(told);
   station.events.SetSink(&sink);
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   station.events.SetSink(nullptr);
   return told;
 }

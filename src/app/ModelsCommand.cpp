@@ -62,7 +62,7 @@ void Export(const ModelsOptions& options, SpreadsheetWriter& writer) {
   LastError error;
   const auto sim = OpenAsked(asked, RealClock().LocalNow());
   sim->station.events.SetSink(&error);
-  const bool done = MnuExport(sim->station, writer);
+  const bool done = Models::MnuExport_Click(sim->station, writer);
   sim->station.events.SetSink(nullptr);
   if (!done) throw std::runtime_error(WithShownPaths(error.text, asked.Paths()));
 }

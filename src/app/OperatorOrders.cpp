@@ -47,11 +47,12 @@ std::string StoredForm(const Field& field, const std::string& value) {
 }  // namespace
 
 void SetMode(Station& station, const GivenOrder& given) {
-  ToolbarButton(station, given.arguments[0] == "auto" ? Toolbar::kAutomatic : Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(station,
+                             given.arguments[0] == "auto" ? Toolbar::kAutomatic : Toolbar::kLive);
 }
 
 void LoadList(Station& station, const GivenOrder& given) {
-  if (!SelectStoredList(station, given.Number(0)))
+  if (!OnAir::SelectStoredList(station, given.Number(0)))
     throw OrderError("there is no stored list " + given.arguments[0]);
 }
 
@@ -61,7 +62,7 @@ void SaveList(Station& station, const GivenOrder& given) {
   editor.LblDate = given.arguments[1];
   editor.ChHeure = given.arguments[2];
   editor.OptPls = given.Number(3);
-  BtnSauve_Click(station);
+  OnAir::BtnSauve_Click(station);
 }
 
 void InsertCard(Station& station, const GivenOrder& given) {
@@ -70,22 +71,23 @@ void InsertCard(Station& station, const GivenOrder& given) {
   if (kind == "jingle") list = BrowseList::kJingles;
   if (kind == "spot") list = BrowseList::kSpots;
   if (kind == "other") list = BrowseList::kOthers;
-  if (!DropFromLibrary(station, list, given.Number(1), given.Number(2)))
+  if (!OnAir::DropFromLibrary(station, list, given.Number(1), given.Number(2)))
     throw OrderError("the library holds no " + kind + " " + given.arguments[1]);
 }
 
 void CopyBreak(Station& station, const GivenOrder& given) {
-  if (given.Has(1)) OpenGridForInsertion(station);
-  if (!BtnCopyPub_Click(station, given.Number(0), given.Number(1)))
+  if (given.Has(1)) OnAir::OpenGridForInsertion(station);
+  if (!OnAir::BtnCopyPub_Click(station, given.Number(0), given.Number(1)))
     throw OrderError("the day's grid has no row " + given.arguments[0]);
 }
 
 void PreviewDay(Station& station, const GivenOrder& given) {
-  if (BtnPubJourX_Click(station)) PickPreviewDay(station, *ParseDay(given.arguments[0]));
+  if (OnAir::BtnPubJourX_Click(station))
+    OnAir::PickPreviewDay(station, *ParseDay(given.arguments[0]));
 }
 
 void Check(Station& station, const GivenOrder& given) {
-  if (!SetCheck(station, given.arguments[0], given.arguments[1] == "on"))
+  if (!OnAir::SetCheck(station, given.arguments[0], given.arguments[1] == "on"))
     throw OrderError("the screen has no " + given.arguments[0]);
 }
 

@@ -35,9 +35,9 @@ int RunOnAir(const AirOptions& options) {
   display.Show(station);
   station.events.SetSink(&display);
 
-  if (!Form_Load(station)) return 1;
-  Form_Activate(station, true);
-  if (!station.engine.IsRunning) ToolbarButton(station, Toolbar::kStart);
+  if (!OnAir::Form_Load(station)) return 1;
+  OnAir::Form_Activate(station, true);
+  if (!station.engine.IsRunning) OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 
   RunEnd end(real, options.forMs,
              {.draining = [&] { display.ShowLine("stopping: what is on air plays to its end"); },
@@ -52,7 +52,7 @@ int RunOnAir(const AirOptions& options) {
 
   display.Finish();
   station.events.SetSink(nullptr);
-  Quitter(station);
+  EndInOrder(station);
   return EndStatus(station);
 }
 

@@ -103,7 +103,7 @@ int OpenScreen(const AirOptions& options) {
   RealStation real(folders.station, folders.machine, WantedOutput(options.output, folders.machine),
                    machine.Parts(), Tell);
   Station& station = real.station;
-  if (!Form_Load(station)) {
+  if (!OnAir::Form_Load(station)) {
     machine.messages.WaitUntilRead();
     return 1;
   }
@@ -131,7 +131,7 @@ int OpenScreen(const AirOptions& options) {
   if (const QScreen* screen = QGuiApplication::primaryScreen())
     window.setGeometry(screen->availableGeometry());
   window.showMaximized();
-  Form_Activate(station, true);
+  OnAir::Form_Activate(station, true);
   window.Begin();
 
   RunEnd end(real, options.forMs,
@@ -142,7 +142,7 @@ int OpenScreen(const AirOptions& options) {
   const auto watch = real.loop.MakeTimer(RunEnd::kWatchMs, [&end] { end.Watch(); });
   watch->SetEnabled(true);
   real.loop.Run();
-  if (!left) Quitter(station);
+  if (!left) EndInOrder(station);
   return EndStatus(station);
 }
 

@@ -8,7 +8,7 @@
 namespace zemo {
 
 namespace {
-// By screen. A new check box or check menu gets its line here, and its effect in SetCheck.
+// By screen. A new check box or check menu gets its line here, and its effect in OnAir::SetCheck.
 constexpr std::string_view kCheckControls[] = {
     // main screen
     "OptionDirect",

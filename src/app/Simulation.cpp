@@ -102,14 +102,15 @@ class Workplace {
 };
 
 void StartOrders(const SimulateOptions& options, Station& station) {
-  if (!Form_Load(station)) throw std::runtime_error("the station could not be loaded");
+  if (!OnAir::Form_Load(station)) throw std::runtime_error("the station could not be loaded");
   // A copy that goes with the run need not outlive a loss of power, and need not wait for the disk.
   if (!options.inPlace && station.base.IsOpen()) {
     station.base.Db().Execute("PRAGMA synchronous = OFF");
     station.base.Db().Execute("PRAGMA journal_mode = MEMORY");
   }
-  Form_Activate(station, true);
-  if (!options.noStart && !station.engine.IsRunning) ToolbarButton(station, Toolbar::kStart);
+  OnAir::Form_Activate(station, true);
+  if (!options.noStart && !station.engine.IsRunning)
+    OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 }
 
 [[noreturn]] void Kill(Trace& trace, ChoicesFile* choices, const Workplace& place) {

@@ -83,7 +83,7 @@ void TakeNewBase(Station& station) {
   station.events.Base("swapped");
   OpenBaseAgain(station);
   CheckStructures(station);  // it may come from an older version
-  LoadShortcutTable(station);
+  OnAir::LoadShortcutTable(station);
 }
 
 void LookForNewBase(Station& station) {
@@ -162,10 +162,10 @@ void FinishInterruptedChange(Station& station) {
   }
 }
 
-void SurveilleNewBase(Station& station) {
+void TakeDroppedBase(Station& station) {
   try {
     LookForNewBase(station);
-    if (station.base.IsOpen()) ImportExportPubs(station);
+    if (station.base.IsOpen()) ImportExportedCampaigns(station);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine);
   }

@@ -25,6 +25,6 @@ void FinishInterruptedChange(Station& station);
 // After each music start: a base dropped as "New.mdb" takes the place of the station's, then
 // "ExportPubs.Txt" is taken in. A file that cannot be the base is left where it is and told once.
 // Throws nothing.
-void SurveilleNewBase(Station& station);
+void TakeDroppedBase(Station& station);
 
 }  // namespace zemo

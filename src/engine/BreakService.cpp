@@ -24,9 +24,9 @@ int DueGridRow(Station& station, const Moment& at) {
 void InsertBreak(Station& station, const Moment& at, int row) {
   station.engine.LastGridCheckTimer = at.timer;
   if (station.GPubJour.Cell(row, GridCol::kType) == "Pubs")
-    AjoutPubPlaylist(station, row);
+    InsertSpotBreak(station, row);
   else
-    AjoutRubriquePlaylist(station, row);
+    InsertNewsBreak(station, row);
   station.engine.IntroShown = false;
 }
 

@@ -32,38 +32,38 @@ void ShowListAgain(GridFrame& frame) {
 
 }  // namespace
 
-void GPubJour_Click(Station& station, int gridRow) {
-  RecordActivity(station);
+void OnAir::GPubJour_Click(Station& station, int gridRow) {
+  OnAir::RecordActivity(station);
   if (!HasRow(station, gridRow)) return;
   station.gridFrame.chosenMoment = station.GPubJour.Cell(gridRow, GridCol::kMoment);
 }
 
-std::string FileOfGridCell(const Station& station, int gridRow, int column) {
+std::string OnAir::FileOfGridCell(const Station& station, int gridRow, int column) {
   if (column < GridCol::kFirstElement || column > GridCol::kLastElement) return {};
   std::string file = station.GPubJour.Cell(gridRow, column + GridCol::kFileOffset);
   return !file.empty() && station.platform.soundFiles.Exists(file) ? file : std::string();
 }
 
-void OpenGridForInsertion(Station& station) {
-  RecordActivity(station);
+void OnAir::OpenGridForInsertion(Station& station) {
+  OnAir::RecordActivity(station);
   station.gridFrame.forInsertion = true;
   station.gridFrame.open = true;
 }
 
-bool BtnCopyPub_Click(Station& station, int gridRow, int selectedRow) {
-  RecordActivity(station);
+bool OnAir::BtnCopyPub_Click(Station& station, int gridRow, int selectedRow) {
+  OnAir::RecordActivity(station);
   const bool there = HasRow(station, gridRow);
   if (!station.gridFrame.forInsertion) {
-    if (there) AjoutPubPlaylist(station, gridRow);
+    if (there) InsertSpotBreak(station, gridRow);
     return there;
   }
-  if (there) InsertPubPlaylist(station, gridRow, selectedRow);
+  if (there) InsertBreakAtRow(station, gridRow, selectedRow);
   ShowListAgain(station.gridFrame);
   return there;
 }
 
-bool BtnPubJourX_Click(Station& station) {
-  RecordActivity(station);
+bool OnAir::BtnPubJourX_Click(Station& station) {
+  OnAir::RecordActivity(station);
   try {
     MessageBoxes& messages = station.platform.messages;
     if (station.base.CnfInt(Cnf::kSuppressionPub) == 1) {
@@ -79,8 +79,8 @@ bool BtnPubJourX_Click(Station& station) {
   }
 }
 
-void PickPreviewDay(Station& station, const LocalDateTime& day) {
-  RecordActivity(station);
+void OnAir::PickPreviewDay(Station& station, const LocalDateTime& day) {
+  OnAir::RecordActivity(station);
   try {
     LocalDateTime moment = station.Now();
     moment.year = day.year;
@@ -88,7 +88,7 @@ void PickPreviewDay(Station& station, const LocalDateTime& day) {
     moment.day = day.day;
     BeginPreview(station);
     station.platform.system.SetDate(moment);
-    MakeGrillePubGeneral(station);
+    ComposeDayGrid(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnPubJourX");
   }

@@ -13,6 +13,8 @@ struct Station;
 
 // Rows of the grid count from 1, its heading is row 0.
 
+namespace OnAir {
+
 // A click on a row: BtnCopyPub names the row's moment.
 void GPubJour_Click(Station& station, int gridRow);
 // Stored path of the element that a cell names, where its file is there; else empty.
@@ -30,5 +32,7 @@ bool BtnPubJourX_Click(Station& station);
 // composed. As long as it stays no composition purges anything. A machine that refuses its date to
 // be set is logged.
 void PickPreviewDay(Station& station, const LocalDateTime& day);
+
+}  // namespace OnAir
 
 }  // namespace zemo

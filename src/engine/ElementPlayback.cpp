@@ -330,7 +330,7 @@ void MarkPlayed(Station& station, int32_t code, const TitleCard& card, const Rep
     station.requests.airings[code] = {station.platform.clock.MonotonicMs(), BroadcastText(begun)};
     WriteMusic(station, AirWrite::Kind::kTitlePlayed, code, begun);
   } else if (code == Element::kSpot || code == Element::kNews) {
-    FindInfoPubRub(station);
+    TellBreakElement(station);
     engine.LastJingleTimer = station.Timer();
     engine.LastIntroJingleTimer = station.Timer();
   }
@@ -367,7 +367,7 @@ void WriteReport(Station& station, const Incoming& element, const TitleCard& car
   if (!word) return;
   begun.GENRE = word;
   if (element.code == Element::kJingle)
-    begun.AUTEURCOMPOSITEUR = FindJingleCompositeur(station, element.file);
+    begun.AUTEURCOMPOSITEUR = ComposerOfJingle(station, element.file);
   begun.AUTEUR = FirstRow(station).title;
   begun.TITRE = FirstRow(station).secondLine;
   WriteOrKeep(station, {.row = begun, .where = kRoutine});
@@ -385,7 +385,7 @@ void BeginIntro(Station& station, int32_t code, int32_t introSec) {
   engine.IntroShown = introSec >= 1;
   if (!engine.IntroShown) return;
   engine.IntroStartTimer = station.Timer();
-  if (FindJingleAssocie(station, code)) return;
+  if (FindAssociatedJingle(station, code)) return;
   const int64_t gapMinutes = station.base.CnfInt(Cnf::kJinglesIntro);
   if (gapMinutes <= 0) return;
   const float now = station.Timer();
@@ -401,8 +401,8 @@ void TellOutside(Station& station, int32_t code, const TitleCard& card) {
   if (page.on && card.read == TitleCard::Read::kWhole)
     SaveInfoRealAudio(station, card.texts.AUTEUR + page.separator + card.texts.TITRE, card.file);
   if (code > 0) {
-    SaveDonnes_Associees(station, card.comment);
-    SurveilleNewBase(station);
+    SaveAssociatedData(station, card.comment);
+    TakeDroppedBase(station);
   }
 }
 
@@ -465,7 +465,7 @@ void PlayWave(Station& station, const std::string& file, int32_t code) {
   }
 }
 
-void CalculOffset(Station& station) {
+void ComputeBufferOffset(Station& station) {
   const SoundChain& sound = station.platform.sound;
   station.engine.BufferOffsetSec = static_cast<float>(sound.OutputNumBuffers()) *
                                    static_cast<float>(sound.OutputBufferSize()) / 2048.0F / 100.0F;

@@ -14,7 +14,7 @@ struct Station;
 void PlayWave(Station& station, const std::string& file, int32_t code);
 
 // BufferOffsetSec from the output's buffers; after any change of them and at each start.
-void CalculOffset(Station& station);
+void ComputeBufferOffset(Station& station);
 
 // Volume of a slot from `from` upward by 1 to `to`, yielding after each step; downward at once.
 void ChangeVolume(Station& station, int channel, int from, int to);

@@ -16,6 +16,6 @@ void JoystickButtonDown(Station& station, int button);
 void JoystickButtonUp(Station& station, int button);
 
 // Every stopped tick while topage is pending: a neighbour hands the air back.
-void TraiteTopage(Station& station);
+void AwaitHandBack(Station& station);
 
 }  // namespace zemo

@@ -19,7 +19,7 @@ constexpr int32_t kMinuteMs = 60000;
 // A composition that fails is tried again, but not tick after tick. True when the grid is whole.
 bool ComposeGrid(Station& station) {
   station.engine.gridRetryMs = station.platform.clock.MonotonicMs() + kGridRetryMs;
-  return MakeGrillePubGeneral(station);
+  return ComposeDayGrid(station);
 }
 
 bool GridIsOf(const Station& station, const Moment& at) {

@@ -24,7 +24,7 @@ void ServeSpaceKey(Station& station, const Moment& at) {
 }
 
 void PlayShortcut(Station& station, const EngineLists::Shortcut& shortcut) {
-  PlayOverAir(station, shortcut.FileName);
+  OnAir::PlayOverAir(station, shortcut.FileName);
   station.engine.OverlayKey = shortcut.Touche;
 }
 

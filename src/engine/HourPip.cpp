@@ -63,7 +63,7 @@ void Announce(Station& station, const LocalDateTime& now) {
 Pip FindPip(Station& station, const LocalDateTime& now) {
   if (station.engine.PipSuppressed) return {};
   const int hour = (now.hour + 1) % 24;
-  const std::string weekday(static_cast<size_t>(JourSemaineCourant(now) - 1), '?');
+  const std::string weekday(static_cast<size_t>(CurrentWeekday(now) - 1), '?');
   const auto pips = station.base.Db().OpenRecordset(
       "SELECT * FROM Toph WHERE Heure = ? AND JourSemaine Like ?", {hour, weekday + "X*"});
   if (pips->Eof()) return {};

@@ -35,16 +35,16 @@ void FitEndOfHour(Station& station, const Moment& at) {
   // The hour's break is placed from the grid, which is not whole while it is being composed.
   if (engine.FittingActive || engine.composing || RequestWouldDelayNext(station)) return;
   if (station.base.CnfInt(Cnf::kPubAvecTopH) == 1)
-    AjusteFinHeurePubColleTopH(station);
+    FitHourWithBreakAtPip(station);
   else if (station.base.CnfInt(Cnf::kInstrumental) == 1)
-    AjusteFinHeureInstru(station);
+    FitHourWithInstrumentals(station);
   else
-    AjusteFinHeure(station);
+    FitHour(station);
 }
 
 void WatchPlaylists(Station& station, Moment& at) {
   if (at.now.second % 5 != 0 || WithinMinute(at, station.engine.LastPlaylistWatchTimer)) return;
-  SurveillePlaylist(station);
+  WatchDueList(station);
   at.Read(station);
 }
 

@@ -73,15 +73,15 @@ void Fill(Station& station, const std::string& sql, BrowseRow (*read)(const RowV
 }
 
 void BrowseMusic(Station& station) {
-  TitreColonne(station, 0, WordOf(station, kArtist));
-  TitreColonne(station, 1, WordOf(station, kTitle));
-  LargColonne(station, kMusicWidths);
+  OnAir::SetColumnTitle(station, 0, WordOf(station, kArtist));
+  OnAir::SetColumnTitle(station, 1, WordOf(station, kTitle));
+  OnAir::SetColumnWidths(station, kMusicWidths);
 }
 
 void BrowseJingles(Station& station) {
-  TitreColonne(station, 0, WordOf(station, kDescription));
-  TitreColonne(station, 1, WordOf(station, kOver));
-  LargColonne(station, kJingleWidths);
+  OnAir::SetColumnTitle(station, 0, WordOf(station, kDescription));
+  OnAir::SetColumnTitle(station, 1, WordOf(station, kOver));
+  OnAir::SetColumnWidths(station, kJingleWidths);
   Fill(station,
        "SELECT Libelle ,Surimpression ,Duree ,FileName ,LastDiff ,POINTSORTIE ,Code "
        "FROM DiscothequeJingle WHERE '*'",
@@ -89,16 +89,16 @@ void BrowseJingles(Station& station) {
 }
 
 void BrowseSpots(Station& station) {
-  TitreColonne(station, 0, WordOf(station, kAdvertiser));
-  LargColonne(station, kSpotWidths);
+  OnAir::SetColumnTitle(station, 0, WordOf(station, kAdvertiser));
+  OnAir::SetColumnWidths(station, kSpotWidths);
   Fill(station,
        "SELECT ANNONCEUR ,CATEGORIE ,Duree ,FILENAMEAUDIO ,PUB ,Code FROM GrillePub WHERE '*'",
        SpotOf);
 }
 
 void BrowseOthers(Station& station) {
-  TitreColonne(station, 0, WordOf(station, kDescription));
-  LargColonne(station, kOtherWidths);
+  OnAir::SetColumnTitle(station, 0, WordOf(station, kDescription));
+  OnAir::SetColumnWidths(station, kOtherWidths);
   Fill(station,
        "SELECT Libelle, Duree, FileName, Touche, POINTSORTIE, Code FROM DiscothequeVirgule "
        "WHERE '*'",
@@ -106,10 +106,10 @@ void BrowseOthers(Station& station) {
 }
 
 void BrowseToday(Station& station) {
-  TitreColonne(station, 0, WordOf(station, kArtist));
-  TitreColonne(station, 1, WordOf(station, kTitle));
-  LargColonne(station, kTodayWidths);
-  LoadRapportDirectLive(station);
+  OnAir::SetColumnTitle(station, 0, WordOf(station, kArtist));
+  OnAir::SetColumnTitle(station, 1, WordOf(station, kTitle));
+  OnAir::SetColumnWidths(station, kTodayWidths);
+  LoadTodaysReport(station);
 }
 
 void Browse(Station& station, BrowseList list) {
@@ -129,8 +129,8 @@ void Browse(Station& station, BrowseList list) {
 
 }  // namespace
 
-void MenuLive(Station& station, BrowseList list) {
-  RecordActivity(station);
+void OnAir::MenuLive_Click(Station& station, BrowseList list) {
+  OnAir::RecordActivity(station);
   StopSearch(station);
   BrowseRows& browsed = station.browse.ListRech;
   browsed.list = list;
@@ -142,34 +142,34 @@ void MenuLive(Station& station, BrowseList list) {
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine);
   }
-  if (list == BrowseList::kMusic && !station.browse.Rech.empty()) BeginRech(station);
+  if (list == BrowseList::kMusic && !station.browse.Rech.empty()) BeginTextSearch(station);
 }
 
-void ListRech_MouseDown(Station& station) {
-  RecordActivity(station);
+void OnAir::ListRech_MouseDown(Station& station) {
+  OnAir::RecordActivity(station);
   station.engine.ActiveList = "ListRech";
 }
 
-int32_t CardOfBrowseRow(const Station& station, int row) {
+int32_t OnAir::CardOfBrowseRow(const Station& station, int row) {
   const BrowseRows& browsed = station.browse.ListRech;
   const bool card =
       browsed.list == BrowseList::kMusic && row >= 0 && row < static_cast<int>(browsed.rows.size());
   return card && !station.lists.Locked ? browsed.rows.Code(static_cast<size_t>(row)) : 0;
 }
 
-void TitreColonne(Station& station, int column, const std::string& title) {
+void OnAir::SetColumnTitle(Station& station, int column, const std::string& title) {
   station.browse.ListRech.titles[static_cast<size_t>(column)] = title;
 }
 
-void LargColonne(Station& station, const std::array<int, kColumns>& widths) {
+void OnAir::SetColumnWidths(Station& station, const std::array<int, kColumns>& widths) {
   station.browse.ListRech.widths = widths;
 }
 
-void TextBoxGotFocus(Station& station) {
+void OnAir::TextBox_GotFocus(Station& station) {
   station.engine.HotKeysArmed = false;
 }
 
-void TextBoxLostFocus(Station& station) {
+void OnAir::TextBox_LostFocus(Station& station) {
   station.engine.HotKeysArmed = true;
 }
 
@@ -183,18 +183,19 @@ std::vector<OnAirElement> ElementsOf(Station& station, const std::vector<int>& b
     if (index < 0 || index >= static_cast<int>(browsed.rows.size())) continue;
     const int32_t code = browsed.rows.Code(static_cast<size_t>(index));
     if (code == 0) continue;
-    if (auto row = RowFromLibrary(station, browsed.list, code)) elements.push_back(std::move(*row));
+    if (auto row = OnAir::RowFromLibrary(station, browsed.list, code))
+      elements.push_back(std::move(*row));
   }
   return elements;
 }
 
 }  // namespace
 
-bool DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row) {
-  RecordActivity(station);
-  if (browseRows.size() > kMostDropped) {
+bool OnAir::DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row) {
+  OnAir::RecordActivity(station);
+  if (browseRows.size() > OnAir::kMostDropped) {
     station.platform.messages.Show(
-        "Alerte", WithPlace(WordOf(station, kTooManyRows), std::to_string(kMostDropped)),
+        "Alerte", WithPlace(WordOf(station, kTooManyRows), std::to_string(OnAir::kMostDropped)),
         Buttons::kOk);
     return false;
   }

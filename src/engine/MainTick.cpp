@@ -109,7 +109,7 @@ void ServeStopped(Station& station, Moment& at) {
   if (sound.ChannelDone(0) && sound.ChannelDone(1)) DrainOutput(station, at);
   if (engine.JoystickInUse || engine.SerialInputOpen) JoystickButtonDown(station, 0);
   PrepareLocalProgramme(station, at);
-  if (engine.TopagePending) TraiteTopage(station);
+  if (engine.TopagePending) AwaitHandBack(station);
 }
 
 // --- 17 and 18: pip and mode ---
@@ -124,7 +124,7 @@ void ServeLiveMode(Station& station) {
   if (engine.OptionDirect)
     StartStopZemoRadio(station, false);
   else
-    ReturnToAutomatic(station);
+    OnAir::ReturnToAutomatic(station);
 }
 
 void ForgetDrain(Station& station) {
@@ -146,8 +146,8 @@ void DecideStart(Station& station) {
 
 void PutJinglesBefore(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
-  FindJingleAssocieAvantTitre(station, station.PL.Row(1).code);
-  FindJingleAssocieGenre(station, station.PL.Row(1).genre);
+  FindJingleBeforeTitle(station, station.PL.Row(1).code);
+  FindGenreJingle(station, station.PL.Row(1).genre);
   const int64_t gapMinutes = station.base.CnfInt(Cnf::kJingles);
   if (!GuardIsAhead(at.timer, engine.LastJingleTimer) &&
       (at.timer - engine.LastJingleTimer) / 60 <= static_cast<float>(gapMinutes))
@@ -278,7 +278,7 @@ double MsToExitPoint(const Station& station) {
          static_cast<double>(engine.MixPointMs);
 }
 
-void MainTimer_Timer(Station& station) {
+void OnAir::MainTimer_Timer(Station& station) {
   EngineState& engine = station.engine;
   if (engine.tickRunning || engine.mainTimerHolds > 0) return;
   struct Running {

@@ -51,8 +51,8 @@ void EnterLive(Station& station) {
   station.browse.open = true;
   station.storedList.open = true;
   station.engine.HotKeysArmed = false;
-  LoadPlaylist(station);
-  MenuLive(station, BrowseList::kMusic);
+  OnAir::LoadPlaylist(station);
+  OnAir::MenuLive_Click(station, BrowseList::kMusic);
 }
 
 void ShowDayGrid(Station& station) {
@@ -132,13 +132,13 @@ void CheckJingles(Station& station, bool on) {
 
 }  // namespace
 
-void RecordActivity(Station& station) {
+void OnAir::RecordActivity(Station& station) {
   station.engine.LastActivityTimer = station.Timer();
   station.base.CheckCnf();
 }
 
-void ToolbarButton(Station& station, Toolbar button) {
-  RecordActivity(station);
+void OnAir::Toolbar_ButtonClick(Station& station, Toolbar button) {
+  OnAir::RecordActivity(station);
   switch (button) {
     case Toolbar::kAutomatic:
       EnterAutomatic(station);
@@ -158,28 +158,28 @@ void ToolbarButton(Station& station, Toolbar button) {
   }
 }
 
-void ReturnToAutomatic(Station& station) {
+void OnAir::ReturnToAutomatic(Station& station) {
   CloseFrames(station);
   if (station.engine.CheckNoJingle) CheckJingles(station, false);  // with what the box had stopped
   SetAutomatic(station, true);
 }
 
-void CmdStop(Station& station) {
-  RecordActivity(station);
+void OnAir::CmdStop_Click(Station& station) {
+  OnAir::RecordActivity(station);
   station.engine.NextRequested = true;
   station.engine.FittingActive = false;
 }
 
-void CmdRequette(Station& station) {
-  RecordActivity(station);
+void OnAir::CmdRequette_Click(Station& station) {
+  OnAir::RecordActivity(station);
   if (station.storedList.open)
-    OpenSkeletonDialog(station);
+    Skeleton::Open(station);
   else
     AutomaticRequest(station);
 }
 
-void CmdMarqueurExtrait(Station& station, int selectedRow) {
-  RecordActivity(station);
+void OnAir::CmdMarqueurExtrait_Click(Station& station, int selectedRow) {
+  OnAir::RecordActivity(station);
   if (ValidRow(station, selectedRow))
     station.PL.Insert(selectedRow, BeginExtractRow());
   else
@@ -187,8 +187,8 @@ void CmdMarqueurExtrait(Station& station, int selectedRow) {
   RefreshPlanTimes(station);
 }
 
-bool SetCheck(Station& station, std::string_view name, bool on) {
-  RecordActivity(station);
+bool OnAir::SetCheck(Station& station, std::string_view name, bool on) {
+  OnAir::RecordActivity(station);
   EngineState& engine = station.engine;
   try {
     if (EqualNoCase(name, "OptionDirect"))
@@ -209,7 +209,7 @@ bool SetCheck(Station& station, std::string_view name, bool on) {
   return true;
 }
 
-std::optional<OnAirElement> RowFromLibrary(Station& station, BrowseList list, int32_t code) {
+std::optional<OnAirElement> OnAir::RowFromLibrary(Station& station, BrowseList list, int32_t code) {
   try {
     const auto record = FindInLibrary(station, list, code);
     if (record) return RowOfBrowseList(list, *record);
@@ -219,9 +219,9 @@ std::optional<OnAirElement> RowFromLibrary(Station& station, BrowseList list, in
   return std::nullopt;
 }
 
-bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
-  RecordActivity(station);
-  std::optional<OnAirElement> element = RowFromLibrary(station, list, code);
+bool OnAir::DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
+  OnAir::RecordActivity(station);
+  std::optional<OnAirElement> element = OnAir::RowFromLibrary(station, list, code);
   if (!element) return false;
   if (row < 1)
     station.PL.Add(std::move(*element));
@@ -231,17 +231,17 @@ bool DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
   return true;
 }
 
-void PL_MouseDown(Station& station) {
-  RecordActivity(station);
+void OnAir::PL_MouseDown(Station& station) {
+  OnAir::RecordActivity(station);
   station.engine.ActiveList = "PL";
 }
 
-int32_t CardOfRow(const Station& station, int row) {
+int32_t OnAir::CardOfRow(const Station& station, int row) {
   const bool opens = ValidRow(station, row) && !station.lists.Locked;
   return opens ? station.PL.Row(row).code : 0;
 }
 
-std::vector<std::string> PrintedList(const Station& station) {
+std::vector<std::string> OnAir::PrintedList(const Station& station) {
   std::vector<std::string> lines;
   for (const OnAirRow& row : station.PL)
     lines.push_back(ColumnText(row, Col::kPlanned) + "  " + ColumnText(row, Col::kLength) + "  " +
@@ -249,8 +249,8 @@ std::vector<std::string> PrintedList(const Station& station) {
   return lines;
 }
 
-void DragInList(Station& station, int fromRow, int toRow) {
-  RecordActivity(station);
+void OnAir::PL_DragDrop(Station& station, int fromRow, int toRow) {
+  OnAir::RecordActivity(station);
   if (!ValidRow(station, fromRow)) return;
   OnAirElement element = station.PL.Row(fromRow).AsElement();
   station.PL.Remove(fromRow);
@@ -258,15 +258,15 @@ void DragInList(Station& station, int fromRow, int toRow) {
   RefreshPlanTimes(station);
 }
 
-bool DeletingAsks(const Station& station, int row) {
+bool OnAir::DeletingAsks(const Station& station, int row) {
   return ValidRow(station, row) && station.PL.Row(row).code == Element::kVoiceTrack;
 }
 
-void DeleteRow(Station& station, int row) {
-  RecordActivity(station);
+void OnAir::PL_KeyDelete(Station& station, int row) {
+  OnAir::RecordActivity(station);
   if (!ValidRow(station, row)) return;
   const int64_t key = station.PL.Row(row).key;
-  if (DeletingAsks(station, row)) {
+  if (OnAir::DeletingAsks(station, row)) {
     try {
       const OnAirElement deleted = station.PL.Row(row).AsElement();  // writing can take rows off
       DeleteVoiceTrackRecord(station, deleted);
@@ -279,14 +279,14 @@ void DeleteRow(Station& station, int row) {
   RefreshPlanTimes(station);
 }
 
-void RightClickRow(Station& station, int row) {
-  RecordActivity(station);
+void OnAir::PL_RightClick(Station& station, int row) {
+  OnAir::RecordActivity(station);
   if (!ValidRow(station, row)) return;
   station.PL.Remove(row);
   RefreshPlanTimes(station);
 }
 
-void LoadShortcutTable(Station& station) {
+void OnAir::LoadShortcutTable(Station& station) {
   station.lists.Touches.clear();
   const auto rows = station.base.Db().OpenRecordset(
       "SELECT Libelle, Duree, FileName, Touche, POINTSORTIE FROM DiscothequeVirgule WHERE '*'");

@@ -16,14 +16,17 @@ struct Station;
 
 enum class Toolbar { kAutomatic = 1, kLive = 2, kDayGrid = 3, kStart = 5, kStop = 6 };
 
+namespace OnAir {
+
 // What every event of a control begins with.
 void RecordActivity(Station& station);
 
 // The live mode opens on music, with the stored lists as they are now.
-void ToolbarButton(Station& station, Toolbar button);
-void CmdStop(Station& station);  // "Next" while running
-void CmdRequette(Station& station);
-void CmdMarqueurExtrait(Station& station, int selectedRow);  // 0: nothing selected, at the end
+void Toolbar_ButtonClick(Station& station, Toolbar button);
+void CmdStop_Click(Station& station);  // "Next" while running
+void CmdRequette_Click(Station& station);
+void CmdMarqueurExtrait_Click(Station& station,
+                              int selectedRow);  // 0: nothing selected, at the end
 // A check box or check menu by its control name, without regard to case; false for an unknown one.
 bool SetCheck(Station& station, std::string_view name, bool on);
 void ReturnToAutomatic(Station& station);  // the live mode's list ran out
@@ -39,12 +42,14 @@ void PL_MouseDown(Station& station);  // the list got the mouse
 // are locked.
 int32_t CardOfRow(const Station& station, int row);
 std::vector<std::string> PrintedList(const Station& station);  // a row a line
-void DragInList(Station& station, int fromRow, int toRow);
+void PL_DragDrop(Station& station, int fromRow, int toRow);
 bool DeletingAsks(const Station& station, int row);  // a voice track's row
-void DeleteRow(Station& station, int row);           // the Delete key
-void RightClickRow(Station& station, int row);
+void PL_KeyDelete(Station& station, int row);        // the Delete key
+void PL_RightClick(Station& station, int row);
 
 // Shortcut table of the numeric pad, from the short elements that have a key.
 void LoadShortcutTable(Station& station);
+
+}  // namespace OnAir
 
 }  // namespace zemo

@@ -27,13 +27,13 @@ int FileColumn(BrowseList list) {
 }
 }  // namespace
 
-std::string FileOfBrowseRow(const BrowseRows& browsed, int row) {
+std::string OnAir::FileOfBrowseRow(const BrowseRows& browsed, int row) {
   const int column = FileColumn(browsed.list);
   if (column < 0 || row < 0 || row >= static_cast<int>(browsed.rows.size())) return {};
   return std::string(browsed.rows.Cell(static_cast<size_t>(row), column));
 }
 
-void PlayOverAir(Station& station, const std::string& storedPath) {
+void OnAir::PlayOverAir(Station& station, const std::string& storedPath) {
   SoundChain& sound = station.Sound();
   const auto volume = static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSurImpression));
   sound.SetChannelDone(kOverlaySlot, true);
@@ -42,11 +42,11 @@ void PlayOverAir(Station& station, const std::string& storedPath) {
   StartOverlay(station, "key");
 }
 
-void BtnSurImpression_Click(Station& station, int browseRow) {
-  RecordActivity(station);
+void OnAir::BtnSurImpression_Click(Station& station, int browseRow) {
+  OnAir::RecordActivity(station);
   try {
-    const std::string file = FileOfBrowseRow(station.browse.ListRech, browseRow);
-    if (!file.empty()) PlayOverAir(station, file);
+    const std::string file = OnAir::FileOfBrowseRow(station.browse.ListRech, browseRow);
+    if (!file.empty()) OnAir::PlayOverAir(station, file);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnSurImpression");
   }

@@ -8,6 +8,8 @@ namespace zemo {
 struct BrowseRows;
 struct Station;
 
+namespace OnAir {
+
 // Stored path of a row (from 0) of the browse list; empty where it has none.
 std::string FileOfBrowseRow(const BrowseRows& browsed, int row);
 
@@ -16,5 +18,7 @@ void BtnSurImpression_Click(Station& station, int browseRow);
 
 // In place of whatever sounds in slot 2, at the volume of overlays. Throws SoundError.
 void PlayOverAir(Station& station, const std::string& storedPath);
+
+}  // namespace OnAir
 
 }  // namespace zemo

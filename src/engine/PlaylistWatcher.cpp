@@ -55,7 +55,7 @@ bool FindDueList(Station& station, DueList& due) {
 
 void LoadBetweenMarkers(Station& station, const DueList& due) {
   const std::vector<OnAirElement> rows =
-      StoredRows(station, due.code, false);  // before the list goes
+      OnAir::StoredRows(station, due.code, false);  // before the list goes
   station.PL.Clear();
   station.PL.Add(PlaylistMarkerRow(Element::kStartPlaylist, due.label));
   for (const OnAirElement& row : rows) station.PL.Add(row);
@@ -74,7 +74,7 @@ void ObeyOption(EngineState& engine, int32_t option) {
 
 }  // namespace
 
-void SurveillePlaylist(Station& station) {
+void WatchDueList(Station& station) {
   const MainTimerHold hold(station);
   try {
     DueList due;

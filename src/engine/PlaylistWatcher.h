@@ -6,7 +6,7 @@ namespace zemo {
 struct Station;
 
 // Loads the first list that is due this minute, dated or daily, in place of PL and between its two
-// marker rows. A list whose minute has passed is not taken later. Logs under its own name.
-void SurveillePlaylist(Station& station);
+// marker rows. A list whose minute has passed is not taken later. Logs as "SurveillePlaylist".
+void WatchDueList(Station& station);
 
 }  // namespace zemo

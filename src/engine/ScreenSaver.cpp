@@ -8,7 +8,7 @@
 
 namespace zemo {
 
-void DeclencheVeille(Station& station) {
+void OpenScreenSaver(Station& station) {
   if (!station.engine.HotKeysArmed || station.saver.open) return;
   station.saver.TextVeille = Trim(station.base.CnfText(Cnf::kTextVeille));
   station.saver.open = true;
@@ -18,7 +18,7 @@ void ServeScreenSaver(Station& station) {
   const int64_t minutes = station.base.CnfInt(Cnf::kVeille);
   const double idleSec = station.Timer() - station.engine.LastActivityTimer;
   if (minutes > 0 && std::floor(idleSec) > static_cast<double>(minutes * 60))
-    DeclencheVeille(station);
+    OpenScreenSaver(station);
 }
 
 std::string SaverText(const Station& station) {
@@ -26,8 +26,8 @@ std::string SaverText(const Station& station) {
   return text.empty() ? station.notices.titleOnAir : text;
 }
 
-void CloseVeille(Station& station) {
-  RecordActivity(station);
+void CloseScreenSaver(Station& station) {
+  OnAir::RecordActivity(station);
   station.saver.open = false;
 }
 

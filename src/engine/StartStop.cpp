@@ -19,13 +19,13 @@ void FreeOverlay(Station& station) {
 void Start(Station& station) {
   EngineState& engine = station.engine;
   FreeOverlay(station);
-  CalculOffset(station);
+  ComputeBufferOffset(station);
   station.gridFrame.previewOffered = false;
   station.Sound().SetCycleMax(static_cast<int32_t>(station.base.CnfInt(Cnf::kCycleMaxi)));
   engine.LastHour = station.Now().hour;
   if (engine.IsAutomatic && station.PL.Empty()) AutomaticRequest(station);
   station.notices.cycleMs = station.base.CnfInt(Cnf::kCycleMaxi);
-  SurveillePlaylist(station);
+  WatchDueList(station);
   if (station.Sound().State() != OutputState::kStarted) {
     engine.LastJingleTimer = station.Timer();
     // A dated list begins by the tick's own rule, since nothing sounds.

@@ -113,7 +113,7 @@ void ConfigureSound(Station& station) {
   station.notices.cycleMs = cycleMs;
   sound.SetRing(bufferBytes, buffers * 2);
   sound.SetOutputBuffers(bufferBytes, buffers);
-  CalculOffset(station);
+  ComputeBufferOffset(station);
 }
 
 // Also without a port: one that is chosen later is heard at once.
@@ -130,7 +130,7 @@ void CaptureJoystick(Station& station) {
 // The automaton of a machine whose settings name its port.
 void OpenAutomaton(Station& station) {
   const auto port = static_cast<int>(station.base.CnfInt(Cnf::kPortCom));
-  if (port > 0) PortCom_Click(station, port, LineSetting(station));
+  if (port > 0) Settings::PortCom_Click(station, port, LineSetting(station));
 }
 
 // Settings that the start reads once.
@@ -147,13 +147,13 @@ void LoadStationLists(Station& station) {
       LongDateText(station.Now(), static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
   TakeInputSettings(station);
   LoadSaveExclusion(station, "Load");
-  const int day = JourSemaineCourant(station.Now()) - 1;
+  const int day = CurrentWeekday(station.Now()) - 1;
   LoadSaveStartStop(station, "Load", day, true);
   LoadSaveTopage(station, "Load", day, true);
   std::string password;
-  LSPasseWord(station, "Load", password);
+  LoadSavePassword(station, "Load", password);
   LoadFileRealAudio(station);
-  LoadLectureBase(station);
+  LoadReadSettingsOfBase(station);
 }
 
 void ObeyAutoPlay(Station& station) {
@@ -178,15 +178,15 @@ const char* ModelCaption(bool skeleton, int64_t langue) {
 
 void ActivateFirst(Station& station) {
   LoadSaveAudio(station, "Load");
-  MakeGrillePubGeneral(station);
-  Guarded(station, "LoadShortcutTable", [&] { LoadShortcutTable(station); });
+  ComposeDayGrid(station);
+  Guarded(station, "LoadShortcutTable", [&] { OnAir::LoadShortcutTable(station); });
   OpenAutomaton(station);
   if (LoadSavePlay(station, "Load")) StartStopZemoRadio(station, true);
 }
 
 }  // namespace
 
-bool Form_Load(Station& station) {
+bool OnAir::Form_Load(Station& station) {
   if (ScreenTooSmall(station)) return false;
   OpenBaseOrGoWithout(station);
   SetSideFileNames(station);
@@ -199,7 +199,7 @@ bool Form_Load(Station& station) {
   LoadStationLists(station);
   CompactOnceAMonth(station);
   station.engine.MainTimer =
-      station.platform.loop.MakeTimer(kTickMs, [&station] { MainTimer_Timer(station); });
+      station.platform.loop.MakeTimer(kTickMs, [&station] { OnAir::MainTimer_Timer(station); });
   station.engine.MainTimer->SetEnabled(true);
   ObeyAutoPlay(station);
   return true;
@@ -212,10 +212,10 @@ void TakeUpOpenedBase(Station& station) {
     TakeInputSettings(station);
     OpenAutomaton(station);
   }
-  Guarded(station, "LoadShortcutTable", [&] { LoadShortcutTable(station); });
+  Guarded(station, "LoadShortcutTable", [&] { OnAir::LoadShortcutTable(station); });
 }
 
-void Form_Activate(Station& station, bool first) {
+void OnAir::Form_Activate(Station& station, bool first) {
   if (first) ActivateFirst(station);
   EngineState& engine = station.engine;
   engine.LastActivityTimer = station.Timer();
@@ -225,11 +225,11 @@ void Form_Activate(Station& station, bool first) {
       ModelCaption(station.base.CnfBool(Cnf::kSquelette), station.base.CnfInt(Cnf::kLangue));
 }
 
-bool Form_QueryUnload(Station& station) {
-  return Quitter(station);
+bool OnAir::Form_QueryUnload(Station& station) {
+  return EndInOrder(station);
 }
 
-bool Quitter(Station& station) {
+bool EndInOrder(Station& station) {
   if (station.engine.IsRunning) return false;
   station.base.Waiting().LetEachWait(kBusyTimeoutMs);
   WriteKeptAtTheEnd(station);
@@ -239,7 +239,7 @@ bool Quitter(Station& station) {
   station.Sound().Close();
   station.platform.joystick.Close();
   station.platform.joystick.OnButton(nullptr);
-  PortCom_Click(station, 0, {});
+  Settings::PortCom_Click(station, 0, {});
   station.platform.loop.Yield();
   return true;
 }

@@ -183,7 +183,7 @@ const StoredListEditor::Item* ChosenItem(const StoredListEditor::Combo& combo) {
 
 }  // namespace
 
-std::vector<OnAirElement> StoredRows(Station& station, int32_t listCode, bool lastPlayed) {
+std::vector<OnAirElement> OnAir::StoredRows(Station& station, int32_t listCode, bool lastPlayed) {
   const auto stored = station.base.Db().OpenRecordset(
       "SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = ? ORDER BY CODE", {listCode});
   std::vector<OnAirElement> rows;
@@ -193,7 +193,7 @@ std::vector<OnAirElement> StoredRows(Station& station, int32_t listCode, bool la
   return rows;
 }
 
-void LoadPlaylist(Station& station) {
+void OnAir::LoadPlaylist(Station& station) {
   auto& combo = station.storedList.ComboPLS;
   combo.items.clear();
   combo.index = -1;
@@ -207,7 +207,7 @@ void LoadPlaylist(Station& station) {
   }
 }
 
-void ComboPLS_Click(Station& station) {
+void OnAir::ComboPLS_Click(Station& station) {
   StoredListEditor& editor = station.storedList;
   const StoredListEditor::Item* item = ChosenItem(editor.ComboPLS);
   if (!item) return;
@@ -215,7 +215,7 @@ void ComboPLS_Click(Station& station) {
     const auto playlist = station.base.Table("Playlist");
     if (!SeekCode(*playlist, item->data)) return;
     const std::vector<OnAirElement> rows =
-        StoredRows(station, static_cast<int32_t>(playlist->Int("CODE")), true);
+        OnAir::StoredRows(station, static_cast<int32_t>(playlist->Int("CODE")), true);
     station.PL.Clear();
     for (const OnAirElement& row : rows) station.PL.Add(row);
     editor.ComboPLS.text = playlist->Text("LIBELLE");
@@ -229,46 +229,46 @@ void ComboPLS_Click(Station& station) {
   RefreshPlanTimes(station);
 }
 
-bool SelectStoredList(Station& station, int32_t code) {
-  LoadPlaylist(station);
+bool OnAir::SelectStoredList(Station& station, int32_t code) {
+  OnAir::LoadPlaylist(station);
   auto& combo = station.storedList.ComboPLS;
   for (size_t i = 0; i < combo.items.size(); ++i)
     if (combo.items[i].data == code) combo.index = static_cast<int>(i);
-  ComboPLS_Click(station);
+  OnAir::ComboPLS_Click(station);
   return combo.index >= 0;
 }
 
-void ComboPLS_Change(Station& station, const std::string& label) {
+void OnAir::ComboPLS_Change(Station& station, const std::string& label) {
   station.storedList.ComboPLS.text = label;
 }
 
-void ChHeure_Change(Station& station, const std::string& time) {
+void OnAir::ChHeure_Change(Station& station, const std::string& time) {
   station.storedList.ChHeure = time;
   RefreshPlanTimes(station);
 }
 
-void OptPls_Click(Station& station, int option) {
-  RecordActivity(station);
+void OnAir::OptPls_Click(Station& station, int option) {
+  OnAir::RecordActivity(station);
   station.storedList.OptPls = option;
 }
 
-void PickListDay(Station& station, const LocalDateTime& day) {
-  RecordActivity(station);
+void OnAir::PickListDay(Station& station, const LocalDateTime& day) {
+  OnAir::RecordActivity(station);
   station.storedList.LblDate = DateText(day);
 }
 
-void LblDate_RightClick(Station& station) {
-  RecordActivity(station);
+void OnAir::LblDate_RightClick(Station& station) {
+  OnAir::RecordActivity(station);
   station.storedList.LblDate = kEveryDay;
 }
 
-void BtnSauve_Click(Station& station) {
+void OnAir::BtnSauve_Click(Station& station) {
   station.storedList.saving = true;
   station.platform.loop.Yield();
   const MainTimerHold hold(station);
   try {
     SaveList(station);
-    LoadPlaylist(station);
+    OnAir::LoadPlaylist(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnSauve",
                         station.storedList.LblCodePL != 0 ? "the stored list stays as it was"
@@ -277,7 +277,7 @@ void BtnSauve_Click(Station& station) {
   station.storedList.saving = false;
 }
 
-void BtnNew_Click(Station& station) {
+void OnAir::BtnNew_Click(Station& station) {
   StoredListEditor& editor = station.storedList;
   station.PL.Clear();
   editor.LblDate = "JJ/MM/ANNE";
@@ -289,7 +289,7 @@ void BtnNew_Click(Station& station) {
   editor.OptPls = 0;
 }
 
-void ComboPLS_KeyDelete(Station& station) {
+void OnAir::ComboPLS_KeyDelete(Station& station) {
   const StoredListEditor::Item* item = ChosenItem(station.storedList.ComboPLS);
   if (!item) return;
   if (station.platform.messages.Show("Suppresion", "Supprimer cette playlist",
@@ -298,7 +298,7 @@ void ComboPLS_KeyDelete(Station& station) {
   const int32_t code = item->data;
   try {
     DeleteList(station, code);
-    LoadPlaylist(station);
+    OnAir::LoadPlaylist(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "ComboPLS");
   }

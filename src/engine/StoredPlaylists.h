@@ -12,6 +12,8 @@ namespace zemo {
 
 struct Station;
 
+namespace OnAir {
+
 void LoadPlaylist(Station& station);                    // refills ComboPLS
 void ComboPLS_Click(Station& station);                  // loads the item ComboPLS.index into PL
 bool SelectStoredList(Station& station, int32_t code);  // the item of that CODE; false: none
@@ -30,5 +32,7 @@ void BtnNew_Click(Station& station);
 // The rows of a stored list as they go to PL, each rebuilt from its library record; one whose
 // record is gone is left out. Throws StoreError.
 std::vector<OnAirElement> StoredRows(Station& station, int32_t listCode, bool lastPlayed);
+
+}  // namespace OnAir
 
 }  // namespace zemo

@@ -61,7 +61,7 @@ void BeginSatellite(Station& station) {
 void EndSatellite(Station& station) {
   EngineState& engine = station.engine;
   TellNeighbours(station, "Fin Info Sat");
-  FindJingleRacro(station);
+  FindLinkJingle(station);
   engine.LastJingleTimer = station.Timer();
   if (!engine.PlaylistRunning) engine.HourBlockHandled = false;
   StartStopZemoRadio(station, true);
@@ -92,7 +92,7 @@ void EndLocalProgramme(Station& station) {
 
 void StartPulse(Station& station) {
   if (station.engine.IsRunning || station.Sound().OutputPosition() != 0) return;
-  FindJingleRacro(station);
+  FindLinkJingle(station);
   if (station.PL.Empty()) return;
   WriteZemoOnOff(station, '1');
   const std::string file = station.PL.Row(1).file;

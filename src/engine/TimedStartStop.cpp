@@ -12,7 +12,7 @@
 namespace zemo {
 
 void LookForDayTimes(Station& station, const Moment& at) {
-  if (at.now.minute == 0) ReloadDayTimes(station, JourSemaineCourant(at.now) - 1);
+  if (at.now.minute == 0) ReloadDayTimes(station, CurrentWeekday(at.now) - 1);
 }
 
 void ServeTimedStart(Station& station, const Moment& at) {

@@ -7,7 +7,7 @@
 
 namespace zemo {
 
-void TraiteTopage(Station& station) {
+void AwaitHandBack(Station& station) {
   try {
     if (station.platform.clipboard.Text() != "Zemo Play Now") return;
     StartStopZemoRadio(station, true);

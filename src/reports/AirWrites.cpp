@@ -252,7 +252,7 @@ void WriteOldest(Station& station) {
   }
   Forget(station, count);
   Tell(station, told);
-  if (music) ExportRapport(station);
+  if (music) ExportReport(station);
 }
 
 }  // namespace
@@ -275,7 +275,7 @@ void WriteOrKeep(Station& station, AirWrite write) {
     std::vector<ReportRow> told;
     Do(station, write, told);
     Tell(station, told);
-    if (write.kind == AirWrite::Kind::kMusicReport && !told.empty()) ExportRapport(station);
+    if (write.kind == AirWrite::Kind::kMusicReport && !told.empty()) ExportReport(station);
   } catch (const StoreError& error) {
     LogError(
         station, write.where, error.Number(),

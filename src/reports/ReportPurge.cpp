@@ -53,7 +53,7 @@ void KeepLimit(Station& station, int64_t limit) {
 
 }  // namespace
 
-void PurgeRapport(Station& station, int64_t days) {
+void PurgeReport(Station& station, int64_t days) {
   try {
     const int64_t limit = LimitOf(station, days);
     Database& db = station.base.Db();

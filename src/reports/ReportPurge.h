@@ -11,7 +11,7 @@ struct Station;
 // Deletes the rows up to midnight of the day that lies that many days back, 0 being today, and
 // keeps that day in "ReportBegin.Txt" before. A fault is logged and leaves the table as it was.
 // Thread: the logic's.
-void PurgeRapport(Station& station, int64_t days);
+void PurgeReport(Station& station, int64_t days);
 
 // What the report has left of the past.
 class ReportSpan {

@@ -39,7 +39,7 @@ std::vector<std::string> NewestLines(Station& station, int64_t count) {
 
 }  // namespace
 
-void ExportRapport(Station& station) {
+void ExportReport(Station& station) {
   try {
     const int64_t count = station.platform.localValues.GetInt("XRapport", kRowsByDefault);
     if (count <= 0) return;

@@ -7,6 +7,6 @@ struct Station;
 
 // Writes the file anew with the newest rows, as many as the machine's value XRapport says (20
 // without one); with 0 nothing is done. Run after each music row. A failure is logged.
-void ExportRapport(Station& station);
+void ExportReport(Station& station);
 
 }  // namespace zemo

@@ -29,7 +29,7 @@ std::vector<BrowseRow> RowsSince(Station& station, double serial) {
 
 }  // namespace
 
-void LoadRapportDirectLive(Station& station) {
+void LoadTodaysReport(Station& station) {
   try {
     const LocalDateTime today = station.Now();
     const std::vector<BrowseRow> rows =

@@ -7,6 +7,6 @@ struct Station;
 
 // Fills ListRech with today's report, newest first: artist, title, genre, variety. A day without
 // rows leaves the list as it is. A failure is logged.
-void LoadRapportDirectLive(Station& station);
+void LoadTodaysReport(Station& station);
 
 }  // namespace zemo

@@ -67,14 +67,14 @@ class ArtistTests {
   bool Allow(int card) {
     bool allowed = true;
     if (cards_.ECARTARTISTE(card) > 0) {
-      CheckEcartArtisteRapport(station_, Trim(cards_.Artist(card)), cards_.ECARTARTISTE(card),
-                               allowed);
+      CheckArtistGapInReport(station_, Trim(cards_.Artist(card)), cards_.ECARTARTISTE(card),
+                             allowed);
       return allowed;
     }
     std::optional<bool>& recent = recent_[static_cast<size_t>(cards_.ArtistNumber(card))];
     if (!recent) {
       std::string artist = Trim(cards_.Artist(card));
-      CheckArtisteRecent(station_, artist, allowed);
+      CheckRecentArtist(station_, artist, allowed);
       recent = !allowed;
     }
     return !*recent;
@@ -91,7 +91,7 @@ class ArtistTests {
 // Without an order and past the genre's index: for the greater part of a library one walk in the
 // order of the file is several times faster than either, and the few numbers sort quickly here.
 CandidateCards::CandidateCards(Station& station, const BoundQuery& condition, Order order) {
-  const std::string query = "Select " + QueryColumns(JourSemaineCourant(station.Now())) +
+  const std::string query = "Select " + QueryColumns(CurrentWeekday(station.Now())) +
                             " From Discotheque Where +" + condition.text;
   station.base.Db().ReadRows(query, condition.values, [this](const RowView& row) { Take(row); });
   RankArtists();

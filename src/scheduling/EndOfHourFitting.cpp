@@ -79,7 +79,7 @@ void FitTitles(Station& station) {
   std::array<std::vector<int32_t>, kRounds> EssaisFit;
   std::array<int32_t, kRounds> ScoresFit{};
   for (size_t k = 0; k < ScoresFit.size(); ++k) {
-    const auto score = AjusteTitres(station);
+    const auto score = BringBestChainForward(station);
     if (!score) return;
     ScoresFit[k] = *score;
     EssaisFit[k] = station.PL.Codes();
@@ -161,7 +161,7 @@ void BringBlockToPip(Station& station) {
 
 }  // namespace
 
-void AjusteFinHeure(Station& station) {
+void FitHour(Station& station) {
   try {
     if (station.PL.Empty()) return;  // 1
     RefillBelow(station, kFewRows);
@@ -176,11 +176,11 @@ void AjusteFinHeure(Station& station) {
   }
 }
 
-void AjusteFinHeureInstru(Station& station) {
+void FitHourWithInstrumentals(Station& station) {
   try {
     const int nextHour = HourOfPip(station);  // 1
     if (!InstrumentalHour(station, nextHour)) {
-      AjusteFinHeure(station);
+      FitHour(station);
       return;
     }
     RefillBelow(station, kFewRowsForBreak);  // 2
@@ -204,14 +204,14 @@ void AjusteFinHeureInstru(Station& station) {
   }
 }
 
-void AjusteFinHeurePubColleTopH(Station& station) {
+void FitHourWithBreakAtPip(Station& station) {
   try {
     if (station.PL.Empty()) return;  // 1
     RefillBelow(station, kFewRowsForBreak);
     const FitAtWork atWork(station, "OPTIMISATION PUB >> TOP H");
     const std::vector<int32_t> before = station.PL.Codes();
     if (!PlaceHourBreak(station, BreakForm::kSpotsByPip)) {  // 2
-      AjusteFinHeure(station);
+      FitHour(station);
       return;
     }
     BringBlockToPip(station);   // 3

@@ -10,14 +10,14 @@ namespace zemo {
 struct Station;
 
 // The three forms, one of which the tick calls. An empty list leaves the latch open. Errors are
-// logged under the routine's name and leave the list with all its music.
-void AjusteFinHeure(Station& station);              // the plain form
-void AjusteFinHeureInstru(Station& station);        // with instrumental titles
-void AjusteFinHeurePubColleTopH(Station& station);  // spots set against the pip
+// logged (names: docs/glossary.md) and leave the list with all its music.
+void FitHour(Station& station);                   // the plain form
+void FitHourWithInstrumentals(Station& station);  // with instrumental titles
+void FitHourWithBreakAtPip(Station& station);     // spots set against the pip
 
 // One round of the plain form: brings the chain of rows with the smallest running time to the
 // front. That running time, ms, is the score, 0 for an empty list. Nothing after an error, which
 // leaves the list as it was.
-std::optional<int32_t> AjusteTitres(Station& station);
+std::optional<int32_t> BringBestChainForward(Station& station);
 
 }  // namespace zemo

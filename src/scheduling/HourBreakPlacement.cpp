@@ -78,7 +78,7 @@ bool PlaceHourBreak(Station& station, BreakForm form) {
   const std::string type = station.GPubJour.Cell(gridRow, 2);
   // 2
   double lengthSec = SecondsOfLength(station.GPubJour.Cell(gridRow, 1));
-  if (form == BreakForm::kSpotsByPip) CalculJinglePubs(station, lengthSec, gridRow);
+  if (form == BreakForm::kSpotsByPip) ComputeBreakAirTime(station, lengthSec, gridRow);
   // 3 to 5
   const double pipSec = HourOfPip(station) * 3600.0;
   const int position = form == BreakForm::kInstrumental
@@ -86,7 +86,7 @@ bool PlaceHourBreak(Station& station, BreakForm form) {
                            : PositionByPip(station, lengthSec, pipSec);
   // 6
   const int rowsBefore = station.PL.Count();
-  AjoutPubRubFinHeure(station, gridRow, position, type == "Pubs" ? "PUBS" : "RUBRIQUES");
+  InsertBreakForFitting(station, gridRow, position, type == "Pubs" ? "PUBS" : "RUBRIQUES");
   station.events.Break("AjoutPubRubFinHeure", moment, type, position,
                        station.PL.Count() - rowsBefore);
   station.engine.LastGridCheckTimer = station.Timer();

@@ -14,7 +14,7 @@ BoundQuery HourFilter(int weekday, int hour) {
 }
 
 BoundQuery HourFilterOfNow(Station& station) {
-  return HourFilter(JourSemaineCourant(station.Now()), HeureCourante(station));
+  return HourFilter(CurrentWeekday(station.Now()), CurrentHour(station));
 }
 
 bool InDateWindow(std::string_view mmjjDebut, std::string_view mmjjFin,

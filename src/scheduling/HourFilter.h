@@ -15,7 +15,7 @@ struct Station;
 // The condition that the card's hour mask of that weekday (1 is Monday) holds "1" at that hour
 // (0 to 23): " And Tranche05 LIKE ?" with '??1*' for Friday, 2 h.
 BoundQuery HourFilter(int weekday, int hour);
-BoundQuery HourFilterOfNow(Station& station);  // through HeureCourante
+BoundQuery HourFilterOfNow(Station& station);  // through CurrentHour
 
 // Whether a card with these first and last days ("MMDD") may play today. One of them blank is no
 // window; the days are compared as texts, so that a window over New Year lets nothing through.

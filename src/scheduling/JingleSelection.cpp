@@ -145,7 +145,7 @@ BoundQuery JingleQuery(Station& station, bool overlay, int32_t maxMs) {
   return query.Add(" ORDER BY Lastdiff");
 }
 
-// --- FindJingleAssocieAvantTitre ---
+// --- FindJingleBeforeTitle ---
 
 // The title's plain jingles, else those of the artist as row 1 names it; one that it does not name
 // has none.
@@ -168,7 +168,7 @@ int RowBehindTitle(const Station& station) {
   return jingleThere ? 3 : 2;
 }
 
-// --- FindJingleExtrait ---
+// --- FindExtractJingle ---
 
 OnAirElement NoAnnouncementRow() {
   OnAirElement element;
@@ -205,7 +205,7 @@ void FindJingle(Station& station, bool overlay, int32_t maxMs) {
   }
 }
 
-bool FindJingleAssocie(Station& station, int32_t titleCode) {
+bool FindAssociatedJingle(Station& station, int32_t titleCode) {
   constexpr const char* kRoutine = "FindJingleAssocie";
   if (JinglesStopped(station)) return false;
   bool found = false;
@@ -223,7 +223,7 @@ bool FindJingleAssocie(Station& station, int32_t titleCode) {
   return found;
 }
 
-void FindJingleAssocieAvantTitre(Station& station, int32_t titleCode) {
+void FindJingleBeforeTitle(Station& station, int32_t titleCode) {
   constexpr const char* kRoutine = "FindJingleAssocieAvantTitre";
   EngineState& engine = station.engine;
   if (engine.CodeEnCours < 0 || JinglesStopped(station)) return;
@@ -249,7 +249,7 @@ void FindJingleAssocieAvantTitre(Station& station, int32_t titleCode) {
   }
 }
 
-bool FindJingleAssocieGenre(Station& station, const std::string& genre) {
+bool FindGenreJingle(Station& station, const std::string& genre) {
   constexpr const char* kRoutine = "FindJingleAssocieGenre";
   const EngineState& engine = station.engine;
   if (JinglesStopped(station) || engine.FittingActive || NoMusicNext(station)) return false;
@@ -269,7 +269,7 @@ bool FindJingleAssocieGenre(Station& station, const std::string& genre) {
   return found;
 }
 
-void FindJingleExtrait(Station& station, int16_t row) {
+void FindExtractJingle(Station& station, int16_t row) {
   constexpr const char* kRoutine = "FindJingleExtrait";
   int64_t code = 0;
   try {
@@ -291,7 +291,7 @@ void FindJingleExtrait(Station& station, int16_t row) {
   }
 }
 
-bool FindJingleRacro(Station& station) {
+bool FindLinkJingle(Station& station) {
   constexpr const char* kRoutine = "FindJingleRacro";
   int64_t code = 0;
   bool done = false;
@@ -311,7 +311,7 @@ bool FindJingleRacro(Station& station) {
   return done;
 }
 
-std::string FindJingleCompositeur(Station& station, const std::string& file) {
+std::string ComposerOfJingle(Station& station, const std::string& file) {
   try {
     const Query jingles = station.base.Db().OpenRecordset(
         "SELECT * FROM DiscothequeJingle WHERE FILENAME Like ?", {file});

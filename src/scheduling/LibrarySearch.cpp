@@ -247,11 +247,11 @@ void ToTheEnd(Station& station) {
 
 }  // namespace
 
-void BeginRech(Station& station) {
+void BeginTextSearch(Station& station) {
   SearchOf(station).Begin(TextQuery(station.browse.Rech));
 }
 
-void BeginRechGenre(Station& station, const std::string& genre) {
+void BeginGenreSearch(Station& station, const std::string& genre) {
   station.browse.ListRech.rows.clear();
   SearchOf(station).Begin({kGenreRoutine, true, genre});
 }
@@ -279,7 +279,7 @@ void StopSearch(Station& station) {
   if (station.browse.search) station.browse.search->Stop();
 }
 
-void Rech_Change(Station& station) {
+void OnAir::Rech_Change(Station& station) {
   StopSearch(station);
   try {
     const std::string typed = station.browse.Rech;
@@ -289,16 +289,16 @@ void Rech_Change(Station& station) {
   } catch (const std::exception&) {
     return LogCurrentException(station, kTextRoutine);
   }
-  BeginRech(station);
+  BeginTextSearch(station);
   ToTheEnd(station);
 }
 
-void RechGenre_Click(Station& station, const std::string& genre) {
-  BeginRechGenre(station, genre);
+void OnAir::RechGenre_Click(Station& station, const std::string& genre) {
+  BeginGenreSearch(station, genre);
   ToTheEnd(station);
 }
 
-void ListRech_ColumnClick(Station& station, int column) {
+void OnAir::ListRech_ColumnClick(Station& station, int column) {
   BeginColumnClick(station, column);
   ToTheEnd(station);
 }

@@ -11,6 +11,8 @@ struct Station;
 
 // --- complete when they return ---
 
+namespace OnAir {
+
 // Rech's text changed. Texts shorter than three characters, four in a library of more than 1000
 // cards, only clear the list; "*" lists the whole library; any other is looked for in artist and
 // title joined, without regard to case, in table order.
@@ -23,11 +25,13 @@ void RechGenre_Click(Station& station, const std::string& genre);
 // A click on the head of a column, 0 the text's: sorts by it, ascending, without regard to case.
 void ListRech_ColumnClick(Station& station, int column);
 
+}  // namespace OnAir
+
 // --- the same begun only, for a screen that ticks and draws meanwhile: SearchSlice does the work.
 // A new search drops the one before; rows stand in ListRech as soon as they are found. ---
 
-void BeginRech(Station& station);
-void BeginRechGenre(Station& station, const std::string& genre);
+void BeginTextSearch(Station& station);
+void BeginGenreSearch(Station& station, const std::string& genre);
 void BeginColumnClick(Station& station, int column);
 
 enum class SearchTurn {

@@ -72,7 +72,7 @@ void StoreShare(Station& station, const std::string& variety, int percent) {
 
 }  // namespace
 
-void Traduction(Station& station) {
+void Models::Translate(Station& station) {
   ModelEditor& editor = station.modelEditor;
   const int64_t langue = station.base.CnfInt(Cnf::kLangue);
   const auto word = [langue](const char* french, const char* english, const char* portuguese,
@@ -86,7 +86,7 @@ void Traduction(Station& station) {
   if (editor.GVariete.RowCount() > 0) editor.GVariete.SetCell(0, 1, VarietyWord(langue));
 }
 
-void LoadPopUps(Station& station) {
+void Models::LoadPopUps(Station& station) {
   ModelEditor& editor = station.modelEditor;
   LoadSaveGenres(station, "Load", editor.PopGenre);
   editor.PopPourCent.clear();
@@ -94,12 +94,12 @@ void LoadPopUps(Station& station) {
     editor.PopPourCent.push_back(std::to_string(percent));
 }
 
-bool BtnSave(Station& station) {
+bool Models::BtnSave_Click(Station& station) {
   const auto day = static_cast<int16_t>(station.modelEditor.JourSemaine);
-  return SkeletonOn(station) ? SauveGrilleSquelette(station, day) : SauveGrilleModels(station, day);
+  return SkeletonOn(station) ? SaveSkeletonGrid(station, day) : SaveModelGrid(station, day);
 }
 
-void BtnImport(Station& station) {
+void Models::BtnImport_Click(Station& station) {
   ModelEditor& editor = station.modelEditor;
   try {
     const bool skeleton = SkeletonOn(station);
@@ -111,7 +111,7 @@ void BtnImport(Station& station) {
                                      Buttons::kOk);
       return;
     }
-    InitGrille(station);
+    EmptyGrids(station);
     for (const std::string& line : SplitLines(*text)) {
       TextGrid::Row cells = CutAtTabs(line);
       if (IsTotal(cells) || IsHeading(cells)) continue;
@@ -120,32 +120,32 @@ void BtnImport(Station& station) {
       else
         editor.Models.InsertRow(editor.Models.RowCount() - 1, std::move(cells));
     }
-    CalculPourCentages(station);
-    if (skeleton) MnuCompteur(station);
+    SumShares(station);
+    if (skeleton) Models::MnuCompteur_Click(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnImport");
   }
 }
 
-void PopJour(Station& station, int fromDay) {
+void Models::PopJour_Click(Station& station, int fromDay) {
   const auto day = static_cast<int16_t>(fromDay);
   if (SkeletonOn(station)) {
-    LoadGrilleSquelette(station, day);
-    MnuCompteur(station);
+    LoadSkeletonGrid(station, day);
+    Models::MnuCompteur_Click(station);
   } else {
-    LoadGrilleModels(station, day);
+    LoadModelGrid(station, day);
   }
 }
 
-void DeleteModelRow(Station& station) {
+void Models::Models_KeyDelete(Station& station) {
   ModelEditor& editor = station.modelEditor;
   if (!ModelRow(editor, editor.ModelsPlace.row)) return;
   editor.Models.RemoveRow(editor.ModelsPlace.row);
   editor.Models.InsertRow(editor.Models.RowCount() - 1, {});
-  CalculPourCentages(station);
+  SumShares(station);
 }
 
-void PopGenreInModels(Station& station, const std::string& genre) {
+void Models::PopGenre_ClickInModels(Station& station, const std::string& genre) {
   ModelEditor& editor = station.modelEditor;
   const int total = editor.Models.RowCount() - 1;
   if (editor.ModelsPlace.row < 1 || editor.ModelsPlace.row > total) return;
@@ -155,30 +155,30 @@ void PopGenreInModels(Station& station, const std::string& genre) {
   editor.Models.SetCell(editor.ModelsPlace.row, 0, genre);
 }
 
-void PopGenreInSquelette(Station& station, const std::string& genre) {
+void Models::PopGenre_ClickInSkeleton(Station& station, const std::string& genre) {
   ModelEditor& editor = station.modelEditor;
   const GridPlace place = editor.ModelSquelettePlace;
   if (place.row < 1 || place.row > editor.ModelSquelette.RowCount()) return;
   if (place.column < 0 || place.column >= kHoursOfDay) return;
   if (place.row == editor.ModelSquelette.RowCount()) editor.ModelSquelette.AddRow({});
   editor.ModelSquelette.SetCell(place.row, place.column, genre);
-  MnuCompteur(station);
+  Models::MnuCompteur_Click(station);
 }
 
-void PopPourCentInModels(Station& station, int percent) {
+void Models::PopPourCent_ClickInModels(Station& station, int percent) {
   ModelEditor& editor = station.modelEditor;
   const GridPlace place = editor.ModelsPlace;
   if (!ModelRow(editor, place.row) || place.column < 1 || place.column > kHoursOfDay) return;
   editor.Models.SetCell(place.row, place.column, Percent(percent));
-  CalculPourCentages(station);
+  SumShares(station);
 }
 
-void PopPourCentInVariete(Station& station, int percent) {
+void Models::PopPourCent_ClickInVarieties(Station& station, int percent) {
   ModelEditor& editor = station.modelEditor;
   const int row = editor.GVarietePlace.row;
   if (row < 1 || row >= editor.GVariete.RowCount()) return;
   editor.GVariete.SetCell(row, 0, Percent(percent));
-  CalculPourCentages(station);
+  SumShares(station);
   try {
     StoreShare(station, editor.GVariete.Cell(row, 1), std::clamp(percent, 0, 100));
   } catch (const std::exception&) {
@@ -186,7 +186,7 @@ void PopPourCentInVariete(Station& station, int percent) {
   }
 }
 
-void LoadStatsGenres(Station& station) {
+void Models::LoadGenreStats(Station& station) {
   try {
     std::map<std::string, int> counts;
     station.base.Db().ReadRows("SELECT Genre FROM Discotheque",
@@ -202,7 +202,7 @@ void LoadStatsGenres(Station& station) {
   }
 }
 
-void MnuCompteur(Station& station) {
+void Models::MnuCompteur_Click(Station& station) {
   ModelEditor& editor = station.modelEditor;
   if (editor.Stats.empty()) return;
   std::map<std::string, int> positions;

@@ -95,17 +95,17 @@ bool ExportWeek(Station& station, SpreadsheetWriter& writer, const char* name, d
 
 }  // namespace
 
-bool MnuExport(Station& station, SpreadsheetWriter& writer) {
-  return station.base.CnfBool(Cnf::kSquelette) ? ExportSemaine(station, writer)
-                                               : ExportModelSemaine(station, writer);
+bool Models::MnuExport_Click(Station& station, SpreadsheetWriter& writer) {
+  return station.base.CnfBool(Cnf::kSquelette) ? Models::ExportWeekOfSkeletons(station, writer)
+                                               : Models::ExportWeekOfModels(station, writer);
 }
 
-bool ExportModelSemaine(Station& station, SpreadsheetWriter& writer) {
+bool Models::ExportWeekOfModels(Station& station, SpreadsheetWriter& writer) {
   return ExportWeek(station, writer, "ModelsSemaine", kPercentWidth, "ExportModelSemaine",
                     ModelDay);
 }
 
-bool ExportSemaine(Station& station, SpreadsheetWriter& writer) {
+bool Models::ExportWeekOfSkeletons(Station& station, SpreadsheetWriter& writer) {
   return ExportWeek(station, writer, "SqueletteSemaine", kPositionWidth, "ExportSemaine",
                     SkeletonDay);
 }

@@ -156,7 +156,7 @@ bool RowIsEmpty(const TextGrid& grid, int row) {
   return true;
 }
 
-void LoadVarietes(Station& station) {
+void LoadVarieties(Station& station) {
   TextGrid grid;
   grid.AddRow({"%", VarietyWord(Langue(station))});
   ForEachVariety(station.base.Db(), [&](const RowView& row) {
@@ -168,26 +168,26 @@ void LoadVarietes(Station& station) {
 void LoadModelScreen(Station& station) {
   if (station.modelEditor.loaded) return;
   try {
-    LoadVarietes(station);
-    LoadPopUps(station);
+    LoadVarieties(station);
+    Models::LoadPopUps(station);
     station.modelEditor.loaded = true;
   } catch (const std::exception&) {
     LogCurrentException(station, "F7.Form_Load");
   }
 }
 
-void SelectJourSemaine(Station& station, int day) {
+void SelectWeekday(Station& station, int day) {
   LoadModelScreen(station);
   station.modelEditor.JourSemaine = day;
   if (station.base.CnfBool(Cnf::kSquelette)) {
-    LoadGrilleSquelette(station, static_cast<int16_t>(day));
-    MnuCompteur(station);
+    LoadSkeletonGrid(station, static_cast<int16_t>(day));
+    Models::MnuCompteur_Click(station);
   } else {
-    LoadGrilleModels(station, static_cast<int16_t>(day));
+    LoadModelGrid(station, static_cast<int16_t>(day));
   }
 }
 
-void InitGrille(Station& station) {
+void EmptyGrids(Station& station) {
   ModelEditor& editor = station.modelEditor;
   editor.Models.Clear();
   editor.Models.AddRow(HeadingRow(GenresWord(Langue(station))));
@@ -196,25 +196,25 @@ void InitGrille(Station& station) {
   editor.ModelSquelette.AddRow(HeadingRow(nullptr));
 }
 
-void LoadGrilleModels(Station& station, int16_t day) {
+void LoadModelGrid(Station& station, int16_t day) {
   TextGrid& grid = station.modelEditor.Models;
   try {
-    InitGrille(station);
+    EmptyGrids(station);
     ForEachModelRow(station.base.Db(), day, [&](const RowView& row) {
       TextGrid::Row cells;
       for (int column = 0; column <= kHoursOfDay; ++column) cells.emplace_back(row.Text(column));
       grid.InsertRow(grid.RowCount() - 1, std::move(cells));
     });
-    CalculPourCentages(station);
+    SumShares(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadGrilleModels");
   }
 }
 
-void LoadGrilleSquelette(Station& station, int16_t day) {
+void LoadSkeletonGrid(Station& station, int16_t day) {
   TextGrid& grid = station.modelEditor.ModelSquelette;
   try {
-    InitGrille(station);
+    EmptyGrids(station);
     ForEachPosition(station.base.Db(), day, [&](const RowView& row) {
       TextGrid::Row cells;
       for (int hour = 0; hour < kHoursOfDay; ++hour) cells.emplace_back(row.Text(hour));
@@ -225,7 +225,7 @@ void LoadGrilleSquelette(Station& station, int16_t day) {
   }
 }
 
-bool SauveGrilleModels(Station& station, int16_t day) {
+bool SaveModelGrid(Station& station, int16_t day) {
   const TextGrid& grid = station.modelEditor.Models;
   try {
     const std::string file = station.files.Days[DayIndex(day)];
@@ -245,7 +245,7 @@ bool SauveGrilleModels(Station& station, int16_t day) {
   }
 }
 
-bool SauveGrilleSquelette(Station& station, int16_t day) {
+bool SaveSkeletonGrid(Station& station, int16_t day) {
   const TextGrid& grid = station.modelEditor.ModelSquelette;
   try {
     const std::string file = station.files.SkeletonDays[DayIndex(day)];
@@ -265,7 +265,7 @@ bool SauveGrilleSquelette(Station& station, int16_t day) {
   }
 }
 
-void CalculPourCentages(Station& station) {
+void SumShares(Station& station) {
   TextGrid& grid = station.modelEditor.Models;
   const int total = grid.RowCount() - 1;
   for (int column = 1; column <= kHoursOfDay; ++column) {

@@ -16,26 +16,26 @@ struct Station;
 inline constexpr const char* kTotalText = "Total %";
 
 // The shares of the varieties, as last stored by anybody. Throws StoreError.
-void LoadVarietes(Station& station);
+void LoadVarieties(Station& station);
 // Loads the screen when it is not loaded yet: varieties and pop-ups. Faults are logged.
 void LoadModelScreen(Station& station);
 // Selects a day, 1 Monday to 7 Sunday, and loads its grid: the skeleton's with Squelette on, else
 // the model's. Faults are logged, and leave an empty grid.
-void SelectJourSemaine(Station& station, int day);
+void SelectWeekday(Station& station, int day);
 
 // Heading and total row only, in both grids.
-void InitGrille(Station& station);
+void EmptyGrids(Station& station);
 // The grid of that day, in the order of CODE. Faults are logged.
-void LoadGrilleModels(Station& station, int16_t day);
-void LoadGrilleSquelette(Station& station, int16_t day);
+void LoadModelGrid(Station& station, int16_t day);
+void LoadSkeletonGrid(Station& station, int16_t day);
 // The grid as that day, in the table and in the day's back-up file. Rows without a genre stay out.
 // False when it could not be saved: that is logged, and where a row cannot be stored nothing
 // changes. A back-up that cannot be written is logged, once until it can be.
-bool SauveGrilleModels(Station& station, int16_t day);
-bool SauveGrilleSquelette(Station& station, int16_t day);
+bool SaveModelGrid(Station& station, int16_t day);
+bool SaveSkeletonGrid(Station& station, int16_t day);
 
 // The totals of the hours in the last row of Models, with " %" behind them.
-void CalculPourCentages(Station& station);
+void SumShares(Station& station);
 
 // Headings in the station's language.
 const char* GenresWord(int64_t langue);

@@ -166,12 +166,12 @@ Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& 
 }
 
 void RunRequest(Station& station, int minutes, RequestFrame& frame) {
-  const int weekday = JourSemaineCourant(station.Now());
+  const int weekday = CurrentWeekday(station.Now());
   LoadModelScreen(station);
   Asking asking;
   asking.model = ReadDayModel(station, weekday);  // 3
   asking.varieties = ReadVarieties(station);
-  asking.hour = HeureCourante(station);
+  asking.hour = CurrentHour(station);
   frame.Open(minutes);                           // 4, 5
   if (station.base.CountRecords("Models") == 0)  // 6
     return frame.Leave(NoModelsText(station.base.CnfInt(Cnf::kLangue)));
@@ -187,13 +187,13 @@ void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   frame.Saw(cards.Count(), pool.size());
   Choosing(station, frame, cards, asking).Run(pool);  // 15 to 17
   auto first = static_cast<int16_t>(frame.FirstNewRow());
-  MelangeGenres(station, first);  // 18
-  frame.Finish();                 // 19
+  MixGenres(station, first);  // 18
+  frame.Finish();             // 19
 }
 
 }  // namespace
 
-void RequetePlaylist(Station& station, int16_t& minutes) {
+void RequestMusic(Station& station, int16_t& minutes) {
   station.base.CheckCnf();
   bool skeleton = false;
   try {
@@ -203,7 +203,7 @@ void RequetePlaylist(Station& station, int16_t& minutes) {
     RequestFrame(station, "percentage").Fail("RequetePlaylist");
     return;
   }
-  if (skeleton) return RequetteSquelette(station, minutes);  // 2
+  if (skeleton) return RequestAlongSkeleton(station, minutes);  // 2
   RequestFrame frame(station, "percentage");
   try {
     RunRequest(station, minutes, frame);
@@ -214,10 +214,10 @@ void RequetePlaylist(Station& station, int16_t& minutes) {
 
 void AutomaticRequest(Station& station) {
   auto minutes = static_cast<int16_t>(station.base.CnfInt(Cnf::kTempRequette));
-  RequetePlaylist(station, minutes);
+  RequestMusic(station, minutes);
 }
 
-void MelangeGenres(Station& station, int16_t& first) {
+void MixGenres(Station& station, int16_t& first) {
   OnAirList& list = station.PL;
   try {
     if (first == 1) first = 2;

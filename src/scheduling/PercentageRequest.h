@@ -12,13 +12,13 @@ struct Station;
 // Appends about `minutes` of music (0 or less: 60) by the model of the hour, or along the skeleton
 // where the setting Squelette says so. Yields; never throws. Twice in one call stack is possible,
 // as the operator's events are served.
-void RequetePlaylist(Station& station, int16_t& minutes);
+void RequestMusic(Station& station, int16_t& minutes);
 
 // The request as the tick, the start and the inputs ask it: TempRequette minutes.
 void AutomaticRequest(Station& station);
 
 // Parts rows of one genre from row `first` on (1 becomes 2), by swapping with the next row of
 // another genre. Never throws.
-void MelangeGenres(Station& station, int16_t& first);
+void MixGenres(Station& station, int16_t& first);
 
 }  // namespace zemo

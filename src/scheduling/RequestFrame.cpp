@@ -28,7 +28,7 @@ RequestFrame::RequestFrame(Station& station, const char* kind)
   seen_.at = station.Now();
   seen_.kind = kind;
   seen_.hour = seen_.at.hour;
-  seen_.weekday = JourSemaineCourant(seen_.at);
+  seen_.weekday = CurrentWeekday(seen_.at);
 }
 
 RequestFrame::~RequestFrame() {
@@ -89,8 +89,8 @@ void RequestFrame::Leave(const char* message) {
 }
 
 void PrepareRules(Station& station) {
-  LoadArtistesRecents(station);
-  LoadDernierCodeRapport(station);
+  LoadRecentArtists(station);
+  LoadNewestReportCode(station);
   station.requests.ListAutorisation.clear();
   station.requests.DecalDiffCourant = static_cast<int16_t>(station.base.CnfInt(Cnf::kDecalDiff));
 }

@@ -214,12 +214,9 @@ bool CheckRotation(Station& station, const CardRotation& card, const RotationMom
 bool CheckRotation(Station& station, const Recordset& discotheque) {
   const LocalDateTime now = station.Now();
   std::array<std::string, 6 + kDiffusions> texts = {
-      discotheque.Text("Genre"),
-      discotheque.Text("Auteur"),
-      discotheque.Text("Titre"),
-      discotheque.Text("MMJJDebut"),
-      discotheque.Text("MMJJFin"),
-      discotheque.Text("TRANCHE" + TwoDigits(JourSemaineCourant(now)))};
+      discotheque.Text("Genre"),   discotheque.Text("Auteur"),
+      discotheque.Text("Titre"),   discotheque.Text("MMJJDebut"),
+      discotheque.Text("MMJJFin"), discotheque.Text("TRANCHE" + TwoDigits(CurrentWeekday(now)))};
   CardRotation card;
   card.Code = static_cast<int32_t>(discotheque.Int("CODE"));
   card.Genre = texts[0];
@@ -238,7 +235,7 @@ bool CheckRotation(Station& station, const Recordset& discotheque) {
   return CheckRotation(station, card, RotationMoment(now));
 }
 
-void LoadArtistesRecents(Station& station) {
+void LoadRecentArtists(Station& station) {
   RequestState& requests = station.requests;
   requests.ECArtiste.clear();
   try {
@@ -263,7 +260,7 @@ void LoadArtistesRecents(Station& station) {
   }
 }
 
-void LoadDernierCodeRapport(Station& station) {
+void LoadNewestReportCode(Station& station) {
   const auto newest =
       station.base.Db().OpenRecordset("SELECT TOP 1 CODE FROM Rapport ORDER BY CODE DESC;");
   if (!newest->Eof())
@@ -279,8 +276,8 @@ bool ArtistIsUnknown(Station& station, const std::string& artist) {
 
 }  // namespace
 
-void CheckEcartArtisteRapport(Station& station, const std::string& artist, int16_t gap,
-                              bool& allowed) {
+void CheckArtistGapInReport(Station& station, const std::string& artist, int16_t gap,
+                            bool& allowed) {
   try {
     if (ArtistIsUnknown(station, artist)) return;
     const int64_t last = station.requests.DernierCodeRapport;
@@ -291,7 +288,7 @@ void CheckEcartArtisteRapport(Station& station, const std::string& artist, int16
   }
 }
 
-void CheckArtisteRecent(Station& station, std::string& artist, bool& allowed) {
+void CheckRecentArtist(Station& station, std::string& artist, bool& allowed) {
   if (ArtistIsUnknown(station, artist)) return;
   const std::vector<std::string>& lines = station.requests.ECArtisteCapitals;
   const auto count = static_cast<int>(lines.size());
@@ -314,7 +311,7 @@ void CheckArtisteRecent(Station& station, std::string& artist, bool& allowed) {
   }
 }
 
-int16_t HeureCourante(Station& station) {
+int16_t CurrentHour(Station& station) {
   station.requests.MinutesRequete = 60;
   return static_cast<int16_t>(station.Now().hour);
 }

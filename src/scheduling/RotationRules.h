@@ -55,17 +55,17 @@ bool RotationAllows(const CardRotation& card, const RotationMoment& moment, int 
                     std::string& line);
 
 // Refills ECArtiste; called once at the start of a request, before any title is tested.
-void LoadArtistesRecents(Station& station);
+void LoadRecentArtists(Station& station);
 // DernierCodeRapport; called once at the start of a request.
-void LoadDernierCodeRapport(Station& station);
+void LoadNewestReportCode(Station& station);
 // Clears the flag when fewer than `gap` rows of the report lie behind the artist's last one.
-void CheckEcartArtisteRapport(Station& station, const std::string& artist, int16_t gap,
-                              bool& allowed);
+void CheckArtistGapInReport(Station& station, const std::string& artist, int16_t gap,
+                            bool& allowed);
 // Clears the flag when the artist stands in ECArtiste, its first line left out; `artist` comes back
 // in capitals.
-void CheckArtisteRecent(Station& station, std::string& artist, bool& allowed);
+void CheckRecentArtist(Station& station, std::string& artist, bool& allowed);
 
 // The hour of the clock. Sets MinutesRequete to 60.
-int16_t HeureCourante(Station& station);
+int16_t CurrentHour(Station& station);
 
 }  // namespace zemo

@@ -51,7 +51,7 @@ void FillStoredList(Station& station, RequestFrame& frame, int minutes) {
 
 }  // namespace
 
-void OpenSkeletonDialog(Station& station) {
+void Skeleton::Open(Station& station) {
   auto& dialog = station.requests.SkeletonDialog;
   dialog = {};
   LoadSaveGenres(station, "Load", dialog.ListGenre);
@@ -59,18 +59,18 @@ void OpenSkeletonDialog(Station& station) {
   dialog.open = true;
 }
 
-void ListGenre_DblClick(Station& station, const std::string& genre) {
+void Skeleton::ListGenre_DblClick(Station& station, const std::string& genre) {
   station.requests.SkeletonDialog.SquelettePLS.AddRow({genre});
 }
 
-void SquelettePLS_DeleteKey(Station& station) {
+void Skeleton::SquelettePLS_KeyDelete(Station& station) {
   auto& dialog = station.requests.SkeletonDialog;
   const int rows = dialog.SquelettePLS.RowCount();
   if (rows < 2 || dialog.selectedRow < 0 || dialog.selectedRow >= rows) return;
   dialog.SquelettePLS.RemoveRow(dialog.selectedRow);
 }
 
-bool LoadSquelette(Station& station, int day) {
+bool Skeleton::MnuDay_Click(Station& station, int day) {
   try {
     const int hour = ValInt(station.storedList.ChHeure.substr(0, 2));
     TextGrid skeleton;
@@ -87,12 +87,12 @@ bool LoadSquelette(Station& station, int day) {
   }
 }
 
-void SkeletonDialog_BtnOk(Station& station) {
+void Skeleton::BtnOk_Click(Station& station) {
   station.base.CheckCnf();
   const int minutes = station.requests.SkeletonDialog.SpinMinutes;
   RequestFrame frame(station, "dialog");
   try {
-    LoadArtistesRecents(station);
+    LoadRecentArtists(station);
     FillStoredList(station, frame, minutes);
   } catch (const std::exception&) {
     frame.Fail("SquelettePLS");
@@ -100,7 +100,7 @@ void SkeletonDialog_BtnOk(Station& station) {
   station.requests.SkeletonDialog.open = false;
 }
 
-void SkeletonDialog_BtnCancel(Station& station) {
+void Skeleton::BtnCancel_Click(Station& station) {
   station.requests.SkeletonDialog.open = false;
 }
 

@@ -221,10 +221,10 @@ Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& 
 }
 
 void RunRequest(Station& station, int minutes, RequestFrame& frame) {
-  const int weekday = JourSemaineCourant(station.Now());
+  const int weekday = CurrentWeekday(station.Now());
   LoadModelScreen(station);
   const DaySkeleton skeleton = ReadDaySkeleton(station, weekday);  // 1
-  const int hour = HeureCourante(station);
+  const int hour = CurrentHour(station);
   frame.Open(minutes);
   const bool alternate = station.base.CnfInt(Cnf::kCheckNational) != 0;
   if (station.base.CountRecords("ModelSquelette") == 0) return frame.Leave(kNoModelsFrench);
@@ -269,7 +269,7 @@ void LayAlongSkeleton(Station& station, RequestFrame& frame, const CandidateCard
       pool.end());
 }
 
-void RequetteSquelette(Station& station, int16_t& minutes) {
+void RequestAlongSkeleton(Station& station, int16_t& minutes) {
   RequestFrame frame(station, "skeleton");
   try {
     RunRequest(station, minutes, frame);

@@ -14,8 +14,8 @@ namespace zemo {
 struct Station;
 class RequestFrame;
 
-// As RequetePlaylist, which alone calls it and has prepared the rules. Never throws.
-void RequetteSquelette(Station& station, int16_t& minutes);
+// As RequestMusic, which alone calls it and has prepared the rules. Never throws.
+void RequestAlongSkeleton(Station& station, int16_t& minutes);
 
 // The longest runs of titles of the "NAT" and of the "INT" varieties.
 struct Alternation {

@@ -50,7 +50,7 @@ std::string DayOf(const LocalDateTime& at) {
 }
 
 size_t DayIndex(const LocalDateTime& at) {
-  return static_cast<size_t>(JourSemaineCourant(at) - 1);
+  return static_cast<size_t>(CurrentWeekday(at) - 1);
 }
 
 // "after 2 more titles"
@@ -170,7 +170,7 @@ void AddHours(const TitleCard& title, TimedTests& tests) {
                      const auto hour = static_cast<size_t>(at.hour);
                      if (hour < mask.size() && mask[hour] == '1') return std::string();
                      return "not allowed at " + HourOf(at) + " on a " + DayOf(at) + " (TRANCHE" +
-                            TwoDigits(JourSemaineCourant(at)) + ")";
+                            TwoDigits(CurrentWeekday(at)) + ")";
                    }});
 }
 
@@ -316,7 +316,7 @@ void AskList(const Station& station, int32_t code, std::vector<TitleReason>& rea
 void AskReport(Station& station, const std::string& artist, int gap,
                std::vector<TitleReason>& reasons) {
   bool allowed = true;
-  CheckEcartArtisteRapport(station, artist, static_cast<int16_t>(gap), allowed);
+  CheckArtistGapInReport(station, artist, static_cast<int16_t>(gap), allowed);
   if (allowed) return;
   const int64_t last = station.requests.DernierCodeRapport;
   const int64_t behind = last - NewestRowOf(station, artist, last - gap);
@@ -331,7 +331,7 @@ void AskRecentArtists(Station& station, const std::string& artist,
                       std::vector<TitleReason>& reasons) {
   bool allowed = true;
   std::string capitals = artist;
-  CheckArtisteRecent(station, capitals, allowed);
+  CheckRecentArtist(station, capitals, allowed);
   if (allowed) return;
   const auto count = static_cast<int>(station.base.CnfInt(Cnf::kEcartArtiste));
   const std::vector<std::string> newest = NewestArtists(station, count);
@@ -444,8 +444,8 @@ std::optional<TitleAnswer> WhyTitle(Station& station, int32_t code, const LocalD
     if (!words.empty()) answer.reasons.push_back({test.name, words, FirstMoment({test}, at), {}});
   }
   AskList(station, code, answer.reasons);
-  LoadArtistesRecents(station);
-  LoadDernierCodeRapport(station);
+  LoadRecentArtists(station);
+  LoadNewestReportCode(station);
   if (const int gap = title.cards.ECARTARTISTE(0); gap > 0)
     AskReport(station, title.artist, gap, answer.reasons);
   else

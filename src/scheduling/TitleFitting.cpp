@@ -144,7 +144,7 @@ std::vector<OnAirElement> RowsOfCards(Station& station, const std::vector<int32_
   return rows;
 }
 
-std::optional<int32_t> AjusteTitres(Station& station) {
+std::optional<int32_t> BringBestChainForward(Station& station) {
   try {
     if (station.PL.Empty()) return 0;
     ChainSearch search(ReadRows(station.PL), TargetMs(station));  // 1, 2

@@ -39,7 +39,7 @@ void LoadSaveCD(Station& station, std::string_view action, std::vector<std::stri
   LoadSaveLines(station, "LoadSaveCD", station.files.CD, action, list);
 }
 
-void LoadVarietes(Station& station, std::string_view action, std::vector<std::string>& list) {
+void LoadVarieties(Station& station, std::string_view action, std::vector<std::string>& list) {
   if (!IsLoad(action)) return;
   try {
     std::vector<std::string> names;

@@ -18,6 +18,6 @@ void LoadSaveLabels(Station& station, std::string_view action, std::vector<std::
 void LoadSaveCD(Station& station, std::string_view action, std::vector<std::string>& list);
 
 // Load: the names of the table Variete. Nothing is ever saved back.
-void LoadVarietes(Station& station, std::string_view action, std::vector<std::string>& list);
+void LoadVarieties(Station& station, std::string_view action, std::vector<std::string>& list);
 
 }  // namespace zemo

@@ -40,14 +40,14 @@ void Load(Station& station, std::string& password) {
 
 }  // namespace
 
-void LSPasseWord(Station& station, std::string_view action, std::string& password) {
+void LoadSavePassword(Station& station, std::string_view action, std::string& password) {
   try {
     if (IsSave(action)) Save(station, password);
     if (IsLoad(action)) Load(station, password);
   } catch (const std::exception&) {
     LogCurrentException(station, "LSPasseWord");
   }
-  ShowLock(station);
+  Lock::ShowLock(station);
 }
 
 bool LockOpensWith(const Station& station, std::string_view typed) {

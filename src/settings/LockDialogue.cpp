@@ -28,7 +28,7 @@ constexpr Words kDelete = {" Effacez le mot de passe pour désactiver la protect
                            " Apague a palavra-passe para desactivar a protecção ",
                            " Borre el código secreto para desactivar la protección "};
 
-int64_t LangueOf(Station& station) {
+int64_t LanguageOf(Station& station) {
   try {
     return station.base.CnfInt(Cnf::kLangue);
   } catch (const std::exception&) {
@@ -61,8 +61,8 @@ void AskNew(Station& station, int64_t langue) {
 
 }  // namespace
 
-void MnuPasseWord(Station& station) {
-  const int64_t langue = LangueOf(station);
+void Lock::MnuPasseWord_Click(Station& station) {
+  const int64_t langue = LanguageOf(station);
   auto& dialogue = station.lockDialogue;
   dialogue = {};
   dialogue.open = true;
@@ -74,18 +74,19 @@ void MnuPasseWord(Station& station) {
     AskNew(station, langue);
 }
 
-void PasseWordOk(Station& station, std::string_view typed) {
+void Lock::BtnOk_Click(Station& station, std::string_view typed) {
   auto& dialogue = station.lockDialogue;
   if (!dialogue.open) return;
-  if (!dialogue.asksNew && LockOpensWith(station, typed)) return AskNew(station, LangueOf(station));
+  if (!dialogue.asksNew && LockOpensWith(station, typed))
+    return AskNew(station, LanguageOf(station));
   if (dialogue.asksNew) {
     std::string password(typed);
-    LSPasseWord(station, "Save", password);
+    LoadSavePassword(station, "Save", password);
   }
   dialogue = {};
 }
 
-void ShowLock(Station& station) {
+void Lock::ShowLock(Station& station) {
   station.engine.ScreenLocked = station.lists.Locked;
 }
 

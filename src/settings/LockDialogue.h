@@ -9,14 +9,18 @@ namespace zemo {
 
 struct Station;
 
+namespace Lock {
+
 // Opens it: locked, it asks for the password; otherwise for the new one at once.
-void MnuPasseWord(Station& station);
+void MnuPasseWord_Click(Station& station);
 
 // The OK button. The right password leads to the question for the new one; any other closes the
 // dialogue. A new password locks, the empty one unlocks, and the dialogue closes.
-void PasseWordOk(Station& station, std::string_view typed);
+void BtnOk_Click(Station& station, std::string_view typed);
 
 // The engine's ScreenLocked, which bars menus, by lists.Locked.
 void ShowLock(Station& station);
+
+}  // namespace Lock
 
 }  // namespace zemo

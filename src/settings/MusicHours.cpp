@@ -69,7 +69,7 @@ void LoadSaveInstrumental(Station& station, std::string_view action) {
   }
 }
 
-void LoadLectureBase(Station& station) {
+void LoadReadSettingsOfBase(Station& station) {
   Folder& folder = station.platform.stationFolder;
   station.lists.LectureBase = 0;
   try {

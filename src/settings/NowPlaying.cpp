@@ -28,7 +28,7 @@ std::string TabbedLine(const OnAirRow& row) {
 
 }  // namespace
 
-void SaveDonnes_Associees(Station& station, std::string_view comment) {
+void SaveAssociatedData(Station& station, std::string_view comment) {
   Folder& folder = station.platform.stationFolder;
   try {
     std::vector<std::string> lines = {""};

@@ -9,6 +9,6 @@ struct Station;
 
 // Run as each music element starts: "Donnees_Associees.Txt" with the next four music rows of PL and
 // the comment, "Artiste-Titre.Txt" with the first of them. Never throws. Thread: the logic's.
-void SaveDonnes_Associees(Station& station, std::string_view comment);
+void SaveAssociatedData(Station& station, std::string_view comment);
 
 }  // namespace zemo

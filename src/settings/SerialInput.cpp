@@ -30,7 +30,7 @@ std::string LineSetting(const Station& station) {
   return station.platform.localValues.GetText("PortComSetting", "4800,N,8,1");
 }
 
-std::string PortCom_Click(Station& station, int option, const std::string& setting) {
+std::string Settings::PortCom_Click(Station& station, int option, const std::string& setting) {
   try {
     return option > 0 ? OpenPort(station, option, setting) : ClosePort(station);
   } catch (const SerialError& error) {

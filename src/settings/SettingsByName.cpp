@@ -26,16 +26,16 @@ constexpr size_t kHoursOfDay = 24;
 struct DayList {
   const char* name;
   const char* file;
-  TimeList list;
+  Settings::TimeList list;
   const char* meaning;
 };
 constexpr DayList kDayLists[] = {
-    {"ComboHeure", "StartStop", TimeList::kComboHeure,
+    {"ComboHeure", "StartStop", Settings::TimeList::kComboHeure,
      "start times of the weekday (0 for Monday), hh:mm"},
-    {"HeureArretSystem", "StartStop", TimeList::kHeureArretSystem,
+    {"HeureArretSystem", "StartStop", Settings::TimeList::kHeureArretSystem,
      "stop times of the weekday (0 for Monday), hh:mm; with -F the element fades, with -Q the "
      "machine shuts down"},
-    {"Topage", "Topage", TimeList::kTopage,
+    {"Topage", "Topage", Settings::TimeList::kTopage,
      "times of the weekday (0 for Monday), hh:mm, at which the air goes to another program"}};
 
 std::string Joined(const std::vector<std::string>& entries) {
@@ -121,7 +121,7 @@ NamedSetting OfDay(Station& station, const DayList& list, int day) {
   NamedSetting setting;
   setting.name = list.name + suffix;
   setting.store = list.file + suffix;
-  setting.value = Joined(TimesOf(station, list.list));
+  setting.value = Joined(Settings::TimesOf(station, list.list));
   setting.meaning = list.meaning;
   return setting;
 }
@@ -199,15 +199,15 @@ std::optional<std::string> StoreFiltre(Station& station, std::string_view value)
 
 std::optional<std::string> StoreDay(Station& station, const DayList& list, int day,
                                     std::string_view value) {
-  ChooseJourSemaine(station, day);
+  Settings::ChooseWeekday(station, day);
   const SettingsScreen& screen = station.settings;
-  if (!(list.list == TimeList::kTopage ? screen.topageHeld : screen.timesHeld))
+  if (!(list.list == Settings::TimeList::kTopage ? screen.topageHeld : screen.timesHeld))
     return std::nullopt;  // logged; the file keeps what it holds
-  std::vector<std::string>& times = TimesOf(station, list.list);
+  std::vector<std::string>& times = Settings::TimesOf(station, list.list);
   times.clear();
   for (const std::string& entry : Entries(value))
-    if (auto why = EnterTime(station, list.list, entry)) return why;
-  if (list.list == TimeList::kTopage)
+    if (auto why = Settings::EnterTime(station, list.list, entry)) return why;
+  if (list.list == Settings::TimeList::kTopage)
     LoadSaveTopage(station, "Save", day, false);
   else
     LoadSaveStartStop(station, "Save", day, false);
@@ -226,7 +226,7 @@ std::vector<NamedSetting> ListSettings(Station& station, SettingsDevices& device
   settings.push_back(OfInstru(station));
   settings.push_back(OfFiltre(station));
   for (int day = 0; day < kDaysOfWeek; ++day) {
-    ChooseJourSemaine(station, day);
+    Settings::ChooseWeekday(station, day);
     for (const DayList& list : kDayLists) settings.push_back(OfDay(station, list, day));
   }
   return settings;

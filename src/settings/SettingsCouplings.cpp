@@ -48,10 +48,10 @@ std::optional<std::string> WhyTooFar(int64_t bytes, int64_t buffers) {
 }
 
 // What a list takes; empty for no time. A stop may say what it does besides.
-std::string TimeTyped(std::string_view typed, TimeList list) {
+std::string TimeTyped(std::string_view typed, Settings::TimeList list) {
   std::string entry = UpperAscii(Trim(typed));
-  if (list == TimeList::kTopage) return IsClockTime(entry) ? entry : std::string();
-  return IsDayTime(entry, list == TimeList::kHeureArretSystem) ? entry : std::string();
+  if (list == Settings::TimeList::kTopage) return IsClockTime(entry) ? entry : std::string();
+  return IsDayTime(entry, list == Settings::TimeList::kHeureArretSystem) ? entry : std::string();
 }
 
 std::string NoTime(const char* where, std::string_view typed) {
@@ -59,13 +59,13 @@ std::string NoTime(const char* where, std::string_view typed) {
          "\" is no time of day hh:mm";
 }
 
-const char* ListName(TimeList list) {
+const char* ListName(Settings::TimeList list) {
   switch (list) {
-    case TimeList::kComboHeure:
+    case Settings::TimeList::kComboHeure:
       return "ComboHeure";
-    case TimeList::kHeureArretSystem:
+    case Settings::TimeList::kHeureArretSystem:
       return "HeureArretSystem";
-    case TimeList::kTopage:
+    case Settings::TimeList::kTopage:
       break;
   }
   return "Topage";
@@ -105,13 +105,13 @@ int AddGenres(Station& station, std::vector<std::string>& genres) {
 
 }  // namespace
 
-void TickedInstrumental(Station& station, SettingsDevices&) {
+void Settings::CheckInstrumental_Click(Station& station, SettingsDevices&) {
   SettingsScreen& screen = station.settings;
   if (screen.CheckInstrumental != 0)
     Untick(screen, &SettingsScreen::CheckPubToph, Cnf::kPubAvecTopH);
 }
 
-void TickedPubToph(Station& station, SettingsDevices&) {
+void Settings::CheckPubToph_Click(Station& station, SettingsDevices&) {
   constexpr int32_t kTooLate = 53, kInstead = 48;  // minutes
   SettingsScreen& screen = station.settings;
   if (screen.CheckPubToph == 0) return;
@@ -122,18 +122,18 @@ void TickedPubToph(Station& station, SettingsDevices&) {
 }
 
 // Nothing is shown where nothing was done.
-void ChoosePort(Station& station, SettingsDevices&) {
+void Settings::ChoosePort(Station& station, SettingsDevices&) {
   SettingsScreen& screen = station.settings;
-  std::string told = PortCom_Click(station, screen.PortCom, screen.Setting);
+  std::string told = Settings::PortCom_Click(station, screen.PortCom, screen.Setting);
   if (!told.empty()) screen.InfoERR = std::move(told);
 }
 
-void ChooseJoystick(Station& station, SettingsDevices&) {
+void Settings::ChooseJoystick(Station& station, SettingsDevices&) {
   const bool answers = UseJoystick(station, station.settings.ComboJoystiquePort);
   station.settings.LblJoystique = answers ? "Yes" : "No";
 }
 
-void ChooseAirOutput(Station& station, SettingsDevices& devices) {
+void Settings::ChooseAirOutput(Station& station, SettingsDevices& devices) {
   ChooseOutput(station, "PlayCombo", [&] {
     if (station.Sound().State() == OutputState::kStarted) return;
     devices.SelectOutput(station.settings.PlayCombo);
@@ -141,7 +141,7 @@ void ChooseAirOutput(Station& station, SettingsDevices& devices) {
   });
 }
 
-void ChoosePrelistenOutput(Station& station, SettingsDevices& devices) {
+void Settings::ChoosePrelistenOutput(Station& station, SettingsDevices& devices) {
   ChooseOutput(station, "PlayPréecoute", [&] {
     if (!devices.PrelistenClosed()) return;
     devices.SelectPrelisten(station.settings.PlayPreecoute);
@@ -149,11 +149,11 @@ void ChoosePrelistenOutput(Station& station, SettingsDevices& devices) {
   });
 }
 
-void PaintCounters(Station& station, SettingsDevices&) {
+void Settings::PaintCounters(Station& station, SettingsDevices&) {
   station.notices.counterColour = static_cast<uint32_t>(station.settings.PictureColor);
 }
 
-void StoreXRapport(Station& station, SettingsDevices&) {
+void Settings::StoreXRapport(Station& station, SettingsDevices&) {
   try {
     station.platform.localValues.Set("XRapport",
                                      std::to_string(ValInt(station.settings.SpinRapportDiff)));
@@ -162,24 +162,26 @@ void StoreXRapport(Station& station, SettingsDevices&) {
   }
 }
 
-std::optional<std::string> BuffersOfThisSize(const SettingsScreen& screen, std::string_view bytes) {
+std::optional<std::string> Settings::BuffersOfThisSize(const SettingsScreen& screen,
+                                                       std::string_view bytes) {
   return WhyTooFar(ValInt(bytes), ValInt(screen.NbrBuffers));
 }
 
-std::optional<std::string> ThatManyBuffers(const SettingsScreen& screen, std::string_view buffers) {
+std::optional<std::string> Settings::ThatManyBuffers(const SettingsScreen& screen,
+                                                     std::string_view buffers) {
   return WhyTooFar(ValInt(screen.Buffers), ValInt(buffers));
 }
 
-void TakeImpulsion(Station& station) {
+void Settings::TakeLongestImpulse(Station& station) {
   station.engine.TempsMaxiImPulsion = ValInt(station.settings.SpinImpulsion);
 }
 
-void WriteLangue(Station& station) {
+void Settings::WriteLanguage(Station& station) {
   WriteSideFileDurably(station.platform.stationFolder, "Langue.Txt",
                        std::to_string(station.settings.Langue) + "\r\n");
 }
 
-void ChooseJourSemaine(Station& station, int day) {
+void Settings::ChooseWeekday(Station& station, int day) {
   constexpr int kDaysOfWeek = 7;
   if (day < 0 || day >= kDaysOfWeek) return;
   const Folder& folder = station.platform.stationFolder;
@@ -194,42 +196,43 @@ void ChooseJourSemaine(Station& station, int day) {
   LoadSaveTopage(station, "Load", day, false);
 }
 
-std::vector<std::string>& TimesOf(Station& station, TimeList list) {
+std::vector<std::string>& Settings::TimesOf(Station& station, Settings::TimeList list) {
   SettingsScreen& screen = station.settings;
-  if (list == TimeList::kComboHeure) return screen.ComboHeure;
-  return list == TimeList::kHeureArretSystem ? screen.HeureArretSystem : screen.Topage;
+  if (list == Settings::TimeList::kComboHeure) return screen.ComboHeure;
+  return list == Settings::TimeList::kHeureArretSystem ? screen.HeureArretSystem : screen.Topage;
 }
 
-std::optional<std::string> EnterTime(Station& station, TimeList list, std::string_view typed) {
+std::optional<std::string> Settings::EnterTime(Station& station, Settings::TimeList list,
+                                               std::string_view typed) {
   const std::string time = TimeTyped(typed, list);
   if (time.empty()) return NoTime(ListName(list), typed);
   const SettingsScreen& screen = station.settings;
-  const bool held = list == TimeList::kTopage ? screen.topageHeld : screen.timesHeld;
+  const bool held = list == Settings::TimeList::kTopage ? screen.topageHeld : screen.timesHeld;
   if (!held) return Unread(ListName(list));
-  TimesOf(station, list).push_back(time);
+  Settings::TimesOf(station, list).push_back(time);
   return std::nullopt;
 }
 
-void DeleteTime(Station& station, TimeList list, size_t selected) {
-  std::vector<std::string>& times = TimesOf(station, list);
+void Settings::DeleteTime(Station& station, Settings::TimeList list, size_t selected) {
+  std::vector<std::string>& times = Settings::TimesOf(station, list);
   if (selected < times.size()) times.erase(times.begin() + static_cast<std::ptrdiff_t>(selected));
 }
 
-std::optional<std::string> BtnAjouter(Station& station, std::string_view ChEdit) {
-  return EnterTime(station, TimeList::kTopage, ChEdit);
+std::optional<std::string> Settings::BtnAjouter_Click(Station& station, std::string_view ChEdit) {
+  return Settings::EnterTime(station, Settings::TimeList::kTopage, ChEdit);
 }
 
-std::optional<std::string> EnterChEdit(Station& station, std::string_view ChEdit) {
-  if (station.settings.Topage.size() >= kMostTopage) return std::nullopt;
-  return BtnAjouter(station, ChEdit);
+std::optional<std::string> Settings::ChEdit_KeyEnter(Station& station, std::string_view ChEdit) {
+  if (station.settings.Topage.size() >= Settings::kMostTopage) return std::nullopt;
+  return Settings::BtnAjouter_Click(station, ChEdit);
 }
 
-void BtnSaveTopage(Station& station) {
+void Settings::BtnSaveTopage_Click(Station& station) {
   if (station.settings.topageHeld)
     LoadSaveTopage(station, "Save", station.settings.JourSemaine, false);
 }
 
-std::optional<std::string> BtnInti(Station& station) {
+std::optional<std::string> Settings::BtnInti_Click(Station& station) {
   SettingsScreen& screen = station.settings;
   std::vector<int> minutes;
   if (auto why = ReadBoxes(screen, minutes)) return why;
@@ -241,7 +244,7 @@ std::optional<std::string> BtnInti(Station& station) {
   return std::nullopt;
 }
 
-std::optional<std::string> EnterChFiltre(Station& station, std::string_view typed) {
+std::optional<std::string> Settings::ChFiltre_KeyEnter(Station& station, std::string_view typed) {
   SettingsScreen& screen = station.settings;
   const std::string time = Trim(typed);
   if (!time.empty() && !IsClockTime(time)) return NoTime("ChFiltre", typed);
@@ -252,14 +255,14 @@ std::optional<std::string> EnterChFiltre(Station& station, std::string_view type
   return std::nullopt;
 }
 
-void BtnIndex(Station& station) {
+void Settings::BtnIndex_Click(Station& station) {
   const Answer answer = station.platform.messages.Show(
       "Alerte", "Vous devez être tout seul sur la base pour\r\néxecuter cette opération",
       Buttons::kOkCancel, Icon::kStop);
-  if (answer == Answer::kOk) CompactageTriskin(station);
+  if (answer == Answer::kOk) CompactStationBase(station);
 }
 
-void BtnRech(Station& station) {
+void Settings::BtnRech_Click(Station& station) {
   try {
     // A list that cannot be read would lose its genres by being saved.
     ReadSideFile(station.platform.stationFolder, station.files.Genre);

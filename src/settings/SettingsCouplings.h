@@ -16,12 +16,14 @@ class SettingsDevices;
 struct SettingsScreen;
 struct Station;
 
+namespace Settings {
+
 inline constexpr size_t kMostTopage = 96;  // four an hour: what BtnInti can make
 
 // --- what follows the operator's hand on a control ---
-void TickedInstrumental(Station& station, SettingsDevices&);  // clears CheckPubToph
-void TickedPubToph(Station& station,
-                   SettingsDevices&);  // clears CheckInstrumental, moves SpinOptimise
+void CheckInstrumental_Click(Station& station, SettingsDevices&);  // clears CheckPubToph
+void CheckPubToph_Click(Station& station,
+                        SettingsDevices&);  // clears CheckInstrumental, moves SpinOptimise
 void ChoosePort(Station& station, SettingsDevices&);
 void ChooseJoystick(Station& station, SettingsDevices&);
 void ChooseAirOutput(Station& station, SettingsDevices& devices);
@@ -35,11 +37,11 @@ std::optional<std::string> BuffersOfThisSize(const SettingsScreen& screen, std::
 std::optional<std::string> ThatManyBuffers(const SettingsScreen& screen, std::string_view buffers);
 
 // --- a control that was stored ---
-void TakeImpulsion(Station& station);  // the running engine's longest impulse
-void WriteLangue(Station& station);    // "Langue.Txt"; throws FileError
+void TakeLongestImpulse(Station& station);  // the running engine's longest impulse
+void WriteLanguage(Station& station);       // "Langue.Txt"; throws FileError
 
 // A weekday is chosen, 0 for Monday: its start and stop times and its marker times.
-void ChooseJourSemaine(Station& station, int day);
+void ChooseWeekday(Station& station, int day);
 
 // --- ComboHeure, HeureArretSystem and Topage: a key in the list `times` of the screen ---
 enum class TimeList { kComboHeure, kHeureArretSystem, kTopage };
@@ -49,26 +51,28 @@ std::optional<std::string> EnterTime(Station& station, TimeList list, std::strin
 void DeleteTime(Station& station, TimeList list, size_t selected);
 
 // --- Topage ---
-std::optional<std::string> BtnAjouter(Station& station, std::string_view ChEdit);
+std::optional<std::string> BtnAjouter_Click(Station& station, std::string_view ChEdit);
 // Enter in ChEdit: as BtnAjouter while the list has room, else nothing.
-std::optional<std::string> EnterChEdit(Station& station, std::string_view ChEdit);
+std::optional<std::string> ChEdit_KeyEnter(Station& station, std::string_view ChEdit);
 // The marker times of the chosen weekday go to their file at once.
-void BtnSaveTopage(Station& station);
+void BtnSaveTopage_Click(Station& station);
 // Topage anew: every hour with every box of ChDecoupe that is not empty. A box that is no minute is
 // refused, and the list stays.
-std::optional<std::string> BtnInti(Station& station);
+std::optional<std::string> BtnInti_Click(Station& station);
 
 // --- Filtre ---
 // Enter in ChFiltre: its text, a time or nothing, into the selected cell.
-std::optional<std::string> EnterChFiltre(Station& station, std::string_view typed);
+std::optional<std::string> ChFiltre_KeyEnter(Station& station, std::string_view typed);
 
 // --- the base ---
 // Asks, and on OK repairs and compacts the base; the monthly compaction stays due as it was. The
 // only one that takes place while the engine runs.
-void BtnIndex(Station& station);
+void BtnIndex_Click(Station& station);
 
 // --- genres ---
 // The genres of the library that the list lacks join it; tells how many.
-void BtnRech(Station& station);
+void BtnRech_Click(Station& station);
+
+}  // namespace Settings
 
 }  // namespace zemo

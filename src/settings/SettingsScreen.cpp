@@ -115,7 +115,7 @@ void LoadDays(Station& station) {
   int64_t langue = 0;
   Guarded(station, "SettingsLoad", [&] { langue = station.base.CnfInt(Cnf::kLangue); });
   station.settings.JourSemaineNames = DayNames(langue);
-  ChooseJourSemaine(station, JourSemaineCourant(station.Now()) - 1);
+  Settings::ChooseWeekday(station, CurrentWeekday(station.Now()) - 1);
 }
 
 // The screen has its own copy: the fitting reads the file anew into the engine's.

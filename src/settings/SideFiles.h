@@ -34,7 +34,7 @@ bool LoadSavePlay(Station& station, std::string_view action);
 void LoadSaveAudio(Station& station, std::string_view action);
 // "ZemoPasseWord.Ini": lists.Locked and lists.Password. Load puts the password in `password` as
 // well. Save takes it from there: the empty text unlocks, any other locks.
-void LSPasseWord(Station& station, std::string_view action, std::string& password);
+void LoadSavePassword(Station& station, std::string_view action, std::string& password);
 // True when nothing is locked, or when `typed` is the password.
 bool LockOpensWith(const Station& station, std::string_view typed);
 
@@ -57,7 +57,7 @@ void LoadSaveExclusion(Station& station, std::string_view action);
 // "Instrumental.Txt": lists.Instru; every hour is one without a file.
 void LoadSaveInstrumental(Station& station, std::string_view action);
 // "LectureBase.Txt": lists.LectureBase, 0 without a file, which is then made with its explanation.
-void LoadLectureBase(Station& station);
+void LoadReadSettingsOfBase(Station& station);
 // "Internet.Txt": lists.Internet, the web page's path, the first marker, the separator of artist
 // and title, and the second marker. Without it, or without the page, lists.Internet.on is false.
 void LoadFileRealAudio(Station& station);

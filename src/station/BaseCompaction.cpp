@@ -76,7 +76,7 @@ void RepairAndCompact(Station& station) {
   station.events.Base("compacted");
 }
 
-bool CompactageTriskin(Station& station) {
+bool CompactStationBase(Station& station) {
   try {
     RepairAndCompact(station);
     return true;
@@ -94,15 +94,15 @@ void CompactOnceAMonth(Station& station) {
   if (last.size() >= kMonthAt + kMonthSize &&
       last.substr(kMonthAt, kMonthSize) == today.substr(kMonthAt, kMonthSize))
     return;
-  if (!CompactageTriskin(station)) return;
+  if (!CompactStationBase(station)) return;
   try {
-    KeepLastCompactage(station);
+    KeepLastCompaction(station);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine);
   }
 }
 
-void KeepLastCompactage(Station& station) {
+void KeepLastCompaction(Station& station) {
   const LocalDateTime now = station.Now();
   station.platform.localValues.Set(kLastCompactage, DateText(now) + " " + TimeText(now));
 }

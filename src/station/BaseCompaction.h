@@ -11,11 +11,11 @@ struct Station;
 void RepairAndCompact(Station& station);
 
 // The same with its fault logged. True when the base was compacted.
-bool CompactageTriskin(Station& station);
+bool CompactStationBase(Station& station);
 
 // At start: when the month of the last compaction is not today's. The moment is kept as
 // LastCompactage once it is done.
 void CompactOnceAMonth(Station& station);
-void KeepLastCompactage(Station& station);  // now; throws FileError
+void KeepLastCompaction(Station& station);  // now; throws FileError
 
 }  // namespace zemo

@@ -43,7 +43,8 @@ struct EngineState {
   int NextChannel = 0;
   Flag<int32_t> CodeEnCours{"CodeEnCours", 0, observer};  // code of the element on air; PlayWave
   Flag<float> MixPointMs{"MixPointMs", 0, observer};      // exit distance, ms before the end
-  Flag<float> BufferOffsetSec{"BufferOffsetSec", 0, observer};  // audible delay; CalculOffset
+  Flag<float> BufferOffsetSec{"BufferOffsetSec", 0,
+                              observer};  // audible delay; ComputeBufferOffset
   int32_t ElementLengthMs = 0;
   int32_t ElementPositionMs = 0;
   int32_t RemainingMs = 0;

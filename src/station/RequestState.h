@@ -74,7 +74,7 @@ struct RequestState {
   std::vector<std::string> ECArtisteCapitals;  // the same lines in capitals
   int16_t DecalDiffCourant = 0;                // Cnf DecalDiff as the request read it
   int32_t DernierCodeRapport = 0;  // highest CODE of Rapport; keeps its value when that is empty
-  int32_t MinutesRequete = 0;      // length of the request; HeureCourante puts 60 here
+  int32_t MinutesRequete = 0;      // length of the request; CurrentHour puts 60 here
   // The last request's walk through the library, by the clock; a simulated one takes no time.
   // Writer: RequestFrame.
   int64_t lastWalkMs = 0;

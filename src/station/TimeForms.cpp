@@ -165,7 +165,7 @@ bool ValidDate(int year, int month, int day) {
          day <= DaysInMonth(year, month);
 }
 
-int JourSemaineCourant(const LocalDateTime& today) {
+int CurrentWeekday(const LocalDateTime& today) {
   const bool winter = today.month < 3;
   const int m = winter ? today.month + 13 : today.month + 1;
   const int y = winter ? today.year - 1901 : today.year - 1900;

@@ -45,6 +45,6 @@ bool IsDayTime(std::string_view text, bool stop);
 
 // 1 for Monday to 7 for Sunday, by the system's own date arithmetic, which agrees with the calendar
 // from 1 March 1900 to 28 February 2100.
-int JourSemaineCourant(const LocalDateTime& today);
+int CurrentWeekday(const LocalDateTime& today);
 
 }  // namespace zemo

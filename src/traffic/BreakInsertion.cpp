@@ -71,7 +71,7 @@ int PutJingle(Station& station, Cnf::Field setting, const char* text, int positi
 int PutElement(Station& station, const GridBreak::Part& part, int position,
                const BlockStyle& style) {
   // The title first: what is put in last at a place stands first there.
-  const int titles = style.titles && SearchPubAssocie(station, part.file, position) ? 1 : 0;
+  const int titles = style.titles && InsertTitleOfSpot(station, part.file, position) ? 1 : 0;
   const char* kind = style.code == Element::kSpot ? "Pub" : "Rubrique";
   OnAirElement element = BlockRow(station, part.advertiser, kind, style.code, part.file);
   if (style.exitPoints) element.exitMs = station.base.CnfInt(Cnf::kPmixPubs);
@@ -124,7 +124,7 @@ void InsertAtHead(Station& station, int gridRow, const char* routine, const Bloc
 
 }  // namespace
 
-void AjoutPubPlaylist(Station& station, int gridRow) {
+void InsertSpotBreak(Station& station, int gridRow) {
   constexpr const char* kRoutine = "AjoutPubPlaylist";
   const MainTimerHold hold(station);
   try {
@@ -136,7 +136,7 @@ void AjoutPubPlaylist(Station& station, int gridRow) {
   RefreshPlanTimes(station);
 }
 
-void AjoutRubriquePlaylist(Station& station, int gridRow) {
+void InsertNewsBreak(Station& station, int gridRow) {
   constexpr const char* kRoutine = "AjoutRubriquePlaylist";
   const MainTimerHold hold(station);
   try {
@@ -148,7 +148,7 @@ void AjoutRubriquePlaylist(Station& station, int gridRow) {
   RefreshPlanTimes(station);
 }
 
-void InsertPubPlaylist(Station& station, int gridRow, int selectedRow) {
+void InsertBreakAtRow(Station& station, int gridRow, int selectedRow) {
   constexpr const char* kRoutine = "InsertPubPlaylist";
   try {
     const GridBreak wanted = ReadBreak(station.GPubJour, gridRow);
@@ -163,7 +163,7 @@ void InsertPubPlaylist(Station& station, int gridRow, int selectedRow) {
   RefreshPlanTimes(station);
 }
 
-void AjoutPubRubFinHeure(Station& station, int gridRow, int position, const std::string& word) {
+void InsertBreakForFitting(Station& station, int gridRow, int position, const std::string& word) {
   try {
     const bool spots = word == "PUBS";
     InsertBlock(
@@ -175,7 +175,7 @@ void AjoutPubRubFinHeure(Station& station, int gridRow, int position, const std:
   }
 }
 
-void CalculJinglePubs(Station& station, double& seconds, int gridRow) {
+void ComputeBreakAirTime(Station& station, double& seconds, int gridRow) {
   StationBase& base = station.base;
   try {
     for (const Cnf::Field setting : {Cnf::kJingleApresPubs, Cnf::kJingleAvantPubs}) {
@@ -192,7 +192,7 @@ void CalculJinglePubs(Station& station, double& seconds, int gridRow) {
   }
 }
 
-void FindInfoPubRub(Station& station) {
+void TellBreakElement(Station& station) {
   if (station.engine.ReportsDisabled || station.PL.Empty()) return;
   try {
     WriteSideFile(station.platform.stationFolder, station.files.ArtisteTitre,

@@ -24,7 +24,7 @@ namespace {
 constexpr const char* kNoDate = "- - / - - / - -";
 constexpr int kHighestPriority = 300, kPriorityStep = 10;
 
-std::unique_ptr<Recordset> Campaigns(Station& station) {
+std::unique_ptr<Recordset> OpenCampaigns(Station& station) {
   return station.base.Table("GrillePub");
 }
 
@@ -41,7 +41,7 @@ int WalkToShown(Recordset& table, const CampaignEditor& editor) {
 }
 
 void ShowPosition(Station& station, CampaignEditor& editor) {
-  const int position = WalkToShown(*Campaigns(station), editor);
+  const int position = WalkToShown(*OpenCampaigns(station), editor);
   editor.LblInfoPub =
       std::to_string(position) + " /" + std::to_string(station.base.CountRecords("GrillePub"));
 }
@@ -61,7 +61,7 @@ void EmptyFields(CampaignEditor& editor) {
 // What the screen shows when no record is left.
 void ShowNone(Station& station, CampaignEditor& editor) {
   EmptyFields(editor);
-  LoadSaveDecoupe(station, "Load", editor);
+  LoadSaveMarks(station, "Load", editor);
   editor.BtnNewEnabled = true;
   editor.BtnAjouterEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = false;
   editor.LblInfoPub = "0 /0";
@@ -71,11 +71,11 @@ void ShowNone(Station& station, CampaignEditor& editor) {
 template <typename Move>
 void Page(Station& station, CampaignEditor& editor, const char* routine, const Move& move) {
   try {
-    const auto table = Campaigns(station);
+    const auto table = OpenCampaigns(station);
     const int position = WalkToShown(*table, editor);
     move(*table, position);
     if (table->Eof() || table->Bof()) return ShowNone(station, editor);
-    LoadFichePub(station, *table, editor);
+    Campaigns::ShowRecord(station, *table, editor);
     ShowPosition(station, editor);
   } catch (const std::exception&) {
     LogCurrentException(station, routine);
@@ -85,7 +85,7 @@ void Page(Station& station, CampaignEditor& editor, const char* routine, const M
 // The grid file and the program file. False when one could not be written, which is logged.
 bool WriteFiles(Station& station, CampaignEditor& editor) {
   try {
-    if (!LSGrillePub(station, editor, "Save", editor.FILENAMEGRILLE)) return false;
+    if (!LoadSaveCampaignGrid(station, editor, "Save", editor.FILENAMEGRILLE)) return false;
     CampaignFile(CampaignFilePath(editor.FichierAudio, "prg"))
         .Write(station, CampaignProgram(editor));
     return true;
@@ -109,8 +109,8 @@ bool ReplaceChampsPubs(Station& station, CampaignEditor& editor, Recordset& row)
 
 bool SaveRecord(Station& station, CampaignEditor& editor, Recordset& row) {
   const bool filesWritten = ReplaceChampsPubs(station, editor, row);
-  if (station.engine.PCProduction) WriteMajGrillePub(station);
-  if (filesWritten) BtnDebut(station, editor);
+  if (station.engine.PCProduction) WriteGridSignal(station);
+  if (filesWritten) Campaigns::BtnDebut_Click(station, editor);
   return filesWritten;
 }
 
@@ -143,20 +143,20 @@ void FillLists(Station& station, CampaignEditor& editor) {
 
 }  // namespace
 
-void MnuHPubs(Station& station, CampaignEditor& editor) {
+void Campaigns::MnuHPubs_Click(Station& station, CampaignEditor& editor) {
   station.engine.OverlayKey.clear();
-  LoadSaveDecoupe(station, "Load", editor);
+  LoadSaveMarks(station, "Load", editor);
   FillLists(station, editor);
   editor.PLPubVisible = false;
-  BtnFin(station, editor);
+  Campaigns::BtnFin_Click(station, editor);
 }
 
-void CloseCampaigns(Station& station, CampaignEditor& editor) {
-  LoadSaveDecoupe(station, "Save", editor);
-  MakePubduJour(station);
+void Campaigns::Form_Unload(Station& station, CampaignEditor& editor) {
+  LoadSaveMarks(station, "Save", editor);
+  ComposeTodaysGrid(station);
 }
 
-void LoadFichePub(Station& station, const Recordset& grillePub, CampaignEditor& editor) {
+void Campaigns::ShowRecord(Station& station, const Recordset& grillePub, CampaignEditor& editor) {
   try {
     LoadCampaign(station, grillePub, editor);
     editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
@@ -167,23 +167,23 @@ void LoadFichePub(Station& station, const Recordset& grillePub, CampaignEditor& 
   }
 }
 
-void BtnNew(Station& station, CampaignEditor& editor) {
+void Campaigns::BtnNew_Click(Station& station, CampaignEditor& editor) {
   EmptyFields(editor);
   editor.PLPubVisible = false;
   editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = false;
   editor.BtnAjouterEnabled = true;
-  LoadSaveDecoupe(station, "Load", editor);
+  LoadSaveMarks(station, "Load", editor);
 }
 
-bool BtnAjouter(Station& station, CampaignEditor& editor) {
+bool Campaigns::BtnAjouter_Click(Station& station, CampaignEditor& editor) {
   if (!editor.BtnAjouterEnabled) return false;
   try {
     if (!HasSoundFile(station, editor)) {
       ShowAlert(station, NoSoundFileText(station));
       return false;
     }
-    if (RefuseWrongMark(station, editor)) return false;
-    const auto row = Campaigns(station);
+    if (Campaigns::RefuseWrongMark(station, editor)) return false;
+    const auto row = OpenCampaigns(station);
     row->AddNew();
     return SaveRecord(station, editor, *row);
   } catch (const std::exception&) {
@@ -192,17 +192,17 @@ bool BtnAjouter(Station& station, CampaignEditor& editor) {
   }
 }
 
-bool BtnReplacer(Station& station, CampaignEditor& editor) {
+bool Campaigns::BtnReplacer_Click(Station& station, CampaignEditor& editor) {
   if (!editor.BtnReplacerEnabled) return false;
   try {
     if (!HasSoundFile(station, editor)) {
       ShowAlert(station, kNoSoundFile);
       return false;
     }
-    if (RefuseWrongMark(station, editor)) return false;
+    if (Campaigns::RefuseWrongMark(station, editor)) return false;
     const int32_t code = ValInt(editor.LblCode);
     if (code < 1) return false;
-    const auto row = Campaigns(station);
+    const auto row = OpenCampaigns(station);
     if (!SeekCode(*row, code)) {
       ShowAlert(station, kCannotSave);
       return false;
@@ -215,7 +215,7 @@ bool BtnReplacer(Station& station, CampaignEditor& editor) {
   }
 }
 
-bool BtnDelete(Station& station, CampaignEditor& editor) {
+bool Campaigns::BtnDelete_Click(Station& station, CampaignEditor& editor) {
   if (!editor.BtnDeleteEnabled) return false;
   try {
     if (station.base.CountRecords("GrillePub") == 0) {
@@ -225,14 +225,14 @@ bool BtnDelete(Station& station, CampaignEditor& editor) {
     const std::string question = kConfirmDelete + editor.ChAnnonceur;
     if (station.platform.messages.Show(kAlertTitle, question, Buttons::kOkCancel) != Answer::kOk)
       return false;
-    const auto table = Campaigns(station);
+    const auto table = OpenCampaigns(station);
     if (WalkToShown(*table, editor) == 0) return false;
     const std::string gridPath = table->Text("FILENAMEGRILLE");
     const CampaignFile gridFile(gridPath);
     if (gridFile.Exists(station) && OwnsGridFile(station, table->Int("CODE"), gridPath))
       gridFile.Remove(station);
     table->Delete();
-    BtnDebut(station, editor);
+    Campaigns::BtnDebut_Click(station, editor);
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnDelete", editor.ChAnnonceur);
@@ -240,15 +240,15 @@ bool BtnDelete(Station& station, CampaignEditor& editor) {
   }
 }
 
-void BtnDebut(Station& station, CampaignEditor& editor) {
+void Campaigns::BtnDebut_Click(Station& station, CampaignEditor& editor) {
   Page(station, editor, "BtnDebut", [](Recordset& table, int) { table.MoveFirst(); });
 }
 
-void BtnFin(Station& station, CampaignEditor& editor) {
+void Campaigns::BtnFin_Click(Station& station, CampaignEditor& editor) {
   Page(station, editor, "BtnFin", [](Recordset& table, int) { table.MoveLast(); });
 }
 
-void BtnPlus(Station& station, CampaignEditor& editor) {
+void Campaigns::BtnPlus_Click(Station& station, CampaignEditor& editor) {
   Page(station, editor, "BtnPlus", [](Recordset& table, int position) {
     if (position == 0) return table.MoveFirst();
     table.MoveNext();
@@ -256,14 +256,14 @@ void BtnPlus(Station& station, CampaignEditor& editor) {
   });
 }
 
-void BtnMoins(Station& station, CampaignEditor& editor) {
+void Campaigns::BtnMoins_Click(Station& station, CampaignEditor& editor) {
   Page(station, editor, "BtnMoins", [](Recordset& table, int position) {
     if (position <= 1) return table.MoveFirst();
     table.MovePrevious();
   });
 }
 
-void BtnRecherhe(Station& station, CampaignEditor& editor) {
+void Campaigns::BtnRecherhe_Click(Station& station, CampaignEditor& editor) {
   try {
     editor.PLPub.clear();
     const auto rows = station.base.Db().OpenRecordset("SELECT * FROM GrillePub ORDER BY ANNONCEUR");
@@ -281,7 +281,7 @@ void BtnRecherhe(Station& station, CampaignEditor& editor) {
   }
 }
 
-void SortPLPub(CampaignEditor& editor, int column) {
+void Campaigns::PLPub_ColumnClick(CampaignEditor& editor, int column) {
   const auto key = [column](const CampaignEditor::OverviewLine& line) {
     const auto item = static_cast<size_t>(column - 1);
     return UpperLatin(item < line.subItems.size() ? line.subItems[item] : line.text);
@@ -290,19 +290,19 @@ void SortPLPub(CampaignEditor& editor, int column) {
                    [&](const auto& a, const auto& b) { return key(a) < key(b); });
 }
 
-void ChoosePLPub(Station& station, CampaignEditor& editor, size_t line) {
+void Campaigns::PLPub_DblClick(Station& station, CampaignEditor& editor, size_t line) {
   if (line >= editor.PLPub.size()) return;
   editor.fromOverview = true;
-  LoadFicheOfCode(station, editor, ValInt(editor.PLPub[line].subItems[4]));
+  Campaigns::ShowRecordOfCode(station, editor, ValInt(editor.PLPub[line].subItems[4]));
   editor.fromOverview = false;
 }
 
-bool LoadFicheOfCode(Station& station, CampaignEditor& editor, int64_t code) {
+bool Campaigns::ShowRecordOfCode(Station& station, CampaignEditor& editor, int64_t code) {
   try {
-    const auto table = Campaigns(station);
+    const auto table = OpenCampaigns(station);
     const bool found = SeekCode(*table, code);
     if (found) {
-      LoadFichePub(station, *table, editor);
+      Campaigns::ShowRecord(station, *table, editor);
       ShowPosition(station, editor);
     }
     return found;

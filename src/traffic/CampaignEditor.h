@@ -15,7 +15,7 @@ namespace zemo {
 class Recordset;
 
 // Thread: the logic's. Owner: the screen, a command or a test. Writers: its owner (what was typed)
-// and the routines below. None of them throws; faults are logged under the routine's name.
+// and the routines below. None of them throws; faults are logged under the control's name.
 struct CampaignEditor : CampaignForm {
   bool BtnNewEnabled = true;
   bool BtnAjouterEnabled = false, BtnReplacerEnabled = false, BtnDeleteEnabled = false;
@@ -34,49 +34,53 @@ struct CampaignEditor : CampaignForm {
   bool fromOverview = false;  // a record is being loaded from PLPub: GPub ignores the mouse
 };
 
+namespace Campaigns {
+
 // --- opening and closing ---
 // Opens on the last record in order of passage. The editor may be opened again and again.
-void MnuHPubs(Station& station, CampaignEditor& editor);
+void MnuHPubs_Click(Station& station, CampaignEditor& editor);
 // Keeps hours and marks as the template of the next campaign and composes the day's grid, so that
 // every change is on air from now on.
-void CloseCampaigns(Station& station, CampaignEditor& editor);
+void Form_Unload(Station& station, CampaignEditor& editor);
 
 // --- records; all page in order of passage ---
 // The row on which that cursor of GrillePub stands.
-void LoadFichePub(Station& station, const Recordset& grillePub, CampaignEditor& editor);
-void BtnNew(Station& station, CampaignEditor& editor);
+void ShowRecord(Station& station, const Recordset& grillePub, CampaignEditor& editor);
+void BtnNew_Click(Station& station, CampaignEditor& editor);
 // The three give true when the table was changed; after an alert or a fault it stays as it was. A
 // record whose files cannot be written stays on the screen, to be saved again.
-bool BtnAjouter(Station& station, CampaignEditor& editor);
-bool BtnReplacer(Station& station, CampaignEditor& editor);
-bool BtnDelete(Station& station, CampaignEditor& editor);
-void BtnDebut(Station& station, CampaignEditor& editor);
-void BtnFin(Station& station, CampaignEditor& editor);
-void BtnPlus(Station& station, CampaignEditor& editor);
-void BtnMoins(Station& station, CampaignEditor& editor);
+bool BtnAjouter_Click(Station& station, CampaignEditor& editor);
+bool BtnReplacer_Click(Station& station, CampaignEditor& editor);
+bool BtnDelete_Click(Station& station, CampaignEditor& editor);
+void BtnDebut_Click(Station& station, CampaignEditor& editor);
+void BtnFin_Click(Station& station, CampaignEditor& editor);
+void BtnPlus_Click(Station& station, CampaignEditor& editor);
+void BtnMoins_Click(Station& station, CampaignEditor& editor);
 
 // --- overview ---
-void BtnRecherhe(Station& station, CampaignEditor& editor);
-void SortPLPub(CampaignEditor& editor, int column);  // 0 the text, 1 to 6 the sub-items
-void ChoosePLPub(Station& station, CampaignEditor& editor, size_t line);
+void BtnRecherhe_Click(Station& station, CampaignEditor& editor);
+void PLPub_ColumnClick(CampaignEditor& editor, int column);  // 0 the text, 1 to 6 the sub-items
+void PLPub_DblClick(Station& station, CampaignEditor& editor, size_t line);
 // Loads the record of that CODE; false when there is none.
-bool LoadFicheOfCode(Station& station, CampaignEditor& editor, int64_t code);
+bool ShowRecordOfCode(Station& station, CampaignEditor& editor, int64_t code);
 
 // --- fields ---
 // An hour or a mark that no clock shows: true, which an alert tells.
 bool RefuseWrongMark(Station& station, const CampaignEditor& editor);
 // Takes over the sound file that the operator chose, of that length (ms, as the sound component
 // tells it). False when another campaign has it already, which an alert tells.
-bool CmdLoadFile(Station& station, CampaignEditor& editor, const std::string& path,
-                 int32_t lengthMs);
-void CategorieEnter(Station& station, CampaignEditor& editor);
-void CategorieDelete(Station& station, CampaignEditor& editor);
+bool CmdLoadFile_Click(Station& station, CampaignEditor& editor, const std::string& path,
+                       int32_t lengthMs);
+void Categorie_KeyEnter(Station& station, CampaignEditor& editor);
+void Categorie_KeyDelete(Station& station, CampaignEditor& editor);
 // The right button on LblDepartPub: a campaign without dates. This one and the next leave the grid
 // as it is where an hour or a mark is wrong.
-void LblDepartPubRightClick(Station& station, CampaignEditor& editor);
+void LblDepartPub_RightClick(Station& station, CampaignEditor& editor);
 // The day picked in the calendar, "dd/mm/yyyy"; mode 1 is the start, 2 the end, which also builds
 // the grid.
-void CalendarPick(Station& station, CampaignEditor& editor, int mode, const std::string& date);
-void ImgMemo(Station& station);  // the procedure, as a message
+void PickDay(Station& station, CampaignEditor& editor, int mode, const std::string& date);
+void ImgMemo_Click(Station& station);  // the procedure, as a message
+
+}  // namespace Campaigns
 
 }  // namespace zemo

@@ -34,19 +34,19 @@ bool Confirmed(Station& station, const std::string& question) {
 
 // Builds the grid, unless an hour or a mark that was typed is none.
 void BuildGrid(Station& station, CampaignEditor& editor) {
-  if (!RefuseWrongMark(station, editor)) CmdInitGrille(station, editor);
+  if (!Campaigns::RefuseWrongMark(station, editor)) BuildDatedGrid(station, editor);
 }
 
 }  // namespace
 
-bool RefuseWrongMark(Station& station, const CampaignEditor& editor) {
+bool Campaigns::RefuseWrongMark(Station& station, const CampaignEditor& editor) {
   const auto wrong = FindWrongMark(editor);
   if (wrong) ShowAlert(station, WrongMarkText(station, *wrong));
   return wrong.has_value();
 }
 
-bool CmdLoadFile(Station& station, CampaignEditor& editor, const std::string& path,
-                 int32_t lengthMs) {
+bool Campaigns::CmdLoadFile_Click(Station& station, CampaignEditor& editor, const std::string& path,
+                                  int32_t lengthMs) {
   try {
     if (const auto advertiser = AdvertiserWith(station, path)) {
       ShowAlert(station, kFileInUse + *advertiser);
@@ -63,7 +63,7 @@ bool CmdLoadFile(Station& station, CampaignEditor& editor, const std::string& pa
   }
 }
 
-void CategorieEnter(Station& station, CampaignEditor& editor) {
+void Campaigns::Categorie_KeyEnter(Station& station, CampaignEditor& editor) {
   try {
     if (!Confirmed(station, kAddCategory + std::string("\r\n") + editor.Categorie)) {
       editor.Categorie.clear();
@@ -76,7 +76,7 @@ void CategorieEnter(Station& station, CampaignEditor& editor) {
   }
 }
 
-void CategorieDelete(Station& station, CampaignEditor& editor) {
+void Campaigns::Categorie_KeyDelete(Station& station, CampaignEditor& editor) {
   try {
     if (!Confirmed(station, kDeleteCategory + editor.Categorie)) return;
     auto& list = editor.CategorieList;
@@ -88,7 +88,7 @@ void CategorieDelete(Station& station, CampaignEditor& editor) {
   }
 }
 
-void LblDepartPubRightClick(Station& station, CampaignEditor& editor) {
+void Campaigns::LblDepartPub_RightClick(Station& station, CampaignEditor& editor) {
   try {
     editor.LblDepartPub = editor.LblFinPub = kDailyCampaign;
     BuildGrid(station, editor);
@@ -97,7 +97,8 @@ void LblDepartPubRightClick(Station& station, CampaignEditor& editor) {
   }
 }
 
-void CalendarPick(Station& station, CampaignEditor& editor, int mode, const std::string& date) {
+void Campaigns::PickDay(Station& station, CampaignEditor& editor, int mode,
+                        const std::string& date) {
   try {
     if (mode == 1) editor.LblDepartPub = date;
     if (mode != 2) return;
@@ -108,7 +109,7 @@ void CalendarPick(Station& station, CampaignEditor& editor, int mode, const std:
   }
 }
 
-void ImgMemo(Station& station) {
+void Campaigns::ImgMemo_Click(Station& station) {
   try {
     station.platform.messages.Show(MemoTitle(station), MemoText(station), Buttons::kOk);
   } catch (const std::exception&) {

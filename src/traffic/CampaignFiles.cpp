@@ -16,7 +16,7 @@ namespace zemo {
 
 namespace {
 
-void TakeDecoupe(const std::vector<SideField>& fields, CampaignForm& form) {
+void TakeMarks(const std::vector<SideField>& fields, CampaignForm& form) {
   const auto take = [&](size_t at, std::string& to) {
     if (at < fields.size()) to = fields[at].text;
   };
@@ -119,24 +119,24 @@ std::string CampaignProgram(const CampaignForm& form) {
   return JoinLines(lines);
 }
 
-std::string DecoupeText(const CampaignForm& form) {
+std::string MarksText(const CampaignForm& form) {
   std::string text = QuotedField(form.HDepPub) + "," + QuotedField(form.HFinPub);
   for (const std::string& mark : form.DecoupagePub) text += "," + QuotedField(mark);
   return text + "\r\n";
 }
 
-void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form) {
+void LoadSaveMarks(Station& station, std::string_view action, CampaignForm& form) {
   Folder& folder = station.platform.stationFolder;
   try {
     if (IsSave(action)) {
       RequireDivision(station, form);
-      WriteSideFileDurably(folder, station.files.Decoupe, DecoupeText(form));
+      WriteSideFileDurably(folder, station.files.Decoupe, MarksText(form));
     }
     if (!IsLoad(action)) return;
     const auto text = ReadSideFile(folder, station.files.Decoupe);
     if (!text) return;
     CampaignForm taken = form;
-    TakeDecoupe(ReadFields(*text), taken);
+    TakeMarks(ReadFields(*text), taken);
     RequireDivision(station, taken);
     form = std::move(taken);
   } catch (const std::exception&) {
@@ -144,7 +144,7 @@ void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& fo
   }
 }
 
-void WriteMajGrillePub(Station& station) {
+void WriteGridSignal(Station& station) {
   WriteSideFileDurably(station.platform.stationFolder, station.files.MajGrillePub,
                        DateText(station.Now()) + "\r\n");
 }

@@ -46,15 +46,15 @@ class CampaignFile {
 // spot or "False", genre; a line each.
 std::string CampaignProgram(const CampaignForm& form);
 
-std::string DecoupeText(const CampaignForm& form);  // of "Decoupe.Ini"
+std::string MarksText(const CampaignForm& form);  // of "Decoupe.Ini"
 
 // "Decoupe.Ini": hours and marks of the form, the template of the next campaign. A missing file
 // leaves them, and one with an hour or a mark that no clock shows, which is a fault and is not
 // written either. Faults are logged.
-void LoadSaveDecoupe(Station& station, std::string_view action, CampaignForm& form);
+void LoadSaveMarks(Station& station, std::string_view action, CampaignForm& form);
 
 // "MajGrillePub.txt" with today's date: tells the machine on air to compose its grid again. Throws
 // FileError.
-void WriteMajGrillePub(Station& station);
+void WriteGridSignal(Station& station);
 
 }  // namespace zemo

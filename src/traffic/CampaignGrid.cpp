@@ -212,7 +212,7 @@ void BuildDated(CampaignForm& form, int64_t langue, const std::function<void()>&
   for (size_t i = 0; i < days.size(); ++i) {
     const Date& day = days[i];
     const int column = static_cast<int>(i) + kFirstDayColumn;
-    weekday = i == 0 ? JourSemaineCourant({day.year, day.month, day.day}) : weekday % kWeekDays + 1;
+    weekday = i == 0 ? CurrentWeekday({day.year, day.month, day.day}) : weekday % kWeekDays + 1;
     grid.SetCell(0, column, TwoDigits(day.month));
     grid.SetCell(1, column, TwoDigits(day.day));
     grid.SetCell(2, column, DayLetter(weekday));
@@ -257,11 +257,11 @@ void BuildCampaignGrid(CampaignForm& form, int64_t langue, const std::function<v
     BuildDated(form, langue, afterRow);
 }
 
-void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields) {
+void BuildDatedGrid(Station& station, CampaignForm& form, RowYields yields) {
   BuildCampaignGrid(form, station.base.CnfInt(Cnf::kLangue), AfterRow(station, yields));
 }
 
-void PubJournaliere(Station& station, CampaignForm& form, RowYields yields) {
+void BuildWeeklyGrid(Station& station, CampaignForm& form, RowYields yields) {
   BuildWeekly(form, station.base.CnfInt(Cnf::kLangue), AfterRow(station, yields));
 }
 
@@ -277,8 +277,8 @@ std::string GridFileText(const TextGrid& grid, const std::function<void()>& afte
   return JoinLines(lines);
 }
 
-bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
-                 const std::string& path, RowYields yields) {
+bool LoadSaveCampaignGrid(Station& station, CampaignForm& form, std::string_view action,
+                          const std::string& path, RowYields yields) {
   bool done = true;
   try {
     if (IsSave(action)) {
@@ -290,7 +290,7 @@ bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
     LogCurrentException(station, "LSGrillePub");
     done = false;
   }
-  form.LblTotalMsg = std::to_string(CalculNbJourActif(form));
+  form.LblTotalMsg = std::to_string(CountCrosses(form));
   return done;
 }
 
@@ -306,7 +306,7 @@ int CrossesInColumn(const TextGrid& grid, int column) {
   return crosses;
 }
 
-int CalculNbJourActif(const CampaignForm& form) {
+int CountCrosses(const CampaignForm& form) {
   int crosses = 0;
   for (int column = kFirstDayColumn; column < GridColumns(form.GPub); ++column)
     crosses += CrossesInColumn(form.GPub, column);
@@ -334,8 +334,8 @@ void ReadCampaignRecord(const Recordset& grillePub, CampaignForm& form) {
 }
 
 void LoadCampaignGrid(Station& station, CampaignForm& form, RowYields yields) {
-  CmdInitGrille(station, form, yields);
-  LSGrillePub(station, form, "Load", form.FILENAMEGRILLE, yields);
+  BuildDatedGrid(station, form, yields);
+  LoadSaveCampaignGrid(station, form, "Load", form.FILENAMEGRILLE, yields);
 }
 
 void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& form,
@@ -346,9 +346,9 @@ void LoadCampaign(Station& station, const Recordset& grillePub, CampaignForm& fo
 
 void LoadCampaignOrFail(Station& station, const Recordset& grillePub, CampaignForm& form) {
   ReadCampaignRecord(grillePub, form);
-  CmdInitGrille(station, form, RowYields::kNone);
+  BuildDatedGrid(station, form, RowYields::kNone);
   ReadGridFile(station, form, form.FILENAMEGRILLE, RowYields::kNone);
-  form.LblTotalMsg = std::to_string(CalculNbJourActif(form));
+  form.LblTotalMsg = std::to_string(CountCrosses(form));
 }
 
 void WriteCampaign(const CampaignForm& form, Recordset& grillePub) {
@@ -384,7 +384,7 @@ bool WorksOn(const std::string& campagneDepart, const std::string& campagneFin,
 }
 
 int ColumnOfDay(const CampaignForm& form, const LocalDateTime& day) {
-  if (form.LblDepartPub == kDailyCampaign) return JourSemaineCourant(day);
+  if (form.LblDepartPub == kDailyCampaign) return CurrentWeekday(day);
   const std::string monthAndDay = TwoDigits(day.month) + TwoDigits(day.day);
   for (int column = kFirstDayColumn; column < GridColumns(form.GPub); ++column)
     if (form.GPub.Cell(0, column) + form.GPub.Cell(1, column) == monthAndDay) return column;

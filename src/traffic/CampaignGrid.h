@@ -42,7 +42,7 @@ struct CampaignForm {
   // Why record and grid file do not make a grid; empty: they do, or the file is missing. A grid
   // that is too large has no moments then, and other lines stand as far as they pair with cells.
   std::string damage;
-  std::string LblTotalMsg;    // CalculNbJourActif
+  std::string LblTotalMsg;    // CountCrosses
   std::string LblTotalJours;  // "30 jours"
 };
 
@@ -69,24 +69,24 @@ inline constexpr int64_t kMostGridFileBytes = 1 << 20;
 // Hours of more than two digits, or marks too long for one, are damage and give no moments.
 // An end before the start or more than a year behind it gives 366 day columns; a start that is no
 // date gives none.
-void CmdInitGrille(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
+void BuildDatedGrid(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
 // The weekly grid, whatever the dates.
-void PubJournaliere(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
-// CmdInitGrille without a station, in the language `langue`; calls `afterRow` for each moment.
+void BuildWeeklyGrid(Station& station, CampaignForm& form, RowYields yields = RowYields::kEach);
+// BuildDatedGrid without a station, in the language `langue`; calls `afterRow` for each moment.
 void BuildCampaignGrid(CampaignForm& form, int64_t langue, const std::function<void()>& afterRow);
 
 // "Save" writes the crosses of GPub to the grid file, "Load" reads them; the case of the word does
 // not matter. The file holds no shape: a line a cell, row by row, "X" or nothing. A missing file
 // leaves the grid empty; one whose lines do not fit the grid, or which is too large to be one, is
 // damage. Sets LblTotalMsg. False when the file could not be read or written, which is logged.
-bool LSGrillePub(Station& station, CampaignForm& form, std::string_view action,
-                 const std::string& path, RowYields yields = RowYields::kEach);
+bool LoadSaveCampaignGrid(Station& station, CampaignForm& form, std::string_view action,
+                          const std::string& path, RowYields yields = RowYields::kEach);
 
 // What the grid file of these crosses holds.
 std::string GridFileText(const TextGrid& grid, const std::function<void()>& afterRow);
 
 // The crosses of the whole grid: messages, in spite of the name.
-int CalculNbJourActif(const CampaignForm& form);
+int CountCrosses(const CampaignForm& form);
 int CrossesInColumn(const TextGrid& grid, int column);
 
 // The current row of GrillePub with its grid: ReadCampaignRecord, LoadCampaignGrid. All

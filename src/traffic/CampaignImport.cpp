@@ -160,7 +160,7 @@ int32_t AddNewCampaigns(Station& station, const std::vector<CampaignLine>& lines
 
 }  // namespace
 
-void ImportPub(std::string_view line, int field, std::string& result) {
+void ImportedField(std::string_view line, int field, std::string& result) {
   result.clear();
   int tabs = 0;
   for (const char c : line) {
@@ -174,7 +174,7 @@ void ImportPub(std::string_view line, int field, std::string& result) {
   }
 }
 
-void ImportExportPubs(Station& station) {
+void ImportExportedCampaigns(Station& station) {
   Folder& folder = station.platform.stationFolder;
   const std::string& name = station.files.ExportPubs;
   if (folder.SizeBytes(name) > kMostTextBytes) {

@@ -10,7 +10,7 @@ struct Station;
 
 // Puts field number `field`, from 1, of a line of tab-separated fields in `result`. A field past
 // the last gives the last.
-void ImportPub(std::string_view line, int field, std::string& result);
+void ImportedField(std::string_view line, int field, std::string& result);
 
 // Takes the lines of "ExportPubs.Txt" into GrillePub, then empties cell (0,53) of GPubJour, so that
 // the grid is composed again while its breaks keep firing, and deletes the file. A line whose sound
@@ -20,6 +20,6 @@ void ImportPub(std::string_view line, int field, std::string& result);
 //
 // Yields over a long file; the lines then go in as one transaction. Throws FileError and
 // StoreError: no line is in then and the file stays for the next try, which adds no line twice.
-void ImportExportPubs(Station& station);
+void ImportExportedCampaigns(Station& station);
 
 }  // namespace zemo

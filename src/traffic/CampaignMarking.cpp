@@ -41,8 +41,8 @@ void Toggle(TextGrid& grid, GridPlace place) {
 
 }  // namespace
 
-void GPubMouseUp(Station& station, CampaignEditor& editor, MouseButton button, bool shift,
-                 bool control, GridPlace place) {
+void Campaigns::GPub_MouseUp(Station& station, CampaignEditor& editor, MouseButton button,
+                             bool shift, bool control, GridPlace place) {
   if (editor.fromOverview) return;
   try {
     if (!editor.BtnReplacerEnabled && !editor.BtnAjouterEnabled)
@@ -55,7 +55,7 @@ void GPubMouseUp(Station& station, CampaignEditor& editor, MouseButton button, b
       MarkColumn(grid, place.column, cross);
     else
       Toggle(grid, place);
-    editor.LblTotalMsg = std::to_string(CalculNbJourActif(editor));
+    editor.LblTotalMsg = std::to_string(CountCrosses(editor));
     if (IsDay(grid, place.column))
       grid.SetCell(0, place.column, std::to_string(CrossesInColumn(grid, place.column)));
   } catch (const std::exception&) {
@@ -63,11 +63,11 @@ void GPubMouseUp(Station& station, CampaignEditor& editor, MouseButton button, b
   }
 }
 
-void BtnCopyGrille(CampaignEditor& editor) {
+void Campaigns::BtnCopyGrille_Click(CampaignEditor& editor) {
   editor.GPubReference = editor.GPub;
 }
 
-void BtnCollerGrille(CampaignEditor& editor) {
+void Campaigns::BtnCollerGrille_Click(CampaignEditor& editor) {
   const TextGrid& copy = editor.GPubReference;
   TextGrid& grid = editor.GPub;
   const int rows = std::min(grid.RowCount(), copy.RowCount());
@@ -75,10 +75,10 @@ void BtnCollerGrille(CampaignEditor& editor) {
   for (int row = kFirstMomentRow; row < rows; ++row)
     for (int column = kFirstDayColumn; column < columns; ++column)
       grid.SetCell(row, column, copy.Cell(row, column));
-  editor.LblTotalMsg = std::to_string(CalculNbJourActif(editor));
+  editor.LblTotalMsg = std::to_string(CountCrosses(editor));
 }
 
-void BtnDecalY(CampaignEditor& editor) {
+void Campaigns::BtnDecalY_Click(CampaignEditor& editor) {
   TextGrid& grid = editor.GPub;
   const int last = grid.RowCount() - 1;
   if (last <= kFirstMomentRow) return;

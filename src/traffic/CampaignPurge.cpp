@@ -92,7 +92,7 @@ void DeleteEndedCampaigns(Station& station) {
 
 }  // namespace
 
-void SuppresionPub(Station& station) {
+void PurgeEndedCampaigns(Station& station) {
   auto& info = station.notices.progress;
   const bool shows = !info.visible;  // else a composition tells of itself there
   try {

@@ -60,7 +60,7 @@ std::vector<std::string> SheetLines(const CampaignForm& form) {
   return lines;
 }
 
-std::vector<std::string> BtnImprimer(Station& station, const CampaignForm& form) {
+std::vector<std::string> Campaigns::BtnImprimer_Click(Station& station, const CampaignForm& form) {
   std::vector<std::string> lines = SheetLines(form);
   try {
     if (!form.FichierAudio.empty())

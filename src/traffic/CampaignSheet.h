@@ -17,8 +17,12 @@ std::vector<std::string> SheetLines(const CampaignForm& form);
 
 std::vector<std::string> GridLines(const TextGrid& grid);  // the grid alone
 
+namespace Campaigns {
+
 // The lines to print, which also go into the "Xlt" file beside the sound file. A file that cannot
 // be written is logged; a campaign without a sound file has none.
-std::vector<std::string> BtnImprimer(Station& station, const CampaignForm& form);
+std::vector<std::string> BtnImprimer_Click(Station& station, const CampaignForm& form);
+
+}  // namespace Campaigns
 
 }  // namespace zemo

@@ -216,7 +216,7 @@ bool DateIsFalse(Station& station) {
 void Compose(Station& station) {
   station.base.CheckCnf();
   const bool purges = !DateIsFalse(station);
-  if (purges && station.base.CnfInt(Cnf::kSuppressionPub) == 1) SuppresionPub(station);
+  if (purges && station.base.CnfInt(Cnf::kSuppressionPub) == 1) PurgeEndedCampaigns(station);
   station.base.RequireTable("GrillePub");
   MarkComposing(station.GPubJour, DateKey(station.Now()));
   Composition c(station);
@@ -229,7 +229,7 @@ void Compose(Station& station) {
   station.base.RequireTable("GrillePub");  // it may have gone in a yield
   PutOnAir(c);
   station.events.Grid(station.GPubJour.RowCount() - 1, c.spots, c.news);
-  if (purges) PurgeRapport(station, station.base.CnfInt(Cnf::kPurgeRapport));
+  if (purges) PurgeReport(station, station.base.CnfInt(Cnf::kPurgeRapport));
 }
 
 // False when the former grid stands.
@@ -269,7 +269,7 @@ class Composing {
 
 }  // namespace
 
-bool MakeGrillePubGeneral(Station& station) {
+bool ComposeDayGrid(Station& station) {
   EngineState& engine = station.engine;
   engine.composeAgain = engine.composing;
   if (engine.composing) return false;
@@ -286,8 +286,8 @@ void BeginPreview(Station& station) {
   if (!DateIsFalse(station)) station.engine.clockBeforePreview = ClockOffsetDays(station);
 }
 
-void MakePubduJour(Station& station) {
-  MakeGrillePubGeneral(station);
+void ComposeTodaysGrid(Station& station) {
+  ComposeDayGrid(station);
 }
 
 }  // namespace zemo

@@ -18,13 +18,13 @@ struct Station;
 // cells. False after a fault, which is logged: a base that is locked, a grid file that cannot be
 // read, more than 401 moments. The grid of today that stood before stands on, without a stamp, so
 // that the tick tries again; that of another day leaves no rows. Thread: the logic's.
-bool MakeGrillePubGeneral(Station& station);
+bool ComposeDayGrid(Station& station);
 
 // Called before the machine's date is set for the preview of another day: until the date is back no
 // composition purges campaigns or report rows, which would be old by a false date.
 void BeginPreview(Station& station);
 
 // The menu's order: composes at once.
-void MakePubduJour(Station& station);
+void ComposeTodaysGrid(Station& station);
 
 }  // namespace zemo

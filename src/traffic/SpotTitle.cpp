@@ -36,7 +36,7 @@ std::optional<int64_t> FindTitle(Station& station, const std::string& genre) {
   const std::string today = MonthDay(now);
   std::optional<int64_t> found;
   BoundQuery asked{"Select CODE, MMJJDEBUT, MMJJFIN From Discotheque Where Genre Like ?", {genre}};
-  asked.Add(HourFilter(JourSemaineCourant(now), now.hour))
+  asked.Add(HourFilter(CurrentWeekday(now), now.hour))
       .Add(" AND NBPASSJOUR > 0 ORDER BY Lastdiff ASC;");
   station.base.Db().ReadRows(asked.text, asked.values, [&](const RowView& row) {
     if (found || !OpenToday(row.Text(1), row.Text(2), today)) return;
@@ -47,7 +47,7 @@ std::optional<int64_t> FindTitle(Station& station, const std::string& genre) {
 
 }  // namespace
 
-bool SearchPubAssocie(Station& station, const std::string& file, int position) {
+bool InsertTitleOfSpot(Station& station, const std::string& file, int position) {
   try {
     const std::string genre = GenreOfCampaign(station, file);
     if (Trim(genre).empty()) return false;

@@ -11,6 +11,6 @@ struct Station;
 // that rested longest, among those allowed at this hour and on this day of the year. No rotation
 // rule is asked, and two spots of one genre get the same title. True: a row was put in. A fault is
 // logged and leaves the spot without its title. Thread: the logic's.
-bool SearchPubAssocie(Station& station, const std::string& file, int position);
+bool InsertTitleOfSpot(Station& station, const std::string& file, int position);
 
 }  // namespace zemo

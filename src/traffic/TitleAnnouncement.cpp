@@ -32,7 +32,7 @@ int AnnounceComingTitles(Station& station, int position) {
   const int before = station.PL.Count();
   for (auto title = titles.rbegin(); title != titles.rend(); ++title)
     station.PL.Insert(position, *title);
-  FindJingleExtrait(station, static_cast<int16_t>(position));
+  FindExtractJingle(station, static_cast<int16_t>(position));
   return station.PL.Count() - before;
 }
 

@@ -16,7 +16,7 @@ namespace zemo {
 
 namespace {
 
-int LangueNow(Station& station) {
+int LanguageNow(Station& station) {
   station.base.CheckCnf();
   return static_cast<int>(station.base.CnfInt(Cnf::kLangue));
 }
@@ -30,7 +30,7 @@ QList<QRect> Screens() {
 }  // namespace
 
 Window::Window(Station& station, const char* name, const WindowTexts& texts, PlaceOfWindow place)
-    : station_(station), texts_(texts, LangueNow(station)), place_(place) {
+    : station_(station), texts_(texts, LanguageNow(station)), place_(place) {
   setObjectName(QString::fromLatin1(name));
 }
 

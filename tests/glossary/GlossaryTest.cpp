@@ -2,7 +2,9 @@
 // line, and nothing else. What is missing on either side is told by its name.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "engine/Forecast.h"
@@ -113,6 +115,26 @@ TEST_F(GlossaryOfScreens, TellsEveryControlOfTheOnAirScreenAndItsDialogues) {
   AddNamesOf(ForecastWindow(on.station, forecast, 0, nullptr), present);
   AddNamesOf(SkeletonWindow(on.station, 0, 8, nullptr), present);
   ExpectSame("On-air screen", Glossary()["On-air screen"], present);
+}
+
+// "| `PLACE` | what it is: Routine |": the place is a text of the program, the routine is there.
+TEST(Glossary, TellsPlacesOfTheErrorLogByTheRoutinesThatThereAre) {
+  std::string sources;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(ZEMO_SOURCES)) {
+    const std::string path = entry.path();
+    const bool isCode = path.ends_with(".cpp") || path.ends_with(".h");
+    if (isCode && path.find("/tests/") == std::string::npos) sources += TextOf(path);
+  }
+  const std::string page = TextOf(ZEMO_GLOSSARY);
+  const std::string places = page.substr(page.find("## Error log"));
+  const std::regex line("\\| `(\\w+)` \\| .*: (\\w+) \\|");
+  int told = 0;
+  for (std::sregex_iterator it(places.begin(), places.end(), line), end; it != end; ++it, ++told) {
+    EXPECT_NE(sources.find('"' + it->str(1) + '"'), std::string::npos) << it->str(1);
+    EXPECT_NE(sources.find(' ' + it->str(2) + '('), std::string::npos) << it->str(2);
+  }
+  EXPECT_EQ(static_cast<size_t>(told), Glossary()["Error log"].size());
+  EXPECT_GT(told, 0);
 }
 
 TEST(Glossary, AColumnsRangeStandsForAllOfIt) {

@@ -52,7 +52,7 @@ class PowerLossInUpkeep : public testing::Test {
     for (int i = 0; i < kTitles; ++i) on.AddCard({.file = "x", .comment = std::string(300, 'c')});
     on.Sql("DELETE FROM Discotheque WHERE CODE % 4 = 0");
     on.localValues.Set("LastCompactage", "03/11/2026 08:00:00");
-    Quitter(on.station);
+    EndInOrder(on.station);
     on.stationFolder.Remove("Triskin.BAK");
   }
 
@@ -61,7 +61,7 @@ class PowerLossInUpkeep : public testing::Test {
     const pid_t child = fork();
     if (child == 0) {
       Station air(on.station.platform);
-      if (!Form_Load(air)) _exit(1);
+      if (!OnAir::Form_Load(air)) _exit(1);
       arm();
       work(air);
       _exit(0);
@@ -85,7 +85,7 @@ class PowerLossInUpkeep : public testing::Test {
   // A start on what was left, and what its base holds.
   void StartAndCheck(const std::string& when, const std::string& titles) {
     Station next(on.station.platform);
-    ASSERT_TRUE(Form_Load(next)) << when;
+    ASSERT_TRUE(OnAir::Form_Load(next)) << when;
     ASSERT_TRUE(next.base.IsOpen()) << when;
     EXPECT_EQ(on.SqlText("PRAGMA integrity_check"), "ok") << when;
     EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Discotheque WHERE AUTEUR = 'ARTIST'"), titles)
@@ -93,10 +93,10 @@ class PowerLossInUpkeep : public testing::Test {
     EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Toph"), "24") << when;
     EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM sqlite_master WHERE name LIKE '%TBTEMP%'"), "0")
         << when;
-    Quitter(next);
+    EndInOrder(next);
   }
 
-  static void Compact(Station& air) { CompactageTriskin(air); }
+  static void Compact(Station& air) { CompactStationBase(air); }
 
   TestStation on;
 };
@@ -122,15 +122,15 @@ TEST_F(PowerLossInUpkeep, BetweenAnyTwoFilesOfAHandOver) {
     on.MakeFile("New.mdb", bytes);
     DBEngine::ExecuteNative(on.stationDir.Path() + "/New.mdb",
                             "UPDATE Cnf SET FadeOut = " + std::to_string(2000 + n));
-    lost = LostAtFileStep(n, SurveilleNewBase);
+    lost = LostAtFileStep(n, TakeDroppedBase);
     StartAndCheck("file step " + std::to_string(n), "30");
     // Where it had not begun, the next element does it.
     Station next(on.station.platform);
-    ASSERT_TRUE(Form_Load(next));
-    SurveilleNewBase(next);
+    ASSERT_TRUE(OnAir::Form_Load(next));
+    TakeDroppedBase(next);
     EXPECT_EQ(next.base.CnfInt(Cnf::kFadeOut), 2000 + n);
     EXPECT_FALSE(on.stationFolder.Exists("New.mdb"));
-    Quitter(next);
+    EndInOrder(next);
   }
   EXPECT_GT(n, 6);
 }

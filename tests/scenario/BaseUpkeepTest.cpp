@@ -40,12 +40,12 @@ class Upkeep : public testing::Test {
   }
   // The program ends and is started anew.
   void StartAgain() {
-    Quitter(Running());
+    EndInOrder(Running());
     on.seen.clear();
     again = std::make_unique<Station>(on.station.platform);
     again->events.SetSink(&*sink);
-    ASSERT_TRUE(Form_Load(*again));
-    Form_Activate(*again, true);
+    ASSERT_TRUE(OnAir::Form_Load(*again));
+    OnAir::Form_Activate(*again, true);
   }
   Station& Running() { return again ? *again : on.station; }
 
@@ -197,12 +197,12 @@ TEST_F(Upkeep, WhatTheLastCompactionLeftAndALockFileOfTheCopyGo) {
 }
 
 TEST_F(Upkeep, ABaseOfAnotherSpellingKeepsItsName) {
-  Quitter(on.station);
+  EndInOrder(on.station);
   std::filesystem::rename(on.station.base.Path(), on.stationDir.Path() + "/triskin.mdb");
   on.localValues.Set("LastCompactage", kLastMonth);
   Station other(on.station.platform);
   other.events.SetSink(&*sink);
-  ASSERT_TRUE(Form_Load(other));
+  ASSERT_TRUE(OnAir::Form_Load(other));
   EXPECT_EQ(sink->base, (Lines{"opened", "compacted"}));
   EXPECT_TRUE(std::filesystem::exists(on.stationDir.Path() + "/triskin.mdb"));
   EXPECT_FALSE(std::filesystem::exists(on.stationDir.Path() + "/Triskin.MDB"));
@@ -227,7 +227,7 @@ TEST_F(Upkeep, AFaultAtAnyStepOfACompactionLeavesAWholeBaseOpen) {
   on.AddCard({});
   for (int n = 1;; ++n) {
     on.stationFolder.fault = {n, 0, nullptr};
-    const bool done = CompactageTriskin(on.station);
+    const bool done = CompactStationBase(on.station);
     const bool reached = on.stationFolder.fault.count >= n;
     on.stationFolder.fault = {};
     ASSERT_TRUE(on.station.base.IsOpen()) << "fault " << n << "\n" << on.Describe();
@@ -245,7 +245,7 @@ TEST_F(Upkeep, AFaultAtAnyStepOfACompactionLeavesAWholeBaseOpen) {
 TEST_F(Upkeep, ACopyThatCannotBeRemovedLeavesTheOldBaseOpen) {
   on.AddCard({});
   std::filesystem::create_directory(on.stationDir.Path() + "/TriskinN.MDB");
-  EXPECT_FALSE(CompactageTriskin(on.station));
+  EXPECT_FALSE(CompactStationBase(on.station));
   EXPECT_TRUE(on.station.base.IsOpen());
   EXPECT_EQ(on.station.base.CountRecords("Discotheque"), 1);
   EXPECT_EQ(on.Events("error").size(), 1U) << on.Describe();
@@ -253,7 +253,7 @@ TEST_F(Upkeep, ACopyThatCannotBeRemovedLeavesTheOldBaseOpen) {
 
 TEST_F(Upkeep, ABaseMadeInThePlaceOfALostOneDoesNotCostTheBackupOfTheLostOne) {
   on.AddCard({});
-  Quitter(on.station);
+  EndInOrder(on.station);
   on.stationFolder.Rename("Triskin.MDB", "Triskin.BAK");
   const std::string backup = *on.stationFolder.Read("Triskin.BAK");
   on.localValues.Set("LastCompactage", kLastMonth);
@@ -270,7 +270,7 @@ TEST_F(Upkeep, ABaseMadeInThePlaceOfALostOneDoesNotCostTheBackupOfTheLostOne) {
 
 TEST_F(Upkeep, TheCopyOfACompactionStandsInForALostBaseBeforeADroppedOne) {
   on.AddCard({});
-  Quitter(on.station);
+  EndInOrder(on.station);
   const std::string folder = on.stationDir.Path();
   std::filesystem::copy_file(folder + "/Triskin.MDB", folder + "/New.mdb");
   DBEngine::ExecuteNative(folder + "/New.mdb", "DELETE FROM Discotheque");
@@ -282,14 +282,14 @@ TEST_F(Upkeep, TheCopyOfACompactionStandsInForALostBaseBeforeADroppedOne) {
 
 TEST_F(Upkeep, ADamagedBaseIsNotReplacedByACompaction) {
   for (int i = 0; i < 200; ++i) on.AddCard({.file = "x", .comment = std::string(500, 'c')});
-  Quitter(on.station);
+  EndInOrder(on.station);
   std::string bytes = *on.stationFolder.Read("Triskin.MDB");
   const size_t page = 4096;
   bytes.replace(bytes.size() - 10 * page, 6 * page, std::string(6 * page, '\x55'));
   on.MakeFile("Triskin.MDB", bytes);
   on.station.base.OpenOrCreateDatabase();
   on.station.base.OpenAllTables();
-  EXPECT_FALSE(CompactageTriskin(on.station));
+  EXPECT_FALSE(CompactStationBase(on.station));
   EXPECT_TRUE(on.station.base.IsOpen());
   EXPECT_TRUE(*on.stationFolder.Read("Triskin.MDB") == bytes);
   EXPECT_FALSE(on.stationFolder.Exists("Triskin.BAK"));
@@ -298,7 +298,7 @@ TEST_F(Upkeep, ADamagedBaseIsNotReplacedByACompaction) {
 TEST_F(Upkeep, ReindexAsksWithAStopIconAndCancelChangesNothing) {
   const std::string before = *on.stationFolder.Read("Triskin.MDB");
   on.seen.clear();
-  BtnIndex(on.station);
+  Settings::BtnIndex_Click(on.station);
   ASSERT_EQ(on.Events("message").size(), 1U);
   const Seen question = on.Events("message")[0];
   EXPECT_EQ(question["title"], "Alerte");
@@ -318,7 +318,7 @@ TEST_F(Upkeep, ReindexOnAirCompactsAndLeavesTheMonthlyRunDue) {
   on.At(60000, [&] {
     on.seen.clear();
     on.messages.AnswerNext(Answer::kOk);
-    BtnIndex(on.station);
+    Settings::BtnIndex_Click(on.station);
   });
   on.RunUntil(400000);
   ASSERT_EQ(on.Events("base").size(), 1U) << on.Describe();
@@ -331,7 +331,7 @@ TEST_F(Upkeep, ReindexOnAirCompactsAndLeavesTheMonthlyRunDue) {
 }
 
 TEST_F(Upkeep, ASettingChangedBehindACompactionIsSeenAtOnce) {
-  ASSERT_TRUE(CompactageTriskin(on.station));
+  ASSERT_TRUE(CompactStationBase(on.station));
   on.Set("FadeOut", "4321");
   on.station.base.CheckCnf();
   EXPECT_EQ(on.station.base.CnfInt(Cnf::kFadeOut), 4321);

@@ -60,7 +60,7 @@ class BreakDay : public testing::TestWithParam<Fit> {
     on.Sql("UPDATE Toph SET FICHIER = '" + on.MakeSound("pip.wav", 4000) + "'");
     AddMusic();
     AddBreaks();
-    MakePubduJour(on.station);
+    ComposeTodaysGrid(on.station);
     on.seen.clear();
   }
   std::string Sound(const std::string& name, int64_t lengthMs) {

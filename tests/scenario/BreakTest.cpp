@@ -20,7 +20,7 @@ class BreakOnAir : public testing::Test {
     for (const char* field : {"Jingles", "JinglesIntro"}) on.Set(field, "0");
     on.Set("PmixPubs", "100");
   }
-  void MakeGrid() { MakePubduJour(on.station); }
+  void MakeGrid() { ComposeTodaysGrid(on.station); }
   void Air(int64_t untilMs) {
     on.Start();
     on.RunUntil(untilMs);
@@ -289,7 +289,7 @@ TEST_F(BreakAndFitting, ThePlainFormLeavesItToTheTick) {
 TEST_F(BreakAndFitting, ThePlainFormTakesAWaitingBreakOutOfTheList) {
   Spot("12:30");
   on.station.engine.LastGridCheckTimer = 0;
-  on.At(5000, [&] { BtnCopyPub_Click(on.station, 1); });
+  on.At(5000, [&] { OnAir::BtnCopyPub_Click(on.station, 1); });
   Air(420000);
   EXPECT_EQ(Routines(), "AjoutPubPlaylist");
   EXPECT_EQ(SpotsAired(), 0);  // a row without a card does not come through the fit
@@ -347,7 +347,7 @@ TEST_F(GridAtMidnight, IsNotComposedUnderAShortTitle) {
 
 TEST_F(GridAtMidnight, IsNotComposedInLiveMode) {
   Titles(1, 300000);
-  ToolbarButton(on.station, Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
   Air(120000);
   EXPECT_TRUE(Compositions().empty()) << on.Describe();
 }
@@ -452,8 +452,8 @@ TEST_F(GridInTheTick, APreviewSetsTheDateAndComposesItsDay) {
   AddCampaign(
       on,
       {.advertiser = "CHRISTMAS", .from = "24/12/2026", .to = "24/12/2026", .crosses = {"18:00"}});
-  ASSERT_TRUE(BtnPubJourX_Click(on.station));
-  PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
+  ASSERT_TRUE(OnAir::BtnPubJourX_Click(on.station));
+  OnAir::PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
   const auto messages = on.Events("message");
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_EQ(messages[0]["title"], "Alerte");
@@ -469,14 +469,14 @@ TEST_F(GridInTheTick, APreviewSetsTheDateAndComposesItsDay) {
 
 TEST_F(GridInTheTick, ThePreviewWarnsInPortuguese) {
   on.Set("Langue", "2");
-  ASSERT_TRUE(BtnPubJourX_Click(on.station));
+  ASSERT_TRUE(OnAir::BtnPubJourX_Click(on.station));
   EXPECT_EQ(on.Events("message").at(0)["text"],
             "Não esquecer de actualizar a data depois da pesquisa");
 }
 
 TEST_F(GridInTheTick, WithThePurgeOnThePreviewIsRefused) {
   on.Set("SuppressionPub", "1");
-  EXPECT_FALSE(BtnPubJourX_Click(on.station));
+  EXPECT_FALSE(OnAir::BtnPubJourX_Click(on.station));
   EXPECT_EQ(on.Events("message").at(0)["text"],
             "Vous devez désactiver l'option suppression des pubs\r\n"
             "en fin de campagne avant d'éffectuer cette opération");
@@ -487,20 +487,20 @@ TEST_F(GridInTheTick, ABreakCopiedFromTheGridGoesToTheHeadOrToTheSelectedRow) {
   AddCampaign(on, {.advertiser = "SPOT", .crosses = {"18:00"}});
   MakeGrid();
   Titles(3, 60000);
-  GPubJour_Click(on.station, 1);
+  OnAir::GPubJour_Click(on.station, 1);
   EXPECT_EQ(PictureOf(on.station).BtnCopyPubCaption, "Copier les pubs de 18:00");
-  EXPECT_TRUE(BtnCopyPub_Click(on.station, 1));
+  EXPECT_TRUE(OnAir::BtnCopyPub_Click(on.station, 1));
   EXPECT_EQ(on.station.PL.Row(1).title, "SPOT");
-  OpenGridForInsertion(on.station);
+  OnAir::OpenGridForInsertion(on.station);
   EXPECT_TRUE(on.station.gridFrame.open);
-  EXPECT_TRUE(BtnCopyPub_Click(on.station, 1, 3));
+  EXPECT_TRUE(OnAir::BtnCopyPub_Click(on.station, 1, 3));
   EXPECT_EQ(on.station.PL.Row(3).title, "SPOT");
   EXPECT_FALSE(on.station.gridFrame.open);  // the list came back
   EXPECT_EQ(on.Events("break").at(1)["routine"], "InsertPubPlaylist");
-  EXPECT_TRUE(BtnCopyPub_Click(on.station, 1));
+  EXPECT_TRUE(OnAir::BtnCopyPub_Click(on.station, 1));
   EXPECT_EQ(on.Events("break").at(2)["routine"], "AjoutPubPlaylist");
-  EXPECT_FALSE(BtnCopyPub_Click(on.station, 2));
-  EXPECT_FALSE(BtnCopyPub_Click(on.station, 0));
+  EXPECT_FALSE(OnAir::BtnCopyPub_Click(on.station, 2));
+  EXPECT_FALSE(OnAir::BtnCopyPub_Click(on.station, 0));
 }
 
 }  // namespace

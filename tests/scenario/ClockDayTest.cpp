@@ -76,7 +76,7 @@ class ClockDay : public testing::TestWithParam<Jump> {
     AddMusic();
     AddJingles();
     AddBreaks();
-    MakePubduJour(on.station);
+    ComposeTodaysGrid(on.station);
     on.seen.clear();
   }
   std::string Sound(const std::string& name, int64_t lengthMs) {

@@ -135,7 +135,7 @@ TEST_F(Emergency, PlaysFromTheStartOfAStationWithoutMusic) {
 TEST_F(Emergency, NeedsNoBaseAndNoSettings) {
   on.PutEmergencies(2);
   std::filesystem::remove(on.station.base.Path());
-  on.station.engine.MainTimer = on.loop.MakeTimer(100, [&] { MainTimer_Timer(on.station); });
+  on.station.engine.MainTimer = on.loop.MakeTimer(100, [&] { OnAir::MainTimer_Timer(on.station); });
   on.station.engine.MainTimer->SetEnabled(true);
   StartStopZemoRadio(on.station, true);
   on.RunUntil(120000);
@@ -337,7 +337,7 @@ TEST_F(Emergency, NextOfTheOperatorTakesTheNextFile) {
   on.PutEmergencies(2, 100000);
   on.Load();
   on.Start();
-  on.At(20000, [&] { CmdStop(on.station); });
+  on.At(20000, [&] { OnAir::CmdStop_Click(on.station); });
   on.RunUntil(30000);
   ASSERT_EQ(on.EmergencyStarts().size(), 2U) << on.Describe();
   EXPECT_LE(on.EmergencyStarts()[1].atMs, 20100);
@@ -389,7 +389,7 @@ TEST_F(Emergency, DoesNotSoundOverSatelliteNews) {
 TEST_F(Emergency, LeavesTheEmptyListOfAPresenterSilent) {
   on.PutEmergencies(2);
   on.Load();
-  ToolbarButton(on.station, Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
   on.Start();
   on.RunUntil(60000);
   EXPECT_TRUE(on.EmergencyStarts().empty()) << on.Describe();
@@ -398,7 +398,7 @@ TEST_F(Emergency, LeavesTheEmptyListOfAPresenterSilent) {
 TEST_F(Emergency, PlaysWhereThePresentersListIsLost) {
   on.PutEmergencies(2);
   on.Load();
-  ToolbarButton(on.station, Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
   on.AppendCard(on.AddCard({.file = "/lost/a.mp3"}));
   on.Start();
   on.RunUntil(60000);
@@ -409,7 +409,7 @@ TEST_F(Emergency, PlaysWhereThePresentersListIsLost) {
 TEST_F(Emergency, StopsWhereThePresentersListIsToEndIt) {
   on.PutEmergencies(2);
   on.Load();
-  ToolbarButton(on.station, Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
   on.station.engine.OptionDirect = true;
   on.AppendTitle(20000);
   on.Start();
@@ -423,7 +423,7 @@ TEST_F(Emergency, PresentersRowComesAtTheExitPoint) {
   on.Load();
   on.Start();
   on.At(10000, [&] {
-    ToolbarButton(on.station, Toolbar::kLive);
+    OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
     on.AppendTitle(30000);
   });
   on.RunUntil(70000);

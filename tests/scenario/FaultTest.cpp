@@ -125,7 +125,7 @@ TEST_F(Fault, KeyHeldOnALostFileDoesNotHoldTheAir) {
       "INSERT INTO DiscothequeVirgule (FILENAME, DUREE, LIBELLE, TOUCHE) VALUES "
       "('/nowhere/key.wav', 1000, "
       "'KEY', 1)");
-  LoadShortcutTable(on.station);
+  OnAir::LoadShortcutTable(on.station);
   AppendTitles(3, 10000);
   on.Start();
   on.At(5000, [&] { on.keyboard.Press(97); });
@@ -256,7 +256,7 @@ TEST_F(Fault, KeptRowsAreWrittenBeforeTheEnd) {
   on.RunUntil(3000);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "0");
   other->CommitTrans();
-  EXPECT_TRUE(Quitter(on.station));
+  EXPECT_TRUE(EndInOrder(on.station));
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "1");
 }
 

@@ -64,12 +64,12 @@ class HandOver : public testing::Test {
 TEST_F(HandOver, APipeOrAFolderInThePlaceOfANewBaseIsLeftAlone) {
   const std::string path = on.stationDir.Path() + "/New.mdb";
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(on.First("base", "state", "swapped"), nullptr);
   EXPECT_TRUE(on.station.base.IsOpen());
   fs::remove(path);
   fs::create_directory(path);
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(on.First("base", "state", "swapped"), nullptr);
   EXPECT_TRUE(on.station.base.IsOpen());
 }
@@ -80,7 +80,7 @@ TEST_F(HandOver, ABaseOfAnOlderVersionIsTakenAndBroughtUpToDate) {
   fs::copy_file(on.station.base.Path(), path);
   DBEngine::ExecuteNative(path, "ALTER TABLE Cnf DROP COLUMN OutExtrait");
   fs::rename(path, on.stationDir.Path() + "/New.mdb");
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_NE(on.First("base", "state", "swapped"), nullptr) << on.Describe();
   EXPECT_NE(on.First("base", "table", "Cnf"), nullptr) << on.Describe();
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM pragma_table_info('Cnf')"), "50");
@@ -118,7 +118,7 @@ TEST_F(HandOver, SettingsAndCountsAreThoseOfTheNewBaseAtOnce) {
   DBEngine::ExecuteNative(on.stationDir.Path() + "/New.mdb",
                           "UPDATE Cnf SET FadeOut = 777; "
                           "INSERT INTO DiscothequeVirgule(FILENAME, TOUCHE) VALUES('/k.wav', 5)");
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(on.station.base.CnfInt(Cnf::kFadeOut), 777);
   EXPECT_EQ(on.station.base.CountRecords("Discotheque"), 2);
   ASSERT_EQ(on.station.lists.Touches.size(), 1U);
@@ -132,7 +132,7 @@ TEST_F(HandOver, WhoAsksForATableGetsTheNewOneAndWhoKeptSomethingSeesThatItIsOld
   EXPECT_EQ(before->RecordCount(), 1);
   const int64_t known = on.station.base.Db().ChangeCounter();
   on.MakeFile("New.mdb", NewBase("NEW"));
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(on.station.base.Table("Discotheque")->RecordCount(), 2);
   EXPECT_THROW(before->RecordCount(), StoreError);
   EXPECT_GT(on.station.base.Db().ChangeCounter(), known);
@@ -141,7 +141,7 @@ TEST_F(HandOver, WhoAsksForATableGetsTheNewOneAndWhoKeptSomethingSeesThatItIsOld
 TEST_F(HandOver, CampaignsDroppedWithANewBaseGoIntoTheNewOne) {
   on.MakeFile("New.mdb", NewBase("NEW"));
   on.MakeFile("ExportPubs.Txt", CampaignLine("/spot.wav", "BOTH"));
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(Artists(), "NEW");
   EXPECT_EQ(on.SqlText("SELECT ANNONCEUR FROM GrillePub"), "BOTH");
   EXPECT_FALSE(on.stationFolder.Exists("ExportPubs.Txt"));
@@ -150,22 +150,22 @@ TEST_F(HandOver, CampaignsDroppedWithANewBaseGoIntoTheNewOne) {
 
 TEST_F(HandOver, ALineWithoutSoundFileAddsACampaignUnlessTheTableHasOne) {
   on.MakeFile("ExportPubs.Txt", CampaignLine("", "FIRST"));
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   on.MakeFile("ExportPubs.Txt", CampaignLine("", "SECOND"));
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(on.SqlText("SELECT group_concat(ANNONCEUR) FROM GrillePub"), "FIRST");
 }
 
 TEST_F(HandOver, AnEmptyListOfCampaignsIsDeleted) {
   on.MakeFile("ExportPubs.Txt", "");
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_FALSE(on.stationFolder.Exists("ExportPubs.Txt"));
   EXPECT_EQ(on.First("import")->Int("added"), 0);
 }
 
 TEST_F(HandOver, ALineThatRepeatsAnothersSoundFileAddsTheCampaignTwice) {
   on.MakeFile("ExportPubs.Txt", CampaignLine("/a.wav", "ONE") + CampaignLine("/a.wav", "TWO"));
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(on.SqlText("SELECT group_concat(ANNONCEUR) FROM GrillePub"), "ONE,TWO");
 }
 
@@ -175,7 +175,7 @@ TEST_F(HandOver, AFileThatIsNoBaseStaysAndIsToldOnceUntilItChanges) {
   on.AddCard({});
   on.MakeFile("New.mdb", std::string(3000, 'x'));
   for (int element = 0; element < 4; ++element) {
-    SurveilleNewBase(on.station);
+    TakeDroppedBase(on.station);
     on.RunUntil((element + 1) * 10000);  // past the time in which the log passes over a repetition
   }
   ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
@@ -186,14 +186,14 @@ TEST_F(HandOver, AFileThatIsNoBaseStaysAndIsToldOnceUntilItChanges) {
   EXPECT_EQ(on.station.base.CountRecords("Discotheque"), 1);
 
   on.MakeFile("New.mdb", NewBase("GOOD"));
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(Artists(), "ARTIST,GOOD");
 }
 
 TEST_F(HandOver, ABaseThatLacksATableStays) {
   on.MakeFile("New.mdb", NewBase("NEW"));
   DBEngine::ExecuteNative(on.stationDir.Path() + "/New.mdb", "DROP TABLE Pls");
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   ASSERT_EQ(on.Events("error").size(), 1U);
   EXPECT_EQ(on.Events("error")[0]["text"], on.stationDir.Path() + "/New.mdb lacks the table Pls");
   EXPECT_TRUE(on.stationFolder.Exists("New.mdb"));
@@ -203,10 +203,10 @@ TEST_F(HandOver, ABaseThatLacksATableStays) {
 TEST_F(HandOver, AFileThatIsStillBeingCopiedIsTakenOnceItIsWhole) {
   const std::string bytes = NewBase("NEW");
   on.MakeFile("New.mdb", bytes.substr(0, bytes.size() / 2));
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(Artists(), "");
   on.MakeFile("New.mdb", bytes);
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(Artists(), "NEW");
 }
 
@@ -216,14 +216,14 @@ TEST_F(HandOver, WhileAnotherHasTheBaseTheOldOneStaysOpenAndItIsTriedAgainAtEach
   on.station.platform.baseUse = &somebody;
   on.MakeFile("New.mdb", NewBase("NEW"));
   for (int element = 0; element < 3; ++element) {
-    SurveilleNewBase(on.station);
+    TakeDroppedBase(on.station);
     on.RunUntil((element + 1) * 10000);
   }
   EXPECT_EQ(on.Events("error").size(), 1U) << on.Describe();
   EXPECT_TRUE(on.station.base.IsOpen());
   EXPECT_TRUE(on.stationFolder.Exists("New.mdb"));
   somebody.there = false;
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(Artists(), "NEW");
   on.station.platform.baseUse = nullptr;
 }
@@ -232,12 +232,12 @@ TEST_F(HandOver, ATransactionOfAToolKeepsTheOldBaseOpen) {
   on.MakeFile("New.mdb", NewBase("NEW"));
   const auto tool = DBEngine::OpenDatabase(on.station.base.Path());
   tool->BeginTrans();
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(on.Events("error").size(), 1U);
   EXPECT_TRUE(on.station.base.IsOpen());
   tool->CommitTrans();
   tool->Close();
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_EQ(Artists(), "NEW");
 }
 
@@ -246,7 +246,7 @@ TEST_F(HandOver, AFaultAtAnyStepLeavesAWholeBaseOpen) {
     on.MakeFile("New.mdb", NewBase("NEW" + std::to_string(n)));
     const std::string former = Artists();
     on.stationFolder.fault = {n, 0, nullptr};
-    SurveilleNewBase(on.station);
+    TakeDroppedBase(on.station);
     const bool reached = on.stationFolder.fault.count >= n;
     on.stationFolder.fault = {};
     ASSERT_TRUE(on.station.base.IsOpen()) << "fault " << n << "\n" << on.Describe();
@@ -270,7 +270,7 @@ TEST_F(HandOver, ADamagedBaseIsReplacedAsWell) {
   on.station.base.Close();
   on.MakeFile("Triskin.MDB", std::string(8192, 'x'));
   on.MakeFile("New.mdb", bytes);
-  SurveilleNewBase(on.station);
+  TakeDroppedBase(on.station);
   EXPECT_TRUE(on.station.base.IsOpen()) << on.Describe();
   EXPECT_EQ(Artists(), "NEW");
 }
@@ -283,13 +283,13 @@ class InterruptedChange : public HandOver {
     on.localValues.Set("LastCompactage", "03/11/2026 08:00:00");
     bytes = NewBase("NEW");
     old = NewBase("OLD");
-    Quitter(on.station);
+    EndInOrder(on.station);
     fs::remove(on.station.base.Path());
     on.seen.clear();
   }
   void Start() {
-    ASSERT_TRUE(Form_Load(on.station));
-    Form_Activate(on.station, true);
+    ASSERT_TRUE(OnAir::Form_Load(on.station));
+    OnAir::Form_Activate(on.station, true);
   }
   std::string bytes, old;
 };

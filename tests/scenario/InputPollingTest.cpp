@@ -137,7 +137,7 @@ TEST_F(AutomatonWire, NoPollGoesOutWhileARelayCommandIsSent) {
 }
 
 TEST_F(AutomatonWire, RelaysOfAClosedPortAreOneErrorAndTheStatesAreKept) {
-  PortCom_Click(on.station, 0, "");
+  zemo::Settings::PortCom_Click(on.station, 0, "");
   SetRelays(on.station, true, true, false, false);
   ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
   EXPECT_EQ((*on.First("error"))["where"], "SetRelays");
@@ -175,11 +175,12 @@ TEST(AutomatonPort, StaysClosedOnOptionZeroAndIsNotPolled) {
 TEST(AutomatonPort, TheOptionsOfTheSettingsOpenAndCloseIt) {
   TriggerStation on(kNoon, {});
   on.Load();
-  EXPECT_EQ(PortCom_Click(on.station, 3, "9600,N,8,1"), "Init 9600,N,8,1 Ok");
+  EXPECT_EQ(zemo::Settings::PortCom_Click(on.station, 3, "9600,N,8,1"), "Init 9600,N,8,1 Ok");
   EXPECT_TRUE(on.station.engine.SerialInputOpen);
-  EXPECT_EQ(PortCom_Click(on.station, 4, "300,N,8,1"), "");  // one is open: nothing happens
+  EXPECT_EQ(zemo::Settings::PortCom_Click(on.station, 4, "300,N,8,1"),
+            "");  // one is open: nothing happens
   EXPECT_EQ(on.automaton.Setting(), "9600,N,8,1");
-  EXPECT_EQ(PortCom_Click(on.station, 0, "300,N,8,1"), "Port COM Close OK !");
+  EXPECT_EQ(zemo::Settings::PortCom_Click(on.station, 0, "300,N,8,1"), "Port COM Close OK !");
   EXPECT_FALSE(on.station.engine.SerialInputOpen);
   EXPECT_FALSE(on.automaton.IsOpen());
 }

@@ -23,7 +23,7 @@ TEST(Joystick, IsCapturedAtTheStartWhenItsPortIsNamed) {
   EXPECT_EQ(on.joystick.Port(), 3);
   EXPECT_TRUE(PictureOf(on.station).LedJoystique.visible);
   EXPECT_EQ(PictureOf(on.station).LedJoystique.text, "Joy");
-  EXPECT_TRUE(Quitter(on.station));
+  EXPECT_TRUE(EndInOrder(on.station));
   EXPECT_EQ(on.joystick.Port(), 0);
 }
 

@@ -32,7 +32,7 @@ class LiveList : public testing::Test {
   }
   void Type(const std::string& text) {
     on.station.browse.Rech = text;
-    Rech_Change(on.station);
+    OnAir::Rech_Change(on.station);
   }
   void Cards(int count) {
     on.Sql(
@@ -46,7 +46,7 @@ class LiveList : public testing::Test {
 };
 
 TEST_F(LiveList, JinglesSayWhetherTheyPlayOverTheMusic) {
-  MenuLive(on.station, BrowseList::kJingles);
+  OnAir::MenuLive_Click(on.station, BrowseList::kJingles);
   EXPECT_EQ(List().titles[0], "Libellé");
   EXPECT_EQ(List().titles[1], "Sur Imp");
   ASSERT_EQ(List().rows.size(), 2U);
@@ -63,28 +63,28 @@ TEST_F(LiveList, JinglesSayWhetherTheyPlayOverTheMusic) {
 
 TEST_F(LiveList, HeadsSpeakTheStationsLanguage) {
   on.Set("Langue", "1");
-  MenuLive(on.station, BrowseList::kJingles);
+  OnAir::MenuLive_Click(on.station, BrowseList::kJingles);
   EXPECT_EQ(List().titles[0], "Description");
   EXPECT_EQ(List().titles[1], "Over");
-  MenuLive(on.station, BrowseList::kMusic);
+  OnAir::MenuLive_Click(on.station, BrowseList::kMusic);
   EXPECT_EQ(List().titles[0], "Artist");
   EXPECT_EQ(List().titles[1], "Title");
   on.Set("Langue", "9");  // none of ours: the design text
-  MenuLive(on.station, BrowseList::kMusic);
+  OnAir::MenuLive_Click(on.station, BrowseList::kMusic);
   EXPECT_EQ(List().titles[0], "Artiste");
   EXPECT_EQ(List().titles[1], "Titre");
 }
 
 TEST_F(LiveList, SpotsAndOthersEmptyTheHeadsOfTheEntryBefore) {
-  MenuLive(on.station, BrowseList::kJingles);
-  MenuLive(on.station, BrowseList::kSpots);
+  OnAir::MenuLive_Click(on.station, BrowseList::kJingles);
+  OnAir::MenuLive_Click(on.station, BrowseList::kSpots);
   EXPECT_EQ(List().titles[0], "Annonceur");
   EXPECT_EQ(List().titles[1], "");
   ASSERT_EQ(List().rows.size(), 2U);
   EXPECT_EQ(Cell(0, 0), "BAKER");
   EXPECT_EQ(Cell(0, 1), "FOOD");
-  MenuLive(on.station, BrowseList::kMusic);
-  MenuLive(on.station, BrowseList::kOthers);
+  OnAir::MenuLive_Click(on.station, BrowseList::kMusic);
+  OnAir::MenuLive_Click(on.station, BrowseList::kOthers);
   EXPECT_EQ(List().titles[1], "");
   ASSERT_EQ(List().rows.size(), 1U);
   EXPECT_EQ(Cell(0, 0), "STING");
@@ -93,24 +93,24 @@ TEST_F(LiveList, SpotsAndOthersEmptyTheHeadsOfTheEntryBefore) {
 
 TEST_F(LiveList, TodaysReportIsAnEntryOfItsOwn) {
   on.Sql("INSERT INTO Rapport (AUTEUR, TITRE, DATENUM) VALUES ('AIRED', 'TODAY', 46347.1)");
-  MenuLive(on.station, BrowseList::kToday);
+  OnAir::MenuLive_Click(on.station, BrowseList::kToday);
   ASSERT_EQ(List().rows.size(), 1U);
   EXPECT_EQ(Cell(0, 0), "AIRED");
-  DropBrowseRows(on.station, {0}, 0);
+  OnAir::DropBrowseRows(on.station, {0}, 0);
   EXPECT_TRUE(on.station.PL.Empty());  // it names no library record
 }
 
 TEST_F(LiveList, MusicBeginsEmptyWithItsSearch) {
-  MenuLive(on.station, BrowseList::kOthers);
-  MenuLive(on.station, BrowseList::kMusic);
+  OnAir::MenuLive_Click(on.station, BrowseList::kOthers);
+  OnAir::MenuLive_Click(on.station, BrowseList::kMusic);
   EXPECT_TRUE(List().rows.empty());
   EXPECT_TRUE(PictureOf(on.station).SearchVisible);
 }
 
 TEST_F(LiveList, TheLiveModeOpensOnMusicWithTheStoredLists) {
-  MenuLive(on.station, BrowseList::kJingles);
+  OnAir::MenuLive_Click(on.station, BrowseList::kJingles);
   on.Sql("INSERT INTO Playlist (CODE, LIBELLE) VALUES (7, ' EVENING ')");
-  ToolbarButton(on.station, Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
   EXPECT_TRUE(on.station.browse.open);
   EXPECT_EQ(List().list, BrowseList::kMusic);
   EXPECT_TRUE(List().rows.empty());
@@ -124,8 +124,8 @@ TEST_F(LiveList, TheTextThatStandsThereIsLookedForAgainWhenTheLiveModeOpens) {
   Cards(5);
   Type("ARTIST 3");
   ASSERT_EQ(List().rows.size(), 1U);
-  ToolbarButton(on.station, Toolbar::kAutomatic);
-  ToolbarButton(on.station, Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kAutomatic);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
   EXPECT_TRUE(List().rows.empty());
   for (int slice = 0; slice < 1000 && SearchSlice(on.station) != SearchTurn::kDone; ++slice) {
   }
@@ -137,25 +137,25 @@ TEST_F(LiveList, ARowOpensTheCardOfMusicUnlessTheListsAreLocked) {
   const int32_t code = on.AddCard({.artist = "ARTIST", .title = "TITLE"});
   Type("ARTIST");
   on.AppendCard(code);
-  EXPECT_EQ(CardOfBrowseRow(on.station, 0), code);
-  EXPECT_EQ(CardOfBrowseRow(on.station, 1), 0);
-  EXPECT_EQ(CardOfRow(on.station, 1), code);
-  EXPECT_EQ(CardOfRow(on.station, 2), 0);
+  EXPECT_EQ(OnAir::CardOfBrowseRow(on.station, 0), code);
+  EXPECT_EQ(OnAir::CardOfBrowseRow(on.station, 1), 0);
+  EXPECT_EQ(OnAir::CardOfRow(on.station, 1), code);
+  EXPECT_EQ(OnAir::CardOfRow(on.station, 2), 0);
   on.station.lists.Locked = true;
-  EXPECT_EQ(CardOfBrowseRow(on.station, 0), 0);
-  EXPECT_EQ(CardOfRow(on.station, 1), 0);
+  EXPECT_EQ(OnAir::CardOfBrowseRow(on.station, 0), 0);
+  EXPECT_EQ(OnAir::CardOfRow(on.station, 1), 0);
 }
 
 TEST_F(LiveList, TheListLastPressedIsTheActiveOne) {
-  ListRech_MouseDown(on.station);
+  OnAir::ListRech_MouseDown(on.station);
   EXPECT_EQ(on.station.engine.ActiveList, "ListRech");
-  PL_MouseDown(on.station);
+  OnAir::PL_MouseDown(on.station);
   EXPECT_EQ(on.station.engine.ActiveList, "PL");
 }
 
 TEST_F(LiveList, ATableThatIsGoneLeavesAnEmptyListAndALine) {
   on.Sql("ALTER TABLE DiscothequeVirgule RENAME TO Elsewhere");
-  MenuLive(on.station, BrowseList::kOthers);
+  OnAir::MenuLive_Click(on.station, BrowseList::kOthers);
   EXPECT_TRUE(List().rows.empty());
   ASSERT_TRUE(on.First("error"));
   EXPECT_EQ((*on.First("error"))["where"], "MenuLive");
@@ -164,14 +164,14 @@ TEST_F(LiveList, ATableThatIsGoneLeavesAnEmptyListAndALine) {
 TEST_F(LiveList, DropsKeepTheirOrderAtTheRow) {
   on.AppendCard(on.AddCard({.artist = "FIRST"}));
   on.AppendCard(on.AddCard({.artist = "LAST"}));
-  MenuLive(on.station, BrowseList::kJingles);
-  DropBrowseRows(on.station, {0, 1, 7}, 2);
+  OnAir::MenuLive_Click(on.station, BrowseList::kJingles);
+  OnAir::DropBrowseRows(on.station, {0, 1, 7}, 2);
   ASSERT_EQ(on.station.PL.Count(), 4);
   EXPECT_EQ(on.station.PL.Row(2).title, "OVER");
   EXPECT_EQ(on.station.PL.Row(2).code, -1);
   EXPECT_EQ(on.station.PL.Row(3).title, "BESIDE");
   EXPECT_EQ(on.station.PL.Row(4).title, "LAST");
-  DropBrowseRows(on.station, {1}, 0);
+  OnAir::DropBrowseRows(on.station, {1}, 0);
   EXPECT_EQ(on.station.PL.Row(5).title, "BESIDE");
 }
 
@@ -184,11 +184,11 @@ TEST_F(LiveList, ManyRowsGoInTogetherWithTheirTimesAndMoreThan500AreRefusedWithA
   };
   std::vector<int> all;
   for (int row = 0; row < 501; ++row) all.push_back(row);
-  EXPECT_FALSE(DropBrowseRows(on.station, all, 1));
+  EXPECT_FALSE(OnAir::DropBrowseRows(on.station, all, 1));
   EXPECT_EQ(told, "Alerte: 500 éléments au plus à la fois : choisissez-en moins");
   EXPECT_TRUE(on.station.PL.Empty());
   all.pop_back();
-  EXPECT_TRUE(DropBrowseRows(on.station, all, 1));
+  EXPECT_TRUE(OnAir::DropBrowseRows(on.station, all, 1));
   ASSERT_EQ(on.station.PL.Count(), 500);
   EXPECT_EQ(on.station.PL.Row(500).title, "ARTIST 500");
   // 499 times 3:00 less the exit point of 1.5 s is 24 h 44 min 31.5 s after 12:00:00.
@@ -196,8 +196,8 @@ TEST_F(LiveList, ManyRowsGoInTogetherWithTheirTimesAndMoreThan500AreRefusedWithA
 }
 
 TEST_F(LiveList, ASpotsKindFollowsItsRecord) {
-  MenuLive(on.station, BrowseList::kSpots);
-  DropBrowseRows(on.station, {0, 1}, 0);
+  OnAir::MenuLive_Click(on.station, BrowseList::kSpots);
+  OnAir::DropBrowseRows(on.station, {0, 1}, 0);
   ASSERT_EQ(on.station.PL.Count(), 2);
   EXPECT_EQ(on.station.PL.Row(1).code, -2);
   EXPECT_EQ(on.station.PL.Row(2).code, -4);
@@ -205,9 +205,9 @@ TEST_F(LiveList, ASpotsKindFollowsItsRecord) {
 
 TEST_F(LiveList, ATextBoxHoldsTheShortcutsOff) {
   on.station.engine.HotKeysArmed = true;
-  TextBoxGotFocus(on.station);
+  OnAir::TextBox_GotFocus(on.station);
   EXPECT_FALSE(on.station.engine.HotKeysArmed);
-  TextBoxLostFocus(on.station);
+  OnAir::TextBox_LostFocus(on.station);
   EXPECT_TRUE(on.station.engine.HotKeysArmed);
 }
 
@@ -279,7 +279,7 @@ TEST_F(LiveList, ARowHasTheColumnsOfTheCandidatePool) {
                           "2026/11/21  12:00:00",
                           ""};
   EXPECT_EQ(List().rows[0].cells, expected);
-  DropBrowseRows(on.station, {0}, 0);
+  OnAir::DropBrowseRows(on.station, {0}, 0);
   ASSERT_EQ(on.station.PL.Count(), 1);
   EXPECT_EQ(ColumnText(on.station.PL.Row(1), Col::kExitMs), "1500");
   EXPECT_EQ(ColumnText(on.station.PL.Row(1), Col::kIntro), "7");
@@ -289,12 +289,12 @@ TEST_F(LiveList, AGenreIsFoundWithItsApostropheAndMayBeAPattern) {
   on.AddCard({.artist = "A", .genre = "ROCK'N'ROLL"});
   on.AddCard({.artist = "B", .genre = "ROCK"});
   on.AddCard({.artist = "C", .genre = "POP"});
-  RechGenre_Click(on.station, "ROCK'N'ROLL");
+  OnAir::RechGenre_Click(on.station, "ROCK'N'ROLL");
   ASSERT_EQ(List().rows.size(), 1U);
   EXPECT_EQ(Cell(0, 0), "A");
-  RechGenre_Click(on.station, "ROCK*");
+  OnAir::RechGenre_Click(on.station, "ROCK*");
   EXPECT_EQ(List().rows.size(), 2U);
-  RechGenre_Click(on.station, "JAZZ");
+  OnAir::RechGenre_Click(on.station, "JAZZ");
   EXPECT_TRUE(List().rows.empty());
 }
 
@@ -303,16 +303,16 @@ TEST_F(LiveList, AHeadSortsByItsColumnWithoutRegardToCase) {
   on.AddCard({.artist = "ALPHA", .title = "3"});
   on.AddCard({.artist = "Émile", .title = "1"});
   Type("*");
-  ListRech_ColumnClick(on.station, 1);
+  OnAir::ListRech_ColumnClick(on.station, 1);
   EXPECT_EQ(Cell(0, 0), "Émile");
-  ListRech_ColumnClick(on.station, 0);
+  OnAir::ListRech_ColumnClick(on.station, 0);
   EXPECT_EQ(Cell(0, 0), "ALPHA");
   EXPECT_EQ(Cell(1, 0), "beta");
   EXPECT_TRUE(List().sorted);
   Type("*");  // a new search stands in table order again
   EXPECT_FALSE(List().sorted);
   EXPECT_EQ(Cell(0, 0), "beta");
-  ListRech_ColumnClick(on.station, 12);
+  OnAir::ListRech_ColumnClick(on.station, 12);
   EXPECT_FALSE(List().sorted);
 }
 

@@ -116,7 +116,7 @@ TEST_P(LockedBase, ARequestOfTheOperatorIsOverAtOnce) {
   int64_t tookMs = 0;
   on.At(10000, [&] {
     const auto began = WallClock::now();
-    CmdRequette(on.station);
+    OnAir::CmdRequette_Click(on.station);
     tookMs =
         std::chrono::duration_cast<std::chrono::milliseconds>(WallClock::now() - began).count();
   });

@@ -115,7 +115,7 @@ class FruitlessRequest : public testing::Test {
 
 TEST_F(FruitlessRequest, RestsTenSecondsButForTheOperator) {
   TestStation on;
-  on.At(20000, [&] { CmdRequette(on.station); });
+  on.At(20000, [&] { OnAir::CmdRequette_Click(on.station); });
   Air(on, 59000);
   EXPECT_EQ(RequestMoments(on), (std::vector<int64_t>{6700, 16700, 20000, 30000, 40000, 50000}));
 }

@@ -192,10 +192,10 @@ TEST_F(ScreenFigures, TheOverlayButtonPlaysTheChosenRowOverTheAir) {
   on.AppendCard(on.AddCard({}));
   on.Start();
   on.RunUntil(2000);
-  BtnSurImpression_Click(on.station, 0);
+  OnAir::BtnSurImpression_Click(on.station, 0);
   ASSERT_EQ(on.Events("overlay").size(), 1u) << on.Describe();
   EXPECT_EQ(on.Events("overlay")[0]["reason"], "key");
-  BtnSurImpression_Click(on.station, 7);  // no such row
+  OnAir::BtnSurImpression_Click(on.station, 7);  // no such row
   EXPECT_EQ(on.Events("overlay").size(), 1u);
 }
 
@@ -203,7 +203,7 @@ TEST_F(ScreenFigures, TheOverlayButtonPlaysTheChosenRowOverTheAir) {
 TEST_F(ScreenFigures, TheOverlayButtonNamesTheKeyWhileItsSoundIsHeard) {
   on.Sql("INSERT INTO DiscothequeVirgule (FILENAME, DUREE, LIBELLE, TOUCHE) VALUES ('" +
          on.MakeSound("key.wav", 2000) + "', 2000, 'KEY', 3)");
-  LoadShortcutTable(on.station);
+  OnAir::LoadShortcutTable(on.station);
   on.AppendCard(on.AddCard({}));
   on.Start();
   on.At(4950, [&] { on.keyboard.Press(99); });
@@ -217,14 +217,14 @@ TEST_F(ScreenFigures, TheOverlayButtonNamesTheKeyWhileItsSoundIsHeard) {
 TEST_F(ScreenFigures, TheSaverSaysItsTextOrWhatIsOnAir) {
   on.station.notices.titleOnAir = "ABBA  WATERLOO";
   on.station.engine.HotKeysArmed = true;
-  DeclencheVeille(on.station);
+  OpenScreenSaver(on.station);
   EXPECT_TRUE(on.station.saver.open);
   EXPECT_EQ(SaverText(on.station), "ABBA  WATERLOO");
-  CloseVeille(on.station);
+  CloseScreenSaver(on.station);
   EXPECT_FALSE(on.station.saver.open);
   on.Set("TextVeille", "'RADIO'");
   on.station.base.CheckCnf();
-  DeclencheVeille(on.station);
+  OpenScreenSaver(on.station);
   EXPECT_EQ(SaverText(on.station), "RADIO");
 }
 

@@ -39,7 +39,7 @@ TEST(StartOrder, ExistingBaseIsOpenedInAnyCaseOfItsName) {
   TestStation on;
   on.stationFolder.Write("triskin.mdb", *first.stationFolder.Read("Triskin.MDB"));
   Station again(on.station.platform);  // the name is looked up when the station is made
-  EXPECT_TRUE(Form_Load(again));
+  EXPECT_TRUE(OnAir::Form_Load(again));
   EXPECT_FALSE(again.base.Path().find("triskin.mdb") == std::string::npos);
 }
 
@@ -47,7 +47,7 @@ TEST(StartOrder, TextFileAsBaseIsOneClearError) {
   TestStation on;
   on.MakeFile("Triskin.MDB", "This is no database, only a text of some length.");
   try {
-    Form_Load(on.station);
+    OnAir::Form_Load(on.station);
     FAIL() << "a text file was opened as a base";
   } catch (const StoreError& error) {
     EXPECT_EQ(error.Number(), kErrBadDatabase);
@@ -58,7 +58,7 @@ TEST(StartOrder, TextFileAsBaseIsOneClearError) {
 TEST(StartOrder, ScreenBelow800x600IsRefused) {
   TestStation on;
   on.system.screen = {800, 599};
-  EXPECT_FALSE(Form_Load(on.station));
+  EXPECT_FALSE(OnAir::Form_Load(on.station));
   ASSERT_EQ(on.Events("message").size(), 1U);
   EXPECT_EQ(on.Events("message")[0]["text"], "Le programme ne fonctione pas en dessous de 800x600");
   EXPECT_FALSE(on.stationFolder.Exists("Triskin.MDB"));
@@ -67,7 +67,7 @@ TEST(StartOrder, ScreenBelow800x600IsRefused) {
 TEST(StartOrder, ScreenOf800x600IsEnough) {
   TestStation on;
   on.system.screen = {800, 600};
-  EXPECT_TRUE(Form_Load(on.station));
+  EXPECT_TRUE(OnAir::Form_Load(on.station));
 }
 
 TEST(StartOrder, SoundIsConfiguredFromTheSettings) {
@@ -137,7 +137,7 @@ TEST(StartOrder, NoRapportFileMakesAProductionMachine) {
 TEST(StartOrder, ProductionMachineCreatesNoTable) {
   TestStation on;
   on.machineFolder.Write("NoRapport.txt", "");
-  EXPECT_THROW(Form_Load(on.station), StoreError);  // no settings to go by
+  EXPECT_THROW(OnAir::Form_Load(on.station), StoreError);  // no settings to go by
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM sqlite_master"), "0");
   EXPECT_EQ(on.First("base", "state", "rebuilt"), nullptr);
 }
@@ -159,20 +159,20 @@ TEST(StartOrder, EmptiedPipTableIsRefilled) {
   TestStation on;
   on.Load();
   on.Sql("DELETE FROM Toph");
-  Quitter(on.station);
+  EndInOrder(on.station);
   Station again(on.station.platform);
-  Form_Load(again);
+  OnAir::Form_Load(again);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Toph WHERE JourSemaine = 'XXXXXXX'"), "24");
 }
 
 TEST(StartOrder, SecondStartChangesNoRowAndNoStructure) {
   TestStation on;
   on.Load();
-  Quitter(on.station);
+  EndInOrder(on.station);
   const std::string before = *on.stationFolder.Read("Triskin.MDB");
   Station again(on.station.platform);
-  Form_Load(again);
-  Quitter(again);
+  OnAir::Form_Load(again);
+  EndInOrder(again);
   EXPECT_EQ(*on.stationFolder.Read("Triskin.MDB") == before, true);
 }
 
@@ -185,9 +185,9 @@ TEST(StartOrder, CompactsInTheFirstStartOfAMonthAndKeepsTheMomentOnlyThen) {
   EXPECT_EQ(on.localValues.GetText("LastCompactage", ""), "03/11/2026 08:00:00");
   const std::string before = *on.stationFolder.Read("Triskin.MDB");
   on.localValues.Set("LastCompactage", "30/10/2026 08:00:00");
-  Quitter(on.station);
+  EndInOrder(on.station);
   Station again(on.station.platform);
-  Form_Load(again);
+  OnAir::Form_Load(again);
   EXPECT_TRUE(*on.stationFolder.Read("Triskin.BAK") == before);
   EXPECT_EQ(on.localValues.GetText("LastCompactage", ""), "21/11/2026 12:00:00");
 }
@@ -205,7 +205,7 @@ TEST(StartOrder, ACompactionThatFailsIsDueAtTheNextStart) {
   const auto reading = tool->OpenTable("Toph");
   on.localValues.Set("LastCompactage", "30/10/2026 08:00:00");
   tool->BeginTrans();  // held by another program, which writes nothing
-  ASSERT_TRUE(Form_Load(on.station));
+  ASSERT_TRUE(OnAir::Form_Load(on.station));
   tool->CommitTrans();
   EXPECT_EQ(on.First("base", "state", "compacted"), nullptr);
   EXPECT_NE(on.First("error", "where", "CompactageTriskin"), nullptr) << on.Describe();
@@ -219,7 +219,7 @@ TEST(Closing, IsRefusedWithoutAMessageWhileRunning) {
   AppendSpot(on, 10000);
   on.Start();
   on.RunUntil(1000);
-  EXPECT_FALSE(Form_QueryUnload(on.station));
+  EXPECT_FALSE(OnAir::Form_QueryUnload(on.station));
   EXPECT_TRUE(on.station.base.IsOpen());
   EXPECT_TRUE(on.Events("message").empty());
 }
@@ -227,7 +227,7 @@ TEST(Closing, IsRefusedWithoutAMessageWhileRunning) {
 TEST(Closing, EndsAStoppedProgram) {
   TestStation on;
   on.Load();
-  EXPECT_TRUE(Form_QueryUnload(on.station));
+  EXPECT_TRUE(OnAir::Form_QueryUnload(on.station));
   EXPECT_FALSE(on.station.base.IsOpen());
 }
 
@@ -261,7 +261,7 @@ TEST(Settings, AreReadAtEachUse) {
 TEST(LiveMode, ReturnsToAutomaticWhenItsListRunsOut) {
   TestStation on;
   on.Load();
-  ToolbarButton(on.station, Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
   AppendSpot(on, 20000);
   on.Start();
   on.RunUntil(15000);
@@ -272,8 +272,8 @@ TEST(LiveMode, ReturnsToAutomaticWhenItsListRunsOut) {
 TEST(LiveMode, ItsReturnLetsTheJinglesPlayThatItsBoxHadStopped) {
   TestStation on;
   on.Load();
-  ToolbarButton(on.station, Toolbar::kLive);
-  SetCheck(on.station, "CheckNoJingle", true);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
+  OnAir::SetCheck(on.station, "CheckNoJingle", true);
   ASSERT_TRUE(on.station.engine.NoJingleActive);
   AppendSpot(on, 20000);
   on.Start();
@@ -286,7 +286,7 @@ TEST(LiveMode, ItsReturnLetsTheJinglesPlayThatItsBoxHadStopped) {
 TEST(LiveMode, ItsReturnKeepsTheJinglesOffThatADatedListStopped) {
   TestStation on;
   on.Load();
-  ToolbarButton(on.station, Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
   on.station.engine.NoJingleActive = true;
   AppendSpot(on, 20000);
   on.Start();
@@ -298,8 +298,8 @@ TEST(LiveMode, ItsReturnKeepsTheJinglesOffThatADatedListStopped) {
 TEST(LiveMode, StopsWithOptionDirectWhenItsListRunsOut) {
   TestStation on;
   on.Load();
-  ToolbarButton(on.station, Toolbar::kLive);
-  SetCheck(on.station, "OptionDirect", true);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
+  OnAir::SetCheck(on.station, "OptionDirect", true);
   AppendSpot(on, 20000);
   on.Start();
   on.RunUntil(15000);
@@ -311,7 +311,7 @@ TEST(LiveMode, StopsWithOptionDirectWhenItsListRunsOut) {
 TEST(StartOrder, BuffersBeyondTenSecondsAreBoundedAndTold) {
   TestStation on;
   on.Load();
-  ASSERT_TRUE(Quitter(on.station));
+  ASSERT_TRUE(EndInOrder(on.station));
   on.Set("NbrBuffers", "3000");
   on.seen.clear();
   on.Load();

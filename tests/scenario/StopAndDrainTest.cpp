@@ -46,7 +46,7 @@ TEST_F(StopAndDrain, NextWhileStoppingFadesAndStartsNothing) {
   Append(60000);
   on.Start();
   on.At(5000, [this] { StartStopZemoRadio(on.station, false); });
-  on.At(5050, [this] { CmdStop(on.station); });
+  on.At(5050, [this] { OnAir::CmdStop_Click(on.station); });
   on.RunUntil(20000);
   EXPECT_EQ(on.First("fade")->atMs, 5100) << on.Describe();
   EXPECT_EQ(on.First("end")->atMs, 6700);
@@ -79,7 +79,7 @@ TEST_F(StopAndDrain, ForcedNextFadesAndStartsTheNext) {
   Append(60000);
   Append(30000);
   on.Start();
-  on.At(20000, [this] { CmdStop(on.station); });
+  on.At(20000, [this] { OnAir::CmdStop_Click(on.station); });
   on.RunUntil(30000);
   EXPECT_EQ(on.Starts().at(1).atMs, 20000) << on.Describe();
   EXPECT_EQ(on.First("fade")->Int("ms"), 1600);
@@ -91,7 +91,8 @@ TEST_F(StopAndDrain, ForcedNextInsideAnOverlapIsLost) {
   Append(30000);
   Append(30000);
   on.Start();
-  on.At(59000, [this] { CmdStop(on.station); });  // the overlap lasts from 58500 to 60100
+  on.At(59000,
+        [this] { OnAir::CmdStop_Click(on.station); });  // the overlap lasts from 58500 to 60100
   on.RunUntil(100000);
   const auto starts = on.Starts();
   ASSERT_EQ(starts.size(), 3U) << on.Describe();
@@ -135,7 +136,7 @@ TEST_F(StopAndDrain, ClosingIsRefusedWhileRunning) {
   Append(10000);
   on.Start();
   on.RunUntil(1000);
-  EXPECT_FALSE(Form_QueryUnload(on.station));
+  EXPECT_FALSE(OnAir::Form_QueryUnload(on.station));
   EXPECT_TRUE(on.station.engine.IsRunning);
   EXPECT_TRUE(on.station.base.IsOpen());
   Append(5000);

@@ -40,7 +40,7 @@ class StoredPlaylist : public testing::Test {
     Panel().ComboPLS.text = label;
     Panel().LblDate = "21/11/2026";
     Panel().ChHeure = "18:00";
-    BtnSauve_Click(on.station);
+    OnAir::BtnSauve_Click(on.station);
   }
   void Store(int32_t list, const std::string& rows) {
     on.Sql("INSERT INTO Playlist (CODE, LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES (" +
@@ -62,7 +62,7 @@ TEST_F(StoredPlaylist, LoadsEveryKindFromItsLibraryRecord) {
   const std::string t = std::to_string(title);
   Store(7, "(7," + t + "," + t +
                "),(7,-1,1),(7,-2,1),(7,-4,2),(7,-5,1),(7,-6,-6),(7,-30,1),(7,-30,2)");
-  ASSERT_TRUE(SelectStoredList(on.station, 7));
+  ASSERT_TRUE(OnAir::SelectStoredList(on.station, 7));
   ASSERT_EQ(on.station.PL.Count(), 8);
   EXPECT_EQ(Row(1).title, "ARTIST");
   EXPECT_EQ(Row(1).secondLine, "TITLE");
@@ -95,7 +95,7 @@ TEST_F(StoredPlaylist, LoadsEveryKindFromItsLibraryRecord) {
 
 TEST_F(StoredPlaylist, LoadFillsThePanel) {
   Store(7, "(7,-1,1)");
-  ASSERT_TRUE(SelectStoredList(on.station, 7));
+  ASSERT_TRUE(OnAir::SelectStoredList(on.station, 7));
   EXPECT_EQ(Panel().ComboPLS.items.at(0).text, "EVENING");  // trimmed in the list
   EXPECT_EQ(Panel().ComboPLS.text, " EVENING ");            // as stored in the field
   EXPECT_EQ(Panel().LblDate, "21/11/2026");
@@ -106,28 +106,28 @@ TEST_F(StoredPlaylist, LoadFillsThePanel) {
 
 TEST_F(StoredPlaylist, RowWhoseCardIsGoneIsLeftOutWithoutAWord) {
   Store(7, "(7,4711,4711),(7,-1,99),(7,-1,1)");
-  SelectStoredList(on.station, 7);
+  OnAir::SelectStoredList(on.station, 7);
   EXPECT_EQ(on.station.PL.Count(), 1);
   EXPECT_TRUE(on.Events("message").empty());
   EXPECT_TRUE(on.Events("error").empty());
 }
 
 TEST_F(StoredPlaylist, ThePanelsFieldsAreWhatTheOperatorTypesAndChooses) {
-  ComboPLS_Change(on.station, "MORNING");
-  OptPls_Click(on.station, 3);
-  PickListDay(on.station, {.year = 2026, .month = 12, .day = 1});
+  OnAir::ComboPLS_Change(on.station, "MORNING");
+  OnAir::OptPls_Click(on.station, 3);
+  OnAir::PickListDay(on.station, {.year = 2026, .month = 12, .day = 1});
   EXPECT_EQ(Panel().ComboPLS.text, "MORNING");
   EXPECT_EQ(Panel().OptPls, 3);
   EXPECT_EQ(Panel().LblDate, "01/12/2026");
-  LblDate_RightClick(on.station);
+  OnAir::LblDate_RightClick(on.station);
   EXPECT_EQ(Panel().LblDate, "JOURNALIER");
 }
 
 TEST_F(StoredPlaylist, TheTypedTimePlansTheRowsAnewAndTheyPrintALineEach) {
-  ToolbarButton(on.station, Toolbar::kLive);
+  OnAir::Toolbar_ButtonClick(on.station, Toolbar::kLive);
   on.AppendCard(on.AddCard({.lengthMs = 180000, .artist = "ARTIST", .title = "TITLE"}));
-  ChHeure_Change(on.station, "06:30");
-  EXPECT_EQ(PrintedList(on.station),
+  OnAir::ChHeure_Change(on.station, "06:30");
+  EXPECT_EQ(OnAir::PrintedList(on.station),
             std::vector<std::string>{ColumnText(Row(1), Col::kPlanned) + "  03:00  ARTIST  TITLE"});
   EXPECT_EQ(ColumnText(Row(1), Col::kPlanned), "06 h 30 ' 02");  // two seconds of buffers
 }
@@ -135,17 +135,17 @@ TEST_F(StoredPlaylist, TheTypedTimePlansTheRowsAnewAndTheyPrintALineEach) {
 TEST_F(StoredPlaylist, NothingSelectedDoesNothing) {
   on.Append(BeginExtractRow());
   Panel().ComboPLS.index = -1;
-  ComboPLS_Click(on.station);
+  OnAir::ComboPLS_Click(on.station);
   EXPECT_EQ(on.station.PL.Count(), 1);
 }
 
 TEST_F(StoredPlaylist, SaveStoresPairsAndTopHourRowsAreDropped) {
   on.AppendCard(on.AddCard({}));
-  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
-  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
-  DropFromLibrary(on.station, BrowseList::kSpots, 1, 0);
-  DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
-  DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 1, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
   on.Append(HourPipRow("/pip.wav"));
   on.Append(BeginExtractRow());
   OnAirElement track;
@@ -163,10 +163,10 @@ TEST_F(StoredPlaylist, SaveStoresPairsAndTopHourRowsAreDropped) {
 }
 
 TEST_F(StoredPlaylist, SavingAgainReplacesTheRows) {
-  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
   Save("LIST");
   on.station.PL.Clear();
-  DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
   Save("RENAMED");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) || LIBELLE FROM Playlist"), "1RENAMED");
   EXPECT_EQ(on.SqlText("SELECT group_concat(DISCOTHEQUE) FROM Pls"), "-5");
@@ -182,7 +182,7 @@ TEST_F(StoredPlaylist, CardAbove32767CannotBeStoredAndTheOthersAre) {
       "INSERT INTO Discotheque (CODE, FILENAME, DUREE, AUTEUR, TITRE) VALUES (40000, '/x.wav', "
       "1000, 'A', 'B')");
   on.AppendCard(40000);
-  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
   Save("LIST");
   EXPECT_EQ(on.SqlText("SELECT group_concat(DISCOTHEQUE) FROM Pls"), "-1");
   ASSERT_EQ(on.Events("error").size(), 1U);
@@ -191,10 +191,10 @@ TEST_F(StoredPlaylist, CardAbove32767CannotBeStoredAndTheOthersAre) {
 
 TEST_F(StoredPlaylist, FailedHeadLeavesTheOtherListsRowsAlone) {
   Store(7, "(7,-1,1)");
-  DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
   Panel().ComboPLS.text = "LIST";
   Panel().LblDate = "a date that is longer than ten characters";
-  BtnSauve_Click(on.station);
+  OnAir::BtnSauve_Click(on.station);
   EXPECT_EQ(on.SqlText("SELECT group_concat(DISCOTHEQUE) FROM Pls"), "-1");
   EXPECT_EQ(Panel().LblCodePL, 0);
   EXPECT_FALSE(Panel().saving);
@@ -207,7 +207,7 @@ class SavedList : public StoredPlaylist {
  protected:
   void SetUp() override {
     StoredPlaylist::SetUp();
-    DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
+    OnAir::DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);
     Save("FORMER");
     on.seen.clear();
   }
@@ -277,11 +277,11 @@ TEST_F(SavedList, ThatCannotBeDeletedForALockKeepsItsVoiceTracks) {
   const std::string track = on.MakeFile("link.wav", "sound");
   on.Sql("UPDATE VT SET FILENAME = '" + track + "' WHERE CODE = 1");
   on.Sql("INSERT INTO Pls (NUMPLS, DISCOTHEQUE, FICHE) VALUES (1, -30, 1)");
-  SelectStoredList(on.station, 1);
+  OnAir::SelectStoredList(on.station, 1);
   on.station.base.Waiting().LetEachWait(50);
   BaseLock writer(on.station.base.Path(), "BEGIN IMMEDIATE");
   on.messages.AnswerNext(Answer::kOk);
-  ComboPLS_KeyDelete(on.station);
+  OnAir::ComboPLS_KeyDelete(on.station);
   EXPECT_EQ(on.Events("error").size(), 1U) << on.Describe();
   EXPECT_TRUE(on.stationFolder.Exists("link.wav"));
   writer.Release();
@@ -290,8 +290,8 @@ TEST_F(SavedList, ThatCannotBeDeletedForALockKeepsItsVoiceTracks) {
 
 TEST_F(StoredPlaylist, NewClearsListAndFields) {
   Store(7, "(7,-1,1)");
-  SelectStoredList(on.station, 7);
-  BtnNew_Click(on.station);
+  OnAir::SelectStoredList(on.station, 7);
+  OnAir::BtnNew_Click(on.station);
   EXPECT_TRUE(on.station.PL.Empty());
   EXPECT_EQ(Panel().LblDate, "JJ/MM/ANNE");
   EXPECT_EQ(Panel().ChHeure, "hh:mn");
@@ -303,11 +303,11 @@ TEST_F(StoredPlaylist, DeleteAsksAndTakesTheVoiceTracksAlong) {
   const std::string track = on.MakeFile("link.wav", "sound");
   on.Sql("UPDATE VT SET FILENAME = '" + track + "' WHERE CODE = 1");
   Store(7, "(7,-1,1),(7,-30,1)");
-  SelectStoredList(on.station, 7);
-  ComboPLS_KeyDelete(on.station);  // nobody answers: cancel
+  OnAir::SelectStoredList(on.station, 7);
+  OnAir::ComboPLS_KeyDelete(on.station);  // nobody answers: cancel
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "1");
   on.messages.AnswerNext(Answer::kOk);
-  ComboPLS_KeyDelete(on.station);
+  OnAir::ComboPLS_KeyDelete(on.station);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Pls"), "0");
   EXPECT_EQ(on.SqlText("SELECT group_concat(CODE) FROM VT"), "2");
@@ -319,9 +319,9 @@ TEST_F(StoredPlaylist, DeleteAsksAndTakesTheVoiceTracksAlong) {
 TEST_F(StoredPlaylist, PlannedTimesInTheEditorBeginAtTheListsTime) {
   Panel().open = true;
   Panel().ChHeure = "23:59";
-  DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);    // 60000 ms
-  DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);  // 5000 ms, exit point 300
-  DropFromLibrary(on.station, BrowseList::kSpots, 1, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);    // 60000 ms
+  OnAir::DropFromLibrary(on.station, BrowseList::kJingles, 1, 0);  // 5000 ms, exit point 300
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 1, 0);
   RefreshPlanTimes(on.station);
   // 2 s of buffers behind 23:59:00; the hours wrap at 24.
   EXPECT_EQ(ColumnText(Row(1), Col::kPlanned), "23 h 59 ' 02");
@@ -332,16 +332,16 @@ TEST_F(StoredPlaylist, PlannedTimesInTheEditorBeginAtTheListsTime) {
 }
 
 TEST_F(StoredPlaylist, DeletingTheOnlyRowMakesTheTotalsZero) {
-  DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
   EXPECT_EQ(on.station.notices.listTotalSec, 60);
-  DeleteRow(on.station, 1);
+  OnAir::PL_KeyDelete(on.station, 1);
   EXPECT_EQ(on.station.notices.listTotalSec, 0);
 }
 
 TEST_F(StoredPlaylist, DraggedRowKeepsItsColumns) {
-  for (int i = 0; i < 3; ++i) DropFromLibrary(on.station, BrowseList::kSpots, 1 + i % 2, 0);
-  DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
-  DragInList(on.station, 4, 1);
+  for (int i = 0; i < 3; ++i) OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 1 + i % 2, 0);
+  OnAir::DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
+  OnAir::PL_DragDrop(on.station, 4, 1);
   EXPECT_EQ(on.station.PL.Codes(), (std::vector<int32_t>{-5, -2, -4, -2}));
   EXPECT_EQ(Row(1).file, "/v.wav");
 }
@@ -353,11 +353,11 @@ TEST_F(StoredPlaylist, DeleteOfAVoiceTrackAsksForItsRecord) {
   track.code = -30;
   on.Append(track);
   on.Append(track);
-  DeleteRow(on.station, 1);  // nobody answers: no
+  OnAir::PL_KeyDelete(on.station, 1);  // nobody answers: no
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM VT"), "2");
   EXPECT_EQ(on.station.PL.Count(), 1);
   on.messages.AnswerNext(Answer::kYes);
-  DeleteRow(on.station, 1);
+  OnAir::PL_KeyDelete(on.station, 1);
   EXPECT_EQ(on.SqlText("SELECT group_concat(CODE) FROM VT"), "2");
   EXPECT_TRUE(on.station.PL.Empty());
 }

@@ -181,12 +181,12 @@ void TestStation::OnEvent(const Event& event) {
 }
 
 void TestStation::Load() {
-  ASSERT_TRUE(Form_Load(station));
-  Form_Activate(station, true);
+  ASSERT_TRUE(OnAir::Form_Load(station));
+  OnAir::Form_Activate(station, true);
 }
 
 void TestStation::Start() {
-  ToolbarButton(station, Toolbar::kStart);
+  OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 }
 
 std::string TestStation::MakeSound(const std::string& name, int64_t lengthMs) {
@@ -234,7 +234,7 @@ void TestStation::Set(const std::string& cnfField, const std::string& value) {
 }
 
 void TestStation::AppendCard(int32_t code) {
-  ASSERT_TRUE(DropFromLibrary(station, BrowseList::kMusic, code, 0));
+  ASSERT_TRUE(OnAir::DropFromLibrary(station, BrowseList::kMusic, code, 0));
 }
 
 void TestStation::Append(const OnAirElement& element) {

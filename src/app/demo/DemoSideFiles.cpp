@@ -33,7 +33,7 @@ std::string DivisionTemplate() {
   form.HFinPub = "20";
   form.DecoupagePub[0] = "15";
   form.DecoupagePub[1] = "45";
-  return EncodeSideFile(DecoupeText(form));
+  return EncodeSideFile(MarksText(form));
 }
 
 // A weekday's model as the editor keeps it: a line a genre, its hours behind tabs, totals last.

@@ -113,11 +113,11 @@ void DayGridFrame::MakeControls() {
 void DayGridFrame::Connect() {
   connect(GPubJour->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& now) {
-            if (now.isValid()) GPubJour_Click(station_, now.row() + 1);
+            if (now.isValid()) OnAir::GPubJour_Click(station_, now.row() + 1);
             Refresh();
           });
   connect(GPubJour, &QTableView::clicked, this, [this](const QModelIndex& index) {
-    GPubJour_Click(station_, index.row() + 1);
+    OnAir::GPubJour_Click(station_, index.row() + 1);
     Refresh();
   });
   connect(GPubJour, &QTableView::doubleClicked, this,
@@ -141,18 +141,18 @@ int DayGridFrame::SelectedRow() const {
 }
 
 void DayGridFrame::OpenElement(int row, int column) {
-  const std::string file = FileOfGridCell(station_, row, column);
+  const std::string file = OnAir::FileOfGridCell(station_, row, column);
   if (!file.empty()) orders_.openSelector(file);
 }
 
 void DayGridFrame::CopyBreak() {
-  BtnCopyPub_Click(station_, SelectedRow(), orders_.selectedRow());
+  OnAir::BtnCopyPub_Click(station_, SelectedRow(), orders_.selectedRow());
 }
 
 void DayGridFrame::Preview() {
-  if (!BtnPubJourX_Click(station_)) return;
+  if (!OnAir::BtnPubJourX_Click(station_)) return;
   auto* calendar = new CalendarWindow(texts_.Langue(), station_.Now(), this);
-  calendar->picked = [this](const LocalDateTime& day) { PickPreviewDay(station_, day); };
+  calendar->picked = [this](const LocalDateTime& day) { OnAir::PickPreviewDay(station_, day); };
   calendar->open();
 }
 

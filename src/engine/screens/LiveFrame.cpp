@@ -124,7 +124,7 @@ void LiveFrame::Connect() {
   });
   connect(RechGenre, &QComboBox::activated, this, [this](int item) {
     if (item < 1) return SearchText();  // the heading
-    BeginRechGenre(station_, RechGenre->itemText(item).toStdString());
+    BeginGenreSearch(station_, RechGenre->itemText(item).toStdString());
     Work();
   });
   connect(&work_, &QTimer::timeout, this, [this] { Work(); });
@@ -133,10 +133,11 @@ void LiveFrame::Connect() {
     readAhead_.start(idle && ReadAheadSlice(station_) ? kReadAheadMs : kLookForWritesMs);
   });
   for (QCheckBox* check : {CheckExtrait, OptionDirect, CheckNoJingle})
-    connect(check, &QCheckBox::clicked, this,
-            [this, check](bool on) { SetCheck(station_, check->objectName().toStdString(), on); });
+    connect(check, &QCheckBox::clicked, this, [this, check](bool on) {
+      OnAir::SetCheck(station_, check->objectName().toStdString(), on);
+    });
   connect(CmdMarqueurExtrait, &QPushButton::clicked, this,
-          [this] { zemo::CmdMarqueurExtrait(station_, list_.SelectedRow()); });
+          [this] { OnAir::CmdMarqueurExtrait_Click(station_, list_.SelectedRow()); });
 }
 
 void LiveFrame::LoadGenres() {
@@ -170,7 +171,7 @@ void LiveFrame::hideEvent(QHideEvent* event) {
 
 void LiveFrame::SearchText() {
   station_.browse.Rech = Rech->text().toStdString();
-  BeginRech(station_);
+  BeginTextSearch(station_);
   Work();
 }
 
@@ -202,7 +203,7 @@ void LiveFrame::SearchMusic() {
 }
 
 void LiveFrame::Browse(BrowseList list) {
-  zemo::MenuLive(station_, list);
+  OnAir::MenuLive_Click(station_, list);
   ShowList();
   if (list == BrowseList::kMusic) Rech->setFocus();
 }

@@ -42,7 +42,7 @@ void LockDialog::Refresh() {
 }
 
 void LockDialog::Ok() {
-  PasseWordOk(station_, ChPasse->text().toStdString());
+  Lock::BtnOk_Click(station_, ChPasse->text().toStdString());
   if (station_.lockDialogue.open)
     Refresh();
   else

@@ -65,7 +65,7 @@ OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
   MakeParts();
   MakeMenus();
   LayOut();
-  Traduction();
+  Translate();
   for (auto* button : findChildren<QAbstractButton*>()) button->installEventFilter(this);
   for (const char* box : {"Rech", "ChHeure"})
     findChild<QLineEdit*>(QString::fromLatin1(box))->installEventFilter(this);
@@ -86,13 +86,14 @@ void OnAirWindow::MakeParts() {
   auto* centre = new QWidget(this);
   setCentralWidget(centre);
   header_ = new StatusHeader(Texts(), centre);
-  bar_ = new ControlBar(station_,
-                        {.toolbar = [this](Toolbar button) { PressToolbar(button); },
-                         .next = [this] { CmdStop(station_); },
-                         .request = [this] { WhenFree([this] { CmdRequette(station_); }); },
-                         .overlay = [this] { PlayOverlay(); },
-                         .info = [this] { ShowShortcuts(); }},
-                        Texts(), centre);
+  bar_ = new ControlBar(
+      station_,
+      {.toolbar = [this](Toolbar button) { PressToolbar(button); },
+       .next = [this] { OnAir::CmdStop_Click(station_); },
+       .request = [this] { WhenFree([this] { OnAir::CmdRequette_Click(station_); }); },
+       .overlay = [this] { PlayOverlay(); },
+       .info = [this] { ShowShortcuts(); }},
+      Texts(), centre);
   MakeBody();
   bottom_ = new BottomStrip(Texts(), centre);
 }
@@ -109,19 +110,19 @@ void OnAirWindow::MakeBody() {
                            Texts(), left_);
   BrowseOrders browse;
   browse.drop = [this](const std::vector<int>& rows, int row) {
-    DropBrowseRows(station_, rows, row);
+    OnAir::DropBrowseRows(station_, rows, row);
     model_->Sync(station_.PL);
   };
   browse.clicked = [this](int) {
-    ListRech_MouseDown(station_);
+    OnAir::ListRech_MouseDown(station_);
     AdaptOverlay();
   };
   browse.selected = [this] { AdaptOverlay(); };
   browse.openCard = [this](int row) {
-    if (const int32_t code = CardOfBrowseRow(station_, row); code != 0) OpenCard(code);
+    if (const int32_t code = OnAir::CardOfBrowseRow(station_, row); code != 0) OpenCard(code);
   };
   browse.openSelector = [this](int row) {
-    OpenSelector(FileOfBrowseRow(station_.browse.ListRech, row));
+    OpenSelector(OnAir::FileOfBrowseRow(station_.browse.ListRech, row));
   };
   live_ = new LiveFrame(station_, *list_, std::move(browse), Texts(), centralWidget());
 }
@@ -131,30 +132,30 @@ OnAirListOrders OnAirWindow::ListOrders() {
   OnAirListOrders orders;
   orders.deleteRow = [this](int64_t key) { DeleteListRow(key); };
   orders.rightClick = [this](int64_t key) {
-    RightClickRow(station_, station_.PL.RowOfKey(key));
+    OnAir::PL_RightClick(station_, station_.PL.RowOfKey(key));
     model_->Sync(station_.PL);
   };
   orders.drag = [this](int64_t key, int to) {
-    DragInList(station_, station_.PL.RowOfKey(key), to);
+    OnAir::PL_DragDrop(station_, station_.PL.RowOfKey(key), to);
     model_->Sync(station_.PL);
   };
   orders.openCard = [this](int64_t key) {
-    const int32_t code = CardOfRow(station_, station_.PL.RowOfKey(key));
+    const int32_t code = OnAir::CardOfRow(station_, station_.PL.RowOfKey(key));
     if (code != 0) OpenCard(code);
   };
   orders.openSelector = [this](int64_t key) {
     if (const int row = station_.PL.RowOfKey(key); row > 0) OpenSelector(station_.PL.Row(row).file);
   };
-  orders.touched = [this] { PL_MouseDown(station_); };
+  orders.touched = [this] { OnAir::PL_MouseDown(station_); };
   return orders;
 }
 
 void OnAirWindow::DeleteListRow(int64_t key) {
   const auto takeOut = [this, key] {
-    DeleteRow(station_, station_.PL.RowOfKey(key));
+    OnAir::PL_KeyDelete(station_, station_.PL.RowOfKey(key));
     model_->Sync(station_.PL);
   };
-  if (DeletingAsks(station_, station_.PL.RowOfKey(key)))
+  if (OnAir::DeletingAsks(station_, station_.PL.RowOfKey(key)))
     WhenFree(takeOut);
   else
     takeOut();
@@ -165,7 +166,7 @@ void OnAirWindow::MakeMenus() {
       station_, *menuBar(),
       MenuOrders{.storedLists = [this] { PressToolbar(Toolbar::kLive); },
                  .insertBreak = [this] { ShowGridForInsertion(); },
-                 .composeGrid = [this] { WhenFree([this] { MakePubduJour(station_); }); },
+                 .composeGrid = [this] { WhenFree([this] { ComposeTodaysGrid(station_); }); },
                  .printList = [this] { WhenFree([this] { PrintList(); }); },
                  .forecast = [this] { OpenForecast(); },
                  .password = [this] { WhenFree([this] { AskPassword(); }); },
@@ -192,7 +193,7 @@ void OnAirWindow::LayOut() {
   layout->addWidget(bottom_);
 }
 
-void OnAirWindow::Traduction() {
+void OnAirWindow::Translate() {
   setWindowTitle(QStringLiteral("Zemo Radio Pro"));
   Texts().Apply(*this);
   bar_->SetTexts();
@@ -299,7 +300,7 @@ void OnAirWindow::RefreshSaver() {
   }
   saver_ =
       std::make_unique<SaverWindow>([this] { return QString::fromStdString(SaverText(station_)); },
-                                    [this] { CloseVeille(station_); });
+                                    [this] { CloseScreenSaver(station_); });
   const QScreen* where = screen();
   saver_->setGeometry(where ? where->geometry() : geometry());
   saver_->Move();
@@ -332,7 +333,7 @@ void OnAirWindow::Observe() {
 // --- orders ---
 
 void OnAirWindow::PressToolbar(Toolbar button) {
-  ToolbarButton(station_, button);
+  OnAir::Toolbar_ButtonClick(station_, button);
   if (button == Toolbar::kLive) {
     shownFrames_ = -1;  // opens anew where it stands open
     RefreshFrames();
@@ -344,26 +345,26 @@ void OnAirWindow::PressToolbar(Toolbar button) {
 }
 
 void OnAirWindow::AskPassword() {
-  MnuPasseWord(station_);
+  Lock::MnuPasseWord_Click(station_);
   (new LockDialog(station_, Texts().Langue(), this))->open();
 }
 
 void OnAirWindow::ShowGridForInsertion() {
-  OpenGridForInsertion(station_);
+  OnAir::OpenGridForInsertion(station_);
   Refresh();
   grid_->TakeFocus();
 }
 
 // The row that is chosen at this moment: numbers of rows do not outlive a search.
 void OnAirWindow::PlayOverlay() {
-  BtnSurImpression_Click(station_, live_->ChosenRow());
+  OnAir::BtnSurImpression_Click(station_, live_->ChosenRow());
 }
 
 void OnAirWindow::AdaptOverlay() {
   if (!live_) return;
   const BrowseRows& browsed = station_.browse.ListRech;
   const int row = live_->ChosenRow();
-  const bool playable = !FileOfBrowseRow(browsed, row).empty();
+  const bool playable = !OnAir::FileOfBrowseRow(browsed, row).empty();
   if (!playable) return bar_->ShowOverlay(false, Texts().Text("BtnSurImpression", "tip"));
   const std::string title(browsed.rows.Cell(static_cast<size_t>(row), Col::kTitle));
   bar_->ShowOverlay(true, Texts().Word("OverlayOf", QString::fromStdString(title)));
@@ -388,7 +389,7 @@ void OnAirWindow::OpenSelector(const std::string& storedPath) {
 }
 
 void OnAirWindow::PrintList() {
-  PrintOnPaper(this, sources_.questions, PrintedList(station_), "Courier", kPrintPoints,
+  PrintOnPaper(this, sources_.questions, OnAir::PrintedList(station_), "Courier", kPrintPoints,
                Texts().Langue());
 }
 
@@ -411,7 +412,7 @@ void OnAirWindow::OpenForecast() {
 // --- events of the window ---
 
 bool OnAirWindow::MayLeave() {
-  return station_.engine.MainTimer && Form_QueryUnload(station_);
+  return station_.engine.MainTimer && OnAir::Form_QueryUnload(station_);
 }
 
 // It stands until the program goes.
@@ -429,14 +430,14 @@ void OnAirWindow::changeEvent(QEvent* event) {
 
 bool OnAirWindow::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate && station_.base.IsOpen())
-    Form_Activate(station_, false);
+    OnAir::Form_Activate(station_, false);
   return Window::event(event);
 }
 
 bool OnAirWindow::eventFilter(QObject* watched, QEvent* event) {
   if (qobject_cast<QLineEdit*>(watched) || qobject_cast<QComboBox*>(watched)) {
-    if (event->type() == QEvent::FocusIn) TextBoxGotFocus(station_);
-    if (event->type() == QEvent::FocusOut) TextBoxLostFocus(station_);
+    if (event->type() == QEvent::FocusIn) OnAir::TextBox_GotFocus(station_);
+    if (event->type() == QEvent::FocusOut) OnAir::TextBox_LostFocus(station_);
     return false;
   }
   // Return works every button, since space is the engine's.

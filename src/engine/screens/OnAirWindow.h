@@ -57,7 +57,7 @@ class OnAirWindow : public Window {
   OnAirListOrders ListOrders();
   void DeleteListRow(int64_t key);
   void LayOut();
-  void Traduction();
+  void Translate();
   void ArrangeBody();
   void PressToolbar(Toolbar button);
   void AskPassword();

@@ -61,11 +61,11 @@ ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
   })->setShortcut(QKeySequence(Qt::Key_F7));
   Options_->addSeparator();
   MnuStartStop_ = Add(Options_, "MnuStartStop", [this] {
-    SetCheck(station_, "MnuStartStop", !station_.engine.MnuStartStop);
+    OnAir::SetCheck(station_, "MnuStartStop", !station_.engine.MnuStartStop);
     Refresh();
   });
   MnuPCProduction_ = Add(Options_, "MnuPCProduction", [this] {
-    SetCheck(station_, "MnuPCProduction", !station_.engine.PCProduction);
+    OnAir::SetCheck(station_, "MnuPCProduction", !station_.engine.PCProduction);
     Refresh();
   });
   for (QAction* mark : {MnuStartStop_, MnuPCProduction_}) mark->setCheckable(true);

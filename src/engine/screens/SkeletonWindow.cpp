@@ -202,20 +202,20 @@ void SkeletonWindow::SelectRow(int row) {
 void SkeletonWindow::AppendGenre() {
   const QListWidgetItem* genre = ListGenre->currentItem();
   if (!genre) return;
-  ListGenre_DblClick(station_, genre->text().toStdString());
+  Skeleton::ListGenre_DblClick(station_, genre->text().toStdString());
   ShowSkeleton();
   SelectRow(SquelettePLS->rowCount() - 1);
 }
 
 void SkeletonWindow::DeletePosition() {
   const int row = SquelettePLS->currentRow();
-  SquelettePLS_DeleteKey(station_);
+  Skeleton::SquelettePLS_KeyDelete(station_);
   ShowSkeleton();
   SelectRow(row);
 }
 
 void SkeletonWindow::CopyDay(int day) {
-  const bool copied = LoadSquelette(station_, day);
+  const bool copied = Skeleton::MnuDay_Click(station_, day);
   QString name = findChild<QAction*>(QString::fromLatin1(kDays[day - 1]))->text();
   name.remove(u'&');
   const QString hour = QString::fromStdString(station_.storedList.ChHeure.substr(0, 2));
@@ -238,7 +238,7 @@ void SkeletonWindow::Work() {
   working_ = true;
   setEnabled(false);
   const QPointer<SkeletonWindow> window(this);
-  SkeletonDialog_BtnOk(station_);
+  Skeleton::BtnOk_Click(station_);
   if (!window) return;
   working_ = false;
   Refresh();
@@ -246,7 +246,7 @@ void SkeletonWindow::Work() {
 
 void SkeletonWindow::reject() {
   if (working_) return;
-  SkeletonDialog_BtnCancel(station_);
+  Skeleton::BtnCancel_Click(station_);
   QDialog::reject();
 }
 

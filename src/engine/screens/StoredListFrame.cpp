@@ -119,18 +119,19 @@ void StoredListFrame::LayOut() {
 
 void StoredListFrame::Connect() {
   connect(ComboPLS, &QComboBox::editTextChanged, this,
-          [this](const QString& text) { ComboPLS_Change(station_, text.toStdString()); });
+          [this](const QString& text) { OnAir::ComboPLS_Change(station_, text.toStdString()); });
   connect(LblDate, &QPushButton::clicked, this, [this] { OpenCalendar(); });
   connect(ChHeure, &QLineEdit::textEdited, this,
-          [this](const QString& text) { ChHeure_Change(station_, text.toStdString()); });
-  connect(OptPls, &QComboBox::activated, this, [this](int item) { OptPls_Click(station_, item); });
+          [this](const QString& text) { OnAir::ChHeure_Change(station_, text.toStdString()); });
+  connect(OptPls, &QComboBox::activated, this,
+          [this](int item) { OnAir::OptPls_Click(station_, item); });
   connect(BtnSauve, &QPushButton::clicked, this, [this] {
-    RecordActivity(station_);
-    WhenFree(station_, this, [this] { BtnSauve_Click(station_); });
+    OnAir::RecordActivity(station_);
+    WhenFree(station_, this, [this] { OnAir::BtnSauve_Click(station_); });
   });
   connect(BtnNew, &QPushButton::clicked, this, [this] {
-    RecordActivity(station_);
-    BtnNew_Click(station_);
+    OnAir::RecordActivity(station_);
+    OnAir::BtnNew_Click(station_);
   });
 }
 
@@ -142,7 +143,7 @@ void StoredListFrame::Arrange(double unit) {
 void StoredListFrame::OpenCalendar() {
   auto* calendar = new CalendarWindow(langue_, station_.Now(), this);
   calendar->picked = [this](const LocalDateTime& day) {
-    PickListDay(station_, day);
+    OnAir::PickListDay(station_, day);
     Refresh();
   };
   calendar->open();
@@ -180,10 +181,10 @@ void StoredListFrame::Refresh() {
 }
 
 void StoredListFrame::ChooseList(int item) {
-  RecordActivity(station_);
+  OnAir::RecordActivity(station_);
   station_.storedList.ComboPLS.index = item;
   WhenFree(station_, this, [this] {
-    ComboPLS_Click(station_);
+    OnAir::ComboPLS_Click(station_);
     Refresh();
   });
 }
@@ -191,9 +192,9 @@ void StoredListFrame::ChooseList(int item) {
 // Without a chosen list the key is the text's.
 bool StoredListFrame::DeleteKey() {
   if (station_.storedList.ComboPLS.index < 0) return false;
-  RecordActivity(station_);
+  OnAir::RecordActivity(station_);
   WhenFree(station_, this, [this] {
-    ComboPLS_KeyDelete(station_);
+    OnAir::ComboPLS_KeyDelete(station_);
     Refresh();
   });
   return true;
@@ -208,7 +209,7 @@ bool StoredListFrame::eventFilter(QObject* watched, QEvent* event) {
     const bool rightClick = event->type() == QEvent::MouseButtonRelease &&
                             static_cast<QMouseEvent*>(event)->button() == Qt::RightButton;
     if (!rightClick && key != Qt::Key_J) return false;
-    LblDate_RightClick(station_);
+    OnAir::LblDate_RightClick(station_);
     Refresh();
     return true;
   }

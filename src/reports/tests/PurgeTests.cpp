@@ -22,40 +22,40 @@ class ReportPurge : public testing::Test {
 
 TEST_F(ReportPurge, KeepsTheDayOfTheLimitFromBehindItsMidnight) {
   for (const char* serial : {"46316.9", "46317", "46317.000012", "46317.5", "46347.5"}) Add(serial);
-  PurgeRapport(on.station, 30);
+  PurgeReport(on.station, 30);
   EXPECT_EQ(Left(), "46317.000012 46317.5 46347.5");
 }
 
 TEST_F(ReportPurge, ZeroDaysTakeEverythingUpToTodaysMidnight) {
   for (const char* serial : {"46346.99", "46347", "46347.25"}) Add(serial);
-  PurgeRapport(on.station, 0);
+  PurgeReport(on.station, 0);
   EXPECT_EQ(Left(), "46347.25");
 }
 
 TEST_F(ReportPurge, NumbersOfRowsRunOn) {
   Add("46000");
   Add("46001");
-  PurgeRapport(on.station, 30);
+  PurgeReport(on.station, 30);
   Add("46347.5");
   EXPECT_EQ(on.SqlText("SELECT CODE FROM Rapport"), "3");
 }
 
 TEST_F(ReportPurge, KeepsTheDayUpToWhichNothingIsLeftOnceSomethingGoes) {
-  PurgeRapport(on.station, 30);
+  PurgeReport(on.station, 30);
   EXPECT_FALSE(on.stationFolder.Exists("ReportBegin.Txt"));
   Add("46000");
-  PurgeRapport(on.station, 30);
+  PurgeReport(on.station, 30);
   EXPECT_EQ(on.stationFolder.Read("ReportBegin.Txt"), "22/10/2026\r\n");
   EXPECT_EQ(on.stationFolder.durable.back(), "ReportBegin.Txt");
   Add("46000");
-  PurgeRapport(on.station, 60);  // what is gone stays so
+  PurgeReport(on.station, 60);  // what is gone stays so
   EXPECT_EQ(on.stationFolder.Read("ReportBegin.Txt"), "22/10/2026\r\n");
 }
 
 TEST_F(ReportPurge, GoesOnWhereThatDayCannotBeKeptAndSaysSo) {
   Add("46000");
   on.stationFolder.writesFail = true;
-  PurgeRapport(on.station, 30);
+  PurgeReport(on.station, 30);
   EXPECT_EQ(Left(), "");
   ASSERT_TRUE(on.First("error"));
   EXPECT_EQ((*on.First("error"))["where"], "PurgeRapport");
@@ -64,7 +64,7 @@ TEST_F(ReportPurge, GoesOnWhereThatDayCannotBeKeptAndSaysSo) {
 TEST_F(ReportPurge, GoesOnWhereTheDayKeptCannotBeReadAndSaysSo) {
   on.MakeFile("ReportBegin.Txt", std::string(5 << 20, 'x'));
   Add("46000");
-  PurgeRapport(on.station, 30);
+  PurgeReport(on.station, 30);
   EXPECT_EQ(Left(), "");
   ASSERT_TRUE(on.First("error"));
   EXPECT_NE((*on.First("error"))["text"].find("ReportBegin.Txt"), std::string::npos);
@@ -74,12 +74,12 @@ TEST_F(ReportPurge, GoesOnWhereTheDayKeptCannotBeReadAndSaysSo) {
 TEST_F(ReportPurge, AFailureLeavesTheTableAndIsLogged) {
   Add("46000");
   on.Sql("CREATE TRIGGER Held BEFORE DELETE ON Rapport BEGIN SELECT RAISE(ABORT, 'held'); END");
-  PurgeRapport(on.station, 30);
+  PurgeReport(on.station, 30);
   EXPECT_EQ(Left(), "46000.0");
   ASSERT_TRUE(on.First("error"));
   EXPECT_EQ((*on.First("error"))["where"], "PurgeRapport");
   on.Sql("DROP TRIGGER Held");
-  PurgeRapport(on.station, 30);
+  PurgeReport(on.station, 30);
   EXPECT_EQ(Left(), "");
 }
 

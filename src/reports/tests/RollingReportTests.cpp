@@ -30,20 +30,20 @@ TEST_F(RollingReport, WritesTheNewestRowsFirstEachFieldWithATabBehindIt) {
   Add("OLD", 46347.1);
   Add("NEWEST", 46347.3);
   Add("NEWER", 46347.2);
-  ExportRapport(on.station);
+  ExportReport(on.station);
   EXPECT_EQ(File(), Line("NEWEST") + Line("NEWER"));
 }
 
 TEST_F(RollingReport, RowsOfOneMomentStandTheLastWrittenFirst) {
   on.localValues.Set("XRapport", "2");
   for (const char* author : {"FIRST", "SECOND", "THIRD"}) Add(author, 46347.5);
-  ExportRapport(on.station);
+  ExportReport(on.station);
   EXPECT_EQ(File(), Line("THIRD") + Line("SECOND"));
 }
 
 TEST_F(RollingReport, TwentyRowsWithoutAValueOfTheMachine) {
   for (int i = 0; i < 25; ++i) Add("A", 46347.5);
-  ExportRapport(on.station);
+  ExportReport(on.station);
   std::string expected;
   for (int i = 0; i < 20; ++i) expected += Line("A");
   EXPECT_EQ(File(), expected);
@@ -53,28 +53,28 @@ TEST_F(RollingReport, NothingIsDoneWithZeroOrLess) {
   Add("A", 46347.5);
   for (const char* value : {"0", "-3"}) {
     on.localValues.Set("XRapport", value);
-    ExportRapport(on.station);
+    ExportReport(on.station);
     EXPECT_EQ(File(), std::nullopt) << value;
   }
 }
 
 TEST_F(RollingReport, AnEmptyTableLeavesAnEmptyFile) {
   on.MakeFile("rapportzemo.txt", "of yesterday");
-  ExportRapport(on.station);
+  ExportReport(on.station);
   EXPECT_EQ(File(), "");
 }
 
 TEST_F(RollingReport, AFieldWithATabOrALineEndStaysOneField) {
   on.localValues.Set("XRapport", "1");
   Add("A\tB\r\nC", 46347.5);
-  ExportRapport(on.station);
+  ExportReport(on.station);
   EXPECT_EQ(File(), Line("A B C"));
 }
 
 TEST_F(RollingReport, AFileThatCannotBeMadeIsLogged) {
   std::filesystem::create_directory(on.stationDir.Path() + "/rapportzemo.txt");
   Add("A", 46347.5);
-  ExportRapport(on.station);
+  ExportReport(on.station);
   ASSERT_TRUE(on.First("error"));
   EXPECT_EQ((*on.First("error"))["where"], "ExportRapport");
   EXPECT_NE((*on.First("error"))["text"].find("Problème de création du rapport de "),

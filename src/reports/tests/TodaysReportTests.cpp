@@ -23,7 +23,7 @@ TEST_F(TodaysReport, ShowsTheDayFromItsMidnightNewestFirst) {
   Add("MIDNIGHT", "46347");
   Add("MORNING", "46347.3");
   on.station.browse.ListRech.sorted = true;
-  LoadRapportDirectLive(on.station);
+  LoadTodaysReport(on.station);
   ASSERT_EQ(Rows().size(), 2U);
   EXPECT_EQ(Rows()[0].cells[0], "MORNING");
   EXPECT_EQ(Rows()[0].cells[1], "TITLE");
@@ -36,14 +36,14 @@ TEST_F(TodaysReport, ShowsTheDayFromItsMidnightNewestFirst) {
 TEST_F(TodaysReport, ADayWithoutRowsLeavesTheListAsItIs) {
   Add("YESTERDAY", "46346.9999");
   Rows() = {BrowseRow{Cells{"KEPT"}}};
-  LoadRapportDirectLive(on.station);
+  LoadTodaysReport(on.station);
   ASSERT_EQ(Rows().size(), 1U);
   EXPECT_EQ(Rows()[0].cells[0], "KEPT");
 }
 
 TEST_F(TodaysReport, ABaseThatCannotBeReadIsLogged) {
   on.Sql("ALTER TABLE Rapport RENAME TO Elsewhere");
-  LoadRapportDirectLive(on.station);
+  LoadTodaysReport(on.station);
   ASSERT_TRUE(on.First("error"));
   EXPECT_EQ((*on.First("error"))["where"], "LoadRapportDirectLive");
 }

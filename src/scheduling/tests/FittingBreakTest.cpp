@@ -42,7 +42,7 @@ using FittingPlacesBreak = FittingBreak;
 TEST_F(FittingPlacesBreak, InstrumentalAtTheFirstRowThatStartsAtOrAfterItsMoment) {
   List({{"A", 200}, {"B", 250}, {"C", 100}});
   Break(1, "12:55", "00:45");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   // Rows start at 46200, 46400 and 46650; the moment is 46500, and 46650 + 45 lies before the pip.
   const Seen* told = on.First("break");
   ASSERT_NE(told, nullptr) << on.Describe();
@@ -58,14 +58,14 @@ TEST_F(FittingPlacesBreak, InstrumentalAtTheFirstRowThatStartsAtOrAfterItsMoment
 TEST_F(FittingPlacesBreak, InstrumentalBeforeARowThatStartsWithItsMoment) {
   List({{"A", 300}, {"B", 100}, {"C", 100}});
   Break(1, "12:55", "00:45");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(BreakPosition(), 2);
 }
 
 TEST_F(FittingPlacesBreak, InstrumentalOneRowEarlierWhenItWouldRunPastThePip) {
   List({{"A", 200}, {"B", 250}, {"C", 100}});
   Break(1, "12:55", "02:31", "Rubriques");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(BreakPosition(), 2);  // 46650 + 151 is behind 46800
   EXPECT_EQ((*on.First("break"))["type"], "Rubriques");
 }
@@ -73,21 +73,21 @@ TEST_F(FittingPlacesBreak, InstrumentalOneRowEarlierWhenItWouldRunPastThePip) {
 TEST_F(FittingPlacesBreak, InstrumentalEndingWithThePipIsNotTooLong) {
   List({{"A", 200}, {"B", 250}, {"C", 100}});
   Break(1, "12:55", "02:30");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(BreakPosition(), 3);
 }
 
 TEST_F(FittingPlacesBreak, InstrumentalNeverBeforeTheFirstRow) {
   List({{"A", 200}, {"B", 250}});
   Break(1, "12:50", "20:00");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(BreakPosition(), 1);
 }
 
 TEST_F(FittingPlacesBreak, InstrumentalAtTheEndOfAListThatIsOverBeforeItsMoment) {
   List({{"A", 100}, {"B", 100}});
   Break(1, "12:55", "00:30");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(BreakPosition(), 3);
 }
 
@@ -95,7 +95,7 @@ TEST_F(FittingPlacesBreak, InstrumentalBehindWhatIsOnAirAndItsExitPoints) {
   Engine().RemainingMs = 100000;
   List({{"A", 200, 1000}, {"B", 250}, {"C", 100}});
   Break(1, "12:55", "00:10");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   // Rows start at 46300 and 46499: the second one second before the moment.
   EXPECT_EQ(BreakPosition(), 3);
 }
@@ -105,7 +105,7 @@ TEST_F(FittingPlacesBreak, ABreakOfTheHourThatIsPastOpensTheGuardAndIsNotPlaced)
   Break(1, "11:55", "00:30");
   Break(2, "12:49", "00:30");
   Engine().LastGridCheckTimer = 46000;
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(on.First("break"), nullptr);
   EXPECT_EQ(Engine().LastGridCheckTimer, 0.0F);
   EXPECT_FALSE(Engine().HourBlockHandled);
@@ -116,7 +116,7 @@ TEST_F(FittingPlacesBreak, ABreakOfAnotherHourLeavesTheGuard) {
   Break(1, "11:55", "00:30");
   Break(2, "13:55", "00:30");
   Engine().LastGridCheckTimer = 46000;
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(on.First("break"), nullptr);
   EXPECT_EQ(Engine().LastGridCheckTimer, 46000.0F);
 }
@@ -126,7 +126,7 @@ TEST_F(FittingPlacesBreak, OnlyTheFirstOfTheHourThatIsStillToCome) {
   Break(1, "12:49", "00:30");
   Break(2, "12:52", "00:30");
   Break(3, "12:55", "00:30");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   ASSERT_EQ(on.Events("break").size(), 1U);
   EXPECT_EQ((*on.First("break"))["moment"], "12:52");
 }
@@ -134,7 +134,7 @@ TEST_F(FittingPlacesBreak, OnlyTheFirstOfTheHourThatIsStillToCome) {
 TEST_F(FittingPlacesBreak, SpotsAtTheLastPlaceThatStillReachesThePip) {
   List({{"A", 200}, {"B", 250}, {"C", 90}, {"D", 100}, {"E", 100}, {"F", 100}});
   Break(1, "12:51", "01:00");
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   // Rows start at 46200, 46400, 46650, 46740 and 46840: with the block's 60 s the fourth ends at
   // 46800, which is not beyond the pip; the fifth is.
   EXPECT_EQ(BreakPosition(), 5);
@@ -144,7 +144,7 @@ TEST_F(FittingPlacesBreak, SpotsAtTheLastPlaceThatStillReachesThePip) {
 TEST_F(FittingPlacesBreak, SpotsBehindTheListWhenAllOfItRunsBeforeThePip) {
   List({{"A", 100}, {"B", 100}});
   Break(1, "12:51", "01:00");
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   EXPECT_EQ(BreakPosition(), 3);
 }
 
@@ -167,7 +167,7 @@ TEST_F(FittingGap, IsFilledByTheLongestRestedInstrumentalLongerThanIt) {
   AddInstrumental("AS LONG", 130000, 0);
   AddInstrumental("RECENT", 130001, 46000);
   AddInstrumental("RESTED", 200000, 45000);
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   ASSERT_EQ(Names(), "A,B,RESTED,C") << on.Describe();
   EXPECT_EQ(Routine(), "AjusteFinHeureInstru");
   EXPECT_EQ(on.Events("fit")[0]["before"], "[1,2,3]");
@@ -184,7 +184,7 @@ TEST_F(FittingGap, IsFilledByTheLongestRestedInstrumentalLongerThanIt) {
 
 TEST_F(FittingGap, StaysWhenNoInstrumentalIsLonger) {
   AddInstrumental("AS LONG", 130000, 0);
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(Names(), "A,B,C");
   EXPECT_TRUE(Engine().FittingActive);
   EXPECT_EQ(Routine(), "AjusteFinHeureInstru");
@@ -193,7 +193,7 @@ TEST_F(FittingGap, StaysWhenNoInstrumentalIsLonger) {
 TEST_F(FittingGap, IsCountedInWholeSeconds) {
   Engine().RemainingMs = 20400;  // 129.6 s are left
   AddInstrumental("ABOVE 129", 129001, 0);
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(Names(), "A,B,ABOVE 129,C");
 }
 
@@ -203,20 +203,20 @@ TEST_F(FittingGap, NeedsTheHourOfTheInstrumentalAndNoRotationRule) {
          std::to_string(notNow));
   const int32_t retired = AddInstrumental("RETIRED", 200000, 46347.49);
   on.Sql("UPDATE Discotheque SET NBPASSJOUR = 0 WHERE CODE = " + std::to_string(retired));
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(Names(), "A,B,RETIRED,C");
 }
 
 TEST_F(FittingGap, AnInstrumentalWithoutAnArtistIsListedByItsCode) {
   const int32_t code = AddInstrumental("", 200000, 0);
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(Names(), "A,B,Code " + std::to_string(code) + ",C");
 }
 
 TEST_F(FittingGap, IsReckonedWithTheBreakInPlace) {
   AddInstrumental("RESTED", 200000, 0);
   Break(1, "12:55", "00:45");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   // The break without elements takes no time; its guard keeps the tick from firing it.
   EXPECT_EQ(BreakPosition(), 3);
   EXPECT_EQ(Names(), "A,B,RESTED,C");
@@ -225,7 +225,7 @@ TEST_F(FittingGap, IsReckonedWithTheBreakInPlace) {
 TEST_F(FittingInstrumental, AListThatEndsBeforeThePipGetsNone) {
   List({{"A", 200}, {"B", 400}});  // ends with the pip, not behind it
   AddInstrumental("RESTED", 500000, 0);
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(Names(), "A,B");
 }
 
@@ -233,7 +233,7 @@ TEST_F(FittingInstrumental, AnHourThatIsNoneIsFittedPlainly) {
   OnlyInstrumentalHour(12);  // the hour of the pip is 13
   List({{"A", 200}, {"B", 250}, {"C", 300}});
   AddInstrumental("RESTED", 200000, 0);
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(Routine(), "AjusteFinHeure");
   EXPECT_EQ(PL().Count(), 3);
 }
@@ -242,27 +242,27 @@ TEST_F(FittingInstrumental, TheFileIsReadAtEachFit) {
   List({{"A", 700}, {"B", 250}});
   AddInstrumental("RESTED", 700000, 0);
   OnlyInstrumentalHour(12);
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   ASSERT_EQ(Routine(), "AjusteFinHeure");
   on.seen.clear();
   OnlyInstrumentalHour(13);
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(Routine(), "AjusteFinHeureInstru");
 }
 
 TEST_F(FittingInstrumental, FewerThanSixRowsAskForMoreMusicFirst) {
   List(std::vector<Piece>(5, {"A", 30}));
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(on.Events("request").size(), 1U);
   List({{"A", 30}});
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   EXPECT_EQ(on.Events("request").size(), 1U);
 }
 
 TEST_F(FittingInstrumental, AFailedQueryIsLoggedAndReleasesTheTick) {
   List({{"A", 700}});
   on.Sql("DROP TABLE Discotheque");
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
   EXPECT_EQ(on.Events("error")[0]["where"], "AjusteFinHeureInstru");
   EXPECT_EQ(Names(), "A");
@@ -278,7 +278,7 @@ TEST_F(FittingShortens, EveryTitleBefore400MsAPassUntilTheBlockIsByThePip) {
   List({{"A", 200}, {"B", 250}, {"C", 300}});
   Break(1, "12:55", "01:00");
   Set("OffsetTopH", "58");
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   // The block is to start by 46800 + 1 - (60 - 58) = 46799. After k passes it starts at 46200 and
   // the whole seconds of 200, 250 and 300 less 0.4 k: 46800 for k = 125, 46797 for k = 126.
   EXPECT_EQ(Exits(), "50400,50400,50400");
@@ -290,7 +290,7 @@ TEST_F(FittingShortens, EveryTitleBefore400MsAPassUntilTheBlockIsByThePip) {
 TEST_F(FittingShortens, ABlockThatReachesTheTargetToTheSecondIsCloseEnough) {
   List({{"A", 600}});
   Break(1, "12:55", "01:00");
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   EXPECT_EQ(Exits(), "400");  // 46200 and the whole seconds of 599.6 are the target, 46799
 }
 
@@ -301,7 +301,7 @@ TEST_F(FittingShortens, ThePipsSecondAndTheBuffersMoveTheTarget) {
   Engine().BufferOffsetSec = 2;
   Engine().RemainingMs = 12000;
   Engine().MixPointMs = 1600;
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   // Target 46800 + 2 + 1 - 30 = 46773. The first row starts at 46200 + 12 - 1.6, whole 46210, so
   // that the three may take 563 s: 138 + 188 + 238 = 564 after 155 passes (62 s each), 137 + 187 +
   // 237 = 561 after 156 (62.4 s).
@@ -311,7 +311,7 @@ TEST_F(FittingShortens, ThePipsSecondAndTheBuffersMoveTheTarget) {
 TEST_F(FittingShortens, NothingBehindTheFirstRowThatIsNoMusic) {
   List({{"A", 200}, {"jingle", 5}, {"B", 250}, {"C", 300}});
   Break(1, "12:55", "01:00");
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   // One pass: behind A the moment is 46399, by far before the pip.
   EXPECT_EQ(Exits(), "400,,0,0");
 }
@@ -319,24 +319,24 @@ TEST_F(FittingShortens, NothingBehindTheFirstRowThatIsNoMusic) {
 TEST_F(FittingShortens, AddsToTheExitPointOfTheCard) {
   List({{"A", 200, 1600}});
   Break(1, "12:55", "01:00");
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   EXPECT_EQ(Exits(), "2000");
 }
 
 TEST_F(FittingShortens, FewerThanSixRowsAskForMoreMusicFirst) {
   List(std::vector<Piece>(5, {"A", 30}));
   Break(1, "12:55", "01:00");
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   EXPECT_EQ(on.Events("request").size(), 1U);
   List({{"A", 30}});
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   EXPECT_EQ(on.Events("request").size(), 1U);
 }
 
 TEST_F(FittingShortens, AnHourWithoutABreakLeftIsFittedPlainly) {
   List({{"A", 200}, {"jingle", 5}, {"B", 250}});
   Break(1, "12:49", "01:00");
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   EXPECT_EQ(Routine(), "AjusteFinHeure");
   EXPECT_EQ(Names(), "A,B");
   EXPECT_EQ(Exits(), "0,0");
@@ -355,7 +355,7 @@ TEST_F(FittingShortens, WhileItWorksTheScreenSaysSoAndTheTickIsHeld) {
     EXPECT_EQ(on.station.notices.progress.text, "OPTIMISATION PUB >> TOP H");
     EXPECT_FALSE(Engine().MainTimer->Enabled());
   });
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   EXPECT_TRUE(seen);
   EXPECT_TRUE(Engine().MainTimer->Enabled());
 }
@@ -371,7 +371,7 @@ TEST_F(FittingBreakBeforeMidnight, TheFlagIsThatOfHour0AndTheTimeLeftEndsWithThe
   OnlyInstrumentalHour(0);
   List({{"A", 200}, {"B", 250}, {"C", 300}});
   AddInstrumental("SHORT", 1000, 0);
-  AjusteFinHeureInstru(on.station);
+  FitHourWithInstrumentals(on.station);
   // 600 s are left, so that C is the row that the pip reaches; the gap, counted to the start of the
   // day, is far below 0 and lets every length through.
   EXPECT_EQ(Names(), "A,B,SHORT,C") << on.Describe();
@@ -380,7 +380,7 @@ TEST_F(FittingBreakBeforeMidnight, TheFlagIsThatOfHour0AndTheTimeLeftEndsWithThe
 TEST_F(FittingBreakBeforeMidnight, TheShorteningEndsByItsTwoSeconds) {
   List({{"A", 200}, {"B", 250}});
   Break(1, "23:55", "01:00");
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHourWithBreakAtPip(on.station);
   EXPECT_EQ(BreakPosition(), 1);
   EXPECT_EQ(on.loop.MonotonicMs(), 2000);
   EXPECT_EQ(Exits(), "800000,800000");

@@ -17,10 +17,10 @@ class FittingRound : public FittingStation {
 TEST_F(FittingRound, TheSmallestChainComesToTheFront) {
   List({{"A", 180}, {"B", 60}, {"C", 100}, {"D", 50}});
   // First family: A 180; BA 240; CA 280; DA 230. Second: A 180; BC 160; CD 150; DA 230.
-  EXPECT_EQ(AjusteTitres(on.station), 150000);
+  EXPECT_EQ(BringBestChainForward(on.station), 150000);
   EXPECT_EQ(Names(), "C,D,A,B");
   // Again: CD 150 is the first chain of both families, DC 150 the second of the first.
-  EXPECT_EQ(AjusteTitres(on.station), 150000);
+  EXPECT_EQ(BringBestChainForward(on.station), 150000);
   EXPECT_EQ(Names(), "C,D,A,B");
 }
 
@@ -31,7 +31,7 @@ TEST_F(FittingRound, TheTargetCountsTheElementOnAirAndTheBuffers) {
   List({{"A", 110}, {"B", 20}, {"C", 100}});
   // C = 120 - 30 + 2 + 3 + 15 = 110, which A alone reaches and does not pass.
   // First family: AB 130; BA 130; CA 210. Second: AB 130; BC 120; CA 210.
-  EXPECT_EQ(AjusteTitres(on.station), 120000);
+  EXPECT_EQ(BringBestChainForward(on.station), 120000);
   EXPECT_EQ(Names(), "B,C,A");
 }
 
@@ -39,7 +39,7 @@ TEST_F(FittingRound, ATitleLongerThanTheTimeLeftIsAChainOfItsOwn) {
   Engine().RemainingMs = 25001;  // C = 109.999
   List({{"B", 20}, {"A", 110}, {"C", 100}});
   // First family: BA 130; A 110; CB 120. Second: BA 130; A 110; CB 120.
-  EXPECT_EQ(AjusteTitres(on.station), 110000);
+  EXPECT_EQ(BringBestChainForward(on.station), 110000);
   EXPECT_EQ(Names(), "A,B,C");
 }
 
@@ -49,7 +49,7 @@ TEST_F(FittingRound, ARowMadeAnewShowsWhatItsCardHoldsNow) {
   on.Sql(
       "UPDATE Discotheque SET TITRE = 'NEW', VARIETE = 'OTHER', INTRO = 9, LASTDIFF = 46347.5 "
       "WHERE AUTEUR = 'A'");
-  EXPECT_EQ(AjusteTitres(on.station), 180000);
+  EXPECT_EQ(BringBestChainForward(on.station), 180000);
   ASSERT_EQ(Names(), "A,B,C");
   const OnAirElement& row = PL().Row(1);
   EXPECT_EQ(row.secondLine, "NEW");
@@ -66,12 +66,12 @@ TEST_F(FittingRound, ARowMadeAnewShowsWhatItsCardHoldsNow) {
 
 TEST_F(FittingRound, OneTitleStaysAndScoresItsLength) {
   List({{"A", 40}});
-  EXPECT_EQ(AjusteTitres(on.station), 40000);
+  EXPECT_EQ(BringBestChainForward(on.station), 40000);
   EXPECT_EQ(Names(), "A");
 }
 
 TEST_F(FittingRound, AnEmptyListScoresNothing) {
-  EXPECT_EQ(AjusteTitres(on.station), 0);
+  EXPECT_EQ(BringBestChainForward(on.station), 0);
 }
 
 // Long lists: rows of 134 s do not pass C = 135 alone, two of them do; one of 136 s does, and its
@@ -96,7 +96,7 @@ class FittingLongList : public FittingRound {
 
 TEST_F(FittingLongList, Row99IsStillReadAsItIs) {
   Rows(99);
-  EXPECT_EQ(AjusteTitres(on.station), 136000);
+  EXPECT_EQ(BringBestChainForward(on.station), 136000);
   EXPECT_EQ(PL().Row(1).title, "LAST");
   EXPECT_EQ(PL().Count(), 99);
 }
@@ -104,7 +104,7 @@ TEST_F(FittingLongList, Row99IsStillReadAsItIs) {
 TEST_F(FittingLongList, TheChainOfRow100NamesRowsThatAreNone) {
   Rows(100);
   // "100" is read as the rows 10 and 0.
-  EXPECT_EQ(AjusteTitres(on.station), std::nullopt);
+  EXPECT_EQ(BringBestChainForward(on.station), std::nullopt);
   EXPECT_EQ(PL().Count(), 100);
   EXPECT_EQ(PL().Row(1).title, "1");
   ASSERT_EQ(on.Events("error").size(), 1U);
@@ -114,7 +114,7 @@ TEST_F(FittingLongList, TheChainOfRow100NamesRowsThatAreNone) {
 TEST_F(FittingLongList, TheChainOfRow101IsReadAsTwoOtherRows) {
   Rows(101);
   // "101" is read as the rows 10 and 1.
-  EXPECT_EQ(AjusteTitres(on.station), 136000);
+  EXPECT_EQ(BringBestChainForward(on.station), 136000);
   EXPECT_EQ(PL().Count(), 101);
   EXPECT_EQ(PL().Row(1).title, "TENTH");
   EXPECT_EQ(PL().Row(2).title, "FIRST");
@@ -125,7 +125,7 @@ TEST_F(FittingRound, ASumBeyond32BitsIsAnErrorThatLeavesTheList) {
   List({{"A", 60}, {"B", 60}, {"C", 60}});
   PL().Row(2).lengthMs = 2147483647;
   // 60000 ms and the second row pass 2147483647.
-  EXPECT_EQ(AjusteTitres(on.station), std::nullopt);
+  EXPECT_EQ(BringBestChainForward(on.station), std::nullopt);
   EXPECT_EQ(Names(), "A,B,C");
   ASSERT_EQ(on.Events("error").size(), 1U);
   EXPECT_EQ(on.Events("error")[0]["where"], "AjusteTitres");
@@ -135,7 +135,7 @@ TEST_F(FittingRound, ASumBeyond32BitsIsAnErrorThatLeavesTheList) {
 TEST_F(FittingRound, AFailedReadOfTheCardsLosesNoRow) {
   List({{"A", 180}, {"B", 60}, {"C", 100}, {"D", 50}});
   on.Sql("DROP TABLE Discotheque");
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   EXPECT_EQ(Names(), "A,B,C,D");
   ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
   EXPECT_EQ(on.Events("error")[0]["where"], "AjusteTitres");
@@ -154,8 +154,8 @@ TEST_F(FittingPlain, AListShorterThanTheTimeLeftStaysAsItIs) {
   List({{"A", 100, 2000}, {"B", 200, 2000}, {"C", 150, 2000}});
   // C = 615 is never reached. First family, which never takes the last row behind another:
   // AB 298; BA 298; CAB 446. Second: ABC, BCA, CAB 446. The first of the two smallest wins.
-  EXPECT_EQ(AjusteTitres(on.station), 298000);
-  AjusteFinHeure(on.station);
+  EXPECT_EQ(BringBestChainForward(on.station), 298000);
+  FitHour(on.station);
   EXPECT_EQ(Names(), "A,B,C");
 }
 
@@ -166,13 +166,13 @@ TEST_F(FittingPlain, JinglesAndSpotsAreGoneAfterIt) {
   spot.code = -2;
   spot.lengthMs = 30000;
   on.Append(spot);
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   EXPECT_EQ(Names(), "A,B");
 }
 
 TEST_F(FittingPlain, TellsTheCodesBeforeAndAfter) {
   List({{"A", 100}, {"jingle", 5}, {"B", 200}});
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   const auto fits = on.Events("fit");
   ASSERT_EQ(fits.size(), 1U) << on.Describe();
   EXPECT_EQ(fits[0]["routine"], "AjusteFinHeure");
@@ -182,7 +182,7 @@ TEST_F(FittingPlain, TellsTheCodesBeforeAndAfter) {
 
 TEST_F(FittingPlain, PlannedTimesAreThoseOfTheNewOrder) {
   List({{"A", 100}, {"jingle", 5}, {"B", 200}});
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   EXPECT_EQ(ColumnText(PL().Row(1), Col::kPlanned), "12 h 50 ' 00");
   EXPECT_EQ(ColumnText(PL().Row(2), Col::kPlanned), "12 h 51 ' 40");
 }
@@ -198,7 +198,7 @@ TEST_F(FittingPlain, WhileItWorksTheScreenSaysSoAndTheTickIsHeld) {
     EXPECT_TRUE(Engine().FittingActive);
     EXPECT_FALSE(Engine().MainTimer->Enabled());
   });
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   EXPECT_TRUE(seen);
   EXPECT_FALSE(on.station.notices.progress.visible);
   EXPECT_FALSE(on.station.notices.hourglass);
@@ -208,25 +208,25 @@ TEST_F(FittingPlain, WhileItWorksTheScreenSaysSoAndTheTickIsHeld) {
 
 TEST_F(FittingPlain, FewerThanTenRowsAskForMoreMusicFirst) {
   List(std::vector<Piece>(9, {"A", 30}));
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   EXPECT_EQ(on.Events("request").size(), 1U);
   List({{"A", 30}});
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   EXPECT_EQ(on.Events("request").size(), 1U);
 }
 
 TEST_F(FittingPlain, AListEmptiedByTheOperatorInBetweenStaysEmpty) {
   List({{"A", 100}, {"B", 200}});
   on.loop.Post([&] { PL().Clear(); });
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   EXPECT_TRUE(PL().Empty());
   EXPECT_TRUE(on.Events("error").empty()) << on.Describe();
 }
 
 TEST_F(FittingPlain, AnEmptyListLeavesBeforeTheLatch) {
-  AjusteFinHeure(on.station);
-  AjusteFinHeureInstru(on.station);
-  AjusteFinHeurePubColleTopH(on.station);
+  FitHour(on.station);
+  FitHourWithInstrumentals(on.station);
+  FitHourWithBreakAtPip(on.station);
   EXPECT_FALSE(Engine().FittingActive);
   EXPECT_TRUE(on.Events("fit").empty());
 }
@@ -248,19 +248,19 @@ class FittingRounds : public FittingStation {
 // was.
 TEST_F(FittingRounds, EachWorksOnTheListThatTheOneBeforeLeft) {
   List({{"jingle", 20}, {"B", 190}, {"C", 110}, {"D", 150}, {"E", 180}});
-  EXPECT_EQ(AjusteTitres(on.station), 300000);
+  EXPECT_EQ(BringBestChainForward(on.station), 300000);
   EXPECT_EQ(Names(), "B,C,jingle,D,E");
-  EXPECT_EQ(AjusteTitres(on.station), 280000);
+  EXPECT_EQ(BringBestChainForward(on.station), 280000);
   EXPECT_EQ(Names(), "C,D,B,E");
-  EXPECT_EQ(AjusteTitres(on.station), 290000);
+  EXPECT_EQ(BringBestChainForward(on.station), 290000);
   EXPECT_EQ(Names(), "E,C,D,B");
-  EXPECT_EQ(AjusteTitres(on.station), 290000);
+  EXPECT_EQ(BringBestChainForward(on.station), 290000);
   EXPECT_EQ(Names(), "E,C,D,B");
 }
 
 TEST_F(FittingRounds, TheLastBelowTheFirstWinsAndNotTheLowest) {
   List({{"jingle", 20}, {"B", 190}, {"C", 110}, {"D", 150}, {"E", 180}});
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   EXPECT_EQ(Names(), "E,C,D,B");  // round 7 with 290, not round 2 with 280, which left C,D,B,E
 }
 
@@ -281,11 +281,11 @@ TEST_F(FittingSevenRounds, AllSevenAreRun) {
                                      {"E", 207}, {"F", 163}, {"G", 173}};
   List(pieces);
   for (const int score : {514, 470, 469, 440, 430, 426, 418})
-    EXPECT_EQ(AjusteTitres(on.station), score * 1000);
+    EXPECT_EQ(BringBestChainForward(on.station), score * 1000);
   EXPECT_EQ(Names(), "C,E,F,A,G,B,D");
   PL().Clear();
   List(pieces);
-  AjusteFinHeure(on.station);
+  FitHour(on.station);
   EXPECT_EQ(Names(), "C,E,F,A,G,B,D");
 }
 
@@ -298,7 +298,7 @@ class FittingBeforeMidnight : public FittingStation {
 
 TEST_F(FittingBeforeMidnight, TheTimeLeftIsCountedToTheEndOfTheDay) {
   List({{"A", 180}, {"B", 60}, {"C", 100}, {"D", 50}});
-  EXPECT_EQ(AjusteTitres(on.station), 150000);  // as two minutes before any other hour
+  EXPECT_EQ(BringBestChainForward(on.station), 150000);  // as two minutes before any other hour
   EXPECT_EQ(Names(), "C,D,A,B");
 }
 

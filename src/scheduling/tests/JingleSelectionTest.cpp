@@ -194,7 +194,7 @@ TEST_F(JingleSelection, EveryJingleBeforeATitleGoesInThoughTheBaseIsLocked) {
   const int32_t behind = AddJingle(on, {.label = "BEHIND", .titleCode = kTitle, .endOfTitle = 1});
   PL().Add(RowOf(kTitle));
   base.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "BEFORE,BEHIND,ARTIST");
   base.Disarm();
   on.RunUntil(6000);
@@ -276,7 +276,7 @@ TEST_F(FindJingleOverlay, ALostFileIsLoggedAndGivesUpItsTurn) {
   EXPECT_EQ(on.station.engine.IntroOverlayLabel, "SOUND");
 }
 
-// --- FindJingleAssocie ---
+// --- FindAssociatedJingle ---
 
 using JingleOfTheTitle = JingleSelection;
 
@@ -291,7 +291,7 @@ TEST_F(JingleOfTheTitle, ItsOverlayIsArmedWithoutLookingAtHoursDatesOrLength) {
                                       .from = "0601",
                                       .to = "0602",
                                       .lastPlayed = 46000});
-  EXPECT_TRUE(FindJingleAssocie(on.station, kTitle));
+  EXPECT_TRUE(FindAssociatedJingle(on.station, kTitle));
   EXPECT_EQ(on.station.engine.IntroOverlayLabel, "ITS OWN");
   EXPECT_EQ(LastPlayed(code), "46347.5");
   EXPECT_EQ(on.Events("jingle").at(0)["routine"], "FindJingleAssocie");
@@ -301,27 +301,27 @@ TEST_F(JingleOfTheTitle, ItsOverlayIsArmedWithoutLookingAtHoursDatesOrLength) {
 TEST_F(JingleOfTheTitle, TheLeastRecentlyPlayedOfSeveralAndAgainWhenItIsTheOnlyOne) {
   AddJingle(on, {.label = "RECENT", .overlay = true, .titleCode = kTitle, .lastPlayed = 46000});
   AddJingle(on, {.label = "RESTED", .overlay = true, .titleCode = kTitle, .lastPlayed = 45000});
-  EXPECT_TRUE(FindJingleAssocie(on.station, kTitle));
+  EXPECT_TRUE(FindAssociatedJingle(on.station, kTitle));
   EXPECT_EQ(on.station.engine.IntroOverlayLabel, "RESTED");
-  EXPECT_TRUE(FindJingleAssocie(on.station, kTitle));
+  EXPECT_TRUE(FindAssociatedJingle(on.station, kTitle));
   EXPECT_EQ(on.station.engine.IntroOverlayLabel, "RECENT");
-  EXPECT_TRUE(FindJingleAssocie(on.station, kTitle));
+  EXPECT_TRUE(FindAssociatedJingle(on.station, kTitle));
 }
 
 TEST_F(JingleOfTheTitle, NoneOfItsOwnIsNotFound) {
   AddJingle(on, {.overlay = true});
-  EXPECT_FALSE(FindJingleAssocie(on.station, kTitle));
+  EXPECT_FALSE(FindAssociatedJingle(on.station, kTitle));
   EXPECT_TRUE(on.Events("jingle").empty());
 }
 
 TEST_F(JingleOfTheTitle, ALostFileIsNotFound) {
   AddJingle(on, {.file = "/nowhere/lost.wav", .overlay = true, .titleCode = kTitle});
-  EXPECT_FALSE(FindJingleAssocie(on.station, kTitle));
+  EXPECT_FALSE(FindAssociatedJingle(on.station, kTitle));
   ASSERT_EQ(on.Events("error").size(), 1U);
   EXPECT_EQ(on.Events("error")[0]["where"], "FindJingleAssocie");
 }
 
-// --- FindJingleAssocieAvantTitre ---
+// --- FindJingleBeforeTitle ---
 
 using JingleAroundTheTitle = JingleSelection;
 
@@ -335,7 +335,7 @@ TEST_F(JingleAroundTheTitle, ThePlainJingleOfTheTitleGoesBeforeIt) {
                                       .from = "0601",
                                       .to = "0602",
                                       .lastPlayed = 45000});
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "RESTED,ARTIST");
   EXPECT_EQ(LastPlayed(code), "46347.5");
   EXPECT_EQ(on.Events("jingle").at(0)["routine"], "FindJingleAssocieAvantTitre");
@@ -346,7 +346,7 @@ TEST_F(JingleAroundTheTitle, OneForTheEndGoesBehindIt) {
   PL().Add(RowOf(kTitle));
   PL().Add(RowOf(8, "NEXT"));
   AddJingle(on, {.label = "END", .titleCode = kTitle, .endOfTitle = 1});
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "ARTIST,END,NEXT");
 }
 
@@ -355,7 +355,7 @@ TEST_F(JingleAroundTheTitle, OneForTheEndGoesBehindAJingleThatFollowsAlready) {
   PL().Add(RowOf(Element::kJingle, "THERE"));
   PL().Add(RowOf(8, "NEXT"));
   AddJingle(on, {.label = "END", .titleCode = kTitle, .endOfTitle = 1});
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "ARTIST,THERE,END,NEXT");
 }
 
@@ -363,7 +363,7 @@ TEST_F(JingleAroundTheTitle, ASpotThatFollowsIsNoJingle) {
   PL().Add(RowOf(kTitle));
   PL().Add(RowOf(Element::kSpot, "SPOT"));
   AddJingle(on, {.label = "END", .titleCode = kTitle, .endOfTitle = 1});
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "ARTIST,END,SPOT");
 }
 
@@ -371,7 +371,7 @@ TEST_F(JingleAroundTheTitle, AfterOneBeforeTheTitleTheEndJingleStandsAtRow2AllTh
   PL().Add(RowOf(kTitle));
   AddJingle(on, {.label = "BEFORE", .titleCode = kTitle, .lastPlayed = 1});
   AddJingle(on, {.label = "END", .titleCode = kTitle, .endOfTitle = 1, .lastPlayed = 2});
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "BEFORE,END,ARTIST");
 }
 
@@ -380,7 +380,7 @@ TEST_F(JingleAroundTheTitle, AnEndJinglePlacedFirstStaysBehindTheTitle) {
   AddJingle(on, {.label = "BEFORE", .titleCode = kTitle, .lastPlayed = 2});
   AddJingle(on, {.label = "END", .titleCode = kTitle, .endOfTitle = 1, .lastPlayed = 1});
   AddJingle(on, {.label = "END TOO", .titleCode = kTitle, .endOfTitle = 1, .lastPlayed = 3});
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "BEFORE,ARTIST,END");
 }
 
@@ -388,11 +388,11 @@ TEST_F(JingleAroundTheTitle, TheArtistsJingleIsLookedForOnlyWithoutOneOfTheTitle
   AddJingle(on, {.label = "OF THE TITLE", .titleCode = kTitle, .lastPlayed = 46000});
   AddJingle(on, {.label = "OF THE ARTIST", .artist = "L'ARTISTE", .lastPlayed = 1});
   PL().Add(RowOf(kTitle, "L'ARTISTE"));
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "OF THE TITLE,L'ARTISTE");
   PL().Clear();
   PL().Add(RowOf(8, "L'ARTISTE"));
-  FindJingleAssocieAvantTitre(on.station, 8);
+  FindJingleBeforeTitle(on.station, 8);
   EXPECT_EQ(Texts(PL()), "OF THE ARTIST,L'ARTISTE");
 }
 
@@ -400,14 +400,14 @@ TEST_F(JingleAroundTheTitle, AnOverlayOfTheTitleDoesNotHideTheArtistsJingle) {
   AddJingle(on, {.label = "OVERLAY", .overlay = true, .titleCode = kTitle});
   AddJingle(on, {.label = "OF THE ARTIST", .artist = "ARTIST"});
   PL().Add(RowOf(kTitle));
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "OF THE ARTIST,ARTIST");
 }
 
 TEST_F(JingleAroundTheTitle, TheArtistIsMatchedAsTheRowNamesIt) {
   AddJingle(on, {.label = "OF THE ARTIST", .artist = "BAND"});
   PL().Add(RowOf(kTitle, "BAND FEAT. GUEST"));
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Texts(PL()), "BAND FEAT. GUEST");
 }
 
@@ -417,7 +417,7 @@ TEST_F(JingleAroundTheTitle, ARowWithoutAnArtistLinksNoJingle) {
   for (const char* artist : {"", "  "}) {
     PL().Clear();
     PL().Add(RowOf(kTitle, artist));
-    FindJingleAssocieAvantTitre(on.station, kTitle);
+    FindJingleBeforeTitle(on.station, kTitle);
     EXPECT_EQ(Texts(PL()), artist);
   }
   EXPECT_EQ(Engine().LastJingleTimer, 0.0F);
@@ -425,16 +425,16 @@ TEST_F(JingleAroundTheTitle, ARowWithoutAnArtistLinksNoJingle) {
 
 TEST_F(JingleAroundTheTitle, ItCountsAsTheJingleOfTheMoment) {
   PL().Add(RowOf(kTitle));
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Engine().LastJingleTimer, 0.0F);  // nothing found, nothing reset
   AddJingle(on, {.titleCode = kTitle});
-  FindJingleAssocieAvantTitre(on.station, kTitle);
+  FindJingleBeforeTitle(on.station, kTitle);
   EXPECT_EQ(Engine().LastJingleTimer, 43200.0F);
   EXPECT_EQ(Engine().LastIntroJingleTimer, 43200.0F);
   EXPECT_EQ(Engine().LastAssociationTimer, 43200.0);
 }
 
-// --- FindJingleAssocieGenre ---
+// --- FindGenreJingle ---
 
 using JingleOfTheGenre = JingleSelection;
 
@@ -445,7 +445,7 @@ TEST_F(JingleOfTheGenre, TheLeastRecentlyPlayedOfTheGenreGoesBeforeTheTitle) {
   AddJingle(on, {.label = "RECENT", .genre = "ROCK'N'ROLL", .lastPlayed = 46000});
   const int32_t code =
       AddJingle(on, {.label = "RESTED", .genre = "ROCK'N'ROLL", .lastPlayed = 45000});
-  EXPECT_TRUE(FindJingleAssocieGenre(on.station, "ROCK'N'ROLL"));
+  EXPECT_TRUE(FindGenreJingle(on.station, "ROCK'N'ROLL"));
   EXPECT_EQ(Texts(PL()), "RESTED,ARTIST");
   EXPECT_EQ(LastPlayed(code), "46347.5");
   EXPECT_EQ(on.Events("jingle").at(0)["routine"], "FindJingleAssocieGenre");
@@ -458,28 +458,28 @@ TEST_F(JingleOfTheGenre, NeedsHourAndDate) {
   notNow[12] = '0';
   AddJingle(on, {.label = "NOT NOW", .hours = notNow, .genre = "POP"});
   AddJingle(on, {.label = "SUMMER", .genre = "POP", .from = "0601", .to = "0831"});
-  EXPECT_FALSE(FindJingleAssocieGenre(on.station, "POP"));
+  EXPECT_FALSE(FindGenreJingle(on.station, "POP"));
   AddJingle(on, {.label = "ALLOWED", .genre = "POP", .lastPlayed = 46000});
-  EXPECT_TRUE(FindJingleAssocieGenre(on.station, "POP"));
+  EXPECT_TRUE(FindGenreJingle(on.station, "POP"));
   EXPECT_EQ(Texts(PL()), "ALLOWED,ARTIST");
 }
 
 TEST_F(JingleOfTheGenre, ARowWithoutAGenreHasNone) {
   PL().Add(RowOf(kTitle));
   AddJingle(on, {});
-  EXPECT_FALSE(FindJingleAssocieGenre(on.station, ""));
+  EXPECT_FALSE(FindGenreJingle(on.station, ""));
   EXPECT_EQ(Texts(PL()), "ARTIST");
 }
 
 TEST_F(JingleOfTheGenre, AFailedQueryNamesTheGenre) {
   on.Sql("DROP TABLE DiscothequeJingle");
-  EXPECT_FALSE(FindJingleAssocieGenre(on.station, "POP"));
+  EXPECT_FALSE(FindGenreJingle(on.station, "POP"));
   ASSERT_EQ(on.Events("error").size(), 1U);
   EXPECT_EQ(on.Events("error")[0]["where"], "FindJingleAssocieGenre");
   EXPECT_NE(on.Events("error")[0]["text"].find("Genre = POP"), std::string::npos);
 }
 
-// --- FindJingleExtrait ---
+// --- FindExtractJingle ---
 
 using JingleOfExtracts = JingleSelection;
 
@@ -493,7 +493,7 @@ TEST_F(JingleOfExtracts, TheAnnouncementGoesIntoTheGivenRow) {
                                       .exitMs = 300,
                                       .from = "0601",
                                       .to = "0602"});
-  FindJingleExtrait(on.station, 2);
+  FindExtractJingle(on.station, 2);
   ASSERT_EQ(Texts(PL()), "FIRST,Jingle annonce extrait,SECOND");
   const OnAirElement& row = PL().Row(2);
   EXPECT_EQ(row.secondLine, "COMING UP");
@@ -509,7 +509,7 @@ TEST_F(JingleOfExtracts, TheAnnouncementGoesIntoTheGivenRow) {
 
 TEST_F(JingleOfExtracts, WithoutOneTheRowSaysSo) {
   AddJingle(on, {.hours = std::string(24, '0'), .extract = 1});
-  FindJingleExtrait(on.station, 1);
+  FindExtractJingle(on.station, 1);
   ASSERT_EQ(Texts(PL()), "Jingle annonce extrait");
   const OnAirElement& row = PL().Row(1);
   EXPECT_EQ(row.secondLine, "NO JINGLE");
@@ -522,7 +522,7 @@ TEST_F(JingleOfExtracts, WithoutOneTheRowSaysSo) {
   EXPECT_TRUE(on.Events("jingle").empty());
 }
 
-// --- FindJingleRacro ---
+// --- FindLinkJingle ---
 
 using LinkingElement = JingleSelection;
 
@@ -531,7 +531,7 @@ TEST_F(LinkingElement, TheLeastRecentlyPlayedGoesFirst) {
   AddLinkingElement(on, "NO LINK", 0, 0);
   AddLinkingElement(on, "RECENT", 1, 46000);
   const int32_t code = AddLinkingElement(on, "RESTED", 1, 45000, 250);
-  EXPECT_TRUE(FindJingleRacro(on.station));
+  EXPECT_TRUE(FindLinkJingle(on.station));
   ASSERT_EQ(Texts(PL()), "RESTED,SPOT");
   const OnAirElement& row = PL().Row(1);
   EXPECT_EQ(row.secondLine + row.genre, "");
@@ -546,25 +546,25 @@ TEST_F(LinkingElement, TheLeastRecentlyPlayedGoesFirst) {
 
 TEST_F(LinkingElement, WithoutOneNothingIsDone) {
   AddLinkingElement(on, "NO LINK", 0, 0);
-  EXPECT_FALSE(FindJingleRacro(on.station));
+  EXPECT_FALSE(FindLinkJingle(on.station));
   EXPECT_TRUE(PL().Empty());
 }
 
-// --- FindJingleCompositeur ---
+// --- ComposerOfJingle ---
 
 using JingleComposer = JingleSelection;
 
 TEST_F(JingleComposer, IsThatOfTheJingleWithTheFile) {
   AddJingle(on, {.file = "/jingles/other.wav", .composer = "OTHER"});
   AddJingle(on, {.file = "/jingles/l'heure.wav", .composer = "DUPONT"});
-  EXPECT_EQ(FindJingleCompositeur(on.station, "/jingles/l'heure.wav"), "DUPONT");
-  EXPECT_EQ(FindJingleCompositeur(on.station, "/jingles/L'HEURE.WAV"), "DUPONT");
-  EXPECT_EQ(FindJingleCompositeur(on.station, "/jingles/none.wav"), "");
+  EXPECT_EQ(ComposerOfJingle(on.station, "/jingles/l'heure.wav"), "DUPONT");
+  EXPECT_EQ(ComposerOfJingle(on.station, "/jingles/L'HEURE.WAV"), "DUPONT");
+  EXPECT_EQ(ComposerOfJingle(on.station, "/jingles/none.wav"), "");
 }
 
 TEST_F(JingleComposer, AFailedQueryIsLoggedAndEmpty) {
   on.Sql("DROP TABLE DiscothequeJingle");
-  EXPECT_EQ(FindJingleCompositeur(on.station, "/jingles/other.wav"), "");
+  EXPECT_EQ(ComposerOfJingle(on.station, "/jingles/other.wav"), "");
   EXPECT_EQ(on.Events("error").at(0)["where"], "FindJingleCompositeur");
 }
 
@@ -600,11 +600,11 @@ TEST_P(JingleGuards, StopWhatTheyShouldAndNothingElse) {
   };
   EXPECT_EQ(picks([&] { FindJingle(on.station, false, 0); }), GetParam().plain);
   EXPECT_EQ(picks([&] { FindJingle(on.station, true, 0); }), GetParam().overlay);
-  EXPECT_EQ(picks([&] { FindJingleAssocie(on.station, kTitle); }), GetParam().title);
-  EXPECT_EQ(picks([&] { FindJingleAssocieAvantTitre(on.station, kTitle); }), GetParam().around);
-  EXPECT_EQ(picks([&] { FindJingleAssocieGenre(on.station, "POP"); }), GetParam().genre);
-  EXPECT_TRUE(picks([&] { FindJingleExtrait(on.station, 1); }));
-  EXPECT_TRUE(picks([&] { FindJingleRacro(on.station); }));
+  EXPECT_EQ(picks([&] { FindAssociatedJingle(on.station, kTitle); }), GetParam().title);
+  EXPECT_EQ(picks([&] { FindJingleBeforeTitle(on.station, kTitle); }), GetParam().around);
+  EXPECT_EQ(picks([&] { FindGenreJingle(on.station, "POP"); }), GetParam().genre);
+  EXPECT_TRUE(picks([&] { FindExtractJingle(on.station, 1); }));
+  EXPECT_TRUE(picks([&] { FindLinkJingle(on.station); }));
 }
 
 INSTANTIATE_TEST_SUITE_P(

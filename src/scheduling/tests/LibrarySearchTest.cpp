@@ -33,7 +33,7 @@ class Search : public testing::Test {
   std::string Text(size_t row) { return std::string(List().rows.Cell(row, 0)); }
   void Begin(const std::string& text) {
     on.station.browse.Rech = text;
-    BeginRech(on.station);
+    BeginTextSearch(on.station);
   }
   // Slices until nothing is left; how many it took.
   int Rest() {
@@ -165,7 +165,7 @@ TEST_F(Search, AnEmptyLibraryLeavesTheListAsItIs) {
 TEST_F(Search, ACardWithoutAGenreIsLikeNone) {
   Cards(3);
   on.Sql("UPDATE Discotheque SET GENRE = NULL WHERE CODE = 2");
-  RechGenre_Click(on.station, "*");
+  OnAir::RechGenre_Click(on.station, "*");
   ASSERT_EQ(Found(), 2U);
   EXPECT_EQ(Text(0), "ARTIST 1");
   EXPECT_EQ(Text(1), "ARTIST 3");
@@ -173,7 +173,7 @@ TEST_F(Search, ACardWithoutAGenreIsLikeNone) {
 
 TEST_F(Search, AGenreIsFoundWithoutRegardToCaseInAllOfTheTable) {
   Cards(9000);
-  RechGenre_Click(on.station, "r?ck");
+  OnAir::RechGenre_Click(on.station, "r?ck");
   EXPECT_EQ(Found(), 3000U);
   EXPECT_EQ(Text(2999), "ARTIST 9000");
 }
@@ -182,8 +182,8 @@ TEST_F(Search, AGenreKeepsTheSortingAndATextEndsIt) {
   Cards(12);
   Begin("*");
   Rest();
-  ListRech_ColumnClick(on.station, 0);
-  RechGenre_Click(on.station, "ROCK");
+  OnAir::ListRech_ColumnClick(on.station, 0);
+  OnAir::RechGenre_Click(on.station, "ROCK");
   ASSERT_EQ(Found(), 4U);
   EXPECT_EQ(Text(0), "ARTIST 12");
   EXPECT_EQ(Text(1), "ARTIST 3");

@@ -36,7 +36,7 @@ class ModelEditorTest : public testing::Test {
 using Names = std::vector<std::string>;
 
 TEST_F(ModelEditorTest, AnEmptyTableGivesHeadingAndTotalOnly) {
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   ASSERT_EQ(Models().RowCount(), 2);
   EXPECT_EQ(Models().Cell(0, 0), "Genres");
   EXPECT_EQ(Models().Cell(0, 1), "00h");
@@ -51,7 +51,7 @@ TEST_F(ModelEditorTest, ADayIsLoadedInTheOrderOfItsRowsWithTotalsThatMayPass100)
   s.Model(2, "ROCK", 70);
   s.Model(1, "OTHER", 10);
   s.Model(2, "POP", 50, 23);
-  SelectJourSemaine(s.station, 2);
+  SelectWeekday(s.station, 2);
   EXPECT_EQ(Editor().JourSemaine, 2);
   EXPECT_EQ(Genres(), (Names{"ROCK", "POP"}));
   EXPECT_EQ(Models().Cell(1, 1), "70");
@@ -64,7 +64,7 @@ TEST_F(ModelEditorTest, WithSqueletteOnTheSkeletonIsLoadedHourByColumn) {
   s.SetCnf("Squelette", -1);
   s.Position(3, 0, "FIRST");
   s.Position(3, 23, "LAST");
-  SelectJourSemaine(s.station, 3);
+  SelectWeekday(s.station, 3);
   ASSERT_EQ(Skeleton().RowCount(), 3);
   EXPECT_EQ(Skeleton().Cell(0, 0), "00h");
   EXPECT_EQ(Skeleton().Cell(1, 0), "FIRST");
@@ -74,9 +74,9 @@ TEST_F(ModelEditorTest, WithSqueletteOnTheSkeletonIsLoadedHourByColumn) {
 
 TEST_F(ModelEditorTest, VarietiesAreReadWhenTheScreenIsLoadedAndNotAgain) {
   s.Variety("NATIONAL", 60);
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   s.Variety("INTERNATIONAL", 40);
-  SelectJourSemaine(s.station, 2);
+  SelectWeekday(s.station, 2);
   ASSERT_EQ(Editor().GVariete.RowCount(), 2);
   EXPECT_EQ(Editor().GVariete.Cell(0, 0), "%");
   EXPECT_EQ(Editor().GVariete.Cell(0, 1), "Variété");
@@ -85,7 +85,7 @@ TEST_F(ModelEditorTest, VarietiesAreReadWhenTheScreenIsLoadedAndNotAgain) {
 }
 
 TEST_F(ModelEditorTest, TitlesAndHeadingsSpeakTheLanguage) {
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   const char* percent[] = {"Model en %", "Model in %", "Modelo em %", "Modelo em %"};
   const char* skeleton[] = {"Edit Squelette", "Skeleton", "Esqueleto", "Edit"};
   const char* genres[] = {"Genres", "Style", "Géneros", "Géneros"};
@@ -93,12 +93,12 @@ TEST_F(ModelEditorTest, TitlesAndHeadingsSpeakTheLanguage) {
   for (int langue = 0; langue < 4; ++langue) {
     s.SetCnf("Langue", langue);
     s.SetCnf("Squelette", 0);
-    Traduction(s.station);
+    Models::Translate(s.station);
     EXPECT_EQ(Editor().Caption, percent[langue]);
     EXPECT_EQ(Models().Cell(0, 0), genres[langue]);
     EXPECT_EQ(Editor().GVariete.Cell(0, 1), varieties[langue]);
     s.SetCnf("Squelette", -1);
-    Traduction(s.station);
+    Models::Translate(s.station);
     EXPECT_EQ(Editor().Caption, skeleton[langue]);
   }
 }
@@ -106,12 +106,12 @@ TEST_F(ModelEditorTest, TitlesAndHeadingsSpeakTheLanguage) {
 TEST_F(ModelEditorTest, SavingReplacesTheDayAndWritesItsBackUp) {
   s.Model(1, "OLD", 10);
   s.Model(2, "KEPT", 10);
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   Models().RemoveRow(1);
   AddModelRow("L'ETE", "40");
   AddModelRow("", "99");
   AddModelRow("POP", "60");
-  EXPECT_TRUE(BtnSave(s.station));
+  EXPECT_TRUE(Models::BtnSave_Click(s.station));
   EXPECT_EQ(Count("Models WHERE JOUR = 1"), 2);
   EXPECT_EQ(Count("Models WHERE JOUR = 2"), 1);
   EXPECT_EQ(s.SqlText("SELECT TRANCHE23 FROM Models WHERE GENRE = 'L''ETE'"), "40");
@@ -121,18 +121,18 @@ TEST_F(ModelEditorTest, SavingReplacesTheDayAndWritesItsBackUp) {
     second += "\t60";
   }
   EXPECT_EQ(*s.stationFolder.Read("Lundi.Txt"), expected + "\r\n" + second + "\r\n");
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   EXPECT_EQ(Genres(), (Names{"L'ETE", "POP"}));
 }
 
 // The table is what the air goes by: the day is saved, and whoever saves it is told once.
 TEST_F(ModelEditorTest, ABackUpThatCannotBeWrittenChangesNothingElseAndIsToldOnce) {
   s.Model(1, "POP", 40);
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   s.stationFolder.writesFail = true;
   for (int times = 1; times <= 3; ++times) {
     Models().SetCell(1, 1, std::to_string(50 + times));
-    EXPECT_TRUE(BtnSave(s.station));
+    EXPECT_TRUE(Models::BtnSave_Click(s.station));
     EXPECT_EQ(s.SqlText("SELECT TRANCHE00 FROM Models"), std::to_string(50 + times));
     s.RunUntil(times * 3600000);  // the log's own patience with one fault is shorter
   }
@@ -143,19 +143,19 @@ TEST_F(ModelEditorTest, ABackUpThatCannotBeWrittenChangesNothingElseAndIsToldOnc
 
 TEST_F(ModelEditorTest, SavingADayWithoutGenreLeavesNoRowForIt) {
   s.Model(1, "OLD", 10);
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   Models().SetCell(1, 0, "");
-  EXPECT_TRUE(BtnSave(s.station));
+  EXPECT_TRUE(Models::BtnSave_Click(s.station));
   EXPECT_EQ(Count("Models"), 0);
   EXPECT_EQ(*s.stationFolder.Read("Lundi.Txt"), "");
 }
 
 TEST_F(ModelEditorTest, SavingASkeletonWritesItsOwnTableAndFile) {
   s.SetCnf("Squelette", -1);
-  SelectJourSemaine(s.station, 7);
+  SelectWeekday(s.station, 7);
   Skeleton().AddRow({"POP", "", "L'ETE"});
   Skeleton().AddRow({"", " "});
-  EXPECT_TRUE(BtnSave(s.station));
+  EXPECT_TRUE(Models::BtnSave_Click(s.station));
   EXPECT_EQ(Count("ModelSquelette"), 1);
   EXPECT_EQ(s.SqlText("SELECT TRANCHE02 FROM ModelSquelette WHERE JOUR = 7"), "L'ETE");
   EXPECT_EQ(*s.stationFolder.Read("Sq-Dimanche.Txt"), "POP\t\tL'ETE\r\n");
@@ -164,32 +164,32 @@ TEST_F(ModelEditorTest, SavingASkeletonWritesItsOwnTableAndFile) {
 
 TEST_F(ModelEditorTest, ARowThatCannotBeStoredLeavesTheDayAsItWas) {
   s.Model(1, "OLD", 10);
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   AddModelRow("A GENRE OF MORE THAN 22 CHARACTERS", "10");
-  EXPECT_FALSE(BtnSave(s.station));
+  EXPECT_FALSE(Models::BtnSave_Click(s.station));
   EXPECT_EQ(s.SqlText("SELECT GENRE FROM Models WHERE JOUR = 1"), "OLD");
   EXPECT_FALSE(s.stationFolder.Exists("Lundi.Txt"));
   EXPECT_EQ(s.LastError().substr(0, 18), "SauveGrilleModels:");
   Models().RemoveRow(2);
   AddModelRow("POP", "99999");
-  EXPECT_FALSE(BtnSave(s.station));
+  EXPECT_FALSE(Models::BtnSave_Click(s.station));
   EXPECT_EQ(Count("Models"), 1);
 }
 
 TEST_F(ModelEditorTest, NoDaySelectedIsAnErrorAndSavesNothing) {
   s.Model(1, "OLD", 10);
-  EXPECT_FALSE(BtnSave(s.station));
+  EXPECT_FALSE(Models::BtnSave_Click(s.station));
   EXPECT_EQ(Count("Models"), 1);
 }
 
 TEST_F(ModelEditorTest, TheLastSavedModelComesBackFromItsFile) {
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   AddModelRow("POP", "60");
   AddModelRow("ROCK", "30");
-  BtnSave(s.station);
-  SelectJourSemaine(s.station, 1);
+  Models::BtnSave_Click(s.station);
+  SelectWeekday(s.station, 1);
   Models().RemoveRow(1);
-  BtnImport(s.station);
+  Models::BtnImport_Click(s.station);
   EXPECT_EQ(Genres(), (Names{"POP", "ROCK"}));
   EXPECT_EQ(Models().Cell(3, 0), "Total %");
   EXPECT_EQ(Models().Cell(3, 1), "90 %");
@@ -203,8 +203,8 @@ TEST_F(ModelEditorTest, ABackUpWithHeadingAndTotalGivesTheSameRows) {
     row += "\t90";
   }
   s.MakeFile("Lundi.Txt", heading + "\r\n" + row + "\r\n" + total + "\r\n");
-  SelectJourSemaine(s.station, 1);
-  BtnImport(s.station);
+  SelectWeekday(s.station, 1);
+  Models::BtnImport_Click(s.station);
   EXPECT_EQ(Genres(), Names{"POP"});
   EXPECT_EQ(Models().RowCount(), 3);
   EXPECT_EQ(Models().Cell(2, 1), "90 %");
@@ -212,8 +212,8 @@ TEST_F(ModelEditorTest, ABackUpWithHeadingAndTotalGivesTheSameRows) {
 
 TEST_F(ModelEditorTest, AMissingBackUpSaysSoAndChangesNothing) {
   s.Model(1, "POP", 10);
-  SelectJourSemaine(s.station, 1);
-  BtnImport(s.station);
+  SelectWeekday(s.station, 1);
+  Models::BtnImport_Click(s.station);
   const auto messages = s.Events("message");
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_EQ(messages[0]["text"], "Introuvable\r\n" + s.stationFolder.Path() + "Lundi.Txt");
@@ -223,8 +223,8 @@ TEST_F(ModelEditorTest, AMissingBackUpSaysSoAndChangesNothing) {
 TEST_F(ModelEditorTest, TheSkeletonsBackUpComesBackToo) {
   s.SetCnf("Squelette", -1);
   s.MakeFile("Sq-Mardi.Txt", "POP\tROCK\r\n\tJAZZ\r\n");
-  SelectJourSemaine(s.station, 2);
-  BtnImport(s.station);
+  SelectWeekday(s.station, 2);
+  Models::BtnImport_Click(s.station);
   ASSERT_EQ(Skeleton().RowCount(), 3);
   EXPECT_EQ(Skeleton().Cell(1, 1), "ROCK");
   EXPECT_EQ(Skeleton().Cell(2, 0), "");
@@ -233,12 +233,12 @@ TEST_F(ModelEditorTest, TheSkeletonsBackUpComesBackToo) {
 
 TEST_F(ModelEditorTest, AnotherDayIsCopiedIntoTheGridAndWaitsToBeSaved) {
   s.Model(1, "POP", 10);
-  SelectJourSemaine(s.station, 5);
-  PopJour(s.station, 1);
+  SelectWeekday(s.station, 5);
+  Models::PopJour_Click(s.station, 1);
   EXPECT_EQ(Editor().JourSemaine, 5);
   EXPECT_EQ(Genres(), Names{"POP"});
   EXPECT_EQ(Count("Models WHERE JOUR = 5"), 0);
-  BtnSave(s.station);
+  Models::BtnSave_Click(s.station);
   EXPECT_EQ(Count("Models WHERE JOUR = 5"), 1);
   EXPECT_EQ(Count("Models WHERE JOUR = 1"), 1);
 }
@@ -246,14 +246,14 @@ TEST_F(ModelEditorTest, AnotherDayIsCopiedIntoTheGridAndWaitsToBeSaved) {
 TEST_F(ModelEditorTest, TheDeleteKeyKeepsTheNumberOfRowsAndRecalculates) {
   s.Model(1, "POP", 10);
   s.Model(1, "ROCK", 20);
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   for (const int row : {0, 3}) {  // heading and total
     Editor().ModelsPlace = {row, 0};
-    DeleteModelRow(s.station);
+    Models::Models_KeyDelete(s.station);
     EXPECT_EQ(Genres(), (Names{"POP", "ROCK"}));
   }
   Editor().ModelsPlace = {1, 0};
-  DeleteModelRow(s.station);
+  Models::Models_KeyDelete(s.station);
   EXPECT_EQ(Genres(), (Names{"ROCK", ""}));
   EXPECT_EQ(Models().Cell(3, 1), "20 %");
 }
@@ -261,25 +261,25 @@ TEST_F(ModelEditorTest, TheDeleteKeyKeepsTheNumberOfRowsAndRecalculates) {
 TEST_F(ModelEditorTest, AGenreStandsOnceInADaysModelAndAsOftenAsWantedInASkeleton) {
   s.Model(1, "POP", 10);
   s.Model(1, "ROCK", 20);
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   Editor().ModelsPlace = {2, 0};
-  PopGenreInModels(s.station, "POP");
+  Models::PopGenre_ClickInModels(s.station, "POP");
   EXPECT_EQ(Genres(), (Names{"POP", "ROCK"}));
-  PopGenreInModels(s.station, "JAZZ");
+  Models::PopGenre_ClickInModels(s.station, "JAZZ");
   EXPECT_EQ(Genres(), (Names{"POP", "JAZZ"}));
   Skeleton().AddRow({"POP"});
   Editor().ModelSquelettePlace = {1, 1};
-  PopGenreInSquelette(s.station, "POP");
+  Models::PopGenre_ClickInSkeleton(s.station, "POP");
   Editor().ModelSquelettePlace = {2, 0};
-  PopGenreInSquelette(s.station, "POP");
+  Models::PopGenre_ClickInSkeleton(s.station, "POP");
   EXPECT_EQ(Skeleton().Cell(1, 1), "POP");
   EXPECT_EQ(Skeleton().Cell(2, 0), "POP");
 }
 
 TEST_F(ModelEditorTest, AnEmptyDayGetsItsFirstGenreOnTheTotalRow) {
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   Editor().ModelsPlace = {1, 0};
-  PopGenreInModels(s.station, "POP");
+  Models::PopGenre_ClickInModels(s.station, "POP");
   EXPECT_EQ(Genres(), Names{"POP"});
   EXPECT_EQ(Models().Cell(2, 0), "Total %");
 }
@@ -287,32 +287,32 @@ TEST_F(ModelEditorTest, AnEmptyDayGetsItsFirstGenreOnTheTotalRow) {
 TEST_F(ModelEditorTest, AGenreThatTheListNoLongerHasStaysInTheGrid) {
   s.Model(1, "FORGOTTEN", 10);
   s.MakeFile("Genre.Txt", "POP\r\n");
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   EXPECT_EQ(Editor().PopGenre, (Names{"POP", "INSTRUMENTAL"}));
   EXPECT_EQ(Genres(), Names{"FORGOTTEN"});
 }
 
 TEST_F(ModelEditorTest, PercentagesAreOfferedInStepsOfFiveAndRecalculateTheTotals) {
   s.Model(1, "POP", 10);
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   ASSERT_EQ(Editor().PopPourCent.size(), 21U);
   EXPECT_EQ(Editor().PopPourCent[1], "5");
   Editor().ModelsPlace = {1, 4};
-  PopPourCentInModels(s.station, 35);
+  Models::PopPourCent_ClickInModels(s.station, 35);
   EXPECT_EQ(Models().Cell(1, 4), "35");
   EXPECT_EQ(Models().Cell(2, 4), "35 %");
   EXPECT_EQ(Editor().ModelsPlace.column, 4);
   Editor().ModelsPlace = {2, 4};
-  PopPourCentInModels(s.station, 35);
+  Models::PopPourCent_ClickInModels(s.station, 35);
   EXPECT_EQ(Models().Cell(2, 4), "35 %");
 }
 
 TEST_F(ModelEditorTest, AShareOfAVarietyIsStoredAtOnce) {
   s.Variety("NATIONAL", 60);
   s.Variety("INTERNATIONAL", 40);
-  SelectJourSemaine(s.station, 1);
+  SelectWeekday(s.station, 1);
   Editor().GVarietePlace = {2, 0};
-  PopPourCentInVariete(s.station, 55);
+  Models::PopPourCent_ClickInVarieties(s.station, 55);
   EXPECT_EQ(Editor().GVariete.Cell(2, 0), "55");
   EXPECT_EQ(s.SqlText("SELECT POURCENT FROM Variete WHERE VARIETE = 'INTERNATIONAL'"), "55");
   EXPECT_EQ(s.SqlText("SELECT POURCENT FROM Variete WHERE VARIETE = 'NATIONAL'"), "60");
@@ -329,8 +329,8 @@ TEST_F(ModelEditorTest, GenresAreCountedInFourDigitsWithTheirPositionsBeside) {
   s.Position(1, 3, "POP");
   s.Position(1, 4, "POP");
   s.Position(2, 4, "ROCK");
-  LoadStatsGenres(s.station);
-  SelectJourSemaine(s.station, 1);
+  Models::LoadGenreStats(s.station);
+  SelectWeekday(s.station, 1);
   ASSERT_EQ(Editor().Stats.size(), 2U);
   EXPECT_EQ(Editor().Stats[0].genre, "POP");
   EXPECT_EQ(Editor().Stats[0].count, "0002");
@@ -361,7 +361,7 @@ TEST_F(ModelEditorTest, TheWeekIsExportedWithABlockADayAndItsTotals) {
   s.Model(1, "ROCK", 20, 0);
   s.Model(2, "JAZZ", 30);
   SheetKeeper keeper;
-  EXPECT_TRUE(MnuExport(s.station, keeper));
+  EXPECT_TRUE(Models::MnuExport_Click(s.station, keeper));
   EXPECT_EQ(keeper.path, s.stationFolder.Path() + "ModelsSemaine.xlsx");
   EXPECT_EQ(keeper.sheet.name, "ModelsSemaine");
   EXPECT_EQ(keeper.At(0, 0), "Lundi");
@@ -379,7 +379,7 @@ TEST_F(ModelEditorTest, TheSkeletonsWeekIsExportedByPositions) {
   s.Position(1, 0, "POP");
   s.Position(1, 0, "ROCK");
   SheetKeeper keeper;
-  EXPECT_TRUE(MnuExport(s.station, keeper));
+  EXPECT_TRUE(Models::MnuExport_Click(s.station, keeper));
   EXPECT_EQ(keeper.path, s.stationFolder.Path() + "SqueletteSemaine.xlsx");
   EXPECT_EQ(keeper.At(2, 0), "2");
   EXPECT_EQ(keeper.At(2, 1), "ROCK");

@@ -516,7 +516,7 @@ TEST(PercentageRequest, TheChoosingEndsAfterTwoSecondsWithWhatItHas) {
     while (s.loop.MonotonicMs() < until) s.loop.WaitYield();
   };
   int16_t minutes = 30;
-  RequetePlaylist(w.station, minutes);
+  RequestMusic(w.station, minutes);
   // A second goes by before each title: 2.0 s are not more than 2.0 s, 3.0 s are.
   EXPECT_EQ(w.station.PL.Count(), 3);
 }
@@ -530,14 +530,14 @@ TEST(PercentageRequest, WhatAnEditorIsAtWorkOnHasNoPartInARequestAndStaysAsItIs)
   const int32_t title = s.Add(Title("A", 3));
   WatchedStation w(s);
   ModelEditor& editor = w.station.modelEditor;
-  SelectJourSemaine(w.station, 1);
+  SelectWeekday(w.station, 1);
   editor.Models.SetCell(1, 1, "55");
   w.loop.onYield = [&] {
     editor.Models.SetCell(1, 0, "JAZZ");
     editor.GVariete.SetCell(1, 1, "NO VARIETY");
   };
   int16_t minutes = 30;
-  RequetePlaylist(w.station, minutes);
+  RequestMusic(w.station, minutes);
   EXPECT_EQ(w.station.PL.Codes(), Codes{title});
   EXPECT_EQ(editor.JourSemaine, 1);
   EXPECT_EQ(editor.Models.Cell(1, 0), "JAZZ");
@@ -557,16 +557,16 @@ TEST(PercentageRequest, ARequestInsideARequestAndAClearedListDoNoHarm) {
     ++depth;
     w.station.PL.Clear();
     int16_t inner = 5;
-    RequetePlaylist(w.station, inner);
+    RequestMusic(w.station, inner);
     --depth;
   };
   int16_t minutes = 30;
-  RequetePlaylist(w.station, minutes);
+  RequestMusic(w.station, minutes);
   EXPECT_FALSE(w.station.PL.Empty());
   EXPECT_EQ(s.LastError(), "");
 }
 
-// --- MelangeGenres ---
+// --- MixGenres ---
 
 std::string Genres(const RequestStation& s) {
   std::string genres;
@@ -583,11 +583,11 @@ void List(RequestStation& s, const std::string& genres) {
   }
 }
 
-TEST(MelangeGenres, PartsEqualNeighboursWithTheNextOtherGenre) {
+TEST(MixGenres, PartsEqualNeighboursWithTheNextOtherGenre) {
   RequestStation s;
   List(s, "AAABBC");
   int16_t first = 1;
-  MelangeGenres(s.station, first);
+  MixGenres(s.station, first);
   EXPECT_EQ(first, 2);
   EXPECT_EQ(Genres(s), "ABABAC");
   // Row 2 takes row 4, and what came to row 4 takes row 5; texts and codes go with their genre.
@@ -595,35 +595,35 @@ TEST(MelangeGenres, PartsEqualNeighboursWithTheNextOtherGenre) {
   EXPECT_EQ(s.station.PL.Row(2).title, "ARTIST 4");
 }
 
-TEST(MelangeGenres, AListOfOneGenreStaysAsItIs) {
+TEST(MixGenres, AListOfOneGenreStaysAsItIs) {
   RequestStation s;
   List(s, "AAAA");
   int16_t first = 1;
-  MelangeGenres(s.station, first);
+  MixGenres(s.station, first);
   EXPECT_EQ(s.Listed(), (Codes{1, 2, 3, 4}));
 }
 
-TEST(MelangeGenres, CaseMakesAnotherGenre) {
+TEST(MixGenres, CaseMakesAnotherGenre) {
   RequestStation s;
   List(s, "AaAA");
   int16_t first = 1;
-  MelangeGenres(s.station, first);
+  MixGenres(s.station, first);
   EXPECT_EQ(s.Listed(), (Codes{1, 2, 3, 4}));
 }
 
-TEST(MelangeGenres, RowsBeforeTheFirstNewOneStayAndTheFirstIsComparedWithThem) {
+TEST(MixGenres, RowsBeforeTheFirstNewOneStayAndTheFirstIsComparedWithThem) {
   RequestStation s;
   List(s, "AAAB");
   int16_t first = 3;
-  MelangeGenres(s.station, first);
+  MixGenres(s.station, first);
   EXPECT_EQ(s.Listed(), (Codes{1, 2, 4, 3}));
 }
 
-TEST(MelangeGenres, ARowBehindTheEndDoesNothing) {
+TEST(MixGenres, ARowBehindTheEndDoesNothing) {
   RequestStation s;
   List(s, "AA");
   int16_t first = 3;
-  MelangeGenres(s.station, first);
+  MixGenres(s.station, first);
   EXPECT_EQ(s.Listed(), (Codes{1, 2}));
   EXPECT_EQ(s.LastError(), "");
 }

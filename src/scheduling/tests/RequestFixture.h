@@ -102,7 +102,7 @@ class RequestStation : public TestStation {
 
   void Request(int minutes) {
     auto value = static_cast<int16_t>(minutes);
-    RequetePlaylist(station, value);
+    RequestMusic(station, value);
   }
   std::vector<int32_t> Listed() const { return station.PL.Codes(); }
   RequestState& Requests() { return station.requests; }

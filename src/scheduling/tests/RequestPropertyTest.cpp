@@ -402,9 +402,8 @@ void Fill(RequestStation& s, Case& c) {
   s.Requests() = {};
   s.station.modelEditor = {};
   for (const auto& [name, percent] : c.varieties) s.Variety(name, percent);
-  for (const auto& [genre, percent] : c.model) s.Model(JourSemaineCourant(c.now), genre, percent);
-  for (const std::string& genre : c.positions)
-    s.Position(JourSemaineCourant(c.now), c.now.hour, genre);
+  for (const auto& [genre, percent] : c.model) s.Model(CurrentWeekday(c.now), genre, percent);
+  for (const std::string& genre : c.positions) s.Position(CurrentWeekday(c.now), c.now.hour, genre);
   for (Case::Card& card : c.cards) card.code = s.Add(card);
   for (const Case::Aired& aired : c.report)
     s.Report(aired.artist, aired.dateNum, aired.music ? "POP" : "PUB");

@@ -300,7 +300,7 @@ TEST(RotationRulesOnABase, TheRecentArtistsAreThoseThatAiredLastThoughTheClockWe
   air("A", 10.8);
   air("C", 10.9);
   s.SetCnf("EcartArtiste", 3);
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"A", "C", "D"}));
 }
 
@@ -339,7 +339,7 @@ TEST(RecentArtists, AreThoseOfTheNewestRowsWithoutSpotsJinglesAndPipsAndOfTheWho
   s.Report("SPOT", 46000.6, "PUB");
   s.station.PL.Add(test::TitleElement(1, "LISTED"));
   s.station.PL.Add(test::TitleElement(-1, "a jingle"));
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste,
             (std::vector<std::string>{"a jingle", "LISTED", "middle", "NEW"}));
 }
@@ -348,7 +348,7 @@ TEST(RecentArtists, AGapOfZeroTakesNoneOfTheReport) {
   RequestStation s;
   s.SetCnf("EcartArtiste", 0);
   s.Report("NEW", 46000.3);
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_TRUE(s.Requests().ECArtiste.empty());
 }
 
@@ -357,7 +357,7 @@ TEST(RecentArtists, OfOneMomentTheHighestCodeComesFirst) {
   s.SetCnf("EcartArtiste", 1);
   s.Report("FIRST", 46000.5);
   s.Report("SECOND", 46000.5);
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"SECOND"});
 }
 
@@ -373,7 +373,7 @@ TEST(RecentArtists, ALongReportGivesTheSameAsReadingAllOfIt) {
   RequestStation s;
   s.SetCnf("EcartArtiste", 3);
   FillLongReport(s, 46000);
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste,
             (std::vector<std::string>{"ARTIST 1998", "ARTIST 1999", "ARTIST 2000"}));
 }
@@ -382,12 +382,12 @@ TEST(RecentArtists, AMomentFromBeforeTheClockWasSetBackIsStillTheNewest) {
   RequestStation s;
   s.SetCnf("EcartArtiste", 2);
   FillLongReport(s, 46001);
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 10", "ARTIST 2000"}));
   s.Report("ARTIST 10", 46000.21);  // newer by its CODE, older by its moment
-  LoadDernierCodeRapport(s.station);
+  LoadNewestReportCode(s.station);
   bool allowed = true;
-  CheckEcartArtisteRapport(s.station, "ARTIST 10", 5, allowed);
+  CheckArtistGapInReport(s.station, "ARTIST 10", 5, allowed);
   EXPECT_TRUE(allowed);
 }
 
@@ -395,12 +395,12 @@ TEST(RecentArtists, RowsAddedAfterwardsAndPurgedOnesAreSeen) {
   RequestStation s;
   s.SetCnf("EcartArtiste", 2);
   FillLongReport(s, 46000);
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   s.Report("NEWEST", 46000.9);
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 2000", "NEWEST"}));
   s.Execute("DELETE * FROM Rapport WHERE CODE > 5");
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 4", "ARTIST 5"}));
 }
 
@@ -413,12 +413,12 @@ TEST(RecentArtists, OfAnotherBaseAreReadAnew) {
   RequestStation s;
   s.SetCnf("EcartArtiste", 1);
   FillLongReport(s, 46000);
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"ARTIST 2000"});
   s.station.base.Close();
   s.stationFolder.Write("Triskin.MDB", *other.stationFolder.Read("Triskin.MDB"));
   OpenBaseAgain(s.station);
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"ARTIST 10"});
 }
 
@@ -426,16 +426,16 @@ TEST(RecentArtists, AReportThatCannotBeReadLeavesTheArtistsOfTheList) {
   RequestStation s;
   s.Execute("ALTER TABLE Rapport RENAME TO Gone");
   s.station.PL.Add(test::TitleElement(1, "LISTED"));
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_EQ(s.Requests().ECArtiste, std::vector<std::string>{"LISTED"});
   bool allowed = true;
-  CheckEcartArtisteRapport(s.station, "LISTED", 5, allowed);
+  CheckArtistGapInReport(s.station, "LISTED", 5, allowed);
   EXPECT_TRUE(allowed);
 }
 
 bool RecentlyHeard(RequestStation& s, std::string artist) {
   bool allowed = true;
-  CheckArtisteRecent(s.station, artist, allowed);
+  CheckRecentArtist(s.station, artist, allowed);
   return !allowed;
 }
 
@@ -443,7 +443,7 @@ TEST(RecentArtistTest, TheFirstOfTheAlphabetIsLetThroughAndTheOthersAreRefused) 
   RequestStation s;
   for (const char* artist : {"Delta", "alpha", "CHARLIE", "Bravo"})
     s.station.PL.Add(test::TitleElement(1, artist));
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_FALSE(RecentlyHeard(s, "ALPHA"));
   EXPECT_TRUE(RecentlyHeard(s, "bravo"));
   EXPECT_TRUE(RecentlyHeard(s, "Charlie"));
@@ -454,7 +454,7 @@ TEST(RecentArtistTest, TheFirstOfTheAlphabetIsLetThroughAndTheOthersAreRefused) 
 TEST(RecentArtistTest, AListOfOneArtistRefusesNobody) {
   RequestStation s;
   s.station.PL.Add(test::TitleElement(1, "ALPHA"));
-  LoadArtistesRecents(s.station);
+  LoadRecentArtists(s.station);
   EXPECT_FALSE(RecentlyHeard(s, "ALPHA"));
 }
 
@@ -462,7 +462,7 @@ TEST(RecentArtistTest, TheArtistComesBackInCapitals) {
   RequestStation s;
   std::string artist = "Zoé";
   bool allowed = true;
-  CheckArtisteRecent(s.station, artist, allowed);
+  CheckRecentArtist(s.station, artist, allowed);
   EXPECT_EQ(artist, "ZOÉ");
   EXPECT_TRUE(allowed);
 }
@@ -472,60 +472,60 @@ TEST(ReportGap, CountsAllRowsOfTheReport) {
   s.Report("ARTIST", 46000.1);
   s.Report("OTHER", 46000.2);
   s.Report("SPOT", 46000.3, "PUB");
-  LoadDernierCodeRapport(s.station);
+  LoadNewestReportCode(s.station);
   bool allowed = true;
-  CheckEcartArtisteRapport(s.station, "artist", 2, allowed);  // two rows lie behind it
+  CheckArtistGapInReport(s.station, "artist", 2, allowed);  // two rows lie behind it
   EXPECT_TRUE(allowed);
-  CheckEcartArtisteRapport(s.station, "artist", 3, allowed);
+  CheckArtistGapInReport(s.station, "artist", 3, allowed);
   EXPECT_FALSE(allowed);
 }
 
 TEST(ReportGap, NeverSetsTheFlagAndPassesAnUnknownArtist) {
   RequestStation s;
   s.Report("ARTIST", 46000.1);
-  LoadDernierCodeRapport(s.station);
+  LoadNewestReportCode(s.station);
   bool allowed = true;
-  CheckEcartArtisteRapport(s.station, "UNKNOWN", 30000, allowed);
+  CheckArtistGapInReport(s.station, "UNKNOWN", 30000, allowed);
   EXPECT_TRUE(allowed);
   allowed = false;
-  CheckEcartArtisteRapport(s.station, "UNKNOWN", 30000, allowed);
+  CheckArtistGapInReport(s.station, "UNKNOWN", 30000, allowed);
   EXPECT_FALSE(allowed);
 }
 
 TEST(ReportGap, AnApostropheInTheArtistIsNoEndOfText) {
   RequestStation s;
   s.Report("L'ARTISTE", 46000.1);
-  LoadDernierCodeRapport(s.station);
+  LoadNewestReportCode(s.station);
   bool allowed = true;
-  CheckEcartArtisteRapport(s.station, "L'Artiste", 1, allowed);
+  CheckArtistGapInReport(s.station, "L'Artiste", 1, allowed);
   EXPECT_FALSE(allowed);
 }
 
 TEST(ReportGap, AWideGapReachesFarBackInALongReport) {
   RequestStation s;
   FillLongReport(s, 46000.001);
-  LoadDernierCodeRapport(s.station);
+  LoadNewestReportCode(s.station);
   bool allowed = true;
-  CheckEcartArtisteRapport(s.station, "ARTIST 100", 1900, allowed);  // exactly 1,900 rows behind
+  CheckArtistGapInReport(s.station, "ARTIST 100", 1900, allowed);  // exactly 1,900 rows behind
   EXPECT_TRUE(allowed);
-  CheckEcartArtisteRapport(s.station, "ARTIST 100", 1901, allowed);
+  CheckArtistGapInReport(s.station, "ARTIST 100", 1901, allowed);
   EXPECT_FALSE(allowed);
 }
 
 TEST(ReportGap, TheReportsHeadStaysWhereItWasWhenTheTableIsEmpty) {
   RequestStation s;
   s.Report("ARTIST", 46000.1);
-  LoadDernierCodeRapport(s.station);
+  LoadNewestReportCode(s.station);
   EXPECT_EQ(s.Requests().DernierCodeRapport, 1);
   s.Execute("DELETE * FROM Rapport");
-  LoadDernierCodeRapport(s.station);
+  LoadNewestReportCode(s.station);
   EXPECT_EQ(s.Requests().DernierCodeRapport, 1);
 }
 
 TEST(RequestClock, TheHourOfTheClockSetsTheLengthTo60Minutes) {
   RequestStation s("2026-11-21 23:59:59");
   s.Requests().MinutesRequete = 15;
-  EXPECT_EQ(HeureCourante(s.station), 23);
+  EXPECT_EQ(CurrentHour(s.station), 23);
   EXPECT_EQ(s.Requests().MinutesRequete, 60);
 }
 

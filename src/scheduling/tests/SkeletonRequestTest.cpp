@@ -290,7 +290,7 @@ class SkeletonDialogue : public SkeletonRequest {
   SkeletonDialogue() {
     s.station.storedList.open = true;
     s.station.storedList.ChHeure = "10:30";
-    OpenSkeletonDialog(s.station);
+    Skeleton::Open(s.station);
   }
   auto& Dialog() { return s.Requests().SkeletonDialog; }
   std::vector<std::string> Grid() {
@@ -306,17 +306,17 @@ TEST_F(SkeletonDialogue, OffersTheGenreListAndTakesItsGenresByDoubleClick) {
   EXPECT_EQ(Dialog().ListGenre,
             (std::vector<std::string>{"INSTRUMENTAL", "STARTER", "PLAYLIST", "GOLD N-1", "GOLD N-2",
                                       "GOLD N-3", "GOLD N-4"}));
-  ListGenre_DblClick(s.station, "STARTER");
-  ListGenre_DblClick(s.station, "STARTER");
+  Skeleton::ListGenre_DblClick(s.station, "STARTER");
+  Skeleton::ListGenre_DblClick(s.station, "STARTER");
   EXPECT_EQ(Grid(), (std::vector<std::string>{"STARTER", "STARTER"}));
 }
 
 TEST_F(SkeletonDialogue, TheDeleteKeyLeavesTheLastRow) {
-  ListGenre_DblClick(s.station, "A");
-  ListGenre_DblClick(s.station, "B");
+  Skeleton::ListGenre_DblClick(s.station, "A");
+  Skeleton::ListGenre_DblClick(s.station, "B");
   Dialog().selectedRow = 0;
-  SquelettePLS_DeleteKey(s.station);
-  SquelettePLS_DeleteKey(s.station);
+  Skeleton::SquelettePLS_KeyDelete(s.station);
+  Skeleton::SquelettePLS_KeyDelete(s.station);
   EXPECT_EQ(Grid(), std::vector<std::string>{"B"});
 }
 
@@ -325,14 +325,14 @@ TEST_F(SkeletonDialogue, ADaysSkeletonComesFromTheHourOfTheStoredList) {
   s.Position(1, 11, "ROCK");
   s.Position(1, 10, "JAZZ");
   s.Position(2, 10, "OTHER DAY");
-  EXPECT_TRUE(LoadSquelette(s.station, 1));
+  EXPECT_TRUE(Skeleton::MnuDay_Click(s.station, 1));
   EXPECT_EQ(Grid(), (std::vector<std::string>{"POP", "", "JAZZ"}));
-  EXPECT_FALSE(LoadSquelette(s.station, 7));
+  EXPECT_FALSE(Skeleton::MnuDay_Click(s.station, 7));
   EXPECT_EQ(Grid().size(), 3U);  // a day without any changes nothing
 }
 
 TEST_F(SkeletonDialogue, AnEmptyFirstRowSaysThatThereAreNoModels) {
-  SkeletonDialog_BtnOk(s.station);
+  Skeleton::BtnOk_Click(s.station);
   EXPECT_EQ(s.station.notices.progress.text, kNoModels);
   EXPECT_FALSE(Dialog().open);
   EXPECT_TRUE(s.station.engine.MainTimer->Enabled());
@@ -340,8 +340,8 @@ TEST_F(SkeletonDialogue, AnEmptyFirstRowSaysThatThereAreNoModels) {
 }
 
 TEST_F(SkeletonDialogue, RotationArtistsAndHoursAreNotAsked) {
-  ListGenre_DblClick(s.station, "POP");
-  ListGenre_DblClick(s.station, "POP");
+  Skeleton::ListGenre_DblClick(s.station, "POP");
+  Skeleton::ListGenre_DblClick(s.station, "POP");
   TitleCard barred;
   barred.passes = 0;
   barred.hours = std::string(24, '0');
@@ -351,7 +351,7 @@ TEST_F(SkeletonDialogue, RotationArtistsAndHoursAreNotAsked) {
   barred.lastdiff = 46001;
   const int32_t second = s.Add(barred);  // of the same artist
   Dialog().SpinMinutes = 5;
-  SkeletonDialog_BtnOk(s.station);
+  Skeleton::BtnOk_Click(s.station);
   EXPECT_EQ(s.Listed(), (Codes{first, second}));
   EXPECT_TRUE(s.Requests().ListAutorisation.empty());
   const auto request = s.Events("request").back();
@@ -363,29 +363,29 @@ TEST_F(SkeletonDialogue, RotationArtistsAndHoursAreNotAsked) {
 TEST_F(SkeletonDialogue, TitlesInUseComeOnlyWithRedondanceTicked) {
   const int32_t stored = Add(9), free = Add(5);
   s.Execute("INSERT INTO Pls (NUMPLS, DISCOTHEQUE) VALUES (3, " + std::to_string(stored) + ")");
-  ListGenre_DblClick(s.station, "POP");
+  Skeleton::ListGenre_DblClick(s.station, "POP");
   Dialog().SpinMinutes = 2;
-  SkeletonDialog_BtnOk(s.station);
+  Skeleton::BtnOk_Click(s.station);
   EXPECT_EQ(s.Listed(), Codes{free});
   s.station.PL.Clear();
   Dialog().Redondance = true;
-  SkeletonDialog_BtnOk(s.station);
+  Skeleton::BtnOk_Click(s.station);
   EXPECT_EQ(s.Listed(), Codes{stored});
 }
 
 TEST_F(SkeletonDialogue, TheAlternationPlaysNoPart) {
   s.SetCnf("CheckNational", 1);
   const Codes nat = {Add(20), Add(19), Add(18), Add(17)};
-  ListGenre_DblClick(s.station, "POP");
+  Skeleton::ListGenre_DblClick(s.station, "POP");
   Dialog().SpinMinutes = 11;
-  SkeletonDialog_BtnOk(s.station);
+  Skeleton::BtnOk_Click(s.station);
   EXPECT_EQ(s.Listed(), nat);
 }
 
 TEST_F(SkeletonDialogue, AFailureIsLoggedUnderTheGridsName) {
-  ListGenre_DblClick(s.station, "POP");
+  Skeleton::ListGenre_DblClick(s.station, "POP");
   s.Execute("ALTER TABLE Discotheque RENAME TO Gone");
-  SkeletonDialog_BtnOk(s.station);
+  Skeleton::BtnOk_Click(s.station);
   EXPECT_EQ(s.LastError().substr(0, 13), "SquelettePLS:");
   EXPECT_TRUE(s.station.engine.MainTimer->Enabled());
 }

@@ -27,11 +27,11 @@ struct DamagedFiles : SettingsTest {
     LoadSaveTopage(station, "Load", 0, true);
     LoadSaveExclusion(station, "Load");
     LoadSaveInstrumental(station, "Load");
-    LoadLectureBase(station);
+    LoadReadSettingsOfBase(station);
     LoadFileRealAudio(station);
     LoadSavePlay(station, "Load");
     LoadSaveAudio(station, "Load");
-    LSPasseWord(station, "Load", lists.Password);
+    LoadSavePassword(station, "Load", lists.Password);
     LoadMachineState(station);
     LoadSaveGenres(station, "Load", genres);
     LoadSaveLabels(station, "Load", labels);
@@ -145,7 +145,7 @@ const Reader kReaders[] = {
     {"Exclusion.Txt", false, false, [](DamagedFiles& t) { LoadSaveExclusion(t.station, "Load"); }},
     {"Instrumental.Txt", false, false,
      [](DamagedFiles& t) { LoadSaveInstrumental(t.station, "Load"); }},
-    {"LectureBase.Txt", false, false, [](DamagedFiles& t) { LoadLectureBase(t.station); }},
+    {"LectureBase.Txt", false, false, [](DamagedFiles& t) { LoadReadSettingsOfBase(t.station); }},
     {"Internet.Txt", false, false, [](DamagedFiles& t) { LoadFileRealAudio(t.station); }},
     {"Genre.Txt", false, false,
      [](DamagedFiles& t) { LoadSaveGenres(t.station, "Load", t.genres); }},
@@ -157,7 +157,7 @@ const Reader kReaders[] = {
     {"ZemoPlay.Ini", true, true, [](DamagedFiles& t) { LoadSavePlay(t.station, "Load"); }},
     {"ZemoAudio.Ini", true, false, [](DamagedFiles& t) { LoadSaveAudio(t.station, "Load"); }},
     {"ZemoPasseWord.Ini", true, false,
-     [](DamagedFiles& t) { LSPasseWord(t.station, "Load", t.lists.Password); }}};
+     [](DamagedFiles& t) { LoadSavePassword(t.station, "Load", t.lists.Password); }}};
 
 TEST_F(DamagedFiles, ThatCannotBeReadCostOneLineAndAreNotWritten) {
   for (const Reader& reader : kReaders) {

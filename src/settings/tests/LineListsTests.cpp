@@ -55,13 +55,13 @@ TEST_F(LineLists, ThatCannotBeReadAreLoggedAndStay) {
 TEST_F(LineLists, VarietiesAreThoseOfTheTableAndAreNeverSaved) {
   on.Sql("INSERT INTO Variete (POURCENT, VARIETE) VALUES (0, 'L''AUTRE')");
   Texts names = {"old"};
-  LoadVarietes(station, "Save", names);
+  LoadVarieties(station, "Save", names);
   EXPECT_EQ(names, Texts{"old"});
-  LoadVarietes(station, "Load", names);
+  LoadVarieties(station, "Load", names);
   EXPECT_EQ(names, (Texts{"NATIONAL", "INTERNATIONAL", "L'AUTRE"}));
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Variete"), "3");
   station.base.Close();
-  LoadVarietes(station, "Load", names);
+  LoadVarieties(station, "Load", names);
   EXPECT_EQ(names.size(), 3U);
   EXPECT_EQ(Errors().size(), 1U);
 }

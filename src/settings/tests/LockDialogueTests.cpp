@@ -9,7 +9,7 @@ namespace {
 struct LockDialogue : SettingsStation {
   void LockWith(const std::string& password) {
     std::string text = password;
-    LSPasseWord(station, "Save", text);
+    LoadSavePassword(station, "Save", text);
     on.seen.clear();
   }
   void SpeaksLangue(const std::string& langue) {
@@ -25,12 +25,12 @@ struct LockDialogue : SettingsStation {
 };
 
 TEST_F(LockDialogue, WithoutALockAsksForANewPasswordAtOnce) {
-  MnuPasseWord(station);
+  Lock::MnuPasseWord_Click(station);
   EXPECT_TRUE(dialogue.open);
   EXPECT_EQ(dialogue.Title, "Nouveau mot de passe");
   EXPECT_EQ(dialogue.Label, "Mot de passe");
   EXPECT_EQ(Told(), " Effacez le mot de passe pour désactiver la protection ");
-  PasseWordOk(station, "abc");
+  Lock::BtnOk_Click(station, "abc");
   EXPECT_FALSE(dialogue.open);
   EXPECT_TRUE(station.lists.Locked);
   EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#TRUE#,\"abc\"\r\n");
@@ -47,20 +47,20 @@ TEST_F(LockDialogue, IsInForceFromTheStart) {
   LockWith("abc");
   station.lists.Locked = false;
   std::string password;
-  LSPasseWord(station, "Load", password);
+  LoadSavePassword(station, "Load", password);
   EXPECT_TRUE(station.engine.ScreenLocked);
 }
 
 TEST_F(LockDialogue, TheRightPasswordLeadsToTheNewOneAndAnEmptyOneUnlocks) {
   LockWith("abc");
-  MnuPasseWord(station);
+  Lock::MnuPasseWord_Click(station);
   EXPECT_EQ(dialogue.Title, "Entrez le mot de passe");
   EXPECT_EQ(Told(), "(nothing)");
-  PasseWordOk(station, "abc");
+  Lock::BtnOk_Click(station, "abc");
   EXPECT_TRUE(dialogue.open);
   EXPECT_EQ(dialogue.Title, "Nouveau mot de passe");
   EXPECT_TRUE(station.lists.Locked);
-  PasseWordOk(station, "");
+  Lock::BtnOk_Click(station, "");
   EXPECT_FALSE(dialogue.open);
   EXPECT_FALSE(station.lists.Locked);
   EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#FALSE#,\"\"\r\n");
@@ -69,13 +69,13 @@ TEST_F(LockDialogue, TheRightPasswordLeadsToTheNewOneAndAnEmptyOneUnlocks) {
 TEST_F(LockDialogue, AnyOtherTextClosesItAndLeavesTheLockOn) {
   LockWith("abc");
   for (const char* typed : {"", "ABC", "abc ", "' OR '1'='1"}) {
-    MnuPasseWord(station);
-    PasseWordOk(station, typed);
+    Lock::MnuPasseWord_Click(station);
+    Lock::BtnOk_Click(station, typed);
     EXPECT_FALSE(dialogue.open) << typed;
     EXPECT_TRUE(station.lists.Locked) << typed;
     EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#TRUE#,\"abc\"\r\n");
   }
-  PasseWordOk(station, "abc");  // of a closed dialogue
+  Lock::BtnOk_Click(station, "abc");  // of a closed dialogue
   EXPECT_TRUE(station.lists.Locked);
 }
 
@@ -96,10 +96,10 @@ TEST_F(LockDialogue, SpeaksTheLanguageOfTheStation) {
   for (const auto& one : cases) {
     LockWith("abc");
     SpeaksLangue(one.langue);
-    MnuPasseWord(station);
+    Lock::MnuPasseWord_Click(station);
     EXPECT_EQ(dialogue.Title, one.enter);
     EXPECT_EQ(dialogue.Label, one.label);
-    PasseWordOk(station, "abc");
+    Lock::BtnOk_Click(station, "abc");
     EXPECT_EQ(Told(), one.box);
     EXPECT_EQ(dialogue.Title, one.asksNew);
   }
@@ -107,10 +107,10 @@ TEST_F(LockDialogue, SpeaksTheLanguageOfTheStation) {
 
 TEST_F(LockDialogue, APasswordWithQuotesAndCommasOpensItAgain) {
   const std::string password = "l'é\"t\"é, #FALSE#";
-  MnuPasseWord(station);
-  PasseWordOk(station, password);
+  Lock::MnuPasseWord_Click(station);
+  Lock::BtnOk_Click(station, password);
   std::string read;
-  LSPasseWord(station, "Load", read);
+  LoadSavePassword(station, "Load", read);
   EXPECT_EQ(read, password);
   EXPECT_TRUE(LockOpensWith(station, password));
 }

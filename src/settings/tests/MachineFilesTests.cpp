@@ -93,13 +93,13 @@ using Lock = SettingsTest;
 
 TEST_F(Lock, WithAPasswordIsStoredInPlainTextAtOnce) {
   std::string password = "sésame, ouvre-\"toi\"";
-  LSPasseWord(station, "Save", password);
+  LoadSavePassword(station, "Save", password);
   EXPECT_TRUE(lists.Locked);
   EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#TRUE#,\"s\xE9same, ouvre-\"\"toi\"\"\"\r\n");
   lists.Locked = false;
   lists.Password.clear();
   std::string read;
-  LSPasseWord(station, "Load", read);
+  LoadSavePassword(station, "Load", read);
   EXPECT_TRUE(lists.Locked);
   EXPECT_EQ(lists.Password, "sésame, ouvre-\"toi\"");
   EXPECT_EQ(read, lists.Password);
@@ -109,33 +109,33 @@ TEST_F(Lock, OpensWithTheEmptyPassword) {
   lists.Locked = true;
   lists.Password = "x";
   std::string password;
-  LSPasseWord(station, "Save", password);
+  LoadSavePassword(station, "Save", password);
   EXPECT_FALSE(lists.Locked);
   EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#FALSE#,\"\"\r\n");
 }
 
 TEST_F(Lock, IsReadFromTheStationWhereTheMachineHasNone) {
   StationFileIs("ZemoPasseWord.Ini", "#TRUE#,\"station\"\r\n");
-  LSPasseWord(station, "Load", lists.Password);
+  LoadSavePassword(station, "Load", lists.Password);
   EXPECT_TRUE(lists.Locked);
   EXPECT_EQ(lists.Password, "station");
   std::string none;
-  LSPasseWord(station, "Save", none);  // unlocked on this machine, and so it stays
-  LSPasseWord(station, "Load", lists.Password);
+  LoadSavePassword(station, "Save", none);  // unlocked on this machine, and so it stays
+  LoadSavePassword(station, "Load", lists.Password);
   EXPECT_FALSE(lists.Locked);
   EXPECT_EQ(StationFile("ZemoPasseWord.Ini"), "#TRUE#,\"station\"\r\n");
 }
 
 TEST_F(Lock, IsOffWithoutAFile) {
   std::string password = "old";
-  LSPasseWord(station, "Load", password);
+  LoadSavePassword(station, "Load", password);
   EXPECT_FALSE(lists.Locked);
   EXPECT_EQ(password, "");
 }
 
 TEST_F(Lock, LoadsIntoItsOwnList) {
   MachineFileIs("ZemoPasseWord.Ini", "#TRUE#\r\n\"abc\"\r\n");
-  LSPasseWord(station, "Load", lists.Password);
+  LoadSavePassword(station, "Load", lists.Password);
   EXPECT_TRUE(lists.Locked);
   EXPECT_EQ(lists.Password, "abc");
 }
@@ -155,7 +155,7 @@ TEST_F(Lock, StaysAsItIsWhenItsFileCannotBeRead) {
   lists.Password = "abc";
   fake.machineFolder.readsFail = true;
   std::string password;
-  LSPasseWord(station, "Load", password);
+  LoadSavePassword(station, "Load", password);
   EXPECT_TRUE(lists.Locked);
   EXPECT_EQ(lists.Password, "abc");
   EXPECT_EQ(fake.errors, Texts{"LSPasseWord/75/ZemoPasseWord.Ini: Input/output error"});

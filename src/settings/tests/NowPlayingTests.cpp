@@ -27,7 +27,7 @@ TEST_F(NowPlaying, TellsTheNextFourMusicRowsBetweenAnEmptyLineAndTheComment) {
   Add(8, "Carl", "Three", "POP", 2000, kNoonMs + 184000);
   Add(9, "Dora", "Four", "POP", 3000, kNoonMs + 186000);
   Add(10, "Eve", "Five", "POP", 4000, kNoonMs + 189000);
-  SaveDonnes_Associees(station, "un été");
+  SaveAssociatedData(station, "un été");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
             "\r\n"
             "Anna\tPremi\xE8re\t03:03\tGOLD\t183\t12 h 00 ' 00\r\n"
@@ -40,7 +40,7 @@ TEST_F(NowPlaying, TellsTheNextFourMusicRowsBetweenAnEmptyLineAndTheComment) {
 
 TEST_F(NowPlaying, LeavesPlacesWithoutARowEmptyButForTheNumber) {
   Add(7, "Bob", "Two", "POP", 1000, kNoonMs + 183000);
-  SaveDonnes_Associees(station, "");
+  SaveAssociatedData(station, "");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
             "\r\nBob\tTwo\t00:01\tPOP\t1\t12 h 03 ' 03\r\n"
             "\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\r\n");
@@ -48,7 +48,7 @@ TEST_F(NowPlaying, LeavesPlacesWithoutARowEmptyButForTheNumber) {
 
 TEST_F(NowPlaying, OfAListWithoutMusicNamesNobody) {
   Add(-1, "Jingle");
-  SaveDonnes_Associees(station, "x");
+  SaveAssociatedData(station, "x");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
             "\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\nx\r\n");
   EXPECT_EQ(StationFile("Artiste-Titre.Txt"), " - \r\n");
@@ -56,7 +56,7 @@ TEST_F(NowPlaying, OfAListWithoutMusicNamesNobody) {
 
 TEST_F(NowPlaying, KeepsItsFormWhateverTheTextsHold) {
   Add(7, "Bob\tB.", "Two\r\nlines");
-  SaveDonnes_Associees(station, "a\r\nb");
+  SaveAssociatedData(station, "a\r\nb");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
             "\r\nBob B.\tTwo lines\t--:--\t\t0\t\r\n"
             "\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\na b\r\n");
@@ -64,7 +64,7 @@ TEST_F(NowPlaying, KeepsItsFormWhateverTheTextsHold) {
 
 TEST_F(NowPlaying, AFaultIsLogged) {
   fake.stationFolder.writesFail = true;
-  SaveDonnes_Associees(station, "x");
+  SaveAssociatedData(station, "x");
   EXPECT_EQ(fake.errors,
             Texts{"SaveDonnes_Associees/75/Donnees_Associees.Txt: No space left on device"});
 }

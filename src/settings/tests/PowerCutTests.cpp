@@ -29,7 +29,7 @@ TEST_F(PowerCut, WhatTheMachineRemembersIsDurable) {
   ExpectWrites(1, 1, [&] { LoadSaveAudio(station, "Save"); });
   ExpectWrites(1, 1, [&] { LocalValues(fake.machineFolder).Set("XRapport", "20"); });
   std::string password = "secret";
-  ExpectWrites(1, 1, [&] { LSPasseWord(station, "Save", password); });
+  ExpectWrites(1, 1, [&] { LoadSavePassword(station, "Save", password); });
 }
 
 TEST_F(PowerCut, TheListsOfTheStationAreDurable) {
@@ -45,7 +45,7 @@ TEST_F(PowerCut, TheListsOfTheStationAreDurable) {
 }
 
 TEST_F(PowerCut, WhatIsWrittenElementAfterElementWaitsForNoDisk) {
-  ExpectWrites(2, 0, [&] { SaveDonnes_Associees(station, "comment"); });
+  ExpectWrites(2, 0, [&] { SaveAssociatedData(station, "comment"); });
   ExpectWrites(1, 0, [&] { WriteZemoOnOff(station, '1'); });
   ExpectWrites(1, 0, [&] { LogError(station, "here", 5, "text"), fake.errors.clear(); });
 }

@@ -246,48 +246,54 @@ TEST_F(SettingsControls, ADeviceThatFailsIsLogged) {
 // --- lists ---
 
 TEST_F(SettingsControls, TimesAreEnteredInCapitalsAndDeleted) {
-  EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, " 23:00-f "), std::nullopt);
-  EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, "12:00"), std::nullopt);
-  EXPECT_EQ(EnterTime(station, TimeList::kComboHeure, "00:00"), std::nullopt);
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kHeureArretSystem, " 23:00-f "),
+            std::nullopt);
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kHeureArretSystem, "12:00"),
+            std::nullopt);
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kComboHeure, "00:00"), std::nullopt);
   EXPECT_EQ(screen.HeureArretSystem, (Texts{"23:00-F", "12:00"}));
-  DeleteTime(station, TimeList::kHeureArretSystem, 0);
-  DeleteTime(station, TimeList::kHeureArretSystem, 5);
+  Settings::DeleteTime(station, Settings::TimeList::kHeureArretSystem, 0);
+  Settings::DeleteTime(station, Settings::TimeList::kHeureArretSystem, 5);
   EXPECT_EQ(screen.HeureArretSystem, Texts{"12:00"});
   EXPECT_EQ(screen.ComboHeure, Texts{"00:00"});
 }
 
 TEST_F(SettingsControls, StartAndStopTimesMayCarrySecondsAndMarkersMayNot) {
-  EXPECT_EQ(EnterTime(station, TimeList::kComboHeure, "06:00:30"), std::nullopt);
-  EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, "23:59:59-q"), std::nullopt);
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kComboHeure, "06:00:30"),
+            std::nullopt);
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kHeureArretSystem, "23:59:59-q"),
+            std::nullopt);
   EXPECT_EQ(screen.ComboHeure, Texts{"06:00:30"});
   EXPECT_EQ(screen.HeureArretSystem, Texts{"23:59:59-Q"});
-  EXPECT_NE(EnterTime(station, TimeList::kTopage, "06:00:30"), std::nullopt);
+  EXPECT_NE(Settings::EnterTime(station, Settings::TimeList::kTopage, "06:00:30"), std::nullopt);
 }
 
 TEST_F(SettingsControls, WhatIsNoTimeIsRefused) {
   for (const char* typed : {"", "1", "24:00", "12:60", "6:00", "06:00-F", "06:00:60", "\"06:00\""})
-    EXPECT_NE(EnterTime(station, TimeList::kComboHeure, typed), std::nullopt) << typed;
-  EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, "12:00-X"),
+    EXPECT_NE(Settings::EnterTime(station, Settings::TimeList::kComboHeure, typed), std::nullopt)
+        << typed;
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kHeureArretSystem, "12:00-X"),
             "HeureArretSystem: \"12:00-X\" is no time of day hh:mm");
-  EXPECT_EQ(BtnAjouter(station, "noon"), "Topage: \"noon\" is no time of day hh:mm");
-  EXPECT_EQ(EnterChFiltre(station, "9"), "ChFiltre: \"9\" is no time of day hh:mm");
+  EXPECT_EQ(Settings::BtnAjouter_Click(station, "noon"),
+            "Topage: \"noon\" is no time of day hh:mm");
+  EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "9"), "ChFiltre: \"9\" is no time of day hh:mm");
   EXPECT_EQ(screen.ComboHeure, Texts{});
   EXPECT_EQ(screen.Topage, Texts{});
 }
 
 TEST_F(SettingsControls, EnterInTheMarkerBoxAddsWhileTheListHasRoom) {
-  EXPECT_EQ(EnterChEdit(station, "08:00"), std::nullopt);
-  EXPECT_EQ(BtnAjouter(station, "08:30"), std::nullopt);
+  EXPECT_EQ(Settings::ChEdit_KeyEnter(station, "08:00"), std::nullopt);
+  EXPECT_EQ(Settings::BtnAjouter_Click(station, "08:30"), std::nullopt);
   EXPECT_EQ(screen.Topage, (Texts{"08:00", "08:30"}));
-  screen.Topage.assign(kMostTopage, "09:00");
-  EXPECT_EQ(EnterChEdit(station, "10:00"), std::nullopt);
-  EXPECT_EQ(screen.Topage.size(), kMostTopage);
+  screen.Topage.assign(Settings::kMostTopage, "09:00");
+  EXPECT_EQ(Settings::ChEdit_KeyEnter(station, "10:00"), std::nullopt);
+  EXPECT_EQ(screen.Topage.size(), Settings::kMostTopage);
 }
 
 TEST_F(SettingsControls, TheStartTabsButtonWritesTheMarkerTimesOfTheChosenDayAtOnce) {
-  ChooseJourSemaine(station, 2);
-  BtnAjouter(station, "08:00");
-  BtnSaveTopage(station);
+  Settings::ChooseWeekday(station, 2);
+  Settings::BtnAjouter_Click(station, "08:00");
+  Settings::BtnSaveTopage_Click(station);
   EXPECT_EQ(StationFile("Topage.2"), "\"08:00\"\r\n");
   EXPECT_EQ(StationFile("StartStop.2"), "(no file)");
 }
@@ -295,27 +301,27 @@ TEST_F(SettingsControls, TheStartTabsButtonWritesTheMarkerTimesOfTheChosenDayAtO
 TEST_F(SettingsControls, TheListIsRebuiltFromEveryHourAndEachBoxThatIsNotEmpty) {
   screen.Topage = {"01:23"};
   screen.ChDecoupe = {"0", "", "30", "5"};
-  EXPECT_EQ(BtnInti(station), std::nullopt);
+  EXPECT_EQ(Settings::BtnInti_Click(station), std::nullopt);
   ASSERT_EQ(screen.Topage.size(), 72U);
   EXPECT_EQ(Texts(screen.Topage.begin(), screen.Topage.begin() + 4),
             (Texts{"00:00", "00:30", "00:05", "01:00"}));
   EXPECT_EQ(screen.Topage.back(), "23:05");
   screen.ChDecoupe = {"60", "", "", ""};
-  EXPECT_EQ(BtnInti(station), "ChDecoupe: \"60\" is outside 0 to 59 minutes");
+  EXPECT_EQ(Settings::BtnInti_Click(station), "ChDecoupe: \"60\" is outside 0 to 59 minutes");
   EXPECT_EQ(screen.Topage.size(), 72U);
   screen.ChDecoupe = {};
-  EXPECT_EQ(BtnInti(station), std::nullopt);
+  EXPECT_EQ(Settings::BtnInti_Click(station), std::nullopt);
   EXPECT_EQ(screen.Topage, Texts{});
 }
 
 TEST_F(SettingsControls, AFilterCellTakesATimeOrNothing) {
   screen.FiltreRow = 79;
-  EXPECT_EQ(EnterChFiltre(station, "06:00"), std::nullopt);
+  EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "06:00"), std::nullopt);
   EXPECT_EQ(screen.Filtre[79].first, "06:00");
-  EXPECT_EQ(EnterChFiltre(station, ""), std::nullopt);
+  EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, ""), std::nullopt);
   EXPECT_EQ(screen.Filtre[79].first, "");
   screen.FiltreRow = 80;
-  EXPECT_EQ(EnterChFiltre(station, "06:00"), std::nullopt);
+  EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "06:00"), std::nullopt);
 }
 
 // --- genres ---
@@ -325,14 +331,14 @@ TEST_F(SettingsControls, GenresOfTheLibraryJoinTheList) {
   for (const char* genre : {"pop", "Rock'n'roll", "ROCK'N'ROLL", "Été", "", "POP"})
     on.Sql(std::string("INSERT INTO Discotheque (FILENAME, GENRE) VALUES ('x', '") +
            SqlQuoted(genre) + "')");
-  BtnRech(station);
+  Settings::BtnRech_Click(station);
   EXPECT_EQ(StationFile("Genre.Txt"), "POP\r\nINSTRUMENTAL\r\nROCK'N'ROLL\r\n\xC9T\xC9\r\n");
   const Seen* message = on.First("message");
   ASSERT_NE(message, nullptr);
   EXPECT_EQ((*message)["title"], "Alerte");
   EXPECT_EQ((*message)["text"], "2 Genres ont étés ajoutés a la liste");
   on.seen.clear();
-  BtnRech(station);
+  Settings::BtnRech_Click(station);
   EXPECT_EQ((*on.First("message"))["text"], "0 Genres ont étés ajoutés a la liste");
 }
 
@@ -340,7 +346,7 @@ TEST_F(SettingsControls, AGenreListThatCannotBeReadIsNotRewritten) {
   on.MakeFile("Genre.Txt", "POP\r\n");
   on.Sql("INSERT INTO Discotheque (FILENAME, GENRE) VALUES ('x', 'ROCK')");
   NextFileFails();
-  BtnRech(station);
+  Settings::BtnRech_Click(station);
   EXPECT_EQ(StationFile("Genre.Txt"), "POP\r\n");
   EXPECT_EQ(Errors(), Texts{"BtnRech 75 operation 1 fails for the test"});
 }

@@ -296,12 +296,13 @@ TEST_F(UnreadSettings, AreNotWrittenUntilTheyAreGivenAValue) {
 TEST_F(SettingsLoadSave, WritesTheFilesOfTheChosenDayAndOfTheMachine) {
   Load();
   EXPECT_EQ(screen.JourSemaine, 5);  // Saturday
-  EXPECT_EQ(EnterTime(station, TimeList::kComboHeure, "06:00"), std::nullopt);
-  EXPECT_EQ(EnterTime(station, TimeList::kHeureArretSystem, "23:00-q"), std::nullopt);
-  EXPECT_EQ(EnterTime(station, TimeList::kTopage, "12:30"), std::nullopt);
-  EXPECT_EQ(EnterChFiltre(station, "06:00"), std::nullopt);
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kComboHeure, "06:00"), std::nullopt);
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kHeureArretSystem, "23:00-q"),
+            std::nullopt);
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kTopage, "12:30"), std::nullopt);
+  EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "06:00"), std::nullopt);
   screen.FiltreColumn = 1;
-  EXPECT_EQ(EnterChFiltre(station, "09:00"), std::nullopt);
+  EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "09:00"), std::nullopt);
   screen.Instru.fill(false);
   screen.Instru[1] = true;
   Set("Langue", "1");
@@ -385,10 +386,10 @@ TEST_F(SettingsLoadSave, WhereNobodyKnowsTheDevicesTheChoiceIsOnlyItsNumber) {
 TEST_F(SettingsLoadSave, AnotherDaysTimesDoNotReachTheAirBeforeTheHour) {
   on.MakeFile("StartStop.0", "\"START\",\"05:00\"\r\n");
   Load();
-  ChooseJourSemaine(station, 0);
+  Settings::ChooseWeekday(station, 0);
   EXPECT_EQ(screen.ComboHeure, Texts{"05:00"});
   EXPECT_EQ(station.lists.ComboHeure, Texts{});
-  ChooseJourSemaine(station, 1);
+  Settings::ChooseWeekday(station, 1);
   EXPECT_EQ(screen.ComboHeure, Texts{});
 }
 
@@ -447,9 +448,9 @@ TEST_F(SettingsLoadSave, FilesThatCannotBeReadAreLoggedOnceAndLeftAlone) {
   fs::create_directory(on.machineDir.Path() + "/ZemoAudio.Ini");
   Load();
   EXPECT_EQ(Errors().size(), 5U);
-  EXPECT_EQ(EnterTime(station, TimeList::kComboHeure, "06:00"),
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kComboHeure, "06:00"),
             "ComboHeure: its file cannot be read");
-  EXPECT_EQ(EnterChFiltre(station, "06:00"), "Filtre: its file cannot be read");
+  EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "06:00"), "Filtre: its file cannot be read");
   on.seen.clear();
   SettingsSave(station);
   EXPECT_EQ(Errors(), Texts{});

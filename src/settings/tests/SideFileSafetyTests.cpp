@@ -79,7 +79,7 @@ TEST_F(SideFileSafety, ATitleStaysInItsFieldOfTheNowPlayingFiles) {
   element.genre = "\t\t";
   element.lengthMs = 1999;
   station.PL.Add(element);
-  SaveDonnes_Associees(station, "\r\n\r\n");
+  SaveAssociatedData(station, "\r\n\r\n");
   EXPECT_EQ(StationFile("Donnees_Associees.Txt"),
             "\r\nA B \"C\"\t'); DROP TABLE x\t00:01\t  \t1\t\r\n"
             "\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n\t\t\t\t0\t\r\n  \r\n");

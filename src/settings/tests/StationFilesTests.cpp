@@ -96,7 +96,7 @@ const std::string kRule = "\"/*" + std::string(100, '-') + "*/\"\r\n";
 
 TEST_F(ReadingLimit, WithoutAFileIsNoneAndTheFileIsMadeWithItsExplanation) {
   lists.LectureBase = 5;
-  LoadLectureBase(station);
+  LoadReadSettingsOfBase(station);
   EXPECT_EQ(lists.LectureBase, 0);
   EXPECT_EQ(StationFile("LectureBase.Txt"),
             "0\r\n" + kRule +
@@ -108,10 +108,10 @@ TEST_F(ReadingLimit, WithoutAFileIsNoneAndTheFileIsMadeWithItsExplanation) {
 }
 
 TEST_F(ReadingLimit, IsReadBackFromTheFileThatWasMade) {
-  LoadLectureBase(station);
+  LoadReadSettingsOfBase(station);
   const std::string made = StationFile("LectureBase.Txt");
   StationFileIs("LectureBase.Txt", "15" + made.substr(1));
-  LoadLectureBase(station);
+  LoadReadSettingsOfBase(station);
   EXPECT_EQ(lists.LectureBase, 15);
   EXPECT_EQ(StationFile("LectureBase.Txt"), "15" + made.substr(1));
   EXPECT_TRUE(fake.errors.empty());
@@ -119,17 +119,17 @@ TEST_F(ReadingLimit, IsReadBackFromTheFileThatWasMade) {
 
 TEST_F(ReadingLimit, MayStandInQuotes) {
   StationFileIs("LectureBase.Txt", " \"32767\" ");
-  LoadLectureBase(station);
+  LoadReadSettingsOfBase(station);
   EXPECT_EQ(lists.LectureBase, 32767);
 }
 
 TEST_F(ReadingLimit, ThatIsNoNumberIsLoggedAndIsNone) {
   StationFileIs("LectureBase.Txt", "fifteen\r\n");
-  LoadLectureBase(station);
+  LoadReadSettingsOfBase(station);
   StationFileIs("LectureBase.Txt", "");
-  LoadLectureBase(station);
+  LoadReadSettingsOfBase(station);
   StationFileIs("LectureBase.Txt", "32768\r\n");
-  LoadLectureBase(station);
+  LoadReadSettingsOfBase(station);
   EXPECT_EQ(lists.LectureBase, 0);
   EXPECT_EQ(fake.errors, (Texts{"LoadLectureBase/13/LectureBase.Txt: \"fifteen\" is no number",
                                 "LoadLectureBase/13/LectureBase.Txt: \"\" is no number",
@@ -138,7 +138,7 @@ TEST_F(ReadingLimit, ThatIsNoNumberIsLoggedAndIsNone) {
 
 TEST_F(ReadingLimit, WhoseFileCannotBeMadeIsLoggedAndIsNone) {
   fake.stationFolder.writesFail = true;
-  LoadLectureBase(station);
+  LoadReadSettingsOfBase(station);
   EXPECT_EQ(lists.LectureBase, 0);
   EXPECT_EQ(fake.errors, Texts{"LoadLectureBase/75/LectureBase.Txt: No space left on device"});
 }

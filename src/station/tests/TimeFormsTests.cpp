@@ -139,19 +139,19 @@ TEST(TimeForms, ValidDateKnowsLeapYears) {
   EXPECT_FALSE(ValidDate(10000, 1, 1));
 }
 
-TEST(JourSemaineCourant, IsOneOnTheFirstOfJanuary2007) {
-  EXPECT_EQ(JourSemaineCourant({2007, 1, 1}), 1);
+TEST(CurrentWeekday, IsOneOnTheFirstOfJanuary2007) {
+  EXPECT_EQ(CurrentWeekday({2007, 1, 1}), 1);
 }
 
-TEST(JourSemaineCourant, AgreesWithTheCalendarFromMarch1900ToFebruary2100) {
+TEST(CurrentWeekday, AgreesWithTheCalendarFromMarch1900ToFebruary2100) {
   CountedDay day = kFirstOf1900;
   while (day.month < 3) day.Next();
   for (; day.year < 2100 || day.month < 3; day.Next())
-    ASSERT_EQ(JourSemaineCourant(day.Moment()), day.weekday)
+    ASSERT_EQ(CurrentWeekday(day.Moment()), day.weekday)
         << day.year << "-" << day.month << "-" << day.day;
   // 2100 is no leap year, which the arithmetic does not know.
   EXPECT_EQ(day.weekday, 1);
-  EXPECT_EQ(JourSemaineCourant(day.Moment()), 2);
+  EXPECT_EQ(CurrentWeekday(day.Moment()), 2);
 }
 
 }  // namespace

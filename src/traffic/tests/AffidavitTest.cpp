@@ -270,7 +270,7 @@ TEST_F(AffidavitOfBaker, WhatThePurgeTookFromTheReportIsNotAStoppedEngine) {
   Aired(-1, "10:00:05");  // of 20 November
   on.Set("PurgeRapport", "1");
   on.station.base.CheckCnf();
-  MakeGrillePubGeneral(on.station);  // at midnight of 21 November the report begins
+  ComposeDayGrid(on.station);  // at midnight of 21 November the report begins
   const Affidavit affidavit = Make("2026-11-20", "2026-11-21");
   ASSERT_EQ(affidavit.lines.size(), 2U);
   EXPECT_EQ(affidavit.lines[0].missed, "report purged: it has nothing left of that time");
@@ -282,7 +282,7 @@ TEST_F(AffidavitOfBaker, ADayThatThePurgeLeftIsStillAStoppedEngine) {
   Aired(-3, "10:00:05");
   on.Set("PurgeRapport", "1");
   on.station.base.CheckCnf();
-  MakeGrillePubGeneral(on.station);
+  ComposeDayGrid(on.station);
   Aired(0, "14:00:00");
   EXPECT_EQ(Make().lines.at(0).missed,
             "engine stopped: the report has nothing up to 21/11/2026 14:00");
@@ -294,7 +294,7 @@ TEST_F(AffidavitOfBaker, WhatAFormerSettingPurgedIsTold) {
   Aired(-1, "10:00:05");
   on.Set("PurgeRapport", "1");
   on.station.base.CheckCnf();
-  MakeGrillePubGeneral(on.station);
+  ComposeDayGrid(on.station);
   on.Set("PurgeRapport", "30");
   EXPECT_EQ(Make("2026-11-20", "2026-11-20").lines.at(0).missed,
             "report purged: it has nothing left of that time");
@@ -342,7 +342,7 @@ class EndedBaker : public AffidavitOfBaker {
     on.station.base.CheckCnf();
   }
   void Purge() {
-    MakeGrillePubGeneral(on.station);
+    ComposeDayGrid(on.station);
     ASSERT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
   }
   void ExpectItsCrosses() {
@@ -377,7 +377,7 @@ TEST_F(EndedBaker, StayDamagedWhereTheirGridWasTooLargeToBeKept) {
 
 TEST_F(EndedBaker, CountOnceWhereTheTableStillHasIt) {
   on.Sql("CREATE TRIGGER Held BEFORE DELETE ON GrillePub BEGIN SELECT RAISE(ABORT, 'held'); END");
-  MakeGrillePubGeneral(on.station);
+  ComposeDayGrid(on.station);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
   ExpectItsCrosses();
 }
@@ -408,7 +408,7 @@ TEST_F(EndedBaker, TakeTheirPlacesInABreakThatWasFull) {
   Campaign late;
   late.priority = 30;
   Baker({"10:00"}, late);  // the 48th
-  MakeGrillePubGeneral(on.station);
+  ComposeDayGrid(on.station);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "47");
   const Affidavit affidavit = Make();
   ASSERT_EQ(affidavit.lines.size(), 3U);

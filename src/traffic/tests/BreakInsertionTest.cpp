@@ -82,7 +82,7 @@ TEST_F(BreakInsertion, ASpotBreakStandsInTheOrderOfItsColumnsBetweenItsJingles) 
   Jingles();
   Break({"A", "B", "C"});
   InList(5, "TITLE");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "Jingle avant Pubs,A,B,C,Jingle après Pubs,TITLE");
   const OnAirElement& jingle = Row(1);
   EXPECT_EQ(jingle.genre, "Jingle");
@@ -104,7 +104,7 @@ TEST_F(BreakInsertion, ASpotBreakStandsInTheOrderOfItsColumnsBetweenItsJingles) 
 TEST_F(BreakInsertion, TheEventTellsPlaceAndRows) {
   Jingles();
   Break({"A", "B"});
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   const auto told = on.Events("break");
   ASSERT_EQ(told.size(), 1U);
   EXPECT_EQ(told[0]["routine"] + " " + told[0]["moment"] + " " + told[0]["type"],
@@ -114,7 +114,7 @@ TEST_F(BreakInsertion, TheEventTellsPlaceAndRows) {
 
 TEST_F(BreakInsertion, WithoutJinglesInTheSettingsThereAreNone) {
   Break({"A"});
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A");
 }
 
@@ -124,25 +124,25 @@ TEST_F(BreakInsertion, APipOrAJingleInRow1StaysInFront) {
     InList(code, "FRONT");
     InList(5, "TITLE");
     Break({"A"});
-    AjoutPubPlaylist(on.station, 1);
+    InsertSpotBreak(on.station, 1);
     EXPECT_EQ(Texts(), "FRONT,A,TITLE") << code;
   }
   on.station.PL.Clear();
   InList(-2, "SPOT");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,SPOT");
 }
 
 TEST_F(BreakInsertion, HolesAreSkipped) {
   Break({"A", "", "C"});
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,C");
 }
 
 TEST_F(BreakInsertion, ElementsInColumns50To52AreNotInserted) {
   Break({});
   for (int column = 50; column <= 52; ++column) on.station.GPubJour.SetCell(1, column, "NEVER");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_TRUE(on.station.PL.Empty());
   EXPECT_EQ(on.Events("break").at(0)["rows"], "0");
 }
@@ -155,7 +155,7 @@ TEST_F(BreakInsertion, All47ElementsOfABreakAreInserted) {
     expected += (i == 1 ? "" : ",") + elements.back();
   }
   Break(elements);
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), expected);
 }
 
@@ -163,7 +163,7 @@ TEST_F(BreakInsertion, AMissingFileGetsItsRowWithoutALength) {
   Break({});
   on.station.GPubJour.SetCell(1, 3, "GONE");
   on.station.GPubJour.SetCell(1, 53, "/nowhere/gone.wav");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "GONE");
   EXPECT_EQ(ColumnText(Row(1), Col::kLength), "--:--");
   EXPECT_EQ(ColumnText(Row(1), Col::kLengthMs), "0");
@@ -171,20 +171,20 @@ TEST_F(BreakInsertion, AMissingFileGetsItsRowWithoutALength) {
 
 TEST_F(BreakInsertion, WithPriorityTheElementOnAirGivesWay) {
   Break({"A"});
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_FALSE(on.station.engine.NextRequested);
   Set("PrioriteRubriques", "1");  // that of the news
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_FALSE(on.station.engine.NextRequested);
   Set("PrioritePubs", "1");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_TRUE(on.station.engine.NextRequested);
 }
 
 TEST_F(BreakInsertion, NoAutomaticJingleFollowsAtOnceAndThePlanIsReckonedAnew) {
   Break({"A"});
   on.station.engine.LastJingleTimer = 0;
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(on.station.engine.LastJingleTimer, 43200.0F);  // 12:00:00
   EXPECT_EQ(ColumnText(Row(1), Col::kPlanned).substr(0, 4), "12 h");
   EXPECT_EQ(on.station.notices.listTotalSec, 10);
@@ -199,7 +199,7 @@ TEST_F(BreakInsertion, ANewsBreakHasNoJinglesAndItsOwnKind) {
   Set("ExtraitAuto", "1");
   Break({"A", "B"}, "Rubriques");
   InList(5, "TITLE");
-  AjoutRubriquePlaylist(on.station, 1);
+  InsertNewsBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,B,TITLE");
   EXPECT_EQ(Row(1).genre, "Rubrique");
   EXPECT_EQ(ColumnText(Row(1), Col::kCode), "-4");
@@ -214,10 +214,10 @@ TEST_F(BreakInsertion, ANewsBreakHasNoJinglesAndItsOwnKind) {
 TEST_F(BreakInsertion, NewsHaveAPriorityOfTheirOwn) {
   Break({"A"}, "Rubriques");
   Set("PrioritePubs", "1");
-  AjoutRubriquePlaylist(on.station, 1);
+  InsertNewsBreak(on.station, 1);
   EXPECT_FALSE(on.station.engine.NextRequested);
   Set("PrioriteRubriques", "1");
-  AjoutRubriquePlaylist(on.station, 1);
+  InsertNewsBreak(on.station, 1);
   EXPECT_TRUE(on.station.engine.NextRequested);
 }
 
@@ -225,7 +225,7 @@ TEST_F(BreakInsertion, NewsTakeTheTitleTiedToThem) {
   Break({"A"}, "Rubriques");
   TiedSpot("A", "POP");
   Title("ARTIST", "POP", 46000);
-  AjoutRubriquePlaylist(on.station, 1);
+  InsertNewsBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,ARTIST");
 }
 
@@ -240,7 +240,7 @@ TEST_F(BreakInsertion, TheOperatorsBreakGoesInAtTheSelectedRowAsSpots) {
   InList(5, "ONE");
   InList(6, "TWO");
   on.station.engine.LastJingleTimer = 7;
-  InsertPubPlaylist(on.station, 1, 2);
+  InsertBreakAtRow(on.station, 1, 2);
   EXPECT_EQ(Texts(), "ONE,Jingle avant Pubs,A,B,Jingle après Pubs,TWO");
   EXPECT_EQ(Row(3).genre + ColumnText(Row(3), Col::kCode), "Pub-2");
   EXPECT_FALSE(on.station.engine.NextRequested);
@@ -255,10 +255,10 @@ TEST_F(BreakInsertion, TheOperatorsBreakGoesInAtTheSelectedRowAsSpots) {
 TEST_F(BreakInsertion, WithoutASelectedRowItGoesToTheHeadWhateverStandsThere) {
   Break({"A"});
   InList(-3, "PIP");
-  InsertPubPlaylist(on.station, 1, 0);
+  InsertBreakAtRow(on.station, 1, 0);
   EXPECT_EQ(Texts(), "A,PIP");
   on.station.PL.Clear();
-  InsertPubPlaylist(on.station, 1, 4);
+  InsertBreakAtRow(on.station, 1, 4);
   EXPECT_EQ(Texts(), "A");
 }
 
@@ -272,7 +272,7 @@ TEST_F(BreakInsertion, TheFittingsSpotsCarryTheirExitPoints) {
   Title("ARTIST", "POP", 46000);
   InList(5, "ONE");
   InList(6, "TWO");
-  AjoutPubRubFinHeure(on.station, 1, 2, "PUBS");
+  InsertBreakForFitting(on.station, 1, 2, "PUBS");
   EXPECT_EQ(Texts(), "ONE,Jingle avant Pubs,A,B,Jingle après Pubs,TWO");
   EXPECT_EQ(ColumnText(Row(2), Col::kExitMs) + "," + ColumnText(Row(3), Col::kExitMs) + "," +
                 ColumnText(Row(4), Col::kExitMs) + "," + ColumnText(Row(5), Col::kExitMs),
@@ -286,7 +286,7 @@ TEST_F(BreakInsertion, TheFittingsSpotsCarryTheirExitPoints) {
 TEST_F(BreakInsertion, AnyOtherWordOfTheFittingIsNews) {
   Jingles();
   Break({"A", "B"});
-  AjoutPubRubFinHeure(on.station, 1, 1, "RUBRIQUES");
+  InsertBreakForFitting(on.station, 1, 1, "RUBRIQUES");
   EXPECT_EQ(Texts(), "A,B");
   EXPECT_EQ(Row(1).genre + ColumnText(Row(1), Col::kCode) + " " + ColumnText(Row(1), Col::kExitMs),
             "Rubrique-4 100");
@@ -299,7 +299,7 @@ TEST_F(BreakInsertion, ATiedTitleFollowsItsSpot) {
   Break({"A", "B"});
   TiedSpot("A", "POP");
   const int32_t code = Title("ARTIST", "POP", 46000.5);
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,ARTIST,B");
   const OnAirElement& title = Row(2);
   EXPECT_EQ(title.secondLine, "TITLE");
@@ -315,7 +315,7 @@ TEST_F(BreakInsertion, ATiedTitlesLengthIsThatOfItsFile) {
   TiedSpot("A", "POP");
   const std::string file = on.MakeSound("title.wav", 65000);
   on.AddCard({.file = file, .lengthMs = 180000, .artist = "ARTIST"});
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(ColumnText(Row(2), Col::kLength) + " " + ColumnText(Row(2), Col::kLengthMs),
             "01:05 65000");
 }
@@ -327,7 +327,7 @@ TEST_F(BreakInsertion, TheTitleThatRestedLongestIsTakenForEachSpotOfTheGenre) {
   Title("RECENT", "POP", 46300);
   Title("RESTED", "POP", 46000);
   Title("OTHER", "ROCK", 40000);
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,RESTED,B,RESTED");
 }
 
@@ -342,15 +342,15 @@ TEST_F(BreakInsertion, OnlyATitleWithPassesAllowedAtThisHourAndOnThisDayIsTied) 
   with("NOT AT NOON", 2, "TRANCHE06 = '111111111111011111111111'");
   with("OVER", 3, "MMJJDEBUT = '1101', MMJJFIN = '1120'");
   with("NO LAST DAY", 4, "MMJJDEBUT = '1101', MMJJFIN = ''");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A");
   on.station.PL.Clear();
   with("LAST DAY IS TODAY", 5, "MMJJDEBUT = '1101', MMJJFIN = '1121'");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,LAST DAY IS TODAY");
   on.station.PL.Clear();
   with("NO FIRST DAY", 4.5, "MMJJDEBUT = '', MMJJFIN = '0101'");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,NO FIRST DAY");
 }
 
@@ -361,10 +361,10 @@ TEST_F(BreakInsertion, AtMidnightTheFirstHourOfTheMaskCounts) {
   const int32_t code = Title("NIGHT", "POP", 46000);
   on.Sql("UPDATE Discotheque SET TRANCHE06 = '100000000000000000000000' WHERE CODE = " +
          std::to_string(code));
-  EXPECT_TRUE(SearchPubAssocie(on.station, FileOf("A"), 1));
+  EXPECT_TRUE(InsertTitleOfSpot(on.station, FileOf("A"), 1));
   on.Sql("UPDATE Discotheque SET TRANCHE06 = '011111111111111111111111' WHERE CODE = " +
          std::to_string(code));
-  EXPECT_FALSE(SearchPubAssocie(on.station, FileOf("A"), 1));
+  EXPECT_FALSE(InsertTitleOfSpot(on.station, FileOf("A"), 1));
 }
 
 TEST_F(BreakInsertion, ASpotWithoutACampaignOrGenreOrTitleIsInsertedAlone) {
@@ -372,7 +372,7 @@ TEST_F(BreakInsertion, ASpotWithoutACampaignOrGenreOrTitleIsInsertedAlone) {
   TiedSpot("B", "  ");
   TiedSpot("C", "JAZZ");
   Title("ARTIST", "POP", 46000);
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,B,C");
 }
 
@@ -380,7 +380,7 @@ TEST_F(BreakInsertion, AnApostropheInAFileIsNoFault) {
   Break({"L'ARTISAN"});
   TiedSpot("L'ARTISAN", "POP");
   Title("ARTIST", "POP", 46000);
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "L'ARTISAN,ARTIST");
 }
 
@@ -388,7 +388,7 @@ TEST_F(BreakInsertion, AFailingQueryLeavesTheSpotWithoutItsTitle) {
   Break({"A", "B"});
   TiedSpot("A", "POP");
   on.Sql("DROP TABLE Discotheque");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "A,B");
   EXPECT_EQ(on.Events("error").at(0)["where"], "SearchPubAssocie") << on.Describe();
 }
@@ -414,7 +414,7 @@ TEST_F(Announcement, CopiesOfTheNextTwoTitlesWithMarksStandBeforeTheBreak) {
   Mark("ONE", "1000\r\n9000\r\n");
   Mark("TWO", "0\r\n9000\r\n");  // no start
   Mark("THREE", "500,9000");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "Jingle annonce extrait,ONE,THREE,SPOT,ONE,TWO,THREE");
   OnAirElement copy = Row(2);
   copy.plannedMs = Row(5).plannedMs;  // reckoned for each row
@@ -425,25 +425,25 @@ TEST_F(Announcement, CopiesOfTheNextTwoTitlesWithMarksStandBeforeTheBreak) {
 
 TEST_F(Announcement, TheAutomaticExtractTakesTheFirstTwoTitles) {
   Set("ExtraitAuto", "1");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "Jingle annonce extrait,ONE,TWO,SPOT,ONE,TWO,THREE");
 }
 
 TEST_F(Announcement, OneTitleIsAnnouncedAlone) {
   Mark("TWO", "1000,9000");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "Jingle annonce extrait,TWO,SPOT,ONE,TWO,THREE");
 }
 
 TEST_F(Announcement, WithoutMarksThereIsNone) {
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "SPOT,ONE,TWO,THREE");
 }
 
 TEST_F(Announcement, WithoutTheSettingThereIsNone) {
   Set("JingleExtraitYN", "0");
   Set("ExtraitAuto", "1");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "SPOT,ONE,TWO,THREE");
 }
 
@@ -453,7 +453,7 @@ TEST_F(Announcement, ItStandsBehindAPipInRow1) {
   pip.code = -3;
   on.station.PL.Insert(1, pip);
   Mark("ONE", "1000,9000");
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "PIP,Jingle annonce extrait,ONE,SPOT,ONE,TWO,THREE");
 }
 
@@ -463,7 +463,7 @@ TEST_F(Announcement, ATitleTiedToASpotOfTheBreakIsAComingTitleToo) {
   Set("ExtraitAuto", "1");
   TiedSpot("SPOT", "POP");
   Title("TIED", "POP", 46000);
-  AjoutPubPlaylist(on.station, 1);
+  InsertSpotBreak(on.station, 1);
   EXPECT_EQ(Texts(), "Jingle annonce extrait,TIED,SPOT,TIED");
 }
 
@@ -473,7 +473,7 @@ TEST_F(BreakInsertion, TheAirTimeTakesTheMixOfEachElementOff) {
   Jingles();  // 4 and 3 s, each 0.5 s less
   Break({"A", "", "C"});
   double seconds = 20;
-  CalculJinglePubs(on.station, seconds, 1);
+  ComputeBreakAirTime(on.station, seconds, 1);
   EXPECT_DOUBLE_EQ(seconds, 20 + 3.5 + 2.5 - 2 * 0.1);
 }
 
@@ -481,14 +481,14 @@ TEST_F(BreakInsertion, TheAirTimeIsRoundedBeforeTheElementsMixIsTakenOff) {
   Set("JingleAvantPubs", "'" + on.MakeSound("before.wav", 4300) + "'");
   Break({"A"});
   double seconds = 10;
-  CalculJinglePubs(on.station, seconds, 1);
+  ComputeBreakAirTime(on.station, seconds, 1);
   EXPECT_DOUBLE_EQ(seconds, 14 - 0.1);  // 10 + 4.3 - 0.5 = 13.8
 }
 
 TEST_F(BreakInsertion, WithoutJinglesTheAirTimeIsTheElementsAlone) {
   Break({"A", "B"});
   double seconds = 20;
-  CalculJinglePubs(on.station, seconds, 1);
+  ComputeBreakAirTime(on.station, seconds, 1);
   EXPECT_DOUBLE_EQ(seconds, 19.8);
 }
 
@@ -496,14 +496,14 @@ TEST_F(BreakInsertion, WithoutJinglesTheAirTimeIsTheElementsAlone) {
 
 TEST_F(BreakInsertion, TheOutsideIsToldTheAdvertiser) {
   InList(-2, "CAFÉ DU PORT");
-  FindInfoPubRub(on.station);
+  TellBreakElement(on.station);
   EXPECT_EQ(on.stationFolder.Read("Artiste-Titre.Txt"), "CAF\xC9 DU PORT\r\n");
 }
 
 TEST_F(BreakInsertion, AMachineWithoutReportsTellsNothing) {
   on.station.engine.ReportsDisabled = true;
   InList(-2, "ADVERTISER");
-  FindInfoPubRub(on.station);
+  TellBreakElement(on.station);
   EXPECT_FALSE(on.stationFolder.Exists("Artiste-Titre.Txt"));
 }
 

@@ -21,7 +21,7 @@ TEST(CampaignDamagedFiles, ATemplateOfAnyBytesIsTakenWholeOrNotAndNeverWritten) 
     s.seen.clear();
     s.station.engine.loggedFaults.clear();
     CampaignForm form = FormOf("JOURNALIER", "JOURNALIER", {"11", "12"}, "13", "14");
-    LoadSaveDecoupe(s.station, "Load", form);
+    LoadSaveMarks(s.station, "Load", form);
     ASSERT_FALSE(FindWrongMark(form)) << round;
     const bool changed =
         form.HDepPub + form.HFinPub + form.DecoupagePub[0] + form.DecoupagePub[1] != "13141112";
@@ -53,8 +53,8 @@ TEST(CampaignDamagedFiles, AGridOfAnyBytesGivesItsCrossesOrIsDamageAndIsNeverWri
     }
     s.MakeFile("spot.GPB", bytes);
     CampaignForm form = FormOf("JOURNALIER", "JOURNALIER", {"00", "30"});
-    CmdInitGrille(s.station, form);
-    ASSERT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("spot.GPB")));
+    BuildDatedGrid(s.station, form);
+    ASSERT_TRUE(LoadSaveCampaignGrid(s.station, form, "Load", s.InFolder("spot.GPB")));
     ASSERT_EQ(form.GPub.RowCount(), 5) << round;
     const std::vector<std::string> lines = SplitLines(DecodeSideFile(bytes));
     bool fits = lines.size() == kCells;
@@ -89,7 +89,7 @@ TEST(CampaignDamagedFiles, CampaignsOfAnyBytesAreTakenInOrLogged) {
     s.station.base.Db().Execute("DELETE * FROM GrillePub");
     s.seen.clear();
     s.station.engine.loggedFaults.clear();
-    ASSERT_NO_THROW(ImportExportPubs(s.station)) << round;
+    ASSERT_NO_THROW(ImportExportedCampaigns(s.station)) << round;
     ASSERT_EQ(s.File("ExportPubs.Txt"), "(no file)") << round;
     const auto lines = static_cast<int>(SplitLines(DecodeSideFile(bytes)).size());
     const auto rows = static_cast<int>(s.station.base.CountRecords("GrillePub"));
@@ -112,14 +112,14 @@ TEST(CampaignDamagedFiles, ThatCannotBeReadStayAndCostOneLine) {
   for (const char* name : {"Decoupe.Ini", "spot.GPB", "ExportPubs.Txt"})
     std::filesystem::create_directory(s.InFolder(name));
   CampaignForm form = FormOf("JOURNALIER", "JOURNALIER", {"15"});
-  LoadSaveDecoupe(s.station, "Load", form);
+  LoadSaveMarks(s.station, "Load", form);
   EXPECT_EQ(form.DecoupagePub[0], "15");
-  CmdInitGrille(s.station, form);
-  LSGrillePub(s.station, form, "Load", s.InFolder("spot.GPB"));
+  BuildDatedGrid(s.station, form);
+  LoadSaveCampaignGrid(s.station, form, "Load", s.InFolder("spot.GPB"));
   const auto errors = s.Events("error");
   ASSERT_EQ(errors.size(), 2U);
   EXPECT_EQ(errors[0]["where"] + " " + errors[1]["where"], "LoadSaveDecoupe LSGrillePub");
-  EXPECT_THROW(ImportExportPubs(s.station), FileError);  // its caller logs it
+  EXPECT_THROW(ImportExportedCampaigns(s.station), FileError);  // its caller logs it
   for (const char* name : {"Decoupe.Ini", "spot.GPB", "ExportPubs.Txt"})
     EXPECT_TRUE(std::filesystem::is_directory(s.InFolder(name))) << name;
 }

@@ -15,14 +15,14 @@ Enabled Buttons4(const CampaignEditor& editor) {
 
 // What an operator fills in for a weekly campaign with a cross on Monday at 07:00.
 void FillNew(CampaignStation& s, const std::string& sound, const std::string& priority = "50") {
-  BtnNew(s.station, s.editor);
-  ASSERT_TRUE(CmdLoadFile(s.station, s.editor, sound, 15000));
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  ASSERT_TRUE(Campaigns::CmdLoadFile_Click(s.station, s.editor, sound, 15000));
   s.editor.HDepPub = "07";
   s.editor.HFinPub = "08";
   s.editor.DecoupagePub = {"00", "30"};
   s.editor.ComboPriority = priority;
   s.editor.Categorie = "FOOD";
-  LblDepartPubRightClick(s.station, s.editor);
+  Campaigns::LblDepartPub_RightClick(s.station, s.editor);
   s.editor.GPub.SetCell(3, 1, "X");
 }
 
@@ -34,7 +34,7 @@ TEST(CampaignEditor, OpensOnTheLastRecordInOrderOfPassage) {
   s.AddCampaign({{"ANNONCEUR", "'Early'"}, {"PRIORITY", "10"}});
   s.MakeFile("Categori.Ini", "FOOD\r\nCARS\r\n");
   s.editor.PLPubVisible = true;
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   EXPECT_EQ(s.editor.ChAnnonceur, "Late");
   EXPECT_EQ(s.editor.LblInfoPub, "2 /2");
   EXPECT_FALSE(s.editor.PLPubVisible);
@@ -49,7 +49,7 @@ TEST(CampaignEditor, OpensOnTheLastRecordInOrderOfPassage) {
 TEST(CampaignEditor, OpensEmptyOnAnEmptyTableWithTheTemplate) {
   CampaignStation s;
   s.MakeFile("Decoupe.Ini", "\"07\",\"20\",\"15\",\"45\",\"\",\"\",\"\",\"\",\"\",\"\"\r\n");
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, false, false}));
   EXPECT_EQ(s.editor.HDepPub + s.editor.HFinPub + s.editor.DecoupagePub[0], "072015");
   EXPECT_EQ(s.editor.LblInfoPub, "0 /0");
@@ -62,19 +62,19 @@ TEST(CampaignEditor, PagesInOrderOfPassageAndStopsAtBothEnds) {
   s.AddCampaign({{"ANNONCEUR", "'Third'"}, {"PRIORITY", "30"}});
   s.AddCampaign({{"ANNONCEUR", "'First'"}, {"PRIORITY", "10"}});
   s.AddCampaign({{"ANNONCEUR", "'Second'"}, {"PRIORITY", "20"}});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   const auto shown = [&] { return s.editor.ChAnnonceur + " " + s.editor.LblInfoPub; };
-  BtnPlus(s.station, s.editor);
+  Campaigns::BtnPlus_Click(s.station, s.editor);
   EXPECT_EQ(shown(), "Third 3 /3");
-  BtnMoins(s.station, s.editor);
+  Campaigns::BtnMoins_Click(s.station, s.editor);
   EXPECT_EQ(shown(), "Second 2 /3");
-  BtnDebut(s.station, s.editor);
+  Campaigns::BtnDebut_Click(s.station, s.editor);
   EXPECT_EQ(shown(), "First 1 /3");
-  BtnMoins(s.station, s.editor);
+  Campaigns::BtnMoins_Click(s.station, s.editor);
   EXPECT_EQ(shown(), "First 1 /3");
-  BtnPlus(s.station, s.editor);
+  Campaigns::BtnPlus_Click(s.station, s.editor);
   EXPECT_EQ(shown(), "Second 2 /3");
-  BtnFin(s.station, s.editor);
+  Campaigns::BtnFin_Click(s.station, s.editor);
   EXPECT_EQ(shown(), "Third 3 /3");
 }
 
@@ -84,13 +84,13 @@ TEST(CampaignEditor, NewEmptiesTheScreenAndLeavesTheTemplate) {
   CampaignStation s;
   s.MakeFile("Decoupe.Ini", "\"09\",\"10\",\"05\",\"\",\"\",\"\",\"\",\"\",\"\",\"\"\r\n");
   s.AddCampaign({{"PUB", "0"}, {"CONTACT", "'Anne'"}});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   s.editor.PLPubVisible = true;
-  BtnNew(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
   EXPECT_EQ(Buttons4(s.editor), (Enabled{false, true, false, false}));
   EXPECT_EQ(s.editor.GPub.RowCount(), 10);
   EXPECT_EQ(GridColumns(s.editor.GPub), 4);
-  EXPECT_EQ(CalculNbJourActif(s.editor), 0);
+  EXPECT_EQ(CountCrosses(s.editor), 0);
   EXPECT_FALSE(s.editor.PLPubVisible);
   EXPECT_EQ(s.editor.Longeur, "0");
   EXPECT_EQ(s.editor.LblCode, "");
@@ -104,8 +104,8 @@ TEST(CampaignEditor, NewEmptiesTheScreenAndLeavesTheTemplate) {
 TEST(CampaignEditor, NewWithoutATemplateKeepsHoursAndMarks) {
   CampaignStation s;
   s.AddCampaign({});
-  MnuHPubs(s.station, s.editor);
-  BtnNew(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
   EXPECT_EQ(s.editor.HDepPub + s.editor.HFinPub, "0708");
   EXPECT_EQ(s.editor.DecoupagePub[1], "30");
 }
@@ -115,10 +115,10 @@ TEST(CampaignEditor, NewWithoutATemplateKeepsHoursAndMarks) {
 TEST(CampaignEditor, AddingWritesTheRecordItsGridAndItsProgramFile) {
   CampaignStation s;
   s.AddCampaign({{"ANNONCEUR", "'Other'"}, {"PRIORITY", "10"}});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   FillNew(s, s.MakeSound("Bakery.wav", 15000));
   s.editor.GenreAssocie = "POP";
-  ASSERT_TRUE(BtnAjouter(s.station, s.editor));
+  ASSERT_TRUE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(s.SqlText("SELECT CAMPAGNEDEPART || CAMPAGNEFIN || HDEPART || HFIN || DECOUPEH1 || "
                       "DECOUPEH2 || DECOUPEH3 || DUREE || ANNONCEUR || CATEGORIE || PRIORITY || "
                       "PUB || GENREASSOCIE FROM GrillePub WHERE CODE = 2"),
@@ -135,20 +135,20 @@ TEST(CampaignEditor, AddingWritesTheRecordItsGridAndItsProgramFile) {
 
 TEST(CampaignEditor, AddingANewsElementStoresNoSpot) {
   CampaignStation s;
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   FillNew(s, s.MakeSound("News.mp3", 15000));
   s.editor.OptPub = {false, true};
-  ASSERT_TRUE(BtnAjouter(s.station, s.editor));
+  ASSERT_TRUE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(s.SqlText("SELECT PUB FROM GrillePub"), "0");
   EXPECT_EQ(s.File("News.GPB").substr(0, 3), "X\r\n");
 }
 
 TEST(CampaignEditor, ASoundFileOfAnotherKindGivesFilesOfTheEndingAloneInTheStationsFolder) {
   CampaignStation s;
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   std::filesystem::create_directory(s.InFolder("sub"));
   FillNew(s, s.MakeSound("sub/Bakery.ogg", 15000));
-  ASSERT_TRUE(BtnAjouter(s.station, s.editor));
+  ASSERT_TRUE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(s.SqlText("SELECT FILENAMEGRILLE FROM GrillePub"), "GPB");
   EXPECT_EQ(s.File("GPB").substr(0, 3), "X\r\n");
   EXPECT_EQ(s.File("prg").substr(0, 10), "JOURNALIER");
@@ -164,9 +164,9 @@ TEST(CampaignEditor, AddingWithoutASoundFileIsRefusedInTheStationsLanguage) {
   for (int langue = 0; langue < 4; ++langue) {
     s.Set("Langue", std::to_string(langue));
     s.station.base.CheckCnf();
-    BtnNew(s.station, s.editor);
+    Campaigns::BtnNew_Click(s.station, s.editor);
     s.editor.FichierAudio = langue % 2 == 0 ? "" : "/nowhere/spot.wav";
-    EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+    EXPECT_FALSE(Campaigns::BtnAjouter_Click(s.station, s.editor));
     EXPECT_EQ(s.LastMessage(), words[langue]);
     EXPECT_EQ(s.Events("message").back()["title"], "Alerte");
     EXPECT_TRUE(s.editor.BtnAjouterEnabled);
@@ -176,10 +176,10 @@ TEST(CampaignEditor, AddingWithoutASoundFileIsRefusedInTheStationsLanguage) {
 
 TEST(CampaignEditor, ATextTooLongForItsFieldRefusesTheRecordAndWritesNoFile) {
   CampaignStation s;
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   FillNew(s, s.MakeSound("Bakery.wav", 15000));
   s.editor.ChAnnonceur = std::string(41, 'a');
-  EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
   EXPECT_EQ(s.File("Bakery.GPB"), "(no file)");
   ASSERT_NE(s.First("error"), nullptr);
@@ -187,22 +187,22 @@ TEST(CampaignEditor, ATextTooLongForItsFieldRefusesTheRecordAndWritesNoFile) {
   EXPECT_NE(s.station.notices.lastError.find(std::string(41, 'a')), std::string::npos);
   // The operator shortens it and adds.
   s.editor.ChAnnonceur = std::string(40, 'a');
-  EXPECT_TRUE(BtnAjouter(s.station, s.editor));
+  EXPECT_TRUE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
 }
 
 TEST(CampaignEditor, ARecordWhoseFilesFailStaysOnTheScreenAndIsSavedByReplace) {
   CampaignStation s;
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   FillNew(s, s.MakeSound("Bakery.wav", 15000));
   std::filesystem::create_directory(s.InFolder("Bakery.GPB"));
-  EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(s.editor.ChAnnonceur, "Bakery");
-  EXPECT_EQ(CalculNbJourActif(s.editor), 1);
+  EXPECT_EQ(CountCrosses(s.editor), 1);
   EXPECT_TRUE(s.editor.BtnReplacerEnabled);
   EXPECT_FALSE(s.editor.BtnAjouterEnabled);
   std::filesystem::remove(s.InFolder("Bakery.GPB"));
-  EXPECT_TRUE(BtnReplacer(s.station, s.editor));
+  EXPECT_TRUE(Campaigns::BtnReplacer_Click(s.station, s.editor));
   EXPECT_EQ(s.File("Bakery.GPB").substr(0, 3), "X\r\n");
   EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
 }
@@ -215,11 +215,11 @@ TEST(CampaignEditor, ReplacingStoresTheScreenAndDerivesTheGridFileAnew) {
   s.MakeFile("old.GPB", "X\r\n");
   s.AddCampaign({{"FILENAMEAUDIO", "'" + sound + "'"},
                  {"FILENAMEGRILLE", "'" + s.InFolder("old.GPB") + "'"}});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   EXPECT_EQ(s.editor.LblTotalMsg, "1");  // of the stored path
   s.editor.ChAnnonceur = "Changed";
   s.editor.GPub.SetCell(4, 1, "X");
-  ASSERT_TRUE(BtnReplacer(s.station, s.editor));
+  ASSERT_TRUE(Campaigns::BtnReplacer_Click(s.station, s.editor));
   EXPECT_EQ(s.SqlText("SELECT ANNONCEUR FROM GrillePub"), "Changed");
   EXPECT_EQ(s.SqlText("SELECT FILENAMEGRILLE FROM GrillePub"), s.InFolder("Bakery.GPB"));
   EXPECT_EQ(s.File("old.GPB"), "X\r\n");
@@ -231,8 +231,8 @@ TEST(CampaignEditor, ReplacingWithoutASoundFileIsRefusedInFrenchInEveryLanguage)
   s.Set("Langue", "1");
   s.station.base.CheckCnf();
   s.AddCampaign({});
-  MnuHPubs(s.station, s.editor);
-  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  EXPECT_FALSE(Campaigns::BtnReplacer_Click(s.station, s.editor));
   EXPECT_EQ(s.LastMessage(),
             "Impossible de sauver car vous n'avez pas\r\nAttribué de fichier audio");
 }
@@ -241,9 +241,9 @@ TEST(CampaignEditor, ReplacingARecordThatIsGoneIsRefused) {
   CampaignStation s;
   const std::string sound = s.MakeSound("Bakery.wav", 15000);
   s.AddCampaign({{"FILENAMEAUDIO", "'" + sound + "'"}});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   s.Sql("DELETE FROM GrillePub");
-  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::BtnReplacer_Click(s.station, s.editor));
   EXPECT_EQ(s.LastMessage(), "Impossible de sauver");
 }
 
@@ -251,9 +251,9 @@ TEST(CampaignEditor, ReplacingWithoutACodeEndsWithoutAWord) {
   CampaignStation s;
   const std::string sound = s.MakeSound("Bakery.wav", 15000);
   s.AddCampaign({{"FILENAMEAUDIO", "'" + sound + "'"}});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   s.editor.LblCode = "";
-  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::BtnReplacer_Click(s.station, s.editor));
   EXPECT_TRUE(s.Events("message").empty());
 }
 
@@ -263,9 +263,9 @@ TEST(CampaignEditor, AReplacementTooLongForItsFieldLeavesRecordAndFiles) {
   s.MakeFile("Bakery.GPB", "X\r\n");
   s.AddCampaign({{"FILENAMEAUDIO", "'" + sound + "'"},
                  {"FILENAMEGRILLE", "'" + s.InFolder("Bakery.GPB") + "'"}});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   s.editor.HDepPub = "007";
-  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::BtnReplacer_Click(s.station, s.editor));
   EXPECT_EQ(s.SqlText("SELECT HDEPART FROM GrillePub"), "07");
   EXPECT_EQ(s.File("Bakery.GPB"), "X\r\n");
   EXPECT_EQ((*s.First("error"))["where"], "BtnReplacer");
@@ -274,12 +274,12 @@ TEST(CampaignEditor, AReplacementTooLongForItsFieldLeavesRecordAndFiles) {
 TEST(CampaignEditor, AProductionMachineTellsOfBothSaves) {
   CampaignStation s;
   s.station.engine.PCProduction = true;
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   FillNew(s, s.MakeSound("Bakery.wav", 15000));
-  ASSERT_TRUE(BtnAjouter(s.station, s.editor));
+  ASSERT_TRUE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(s.File("MajGrillePub.txt"), "21/11/2026\r\n");
   s.stationFolder.Remove("MajGrillePub.txt");
-  ASSERT_TRUE(BtnReplacer(s.station, s.editor));
+  ASSERT_TRUE(Campaigns::BtnReplacer_Click(s.station, s.editor));
   EXPECT_EQ(s.File("MajGrillePub.txt"), "21/11/2026\r\n");
 }
 
@@ -295,13 +295,13 @@ TEST(CampaignEditor, DeletingAsksAndTakesTheGridFileAlone) {
                  {"PRIORITY", "20"},
                  {"FILENAMEAUDIO", "'" + sound + "'"},
                  {"FILENAMEGRILLE", "'" + s.InFolder("Bakery.GPB") + "'"}});
-  MnuHPubs(s.station, s.editor);
-  EXPECT_FALSE(BtnDelete(s.station, s.editor));  // unanswered: cancelled
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  EXPECT_FALSE(Campaigns::BtnDelete_Click(s.station, s.editor));  // unanswered: cancelled
   EXPECT_EQ(s.LastMessage(), "Confirmez la suppression de la fiche Bakery");
   EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "2");
   EXPECT_EQ(s.File("Bakery.GPB"), "X\r\n");
   s.messages.AnswerNext(Answer::kOk);
-  EXPECT_TRUE(BtnDelete(s.station, s.editor));
+  EXPECT_TRUE(Campaigns::BtnDelete_Click(s.station, s.editor));
   EXPECT_EQ(s.SqlText("SELECT ANNONCEUR FROM GrillePub"), "Other");
   EXPECT_EQ(s.File("Bakery.GPB"), "(no file)");
   EXPECT_EQ(s.File("Bakery.prg"), "program");
@@ -311,10 +311,10 @@ TEST(CampaignEditor, DeletingAsksAndTakesTheGridFileAlone) {
 
 // Deletes the first of the campaigns in order of passage.
 void DeleteFirst(CampaignStation& s) {
-  MnuHPubs(s.station, s.editor);
-  BtnDebut(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  Campaigns::BtnDebut_Click(s.station, s.editor);
   s.messages.AnswerNext(Answer::kOk);
-  ASSERT_TRUE(BtnDelete(s.station, s.editor));
+  ASSERT_TRUE(Campaigns::BtnDelete_Click(s.station, s.editor));
 }
 
 TEST(CampaignEditor, DeletingRemovesNoFileThatIsNotAGridFileByItsName) {
@@ -360,9 +360,9 @@ TEST(CampaignEditor, DeletingLeavesAFileThatAnotherCampaignStores) {
 TEST(CampaignEditor, DeletingTheLastRecordLeavesTheEmptyScreen) {
   CampaignStation s;
   s.AddCampaign({});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   s.messages.AnswerNext(Answer::kOk);
-  EXPECT_TRUE(BtnDelete(s.station, s.editor));
+  EXPECT_TRUE(Campaigns::BtnDelete_Click(s.station, s.editor));
   EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, false, false}));
   EXPECT_EQ(s.editor.ChAnnonceur, "");
 }
@@ -370,9 +370,9 @@ TEST(CampaignEditor, DeletingTheLastRecordLeavesTheEmptyScreen) {
 TEST(CampaignEditor, DeletingOnATableThatAnotherProgramEmptiedTellsSo) {
   CampaignStation s;
   s.AddCampaign({});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   s.Sql("DELETE FROM GrillePub");
-  EXPECT_FALSE(BtnDelete(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::BtnDelete_Click(s.station, s.editor));
   EXPECT_EQ(s.LastMessage(), "Il n'y a pas de fiche à supprimer");
 }
 
@@ -382,8 +382,8 @@ TEST(CampaignEditor, TheOverviewListsAllCampaignsByAdvertiser) {
   CampaignStation s;
   s.AddCampaign({{"ANNONCEUR", "'Zoo'"}, {"PUB", "0"}, {"GENREASSOCIE", "'POP'"}});
   s.AddCampaign({{"ANNONCEUR", "'Bakery'"}, {"PRIORITY", "30"}, {"CATEGORIE", "'CARS'"}});
-  MnuHPubs(s.station, s.editor);
-  BtnRecherhe(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  Campaigns::BtnRecherhe_Click(s.station, s.editor);
   EXPECT_TRUE(s.editor.PLPubVisible);
   EXPECT_EQ(Buttons4(s.editor), (Enabled{false, false, false, false}));
   ASSERT_EQ(s.editor.PLPub.size(), 2u);
@@ -393,11 +393,11 @@ TEST(CampaignEditor, TheOverviewListsAllCampaignsByAdvertiser) {
   EXPECT_EQ(
       s.editor.PLPub[1].subItems,
       (std::array<std::string, 6>{"FOOD", "JOURNALIER", "JOURNALIER", "Rubrique", "1", "POP"}));
-  SortPLPub(s.editor, 5);
+  Campaigns::PLPub_ColumnClick(s.editor, 5);
   EXPECT_EQ(s.editor.PLPub[0].text, "Zoo");
-  SortPLPub(s.editor, 0);
+  Campaigns::PLPub_ColumnClick(s.editor, 0);
   EXPECT_EQ(s.editor.PLPub[0].text, "Bakery");
-  ChoosePLPub(s.station, s.editor, 1);
+  Campaigns::PLPub_DblClick(s.station, s.editor, 1);
   EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.LblInfoPub, "Zoo 1 /2");
   EXPECT_FALSE(s.editor.PLPubVisible);
   EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, true, true}));
@@ -408,23 +408,24 @@ TEST(CampaignEditor, TheOverviewListsAllCampaignsByAdvertiser) {
 
 TEST(CampaignEditor, AFreeSoundFileGivesPathLengthAndAdvertiser) {
   CampaignStation s;
-  BtnNew(s.station, s.editor);
-  ASSERT_TRUE(CmdLoadFile(s.station, s.editor, "D:\\pubs\\Café du Port.mp3", 65432));
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  ASSERT_TRUE(
+      Campaigns::CmdLoadFile_Click(s.station, s.editor, "D:\\pubs\\Café du Port.mp3", 65432));
   EXPECT_EQ(s.editor.FichierAudio, "D:\\pubs\\Café du Port.mp3");
   EXPECT_EQ(s.editor.Longeur, "65432");
   EXPECT_EQ(s.editor.LblTemp, "01:05");
   EXPECT_EQ(s.editor.ChAnnonceur, "Café du Port");
-  ASSERT_TRUE(CmdLoadFile(s.station, s.editor, "/pubs/Zoo.flac", 1000));
+  ASSERT_TRUE(Campaigns::CmdLoadFile_Click(s.station, s.editor, "/pubs/Zoo.flac", 1000));
   EXPECT_EQ(s.editor.ChAnnonceur, "Zoo.");  // four characters, whatever they are
-  ASSERT_TRUE(CmdLoadFile(s.station, s.editor, "abc", 1000));
+  ASSERT_TRUE(Campaigns::CmdLoadFile_Click(s.station, s.editor, "abc", 1000));
   EXPECT_EQ(s.editor.ChAnnonceur, "");
 }
 
 TEST(CampaignEditor, ASoundFileOfACampaignIsRefusedWithItsAdvertiser) {
   CampaignStation s;
   s.AddCampaign({{"FILENAMEAUDIO", "'/pubs/spot.wav'"}, {"ANNONCEUR", "'Zoo'"}});
-  BtnNew(s.station, s.editor);
-  EXPECT_FALSE(CmdLoadFile(s.station, s.editor, "/pubs/spot.wav", 1000));
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  EXPECT_FALSE(Campaigns::CmdLoadFile_Click(s.station, s.editor, "/pubs/spot.wav", 1000));
   EXPECT_EQ(s.LastMessage(),
             "Vouz ne pouvez pas choisir ce fichier audio\r\n"
             "car il est déjà attribué à l'annonceur Zoo");
@@ -436,14 +437,14 @@ TEST(CampaignEditor, ASoundFileOfACampaignIsRefusedWithItsAdvertiser) {
 TEST(CampaignEditor, ACategoryJoinsTheListInCapitalsWhenConfirmed) {
   CampaignStation s;
   s.MakeFile("Categori.Ini", "FOOD\r\n");
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   s.editor.Categorie = "été";
   s.messages.AnswerNext(Answer::kYes);
-  CategorieEnter(s.station, s.editor);
+  Campaigns::Categorie_KeyEnter(s.station, s.editor);
   EXPECT_EQ(s.LastMessage(), "Ajouter cette Catégorie à la liste\r\nété");
   EXPECT_EQ(s.File("Categori.Ini"), "FOOD\r\n\xC9T\xC9\r\n");
   s.editor.Categorie = "no";
-  CategorieEnter(s.station, s.editor);  // unanswered: no
+  Campaigns::Categorie_KeyEnter(s.station, s.editor);  // unanswered: no
   EXPECT_EQ(s.editor.Categorie, "");
   EXPECT_EQ(s.editor.CategorieList.size(), 2u);
 }
@@ -451,13 +452,13 @@ TEST(CampaignEditor, ACategoryJoinsTheListInCapitalsWhenConfirmed) {
 TEST(CampaignEditor, ACategoryLeavesTheListWhenConfirmed) {
   CampaignStation s;
   s.MakeFile("Categori.Ini", "FOOD\r\nCARS\r\n");
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   s.editor.Categorie = "FOOD";
-  CategorieDelete(s.station, s.editor);
+  Campaigns::Categorie_KeyDelete(s.station, s.editor);
   EXPECT_EQ(s.LastMessage(), "Effacer cette Catégorie FOOD");
   EXPECT_EQ(s.File("Categori.Ini"), "FOOD\r\nCARS\r\n");
   s.messages.AnswerNext(Answer::kYes);
-  CategorieDelete(s.station, s.editor);
+  Campaigns::Categorie_KeyDelete(s.station, s.editor);
   EXPECT_EQ(s.File("Categori.Ini"), "CARS\r\n");
 }
 
@@ -465,12 +466,12 @@ TEST(CampaignEditor, ACategoryLeavesTheListWhenConfirmed) {
 
 TEST(CampaignEditor, TheEndFromTheCalendarBuildsTheGrid) {
   CampaignStation s;
-  BtnNew(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
   s.editor.HDepPub = s.editor.HFinPub = "07";
   s.editor.DecoupagePub = {"00"};
-  CalendarPick(s.station, s.editor, 1, "21/11/2026");
+  Campaigns::PickDay(s.station, s.editor, 1, "21/11/2026");
   EXPECT_EQ(s.editor.GPub.RowCount(), 10);
-  CalendarPick(s.station, s.editor, 2, "22/11/2026");
+  Campaigns::PickDay(s.station, s.editor, 2, "22/11/2026");
   EXPECT_EQ(RowText(s.editor.GPub, 1), "21 22");
   EXPECT_EQ(s.editor.LblTotalJours, "2 jours");
 }
@@ -479,20 +480,20 @@ TEST(CampaignEditor, AnHourOrAMarkThatNoClockShowsBuildsNoGridAndIsNotSaved) {
   CampaignStation s;
   FillNew(s, s.MakeSound("spot.wav", 15000));
   s.editor.HFinPub = "2147483647";
-  CalendarPick(s.station, s.editor, 1, "21/11/2026");
-  CalendarPick(s.station, s.editor, 2, "22/11/2026");
+  Campaigns::PickDay(s.station, s.editor, 1, "21/11/2026");
+  Campaigns::PickDay(s.station, s.editor, 2, "22/11/2026");
   EXPECT_EQ(s.LastMessage(), "Il n'y a pas d'heure 2147483647 (0 - 23)");
-  LblDepartPubRightClick(s.station, s.editor);
+  Campaigns::LblDepartPub_RightClick(s.station, s.editor);
   EXPECT_EQ(s.Events("message").size(), 2U);
   EXPECT_EQ(MomentsText(s.editor.GPub), "07:00 07:30 08:00 08:30");  // as it was
-  EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(s.Events("message").size(), 3U);
   EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
   EXPECT_EQ(s.File("spot.GPB"), "(no file)");
   s.editor.HFinPub = "08";
-  EXPECT_TRUE(BtnAjouter(s.station, s.editor));
+  EXPECT_TRUE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   s.editor.DecoupagePub[1] = "60";
-  EXPECT_FALSE(BtnReplacer(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::BtnReplacer_Click(s.station, s.editor));
   EXPECT_EQ(s.LastMessage(), "Il n'y a pas de minute 60 (0 - 59)");
   EXPECT_EQ(s.SqlText("SELECT DECOUPEH2 FROM GrillePub"), "30");
 }
@@ -500,9 +501,9 @@ TEST(CampaignEditor, AnHourOrAMarkThatNoClockShowsBuildsNoGridAndIsNotSaved) {
 TEST(CampaignEditor, TheRightButtonOnTheStartMakesTheCampaignWeekly) {
   CampaignStation s;
   s.AddCampaign({{"CAMPAGNEDEPART", "'21/11/2026'"}, {"CAMPAGNEFIN", "'25/11/2026'"}});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   EXPECT_EQ(GridColumns(s.editor.GPub), 6);
-  LblDepartPubRightClick(s.station, s.editor);
+  Campaigns::LblDepartPub_RightClick(s.station, s.editor);
   EXPECT_EQ(s.editor.LblDepartPub, "JOURNALIER");
   EXPECT_EQ(s.editor.LblFinPub, "JOURNALIER");
   EXPECT_EQ(RowText(s.editor.GPub, 2), "L M M J V S D");
@@ -512,7 +513,7 @@ TEST(CampaignEditor, TheRightButtonOnTheStartMakesTheCampaignWeekly) {
 
 TEST(CampaignEditor, TheMemoTellsTheProcedure) {
   CampaignStation s;
-  ImgMemo(s.station);
+  Campaigns::ImgMemo_Click(s.station);
   EXPECT_EQ(s.Events("message").back()["title"], "Mémo procédure");
   EXPECT_EQ(s.LastMessage().substr(0, 68),
             "Pour ajouter une nouvelle grille de publicitée procéder comme suit");
@@ -522,10 +523,10 @@ TEST(CampaignEditor, TheMemoTellsTheProcedure) {
 TEST(CampaignEditor, ClosingKeepsTheDivisionAndComposesTheDay) {
   CampaignStation s;
   s.AddCampaign({});
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   s.editor.HDepPub = "05";
   s.station.GPubJour.SetCell(0, 53, "");
-  CloseCampaigns(s.station, s.editor);
+  Campaigns::Form_Unload(s.station, s.editor);
   EXPECT_EQ(s.File("Decoupe.Ini").substr(0, 15), "\"05\",\"08\",\"00\",");
   EXPECT_EQ(s.station.GPubJour.Cell(0, 53), "21/11/26");
 }
@@ -541,17 +542,17 @@ TEST(CampaignEditor, AClosedBaseIsLoggedAndHarmsNothing) {
     s.seen.clear();
     return places;
   };
-  MnuHPubs(s.station, s.editor);
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
   EXPECT_EQ(logged(), "BtnFin ");
-  BtnRecherhe(s.station, s.editor);
+  Campaigns::BtnRecherhe_Click(s.station, s.editor);
   EXPECT_EQ(logged(), "BtnRecherhe ");
-  BtnNew(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
   EXPECT_EQ(logged(), "");
-  EXPECT_FALSE(CmdLoadFile(s.station, s.editor, "/spot.wav", 1));
+  EXPECT_FALSE(Campaigns::CmdLoadFile_Click(s.station, s.editor, "/spot.wav", 1));
   EXPECT_EQ(logged(), "CmdLoadFile ");
   EXPECT_EQ(s.editor.FichierAudio, "");
   s.editor.FichierAudio = sound;
-  EXPECT_FALSE(BtnAjouter(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(logged(), "BtnAjouter ");
   EXPECT_TRUE(s.editor.BtnAjouterEnabled);
   EXPECT_EQ(s.File("a.GPB"), "(no file)");

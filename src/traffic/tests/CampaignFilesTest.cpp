@@ -61,10 +61,10 @@ TEST(CampaignProgram, HoldsAFieldALine) {
 TEST(Decoupe, IsTenQuotedStringsAndComesBack) {
   CampaignStation s;
   CampaignForm form = FormOf("", "", {"00", "", "30"}, "07", "20");
-  LoadSaveDecoupe(s.station, "Save", form);
+  LoadSaveMarks(s.station, "Save", form);
   EXPECT_EQ(s.File("Decoupe.Ini"), "\"07\",\"20\",\"00\",\"\",\"30\",\"\",\"\",\"\",\"\",\"\"\r\n");
   CampaignForm again = FormOf("", "", {"55", "56"}, "01", "02");
-  LoadSaveDecoupe(s.station, "Load", again);
+  LoadSaveMarks(s.station, "Load", again);
   EXPECT_EQ(again.HDepPub, "07");
   EXPECT_EQ(again.HFinPub, "20");
   EXPECT_EQ(again.DecoupagePub, form.DecoupagePub);
@@ -73,7 +73,7 @@ TEST(Decoupe, IsTenQuotedStringsAndComesBack) {
 TEST(Decoupe, ThatIsMissingLeavesTheFields) {
   CampaignStation s;
   CampaignForm form = FormOf("", "", {"55"}, "01", "02");
-  LoadSaveDecoupe(s.station, "Load", form);
+  LoadSaveMarks(s.station, "Load", form);
   EXPECT_EQ(form.HDepPub, "01");
   EXPECT_EQ(form.DecoupagePub[0], "55");
 }
@@ -82,7 +82,7 @@ TEST(Decoupe, ThatIsCutGivesWhatItHolds) {
   CampaignStation s;
   s.MakeFile("Decoupe.Ini", "\"09\"\r\n\"10\"\r\n\"05");
   CampaignForm form = FormOf("", "", {"55", "56"}, "01", "02");
-  LoadSaveDecoupe(s.station, "Load", form);
+  LoadSaveMarks(s.station, "Load", form);
   EXPECT_EQ(form.HDepPub, "09");
   EXPECT_EQ(form.HFinPub, "10");
   EXPECT_EQ(form.DecoupagePub[0], "05");
@@ -100,7 +100,7 @@ TEST(Decoupe, OfAnHourOrAMarkThatNoClockShowsIsAFaultAndLeavesTheFields) {
     CampaignStation s;
     s.MakeFile("Decoupe.Ini", bytes);
     CampaignForm form = FormOf("", "", {"55"}, "01", "02");
-    LoadSaveDecoupe(s.station, "Load", form);
+    LoadSaveMarks(s.station, "Load", form);
     EXPECT_EQ(form.HDepPub + form.HFinPub + form.DecoupagePub[0], "010255") << bytes;
     ASSERT_EQ(s.Events("error").size(), 1U) << bytes;
     EXPECT_EQ(s.Events("error")[0]["where"], "LoadSaveDecoupe");
@@ -112,7 +112,7 @@ TEST(Decoupe, TakesTheLastHourAndTheLastMinute) {
   CampaignStation s;
   s.MakeFile("Decoupe.Ini", "\"00\",\"23\",\"0\",\"59\",\"  \"");
   CampaignForm form;
-  LoadSaveDecoupe(s.station, "Load", form);
+  LoadSaveMarks(s.station, "Load", form);
   EXPECT_EQ(form.HFinPub + form.DecoupagePub[1], "2359");
   EXPECT_EQ(s.First("error"), nullptr);
 }
@@ -121,14 +121,14 @@ TEST(Decoupe, IsNotWrittenWithAnHourThatNoClockShows) {
   CampaignStation s;
   s.MakeFile("Decoupe.Ini", "\"07\",\"08\",\"00\"");
   CampaignForm form = FormOf("", "", {"55"}, "01", "24");
-  LoadSaveDecoupe(s.station, "Save", form);
+  LoadSaveMarks(s.station, "Save", form);
   EXPECT_EQ(s.File("Decoupe.Ini"), "\"07\",\"08\",\"00\"");
   EXPECT_EQ(s.Events("error").size(), 1U);
 }
 
 TEST(MajGrillePub, HoldsTheDateOfTheDay) {
   CampaignStation s;
-  WriteMajGrillePub(s.station);
+  WriteGridSignal(s.station);
   EXPECT_EQ(s.File("MajGrillePub.txt"), "21/11/2026\r\n");
 }
 

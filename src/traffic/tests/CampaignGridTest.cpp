@@ -128,11 +128,11 @@ TEST(CampaignGridColumns, SpeakTheLanguageOfTheStation) {
     s.Set("Langue", std::to_string(langue));
     s.station.base.CheckCnf();
     CampaignForm form = FormOf("21/11/2026", "21/11/2026");
-    CmdInitGrille(s.station, form);
+    BuildDatedGrid(s.station, form);
     EXPECT_EQ(form.GPub.Cell(0, 0), months[langue]);
     EXPECT_EQ(form.GPub.Cell(1, 0), days[langue]);
     EXPECT_EQ(form.LblTotalJours, totals[langue]);
-    PubJournaliere(s.station, form);
+    BuildWeeklyGrid(s.station, form);
     EXPECT_EQ(form.LblTotalJours, weeks[langue]);
   }
   EXPECT_EQ(Built(FormOf("21/11/2026", "21/11/2026"), 9).LblTotalJours, "1");
@@ -177,11 +177,11 @@ TEST(TurnedDate, TakesTheCharactersWhereverTheyStand) {
 TEST(CampaignGridFile, HoldsALineACellRowByRow) {
   CampaignStation s;
   CampaignForm form = FormOf("JOURNALIER", "JOURNALIER", {"00", "30"});
-  CmdInitGrille(s.station, form);
+  BuildDatedGrid(s.station, form);
   form.GPub.SetCell(3, 1, "X");
   form.GPub.SetCell(4, 7, "X");
   form.GPub.SetCell(0, 3, "12");  // the count of a column is never saved
-  EXPECT_TRUE(LSGrillePub(s.station, form, "Save", s.InFolder("spot.GPB")));
+  EXPECT_TRUE(LoadSaveCampaignGrid(s.station, form, "Save", s.InFolder("spot.GPB")));
   EXPECT_EQ(s.File("spot.GPB"),
             "X\r\n" + std::string("\r\n\r\n\r\n\r\n\r\n\r\n") + "\r\n\r\n\r\n\r\n\r\n\r\nX\r\n");
   EXPECT_EQ(form.LblTotalMsg, "2");
@@ -190,13 +190,13 @@ TEST(CampaignGridFile, HoldsALineACellRowByRow) {
 TEST(CampaignGridFile, ComesBackAsItWasSaved) {
   CampaignStation s;
   CampaignForm form = FormOf("30/12/2026", "02/01/2027", {"45", "15"}, "22", "23");
-  CmdInitGrille(s.station, form);
+  BuildDatedGrid(s.station, form);
   for (const auto& [row, column] : {std::pair(3, 1), {3, 4}, {5, 2}, {6, 4}})
     form.GPub.SetCell(row, column, "X");
-  ASSERT_TRUE(LSGrillePub(s.station, form, "save", s.InFolder("spot.GPB")));
+  ASSERT_TRUE(LoadSaveCampaignGrid(s.station, form, "save", s.InFolder("spot.GPB")));
   CampaignForm again = FormOf("30/12/2026", "02/01/2027", {"45", "15"}, "22", "23");
-  CmdInitGrille(s.station, again);
-  EXPECT_TRUE(LSGrillePub(s.station, again, "LOAD", s.InFolder("spot.GPB")));
+  BuildDatedGrid(s.station, again);
+  EXPECT_TRUE(LoadSaveCampaignGrid(s.station, again, "LOAD", s.InFolder("spot.GPB")));
   EXPECT_EQ(RowText(again.GPub, 3), "X   X");
   EXPECT_EQ(RowText(again.GPub, 4), "   ");
   EXPECT_EQ(RowText(again.GPub, 5), " X  ");
@@ -209,17 +209,17 @@ CampaignForm Loaded(CampaignStation& s, const std::string& bytes,
                     const std::vector<std::string>& marks = {"00"}) {
   s.MakeFile("spot.GPB", bytes);
   CampaignForm form = FormOf("JOURNALIER", "JOURNALIER", marks);
-  CmdInitGrille(s.station, form);
-  EXPECT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("spot.GPB")));
+  BuildDatedGrid(s.station, form);
+  EXPECT_TRUE(LoadSaveCampaignGrid(s.station, form, "Load", s.InFolder("spot.GPB")));
   return form;
 }
 
 TEST(CampaignGridFile, ThatIsMissingLeavesTheGridEmpty) {
   CampaignStation s;
   CampaignForm form = FormOf("JOURNALIER", "JOURNALIER");
-  CmdInitGrille(s.station, form);
+  BuildDatedGrid(s.station, form);
   for (const char* path : {"", "GPB", "/nowhere/spot.GPB"}) {
-    EXPECT_TRUE(LSGrillePub(s.station, form, "Load", path)) << path;
+    EXPECT_TRUE(LoadSaveCampaignGrid(s.station, form, "Load", path)) << path;
     EXPECT_EQ(form.LblTotalMsg, "0") << path;
   }
   EXPECT_TRUE(s.Events("error").empty());
@@ -247,12 +247,12 @@ TEST(CampaignGridFile, CountsOnlyACapitalX) {
 TEST(CampaignGridFile, OfAnotherShapePairsItsLinesWithOtherCells) {
   CampaignStation s;
   CampaignForm dated = FormOf("21/11/2026", "23/11/2026", {"00", "30"});
-  CmdInitGrille(s.station, dated);
+  BuildDatedGrid(s.station, dated);
   dated.GPub.SetCell(4, 1, "X");  // the fourth line
-  ASSERT_TRUE(LSGrillePub(s.station, dated, "Save", s.InFolder("spot.GPB")));
+  ASSERT_TRUE(LoadSaveCampaignGrid(s.station, dated, "Save", s.InFolder("spot.GPB")));
   CampaignForm longer = FormOf("21/11/2026", "25/11/2026", {"00", "30"});
-  CmdInitGrille(s.station, longer);
-  ASSERT_TRUE(LSGrillePub(s.station, longer, "Load", s.InFolder("spot.GPB")));
+  BuildDatedGrid(s.station, longer);
+  ASSERT_TRUE(LoadSaveCampaignGrid(s.station, longer, "Load", s.InFolder("spot.GPB")));
   EXPECT_EQ(RowText(longer.GPub, 3), "   X ");
   EXPECT_EQ(RowText(longer.GPub, 4), "    ");
 }
@@ -272,8 +272,8 @@ TEST(CampaignGridFile, OfRandomBytesNeverHarms) {
     const CampaignForm form = Loaded(s, bytes, {"00", "30"});
     EXPECT_EQ(GridColumns(form.GPub), 8);
     EXPECT_EQ(form.GPub.RowCount(), 5);
-    EXPECT_EQ(form.LblTotalMsg, std::to_string(CalculNbJourActif(form)));
-    EXPECT_LE(CalculNbJourActif(form), 14);
+    EXPECT_EQ(form.LblTotalMsg, std::to_string(CountCrosses(form)));
+    EXPECT_LE(CountCrosses(form), 14);
   }
 }
 
@@ -306,8 +306,8 @@ TEST(CampaignGridFile, ThatIsMissingIsNoDamage) {
   CampaignStation s;
   CampaignForm form = FormOf("JOURNALIER", "JOURNALIER");
   form.damage = "of the campaign before";
-  CmdInitGrille(s.station, form);
-  EXPECT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("none.GPB")));
+  BuildDatedGrid(s.station, form);
+  EXPECT_TRUE(LoadSaveCampaignGrid(s.station, form, "Load", s.InFolder("none.GPB")));
   EXPECT_EQ(form.damage, "");
 }
 
@@ -316,8 +316,8 @@ TEST(CampaignGridFile, ThatIsLargerThanAnyGridIsNotRead) {
   s.MakeFile("spot.GPB", "X\r\n");
   std::filesystem::resize_file(s.InFolder("spot.GPB"), 256 << 20);  // a hole, no room on the disk
   CampaignForm form = FormOf("JOURNALIER", "JOURNALIER");
-  CmdInitGrille(s.station, form);
-  EXPECT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("spot.GPB")));
+  BuildDatedGrid(s.station, form);
+  EXPECT_TRUE(LoadSaveCampaignGrid(s.station, form, "Load", s.InFolder("spot.GPB")));
   EXPECT_EQ(form.damage, "the grid file is larger than any grid: " + s.InFolder("spot.GPB"));
   EXPECT_EQ(form.LblTotalMsg, "0");
 }
@@ -327,11 +327,13 @@ TEST(CampaignGridFile, OfTheLargestGridIsRead) {
   CampaignStation s;
   CampaignForm form = FormOf("01/01/2026", "31/12/2030",
                              {"00", "05", "10", "15", "20", "25", "30", "35"}, "00", "99");
-  CmdInitGrille(s.station, form);
+  BuildDatedGrid(s.station, form);
   for (int row = 3; row < 803; ++row)
     for (int column = 1; column < 367; ++column) form.GPub.SetCell(row, column, "X");
-  ASSERT_TRUE(LSGrillePub(s.station, form, "Save", s.InFolder("spot.GPB"), RowYields::kNone));
-  EXPECT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("spot.GPB"), RowYields::kNone));
+  ASSERT_TRUE(
+      LoadSaveCampaignGrid(s.station, form, "Save", s.InFolder("spot.GPB"), RowYields::kNone));
+  EXPECT_TRUE(
+      LoadSaveCampaignGrid(s.station, form, "Load", s.InFolder("spot.GPB"), RowYields::kNone));
   EXPECT_EQ(form.damage, "");
   EXPECT_EQ(form.LblTotalMsg, "292800");  // 800 * 366
 }
@@ -342,9 +344,9 @@ TEST(CampaignGridFile, OfHoursWithoutABoundIsNotRead) {
   for (const auto& [hour, mark] :
        {std::pair(std::string("2147483647"), std::string("00")), {"07", std::string(100, '0')}}) {
     CampaignForm form = FormOf("JOURNALIER", "JOURNALIER", {mark}, "07", hour);
-    CmdInitGrille(s.station, form);
+    BuildDatedGrid(s.station, form);
     EXPECT_EQ(form.GPub.RowCount(), 3);
-    EXPECT_TRUE(LSGrillePub(s.station, form, "Load", s.InFolder("spot.GPB")));
+    EXPECT_TRUE(LoadSaveCampaignGrid(s.station, form, "Load", s.InFolder("spot.GPB")));
     EXPECT_EQ(form.damage, hour == "07" ? "there is no minute 00000000000000000000 (0 to 59)"
                                         : "there is no hour 2147483647 (0 to 23)");
   }
@@ -353,8 +355,8 @@ TEST(CampaignGridFile, OfHoursWithoutABoundIsNotRead) {
 TEST(CampaignGridFile, ThatCannotBeWrittenIsLoggedUnderTheRoutinesName) {
   CampaignStation s;
   CampaignForm form = FormOf("JOURNALIER", "JOURNALIER");
-  CmdInitGrille(s.station, form);
-  EXPECT_FALSE(LSGrillePub(s.station, form, "Save", "/nowhere/at/all/spot.GPB"));
+  BuildDatedGrid(s.station, form);
+  EXPECT_FALSE(LoadSaveCampaignGrid(s.station, form, "Save", "/nowhere/at/all/spot.GPB"));
   ASSERT_NE(s.First("error"), nullptr);
   EXPECT_EQ((*s.First("error"))["where"], "LSGrillePub");
 }

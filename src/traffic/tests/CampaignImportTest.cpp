@@ -10,7 +10,7 @@ namespace {
 
 std::string FieldOf(const std::string& line, int field) {
   std::string result = "before";
-  ImportPub(line, field, result);
+  ImportedField(line, field, result);
   return result;
 }
 
@@ -47,14 +47,14 @@ std::string Campaigns(CampaignStation& s) {
       "SELECT group_concat(ANNONCEUR, ' ') FROM (SELECT * FROM GrillePub ORDER BY CODE)");
 }
 
-TEST(ImportPub, GivesTheFieldsOfALine) {
+TEST(ImportedField, GivesTheFieldsOfALine) {
   EXPECT_EQ(FieldOf("one\ttwo\tthree", 1), "one");
   EXPECT_EQ(FieldOf("one\ttwo\tthree", 2), "two");
   EXPECT_EQ(FieldOf("one\ttwo\tthree", 3), "three");
   EXPECT_EQ(FieldOf("one\t\tthree", 2), "");
 }
 
-TEST(ImportPub, GivesTheLastFieldPastTheLast) {
+TEST(ImportedField, GivesTheLastFieldPastTheLast) {
   EXPECT_EQ(FieldOf("one\ttwo", 20), "two");
   EXPECT_EQ(FieldOf("one\ttwo\t", 20), "");
   EXPECT_EQ(FieldOf("", 1), "");
@@ -64,7 +64,7 @@ TEST(ImportPub, GivesTheLastFieldPastTheLast) {
 TEST(CampaignImport, FillsARowFromALine) {
   CampaignStation s;
   s.MakeFile("ExportPubs.Txt", Line() + "\r\n");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(
       s.SqlText("SELECT CAMPAGNEDEPART || '|' || CAMPAGNEFIN || '|' || HDEPART || '|' || HFIN "
                 "|| '|' || DECOUPEH1 || DECOUPEH2 || DECOUPEH3 || DECOUPEH4 || DECOUPEH5 || "
@@ -87,7 +87,7 @@ TEST(CampaignImport, KnowsTrueAndVraiToTheLetter) {
   for (const auto& [word, stored] : words) {
     s.Sql("DELETE FROM GrillePub");
     s.MakeFile("ExportPubs.Txt", Line({{20, word}}) + "\r\n");
-    ImportExportPubs(s.station);
+    ImportExportedCampaigns(s.station);
     EXPECT_EQ(s.SqlText("SELECT PUB FROM GrillePub"), stored) << word;
   }
 }
@@ -97,7 +97,7 @@ TEST(CampaignImport, PassesOverALineWhoseSoundFileTheTableKnows) {
   s.AddCampaign({{"FILENAMEAUDIO", "' /pubs/new.wav '"}, {"ANNONCEUR", "'Known'"}});
   s.MakeFile("ExportPubs.Txt", Line({{15, "Again"}, {1, "02/11/2026"}}) + "\r\n" +
                                    Line({{13, "/pubs/other.wav"}, {15, "Other"}}) + "\r\n");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(Campaigns(s), "Known Other");
   EXPECT_EQ(s.Events("import")[0]["lines"] + s.Events("import")[0]["added"], "21");
 }
@@ -107,7 +107,7 @@ TEST(CampaignImport, RefusesALineWithAnHourOrAMarkThatNoClockShows) {
   s.MakeFile("ExportPubs.Txt", Line({{4, "24"}, {15, "Hour"}}) + "\r\n" +
                                    Line({{12, "60"}, {15, "Mark"}}) + "\r\n" +
                                    Line({{4, "23"}, {12, "59"}, {15, "Good"}}) + "\r\n");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(Campaigns(s), "Good");
   EXPECT_EQ(s.Events("import").at(0)["lines"] + s.Events("import")[0]["added"], "31");
   const auto errors = s.Events("error");
@@ -123,21 +123,21 @@ TEST(CampaignImport, ComparesTheFieldAsItStands) {
   s.AddCampaign({{"FILENAMEAUDIO", "'/pubs/new.wav'"}, {"ANNONCEUR", "'Known'"}});
   s.MakeFile("ExportPubs.Txt", Line({{13, "/pubs/new.wav "}, {15, "Blank"}}) + "\r\n" +
                                    Line({{13, "/PUBS/NEW.WAV"}, {15, "Capitals"}}) + "\r\n");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(Campaigns(s), "Known Blank Capitals");
 }
 
 TEST(CampaignImport, AddsTwoLinesOfOneSoundFileBoth) {
   CampaignStation s;
   s.MakeFile("ExportPubs.Txt", Line() + "\r\n" + Line({{15, "Twin"}}) + "\r\n");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(Campaigns(s), "Zoo Twin");
 }
 
 TEST(CampaignImport, FillsTheRestOfAShortLineWithItsLastField) {
   CampaignStation s;
   s.MakeFile("ExportPubs.Txt", "a\tb\tc\td\t5\r\n");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(s.SqlText("SELECT CAMPAGNEDEPART || HFIN || DECOUPEH1 || DECOUPEH8 || FILENAMEAUDIO || "
                       "DUREE || ANNONCEUR || PRIORITY || CONTACT || PUB FROM GrillePub"),
             "ad55555550");
@@ -146,14 +146,14 @@ TEST(CampaignImport, FillsTheRestOfAShortLineWithItsLastField) {
 TEST(CampaignImport, MakesABlankLineACampaignOfEmptyFields) {
   CampaignStation s;
   s.MakeFile("ExportPubs.Txt", Line() + "\r\n\r\n");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "2");
   EXPECT_EQ(s.SqlText("SELECT CAMPAGNEDEPART || FILENAMEAUDIO || ANNONCEUR || DUREE || PRIORITY "
                       "FROM GrillePub WHERE CODE = 2"),
             "00");
   // The next blank line finds a campaign with an empty name.
   s.MakeFile("ExportPubs.Txt", "\r\n");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "2");
 }
 
@@ -163,7 +163,7 @@ TEST(CampaignImport, RefusesAndNamesALineTooLongAndTakesTheOthers) {
                                    Line({{13, "/2.wav"}, {3, "007"}, {15, "Second"}}) + "\r\n" +
                                    Line({{13, "/3.wav"}, {18, "40000"}, {15, "Third"}}) + "\r\n" +
                                    Line({{13, "/4.wav"}, {15, "Fourth"}}) + "\r\n");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(Campaigns(s), "First Fourth");
   EXPECT_EQ(s.Events("import")[0]["lines"] + s.Events("import")[0]["added"], "42");
   const auto errors = s.Events("error");
@@ -179,7 +179,7 @@ TEST(CampaignImport, EmptiesTheDateStampAlone) {
   s.station.GPubJour.SetCell(0, 53, "21/11/26");
   s.station.GPubJour.SetCell(1, 0, "12:15");
   s.MakeFile("ExportPubs.Txt", "");
-  ImportExportPubs(s.station);
+  ImportExportedCampaigns(s.station);
   EXPECT_EQ(s.station.GPubJour.Cell(0, 53), "");
   EXPECT_EQ(s.station.GPubJour.Cell(1, 0), "12:15");
   EXPECT_EQ(s.File("ExportPubs.Txt"), "(no file)");
@@ -189,7 +189,7 @@ TEST(CampaignImport, EmptiesTheDateStampAlone) {
 TEST(CampaignImport, WithoutAFileDoesNothing) {
   CampaignStation s;
   s.station.GPubJour.SetCell(0, 53, "21/11/26");
-  SurveilleNewBase(s.station);
+  TakeDroppedBase(s.station);
   EXPECT_EQ(s.station.GPubJour.Cell(0, 53), "21/11/26");
   EXPECT_TRUE(s.Events("import").empty());
 }
@@ -198,7 +198,7 @@ TEST(CampaignImport, TakesAFileThatMayNotBeWritten) {
   CampaignStation s;
   const std::string path = s.MakeFile("ExportPubs.Txt", Line() + "\r\n");
   std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-  SurveilleNewBase(s.station);
+  TakeDroppedBase(s.station);
   EXPECT_EQ(Campaigns(s), "Zoo");
   EXPECT_EQ(s.File("ExportPubs.Txt"), "(no file)");
 }
@@ -207,10 +207,10 @@ TEST(CampaignImport, ThatCannotBeReadIsLoggedAndTriedAgain) {
   CampaignStation s;
   s.MakeFile("ExportPubs.Txt", Line() + "\r\n");
   s.stationFolder.fault.number = s.stationFolder.fault.count + 1;
-  SurveilleNewBase(s.station);
+  TakeDroppedBase(s.station);
   EXPECT_EQ((*s.First("error"))["where"], "SurveilleNewBase");
   EXPECT_EQ(Campaigns(s), "");
-  SurveilleNewBase(s.station);
+  TakeDroppedBase(s.station);
   EXPECT_EQ(Campaigns(s), "Zoo");
 }
 

@@ -9,15 +9,15 @@ namespace {
 class Marking : public testing::Test {
  protected:
   Marking() {
-    BtnNew(s.station, s.editor);
+    Campaigns::BtnNew_Click(s.station, s.editor);
     s.editor.HDepPub = "07";
     s.editor.HFinPub = "08";
     s.editor.DecoupagePub = {"00", "30"};
-    LblDepartPubRightClick(s.station, s.editor);
+    Campaigns::LblDepartPub_RightClick(s.station, s.editor);
   }
   void Mouse(MouseButton button, const char* key, int row, int column) {
-    GPubMouseUp(s.station, s.editor, button, key == std::string("shift"),
-                key == std::string("control"), {row, column});
+    Campaigns::GPub_MouseUp(s.station, s.editor, button, key == std::string("shift"),
+                            key == std::string("control"), {row, column});
   }
   std::string Row(int row) const { return RowText(s.editor.GPub, row); }
 
@@ -69,11 +69,11 @@ TEST_F(Marking, OutsideOfMomentsAndDaysChangesNothing) {
 }
 
 TEST_F(Marking, TheCountTakesTheMonthsPlaceUntilTheGridIsBuiltAgain) {
-  CalendarPick(s.station, s.editor, 1, "21/11/2026");
-  CalendarPick(s.station, s.editor, 2, "22/11/2026");
+  Campaigns::PickDay(s.station, s.editor, 1, "21/11/2026");
+  Campaigns::PickDay(s.station, s.editor, 2, "22/11/2026");
   Mouse(MouseButton::kLeft, "", 3, 1);
   EXPECT_EQ(Row(0), "1 11");
-  CmdInitGrille(s.station, s.editor);
+  BuildDatedGrid(s.station, s.editor);
   EXPECT_EQ(Row(0), "11 11");
 }
 
@@ -108,15 +108,15 @@ TEST_F(Marking, IsDeafWhileARecordIsLoadedFromTheOverview) {
 TEST_F(Marking, ACopyIsPutOnAnotherGridAsFarAsThatGoes) {
   Mouse(MouseButton::kLeft, "shift", 3, 1);
   Mouse(MouseButton::kLeft, "shift", 6, 1);
-  BtnCopyGrille(s.editor);
+  Campaigns::BtnCopyGrille_Click(s.editor);
   EXPECT_EQ(s.editor.GPubReference.RowCount(), 7);
   EXPECT_EQ(GridColumns(s.editor.GPubReference), 8);
   // Two days, two moments.
   s.editor.HFinPub = "07";
-  CalendarPick(s.station, s.editor, 1, "21/11/2026");
-  CalendarPick(s.station, s.editor, 2, "22/11/2026");
+  Campaigns::PickDay(s.station, s.editor, 1, "21/11/2026");
+  Campaigns::PickDay(s.station, s.editor, 2, "22/11/2026");
   Mouse(MouseButton::kLeft, "", 4, 1);
-  BtnCollerGrille(s.editor);
+  Campaigns::BtnCollerGrille_Click(s.editor);
   EXPECT_EQ(Row(0), "1 11");  // the count of the click before
   EXPECT_EQ(Row(1), "21 22");
   EXPECT_EQ(Row(3), "X X");
@@ -128,12 +128,12 @@ TEST_F(Marking, ACopyIsPutOnAnotherGridAsFarAsThatGoes) {
 TEST_F(Marking, TurningTakesTheCrossesOneRowDownAndTheLastRowToTheFirst) {
   Mouse(MouseButton::kLeft, "", 3, 1);
   Mouse(MouseButton::kLeft, "", 6, 7);
-  BtnDecalY(s.editor);
+  Campaigns::BtnDecalY_Click(s.editor);
   EXPECT_EQ(Row(3), "      X");
   EXPECT_EQ(Row(4), "X      ");
   EXPECT_EQ(Row(6), "      ");
   EXPECT_EQ(MomentsText(s.editor.GPub), "07:00 07:30 08:00 08:30");
-  for (int turn = 0; turn < 3; ++turn) BtnDecalY(s.editor);
+  for (int turn = 0; turn < 3; ++turn) Campaigns::BtnDecalY_Click(s.editor);
   EXPECT_EQ(Row(3), "X      ");
   EXPECT_EQ(Row(6), "      X");
 }
@@ -141,13 +141,13 @@ TEST_F(Marking, TurningTakesTheCrossesOneRowDownAndTheLastRowToTheFirst) {
 TEST_F(Marking, TurningAGridOfOneMomentOrNoneLeavesIt) {
   s.editor.HFinPub = "07";
   s.editor.DecoupagePub = {"00"};
-  PubJournaliere(s.station, s.editor);
+  BuildWeeklyGrid(s.station, s.editor);
   Mouse(MouseButton::kLeft, "", 3, 1);
-  BtnDecalY(s.editor);
+  Campaigns::BtnDecalY_Click(s.editor);
   EXPECT_EQ(Row(3), "X      ");
   s.editor.GPub.Clear();
-  BtnDecalY(s.editor);
-  BtnCollerGrille(s.editor);
+  Campaigns::BtnDecalY_Click(s.editor);
+  Campaigns::BtnCollerGrille_Click(s.editor);
   EXPECT_EQ(s.editor.GPub.RowCount(), 0);
 }
 

@@ -20,7 +20,7 @@ TEST(CampaignPurge, TakesWhatEndedBeforeTodayAndLeavesTheRest) {
   s.AddCampaign({{"CAMPAGNEFIN", "'31/12/2025'"}});                       // 4: last year
   s.AddCampaign({{"CAMPAGNEFIN", "'JOURNALIER'"}});                       // 5: never
   s.AddCampaign({{"CAMPAGNEFIN", "'20/11/2026'"}, {"PRIORITY", "300"}});  // 6: yesterday
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "2 3 5");
   EXPECT_FALSE(s.station.notices.progress.visible);
 }
@@ -28,7 +28,7 @@ TEST(CampaignPurge, TakesWhatEndedBeforeTodayAndLeavesTheRest) {
 TEST(CampaignPurge, TakesACampaignOnTheDayAfterItsLast) {
   CampaignStation s("2026-11-22 00:00:01");
   s.AddCampaign({{"CAMPAGNEFIN", "'21/11/2026'"}});
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "");
 }
 
@@ -38,7 +38,7 @@ TEST(CampaignPurge, LeavesAllFiles) {
   s.AddCampaign({{"CAMPAGNEFIN", "'20/11/2026'"},
                  {"FILENAMEAUDIO", "'" + s.InFolder("spot.wav") + "'"},
                  {"FILENAMEGRILLE", "'" + s.InFolder("spot.GPB") + "'"}});
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "");
   EXPECT_EQ(s.File("spot.wav") + s.File("spot.GPB") + s.File("spot.prg"), "keptkeptkept");
 }
@@ -58,7 +58,7 @@ int32_t AddEnded(CampaignStation& s, const std::string& grid) {
 TEST(CampaignPurge, KeepsRecordAndGridBeforeDurably) {
   CampaignStation s;
   const std::string number = std::to_string(AddEnded(s, "X\r\n\r\n"));
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "");
   EXPECT_EQ(s.File("EndedCampaigns/" + number + ".GPB"), "X\r\n\r\n");
   EXPECT_EQ(s.File("EndedCampaigns/" + number + ".Txt"),
@@ -80,7 +80,7 @@ TEST(CampaignPurge, OfACampaignWithoutAGridFileKeepsNone) {
   CampaignStation s;
   AddEnded(s, "X\r\n");
   std::filesystem::remove(s.InFolder("spot.GPB"));
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "");
   EXPECT_NE(s.File("EndedCampaigns/1.Txt"), "(no file)");
   EXPECT_EQ(s.File("EndedCampaigns/1.GPB"), "(no file)");
@@ -91,12 +91,12 @@ TEST(CampaignPurge, KeepsTheGridOfTheLastTryAlone) {
   CampaignStation s;
   AddEnded(s, "X\r\n");
   s.Sql("CREATE TRIGGER Held BEFORE DELETE ON GrillePub BEGIN SELECT RAISE(ABORT, 'held'); END");
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "1");
   EXPECT_EQ(s.File("EndedCampaigns/1.GPB"), "X\r\n");
   s.Sql("DROP TRIGGER Held");
   std::filesystem::remove(s.InFolder("spot.GPB"));
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "");
   EXPECT_EQ(s.File("EndedCampaigns/1.GPB"), "(no file)");
 }
@@ -105,13 +105,13 @@ TEST(CampaignPurge, TakesNothingThatCannotBeKeptAndSaysWhy) {
   CampaignStation s;
   AddEnded(s, "X\r\n");
   s.MakeFile("EndedCampaigns", "a file in the folder's place");
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "1");
   ASSERT_NE(s.First("error"), nullptr);
   EXPECT_EQ((*s.First("error"))["where"], "SuppresionPub");
   EXPECT_NE((*s.First("error"))["text"].find("EndedCampaigns"), std::string::npos);
   std::filesystem::remove(s.InFolder("EndedCampaigns"));
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "");
 }
 
@@ -123,7 +123,7 @@ TEST(CampaignPurge, TakesTheOthersWhereOneCannotBeKeptAndNamesIt) {
                  {"ANNONCEUR", "'Baker'"},
                  {"FILENAMEGRILLE", "'" + s.InFolder("no.GPB") + "'"}});
   s.AddCampaign({{"CAMPAGNEFIN", "'20/11/2026'"}});
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "2");
   ASSERT_NE(s.First("error"), nullptr);
   EXPECT_NE((*s.First("error"))["text"].find("Baker"), std::string::npos);
@@ -134,7 +134,7 @@ TEST(CampaignPurge, TakesNothingWhoseGridFileCannotBeRead) {
   AddEnded(s, "");
   std::filesystem::remove(s.InFolder("spot.GPB"));
   std::filesystem::create_directory(s.InFolder("spot.GPB"));
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(Codes(s), "1");
   ASSERT_NE(s.First("error"), nullptr);
   EXPECT_EQ((*s.First("error"))["where"], "SuppresionPub");
@@ -143,14 +143,14 @@ TEST(CampaignPurge, TakesNothingWhoseGridFileCannotBeRead) {
 TEST(CampaignPurge, OfAnEmptyTableShowsNothing) {
   CampaignStation s;
   s.station.notices.progress.text = "before";
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   EXPECT_EQ(s.station.notices.progress.text, "before");
 }
 
 TEST(CampaignPurge, LogsAFaultUnderItsOwnName) {
   CampaignStation s;
   s.station.base.Close();
-  SuppresionPub(s.station);
+  PurgeEndedCampaigns(s.station);
   ASSERT_NE(s.First("error"), nullptr);
   EXPECT_EQ((*s.First("error"))["where"], "SuppresionPub");
 }

@@ -28,14 +28,14 @@ TEST(CampaignSheet, GoesIntoATextFileBesideTheSoundFile) {
   CampaignStation s;
   CampaignForm form = FormOf("JOURNALIER", "JOURNALIER");
   form.FichierAudio = s.MakeSound("Zoo.wav", 1000);
-  const auto lines = BtnImprimer(s.station, form);
+  const auto lines = Campaigns::BtnImprimer_Click(s.station, form);
   EXPECT_EQ(s.File("Zoo.Xlt").substr(0, 10), " FICHE  - ");
   EXPECT_NE(s.File("Zoo.Xlt").find("\r\nDur\xE9"
                                    "e "),
             std::string::npos);
   EXPECT_EQ(lines[1], "Campagne du JOURNALIER au JOURNALIER");
   form.FichierAudio = "/nowhere/Zoo.wav";
-  EXPECT_EQ(BtnImprimer(s.station, form).size(), lines.size());
+  EXPECT_EQ(Campaigns::BtnImprimer_Click(s.station, form).size(), lines.size());
   EXPECT_EQ((*s.First("error"))["where"], "BtnImprimer");
 }
 

@@ -66,7 +66,7 @@ class ManyCampaigns : public testing::Test {
 TEST_F(ManyCampaigns, ComeInAsOneTransaction) {
   Export(ManyLines(300));
   const unsigned before = Stored();
-  ImportExportPubs(station);
+  ImportExportedCampaigns(station);
   EXPECT_EQ(Stored() - before, 1U);
   EXPECT_EQ(Campaigns(), 300);
   EXPECT_EQ(yields, 0);
@@ -78,7 +78,7 @@ TEST_F(ManyCampaigns, ComeInSlicesOfWhichNoneHoldsTheBase) {
     EXPECT_EQ(Campaigns(), 0);
     s.Set("PmixDef", "100");  // of another process: waits in vain where a transaction is open
   };
-  ImportExportPubs(station);
+  ImportExportedCampaigns(station);
   EXPECT_EQ(yields, 2);  // behind 500 and 1000 lines
   EXPECT_EQ(Campaigns(), 1200);
   EXPECT_EQ(s.SqlText("SELECT group_concat(ANNONCEUR, ' ') FROM (SELECT ANNONCEUR FROM GrillePub "
@@ -90,12 +90,13 @@ TEST_F(ManyCampaigns, OfWhichNoneCanBeStoredLeaveNoneAndTheFile) {
   Export(LineOf("/1.wav", "ONE") + LineOf("/2.wav", "TWO"));
   station.GPubJour.SetCell(0, 53, "21/11/26");
   base.Arm(BasePoint::kLockToCommit, BaseFault::kLocked);
-  EXPECT_THROW(ImportExportPubs(station), StoreError);  // at the commit: somebody still reads
+  EXPECT_THROW(ImportExportedCampaigns(station),
+               StoreError);  // at the commit: somebody still reads
   EXPECT_TRUE(ExportIsThere());
   EXPECT_EQ(station.GPubJour.Cell(0, 53), "21/11/26");
   base.Disarm();
   EXPECT_EQ(Campaigns(), 0);
-  ImportExportPubs(station);
+  ImportExportedCampaigns(station);
   EXPECT_EQ(Campaigns(), 2);
   EXPECT_FALSE(ExportIsThere());
 }
@@ -103,12 +104,12 @@ TEST_F(ManyCampaigns, OfWhichNoneCanBeStoredLeaveNoneAndTheFile) {
 TEST_F(ManyCampaigns, OfALockedBaseAreTakenAtTheNextElement) {
   Export(ManyLines(2));
   base.Arm(BasePoint::kLockToRead, BaseFault::kLocked);
-  SurveilleNewBase(station);
+  TakeDroppedBase(station);
   EXPECT_TRUE(ExportIsThere());
   EXPECT_NE(Log().find("SurveilleNewBase\t3260\t"), std::string::npos) << Log();
   base.Disarm();
   EXPECT_EQ(Campaigns(), 0);
-  SurveilleNewBase(station);
+  TakeDroppedBase(station);
   EXPECT_EQ(Campaigns(), 2);
   EXPECT_FALSE(ExportIsThere());
 }
@@ -116,7 +117,7 @@ TEST_F(ManyCampaigns, OfALockedBaseAreTakenAtTheNextElement) {
 // The file cannot go behind the commit, as after a crash between the two.
 TEST_F(ManyCampaigns, OfAFileThatIsTooLargeToBeOneAreLeftAndToldOnce) {
   Export(LineOf("/pubs/1.wav", std::string(5 << 20, 'x')));
-  for (int i = 0; i < 3; ++i) ImportExportPubs(station);
+  for (int i = 0; i < 3; ++i) ImportExportedCampaigns(station);
   EXPECT_TRUE(ExportIsThere());
   EXPECT_EQ(Campaigns(), 0);
   const std::string log = Log();
@@ -126,7 +127,7 @@ TEST_F(ManyCampaigns, OfAFileThatIsTooLargeToBeOneAreLeftAndToldOnce) {
 
 TEST_F(ManyCampaigns, ALineThatIsRefusedDoesNotFillTheLog) {
   Export(LineOf("/pubs/1.wav", std::string(1 << 20, 'x')));
-  ImportExportPubs(station);
+  ImportExportedCampaigns(station);
   EXPECT_EQ(Campaigns(), 0);
   EXPECT_LT(Log().size(), 500U);
 }
@@ -138,37 +139,37 @@ TEST_F(ManyCampaigns, AreNotAddedTwiceWhileTheirFileCannotGo) {
   Export(lines);
   s.stationFolder.removesFail = true;
   for (int element = 0; element < 3; ++element) {
-    SurveilleNewBase(station);
+    TakeDroppedBase(station);
     EXPECT_EQ(Campaigns(), 4) << element;
     EXPECT_TRUE(ExportIsThere());
   }
   s.stationFolder.removesFail = false;
-  SurveilleNewBase(station);
+  TakeDroppedBase(station);
   EXPECT_EQ(Campaigns(), 4);
   EXPECT_FALSE(ExportIsThere());
   // The same file in earnest: only the name with the blank is new again.
   Export(lines);
-  SurveilleNewBase(station);
+  TakeDroppedBase(station);
   EXPECT_EQ(Campaigns(), 5);
 }
 
 TEST_F(ManyCampaigns, WhoseFileCannotGoHaveTheGridComposedOnce) {
   Export(ManyLines(1));
   s.stationFolder.removesFail = true;
-  SurveilleNewBase(station);
+  TakeDroppedBase(station);
   EXPECT_EQ(station.GPubJour.Cell(0, 53), "");
   station.GPubJour.SetCell(0, 53, "21/11/26");  // composed
-  SurveilleNewBase(station);
+  TakeDroppedBase(station);
   EXPECT_EQ(station.GPubJour.Cell(0, 53), "21/11/26");
 }
 
 TEST_F(ManyCampaigns, WrittenAnewMeanwhileAreTakenAtTheNextElement) {
   Export(ManyLines(600));
   OnYield = [&](int) { Export(LineOf("/new.wav", "NEW")); };
-  SurveilleNewBase(station);
+  TakeDroppedBase(station);
   EXPECT_EQ(Campaigns(), 600);
   EXPECT_TRUE(ExportIsThere());
-  SurveilleNewBase(station);
+  TakeDroppedBase(station);
   EXPECT_EQ(Campaigns(), 601);
   EXPECT_FALSE(ExportIsThere());
 }
@@ -179,7 +180,7 @@ class EndedCampaigns : public ManyCampaigns {
  protected:
   void SetUp() override {
     Export(ManyLines(500));  // all ended yesterday
-    ImportExportPubs(station);
+    ImportExportedCampaigns(station);
     yields = 0;
   }
 };
@@ -192,7 +193,7 @@ TEST_F(EndedCampaigns, GoInSlicesOfWhichNoneHoldsTheBase) {
     s.Set("PmixDef", std::to_string(100 + left.size()));
   };
   const unsigned before = Stored();
-  SuppresionPub(station);
+  PurgeEndedCampaigns(station);
   EXPECT_EQ(left, (std::vector<int>{500, 300, 100}));
   EXPECT_EQ(Stored() - before, 3U + 3U);  // with the three of the yields
   EXPECT_EQ(yields, 500);                 // the files of each wait for the disk
@@ -201,7 +202,7 @@ TEST_F(EndedCampaigns, GoInSlicesOfWhichNoneHoldsTheBase) {
 
 TEST_F(EndedCampaigns, ThatWereGivenANewEndMeanwhileStay) {
   OnYield = [&](int) { s.Sql("UPDATE GrillePub SET CAMPAGNEFIN = '30/11/2026' WHERE CODE = 450"); };
-  SuppresionPub(station);
+  PurgeEndedCampaigns(station);
   EXPECT_EQ(s.SqlText("SELECT group_concat(CODE) FROM GrillePub"), "450");
 }
 
@@ -209,21 +210,21 @@ TEST_F(EndedCampaigns, ThatWereChangedBehindTheirKeepingStay) {
   OnYield = [&](int yield) {
     if (yield == 60) s.Sql("UPDATE GrillePub SET ANNONCEUR = 'New' WHERE CODE = 50");
   };
-  SuppresionPub(station);
+  PurgeEndedCampaigns(station);
   EXPECT_EQ(s.SqlText("SELECT group_concat(CODE) FROM GrillePub"), "50");
   OnYield = [](int) {};
-  SuppresionPub(station);
+  PurgeEndedCampaigns(station);
   EXPECT_EQ(Campaigns(), 0);
   EXPECT_NE(s.File("EndedCampaigns/50.Txt").find("\"New\""), std::string::npos);
 }
 
 TEST_F(EndedCampaigns, OfALockedBaseGoAtTheNextComposition) {
   base.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
-  SuppresionPub(station);
+  PurgeEndedCampaigns(station);
   EXPECT_NE(Log().find("SuppresionPub\t3260\t"), std::string::npos) << Log();
   base.Disarm();
   EXPECT_EQ(Campaigns(), 500);
-  SuppresionPub(station);
+  PurgeEndedCampaigns(station);
   EXPECT_EQ(Campaigns(), 0);
 }
 

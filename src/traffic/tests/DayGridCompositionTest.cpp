@@ -44,7 +44,7 @@ class DayGridComposition : public testing::Test {
       text += (column == 3 ? "" : ",") + Grid().Cell(row, column);
     return text;
   }
-  void Compose() { MakeGrillePubGeneral(on.station); }
+  void Compose() { ComposeDayGrid(on.station); }
   BaseFaults base;  // ahead of the station, whose base it may fail
   TestStation on;
 };
@@ -223,7 +223,7 @@ TEST_F(DayGridComposition, AFaultLeavesTheStampOfAnotherDayAndNoneOfItsBreaks) {
   Compose();
   Today("2026-11-22");
   on.Sql("DROP TABLE GrillePub");
-  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
+  EXPECT_FALSE(ComposeDayGrid(on.station));
   EXPECT_EQ(on.Events("error").at(0)["where"], "MakeGrillePubGeneral") << on.Describe();
   EXPECT_EQ(Grid().Cell(0, 53), "21/11/26");
   EXPECT_EQ(Moments(), "");
@@ -239,13 +239,13 @@ TEST_F(DayGridComposition, MoreMomentsLeaveTheGridOfTheDay) {
     for (int mark = first; mark < first + 8; ++mark) marks.push_back(TwoDigits(mark));
     AddEveryMoment(on, marks, 23);
   }
-  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
+  EXPECT_FALSE(ComposeDayGrid(on.station));
   EXPECT_EQ(Moments() + " " + Elements(1) + " " + Grid().Cell(0, 4),
             "10:00 FORMER 1 Messages Pubs");
   EXPECT_EQ(Grid().Cell(0, 53), "");
   on.Sql("DELETE FROM GrillePub WHERE ANNONCEUR = 'FORMER'");
   on.Sql("DELETE FROM GrillePub WHERE DECOUPEH1 = '20'");
-  EXPECT_TRUE(MakeGrillePubGeneral(on.station));
+  EXPECT_TRUE(ComposeDayGrid(on.station));
   EXPECT_EQ(Grid().RowCount(), 385);
 }
 
@@ -257,7 +257,7 @@ TEST_F(DayGridComposition, AGridFileThatCannotBeReadLeavesTheGridOfTheDay) {
   on.seen.clear();
   std::filesystem::rename(GridFileOf(file), GridFileOf(file) + ".away");
   std::filesystem::create_directory(GridFileOf(file));
-  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
+  EXPECT_FALSE(ComposeDayGrid(on.station));
   ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
   EXPECT_EQ(on.Events("error")[0]["where"], "MakeGrillePubGeneral");
   EXPECT_EQ(on.Events("error")[0]["text"], GridFileOf(file) + ": Is a directory");
@@ -274,7 +274,7 @@ TEST_F(DayGridComposition, AGridWithoutAStampIsOfItsDayOnly) {
   Grid().SetCell(0, 53, "");
   Today("2026-11-22");
   on.Sql("ALTER TABLE GrillePub RENAME TO Away");
-  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
+  EXPECT_FALSE(ComposeDayGrid(on.station));
   EXPECT_EQ(Moments() + Grid().Cell(0, 53), "");
 }
 
@@ -283,13 +283,13 @@ TEST_F(DayGridComposition, ALockedBaseLeavesTheGridOfTheDay) {
   Compose();
   on.seen.clear();
   base.Arm(BasePoint::kLockToRead, BaseFault::kLocked);
-  EXPECT_FALSE(MakeGrillePubGeneral(on.station));
+  EXPECT_FALSE(ComposeDayGrid(on.station));
   ASSERT_EQ(on.Events("error").size(), 1U) << on.Describe();
   EXPECT_EQ(on.Events("error")[0].Int("number"), kErrLocked);
   EXPECT_EQ(Moments() + " " + Elements(1) + " " + Grid().Cell(0, 53), "10:00 FORMER ");
   EXPECT_FALSE(on.station.engine.composing);
   base.Disarm();
-  EXPECT_TRUE(MakeGrillePubGeneral(on.station));
+  EXPECT_TRUE(ComposeDayGrid(on.station));
   EXPECT_EQ(Moments() + " " + Grid().Cell(0, 53), "10:00 21/11/26");
 }
 
@@ -441,22 +441,22 @@ class DayGridPreview : public DayGridComposition {
 };
 
 TEST_F(DayGridPreview, PurgesNeitherCampaignsNorTheReport) {
-  PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
+  OnAir::PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
   EXPECT_EQ(Grid().Cell(0, 53), "24/12/26");
   EXPECT_EQ(Kept(), "11");
 }
 
 TEST_F(DayGridPreview, PurgesNothingAsLongAsTheFalseDateStands) {
-  PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
+  OnAir::PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
   on.RunUntil(36 * 3600000);  // the machine is forgotten over its midnight
   Compose();
   EXPECT_EQ(Grid().Cell(0, 53), "26/12/26");
-  PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 31});
+  OnAir::PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 31});
   EXPECT_EQ(Kept(), "11");
 }
 
 TEST_F(DayGridPreview, PurgesAgainOnceTheDateIsBack) {
-  PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
+  OnAir::PickPreviewDay(on.station, {.year = 2026, .month = 12, .day = 24});
   Today("2026-11-21");
   Compose();
   EXPECT_EQ(Kept(), "01");
@@ -466,7 +466,7 @@ TEST_F(DayGridPreview, PurgesAgainOnceTheDateIsBack) {
 }
 
 TEST_F(DayGridPreview, OfTodayPurgesAsEveryComposition) {
-  PickPreviewDay(on.station, {.year = 2026, .month = 11, .day = 21});
+  OnAir::PickPreviewDay(on.station, {.year = 2026, .month = 11, .day = 21});
   EXPECT_EQ(Kept(), "01");
 }
 
@@ -529,7 +529,7 @@ TEST_F(WatchedComposition, AMomentThatOnlyTheSecondPassSeesIsAppended) {
   OnYield = [&](int yield) {
     if (yield == 2) on.MakeFile("changed.GPB", GridFileText(after));
   };
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   const DayGrid& grid = station.GPubJour;
   ASSERT_EQ(grid.RowCount(), 3);
   EXPECT_EQ(grid.Cell(1, 0), "12:00");
@@ -542,7 +542,7 @@ TEST_F(WatchedComposition, AMomentThatOnlyTheSecondPassSeesIsAppended) {
 TEST_F(WatchedComposition, TheGridOfTheDayStandsWholeUntilTheNewOneIs) {
   const std::string file = on.MakeSound("spot.wav", 10000);
   AddCampaign(on, {.advertiser = "FORMER", .crosses = {"10:00", "12:00"}, .file = file});
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   on.Sql("UPDATE GrillePub SET ANNONCEUR = 'LATER'");
   yields = 0;
   OnYield = [&](int) {
@@ -550,28 +550,28 @@ TEST_F(WatchedComposition, TheGridOfTheDayStandsWholeUntilTheNewOneIs) {
     EXPECT_EQ(station.GPubJour.Cell(2, 0) + station.GPubJour.Cell(2, 3), "12:00FORMER");
     EXPECT_EQ(station.GPubJour.Cell(2, 1) + station.GPubJour.Cell(2, 53), "00:10" + file);
   };
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   EXPECT_EQ(yields, 1 + 1 + 2);  // two walks over one campaign, and the rows
   EXPECT_EQ(station.GPubJour.Cell(2, 3), "LATER");
 }
 
 TEST_F(WatchedComposition, TheGridOfAnotherDayIsGoneFromItsBegin) {
   AddCampaign(on, {.advertiser = "FORMER", .crosses = {"10:00"}});
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   on.loop.SetWallClock(ParseMoment("2026-11-22 00:30:00"));
   OnYield = [&](int) { EXPECT_LE(station.GPubJour.RowCount(), 1); };
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   EXPECT_EQ(station.GPubJour.RowCount(), 2);
 }
 
 TEST_F(WatchedComposition, ACompositionAskedForMeanwhileRunsBehind) {
   for (int i = 0; i < 3; ++i) AddCampaign(on, {.crosses = {"12:00"}});
   OnYield = [&](int yield) {
-    if (yield == 2) MakePubduJour(station);
+    if (yield == 2) ComposeTodaysGrid(station);
     EXPECT_EQ(station.notices.progress.text, "COMPOSITION DES PUBS EN COURS...");
     EXPECT_TRUE(station.notices.hourglass);
   };
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   EXPECT_EQ(station.GPubJour.Cell(1, 5), "ADVERTISER");
   EXPECT_EQ(station.GPubJour.Cell(1, 6), "");  // no element twice
   EXPECT_EQ(yields, 2 * (3 + 3 + 1));          // two compositions: two walks and a row each
@@ -587,7 +587,7 @@ TEST_F(WatchedComposition, TheLabelStaysThroughThePurge) {
     EXPECT_TRUE(station.notices.progress.visible);
     EXPECT_EQ(station.notices.progress.text, "COMPOSITION DES PUBS EN COURS...");
   };
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
   EXPECT_EQ(yields, 1 + 1 + 1 + 1);  // one is kept; two walks over the other, and its row
   EXPECT_FALSE(station.notices.progress.visible);
@@ -598,9 +598,9 @@ TEST_F(WatchedComposition, AStampEmptiedMeanwhileStaysEmpty) {
   OnYield = [&](int yield) {
     if (yield == 2) station.GPubJour.SetCell(0, 53, "");  // campaigns were taken in
   };
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   EXPECT_EQ(station.GPubJour.Cell(0, 53), "");
-  MakeGrillePubGeneral(station);
+  ComposeDayGrid(station);
   EXPECT_EQ(station.GPubJour.Cell(0, 53), "21/11/26");
 }
 

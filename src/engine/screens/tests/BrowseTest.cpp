@@ -113,7 +113,7 @@ TEST_F(Browse, TheLibraryIsReadAheadWhileTheListShows) {
   EXPECT_TRUE(Frame().ReadingAhead());
   ASSERT_TRUE(QTest::qWaitFor([&] { return !Frame().ReadingAhead(); }, 5000));
   on.station.browse.Rech = "ARTIST 4999";
-  BeginRech(on.station);
+  BeginTextSearch(on.station);
   EXPECT_EQ(SearchSlice(on.station), SearchTurn::kDone);  // there is nothing to read any more
 }
 

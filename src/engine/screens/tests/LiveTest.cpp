@@ -243,7 +243,7 @@ TEST_F(Live, AStoredListIsSavedChosenAndDeletedByItsPanel) {
   EXPECT_TRUE(on.station.PL.Empty());
   EXPECT_EQ(hour->text(), "hh:mn");
   EXPECT_EQ(Text("LblDate"), "JJ/MM/ANNE");
-  LoadPlaylist(on.station);
+  OnAir::LoadPlaylist(on.station);
   Draw();
   ASSERT_EQ(combo->count(), 1);
   combo->setFocus();

@@ -104,7 +104,7 @@ TEST_F(OnAirRows, TheVoiceTrackButtonFollowsTheRowAndTheMode) {
   EXPECT_FALSE(Find("BntVoiceTrack")->isVisible());
   Click("Toolbar1_2");
   EXPECT_TRUE(Find("BntVoiceTrack")->isVisible());
-  RightClickRow(on.station, 2);
+  OnAir::PL_RightClick(on.station, 2);
   Draw();
   EXPECT_FALSE(Find("BntVoiceTrack")->isVisible());
 }

@@ -21,7 +21,7 @@ class StoredLists : public Screen {
     Open();
     AddTitles(2);
     on.station.storedList.ComboPLS.text = "EVENING";
-    BtnSauve_Click(on.station);
+    OnAir::BtnSauve_Click(on.station);
     AddTitles(1);
     Click("Toolbar1_2");
     Draw();

@@ -66,7 +66,7 @@ class SerialLine : public testing::Test {
   std::string Ours() const { return folder_.Path() + "/ours"; }
   void Connect() { wire_ = std::make_unique<Wire>(Ours(), folder_.Path() + "/theirs"); }
   void OpenPort(const std::string& setting = "4800,N,8,1") {
-    ASSERT_EQ(PortCom_Click(station_, 1, setting), "Init " + setting + " Ok");
+    ASSERT_EQ(Settings::PortCom_Click(station_, 1, setting), "Init " + setting + " Ok");
   }
   bool Led(size_t contact) const { return station_.engine.Contacts[contact]; }
   void Poll() {
@@ -113,7 +113,7 @@ TEST_F(SerialLine, TheContactsArriveAtEveryLineSetting) {
     EXPECT_TRUE(LedsBecome("1010")) << setting;
     wire_->Order("contacts 5");
     EXPECT_TRUE(LedsBecome("0101")) << setting;
-    EXPECT_EQ(PortCom_Click(station_, 0, ""), "Port COM Close OK !");
+    EXPECT_EQ(Settings::PortCom_Click(station_, 0, ""), "Port COM Close OK !");
   }
 }
 
@@ -198,7 +198,7 @@ TEST_F(SerialLine, ALostLineIsOpenedAgainWhenItIsBack) {
 
 TEST_F(SerialLine, APortThatIsNotThereIsOneErrorWithItsName) {
   virtualStation_.localValues.Set("PortCom3", folder_.Path() + "/none");
-  EXPECT_EQ(PortCom_Click(station_, 3, "4800,N,8,1"), "Erreur n° 1");
+  EXPECT_EQ(Settings::PortCom_Click(station_, 3, "4800,N,8,1"), "Erreur n° 1");
   EXPECT_FALSE(station_.engine.SerialInputOpen);
   EXPECT_NE(virtualStation_.stationFolder.Read("Messages.Txt")->find("/none: "), std::string::npos);
 }
