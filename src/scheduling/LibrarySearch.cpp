@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "platform/EventLoop.h"
@@ -29,6 +30,7 @@ constexpr int kShortestText = 3;
 constexpr std::string_view kEverything = "*";
 constexpr const char* kTextRoutine = "Rech";
 constexpr const char* kGenreRoutine = "RechGenre";
+constexpr const char* kListRoutine = "ListRech";
 constexpr uint32_t kTestRows = 20000;  // a slice
 constexpr int kLockedTurns = 100;      // of kAskAgainMs: as long as any other query waits
 
@@ -63,166 +65,198 @@ bool LongEnough(Station& station) {
   return typed == kEverything;
 }
 
+// How the finds of a scan come into the list.
+enum class Pass {
+  kOnly,    // at once: the index holds all that was stored before the keystroke
+  kStale,   // at once, of an index that may be older; the table is read anew meanwhile
+  kRepeat,  // at the end, in place of the stale ones
+};
+
+// The rows of an index, tested one after the other; the index may still grow.
+struct Scan {
+  Query query;
+  std::shared_ptr<LibraryIndex> index;
+  Pass pass;
+  std::optional<uint64_t> shown{};  // generation of the list that shows the query's finds
+  uint32_t tested = 0;
+  std::vector<uint32_t> found{};
+
+  bool AtTheEnd() const { return tested == index->Count(); }
+};
+
+struct Sorting {
+  explicit Sorting(const BrowseRows& list)
+      : rows(list.rows, list.sortColumn), generation(list.rows.Generation()) {}
+
+  RowSort rows;
+  uint64_t generation;  // of the list that is sorted
+};
+
 }  // namespace
 
-// Of one station. Either `query_` is at work, or `sort_`, or none. Reading: `reading_`, which
-// becomes `known_` at its end.
+// Of one station. What it is at: nothing, a query that is to begin, its scan, or the sorting.
 class LibrarySearch {
  public:
   void Begin(Query query);
-  void BeginSort(Station& station);
+  void BeginSort(const BrowseRows& list);
   void Stop();
   // `again`: whoever calls comes back where another process has the base for a moment.
   SearchTurn Slice(Station& station, bool again);
   bool ReadAhead(Station& station);
 
  private:
+  bool Searching() const;
+  bool AtWork() const { return !std::holds_alternative<std::monostate>(work_); }
+  const char* Routine() const;  // of the work, in the log
+  void WorkSlice(Station& station);
   void Start(Station& station);
-  void QuerySlice(Station& station);
-  void Test(BrowseRows& list);
-  void Read(Station& station);
-  void Over(std::shared_ptr<LibraryIndex> index, bool exact, bool shown);
-  void ShowAll(BrowseRows& list);
-  void Finish(Station& station);
-  void SortSlice(BrowseRows& list);
+  void ScanSlice(Station& station, Scan& scan);
+  void Finish(Station& station, Scan scan);
+  void SortSlice(BrowseRows& list, Sorting& sorting);
+  bool KnowsAll(int64_t counter) const { return known_ && known_->ChangeCounter() == counter; }
+  void ReadOn(Station& station);
 
-  std::shared_ptr<LibraryIndex> known_, reading_;
-  std::optional<Query> query_;
-  std::shared_ptr<LibraryIndex> over_;  // what the query tests
-  bool exact_ = false;                  // over_ holds all that was stored before the keystroke
-  bool shown_ = false;                  // finds go straight into the list; else into found_
-  bool cleared_ = false;                // the list shows this query
-  uint64_t generation_ = 0;             // of the list that is filled or sorted
-  uint32_t tested_ = 0;                 // rows of over_
-  std::vector<uint32_t> found_;
-  std::optional<RowSort> sort_;
+  std::variant<std::monostate, Query, Scan, Sorting> work_;
+  std::shared_ptr<LibraryIndex> known_;    // the last that was read whole
+  std::shared_ptr<LibraryIndex> reading_;  // will be known_
   int lockedTurns_ = 0;
 };
 
 void LibrarySearch::Stop() {
-  query_.reset();
-  over_.reset();
-  sort_.reset();
+  work_.emplace<std::monostate>();
   lockedTurns_ = 0;
-}
-
-void LibrarySearch::Over(std::shared_ptr<LibraryIndex> index, bool exact, bool shown) {
-  over_ = std::move(index);
-  exact_ = exact;
-  shown_ = shown;
-  tested_ = 0;
-  found_.clear();
 }
 
 void LibrarySearch::Begin(Query query) {
   Stop();
-  query_ = std::move(query);
-  cleared_ = false;
+  work_ = std::move(query);
+}
+
+bool LibrarySearch::Searching() const {
+  return std::holds_alternative<Query>(work_) || std::holds_alternative<Scan>(work_);
+}
+
+const char* LibrarySearch::Routine() const {
+  if (const auto* query = std::get_if<Query>(&work_)) return query->routine;
+  if (const auto* scan = std::get_if<Scan>(&work_)) return scan->query.routine;
+  return kListRoutine;
 }
 
 // A small library is read as fast as it is searched; a large one answers from what is known of it.
 void LibrarySearch::Start(Station& station) {
-  if (!query_->genre && !LongEnough(station)) return Stop();
+  Query query = std::get<Query>(work_);
+  if (!query.genre && !LongEnough(station)) return Stop();
   const int64_t counter = station.base.Db().ChangeCounter();
-  if (known_ && known_->ChangeCounter() == counter) return Over(known_, true, true);
+  if (KnowsAll(counter)) {
+    work_ = Scan{std::move(query), known_, Pass::kOnly};
+    return;
+  }
   if (!reading_ || reading_->ChangeCounter() != counter)
     reading_ = std::make_shared<LibraryIndex>(counter);
   const bool atOnce = known_ && known_->Count() > LibraryIndex::kSliceRows;
-  Over(atOnce ? known_ : reading_, !atOnce, true);
+  work_ = atOnce ? Scan{std::move(query), known_, Pass::kStale}
+                 : Scan{std::move(query), reading_, Pass::kOnly};
 }
 
-void LibrarySearch::Test(BrowseRows& list) {
-  const uint32_t end = std::min(over_->Count(), tested_ + kTestRows);
-  if (shown_ && !cleared_ && end > tested_) {
-    if (!query_->genre) list.sorted = false;
-    list.rows.Show(over_->Rows());
-    generation_ = list.rows.Generation();
-    cleared_ = true;
-  }
-  for (; tested_ < end; ++tested_) {
-    if (!query_->Wants(*over_, tested_)) continue;
-    found_.push_back(tested_);
-    if (shown_) list.rows.Append(tested_);
-  }
-}
-
-void LibrarySearch::Read(Station& station) {
+void LibrarySearch::ReadOn(Station& station) {
   reading_->ReadSlice(station.base.Db());
   if (reading_->Complete()) known_ = std::exchange(reading_, nullptr);
 }
 
-void LibrarySearch::QuerySlice(Station& station) {
-  BrowseRows& list = station.browse.ListRech;
-  if (!over_) Start(station);
-  if (!query_) return;
-  if (cleared_ && generation_ != list.rows.Generation()) return Stop();  // something else is shown
-  if (tested_ == over_->Count() && reading_) {
-    const std::shared_ptr<LibraryIndex> read = reading_;
-    Read(station);
-    if (!exact_ && read->Complete()) Over(known_, true, false);
+namespace {
+
+void TestRows(Scan& scan, BrowseRows& list) {
+  const bool atOnce = scan.pass != Pass::kRepeat;
+  const uint32_t end = std::min(scan.index->Count(), scan.tested + kTestRows);
+  if (atOnce && !scan.shown && end > scan.tested) {
+    if (!scan.query.genre) list.sorted = false;
+    list.rows.Show(scan.index->Rows());
+    scan.shown = list.rows.Generation();
   }
-  Test(list);
-  if (exact_ && over_->Complete() && tested_ == over_->Count()) Finish(station);
+  for (; scan.tested < end; ++scan.tested) {
+    if (!scan.query.Wants(*scan.index, scan.tested)) continue;
+    scan.found.push_back(scan.tested);
+    if (atOnce) list.rows.Append(scan.tested);
+  }
 }
 
 // The rows found at last in place of those found at once. Where they are the same records, whoever
 // has chosen one of them keeps his choice.
-void LibrarySearch::ShowAll(BrowseRows& list) {
-  bool same = found_.size() == list.rows.size();
-  for (size_t row = 0; same && row < found_.size(); ++row)
-    same = over_->Rows()->Code(found_[row]) == list.rows.Code(row);
-  if (same) return list.rows.Renew(over_->Rows(), std::move(found_));
-  list.rows.Show(over_->Rows());
-  for (const uint32_t row : found_) list.rows.Append(row);
+void ShowInstead(BrowseRows& list, Scan& scan) {
+  const std::shared_ptr<PackedRows>& rows = scan.index->Rows();
+  bool same = scan.found.size() == list.rows.size();
+  for (size_t row = 0; same && row < scan.found.size(); ++row)
+    same = rows->Code(scan.found[row]) == list.rows.Code(row);
+  if (same) return list.rows.Renew(rows, std::move(scan.found));
+  list.rows.Show(rows);
+  for (const uint32_t row : scan.found) list.rows.Append(row);
 }
 
-void LibrarySearch::Finish(Station& station) {
+}  // namespace
+
+void LibrarySearch::ScanSlice(Station& station, Scan& scan) {
   BrowseRows& list = station.browse.ListRech;
-  if (!shown_) ShowAll(list);
-  if (!query_->genre) station.engine.LastActivityTimer = station.Timer();
+  if (scan.shown && *scan.shown != list.rows.Generation())
+    return Stop();  // something else is shown
+  if (scan.AtTheEnd() && reading_) {
+    ReadOn(station);
+    if (scan.pass == Pass::kStale && !reading_)
+      scan = Scan{std::move(scan.query), known_, Pass::kRepeat, scan.shown};
+  }
+  TestRows(scan, list);
+  if (scan.pass != Pass::kStale && scan.index->Complete() && scan.AtTheEnd())
+    Finish(station, std::move(scan));
+}
+
+void LibrarySearch::Finish(Station& station, Scan scan) {
+  BrowseRows& list = station.browse.ListRech;
   Stop();
-  if (list.sorted) BeginSort(station);
+  if (scan.pass == Pass::kRepeat) ShowInstead(list, scan);
+  if (!scan.query.genre) station.engine.LastActivityTimer = station.Timer();
+  if (list.sorted) BeginSort(list);
 }
 
-void LibrarySearch::BeginSort(Station& station) {
-  if (query_) return;  // sorted at its end
-  const BrowseRows& list = station.browse.ListRech;
-  generation_ = list.rows.Generation();
-  sort_.emplace(list.rows, list.sortColumn);
+void LibrarySearch::BeginSort(const BrowseRows& list) {
+  if (!Searching()) work_.emplace<Sorting>(list);  // else sorted at the search's end
 }
 
-void LibrarySearch::SortSlice(BrowseRows& list) {
-  if (generation_ != list.rows.Generation()) return Stop();
-  if (!sort_->Slice()) return;
-  list.rows.Reorder(sort_->Places());
-  sort_.reset();
+void LibrarySearch::SortSlice(BrowseRows& list, Sorting& sorting) {
+  if (sorting.generation != list.rows.Generation()) return Stop();
+  if (!sorting.rows.Slice()) return;
+  list.rows.Reorder(sorting.rows.Places());
+  work_.emplace<std::monostate>();
+}
+
+void LibrarySearch::WorkSlice(Station& station) {
+  if (std::holds_alternative<Query>(work_)) Start(station);
+  if (auto* scan = std::get_if<Scan>(&work_))
+    ScanSlice(station, *scan);
+  else if (auto* sorting = std::get_if<Sorting>(&work_))
+    SortSlice(station.browse.ListRech, *sorting);
 }
 
 SearchTurn LibrarySearch::Slice(Station& station, bool again) {
   try {
-    if (query_)
-      QuerySlice(station);
-    else if (sort_)
-      SortSlice(station.browse.ListRech);
+    WorkSlice(station);
     lockedTurns_ = 0;
   } catch (const std::exception& fault) {
     const auto* store = dynamic_cast<const StoreError*>(&fault);
     if (again && store && store->Number() == kErrLocked && ++lockedTurns_ < kLockedTurns)
       return SearchTurn::kLater;
-    LogCurrentException(station, query_ ? query_->routine : "ListRech");
+    LogCurrentException(station, Routine());
     Stop();
     reading_.reset();
   }
-  return query_ || sort_ ? SearchTurn::kMore : SearchTurn::kDone;
+  return AtWork() ? SearchTurn::kMore : SearchTurn::kDone;
 }
 
 bool LibrarySearch::ReadAhead(Station& station) {
-  if (query_ || sort_) return false;
+  if (AtWork()) return false;
   try {
     const int64_t counter = station.base.Db().ChangeCounter();
-    if (known_ && known_->ChangeCounter() == counter) return false;
+    if (KnowsAll(counter)) return false;
     if (!reading_) reading_ = std::make_shared<LibraryIndex>(counter);
-    Read(station);
+    ReadOn(station);
     return true;
   } catch (const std::exception&) {
     reading_.reset();  // nobody asked for it: a search will tell
@@ -261,7 +295,7 @@ void BeginColumnClick(Station& station, int column) {
   BrowseRows& list = station.browse.ListRech;
   list.sorted = true;
   list.sortColumn = column;
-  SearchOf(station).BeginSort(station);
+  SearchOf(station).BeginSort(list);
 }
 
 SearchTurn SearchSlice(Station& station) {

@@ -5,15 +5,15 @@
 
 #include <array>
 #include <cstdint>
-#include <deque>
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 
 #include "platform/EventLoop.h"
 #include "station/AirWrite.h"
+#include "station/AutomatonState.h"
+#include "station/EmergencyState.h"
 #include "station/Flag.h"
 
 namespace zemo {
@@ -89,13 +89,7 @@ struct EngineState {
   // set by the settings screen, so that another machine's change of the base waits for the restart.
   Flag<int> TempsMaxiImPulsion{"TempsMaxiImPulsion", 0, observer};
   std::optional<int64_t> lastPulseMs;  // monotonic, so that midnight is no matter; PollInputs
-  struct {
-    bool asked = false;            // an "E" was sent and its answer is not whole
-    int polls = 0;                 // since then
-    std::string reply;             // what has come of the answer
-    bool pollHeld = false;         // a relay command is being sent
-    std::array<bool, 4> relays{};  // outputs, as last set
-  } automaton;                     // see engine/AutomatonLine.h
+  AutomatonState automaton;
   Flag<bool> OptionDirect{"OptionDirect", false, observer};  // live mode: stop when PL runs out
   Flag<bool> CheckNoJingle{"CheckNoJingle", false, observer};
   Flag<bool> HotKeysArmed{"HotKeysArmed", false, observer};
@@ -129,30 +123,18 @@ struct EngineState {
   int64_t basePauseMs = 2000;  // up to the look behind it
   bool baseWasOpen = false;    // in this run; else what a start does with it is still to be done
 
-  // --- the emergency folder (writer: engine/EmergencyAir) ---
+  // --- the emergency folder ---
   Flag<bool> EmergencyOnAir{"EmergencyOnAir", false, observer};
-  struct {
-    int64_t silentSinceMs = -1;     // monotonic; -1 while something sounds or nothing has to
-    bool hadRows = false;           // the list had rows at the last silent tick ...
-    bool rowsFailed = false;        // ... and they started nothing
-    std::deque<std::string> round;  // names of the files still to play, the next one first
-    int roundSize = 0;              // of all of the round
-    int failed = 0;                 // files that did not play since the last one that did
-    std::string last;               // the name that played last
-    std::set<std::string> told;     // names whose fault is logged
-    int64_t lookAgainMs = 0;        // monotonic: the folder is not looked at before
-    int64_t listLookMs = 0;         // the same of what the list holds
-    int64_t requestAgainMs = 0;     // the same of a request
-  } emergency;
+  EmergencyState emergency;
 
   // --- the tick ---
   std::unique_ptr<LoopTimer> MainTimer;  // 100 ms; made by Form_Load
   int mainTimerHolds = 0;                // see MainTimerHold
   bool tickRunning = false;              // the tick refuses re-entry
   bool errorLogRunning = false;          // LogError is at work and refuses re-entry
+  std::string lastTickTime;              // "hh:mm:ss"; empty before the first
   // Faults that were logged lately, and when (monotonic ms): one that comes tick after tick does
   // not flood the log.
-  std::string lastTickTime;  // "hh:mm:ss"; empty before the first
   std::map<std::string, int64_t> loggedFaults;
 
   // --- a base dropped as "New.mdb" ---

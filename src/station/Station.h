@@ -47,8 +47,8 @@ struct EngineLists {
   std::vector<Shortcut> Touches;
   int32_t LectureBase = 0;        // groups of 30 titles that a request reads; 0 reads all
   std::array<bool, 24> Instru{};  // instrumental hours
-  bool Locked =
-      false;  // the lock's state and password (side file of the machine, else of the station)
+  // The lock's state and password: side file of the machine, else of the station.
+  bool Locked = false;
   std::string Password;
   int32_t AudioOutID = -1;  // output devices of the air and of prelisten; -1 none chosen
   int32_t AudioOutPFLID = -1;

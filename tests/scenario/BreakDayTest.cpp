@@ -74,14 +74,7 @@ class BreakDay : public testing::TestWithParam<Fit> {
     on.AddCard(
         {.file = Sound("tied", 60000), .lengthMs = 60000, .artist = "TIED", .genre = "TIED"});
     on.Sql("UPDATE Discotheque SET NBPASSJOUR = 100, ECARTMINUTES = 0");
-    std::string hours, shares;
-    for (int hour = 0; hour < 24; ++hour) {
-      hours += ", TRANCHE" + TwoDigits(hour);
-      shares += ", 100";
-    }
-    for (int day = 1; day <= 7; ++day)
-      on.Sql("INSERT INTO Models (JOUR, GENRE" + hours + ") VALUES (" + std::to_string(day) +
-             ", 'POP'" + shares + ")");
+    on.ModelOfOneGenre("POP");
   }
   // A campaign an element: the n-th stands in every break with n elements or more. The first one is
   // a spot or news, which makes the break.

@@ -88,14 +88,7 @@ class ClockDay : public testing::TestWithParam<Jump> {
       on.AddCard({.file = Sound("title" + std::to_string(i), 180000),
                   .artist = "ARTIST" + std::to_string(i)});
     on.Sql("UPDATE Discotheque SET NBPASSJOUR = 100, ECARTMINUTES = 120");
-    std::string hours, shares;
-    for (int hour = 0; hour < 24; ++hour) {
-      hours += ", TRANCHE" + TwoDigits(hour);
-      shares += ", 100";
-    }
-    for (int day = 1; day <= 7; ++day)
-      on.Sql("INSERT INTO Models (JOUR, GENRE" + hours + ") VALUES (" + std::to_string(day) +
-             ", 'POP'" + shares + ")");
+    on.ModelOfOneGenre("POP");
   }
   void AddJingles() {
     std::string days, hours;

@@ -131,13 +131,7 @@ TEST_F(ElementKinds, AutomaticExtractPlaysFrom30To90Seconds) {
 
 TEST_F(ElementKinds, VoiceTrackSpeaksOverTheElementBefore) {
   on.AppendCard(on.AddCard({.lengthMs = 100000}));
-  OnAirElement track;
-  track.title = "Voice Track";
-  track.file = on.MakeSound("link.wav", 5000);
-  track.code = -30;
-  track.liesOver = true;
-  track.startMs = 70000;
-  on.Append(track);
+  on.AppendVoiceTrack(on.MakeSound("link.wav", 5000), 70000);
   on.AppendCard(on.AddCard({.lengthMs = 60000}));
   on.Start();
   on.RunUntil(90000);
@@ -158,15 +152,8 @@ TEST_F(ElementKinds, VoiceTrackSpeaksOverTheElementBefore) {
 
 TEST_F(ElementKinds, SecondVoiceTrackWaitsForTheNextElement) {
   on.AppendCard(on.AddCard({.lengthMs = 100000}));
-  for (const char* name : {"one.wav", "two.wav"}) {
-    OnAirElement track;
-    track.title = "Voice Track";
-    track.file = on.MakeSound(name, 10000);
-    track.code = -30;
-    track.liesOver = true;
-    track.startMs = 60000;  // it ends at 70 percent, when no track is armed any more
-    on.Append(track);
-  }
+  for (const char* name : {"one.wav", "two.wav"})  // the first ends at 70 percent, too late to arm
+    on.AppendVoiceTrack(on.MakeSound(name, 10000), 60000);
   on.Start();
   on.RunUntil(98000);
   EXPECT_EQ(on.Events("overlay").size(), 1U) << on.Describe();

@@ -173,13 +173,7 @@ TEST_F(Fault, ExtractBehindTheEndOfTheFilePlaysWhole) {
 
 TEST_F(Fault, VoiceTrackFreedBeforeItsMomentLeavesTheMusicLoud) {
   AppendTitles(1, 100000);
-  OnAirElement track;
-  track.title = "Voice Track";
-  track.file = on.MakeSound("link.wav", 5000);
-  track.code = -30;
-  track.liesOver = true;
-  track.startMs = 70000;
-  on.Append(track);
+  on.AppendVoiceTrack(on.MakeSound("link.wav", 5000), 70000);
   on.Start();
   on.At(60000, [&] { StartStopZemoRadio(on.station, true); });  // frees slot 2
   on.RunUntil(80000);
@@ -192,13 +186,7 @@ TEST_F(Fault, OverlayTellsItsStoredPath) {
   AppendTitles(1, 100000);
   std::string stored = on.MakeSound("link.wav", 5000);
   std::replace(stored.begin(), stored.end(), '/', '\\');
-  OnAirElement track;
-  track.title = "Voice Track";
-  track.file = stored;
-  track.code = -30;
-  track.liesOver = true;
-  track.startMs = 70000;
-  on.Append(track);
+  on.AppendVoiceTrack(stored, 70000);
   on.Start();
   on.RunUntil(80000);
   ASSERT_EQ(on.Events("overlay").size(), 1U) << on.Describe();

@@ -31,14 +31,7 @@ class TriggerStation : public TestStation {
 
   // At every hour of every day any title will do.
   void MakeModels() {
-    std::string hours, shares;
-    for (int hour = 0; hour < 24; ++hour) {
-      hours += std::string(hour < 10 ? ", TRANCHE0" : ", TRANCHE") + std::to_string(hour);
-      shares += ", 100";
-    }
-    for (int day = 1; day <= 7; ++day)
-      Sql("INSERT INTO Models (JOUR, GENRE" + hours + ") VALUES (" + std::to_string(day) +
-          ", 'POP'" + shares + ")");
+    ModelOfOneGenre("POP");
     Sql("UPDATE Cnf SET EcartArtiste = 0");
   }
   // Titles for requests, each of its own artist.

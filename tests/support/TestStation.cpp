@@ -233,12 +233,33 @@ void TestStation::Set(const std::string& cnfField, const std::string& value) {
   Sql("UPDATE Cnf SET " + cnfField + " = " + value);
 }
 
+void TestStation::ModelOfOneGenre(const std::string& genre) {
+  std::string hours, shares;
+  for (int hour = 0; hour < 24; ++hour) {
+    hours += ", TRANCHE" + TwoDigits(hour);
+    shares += ", 100";
+  }
+  for (int day = 1; day <= 7; ++day)
+    Sql("INSERT INTO Models (JOUR, GENRE" + hours + ") VALUES (" + std::to_string(day) + ", '" +
+        genre + "'" + shares + ")");
+}
+
 void TestStation::AppendCard(int32_t code) {
   ASSERT_TRUE(OnAir::DropFromLibrary(station, BrowseList::kMusic, code, 0));
 }
 
 void TestStation::Append(const OnAirElement& element) {
   station.PL.Add(element);
+}
+
+void TestStation::AppendVoiceTrack(const std::string& file, int64_t startMs) {
+  OnAirElement track;
+  track.title = "Voice Track";
+  track.file = file;
+  track.code = Element::kVoiceTrack;
+  track.liesOver = true;
+  track.startMs = startMs;
+  Append(track);
 }
 
 std::vector<Seen> TestStation::Events(const std::string& name) const {

@@ -171,8 +171,11 @@ class TestStation : private EventSink {
   void Sql(const std::string& statement);         // on a connection of its own, in the engine's SQL
   std::string SqlText(const std::string& query);  // first column of the first row, "" for none
   void Set(const std::string& cnfField, const std::string& value);
-  void AppendCard(int32_t code);  // puts the card at the end of PL
+  void ModelOfOneGenre(const std::string& genre);  // at every hour of every day
+  void AppendCard(int32_t code);                   // puts the card at the end of PL
   void Append(const OnAirElement& element);
+  // A voice track of that file that speaks from startMs of the element before on.
+  void AppendVoiceTrack(const std::string& file, int64_t startMs);
 
   // --- running; every order is given `atMs` after the begin ---
   void At(int64_t atMs, std::function<void()> order) { loop.At(atMs, std::move(order)); }
