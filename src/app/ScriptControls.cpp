@@ -8,7 +8,8 @@
 namespace zemo {
 
 namespace {
-// By screen. A new check box or check menu gets its line here, and its effect in OnAir::SetCheck.
+// By screen. Those of the main screen have their effect in OnAir::SetCheck; the others wait for
+// their screens, and ticking one fails until then.
 constexpr std::string_view kCheckControls[] = {
     // main screen
     "OptionDirect",

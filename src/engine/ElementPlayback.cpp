@@ -4,9 +4,9 @@
 // Invariants:
 // 1. MainTimer is held from the loading of the slot to the end, whatever way the routine ends.
 // 2. What is audible comes first; every read of a card and every write comes after the overlap.
-// 3. StartNextNow and NextRequested are cleared here and nowhere else, and only once an element
-// sounds:
-//    a row that starts nothing leaves them set, so that the next tick takes the row behind it.
+// 3. StartNextNow is cleared here alone, NextRequested also by the stopped tick, and only once an
+//    element sounds: a row that starts nothing leaves them set, so that the next tick takes the row
+//    behind it.
 #include "engine/ElementPlayback.h"
 
 #include <algorithm>
@@ -46,25 +46,18 @@ struct Outgoing {
 
 // What is to sound.
 struct Incoming {
-  const std::string& file;  // stored path
-  int32_t code;
-  std::string path;  // of this system
+  OnAirElement row;    // a copy: during the overlap the list is the operator's
+  std::string path{};  // of this system
   int slot = 1;
   int volume = 0;
   int32_t lengthMs = 0;
 };
 
-const OnAirElement& FirstRow(const Station& station) {
-  static const OnAirElement none;  // an order during the overlap can have emptied the list
-  return station.PL.Empty() ? none : station.PL.Row(1);
-}
-
 // --- rows that start nothing ---
 
-void ServePlaylistMarker(Station& station, int32_t code) {
+void ServePlaylistMarker(Station& station, const OnAirElement& row) {
   EngineState& engine = station.engine;
-  const OnAirElement& row = FirstRow(station);
-  station.events.Marker(code, TitleOf(row));
+  station.events.Marker(row.code, TitleOf(row));
   if (!engine.ReportsDisabled) {
     ReportRow report = NewReportRow(station);
     report.GENRE = "PLAYLIST";
@@ -72,7 +65,7 @@ void ServePlaylistMarker(Station& station, int32_t code) {
     report.TITRE = row.secondLine;
     WriteOrKeep(station, {.row = report, .where = kRoutine});
   }
-  if (code == Element::kStartPlaylist) {
+  if (row.code == Element::kStartPlaylist) {
     engine.PlaylistRunning = true;
     engine.RunningPlaylistName = row.secondLine;
   } else {
@@ -123,13 +116,13 @@ int VolumeUnderVoiceTrack(Station& station, int kindVolume) {
 void SetExtract(Station& station, const Incoming& element) {
   EngineState& engine = station.engine;
   if (!engine.CheckExtrait) return;
-  if (element.code < 1) {
+  if (element.row.code < 1) {
     engine.CheckExtrait = false;
     engine.ExtractEndMs = 0;
     return;
   }
   engine.ExtractEndMs = 0;
-  const auto marks = ReadExtractMarks(station, element.file);
+  const auto marks = ReadExtractMarks(station, element.row.file);
   int32_t startMs = marks ? marks->startMs : 0;
   int32_t endMs = marks ? marks->endMs : 0;
   if (endMs == 0 && station.base.CnfInt(Cnf::kExtraitAuto) == 1) {
@@ -152,11 +145,11 @@ Outgoing WhatSounds(const Station& station) {
 
 void LoadIncoming(Station& station, Incoming& element) {
   SoundChain& sound = station.Sound();
-  element.path = station.platform.soundFiles.Resolve(element.file);
+  element.path = station.platform.soundFiles.Resolve(element.row.file);
   try {
     sound.SetFileName(element.slot, element.path);
   } catch (const SoundError&) {
-    station.events.Skip(element.code, element.file, "unreadable");
+    station.events.Skip(element.row.code, element.row.file, "unreadable");
     throw;
   }
   element.lengthMs = sound.Length(element.slot);
@@ -181,12 +174,11 @@ void FadeOutgoing(Station& station, Outgoing& old, int32_t newLengthMs) {
 
 void TellStart(Station& station, const Incoming& element) {
   SoundChain& sound = station.Sound();
-  const OnAirElement& row = FirstRow(station);
   StartedElement started;
-  started.code = element.code;
-  started.file = element.file;
-  started.title = TitleOf(row);
-  started.kind = row.genre;
+  started.code = element.row.code;
+  started.file = element.row.file;
+  started.title = TitleOf(element.row);
+  started.kind = element.row.genre;
   started.slot = element.slot;
   started.length_ms = sound.Length(element.slot);
   started.position_ms = sound.Position(element.slot);
@@ -287,32 +279,32 @@ TitleCard ReadTitleCard(Station& station, int32_t code) {
 }
 
 // The row's own exit point, else the setting.
-float RowExitMs(Station& station, Cnf::Field fallback) {
-  const int64_t exitMs = FirstRow(station).exitMs.value_or(0);
+float RowExitMs(Station& station, const OnAirElement& row, Cnf::Field fallback) {
+  const int64_t exitMs = row.exitMs.value_or(0);
   return static_cast<float>(exitMs > 0 ? exitMs : station.base.CnfInt(fallback));
 }
 
-float TitleExitMs(Station& station, const TitleCard& card) {
-  if (card.read == TitleCard::Read::kNotRead) return RowExitMs(station, Cnf::kPmixDef);
+float TitleExitMs(Station& station, const OnAirElement& row, const TitleCard& card) {
+  if (card.read == TitleCard::Read::kNotRead) return RowExitMs(station, row, Cnf::kPmixDef);
   if (card.read == TitleCard::Read::kWhole && station.engine.FittingActive)
-    return static_cast<float>(FirstRow(station).exitMs.value_or(0));
+    return static_cast<float>(row.exitMs.value_or(0));
   return static_cast<float>(card.exitMs > 0 ? card.exitMs : station.base.CnfInt(Cnf::kPmixDef));
 }
 
 // Where the element gives way, ms before its end; none for a code that is no element's.
-std::optional<float> ExitMs(Station& station, int32_t code, const TitleCard& card) {
-  if (code > 0) return TitleExitMs(station, card);
-  switch (code) {
+std::optional<float> ExitMs(Station& station, const OnAirElement& row, const TitleCard& card) {
+  if (row.code > 0) return TitleExitMs(station, row, card);
+  switch (row.code) {
     case Element::kJingle:
     case Element::kOther:
-      return RowExitMs(station, Cnf::kPmixJingles);
+      return RowExitMs(station, row, Cnf::kPmixJingles);
     case Element::kSpot:
     case Element::kNews:
       return static_cast<float>(station.base.CnfInt(Cnf::kPmixPubs));
     case Element::kHourPip:
       return static_cast<float>(station.base.CnfInt(Cnf::kPmixToph));
     case Element::kVoiceTrack:
-      return static_cast<float>(FirstRow(station).exitMs.value_or(0));
+      return static_cast<float>(row.exitMs.value_or(0));
     default:
       return std::nullopt;
   }
@@ -324,13 +316,15 @@ void WriteMusic(Station& station, AirWrite::Kind kind, int32_t code, const Repor
   WriteOrKeep(station, {.kind = kind, .code = code, .row = begun, .where = kRoutine});
 }
 
-void MarkPlayed(Station& station, int32_t code, const TitleCard& card, const ReportRow& begun) {
+void MarkPlayed(Station& station, const OnAirElement& row, const TitleCard& card,
+                const ReportRow& begun) {
   EngineState& engine = station.engine;
   if (card.Known()) {
-    station.requests.airings[code] = {station.platform.clock.MonotonicMs(), BroadcastText(begun)};
-    WriteMusic(station, AirWrite::Kind::kTitlePlayed, code, begun);
-  } else if (code == Element::kSpot || code == Element::kNews) {
-    TellBreakElement(station);
+    station.requests.airings[row.code] = {station.platform.clock.MonotonicMs(),
+                                          BroadcastText(begun)};
+    WriteMusic(station, AirWrite::Kind::kTitlePlayed, row.code, begun);
+  } else if (row.code == Element::kSpot || row.code == Element::kNews) {
+    TellBreakElement(station, row);
     engine.LastJingleTimer = station.Timer();
     engine.LastIntroJingleTimer = station.Timer();
   }
@@ -356,20 +350,19 @@ const char* KindWord(int32_t code) {
 
 // A title's texts are its card's; where that was not read, the report takes them when it is
 // written.
-void WriteReport(Station& station, const Incoming& element, const TitleCard& card,
+void WriteReport(Station& station, const OnAirElement& row, const TitleCard& card,
                  ReportRow begun) {
   if (station.engine.ReportsDisabled) return;
   if (card.Known()) {
     const bool whole = card.read == TitleCard::Read::kWhole;
-    return WriteMusic(station, AirWrite::Kind::kMusicReport, whole ? 0 : element.code, begun);
+    return WriteMusic(station, AirWrite::Kind::kMusicReport, whole ? 0 : row.code, begun);
   }
-  const char* word = KindWord(element.code);
+  const char* word = KindWord(row.code);
   if (!word) return;
   begun.GENRE = word;
-  if (element.code == Element::kJingle)
-    begun.AUTEURCOMPOSITEUR = ComposerOfJingle(station, element.file);
-  begun.AUTEUR = FirstRow(station).title;
-  begun.TITRE = FirstRow(station).secondLine;
+  if (row.code == Element::kJingle) begun.AUTEURCOMPOSITEUR = ComposerOfJingle(station, row.file);
+  begun.AUTEUR = row.title;
+  begun.TITRE = row.secondLine;
   WriteOrKeep(station, {.row = begun, .where = kRoutine});
 }
 
@@ -407,24 +400,24 @@ void TellOutside(Station& station, int32_t code, const TitleCard& card) {
 }
 
 // The exit point first: whatever fails behind it must not leave the old element's.
-void FollowUp(Station& station, const Incoming& element) {
+void FollowUp(Station& station, const OnAirElement& row) {
   EngineState& engine = station.engine;
-  const TitleCard card = ReadTitleCard(station, element.code);
-  if (const auto exitMs = ExitMs(station, element.code, card)) engine.MixPointMs = *exitMs;
+  const TitleCard card = ReadTitleCard(station, row.code);
+  if (const auto exitMs = ExitMs(station, row, card)) engine.MixPointMs = *exitMs;
   ReportRow begun = card.texts;
   SetMoment(begun, station);
-  MarkPlayed(station, element.code, card, begun);
+  MarkPlayed(station, row, card, begun);
   TellComment(station, card.comment);
-  if (element.code > 0) BeginIntro(station, element.code, card.introSec);
-  WriteReport(station, element, card, begun);
-  TellOutside(station, element.code, card);
-  station.events.OnAir(element.code, engine.MixPointMs, engine.IntroLengthSec);
+  if (row.code > 0) BeginIntro(station, row.code, card.introSec);
+  WriteReport(station, row, card, begun);
+  TellOutside(station, row.code, card);
+  station.events.OnAir(row.code, engine.MixPointMs, engine.IntroLengthSec);
 }
 
 void PlayElement(Station& station, Incoming element) {
   SoundChain& sound = station.Sound();
   station.notices.ticker.clear();
-  element.volume = VolumeOfKind(station, element.code);
+  element.volume = VolumeOfKind(station, element.row.code);
   Outgoing old = WhatSounds(station);
   element.slot = 1 - old.slot;
   station.engine.CurrentChannel = old.slot;
@@ -440,29 +433,35 @@ void PlayElement(Station& station, Incoming element) {
   if (sound.State() != OutputState::kStarted) sound.Start();
   station.WatchSilence();
   station.base.Waiting().LetSavedWait();
-  FollowUp(station, element);
+  FollowUp(station, element.row);
 }
 
 }  // namespace
 
-void PlayWave(Station& station, const std::string& file, int32_t code) {
-  station.engine.CodeEnCours = code;
-  if (code == Element::kBeginExtract) {
+void PlayWave(Station& station, const OnAirElement& element) {
+  station.engine.CodeEnCours = element.code;
+  if (element.code == Element::kBeginExtract) {
     station.engine.CheckExtrait = true;
-    station.events.Marker(code, TitleOf(FirstRow(station)));
+    station.events.Marker(element.code, TitleOf(element));
     return;
   }
   try {
-    if (code == Element::kStartPlaylist || code == Element::kEndPlaylist)
-      ServePlaylistMarker(station, code);
-    if (!HasFile(station, file, code)) return;
+    if (element.code == Element::kStartPlaylist || element.code == Element::kEndPlaylist)
+      ServePlaylistMarker(station, element);
+    if (!HasFile(station, element.file, element.code)) return;
     const MainTimerHold hold(station);
-    // Copies: the row that `file` may stand in can go during the overlap.
-    const std::string ownFile = file;
-    PlayElement(station, {ownFile, code, {}});
+    PlayElement(station, {.row = element});
   } catch (const std::exception&) {
-    LogCurrentException(station, kRoutine, "code " + std::to_string(code));
+    LogCurrentException(station, kRoutine, "code " + std::to_string(element.code));
   }
+}
+
+OnAirElement PlayFirstRow(Station& station) {
+  const int64_t key = station.PL.Row(1).key;
+  OnAirElement element = station.PL.Row(1).AsElement();
+  PlayWave(station, element);
+  if (const int row = station.PL.RowOfKey(key); row > 0) station.PL.Remove(row);
+  return element;
 }
 
 void ComputeBufferOffset(Station& station) {

@@ -3,15 +3,20 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+
+#include "station/OnAirElement.h"
 
 namespace zemo {
 
 struct Station;
 
-// `file` is the stored path of row 1 of PL, `code` its element code. Never throws but the end of a
-// simulation; holds MainTimer and yields during the overlap.
-void PlayWave(Station& station, const std::string& file, int32_t code);
+// Never throws but the end of a simulation; holds MainTimer and yields during the overlap, in which
+// a row of the list can go: `element` is none of them.
+void PlayWave(Station& station, const OnAirElement& element);
+
+// Row 1 of PL, which has one: plays it and takes it out of the list. What the operator puts before
+// it during the overlap stays. Gives what was played.
+OnAirElement PlayFirstRow(Station& station);
 
 // BufferOffsetSec from the output's buffers; after any change of them and at each start.
 void ComputeBufferOffset(Station& station);

@@ -130,12 +130,11 @@ bool Holds(const Station& station, const std::string& path) {
 bool PlayRow(Station& station, OnAirElement element, int32_t lengthMs) {
   const std::string file = element.file;
   const std::string title = TitleOf(element);
-  const int64_t key = station.PL.Insert(1, std::move(element)).key;
+  station.PL.Insert(1, std::move(element));
   {
     const FreshOutput fresh(station.Sound(), NothingOnAir(station), lengthMs);
-    PlayWave(station, file, Element::kOther);
+    PlayFirstRow(station);
   }
-  if (const int row = station.PL.RowOfKey(key); row > 0) station.PL.Remove(row);
   if (!Holds(station, station.platform.soundFiles.Resolve(file))) return false;
   EngineState& engine = station.engine;
   station.notices.titleOnAir = title;

@@ -1,7 +1,8 @@
 // The tick is the sequence in RunTick, read from top to bottom; the order is part of the behaviour.
 // Invariants:
 // 1. It never nests: a tick that comes due while one waits (drain, overlap) is dropped.
-// 2. Slot 0 is on air exactly when its channel is not done; which slot is on air is never stored.
+// 2. Slot 0 is on air exactly when its channel is not done: CurrentChannel is derived anew by each
+//    tick, and PlayWave's during an overlap.
 // 3. StartNextNow is only ever set here and at the start; PlayWave alone clears it.
 // 4. Whatever the tick asks of the base, and whatever orders ask of it up to the next tick, waits
 //    kTickWaitMs in all for another process's lock.
@@ -160,14 +161,9 @@ void StartNext(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
   if (!engine.IsRunning || !engine.StartNextNow || station.PL.Empty()) return;
   PutJinglesBefore(station, at);
-  const std::string file = station.PL.Row(1).file;
-  PlayWave(station, file, station.PL.Row(1).code);
-  if (!station.PL.Empty()) {
-    const OnAirElement& row = station.PL.Row(1);
-    station.notices.titleOnAir = TitleOf(row);
-    if (row.AnnouncesExtracts()) engine.CheckExtrait = true;
-    station.PL.Remove(1);
-  }
+  const OnAirElement played = PlayFirstRow(station);
+  station.notices.titleOnAir = TitleOf(played);
+  if (played.AnnouncesExtracts()) engine.CheckExtrait = true;
   engine.ElementPositionMs = 0;
   engine.RemainingMs = static_cast<int32_t>(engine.BufferOffsetSec * 1000) + engine.ElementLengthMs;
   RefreshPlanTimes(station);

@@ -14,7 +14,6 @@
 #include "station/TimeForms.h"
 #include "store/SeekCode.h"
 #include "store/StoreError.h"
-#include "store/WholeTransaction.h"
 
 namespace zemo {
 
@@ -142,7 +141,7 @@ void SaveRows(Station& station, int32_t listCode) {
 
 // Head and rows together or neither: what cannot be stored leaves the former list whole.
 void SaveList(Station& station) {
-  WholeTransaction transaction(station.base.Db());
+  Transaction transaction(station.base.Db());
   const int32_t code = SaveHead(station);
   if (code != 0) SaveRows(station, code);
   transaction.Commit();
@@ -166,7 +165,7 @@ std::vector<std::string> DeleteVoiceTracks(Station& station, int32_t listCode) {
 // The files go behind the commit, so that a list that stays keeps its sound.
 void DeleteList(Station& station, int32_t code) {
   Database& db = station.base.Db();
-  WholeTransaction transaction(db);
+  Transaction transaction(db);
   const std::vector<std::string> voiceTracks = DeleteVoiceTracks(station, code);
   db.Execute("DELETE * FROM Playlist WHERE Code = ?", {code});
   db.Execute("DELETE * FROM Pls WHERE NUMPLS = ?", {code});

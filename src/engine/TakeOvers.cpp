@@ -95,9 +95,7 @@ void StartPulse(Station& station) {
   FindLinkJingle(station);
   if (station.PL.Empty()) return;
   WriteZemoOnOff(station, '1');
-  const std::string file = station.PL.Row(1).file;
-  PlayWave(station, file, station.PL.Row(1).code);
-  if (!station.PL.Empty()) station.PL.Remove(1);
+  PlayFirstRow(station);
   // A lost file sounds not at all, and no drain would take the "1" back.
   if (!station.engine.IsRunning && NothingOnAir(station)) WriteZemoOnOff(station, '0');
 }

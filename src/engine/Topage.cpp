@@ -1,5 +1,6 @@
 // Topage: the engine gave the air away at a time of the day and waits for the word that hands it
-// back. Idle -> pending (a topage time, see MainTick.cpp) -> resumed (here, or by another start).
+// back. Idle -> pending (a topage time, see TimedStartStop.cpp) -> resumed (here, or by another
+// start).
 #include "engine/ExternalTriggers.h"
 #include "engine/StartStop.h"
 #include "platform/Desktop.h"

@@ -23,7 +23,6 @@
 #include "store/RowView.h"
 #include "store/SeekCode.h"
 #include "store/StoreError.h"
-#include "store/WholeTransaction.h"
 
 namespace zemo {
 
@@ -237,7 +236,7 @@ void WriteOldest(Station& station) {
   std::vector<ReportRow> told;
   bool music = false;
   {
-    WholeTransaction transaction(station.base.Db());
+    Transaction transaction(station.base.Db());
     for (size_t i = 0; i < count; ++i) {
       const AirWrite& write = writes[i];
       music = music || write.kind == AirWrite::Kind::kMusicReport;

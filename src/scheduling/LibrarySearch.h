@@ -1,6 +1,6 @@
 // The search of the live mode: titles found by text or by genre into ListRech, from where the
-// operator takes them into PL. No rotation rule is asked. Each procedure is one event of a control;
-// failures are logged and leave ListRech as far as it got. Thread: the logic's.
+// operator takes them into PL. No rotation rule is asked. Those of OnAir are one event of a control
+// each; failures are logged and leave ListRech as far as it got. Thread: the logic's.
 #pragma once
 
 #include <string>

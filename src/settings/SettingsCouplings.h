@@ -46,7 +46,8 @@ void ChooseWeekday(Station& station, int day);
 // --- ComboHeure, HeureArretSystem and Topage: a key in the list `times` of the screen ---
 enum class TimeList { kComboHeure, kHeureArretSystem, kTopage };
 std::vector<std::string>& TimesOf(Station& station, TimeList list);
-// Enter: adds what was typed, in capitals, when it is a time "hh:mm" (a stop also with "-F", "-Q").
+// Enter: adds what was typed, in capitals, when it is a time "hh:mm" or "hh:mm:ss" (a stop also
+// with "-F", "-Q").
 std::optional<std::string> EnterTime(Station& station, TimeList list, std::string_view typed);
 void DeleteTime(Station& station, TimeList list, size_t selected);
 

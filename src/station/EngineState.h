@@ -1,5 +1,6 @@
 // The engine's own variables: what the tick, playback and the inputs remember between two events.
-// Nothing here survives a restart but IsRunning (through the running-flag file).
+// What survives a restart is kept in files: IsRunning (running flag), PCProduction, MnuStartStop
+// (machine's values), what the base could not take (journal).
 // Thread: the logic's. Guards are seconds since midnight in single precision (see TimeForms.h).
 #pragma once
 
@@ -41,8 +42,9 @@ struct EngineState {
   // --- element on air ---
   int CurrentChannel = 1;  // slot on air and the other one, derived at every tick
   int NextChannel = 0;
-  Flag<int32_t> CodeEnCours{"CodeEnCours", 0, observer};  // code of the element on air; PlayWave
-  Flag<float> MixPointMs{"MixPointMs", 0, observer};      // exit distance, ms before the end
+  Flag<int32_t> CodeEnCours{"CodeEnCours", 0,
+                            observer};  // of the row last played, markers and lost files too
+  Flag<float> MixPointMs{"MixPointMs", 0, observer};  // exit distance, ms before the end
   Flag<float> BufferOffsetSec{"BufferOffsetSec", 0,
                               observer};  // audible delay; ComputeBufferOffset
   int32_t ElementLengthMs = 0;

@@ -117,15 +117,6 @@ std::string FirstFault(Connection& connection) {
 
 }  // namespace
 
-Transaction::~Transaction() {
-  if (committed_) return;
-  try {
-    database_.CommitTrans();
-  } catch (const StoreError&) {
-    // Rolled back. The failure that led here is on its way already.
-  }
-}
-
 // In this mode the lock of the first transaction stays; it needs no change of the file, so that no
 // journal comes into being.
 HeldDatabase::HeldDatabase(const std::string& path, int waitMs)

@@ -78,22 +78,26 @@ class Database {
   virtual bool FileIsLost() const = 0;
 };
 
-// BeginTrans now; CommitTrans at Commit() or at the end of the scope. What was executed before a
-// failure stays, unless RollbackTrans took it back; no failure leaves the file locked.
+// Begins now; what is not committed at the end of the scope is undone. Not inside another
+// transaction, which would be undone with it. Keep no yield in its scope: the file is locked for
+// writing meanwhile. Thread: the logic's. Throws StoreError.
 class Transaction {
  public:
   explicit Transaction(Database& database) : database_(database) { database_.BeginTrans(); }
-  ~Transaction();  // commits if Commit was not reached; errors there are lost
+  ~Transaction() {
+    if (!ended_) database_.RollbackTrans();
+  }
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
+
   void Commit() {
+    ended_ = true;  // what cannot be committed is undone there
     database_.CommitTrans();
-    committed_ = true;
   }
 
  private:
   Database& database_;
-  bool committed_ = false;
+  bool ended_ = false;
 };
 
 // A base file from which every other connection is kept off, for reading and for writing, while it

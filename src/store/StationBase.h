@@ -62,8 +62,8 @@ class StationBase {
   // Field number n (from 1) of the settings row as last stored by anybody. The row is read again
   // only when the base has changed; call CheckCnf once at the head of a handler and after a yield.
   // While the row cannot be read the last one read stands; before the first the schema's defaults
-  // where the file is out of reach, else StoreError. It is read without waiting. The reference
-  // holds until the row is read again.
+  // where the file is out of reach, else StoreError. It is read without waiting, but for the first
+  // time. The reference holds until the row is read again.
   const Value& ReadCnfField(int n);
   int64_t CnfInt(int n) { return AsInt(ReadCnfField(n)); }
   bool CnfBool(int n) { return AsBool(ReadCnfField(n)); }

@@ -192,11 +192,11 @@ void ComputeBreakAirTime(Station& station, double& seconds, int gridRow) {
   }
 }
 
-void TellBreakElement(Station& station) {
-  if (station.engine.ReportsDisabled || station.PL.Empty()) return;
+void TellBreakElement(Station& station, const OnAirElement& element) {
+  if (station.engine.ReportsDisabled) return;
   try {
     WriteSideFile(station.platform.stationFolder, station.files.ArtisteTitre,
-                  JoinLines({OneLine(station.PL.Row(1).title)}));
+                  JoinLines({OneLine(element.title)}));
   } catch (const std::exception&) {
     LogCurrentException(station, "FindInfoPubRub");
   }

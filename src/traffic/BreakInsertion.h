@@ -8,6 +8,8 @@
 
 #include <string>
 
+#include "station/OnAirElement.h"
+
 namespace zemo {
 
 struct Station;
@@ -29,8 +31,8 @@ void InsertBreakForFitting(Station& station, int gridRow, int position, const st
 // In: the break's length, seconds. Out: its air time, each element running into the next by its
 // mix.
 void ComputeBreakAirTime(Station& station, double& seconds, int gridRow);
-// Tells the outside which spot or news element has begun ("Artiste-Titre.Txt"); row 1 of PL is
-// still its row. Nothing on a machine without reports.
-void TellBreakElement(Station& station);
+// Tells the outside which spot or news element has begun ("Artiste-Titre.Txt"). Nothing on a
+// machine without reports.
+void TellBreakElement(Station& station, const OnAirElement& element);
 
 }  // namespace zemo

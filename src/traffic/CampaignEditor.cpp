@@ -97,7 +97,7 @@ bool WriteFiles(Station& station, CampaignEditor& editor) {
 
 // The screen to the row that AddNew or Edit began, then to the files. The row comes first: one that
 // the base refuses leaves the files as they were. False when a file could not be written.
-bool ReplaceChampsPubs(Station& station, CampaignEditor& editor, Recordset& row) {
+bool StoreCampaign(Station& station, CampaignEditor& editor, Recordset& row) {
   editor.FILENAMEGRILLE = CampaignFilePath(editor.FichierAudio, "GPB");
   WriteCampaign(editor, row);
   row.Update();
@@ -108,7 +108,7 @@ bool ReplaceChampsPubs(Station& station, CampaignEditor& editor, Recordset& row)
 }
 
 bool SaveRecord(Station& station, CampaignEditor& editor, Recordset& row) {
-  const bool filesWritten = ReplaceChampsPubs(station, editor, row);
+  const bool filesWritten = StoreCampaign(station, editor, row);
   if (station.engine.PCProduction) WriteGridSignal(station);
   if (filesWritten) Campaigns::BtnDebut_Click(station, editor);
   return filesWritten;

@@ -15,7 +15,6 @@
 #include "station/TextForms.h"
 #include "station/WaitPointer.h"
 #include "store/StoreError.h"
-#include "store/WholeTransaction.h"
 #include "traffic/CampaignGrid.h"
 
 namespace zemo {
@@ -150,7 +149,7 @@ int32_t AddNewCampaigns(Station& station, const std::vector<CampaignLine>& lines
                   [&](const CampaignLine& line) { return hasBlanks(line) && isNew(line); }))
     mark.Set();
   const auto table = station.base.Db().OpenTable("GrillePub");
-  WholeTransaction transaction(station.base.Db());
+  Transaction transaction(station.base.Db());
   int32_t added = 0;
   for (size_t i = 0; i < lines.size(); ++i)
     if (isNew(lines[i]) && TryToAdd(station, *table, lines[i], i + 1)) ++added;

@@ -11,7 +11,6 @@
 #include "station/Station.h"
 #include "station/TimeForms.h"
 #include "store/SeekCode.h"
-#include "store/WholeTransaction.h"
 #include "traffic/CampaignArchive.h"
 #include "traffic/CampaignGrid.h"
 
@@ -71,7 +70,7 @@ std::vector<Archived> Archive(Station& station, const int64_t* first, const int6
 void Delete(Station& station, const std::vector<Archived>& archived) {
   Database& db = station.base.Db();
   const auto table = db.OpenTable("GrillePub");
-  WholeTransaction transaction(db);
+  Transaction transaction(db);
   for (const Archived& row : archived) {
     if (!SeekCode(*table, row.code)) continue;
     CampaignForm form;

@@ -56,7 +56,8 @@ RULES = [
                      + CALL + r"(time|clock|gettimeofday|clock_gettime|timespec_get|ftime)\s*\(", []),
     ("time zone", r"#\s*include\s*<(ctime|time\.h)>|"
                   + CALL + r"(localtime(_r)?|gmtime(_r)?|mktime|strftime|tzset)\s*\(", []),
-    ("sleep", r"\bsleep_(for|until)\b|" + CALL + r"(sleep|usleep|nanosleep|poll|select)\s*\(", []),
+    ("sleep", r"\bsleep_(for|until)\b|" + CALL + r"(sleep|usleep|nanosleep|poll|select)\s*\("
+              r"|\bsqlite3_sleep\b", []),
     ("thread", r"\bstd::(jthread|thread|this_thread|async|promise|future|packaged_task)\b"
                r"|#\s*include\s*<(thread|future|stop_token)>|\bpthread_\w+", []),
     ("lock", r"\bstd::(\w*mutex|condition_variable\w*|lock_guard|unique_lock|scoped_lock|call_once"
@@ -78,6 +79,8 @@ RULES = [
 EXCEPTIONS = {
     ("platform/sim/SimLoop.cpp", "time zone"):
         "virtual time goes through summer time by the rules of the system's zone, not by its clock",
+    ("store/LockWait.cpp", "sleep"):
+        "the one wait for another process's lock, 100 ms of a tick in all",
 }
 
 # A value that is put together into the text of a query, outside of the store: each value would be a

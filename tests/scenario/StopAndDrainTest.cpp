@@ -100,6 +100,37 @@ TEST_F(StopAndDrain, ForcedNextInsideAnOverlapIsLost) {
   EXPECT_EQ(starts[2].atMs, 86900);  // 58500 + 30000 - 1600
 }
 
+TEST_F(StopAndDrain, RowBroughtToTheHeadInsideAnOverlapPlaysNextAndTheOneBehindIsNotPlayedTwice) {
+  Append(60000);
+  Append(30000);
+  Append(20000);
+  Append(10000);
+  on.Start();
+  on.At(59000, [this] { OnAir::PL_DragDrop(on.station, 3, 1); });  // overlap: 58500 to 60100
+  on.RunUntil(130000);
+  const auto starts = on.Starts();
+  ASSERT_EQ(starts.size(), 4U) << on.Describe();
+  EXPECT_EQ(starts[1].Int("length_ms"), 30000);
+  EXPECT_EQ(starts[2].Int("length_ms"), 10000);
+  EXPECT_EQ(starts[3].Int("length_ms"), 20000);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "4");
+}
+
+TEST_F(StopAndDrain, JingleOfAnOverlapIsReportedUnderItsOwnNameWhateverIsPutBeforeIt) {
+  Append(60000);
+  OnAirElement jingle;
+  jingle.title = "OURS";
+  jingle.file = on.MakeSound("ours.wav", 30000);
+  jingle.code = Element::kJingle;
+  on.Append(jingle);
+  Append(20000);
+  on.Start();
+  on.At(59000, [this] { OnAir::PL_DragDrop(on.station, 2, 1); });
+  on.RunUntil(62000);
+  EXPECT_EQ(on.SqlText("SELECT AUTEUR FROM Rapport WHERE GENRE = 'JINGLE'"), "OURS");
+  EXPECT_EQ(on.station.PL.Count(), 1);
+}
+
 TEST_F(StopAndDrain, OutputIsRestartedOnSlotZeroWhenCycleMaxiWouldBePassed) {
   on.Set("CycleMaxi", "15000");
   Append(10000);

@@ -13,6 +13,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
+#include "station/BaseFiles.h"
 #include "station/TextForms.h"
 #include "store/SqlText.h"
 
@@ -231,6 +232,12 @@ std::string TestStation::SqlText(const std::string& query) {
 
 void TestStation::Set(const std::string& cnfField, const std::string& value) {
   Sql("UPDATE Cnf SET " + cnfField + " = " + value);
+}
+
+void TestStation::Native(const std::string& sql) {
+  station.base.Close();
+  DBEngine::ExecuteNative(station.base.Path(), sql);
+  OpenBaseAgain(station);
 }
 
 void TestStation::ModelOfOneGenre(const std::string& genre) {

@@ -171,6 +171,7 @@ class TestStation : private EventSink {
   void Sql(const std::string& statement);         // on a connection of its own, in the engine's SQL
   std::string SqlText(const std::string& query);  // first column of the first row, "" for none
   void Set(const std::string& cnfField, const std::string& value);
+  void Native(const std::string& sql);  // another program's statement; the base is opened anew
   void ModelOfOneGenre(const std::string& genre);  // at every hour of every day
   void AppendCard(int32_t code);                   // puts the card at the end of PL
   void Append(const OnAirElement& element);

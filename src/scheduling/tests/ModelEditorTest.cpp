@@ -176,6 +176,19 @@ TEST_F(ModelEditorTest, ARowThatCannotBeStoredLeavesTheDayAsItWas) {
   EXPECT_EQ(Count("Models"), 1);
 }
 
+TEST_F(ModelEditorTest, ABaseThatRefusesARowLeavesTheDayAsItWas) {
+  s.Model(1, "OLD", 10);
+  SelectWeekday(s.station, 1);
+  AddModelRow("FIRST", "10");
+  AddModelRow("SECOND", "10");
+  s.Native(
+      "CREATE TRIGGER full BEFORE INSERT ON Models WHEN NEW.GENRE = 'SECOND' "
+      "BEGIN SELECT RAISE(ABORT, 'no room'); END");
+  EXPECT_FALSE(Models::BtnSave_Click(s.station));
+  EXPECT_EQ(Count("Models"), 1);
+  EXPECT_EQ(s.SqlText("SELECT GENRE FROM Models WHERE JOUR = 1"), "OLD");
+}
+
 TEST_F(ModelEditorTest, NoDaySelectedIsAnErrorAndSavesNothing) {
   s.Model(1, "OLD", 10);
   EXPECT_FALSE(Models::BtnSave_Click(s.station));

@@ -41,12 +41,9 @@ class RequestStation : public TestStation {
   }
 
   void Execute(const std::string& sql) { station.base.Db().Execute(sql); }
-  // Another program renames a column of the base, which is opened anew.
+  // Another program renames a column.
   void RenameColumn(const std::string& table, const std::string& column) {
-    station.base.Close();
-    DBEngine::ExecuteNative(station.base.Path(), "ALTER TABLE " + table + " RENAME COLUMN " +
-                                                     column + " TO X_" + column);
-    OpenBaseAgain(station);
+    Native("ALTER TABLE " + table + " RENAME COLUMN " + column + " TO X_" + column);
   }
   void SetCnf(const std::string& field, int value) {
     Execute("UPDATE Cnf SET " + field + " = " + std::to_string(value));

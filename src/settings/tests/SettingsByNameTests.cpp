@@ -72,6 +72,19 @@ TEST_F(SettingsByName, TakeWhatHangsOnThemWithThem) {
   EXPECT_EQ(Stored("HOptimise"), "48");
 }
 
+TEST_F(SettingsByName, ThatHangTogetherAreStoredTogetherOrNotAtAll) {
+  SetTo("CheckInstrumental", "1");
+  for (const char* column : {"HOptimise", "PubAvecTopH", "Instrumental"}) {
+    on.Native(std::string("CREATE TRIGGER full BEFORE UPDATE ON Cnf WHEN NEW.") + column +
+              " <> OLD." + column + " BEGIN SELECT RAISE(ABORT, 'no room'); END");
+    EXPECT_THROW(SetTo("CheckPubToph", "1"), StoreError) << column;
+    EXPECT_EQ(Stored("PubAvecTopH"), "0") << column;
+    EXPECT_EQ(Stored("Instrumental"), "1") << column;
+    on.Native("DROP TRIGGER full");
+    Load();  // the screen as it is stored
+  }
+}
+
 TEST_F(SettingsByName, RefuseWhatTheyCannotTake) {
   EXPECT_EQ(SetTo("EnchDef", "soon"), "EnchDef: \"soon\" is no whole number");
   EXPECT_EQ(SetTo("EnchDef", "1.5"), "EnchDef: \"1.5\" is no whole number");

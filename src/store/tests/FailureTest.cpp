@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "store/WholeTransaction.h"
 #include "store/tests/StoreFixture.h"
 #include "support/BaseFaults.h"
 
@@ -202,7 +201,7 @@ TEST_F(FaultyBase, AFaultAtAnyPassageLeavesAllOfATransactionOrNothingAndAFreeFil
     for (int nth = 1;; ++nth) {
       faults.Arm(one.point, one.fault, nth, 1);
       const int error = ErrorOf([&] {
-        WholeTransaction whole(Db());
+        Transaction whole(Db());
         AddCard("A");
         Db().Execute("UPDATE Toph SET FICHIER = 'x' WHERE HEURE = 1");
         whole.Commit();
@@ -402,7 +401,7 @@ TEST_F(Transactions, CanBeBegunAndEndedTwice) {
   EXPECT_EQ(OtherProgram(BasePath()).One("SELECT COUNT(*) FROM Discotheque"), "1");
 }
 
-TEST_F(Transactions, KeepWhatWasDoneBeforeAFailure) {
+TEST_F(Transactions, TakeBackWhatWasDoneBeforeAFailure) {
   EXPECT_EQ(ErrorOf([&] {
               Transaction transaction(Db());
               AddCard("A");
@@ -411,7 +410,7 @@ TEST_F(Transactions, KeepWhatWasDoneBeforeAFailure) {
             }),
             kErrFieldTooSmall);
   OtherProgram other(BasePath());
-  EXPECT_EQ(other.One("SELECT AUTEUR FROM Discotheque"), "A");
+  EXPECT_EQ(other.One("SELECT COUNT(*) FROM Discotheque"), "0");
   EXPECT_EQ(other.Try("BEGIN EXCLUSIVE"), "") << "no failure leaves the file locked";
 }
 

@@ -496,14 +496,14 @@ TEST_F(BreakInsertion, WithoutJinglesTheAirTimeIsTheElementsAlone) {
 
 TEST_F(BreakInsertion, TheOutsideIsToldTheAdvertiser) {
   InList(-2, "CAFÉ DU PORT");
-  TellBreakElement(on.station);
+  TellBreakElement(on.station, on.station.PL.Row(1));
   EXPECT_EQ(on.stationFolder.Read("Artiste-Titre.Txt"), "CAF\xC9 DU PORT\r\n");
 }
 
 TEST_F(BreakInsertion, AMachineWithoutReportsTellsNothing) {
   on.station.engine.ReportsDisabled = true;
   InList(-2, "ADVERTISER");
-  TellBreakElement(on.station);
+  TellBreakElement(on.station, on.station.PL.Row(1));
   EXPECT_FALSE(on.stationFolder.Exists("Artiste-Titre.Txt"));
 }
 
