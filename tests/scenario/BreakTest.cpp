@@ -55,6 +55,26 @@ TEST_F(BreakInItsMinute, AClockCorrectedByASecondFiresItOnce) {
   EXPECT_EQ(on.Events("break").size(), 1U) << on.Describe();
 }
 
+TEST_F(BreakInItsMinute, EndsTheCountdownOfTheIntroductionOnAir) {
+  Spots({"12:30"});
+  on.At(9950, [&] { on.station.engine.IntroShown = true; });
+  Air(10050);
+  EXPECT_EQ(on.Events("break").size(), 1U) << on.Describe();
+  EXPECT_FALSE(on.station.engine.IntroShown);
+}
+
+TEST_F(BreakInItsMinute, WaitsWhileTheGridIsBeingComposed) {
+  Spots({"12:30"});
+  on.station.engine.composing = true;
+  on.At(20050, [&] {
+    EXPECT_TRUE(on.Events("break").empty());
+    on.station.engine.composing = false;
+  });
+  Air(30000);
+  ASSERT_EQ(on.Events("break").size(), 1U) << on.Describe();
+  EXPECT_EQ(on.Events("break")[0].atMs, 20100);
+}
+
 TEST_F(BreakInItsMinute, ComesAgainWithItsMinute) {
   Spots({"12:30"});
   on.At(50000, [&] { on.loop.ShiftWallClock(-3600000); });
