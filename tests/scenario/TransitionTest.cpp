@@ -3,7 +3,9 @@
 // 100 ms. Standard settings: 2 s of buffers, PmixDef 1600, FadeOut 1600.
 #include <gtest/gtest.h>
 
+#include "engine/MainTick.h"
 #include "library/OnAirRows.h"
+#include "station/OnAirColumns.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -41,6 +43,24 @@ TEST_F(Transition, OverlapEndsWithTheOldElementsFile) {
   // The wait would last 1.6 + 2.0 s, but the first title ends at 60100.
   EXPECT_EQ(onAir[1].atMs, 60100);
   EXPECT_EQ(onAir[1].Int("mix_ms"), 1600);
+}
+
+// At 100 ms: 12:00:00.1, 180 s of the title and 2 s of buffers, less its exit point of 1.6 s.
+TEST_F(Transition, ThePlanBehindAStartIsThatOfTheElementThatStarted) {
+  on.AppendCard(on.AddCard({.lengthMs = 180000}));
+  on.AppendCard(on.AddCard({}));
+  on.Start();
+  on.RunUntil(150);
+  ASSERT_GE(on.station.PL.Count(), 1);
+  EXPECT_EQ(ColumnText(on.station.PL.Row(1), Col::kPlanned), "12 h 03 ' 00");
+}
+
+TEST_F(Transition, ATickThatComesWhileTheTimerIsHeldDoesNothing) {
+  on.AppendCard(on.AddCard({}));
+  on.Start();
+  const MainTimerHold hold(on.station);
+  OnAir::MainTimer_Timer(on.station);
+  EXPECT_TRUE(on.Starts().empty()) << on.Describe();
 }
 
 TEST_F(Transition, ExitPointOf3000IsNotFaded) {
