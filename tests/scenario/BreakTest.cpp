@@ -421,6 +421,32 @@ TEST_F(GridInTheTick, AnEmptiedStampBringsANewComposition) {
   EXPECT_EQ(Compositions(), Moments{200100});
 }
 
+TEST_F(GridInTheTick, ANewCompositionPutsOffTheNextJingle) {
+  Titles(1, 600000);
+  on.At(200050, [&] { on.station.GPubJour.SetCell(0, 53, ""); });
+  Air(210000);
+  EXPECT_EQ(on.station.engine.LastJingleTimer, 43400.1F);  // 12:03:20.1
+}
+
+// What waits ten seconds is a try in vain.
+TEST_F(GridInTheTick, ASignalBehindACompositionIsTakenUpAtOnce) {
+  Titles(1, 600000);
+  Signal(201050);  // 12:03:21
+  Signal(203050);
+  Air(206000);
+  EXPECT_EQ(Compositions(), (Moments{202000, 204000})) << on.Describe();
+}
+
+TEST_F(GridInTheTick, ASignalWaitsForTheEndOfWhatSoundsBehindAStop) {
+  Titles(1, 60000);
+  on.At(3050, [&] { OnAir::Toolbar_ButtonClick(on.station, Toolbar::kStop); });
+  Signal(5050);
+  Air(59950);
+  EXPECT_TRUE(Compositions().empty()) << on.Describe();
+  on.RunUntil(70000);
+  EXPECT_EQ(Compositions().size(), 1U) << on.Describe();
+}
+
 TEST_F(GridInTheTick, AFailedCompositionIsTriedAgainTenSecondsLater) {
   Titles(1, 600000);
   on.At(200050, [&] {
