@@ -63,6 +63,43 @@ TEST_F(Transition, ATickThatComesWhileTheTimerIsHeldDoesNothing) {
   EXPECT_TRUE(on.Starts().empty()) << on.Describe();
 }
 
+TEST_F(Transition, TheIncomingElementsPositionCountsDuringTheOverlap) {
+  on.At(59000, [&] { EXPECT_EQ(on.station.engine.ElementPositionMs, 0); });
+  PlayTwo({.lengthMs = 60000}, {.lengthMs = 30000});  // an overlap from 58500 to 60100
+}
+
+// The exit point of 6 s is longer than the new element, which fades the old one in its own 2.5 s.
+// The wait takes the 2 s of the buffers, and one more with short jingles: then the fade ends first.
+TEST_F(Transition, ShortJinglesWaitASecondMore) {
+  for (const char* shortJingles : {"0", "1"}) {
+    TestStation on;
+    on.Load();
+    on.Set("FadeOut", "5000");
+    on.Set("JingleCourt", shortJingles);
+    on.AppendCard(on.AddCard({.lengthMs = 60000, .exitMs = 6000}));
+    on.AppendCard(on.AddCard({.lengthMs = 2500}));
+    on.Start();
+    on.RunUntil(60000);
+    ASSERT_EQ(on.Starts().size(), 2U) << on.Describe();
+    EXPECT_EQ(on.Starts()[1].atMs, 54100);
+    EXPECT_EQ(on.Events("onair")[1].atMs, *shortJingles == '1' ? 56600 : 56100);
+  }
+}
+
+// Of a code that is no element's nobody knows an exit point: it keeps what stands there.
+TEST_F(Transition, AnElementShorterThanTheExitPointDoesNotInheritIt) {
+  on.AppendCard(on.AddCard({.lengthMs = 60000, .exitMs = 6000}));
+  OnAirElement other;
+  other.code = -7;
+  other.file = on.MakeSound("other.wav", 3000);
+  on.Append(other);
+  on.Start();
+  on.RunUntil(58000);
+  const auto onAir = on.Events("onair");
+  ASSERT_EQ(onAir.size(), 2U) << on.Describe();
+  EXPECT_EQ(onAir[1].Int("mix_ms"), 0);
+}
+
 TEST_F(Transition, ExitPointOf3000IsNotFaded) {
   PlayTwo({.lengthMs = 60000, .exitMs = 3000}, {.lengthMs = 30000});
   EXPECT_EQ(on.Starts().at(1).atMs, 57100);
