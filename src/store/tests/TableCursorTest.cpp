@@ -235,6 +235,29 @@ TEST_F(TableEdit, AMoveGivesAnEditUp) {
   EXPECT_EQ(cards->RecordCount(), 1);
 }
 
+TEST_F(TableEdit, ALastMoveAndAnotherOrderGiveAnEditUpToo) {
+  for (const char* artist : {"A", "B"}) AddCard(artist);
+  cards->Edit();
+  cards->MoveLast();
+  EXPECT_EQ(ErrorOf([&] { cards->Update(); }), kErrNoEdit);
+  cards->Edit();
+  cards->SetIndex("CODE");
+  EXPECT_EQ(ErrorOf([&] { cards->Update(); }), kErrNoEdit);
+}
+
+TEST_F(TableEdit, ARowWhoseNumberWasChangedStaysCurrent) {
+  for (const char* artist : {"A", "B"}) AddCard(artist);
+  cards->Edit();
+  cards->Set("CODE", int64_t{9});
+  cards->Update();
+  cards->Edit();
+  cards->Set("TITRE", std::string("of nine"));
+  cards->Update();
+  EXPECT_EQ(
+      OtherProgram(BasePath()).Rows("SELECT CODE, AUTEUR FROM Discotheque WHERE TITRE = 'of nine'"),
+      (Strings{"9|A"}));
+}
+
 TEST_F(TableEdit, ADeletedRowIsLeftForItsNeighbours) {
   for (const char* artist : {"A", "B", "C"}) AddCard(artist);
   cards->SetIndex("Auteur");
