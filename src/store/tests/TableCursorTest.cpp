@@ -45,6 +45,15 @@ TEST_F(TableOrder, OfAnIndexPutsEqualKeysByNumberAndNullFirst) {
   EXPECT_EQ(cards->Int("CODE"), 1);
 }
 
+TEST_F(TableOrder, OfEachIndexIsItsOwn) {
+  AddCard("A", "ROCK");
+  AddCard("B", "JAZZ");
+  cards->SetIndex("Auteur");
+  EXPECT_EQ(Walk(*cards, "AUTEUR"), (Strings{"A", "B"}));
+  cards->SetIndex("Genre");
+  EXPECT_EQ(Walk(*cards, "AUTEUR"), (Strings{"B", "A"}));
+}
+
 TEST_F(TableOrder, OfANumberIndexIsNumeric) {
   for (const int priority : {10, 9, -1, 9}) AddCampaign(priority);
   const auto campaigns = Db().OpenTable("GrillePub");
@@ -125,6 +134,9 @@ TEST_F(TableSeek, OnTextKnowsNoCase) {
   cards->Seek("=", std::string("Abba"));
   EXPECT_EQ(cards->Int("CODE"), 1) << "the lowest number of equal keys";
   cards->Seek("=", std::string("ÉDITH"));
+  ASSERT_FALSE(cards->NoMatch());
+  EXPECT_EQ(cards->Int("CODE"), 2);
+  cards->Seek("=", std::string("édith"));  // an accented letter in another case
   ASSERT_FALSE(cards->NoMatch());
   EXPECT_EQ(cards->Int("CODE"), 2);
   cards->Seek("=", std::string("Edith"));
