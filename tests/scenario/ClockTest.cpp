@@ -141,6 +141,18 @@ TEST(Topage, StopsTheEngineAndTellsTheNeighbour) {
   EXPECT_EQ(on.stationFolder.Read("CheckTopage.Dat"), "Topage          ");
 }
 
+// The first tick of the hour has read the times already.
+TEST(Topage, EditsOfItsFileAloneTakeEffectInTheMinute00) {
+  TestStation on("2026-11-21 12:00:30");
+  on.Load();
+  AppendJingle(on, 600000);
+  on.Start();
+  on.At(5000, [&] { on.MakeFile("Topage.5", "\"12:01\"\r\n"); });
+  on.RunUntil(31000);
+  EXPECT_EQ(on.Events("engine").back().atMs, 30000) << on.Describe();
+  EXPECT_TRUE(on.station.engine.TopagePending);
+}
+
 TEST(Midnight, NoGuardGoesNegative) {
   TestStation on("2026-11-21 23:59:50");
   on.Load();
