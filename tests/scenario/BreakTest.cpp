@@ -55,6 +55,26 @@ TEST_F(BreakInItsMinute, AClockCorrectedByASecondFiresItOnce) {
   EXPECT_EQ(on.Events("break").size(), 1U) << on.Describe();
 }
 
+TEST_F(BreakInItsMinute, EndsTheCountdownOfTheIntroductionOnAir) {
+  Spots({"12:30"});
+  on.At(9950, [&] { on.station.engine.IntroShown = true; });
+  Air(10050);
+  EXPECT_EQ(on.Events("break").size(), 1U) << on.Describe();
+  EXPECT_FALSE(on.station.engine.IntroShown);
+}
+
+TEST_F(BreakInItsMinute, WaitsWhileTheGridIsBeingComposed) {
+  Spots({"12:30"});
+  on.station.engine.composing = true;
+  on.At(20050, [&] {
+    EXPECT_TRUE(on.Events("break").empty());
+    on.station.engine.composing = false;
+  });
+  Air(30000);
+  ASSERT_EQ(on.Events("break").size(), 1U) << on.Describe();
+  EXPECT_EQ(on.Events("break")[0].atMs, 20100);
+}
+
 TEST_F(BreakInItsMinute, ComesAgainWithItsMinute) {
   Spots({"12:30"});
   on.At(50000, [&] { on.loop.ShiftWallClock(-3600000); });
@@ -399,6 +419,32 @@ TEST_F(GridInTheTick, AnEmptiedStampBringsANewComposition) {
   on.At(200050, [&] { on.station.GPubJour.SetCell(0, 53, ""); });
   Air(210000);
   EXPECT_EQ(Compositions(), Moments{200100});
+}
+
+TEST_F(GridInTheTick, ANewCompositionPutsOffTheNextJingle) {
+  Titles(1, 600000);
+  on.At(200050, [&] { on.station.GPubJour.SetCell(0, 53, ""); });
+  Air(210000);
+  EXPECT_EQ(on.station.engine.LastJingleTimer, 43400.1F);  // 12:03:20.1
+}
+
+// What waits ten seconds is a try in vain.
+TEST_F(GridInTheTick, ASignalBehindACompositionIsTakenUpAtOnce) {
+  Titles(1, 600000);
+  Signal(201050);  // 12:03:21
+  Signal(203050);
+  Air(206000);
+  EXPECT_EQ(Compositions(), (Moments{202000, 204000})) << on.Describe();
+}
+
+TEST_F(GridInTheTick, ASignalWaitsForTheEndOfWhatSoundsBehindAStop) {
+  Titles(1, 60000);
+  on.At(3050, [&] { OnAir::Toolbar_ButtonClick(on.station, Toolbar::kStop); });
+  Signal(5050);
+  Air(59950);
+  EXPECT_TRUE(Compositions().empty()) << on.Describe();
+  on.RunUntil(70000);
+  EXPECT_EQ(Compositions().size(), 1U) << on.Describe();
 }
 
 TEST_F(GridInTheTick, AFailedCompositionIsTriedAgainTenSecondsLater) {

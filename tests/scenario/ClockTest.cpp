@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "engine/OperatorControls.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -33,6 +34,17 @@ TEST(TimedStart, StartsAtItsMinute) {
   on.RunUntil(40000);
   ASSERT_EQ(on.Starts().size(), 1U) << on.Describe();
   EXPECT_EQ(on.Starts()[0].atMs, 30000);
+}
+
+TEST(TimedStart, GoesOnAirInAutomaticMode) {
+  TestStation on("2026-11-21 12:00:30");
+  on.MakeFile("StartStop.5", "\"START\",\"12:01\"\r\n");
+  on.Load();
+  AppendJingle(on, 10000);
+  on.station.engine.IsAutomatic = false;
+  on.RunUntil(30150);
+  EXPECT_TRUE(on.station.engine.IsRunning);
+  EXPECT_TRUE(on.station.engine.IsAutomatic);
 }
 
 TEST(TimedStart, IsNotTakenOnAProductionMachine) {
@@ -129,6 +141,18 @@ TEST(Topage, StopsTheEngineAndTellsTheNeighbour) {
   EXPECT_EQ(on.stationFolder.Read("CheckTopage.Dat"), "Topage          ");
 }
 
+// The first tick of the hour has read the times already.
+TEST(Topage, EditsOfItsFileAloneTakeEffectInTheMinute00) {
+  TestStation on("2026-11-21 12:00:30");
+  on.Load();
+  AppendJingle(on, 600000);
+  on.Start();
+  on.At(5000, [&] { on.MakeFile("Topage.5", "\"12:01\"\r\n"); });
+  on.RunUntil(31000);
+  EXPECT_EQ(on.Events("engine").back().atMs, 30000) << on.Describe();
+  EXPECT_TRUE(on.station.engine.TopagePending);
+}
+
 TEST(Midnight, NoGuardGoesNegative) {
   TestStation on("2026-11-21 23:59:50");
   on.Load();
@@ -145,6 +169,37 @@ TEST(Midnight, NoGuardGoesNegative) {
         static_cast<float>(engine.LastPlaylistWatchTimer),
         static_cast<float>(engine.LastTopHourTimer)})
     EXPECT_GE(now - guard, 0.0F);
+}
+
+TEST(Midnight, GuardsOfTheEveningBeginAgainWithTheDay) {
+  TestStation on("2026-11-21 23:59:50");
+  on.Load();
+  AppendJingle(on, 60000);
+  on.Start();
+  on.At(9950, [&] {
+    EngineState& engine = on.station.engine;
+    engine.LastAssociationTimer = 86399;
+    engine.LastTopHourTimer = 86399;
+    engine.LastIntroJingleTimer = 86399;
+  });
+  on.RunUntil(10050);  // the first tick of the day
+  const EngineState& engine = on.station.engine;
+  EXPECT_EQ(engine.LastAssociationTimer, 0.0F);
+  EXPECT_EQ(engine.LastTopHourTimer, 0.0F);
+  EXPECT_EQ(engine.LastIntroJingleTimer, 0.0F);
+}
+
+// The buffers run out from 23:59:58.1 on: the wait begins again with the day, and ends.
+TEST(Midnight, DoesNotHoldTheOutputOpenBehindAStop) {
+  TestStation on("2026-11-21 23:59:55");
+  on.Load();
+  AppendJingle(on, 3000);
+  on.Start();
+  on.At(1000, [&] { OnAir::Toolbar_ButtonClick(on.station, Toolbar::kStop); });
+  on.RunUntil(8000);
+  const Seen* closed = on.First("output", "state", "close");
+  ASSERT_NE(closed, nullptr) << on.Describe();
+  EXPECT_GE(closed->atMs, 7500);  // 2 s of buffers and half a second, from midnight on
 }
 
 TEST(Midnight, OverlapAcrossItEndsWithTheOldElement) {
@@ -236,6 +291,22 @@ TEST(SetClock, ATitleOnAirIsKnownByItsBroadcastAndTheRunsOwnClock) {
   ASSERT_EQ(on.station.requests.airings.count(code), 1U) << on.Describe();
   EXPECT_EQ(on.station.requests.airings.at(code).broadcast, "21/11/2026 à 12:30");
   EXPECT_EQ(on.SqlText("SELECT DIFFUSION01 FROM Discotheque"), "21/11/2026 à 12:30");
+}
+
+TEST(SetClock, BackByAnHourOpensTheHourAgain) {
+  TestStation on("2026-11-21 12:30:00");
+  on.Load();
+  AppendJingle(on, 60000);
+  on.Start();
+  on.At(5050, [&] {
+    on.station.engine.HourBlockHandled = true;
+    on.station.engine.FittingActive = true;
+    on.loop.ShiftWallClock(-3600000);
+  });
+  on.RunUntil(5150);
+  EXPECT_FALSE(on.station.engine.HourBlockHandled);
+  EXPECT_FALSE(on.station.engine.FittingActive);
+  EXPECT_EQ(on.station.engine.LastHour, 11);
 }
 
 TEST(SetClock, BackByAnHourDuringAnOverlapDoesNotHoldTheAir) {

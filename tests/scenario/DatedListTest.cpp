@@ -252,6 +252,15 @@ TEST_F(DatedList, AListThatCannotBeReadLeavesTheAirAsItIs) {
   ExpectTaken(1, 20000);  // the next second of the watcher in the list's minute
 }
 
+// It is seen first: the hour changes only once it is over, in the first minute of an hour.
+TEST_F(DatedList, OfTheFullHourHoldsTheChangeOfTheHour) {
+  Store(1, "21/11/2026", "18:00", 0);
+  PutTitleOnAir();
+  on.RunUntil(kDueMs + 1000);
+  ExpectTaken(1, kDueMs);
+  EXPECT_EQ(on.station.engine.LastHour, 17);
+}
+
 // Four lists of one morning, dated and daily, one of each option, over the change of the hour.
 class MorningOfLists : public DatedList {
  protected:

@@ -21,6 +21,15 @@ class ElementKinds : public testing::Test {
     row.exitMs = exitMs;
     on.Append(row);
   }
+  // Speaks over the element before, from `startMs` of it on.
+  void AppendTrack(int64_t startMs) {
+    OnAirElement track;
+    track.code = Element::kVoiceTrack;
+    track.file = on.MakeSound("link.wav", 5000);
+    track.liesOver = true;
+    track.startMs = startMs;
+    on.Append(track);
+  }
   int64_t MixOf(int element) {
     return on.Events("onair").at(static_cast<size_t>(element)).Int("mix_ms");
   }
@@ -148,6 +157,60 @@ TEST_F(ElementKinds, VoiceTrackSpeaksOverTheElementBefore) {
   EXPECT_EQ(volumes[0].Int("to"), 6500);
   EXPECT_EQ(volumes[1].atMs, 75100);
   EXPECT_EQ(volumes[1].Int("to"), 16384);
+}
+
+TEST_F(ElementKinds, AVoiceTrackLowersAndRaisesTheMusicOfTheSecondSlotToo) {
+  on.AppendCard(on.AddCard({.lengthMs = 21600}));
+  on.AppendCard(on.AddCard({.lengthMs = 100000}));  // from 20100 ms on
+  AppendTrack(70000);
+  on.Start();
+  on.RunUntil(100000);
+  std::string volumes;
+  for (const Seen& volume : on.Events("volume"))
+    if (volume["slot"] == "1") volumes += volume["to"] + " ";
+  EXPECT_EQ(volumes, "6500 16384 ") << on.Describe();
+}
+
+TEST_F(ElementKinds, AVoiceTrackIsNotArmedAnyMoreAt65Percent) {
+  on.AppendCard(on.AddCard({.lengthMs = 100000}));
+  on.Start();
+  on.RunUntil(65050);
+  AppendTrack(90000);
+  on.RunUntil(66000);
+  EXPECT_EQ(on.station.engine.VoiceTrackState, 0) << on.Describe();
+}
+
+TEST_F(ElementKinds, ATitleUnderAnArmedVoiceTrackBeginsAtTheVolumeUnderIt) {
+  on.AppendCard(on.AddCard({.lengthMs = 60000}));
+  on.AppendCard(on.AddCard({.lengthMs = 60000}));
+  on.Start();
+  on.At(58450, [&] {
+    on.station.engine.VoiceTrackState = -1;
+    on.station.engine.VoiceTrackStartMs = 1000000;
+  });
+  on.RunUntil(59000);
+  ASSERT_EQ(on.Starts().size(), 2U) << on.Describe();
+  EXPECT_EQ(on.Starts()[1].Int("volume"), 6500);
+}
+
+TEST_F(ElementKinds, ASpotPutsOffTheNextJingleOverAnIntroduction) {
+  AppendRow(Element::kSpot, "SPOT", 3000);
+  on.Start();
+  on.RunUntil(150);
+  EXPECT_EQ(on.station.engine.LastIntroJingleTimer, 43200.1F);  // 12:00:00.1
+}
+
+TEST_F(ElementKinds, ACommentRunsInCapitalsUntilTheNextElement) {
+  on.AppendCard(on.AddCard({.comment = "L'été en fête"}));
+  on.AppendCard(on.AddCard({}));
+  on.Start();
+  on.At(2050, [&] {
+    EXPECT_EQ(on.station.notices.ticker, std::string(20, ' ') + "L'ÉTÉ EN FÊTE");
+    on.station.engine.NextRequested = true;
+  });
+  on.RunUntil(6000);
+  ASSERT_EQ(on.Starts().size(), 2U) << on.Describe();
+  EXPECT_EQ(on.station.notices.ticker, "");
 }
 
 TEST_F(ElementKinds, SecondVoiceTrackWaitsForTheNextElement) {

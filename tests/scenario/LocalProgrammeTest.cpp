@@ -69,6 +69,21 @@ TEST(LocalProgramme, ABreakWhoseMinuteComesIsPreparedWhileTheEngineIsIdle) {
   EXPECT_EQ(on.EngineTurns(), "");
 }
 
+TEST(LocalProgramme, ABreakIsNotPreparedWhileTheGridIsBeingComposed) {
+  TriggerStation on("2026-11-21 12:00:00", kLocal);
+  on.Load();
+  on.MakeModels();
+  on.AddTitles(30);
+  PutBreak(on.station, 1, "12:01");
+  on.station.engine.composing = true;
+  on.RunUntil(69950);
+  EXPECT_TRUE(on.Events("request").empty()) << on.Describe();
+  on.station.engine.composing = false;
+  on.RunUntil(80000);
+  ASSERT_EQ(on.Events("request").size(), 1U) << on.Describe();
+  EXPECT_EQ(on.First("request")->atMs, 70000);
+}
+
 TEST(LocalProgramme, NoBreakIsPreparedInsideAnExclusionOrWithAnotherSetting) {
   for (int setting : {2, 3}) {
     TriggerStation on("2026-11-21 12:00:00", {{"PortCom", 1}, {"EntreSat", setting}});

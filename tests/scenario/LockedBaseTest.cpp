@@ -173,6 +173,15 @@ TEST(LockedBaseAtTheStart, TheListIsAskedForAgainUntilTheBaseIsFree) {
 }
 
 // A library that has nothing to play is no such case: the start asks once.
+TEST(LockedBaseAtTheStart, NothingOfAGrantIsSavedWhereNoElementCanStart) {
+  TestStation on;
+  on.Load();
+  on.Start();
+  on.RunUntil(150);
+  ASSERT_TRUE(on.station.PL.Empty());
+  EXPECT_EQ(on.station.base.Waiting().LeftMs(), 100);
+}
+
 TEST(LockedBaseAtTheStart, AnEmptyLibraryIsAskedOnce) {
   TestStation on("2026-11-21 12:05:00");
   on.Load();

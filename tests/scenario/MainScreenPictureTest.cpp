@@ -80,6 +80,86 @@ TEST(MainScreenPicture, TheTickerRestsWithTheStationsName) {
   EXPECT_TRUE(PictureOf(on.station).LblInfoScrolling);
 }
 
+TEST(MainScreenPicture, TheLightOfAnExtractWithoutAnEndBlinksToo) {
+  TestStation on(kEvenSecond);
+  on.station.engine.CheckExtrait = true;
+  on.station.engine.ElementPositionMs = 30000;
+  EXPECT_TRUE(PictureOf(on.station).LblFeu.visible);
+}
+
+TEST(MainScreenPicture, TheJoysticksLampIsBrightWhileItHoldsSomething) {
+  TestStation on(kEvenSecond);
+  EngineState& engine = on.station.engine;
+  const auto lamp = [&] { return PictureOf(on.station).LedJoystique; };
+  engine.joystickLamp = JoystickLamp::kDark;
+  EXPECT_EQ(lamp().text, "");
+  EXPECT_EQ(lamp().colour, 32768U);  // dark green
+  engine.joystickLamp = JoystickLamp::kReady;
+  EXPECT_EQ(lamp().text, "Joy");
+  EXPECT_EQ(lamp().colour, 32768U);
+  engine.joystickLamp = JoystickLamp::kSatellite;
+  EXPECT_EQ(lamp().text, "Joy2");
+  EXPECT_EQ(lamp().colour, 65280U);  // bright green
+}
+
+TEST(MainScreenPicture, TheCountdownIsHiddenOnceTheIntroductionIsNotShown) {
+  TestStation on(kEvenSecond);
+  on.station.engine.IntroLengthSec = 20;
+  EXPECT_FALSE(PictureOf(on.station).VueIntro.visible);
+  on.station.engine.IntroShown = true;
+  EXPECT_TRUE(PictureOf(on.station).VueIntro.visible);
+}
+
+TEST(MainScreenPicture, WhileTheEngineRunsNoListIsOpenedNorPrinted) {
+  TestStation on(kEvenSecond);
+  EXPECT_TRUE(PictureOf(on.station).MnuPlaylistEnabled);
+  EXPECT_TRUE(PictureOf(on.station).MnuImprimeEnabled);
+  on.station.engine.IsRunning = true;
+  EXPECT_FALSE(PictureOf(on.station).MnuPlaylistEnabled);
+  EXPECT_FALSE(PictureOf(on.station).MnuImprimeEnabled);
+}
+
+TEST(MainScreenPicture, TheCopyButtonNamesTheBreakThatIsChosen) {
+  TestStation on(kEvenSecond);
+  EXPECT_EQ(PictureOf(on.station).BtnCopyPubCaption, "");
+  on.station.gridFrame.chosenMoment = "12:30";
+  EXPECT_EQ(PictureOf(on.station).BtnCopyPubCaption, "Copier les pubs de 12:30");
+}
+
+TEST(MainScreenPicture, TheSearchBelongsToMusicAndThePictureToJingles) {
+  TestStation on(kEvenSecond);
+  struct Case {
+    BrowseList list;
+    bool search, picture;
+  };
+  for (const Case& entry :
+       {Case{BrowseList::kMusic, true, false}, Case{BrowseList::kJingles, false, true},
+        Case{BrowseList::kSpots, false, false}}) {
+    on.station.browse.ListRech.list = entry.list;
+    EXPECT_EQ(PictureOf(on.station).SearchVisible, entry.search);
+    EXPECT_EQ(PictureOf(on.station).PictureNoJingleVisible, entry.picture);
+  }
+}
+
+TEST(MainScreenPicture, TheFootHasTheListsTotalAndTheCycleOnceItIsKnown) {
+  TestStation on(kEvenSecond);
+  EXPECT_EQ(PictureOf(on.station).LblMaxPlayInfo, "");
+  on.station.notices.listTotalSec = 3723;  // 1 h 2 min 3 s
+  on.station.notices.cycleMs = 9000000;    // 2 h 30 min
+  const MainScreen screen = PictureOf(on.station);
+  EXPECT_EQ(screen.HHTot, 1);
+  EXPECT_EQ(screen.MnTot, 2);
+  EXPECT_EQ(screen.SSTot, 3);
+  EXPECT_EQ(screen.LblMaxPlayInfo, "02 h 30");
+}
+
+TEST(MainScreenPicture, AMachineThatWritesNoReportSaysSo) {
+  TestStation on(kEvenSecond);
+  EXPECT_EQ(PictureOf(on.station).LblDateTitre, "");
+  on.station.notices.noReport = true;
+  EXPECT_EQ(PictureOf(on.station).LblDateTitre, "No Rapport");
+}
+
 // The one before is cut in its introduction.
 TEST(MainScreenPicture, ATitleWithoutItsCardShowsNoCountdownOfTheOneBefore) {
   TestStation on(kEvenSecond);

@@ -46,6 +46,15 @@ TEST_F(ScreenFigures, NextBreakIsTheFirstRowAfterThisMinute) {
   EXPECT_EQ(next.breakInSec, 70 * 60 - 20);
 }
 
+TEST_F(ScreenFigures, InLiveModeTheDaysLineTellsTheFirstBreakAfterThisMinute) {
+  Break(1, "12:00", "Pubs");
+  Break(2, "13:10", "Rubriques");
+  Break(3, "14:00", "Pubs");
+  on.station.engine.IsAutomatic = false;
+  on.RunUntil(3000);
+  EXPECT_EQ(PictureOf(on.station).InfoDate, "13:10 >> Rubriques - 01:30");
+}
+
 TEST_F(ScreenFigures, NoBreakIsToComeWhileTheLiveModesListEndsTheAir) {
   Break(1, "13:00", "Pubs");
   on.station.engine.OptionDirect = true;

@@ -150,6 +150,20 @@ TEST_F(StopAndDrain, OutputIsRestartedOnSlotZeroWhenCycleMaxiWouldBePassed) {
   EXPECT_EQ(on.First("output", "state", "close")->atMs, 12000);
 }
 
+TEST_F(StopAndDrain, OnTheRestartedOutputAnElementHasTheVolumeOfItsKind) {
+  on.Set("CycleMaxi", "15000");
+  Append(10000);
+  OnAirElement spot;
+  spot.code = Element::kSpot;
+  spot.file = on.MakeSound("spot.wav", 10000);
+  on.Append(spot);
+  on.Start();
+  on.RunUntil(13000);
+  ASSERT_EQ(on.Starts().size(), 2U) << on.Describe();
+  EXPECT_EQ(on.Starts()[1].Int("slot"), 0);
+  EXPECT_EQ(on.Starts()[1].Int("volume"), 18000);
+}
+
 // A fresh output would be passed as well.
 TEST_F(StopAndDrain, AnElementLongerThanTheCycleRestartsNothing) {
   on.Set("CycleMaxi", "5000");

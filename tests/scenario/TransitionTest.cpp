@@ -3,7 +3,9 @@
 // 100 ms. Standard settings: 2 s of buffers, PmixDef 1600, FadeOut 1600.
 #include <gtest/gtest.h>
 
+#include "engine/MainTick.h"
 #include "library/OnAirRows.h"
+#include "station/OnAirColumns.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -41,6 +43,61 @@ TEST_F(Transition, OverlapEndsWithTheOldElementsFile) {
   // The wait would last 1.6 + 2.0 s, but the first title ends at 60100.
   EXPECT_EQ(onAir[1].atMs, 60100);
   EXPECT_EQ(onAir[1].Int("mix_ms"), 1600);
+}
+
+// At 100 ms: 12:00:00.1, 180 s of the title and 2 s of buffers, less its exit point of 1.6 s.
+TEST_F(Transition, ThePlanBehindAStartIsThatOfTheElementThatStarted) {
+  on.AppendCard(on.AddCard({.lengthMs = 180000}));
+  on.AppendCard(on.AddCard({}));
+  on.Start();
+  on.RunUntil(150);
+  ASSERT_GE(on.station.PL.Count(), 1);
+  EXPECT_EQ(ColumnText(on.station.PL.Row(1), Col::kPlanned), "12 h 03 ' 00");
+}
+
+TEST_F(Transition, ATickThatComesWhileTheTimerIsHeldDoesNothing) {
+  on.AppendCard(on.AddCard({}));
+  on.Start();
+  const MainTimerHold hold(on.station);
+  OnAir::MainTimer_Timer(on.station);
+  EXPECT_TRUE(on.Starts().empty()) << on.Describe();
+}
+
+TEST_F(Transition, TheIncomingElementsPositionCountsDuringTheOverlap) {
+  on.At(59000, [&] { EXPECT_EQ(on.station.engine.ElementPositionMs, 0); });
+  PlayTwo({.lengthMs = 60000}, {.lengthMs = 30000});  // an overlap from 58500 to 60100
+}
+
+// The exit point of 6 s is longer than the new element, which fades the old one in its own 2.5 s.
+// The wait takes the 2 s of the buffers, and one more with short jingles: then the fade ends first.
+TEST_F(Transition, ShortJinglesWaitASecondMore) {
+  for (const char* shortJingles : {"0", "1"}) {
+    TestStation on;
+    on.Load();
+    on.Set("FadeOut", "5000");
+    on.Set("JingleCourt", shortJingles);
+    on.AppendCard(on.AddCard({.lengthMs = 60000, .exitMs = 6000}));
+    on.AppendCard(on.AddCard({.lengthMs = 2500}));
+    on.Start();
+    on.RunUntil(60000);
+    ASSERT_EQ(on.Starts().size(), 2U) << on.Describe();
+    EXPECT_EQ(on.Starts()[1].atMs, 54100);
+    EXPECT_EQ(on.Events("onair")[1].atMs, *shortJingles == '1' ? 56600 : 56100);
+  }
+}
+
+// Of a code that is no element's nobody knows an exit point: it keeps what stands there.
+TEST_F(Transition, AnElementShorterThanTheExitPointDoesNotInheritIt) {
+  on.AppendCard(on.AddCard({.lengthMs = 60000, .exitMs = 6000}));
+  OnAirElement other;
+  other.code = -7;
+  other.file = on.MakeSound("other.wav", 3000);
+  on.Append(other);
+  on.Start();
+  on.RunUntil(58000);
+  const auto onAir = on.Events("onair");
+  ASSERT_EQ(onAir.size(), 2U) << on.Describe();
+  EXPECT_EQ(onAir[1].Int("mix_ms"), 0);
 }
 
 TEST_F(Transition, ExitPointOf3000IsNotFaded) {

@@ -53,6 +53,13 @@ TEST_F(OperatorOrders, ChangeItsBaseAndItsMachine) {
   EXPECT_EQ(on.localValues.Get("XRapport"), "7");
 }
 
+TEST_F(OperatorOrders, MoveARowOfItsListFromTheFirstPlaceNamedToTheSecond) {
+  for (const char* title : {"A", "B", "C"}) on.Append({.code = -1, .title = title});
+  EXPECT_EQ(Refusal(station, "move 3 1"), "");
+  EXPECT_EQ(station.PL.Row(1).title, "C");
+  EXPECT_EQ(station.PL.Row(2).title, "A");
+}
+
 TEST_F(OperatorOrders, AreRefusedWithTheReason) {
   EXPECT_EQ(Refusal(station, "load 3"), "there is no stored list 3");
   EXPECT_EQ(Refusal(station, "insert spot 9"), "the library holds no spot 9");

@@ -185,6 +185,29 @@ TEST_F(JingleOnAir, AGenreJinglePlaysBetweenTwoTitles) {
   EXPECT_EQ(Aired(), "FIRST,JAZZ JINGLE,SECOND") << on.Describe();
 }
 
+// Both stand before it at the first row: the title's own comes first, and behind it nothing is
+// music.
+TEST_F(JingleOnAir, ATitlesOwnJinglePlaysInsteadOfThatOfItsGenre) {
+  const int32_t title = on.AddCard({.lengthMs = 20000, .genre = "JAZZ"});
+  AddJingle(on, {.label = "OF TITLE", .titleCode = title});
+  AddJingle(on, {.label = "OF GENRE", .genre = "JAZZ"});
+  on.AppendCard(title);
+  Air(20000);
+  EXPECT_EQ(Aired(), "OF TITLE,ARTIST") << on.Describe();
+}
+
+// Armed at 100 ms it is due when 20 - 5.15 - 2 - 1 = 11.85 s have passed: in the tick of the stop.
+TEST_F(JingleOnAir, AnOverlayThatIsDueInTheTickOfAFadedStopIsStillHeard) {
+  on.stationFolder.Write("StartStop.5", "\"STOP\",\"12:00:12-F\"\r\n");
+  on.Set("JinglesIntro", "10");
+  AddJingle(on, {.lengthMs = 5150, .overlay = true});
+  on.AppendCard(on.AddCard({.introSec = 20}));
+  Air(14000);
+  ASSERT_EQ(on.Events("overlay").size(), 1U) << on.Describe();
+  EXPECT_EQ(on.Events("overlay")[0].atMs, 12000);
+  EXPECT_EQ(on.Events("engine").back().atMs, 12000);
+}
+
 TEST_F(JingleOnAir, TheReportNamesTheJinglesComposer) {
   on.Set("Jingles", "5");
   AddJingle(on, {.composer = "DUPONT"});

@@ -101,6 +101,14 @@ TEST_F(SettingsByName, RefuseWhatTheyCannotTake) {
   EXPECT_EQ(Errors(), Texts{});
 }
 
+TEST_F(SettingsByName, MoreThanEightyPeriodsAreRefused) {
+  std::string periods;
+  for (int i = 0; i < 80; ++i) periods += "06:00-07:00,";
+  EXPECT_EQ(SetTo("Filtre", periods + "08:00-09:00"), "Filtre: more than 80 rows");
+  EXPECT_EQ(StationFile("Exclusion.Txt"), "(no file)");
+  EXPECT_EQ(SetTo("Filtre", periods), std::nullopt);
+}
+
 TEST_F(SettingsByName, ListsAreEntriesBetweenCommas) {
   EXPECT_EQ(SetTo("Instru", "0, 05,23"), std::nullopt);
   EXPECT_EQ(Value("Instru"), "00,05,23");

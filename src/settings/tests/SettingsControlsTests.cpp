@@ -314,6 +314,14 @@ TEST_F(SettingsControls, TheListIsRebuiltFromEveryHourAndEachBoxThatIsNotEmpty) 
   EXPECT_EQ(screen.Topage, Texts{});
 }
 
+TEST_F(SettingsControls, AListThatIsRebuiltIsHeldThoughItsFileCouldNotBeRead) {
+  screen.topageHeld = false;
+  screen.ChDecoupe = {"30", "", "", ""};
+  EXPECT_EQ(Settings::BtnInti_Click(station), std::nullopt);
+  EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kTopage, "12:15"), std::nullopt);
+  EXPECT_EQ(screen.Topage.back(), "12:15");
+}
+
 TEST_F(SettingsControls, AFilterCellTakesATimeOrNothing) {
   screen.FiltreRow = 79;
   EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "06:00"), std::nullopt);

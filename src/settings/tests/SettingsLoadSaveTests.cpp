@@ -278,6 +278,14 @@ TEST_F(UnreadSettings, AreWrittenInTheirOrder) {
   EXPECT_EQ(on.SqlText("SELECT Other FROM Cnf"), "1700");
 }
 
+TEST_F(UnreadSettings, LeaveTheFilesThatHangOnThemAsTheyAre) {
+  on.stationFolder.Write("Langue.Txt", "2\r\n");
+  on.machineFolder.Write("ZemoAudio.Ini", "3,4\r\n");
+  SettingsSave(station);
+  EXPECT_EQ(on.stationFolder.Read("Langue.Txt"), "2\r\n");
+  EXPECT_EQ(on.machineFolder.Read("ZemoAudio.Ini"), "3,4\r\n");
+}
+
 TEST_F(UnreadSettings, AreNotWrittenUntilTheyAreGivenAValue) {
   SettingsLoad(station, devices);
   EXPECT_EQ(station.settings.EnchDef, 0);

@@ -212,6 +212,24 @@ TEST_F(BoundValues, AFaultTellsTheQueryWithThem) {
             "no such column: NONE, in: SELECT NONE FROM VT WHERE LIBELLE = 'it''s' AND CUT = 3");
 }
 
+TEST_F(BoundValues, AFaultWhileItIsAnsweredTellsTheQueryWithThem) {
+  AddCard("A");
+  std::string text;
+  const Value pattern = "?" + std::string(60000, 'a');
+  ErrorOf(
+      [&] {
+        Db().ReadRows("SELECT CODE FROM Discotheque WHERE AUTEUR LIKE ?", {pattern},
+                      [](const RowView&) {});
+      },
+      &text);
+  EXPECT_NE(text.find("LIKE '_aaaa"), std::string::npos) << text;
+}
+
+TEST_F(BoundValues, PlacesAreNotSoughtInTextsAndNames) {
+  EXPECT_EQ(QueryWithValues("SELECT [a?], '?', \"?\" FROM T WHERE X = ?", {1}),
+            "SELECT [a?], '?', \"?\" FROM T WHERE X = 1");
+}
+
 // The same text inside its own walk, with another value.
 TEST_F(BoundValues, AQueryIsAskedInsideItsOwnWalk) {
   for (const char* artist : {"A", "B", "C"}) AddCard(artist);
@@ -245,6 +263,20 @@ TEST_F(BoundValues, AKeptQuerySeesTheColumnsThatAnotherProgramMadeMeanwhile) {
   const auto cards = Db().OpenRecordset(sql, {std::string("A")});
   EXPECT_EQ(cards->FieldCount(), fields + 1);
   EXPECT_EQ(cards->Text("Extra"), "new");
+}
+
+// What is sorted as text hangs on the column's type.
+TEST_F(BoundValues, AKeptQueryIsTranslatedAnewOnceTheTableIsKnownToBeAnother) {
+  base->Close();
+  OtherProgram(BasePath()).Do("CREATE TABLE Loose(X INTEGER); INSERT INTO Loose VALUES(2), (1)");
+  base->OpenOrCreateDatabase();
+  const std::string sql = "SELECT X FROM Loose ORDER BY X";
+  EXPECT_EQ(Answer(sql), "1 2 ");
+  OtherProgram(BasePath())
+      .Do("DROP TABLE Loose; CREATE TABLE Loose(X TEXT); "
+          "INSERT INTO Loose VALUES('f'), ('é'), ('e')");
+  Db().FindTable("Loose");
+  EXPECT_EQ(Answer(sql), "e é f ");
 }
 
 // What an asking leaves bound must not answer for the next one, nor a value that was refused.

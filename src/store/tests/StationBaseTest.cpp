@@ -382,6 +382,14 @@ TEST_F(StationSettings, CountsFollowEveryChangeOfAnyProgram) {
   EXPECT_EQ(ErrorOf([&] { base->CountRecords("NoTable"); }), kErrNoSuchTable);
 }
 
+TEST_F(StationSettings, TheChangeCounterSeesWhatIsRolledBack) {
+  Db().BeginTrans();
+  Db().Execute("UPDATE Cnf SET PmixDef = 2000");
+  const int64_t inside = Db().ChangeCounter();
+  Db().RollbackTrans();
+  EXPECT_GT(Db().ChangeCounter(), inside) << "who read inside must read again";
+}
+
 TEST_F(StationSettings, TheChangeCounterStandsStillUntilSomethingIsStored) {
   const int64_t counter = Db().ChangeCounter();
   Query("SELECT * FROM Toph");

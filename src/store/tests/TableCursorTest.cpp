@@ -45,6 +45,15 @@ TEST_F(TableOrder, OfAnIndexPutsEqualKeysByNumberAndNullFirst) {
   EXPECT_EQ(cards->Int("CODE"), 1);
 }
 
+TEST_F(TableOrder, OfEachIndexIsItsOwn) {
+  AddCard("A", "ROCK");
+  AddCard("B", "JAZZ");
+  cards->SetIndex("Auteur");
+  EXPECT_EQ(Walk(*cards, "AUTEUR"), (Strings{"A", "B"}));
+  cards->SetIndex("Genre");
+  EXPECT_EQ(Walk(*cards, "AUTEUR"), (Strings{"B", "A"}));
+}
+
 TEST_F(TableOrder, OfANumberIndexIsNumeric) {
   for (const int priority : {10, 9, -1, 9}) AddCampaign(priority);
   const auto campaigns = Db().OpenTable("GrillePub");
@@ -125,6 +134,9 @@ TEST_F(TableSeek, OnTextKnowsNoCase) {
   cards->Seek("=", std::string("Abba"));
   EXPECT_EQ(cards->Int("CODE"), 1) << "the lowest number of equal keys";
   cards->Seek("=", std::string("ÉDITH"));
+  ASSERT_FALSE(cards->NoMatch());
+  EXPECT_EQ(cards->Int("CODE"), 2);
+  cards->Seek("=", std::string("édith"));  // an accented letter in another case
   ASSERT_FALSE(cards->NoMatch());
   EXPECT_EQ(cards->Int("CODE"), 2);
   cards->Seek("=", std::string("Edith"));
@@ -233,6 +245,29 @@ TEST_F(TableEdit, AMoveGivesAnEditUp) {
   EXPECT_EQ(ErrorOf([&] { cards->Update(); }), kErrNoEdit);
   EXPECT_EQ(ErrorOf([&] { cards->Set("AUTEUR", std::string("C")); }), kErrNoEdit);
   EXPECT_EQ(cards->RecordCount(), 1);
+}
+
+TEST_F(TableEdit, ALastMoveAndAnotherOrderGiveAnEditUpToo) {
+  for (const char* artist : {"A", "B"}) AddCard(artist);
+  cards->Edit();
+  cards->MoveLast();
+  EXPECT_EQ(ErrorOf([&] { cards->Update(); }), kErrNoEdit);
+  cards->Edit();
+  cards->SetIndex("CODE");
+  EXPECT_EQ(ErrorOf([&] { cards->Update(); }), kErrNoEdit);
+}
+
+TEST_F(TableEdit, ARowWhoseNumberWasChangedStaysCurrent) {
+  for (const char* artist : {"A", "B"}) AddCard(artist);
+  cards->Edit();
+  cards->Set("CODE", int64_t{9});
+  cards->Update();
+  cards->Edit();
+  cards->Set("TITRE", std::string("of nine"));
+  cards->Update();
+  EXPECT_EQ(
+      OtherProgram(BasePath()).Rows("SELECT CODE, AUTEUR FROM Discotheque WHERE TITRE = 'of nine'"),
+      (Strings{"9|A"}));
 }
 
 TEST_F(TableEdit, ADeletedRowIsLeftForItsNeighbours) {
