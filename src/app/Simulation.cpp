@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <filesystem>
 #include <optional>
 #include <vector>
 
@@ -60,10 +59,7 @@ int64_t LengthOf(const SimulateOptions& options, const std::vector<ScriptOrder>&
 class Workplace {
  public:
   explicit Workplace(const SimulateOptions& options) {
-    const std::string station = options.station.empty() ? DefaultStationFolder() : options.station;
-    if (!std::filesystem::is_directory(station))
-      throw std::runtime_error("there is no station folder " + station);
-    RefuseIrregularBase(station);
+    const std::string station = AskedStationFolder(options.station);
     folders_ = {.station = station, .machine = options.machine, .copiedFrom = {}, .changed = {}};
     if (options.inPlace && !options.machine.empty()) return;
 
