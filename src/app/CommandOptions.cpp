@@ -126,7 +126,7 @@ ReadTyped DeclareRender(CLI::App& app, CommonOptions& common, RenderOptions& opt
   };
 }
 
-ReadTyped DeclareDemo(CLI::App& app, CommonOptions&, DemoOptions& options) {
+ReadTyped DeclareNewStation(CLI::App& app, CommonOptions&, NewStationOptions& options) {
   app.add_option("DIR", options.folder, "Folder of the new station")->required();
   return [] {};
 }

@@ -47,7 +47,8 @@ struct RenderOptions : SimulateOptions {
   std::string audio;  // file
 };
 
-struct DemoOptions {
+// A station that is to be made.
+struct NewStationOptions {
   std::string folder;
 };
 struct StationCheckOptions {
@@ -94,7 +95,7 @@ using ReadTyped = std::function<void()>;
 ReadTyped DeclareAir(CLI::App& app, CommonOptions& common, AirOptions& options);
 ReadTyped DeclareSimulate(CLI::App& app, CommonOptions& common, SimulateOptions& options);
 ReadTyped DeclareRender(CLI::App& app, CommonOptions& common, RenderOptions& options);
-ReadTyped DeclareDemo(CLI::App& app, CommonOptions& common, DemoOptions& options);
+ReadTyped DeclareNewStation(CLI::App& app, CommonOptions& common, NewStationOptions& options);
 ReadTyped DeclareCheck(CLI::App& app, CommonOptions& common, StationCheckOptions& options);
 ReadTyped DeclareWhy(CLI::App& app, CommonOptions& common, WhyOptions& options);
 ReadTyped DeclareModels(CLI::App& app, CommonOptions& common, ModelsOptions& options);

@@ -27,8 +27,15 @@ std::span<const Command> Commands() {
           {{"render ... --audio FILE",
             "as `simulate`, and the sound that would have left the output in a WAV or FLAC file"}},
           DeclareRender, RunRender),
-      MakeCommand<DemoOptions>("demo", "Make a demo station",
-                               {{"demo DIR", "makes a demo station"}}, DeclareDemo, RunDemoCommand),
+      MakeCommand<NewStationOptions>("demo", "Make a demo station",
+                                     {{"demo DIR", "makes a demo station"}}, DeclareNewStation,
+                                     RunDemoCommand),
+      MakeCommand<NewStationOptions>(
+          "new", "Make an empty station",
+          {{"new DIR",
+            "makes a station without music, in a folder that is missing or empty: genres, models "
+            "of a week, settings; no pips, no campaigns"}},
+          DeclareNewStation, RunNewCommand),
       MakeCommand<StationCheckOptions>(
           "check", "Say what is missing or broken in a station",
           {{"check DIR [--machine DIR]",

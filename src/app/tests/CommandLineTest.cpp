@@ -120,12 +120,14 @@ TEST(CommandLine, RenderIsASimulationThatNeedsItsSoundFile) {
   EXPECT_NE(ErrorOf({"simulate", "--audio", "a.wav"}), "");
 }
 
-TEST(CommandLine, DemoAndCheckNeedTheirFolder) {
-  EXPECT_EQ(Read<DemoOptions>(DeclareDemo, "demo", {"/d"}).folder, "/d");
+TEST(CommandLine, DemoNewAndCheckNeedTheirFolder) {
+  for (const char* making : {"demo", "new"})
+    EXPECT_EQ(Read<NewStationOptions>(DeclareNewStation, making, {"/d"}).folder, "/d");
   const auto check = Read<StationCheckOptions>(DeclareCheck, "check", {"/d", "--machine", "/m"});
   EXPECT_EQ(check.folder, "/d");
   EXPECT_EQ(check.machine, "/m");
   EXPECT_NE(ErrorOf({"demo"}), "");
+  EXPECT_NE(ErrorOf({"new"}), "");
   EXPECT_NE(ErrorOf({"check"}), "");
   EXPECT_NE(ErrorOf({"demo", "/a", "/b"}), "");
 }
