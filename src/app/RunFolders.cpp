@@ -51,7 +51,9 @@ void TakeChosenDevice(LocalFolder& machine, OutputSpec& output) {
 }  // namespace
 
 RunFolders MakeRunFolders(const StationOptions& options) {
-  return {MakeStationFolder(options), MakeMachineFolder(options)};
+  const std::string station = MakeStationFolder(options);
+  const std::string machine = MakeMachineFolder(options);
+  return {station, machine, EngineLock(machine, station)};
 }
 
 OutputSpec WantedOutput(const std::string& spec, const std::string& machinePath) {

@@ -19,6 +19,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/Startup.h"
 #include "platform/real/desktop/RealClock.h"
+#include "platform/real/files/EngineLock.h"
 #include "platform/real/files/WholeFiles.h"
 
 namespace zemo {
@@ -61,7 +62,10 @@ class Workplace {
   explicit Workplace(const SimulateOptions& options) {
     const std::string station = AskedStationFolder(options.station);
     folders_ = {.station = station, .machine = options.machine, .copiedFrom = {}, .changed = {}};
-    if (options.inPlace && !options.machine.empty()) return;
+    if (options.inPlace && !options.machine.empty()) {
+      lock_.emplace(options.machine, station);
+      return;
+    }
 
     temp_.emplace();
     folders_.machine = temp_->MakeFolder("machine");
@@ -94,6 +98,7 @@ class Workplace {
 
  private:
   std::optional<TempFolder> temp_;
+  std::optional<EngineLock> lock_;  // where the machine's own folder is worked in
   SimFolders folders_;
 };
 
