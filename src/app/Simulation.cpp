@@ -114,6 +114,11 @@ void StartOrders(const SimulateOptions& options, Station& station) {
     OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 }
 
+// A run of which nothing stays but its trace.
+bool IsForItsTrace(const SimulateOptions& options, bool hasSink) {
+  return !options.inPlace && options.choices.empty() && !hasSink;
+}
+
 [[noreturn]] void Kill(Trace& trace, ChoicesFile* choices, const Workplace& place) {
   try {
     trace.Flush();
@@ -161,6 +166,11 @@ void Simulate(const SimulateOptions& options, std::unique_ptr<SoundOpener> opene
     SimStation sim(place.Folders(), begin, std::move(opener));
     Trace trace(options.trace, sim.loop);
     trace.ShowPathsAs(shownPaths);
+    if (IsForItsTrace(options, makeSink != nullptr))
+      trace.readerLeft = [&place] {
+        place.Remove();
+        _exit(0);
+      };
     std::optional<ChoicesFile> choices;
     if (!options.choices.empty()) choices.emplace(options.choices, trace);
     if (makeSink) sim.sound.SetSink(makeSink());

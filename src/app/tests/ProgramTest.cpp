@@ -221,6 +221,33 @@ TEST_F(Program, ATraceThatCannotBeWrittenIsStatusOne) {
   ExpectOneError(full.err);
 }
 
+TEST_F(Program, ASimulationEndsWithoutAWordWhenItsReaderLeaves) {
+  MakeStation({1, 1, 1}, true);
+  const Result result = Shell(
+      "(timeout -s KILL 60 $zemoradio simulate --station station --for 365d; echo $? >status) | "
+      "head -n 1");
+  EXPECT_EQ(LinesOf(result.out).size(), 1u);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(ReadText(root_ / "status"), "0\n");
+  EXPECT_TRUE(std::filesystem::is_empty(root_ / "tmp"));
+}
+
+// The station, or a file beside the trace, is what it was run for.
+TEST_F(Program, AReaderThatLeavesEndsNoRunOfWhichMoreStaysThanItsTrace) {
+  MakeStation({60, 60, 60, 60}, true);
+  const std::string words = "simulate --station station --from '2026-11-21 10:00:00' --for 1h ";
+  const Result whole = Run(words + "--trace trace --choices whole");
+  ASSERT_EQ(whole.status, 0) << whole.err;
+  const Result left = Shell("($zemoradio " + words + "--choices left; echo $? >status) | true");
+  EXPECT_EQ(left.err, "");
+  EXPECT_EQ(ReadText(root_ / "status"), "0\n");
+  EXPECT_EQ(ReadText(root_ / "left"), ReadText(root_ / "whole"));
+  EXPECT_NE(ReadText(root_ / "left"), "");
+  EXPECT_EQ(Shell("$zemoradio " + words + "--in-place | true").err, "");
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT COUNT(*) FROM Rapport'").out,
+            Shell("grep -c '\"event\":\"report\"' trace").out);
+}
+
 TEST_F(Program, AKillEndsTheProcessAtOnceWithStatus137AndTheTraceUpToIt) {
   Put("orders.txt", "+10 dump\n+0 kill\n+0 dump\n");
   const Result result = Run(Minute("--script orders.txt --trace trace"));
