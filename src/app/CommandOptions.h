@@ -51,10 +51,6 @@ struct RenderOptions : SimulateOptions {
 struct NewStationOptions {
   std::string folder;
 };
-struct StationCheckOptions {
-  std::string folder;
-  std::string machine;  // empty: the default one
-};
 
 struct WhyOptions : StationOptions {
   std::optional<int32_t> code;      // the card asked about, or ...
@@ -96,7 +92,7 @@ ReadTyped DeclareAir(CLI::App& app, CommonOptions& common, AirOptions& options);
 ReadTyped DeclareSimulate(CLI::App& app, CommonOptions& common, SimulateOptions& options);
 ReadTyped DeclareRender(CLI::App& app, CommonOptions& common, RenderOptions& options);
 ReadTyped DeclareNewStation(CLI::App& app, CommonOptions& common, NewStationOptions& options);
-ReadTyped DeclareCheck(CLI::App& app, CommonOptions& common, StationCheckOptions& options);
+ReadTyped DeclareCheck(CLI::App& app, CommonOptions& common, StationOptions& options);
 ReadTyped DeclareWhy(CLI::App& app, CommonOptions& common, WhyOptions& options);
 ReadTyped DeclareModels(CLI::App& app, CommonOptions& common, ModelsOptions& options);
 ReadTyped DeclareGrid(CLI::App& app, CommonOptions& common, GridOptions& options);

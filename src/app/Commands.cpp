@@ -36,9 +36,9 @@ std::span<const Command> Commands() {
             "makes a station without music, in a folder that is missing or empty: genres, models "
             "of a week, settings; no pips, no campaigns"}},
           DeclareNewStation, RunNewCommand),
-      MakeCommand<StationCheckOptions>(
+      MakeCommand<StationOptions>(
           "check", "Say what is missing or broken in a station",
-          {{"check DIR [--machine DIR]",
+          {{"check [DIR | --station DIR] [--machine DIR]",
             "says what is missing or broken in a station, a line each: lost or damaged files, "
             "empty models, breaks of the coming week that run into each other, genres that the "
             "library cannot fill at its gaps, titles that can never play, tables of an older "

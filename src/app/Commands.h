@@ -18,7 +18,7 @@ int RunSimulate(const SimulateOptions& options);
 int RunRender(const RenderOptions& options);
 int RunDemoCommand(const NewStationOptions& options);
 int RunNewCommand(const NewStationOptions& options);
-int RunCheckCommand(const StationCheckOptions& asked);
+int RunCheckCommand(const StationOptions& asked);
 int RunWhyCommand(const WhyOptions& options);
 int RunModelsCommand(const ModelsOptions& options);
 int RunGridCommand(const GridOptions& options);

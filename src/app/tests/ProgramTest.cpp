@@ -37,7 +37,7 @@ TEST_F(Program, WrongUsageIsStatusTwoAndOneLine) {
        {"fly", "--fly", "simulate --for never", "simulate --from yesterday",
         "render --station station", "simulate --from '2026-02-29 10:00:00'",
         "simulate --from '2026-03-29 02:30:00'", "render --audio a.mp3", "run --output loud",
-        "demo", "check", "simulate --script missing.txt", "run --for"}) {
+        "demo", "new", "check a --station b", "simulate --script missing.txt", "run --for"}) {
     const Result result = Run(arguments);
     EXPECT_EQ(result.status, 2) << arguments;
     EXPECT_EQ(result.out, "") << arguments;
