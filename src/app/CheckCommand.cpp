@@ -1,4 +1,4 @@
-// `zemoradio check DIR`: says what is missing or broken in a station.
+// `zemoradio check`: says what is missing or broken in a station.
 #include <iostream>
 
 #include "app/Commands.h"
@@ -7,9 +7,9 @@
 
 namespace zemo {
 
-int RunCheckCommand(const StationCheckOptions& asked) {
+int RunCheckCommand(const StationOptions& asked) {
   CheckOptions options;
-  options.station = asked.folder;
+  options.station = asked.station.empty() ? DefaultStationFolder() : asked.station;
   options.machine = asked.machine.empty() ? DefaultMachineFolder() : asked.machine;
   options.machineNamed = !asked.machine.empty();
   return RunCheck(options, std::cout);

@@ -126,15 +126,20 @@ ReadTyped DeclareRender(CLI::App& app, CommonOptions& common, RenderOptions& opt
   };
 }
 
-ReadTyped DeclareDemo(CLI::App& app, CommonOptions&, DemoOptions& options) {
+ReadTyped DeclareNewStation(CLI::App& app, CommonOptions&, NewStationOptions& options) {
   app.add_option("DIR", options.folder, "Folder of the new station")->required();
   return [] {};
 }
 
-ReadTyped DeclareCheck(CLI::App& app, CommonOptions& common, StationCheckOptions& options) {
-  app.add_option("DIR", options.folder, "Folder of the station")->required();
-  AddMachine(app, common);
-  return [&common, &options] { options.machine = common.machine; };
+ReadTyped DeclareCheck(CLI::App& app, CommonOptions& common, StationOptions& options) {
+  AddFolders(app, common);
+  const Typed folder = AddTyped(app, "DIR", "The same as --station DIR", "");
+  return [&common, &options, folder] {
+    TakeFolders(common, options);
+    if (!folder->Given()) return;
+    if (!options.station.empty()) throw UsageError("check takes DIR or --station DIR, not both");
+    options.station = folder->text;
+  };
 }
 
 ReadTyped DeclareWhy(CLI::App& app, CommonOptions& common, WhyOptions& options) {

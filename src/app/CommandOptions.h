@@ -47,12 +47,9 @@ struct RenderOptions : SimulateOptions {
   std::string audio;  // file
 };
 
-struct DemoOptions {
+// A station that is to be made.
+struct NewStationOptions {
   std::string folder;
-};
-struct StationCheckOptions {
-  std::string folder;
-  std::string machine;  // empty: the default one
 };
 
 struct WhyOptions : StationOptions {
@@ -94,8 +91,8 @@ using ReadTyped = std::function<void()>;
 ReadTyped DeclareAir(CLI::App& app, CommonOptions& common, AirOptions& options);
 ReadTyped DeclareSimulate(CLI::App& app, CommonOptions& common, SimulateOptions& options);
 ReadTyped DeclareRender(CLI::App& app, CommonOptions& common, RenderOptions& options);
-ReadTyped DeclareDemo(CLI::App& app, CommonOptions& common, DemoOptions& options);
-ReadTyped DeclareCheck(CLI::App& app, CommonOptions& common, StationCheckOptions& options);
+ReadTyped DeclareNewStation(CLI::App& app, CommonOptions& common, NewStationOptions& options);
+ReadTyped DeclareCheck(CLI::App& app, CommonOptions& common, StationOptions& options);
 ReadTyped DeclareWhy(CLI::App& app, CommonOptions& common, WhyOptions& options);
 ReadTyped DeclareModels(CLI::App& app, CommonOptions& common, ModelsOptions& options);
 ReadTyped DeclareGrid(CLI::App& app, CommonOptions& common, GridOptions& options);

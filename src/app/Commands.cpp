@@ -27,11 +27,18 @@ std::span<const Command> Commands() {
           {{"render ... --audio FILE",
             "as `simulate`, and the sound that would have left the output in a WAV or FLAC file"}},
           DeclareRender, RunRender),
-      MakeCommand<DemoOptions>("demo", "Make a demo station",
-                               {{"demo DIR", "makes a demo station"}}, DeclareDemo, RunDemoCommand),
-      MakeCommand<StationCheckOptions>(
+      MakeCommand<NewStationOptions>("demo", "Make a demo station",
+                                     {{"demo DIR", "makes a demo station"}}, DeclareNewStation,
+                                     RunDemoCommand),
+      MakeCommand<NewStationOptions>(
+          "new", "Make an empty station",
+          {{"new DIR",
+            "makes a station without music, in a folder that is missing or empty: genres, models "
+            "of a week, settings; no pips, no campaigns"}},
+          DeclareNewStation, RunNewCommand),
+      MakeCommand<StationOptions>(
           "check", "Say what is missing or broken in a station",
-          {{"check DIR [--machine DIR]",
+          {{"check [DIR | --station DIR] [--machine DIR]",
             "says what is missing or broken in a station, a line each: lost or damaged files, "
             "empty models, breaks of the coming week that run into each other, genres that the "
             "library cannot fill at its gaps, titles that can never play, tables of an older "

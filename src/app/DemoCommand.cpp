@@ -7,7 +7,7 @@
 
 namespace zemo {
 
-int RunDemoCommand(const DemoOptions& options) {
+int RunDemoCommand(const NewStationOptions& options) {
   RefuseIrregularBase(options.folder);
   return RunDemo(options.folder, std::cout, std::cerr);
 }

@@ -15,14 +15,16 @@ namespace zemo {
 
 namespace {
 
+// A folder that was named is there: a slip of the pen makes no station.
 std::string MakeStationFolder(const StationOptions& options) {
-  const std::string folder = options.station.empty() ? DefaultStationFolder() : options.station;
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (!std::filesystem::is_directory(folder))
-    throw std::runtime_error("cannot make the station folder " + folder + ": " + error.message());
-  RefuseIrregularBase(folder);
-  return folder;
+  if (options.station.empty()) {
+    const std::string folder = DefaultStationFolder();
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error)
+      throw std::runtime_error("cannot make the station folder " + folder + ": " + error.message());
+  }
+  return AskedStationFolder(options.station);
 }
 
 std::string MakeMachineFolder(const StationOptions& options) {
@@ -49,7 +51,9 @@ void TakeChosenDevice(LocalFolder& machine, OutputSpec& output) {
 }  // namespace
 
 RunFolders MakeRunFolders(const StationOptions& options) {
-  return {MakeStationFolder(options), MakeMachineFolder(options)};
+  const std::string station = MakeStationFolder(options);
+  const std::string machine = MakeMachineFolder(options);
+  return {station, machine, EngineLock(machine, station)};
 }
 
 OutputSpec WantedOutput(const std::string& spec, const std::string& machinePath) {

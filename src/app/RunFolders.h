@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "platform/real/files/EngineLock.h"
 #include "platform/real/sound/OutputSpec.h"
 
 namespace zemo {
@@ -11,10 +12,12 @@ struct StationOptions;
 
 struct RunFolders {
   std::string station, machine;
+  EngineLock lock;  // of the machine's
 };
 
-// Throws std::runtime_error without a station's folder. A machine folder that cannot be made costs
-// its values, not the air, and is told on standard error.
+// Throws std::runtime_error without a station's folder, or where another engine has the machine's:
+// before anything is written. A machine folder that cannot be made costs its values, not the air,
+// and is told on standard error.
 RunFolders MakeRunFolders(const StationOptions& options);
 
 // The output that was asked for (`spec`); a device without a name is the one that the machine's

@@ -1,6 +1,5 @@
 // `zemoradio settings`: the settings of a station and its machine from the terminal. Works on the
 // station itself, which may be on air: what is set takes effect as if its screen had been closed.
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -13,7 +12,6 @@
 #include "platform/real/decoders/LengthOnlyOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
-#include "platform/real/files/NoCaseNames.h"
 #include "platform/real/sound/MachineDevices.h"
 #include "settings/SettingsByName.h"
 #include "settings/SettingsControls.h"
@@ -46,11 +44,7 @@ SimFolders FoldersOf(const SettingsOptions& options) {
   SimFolders folders;
   folders.station = options.station.empty() ? DefaultStationFolder() : options.station;
   folders.machine = options.machine.empty() ? DefaultMachineFolder() : options.machine;
-  if (!std::filesystem::is_directory(folders.station))
-    throw std::runtime_error("there is no station folder " + folders.station);
-  if (EntryNamed(folders.station, "Triskin.MDB").empty())
-    throw std::runtime_error("there is no base Triskin.MDB in " + folders.station);
-  RefuseIrregularBase(folders.station);
+  RequireStation(folders.station);
   return folders;
 }
 

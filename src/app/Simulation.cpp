@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <filesystem>
 #include <optional>
 #include <vector>
 
@@ -20,6 +19,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/Startup.h"
 #include "platform/real/desktop/RealClock.h"
+#include "platform/real/files/EngineLock.h"
 #include "platform/real/files/WholeFiles.h"
 
 namespace zemo {
@@ -60,12 +60,12 @@ int64_t LengthOf(const SimulateOptions& options, const std::vector<ScriptOrder>&
 class Workplace {
  public:
   explicit Workplace(const SimulateOptions& options) {
-    const std::string station = options.station.empty() ? DefaultStationFolder() : options.station;
-    if (!std::filesystem::is_directory(station))
-      throw std::runtime_error("there is no station folder " + station);
-    RefuseIrregularBase(station);
+    const std::string station = AskedStationFolder(options.station);
     folders_ = {.station = station, .machine = options.machine, .copiedFrom = {}, .changed = {}};
-    if (options.inPlace && !options.machine.empty()) return;
+    if (options.inPlace && !options.machine.empty()) {
+      lock_.emplace(options.machine, station);
+      return;
+    }
 
     temp_.emplace();
     folders_.machine = temp_->MakeFolder("machine");
@@ -98,6 +98,7 @@ class Workplace {
 
  private:
   std::optional<TempFolder> temp_;
+  std::optional<EngineLock> lock_;  // where the machine's own folder is worked in
   SimFolders folders_;
 };
 
@@ -111,6 +112,11 @@ void StartOrders(const SimulateOptions& options, Station& station) {
   OnAir::Form_Activate(station, true);
   if (!options.noStart && !station.engine.IsRunning)
     OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
+}
+
+// A run of which nothing stays but its trace.
+bool IsForItsTrace(const SimulateOptions& options, bool hasSink) {
+  return !options.inPlace && options.choices.empty() && !hasSink;
 }
 
 [[noreturn]] void Kill(Trace& trace, ChoicesFile* choices, const Workplace& place) {
@@ -160,6 +166,11 @@ void Simulate(const SimulateOptions& options, std::unique_ptr<SoundOpener> opene
     SimStation sim(place.Folders(), begin, std::move(opener));
     Trace trace(options.trace, sim.loop);
     trace.ShowPathsAs(shownPaths);
+    if (IsForItsTrace(options, makeSink != nullptr))
+      trace.readerLeft = [&place] {
+        place.Remove();
+        _exit(0);
+      };
     std::optional<ChoicesFile> choices;
     if (!options.choices.empty()) choices.emplace(options.choices, trace);
     if (makeSink) sim.sound.SetSink(makeSink());

@@ -23,6 +23,12 @@ std::string UserFolder(const char* variable, const char* belowHome) {
   throw std::runtime_error(std::string("neither ") + variable +
                            " nor HOME is set: name the folders with --station and --machine");
 }
+
+void RequireFolder(const std::string& folder) {
+  std::error_code error;
+  if (!std::filesystem::is_directory(folder, error))
+    throw std::runtime_error("there is no station folder " + folder);
+}
 }  // namespace
 
 std::string DefaultStationFolder() {
@@ -47,9 +53,15 @@ void RefuseIrregularBase(const std::string& folder) {
   throw std::runtime_error(path + " is not a regular file: it cannot be a base");
 }
 
+std::string AskedStationFolder(const std::string& named) {
+  std::string folder = named.empty() ? DefaultStationFolder() : named;
+  RequireFolder(folder);
+  RefuseIrregularBase(folder);
+  return folder;
+}
+
 void RequireStation(const std::string& folder) {
-  if (!std::filesystem::is_directory(folder))
-    throw std::runtime_error("there is no station folder " + folder);
+  RequireFolder(folder);
   if (EntryNamed(folder, kBaseName).empty())
     throw std::runtime_error("there is no base Triskin.MDB in " + folder);
   RefuseIrregularBase(folder);

@@ -12,8 +12,11 @@ std::string DefaultStationFolder();
 // The user's configuration folder. Throws as above.
 std::string DefaultMachineFolder();
 
-// Throws std::runtime_error with one line where there is no such folder, or no base in it
-// that is a file.
+// The folder that was named, else the default one. Throws std::runtime_error with one line where
+// there is no such folder, or where its base cannot be one (RefuseIrregularBase).
+std::string AskedStationFolder(const std::string& named);
+
+// Throws the same where there is no such folder, or no base in it that is a file.
 void RequireStation(const std::string& folder);
 
 // Throws the same where what is named as the base is a pipe, a device or a folder: to open some of

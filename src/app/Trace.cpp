@@ -231,13 +231,16 @@ void Trace::Flush() {
 
 void Trace::WriteOut() {
   std::string_view left = buffer_;
-  while (!left.empty() && error_.empty()) {
+  while (!left.empty() && error_.empty() && hasReader_) {
     const ssize_t count = write(file_, left.data(), left.size());
     if (count >= 0)
       left.remove_prefix(static_cast<size_t>(count));
+    else if (errno == EPIPE)
+      hasReader_ = false;
     else if (errno != EINTR)
       error_ = std::strerror(errno);
   }
+  if (!left.empty() && !hasReader_) std::exchange(readerLeft, [] {})();
   buffer_.clear();
 }
 

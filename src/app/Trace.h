@@ -2,6 +2,7 @@
 // {"at":...,"event":...,members...}.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -37,8 +38,12 @@ class Trace : public EventSink {
 
   // Never throws: what cannot be written is told by Flush, and the run goes on without its trace.
   void OnEvent(const Event& event) override;
-  // Writes what is left. Throws std::runtime_error when lines were lost, now or before.
+  // Writes what is left. Throws std::runtime_error when lines were lost, now or before, but for a
+  // reader that left: it wanted no more.
   void Flush();
+
+  // Called once, when the reader has left. Not empty.
+  std::function<void()> readerLeft = [] {};
 
  private:
   void WriteOut();
@@ -49,6 +54,7 @@ class Trace : public EventSink {
   std::string buffer_;
   ShownPaths paths_;   // as they stand inside JSON texts
   std::string error_;  // why lines were lost; empty when none was
+  bool hasReader_ = true;
 };
 
 }  // namespace zemo

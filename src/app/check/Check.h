@@ -35,7 +35,7 @@ struct CheckOptions {
 // throws on what it finds.
 void CheckStation(const CheckOptions& options, const std::function<void(const Finding&)>& found);
 
-// The command `zemoradio check DIR [--machine DIR]`: a line a finding, "check: KIND: WHAT: WHY" (a
+// The command `zemoradio check`: a line a finding, "check: KIND: WHAT: WHY" (a
 // warning says so at its end), and their count. Exit status 1 when anything was found, 0 when not.
 int RunCheck(const CheckOptions& options, std::ostream& out);
 

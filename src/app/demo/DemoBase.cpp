@@ -1,7 +1,8 @@
-// Cards, campaigns, models, pips, settings and the stored list of the demo station.
+// Models and settings of a new station; cards, campaigns, pips and the stored list of the demo.
 #include "app/demo/DemoBase.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "app/demo/Demo.h"
 #include "settings/SideFiles.h"
@@ -142,19 +143,26 @@ std::string PathOf(const std::vector<MadeShort>& shorts, std::string_view label)
   return found == shorts.end() ? std::string() : found->path;
 }
 
-// What a library of one hour needs: short gaps between artists, short requests, no shift of the
-// hours.
-void SetSettings(Recordset& table, const std::vector<MadeShort>& shorts) {
+// What a library that begins needs: short requests, no shift of the hours, and no gap between the
+// artists of a handful of titles.
+void SetSettings(Recordset& table) {
+  table.MoveFirst();
+  table.Edit();
+  table.Set("CycleMaxi", int64_t{2147483647});  // this output needs no restart
+  table.Set("TempRequette", int64_t{15});
+  table.Set("EcartArtiste", int64_t{0});
+  table.Set("DecalDiff", int64_t{0});
+  table.Update();
+}
+
+void SetDemoSettings(Recordset& table, const std::vector<MadeShort>& shorts) {
   table.MoveFirst();
   table.Edit();
   table.Set("JingleAvantPubs", PathOf(shorts, "Zemo Demo - Avant pubs"));
   table.Set("JingleApresPubs", PathOf(shorts, "Zemo Demo - Après pubs"));
-  table.Set("CycleMaxi", int64_t{2147483647});  // this output needs no restart
-  table.Set("OffsetTopH", int64_t{52});         // see MakePips
-  table.Set("MiniFinHeure", int64_t{0});        // the pip is always on time
-  table.Set("TempRequette", int64_t{15});
+  table.Set("OffsetTopH", int64_t{52});   // see MakePips
+  table.Set("MiniFinHeure", int64_t{0});  // the pip is always on time
   table.Set("EcartArtiste", int64_t{5});
-  table.Set("DecalDiff", int64_t{0});
   table.Update();
 }
 
@@ -236,8 +244,7 @@ CampaignForm DemoCampaign(const MadeShort& made, int priority, int year) {
   return form;
 }
 
-void MakeDemoBase(const std::string& path, const std::vector<MadeTitle>& titles,
-                  const std::vector<MadeShort>& shorts, int year) {
+void MakeBase(const std::string& path, const std::function<void(StationBase&)>& fill) {
   StationBase base(path);
   base.OpenOrCreateDatabase();
   base.CreateMissingTables([](const std::string& table, int number, const std::string& text) {
@@ -246,13 +253,21 @@ void MakeDemoBase(const std::string& path, const std::vector<MadeTitle>& titles,
   base.OpenAllTables();
   base.SeedFixedRows();
   Transaction transaction(base.Db());
-  AddTitles(*base.Table("Discotheque"), titles);
-  AddShorts(base, shorts, year);
   AddModels(*base.Table("Models"));
-  SetSettings(*base.Table("Cnf"), shorts);
-  AddStoredList(base);
+  SetSettings(*base.Table("Cnf"));
+  fill(base);
   transaction.Commit();
   base.Close();
+}
+
+void MakeDemoBase(const std::string& path, const std::vector<MadeTitle>& titles,
+                  const std::vector<MadeShort>& shorts, int year) {
+  MakeBase(path, [&](StationBase& base) {
+    AddTitles(*base.Table("Discotheque"), titles);
+    AddShorts(base, shorts, year);
+    SetDemoSettings(*base.Table("Cnf"), shorts);
+    AddStoredList(base);
+  });
 }
 
 }  // namespace zemo

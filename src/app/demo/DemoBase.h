@@ -1,6 +1,7 @@
-// Fills the tables of a new base with the demo station.
+// Makes the base of a new station, and fills it with the demo.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,8 @@
 #include "traffic/CampaignGrid.h"
 
 namespace zemo {
+
+class StationBase;
 
 // A sound file that was made, with what its card says of it.
 struct MadeTitle {
@@ -28,7 +31,11 @@ struct MadeShort {
 // the days of the year `year`, the rest every week.
 CampaignForm DemoCampaign(const MadeShort& made, int priority, int year);
 
-// Creates the base at `path` (no such file yet) and closes it again. Throws StoreError.
+// Creates a base with models and settings at `path` (no such file yet), has it filled in the same
+// transaction, and closes it again. Throws StoreError.
+void MakeBase(const std::string& path, const std::function<void(StationBase& base)>& fill);
+
+// The same, filled with the demo.
 void MakeDemoBase(const std::string& path, const std::vector<MadeTitle>& titles,
                   const std::vector<MadeShort>& shorts, int year);
 

@@ -57,16 +57,12 @@ std::string ModelFile(int day) {
 
 }  // namespace
 
-std::vector<SideFile> DemoSideFiles() {
+std::vector<SideFile> NewSideFiles() {
   const char* const rule =
       "/*----------------------------------------------------------------------------------------"
       "------------*/";
   std::vector<SideFile> files = {
       {"Genre.Txt", Lines({DemoGenres().begin(), DemoGenres().end()})},
-      {"Categori.Ini", Lines(Categories())},
-      {"Labels.Txt", Lines({"DEMO"})},
-      {"CD.Txt", Lines({"DEMO"})},
-      {"Decoupe.Ini", DivisionTemplate()},
       {"Langue.Txt", Lines({"0"})},
       {"Instrumental.Txt", Lines(std::vector<std::string>(24, BoolField(true)))},
       {"LectureBase.Txt",
@@ -81,6 +77,15 @@ std::vector<SideFile> DemoSideFiles() {
                               "Vendredi", "Samedi", "Dimanche"};
   for (int day = 1; day <= 7; ++day)
     files.push_back({std::string(days[day - 1]) + ".Txt", ModelFile(day)});
+  return files;
+}
+
+std::vector<SideFile> DemoSideFiles() {
+  std::vector<SideFile> files = NewSideFiles();
+  files.push_back({"Categori.Ini", Lines(Categories())});
+  files.push_back({"Labels.Txt", Lines({"DEMO"})});
+  files.push_back({"CD.Txt", Lines({"DEMO"})});
+  files.push_back({"Decoupe.Ini", DivisionTemplate()});
   return files;
 }
 

@@ -1,4 +1,4 @@
-// The side files in the folder of the demo station.
+// The side files in the folder of a new station and of the demo.
 #pragma once
 
 #include <string>
@@ -13,6 +13,9 @@ struct SideFile {
   std::string name;
   std::string bytes;
 };
+// Of a station without a card: its genres, its models and the lists that always stand there.
+std::vector<SideFile> NewSideFiles();
+// The same and those of the demo's cards.
 std::vector<SideFile> DemoSideFiles();
 
 }  // namespace zemo

@@ -120,14 +120,27 @@ TEST(CommandLine, RenderIsASimulationThatNeedsItsSoundFile) {
   EXPECT_NE(ErrorOf({"simulate", "--audio", "a.wav"}), "");
 }
 
-TEST(CommandLine, DemoAndCheckNeedTheirFolder) {
-  EXPECT_EQ(Read<DemoOptions>(DeclareDemo, "demo", {"/d"}).folder, "/d");
-  const auto check = Read<StationCheckOptions>(DeclareCheck, "check", {"/d", "--machine", "/m"});
-  EXPECT_EQ(check.folder, "/d");
-  EXPECT_EQ(check.machine, "/m");
+TEST(CommandLine, DemoAndNewNeedTheirFolder) {
+  for (const char* making : {"demo", "new"})
+    EXPECT_EQ(Read<NewStationOptions>(DeclareNewStation, making, {"/d"}).folder, "/d");
   EXPECT_NE(ErrorOf({"demo"}), "");
-  EXPECT_NE(ErrorOf({"check"}), "");
+  EXPECT_NE(ErrorOf({"new"}), "");
   EXPECT_NE(ErrorOf({"demo", "/a", "/b"}), "");
+}
+
+TEST(CommandLine, CheckTakesItsFolderAsOtherCommandsDoOrAlone) {
+  const auto check = [](const Words& words) {
+    return Read<StationOptions>(DeclareCheck, "check", words);
+  };
+  const StationOptions alone = check({"check", "/d", "--machine", "/m"});
+  EXPECT_EQ(alone.station, "/d");
+  EXPECT_EQ(alone.machine, "/m");
+  EXPECT_EQ(check({"check", "--station", "/d"}).station, "/d");
+  EXPECT_EQ(check({"--station", "/d", "check"}).station, "/d");
+  EXPECT_EQ(check({}).station, "");
+  EXPECT_EQ(ErrorOf({"check", "/a", "--station", "/b"}),
+            "check takes DIR or --station DIR, not both");
+  EXPECT_EQ(ErrorOf({"check", ""}), "DIR needs a name");
 }
 
 TEST(CommandLine, ModelsAreListedOrExportedToASpreadsheet) {

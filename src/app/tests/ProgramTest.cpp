@@ -37,7 +37,7 @@ TEST_F(Program, WrongUsageIsStatusTwoAndOneLine) {
        {"fly", "--fly", "simulate --for never", "simulate --from yesterday",
         "render --station station", "simulate --from '2026-02-29 10:00:00'",
         "simulate --from '2026-03-29 02:30:00'", "render --audio a.mp3", "run --output loud",
-        "demo", "check", "simulate --script missing.txt", "run --for"}) {
+        "demo", "new", "check a --station b", "simulate --script missing.txt", "run --for"}) {
     const Result result = Run(arguments);
     EXPECT_EQ(result.status, 2) << arguments;
     EXPECT_EQ(result.out, "") << arguments;
@@ -219,6 +219,33 @@ TEST_F(Program, ATraceThatCannotBeWrittenIsStatusOne) {
   const Result full = Run(Minute("--trace /dev/full"));
   EXPECT_EQ(full.status, 1);
   ExpectOneError(full.err);
+}
+
+TEST_F(Program, ASimulationEndsWithoutAWordWhenItsReaderLeaves) {
+  MakeStation({1, 1, 1}, true);
+  const Result result = Shell(
+      "(timeout -s KILL 60 $zemoradio simulate --station station --for 365d; echo $? >status) | "
+      "head -n 1");
+  EXPECT_EQ(LinesOf(result.out).size(), 1u);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(ReadText(root_ / "status"), "0\n");
+  EXPECT_TRUE(std::filesystem::is_empty(root_ / "tmp"));
+}
+
+// The station, or a file beside the trace, is what it was run for.
+TEST_F(Program, AReaderThatLeavesEndsNoRunOfWhichMoreStaysThanItsTrace) {
+  MakeStation({60, 60, 60, 60}, true);
+  const std::string words = "simulate --station station --from '2026-11-21 10:00:00' --for 1h ";
+  const Result whole = Run(words + "--trace trace --choices whole");
+  ASSERT_EQ(whole.status, 0) << whole.err;
+  const Result left = Shell("($zemoradio " + words + "--choices left; echo $? >status) | true");
+  EXPECT_EQ(left.err, "");
+  EXPECT_EQ(ReadText(root_ / "status"), "0\n");
+  EXPECT_EQ(ReadText(root_ / "left"), ReadText(root_ / "whole"));
+  EXPECT_NE(ReadText(root_ / "left"), "");
+  EXPECT_EQ(Shell("$zemoradio " + words + "--in-place | true").err, "");
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT COUNT(*) FROM Rapport'").out,
+            Shell("grep -c '\"event\":\"report\"' trace").out);
 }
 
 TEST_F(Program, AKillEndsTheProcessAtOnceWithStatus137AndTheTraceUpToIt) {

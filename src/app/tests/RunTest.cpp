@@ -20,13 +20,20 @@ class RunOnAir : public BlackBox {
   char OnOff() const { return ReadText(root_ / "station/ZemoOnOff.Dat").at(0); }
 };
 
-TEST_F(RunOnAir, ANewStationIsMadeAndTheRunEndsAfterItsTime) {
-  const Result result =
-      Run("run --station new/station --machine new/machine --output null --for 0");
+TEST_F(RunOnAir, AnEmptyFolderBecomesAStationAndTheRunEndsAfterItsTime) {
+  const Result result = Run("run --station station --machine new/machine --output null --for 0");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "");
-  EXPECT_TRUE(std::filesystem::exists(root_ / "new/station/Triskin.MDB"));
+  EXPECT_TRUE(std::filesystem::exists(root_ / "station/Triskin.MDB"));
   EXPECT_TRUE(std::filesystem::exists(root_ / "new/machine/ZemoPlay.Ini"));
+}
+
+TEST_F(RunOnAir, TheStationOfTheUserIsMadeWhereNoneIsNamed) {
+  const Result result = Run("run --machine machine --output null --for 0");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, "");
+  EXPECT_TRUE(
+      std::filesystem::exists(root_ / "home/.local/share/ZemoKaluri/ZemoRadio/Triskin.MDB"));
 }
 
 TEST_F(RunOnAir, TheBareCommandWithoutADisplayAirsAllTheSameAndSaysSo) {
@@ -142,10 +149,12 @@ TEST_F(RunOnAir, AnOutputThatCannotBeMadeIsOneLineAndStatusOne) {
 }
 
 TEST_F(RunOnAir, AStationFolderThatCannotBeMadeIsOneLineAndStatusOne) {
-  Put("file", "");
-  const Result result = Run("run --station file/station --machine machine --output null --for 0");
+  std::filesystem::remove(root_ / "home");
+  Put("home", "");
+  const Result result = Run("run --machine machine --output null --for 0");
   EXPECT_EQ(result.status, 1);
   ExpectOneError(result.err);
+  EXPECT_EQ(result.err.rfind("zemoradio: cannot make the station folder ", 0), 0u) << result.err;
 }
 
 TEST_F(RunOnAir, AMachineFolderThatCannotBeMadeCostsALineAndNotTheAir) {

@@ -1,7 +1,10 @@
 // The trace's lines, as text.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -156,6 +159,22 @@ TEST_F(TraceFile, ALongTraceLosesNothing) {
 
 TEST_F(TraceFile, AFileThatCannotBeMadeIsAnError) {
   EXPECT_THROW(Trace((folder_ / "no" / "t").string(), clock_), std::runtime_error);
+}
+
+TEST_F(TraceFile, AReaderThatLeftIsHeardOfOnceAndIsNoFault) {
+  signal(SIGPIPE, SIG_IGN);
+  const std::string pipe = (folder_ / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+  Trace trace(pipe, clock_);
+  int left = 0;
+  trace.readerLeft = [&left] { ++left; };
+  close(reader);
+  for (int i = 0; i < 2; ++i) {
+    trace.OnEvent({"loop", {}});
+    EXPECT_NO_THROW(trace.Flush());
+  }
+  EXPECT_EQ(left, 1);
 }
 
 TEST_F(TraceFile, LostLinesAreToldByTheFlushAndNotByTheEvent) {

@@ -151,6 +151,11 @@ TEST_F(SoundCheck, HoursWithoutAPipAreAWarning) {
   EXPECT_EQ(Found(), Lines{"pip: hours 03, 22: no sound file (warning)"});
 }
 
+TEST_F(SoundCheck, AStationWithoutAnyPipIsNoFinding) {
+  Sql("UPDATE Toph SET FICHIER = ''");
+  EXPECT_EQ(Found(), Lines{});
+}
+
 TEST_F(SoundCheck, ACampaignWithoutItsGridIsAWarning) {
   fs::remove(Path("Pubs/Librairie Onze.GPB"));
   EXPECT_EQ(Found(), Lines{"campaign: 3 Librairie Onze: has no grid file and is never on air: " +
