@@ -13,6 +13,7 @@
 #include <optional>
 
 #include "engine/BaseMaintenance.h"
+#include "engine/UnplayableRows.h"
 #include "library/OnAirRows.h"
 #include "platform/Folder.h"
 #include "platform/SoundSource.h"
@@ -100,7 +101,9 @@ bool HasFile(Station& station, const std::string& file, int32_t code) {
   const bool marker = code == Element::kStartPlaylist || code == Element::kEndPlaylist;
   if (marker) return false;
   if (!file.empty()) TellWhatStandsThere(station, file);
-  station.events.Skip(code, file, file.empty() ? "empty" : "missing");
+  const char* reason = file.empty() ? "empty" : "missing";
+  station.events.Skip(code, file, reason);
+  TellUnplayable(station, TitleOf(FirstRow(station)), file, reason);
   return false;
 }
 
@@ -452,14 +455,17 @@ void PlayWave(Station& station, const std::string& file, int32_t code) {
     station.events.Marker(code, TitleOf(FirstRow(station)));
     return;
   }
+  // Copies: the row that `file` may stand in can go during the overlap.
+  const std::string ownFile = file, title = TitleOf(FirstRow(station));
   try {
     if (code == Element::kStartPlaylist || code == Element::kEndPlaylist)
       ServePlaylistMarker(station, code);
-    if (!HasFile(station, file, code)) return;
+    if (!HasFile(station, ownFile, code)) return;
     const MainTimerHold hold(station);
-    // Copies: the row that `file` may stand in can go during the overlap.
-    const std::string ownFile = file;
     PlayElement(station, {ownFile, code, {}});
+  } catch (const SoundError&) {
+    LogCurrentException(station, kRoutine, "code " + std::to_string(code));
+    TellUnplayable(station, title, ownFile, "unreadable");
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, "code " + std::to_string(code));
   }

@@ -29,6 +29,7 @@
 #include "engine/TakeOvers.h"
 #include "engine/TickMoment.h"
 #include "engine/TimedStartStop.h"
+#include "engine/UnplayableRows.h"
 #include "engine/VoiceTrackOnAir.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
@@ -162,6 +163,7 @@ void StartNext(Station& station, const Moment& at) {
   PutJinglesBefore(station, at);
   const std::string file = station.PL.Row(1).file;
   PlayWave(station, file, station.PL.Row(1).code);
+  if (!engine.StartNextNow) NoteRowSounds(station);
   if (!station.PL.Empty()) {
     const OnAirElement& row = station.PL.Row(1);
     station.notices.titleOnAir = TitleOf(row);

@@ -145,6 +145,12 @@ struct EngineState {
     int64_t requestAgainMs = 0;     // the same of a request
   } emergency;
 
+  // --- rows that cannot be played (writer: engine/UnplayableRows) ---
+  struct {
+    int rows = 0;     // since one sounded
+    int missing = 0;  // of them, whose file is missing
+  } unplayable;
+
   // --- the tick ---
   std::unique_ptr<LoopTimer> MainTimer;  // 100 ms; made by Form_Load
   int mainTimerHolds = 0;                // see MainTimerHold

@@ -56,6 +56,21 @@ TEST_F(RunOnAir, AnElementIsALineAndPlaysToItsEndWhenTheTimeIsOver) {
   EXPECT_EQ(OnOff(), '0');
 }
 
+TEST_F(RunOnAir, ARowThatCannotBePlayedIsALineOnStandardErrorAndInTheLog) {
+  MakeStation({2}, true);
+  // A request passes over what is gone already; this one goes behind its back.
+  const Result result = Shell(
+      "sqlite3 station/Triskin.MDB \"UPDATE Discotheque SET FILENAME = '/gone/title1.wav'\"; "
+      "$zemoradio run --station station --machine machine --output null --for 2");
+  EXPECT_EQ(result.status, 0);
+  ExpectOneError(result.err);
+  EXPECT_NE(result.err.find("\"Artist 1  Title 1\" cannot be played, its file is missing: "
+                            "/gone/title1.wav; next: zemoradio check "),
+            std::string::npos)
+      << result.err;
+  EXPECT_NE(ReadText(root_ / "station/Messages.Txt").find("/gone/title1.wav"), std::string::npos);
+}
+
 TEST_F(RunOnAir, ATerminationStopsAndDrains) {
   MakeStation({2}, true);
   const Result result = Shell(UntilOnAir() + "kill -TERM $!; wait $!");
