@@ -71,8 +71,13 @@ struct ScreenMachine {
 
 OutputFigures FiguresOf(RealSoundChain& sound) {
   const SoundHealth health = sound.TakeHealth();
-  return {health.output,     health.heard,    health.underruns,
-          health.lateFrames, health.peakLeft, health.peakRight};
+  return {.output = health.output,
+          .heard = health.heard,
+          .underruns = health.underruns,
+          .lateFrames = health.lateFrames,
+          .peakLeft = health.peakLeft,
+          .peakRight = health.peakRight,
+          .device = health.device};
 }
 
 int64_t FreeBytes(const std::string& folder) {

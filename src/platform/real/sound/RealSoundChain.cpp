@@ -95,6 +95,7 @@ SoundHealth RealSoundChain::TakeHealth() {
   health.output = outputText_;
   DeviceThread* device = mixer_->Device();
   const SinkThread* sink = mixer_->Sink();
+  health.device = device != nullptr;
   health.heard = device != nullptr ? device->GetState() == DeviceThread::State::kRunning
                                    : sink != nullptr && sink->Takes();
   health.underruns = mixer_->Ring().Underruns();

@@ -27,6 +27,7 @@ struct MixerOrder;
 struct SoundHealth {
   std::string output;  // what plays, in words
   bool heard = false;  // the output reaches a device or a file
+  bool device = true;  // its way is a device, not a file or nowhere
   // Times the output found too little to play, or its file was too slow to take it; since the
   // beginning.
   uint64_t underruns = 0;
