@@ -49,8 +49,13 @@ void RealSoundChain::Poll() {
   TellLosses(kLossesToldEvery);
 }
 
-void RealSoundChain::End() {
-  mixer_->End();
+int64_t RealSoundChain::SinkFrames() const {
+  const SinkThread* sink = mixer_->Sink();
+  return sink == nullptr ? 0 : sink->Frames();
+}
+
+void RealSoundChain::End(int64_t sinkFrames) {
+  mixer_->End(sinkFrames);
   TellOutput();
   TellLosses(std::chrono::seconds{0});
 }
@@ -252,7 +257,8 @@ std::unique_ptr<RealSoundChain> MakeRealSoundChain(SoundOpener& opener, const Ou
   const std::string unheard = "no output";
   switch (wanted.kind) {
     case OutputSpec::Kind::kFile:
-      return make({}, std::make_unique<FileSink>(wanted.name), "file " + wanted.name, false);
+      return make({}, std::make_unique<FileSink>(wanted.name, wanted.mostFrames),
+                  "file " + wanted.name, false);
     case OutputSpec::Kind::kNull:
       return make({}, nullptr, unheard, false);
     case OutputSpec::Kind::kDevice:
