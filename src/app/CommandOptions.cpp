@@ -52,8 +52,18 @@ std::optional<int64_t> ReadDuration(const TypedOption& typed) {
   if (!typed.Given()) return std::nullopt;
   const auto forMs = ParseDuration(typed.text);
   if (!forMs)
-    throw UsageError("--for: '" + typed.text + "' is no duration (90, 90s, 45m, 24h, 7d)");
+    throw UsageError(typed.option->get_name() + ": '" + typed.text +
+                     "' is no duration (90, 90s, 45m, 24h, 7d)");
   return forMs;
+}
+
+void ReadEnd(const TypedOption& duration, const TypedOption& exactly, AirOptions& options) {
+  options.forMs = ReadDuration(duration.Given() ? duration : exactly);
+  options.cut = exactly.Given();
+  if (!options.cut) return;
+  if (duration.Given()) throw UsageError("--for and --for-exactly: one of them");
+  if (!options.output.starts_with("file:"))
+    throw UsageError("--for-exactly goes with --output file:PATH only");
 }
 
 std::optional<LocalDateTime> ReadMoment(const char* name, const TypedOption& typed) {
@@ -89,9 +99,16 @@ ReadTyped DeclareAir(CLI::App& app, CommonOptions& common, AirOptions& options) 
   AddFolders(app, common);
   app.add_option("--output", common.output, "device, device:NAME, null or file:PATH (device)")
       ->type_name("SPEC");
-  return [&common, &options, duration = AddDuration(app)] {
+  const Typed duration = AddTyped(
+      app, "--for", "How long: 90, 90s, 45m, 24h or 7d; what is on air then plays to its end",
+      "DURATION");
+  const Typed exactly =
+      AddTyped(app, "--for-exactly",
+               "How long; the run then ends at once, and the file of --output is exactly that long",
+               "DURATION");
+  return [&common, &options, duration, exactly] {
     static_cast<CommonOptions&>(options) = common;
-    options.forMs = ReadDuration(*duration);
+    ReadEnd(*duration, *exactly, options);
   };
 }
 

@@ -34,6 +34,7 @@ struct CommonOptions : StationOptions {
 // On air, with or without a screen.
 struct AirOptions : CommonOptions {
   std::optional<int64_t> forMs;  // none: until told
+  bool cut = false;              // sharply then, in a file
 };
 
 struct SimulateOptions : StationOptions {

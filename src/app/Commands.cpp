@@ -7,14 +7,15 @@ namespace zemo {
 std::span<const Command> Commands() {
   static const Command commands[] = {
       MakeCommand<AirOptions>("", "Zemo Radio: a station's air, automated",
-                              {{"[--station DIR] [--machine DIR] [--output SPEC] [--for DURATION]",
+                              {{"[--station DIR] [--machine DIR] [--output SPEC] [--for DURATION | "
+                                "--for-exactly DURATION]",
                                 "opens the on-air screen; without a display as `run`"}},
                               DeclareAir, OpenScreen),
-      MakeCommand<AirOptions>(
-          "run", "Go on air without a screen, until interrupted",
-          {{"run [--station DIR] [--machine DIR] [--output SPEC] [--for DURATION]",
-            "goes on air without a screen, until interrupted"}},
-          DeclareAir, RunOnAir),
+      MakeCommand<AirOptions>("run", "Go on air without a screen, until interrupted",
+                              {{"run [--station DIR] [--machine DIR] [--output SPEC] [--for "
+                                "DURATION | --for-exactly DURATION]",
+                                "goes on air without a screen, until interrupted"}},
+                              DeclareAir, RunOnAir),
       MakeCommand<SimulateOptions>(
           "simulate", "The air on a virtual clock",
           {{"simulate [--station DIR] [--machine DIR] [--from T] [--for DURATION] [--script FILE] "

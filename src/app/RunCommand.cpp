@@ -29,7 +29,7 @@ int RunOnAir(const AirOptions& options) {
   RunDisplay display(STDOUT_FILENO);
   const RunFolders folders = MakeRunFolders(options);
   ScreenlessMachine machine;
-  RealStation real(folders.station, folders.machine, WantedOutput(options.output, folders.machine),
+  RealStation real(folders.station, folders.machine, WantedOutput(options, folders.machine),
                    machine.Parts(), [&](const std::string& notice) { display.ShowFault(notice); });
   Station& station = real.station;
   display.Show(station);
@@ -39,10 +39,11 @@ int RunOnAir(const AirOptions& options) {
   OnAir::Form_Activate(station, true);
   if (!station.engine.IsRunning) OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 
-  RunEnd end(real, options.forMs,
+  RunEnd end(real, options,
              {.draining = [&] { display.ShowLine("stopping: what is on air plays to its end"); },
               .drained = [&] { real.loop.Quit(); },
-              .leaving = [&] { display.Finish(); }});
+              .leaving = [&] { display.Finish(); },
+              .closing = [&](const std::string& line) { display.ShowLine(line); }});
   endSignals.Deliver([&] { end.OnSignal(); });
   const auto watch = real.loop.MakeTimer(RunEnd::kWatchMs, [&] { end.Watch(); });
   watch->SetEnabled(true);

@@ -46,14 +46,16 @@ void RunDisplay::OnEvent(const Event& event) {
     const std::string title = Trim(TextOf(event, "title"));
     const std::string shown = title.empty() ? TextOf(event, "file") : title;
     ShowLine(shown + "  " + FormatDuration(NumberOf(event, "length_ms")));
-  } else if (event.name == "skip") {
-    ShowLine("skipped (" + TextOf(event, "reason") + "): " + TextOf(event, "file"));
   } else if (event.name == "end" && station_) {
     heardUntilMs_ = station_->platform.clock.MonotonicMs() +
                     static_cast<int64_t>(station_->engine.BufferOffsetSec * 1000);
   } else if (event.name == "error") {
     ShowFault(TextOf(event, "where") + ": " + TextOf(event, "text"));
   }
+}
+
+void RunDisplay::OnNotice(const std::string& where, const std::string& text) {
+  ShowFault(where + ": " + text);
 }
 
 void RunDisplay::ShowFault(std::string_view text) {

@@ -1,5 +1,5 @@
-// What a run without a screen shows: a line for each element that starts, for what is skipped and
-// for faults, and on a terminal a status line that is rewritten in place.
+// What a run without a screen shows: a line for each element that starts, for faults and for rows
+// that cannot be played, and on a terminal a status line that is rewritten in place.
 #pragma once
 
 #include <cstdint>
@@ -21,6 +21,7 @@ class RunDisplay : public EventSink {
   void Show(const Station& station) { station_ = &station; }
 
   void OnEvent(const Event& event) override;
+  void OnNotice(const std::string& where, const std::string& text) override;
   void ShowStatus();                      // once a second; nothing without a terminal
   void ShowLine(std::string_view text);   // with the time of the station's clock in front
   void ShowFault(std::string_view text);  // on standard error

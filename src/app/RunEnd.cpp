@@ -4,8 +4,10 @@
 
 #include <utility>
 
+#include "app/CommandOptions.h"
 #include "app/ErrorLine.h"
 #include "app/RealStation.h"
+#include "engine/FreeMoment.h"
 #include "engine/StartStop.h"
 #include "reports/AirWrites.h"
 #include "settings/SideFiles.h"
@@ -18,9 +20,11 @@ bool Drained(const Station& station) {
 }
 }  // namespace
 
-RunEnd::RunEnd(RealStation& real, std::optional<int64_t> forMs, Told told)
-    : real_(real), told_(std::move(told)) {
-  if (forMs) endMs_ = real.clock.MonotonicMs() + *forMs;
+RunEnd::RunEnd(RealStation& real, const AirOptions& options, Told told)
+    : real_(real), cut_(options.cut), told_(std::move(told)) {
+  if (!options.forMs) return;
+  endMs_ = real.clock.MonotonicMs() + *options.forMs;
+  endFrames_ = MsToFrames(*options.forMs);
 }
 
 void RunEnd::OnSignal() {
@@ -29,9 +33,35 @@ void RunEnd::OnSignal() {
 }
 
 void RunEnd::Watch() {
-  if (!asked_ && endMs_ && real_.clock.MonotonicMs() >= *endMs_) Ask();
+  if (!asked_ && TimeIsOver()) {
+    if (cut_) return Cut();
+    Ask();
+  }
   if (!asked_ || !Drained(real_.station)) return;
   WriteZemoOnOff(real_.station, '0');  // told by no drain where nothing had sounded yet
+  TellLonger();
+  told_.drained();
+}
+
+// A file has its time from its first frame on, which comes some moments behind the start; without
+// an output that runs none comes any more.
+bool RunEnd::TimeIsOver() const {
+  if (!endMs_) return false;
+  const bool over = real_.clock.MonotonicMs() >= *endMs_;
+  if (!cut_ || real_.sound->State() != OutputState::kStarted) return over;
+  return real_.sound->SinkFrames() >= endFrames_;
+}
+
+// The file takes nothing more by then: the engine may finish what it has begun, so that the report
+// has its row.
+void RunEnd::Cut() {
+  if (real_.station.engine.IsRunning) StartStopZemoRadio(real_.station, false);
+  if (!NoTickBelow(real_.station)) return;
+  real_.sound->Stop();
+  real_.sound->Close();
+  WriteZemoOnOff(real_.station, '0');
+  real_.sound->End(endFrames_);
+  asked_ = true;
   told_.drained();
 }
 
@@ -39,6 +69,16 @@ void RunEnd::Ask() {
   asked_ = true;
   StartStopZemoRadio(real_.station, false);
   if (!Drained(real_.station)) told_.draining();
+}
+
+void RunEnd::TellLonger() const {
+  const int64_t longerMs = FramesToMs(real_.sound->SinkFrames() - endFrames_);
+  if (!endMs_ || cut_ || longerMs <= 0) return;
+  const std::string tenths = std::to_string((longerMs + 50) / 100);
+  const std::string whole = tenths.size() > 1 ? tenths.substr(0, tenths.size() - 1) : "0";
+  told_.closing(
+      "the file is " + whole + "." + tenths.back() +
+      " s longer than --for: what was on air has played to its end (--for-exactly cuts it)");
 }
 
 int EndStatus(const Station& station) {

@@ -1,12 +1,15 @@
-// The end of a run on air: the first signal stops and drains, the second leaves at once.
+// The end of a run on air: the first signal stops and drains, the second leaves at once. A run
+// whose file is to be exactly so long is cut there.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 
 namespace zemo {
 
+struct AirOptions;
 class RealStation;
 struct Station;
 
@@ -16,9 +19,10 @@ class RunEnd {
     std::function<void()> draining;  // what is on air plays to its end first
     std::function<void()> drained;   // stopped, and all that was to be heard has been heard
     std::function<void()> leaving;   // at once: the process ends when this comes back
+    std::function<void(const std::string&)> closing;  // a line on the file of the output, if any
   };
-  // After `forMs`, when it is given, the run ends as by a signal.
-  RunEnd(RealStation& real, std::optional<int64_t> forMs, Told told);
+  // After the options' time, when there is one, the run ends as by a signal, or is cut.
+  RunEnd(RealStation& real, const AirOptions& options, Told told);
 
   void OnSignal();  // SIGINT or SIGTERM
   void Watch();     // about 20 times a second
@@ -26,10 +30,15 @@ class RunEnd {
 
  private:
   void Ask();
+  bool TimeIsOver() const;
+  void Cut();
+  void TellLonger() const;
   [[noreturn]] void LeaveAtOnce();
 
   RealStation& real_;
-  std::optional<int64_t> endMs_;
+  std::optional<int64_t> endMs_;  // monotonic
+  int64_t endFrames_ = 0;         // of the file
+  bool cut_;
   Told told_;
   bool asked_ = false;
 };

@@ -8,6 +8,7 @@
 #include "app/CommandOptions.h"
 #include "app/ErrorLine.h"
 #include "app/StationPaths.h"
+#include "platform/SoundSource.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/sound/SoundDevices.h"
 
@@ -56,9 +57,10 @@ RunFolders MakeRunFolders(const StationOptions& options) {
   return {station, machine, EngineLock(machine, station)};
 }
 
-OutputSpec WantedOutput(const std::string& spec, const std::string& machinePath) {
-  auto output = ParseOutputSpec(spec);
-  if (!output) throw UsageError("--output: '" + spec + "' is no output");
+OutputSpec WantedOutput(const AirOptions& options, const std::string& machinePath) {
+  auto output = ParseOutputSpec(options.output);
+  if (!output) throw UsageError("--output: '" + options.output + "' is no output");
+  if (options.cut) output->mostFrames = MsToFrames(*options.forMs);
   if (output->kind == OutputSpec::Kind::kDevice && output->name.empty()) {
     LocalFolder machine(machinePath);
     TakeChosenDevice(machine, *output);

@@ -8,6 +8,7 @@
 
 namespace zemo {
 
+struct AirOptions;
 struct StationOptions;
 
 struct RunFolders {
@@ -20,9 +21,9 @@ struct RunFolders {
 // and is told on standard error.
 RunFolders MakeRunFolders(const StationOptions& options);
 
-// The output that was asked for (`spec`); a device without a name is the one that the machine's
+// The output that was asked for; a device without a name is the one that the machine's
 // settings chose, none for the system's own. A choice that is only a number is remembered by its
 // device from now on. Throws UsageError.
-OutputSpec WantedOutput(const std::string& spec, const std::string& machinePath);
+OutputSpec WantedOutput(const AirOptions& options, const std::string& machinePath);
 
 }  // namespace zemo

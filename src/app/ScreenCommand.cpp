@@ -71,8 +71,13 @@ struct ScreenMachine {
 
 OutputFigures FiguresOf(RealSoundChain& sound) {
   const SoundHealth health = sound.TakeHealth();
-  return {health.output,     health.heard,    health.underruns,
-          health.lateFrames, health.peakLeft, health.peakRight};
+  return {.output = health.output,
+          .heard = health.heard,
+          .underruns = health.underruns,
+          .lateFrames = health.lateFrames,
+          .peakLeft = health.peakLeft,
+          .peakRight = health.peakRight,
+          .device = health.device};
 }
 
 int64_t FreeBytes(const std::string& folder) {
@@ -100,7 +105,7 @@ int OpenScreen(const AirOptions& options) {
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setFont(Theme::Type(1, 15));  // also of what a style sheet gives no type
   const RunFolders folders = MakeRunFolders(options);
-  RealStation real(folders.station, folders.machine, WantedOutput(options.output, folders.machine),
+  RealStation real(folders.station, folders.machine, WantedOutput(options, folders.machine),
                    machine.Parts(), Tell);
   Station& station = real.station;
   if (!OnAir::Form_Load(station)) {
@@ -134,10 +139,11 @@ int OpenScreen(const AirOptions& options) {
   OnAir::Form_Activate(station, true);
   window.Begin();
 
-  RunEnd end(real, options.forMs,
+  RunEnd end(real, options,
              {.draining = [] { Tell("stopping: what is on air plays to its end"); },
               .drained = [&real] { real.loop.Quit(); },
-              .leaving = [] {}});
+              .leaving = [] {},
+              .closing = Tell});
   endSignals.Deliver([&end] { end.OnSignal(); });
   const auto watch = real.loop.MakeTimer(RunEnd::kWatchMs, [&end] { end.Watch(); });
   watch->SetEnabled(true);

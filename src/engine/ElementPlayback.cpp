@@ -13,6 +13,7 @@
 #include <optional>
 
 #include "engine/BaseMaintenance.h"
+#include "engine/UnplayableRows.h"
 #include "library/OnAirRows.h"
 #include "platform/Folder.h"
 #include "platform/SoundSource.h"
@@ -88,12 +89,14 @@ void TellWhatStandsThere(Station& station, const std::string& file) {
 }
 
 // True when the element can be loaded; otherwise the row starts nothing and the reason is told.
-bool HasFile(Station& station, const std::string& file, int32_t code) {
-  if (!file.empty() && station.platform.soundFiles.Exists(file)) return true;
-  const bool marker = code == Element::kStartPlaylist || code == Element::kEndPlaylist;
+bool HasFile(Station& station, const OnAirElement& row) {
+  if (!row.file.empty() && station.platform.soundFiles.Exists(row.file)) return true;
+  const bool marker = row.code == Element::kStartPlaylist || row.code == Element::kEndPlaylist;
   if (marker) return false;
-  if (!file.empty()) TellWhatStandsThere(station, file);
-  station.events.Skip(code, file, file.empty() ? "empty" : "missing");
+  if (!row.file.empty()) TellWhatStandsThere(station, row.file);
+  const char* reason = row.file.empty() ? "empty" : "missing";
+  station.events.Skip(row.code, row.file, reason);
+  TellUnplayable(station, row, reason);
   return false;
 }
 
@@ -448,9 +451,12 @@ void PlayWave(Station& station, const OnAirElement& element) {
   try {
     if (element.code == Element::kStartPlaylist || element.code == Element::kEndPlaylist)
       ServePlaylistMarker(station, element);
-    if (!HasFile(station, element.file, element.code)) return;
+    if (!HasFile(station, element)) return;
     const MainTimerHold hold(station);
     PlayElement(station, {.row = element});
+  } catch (const SoundError&) {
+    LogCurrentException(station, kRoutine, "code " + std::to_string(element.code));
+    TellUnplayable(station, element, "unreadable");
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine, "code " + std::to_string(element.code));
   }

@@ -54,7 +54,13 @@ void Tell(HealthFigure& figure, const char* name, std::string state, std::string
   figure.severity = severity;
 }
 
-void TellOutput(HealthLine& line, const Station& station, int64_t nowMs, int langue) {
+// Of what a listener would notice: where no device plays there is none.
+HealthSeverity Noticed(const OutputFigures& output) {
+  return output.device && output.heard ? HealthSeverity::kHeard : HealthSeverity::kNote;
+}
+
+void TellOutput(HealthLine& line, const Station& station, const OutputFigures& output,
+                int64_t nowMs, int langue) {
   HealthFigure& figure = line.figures[HealthLine::kOutput];
   if (!station.engine.IsRunning)
     line.expectedSinceMs = -1;
@@ -70,8 +76,8 @@ void TellOutput(HealthLine& line, const Station& station, int64_t nowMs, int lan
                    std::to_string(std::lround(decibels))),
          emergency ? HealthSeverity::kNote : HealthSeverity::kGood, nowMs);
   } else if (line.expectedSinceMs >= 0 && nowMs - quietSinceMs >= kSilentAfterMs) {
-    Tell(figure, "HealthOutput", "silent", StateWord("HealthSilent", langue),
-         HealthSeverity::kHeard, nowMs);
+    Tell(figure, "HealthOutput", "silent", StateWord("HealthSilent", langue), Noticed(output),
+         nowMs);
     figure.sinceMs = quietSinceMs;
   } else {
     Tell(figure, "HealthOutput", "idle", StateWord("HealthIdle", langue), HealthSeverity::kGood,
@@ -90,7 +96,7 @@ void TellDropouts(HealthLine& line, const OutputFigures& output, int64_t nowMs, 
   if (first || more) figure.sinceMs = nowMs;
   if (more && !first) figure.state = "heard";
   const bool lately = figure.state == "heard" && nowMs - figure.sinceMs < kDropoutShownMs;
-  figure.severity = lately ? HealthSeverity::kHeard : HealthSeverity::kGood;
+  figure.severity = lately ? Noticed(output) : HealthSeverity::kGood;
 }
 
 void TellDevice(HealthLine& line, const Station& station, const OutputFigures& output,
@@ -99,7 +105,7 @@ void TellDevice(HealthLine& line, const Station& station, const OutputFigures& o
   const bool lost = started && !output.heard;
   Tell(line.figures[HealthLine::kDevice], "HealthDevice", lost ? "lost" : output.output,
        lost ? StateWord("HealthUnheard", langue) : output.output,
-       lost ? HealthSeverity::kHeard : HealthSeverity::kGood, nowMs);
+       lost || !output.device ? HealthSeverity::kNote : HealthSeverity::kGood, nowMs);
 }
 
 void TellDisk(HealthLine& line, int64_t freeBytes, int64_t nowMs, int langue) {
@@ -148,7 +154,7 @@ void NotePeaks(HealthLine& line, const OutputFigures& output, int64_t nowMs) {
 void UpdateHealth(HealthLine& line, const Station& station, const OutputFigures& output,
                   int64_t freeDiskBytes, int64_t nowMs, int langue) {
   const bool first = line.figures[HealthLine::kUnderruns].name[0] == '\0';
-  TellOutput(line, station, nowMs, langue);
+  TellOutput(line, station, output, nowMs, langue);
   TellDropouts(line, output, nowMs, first);
   TellDevice(line, station, output, nowMs, langue);
   TellDisk(line, freeDiskBytes, nowMs, langue);
@@ -156,8 +162,14 @@ void UpdateHealth(HealthLine& line, const Station& station, const OutputFigures&
   TellError(line, station, nowMs, langue);
 }
 
+bool UnheardOnAir(const Station& station, const OutputFigures& output) {
+  if (!station.engine.IsRunning) return false;
+  if (!output.device) return true;
+  return station.platform.sound.State() == OutputState::kStarted && !output.heard;
+}
+
 bool SilentOnAir(const HealthLine& line) {
-  return line.figures[HealthLine::kOutput].severity == HealthSeverity::kHeard;
+  return line.figures[HealthLine::kOutput].state == "silent";
 }
 
 std::string AgeText(int64_t ms, int langue) {

@@ -1,5 +1,5 @@
 // How the air fares, in six figures with their age: what a presenter looks at when something is
-// odd. Red is only what the listener could hear.
+// odd. Red is only what a listener could hear.
 #pragma once
 
 #include <array>
@@ -17,6 +17,7 @@ struct OutputFigures {
   uint64_t underruns = 0;             // since the beginning
   uint64_t lateFrames = 0;            // the same
   float peakLeft = 0, peakRight = 0;  // since the last question; full scale 1.0
+  bool device = true;                 // its way is a device, not a file or nowhere
 };
 
 enum class HealthSeverity { kGood, kNote, kHeard };
@@ -46,6 +47,9 @@ void UpdateHealth(HealthLine& line, const Station& station, const OutputFigures&
                   int64_t freeDiskBytes, int64_t nowMs, int langue);
 
 std::string AgeText(int64_t ms, int langue);  // "8 s", "3 min", "2 h", "4 d"
+// It runs, and no device takes the sound: there is none, it is lost, or a file or nothing was
+// chosen.
+bool UnheardOnAir(const Station& station, const OutputFigures& output);
 // It runs, and nothing that could be heard has left the output for some seconds.
 bool SilentOnAir(const HealthLine& line);
 

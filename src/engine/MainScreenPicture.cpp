@@ -12,7 +12,6 @@ namespace zemo {
 namespace {
 
 constexpr uint32_t kFeuArmed = 0x80C0FF;  // extract, voice track armed
-constexpr uint32_t kFeuOnAir = 255;       // voice track on air
 constexpr int kVoiceTrackPlays = -2;
 constexpr int32_t kEmptyBarMs = 5000;  // the progress bar begins here
 
@@ -30,7 +29,8 @@ MainScreen::Lamp LightOf(const EngineState& engine, bool even) {
             even && !over, kFeuArmed};
   }
   if (engine.VoiceTrackState == 0) return {};
-  return {"Voice Track", even, engine.VoiceTrackState == kVoiceTrackPlays ? kFeuOnAir : kFeuArmed};
+  return {"Voice Track", even,
+          engine.VoiceTrackState == kVoiceTrackPlays ? kLightOnAir : kFeuArmed};
 }
 
 MainScreen::Lamp JoystickOf(const EngineState& engine) {

@@ -10,8 +10,9 @@ namespace zemo {
 
 struct Station;
 
-inline constexpr uint32_t kLedOn = 65280;   // bright green
-inline constexpr uint32_t kLedOff = 32768;  // dark green
+inline constexpr uint32_t kLedOn = 65280;     // bright green
+inline constexpr uint32_t kLedOff = 32768;    // dark green
+inline constexpr uint32_t kLightOnAir = 255;  // of LblFeu: the voice track is heard
 
 struct MainScreen {
   struct Lamp {

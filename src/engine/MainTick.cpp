@@ -30,6 +30,7 @@
 #include "engine/TakeOvers.h"
 #include "engine/TickMoment.h"
 #include "engine/TimedStartStop.h"
+#include "engine/UnplayableRows.h"
 #include "engine/VoiceTrackOnAir.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
@@ -162,6 +163,7 @@ void StartNext(Station& station, const Moment& at) {
   if (!engine.IsRunning || !engine.StartNextNow || station.PL.Empty()) return;
   PutJinglesBefore(station, at);
   const OnAirElement played = PlayFirstRow(station);
+  if (!engine.StartNextNow) NoteRowSounds(station);
   station.notices.titleOnAir = TitleOf(played);
   if (played.AnnouncesExtracts()) engine.CheckExtrait = true;
   engine.ElementPositionMs = 0;

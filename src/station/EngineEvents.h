@@ -27,6 +27,8 @@ class EventSink {
  public:
   virtual ~EventSink() = default;
   virtual void OnEvent(const Event& event) = 0;
+  // A line of the error log on what an event of its own tells already.
+  virtual void OnNotice(const std::string& /*where*/, const std::string& /*text*/) {}
 };
 
 // One row of the broadcast report as it was written.
@@ -81,6 +83,9 @@ class EngineEvents {
   void System(const char* action, const std::string& value);  // shutdown, date
   void Output(const char* state);                             // open, start, stop, close
   void Error(const std::string& where, int number, const std::string& text);
+  void Notice(const std::string& where, const std::string& text) {
+    if (sink_) sink_->OnNotice(where, text);
+  }
   // The whole state; built by engine/StateDump.
   void State(Event event) { Send(std::move(event)); }
 

@@ -129,6 +129,12 @@ struct EngineState {
   Flag<bool> EmergencyOnAir{"EmergencyOnAir", false, observer};
   EmergencyState emergency;
 
+  // --- rows that cannot be played (writer: engine/UnplayableRows) ---
+  struct {
+    int rows = 0;     // since one sounded
+    int missing = 0;  // of them, whose file is missing
+  } unplayable;
+
   // --- the tick ---
   std::unique_ptr<LoopTimer> MainTimer;  // 100 ms; made by Form_Load
   int mainTimerHolds = 0;                // see MainTimerHold

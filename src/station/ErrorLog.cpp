@@ -44,6 +44,27 @@ void AppendToLog(Station& station, const std::string& line) {
   }
 }
 
+// `tell` gets the place and the text as they were logged.
+template <typename Tell>
+void LogLine(Station& station, const std::string& where, int number, const std::string& text,
+             int64_t withinMs, Tell tell) {
+  if (station.engine.errorLogRunning) return;
+  if (LoggedLately(station, where + "\t" + std::to_string(number) + "\t" + text, withinMs)) return;
+  Reporting reporting(station.engine.errorLogRunning);
+  try {
+    const LocalDateTime now = station.Now();
+    const std::string place = OneLine(where), fault = OneLine(text),
+                      digits = std::to_string(number);
+    AppendToLog(station,
+                DateText(now) + " " + TimeText(now) + "\t" + place + "\t" + digits + "\t" + fault);
+    station.notices.lastError =
+        TimeText(now) + "  ERR n° " + digits + " - " + place + " - " + fault + "  - ";
+    tell(place, fault);
+  } catch (const std::exception&) {
+    // Out of memory, or a listener that failed: the program goes on.
+  }
+}
+
 }  // namespace
 
 bool LoggedLately(Station& station, const std::string& fault, int64_t withinMs) {
@@ -58,22 +79,18 @@ bool LoggedLately(Station& station, const std::string& fault, int64_t withinMs) 
 }
 
 void LogError(Station& station, const std::string& where, int number, const std::string& text) {
-  if (station.engine.errorLogRunning) return;
   const int64_t withinMs = StoreError(number, text).MayPass() ? kSameOutageMs : kSameFaultMs;
-  if (LoggedLately(station, where + "\t" + std::to_string(number) + "\t" + text, withinMs)) return;
-  Reporting reporting(station.engine.errorLogRunning);
-  try {
-    const LocalDateTime now = station.Now();
-    const std::string place = OneLine(where), fault = OneLine(text),
-                      digits = std::to_string(number);
-    AppendToLog(station,
-                DateText(now) + " " + TimeText(now) + "\t" + place + "\t" + digits + "\t" + fault);
-    station.notices.lastError =
-        TimeText(now) + "  ERR n° " + digits + " - " + place + " - " + fault + "  - ";
-    station.events.Error(place, number, fault);
-  } catch (const std::exception&) {
-    // Out of memory, or a listener that failed: the program goes on.
-  }
+  LogLine(station, where, number, text, withinMs,
+          [&](const std::string& place, const std::string& fault) {
+            station.events.Error(place, number, fault);
+          });
+}
+
+void LogNotice(Station& station, const std::string& where, int number, const std::string& text) {
+  LogLine(station, where, number, text, kSameErrorMs,
+          [&](const std::string& place, const std::string& fault) {
+            station.events.Notice(place, fault);
+          });
 }
 
 void LogCurrentException(Station& station, const std::string& where, const std::string& detail) {

@@ -107,6 +107,11 @@ inline constexpr int kErrFile = 75;  // a file that cannot be read or written, o
 // base out of reach within a minute. Never throws; the program goes on.
 void LogError(Station& station, const std::string& where, int number, const std::string& text);
 
+// The same line in the log and on the screen of what an event of its own tells, as a row that is
+// passed over: no event "error" follows, but EngineEvents::Notice. The same again within a minute
+// is passed over.
+void LogNotice(Station& station, const std::string& where, int number, const std::string& text);
+
 // What fails at every turn is logged once in this time.
 inline constexpr int64_t kSameErrorMs = 60000;
 

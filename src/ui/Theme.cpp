@@ -113,7 +113,7 @@ QString StyleSheet(double unit, bool gradients) {
       background: #3b5a86; border-color: %FOCUS; }
     QPushButton:disabled, QToolButton:disabled, QComboBox:disabled, QCheckBox:disabled {
       color: #6d7784; background: %PANEL; }
-    QToolButton[alarm="true"]:checked { background: #3a2326; border: 2px solid %ONAIR; }
+    QToolButton[running="true"]:checked { background: #1f3a2d; border: 2px solid %GOOD; }
     QLineEdit, QSpinBox { background: #0d1014; }
     QSpinBox QLineEdit { border: none; padding: 0; }
     QComboBox QAbstractItemView { background: %PANEL; selection-background-color: #3b5a86; }
@@ -146,7 +146,7 @@ QString StyleSheet(double unit, bool gradients) {
       {"%FOCUS", kFocus.name()},
       {"%FACE", raised},
       {"%NEXT", QString::number(text + 2)},
-      {"%ONAIR", kOnAir.name()},
+      {"%GOOD", kGood.name()},
       {"%VPAD", QString::number(Px(unit, 4))},
       {"%PAD", QString::number(Px(unit, 9))},
       {"%BOX", QString::number(std::max(10, Px(unit, 14)))}};

@@ -123,6 +123,17 @@ TEST_F(ScreenFigures, TheEmergencyFolderOnAirIsANoteWithItsLevel) {
   EXPECT_FALSE(SilentOnAir(health));
 }
 
+TEST_F(ScreenFigures, WhereNoDevicePlaysNothingIsRed) {
+  on.station.engine.IsRunning = true;
+  const OutputFigures into{.output = "no output", .device = false};
+  UpdateHealth(health, on.station, into, 50'000'000'000, 1000, 1);
+  UpdateHealth(health, on.station, into, 50'000'000'000, 7000, 1);
+  EXPECT_TRUE(SilentOnAir(health));
+  for (const HealthFigure& figure : health.figures)
+    EXPECT_NE(figure.severity, HealthSeverity::kHeard) << figure.name;
+  EXPECT_EQ(Figure(HealthLine::kDevice).severity, HealthSeverity::kNote);
+}
+
 TEST_F(ScreenFigures, SilenceBeforeTheStartIsNoFault) {
   Tell(1000, 0.5F);
   Tell(90000);

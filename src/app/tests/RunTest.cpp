@@ -54,13 +54,95 @@ TEST_F(RunOnAir, AnElementIsALineAndPlaysToItsEndWhenTheTimeIsOver) {
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "");
   const auto lines = LinesOf(result.out);
-  ASSERT_EQ(lines.size(), 2u) << result.out;
+  ASSERT_EQ(lines.size(), 3u) << result.out;
   EXPECT_EQ(lines[0].substr(8), "  Artist 1  Title 1  00:03");
   EXPECT_EQ(lines[1].substr(8), "  stopping: what is on air plays to its end");
+  // Two seconds of the title, and what the output holds.
+  EXPECT_EQ(lines[2].substr(8, 15), "  the file is 2") << result.out;
+  EXPECT_NE(lines[2].find(" s longer than --for: what was on air has played to its end "
+                          "(--for-exactly cuts it)"),
+            std::string::npos)
+      << result.out;
   EXPECT_TRUE(std::all_of(result.out.begin(), result.out.end(),
                           [](unsigned char byte) { return byte >= 0x20 || byte == '\n'; }));
   EXPECT_GE(std::filesystem::file_size(root_ / "air.wav"), 3u * 44100 * 4);
   EXPECT_EQ(OnOff(), '0');
+}
+
+TEST_F(RunOnAir, ForExactlyCutsTheFileToTheFrameAndEndsInOrder) {
+  MakeStation({30}, true);
+  const Result result =
+      Run("run --station station --machine machine --output file:air.wav --for-exactly 2");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(LinesOf(result.out).size(), 1u) << result.out;
+  // The length of the samples stands in the four bytes behind "data".
+  const std::string air = ReadText(root_ / "air.wav");
+  const size_t data = air.find("data");
+  ASSERT_NE(data, std::string::npos);
+  EXPECT_EQ(air.size() - data - 8, 2u * 44100 * 4);
+  EXPECT_EQ(OnOff(), '0');
+  EXPECT_EQ(ReadText(root_ / "machine/ZemoPlay.Ini").substr(0, 7), "#FALSE#");
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT TITRE FROM Rapport'").out, "Title 1\n");
+}
+
+// Its element sounds, but has no row yet: that comes behind the overlap.
+TEST_F(RunOnAir, ForExactlyInsideAnOverlapHasTheRowOfTheElementThatBegan) {
+  MakeStation({6, 6}, true);
+  const Result result = Shell(
+      "sqlite3 station/Triskin.MDB 'UPDATE Discotheque SET POINTSORTIE = 5000'; "
+      "$zemoradio run --station station --machine machine --output file:air.wav --for-exactly 3");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, "");
+  const std::string air = ReadText(root_ / "air.wav");
+  ASSERT_NE(air.find("data"), std::string::npos);
+  EXPECT_EQ(air.size() - air.find("data") - 8, 3u * 44100 * 4);
+  EXPECT_EQ(LinesOf(result.out).size(), 2u) << result.out;  // elements
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT COUNT(*) FROM Rapport'").out, "2\n");
+  EXPECT_EQ(OnOff(), '0');
+}
+
+TEST_F(RunOnAir, ForExactlyWithoutAnythingToPlayIsAFileOfSilenceOfThatLength) {
+  const Result result =
+      Run("run --station station --machine machine --output file:air.wav --for-exactly 1");
+  EXPECT_EQ(result.status, 0);
+  const std::string air = ReadText(root_ / "air.wav");
+  ASSERT_NE(air.find("data"), std::string::npos);
+  EXPECT_EQ(air.size() - air.find("data") - 8, 44100u * 4);
+}
+
+TEST_F(RunOnAir, ARenderIsToTheFrameAsLongAsItsTime) {
+  MakeStation({30}, true);
+  const Result result = Run("render --station station --for 3 --audio air.wav --trace trace");
+  EXPECT_EQ(result.status, 0) << result.err;
+  const std::string air = ReadText(root_ / "air.wav");
+  ASSERT_NE(air.find("data"), std::string::npos);
+  EXPECT_EQ(air.size() - air.find("data") - 8, 3u * 44100 * 4);
+}
+
+TEST_F(RunOnAir, ForExactlyNeedsAFileAndNoOtherTime) {
+  for (const char* words :
+       {"--output null --for-exactly 1", "--for-exactly 1",
+        "--output file:a.wav --for 1 --for-exactly 1", "--output file:a.wav --for-exactly soon"}) {
+    const Result result = Run(std::string("run --station station --machine machine ") + words);
+    EXPECT_EQ(result.status, 2) << words;
+    ExpectOneError(result.err);
+  }
+}
+
+TEST_F(RunOnAir, ARowThatCannotBePlayedIsALineOnStandardErrorAndInTheLog) {
+  MakeStation({2}, true);
+  // A request passes over what is gone already; this one goes behind its back.
+  const Result result = Shell(
+      "sqlite3 station/Triskin.MDB \"UPDATE Discotheque SET FILENAME = '/gone/title1.wav'\"; "
+      "$zemoradio run --station station --machine machine --output null --for 2");
+  EXPECT_EQ(result.status, 0);
+  ExpectOneError(result.err);
+  EXPECT_NE(result.err.find("\"Artist 1  Title 1\" cannot be played, its file is missing: "
+                            "/gone/title1.wav; next: zemoradio check "),
+            std::string::npos)
+      << result.err;
+  EXPECT_NE(ReadText(root_ / "station/Messages.Txt").find("/gone/title1.wav"), std::string::npos);
 }
 
 TEST_F(RunOnAir, ATerminationStopsAndDrains) {

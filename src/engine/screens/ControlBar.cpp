@@ -83,7 +83,7 @@ ControlBar::ControlBar(Station& station, ControlBarOrders orders, Translation te
     AddToolbarButton(tools, button.button, button.key)
         ->setObjectName(QString::fromLatin1(button.name));
   }
-  toolbar_[static_cast<size_t>(Toolbar::kStart)]->setProperty("alarm", true);
+  toolbar_[static_cast<size_t>(Toolbar::kStart)]->setProperty("running", true);
   bar->addWidget(group);
   bar->addSpacing(6);
   CmdStop = AddButton(bar, "CmdStop", "F6", [this] { orders_.next(); });

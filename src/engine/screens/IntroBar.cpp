@@ -29,9 +29,7 @@ int IntroBar::FilledPercent() const {
 void IntroBar::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), Theme::kRaised);
-  // Colour 255, as 0xBBGGRR.
-  painter.fillRect(0, 0, width() * FilledPercent() / 100, height(),
-                   Theme::FromBgr(255).darker(130));
+  painter.fillRect(0, 0, width() * FilledPercent() / 100, height(), Theme::kIntro);
   painter.setFont(font());
   painter.setPen(Theme::kText);
   painter.drawText(rect(), Qt::AlignCenter, text_);

@@ -251,7 +251,7 @@ void OnAirWindow::Refresh() {
   const int64_t nowMs = NowMs();
   if (sources_.output) output_ = sources_.output();
   NotePeaks(health_, output_, nowMs);
-  header_->ShowStation(station_, now, SilentOnAir(health_));
+  header_->ShowStation(station_, now, output_, SilentOnAir(health_));
   header_->ShowNext(LookAhead(station_, now, pip_));
   const std::string& file = station_.platform.sound.FileName(station_.engine.CurrentChannel);
   header_->ShowWave(

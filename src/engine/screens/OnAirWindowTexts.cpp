@@ -126,6 +126,8 @@ constexpr Word kWords[] = {
     {"Stopped", {"ARRÊT", "STOPPED", "PARADO", "PARADO"}},
     {"SilentOnAir", {"SILENCE", "SILENCE", "SILÊNCIO", "SILENCIO"}},
     {"EmergencyOnAir", {"SECOURS", "EMERGENCY", "SOCORRO", "SOCORRO"}},
+    {"NoDevice", {"SANS CARTE", "NO DEVICE", "SEM PLACA", "SIN TARJETA"}},
+    {"NoDeviceTip", {"Personne ne l'entend : aucune carte ne prend le son (%1)", "Nobody hears it: no sound device takes the sound (%1)", "Ninguém ouve: nenhuma placa recebe o som (%1)", "Nadie lo oye: ninguna tarjeta toma el sonido (%1)"}},
     {"Draining", {"FIN...", "ENDING", "A ACABAR", "TERMINA"}},
     {"Next", {"SUIVANT", "NEXT", "SEGUINTE", "SIGUIENTE"}},
     {"Break", {"ÉCRAN", "BREAK", "BLOCO", "BLOQUE"}},

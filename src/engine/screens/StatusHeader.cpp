@@ -107,6 +107,9 @@ QWidget* StatusHeader::LeftZone() {
   lamp_->setObjectName(QStringLiteral("OnAirLamp"));
   lamp_->setAlignment(Qt::AlignCenter);
   lamp_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  lampReason_ = Line("OnAirLampReason");
+  lampReason_->setAlignment(Qt::AlignCenter);
+  lampReason_->hide();
   LblMode = Line("LblMode");
   LblMode->setAlignment(Qt::AlignCenter);
   LblDateTitre = Line("LblDateTitre");
@@ -114,9 +117,10 @@ QWidget* StatusHeader::LeftZone() {
   LblFeu = Light("LblFeu");
   LblIntro = Light("LblIntro");
   LblTopage = Light("LblTopage");
-  for (QWidget* widget : {static_cast<QWidget*>(lamp_), static_cast<QWidget*>(LblMode),
-                          static_cast<QWidget*>(LblDateTitre), static_cast<QWidget*>(LblFeu),
-                          static_cast<QWidget*>(LblIntro), static_cast<QWidget*>(LblTopage)})
+  for (QWidget* widget : {static_cast<QWidget*>(lamp_), static_cast<QWidget*>(lampReason_),
+                          static_cast<QWidget*>(LblMode), static_cast<QWidget*>(LblDateTitre),
+                          static_cast<QWidget*>(LblFeu), static_cast<QWidget*>(LblIntro),
+                          static_cast<QWidget*>(LblTopage)})
     layout->addWidget(widget);
   layout->addStretch();
   return zone;
@@ -237,6 +241,8 @@ void StatusHeader::Arrange(double unit) {
   using Theme::Type;
   lamp_->setFont(Type(unit, 26, true));
   lamp_->setFixedHeight(Px(unit, 42));
+  lampReason_->SetType(Type(unit, 14), 9);
+  lampReason_->SetColour(Theme::kNote);
   LblMode->SetType(Type(unit, 17), 9);
   LblDateTitre->SetType(Type(unit, 14), 9);
   LblDateTitre->SetColour(Theme::kNote);
@@ -267,18 +273,26 @@ void StatusHeader::Arrange(double unit) {
   }
 }
 
-void StatusHeader::ShowLamp(bool running, bool silent, bool emergency) {
+// Red only while a listener could hear it.
+void StatusHeader::ShowLamp(const Station& station, const OutputFigures& output, bool silent) {
   struct Look {
     const char* word;
     QColor ink, ground;
   };
-  const Look look = silent      ? Look{"SilentOnAir", Qt::black, Theme::kNote}
-                    : emergency ? Look{"EmergencyOnAir", Qt::black, Theme::kNote}
-                    : running   ? Look{"OnAir", Qt::white, Theme::kOnAir}
+  const bool unheard = UnheardOnAir(station, output);
+  const Look look = unheard  ? Look{"NoDevice", Qt::black, Theme::kNote}
+                    : silent ? Look{"SilentOnAir", Qt::black, Theme::kNote}
+                    : station.engine.EmergencyOnAir
+                        ? Look{"EmergencyOnAir", Qt::black, Theme::kNote}
+                    : station.engine.IsRunning ? Look{"OnAir", Qt::white, Theme::kOnAir}
                     : sounding_ ? Look{"Draining", Theme::kText, QColor(0x6b, 0x4a, 0x14)}
                                 : Look{"Stopped", Theme::kDim, Theme::kRaised};
   Put(lamp_, texts_.Word(look.word));
   Colour(lamp_, look.ink, look.ground, 4);
+  const QString tip = unheard ? texts_.Word("NoDeviceTip").arg(Text(output.output)) : QString();
+  if (lamp_->toolTip() != tip) lamp_->setToolTip(tip);
+  lampReason_->setVisible(unheard);
+  lampReason_->Show(unheard ? Text(output.output) : QString());
 }
 
 void StatusHeader::ShowLights(const MainScreen& screen) {
@@ -286,7 +300,8 @@ void StatusHeader::ShowLights(const MainScreen& screen) {
   LblDateTitre->Show(Text(screen.LblDateTitre));
   LblDateTitre->setVisible(!screen.LblDateTitre.empty());
   Put(LblFeu, Text(screen.LblFeu.text));
-  Colour(LblFeu, Qt::black, Theme::FromBgr(screen.LblFeu.colour), 3);
+  const bool voice = screen.LblFeu.colour == kLightOnAir;  // red is the lamp's alone
+  Colour(LblFeu, Qt::black, voice ? Theme::kVoiceTrack : Theme::FromBgr(screen.LblFeu.colour), 3);
   LblFeu->setVisible(screen.LblFeu.visible);
   Colour(LblIntro, Qt::black, Theme::kJingle, 3);
   LblIntro->setVisible(screen.LblIntro.visible);
@@ -315,9 +330,10 @@ void StatusHeader::ShowElement(const MainScreen& screen, uint32_t counterColour)
   VueIntro->Show(screen.VueIntro.visible, screen.VueIntro.elapsedSec, screen.VueIntro.lengthSec);
 }
 
-void StatusHeader::ShowStation(const Station& station, const LocalDateTime& now, bool silent) {
+void StatusHeader::ShowStation(const Station& station, const LocalDateTime& now,
+                               const OutputFigures& output, bool silent) {
   sounding_ = station.platform.sound.Sounds(0) || station.platform.sound.Sounds(1);
-  ShowLamp(station.engine.IsRunning, silent, station.engine.EmergencyOnAir);
+  ShowLamp(station, output, silent);
   const MainScreen screen = PictureOf(station);
   ShowLights(screen);
   ShowClock(screen, now);

@@ -31,7 +31,8 @@ class StatusHeader : public QFrame {
 
   // Each draws only what is another than before.
   // `silent`: running, and nothing has left the output for some seconds.
-  void ShowStation(const Station& station, const LocalDateTime& now, bool silent);
+  void ShowStation(const Station& station, const LocalDateTime& now, const OutputFigures& output,
+                   bool silent);
   void ShowNext(const NextUp& next);
   void ShowWave(const Station& station, std::shared_ptr<const WavePeaks> peaks);
   void ShowLevels(const OutputFigures& output, int64_t nowMs);
@@ -51,7 +52,7 @@ class StatusHeader : public QFrame {
   QWidget* LeftZone();
   QWidget* MiddleZone();
   QWidget* RightZone();
-  void ShowLamp(bool running, bool silent, bool emergency);
+  void ShowLamp(const Station& station, const OutputFigures& output, bool silent);
   void ShowLights(const MainScreen& screen);
   void ShowClock(const MainScreen& screen, const LocalDateTime& now);
   void ShowElement(const MainScreen& screen, uint32_t counterColour);
@@ -62,6 +63,7 @@ class StatusHeader : public QFrame {
   std::string introFile_;
 
   QLabel* lamp_;
+  FitLabel* lampReason_;  // where the sound goes, while no device takes it
   QLabel* hh_;
   QLabel* mn_;
   QLabel* ss_;

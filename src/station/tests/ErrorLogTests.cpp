@@ -45,6 +45,14 @@ TEST_F(ErrorLog, TellsTheErrorAsAnEvent) {
   EXPECT_EQ(fake.errors, std::vector<std::string>{"PlayWave/3163/field too small"});
 }
 
+TEST_F(ErrorLog, ANoticeIsALineOfTheLogAndOfTheScreenOnceAndNoErrorEvent) {
+  LogNotice(station, "PlayWave", 0, "x");
+  LogNotice(station, "PlayWave", 0, "x");
+  EXPECT_EQ(Log(), "21/11/2026 12:34:56\tPlayWave\t0\tx\r\n");
+  EXPECT_EQ(station.notices.lastError, "12:34:56  ERR n° 0 - PlayWave - x  - ");
+  EXPECT_TRUE(fake.errors.empty());
+}
+
 TEST_F(ErrorLog, KeepsATextOfSeveralLinesOnOne) {
   LogError(station, "A\tB", 1, "one\r\ntwo\nthree\tfour");
   EXPECT_EQ(Log(), "21/11/2026 12:34:56\tA B\t1\tone two three four\r\n");

@@ -6,6 +6,7 @@
 
 #include "engine/OperatorControls.h"
 #include "engine/screens/tests/ScreenFixture.h"
+#include "ui/Theme.h"
 
 namespace zemo::test {
 namespace {
@@ -119,6 +120,76 @@ TEST_F(OnAirRows, TheLampTellsOfASilentAir) {
   window->Observe();
   Draw();
   EXPECT_EQ(Text("OnAirLamp"), "SILENCE");
+}
+
+// Red, and its reason in amber, of what the output tells.
+TEST_F(OnAirRows, TheLampIsRedOnlyWhileADeviceTakesTheSound) {
+  OutputFigures output{.output = "card", .heard = true};
+  sources.output = [&output] { return output; };
+  OpenWith(3);
+  Click("Toolbar1_5");
+  Run(1000);
+  const auto lamp = [this] { return Find("OnAirLamp")->styleSheet(); };
+  EXPECT_TRUE(lamp().contains("#ffd92b2b")) << lamp().toStdString();
+  EXPECT_FALSE(Find("OnAirLampReason")->isVisible());
+  const OutputFigures unheard[] = {
+      {.output = "sound device lost (it is gone)"},
+      {.output = "no output", .device = false},
+      {.output = "file /air/of/today.wav", .heard = true, .device = false}};
+  for (const OutputFigures& one : unheard) {
+    output = one;
+    Draw();
+    EXPECT_EQ(Text("OnAirLamp"), "SANS CARTE");
+    EXPECT_TRUE(lamp().contains("#fff0b44a")) << lamp().toStdString();
+    EXPECT_TRUE(Find("OnAirLampReason")->isVisible());
+    EXPECT_EQ(Find("OnAirLamp")->toolTip().toStdString(),
+              "Personne ne l'entend : aucune carte ne prend le son (" + one.output + ")");
+  }
+  output = {.output = "card", .heard = true};
+  Draw();
+  EXPECT_EQ(Text("OnAirLamp"), "ANTENNE");
+  EXPECT_EQ(Find("OnAirLamp")->toolTip().toStdString(), "");
+}
+
+TEST_F(OnAirRows, TheLampWithoutADeviceFitsInEveryLanguage) {
+  sources.output = [] { return OutputFigures{.output = "no output", .device = false}; };
+  const std::pair<const char*, const char*> words[] = {
+      {"0", "SANS CARTE"}, {"1", "NO DEVICE"}, {"2", "SEM PLACA"}, {"3", "SIN TARJETA"}};
+  Loaded();
+  for (const auto& [langue, word] : words) {
+    on.Set("Langue", langue);
+    on.station.base.CheckCnf();
+    Open(800, 600);
+    on.station.engine.IsRunning = true;
+    Draw();
+    EXPECT_EQ(Text("OnAirLamp"), word);
+    EXPECT_EQ(Text("OnAirLampReason"), "no output");
+    auto* lamp = Find("OnAirLamp");
+    EXPECT_LE(lamp->fontMetrics().horizontalAdvance(QString::fromUtf8(word)), lamp->width());
+    KeepPicture(*window, std::string("no-device-") + langue);
+  }
+}
+
+TEST_F(OnAirRows, NothingElseOnTheScreenIsRedWhileATitleWithAnIntroductionPlaysUnheard) {
+  sources.output = [] { return OutputFigures{.output = "no output", .device = false}; };
+  Loaded();
+  on.AppendCard(on.AddCard({.lengthMs = 180000, .introSec = 14}));
+  Open();
+  Click("Toolbar1_5");
+  Run(8000);
+  window->Observe();
+  Draw();
+  ASSERT_TRUE(Find("VueIntro")->isVisible());
+  const QImage picture = window->grab().toImage();
+  int red = 0;
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x) {
+      const QColor colour = picture.pixelColor(x, y);
+      // The edge of an orange digit has more green.
+      if (colour == Theme::kHeard || (colour.red() > 150 && colour.green() < 80)) ++red;
+    }
+  EXPECT_EQ(red, 0);
+  KeepPicture(*window, "unheard-introduction");
 }
 
 TEST_F(OnAirRows, TheLampTellsOfTheEmergencyFolder) {

@@ -7,7 +7,7 @@ namespace zemo {
 
 void FileSink::Write(const int16_t* stereo, int frames) {
   try {
-    file_.Write(stereo, frames);
+    file_.Write(stereo, static_cast<int>(std::min<int64_t>(frames, mostFrames_ - file_.Frames())));
   } catch (const SoundError& error) {
     throw SoundError(std::string(error.what()) + ": the air goes on unrecorded");
   }

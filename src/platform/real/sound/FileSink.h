@@ -13,7 +13,9 @@ namespace zemo {
 class FileSink final : public AirSink {
  public:
   // Replaces the file; throws SoundError.
-  explicit FileSink(const std::string& path) : file_(path) {}
+  // What comes behind `mostFrames` is left out.
+  explicit FileSink(const std::string& path, int64_t mostFrames = SoundFileWriter::kUnbounded)
+      : mostFrames_(mostFrames), file_(path, mostFrames) {}
 
   void Write(const int16_t* stereo, int frames) override;
   void WriteLost(int64_t frames) override;
@@ -24,6 +26,7 @@ class FileSink final : public AirSink {
   static constexpr int kAheadFrames = 10 * kSampleRate;  // that a disk may rest; 2 MB
 
  private:
+  const int64_t mostFrames_;
   SoundFileWriter file_;
 };
 

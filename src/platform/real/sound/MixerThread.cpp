@@ -52,12 +52,12 @@ MixerThread::~MixerThread() {
   End();
 }
 
-void MixerThread::End() {
+void MixerThread::End(int64_t sinkFrames) {
   if (!thread_.joinable()) return;
   quit_.store(true, std::memory_order_release);
   wake_.Signal();
   thread_.join();
-  if (sink_ != nullptr) sink_->End();
+  if (sink_ != nullptr) sink_->End(sinkFrames);
 }
 
 bool MixerThread::Send(const MixerOrder& order) {

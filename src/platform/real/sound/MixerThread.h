@@ -69,7 +69,8 @@ class MixerThread {
   SinkThread* Sink() { return sink_.get(); }        // null without a sink
   std::atomic<uint64_t>& LateFrames() { return lateFrames_; }
   std::array<float, kChannels> TakePeaks();  // since the last call; full scale 1.0
-  void End();  // the mixing ends, and the sink gets all of it and is closed
+  // The mixing ends, and the sink gets all of it, with silence up to `sinkFrames`, and is closed.
+  void End(int64_t sinkFrames = 0);
 
  private:
   using Time = SteadyTime;

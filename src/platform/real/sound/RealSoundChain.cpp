@@ -49,8 +49,13 @@ void RealSoundChain::Poll() {
   TellLosses(kLossesToldEvery);
 }
 
-void RealSoundChain::End() {
-  mixer_->End();
+int64_t RealSoundChain::SinkFrames() const {
+  const SinkThread* sink = mixer_->Sink();
+  return sink == nullptr ? 0 : sink->Frames();
+}
+
+void RealSoundChain::End(int64_t sinkFrames) {
+  mixer_->End(sinkFrames);
   TellOutput();
   TellLosses(std::chrono::seconds{0});
 }
@@ -95,6 +100,7 @@ SoundHealth RealSoundChain::TakeHealth() {
   health.output = outputText_;
   DeviceThread* device = mixer_->Device();
   const SinkThread* sink = mixer_->Sink();
+  health.device = device != nullptr;
   health.heard = device != nullptr ? device->GetState() == DeviceThread::State::kRunning
                                    : sink != nullptr && sink->Takes();
   health.underruns = mixer_->Ring().Underruns();
@@ -251,7 +257,8 @@ std::unique_ptr<RealSoundChain> MakeRealSoundChain(SoundOpener& opener, const Ou
   const std::string unheard = "no output";
   switch (wanted.kind) {
     case OutputSpec::Kind::kFile:
-      return make({}, std::make_unique<FileSink>(wanted.name), "file " + wanted.name, false);
+      return make({}, std::make_unique<FileSink>(wanted.name, wanted.mostFrames),
+                  "file " + wanted.name, false);
     case OutputSpec::Kind::kNull:
       return make({}, nullptr, unheard, false);
     case OutputSpec::Kind::kDevice:

@@ -27,6 +27,7 @@ struct MixerOrder;
 struct SoundHealth {
   std::string output;  // what plays, in words
   bool heard = false;  // the output reaches a device or a file
+  bool device = true;  // its way is a device, not a file or nowhere
   // Times the output found too little to play, or its file was too slow to take it; since the
   // beginning.
   uint64_t underruns = 0;
@@ -53,8 +54,10 @@ class RealSoundChain final : public SoundChainBase {
   SoundHealth TakeHealth();
   // Another device, from the next opening of the output on; nothing where the output is none.
   void ChooseDevice(const std::string& key);
-  // The sound ends for good: what its sink has not taken yet it gets, and what fails is told.
-  void End();
+  // The sound ends for good: what its sink has not taken yet it gets, and silence up to
+  // `sinkFrames` of the air in all; what fails is told.
+  void End(int64_t sinkFrames = 0);
+  int64_t SinkFrames() const;  // of the air, given to the sink so far; 0 without one
 
  protected:
   void LoadSlot(int slot, const std::string& path, std::unique_ptr<SoundSource> source) override;

@@ -19,7 +19,9 @@ SinkThread::~SinkThread() {
 }
 
 void SinkThread::Take(const int16_t* stereo, int frames) {
-  if (!Takes() || frames <= 0) return;
+  if (frames <= 0) return;
+  given_.fetch_add(frames, std::memory_order_relaxed);
+  if (!Takes()) return;
   const uint64_t samples = static_cast<uint64_t>(frames) * kChannels;
   const uint64_t free = ring_.Free();
   const bool fits = missing_ == 0 ? free >= samples : free >= ring_.Capacity() / 2;
@@ -36,8 +38,9 @@ void SinkThread::Take(const int16_t* stereo, int frames) {
   wake_.Signal();
 }
 
-void SinkThread::End() {
+void SinkThread::End(int64_t frames) {
   if (!thread_.joinable()) return;
+  if (frames > Frames()) missing_ += static_cast<uint64_t>(frames - Frames());
   if (missing_ > 0) gaps_.Push({taken_, missing_});
   ended_.store(true, std::memory_order_release);
   wake_.Signal();

@@ -35,13 +35,14 @@ class SinkThread {
   bool Takes() const { return takes_.load(std::memory_order_acquire); }  // false once it failed
   uint64_t LostFrames() const { return lostFrames_.load(std::memory_order_relaxed); }
   uint64_t Gaps() const { return gapsBegun_.load(std::memory_order_relaxed); }
+  int64_t Frames() const { return given_.load(std::memory_order_relaxed); }  // taken and lost
   const std::string& Name() const { return name_; }
 
   // --- Logic's thread ---
   Notices& Told() { return notices_; }
-  // Once the mixer's thread is no more: the sink gets all that waits and is closed, however long
-  // that takes.
-  void End();
+  // Once the mixer's thread is no more: the sink gets all that waits, then silence until it had
+  // `frames` in all, and is closed, however long that takes.
+  void End(int64_t frames = 0);
 
  private:
   struct Gap {
@@ -60,6 +61,7 @@ class SinkThread {
   SpscRing<Gap> gaps_{kMostGaps};
   WakeUp wake_;
   Notices notices_;
+  std::atomic<int64_t> given_{0};
   std::atomic<uint64_t> lostFrames_{0};
   std::atomic<uint64_t> gapsBegun_{0};
   std::atomic<bool> takes_{true};

@@ -200,5 +200,30 @@ TEST(FileSink, WhatFailsIsOneLineForTheOperator) {
   }
 }
 
+TEST(SinkThread, SilenceFillsItUpToTheFramesAskedForAtItsEnd) {
+  HeldSink sink;
+  SinkThread thread(sink.Make());
+  Give(thread, 0, 5000);
+  EXPECT_EQ(thread.Frames(), 5000);
+  thread.End(7000);
+  EXPECT_EQ(sink.Written(), Joined(Frames(0, 5000), Lost(2000)));
+  EXPECT_EQ(thread.LostFrames(), 0u);
+}
+
+TEST(FileSink, LeavesOutWhatComesBehindItsMostFrames) {
+  const TestFolder folder;
+  const std::string path = folder.Path("cut.wav");
+  FileSink sink(path, 1500);
+  sink.Write(Frames(0, 1000).data(), 1000);
+  sink.Write(Frames(1000, 1000).data(), 1000);
+  sink.WriteLost(1000);
+  sink.Close();
+  SF_INFO info{};
+  SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+  ASSERT_NE(file, nullptr);
+  EXPECT_EQ(info.frames, 1500);
+  sf_close(file);
+}
+
 }  // namespace
 }  // namespace zemo
