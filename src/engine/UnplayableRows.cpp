@@ -25,15 +25,15 @@ std::string NextStep(const Station& station) {
 }  // namespace
 
 void TellUnplayable(Station& station, const OnAirElement& row, const std::string& reason) {
-  auto& unplayable = station.engine.unplayable;
-  if (unplayable.rows >= kWholeFolder) return;
-  ++unplayable.rows;
-  if (reason == "missing") ++unplayable.missing;
-  if (unplayable.rows < kWholeFolder)
+  int& rows = station.engine.unplayableRows;
+  if (rows >= kWholeFolder) return;
+  ++rows;
+  if (reason == "missing") ++station.engine.missingRows;
+  if (rows < kWholeFolder)
     return LogNotice(station, kPlace, kNotice,
                      '"' + Trim(TitleOf(row)) + "\" cannot be played, " + WhyNot(row.file, reason) +
                          NextStep(station));
-  const bool gone = unplayable.missing == kWholeFolder;
+  const bool gone = station.engine.missingRows == kWholeFolder;
   LogNotice(station, kPlace, kNotice,
             std::to_string(kWholeFolder) + " rows in a row cannot be played" +
                 (gone ? ": the folder of the sounds is gone or not mounted (" +
@@ -43,7 +43,7 @@ void TellUnplayable(Station& station, const OnAirElement& row, const std::string
 }
 
 void NoteRowSounds(Station& station) {
-  station.engine.unplayable = {};
+  station.engine.unplayableRows = station.engine.missingRows = 0;
 }
 
 }  // namespace zemo

@@ -211,10 +211,7 @@ void LibrarySearch::ScanSlice(Station& station, Scan& scan) {
 void LibrarySearch::Finish(Station& station, Scan scan) {
   BrowseRows& list = station.browse.ListRech;
   Stop();
-  if (scan.pass == Pass::kRepeat)
-    ShowInstead(list, scan);
-  else if (!scan.shown)
-    list.rows.clear();  // of an empty library
+  if (scan.pass == Pass::kRepeat) ShowInstead(list, scan);
   if (!scan.query.genre) station.engine.LastActivityTimer = station.Timer();
   if (list.sorted) BeginSort(list);
 }

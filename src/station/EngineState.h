@@ -125,15 +125,11 @@ struct EngineState {
   int64_t basePauseMs = 2000;  // up to the look behind it
   bool baseWasOpen = false;    // in this run; else what a start does with it is still to be done
 
-  // --- the emergency folder ---
   Flag<bool> EmergencyOnAir{"EmergencyOnAir", false, observer};
   EmergencyState emergency;
 
-  // --- rows that cannot be played (writer: engine/UnplayableRows) ---
-  struct {
-    int rows = 0;     // since one sounded
-    int missing = 0;  // of them, whose file is missing
-  } unplayable;
+  // Rows that could not be played since one sounded, and those of them whose file is missing.
+  int unplayableRows = 0, missingRows = 0;
 
   // --- the tick ---
   std::unique_ptr<LoopTimer> MainTimer;  // 100 ms; made by Form_Load

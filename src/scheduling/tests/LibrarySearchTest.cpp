@@ -73,17 +73,6 @@ TEST_F(Search, ALibraryOfJustOneSliceEndsToo) {
   EXPECT_EQ(Found(), 3000U);
 }
 
-TEST_F(Search, AnEmptiedLibraryLeavesNothingInTheList) {
-  Cards(10);
-  Begin("ARTIST");
-  Rest();
-  EXPECT_EQ(Found(), 10U);
-  on.Sql("DELETE FROM Discotheque");
-  Begin("ARTIST");
-  Rest();
-  EXPECT_EQ(Found(), 0U);
-}
-
 TEST_F(Search, WhatIsKnownAnswersAtOnceWhileNothingWasWritten) {
   Cards(15000);
   Begin("ARTIST 1500");

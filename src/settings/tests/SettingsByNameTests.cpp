@@ -74,12 +74,14 @@ TEST_F(SettingsByName, TakeWhatHangsOnThemWithThem) {
 
 TEST_F(SettingsByName, ThatHangTogetherAreStoredTogetherOrNotAtAll) {
   SetTo("CheckInstrumental", "1");
+  SetTo("SpinOptimise", "55");
   for (const char* column : {"HOptimise", "PubAvecTopH", "Instrumental"}) {
     on.Native(std::string("CREATE TRIGGER full BEFORE UPDATE ON Cnf WHEN NEW.") + column +
               " <> OLD." + column + " BEGIN SELECT RAISE(ABORT, 'no room'); END");
     EXPECT_THROW(SetTo("CheckPubToph", "1"), StoreError) << column;
     EXPECT_EQ(Stored("PubAvecTopH"), "0") << column;
     EXPECT_EQ(Stored("Instrumental"), "1") << column;
+    EXPECT_EQ(Stored("HOptimise"), "55") << column;
     on.Native("DROP TRIGGER full");
     Load();  // the screen as it is stored
   }
