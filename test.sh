@@ -24,13 +24,14 @@ build() {
 }
 
 # check PRESET LABELS TARGET...: builds the targets and runs the tests whose label matches the
-# expression LABELS, all tests when it is empty.
+# expression LABELS, all tests when it is empty. One more at once than there are cores: those that
+# wait for a lock or a device leave theirs idle.
 check() {
   local preset="$1" labels="$2"
   shift 2
   build "$preset" "$@"
   ctest --test-dir "build/$preset" ${labels:+--label-regex "$labels"} --no-tests=error \
-    --output-on-failure --parallel "$jobs"
+    --output-on-failure --parallel "$((jobs + 1))"
 }
 
 # Tells file and line of whatever is laid out in another way.

@@ -32,12 +32,13 @@ std::vector<ScriptOrder> ParseScript(std::string_view text, const LocalDateTime&
     std::string_view line = text.substr(0, text.find('\n'));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
     if (line.ends_with('\r')) line.remove_suffix(1);
-    const OrderWords split = SplitWords(line);
-    if (split.words.empty()) continue;
-
     const auto fail = [&](const std::string& why) {
       throw ScriptError(fileName + ":" + std::to_string(number) + ": " + why);
     };
+    if (line.find('\0') != std::string_view::npos) fail("a zero character: this is no text");
+    const OrderWords split = SplitWords(line);
+    if (split.words.empty()) continue;
+
     const auto utcMs = ReadTime(split.words[0], lineUtcMs);
     if (!utcMs) fail("'" + split.words[0] + "' is no time");
     if (split.words.size() < 2) fail("no order behind the time");

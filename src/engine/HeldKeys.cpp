@@ -1,5 +1,6 @@
 #include "engine/HeldKeys.h"
 
+#include "engine/OperatorControls.h"
 #include "engine/OverlayButton.h"
 #include "engine/StartStop.h"
 #include "engine/TickMoment.h"
@@ -39,10 +40,7 @@ void ServeKeys(Station& station, const Moment& at) {
   ForgetSilentKey(station);
   const Keyboard& keyboard = station.platform.keyboard;
   if (!keyboard.MainScreenActive() || !engine.HotKeysArmed) return;
-  if (keyboard.Held(kKeyNumPad0)) {
-    engine.NextRequested = true;
-    engine.FittingActive = false;
-  }
+  if (keyboard.Held(kKeyNumPad0)) OnAir::AskForNext(station);
   if (keyboard.Held(kKeySpace)) ServeSpaceKey(station, at);
   for (const EngineLists::Shortcut& shortcut : station.lists.Touches) {
     const auto key = static_cast<int>(Val(shortcut.Touche));

@@ -23,6 +23,7 @@
 #include "engine/HeldKeys.h"
 #include "engine/HourPip.h"
 #include "engine/ListUpkeep.h"
+#include "engine/NextUp.h"
 #include "engine/OperatorControls.h"
 #include "engine/ScreenSaver.h"
 #include "engine/StartStop.h"
@@ -64,10 +65,10 @@ void ServeSatelliteButton(Station& station) {
 // In live mode the first break of the day's grid that is still to come.
 std::string NextBreakText(const Station& station, const Moment& at) {
   const DayGrid& grid = station.GPubJour;
-  for (int row = 1; row < grid.RowCount(); ++row)
-    if (grid.Cell(row, 0) > at.hourMinute)
-      return grid.Cell(row, 0) + " >> " + grid.Cell(row, 2) + " - " + grid.Cell(row, 1);
-  return {};
+  const int row = NextBreakRow(grid, at.hourMinute);
+  if (row == 0) return {};
+  return grid.Cell(row, GridCol::kMoment) + " >> " + grid.Cell(row, GridCol::kType) + " - " +
+         grid.Cell(row, GridCol::kLength);
 }
 
 void TellDay(Station& station, const Moment& at) {

@@ -36,18 +36,15 @@ void FindElement(const Station& station, const LocalDateTime& now, NextUp& next)
 
 void FindBreak(const Station& station, const LocalDateTime& now, NextUp& next) {
   if (station.engine.OptionDirect) return;  // no break comes then
-  const std::string minute = TimeText(now).substr(0, 5);
   const DayGrid& grid = station.GPubJour;
-  for (int row = 1; row < grid.RowCount(); ++row) {
-    const std::string& moment = grid.Cell(row, GridCol::kMoment);
-    if (moment <= minute) continue;
-    next.breakAt = moment;
-    next.breakIsSpots = grid.Cell(row, GridCol::kType) == "Pubs";
-    next.breakLength = grid.Cell(row, GridCol::kLength);
-    const int atSec = ValInt(moment) * kHourSec + ValInt(std::string_view(moment).substr(3)) * 60;
-    next.breakInSec = atSec - SecondOfDay(now);
-    return;
-  }
+  const int row = NextBreakRow(grid, TimeText(now).substr(0, 5));
+  if (row == 0) return;
+  const std::string& moment = grid.Cell(row, GridCol::kMoment);
+  next.breakAt = moment;
+  next.breakIsSpots = grid.Cell(row, GridCol::kType) == "Pubs";
+  next.breakLength = grid.Cell(row, GridCol::kLength);
+  const int atSec = ValInt(moment) * kHourSec + ValInt(std::string_view(moment).substr(3)) * 60;
+  next.breakInSec = atSec - SecondOfDay(now);
 }
 
 void FindPipTime(const LocalDateTime& now, NextUp& next) {
@@ -56,6 +53,12 @@ void FindPipTime(const LocalDateTime& now, NextUp& next) {
 }
 
 }  // namespace
+
+int NextBreakRow(const DayGrid& grid, const std::string& minute) {
+  for (int row = 1; row < grid.RowCount(); ++row)
+    if (grid.Cell(row, GridCol::kMoment) > minute) return row;
+  return 0;
+}
 
 int64_t MsToNextStart(const EngineState& engine) {
   return std::max<int64_t>(

@@ -8,6 +8,7 @@
 
 namespace zemo {
 
+class DayGrid;
 struct EngineState;
 struct Station;
 
@@ -27,6 +28,9 @@ struct NextUp {
 
 // Until the first row of PL takes the air, as it is heard; 0 behind the exit point.
 int64_t MsToNextStart(const EngineState& engine);
+
+// The first row of the day's grid behind that minute, "hh:mm"; 0: none for the rest of the day.
+int NextBreakRow(const DayGrid& grid, const std::string& minute);
 
 // Looks only at the state, never at the base; `pipAtNextHour` is what FindPip said.
 NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour);

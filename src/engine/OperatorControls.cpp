@@ -164,10 +164,14 @@ void OnAir::ReturnToAutomatic(Station& station) {
   SetAutomatic(station, true);
 }
 
-void OnAir::CmdStop_Click(Station& station) {
-  OnAir::RecordActivity(station);
+void OnAir::AskForNext(Station& station) {
   station.engine.NextRequested = true;
   station.engine.FittingActive = false;
+}
+
+void OnAir::CmdStop_Click(Station& station) {
+  OnAir::RecordActivity(station);
+  AskForNext(station);
 }
 
 void OnAir::CmdRequette_Click(Station& station) {

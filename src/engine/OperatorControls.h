@@ -23,7 +23,8 @@ void RecordActivity(Station& station);
 
 // The live mode opens on music, with the stored lists as they are now.
 void Toolbar_ButtonClick(Station& station, Toolbar button);
-void CmdStop_Click(Station& station);  // "Next" while running
+void AskForNext(Station& station);     // the element on air gives way; a fitting that waits ends
+void CmdStop_Click(Station& station);  // the same by the button "Next", while running
 void CmdRequette_Click(Station& station);
 void CmdMarqueurExtrait_Click(Station& station,
                               int selectedRow);  // 0: nothing selected, at the end

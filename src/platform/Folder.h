@@ -38,6 +38,8 @@ class Folder {
   // this way.
   virtual void WriteDurably(std::string_view name, std::string_view bytes) = 0;
   virtual void AppendDurably(std::string_view name, std::string_view bytes) = 0;
+  // As WriteDurably, and nobody but the file's owner may read it.
+  virtual void WriteSecret(std::string_view name, std::string_view bytes) = 0;
   // Overwrites bytes from `offset` on (0 is the first) and leaves all others; makes the file.
   virtual void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) = 0;
   virtual void Remove(std::string_view name) = 0;  // nothing when absent

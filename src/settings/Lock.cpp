@@ -17,8 +17,9 @@ void Save(Station& station, const std::string& password) {
   EngineLists& lists = station.lists;
   lists.Password = password;
   lists.Locked = !password.empty();
-  WriteSideFileDurably(station.platform.machineFolder, station.files.ZemoPasseWord,
-                       BoolField(lists.Locked) + "," + QuotedField(password) + "\r\n");
+  station.platform.machineFolder.WriteSecret(
+      station.files.ZemoPasseWord,
+      EncodeSideFile(BoolField(lists.Locked) + "," + QuotedField(password) + "\r\n"));
 }
 
 // The machine's own, else one for all machines of the station.

@@ -18,8 +18,8 @@ struct Words {
 };
 
 constexpr Words kLabel = {"Mot de passe", "Password", "Palavra-passe", "Código secreto"};
-// The English one asks for the new password where it means the present one, and so do the others.
-constexpr Words kEnter = {"Entrez le mot de passe", "New Password", "Nova palavra-passe",
+// The last two ask for the new password where they mean the present one.
+constexpr Words kEnter = {"Entrez le mot de passe", "Enter the password", "Nova palavra-passe",
                           "Nuevo código secreto"};
 constexpr Words kNew = {"Nouveau mot de passe", "New Password", "Escrever nova palavra-passe",
                         "Escribir nuevo código secreto"};

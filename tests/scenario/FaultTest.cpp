@@ -214,6 +214,20 @@ TEST_F(Fault, BaseLockedWhollyDoesNotDelayTheNextStart) {
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "3");
 }
 
+// Begun at 100 ms, six seconds of each before its own exit point; the setting's 1600 ms would give
+// 14500 for the third.
+TEST_F(Fault, ATitleWhoseCardCannotBeReadGivesWayAtTheExitPointOfItsRow) {
+  for (int i = 0; i < 3; ++i) on.AppendCard(on.AddCard({.lengthMs = 10000, .exitMs = 4000}));
+  on.station.base.Db().Waiting().LetEachWait(0);
+  on.Start();
+  on.RunUntil(5000);
+  BaseLock other(on.station.base.Path(), "BEGIN EXCLUSIVE");
+  on.RunUntil(13000);
+  ASSERT_EQ(Plays(on), 3) << on.Describe();
+  EXPECT_EQ(on.Starts()[1].atMs, 6100);
+  EXPECT_EQ(on.Starts()[2].atMs, 12100);
+}
+
 // None of them is opened; each is told as what it is, and the next title sounds.
 TEST_F(Fault, APipeAFolderAndADeviceInThePlaceOfASoundFileAreToldAsWhatTheyAre) {
   const std::string pipe = on.stationDir.Path() + "/pipe.wav";

@@ -81,6 +81,9 @@ class FaultyFolder : public LocalFolder {
   void WriteDurably(std::string_view name, std::string_view bytes) override {
     CountWrite(), durable.emplace_back(name), LocalFolder::WriteDurably(name, bytes);
   }
+  void WriteSecret(std::string_view name, std::string_view bytes) override {
+    CountWrite(), durable.emplace_back(name), LocalFolder::WriteSecret(name, bytes);
+  }
   void AppendDurably(std::string_view name, std::string_view bytes) override {
     CountWrite(), LocalFolder::AppendDurably(name, bytes);
   }

@@ -163,6 +163,8 @@ TEST(Script, AnErrorNamesTheUnknownOrderOrSaysWhatWasExpected) {
             "insert extract [ROW]");
   EXPECT_EQ(ErrorOf("10:00 start"), "s.txt:1: '10:00' is no time");
   EXPECT_EQ(ErrorOf("start"), "s.txt:1: 'start' is no time");
+  EXPECT_EQ(ErrorOf(std::string("10:00:00 start\n\0\1", 17)),
+            "s.txt:2: a zero character: this is no text");
   EXPECT_EQ(ErrorOf("+1s start"), "s.txt:1: '+1s' is no time");
   EXPECT_EQ(ErrorOf("10:00:00"), "s.txt:1: no order behind the time");
 }

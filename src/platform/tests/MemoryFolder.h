@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,7 +26,8 @@ class MemoryFolder : public Folder {
   bool readsFail = false;
   bool writesFail = false;
   int writes = 0;
-  int durableWrites = 0;  // of these, those that were to be durable
+  int durableWrites = 0;            // of these, those that were to be durable
+  std::set<std::string> secrets{};  // names that were written for their owner alone
 
   const std::string& Path() const override { return path_; }
   std::string PathOf(std::string_view name) const override {
@@ -44,6 +46,10 @@ class MemoryFolder : public Folder {
   void WriteDurably(std::string_view name, std::string_view bytes) override {
     Write(name, bytes);
     ++durableWrites;
+  }
+  void WriteSecret(std::string_view name, std::string_view bytes) override {
+    WriteDurably(name, bytes);
+    secrets.insert(std::string(name));
   }
   void AppendDurably(std::string_view name, std::string_view bytes) override {
     Append(name, bytes);

@@ -87,7 +87,8 @@ TEST_F(LockDialogue, SpeaksTheLanguageOfTheStation) {
     const char* box;
     const char* asksNew;
   } cases[] = {
-      {"1", "New Password", "Password", " Delete password for disable protection ", "New Password"},
+      {"1", "Enter the password", "Password", " Delete password for disable protection ",
+       "New Password"},
       {"2", "Nova palavra-passe", "Palavra-passe",
        " Apague a palavra-passe para desactivar a protecção ", "Escrever nova palavra-passe"},
       {"3", "Nuevo código secreto", "Código secreto",

@@ -96,6 +96,7 @@ TEST_F(Lock, WithAPasswordIsStoredInPlainTextAtOnce) {
   LoadSavePassword(station, "Save", password);
   EXPECT_TRUE(lists.Locked);
   EXPECT_EQ(MachineFile("ZemoPasseWord.Ini"), "#TRUE#,\"s\xE9same, ouvre-\"\"toi\"\"\"\r\n");
+  EXPECT_TRUE(fake.machineFolder.secrets.contains("ZemoPasseWord.Ini"));
   lists.Locked = false;
   lists.Password.clear();
   std::string read;

@@ -58,6 +58,10 @@ void LocalFolder::AppendDurably(std::string_view name, std::string_view bytes) {
   AppendToFileDurably(ToWrite(name), bytes, disk_);
 }
 
+void LocalFolder::WriteSecret(std::string_view name, std::string_view bytes) {
+  ReplaceSecretFile(ToWrite(name), bytes, disk_);
+}
+
 void LocalFolder::PutBytes(std::string_view name, int64_t offset, std::string_view bytes) {
   PutIntoFile(ToWrite(name), offset, bytes);
 }

@@ -27,6 +27,7 @@ class LocalFolder : public Folder {
   void Append(std::string_view name, std::string_view bytes) override;
   void WriteDurably(std::string_view name, std::string_view bytes) override;
   void AppendDurably(std::string_view name, std::string_view bytes) override;
+  void WriteSecret(std::string_view name, std::string_view bytes) override;
   void PutBytes(std::string_view name, int64_t offset, std::string_view bytes) override;
   void Remove(std::string_view name) override;
   void Rename(std::string_view from, std::string_view to) override;

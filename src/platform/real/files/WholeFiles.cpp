@@ -105,7 +105,9 @@ void SyncFolderOf(const std::string& path, const DiskSync& disk) {
 }
 
 // Without `disk` nothing waits for it.
-void Replace(const std::string& path, std::string_view bytes, const DiskSync* disk) {
+// `mode` of the new file, whatever an old one has; without one the old file's, or the usual one.
+void Replace(const std::string& path, std::string_view bytes, const DiskSync* disk,
+             std::optional<mode_t> mode = std::nullopt) {
   const std::string target = BehindLinks(path);
   struct stat status;
   const bool existed = ::stat(target.c_str(), &status) == 0;
@@ -113,10 +115,11 @@ void Replace(const std::string& path, std::string_view bytes, const DiskSync* di
   if (existed && !S_ISREG(status.st_mode)) throw FileError(path + ": not a regular file");
   const std::string temporary = TemporaryBeside(target);
   try {
-    Descriptor file(temporary, O_WRONLY | O_CREAT | O_TRUNC, kNewFileMode);
+    Descriptor file(temporary, O_WRONLY | O_CREAT | O_TRUNC, mode.value_or(kNewFileMode));
     if (file.OpenReason() != 0) Fail(path, file.OpenReason());
     file.WriteAll(bytes);
-    if (existed && fchmod(file.Number(), status.st_mode & 07777) != 0) Fail(path, errno);
+    if (existed && !mode) mode = status.st_mode & 07777;
+    if (mode && fchmod(file.Number(), *mode) != 0) Fail(path, errno);
     if (disk) Sync(*disk, file.Number(), path);
     file.Close();
     if (::rename(temporary.c_str(), target.c_str()) != 0) Fail(path, errno);
@@ -184,6 +187,10 @@ void ReplaceWholeFile(const std::string& path, std::string_view bytes) {
 void ReplaceWholeFileDurably(const std::string& path, std::string_view bytes,
                              const DiskSync& disk) {
   Replace(path, bytes, &disk);
+}
+
+void ReplaceSecretFile(const std::string& path, std::string_view bytes, const DiskSync& disk) {
+  Replace(path, bytes, &disk, S_IRUSR | S_IWUSR);
 }
 
 void AppendToFile(const std::string& path, std::string_view bytes) {

@@ -43,6 +43,10 @@ void ReplaceWholeFile(const std::string& path, std::string_view bytes);
 void ReplaceWholeFileDurably(const std::string& path, std::string_view bytes,
                              const DiskSync& disk = kDiskSync);
 
+// The same, and nobody but its owner may read it.
+void ReplaceSecretFile(const std::string& path, std::string_view bytes,
+                       const DiskSync& disk = kDiskSync);
+
 void AppendToFile(const std::string& path, std::string_view bytes);
 // The same, on the disk once it has come back; after an error they may be there all the same.
 void AppendToFileDurably(const std::string& path, std::string_view bytes,

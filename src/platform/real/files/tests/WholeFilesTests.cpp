@@ -62,6 +62,21 @@ TEST_F(WholeFiles, KeepTheirPermissionsWhenReplaced) {
   EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
+TEST_F(WholeFiles, ThatAreSecretAreTheirOwnersAlone) {
+  for (const mode_t before : {mode_t{0644}, mode_t{0}}) {
+    const std::string path = folder / (before ? "open" : "none");
+    if (before) {
+      folder.Put("open", "old");
+      ASSERT_EQ(chmod(path.c_str(), before), 0);
+    }
+    ReplaceSecretFile(path, "word");
+    struct stat status;
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0600u) << path;
+    EXPECT_EQ(folder.Get(before ? "open" : "none"), "word");
+  }
+}
+
 TEST_F(WholeFiles, ALinkStaysAndItsTargetIsReplaced) {
   folder.Put("real/a", "old");
   std::filesystem::create_symlink(folder / "real/a", folder / "link");
