@@ -106,15 +106,16 @@ class KillRun {
       ++made_;
       ++figures_[met].kills;
       pending_.push_back(met);
-      Judge();
+      Judge(air_->Heard());
       const auto heardMs = GoOnAir();
       if (heardMs)
         figures_[met].onAirMs.push_back(*heardMs);
       else if (++figures_[met].notOnAir; !Mend())
         return false;
     }
+    const bool heard = air_->Heard();
     air_.reset();
-    Judge();
+    Judge(heard);
     return true;
   }
 
@@ -149,7 +150,7 @@ class KillRun {
   bool Mend() {
     if (++idleStarts_ > kMostIdleStarts) return false;
     air_->Kill();
-    Judge();
+    Judge(air_->Heard());
     if (old_) JudgeUpgrade();
     return GoOnAir().has_value();
   }
@@ -165,7 +166,7 @@ class KillRun {
   // A new start on a base that has the work before it.
   Work KillInStart(Work aim) {
     air_->Kill();
-    Judge();
+    Judge(air_->Heard());
     if (aim == kCompaction) PutLastCompactage(1);
     if (aim == kUpgrade) MakeOld();
     std::filesystem::remove(EngineSign());
@@ -217,8 +218,9 @@ class KillRun {
     return onAir ? kElsewhere : kStart;
   }
 
-  // Once the program is dead. A death that left no base is judged by what the next start makes.
-  void Judge() {
+  // Once the program is dead, which was heard or not. A death that left no base is judged by what
+  // the next start makes.
+  void Judge(bool heard) {
     const Verdict verdict = killed_.Check();
     if (!verdict.judged) return;
     if (!verdict.fault.empty() || verdict.lost > 0)
@@ -230,7 +232,7 @@ class KillRun {
     last.lost += verdict.lost;
     last.twice += verdict.twice;
     pending_.clear();
-    if (old_ && air_->Heard() && verdict.fault.empty()) JudgeUpgrade();
+    if (old_ && heard && verdict.fault.empty()) JudgeUpgrade();
     RenewNewBase();
   }
 
