@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Runs clang-tidy over the program's sources (not its tests), by the set in .clang-tidy.
 
-    tests/lint/tidy.py build/release [--all]
+    cmake --preset tidy && tests/lint/tidy.py build/tidy [--all]
 
 A file that was clean is not looked at again before it, a header of ours below it, its compile command, the
-set or the tool changes; build/.../tidy remembers. What was changed last comes first, and the first finding
+set or the tool changes; build/tidy/tidy remembers. What was changed last comes first, and the first finding
 ends the run, unless --all asks for every one.
 """
 

@@ -72,17 +72,17 @@ TEST_F(Transition, TheIncomingElementsPositionCountsDuringTheOverlap) {
 // The wait takes the 2 s of the buffers, and one more with short jingles: then the fade ends first.
 TEST_F(Transition, ShortJinglesWaitASecondMore) {
   for (const char* shortJingles : {"0", "1"}) {
-    TestStation on;
-    on.Load();
-    on.Set("FadeOut", "5000");
-    on.Set("JingleCourt", shortJingles);
-    on.AppendCard(on.AddCard({.lengthMs = 60000, .exitMs = 6000}));
-    on.AppendCard(on.AddCard({.lengthMs = 2500}));
-    on.Start();
-    on.RunUntil(60000);
-    ASSERT_EQ(on.Starts().size(), 2U) << on.Describe();
-    EXPECT_EQ(on.Starts()[1].atMs, 54100);
-    EXPECT_EQ(on.Events("onair")[1].atMs, *shortJingles == '1' ? 56600 : 56100);
+    TestStation own;
+    own.Load();
+    own.Set("FadeOut", "5000");
+    own.Set("JingleCourt", shortJingles);
+    own.AppendCard(own.AddCard({.lengthMs = 60000, .exitMs = 6000}));
+    own.AppendCard(own.AddCard({.lengthMs = 2500}));
+    own.Start();
+    own.RunUntil(60000);
+    ASSERT_EQ(own.Starts().size(), 2U) << own.Describe();
+    EXPECT_EQ(own.Starts()[1].atMs, 54100);
+    EXPECT_EQ(own.Events("onair")[1].atMs, *shortJingles == '1' ? 56600 : 56100);
   }
 }
 
