@@ -18,12 +18,8 @@ function(zemo_headers name)
 endfunction()
 
 # Test code itself is not optimised: compiling it costs more than running it, and what it tests is
-# compiled as its preset says. Nor is it watched for null, misaligned and wrongly typed pointers, which
-# takes as long as the rest of its compiling; the address sanitizer watches it as it does the program.
+# compiled as its preset says.
 set(ZEMO_TEST_OPTIONS -O0 -g1)
-if(ZEMO_SANITIZE MATCHES "undefined")
-  list(APPEND ZEMO_TEST_OPTIONS -fno-sanitize=null,alignment,vptr)
-endif()
 
 zemo_headers(zemo_headers HEADERS ${ZEMO_COMMON_HEADERS})
 zemo_headers(zemo_test_headers OPTIONS ${ZEMO_TEST_OPTIONS} DEPENDS GTest::gtest
