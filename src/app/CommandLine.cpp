@@ -3,6 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
+#include <numeric>
+#include <set>
+#include <utility>
+#include <vector>
 
 namespace zemo {
 
@@ -25,6 +29,55 @@ void RequireNames(const CLI::App& app) {
   for (const CLI::App* command : app.get_subcommands()) RequireNames(*command);
 }
 
+// Letters to put in, take out or exchange to make the one of the other.
+size_t Distance(const std::string& from, const std::string& to) {
+  std::vector<size_t> row(to.size() + 1);
+  std::iota(row.begin(), row.end(), size_t{0});
+  for (size_t i = 0; i < from.size(); ++i) {
+    size_t diagonal = std::exchange(row[0], i + 1);
+    for (size_t j = 0; j < to.size(); ++j) {
+      const size_t exchanged = diagonal + (from[i] == to[j] ? 0 : 1);
+      diagonal = std::exchange(row[j + 1], std::min({exchanged, row[j] + 1, row[j + 1] + 1}));
+    }
+  }
+  return row.back();
+}
+
+// The option or command that was meant; empty where none is near.
+std::string Nearest(const std::string& word, const CLI::App& app) {
+  constexpr size_t kNear = 2;
+  std::vector<std::string> names;
+  for (const CLI::App* level :
+       {&app, app.get_subcommands().empty() ? &app : app.get_subcommands().front()}) {
+    for (const CLI::Option* option : level->get_options()) names.push_back(option->get_name());
+    for (const CLI::App* command : level->get_subcommands({})) names.push_back(command->get_name());
+  }
+  const auto best = std::min_element(names.begin(), names.end(), [&](auto& a, auto& b) {
+    return Distance(word, a) < Distance(word, b);
+  });
+  return best != names.end() && Distance(word, *best) <= kNear ? *best : std::string();
+}
+
+std::string WithHint(const CLI::ExtrasError& error, const CLI::App& app) {
+  const std::vector<std::string> unknown = app.remaining(true);
+  const std::string meant = unknown.empty() ? std::string() : Nearest(unknown.front(), app);
+  return OneLine(error.what()) + (meant.empty() ? "" : "; did you mean " + meant + "?");
+}
+
+// The bare program's options in front of a command would have no effect, but for those that all
+// share.
+void RequireOwnOptions(const CLI::App& app) {
+  if (app.get_subcommands().empty()) return;
+  const std::set<std::string> shared = {"--station", "--machine", "--output"};
+  const std::string command = app.get_subcommands().front()->get_name();
+  for (const CLI::Option* option : app.get_options()) {
+    const std::string name = option->get_name();
+    if (option->count() > 0 && shared.count(name) == 0)
+      throw UsageError(name + " stands behind its command: zemoradio " + command + " " + name +
+                       " ...");
+  }
+}
+
 // Shows what was asked for, and says whether there is more to do.
 bool Parse(CLI::App& app, int argc, const char* const* argv) {
   try {
@@ -32,6 +85,8 @@ bool Parse(CLI::App& app, int argc, const char* const* argv) {
   } catch (const CLI::Success& shown) {
     app.exit(shown, std::cout, std::cerr);
     return false;
+  } catch (const CLI::ExtrasError& error) {
+    throw UsageError(WithHint(error, app));
   } catch (const CLI::ParseError& error) {
     throw UsageError(OneLine(error.what()));
   }
@@ -55,6 +110,7 @@ std::optional<std::function<int()>> ParseCommandLine(int argc, const char* const
   }
   if (!Parse(app, argc, argv)) return std::nullopt;
   RequireNames(app);
+  RequireOwnOptions(app);
   const CLI::App* chosen = app.get_subcommands().empty() ? &app : app.get_subcommands().front();
   const auto asked = std::find_if(prepared.begin(), prepared.end(),
                                   [chosen](const auto& one) { return one.first == chosen; });

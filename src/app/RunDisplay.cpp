@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "app/ErrorLine.h"
 #include "platform/Clock.h"
@@ -17,6 +18,7 @@ namespace zemo {
 
 namespace {
 constexpr std::string_view kEraseLine = "\r\033[K";
+constexpr int64_t kLastingSilenceMs = 3000;
 constexpr int kUsualWidth = 80;  // columns, where the terminal does not tell
 
 int Width(int terminal) {
@@ -44,8 +46,12 @@ RunDisplay::RunDisplay(int output) : output_(output), terminal_(isatty(output) !
 void RunDisplay::OnEvent(const Event& event) {
   if (event.name == "start") {
     const std::string title = Trim(TextOf(event, "title"));
-    const std::string shown = title.empty() ? TextOf(event, "file") : title;
-    ShowLine(shown + "  " + FormatDuration(NumberOf(event, "length_ms")));
+    title_ = title.empty() ? TextOf(event, "file") : title;
+    ShowLine(title_ + "  " + FormatDuration(NumberOf(event, "length_ms")));
+  } else if (event.name == "silence") {
+    const bool begins = TextOf(event, "state") == "begin";
+    silentSinceMs_ = begins && station_ ? station_->platform.clock.MonotonicMs() : -1;
+    if (!begins && std::exchange(silenceTold_, false)) ShowLine("sound again");
   } else if (event.name == "end" && station_) {
     heardUntilMs_ = station_->platform.clock.MonotonicMs() +
                     static_cast<int64_t>(station_->engine.BufferOffsetSec * 1000);
@@ -72,8 +78,17 @@ void RunDisplay::ShowLine(std::string_view text) {
     Write(std::string(kEraseLine) + line + status_);
 }
 
+// Between two elements it may be silent for a moment.
+void RunDisplay::TellSilence() {
+  if (silentSinceMs_ < 0 || silenceTold_ ||
+      station_->platform.clock.MonotonicMs() - silentSinceMs_ < kLastingSilenceMs)
+    return;
+  silenceTold_ = true;
+  ShowLine("silence on air");
+}
+
 void RunDisplay::ShowStatus() {
-  if (!terminal_) return;
+  if (!terminal_) return TellSilence();
   status_ = FirstCharacters(Printable(StatusText()), Width(output_) - 1);
   Write(std::string(kEraseLine) + status_);
 }
@@ -94,7 +109,7 @@ std::string RunDisplay::StatusText() const {
   if (!station_->engine.IsRunning) text += "  stopping";
   const int64_t remainingMs = RemainingMs();
   if (remainingMs > 0)
-    text += "  -" + FormatDuration(remainingMs) + "  " + station_->notices.titleOnAir;
+    text += "  -" + FormatDuration(remainingMs) + "  " + title_;
   else
     text += "  silence";
   if (!station_->PL.Empty()) {

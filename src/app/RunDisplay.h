@@ -1,5 +1,6 @@
 // What a run without a screen shows: a line for each element that starts, for faults and for rows
-// that cannot be played, and on a terminal a status line that is rewritten in place.
+// that cannot be played, and on a terminal a status line that is rewritten in place; elsewhere a
+// silence that lasts is a line, and so is its end.
 #pragma once
 
 #include <cstdint>
@@ -22,12 +23,13 @@ class RunDisplay : public EventSink {
 
   void OnEvent(const Event& event) override;
   void OnNotice(const std::string& where, const std::string& text) override;
-  void ShowStatus();                      // once a second; nothing without a terminal
+  void ShowStatus();                      // once a second
   void ShowLine(std::string_view text);   // with the time of the station's clock in front
   void ShowFault(std::string_view text);  // on standard error
   void Finish();                          // takes the status line away
 
  private:
+  void TellSilence();
   int64_t RemainingMs() const;  // of what is heard; 0 in silence
   std::string StatusText() const;
   void Write(const std::string& text) const;
@@ -35,8 +37,11 @@ class RunDisplay : public EventSink {
   const Station* station_ = nullptr;
   int output_;
   bool terminal_;
-  int64_t heardUntilMs_ = 0;  // monotonic: what was read into the buffers is heard until then
-  std::string status_;        // as it stands on the terminal; empty: none does
+  int64_t heardUntilMs_ = 0;    // monotonic: what was read into the buffers is heard until then
+  std::string title_;           // of the element that began last
+  int64_t silentSinceMs_ = -1;  // monotonic; -1: something sounds, or nothing has to
+  bool silenceTold_ = false;
+  std::string status_;  // as it stands on the terminal; empty: none does
 };
 
 }  // namespace zemo

@@ -342,5 +342,19 @@ TEST(CommandLine, WrongWordsOfACampaignAreRefused) {
             "--cross: '2026-01-01 07:15' is no 'WEEKDAY hh:mm' with 1 for Monday to 7");
 }
 
+TEST(CommandLine, AWordThatIsNearlyAnOptionOrACommandIsNamedWithIt) {
+  EXPECT_NE(ErrorOf({"simulate", "--statoin", "x"}).find("did you mean --station?"),
+            std::string::npos);
+  EXPECT_NE(ErrorOf({"simulat"}).find("did you mean simulate?"), std::string::npos);
+  EXPECT_EQ(ErrorOf({"simulate", "--elephant"}).find("did you mean"), std::string::npos);
+}
+
+TEST(CommandLine, AnOptionOfTheScreenInFrontOfACommandIsRefusedAndAFolderIsNot) {
+  EXPECT_EQ(ErrorOf({"--for", "10", "run"}),
+            "--for stands behind its command: zemoradio run --for ...");
+  EXPECT_EQ(ErrorOf({"--station", "somewhere", "run"}), "");
+  EXPECT_EQ(ErrorOf({"--machine", "somewhere", "simulate"}), "");
+}
+
 }  // namespace
 }  // namespace zemo

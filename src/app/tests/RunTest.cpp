@@ -200,6 +200,12 @@ TEST_F(RunOnAir, OnATerminalTheStatusLineIsRewrittenInPlace) {
   EXPECT_NE(result.out.find("  Artist 1  Title 1"), std::string::npos) << result.out;
 }
 
+TEST_F(RunOnAir, WithoutATerminalASilenceThatLastsIsALine) {
+  const Result result = Run("run --station station --machine machine --output null --for 5");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.out.find("  silence on air\n"), std::string::npos) << result.out;
+}
+
 TEST_F(RunOnAir, AReaderThatLeavesDoesNotEndTheAir) {
   MakeStation({2}, true);
   const Result result = Shell(
