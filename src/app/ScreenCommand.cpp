@@ -108,13 +108,20 @@ int OpenScreen(const AirOptions& options) {
   RealStation real(folders.station, folders.machine, WantedOutput(options, folders.machine),
                    machine.Parts(), Tell);
   Station& station = real.station;
+  // Known as soon as the base is open: the start has something to say by itself.
+  machine.messages.SetLanguage([&station] {
+    try {
+      return station.base.IsOpen() ? static_cast<int>(station.base.CnfInt(Cnf::kLangue)) : 0;
+    } catch (const std::exception&) {
+      return 0;  // what cannot be read may be what the box tells
+    }
+  });
   if (!OnAir::Form_Load(station)) {
     machine.messages.WaitUntilRead();
     return 1;
   }
 
   machine.application.onException = [&station] { LogCurrentException(station, "FrmZemo"); };
-  machine.messages.SetLanguage(static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
 
   WaveformReader waveforms(std::make_unique<SoundFileOpener>(), folders.machine + "/Peaks");
   ForecastProcess forecast(QCoreApplication::applicationFilePath().toStdString(), folders.station,

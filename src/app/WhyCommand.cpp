@@ -14,6 +14,7 @@
 #include "scheduling/ChoiceLog.h"
 #include "scheduling/TitleEligibility.h"
 #include "station/IsoMoments.h"
+#include "station/OperatorWords.h"
 
 namespace zemo {
 
@@ -23,6 +24,7 @@ using Json = nlohmann::ordered_json;
 
 // The choices of a simulation are all of them: a busy week's are 5 MB.
 constexpr int64_t kMostSimulatedBytes = int64_t{64} << 20;
+constexpr int kEnglish = 1;  // the language of the commands
 
 std::string WhenText(const TitleReason& reason) {
   if (!reason.after.empty()) return reason.after;
@@ -44,7 +46,8 @@ void TellTitle(const TitleAnswer& answer, std::ostream& out) {
   out << "  card " << answer.code << ": " << answer.artist << " - " << answer.title << " ("
       << answer.genre << ", " << answer.variety << "), " << IsoMoment(answer.at) << "\n";
   for (const TitleReason& reason : answer.reasons)
-    out << "  " << reason.test << ": " << reason.words << "; " << WhenText(reason) << "\n";
+    out << "  " << reason.test << ": " << RefusalInWords(reason.words, kEnglish) << "; "
+        << WhenText(reason) << "\n";
   if (!answer.MayPlay()) out << "it may play: " << WhenAllText(answer) << "\n";
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/Moments.h"
+#include "station/OperatorWords.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -22,6 +23,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 constexpr double kSecond = 1.0 / 86400;
+constexpr int kEnglish = 1;  // the language of the commands
 
 // A request, and the one of its titles that is asked about.
 struct Choice {
@@ -140,14 +142,14 @@ void TellRequest(const Choice& choice, std::ostream& out) {
   const Json& request = choice.request;
   const auto number = [&](const char* name) { return NumberText(request, name); };
   const LocalDateTime at = FromDateSerial(MomentOf(request));
-  out << "  by the " << WordText(request, "kind") << " request of " << LongDateText(at, 1) << ", "
-      << TimeText(at) << ", for " << number("minutes") << " minutes\n";
+  out << "  by the " << WordText(request, "kind") << " request of " << LongDateText(at, kEnglish)
+      << ", " << TimeText(at) << ", for " << number("minutes") << " minutes\n";
   out << "  " << number("candidates") << " cards of its query, " << number("offered")
       << " offered, " << number("refused") << " refused by the rules\n";
   TellTaken(choice, out);
   const Json refusals = request.value("refusals", Json::array());
   for (const Json& line : refusals)
-    out << "  refused: " << OneLine(line.get<std::string>()) << "\n";
+    out << "  refused: " << OneLine(RefusalInWords(line.get<std::string>(), kEnglish)) << "\n";
   const int more = request.value("refused", 0) - static_cast<int>(refusals.size());
   if (more > 0) out << "  and " << more << " more\n";
 }

@@ -53,6 +53,7 @@ void OnAir::OpenGridForInsertion(Station& station) {
 bool OnAir::BtnCopyPub_Click(Station& station, int gridRow, int selectedRow) {
   OnAir::RecordActivity(station);
   const bool there = HasRow(station, gridRow);
+  const ListOrder order(station);
   if (!station.gridFrame.forInsertion) {
     if (there) InsertSpotBreak(station, gridRow);
     return there;

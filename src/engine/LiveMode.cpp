@@ -199,6 +199,7 @@ bool OnAir::DropBrowseRows(Station& station, const std::vector<int>& browseRows,
         Buttons::kOk);
     return false;
   }
+  const ListOrder order(station);
   station.PL.InsertAll(row < 1 ? station.PL.Count() + 1 : row, ElementsOf(station, browseRows));
   RefreshPlanTimes(station);
   return true;

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "engine/ElementOnAir.h"
+#include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -60,6 +61,7 @@ void DrawLights(MainScreen& screen, const Station& station, const LocalDateTime&
   const bool even = now.second % 2 == 0;
   screen.LblTopage = {"Topage", even && engine.TopagePending, 0};
   screen.LblFeu = LightOf(engine, even);
+  screen.voiceTrackHeard = !engine.CheckExtrait && engine.VoiceTrackState == kVoiceTrackPlays;
   screen.LblIntro = {engine.IntroOverlayLabel, even && engine.IntroOverlayPending, 0};
   if (engine.IntroShown && engine.IntroLengthSec > 0)
     screen.VueIntro = {true, IntroElapsedSec(engine, SecondsSinceMidnight(now)),
@@ -87,9 +89,10 @@ void DrawControls(MainScreen& screen, const Station& station) {
 
 void DrawFoot(MainScreen& screen, const Station& station) {
   const ScreenNotices& notices = station.notices;
-  screen.HHTot = notices.listTotalSec / 3600;
-  screen.MnTot = notices.listTotalSec / 60 % 60;
-  screen.SSTot = notices.listTotalSec % 60;
+  const int32_t totalSec = ListTotalSec(station);
+  screen.HHTot = totalSec / 3600;
+  screen.MnTot = totalSec / 60 % 60;
+  screen.SSTot = totalSec % 60;
   screen.LblOffsetBuffers =
       Formatted("%g '' de buffers", static_cast<double>(station.engine.BufferOffsetSec));
   if (notices.cycleMs) screen.LblMaxPlayInfo = HoursMinutesText(*notices.cycleMs);

@@ -30,6 +30,7 @@ struct MainScreen {
   std::string LblLongueur, PSortie;
   int VuMettrePercent = 0;  // progress bar
   Lamp LblTopage, LblFeu, LblIntro;
+  bool voiceTrackHeard = false;  // LblFeu tells of it
   struct {
     bool visible = false;
     int32_t elapsedSec = 0;

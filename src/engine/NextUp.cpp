@@ -1,6 +1,7 @@
 #include "engine/NextUp.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "library/OnAirRows.h"
 #include "station/Station.h"
@@ -13,9 +14,17 @@ namespace {
 
 constexpr int kHourSec = 3600;
 constexpr int64_t kDayMs = 24LL * kHourSec * 1000;
+constexpr int64_t kSamePlanMs = 2000;
 
 int SecondOfDay(const LocalDateTime& now) {
   return now.hour * kHourSec + now.minute * 60 + now.second;
+}
+
+// The moment that the list shows, where it is the same but for the second that ticks between.
+int64_t PlannedStart(const OnAirElement& row, int64_t reckonedMs) {
+  const auto plannedMs = static_cast<int64_t>(row.plannedMs.value_or(-kDayMs));
+  const bool same = std::abs(plannedMs - reckonedMs) < kSamePlanMs;
+  return (same ? plannedMs : reckonedMs) % kDayMs;
 }
 
 void FindElement(const Station& station, const LocalDateTime& now, NextUp& next) {
@@ -31,7 +40,7 @@ void FindElement(const Station& station, const LocalDateTime& now, NextUp& next)
   next.elementTitle = TitleOf(*row);
   const EngineState& engine = station.engine;
   if (!engine.IsRunning) return;
-  next.elementAt = ClockText((SecondOfDay(now) * 1000LL + MsToNextStart(engine)) % kDayMs);
+  next.elementAt = ClockText(PlannedStart(*row, SecondOfDay(now) * 1000LL + MsToNextStart(engine)));
 }
 
 void FindBreak(const Station& station, const LocalDateTime& now, NextUp& next) {

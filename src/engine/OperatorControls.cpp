@@ -13,6 +13,7 @@
 #include "scheduling/PercentageRequest.h"
 #include "scheduling/SkeletonDialogue.h"
 #include "settings/SideFiles.h"
+#include "station/OperatorWords.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -105,14 +106,16 @@ bool ValidRow(const Station& station, int row) {
   return row >= 1 && row <= station.PL.Count();
 }
 
-// Asks first; the row itself goes in any case.
-void DeleteVoiceTrackRecord(Station& station, const OnAirElement& row) {
+// Asks first; the row itself goes in any case. True when the record has gone.
+bool DeleteVoiceTrackRecord(Station& station, const OnAirElement& row) {
   const std::string question = "Delete Voice Track \n" + row.secondLine;
-  if (station.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes) return;
+  if (station.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes)
+    return false;
   Transaction transaction(station.base.Db());
   station.base.Db().Execute("DELETE * FROM VT WHERE Code = ?", {row.voiceTrack});
   transaction.Commit();
   if (station.platform.soundFiles.Exists(row.file)) station.platform.soundFiles.Remove(row.file);
+  return true;
 }
 
 void CheckStartStop(Station& station, bool on) {
@@ -176,14 +179,14 @@ void OnAir::CmdStop_Click(Station& station) {
 
 void OnAir::CmdRequette_Click(Station& station) {
   OnAir::RecordActivity(station);
-  if (station.storedList.open)
-    Skeleton::Open(station);
-  else
-    AutomaticRequest(station);
+  if (station.storedList.open) return Skeleton::Open(station);
+  const ListOrder order(station);
+  AutomaticRequest(station);
 }
 
 void OnAir::CmdMarqueurExtrait_Click(Station& station, int selectedRow) {
   OnAir::RecordActivity(station);
+  const ListOrder order(station);
   if (ValidRow(station, selectedRow))
     station.PL.Insert(selectedRow, BeginExtractRow());
   else
@@ -227,6 +230,7 @@ bool OnAir::DropFromLibrary(Station& station, BrowseList list, int32_t code, int
   OnAir::RecordActivity(station);
   std::optional<OnAirElement> element = OnAir::RowFromLibrary(station, list, code);
   if (!element) return false;
+  const ListOrder order(station);
   if (row < 1)
     station.PL.Add(std::move(*element));
   else
@@ -245,20 +249,23 @@ int32_t OnAir::CardOfRow(const Station& station, int row) {
   return opens ? station.PL.Row(row).code : 0;
 }
 
-std::vector<std::string> OnAir::PrintedList(const Station& station) {
+std::vector<std::string> OnAir::PrintedList(Station& station) {
+  const int langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
   std::vector<std::string> lines;
   for (const OnAirRow& row : station.PL)
     lines.push_back(ColumnText(row, Col::kPlanned) + "  " + ColumnText(row, Col::kLength) + "  " +
-                    TitleOf(row));
+                    TitleInWords(row.code, TitleOf(row), langue));
   return lines;
 }
 
 void OnAir::PL_DragDrop(Station& station, int fromRow, int toRow) {
   OnAir::RecordActivity(station);
   if (!ValidRow(station, fromRow)) return;
+  ListOrder order(station);
+  const int64_t key = station.PL.Row(fromRow).key;
   OnAirElement element = station.PL.Row(fromRow).AsElement();
   station.PL.Remove(fromRow);
-  station.PL.Insert(toRow, std::move(element));
+  order.Moved(key, station.PL.Insert(toRow, std::move(element)).key);
   RefreshPlanTimes(station);
 }
 
@@ -270,15 +277,18 @@ void OnAir::PL_KeyDelete(Station& station, int row) {
   OnAir::RecordActivity(station);
   if (!ValidRow(station, row)) return;
   const int64_t key = station.PL.Row(row).key;
+  bool recordGone = false;
   if (OnAir::DeletingAsks(station, row)) {
     try {
       const OnAirElement deleted = station.PL.Row(row).AsElement();  // writing can take rows off
-      DeleteVoiceTrackRecord(station, deleted);
+      recordGone = DeleteVoiceTrackRecord(station, deleted);
     } catch (const std::exception&) {
       LogCurrentException(station, "PL");
     }
   }
   // The question can have let the tick take rows off the head.
+  ListOrder order(station);
+  if (recordGone) order.Forget(key);
   if (const int now = station.PL.RowOfKey(key); now > 0) station.PL.Remove(now);
   RefreshPlanTimes(station);
 }
@@ -286,6 +296,7 @@ void OnAir::PL_KeyDelete(Station& station, int row) {
 void OnAir::PL_RightClick(Station& station, int row) {
   OnAir::RecordActivity(station);
   if (!ValidRow(station, row)) return;
+  const ListOrder order(station);
   station.PL.Remove(row);
   RefreshPlanTimes(station);
 }

@@ -42,7 +42,7 @@ void PL_MouseDown(Station& station);  // the list got the mouse
 // CODE of the card that the row opens, as column 6 has it; 0: there is no such row, or the lists
 // are locked.
 int32_t CardOfRow(const Station& station, int row);
-std::vector<std::string> PrintedList(const Station& station);  // a row a line
+std::vector<std::string> PrintedList(Station& station);  // a row a line, in the station's language
 void PL_DragDrop(Station& station, int fromRow, int toRow);
 bool DeletingAsks(const Station& station, int row);  // a voice track's row
 void PL_KeyDelete(Station& station, int row);        // the Delete key

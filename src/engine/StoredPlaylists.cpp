@@ -139,13 +139,15 @@ void SaveRows(Station& station, int32_t listCode) {
   }
 }
 
-// Head and rows together or neither: what cannot be stored leaves the former list whole.
-void SaveList(Station& station) {
+// Head and rows together or neither: what cannot be stored leaves the former list whole. False for
+// a new list that gets no head.
+bool SaveList(Station& station) {
   Transaction transaction(station.base.Db());
   const int32_t code = SaveHead(station);
   if (code != 0) SaveRows(station, code);
   transaction.Commit();
   if (code != 0) station.storedList.LblCodePL = code;
+  return code != 0;
 }
 
 // Deletes the records of the voice tracks of a list that goes. Their sound files.
@@ -212,6 +214,7 @@ void OnAir::ComboPLS_Click(Station& station) {
   if (!item) return;
   try {
     const auto playlist = station.base.Table("Playlist");
+    const ListOrder order(station, ListOrder::Panel::kChanges);
     if (!SeekCode(*playlist, item->data)) return;
     const std::vector<OnAirElement> rows =
         OnAir::StoredRows(station, static_cast<int32_t>(playlist->Int("CODE")), true);
@@ -261,12 +264,23 @@ void OnAir::LblDate_RightClick(Station& station) {
   station.storedList.LblDate = kEveryDay;
 }
 
-void OnAir::BtnSauve_Click(Station& station) {
+OnAir::ListDoubt OnAir::DoubtOf(const StoredListEditor& editor) {
+  const StoredListEditor neutral;
+  const bool noTime = editor.ChHeure.empty() || editor.ChHeure == neutral.ChHeure;
+  const bool noDate = editor.LblDate.empty() || editor.LblDate == neutral.LblDate;
+  if (noTime && noDate) return ListDoubt::kNoMoment;
+  if (!IsClockTime(editor.ChHeure)) return ListDoubt::kNoTime;
+  const bool date = editor.LblDate == kEveryDay || !DateKeyOfText(editor.LblDate).empty();
+  return date ? ListDoubt::kNone : ListDoubt::kNoDate;
+}
+
+bool OnAir::BtnSauve_Click(Station& station) {
   station.storedList.saving = true;
   station.platform.loop.Yield();
   const MainTimerHold hold(station);
+  bool saved = false;
   try {
-    SaveList(station);
+    saved = SaveList(station);
     OnAir::LoadPlaylist(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnSauve",
@@ -274,10 +288,12 @@ void OnAir::BtnSauve_Click(Station& station) {
                                                           : "the list is not stored");
   }
   station.storedList.saving = false;
+  return saved;
 }
 
 void OnAir::BtnNew_Click(Station& station) {
   StoredListEditor& editor = station.storedList;
+  const ListOrder order(station, ListOrder::Panel::kChanges);
   station.PL.Clear();
   editor.LblDate = "JJ/MM/ANNE";
   editor.ChHeure = "hh:mn";

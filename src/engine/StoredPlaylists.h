@@ -7,6 +7,7 @@
 
 #include "platform/Clock.h"
 #include "station/OnAirList.h"
+#include "station/OperatorFrames.h"
 
 namespace zemo {
 
@@ -24,9 +25,13 @@ void ChHeure_Change(Station& station, const std::string& time);  // plans the ro
 void OptPls_Click(Station& station, int option);                 // "ON", "ON-P", "OFF", "OFF-P"
 void PickListDay(Station& station, const LocalDateTime& day);    // in LblDate's calendar
 void LblDate_RightClick(Station& station);                       // every day
+// What keeps the panel's list from going on air at its moment.
+enum class ListDoubt { kNone, kNoTime, kNoDate, kNoMoment };  // kNoMoment: neither stands there
+ListDoubt DoubtOf(const StoredListEditor& editor);
 // Saves PL under the panel's fields, head and rows in one transaction. A row that the base refuses
-// is logged and left out; with a base out of reach the former list stays whole, which is logged.
-void BtnSauve_Click(Station& station);
+// is logged and left out; with a base out of reach the former list stays whole, which is logged:
+// false.
+bool BtnSauve_Click(Station& station);
 void BtnNew_Click(Station& station);
 
 // The rows of a stored list as they go to PL, each rebuilt from its library record; one whose

@@ -60,9 +60,12 @@ bool LargeLibrary(Station& station) {
 bool LongEnough(Station& station) {
   const std::string& typed = station.browse.Rech;
   const int shortest = kShortestText + (LargeLibrary(station) ? 1 : 0);
+  station.browse.charactersWanted = 0;
   if (CharacterCount(Trim(typed)) >= shortest) return true;
   station.browse.ListRech.rows.clear();
-  return typed == kEverything;
+  if (typed == kEverything) return true;
+  station.browse.charactersWanted = shortest;
+  return false;
 }
 
 // How the finds of a scan come into the list.

@@ -88,6 +88,7 @@ bool Skeleton::MnuDay_Click(Station& station, int day) {
 }
 
 void Skeleton::BtnOk_Click(Station& station) {
+  const ListOrder order(station);
   station.base.CheckCnf();
   const int minutes = station.requests.SkeletonDialog.SpinMinutes;
   RequestFrame frame(station, "dialog");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "station/OnAirElement.h"
@@ -29,8 +30,9 @@ class OnAirList {
   void Remove(int row);
   void SwapElements(int row, int other);  // the keys stay where they are
   void Clear() { rows_.clear(); }         // the key counter runs on
-  std::vector<int32_t> Codes() const;     // of every row
-  int RowOfKey(int64_t key) const;        // 0 when it has gone
+  void Restore(std::vector<OnAirRow> rows) { rows_ = std::move(rows); }  // with the keys they had
+  std::vector<int32_t> Codes() const;                                    // of every row
+  int RowOfKey(int64_t key) const;                                       // 0 when it has gone
   auto begin() const { return rows_.begin(); }
   auto end() const { return rows_.end(); }
 

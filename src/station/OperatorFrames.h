@@ -20,6 +20,7 @@ struct BrowseFrame {
   bool open = false;
   BrowseRows ListRech;
   std::string Rech;                       // the text that is searched for
+  int charactersWanted = 0;               // the least, where Rech was too short; 0: it was not
   std::shared_ptr<LibrarySearch> search;  // what works for ListRech, from the first search on
 };
 
@@ -28,11 +29,13 @@ struct StoredListEditor {
   struct Item {
     std::string text;
     int32_t data = 0;
+    bool operator==(const Item&) const = default;
   };
   struct Combo {
     std::vector<Item> items;
     int index = -1;
     std::string text;
+    bool operator==(const Combo&) const = default;
   };
 
   bool open = false;
@@ -42,6 +45,7 @@ struct StoredListEditor {
   int32_t LblCodePL = 0;  // 0 for a new list
   int OptPls = 0;         // "ON", "ON-P", "OFF", "OFF-P"
   bool saving = false;
+  bool operator==(const StoredListEditor&) const = default;
 };
 
 // GPubJour on the screen.

@@ -9,12 +9,17 @@
 namespace zemo {
 
 namespace {
+// A time stands in the editor's ChHeure, whole or half typed.
+bool HasTime(const StoredListEditor& editor) {
+  return editor.open && !editor.ChHeure.empty() && editor.ChHeure[0] >= '0' &&
+         editor.ChHeure[0] <= '9';
+}
+
 // ms since midnight at which the first row begins.
 double FirstStartMs(const Station& station) {
   const EngineState& engine = station.engine;
-  if (station.storedList.open) {
-    const std::string& time =
-        station.storedList.ChHeure;  // "hh:mm"; the neutral text counts as 00:00
+  if (HasTime(station.storedList)) {
+    const std::string& time = station.storedList.ChHeure;  // "hh:mm"
     const double hours = Val(time);
     const double minutes = time.size() > 3 ? Val(time.substr(3)) : 0;
     return (hours * 3600 + minutes * 60) * 1000 + engine.BufferOffsetSec * 1000.0;
@@ -24,14 +29,18 @@ double FirstStartMs(const Station& station) {
 }  // namespace
 
 void RefreshPlanTimes(Station& station) {
-  const double firstMs = FirstStartMs(station);
-  double startMs = firstMs;
+  double startMs = FirstStartMs(station);
   for (int row = 1; row <= station.PL.Count(); ++row) {
     OnAirElement& element = station.PL.Row(row);
     element.plannedMs = startMs;
     startMs += element.AirMs();
   }
-  station.notices.listTotalSec = static_cast<int32_t>(std::floor((startMs - firstMs) / 1000));
+}
+
+int32_t ListTotalSec(const Station& station) {
+  double totalMs = 0;
+  for (const OnAirElement& element : station.PL) totalMs += element.AirMs();
+  return static_cast<int32_t>(std::floor(totalMs / 1000));
 }
 
 }  // namespace zemo

@@ -19,7 +19,6 @@ struct ScreenNotices {
   bool noReport = false;   // "NoRapport.txt" is there
   std::string titleOnAir;
   std::string day;  // of the clock; in live mode the next break
-  int32_t listTotalSec = 0;
 
   uint32_t counterColour = 33023;  // 0xBBGGRR
   std::string modelCaption;        // of the menu

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "station/DayGrid.h"
 #include "station/EngineEvents.h"
 #include "station/EngineState.h"
+#include "station/ListUndo.h"
 #include "station/ModelEditor.h"
 #include "station/OnAirList.h"
 #include "station/OperatorFrames.h"
@@ -69,6 +71,7 @@ struct Station : private SoundObserver, private FlagObserver {
   StationBase base;
   EngineState engine;
   OnAirList PL;
+  std::optional<ListUndo> listUndo;  // of the operator's last order on it
   DayGrid GPubJour;
   ScreenNotices notices;
   BrowseFrame browse;

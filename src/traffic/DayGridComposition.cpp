@@ -286,8 +286,8 @@ void BeginPreview(Station& station) {
   if (!DateIsFalse(station)) station.engine.clockBeforePreview = ClockOffsetDays(station);
 }
 
-void ComposeTodaysGrid(Station& station) {
-  ComposeDayGrid(station);
+bool ComposeTodaysGrid(Station& station) {
+  return ComposeDayGrid(station);
 }
 
 }  // namespace zemo

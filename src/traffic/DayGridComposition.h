@@ -24,7 +24,8 @@ bool ComposeDayGrid(Station& station);
 // composition purges campaigns or report rows, which would be old by a false date.
 void BeginPreview(Station& station);
 
-// The menu's order: composes at once.
-void ComposeTodaysGrid(Station& station);
+// The menu's order: composes at once. False when the former grid stands, which is logged, or when
+// one is being composed, which then begins anew.
+bool ComposeTodaysGrid(Station& station);
 
 }  // namespace zemo

@@ -1,5 +1,6 @@
 #include "ui/ScreenDesktop.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QEventLoop>
 #include <QKeyEvent>
@@ -8,7 +9,9 @@
 #include <QWidget>
 #include <utility>
 
+#include "station/OperatorWords.h"
 #include "ui/SharedTexts.h"
+#include "ui/WindowPlace.h"
 
 namespace zemo {
 
@@ -128,6 +131,32 @@ struct ButtonWord {
   QMessageBox::StandardButton button;
   const char* word;
 };
+constexpr int kReadMs =
+    500;  // a box that has just come is not closed by a Return for something else
+
+// What a box speaks of, on the screen: the dialogue before the window, else the row or the control
+// that has its keyboard.
+QRect SpokenOf(const QWidget& window) {
+  if (const QWidget* dialogue = QApplication::activeModalWidget()) return dialogue->frameGeometry();
+  const QWidget* focus = window.focusWidget();
+  if (!focus) return {};
+  QRect part = focus->rect();
+  if (const auto* view = qobject_cast<const QAbstractItemView*>(focus)) {
+    if (!view->currentIndex().isValid()) return {};
+    focus = view->viewport();
+    part = view->visualRect(view->currentIndex());
+    part.setLeft(0);
+    part.setRight(focus->width() - 1);
+  }
+  return {focus->mapToGlobal(part.topLeft()), part.size()};
+}
+
+void MoveAside(QMessageBox& box, const QWidget* window) {
+  if (!window || !window->isVisible()) return;
+  box.adjustSize();
+  box.move(PlaceBeside(box.size(), SpokenOf(*window), window->geometry()));
+}
+
 constexpr ButtonWord kButtonWords[] = {{QMessageBox::Ok, "Ok"},
                                        {QMessageBox::Cancel, "Cancel"},
                                        {QMessageBox::Yes, "Yes"},
@@ -135,21 +164,56 @@ constexpr ButtonWord kButtonWords[] = {{QMessageBox::Ok, "Ok"},
 
 }  // namespace
 
+// The boxes leave the keyboard to the main screen, which passes on what closes them.
+class ScreenMessageBoxes::Keys : public QObject {
+ public:
+  explicit Keys(ScreenMessageBoxes& boxes) : boxes_(boxes) { qApp->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress || boxes_.open_.empty()) return false;
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    if (!widget || widget->window() != boxes_.window_ || QApplication::activeModalWidget() ||
+        QApplication::activePopupWidget())
+      return false;
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Escape) return boxes_.CloseNewest(true);
+    return (key == Qt::Key_Return || key == Qt::Key_Enter) && boxes_.CloseNewest(false);
+  }
+
+ private:
+  ScreenMessageBoxes& boxes_;
+};
+
+ScreenMessageBoxes::ScreenMessageBoxes() = default;
+
 ScreenMessageBoxes::~ScreenMessageBoxes() {
-  const std::set<QMessageBox*> open = open_;
-  for (QMessageBox* box : open) delete box;
+  keys_.reset();
+  const std::vector<OpenBox> open = open_;
+  for (const OpenBox& each : open) delete each.box;
+}
+
+bool ScreenMessageBoxes::CloseNewest(bool atOnce) {
+  // One that was closed by its button goes with the next turn of the loop.
+  std::erase_if(open_, [](const OpenBox& open) { return !open.box->isVisible(); });
+  if (open_.empty() || (!atOnce && open_.back().shown.elapsed() < kReadMs)) return false;
+  QMessageBox* newest = open_.back().box;
+  open_.pop_back();
+  newest->close();
+  return true;
 }
 
 QMessageBox* ScreenMessageBoxes::Make(const std::string& title, const std::string& text,
                                       Buttons buttons, Icon icon, QWidget* parent) {
   auto* box = new QMessageBox(parent);
   box->setObjectName(QStringLiteral("Alerte"));
-  box->setWindowTitle(QString::fromStdString(title));
+  const int langue = langue_ ? langue_() : 0;
+  box->setWindowTitle(QString::fromStdString(InOperatorsWords(title, langue)));
   box->setTextFormat(Qt::PlainText);
-  box->setText(QString::fromStdString(text));
+  box->setText(QString::fromStdString(InOperatorsWords(text, langue)));
   box->setStandardButtons(ButtonsOf(buttons));
   box->setIcon(IconOf(icon));
-  const Translation texts(SharedTexts(), langue_);
+  const Translation texts(SharedTexts(), langue);
   for (const auto& [button, word] : kButtonWords)
     if (QAbstractButton* made = box->button(button)) made->setText(texts.Word(word));
   return box;
@@ -158,24 +222,31 @@ QMessageBox* ScreenMessageBoxes::Make(const std::string& title, const std::strin
 void ScreenMessageBoxes::SetWindow(QWidget* window, std::function<bool()> mayWait) {
   window_ = window;
   mayWait_ = std::move(mayWait);
+  keys_ = std::make_unique<Keys>(*this);
 }
 
 // Nobody's child, so that a dialogue over the main screen bars no box, and without the keyboard,
 // which stays with the main screen and its keys.
 void ScreenMessageBoxes::Tell(const std::string& title, const std::string& text, Icon icon) {
-  for (QMessageBox* open : open_)
-    if (open->windowTitle() == QString::fromStdString(title) &&
-        open->text() == QString::fromStdString(text))
-      return open->raise();
   QMessageBox* box = Make(title, text, Buttons::kOk, icon, nullptr);
+  for (const OpenBox& open : open_)
+    if (open.box->windowTitle() == box->windowTitle() && open.box->text() == box->text()) {
+      delete box;
+      return open.box->raise();
+    }
   if (window_) box->setStyleSheet(window_->styleSheet());
   box->setWindowFlag(Qt::WindowStaysOnTopHint);
   box->setAttribute(Qt::WA_ShowWithoutActivating, window_ && window_->isVisible());
-  open_.insert(box);
-  QObject::connect(box, &QObject::destroyed, box, [this, box] { open_.erase(box); });
+  open_.push_back({box, {}});
+  open_.back().shown.start();
+  QObject::connect(box, &QObject::destroyed, &alive_, [this, box] {
+    std::erase_if(open_, [box](const OpenBox& open) { return open.box == box; });
+  });
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setModal(false);
+  MoveAside(*box, window_);
   box->show();
+  box->raise();
 }
 
 Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& text, Buttons buttons,
@@ -187,8 +258,11 @@ Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& tex
     Tell(title, text, icon);
     return safe;
   }
-  QMessageBox* box = Make(title, text, buttons, icon, window_);
+  // Before a dialogue that asks, not behind it.
+  QWidget* dialogue = QApplication::activeModalWidget();
+  QMessageBox* box = Make(title, text, buttons, icon, dialogue ? dialogue : window_.data());
   box->setDefaultButton(buttons == Buttons::kYesNo ? QMessageBox::No : QMessageBox::Cancel);
+  MoveAside(*box, window_);
   const QPointer<QMessageBox> guard(box);
   const int answer = box->exec();
   if (guard) box->deleteLater();

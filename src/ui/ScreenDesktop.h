@@ -2,10 +2,14 @@
 #pragma once
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <functional>
+#include <memory>
 #include <set>
+#include <utility>
+#include <vector>
 
 #include "platform/Desktop.h"
 
@@ -47,30 +51,41 @@ class ScreenApplication : public QApplication {
   bool notify(QObject* receiver, QEvent* event) override;
 };
 
-// What is told stands in a box of its own, one for the same text, and nobody waits for it. A
-// question is waited for with the loop running; from where the tick would have to wait it gets its
-// safe answer at once. Thread: the screen's.
+// What is told stands in a box of its own, one for the same text, and nobody waits for it: Escape
+// on the main screen closes the newest, and so does Return once it could be read. A question is
+// waited for with the loop running; from where the tick would have to wait it gets its safe answer
+// at once. No box covers the row, the control or the dialogue that it speaks of. Titles and texts
+// are shown in the operator's words (station/OperatorWords.h). Thread: the screen's.
 class ScreenMessageBoxes : public MessageBoxes {
  public:
-  ScreenMessageBoxes() = default;
+  ScreenMessageBoxes();
   ~ScreenMessageBoxes() override;  // takes its open boxes away
   ScreenMessageBoxes(const ScreenMessageBoxes&) = delete;
   // `mayWait` tells whether the loop serves everything while a box is answered; none: it does not.
   void SetWindow(QWidget* window, std::function<bool()> mayWait);
-  void SetLanguage(int langue) { langue_ = langue; }  // of the buttons; French before
+  void SetLanguage(std::function<int()> langue) { langue_ = std::move(langue); }  // French before
   Answer Show(const std::string& title, const std::string& text, Buttons buttons,
               Icon icon = Icon::kNone) override;
   void WaitUntilRead();  // of the boxes that stand open
 
  private:
+  class Keys;
+  struct OpenBox {
+    QMessageBox* box = nullptr;
+    QElapsedTimer shown;
+  };
   QMessageBox* Make(const std::string& title, const std::string& text, Buttons buttons, Icon icon,
                     QWidget* parent);
   void Tell(const std::string& title, const std::string& text, Icon icon);
 
   QPointer<QWidget> window_;
   std::function<bool()> mayWait_;
-  std::set<QMessageBox*> open_;
-  int langue_ = 0;
+  bool CloseNewest(bool atOnce);
+
+  std::vector<OpenBox> open_;  // the newest last
+  std::function<int()> langue_;
+  std::unique_ptr<Keys> keys_;
+  QObject alive_;  // boxes that are still closing tell it nothing behind its end
 };
 
 }  // namespace zemo

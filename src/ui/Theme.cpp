@@ -96,6 +96,7 @@ QString StyleSheet(double unit, bool gradients) {
     QFrame[panel="true"] { background: %PANEL; border: 1px solid %LINE; border-radius: 4px; }
     QLabel { background: transparent; border: none; }
     QLabel[dim="true"] { color: %DIM; }
+    QLabel[note="true"] { color: %NOTE; font-weight: bold; padding: 0 8px; }
     QToolTip { background: %RAISED; color: %INK; border: 1px solid %LINE; padding: 3px; }
     QMenuBar { background: %GROUND; } QMenuBar::item { padding: 2px 8px; background: transparent; }
     QMenuBar::item:selected, QMenu::item:selected { background: %RAISED; }
@@ -111,6 +112,8 @@ QString StyleSheet(double unit, bool gradients) {
     QSpinBox:focus, QTableView:focus, QTableWidget:focus, QListView:focus { border: 1px solid %FOCUS; }
     QPushButton:pressed, QToolButton:pressed, QToolButton:checked, QPushButton:checked {
       background: #3b5a86; border-color: %FOCUS; }
+    QPushButton:checked:focus, QToolButton:checked:focus { border: 2px solid %INK; }
+    #CmdStop[cuts="true"] { border: 2px solid %NOTE; color: %NOTE; }
     QPushButton:disabled, QToolButton:disabled, QComboBox:disabled, QCheckBox:disabled {
       color: #6d7784; background: %PANEL; }
     QToolButton[running="true"]:checked { background: #1f3a2d; border: 2px solid %GOOD; }
@@ -143,6 +146,7 @@ QString StyleSheet(double unit, bool gradients) {
       {"%LINE", kLine.name()},
       {"%INK", kText.name()},
       {"%DIM", kDim.name()},
+      {"%NOTE", kNote.name()},
       {"%FOCUS", kFocus.name()},
       {"%FACE", raised},
       {"%NEXT", QString::number(text + 2)},

@@ -10,6 +10,8 @@
 namespace zemo {
 
 namespace {
+constexpr int kGap = 12;  // pixels between a box and what it speaks of
+
 std::string NameOf(std::string_view window) {
   return "Place" + std::string(window);
 }
@@ -29,6 +31,18 @@ QRect Within(const QRect& place, const QList<QRect>& screens) {
   whole.moveLeft(std::clamp(whole.left(), screen.left(), screen.right() + 1 - whole.width()));
   whole.moveTop(std::clamp(whole.top(), screen.top(), screen.bottom() + 1 - whole.height()));
   return whole;
+}
+
+QPoint PlaceBeside(const QSize& box, const QRect& spokenOf, const QRect& window) {
+  const QRect centred(window.center() - QPoint(box.width() / 2, box.height() / 2), box);
+  QRect below = centred, above = centred, right = centred, left = centred;
+  below.moveTop(spokenOf.bottom() + 1 + kGap);
+  above.moveBottom(spokenOf.top() - 1 - kGap);
+  right.moveLeft(spokenOf.right() + 1 + kGap);
+  left.moveRight(spokenOf.left() - 1 - kGap);
+  for (const QRect& place : {centred, below, above, right, left})
+    if (window.contains(place) && !place.intersects(spokenOf)) return place.topLeft();
+  return centred.topLeft();
 }
 
 std::optional<QRect> KeptPlace(const LocalValues& values, std::string_view window,

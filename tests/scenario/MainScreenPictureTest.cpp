@@ -144,8 +144,8 @@ TEST(MainScreenPicture, TheSearchBelongsToMusicAndThePictureToJingles) {
 TEST(MainScreenPicture, TheFootHasTheListsTotalAndTheCycleOnceItIsKnown) {
   TestStation on(kEvenSecond);
   EXPECT_EQ(PictureOf(on.station).LblMaxPlayInfo, "");
-  on.station.notices.listTotalSec = 3723;  // 1 h 2 min 3 s
-  on.station.notices.cycleMs = 9000000;    // 2 h 30 min
+  on.station.PL.Add({.lengthMs = 3725000, .exitMs = 2000});  // 1 h 2 min 3 s up to its exit point
+  on.station.notices.cycleMs = 9000000;                      // 2 h 30 min
   const MainScreen screen = PictureOf(on.station);
   EXPECT_EQ(screen.HHTot, 1);
   EXPECT_EQ(screen.MnTot, 2);

@@ -328,14 +328,55 @@ TEST_F(StoredPlaylist, PlannedTimesInTheEditorBeginAtTheListsTime) {
   EXPECT_EQ(ColumnText(Row(2), Col::kPlanned), "00 h 00 ' 02");
   EXPECT_EQ(ColumnText(Row(3), Col::kPlanned), "00 h 00 ' 06");
   // 60000 + 4700 + 30000 = 94.7 s
-  EXPECT_EQ(on.station.notices.listTotalSec, 94);
+  EXPECT_EQ(ListTotalSec(on.station), 94);
+}
+
+TEST_F(StoredPlaylist, WithoutATimeInTheEditorPlannedTimesBeginNow) {
+  Panel().open = true;
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  EXPECT_EQ(ColumnText(Row(1), Col::kPlanned), "12 h 00 ' 00");  // when the test begins
+  Panel().ChHeure.clear();
+  RefreshPlanTimes(on.station);
+  EXPECT_EQ(ColumnText(Row(1), Col::kPlanned), "12 h 00 ' 00");
+}
+
+TEST_F(StoredPlaylist, AHalfTypedTimeCountsAsFarAsItGoes) {
+  Panel().open = true;
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  OnAir::ChHeure_Change(on.station, "7");
+  EXPECT_EQ(ColumnText(Row(1), Col::kPlanned), "07 h 00 ' 02");
+}
+
+TEST_F(StoredPlaylist, OnlyAListOfAWholeMomentIsBeyondDoubt) {
+  const auto doubt = [](const std::string& date, const std::string& time) {
+    StoredListEditor editor;
+    editor.LblDate = date;
+    editor.ChHeure = time;
+    return OnAir::DoubtOf(editor);
+  };
+  EXPECT_EQ(doubt("24/12/2026", "18:30"), OnAir::ListDoubt::kNone);
+  EXPECT_EQ(doubt("JOURNALIER", "00:00"), OnAir::ListDoubt::kNone);
+  EXPECT_EQ(doubt("JJ/MM/ANNE", "hh:mn"), OnAir::ListDoubt::kNoMoment);
+  EXPECT_EQ(doubt("", ""), OnAir::ListDoubt::kNoMoment);
+  for (const char* time : {"hh:mn", "", "24:00", "18:60", "9:30", "1830"})
+    EXPECT_EQ(doubt("24/12/2026", time), OnAir::ListDoubt::kNoTime) << time;
+  for (const char* date : {"JJ/MM/ANNE", "", "31/02/2026", "24/13/2026", "tomorrow"})
+    EXPECT_EQ(doubt(date, "18:30"), OnAir::ListDoubt::kNoDate) << date;
+}
+
+TEST_F(StoredPlaylist, SavingSaysWhetherTheListIsStored) {
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  EXPECT_TRUE(OnAir::BtnSauve_Click(on.station));
+  on.Sql("DROP TABLE Playlist");
+  Panel().LblCodePL = 0;
+  EXPECT_FALSE(OnAir::BtnSauve_Click(on.station));
 }
 
 TEST_F(StoredPlaylist, DeletingTheOnlyRowMakesTheTotalsZero) {
   OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
-  EXPECT_EQ(on.station.notices.listTotalSec, 60);
+  EXPECT_EQ(ListTotalSec(on.station), 60);
   OnAir::PL_KeyDelete(on.station, 1);
-  EXPECT_EQ(on.station.notices.listTotalSec, 0);
+  EXPECT_EQ(ListTotalSec(on.station), 0);
 }
 
 TEST_F(StoredPlaylist, DraggedRowKeepsItsColumns) {

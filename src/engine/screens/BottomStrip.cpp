@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "engine/MainScreenPicture.h"
+#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "ui/FitLabel.h"
@@ -16,6 +17,7 @@ namespace zemo {
 
 namespace {
 constexpr int kTickerPixelsPerSec = 60;
+constexpr int64_t kToldMs = 8000;
 
 void Put(QLabel* label, const QString& text) {
   if (label->text() != text) label->setText(text);
@@ -114,7 +116,13 @@ BottomStrip::BottomStrip(Translation texts, QWidget* parent) : QFrame(parent), t
   LblProgression->setObjectName(QStringLiteral("LblProgression"));
   LblProgression->setAlignment(Qt::AlignCenter);
   LblProgression->hide();
+  LblAvis = new FitLabel(this);
+  LblAvis->setObjectName(QStringLiteral("LblAvis"));
+  LblAvis->setAlignment(Qt::AlignCenter);
+  LblAvis->SetColour(Theme::kNote);
+  LblAvis->hide();
   first->addWidget(LblInfo, 5);
+  first->addWidget(LblAvis, 9);
   first->addWidget(LblProgression, 5);
   first->addSpacing(10);
   for (size_t contact = 0; contact < LedSat.size(); ++contact) {
@@ -151,6 +159,7 @@ void BottomStrip::Arrange(double unit) {
   LblInfo->setFont(type);
   LblOffsetBuffers->SetType(type, 10);
   LblProgression->SetType(type, 10);
+  LblAvis->SetType(type, 10);
   for (QLabel* led : LedSat) {
     led->setFont(Theme::Type(unit, 12));
     led->setFixedSize(Theme::Px(unit, 18), Theme::Px(unit, 18));
@@ -177,20 +186,29 @@ void BottomStrip::ShowInputs(const MainScreen& screen) {
   LedJoystique->setVisible(joystick.visible);
 }
 
-void BottomStrip::ShowStation(const Station& station, int64_t nowMs) {
-  const MainScreen screen = PictureOf(station);
-  const ScreenNotices& notices = station.notices;
+void BottomStrip::ShowStation(const MainScreen& screen, const ScreenNotices& notices,
+                              int64_t nowMs) {
   Put(HHTot, QString::fromStdString(TwoDigits(screen.HHTot)));
   Put(MnTot, QString::fromStdString(TwoDigits(screen.MnTot)));
   Put(SSTot, QString::fromStdString(TwoDigits(screen.SSTot)));
-  LblOffsetBuffers->Show(QString::fromStdString(screen.LblOffsetBuffers));
+  const auto shown = [this](const std::string& text) {
+    return QString::fromStdString(InOperatorsWords(text, texts_.Langue()));
+  };
+  LblOffsetBuffers->Show(shown(screen.LblOffsetBuffers));
   Put(LblMaxPlayInfo, QString::fromStdString(screen.LblMaxPlayInfo));
-  LblProgression->Show(QString::fromStdString(notices.progress.text));
-  LblProgression->setVisible(notices.progress.visible);
-  LblInfo->setVisible(!notices.progress.visible);
+  const bool told = nowMs < toldUntilMs_;
+  LblProgression->Show(shown(notices.progress.text));
+  LblProgression->setVisible(notices.progress.visible && !told);
+  LblAvis->setVisible(told);
+  LblInfo->setVisible(!notices.progress.visible && !told);
   LblInfo->Show(QString::fromStdString(screen.LblInfo), screen.LblInfoScrolling, nowMs);
   LblErreur->Show(QString::fromStdString(notices.lastError));
   ShowInputs(screen);
+}
+
+void BottomStrip::Tell(const QString& text, int64_t nowMs) {
+  LblAvis->Show(text);
+  toldUntilMs_ = nowMs + kToldMs;
 }
 
 void BottomStrip::ShowHealth(const HealthLine& health, int64_t nowMs) {

@@ -15,7 +15,7 @@ namespace zemo {
 
 class FitLabel;
 struct MainScreen;
-struct Station;
+struct ScreenNotices;
 
 // LblInfo: a line that runs from right to left while it scrolls.
 class Ticker : public QWidget {
@@ -39,8 +39,10 @@ class BottomStrip : public QFrame {
  public:
   BottomStrip(Translation texts, QWidget* parent);
   void Arrange(double unit);
-  void ShowStation(const Station& station, int64_t nowMs);
+  void ShowStation(const MainScreen& screen, const ScreenNotices& notices, int64_t nowMs);
   void ShowHealth(const HealthLine& health, int64_t nowMs);
+  // What became of an order, for some seconds in the ticker's place.
+  void Tell(const QString& text, int64_t nowMs);
 
  private:
   QLabel* Figure(const char* name);
@@ -49,7 +51,8 @@ class BottomStrip : public QFrame {
   const Translation texts_;
   double unit_ = 1;
   QLabel *LblTpsTot, *HHTot, *MnTot, *SSTot, *LblCycle, *LblMaxPlayInfo;
-  FitLabel *LblOffsetBuffers, *LblErreur, *LblProgression;
+  FitLabel *LblOffsetBuffers, *LblErreur, *LblProgression, *LblAvis;
+  int64_t toldUntilMs_ = 0;  // monotonic
   std::array<QLabel*, 2> colons_;
   std::array<QLabel*, 4> LedSat;
   QLabel* LedJoystique;

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "engine/screens/OnAirListView.h"
+#include "station/OperatorWords.h"
 #include "ui/RowTable.h"
 #include "ui/Theme.h"
 
@@ -20,6 +21,7 @@ namespace zemo {
 namespace {
 
 constexpr int kTwipsAPixel = 15;
+constexpr int kOverColumn = 1;  // of jingles: yes or no
 constexpr int kArrowRoom = 20;  // of a sorted column, and the head's margins
 constexpr const char* kMoment = "2026/12/24  20:08:08";
 
@@ -89,6 +91,8 @@ QVariant BrowseModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole) return {};
   const std::string_view text =
       browsed_.rows.Cell(static_cast<size_t>(index.row()), index.column());
+  if (browsed_.list == BrowseList::kJingles && index.column() == kOverColumn)
+    return QString::fromStdString(InOperatorsWords(text, texts_.Langue()));
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 

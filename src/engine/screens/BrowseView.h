@@ -44,6 +44,7 @@ struct BrowseOrders {
   std::function<void(int row)> openCard;
   std::function<void(int row)> openSelector;
   std::function<void(int column)> sort;
+  std::function<void(const QString&)> tell;  // a line at the bottom of the screen
 };
 
 class BrowseView : public QTableView {

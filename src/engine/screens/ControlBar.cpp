@@ -4,11 +4,13 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QShortcut>
+#include <QStyle>
 #include <QToolButton>
 #include <utility>
 
 #include "engine/MainScreenPicture.h"
 #include "engine/OperatorControls.h"
+#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "ui/Theme.h"
 #include "ui/Translation.h"
@@ -49,7 +51,7 @@ QToolButton* ControlBar::AddToolbarButton(QHBoxLayout* bar, Toolbar button, cons
   toolbar_[static_cast<size_t>(button)] = made;
   connect(made, &QToolButton::clicked, this, [this, button] {
     orders_.toolbar(button);
-    Refresh();
+    Refresh(PictureOf(station_));
   });
   return made;
 }
@@ -122,8 +124,7 @@ void ControlBar::Arrange(double unit) {
                                   Theme::Px(unit, 26));
 }
 
-void ControlBar::Refresh() {
-  const MainScreen screen = PictureOf(station_);
+void ControlBar::Refresh(const MainScreen& screen) {
   const bool grid = station_.gridFrame.open;
   const auto check = [this](Toolbar button, bool on) {
     QToolButton* tool = toolbar_[static_cast<size_t>(button)];
@@ -140,7 +141,17 @@ void ControlBar::Refresh() {
   put(CmdStop, QString::fromStdString(screen.CmdStopCaption));
   const bool atRest = screen.BtnSurImpressionCaption == kOverlayAtRest;
   put(BtnSurImpression, atRest ? texts_.Text("BtnSurImpression", "text")
-                               : QString::fromStdString(screen.BtnSurImpressionCaption));
+                               : QString::fromStdString(InOperatorsWords(
+                                     screen.BtnSurImpressionCaption, texts_.Langue())));
+  ShowCut(!screen.ToolbarStartPressed);
+}
+
+// While the engine is stopped the button cuts what plays out: another thing than the order to stop.
+void ControlBar::ShowCut(bool cuts) {
+  if (CmdStop->property("cuts").toBool() == cuts) return;
+  CmdStop->setProperty("cuts", cuts);
+  CmdStop->style()->polish(CmdStop);
+  SetTip(*CmdStop, texts_.Text("CmdStop", cuts ? "tipStopped" : "tip"));
 }
 
 void ControlBar::ShowOverlay(bool playable, const QString& tip) {

@@ -17,6 +17,7 @@ class QToolButton;
 namespace zemo {
 
 enum class Toolbar;
+struct MainScreen;
 struct Station;
 
 struct ControlBarOrders {
@@ -29,13 +30,14 @@ class ControlBar : public QWidget {
   ControlBar(Station& station, ControlBarOrders orders, Translation texts, QWidget* parent);
   void SetTexts();
   void Arrange(double unit);
-  void Refresh();
+  void Refresh(const MainScreen& screen);
   // A voice track can stand at the selected row: it has a following one, in the editor.
   void ShowVoiceTrack(bool visible);
   // Whether an element is chosen that can play over the air, and what the button says of it.
   void ShowOverlay(bool playable, const QString& tip);
 
  private:
+  void ShowCut(bool cuts);
   void GiveKey(QAbstractButton* button, const char* key);  // null: none
   QToolButton* AddToolbarButton(QHBoxLayout* bar, Toolbar button, const char* key);
   QPushButton* AddButton(QHBoxLayout* bar, const char* name, const char* key,

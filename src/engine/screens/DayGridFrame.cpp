@@ -11,6 +11,7 @@
 #include "engine/DayGridControls.h"
 #include "engine/MainScreenPicture.h"
 #include "platform/Folder.h"
+#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "traffic/DayGridPrint.h"
 #include "ui/CalendarWindow.h"
@@ -28,6 +29,10 @@ constexpr std::array kWidths = {700, 700, 1000, 3000};  // in twips; the others 
 constexpr int kElementWidth = 2500;
 
 constexpr int kShownColumns = GridCol::kLastElement + 1;
+
+bool IsSpots(const DayGrid& grid, int row) {
+  return grid.Cell(row, GridCol::kType) == "Pubs";
+}
 }  // namespace
 
 void DayGridModel::Sync() {
@@ -57,7 +62,8 @@ QVariant DayGridModel::data(const QModelIndex& index, int role) const {
   const auto column = static_cast<size_t>(index.column());
   if (column >= row.size()) return {};
   if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
-    return QString::fromStdString(row[column]);
+    return QString::fromStdString(
+        index.column() == GridCol::kType ? InOperatorsWords(row[column], langue_) : row[column]);
   if (role == Qt::ForegroundRole && index.column() == GridCol::kType)
     return row[column] == "Pubs" ? Theme::kSpot : Theme::kNews;
   return {};
@@ -66,7 +72,9 @@ QVariant DayGridModel::data(const QModelIndex& index, int role) const {
 QVariant DayGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole || shown_.empty()) return {};
   const auto column = static_cast<size_t>(section);
-  return column < shown_[0].size() ? QString::fromStdString(shown_[0][column]) : QString();
+  return column < shown_[0].size()
+             ? QString::fromStdString(InOperatorsWords(shown_[0][column], langue_))
+             : QString();
 }
 
 DayGridFrame::DayGridFrame(Station& station, const Questions& questions, DayGridOrders orders,
@@ -75,7 +83,7 @@ DayGridFrame::DayGridFrame(Station& station, const Questions& questions, DayGrid
       station_(station),
       questions_(questions),
       orders_(std::move(orders)),
-      model_(new DayGridModel(station.GPubJour, this)),
+      model_(new DayGridModel(station.GPubJour, texts.Langue(), this)),
       texts_(texts) {
   setObjectName(QStringLiteral("CadreGrille"));
   MakeControls();
@@ -114,11 +122,11 @@ void DayGridFrame::Connect() {
   connect(GPubJour->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& now) {
             if (now.isValid()) OnAir::GPubJour_Click(station_, now.row() + 1);
-            Refresh();
+            Refresh(PictureOf(station_));
           });
   connect(GPubJour, &QTableView::clicked, this, [this](const QModelIndex& index) {
     OnAir::GPubJour_Click(station_, index.row() + 1);
-    Refresh();
+    Refresh(PictureOf(station_));
   });
   connect(GPubJour, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { OpenElement(index.row() + 1, index.column()); });
@@ -145,8 +153,23 @@ void DayGridFrame::OpenElement(int row, int column) {
   if (!file.empty()) orders_.openSelector(file);
 }
 
+// The routines copy every break as spots, which is told where it is one of news.
 void DayGridFrame::CopyBreak() {
-  OnAir::BtnCopyPub_Click(station_, SelectedRow(), orders_.selectedRow());
+  const int row = SelectedRow();
+  const bool news = row > 0 && !IsSpots(station_.GPubJour, row);
+  const bool copied = OnAir::BtnCopyPub_Click(station_, row, orders_.selectedRow());
+  if (!copied)
+    orders_.tell(texts_.Word("NoBreakChosen"));
+  else if (news)
+    orders_.tell(texts_.Word("NewsAsSpots"));
+}
+
+// What it copies: the break of the row that was chosen last.
+QString DayGridFrame::CopyCaption() const {
+  const int row = SelectedRow();
+  if (row < 1 || row >= station_.GPubJour.RowCount()) return texts_.Text("BtnCopyPub", "text");
+  const QString moment = QString::fromStdString(station_.GPubJour.Cell(row, GridCol::kMoment));
+  return texts_.Word(IsSpots(station_.GPubJour, row) ? "CopySpotsOf" : "CopyNewsOf", moment);
 }
 
 void DayGridFrame::Preview() {
@@ -179,16 +202,15 @@ void DayGridFrame::Arrange(double unit) {
   }
 }
 
-void DayGridFrame::Refresh() {
-  const MainScreen screen = PictureOf(station_);
+void DayGridFrame::Refresh(const MainScreen& screen) {
   model_->Sync();
   const int shape = model_->UsedColumns() * 1000 + model_->rowCount();
   if (shape != arrangedColumns_) {
     arrangedColumns_ = shape;
     Arrange(unit_);
   }
-  const QString caption = QString::fromStdString(screen.BtnCopyPubCaption);
-  if (!caption.isEmpty() && BtnCopyPub->text() != caption) BtnCopyPub->setText(caption);
+  if (const QString caption = CopyCaption(); BtnCopyPub->text() != caption)
+    BtnCopyPub->setText(caption);
   BtnCopyPub->setEnabled(screen.BtnCopyPubEnabled);
   BtnImpressionPub->setEnabled(station_.gridFrame.open);
   BtnPubJourX->setEnabled(station_.gridFrame.previewOffered);

@@ -15,6 +15,7 @@ class QTableView;
 namespace zemo {
 
 class DayGrid;
+struct MainScreen;
 struct Questions;
 struct Station;
 
@@ -22,7 +23,9 @@ struct Station;
 // less 1.
 class DayGridModel : public QAbstractTableModel {
  public:
-  DayGridModel(const DayGrid& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid) {}
+  // What the composition wrote is shown in the words of that language.
+  DayGridModel(const DayGrid& grid, int langue, QObject* parent)
+      : QAbstractTableModel(parent), grid_(grid), langue_(langue) {}
   void Sync();  // nothing when the cells are as before
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -32,6 +35,7 @@ class DayGridModel : public QAbstractTableModel {
 
  private:
   const DayGrid& grid_;
+  const int langue_;
   std::vector<std::vector<std::string>> shown_;
   int used_ = 4;  // columns that hold an element somewhere
 };
@@ -40,6 +44,7 @@ struct DayGridOrders {
   std::function<int()> selectedRow;  // of PL, 0 for none
   std::function<void(const std::string& storedPath)> openSelector;
   std::function<void()> forecast;
+  std::function<void(const QString&)> tell;  // a line at the bottom of the screen
 };
 
 class DayGridFrame : public QFrame {
@@ -48,13 +53,14 @@ class DayGridFrame : public QFrame {
                Translation texts, QWidget* parent);
   void TakeFocus();
   void Arrange(double unit);
-  void Refresh();
+  void Refresh(const MainScreen& screen);
   int SelectedRow() const;  // of the grid, 0 for none
 
  private:
   void MakeControls();
   void Connect();
   void CopyBreak();
+  QString CopyCaption() const;
   void Preview();
   void Print();
   void OpenElement(int row, int column);

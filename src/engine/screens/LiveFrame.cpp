@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -39,6 +40,7 @@ LiveFrame::LiveFrame(Station& station, OnAirListView& list, BrowseOrders orders,
       station_(station),
       model_(new BrowseModel(station.browse.ListRech, texts, this)),
       texts_(texts),
+      tell_(orders.tell),
       list_(list) {
   setObjectName(QStringLiteral("CadreRech"));
   setProperty("panel", true);
@@ -117,11 +119,8 @@ void LiveFrame::Connect() {
     RechGenre->setCurrentIndex(0);
     SearchText();
   });
-  connect(Rech, &QLineEdit::returnPressed, this, [this] {
-    if (model_->rowCount() == 0) return;
-    if (ListRech->ChosenRow() < 0) ListRech->selectRow(0);
-    ListRech->setFocus(Qt::ShortcutFocusReason);
-  });
+  connect(Rech, &QLineEdit::returnPressed, this, [this] { GoToResults(); });
+  Rech->installEventFilter(this);
   connect(RechGenre, &QComboBox::activated, this, [this](int item) {
     if (item < 1) return SearchText();  // the heading
     BeginGenreSearch(station_, RechGenre->itemText(item).toStdString());
@@ -129,7 +128,8 @@ void LiveFrame::Connect() {
   });
   connect(&work_, &QTimer::timeout, this, [this] { Work(); });
   connect(&readAhead_, &QTimer::timeout, this, [this] {
-    const bool idle = PictureOf(station_).SearchVisible && !work_.isActive();
+    const bool music = station_.browse.ListRech.list == BrowseList::kMusic;
+    const bool idle = music && !work_.isActive();
     readAhead_.start(idle && ReadAheadSlice(station_) ? kReadAheadMs : kLookForWritesMs);
   });
   for (QCheckBox* check : {CheckExtrait, OptionDirect, CheckNoJingle})
@@ -175,6 +175,26 @@ void LiveFrame::SearchText() {
   Work();
 }
 
+void LiveFrame::GoToResults() {
+  if (model_->rowCount() == 0) return TellShortText();
+  if (ListRech->ChosenRow() < 0) ListRech->selectRow(0);
+  ListRech->setFocus(Qt::ShortcutFocusReason);
+}
+
+// Down goes on from the text to what it found.
+bool LiveFrame::eventFilter(QObject* watched, QEvent* event) {
+  const bool down = watched == Rech && event->type() == QEvent::KeyPress &&
+                    static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down;
+  if (down) GoToResults();
+  return down;
+}
+
+void LiveFrame::TellShortText() {
+  const int wanted = station_.browse.charactersWanted;
+  if (wanted > 0 && !Rech->text().trimmed().isEmpty())
+    tell_(texts_.Word("MoreCharacters", QString::number(wanted)));
+}
+
 // A slice now; the rest between the ticks, each in its turn of the event loop.
 void LiveFrame::Work() {
   const SearchTurn turn = SearchSlice(station_);
@@ -182,6 +202,7 @@ void LiveFrame::Work() {
     work_.stop();
   else
     work_.start(turn == SearchTurn::kMore ? 0 : kAskAgainMs);
+  if (turn == SearchTurn::kDone) TellShortText();
   if (turn == SearchTurn::kDone || model_->Others() || model_->rowCount() < kPageRows) ShowRows();
 }
 
@@ -221,7 +242,7 @@ void LiveFrame::ShowList() {
   RechGenre->setCurrentIndex(0);
   ShowRows();
   ListRech->Arrange(unit_);
-  Refresh();
+  Refresh(PictureOf(station_));
   if (list == BrowseList::kMusic && !station_.browse.Rech.empty()) Work();
 }
 
@@ -229,8 +250,7 @@ void LiveFrame::TakeFocus() {
   Rech->setFocus();
 }
 
-void LiveFrame::Refresh() {
-  const MainScreen screen = PictureOf(station_);
+void LiveFrame::Refresh(const MainScreen& screen) {
   const bool search = screen.SearchVisible;
   for (QWidget* control : {static_cast<QWidget*>(LblRech), static_cast<QWidget*>(Rech),
                            static_cast<QWidget*>(RechGenre), static_cast<QWidget*>(CheckExtrait),

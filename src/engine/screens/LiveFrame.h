@@ -15,6 +15,7 @@ class QPushButton;
 namespace zemo {
 
 class OnAirListView;
+struct MainScreen;
 struct Station;
 
 class LiveFrame : public QFrame {
@@ -24,7 +25,7 @@ class LiveFrame : public QFrame {
 
   void LoadGenres();  // of the station, into RechGenre
   void Arrange(double unit);
-  void Refresh();
+  void Refresh(const MainScreen& screen);
   void Browse(BrowseList list);  // as MenuLive's entry
   void Opened();                 // by whoever entered the live mode: shows it from the start
   void TakeFocus();
@@ -36,12 +37,15 @@ class LiveFrame : public QFrame {
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void MakeControls();
   void LayOut();
   void Connect();
   void SearchText();
+  void GoToResults();
+  void TellShortText();
   void Work();  // one slice of what the search has begun
   void ShowList();
   void ShowRows();
@@ -49,6 +53,7 @@ class LiveFrame : public QFrame {
   Station& station_;
   BrowseModel* model_;
   const Translation texts_;
+  const std::function<void(const QString&)> tell_;
   double unit_ = 1;
   QComboBox *MenuLive, *RechGenre;
   QLineEdit* Rech;

@@ -42,11 +42,11 @@ void LockDialog::Refresh() {
 }
 
 void LockDialog::Ok() {
+  const bool unlocks = !station_.lockDialogue.asksNew;
   Lock::BtnOk_Click(station_, ChPasse->text().toStdString());
-  if (station_.lockDialogue.open)
-    Refresh();
-  else
-    accept();
+  if (station_.lockDialogue.open) return Refresh();
+  accept();
+  if (unlocks && refused) refused();
 }
 
 }  // namespace zemo

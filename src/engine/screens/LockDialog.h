@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 
 class QLineEdit;
 
@@ -13,6 +14,7 @@ struct Station;
 class LockDialog : public QDialog {
  public:
   LockDialog(Station& station, int langue, QWidget* parent);
+  std::function<void()> refused;  // the password was another one, and the dialogue has closed
 
  private:
   void Ok();

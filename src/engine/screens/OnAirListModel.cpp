@@ -3,6 +3,7 @@
 #include <set>
 #include <utility>
 
+#include "station/OperatorWords.h"
 #include "ui/Theme.h"
 
 namespace zemo {
@@ -18,16 +19,19 @@ bool OnAirListModel::IsFigure(int column) {
   return column == Col::kLength || column == Col::kIntro || column == Col::kExitMs;
 }
 
-OnAirListModel::Row OnAirListModel::RowOf(const OnAirRow& row) {
+OnAirListModel::Row OnAirListModel::RowOf(const OnAirRow& row) const {
   Row made{row.key, row.AsElement(), {}};
-  const Cells cells = ColumnsOf(row);
+  Cells cells = ColumnsOf(row);
+  cells[Col::kTitle] = TitleInWords(row.code, cells[Col::kTitle], langue_);
+  if (row.code < 0) cells[Col::kGenre] = InOperatorsWords(cells[Col::kGenre], langue_);
   for (size_t column = 0; column < kColumns; ++column)
     made.texts[column] = QString::fromStdString(cells[column]);
   return made;
 }
 
-void OnAirListModel::SetHeads(std::array<QString, kColumns> heads) {
+void OnAirListModel::SetTexts(std::array<QString, kColumns> heads, int langue) {
   heads_ = std::move(heads);
+  langue_ = langue;
   Q_EMIT headerDataChanged(Qt::Horizontal, 0, kColumns - 1);
 }
 
@@ -42,8 +46,10 @@ void OnAirListModel::RemoveGoneRows(const OnAirList& list) {
   }
 }
 
-// Keys only grow along with the rows put in, and a moved row has a new one: what is left after the
-// removals stands in the list's order.
+// Keys only grow along with the rows put in, and a moved row has a new one, so what is left after
+// the removals stands in the list's order. Only an order that is taken back moves rows with their
+// keys: they are put in where they stand now, and what was left of them ends up behind the last
+// row.
 void OnAirListModel::Sync(const OnAirList& list) {
   RemoveGoneRows(list);
   for (int row = 0; row < list.Count(); ++row) {
@@ -58,6 +64,11 @@ void OnAirListModel::Sync(const OnAirList& list) {
       Q_EMIT dataChanged(index(row, 0), index(row, kColumns - 1));
     }
   }
+  const int rows = list.Count(), left = static_cast<int>(rows_.size());
+  if (left == rows) return;
+  beginRemoveRows({}, rows, left - 1);
+  rows_.erase(rows_.begin() + rows, rows_.end());
+  endRemoveRows();
 }
 
 int64_t OnAirListModel::KeyOf(int row) const {

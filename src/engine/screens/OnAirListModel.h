@@ -20,7 +20,8 @@ class OnAirListModel : public QAbstractTableModel {
 
   explicit OnAirListModel(QObject* parent) : QAbstractTableModel(parent) {}
 
-  void SetHeads(std::array<QString, kColumns> heads);
+  // Before the first Sync: the rows are in the words of that language.
+  void SetTexts(std::array<QString, kColumns> heads, int langue);
   // Brings the table to what the list holds now.
   void Sync(const OnAirList& list);
   int64_t KeyOf(int row) const;  // of a row of the table, from 0; 0 for none
@@ -36,11 +37,12 @@ class OnAirListModel : public QAbstractTableModel {
     OnAirElement element;
     std::array<QString, kColumns> texts;
   };
-  static Row RowOf(const OnAirRow& row);
+  Row RowOf(const OnAirRow& row) const;
   void RemoveGoneRows(const OnAirList& list);
 
   std::vector<Row> rows_;
   std::array<QString, kColumns> heads_;
+  int langue_ = 0;
 };
 
 }  // namespace zemo

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
@@ -11,6 +12,7 @@
 #include <QToolButton>
 #include <QToolTip>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "engine/DayGridControls.h"
@@ -18,6 +20,7 @@
 #include "engine/FreeMoment.h"
 #include "engine/HourPip.h"
 #include "engine/LiveMode.h"
+#include "engine/MainScreenPicture.h"
 #include "engine/NextUp.h"
 #include "engine/OperatorControls.h"
 #include "engine/OverlayButton.h"
@@ -41,6 +44,7 @@
 #include "platform/Desktop.h"
 #include "platform/Waveforms.h"
 #include "settings/LockDialogue.h"
+#include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "traffic/DayGridComposition.h"
 #include "ui/PaperPrint.h"
@@ -74,6 +78,9 @@ OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
   connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
     if (station_.browse.open) live_->SearchMusic();
   });
+  // A text box takes its own typing back.
+  connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this,
+          [this] { WhenFree([this] { TakeBack(); }); });
   connect(&draw_, &QTimer::timeout, this, [this] { Refresh(); });
   connect(&observe_, &QTimer::timeout, this, [this] { Observe(); });
   Arrange();
@@ -102,11 +109,13 @@ void OnAirWindow::MakeBody() {
   left_ = new QWidget(centralWidget());
   model_ = new OnAirListModel(this);
   list_ = new OnAirListView(*model_, ListOrders(), left_);
-  stored_ = new StoredListFrame(station_, Texts().Langue(), left_);
+  const auto tell = [this](const QString& text) { Tell(text); };
+  stored_ = new StoredListFrame(station_, tell, Texts(), left_);
   grid_ = new DayGridFrame(station_, sources_.questions,
                            {.selectedRow = [this] { return list_->SelectedRow(); },
                             .openSelector = [this](const std::string& f) { OpenSelector(f); },
-                            .forecast = [this] { OpenForecast(); }},
+                            .forecast = [this] { OpenForecast(); },
+                            .tell = tell},
                            Texts(), left_);
   BrowseOrders browse;
   browse.drop = [this](const std::vector<int>& rows, int row) {
@@ -118,9 +127,8 @@ void OnAirWindow::MakeBody() {
     AdaptOverlay();
   };
   browse.selected = [this] { AdaptOverlay(); };
-  browse.openCard = [this](int row) {
-    if (const int32_t code = OnAir::CardOfBrowseRow(station_, row); code != 0) OpenCard(code);
-  };
+  browse.openCard = [this](int row) { OpenCardOr(OnAir::CardOfBrowseRow(station_, row)); };
+  browse.tell = tell;
   browse.openSelector = [this](int row) {
     OpenSelector(OnAir::FileOfBrowseRow(station_.browse.ListRech, row));
   };
@@ -140,8 +148,7 @@ OnAirListOrders OnAirWindow::ListOrders() {
     model_->Sync(station_.PL);
   };
   orders.openCard = [this](int64_t key) {
-    const int32_t code = OnAir::CardOfRow(station_, station_.PL.RowOfKey(key));
-    if (code != 0) OpenCard(code);
+    OpenCardOr(OnAir::CardOfRow(station_, station_.PL.RowOfKey(key)));
   };
   orders.openSelector = [this](int64_t key) {
     if (const int row = station_.PL.RowOfKey(key); row > 0) OpenSelector(station_.PL.Row(row).file);
@@ -166,7 +173,7 @@ void OnAirWindow::MakeMenus() {
       station_, *menuBar(),
       MenuOrders{.storedLists = [this] { PressToolbar(Toolbar::kLive); },
                  .insertBreak = [this] { ShowGridForInsertion(); },
-                 .composeGrid = [this] { WhenFree([this] { ComposeTodaysGrid(station_); }); },
+                 .composeGrid = [this] { WhenFree([this] { ComposeGrid(); }); },
                  .printList = [this] { WhenFree([this] { PrintList(); }); },
                  .forecast = [this] { OpenForecast(); },
                  .password = [this] { WhenFree([this] { AskPassword(); }); },
@@ -180,6 +187,11 @@ void OnAirWindow::LayOut() {
   left->addWidget(stored_);
   left->addWidget(list_, 1);
   left->addWidget(grid_, 1);
+  LblVerrou = new QLabel(this);
+  LblVerrou->setObjectName(QStringLiteral("LblVerrou"));
+  LblVerrou->setProperty("note", true);
+  LblVerrou->hide();
+  menuBar()->setCornerWidget(LblVerrou);
   auto* body = new QHBoxLayout;
   body->setSpacing(6);
   body->addWidget(left_, 1);
@@ -201,7 +213,7 @@ void OnAirWindow::Translate() {
   std::array<QString, kColumns> heads;
   for (int column = 0; column < kColumns; ++column)
     heads[static_cast<size_t>(column)] = Texts().Text("PL", std::to_string(column));
-  model_->SetHeads(std::move(heads));
+  model_->SetTexts(std::move(heads), Texts().Langue());
   findChild<QLabel*>(QStringLiteral("PictureNoJingle"))->setText(Texts().Word("NoJingleOnAir"));
 }
 
@@ -251,29 +263,34 @@ void OnAirWindow::Refresh() {
   const int64_t nowMs = NowMs();
   if (sources_.output) output_ = sources_.output();
   NotePeaks(health_, output_, nowMs);
-  header_->ShowStation(station_, now, output_, SilentOnAir(health_));
+  const MainScreen screen = PictureOf(station_);
+  header_->ShowStation(station_, screen, now, output_, SilentOnAir(health_));
   header_->ShowNext(LookAhead(station_, now, pip_));
   const std::string& file = station_.platform.sound.FileName(station_.engine.CurrentChannel);
   header_->ShowWave(
-      station_, sources_.waveforms && !file.empty() ? sources_.waveforms->PeaksOf(file) : nullptr);
+      station_, screen,
+      sources_.waveforms && !file.empty() ? sources_.waveforms->PeaksOf(file) : nullptr);
   header_->ShowLevels(output_, nowMs);
   // While a request works on the list it stands as it was. One that failed leaves it told as
   // hidden, but no longer works: what airs is shown.
   if (!station_.requests.PLHidden || station_.engine.mainTimerHolds == 0) model_->Sync(station_.PL);
-  bottom_->ShowStation(station_, nowMs);
-  bar_->Refresh();
-  menus_->Refresh();
-  RefreshFrames();
+  bottom_->ShowStation(screen, station_.notices, nowMs);
+  bar_->Refresh(screen);
+  menus_->Refresh(screen);
+  RefreshFrames(screen);
+  RefreshLock();
   RefreshSaver();
   RefreshSkeleton();
 }
 
-void OnAirWindow::RefreshFrames() {
+// The planned times follow: the editor of stored lists counts from the list's own time.
+void OnAirWindow::RefreshFrames(const MainScreen& screen) {
   const bool browses = station_.browse.open, edits = station_.storedList.open,
              grid = station_.gridFrame.open;
   const int frames = browses * 4 + edits * 2 + (grid ? 1 : 0);
   if (frames != shownFrames_) {
     shownFrames_ = frames;
+    RefreshPlanTimes(station_);
     live_->setVisible(browses);
     stored_->setVisible(edits);
     grid_->setVisible(grid);
@@ -283,13 +300,19 @@ void OnAirWindow::RefreshFrames() {
   }
   const int row = list_->SelectedRow();
   bar_->ShowVoiceTrack(edits && row > 0 && row < station_.PL.Count());
-  if (browses) live_->Refresh();
+  if (browses) live_->Refresh(screen);
   AdaptOverlay();
   if (edits) stored_->Refresh();
-  if (grid) grid_->Refresh();
+  if (grid) grid_->Refresh(screen);
   const Qt::CursorShape shape = station_.notices.hourglass ? Qt::WaitCursor : Qt::ArrowCursor;
   if (cursor().shape() != shape) setCursor(shape);
   if (station_.engine.ScreenLocked && isVisible() && !isMaximized()) showMaximized();
+}
+
+void OnAirWindow::RefreshLock() {
+  if (shownLocked_ == station_.lists.Locked) return;
+  shownLocked_ = station_.lists.Locked;
+  LblVerrou->setVisible(shownLocked_);
 }
 
 void OnAirWindow::RefreshSaver() {
@@ -336,7 +359,7 @@ void OnAirWindow::PressToolbar(Toolbar button) {
   OnAir::Toolbar_ButtonClick(station_, button);
   if (button == Toolbar::kLive) {
     shownFrames_ = -1;  // opens anew where it stands open
-    RefreshFrames();
+    RefreshFrames(PictureOf(station_));
     live_->TakeFocus();
   }
   Refresh();
@@ -346,7 +369,24 @@ void OnAirWindow::PressToolbar(Toolbar button) {
 
 void OnAirWindow::AskPassword() {
   Lock::MnuPasseWord_Click(station_);
-  (new LockDialog(station_, Texts().Langue(), this))->open();
+  auto* dialog = new LockDialog(station_, Texts().Langue(), this);
+  dialog->refused = [this] { Tell(Texts().Word("WrongPassword")); };
+  dialog->open();
+}
+
+void OnAirWindow::Tell(const QString& text) {
+  bottom_->Tell(text, NowMs());
+}
+
+void OnAirWindow::TakeBack() {
+  Tell(Texts().Word(UndoListOrder(station_) ? "TakenBack" : "NothingToTakeBack"));
+  model_->Sync(station_.PL);
+}
+
+void OnAirWindow::ComposeGrid() {
+  const bool composed = ComposeTodaysGrid(station_);
+  const QString breaks = QString::number(std::max(0, station_.GPubJour.RowCount() - 1));
+  Tell(composed ? Texts().Word("GridComposed", breaks) : Texts().Word("GridNotComposed"));
 }
 
 void OnAirWindow::ShowGridForInsertion() {
@@ -372,6 +412,11 @@ void OnAirWindow::AdaptOverlay() {
 
 void OnAirWindow::ShowLater() {
   QToolTip::showText(QCursor::pos(), Texts().Word("ComesLater"), this);
+}
+
+void OnAirWindow::OpenCardOr(int32_t code) {
+  if (code != 0) return OpenCard(code);
+  if (station_.lists.Locked) Tell(Texts().Word("CardsLocked"));
 }
 
 void OnAirWindow::OpenCard(int32_t code) {
@@ -412,6 +457,10 @@ void OnAirWindow::OpenForecast() {
 // --- events of the window ---
 
 bool OnAirWindow::MayLeave() {
+  if (station_.engine.IsRunning) {
+    Tell(Texts().Word("StopFirst"));
+    return false;
+  }
   return station_.engine.MainTimer && OnAir::Form_QueryUnload(station_);
 }
 

@@ -10,6 +10,8 @@
 #include "engine/screens/ScreenSources.h"
 #include "ui/Window.h"
 
+class QLabel;
+
 namespace zemo {
 
 class BottomStrip;
@@ -26,6 +28,7 @@ class SkeletonWindow;
 class StatusHeader;
 class StoredListFrame;
 enum class Toolbar;
+struct MainScreen;
 struct Station;
 
 // After Form_Load, whose Langue it speaks. Thread: the logic's, which is the screen's. The station
@@ -60,6 +63,10 @@ class OnAirWindow : public Window {
   void Translate();
   void ArrangeBody();
   void PressToolbar(Toolbar button);
+  void Tell(const QString& text);  // a line at the bottom
+  void TakeBack();
+  void ComposeGrid();
+  void OpenCardOr(int32_t code);
   void AskPassword();
   void ShowGridForInsertion();
   void PlayOverlay();
@@ -68,7 +75,8 @@ class OnAirWindow : public Window {
   void OpenSelector(const std::string& storedPath);
   void PrintList();
   void ShowShortcuts();
-  void RefreshFrames();
+  void RefreshFrames(const MainScreen& screen);
+  void RefreshLock();
   void RefreshSaver();
   void RefreshSkeleton();
   void ShowLater();
@@ -79,6 +87,7 @@ class OnAirWindow : public Window {
   OutputFigures output_;
   bool pip_ = false;
   int shownFrames_ = -1;
+  bool shownLocked_ = false;
 
   std::unique_ptr<ScreenMenus> menus_;
   ControlBar* bar_;
@@ -90,6 +99,7 @@ class OnAirWindow : public Window {
   LiveFrame* live_ = nullptr;
   DayGridFrame* grid_;
   BottomStrip* bottom_;
+  QLabel* LblVerrou;  // what the lock bars
   QPointer<ForecastWindow> forecast_;
   QPointer<SkeletonWindow> skeleton_;
   std::unique_ptr<SaverWindow> saver_;

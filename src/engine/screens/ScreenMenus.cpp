@@ -62,17 +62,17 @@ ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
   Options_->addSeparator();
   MnuStartStop_ = Add(Options_, "MnuStartStop", [this] {
     OnAir::SetCheck(station_, "MnuStartStop", !station_.engine.MnuStartStop);
-    Refresh();
+    Refresh(PictureOf(station_));
   });
   MnuPCProduction_ = Add(Options_, "MnuPCProduction", [this] {
     OnAir::SetCheck(station_, "MnuPCProduction", !station_.engine.PCProduction);
-    Refresh();
+    Refresh(PictureOf(station_));
   });
   for (QAction* mark : {MnuStartStop_, MnuPCProduction_}) mark->setCheckable(true);
   Options_->addSeparator();
   AddToCome(Options_, "MnuParametrage");
   MnuPasseWord_ = Add(Options_, "MnuPasseWord", [this] {
-    Refresh();  // the mark is the lock's, not the click's
+    Refresh(PictureOf(station_));  // the mark is the lock's, not the click's
     orders_.password();
   });
   MnuPasseWord_->setCheckable(true);
@@ -87,8 +87,7 @@ void ScreenMenus::SetTexts(const Translation& texts) {
       if (action->property(kToCome).toBool()) action->setToolTip(later);
 }
 
-void ScreenMenus::Refresh() {
-  const MainScreen screen = PictureOf(station_);
+void ScreenMenus::Refresh(const MainScreen& screen) {
   MnuEdit_->menuAction()->setEnabled(screen.MnuEditEnabled);
   MnuPasseWord_->setChecked(station_.engine.ScreenLocked);
   MnuPlaylist_->setEnabled(screen.MnuPlaylistEnabled);

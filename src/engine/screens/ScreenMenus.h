@@ -10,6 +10,7 @@ class QMenu;
 
 namespace zemo {
 
+struct MainScreen;
 struct Station;
 class Translation;
 
@@ -22,7 +23,7 @@ class ScreenMenus {
   // Fills the bar, which owns the menus.
   ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders);
   void SetTexts(const Translation& texts);
-  void Refresh();  // marks, and what may be used now
+  void Refresh(const MainScreen& screen);  // marks, and what may be used now
 
  private:
   QAction* Add(QMenu* menu, const char* name, std::function<void()> order);

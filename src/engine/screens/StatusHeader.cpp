@@ -8,6 +8,7 @@
 #include "engine/MainScreenPicture.h"
 #include "engine/NextUp.h"
 #include "engine/screens/IntroBar.h"
+#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -296,16 +297,20 @@ void StatusHeader::ShowLamp(const Station& station, const OutputFigures& output,
 }
 
 void StatusHeader::ShowLights(const MainScreen& screen) {
-  LblMode->Show(Text(screen.LblMode));
-  LblDateTitre->Show(Text(screen.LblDateTitre));
+  const auto shown = [this](const std::string& text) {
+    return Text(InOperatorsWords(text, texts_.Langue()));
+  };
+  LblMode->Show(shown(screen.LblMode));
+  LblDateTitre->Show(shown(screen.LblDateTitre));
   LblDateTitre->setVisible(!screen.LblDateTitre.empty());
-  Put(LblFeu, Text(screen.LblFeu.text));
-  const bool voice = screen.LblFeu.colour == kLightOnAir;  // red is the lamp's alone
-  Colour(LblFeu, Qt::black, voice ? Theme::kVoiceTrack : Theme::FromBgr(screen.LblFeu.colour), 3);
+  Put(LblFeu, shown(screen.LblFeu.text));
+  // Red is the lamp's alone.
+  Colour(LblFeu, Qt::black,
+         screen.voiceTrackHeard ? Theme::kVoiceTrack : Theme::FromBgr(screen.LblFeu.colour), 3);
   LblFeu->setVisible(screen.LblFeu.visible);
   Colour(LblIntro, Qt::black, Theme::kJingle, 3);
   LblIntro->setVisible(screen.LblIntro.visible);
-  Put(LblTopage, Text(screen.LblTopage.text));
+  Put(LblTopage, shown(screen.LblTopage.text));
   Colour(LblTopage, Qt::black, Theme::kNote, 3);
   LblTopage->setVisible(screen.LblTopage.visible);
 }
@@ -317,11 +322,14 @@ void StatusHeader::ShowClock(const MainScreen& screen, const LocalDateTime& now)
   InfoDate->Show(Text(screen.InfoDate));
 }
 
-void StatusHeader::ShowElement(const MainScreen& screen, uint32_t counterColour) {
+void StatusHeader::ShowElement(const MainScreen& screen, int32_t codeOnAir,
+                               uint32_t counterColour) {
   LblArtiste->SetColour(sounding_ ? Theme::kText : Theme::kDim);
-  LblArtiste->Show(Text(screen.LblArtiste));
-  Temp->SetColour(Theme::Readable(Theme::FromBgr(counterColour), Theme::kText));
-  Temp->Show(Text(screen.Temp));
+  LblArtiste->Show(Text(TitleInWords(codeOnAir, screen.LblArtiste, texts_.Langue())));
+  // Where nothing plays, nothing remains.
+  Temp->SetColour(idle_ ? Theme::kDim
+                        : Theme::Readable(Theme::FromBgr(counterColour), Theme::kText));
+  Temp->Show(idle_ ? texts_.Word("None") : Text(screen.Temp));
   Put(Tmn, QString::number(screen.Tmn));
   Put(Tss, QString::number(screen.Tss));
   LblEncours->Show(Text(screen.LblEncours));
@@ -330,21 +338,23 @@ void StatusHeader::ShowElement(const MainScreen& screen, uint32_t counterColour)
   VueIntro->Show(screen.VueIntro.visible, screen.VueIntro.elapsedSec, screen.VueIntro.lengthSec);
 }
 
-void StatusHeader::ShowStation(const Station& station, const LocalDateTime& now,
-                               const OutputFigures& output, bool silent) {
+void StatusHeader::ShowStation(const Station& station, const MainScreen& screen,
+                               const LocalDateTime& now, const OutputFigures& output, bool silent) {
   sounding_ = station.platform.sound.Sounds(0) || station.platform.sound.Sounds(1);
+  idle_ = !station.engine.IsRunning && !sounding_;
   ShowLamp(station, output, silent);
-  const MainScreen screen = PictureOf(station);
   ShowLights(screen);
   ShowClock(screen, now);
-  ShowElement(screen, station.notices.counterColour);
+  ShowElement(screen, station.engine.CodeEnCours, station.notices.counterColour);
 }
 
 void StatusHeader::ShowNext(const NextUp& next) {
   const QString none = texts_.Word("None");
   Put(next_.head, texts_.Word("Next"));
   next_.when->Show(Text(next.elementAt));
-  next_.what->Show(next.elementTitle.empty() ? none : Text(next.elementTitle));
+  next_.what->Show(next.elementTitle.empty()
+                       ? none
+                       : Text(TitleInWords(next.elementCode, next.elementTitle, texts_.Langue())));
   next_.what->SetColour(next.elementCode > 0 ? Theme::kText
                                              : Theme::ColourOfElement(next.elementCode));
   Put(break_.head, texts_.Word("Break"));
@@ -364,7 +374,8 @@ void StatusHeader::ShowNext(const NextUp& next) {
   pip_.what->SetColour(next.pipAt.empty() ? Theme::kDim : Theme::kPip);
 }
 
-void StatusHeader::ShowWave(const Station& station, std::shared_ptr<const WavePeaks> peaks) {
+void StatusHeader::ShowWave(const Station& station, const MainScreen& screen,
+                            std::shared_ptr<const WavePeaks> peaks) {
   const EngineState& engine = station.engine;
   const SoundChain& sound = station.platform.sound;
   const std::string& file = sound.FileName(engine.CurrentChannel);
@@ -382,7 +393,7 @@ void StatusHeader::ShowWave(const Station& station, std::shared_ptr<const WavePe
     element.introMs = introMs_;
     element.exitMs = static_cast<int32_t>(std::max(0.0F, static_cast<float>(engine.MixPointMs)));
   }
-  VuMettre->Show(element, PictureOf(station).VuMettrePercent, std::move(peaks));
+  VuMettre->Show(element, screen.VuMettrePercent, std::move(peaks));
 }
 
 void StatusHeader::ShowLevels(const OutputFigures& output, int64_t nowMs) {

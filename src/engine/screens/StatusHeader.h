@@ -31,10 +31,11 @@ class StatusHeader : public QFrame {
 
   // Each draws only what is another than before.
   // `silent`: running, and nothing has left the output for some seconds.
-  void ShowStation(const Station& station, const LocalDateTime& now, const OutputFigures& output,
-                   bool silent);
+  void ShowStation(const Station& station, const MainScreen& screen, const LocalDateTime& now,
+                   const OutputFigures& output, bool silent);
   void ShowNext(const NextUp& next);
-  void ShowWave(const Station& station, std::shared_ptr<const WavePeaks> peaks);
+  void ShowWave(const Station& station, const MainScreen& screen,
+                std::shared_ptr<const WavePeaks> peaks);
   void ShowLevels(const OutputFigures& output, int64_t nowMs);
 
  private:
@@ -55,10 +56,11 @@ class StatusHeader : public QFrame {
   void ShowLamp(const Station& station, const OutputFigures& output, bool silent);
   void ShowLights(const MainScreen& screen);
   void ShowClock(const MainScreen& screen, const LocalDateTime& now);
-  void ShowElement(const MainScreen& screen, uint32_t counterColour);
+  void ShowElement(const MainScreen& screen, int32_t codeOnAir, uint32_t counterColour);
 
   const Translation texts_;
   bool sounding_ = false;
+  bool idle_ = true;     // it does not run, and nothing sounds any more
   int32_t introMs_ = 0;  // of the element on air; the count forgets it at its end
   std::string introFile_;
 

@@ -12,6 +12,8 @@
 
 #include "engine/OperatorControls.h"
 #include "engine/StoredPlaylists.h"
+#include "platform/Desktop.h"
+#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "ui/CalendarWindow.h"
 #include "ui/Theme.h"
@@ -20,7 +22,12 @@
 namespace zemo {
 
 namespace {
-constexpr const char* kOptions[] = {"ON", "ON-P", "OFF", "OFF-P"};
+struct Option {
+  const char* item;
+  const char* tip;  // a word of the screen
+};
+constexpr Option kOptions[] = {
+    {"ON", "OptionOn"}, {"ON-P", "OptionOnP"}, {"OFF", "OptionOff"}, {"OFF-P", "OptionOffP"}};
 
 // Only a choice in the opened list counts: it replaces the list on air. Left alone, an editable box
 // also chooses at Return, when it loses the keyboard and at each turn of the wheel.
@@ -54,8 +61,9 @@ class ListBox : public QComboBox {
 };
 }  // namespace
 
-StoredListFrame::StoredListFrame(Station& station, int langue, QWidget* parent)
-    : QFrame(parent), station_(station), langue_(langue) {
+StoredListFrame::StoredListFrame(Station& station, std::function<void(const QString&)> tell,
+                                 Translation texts, QWidget* parent)
+    : QFrame(parent), station_(station), tell_(std::move(tell)), texts_(texts) {
   setObjectName(QStringLiteral("CadrePL"));
   setProperty("panel", true);
   MakeControls();
@@ -83,7 +91,10 @@ void StoredListFrame::MakeControls() {
   ChHeure->installEventFilter(this);
   OptPls = new QComboBox(this);
   OptPls->setObjectName(QStringLiteral("OptPls"));
-  for (const char* option : kOptions) OptPls->addItem(QString::fromLatin1(option));
+  for (const Option& option : kOptions) {
+    OptPls->addItem(QString::fromLatin1(option.item));
+    OptPls->setItemData(OptPls->count() - 1, texts_.Word(option.tip), Qt::ToolTipRole);
+  }
   ChkNoJingle = new QLabel(this);
   ChkNoJingle->setObjectName(QStringLiteral("ChkNoJingle"));
   ChkNoJingle->setBuddy(OptPls);
@@ -127,13 +138,64 @@ void StoredListFrame::Connect() {
           [this](int item) { OnAir::OptPls_Click(station_, item); });
   connect(BtnSauve, &QPushButton::clicked, this, [this] {
     OnAir::RecordActivity(station_);
-    WhenFree(station_, this, [this] { OnAir::BtnSauve_Click(station_); });
+    WhenFree(station_, this, [this] { Save(); });
   });
   connect(BtnNew, &QPushButton::clicked, this, [this] {
     OnAir::RecordActivity(station_);
-    OnAir::BtnNew_Click(station_);
+    WhenFree(station_, this, [this] { NewList(); });
   });
 }
+
+// --- orders ---
+
+bool StoredListFrame::Confirmed(const char* title, const char* question) {
+  return station_.platform.messages.Show(texts_.Text(title, "text").toStdString(),
+                                         texts_.Word(question).toStdString(),
+                                         Buttons::kYesNo) == Answer::kYes;
+}
+
+// Only what would take the music from the air is asked for; the rest can be taken back.
+void StoredListFrame::NewList() {
+  const bool airs = station_.engine.IsRunning && !station_.PL.Empty();
+  if (airs && !Confirmed("BtnNew", "NewOnAir")) return;
+  OnAir::BtnNew_Click(station_);
+  Refresh();
+}
+
+// A list with half a moment would never air, and one without any only by hand.
+bool StoredListFrame::MaySave() {
+  const StoredListEditor& editor = station_.storedList;
+  switch (OnAir::DoubtOf(editor)) {
+    case OnAir::ListDoubt::kNoTime:
+      tell_(texts_.Word("NoSuchTime", Shown(editor.ChHeure)));
+      ChHeure->setFocus();
+      return false;
+    case OnAir::ListDoubt::kNoDate:
+      tell_(texts_.Word("NoSuchDate", Shown(editor.LblDate)));
+      LblDate->setFocus();
+      return false;
+    case OnAir::ListDoubt::kNoMoment:
+      if (!Confirmed("BtnSauve", "SaveWithoutMoment")) return false;
+      break;
+    case OnAir::ListDoubt::kNone:
+      break;
+  }
+  return !station_.PL.Empty() || Confirmed("BtnSauve", "SaveEmpty");
+}
+
+void StoredListFrame::Save() {
+  if (!MaySave()) return;
+  const QString label = QString::fromStdString(station_.storedList.ComboPLS.text);
+  const bool saved = OnAir::BtnSauve_Click(station_);
+  tell_(saved ? texts_.Word("ListSaved", label) : texts_.Word("ListNotSaved"));
+  Refresh();
+}
+
+QString StoredListFrame::Shown(const std::string& field) const {
+  return QString::fromStdString(InOperatorsWords(field, texts_.Langue()));
+}
+
+// --- the panel's fields ---
 
 void StoredListFrame::Arrange(double unit) {
   const QFontMetrics metrics(Theme::Type(unit, 15));
@@ -141,7 +203,7 @@ void StoredListFrame::Arrange(double unit) {
 }
 
 void StoredListFrame::OpenCalendar() {
-  auto* calendar = new CalendarWindow(langue_, station_.Now(), this);
+  auto* calendar = new CalendarWindow(texts_.Langue(), station_.Now(), this);
   calendar->picked = [this](const LocalDateTime& day) {
     OnAir::PickListDay(station_, day);
     Refresh();
@@ -170,9 +232,9 @@ void StoredListFrame::Refresh() {
     ComboPLS->setCurrentIndex(editor.ComboPLS.index);
   const QString text = QString::fromStdString(editor.ComboPLS.text);
   if (ComboPLS->currentText() != text) ComboPLS->setEditText(text);
-  const QString date = QString::fromStdString(editor.LblDate);
+  const QString date = Shown(editor.LblDate);
   if (LblDate->text() != date) LblDate->setText(date);
-  const QString hour = QString::fromStdString(editor.ChHeure);
+  const QString hour = Shown(editor.ChHeure);
   if (ChHeure->text() != hour) ChHeure->setText(hour);
   if (OptPls->currentIndex() != editor.OptPls) OptPls->setCurrentIndex(editor.OptPls);
   const QString code = QString::number(editor.LblCodePL);

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <QFrame>
+#include <functional>
+
+#include "ui/Translation.h"
 
 class QComboBox;
 class QLabel;
@@ -14,7 +17,9 @@ struct Station;
 
 class StoredListFrame : public QFrame {
  public:
-  StoredListFrame(Station& station, int langue, QWidget* parent);
+  // `tell` puts a line at the bottom of the screen.
+  StoredListFrame(Station& station, std::function<void(const QString&)> tell, Translation texts,
+                  QWidget* parent);
   void Refresh();  // from the panel's fields
   void Arrange(double unit);
 
@@ -28,10 +33,16 @@ class StoredListFrame : public QFrame {
   void FillItems();
   void ChooseList(int item);
   bool DeleteKey();
+  void NewList();
+  void Save();
+  bool MaySave();
+  bool Confirmed(const char* title, const char* question);
+  QString Shown(const std::string& field) const;  // in the operator's words
   void OpenCalendar();
 
   Station& station_;
-  const int langue_;
+  const std::function<void(const QString&)> tell_;
+  const Translation texts_;
   QComboBox *ComboPLS, *OptPls;
   QPushButton *LblDate, *BtnSauve, *BtnNew;
   QLineEdit* ChHeure;

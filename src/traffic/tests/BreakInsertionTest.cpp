@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "station/OnAirColumns.h"
+#include "station/PlanTimes.h"
 #include "station/TextForms.h"
 #include "store/SqlText.h"
 #include "support/Campaigns.h"
@@ -187,7 +188,7 @@ TEST_F(BreakInsertion, NoAutomaticJingleFollowsAtOnceAndThePlanIsReckonedAnew) {
   InsertSpotBreak(on.station, 1);
   EXPECT_EQ(on.station.engine.LastJingleTimer, 43200.0F);  // 12:00:00
   EXPECT_EQ(ColumnText(Row(1), Col::kPlanned).substr(0, 4), "12 h");
-  EXPECT_EQ(on.station.notices.listTotalSec, 10);
+  EXPECT_EQ(ListTotalSec(on.station), 10);
   EXPECT_EQ(on.station.engine.mainTimerHolds, 0);
 }
 
@@ -245,7 +246,7 @@ TEST_F(BreakInsertion, TheOperatorsBreakGoesInAtTheSelectedRowAsSpots) {
   EXPECT_EQ(Row(3).genre + ColumnText(Row(3), Col::kCode), "Pub-2");
   EXPECT_FALSE(on.station.engine.NextRequested);
   EXPECT_EQ(on.station.engine.LastJingleTimer, 7.0F);
-  EXPECT_EQ(on.station.notices.listTotalSec, 27);  // 4 + 10 + 10 + 3
+  EXPECT_EQ(ListTotalSec(on.station), 27);  // 4 + 10 + 10 + 3
   const Seen* told = on.First("break");
   ASSERT_NE(told, nullptr);
   EXPECT_EQ((*told)["routine"] + " " + (*told)["position"] + " " + (*told)["rows"],

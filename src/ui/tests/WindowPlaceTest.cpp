@@ -46,5 +46,20 @@ TEST(WindowPlace, WhatIsNoPlaceIsPassedOver) {
   }
 }
 
+// A box of 200 x 100 in a window of 1000 x 600.
+TEST(WindowPlace, ABoxStandsInTheMiddleUnlessItWouldCoverWhatItSpeaksOf) {
+  const QSize box(200, 100);
+  const QRect window(0, 0, 1000, 600);
+  EXPECT_EQ(PlaceBeside(box, {}, window), QPoint(399, 249));
+  EXPECT_EQ(PlaceBeside(box, {0, 0, 1000, 30}, window), QPoint(399, 249));
+  EXPECT_EQ(PlaceBeside(box, {0, 280, 1000, 30}, window), QPoint(399, 322));   // 12 below 309
+  EXPECT_EQ(PlaceBeside(box, {0, 340, 1000, 260}, window), QPoint(399, 228));  // 12 above 340
+  EXPECT_EQ(PlaceBeside(box, {300, 0, 400, 600}, window), QPoint(712, 249));   // 12 right of 699
+}
+
+TEST(WindowPlace, ABoxThatHasNoFreePlaceStandsInTheMiddle) {
+  EXPECT_EQ(PlaceBeside({200, 100}, {0, 0, 1000, 600}, {0, 0, 1000, 600}), QPoint(399, 249));
+}
+
 }  // namespace
 }  // namespace zemo::test

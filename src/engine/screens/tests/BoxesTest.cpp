@@ -123,7 +123,7 @@ TEST_F(Screen, ButtonsOfABoxSpeakTheLanguage) {
   for (int langue = 0; langue < 4; ++langue) {
     ScreenMessageBoxes boxes;
     boxes.SetWindow(window.get(), [] { return true; });
-    boxes.SetLanguage(langue);
+    boxes.SetLanguage([langue] { return langue; });
     boxes.Show("Alerte", "hello", Buttons::kOk);
     ASSERT_TRUE(Told());
     EXPECT_EQ(Told()->button(QMessageBox::Ok)->text(), words[langue]);
@@ -135,6 +135,91 @@ TEST_F(Screen, ButtonsOfABoxSpeakTheLanguage) {
     });
     EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kYesNo), Answer::kNo);
   }
+}
+
+TEST_F(Screen, ABoxShowsTheOperatorsWordsForTheRoutines) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  boxes.SetLanguage([] { return 1; });
+  boxes.Show("Alerte", "Erreur de séléction de sortie audio", Buttons::kOk);
+  ASSERT_TRUE(Told());
+  EXPECT_EQ(Told()->windowTitle(), "Alert");
+  EXPECT_EQ(Told()->text(), "The chosen audio output cannot be used");
+}
+
+TEST_F(Screen, EscapeOnTheMainScreenClosesTheNewestBoxFirst) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  boxes.Show("Alerte", "first", Buttons::kOk);
+  boxes.Show("Alerte", "second", Buttons::kOk);
+  List().setFocus();
+  Key(Qt::Key_Escape);
+  ASSERT_EQ(AllTold().size(), 1U);
+  EXPECT_EQ(Told()->text(), "first");
+  Key(Qt::Key_Escape);
+  EXPECT_FALSE(Told());
+}
+
+TEST_F(Screen, ReturnClosesABoxOnceItCouldBeReadAndElseDoesWhatItWasFor) {
+  std::string opened;
+  sources.openSelector = [&](const std::string& file) { opened = file; };
+  AddTitles(1);
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(1));
+  boxes.Show("Alerte", "hello", Buttons::kOk);
+  Key(Qt::Key_Return);
+  EXPECT_NE(opened, "");
+  ASSERT_TRUE(Told());
+  opened.clear();
+  ASSERT_TRUE(QTest::qWaitFor(
+      [&] {
+        Key(Qt::Key_Return);
+        return !Told();
+      },
+      5000));
+  opened.clear();
+  QApplication::setActiveWindow(window.get());  // off the screen the box had taken that from it
+  List().setFocus();
+  Key(Qt::Key_Return);
+  EXPECT_NE(opened, "");
+}
+
+TEST_F(Screen, ABoxLeavesTheRowFreeThatItSpeaksOf) {
+  AddTitles(12);
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  for (const int row : {1, 6, 12}) {
+    QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(row));
+    List().setFocus();
+    boxes.Show("Alerte", "row " + std::to_string(row), Buttons::kOk);
+    ASSERT_TRUE(Told());
+    const QRect spoken = List().visualRect(List().model()->index(row - 1, 0));
+    const QRect onScreen(List().viewport()->mapToGlobal(spoken.topLeft()),
+                         QSize(List().viewport()->width(), spoken.height()));
+    EXPECT_FALSE(Told()->geometry().intersects(onScreen)) << row;
+    Key(Qt::Key_Escape);
+  }
+}
+
+TEST_F(Screen, AQuestionBelowADialogueStandsBeforeItAndLeavesItFree) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  auto* calendar = new CalendarWindow(0, on.station.Now(), window.get());
+  calendar->open();
+  QTimer::singleShot(0, [&] {
+    auto* question = calendar->findChild<QMessageBox*>("Alerte");
+    ASSERT_TRUE(question);
+    EXPECT_FALSE(question->geometry().intersects(calendar->geometry()));
+    question->reject();
+  });
+  EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kYesNo), Answer::kNo);
+  calendar->close();
 }
 
 TEST_F(Screen, AFaultInAClickIsToldAndEndsNothing) {

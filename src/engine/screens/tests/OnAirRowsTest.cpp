@@ -86,6 +86,8 @@ TEST_F(OnAirRows, AnOrderThatHoldsTheTickWaitsForTheElementThatIsAboutToBegin) {
   Click("Toolbar1_2");
   Click("Toolbar1_5");
   Run(178200);
+  on.station.storedList.LblDate = "JOURNALIER";
+  on.station.storedList.ChHeure = "18:30";
   Click("BtnSauve");
   QCoreApplication::processEvents();
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");

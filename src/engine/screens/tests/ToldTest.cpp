@@ -1,0 +1,302 @@
+// No order ends in silence: what became of it, or why nothing did, stands in the line at the
+// bottom.
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QTableView>
+
+#include "engine/screens/tests/ScreenFixture.h"
+
+namespace zemo::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class Told : public Screen {
+ protected:
+  void SetUp() override {
+    Screen::SetUp();
+    Loaded();
+    on.Set("Langue", "1");
+  }
+  void OpenLive() {
+    Open();
+    Click("Toolbar1_2");
+    QCoreApplication::processEvents();
+  }
+  std::string Line() {
+    Draw();
+    return Find("LblAvis")->isVisible() ? Text("LblAvis") : std::string();
+  }
+  // The questions that were asked, each answered as given.
+  void Answering(Answer answer) {
+    on.messages.shown = [this](const std::string&, const std::string& text, Buttons, Answer) {
+      asked.push_back(text);
+    };
+    on.messages.AnswerNext(answer);
+  }
+  Names asked;
+};
+
+TEST_F(Told, WhyTheProgramIsNotLeftOnAir) {
+  AddTitles(2);
+  Open();
+  EXPECT_EQ(Line(), "");
+  Click("Toolbar1_5");
+  Run(1000);
+  window->close();
+  EXPECT_EQ(Line(), "On air: stop first, then quit");
+  EXPECT_FALSE(Find("LblInfo")->isVisible());
+  Run(8000);
+  EXPECT_EQ(Line(), "");
+  EXPECT_TRUE(Find("LblInfo")->isVisible());
+}
+
+TEST_F(Told, HowManyBreaksTheGridOfTheDayHasNow) {
+  Open();
+  window->findChild<QAction*>("MakePubduJour")->trigger();
+  EXPECT_EQ(Line(), "The day's grid is composed: 0 breaks");
+}
+
+TEST_F(Told, ThatTheGridCouldNotBeComposed) {
+  Open();
+  on.Sql("DROP TABLE GrillePub");
+  window->findChild<QAction*>("MakePubduJour")->trigger();
+  EXPECT_EQ(Line(), "The day's grid is not composed");
+}
+
+TEST_F(Told, HowManyCharactersASearchWants) {
+  AddTitles(1);
+  OpenLive();
+  auto* box = Find<QLineEdit>("Rech");
+  QTest::keyClicks(box, "AR");
+  EXPECT_EQ(Line(), "Type 3 characters at least, or * for all");
+  Run(8000);
+  QTest::keyClicks(box, "T");
+  EXPECT_EQ(Line(), "");
+}
+
+TEST_F(Told, ThatAnEmptySearchWantsNothing) {
+  AddTitles(1);
+  OpenLive();
+  auto* box = Find<QLineEdit>("Rech");
+  QTest::keyClicks(box, "A");
+  Run(8000);
+  QTest::keyClick(box, Qt::Key_Backspace);
+  EXPECT_EQ(Line(), "");
+}
+
+TEST_F(Told, ThatAPasswordWasWrong) {
+  on.station.lists.Locked = true;
+  Open();
+  window->findChild<QAction*>("MnuPasseWord")->trigger();
+  auto* dialog = window->findChild<QDialog*>("FrmPasseWord");
+  ASSERT_TRUE(dialog);
+  QTest::keyClicks(dialog->findChild<QLineEdit*>("ChPasse"), "wrong");
+  QTest::mouseClick(dialog->findChild<QAbstractButton*>("BtnOk"), Qt::LeftButton);
+  EXPECT_EQ(Line(), "Wrong password: nothing is changed");
+}
+
+TEST_F(Told, WhatTheLockBarsStandsOnTheScreenWhileItDoes) {
+  AddTitles(1);
+  Open();
+  EXPECT_FALSE(Find("LblVerrou")->isVisible());
+  on.station.lists.Locked = true;
+  Draw();
+  EXPECT_TRUE(Find("LblVerrou")->isVisible());
+  EXPECT_EQ(Text("LblVerrou"), "LOCKED: Edit, Settings and the cards");
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, Qt::ControlModifier, InRow(1));
+  EXPECT_EQ(Line(), "The password locks the cards");
+  on.station.lists.Locked = false;
+  Draw();
+  EXPECT_FALSE(Find("LblVerrou")->isVisible());
+}
+
+// --- the list, and the way back ---
+
+TEST_F(Told, CtrlZBringsBackWhatTheLastOrderTookOutAndSaysSo) {
+  AddTitles(3);
+  Open();
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(2));
+  Key(Qt::Key_Delete);
+  ASSERT_EQ(Titles(), (Names{"ARTIST 1", "ARTIST 3"}));
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Titles(), (Names{"ARTIST 1", "ARTIST 2", "ARTIST 3"}));
+  EXPECT_EQ(Line(), "The last order on the list is taken back; Ctrl+Z gives it again");
+}
+
+TEST_F(Told, CtrlZBringsAMovedRowBackOnTheScreenToo) {
+  AddTitles(3);
+  Open();
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(3));
+  Key(Qt::Key_Up, Qt::AltModifier);
+  ASSERT_EQ(Titles(), (Names{"ARTIST 1", "ARTIST 3", "ARTIST 2"}));
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Titles(), (Names{"ARTIST 1", "ARTIST 2", "ARTIST 3"}));
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Titles(), (Names{"ARTIST 1", "ARTIST 3", "ARTIST 2"}));
+}
+
+TEST_F(Told, CtrlZWithoutAnOrderSaysSo) {
+  Open();
+  List().setFocus();
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Line(), "No order on the list to take back");
+}
+
+TEST_F(Told, CtrlZInATextBoxIsTheTexts) {
+  AddTitles(3);
+  OpenLive();
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(2));
+  Key(Qt::Key_Delete);
+  auto* box = Find<QLineEdit>("Rech");
+  box->setFocus();
+  QTest::keyClicks(box, "ART");
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(box->text(), "");
+  EXPECT_EQ(Titles(), (Names{"ARTIST 1", "ARTIST 3"}));
+}
+
+TEST_F(Told, NewAsksWhileTheAirPlaysFromTheListAndNoKeepsIt) {
+  AddTitles(3);
+  OpenLive();
+  Click("Toolbar1_5");
+  Run(1000);
+  Answering(Answer::kNo);
+  Click("BtnNew");
+  EXPECT_EQ(asked, (Names{"The air plays from this list. Clear it?"}));
+  EXPECT_EQ(Titles(), (Names{"ARTIST 2", "ARTIST 3"}));
+  Answering(Answer::kYes);
+  Click("BtnNew");
+  Draw();
+  EXPECT_TRUE(on.station.PL.Empty());
+  List().setFocus();
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Titles(), (Names{"ARTIST 2", "ARTIST 3"}));
+}
+
+TEST_F(Told, NewDoesNotAskWhileTheEngineIsStoppedAndTheTotalFollowsAtOnce) {
+  AddTitles(2);  // 3 min each
+  OpenLive();
+  ASSERT_EQ(Text("HHTot") + Text("MnTot") + Text("SSTot"), "000600");
+  Answering(Answer::kNo);
+  Click("BtnNew");
+  Draw();
+  EXPECT_TRUE(asked.empty());
+  EXPECT_TRUE(on.station.PL.Empty());
+  EXPECT_EQ(Text("HHTot") + Text("MnTot") + Text("SSTot"), "000000");
+}
+
+// --- saving ---
+
+TEST_F(Told, AListOfAWrongTimeOrDateIsNotSaved) {
+  AddTitles(1);
+  OpenLive();
+  StoredListEditor& panel = on.station.storedList;
+  panel.ComboPLS.text = "EVENING";
+  panel.LblDate = "24/12/2026";
+  panel.ChHeure = "25:00";
+  Click("BtnSauve");
+  EXPECT_EQ(Line(), "\"25:00\" is no time (hh:mm): the list is not saved");
+  panel.ChHeure = "hh:mn";
+  Click("BtnSauve");
+  EXPECT_EQ(Line(), "\"hh:mm\" is no time (hh:mm): the list is not saved");
+  panel.ChHeure = "18:30";
+  panel.LblDate = "JJ/MM/ANNE";
+  Click("BtnSauve");
+  EXPECT_EQ(Line(), "\"DD/MM/YYYY\" is no date: the list is not saved");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");
+  panel.LblDate = "JOURNALIER";
+  Click("BtnSauve");
+  EXPECT_EQ(Line(), "The list \"EVENING\" is saved");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "1");
+}
+
+TEST_F(Told, AListWithoutAMomentOrWithoutARowIsSavedOnlyOnDemand) {
+  OpenLive();
+  Answering(Answer::kNo);
+  Click("BtnSauve");
+  EXPECT_EQ(asked, (Names{"Without date and time it will not go on air by itself. Save it?"}));
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");
+  on.station.storedList.LblDate = "JOURNALIER";
+  on.station.storedList.ChHeure = "18:30";
+  Answering(Answer::kNo);
+  Click("BtnSauve");
+  EXPECT_EQ(asked.back(), "The list is empty. Save it?");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");
+  Answering(Answer::kYes);
+  Click("BtnSauve");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "1");
+}
+
+TEST_F(Told, AListThatTheBaseDoesNotTakeIsToldAsNotSaved) {
+  AddTitles(1);
+  OpenLive();
+  on.station.storedList.LblDate = "JOURNALIER";
+  on.station.storedList.ChHeure = "18:30";
+  on.Sql("DROP TABLE Playlist");
+  Click("BtnSauve");
+  EXPECT_EQ(Line(), "The list is not saved");
+}
+
+// --- the keyboard, and figures ---
+
+TEST_F(Told, DownGoesFromTheSearchTextIntoItsFinds) {
+  AddTitles(3);
+  OpenLive();
+  auto* box = Find<QLineEdit>("Rech");
+  box->setFocus();
+  Key(Qt::Key_Down);
+  EXPECT_TRUE(box->hasFocus());  // nothing is found yet
+  QTest::keyClicks(box, "ARTIST");
+  QTRY_COMPARE(Find<QTableView>("ListRech")->model()->rowCount(), 3);
+  Key(Qt::Key_Down);
+  EXPECT_TRUE(Find("ListRech")->hasFocus());
+  EXPECT_EQ(Find<QTableView>("ListRech")->currentIndex().row(), 0);
+}
+
+TEST_F(Told, NothingRemainsWhereNothingPlays) {
+  AddTitles(1);
+  Open();
+  EXPECT_EQ(Text("Temp"), "\u2013");
+  Click("Toolbar1_5");
+  Run(2000);
+  EXPECT_NE(Text("Temp"), "\u2013");
+  Click("Toolbar1_6");
+  Run(1000);
+  EXPECT_NE(Text("Temp"), "\u2013");  // it plays out
+  Run(200000);
+  EXPECT_EQ(Text("Temp"), "\u2013");
+}
+
+TEST_F(Told, TheOrderToStopAndTheCutHaveNamesAndLooksOfTheirOwn) {
+  AddTitles(1);
+  Open();
+  EXPECT_EQ(Text("Toolbar1_6"), "Stop at end");
+  EXPECT_EQ(Text("CmdStop"), "Stop");
+  EXPECT_TRUE(Find("CmdStop")->property("cuts").toBool());
+  EXPECT_EQ(Find("CmdStop")->toolTip().toStdString().find("Cuts the element that plays out"), 0U);
+  Click("Toolbar1_5");
+  Run(1000);
+  EXPECT_EQ(Text("CmdStop"), "Next");
+  EXPECT_FALSE(Find("CmdStop")->property("cuts").toBool());
+}
+
+TEST_F(Told, NextAndTheFirstRowShowTheSameMomentInLiveMode) {
+  AddTitles(3);
+  OpenLive();
+  Click("Toolbar1_5");
+  for (int second = 1; second < 100; ++second) {
+    Run(1000);
+    const std::string planned = ColumnText(on.station.PL.Row(1), Col::kPlanned);
+    const std::string shown =
+        planned.substr(0, 2) + ":" + planned.substr(5, 2) + ":" + planned.substr(10, 2);
+    ASSERT_EQ(Text("TileNextWhen"), shown) << second;
+  }
+}
+
+}  // namespace
+}  // namespace zemo::test

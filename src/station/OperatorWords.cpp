@@ -1,0 +1,147 @@
+#include "station/OperatorWords.h"
+
+#include <optional>
+
+#include "station/OnAirElement.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr const char* kRoutines = nullptr;  // in French: as the routine has it
+
+// clang-format off
+constexpr RoutineText kTexts[] = {
+    // titles of boxes
+    {"Alerte", {kRoutines, "Alert", "Alerta", "Alerta"}},
+    {"Suppresion", {kRoutines, "Delete", "Eliminar", "Eliminar"}},
+    {"ERREUR CREATION TABLE", {kRoutines, "TABLE NOT CREATED", "TABELA NÃO CRIADA", "TABLA NO CREADA"}},
+    // boxes
+    {"Supprimer cette playlist", {kRoutines, "Delete this stored list?", "Eliminar esta lista guardada?", "¿Eliminar esta lista guardada?"}},
+    {"Delete Voice Track \n%1", {kRoutines, "Delete Voice Track \n%1", "Eliminar o voice track\n%1", "Eliminar el voice track\n%1"}},
+    {"Le programme ne fonctione pas en dessous de 800x600", {kRoutines, "The program needs a screen of 800 x 600 at least", "O programa precisa de um ecrã de 800 x 600 no mínimo", "El programa necesita una pantalla de 800 x 600 como mínimo"}},
+    {"%1\r\nErreur en création Table Cnf", {kRoutines, "%1\r\nThe table Cnf could not be created", "%1\r\nNão foi possível criar a tabela Cnf", "%1\r\nNo se pudo crear la tabla Cnf"}},
+    {"Vous devez désactiver l'option suppression des pubs\r\nen fin de campagne avant d'éffectuer cette opération", {kRoutines, "First switch off the deletion of spots\r\nat the end of their campaign", "Primeiro desative a eliminação da publicidade\r\nno fim da campanha", "Primero desactive la eliminación de las pubs\r\nal final de la campaña"}},
+    {"Pensez à remettre la date du jour après cette opération", {kRoutines, "Remember to set today's date again afterwards", "Não esquecer de actualizar a data depois da pesquisa", "No olvide volver a poner la fecha de hoy después"}},
+    {"Erreur de séléction de sortie audio", {kRoutines, "The chosen audio output cannot be used", "A saída de áudio escolhida não pode ser usada", "La salida de audio elegida no se puede usar"}},
+    {"Vous devez être tout seul sur la base pour\r\néxecuter cette opération", {kRoutines, "Nobody else may use the database\r\nduring this operation", "Ninguém mais pode usar a base\r\ndurante esta operação", "Nadie más puede usar la base\r\ndurante esta operación"}},
+    {"%1 Genres ont étés ajoutés a la liste", {kRoutines, "%1 genres were added to the list", "%1 géneros foram juntados à lista", "%1 géneros se añadieron a la lista"}},
+    {"Introuvable\r\n%1", {kRoutines, "Not found\r\n%1", "Não encontrado\r\n%1", "No encontrado\r\n%1"}},
+    {"Mise à jour de la table des paramètres effectuée avec succès", {kRoutines, "The table of settings has been updated", "A tabela de parâmetros foi atualizada", "La tabla de parámetros se ha actualizado"}},
+    {"Mise à jour de la table des jingles effectuée avec succès", {kRoutines, "The table of jingles has been updated", "A tabela de jingles foi atualizada", "La tabla de jingles se ha actualizado"}},
+    {"Mise à jour de la table des top horaires effectuée avec succès", {kRoutines, "The table of hour pips has been updated", "A tabela de sinais horários foi atualizada", "La tabla de señales horarias se ha actualizado"}},
+    {"Mise à jour de la table des Autre Virgules effectuée avec succès", {kRoutines, "The table of stingers has been updated", "A tabela de separadores foi atualizada", "La tabla de cortinillas se ha actualizado"}},
+    {"Mise à jour de la table des discotheque music effectuée avec succès", {kRoutines, "The table of music has been updated", "A tabela de música foi atualizada", "La tabla de música se ha actualizado"}},
+    {"Mise à jour de la table des pubs effectuée avec succès", {kRoutines, "The table of campaigns has been updated", "A tabela de campanhas foi atualizada", "La tabla de campañas se ha actualizado"}},
+    {"Impossible de sauver car vous n'avez pas\r\nAttribué de fichier audio", {kRoutines, "It cannot be saved: no audio file is chosen", "Não se pode guardar: falta o ficheiro de áudio", "No se puede guardar: falta el fichero de audio"}},
+    {"Impossible de sauver", {kRoutines, "It cannot be saved", "Não se pode guardar", "No se puede guardar"}},
+    {"Il n'y a pas de fiche à supprimer", {kRoutines, "There is no campaign to delete", "Não há ficha para eliminar", "No hay ficha que eliminar"}},
+    {"Confirmez la suppression de la fiche %1", {kRoutines, "Confirm the deletion of the campaign %1", "Confirme a eliminação da ficha %1", "Confirme la eliminación de la ficha %1"}},
+    {"Vouz ne pouvez pas choisir ce fichier audio\r\ncar il est déjà attribué à l'annonceur %1", {kRoutines, "This audio file cannot be chosen:\r\nit is the advertiser's %1", "Este ficheiro de áudio não pode ser escolhido:\r\njá é do anunciante %1", "Este fichero de audio no se puede elegir:\r\nya es del anunciante %1"}},
+    {"Ajouter cette Catégorie à la liste", {kRoutines, "Add this category to the list", "Juntar esta categoria à lista", "Añadir esta categoría a la lista"}},
+    {"Effacer cette Catégorie %1", {kRoutines, "Delete this category %1", "Apagar esta categoria %1", "Borrar esta categoría %1"}},
+    // what works
+    {"COMPOSITION DES PUBS EN COURS...", {kRoutines, "COMPOSING THE DAY'S GRID...", "A COMPOR A TABELA DO DIA...", "COMPONIENDO LA TABLA DEL DÍA..."}},
+    {"OPTIMISATION POUR TOP HORAIRE", {kRoutines, "FITTING TO THE HOUR PIP", "AJUSTE AO SINAL HORÁRIO", "AJUSTE A LA SEÑAL HORARIA"}},
+    {"OPTIMISATION PUB >> TOP H", {kRoutines, "FITTING SPOTS >> HOUR PIP", "AJUSTE PUB >> SINAL HORÁRIO", "AJUSTE PUBS >> SEÑAL HORARIA"}},
+    // the main screen
+    {"Mode Automatique", {kRoutines, "Automatic mode", "Modo automático", "Modo automático"}},
+    {"Mode Direct Live", {kRoutines, "Live mode", "Modo direto", "Modo directo"}},
+    {"No Rapport", {kRoutines, "No report", "Sem relatório", "Sin informe"}},
+    {"%1 '' de buffers", {kRoutines, "%1 s of buffers", "%1 s de buffers", "%1 s de búferes"}},
+    {"Extrait %1", {kRoutines, "Extract %1", "Excerto %1", "Extracto %1"}},
+    {"Topage", {kRoutines, "Time cue", "Marca horária", "Marca horaria"}},
+    {"Touche %1", {kRoutines, "Key %1", "Tecla %1", "Tecla %1"}},
+    {"JJ/MM/ANNE", {kRoutines, "DD/MM/YYYY", "DD/MM/AAAA", "DD/MM/AAAA"}},
+    {"hh:mn", {kRoutines, "hh:mm", "hh:mm", "hh:mm"}},
+    {"JOURNALIER", {kRoutines, "EVERY DAY", "TODOS OS DIAS", "TODOS LOS DÍAS"}},
+    {"Oui", {kRoutines, "Yes", "Sim", "Sí"}},
+    {"Non", {kRoutines, "No", "Não", "No"}},
+    // rows of the on-air list
+    {"Begin Extrait", {kRoutines, "Extracts begin", "Início de excertos", "Inicio de extractos"}},
+    {"Top Horaire", {kRoutines, "Hour pip", "Sinal horário", "Señal horaria"}},
+    {"Jingle avant Pubs", {kRoutines, "Jingle before spots", "Jingle antes da pub", "Jingle antes de pubs"}},
+    {"Jingle après Pubs", {kRoutines, "Jingle after spots", "Jingle depois da pub", "Jingle después de pubs"}},
+    {"Start Playlist", {kRoutines, "Start of playlist", "Início da playlist", "Inicio de playlist"}},
+    {"End Playlist", {kRoutines, "End of playlist", "Fim da playlist", "Fin de playlist"}},
+    {"Pub", {kRoutines, "Spot", "Pub", "Pub"}},
+    {"PUB", {kRoutines, "Spot", "Pub", "Pub"}},
+    {"Rubrique", {kRoutines, "News", "Intercalar", "Rúbrica"}},
+    {"RUB", {kRoutines, "News", "Intercalar", "Rúbrica"}},
+    {"JINGLE", {kRoutines, "Jingle", "Jingle", "Jingle"}},
+    {"AUTRES", {kRoutines, "Stinger", "Separador", "Cortinilla"}},
+    {"TOP-H", {kRoutines, "Hour pip", "Sinal horário", "Señal horaria"}},
+    {"PLAYLIST", {kRoutines, "Playlist", "Playlist", "Playlist"}},
+    // the day's grid
+    {"Pubs", {kRoutines, "Spots", "Pub", "Pubs"}},
+    {"Rubriques", {kRoutines, "News", "Intercalares", "Rúbricas"}},
+    {"Grid of the%1", {kRoutines, "Grid of %1", "Tabela de %1", "Tabla del %1"}},
+};
+
+constexpr RoutineText kReasons[] = {
+    {"Ecart minutes pas assez important ", {kRoutines, "minutes since it aired too few ", "minutos desde a emissão insuficientes ", "minutos desde la emisión insuficientes "}},
+    {"Ecart jours pas assez important ", {kRoutines, "days since it aired too few ", "dias desde a emissão insuficientes ", "días desde la emisión insuficientes "}},
+    {"Ecart nb passage jour atteint ", {kRoutines, "passes of the day reached ", "passagens do dia atingidas ", "pasos del día alcanzados "}},
+    {"pas autorisé dans cette tranche a cause du décalage", {kRoutines, "aired around this hour too recently", "emitido há pouco perto desta hora", "emitido hace poco cerca de esta hora"}},
+    {" supprimé car doublon d'artiste", {kRoutines, " taken out: its artist stands there twice", " retirado: o artista está duas vezes", " quitado: el artista está dos veces"}},
+};
+// clang-format on
+
+constexpr std::string_view kPlace = "%1";
+
+// What stands in the routine's "%1", or nothing where the text is another one.
+std::optional<std::string_view> Matched(std::string_view pattern, std::string_view text) {
+  const size_t place = pattern.find(kPlace);
+  if (place == std::string_view::npos)
+    return pattern == text ? std::optional(std::string_view()) : std::nullopt;
+  const std::string_view before = pattern.substr(0, place),
+                         behind = pattern.substr(place + kPlace.size());
+  if (text.size() < before.size() + behind.size() || !text.starts_with(before) ||
+      !text.ends_with(behind))
+    return std::nullopt;
+  return text.substr(before.size(), text.size() - before.size() - behind.size());
+}
+
+std::string TextOf(const RoutineText& row, int langue) {
+  const char* text = InLanguage(row.texts, langue);
+  return text ? text : row.routine;
+}
+
+}  // namespace
+
+std::span<const RoutineText> RoutineTexts() {
+  return kTexts;
+}
+
+std::string InOperatorsWords(std::string_view text, int langue) {
+  for (const RoutineText& row : kTexts)
+    if (const auto inPlace = Matched(row.routine, text))
+      return WithPlace(TextOf(row, langue), *inPlace);
+  return std::string(text);
+}
+
+std::string TitleInWords(int32_t code, std::string_view title, int langue) {
+  switch (code) {
+    case Element::kJingle:
+    case Element::kHourPip:
+    case Element::kBeginExtract:
+    case Element::kStartPlaylist:
+    case Element::kEndPlaylist:
+      return InOperatorsWords(title.substr(0, title.find_last_not_of(' ') + 1), langue);
+    default:
+      return std::string(title);
+  }
+}
+
+std::string RefusalInWords(std::string line, int langue) {
+  for (const RoutineText& reason : kReasons) {
+    const std::string_view routine = reason.routine;
+    const std::string text = TextOf(reason, langue);
+    for (size_t at = line.find(routine); at != std::string::npos;
+         at = line.find(routine, at + text.size()))
+      line.replace(at, routine.size(), text);
+  }
+  return line;
+}
+
+}  // namespace zemo

@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "station/OnAirElement.h"
+#include "station/OperatorWords.h"
+
+namespace zemo {
+namespace {
+
+constexpr int kFrench = 0, kEnglish = 1, kPortuguese = 2, kSpanish = 3;
+
+TEST(OperatorWords, ATextOfARoutineIsShownInTheLanguageOfTheStation) {
+  EXPECT_EQ(InOperatorsWords("Mode Automatique", kEnglish), "Automatic mode");
+  EXPECT_EQ(InOperatorsWords("Mode Automatique", kPortuguese), "Modo automático");
+  EXPECT_EQ(InOperatorsWords("Alerte", kSpanish), "Alerta");
+}
+
+TEST(OperatorWords, InFrenchTheRoutinesWordsStand) {
+  EXPECT_EQ(InOperatorsWords("Mode Automatique", kFrench), "Mode Automatique");
+  EXPECT_EQ(InOperatorsWords("Supprimer cette playlist", kFrench), "Supprimer cette playlist");
+}
+
+TEST(OperatorWords, WhatIsNoRoutinesTextStaysAsItIs) {
+  EXPECT_EQ(InOperatorsWords("Automatique", kEnglish), "Automatique");
+  EXPECT_EQ(InOperatorsWords("", kEnglish), "");
+  EXPECT_EQ(InOperatorsWords("Pubs de Paris", kEnglish), "Pubs de Paris");
+}
+
+TEST(OperatorWords, WhatStandsInThePlaceIsTakenOver) {
+  EXPECT_EQ(InOperatorsWords("2.5 '' de buffers", kEnglish), "2.5 s of buffers");
+  EXPECT_EQ(InOperatorsWords("Delete Voice Track \n12", kSpanish), "Eliminar el voice track\n12");
+  EXPECT_EQ(InOperatorsWords("Grid of theSunday 22 November 2026", kEnglish),
+            "Grid of Sunday 22 November 2026");
+  EXPECT_EQ(InOperatorsWords("Effacer cette Catégorie %1", kEnglish), "Delete this category %1");
+}
+
+TEST(OperatorWords, OnlyATitleThatARoutineGaveIsTranslated) {
+  EXPECT_EQ(TitleInWords(Element::kHourPip, "Top Horaire  ", kEnglish), "Hour pip");
+  EXPECT_EQ(TitleInWords(Element::kJingle, "Jingle avant Pubs", kSpanish), "Jingle antes de pubs");
+  EXPECT_EQ(TitleInWords(12, "Top Horaire  ", kEnglish), "Top Horaire  ");
+  EXPECT_EQ(TitleInWords(Element::kSpot, "Pub", kEnglish), "Pub");  // an advertiser of that name
+}
+
+TEST(OperatorWords, ALanguageThatThereIsNotShowsFrench) {
+  EXPECT_EQ(InOperatorsWords("Oui", 4), "Oui");
+  EXPECT_EQ(InOperatorsWords("Oui", -1), "Oui");
+}
+
+TEST(OperatorWords, EachTextStandsOnceAndKeepsItsPlaceInEveryLanguage) {
+  std::set<std::string> seen;
+  for (const RoutineText& row : RoutineTexts()) {
+    const std::string routine = row.routine;
+    EXPECT_TRUE(seen.insert(routine).second) << routine;
+    const bool place = routine.find("%1") != std::string::npos;
+    for (int langue = kFrench; langue <= kSpanish; ++langue) {
+      EXPECT_EQ(row.texts[static_cast<size_t>(langue)] == nullptr, langue == kFrench) << routine;
+      const std::string text = InOperatorsWords(routine, langue);
+      EXPECT_EQ(text.find("%1") != std::string::npos, place) << text;
+    }
+  }
+}
+
+TEST(OperatorWords, ARefusalTellsEachOfItsReasons) {
+  EXPECT_EQ(RefusalInWords("11/22/2026 Pop\tAda Song >> Ecart minutes pas assez important 120 > 119"
+                           " >> Ecart nb passage jour atteint 2 > 1",
+                           kEnglish),
+            "11/22/2026 Pop\tAda Song >> minutes since it aired too few 120 > 119"
+            " >> passes of the day reached 2 > 1");
+  EXPECT_EQ(RefusalInWords("Ecart jours pas assez important 2 > 1", kEnglish),
+            "days since it aired too few 2 > 1");
+  EXPECT_EQ(RefusalInWords("x >> Rotation = 0", kSpanish), "x >> Rotation = 0");
+}
+
+}  // namespace
+}  // namespace zemo
