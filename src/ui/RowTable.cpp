@@ -14,10 +14,6 @@
 
 namespace zemo {
 
-namespace {
-constexpr int kHeadPixels = 13;
-}
-
 void MakeRowTable(QTableView& table) {
   table.setSelectionBehavior(QAbstractItemView::SelectRows);
   table.setSelectionMode(QAbstractItemView::SingleSelection);
@@ -35,7 +31,7 @@ void MakeRowTable(QTableView& table) {
 void ArrangeRowTable(QTableView& table, double unit, double typePixels, double roomPixels) {
   const QFont type = Theme::Type(unit, typePixels);
   table.setFont(type);
-  table.horizontalHeader()->setFont(Theme::Type(unit, kHeadPixels));
+  table.horizontalHeader()->setFont(Theme::Type(unit, Theme::kTableHeadPixels));
   table.verticalHeader()->setDefaultSectionSize(QFontMetrics(type).height() +
                                                 Theme::Px(unit, roomPixels));
 }

@@ -127,7 +127,7 @@ QString StyleSheet(double unit, bool gradients) {
     QTableView, QTableWidget, QListWidget { background: %PANEL; alternate-background-color: #1f252d;
       border: 1px solid %LINE; gridline-color: %LINE; selection-background-color: #324a6b;
       selection-color: %INK; }
-    QHeaderView { background: %RAISED; border: none; }
+    QHeaderView { background: %RAISED; border: none; font-family: "%FAMILY"; font-size: %HEADpx; }
     QHeaderView::section { background: %RAISED; color: %DIM; border: none;
       border-right: 1px solid %LINE; padding: 2px 5px; }
     QCalendarWidget QWidget { background: %PANEL; alternate-background-color: %RAISED; }
@@ -149,6 +149,7 @@ QString StyleSheet(double unit, bool gradients) {
       {"%NOTE", kNote.name()},
       {"%FOCUS", kFocus.name()},
       {"%FACE", raised},
+      {"%HEAD", QString::number(Type(unit, kTableHeadPixels).pixelSize())},
       {"%NEXT", QString::number(text + 2)},
       {"%GOOD", kGood.name()},
       {"%VPAD", QString::number(Px(unit, 4))},

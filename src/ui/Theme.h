@@ -45,6 +45,8 @@ QColor Readable(const QColor& colour, const QColor& otherwise);
 double UnitFor(const QSize& window);
 int Px(double unit, double pixels);  // to the nearest, at least 1
 
+inline constexpr double kTableHeadPixels = 13;  // type of a table's heads
+
 // Digits of one width.
 QFont Type(double unit, double pixels, bool bold = false);
 

@@ -208,7 +208,7 @@ void BottomStrip::ShowStation(const MainScreen& screen, const ScreenNotices& not
 
 void BottomStrip::Tell(const QString& text, int64_t nowMs) {
   LblAvis->Show(text);
-  toldUntilMs_ = nowMs + kToldMs;
+  toldUntilMs_ = text.isEmpty() ? 0 : nowMs + kToldMs;
 }
 
 void BottomStrip::ShowHealth(const HealthLine& health, int64_t nowMs) {

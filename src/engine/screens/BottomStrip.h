@@ -41,7 +41,7 @@ class BottomStrip : public QFrame {
   void Arrange(double unit);
   void ShowStation(const MainScreen& screen, const ScreenNotices& notices, int64_t nowMs);
   void ShowHealth(const HealthLine& health, int64_t nowMs);
-  // What became of an order, for some seconds in the ticker's place.
+  // What became of an order, for some seconds in the ticker's place; empty: nothing any more.
   void Tell(const QString& text, int64_t nowMs);
 
  private:

@@ -20,7 +20,7 @@ namespace zemo {
 
 namespace {
 
-constexpr int kTwipsAPixel = 15;
+constexpr int kTwipsACharacter = 150;
 constexpr int kOverColumn = 1;  // of jingles: yes or no
 constexpr int kArrowRoom = 20;  // of a sorted column, and the head's margins
 constexpr const char* kMoment = "2026/12/24  20:08:08";
@@ -165,20 +165,25 @@ int BrowseView::LeastWidth(int column) const {
   if (shown && shown->sample)
     return std::max(head, QFontMetrics(font()).horizontalAdvance(QString::fromUtf8(shown->sample)) +
                               kCellMargin);
-  const double wanted = browsed.widths[static_cast<size_t>(column)] * 0.5 / kTwipsAPixel;
-  return std::max(head, Theme::Px(unit_, wanted));
+  const int characters = browsed.widths[static_cast<size_t>(column)] / kTwipsACharacter;
+  return std::max(head, QFontMetrics(font()).averageCharWidth() * characters + kCellMargin);
 }
 
-// The room that is left goes to the columns whose texts may be long.
+// Where the view is narrow, what can be read in it comes before what can be scrolled to: the last
+// columns give way. The room that is left goes to the columns whose texts may be long.
 void BrowseView::ArrangeColumns() {
   const BrowseRows& browsed = model_.Browsed();
   std::array<ColumnRoom, kColumns> columns;
+  int used = 0;
   for (int column = 0; column < kColumns; ++column) {
     const int twips = browsed.widths[static_cast<size_t>(column)];
     if (twips == 0) continue;
     const Column* shown = FindColumn(browsed.list, column);
     const bool grows = !shown || !shown->sample;
-    columns[static_cast<size_t>(column)] = {LeastWidth(column), grows ? twips : 0};
+    const int least = LeastWidth(column);
+    if (column > 1 && used + least > viewport()->width()) break;
+    columns[static_cast<size_t>(column)] = {least, grows ? twips : 0};
+    used += least;
   }
   ShareWidth(*this, columns);
 }
@@ -275,7 +280,7 @@ void BrowseView::ShowMenu() {
   QMenu* sort = menu->addMenu(texts_.Word("BrowseSort"));
   sort->menuAction()->setObjectName(QStringLiteral("BrowseSort"));
   for (int column = 0; column < kColumns; ++column)
-    if (!isColumnHidden(column))
+    if (model_.Browsed().widths[static_cast<size_t>(column)] != 0)  // also where none has room
       sort->addAction(model_.headerData(column, Qt::Horizontal).toString(), this,
                       [this, column] { orders_.sort(column); });
   const QRect place = row >= 0 ? visualRect(model_.index(row, 0)) : QRect();

@@ -143,10 +143,11 @@ void ControlBar::Refresh(const MainScreen& screen) {
   put(BtnSurImpression, atRest ? texts_.Text("BtnSurImpression", "text")
                                : QString::fromStdString(InOperatorsWords(
                                      screen.BtnSurImpressionCaption, texts_.Langue())));
-  ShowCut(!screen.ToolbarStartPressed);
+  const SoundChain& sound = station_.platform.sound;
+  ShowCut(!screen.ToolbarStartPressed && (sound.Sounds(0) || sound.Sounds(1)));
 }
 
-// While the engine is stopped the button cuts what plays out: another thing than the order to stop.
+// What plays out behind a stop the button cuts: another thing than the order to stop.
 void ControlBar::ShowCut(bool cuts) {
   if (CmdStop->property("cuts").toBool() == cuts) return;
   CmdStop->setProperty("cuts", cuts);

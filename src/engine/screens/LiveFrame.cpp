@@ -191,8 +191,12 @@ bool LiveFrame::eventFilter(QObject* watched, QEvent* event) {
 
 void LiveFrame::TellShortText() {
   const int wanted = station_.browse.charactersWanted;
-  if (wanted > 0 && !Rech->text().trimmed().isEmpty())
+  const bool tooShort = wanted > 0 && !Rech->text().trimmed().isEmpty();
+  if (tooShort)
     tell_(texts_.Word("MoreCharacters", QString::number(wanted)));
+  else if (toldShort_)
+    tell_({});
+  toldShort_ = tooShort;
 }
 
 // A slice now; the rest between the ticks, each in its turn of the event loop.

@@ -55,6 +55,7 @@ class LiveFrame : public QFrame {
   const Translation texts_;
   const std::function<void(const QString&)> tell_;
   double unit_ = 1;
+  bool toldShort_ = false;  // how many characters a search wants
   QComboBox *MenuLive, *RechGenre;
   QLineEdit* Rech;
   QLabel *LblRech, *PictureNoJingle;

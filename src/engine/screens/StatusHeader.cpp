@@ -54,6 +54,17 @@ QString Countdown(int seconds) {
   return QStringLiteral("-%1:%2").arg(seconds / 60, 2, 10, zero).arg(seconds % 60, 2, 10, zero);
 }
 
+// In live mode the next break stands in the date's place: "15:15 >> Pubs - 01:05".
+std::string NextBreakInWords(const std::string& text, int langue) {
+  constexpr std::string_view kBefore = " >> ", kBehind = " - ";
+  const size_t from = text.find(kBefore);
+  const size_t to = from == std::string::npos ? from : text.find(kBehind, from);
+  if (to == std::string::npos) return text;
+  const size_t type = from + kBefore.size();
+  return text.substr(0, type) + InOperatorsWords(text.substr(type, to - type), langue) +
+         text.substr(to);
+}
+
 QVBoxLayout* Column(QWidget* parent, int spacing) {
   auto* layout = new QVBoxLayout(parent);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -319,7 +330,7 @@ void StatusHeader::ShowClock(const MainScreen& screen, const LocalDateTime& now)
   Put(hh_, Text(TwoDigits(now.hour)));
   Put(mn_, Text(TwoDigits(now.minute)));
   Put(ss_, Text(TwoDigits(now.second)));
-  InfoDate->Show(Text(screen.InfoDate));
+  InfoDate->Show(Text(NextBreakInWords(screen.InfoDate, texts_.Langue())));
 }
 
 void StatusHeader::ShowElement(const MainScreen& screen, int32_t codeOnAir,
@@ -327,9 +338,8 @@ void StatusHeader::ShowElement(const MainScreen& screen, int32_t codeOnAir,
   LblArtiste->SetColour(sounding_ ? Theme::kText : Theme::kDim);
   LblArtiste->Show(Text(TitleInWords(codeOnAir, screen.LblArtiste, texts_.Langue())));
   // Where nothing plays, nothing remains.
-  Temp->SetColour(idle_ ? Theme::kDim
-                        : Theme::Readable(Theme::FromBgr(counterColour), Theme::kText));
-  Temp->Show(idle_ ? texts_.Word("None") : Text(screen.Temp));
+  Temp->SetColour(Theme::Readable(Theme::FromBgr(counterColour), Theme::kText));
+  Temp->Show(idle_ ? QString() : Text(screen.Temp));
   Put(Tmn, QString::number(screen.Tmn));
   Put(Tss, QString::number(screen.Tss));
   LblEncours->Show(Text(screen.LblEncours));

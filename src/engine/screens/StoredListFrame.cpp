@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
+#include <algorithm>
 #include <utility>
 
 #include "engine/OperatorControls.h"
@@ -199,7 +200,9 @@ QString StoredListFrame::Shown(const std::string& field) const {
 
 void StoredListFrame::Arrange(double unit) {
   const QFontMetrics metrics(Theme::Type(unit, 15));
-  ChHeure->setFixedWidth(metrics.horizontalAdvance(QStringLiteral("00:00")) + Theme::Px(unit, 34));
+  const int widest = std::max(metrics.horizontalAdvance(QStringLiteral("00:00")),
+                              metrics.horizontalAdvance(Shown(StoredListEditor().ChHeure)));
+  ChHeure->setFixedWidth(widest + Theme::Px(unit, 34));
 }
 
 void StoredListFrame::OpenCalendar() {

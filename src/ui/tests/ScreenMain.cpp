@@ -7,6 +7,7 @@
 
 #include "support/VirtualScreen.h"
 #include "ui/ScreenDesktop.h"
+#include "ui/Theme.h"
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
@@ -19,6 +20,7 @@ int main(int argc, char** argv) {
   }
   zemo::ScreenApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setFont(zemo::Theme::Type(1, 15));  // as the program does
   QDir().mkpath(QStringLiteral(ZEMO_SCREENSHOTS));
   return RUN_ALL_TESTS();
 }

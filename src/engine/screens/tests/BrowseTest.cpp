@@ -6,6 +6,7 @@
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScrollBar>
 #include <QTimer>
 #include <QToolTip>
 
@@ -262,6 +263,25 @@ TEST_F(Browse, TheArrowStandsOverTheSortedColumnAndAlwaysUpwards) {
     EXPECT_EQ(Found().horizontalHeader()->sortIndicatorOrder(), Qt::AscendingOrder);
     EXPECT_EQ(Texts(), (Names{"CHER", "QUEEN", "ABBA"}));
   }
+}
+
+// 800 pixels leave the search about 330: enough for artist, title and length.
+TEST_F(Browse, OnTheSmallestScreenTitlesAreReadAndWhatDoesNotFitIsLeftOut) {
+  on.Load();
+  on.AddCard({.artist = "The Quiet Harbour", .title = "Riverside Morning"});
+  OpenLive(800, 600);
+  Type("*");
+  Searched();
+  for (const int column : {0, 1}) {
+    const QString text = Found().model()->index(0, column).data().toString();
+    EXPECT_GE(Found().columnWidth(column), Found().fontMetrics().horizontalAdvance(text) + 6)
+        << column;
+  }
+  EXPECT_TRUE(Found().isColumnHidden(10));
+  EXPECT_FALSE(Found().horizontalScrollBar()->isVisible());
+  window->resize(1920, 1080);
+  QCoreApplication::processEvents();
+  for (const int column : {0, 1, 2, 3, 4, 10}) EXPECT_FALSE(Found().isColumnHidden(column));
 }
 
 class BrowseHeads : public Browse, public testing::WithParamInterface<int> {};
