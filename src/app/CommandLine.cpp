@@ -60,7 +60,9 @@ std::string Nearest(const std::string& word, const CLI::App& app) {
 
 std::string WithHint(const CLI::ExtrasError& error, const CLI::App& app) {
   const std::vector<std::string> unknown = app.remaining(true);
-  const std::string meant = unknown.empty() ? std::string() : Nearest(unknown.front(), app);
+  const std::string word =
+      unknown.empty() ? "" : unknown.front().substr(0, unknown.front().find('='));
+  const std::string meant = Nearest(word, app);
   return OneLine(error.what()) + (meant.empty() ? "" : "; did you mean " + meant + "?");
 }
 

@@ -11,6 +11,7 @@
 #include "engine/EmergencyFolder.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "platform/real/files/WholeFiles.h"
+#include "station/BaseFiles.h"
 #include "traffic/CampaignArchive.h"
 
 namespace zemo {
@@ -18,8 +19,6 @@ namespace zemo {
 namespace fs = std::filesystem;
 
 namespace {
-constexpr const char* kBaseName = "Triskin.MDB";
-constexpr const char* kJournalEnding = "-journal";
 constexpr int kLockWaitMs = 5000;
 
 struct CloseBase {
@@ -62,8 +61,8 @@ void CopyBase(const fs::path& from, const fs::path& to) {
   if (BackUpBase(from.string(), to.string())) return;
   // As it stands, with the journal by which the next one to open it mends it.
   CopyFile(from, to);
-  const fs::path journal = from.string() + kJournalEnding;
-  if (fs::exists(journal)) CopyFile(journal, to.string() + kJournalEnding);
+  const fs::path journal = from.string() + BaseFile::kJournal;
+  if (fs::exists(journal)) CopyFile(journal, to.string() + BaseFile::kJournal);
 }
 
 bool IsSoundFile(const fs::path& path) {
@@ -86,7 +85,8 @@ void CopyWanted(const std::string& from, const std::string& to, Wanted wanted) {
 
 // Files of a change of the base: without a use where the base stands in its place.
 bool IsBesideBase(const std::string& name) {
-  constexpr std::array kBeside{"Triskin.BAK", "TriskinN.MDB", "TriskinN.LDB", "Triskin.LDB"};
+  constexpr std::array kBeside{BaseFile::kBackup, BaseFile::kCopy, BaseFile::kCopyLock,
+                               "Triskin.LDB"};
   for (const char* beside : kBeside)
     if (FoldedName(name) == FoldedName(beside)) return true;
   return false;
@@ -95,11 +95,11 @@ bool IsBesideBase(const std::string& name) {
 
 void CopyStation(const std::string& from, const std::string& to) {
   RefuseIrregularBase(from);
-  const std::string base = EntryNamed(from, kBaseName);
+  const std::string base = EntryNamed(from, BaseFile::kBase);
   CopyWanted(from, to, [&](const fs::path& path) {
     const std::string name = path.filename().string();
     if (!base.empty() && IsBesideBase(name)) return false;
-    return name != base && name != base + kJournalEnding && !IsSoundFile(path);
+    return name != base && name != base + BaseFile::kJournal && !IsSoundFile(path);
   });
   const std::string archive = EntryNamed(from, kEndedCampaigns);
   std::error_code error;

@@ -6,11 +6,11 @@
 #include <string_view>
 
 #include "platform/real/files/NoCaseNames.h"
+#include "station/BaseFiles.h"
 
 namespace zemo {
 
 namespace {
-constexpr const char* kBaseName = "Triskin.MDB";
 constexpr const char* kOurs = "/ZemoKaluri/ZemoRadio";
 
 // The folder that the variable names, else the one below the home folder. Only an absolute path
@@ -35,7 +35,7 @@ std::string DefaultStationFolder() {
   std::error_code error;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
   const std::string beside = error ? std::string() : executable.parent_path().string();
-  if (!beside.empty() && !EntryNamed(beside, kBaseName).empty()) return beside;
+  if (!beside.empty() && !EntryNamed(beside, BaseFile::kBase).empty()) return beside;
   return UserFolder("XDG_DATA_HOME", "/.local/share");
 }
 
@@ -44,7 +44,7 @@ std::string DefaultMachineFolder() {
 }
 
 void RefuseIrregularBase(const std::string& folder) {
-  const std::string name = EntryNamed(folder, kBaseName);
+  const std::string name = EntryNamed(folder, BaseFile::kBase);
   const std::string path = (std::filesystem::path(folder) / name).string();
   std::error_code error;
   const auto status = std::filesystem::status(path, error);
@@ -62,7 +62,7 @@ std::string AskedStationFolder(const std::string& named) {
 
 void RequireStation(const std::string& folder) {
   RequireFolder(folder);
-  if (EntryNamed(folder, kBaseName).empty())
+  if (EntryNamed(folder, BaseFile::kBase).empty())
     throw std::runtime_error("there is no base Triskin.MDB in " + folder);
   RefuseIrregularBase(folder);
 }

@@ -53,6 +53,7 @@ void PrepareLocalProgramme(Station& station, const Moment& at) {
   if (WithinMinute(at, engine.LastGridCheckTimer)) return;
   const int row = DueGridRow(station, at);
   if (row == 0) return;
+  ForgetListOrder(station);
   station.PL.Clear();
   InsertBreak(station, at, row);
   AutomaticRequest(station);

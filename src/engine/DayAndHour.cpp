@@ -50,6 +50,7 @@ void ServeNewHour(Station& station, const Moment& at) {
   if (at.now.hour == engine.LastHour) return;
   engine.LastHour = at.now.hour;
   station.requests.restUntilMs = -1;  // its titles may be listed where the old hour's may not
+  ForgetListOrder(station);
   for (int row = station.PL.Count(); row >= 1; --row)
     if (station.PL.Row(row).code > 0) station.PL.Remove(row);
 }

@@ -33,9 +33,10 @@ void ShowListAgain(GridFrame& frame) {
 }  // namespace
 
 void OnAir::GPubJour_Click(Station& station, int gridRow) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   if (!HasRow(station, gridRow)) return;
   station.gridFrame.chosenMoment = station.GPubJour.Cell(gridRow, GridCol::kMoment);
+  station.gridFrame.chosenIsSpots = station.GPubJour.Cell(gridRow, GridCol::kType) == "Pubs";
 }
 
 std::string OnAir::FileOfGridCell(const Station& station, int gridRow, int column) {
@@ -45,13 +46,13 @@ std::string OnAir::FileOfGridCell(const Station& station, int gridRow, int colum
 }
 
 void OnAir::OpenGridForInsertion(Station& station) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   station.gridFrame.forInsertion = true;
   station.gridFrame.open = true;
 }
 
 bool OnAir::BtnCopyPub_Click(Station& station, int gridRow, int selectedRow) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   const bool there = HasRow(station, gridRow);
   const ListOrder order(station);
   if (!station.gridFrame.forInsertion) {
@@ -64,7 +65,7 @@ bool OnAir::BtnCopyPub_Click(Station& station, int gridRow, int selectedRow) {
 }
 
 bool OnAir::BtnPubJourX_Click(Station& station) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   try {
     MessageBoxes& messages = station.platform.messages;
     if (station.base.CnfInt(Cnf::kSuppressionPub) == 1) {
@@ -81,7 +82,7 @@ bool OnAir::BtnPubJourX_Click(Station& station) {
 }
 
 void OnAir::PickPreviewDay(Station& station, const LocalDateTime& day) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   try {
     LocalDateTime moment = station.Now();
     moment.year = day.year;

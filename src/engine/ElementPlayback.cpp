@@ -466,7 +466,7 @@ OnAirElement PlayFirstRow(Station& station) {
   const int64_t key = station.PL.Row(1).key;
   OnAirElement element = station.PL.Row(1).AsElement();
   PlayWave(station, element);
-  if (const int row = station.PL.RowOfKey(key); row > 0) station.PL.Remove(row);
+  station.PL.TakeToAir(key);
   return element;
 }
 

@@ -32,7 +32,7 @@ constexpr LanguageTexts kTooManyRows = {"%1 éléments au plus à la fois : choi
                                         "No máximo %1 elementos de cada vez: escolha menos",
                                         "Como máximo %1 elementos a la vez: elija menos"};
 
-constexpr std::array<int, kColumns> kMusicWidths = {2600, 2600, 700, 1400, 1200, 0,
+constexpr std::array<int, kColumns> kMusicWidths = {2600, 2600, 700, 1900, 1200, 0,
                                                     0,    0,    0,   0,    2300};
 constexpr std::array<int, kColumns> kJingleWidths = {3400, 900, 700, 0, 2300};
 constexpr std::array<int, kColumns> kSpotWidths = {3400, 1800, 700};
@@ -130,7 +130,7 @@ void Browse(Station& station, BrowseList list) {
 }  // namespace
 
 void OnAir::MenuLive_Click(Station& station, BrowseList list) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   StopSearch(station);
   BrowseRows& browsed = station.browse.ListRech;
   browsed.list = list;
@@ -146,7 +146,7 @@ void OnAir::MenuLive_Click(Station& station, BrowseList list) {
 }
 
 void OnAir::ListRech_MouseDown(Station& station) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   station.engine.ActiveList = "ListRech";
 }
 
@@ -192,7 +192,7 @@ std::vector<OnAirElement> ElementsOf(Station& station, const std::vector<int>& b
 }  // namespace
 
 bool OnAir::DropBrowseRows(Station& station, const std::vector<int>& browseRows, int row) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   if (browseRows.size() > OnAir::kMostDropped) {
     station.platform.messages.Show(
         "Alerte", WithPlace(WordOf(station, kTooManyRows), std::to_string(OnAir::kMostDropped)),

@@ -82,7 +82,9 @@ void DrawControls(MainScreen& screen, const Station& station) {
   const GridFrame& grid = station.gridFrame;
   screen.BtnCopyPubEnabled = grid.open;
   if (!grid.chosenMoment.empty())
-    screen.BtnCopyPubCaption = "Copier les pubs de " + grid.chosenMoment;
+    screen.BtnCopyPubCaption =
+        (grid.chosenIsSpots ? "Copier les pubs de " : "Copier les rubriques de ") +
+        grid.chosenMoment;
   screen.SearchVisible = station.browse.ListRech.list == BrowseList::kMusic;
   screen.PictureNoJingleVisible = station.browse.ListRech.list == BrowseList::kJingles;
 }

@@ -141,7 +141,7 @@ void OnAir::RecordActivity(Station& station) {
 }
 
 void OnAir::Toolbar_ButtonClick(Station& station, Toolbar button) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   switch (button) {
     case Toolbar::kAutomatic:
       EnterAutomatic(station);
@@ -173,19 +173,19 @@ void OnAir::AskForNext(Station& station) {
 }
 
 void OnAir::CmdStop_Click(Station& station) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   AskForNext(station);
 }
 
 void OnAir::CmdRequette_Click(Station& station) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   if (station.storedList.open) return Skeleton::Open(station);
   const ListOrder order(station);
   AutomaticRequest(station);
 }
 
 void OnAir::CmdMarqueurExtrait_Click(Station& station, int selectedRow) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   const ListOrder order(station);
   if (ValidRow(station, selectedRow))
     station.PL.Insert(selectedRow, BeginExtractRow());
@@ -195,7 +195,7 @@ void OnAir::CmdMarqueurExtrait_Click(Station& station, int selectedRow) {
 }
 
 bool OnAir::SetCheck(Station& station, std::string_view name, bool on) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   EngineState& engine = station.engine;
   try {
     if (EqualNoCase(name, "OptionDirect"))
@@ -227,8 +227,8 @@ std::optional<OnAirElement> OnAir::RowFromLibrary(Station& station, BrowseList l
 }
 
 bool OnAir::DropFromLibrary(Station& station, BrowseList list, int32_t code, int row) {
-  OnAir::RecordActivity(station);
-  std::optional<OnAirElement> element = OnAir::RowFromLibrary(station, list, code);
+  RecordActivity(station);
+  std::optional<OnAirElement> element = RowFromLibrary(station, list, code);
   if (!element) return false;
   const ListOrder order(station);
   if (row < 1)
@@ -240,7 +240,7 @@ bool OnAir::DropFromLibrary(Station& station, BrowseList list, int32_t code, int
 }
 
 void OnAir::PL_MouseDown(Station& station) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   station.engine.ActiveList = "PL";
 }
 
@@ -259,7 +259,7 @@ std::vector<std::string> OnAir::PrintedList(Station& station) {
 }
 
 void OnAir::PL_DragDrop(Station& station, int fromRow, int toRow) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   if (!ValidRow(station, fromRow)) return;
   ListOrder order(station);
   const int64_t key = station.PL.Row(fromRow).key;
@@ -274,11 +274,11 @@ bool OnAir::DeletingAsks(const Station& station, int row) {
 }
 
 void OnAir::PL_KeyDelete(Station& station, int row) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   if (!ValidRow(station, row)) return;
   const int64_t key = station.PL.Row(row).key;
   bool recordGone = false;
-  if (OnAir::DeletingAsks(station, row)) {
+  if (DeletingAsks(station, row)) {
     try {
       const OnAirElement deleted = station.PL.Row(row).AsElement();  // writing can take rows off
       recordGone = DeleteVoiceTrackRecord(station, deleted);
@@ -294,7 +294,7 @@ void OnAir::PL_KeyDelete(Station& station, int row) {
 }
 
 void OnAir::PL_RightClick(Station& station, int row) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   if (!ValidRow(station, row)) return;
   const ListOrder order(station);
   station.PL.Remove(row);

@@ -43,10 +43,10 @@ void OnAir::PlayOverAir(Station& station, const std::string& storedPath) {
 }
 
 void OnAir::BtnSurImpression_Click(Station& station, int browseRow) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   try {
-    const std::string file = OnAir::FileOfBrowseRow(station.browse.ListRech, browseRow);
-    if (!file.empty()) OnAir::PlayOverAir(station, file);
+    const std::string file = FileOfBrowseRow(station.browse.ListRech, browseRow);
+    if (!file.empty()) PlayOverAir(station, file);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnSurImpression");
   }

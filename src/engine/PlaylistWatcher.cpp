@@ -56,6 +56,7 @@ bool FindDueList(Station& station, DueList& due) {
 void LoadBetweenMarkers(Station& station, const DueList& due) {
   const std::vector<OnAirElement> rows =
       OnAir::StoredRows(station, due.code, false);  // before the list goes
+  ForgetListOrder(station);
   station.PL.Clear();
   station.PL.Add(PlaylistMarkerRow(Element::kStartPlaylist, due.label));
   for (const OnAirElement& row : rows) station.PL.Add(row);

@@ -199,7 +199,7 @@ bool OnAir::Form_Load(Station& station) {
   LoadStationLists(station);
   CompactOnceAMonth(station);
   station.engine.MainTimer =
-      station.platform.loop.MakeTimer(kTickMs, [&station] { OnAir::MainTimer_Timer(station); });
+      station.platform.loop.MakeTimer(kTickMs, [&station] { MainTimer_Timer(station); });
   station.engine.MainTimer->SetEnabled(true);
   ObeyAutoPlay(station);
   return true;

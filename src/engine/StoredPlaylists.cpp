@@ -1,5 +1,6 @@
 #include "engine/StoredPlaylists.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -107,23 +108,24 @@ bool TryStep(Station& station, Step step) {
 }
 
 // CODE of the list; 0 for a new one that gets no head, so that its rows must not go to another.
-int32_t SaveHead(Station& station) {
+// `stored`: whether the head is as the panel has it.
+int32_t SaveHead(Station& station, bool& stored) {
   const StoredListEditor& editor = station.storedList;
   Database& db = station.base.Db();
   const std::string label = FirstCharacters(editor.ComboPLS.text, kLabelWidth);
   if (editor.LblCodePL != 0) {
-    TryStep(station, [&] {
+    stored = TryStep(station, [&] {
       db.Execute(
           "UPDATE PLAYLIST SET LADATE = ?, LHEURE = ?, LIBELLE = ?, NOJINGLE = ? WHERE CODE = ?",
           {editor.LblDate, editor.ChHeure, label, editor.OptPls, editor.LblCodePL});
     });
     return editor.LblCodePL;
   }
-  const bool added = TryStep(station, [&] {
+  stored = TryStep(station, [&] {
     db.Execute("INSERT INTO PLAYLIST(LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES(?,?,?,?)",
                {editor.LblDate, editor.ChHeure, label, editor.OptPls});
   });
-  return added ? static_cast<int32_t>(db.LastInsertCode()) : 0;
+  return stored ? static_cast<int32_t>(db.LastInsertCode()) : 0;
 }
 
 void SaveRows(Station& station, int32_t listCode) {
@@ -139,15 +141,16 @@ void SaveRows(Station& station, int32_t listCode) {
   }
 }
 
-// Head and rows together or neither: what cannot be stored leaves the former list whole. False for
-// a new list that gets no head.
+// Head and rows together or neither: what cannot be stored leaves the former list whole. Whether
+// the head is stored.
 bool SaveList(Station& station) {
   Transaction transaction(station.base.Db());
-  const int32_t code = SaveHead(station);
+  bool stored = false;
+  const int32_t code = SaveHead(station, stored);
   if (code != 0) SaveRows(station, code);
   transaction.Commit();
   if (code != 0) station.storedList.LblCodePL = code;
-  return code != 0;
+  return stored;
 }
 
 // Deletes the records of the voice tracks of a list that goes. Their sound files.
@@ -175,6 +178,14 @@ void DeleteList(Station& station, int32_t code) {
   SoundFiles& soundFiles = station.platform.soundFiles;
   for (const std::string& file : voiceTracks)
     if (soundFiles.Exists(file)) soundFiles.Remove(file);
+}
+
+// The list that the panel holds has its head in the base: it may have been deleted by now.
+bool HasList(const StoredListEditor& editor) {
+  const auto& items = editor.ComboPLS.items;
+  return std::any_of(items.begin(), items.end(), [&](const StoredListEditor::Item& item) {
+    return item.data == editor.LblCodePL;
+  });
 }
 
 const StoredListEditor::Item* ChosenItem(const StoredListEditor::Combo& combo) {
@@ -217,7 +228,7 @@ void OnAir::ComboPLS_Click(Station& station) {
     const ListOrder order(station, ListOrder::Panel::kChanges);
     if (!SeekCode(*playlist, item->data)) return;
     const std::vector<OnAirElement> rows =
-        OnAir::StoredRows(station, static_cast<int32_t>(playlist->Int("CODE")), true);
+        StoredRows(station, static_cast<int32_t>(playlist->Int("CODE")), true);
     station.PL.Clear();
     for (const OnAirElement& row : rows) station.PL.Add(row);
     editor.ComboPLS.text = playlist->Text("LIBELLE");
@@ -232,11 +243,11 @@ void OnAir::ComboPLS_Click(Station& station) {
 }
 
 bool OnAir::SelectStoredList(Station& station, int32_t code) {
-  OnAir::LoadPlaylist(station);
+  LoadPlaylist(station);
   auto& combo = station.storedList.ComboPLS;
   for (size_t i = 0; i < combo.items.size(); ++i)
     if (combo.items[i].data == code) combo.index = static_cast<int>(i);
-  OnAir::ComboPLS_Click(station);
+  ComboPLS_Click(station);
   return combo.index >= 0;
 }
 
@@ -250,17 +261,17 @@ void OnAir::ChHeure_Change(Station& station, const std::string& time) {
 }
 
 void OnAir::OptPls_Click(Station& station, int option) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   station.storedList.OptPls = option;
 }
 
 void OnAir::PickListDay(Station& station, const LocalDateTime& day) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   station.storedList.LblDate = DateText(day);
 }
 
 void OnAir::LblDate_RightClick(Station& station) {
-  OnAir::RecordActivity(station);
+  RecordActivity(station);
   station.storedList.LblDate = kEveryDay;
 }
 
@@ -281,7 +292,8 @@ bool OnAir::BtnSauve_Click(Station& station) {
   bool saved = false;
   try {
     saved = SaveList(station);
-    OnAir::LoadPlaylist(station);
+    LoadPlaylist(station);
+    saved = saved && HasList(station.storedList);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnSauve",
                         station.storedList.LblCodePL != 0 ? "the stored list stays as it was"
@@ -313,7 +325,8 @@ void OnAir::ComboPLS_KeyDelete(Station& station) {
   const int32_t code = item->data;
   try {
     DeleteList(station, code);
-    OnAir::LoadPlaylist(station);
+    ForgetListOrder(station);  // the voice tracks of its rows are gone
+    LoadPlaylist(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "ComboPLS");
   }

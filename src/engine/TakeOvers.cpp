@@ -53,7 +53,10 @@ void BeginSatellite(Station& station) {
   StartStopZemoRadio(station, false);
   engine.NextRequested = true;
   engine.SatelliteTaking = true;
-  if (!engine.PlaylistRunning) station.PL.Clear();
+  if (!engine.PlaylistRunning) {
+    ForgetListOrder(station);
+    station.PL.Clear();
+  }
   TellNeighbours(station, "Info Sat On");
   ReportSatellite(station);
 }

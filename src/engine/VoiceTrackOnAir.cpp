@@ -16,7 +16,8 @@ void ArmVoiceTrack(Station& station) {
     return;
   if (station.PL.Empty() || !station.PL.Row(1).liesOver) return;
   const OnAirRow row = station.PL.Row(1);
-  station.PL.Remove(1);  // first, so that a track that cannot be opened does not stay in the way
+  // First, so that a track that cannot be opened does not stay in the way.
+  station.PL.TakeToAir(row.key);
   LoadOverlay(station, row.file);
   engine.VoiceTrackStartMs = static_cast<int32_t>(row.startMs.value_or(0));
   engine.VoiceTrackState = -1;

@@ -290,6 +290,7 @@ void BeginTextSearch(Station& station) {
 
 void BeginGenreSearch(Station& station, const std::string& genre) {
   station.browse.ListRech.rows.clear();
+  station.browse.charactersWanted = 0;
   SearchOf(station).Begin({kGenreRoutine, true, genre});
 }
 

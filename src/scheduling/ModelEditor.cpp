@@ -121,7 +121,7 @@ void Models::BtnImport_Click(Station& station) {
         editor.Models.InsertRow(editor.Models.RowCount() - 1, std::move(cells));
     }
     SumShares(station);
-    if (skeleton) Models::MnuCompteur_Click(station);
+    if (skeleton) MnuCompteur_Click(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnImport");
   }
@@ -131,7 +131,7 @@ void Models::PopJour_Click(Station& station, int fromDay) {
   const auto day = static_cast<int16_t>(fromDay);
   if (SkeletonOn(station)) {
     LoadSkeletonGrid(station, day);
-    Models::MnuCompteur_Click(station);
+    MnuCompteur_Click(station);
   } else {
     LoadModelGrid(station, day);
   }
@@ -162,7 +162,7 @@ void Models::PopGenre_ClickInSkeleton(Station& station, const std::string& genre
   if (place.column < 0 || place.column >= kHoursOfDay) return;
   if (place.row == editor.ModelSquelette.RowCount()) editor.ModelSquelette.AddRow({});
   editor.ModelSquelette.SetCell(place.row, place.column, genre);
-  Models::MnuCompteur_Click(station);
+  MnuCompteur_Click(station);
 }
 
 void Models::PopPourCent_ClickInModels(Station& station, int percent) {

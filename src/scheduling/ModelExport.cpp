@@ -96,8 +96,8 @@ bool ExportWeek(Station& station, SpreadsheetWriter& writer, const char* name, d
 }  // namespace
 
 bool Models::MnuExport_Click(Station& station, SpreadsheetWriter& writer) {
-  return station.base.CnfBool(Cnf::kSquelette) ? Models::ExportWeekOfSkeletons(station, writer)
-                                               : Models::ExportWeekOfModels(station, writer);
+  return station.base.CnfBool(Cnf::kSquelette) ? ExportWeekOfSkeletons(station, writer)
+                                               : ExportWeekOfModels(station, writer);
 }
 
 bool Models::ExportWeekOfModels(Station& station, SpreadsheetWriter& writer) {

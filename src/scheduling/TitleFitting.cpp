@@ -128,6 +128,7 @@ void BringToFront(Station& station, const std::string& chain) {
   std::vector<int32_t> codes = station.PL.Codes();
   const std::vector<int32_t> taken = TakeCodes(chain, codes);
   const std::vector<OnAirElement> opening = RowsOfCards(station, taken);
+  ForgetListOrder(station);
   for (size_t row = codes.size(); row >= 1; --row)
     if (codes[row - 1] == 0) station.PL.Remove(static_cast<int>(row));
   int position = 0;

@@ -124,7 +124,7 @@ void Settings::CheckPubToph_Click(Station& station, SettingsDevices&) {
 // Nothing is shown where nothing was done.
 void Settings::ChoosePort(Station& station, SettingsDevices&) {
   SettingsScreen& screen = station.settings;
-  std::string told = Settings::PortCom_Click(station, screen.PortCom, screen.Setting);
+  std::string told = PortCom_Click(station, screen.PortCom, screen.Setting);
   if (!told.empty()) screen.InfoERR = std::move(told);
 }
 
@@ -209,22 +209,22 @@ std::optional<std::string> Settings::EnterTime(Station& station, Settings::TimeL
   const SettingsScreen& screen = station.settings;
   const bool held = list == Settings::TimeList::kTopage ? screen.topageHeld : screen.timesHeld;
   if (!held) return Unread(ListName(list));
-  Settings::TimesOf(station, list).push_back(time);
+  TimesOf(station, list).push_back(time);
   return std::nullopt;
 }
 
 void Settings::DeleteTime(Station& station, Settings::TimeList list, size_t selected) {
-  std::vector<std::string>& times = Settings::TimesOf(station, list);
+  std::vector<std::string>& times = TimesOf(station, list);
   if (selected < times.size()) times.erase(times.begin() + static_cast<std::ptrdiff_t>(selected));
 }
 
 std::optional<std::string> Settings::BtnAjouter_Click(Station& station, std::string_view ChEdit) {
-  return Settings::EnterTime(station, Settings::TimeList::kTopage, ChEdit);
+  return EnterTime(station, Settings::TimeList::kTopage, ChEdit);
 }
 
 std::optional<std::string> Settings::ChEdit_KeyEnter(Station& station, std::string_view ChEdit) {
   if (station.settings.Topage.size() >= Settings::kMostTopage) return std::nullopt;
-  return Settings::BtnAjouter_Click(station, ChEdit);
+  return BtnAjouter_Click(station, ChEdit);
 }
 
 void Settings::BtnSaveTopage_Click(Station& station) {

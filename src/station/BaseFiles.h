@@ -11,6 +11,7 @@ class Folder;
 struct Station;
 
 namespace BaseFile {
+inline constexpr char kBase[] = "Triskin.MDB";       // in whatever case it stands there
 inline constexpr char kBackup[] = "Triskin.BAK";     // the base before the last change
 inline constexpr char kCopy[] = "TriskinN.MDB";      // of a compaction, until it is the base
 inline constexpr char kCopyLock[] = "TriskinN.LDB";  // its lock file

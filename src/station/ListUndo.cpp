@@ -11,15 +11,18 @@ namespace zemo {
 
 namespace {
 
-std::vector<int64_t> KeysOf(const OnAirList& list) {
+template <typename Rows>
+std::vector<int64_t> KeysOf(const Rows& rows) {
   std::vector<int64_t> keys;
-  for (const OnAirRow& row : list) keys.push_back(row.key);
+  for (const OnAirRow& row : rows) keys.push_back(row.key);
   return keys;
 }
 
-// Keys, before the order, of the rows that have left PL since: they have aired.
+// Keys, before the order, of the rows that have gone to the air since or while it was carried out.
 std::set<int64_t> AiredSince(const ListUndo& undo, const OnAirList& now) {
   std::set<int64_t> aired;
+  for (const OnAirRow& row : undo.before)
+    if (now.HasAired(row.key)) aired.insert(row.key);
   for (const int64_t key : undo.after) {
     if (now.RowOfKey(key) != 0) continue;
     aired.insert(key);
@@ -27,6 +30,18 @@ std::set<int64_t> AiredSince(const ListUndo& undo, const OnAirList& now) {
       if (behind == key) aired.insert(before);
   }
   return aired;
+}
+
+// The list before the order without what has aired; what still stands there as it is now.
+std::vector<OnAirRow> RowsBefore(const ListUndo& undo, const OnAirList& now) {
+  const std::set<int64_t> aired = AiredSince(undo, now);
+  std::vector<OnAirRow> rows;
+  for (const OnAirRow& row : undo.before) {
+    if (aired.count(row.key) != 0) continue;
+    const int stands = now.RowOfKey(row.key);
+    rows.push_back(stands > 0 ? now.Row(stands) : row);
+  }
+  return rows;
 }
 
 // Puts each row that came since the order behind the one that it stands behind.
@@ -43,6 +58,22 @@ void KeepPlaces(std::vector<OnAirRow>& rows, const OnAirList& now,
   }
 }
 
+bool SameFields(const StoredListEditor& one, const StoredListEditor& other) {
+  return one.ComboPLS.text == other.ComboPLS.text && one.LblDate == other.LblDate &&
+         one.ChHeure == other.ChHeure && one.LblCodePL == other.LblCodePL &&
+         one.OptPls == other.OptPls;
+}
+
+// No list is chosen then: what is deleted by its choice is what the operator chooses anew.
+void RestoreFields(StoredListEditor& editor, const StoredListEditor& kept) {
+  editor.ComboPLS.text = kept.ComboPLS.text;
+  editor.ComboPLS.index = -1;
+  editor.LblDate = kept.LblDate;
+  editor.ChHeure = kept.ChHeure;
+  editor.LblCodePL = kept.LblCodePL;
+  editor.OptPls = kept.OptPls;
+}
+
 }  // namespace
 
 ListOrder::ListOrder(Station& station, Panel panel) : station_(station) {
@@ -52,11 +83,13 @@ ListOrder::ListOrder(Station& station, Panel panel) : station_(station) {
 
 ListOrder::~ListOrder() {
   undo_.after = KeysOf(station_.PL);
-  const bool same =
-      std::equal(undo_.before.begin(), undo_.before.end(), undo_.after.begin(), undo_.after.end(),
-                 [](const OnAirRow& row, int64_t key) { return row.key == key; });
-  const bool samePanel = !undo_.panel || *undo_.panel == station_.storedList;
-  if (!same || !samePanel) station_.listUndo = std::move(undo_);
+  const bool samePanel = !undo_.panel || SameFields(*undo_.panel, station_.storedList);
+  if (samePanel && KeysOf(undo_.before) == undo_.after) {
+    if (forgot_) ForgetListOrder(station_);
+    return;
+  }
+  undo_.number = ++station_.listOrders;
+  station_.listUndo = std::move(undo_);
 }
 
 void ListOrder::Moved(int64_t keyBefore, int64_t keyBehind) {
@@ -65,24 +98,23 @@ void ListOrder::Moved(int64_t keyBefore, int64_t keyBehind) {
 
 void ListOrder::Forget(int64_t key) {
   std::erase_if(undo_.before, [&](const OnAirRow& row) { return row.key == key; });
+  forgot_ = true;
+}
+
+void ForgetListOrder(Station& station) {
+  station.listUndo.reset();
 }
 
 bool UndoListOrder(Station& station) {
   if (!station.listUndo) return false;
   const ListUndo undo = *station.listUndo;
-  const std::set<int64_t> aired = AiredSince(undo, station.PL);
-  std::vector<OnAirRow> rows = undo.before;
-  std::erase_if(rows, [&](const OnAirRow& row) { return aired.count(row.key) != 0; });
+  std::vector<OnAirRow> rows = RowsBefore(undo, station.PL);
   KeepPlaces(rows, station.PL, undo.after);
   {
     ListOrder order(station, undo.panel ? ListOrder::Panel::kChanges : ListOrder::Panel::kStays);
     for (const auto& [before, behind] : undo.moved) order.Moved(behind, before);
     station.PL.Restore(std::move(rows));
-    if (undo.panel) {
-      const bool open = station.storedList.open;
-      station.storedList = *undo.panel;
-      station.storedList.open = open;
-    }
+    if (undo.panel) RestoreFields(station.storedList, *undo.panel);
   }
   RefreshPlanTimes(station);
   return true;

@@ -16,17 +16,18 @@ namespace zemo {
 struct Station;
 
 struct ListUndo {
+  int64_t number = 0;                              // of the order, counted from 1
   std::vector<OnAirRow> before;                    // PL as the order found it
   std::vector<int64_t> after;                      // keys of PL as it left it
   std::vector<std::pair<int64_t, int64_t>> moved;  // a row's key before and behind the order
   std::optional<StoredListEditor> panel;           // before an order that fills or clears it
 };
 
-// While it lives the operator's order works on PL. Orders do not nest; one that changes nothing
-// leaves the former one to be taken back.
+// While it lives the operator's order works on PL. One that changes nothing leaves the former one
+// to be taken back. Where another order comes in a yield of this one, this one is the last.
 class ListOrder {
  public:
-  enum class Panel { kStays, kChanges };  // of stored lists
+  enum class Panel { kStays, kChanges };  // the fields of stored lists
   explicit ListOrder(Station& station, Panel panel = Panel::kStays);
   ~ListOrder();
   ListOrder(const ListOrder&) = delete;
@@ -37,9 +38,13 @@ class ListOrder {
  private:
   Station& station_;
   ListUndo undo_;
+  bool forgot_ = false;
 };
 
 // Takes the last order back, which is an order itself; false when there is none. Not below a tick.
 bool UndoListOrder(Station& station);
+
+// The engine has made the list anew, or what stood there is gone: there is no way back.
+void ForgetListOrder(Station& station);
 
 }  // namespace zemo

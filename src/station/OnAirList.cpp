@@ -34,6 +34,17 @@ void OnAirList::Remove(int row) {
   if (row >= 1 && row <= Count()) rows_.erase(rows_.begin() + (row - 1));
 }
 
+void OnAirList::TakeToAir(int64_t key) {
+  constexpr size_t kKept = 64;
+  Remove(RowOfKey(key));
+  aired_.push_back(key);
+  if (aired_.size() > kKept) aired_.erase(aired_.begin());
+}
+
+bool OnAirList::HasAired(int64_t key) const {
+  return std::find(aired_.begin(), aired_.end(), key) != aired_.end();
+}
+
 void OnAirList::SwapElements(int row, int other) {
   std::swap(static_cast<OnAirElement&>(Row(row)), static_cast<OnAirElement&>(Row(other)));
 }

@@ -28,6 +28,8 @@ class OnAirList {
   OnAirRow& Insert(int row, OnAirElement element);  // before that row; past the end: at the end
   void InsertAll(int row, std::vector<OnAirElement> elements);  // the first one before that row
   void Remove(int row);
+  void TakeToAir(int64_t key);  // the row, where it still stands here, and that it has aired
+  bool HasAired(int64_t key) const;
   void SwapElements(int row, int other);  // the keys stay where they are
   void Clear() { rows_.clear(); }         // the key counter runs on
   void Restore(std::vector<OnAirRow> rows) { rows_ = std::move(rows); }  // with the keys they had
@@ -38,6 +40,7 @@ class OnAirList {
 
  private:
   std::vector<OnAirRow> rows_;
+  std::vector<int64_t> aired_;  // keys, the newest last; as many as an order can have met
   int64_t nextKey_ = 1;
 };
 

@@ -29,13 +29,11 @@ struct StoredListEditor {
   struct Item {
     std::string text;
     int32_t data = 0;
-    bool operator==(const Item&) const = default;
   };
   struct Combo {
     std::vector<Item> items;
     int index = -1;
     std::string text;
-    bool operator==(const Combo&) const = default;
   };
 
   bool open = false;
@@ -45,7 +43,6 @@ struct StoredListEditor {
   int32_t LblCodePL = 0;  // 0 for a new list
   int OptPls = 0;         // "ON", "ON-P", "OFF", "OFF-P"
   bool saving = false;
-  bool operator==(const StoredListEditor&) const = default;
 };
 
 // GPubJour on the screen.
@@ -54,7 +51,8 @@ struct GridFrame {
   bool forInsertion = false;  // it came in place of the list to put a break in there
   bool previewOffered =
       true;  // the preview of another day: while stopped, and on the toolbar's order
-  std::string chosenMoment;  // of the row that was clicked last
+  std::string chosenMoment;   // of the row that was clicked last
+  bool chosenIsSpots = true;  // the same: spots, else news
 };
 
 // The screen saver covers the screen.

@@ -1,5 +1,6 @@
 #include "station/OperatorWords.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "station/OnAirElement.h"
@@ -37,7 +38,7 @@ constexpr RoutineText kTexts[] = {
     {"Impossible de sauver", {kRoutines, "It cannot be saved", "Não se pode guardar", "No se puede guardar"}},
     {"Il n'y a pas de fiche à supprimer", {kRoutines, "There is no campaign to delete", "Não há ficha para eliminar", "No hay ficha que eliminar"}},
     {"Confirmez la suppression de la fiche %1", {kRoutines, "Confirm the deletion of the campaign %1", "Confirme a eliminação da ficha %1", "Confirme la eliminación de la ficha %1"}},
-    {"Vouz ne pouvez pas choisir ce fichier audio\r\ncar il est déjà attribué à l'annonceur %1", {kRoutines, "This audio file cannot be chosen:\r\nit is the advertiser's %1", "Este ficheiro de áudio não pode ser escolhido:\r\njá é do anunciante %1", "Este fichero de audio no se puede elegir:\r\nya es del anunciante %1"}},
+    {"Vouz ne pouvez pas choisir ce fichier audio\r\ncar il est déjà attribué à l'annonceur %1", {kRoutines, "This audio file cannot be chosen:\r\nit already belongs to the advertiser %1", "Este ficheiro de áudio não pode ser escolhido:\r\njá é do anunciante %1", "Este fichero de audio no se puede elegir:\r\nya es del anunciante %1"}},
     {"Ajouter cette Catégorie à la liste", {kRoutines, "Add this category to the list", "Juntar esta categoria à lista", "Añadir esta categoría a la lista"}},
     {"Effacer cette Catégorie %1", {kRoutines, "Delete this category %1", "Apagar esta categoria %1", "Borrar esta categoría %1"}},
     // what works
@@ -60,6 +61,7 @@ constexpr RoutineText kTexts[] = {
     // rows of the on-air list
     {"Begin Extrait", {kRoutines, "Extracts begin", "Início de excertos", "Inicio de extractos"}},
     {"Top Horaire", {kRoutines, "Hour pip", "Sinal horário", "Señal horaria"}},
+    {"Secours", {kRoutines, "Emergency", "Socorro", "Socorro"}},
     {"Jingle avant Pubs", {kRoutines, "Jingle before spots", "Jingle antes da pub", "Jingle antes de pubs"}},
     {"Jingle après Pubs", {kRoutines, "Jingle after spots", "Jingle depois da pub", "Jingle después de pubs"}},
     {"Start Playlist", {kRoutines, "Start of playlist", "Início da playlist", "Inicio de playlist"}},
@@ -73,6 +75,9 @@ constexpr RoutineText kTexts[] = {
     {"TOP-H", {kRoutines, "Hour pip", "Sinal horário", "Señal horaria"}},
     {"PLAYLIST", {kRoutines, "Playlist", "Playlist", "Playlist"}},
     // the day's grid
+    {"Copier les pubs de %1", {kRoutines, "Copy the spots of %1", "Copiar a publicidade das %1", "Copiar las pubs de las %1"}},
+    {"Copier les rubriques de %1", {kRoutines, "Copy the news of %1", "Copiar os intercalares das %1", "Copiar las rúbricas de las %1"}},
+    {"Entrez la taille de la police", {kRoutines, "Enter the size of the type", "Indique o tamanho da letra", "Indique el tamaño de la letra"}},
     {"Pubs", {kRoutines, "Spots", "Pub", "Pubs"}},
     {"Rubriques", {kRoutines, "News", "Intercalares", "Rúbricas"}},
     {"Grid of the%1", {kRoutines, "Grid of %1", "Tabela de %1", "Tabla del %1"}},
@@ -81,7 +86,7 @@ constexpr RoutineText kTexts[] = {
 constexpr RoutineText kReasons[] = {
     {"Ecart minutes pas assez important ", {kRoutines, "minutes since it aired too few ", "minutos desde a emissão insuficientes ", "minutos desde la emisión insuficientes "}},
     {"Ecart jours pas assez important ", {kRoutines, "days since it aired too few ", "dias desde a emissão insuficientes ", "días desde la emisión insuficientes "}},
-    {"Ecart nb passage jour atteint ", {kRoutines, "passes of the day reached ", "passagens do dia atingidas ", "pasos del día alcanzados "}},
+    {"Ecart nb passage jour atteint ", {kRoutines, "passes of the day reached ", "passagens do dia atingidas ", "pases del día alcanzados "}},
     {"pas autorisé dans cette tranche a cause du décalage", {kRoutines, "aired around this hour too recently", "emitido há pouco perto desta hora", "emitido hace poco cerca de esta hora"}},
     {" supprimé car doublon d'artiste", {kRoutines, " taken out: its artist stands there twice", " retirado: o artista está duas vezes", " quitado: el artista está dos veces"}},
 };
@@ -107,6 +112,24 @@ std::string TextOf(const RoutineText& row, int langue) {
   return text ? text : row.routine;
 }
 
+// A jingle and a short element have the names that the station gave them, but for those of the
+// breaks and of the emergency folder.
+bool IsRoutines(int32_t code, std::string_view title) {
+  switch (code) {
+    case Element::kHourPip:
+    case Element::kBeginExtract:
+    case Element::kStartPlaylist:
+    case Element::kEndPlaylist:
+      return true;
+    case Element::kJingle:
+      return title == "Jingle avant Pubs" || title == "Jingle après Pubs";
+    case Element::kOther:
+      return title == "Secours";
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 std::span<const RoutineText> RoutineTexts() {
@@ -120,17 +143,16 @@ std::string InOperatorsWords(std::string_view text, int langue) {
   return std::string(text);
 }
 
+// The second line of a title stands behind two blanks; only the first is a routine's.
 std::string TitleInWords(int32_t code, std::string_view title, int langue) {
-  switch (code) {
-    case Element::kJingle:
-    case Element::kHourPip:
-    case Element::kBeginExtract:
-    case Element::kStartPlaylist:
-    case Element::kEndPlaylist:
-      return InOperatorsWords(title.substr(0, title.find_last_not_of(' ') + 1), langue);
-    default:
-      return std::string(title);
-  }
+  constexpr std::string_view kBetween = "  ";
+  const size_t end = std::min(title.find(kBetween), title.size());
+  const std::string_view first = title.substr(0, end);
+  if (!IsRoutines(code, first)) return std::string(title);
+  const std::string_view second = title.substr(std::min(end + kBetween.size(), title.size()));
+  std::string text = InOperatorsWords(first, langue);
+  if (!second.empty()) text += std::string(kBetween) + std::string(second);
+  return text;
 }
 
 std::string RefusalInWords(std::string line, int langue) {

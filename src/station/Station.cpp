@@ -1,12 +1,12 @@
 #include "station/Station.h"
 
 #include "platform/Folder.h"
+#include "station/BaseFiles.h"
 #include "station/TimeForms.h"
 
 namespace zemo {
 
 namespace {
-constexpr const char* kBaseName = "Triskin.MDB";
 
 const char* ReasonWord(SlotEnd reason) {
   switch (reason) {
@@ -24,7 +24,7 @@ const char* ReasonWord(SlotEnd reason) {
 }  // namespace
 
 Station::Station(const Platform& given)
-    : platform(given), base(given.stationFolder.PathOf(kBaseName)) {
+    : platform(given), base(given.stationFolder.PathOf(BaseFile::kBase)) {
   platform.sound.SetObserver(this);
   engine.observer = this;
 }

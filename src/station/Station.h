@@ -72,6 +72,7 @@ struct Station : private SoundObserver, private FlagObserver {
   EngineState engine;
   OnAirList PL;
   std::optional<ListUndo> listUndo;  // of the operator's last order on it
+  int64_t listOrders = 0;            // given so far
   DayGrid GPubJour;
   ScreenNotices notices;
   BrowseFrame browse;

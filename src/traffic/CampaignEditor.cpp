@@ -148,7 +148,7 @@ void Campaigns::MnuHPubs_Click(Station& station, CampaignEditor& editor) {
   LoadSaveMarks(station, "Load", editor);
   FillLists(station, editor);
   editor.PLPubVisible = false;
-  Campaigns::BtnFin_Click(station, editor);
+  BtnFin_Click(station, editor);
 }
 
 void Campaigns::Form_Unload(Station& station, CampaignEditor& editor) {
@@ -182,7 +182,7 @@ bool Campaigns::BtnAjouter_Click(Station& station, CampaignEditor& editor) {
       ShowAlert(station, NoSoundFileText(station));
       return false;
     }
-    if (Campaigns::RefuseWrongMark(station, editor)) return false;
+    if (RefuseWrongMark(station, editor)) return false;
     const auto row = OpenCampaigns(station);
     row->AddNew();
     return SaveRecord(station, editor, *row);
@@ -199,7 +199,7 @@ bool Campaigns::BtnReplacer_Click(Station& station, CampaignEditor& editor) {
       ShowAlert(station, kNoSoundFile);
       return false;
     }
-    if (Campaigns::RefuseWrongMark(station, editor)) return false;
+    if (RefuseWrongMark(station, editor)) return false;
     const int32_t code = ValInt(editor.LblCode);
     if (code < 1) return false;
     const auto row = OpenCampaigns(station);
@@ -232,7 +232,7 @@ bool Campaigns::BtnDelete_Click(Station& station, CampaignEditor& editor) {
     if (gridFile.Exists(station) && OwnsGridFile(station, table->Int("CODE"), gridPath))
       gridFile.Remove(station);
     table->Delete();
-    Campaigns::BtnDebut_Click(station, editor);
+    BtnDebut_Click(station, editor);
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnDelete", editor.ChAnnonceur);
@@ -293,7 +293,7 @@ void Campaigns::PLPub_ColumnClick(CampaignEditor& editor, int column) {
 void Campaigns::PLPub_DblClick(Station& station, CampaignEditor& editor, size_t line) {
   if (line >= editor.PLPub.size()) return;
   editor.fromOverview = true;
-  Campaigns::ShowRecordOfCode(station, editor, ValInt(editor.PLPub[line].subItems[4]));
+  ShowRecordOfCode(station, editor, ValInt(editor.PLPub[line].subItems[4]));
   editor.fromOverview = false;
 }
 
@@ -302,7 +302,7 @@ bool Campaigns::ShowRecordOfCode(Station& station, CampaignEditor& editor, int64
     const auto table = OpenCampaigns(station);
     const bool found = SeekCode(*table, code);
     if (found) {
-      Campaigns::ShowRecord(station, *table, editor);
+      ShowRecord(station, *table, editor);
       ShowPosition(station, editor);
     }
     return found;

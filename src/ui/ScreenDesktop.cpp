@@ -4,8 +4,12 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+#include <QTimer>
 #include <QWidget>
 #include <utility>
 
@@ -151,10 +155,14 @@ QRect SpokenOf(const QWidget& window) {
   return {focus->mapToGlobal(part.topLeft()), part.size()};
 }
 
+// Once it is shown: its size is known then, and that of its frame.
 void MoveAside(QMessageBox& box, const QWidget* window) {
-  if (!window || !window->isVisible()) return;
-  box.adjustSize();
-  box.move(PlaceBeside(box.size(), SpokenOf(*window), window->geometry()));
+  if (!window || !window->isVisible() || !window->screen()) return;
+  const QRect screen = window->screen()->availableGeometry();
+  const QSize size = box.frameGeometry().size();
+  const QRect area = window->frameGeometry().intersected(screen);
+  const QPoint place = PlaceBeside(size, SpokenOf(*window), area);
+  box.move(Within({place, size}, {screen}).topLeft());
 }
 
 constexpr ButtonWord kButtonWords[] = {{QMessageBox::Ok, "Ok"},
@@ -164,24 +172,37 @@ constexpr ButtonWord kButtonWords[] = {{QMessageBox::Ok, "Ok"},
 
 }  // namespace
 
-// The boxes leave the keyboard to the main screen, which passes on what closes them.
+// The boxes leave the keyboard to the main screen and its dialogues, which pass on what closes
+// them.
 class ScreenMessageBoxes::Keys : public QObject {
  public:
   explicit Keys(ScreenMessageBoxes& boxes) : boxes_(boxes) { qApp->installEventFilter(this); }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() != QEvent::KeyPress || boxes_.open_.empty()) return false;
-    const auto* widget = qobject_cast<QWidget*>(watched);
-    if (!widget || widget->window() != boxes_.window_ || QApplication::activeModalWidget() ||
-        QApplication::activePopupWidget())
-      return false;
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key == Qt::Key_Escape) return boxes_.CloseNewest(true);
-    return (key == Qt::Key_Return || key == Qt::Key_Enter) && boxes_.CloseNewest(false);
+    if (boxes_.open_.empty()) return false;
+    const auto* widget = qobject_cast<const QWidget*>(watched);
+    if (!widget) return false;
+    if (event->type() == QEvent::Show && IsDialogue(*widget))
+      QTimer::singleShot(0, this, [this] { boxes_.MoveAll(); });  // it is placed then
+    if (event->type() != QEvent::KeyPress || QApplication::activePopupWidget()) return false;
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    if (key.isAutoRepeat() || qobject_cast<const QMenuBar*>(widget)) return false;
+    const QWidget* dialogue = QApplication::activeModalWidget();
+    const bool main = !dialogue && widget->window() == boxes_.window_;
+    const bool inDialogue = dialogue && widget->window() == dialogue && IsDialogue(*dialogue);
+    if (key.key() == Qt::Key_Escape) return (main || inDialogue) && boxes_.CloseNewest(true);
+    const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    if (!enter || !main) return false;
+    const bool typing = qobject_cast<const QLineEdit*>(boxes_.window_->focusWidget());
+    return !typing && boxes_.CloseNewest(false);
   }
 
  private:
+  static bool IsDialogue(const QWidget& widget) {
+    return widget.isModal() && !qobject_cast<const QMessageBox*>(&widget);
+  }
+
   ScreenMessageBoxes& boxes_;
 };
 
@@ -244,9 +265,20 @@ void ScreenMessageBoxes::Tell(const std::string& title, const std::string& text,
   });
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setModal(false);
-  MoveAside(*box, window_);
   box->show();
-  box->raise();
+  MoveAll();
+}
+
+// Each a step off the one before it, so that none hides another.
+void ScreenMessageBoxes::MoveAll() {
+  constexpr int kStep = 24;
+  int step = 0;
+  for (const OpenBox& open : open_) {
+    MoveAside(*open.box, window_);
+    open.box->move(open.box->pos() + QPoint(step, step));
+    open.box->raise();
+    step += kStep;
+  }
 }
 
 Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& text, Buttons buttons,
@@ -262,7 +294,7 @@ Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& tex
   QWidget* dialogue = QApplication::activeModalWidget();
   QMessageBox* box = Make(title, text, buttons, icon, dialogue ? dialogue : window_.data());
   box->setDefaultButton(buttons == Buttons::kYesNo ? QMessageBox::No : QMessageBox::Cancel);
-  MoveAside(*box, window_);
+  QTimer::singleShot(0, box, [this, box] { MoveAside(*box, window_); });
   const QPointer<QMessageBox> guard(box);
   const int answer = box->exec();
   if (guard) box->deleteLater();

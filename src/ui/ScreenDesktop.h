@@ -52,10 +52,11 @@ class ScreenApplication : public QApplication {
 };
 
 // What is told stands in a box of its own, one for the same text, and nobody waits for it: Escape
-// on the main screen closes the newest, and so does Return once it could be read. A question is
-// waited for with the loop running; from where the tick would have to wait it gets its safe answer
-// at once. No box covers the row, the control or the dialogue that it speaks of. Titles and texts
-// are shown in the operator's words (station/OperatorWords.h). Thread: the screen's.
+// on the main screen or in its dialogue closes the newest, and so does Return on the main screen,
+// out of a text box, once it could be read. A question is waited for with the loop running; from
+// where the tick would have to wait it gets its safe answer at once. No box covers the row, the
+// control or the dialogue that it speaks of. Titles and texts are shown in the operator's words
+// (station/OperatorWords.h). Thread: the screen's.
 class ScreenMessageBoxes : public MessageBoxes {
  public:
   ScreenMessageBoxes();
@@ -81,6 +82,7 @@ class ScreenMessageBoxes : public MessageBoxes {
   QPointer<QWidget> window_;
   std::function<bool()> mayWait_;
   bool CloseNewest(bool atOnce);
+  void MoveAll();
 
   std::vector<OpenBox> open_;  // the newest last
   std::function<int()> langue_;

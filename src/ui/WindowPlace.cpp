@@ -40,9 +40,12 @@ QPoint PlaceBeside(const QSize& box, const QRect& spokenOf, const QRect& window)
   above.moveBottom(spokenOf.top() - 1 - kGap);
   right.moveLeft(spokenOf.right() + 1 + kGap);
   left.moveRight(spokenOf.left() - 1 - kGap);
-  for (const QRect& place : {centred, below, above, right, left})
-    if (window.contains(place) && !place.intersects(spokenOf)) return place.topLeft();
-  return centred.topLeft();
+  QRect best = centred;
+  for (const QRect& wanted : {centred, below, above, right, left}) {
+    const QRect place = Within(wanted, {window});
+    if (Shown(place, spokenOf) < Shown(best, spokenOf)) best = place;
+  }
+  return best.topLeft();
 }
 
 std::optional<QRect> KeptPlace(const LocalValues& values, std::string_view window,

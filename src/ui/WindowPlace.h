@@ -20,8 +20,8 @@ void KeepPlace(LocalValues& values, std::string_view window,
 // Whole on the screen that shows most of it, the first where none does; no larger than that.
 QRect Within(const QRect& place, const QList<QRect>& screens);
 
-// Top left corner of a box in the window: in the middle, else below, above or beside what it speaks
-// of, where one of these leaves that free (all on the screen, in pixels).
+// Top left corner of a box in the window: in the middle, below, above or beside what it speaks of,
+// the first of these that covers least of it. All on the screen, in pixels.
 QPoint PlaceBeside(const QSize& box, const QRect& spokenOf, const QRect& window);
 
 }  // namespace zemo

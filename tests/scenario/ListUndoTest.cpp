@@ -159,5 +159,72 @@ TEST_F(ListUndoTest, AVoiceTrackThatKeptItsRecordComesBack) {
   EXPECT_EQ(List(), (Codes{1, -30}));
 }
 
+TEST_F(ListUndoTest, BehindAnOrderThatCannotBeTakenBackNoOlderOneIs) {
+  Listed(2);
+  OnAir::PL_KeyDelete(on.station, 2);
+  on.AppendVoiceTrack(on.MakeSound("vt.wav", 3000), 5000);
+  on.messages.AnswerNext(Answer::kYes);
+  OnAir::PL_KeyDelete(on.station, 2);
+  EXPECT_FALSE(UndoListOrder(on.station));
+  EXPECT_EQ(List(), (Codes{1}));
+}
+
+TEST_F(ListUndoTest, RowsThatStillStandInTheListStayAsTheyAreNow) {
+  Listed(3);
+  OnAir::PL_KeyDelete(on.station, 3);
+  on.station.PL.Row(1).exitMs = 4000;  // as the fitting shortens a title
+  UndoListOrder(on.station);
+  EXPECT_EQ(List(), (Codes{1, 2, 3}));
+  EXPECT_EQ(on.station.PL.Row(1).exitMs, 4000);
+}
+
+// The first row waits for its transition while the operator takes it out: it airs all the same.
+TEST_F(ListUndoTest, ARowThatWentToTheAirWhileItWasTakenOutDoesNotComeBack) {
+  Listed(3);
+  const int64_t key = on.station.PL.Row(1).key;
+  OnAir::PL_RightClick(on.station, 1);
+  on.station.PL.TakeToAir(key);
+  UndoListOrder(on.station);
+  EXPECT_EQ(List(), (Codes{2, 3}));
+}
+
+TEST_F(ListUndoTest, NoListIsChosenInTheBoxBehindIt) {
+  Listed(1);
+  StoredListEditor& panel = on.station.storedList;
+  for (const char* label : {"MORNING", "EVENING"}) {
+    panel.LblCodePL = 0;
+    panel.ComboPLS.text = label;
+    ASSERT_TRUE(OnAir::BtnSauve_Click(on.station));
+  }
+  ASSERT_TRUE(OnAir::SelectStoredList(on.station, 1));
+  ASSERT_TRUE(OnAir::SelectStoredList(on.station, 2));
+  UndoListOrder(on.station);
+  EXPECT_EQ(panel.LblCodePL, 1);
+  EXPECT_EQ(panel.ComboPLS.text, "MORNING");
+  EXPECT_EQ(panel.ComboPLS.items.size(), 2U);
+  on.messages.AnswerNext(Answer::kOk);
+  OnAir::ComboPLS_KeyDelete(on.station);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "2");
+}
+
+TEST_F(ListUndoTest, WhereTheEngineMadeTheListAnewThereIsNoWayBack) {
+  Listed(3);
+  OnAir::PL_KeyDelete(on.station, 3);
+  on.Start();
+  on.RunUntil(3600000 + 1000);  // the titles of the old hour leave the list at 13:00
+  EXPECT_FALSE(UndoListOrder(on.station));
+}
+
+TEST_F(ListUndoTest, BehindTheDeletionOfAStoredListThereIsNoWayBack) {
+  Listed(1);
+  on.station.storedList.ComboPLS.text = "EVENING";
+  ASSERT_TRUE(OnAir::BtnSauve_Click(on.station));
+  ASSERT_TRUE(OnAir::SelectStoredList(on.station, 1));
+  OnAir::PL_KeyDelete(on.station, 1);
+  on.messages.AnswerNext(Answer::kOk);
+  OnAir::ComboPLS_KeyDelete(on.station);
+  EXPECT_FALSE(UndoListOrder(on.station));
+}
+
 }  // namespace
 }  // namespace zemo::test

@@ -124,6 +124,8 @@ TEST(MainScreenPicture, TheCopyButtonNamesTheBreakThatIsChosen) {
   EXPECT_EQ(PictureOf(on.station).BtnCopyPubCaption, "");
   on.station.gridFrame.chosenMoment = "12:30";
   EXPECT_EQ(PictureOf(on.station).BtnCopyPubCaption, "Copier les pubs de 12:30");
+  on.station.gridFrame.chosenIsSpots = false;
+  EXPECT_EQ(PictureOf(on.station).BtnCopyPubCaption, "Copier les rubriques de 12:30");
 }
 
 TEST(MainScreenPicture, TheSearchBelongsToMusicAndThePictureToJingles) {

@@ -372,6 +372,13 @@ TEST_F(StoredPlaylist, SavingSaysWhetherTheListIsStored) {
   EXPECT_FALSE(OnAir::BtnSauve_Click(on.station));
 }
 
+TEST_F(StoredPlaylist, AListWhoseHeadIsGoneIsNotSaved) {
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  ASSERT_TRUE(OnAir::BtnSauve_Click(on.station));
+  on.Sql("DELETE FROM Playlist");
+  EXPECT_FALSE(OnAir::BtnSauve_Click(on.station));
+}
+
 TEST_F(StoredPlaylist, DeletingTheOnlyRowMakesTheTotalsZero) {
   OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
   EXPECT_EQ(ListTotalSec(on.station), 60);

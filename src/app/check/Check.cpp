@@ -15,6 +15,7 @@
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/StoredPaths.h"
+#include "station/BaseFiles.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
 
@@ -23,7 +24,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kBaseName = "Triskin.MDB";
 // A day of reports, a base rebuilt beside the old one and an exported list fit in the first; a week
 // of recorded links in the second.
 constexpr int64_t kLeastFreeBytes = 20 * 1000 * 1000;
@@ -51,10 +51,10 @@ std::string FindBase(const LocalFolder& station, Findings& findings) {
   std::error_code failed;
   for (const fs::directory_entry& entry : fs::directory_iterator(station.Path(), failed)) {
     const std::string name = entry.path().filename().string();
-    if (!EqualNoCase(name, kBaseName)) continue;
+    if (!EqualNoCase(name, BaseFile::kBase)) continue;
     if (!found.empty())
       findings.Warning("base", name, "stands twice, in another spelling: only one is used");
-    if (found.empty() || name == kBaseName) found = entry.path().string();
+    if (found.empty() || name == BaseFile::kBase) found = entry.path().string();
   }
   return found;
 }
@@ -75,25 +75,27 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, const CheckO
                Findings& findings) {
   const std::string path = FindBase(station, findings);
   if (path.empty()) {
-    findings.Error("base", kBaseName, WhyBaseIsMissing(station));
+    findings.Error("base", BaseFile::kBase, WhyBaseIsMissing(station));
     return;
   }
   CheckBaseFiles(station, findings);
   if (const std::optional<std::string> why = WhyNoBaseFile(path)) {
-    findings.Error("base", kBaseName, *why);
+    findings.Error("base", BaseFile::kBase, *why);
     return;
   }
   try {
     const ReadOnlyBase base(path, options.lockWaitMs);
     if (base.Interrupted()) {
       findings.Warning(
-          "base", kBaseName,
+          "base", BaseFile::kBase,
           "a run was interrupted while it wrote; the next start takes its last change back");
     }
     if (base.HeldForWriting()) {
-      findings.Error("base", kBaseName, "is locked by another process, nothing can be stored");
+      findings.Error("base", BaseFile::kBase,
+                     "is locked by another process, nothing can be stored");
     }
-    if (!May(path, W_OK)) findings.Error("base", kBaseName, "cannot be written: no permission");
+    if (!May(path, W_OK))
+      findings.Error("base", BaseFile::kBase, "cannot be written: no permission");
     if (!CheckStructure(base, findings)) return;
     const LocalDateTime now = options.now.value_or(RealClock().LocalNow());
     CheckSettings(base, findings);
@@ -104,7 +106,7 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, const CheckO
     CheckStoredLists(base, findings);
     CheckDays(base, options, now, findings);
   } catch (const BaseError& error) {
-    findings.Error("base", kBaseName, error.what());
+    findings.Error("base", BaseFile::kBase, error.what());
   }
 }
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "app/check/CheckParts.h"
+#include "station/BaseFiles.h"
 #include "station/TextForms.h"
 #include "store/Names.h"
 #include "store/Schema.h"
@@ -16,7 +17,7 @@ bool SoundPages(const ReadOnlyBase& base, Findings& findings) {
     const std::string line = AsText(row[0]);
     if (line == "ok") return;
     sound = false;
-    findings.Error("base", "Triskin.MDB", "is damaged: " + line);
+    findings.Error("base", BaseFile::kBase, "is damaged: " + line);
   });
   return sound;
 }

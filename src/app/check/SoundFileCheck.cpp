@@ -135,9 +135,7 @@ void ReadEnds(SoundSource& source, std::vector<SoundFault>& faults) {
   }
 }
 
-}  // namespace
-
-SoundFileLook LookAtSoundFile(const std::string& path) {
+SoundFileLook LookInto(const std::string& path) {
   SoundFileLook look;
   if (const std::optional<std::string> why = WhyNoFile(path)) {
     look.faults.push_back({Severity::kError, *why});
@@ -154,6 +152,17 @@ SoundFileLook LookAtSoundFile(const std::string& path) {
   } catch (const SoundError& error) {
     look.faults.push_back({Severity::kError, WithoutPath(error.what(), path)});
   }
+  return look;
+}
+
+}  // namespace
+
+SoundFileLook LookAtSoundFile(const std::string& path) {
+  SoundFileLook look = LookInto(path);
+  if (look.lengthMs >= 0 && fs::path(path).is_relative())
+    look.faults.push_back({Severity::kWarning,
+                           "its path is not absolute: it is found only from the folder that the "
+                           "program is started in"});
   return look;
 }
 

@@ -21,6 +21,7 @@
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/WholeFiles.h"
 #include "settings/SideFiles.h"
+#include "station/BaseFiles.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
 #include "store/StoreError.h"
@@ -32,7 +33,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kBaseName = "Triskin.MDB";
 // The base while it grows; as long as it stands there, an interrupted run may be taken up again.
 constexpr const char* kPartName = "Demo.part";
 
@@ -177,7 +177,7 @@ void MakeBase(const LocalFolder& station, const std::vector<Job>& jobs, int year
           {job.title, job.path, LengthMs(job), job.made.introSec, job.made.exitPointMs});
   const std::string part = station.Path() + kPartName;
   RemoveFile(part);
-  RemoveFile(part + "-journal");
+  RemoveFile(part + BaseFile::kJournal);
   MakeDemoBase(part, titles, MadeShorts(jobs), year);
 }
 
@@ -195,7 +195,7 @@ void WriteSideFiles(LocalFolder& station, const std::vector<Job>& jobs, int year
 // A name for each file that the run will write; none may stand there already, unless the run before
 // was interrupted.
 void RefuseToOverwrite(const LocalFolder& station, const std::vector<Job>& jobs) {
-  if (station.Exists(kBaseName)) {
+  if (station.Exists(BaseFile::kBase)) {
     throw DemoError(station.Path() + " already holds a station; nothing was changed");
   }
   if (station.Exists(kPartName)) return;
@@ -223,7 +223,7 @@ void MakeStation(const std::string& dir, const DemoSize& size,
   const int year = RealClock().LocalNow().year;  // of the dated campaigns
   WriteSideFiles(station, jobs, year);
   MakeBase(station, jobs, year);
-  station.Rename(kPartName, kBaseName);
+  station.Rename(kPartName, BaseFile::kBase);
 }
 
 }  // namespace

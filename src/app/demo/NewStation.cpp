@@ -6,6 +6,7 @@
 #include "app/demo/DemoBase.h"
 #include "app/demo/DemoSideFiles.h"
 #include "platform/real/files/LocalFolder.h"
+#include "station/BaseFiles.h"
 #include "store/StationBase.h"
 
 namespace zemo {
@@ -13,21 +14,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kBaseName = "Triskin.MDB";
 constexpr const char* kPartName = "New.part";  // the base while it grows
 
 void Fill(const std::string& path) {
   LocalFolder station(path);
   for (const SideFile& file : NewSideFiles()) station.Write(file.name, file.bytes);
   MakeBase(station.PathOf(kPartName), [](StationBase&) {});
-  station.Rename(kPartName, kBaseName);
+  station.Rename(kPartName, BaseFile::kBase);
 }
 
 // Nothing but what Fill wrote, and the folder where that was missing.
 void TakeAway(const fs::path& path, bool wasThere) {
   std::error_code stays;
   for (const SideFile& file : NewSideFiles()) fs::remove(path / file.name, stays);
-  for (const char* ending : {"", "-journal"})
+  for (const char* ending : {"", BaseFile::kJournal})
     fs::remove(path / (kPartName + std::string(ending)), stays);
   if (!wasThere) fs::remove(path, stays);
 }

@@ -20,7 +20,7 @@ namespace zemo {
 
 namespace {
 
-constexpr int kTwipsACharacter = 150;
+constexpr int kTwipsACharacter = 170;
 constexpr int kOverColumn = 1;  // of jingles: yes or no
 constexpr int kArrowRoom = 20;  // of a sorted column, and the head's margins
 constexpr const char* kMoment = "2026/12/24  20:08:08";

@@ -164,14 +164,6 @@ void DayGridFrame::CopyBreak() {
     orders_.tell(texts_.Word("NewsAsSpots"));
 }
 
-// What it copies: the break of the row that was chosen last.
-QString DayGridFrame::CopyCaption() const {
-  const int row = SelectedRow();
-  if (row < 1 || row >= station_.GPubJour.RowCount()) return texts_.Text("BtnCopyPub", "text");
-  const QString moment = QString::fromStdString(station_.GPubJour.Cell(row, GridCol::kMoment));
-  return texts_.Word(IsSpots(station_.GPubJour, row) ? "CopySpotsOf" : "CopyNewsOf", moment);
-}
-
 void DayGridFrame::Preview() {
   if (!OnAir::BtnPubJourX_Click(station_)) return;
   auto* calendar = new CalendarWindow(texts_.Langue(), station_.Now(), this);
@@ -180,9 +172,10 @@ void DayGridFrame::Preview() {
 }
 
 void DayGridFrame::Print() {
-  const auto answer =
-      questions_.askText(this, texts_.Word("PrintTitle"), QString::fromUtf8(kPrintSizeQuestion),
-                         QString::fromUtf8(kPrintSizeDefault));
+  const auto answer = questions_.askText(
+      this, texts_.Word("PrintTitle"),
+      QString::fromStdString(InOperatorsWords(kPrintSizeQuestion, texts_.Langue())),
+      QString::fromUtf8(kPrintSizeDefault));
   if (!answer) return;
   PrintOnPaper(this, questions_, PrintedDayGrid(station_.GPubJour), kPrintFont,
                PrintSize(answer->toStdString()), texts_.Langue());
@@ -209,8 +202,11 @@ void DayGridFrame::Refresh(const MainScreen& screen) {
     arrangedColumns_ = shape;
     Arrange(unit_);
   }
-  if (const QString caption = CopyCaption(); BtnCopyPub->text() != caption)
-    BtnCopyPub->setText(caption);
+  const QString caption =
+      screen.BtnCopyPubCaption.empty()
+          ? texts_.Text("BtnCopyPub", "text")
+          : QString::fromStdString(InOperatorsWords(screen.BtnCopyPubCaption, texts_.Langue()));
+  if (BtnCopyPub->text() != caption) BtnCopyPub->setText(caption);
   BtnCopyPub->setEnabled(screen.BtnCopyPubEnabled);
   BtnImpressionPub->setEnabled(station_.gridFrame.open);
   BtnPubJourX->setEnabled(station_.gridFrame.previewOffered);

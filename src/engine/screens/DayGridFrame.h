@@ -60,7 +60,6 @@ class DayGridFrame : public QFrame {
   void MakeControls();
   void Connect();
   void CopyBreak();
-  QString CopyCaption() const;
   void Preview();
   void Print();
   void OpenElement(int row, int column);

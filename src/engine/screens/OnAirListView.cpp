@@ -28,11 +28,12 @@ constexpr std::array<Shown, 9> kShown = {{{Col::kPlanned, 104, 0},
                                           {Col::kTitle, 200, 0},
                                           {Col::kSecond, 200, 0},
                                           {Col::kLength, 62, 0},
-                                          {Col::kGenre, 110, 560},
+                                          {Col::kGenre, 110, 560},  // kWideGenre where it has room
                                           {Col::kIntro, 56, 700},
                                           {Col::kVariety, 130, 860},
                                           {Col::kLastPlayed, 176, 1000},
                                           {Col::kExitMs, 84, 1200}}};
+constexpr int kWideGenre = 150, kWideGenreFrom = 1100;
 constexpr int kBarPixels = 4;
 constexpr int kFigurePadding = 8;  // keeps figures off the text in the next column
 
@@ -108,7 +109,9 @@ void OnAirListView::Arrange(double unit) {
   const auto widthOf = [&](const Shown& shown) {
     const QString head =
         model_.headerData(shown.column, Qt::Horizontal, Qt::DisplayRole).toString();
-    return std::max(Theme::Px(unit, shown.width), heads.horizontalAdvance(head) + 14);
+    const bool wide = shown.column == Col::kGenre && width() >= kWideGenreFrom * unit;
+    return std::max(Theme::Px(unit, wide ? kWideGenre : shown.width),
+                    heads.horizontalAdvance(head) + 14);
   };
   std::array<bool, kColumns> visible{};
   int fixed = 0;

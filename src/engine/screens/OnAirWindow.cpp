@@ -26,6 +26,7 @@
 #include "engine/OverlayButton.h"
 #include "engine/ScreenSaver.h"
 #include "engine/Startup.h"
+#include "engine/StoredPlaylists.h"
 #include "engine/screens/BottomStrip.h"
 #include "engine/screens/ControlBar.h"
 #include "engine/screens/DayGridFrame.h"
@@ -44,7 +45,6 @@
 #include "platform/Desktop.h"
 #include "platform/Waveforms.h"
 #include "settings/LockDialogue.h"
-#include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "traffic/DayGridComposition.h"
 #include "ui/PaperPrint.h"
@@ -79,8 +79,12 @@ OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
     if (station_.browse.open) live_->SearchMusic();
   });
   // A text box takes its own typing back.
-  connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this,
-          [this] { WhenFree([this] { TakeBack(); }); });
+  auto* takeBack = new QShortcut(QKeySequence::Undo, this);
+  takeBack->setAutoRepeat(false);
+  connect(takeBack, &QShortcut::activated, this, [this] {
+    const int64_t meant = station_.listOrders;
+    WhenFree([this, meant] { TakeBack(meant); });
+  });
   connect(&draw_, &QTimer::timeout, this, [this] { Refresh(); });
   connect(&observe_, &QTimer::timeout, this, [this] { Observe(); });
   Arrange();
@@ -127,7 +131,10 @@ void OnAirWindow::MakeBody() {
     AdaptOverlay();
   };
   browse.selected = [this] { AdaptOverlay(); };
-  browse.openCard = [this](int row) { OpenCardOr(OnAir::CardOfBrowseRow(station_, row)); };
+  browse.openCard = [this](int row) {
+    const bool music = station_.browse.ListRech.list == BrowseList::kMusic;
+    OpenCardOrTell(OnAir::CardOfBrowseRow(station_, row), music);
+  };
   browse.tell = tell;
   browse.openSelector = [this](int row) {
     OpenSelector(OnAir::FileOfBrowseRow(station_.browse.ListRech, row));
@@ -148,7 +155,8 @@ OnAirListOrders OnAirWindow::ListOrders() {
     model_->Sync(station_.PL);
   };
   orders.openCard = [this](int64_t key) {
-    OpenCardOr(OnAir::CardOfRow(station_, station_.PL.RowOfKey(key)));
+    const int row = station_.PL.RowOfKey(key);
+    OpenCardOrTell(OnAir::CardOfRow(station_, row), row > 0 && station_.PL.Row(row).code > 0);
   };
   orders.openSelector = [this](int64_t key) {
     if (const int row = station_.PL.RowOfKey(key); row > 0) OpenSelector(station_.PL.Row(row).file);
@@ -283,14 +291,12 @@ void OnAirWindow::Refresh() {
   RefreshSkeleton();
 }
 
-// The planned times follow: the editor of stored lists counts from the list's own time.
 void OnAirWindow::RefreshFrames(const MainScreen& screen) {
   const bool browses = station_.browse.open, edits = station_.storedList.open,
              grid = station_.gridFrame.open;
   const int frames = browses * 4 + edits * 2 + (grid ? 1 : 0);
   if (frames != shownFrames_) {
     shownFrames_ = frames;
-    RefreshPlanTimes(station_);
     live_->setVisible(browses);
     stored_->setVisible(edits);
     grid_->setVisible(grid);
@@ -378,12 +384,19 @@ void OnAirWindow::Tell(const QString& text) {
   bottom_->Tell(text, NowMs());
 }
 
-void OnAirWindow::TakeBack() {
+// Nothing where another order was given since: that one was not meant.
+void OnAirWindow::TakeBack(int64_t orderMeant) {
+  if (station_.listOrders != orderMeant) return;
   Tell(Texts().Word(UndoListOrder(station_) ? "TakenBack" : "NothingToTakeBack"));
+  if (station_.storedList.open) OnAir::LoadPlaylist(station_);
   model_->Sync(station_.PL);
 }
 
 void OnAirWindow::ComposeGrid() {
+  if (station_.engine.composing) {  // begins anew, and says so itself
+    ComposeTodaysGrid(station_);
+    return;
+  }
   const bool composed = ComposeTodaysGrid(station_);
   const QString breaks = QString::number(std::max(0, station_.GPubJour.RowCount() - 1));
   Tell(composed ? Texts().Word("GridComposed", breaks) : Texts().Word("GridNotComposed"));
@@ -414,9 +427,9 @@ void OnAirWindow::ShowLater() {
   QToolTip::showText(QCursor::pos(), Texts().Word("ComesLater"), this);
 }
 
-void OnAirWindow::OpenCardOr(int32_t code) {
-  if (code != 0) return OpenCard(code);
-  if (station_.lists.Locked) Tell(Texts().Word("CardsLocked"));
+void OnAirWindow::OpenCardOrTell(int32_t code, bool hasCard) {
+  if (code > 0) return OpenCard(code);
+  if (hasCard && station_.lists.Locked) Tell(Texts().Word("CardsLocked"));
 }
 
 void OnAirWindow::OpenCard(int32_t code) {
@@ -457,11 +470,10 @@ void OnAirWindow::OpenForecast() {
 // --- events of the window ---
 
 bool OnAirWindow::MayLeave() {
-  if (station_.engine.IsRunning) {
-    Tell(Texts().Word("StopFirst"));
-    return false;
-  }
-  return station_.engine.MainTimer && OnAir::Form_QueryUnload(station_);
+  if (!station_.engine.MainTimer) return false;
+  const bool may = OnAir::Form_QueryUnload(station_);
+  if (!may) Tell(Texts().Word("StopFirst"));
+  return may;
 }
 
 // It stands until the program goes.

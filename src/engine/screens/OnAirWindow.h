@@ -64,9 +64,9 @@ class OnAirWindow : public Window {
   void ArrangeBody();
   void PressToolbar(Toolbar button);
   void Tell(const QString& text);  // a line at the bottom
-  void TakeBack();
+  void TakeBack(int64_t orderMeant);
   void ComposeGrid();
-  void OpenCardOr(int32_t code);
+  void OpenCardOrTell(int32_t code, bool hasCard);
   void AskPassword();
   void ShowGridForInsertion();
   void PlayOverlay();

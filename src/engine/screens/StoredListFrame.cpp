@@ -133,8 +133,10 @@ void StoredListFrame::Connect() {
   connect(ComboPLS, &QComboBox::editTextChanged, this,
           [this](const QString& text) { OnAir::ComboPLS_Change(station_, text.toStdString()); });
   connect(LblDate, &QPushButton::clicked, this, [this] { OpenCalendar(); });
-  connect(ChHeure, &QLineEdit::textEdited, this,
-          [this](const QString& text) { OnAir::ChHeure_Change(station_, text.toStdString()); });
+  connect(ChHeure, &QLineEdit::textEdited, this, [this](const QString& text) {
+    const std::string neutral = StoredListEditor().ChHeure;
+    OnAir::ChHeure_Change(station_, text == Shown(neutral) ? neutral : text.toStdString());
+  });
   connect(OptPls, &QComboBox::activated, this,
           [this](int item) { OnAir::OptPls_Click(station_, item); });
   connect(BtnSauve, &QPushButton::clicked, this, [this] {
@@ -168,11 +170,15 @@ bool StoredListFrame::MaySave() {
   const StoredListEditor& editor = station_.storedList;
   switch (OnAir::DoubtOf(editor)) {
     case OnAir::ListDoubt::kNoTime:
-      tell_(texts_.Word("NoSuchTime", Shown(editor.ChHeure)));
+      tell_(editor.ChHeure.empty() || editor.ChHeure == StoredListEditor().ChHeure
+                ? texts_.Word("NoTimeYet")
+                : texts_.Word("NoSuchTime", Shown(editor.ChHeure)));
       ChHeure->setFocus();
       return false;
     case OnAir::ListDoubt::kNoDate:
-      tell_(texts_.Word("NoSuchDate", Shown(editor.LblDate)));
+      tell_(editor.LblDate.empty() || editor.LblDate == StoredListEditor().LblDate
+                ? texts_.Word("NoDateYet")
+                : texts_.Word("NoSuchDate", Shown(editor.LblDate)));
       LblDate->setFocus();
       return false;
     case OnAir::ListDoubt::kNoMoment:
@@ -186,7 +192,8 @@ bool StoredListFrame::MaySave() {
 
 void StoredListFrame::Save() {
   if (!MaySave()) return;
-  const QString label = QString::fromStdString(station_.storedList.ComboPLS.text);
+  const std::string& text = station_.storedList.ComboPLS.text;
+  const QString label = text.empty() ? texts_.Word("None") : QString::fromStdString(text);
   const bool saved = OnAir::BtnSauve_Click(station_);
   tell_(saved ? texts_.Word("ListSaved", label) : texts_.Word("ListNotSaved"));
   Refresh();

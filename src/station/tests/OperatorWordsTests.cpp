@@ -39,6 +39,11 @@ TEST(OperatorWords, WhatStandsInThePlaceIsTakenOver) {
 TEST(OperatorWords, OnlyATitleThatARoutineGaveIsTranslated) {
   EXPECT_EQ(TitleInWords(Element::kHourPip, "Top Horaire  ", kEnglish), "Hour pip");
   EXPECT_EQ(TitleInWords(Element::kJingle, "Jingle avant Pubs", kSpanish), "Jingle antes de pubs");
+  EXPECT_EQ(TitleInWords(Element::kStartPlaylist, "Start Playlist  Matin", kSpanish),
+            "Inicio de playlist  Matin");
+  EXPECT_EQ(TitleInWords(Element::kOther, "Secours  song", kEnglish), "Emergency  song");
+  EXPECT_EQ(TitleInWords(Element::kOther, "Touche 5", kEnglish), "Touche 5");  // the station's name
+  EXPECT_EQ(TitleInWords(Element::kJingle, "Extrait 2", kEnglish), "Extrait 2");
   EXPECT_EQ(TitleInWords(12, "Top Horaire  ", kEnglish), "Top Horaire  ");
   EXPECT_EQ(TitleInWords(Element::kSpot, "Pub", kEnglish), "Pub");  // an advertiser of that name
 }

@@ -42,6 +42,16 @@ TEST_F(SoundCheck, AMissingFileIsNamedWithItsRecord) {
   EXPECT_EQ(WhyTitle1(), "the sound file is missing");
 }
 
+TEST_F(SoundCheck, APathThatHangsOnWhereTheProgramIsStartedIsNamed) {
+  const std::string relative = fs::relative(Title1()).string();
+  Sql("UPDATE Discotheque SET FILENAME = '" + relative + "' WHERE CODE = 1");
+  const Lines lines = Found();
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0], "music: " + std::string(kTitle1) + ": " + relative +
+                          ": its path is not absolute: it is found only from the folder that the "
+                          "program is started in (warning)");
+}
+
 TEST_F(SoundCheck, AFolderInPlaceOfTheFileIsNamed) {
   fs::remove(Title1());
   fs::create_directory(Title1());

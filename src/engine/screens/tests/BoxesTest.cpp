@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <QCalendarWidget>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -206,20 +209,56 @@ TEST_F(Screen, ABoxLeavesTheRowFreeThatItSpeaksOf) {
   }
 }
 
-TEST_F(Screen, AQuestionBelowADialogueStandsBeforeItAndLeavesItFree) {
+TEST_F(Screen, ABoxGivesWayToTheDialogueThatOpensBehindItAndEscapeClosesItFirst) {
   Open();
   ScreenMessageBoxes boxes;
   boxes.SetWindow(window.get(), [] { return true; });
+  boxes.Show("Alerte", "the date will change", Buttons::kOk);
   auto* calendar = new CalendarWindow(0, on.station.Now(), window.get());
   calendar->open();
-  QTimer::singleShot(0, [&] {
-    auto* question = calendar->findChild<QMessageBox*>("Alerte");
-    ASSERT_TRUE(question);
-    EXPECT_FALSE(question->geometry().intersects(calendar->geometry()));
+  ASSERT_TRUE(QTest::qWaitFor(
+      [&] { return !Told()->frameGeometry().intersects(calendar->frameGeometry()); }, 5000));
+  QTest::keyClick(calendar, Qt::Key_Escape);
+  EXPECT_FALSE(Told());
+  EXPECT_TRUE(calendar->isVisible());
+  calendar->close();
+}
+
+TEST_F(Screen, AHeldReturnAndOneInATextBoxCloseNoBox) {
+  Open();
+  Click("Toolbar1_2");
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  boxes.Show("Alerte", "hello", Buttons::kOk);
+  QElapsedTimer shown;
+  shown.start();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return shown.elapsed() > 600; }, 5000));
+  Find("Rech")->setFocus();
+  QTest::keyClick(Find("Rech"), Qt::Key_Return);
+  EXPECT_TRUE(Told());
+  List().setFocus();
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+  QCoreApplication::sendEvent(&List(), &held);
+  EXPECT_TRUE(Told());
+}
+
+TEST_F(Screen, AQuestionBelowADialogueStandsBeforeItAndLeavesItFree) {
+  Open(800, 600);
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  QDialog dialogue(window.get());
+  dialogue.resize(300, 200);
+  dialogue.open();
+  QTimer tick;
+  QObject::connect(&tick, &QTimer::timeout, [&, turns = 0]() mutable {
+    auto* question = dialogue.findChild<QMessageBox*>("Alerte");
+    if (!question || ++turns < 5) return;
+    EXPECT_FALSE(question->geometry().intersects(dialogue.geometry()));
     question->reject();
   });
+  tick.start(1);
   EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kYesNo), Answer::kNo);
-  calendar->close();
+  dialogue.close();
 }
 
 TEST_F(Screen, AFaultInAClickIsToldAndEndsNothing) {

@@ -58,7 +58,7 @@ TEST_F(Told, WhyTheProgramIsNotLeftOnAir) {
 TEST_F(Told, HowManyBreaksTheGridOfTheDayHasNow) {
   Open();
   window->findChild<QAction*>("MakePubduJour")->trigger();
-  EXPECT_EQ(Line(), "The day's grid is composed: 0 breaks");
+  EXPECT_EQ(Line(), "The day's grid is composed; breaks: 0");
 }
 
 TEST_F(Told, ThatTheGridCouldNotBeComposed) {
@@ -73,7 +73,7 @@ TEST_F(Told, HowManyCharactersASearchWants) {
   OpenLive();
   auto* box = Find<QLineEdit>("Rech");
   QTest::keyClicks(box, "AR");
-  EXPECT_EQ(Line(), "Type 3 characters at least, or * for all");
+  EXPECT_EQ(Line(), "Type at least 3 characters, or * for all");
   QTest::keyClicks(box, "T");
   EXPECT_EQ(Line(), "");
 }
@@ -202,11 +202,14 @@ TEST_F(Told, AListOfAWrongTimeOrDateIsNotSaved) {
   EXPECT_EQ(Line(), "\"25:00\" is no time (hh:mm): the list is not saved");
   panel.ChHeure = "hh:mn";
   Click("BtnSauve");
-  EXPECT_EQ(Line(), "\"hh:mm\" is no time (hh:mm): the list is not saved");
+  EXPECT_EQ(Line(), "Enter a time (hh:mm): the list is not saved");
   panel.ChHeure = "18:30";
   panel.LblDate = "JJ/MM/ANNE";
   Click("BtnSauve");
-  EXPECT_EQ(Line(), "\"DD/MM/YYYY\" is no date: the list is not saved");
+  EXPECT_EQ(Line(), "Choose a date: the list is not saved");
+  panel.LblDate = "31/02/2026";
+  Click("BtnSauve");
+  EXPECT_EQ(Line(), "\"31/02/2026\" is no date: the list is not saved");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");
   panel.LblDate = "JOURNALIER";
   Click("BtnSauve");
@@ -229,6 +232,27 @@ TEST_F(Told, AListWithoutAMomentOrWithoutARowIsSavedOnlyOnDemand) {
   Answering(Answer::kYes);
   Click("BtnSauve");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "1");
+}
+
+TEST_F(Told, TheNeutralTimeTypedBackIsNeutral) {
+  OpenLive();
+  auto* hour = Find<QLineEdit>("ChHeure");
+  hour->selectAll();
+  QTest::keyClicks(hour, "18:30");
+  hour->selectAll();
+  QTest::keyClicks(hour, "hh:mm");
+  EXPECT_EQ(on.station.storedList.ChHeure, "hh:mn");
+}
+
+TEST_F(Told, OnlyWhatHasACardIsSaidToBeLocked) {
+  OnAirElement spot;
+  spot.code = Element::kSpot;
+  spot.title = "BAKERY";
+  on.Append(spot);
+  on.station.lists.Locked = true;
+  Open();
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, Qt::ControlModifier, InRow(1));
+  EXPECT_EQ(Line(), "");
 }
 
 TEST_F(Told, AListThatTheBaseDoesNotTakeIsToldAsNotSaved) {
