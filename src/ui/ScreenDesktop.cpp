@@ -138,10 +138,15 @@ struct ButtonWord {
 constexpr int kReadMs =
     500;  // a box that has just come is not closed by a Return for something else
 
+bool IsDialogue(const QWidget& widget) {
+  return widget.isModal() && !qobject_cast<const QMessageBox*>(&widget);
+}
+
 // What a box speaks of, on the screen: the dialogue before the window, else the row or the control
 // that has its keyboard.
 QRect SpokenOf(const QWidget& window) {
-  if (const QWidget* dialogue = QApplication::activeModalWidget()) return dialogue->frameGeometry();
+  for (const QWidget* shown : QApplication::topLevelWidgets())
+    if (shown->isVisible() && IsDialogue(*shown)) return shown->frameGeometry();
   const QWidget* focus = window.focusWidget();
   if (!focus) return {};
   QRect part = focus->rect();
@@ -199,10 +204,6 @@ class ScreenMessageBoxes::Keys : public QObject {
   }
 
  private:
-  static bool IsDialogue(const QWidget& widget) {
-    return widget.isModal() && !qobject_cast<const QMessageBox*>(&widget);
-  }
-
   ScreenMessageBoxes& boxes_;
 };
 
