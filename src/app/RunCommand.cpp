@@ -23,7 +23,8 @@ constexpr int kStatusMs = 1000;
 
 int RunOnAir(const AirOptions& options) {
   if (!ParseOutputSpec(options.output))
-    throw UsageError("--output: '" + options.output + "' is no output");
+    throw UsageError("--output: '" + options.output +
+                     "' is no output (device, device:NAME, null, file:PATH)");
   std::signal(SIGPIPE, SIG_IGN);  // who listens to our lines may leave; the air goes on
   EndSignals endSignals;          // before any thread is made
   RunDisplay display(STDOUT_FILENO);

@@ -51,7 +51,8 @@ void RunDisplay::OnEvent(const Event& event) {
   } else if (event.name == "silence") {
     const bool begins = TextOf(event, "state") == "begin";
     silentSinceMs_ = begins && station_ ? station_->platform.clock.MonotonicMs() : -1;
-    if (!begins && std::exchange(silenceTold_, false)) ShowLine("sound again");
+    const bool told = !begins && std::exchange(silenceTold_, false);
+    if (told && station_->engine.IsRunning) ShowLine("sound again");
   } else if (event.name == "end" && station_) {
     heardUntilMs_ = station_->platform.clock.MonotonicMs() +
                     static_cast<int64_t>(station_->engine.BufferOffsetSec * 1000);

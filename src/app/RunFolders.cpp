@@ -59,7 +59,9 @@ RunFolders MakeRunFolders(const StationOptions& options) {
 
 OutputSpec WantedOutput(const AirOptions& options, const std::string& machinePath) {
   auto output = ParseOutputSpec(options.output);
-  if (!output) throw UsageError("--output: '" + options.output + "' is no output");
+  if (!output)
+    throw UsageError("--output: '" + options.output +
+                     "' is no output (device, device:NAME, null, file:PATH)");
   if (options.cut) output->mostFrames = MsToFrames(*options.forMs);
   if (output->kind == OutputSpec::Kind::kDevice && output->name.empty()) {
     LocalFolder machine(machinePath);

@@ -98,7 +98,8 @@ int OpenScreen(const AirOptions& options) {
     return RunOnAir(options);
   }
   if (!ParseOutputSpec(options.output))
-    throw UsageError("--output: '" + options.output + "' is no output");
+    throw UsageError("--output: '" + options.output +
+                     "' is no output (device, device:NAME, null, file:PATH)");
   std::signal(SIGPIPE, SIG_IGN);
   EndSignals endSignals;  // before any thread is made
   ScreenMachine machine;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "library/OnAirRows.h"
+#include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -20,27 +21,29 @@ int SecondOfDay(const LocalDateTime& now) {
   return now.hour * kHourSec + now.minute * 60 + now.second;
 }
 
-// The moment that the list shows, where it is the same but for the second that ticks between.
-int64_t PlannedStart(const OnAirElement& row, int64_t reckonedMs) {
-  const auto plannedMs = static_cast<int64_t>(row.plannedMs.value_or(-kDayMs));
-  const bool same = std::abs(plannedMs - reckonedMs) < kSamePlanMs;
-  return (same ? plannedMs : reckonedMs) % kDayMs;
+// The first row that takes the air; null: none does. A voice track lies over the element on air.
+const OnAirRow* NextRow(const OnAirList& list) {
+  for (const OnAirRow& row : list)
+    if (!row.file.empty() && row.code != Element::kVoiceTrack) return &row;
+  return nullptr;
 }
 
-void FindElement(const Station& station, const LocalDateTime& now, NextUp& next) {
-  const OnAirRow* row = nullptr;
-  for (const OnAirRow& candidate : station.PL)
-    // A voice track lies over the element on air.
-    if (!candidate.file.empty() && candidate.code != Element::kVoiceTrack) {
-      row = &candidate;
-      break;
-    }
+// ms since midnight
+int64_t NextStartMs(const Station& station, const LocalDateTime& now) {
+  return SecondOfDay(now) * 1000LL + MsToNextStart(station.engine);
+}
+
+void FindElement(const Station& station, const LocalDateTime& now, int64_t planShiftMs,
+                 NextUp& next) {
+  const OnAirRow* row = NextRow(station.PL);
   if (!row) return;
   next.elementCode = row->code;
   next.elementTitle = TitleOf(*row);
-  const EngineState& engine = station.engine;
-  if (!engine.IsRunning) return;
-  next.elementAt = ClockText(PlannedStart(*row, SecondOfDay(now) * 1000LL + MsToNextStart(engine)));
+  if (!station.engine.IsRunning) return;
+  const bool planned = row->plannedMs && !HasListTime(station.storedList);
+  const auto atMs =
+      planned ? static_cast<int64_t>(*row->plannedMs) + planShiftMs : NextStartMs(station, now);
+  next.elementAt = ClockText((atMs + kDayMs) % kDayMs);
 }
 
 void FindBreak(const Station& station, const LocalDateTime& now, NextUp& next) {
@@ -74,9 +77,18 @@ int64_t MsToNextStart(const EngineState& engine) {
       0, engine.RemainingMs - static_cast<int64_t>(static_cast<float>(engine.MixPointMs)));
 }
 
-NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour) {
+int64_t PlanShiftMs(const Station& station, const LocalDateTime& now, int64_t shownMs) {
+  const OnAirRow* row = NextRow(station.PL);
+  if (!row || !row->plannedMs || !station.engine.IsRunning || HasListTime(station.storedList))
+    return 0;
+  const int64_t shiftMs = NextStartMs(station, now) - static_cast<int64_t>(*row->plannedMs);
+  return std::abs(shiftMs - shownMs) < kSamePlanMs ? shownMs : shiftMs;
+}
+
+NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour,
+                 int64_t planShiftMs) {
   NextUp next;
-  FindElement(station, now, next);
+  FindElement(station, now, planShiftMs, next);
   FindBreak(station, now, next);
   if (pipAtNextHour) FindPipTime(now, next);
   return next;

@@ -32,7 +32,15 @@ int64_t MsToNextStart(const EngineState& engine);
 // The first row of the day's grid behind that minute, "hh:mm"; 0: none for the rest of the day.
 int NextBreakRow(const DayGrid& grid, const std::string& minute);
 
-// Looks only at the state, never at the base; `pipAtNextHour` is what FindPip said.
-NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour);
+// By how much the planned times of PL are late by now, ms: they are reckoned at an order and at a
+// start, the element on air goes on. `shownMs` is what is shown; it stays where less than two
+// seconds differ. 0 while the engine is stopped, and in the editor while a list has a time of its
+// own.
+int64_t PlanShiftMs(const Station& station, const LocalDateTime& now, int64_t shownMs);
+
+// Looks only at the state, never at the base; `pipAtNextHour` is what FindPip said. The next
+// element is told with the moment that its row shows.
+NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour,
+                 int64_t planShiftMs = 0);
 
 }  // namespace zemo

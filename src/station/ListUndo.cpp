@@ -88,7 +88,7 @@ ListOrder::~ListOrder() {
     if (forgot_) ForgetListOrder(station_);
     return;
   }
-  undo_.number = ++station_.listOrders;
+  ++station_.listOrders;
   station_.listUndo = std::move(undo_);
 }
 
@@ -116,6 +116,7 @@ bool UndoListOrder(Station& station) {
     station.PL.Restore(std::move(rows));
     if (undo.panel) RestoreFields(station.storedList, *undo.panel);
   }
+  if (station.listUndo) station.listUndo->tookBack = !undo.tookBack;
   RefreshPlanTimes(station);
   return true;
 }

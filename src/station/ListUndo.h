@@ -16,7 +16,7 @@ namespace zemo {
 struct Station;
 
 struct ListUndo {
-  int64_t number = 0;                              // of the order, counted from 1
+  bool tookBack = false;                           // the order took another one back
   std::vector<OnAirRow> before;                    // PL as the order found it
   std::vector<int64_t> after;                      // keys of PL as it left it
   std::vector<std::pair<int64_t, int64_t>> moved;  // a row's key before and behind the order

@@ -9,16 +9,10 @@
 namespace zemo {
 
 namespace {
-// A time stands in the editor's ChHeure, whole or half typed.
-bool HasTime(const StoredListEditor& editor) {
-  return editor.open && !editor.ChHeure.empty() && editor.ChHeure[0] >= '0' &&
-         editor.ChHeure[0] <= '9';
-}
-
 // ms since midnight at which the first row begins.
 double FirstStartMs(const Station& station) {
   const EngineState& engine = station.engine;
-  if (HasTime(station.storedList)) {
+  if (HasListTime(station.storedList)) {
     const std::string& time = station.storedList.ChHeure;  // "hh:mm"
     const double hours = Val(time);
     const double minutes = time.size() > 3 ? Val(time.substr(3)) : 0;
@@ -27,6 +21,11 @@ double FirstStartMs(const Station& station) {
   return SecondsSinceMidnight(station.Now()) * 1000.0 + engine.RemainingMs - engine.MixPointMs;
 }
 }  // namespace
+
+bool HasListTime(const StoredListEditor& editor) {
+  return editor.open && !editor.ChHeure.empty() && editor.ChHeure[0] >= '0' &&
+         editor.ChHeure[0] <= '9';
+}
 
 void RefreshPlanTimes(Station& station) {
   double startMs = FirstStartMs(station);

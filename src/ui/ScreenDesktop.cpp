@@ -73,6 +73,7 @@ bool ScreenKeyboard::eventFilter(QObject* watched, QEvent* event) {
   auto* widget = qobject_cast<QWidget*>(watched);
   if (!widget || widget->window() != window_) return false;
   const auto& keyEvent = *static_cast<QKeyEvent*>(event);
+  if (type == QEvent::KeyRelease && !keyEvent.isAutoRepeat()) Release(keyEvent);
   const int key = VirtualKey(keyEvent);
   if (key == 0) return false;
   if (!armed_()) {
@@ -83,10 +84,22 @@ bool ScreenKeyboard::eventFilter(QObject* watched, QEvent* event) {
   if (type == QEvent::KeyPress) {
     down_.insert(key);
     pressed_.insert(key);
-  } else {
-    down_.erase(key);
   }
   return true;
+}
+
+// By the key alone: Shift and Num Lock may have changed since it was pressed, and a key that stays
+// held would ask for one element after the other. A key of the pad that has become another one lets
+// all of the pad go.
+void ScreenKeyboard::Release(const QKeyEvent& event) {
+  const int key = event.key();
+  if (key == Qt::Key_Space) {
+    down_.erase(kSpace);
+  } else if (key >= Qt::Key_0 && key <= Qt::Key_9) {
+    down_.erase(kNumPad0 + key - Qt::Key_0);
+  } else if (event.modifiers() & Qt::KeypadModifier) {
+    std::erase_if(down_, [](int held) { return held >= kNumPad0; });
+  }
 }
 
 // --- the loop's net ---

@@ -13,6 +13,7 @@
 
 #include "platform/Desktop.h"
 
+class QKeyEvent;
 class QMessageBox;
 class QWidget;
 
@@ -36,6 +37,7 @@ class ScreenKeyboard : public QObject, public Keyboard {
 
  private:
   void LetGo();
+  void Release(const QKeyEvent& event);
 
   QPointer<QWidget> window_;
   std::function<bool()> armed_;

@@ -204,6 +204,7 @@ TEST_F(RunOnAir, WithoutATerminalASilenceThatLastsIsALine) {
   const Result result = Run("run --station station --machine machine --output null --for 5");
   EXPECT_EQ(result.status, 0);
   EXPECT_NE(result.out.find("  silence on air\n"), std::string::npos) << result.out;
+  EXPECT_EQ(result.out.find("sound again"), std::string::npos) << result.out;
 }
 
 TEST_F(RunOnAir, AReaderThatLeavesDoesNotEndTheAir) {

@@ -62,8 +62,9 @@ QVariant DayGridModel::data(const QModelIndex& index, int role) const {
   const auto column = static_cast<size_t>(index.column());
   if (column >= row.size()) return {};
   if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
-    return QString::fromStdString(
-        index.column() == GridCol::kType ? InOperatorsWords(row[column], langue_) : row[column]);
+    return QString::fromStdString(index.column() == GridCol::kType
+                                      ? InOperatorsWords(row[column], texts_.Langue())
+                                      : row[column]);
   if (role == Qt::ForegroundRole && index.column() == GridCol::kType)
     return row[column] == "Pubs" ? Theme::kSpot : Theme::kNews;
   return {};
@@ -72,9 +73,9 @@ QVariant DayGridModel::data(const QModelIndex& index, int role) const {
 QVariant DayGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole || shown_.empty()) return {};
   const auto column = static_cast<size_t>(section);
-  return column < shown_[0].size()
-             ? QString::fromStdString(InOperatorsWords(shown_[0][column], langue_))
-             : QString();
+  const std::string head = column < shown_[0].size() ? shown_[0][column] : std::string();
+  return head.empty() ? texts_.Text("GPubJour", std::to_string(section))
+                      : QString::fromStdString(InOperatorsWords(head, texts_.Langue()));
 }
 
 DayGridFrame::DayGridFrame(Station& station, const Questions& questions, DayGridOrders orders,
@@ -83,7 +84,7 @@ DayGridFrame::DayGridFrame(Station& station, const Questions& questions, DayGrid
       station_(station),
       questions_(questions),
       orders_(std::move(orders)),
-      model_(new DayGridModel(station.GPubJour, texts.Langue(), this)),
+      model_(new DayGridModel(station.GPubJour, texts, this)),
       texts_(texts) {
   setObjectName(QStringLiteral("CadreGrille"));
   MakeControls();

@@ -23,9 +23,9 @@ struct Station;
 // less 1.
 class DayGridModel : public QAbstractTableModel {
  public:
-  // What the composition wrote is shown in the words of that language.
-  DayGridModel(const DayGrid& grid, int langue, QObject* parent)
-      : QAbstractTableModel(parent), grid_(grid), langue_(langue) {}
+  // What the composition wrote is shown in the operator's words.
+  DayGridModel(const DayGrid& grid, Translation texts, QObject* parent)
+      : QAbstractTableModel(parent), grid_(grid), texts_(texts) {}
   void Sync();  // nothing when the cells are as before
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -35,7 +35,7 @@ class DayGridModel : public QAbstractTableModel {
 
  private:
   const DayGrid& grid_;
-  const int langue_;
+  const Translation texts_;
   std::vector<std::vector<std::string>> shown_;
   int used_ = 4;  // columns that hold an element somewhere
 };

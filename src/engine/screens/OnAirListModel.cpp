@@ -21,7 +21,9 @@ bool OnAirListModel::IsFigure(int column) {
 
 OnAirListModel::Row OnAirListModel::RowOf(const OnAirRow& row) const {
   Row made{row.key, row.AsElement(), {}};
-  Cells cells = ColumnsOf(row);
+  OnAirElement shown = row.AsElement();
+  if (shown.plannedMs) *shown.plannedMs += static_cast<double>(planShiftMs_);
+  Cells cells = ColumnsOf(shown);
   cells[Col::kTitle] = TitleInWords(row.code, cells[Col::kTitle], langue_);
   if (row.code < 0) cells[Col::kGenre] = InOperatorsWords(cells[Col::kGenre], langue_);
   for (size_t column = 0; column < kColumns; ++column)
@@ -50,8 +52,9 @@ void OnAirListModel::RemoveGoneRows(const OnAirList& list) {
 // the removals stands in the list's order. Only an order that is taken back moves rows with their
 // keys: they are put in where they stand now, and what was left of them ends up behind the last
 // row.
-void OnAirListModel::Sync(const OnAirList& list) {
+void OnAirListModel::Sync(const OnAirList& list, int64_t planShiftMs) {
   RemoveGoneRows(list);
+  const bool shifted = std::exchange(planShiftMs_, planShiftMs) != planShiftMs;
   for (int row = 0; row < list.Count(); ++row) {
     const OnAirRow& wanted = list.Row(row + 1);
     const auto at = static_cast<size_t>(row);
@@ -59,7 +62,7 @@ void OnAirListModel::Sync(const OnAirList& list) {
       beginInsertRows({}, row, row);
       rows_.insert(rows_.begin() + row, RowOf(wanted));
       endInsertRows();
-    } else if (rows_[at].element != wanted) {
+    } else if (shifted || rows_[at].element != wanted) {
       rows_[at] = RowOf(wanted);
       Q_EMIT dataChanged(index(row, 0), index(row, kColumns - 1));
     }

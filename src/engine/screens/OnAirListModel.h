@@ -22,8 +22,8 @@ class OnAirListModel : public QAbstractTableModel {
 
   // Before the first Sync: the rows are in the words of that language.
   void SetTexts(std::array<QString, kColumns> heads, int langue);
-  // Brings the table to what the list holds now.
-  void Sync(const OnAirList& list);
+  // Brings the table to what the list holds now, its planned times that much later, ms.
+  void Sync(const OnAirList& list, int64_t planShiftMs);
   int64_t KeyOf(int row) const;  // of a row of the table, from 0; 0 for none
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -43,6 +43,7 @@ class OnAirListModel : public QAbstractTableModel {
   std::vector<Row> rows_;
   std::array<QString, kColumns> heads_;
   int langue_ = 0;
+  int64_t planShiftMs_ = 0;
 };
 
 }  // namespace zemo

@@ -93,6 +93,10 @@ int64_t OnAirListView::SelectedKey() const {
   return model_.KeyOf(SelectedRow() - 1);
 }
 
+void OnAirListView::ShowRow(int row) {
+  scrollTo(model_.index(row - 1, 0));
+}
+
 void OnAirListView::SelectRow(int row) {
   if (row < 1 || row > model_.rowCount()) {
     clearSelection();

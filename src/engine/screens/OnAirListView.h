@@ -27,6 +27,7 @@ class OnAirListView : public QTableView {
   OnAirListView(OnAirListModel& model, OnAirListOrders orders, QWidget* parent);
 
   int SelectedRow() const;  // 0 for none
+  void ShowRow(int row);    // scrolls to it, from 1; no row is chosen by that
   void SelectRow(int row);
   // Visible columns and their widths for this width of the view.
   void Arrange(double unit);

@@ -122,10 +122,7 @@ void OnAirWindow::MakeBody() {
                             .tell = tell},
                            Texts(), left_);
   BrowseOrders browse;
-  browse.drop = [this](const std::vector<int>& rows, int row) {
-    OnAir::DropBrowseRows(station_, rows, row);
-    model_->Sync(station_.PL);
-  };
+  browse.drop = [this](const std::vector<int>& rows, int row) { DropBrowseRows(rows, row); };
   browse.clicked = [this](int) {
     OnAir::ListRech_MouseDown(station_);
     AdaptOverlay();
@@ -148,11 +145,11 @@ OnAirListOrders OnAirWindow::ListOrders() {
   orders.deleteRow = [this](int64_t key) { DeleteListRow(key); };
   orders.rightClick = [this](int64_t key) {
     OnAir::PL_RightClick(station_, station_.PL.RowOfKey(key));
-    model_->Sync(station_.PL);
+    SyncList();
   };
   orders.drag = [this](int64_t key, int to) {
     OnAir::PL_DragDrop(station_, station_.PL.RowOfKey(key), to);
-    model_->Sync(station_.PL);
+    SyncList();
   };
   orders.openCard = [this](int64_t key) {
     const int row = station_.PL.RowOfKey(key);
@@ -165,10 +162,20 @@ OnAirListOrders OnAirWindow::ListOrders() {
   return orders;
 }
 
+void OnAirWindow::DropBrowseRows(const std::vector<int>& rows, int row) {
+  const int before = station_.PL.Count();
+  OnAir::DropBrowseRows(station_, rows, row);
+  SyncList();
+  const int added = station_.PL.Count() - before;
+  if (added <= 0) return;
+  list_->ShowRow(row > 0 ? std::min(row, station_.PL.Count()) : station_.PL.Count());
+  Tell(Texts().Word("Added", QString::number(added)));
+}
+
 void OnAirWindow::DeleteListRow(int64_t key) {
   const auto takeOut = [this, key] {
     OnAir::PL_KeyDelete(station_, station_.PL.RowOfKey(key));
-    model_->Sync(station_.PL);
+    SyncList();
   };
   if (OnAir::DeletingAsks(station_, station_.PL.RowOfKey(key)))
     WhenFree(takeOut);
@@ -273,7 +280,8 @@ void OnAirWindow::Refresh() {
   NotePeaks(health_, output_, nowMs);
   const MainScreen screen = PictureOf(station_);
   header_->ShowStation(station_, screen, now, output_, SilentOnAir(health_));
-  header_->ShowNext(LookAhead(station_, now, pip_));
+  planShiftMs_ = PlanShiftMs(station_, now, planShiftMs_);
+  header_->ShowNext(LookAhead(station_, now, pip_, planShiftMs_));
   const std::string& file = station_.platform.sound.FileName(station_.engine.CurrentChannel);
   header_->ShowWave(
       station_, screen,
@@ -281,7 +289,7 @@ void OnAirWindow::Refresh() {
   header_->ShowLevels(output_, nowMs);
   // While a request works on the list it stands as it was. One that failed leaves it told as
   // hidden, but no longer works: what airs is shown.
-  if (!station_.requests.PLHidden || station_.engine.mainTimerHolds == 0) model_->Sync(station_.PL);
+  if (!station_.requests.PLHidden || station_.engine.mainTimerHolds == 0) SyncList();
   bottom_->ShowStation(screen, station_.notices, nowMs);
   bar_->Refresh(screen);
   menus_->Refresh(screen);
@@ -369,8 +377,19 @@ void OnAirWindow::PressToolbar(Toolbar button) {
     live_->TakeFocus();
   }
   Refresh();
-  if (button == Toolbar::kAutomatic) list_->setFocus();
+  if (button == Toolbar::kAutomatic) {
+    list_->setFocus();
+    RequestWhereNothingPlays();
+  }
   if (button == Toolbar::kDayGrid) grid_->TakeFocus();
+}
+
+// The list refills itself while an element plays: where a live list ran dry, nobody else asks.
+void OnAirWindow::RequestWhereNothingPlays() {
+  const SoundChain& sound = station_.platform.sound;
+  const bool silent = !sound.Sounds(0) && !sound.Sounds(1);
+  if (!station_.engine.IsRunning || !station_.PL.Empty() || !silent) return;
+  WhenFree([this] { OnAir::CmdRequette_Click(station_); });
 }
 
 void OnAirWindow::AskPassword() {
@@ -380,6 +399,10 @@ void OnAirWindow::AskPassword() {
   dialog->open();
 }
 
+void OnAirWindow::SyncList() {
+  model_->Sync(station_.PL, planShiftMs_);
+}
+
 void OnAirWindow::Tell(const QString& text) {
   bottom_->Tell(text, NowMs());
 }
@@ -387,9 +410,11 @@ void OnAirWindow::Tell(const QString& text) {
 // Nothing where another order was given since: that one was not meant.
 void OnAirWindow::TakeBack(int64_t orderMeant) {
   if (station_.listOrders != orderMeant) return;
-  Tell(Texts().Word(UndoListOrder(station_) ? "TakenBack" : "NothingToTakeBack"));
+  const bool again = station_.listUndo && station_.listUndo->tookBack;
+  const bool done = UndoListOrder(station_);
+  Tell(Texts().Word(!done ? "NothingToTakeBack" : again ? "GivenAgain" : "TakenBack"));
   if (station_.storedList.open) OnAir::LoadPlaylist(station_);
-  model_->Sync(station_.PL);
+  SyncList();
 }
 
 void OnAirWindow::ComposeGrid() {

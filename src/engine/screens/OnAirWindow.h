@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <memory>
+#include <vector>
 
 #include "engine/HealthLine.h"
 #include "engine/screens/ScreenSources.h"
@@ -58,6 +59,8 @@ class OnAirWindow : public Window {
   void MakeMenus();
   void MakeBody();
   OnAirListOrders ListOrders();
+  void SyncList();
+  void DropBrowseRows(const std::vector<int>& rows, int row);
   void DeleteListRow(int64_t key);
   void LayOut();
   void Translate();
@@ -65,6 +68,7 @@ class OnAirWindow : public Window {
   void PressToolbar(Toolbar button);
   void Tell(const QString& text);  // a line at the bottom
   void TakeBack(int64_t orderMeant);
+  void RequestWhereNothingPlays();
   void ComposeGrid();
   void OpenCardOrTell(int32_t code, bool hasCard);
   void AskPassword();
@@ -86,6 +90,7 @@ class OnAirWindow : public Window {
   HealthLine health_;
   OutputFigures output_;
   bool pip_ = false;
+  int64_t planShiftMs_ = 0;  // of the planned times on the screen
   int shownFrames_ = -1;
   bool shownLocked_ = false;
 

@@ -258,6 +258,7 @@ void StoredListFrame::ChooseList(int item) {
   WhenFree(station_, this, [this] {
     OnAir::ComboPLS_Click(station_);
     Refresh();
+    tell_(texts_.Word("ListLoaded", ComboPLS->currentText()));
   });
 }
 

@@ -243,6 +243,22 @@ TEST_F(Keys, AShortPressBetweenTwoTicksIsSeenOnce) {
   EXPECT_FALSE(keyboard.Held(96));
 }
 
+// Shift or Num Lock makes another key of it until it is let go.
+TEST_F(Keys, AKeyThatIsLetGoAsAnotherOneIsLetGo) {
+  QTest::keyPress(&List(), Qt::Key_0, Qt::KeypadModifier);
+  ASSERT_TRUE(keyboard.Held(96));
+  QTest::keyRelease(&List(), Qt::Key_Insert, Qt::KeypadModifier);
+  EXPECT_FALSE(keyboard.Held(96));
+  QTest::keyPress(&List(), Qt::Key_5, Qt::KeypadModifier);
+  ASSERT_TRUE(keyboard.Held(101));
+  QTest::keyRelease(&List(), Qt::Key_5, Qt::ShiftModifier);
+  EXPECT_FALSE(keyboard.Held(101));
+  QTest::keyPress(&List(), Qt::Key_Space);
+  ASSERT_TRUE(keyboard.Held(32));
+  QTest::keyRelease(&List(), Qt::Key_Space, Qt::ControlModifier);
+  EXPECT_FALSE(keyboard.Held(32));
+}
+
 TEST_F(Keys, DigitsOfThePadHaveTheirNumbersAndTheOthersHaveNone) {
   QTest::keyPress(&List(), Qt::Key_7, Qt::KeypadModifier);
   EXPECT_TRUE(keyboard.Held(103));

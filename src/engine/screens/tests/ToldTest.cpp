@@ -320,17 +320,72 @@ TEST_F(Told, TheNextBreakOfTheLiveModeIsNamedInTheOperatorsWords) {
   EXPECT_EQ(Text("InfoDate"), "15:15 >> Spots - 01:05");
 }
 
-TEST_F(Told, NextAndTheFirstRowShowTheSameMomentInLiveMode) {
-  AddTitles(3);
+// A title of 60 s begins its successor 6 s before its end; the list reckons at the start of each.
+TEST_F(Told, NextAndTheFirstRowShowTheSameMomentInEveryMode) {
+  for (int title = 0; title < 4; ++title)
+    on.AppendCard(on.AddCard({.lengthMs = 60000, .exitMs = 6000}));
   OpenLive();
   Click("Toolbar1_5");
+  const auto* planned = List().model();
   for (int second = 1; second < 100; ++second) {
+    if (second == 70) Click("Toolbar1_1");
     Run(1000);
-    const std::string planned = ColumnText(on.station.PL.Row(1), Col::kPlanned);
-    const std::string shown =
-        planned.substr(0, 2) + ":" + planned.substr(5, 2) + ":" + planned.substr(10, 2);
+    const std::string row = planned->index(0, Col::kPlanned).data().toString().toStdString();
+    const std::string shown = row.substr(0, 2) + ":" + row.substr(5, 2) + ":" + row.substr(10, 2);
     ASSERT_EQ(Text("TileNextWhen"), shown) << second;
   }
+}
+
+TEST_F(Told, AutomaticModeBeginsWithMusicWhereALiveListRanDry) {
+  AddTitles(4);
+  on.ModelOfOneGenre("POP");
+  on.station.PL.Clear();
+  OpenLive();
+  Click("Toolbar1_5");
+  on.station.PL.Clear();
+  Run(2000);
+  const size_t before = on.Events("request").size();
+  Click("Toolbar1_1");
+  EXPECT_EQ(on.Events("request").size(), before + 1);
+  EXPECT_FALSE(on.station.PL.Empty());
+}
+
+TEST_F(Told, AutomaticModeAsksForNothingWhileSomethingPlays) {
+  AddTitles(1);
+  on.ModelOfOneGenre("POP");
+  OpenLive();
+  Click("Toolbar1_5");
+  Run(2000);
+  const size_t before = on.Events("request").size();
+  Click("Toolbar1_1");
+  EXPECT_EQ(on.Events("request").size(), before);
+}
+
+TEST_F(Told, HowManyElementsWereAddedWhichTheListShows) {
+  AddTitles(40);
+  OpenLive();
+  auto* box = Find<QLineEdit>("Rech");
+  QTest::keyClicks(box, "ARTIST 7");
+  QTRY_COMPARE(Find<QTableView>("ListRech")->model()->rowCount(), 1);
+  box->setFocus();
+  Key(Qt::Key_Down);
+  Key(Qt::Key_Insert);
+  EXPECT_EQ(Line(), "Added to the list: 1");
+  EXPECT_EQ(Titles().size(), 41U);
+  EXPECT_TRUE(List().viewport()->rect().intersects(
+      List().visualRect(List().model()->index(40, Col::kTitle))));
+}
+
+TEST_F(Told, AnOrderGivenAgainIsToldAsSuch) {
+  AddTitles(2);
+  Open();
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(2));
+  Key(Qt::Key_Delete);
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Line(), "The last order on the list is given again; Ctrl+Z takes it back");
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Line(), "The last order on the list is taken back; Ctrl+Z gives it again");
 }
 
 }  // namespace

@@ -99,6 +99,18 @@ TEST_F(Words, TheGridNamesItsBreaksAndTheButtonWhatItCopies) {
   EXPECT_EQ(Text("LblAvis"), "Copied by hand, news air as spots: jingles, volume, report");
 }
 
+// The composition writes no heads in Spanish.
+TEST_F(Words, TheGridHasHeadsWhereNoneAreWritten) {
+  on.Set("Langue", "3");
+  on.station.GPubJour.SetCell(1, 0, "06:30");
+  Open();
+  Click("Toolbar1_3");
+  const auto* grid = Find<QTableView>("GPubJour")->model();
+  EXPECT_EQ(grid->headerData(0, Qt::Horizontal).toString(), "HORA");
+  EXPECT_EQ(grid->headerData(1, Qt::Horizontal).toString(), QString::fromUtf8("DURACIÓN"));
+  EXPECT_EQ(grid->headerData(2, Qt::Horizontal).toString(), QString::fromUtf8("PUB/RÚB"));
+}
+
 TEST_F(Words, TheJingleOptionsOfAListTellWhatTheirLettersMean) {
   Open();
   Click("Toolbar1_2");
