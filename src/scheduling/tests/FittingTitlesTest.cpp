@@ -24,6 +24,17 @@ TEST_F(FittingRound, TheSmallestChainComesToTheFront) {
   EXPECT_EQ(Names(), "C,D,A,B");
 }
 
+TEST_F(FittingRound, TheListBeforeItHasNoWayBack) {
+  List({{"A", 180}, {"B", 60}, {"C", 100}, {"D", 50}});
+  {
+    const ListOrder order(on.station);
+    PL().Remove(2);
+  }
+  ASSERT_TRUE(on.station.listUndo);
+  BringBestChainForward(on.station);
+  EXPECT_FALSE(UndoListOrder(on.station));
+}
+
 TEST_F(FittingRound, TheTargetCountsTheElementOnAirAndTheBuffers) {
   Engine().RemainingMs = 30000;
   Engine().MixPointMs = 2000;
