@@ -234,6 +234,17 @@ TEST_F(FittingPlain, AListEmptiedByTheOperatorInBetweenStaysEmpty) {
   EXPECT_TRUE(on.Events("error").empty()) << on.Describe();
 }
 
+TEST_F(FittingPlain, AListEmptiedByTheOperatorInBetweenHasItsWayBack) {
+  List({{"A", 100}, {"B", 200}});
+  on.loop.Post([&] {
+    const ListOrder order(on.station);
+    PL().Clear();
+  });
+  FitHour(on.station);
+  EXPECT_TRUE(UndoListOrder(on.station));
+  EXPECT_EQ(Names(), "A,B");
+}
+
 TEST_F(FittingPlain, AnEmptyListLeavesBeforeTheLatch) {
   FitHour(on.station);
   FitHourWithInstrumentals(on.station);
