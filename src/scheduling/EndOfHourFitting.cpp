@@ -86,7 +86,6 @@ void FitTitles(Station& station) {
   }
   // 5: the cards are read before the list is cleared, so that a failed read loses nothing.
   std::vector<OnAirElement> rows = RowsOfCards(station, EssaisFit[BestRound(ScoresFit)]);
-  ForgetListOrder(station);
   station.PL.Clear();
   for (OnAirElement& element : rows) station.PL.Add(std::move(element));
 }

@@ -320,5 +320,18 @@ TEST_F(ListAtMidnight, TheListOfTheLastMinuteDoesNotHoldItOff) {
   EXPECT_LT(lists[1].atMs, kDueMs + kTickMs);
 }
 
+TEST_F(DatedList, WhatItDisplacesIsNoOrderToTakeBack) {
+  Store(1, "21/11/2026", "18:00", 0);
+  PutTitleOnAir();
+  on.At(1000, [&] {
+    const ListOrder order(on.station);
+    on.station.PL.Add({});
+  });
+  on.RunUntil(kDueMs - kTickMs);
+  EXPECT_TRUE(on.station.listUndo);
+  on.RunUntil(kDueMs + 1000);
+  EXPECT_FALSE(UndoListOrder(on.station));
+}
+
 }  // namespace
 }  // namespace zemo::test

@@ -188,6 +188,88 @@ TEST_F(ListUndoTest, ARowThatWentToTheAirWhileItWasTakenOutDoesNotComeBack) {
   EXPECT_EQ(List(), (Codes{2, 3}));
 }
 
+TEST_F(ListUndoTest, WhatAiredBehindThatRowIsNoReasonForItToComeBack) {
+  Listed(3);
+  const int64_t key = on.station.PL.Row(1).key;
+  OnAir::PL_RightClick(on.station, 1);
+  on.station.PL.TakeToAir(key);
+  on.station.PL.TakeToAir(on.station.PL.Row(1).key);
+  UndoListOrder(on.station);
+  EXPECT_EQ(List(), (Codes{3}));
+}
+
+// As while a request works: the title and its track have begun when the order is done.
+TEST_F(ListUndoTest, AVoiceTrackThatBeganDuringTheOrderDoesNotComeBack) {
+  Listed(1);
+  on.AppendVoiceTrack(on.MakeSound("vt.wav", 3000), 5000);
+  for (int i = 0; i < 2; ++i) on.AppendCard(on.AddCard({.lengthMs = 10000}));
+  {
+    const ListOrder order(on.station);
+    on.Start();
+    on.RunUntil(7000);
+    ASSERT_EQ(List(), (Codes{2, 3}));
+    on.station.PL.Remove(2);
+  }
+  UndoListOrder(on.station);
+  EXPECT_EQ(List(), (Codes{2, 3}));
+}
+
+TEST_F(ListUndoTest, HoweverManyRowsHaveAiredSinceTheyStayAired) {
+  Listed(67);
+  OnAir::PL_KeyDelete(on.station, 67);
+  while (!on.station.PL.Empty()) on.station.PL.TakeToAir(on.station.PL.Row(1).key);
+  UndoListOrder(on.station);
+  EXPECT_EQ(List(), (Codes{67}));
+}
+
+TEST_F(ListUndoTest, AMoveGivenAgainLeavesOutTheRowThatAiredInItsOldPlace) {
+  Listed(3);
+  OnAir::PL_DragDrop(on.station, 3, 1);
+  UndoListOrder(on.station);
+  ASSERT_EQ(List(), (Codes{1, 2, 3}));
+  on.station.PL.TakeToAir(on.station.PL.Row(3).key);
+  UndoListOrder(on.station);
+  EXPECT_EQ(List(), (Codes{1, 2}));
+}
+
+// The second title begins at 54100 ms; its row stands in the list until the first has faded out.
+TEST_F(ListUndoTest, ARowThatIsTakenOutWhileItBeginsDoesNotComeBack) {
+  on.Load();
+  on.Set("FadeOut", "5000");
+  on.AppendCard(on.AddCard({.lengthMs = 60000, .exitMs = 6000}));
+  on.AppendCard(on.AddCard({.lengthMs = 60000}));
+  on.AppendCard(on.AddCard({.lengthMs = 60000}));
+  on.Start();
+  on.At(55000, [&] {
+    ASSERT_EQ(List(), (Codes{2, 3}));
+    OnAir::PL_RightClick(on.station, 1);
+  });
+  on.RunUntil(65000);
+  ASSERT_EQ(on.Events("onair").size(), 2U) << on.Describe();
+  UndoListOrder(on.station);
+  EXPECT_EQ(List(), (Codes{3}));
+}
+
+TEST_F(ListUndoTest, AnyFieldThatNewClearsComesBackToAnEmptyList) {
+  on.Load();
+  OnAir::BtnNew_Click(on.station);
+  StoredListEditor& panel = on.station.storedList;
+  const auto cleared = [&](auto& field, const auto& value) {
+    field = value;
+    OnAir::BtnNew_Click(on.station);
+    EXPECT_NE(field, value);
+    EXPECT_TRUE(UndoListOrder(on.station));
+    EXPECT_EQ(field, value);
+    OnAir::BtnNew_Click(on.station);
+    ForgetListOrder(on.station);
+  };
+  cleared(panel.ComboPLS.text, std::string("EVENING"));
+  cleared(panel.LblDate, std::string("24/12/2026"));
+  cleared(panel.ChHeure, std::string("18:30"));
+  cleared(panel.LblCodePL, 7);
+  cleared(panel.OptPls, 2);
+}
+
 TEST_F(ListUndoTest, NoListIsChosenInTheBoxBehindIt) {
   Listed(1);
   StoredListEditor& panel = on.station.storedList;

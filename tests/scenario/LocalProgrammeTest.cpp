@@ -69,6 +69,24 @@ TEST(LocalProgramme, ABreakWhoseMinuteComesIsPreparedWhileTheEngineIsIdle) {
   EXPECT_EQ(on.EngineTurns(), "");
 }
 
+TEST(LocalProgramme, TheListThatABreakReplacesHasNoWayBack) {
+  TriggerStation on("2026-11-21 12:00:00", kLocal);
+  on.Load();
+  on.MakeModels();
+  on.AddTitles(30);
+  on.AppendJingle(60000);
+  on.AppendJingle(60000);
+  PutBreak(on.station, 1, "12:01");
+  {
+    const ListOrder order(on.station);
+    on.station.PL.Remove(2);
+  }
+  on.RunUntil(59900);
+  EXPECT_TRUE(on.station.listUndo);
+  on.RunUntil(61000);
+  EXPECT_FALSE(UndoListOrder(on.station));
+}
+
 TEST(LocalProgramme, ABreakIsNotPreparedWhileTheGridIsBeingComposed) {
   TriggerStation on("2026-11-21 12:00:00", kLocal);
   on.Load();

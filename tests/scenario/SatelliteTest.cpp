@@ -94,6 +94,21 @@ TEST(Satellite, ADatedListIsKeptAndNothingIsRequested) {
   EXPECT_TRUE(on.station.engine.HourBlockHandled);
 }
 
+TEST(Satellite, OnlyAListThatItKeepsHasAWayBack) {
+  for (const bool dated : {false, true}) {
+    OnAir on;
+    on.PutOnAir();
+    on.At(10000, [&] {
+      on.station.engine.PlaylistRunning = dated;
+      const ListOrder order(on.station);
+      on.station.PL.Clear();
+    });
+    on.Contact(20000, 1, true);
+    on.RunUntil(20200);
+    EXPECT_EQ(UndoListOrder(on.station), dated);
+  }
+}
+
 TEST(Satellite, ATakeOverOfAnIdleStationStartsItAtTheReturn) {
   OnAir on;
   on.Load();

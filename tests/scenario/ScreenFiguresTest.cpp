@@ -100,6 +100,22 @@ TEST_F(ScreenFigures, NextElementComesAtTheExitPointAndMarkersArePassedOver) {
   EXPECT_EQ(Ahead("2026-11-21 23:59:30").elementAt, "00:00:30");
 }
 
+// In 60 s what sounds gives way; the list's figure counts while it is less than 2 s off.
+TEST_F(ScreenFigures, NextElementComesAtTheListsMomentWhereBothMeanTheSame) {
+  on.AppendCard(on.AddCard({}));
+  on.station.engine.IsRunning = true;
+  on.station.engine.RemainingMs = 65000;
+  on.station.engine.MixPointMs = 5000;
+  constexpr double kNoonMs = 43'200'000, kDayMs = 86'400'000;
+  auto& plannedMs = on.station.PL.Row(1).plannedMs;
+  plannedMs = kNoonMs + 58001;
+  EXPECT_EQ(Ahead("2026-11-21 12:00:00").elementAt, "12:00:58");
+  plannedMs = kNoonMs + 58000;
+  EXPECT_EQ(Ahead("2026-11-21 12:00:00").elementAt, "12:01:00");
+  plannedMs = kDayMs + 29000;
+  EXPECT_EQ(Ahead("2026-11-21 23:59:30").elementAt, "00:00:29");
+}
+
 TEST_F(ScreenFigures, SilenceOnAirIsRedAfterFiveSecondsAndAgesFromTheLastSound) {
   on.station.engine.IsRunning = true;
   Tell(1000, 0.5F);

@@ -340,6 +340,14 @@ TEST_F(StoredPlaylist, WithoutATimeInTheEditorPlannedTimesBeginNow) {
   EXPECT_EQ(ColumnText(Row(1), Col::kPlanned), "12 h 00 ' 00");
 }
 
+TEST_F(StoredPlaylist, ATimeLeftInTheEditorDoesNotCountOnceItIsClosed) {
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  Panel().ChHeure = "18:30";
+  Panel().open = false;
+  RefreshPlanTimes(on.station);
+  EXPECT_EQ(ColumnText(Row(1), Col::kPlanned), "12 h 00 ' 00");
+}
+
 TEST_F(StoredPlaylist, AHalfTypedTimeCountsAsFarAsItGoes) {
   Panel().open = true;
   OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
@@ -369,6 +377,15 @@ TEST_F(StoredPlaylist, SavingSaysWhetherTheListIsStored) {
   EXPECT_TRUE(OnAir::BtnSauve_Click(on.station));
   on.Sql("DROP TABLE Playlist");
   Panel().LblCodePL = 0;
+  EXPECT_FALSE(OnAir::BtnSauve_Click(on.station));
+}
+
+TEST_F(StoredPlaylist, AListWhoseHeadCannotBeChangedIsNotSaved) {
+  OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
+  ASSERT_TRUE(OnAir::BtnSauve_Click(on.station));
+  EXPECT_TRUE(OnAir::BtnSauve_Click(on.station));
+  on.Native(
+      "CREATE TRIGGER Barred BEFORE UPDATE ON Playlist BEGIN SELECT RAISE(ABORT, 'barred'); END");
   EXPECT_FALSE(OnAir::BtnSauve_Click(on.station));
 }
 

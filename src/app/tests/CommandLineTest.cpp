@@ -346,6 +346,11 @@ TEST(CommandLine, AWordThatIsNearlyAnOptionOrACommandIsNamedWithIt) {
   EXPECT_NE(ErrorOf({"simulate", "--statoin", "x"}).find("did you mean --station?"),
             std::string::npos);
   EXPECT_NE(ErrorOf({"simulat"}).find("did you mean simulate?"), std::string::npos);
+  EXPECT_NE(ErrorOf({"simulate", "--statoin=x"}).find("did you mean --station?"),
+            std::string::npos);
+  EXPECT_NE(ErrorOf({"simulate", "--machineXX"}).find("did you mean --machine?"),
+            std::string::npos);
+  EXPECT_EQ(ErrorOf({"simulate", "--machineXXX"}).find("did you mean"), std::string::npos);
   EXPECT_EQ(ErrorOf({"simulate", "--elephant"}).find("did you mean"), std::string::npos);
 }
 
@@ -354,6 +359,7 @@ TEST(CommandLine, AnOptionOfTheScreenInFrontOfACommandIsRefusedAndAFolderIsNot) 
             "--for stands behind its command: zemoradio run --for ...");
   EXPECT_EQ(ErrorOf({"--station", "somewhere", "run"}), "");
   EXPECT_EQ(ErrorOf({"--machine", "somewhere", "simulate"}), "");
+  EXPECT_EQ(ErrorOf({"--output", "null", "run"}), "");
 }
 
 }  // namespace

@@ -24,6 +24,17 @@ TEST_F(FittingRound, TheSmallestChainComesToTheFront) {
   EXPECT_EQ(Names(), "C,D,A,B");
 }
 
+TEST_F(FittingRound, TheListBeforeItHasNoWayBack) {
+  List({{"A", 180}, {"B", 60}, {"C", 100}, {"D", 50}});
+  {
+    const ListOrder order(on.station);
+    PL().Remove(2);
+  }
+  ASSERT_TRUE(on.station.listUndo);
+  BringBestChainForward(on.station);
+  EXPECT_FALSE(UndoListOrder(on.station));
+}
+
 TEST_F(FittingRound, TheTargetCountsTheElementOnAirAndTheBuffers) {
   Engine().RemainingMs = 30000;
   Engine().MixPointMs = 2000;
@@ -221,6 +232,17 @@ TEST_F(FittingPlain, AListEmptiedByTheOperatorInBetweenStaysEmpty) {
   FitHour(on.station);
   EXPECT_TRUE(PL().Empty());
   EXPECT_TRUE(on.Events("error").empty()) << on.Describe();
+}
+
+TEST_F(FittingPlain, AListEmptiedByTheOperatorInBetweenHasItsWayBack) {
+  List({{"A", 100}, {"B", 200}});
+  on.loop.Post([&] {
+    const ListOrder order(on.station);
+    PL().Clear();
+  });
+  FitHour(on.station);
+  EXPECT_TRUE(UndoListOrder(on.station));
+  EXPECT_EQ(Names(), "A,B");
 }
 
 TEST_F(FittingPlain, AnEmptyListLeavesBeforeTheLatch) {

@@ -39,6 +39,10 @@ TEST(OperatorWords, WhatStandsInThePlaceIsTakenOver) {
 TEST(OperatorWords, OnlyATitleThatARoutineGaveIsTranslated) {
   EXPECT_EQ(TitleInWords(Element::kHourPip, "Top Horaire  ", kEnglish), "Hour pip");
   EXPECT_EQ(TitleInWords(Element::kJingle, "Jingle avant Pubs", kSpanish), "Jingle antes de pubs");
+  EXPECT_EQ(TitleInWords(Element::kJingle, "Jingle après Pubs", kEnglish), "Jingle after spots");
+  EXPECT_EQ(TitleInWords(Element::kBeginExtract, "Begin Extrait", kEnglish), "Extracts begin");
+  EXPECT_EQ(TitleInWords(Element::kEndPlaylist, "End Playlist  Matin", kEnglish),
+            "End of playlist  Matin");
   EXPECT_EQ(TitleInWords(Element::kStartPlaylist, "Start Playlist  Matin", kSpanish),
             "Inicio de playlist  Matin");
   EXPECT_EQ(TitleInWords(Element::kOther, "Secours  song", kEnglish), "Emergency  song");

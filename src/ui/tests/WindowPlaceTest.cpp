@@ -55,6 +55,7 @@ TEST(WindowPlace, ABoxStandsInTheMiddleUnlessItWouldCoverWhatItSpeaksOf) {
   EXPECT_EQ(PlaceBeside(box, {0, 280, 1000, 30}, window), QPoint(399, 322));   // 12 below 309
   EXPECT_EQ(PlaceBeside(box, {0, 340, 1000, 260}, window), QPoint(399, 228));  // 12 above 340
   EXPECT_EQ(PlaceBeside(box, {300, 0, 400, 600}, window), QPoint(712, 249));   // 12 right of 699
+  EXPECT_EQ(PlaceBeside(box, {300, 0, 700, 600}, window), QPoint(88, 249));    // 12 left of 300
 }
 
 TEST(WindowPlace, ABoxThatHasNoFreePlaceStandsInTheMiddle) {

@@ -165,6 +165,31 @@ TEST_F(Screen, EscapeOnTheMainScreenClosesTheNewestBoxFirst) {
   EXPECT_FALSE(Told());
 }
 
+TEST_F(Screen, EscapePassesOverABoxThatItsButtonClosed) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  boxes.Show("Alerte", "first", Buttons::kOk);
+  boxes.Show("Alerte", "second", Buttons::kOk);
+  for (QMessageBox* box : AllTold())
+    if (box->text() == "second") box->button(QMessageBox::Ok)->click();
+  List().setFocus();
+  Key(Qt::Key_Escape);
+  EXPECT_FALSE(Told());
+}
+
+TEST_F(Screen, EachBoxStandsAStepOffTheOneBeforeIt) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(window.get(), [] { return true; });
+  boxes.Show("Alerte", "one", Buttons::kOk);
+  boxes.Show("Alerte", "two", Buttons::kOk);
+  const std::vector<QMessageBox*> told = AllTold();
+  ASSERT_EQ(told.size(), 2U);
+  const QPoint step = told[1]->pos() - told[0]->pos();
+  EXPECT_EQ(told[0]->text() == "one" ? step : -step, QPoint(24, 24));
+}
+
 TEST_F(Screen, ReturnClosesABoxOnceItCouldBeReadAndElseDoesWhatItWasFor) {
   std::string opened;
   sources.openSelector = [&](const std::string& file) { opened = file; };

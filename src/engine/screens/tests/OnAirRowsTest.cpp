@@ -3,6 +3,8 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <utility>
+#include <vector>
 
 #include "engine/OperatorControls.h"
 #include "engine/screens/tests/ScreenFixture.h"
@@ -68,6 +70,16 @@ TEST_F(OnAirRows, AFailedRequestLeavesNoOldListOnTheScreen) {
   on.station.PL.Remove(1);
   Draw();
   EXPECT_EQ(List().model()->rowCount(), 2);
+}
+
+TEST_F(OnAirRows, RowsThatMoveWithTheirKeysStandOnTheScreenOnce) {
+  OpenWith(3);
+  std::vector<OnAirRow> rows(on.station.PL.begin(), on.station.PL.end());
+  std::swap(rows.front(), rows.back());
+  on.station.PL.Restore(std::move(rows));
+  Draw();
+  EXPECT_EQ(Titles(), (Names{"ARTIST 3", "ARTIST 2", "ARTIST 1"}));
+  EXPECT_EQ(List().model()->rowCount(), 3);
 }
 
 TEST_F(OnAirRows, OnlyAVoiceTrackWaitsForAFreeMomentToBeDeleted) {

@@ -76,6 +76,32 @@ TEST_F(Told, HowManyCharactersASearchWants) {
   EXPECT_EQ(Line(), "Type at least 3 characters, or * for all");
   QTest::keyClicks(box, "T");
   EXPECT_EQ(Line(), "");
+  EXPECT_TRUE(Find("LblInfo")->isVisible());  // at once
+}
+
+TEST_F(Told, AnotherOrdersWordStaysWhileTheSearchFinds) {
+  AddTitles(1);
+  OpenLive();
+  Click("Toolbar1_5");
+  Run(1000);
+  window->close();
+  Find<QLineEdit>("Rech")->insert("ARTIST");  // as it is pasted
+  EXPECT_EQ(Line(), "On air: stop first, then quit");
+}
+
+TEST_F(Told, AWordStandsBeforeWhatWorks) {
+  AddTitles(1);
+  Open();
+  Click("Toolbar1_5");
+  Run(1000);
+  window->close();
+  on.station.notices.progress.visible = true;
+  Draw();
+  EXPECT_TRUE(Find("LblAvis")->isVisible());
+  EXPECT_FALSE(Find("LblProgression")->isVisible());
+  Run(8000);
+  EXPECT_FALSE(Find("LblAvis")->isVisible());
+  EXPECT_TRUE(Find("LblProgression")->isVisible());
 }
 
 TEST_F(Told, ThatAnEmptySearchWantsNothing) {
@@ -189,6 +215,19 @@ TEST_F(Told, NewDoesNotAskWhileTheEngineIsStoppedAndTheTotalFollowsAtOnce) {
   EXPECT_EQ(Text("HHTot") + Text("MnTot") + Text("SSTot"), "000000");
 }
 
+TEST_F(Told, NewDoesNotAskOnAirWhereTheListIsEmpty) {
+  AddTitles(1);
+  OpenLive();
+  Click("Toolbar1_5");
+  Run(1000);
+  on.station.PL.Clear();
+  on.station.storedList.OptPls = 2;
+  Answering(Answer::kNo);
+  Click("BtnNew");
+  EXPECT_TRUE(asked.empty());
+  EXPECT_EQ(on.station.storedList.OptPls, 0);
+}
+
 // --- saving ---
 
 TEST_F(Told, AListOfAWrongTimeOrDateIsNotSaved) {
@@ -200,6 +239,7 @@ TEST_F(Told, AListOfAWrongTimeOrDateIsNotSaved) {
   panel.ChHeure = "25:00";
   Click("BtnSauve");
   EXPECT_EQ(Line(), "\"25:00\" is no time (hh:mm): the list is not saved");
+  EXPECT_TRUE(Find("ChHeure")->hasFocus());
   panel.ChHeure = "hh:mn";
   Click("BtnSauve");
   EXPECT_EQ(Line(), "Enter a time (hh:mm): the list is not saved");
@@ -207,6 +247,7 @@ TEST_F(Told, AListOfAWrongTimeOrDateIsNotSaved) {
   panel.LblDate = "JJ/MM/ANNE";
   Click("BtnSauve");
   EXPECT_EQ(Line(), "Choose a date: the list is not saved");
+  EXPECT_TRUE(Find("LblDate")->hasFocus());
   panel.LblDate = "31/02/2026";
   Click("BtnSauve");
   EXPECT_EQ(Line(), "\"31/02/2026\" is no date: the list is not saved");
@@ -215,6 +256,15 @@ TEST_F(Told, AListOfAWrongTimeOrDateIsNotSaved) {
   Click("BtnSauve");
   EXPECT_EQ(Line(), "The list \"EVENING\" is saved");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "1");
+}
+
+TEST_F(Told, AListWithoutANameIsSavedAndToldAsSuch) {
+  AddTitles(1);
+  OpenLive();
+  on.station.storedList.LblDate = "JOURNALIER";
+  on.station.storedList.ChHeure = "18:30";
+  Click("BtnSauve");
+  EXPECT_EQ(Line(), "The list \"–\" is saved");
 }
 
 TEST_F(Told, AListWithoutAMomentOrWithoutARowIsSavedOnlyOnDemand) {
@@ -279,6 +329,20 @@ TEST_F(Told, DownGoesFromTheSearchTextIntoItsFinds) {
   Key(Qt::Key_Down);
   EXPECT_TRUE(Find("ListRech")->hasFocus());
   EXPECT_EQ(Find<QTableView>("ListRech")->currentIndex().row(), 0);
+}
+
+TEST_F(Told, DownGoesBackToTheFindThatWasChosen) {
+  AddTitles(3);
+  OpenLive();
+  auto* box = Find<QLineEdit>("Rech");
+  auto* finds = Find<QTableView>("ListRech");
+  box->setFocus();
+  QTest::keyClicks(box, "ARTIST");
+  QTRY_COMPARE(finds->model()->rowCount(), 3);
+  finds->selectRow(1);
+  Key(Qt::Key_Down);
+  EXPECT_TRUE(finds->hasFocus());
+  EXPECT_EQ(finds->currentIndex().row(), 1);
 }
 
 TEST_F(Told, NothingRemainsWhereNothingPlays) {
