@@ -18,7 +18,8 @@ class ScreenFigures : public testing::Test {
  protected:
   void SetUp() override { on.Load(); }
   NextUp Ahead(const std::string& moment, bool pip = false) {
-    return LookAhead(on.station, ParseMoment(moment), pip);
+    const LocalDateTime now = ParseMoment(moment);
+    return LookAhead(on.station, now, pip, PlanShiftMs(on.station, now, 0));
   }
   void Break(int row, const std::string& moment, const std::string& type) {
     on.station.GPubJour.SetCell(row, GridCol::kMoment, moment);

@@ -18,6 +18,7 @@ class RunSilence : public testing::Test {
     ASSERT_EQ(pipe(ends_.data()), 0);
     display_ = std::make_unique<RunDisplay>(ends_[1]);
     display_->Show(on.station);
+    on.station.engine.IsRunning = true;
   }
   void TearDown() override {
     for (const int end : ends_) close(end);
@@ -48,6 +49,14 @@ TEST_F(RunSilence, IsToldOnceWhenItHasLastedThreeSecondsAndWhenItEnds) {
   Silence("end");
   EXPECT_EQ(LinesAt(5000), "12:00:04  sound again\n");
   EXPECT_EQ(LinesAt(9000), "");
+}
+
+TEST_F(RunSilence, EndsWithoutAWordWhereTheEngineStops) {
+  Silence("begin");
+  EXPECT_EQ(LinesAt(3000), "12:00:03  silence on air\n");
+  on.station.engine.IsRunning = false;
+  Silence("end");
+  EXPECT_EQ(LinesAt(5000), "");
 }
 
 TEST_F(RunSilence, BetweenTwoElementsIsNotTold) {

@@ -102,6 +102,7 @@ TEST_F(Words, TheGridNamesItsBreaksAndTheButtonWhatItCopies) {
 // The composition writes no heads in Spanish.
 TEST_F(Words, TheGridHasHeadsWhereNoneAreWritten) {
   on.Set("Langue", "3");
+  for (int column = 0; column < 3; ++column) on.station.GPubJour.SetCell(0, column, "");
   on.station.GPubJour.SetCell(1, 0, "06:30");
   Open();
   Click("Toolbar1_3");
