@@ -101,7 +101,7 @@ void RunDisplay::Finish() {
 
 int64_t RunDisplay::RemainingMs() const {
   const SoundChain& sound = station_->platform.sound;
-  if (sound.Sounds(0) || sound.Sounds(1)) return std::max(station_->engine.RemainingMs, 1);
+  if (sound.ElementSounds()) return std::max(station_->engine.RemainingMs, 1);
   return std::max<int64_t>(heardUntilMs_ - station_->platform.clock.MonotonicMs(), 0);
 }
 

@@ -24,7 +24,6 @@ using Json = nlohmann::ordered_json;
 
 // The choices of a simulation are all of them: a busy week's are 5 MB.
 constexpr int64_t kMostSimulatedBytes = int64_t{64} << 20;
-constexpr int kEnglish = 1;  // the language of the commands
 
 std::string WhenText(const TitleReason& reason) {
   if (!reason.after.empty()) return reason.after;

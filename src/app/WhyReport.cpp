@@ -23,7 +23,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 constexpr double kSecond = 1.0 / 86400;
-constexpr int kEnglish = 1;  // the language of the commands
 
 // A request, and the one of its titles that is asked about.
 struct Choice {

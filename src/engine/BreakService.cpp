@@ -23,7 +23,7 @@ int DueGridRow(Station& station, const Moment& at) {
 
 void InsertBreak(Station& station, const Moment& at, int row) {
   station.engine.LastGridCheckTimer = at.timer;
-  if (station.GPubJour.Cell(row, GridCol::kType) == "Pubs")
+  if (station.GPubJour.IsSpots(row))
     InsertSpotBreak(station, row);
   else
     InsertNewsBreak(station, row);

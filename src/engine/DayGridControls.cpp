@@ -36,7 +36,7 @@ void OnAir::GPubJour_Click(Station& station, int gridRow) {
   RecordActivity(station);
   if (!HasRow(station, gridRow)) return;
   station.gridFrame.chosenMoment = station.GPubJour.Cell(gridRow, GridCol::kMoment);
-  station.gridFrame.chosenIsSpots = station.GPubJour.Cell(gridRow, GridCol::kType) == "Pubs";
+  station.gridFrame.chosenIsSpots = station.GPubJour.IsSpots(gridRow);
 }
 
 std::string OnAir::FileOfGridCell(const Station& station, int gridRow, int column) {

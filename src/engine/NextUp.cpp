@@ -53,7 +53,7 @@ void FindBreak(const Station& station, const LocalDateTime& now, NextUp& next) {
   if (row == 0) return;
   const std::string& moment = grid.Cell(row, GridCol::kMoment);
   next.breakAt = moment;
-  next.breakIsSpots = grid.Cell(row, GridCol::kType) == "Pubs";
+  next.breakIsSpots = grid.IsSpots(row);
   next.breakLength = grid.Cell(row, GridCol::kLength);
   const int atSec = ValInt(moment) * kHourSec + ValInt(std::string_view(moment).substr(3)) * 60;
   next.breakInSec = atSec - SecondOfDay(now);

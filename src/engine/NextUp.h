@@ -41,6 +41,6 @@ int64_t PlanShiftMs(const Station& station, const LocalDateTime& now, int64_t sh
 // Looks only at the state, never at the base; `pipAtNextHour` is what FindPip said. The next
 // element is told with the moment that its row shows.
 NextUp LookAhead(const Station& station, const LocalDateTime& now, bool pipAtNextHour,
-                 int64_t planShiftMs = 0);
+                 int64_t planShiftMs);
 
 }  // namespace zemo

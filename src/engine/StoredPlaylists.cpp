@@ -275,11 +275,16 @@ void OnAir::LblDate_RightClick(Station& station) {
   station.storedList.LblDate = kEveryDay;
 }
 
+bool OnAir::TimeMissing(const StoredListEditor& editor) {
+  return editor.ChHeure.empty() || editor.ChHeure == StoredListEditor().ChHeure;
+}
+
+bool OnAir::DateMissing(const StoredListEditor& editor) {
+  return editor.LblDate.empty() || editor.LblDate == StoredListEditor().LblDate;
+}
+
 OnAir::ListDoubt OnAir::DoubtOf(const StoredListEditor& editor) {
-  const StoredListEditor neutral;
-  const bool noTime = editor.ChHeure.empty() || editor.ChHeure == neutral.ChHeure;
-  const bool noDate = editor.LblDate.empty() || editor.LblDate == neutral.LblDate;
-  if (noTime && noDate) return ListDoubt::kNoMoment;
+  if (TimeMissing(editor) && DateMissing(editor)) return ListDoubt::kNoMoment;
   if (!IsClockTime(editor.ChHeure)) return ListDoubt::kNoTime;
   const bool date = editor.LblDate == kEveryDay || !DateKeyOfText(editor.LblDate).empty();
   return date ? ListDoubt::kNone : ListDoubt::kNoDate;
@@ -307,8 +312,8 @@ void OnAir::BtnNew_Click(Station& station) {
   StoredListEditor& editor = station.storedList;
   const ListOrder order(station, ListOrder::Panel::kChanges);
   station.PL.Clear();
-  editor.LblDate = "JJ/MM/ANNE";
-  editor.ChHeure = "hh:mn";
+  editor.LblDate = StoredListEditor().LblDate;
+  editor.ChHeure = StoredListEditor().ChHeure;
   editor.LblCodePL = 0;
   editor.ComboPLS.items.clear();
   editor.ComboPLS.index = -1;

@@ -25,6 +25,8 @@ void ChHeure_Change(Station& station, const std::string& time);  // plans the ro
 void OptPls_Click(Station& station, int option);                 // "ON", "ON-P", "OFF", "OFF-P"
 void PickListDay(Station& station, const LocalDateTime& day);    // in LblDate's calendar
 void LblDate_RightClick(Station& station);                       // every day
+bool TimeMissing(const StoredListEditor& editor);                // the field is neutral or empty
+bool DateMissing(const StoredListEditor& editor);
 // What keeps the panel's list from going on air at its moment.
 enum class ListDoubt { kNone, kNoTime, kNoDate, kNoMoment };  // kNoMoment: neither stands there
 ListDoubt DoubtOf(const StoredListEditor& editor);

@@ -68,7 +68,8 @@ class SoundChain {
   virtual void SetChannelDone(int slot, bool done, SlotEnd reason = SlotEnd::kStopped) = 0;
   virtual int32_t ChannelPosition(int slot) const = 0;  // ms of the file that are in the mix
   virtual bool Sounds(int slot) const = 0;  // started, with a file, not done, and the output runs
-  virtual int32_t CycleMax() const = 0;     // ms of output run time before a restart
+  bool ElementSounds() const { return Sounds(0) || Sounds(1); }  // the overlay's slot is no element
+  virtual int32_t CycleMax() const = 0;  // ms of output run time before a restart
   virtual void SetCycleMax(int32_t ms) = 0;
   virtual void SetPaused(bool paused) = 0;
 

@@ -26,7 +26,8 @@ class DayGrid {
  public:
   int RowCount() const { return static_cast<int>(rows_.size()); }  // the heading row included
   const std::string& Cell(int row, int column) const;              // "" where nothing was set
-  void SetCell(int row, int column, std::string text);             // grows the table
+  bool IsSpots(int row) const { return Cell(row, GridCol::kType) == "Pubs"; }  // else news
+  void SetCell(int row, int column, std::string text);                         // grows the table
   void Clear();
   // The day that the rows were composed for, "yyyymmdd"; empty: for none.
   const std::string& Day() const { return day_; }

@@ -8,6 +8,7 @@
 #include <QWidget>
 #include <algorithm>
 
+#include "station/OperatorWords.h"
 #include "ui/SharedTexts.h"
 
 namespace zemo {
@@ -71,6 +72,10 @@ QString Translation::Word(std::string_view name) const {
 
 QString Translation::Word(std::string_view name, const QString& inPlace) const {
   return QString::fromStdString(WithPlace(Word(name).toStdString(), inPlace.toStdString()));
+}
+
+QString Translation::OfRoutine(std::string_view text) const {
+  return QString::fromStdString(InOperatorsWords(text, langue_));
 }
 
 void Translation::Apply(QObject& window) const {

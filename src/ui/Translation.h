@@ -38,6 +38,8 @@ class Translation {
   // The window's, else the one that all windows share; empty for an unknown one.
   QString Word(std::string_view name) const;
   QString Word(std::string_view name, const QString& inPlace) const;
+  // What a routine's text is on the screen (station/OperatorWords.h).
+  QString OfRoutine(std::string_view text) const;
 
   // Puts the texts on the controls below `window`, found by their names; those of a control array
   // by the array's name and a number from 0. A text whose control is not there is passed over.

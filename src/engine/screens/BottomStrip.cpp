@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "engine/MainScreenPicture.h"
-#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "ui/FitLabel.h"
@@ -191,13 +190,10 @@ void BottomStrip::ShowStation(const MainScreen& screen, const ScreenNotices& not
   Put(HHTot, QString::fromStdString(TwoDigits(screen.HHTot)));
   Put(MnTot, QString::fromStdString(TwoDigits(screen.MnTot)));
   Put(SSTot, QString::fromStdString(TwoDigits(screen.SSTot)));
-  const auto shown = [this](const std::string& text) {
-    return QString::fromStdString(InOperatorsWords(text, texts_.Langue()));
-  };
-  LblOffsetBuffers->Show(shown(screen.LblOffsetBuffers));
+  LblOffsetBuffers->Show(texts_.OfRoutine(screen.LblOffsetBuffers));
   Put(LblMaxPlayInfo, QString::fromStdString(screen.LblMaxPlayInfo));
   const bool told = nowMs < toldUntilMs_;
-  LblProgression->Show(shown(notices.progress.text));
+  LblProgression->Show(texts_.OfRoutine(notices.progress.text));
   LblProgression->setVisible(notices.progress.visible && !told);
   LblAvis->setVisible(told);
   LblInfo->setVisible(!notices.progress.visible && !told);

@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "engine/screens/OnAirListView.h"
-#include "station/OperatorWords.h"
 #include "ui/RowTable.h"
 #include "ui/Theme.h"
 
@@ -92,7 +91,7 @@ QVariant BrowseModel::data(const QModelIndex& index, int role) const {
   const std::string_view text =
       browsed_.rows.Cell(static_cast<size_t>(index.row()), index.column());
   if (browsed_.list == BrowseList::kJingles && index.column() == kOverColumn)
-    return QString::fromStdString(InOperatorsWords(text, texts_.Langue()));
+    return texts_.OfRoutine(text);
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 

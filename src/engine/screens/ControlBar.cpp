@@ -10,7 +10,6 @@
 
 #include "engine/MainScreenPicture.h"
 #include "engine/OperatorControls.h"
-#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "ui/Theme.h"
 #include "ui/Translation.h"
@@ -141,10 +140,8 @@ void ControlBar::Refresh(const MainScreen& screen) {
   put(CmdStop, QString::fromStdString(screen.CmdStopCaption));
   const bool atRest = screen.BtnSurImpressionCaption == kOverlayAtRest;
   put(BtnSurImpression, atRest ? texts_.Text("BtnSurImpression", "text")
-                               : QString::fromStdString(InOperatorsWords(
-                                     screen.BtnSurImpressionCaption, texts_.Langue())));
-  const SoundChain& sound = station_.platform.sound;
-  ShowCut(!screen.ToolbarStartPressed && (sound.Sounds(0) || sound.Sounds(1)));
+                               : texts_.OfRoutine(screen.BtnSurImpressionCaption));
+  ShowCut(!screen.ToolbarStartPressed && station_.platform.sound.ElementSounds());
 }
 
 // What plays out behind a stop the button cuts: another thing than the order to stop.

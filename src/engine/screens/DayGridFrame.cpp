@@ -11,7 +11,6 @@
 #include "engine/DayGridControls.h"
 #include "engine/MainScreenPicture.h"
 #include "platform/Folder.h"
-#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "traffic/DayGridPrint.h"
 #include "ui/CalendarWindow.h"
@@ -29,10 +28,6 @@ constexpr std::array kWidths = {700, 700, 1000, 3000};  // in twips; the others 
 constexpr int kElementWidth = 2500;
 
 constexpr int kShownColumns = GridCol::kLastElement + 1;
-
-bool IsSpots(const DayGrid& grid, int row) {
-  return grid.Cell(row, GridCol::kType) == "Pubs";
-}
 }  // namespace
 
 void DayGridModel::Sync() {
@@ -62,9 +57,8 @@ QVariant DayGridModel::data(const QModelIndex& index, int role) const {
   const auto column = static_cast<size_t>(index.column());
   if (column >= row.size()) return {};
   if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
-    return QString::fromStdString(index.column() == GridCol::kType
-                                      ? InOperatorsWords(row[column], texts_.Langue())
-                                      : row[column]);
+    return index.column() == GridCol::kType ? texts_.OfRoutine(row[column])
+                                            : QString::fromStdString(row[column]);
   if (role == Qt::ForegroundRole && index.column() == GridCol::kType)
     return row[column] == "Pubs" ? Theme::kSpot : Theme::kNews;
   return {};
@@ -74,8 +68,7 @@ QVariant DayGridModel::headerData(int section, Qt::Orientation orientation, int 
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole || shown_.empty()) return {};
   const auto column = static_cast<size_t>(section);
   const std::string head = column < shown_[0].size() ? shown_[0][column] : std::string();
-  return head.empty() ? texts_.Text("GPubJour", std::to_string(section))
-                      : QString::fromStdString(InOperatorsWords(head, texts_.Langue()));
+  return head.empty() ? texts_.Text("GPubJour", std::to_string(section)) : texts_.OfRoutine(head);
 }
 
 DayGridFrame::DayGridFrame(Station& station, const Questions& questions, DayGridOrders orders,
@@ -157,7 +150,7 @@ void DayGridFrame::OpenElement(int row, int column) {
 // The routines copy every break as spots, which is told where it is one of news.
 void DayGridFrame::CopyBreak() {
   const int row = SelectedRow();
-  const bool news = row > 0 && !IsSpots(station_.GPubJour, row);
+  const bool news = row > 0 && !station_.GPubJour.IsSpots(row);
   const bool copied = OnAir::BtnCopyPub_Click(station_, row, orders_.selectedRow());
   if (!copied)
     orders_.tell(texts_.Word("NoBreakChosen"));
@@ -173,10 +166,9 @@ void DayGridFrame::Preview() {
 }
 
 void DayGridFrame::Print() {
-  const auto answer = questions_.askText(
-      this, texts_.Word("PrintTitle"),
-      QString::fromStdString(InOperatorsWords(kPrintSizeQuestion, texts_.Langue())),
-      QString::fromUtf8(kPrintSizeDefault));
+  const auto answer =
+      questions_.askText(this, texts_.Word("PrintTitle"), texts_.OfRoutine(kPrintSizeQuestion),
+                         QString::fromUtf8(kPrintSizeDefault));
   if (!answer) return;
   PrintOnPaper(this, questions_, PrintedDayGrid(station_.GPubJour), kPrintFont,
                PrintSize(answer->toStdString()), texts_.Langue());
@@ -203,10 +195,9 @@ void DayGridFrame::Refresh(const MainScreen& screen) {
     arrangedColumns_ = shape;
     Arrange(unit_);
   }
-  const QString caption =
-      screen.BtnCopyPubCaption.empty()
-          ? texts_.Text("BtnCopyPub", "text")
-          : QString::fromStdString(InOperatorsWords(screen.BtnCopyPubCaption, texts_.Langue()));
+  const QString caption = screen.BtnCopyPubCaption.empty()
+                              ? texts_.Text("BtnCopyPub", "text")
+                              : texts_.OfRoutine(screen.BtnCopyPubCaption);
   if (BtnCopyPub->text() != caption) BtnCopyPub->setText(caption);
   BtnCopyPub->setEnabled(screen.BtnCopyPubEnabled);
   BtnImpressionPub->setEnabled(station_.gridFrame.open);

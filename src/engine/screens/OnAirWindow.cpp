@@ -294,7 +294,7 @@ void OnAirWindow::Refresh() {
   bar_->Refresh(screen);
   menus_->Refresh(screen);
   RefreshFrames(screen);
-  RefreshLock();
+  LblVerrou->setVisible(station_.lists.Locked);
   RefreshSaver();
   RefreshSkeleton();
 }
@@ -321,12 +321,6 @@ void OnAirWindow::RefreshFrames(const MainScreen& screen) {
   const Qt::CursorShape shape = station_.notices.hourglass ? Qt::WaitCursor : Qt::ArrowCursor;
   if (cursor().shape() != shape) setCursor(shape);
   if (station_.engine.ScreenLocked && isVisible() && !isMaximized()) showMaximized();
-}
-
-void OnAirWindow::RefreshLock() {
-  if (shownLocked_ == station_.lists.Locked) return;
-  shownLocked_ = station_.lists.Locked;
-  LblVerrou->setVisible(shownLocked_);
 }
 
 void OnAirWindow::RefreshSaver() {
@@ -386,8 +380,7 @@ void OnAirWindow::PressToolbar(Toolbar button) {
 
 // The list refills itself while an element plays: where a live list ran dry, nobody else asks.
 void OnAirWindow::RequestWhereNothingPlays() {
-  const SoundChain& sound = station_.platform.sound;
-  const bool silent = !sound.Sounds(0) && !sound.Sounds(1);
+  const bool silent = !station_.platform.sound.ElementSounds();
   if (!station_.engine.IsRunning || !station_.PL.Empty() || !silent) return;
   WhenFree([this] { OnAir::CmdRequette_Click(station_); });
 }

@@ -80,7 +80,6 @@ class OnAirWindow : public Window {
   void PrintList();
   void ShowShortcuts();
   void RefreshFrames(const MainScreen& screen);
-  void RefreshLock();
   void RefreshSaver();
   void RefreshSkeleton();
   void ShowLater();
@@ -92,7 +91,6 @@ class OnAirWindow : public Window {
   bool pip_ = false;
   int64_t planShiftMs_ = 0;  // of the planned times on the screen
   int shownFrames_ = -1;
-  bool shownLocked_ = false;
 
   std::unique_ptr<ScreenMenus> menus_;
   ControlBar* bar_;

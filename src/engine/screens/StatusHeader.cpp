@@ -308,20 +308,17 @@ void StatusHeader::ShowLamp(const Station& station, const OutputFigures& output,
 }
 
 void StatusHeader::ShowLights(const MainScreen& screen) {
-  const auto shown = [this](const std::string& text) {
-    return Text(InOperatorsWords(text, texts_.Langue()));
-  };
-  LblMode->Show(shown(screen.LblMode));
-  LblDateTitre->Show(shown(screen.LblDateTitre));
+  LblMode->Show(texts_.OfRoutine(screen.LblMode));
+  LblDateTitre->Show(texts_.OfRoutine(screen.LblDateTitre));
   LblDateTitre->setVisible(!screen.LblDateTitre.empty());
-  Put(LblFeu, shown(screen.LblFeu.text));
+  Put(LblFeu, texts_.OfRoutine(screen.LblFeu.text));
   // Red is the lamp's alone.
   Colour(LblFeu, Qt::black,
          screen.voiceTrackHeard ? Theme::kVoiceTrack : Theme::FromBgr(screen.LblFeu.colour), 3);
   LblFeu->setVisible(screen.LblFeu.visible);
   Colour(LblIntro, Qt::black, Theme::kJingle, 3);
   LblIntro->setVisible(screen.LblIntro.visible);
-  Put(LblTopage, shown(screen.LblTopage.text));
+  Put(LblTopage, texts_.OfRoutine(screen.LblTopage.text));
   Colour(LblTopage, Qt::black, Theme::kNote, 3);
   LblTopage->setVisible(screen.LblTopage.visible);
 }
@@ -350,7 +347,7 @@ void StatusHeader::ShowElement(const MainScreen& screen, int32_t codeOnAir,
 
 void StatusHeader::ShowStation(const Station& station, const MainScreen& screen,
                                const LocalDateTime& now, const OutputFigures& output, bool silent) {
-  sounding_ = station.platform.sound.Sounds(0) || station.platform.sound.Sounds(1);
+  sounding_ = station.platform.sound.ElementSounds();
   idle_ = !station.engine.IsRunning && !sounding_;
   ShowLamp(station, output, silent);
   ShowLights(screen);

@@ -14,7 +14,6 @@
 #include "engine/OperatorControls.h"
 #include "engine/StoredPlaylists.h"
 #include "platform/Desktop.h"
-#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "ui/CalendarWindow.h"
 #include "ui/Theme.h"
@@ -135,7 +134,8 @@ void StoredListFrame::Connect() {
   connect(LblDate, &QPushButton::clicked, this, [this] { OpenCalendar(); });
   connect(ChHeure, &QLineEdit::textEdited, this, [this](const QString& text) {
     const std::string neutral = StoredListEditor().ChHeure;
-    OnAir::ChHeure_Change(station_, text == Shown(neutral) ? neutral : text.toStdString());
+    OnAir::ChHeure_Change(station_,
+                          text == texts_.OfRoutine(neutral) ? neutral : text.toStdString());
   });
   connect(OptPls, &QComboBox::activated, this,
           [this](int item) { OnAir::OptPls_Click(station_, item); });
@@ -170,15 +170,15 @@ bool StoredListFrame::MaySave() {
   const StoredListEditor& editor = station_.storedList;
   switch (OnAir::DoubtOf(editor)) {
     case OnAir::ListDoubt::kNoTime:
-      tell_(editor.ChHeure.empty() || editor.ChHeure == StoredListEditor().ChHeure
+      tell_(OnAir::TimeMissing(editor)
                 ? texts_.Word("NoTimeYet")
-                : texts_.Word("NoSuchTime", Shown(editor.ChHeure)));
+                : texts_.Word("NoSuchTime", texts_.OfRoutine(editor.ChHeure)));
       ChHeure->setFocus();
       return false;
     case OnAir::ListDoubt::kNoDate:
-      tell_(editor.LblDate.empty() || editor.LblDate == StoredListEditor().LblDate
+      tell_(OnAir::DateMissing(editor)
                 ? texts_.Word("NoDateYet")
-                : texts_.Word("NoSuchDate", Shown(editor.LblDate)));
+                : texts_.Word("NoSuchDate", texts_.OfRoutine(editor.LblDate)));
       LblDate->setFocus();
       return false;
     case OnAir::ListDoubt::kNoMoment:
@@ -199,16 +199,13 @@ void StoredListFrame::Save() {
   Refresh();
 }
 
-QString StoredListFrame::Shown(const std::string& field) const {
-  return QString::fromStdString(InOperatorsWords(field, texts_.Langue()));
-}
-
 // --- the panel's fields ---
 
 void StoredListFrame::Arrange(double unit) {
   const QFontMetrics metrics(Theme::Type(unit, 15));
-  const int widest = std::max(metrics.horizontalAdvance(QStringLiteral("00:00")),
-                              metrics.horizontalAdvance(Shown(StoredListEditor().ChHeure)));
+  const int widest =
+      std::max(metrics.horizontalAdvance(QStringLiteral("00:00")),
+               metrics.horizontalAdvance(texts_.OfRoutine(StoredListEditor().ChHeure)));
   ChHeure->setFixedWidth(widest + Theme::Px(unit, 34));
 }
 
@@ -242,9 +239,9 @@ void StoredListFrame::Refresh() {
     ComboPLS->setCurrentIndex(editor.ComboPLS.index);
   const QString text = QString::fromStdString(editor.ComboPLS.text);
   if (ComboPLS->currentText() != text) ComboPLS->setEditText(text);
-  const QString date = Shown(editor.LblDate);
+  const QString date = texts_.OfRoutine(editor.LblDate);
   if (LblDate->text() != date) LblDate->setText(date);
-  const QString hour = Shown(editor.ChHeure);
+  const QString hour = texts_.OfRoutine(editor.ChHeure);
   if (ChHeure->text() != hour) ChHeure->setText(hour);
   if (OptPls->currentIndex() != editor.OptPls) OptPls->setCurrentIndex(editor.OptPls);
   const QString code = QString::number(editor.LblCodePL);

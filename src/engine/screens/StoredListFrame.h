@@ -37,7 +37,6 @@ class StoredListFrame : public QFrame {
   void Save();
   bool MaySave();
   bool Confirmed(const char* title, const char* question);
-  QString Shown(const std::string& field) const;  // in the operator's words
   void OpenCalendar();
 
   Station& station_;
