@@ -1,0 +1,50 @@
+// The player by which a file is heard on the second output before it goes on air. It has nothing in
+// common with the sound chain of the air, and neither waits for the other.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace zemo {
+
+// Thread: the logic's. Answers at once; the sound runs on threads of its own (real) or with the
+// virtual clock (simulated).
+class Prelisten {
+ public:
+  enum class State { kClosed, kOpen, kPlaying, kPaused };
+
+  virtual ~Prelisten() = default;
+
+  // Output by its number in the machine's list of devices, from 0. Taken while the player is closed
+  // only.
+  virtual void SetDevice(int number) = 0;
+  virtual int Device() const = 0;
+
+  // Opens the file (a path of this system) at its begin; what was open is closed first. Throws
+  // SoundError, and is closed then.
+  virtual void Open(const std::string& path) = 0;
+  // Plays from where it stands. Throws SoundError when the output refuses; stays open then.
+  virtual void Start() = 0;
+  virtual void Pause() = 0;    // nothing unless it plays
+  virtual void Restart() = 0;  // on from the pause; nothing unless it is paused
+  virtual void Stop() = 0;     // open, at the begin
+  virtual void Close() = 0;
+
+  virtual State PlayerState() const = 0;
+  virtual const std::string& FileName() const = 0;  // empty while closed
+  virtual int32_t LengthMs() const = 0;             // 0 while closed
+  virtual int32_t PositionMs() const = 0;           // of what is heard
+  virtual void SetPositionMs(int32_t ms) = 0;       // clamped to the file
+  // Highest level heard of late, 0 to 1, left and right.
+  struct Levels {
+    float left = 0, right = 0;
+  };
+  virtual Levels HeardLevels() const = 0;
+
+  // Called from the event loop when the file came to its end; it is open at its begin then. Also
+  // when the output was lost, with `lost`.
+  virtual void OnEnd(std::function<void(bool lost)> ended) = 0;
+};
+
+}  // namespace zemo
