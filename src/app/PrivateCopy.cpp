@@ -2,13 +2,16 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <stdexcept>
 
 #include "app/StationPaths.h"
 #include "engine/EmergencyFolder.h"
+#include "platform/real/files/FolderNames.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "platform/real/files/WholeFiles.h"
 #include "station/BaseFiles.h"
@@ -155,6 +158,40 @@ int64_t PrivateFiles::SizeBytes(std::string_view storedPath) const {
 
 std::optional<std::string> PrivateFiles::Read(std::string_view storedPath) const {
   return ReadWholeFile(Resolve(storedPath));
+}
+
+FolderListing PrivateFiles::List(std::string_view storedFolder) const {
+  const std::string folder = real_.ResolveFolder(storedFolder);
+  FolderListing listing = ListFolder(folder);
+  if (folder + "/" == station_) ListCopied(listing.files);
+  ListOwn(folder, listing);
+  SortNames(listing.files);
+  return listing;
+}
+
+// Of the station's folder: the copy's files, and the sound files that it lacks.
+void PrivateFiles::ListCopied(std::vector<std::string>& files) const {
+  std::set<std::string> copied;
+  std::vector<std::string> names = ListFolder(copy_.Path()).files;
+  for (const std::string& name : names) copied.insert(FoldedName(name));
+  for (std::string& name : files)
+    if (IsSoundFile(name) && !copied.contains(FoldedName(name))) names.push_back(std::move(name));
+  files = std::move(names);
+}
+
+// What the run changed in that folder.
+void PrivateFiles::ListOwn(const std::string& folder, FolderListing& listing) const {
+  for (const auto& [path, own] : own_) {
+    const fs::path changed(path);
+    const std::string name = changed.filename().string();
+    if (changed.parent_path() != folder || name.starts_with('.')) continue;
+    const auto listed = std::find(listing.files.begin(), listing.files.end(), name);
+    const bool exists = IsRegularFile(own);
+    if (!exists && listed != listing.files.end()) listing.files.erase(listed);
+    if (!exists || own.starts_with(copy_.Path())) continue;  // there it is listed already
+    if (listed == listing.files.end()) listing.files.push_back(name);
+    listing.exists = true;
+  }
 }
 
 void PrivateFiles::Write(std::string_view storedPath, std::string_view bytes) {

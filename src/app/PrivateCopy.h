@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "app/TempFolder.h"
 #include "platform/real/files/LocalFolder.h"
@@ -35,6 +36,7 @@ class PrivateFiles : public SoundFiles {
   bool Exists(std::string_view storedPath) const override;
   int64_t SizeBytes(std::string_view storedPath) const override;
   std::optional<std::string> Read(std::string_view storedPath) const override;
+  FolderListing List(std::string_view storedFolder) const override;
   void Write(std::string_view storedPath, std::string_view bytes) override;
   // The copy goes with the run: nothing in it has to outlive the machine.
   void WriteDurably(std::string_view storedPath, std::string_view bytes) override {
@@ -46,6 +48,8 @@ class PrivateFiles : public SoundFiles {
   // The plain name of a file that stands in the station's folder; empty for any other.
   std::string_view NameInStation(const std::string& path) const;
   std::string MakeOwn(std::string_view storedPath);
+  void ListCopied(std::vector<std::string>& files) const;
+  void ListOwn(const std::string& folder, FolderListing& listing) const;
 
   StoredPaths real_;
   std::string station_;

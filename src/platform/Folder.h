@@ -53,6 +53,13 @@ class Folder {
   virtual std::vector<std::string> Names() const = 0;
 };
 
+// What a folder holds: plain names, sorted without regard to case, without the hidden ones (a dot
+// ahead).
+struct FolderListing {
+  bool exists = false;  // the folder is there and can be read
+  std::vector<std::string> folders, files;
+};
+
 // Files outside our folders, named by the paths that cards and settings store. A path with a drive
 // or backslashes goes through the machine's path map. Thread: the logic's.
 class SoundFiles {
@@ -62,6 +69,8 @@ class SoundFiles {
   virtual bool Exists(std::string_view storedPath) const = 0;          // a regular file
   virtual int64_t SizeBytes(std::string_view storedPath) const = 0;    // -1 when absent
   virtual std::optional<std::string> Read(std::string_view storedPath) const = 0;
+  // Of the folder under that stored path. Links count as what they lead to. Throws nothing.
+  virtual FolderListing List(std::string_view storedFolder) const = 0;
   // Both as those of Folder.
   virtual void Write(std::string_view storedPath, std::string_view bytes) = 0;
   virtual void WriteDurably(std::string_view storedPath, std::string_view bytes) = 0;

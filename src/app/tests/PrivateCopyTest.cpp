@@ -219,6 +219,39 @@ TEST_F(PrivateFilesTest, ASideFileInTheStationsFolderIsTheCopysAndNoOther) {
   EXPECT_EQ(files_->Read(Path("station/a.mar")), "5,6");
 }
 
+using Texts = std::vector<std::string>;
+
+TEST_F(PrivateFilesTest, AFolderIsListedWithWhatTheRunWroteAndRemoved) {
+  for (const char* name : {"music/a.wav", "music/c.wav", "music/D.wav"}) Put(root_ / name, "sound");
+  fs::create_directory(root_ / "music/Pop");
+  files_->Remove(Path("music/c.wav"));
+  files_->Write(Path("music/a.wav"), "other");
+  files_->Write(Path("music/B.mar"), "0,1000");
+  files_->Write(Path("music/Pop/e.mar"), "0,1000");
+  files_->Write(Path("music/.hidden"), "x");
+  const FolderListing listing = files_->List(Path("music"));
+  EXPECT_TRUE(listing.exists);
+  EXPECT_EQ(listing.folders, Texts{"Pop"});
+  EXPECT_EQ(listing.files, (Texts{"a.wav", "B.mar", "D.wav"}));
+  EXPECT_EQ(files_->List(Path("music") + "/Pop/").files, Texts{"e.mar"});
+  EXPECT_FALSE(files_->List(Path("nowhere")).exists);
+}
+
+TEST_F(PrivateFilesTest, TheStationsFolderIsListedAsItsFilesAreRead) {
+  for (const char* name : {"station/a.wav", "station/b.wav", "station/C.wav", "station/lost.mar"})
+    Put(root_ / name, "sound");
+  fs::create_directory(root_ / "station/Music");
+  copy_->Write("Genre.Txt", "POP");
+  copy_->Write("c.WAV", "dropped");
+  files_->Remove(Path("station/a.wav"));
+  files_->Write(Path("station/d.mar"), "0,1000");
+  const FolderListing listing = files_->List(Path("station"));
+  EXPECT_EQ(listing.folders, Texts{"Music"});
+  EXPECT_EQ(listing.files, (Texts{"b.wav", "c.WAV", "d.mar", "Genre.Txt"}));
+  for (const std::string& name : listing.files)
+    EXPECT_TRUE(files_->Exists(Path("station") + "/" + name)) << name;
+}
+
 TEST_F(PrivateFilesTest, AFileBelowTheStationsFolderIsNotTakenForOneInIt) {
   fs::create_directory(root_ / "station/Music");
   Put(root_ / "station/Music/a.mar", "0,1000");

@@ -1,6 +1,7 @@
 // Folders and sound files in memory, for tests: the names of a real folder, and faults on demand.
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <optional>
@@ -106,7 +107,7 @@ class MemoryFolder : public Folder {
   std::map<std::string, std::unique_ptr<MemoryFolder>> subfolders_;
 };
 
-// Stored paths are the keys as they stand.
+// Stored paths are the keys as they stand. A folder is there while a file is in it or below it.
 class MemorySoundFiles : public SoundFiles {
  public:
   std::map<std::string, std::string, std::less<>> files;
@@ -123,12 +124,39 @@ class MemorySoundFiles : public SoundFiles {
     if (found == files.end()) return std::nullopt;
     return found->second;
   }
+  FolderListing List(std::string_view folder) const override {
+    FolderListing listing;
+    for (const auto& file : files) {
+      std::string_view rest = file.first;
+      if (!rest.starts_with(folder)) continue;
+      rest.remove_prefix(folder.size());
+      if (!folder.ends_with('/') && !folder.ends_with('\\')) {
+        if (!rest.starts_with('/') && !rest.starts_with('\\')) continue;
+        rest.remove_prefix(1);
+      }
+      listing.exists = true;
+      const size_t end = rest.find_first_of("/\\");
+      AddName(end < rest.size() ? listing.folders : listing.files, rest.substr(0, end));
+    }
+    return listing;
+  }
   void Write(std::string_view path, std::string_view bytes) override {
     if (writesFail) throw FileError(std::string(path) + ": No space left on device");
     files[std::string(path)] = bytes;
   }
   void WriteDurably(std::string_view path, std::string_view bytes) override { Write(path, bytes); }
   void Remove(std::string_view path) override { files.erase(std::string(path)); }
+
+ private:
+  // Where it belongs in their order, unless it is hidden or there already.
+  static void AddName(std::vector<std::string>& names, std::string_view name) {
+    if (name.empty() || name.starts_with('.')) return;
+    const auto key = [](std::string_view of) { return LowerAscii(of) + '/' + std::string(of); };
+    const auto at = std::lower_bound(
+        names.begin(), names.end(), name,
+        [&](const std::string& one, std::string_view other) { return key(one) < key(other); });
+    if (at == names.end() || *at != name) names.emplace(at, name);
+  }
 };
 
 }  // namespace zemo

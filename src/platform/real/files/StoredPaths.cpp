@@ -4,6 +4,7 @@
 
 #include "platform/BoundedRead.h"
 #include "platform/NameValueLines.h"
+#include "platform/real/files/FolderNames.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "platform/real/files/WholeFiles.h"
 
@@ -82,6 +83,18 @@ int64_t StoredPaths::SizeBytes(std::string_view storedPath) const {
 std::optional<std::string> StoredPaths::Read(std::string_view storedPath) const {
   if (storedPath.empty()) return std::nullopt;
   return ReadWholeFile(Resolve(storedPath));
+}
+
+std::string StoredPaths::ResolveFolder(std::string_view storedFolder) const {
+  if (storedFolder.empty()) return {};
+  std::string folder(storedFolder);
+  if (folder.front() != '/' || !IsFolder(folder)) folder = Resolve(storedFolder);
+  folder = WithoutLastSlashes(std::move(folder));
+  return folder.empty() ? "/" : folder;
+}
+
+FolderListing StoredPaths::List(std::string_view storedFolder) const {
+  return ListFolder(ResolveFolder(storedFolder));
 }
 
 std::string StoredPaths::ToWrite(std::string_view storedPath) const {

@@ -24,6 +24,9 @@ class StoredPaths : public SoundFiles {
   bool Exists(std::string_view storedPath) const override;
   int64_t SizeBytes(std::string_view storedPath) const override;
   std::optional<std::string> Read(std::string_view storedPath) const override;
+  FolderListing List(std::string_view storedFolder) const override;
+  // The path of a folder, without a slash behind it but for the root's; empty for the empty path.
+  std::string ResolveFolder(std::string_view storedFolder) const;
   void Write(std::string_view storedPath, std::string_view bytes) override;
   void WriteDurably(std::string_view storedPath, std::string_view bytes) override;
   void Remove(std::string_view storedPath) override;

@@ -155,5 +155,62 @@ TEST_F(StoredPathsTest, WritingIntoAFolderThatThereIsNotIsAnError) {
   EXPECT_THROW(paths.Write(music / "no/a.wav", "x"), FileError);
 }
 
+using Texts = std::vector<std::string>;
+
+TEST_F(StoredPathsTest, AFolderIsListedByNamesInOrderWithoutRegardToCaseAndWithoutTheHiddenOnes) {
+  for (const char* name : {"b.wav", "A.mp3", "a.wav", "Été.wav", "éta.wav", "C.txt", ".hidden.wav",
+                           "zoo/x.wav", "Pop/x.wav", ".trash/x.wav"})
+    music.Put(name, "sound");
+  std::filesystem::create_directory(music / "empty");
+  const FolderListing listing = paths.List(music.Path());
+  EXPECT_TRUE(listing.exists);
+  EXPECT_EQ(listing.folders, (Texts{"empty", "Pop", "zoo"}));
+  EXPECT_EQ(listing.files, (Texts{"A.mp3", "a.wav", "b.wav", "C.txt", "éta.wav", "Été.wav"}));
+  EXPECT_EQ(paths.List(music.Path() + "/").files, listing.files);
+}
+
+TEST_F(StoredPathsTest, AFolderOfAnotherSystemIsListedThroughTheMap) {
+  music.Put("Pop/Song.wav", "sound");
+  MapIs("D: = " + music.Path() + "\n");
+  for (const char* drive : {"D:\\", "D:", "d:/"})
+    EXPECT_EQ(paths.List(drive).folders, Texts{"Pop"}) << drive;
+  for (const char* folder : {"D:\\pop", "d:\\POP\\", "D:/Pop"})
+    EXPECT_EQ(paths.List(folder).files, Texts{"Song.wav"}) << folder;
+  MapIs("D: = /\n");
+  EXPECT_EQ(paths.List("D:\\").folders, paths.List("/").folders);
+  EXPECT_TRUE(paths.List("/").exists);
+}
+
+TEST_F(StoredPathsTest, AFolderOfThisSystemWithABackslashInItsNameIsListed) {
+  const std::string odd = music.Put("a\\b/Song.wav", "odd");
+  EXPECT_EQ(paths.List(music / "a\\b").files, Texts{"Song.wav"});
+}
+
+TEST_F(StoredPathsTest, LinksAreListedAsWhatTheyLeadTo) {
+  const std::string song = music.Put("Pop/Song.wav", "sound");
+  std::filesystem::create_symlink(song, music / "linked.wav");
+  std::filesystem::create_directory_symlink(music / "Pop", music / "Linked");
+  std::filesystem::create_symlink(music / "nowhere", music / "broken.wav");
+  const FolderListing listing = paths.List(music.Path());
+  EXPECT_EQ(listing.folders, (Texts{"Linked", "Pop"}));
+  EXPECT_EQ(listing.files, Texts{"linked.wav"});
+}
+
+TEST_F(StoredPathsTest, AFolderThatIsNotThereIsNoError) {
+  const std::string song = music.Put("Song.wav", "sound");
+  for (const std::string& folder : {std::string(), std::string("D:\\Music"), music / "no", song}) {
+    const FolderListing listing = paths.List(folder);
+    EXPECT_FALSE(listing.exists) << folder;
+    EXPECT_EQ(listing.folders.size() + listing.files.size(), 0u) << folder;
+  }
+}
+
+TEST_F(StoredPathsTest, AFolderThatCannotBeReadIsNoError) {
+  std::filesystem::create_symlink(music / "loop", music / "loop");
+  EXPECT_FALSE(paths.List(music / "loop").exists);
+  EXPECT_FALSE(paths.List(music / std::string(300, 'a')).exists);  // no name is that long
+  EXPECT_EQ(paths.List(music.Path()).folders, Texts{});
+}
+
 }  // namespace
 }  // namespace zemo
