@@ -38,6 +38,7 @@ SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
       opener(std::move(soundOpener)),
       lengths(*opener, *soundFiles),
       sound(*opener),
+      prelisten(loop, loop, *opener),
       system(loop),
       station(Platform{.clock = loop,
                        .loop = loop,
@@ -53,7 +54,8 @@ SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
                        .system = system,
                        .serial = automaton,
                        .joystick = joystick,
-                       .baseUse = baseLock ? &*baseLock : nullptr}),
+                       .baseUse = baseLock ? &*baseLock : nullptr,
+                       .prelisten = &prelisten}),
       stationPath_(folders.copiedFrom.empty() ? stationFolder.Path() : folders.copiedFrom) {
   loop.SetSound(&sound);
   clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };

@@ -13,6 +13,7 @@
 #include "platform/real/files/LocalFolder.h"
 #include "platform/sim/SimDesktop.h"
 #include "platform/sim/SimLoop.h"
+#include "platform/sim/SimPrelisten.h"
 #include "platform/sim/SimSoundChain.h"
 #include "platform/sim/SimWires.h"
 #include "station/Station.h"
@@ -50,6 +51,7 @@ class SimStation {
   std::unique_ptr<SoundOpener> opener;
   SoundFileLengths lengths;
   SimSoundChain sound;
+  SimPrelisten prelisten;
   SimClipboard clipboard;
   SimMessageBoxes messages;
   SimKeyboard keyboard;

@@ -12,6 +12,7 @@ class Joystick;
 class Keyboard;
 class LocalValues;
 class MessageBoxes;
+class Prelisten;
 class SerialPort;
 class SoundChain;
 class SoundFiles;
@@ -34,7 +35,8 @@ struct Platform {
   System& system;
   SerialPort& serial;  // the automaton's line
   Joystick& joystick;
-  BaseUse* baseUse = nullptr;  // null: nobody else works on the station's base
+  BaseUse* baseUse = nullptr;      // null: nobody else works on the station's base
+  Prelisten* prelisten = nullptr;  // null: nothing can be heard ahead
 };
 
 }  // namespace zemo

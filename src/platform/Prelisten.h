@@ -16,15 +16,17 @@ class Prelisten {
 
   virtual ~Prelisten() = default;
 
-  // Output by its number in the machine's list of devices, from 0. Taken while the player is closed
-  // only.
+  // Output by its number in the machine's list of devices, from 0; -1, as at first, for none, which
+  // refuses. Taken while the player is closed only.
   virtual void SetDevice(int number) = 0;
   virtual int Device() const = 0;
 
   // Opens the file (a path of this system) at its begin; what was open is closed first. Throws
   // SoundError, and is closed then.
   virtual void Open(const std::string& path) = 0;
-  // Plays from where it stands. Throws SoundError when the output refuses; stays open then.
+  // Plays from where it stands; nothing while it plays or is closed. Throws SoundError when the
+  // output refuses at once, and stays as it is then. An output that takes its time is heard from
+  // the same place on when it begins; when it does not, that is told by OnEnd.
   virtual void Start() = 0;
   virtual void Pause() = 0;    // nothing unless it plays
   virtual void Restart() = 0;  // on from the pause; nothing unless it is paused
@@ -42,8 +44,8 @@ class Prelisten {
   };
   virtual Levels HeardLevels() const = 0;
 
-  // Called from the event loop when the file came to its end; it is open at its begin then. Also
-  // when the output was lost, with `lost`.
+  // Called from the event loop when the file was heard to its end; it is open at its begin then.
+  // Also when the output was lost or did not begin, with `lost`.
   virtual void OnEnd(std::function<void(bool lost)> ended) = 0;
 };
 

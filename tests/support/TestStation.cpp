@@ -147,14 +147,28 @@ LocalDateTime ParseMoment(const std::string& text) {
 TestStation::TestStation(const std::string& begin)
     : loop(ParseMoment(begin)),
       sound(opener),
+      prelisten(loop, loop, opener),
       stationFolder(stationDir.Path()),
       machineFolder(machineDir.Path()),
       soundFiles(machineFolder),
       lengths(opener, soundFiles),
       localValues(machineFolder),
       system(loop),
-      station(Platform{loop, loop, sound, stationFolder, machineFolder, soundFiles, lengths,
-                       localValues, clipboard, messages, keyboard, system, automaton, joystick}) {
+      station(Platform{.clock = loop,
+                       .loop = loop,
+                       .sound = sound,
+                       .stationFolder = stationFolder,
+                       .machineFolder = machineFolder,
+                       .soundFiles = soundFiles,
+                       .lengths = lengths,
+                       .localValues = localValues,
+                       .clipboard = clipboard,
+                       .messages = messages,
+                       .keyboard = keyboard,
+                       .system = system,
+                       .serial = automaton,
+                       .joystick = joystick,
+                       .prelisten = &prelisten}) {
   loop.SetSound(&sound);
   station.events.SetSink(this);
   clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };

@@ -18,6 +18,7 @@
 #include "platform/real/files/StoredPaths.h"
 #include "platform/sim/SimDesktop.h"
 #include "platform/sim/SimLoop.h"
+#include "platform/sim/SimPrelisten.h"
 #include "platform/sim/SimSoundChain.h"
 #include "platform/sim/SimWires.h"
 #include "station/Station.h"
@@ -196,6 +197,7 @@ class TestStation : private EventSink {
   LengthTable opener;
   SimLoop loop;
   SimSoundChain sound;
+  SimPrelisten prelisten;
   FaultyFolder stationFolder, machineFolder;
   StoredPaths soundFiles;
   SoundFileLengths lengths;

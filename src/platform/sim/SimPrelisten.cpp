@@ -1,0 +1,101 @@
+#include "platform/sim/SimPrelisten.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/Clock.h"
+#include "platform/EventLoop.h"
+#include "platform/SoundSource.h"
+
+namespace zemo {
+
+SimPrelisten::SimPrelisten(EventLoop& loop, const Clock& clock, SoundOpener& opener)
+    : loop_(loop), clock_(clock), opener_(opener) {}
+
+SimPrelisten::~SimPrelisten() = default;
+
+void SimPrelisten::SetDevice(int number) {
+  if (state_ == State::kClosed) device_ = number;
+}
+
+void SimPrelisten::Open(const std::string& path) {
+  Close();
+  const int64_t frames = opener_.Open(path)->LengthFrames();
+  if (frames <= 0) throw SoundError(path + ": holds nothing to play");
+  file_ = path;
+  lengthMs_ = static_cast<int32_t>(FramesToMs(frames));
+  StandAt(State::kOpen, 0);
+}
+
+void SimPrelisten::Start() {
+  if (state_ == State::kClosed || state_ == State::kPlaying) return;
+  if (device_ < 0 || device_ >= kOutputs) {
+    Tell("refused");
+    throw SoundError("output " + std::to_string(device_) + " does not open");
+  }
+  Play();
+  Tell("play");
+}
+
+void SimPrelisten::Pause() {
+  if (state_ != State::kPlaying) return;
+  StandAt(State::kPaused, PositionMs());
+  Tell("pause");
+}
+
+void SimPrelisten::Restart() {
+  if (state_ != State::kPaused) return;
+  Play();
+  Tell("play");
+}
+
+void SimPrelisten::Stop() {
+  if (state_ == State::kClosed) return;
+  const bool heard = state_ != State::kOpen;
+  StandAt(State::kOpen, 0);
+  if (heard) Tell("stop");
+}
+
+void SimPrelisten::Close() {
+  Stop();
+  StandAt(State::kClosed, 0);
+  file_.clear();
+  lengthMs_ = 0;
+}
+
+int32_t SimPrelisten::PositionMs() const {
+  if (state_ != State::kPlaying) return fromMs_;
+  const int64_t ms = fromMs_ + clock_.MonotonicMs() - begunMs_;
+  return static_cast<int32_t>(std::min<int64_t>(ms, lengthMs_));
+}
+
+void SimPrelisten::SetPositionMs(int32_t ms) {
+  StandAt(state_, std::clamp(ms, 0, lengthMs_));
+  if (state_ == State::kPlaying) Play();
+}
+
+void SimPrelisten::Play() {
+  state_ = State::kPlaying;
+  begunMs_ = clock_.MonotonicMs();
+  atEnd_ = loop_.MakeTimer(lengthMs_ - fromMs_, [this] { OnFileEnd(); });
+  atEnd_->SetEnabled(true);
+}
+
+void SimPrelisten::StandAt(State state, int32_t ms) {
+  atEnd_.reset();
+  state_ = state;
+  fromMs_ = ms;
+}
+
+void SimPrelisten::OnFileEnd() {
+  StandAt(State::kOpen, 0);
+  Tell("end");
+  // What it does may set another one.
+  if (const auto ended = ended_; ended) ended(false);
+}
+
+void SimPrelisten::Tell(const char* state) const {
+  if (told) told(state, file_, device_);
+}
+
+}  // namespace zemo
