@@ -14,7 +14,10 @@ int OutputRing::Drain(int16_t* stereo, int frames) {
       flowed_ = true;
       given = Copy(stereo, frames);
       played_.fetch_add(static_cast<uint64_t>(frames), std::memory_order_relaxed);
-      if (given < frames) underruns_.fetch_add(1, std::memory_order_relaxed);
+      if (given < frames) {
+        underruns_.fetch_add(1, std::memory_order_relaxed);
+        missed_.fetch_add(frames - given, std::memory_order_relaxed);
+      }
     } else if (flowed_) {
       flowed_ = false;
       given = Glide(stereo, frames);

@@ -57,7 +57,7 @@ void DeviceThread::Run() {
 
 void DeviceThread::Step(Time now) {
   const bool wanted = wanted_.load(std::memory_order_acquire);
-  if (!wanted) return GetState() == State::kClosed ? wake_.Wait(-1) : Leave();
+  if (!wanted) return GetState() == State::kClosed ? Rest() : Leave();
   switch (GetState()) {
     case State::kClosed:
       TakeChoice();
@@ -78,6 +78,12 @@ void DeviceThread::Step(Time now) {
       SearchAgain(now);
       break;
   }
+}
+
+void DeviceThread::Rest() {
+  rests_.store(true, std::memory_order_release);
+  wake_.Wait(-1);
+  rests_.store(false, std::memory_order_release);
 }
 
 void DeviceThread::TakeChoice() {
@@ -137,6 +143,7 @@ void DeviceThread::WatchWaking(Time now) {
 
 void DeviceThread::Begin(Time now) {
   rate_.store(opened_.rate, std::memory_order_release);
+  delayMs_.store(opened_.delayMs, std::memory_order_release);
   opening_.fetch_add(1, std::memory_order_acq_rel);
   since_ = now;
   nameDue_ = true;

@@ -25,6 +25,10 @@ struct WishedDevice {
   std::string absent;  // the line for when none of them has it
 };
 
+// What becomes of the sound while no device plays it: the time of the air goes on, by the clock;
+// what is played for one who listens waits for him.
+enum class Unheard { kGoesOn, kWaits };
+
 class DeviceThread {
  public:
   // What the device is, and what moves it:
@@ -55,6 +59,9 @@ class DeviceThread {
   State GetState() const { return state_.load(std::memory_order_acquire); }
   uint32_t Opening() const { return opening_.load(std::memory_order_acquire); }  // that began
   int Rate() const { return rate_.load(std::memory_order_acquire); }             // frames a second
+  int DelayMs() const { return delayMs_.load(std::memory_order_acquire); }  // as Opened tells it
+  // Not wanted, closed, and the closing done: the thread sleeps until it is wanted.
+  bool Rests() const { return rests_.load(std::memory_order_acquire); }
 
   Notices& Told() { return notices_; }  // read by the logic's thread
 
@@ -63,6 +70,7 @@ class DeviceThread {
 
   void Run();
   void Step(Time now);
+  void Rest();
   void TakeChoice();
   bool OpenFrom(size_t first, size_t end);
   void WatchWaking(Time now);
@@ -89,6 +97,8 @@ class DeviceThread {
   std::atomic<State> state_{State::kClosed};
   std::atomic<uint32_t> opening_{0};
   std::atomic<int> rate_{0};
+  std::atomic<int> delayMs_{0};
+  std::atomic<bool> rests_{false};
   std::atomic<uint32_t> troubled_{0};  // the opening that is in trouble
   std::atomic<const char*> reason_{""};
 

@@ -39,8 +39,9 @@ MixerThread::Status Unpacked(uint64_t bits) {
 
 }  // namespace
 
-MixerThread::MixerThread(WishedDevice device, std::unique_ptr<AirSink> sink, bool told)
-    : mixed_(2 * kChunkFrames), samples_(2 * kChunkFrames) {
+MixerThread::MixerThread(WishedDevice device, std::unique_ptr<AirSink> sink, bool told,
+                         Unheard unheard)
+    : unheard_(unheard), mixed_(2 * kChunkFrames), samples_(2 * kChunkFrames) {
   for (std::atomic<int>& volume : volumes_) volume.store(kUnityVolume, std::memory_order_relaxed);
   if (!device.systems.empty())
     device_ = std::make_unique<DeviceThread>(std::move(device), ring_, wake_, told);
@@ -178,18 +179,27 @@ bool MixerThread::DevicePlays() const {
          device_->Opening() != troubled_;
 }
 
-// The device while it plays, else the clock; nobody while a start waits for its device.
+// The device while it plays, else the clock; nobody while a start waits for its device, nor where
+// all waits for it.
 void MixerThread::ChooseDrain(Time now) {
   if (drain_ == Drain::kDevice && DevicePlays() && opening_ == device_->Opening()) WatchDevice(now);
   if (DevicePlays()) {
     if (drain_ != Drain::kDevice || opening_ != device_->Opening()) DrainByDevice(now);
     return;
   }
+  if (unheard_ == Unheard::kWaits) {
+    ring_.SetDeviceDrains(false);
+    drain_ = Drain::kNone;
+    return;
+  }
   const bool waits = drain_ == Drain::kNone && device_ != nullptr &&
                      device_->GetState() != DeviceThread::State::kLost &&
                      (troubled_ == 0 || device_->Opening() != troubled_) &&
                      SecondsBetween(runTime_, now) < kOpeningSeconds;
-  if (drain_ == Drain::kClock || waits) return;
+  if (drain_ != Drain::kClock && !waits) DrainByClock(now);
+}
+
+void MixerThread::DrainByClock(Time now) {
   ring_.SetDeviceDrains(false);
   // The clock takes over where the device left off, so that the air loses no time by it.
   const Time from = drain_ == Drain::kDevice ? watch_.LastMoved() : now;
@@ -206,7 +216,7 @@ void MixerThread::DrainByDevice(Time now) {
     watch_.Resume(now, ring_.AskedByDevice());
   else
     watch_.Restart(now, ring_.AskedByDevice(), rate_);
-  if (drain_ == Drain::kClock) ring_.RiseNext();
+  if (begun_ && drain_ != Drain::kDevice) ring_.RiseNext();
   drain_ = Drain::kDevice;
   ring_.SetDeviceDrains(true);
 }

@@ -56,7 +56,8 @@ class MixerThread {
 
   // Without a device the clock drains, into the sink if there is one.
   // `told`: that there is no device now is known already.
-  MixerThread(WishedDevice device, std::unique_ptr<AirSink> sink, bool told = false);
+  MixerThread(WishedDevice device, std::unique_ptr<AirSink> sink, bool told = false,
+              Unheard unheard = Unheard::kGoesOn);
   ~MixerThread();
 
   // --- Logic's thread ---
@@ -66,7 +67,8 @@ class MixerThread {
   OutputRing& Ring() { return ring_; }
   const OutputRing& Ring() const { return ring_; }
   DeviceThread* Device() { return device_.get(); }  // null without a device
-  SinkThread* Sink() { return sink_.get(); }        // null without a sink
+  const DeviceThread* Device() const { return device_.get(); }
+  SinkThread* Sink() { return sink_.get(); }  // null without a sink
   std::atomic<uint64_t>& LateFrames() { return lateFrames_; }
   std::array<float, kChannels> TakePeaks();  // since the last call; full scale 1.0
   // The mixing ends, and the sink gets all of it, with silence up to `sinkFrames`, and is closed.
@@ -85,6 +87,7 @@ class MixerThread {
   int Turn();
   bool DevicePlays() const;
   void ChooseDrain(Time now);
+  void DrainByClock(Time now);
   void WatchDevice(Time now);
   void UseRate(int rate);
   void DrainByDevice(Time now);
@@ -109,6 +112,8 @@ class MixerThread {
   std::atomic<bool> quit_{false};
   std::unique_ptr<DeviceThread> device_;
   std::unique_ptr<SinkThread> sink_;
+
+  const Unheard unheard_;
 
   // The mixer's own.
   MixerCore core_{true};

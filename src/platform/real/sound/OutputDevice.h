@@ -26,6 +26,7 @@ class OutputDevice {
     std::string name;      // as its system calls it, for people
     int rate = 0;          // frames a second that it takes
     int bufferFrames = 0;  // that it asks for at once, before anything is heard
+    int delayMs = 0;       // from its asking for a frame to its sound, about
   };
 
   enum class Condition {

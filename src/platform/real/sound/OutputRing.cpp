@@ -1,6 +1,7 @@
 // The mixer's end of the output ring.
 #include "platform/real/sound/OutputRing.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cstring>
 #include <thread>
@@ -18,6 +19,9 @@ void OutputRing::Reset(int capacityFrames, int rate) {
   const uint64_t frames = (played & kFramesMask) * static_cast<uint64_t>(rate) /
                           static_cast<uint64_t>(rate_.load(std::memory_order_relaxed));
   played_.store((played & ~kFramesMask) | frames, std::memory_order_relaxed);
+  missed_.store(
+      missed_.load(std::memory_order_relaxed) * rate / rate_.load(std::memory_order_relaxed),
+      std::memory_order_relaxed);
   rate_.store(rate, std::memory_order_relaxed);
   written_.store(0, std::memory_order_relaxed);
   read_.store(0, std::memory_order_relaxed);
@@ -43,6 +47,7 @@ void OutputRing::Write(const int16_t* stereo, int frames) {
 }
 
 void OutputRing::Begin(uint16_t run) {
+  missed_.store(0, std::memory_order_relaxed);
   played_.store(static_cast<uint64_t>(run) << kRunShift, std::memory_order_release);
   flows_.store(true, std::memory_order_release);
 }
@@ -54,7 +59,15 @@ void OutputRing::End() {
 int64_t OutputRing::PlayedFrames(uint16_t run) const {
   const uint64_t played = played_.load(std::memory_order_acquire);
   if (played >> kRunShift != run) return 0;
-  const auto frames = static_cast<int64_t>(played & kFramesMask);
+  return AtSampleRate(static_cast<int64_t>(played & kFramesMask));
+}
+
+int64_t OutputRing::GivenFrames(uint16_t run) const {
+  const int64_t missed = AtSampleRate(missed_.load(std::memory_order_relaxed));
+  return std::max<int64_t>(0, PlayedFrames(run) - missed);
+}
+
+int64_t OutputRing::AtSampleRate(int64_t frames) const {
   return frames * kSampleRate / rate_.load(std::memory_order_relaxed);
 }
 

@@ -33,6 +33,8 @@ class OutputRing {
   bool Flows() const { return flows_.load(std::memory_order_acquire); }
   // Frames of the air, at kSampleRate, that were drained; 0 unless that is the run begun last.
   int64_t PlayedFrames(uint16_t run) const;
+  // Those of them that were the ring's own, and not silence in an underrun.
+  int64_t GivenFrames(uint16_t run) const;
   uint64_t Underruns() const { return underruns_.load(std::memory_order_relaxed); }
   // Frames that the device has asked for, whatever it was given.
   bool DeviceDrains() const { return deviceDrains_.load(std::memory_order_acquire); }
@@ -46,6 +48,7 @@ class OutputRing {
   int DrainForDevice(int16_t* stereo, int frames);
 
  private:
+  int64_t AtSampleRate(int64_t frames) const;
   int Copy(int16_t* stereo, int frames);
   int Glide(int16_t* stereo, int frames);
   static void Rise(int16_t* stereo, int frames);
@@ -65,6 +68,7 @@ class OutputRing {
   std::atomic<bool> rises_{false};
   bool flowed_ = false;  // while taken_ is held: the last drain was of a flowing ring
   std::atomic<uint64_t> played_{0};
+  std::atomic<int64_t> missed_{0};  // of the played frames of the run begun last
   std::atomic<int> rate_{kSampleRate};
   std::atomic<uint64_t> underruns_{0};
   std::atomic<uint64_t> askedByDevice_{0};

@@ -5,6 +5,7 @@
 
 #include <pulse/error.h>
 #include <pulse/introspect.h>
+#include <pulse/proplist.h>
 #include <pulse/rtclock.h>
 #include <pulse/stream.h>
 #include <pulse/subscribe.h>
@@ -112,7 +113,7 @@ class PulseDevice final : public OutputDevice {
     thread_ = std::thread([this] {
       while (!quit_.load(std::memory_order_acquire) && server_->Turn()) continue;
     });
-    return {TextOf(device), kSampleRate, kFirstFrames};
+    return {TextOf(device), kSampleRate, kFirstFrames, static_cast<int>(FramesToMs(kTargetFrames))};
   }
 
   // A device by name may be another system's, whatever this one does.
@@ -127,7 +128,7 @@ class PulseDevice final : public OutputDevice {
 
   void Play(const SoundDevice& device) {
     const pa_sample_spec form{PA_SAMPLE_S16NE, static_cast<uint32_t>(kSampleRate), kChannels};
-    stream_ = pa_stream_new(server_->Context(), "Air", &form, nullptr);
+    stream_ = NewStream(form);
     if (stream_ == nullptr) throw SoundError("PulseAudio: " + server_->Error());
     pa_stream_set_write_callback(stream_, OnRequest, this);
     pa_stream_set_state_callback(stream_, OnState, this);
@@ -156,6 +157,18 @@ class PulseDevice final : public OutputDevice {
     NoteSleep();
     patience_ =
         pa_context_rttime_new(server_->Context(), pa_rtclock_now() + kBeginUsec, OnPatience, this);
+  }
+
+  // What a server keeps of streams, their volume above all, it keeps by their role, and by the
+  // program's name without one.
+  pa_stream* NewStream(const pa_sample_spec& form) const {
+    if (!wish_.prelistens) return pa_stream_new(server_->Context(), "Air", &form, nullptr);
+    pa_proplist* properties = pa_proplist_new();
+    pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "production");
+    pa_stream* stream =
+        pa_stream_new_with_proplist(server_->Context(), "Prelisten", &form, nullptr, properties);
+    pa_proplist_free(properties);
+    return stream;
   }
 
   void FollowDefault(const std::string& now) {

@@ -29,12 +29,12 @@ using Kind = MixerOrder::Kind;
 
 RealSoundChain::RealSoundChain(SoundOpener& opener, WishedDevice device,
                                std::unique_ptr<AirSink> sink, std::string outputText,
-                               SoundNotice notice, bool told)
+                               SoundNotice notice, bool told, Unheard unheard)
     : SoundChainBase(opener),
       opener_(opener),
       notice_(std::move(notice)),
       outputText_(std::move(outputText)),
-      mixer_(std::make_unique<MixerThread>(std::move(device), std::move(sink), told)) {}
+      mixer_(std::make_unique<MixerThread>(std::move(device), std::move(sink), told, unheard)) {}
 
 // The mixer's thread ends before the streams that it reads.
 RealSoundChain::~RealSoundChain() {
@@ -118,7 +118,34 @@ SoundHealth RealSoundChain::TakeHealth() {
 }
 
 void RealSoundChain::ChooseDevice(const std::string& key) {
-  if (mixer_->Device() != nullptr) mixer_->Device()->Choose(Wished({key, true}));
+  ChooseDevice(Wished({key, true}));
+}
+
+void RealSoundChain::ChooseDevice(WishedDevice device) {
+  if (mixer_->Device() != nullptr) mixer_->Device()->Choose(std::move(device));
+}
+
+DeviceThread::State RealSoundChain::DeviceState() const {
+  const DeviceThread* device = mixer_->Device();
+  return device == nullptr ? DeviceThread::State::kClosed : device->GetState();
+}
+
+int32_t RealSoundChain::GivenMs() const {
+  if (State() != OutputState::kStarted) return 0;
+  return static_cast<int32_t>(FramesToMs(mixer_->Ring().GivenFrames(run_)));
+}
+
+int32_t RealSoundChain::DelayMs() const {
+  const DeviceThread* device = mixer_->Device();
+  const auto mixerMs = static_cast<int32_t>(FramesToMs(MixerCore::kLatencyFrames));
+  return device == nullptr ? mixerMs : device->DelayMs() + mixerMs;
+}
+
+bool RealSoundChain::Rests() const {
+  const auto isFree = [](const Player& player) { return player.stream == nullptr; };
+  return State() == OutputState::kClosed && waiting_.empty() && retired_.empty() &&
+         std::all_of(players_.begin(), players_.end(), isFree) &&
+         (mixer_->Device() == nullptr || mixer_->Device()->Rests());
 }
 
 void RealSoundChain::LoadSlot(int slot, const std::string& path,

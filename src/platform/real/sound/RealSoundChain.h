@@ -1,6 +1,6 @@
-// The sound chain of the real air: decoders, mixer and output run on threads of their own; this is
-// the logic's end of them. What the logic writes it reads back at once; what happens by itself (the
-// end of a file or a fade) it sees from the next Poll on.
+// A sound chain that is heard, the air's or the prelisten's: decoders, mixer and output run on
+// threads of their own; this is the logic's end of them. What the logic writes it reads back at
+// once; what happens by itself (the end of a file or a fade) it sees from the next Poll on.
 #pragma once
 
 #include <array>
@@ -46,7 +46,8 @@ class RealSoundChain final : public SoundChainBase {
   // `device` or `sink` (at most one) takes the sound; with neither a clock does. `told`: the
   // operator knows already that there is no device now.
   RealSoundChain(SoundOpener& opener, WishedDevice device, std::unique_ptr<AirSink> sink,
-                 std::string outputText, SoundNotice notice, bool told = false);
+                 std::string outputText, SoundNotice notice, bool told = false,
+                 Unheard unheard = Unheard::kGoesOn);
   ~RealSoundChain() override;
 
   // About every 10 ms: tells the observer what ended and the operator what happened to the output.
@@ -54,6 +55,14 @@ class RealSoundChain final : public SoundChainBase {
   SoundHealth TakeHealth();
   // Another device, from the next opening of the output on; nothing where the output is none.
   void ChooseDevice(const std::string& key);
+  void ChooseDevice(WishedDevice device);
+  DeviceThread::State DeviceState() const;  // kClosed without one
+  // Of the sound, since the output's start: what its device was given, and how long that takes to
+  // be heard there.
+  int32_t GivenMs() const;
+  int32_t DelayMs() const;
+  // Closed, and no thread of it has anything left to do: it can go without waiting for any.
+  bool Rests() const;
   // The sound ends for good: what its sink has not taken yet it gets, and silence up to
   // `sinkFrames` of the air in all; what fails is told.
   void End(int64_t sinkFrames = 0);

@@ -154,7 +154,7 @@ class RtAudioDevice final : public OutputDevice {
       parameters.nChannels = kChannels;
       RtAudio::StreamOptions options;
       options.numberOfBuffers = kBuffers;
-      options.streamName = "Zemo Radio";
+      options.streamName = wish_.prelistens ? "Zemo Radio Prelisten" : "Zemo Radio";
       // The default of ALSA is not its first card but what the machine is set up to share.
       if (byDefault_) options.flags = RTAUDIO_ALSA_USE_DEFAULT;
       unsigned int frames = kBufferFrames;
@@ -163,8 +163,9 @@ class RtAudioDevice final : public OutputDevice {
                            &ring, &options);
         audio_->startStream();
         const unsigned int buffers = std::max(options.numberOfBuffers, kBuffers);
-        return {device.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate),
-                static_cast<int>(frames * buffers)};
+        const auto ahead = static_cast<int>(frames * buffers);
+        return {device.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate), ahead,
+                ahead * 1000 / static_cast<int>(rate)};
       } catch (const RtAudioError& error) {
         reason = error.getMessage();
         if (audio_->isStreamOpen()) audio_->closeStream();

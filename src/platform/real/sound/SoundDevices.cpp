@@ -8,6 +8,7 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <string>
 #include <thread>
 
 #include "platform/real/sound/PulseDevice.h"
@@ -40,6 +41,33 @@ std::optional<Answer> AnswerInTime(Answer (*ask)()) {
   return future.get();
 }
 
+class NumberedDevice final : public OutputDevice {
+ public:
+  explicit NumberedDevice(int number) : number_(number) {}
+
+  Opened Open(OutputRing& ring) override {
+    device_.reset();
+    const std::vector<SoundDevice> devices = ListSoundDevices();
+    if (number_ < 0 || number_ >= static_cast<int>(devices.size()))
+      throw NoSuchDevice("there is no sound device of number " + std::to_string(number_));
+    device_ = Make(devices[static_cast<size_t>(number_)]);
+    return device_->Open(ring);
+  }
+  void Close() override { device_.reset(); }
+  News Look() override { return device_->Look(); }
+
+ private:
+  static std::unique_ptr<OutputDevice> Make(const SoundDevice& device) {
+    const DeviceWish wish{device.key, true, true};
+    if (device.system == "PulseAudio") return MakePulseDevice(wish);
+    return MakeRtAudioDevice(device.system == "JACK" ? RtAudioSystem::kJack : RtAudioSystem::kAlsa,
+                             wish);
+  }
+
+  const int number_;
+  std::unique_ptr<OutputDevice> device_;  // while it is open
+};
+
 }  // namespace
 
 int FindSoundDevice(const std::vector<SoundDevice>& devices, const DeviceWish& wish) {
@@ -71,6 +99,10 @@ std::vector<SoundDevice> ListSoundDevices() {
 bool AnySoundDevice() {
   if (AnyRtAudioDevice(RtAudioSystem::kJack) || !PulseDevices().empty()) return true;
   return AnswerInTime<bool>([] { return AnyRtAudioDevice(RtAudioSystem::kAlsa); }).value_or(true);
+}
+
+std::unique_ptr<OutputDevice> MakeNumberedDevice(int number) {
+  return std::make_unique<NumberedDevice>(number);
 }
 
 std::vector<std::unique_ptr<OutputDevice>> MakeOutputDevices(const DeviceWish& wish) {

@@ -21,10 +21,12 @@ struct SoundDevice {
 };
 
 // A device that is asked for. `name` is a key or a name, in any case; where it need not be whole, a
-// part of either will do. Empty: the default device.
+// part of either will do. Empty: the default device. The sound systems show what prelistens apart
+// from the air, and keep its volume apart.
 struct DeviceWish {
   std::string name;
   bool whole = false;
+  bool prelistens = false;
 };
 
 // The one that the wish means, -1 for none: a key before a name, both before a part.
@@ -41,5 +43,9 @@ bool AnySoundDevice();
 // The wished device through each sound system, in their order: which of them has it shows when it
 // is opened.
 std::vector<std::unique_ptr<OutputDevice>> MakeOutputDevices(const DeviceWish& wish);
+
+// For prelistening, the device of that number in the list of all; they are listed when it is
+// opened.
+std::unique_ptr<OutputDevice> MakeNumberedDevice(int number);
 
 }  // namespace zemo

@@ -73,6 +73,19 @@ TEST(OutputRing, WhatWasPlayedCountsInFramesOfTheAirWhateverTheRate) {
   EXPECT_EQ(ring.PlayedFrames(1), 48510);
 }
 
+TEST(OutputRing, WhatItGaveIsWhatWasPlayedWithoutTheSilenceInBetween) {
+  OutputRing ring;
+  ring.Reset(100, 48000);
+  ring.Begin(3);
+  ring.Write(Frames(0, 48).data(), 48);
+  Drained(ring, 96);
+  EXPECT_EQ(ring.PlayedFrames(3), 88);  // 96 at 48 kHz are 88.2 at 44.1
+  EXPECT_EQ(ring.GivenFrames(3), 44);
+  ring.Begin(4);
+  EXPECT_EQ(ring.GivenFrames(3), 0);
+  EXPECT_EQ(ring.GivenFrames(4), 0);
+}
+
 TEST(OutputRing, WhatWaitsWhenItEndsGlidesToSilence) {
   OutputRing ring;
   ring.Reset(2000, kSampleRate);

@@ -137,7 +137,11 @@ class PlayedDevice {
   enum class Conduct { kPlays, kStandsStill, kRacesAway };
   std::atomic<Conduct> conduct{Conduct::kPlays};
   std::atomic<bool> absent{false};  // the next opening fails
+  std::atomic<bool> holds{false};   // an opening waits
+  std::atomic<bool> gone{false};    // its system says so
   std::atomic<int> rate{kSampleRate};
+  std::atomic<int> delayMs{0};  // until a frame that it asked for would be heard
+  std::atomic<int> asked{0};    // openings that were begun
   std::atomic<int> openings{0};
   std::atomic<int> closings{0};
 
@@ -153,12 +157,15 @@ class PlayedDevice {
     explicit Device(PlayedDevice& test) : test_(test) {}
     ~Device() override { Close(); }
     Opened Open(OutputRing& ring) override {
+      ++test_.asked;
+      while (test_.holds) std::this_thread::sleep_for(std::chrono::milliseconds(1));
       if (test_.absent) throw SoundError("test device: absent");
       ++test_.openings;
       quit_ = false;
       thread_ = std::thread([this, &ring] { Play(ring); });
-      return {"test device", test_.rate};
+      return {"test device", test_.rate, 0, test_.delayMs};
     }
+    News Look() override { return {test_.gone ? Condition::kGone : Condition::kFine, ""}; }
     void Close() override {
       if (!thread_.joinable()) return;
       quit_ = true;
