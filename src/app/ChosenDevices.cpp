@@ -9,15 +9,25 @@ namespace zemo {
 
 namespace {
 
+// The local values of a device.
+struct DeviceValues {
+  const char* number;
+  const char* key;
+};
+constexpr DeviceValues kAirValues{"AudioOutID", "AudioOutName"};
+constexpr DeviceValues kPrelistenValues{"AudioOutPFLID", "AudioOutPFLName"};
+
 // A name stands for the number that was chosen with it: another program may have changed the file.
+std::string KeyOf(const LocalValues& local, int number, const DeviceValues& values) {
+  const bool chosen = number >= 0 && local.GetInt(values.number, -1) == number;
+  return chosen ? local.GetText(values.key, "") : "";
+}
+
 ChosenDevice Chosen(const LocalValues& local, const std::vector<SideField>& fields, size_t field,
-                    const char* numberValue, const char* keyValue) {
-  ChosenDevice chosen;
-  if (field >= fields.size()) return chosen;
-  chosen.number = fields[field].AsInt(-1);
-  if (chosen.number >= 0 && local.GetInt(numberValue, -1) == chosen.number)
-    chosen.key = local.GetText(keyValue, "");
-  return chosen;
+                    const DeviceValues& values) {
+  if (field >= fields.size()) return {};
+  const int number = fields[field].AsInt(-1);
+  return {number, KeyOf(local, number, values)};
 }
 
 }  // namespace
@@ -28,11 +38,14 @@ ChosenDevices ReadChosenDevices(Folder& machine) {
     if (!bytes) return {};
     const std::vector<SideField> fields = ReadFields(DecodeSideFile(*bytes));
     const LocalValues local(machine);
-    return {Chosen(local, fields, 0, "AudioOutID", "AudioOutName"),
-            Chosen(local, fields, 1, "AudioOutPFLID", "AudioOutPFLName")};
+    return {Chosen(local, fields, 0, kAirValues), Chosen(local, fields, 1, kPrelistenValues)};
   } catch (const FileError&) {
     return {};
   }
+}
+
+std::string PrelistenKey(const LocalValues& local, int number) {
+  return KeyOf(local, number, kPrelistenValues);
 }
 
 int PlaceOf(const ChosenDevice& chosen, const std::vector<SoundDevice>& devices) {
@@ -43,8 +56,8 @@ int PlaceOf(const ChosenDevice& chosen, const std::vector<SoundDevice>& devices)
 void RememberAirDevice(Folder& machine, int number, const std::string& key) {
   try {
     LocalValues local(machine);
-    local.Set("AudioOutName", key);
-    local.Set("AudioOutID", std::to_string(number));
+    local.Set(kAirValues.key, key);
+    local.Set(kAirValues.number, std::to_string(number));
   } catch (const FileError&) {
     // The number goes on counting.
   }

@@ -10,6 +10,7 @@
 namespace zemo {
 
 class Folder;
+class LocalValues;
 
 struct ChosenDevice {
   int number = -1;  // -1: none chosen
@@ -22,6 +23,10 @@ struct ChosenDevices {
 
 // A file that cannot be read chooses nothing: the load of the station tells of it.
 ChosenDevices ReadChosenDevices(Folder& machine);
+
+// What the prelisten's device of that number is known by; empty where that number was not chosen
+// last, or by nothing more.
+std::string PrelistenKey(const LocalValues& local, int number);
 
 // The place of the chosen one among the machine's devices, -1 when it is not among them.
 int PlaceOf(const ChosenDevice& chosen, const std::vector<SoundDevice>& devices);

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <utility>
 
+#include "app/ChosenDevices.h"
+
 namespace zemo {
 
 namespace {
@@ -25,7 +27,11 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                                  else if (notice)
                                    notice(line);
                                })),
-      devices(sound.get()),
+      prelisten(loop, opener,
+                [this](int number) {
+                  return PrelistenDevice(PrelistenKey(localValues, number), number);
+                }),
+      devices(sound.get(), &prelisten),
       serial(localValues, clock),
       joystick(loop),
       station(Platform{.clock = clock,
@@ -42,9 +48,15 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .system = desktop.system,
                        .serial = serial,
                        .joystick = joystick,
-                       .baseUse = &baseLock}) {
+                       .baseUse = &baseLock,
+                       .prelisten = &prelisten}) {
   stands_ = true;
-  loop.SetIdle([this] { sound->Poll(); }, kSoundPollMs);
+  loop.SetIdle(
+      [this] {
+        sound->Poll();
+        prelisten.Poll();
+      },
+      kSoundPollMs);
 }
 
 RealStation::~RealStation() {

@@ -18,6 +18,7 @@
 #include "platform/real/joystick/SdlJoystick.h"
 #include "platform/real/serial/QtSerialPort.h"
 #include "platform/real/sound/MachineDevices.h"
+#include "platform/real/sound/RealPrelisten.h"
 #include "platform/real/sound/RealSoundChain.h"
 #include "station/Station.h"
 
@@ -65,6 +66,7 @@ class RealStation {
   SoundFileOpener opener;
   SoundFileLengths lengths;
   std::unique_ptr<RealSoundChain> sound;
+  RealPrelisten prelisten;
   MachineDevices devices;  // for the settings
   QtSerialPort serial;
   SdlJoystick joystick;

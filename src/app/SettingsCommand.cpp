@@ -120,7 +120,7 @@ namespace {
 std::unique_ptr<SettingsDevices> DevicesFor(const SettingsOptions& options) {
   const SettingsControl* control = FindSettingsControl(options.name);
   if (control != nullptr && control->in == StoredIn::kAudio)
-    return std::make_unique<MachineDevices>(nullptr);
+    return std::make_unique<MachineDevices>(nullptr, nullptr);
   return std::make_unique<NoSettingsDevices>();
 }
 

@@ -33,5 +33,16 @@ TEST(ChosenDevices, AreNoneInAFileOfMoreThanFourMegabytes) {
   EXPECT_EQ(ReadChosenDevices(on.machineFolder).prelisten.number, -1);
 }
 
+TEST(ChosenDevices, ThePrelistensIsKnownByItsNameWhileItsNumberIsTheOneChosenWithIt) {
+  TestStation on;
+  EXPECT_EQ(PrelistenKey(on.localValues, 1), "");
+  on.localValues.Set("AudioOutPFLID", "1");
+  on.localValues.Set("AudioOutPFLName", "usb.1");
+  EXPECT_EQ(PrelistenKey(on.localValues, 1), "usb.1");
+  EXPECT_EQ(PrelistenKey(on.localValues, 0), "");
+  on.localValues.Set("AudioOutPFLID", "-1");
+  EXPECT_EQ(PrelistenKey(on.localValues, -1), "");
+}
+
 }  // namespace
 }  // namespace zemo::test

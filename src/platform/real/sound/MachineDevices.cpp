@@ -1,5 +1,6 @@
 #include "platform/real/sound/MachineDevices.h"
 
+#include "platform/Prelisten.h"
 #include "platform/real/sound/RealSoundChain.h"
 
 namespace zemo {
@@ -23,9 +24,14 @@ void MachineDevices::SelectOutput(int device) {
   if (air_ != nullptr) air_->ChooseDevice(device < 0 ? std::string() : At(device).key);
 }
 
-// What prelistens opens its device by itself.
+bool MachineDevices::PrelistenClosed() const {
+  return prelisten_ == nullptr || prelisten_->PlayerState() == Prelisten::State::kClosed;
+}
+
 void MachineDevices::SelectPrelisten(int device) {
-  if (air_ != nullptr && device >= 0) At(device);
+  if (prelisten_ == nullptr) return;
+  if (device >= 0) At(device);
+  prelisten_->SetDevice(device);
 }
 
 const SoundDevice& MachineDevices::At(int device) const {

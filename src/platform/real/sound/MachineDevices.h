@@ -9,24 +9,27 @@
 
 namespace zemo {
 
+class Prelisten;
 class RealSoundChain;
 
 // The devices are asked for when their names are, and keep their numbers until the next time.
 class MachineDevices final : public SettingsDevices {
  public:
-  // The chain of the air, not owned; null where nothing is on air: choices are only stored then.
-  explicit MachineDevices(RealSoundChain* air) : air_(air) {}
+  // The chain of the air and the prelisten player, not owned; null where nothing is on air: choices
+  // are only stored then.
+  MachineDevices(RealSoundChain* air, Prelisten* prelisten) : air_(air), prelisten_(prelisten) {}
 
   std::vector<std::string> OutputNames() override;
   std::vector<std::string> OutputKeys() override;
   void SelectOutput(int device) override;
-  bool PrelistenClosed() const override { return true; }
+  bool PrelistenClosed() const override;
   void SelectPrelisten(int device) override;
 
  private:
   const SoundDevice& At(int device) const;
 
   RealSoundChain* air_;
+  Prelisten* prelisten_;
   std::vector<SoundDevice> devices_;
 };
 

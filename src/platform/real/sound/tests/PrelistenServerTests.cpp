@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/real/sound/MachineDevices.h"
 #include "platform/real/sound/RealPrelisten.h"
 #include "platform/real/sound/RealSoundChain.h"
 #include "platform/real/sound/SoundDevices.h"
@@ -195,6 +196,20 @@ TEST_P(PrelistenServers, ThePositionIsThatOfWhatIsRecorded) {
   ASSERT_TRUE(SilentAgain(second));
   ASSERT_TRUE(HeardAgain(second));
   EXPECT_NEAR(player_.PositionMs(), kSilentMs, 150);
+}
+
+TEST_P(PrelistenServers, TheSettingsChooseItsDeviceWhichIsTakenWhileItIsClosed) {
+  MachineDevices devices(nullptr, &player_);
+  devices.OutputNames();
+  const int one = NumberOf("one");
+  EXPECT_TRUE(devices.PrelistenClosed());
+  devices.SelectPrelisten(one);
+  EXPECT_EQ(player_.Device(), one);
+  EXPECT_THROW(devices.SelectPrelisten(99), DeviceError);
+  player_.Open("tone");
+  EXPECT_FALSE(devices.PrelistenClosed());
+  devices.SelectPrelisten(-1);
+  EXPECT_EQ(player_.Device(), one);
 }
 
 TEST_P(PrelistenServers, ThreeStartsInARowAreHeardEach) {
