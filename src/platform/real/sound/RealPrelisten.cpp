@@ -174,8 +174,10 @@ void RealPrelisten::Reap() {
 void RealPrelisten::NoteLevels() {
   const int32_t oldest = HeardMs() - kLevelMs;
   while (!levels_.empty() && levels_.front().atMs < oldest) levels_.pop_front();
+  const int32_t mixed = chain_->Position(0) - fromMs_;
+  if (!levels_.empty() && levels_.back().atMs == mixed) return;
   const SoundHealth health = chain_->TakeHealth();
-  levels_.push_back({chain_->Position(0) - fromMs_, {health.peakLeft, health.peakRight}});
+  levels_.push_back({mixed, {health.peakLeft, health.peakRight}});
 }
 
 void RealPrelisten::WatchEnd() {
