@@ -1,11 +1,14 @@
 // The prelisten player with its threads, on devices that a test plays.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/real/sound/RealPrelisten.h"
@@ -36,6 +39,20 @@ constexpr auto kShortPatience = std::chrono::milliseconds(300);
 size_t ThreadsOfProcess() {
   const std::filesystem::directory_iterator tasks("/proc/self/task");
   return static_cast<size_t>(std::distance(begin(tasks), end(tasks)));
+}
+
+// How often all threads but the calling one went to sleep so far.
+uint64_t SleepsOfOtherThreads() {
+  uint64_t sleeps = 0;
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    if (task.path().filename() == std::to_string(::gettid())) continue;
+    std::ifstream status(task.path() / "status");
+    for (std::string word; status >> word;) {
+      uint64_t count = 0;
+      if (word == "voluntary_ctxt_switches:" && status >> count) sleeps += count;
+    }
+  }
+  return sleeps;
 }
 
 class RealPrelistenTest : public ::testing::Test {
@@ -331,6 +348,20 @@ TEST_F(RealPrelistenTest, WhenItIsClosedNoThreadOfItIsLeft) {
   ASSERT_TRUE(Within([this] { return player_->Rests(); }));
   EXPECT_EQ(ThreadsOfProcess(), before);
   EXPECT_EQ(devices_[0].closings, 1);
+}
+
+TEST_F(RealPrelistenTest, WhilePausedItWakesNobody) {
+  Play("level");
+  ASSERT_TRUE(HeardWithin(4410));
+  player_->Pause();
+  ASSERT_TRUE(Within([this] { return devices_[0].closings == 1; }));
+  uint64_t sleeps = 0;
+  EXPECT_TRUE(Within([&] {
+    const uint64_t before = std::exchange(sleeps, SleepsOfOtherThreads());
+    if (before == sleeps) return true;
+    const auto later = std::chrono::steady_clock::now() + std::chrono::milliseconds(300);
+    return !testing::Within(kBoundMs, [&] { return std::chrono::steady_clock::now() > later; });
+  })) << "no 300 ms without one that woke";
 }
 
 TEST_F(RealPrelistenTest, AnotherDeviceIsTheOnlyOneHeardFromTheNextStartOn) {
