@@ -1,6 +1,7 @@
 #include "platform/real/sound/RealPrelisten.h"
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 #include "platform/EventLoop.h"
@@ -16,6 +17,8 @@ constexpr int kBufferFrames = 2048;
 constexpr int kBuffers = 4;
 constexpr int kBufferBytes = kBufferFrames * kChannels * static_cast<int>(sizeof(int16_t));
 constexpr auto kRingMs = static_cast<int32_t>(FramesToMs(kBuffers * kBufferFrames));
+constexpr std::chrono::seconds kParting{2};  // that the end of the program waits for a device
+constexpr std::chrono::milliseconds kPartingTurn{1};
 constexpr int32_t kLevelMs = 100;  // of the sound, that a level is the highest of
 
 }  // namespace
@@ -34,7 +37,17 @@ RealPrelisten::RealPrelisten(EventLoop& loop, SoundOpener& opener, DeviceOf devi
                              std::chrono::milliseconds patience)
     : loop_(loop), opener_(opener), deviceOf_(std::move(deviceOf)), patience_(patience) {}
 
-RealPrelisten::~RealPrelisten() = default;
+RealPrelisten::~RealPrelisten() {
+  Close();
+  if (chain_ != nullptr) leaving_.push_back(std::move(chain_));
+  const auto until = std::chrono::steady_clock::now() + kParting;
+  while (!leaving_.empty() && std::chrono::steady_clock::now() < until) {
+    std::this_thread::sleep_for(kPartingTurn);
+    Reap();
+  }
+  // A sound system that hangs while it opens a device has all that it uses for itself.
+  for (auto& chain : leaving_) std::thread([gone = std::move(chain)] {}).detach();
+}
 
 void RealPrelisten::SetDevice(int number) {
   if (state_ == State::kClosed) device_ = number;

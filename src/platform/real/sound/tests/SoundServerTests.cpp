@@ -11,10 +11,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/real/sound/RealPrelisten.h"
 #include "platform/real/sound/RealSoundChain.h"
 #include "platform/real/sound/RtAudioDevice.h"
 #include "platform/real/sound/SoundDevices.h"
+#include "platform/real/sound/tests/OrderQueue.h"
 #include "platform/real/sound/tests/SoundServers.h"
 #include "platform/real/sound/tests/SoundTestSupport.h"
 #include "platform/sound/tests/TestSources.h"
@@ -316,6 +319,29 @@ TEST_F(FrozenSoundServer, HoldsTheEndOfTheAirNoLongerThanSomeSeconds) {
     return !told.empty() && chain->OutputPosition() > 3000;
   })) << "the air runs by the clock meanwhile";
   EXPECT_LT(SecondsOf([&] { chain.reset(); }), 8);
+}
+
+TEST_F(FrozenSoundServer, HoldsNobodyWhoPrelistens) {
+  WaveOpener opener;
+  opener.Add("tone", testing::Sine(1000.0, 0.5), 600 * kSampleRate);
+  for (const std::string key : {"one", ""}) {
+    testing::OrderQueue loop;
+    std::vector<bool> ends;
+    auto player = std::make_unique<RealPrelisten>(
+        loop, opener, [&key](int number) { return PrelistenDevice(key, number); },
+        std::chrono::seconds(3));
+    player->OnEnd([&ends](bool lost) { ends.push_back(lost); });
+    player->SetDevice(0);
+    player->Open("tone");
+    EXPECT_LT(SecondsOf([&] { player->Start(); }), 1);
+    EXPECT_TRUE(testing::Within(15000, [&] {
+      player->Poll();
+      loop.Yield();
+      return !ends.empty();
+    }));
+    EXPECT_EQ(ends, std::vector<bool>{true});
+    EXPECT_LT(SecondsOf([&] { player.reset(); }), 4);
+  }
 }
 
 }  // namespace
