@@ -19,10 +19,11 @@ void SimPrelisten::SetDevice(int number) {
 }
 
 void SimPrelisten::Open(const std::string& path) {
+  std::string file = path;  // which may be the name of the file that closes
   Close();
-  const int64_t frames = opener_.Open(path)->LengthFrames();
-  if (frames <= 0) throw SoundError(path + ": holds nothing to play");
-  file_ = path;
+  const int64_t frames = opener_.Open(file)->LengthFrames();
+  if (frames <= 0) throw SoundError(file + ": holds nothing to play");
+  file_ = std::move(file);
   lengthMs_ = static_cast<int32_t>(FramesToMs(frames));
   StandAt(State::kOpen, 0);
 }

@@ -45,7 +45,7 @@ RealPrelisten::~RealPrelisten() {
     std::this_thread::sleep_for(kPartingTurn);
     Reap();
   }
-  // A sound system that hangs while it opens a device has all that it uses for itself.
+  // One that hangs in its sound system is left to itself: it shares nothing with anybody.
   for (auto& chain : leaving_) std::thread([gone = std::move(chain)] {}).detach();
 }
 
@@ -54,10 +54,11 @@ void RealPrelisten::SetDevice(int number) {
 }
 
 void RealPrelisten::Open(const std::string& path) {
+  std::string file = path;  // which may be the name of the file that closes
   Close();
-  const int64_t frames = opener_.Open(path)->LengthFrames();
-  if (frames <= 0) throw SoundError(path + ": holds nothing to play");
-  file_ = path;
+  const int64_t frames = opener_.Open(file)->LengthFrames();
+  if (frames <= 0) throw SoundError(file + ": holds nothing to play");
+  file_ = std::move(file);
   lengthMs_ = static_cast<int32_t>(FramesToMs(frames));
   state_ = State::kOpen;
 }

@@ -176,6 +176,15 @@ TEST_F(SimPrelistenTest, AnotherFileClosesTheOneThatPlays) {
   EXPECT_EQ(Told(), (Lines{"play a 1", "stop a 1"}));
 }
 
+TEST_F(SimPrelistenTest, TheFileThatIsOpenCanBeOpenedAnew) {
+  Play("a");
+  loop_.RunUntil(1000);
+  player_.Open(player_.FileName());
+  EXPECT_EQ(player_.FileName(), "a");
+  EXPECT_EQ(player_.PlayerState(), State::kOpen);
+  EXPECT_EQ(player_.PositionMs(), 0);
+}
+
 TEST_F(SimPrelistenTest, AFileThatCannotBeOpenedLeavesItClosed) {
   player_.Open("a");
   EXPECT_THROW(player_.Open("nothing"), SoundError);

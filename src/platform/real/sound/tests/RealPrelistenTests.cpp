@@ -301,6 +301,17 @@ TEST_F(RealPrelistenTest, AFileThatIsCutShortEndsWhereItsSoundDoes) {
   EXPECT_EQ(Heard().size(), 4410u);
 }
 
+TEST_F(RealPrelistenTest, TheFileThatIsOpenCanBeOpenedAnew) {
+  Play("counted");
+  ASSERT_TRUE(HeardWithin(4410));
+  player_->Open(player_->FileName());
+  EXPECT_EQ(player_->FileName(), "counted");
+  EXPECT_EQ(player_->PlayerState(), State::kOpen);
+  player_->Start();
+  ASSERT_TRUE(Ended());
+  EXPECT_EQ(Heard().back(), kCounted);
+}
+
 TEST_F(RealPrelistenTest, AFileThatCannotBeOpenedLeavesItClosedAndOneThatIsGoneDoesNotStart) {
   EXPECT_THROW(player_->Open("nothing"), SoundError);
   EXPECT_THROW(player_->Open("empty"), SoundError);
