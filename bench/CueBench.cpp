@@ -214,7 +214,7 @@ void MeasureCosts() {
 }  // namespace zemo
 
 int main(int count, char** arguments) {
-  const int titles = count > 1 ? std::atoi(arguments[1]) : 200;
+  const int titles = count > 1 ? std::atoi(arguments[1]) : 50;
   zemo::MeasureCorpus(titles);
   zemo::MeasureCosts();
 }

@@ -22,7 +22,8 @@ namespace zemo {
 class MeasuringThread : public SoundMeasurer {
  public:
   explicit MeasuringThread(std::unique_ptr<SoundOpener> opener);
-  ~MeasuringThread() override;  // leaves off in the middle of a file
+  // Leaves off in the middle of a file, as soon as the thread gets the processor once more.
+  ~MeasuringThread() override;
 
   bool Wish(const std::string& path) override;
   std::optional<MeasuredSound> TakeMeasured() override;

@@ -68,7 +68,7 @@ void WishFor(MeasuringThread& thread, const std::string& path) {
 TEST(MeasuringThread, GivesTheMeasuresOfEachFileOrWhyThereAreNone) {
   const TestFolder folder;
   WriteSound(folder.Path("a.wav"), SF_FORMAT_WAV | SF_FORMAT_PCM_16,
-             {44100, {1000, 1000}, 0.1, 441'000});
+             {44100, {1000, 1000}, 0.1, 44'100});
   WriteBytes(folder.Path("b.wav"), "no sound");
   MeasuringThread thread(std::make_unique<SoundFileOpener>());
   WishFor(thread, folder.Path("a.wav"));
