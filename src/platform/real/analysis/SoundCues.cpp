@@ -85,8 +85,11 @@ class Sums {
 size_t ExitWindow(std::span<const float> title, double level) {
   const Sums sums(title);
   const size_t last = sums.LastReaching(0, kAhead, level);
+  const size_t before = std::min(last, kAround / 2);
   const double behind = sums.Of(last + kAhead, last + kAhead + kAround);
-  if (behind < level * kExitShare * static_cast<double>(kAround)) return last;
+  const bool atOnce = sums.Of(last - before, last) >= level * static_cast<double>(before) &&
+                      behind < level * kExitShare * static_cast<double>(kAround);
+  if (atOnce) return last;
   const size_t inAFade = sums.LastReaching(kAround / 2, kAround, level);
   return inAFade == 0 ? last : std::min(last, inAFade);
 }

@@ -9,8 +9,8 @@
 //   sound in front of it and more behind, is one within the title.
 // - The exit is where the ending falls below a fifth of the title's level (14 LU under it) for
 //   good, in the mean of 50 ms ahead. In a slow fade single beats stick out of it long after the
-//   music has gone: unless the ending drops by as much again at once, the mean of a second around
-//   has its say, and the earlier one of both counts.
+//   music has gone: unless the half second before is loud enough and the ending drops by as much
+//   again at once, the mean of a second around has its say, and the earlier one of both counts.
 // - So a cold end has its exit at the end; a fade has it as late as its law asks for; a reverb
 // rings
 //   on under the next title. Applause is of the title while it is louder than a fifth of it, and

@@ -36,6 +36,18 @@ TEST(SoundCues, BeatsThatStickOutOfASlowFadeDoNotHoldTheExitBack) {
   EXPECT_NEAR(90'000 - cues.exitMs, 67'000, 300);
 }
 
+// The same beats in a fade of 4 s that is even in amplitude: a fifth is left after 3.2 s, and the
+// last beat over it ends after 3.55 s.
+TEST(SoundCues, NorDoTheyInAShortFade) {
+  std::vector<float> powers;
+  Add(powers, 60, 0);
+  for (int window = 0; window < 400; ++window) {
+    const double mean = 20 * std::log10(1 - window / 400.0);
+    Add(powers, 0.01, window % 50 < 5 ? mean + 9.95 : mean - 20);
+  }
+  EXPECT_NEAR(64'000 - Cues(powers).exitMs, 63'200, 300);
+}
+
 TEST(SoundCues, ALastChordBehindARestIsOfTheTitle) {
   std::vector<float> powers;
   Add(powers, 60, 0);
