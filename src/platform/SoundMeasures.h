@@ -16,7 +16,8 @@ struct SoundMeasures {
   std::optional<double> truePeakDb;    // dBTP, of the louder channel; none for silence
   int32_t soundBeginMs = 0;            // the first sound
   int32_t soundEndMs = 0;              // the last one
-  int32_t exitMs = 0;                  // proposed POINTSORTIE: ms before the end of the file
+  // Proposed POINTSORTIE: ms before the end of the file, 1 to 32767; 0 for silence.
+  int32_t exitMs = 0;
   WavePeaks peaks;
 };
 

@@ -50,7 +50,7 @@ MACHINE = ["platform/real", "app"]
 CALL = r"(?<![\w.>])(?:std::|::)?"
 RULES = [
     ("Qt", r"#\s*include\s*<Q\w+|\bQ[A-Z][a-z]\w+\s*::", []),
-    ("sound library", r"#\s*include\s*[<\"](sndfile|mpg123|samplerate|rtaudio|RtAudio)", []),
+    ("sound library", r"#\s*include\s*[<\"](sndfile|mpg123|samplerate|rtaudio|RtAudio|ebur128|taglib)", []),
     ("joystick library", r"#\s*include\s*[<\"]SDL", []),
     ("system clock", r"\bstd::chrono\b|#\s*include\s*<(chrono|sys/time\.h)>|"
                      + CALL + r"(time|clock|gettimeofday|clock_gettime|timespec_get|ftime)\s*\(", []),

@@ -157,7 +157,8 @@ class Names(Sample):
     def test_each_rule_finds_its_sample(self):
         samples = {
             "Qt": ["#include <QTimer>\n", "auto t = QDateTime::currentDateTime();\n"],
-            "sound library": ["#include <sndfile.h>\n", "#include <RtAudio.h>\n"],
+            "sound library": ["#include <sndfile.h>\n", "#include <RtAudio.h>\n",
+                              "#include <taglib/tag.h>\n"],
             "joystick library": ["#include <SDL.h>\n", "#include <SDL2/SDL_joystick.h>\n"],
             "system clock": ["#include <chrono>\n", "auto t = std::time(nullptr);\n",
                              "gettimeofday(&tv, nullptr);\n", "auto t = ::clock_gettime(0, &ts);\n",

@@ -5,13 +5,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <utility>
+
+#include "platform/real/decoders/ShapeMaker.h"
 
 namespace zemo {
 
@@ -124,22 +125,14 @@ WaveformReader::Peaks WaveformReader::Decode(const std::string& path) {
   auto peaks = std::make_shared<WavePeaks>();
   try {
     const auto source = opener_->Open(path);
-    const int64_t length = std::max<int64_t>(1, source->LengthFrames());
-    peaks->assign(kWavePeaks, 0);
+    ShapeMaker shape(source->LengthFrames());
     std::vector<float> block(static_cast<size_t>(kBlockFrames) * kChannels);
-    int64_t frame = 0;
     while (const int read = source->Read(block.data(), kBlockFrames)) {
-      for (int i = 0; i < read; ++i, ++frame) {
-        const auto at = static_cast<size_t>(
-            std::min<int64_t>(frame * static_cast<int64_t>(kWavePeaks) / length, kWavePeaks - 1));
-        const auto sample = static_cast<size_t>(i) * kChannels;
-        const float level = std::max(std::fabs(block[sample]), std::fabs(block[sample + 1]));
-        const auto scaled = static_cast<uint8_t>(std::lround(std::min(level, 1.0F) * 255));
-        (*peaks)[at] = std::max((*peaks)[at], scaled);
-      }
+      shape.Add(block.data(), read);
       const std::lock_guard lock(mutex_);
       if (quit_) return std::make_shared<WavePeaks>();
     }
+    *peaks = shape.Peaks();
   } catch (const std::exception&) {
     peaks->clear();
   }
