@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "store/SoundMeasuresTable.h"
 #include "store/StationBase.h"
 
 namespace {
@@ -94,6 +95,27 @@ void SeekByAccentedFileName(benchmark::State& state) {
   for (auto _ : state) cards->Seek("=", std::string("/music/été.mp3"));
 }
 BENCHMARK(SeekByAccentedFileName)->Unit(benchmark::kMillisecond);
+
+// What stands ahead of a start: a file for each card, of a size that a few others have as well.
+void MeasuresOfAFile(benchmark::State& state) {
+  StationBase& base = Opened();
+  static const bool measured = [&base] {
+    zemo::StoreMeasures(base, "/music/été.mp3", {1, 1}, {});
+    base.Db().Execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+                      std::to_string(kCards) +
+                      ") INSERT INTO Mesures(CHEMIN, TAILLE, MODIFIE, LUFS, DBTP) SELECT "
+                      "'/music/été ' || i || '.mp3', i / 5, i, -9.5, -0.3 FROM n");
+    return true;
+  }();
+  benchmark::DoNotOptimize(measured);
+  int64_t number = 0;
+  for (auto _ : state) {
+    number = number * 7919 % kCards + 1;
+    const std::string path = "/music/été " + std::to_string(number) + ".mp3";
+    benchmark::DoNotOptimize(zemo::FindMeasures(base.Db(), path, {number / 5, number}));
+  }
+}
+BENCHMARK(MeasuresOfAFile);
 
 void CountLibrary(benchmark::State& state) {
   StationBase& base = Opened();

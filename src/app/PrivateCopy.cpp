@@ -156,6 +156,10 @@ int64_t PrivateFiles::SizeBytes(std::string_view storedPath) const {
   return RegularFileSizeBytes(Resolve(storedPath));
 }
 
+std::optional<SoundFileStamp> PrivateFiles::Stamp(std::string_view storedPath) const {
+  return RegularFileStamp(Resolve(storedPath));
+}
+
 std::optional<std::string> PrivateFiles::Read(std::string_view storedPath) const {
   return ReadWholeFile(Resolve(storedPath));
 }

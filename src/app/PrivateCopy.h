@@ -35,6 +35,7 @@ class PrivateFiles : public SoundFiles {
   std::string Resolve(std::string_view storedPath) const override;
   bool Exists(std::string_view storedPath) const override;
   int64_t SizeBytes(std::string_view storedPath) const override;
+  std::optional<SoundFileStamp> Stamp(std::string_view storedPath) const override;
   std::optional<std::string> Read(std::string_view storedPath) const override;
   FolderListing List(std::string_view storedFolder) const override;
   void Write(std::string_view storedPath, std::string_view bytes) override;

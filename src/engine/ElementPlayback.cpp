@@ -3,7 +3,8 @@
 // and for whatever the base says of it.
 // Invariants:
 // 1. MainTimer is held from the loading of the slot to the end, whatever way the routine ends.
-// 2. What is audible comes first; every read of a card and every write comes after the overlap.
+// 2. What is audible comes first; every read of a card and every write comes after the overlap. Of
+//    the base only the settings and the measures of the file are read ahead of it, without a wait.
 // 3. StartNextNow is cleared here alone, NextRequested also by the stopped tick, and only once an
 //    element sounds: a row that starts nothing leaves them set, so that the next tick takes the row
 //    behind it.
@@ -24,6 +25,7 @@
 #include "settings/NowPlaying.h"
 #include "settings/SideFiles.h"
 #include "settings/WebPage.h"
+#include "station/Loudness.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -50,6 +52,7 @@ struct Incoming {
   OnAirElement row;    // a copy: during the overlap the list is the operator's
   std::string path{};  // of this system
   int slot = 1;
+  double gain = 1;  // of its file
   int volume = 0;
   int32_t lengthMs = 0;
 };
@@ -155,6 +158,8 @@ void LoadIncoming(Station& station, Incoming& element) {
     station.events.Skip(element.row.code, element.row.file, "unreadable");
     throw;
   }
+  element.gain = LoudnessGain(station, element.row.file);
+  sound.SetGain(element.slot, element.gain);
   element.lengthMs = sound.Length(element.slot);
   station.engine.ElementLengthMs = element.lengthMs;
   SetExtract(station, element);
@@ -224,6 +229,7 @@ void RestartOutput(Station& station, const Outgoing& old, Incoming& element) {
   station.platform.loop.Yield();
   element.slot = 0;
   sound.SetFileName(element.slot, element.path);
+  sound.SetGain(element.slot, element.gain);
   element.lengthMs = sound.Length(element.slot);
   engine.ElementLengthMs = element.lengthMs;
   sound.SetVolume(element.slot, VolumeUnderVoiceTrack(station, element.volume));

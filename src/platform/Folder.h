@@ -60,6 +60,13 @@ struct FolderListing {
   std::vector<std::string> folders, files;
 };
 
+// By which a sound file is known again: another one of its name differs in one of them.
+struct SoundFileStamp {
+  int64_t sizeBytes = 0;
+  int64_t changedMs = 0;  // its time of change, since 1970
+  bool operator==(const SoundFileStamp&) const = default;
+};
+
 // Files outside our folders, named by the paths that cards and settings store. A path with a drive
 // or backslashes goes through the machine's path map. Thread: the logic's.
 class SoundFiles {
@@ -68,6 +75,8 @@ class SoundFiles {
   virtual std::string Resolve(std::string_view storedPath) const = 0;  // a path of this system
   virtual bool Exists(std::string_view storedPath) const = 0;          // a regular file
   virtual int64_t SizeBytes(std::string_view storedPath) const = 0;    // -1 when absent
+  // Of a regular file, which is not opened for it; nullopt when absent.
+  virtual std::optional<SoundFileStamp> Stamp(std::string_view storedPath) const = 0;
   virtual std::optional<std::string> Read(std::string_view storedPath) const = 0;
   // Of the folder under that stored path. Links count as what they lead to. Throws nothing.
   virtual FolderListing List(std::string_view storedFolder) const = 0;

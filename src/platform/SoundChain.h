@@ -13,6 +13,7 @@ namespace zemo {
 inline constexpr int kSlots = 3;
 inline constexpr int kOverlaySlot = 2;
 inline constexpr int kUnityVolume = 16384;  // factor 1.0; 0 is silence, 32768 doubles
+inline constexpr double kMostGain = 100;    // 40 dB
 
 // Why a slot that sounded fell silent.
 enum class SlotEnd {
@@ -54,6 +55,11 @@ class SoundChain {
   virtual int32_t Length(int slot) const = 0;  // ms; 0 for a free slot
   virtual int Volume(int slot) const = 0;
   virtual void SetVolume(int slot, int volume) = 0;  // kUnityVolume is 1.0; clamped to 0..32768
+  // The level of the file itself, a factor ahead of the volume, which stays as it is: 1.0 with each
+  // SetFileName, which leaves every sample as it is in the file. Counts from the slot's next start
+  // on, so that nothing that sounds jumps. Clamped to 0..kMostGain.
+  virtual double Gain(int slot) const = 0;
+  virtual void SetGain(int slot, double gain) = 0;
   // Fades the slot to silence over `ms`, asynchronously; the channel is done at the end of the
   // fade. A fade asked while one runs keeps the earlier end (and is told only if its own is the
   // earlier); 0 ms or less ends the slot at once. Nothing on a slot that does not sound.

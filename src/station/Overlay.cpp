@@ -1,12 +1,14 @@
 #include "station/Overlay.h"
 
 #include "platform/Folder.h"
+#include "station/Loudness.h"
 #include "station/Station.h"
 
 namespace zemo {
 
 void LoadOverlay(Station& station, const std::string& storedPath) {
   station.Sound().SetFileName(kOverlaySlot, station.platform.soundFiles.Resolve(storedPath));
+  station.Sound().SetGain(kOverlaySlot, LoudnessGain(station, storedPath));
   station.engine.OverlayFile = storedPath;
 }
 

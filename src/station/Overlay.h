@@ -8,8 +8,8 @@ namespace zemo {
 
 struct Station;
 
-// Puts a file on slot 2, which does not sound before StartOverlay. `storedPath` is as cards name
-// it. Throws SoundError; the slot's former file is then still named in `OverlayFile`.
+// Puts a file on slot 2, at its gain, which does not sound before StartOverlay. `storedPath` is as
+// cards name it. Throws SoundError; the slot's former file is then still named in `OverlayFile`.
 void LoadOverlay(Station& station, const std::string& storedPath);
 
 // Lets slot 2 sound and tells it with `reason` ("pip", "jingle", "voicetrack", "key"); nothing is

@@ -100,8 +100,6 @@ void MakeAnew(StationBase& base, const CheckedTable& table) {
 
 }  // namespace
 
-namespace {
-
 // A table that is missing was told at the start, and must not hide what became of another.
 void OpenTablesThatAreThere(StationBase& base) {
   try {
@@ -110,8 +108,6 @@ void OpenTablesThatAreThere(StationBase& base) {
     // Each use of it says so.
   }
 }
-
-}  // namespace
 
 bool NeedsRebuild(StationBase& base, const CheckedTable& table) {
   TableDefs& tables = base.Db().Tables();

@@ -34,6 +34,10 @@ bool DropOldSetting(StationBase& base);
 // its field, with the field, how many rows have such a value and the first of them.
 void RebuildTable(StationBase& base, const CheckedTable& table);
 
+// After a change of the structure, or a failed one: the tables are open again, with their
+// stand-ins.
+void OpenTablesThatAreThere(StationBase& base);
+
 // Every row of `source` into `target`, sorted; fields are matched by name, new ones get their
 // defaults. Inside the caller's transaction. Throws StoreError.
 void CopyTable(StationBase& base, std::string_view sortField, std::string_view target,

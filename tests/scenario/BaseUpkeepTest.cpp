@@ -10,6 +10,7 @@
 #include "platform/BaseUse.h"
 #include "settings/SettingsCouplings.h"
 #include "station/BaseCompaction.h"
+#include "store/SoundMeasuresTable.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -79,6 +80,19 @@ TEST_F(Upkeep, AFullBaseOfThePresentStructureIsOnlyOpened) {
   EXPECT_EQ(sink->base, Lines{"opened"});
   EXPECT_EQ(sink->messages, Lines{});
   EXPECT_EQ(sink->errors, Lines{});
+}
+
+TEST_F(Upkeep, WhatWasMeasuredOutlivesUpgradeAndCompactionWithoutAWord) {
+  StoreMeasures(on.station.base, "/a.wav", {5, 7}, {.lengthMs = 1234});
+  on.Sql("ALTER TABLE Cnf DROP COLUMN OutExtrait");
+  on.Sql("ALTER TABLE Discotheque DROP COLUMN MMJJFin");
+  on.localValues.Set("LastCompactage", kLastMonth);
+  StartAgain();
+  EXPECT_EQ(sink->base, (Lines{"opened", "rebuilt Cnf", "rebuilt Discotheque", "compacted"}));
+  EXPECT_EQ(sink->errors, Lines{});
+  const auto found = FindMeasures(again->base.Db(), "/a.wav", {5, 7});
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->lengthMs, 1234);
 }
 
 TEST_F(Upkeep, TablesOfAnOlderVersionAreMadeAnewInTheirOrderAndEachIsTold) {

@@ -8,6 +8,7 @@
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
 #include "platform/BaseUse.h"
+#include "store/SoundMeasuresTable.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -84,6 +85,30 @@ TEST_F(HandOver, ABaseOfAnOlderVersionIsTakenAndBroughtUpToDate) {
   EXPECT_NE(on.First("base", "state", "swapped"), nullptr) << on.Describe();
   EXPECT_NE(on.First("base", "table", "Cnf"), nullptr) << on.Describe();
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM pragma_table_info('Cnf')"), "50");
+}
+
+TEST_F(HandOver, WhatWasMeasuredGoesAlongWithTheNewBase) {
+  StoreMeasures(on.station.base, "/a.wav", {5, 7}, {.lengthMs = 1234});
+  const std::string bytes = NewBase("NEW");
+  on.stationFolder.Write("New.mdb", bytes);
+  TakeDroppedBase(on.station);
+  EXPECT_NE(on.First("base", "state", "swapped"), nullptr) << on.Describe();
+  EXPECT_EQ(on.Events("error").size(), 0U) << on.Describe();
+  EXPECT_EQ(Artists(), "NEW");
+  EXPECT_TRUE(FindMeasures(on.station.base.Db(), "/a.wav", {5, 7}));
+}
+
+// Another program of the station measures the first file beside the engine.
+TEST_F(HandOver, ATableThatAnotherProgramAddsOnAirIsNoChangeThatIsTold) {
+  PutOnAir(2);
+  on.At(5000, [&] {
+    StationBase other(on.station.base.Path());
+    other.OpenOrCreateDatabase();
+    StoreMeasures(other, "/a.wav", {5, 7}, {.lengthMs = 1234});
+  });
+  on.RunUntil(10000);
+  EXPECT_EQ(on.Events("error").size(), 0U) << on.Describe();
+  EXPECT_TRUE(FindMeasures(on.station.base.Db(), "/a.wav", {5, 7}));
 }
 
 TEST_F(HandOver, ANewBaseIsTakenAsTheNextTitleStartsAndTheAirGoesOn) {

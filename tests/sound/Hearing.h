@@ -22,8 +22,9 @@ struct Recording {
   double Seconds() const { return static_cast<double>(left.size()) / kRate; }
 };
 
-inline void WriteTone(const std::string& path, double hertz, double level, double seconds) {
-  const auto frames = static_cast<uint32_t>(std::lround(seconds * kRate));
+// Both channels have these samples.
+inline void WriteWav(const std::string& path, const std::vector<double>& samples) {
+  const auto frames = static_cast<uint32_t>(samples.size());
   std::ofstream file(path, std::ios::binary);
   const auto little = [&file](uint32_t number, int size) {
     for (int i = 0; i < size; ++i) file.put(static_cast<char>(number >> (8 * i)));
@@ -35,11 +36,17 @@ inline void WriteTone(const std::string& path, double hertz, double level, doubl
       little(16, 2);
   file << "data";
   little(frames * 4, 4);
-  for (uint32_t i = 0; i < frames; ++i) {
-    const double value = level * std::sin(2 * std::numbers::pi * hertz * i / kRate);
+  for (const double value : samples) {
     const auto sample = static_cast<uint16_t>(static_cast<int16_t>(std::lround(value * 32767)));
     little(sample, 2), little(sample, 2);
   }
+}
+
+inline void WriteTone(const std::string& path, double hertz, double level, double seconds) {
+  std::vector<double> samples(static_cast<size_t>(std::lround(seconds * kRate)));
+  for (size_t i = 0; i < samples.size(); ++i)
+    samples[i] = level * std::sin(2 * std::numbers::pi * hertz * static_cast<double>(i) / kRate);
+  WriteWav(path, samples);
 }
 
 // The file must be what the program writes: a 44-byte header before 16-bit stereo frames, or one

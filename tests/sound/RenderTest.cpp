@@ -1,17 +1,14 @@
 // What is heard: stations of tones, rendered by the program, each element told by its frequency.
-// Stations begin at 10:00:00; the first element sounds at 100 ms. Standard settings: PmixDef 1600,
-// FadeOut 1600, VolumeMusique 16384 (1.0), VolumePubs 18000.
 #include <gtest/gtest.h>
 
-#include "Hearing.h"
-#include "app/tests/BlackBox.h"
+#include "RenderedStation.h"
 
 namespace zemo {
 namespace {
 
 using namespace hearing;
 
-class Rendered : public BlackBox {
+class Rendered : public RenderedStation {
  protected:
   struct Tone {
     double hertz;
@@ -23,36 +20,17 @@ class Rendered : public BlackBox {
   // A station whose list holds the tones; what is heard of it in that many seconds.
   Recording Hear(const std::vector<Tone>& tones, int seconds, const std::string& moreOrders = {},
                  const std::string& settings = {}) {
-    std::string make = settings;
-    std::string play;
-    int music = 0;
-    int spots = 0;
+    int number = 0;
     for (const Tone& tone : tones) {
-      const std::string file = Path("station/tone" + std::to_string(music + spots) + ".wav");
+      const std::string file = Path("station/tone" + std::to_string(number++) + ".wav");
       WriteTone(file, tone.hertz, tone.level, tone.seconds);
-      const std::string ms = std::to_string(std::lround(tone.seconds * 1000));
-      if (tone.spot) {
-        make += "+0 sql INSERT INTO GrillePub(FILENAMEAUDIO, DUREE, ANNONCEUR, PUB) VALUES('" +
-                file + "', " + ms + ", 'SPOT', -1)\n";
-        play += "+0 insert spot " + std::to_string(++spots) + "\n";
-      } else {
-        make +=
-            "+0 sql INSERT INTO Discotheque(FILENAME, DUREE, AUTEUR, TITRE, POINTSORTIE) VALUES('" +
-            file + "', " + ms + ", 'A', 'T', " + std::to_string(tone.exitMs) + ")\n";
-        play += "+0 insert music " + std::to_string(++music) + "\n";
-      }
+      if (tone.spot)
+        AddSpot(file, tone.seconds);
+      else
+        AddTitle(file, tone.seconds, tone.exitMs);
     }
-    Put("make", make);
-    Put("play", play + moreOrders);
-    EXPECT_EQ(Run("simulate --station station --in-place --no-start --for 0 --script make --trace "
-                  "/dev/null")
-                  .status,
-              0);
-    const Result result =
-        Run("render --station station --from '2026-11-21 10:00:00' --for " +
-            std::to_string(seconds) + " --script play --trace trace --audio heard.wav");
-    EXPECT_EQ(result.status, 0) << result.err;
-    return ReadWav(Path("heard.wav"));
+    MakeBase(settings);
+    return Render(seconds, moreOrders);
   }
 };
 

@@ -171,6 +171,16 @@ TEST_F(PrivateFilesTest, SoundFilesAreTheRealOnesUntilTheyAreChanged) {
   EXPECT_EQ(files_->SizeBytes(Path("music/b.wav")), -1);
 }
 
+TEST_F(PrivateFilesTest, AStampIsThatOfTheFileThatIsRead) {
+  Put(root_ / "station/a.wav", "sound");
+  const auto stations = files_->Stamp(Path("station/a.wav"));
+  ASSERT_TRUE(stations);
+  EXPECT_EQ(stations->sizeBytes, 5);
+  copy_->Write("a.wav", "dropped");
+  EXPECT_EQ(files_->Stamp(Path("station/a.wav"))->sizeBytes, 7);
+  EXPECT_EQ(files_->Stamp(Path("station/b.wav")), std::nullopt);
+}
+
 TEST_F(PrivateFilesTest, ARemovedFileIsGoneForTheRunAndStaysForAllOthers) {
   Put(root_ / "music/a.wav", "sound");
   files_->Remove(Path("music/a.wav"));

@@ -91,7 +91,7 @@ void SimSoundChain::FreeSlot(int slot) {
 }
 
 bool SimSoundChain::StartSlot(int slot, int64_t frame) {
-  core_.Start(slot, sources_[slot].get(), sources_[slot]->LengthFrames(), frame);
+  core_.Start(slot, sources_[slot].get(), sources_[slot]->LengthFrames(), frame, Gain(slot));
   return true;
 }
 

@@ -10,8 +10,9 @@
 namespace zemo {
 namespace {
 
-// Gain of a stretch: (volume + volumeStep * i) * (fade + fadeStep * i) for frame i.
-struct Gain {
+// Level of a stretch: (volume + volumeStep * i) * (fade + fadeStep * i) for frame i, with the gain
+// of the source in its volume.
+struct Level {
   float volume;
   float volumeStep;
   float fade;
@@ -24,15 +25,15 @@ struct Gain {
   }
 };
 
-void Scale(float* stereo, int frames, const Gain& gain) {
-  if (gain.Constant()) {
-    const float factor = gain.volume * gain.fade;
+void Scale(float* stereo, int frames, const Level& level) {
+  if (level.Constant()) {
+    const float factor = level.volume * level.fade;
     if (factor == 1.0f) return;
     for (int i = 0; i < 2 * frames; ++i) stereo[i] *= factor;
     return;
   }
   for (int i = 0; i < frames; ++i) {
-    const float factor = gain.At(i);
+    const float factor = level.At(i);
     stereo[2 * i] *= factor;
     stereo[2 * i + 1] *= factor;
   }
@@ -42,13 +43,14 @@ void Add(const float* stereo, float* sum, int frames) {
   for (int i = 0; i < 2 * frames; ++i) sum[i] += stereo[i];
 }
 
-Gain GainOf(const Ramp& volume, const Ramp& fade) {
+Level LevelOf(float gain, const Ramp& volume, const Ramp& fade) {
   // A frame takes the value behind its step: the first one of a ramp has already moved, the last
   // one is at the target.
   const double volumeStep = volume.FramesLeft() > 0 ? volume.After(1) - volume.Value() : 0.0;
   const double fadeStep = fade.FramesLeft() > 0 ? fade.After(1) - fade.Value() : 0.0;
-  return {static_cast<float>(volume.Value() + volumeStep), static_cast<float>(volumeStep),
-          static_cast<float>(fade.Value() + fadeStep), static_cast<float>(fadeStep)};
+  return {gain * static_cast<float>(volume.Value() + volumeStep),
+          gain * static_cast<float>(volumeStep), static_cast<float>(fade.Value() + fadeStep),
+          static_cast<float>(fadeStep)};
 }
 
 // The longest stretch within `frames` over which neither ramp ends.
@@ -92,10 +94,12 @@ void MixerCore::SetDecoding(bool decoding) {
   }
 }
 
-void MixerCore::Start(int slot, SoundSource* source, int64_t lengthFrames, int64_t frame) {
+void MixerCore::Start(int slot, SoundSource* source, int64_t lengthFrames, int64_t frame,
+                      double gain) {
   Slot& s = slots_[slot];
   KeepTail(s);
   s.source = source;
+  s.gain = static_cast<float>(gain);
   s.length = lengthFrames;
   s.position = frame;
   s.seekBeforeRead = true;
@@ -226,7 +230,7 @@ void MixerCore::MixSlot(Slot& slot, float* sum, int frames, bool first) {
   const int given = ReadSlot(slot, stereo, asked);
   for (int done = 0; done < given;) {
     const int stretch = Stretch(slot.volume, slot.fade, given - done);
-    Scale(stereo + 2 * done, stretch, GainOf(slot.volume, slot.fade));
+    Scale(stereo + 2 * done, stretch, LevelOf(slot.gain, slot.volume, slot.fade));
     AdvanceSlot(slot, stretch);
     done += stretch;
   }
@@ -297,7 +301,7 @@ void MixerCore::KeepTail(Slot& slot) {
   Ramp fade = slot.fade;
   for (int done = 0; done < given;) {
     const int stretch = Stretch(volume, fade, given - done);
-    Scale(scratch_.data() + 2 * done, stretch, GainOf(volume, fade));
+    Scale(scratch_.data() + 2 * done, stretch, LevelOf(slot.gain, volume, fade));
     volume.Advance(stretch);
     fade.Advance(stretch);
     done += stretch;
@@ -307,7 +311,7 @@ void MixerCore::KeepTail(Slot& slot) {
   cut.GlideTo(0.0, kRampFrames);
   Ramp one;
   one.Set(1.0);
-  Scale(scratch_.data(), given, GainOf(cut, one));
+  Scale(scratch_.data(), given, LevelOf(1.0F, cut, one));
 
   float* tail = slot.tail.data();
   const int running = slot.tailLeft;
@@ -329,6 +333,7 @@ void MixerCore::CheckInvariants() const {
     assert(s.fade.Value() >= 0.0 && s.fade.Value() <= 1.0);      // 3
     assert(s.fading || s.fade.Value() == s.fade.Target());       // 3
     assert(s.volume.Value() >= 0.0 && s.volume.Value() <= 2.0);  // 4
+    assert(s.gain >= 0.0F && s.gain <= kMostGain);               // 4
     assert(s.tailLeft >= 0 && s.tailLeft <= kRampFrames);        // 6
   }
 #endif

@@ -1,6 +1,6 @@
-// The mixer of every mode: three slots summed in 32-bit float, each with its volume and its fade,
-// and a limiter on the sum. Moved by whoever renders: the mixer thread (real), the virtual clock
-// (simulated).
+// The mixer of every mode: three slots summed in 32-bit float, each with the gain of its file, its
+// volume and its fade, and a limiter on the sum. Moved by whoever renders: the mixer thread (real),
+// the virtual clock (simulated).
 //
 // Invariants. CheckInvariants asserts after each change in debug builds what a moment can show of
 // them (1 and 3 to 6); the tests prove the others over time:
@@ -8,7 +8,8 @@
 //     fade's end: position < length and, while fading, at least one frame of the fade is left.
 //  2. Position moves by the frames rendered while running, by nothing else but Start and Seek.
 //  3. The fade's factor lies within 0..1 and only falls; its end only moves nearer.
-//  4. The gain of a slot never jumps while it plays: a new volume is a ramp of kRampFrames.
+//  4. The level of a slot never jumps while it plays: a new volume is a ramp of kRampFrames, and a
+//     gain comes with Start alone, behind the tail of what played.
 //  5. Each Start ends at most once: an end waits for TakeEnd only while the slot does not play.
 //  6. A tail (the last kRampFrames of what was silenced) has 0..kRampFrames frames left.
 //  7. Rendering null moves positions, fades and ends by the same frames as rendering sound.
@@ -56,8 +57,9 @@ class MixerCore {
   void SetDecoding(bool decoding);
 
   // Plays `source` (not owned; until Silence, an end, or another Start) from `frame`, at once, at
-  // the slot's volume. What played in the slot is cut. `frame` < `lengthFrames`.
-  void Start(int slot, SoundSource* source, int64_t lengthFrames, int64_t frame);
+  // the slot's volume and, ahead of it, `gain`: 1.0 leaves every sample as it is. What played in
+  // the slot is cut. `frame` < `lengthFrames`.
+  void Start(int slot, SoundSource* source, int64_t lengthFrames, int64_t frame, double gain = 1.0);
   void Silence(int slot);  // at once for the slot; rendered sound glides out over kRampFrames
   void Seek(int slot, SoundSource* source,
             int64_t frame);  // of a slot that plays; `frame` < its length
@@ -85,6 +87,7 @@ class MixerCore {
     int64_t position = 0;
     bool seekBeforeRead = false;  // the source does not stand at `position`
     bool sounded = false;         // moved on since Start, Seek or a pause
+    float gain = 1.0F;            // of the source
     Ramp volume;
     Ramp fade;  // 1, or on its way to 0
     bool fading = false;

@@ -22,6 +22,7 @@ SoundChainBase::SoundChainBase(SoundOpener& opener)
 void SoundChainBase::SetFileName(int slot, const std::string& path, SlotEnd reason) {
   Slot& s = slots_[slot];
   if (s.state == SlotState::kSounding) EndSounding(slot, reason);
+  s.gain = 1.0;
   if (s.state != SlotState::kFree && s.state != SlotState::kAsked) {
     FreeSlot(slot);
     s.state = SlotState::kFree;
@@ -82,6 +83,10 @@ void SoundChainBase::SetVolume(int slot, int volume) {
   if (s.volume == from) return;
   VolumeSlot(slot, s.volume);
   if (Sounds(slot) && observer_ != nullptr) observer_->OnVolume(slot, from, s.volume);
+}
+
+void SoundChainBase::SetGain(int slot, double gain) {
+  slots_[slot].gain = std::clamp(gain, 0.0, kMostGain);
 }
 
 void SoundChainBase::FadeOut(int slot, int ms) {

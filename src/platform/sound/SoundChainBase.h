@@ -25,6 +25,8 @@ class SoundChainBase : public SoundChain {
   int32_t Length(int slot) const final;
   int Volume(int slot) const final { return slots_[slot].volume; }
   void SetVolume(int slot, int volume) final;
+  double Gain(int slot) const final { return slots_[slot].gain; }
+  void SetGain(int slot, double gain) final;
   void FadeOut(int slot, int ms) final;
 
   bool ChannelDone(int slot) const final;
@@ -51,7 +53,8 @@ class SoundChainBase : public SoundChain {
   // --- What makes the sound. Frames count in the file, at kSampleRate ---
   virtual void LoadSlot(int slot, const std::string& path, std::unique_ptr<SoundSource> source) = 0;
   virtual void FreeSlot(int slot) = 0;  // its source goes; it does not sound any more
-  // The slot sounds from `frame` on, below its length. False: its file cannot be read any more.
+  // The slot sounds from `frame` on, below its length, at its Gain. False: its file cannot be read
+  // any more.
   virtual bool StartSlot(int slot, int64_t frame) = 0;
   virtual void SilenceSlot(int slot) = 0;  // a sounding slot stops
   virtual bool SeekSlot(int slot,
@@ -96,6 +99,7 @@ class SoundChainBase : public SoundChain {
     int64_t frame = 0;         // position while it does not sound
     int64_t fadeEndFrame = 0;  // position at which the running fade ends; 0: none runs
     int volume = kUnityVolume;
+    double gain = 1.0;  // of its file
   };
 
   int64_t FrameOf(int slot) const;

@@ -111,6 +111,7 @@ class MemoryFolder : public Folder {
 class MemorySoundFiles : public SoundFiles {
  public:
   std::map<std::string, std::string, std::less<>> files;
+  std::map<std::string, int64_t, std::less<>> changedMs;  // of those that were not changed at 0
   bool writesFail = false;
 
   std::string Resolve(std::string_view path) const override { return std::string(path); }
@@ -118,6 +119,11 @@ class MemorySoundFiles : public SoundFiles {
   int64_t SizeBytes(std::string_view path) const override {
     const auto found = files.find(path);
     return found == files.end() ? -1 : static_cast<int64_t>(found->second.size());
+  }
+  std::optional<SoundFileStamp> Stamp(std::string_view path) const override {
+    if (!Exists(path)) return std::nullopt;
+    const auto changed = changedMs.find(path);
+    return SoundFileStamp{SizeBytes(path), changed == changedMs.end() ? 0 : changed->second};
   }
   std::optional<std::string> Read(std::string_view path) const override {
     const auto found = files.find(path);

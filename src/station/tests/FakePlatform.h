@@ -53,6 +53,8 @@ struct NoSound : SoundChain {
   int32_t Length(int) const override { return 0; }
   int Volume(int) const override { return 0; }
   void SetVolume(int, int) override {}
+  double Gain(int) const override { return 1; }
+  void SetGain(int, double) override {}
   void FadeOut(int, int) override {}
   bool ChannelDone(int) const override { return true; }
   void SetChannelDone(int, bool, SlotEnd) override {}

@@ -2,6 +2,8 @@
 #include <map>
 
 #include "app/check/tests/CheckedStation.h"
+#include "store/SoundMeasuresTable.h"
+#include "store/StationBase.h"
 
 namespace zemo {
 namespace {
@@ -25,6 +27,15 @@ class OtherProcess {
 };
 
 TEST_F(BaseCheck, ASoundStationHasNoFindings) {
+  EXPECT_EQ(Found(), Lines{});
+}
+
+TEST_F(BaseCheck, ABaseWithWhatWasMeasuredHasNoFindings) {
+  {
+    StationBase base(Base());
+    base.OpenOrCreateDatabase();
+    StoreMeasures(base, "/a.wav", {5, 7}, {.lengthMs = 1234});
+  }
   EXPECT_EQ(Found(), Lines{});
 }
 

@@ -80,6 +80,11 @@ int64_t StoredPaths::SizeBytes(std::string_view storedPath) const {
   return storedPath.empty() ? -1 : RegularFileSizeBytes(Resolve(storedPath));
 }
 
+std::optional<SoundFileStamp> StoredPaths::Stamp(std::string_view storedPath) const {
+  if (storedPath.empty()) return std::nullopt;
+  return RegularFileStamp(Resolve(storedPath));
+}
+
 std::optional<std::string> StoredPaths::Read(std::string_view storedPath) const {
   if (storedPath.empty()) return std::nullopt;
   return ReadWholeFile(Resolve(storedPath));

@@ -23,6 +23,7 @@ class StoredPaths : public SoundFiles {
   std::string Resolve(std::string_view storedPath) const override;
   bool Exists(std::string_view storedPath) const override;
   int64_t SizeBytes(std::string_view storedPath) const override;
+  std::optional<SoundFileStamp> Stamp(std::string_view storedPath) const override;
   std::optional<std::string> Read(std::string_view storedPath) const override;
   FolderListing List(std::string_view storedFolder) const override;
   // The path of a folder, without a slash behind it but for the root's; empty for the empty path.

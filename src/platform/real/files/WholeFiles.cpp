@@ -10,8 +10,6 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/Folder.h"
-
 namespace zemo {
 
 namespace {
@@ -160,6 +158,14 @@ bool IsRegularFile(const std::string& path) {
 int64_t RegularFileSizeBytes(const std::string& path) {
   struct stat status;
   return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : -1;
+}
+
+std::optional<SoundFileStamp> RegularFileStamp(const std::string& path) {
+  constexpr int64_t kMsOfSecond = 1000, kNsOfMs = 1'000'000;
+  struct stat status;
+  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return SoundFileStamp{status.st_size, int64_t{status.st_mtim.tv_sec} * kMsOfSecond +
+                                            status.st_mtim.tv_nsec / kNsOfMs};
 }
 
 std::optional<std::string> ReadWholeFile(const std::string& path) {

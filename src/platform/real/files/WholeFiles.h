@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Folder.h"
+
 namespace zemo {
 
 // Brings what was written to an open file or folder onto the disk itself. Tests put one of their
@@ -27,7 +29,8 @@ extern const DiskSync kDiskSync;
 extern const NoDiskSync kNoDiskSync;
 
 bool IsRegularFile(const std::string& path);
-int64_t RegularFileSizeBytes(const std::string& path);  // -1 when absent
+int64_t RegularFileSizeBytes(const std::string& path);                    // -1 when absent
+std::optional<SoundFileStamp> RegularFileStamp(const std::string& path);  // nullopt when absent
 
 // nullopt when there is no such file, or no such folder.
 std::optional<std::string> ReadWholeFile(const std::string& path);

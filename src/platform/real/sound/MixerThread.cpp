@@ -126,7 +126,7 @@ void MixerThread::StartStream(const MixerOrder& order) {
   if (seek) {
     core_.Seek(slot, order.stream, order.frame);
   } else {
-    core_.Start(slot, order.stream, order.stream->LengthFrames(), order.frame);
+    core_.Start(slot, order.stream, order.stream->LengthFrames(), order.frame, order.gain);
   }
   ReleaseStream(slot);  // the one before, now that its tail is read
   streams_[slot] = order.stream;

@@ -25,7 +25,7 @@ namespace zemo {
 // One order of the logic. Which members count is told with the kind.
 struct MixerOrder {
   enum class Kind {
-    kStart,    // slot, stream (given to the mixer), generation, frame
+    kStart,    // slot, stream (given to the mixer), generation, frame, gain
     kSeek,     // the same, for a slot that sounds
     kSilence,  // slot
     kFade,     // slot, frame: the frames of the fade
@@ -38,6 +38,7 @@ struct MixerOrder {
   DecodedStream* stream = nullptr;
   uint32_t generation = 0;  // of the slot: counts its starts
   int64_t frame = 0;        // position in the file, or length of the fade
+  double gain = 1.0;        // of the file
   uint16_t run = 0;         // counts the starts of the output
   int capacityFrames = 0;   // at kSampleRate
   bool on = false;

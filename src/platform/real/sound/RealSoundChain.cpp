@@ -188,7 +188,8 @@ bool RealSoundChain::StartSlot(int slot, int64_t frame) {
         .slot = slot,
         .stream = player.stream.get(),
         .generation = player.generation,
-        .frame = frame});
+        .frame = frame,
+        .gain = Gain(slot)});
   return true;
 }
 
@@ -199,7 +200,8 @@ bool RealSoundChain::SeekSlot(int slot, int64_t frame) {
         .slot = slot,
         .stream = player.stream.get(),
         .generation = player.generation,
-        .frame = frame});
+        .frame = frame,
+        .gain = Gain(slot)});
   return true;
 }
 

@@ -58,6 +58,80 @@ TEST_F(MixerCoreTest, VolumeIsAFactorWithUnityAt16384) {
   }
 }
 
+TEST_F(MixerCoreTest, AGainIsAFactorAheadOfTheVolume) {
+  struct {
+    double gain;
+    int volume;
+    float level;
+  } const cases[] = {
+      {0.0, 16384, 0.0f}, {0.5, 16384, 0.125f}, {3.0, 16384, 0.75f}, {0.5, 32768, 0.25f}};
+  for (const auto& each : cases) {
+    MixerCore core(true);
+    WaveSource source(Constant(0.25f), kLong);
+    core.SetRunning(true);
+    core.SetVolume(0, each.volume);
+    core.Start(0, &source, kLong, 0, each.gain);
+    const std::vector<float> out = Render(core, 1000);
+    EXPECT_EQ(out[2 * MixerCore::kLatencyFrames], each.level) << each.gain;  // at once
+    EXPECT_EQ(out[2 * 999], each.level) << each.gain;
+    EXPECT_EQ(out[2 * 999 + 1], -each.level) << each.gain;
+  }
+}
+
+// A power of two scales every sample without rounding: any other change of the sum would be seen.
+TEST_F(MixerCoreTest, AGainLeavesRampsAndFadesAsTheyAre) {
+  const auto play = [this](double gain) {
+    MixerCore core(true);
+    WaveSource source(Sine(440.0, 0.4), kLong);
+    core.SetRunning(true);
+    core.Start(0, &source, kLong, 1000, gain);
+    std::vector<float> all = Render(core, 2000);
+    core.SetVolume(0, 6500);
+    for (const float sample : Render(core, 1000)) all.push_back(sample);
+    core.Seek(0, &source, 30000);
+    core.Fade(0, 700);
+    for (const float sample : Render(core, 2000)) all.push_back(sample);
+    return all;
+  };
+  const std::vector<float> plain = play(1.0), half = play(0.5);
+  for (size_t i = 0; i < plain.size(); ++i) ASSERT_EQ(half[i], plain[i] / 2) << i;
+}
+
+// The sum of a ramp of the volume and of a fade, as it was before there was a gain.
+TEST_F(MixerCoreTest, AGainOfOneLeavesEverySampleBitForBit) {
+  WaveSource source(Sine(440.0, 0.4), kLong);
+  core_.SetRunning(true);
+  core_.Start(0, &source, kLong, 0, 1.0);
+  Render(core_, 1000);
+  core_.SetVolume(0, 6500);
+  core_.Fade(0, 441);
+  const std::vector<float> out = Mixed(441);
+  const double down = 6500.0 / 16384 - 1.0;
+  const double first = 6500.0 / 16384 - down * 440 / 441, firstFade = 440.0 / 441;
+  const auto volume = static_cast<float>(1.0 + (first - 1.0));
+  const auto volumeStep = static_cast<float>(first - 1.0);
+  const auto fade = static_cast<float>(1.0 + (firstFade - 1.0));
+  const auto fadeStep = static_cast<float>(firstFade - 1.0);
+  const testing::Wave wave = Sine(440.0, 0.4);
+  for (int i = 0; i < 441; ++i) {
+    const auto x = static_cast<float>(i);
+    ASSERT_EQ(out[2 * i], wave(1000 + i) * ((volume + volumeStep * x) * (fade + fadeStep * x)))
+        << i;
+  }
+}
+
+TEST_F(MixerCoreTest, WhatIsCutGlidesOutAtItsOwnGain) {
+  WaveSource first(Constant(0.5f), kLong);
+  WaveSource second(Constant(0.0f), kLong);
+  core_.SetRunning(true);
+  core_.Start(0, &first, kLong, 0, 0.5);
+  std::vector<float> all = Render(core_, 3000);
+  core_.Start(0, &second, kLong, 0, 4.0);
+  const std::vector<float> out = Render(core_, 2000);
+  all.insert(all.end(), out.begin(), out.end());
+  EXPECT_NEAR(all[2 * (3000 + MixerCore::kLatencyFrames)], 0.25f * 440 / 441, 1e-6f);
+}
+
 TEST_F(MixerCoreTest, BelowFullScaleTheOutputIsTheSumBitForBit) {
   WaveSource first(Sine(440.0, 0.4), kLong);
   WaveSource second(Sine(523.0, 0.3), kLong);

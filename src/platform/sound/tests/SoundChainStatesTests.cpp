@@ -282,6 +282,53 @@ TEST_F(SoundChainStates, VolumeReadsAtOnceAndIsToldOnlyWhenItChangesASound) {
   EXPECT_EQ(log_.Take(), (Lines{"volume 0 6500>9000", "volume 0 9000>32768", "volume 0 32768>0"}));
 }
 
+TEST_F(SoundChainStates, AGainGoesWithItsFile) {
+  EXPECT_EQ(chain_.Gain(0), 1.0);
+  chain_.SetFileName(0, "long");
+  chain_.SetGain(0, 0.25);
+  EXPECT_EQ(chain_.Gain(0), 0.25);
+  EXPECT_EQ(chain_.Gain(1), 1.0);
+  EXPECT_EQ(chain_.Volume(0), kUnityVolume);
+  chain_.SetFileName(0, "short");
+  EXPECT_EQ(chain_.Gain(0), 1.0);
+  chain_.SetGain(0, 0.25);
+  chain_.SetFileName(0, "");
+  EXPECT_EQ(chain_.Gain(0), 1.0);
+  chain_.SetGain(0, 0.25);
+  EXPECT_THROW(chain_.SetFileName(0, "nowhere"), SoundError);
+  EXPECT_EQ(chain_.Gain(0), 1.0);
+}
+
+TEST_F(SoundChainStates, AGainIsKeptWithin40Decibels) {
+  for (const auto& [given, kept] :
+       {std::pair{-1.0, 0.0}, {0.0, 0.0}, {100.0, 100.0}, {100.1, 100.0}, {INFINITY, 100.0}}) {
+    chain_.SetGain(0, given);
+    EXPECT_EQ(chain_.Gain(0), kept);
+  }
+}
+
+TEST_F(SoundChainStates, AGainCountsFromTheNextStartOnAndIsToldToNobody) {
+  std::vector<float> heard;
+  chain_.SetSink([&](const float* stereo, int frames) {
+    for (int i = 0; i < frames; ++i) heard.push_back(stereo[2 * i]);
+  });
+  chain_.Start();
+  chain_.SetFileName(0, "long");
+  chain_.SetGain(0, 0.5);
+  chain_.SetChannelDone(0, false);
+  log_.Take();
+  chain_.AdvanceTo(1000);
+  chain_.SetGain(0, 0.25);
+  chain_.AdvanceTo(2000);
+  EXPECT_TRUE(log_.Take().empty());
+  EXPECT_EQ(heard.at(40000), 0.25f);
+  EXPECT_EQ(heard.at(80000), 0.25f);
+  chain_.SetChannelDone(0, true);
+  chain_.SetChannelDone(0, false);
+  chain_.AdvanceTo(3000);
+  EXPECT_EQ(heard.at(130000), 0.125f);
+}
+
 TEST_F(SoundChainStates, PositionsAreKeptWithinTheFile) {
   chain_.SetPosition(0, 500);  // no file
   EXPECT_EQ(chain_.Position(0), 0);

@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/StoredPaths.h"
 #include "platform/real/files/tests/TemporaryFolder.h"
@@ -37,6 +40,19 @@ TEST_F(StoredPathsTest, TheEmptyPathIsNoFile) {
   EXPECT_EQ(paths.Read(""), std::nullopt);
   EXPECT_THROW(paths.Write("", "x"), FileError);
   paths.Remove("");
+}
+
+TEST_F(StoredPathsTest, AStampIsTheSizeAndTheTimeOfChangeOfTheFileBehindThePath) {
+  const std::string song = music.Put("Song.wav", "sound");
+  MapIs("D:\\Music = " + music.Path() + "\r\n");
+  const timespec times[2] = {{0, 0}, {1'795'000'000, 123'999'999}};
+  ASSERT_EQ(utimensat(AT_FDCWD, song.c_str(), times, 0), 0);
+  const SoundFileStamp expected{5, 1'795'000'000'123};
+  EXPECT_EQ(paths.Stamp(song), expected);
+  EXPECT_EQ(paths.Stamp("d:\\MUSIC\\song.wav"), expected);
+  EXPECT_EQ(paths.Stamp(""), std::nullopt);
+  EXPECT_EQ(paths.Stamp(music / "a"), std::nullopt);
+  EXPECT_EQ(paths.Stamp(music.Path()), std::nullopt);
 }
 
 TEST_F(StoredPathsTest, AFolderIsNoFile) {

@@ -220,6 +220,34 @@ TEST_F(RealSoundChainTest, VolumeAndPeaksAreThoseOfTheSound) {
   ASSERT_TRUE(Within([&] { return chain.TakeHealth().peakLeft == 0.0f; }));
 }
 
+// 16384 at a quarter, ahead of half the volume; the next file at 1 again, a seek keeps what it has.
+TEST_F(RealSoundChainTest, AGainIsHeardFromTheFirstFrameOnAndGoesWithItsFile) {
+  const std::string path = folder_.Path("out.wav");
+  RealSoundChain& chain = Make(nullptr, std::make_unique<FileSink>(path));
+  chain.SetVolume(0, 8192);
+  chain.SetFileName(0, "level");
+  chain.SetGain(0, 0.25);
+  chain.SetChannelDone(0, false);
+  chain.Start();
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > 200; }));
+  chain.SetPosition(0, 20000);
+  ASSERT_TRUE(Within([&] { return chain.Position(0) > 20900; }));
+  chain.SetFileName(0, "counted");
+  chain.SetChannelDone(0, false);
+  ASSERT_TRUE(Within([&] { return chain.ChannelDone(0); }));
+  const int end = chain.OutputPosition();
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > end + kRingMs + 100; }));
+  chain_.reset();
+  const std::vector<int16_t> left = Left(path);
+  const auto first = std::find_if(left.begin(), left.end(), [](int16_t x) { return x != 0; });
+  ASSERT_NE(first, left.end());
+  EXPECT_EQ(*first, 2048);
+  EXPECT_EQ(std::count_if(first, left.end(), [](int16_t x) { return x > 15000; }), 0);
+  const auto counted = std::find(first, left.end(), 14999);
+  ASSERT_NE(counted, left.end()) << "frame 29997 of the second file, 29998 at half";
+  EXPECT_EQ(std::count_if(first, counted - 29000, [](int16_t x) { return x > 2048; }), 0);
+}
+
 TEST_F(RealSoundChainTest, ASilencedChannelGoesOnWhereItWas) {
   RealSoundChain& chain = Make();
   Sound(0, "level");

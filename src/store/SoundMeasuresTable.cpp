@@ -1,0 +1,152 @@
+// Found by the size of the file, which an index over numbers serves whatever letters the path has;
+// two paths are the same only byte for byte, as the files of this system are.
+#include "store/SoundMeasuresTable.h"
+
+#include <memory>
+#include <string>
+
+#include "store/Database.h"
+#include "store/Names.h"
+#include "store/RowView.h"
+#include "store/StationBase.h"
+#include "store/StoreError.h"
+#include "store/StructureUpgrade.h"
+#include "store/TableDefs.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr const char* kTable = "Mesures";
+constexpr const char* kPathIndex = "Chemin";
+
+// What a meter can say: integrated loudness has no part below -70 LUFS, and a true peak is a few dB
+// above full scale at most.
+constexpr double kLeastLufs = -70, kMostLufs = 20, kLeastPeakDb = -150, kMostPeakDb = 20;
+
+Field OfType(const char* name, FieldType type) {
+  Field field;
+  field.Name = name;
+  field.Type = type;
+  return field;
+}
+
+TableDef MakeMeasuresTable() {
+  TableDef table;
+  table.Name = kTable;
+  table.Fields = {OfType("CHEMIN", FieldType::kMemo),
+                  OfType("TAILLE", FieldType::kFloat64),   // bytes, also above 2 GB
+                  OfType("MODIFIE", FieldType::kFloat64),  // ms since 1970
+                  OfType("DUREE", FieldType::kInt32),      // ms, as the ones below
+                  OfType("LUFS", FieldType::kFloat64),
+                  OfType("DBTP", FieldType::kFloat64),
+                  OfType("DEBUT", FieldType::kInt32),
+                  OfType("FIN", FieldType::kInt32),
+                  OfType("POINTSORTIE", FieldType::kInt32)};
+  table.Indexes = {{kPathIndex, "CHEMIN"}, {"Taille", "TAILLE"}};
+  return table;
+}
+
+bool Within(const std::optional<double>& value, double least, double most) {
+  return !value || (*value >= least && *value <= most);
+}
+
+bool IsOfASound(const SoundMeasures& measures) {
+  return Within(measures.loudnessLufs, kLeastLufs, kMostLufs) &&
+         Within(measures.truePeakDb, kLeastPeakDb, kMostPeakDb);
+}
+
+constexpr const char* kFind =
+    "SELECT CHEMIN, DUREE, LUFS, DBTP, DEBUT, FIN, POINTSORTIE FROM Mesures WHERE TAILLE = ? AND "
+    "MODIFIE = ?";
+
+std::optional<double> RealOrNone(const RowView& row, int column) {
+  if (row.IsNull(column)) return std::nullopt;
+  return row.Real(column);
+}
+
+// A row of kFind.
+SoundMeasures Read(const RowView& row) {
+  SoundMeasures measures;
+  measures.lengthMs = static_cast<int32_t>(row.Int(1));
+  measures.loudnessLufs = RealOrNone(row, 2);
+  measures.truePeakDb = RealOrNone(row, 3);
+  measures.soundBeginMs = static_cast<int32_t>(row.Int(4));
+  measures.soundEndMs = static_cast<int32_t>(row.Int(5));
+  measures.exitMs = static_cast<int32_t>(row.Int(6));
+  return measures;
+}
+
+void MakeTable(TableDefs& tables) {
+  StructureTransaction transaction(tables);
+  if (tables.Has(kTable)) return;  // another program was first
+  tables.Append(MeasuresTable());
+  for (const Index& index : MeasuresTable().Indexes) tables.AppendIndex(kTable, index);
+  transaction.Commit();
+}
+
+void RequireTable(StationBase& base) {
+  TableDefs& tables = base.Db().Tables();
+  if (tables.Has(kTable)) return;
+  try {
+    MakeTable(tables);
+  } catch (const StoreError&) {
+    OpenTablesThatAreThere(base);
+    throw;
+  }
+  OpenTablesThatAreThere(base);
+}
+
+Value ValueOf(const std::optional<double>& number) {
+  return number ? Value(*number) : Value();
+}
+
+// On the row of that path, else on a new one. The index takes paths for the same that differ in
+// case.
+void EditRowOf(Recordset& rows, const std::string& path) {
+  rows.SetIndex(kPathIndex);
+  rows.Seek("=", path);
+  while (!rows.Eof() && rows.Text("CHEMIN") != path && SameName(rows.Text("CHEMIN"), path))
+    rows.MoveNext();
+  if (!rows.Eof() && rows.Text("CHEMIN") == path)
+    rows.Edit();
+  else
+    rows.AddNew();
+}
+
+}  // namespace
+
+const TableDef& MeasuresTable() {
+  static const TableDef table = MakeMeasuresTable();
+  return table;
+}
+
+std::optional<SoundMeasures> FindMeasures(Database& database, std::string_view storedPath,
+                                          const SoundFileStamp& stamp) {
+  if (!database.Tables().Has(kTable)) return std::nullopt;
+  std::optional<SoundMeasures> found;
+  database.ReadRows(kFind, {stamp.sizeBytes, stamp.changedMs}, [&](const RowView& row) {
+    if (row.Text(0) == storedPath) found = Read(row);
+  });
+  return found && IsOfASound(*found) ? found : std::nullopt;
+}
+
+void StoreMeasures(StationBase& base, std::string_view storedPath, const SoundFileStamp& stamp,
+                   const SoundMeasures& measures) {
+  RequireTable(base);
+  const auto rows = base.Db().OpenTable(kTable);
+  const std::string path(storedPath);
+  EditRowOf(*rows, path);
+  rows->Set("CHEMIN", path);
+  rows->Set("TAILLE", stamp.sizeBytes);
+  rows->Set("MODIFIE", stamp.changedMs);
+  rows->Set("DUREE", int64_t{measures.lengthMs});
+  rows->Set("LUFS", ValueOf(measures.loudnessLufs));
+  rows->Set("DBTP", ValueOf(measures.truePeakDb));
+  rows->Set("DEBUT", int64_t{measures.soundBeginMs});
+  rows->Set("FIN", int64_t{measures.soundEndMs});
+  rows->Set("POINTSORTIE", int64_t{measures.exitMs});
+  rows->Update();
+}
+
+}  // namespace zemo
