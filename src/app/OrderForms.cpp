@@ -35,7 +35,10 @@ bool Fits(std::string_view kind, std::string_view text) {
   if (kind == "BUTTON") return IsWholeNumber(text, 1, 4);
   if (kind == "DAY") return ParseDay(text).has_value();
   if (kind == "NAME") return !text.empty() && text.find('=') == std::string_view::npos;
-  if (kind == "FIELD" || kind == "FILE" || kind == "CONTROL") return !text.empty();
+  if (kind == "NUMBER") return IsWholeNumber(text, 0, 0x7fffffff);
+  if (kind == "FIELD" || kind == "FILE" || kind == "FOLDER" || kind == "CONTROL" ||
+      kind == "GRID" || kind == "LIST")
+    return !text.empty();
   if (kind == "FILENAME") return IsFileName(text);
   return true;
 }
@@ -68,6 +71,14 @@ std::optional<std::vector<std::string>> Match(std::string_view form, const Order
       text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
       if (text.empty() && kind == "STATEMENT...") return std::nullopt;
       return std::vector<std::string>{std::string(text)};
+    }
+    if (kind.ends_with('+')) {
+      kind.remove_suffix(1);
+      for (const size_t first = next; next < line.words.size() || next == first; ++next) {
+        if (next == line.words.size() || !Fits(kind, line.words[next])) return std::nullopt;
+        arguments.push_back(line.words[next]);
+      }
+      break;
     }
     if (kind.front() == '[') {
       if (next == line.words.size()) break;

@@ -33,8 +33,8 @@ struct Order {
 
   // A word in small letters stands as it is ("on|off" for a choice); one in capitals is an argument
   // of that kind, in brackets when it may be left out, together with the fixed word before it. The
-  // last may take the rest of the line ("TEXT..."). Several forms of one order may follow each
-  // other.
+  // last may take the rest of the line ("TEXT...") or all words that are left, one at least
+  // ("FILE+"). Several forms of one order may follow each other.
   std::string_view form;
   std::string_view help;
   std::variant<OfOperator, OfSimulation> serve;

@@ -27,4 +27,15 @@ void PullJoystick(SimStation& sim, const GivenOrder& given);
 void AnswerNext(SimStation& sim, const GivenOrder& given);
 void DropFile(SimStation& sim, const GivenOrder& given);
 
+// --- of the screens of its office ---
+void PressControl(SimStation& sim, const GivenOrder& given);
+void PressKey(SimStation& sim, const GivenOrder& given);
+void ClickCell(SimStation& sim, const GivenOrder& given);
+void ChooseRows(SimStation& sim, const GivenOrder& given);
+void ChooseFolder(SimStation& sim, const GivenOrder& given);
+void LeaveSelectorOpen(SimStation& sim, const GivenOrder& given);
+void ChooseFiles(SimStation& sim, const GivenOrder& given);
+// A path that a script names, from the folder in which the program was started.
+std::string AbsolutePath(const std::string& path);
+
 }  // namespace zemo

@@ -2,6 +2,7 @@
 #include "app/Orders.h"
 
 #include "app/ForeignBase.h"
+#include "app/Moments.h"
 #include "app/OrderHandlers.h"
 #include "app/SimStation.h"
 #include "engine/DayGridControls.h"
@@ -68,6 +69,31 @@ const Order kOrders[] = {
     {"remove FILENAME", "another program removes a file of the station's folder",
      [](Sim& s, const It& it) { s.RemoveFile(it.arguments[0]); }},
     {"answer yes|no|ok|cancel", "the answer to the next message", AnswerNext},
+
+    // --- the screens of the office ---
+    {"open library", "opens a screen, as its menu entry does",
+     [](Sim& s, const It&) { s.desk.Open("library"); }},
+    {"close library", "closes it, with all that its closing does",
+     [](Sim& s, const It&) { s.desk.Close("library"); }},
+    {"show library|selector", "an event `screen` with all that a screen shows",
+     [](Sim& s, const It& it) { s.desk.Show(it.arguments[0]); }},
+    {"put CONTROL VALUE",
+     "gives a control a value, an element of a group (`NAME.1`) or a cell of a grid (`NAME.ROW.COLUMN`)",
+     [](Sim& s, const It& it) { s.desk.Put(it.arguments[0], it.arguments[1]); }},
+    {"press CONTROL [left|right]", "a click on a button, menu entry, label or heading", PressControl},
+    {"key CONTROL enter|delete|insert", "a key in a control", PressKey},
+    {"cell GRID NUMBER NUMBER [left|right|shift|ctrl]",
+     "a click on a cell of a grid, by row and column from 0; two of one moment are a double click", ClickCell},
+    {"cell GRID NUMBER NUMBER left|right shift|ctrl", "the same with a button and a key", ClickCell},
+    {"choose LIST VALUE", "selects rows of a list by their numbers from 1, with commas between", ChooseRows},
+    {"files all FOLDER", "the next sound file selector: everything in a folder", ChooseFolder},
+    {"files open FILE", "the next sound file selector opens on a file and stays open, as the screen `selector`",
+     LeaveSelectorOpen},
+    {"files FILE+", "the next sound file selector gives these files", ChooseFiles},
+    {"day DAY", "the next calendar gives that day",
+     [](Sim& s, const It& it) { s.desk.days.push_back(*ParseDay(it.arguments[0])); }},
+    {"path FILE", "the next dialogue for a file gives that one",
+     [](Sim& s, const It& it) { s.desk.paths.push_back(AbsolutePath(it.arguments[0])); }},
     {"kill", "ends the process on the spot, with status 137", [](Sim& s, const It&) { s.killed(); }},
 };
 // clang-format on

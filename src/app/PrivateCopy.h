@@ -38,6 +38,8 @@ class PrivateFiles : public SoundFiles {
   std::optional<SoundFileStamp> Stamp(std::string_view storedPath) const override;
   std::optional<std::string> Read(std::string_view storedPath) const override;
   FolderListing List(std::string_view storedFolder) const override;
+  // The run's own files are writable.
+  void ClearReadOnly(std::string_view /*storedPath*/) override {}
   void Write(std::string_view storedPath, std::string_view bytes) override;
   // The copy goes with the run: nothing in it has to outlive the machine.
   void WriteDurably(std::string_view storedPath, std::string_view bytes) override {

@@ -56,8 +56,12 @@ SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
                        .joystick = joystick,
                        .baseUse = baseLock ? &*baseLock : nullptr,
                        .prelisten = &prelisten}),
+      desk(station),
       stationPath_(folders.copiedFrom.empty() ? stationFolder.Path() : folders.copiedFrom) {
   loop.SetSound(&sound);
+  prelisten.told = [this](const char* state, const std::string& file, int device) {
+    station.events.Prelisten(state, file, device);
+  };
   clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };
   messages.shown = [this](const std::string& title, const std::string& text, Buttons buttons,
                           Answer answer) {

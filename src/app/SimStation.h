@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "app/OfficeDesk.h"
 #include "app/PrivateCopy.h"
 #include "platform/LocalValues.h"
 #include "platform/real/files/BaseLock.h"
@@ -59,6 +60,7 @@ class SimStation {
   SimAutomaton automaton;
   SimJoystick joystick;
   Station station;
+  OfficeDesk desk;
   std::function<void()> killed;  // the process is to end on the spot; where a script may say so
 
  private:

@@ -122,16 +122,20 @@ void Append(std::string& out, const std::vector<Item>& items) {
   out += ']';
 }
 
-// Named values, an object of its own.
 template <typename... Kinds>
-void Append(std::string& out,
-            const std::vector<std::pair<std::string, std::variant<Kinds...>>>& members) {
+void Append(std::string& out, const std::variant<Kinds...>& value) {
+  std::visit([&](const auto& kind) { Append(out, kind); }, value);
+}
+
+// Named values, an object of its own.
+template <typename Value>
+void Append(std::string& out, const std::vector<std::pair<std::string, Value>>& members) {
   out += '{';
   for (size_t i = 0; i < members.size(); ++i) {
     if (i > 0) out += ',';
     AppendText(out, members[i].first);
     out += ':';
-    std::visit([&](const auto& value) { Append(out, value); }, members[i].second);
+    Append(out, members[i].second);
   }
   out += '}';
 }

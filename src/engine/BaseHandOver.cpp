@@ -8,6 +8,7 @@
 
 #include "engine/BaseMaintenance.h"
 #include "engine/OperatorControls.h"
+#include "library/HotKeys.h"
 #include "platform/BaseUse.h"
 #include "platform/Folder.h"
 #include "station/BaseFiles.h"
@@ -83,7 +84,7 @@ void TakeNewBase(Station& station) {
   station.events.Base("swapped");
   OpenBaseAgain(station);
   CheckStructures(station);  // it may come from an older version
-  OnAir::LoadShortcutTable(station);
+  LoadHotKeys(station);
 }
 
 void LookForNewBase(Station& station) {

@@ -301,13 +301,4 @@ void OnAir::PL_RightClick(Station& station, int row) {
   RefreshPlanTimes(station);
 }
 
-void OnAir::LoadShortcutTable(Station& station) {
-  station.lists.Touches.clear();
-  const auto rows = station.base.Db().OpenRecordset(
-      "SELECT Libelle, Duree, FileName, Touche, POINTSORTIE FROM DiscothequeVirgule WHERE '*'");
-  for (; !rows->Eof(); rows->MoveNext())
-    if (rows->Int("Touche") != 0)
-      station.lists.Touches.push_back({rows->Text("Touche"), rows->Text("FileName")});
-}
-
 }  // namespace zemo

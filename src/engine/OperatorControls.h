@@ -48,9 +48,6 @@ bool DeletingAsks(const Station& station, int row);  // a voice track's row
 void PL_KeyDelete(Station& station, int row);        // the Delete key
 void PL_RightClick(Station& station, int row);
 
-// Shortcut table of the numeric pad, from the short elements that have a key.
-void LoadShortcutTable(Station& station);
-
 }  // namespace OnAir
 
 }  // namespace zemo

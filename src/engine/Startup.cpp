@@ -9,6 +9,7 @@
 #include "engine/MainTick.h"
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
+#include "library/HotKeys.h"
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
 #include "platform/Joystick.h"
@@ -179,7 +180,7 @@ const char* ModelCaption(bool skeleton, int64_t langue) {
 void ActivateFirst(Station& station) {
   LoadSaveAudio(station, "Load");
   ComposeDayGrid(station);
-  Guarded(station, "LoadShortcutTable", [&] { OnAir::LoadShortcutTable(station); });
+  Guarded(station, "LoadHotKeys", [&] { LoadHotKeys(station); });
   OpenAutomaton(station);
   if (LoadSavePlay(station, "Load")) StartStopZemoRadio(station, true);
 }
@@ -212,7 +213,7 @@ void TakeUpOpenedBase(Station& station) {
     TakeInputSettings(station);
     OpenAutomaton(station);
   }
-  Guarded(station, "LoadShortcutTable", [&] { OnAir::LoadShortcutTable(station); });
+  Guarded(station, "LoadHotKeys", [&] { LoadHotKeys(station); });
 }
 
 void OnAir::Form_Activate(Station& station, bool first) {

@@ -16,8 +16,21 @@ class Clipboard {
   virtual void SetText(const std::string& text) = 0;
 };
 
-enum class Buttons { kOk, kOkCancel, kYesNo };
+enum class Buttons { kOk, kOkCancel, kYesNo, kYesCancel };
 enum class Answer { kOk, kCancel, kYes, kNo };
+// What a question gets that nobody answers.
+constexpr Answer SafeAnswer(Buttons buttons) {
+  switch (buttons) {
+    case Buttons::kOkCancel:
+    case Buttons::kYesCancel:
+      return Answer::kCancel;
+    case Buttons::kYesNo:
+      return Answer::kNo;
+    case Buttons::kOk:
+      break;
+  }
+  return Answer::kOk;
+}
 enum class Icon { kNone, kInformation, kStop };
 
 // Asks or tells the operator. Without anybody to answer, a question gets its safe answer (no,

@@ -155,6 +155,14 @@ void EngineEvents::Output(const char* state) {
   Send({"output", {{"state", std::string(state)}}});
 }
 
+void EngineEvents::Print(const std::string& title, Rows pages) {
+  Send({"print", {{"title", title}, {"pages", std::move(pages)}}});
+}
+
+void EngineEvents::Prelisten(const char* state, const std::string& file, int device) {
+  Send({"prelisten", {{"state", std::string(state)}, {"file", file}, {"device", int64_t{device}}}});
+}
+
 void EngineEvents::Error(const std::string& where, int number, const std::string& text) {
   Send({"error", {{"where", where}, {"number", Int(number)}, {"text", text}}});
 }

@@ -12,10 +12,12 @@
 namespace zemo {
 
 using Rows = std::vector<std::vector<std::string>>;
-using NamedValues = std::vector<
-    std::pair<std::string, std::variant<bool, double, std::string, std::vector<int32_t>>>>;
+using NamedValues =
+    std::vector<std::pair<std::string, std::variant<bool, double, std::string, std::vector<int32_t>,
+                                                    std::vector<bool>, std::vector<std::string>>>>;
+using NamedRows = std::vector<std::pair<std::string, Rows>>;
 using EventValue = std::variant<bool, int64_t, double, std::string, std::vector<int32_t>,
-                                std::vector<std::string>, Rows, NamedValues>;
+                                std::vector<std::string>, Rows, NamedValues, NamedRows>;
 
 struct Event {
   std::string_view name;
@@ -86,6 +88,10 @@ class EngineEvents {
   void Notice(const std::string& where, const std::string& text) {
     if (sink_) sink_->OnNotice(where, text);
   }
+  void Print(const std::string& title, Rows pages);  // pages of lines
+  void Prelisten(const char* state, const std::string& file, int device);
+  // A screen of the office; built by app/OfficeScreen.
+  void Screen(Event event) { Send(std::move(event)); }
   // The whole state; built by engine/StateDump.
   void State(Event event) { Send(std::move(event)); }
 

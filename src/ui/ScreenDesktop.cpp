@@ -126,6 +126,8 @@ QMessageBox::StandardButtons ButtonsOf(Buttons buttons) {
       return QMessageBox::Yes | QMessageBox::No;
     case Buttons::kOkCancel:
       return QMessageBox::Ok | QMessageBox::Cancel;
+    case Buttons::kYesCancel:
+      return QMessageBox::Yes | QMessageBox::Cancel;
     case Buttons::kOk:
       break;
   }
@@ -297,9 +299,7 @@ void ScreenMessageBoxes::MoveAll() {
 
 Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& text, Buttons buttons,
                                 Icon icon) {
-  const Answer safe = buttons == Buttons::kYesNo      ? Answer::kNo
-                      : buttons == Buttons::kOkCancel ? Answer::kCancel
-                                                      : Answer::kOk;
+  const Answer safe = SafeAnswer(buttons);
   if (buttons == Buttons::kOk || !mayWait_ || !mayWait_()) {
     Tell(title, text, icon);
     return safe;

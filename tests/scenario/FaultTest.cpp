@@ -11,6 +11,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
+#include "library/HotKeys.h"
 #include "support/BaseLock.h"
 #include "support/TestStation.h"
 
@@ -125,7 +126,7 @@ TEST_F(Fault, KeyHeldOnALostFileDoesNotHoldTheAir) {
       "INSERT INTO DiscothequeVirgule (FILENAME, DUREE, LIBELLE, TOUCHE) VALUES "
       "('/nowhere/key.wav', 1000, "
       "'KEY', 1)");
-  OnAir::LoadShortcutTable(on.station);
+  LoadHotKeys(on.station);
   AppendTitles(3, 10000);
   on.Start();
   on.At(5000, [&] { on.keyboard.Press(97); });

@@ -9,6 +9,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/OverlayButton.h"
 #include "engine/ScreenSaver.h"
+#include "library/HotKeys.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -240,7 +241,7 @@ TEST_F(ScreenFigures, TheOverlayButtonPlaysTheChosenRowOverTheAir) {
 TEST_F(ScreenFigures, TheOverlayButtonNamesTheKeyWhileItsSoundIsHeard) {
   on.Sql("INSERT INTO DiscothequeVirgule (FILENAME, DUREE, LIBELLE, TOUCHE) VALUES ('" +
          on.MakeSound("key.wav", 2000) + "', 2000, 'KEY', 3)");
-  OnAir::LoadShortcutTable(on.station);
+  LoadHotKeys(on.station);
   on.AppendCard(on.AddCard({}));
   on.Start();
   on.At(4950, [&] { on.keyboard.Press(99); });

@@ -175,6 +175,9 @@ TestStation::TestStation(const std::string& begin)
   system.ordered = [this](const char* action, const std::string& value) {
     station.events.System(action, value);
   };
+  prelisten.told = [this](const char* state, const std::string& file, int device) {
+    station.events.Prelisten(state, file, device);
+  };
   messages.shown = [this](const std::string& title, const std::string& text, Buttons buttons,
                           Answer answer) {
     station.events.Message(title, text, ButtonsWord(buttons), AnswerWord(answer));

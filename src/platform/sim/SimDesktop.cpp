@@ -13,20 +13,10 @@ bool Fits(Buttons buttons, Answer answer) {
       return answer == Answer::kOk || answer == Answer::kCancel;
     case Buttons::kYesNo:
       return answer == Answer::kYes || answer == Answer::kNo;
+    case Buttons::kYesCancel:
+      return answer == Answer::kYes || answer == Answer::kCancel;
   }
   return false;
-}
-
-Answer SafeAnswer(Buttons buttons) {
-  switch (buttons) {
-    case Buttons::kOk:
-      return Answer::kOk;
-    case Buttons::kOkCancel:
-      return Answer::kCancel;
-    case Buttons::kYesNo:
-      return Answer::kNo;
-  }
-  return Answer::kOk;
 }
 }  // namespace
 
@@ -38,6 +28,8 @@ const char* ButtonsWord(Buttons buttons) {
       return "okcancel";
     case Buttons::kYesNo:
       return "yesno";
+    case Buttons::kYesCancel:
+      return "yescancel";
   }
   return "ok";
 }

@@ -146,6 +146,7 @@ class MemorySoundFiles : public SoundFiles {
     }
     return listing;
   }
+  void ClearReadOnly(std::string_view) override {}
   void Write(std::string_view path, std::string_view bytes) override {
     if (writesFail) throw FileError(std::string(path) + ": No space left on device");
     files[std::string(path)] = bytes;

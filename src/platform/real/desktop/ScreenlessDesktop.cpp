@@ -28,15 +28,7 @@ Answer ScreenlessMessageBoxes::Show(const std::string& title, const std::string&
                                     Buttons buttons, Icon) {
   const std::string line = OneLine(title.empty() ? text : title + ": " + text);
   std::fprintf(stderr, "zemoradio: message: %s\n", line.c_str());
-  switch (buttons) {
-    case Buttons::kOk:
-      return Answer::kOk;
-    case Buttons::kOkCancel:
-      return Answer::kCancel;
-    case Buttons::kYesNo:
-      return Answer::kNo;
-  }
-  return Answer::kOk;
+  return SafeAnswer(buttons);
 }
 
 RealSystem::RealSystem(std::vector<std::string> shutdown) : shutdown_(std::move(shutdown)) {}

@@ -107,6 +107,10 @@ std::string StoredPaths::ToWrite(std::string_view storedPath) const {
   return Resolve(storedPath);
 }
 
+void StoredPaths::ClearReadOnly(std::string_view storedPath) {
+  if (!storedPath.empty()) MakeFileWritable(Resolve(storedPath));
+}
+
 void StoredPaths::Write(std::string_view storedPath, std::string_view bytes) {
   ReplaceWholeFile(ToWrite(storedPath), bytes);
 }

@@ -28,6 +28,7 @@ class StoredPaths : public SoundFiles {
   FolderListing List(std::string_view storedFolder) const override;
   // The path of a folder, without a slash behind it but for the root's; empty for the empty path.
   std::string ResolveFolder(std::string_view storedFolder) const;
+  void ClearReadOnly(std::string_view storedPath) override;
   void Write(std::string_view storedPath, std::string_view bytes) override;
   void WriteDurably(std::string_view storedPath, std::string_view bytes) override;
   void Remove(std::string_view storedPath) override;

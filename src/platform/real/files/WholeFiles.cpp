@@ -216,6 +216,12 @@ void PutIntoFile(const std::string& path, int64_t offset, std::string_view bytes
   file.Close();
 }
 
+void MakeFileWritable(const std::string& path) {
+  struct stat status;
+  if (::stat(path.c_str(), &status) == 0 && (status.st_mode & S_IWUSR) == 0)
+    ::chmod(path.c_str(), (status.st_mode & 07777) | S_IWUSR);
+}
+
 void RemoveFile(const std::string& path) {
   if (::unlink(path.c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) Fail(path, errno);
 }

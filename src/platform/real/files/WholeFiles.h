@@ -56,6 +56,8 @@ void AppendToFileDurably(const std::string& path, std::string_view bytes,
                          const DiskSync& disk = kDiskSync);
 // In place: bytes from `offset` on, all others as they were.
 void PutIntoFile(const std::string& path, int64_t offset, std::string_view bytes);
+// Its owner may write it from then on; nothing when absent or not ours.
+void MakeFileWritable(const std::string& path);
 void RemoveFile(const std::string& path);  // nothing when absent
 // The new name is on the disk when this comes back; the file's bytes are the writer's to sync.
 void RenameFile(const std::string& from, const std::string& to, const DiskSync& disk = kDiskSync);

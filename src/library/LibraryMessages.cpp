@@ -1,0 +1,57 @@
+#include "library/LibraryMessages.h"
+
+#include "platform/Desktop.h"
+#include "station/LanguageTexts.h"
+#include "station/Station.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr const char* kPicked = "Vous avez sélectioné ";
+constexpr LanguageTexts kPickedTexts = {kPicked, kPicked, "Seleccionou ", kPicked};
+constexpr const char* kFiles = " Fichiers audios";
+constexpr LanguageTexts kFilesTexts = {kFiles, kFiles, " ficheiros audios", kFiles};
+constexpr const char* kThenAdd = "Vous n'avez plus qu'à cliquer sur le menu Ajouter";
+constexpr LanguageTexts kThenAddTexts = {kThenAdd, kThenAdd, "Clicar no menu Adicionar", kThenAdd};
+constexpr const char* kThenAddShort = "validez sur le menu Ajouter";
+
+constexpr LanguageTexts kConfirmSelection = {"Confirmez la suppression de la séléction",
+                                             "Delete séléction", "Eliminar a selecção",
+                                             "Confirmar Eliminar a selecção"};
+constexpr LanguageTexts kConfirmOverwriteTexts = {
+    "Cette fiche a été modifiée ailleurs depuis son affichage.\r\nLa remplacer quand même ?",
+    "This card was changed elsewhere since it was shown.\r\nReplace it all the same?",
+    "Esta ficha foi alterada noutro lugar desde que foi mostrada.\r\nSubstituir mesmo assim?",
+    "Esta ficha fue cambiada en otro lugar desde que se mostró.\r\n¿Reemplazarla de todos modos?"};
+
+std::string Said(Station& station, const LanguageTexts& texts) {
+  const int64_t langue = station.base.CnfInt(Cnf::kLangue);
+  if (langue < 0 || langue >= static_cast<int64_t>(kLanguages)) return {};
+  return texts[static_cast<size_t>(langue)];
+}
+
+}  // namespace
+
+std::string LibraryText::FilesPicked(Station& station, size_t count) {
+  return Said(station, kPickedTexts) + std::to_string(count) + Said(station, kFilesTexts) + "\r\n" +
+         Said(station, kThenAddTexts);
+}
+
+std::string LibraryText::ShortFilesPicked(size_t count) {
+  return kPicked + std::to_string(count) + kFiles + "\r\n" + kThenAddShort;
+}
+
+std::string LibraryText::ConfirmDeleteSelection(Station& station) {
+  return Said(station, kConfirmSelection);
+}
+
+std::string LibraryText::ConfirmOverwrite(Station& station) {
+  return Said(station, kConfirmOverwriteTexts);
+}
+
+void ShowLibraryAlert(Station& station, const std::string& text) {
+  station.platform.messages.Show("Alerte", text, Buttons::kOk);
+}
+
+}  // namespace zemo

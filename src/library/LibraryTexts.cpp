@@ -1,0 +1,139 @@
+#include "library/LibraryTexts.h"
+
+namespace zemo {
+
+namespace {
+
+// clang-format off
+constexpr Word kLibrary[] = {
+    {"title", {"Discothèque", "Library", "Discoteca", "Discoteca"}},
+    {"TabStrip1.1", {"Musiques", "Music", "Músicas", "Músicas"}},
+    {"TabStrip1.2", {"Jingles", "Jingles", "Jingles", "Jingles"}},
+    {"TabStrip1.3", {"Autres", "Short elements", "Separadores", "Cortinillas"}},
+    {"TabStrip1.4", {"Top horaire", "Hour pips", "Sinal horário", "Señales horarias"}},
+
+    {"Nouveau", {"Nouveau", "New", "Novo", "Nuevo"}},
+    {"Ajouter", {"Ajouter", "Add", "Adicionar", "Añadir"}},
+    {"Replacer", {"Remplacer", "Replace", "Substituir", "Reemplazar"}},
+    {"MnuDelete", {"Supprimer", "Delete", "Eliminar", "Eliminar"}},
+    {"MnuListe", {"Liste", "List", "Lista", "Lista"}},
+    {"MnuImp", {"Imprimer", "Print", "Imprimir", "Imprimir"}},
+    {"MnuOptions", {"Options", "Options", "Opções", "Opciones"}},
+    {"MnuExporter", {"Exporter vers un tableur...", "Export to a spreadsheet...", "Exportar para folha de cálculo...", "Exportar a hoja de cálculo..."}},
+    {"MnuTxt", {"Écrire les fichiers d'échange", "Write the exchange files", "Escrever os ficheiros de troca", "Escribir los ficheros de intercambio"}},
+    {"MnuInitDate", {"Réinitialiser les dates de diffusion...", "Reset the play dates...", "Repor as datas de difusão...", "Reiniciar las fechas de emisión..."}},
+    {"MnuAide", {"Aide", "Help", "Ajuda", "Ayuda"}},
+
+    {"BtnPlus", {"Suivante", "Next", "Seguinte", "Siguiente"}},
+    {"BtnMoins", {"Précédente", "Previous", "Anterior", "Anterior"}},
+    {"BtnClear", {"Vider", "Clear", "Limpar", "Vaciar"}},
+    {"OptionTri.0", {"Numéro", "Number", "Número", "Número"}},
+    {"OptionTri.1", {"Artiste", "Artist", "Artista", "Artista"}},
+    {"OptionTri.2", {"Titre", "Title", "Título", "Título"}},
+    {"OptionTri.3", {"Genre", "Genre", "Género", "Género"}},
+    {"OptionTri.4", {"Variété", "Variety", "Variedade", "Variedad"}},
+    {"OptionTri.5", {"Label", "Label", "Editora", "Sello"}},
+
+    {"FrameAutorisation", {"Heures autorisées", "Hours allowed", "Horas autorizadas", "Horas autorizadas"}},
+    {"JourSem.1", {"Lundi", "Monday", "Segunda", "Lunes"}},
+    {"JourSem.2", {"Mardi", "Tuesday", "Terça", "Martes"}},
+    {"JourSem.3", {"Mercredi", "Wednesday", "Quarta", "Miércoles"}},
+    {"JourSem.4", {"Jeudi", "Thursday", "Quinta", "Jueves"}},
+    {"JourSem.5", {"Vendredi", "Friday", "Sexta", "Viernes"}},
+    {"JourSem.6", {"Samedi", "Saturday", "Sábado", "Sábado"}},
+    {"JourSem.7", {"Dimanche", "Sunday", "Domingo", "Domingo"}},
+    {"BtnCopy", {"Copier", "Copy", "Copiar", "Copiar"}},
+    {"BtnColler", {"Coller", "Paste", "Colar", "Pegar"}},
+
+    {"CmdFileMusique", {"Fichier...", "File...", "Ficheiro...", "Fichero..."}},
+    {"CmdFileJingle", {"Fichier...", "File...", "Ficheiro...", "Fichero..."}},
+    {"CmdFileVirgules", {"Fichier...", "File...", "Ficheiro...", "Fichero..."}},
+    {"For.lblNumero", {"Fiche n°", "Card no.", "Ficha n.º", "Ficha n.º"}},
+    {"For.Longeur", {"Durée", "Length", "Duração", "Duración"}},
+    {"For.ChIntro", {"Intro (s)", "Intro (s)", "Intro (s)", "Intro (s)"}},
+    {"For.ChAuteur", {"Artiste", "Artist", "Artista", "Artista"}},
+    {"For.ChTitre", {"Titre", "Title", "Título", "Título"}},
+    {"For.ChGenre", {"Genre", "Genre", "Género", "Género"}},
+    {"For.ChVariete", {"Variété", "Variety", "Variedade", "Variedad"}},
+    {"For.ChAnne", {"Année", "Year", "Ano", "Año"}},
+    {"For.ChNbPassJour", {"Passages par jour", "Plays a day", "Passagens por dia", "Pases por día"}},
+    {"For.ChEcartMinutes", {"Écart en minutes", "Gap in minutes", "Intervalo em minutos", "Intervalo en minutos"}},
+    {"For.ChEcartJours", {"Écart en jours", "Gap in days", "Intervalo em dias", "Intervalo en días"}},
+    {"For.ChEcartArtiste", {"Écart artiste (titres)", "Artist gap (titles)", "Intervalo do artista (títulos)", "Intervalo del artista (títulos)"}},
+    {"For.ChDiffusion", {"Dernières diffusions", "Last plays", "Últimas difusões", "Últimas emisiones"}},
+    {"For.ChCommentaire", {"Commentaire", "Comment", "Comentário", "Comentario"}},
+    {"For.PointSortie", {"Point de sortie (s)", "Exit point (s)", "Ponto de saída (s)", "Punto de salida (s)"}},
+    {"For.ChLabel", {"Label", "Label", "Editora", "Sello"}},
+    {"For.ChCD", {"CD", "CD", "CD", "CD"}},
+    {"For.ChAuteurCompositeur", {"Auteur compositeur", "Author, composer", "Autor compositor", "Autor compositor"}},
+    {"For.ChRefAlbum", {"Référence de l'album", "Album reference", "Referência do álbum", "Referencia del álbum"}},
+    {"LblJ.0", {"Du", "From", "De", "Del"}},
+    {"LblJ.1", {"au", "to", "a", "al"}},
+
+    {"For.ChLibJingle", {"Libellé", "Description", "Descrição", "Descripción"}},
+    {"For.CodeAssocie", {"Fiche associée n°", "Linked card no.", "Ficha associada n.º", "Ficha asociada n.º"}},
+    {"For.LblArtisteAssocie", {"Artiste associé", "Linked artist", "Artista associado", "Artista asociado"}},
+    {"For.GenreAssocie", {"Genre associé", "Linked genre", "Género associado", "Género asociado"}},
+    {"For.LblDiff", {"Dernière diffusion", "Last play", "Última difusão", "Última emisión"}},
+    {"CheckSurimpression", {"En surimpression", "Overlay", "Em sobreposição", "En sobreimpresión"}},
+    {"EndofTitre", {"À la fin du titre", "At the end of the title", "No fim do título", "Al final del título"}},
+    {"JingleExtraitYN", {"Jingle d'annonce d'extraits", "Announces excerpts", "Anuncia excertos", "Anuncia extractos"}},
+    {"CheckJingleRacro", {"Élément de raccord", "Linking element", "Elemento de ligação", "Elemento de enlace"}},
+    {"CadreTouche", {"Touche du pavé numérique", "Numeric pad key", "Tecla do teclado numérico", "Tecla del teclado numérico"}},
+    {"BtnRechJingles", {"Liste", "List", "Lista", "Lista"}},
+    {"BtnFindAutre", {"Liste", "List", "Lista", "Lista"}},
+
+    {"PLDisco.0", {"Artiste", "Artist", "Artista", "Artista"}},
+    {"PLDisco.1", {"Titre", "Title", "Título", "Título"}},
+    {"PLDisco.2", {"Durée", "Length", "Duração", "Duración"}},
+    {"PLDisco.3", {"Genre", "Genre", "Género", "Género"}},
+    {"PLDisco.4", {"Variété", "Variety", "Variedade", "Variedad"}},
+    {"PLDisco.5", {"Code", "Code", "Código", "Código"}},
+    {"PLDisco.6", {"Dernière diffusion", "Last play", "Última difusão", "Última emisión"}},
+    {"PLJingles.0", {"Libellé", "Description", "Descrição", "Descripción"}},
+    {"PLJingles.1", {"Artiste associé", "Linked artist", "Artista associado", "Artista asociado"}},
+    {"PLJingles.2", {"Durée", "Length", "Duração", "Duración"}},
+    {"PLJingles.3", {"Genre associé", "Linked genre", "Género associado", "Género asociado"}},
+    {"PLJingles.4", {"Sur Imp", "Over", "Sobreposição", "Sobreimpresión"}},
+    {"PLJingles.5", {"Fichier", "File", "Ficheiro", "Fichero"}},
+    {"PLJingles.6", {"Code", "Code", "Código", "Código"}},
+    {"PLAutre.0", {"Libellé", "Description", "Descrição", "Descripción"}},
+    {"PLAutre.1", {"Durée", "Length", "Duração", "Duración"}},
+    {"PLAutre.2", {"Raccord", "Linking", "Ligação", "Enlace"}},
+    {"PLAutre.3", {"Fichier", "File", "Ficheiro", "Fichero"}},
+    {"PLAutre.4", {"Code", "Code", "Código", "Código"}},
+    {"GTopH.0", {"Heure", "Hour", "Hora", "Hora"}},
+    {"GTopH.1", {"Fichier", "File", "Ficheiro", "Fichero"}},
+    {"GTopH.2", {"Sur Imp", "Over", "Sobreposição", "Sobreimpresión"}},
+    {"GTopH.3", {"Jours", "Days", "Dias", "Días"}},
+};
+
+constexpr Word kSelector[] = {
+    {"title", {"Sélecteur de fichier son / Pré-écoute", "Selector of sound file / Listened Meadow", "Selector de ficheiro áudio / Pré-escuta", "Selector de fichero audio / Preescucha"}},
+    {"BtnCancel", {"Annuler", "Cancel", "Anular", "Anular"}},
+    {"BtnOk", {"OK", "OK", "OK", "OK"}},
+    {"btnRestart", {"Reprendre", "Resume", "Retomar", "Reanudar"}},
+    {"btnPlay", {"Écouter", "Play", "Ouvir", "Escuchar"}},
+    {"btnPause", {"Pause", "Pause", "Pausa", "Pausa"}},
+    {"BtnStop", {"Stop", "Stop", "Parar", "Parar"}},
+    {"SelectAll", {"Tout sélectionner", "Select all", "Seleccionar tudo", "Seleccionar todo"}},
+    {"BtnSelectAll", {"Tout", "All", "Tudo", "Todo"}},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Word> LibraryCaptions() {
+  return kLibrary;
+}
+
+std::span<const Word> SelectorCaptions() {
+  return kSelector;
+}
+
+std::string Caption(std::span<const Word> captions, std::string_view name, int langue) {
+  const char* text = FindWord(captions, name, langue);
+  return text ? text : "";
+}
+
+}  // namespace zemo
