@@ -248,6 +248,19 @@ ReadTyped DeclareSettings(CLI::App& app, CommonOptions& common, SettingsOptions&
   return [&common, &options] { TakeFolders(common, options); };
 }
 
+ReadTyped DeclareImport(CLI::App& app, CommonOptions& common, ImportOptions& options) {
+  AddFolders(app, common);
+  app.add_option("--kind", options.kind, "Which cards they become: music, jingle or other (music)")
+      ->type_name("KIND")
+      ->check(CLI::IsMember({"music", "jingle", "other"}));
+  app.add_flag("--dry-run", options.dryRun, "Say what would be done, and do nothing");
+  app.add_flag("--json", options.json, "The files as one JSON array");
+  app.add_option("paths", options.paths, "Sound files, and folders with all that is in them")
+      ->type_name("PATH")
+      ->required();
+  return [&common, &options] { TakeFolders(common, options); };
+}
+
 ReadTyped DeclareDevices(CLI::App& app, CommonOptions& common, DevicesOptions& options) {
   AddMachine(app, common);
   app.add_flag("--json", options.json, "The answer as one JSON object");

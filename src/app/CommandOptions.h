@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "platform/Clock.h"
 
@@ -83,6 +84,12 @@ struct SettingsOptions : StationOptions {
   bool json = false;
 };
 
+struct ImportOptions : StationOptions {
+  std::string kind = "music";  // or "jingle", "other"
+  std::vector<std::string> paths;
+  bool dryRun = false, json = false;
+};
+
 struct DevicesOptions {
   std::string machine;  // empty: the default one
   bool json = false;
@@ -99,6 +106,7 @@ ReadTyped DeclareModels(CLI::App& app, CommonOptions& common, ModelsOptions& opt
 ReadTyped DeclareGrid(CLI::App& app, CommonOptions& common, GridOptions& options);
 ReadTyped DeclareAffidavit(CLI::App& app, CommonOptions& common, AffidavitOptions& options);
 ReadTyped DeclareSettings(CLI::App& app, CommonOptions& common, SettingsOptions& options);
+ReadTyped DeclareImport(CLI::App& app, CommonOptions& common, ImportOptions& options);
 ReadTyped DeclareDevices(CLI::App& app, CommonOptions& common, DevicesOptions& options);
 ReadTyped DeclareCompact(CLI::App& app, CommonOptions& common, StationOptions& options);
 

@@ -45,6 +45,14 @@ std::span<const Command> Commands() {
             "library cannot fill at its gaps, titles that can never play, tables of an older "
             "version; changes nothing"}},
           DeclareCheck, RunCheckCommand),
+      MakeCommand<ImportOptions>(
+          "import", "Add sound files to the library",
+          {{"import [--station DIR] [--machine DIR] [--kind music|jingle|other] [--dry-run] "
+            "[--json] PATH...",
+            "adds sound files, and folders with all that is in them, as cards: from their exchange "
+            "files, else from their tags; says of each whether it was added, known already or "
+            "refused and why, then finds the exit points of the new titles by ear"}},
+          DeclareImport, RunImportCommand),
       MakeCommand<WhyOptions>(
           "why", "Say why a title may not play, or why it did",
           {{"why [--station DIR] [--machine DIR] --code N [--at T] [--json]",

@@ -22,6 +22,7 @@ int RunCheckCommand(const StationOptions& asked);
 int RunWhyCommand(const WhyOptions& options);
 int RunModelsCommand(const ModelsOptions& options);
 int RunGridCommand(const GridOptions& options);
+int RunImportCommand(const ImportOptions& options);
 int RunAffidavitCommand(const AffidavitOptions& options);
 int RunSettingsCommand(const SettingsOptions& options);
 int RunDevicesCommand(const DevicesOptions& options);

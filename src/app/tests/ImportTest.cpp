@@ -1,0 +1,116 @@
+// `zemoradio import`, from outside.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "BlackBox.h"
+
+namespace zemo {
+namespace {
+
+using Json = nlohmann::json;
+
+class ImportCommand : public BlackBox {
+ protected:
+  void SetUp() override {
+    BlackBox::SetUp();
+    ASSERT_EQ(Run("new fresh").status, 0);
+    std::filesystem::create_directories(root_ / "music/inner");
+    PutWav("music/b.wav", 3);
+    PutWav("music/inner/a.WAV", 4);
+    Put("music/words.txt", "no sound");
+  }
+  Result Import(const std::string& arguments) const {
+    return Run("import --station fresh --machine machine " + arguments);
+  }
+  std::string Sql(const std::string& query) const {
+    return Shell("sqlite3 fresh/Triskin.MDB \"" + query + "\"").out;
+  }
+};
+
+TEST_F(ImportCommand, AddsTheSoundFilesOfAFolderByTheirAbsolutePathsAndPassesOverTheRest) {
+  const Result result = Import("music");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.out, "added  " + Path("music/b.wav") + "  card 1\nadded  " +
+                            Path("music/inner/a.WAV") +
+                            "  card 2\n2 added, 0 known already, 0 refused\n");
+  EXPECT_EQ(Sql("SELECT AUTEUR, GENRE, VARIETE, DUREE, NBPASSJOUR FROM Discotheque"),
+            "b|NOGENRE|NATIONAL|3000|1\na|NOGENRE|NATIONAL|4000|1\n");
+}
+
+TEST_F(ImportCommand, AFileThatHasACardIsKnownWhichIsNoFailure) {
+  Import("music");
+  const Result result = Import("music/b.wav");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out, "known already  " + Path("music/b.wav") +
+                            "  card 1\n0 added, 1 known already, 0 refused\n");
+}
+
+TEST_F(ImportCommand, WhatIsNoSoundOrNotThereIsRefusedWithItsReason) {
+  Put("music/broken.mp3", "no sound");
+  const Result result = Import("--json music /no/such.wav");
+  EXPECT_EQ(result.status, 1);
+  const Json files = Json::parse(result.out);
+  ASSERT_EQ(files.size(), 4U);
+  EXPECT_EQ(files[0]["result"], "added");
+  EXPECT_EQ(files[0]["code"], 1);
+  EXPECT_EQ(files[1]["file"], Path("music/broken.mp3"));
+  EXPECT_EQ(files[1]["result"], "refused");
+  EXPECT_NE(files[1]["reason"], "");
+  EXPECT_EQ(files[3]["reason"], "there is no such file");
+  EXPECT_EQ(Sql("SELECT COUNT(*) FROM Discotheque"), "2\n");
+}
+
+TEST_F(ImportCommand, ADryRunSaysTheSameAndDoesNothing) {
+  const Result result = Import("--dry-run music");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out, "added  " + Path("music/b.wav") + "\nadded  " + Path("music/inner/a.WAV") +
+                            "\n2 added, 0 known already, 0 refused\n");
+  EXPECT_EQ(Sql("SELECT COUNT(*) FROM Discotheque"), "0\n");
+  EXPECT_FALSE(std::filesystem::exists(root_ / "music/b.Mus"));
+}
+
+TEST_F(ImportCommand, TheSameSoundUnderAnotherPathIsAddedAndTheOtherCardNamed) {
+  Import("music");
+  std::filesystem::copy_file(root_ / "music/b.wav", root_ / "music/copy.wav");
+  const Result result = Import("music/copy.wav");
+  EXPECT_EQ(result.out, "added  " + Path("music/copy.wav") +
+                            "  card 3: the same sound as card 1\n1 added, 0 known already, 0 "
+                            "refused\n");
+}
+
+TEST_F(ImportCommand, KindsGoToTheirOwnTables) {
+  EXPECT_EQ(Import("--kind jingle music/b.wav").status, 0);
+  EXPECT_EQ(Import("--kind other music/b.wav").status, 0);
+  EXPECT_EQ(Sql("SELECT LIBELLE FROM DiscothequeJingle UNION ALL SELECT LIBELLE FROM "
+                "DiscothequeVirgule"),
+            "b\nb\n");
+  EXPECT_EQ(Import("--kind film music/b.wav").status, 2);
+}
+
+TEST_F(ImportCommand, ATextThatIsTooLongIsCutBehindAWordAndTold) {
+  const std::string name = "A very long name of a title that no field of a card can hold";
+  PutWav("music/" + name + ".wav", 1);
+  const Result result = Import("\"music/" + name + ".wav\"");
+  EXPECT_NE(result.out.find(": artist cut to its field\n"), std::string::npos) << result.out;
+  EXPECT_EQ(Sql("SELECT AUTEUR FROM Discotheque"), "A very long name of a title that no\n");
+}
+
+TEST_F(ImportCommand, AnExchangeFileKeepsTheExitPointThatAHandSet) {
+  std::string masks;
+  for (int day = 1; day <= 7; ++day)
+    masks += (day == 1 ? "\"" : ",\"") + std::string(24, '1') + "\"";
+  Put("music/b.Mus",
+      "\"ARTIST\",\"TITLE\",\"PLAYLIST\",\"NATIONAL\",\"\",0,1,60,0,0\r\n777,\"\",\"\","
+      "\"\",\"\"\r\n" +
+          masks + "\r\n\"\"\r\n");
+  Import("music/b.wav");
+  EXPECT_EQ(Sql("SELECT AUTEUR, GENRE, POINTSORTIE FROM Discotheque"), "ARTIST|PLAYLIST|777\n");
+}
+
+TEST_F(ImportCommand, WithoutAPathItIsWrongUsage) {
+  EXPECT_EQ(Import("").status, 2);
+}
+
+}  // namespace
+}  // namespace zemo

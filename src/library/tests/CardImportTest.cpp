@@ -1,0 +1,121 @@
+#include <map>
+
+#include "library/CardImport.h"
+#include "library/ImportedExit.h"
+#include "library/tests/LibraryFixture.h"
+
+namespace zemo {
+
+namespace {
+
+struct FakeTags : SoundTags {
+  std::map<std::string, TagTexts> texts;  // by path
+  std::optional<TagTexts> Read(const std::string& path) override {
+    const auto found = texts.find(path);
+    return found == texts.end() ? std::nullopt : std::optional(found->second);
+  }
+};
+
+struct CardsImported : LibraryFixture {
+  FakeTags tags;
+
+  ImportedFile Take(const std::string& file, bool dryRun = false) {
+    return CardImport(on.station, on.opener, tags, LibraryTab::kMusic, dryRun).Take(file);
+  }
+  std::string Row(const std::string& fields) {
+    return on.SqlText("SELECT " + fields + " FROM Discotheque");
+  }
+};
+
+}  // namespace
+
+TEST_F(CardsImported, TagsFillTheFieldsOfTheCard) {
+  const std::string file = on.MakeSound("song.mp3", 1000);
+  tags.texts[file] = {.artist = "ARTIST",
+                      .title = "TITLE",
+                      .genre = "gold n-1",
+                      .year = "1999",
+                      .album = "ALBUM",
+                      .composer = "COMPOSER",
+                      .label = "LABEL"};
+  const ImportedFile imported = Take(file);
+  EXPECT_EQ(imported.result, ImportedFile::Result::kAdded);
+  EXPECT_TRUE(imported.exitIsBare);
+  EXPECT_EQ(Row("AUTEUR || '|' || TITRE || '|' || GENRE || '|' || ANNEE || '|' || REFERENCE || "
+                "'|' || AUTEURCOMPOSITEUR || '|' || LABEL"),
+            "ARTIST|TITLE|GOLD N-1|1999|ALBUM|COMPOSER|LABEL");
+}
+
+TEST_F(CardsImported, AForeignGenreIsTheStationsByTheMapElseNone) {
+  on.stationFolder.Write(kGenreMapFile, "Chanson française = GOLD N-2\r\nPolka=NOT THE STATION'S");
+  const std::string mapped = on.MakeSound("a.mp3", 1000);
+  tags.texts[mapped].genre = "CHANSON FRANÇAISE";
+  Take(mapped);
+  EXPECT_EQ(Row("GENRE"), "GOLD N-2");
+  for (const char* genre : {"Polka", "Unheard of", ""}) {
+    on.Sql("DELETE FROM Discotheque");
+    const std::string other = on.MakeSound("b.mp3", 1000);
+    tags.texts[other].genre = genre;
+    Take(other);
+    EXPECT_EQ(Row("GENRE"), "NOGENRE") << genre;
+  }
+}
+
+TEST_F(CardsImported, AnExchangeFileGoesBeforeTheTags) {
+  const std::string file = on.MakeSound("song.mp3", 1000);
+  tags.texts[file].artist = "OF THE TAGS";
+  on.MakeFile("song.Txt", "\"OF THE FILE\",\"T\",\"POP\",\"\",\"\",0,1,0,60\r\n");
+  const ImportedFile imported = Take(file);
+  EXPECT_FALSE(imported.exitIsBare);
+  EXPECT_EQ(Row("AUTEUR"), "OF THE FILE");
+}
+
+TEST_F(CardsImported, ATextThatIsTooLongIsCutAndNamed) {
+  const std::string file = on.MakeSound("song.mp3", 1000);
+  tags.texts[file].album = "Twenty characters and more";
+  const ImportedFile imported = Take(file);
+  EXPECT_EQ(imported.cut, std::vector<std::string>{"album"});
+  EXPECT_EQ(Row("REFERENCE"), "Twenty characters");
+}
+
+TEST_F(CardsImported, WordsAreCutBehindOneInTheSecondHalfElseWhereTheFieldEnds) {
+  EXPECT_EQ(CutAtWord("short", 5), "short");
+  EXPECT_EQ(CutAtWord("one two three", 9), "one two");
+  EXPECT_EQ(CutAtWord("one two three", 7), "one two");
+  EXPECT_EQ(CutAtWord("a bcdefghijkl", 8), "a bcdefg");
+  EXPECT_EQ(CutAtWord("ééééé", 3), "ééé");
+}
+
+TEST_F(CardsImported, WhatCannotBeDecodedIsRefused) {
+  const ImportedFile imported = Take(on.MakeFile("broken.mp3", "no sound"));
+  EXPECT_EQ(imported.result, ImportedFile::Result::kRefused);
+  EXPECT_NE(imported.reason, "");
+  EXPECT_EQ(Row("COUNT(*)"), "0");
+}
+
+TEST_F(CardsImported, ADryRunWritesNothing) {
+  const ImportedFile imported = Take(on.MakeSound("song.mp3", 1000), true);
+  EXPECT_EQ(imported.result, ImportedFile::Result::kAdded);
+  EXPECT_EQ(imported.code, 0);
+  EXPECT_EQ(Row("COUNT(*)"), "0");
+}
+
+TEST_F(CardsImported, TheMeasuredExitGoesIntoACardWhoseExitNobodySet) {
+  const std::string file = on.MakeSound("song.mp3", 60000);
+  const ImportedFile imported = Take(file);
+  SoundMeasures measures;
+  measures.lengthMs = 60000;
+  measures.soundEndMs = 60000;
+  measures.exitMs = 4200;
+  const SoundFileStamp stamp = *on.soundFiles.Stamp(file);
+  TakeMeasures(on.station, imported.code, file, stamp, measures, 1600);
+  EXPECT_EQ(Row("POINTSORTIE"), "4200");
+  const auto mus = on.soundFiles.Read(on.stationDir.Path() + "/song.Mus");
+  ASSERT_TRUE(mus);
+  EXPECT_NE(mus->find("\r\n4200,"), std::string::npos);
+  on.Sql("UPDATE Discotheque SET POINTSORTIE = 900");
+  TakeMeasures(on.station, imported.code, file, stamp, measures, 1600);
+  EXPECT_EQ(Row("POINTSORTIE"), "900");
+}
+
+}  // namespace zemo
