@@ -27,6 +27,7 @@ constexpr Word kLibrary[] = {
     {"BtnPlus", {"Suivante", "Next", "Seguinte", "Siguiente"}},
     {"BtnMoins", {"Précédente", "Previous", "Anterior", "Anterior"}},
     {"BtnClear", {"Vider", "Clear", "Limpar", "Vaciar"}},
+    {"For.OptionTri", {"Trier par", "Order by", "Ordenar por", "Ordenar por"}},
     {"OptionTri.0", {"Numéro", "Number", "Número", "Número"}},
     {"OptionTri.1", {"Artiste", "Artist", "Artista", "Artista"}},
     {"OptionTri.2", {"Titre", "Title", "Título", "Título"}},
@@ -67,6 +68,8 @@ constexpr Word kLibrary[] = {
     {"For.ChCD", {"CD", "CD", "CD", "CD"}},
     {"For.ChAuteurCompositeur", {"Auteur compositeur", "Author, composer", "Autor compositor", "Autor compositor"}},
     {"For.ChRefAlbum", {"Référence de l'album", "Album reference", "Referência do álbum", "Referencia del álbum"}},
+    {"For.LblMMJJDebut", {"Période de diffusion (MMJJ)", "Dates on air (MMDD)", "Período de difusão (MMDD)", "Período de emisión (MMDD)"}},
+    {"WindowDayTip", {"Ouvre le calendrier ; clic droit ou Suppr pour vider", "Opens the calendar; right click or Delete to clear", "Abre o calendário; botão direito ou Delete para limpar", "Abre el calendario; botón derecho o Supr para vaciar"}},
     {"LblJ.0", {"Du", "From", "De", "Del"}},
     {"LblJ.1", {"au", "to", "a", "al"}},
 
@@ -82,6 +85,12 @@ constexpr Word kLibrary[] = {
     {"CadreTouche", {"Touche du pavé numérique", "Numeric pad key", "Tecla do teclado numérico", "Tecla del teclado numérico"}},
     {"BtnRechJingles", {"Liste", "List", "Lista", "Lista"}},
     {"BtnFindAutre", {"Liste", "List", "Lista", "Lista"}},
+
+    {"CardList", {"Liste des fiches", "List of cards", "Lista das fichas", "Lista de fichas"}},
+    {"SearchCards", {"Rechercher dans la liste", "Search the list", "Pesquisar na lista", "Buscar en la lista"}},
+    {"BtnFiche", {"Fiche", "Card", "Ficha", "Ficha"}},
+    {"ConfirmInitDate", {"Marquer toute la discothèque comme diffusée maintenant ?", "Mark the whole library as played now?", "Marcar toda a discoteca como difundida agora?", "¿Marcar toda la discoteca como emitida ahora?"}},
+    {"HelpText", {"Ctrl+N : nouvelle fiche\nCtrl+S : remplacer la fiche\nCtrl+L : liste\nCtrl+F : rechercher dans la liste\nCtrl+P : imprimer\nAlt+Page préc. / Page suiv. : fiche précédente, suivante\nHeures : peindre à la souris, ou flèches et espace", "Ctrl+N: new card\nCtrl+S: replace the card\nCtrl+L: list\nCtrl+F: search the list\nCtrl+P: print\nAlt+Page Up / Page Down: previous, next card\nHours: paint with the mouse, or arrows and space", "Ctrl+N: nova ficha\nCtrl+S: substituir a ficha\nCtrl+L: lista\nCtrl+F: pesquisar na lista\nCtrl+P: imprimir\nAlt+Page Up / Page Down: ficha anterior, seguinte\nHoras: pintar com o rato, ou setas e espaço", "Ctrl+N: nueva ficha\nCtrl+S: reemplazar la ficha\nCtrl+L: lista\nCtrl+F: buscar en la lista\nCtrl+P: imprimir\nAlt+RePág / AvPág: ficha anterior, siguiente\nHoras: pintar con el ratón, o flechas y espacio"}},
 
     {"PLDisco.0", {"Artiste", "Artist", "Artista", "Artista"}},
     {"PLDisco.1", {"Titre", "Title", "Título", "Título"}},

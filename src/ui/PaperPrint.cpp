@@ -40,7 +40,12 @@ bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const 
   const QFontMetricsF metrics(font, &printer);
   const QRectF page = printer.pageRect(QPrinter::DevicePixel);
   double y = 0;
-  for (const std::string& line : lines)
+  for (const std::string& line : lines) {
+    if (line == kNewPage) {
+      printer.newPage();
+      y = 0;
+      continue;
+    }
     for (const QString& part : Wrapped(QString::fromStdString(line), metrics, page.width())) {
       if (y + metrics.lineSpacing() > page.height()) {
         printer.newPage();
@@ -49,6 +54,7 @@ bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const 
       painter.drawText(QPointF(0, y + metrics.ascent()), part);
       y += metrics.lineSpacing();
     }
+  }
   return painter.end();
 }
 

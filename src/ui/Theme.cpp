@@ -88,8 +88,10 @@ QString StyleSheet(double unit, bool gradients) {
   QString sheet = QStringLiteral(R"(
     * { color: %INK; }
     QMenu, QToolTip, QDialog, QDialog QWidget, QComboBox QAbstractItemView, QPushButton, QToolButton,
-    QComboBox, QLineEdit, QCheckBox, #CadreRech QLabel, #CadrePL QLabel {
+    QComboBox, QLineEdit, QCheckBox, QRadioButton, QTabBar, #CadreRech QLabel, #CadrePL QLabel,
+    #FrmDiscotheque QLabel {
       font-family: "%FAMILY"; font-size: %TEXTpx; }
+    #FrmDiscotheque QLabel[small="true"], #FrameAutorisation QRadioButton { font-size: %HEADpx; }
     #CmdStop { font-size: %NEXTpx; font-weight: bold; }
     QMainWindow, QDialog, QMenuBar { background: %GROUND; }
     QDialog { border: 1px solid %LINE; }
@@ -124,6 +126,22 @@ QString StyleSheet(double unit, bool gradients) {
     QCheckBox::indicator { width: %BOXpx; height: %BOXpx; border: 1px solid %DIM; border-radius: 2px;
       background: #0d1014; }
     QCheckBox::indicator:checked { background: %FOCUS; }
+    QRadioButton { background: transparent; spacing: 4px; border: 1px solid transparent; }
+    QRadioButton:focus { border-color: %FOCUS; }
+    QRadioButton::indicator { width: %DOTpx; height: %DOTpx; border: 1px solid %DIM;
+      border-radius: %RADIUSpx; background: #0d1014; }
+    QRadioButton::indicator:checked { background: %FOCUS; }
+    QRadioButton:disabled { color: #6d7784; }
+    QTabBar::tab { background: %PANEL; border: 1px solid %LINE; border-bottom: 2px solid %LINE;
+      padding: %VPADpx %TABpx; margin-right: 3px; color: %DIM; }
+    QTabBar::tab:selected { background: %RAISED; color: %INK; border-bottom-color: %FOCUS; }
+    QTabBar:focus::tab:selected { border-color: %FOCUS; }
+    QSlider { background: transparent; border: 1px solid transparent; min-height: %BOXpx; }
+    QSlider:focus { border-color: %FOCUS; }
+    QSlider::groove:horizontal { height: 4px; background: %LINE; border-radius: 2px; }
+    QSlider::sub-page:horizontal { background: #3b5a86; border-radius: 2px; }
+    QSlider::handle:horizontal { width: %DOTpx; margin: -5px 0; border-radius: 3px; background: %DIM; }
+    QSlider::handle:horizontal:disabled { background: %LINE; }
     QTableView, QTableWidget, QListWidget { background: %PANEL; alternate-background-color: #1f252d;
       border: 1px solid %LINE; gridline-color: %LINE; selection-background-color: #324a6b;
       selection-color: %INK; }
@@ -154,6 +172,9 @@ QString StyleSheet(double unit, bool gradients) {
       {"%GOOD", kGood.name()},
       {"%VPAD", QString::number(Px(unit, 4))},
       {"%PAD", QString::number(Px(unit, 9))},
+      {"%DOT", QString::number(2 * (std::max(10, Px(unit, 12)) / 2))},
+      {"%RADIUS", QString::number(std::max(10, Px(unit, 12)) / 2 + 1)},
+      {"%TAB", QString::number(Px(unit, 16))},
       {"%BOX", QString::number(std::max(10, Px(unit, 14)))}};
   for (const auto& [place, value] : values) sheet.replace(QString::fromLatin1(place), value);
   return sheet;

@@ -1,0 +1,40 @@
+// The tab of the hour pips of the library window.
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+#include "library/HourMasks.h"
+#include "library/screens/CardPage.h"
+
+class QCheckBox;
+class QTableWidget;
+
+namespace zemo {
+
+class HourPipPage : public QWidget {
+ public:
+  HourPipPage(LibraryEditor& editor, const LibraryOrders& orders, const Translation& texts,
+              QWidget* parent);
+  void Arrange(double unit);
+  void ShowPips();  // what the editor holds
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void MakeTable(const Translation& texts);
+  QWidget* DayBoxes(const Translation& texts);
+  void PutDay(int day, bool on);
+  void Click(int row, int column);
+  void ArrangeColumns();
+
+  LibraryEditor& editor_;
+  const LibraryOrders& orders_;
+  QTableWidget* GTopH;
+  QLabel* hour_;
+  std::array<QCheckBox*, HourMasks::kDays> JourTop{};
+};
+
+}  // namespace zemo

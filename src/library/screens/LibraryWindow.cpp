@@ -1,0 +1,266 @@
+#include "library/screens/LibraryWindow.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QPointer>
+#include <QSlider>
+#include <QStackedWidget>
+#include <exception>
+#include <utility>
+
+#include "library/LibraryPrint.h"
+#include "library/LibraryScreen.h"
+#include "library/LibraryTexts.h"
+#include "library/screens/CardListPane.h"
+#include "library/screens/HourPipPage.h"
+#include "library/screens/HoursFrame.h"
+#include "platform/Desktop.h"
+#include "station/Station.h"
+#include "ui/CalendarWindow.h"
+#include "ui/PaperPrint.h"
+
+namespace zemo {
+
+namespace {
+constexpr int kPrintPoints = 7;  // 62 lines a page
+}
+
+LibraryWindow::LibraryWindow(Station& station, LibrarySources sources)
+    : Window(station, "FrmDiscotheque", {{}, LibraryCaptions()}), sources_(std::move(sources)) {
+  sources_.questions = WithSystemDialogues(std::move(sources_.questions), Texts().Langue());
+  setWindowTitle(Texts().Word("title"));
+  MakeOrders();
+  MakeMenus();
+  MakePages();
+  MakeLists();
+  MakeFrame();
+  resize(1280, 800);
+  Arrange();
+}
+
+void LibraryWindow::MakeOrders() {
+  orders_.run = [this](const std::function<void()>& order) { Run(order); };
+  orders_.work = [this](std::function<void()> order) { Work(std::move(order)); };
+  orders_.chooseFiles = [this] { ChooseFiles(); };
+  orders_.pickDay = [this](int mode) { PickDay(mode); };
+}
+
+// --- opening and closing ---
+
+void LibraryWindow::Open() {
+  if (!editor_.open) fresh_.fill(false);
+  Library::Discotheque_Click(station_, editor_);
+  ShowSelf();
+}
+
+void LibraryWindow::OpenOnCard(int32_t code) {
+  if (!editor_.open) fresh_.fill(false);
+  Library::OpenOnCard(station_, editor_, code);
+  ShowSelf();
+}
+
+void LibraryWindow::ShowSelf() {
+  if (!editor_.open) return;
+  show();
+  raise();
+  activateWindow();
+  ShowAll();
+}
+
+void LibraryWindow::closeEvent(QCloseEvent* event) {
+  if (!barred_) return Window::closeEvent(event);
+  event->ignore();
+  closes_ = true;
+}
+
+void LibraryWindow::Left() {
+  Library::Form_Unload(station_, editor_);
+  Window::Left();
+}
+
+// --- orders ---
+
+void LibraryWindow::Run(const std::function<void()>& order) {
+  if (!editor_.open || barred_) return;
+  Guarded(order);
+  ShowAll();
+}
+
+// Controls are barred from before the routine on, as what asks the operator is no work of the
+// editor's own.
+void LibraryWindow::Work(std::function<void()> order) {
+  WhenFree([this, order = std::move(order)] {
+    if (!editor_.open || barred_) return;
+    Bar(true);
+    Guarded(order);
+    Bar(false);
+    ShowAll();
+    if (std::exchange(closes_, false)) close();
+  });
+}
+
+void LibraryWindow::Guarded(const std::function<void()>& order) {
+  try {
+    order();
+  } catch (const std::exception&) {
+    LogCurrentException(station_, "Discotheque");
+  }
+}
+
+void LibraryWindow::Bar(bool working) {
+  const QPointer<QWidget> focus = focusWidget();
+  barred_ = working;
+  body_->setEnabled(!working);
+  if (working) {
+    for (QAction* entry : findChildren<QAction*>()) entry->setEnabled(false);
+    setCursor(Qt::WaitCursor);
+    if (focus) setProperty("focusBefore", QVariant::fromValue<QObject*>(focus));
+    return;
+  }
+  unsetCursor();
+  for (QAction* entry : findChildren<QAction*>()) entry->setEnabled(true);
+  if (auto* before = qobject_cast<QWidget*>(property("focusBefore").value<QObject*>()))
+    before->setFocus();
+}
+
+std::function<void()> LibraryWindow::Doing(Routine routine) {
+  return [this, routine] { routine(station_, editor_); };
+}
+
+void LibraryWindow::ChangeCards(Routine routine) {
+  Work([this, routine] {
+    if (editor_.OnCards()) fresh_[editor_.Tab()] = false;
+    routine(station_, editor_);
+  });
+}
+
+void LibraryWindow::ChooseFiles() {
+  if (!sources_.chooseFiles || !editor_.open || barred_) return;
+  sources_.chooseFiles(this, Library::FileForSelector(station_, editor_), editor_.List1Tmp,
+                       [window = QPointer(this)](const std::vector<std::string>& files) {
+                         if (!window) return;
+                         window->Run([window, files] {
+                           Library::TakeFiles(window->station_, window->editor_, files);
+                         });
+                       });
+}
+
+void LibraryWindow::PickDay(int mode) {
+  auto* calendar = new CalendarWindow(Texts().Langue(), station_.Now(), this);
+  calendar->picked = [this, mode](const LocalDateTime& day) {
+    Run([this, mode, day] { Library::PickDay(editor_, mode, day.month, day.day); });
+  };
+  calendar->open();
+}
+
+void LibraryWindow::Print() {
+  Work([this] {
+    const PrintedPages printed = Library::MnuImp_Click(station_, editor_);
+    std::vector<std::string> lines;
+    for (const auto& page : printed.pages) {
+      if (!lines.empty()) lines.emplace_back(kNewPage);
+      lines.insert(lines.end(), page.begin(), page.end());
+    }
+    if (!lines.empty())
+      PrintOnPaper(this, sources_.questions, lines, kLibraryPrintFont, kPrintPoints,
+                   Texts().Langue());
+  });
+}
+
+void LibraryWindow::Export() {
+  if (!sources_.spreadsheets) return;
+  QString title = MnuExporter_->text();
+  auto* dialog = new QFileDialog(this, title.remove(u'.'));
+  dialog->setObjectName(QStringLiteral("FrmExporter"));
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setOption(QFileDialog::DontUseNativeDialog);
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->setNameFilter(QStringLiteral("Excel (*.xlsx)"));
+  dialog->setDefaultSuffix(QStringLiteral("xlsx"));
+  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
+    Work([this, path] {
+      Library::MnuExporter_Click(station_, editor_, path.toStdString(), *sources_.spreadsheets);
+    });
+  });
+  dialog->open();
+}
+
+// All of it at once: asked first.
+void LibraryWindow::ResetDates() {
+  ChangeCards([](Station& station, LibraryEditor& editor) {
+    const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
+    const std::string question = Caption(LibraryCaptions(), "ConfirmInitDate", langue);
+    if (station.platform.messages.Show("Alerte", question, Buttons::kYesNo) == Answer::kYes)
+      Library::MnuInitDate_Click(station, editor);
+  });
+}
+
+// --- the lists ---
+
+CardList* LibraryWindow::ListOfTab() {
+  switch (editor_.TabStrip1) {
+    case LibraryTab::kMusic:
+      return &editor_.PLDisco;
+    case LibraryTab::kJingles:
+      return &editor_.PLJingles;
+    case LibraryTab::kShortElements:
+      return &editor_.PLAutre;
+    default:
+      return nullptr;
+  }
+}
+
+void LibraryWindow::ChooseRows(size_t tab, const std::vector<size_t>& rows) {
+  if (rows.empty()) return;
+  Run([this, tab, rows] {
+    if (tab != editor_.Tab()) return;
+    if (editor_.TabStrip1 == LibraryTab::kMusic)
+      return Library::PLDisco_Click(station_, editor_, rows);
+    // A single one of them is shown; several can be chosen of the music alone.
+    const bool seen = ListOfTab()->visible;
+    if (editor_.TabStrip1 == LibraryTab::kJingles)
+      Library::PLJingles_Click(station_, editor_, rows.back());
+    else
+      Library::PLAutre_Click(station_, editor_, rows.back());
+    // Arrows go on through the list; Return and a double click leave it.
+    ListOfTab()->visible = seen;
+  });
+}
+
+void LibraryWindow::ShowCardInPlaceOfList() {
+  if (wide_ || !ListOfTab()) return;
+  ListOfTab()->visible = false;
+  ShowAll();
+  pages_->currentWidget()->setFocus();
+}
+
+void LibraryWindow::FillList() {
+  CardList* list = ListOfTab();
+  if (!list || fresh_[editor_.Tab()] || barred_ || (!wide_ && !list->visible)) return;
+  fresh_[editor_.Tab()] = true;  // not asked for again where it cannot be read
+  if (editor_.TabStrip1 == LibraryTab::kMusic) return Work(Doing(Library::MnuListe_Click));
+  if (editor_.TabStrip1 == LibraryTab::kJingles) return Work(Doing(Library::BtnRechJingles_Click));
+  Work(Doing(Library::BtnFindAutre_Click));
+}
+
+// --- measures ---
+
+void LibraryWindow::resizeEvent(QResizeEvent* event) {
+  const bool wide = event->size().width() >= kWidthOfBoth;
+  if (wide != wide_ && body_) {
+    wide_ = wide;
+    if (CardList* list = ListOfTab(); list && !wide) list->visible = false;
+    if (editor_.open) ShowAll();
+  }
+  Window::resizeEvent(event);
+}
+
+void LibraryWindow::ArrangeParts(double unit) {
+  for (CardPage* page : cardPages_) page->Arrange(unit);
+  for (CardListPane* list : cardLists_) list->Arrange(unit);
+  pips_->Arrange(unit);
+  hours_->Arrange(unit);
+}
+
+}  // namespace zemo

@@ -1,0 +1,117 @@
+// The library's window: the tabs of music, jingles, short elements and hour pips, with the list of
+// the cards beside the card where there is room for both. It shows a LibraryEditor and calls the
+// routines of library/LibraryScreen.h.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "library/LibraryEditor.h"
+#include "library/screens/CardPage.h"
+#include "ui/Questions.h"
+#include "ui/Window.h"
+
+class QAction;
+class QBoxLayout;
+class QRadioButton;
+class QStackedWidget;
+class QTabBar;
+
+namespace zemo {
+
+class CardListPane;
+class HourPipPage;
+class HoursFrame;
+class SpreadsheetWriter;
+
+inline constexpr int kWidthOfBoth =
+    1280;  // of the window, from which the list stands beside the card
+
+// What the window is given besides the station. References are not owned and outlive it.
+struct LibrarySources {
+  using TakeFiles = std::function<void(const std::vector<std::string>& files)>;
+  // Opens the sound file selector over a window; `known` are the stored paths that have cards.
+  std::function<void(QWidget* over, const std::string& currentFile,
+                     const std::vector<std::string>& known, TakeFiles take)>
+      chooseFiles;
+  SpreadsheetWriter* spreadsheets = nullptr;  // none: nothing is exported
+  Questions questions;                        // with a dialogue of the system by default
+};
+
+// Modeless beside the air. While a routine works that yields, its controls are barred, and who
+// closes it waits for the routine's end. Thread: the logic's. The station outlives it.
+class LibraryWindow : public Window {
+ public:
+  LibraryWindow(Station& station, LibrarySources sources);
+  void Open();                    // nothing while the menus are locked
+  void OpenOnCard(int32_t code);  // of the music
+  bool IsOpen() const { return editor_.open; }
+  const LibraryEditor& Editor() const { return editor_; }
+
+ protected:
+  void ArrangeParts(double unit) override;
+  void Left() override;
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void MakeOrders();
+  void MakeMenus();
+  void MakePages();
+  void MakeLists();
+  void MakeFrame();
+  QWidget* Navigation();
+  QWidget* SortOptions();
+  QAction* AddMenu(QWidget* menu, const char* name, std::function<void()> order);
+  CardListPane* AddList(const char* name, const char* search);
+  void Run(const std::function<void()>& order);
+  void Work(std::function<void()> order);
+  void Guarded(const std::function<void()>& order);
+  void Bar(bool working);
+  // Of a routine of the editor.
+  using Routine = void (*)(Station&, LibraryEditor&);
+  std::function<void()> Doing(Routine routine);
+  void ChangeCards(Routine routine);  // the tab's list is filled anew
+
+  void ShowSelf();
+  void ShowAll();
+  void ShowMenus();
+  void ShowNavigation();
+  void ShowLists();
+  void FillList();
+  CardList* ListOfTab();
+  void ShowCardInPlaceOfList();
+  void ChooseRows(size_t tab, const std::vector<size_t>& rows);
+
+  void ChooseFiles();
+  void PickDay(int mode);
+  void Print();
+  void Export();
+  void ResetDates();
+
+  LibrarySources sources_;
+  LibraryEditor editor_;
+  LibraryOrders orders_;
+  bool wide_ = true;                     // the list stands beside the card
+  bool barred_ = false;                  // a routine works
+  bool closes_ = false;                  // at its end
+  std::array<bool, kCardTabs> fresh_{};  // lists that show the cards as they are
+
+  QWidget *body_ = nullptr, *card_ = nullptr, *sort_ = nullptr;
+  QTabBar* TabStrip1 = nullptr;
+  QStackedWidget *pages_ = nullptr, *lists_ = nullptr;
+  std::array<CardPage*, kCardTabs> cardPages_{};
+  std::array<CardListPane*, kCardTabs> cardLists_{};
+  HourPipPage* pips_ = nullptr;
+  HoursFrame* hours_ = nullptr;
+  QWidget* navigation_ = nullptr;
+  QSlider* Slider1 = nullptr;
+  std::array<QLabel*, kCardTabs> info_{};
+  std::array<QRadioButton*, 6> OptionTri{};
+  QAction *Nouveau_, *Ajouter_, *Replacer_, *MnuDelete_, *MnuListe_, *MnuImp_, *MnuExporter_,
+      *MnuTxt_, *MnuInitDate_;
+};
+
+}  // namespace zemo

@@ -1,0 +1,140 @@
+// The list of cards beside the card, or in its place.
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+
+#include "library/screens/tests/LibraryWindowFixture.h"
+
+namespace zemo::test {
+namespace {
+
+class TheCardList : public LibraryScreenTest {};
+
+TEST_F(TheCardList, StandsBesideTheCardFrom1280PixelsOn) {
+  AddSongs();
+  Open(1280, 800);
+  EXPECT_TRUE(Seen("PLDisco"));
+  EXPECT_TRUE(Seen("ChAuteur"));
+  EXPECT_EQ(Column("PLDisco", 0), (Names{"ABBA", "CHER", "Édith"}));
+  EXPECT_EQ(Column("PLDisco", 2), (Names{"03:05", "03:05", "03:05"}));
+  EXPECT_EQ(Selected("PLDisco", 0), (Names{"CHER"}));  // the card shown
+}
+
+TEST_F(TheCardList, TakesTheCardsPlaceInANarrowWindow) {
+  AddSongs();
+  Open(1024, 768);
+  EXPECT_FALSE(Seen("PLDisco"));
+  EXPECT_TRUE(Seen("ChAuteur"));
+  Menu("MnuListe");
+  EXPECT_TRUE(Seen("PLDisco"));
+  EXPECT_FALSE(Seen("ChAuteur"));
+  ClickRow("PLDisco", 2);
+  EXPECT_EQ(Text("ChAuteur"), "Édith");
+  EXPECT_TRUE(Seen("PLDisco"));
+  Click("BtnFicheDisco");
+  EXPECT_FALSE(Seen("PLDisco"));
+  EXPECT_TRUE(Seen("ChAuteur"));
+}
+
+TEST_F(TheCardList, ADoubleClickInANarrowWindowShowsTheCard) {
+  AddSongs();
+  Open(1024, 768);
+  Menu("MnuListe");
+  ClickCell("PLDisco", 0, 0, true);
+  EXPECT_FALSE(Seen("PLDisco"));
+  EXPECT_EQ(Text("ChAuteur"), "ABBA");
+}
+
+TEST_F(TheCardList, AClickShowsTheCard) {
+  AddSongs();
+  Open();
+  ClickRow("PLDisco", 2);
+  EXPECT_EQ(Text("ChAuteur"), "Édith");
+  EXPECT_TRUE(Seen("PLDisco"));
+}
+
+TEST_F(TheCardList, AHeadSortsItAndASecondClickTurnsItRound) {
+  AddSongs();
+  Open();
+  ClickHead("PLDisco", 1);
+  EXPECT_EQ(Column("PLDisco", 1), (Names{"Believe", "Milord", "Waterloo"}));
+  EXPECT_EQ(Selected("PLDisco", 1), (Names{"Believe"}));
+  ClickHead("PLDisco", 1);
+  EXPECT_EQ(Column("PLDisco", 1), (Names{"Waterloo", "Milord", "Believe"}));
+}
+
+TEST_F(TheCardList, CodesAreSortedAsNumbers) {
+  for (int song = 0; song < 10; ++song) AddSong(std::to_string(9 - song), "T");
+  Open(1920, 1080);
+  ClickHead("PLDisco", 5);
+  EXPECT_EQ(Column("PLDisco", 5), (Names{"1", "2", "3", "4", "5", "6", "7", "8", "9", "10"}));
+}
+
+TEST_F(TheCardList, SearchesArtistAndTitleWithoutRegardToCase) {
+  AddSongs();
+  Open();
+  Type("RechDisco", "É");
+  EXPECT_EQ(Column("PLDisco", 0), (Names{"Édith"}));
+  Type("RechDisco", "édITH");
+  EXPECT_EQ(Column("PLDisco", 0), (Names{"Édith"}));
+  Type("RechDisco", "be");
+  EXPECT_EQ(Column("PLDisco", 0), (Names{"CHER"}));
+  Type("RechDisco", "");
+  EXPECT_EQ(Column("PLDisco", 0), (Names{"ABBA", "CHER", "Édith"}));
+}
+
+TEST_F(TheCardList, SeveralRowsAreDeletedTogether) {
+  AddSongs();
+  Open();
+  ClickRow("PLDisco", 0);
+  ClickRow("PLDisco", 1, Qt::ControlModifier);
+  EXPECT_EQ(Text("ChAuteur"), "CHER");
+  on.messages.AnswerNext(Answer::kYes);
+  Menu("MnuDelete");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Discotheque"), "1");
+  EXPECT_EQ(Column("PLDisco", 0), (Names{"Édith"}));
+  EXPECT_EQ(Text("ChAuteur"), "Édith");
+}
+
+TEST_F(TheCardList, WhatIsSearchedAwayIsNotDeleted) {
+  AddSongs();
+  Open();
+  ClickRow("PLDisco", 0);
+  ClickRow("PLDisco", 1, Qt::ControlModifier);
+  Type("RechDisco", "cher");
+  on.messages.AnswerNext(Answer::kYes);
+  Menu("MnuDelete");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Discotheque"), "2");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Discotheque WHERE AUTEUR = 'ABBA'"), "1");
+}
+
+TEST_F(TheCardList, ItsSelectionGoesWithTheCardShown) {
+  AddSongs();
+  Open();
+  ClickRow("PLDisco", 0);
+  Click("BtnPlus");  // by number: Édith comes behind ABBA
+  EXPECT_EQ(Text("ChAuteur"), "Édith");
+  EXPECT_EQ(Selected("PLDisco", 0), (Names{"Édith"}));
+}
+
+TEST_F(TheCardList, KeepsPlaceSortAndSelectionOverAnEdit) {
+  for (int song = 0; song < 100; ++song)
+    AddSong("ARTIST " + std::to_string(100 + song), std::to_string(999 - song));
+  Open();
+  ClickHead("PLDisco", 1);
+  QTableView& list = Table("PLDisco");
+  list.verticalScrollBar()->setValue(40);
+  const int row = 45;
+  ClickRow("PLDisco", row);
+  EXPECT_EQ(Selected("PLDisco", 1), (Names{"945"}));
+  Type("ChCommentaire", "heard");
+  Type("ChAuteur", "RENAMED");
+  Menu("Replacer");
+  EXPECT_EQ(list.verticalScrollBar()->value(), 40);
+  EXPECT_EQ(Selected("PLDisco", 1), (Names{"945"}));
+  EXPECT_EQ(Selected("PLDisco", 0), (Names{"RENAMED"}));
+  EXPECT_EQ(Column("PLDisco", 1)[row], "945");
+}
+
+}  // namespace
+}  // namespace zemo::test

@@ -1,0 +1,139 @@
+#include "library/screens/tests/LibraryWindowFixture.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QTabBar>
+
+namespace zemo::test {
+
+void LibraryScreenTest::SetUp() {
+  on.Load();
+  sources.spreadsheets = &sheets;
+  sources.questions.choosePrinter = [](QWidget*, QPrinter&) { return false; };
+}
+
+void LibraryScreenTest::Open(int width, int height) {
+  window = std::make_unique<LibraryWindow>(on.station, sources);
+  window->resize(width, height);
+  window->Open();
+  window->resize(width, height);  // not as it was left
+  QApplication::setActiveWindow(window.get());
+  QApplication::processEvents();
+}
+
+int32_t LibraryScreenTest::AddSong(const std::string& artist, const std::string& title) {
+  return on.AddCard({.lengthMs = 185000, .artist = artist, .title = title});
+}
+
+void LibraryScreenTest::AddSongs() {
+  AddSong("CHER", "Believe");
+  AddSong("ABBA", "Waterloo");
+  AddSong("Édith", "Milord");
+}
+
+void LibraryScreenTest::AddJingle(const std::string& label) {
+  on.Sql("INSERT INTO DiscothequeJingle (LIBELLE, FILENAME) VALUES ('" + label + "', '/" + label +
+         ".wav')");
+}
+
+void LibraryScreenTest::AddShortElement(const std::string& label) {
+  on.Sql("INSERT INTO DiscothequeVirgule (LIBELLE, FILENAME) VALUES ('" + label + "', '/" + label +
+         ".wav')");
+}
+
+void LibraryScreenTest::Click(const char* name) {
+  auto* control = Find(name);
+  ASSERT_TRUE(control->isVisible()) << name;
+  ASSERT_TRUE(control->isEnabled()) << name;
+  QTest::mouseClick(control, Qt::LeftButton, Qt::NoModifier, QPoint(8, control->height() / 2));
+  QApplication::processEvents();
+}
+
+void LibraryScreenTest::Menu(const char* name) {
+  auto* entry = Find<QAction>(name);
+  ASSERT_TRUE(entry->isEnabled()) << name;
+  entry->trigger();
+  QApplication::processEvents();
+}
+
+void LibraryScreenTest::Tab(int number) {
+  auto* tabs = Find<QTabBar>("TabStrip1");
+  QTest::mouseClick(tabs, Qt::LeftButton, Qt::NoModifier, tabs->tabRect(number - 1).center());
+  QApplication::processEvents();
+}
+
+void LibraryScreenTest::Type(const char* name, const std::string& text) {
+  auto* box = qobject_cast<QLineEdit*>(Find(name));
+  if (auto* list = qobject_cast<QComboBox*>(Find(name))) box = list->lineEdit();
+  ASSERT_TRUE(box && box->isVisible() && box->isEnabled()) << name;
+  box->setFocus();
+  box->selectAll();
+  if (text.empty()) QTest::keyClick(box, Qt::Key_Backspace);
+  for (const QChar letter : QString::fromStdString(text))  // keyClicks knows no accents
+    QTest::sendKeyEvent(QTest::Click, box, Qt::Key_unknown, QString(letter), Qt::NoModifier);
+}
+
+std::string LibraryScreenTest::Text(const char* name) {
+  QWidget* control = Find(name);
+  if (auto* label = qobject_cast<QLabel*>(control)) return label->text().toStdString();
+  if (auto* button = qobject_cast<QAbstractButton*>(control)) return button->text().toStdString();
+  if (auto* box = qobject_cast<QLineEdit*>(control)) return box->text().toStdString();
+  if (auto* list = qobject_cast<QComboBox*>(control)) return list->currentText().toStdString();
+  ADD_FAILURE() << name << " has no text";
+  return {};
+}
+
+Names LibraryScreenTest::Column(const char* table, int column) {
+  Names texts;
+  const QAbstractItemModel& model = *Table(table).model();
+  for (int row = 0; row < model.rowCount(); ++row)
+    texts.push_back(model.index(row, column).data().toString().toStdString());
+  return texts;
+}
+
+Names LibraryScreenTest::Selected(const char* table, int column) {
+  Names texts;
+  for (const QModelIndex& row : Table(table).selectionModel()->selectedRows(column))
+    texts.push_back(row.data().toString().toStdString());
+  return texts;
+}
+
+void LibraryScreenTest::ClickRow(const char* table, int row, Qt::KeyboardModifiers modifiers) {
+  QTableView& view = Table(table);
+  ASSERT_TRUE(view.isVisible());
+  const QRect cell = view.visualRect(view.model()->index(row, 0));
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers, cell.center());
+  QApplication::processEvents();
+}
+
+void LibraryScreenTest::ClickCell(const char* table, int row, int column, bool twice) {
+  QTableView& view = Table(table);
+  const QPoint place = view.visualRect(view.model()->index(row, column)).center();
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, Qt::NoModifier, place);
+  if (twice) QTest::mouseDClick(view.viewport(), Qt::LeftButton, Qt::NoModifier, place);
+  QApplication::processEvents();
+}
+
+void LibraryScreenTest::ClickHead(const char* table, int column) {
+  QHeaderView& heads = *Table(table).horizontalHeader();
+  const QPoint place(heads.sectionViewportPosition(column) + 10, heads.height() / 2);
+  QTest::mouseClick(heads.viewport(), Qt::LeftButton, Qt::NoModifier, place);
+  QApplication::processEvents();
+}
+
+std::string LibraryScreenTest::Stored(const std::string& column, int32_t code) {
+  return on.SqlText("SELECT " + column + " FROM Discotheque WHERE CODE = " + std::to_string(code));
+}
+
+void KeepPicture(QWidget& widget, const std::string& name) {
+  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
+  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
+}
+
+}  // namespace zemo::test
