@@ -126,6 +126,13 @@ constexpr Word kSelector[] = {
     {"btnPause", {"Pause", "Pause", "Pausa", "Pausa"}},
     {"BtnStop", {"Stop", "Stop", "Parar", "Parar"}},
     {"SelectAll", {"Tout sélectionner", "Select all", "Seleccionar tudo", "Seleccionar todo"}},
+    {"For.Dir1", {"Dossier", "Folder", "Pasta", "Carpeta"}},
+    {"For.Drive1", {"Lecteur", "Drive", "Unidade", "Unidad"}},
+    {"For.File1", {"Fichiers audio", "Sound files", "Ficheiros áudio", "Ficheros de audio"}},
+    {"For.FileName", {"Fichier choisi", "Chosen file", "Ficheiro escolhido", "Fichero elegido"}},
+    {"For.TrackBar", {"Position d'écoute", "Listening position", "Posição de escuta", "Posición de escucha"}},
+    {"For.MMLevelX1", {"Niveau gauche", "Left level", "Nível esquerdo", "Nivel izquierdo"}},
+    {"For.MMLevelX2", {"Niveau droit", "Right level", "Nível direito", "Nivel derecho"}},
     {"BtnSelectAll", {"Tout", "All", "Tudo", "Todo"}},
 };
 // clang-format on

@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 
 #include "ui/Theme.h"
@@ -88,12 +89,23 @@ void WeekPicture::mousePressEvent(QMouseEvent* event) {
   const Hour at = HourAt(event->pos());
   if (event->button() != Qt::LeftButton || at.day == 0) return;
   paints_ = !Allowed(at);
+  passed_ = event->pos();
   Put(at, paints_);
 }
 
+// Also what lies between two places, as a quick mouse tells few of them.
+void WeekPicture::PaintTo(const QPoint& point) {
+  const QPoint way = point - passed_;
+  const int steps = std::max({std::abs(way.x()), std::abs(way.y()), 1});
+  for (int step = 1; step <= steps; ++step) {
+    const Hour at = HourAt(passed_ + way * step / steps);
+    if (at.day != 0 && Allowed(at) != paints_) Put(at, paints_);
+  }
+  passed_ = point;
+}
+
 void WeekPicture::mouseMoveEvent(QMouseEvent* event) {
-  const Hour at = HourAt(event->pos());
-  if (event->buttons() & Qt::LeftButton && at.day != 0 && Allowed(at) != paints_) Put(at, paints_);
+  if (event->buttons() & Qt::LeftButton) PaintTo(event->pos());
 }
 
 void WeekPicture::keyPressEvent(QKeyEvent* event) {

@@ -38,10 +38,12 @@ class WeekPicture : public QWidget {
   Hour HourAt(const QPoint& point) const;
   bool Allowed(Hour at) const;
   void Put(Hour at, bool allowed);
+  void PaintTo(const QPoint& point);
 
   HourMasks& masks_;
   Hour frame_{1, 0};    // of the keyboard
   bool paints_ = true;  // what the held mouse makes of an hour
+  QPoint passed_;       // where it was last
   int head_ = kHeadPixels, row_ = 18;
 };
 
