@@ -1,6 +1,7 @@
 // `zemoradio` without a command: the main on-air screen over the real engine.
 #include <QApplication>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
 #include <csignal>
 #include <cstdlib>
@@ -17,9 +18,11 @@
 #include "engine/FreeMoment.h"
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
+#include "library/screens/LibraryDesk.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/sound/OutputSpec.h"
+#include "platform/real/spreadsheet/XlsxWriter.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
 
@@ -137,7 +140,19 @@ int OpenScreen(const AirOptions& options) {
     left = true;
     real.loop.Quit();
   };
+  XlsxWriter spreadsheets;
+  LibrarySources librarySources;
+  librarySources.spreadsheets = &spreadsheets;
+  LibraryDesk library(station, librarySources);
+  QPointer<OnAirWindow> main;
+  sources.openLibrary = [&library] { library.Open(); };
+  sources.openMusicCard = [&library](int32_t code) { library.OpenOnCard(code); };
+  sources.openSelector = [&library, &main](const std::string& path) {
+    library.OpenSelector(*main, path);
+  };
+  sources.leaveOthers = [&library] { return library.Leave(); };
   OnAirWindow window(station, sources);
+  main = &window;
   machine.keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
   machine.messages.SetWindow(&window, [&station] { return NoTickBelow(station); });
   // Without a window manager nobody else makes it fill the screen.
@@ -156,6 +171,7 @@ int OpenScreen(const AirOptions& options) {
   const auto watch = real.loop.MakeTimer(RunEnd::kWatchMs, [&end] { end.Watch(); });
   watch->SetEnabled(true);
   real.loop.Run();
+  library.Leave();
   if (!left) EndInOrder(station);
   return EndStatus(station);
 }

@@ -15,6 +15,7 @@
 
 #include "station/OperatorWords.h"
 #include "ui/SharedTexts.h"
+#include "ui/Window.h"
 #include "ui/WindowPlace.h"
 
 namespace zemo {
@@ -210,8 +211,10 @@ class ScreenMessageBoxes::Keys : public QObject {
     if (key.isAutoRepeat() || qobject_cast<const QMenuBar*>(widget)) return false;
     const QWidget* dialogue = QApplication::activeModalWidget();
     const bool main = !dialogue && widget->window() == boxes_.window_;
+    const bool ours = !dialogue && dynamic_cast<const Window*>(widget->window());
     const bool inDialogue = dialogue && widget->window() == dialogue && IsDialogue(*dialogue);
-    if (key.key() == Qt::Key_Escape) return (main || inDialogue) && boxes_.CloseNewest(true);
+    if (key.key() == Qt::Key_Escape)
+      return (main || ours || inDialogue) && boxes_.CloseNewest(true);
     const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
     if (!enter || !main) return false;
     const bool typing = qobject_cast<const QLineEdit*>(boxes_.window_->focusWidget());
@@ -304,11 +307,13 @@ Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& tex
     Tell(title, text, icon);
     return safe;
   }
-  // Before a dialogue that asks, not behind it.
-  QWidget* dialogue = QApplication::activeModalWidget();
-  QMessageBox* box = Make(title, text, buttons, icon, dialogue ? dialogue : window_.data());
+  // Before the dialogue or the window that asks, not behind it.
+  QWidget* asks = QApplication::activeModalWidget();
+  QWidget* window = dynamic_cast<Window*>(QApplication::activeWindow());
+  if (!window || asks) window = window_;
+  QMessageBox* box = Make(title, text, buttons, icon, asks ? asks : window);
   box->setDefaultButton(buttons == Buttons::kYesNo ? QMessageBox::No : QMessageBox::Cancel);
-  QTimer::singleShot(0, box, [this, box] { MoveAside(*box, window_); });
+  QTimer::singleShot(0, box, [box, area = QPointer(window)] { MoveAside(*box, area); });
   const QPointer<QMessageBox> guard(box);
   const int answer = box->exec();
   if (guard) box->deleteLater();

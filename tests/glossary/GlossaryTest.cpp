@@ -14,6 +14,8 @@
 #include "engine/screens/SkeletonWindow.h"
 #include "engine/screens/tests/ScreenFixture.h"
 #include "glossary/Glossary.h"
+#include "library/screens/LibraryWindow.h"
+#include "library/screens/SelectorDialog.h"
 #include "settings/SettingsControls.h"
 #include "store/Schema.h"
 #include "store/SoundMeasuresTable.h"
@@ -97,7 +99,8 @@ void AddNamesOf(const QObject& window, Names& names) {
   for (const QObject* object : window.findChildren<QObject*>()) objects.push_back(object);
   for (const QObject* object : objects) {
     const std::string name = object->objectName().toStdString();
-    const bool ofQt = name.starts_with("qt_") || name.starts_with("_");
+    const bool ofQt = name.starts_with("qt_") || name.starts_with("_") ||
+                      (name.starts_with("Scroll") && name.ends_with("Button"));
     if (!name.empty() && !ofQt) names.insert(name);
   }
 }
@@ -118,6 +121,16 @@ TEST_F(GlossaryOfScreens, TellsEveryControlOfTheOnAirScreenAndItsDialogues) {
   AddNamesOf(ForecastWindow(on.station, forecast, 0, nullptr), present);
   AddNamesOf(SkeletonWindow(on.station, 0, 8, nullptr), present);
   ExpectSame("On-air screen", Glossary()["On-air screen"], present);
+}
+
+TEST_F(GlossaryOfScreens, TellsEveryControlOfTheLibraryScreenAndOfTheSelector) {
+  Loaded();
+  Names library, selector;
+  AddNamesOf(LibraryWindow(on.station, {}), library);
+  AddNamesOf(SelectorDialog(on.station), selector);
+  auto sections = Glossary();
+  ExpectSame("Library screen", sections["Library screen"], library);
+  ExpectSame("Sound file selector", sections["Sound file selector"], selector);
 }
 
 // "| `PLACE` | what it is: Routine |": the place is a text of the program, the routine is there.

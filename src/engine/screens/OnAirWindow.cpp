@@ -186,7 +186,8 @@ void OnAirWindow::DeleteListRow(int64_t key) {
 void OnAirWindow::MakeMenus() {
   menus_ = std::make_unique<ScreenMenus>(
       station_, *menuBar(),
-      MenuOrders{.storedLists = [this] { PressToolbar(Toolbar::kLive); },
+      MenuOrders{.library = sources_.openLibrary,
+                 .storedLists = [this] { PressToolbar(Toolbar::kLive); },
                  .insertBreak = [this] { ShowGridForInsertion(); },
                  .composeGrid = [this] { WhenFree([this] { ComposeGrid(); }); },
                  .printList = [this] { WhenFree([this] { PrintList(); }); },
@@ -489,6 +490,11 @@ void OnAirWindow::OpenForecast() {
 
 bool OnAirWindow::MayLeave() {
   if (!station_.engine.MainTimer) return false;
+  // They work on the base, which is closed with the station.
+  if (!station_.engine.IsRunning && sources_.leaveOthers && !sources_.leaveOthers()) {
+    Tell(Texts().Word("LibraryWorks"));
+    return false;
+  }
   const bool may = OnAir::Form_QueryUnload(station_);
   if (!may) Tell(Texts().Word("StopFirst"));
   return may;

@@ -158,6 +158,7 @@ constexpr Word kWords[] = {
     {"GridComposed", {"La grille du jour est composée ; écrans : %1", "The day's grid is composed; breaks: %1", "A tabela do dia está composta; blocos: %1", "La tabla del día está compuesta; bloques: %1"}},
     {"GridNotComposed", {"La grille du jour n'est pas composée", "The day's grid is not composed", "A tabela do dia não está composta", "La tabla del día no está compuesta"}},
     {"MoreCharacters", {"Tapez au moins %1 caractères, ou * pour tout", "Type at least %1 characters, or * for all", "Escreva pelo menos %1 caracteres, ou * para tudo", "Escriba al menos %1 caracteres, o * para todo"}},
+    {"LibraryWorks", {"La discothèque travaille encore", "The library is still at work", "A discoteca ainda está a trabalhar", "La discoteca sigue trabajando"}},
     {"CardsLocked", {"Le mot de passe verrouille les fiches", "The password locks the cards", "A palavra-passe bloqueia as fichas", "El código secreto bloquea las fichas"}},
     {"WrongPassword", {"Mot de passe incorrect : rien ne change", "Wrong password: nothing is changed", "Palavra-passe errada: nada muda", "Código secreto incorrecto: nada cambia"}},
     {"TakenBack", {"Le dernier ordre sur la liste est annulé ; Ctrl+Z le rétablit", "The last order on the list is taken back; Ctrl+Z gives it again", "A última ordem sobre a lista foi anulada; Ctrl+Z repõe-na", "La última orden sobre la lista está anulada; Ctrl+Z la repite"}},

@@ -40,7 +40,10 @@ QAction* ScreenMenus::AddToCome(QMenu* menu, const char* name) {
 ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
     : station_(station), orders_(std::move(orders)) {
   MnuEdit_ = AddMenu(bar, "MnuEdit");
-  AddToCome(MnuEdit_, "Discotheque");
+  if (orders_.library)
+    Add(MnuEdit_, "Discotheque", [this] { orders_.library(); });
+  else
+    AddToCome(MnuEdit_, "Discotheque");
   AddToCome(MnuEdit_, "MnuHPubs");
   MnuModels_ = MnuEdit_->addMenu(QString());
   MnuModels_->setObjectName(QStringLiteral("MnuModels"));

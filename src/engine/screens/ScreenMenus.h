@@ -15,6 +15,7 @@ struct Station;
 class Translation;
 
 struct MenuOrders {
+  std::function<void()> library;  // empty: it is to come
   std::function<void()> storedLists, insertBreak, composeGrid, printList, forecast, password, quit;
 };
 

@@ -24,8 +24,10 @@ struct ScreenSources {
   ForecastSource* forecast = nullptr;
 
   // Screens that stand elsewhere; empty where the program has none yet.
+  std::function<void()> openLibrary;
   std::function<void(int32_t code)> openMusicCard;
   std::function<void(const std::string& storedPath)> openSelector;
+  std::function<bool()> leaveOthers;  // ahead of the end; false while one of them is at work
 
   Questions questions;  // with a dialogue of the system by default
 

@@ -26,6 +26,11 @@ void LibraryDesk::OpenOnCard(int32_t code) {
   Ready().OpenOnCard(code);
 }
 
+bool LibraryDesk::Leave() {
+  selector_.reject();
+  return !window_ || window_->LeaveNow();
+}
+
 void LibraryDesk::OpenSelector(QWidget& over, const std::string& storedPath) {
   selector_.Choose(over, storedPath, {}, nullptr);
 }

@@ -20,6 +20,10 @@ class LibraryDesk {
   void OpenOnCard(int32_t code);  // of the music
   void OpenSelector(QWidget& over, const std::string& storedPath);  // to listen
 
+  // Ahead of the station's end: what is open is left, the hour pips saved. False while a routine
+  // works, at whose end the window closes.
+  bool Leave();
+
   LibraryWindow* Window() { return window_.get(); }  // null before the first opening
   SelectorDialog& Selector() { return selector_; }
 

@@ -74,6 +74,12 @@ void LibraryWindow::closeEvent(QCloseEvent* event) {
   closes_ = true;
 }
 
+bool LibraryWindow::LeaveNow() {
+  if (barred_) closes_ = true;
+  if (!barred_ && editor_.open) Left();
+  return !barred_;
+}
+
 void LibraryWindow::Left() {
   Library::Form_Unload(station_, editor_);
   Window::Left();

@@ -47,6 +47,7 @@ class LibraryWindow : public Window {
   LibraryWindow(Station& station, LibrarySources sources);
   void Open();                    // nothing while the menus are locked
   void OpenOnCard(int32_t code);  // of the music
+  bool LeaveNow();                // false while a routine works: it closes at its end
   bool IsOpen() const { return editor_.open; }
   const LibraryEditor& Editor() const { return editor_; }
 

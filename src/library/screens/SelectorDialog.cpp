@@ -45,6 +45,7 @@ Control* Named(Control* control, const char* name) {
 
 SelectorDialog::SelectorDialog(Station& station) : station_(station) {
   setObjectName(QStringLiteral("FileSelector"));
+  setWindowModality(Qt::WindowModal);
   MakeControls();
   MakeBrowsing();
   MakePlayer();
@@ -200,7 +201,7 @@ void SelectorDialog::Choose(QWidget& over, const std::string& currentFile,
   ShowAll();
   winId();
   windowHandle()->setTransientParent(over.window()->windowHandle());
-  open();
+  show();
   File1->setFocus();
   poll_.start();
 }

@@ -321,6 +321,31 @@ TEST_F(Screen, ScreensToComeStandInTheMenuDisabledAndSaySo) {
   }
 }
 
+TEST_F(Screen, TheLibraryIsOpenedByItsEntry) {
+  int opened = 0;
+  sources.openLibrary = [&] { ++opened; };
+  Open();
+  auto* entry = window->findChild<QAction*>("Discotheque");
+  ASSERT_TRUE(entry->isEnabled());
+  entry->trigger();
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(entry->text(), "&Discothèque...");
+}
+
+TEST_F(Screen, TheProgramIsNotLeftWhileTheLibraryWorks) {
+  bool works = true;
+  int closed = 0;
+  sources.leaveOthers = [&] { return !works; };
+  sources.closed = [&] { ++closed; };
+  Open();
+  window->close();
+  EXPECT_EQ(closed, 0);
+  EXPECT_TRUE(on.station.engine.MainTimer);
+  works = false;
+  window->close();
+  EXPECT_EQ(closed, 1);
+}
+
 TEST_F(Screen, RunningBarsThePlaylistAndPrintEntriesAndThePreview) {
   Open();
   AddTitles(2);
