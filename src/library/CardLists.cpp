@@ -1,4 +1,6 @@
 // The lists of cards beside the card: the music's, the jingles', the short elements'.
+#include <optional>
+
 #include "library/CardTabs.h"
 #include "library/LibraryHandler.h"
 #include "library/LibraryScreen.h"
@@ -28,11 +30,12 @@ std::vector<int32_t> CodesByArtist(Station& station) {
   return codes;
 }
 
-void AddMusicRow(Station& station, CardList& list, int32_t code) {
+std::optional<Cells> MusicCells(Station& station, int32_t code) {
+  std::optional<Cells> found;
   station.base.Db().ReadRows(
       "SELECT Auteur ,Titre ,Duree ,Genre ,Variete ,Code ,Lastdiff FROM Discotheque WHERE Code = ?",
       {int64_t{code}}, [&](const RowView& row) {
-        Cells cells;
+        Cells& cells = found.emplace();
         cells[DiscoCol::kArtist] = row.Text(0);
         cells[DiscoCol::kTitle] = row.Text(1);
         cells[DiscoCol::kLength] = FormatDuration(row.Int(2));
@@ -40,9 +43,15 @@ void AddMusicRow(Station& station, CardList& list, int32_t code) {
         cells[DiscoCol::kVariety] = row.Text(4);
         cells[DiscoCol::kCode] = std::to_string(code);
         cells[DiscoCol::kLastPlayed] = PlayedText(row.Real(6));
-        list.order.push_back(list.texts.Count());
-        list.texts.Add(cells, code);
       });
+  return found;
+}
+
+void AddMusicRow(Station& station, CardList& list, int32_t code) {
+  const auto cells = MusicCells(station, code);
+  if (!cells) return;
+  list.order.push_back(list.texts.Count());
+  list.texts.Add(*cells, code);
 }
 
 // Rows of a query of few cards: its columns as texts, by `cellsOf`.
@@ -85,6 +94,20 @@ void Library::MnuListe_Click(Station& station, LibraryEditor& editor) {
     CardList filled = CardsByArtist(station, editor);
     filled.visible = true;
     editor.PLDisco = std::move(filled);
+  });
+}
+
+void Library::RenewRow(Station& station, LibraryEditor& editor) {
+  HandleControl(station, "PLDisco", [&] {
+    CardList& list = editor.PLDisco;
+    for (size_t row = 0; row < list.Count(); ++row) {
+      if (list.Code(row) != editor.Code()) continue;
+      const auto cells = MusicCells(station, editor.Code());
+      if (!cells) return;
+      list.order[row] = list.texts.Count();
+      list.texts.Add(*cells, editor.Code());
+      return;
+    }
   });
 }
 

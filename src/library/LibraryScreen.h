@@ -67,6 +67,8 @@ CardList CardsByArtist(Station& station, LibraryEditor& editor);
 void MnuListe_Click(Station& station, LibraryEditor& editor);
 // `rows` from 0: these are selected, and the card of the last of them is shown.
 void PLDisco_Click(Station& station, LibraryEditor& editor, const std::vector<size_t>& rows);
+// The row of the card shown, as it is stored now, in its place on PLDisco.
+void RenewRow(Station& station, LibraryEditor& editor);
 // The sheet of the whole library. Throws StoreError.
 Sheet ExportedLibrary(Station& station, LibraryEditor& editor);
 // `path` is what the dialogue gave, as SheetPath takes it.
