@@ -124,6 +124,7 @@ void CardListPane::ShowRows(int32_t code) {
   showing_ = true;
   if (!model_->Follow()) {
     KeepCodes();
+    table_->viewport()->update();  // a row may read otherwise
   } else {
     table_->verticalScrollBar()->setValue(place);
     ArrangeColumns();

@@ -141,6 +141,28 @@ void LibraryWindow::ChangeCards(Routine routine) {
   });
 }
 
+// Of the music, which may be many, the one row is read again.
+void LibraryWindow::ReplaceCard() {
+  if (editor_.TabStrip1 != LibraryTab::kMusic) return ChangeCards(Library::Replacer_Click);
+  Work([this] {
+    Library::Replacer_Click(station_, editor_);
+    Library::RenewRow(station_, editor_);
+  });
+}
+
+// The rows selected leave the list with their cards.
+void LibraryWindow::DeleteCards() {
+  Work([this] {
+    const CardList* list = ListOfTab();
+    const auto rowsTooMany = [&] {
+      return static_cast<int64_t>(list->Count()) - editor_.cardCount[editor_.Tab()];
+    };
+    const int64_t before = list ? rowsTooMany() : 0;
+    Library::MnuDelete_Click(station_, editor_);
+    if (list && rowsTooMany() != before) fresh_[editor_.Tab()] = false;
+  });
+}
+
 void LibraryWindow::ChooseFiles() {
   if (!sources_.chooseFiles || !editor_.open || barred_) return;
   sources_.chooseFiles(this, Library::FileForSelector(station_, editor_), editor_.List1Tmp,

@@ -75,6 +75,8 @@ class LibraryWindow : public Window {
   using Routine = void (*)(Station&, LibraryEditor&);
   std::function<void()> Doing(Routine routine);
   void ChangeCards(Routine routine);  // the tab's list is filled anew
+  void ReplaceCard();
+  void DeleteCards();
 
   void ShowSelf();
   void ShowAll();

@@ -87,8 +87,8 @@ void LibraryWindow::MakeMenus() {
   bar->setNativeMenuBar(false);
   Nouveau_ = AddMenu(bar, "Nouveau", [this] { Run(Doing(Library::Nouveau_Click)); });
   Ajouter_ = AddMenu(bar, "Ajouter", [this] { ChangeCards(Library::Ajouter_Click); });
-  Replacer_ = AddMenu(bar, "Replacer", [this] { ChangeCards(Library::Replacer_Click); });
-  MnuDelete_ = AddMenu(bar, "MnuDelete", [this] { ChangeCards(Library::MnuDelete_Click); });
+  Replacer_ = AddMenu(bar, "Replacer", [this] { ReplaceCard(); });
+  MnuDelete_ = AddMenu(bar, "MnuDelete", [this] { DeleteCards(); });
   MnuListe_ = AddMenu(bar, "MnuListe", [this] { Work(Doing(Library::MnuListe_Click)); });
   MnuImp_ = AddMenu(bar, "MnuImp", [this] { Print(); });
   QMenu* options = bar->addMenu(Texts().Word("MnuOptions"));

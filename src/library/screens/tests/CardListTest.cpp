@@ -117,6 +117,27 @@ TEST_F(TheCardList, ItsSelectionGoesWithTheCardShown) {
   EXPECT_EQ(Selected("PLDisco", 0), (Names{"Édith"}));
 }
 
+TEST_F(TheCardList, OtherStationsCardsAreSeenWhenItIsFilledAgain) {
+  AddSongs();
+  Open();
+  AddSong("NENA", "99");
+  Menu("Replacer");
+  EXPECT_EQ(Column("PLDisco", 0).size(), 3U);
+  Menu("MnuListe");
+  EXPECT_EQ(Column("PLDisco", 0).size(), 4U);
+}
+
+TEST_F(TheCardList, ACardThatWasSearchedAwayLeavesItWhenItIsDeleted) {
+  AddSongs();
+  Open();
+  Type("RechDisco", "abba");
+  EXPECT_EQ(Text("ChAuteur"), "CHER");
+  on.messages.AnswerNext(Answer::kYes);
+  Menu("MnuDelete");
+  Type("RechDisco", "");
+  EXPECT_EQ(Column("PLDisco", 0), (Names{"ABBA", "Édith"}));
+}
+
 TEST_F(TheCardList, KeepsPlaceSortAndSelectionOverAnEdit) {
   for (int song = 0; song < 100; ++song)
     AddSong("ARTIST " + std::to_string(100 + song), std::to_string(999 - song));
