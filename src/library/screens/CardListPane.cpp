@@ -51,9 +51,9 @@ bool CardTable::viewportEvent(QEvent* event) {
 
 // --- the pane ---
 
-CardListPane::CardListPane(CardList& list, CardColumns columns, std::vector<CardColumnRoom> rooms,
-                           const char* search, CardListOrders orders, const Translation& texts,
-                           QWidget* parent)
+CardListPane::CardListPane(CardList& list, const CardColumns& columns,
+                           std::vector<CardColumnRoom> rooms, const char* search,
+                           CardListOrders orders, const Translation& texts, QWidget* parent)
     : QWidget(parent), list_(list), rooms_(std::move(rooms)), orders_(std::move(orders)) {
   model_ = new CardListModel(list, columns, HeadsOf(columns, texts), this);
   search_ = new QLineEdit(this);

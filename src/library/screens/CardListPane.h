@@ -45,7 +45,7 @@ class CardTable : public QTableView {
 class CardListPane : public QWidget {
  public:
   // `search` is the name of the search box. The list outlives the pane.
-  CardListPane(CardList& list, CardColumns columns, std::vector<CardColumnRoom> rooms,
+  CardListPane(CardList& list, const CardColumns& columns, std::vector<CardColumnRoom> rooms,
                const char* search, CardListOrders orders, const Translation& texts,
                QWidget* parent);
 

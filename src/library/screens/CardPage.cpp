@@ -136,8 +136,10 @@ QWidget* CardPage::ExitPoint(const char* sliderName, const char* labelName, int3
     const QSignalBlocker silent(slider);
     slider->setValue(ms);
   });
-  QLabel* label = Label(
-      labelName, [&ms] { return QString::number((ms + 50) / 100 / 10.0, 'f', 1).toStdString(); });
+  QLabel* label = Label(labelName, [&ms] {
+    const int32_t tenths = (ms + 50) / 100;
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+  });
   return Beside({{slider, 1}, {label, 0}});
 }
 

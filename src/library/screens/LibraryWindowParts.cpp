@@ -199,7 +199,7 @@ CardListPane* LibraryWindow::AddList(const char* name, const char* search) {
   ListParts parts = tab == 0 ? MusicList() : tab == 1 ? JingleList() : ShortElementList();
   CardListOrders orders{[this, tab](const std::vector<size_t>& rows) { ChooseRows(tab, rows); },
                         [this] { ShowCardInPlaceOfList(); }};
-  auto* pane = new CardListPane(list, std::move(parts.columns), std::move(parts.rooms), search,
+  auto* pane = new CardListPane(list, parts.columns, std::move(parts.rooms), search,
                                 std::move(orders), Texts(), lists_);
   pane->setObjectName(QString::fromLatin1(name));
   lists_->addWidget(pane);
