@@ -56,7 +56,7 @@ void LibraryWindow::Open() {
 
 void LibraryWindow::OpenOnCard(int32_t code) {
   if (!editor_.open) fresh_.fill(false);
-  Library::OpenOnCard(station_, editor_, code);
+  if (!barred_) Library::OpenOnCard(station_, editor_, code);
   ShowSelf();
 }
 
@@ -65,7 +65,7 @@ void LibraryWindow::ShowSelf() {
   show();
   raise();
   activateWindow();
-  ShowAll();
+  if (!barred_) ShowAll();
 }
 
 void LibraryWindow::closeEvent(QCloseEvent* event) {

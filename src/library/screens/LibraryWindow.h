@@ -46,7 +46,7 @@ class LibraryWindow : public Window {
  public:
   LibraryWindow(Station& station, LibrarySources sources);
   void Open();                    // nothing while the menus are locked
-  void OpenOnCard(int32_t code);  // of the music
+  void OpenOnCard(int32_t code);  // of the music; while a routine works it only comes forward
   bool LeaveNow();                // false while a routine works: it closes at its end
   bool IsOpen() const { return editor_.open; }
   const LibraryEditor& Editor() const { return editor_; }

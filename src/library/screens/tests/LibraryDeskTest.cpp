@@ -72,6 +72,21 @@ TEST_F(TheLibraryDesk, TheProgramDoesNotEndWhileTheLibraryWorks) {
   EXPECT_TRUE(desk->Leave());
 }
 
+TEST_F(TheLibraryDesk, NoOtherCardIsShownWhileARoutineWorks) {
+  desk->Open();
+  bool worked = false;
+  on.At(0, [&] {
+    worked = desk->Window()->Editor().working > 0;
+    desk->OpenOnCard(3);
+    desk->Open();
+  });
+  desk->Window()->findChild<QAction*>(QStringLiteral("MnuTxt"))->trigger();
+  EXPECT_TRUE(worked);
+  EXPECT_EQ(Artist(), "CHER");
+  desk->OpenOnCard(3);
+  EXPECT_EQ(Artist(), "Édith");
+}
+
 TEST_F(TheLibraryDesk, AQuestionStandsBeforeTheWindowThatAsks) {
   ScreenMessageBoxes boxes;
   QWidget main;
