@@ -158,13 +158,14 @@ class Import {
   }
 
   int Run() {
-    AddAll(FilesOf(options_.paths));
-    if (options_.json)
-      std::cout << told_.dump(1, ' ', false, Json::error_handler_t::replace) << '\n';
-    else
-      std::cout << counts_[0] << " added, " << counts_[1] << " known already, " << counts_[2]
-                << " refused" << std::endl;
-    FindExits();
+    try {
+      AddAll(FilesOf(options_.paths));
+    } catch (...) {
+      TellResult();  // of what was done before the base went out of reach
+      throw;
+    }
+    TellResult();
+    if (!options_.dryRun) FindExits();
     return counts_[2] > 0 ? 1 : 0;
   }
 
@@ -192,6 +193,14 @@ class Import {
     }
   }
 
+  void TellResult() const {
+    if (options_.json)
+      std::cout << told_.dump(1, ' ', false, Json::error_handler_t::replace) << std::endl;
+    else
+      std::cout << counts_[0] << " added, " << counts_[1] << " known already, " << counts_[2]
+                << " refused" << std::endl;
+  }
+
   void FindExits() {
     const auto bareExitMs = static_cast<int32_t>(sim_.station.base.CnfInt(Cnf::kPmixDef));
     Progress progress("by ear: title", bare_.size());
@@ -208,7 +217,7 @@ class Import {
     try {
       const auto measures = MeasureSound(opener_, files.Resolve(card.file));
       if (measures) TakeMeasures(sim_.station, card.code, card.file, *stamp, *measures, bareExitMs);
-    } catch (const SoundError& error) {
+    } catch (const std::exception& error) {
       std::cerr << "zemoradio: " << error.what() << std::endl;
     }
   }

@@ -17,12 +17,6 @@ namespace {
 constexpr int kDays = HourMasks::kDays, kHours = HourMasks::kHours;
 constexpr int32_t kHighestKey = 9;  // of the numeric pad
 
-// "0.0" seconds of milliseconds.
-std::string SecondsText(int32_t ms) {
-  const int32_t tenths = (ms + 50) / 100;
-  return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
-}
-
 // Puts the controls of the screen together: each beside the tab on which it is seen.
 class LibraryTable {
  public:
@@ -141,7 +135,7 @@ void LibraryTable::AddFrame() {
 
   OfficeControl slider = Slider("Slider1", editor_.Slider1, 0, 0);
   slider.put = [&station = station_, &editor = editor_](int, const std::string& text) {
-    Library::Slider1_Change(station, editor, NumberBetween(text, 1, editor.Slider1Max));
+    Library::Slider1_Change(station, editor, NumberBetween(text, INT32_MIN, INT32_MAX));
   };
   Add(slider, [&editor = editor_] { return editor.Slider1Max > 0; });
   Pressed("BtnPlus", OnCards(), Library::BtnPlus_Click);
@@ -201,6 +195,7 @@ void LibraryTable::AddHours() {
   Pressed("BtnCopy", copies,
           [](Station& s, const LibraryEditor& e) { Library::BtnCopy_Click(s, e); });
   Pressed("BtnColler", copies, Library::BtnColler_Click);
+  Add(Label("FrameAutorisation", CaptionOf("FrameAutorisation")), OnHours());
 }
 
 void LibraryTable::AddWindowDay(const char* name, std::string& text, int mode, LibraryTab tab) {
@@ -342,6 +337,7 @@ void LibraryTable::AddShortElement() {
   Text("ChLibVirgule", card.ChLibVirgule, on);
   AddExitPoint("PSAutre", "LblPSAutre", card.PSAutre, LibraryTab::kShortElements);
   Add(CheckBox("CheckJingleRacro", card.CheckJingleRacro), on);
+  Add(Label("CadreTouche", CaptionOf("CadreTouche")), on);
   Add(Slider("Tch", card.Tch, 0, kHighestKey), on);
   Pressed("BtnFindAutre", on, Library::BtnFindAutre_Click);
 }
@@ -419,11 +415,13 @@ void LibraryTable::AddPips() {
     LibraryEditor& editor = desk.library;
     if (click.row >= kHours || click.column >= kPipColumns)
       throw OrderError("GTopH has no such cell");
+    if (click.right) return;
     Library::GTopH_Click(editor, static_cast<size_t>(click.row), click.column);
     if (!click.twice || click.column != kFileColumn) return;
     desk.ChooseFiles(Library::FileForSelector(desk.station, editor), {},
-                     [&](const std::vector<std::string>& files) {
-                       Library::TakeFiles(desk.station, editor, files);
+                     [&desk, hour = click.row](const std::vector<std::string>& files) {
+                       desk.library.pipHour = hour;
+                       Library::TakeFiles(desk.station, desk.library, files);
                      });
   };
   pips.put = [&editor = editor_](int hour, int column, const std::string& text) {

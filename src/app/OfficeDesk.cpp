@@ -181,9 +181,8 @@ std::vector<std::string> OfficeDesk::Select(const std::vector<std::string>& want
     const std::string path = Selector::PathIn(selector.Dir1, selector.File1[row].name);
     if (std::find(wanted.begin(), wanted.end(), path) != wanted.end()) rows.push_back(row);
   }
-  if (rows.size() != wanted.size()) return wanted;
   Selector::File1_Click(station, selector, rows);
-  return Selector::ChosenFiles(station, selector);
+  return wanted;
 }
 
 void OfficeDesk::EndSelection(bool ok) {

@@ -26,7 +26,7 @@ std::vector<std::string> BetweenCommas(std::string_view text) {
 }
 
 void QueueSelection(SimStation& sim, OfficeDesk::SelectorAnswer::Kind kind,
-            const std::vector<std::string>& given) {
+                    const std::vector<std::string>& given) {
   OfficeDesk::SelectorAnswer answer{kind, {}};
   for (const std::string& path : given) answer.paths.push_back(AbsolutePath(path));
   sim.desk.files.push_back(std::move(answer));

@@ -11,6 +11,7 @@
 #include "engine/StartStop.h"
 #include "reports/AirWrites.h"
 #include "settings/SideFiles.h"
+#include "station/TextForms.h"
 
 namespace zemo {
 
@@ -74,10 +75,8 @@ void RunEnd::Ask() {
 void RunEnd::TellLonger() const {
   const int64_t longerMs = FramesToMs(real_.sound->SinkFrames() - endFrames_);
   if (!endMs_ || cut_ || longerMs <= 0) return;
-  const std::string tenths = std::to_string((longerMs + 50) / 100);
-  const std::string whole = tenths.size() > 1 ? tenths.substr(0, tenths.size() - 1) : "0";
   told_.closing(
-      "the file is " + whole + "." + tenths.back() +
+      "the file is " + SecondsText(longerMs) +
       " s longer than --for: what was on air has played to its end (--for-exactly cuts it)");
 }
 

@@ -31,8 +31,10 @@ OfficeScreen SelectorScreenOf(OfficeDesk& desk) {
     control.put = change;
     controls.push_back(control);
   };
-  folder("Drive1", selector.Drive1,
-         [&](int, const std::string& drive) { Selector::Drive1_Change(station, selector, drive); });
+  folder("Drive1", selector.Drive1, [&](int, const std::string& drive) {
+    if (!Selector::Drive1_Change(station, selector, drive))
+      throw OrderError("there is no drive " + drive);
+  });
   folder("Dir1", selector.Dir1, [&](int, const std::string& path) {
     if (!Selector::Dir1_Change(station, selector, path))
       throw OrderError("there is no folder " + path);

@@ -35,6 +35,7 @@ std::optional<std::string> TextBeside(Station& station, const std::string& file,
 
 void WriteBeside(Station& station, const std::string& file, const char* ending,
                  const std::string& text) {
+  if (Trim(file).empty()) return;
   station.platform.soundFiles.Write(SideFilePath(Trim(file), ending), EncodeSideFile(text));
 }
 
@@ -94,30 +95,42 @@ std::optional<int32_t> MusicCardOfFile(Station& station, const std::string& file
   return static_cast<int32_t>(table->Int("CODE"));
 }
 
-int32_t AddMusicCard(Station& station, const MusicCard& card, const HourMasks& masks) {
+int32_t InsertMusicCard(Station& station, const MusicCard& card, const HourMasks& masks) {
   const auto row = station.base.Table("Discotheque");
   row->AddNew();
   PutMusicCard(card, masks, *row);
   PutPlays(card, nullptr, *row);
-  const int32_t code = StoreNew(*row);
+  return StoreNew(*row);
+}
+
+int32_t AddMusicCard(Station& station, const MusicCard& card, const HourMasks& masks) {
+  const int32_t code = InsertMusicCard(station, card, masks);
   WriteOrLog(station, "ReplaceChampsMusique", [&] { WriteMus(station, card, masks); });
   return code;
 }
 
-int32_t AddJingle(Station& station, const JingleCard& card, const HourMasks& masks) {
+int32_t InsertJingle(Station& station, const JingleCard& card, const HourMasks& masks) {
   const auto row = station.base.Table("DiscothequeJingle");
   row->AddNew();
   PutJingle(card, masks, *row);
-  const int32_t code = StoreNew(*row);
+  return StoreNew(*row);
+}
+
+int32_t AddJingle(Station& station, const JingleCard& card, const HourMasks& masks) {
+  const int32_t code = InsertJingle(station, card, masks);
   WriteOrLog(station, "ReplaceJingle", [&] { WriteJin(station, card, masks); });
   return code;
 }
 
-int32_t AddShortElement(Station& station, const ShortElementCard& card) {
+int32_t InsertShortElement(Station& station, const ShortElementCard& card) {
   const auto row = station.base.Table("DiscothequeVirgule");
   row->AddNew();
   PutShortElement(card, *row);
-  const int32_t code = StoreNew(*row);
+  return StoreNew(*row);
+}
+
+int32_t AddShortElement(Station& station, const ShortElementCard& card) {
+  const int32_t code = InsertShortElement(station, card);
   LoadHotKeys(station);
   WriteOrLog(station, "ReplaceVirgule", [&] { WriteTx2(station, card); });
   return code;

@@ -26,6 +26,11 @@ bool FillShortElement(Station& station, const std::string& file, ShortElementCar
 // CODE of the music card with that stored path. Throws StoreError.
 std::optional<int32_t> MusicCardOfFile(Station& station, const std::string& file);
 
+// --- a new row. Gives its CODE. Throw StoreError for a text that no field holds ---
+int32_t InsertMusicCard(Station& station, const MusicCard& card, const HourMasks& masks);
+int32_t InsertJingle(Station& station, const JingleCard& card, const HourMasks& masks);
+int32_t InsertShortElement(Station& station, const ShortElementCard& card);
+
 // --- a new row, and its exchange file beside the sound file. Gives the new CODE. Throw StoreError,
 // with nothing stored, for a text that no field holds; an exchange file that cannot be written is
 // logged. ---
@@ -33,7 +38,7 @@ int32_t AddMusicCard(Station& station, const MusicCard& card, const HourMasks& m
 int32_t AddJingle(Station& station, const JingleCard& card, const HourMasks& masks);
 int32_t AddShortElement(Station& station, const ShortElementCard& card);
 
-// --- the exchange file alone. Throws FileError ---
+// --- the exchange file alone; none for a card without a sound file. Throw FileError ---
 void WriteMus(Station& station, const MusicCard& card, const HourMasks& masks);
 void WriteJin(Station& station, const JingleCard& card, const HourMasks& masks);
 void WriteTx2(Station& station, const ShortElementCard& card);

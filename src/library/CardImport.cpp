@@ -21,7 +21,8 @@ namespace {
 
 constexpr int kComparedFrames = 2 * kSampleRate;  // of the begin of a sound
 constexpr int kBlockFrames = 4096;
-constexpr int kNameCharacters = 40, kComposerCharacters = 60, kReferenceCharacters = 20;
+constexpr int kNameCharacters = 40, kComposerCharacters = 60, kReferenceCharacters = 20,
+              kGenreCharacters = 22, kYearCharacters = 4;
 
 std::string_view PathsQuery(LibraryTab kind) {
   switch (kind) {
@@ -71,7 +72,8 @@ CardImport::CardImport(Station& station, SoundOpener& opener, SoundTags& tags, L
     : station_(station), opener_(opener), tags_(tags), kind_(kind), dryRun_(dryRun) {
   station.base.CheckCnf();
   ReadKnown();
-  LoadSaveGenres(station, "Load", genres_);
+  if (station.platform.stationFolder.Exists(station.files.Genre) || !dryRun)
+    LoadSaveGenres(station, "Load", genres_);
   const auto map = ReadSideFile(station.platform.stationFolder, kGenreMapFile);
   if (!map) return;
   for (const NameValueLine& line : NameValueLines(*map))
@@ -116,11 +118,18 @@ int32_t CardImport::CardOfSameSound(const Sound& sound) {
   return same == sounds_.end() ? 0 : same->second;
 }
 
+template <typename Insert>
+int32_t CardImport::Try(Insert insert) {
+  const Transaction takenBack(station_.base.Db());
+  return insert() + tried_++;
+}
+
 std::string CardImport::StationGenre(const std::string& foreign) const {
+  if (foreign.empty()) return "NOGENRE";
   const auto mapped = genreMap_.find(UpperLatin(foreign));
   const std::string wanted = mapped == genreMap_.end() ? foreign : mapped->second;
   for (const std::string& genre : genres_)
-    if (UpperLatin(genre) == UpperLatin(wanted)) return genre;
+    if (UpperLatin(Trim(genre)) == UpperLatin(wanted)) return Trim(genre);
   return "NOGENRE";
 }
 
@@ -143,10 +152,15 @@ int32_t CardImport::AddMusic(const std::string& file, ImportedFile& imported) {
       TakeTags(*tags, card);
   Fit(card.ChAuteur, kNameCharacters, "artist", imported.cut);
   Fit(card.ChTitre, kNameCharacters, "title", imported.cut);
+  Fit(card.ChGenre, kGenreCharacters, "genre", imported.cut);
+  Fit(card.ChVariete, kGenreCharacters, "variety", imported.cut);
+  Fit(card.ChAnne, kYearCharacters, "year", imported.cut);
+  Fit(card.ChCD, kNameCharacters, "CD", imported.cut);
   Fit(card.ChLabel, kNameCharacters, "label", imported.cut);
   Fit(card.ChAuteurCompositeur, kComposerCharacters, "composer", imported.cut);
   Fit(card.ChRefAlbum, kReferenceCharacters, "album", imported.cut);
-  return dryRun_ ? 0 : AddMusicCard(station_, card, masks);
+  return dryRun_ ? Try([&] { return InsertMusicCard(station_, card, masks); })
+                 : AddMusicCard(station_, card, masks);
 }
 
 int32_t CardImport::AddOther(const std::string& file, ImportedFile& imported) {
@@ -155,12 +169,16 @@ int32_t CardImport::AddOther(const std::string& file, ImportedFile& imported) {
     HourMasks masks;
     FillJingle(station_, file, card, masks);
     Fit(card.ChLibJingle, kNameCharacters, "description", imported.cut);
-    return dryRun_ ? 0 : AddJingle(station_, card, masks);
+    Fit(card.GenreAssocie, kGenreCharacters, "genre", imported.cut);
+    Fit(card.ChAuteurJingle, kComposerCharacters, "author", imported.cut);
+    return dryRun_ ? Try([&] { return InsertJingle(station_, card, masks); })
+                   : AddJingle(station_, card, masks);
   }
   ShortElementCard card;
   FillShortElement(station_, file, card);
   Fit(card.ChLibVirgule, kNameCharacters, "description", imported.cut);
-  return dryRun_ ? 0 : AddShortElement(station_, card);
+  return dryRun_ ? Try([&] { return InsertShortElement(station_, card); })
+                 : AddShortElement(station_, card);
 }
 
 ImportedFile CardImport::Take(const std::string& file) {
@@ -170,12 +188,12 @@ ImportedFile CardImport::Take(const std::string& file) {
     imported.reason = reason;
     return imported;
   };
+  if (!station_.platform.soundFiles.Exists(file)) return refuse("there is no such file");
   if (const auto known = cards_.find(file); known != cards_.end()) {
     imported.result = ImportedFile::Result::kKnown;
     imported.code = known->second;
     return imported;
   }
-  if (!station_.platform.soundFiles.Exists(file)) return refuse("there is no such file");
   try {
     const Sound sound = SoundOf(file);
     imported.sameSoundAs = CardOfSameSound(sound);

@@ -2,6 +2,8 @@
 // deleting them.
 #include <algorithm>
 #include <exception>
+#include <limits>
+#include <utility>
 
 #include "library/CardTabs.h"
 #include "library/HotKeys.h"
@@ -38,10 +40,14 @@ void LoadLists(Station& station, LibraryEditor& editor) {
   LoadVarieties(station, "Load", editor.ChVarieteList);
 }
 
-// Steps from the card shown, wherever it is now; from its former place where it is gone.
-void Step(Station& station, LibraryEditor& editor, int64_t steps) {
+// To the card before or behind the one shown, wherever that is now. Where it is gone the one behind
+// has its former place.
+void Step(Station& station, LibraryEditor& editor, int steps) {
   ShowPosition(station, editor);
-  ShowPlace(station, editor, int64_t{editor.Position()} + steps);
+  const std::vector<int32_t>& codes = CodesInOrder(station, editor);
+  const bool gone =
+      editor.Code() > 0 && std::find(codes.begin(), codes.end(), editor.Code()) == codes.end();
+  ShowPlace(station, editor, int64_t{editor.Position()} + (gone && steps > 0 ? 0 : steps));
 }
 
 void ShowTab(Station& station, LibraryEditor& editor, LibraryTab tab) {
@@ -55,11 +61,18 @@ void ShowTab(Station& station, LibraryEditor& editor, LibraryTab tab) {
   editor.Slider1 = editor.Slider1Max = 0;
 }
 
-// Orders of the operator are served between two files.
+// Behind an addition the slider stands on the new count, in whatever order the cards are.
+void ShowCountAsPosition(LibraryEditor& editor) {
+  editor.Position() = editor.Slider1 = editor.Slider1Max;
+}
+
+// Orders of the operator are served between two files; the last card added is shown where they left
+// the screen as it was.
 void AddLot(Station& station, LibraryEditor& editor) {
   const LibraryWork work(editor);
   const WaitPointer wait(station.notices);
   const LibraryTab tab = editor.TabStrip1;
+  const int32_t shown = editor.Code();
   const std::vector<std::string> files = std::move(editor.ListLot);
   ForgetLot(editor);
   int32_t last = 0;
@@ -71,12 +84,9 @@ void AddLot(Station& station, LibraryEditor& editor) {
       LogCurrentException(station, "Ajouter", files[file]);
     }
   }
-  if (last > 0 && editor.TabStrip1 == tab) ShowCode(station, editor, last);
-}
-
-// Behind an addition the slider stands on the new count, in whatever order the cards are.
-void ShowCountAsPosition(LibraryEditor& editor) {
-  editor.Position() = editor.Slider1 = editor.Slider1Max;
+  if (last == 0 || editor.TabStrip1 != tab || editor.Code() != shown) return;
+  ShowCode(station, editor, last);
+  ShowCountAsPosition(editor);
 }
 
 bool Confirmed(Station& station, const std::string& question, Buttons buttons) {
@@ -135,14 +145,15 @@ void DeleteAll(Station& station, LibraryEditor& editor, const std::vector<int32_
 void DeleteCards(Station& station, LibraryEditor& editor) {
   const LibraryWork work(editor);
   const LibraryTab tab = editor.TabStrip1;
-  ShowPosition(station, editor);
-  const int32_t place = editor.Position();
+  const int32_t shown = editor.Code();
+  const std::vector<int32_t> before = CodesInOrder(station, editor);
   DeleteAll(station, editor,
             HasSelection(editor) ? SelectedCodes(editor.PLDisco) : std::vector{editor.Code()});
   if (tab == LibraryTab::kShortElements) LoadHotKeys(station);
-  if (editor.TabStrip1 != tab) return;
-  // The card behind it has its place now.
-  if (!ShowCode(station, editor, editor.Code())) ShowPlace(station, editor, place);
+  if (editor.TabStrip1 != tab || editor.Code() != shown) return;
+  for (auto next = std::find(before.begin(), before.end(), shown); next != before.end(); ++next)
+    if (ShowCode(station, editor, *next)) return;
+  ShowPlace(station, editor, std::numeric_limits<int32_t>::max());
 }
 
 }  // namespace
@@ -150,7 +161,9 @@ void DeleteCards(Station& station, LibraryEditor& editor) {
 void Library::Discotheque_Click(Station& station, LibraryEditor& editor) {
   HandleControl(station, "Discotheque", [&] {
     if (station.engine.ScreenLocked || editor.open) return;
+    const int working = editor.working;
     editor = LibraryEditor();
+    editor.working = working;
     editor.open = true;
     LoadLists(station, editor);
     ShowTab(station, editor, LibraryTab::kMusic);
@@ -171,9 +184,8 @@ bool Library::OpenOnCard(Station& station, LibraryEditor& editor, int32_t code) 
 
 void Library::Form_Unload(Station& station, LibraryEditor& editor) {
   HandleControl(station, "Discotheque", [&] {
-    if (!editor.open) return;
+    if (!std::exchange(editor.open, false)) return;
     if (!editor.OnCards()) LoadTopH(station, editor, "Save");
-    editor.open = false;
   });
 }
 
@@ -198,13 +210,13 @@ void Library::BtnMoins_Click(Station& station, LibraryEditor& editor) {
 
 void Library::Slider1_Change(Station& station, LibraryEditor& editor, int32_t value) {
   HandleControl(station, "Slider1", [&] {
-    if (editor.OnCards()) Step(station, editor, int64_t{value} - editor.Position());
+    if (editor.OnCards() && value != editor.Position()) ShowPlace(station, editor, value);
   });
 }
 
 void Library::OptionTri_Click(Station& station, LibraryEditor& editor, int32_t option) {
   HandleControl(station, "OptionTri", [&] {
-    editor.OptionTri = option;
+    if (std::exchange(editor.OptionTri, option) == option) return;
     ShowPlace(station, editor, 1);
   });
 }
@@ -223,11 +235,8 @@ void Library::Nouveau_Click(Station& station, LibraryEditor& editor) {
 void Library::Ajouter_Click(Station& station, LibraryEditor& editor) {
   HandleControl(station, "Ajouter", [&] {
     if (!editor.OnCards()) return;
-    if (editor.lotMode)
-      AddLot(station, editor);
-    else if (!AddShownCard(station, editor))
-      return;
-    if (editor.OnCards()) ShowCountAsPosition(editor);
+    if (editor.lotMode) return AddLot(station, editor);
+    if (AddShownCard(station, editor)) ShowCountAsPosition(editor);
   });
 }
 

@@ -134,6 +134,8 @@ void FilterKnown(Station& station, SoundFileSelector& selector) {
     if ((row + 1) % kFilesBetweenYields == 0) station.platform.loop.Yield();
   }
   selector.LblOut = kDone;
+  const Prelisten* player = station.platform.prelisten;
+  if (player && player->LengthMs() > 0) selector.TrackBarMax = player->LengthMs();
 }
 
 }  // namespace
@@ -172,9 +174,9 @@ void Selector::Open(Station& station, SoundFileSelector& selector, const std::st
   });
 }
 
-void Selector::Drive1_Change(Station& station, SoundFileSelector& selector,
+bool Selector::Drive1_Change(Station& station, SoundFileSelector& selector,
                              const std::string& drive) {
-  Dir1_Change(station, selector, HasDrive(drive) ? drive.substr(0, 2) + "\\" : "/");
+  return Dir1_Change(station, selector, HasDrive(drive) ? drive.substr(0, 2) + "\\" : "/");
 }
 
 bool Selector::Dir1_Change(Station& station, SoundFileSelector& selector,
@@ -187,6 +189,7 @@ bool Selector::Dir1_Change(Station& station, SoundFileSelector& selector,
     selector.Dir1 = folder;
     selector.Drive1 = DriveOf(folder);
     selector.folders = std::move(listing.folders);
+    selector.FileName.clear();
     selector.File1.clear();
     for (std::string& name : listing.files)
       if (IsSound(name)) selector.File1.push_back({std::move(name), false});

@@ -44,8 +44,8 @@ namespace Selector {
 // stored paths that have cards.
 void Open(Station& station, SoundFileSelector& selector, const std::string& currentFile,
           const std::vector<std::string>& known);
-void Drive1_Change(Station& station, SoundFileSelector& selector, const std::string& drive);
-// A folder that is not there changes nothing: false.
+// A drive or a folder that is not there changes nothing: false.
+bool Drive1_Change(Station& station, SoundFileSelector& selector, const std::string& drive);
 bool Dir1_Change(Station& station, SoundFileSelector& selector, const std::string& folder);
 // `rows` from 0: these are selected, and the last is the chosen one.
 void File1_Click(Station& station, SoundFileSelector& selector, const std::vector<size_t>& rows);

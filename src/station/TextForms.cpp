@@ -2,6 +2,7 @@
 // station runs, and letters are those of Western European text.
 #include "station/TextForms.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -101,6 +102,11 @@ std::string FormatDuration(int64_t ms) {
   const int64_t seconds = ms / 1000;
   if (seconds <= 0) return "--:--";
   return TwoDigitsOf(seconds / 60) + ":" + TwoDigitsOf(seconds % 60);
+}
+
+std::string SecondsText(int64_t ms) {
+  const int64_t tenths = (std::max<int64_t>(ms, 0) + 50) / 100;
+  return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
 }
 
 std::string HoursMinutesText(int64_t ms) {

@@ -25,6 +25,7 @@ std::string TwoDigits(int number);                         // 7 -> "07"; cut to 
 
 // Length as "mm:ss", each cut to its last two digits; "--:--" for less than a second.
 std::string FormatDuration(int64_t ms);
+std::string SecondsText(int64_t ms);  // to the tenth, "1.6"; not below 0
 // "hh h mm": hours in two digits; below an hour "00 h mm".
 std::string HoursMinutesText(int64_t ms);
 // Clock text of a position, "hh:mm:ss".

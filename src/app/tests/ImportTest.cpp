@@ -64,10 +64,9 @@ TEST_F(ImportCommand, WhatIsNoSoundOrNotThereIsRefusedWithItsReason) {
 TEST_F(ImportCommand, ADryRunSaysTheSameAndDoesNothing) {
   const Result result = Import("--dry-run music");
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.out, "added  " + Path("music/b.wav") + "\nadded  " + Path("music/inner/a.WAV") +
-                            "\n2 added, 0 known already, 0 refused\n");
   EXPECT_EQ(Sql("SELECT COUNT(*) FROM Discotheque"), "0\n");
   EXPECT_FALSE(std::filesystem::exists(root_ / "music/b.Mus"));
+  EXPECT_EQ(Import("music").out, result.out);
 }
 
 TEST_F(ImportCommand, TheSameSoundUnderAnotherPathIsAddedAndTheOtherCardNamed) {

@@ -14,6 +14,7 @@
 #include <algorithm>
 
 #include "library/MusicCard.h"
+#include "station/TextForms.h"
 #include "ui/Theme.h"
 
 namespace zemo {
@@ -136,10 +137,7 @@ QWidget* CardPage::ExitPoint(const char* sliderName, const char* labelName, int3
     const QSignalBlocker silent(slider);
     slider->setValue(ms);
   });
-  QLabel* label = Label(labelName, [&ms] {
-    const int32_t tenths = (ms + 50) / 100;
-    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
-  });
+  QLabel* label = Label(labelName, [&ms] { return SecondsText(ms); });
   return Beside({{slider, 1}, {label, 0}});
 }
 

@@ -86,6 +86,13 @@ TEST_F(CardsImported, WordsAreCutBehindOneInTheSecondHalfElseWhereTheFieldEnds) 
   EXPECT_EQ(CutAtWord("ééééé", 3), "ééé");
 }
 
+TEST_F(CardsImported, ATrialIsRefusedWhereTheRunItselfWouldBe) {
+  const std::string file = on.MakeSound("song.mp3", 1000);
+  on.MakeFile("song.Txt", "\"A\",\"T\",\"POP\",\"\",\"\",70000,1,0,60\r\n");
+  EXPECT_EQ(Take(file, true).result, ImportedFile::Result::kRefused);
+  EXPECT_EQ(Take(file).result, ImportedFile::Result::kRefused);
+}
+
 TEST_F(CardsImported, WhatCannotBeDecodedIsRefused) {
   const ImportedFile imported = Take(on.MakeFile("broken.mp3", "no sound"));
   EXPECT_EQ(imported.result, ImportedFile::Result::kRefused);
@@ -96,7 +103,7 @@ TEST_F(CardsImported, WhatCannotBeDecodedIsRefused) {
 TEST_F(CardsImported, ADryRunWritesNothing) {
   const ImportedFile imported = Take(on.MakeSound("song.mp3", 1000), true);
   EXPECT_EQ(imported.result, ImportedFile::Result::kAdded);
-  EXPECT_EQ(imported.code, 0);
+  EXPECT_EQ(imported.code, 1);
   EXPECT_EQ(Row("COUNT(*)"), "0");
 }
 

@@ -270,6 +270,49 @@ TEST_F(LibraryMusic, DeletingTheSelectionTakesItsLinesOffTheListToo) {
   EXPECT_EQ(editor.music.ChAuteur, "B");
 }
 
+TEST_F(LibraryMusic, DeletingASelectionShowsTheCardBehindTheOneThatWasShown) {
+  AddThree();
+  on.AddCard({.artist = "D"});
+  on.AddCard({.artist = "E"});
+  Open();
+  Library::MnuListe_Click(on.station, editor);
+  // Artists A (2), B (3), C (1), D (4) and E (5).
+  Library::PLDisco_Click(on.station, editor, {0, 2, 1});
+  EXPECT_EQ(editor.music.lblNumero, "3");
+  on.messages.AnswerNext(Answer::kYes);
+  Library::MnuDelete_Click(on.station, editor);
+  EXPECT_EQ(editor.music.lblNumero, "4");
+  EXPECT_EQ(editor.Slider1, 1);
+}
+
+TEST_F(LibraryMusic, TheCardBehindOneThatIsGoneIsTheNext) {
+  AddThree();
+  Open();
+  on.Sql("DELETE FROM Discotheque WHERE CODE = 1");
+  Library::BtnPlus_Click(on.station, editor);
+  EXPECT_EQ(editor.music.lblNumero, "2");
+}
+
+TEST_F(LibraryMusic, TheSliderGoesToItsPlaceAlsoWhereAnAdditionLeftItOnTheCount) {
+  AddThree();
+  Open();
+  Library::OptionTri_Click(on.station, editor, 1);
+  Library::TakeFiles(on.station, editor, {on.MakeSound("AA.wav", 1000)});
+  Library::Ajouter_Click(on.station, editor);
+  Library::Slider1_Change(on.station, editor, 3);
+  EXPECT_EQ(editor.music.ChAuteur, "B");
+  EXPECT_EQ(editor.Slider1, 3);
+}
+
+TEST_F(LibraryMusic, ACardWithoutASoundFileHasNoExchangeFile) {
+  Open();
+  editor.music.ChTitre = "TITLE";
+  Library::Ajouter_Click(on.station, editor);
+  EXPECT_EQ(Count(), "1");
+  EXPECT_FALSE(on.soundFiles.Exists("Mus"));
+  EXPECT_TRUE(on.Events("error").empty());
+}
+
 TEST_F(LibraryMusic, MovesThroughTheCardsInTheChosenOrderAndStopsAtItsEnds) {
   AddThree();
   Open();

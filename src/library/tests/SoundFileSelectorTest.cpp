@@ -70,6 +70,12 @@ TEST_F(SelectorFixture, ATypedPathTakesThePlaceOfTheSelection) {
   EXPECT_EQ(Chosen(), std::vector<std::string>{folder + "/c.flac"});
 }
 
+TEST_F(SelectorFixture, AnotherFolderForgetsTheFileThatWasChosen) {
+  Open(folder + "/a.wav");
+  ASSERT_TRUE(Selector::Dir1_Change(on.station, selector, on.machineDir.Path()));
+  EXPECT_TRUE(Chosen().empty());
+}
+
 TEST_F(SelectorFixture, AFolderThatIsNotThereChangesNothing) {
   Open();
   EXPECT_FALSE(Selector::Dir1_Change(on.station, selector, "/no/such/folder"));

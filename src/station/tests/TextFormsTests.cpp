@@ -137,4 +137,13 @@ TEST(Val, TakesAnyBytes) {
 }
 
 }  // namespace
+TEST(TextForms, SecondsAreRoundedToTheTenthAndNeverBelowNought) {
+  EXPECT_EQ(SecondsText(1600), "1.6");
+  EXPECT_EQ(SecondsText(949), "0.9");
+  EXPECT_EQ(SecondsText(950), "1.0");
+  EXPECT_EQ(SecondsText(0), "0.0");
+  EXPECT_EQ(SecondsText(-500), "0.0");
+  EXPECT_EQ(SecondsText(32767), "32.8");
+}
+
 }  // namespace zemo
