@@ -80,8 +80,8 @@ class SoundFiles {
   virtual std::optional<std::string> Read(std::string_view storedPath) const = 0;
   // Of the folder under that stored path. Links count as what they lead to. Throws nothing.
   virtual FolderListing List(std::string_view storedFolder) const = 0;
-  // Takes the read-only mark off a file of ours; nothing when absent. Throws nothing: what cannot be
-  // written says so when it is.
+  // Takes the read-only mark off a file of ours; nothing when absent. Throws nothing: what cannot
+  // be written says so when it is.
   virtual void ClearReadOnly(std::string_view storedPath) = 0;
   // Both as those of Folder.
   virtual void Write(std::string_view storedPath, std::string_view bytes) = 0;
