@@ -69,15 +69,15 @@ class LibraryTable {
   void Text(const char* name, std::string& text, const Seen& on) { Add(TextBox(name, text), on); }
   // A button whose routine works on the editor.
   template <typename Routine>
-  OfficeControl& Pressed(const char* name, Seen on, Routine routine) {
+  OfficeControl& Pressed(const char* name, const Seen& on, Routine routine) {
     return Add(
         Button(name, CaptionOf(name),
                [&station = station_, &editor = editor_, routine] { routine(station, editor); }),
-        std::move(on));
+        on);
   }
   // A group of boxes or options: one value and one hand for all of its elements.
   OfficeControl& Group(const char* name, int first, int last, std::function<ControlValue()> value,
-                       std::function<void(int element, bool on)> ticked, Seen seen) {
+                       const std::function<void(int element, bool on)>& ticked, Seen seen) {
     OfficeControl group;
     group.name = name;
     group.first = first;
