@@ -8,14 +8,12 @@ namespace zemo {
 
 int RunNewCommand(const NewStationOptions& options) {
   const std::string folder = MakeNewStation(options.folder);
-  std::cout
-      << "new: the station stands in " << folder << "\n"
-      << "new: next give it music, a row of the table Discotheque each; README.md, \"Your own "
-         "music\", has an example for\n"
-      << "    sqlite3 '" << folder << "/Triskin.MDB'\n"
-      << "new: then look it over and put it on air:\n"
-      << "    zemoradio check '" << folder << "'\n"
-      << "    zemoradio --station '" << folder << "'" << std::endl;
+  std::cout << "new: the station stands in " << folder << "\n"
+            << "new: next give it music, files and folders of them:\n"
+            << "    zemoradio import --station '" << folder << "' FOLDER\n"
+            << "new: then look it over and put it on air:\n"
+            << "    zemoradio check '" << folder << "'\n"
+            << "    zemoradio --station '" << folder << "'" << std::endl;
   return 0;
 }
 

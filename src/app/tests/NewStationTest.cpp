@@ -90,7 +90,8 @@ TEST_F(NewStation, PlaysTheMusicThatItIsGivenAndNothingElse) {
 TEST_F(NewStation, TellsWhereMusicGoesAndWhatToTypeThen) {
   const Result made = Run("new radio");
   EXPECT_EQ(made.err, "");
-  EXPECT_NE(made.out.find("sqlite3 '" + Path("radio") + "/Triskin.MDB'"), std::string::npos)
+  EXPECT_NE(made.out.find("zemoradio import --station '" + Path("radio") + "' FOLDER"),
+            std::string::npos)
       << made.out;
   EXPECT_NE(made.out.find("zemoradio check '" + Path("radio") + "'"), std::string::npos);
   EXPECT_NE(made.out.find("zemoradio --station '" + Path("radio") + "'"), std::string::npos);

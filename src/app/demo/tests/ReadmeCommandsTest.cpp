@@ -74,10 +74,11 @@ class ReadmeCommands : public BlackBox {
     fs::create_symlink(Program(), root_ / "build/release/zemoradio");
     Put("run.sh", "#!/bin/sh\nexec build/release/zemoradio run \"$@\"\n");  // builds nothing
     fs::permissions(root_ / "run.sh", fs::perms::owner_all);
-    for (const char* folder : {"home/spots", "home/news", "new-home"})
+    for (const char* folder : {"home/spots", "home/news", "new-home/music"})
       fs::create_directories(root_ / folder);
     MakeDemoStation(Path("home/radio"), {14, 0.3}, [](const std::string&) {});
     PutWav("home/spots/bakery.wav", 5);
+    PutWav("new-home/music/song.wav", 5);
     for (const auto& entry : fs::recursive_directory_iterator(root_ / "home/radio"))
       if (entry.path().extension() == ".mp3" && !fs::exists(root_ / "home/news/sea.mp3"))
         fs::copy_file(entry.path(), root_ / "home/news/sea.mp3");
