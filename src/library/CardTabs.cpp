@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <utility>
 
 #include "library/CardAdding.h"
 #include "library/HotKeys.h"
@@ -110,6 +111,15 @@ int32_t LibraryEditor::Code() const {
     default:
       return ValInt(music.lblNumero);
   }
+}
+
+void LibraryEditor::Empty() {
+  LibraryEditor empty;
+  empty.working = working;
+  for (const auto list :
+       {&LibraryEditor::PLDisco, &LibraryEditor::PLJingles, &LibraryEditor::PLAutre})
+    (empty.*list).generation = (this->*list).generation + 1;
+  *this = std::move(empty);
 }
 
 std::string_view TableOf(LibraryTab tab) {

@@ -124,11 +124,7 @@ std::vector<int32_t> SelectedCodes(const CardList& list) {
 
 void RemoveLine(CardList& list, int32_t code) {
   for (size_t row = 0; row < list.Count(); ++row) {
-    if (list.Code(row) != code) continue;
-    const auto place = static_cast<std::ptrdiff_t>(row);
-    list.order.erase(list.order.begin() + place);
-    list.selected.erase(list.selected.begin() + place);
-    return;
+    if (list.Code(row) == code) return list.Remove(row);
   }
 }
 
@@ -161,9 +157,7 @@ void DeleteCards(Station& station, LibraryEditor& editor) {
 void Library::Discotheque_Click(Station& station, LibraryEditor& editor) {
   HandleControl(station, "Discotheque", [&] {
     if (station.engine.ScreenLocked || editor.open) return;
-    const int working = editor.working;
-    editor = LibraryEditor();
-    editor.working = working;
+    editor.Empty();
     editor.open = true;
     LoadLists(station, editor);
     ShowTab(station, editor, LibraryTab::kMusic);

@@ -27,7 +27,9 @@ constexpr int kPrintPoints = 7;  // 62 lines a page
 }
 
 LibraryWindow::LibraryWindow(Station& station, LibrarySources sources)
-    : Window(station, "FrmDiscotheque", {{}, LibraryCaptions()}), sources_(std::move(sources)) {
+    : Window(station, "FrmDiscotheque", {{}, LibraryCaptions()}),
+      sources_(std::move(sources)),
+      musicList_(station, editor_.PLDisco, [this] { ShowLists(); }) {
   sources_.questions = WithSystemDialogues(std::move(sources_.questions), Texts().Langue());
   setWindowTitle(Texts().Word("title"));
   MakeOrders();
@@ -147,6 +149,7 @@ void LibraryWindow::ReplaceCard() {
   Work([this] {
     Library::Replacer_Click(station_, editor_);
     Library::RenewRow(station_, editor_);
+    if (musicList_.AtWork()) fresh_[editor_.Tab()] = false;  // it may have been read before
   });
 }
 
@@ -159,7 +162,8 @@ void LibraryWindow::DeleteCards() {
     };
     const int64_t before = list ? rowsTooMany() : 0;
     Library::MnuDelete_Click(station_, editor_);
-    if (list && rowsTooMany() != before) fresh_[editor_.Tab()] = false;
+    const bool filling = editor_.TabStrip1 == LibraryTab::kMusic && musicList_.AtWork();
+    if (list && (filling || rowsTooMany() != before)) fresh_[editor_.Tab()] = false;
   });
 }
 
@@ -184,6 +188,7 @@ void LibraryWindow::PickDay(int mode) {
 
 void LibraryWindow::Print() {
   Work([this] {
+    musicList_.ToTheEnd();
     const PrintedPages printed = Library::MnuImp_Click(station_, editor_);
     std::vector<std::string> lines;
     for (const auto& page : printed.pages) {
@@ -267,9 +272,14 @@ void LibraryWindow::FillList() {
   CardList* list = ListOfTab();
   if (!list || fresh_[editor_.Tab()] || barred_ || (!wide_ && !list->visible)) return;
   fresh_[editor_.Tab()] = true;  // not asked for again where it cannot be read
-  if (editor_.TabStrip1 == LibraryTab::kMusic) return Work(Doing(Library::MnuListe_Click));
+  if (editor_.TabStrip1 == LibraryTab::kMusic) return musicList_.Begin();
   if (editor_.TabStrip1 == LibraryTab::kJingles) return Work(Doing(Library::BtnRechJingles_Click));
   Work(Doing(Library::BtnFindAutre_Click));
+}
+
+void LibraryWindow::FillListOfMusic() {
+  editor_.PLDisco.visible = true;
+  fresh_[0] = false;
 }
 
 // --- measures ---

@@ -10,6 +10,7 @@
 
 #include "library/LibraryEditor.h"
 #include "library/screens/CardPage.h"
+#include "library/screens/MusicListFiller.h"
 #include "ui/Questions.h"
 #include "ui/Window.h"
 
@@ -84,6 +85,7 @@ class LibraryWindow : public Window {
   void ShowNavigation();
   void ShowLists();
   void FillList();
+  void FillListOfMusic();
   CardList* ListOfTab();
   void ShowCardInPlaceOfList();
   void ChooseRows(size_t tab, const std::vector<size_t>& rows);
@@ -97,6 +99,7 @@ class LibraryWindow : public Window {
   LibrarySources sources_;
   LibraryEditor editor_;
   LibraryOrders orders_;
+  MusicListFiller musicList_;
   bool wide_ = true;                     // the list stands beside the card
   bool barred_ = false;                  // a routine works
   bool closes_ = false;                  // at its end

@@ -89,7 +89,7 @@ void LibraryWindow::MakeMenus() {
   Ajouter_ = AddMenu(bar, "Ajouter", [this] { ChangeCards(Library::Ajouter_Click); });
   Replacer_ = AddMenu(bar, "Replacer", [this] { ReplaceCard(); });
   MnuDelete_ = AddMenu(bar, "MnuDelete", [this] { DeleteCards(); });
-  MnuListe_ = AddMenu(bar, "MnuListe", [this] { Work(Doing(Library::MnuListe_Click)); });
+  MnuListe_ = AddMenu(bar, "MnuListe", [this] { Run([this] { FillListOfMusic(); }); });
   MnuImp_ = AddMenu(bar, "MnuImp", [this] { Print(); });
   QMenu* options = bar->addMenu(Texts().Word("MnuOptions"));
   options->setObjectName(QStringLiteral("MnuOptions"));

@@ -127,6 +127,61 @@ TEST_F(TheCardList, OtherStationsCardsAreSeenWhenItIsFilledAgain) {
   EXPECT_EQ(Column("PLDisco", 0).size(), 4U);
 }
 
+class ALargeCardList : public LibraryScreenTest {
+ protected:
+  void SetUp() override {
+    LibraryScreenTest::SetUp();
+    on.Sql(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
+        "INSERT INTO Discotheque (AUTEUR, TITRE, FILENAME) SELECT 'ARTIST ' || (10000 - i), "
+        "'T' || i, '/' || i || '.wav' FROM n");
+  }
+  bool IsFilled(int rows) {
+    return QTest::qWaitFor([&] { return Table("PLDisco").model()->rowCount() == rows; });
+  }
+};
+
+TEST_F(ALargeCardList, IsFilledWhileTheCardCanBeEdited) {
+  window = std::make_unique<LibraryWindow>(on.station, sources);
+  window->Open();
+  EXPECT_EQ(Table("PLDisco").model()->rowCount(), 0);
+  Type("ChTitre", "first");
+  EXPECT_TRUE(On("Replacer"));
+  ASSERT_TRUE(IsFilled(5000));
+  EXPECT_EQ(Text("ChTitre"), "first");
+  EXPECT_EQ(Column("PLDisco", 0)[4999], "ARTIST 9999");
+  EXPECT_EQ(Selected("PLDisco", 0), (Names{"ARTIST 9999"}));  // card 1
+}
+
+TEST_F(ALargeCardList, StandsWhileItIsFilledAgainAndKeepsWhatWasDoneMeanwhile) {
+  Open();
+  ASSERT_TRUE(IsFilled(5000));
+  ClickRow("PLDisco", 0);
+  Find<QAction>("MnuListe")->trigger();
+  EXPECT_EQ(Table("PLDisco").model()->rowCount(), 5000);
+  on.messages.AnswerNext(Answer::kYes);
+  Find<QAction>("MnuDelete")->trigger();  // card 5000, which the filling had not read
+  ASSERT_TRUE(IsFilled(4999));
+  QTest::qWait(0);
+  Find<QAction>("MnuListe")->trigger();
+  Type("ChAuteur", "AAA");
+  Find<QAction>("Replacer")->trigger();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return Column("PLDisco", 0)[0] == "AAA"; }));
+  EXPECT_EQ(Table("PLDisco").model()->rowCount(), 4999);
+}
+
+TEST_F(ALargeCardList, IsPrintedWholeWhereItIsBeingFilled) {
+  std::string printed;
+  sources.questions.choosePrinter = [&](QWidget*, QPrinter&) {
+    printed = std::to_string(Table("PLDisco").model()->rowCount());
+    return false;
+  };
+  window = std::make_unique<LibraryWindow>(on.station, sources);
+  window->Open();
+  Find<QAction>("MnuImp")->trigger();
+  EXPECT_EQ(printed, "5000");
+}
+
 TEST_F(TheCardList, ACardThatWasSearchedAwayLeavesItWhenItIsDeleted) {
   AddSongs();
   Open();
