@@ -171,6 +171,12 @@ std::vector<std::string> FilesOfCards(Station& station, const LibraryEditor& edi
   return files;
 }
 
+void KeepLoadedRow(LibraryEditor& editor, const Recordset& row) {
+  editor.loadedRow.clear();
+  for (int field = 0; field < row.FieldCount(); ++field)
+    editor.loadedRow.push_back(row.Field(field));
+}
+
 void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row) {
   switch (editor.TabStrip1) {
     case LibraryTab::kJingles:
@@ -184,9 +190,7 @@ void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row) {
       TakeMusicCard(row, editor.music, editor.masks);
       editor.loadedMusic = editor.music;
   }
-  editor.loadedRow.clear();
-  for (int field = 0; field < row.FieldCount(); ++field)
-    editor.loadedRow.push_back(row.Field(field));
+  KeepLoadedRow(editor, row);
   editor.ReplacerEnabled = editor.MnuDeleteEnabled = true;
 }
 

@@ -21,6 +21,11 @@ constexpr Word kLibrary[] = {
     {"MnuOptions", {"Options", "Options", "Opções", "Opciones"}},
     {"MnuExporter", {"Exporter vers un tableur...", "Export to a spreadsheet...", "Exportar para folha de cálculo...", "Exportar a hoja de cálculo..."}},
     {"MnuTxt", {"Écrire les fichiers d'échange", "Write the exchange files", "Escrever os ficheiros de troca", "Escribir los ficheros de intercambio"}},
+    {"MnuGive", {"Donner aux fiches sélectionnées...", "Give to the selected cards...", "Dar às fichas selecionadas...", "Dar a las fichas seleccionadas..."}},
+    {"GiveTo", {"Donner aux %1 fiches sélectionnées, tels qu'ils sont affichés :", "Give the %1 selected cards, as shown:", "Dar às %1 fichas selecionadas, tal como mostrado:", "Dar a las %1 fichas seleccionadas, tal como se muestra:"}},
+    {"GiveDates", {"Période", "Dates", "Período", "Período"}},
+    {"NoWindow", {"toute l'année", "all year", "todo o ano", "todo el año"}},
+    {"BtnGive", {"Donner", "Give", "Dar", "Dar"}},
     {"MnuInitDate", {"Réinitialiser les dates de diffusion...", "Reset the play dates...", "Repor as datas de difusão...", "Reiniciar las fechas de emisión..."}},
     {"MnuAide", {"Aide", "Help", "Ajuda", "Ayuda"}},
 
@@ -90,7 +95,7 @@ constexpr Word kLibrary[] = {
     {"SearchCards", {"Rechercher dans la liste", "Search the list", "Pesquisar na lista", "Buscar en la lista"}},
     {"BtnFiche", {"Fiche", "Card", "Ficha", "Ficha"}},
     {"ConfirmInitDate", {"Marquer toute la discothèque comme diffusée maintenant ?", "Mark the whole library as played now?", "Marcar toda a discoteca como difundida agora?", "¿Marcar toda la discoteca como emitida ahora?"}},
-    {"HelpText", {"Ctrl+N : nouvelle fiche\nCtrl+S : remplacer la fiche\nCtrl+L : liste\nCtrl+F : rechercher dans la liste\nCtrl+P : imprimer\nAlt+Page préc. / Page suiv. : fiche précédente, suivante\nHeures : peindre à la souris, ou flèches et espace", "Ctrl+N: new card\nCtrl+S: replace the card\nCtrl+L: list\nCtrl+F: search the list\nCtrl+P: print\nAlt+Page Up / Page Down: previous, next card\nHours: paint with the mouse, or arrows and space", "Ctrl+N: nova ficha\nCtrl+S: substituir a ficha\nCtrl+L: lista\nCtrl+F: pesquisar na lista\nCtrl+P: imprimir\nAlt+Page Up / Page Down: ficha anterior, seguinte\nHoras: pintar com o rato, ou setas e espaço", "Ctrl+N: nueva ficha\nCtrl+S: reemplazar la ficha\nCtrl+L: lista\nCtrl+F: buscar en la lista\nCtrl+P: imprimir\nAlt+RePág / AvPág: ficha anterior, siguiente\nHoras: pintar con el ratón, o flechas y espacio"}},
+    {"HelpText", {"Ctrl+N : nouvelle fiche\nCtrl+S : remplacer la fiche\nCtrl+L : liste\nCtrl+F : rechercher dans la liste\nCtrl+G : donner aux fiches sélectionnées\nCtrl+P : imprimer\nAlt+Page préc. / Page suiv. : fiche précédente, suivante\nHeures : peindre à la souris, ou flèches et espace", "Ctrl+N: new card\nCtrl+S: replace the card\nCtrl+L: list\nCtrl+F: search the list\nCtrl+G: give to the selected cards\nCtrl+P: print\nAlt+Page Up / Page Down: previous, next card\nHours: paint with the mouse, or arrows and space", "Ctrl+N: nova ficha\nCtrl+S: substituir a ficha\nCtrl+L: lista\nCtrl+F: pesquisar na lista\nCtrl+G: dar às fichas selecionadas\nCtrl+P: imprimir\nAlt+Page Up / Page Down: ficha anterior, seguinte\nHoras: pintar com o rato, ou setas e espaço", "Ctrl+N: nueva ficha\nCtrl+S: reemplazar la ficha\nCtrl+L: lista\nCtrl+F: buscar en la lista\nCtrl+G: dar a las fichas seleccionadas\nCtrl+P: imprimir\nAlt+RePág / AvPág: ficha anterior, siguiente\nHoras: pintar con el ratón, o flechas y espacio"}},
 
     {"PLDisco.0", {"Artiste", "Artist", "Artista", "Artista"}},
     {"PLDisco.1", {"Titre", "Title", "Título", "Título"}},

@@ -15,6 +15,7 @@
 #include "library/screens/CardListPane.h"
 #include "library/screens/HourPipPage.h"
 #include "library/screens/HoursFrame.h"
+#include "library/screens/SelectedCardsDialog.h"
 #include "platform/Desktop.h"
 #include "station/Station.h"
 #include "ui/CalendarWindow.h"
@@ -226,6 +227,21 @@ void LibraryWindow::ResetDates() {
     const std::string question = Caption(LibraryCaptions(), "ConfirmInitDate", langue);
     if (station.platform.messages.Show("Alerte", question, Buttons::kYesNo) == Answer::kYes)
       Library::MnuInitDate_Click(station, editor);
+  });
+}
+
+// Of what was typed meanwhile nothing is given: the dialogue stands before the window.
+void LibraryWindow::GiveToSelected() {
+  Run([this] {
+    const std::vector<int32_t> codes = Library::SelectedCards(editor_);
+    auto* dialog = new SelectedCardsDialog(
+        editor_, codes.size(), Library::ChangedFields(station_, editor_), Texts(), this);
+    dialog->give = [this, codes](const SharedFields& fields) {
+      Work([this, codes, fields] {
+        if (Library::GiveFields(station_, editor_, codes, fields) > 0) fresh_[0] = false;
+      });
+    };
+    dialog->open();
   });
 }
 

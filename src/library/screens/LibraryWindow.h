@@ -95,6 +95,7 @@ class LibraryWindow : public Window {
   void Print();
   void Export();
   void ResetDates();
+  void GiveToSelected();
 
   LibrarySources sources_;
   LibraryEditor editor_;
@@ -117,7 +118,7 @@ class LibraryWindow : public Window {
   std::array<QLabel*, kCardTabs> info_{};
   std::array<QRadioButton*, 6> OptionTri{};
   QAction *Nouveau_, *Ajouter_, *Replacer_, *MnuDelete_, *MnuListe_, *MnuImp_, *MnuExporter_,
-      *MnuTxt_, *MnuInitDate_;
+      *MnuTxt_, *MnuGive_, *MnuInitDate_;
 };
 
 }  // namespace zemo

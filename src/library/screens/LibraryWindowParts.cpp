@@ -17,6 +17,7 @@
 #include <algorithm>
 
 #include "library/LibraryScreen.h"
+#include "library/SelectedCards.h"
 #include "library/screens/CardListPane.h"
 #include "library/screens/HourPipPage.h"
 #include "library/screens/HoursFrame.h"
@@ -70,6 +71,12 @@ ListParts ShortElementList() {
            {"00000", 0}}};
 }
 
+// The card shown is one of several that are selected.
+bool ShownWithOthers(const LibraryEditor& editor) {
+  const std::vector<int32_t> codes = Library::SelectedCards(editor);
+  return codes.size() > 1 && std::find(codes.begin(), codes.end(), editor.Code()) != codes.end();
+}
+
 }  // namespace
 
 // --- menus ---
@@ -95,6 +102,7 @@ void LibraryWindow::MakeMenus() {
   options->setObjectName(QStringLiteral("MnuOptions"));
   MnuExporter_ = AddMenu(options, "MnuExporter", [this] { Export(); });
   MnuTxt_ = AddMenu(options, "MnuTxt", [this] { Work(Doing(Library::MnuTxt_Click)); });
+  MnuGive_ = AddMenu(options, "MnuGive", [this] { GiveToSelected(); });
   options->addSeparator();
   MnuInitDate_ = AddMenu(options, "MnuInitDate", [this] { ResetDates(); });
   AddMenu(bar, "MnuAide", [this] {
@@ -104,6 +112,7 @@ void LibraryWindow::MakeMenus() {
   Nouveau_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
   Replacer_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
   MnuListe_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
+  MnuGive_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_G));
   MnuImp_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_P));
 }
 
@@ -267,6 +276,7 @@ void LibraryWindow::ShowMenus() {
   for (QAction* entry : {Nouveau_, Ajouter_}) entry->setEnabled(cards);
   for (QAction* entry : {MnuListe_, MnuImp_, MnuExporter_, MnuTxt_, MnuInitDate_})
     entry->setEnabled(music);
+  MnuGive_->setEnabled(music && ShownWithOthers(editor_));
   Replacer_->setEnabled(editor_.ReplacerEnabled);
   MnuDelete_->setEnabled(editor_.MnuDeleteEnabled);
   sort_->setVisible(music);

@@ -1,4 +1,5 @@
 // The list of cards beside the card, or in its place.
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -125,6 +126,43 @@ TEST_F(TheCardList, OtherStationsCardsAreSeenWhenItIsFilledAgain) {
   EXPECT_EQ(Column("PLDisco", 0).size(), 3U);
   Menu("MnuListe");
   EXPECT_EQ(Column("PLDisco", 0).size(), 4U);
+}
+
+TEST_F(TheCardList, SeveralCardsGetWhatIsTicked) {
+  AddSongs();
+  Open();
+  EXPECT_FALSE(On("MnuGive"));
+  ClickRow("PLDisco", 0);
+  ClickRow("PLDisco", 1, Qt::ControlModifier);
+  ASSERT_TRUE(On("MnuGive"));
+  Type("ChNbPassJour", "4");
+  Type("ChTitre", "not stored");
+  QTest::keyClick(window.get(), Qt::Key_G, Qt::ControlModifier);
+  EXPECT_EQ(Text("LblGive"), "Donner aux 2 fiches sélectionnées, tels qu'ils sont affichés :");
+  EXPECT_TRUE(Find<QCheckBox>("GiveNbPassJour")->isChecked());  // as it was changed
+  EXPECT_FALSE(Find<QCheckBox>("GiveGenre")->isChecked());
+  EXPECT_EQ(Text("GiveNbPassJour"), "Passages par jour – 4");
+  KeepPicture(*Find("FrmGive"), "library-give-fr");
+  Click("BtnGive");
+  EXPECT_EQ(on.SqlText("SELECT group_concat(NBPASSJOUR) FROM (SELECT NBPASSJOUR FROM Discotheque "
+                       "ORDER BY CODE)"),
+            "4,4,1");
+  EXPECT_EQ(Stored("TITRE", 1), "Believe");
+  EXPECT_EQ(Text("ChTitre"), "not stored");
+  EXPECT_EQ(Selected("PLDisco", 0), (Names{"ABBA", "CHER"}));
+}
+
+TEST_F(TheCardList, CancelGivesNothing) {
+  AddSongs();
+  Open();
+  ClickRow("PLDisco", 0);
+  ClickRow("PLDisco", 2, Qt::ShiftModifier);
+  Menu("MnuGive");
+  EXPECT_FALSE(Find("BtnGive")->isEnabled());  // nothing is ticked
+  Click("GiveVariete");
+  EXPECT_TRUE(Find("BtnGive")->isEnabled());
+  QTest::keyClick(Find("FrmGive"), Qt::Key_Escape);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(DISTINCT VARIETE) FROM Discotheque"), "1");
 }
 
 class ALargeCardList : public LibraryScreenTest {
