@@ -24,7 +24,6 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutine = "VoirRapport";
 constexpr int64_t kReadCodes = 5000;     // of a slice: 8 ms where each row of it is of the span
 constexpr int64_t kSearchCodes = 40000;  // of a slice in which no row is
 constexpr int64_t kBesideCodes = 2000;   // read beside the bounds, for hours that came twice
@@ -198,7 +197,7 @@ void List(ReportEditor& editor, std::shared_ptr<const ReportRows> rows) {
   editor.LblCompteur = std::to_string(list.Count()) + " Fiches";
 }
 
-void ReadSpan(Station& station, ReportEditor& editor) {
+void ReadInto(Station& station, ReportEditor& editor) {
   const auto span = SpanOf(editor);
   if (!span) return List(editor, std::make_shared<ReportRows>());
   Reading reading(station, editor, *span);
@@ -210,17 +209,19 @@ void ReadSpan(Station& station, ReportEditor& editor) {
 
 }  // namespace
 
+void Report::ReadSpan(Station& station, ReportEditor& editor) {
+  const ReportWork work(editor);
+  const uint64_t number = ++editor.readings;
+  try {
+    ReadInto(station, editor);
+  } catch (const std::exception&) {
+    if (editor.readings == number) List(editor, std::make_shared<ReportRows>());
+    throw;
+  }
+}
+
 void Report::VoirRapport(Station& station, ReportEditor& editor) {
-  HandleControl(station, kRoutine, [&] {
-    const ReportWork work(editor);
-    const uint64_t number = ++editor.readings;
-    try {
-      ReadSpan(station, editor);
-    } catch (const std::exception&) {
-      if (editor.readings == number) List(editor, std::make_shared<ReportRows>());
-      throw;
-    }
-  });
+  HandleControl(station, "VoirRapport", [&] { ReadSpan(station, editor); });
 }
 
 }  // namespace zemo

@@ -59,7 +59,10 @@ PrintedPages ImprimeStat(Station& station, ReportEditor& editor);
 // list.
 void BtnIntoPlaylist_Click(Station& station, ReportEditor& editor);
 
-// --- the same as texts and cells, for whoever writes them elsewhere; throw StoreError ---
+// --- VoirRapport, BtnStats and what is exported, for who has to know of a fault: throw StoreError,
+// ReportSheet and RotationSheet std::length_error for more rows than a sheet has ---
+void ReadSpan(Station& station, ReportEditor& editor);
+void CountSpan(Station& station, ReportEditor& editor);
 std::string ExportedReport(Station& station, ReportEditor& editor);
 std::string ExportedRotations(Station& station, ReportEditor& editor);
 Sheet ReportSheet(Station& station, ReportEditor& editor);

@@ -14,8 +14,6 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutine = "BtnStats";
-
 // The first varieties of the table; empty where it has not as many.
 std::array<std::string, kVarietiesCounted> FirstVarieties(Station& station) {
   std::array<std::string, kVarietiesCounted> names;
@@ -73,21 +71,23 @@ std::vector<Rotation> RotationsOf(const ReportList& list) {
 
 }  // namespace
 
+void Report::CountSpan(Station& station, ReportEditor& editor) {
+  if (editor.ListRap.Count() == 0) return;
+  const ReportWork work(editor);
+  if (!SortReport(station, editor, RapCol::kVariety)) return;
+  VarietyShares shares = SharesOf(station, *editor.ListRap.rows);
+  if (!SortReport(station, editor, RapCol::kTitle)) return;
+  RotationList rotations;
+  rotations.generation = editor.ListStat.generation + 1;
+  rotations.rows = editor.ListRap.rows;
+  rotations.lines = RotationsOf(editor.ListRap);
+  editor.ListStat = std::move(rotations);
+  editor.LblStat = SharesText(shares);
+  editor.shares = std::move(shares);
+}
+
 void Report::BtnStats_Click(Station& station, ReportEditor& editor) {
-  HandleControl(station, kRoutine, [&] {
-    if (editor.ListRap.Count() == 0) return;
-    const ReportWork work(editor);
-    if (!SortReport(station, editor, RapCol::kVariety)) return;
-    VarietyShares shares = SharesOf(station, *editor.ListRap.rows);
-    if (!SortReport(station, editor, RapCol::kTitle)) return;
-    RotationList rotations;
-    rotations.generation = editor.ListStat.generation + 1;
-    rotations.rows = editor.ListRap.rows;
-    rotations.lines = RotationsOf(editor.ListRap);
-    editor.ListStat = std::move(rotations);
-    editor.LblStat = SharesText(shares);
-    editor.shares = std::move(shares);
-  });
+  HandleControl(station, "BtnStats", [&] { CountSpan(station, editor); });
 }
 
 }  // namespace zemo
