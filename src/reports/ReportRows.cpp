@@ -87,14 +87,16 @@ namespace {
 template <typename NumberOfRow>
 std::vector<uint32_t> SortedBy(const std::vector<uint32_t>& order, NumberOfRow numberOf,
                                const Pause& pause) {
+  constexpr size_t kRowsBetweenPauses = 200000;
   std::vector<uint32_t> numbers;
   numbers.reserve(order.size());
-  for (const uint32_t row : order) numbers.push_back(numberOf(row));
-  std::vector<uint32_t> sorted;
-  sorted.reserve(order.size());
-  for (const uint32_t place : PlacesByNumber(numbers)) sorted.push_back(order[place]);
-  constexpr size_t kMany = 50000;
-  if (order.size() > kMany) pause();
+  for (const uint32_t row : order) {
+    numbers.push_back(numberOf(row));
+    if (numbers.size() % kRowsBetweenPauses == 0) pause();
+  }
+  std::vector<uint32_t> sorted = PlacesByNumber(numbers);
+  if (order.size() > kRowsBetweenPauses) pause();
+  for (uint32_t& place : sorted) place = order[place];
   return sorted;
 }
 

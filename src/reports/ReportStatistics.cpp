@@ -14,6 +14,8 @@ namespace zemo {
 
 namespace {
 
+constexpr size_t kRowsBetweenPauses = 200000;
+
 // The first varieties of the table; empty where it has not as many.
 std::array<std::string, kVarietiesCounted> FirstVarieties(Station& station) {
   std::array<std::string, kVarietiesCounted> names;
@@ -25,7 +27,7 @@ std::array<std::string, kVarietiesCounted> FirstVarieties(Station& station) {
 }
 
 // Every variety but the first counts with the second.
-VarietyShares SharesOf(Station& station, const ReportRows& rows) {
+VarietyShares SharesOf(Station& station, const ReportRows& rows, const Pause& pause) {
   VarietyShares shares;
   shares.names = FirstVarieties(station);
   const TextNumbers& varieties = rows.Numbers(RapCol::kVariety);
@@ -35,8 +37,10 @@ VarietyShares SharesOf(Station& station, const ReportRows& rows) {
         varieties.Text(number).empty()
             ? std::nullopt
             : std::optional<size_t>(varieties.Text(number) == shares.names[0] ? 0 : 1));
-  for (size_t row = 0; row < rows.Count(); ++row)
+  for (size_t row = 0; row < rows.Count(); ++row) {
+    if (row % kRowsBetweenPauses == kRowsBetweenPauses - 1) pause();
     if (const auto variety = counter[rows.Number(row, RapCol::kVariety)]) ++shares.plays[*variety];
+  }
   return shares;
 }
 
@@ -52,11 +56,12 @@ std::string SharesText(const VarietyShares& shares) {
 
 // Rows of one title that lie side by side, whoever sings it, are one line; those without a title
 // are none.
-std::vector<Rotation> RotationsOf(const ReportList& list) {
+std::vector<Rotation> RotationsOf(const ReportList& list, const Pause& pause) {
   std::vector<Rotation> rotations;
   const ReportRows& rows = *list.rows;
   uint32_t plays = 0;
   for (size_t line = 0; line < list.Count(); ++line) {
+    if (line % kRowsBetweenPauses == kRowsBetweenPauses - 1) pause();
     const uint32_t row = list.order[line];
     ++plays;
     const bool last =
@@ -74,13 +79,17 @@ std::vector<Rotation> RotationsOf(const ReportList& list) {
 void Report::CountSpan(Station& station, ReportEditor& editor) {
   if (editor.ListRap.Count() == 0) return;
   const ReportWork work(editor);
+  const Pause pause = [&] { station.platform.loop.Yield(); };
   if (!SortReport(station, editor, RapCol::kVariety)) return;
-  VarietyShares shares = SharesOf(station, *editor.ListRap.rows);
-  if (!SortReport(station, editor, RapCol::kTitle)) return;
+  const std::shared_ptr<const ReportRows> rows = editor.ListRap.rows;
+  VarietyShares shares = SharesOf(station, *rows, pause);
+  if (editor.ListRap.rows != rows || !SortReport(station, editor, RapCol::kTitle)) return;
+  const ReportList list = editor.ListRap;
   RotationList rotations;
+  rotations.lines = RotationsOf(list, pause);
+  if (editor.ListRap.rows != rows) return;
+  rotations.rows = rows;
   rotations.generation = editor.ListStat.generation + 1;
-  rotations.rows = editor.ListRap.rows;
-  rotations.lines = RotationsOf(editor.ListRap);
   editor.ListStat = std::move(rotations);
   editor.LblStat = SharesText(shares);
   editor.shares = std::move(shares);

@@ -153,6 +153,36 @@ TEST_F(ReportOutput, TheTitlesThatHaveACardTakeThePlaceOfTheList) {
   EXPECT_EQ(panel.OptPls, 0);
 }
 
+// No index of the library finds the first four; the last is a pattern, which the first card fits.
+TEST_F(ReportOutput, TitlesBeyondTheIndexesFindTheirFirstCardWithoutRegardToCaseAsWell) {
+  const int32_t first = on.AddCard({.artist = "ÉVA", .title = "Été"});
+  on.AddCard({.artist = "Éva", .title = "Été"});
+  const int32_t percent = on.AddCard({.artist = "100%", .title = "À_moi"});
+  on.AddCard({.artist = "100x", .title = "Àxmoi"});
+  for (const char* title : {"été", "ÉTÉ", "Hiver é"}) Add({.artist = "éva", .title = title});
+  Add({.artist = "100%", .title = "à_moi"});
+  Add({.artist = "É*", .title = "?té"});
+  Open();
+  Report::BtnIntoPlaylist_Click(on.station, editor);
+  EXPECT_EQ(on.station.PL.Codes(), (std::vector<int32_t>{first, first, percent, first}));
+}
+
+// So that no tick in a yield meets an empty list.
+TEST_F(ReportOutput, TheListStaysUntilAllCardsAreFound) {
+  on.AppendCard(on.AddCard({}));
+  for (int i = 0; i < 60; ++i) Add({.title = "Title " + std::to_string(i)});
+  const int32_t last = on.AddCard({.title = "Title 59"});
+  Open();
+  int served = 0;
+  on.loop.Post([&] {
+    ++served;
+    EXPECT_EQ(on.station.PL.Count(), 1);
+  });
+  Report::BtnIntoPlaylist_Click(on.station, editor);
+  EXPECT_EQ(served, 1);
+  EXPECT_EQ(on.station.PL.Codes(), std::vector<int32_t>{last});
+}
+
 TEST_F(ReportOutput, TheOrderThatMadeTheListCanBeTakenBack) {
   const int32_t card = on.AddCard({.artist = "A", .title = "One"});
   const int32_t before = on.AddCard({.artist = "B", .title = "Two"});
