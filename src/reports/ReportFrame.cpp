@@ -18,16 +18,22 @@ void PutFilter(Station& station, ReportEditor& editor, std::string& filter,
   if (std::exchange(filter, text) != text) Report::VoirRapport(station, editor);
 }
 
+// What is still at work on the former rows must not take others for them.
+void Empty(ReportEditor& editor) {
+  ReportEditor empty;
+  empty.working = editor.working;
+  empty.readings = editor.readings;
+  empty.ListRap.generation = editor.ListRap.generation;
+  empty.ListStat.generation = editor.ListStat.generation;
+  editor = std::move(empty);
+}
+
 }  // namespace
 
 void Report::MnuRapport_Click(Station& station, ReportEditor& editor) {
   HandleControl(station, "MnuRapport", [&] {
     if (station.engine.ScreenLocked || editor.open) return;
-    const int working = editor.working;
-    const uint64_t readings = editor.readings;
-    editor = ReportEditor();
-    editor.working = working;
-    editor.readings = readings;
+    Empty(editor);
     editor.open = true;
     editor.LblDate = DateText(station.Now());
     VoirRapport(station, editor);

@@ -17,7 +17,7 @@ struct Station;
 
 namespace Report {
 
-// French in every language; under "Alerte".
+// In the routines' words, as station/OperatorWords.h has them; under "Alerte".
 inline constexpr const char* kNothingListed = "Vous n'avez rien dans la liste";
 
 // --- opening and closing ---

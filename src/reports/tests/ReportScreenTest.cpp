@@ -235,5 +235,24 @@ TEST_F(ReportScreen, AScreenClosedWhileItReadsStaysAsItIs) {
   EXPECT_EQ(editor.ListRap.Count(), 0U);
 }
 
+// As many titles as a sorting goes through in two slices.
+TEST_F(ReportScreen, AListSortedWhileTheScreenIsOpenedAnewOnOtherRowsStaysTheirs) {
+  on.Sql(
+      "INSERT INTO Rapport (TITRE, DATENUM) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + "
+      "1 FROM n WHERE i < 9000) SELECT 20000 - i, 46347 + i / 18000.0 FROM n");
+  Open();
+  ASSERT_EQ(editor.LblCompteur, "9000 Fiches");
+  int opened = 0;
+  on.loop.Post([&] {
+    ++opened;
+    Report::Form_Unload(editor);
+    on.Sql("DELETE FROM Rapport WHERE Code > 2");
+    Open();
+  });
+  Report::ListRap_ColumnClick(on.station, editor, RapCol::kTitle);
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(Titles(), (Texts{"19999", "19998"}));
+}
+
 }  // namespace
 }  // namespace zemo
