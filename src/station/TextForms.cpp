@@ -146,7 +146,7 @@ std::string FirstCharacters(std::string_view utf8, int n) {
 
 std::string PaddedText(std::string_view utf8, int n) {
   std::string padded = FirstCharacters(utf8, n);
-  padded.append(static_cast<size_t>(n - CharacterCount(padded)), ' ');
+  padded.append(static_cast<size_t>(std::max(n - CharacterCount(padded), 0)), ' ');
   return padded;
 }
 

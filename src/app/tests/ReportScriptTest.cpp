@@ -60,6 +60,18 @@ TEST_F(ReportScript, ShowsTodaysRowsWithLabelsCaptionsAndLists) {
   EXPECT_EQ(screens[0]["off"], Json::array());
 }
 
+TEST_F(ReportScript, CaptionsAreInTheStationsLanguageAndLabelsInTheRoutinesWords) {
+  Drive({"set Langue 1", "open report", "press BtnStats", "show report"});
+  const auto screens = Events("screen");
+  ASSERT_EQ(screens.size(), 1U);
+  EXPECT_EQ(screens[0]["title"], "Report and statistics");
+  const Json& controls = screens[0]["controls"];
+  EXPECT_EQ(controls["BtnStats"], "Statistics");
+  EXPECT_EQ(controls["ListStat"],
+            Json({"Rotations", "Artist", "Title", "Genre", "Variety", "Label"}));
+  EXPECT_EQ(controls["LblCompteur"], "4 Fiches");
+}
+
 TEST_F(ReportScript, CalendarDaysAndFiltersMakeTheSpan) {
   Drive({"open report", "day 2026-11-20", "press CmdCalend", "show report", "day 2026-11-21",
          "press BtnDateFin", "put FiltreGenre gold", "put FiltreVariete inter", "show report",

@@ -152,6 +152,18 @@ TEST_F(ReportScreen, ARowFarFromItsDayIsFoundToo) {
   EXPECT_EQ(Titles(), (Texts{"first", "astray", "last"}));
 }
 
+// Every row stands where the halving does not look for it.
+TEST_F(ReportScreen, AReportInNoOrderAtAllIsListedByItsMoments) {
+  on.Sql(
+      "INSERT INTO Rapport (TITRE, DATENUM) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + "
+      "1 FROM n WHERE i < 30000) SELECT i * 7919 % 30000, 46332 + i * 7919 % 30000 / 1000.0 FROM "
+      "n");
+  Open();
+  ASSERT_EQ(editor.LblCompteur, "1000 Fiches");
+  for (size_t line = 0; line < 1000; ++line)
+    ASSERT_EQ(editor.ListRap.Cell(line, RapCol::kTitle), std::to_string(15000 + line));
+}
+
 TEST_F(ReportScreen, AReportWithHolesInItsNumbersIsReadToItsEnd) {
   Add({.time = "09:00:00", .title = "1"});
   on.Sql("INSERT INTO Rapport (CODE, TITRE, DATENUM) VALUES (2000000000, '2', 46347.9)");
@@ -181,6 +193,24 @@ TEST_F(ReportScreen, AHeadSortsByItsColumnWithoutRegardToCaseAndEqualRowsKeepThe
   EXPECT_EQ(Titles(), (Texts{"2", "5", "1", "3", "4"}));
   Report::ListRap_ColumnClick(on.station, editor, RapCol::kMoment);
   EXPECT_EQ(Titles(), (Texts{"1", "2", "3", "4", "5"}));
+}
+
+// Six slices of titles, each of them twice; 7 shares no factor with 50000.
+TEST_F(ReportScreen, ManyTitlesAreSortedAsFewAre) {
+  on.Sql(
+      "INSERT INTO Rapport (TITRE, REFERENCE, DATENUM) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+      "SELECT i + 1 FROM n WHERE i < 100000) SELECT printf('%05d', i * 7 % 50000), i, "
+      "46347 + i / 200000.0 FROM n");
+  Open();
+  Report::ListRap_ColumnClick(on.station, editor, RapCol::kTitle);
+  ASSERT_EQ(editor.ListRap.Count(), 100000U);
+  for (size_t line = 0; line < 100000; line += 2) {
+    const std::string title = editor.ListRap.Cell(line, RapCol::kTitle);
+    ASSERT_EQ(std::stoul(title), line / 2);
+    ASSERT_EQ(editor.ListRap.Cell(line + 1, RapCol::kTitle), title);
+    ASSERT_EQ(std::stoi(editor.ListRap.Cell(line + 1, RapCol::kReference)),
+              std::stoi(editor.ListRap.Cell(line, RapCol::kReference)) + 50000);
+  }
 }
 
 TEST_F(ReportScreen, TheTimesOfSeveralDaysAreSortedWithTheirGaps) {
