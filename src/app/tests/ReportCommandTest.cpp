@@ -99,6 +99,32 @@ TEST_F(ReportProgram, TellsRotationsAndShares) {
   EXPECT_EQ(json["total"], 3);
 }
 
+// Titles of a minute each: the rows as the engine told of them while it
+// wrote them, and each title's plays by them.
+TEST_F(ReportProgram, AgreesWithTheTraceOfTwentyMinutesOnAir) {
+  MakeStation(std::vector<int>(12, 60), true);
+  const Result air =
+      Run("simulate --station station --machine machine --in-place --from '2026-12-01 12:00:00' "
+          "--for 20m");
+  ASSERT_EQ(air.status, 0) << air.err;
+  std::vector<Json> written;
+  for (const std::string& line : LinesOf(air.out))
+    if (Json event = Json::parse(line); event["event"] == "report") written.push_back(event);
+  ASSERT_GE(written.size(), 10U);
+  const std::string day = "--from 2026-12-01 --to 2026-12-01 ";
+  const Json rows = Json::parse(Report(day + "--json").out)["rows"];
+  ASSERT_EQ(rows.size(), written.size());
+  std::map<std::string, int> plays;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    for (const char* field : {"LADATE", "HEURE", "AUTEUR", "TITRE", "GENRE", "VARIETE"})
+      EXPECT_EQ(rows[i][field], written[i][field]) << i;
+    ++plays[written[i]["TITRE"]];
+  }
+  const Json rotations = Json::parse(Report(day + "--stats --json").out)["rotations"];
+  ASSERT_EQ(rotations.size(), plays.size());
+  for (const Json& rotation : rotations) EXPECT_EQ(rotation["plays"], plays[rotation["TITRE"]]);
+}
+
 TEST_F(ReportProgram, FiltersByGenreAndVariety) {
   const std::string days = "--from 2026-11-20 --to 2026-11-21 --json ";
   EXPECT_EQ(Json::parse(Report(days + "--genre pu").out)["count"], 1);
