@@ -3,6 +3,8 @@
 // those between the two bounds, which are found by halving, are read and listed first; then the
 // rest of the table is searched for rows of the span that a clock set back, or another hand, put
 // elsewhere. Where there is one, all of it is read in their order.
+//
+// A base that another process has locked for a moment is asked again, with the loop turning.
 #include <algorithm>
 #include <exception>
 #include <limits>
@@ -11,7 +13,6 @@
 #include <string>
 #include <utility>
 
-#include "library/LibraryHandler.h"
 #include "platform/EventLoop.h"
 #include "reports/ReportScreen.h"
 #include "station/Station.h"
@@ -19,6 +20,7 @@
 #include "station/TimeForms.h"
 #include "store/BoundQuery.h"
 #include "store/RowView.h"
+#include "store/StoreError.h"
 
 namespace zemo {
 
@@ -27,6 +29,7 @@ namespace {
 constexpr int64_t kReadCodes = 5000;     // of a slice: 8 ms where each row of it is of the span
 constexpr int64_t kSearchCodes = 40000;  // of a slice in which no row is
 constexpr int64_t kBesideCodes = 2000;   // read beside the bounds, for hours that came twice
+constexpr int kLockedTurns = 500;        // of 10 ms: as long as any other query waits
 constexpr int64_t kFirst = std::numeric_limits<int64_t>::min();
 constexpr int64_t kPastAll = std::numeric_limits<int64_t>::max();
 
@@ -48,7 +51,11 @@ std::optional<Span> SpanOf(const ReportEditor& editor) {
   return Span{*first, last.value_or(*first) + 1};
 }
 
-// One reading; it ends where another one has begun.
+// Another reading has begun, or the screen was closed. Not a std::exception, so that no error
+// boundary takes it for a fault.
+struct ReadingEnded {};
+
+// One reading. What yields throws ReadingEnded.
 class Reading {
  public:
   Reading(Station& station, ReportEditor& editor, const Span& span)
@@ -58,7 +65,6 @@ class Reading {
     AddFilter("VARIETE", editor.FiltreVariete);
   }
 
-  // Null where the reading was ended.
   std::shared_ptr<const ReportRows> BetweenTheBounds() {
     lastCode_ = LastCode();
     from_ = FirstCodeFrom(span_.begin) - kBesideCodes;
@@ -72,7 +78,26 @@ class Reading {
   }
 
  private:
-  bool Ended() const { return editor_.readings != number_; }
+  void EndIfOver() const {
+    if (editor_.readings != number_) throw ReadingEnded{};
+  }
+  void Yield() const {
+    station_.platform.loop.Yield();
+    EndIfOver();
+  }
+
+  void Ask(const BoundQuery& query, const Database::TakeRow& take) const {
+    for (int turn = 0;; ++turn) {
+      try {
+        const NoLockWait atOnce(station_.base.Waiting());
+        return station_.base.Db().ReadRows(query.text, query.values, take);
+      } catch (const StoreError& error) {
+        if (error.Number() != kErrLocked || turn == kLockedTurns) throw;
+      }
+      station_.platform.loop.WaitYield();
+      EndIfOver();
+    }
+  }
 
   void AddFilter(const std::string& field, const std::string& begin) {
     if (!Trim(begin).empty()) filters_.Add("AND " + field + " LIKE ? ", {begin + "*"});
@@ -89,10 +114,8 @@ class Reading {
   // The next CODE from there on; kPastAll for none.
   int64_t NextCode(int64_t from, double* moment = nullptr) const {
     int64_t code = kPastAll;
-    station_.base.Db().ReadRows(
-        "SELECT TOP 1 CODE, DATENUM FROM Rapport WHERE CODE >= ? "
-        "ORDER BY CODE",
-        {from}, [&](const RowView& row) {
+    Ask({"SELECT TOP 1 CODE, DATENUM FROM Rapport WHERE CODE >= ? ORDER BY CODE", {from}},
+        [&](const RowView& row) {
           code = row.Int(0);
           if (moment) *moment = row.Real(1);
         });
@@ -101,8 +124,8 @@ class Reading {
 
   int64_t LastCode() const {
     int64_t code = 0;
-    station_.base.Db().ReadRows("SELECT TOP 1 CODE FROM Rapport ORDER BY CODE DESC",
-                                [&](const RowView& row) { code = row.Int(0); });
+    Ask({"SELECT TOP 1 CODE FROM Rapport ORDER BY CODE DESC"},
+        [&](const RowView& row) { code = row.Int(0); });
     return code;
   }
 
@@ -122,21 +145,18 @@ class Reading {
   }
 
   // Goes through the codes of a range in slices, past those that no row has; `slice` is given the
-  // bounds of each and may end it by false. Where little was done no other event is served. False
-  // where it was ended.
+  // bounds of each and may end it by false. Where little was done no other event is served.
   template <typename Slice>
-  bool Walk(int64_t from, int64_t to, int64_t codes, Slice slice) {
+  void Walk(int64_t from, int64_t to, int64_t codes, Slice slice) {
     for (int64_t code = NextCode(from); code < to; code = NextCode(code)) {
       const int64_t end = code < to - codes ? code + codes : to;
-      if (!slice(code, end)) return false;
+      if (!slice(code, end)) return;
       work_ += (std::min(end, lastCode_ + 1) - code) * (kSearchCodes / codes);
       code = end;
       if (work_ < kSearchCodes) continue;
       work_ = 0;
-      station_.platform.loop.Yield();
-      if (Ended()) return false;
+      Yield();
     }
-    return true;
   }
 
   std::shared_ptr<const ReportRows> Read(int64_t from, int64_t to);
@@ -158,28 +178,25 @@ std::shared_ptr<const ReportRows> Reading::Read(int64_t from, int64_t to) {
       "DATENUM";
   auto rows = std::make_shared<ReportRows>();
   ReportRows::Texts texts;
-  const bool whole = Walk(from, to, kReadCodes, [&](int64_t fromCode, int64_t toCode) {
-    const BoundQuery query = QueryOf(columns, fromCode, toCode);
-    station_.base.Db().ReadRows(query.text, query.values, [&](const RowView& row) {
+  Walk(from, to, kReadCodes, [&](int64_t fromCode, int64_t toCode) {
+    Ask(QueryOf(columns, fromCode, toCode), [&](const RowView& row) {
       for (size_t column = 0; column < texts.size(); ++column)
         texts[column] = row.Text(static_cast<int>(column));
       rows->Add(row.Real(RapCol::kMoment), texts);
     });
     return true;
   });
-  if (!whole) return nullptr;
-  rows->Finish([&] { station_.platform.loop.Yield(); });
-  return Ended() ? nullptr : rows;
+  rows->Finish([this] { Yield(); });
+  return rows;
 }
 
 bool Reading::AnyIn(int64_t from, int64_t to) {
   bool found = false;
   Walk(from, to, kSearchCodes, [&](int64_t fromCode, int64_t toCode) {
-    const BoundQuery query = QueryOf("SELECT TOP 1 CODE", fromCode, toCode);
-    station_.base.Db().ReadRows(query.text, query.values, [&](const RowView&) { found = true; });
+    Ask(QueryOf("SELECT TOP 1 CODE", fromCode, toCode), [&](const RowView&) { found = true; });
     return !found;
   });
-  return found && !Ended();
+  return found;
 }
 
 void List(ReportEditor& editor, std::shared_ptr<const ReportRows> rows) {
@@ -201,10 +218,8 @@ void ReadInto(Station& station, ReportEditor& editor) {
   const auto span = SpanOf(editor);
   if (!span) return List(editor, std::make_shared<ReportRows>());
   Reading reading(station, editor, *span);
-  if (auto rows = reading.BetweenTheBounds()) {
-    List(editor, std::move(rows));
-    if (auto all = reading.AlsoElsewhere()) List(editor, std::move(all));
-  }
+  List(editor, reading.BetweenTheBounds());
+  if (auto all = reading.AlsoElsewhere()) List(editor, std::move(all));
 }
 
 }  // namespace
@@ -214,14 +229,22 @@ void Report::ReadSpan(Station& station, ReportEditor& editor) {
   const uint64_t number = ++editor.readings;
   try {
     ReadInto(station, editor);
+  } catch (const ReadingEnded&) {
+    return;  // the one that ended it has done the work
   } catch (const std::exception&) {
     if (editor.readings == number) List(editor, std::make_shared<ReportRows>());
     throw;
   }
 }
 
+// Without the look at the settings that other controls begin with: rows that belong to other days
+// must go whatever the base does.
 void Report::VoirRapport(Station& station, ReportEditor& editor) {
-  HandleControl(station, "VoirRapport", [&] { ReadSpan(station, editor); });
+  try {
+    ReadSpan(station, editor);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "VoirRapport");
+  }
 }
 
 }  // namespace zemo

@@ -1,5 +1,8 @@
 // The report screen: what it lists of a span, its filters, gaps and order.
+#include <climits>
+
 #include "ReportFixture.h"
+#include "support/BaseFaults.h"
 
 namespace zemo {
 namespace {
@@ -282,6 +285,51 @@ TEST_F(ReportScreen, AListSortedWhileTheScreenIsOpenedAnewOnOtherRowsStaysTheirs
   Report::ListRap_ColumnClick(on.station, editor, RapCol::kTitle);
   EXPECT_EQ(opened, 1);
   EXPECT_EQ(Titles(), (Texts{"19999", "19998"}));
+}
+
+struct LockedReport : testing::Test {
+  test::BaseFaults faults;
+  test::TestStation on{"2026-11-21 12:00:00"};
+  ReportEditor editor;
+
+  void SetUp() override {
+    on.Load();
+    on.Sql("INSERT INTO Rapport (TITRE, DATENUM) VALUES ('1', 46347.5)");
+    Report::MnuRapport_Click(on.station, editor);
+  }
+  void LockReads(int times) {
+    faults.Arm(test::BasePoint::kLockToRead, test::BaseFault::kLocked, 1, times);
+  }
+};
+
+TEST_F(LockedReport, ABaseThatIsLockedForAMomentIsAskedAgainWhileTheLoopTurns) {
+  on.Sql("INSERT INTO Rapport (TITRE, DATENUM) VALUES ('2', 46347.6)");
+  int served = 0;
+  on.loop.Post([&] { ++served; });
+  LockReads(20);
+  Report::VoirRapport(on.station, editor);
+  EXPECT_EQ(editor.LblCompteur, "2 Fiches");
+  EXPECT_EQ(served, 1);
+  EXPECT_EQ(faults.WaitedMs(), 0);
+  EXPECT_FALSE(on.First("error"));
+}
+
+TEST_F(LockedReport, ABaseThatStaysLockedEndsTheReadingWithALine) {
+  LockReads(INT_MAX);
+  Report::VoirRapport(on.station, editor);
+  faults.Disarm();
+  EXPECT_EQ(editor.LblCompteur, "0 Fiches");
+  ASSERT_EQ(on.Events("error").size(), 1U);
+  EXPECT_EQ(on.Events("error")[0]["where"], "VoirRapport");
+}
+
+TEST_F(LockedReport, AScreenClosedMeanwhileIsNoFault) {
+  on.loop.Post([&] { Report::Form_Unload(editor); });
+  LockReads(INT_MAX);
+  Report::VoirRapport(on.station, editor);
+  faults.Disarm();
+  EXPECT_FALSE(on.First("error"));
+  EXPECT_EQ(editor.working, 0);
 }
 
 }  // namespace
