@@ -14,6 +14,7 @@
 #include "platform/Clock.h"
 #include "platform/real/spreadsheet/XlsxWriter.h"
 #include "reports/ReportEditor.h"
+#include "traffic/CampaignEditor.h"
 
 namespace zemo {
 
@@ -56,6 +57,7 @@ class OfficeDesk {
   Station& station;
   LibraryEditor library;
   ReportEditor report;
+  CampaignEditor campaigns;
   SoundFileSelector selector;
   XlsxWriter spreadsheets;
 
@@ -88,6 +90,7 @@ class OfficeDesk {
 // --- the tables of the screens ---
 OfficeScreen LibraryScreenOf(OfficeDesk& desk);
 OfficeScreen ReportScreenOf(OfficeDesk& desk);
+OfficeScreen CampaignScreenOf(OfficeDesk& desk);
 OfficeScreen SelectorScreenOf(OfficeDesk& desk);
 
 }  // namespace zemo
