@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace zemo {
@@ -35,10 +36,10 @@ class Prelisten {
 
   // A second file, which comes in over the open one, as titles meet on air.
   struct Following {
-    std::string path;    // of this system
-    int32_t atMs = 0;    // of the open file, at the latest its end, where it begins
-    int32_t fadeMs = 0;  // in which the open one is silent then; 0: it plays on to its end
-    double openGain = 1, gain = 1;  // of the open file and of this one
+    std::string path;                 // of this system
+    int32_t atMs = 0;                 // of the open file, at the latest its end, where it begins
+    std::optional<int32_t> fadeMs{};  // in which the open one is silent then; none: it plays on
+    double openGain = 1, gain = 1;    // of the open file and of this one
   };
   // Taken while a file is open and does not play, and kept over pauses until Stop, Close or Open.
   // Where the second file begins, to some hundredths of a second, the player goes over to it:

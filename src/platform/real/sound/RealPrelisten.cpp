@@ -238,7 +238,7 @@ void RealPrelisten::BeginNext() {
   const int32_t atMs = sounds ? MixedMs() : std::min(MixedMs(), chain_->GivenMs() + kRingMs);
   chain_->SetChannelDone(1 - slot_, false);
   if (!chain_->Sounds(1 - slot_)) return next_.reset();
-  if (next_->fadeMs > 0) chain_->FadeOut(slot_, next_->fadeMs);
+  if (next_->fadeMs) chain_->FadeOut(slot_, *next_->fadeMs);
   nextAtMs_ = atMs;
 }
 

@@ -67,7 +67,8 @@ class RealPrelisten final : public Prelisten {
   };
   struct Next {
     std::string file;
-    int32_t lengthMs = 0, atMs = 0, fadeMs = 0;
+    int32_t lengthMs = 0, atMs = 0;
+    std::optional<int32_t> fadeMs;
     double gain = 1;
   };
 
