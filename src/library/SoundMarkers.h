@@ -22,6 +22,7 @@ struct SoundMarks {
 // measured.
 struct MeasuredMarks {
   int32_t soundBeginMs = 0, soundEndMs = 0, exitMs = 0;
+  bool operator==(const MeasuredMarks&) const = default;
 };
 
 inline constexpr int64_t kClosestFrames = 220;  // of a view: 5 ms, a frame is a pixel at least
