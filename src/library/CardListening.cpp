@@ -63,9 +63,9 @@ void StartPlayer(Station& station, Prelisten& player) {
 }
 
 void Play(Station& station, LibraryEditor& editor) {
-  const std::string path = PathOf(station, editor.sound.file);
   const bool open = HasPlayer(station, editor) && editor.sound.heard.size() == 1;
-  Prelisten* player = open ? station.platform.prelisten : OpenPlayer(station, editor, path);
+  Prelisten* player =
+      open ? station.platform.prelisten : OpenPlayer(station, editor, editor.sound.path);
   if (!player || !OutputIsFree(station, editor)) return;
   player->SetPositionMs(editor.sound.markers.cursorMs);
   StartPlayer(station, *player);
@@ -91,6 +91,10 @@ int32_t Neighbour(Station& station, LibraryEditor& editor, Library::JoinSide sid
   if (shown == codes.end()) return 0;
   if (side == Library::JoinSide::kBefore) return shown == codes.begin() ? 0 : *(shown - 1);
   return shown + 1 == codes.end() ? 0 : *(shown + 1);
+}
+
+std::string RoutineOf(Library::JoinSide side) {
+  return side == Library::JoinSide::kBefore ? "BtnRaccordAvant" : "BtnRaccordApres";
 }
 
 void HearJoin(Station& station, LibraryEditor& editor, const Library::JoinTitle& first,
@@ -119,11 +123,9 @@ void HearJoin(Station& station, LibraryEditor& editor, const Library::JoinTitle&
 void Library::BtnEcoute_Click(Station& station, LibraryEditor& editor) {
   HandleControl(station, "BtnEcoute", [&] {
     if (editor.sound.file.empty()) return;
-    Prelisten* player = station.platform.prelisten;
-    if (!HasPlayer(station, editor) || player->PlayerState() != Prelisten::State::kPlaying)
-      return Play(station, editor);
+    if (!IsListening(station, editor)) return Play(station, editor);
     const int32_t heardAt = HeardAtMs(station, editor);
-    player->Pause();
+    station.platform.prelisten->Pause();
     if (heardAt >= 0) Markers::SetCursor(editor.sound.markers, heardAt);
   });
 }
@@ -134,12 +136,15 @@ void Library::StopListening(Station& station, LibraryEditor& editor) {
   editor.sound.refusal.clear();
 }
 
+bool Library::IsListening(const Station& station, const LibraryEditor& editor) {
+  return HasPlayer(station, editor) &&
+         station.platform.prelisten->PlayerState() == Prelisten::State::kPlaying;
+}
+
 int32_t Library::HeardAtMs(const Station& station, const LibraryEditor& editor) {
-  const Prelisten* player = station.platform.prelisten;
-  const bool heard = HasPlayer(station, editor) && !editor.sound.file.empty() &&
-                     player->PlayerState() == Prelisten::State::kPlaying &&
-                     player->FileName() == PathOf(station, editor.sound.file);
-  return heard ? player->PositionMs() : -1;
+  if (!IsListening(station, editor)) return -1;
+  const Prelisten& player = *station.platform.prelisten;
+  return player.FileName() == editor.sound.path ? player.PositionMs() : -1;
 }
 
 void Library::ListenAt(Station& station, LibraryEditor& editor, int32_t ms) {
@@ -152,7 +157,7 @@ void Library::ListenAt(Station& station, LibraryEditor& editor, int32_t ms) {
 
 Library::JoinTitle Library::PartnerOf(Station& station, LibraryEditor& editor, JoinSide side) {
   JoinTitle title;
-  HandleControl(station, "BtnRaccord", [&] {
+  HandleControl(station, RoutineOf(side), [&] {
     if (editor.TabStrip1 != LibraryTab::kMusic) return;
     const int32_t kept = editor.sound.partner;
     const bool other = kept > 0 && kept != editor.Code();
@@ -169,7 +174,7 @@ void Library::BtnRetenir_Click(LibraryEditor& editor) {
 }
 
 void Library::BtnRaccord_Click(Station& station, LibraryEditor& editor, JoinSide side) {
-  HandleControl(station, "BtnRaccord", [&] {
+  HandleControl(station, RoutineOf(side), [&] {
     const JoinTitle other = PartnerOf(station, editor, side);
     const JoinTitle shown = ShownTitle(editor);
     if (other.file.empty() || shown.file.empty()) return;

@@ -46,6 +46,7 @@ void Library::LookAtSound(Station& station, LibraryEditor& editor) {
   sound.file = file;
   sound.code = ValInt(editor.music.lblNumero);
   if (file.empty()) return;
+  sound.path = station.platform.soundFiles.Resolve(file);
   Markers::SetLength(sound.markers, MsToFrames(ValInt(editor.music.Longeur)));
   HandleControl(station, "VueOnde", [&] { ReadMarks(station, sound); });
   HandleControl(station, "VueOnde", [&] { ReadMeasures(station, sound); });

@@ -18,6 +18,7 @@ struct Station;
 struct CardSound {
   SoundMarkers markers;
   std::string file;          // stored path whose sound it is; empty until it is looked at
+  std::string path;          // the same as a path of this system
   int32_t code = 0;          // of its card
   ExtractMarks storedMarks;  // of its marks file
   int32_t partner = 0;       // CODE of the title that joins are heard with; 0: the card's neighbour
@@ -46,6 +47,7 @@ void StoreExtract(Station& station, LibraryEditor& editor);
 // Plays on from the cursor, or pauses with the cursor where it was heard to.
 void BtnEcoute_Click(Station& station, LibraryEditor& editor);
 void StopListening(Station& station, LibraryEditor& editor);
+bool IsListening(const Station& station, const LibraryEditor& editor);
 // Where the card's file is heard, ms; -1 while it is not.
 int32_t HeardAtMs(const Station& station, const LibraryEditor& editor);
 // The cursor, and what is heard of the card with it.

@@ -7,8 +7,6 @@
 #include <utility>
 
 #include "library/LibraryEditor.h"
-#include "platform/Folder.h"
-#include "platform/Prelisten.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "ui/Theme.h"
@@ -168,8 +166,6 @@ void MarkerPane::Poll() {
 void MarkerPane::Look() {
   looked_ = CardShown(editor_);
   Library::LookAtSound(station_, editor_);
-  const std::string& file = editor_.sound.file;
-  path_ = file.empty() ? file : station_.platform.soundFiles.Resolve(file);
   lengthKnown_ = false;
   shapes_ = {};
   dragged_ = Mark::kNone;
@@ -179,10 +175,9 @@ void MarkerPane::Look() {
 
 void MarkerPane::Refresh() {
   if (dragged_ == Mark::kNone) Library::TakeMarkBoxes(editor_);
-  if (editor_.sound.file.empty()) path_.clear();
   ReadShapes();
   const int32_t heardMs = Library::HeardAtMs(station_, editor_);
-  if (heardMs >= 0) Markers::BringIntoView(Marks(), heardMs);
+  if (heardMs >= 0 && dragged_ == Mark::kNone) Markers::BringIntoView(Marks(), heardMs);
   VueOnde->Show(shapes_, heardMs, QString::fromStdString(editor_.sound.refusal));
   const int32_t chosenMs = Markers::PlaceOf(Marks(), Marks().chosen);
   const int32_t shownMs = heardMs >= 0 ? heardMs : chosenMs >= 0 ? chosenMs : Marks().cursorMs;
@@ -191,29 +186,28 @@ void MarkerPane::Refresh() {
 }
 
 void MarkerPane::ReadShapes() {
-  if (path_.empty()) shapes_ = {};
-  if (!waveforms_ || path_.empty()) return;
-  shapes_.whole = waveforms_->PeaksOf(path_);
+  const std::string& path = editor_.sound.path;
+  if (path.empty()) shapes_ = {};
+  if (!waveforms_ || path.empty()) return;
+  shapes_.whole = waveforms_->PeaksOf(path);
   SoundMarkers& marks = Marks();
   if (!lengthKnown_) {
-    const auto length = waveforms_->PartOf(path_, 0, 0, 0);
+    const auto length = waveforms_->PartOf(path, 0, 0, 0);
     lengthKnown_ = length != nullptr;
     if (length && length->lengthFrames > 0) Markers::SetLength(marks, length->lengthFrames);
     return;
   }
   if (marks.toFrame - marks.fromFrame == marks.lengthFrames) return;
-  if (auto part = waveforms_->PartOf(path_, marks.fromFrame, marks.toFrame,
+  if (auto part = waveforms_->PartOf(path, marks.fromFrame, marks.toFrame,
                                      static_cast<size_t>(std::max(1, VueOnde->width()))))
     shapes_.part = std::move(part);
 }
 
 void MarkerPane::ShowButtons() {
-  const Prelisten* player = station_.platform.prelisten;
   const bool sound = Marks().lengthFrames > 0;
-  const bool plays =
-      !editor_.sound.heard.empty() && player && player->PlayerState() == Prelisten::State::kPlaying;
+  const bool plays = Library::IsListening(station_, editor_);
   BtnEcoute->setText(texts_.Word(plays ? "BtnEcoute.On" : "BtnEcoute"));
-  BtnEcoute->setEnabled(sound && player);
+  BtnEcoute->setEnabled(sound || plays);
   for (QPushButton* button : markButtons_) button->setEnabled(sound);
   BtnAnnule->setEnabled(!Marks().changes.empty());
   BtnPropose->setEnabled(sound && Marks().measured.exitMs > 0);

@@ -67,7 +67,6 @@ class MarkerPane : public QFrame {
   std::function<void()> marked_;
   QTimer poll_;
 
-  std::string path_;          // of this system, of the sound looked at
   bool lengthKnown_ = false;  // as the file has it
   MarkerView::Shapes shapes_;
   Mark dragged_ = Mark::kNone;

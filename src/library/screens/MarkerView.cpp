@@ -17,7 +17,7 @@ namespace {
 constexpr int kWheelStep = 120;    // eighths of a degree
 constexpr int kScrollPixels = 60;  // for a step of the wheel
 constexpr int kFlag = 14;          // of a mark's letter
-constexpr int kExtractAlpha = 48;
+constexpr int kExtractAlpha = 48, kMeasuredAlpha = 190;
 
 struct MarkLook {
   Mark mark;
@@ -125,12 +125,14 @@ void MarkerView::PaintExtract(QPainter& painter) {
 void MarkerView::PaintMeasured(QPainter& painter) {
   const MeasuredMarks& measured = markers_.measured;
   const int32_t lengthMs = Markers::LengthMs(markers_);
-  painter.setPen(QPen(Theme::kMarker, 1, Qt::DotLine));
+  QColor faint = Theme::kText;
+  faint.setAlpha(kMeasuredAlpha);
+  painter.setPen(QPen(faint, 1, Qt::DotLine));
   for (const int32_t ms : {measured.soundBeginMs, measured.soundEndMs})
     if (ms > 0) painter.drawLine(X(ms), 0, X(ms), height());
   if (measured.exitMs <= 0) return;
   const int x = X(lengthMs - measured.exitMs);
-  painter.setPen(QPen(Theme::kExit, 1, Qt::DashLine));
+  painter.setPen(QPen(faint, 1, Qt::DashLine));
   painter.drawLine(x, height() / 3, x, height());
 }
 
