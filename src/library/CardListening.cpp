@@ -141,6 +141,11 @@ bool Library::IsListening(const Station& station, const LibraryEditor& editor) {
          station.platform.prelisten->PlayerState() == Prelisten::State::kPlaying;
 }
 
+std::string Library::ListeningNote(const Station& station, const LibraryEditor& editor) {
+  if (!IsListening(station, editor)) return editor.sound.refusal;
+  return HeardAtMs(station, editor) < 0 ? editor.sound.joined : "";
+}
+
 int32_t Library::HeardAtMs(const Station& station, const LibraryEditor& editor) {
   if (!IsListening(station, editor)) return -1;
   const Prelisten& player = *station.platform.prelisten;
@@ -178,6 +183,7 @@ void Library::BtnRaccord_Click(Station& station, LibraryEditor& editor, JoinSide
     const JoinTitle other = PartnerOf(station, editor, side);
     const JoinTitle shown = ShownTitle(editor);
     if (other.file.empty() || shown.file.empty()) return;
+    editor.sound.joined = other.name;
     if (side == JoinSide::kBehind)
       HearJoin(station, editor, shown, other);
     else

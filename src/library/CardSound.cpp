@@ -31,7 +31,8 @@ void ReadMeasures(Station& station, CardSound& sound) {
   const NoLockWait atOnce(station.base.Waiting());
   const auto measures = FindMeasures(station.base.Db(), sound.file, *stamp);
   if (!measures) return;
-  Markers::SetLength(sound.markers, MsToFrames(measures->lengthMs));
+  if (Markers::LengthMs(sound.markers) != measures->lengthMs)
+    Markers::SetLength(sound.markers, MsToFrames(measures->lengthMs));
   sound.markers.measured = {measures->soundBeginMs, measures->soundEndMs, measures->exitMs};
 }
 
@@ -49,8 +50,13 @@ void Library::LookAtSound(Station& station, LibraryEditor& editor) {
   sound.path = station.platform.soundFiles.Resolve(file);
   Markers::SetLength(sound.markers, MsToFrames(ValInt(editor.music.Longeur)));
   HandleControl(station, "VueOnde", [&] { ReadMarks(station, sound); });
-  HandleControl(station, "VueOnde", [&] { ReadMeasures(station, sound); });
+  LookForMeasures(station, editor);
   TakeMarkBoxes(editor);
+}
+
+void Library::LookForMeasures(Station& station, LibraryEditor& editor) {
+  if (editor.sound.file.empty()) return;
+  HandleControl(station, "VueOnde", [&] { ReadMeasures(station, editor.sound); });
 }
 
 void Library::ForgetSound(LibraryEditor& editor) {

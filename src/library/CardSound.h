@@ -23,6 +23,7 @@ struct CardSound {
   ExtractMarks storedMarks;  // of its marks file
   int32_t partner = 0;       // CODE of the title that joins are heard with; 0: the card's neighbour
   std::vector<std::string> heard;  // files of this system that it plays on the prelisten
+  std::string joined;              // artist and title of the other one of a join
   std::string refusal;             // why nothing is heard
 };
 
@@ -34,6 +35,8 @@ namespace Library {
 // What is known of the card's sound: its marks file, its measures, its length. Nothing where it is
 // looked at already. Waits for no lock of the base.
 void LookAtSound(Station& station, LibraryEditor& editor);
+// What was measured of the file by now. Waits for no lock of the base.
+void LookForMeasures(Station& station, LibraryEditor& editor);
 // Marks that are not stored are given up.
 void ForgetSound(LibraryEditor& editor);
 // ChIntro and PointSortie go into the markers; from there back to them. A box is left as it was
@@ -48,6 +51,8 @@ void StoreExtract(Station& station, LibraryEditor& editor);
 void BtnEcoute_Click(Station& station, LibraryEditor& editor);
 void StopListening(Station& station, LibraryEditor& editor);
 bool IsListening(const Station& station, const LibraryEditor& editor);
+// What stands beside the waveform: a refusal, or the other title of a join while that is heard.
+std::string ListeningNote(const Station& station, const LibraryEditor& editor);
 // Where the card's file is heard, ms; -1 while it is not.
 int32_t HeardAtMs(const Station& station, const LibraryEditor& editor);
 // The cursor, and what is heard of the card with it.

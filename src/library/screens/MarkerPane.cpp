@@ -17,7 +17,8 @@ namespace zemo {
 namespace {
 
 constexpr int kPollMs = 40;
-constexpr int kStandsPolls = 4;  // that a card is shown before it is looked at
+constexpr int kStandsPolls = 4;    // that a card is shown before it is looked at
+constexpr int kMeasurePolls = 50;  // between two looks at one that was not measured yet
 constexpr int kViewPixels = 110, kLeastViewPixels = 44;  // where the card leaves that little
 
 // "mm:ss.mmm"
@@ -160,6 +161,8 @@ void MarkerPane::Poll() {
   standing_ = shown;
   const bool looked = looked_ == shown && editor_.sound.file == Trim(editor_.music.ChFileName);
   if (stands_ >= kStandsPolls && !looked) return Look();
+  if (looked && stands_ % kMeasurePolls == 0 && Marks().measured == MeasuredMarks())
+    Library::LookForMeasures(station_, editor_);
   Refresh();
 }
 
@@ -178,7 +181,8 @@ void MarkerPane::Refresh() {
   ReadShapes();
   const int32_t heardMs = Library::HeardAtMs(station_, editor_);
   if (heardMs >= 0 && dragged_ == Mark::kNone) Markers::BringIntoView(Marks(), heardMs);
-  VueOnde->Show(shapes_, heardMs, QString::fromStdString(editor_.sound.refusal));
+  VueOnde->Show(shapes_, heardMs,
+                QString::fromStdString(Library::ListeningNote(station_, editor_)));
   const int32_t chosenMs = Markers::PlaceOf(Marks(), Marks().chosen);
   const int32_t shownMs = heardMs >= 0 ? heardMs : chosenMs >= 0 ? chosenMs : Marks().cursorMs;
   LblPosition->setText(PlaceText(shownMs));

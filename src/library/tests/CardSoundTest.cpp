@@ -221,11 +221,11 @@ TEST_F(CardSoundFixture, TheOutputOfTheAirPlaysNothingAndThatIsSaid) {
   on.localValues.Set("AudioOutID", "1");
   on.station.engine.IsRunning = true;
   Library::BtnEcoute_Click(on.station, editor);
-  EXPECT_EQ(editor.sound.refusal, "Mauvais choix de sortie PFL");
+  EXPECT_EQ(Library::ListeningNote(on.station, editor), "Mauvais choix de sortie PFL");
   EXPECT_EQ(Heard(), Told{});
   on.station.engine.IsRunning = false;
   Library::BtnEcoute_Click(on.station, editor);
-  EXPECT_EQ(editor.sound.refusal, "");
+  EXPECT_EQ(Library::ListeningNote(on.station, editor), "");
   EXPECT_EQ(HeardAt(), 0);
 }
 
@@ -249,6 +249,7 @@ TEST_F(CardSoundFixture, TheJoinWithTheCardBehindIsHeardAsItWouldAir) {
   EXPECT_EQ(on.prelisten.FileName(), FileOf(2));
   EXPECT_EQ(on.prelisten.PositionMs(), 1000);
   EXPECT_EQ(HeardAt(), -1) << "another title is";
+  EXPECT_EQ(Library::ListeningNote(on.station, editor), "ARTIST 2 - TITLE");
   EXPECT_EQ(Heard(), (Told{"play/title1.wav", "play/title2.wav"}));
 }
 
@@ -259,8 +260,10 @@ TEST_F(CardSoundFixture, TheJoinIntoTheCardIsHeardFromTheCardAheadOfIt) {
   EXPECT_EQ(on.prelisten.FileName(), FileOf(1));
   EXPECT_EQ(on.prelisten.PositionMs(), 171000);
   EXPECT_EQ(HeardAt(), -1);
+  EXPECT_EQ(Library::ListeningNote(on.station, editor), "ARTIST 1 - TITLE");
   on.RunUntil(7000);
   EXPECT_EQ(HeardAt(), 2000);
+  EXPECT_EQ(Library::ListeningNote(on.station, editor), "");
 }
 
 TEST_F(CardSoundFixture, AnExitThatIsNotStoredYetIsHeard) {

@@ -235,6 +235,18 @@ TEST_F(Waveform, TheMeasuredExitIsTakenByButtonAndByKey) {
   EXPECT_FALSE(Find("BtnPropose")->isEnabled());
 }
 
+TEST_F(Waveform, WhatIsMeasuredMeanwhileShowsByItself) {
+  OpenAndLook();
+  EXPECT_FALSE(Find("BtnPropose")->isEnabled());
+  const std::string file = on.stationDir.Path() + "/title1.wav";
+  SoundMeasures measures;
+  measures.lengthMs = 185000;
+  measures.exitMs = 6400;
+  StoreMeasures(on.station.base, file, on.station.platform.soundFiles.Stamp(file).value(),
+                measures);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Find("BtnPropose")->isEnabled(); }, kBoundMs));
+}
+
 TEST_F(Waveform, TheJoinsAreHeardWithTheCardsAheadAndBehind) {
   OpenAndLook();
   EXPECT_FALSE(Find("BtnRaccordAvant")->isEnabled()) << "it is the first card";
