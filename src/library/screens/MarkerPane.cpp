@@ -11,6 +11,7 @@
 #include "station/TextForms.h"
 #include "ui/Theme.h"
 #include "ui/Translation.h"
+#include "ui/WhenFree.h"
 
 namespace zemo {
 
@@ -79,7 +80,7 @@ QPushButton* MarkerPane::Button(const char* name, std::function<void()> pressed)
 }
 
 void MarkerPane::MakeMarkButtons(QBoxLayout& row) {
-  BtnEcoute = Button("BtnEcoute", [this] { Library::BtnEcoute_Click(station_, editor_); });
+  BtnEcoute = Button("BtnEcoute", [this] { Listen(); });
   LblPosition = new QLabel(this);
   LblPosition->setObjectName(QStringLiteral("LblPosition"));
   row.addWidget(BtnEcoute);
@@ -159,11 +160,19 @@ void MarkerPane::Poll() {
   const std::string shown = CardShown(editor_);
   stands_ = shown == standing_ ? stands_ + 1 : 0;
   standing_ = shown;
-  const bool looked = looked_ == shown && editor_.sound.file == Trim(editor_.music.ChFileName);
-  if (stands_ >= kStandsPolls && !looked) return Look();
-  if (looked && stands_ % kMeasurePolls == 0 && Marks().measured == MeasuredMarks())
-    Library::LookForMeasures(station_, editor_);
+  const bool look = stands_ >= kStandsPolls && !Looked();
+  const bool measure = stands_ % kMeasurePolls == 0 && Marks().measured == MeasuredMarks();
+  if ((look || measure) && !std::exchange(waits_, true))
+    WhenFree(station_, this, [this] {
+      waits_ = false;
+      if (Looked()) return Library::LookForMeasures(station_, editor_);
+      if (stands_ >= kStandsPolls) Look();
+    });
   Refresh();
+}
+
+bool MarkerPane::Looked() const {
+  return looked_ == CardShown(editor_) && editor_.sound.file == Trim(editor_.music.ChFileName);
 }
 
 void MarkerPane::Look() {
@@ -282,8 +291,21 @@ void MarkerPane::Zoom(int steps) {
   Markers::Zoom(Marks(), steps, about);
 }
 
+// A file that is opened may hold the tick for a while; a pause does not.
+void MarkerPane::Listen() {
+  const auto listen = [this] {
+    Library::BtnEcoute_Click(station_, editor_);
+    Refresh();
+  };
+  if (Library::IsListening(station_, editor_)) return listen();
+  WhenFree(station_, this, listen);
+}
+
 void MarkerPane::Join(Library::JoinSide side) {
-  Library::BtnRaccord_Click(station_, editor_, side);
+  WhenFree(station_, this, [this, side] {
+    Library::BtnRaccord_Click(station_, editor_, side);
+    Refresh();
+  });
 }
 
 bool MarkerPane::Type(const QKeyEvent& key) {
@@ -331,7 +353,7 @@ bool MarkerPane::TypeView(const QKeyEvent& key) {
       Library::ListenAt(station_, editor_, 0);
       return Markers::BringIntoView(Marks(), 0), true;
     case Qt::Key_Space:
-      if (!key.isAutoRepeat()) Library::BtnEcoute_Click(station_, editor_);
+      if (!key.isAutoRepeat()) Listen();
       return true;
     default:
       return false;

@@ -46,6 +46,7 @@ class MarkerPane : public QFrame {
   void MakeJoinButtons(QBoxLayout& row);
   void ConnectView();
   void Poll();
+  bool Looked() const;
   void Change(const std::function<void(SoundMarkers&)>& change);
   void PutMark(Mark mark);  // where the card is heard, else at the cursor
   void Press(int x);
@@ -54,6 +55,7 @@ class MarkerPane : public QFrame {
   bool TypeMark(const QKeyEvent& key);
   bool TypeView(const QKeyEvent& key);
   void Zoom(int steps);
+  void Listen();
   void Join(Library::JoinSide side);
   void ReadShapes();
   void ShowButtons();
@@ -73,6 +75,7 @@ class MarkerPane : public QFrame {
   std::string standing_;  // the card that was shown at the last poll
   int stands_ = 0;        // polls since then
   std::string looked_;    // the card that was looked at
+  bool waits_ = false;    // for a free moment, to look
 
   MarkerView* VueOnde;
   QBoxLayout* rows_;
