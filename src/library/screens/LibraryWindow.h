@@ -10,6 +10,7 @@
 
 #include "library/LibraryEditor.h"
 #include "library/screens/CardPage.h"
+#include "library/screens/MusicListFiller.h"
 #include "ui/Questions.h"
 #include "ui/Window.h"
 
@@ -88,6 +89,7 @@ class LibraryWindow : public Window {
   void ShowLists();
   void ShowMarkers();
   void FillList();
+  void FillListOfMusic();
   CardList* ListOfTab();
   void ShowCardInPlaceOfList();
   void ChooseRows(size_t tab, const std::vector<size_t>& rows);
@@ -97,10 +99,12 @@ class LibraryWindow : public Window {
   void Print();
   void Export();
   void ResetDates();
+  void GiveToSelected();
 
   LibrarySources sources_;
   LibraryEditor editor_;
   LibraryOrders orders_;
+  MusicListFiller musicList_;
   bool wide_ = true;                     // the list stands beside the card
   bool barred_ = false;                  // a routine works
   bool closes_ = false;                  // at its end
@@ -119,7 +123,7 @@ class LibraryWindow : public Window {
   std::array<QLabel*, kCardTabs> info_{};
   std::array<QRadioButton*, 6> OptionTri{};
   QAction *Nouveau_, *Ajouter_, *Replacer_, *MnuDelete_, *MnuListe_, *MnuImp_, *MnuExporter_,
-      *MnuTxt_, *MnuInitDate_;
+      *MnuTxt_, *MnuGive_, *MnuInitDate_;
 };
 
 }  // namespace zemo
