@@ -143,6 +143,7 @@ int OpenScreen(const AirOptions& options) {
   BackgroundXlsxWriter spreadsheets(real.loop);
   LibrarySources librarySources;
   librarySources.spreadsheets = &spreadsheets;
+  librarySources.waveforms = &waveforms;
   LibraryDesk library(station, librarySources);
   QPointer<OnAirWindow> main;
   sources.openLibrary = [&library] { library.Open(); };

@@ -89,6 +89,18 @@ void WriteExchangeFile(Station& station, const LibraryEditor& editor) {
   }
 }
 
+// What the waveform shows of the card that was shown stays for the same one, but for marks of an
+// extract that were not stored.
+void ShowSound(Station& station, LibraryEditor& editor) {
+  CardSound& sound = editor.sound;
+  if (sound.code != editor.Code() || sound.file != Trim(editor.music.ChFileName)) {
+    Library::StopListening(station, editor);
+    return Library::ForgetSound(editor);
+  }
+  sound.markers.marks.extractBeginMs = sound.storedMarks.startMs;
+  sound.markers.marks.extractEndMs = sound.storedMarks.endMs;
+}
+
 const char* ReplaceRoutine(LibraryTab tab) {
   switch (tab) {
     case LibraryTab::kJingles:
@@ -97,6 +109,15 @@ const char* ReplaceRoutine(LibraryTab tab) {
       return "ReplaceVirgule";
     default:
       return "ReplaceChampsMusique";
+  }
+}
+
+// The row is stored whatever becomes of the marks file.
+void StoreExtractOrLog(Station& station, LibraryEditor& editor) {
+  try {
+    Library::StoreExtract(station, editor);
+  } catch (const std::exception&) {
+    LogCurrentException(station, ReplaceRoutine(LibraryTab::kMusic));
   }
 }
 
@@ -189,6 +210,7 @@ void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row) {
     default:
       TakeMusicCard(row, editor.music, editor.masks);
       editor.loadedMusic = editor.music;
+      ShowSound(station, editor);
   }
   KeepLoadedRow(editor, row);
   editor.ReplacerEnabled = editor.MnuDeleteEnabled = true;
@@ -235,6 +257,7 @@ void EmptyTab(LibraryEditor& editor) {
       editor.other = ShortElementCard();
       break;
     default:
+      Library::ForgetSound(editor);
       editor.music = MusicCard();
       editor.music.ChNbPassJour = "1";
       editor.loadedMusic = editor.music;
@@ -245,6 +268,7 @@ bool AddShownCard(Station& station, LibraryEditor& editor) {
   const bool music = editor.TabStrip1 == LibraryTab::kMusic;
   if (music && ToldAsKnown(station, editor.music.ChFileName)) return false;
   const int32_t code = AddFromScreen(station, editor);
+  if (music) StoreExtractOrLog(station, editor);
   ShowCode(station, editor, code);
   return true;
 }
@@ -286,6 +310,7 @@ void StoreShownCard(Station& station, LibraryEditor& editor, Recordset& row) {
   }
   row.Update();
   if (editor.TabStrip1 == LibraryTab::kShortElements) LoadHotKeys(station);
+  if (editor.TabStrip1 == LibraryTab::kMusic) StoreExtractOrLog(station, editor);
   ShowCard(station, editor, row);
   ShowPosition(station, editor);
   try {

@@ -25,7 +25,9 @@ namespace zemo {
 class CardListPane;
 class HourPipPage;
 class HoursFrame;
+class MarkerPane;
 class SpreadsheetWriter;
+class Waveforms;
 
 inline constexpr int kWidthOfBoth =
     1280;  // of the window, from which the list stands beside the card
@@ -38,6 +40,7 @@ struct LibrarySources {
                      const std::vector<std::string>& known, TakeFiles take)>
       chooseFiles;
   SpreadsheetWriter* spreadsheets = nullptr;  // none: nothing is exported
+  Waveforms* waveforms = nullptr;             // none: no waveform is drawn
   Questions questions;                        // with a dialogue of the system by default
 };
 
@@ -84,6 +87,7 @@ class LibraryWindow : public Window {
   void ShowMenus();
   void ShowNavigation();
   void ShowLists();
+  void ShowMarkers();
   void FillList();
   void FillListOfMusic();
   CardList* ListOfTab();
@@ -113,7 +117,8 @@ class LibraryWindow : public Window {
   std::array<CardListPane*, kCardTabs> cardLists_{};
   HourPipPage* pips_ = nullptr;
   HoursFrame* hours_ = nullptr;
-  QWidget* navigation_ = nullptr;
+  MarkerPane* markers_ = nullptr;
+  QWidget *column_ = nullptr, *navigation_ = nullptr;
   QSlider* Slider1 = nullptr;
   std::array<QLabel*, kCardTabs> info_{};
   std::array<QRadioButton*, 6> OptionTri{};
