@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "app/Commands.h"
 #include "app/EndSignals.h"
@@ -23,6 +24,7 @@
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
+#include "traffic/screens/CampaignDesk.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
 
@@ -145,13 +147,24 @@ int OpenScreen(const AirOptions& options) {
   librarySources.spreadsheets = &spreadsheets;
   librarySources.waveforms = &waveforms;
   LibraryDesk library(station, librarySources);
+  CampaignSources campaignSources;
+  campaignSources.chooseFiles = [&library](QWidget* over, const std::string& file,
+                                           const std::vector<std::string>& known,
+                                           OfficeWindow::TakeFiles take) {
+    library.Selector().Choose(*over, file, known, std::move(take));
+  };
+  CampaignDesk campaigns(station, campaignSources);
   QPointer<OnAirWindow> main;
   sources.openLibrary = [&library] { library.Open(); };
+  sources.openCampaigns = [&campaigns] { campaigns.Open(); };
   sources.openMusicCard = [&library](int32_t code) { library.OpenOnCard(code); };
   sources.openSelector = [&library, &main](const std::string& path) {
     library.OpenSelector(*main, path);
   };
-  sources.leaveOthers = [&library] { return library.Leave(); };
+  sources.leaveOthers = [&library, &campaigns] {
+    const bool left = library.Leave();
+    return campaigns.Leave() && left;
+  };
   OnAirWindow window(station, sources);
   main = &window;
   machine.keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
@@ -173,6 +186,7 @@ int OpenScreen(const AirOptions& options) {
   watch->SetEnabled(true);
   real.loop.Run();
   library.Leave();
+  campaigns.Leave();
   if (!left) EndInOrder(station);
   return EndStatus(station);
 }
