@@ -19,6 +19,8 @@ namespace zemo {
 struct SettingsScreen {
   static constexpr size_t kFilterRows = 80;
 
+  bool open = false;
+
   // --- preferences, mix points, levels ---
   int32_t EnchDef = 0, EnchPub = 0, EnchToph = 0, EnchJingles = 0, HsFadeOut = 0;  // ms
   int32_t Volume = 0, VolumeSousImp = 0, VolumeSurImp = 0, VolumePub = 0, VolumeRub = 0;
@@ -67,13 +69,17 @@ struct SettingsScreen {
   std::string SpinRapportDiff;  // rows
 
   // --- lists ---
-  std::array<bool, 24> Instru{};                                        // selected hours
+  std::array<bool, 24> Instru{};  // selected hours
+  bool instruFromFile = false;    // there is one, and entries read "00h00" instead of "00"
   std::array<std::pair<std::string, std::string>, kFilterRows> Filtre;  // "de", "à"
   int FiltreRow = 0, FiltreColumn = 0;                            // selected cell, both from 0
+  std::string ChFiltre;                                           // typed for it
   std::vector<std::string> JourSemaineNames;                      // Monday first
   int JourSemaine = 0;                                            // chosen weekday, 0 for Monday
   std::vector<std::string> ComboHeure, HeureArretSystem, Topage;  // times of that weekday
-  std::array<std::string, 4> ChDecoupe;  // minutes, for BtnInti; empty for none
+  std::array<std::vector<std::string>, 3> timesRead;  // the same as they were read or written last
+  std::string ChEdit;                                 // typed for Topage
+  std::array<std::string, 4> ChDecoupe;               // minutes, for BtnInti; empty for none
 
   // --- what could be read, and so may be written back. A control that could not be read keeps its
   // place empty, and what is stored stays as it is until the operator gives it a value ---
