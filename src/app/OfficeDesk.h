@@ -13,6 +13,7 @@
 #include "library/SoundFileSelector.h"
 #include "platform/Clock.h"
 #include "platform/real/spreadsheet/XlsxWriter.h"
+#include "platform/sim/SimDevices.h"
 #include "reports/ReportEditor.h"
 
 namespace zemo {
@@ -44,6 +45,7 @@ class OfficeDesk {
   std::deque<SelectorAnswer> files;
   std::deque<LocalDateTime> days;
   std::deque<std::string> paths;
+  std::deque<int32_t> colours;  // 0xBBGGRR
 
   // --- dialogues, for the tables of the screens ---
   using TakeFiles = std::function<void(const std::vector<std::string>& files)>;
@@ -52,11 +54,13 @@ class OfficeDesk {
                    TakeFiles take);
   std::optional<LocalDateTime> PickDay();
   std::optional<std::string> PickPath();
+  std::optional<int32_t> PickColour();
 
   Station& station;
   LibraryEditor library;
   ReportEditor report;
   SoundFileSelector selector;
+  SimDevices devices;  // of the settings
   XlsxWriter spreadsheets;
 
   // BtnOk or BtnCancel of the selector.
@@ -88,6 +92,7 @@ class OfficeDesk {
 // --- the tables of the screens ---
 OfficeScreen LibraryScreenOf(OfficeDesk& desk);
 OfficeScreen ReportScreenOf(OfficeDesk& desk);
+OfficeScreen SettingsScreenOf(OfficeDesk& desk);
 OfficeScreen SelectorScreenOf(OfficeDesk& desk);
 
 }  // namespace zemo

@@ -6,6 +6,7 @@
 #include <array>
 #include <bitset>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -78,8 +79,11 @@ struct SettingsScreen {
   int JourSemaine = 0;                                            // chosen weekday, 0 for Monday
   std::vector<std::string> ComboHeure, HeureArretSystem, Topage;  // times of that weekday
   std::array<std::vector<std::string>, 3> timesRead;  // the same as they were read or written last
-  std::string ChEdit;                                 // typed for Topage
-  std::array<std::string, 4> ChDecoupe;               // minutes, for BtnInti; empty for none
+  // By the list, as timesRead: what was typed for it, and its chosen entry.
+  std::array<std::string, 3> timeTyped;
+  std::array<std::optional<size_t>, 3> timeChosen;
+  std::string ChEdit;                    // typed for Topage
+  std::array<std::string, 4> ChDecoupe;  // minutes, for BtnInti; empty for none
 
   // --- what could be read, and so may be written back. A control that could not be read keeps its
   // place empty, and what is stored stays as it is until the operator gives it a value ---
