@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "app/Commands.h"
 #include "app/EndSignals.h"
@@ -23,6 +24,7 @@
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
+#include "settings/screens/SettingsDesk.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
 
@@ -89,6 +91,16 @@ int64_t FreeBytes(const std::string& folder) {
   return error ? -1 : static_cast<int64_t>(space.available);
 }
 
+SettingsSources SettingsSourcesOf(RealStation& real, LibraryDesk& library) {
+  SettingsSources sources;
+  sources.devices = &real.devices;
+  sources.chooseFiles = [&library](QWidget* over, const std::string& currentFile,
+                                   SettingsSources::TakeFiles take) {
+    library.Selector().Choose(*over, currentFile, {}, std::move(take));
+  };
+  return sources;
+}
+
 void Tell(const std::string& line) {
   PrintError(line);
 }
@@ -150,7 +162,12 @@ int OpenScreen(const AirOptions& options) {
   sources.openSelector = [&library, &main](const std::string& path) {
     library.OpenSelector(*main, path);
   };
-  sources.leaveOthers = [&library] { return library.Leave(); };
+  SettingsDesk settings(station, SettingsSourcesOf(real, library));
+  sources.openSettings = [&settings] { settings.Open(); };
+  sources.leaveOthers = [&library, &settings] {
+    const bool settingsLeft = settings.Leave();
+    return library.Leave() && settingsLeft;
+  };
   OnAirWindow window(station, sources);
   main = &window;
   machine.keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
@@ -172,6 +189,7 @@ int OpenScreen(const AirOptions& options) {
   watch->SetEnabled(true);
   real.loop.Run();
   library.Leave();
+  settings.Leave();
   if (!left) EndInOrder(station);
   return EndStatus(station);
 }

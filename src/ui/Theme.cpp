@@ -89,7 +89,7 @@ QString StyleSheet(double unit, bool gradients) {
     * { color: %INK; }
     QMenu, QToolTip, QDialog, QDialog QWidget, QComboBox QAbstractItemView, QPushButton, QToolButton,
     QComboBox, QLineEdit, QCheckBox, QRadioButton, QTabBar, #CadreRech QLabel, #CadrePL QLabel,
-    #FrmDiscotheque QLabel {
+    #FrmDiscotheque QLabel, #FrmConfig QLabel, #FrmConfig QSpinBox, #FrmConfig QListWidget {
       font-family: "%FAMILY"; font-size: %TEXTpx; }
     #FrmDiscotheque QLabel[small="true"], #FrameAutorisation QRadioButton { font-size: %HEADpx; }
     #CmdStop { font-size: %NEXTpx; font-weight: bold; }
@@ -98,6 +98,8 @@ QString StyleSheet(double unit, bool gradients) {
     QFrame[panel="true"] { background: %PANEL; border: 1px solid %LINE; border-radius: 4px; }
     QLabel { background: transparent; border: none; }
     QLabel[dim="true"] { color: %DIM; }
+    QLabel[head="true"] { font-weight: bold; }
+    QLabel[refusal="true"] { color: %NOTE; }
     QLabel[note="true"] { color: %NOTE; font-weight: bold; padding: 0 8px; }
     QToolTip { background: %RAISED; color: %INK; border: 1px solid %LINE; padding: 3px; }
     QMenuBar { background: %GROUND; } QMenuBar::item { padding: 2px 8px; background: transparent; }
