@@ -1,26 +1,22 @@
-#include <map>
-
 #include "library/CardImport.h"
+#include "library/ImportReport.h"
 #include "library/ImportedExit.h"
 #include "library/tests/LibraryFixture.h"
+#include "platform/real/files/ImportReader.h"
+#include "support/ReadAtOnce.h"
 
 namespace zemo {
 
 namespace {
 
-struct FakeTags : SoundTags {
-  std::map<std::string, TagTexts> texts;  // by path
-  std::optional<TagTexts> Read(const std::string& path) override {
-    const auto found = texts.find(path);
-    return found == texts.end() ? std::nullopt : std::optional(found->second);
-  }
-};
-
 struct CardsImported : LibraryFixture {
-  FakeTags tags;
+  test::TagTable tags;
 
   ImportedFile Take(const std::string& file, bool dryRun = false) {
-    return CardImport(on.station, on.opener, tags, LibraryTab::kMusic, dryRun).Take(file);
+    CardImport import(on.station, LibraryTab::kMusic, dryRun);
+    while (import.ReadCardsSlice()) {
+    }
+    return import.Enter(ImportReader(on.opener, tags, on.soundFiles, import.Known()).Read(file));
   }
   std::string Row(const std::string& fields) {
     return on.SqlText("SELECT " + fields + " FROM Discotheque");
@@ -74,7 +70,8 @@ TEST_F(CardsImported, ATextThatIsTooLongIsCutAndNamed) {
   const std::string file = on.MakeSound("song.mp3", 1000);
   tags.texts[file].album = "Twenty characters and more";
   const ImportedFile imported = Take(file);
-  EXPECT_EQ(imported.cut, std::vector<std::string>{"album"});
+  EXPECT_EQ(ImportRemark(imported, 1), "album cut to its field");
+  EXPECT_EQ(ImportRemark(imported, 0), "album coupé à la longueur du champ");
   EXPECT_EQ(Row("REFERENCE"), "Twenty characters");
 }
 

@@ -1,29 +1,13 @@
 #include "platform/real/analysis/MeasuringThread.h"
 
-#include <sched.h>
-#include <sys/resource.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <exception>
 #include <utility>
 
 #include "platform/real/analysis/SoundAnalyser.h"
+#include "platform/real/files/LowestPriority.h"
 
 namespace zemo {
-
-namespace {
-
-constexpr int kLowestPriority = 19;
-
-// Idle, for the disk too; by its nice value alone where the system refuses that.
-void TakeLowestPriority() {
-  ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kLowestPriority);
-  const sched_param none{};
-  ::sched_setscheduler(0, SCHED_IDLE, &none);
-}
-
-}  // namespace
 
 MeasuringThread::MeasuringThread(std::unique_ptr<SoundOpener> opener)
     : opener_(std::move(opener)), thread_([this](const std::stop_token& stop) { Run(stop); }) {}
