@@ -19,8 +19,11 @@
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
 #include "library/screens/LibraryDesk.h"
+#include "platform/real/analysis/TagReader.h"
+#include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
+#include "platform/real/files/ImportThread.h"
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/real/spreadsheet/XlsxWriter.h"
 #include "ui/ScreenDesktop.h"
@@ -143,6 +146,12 @@ int OpenScreen(const AirOptions& options) {
   XlsxWriter spreadsheets;
   LibrarySources librarySources;
   librarySources.spreadsheets = &spreadsheets;
+  ImportThread importFiles(
+      [] {
+        return ImportTools{std::make_unique<SoundFileOpener>(), std::make_unique<TagReader>()};
+      },
+      folders.machine);
+  librarySources.import.files = &importFiles;
   LibraryDesk library(station, librarySources);
   QPointer<OnAirWindow> main;
   sources.openLibrary = [&library] { library.Open(); };

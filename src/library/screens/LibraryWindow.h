@@ -10,6 +10,7 @@
 
 #include "library/LibraryEditor.h"
 #include "library/screens/CardPage.h"
+#include "library/screens/ImportPane.h"
 #include "ui/Questions.h"
 #include "ui/Window.h"
 
@@ -37,23 +38,31 @@ struct LibrarySources {
                      const std::vector<std::string>& known, TakeFiles take)>
       chooseFiles;
   SpreadsheetWriter* spreadsheets = nullptr;  // none: nothing is exported
-  Questions questions;                        // with a dialogue of the system by default
+  ImportSources import;
+  Questions questions;  // with a dialogue of the system by default
 };
 
 // Modeless beside the air. While a routine works that yields, its controls are barred, and who
-// closes it waits for the routine's end. Thread: the logic's. The station outlives it.
+// closes it waits for the routine's end. Sound files and folders that are dropped on it are
+// imported as cards of the tab that is shown; who closes it meanwhile is asked whether to stop
+// that. Thread: the logic's. The station outlives it.
 class LibraryWindow : public Window {
  public:
   LibraryWindow(Station& station, LibrarySources sources);
   void Open();                    // nothing while the menus are locked
   void OpenOnCard(int32_t code);  // of the music; while a routine works it only comes forward
-  bool LeaveNow();                // false while a routine works: it closes at its end
+  // Stops an import. False while a routine works: it closes at its end.
+  bool LeaveNow();
   bool IsOpen() const { return editor_.open; }
   const LibraryEditor& Editor() const { return editor_; }
 
  protected:
   void ArrangeParts(double unit) override;
+  bool MayLeave() override;
   void Left() override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
@@ -94,6 +103,10 @@ class LibraryWindow : public Window {
   void Export();
   void ResetDates();
 
+  bool TakesDrops() const;
+  void ChooseFolder();
+  void ShowImported(LibraryTab kind);
+
   LibrarySources sources_;
   LibraryEditor editor_;
   LibraryOrders orders_;
@@ -110,11 +123,12 @@ class LibraryWindow : public Window {
   HourPipPage* pips_ = nullptr;
   HoursFrame* hours_ = nullptr;
   QWidget* navigation_ = nullptr;
+  ImportPane* import_ = nullptr;
   QSlider* Slider1 = nullptr;
   std::array<QLabel*, kCardTabs> info_{};
   std::array<QRadioButton*, 6> OptionTri{};
   QAction *Nouveau_, *Ajouter_, *Replacer_, *MnuDelete_, *MnuListe_, *MnuImp_, *MnuExporter_,
-      *MnuTxt_, *MnuInitDate_;
+      *MnuTxt_, *MnuInitDate_, *MnuImport_;
 };
 
 }  // namespace zemo
