@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "app/BackgroundMeasuring.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
 #include "app/ErrorLine.h"
@@ -151,7 +152,11 @@ int OpenScreen(const AirOptions& options) {
         return ImportTools{std::make_unique<SoundFileOpener>(), std::make_unique<TagReader>()};
       },
       folders.machine);
+  BackgroundMeasuring measuring(station);
   librarySources.import.files = &importFiles;
+  librarySources.import.bareCard = [&measuring](int32_t code, const std::string& file) {
+    measuring.Add(code, file);
+  };
   LibraryDesk library(station, librarySources);
   QPointer<OnAirWindow> main;
   sources.openLibrary = [&library] { library.Open(); };
