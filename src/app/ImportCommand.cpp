@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "app/Commands.h"
+#include "app/ErrorLine.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
 #include "library/CardImport.h"
@@ -164,6 +165,8 @@ class Import {
       std::cout << told_.dump(1, ' ', false, Json::error_handler_t::replace) << std::endl;
     else
       std::cout << report_.Counts(kEnglish) << std::endl;
+    if (const std::string genres = report_.ForeignGenres(kEnglish); !genres.empty())
+      PrintError(genres);
   }
 
   void FindExits() {

@@ -17,6 +17,7 @@ namespace zemo {
 namespace {
 
 constexpr int kSliceCards = 500;
+constexpr const char* kNoGenre = "NOGENRE";
 constexpr int kNameCharacters = 40, kComposerCharacters = 60, kReferenceCharacters = 20,
               kGenreCharacters = 22, kYearCharacters = 4;
 
@@ -41,6 +42,23 @@ void Fit(std::string& text, int characters, const char* name, std::vector<const 
 
 void TakeText(const std::string& tag, std::string& field) {
   if (!tag.empty()) field = tag;
+}
+
+// Of a file: without its folder and its ending, of whatever length that is.
+std::string NameOf(const std::string& file) {
+  const std::string name = file.substr(file.find_last_of('/') + 1);
+  const size_t point = name.find_last_of('.');
+  return Trim(point == std::string::npos || point == 0 ? name : name.substr(0, point));
+}
+
+// "Artist - Title", which is how files without tags are called; else all of it is the artist.
+void TakeName(const std::string& file, MusicCard& card) {
+  constexpr std::string_view kBetween = " - ";
+  card.ChAuteur = NameOf(file);
+  const size_t between = card.ChAuteur.find(kBetween);
+  if (between == std::string::npos) return;
+  card.ChTitre = Trim(card.ChAuteur.substr(between + kBetween.size()));
+  card.ChAuteur = Trim(card.ChAuteur.substr(0, between));
 }
 
 }  // namespace
@@ -88,12 +106,12 @@ int32_t CardImport::Try(Insert insert) {
 }
 
 std::string CardImport::StationGenre(const std::string& foreign) const {
-  if (foreign.empty()) return "NOGENRE";
+  if (foreign.empty()) return kNoGenre;
   const auto mapped = genreMap_.find(UpperLatin(foreign));
   const std::string wanted = mapped == genreMap_.end() ? foreign : mapped->second;
   for (const std::string& genre : genres_)
     if (UpperLatin(Trim(genre)) == UpperLatin(wanted)) return Trim(genre);
-  return "NOGENRE";
+  return kNoGenre;
 }
 
 void CardImport::TakeTags(const TagTexts& tags, MusicCard& card) const {
@@ -110,7 +128,15 @@ int32_t CardImport::AddMusic(const SoundFileReading& file, ImportedFile& importe
   MusicCard card;
   HourMasks masks;
   imported.exitIsBare = !FillMusicCard(station_, file.path, file.lengthMs, card, masks);
-  if (imported.exitIsBare && file.tags) TakeTags(*file.tags, card);
+  if (imported.exitIsBare) {
+    const TagTexts tags = file.tags.value_or(TagTexts());
+    if (tags.artist.empty() && tags.title.empty())
+      TakeName(file.path, card);
+    else
+      card.ChAuteur = NameOf(file.path);
+    TakeTags(tags, card);
+    if (card.ChGenre == kNoGenre) imported.foreignGenre = tags.genre;
+  }
   Fit(card.ChAuteur, kNameCharacters, "artist", imported.cut);
   Fit(card.ChTitre, kNameCharacters, "title", imported.cut);
   Fit(card.ChGenre, kGenreCharacters, "genre", imported.cut);
@@ -129,7 +155,8 @@ int32_t CardImport::Add(const SoundFileReading& file, ImportedFile& imported) {
   if (kind_ == LibraryTab::kJingles) {
     JingleCard card;
     HourMasks masks;
-    FillJingle(station_, file.path, file.lengthMs, card, masks);
+    if (!FillJingle(station_, file.path, file.lengthMs, card, masks))
+      card.ChLibJingle = NameOf(file.path);
     Fit(card.ChLibJingle, kNameCharacters, "description", imported.cut);
     Fit(card.GenreAssocie, kGenreCharacters, "genre", imported.cut);
     Fit(card.ChAuteurJingle, kComposerCharacters, "author", imported.cut);
@@ -137,7 +164,8 @@ int32_t CardImport::Add(const SoundFileReading& file, ImportedFile& imported) {
                    : AddJingle(station_, card, masks);
   }
   ShortElementCard card;
-  FillShortElement(station_, file.path, file.lengthMs, card);
+  if (!FillShortElement(station_, file.path, file.lengthMs, card))
+    card.ChLibVirgule = NameOf(file.path);
   Fit(card.ChLibVirgule, kNameCharacters, "description", imported.cut);
   return dryRun_ ? Try([&] { return InsertShortElement(station_, card); })
                  : AddShortElement(station_, card);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -22,7 +23,10 @@ struct ImportedFile {
   std::string reason;       // of a refusal, in one line
   int32_t sameSoundAs = 0;  // CODE of a card with another path and the same sound
   std::vector<const char*> cut;  // names of the texts that were longer than their field
-  bool exitIsBare = false;       // the exit point is the station's default: no hand has set it
+  // Of a card that no model will ask for, as its genre is none of the station's: the one of its
+  // tags, empty where they have none.
+  std::optional<std::string> foreignGenre;
+  bool exitIsBare = false;  // the exit point is the station's default: no hand has set it
 };
 
 // Thread: the logic's.

@@ -1,13 +1,19 @@
 #include "library/ImportReport.h"
 
+#include <algorithm>
 #include <span>
+#include <utility>
 
 #include "station/LanguageTexts.h"
 #include "station/SideFileText.h"
+#include "station/TextForms.h"
 
 namespace zemo {
 
 namespace {
+
+constexpr int kGenreShown = 30;    // characters
+constexpr size_t kGenresTold = 8;  // the rest in one number
 
 // clang-format off
 constexpr Word kWords[] = {
@@ -16,6 +22,9 @@ constexpr Word kWords[] = {
     {"card", {"fiche %1", "card %1", "ficha %1", "ficha %1"}},
     {"same", {"le même son que la fiche %1", "the same sound as card %1", "o mesmo som que a ficha %1", "el mismo sonido que la ficha %1"}},
     {"cut", {"%1 coupé à la longueur du champ", "%1 cut to its field", "%1 cortado à largura do campo", "%1 cortado al ancho del campo"}},
+    {"foreign", {"%1 sans genre de la station, qu'aucun modèle ne demande (voir ImportGenres.Txt) : ", "%1 without a genre of the station's, which no model asks for (see ImportGenres.Txt): ", "%1 sem género da estação, que nenhum modelo pede (ver ImportGenres.Txt): ", "%1 sin género de la emisora, que ningún modelo pide (ver ImportGenres.Txt): "}},
+    {"none", {"aucun", "none", "nenhum", "ninguno"}},
+    {"others", {"autres", "others", "outros", "otros"}},
     {"artist", {"artiste", "artist", "artista", "artista"}},
     {"title", {"titre", "title", "título", "título"}},
     {"genre", {"genre", "genre", "género", "género"}},
@@ -51,6 +60,8 @@ std::string ImportRemark(const ImportedFile& file, int langue) {
 
 void ImportReport::Add(const std::string& path, const ImportedFile& file) {
   ++counts_[static_cast<size_t>(file.result)];
+  if (file.result == ImportedFile::Result::kAdded && file.foreignGenre)
+    ++foreignGenres_[FirstCharacters(OneLine(*file.foreignGenre), kGenreShown)];
   if (file.result == ImportedFile::Result::kRefused)
     refused_.push_back({path, file});
   else if (file.sameSoundAs > 0 || !file.cut.empty())
@@ -64,6 +75,26 @@ std::string ImportReport::Counts(int langue) const {
     text.replace(text.find(place), place.size(), std::to_string(counts_[result]));
   }
   return text;
+}
+
+std::string ImportReport::ForeignGenres(int langue) const {
+  if (foreignGenres_.empty()) return {};
+  std::vector<std::pair<size_t, std::string>> genres;  // the most frequent first
+  size_t titles = 0;
+  for (const auto& [genre, count] : foreignGenres_) {
+    genres.emplace_back(count, genre.empty() ? Text("none", langue) : genre);
+    titles += count;
+  }
+  std::stable_sort(genres.begin(), genres.end(),
+                   [](const auto& a, const auto& b) { return a.first > b.first; });
+  std::string list;
+  size_t told = 0;
+  for (size_t i = 0; i < std::min(genres.size(), kGenresTold); ++i) {
+    list += (i > 0 ? ", " : "") + genres[i].second + " " + std::to_string(genres[i].first);
+    told += genres[i].first;
+  }
+  if (told < titles) list += ", " + Text("others", langue) + " " + std::to_string(titles - told);
+  return Text("foreign", langue, static_cast<int64_t>(titles)) + list;
 }
 
 std::string ImportReport::Lines(int langue) const {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,9 @@ class ImportReport {
 
   // "3 added, 1 known already, 2 refused"
   std::string Counts(int langue) const;
+  // How many of the added titles no model will ask for, and what their tags call their genres; one
+  // line, empty where there is none.
+  std::string ForeignGenres(int langue) const;
   // A line a file of which there is something to say, those refused first.
   std::string Lines(int langue) const;
 
@@ -32,6 +36,7 @@ class ImportReport {
   };
   std::array<size_t, 3> counts_{};  // by result
   std::vector<Told> refused_, remarked_;
+  std::map<std::string, size_t> foreignGenres_;
 };
 
 }  // namespace zemo

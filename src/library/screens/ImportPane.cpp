@@ -119,6 +119,8 @@ void ImportPane::ShowReport(const ImportReport& report, bool stopped) {
   dialog->setWindowTitle(texts_.Word("Import"));
   const QString lines = QString::fromStdString(report.Lines(texts_.Langue()));
   QString text = QString::fromStdString(report.Counts(texts_.Langue()));
+  if (const std::string genres = report.ForeignGenres(texts_.Langue()); !genres.empty())
+    text += u'\n' + QString::fromStdString(genres);
   if (stopped) text += u'\n' + texts_.Word("ImportStopped");
   if (!lines.isEmpty()) text += QStringLiteral("\n\n") + lines;
   auto* box = new QPlainTextEdit(text, dialog);

@@ -66,6 +66,42 @@ TEST_F(CardsImported, AnExchangeFileGoesBeforeTheTags) {
   EXPECT_EQ(Row("AUTEUR"), "OF THE FILE");
 }
 
+TEST_F(CardsImported, WithoutTagsTheNameOfTheFileIsArtistAndTitle) {
+  for (const auto& [name, fields] :
+       std::map<std::string, std::string>{{"ABBA - Waterloo.flac", "ABBA|Waterloo"},
+                                          {"song.flac", "song|"},
+                                          {"a-b.wav", "a-b|"}}) {
+    on.Sql("DELETE FROM Discotheque");
+    Take(on.MakeSound(name, 1000));
+    EXPECT_EQ(Row("AUTEUR || '|' || TITRE"), fields) << name;
+  }
+  on.Sql("DELETE FROM Discotheque");
+  const std::string file = on.MakeSound("ABBA - Waterloo.ogg", 1000);
+  tags.texts[file].title = "OF THE TAGS";
+  Take(file);
+  EXPECT_EQ(Row("AUTEUR || '|' || TITRE"), "ABBA - Waterloo|OF THE TAGS");
+}
+
+TEST_F(CardsImported, TitlesThatNoModelAsksForAreCountedByTheGenresOfTheirTags) {
+  ImportReport report;
+  const auto add = [&](const std::string& name, const std::string& genre) {
+    const std::string file = on.MakeSound(name, 1000);
+    tags.texts[file].genre = genre;
+    report.Add(file, Take(file));
+  };
+  add("a.mp3", "Chillout");
+  EXPECT_EQ(report.ForeignGenres(1),
+            "1 without a genre of the station's, which no model asks for (see ImportGenres.Txt): "
+            "Chillout 1");
+  add("b.mp3", "");
+  add("c.mp3", "gold n-1");
+  add("d.mp3", "");
+  EXPECT_EQ(report.ForeignGenres(1),
+            "3 without a genre of the station's, which no model asks for (see ImportGenres.Txt): "
+            "none 2, Chillout 1");
+  EXPECT_EQ(ImportReport().ForeignGenres(1), "");
+}
+
 TEST_F(CardsImported, ATextThatIsTooLongIsCutAndNamed) {
   const std::string file = on.MakeSound("song.mp3", 1000);
   tags.texts[file].album = "Twenty characters and more";

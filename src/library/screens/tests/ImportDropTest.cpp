@@ -78,8 +78,11 @@ TEST_F(Dropped, FilesAndFoldersBecomeCardsOfTheTabAndTheReportTellsWhat) {
   EXPECT_EQ(Text("LblInfoMus"), "Discotheque1 / 3");
   EXPECT_EQ(bare, (std::vector<int32_t>{1, 2, 3}));
   ASSERT_TRUE(Report());
-  EXPECT_EQ(ReportText().substr(0, ReportText().find(": ")),
-            "3 added, 0 known already, 1 refused\n\nrefused  " + broken);
+  EXPECT_EQ(
+      ReportText().substr(0, ReportText().find(": '")),
+      "3 added, 0 known already, 1 refused\n3 without a genre of the station's, which no model "
+      "asks for (see ImportGenres.Txt): none 3\n\nrefused  " +
+          broken);
   KeepPicture(*Report(), "import-report");
 }
 
@@ -161,7 +164,9 @@ TEST_F(Dropped, TheReportGoesToTheClipboardAndEscapeClosesIt) {
   EXPECT_TRUE(Drop("CadreDisco", {on.MakeSound("A.wav", 61000)}));
   RunOut();
   QTest::mouseClick(Find("BtnImportCopy"), Qt::LeftButton);
-  EXPECT_EQ(on.clipboard.Text(), "1 ajoutés, 0 déjà connus, 0 refusés");
+  EXPECT_EQ(on.clipboard.Text(),
+            "1 ajoutés, 0 déjà connus, 0 refusés\n1 sans genre de la station, qu'aucun modèle ne "
+            "demande (voir ImportGenres.Txt) : aucun 1");
   QTest::keyClick(Report(), Qt::Key_Escape);
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_FALSE(Report());

@@ -24,6 +24,13 @@ uint64_t HashOn(uint64_t hash, const float* samples, size_t count) {
   return hash;
 }
 
+// The path stands beside the reason wherever it is told.
+std::string WithoutPath(const std::string& reason, const std::string& path) {
+  const std::string named = '"' + path + "\": ";
+  const size_t at = reason.find(named);
+  return at == std::string::npos ? reason : reason.substr(at + named.size());
+}
+
 }  // namespace
 
 ImportReader::ImportReader(SoundOpener& opener, SoundTags& tags, const SoundFiles& files,
@@ -52,7 +59,7 @@ ImportReader::Begin ImportReader::BeginOf(const std::string& path) {
     begin.hash = HashOn(begin.hash, block.data(), static_cast<size_t>(read) * kChannels);
     frames += read;
   }
-  if (frames == 0) throw SoundError(path + ": holds no sound");
+  if (FramesToMs(frames) == 0) throw SoundError("holds no sound");
   return begin;
 }
 
@@ -87,7 +94,7 @@ SoundFileReading ImportReader::Read(const std::string& path) {
     reading.tags = tags_.Read(files_.Resolve(path));
     sounds_.emplace(sound, path);
   } catch (const std::exception& error) {
-    reading.error = error.what();
+    reading.error = WithoutPath(error.what(), path);
   }
   return reading;
 }

@@ -77,7 +77,7 @@ class ByteSounds : public SoundOpener {
     policy_ = sched_getscheduler(0);
     std::ifstream file(path, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    if (bytes.empty()) throw SoundError(path + ": is empty");
+    if (bytes.empty()) throw SoundError("cannot play \"" + path + "\": is empty");
     return std::make_unique<Sound>(std::move(bytes));
   }
 
@@ -110,6 +110,8 @@ struct NameTags : SoundTags {
   }
 };
 
+const std::string kSound(100, 's'), kOther(100, 'o');
+
 struct ReadingAhead : testing::Test {
   TemporaryFolder folder, machine;
   std::atomic<int> policy = -1;
@@ -130,22 +132,30 @@ struct ReadingAhead : testing::Test {
 };
 
 TEST_F(ReadingAhead, GivesOfEachFileItsLengthItsTagsOrWhatIsWrongWithIt) {
-  const std::string a = folder.Put("a.wav", std::string(441, 'a')), b = folder.Put("b.wav", "");
+  const std::string a = folder.Put("a.wav", std::string(441, 'a'));
+  folder.Put("b.wav", "");
   thread.Begin({folder.Path(), "/no/such.wav"}, {});
   const SoundFileReading good = Next();
   EXPECT_EQ(good.path, a);
   EXPECT_EQ(good.error, "");
   EXPECT_EQ(good.lengthMs, 10);
   EXPECT_EQ(good.tags->title, "a");
-  EXPECT_EQ(Next().error, b + ": is empty");
+  EXPECT_EQ(Next().error, "is empty");  // without its path
   EXPECT_EQ(Next().error, "there is no such file");
   EXPECT_TRUE(AllFound(3));
   EXPECT_FALSE(thread.Take());
 }
 
+TEST_F(ReadingAhead, LessThanAMillisecondIsNoSound) {
+  thread.Begin(
+      {folder.Put("a.wav", std::string(22, 'a')), folder.Put("b.wav", std::string(23, 'a'))}, {});
+  EXPECT_EQ(Next().error, "holds no sound");
+  EXPECT_EQ(Next().error, "");
+}
+
 TEST_F(ReadingAhead, NamesACardsFileOfTheSameSoundOrOneReadBefore) {
-  const std::string card = folder.Put("card.wav", "sound"), a = folder.Put("new/a.wav", "sound"),
-                    b = folder.Put("new/b.wav", "other"), c = folder.Put("new/c.wav", "other");
+  const std::string card = folder.Put("card.wav", kSound), a = folder.Put("new/a.wav", kSound),
+                    b = folder.Put("new/b.wav", kOther), c = folder.Put("new/c.wav", kOther);
   machine.Put("PathMap.Ini", "D:\\Music = " + folder.Path());
   thread.Begin({folder / "new", card}, {"D:\\Music\\CARD.WAV", "/lost.wav"});
   EXPECT_EQ(Next().sameSoundAs, "D:\\Music\\CARD.WAV");
@@ -163,13 +173,14 @@ TEST_F(ReadingAhead, AKnownFileIsNotReadAgain) {
 }
 
 TEST_F(ReadingAhead, RunsOnlyWhileNothingElseWantsTo) {
-  thread.Begin({folder.Put("a.wav", "a")}, {});
+  thread.Begin({folder.Put("a.wav", kSound)}, {});
   Next();
   EXPECT_EQ(policy, SCHED_IDLE);
 }
 
 TEST_F(ReadingAhead, WaitsWhereWhatItReadIsNotTakenAndComesToTheEndAllTheSame) {
-  for (int i = 0; i < 600; ++i) folder.Put(std::to_string(i) + ".wav", std::to_string(i));
+  for (int i = 0; i < 600; ++i)
+    folder.Put(std::to_string(i) + ".wav", std::string(50, 's') + std::to_string(i));
   thread.Begin({folder.Path()}, {});
   ASSERT_TRUE(AllFound(600));
   for (int i = 0; i < 600; ++i) ASSERT_EQ(Next().error, "");
@@ -177,8 +188,8 @@ TEST_F(ReadingAhead, WaitsWhereWhatItReadIsNotTakenAndComesToTheEndAllTheSame) {
 }
 
 TEST_F(ReadingAhead, OneThatIsStoppedGivesNothingMoreAndTheNextOneItsOwn) {
-  for (int i = 0; i < 600; ++i) folder.Put(std::to_string(i) + ".wav", std::to_string(i));
-  const std::string other = folder.Put("other/a.wav", "a");
+  for (int i = 0; i < 600; ++i) folder.Put(std::to_string(i) + ".wav", kSound + std::to_string(i));
+  const std::string other = folder.Put("other/a.wav", kSound);
   thread.Begin({folder.Path()}, {});
   Next();
   thread.Stop();
