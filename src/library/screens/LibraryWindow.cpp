@@ -245,10 +245,14 @@ bool LibraryWindow::TakesDrops() const {
 
 namespace {
 
+// Their bytes as they are, which need not be UTF-8.
 std::vector<std::string> LocalPaths(const QMimeData& data) {
   std::vector<std::string> paths;
-  for (const QUrl& url : data.urls())
-    if (url.isLocalFile()) paths.push_back(url.toLocalFile().toStdString());
+  for (const QUrl& url : data.urls()) {
+    if (!url.isLocalFile()) continue;
+    const QByteArray encoded = url.path(QUrl::FullyEncoded).toLatin1();
+    paths.push_back(QByteArray::fromPercentEncoding(encoded).toStdString());
+  }
   return paths;
 }
 

@@ -95,6 +95,17 @@ TEST_F(Dropped, OverABoxTheyAreTheWindowsAndNoText) {
   EXPECT_EQ(Count("Discotheque"), "4");
 }
 
+TEST_F(Dropped, ANameOfBytesThatAreNoUtf8IsTakenAsItIs) {
+  on.MakeSound("caf\xE9 50%.wav", 61000);
+  Open();
+  QMimeData data;
+  data.setUrls({QUrl::fromEncoded("file://" + QByteArray::fromStdString(on.stationDir.Path()) +
+                                  "/caf%E9%2050%25.wav")});
+  EXPECT_TRUE(DropData(*window, data, Qt::CopyAction));
+  RunOut();
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Discotheque"), "1");
+}
+
 TEST_F(Dropped, TheFilesStayWhereTheyAreWhateverWasOffered) {
   Open();
   EXPECT_TRUE(Drop("CadreDisco", {on.MakeSound("A.wav", 61000)}, Qt::MoveAction | Qt::CopyAction));
