@@ -92,12 +92,6 @@ class Progress {
   int64_t begunMs_;
 };
 
-// A card whose exit point nobody has set.
-struct BareCard {
-  int32_t code = 0;
-  std::string file;
-};
-
 class Import {
  public:
   explicit Import(const ImportOptions& options)
@@ -147,11 +141,13 @@ class Import {
     while (import.ReadCardsSlice()) {
     }
     ImportReader reader(opener_, tags_, *sim_.soundFiles, import.Known());
+    const auto bareExitMs = static_cast<int32_t>(sim_.station.base.CnfInt(Cnf::kPmixDef));
     Progress progress("file", files.size());
     for (const std::string& file : files) {
       const ImportedFile imported = import.Enter(reader.Read(file));
       report_.Add(file, imported);
-      if (imported.exitIsBare && imported.code > 0) bare_.push_back({imported.code, file});
+      if (imported.exitIsBare && imported.code > 0 && !options_.dryRun)
+        KeepBareExit(sim_.station, {imported.code, bareExitMs, file});
       if (options_.json)
         told_.push_back(JsonOf(file, imported));
       else
@@ -169,22 +165,24 @@ class Import {
       PrintError(genres);
   }
 
+  // Those of a run that was interrupted as well.
   void FindExits() {
-    const auto bareExitMs = static_cast<int32_t>(sim_.station.base.CnfInt(Cnf::kPmixDef));
-    Progress progress("by ear: title", bare_.size());
-    for (size_t i = 0; i < bare_.size(); ++i) {
-      FindExit(bare_[i], bareExitMs);
+    const std::vector<BareExit> bare = KeptBareExits(sim_.station);
+    Progress progress("by ear: title", bare.size());
+    for (size_t i = 0; i < bare.size(); ++i) {
+      FindExit(bare[i]);
       progress.Done(i + 1);
     }
+    if (!bare.empty()) ForgetBareExits(sim_.station);
   }
 
-  void FindExit(const BareCard& card, int32_t bareExitMs) {
+  void FindExit(const BareExit& bare) {
     const SoundFiles& files = *sim_.soundFiles;
-    const auto stamp = files.Stamp(card.file);
-    if (!stamp) return;
+    const auto stamp = files.Stamp(bare.file);
+    if (!stamp || TakeKnownMeasures(sim_.station, bare, *stamp)) return;
     try {
-      const auto measures = MeasureSound(opener_, files.Resolve(card.file));
-      if (measures) TakeMeasures(sim_.station, card.code, card.file, *stamp, *measures, bareExitMs);
+      const auto measures = MeasureSound(opener_, files.Resolve(bare.file));
+      if (measures) TakeMeasures(sim_.station, bare, *stamp, *measures);
     } catch (const std::exception& error) {
       std::cerr << "zemoradio: " << error.what() << std::endl;
     }
@@ -195,7 +193,6 @@ class Import {
   SoundFileOpener opener_;
   TagReader tags_;
   ImportReport report_;
-  std::vector<BareCard> bare_;
   Json told_ = Json::array();
 };
 

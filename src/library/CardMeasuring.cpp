@@ -1,11 +1,11 @@
 #include "library/CardMeasuring.h"
 
+#include <array>
 #include <exception>
 #include <limits>
 #include <string_view>
 #include <utility>
 
-#include "library/ImportedExit.h"
 #include "platform/Clock.h"
 #include "station/Loudness.h"
 #include "station/Station.h"
@@ -29,47 +29,23 @@ constexpr std::array<std::string_view, 3> kNewestFirst = {
     "SELECT TOP ? CODE, FILENAME FROM DiscothequeJingle WHERE CODE < ? ORDER BY CODE DESC",
     "SELECT TOP ? CODE, FILENAME FROM DiscothequeVirgule WHERE CODE < ? ORDER BY CODE DESC"};
 
-std::string LineOf(const BareExit& bare) {
-  return std::to_string(bare.code) + '\t' + std::to_string(bare.exitMs) + '\t' + bare.file + '\n';
-}
-
-std::optional<BareExit> BareExitIn(std::string_view line) {
-  const size_t first = line.find('\t'), second = line.find('\t', first + 1);
-  if (first == std::string_view::npos || second == std::string_view::npos) return std::nullopt;
-  return BareExit{ValInt(std::string(line.substr(0, first))),
-                  ValInt(std::string(line.substr(first + 1, second - first - 1))),
-                  std::string(line.substr(second + 1))};
-}
-
 }  // namespace
 
 CardMeasuring::CardMeasuring(Station& station, SoundMeasurer& measurer)
     : station_(station), measurer_(measurer), belowCode_(kAboveEveryCode) {
-  ReadLeft();
-}
-
-void CardMeasuring::ReadLeft() {
   try {
-    const auto text = station_.platform.stationFolder.Read(kExitsToFindFile);
-    if (!text) return;
-    left_ = true;
-    std::string_view lines = *text;
-    while (!lines.empty()) {
-      const size_t end = std::min(lines.find('\n'), lines.size());
-      if (auto bare = BareExitIn(lines.substr(0, end))) imported_.push_back(std::move(*bare));
-      lines.remove_prefix(std::min(end + 1, lines.size()));
-    }
+    imported_ = KeptBareExits(station);
+    kept_ = !imported_.empty();
   } catch (const std::exception&) {
-    LogCurrentException(station_, kRoutine);
+    LogCurrentException(station, kRoutine);
   }
 }
 
 void CardMeasuring::Add(int32_t code, const std::string& file) {
   try {
-    BareExit bare{code, static_cast<int32_t>(station_.base.CnfInt(Cnf::kPmixDef)), file};
-    imported_.push_back(bare);
-    station_.platform.stationFolder.Append(kExitsToFindFile, LineOf(bare));
-    left_ = true;
+    imported_.push_back({code, static_cast<int32_t>(station_.base.CnfInt(Cnf::kPmixDef)), file});
+    KeepBareExit(station_, imported_.back());
+    kept_ = true;
   } catch (const std::exception&) {
     if (!LoggedLately(station_, kExitsToFindFile, kToldAgainMs))
       LogCurrentException(station_, kRoutine);
@@ -83,6 +59,7 @@ void CardMeasuring::Turn() {
     Work();
   } catch (const StoreError& error) {
     if (error.Number() == kErrLocked) return;
+    if (!error.MayPass()) DropWhatIsRefused();
     if (!LoggedLately(station_, kRoutine + std::to_string(error.Number()), kToldAgainMs))
       LogCurrentException(station_, kRoutine);
   } catch (const std::exception& error) {
@@ -91,12 +68,20 @@ void CardMeasuring::Turn() {
   }
 }
 
+// It would be refused at every turn, and nothing else measured.
+void CardMeasuring::DropWhatIsRefused() {
+  if (measured_)
+    wished_.erase(std::exchange(measured_, std::nullopt)->path);
+  else if (!imported_.empty())
+    imported_.pop_back();
+}
+
 void CardMeasuring::Work() {
   StoreMeasured();
   WishForImported();
   if (imported_.empty() && wished_.size() < kMostWished && TargetLoudness(station_))
     LookThroughLibrary();
-  ForgetLeft();
+  ForgetKept();
 }
 
 void CardMeasuring::StoreMeasured() {
@@ -108,8 +93,7 @@ void CardMeasuring::StoreMeasured() {
   if (!measured_->measures)
     unmeasurable_[wished.file] = wished.stamp;
   else if (wished.bare)
-    TakeMeasures(station_, wished.bare->code, wished.file, wished.stamp, *measured_->measures,
-                 wished.bare->exitMs);
+    TakeMeasures(station_, *wished.bare, wished.stamp, *measured_->measures);
   else
     StoreMeasures(station_.base, wished.file, wished.stamp, *measured_->measures);
   wished_.erase(found);
@@ -120,11 +104,7 @@ void CardMeasuring::WishForImported() {
   while (!imported_.empty() && wished_.size() < kMostWished) {
     const BareExit& bare = imported_.back();
     if (const auto stamp = station_.platform.soundFiles.Stamp(bare.file)) {
-      const auto known = FindMeasures(station_.base.Db(), bare.file, *stamp);
-      if (known)
-        TakeMeasures(station_, bare.code, bare.file, *stamp, *known, bare.exitMs);
-      else if (!Wish(bare.file, *stamp, bare))
-        return;
+      if (!TakeKnownMeasures(station_, bare, *stamp) && !Wish(bare.file, *stamp, bare)) return;
     }
     imported_.pop_back();
   }
@@ -170,12 +150,12 @@ bool CardMeasuring::LookAt(const std::string& file) {
 }
 
 // When every imported card has been dealt with.
-void CardMeasuring::ForgetLeft() {
-  if (!left_ || !imported_.empty()) return;
+void CardMeasuring::ForgetKept() {
+  if (!kept_ || !imported_.empty()) return;
   for (const auto& [path, wished] : wished_)
     if (wished.bare) return;
-  left_ = false;
-  station_.platform.stationFolder.Remove(kExitsToFindFile);
+  kept_ = false;
+  ForgetBareExits(station_);
 }
 
 }  // namespace zemo

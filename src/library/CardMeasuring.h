@@ -2,7 +2,6 @@
 // import first, which get their exit points by it, and with a LoudnessTarget the whole library.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -10,19 +9,13 @@
 #include <unordered_map>
 #include <vector>
 
+#include "library/ImportedExit.h"
 #include "platform/Folder.h"
 #include "platform/SoundMeasurer.h"
 
 namespace zemo {
 
 struct Station;
-
-// A music card that an import made, with the exit point that nobody set.
-struct BareExit {
-  int32_t code = 0;
-  int32_t exitMs = 0;
-  std::string file;  // stored path
-};
 
 // Thread: the logic's.
 class CardMeasuring {
@@ -45,15 +38,15 @@ class CardMeasuring {
     std::optional<BareExit> bare;
   };
 
-  void ReadLeft();
   void Work();
+  void DropWhatIsRefused();
   void StoreMeasured();
   void WishForImported();
   void LookThroughLibrary();
   bool LookAt(const std::string& file);  // false: no wish is taken now
   bool Wish(const std::string& file, const SoundFileStamp& stamp,
             const std::optional<BareExit>& bare);
-  void ForgetLeft();
+  void ForgetKept();
 
   Station& station_;
   SoundMeasurer& measurer_;
@@ -61,14 +54,11 @@ class CardMeasuring {
   std::map<std::string, Wished> wished_;   // by path of this system
   std::optional<MeasuredSound> measured_;  // one that the base could not take yet
   std::unordered_map<std::string, SoundFileStamp> unmeasurable_;  // by stored path
-  bool left_ = false;  // the file in the station's folder
+  bool kept_ = false;  // the file in the station's folder
   // --- of the library: newest card first, one kind after the other ---
   size_t kind_ = 0;
   int64_t belowCode_;
   std::optional<int64_t> lookedThroughMs_;  // by the clock that never jumps
 };
-
-// In the station's folder: CODE, exit point in ms and path of a card a line, with tabs.
-inline constexpr const char* kExitsToFindFile = "ExitsToFind.Txt";
 
 }  // namespace zemo

@@ -148,13 +148,13 @@ TEST_F(CardsImported, TheMeasuredExitGoesIntoACardWhoseExitNobodySet) {
   measures.soundEndMs = 60000;
   measures.exitMs = 4200;
   const SoundFileStamp stamp = *on.soundFiles.Stamp(file);
-  TakeMeasures(on.station, imported.code, file, stamp, measures, 1600);
+  TakeMeasures(on.station, {imported.code, 1600, file}, stamp, measures);
   EXPECT_EQ(Row("POINTSORTIE"), "4200");
   const auto mus = on.soundFiles.Read(on.stationDir.Path() + "/song.Mus");
   ASSERT_TRUE(mus);
   EXPECT_NE(mus->find("\r\n4200,"), std::string::npos);
   on.Sql("UPDATE Discotheque SET POINTSORTIE = 900");
-  TakeMeasures(on.station, imported.code, file, stamp, measures, 1600);
+  TakeMeasures(on.station, {imported.code, 1600, file}, stamp, measures);
   EXPECT_EQ(Row("POINTSORTIE"), "900");
 }
 

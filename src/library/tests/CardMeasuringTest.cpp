@@ -181,6 +181,28 @@ TEST_F(Measuring, ALockedBasePostponesAndNothingIsLost) {
   EXPECT_TRUE(on.Events("error").empty());
 }
 
+TEST_F(Measuring, WhatTheBaseRefusesIsToldOnceAndTheRestIsMeasured) {
+  const std::string a = AddFile("a.wav"), b = AddFile("b.wav"), c = AddFile("c.wav");
+  CardMeasuring measuring(on.station, measurer);
+  measuring.Add(1, a);
+  measuring.Turn();
+  measurer.Give(a, 4200);
+  measuring.Turn();
+  on.Native(
+      "CREATE TRIGGER Refused BEFORE INSERT ON Mesures WHEN NEW.CHEMIN LIKE '%b.wav' BEGIN SELECT "
+      "RAISE(ABORT, 'refused'); END");
+  measuring.Add(3, c);
+  measuring.Add(2, b);
+  measuring.Turn();
+  measurer.Give(b, 4200);
+  measurer.Give(c, 4200);
+  Turns(measuring, 3);
+  EXPECT_FALSE(IsKnown(b));
+  EXPECT_TRUE(IsKnown(c));
+  EXPECT_EQ(on.Events("error").size(), 1U);
+  EXPECT_FALSE(on.stationFolder.Exists(kExitsToFindFile));
+}
+
 TEST_F(Measuring, WhatTheProgramLeftIsFoundByTheNextOne) {
   const std::string a = AddFile("a.wav"), b = AddFile("b\xC3\xA9.wav");
   {
