@@ -23,20 +23,28 @@ namespace zemo::bench {
 // Thread: the screen's.
 class ScreenHand {
  public:
-  explicit ScreenHand(QWidget& window) : window_(window) {
+  explicit ScreenHand(QWidget& window) : window_(&window) {
     QObject::connect(&turn_, &QTimer::timeout, [this] { Turn(); });
     turn_.start(kTurnMs);
+  }
+
+  // The hand goes on in another window, which outlives its time there.
+  void GoTo(QWidget& window) {
+    window_ = &window;
+    window.raise();
+    window.activateWindow();
   }
 
   int64_t Events() const { return events_; }
   // Controls that were not there, not visible or not enabled when they were wanted.
   const std::map<std::string, int>& Missed() const { return missed_; }
 
-  // In the modal window if one stands, else in the main window; null and noted without one.
+  // In the modal window if one stands, else in the one where the hand is; null and noted without
+  // one.
   template <typename Control = QWidget>
   Control* Find(const char* name) {
     QWidget* modal = QApplication::activeModalWidget();
-    auto* control = (modal ? modal : &window_)->findChild<Control*>(QString::fromUtf8(name));
+    auto* control = (modal ? modal : window_)->findChild<Control*>(QString::fromUtf8(name));
     if (control && control->isVisible() && control->isEnabled()) return control;
     ++missed_[name];
     return nullptr;
@@ -61,7 +69,7 @@ class ScreenHand {
     Later(2, [this, key, modifiers] {
       QWidget* popup = QApplication::activePopupWidget();
       QWidget* modal = QApplication::activeModalWidget();
-      KeyNow(popup ? popup : modal ? modal : &window_, key, modifiers);
+      KeyNow(popup ? popup : modal ? modal : window_, key, modifiers);
     });
   }
   void KeyTo(QWidget* window, Qt::Key key) {
@@ -84,7 +92,7 @@ class ScreenHand {
     Click(box, {8, box->height() / 2});
     Key(Qt::Key_A, Qt::ControlModifier);
     for (const char letter : text)
-      Later(2, [this, letter] { QTest::keyClick(window_.windowHandle(), letter); });
+      Later(2, [this, letter] { QTest::keyClick(window_->windowHandle(), letter); });
   }
 
   void Drag(QWidget* from, QPoint begin, QWidget* to, QPoint end) {
@@ -103,7 +111,7 @@ class ScreenHand {
     with([last](QWindow* window) { QTest::mouseRelease(window, Qt::LeftButton, {}, last); });
   }
   void Resize(const QSize& size) {
-    Later(1, [this, size] { window_.resize(size); });
+    Later(1, [this, size] { window_->resize(size); });
   }
 
   // A point in that row, from 0.
@@ -158,7 +166,7 @@ class ScreenHand {
     gesture();
   }
 
-  QWidget& window_;
+  QWidget* window_;
   QTimer turn_;
   std::deque<std::function<void()>> waiting_;
   int64_t events_ = 0;

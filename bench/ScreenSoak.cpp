@@ -12,8 +12,10 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <QAction>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QTabBar>
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
@@ -38,7 +40,9 @@
 #include "engine/FreeMoment.h"
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
+#include "library/screens/LibraryDesk.h"
 #include "platform/real/decoders/WaveformReader.h"
+#include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
 #include "ui/ScreenDesktop.h"
 
 namespace {
@@ -88,13 +92,15 @@ class SoakSystem : public zemo::RealSystem {
 // What the operator does, step after step, over and over.
 class Operator {
  public:
-  Operator(ScreenHand& hand, zemo::Station& station, std::string& doing)
-      : hand_(hand), station_(station), doing_(doing) {
+  Operator(ScreenHand& hand, zemo::Station& station, QWidget& main, zemo::LibraryDesk& library,
+           std::string& doing)
+      : hand_(hand), station_(station), main_(main), library_(library), doing_(doing) {
     InAutomatic();
     InLive();
     WithStoredLists();
     WithSkeletons();
     InTheGrid();
+    InTheLibrary();
   }
 
   void Step() {
@@ -115,7 +121,8 @@ class Operator {
 
  private:
   static bool InDialogue(std::string_view name) {
-    return name.starts_with("skeleton ") || name.starts_with("calendar ");
+    return name.starts_with("skeleton ") || name.starts_with("calendar ") ||
+           name.starts_with("library give ");
   }
   void Do(const char* name, std::function<void()> act) {
     steps_.emplace_back(name, std::move(act));
@@ -294,8 +301,65 @@ class Operator {
     Do("calendar end", [this] { LeaveCalendar(); });
   }
 
+  void ChooseMenu(const char* name) {
+    if (auto* entry = library_.Window()->findChild<QAction*>(QString::fromLatin1(name));
+        entry && entry->isEnabled())
+      entry->trigger();
+  }
+
+  // Cards are read, changed, given fields of another, listed and written out; none is deleted.
+  void InTheLibrary() {
+    Do("library", [this] {
+      library_.Open();
+      hand_.GoTo(*library_.Window());
+      hand_.Resize({1280, 800});
+    });
+    Do("library wait", [] {});
+    for (int i = 0; i < 3; ++i) Do("library card", [this] { ClickRow("PLDisco"); });
+    for (int i = 0; i < 3; ++i) Do("library next", [this] { hand_.Click("BtnPlus"); });
+    Do("library comment",
+       [this] { hand_.Type("ChCommentaire", "round " + std::to_string(rounds_)); });
+    Do("library replace", [this] { ChooseMenu("Replacer"); });
+    for (const char* text : {"the", "t", ""})
+      Do("library search", [this, text] { hand_.Type("RechDisco", text); });
+    Do("library sort", [this] {
+      if (QTableView* cards = Table("PLDisco"))
+        hand_.Click(cards->horizontalHeader()->viewport(),
+                    {cards->horizontalHeader()->sectionViewportPosition(Any(3)) + 15, 8});
+    });
+    Do("library several", [this] {
+      ClickRow("PLDisco");
+      ClickRow("PLDisco", Qt::ShiftModifier);
+    });
+    Do("library give", [this] { hand_.Key(Qt::Key_G, Qt::ControlModifier); });
+    Do("library give wait", [] {});
+    Do("library give field", [this] {
+      if (QApplication::activeModalWidget()) hand_.Click(hand_.Find("GiveVariete"), {10, 10});
+    });
+    Do("library give end", [this] {
+      if (QApplication::activeModalWidget()) hand_.Click("BtnGive");
+    });
+    Do("library list", [this] { ChooseMenu("MnuListe"); });
+    Do("library print", [this] { ChooseMenu("MnuImp"); });
+    for (int tab = 1; tab < 4; ++tab) Do("library tab", [this, tab] { ClickTab(tab); });
+    Do("library tab", [this] { ClickTab(0); });
+    Do("library exchange files", [this] {
+      if (rounds_ % 8 == 0) ChooseMenu("MnuTxt");
+    });
+    Do("library closed", [this] {
+      library_.Window()->close();
+      hand_.GoTo(main_);
+    });
+  }
+  void ClickTab(int tab) {
+    if (auto* tabs = hand_.Find<QTabBar>("TabStrip1"))
+      hand_.Click(tabs, tabs->tabRect(tab).center());
+  }
+
   ScreenHand& hand_;
   zemo::Station& station_;
+  QWidget& main_;
+  zemo::LibraryDesk& library_;
   std::string& doing_;
   std::vector<std::pair<const char*, std::function<void()>>> steps_;
   size_t next_ = 0;
@@ -336,6 +400,12 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   sources.questions.askText = [](QWidget*, const QString&, const QString&, const QString&) {
     return std::optional<QString>();
   };
+  zemo::BackgroundXlsxWriter spreadsheets(real.loop);
+  zemo::LibrarySources librarySources;
+  librarySources.spreadsheets = &spreadsheets;
+  librarySources.questions = sources.questions;
+  zemo::LibraryDesk library(station, librarySources);
+  sources.openLibrary = [&library] { library.Open(); };
   zemo::OnAirWindow window(station, sources);
   keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
   messages.SetWindow(&window, [&station] { return zemo::NoTickBelow(station); });
@@ -348,7 +418,7 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   zemo::bench::AirWatch watch(real);
   station.events.SetSink(&watch);
   ScreenHand hand(window);
-  Operator someone(hand, station, watch.doing);
+  Operator someone(hand, station, window, library, watch.doing);
   hand.Click("Toolbar1_5");
   QTimer steps, answers, memory;
   QObject::connect(&steps, &QTimer::timeout, [&] { someone.Step(); });
@@ -364,6 +434,7 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   real.loop.Run();
   steps.stop();
   answers.stop();
+  library.Leave();
   station.events.SetSink(nullptr);
   application.onException = nullptr;
 

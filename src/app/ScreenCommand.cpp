@@ -26,7 +26,7 @@
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/files/ImportThread.h"
 #include "platform/real/sound/OutputSpec.h"
-#include "platform/real/spreadsheet/XlsxWriter.h"
+#include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
 
@@ -144,7 +144,7 @@ int OpenScreen(const AirOptions& options) {
     left = true;
     real.loop.Quit();
   };
-  XlsxWriter spreadsheets;
+  BackgroundXlsxWriter spreadsheets(real.loop);
   LibrarySources librarySources;
   librarySources.spreadsheets = &spreadsheets;
   ImportThread importFiles(

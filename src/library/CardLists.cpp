@@ -1,57 +1,25 @@
 // The lists of cards beside the card: the music's, the jingles', the short elements'.
 #include <optional>
+#include <utility>
 
 #include "library/CardTabs.h"
 #include "library/LibraryHandler.h"
 #include "library/LibraryScreen.h"
+#include "library/MusicListFill.h"
 #include "platform/EventLoop.h"
 #include "station/TextForms.h"
-#include "station/TimeForms.h"
 #include "store/RowView.h"
 
 namespace zemo {
 
 namespace {
 
-constexpr size_t kRowsBetweenYields = 50;
-
-// "yyyy/mm/dd hh:mm:ss"; empty for a card that never played.
-std::string PlayedText(double serial) {
-  std::string text = LastPlayedText(serial);
-  if (const size_t blanks = text.find("  "); blanks != std::string::npos) text.erase(blanks, 1);
-  return text;
-}
-
-std::vector<int32_t> CodesByArtist(Station& station) {
-  std::vector<int32_t> codes;
+std::optional<Cells> CellsOfCard(Station& station, int32_t code) {
+  std::optional<Cells> cells;
   station.base.Db().ReadRows(
-      "SELECT Code FROM Discotheque WHERE Auteur LIKE '*' ORDER BY AUTEUR, CODE",
-      [&](const RowView& row) { codes.push_back(static_cast<int32_t>(row.Int(0))); });
-  return codes;
-}
-
-std::optional<Cells> MusicCells(Station& station, int32_t code) {
-  std::optional<Cells> found;
-  station.base.Db().ReadRows(
-      "SELECT Auteur ,Titre ,Duree ,Genre ,Variete ,Code ,Lastdiff FROM Discotheque WHERE Code = ?",
-      {int64_t{code}}, [&](const RowView& row) {
-        Cells& cells = found.emplace();
-        cells[DiscoCol::kArtist] = row.Text(0);
-        cells[DiscoCol::kTitle] = row.Text(1);
-        cells[DiscoCol::kLength] = FormatDuration(row.Int(2));
-        cells[DiscoCol::kGenre] = row.Text(3);
-        cells[DiscoCol::kVariety] = row.Text(4);
-        cells[DiscoCol::kCode] = std::to_string(code);
-        cells[DiscoCol::kLastPlayed] = PlayedText(row.Real(6));
-      });
-  return found;
-}
-
-void AddMusicRow(Station& station, CardList& list, int32_t code) {
-  const auto cells = MusicCells(station, code);
-  if (!cells) return;
-  list.order.push_back(list.texts.Count());
-  list.texts.Add(*cells, code);
+      std::string("SELECT ") + kMusicRowColumns + " FROM Discotheque WHERE Code = ?",
+      {int64_t{code}}, [&](const RowView& row) { cells = MusicCells(row); });
+  return cells;
 }
 
 // Rows of a query of few cards: its columns as texts, by `cellsOf`.
@@ -59,12 +27,10 @@ template <typename CellsOf>
 void FillList(Station& station, CardList& list, std::string_view query, CellsOf cellsOf) {
   CardList filled;
   station.base.Db().ReadRows(query, [&](const RowView& row) {
-    filled.order.push_back(filled.texts.Count());
-    filled.texts.Add(cellsOf(row), static_cast<int32_t>(row.Int(0)));
+    filled.Append(cellsOf(row), static_cast<int32_t>(row.Int(0)));
   });
-  filled.selected.assign(filled.Count(), false);
-  filled.visible = true;
-  list = std::move(filled);
+  list.Show(std::move(filled));
+  list.visible = true;
 }
 
 // A click shows the card, and the list gives its place back to it.
@@ -80,20 +46,16 @@ void ShowRow(Station& station, LibraryEditor& editor, CardList& list, size_t row
 CardList Library::CardsByArtist(Station& station, LibraryEditor& editor) {
   const LibraryWork work(editor);
   CardList list;
-  for (const int32_t code : CodesByArtist(station)) {
-    if (list.Count() % kRowsBetweenYields == kRowsBetweenYields - 1) station.platform.loop.Yield();
-    AddMusicRow(station, list, code);
-  }
-  list.selected.assign(list.Count(), false);
+  MusicListFill fill(list);
+  while (!fill.Slice(station.base.Db())) station.platform.loop.Yield();
   return list;
 }
 
 void Library::MnuListe_Click(Station& station, LibraryEditor& editor) {
   HandleControl(station, "MnuListe", [&] {
     if (editor.TabStrip1 != LibraryTab::kMusic) return;
-    CardList filled = CardsByArtist(station, editor);
-    filled.visible = true;
-    editor.PLDisco = std::move(filled);
+    editor.PLDisco.Show(CardsByArtist(station, editor));
+    editor.PLDisco.visible = true;
   });
 }
 
@@ -102,10 +64,7 @@ void Library::RenewRow(Station& station, LibraryEditor& editor) {
     CardList& list = editor.PLDisco;
     for (size_t row = 0; row < list.Count(); ++row) {
       if (list.Code(row) != editor.Code()) continue;
-      const auto cells = MusicCells(station, editor.Code());
-      if (!cells) return;
-      list.order[row] = list.texts.Count();
-      list.texts.Add(*cells, editor.Code());
+      if (const auto cells = CellsOfCard(station, editor.Code())) list.Renew(row, *cells);
       return;
     }
   });

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <utility>
 
 #include "library/CardAdding.h"
 #include "library/HotKeys.h"
@@ -113,6 +114,15 @@ int32_t LibraryEditor::Code() const {
   }
 }
 
+void LibraryEditor::Empty() {
+  LibraryEditor empty;
+  empty.working = working;
+  for (const auto list :
+       {&LibraryEditor::PLDisco, &LibraryEditor::PLJingles, &LibraryEditor::PLAutre})
+    (empty.*list).generation = (this->*list).generation + 1;
+  *this = std::move(empty);
+}
+
 std::string_view TableOf(LibraryTab tab) {
   switch (tab) {
     case LibraryTab::kJingles:
@@ -162,6 +172,12 @@ std::vector<std::string> FilesOfCards(Station& station, const LibraryEditor& edi
   return files;
 }
 
+void KeepLoadedRow(LibraryEditor& editor, const Recordset& row) {
+  editor.loadedRow.clear();
+  for (int field = 0; field < row.FieldCount(); ++field)
+    editor.loadedRow.push_back(row.Field(field));
+}
+
 void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row) {
   switch (editor.TabStrip1) {
     case LibraryTab::kJingles:
@@ -175,9 +191,7 @@ void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row) {
       TakeMusicCard(row, editor.music, editor.masks);
       editor.loadedMusic = editor.music;
   }
-  editor.loadedRow.clear();
-  for (int field = 0; field < row.FieldCount(); ++field)
-    editor.loadedRow.push_back(row.Field(field));
+  KeepLoadedRow(editor, row);
   editor.ReplacerEnabled = editor.MnuDeleteEnabled = true;
 }
 

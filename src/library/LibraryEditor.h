@@ -5,37 +5,18 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "library/CardList.h"
 #include "library/HourMasks.h"
 #include "library/JingleCard.h"
 #include "library/MusicCard.h"
-#include "station/BrowseList.h"
 #include "store/Value.h"
 
 namespace zemo {
 
 enum class LibraryTab { kMusic = 1, kJingles = 2, kShortElements = 3, kHourPips = 4 };
 inline constexpr size_t kCardTabs = 3;  // all but the hour pips
-
-// Which columns of PLDisco hold what; of the other two lists only the code has a fixed place.
-namespace DiscoCol {
-enum Column : int { kArtist, kTitle, kLength, kGenre, kVariety, kCode, kLastPlayed, kCount };
-}  // namespace DiscoCol
-
-// A list of cards beside the card: its rows in their order, which of them are selected, and whether
-// it is seen.
-struct CardList {
-  PackedRows texts;
-  std::vector<uint32_t> order;  // numbers into `texts`
-  std::vector<bool> selected;   // a row each
-  bool visible = false;
-
-  size_t Count() const { return order.size(); }
-  std::string_view Cell(size_t row, int column) const { return texts.Cell(order[row], column); }
-  int32_t Code(size_t row) const { return texts.Code(order[row]); }
-};
 
 // The codes of a tab's cards in the order in which the slider goes through them, as of a state of
 // the base.
@@ -92,6 +73,8 @@ struct LibraryEditor {
   bool OnCards() const { return TabStrip1 != LibraryTab::kHourPips; }
   int32_t& Position() { return cardPosition[Tab()]; }
   int32_t Code() const;  // of the card shown, 0 for a new one
+  // As a new one, but that work goes on, and that who follows a list sees that it has gone.
+  void Empty();
 };
 
 // Holds `working` over a routine that yields.

@@ -11,6 +11,7 @@
 #include "library/LibraryHandler.h"
 #include "library/LibraryMessages.h"
 #include "library/LibraryScreen.h"
+#include "library/SelectedCards.h"
 #include "platform/Desktop.h"
 #include "platform/EventLoop.h"
 #include "settings/GenreList.h"
@@ -115,20 +116,9 @@ void DeleteCode(Station& station, LibraryTab tab, int32_t code) {
   if (SeekCode(*table, code)) table->Delete();
 }
 
-std::vector<int32_t> SelectedCodes(const CardList& list) {
-  std::vector<int32_t> codes;
-  for (size_t row = 0; row < list.Count(); ++row)
-    if (list.selected[row]) codes.push_back(list.Code(row));
-  return codes;
-}
-
 void RemoveLine(CardList& list, int32_t code) {
   for (size_t row = 0; row < list.Count(); ++row) {
-    if (list.Code(row) != code) continue;
-    const auto place = static_cast<std::ptrdiff_t>(row);
-    list.order.erase(list.order.begin() + place);
-    list.selected.erase(list.selected.begin() + place);
-    return;
+    if (list.Code(row) == code) return list.Remove(row);
   }
 }
 
@@ -148,7 +138,7 @@ void DeleteCards(Station& station, LibraryEditor& editor) {
   const int32_t shown = editor.Code();
   const std::vector<int32_t> before = CodesInOrder(station, editor);
   DeleteAll(station, editor,
-            HasSelection(editor) ? SelectedCodes(editor.PLDisco) : std::vector{editor.Code()});
+            HasSelection(editor) ? Library::SelectedCards(editor) : std::vector{editor.Code()});
   if (tab == LibraryTab::kShortElements) LoadHotKeys(station);
   if (editor.TabStrip1 != tab || editor.Code() != shown) return;
   for (auto next = std::find(before.begin(), before.end(), shown); next != before.end(); ++next)
@@ -161,9 +151,7 @@ void DeleteCards(Station& station, LibraryEditor& editor) {
 void Library::Discotheque_Click(Station& station, LibraryEditor& editor) {
   HandleControl(station, "Discotheque", [&] {
     if (station.engine.ScreenLocked || editor.open) return;
-    const int working = editor.working;
-    editor = LibraryEditor();
-    editor.working = working;
+    editor.Empty();
     editor.open = true;
     LoadLists(station, editor);
     ShowTab(station, editor, LibraryTab::kMusic);

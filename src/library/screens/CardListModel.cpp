@@ -11,6 +11,8 @@
 namespace zemo {
 
 namespace {
+constexpr char kBetweenCells = '\n';  // no text that is searched for holds it
+
 bool Has(const std::vector<int>& columns, int column) {
   return std::find(columns.begin(), columns.end(), column) != columns.end();
 }
@@ -24,10 +26,11 @@ CardListModel::CardListModel(CardList& list, CardColumns columns, std::vector<QS
       heads_(std::move(heads)) {}
 
 bool CardListModel::Follow() {
-  const bool filledAnew = list_.order.data() != rows_;
-  if (!filledAnew && list_.Count() == count_) return false;
+  if (list_.generation == generation_) return false;
   beginResetModel();
-  if (filledAnew && sortColumn_ >= 0) SortList();
+  capitals_.clear();
+  capitalsEnd_.clear();
+  if (sortColumn_ >= 0) SortList();
   Filter();
   endResetModel();
   return true;
@@ -69,28 +72,31 @@ void CardListModel::SortList() {
   std::stable_sort(places.begin(), places.end(), [&](uint32_t a, uint32_t b) {
     return order_ == Qt::AscendingOrder ? less(a, b) : less(b, a);
   });
-  std::vector<uint32_t> order(count);
-  std::vector<bool> selected(count);
-  for (size_t row = 0; row < count; ++row) {
-    order[row] = list_.order[places[row]];
-    selected[row] = list_.selected[places[row]];
-  }
-  std::copy(order.begin(), order.end(), list_.order.begin());
-  list_.selected = std::move(selected);
+  list_.Reorder(places);
 }
 
-bool CardListModel::Holds(size_t listRow, const std::string& capitals) const {
-  return std::any_of(columns_.searched.begin(), columns_.searched.end(), [&](int column) {
-    return UpperLatin(list_.Cell(listRow, column)).find(capitals) != std::string::npos;
-  });
+void CardListModel::KeepCapitals() {
+  for (auto text = static_cast<uint32_t>(capitalsEnd_.size()); text < list_.texts.Count(); ++text) {
+    for (const int column : columns_.searched)
+      capitals_ += UpperLatin(list_.texts.Cell(text, column)) + kBetweenCells;
+    capitalsEnd_.push_back(static_cast<uint32_t>(capitals_.size()));
+  }
+}
+
+bool CardListModel::IsWanted(size_t listRow) const {
+  if (wanted_.empty()) return true;
+  const uint32_t text = list_.order[listRow];
+  const uint32_t begin = text == 0 ? 0 : capitalsEnd_[text - 1];
+  const std::string_view capitals(capitals_.data() + begin, capitalsEnd_[text] - begin);
+  return capitals.find(wanted_) != std::string_view::npos;
 }
 
 void CardListModel::Filter() {
+  KeepCapitals();
   shown_.clear();
   for (size_t row = 0; row < list_.Count(); ++row)
-    if (wanted_.empty() || Holds(row, wanted_)) shown_.push_back(static_cast<uint32_t>(row));
-  rows_ = list_.order.data();
-  count_ = list_.Count();
+    if (IsWanted(row)) shown_.push_back(static_cast<uint32_t>(row));
+  generation_ = list_.generation;
 }
 
 int CardListModel::TableRow(size_t listRow) const {

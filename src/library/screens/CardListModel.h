@@ -23,7 +23,7 @@ class CardListModel : public QAbstractTableModel {
   // The list outlives the model.
   CardListModel(CardList& list, CardColumns columns, std::vector<QString> heads, QObject* parent);
 
-  // Other rows than the views were told of: tells them. True where there were any.
+  // Other rows than the views were told of, or in another order: tells them. True where there were.
   bool Follow();
   // The list's own rows take that order, which new rows of the list take as well.
   void SortBy(int column, Qt::SortOrder order);
@@ -46,7 +46,8 @@ class CardListModel : public QAbstractTableModel {
  private:
   void SortList();
   void Filter();
-  bool Holds(size_t listRow, const std::string& capitals) const;
+  void KeepCapitals();
+  bool IsWanted(size_t listRow) const;
 
   CardList& list_;
   const CardColumns columns_;
@@ -55,9 +56,10 @@ class CardListModel : public QAbstractTableModel {
   int sortColumn_ = -1;
   Qt::SortOrder order_ = Qt::AscendingOrder;
   std::string wanted_;  // in capitals
-  // The rows that the views were told of.
-  const uint32_t* rows_ = nullptr;
-  size_t count_ = 0;
+  // The columns that are searched of each of the list's texts, in capitals.
+  std::string capitals_;
+  std::vector<uint32_t> capitalsEnd_;
+  uint64_t generation_ = ~uint64_t{0};  // of the list, as the views were told of it
 };
 
 }  // namespace zemo

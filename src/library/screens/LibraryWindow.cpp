@@ -18,6 +18,7 @@
 #include "library/screens/CardListPane.h"
 #include "library/screens/HourPipPage.h"
 #include "library/screens/HoursFrame.h"
+#include "library/screens/SelectedCardsDialog.h"
 #include "platform/Desktop.h"
 #include "station/Station.h"
 #include "ui/CalendarWindow.h"
@@ -30,7 +31,9 @@ constexpr int kPrintPoints = 7;  // 62 lines a page
 }
 
 LibraryWindow::LibraryWindow(Station& station, LibrarySources sources)
-    : Window(station, "FrmDiscotheque", {{}, LibraryCaptions()}), sources_(std::move(sources)) {
+    : Window(station, "FrmDiscotheque", {{}, LibraryCaptions()}),
+      sources_(std::move(sources)),
+      musicList_(station, editor_.PLDisco, [this] { ShowLists(); }) {
   sources_.questions = WithSystemDialogues(std::move(sources_.questions), Texts().Langue());
   setWindowTitle(Texts().Word("title"));
   MakeOrders();
@@ -160,6 +163,7 @@ void LibraryWindow::ReplaceCard() {
   Work([this] {
     Library::Replacer_Click(station_, editor_);
     Library::RenewRow(station_, editor_);
+    if (musicList_.AtWork()) fresh_[editor_.Tab()] = false;  // it may have been read before
   });
 }
 
@@ -172,7 +176,8 @@ void LibraryWindow::DeleteCards() {
     };
     const int64_t before = list ? rowsTooMany() : 0;
     Library::MnuDelete_Click(station_, editor_);
-    if (list && rowsTooMany() != before) fresh_[editor_.Tab()] = false;
+    const bool filling = editor_.TabStrip1 == LibraryTab::kMusic && musicList_.AtWork();
+    if (list && (filling || rowsTooMany() != before)) fresh_[editor_.Tab()] = false;
   });
 }
 
@@ -197,6 +202,7 @@ void LibraryWindow::PickDay(int mode) {
 
 void LibraryWindow::Print() {
   Work([this] {
+    musicList_.ToTheEnd();
     const PrintedPages printed = Library::MnuImp_Click(station_, editor_);
     std::vector<std::string> lines;
     for (const auto& page : printed.pages) {
@@ -234,6 +240,21 @@ void LibraryWindow::ResetDates() {
     const std::string question = Caption(LibraryCaptions(), "ConfirmInitDate", langue);
     if (station.platform.messages.Show("Alerte", question, Buttons::kYesNo) == Answer::kYes)
       Library::MnuInitDate_Click(station, editor);
+  });
+}
+
+// Of what was typed meanwhile nothing is given: the dialogue stands before the window.
+void LibraryWindow::GiveToSelected() {
+  Run([this] {
+    const std::vector<int32_t> codes = Library::SelectedCards(editor_);
+    auto* dialog = new SelectedCardsDialog(
+        editor_, codes.size(), Library::ChangedFields(station_, editor_), Texts(), this);
+    dialog->give = [this, codes](const SharedFields& fields) {
+      Work([this, codes, fields] {
+        if (Library::GiveFields(station_, editor_, codes, fields) > 0) fresh_[0] = false;
+      });
+    };
+    dialog->open();
   });
 }
 
@@ -351,9 +372,14 @@ void LibraryWindow::FillList() {
   CardList* list = ListOfTab();
   if (!list || fresh_[editor_.Tab()] || barred_ || (!wide_ && !list->visible)) return;
   fresh_[editor_.Tab()] = true;  // not asked for again where it cannot be read
-  if (editor_.TabStrip1 == LibraryTab::kMusic) return Work(Doing(Library::MnuListe_Click));
+  if (editor_.TabStrip1 == LibraryTab::kMusic) return musicList_.Begin();
   if (editor_.TabStrip1 == LibraryTab::kJingles) return Work(Doing(Library::BtnRechJingles_Click));
   Work(Doing(Library::BtnFindAutre_Click));
+}
+
+void LibraryWindow::FillListOfMusic() {
+  editor_.PLDisco.visible = true;
+  fresh_[0] = false;
 }
 
 // --- measures ---

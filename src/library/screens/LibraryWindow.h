@@ -11,6 +11,7 @@
 #include "library/LibraryEditor.h"
 #include "library/screens/CardPage.h"
 #include "library/screens/ImportPane.h"
+#include "library/screens/MusicListFiller.h"
 #include "ui/Questions.h"
 #include "ui/Window.h"
 
@@ -93,6 +94,7 @@ class LibraryWindow : public Window {
   void ShowNavigation();
   void ShowLists();
   void FillList();
+  void FillListOfMusic();
   CardList* ListOfTab();
   void ShowCardInPlaceOfList();
   void ChooseRows(size_t tab, const std::vector<size_t>& rows);
@@ -102,6 +104,7 @@ class LibraryWindow : public Window {
   void Print();
   void Export();
   void ResetDates();
+  void GiveToSelected();
 
   bool TakesDrops() const;
   void ChooseFolder();
@@ -110,6 +113,7 @@ class LibraryWindow : public Window {
   LibrarySources sources_;
   LibraryEditor editor_;
   LibraryOrders orders_;
+  MusicListFiller musicList_;
   bool wide_ = true;                     // the list stands beside the card
   bool barred_ = false;                  // a routine works
   bool closes_ = false;                  // at its end
@@ -128,7 +132,7 @@ class LibraryWindow : public Window {
   std::array<QLabel*, kCardTabs> info_{};
   std::array<QRadioButton*, 6> OptionTri{};
   QAction *Nouveau_, *Ajouter_, *Replacer_, *MnuDelete_, *MnuListe_, *MnuImp_, *MnuExporter_,
-      *MnuTxt_, *MnuInitDate_, *MnuImport_;
+      *MnuTxt_, *MnuGive_, *MnuInitDate_, *MnuImport_;
 };
 
 }  // namespace zemo

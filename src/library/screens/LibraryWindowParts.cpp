@@ -17,6 +17,7 @@
 #include <algorithm>
 
 #include "library/LibraryScreen.h"
+#include "library/SelectedCards.h"
 #include "library/screens/CardListPane.h"
 #include "library/screens/HourPipPage.h"
 #include "library/screens/HoursFrame.h"
@@ -70,6 +71,12 @@ ListParts ShortElementList() {
            {"00000", 0}}};
 }
 
+// The card shown is one of several that are selected.
+bool ShownWithOthers(const LibraryEditor& editor) {
+  const std::vector<int32_t> codes = Library::SelectedCards(editor);
+  return codes.size() > 1 && std::find(codes.begin(), codes.end(), editor.Code()) != codes.end();
+}
+
 }  // namespace
 
 // --- menus ---
@@ -89,12 +96,13 @@ void LibraryWindow::MakeMenus() {
   Ajouter_ = AddMenu(bar, "Ajouter", [this] { ChangeCards(Library::Ajouter_Click); });
   Replacer_ = AddMenu(bar, "Replacer", [this] { ReplaceCard(); });
   MnuDelete_ = AddMenu(bar, "MnuDelete", [this] { DeleteCards(); });
-  MnuListe_ = AddMenu(bar, "MnuListe", [this] { Work(Doing(Library::MnuListe_Click)); });
+  MnuListe_ = AddMenu(bar, "MnuListe", [this] { Run([this] { FillListOfMusic(); }); });
   MnuImp_ = AddMenu(bar, "MnuImp", [this] { Print(); });
   QMenu* options = bar->addMenu(Texts().Word("MnuOptions"));
   options->setObjectName(QStringLiteral("MnuOptions"));
   MnuExporter_ = AddMenu(options, "MnuExporter", [this] { Export(); });
   MnuTxt_ = AddMenu(options, "MnuTxt", [this] { Work(Doing(Library::MnuTxt_Click)); });
+  MnuGive_ = AddMenu(options, "MnuGive", [this] { GiveToSelected(); });
   MnuImport_ = AddMenu(options, "MnuImport", [this] { ChooseFolder(); });
   options->addSeparator();
   MnuInitDate_ = AddMenu(options, "MnuInitDate", [this] { ResetDates(); });
@@ -105,6 +113,7 @@ void LibraryWindow::MakeMenus() {
   Nouveau_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
   Replacer_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
   MnuListe_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
+  MnuGive_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_G));
   MnuImp_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_P));
 }
 
@@ -276,6 +285,7 @@ void LibraryWindow::ShowMenus() {
   for (QAction* entry : {Nouveau_, Ajouter_}) entry->setEnabled(cards);
   for (QAction* entry : {MnuListe_, MnuImp_, MnuExporter_, MnuTxt_, MnuInitDate_})
     entry->setEnabled(music);
+  MnuGive_->setEnabled(music && ShownWithOthers(editor_));
   MnuImport_->setEnabled(cards && import_->CanBegin());
   Replacer_->setEnabled(editor_.ReplacerEnabled);
   MnuDelete_->setEnabled(editor_.MnuDeleteEnabled);

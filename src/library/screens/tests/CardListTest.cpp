@@ -1,4 +1,5 @@
 // The list of cards beside the card, or in its place.
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -125,6 +126,98 @@ TEST_F(TheCardList, OtherStationsCardsAreSeenWhenItIsFilledAgain) {
   EXPECT_EQ(Column("PLDisco", 0).size(), 3U);
   Menu("MnuListe");
   EXPECT_EQ(Column("PLDisco", 0).size(), 4U);
+}
+
+TEST_F(TheCardList, SeveralCardsGetWhatIsTicked) {
+  AddSongs();
+  Open();
+  EXPECT_FALSE(On("MnuGive"));
+  ClickRow("PLDisco", 0);
+  ClickRow("PLDisco", 1, Qt::ControlModifier);
+  ASSERT_TRUE(On("MnuGive"));
+  Type("ChNbPassJour", "4");
+  Type("ChTitre", "not stored");
+  QTest::keyClick(window.get(), Qt::Key_G, Qt::ControlModifier);
+  EXPECT_EQ(Text("LblGive"), "Donner aux 2 fiches sélectionnées, tels qu'ils sont affichés :");
+  EXPECT_TRUE(Find<QCheckBox>("GiveNbPassJour")->isChecked());  // as it was changed
+  EXPECT_FALSE(Find<QCheckBox>("GiveGenre")->isChecked());
+  EXPECT_EQ(Text("GiveNbPassJour"), "Passages par jour – 4");
+  KeepPicture(*Find("FrmGive"), "library-give-fr");
+  Click("BtnGive");
+  EXPECT_EQ(on.SqlText("SELECT group_concat(NBPASSJOUR) FROM (SELECT NBPASSJOUR FROM Discotheque "
+                       "ORDER BY CODE)"),
+            "4,4,1");
+  EXPECT_EQ(Stored("TITRE", 1), "Believe");
+  EXPECT_EQ(Text("ChTitre"), "not stored");
+  EXPECT_EQ(Selected("PLDisco", 0), (Names{"ABBA", "CHER"}));
+}
+
+TEST_F(TheCardList, CancelGivesNothing) {
+  AddSongs();
+  Open();
+  ClickRow("PLDisco", 0);
+  ClickRow("PLDisco", 2, Qt::ShiftModifier);
+  Menu("MnuGive");
+  EXPECT_FALSE(Find("BtnGive")->isEnabled());  // nothing is ticked
+  Click("GiveVariete");
+  EXPECT_TRUE(Find("BtnGive")->isEnabled());
+  QTest::keyClick(Find("FrmGive"), Qt::Key_Escape);
+  EXPECT_EQ(on.SqlText("SELECT COUNT(DISTINCT VARIETE) FROM Discotheque"), "1");
+}
+
+class ALargeCardList : public LibraryScreenTest {
+ protected:
+  void SetUp() override {
+    LibraryScreenTest::SetUp();
+    on.Sql(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
+        "INSERT INTO Discotheque (AUTEUR, TITRE, FILENAME) SELECT 'ARTIST ' || (10000 - i), "
+        "'T' || i, '/' || i || '.wav' FROM n");
+  }
+  bool IsFilled(int rows) {
+    return QTest::qWaitFor([&] { return Table("PLDisco").model()->rowCount() == rows; });
+  }
+};
+
+TEST_F(ALargeCardList, IsFilledWhileTheCardCanBeEdited) {
+  window = std::make_unique<LibraryWindow>(on.station, sources);
+  window->Open();
+  EXPECT_EQ(Table("PLDisco").model()->rowCount(), 0);
+  Type("ChTitre", "first");
+  EXPECT_TRUE(On("Replacer"));
+  ASSERT_TRUE(IsFilled(5000));
+  EXPECT_EQ(Text("ChTitre"), "first");
+  EXPECT_EQ(Column("PLDisco", 0)[4999], "ARTIST 9999");
+  EXPECT_EQ(Selected("PLDisco", 0), (Names{"ARTIST 9999"}));  // card 1
+}
+
+TEST_F(ALargeCardList, StandsWhileItIsFilledAgainAndKeepsWhatWasDoneMeanwhile) {
+  Open();
+  ASSERT_TRUE(IsFilled(5000));
+  ClickRow("PLDisco", 0);
+  Find<QAction>("MnuListe")->trigger();
+  EXPECT_EQ(Table("PLDisco").model()->rowCount(), 5000);
+  on.messages.AnswerNext(Answer::kYes);
+  Find<QAction>("MnuDelete")->trigger();  // card 5000, which the filling had not read
+  ASSERT_TRUE(IsFilled(4999));
+  QTest::qWait(0);
+  Find<QAction>("MnuListe")->trigger();
+  Type("ChAuteur", "AAA");
+  Find<QAction>("Replacer")->trigger();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return Column("PLDisco", 0)[0] == "AAA"; }));
+  EXPECT_EQ(Table("PLDisco").model()->rowCount(), 4999);
+}
+
+TEST_F(ALargeCardList, IsPrintedWholeWhereItIsBeingFilled) {
+  std::string printed;
+  sources.questions.choosePrinter = [&](QWidget*, QPrinter&) {
+    printed = std::to_string(Table("PLDisco").model()->rowCount());
+    return false;
+  };
+  window = std::make_unique<LibraryWindow>(on.station, sources);
+  window->Open();
+  Find<QAction>("MnuImp")->trigger();
+  EXPECT_EQ(printed, "5000");
 }
 
 TEST_F(TheCardList, ACardThatWasSearchedAwayLeavesItWhenItIsDeleted) {

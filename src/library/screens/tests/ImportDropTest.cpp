@@ -73,7 +73,11 @@ TEST_F(Dropped, FilesAndFoldersBecomeCardsOfTheTabAndTheReportTellsWhat) {
   EXPECT_TRUE(AtWork());
   RunOut();
   EXPECT_EQ(Count("Discotheque"), "3");
-  EXPECT_EQ(Column("PLDisco", 0), (Names{"A", "B", "C"}));
+  EXPECT_TRUE(QTest::qWaitFor(
+      [this] {
+        return Column("PLDisco", 0) == Names{"A", "B", "C"};
+      },
+      60000));
   EXPECT_EQ(Text("ChAuteur"), "A");
   EXPECT_EQ(Text("LblInfoMus"), "Discotheque1 / 3");
   EXPECT_EQ(bare, (std::vector<int32_t>{1, 2, 3}));
