@@ -17,6 +17,7 @@
 #include <thread>
 #include <vector>
 
+#include "BigLibrary.h"
 #include "library/ImportRun.h"
 #include "platform/real/analysis/TagReader.h"
 #include "platform/real/decoders/SoundFileOpener.h"
@@ -156,11 +157,15 @@ int main(int count, char** arguments) {
   if (!mkdtemp(folder.data())) return 1;
   const auto files = zemo::MakeFiles(folder, count > 1 ? std::atoi(arguments[1]) : 10000);
   zemo::test::TestStation on;
+  constexpr int kManyCards = 100'000;
   on.Load();
   zemo::ReadTags(files, false);
   zemo::ReadTags(files, true);
   zemo::LookInto(on, files);
   zemo::Import(on, folder, files.size(), "import of them all");
   zemo::Import(on, folder, files.size(), "import of them again");
+  on.Sql(zemo::bench::CardsSql(kManyCards));
+  on.Sql("DELETE FROM Discotheque WHERE FILENAME LIKE '" + folder + "%'");
+  zemo::Import(on, folder, files.size(), "import of them all into 100,000 cards");
   std::filesystem::remove_all(folder);
 }

@@ -20,6 +20,9 @@ namespace {
 constexpr size_t kMostAhead = 256;  // files that were read and not taken
 }
 
+// The allocator has locks of its own, one for what each thread has allocated. So that the logic
+// never waits for one that a thread without a processor holds, each of the two frees what it
+// allocated: the thread copies what it is given, the logic what it takes.
 class ImportThread::Run {
  public:
   Run(ImportTools tools, const std::string& machineFolder, std::vector<std::string> paths,
@@ -28,7 +31,7 @@ class ImportThread::Run {
         machine_(machineFolder),
         files_(machine_),
         paths_(std::move(paths)),
-        reader_(*tools_.opener, *tools_.tags, files_, std::move(known)),
+        known_(std::move(known)),
         thread_([this](const std::stop_token& stop) { Work(stop); }) {}
   ~Run() {
     Stop();
@@ -49,9 +52,9 @@ class ImportThread::Run {
 
   std::optional<SoundFileReading> Take() {
     const std::unique_lock lock(mutex_, std::try_to_lock);
-    if (!lock || read_.empty()) return std::nullopt;
-    std::optional<SoundFileReading> oldest(std::move(read_.front()));
-    read_.pop_front();
+    if (!lock || copied_ == read_.size()) return std::nullopt;
+    std::optional<SoundFileReading> oldest(read_[copied_]);
+    ++copied_;
     taken_.fetch_add(1);
     taken_.notify_one();
     return oldest;
@@ -68,11 +71,16 @@ class ImportThread::Run {
         return !stop.stop_requested();
       });
     foundAll_ = true;
-    for (const std::string& file : files) {
-      if (stop.stop_requested()) break;
-      Give(reader_.Read(file), stop);
-    }
+    ReadAll(files, stop);
     ended_ = true;
+  }
+
+  void ReadAll(const std::vector<std::string>& files, const std::stop_token& stop) {
+    ImportReader reader(*tools_.opener, *tools_.tags, files_, known_);
+    for (const std::string& file : files) {
+      if (stop.stop_requested()) return;
+      Give(reader.Read(file), stop);
+    }
   }
 
   void Give(SoundFileReading reading, const std::stop_token& stop) {
@@ -80,6 +88,7 @@ class ImportThread::Run {
       const uint32_t seen = taken_.load();
       {
         const std::lock_guard lock(mutex_);
+        for (; copied_ > 0; --copied_) read_.pop_front();
         if (read_.size() < kMostAhead) return read_.push_back(std::move(reading));
       }
       // Taken, or stopped, since then: it has counted up.
@@ -90,13 +99,13 @@ class ImportThread::Run {
   ImportTools tools_;
   LocalFolder machine_;
   StoredPaths files_;
-  std::vector<std::string> paths_;
-  ImportReader reader_;
+  const std::vector<std::string> paths_, known_;
   std::atomic<size_t> found_ = 0;
   std::atomic<bool> foundAll_ = false, ended_ = false;
   std::atomic<uint32_t> taken_ = 0;    // counts up when a reading was taken, or at the end
   std::mutex mutex_;                   // held for some instructions, never while a file is read
-  std::deque<SoundFileReading> read_;  // the oldest first
+  std::deque<SoundFileReading> read_;  // the oldest first; the thread alone puts in and takes out
+  size_t copied_ = 0;                  // of these, by the logic
   std::jthread thread_;                // last: it uses all the others
 };
 
