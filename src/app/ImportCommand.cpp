@@ -162,7 +162,7 @@ class Import {
     else
       std::cout << report_.Counts(kEnglish) << std::endl;
     if (const std::string genres = report_.ForeignGenres(kEnglish); !genres.empty())
-      PrintError(genres);
+      std::cerr << "import: " << Printable(genres) << std::endl;
   }
 
   // Those of a run that was interrupted as well.
