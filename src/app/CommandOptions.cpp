@@ -75,10 +75,23 @@ std::optional<LocalDateTime> ReadMoment(const char* name, const TypedOption& typ
   return moment;
 }
 
+Typed AddDay(CLI::App& app, const char* name, const char* help) {
+  const Typed day = AddTyped(app, name, help, "DAY");
+  app.get_option(name)->required();
+  return day;
+}
+
 LocalDateTime ReadDay(const char* name, const TypedOption& typed) {
   const auto day = ParseDay(typed.text);
   if (!day) throw UsageError(std::string(name) + ": '" + typed.text + "' is no day YYYY-MM-DD");
   return *day;
+}
+
+void ReadDays(const TypedOption& first, const TypedOption& last, LocalDateTime& firstDay,
+              LocalDateTime& lastDay) {
+  firstDay = ReadDay("--from", first);
+  lastDay = ReadDay("--to", last);
+  if (last.text < first.text) throw UsageError("--to is before --from");
 }
 
 }  // namespace
@@ -209,13 +222,8 @@ ReadTyped DeclareAffidavit(CLI::App& app, CommonOptions& common, AffidavitOption
   app.add_option("--advertiser", options.advertiser, "Whose crosses")
       ->type_name("NAME")
       ->required();
-  const auto required = [&app](const char* name, const char* help) {
-    const Typed day = AddTyped(app, name, help, "DAY");
-    app.get_option(name)->required();
-    return day;
-  };
-  const Typed first = required("--from", "First day, YYYY-MM-DD");
-  const Typed last = required("--to", "Last day, YYYY-MM-DD");
+  const Typed first = AddDay(app, "--from", "First day, YYYY-MM-DD");
+  const Typed last = AddDay(app, "--to", "Last day, YYYY-MM-DD");
   app.add_option("--csv", options.csv, "The same into a file of comma-separated values")
       ->type_name("FILE");
   app.add_option("--xlsx", options.xlsx, "The same into a spreadsheet, its name ending in .xlsx")
@@ -224,9 +232,31 @@ ReadTyped DeclareAffidavit(CLI::App& app, CommonOptions& common, AffidavitOption
   return [&common, &options, first, last] {
     TakeFolders(common, options);
     RequireSpreadsheet(options.xlsx);
-    options.firstDay = ReadDay("--from", *first);
-    options.lastDay = ReadDay("--to", *last);
-    if (last->text < first->text) throw UsageError("--to is before --from");
+    ReadDays(*first, *last, options.firstDay, options.lastDay);
+  };
+}
+
+ReadTyped DeclareReport(CLI::App& app, CommonOptions& common, ReportOptions& options) {
+  AddFolders(app, common);
+  const Typed first = AddDay(app, "--from", "First day, YYYY-MM-DD");
+  const Typed last = AddDay(app, "--to", "Last day, YYYY-MM-DD");
+  const auto filter = [&app](const char* name, std::string& begin, const char* help) {
+    app.add_option(name, begin, help)->type_name("T");
+  };
+  filter("--artist", options.artist, "Rows whose artist begins so");
+  filter("--genre", options.genre, "Rows whose genre begins so");
+  filter("--variety", options.variety, "Rows whose variety begins so");
+  app.add_flag("--stats", options.stats,
+               "How often each title ran and the shares of the varieties, in place of the rows");
+  app.add_flag("--json", options.json, "The answer as one JSON object");
+  app.add_option("--txt", options.txt, "The same into a text file, cells between tabs")
+      ->type_name("FILE");
+  app.add_option("--xlsx", options.xlsx,
+                 "The same into a spreadsheet; .xlsx is put behind a name without it")
+      ->type_name("FILE");
+  return [&common, &options, first, last] {
+    TakeFolders(common, options);
+    ReadDays(*first, *last, options.firstDay, options.lastDay);
   };
 }
 

@@ -78,6 +78,13 @@ struct AffidavitOptions : StationOptions {
   bool json = false;
 };
 
+struct ReportOptions : StationOptions {
+  LocalDateTime firstDay, lastDay;
+  std::string artist, genre, variety;  // beginnings; empty: all
+  bool stats = false, json = false;
+  std::string txt, xlsx;  // files; empty: none
+};
+
 struct SettingsOptions : StationOptions {
   std::string action = "list";  // or "get", "set"
   std::string name, value;
@@ -105,6 +112,7 @@ ReadTyped DeclareWhy(CLI::App& app, CommonOptions& common, WhyOptions& options);
 ReadTyped DeclareModels(CLI::App& app, CommonOptions& common, ModelsOptions& options);
 ReadTyped DeclareGrid(CLI::App& app, CommonOptions& common, GridOptions& options);
 ReadTyped DeclareAffidavit(CLI::App& app, CommonOptions& common, AffidavitOptions& options);
+ReadTyped DeclareReport(CLI::App& app, CommonOptions& common, ReportOptions& options);
 ReadTyped DeclareSettings(CLI::App& app, CommonOptions& common, SettingsOptions& options);
 ReadTyped DeclareImport(CLI::App& app, CommonOptions& common, ImportOptions& options);
 ReadTyped DeclareDevices(CLI::App& app, CommonOptions& common, DevicesOptions& options);

@@ -82,6 +82,14 @@ std::span<const Command> Commands() {
                                       "every cross of an advertiser: when it was due, when it "
                                       "aired by the report, or why it did not"}},
                                     DeclareAffidavit, RunAffidavitCommand),
+      MakeCommand<ReportOptions>(
+          "report", "What went on air, and how often",
+          {{"report [--station DIR] [--machine DIR] --from DAY --to DAY [--artist T] [--genre T] "
+            "[--variety T] [--stats] [--json] [--txt FILE] [--xlsx FILE]",
+            "the rows of the broadcast report that begin as the filters say, each with the time up "
+            "to the next; with `--stats` how often each title ran and the shares of the "
+            "varieties; changes nothing"}},
+          DeclareReport, RunReportCommand),
       MakeCommand<SettingsOptions>(
           "settings", "Show and change the settings",
           {{"settings [--station DIR] [--machine DIR] [list [--json] | get NAME [--json] | set "

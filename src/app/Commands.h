@@ -24,6 +24,7 @@ int RunModelsCommand(const ModelsOptions& options);
 int RunGridCommand(const GridOptions& options);
 int RunImportCommand(const ImportOptions& options);
 int RunAffidavitCommand(const AffidavitOptions& options);
+int RunReportCommand(const ReportOptions& options);
 int RunSettingsCommand(const SettingsOptions& options);
 int RunDevicesCommand(const DevicesOptions& options);
 int RunCampaignCommand(const CampaignOptions& options);

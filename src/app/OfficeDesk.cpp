@@ -45,6 +45,7 @@ void RequireKnown(const Event& event, const std::string& name, const char* what)
 
 OfficeDesk::OfficeDesk(Station& givenStation) : station(givenStation) {
   screens_.push_back(LibraryScreenOf(*this));
+  screens_.push_back(ReportScreenOf(*this));
   screens_.push_back(SelectorScreenOf(*this));
 }
 

@@ -13,6 +13,7 @@
 #include "library/SoundFileSelector.h"
 #include "platform/Clock.h"
 #include "platform/real/spreadsheet/XlsxWriter.h"
+#include "reports/ReportEditor.h"
 
 namespace zemo {
 
@@ -54,6 +55,7 @@ class OfficeDesk {
 
   Station& station;
   LibraryEditor library;
+  ReportEditor report;
   SoundFileSelector selector;
   XlsxWriter spreadsheets;
 
@@ -85,6 +87,7 @@ class OfficeDesk {
 
 // --- the tables of the screens ---
 OfficeScreen LibraryScreenOf(OfficeDesk& desk);
+OfficeScreen ReportScreenOf(OfficeDesk& desk);
 OfficeScreen SelectorScreenOf(OfficeDesk& desk);
 
 }  // namespace zemo

@@ -9,6 +9,7 @@
 #include "platform/Desktop.h"
 #include "platform/EventLoop.h"
 #include "platform/Folder.h"
+#include "station/NewList.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -309,16 +310,8 @@ bool OnAir::BtnSauve_Click(Station& station) {
 }
 
 void OnAir::BtnNew_Click(Station& station) {
-  StoredListEditor& editor = station.storedList;
   const ListOrder order(station, ListOrder::Panel::kChanges);
-  station.PL.Clear();
-  editor.LblDate = StoredListEditor().LblDate;
-  editor.ChHeure = StoredListEditor().ChHeure;
-  editor.LblCodePL = 0;
-  editor.ComboPLS.items.clear();
-  editor.ComboPLS.index = -1;
-  editor.ComboPLS.text.clear();
-  editor.OptPls = 0;
+  BeginNewList(station);
 }
 
 void OnAir::ComboPLS_KeyDelete(Station& station) {

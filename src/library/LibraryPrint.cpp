@@ -37,12 +37,6 @@ constexpr std::array<std::array<const char*, 12>, 4> kShortMonths = {{
     {"ene", "feb", "mar", "abr", "may", "jun", "jul", "ago", "sep", "oct", "nov", "dic"},
 }};
 
-std::string Padded(std::string_view text, int characters) {
-  std::string padded = FirstCharacters(text, characters);
-  padded.append(static_cast<size_t>(characters - CharacterCount(padded)), ' ');
-  return padded;
-}
-
 // Weekday, day, short month and year.
 std::string PrintedDate(const LocalDateTime& today, int langue) {
   const std::string date = LongDateText(today, langue);
@@ -57,7 +51,7 @@ std::string Line(CellOf cellOf) {
   std::string line;
   for (const PrintedColumn& column : kColumnsOfPage) {
     if (!line.empty()) line += ' ';
-    line += Padded(cellOf(column), column.characters);
+    line += PaddedText(cellOf(column), column.characters);
   }
   return line.substr(0, line.find_last_not_of(' ') + 1);
 }

@@ -41,6 +41,7 @@ constexpr RoutineText kTexts[] = {
     {"Vouz ne pouvez pas choisir ce fichier audio\r\ncar il est déjà attribué à l'annonceur %1", {kRoutines, "This audio file cannot be chosen:\r\nit already belongs to the advertiser %1", "Este ficheiro de áudio não pode ser escolhido:\r\njá é do anunciante %1", "Este fichero de audio no se puede elegir:\r\nya es del anunciante %1"}},
     {"Ajouter cette Catégorie à la liste", {kRoutines, "Add this category to the list", "Juntar esta categoria à lista", "Añadir esta categoría a la lista"}},
     {"Effacer cette Catégorie %1", {kRoutines, "Delete this category %1", "Apagar esta categoria %1", "Borrar esta categoría %1"}},
+    {"Vous n'avez rien dans la liste", {kRoutines, "There is nothing in the list", "Não há nada na lista", "No hay nada en la lista"}},
     // what works
     {"COMPOSITION DES PUBS EN COURS...", {kRoutines, "COMPOSING THE DAY'S GRID...", "A COMPOR A TABELA DO DIA...", "COMPONIENDO LA TABLA DEL DÍA..."}},
     {"OPTIMISATION POUR TOP HORAIRE", {kRoutines, "FITTING TO THE HOUR PIP", "AJUSTE AO SINAL HORÁRIO", "AJUSTE A LA SEÑAL HORARIA"}},

@@ -144,4 +144,10 @@ std::string FirstCharacters(std::string_view utf8, int n) {
   return std::string(utf8.substr(0, end));
 }
 
+std::string PaddedText(std::string_view utf8, int n) {
+  std::string padded = FirstCharacters(utf8, n);
+  padded.append(static_cast<size_t>(std::max(n - CharacterCount(padded), 0)), ' ');
+  return padded;
+}
+
 }  // namespace zemo

@@ -35,5 +35,7 @@ std::string PlannedTimeText(double msSinceMidnight);
 int CharacterCount(std::string_view utf8);  // not bytes
 // UTF-8 text cut to at most n characters (not bytes).
 std::string FirstCharacters(std::string_view utf8, int n);
+// Cut or filled with blanks to n characters.
+std::string PaddedText(std::string_view utf8, int n);
 
 }  // namespace zemo

@@ -16,6 +16,7 @@
 #include "glossary/Glossary.h"
 #include "library/screens/LibraryWindow.h"
 #include "library/screens/SelectorDialog.h"
+#include "reports/ReportTexts.h"
 #include "settings/SettingsControls.h"
 #include "store/Schema.h"
 #include "store/SoundMeasuresTable.h"
@@ -82,6 +83,16 @@ TEST(Glossary, TellsEveryControlOfTheEditors) {
   Names campaign = Controls("traffic/CampaignGrid.h", "CampaignForm");
   campaign.merge(Controls("traffic/CampaignEditor.h", "CampaignEditor"));
   ExpectSame("Campaign editor", sections["Campaign editor"], campaign);
+}
+
+TEST(Glossary, TellsEveryControlOfTheReportScreen) {
+  Names present = Controls("reports/ReportEditor.h", "ReportEditor");
+  for (const Word& caption : ReportCaptions()) {
+    const std::string name = caption.name;
+    if (name != "title" && !name.starts_with("For.") && !name.ends_with("Tip"))
+      present.insert(name.substr(0, name.find('.')));
+  }
+  ExpectSame("Report screen", Glossary()["Report screen"], present);
 }
 
 struct NoForecast : ForecastSource {

@@ -5,6 +5,7 @@
 #include "scenario/EmergencyStation.h"
 #include "station/TextForms.h"
 #include "store/Schema.h"
+#include "support/UnderSanitizer.h"
 
 namespace zemo::test {
 namespace {
@@ -65,7 +66,7 @@ TEST_F(DamagedColumns, AWholeBaseHasNothingToTell) {
 
 // Without the file there is nothing to play, without the genre nothing that the models ask for.
 TEST_F(DamagedColumns, OneRenamedInTheLibraryLosesWhatNeedsItAloneAndIsToldOnce) {
-  for (const Field& field : FindSchemaTable("Discotheque")->Fields) {
+  for (const Field& field : Cases(FindSchemaTable("Discotheque")->Fields)) {
     if (field.Name == "FILENAME" || field.Name == "GENRE") continue;
     SCOPED_TRACE(field.Name);
     const Heard heard = Play({Renamed("Discotheque", field.Name)});
@@ -86,7 +87,7 @@ TEST_F(DamagedColumns, ALibraryWithoutFilesIsToldAndDoesNotFillTheLog) {
 TEST_F(DamagedColumns, OneRenamedInAnyOtherTableStopsNoMusic) {
   for (const TableDef& table : SchemaTables()) {
     if (table.Name == "Discotheque" || table.Name == "Cnf" || table.Name == "Models") continue;
-    for (const Field& field : table.Fields) {
+    for (const Field& field : Cases(table.Fields)) {
       SCOPED_TRACE(table.Name + "." + field.Name);
       const Heard heard = Play({Renamed(table.Name, field.Name)});
       ExpectAir(heard);
@@ -120,7 +121,7 @@ TEST_F(DamagedColumns, ARowOfTheReportIsWrittenWithoutTheColumnThatIsGone) {
 
 // A model's row is made of them: its day, its genre and its hour (12 h on a Saturday).
 TEST_F(DamagedColumns, AModelWithoutAnHourStopsNoOtherHour) {
-  for (const Field& field : FindSchemaTable("Models")->Fields) {
+  for (const Field& field : Cases(FindSchemaTable("Models")->Fields)) {
     if (field.Name == "JOUR" || field.Name == "GENRE" || field.Name == "TRANCHE12") continue;
     SCOPED_TRACE(field.Name);
     const Heard heard = Play({Renamed("Models", field.Name)});
@@ -131,7 +132,7 @@ TEST_F(DamagedColumns, AModelWithoutAnHourStopsNoOtherHour) {
 
 // Settings are known by their place: a name alone changes nothing.
 TEST_F(DamagedColumns, ASettingOfAnotherNameKeepsItsPlace) {
-  for (const Field& field : FindSchemaTable("Cnf")->Fields) {
+  for (const Field& field : Cases(FindSchemaTable("Cnf")->Fields)) {
     SCOPED_TRACE(field.Name);
     const Heard heard = Play({Renamed("Cnf", field.Name)});
     ExpectAir(heard);

@@ -1,48 +1,16 @@
 // The library screen and the sound file selector as a script drives them, from outside.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <nlohmann/json.hpp>
-
-#include "BlackBox.h"
+#include "OfficeScript.h"
 
 namespace zemo {
 namespace {
 
-using Json = nlohmann::json;
-
-class LibraryScript : public BlackBox {
+class LibraryScript : public OfficeScript {
  protected:
-  std::vector<Json> trace_;
-
   void SetUp() override {
-    BlackBox::SetUp();
+    OfficeScript::SetUp();
     MakeStation({10, 20, 30});
-  }
-  // Each order a second behind the one before.
-  void Drive(const std::vector<std::string>& orders) {
-    std::string script;
-    for (const std::string& order : orders) script += "+1 " + order + "\n";
-    Put("script", script);
-    const Result result =
-        Run("simulate --station station --machine machine --in-place --no-start --for 120 "
-            "--from \"2026-11-21 10:00:00\" --script script --trace trace");
-    ASSERT_EQ(result.status, 0) << result.err;
-    for (const std::string& line : LinesOf(ReadText(root_ / "trace")))
-      trace_.push_back(Json::parse(line));
-  }
-  std::vector<Json> Events(const std::string& name) const {
-    std::vector<Json> events;
-    for (const Json& json : trace_)
-      if (json["event"] == name) events.push_back(json);
-    return events;
-  }
-  static bool IsOff(const Json& screen, const std::string& control) {
-    const auto& off = screen["off"];
-    return std::find(off.begin(), off.end(), control) != off.end();
-  }
-  std::string Sql(const std::string& query) const {
-    return Shell("sqlite3 station/Triskin.MDB \"" + query + "\"").out;
   }
 };
 

@@ -11,6 +11,7 @@
 
 #include "scheduling/tests/RequestFixture.h"
 #include "station/TimeForms.h"
+#include "support/UnderSanitizer.h"
 
 namespace zemo {
 namespace {
@@ -18,7 +19,7 @@ namespace {
 using test::RequestStation;
 using test::TitleCard;
 
-constexpr int kCases = 1200;
+constexpr int kCases = test::Cases(1200);
 
 struct Case {
   LocalDateTime now;

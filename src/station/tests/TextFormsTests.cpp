@@ -126,6 +126,14 @@ TEST(TextForms, FirstCharactersCountsCharactersAndSplitsNone) {
   EXPECT_EQ(FirstCharacters("été", -1), "");
 }
 
+TEST(TextForms, PaddedTextIsAsManyCharactersWide) {
+  EXPECT_EQ(PaddedText("été", 5), "été  ");
+  EXPECT_EQ(PaddedText("été", 3), "été");
+  EXPECT_EQ(PaddedText("été", 2), "ét");
+  EXPECT_EQ(PaddedText("", 2), "  ");
+  EXPECT_EQ(PaddedText("été", -1), "");
+}
+
 TEST(Val, TakesAnyBytes) {
   RandomBytes random(5);
   for (int round = 0; round < 2000; ++round) {

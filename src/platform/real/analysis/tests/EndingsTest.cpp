@@ -7,6 +7,7 @@
 
 #include "platform/real/analysis/SoundAnalyser.h"
 #include "support/TitleCorpus.h"
+#include "support/UnderSanitizer.h"
 
 namespace zemo {
 namespace {
@@ -133,12 +134,7 @@ TEST(Endings, SilenceHasNoLoudnessNoPeakAndNoExit) {
   EXPECT_EQ(measures.peaks, WavePeaks(kWavePeaks, 0));
 }
 
-// Each title is a minute of sound, which a sanitizer makes ten times as long.
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr int kTitles = 2;
-#else
-constexpr int kTitles = 20;
-#endif
+constexpr int kTitles = test::Cases(20);  // each a minute of sound
 
 // The larger corpus, with its histogram, is bench/CueBench.
 TEST(Endings, NinetyFiveFadesOfAHundredHaveTheirExitWithinThreeTenthsOfASecond) {

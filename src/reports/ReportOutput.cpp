@@ -1,0 +1,199 @@
+// What leaves the report screen: its lists as text between tabs, as a sheet and on paper.
+#include <array>
+#include <exception>
+#include <stdexcept>
+#include <utility>
+
+#include "library/LibraryHandler.h"
+#include "library/LibraryMessages.h"
+#include "library/LibraryTexts.h"
+#include "platform/EventLoop.h"
+#include "platform/Folder.h"
+#include "platform/Spreadsheet.h"
+#include "reports/ReportScreen.h"
+#include "reports/ReportTexts.h"
+#include "station/SideFileText.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/WaitPointer.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr size_t kLinesBetweenYields = 5000;
+constexpr size_t kLinesOfPage = 60;
+constexpr size_t kMostSheetRows = 1048576;  // of the file's form
+constexpr int kExportedColumns = RapCol::kReference + 1;
+constexpr std::array<double, kExportedColumns> kReportWidths = {11, 20, 24, 24, 14, 14, 24, 24, 14};
+constexpr std::array<double, StatCol::kCount> kRotationWidths = {8, 24, 24, 14, 14, 24};
+
+struct PrintedColumn {
+  int column;      // of the list
+  int characters;  // of width, the blank behind it not counted
+};
+constexpr std::array<PrintedColumn, 5> kReportOnPaper = {{{RapCol::kDate, 10},
+                                                          {RapCol::kTime, 19},
+                                                          {RapCol::kArtist, 24},
+                                                          {RapCol::kTitle, 24},
+                                                          {RapCol::kGenre, 13}}};
+constexpr std::array<PrintedColumn, 5> kRotationsOnPaper = {{{StatCol::kPlays, 4},
+                                                             {StatCol::kArtist, 30},
+                                                             {StatCol::kTitle, 30},
+                                                             {StatCol::kGenre, 13},
+                                                             {StatCol::kVariety, 13}}};
+
+// Goes through a list as it is now: what yields serve may list something else.
+template <typename List, typename Take>
+void ForEachLine(Station& station, ReportEditor& editor, const List& shown, Take take) {
+  const ReportWork work(editor);
+  const List list = shown;
+  for (size_t line = 0; line < list.Count(); ++line) {
+    if (line % kLinesBetweenYields == kLinesBetweenYields - 1) station.platform.loop.Yield();
+    take(list, line);
+  }
+}
+
+template <typename List>
+std::string TabbedLines(Station& station, ReportEditor& editor, const List& shown, int columns) {
+  std::string text;
+  ForEachLine(station, editor, shown, [&](const List& list, size_t line) {
+    for (int column = 0; column < columns; ++column)
+      (text += column > 0 ? "\t" : "") += OneLine(list.Cell(line, column));
+    text += "\r\n";
+  });
+  return text;
+}
+
+void WriteText(Station& station, const char* routine, const std::string& path,
+               const std::string& text, const Report::WriteFile& write) {
+  try {
+    write(path, EncodeSideFile(text));
+  } catch (const FileError& error) {
+    LogCurrentException(station, routine);
+    ShowLibraryAlert(station, error.what());
+  }
+}
+
+template <typename List, size_t columns>
+Sheet SheetOf(Station& station, ReportEditor& editor, const List& shown, const char* name,
+              const std::array<double, columns>& widths) {
+  if (shown.Count() >= kMostSheetRows)
+    throw std::length_error("a spreadsheet holds no more than " +
+                            std::to_string(kMostSheetRows - 1) + " rows");
+  const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
+  Sheet sheet{.name = name, .cells = {}, .columnWidths = {widths.begin(), widths.end()}};
+  for (int column = 0; column < static_cast<int>(columns); ++column)
+    sheet.cells.push_back(
+        {0, column,
+         Caption(ReportCaptions(), std::string(name) + "." + std::to_string(column), langue), 0,
+         false, SheetCell::Style::kHeading});
+  ForEachLine(station, editor, shown, [&](const List& list, size_t line) {
+    for (int column = 0; column < static_cast<int>(columns); ++column)
+      sheet.cells.push_back({static_cast<int>(line) + 1, column, list.Cell(line, column), 0, false,
+                             SheetCell::Style::kPlain});
+  });
+  return sheet;
+}
+
+// The span as it stands in the heads of pages.
+std::string SpanText(const ReportEditor& editor) {
+  return " du " + editor.LblDate + " au " +
+         (editor.LblDateFin.empty() ? editor.LblDate : editor.LblDateFin);
+}
+
+template <typename List, size_t columns, typename CellOf>
+PrintedPages PagesOf(Station& station, ReportEditor& editor, const List& shown, std::string title,
+                     const std::array<PrintedColumn, columns>& onPaper, CellOf cellOf) {
+  PrintedPages printed{.title = std::move(title), .pages = {}};
+  ForEachLine(station, editor, shown, [&](const List& list, size_t line) {
+    if (line % kLinesOfPage == 0)
+      printed.pages.push_back(
+          {printed.title + "  Page" + std::to_string(printed.pages.size() + 1)});
+    std::string text;
+    for (const PrintedColumn& column : onPaper)
+      (text += text.empty() ? "" : " ") +=
+          PaddedText(OneLine(cellOf(list, line, column.column)), column.characters);
+    printed.pages.back().push_back(text.substr(0, text.find_last_not_of(' ') + 1));
+  });
+  return printed;
+}
+
+}  // namespace
+
+bool Report::AnyListed(Station& station, size_t count) {
+  if (count == 0) ShowLibraryAlert(station, kNothingListed);
+  return count > 0;
+}
+
+std::string Report::ExportedReport(Station& station, ReportEditor& editor) {
+  return TabbedLines(station, editor, editor.ListRap, kExportedColumns);
+}
+
+std::string Report::ExportedRotations(Station& station, ReportEditor& editor) {
+  return TabbedLines(station, editor, editor.ListStat, StatCol::kCount);
+}
+
+void Report::BtnExport_Click(Station& station, ReportEditor& editor, const std::string& path,
+                             const WriteFile& write) {
+  HandleControl(station, "BtnExport", [&] {
+    const WaitPointer wait(station.notices);
+    if (AnyListed(station, editor.ListRap.Count()))
+      WriteText(station, "BtnExport", path, ExportedReport(station, editor), write);
+  });
+}
+
+void Report::ExportStat(Station& station, ReportEditor& editor, const std::string& path,
+                        const WriteFile& write) {
+  HandleControl(station, "ExportStat", [&] {
+    const WaitPointer wait(station.notices);
+    if (AnyListed(station, editor.ListStat.Count()))
+      WriteText(station, "ExportStat", path, ExportedRotations(station, editor), write);
+  });
+}
+
+Sheet Report::ReportSheet(Station& station, ReportEditor& editor) {
+  return SheetOf(station, editor, editor.ListRap, "ListRap", kReportWidths);
+}
+
+Sheet Report::RotationSheet(Station& station, ReportEditor& editor) {
+  Sheet sheet = SheetOf(station, editor, editor.ListStat, "ListStat", kRotationWidths);
+  for (SheetCell& cell : sheet.cells)
+    if (cell.column == StatCol::kPlays && cell.row > 0) {
+      cell.number = Val(cell.text);
+      cell.isNumber = true;
+    }
+  return sheet;
+}
+
+PrintedPages Report::BtnImprimer_Click(Station& station, ReportEditor& editor) {
+  PrintedPages printed;
+  HandleControl(station, "BtnImprimer", [&] {
+    const WaitPointer wait(station.notices);
+    const size_t count = editor.ListRap.Count();
+    if (!AnyListed(station, count)) return;
+    printed = PagesOf(station, editor, editor.ListRap, "Rapport Zemo Radio Pro" + SpanText(editor),
+                      kReportOnPaper, [](const ReportList& list, size_t line, int column) {
+                        return list.Cell(line, column);
+                      });
+    printed.pages.back().push_back(std::to_string(count) + " fiches imprimées");
+  });
+  return printed;
+}
+
+PrintedPages Report::ImprimeStat(Station& station, ReportEditor& editor) {
+  PrintedPages printed;
+  HandleControl(station, "ImprimeStat", [&] {
+    const WaitPointer wait(station.notices);
+    if (!AnyListed(station, editor.ListStat.Count())) return;
+    printed =
+        PagesOf(station, editor, editor.ListStat, "ROTATIONS Zemo Radio Pro" + SpanText(editor),
+                kRotationsOnPaper, [](const RotationList& list, size_t line, int column) {
+                  return column == StatCol::kPlays ? std::to_string(list.lines[line].plays)
+                                                   : list.Cell(line, column);
+                });
+  });
+  return printed;
+}
+
+}  // namespace zemo

@@ -1,0 +1,73 @@
+#include "reports/ReportTexts.h"
+
+#include "library/LibraryTexts.h"
+#include "reports/ReportEditor.h"
+
+namespace zemo {
+
+namespace {
+
+// clang-format off
+constexpr Word kReport[] = {
+    {"title", {"Rapport et statistiques", "Report and statistics", "Relatório e estatísticas", "Informe y estadísticas"}},
+
+    {"CmdCalend", {"Du...", "From...", "De...", "Del..."}},
+    {"BtnDateFin", {"Au...", "To...", "A...", "Al..."}},
+    {"BtnDateFinTip", {"Dernier jour ; clic droit pour le premier seul", "Last day; right click for the first alone", "Último dia; botão direito para o primeiro apenas", "Último día; botón derecho para el primero solo"}},
+    {"VoirRapport", {"Relire", "Read again", "Reler", "Releer"}},
+    {"For.FiltreArtiste", {"Artiste", "Artist", "Artista", "Artista"}},
+    {"For.FiltreGenre", {"Genre", "Genre", "Género", "Género"}},
+    {"For.FiltreVariete", {"Variété", "Variety", "Variedade", "Variedad"}},
+    {"FilterTip", {"Début du texte ; vide : tous", "Beginning of the text; empty: all", "Início do texto; vazio: todos", "Principio del texto; vacío: todos"}},
+
+    {"BtnStats", {"Statistiques", "Statistics", "Estatísticas", "Estadísticas"}},
+    {"BtnExport", {"Exporter le rapport...", "Export the report...", "Exportar o relatório...", "Exportar el informe..."}},
+    {"ExportStat", {"Exporter les rotations...", "Export the rotations...", "Exportar as rotações...", "Exportar las rotaciones..."}},
+    {"BtnImprimer", {"Imprimer le rapport", "Print the report", "Imprimir o relatório", "Imprimir el informe"}},
+    {"ImprimeStat", {"Imprimer les rotations", "Print the rotations", "Imprimir as rotações", "Imprimir las rotaciones"}},
+    {"BtnIntoPlaylist", {"Copier dans la playlist", "Copy into the playlist", "Copiar para a playlist", "Copiar en la playlist"}},
+
+    {"ListRap.0", {"Date", "Date", "Data", "Fecha"}},
+    {"ListRap.1", {"Heure", "Time", "Hora", "Hora"}},
+    {"ListRap.2", {"Artiste", "Artist", "Artista", "Artista"}},
+    {"ListRap.3", {"Titre", "Title", "Título", "Título"}},
+    {"ListRap.4", {"Genre", "Genre", "Género", "Género"}},
+    {"ListRap.5", {"Variété", "Variety", "Variedade", "Variedad"}},
+    {"ListRap.6", {"Auteur compositeur", "Author, composer", "Autor compositor", "Autor compositor"}},
+    {"ListRap.7", {"Label", "Label", "Editora", "Sello"}},
+    {"ListRap.8", {"Référence", "Reference", "Referência", "Referencia"}},
+    {"ListRap.9", {"Instant", "Moment", "Instante", "Instante"}},
+    {"ListStat.0", {"Rotations", "Rotations", "Rotações", "Rotaciones"}},
+    {"ListStat.1", {"Artiste", "Artist", "Artista", "Artista"}},
+    {"ListStat.2", {"Titre", "Title", "Título", "Título"}},
+    {"ListStat.3", {"Genre", "Genre", "Género", "Género"}},
+    {"ListStat.4", {"Variété", "Variety", "Variedade", "Variedad"}},
+    {"ListStat.5", {"Label", "Label", "Editora", "Sello"}},
+
+    {"LblCompteur", {"%1 fiches", "%1 rows", "%1 registos", "%1 filas"}},
+    {"LblStat", {"Total %1", "Total %1", "Total %1", "Total %1"}},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Word> ReportCaptions() {
+  return kReport;
+}
+
+std::string ShownCount(const ReportEditor& editor, int langue) {
+  return WithPlace(Caption(ReportCaptions(), "LblCompteur", langue),
+                   std::to_string(editor.ListRap.Count()));
+}
+
+std::string ShownShares(const ReportEditor& editor, int langue) {
+  if (!editor.shares) return {};
+  std::string text;
+  for (size_t variety = 0; variety < kVarietiesCounted; ++variety)
+    text += editor.shares->names[variety] + " " + std::to_string(editor.shares->plays[variety]) +
+            " (" + std::to_string(editor.shares->Percent(variety)) + " %)   ";
+  return text + WithPlace(Caption(ReportCaptions(), "LblStat", langue),
+                          std::to_string(editor.shares->Total()));
+}
+
+}  // namespace zemo

@@ -1,0 +1,73 @@
+// The figures beside the report's list.
+#include "ReportFixture.h"
+#include "reports/ReportFigures.h"
+
+namespace zemo {
+namespace {
+
+struct ReportFigures : ReportFixture {
+  const ReportRows& Rows(int lastDay = 21) {
+    Open();
+    Report::BtnDateFin_Click(on.station, editor, Day(lastDay));
+    return *editor.ListRap.rows;
+  }
+  Pause none = [] {};
+};
+
+TEST_F(ReportFigures, TheVarietiesStandByTheirPlaysAndRowsWithoutOneCountForNone) {
+  for (const char* variety : {"LOCAL", "NATIONAL", "", "NATIONAL", "ÉLITE"})
+    Add({.variety = variety});
+  EXPECT_EQ(PlaysBy(Rows(), RapCol::kVariety, none),
+            (std::vector<NamedPlays>{{"NATIONAL", 2}, {"ÉLITE", 1}, {"LOCAL", 1}}));
+}
+
+TEST_F(ReportFigures, PlaysByHourAndGenreBeginAtTheFullHour) {
+  Add({.time = "09:59:59", .genre = "POP"});
+  Add({.time = "10:00:00", .genre = "POP"});
+  Add({.time = "10:30:00", .genre = "ROCK"});
+  Add({.time = "10:59:59", .genre = "POP"});
+  Add({.time = "23:59:59", .genre = "ROCK"});
+  Add({.time = "00:00:00", .genre = "POP", .day = kToday + 1});
+  Add({.time = "10:15:00", .genre = "POP", .day = kToday + 1});
+  Add({.time = "11:00:00", .genre = ""});
+  const HourFigures figures = PlaysByHourAndGenre(Rows(22), none);
+  EXPECT_EQ(figures.genres, (Texts{"POP", "ROCK"}));
+  std::array<std::vector<uint32_t>, 24> expected;
+  expected.fill({0, 0});
+  expected[0] = {1, 0};
+  expected[9] = {1, 0};
+  expected[10] = {3, 1};
+  expected[23] = {0, 1};
+  EXPECT_EQ(figures.plays, expected);
+}
+
+TEST_F(ReportFigures, ATitleHasItsPlaysOfEachDayFromTheFirstRowToTheLast) {
+  Add({.time = "08:00:00", .title = "Other", .day = kToday});
+  Add({.time = "00:00:00", .artist = "A", .title = "One", .day = kToday + 1});
+  Add({.time = "23:59:59", .artist = "B", .title = "One", .day = kToday + 1});
+  Add({.time = "12:00:00", .artist = "A", .title = "One", .day = kToday + 3});
+  const ReportRows& rows = Rows(24);
+  const TitleFigures figures = PlaysByDay(rows, 1, none);
+  EXPECT_EQ(figures.firstDay, kToday);
+  EXPECT_EQ(figures.plays, (std::vector<uint32_t>{0, 2, 0, 1}));
+}
+
+TEST_F(ReportFigures, OfNoRowsThereAreNone) {
+  const ReportRows& rows = Rows();
+  EXPECT_TRUE(PlaysBy(rows, RapCol::kVariety, none).empty());
+  EXPECT_TRUE(PlaysByHourAndGenre(rows, none).genres.empty());
+  EXPECT_TRUE(PlaysByDay(rows, 0, none).plays.empty());
+}
+
+TEST_F(ReportFigures, OtherEventsAreServedWhileManyRowsAreCounted) {
+  on.Sql(
+      "INSERT INTO Rapport (GENRE, TITRE, DATENUM) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+      "SELECT i + 1 FROM n WHERE i < 200000) SELECT 'POP', 'One', 46347.5 FROM n");
+  int pauses = 0;
+  const TitleFigures figures = PlaysByDay(Rows(), 0, [&] { ++pauses; });
+  EXPECT_EQ(figures.plays, std::vector<uint32_t>{200000});
+  EXPECT_EQ(pauses, 1);
+}
+
+}  // namespace
+}  // namespace zemo
