@@ -16,8 +16,31 @@ namespace zemo {
 
 namespace {
 
+// A path may hold the end of a line: a backslash and an n then, and two backslashes for one.
+std::string InOneLine(const std::string& path) {
+  std::string line;
+  for (const char sign : path) {
+    if (sign == '\n')
+      line += "\\n";
+    else
+      line += sign == '\\' ? "\\\\" : std::string(1, sign);
+  }
+  return line;
+}
+
+std::string PathIn(std::string_view line) {
+  std::string path;
+  for (size_t at = 0; at < line.size(); ++at) {
+    const bool marked = line[at] == '\\' && at + 1 < line.size();
+    if (marked) ++at;
+    path += marked && line[at] == 'n' ? '\n' : line[at];
+  }
+  return path;
+}
+
 std::string LineOf(const BareExit& bare) {
-  return std::to_string(bare.code) + '\t' + std::to_string(bare.exitMs) + '\t' + bare.file + '\n';
+  return std::to_string(bare.code) + '\t' + std::to_string(bare.exitMs) + '\t' +
+         InOneLine(bare.file) + '\n';
 }
 
 std::optional<BareExit> BareExitIn(std::string_view line) {
@@ -25,7 +48,7 @@ std::optional<BareExit> BareExitIn(std::string_view line) {
   if (first == std::string_view::npos || second == std::string_view::npos) return std::nullopt;
   return BareExit{ValInt(std::string(line.substr(0, first))),
                   ValInt(std::string(line.substr(first + 1, second - first - 1))),
-                  std::string(line.substr(second + 1))};
+                  PathIn(line.substr(second + 1))};
 }
 
 }  // namespace

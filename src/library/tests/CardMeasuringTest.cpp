@@ -205,8 +205,10 @@ TEST_F(Measuring, WhatTheBaseRefusesIsToldOnceAndTheRestIsMeasured) {
 
 TEST_F(Measuring, WhatTheProgramLeftIsFoundByTheNextOne) {
   const std::string a = AddFile("a.wav"), b = AddFile("b\xC3\xA9.wav");
+  const std::string odd = AddFile("two\nlines\\n\t.wav");
   {
     CardMeasuring first(on.station, measurer);
+    first.Add(3, odd);
     first.Add(1, a);
     first.Add(2, b);
     first.Turn();
@@ -216,11 +218,12 @@ TEST_F(Measuring, WhatTheProgramLeftIsFoundByTheNextOne) {
   measurer.wishes.clear();
   CardMeasuring next(on.station, measurer);
   next.Turn();
-  EXPECT_EQ(measurer.wishes, Files{a});
+  EXPECT_EQ(measurer.wishes, (Files{a, odd}));
   EXPECT_TRUE(on.stationFolder.Exists(kExitsToFindFile));
   measurer.Give(a, 4300);
-  Turns(next, 2);
-  EXPECT_EQ(Exits(), "4300,4200");
+  measurer.Give(odd, 4400);
+  Turns(next, 3);
+  EXPECT_EQ(Exits(), "4300,4200,4400");
   EXPECT_FALSE(on.stationFolder.Exists(kExitsToFindFile));
 }
 
