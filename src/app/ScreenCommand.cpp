@@ -157,6 +157,7 @@ int OpenScreen(const AirOptions& options) {
   librarySources.import.bareCard = [&measuring](int32_t code, const std::string& file) {
     measuring.Add(code, file);
   };
+  librarySources.waveforms = &waveforms;
   LibraryDesk library(station, librarySources);
   QPointer<OnAirWindow> main;
   sources.openLibrary = [&library] { library.Open(); };

@@ -52,6 +52,7 @@ void Step(Station& station, LibraryEditor& editor, int steps) {
 }
 
 void ShowTab(Station& station, LibraryEditor& editor, LibraryTab tab) {
+  Library::StopListening(station, editor);
   editor.TabStrip1 = tab;
   HideLists(editor);
   ForgetLot(editor);
@@ -173,6 +174,7 @@ bool Library::OpenOnCard(Station& station, LibraryEditor& editor, int32_t code) 
 void Library::Form_Unload(Station& station, LibraryEditor& editor) {
   HandleControl(station, "Discotheque", [&] {
     if (!std::exchange(editor.open, false)) return;
+    StopListening(station, editor);
     if (!editor.OnCards()) LoadTopH(station, editor, "Save");
   });
 }

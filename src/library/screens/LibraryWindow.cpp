@@ -18,6 +18,7 @@
 #include "library/screens/CardListPane.h"
 #include "library/screens/HourPipPage.h"
 #include "library/screens/HoursFrame.h"
+#include "library/screens/MarkerPane.h"
 #include "library/screens/SelectedCardsDialog.h"
 #include "platform/Desktop.h"
 #include "station/Station.h"
@@ -399,6 +400,7 @@ void LibraryWindow::ArrangeParts(double unit) {
   for (CardListPane* list : cardLists_) list->Arrange(unit);
   pips_->Arrange(unit);
   hours_->Arrange(unit);
+  markers_->Arrange(unit, !wide_);
 }
 
 }  // namespace zemo

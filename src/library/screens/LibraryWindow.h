@@ -26,7 +26,9 @@ namespace zemo {
 class CardListPane;
 class HourPipPage;
 class HoursFrame;
+class MarkerPane;
 class SpreadsheetWriter;
+class Waveforms;
 
 inline constexpr int kWidthOfBoth =
     1280;  // of the window, from which the list stands beside the card
@@ -40,7 +42,8 @@ struct LibrarySources {
       chooseFiles;
   SpreadsheetWriter* spreadsheets = nullptr;  // none: nothing is exported
   ImportSources import;
-  Questions questions;  // with a dialogue of the system by default
+  Waveforms* waveforms = nullptr;  // none: no waveform is drawn
+  Questions questions;             // with a dialogue of the system by default
 };
 
 // Modeless beside the air. While a routine works that yields, its controls are barred, and who
@@ -93,6 +96,7 @@ class LibraryWindow : public Window {
   void ShowMenus();
   void ShowNavigation();
   void ShowLists();
+  void ShowMarkers();
   void FillList();
   void FillListOfMusic();
   CardList* ListOfTab();
@@ -126,7 +130,8 @@ class LibraryWindow : public Window {
   std::array<CardListPane*, kCardTabs> cardLists_{};
   HourPipPage* pips_ = nullptr;
   HoursFrame* hours_ = nullptr;
-  QWidget* navigation_ = nullptr;
+  MarkerPane* markers_ = nullptr;
+  QWidget *column_ = nullptr, *navigation_ = nullptr;
   ImportPane* import_ = nullptr;
   QSlider* Slider1 = nullptr;
   std::array<QLabel*, kCardTabs> info_{};
