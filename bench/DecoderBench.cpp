@@ -1,5 +1,6 @@
 // What decoding costs: an hour of 192 kbit/s MP3 through SoundFileOpener against libmpg123 alone on
-// the same file, and what opening a file of 5 MB costs with and without its information frame.
+// the same file, what opening a file of 5 MB costs with and without its information frame, and how
+// long a waveform waits for the part of it that it shows.
 #include <benchmark/benchmark.h>
 #include <mpg123.h>
 #include <sndfile.h>
@@ -11,11 +12,13 @@
 #include <fstream>
 #include <numbers>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/real/decoders/FileBytes.h"
 #include "platform/real/decoders/MpegHeader.h"
 #include "platform/real/decoders/SoundFileOpener.h"
+#include "platform/real/decoders/WaveformReader.h"
 
 namespace zemo {
 namespace {
@@ -163,6 +166,20 @@ void SeekInto(benchmark::State& state, const std::string& name) {
   }
 }
 
+// What a waveform waits for that shows a 2^-n-th of a title of three and a half minutes, 600 pixels
+// wide, another one each time.
+void PartOfAWaveform(benchmark::State& state) {
+  const std::string path = TestFiles().Path("cbr with header");
+  const int64_t length = SoundFileOpener().Open(path)->LengthFrames();
+  const int64_t frames = std::max<int64_t>(220, length >> state.range(0));
+  WaveformReader reader(std::make_unique<SoundFileOpener>(), "/nonexistent");
+  int64_t from = length / 3;
+  for (auto _ : state) {
+    ++from;
+    while (!reader.PartOf(path, from, from + frames, 600)) std::this_thread::yield();
+  }
+}
+
 BENCHMARK(HourByLibmpg123)->Unit(benchmark::kMillisecond);
 BENCHMARK(HourBySoundFileOpener)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(OpenAndReadFirst, CbrWithHeader, "cbr with header");
@@ -171,6 +188,13 @@ BENCHMARK_CAPTURE(OpenAndReadFirst, VbrWithHeader, "vbr with header");
 BENCHMARK_CAPTURE(OpenAndReadFirst, VbrWithoutHeader, "vbr without header");
 BENCHMARK_CAPTURE(SeekInto, CbrWithHeader, "cbr with header");
 BENCHMARK_CAPTURE(SeekInto, HourWithHeader, "hour");
+BENCHMARK(PartOfAWaveform)
+    ->Arg(1)
+    ->Arg(4)
+    ->Arg(8)
+    ->Arg(16)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zemo

@@ -307,6 +307,24 @@ class Operator {
       entry->trigger();
   }
 
+  // The marks of a title are set and taken back; it is heard where the machine has an output for
+  // it, else the refusal is answered.
+  void OnTheWaveform() {
+    Do("library waveform wait", [] {});
+    Do("library waveform cursor", [this] {
+      if (QWidget* view = hand_.Find("VueOnde"))
+        hand_.Click(view, {10 + Any(view->width() - 20), view->height() / 2});
+    });
+    for (int i = 0; i < 4; ++i) Do("library zoom", [this] { hand_.Click("BtnZoomPlus"); });
+    for (const char* mark : {"BtnIntro", "BtnSortie", "BtnAnnule", "BtnAnnule"})
+      Do("library mark", [this, mark] { hand_.Click(mark); });
+    for (int i = 0; i < 4; ++i) Do("library zoom", [this] { hand_.Click("BtnZoomMoins"); });
+    Do("library listen", [this] { hand_.Click("BtnEcoute"); });
+    Do("library listen wait", [] {});
+    Do("library join", [this] { hand_.Click("BtnRaccordApres"); });
+    Do("library listen wait", [] {});
+  }
+
   // Cards are read, changed, given fields of another, listed and written out; none is deleted.
   void InTheLibrary() {
     Do("library", [this] {
@@ -317,6 +335,7 @@ class Operator {
     Do("library wait", [] {});
     for (int i = 0; i < 3; ++i) Do("library card", [this] { ClickRow("PLDisco"); });
     for (int i = 0; i < 3; ++i) Do("library next", [this] { hand_.Click("BtnPlus"); });
+    OnTheWaveform();
     Do("library comment",
        [this] { hand_.Type("ChCommentaire", "round " + std::to_string(rounds_)); });
     Do("library replace", [this] { ChooseMenu("Replacer"); });
@@ -403,6 +422,7 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   zemo::BackgroundXlsxWriter spreadsheets(real.loop);
   zemo::LibrarySources librarySources;
   librarySources.spreadsheets = &spreadsheets;
+  librarySources.waveforms = &waveforms;
   librarySources.questions = sources.questions;
   zemo::LibraryDesk library(station, librarySources);
   sources.openLibrary = [&library] { library.Open(); };

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "app/BackgroundMeasuring.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
 #include "app/RealStation.h"
@@ -40,6 +41,7 @@ int RunOnAir(const AirOptions& options) {
   OnAir::Form_Activate(station, true);
   if (!station.engine.IsRunning) OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 
+  const BackgroundMeasuring measuring(station);
   RunEnd end(real, options,
              {.draining = [&] { display.ShowLine("stopping: what is on air plays to its end"); },
               .drained = [&] { real.loop.Quit(); },

@@ -9,6 +9,7 @@
 #include <memory>
 #include <utility>
 
+#include "app/BackgroundMeasuring.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
 #include "app/ErrorLine.h"
@@ -20,8 +21,11 @@
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
 #include "library/screens/LibraryDesk.h"
+#include "platform/real/analysis/TagReader.h"
+#include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
+#include "platform/real/files/ImportThread.h"
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
 #include "settings/screens/SettingsDesk.h"
@@ -155,6 +159,17 @@ int OpenScreen(const AirOptions& options) {
   BackgroundXlsxWriter spreadsheets(real.loop);
   LibrarySources librarySources;
   librarySources.spreadsheets = &spreadsheets;
+  ImportThread importFiles(
+      [] {
+        return ImportTools{std::make_unique<SoundFileOpener>(), std::make_unique<TagReader>()};
+      },
+      folders.machine);
+  BackgroundMeasuring measuring(station);
+  librarySources.import.files = &importFiles;
+  librarySources.import.bareCard = [&measuring](int32_t code, const std::string& file) {
+    measuring.Add(code, file);
+  };
+  librarySources.waveforms = &waveforms;
   LibraryDesk library(station, librarySources);
   QPointer<OnAirWindow> main;
   sources.openLibrary = [&library] { library.Open(); };

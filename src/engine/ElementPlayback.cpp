@@ -26,6 +26,7 @@
 #include "settings/SideFiles.h"
 #include "settings/WebPage.h"
 #include "station/Loudness.h"
+#include "station/Overlap.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -38,8 +39,6 @@ namespace zemo {
 namespace {
 
 constexpr const char* kRoutine = "PlayWave";
-constexpr float kLongOverlapMs =
-    3000;  // a longer overlap fades the old element, a shorter does not
 
 // What sounds when a start begins.
 struct Outgoing {

@@ -9,6 +9,7 @@
 #include "library/HotKeys.h"
 #include "library/LibraryMessages.h"
 #include "library/LibraryScreen.h"
+#include "platform/SoundLengths.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/RowView.h"
@@ -89,6 +90,18 @@ void WriteExchangeFile(Station& station, const LibraryEditor& editor) {
   }
 }
 
+// What the waveform shows of the card that was shown stays for the same one, but for marks of an
+// extract that were not stored.
+void ShowSound(Station& station, LibraryEditor& editor) {
+  CardSound& sound = editor.sound;
+  if (sound.code != editor.Code() || sound.file != Trim(editor.music.ChFileName)) {
+    Library::StopListening(station, editor);
+    return Library::ForgetSound(editor);
+  }
+  sound.markers.marks.extractBeginMs = sound.storedMarks.startMs;
+  sound.markers.marks.extractEndMs = sound.storedMarks.endMs;
+}
+
 const char* ReplaceRoutine(LibraryTab tab) {
   switch (tab) {
     case LibraryTab::kJingles:
@@ -97,6 +110,15 @@ const char* ReplaceRoutine(LibraryTab tab) {
       return "ReplaceVirgule";
     default:
       return "ReplaceChampsMusique";
+  }
+}
+
+// The row is stored whatever becomes of the marks file.
+void StoreExtractOrLog(Station& station, LibraryEditor& editor) {
+  try {
+    Library::StoreExtract(station, editor);
+  } catch (const std::exception&) {
+    LogCurrentException(station, ReplaceRoutine(LibraryTab::kMusic));
   }
 }
 
@@ -189,6 +211,7 @@ void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row) {
     default:
       TakeMusicCard(row, editor.music, editor.masks);
       editor.loadedMusic = editor.music;
+      ShowSound(station, editor);
   }
   KeepLoadedRow(editor, row);
   editor.ReplacerEnabled = editor.MnuDeleteEnabled = true;
@@ -235,6 +258,7 @@ void EmptyTab(LibraryEditor& editor) {
       editor.other = ShortElementCard();
       break;
     default:
+      Library::ForgetSound(editor);
       editor.music = MusicCard();
       editor.music.ChNbPassJour = "1";
       editor.loadedMusic = editor.music;
@@ -245,6 +269,7 @@ bool AddShownCard(Station& station, LibraryEditor& editor) {
   const bool music = editor.TabStrip1 == LibraryTab::kMusic;
   if (music && ToldAsKnown(station, editor.music.ChFileName)) return false;
   const int32_t code = AddFromScreen(station, editor);
+  if (music) StoreExtractOrLog(station, editor);
   ShowCode(station, editor, code);
   return true;
 }
@@ -254,18 +279,18 @@ int32_t AddFileOfLot(Station& station, LibraryTab tab, const std::string& file) 
   switch (tab) {
     case LibraryTab::kJingles: {
       JingleCard card;
-      FillJingle(station, file, card, masks);
+      FillJingle(station, file, station.platform.lengths.LengthMs(file), card, masks);
       return AddJingle(station, card, masks);
     }
     case LibraryTab::kShortElements: {
       ShortElementCard card;
-      FillShortElement(station, file, card);
+      FillShortElement(station, file, station.platform.lengths.LengthMs(file), card);
       return AddShortElement(station, card);
     }
     default: {
       if (ToldAsKnown(station, file)) return 0;
       MusicCard card;
-      FillMusicCard(station, file, card, masks);
+      FillMusicCard(station, file, station.platform.lengths.LengthMs(file), card, masks);
       return AddMusicCard(station, card, masks);
     }
   }
@@ -286,6 +311,7 @@ void StoreShownCard(Station& station, LibraryEditor& editor, Recordset& row) {
   }
   row.Update();
   if (editor.TabStrip1 == LibraryTab::kShortElements) LoadHotKeys(station);
+  if (editor.TabStrip1 == LibraryTab::kMusic) StoreExtractOrLog(station, editor);
   ShowCard(station, editor, row);
   ShowPosition(station, editor);
   try {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "library/CardList.h"
+#include "library/CardSound.h"
 #include "library/HourMasks.h"
 #include "library/JingleCard.h"
 #include "library/MusicCard.h"
@@ -54,6 +55,8 @@ struct LibraryEditor {
   std::array<HourPipRow, HourMasks::kHours> GTopH;
   int32_t pipHour = 0;  // the selected row
   CardList PLDisco, PLJingles, PLAutre;
+
+  CardSound sound;  // of the music card shown
 
   std::vector<std::string> ChGenreList, ChLabelList, ChCDList, ChVarieteList;  // on offer
 

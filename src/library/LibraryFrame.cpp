@@ -52,6 +52,7 @@ void Step(Station& station, LibraryEditor& editor, int steps) {
 }
 
 void ShowTab(Station& station, LibraryEditor& editor, LibraryTab tab) {
+  Library::StopListening(station, editor);
   editor.TabStrip1 = tab;
   HideLists(editor);
   ForgetLot(editor);
@@ -173,6 +174,7 @@ bool Library::OpenOnCard(Station& station, LibraryEditor& editor, int32_t code) 
 void Library::Form_Unload(Station& station, LibraryEditor& editor) {
   HandleControl(station, "Discotheque", [&] {
     if (!std::exchange(editor.open, false)) return;
+    StopListening(station, editor);
     if (!editor.OnCards()) LoadTopH(station, editor, "Save");
   });
 }
@@ -181,6 +183,18 @@ void Library::TabStrip1_Click(Station& station, LibraryEditor& editor, LibraryTa
   HandleControl(station, "TabStrip1", [&] {
     if (!editor.OnCards()) LoadTopH(station, editor, "Save");
     ShowTab(station, editor, tab);
+  });
+}
+
+void Library::ShowImported(Station& station, LibraryEditor& editor, LibraryTab kind) {
+  HandleControl(station, "Ajouter", [&] {
+    if (editor.TabStrip1 != kind) return;
+    const bool empty = editor.cardCount[editor.Tab()] == 0 && editor.Code() == 0 &&
+                       FileForSelector(station, editor).empty();
+    if (empty)
+      ShowPlace(station, editor, 1);
+    else
+      ShowPosition(station, editor);
   });
 }
 

@@ -7,11 +7,10 @@
 #include <unordered_set>
 
 #include "library/LibraryHandler.h"
+#include "library/PrelistenOutput.h"
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
-#include "platform/LocalValues.h"
 #include "platform/Prelisten.h"
-#include "settings/SideFiles.h"
 #include "station/LanguageTexts.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -24,8 +23,6 @@ constexpr int kTimerMs = 100;
 constexpr size_t kFilesBetweenYields = 40;
 constexpr std::array<std::string_view, 4> kSoundEndings = {".wav", ".mp3", ".flac", ".ogg"};
 
-constexpr const char* kSameOutput = "Mauvais choix de sortie PFL";
-constexpr const char* kOutputRefuses = "Impossible d'écouter sur cette sortie audio";
 constexpr const char* kAnalysing = "Analyse en cours...";
 constexpr const char* kDone = "Fini";
 constexpr const char* kFilter = "Filtrer les fiches existantes";
@@ -46,31 +43,9 @@ std::string DriveOf(const std::string& path) {
   return HasDrive(path) ? path.substr(0, 2) : "/";
 }
 
-// Output of the prelisten, and that of the air; 0 where none was ever chosen.
-struct Outputs {
-  int air = 0, prelisten = 0;
-};
-
-Outputs ChosenOutputs(Station& station) {
-  const LocalValues& values = station.platform.localValues;
-  Outputs outputs{ValInt(values.Get("AudioOutID").value_or("")),
-                  ValInt(values.Get("AudioOutPFLID").value_or(""))};
-  if (!station.platform.machineFolder.Exists(station.files.ZemoAudio)) return outputs;
-  LoadSaveAudio(station, "Load");
-  if (station.lists.AudioOutID >= 0) outputs.air = station.lists.AudioOutID;
-  if (station.lists.AudioOutPFLID >= 0) outputs.prelisten = station.lists.AudioOutPFLID;
-  return outputs;
-}
-
-// Sets the device of the player while that is closed, and warns of an output that is on air.
-void LoadDevicePLF(Station& station, SoundFileSelector& selector) {
-  const Outputs outputs = ChosenOutputs(station);
-  if (Prelisten* player = station.platform.prelisten;
-      player && player->PlayerState() == Prelisten::State::kClosed)
-    player->SetDevice(outputs.prelisten);
-  const bool onAir = station.engine.IsRunning && outputs.air == outputs.prelisten;
-  selector.LblOut = onAir ? kSameOutput : "";
-  selector.btnPlayEnabled = !onAir;
+void TakeOutput(Station& station, SoundFileSelector& selector) {
+  selector.btnPlayEnabled = ChoosePrelistenOutput(station);
+  selector.LblOut = selector.btnPlayEnabled ? "" : kSamePrelistenOutput;
 }
 
 void StopTimer(SoundFileSelector& selector) {
@@ -100,10 +75,6 @@ void ClosePlayer(Station& station, SoundFileSelector& selector) {
     player->Stop();
     player->Close();
   }
-}
-
-void TellOutputRefuses(Station& station) {
-  station.platform.messages.Show("Alerte", kOutputRefuses, Buttons::kOk);
 }
 
 bool FilterWanted(Station& station) {
@@ -162,7 +133,7 @@ void Selector::Open(Station& station, SoundFileSelector& selector, const std::st
     selector.List1Tmp = known;
     TakeStopState(selector);
     selector.TrackBarMax = 0;
-    LoadDevicePLF(station, selector);
+    TakeOutput(station, selector);
     selector.FileName.clear();
     const std::string folder = currentFile.empty() ? selector.Dir1 : FolderOf(currentFile);
     Dir1_Change(station, selector,
@@ -238,12 +209,12 @@ void Selector::btnPlay_Click(Station& station, SoundFileSelector& selector) {
     if (!player || player->PlayerState() == Prelisten::State::kClosed) return;
     player->OnEnd([&](bool lost) {
       TakeStopState(selector);
-      if (lost) TellOutputRefuses(station);
+      if (lost) TellPrelistenRefused(station);
     });
     try {
       player->Start();
     } catch (const std::exception&) {
-      return TellOutputRefuses(station);
+      return TellPrelistenRefused(station);
     }
     selector.TrackBarMax = player->LengthMs();
     RunTimer(station, selector);

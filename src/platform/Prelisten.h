@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace zemo {
@@ -32,6 +33,19 @@ class Prelisten {
   virtual void Restart() = 0;  // on from the pause; nothing unless it is paused
   virtual void Stop() = 0;     // open, at the begin
   virtual void Close() = 0;
+
+  // A second file, which comes in over the open one, as titles meet on air.
+  struct Following {
+    std::string path;                 // of this system
+    int32_t atMs = 0;                 // of the open file, at the latest its end, where it begins
+    std::optional<int32_t> fadeMs{};  // in which the open one is silent then; none: it plays on
+    double openGain = 1, gain = 1;    // of the open file and of this one
+  };
+  // Taken while a file is open and does not play, and kept over pauses until Stop, Close or Open.
+  // Where the second file begins, to some hundredths of a second, the player goes over to it:
+  // FileName, LengthMs, PositionMs and the end are its own from there on. Throws SoundError for one
+  // that cannot be opened: nothing follows then. One that is gone when it should begin is left out.
+  virtual void Follow(const Following& following) = 0;
 
   virtual State PlayerState() const = 0;
   virtual const std::string& FileName() const = 0;  // empty while closed

@@ -27,4 +27,12 @@ std::optional<ExtractMarks> ReadExtractMarks(const Station& station, std::string
   return marks;
 }
 
+void WriteExtractMarks(Station& station, std::string_view soundFile, const ExtractMarks& marks) {
+  SoundFiles& files = station.platform.soundFiles;
+  const std::string path = SideFilePath(soundFile, "mar");
+  files.ClearReadOnly(path);
+  if (marks == ExtractMarks()) return files.Remove(path);
+  files.Write(path, std::to_string(marks.startMs) + "," + std::to_string(marks.endMs) + "\r\n");
+}
+
 }  // namespace zemo

@@ -12,9 +12,14 @@ struct Station;
 struct ExtractMarks {
   int32_t startMs = 0;
   int32_t endMs = 0;  // 0 without a second number
+  bool operator==(const ExtractMarks&) const = default;
 };
 
-// nullopt without the file. Throws FileError. Thread: the logic's.
+// Both throw FileError. Thread: the logic's.
+
+// nullopt without the file.
 std::optional<ExtractMarks> ReadExtractMarks(const Station& station, std::string_view soundFile);
+// Over a file that is read-only as well. Without marks, both 0, the file goes.
+void WriteExtractMarks(Station& station, std::string_view soundFile, const ExtractMarks& marks);
 
 }  // namespace zemo

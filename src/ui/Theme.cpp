@@ -121,7 +121,10 @@ QString StyleSheet(double unit, bool gradients) {
     QPushButton:disabled, QToolButton:disabled, QComboBox:disabled, QCheckBox:disabled {
       color: #6d7784; background: %PANEL; }
     QToolButton[running="true"]:checked { background: #1f3a2d; border: 2px solid %GOOD; }
-    QLineEdit, QSpinBox { background: #0d1014; }
+    QLineEdit, QSpinBox, QPlainTextEdit { background: #0d1014; }
+    QPlainTextEdit { border: 1px solid %LINE; }
+    QProgressBar { border: 1px solid %LINE; border-radius: 3px; background: #0d1014; }
+    QProgressBar::chunk { background: #3b5a86; border-radius: 2px; }
     QSpinBox QLineEdit { border: none; padding: 0; }
     QComboBox QAbstractItemView { background: %PANEL; selection-background-color: #3b5a86; }
     QCheckBox { background: transparent; spacing: 4px; border: 1px solid transparent; }

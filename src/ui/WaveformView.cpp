@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "ui/Theme.h"
+#include "ui/WaveShape.h"
 
 namespace zemo {
 
@@ -43,26 +44,9 @@ void WaveformView::Place() {
 
 void WaveformView::DrawShape() {
   rest_ = played_ = QPixmap();
-  if (!HasShape() || width() < 1 || height() < 4) return;
-  for (const bool played : {false, true}) {
-    QPixmap map(size());
-    map.fill(Theme::kPanel);
-    QPainter painter(&map);
-    QColor colour = element_.colour;
-    if (!played) colour = colour.darker(260);
-    const int middle = height() / 2;
-    for (int x = 0; x < width(); ++x) {
-      const size_t count = peaks_->size();
-      const size_t first = static_cast<size_t>(x) * count / static_cast<size_t>(width());
-      const size_t last =
-          std::max(first + 1, static_cast<size_t>(x + 1) * count / static_cast<size_t>(width()));
-      const int peak = *std::max_element(peaks_->begin() + static_cast<std::ptrdiff_t>(first),
-                                         peaks_->begin() + static_cast<std::ptrdiff_t>(last));
-      const int half = std::max(1, peak * (middle - 1) / 255);
-      painter.fillRect(x, middle - half, 1, 2 * half, colour);
-    }
-    (played ? played_ : rest_) = map;
-  }
+  if (!HasShape()) return;
+  rest_ = DrawnShape(size(), *peaks_, {}, element_.colour.darker(260));
+  played_ = DrawnShape(size(), *peaks_, {}, element_.colour);
 }
 
 void WaveformView::paintEvent(QPaintEvent*) {

@@ -2,10 +2,13 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QFileDialog>
+#include <QMimeData>
 #include <QPointer>
 #include <QSlider>
 #include <QStackedWidget>
+#include <QUrl>
 #include <exception>
 #include <utility>
 
@@ -15,6 +18,7 @@
 #include "library/screens/CardListPane.h"
 #include "library/screens/HourPipPage.h"
 #include "library/screens/HoursFrame.h"
+#include "library/screens/MarkerPane.h"
 #include "library/screens/SelectedCardsDialog.h"
 #include "platform/Desktop.h"
 #include "station/Station.h"
@@ -78,9 +82,19 @@ void LibraryWindow::closeEvent(QCloseEvent* event) {
 }
 
 bool LibraryWindow::LeaveNow() {
+  import_->Stop();
   if (barred_) closes_ = true;
   if (!barred_ && editor_.open) Left();
   return !barred_;
+}
+
+bool LibraryWindow::MayLeave() {
+  if (!import_->AtWork()) return true;
+  const std::string question = Texts().Word("ImportLeave").toStdString();
+  if (station_.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes)
+    return false;
+  import_->Stop();
+  return true;
 }
 
 void LibraryWindow::Left() {
@@ -245,6 +259,77 @@ void LibraryWindow::GiveToSelected() {
   });
 }
 
+// --- import ---
+
+bool LibraryWindow::TakesDrops() const {
+  return editor_.open && !barred_ && editor_.OnCards() && import_->CanBegin();
+}
+
+namespace {
+
+// Their bytes as they are, which need not be UTF-8.
+std::vector<std::string> LocalPaths(const QMimeData& data) {
+  std::vector<std::string> paths;
+  for (const QUrl& url : data.urls()) {
+    if (!url.isLocalFile()) continue;
+    const QByteArray encoded = url.path(QUrl::FullyEncoded).toLatin1();
+    paths.push_back(QByteArray::fromPercentEncoding(encoded).toStdString());
+  }
+  return paths;
+}
+
+// Whoever drags a file may offer to move it, which would be its end where it lay.
+void TakeAsCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
+}
+
+}  // namespace
+
+void LibraryWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (TakesDrops() && !LocalPaths(*event->mimeData()).empty())
+    TakeAsCopy(*event);
+  else
+    event->ignore();
+}
+
+void LibraryWindow::dragMoveEvent(QDragMoveEvent* event) {
+  if (TakesDrops())
+    TakeAsCopy(*event);
+  else
+    event->ignore();
+}
+
+void LibraryWindow::dropEvent(QDropEvent* event) {
+  const std::vector<std::string> paths = LocalPaths(*event->mimeData());
+  if (!TakesDrops() || paths.empty()) return event->ignore();
+  TakeAsCopy(*event);
+  import_->Begin(editor_.TabStrip1, paths);
+  ShowMenus();
+}
+
+void LibraryWindow::ChooseFolder() {
+  QString title = MnuImport_->text();
+  auto* dialog = new QFileDialog(this, title.remove(u'.'));
+  dialog->setObjectName(QStringLiteral("FrmImportFolder"));
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setOption(QFileDialog::DontUseNativeDialog);
+  dialog->setFileMode(QFileDialog::Directory);
+  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
+    if (!TakesDrops()) return;
+    import_->Begin(editor_.TabStrip1, {path.toStdString()});
+    ShowMenus();
+  });
+  dialog->open();
+}
+
+void LibraryWindow::ShowImported(LibraryTab kind) {
+  fresh_[static_cast<size_t>(kind) - 1] = false;
+  if (!editor_.open || barred_) return;  // shown at the end of what works
+  Library::ShowImported(station_, editor_, kind);
+  ShowAll();
+}
+
 // --- the lists ---
 
 CardList* LibraryWindow::ListOfTab() {
@@ -315,6 +400,7 @@ void LibraryWindow::ArrangeParts(double unit) {
   for (CardListPane* list : cardLists_) list->Arrange(unit);
   pips_->Arrange(unit);
   hours_->Arrange(unit);
+  markers_->Arrange(unit, !wide_);
 }
 
 }  // namespace zemo

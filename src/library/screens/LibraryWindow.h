@@ -10,6 +10,7 @@
 
 #include "library/LibraryEditor.h"
 #include "library/screens/CardPage.h"
+#include "library/screens/ImportPane.h"
 #include "library/screens/MusicListFiller.h"
 #include "ui/Questions.h"
 #include "ui/Window.h"
@@ -25,7 +26,9 @@ namespace zemo {
 class CardListPane;
 class HourPipPage;
 class HoursFrame;
+class MarkerPane;
 class SpreadsheetWriter;
+class Waveforms;
 
 inline constexpr int kWidthOfBoth =
     1280;  // of the window, from which the list stands beside the card
@@ -38,23 +41,32 @@ struct LibrarySources {
                      const std::vector<std::string>& known, TakeFiles take)>
       chooseFiles;
   SpreadsheetWriter* spreadsheets = nullptr;  // none: nothing is exported
-  Questions questions;                        // with a dialogue of the system by default
+  ImportSources import;
+  Waveforms* waveforms = nullptr;  // none: no waveform is drawn
+  Questions questions;             // with a dialogue of the system by default
 };
 
 // Modeless beside the air. While a routine works that yields, its controls are barred, and who
-// closes it waits for the routine's end. Thread: the logic's. The station outlives it.
+// closes it waits for the routine's end. Sound files and folders that are dropped on it are
+// imported as cards of the tab that is shown; who closes it meanwhile is asked whether to stop
+// that. Thread: the logic's. The station outlives it.
 class LibraryWindow : public Window {
  public:
   LibraryWindow(Station& station, LibrarySources sources);
   void Open();                    // nothing while the menus are locked
   void OpenOnCard(int32_t code);  // of the music; while a routine works it only comes forward
-  bool LeaveNow();                // false while a routine works: it closes at its end
+  // Stops an import. False while a routine works: it closes at its end.
+  bool LeaveNow();
   bool IsOpen() const { return editor_.open; }
   const LibraryEditor& Editor() const { return editor_; }
 
  protected:
   void ArrangeParts(double unit) override;
+  bool MayLeave() override;
   void Left() override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
@@ -84,6 +96,7 @@ class LibraryWindow : public Window {
   void ShowMenus();
   void ShowNavigation();
   void ShowLists();
+  void ShowMarkers();
   void FillList();
   void FillListOfMusic();
   CardList* ListOfTab();
@@ -96,6 +109,10 @@ class LibraryWindow : public Window {
   void Export();
   void ResetDates();
   void GiveToSelected();
+
+  bool TakesDrops() const;
+  void ChooseFolder();
+  void ShowImported(LibraryTab kind);
 
   LibrarySources sources_;
   LibraryEditor editor_;
@@ -113,12 +130,14 @@ class LibraryWindow : public Window {
   std::array<CardListPane*, kCardTabs> cardLists_{};
   HourPipPage* pips_ = nullptr;
   HoursFrame* hours_ = nullptr;
-  QWidget* navigation_ = nullptr;
+  MarkerPane* markers_ = nullptr;
+  QWidget *column_ = nullptr, *navigation_ = nullptr;
+  ImportPane* import_ = nullptr;
   QSlider* Slider1 = nullptr;
   std::array<QLabel*, kCardTabs> info_{};
   std::array<QRadioButton*, 6> OptionTri{};
   QAction *Nouveau_, *Ajouter_, *Replacer_, *MnuDelete_, *MnuListe_, *MnuImp_, *MnuExporter_,
-      *MnuTxt_, *MnuGive_, *MnuInitDate_;
+      *MnuTxt_, *MnuGive_, *MnuInitDate_, *MnuImport_;
 };
 
 }  // namespace zemo

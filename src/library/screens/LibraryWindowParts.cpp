@@ -23,6 +23,7 @@
 #include "library/screens/HoursFrame.h"
 #include "library/screens/JinglePage.h"
 #include "library/screens/LibraryWindow.h"
+#include "library/screens/MarkerPane.h"
 #include "library/screens/MusicPage.h"
 #include "library/screens/ShortElementPage.h"
 #include "platform/Desktop.h"
@@ -103,6 +104,7 @@ void LibraryWindow::MakeMenus() {
   MnuExporter_ = AddMenu(options, "MnuExporter", [this] { Export(); });
   MnuTxt_ = AddMenu(options, "MnuTxt", [this] { Work(Doing(Library::MnuTxt_Click)); });
   MnuGive_ = AddMenu(options, "MnuGive", [this] { GiveToSelected(); });
+  MnuImport_ = AddMenu(options, "MnuImport", [this] { ChooseFolder(); });
   options->addSeparator();
   MnuInitDate_ = AddMenu(options, "MnuInitDate", [this] { ResetDates(); });
   AddMenu(bar, "MnuAide", [this] {
@@ -216,7 +218,8 @@ CardListPane* LibraryWindow::AddList(const char* name, const char* search) {
 }
 
 void LibraryWindow::MakeLists() {
-  lists_ = new QStackedWidget(body_);
+  column_ = new QWidget(body_);
+  lists_ = new QStackedWidget(column_);
   cardLists_[0] = AddList("CadreDisco", "RechDisco");
   cardLists_[1] = AddList("CadreJingles", "RechJingles");
   cardLists_[2] = AddList("CadreAutre", "RechAutre");
@@ -227,6 +230,13 @@ void LibraryWindow::MakeLists() {
 }
 
 void LibraryWindow::MakeFrame() {
+  markers_ = new MarkerPane(
+      station_, editor_, sources_.waveforms, Texts(), [this] { cardPages_[0]->ShowCard(); },
+      column_);
+  auto* column = new QVBoxLayout(column_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(lists_, 1);
+  column->addWidget(markers_);
   auto* card = new QVBoxLayout(card_);
   card->setContentsMargins(0, 0, 0, 0);
   card->addWidget(pages_, 1);
@@ -238,14 +248,22 @@ void LibraryWindow::MakeFrame() {
   top->addWidget(sort_);
   auto* both = new QHBoxLayout;
   both->setSpacing(10);
-  for (QWidget* part : {card_, static_cast<QWidget*>(lists_)})
+  for (QWidget* part : {card_, column_})
     part->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   both->addWidget(card_, kCardShare);
-  both->addWidget(lists_, kListShare);
+  both->addWidget(column_, kListShare);
   auto* layout = new QVBoxLayout(body_);
   layout->setContentsMargins(8, 4, 8, 8);
   layout->addLayout(top);
   layout->addLayout(both, 1);
+  import_ = new ImportPane(station_, sources_.import, Texts(),
+                           {[this] { return editor_.open && !barred_; },
+                            [this](LibraryTab kind) { ShowImported(kind); }},
+                           body_);
+  layout->addWidget(import_);
+  setAcceptDrops(true);
+  // Over a box, too, files are dropped on the window: its text they are not.
+  for (QLineEdit* box : findChildren<QLineEdit*>()) box->setAcceptDrops(false);
 }
 
 // --- showing ---
@@ -268,6 +286,7 @@ void LibraryWindow::ShowAll() {
   ShowMenus();
   ShowNavigation();
   ShowLists();
+  ShowMarkers();
   FillList();
 }
 
@@ -277,6 +296,7 @@ void LibraryWindow::ShowMenus() {
   for (QAction* entry : {MnuListe_, MnuImp_, MnuExporter_, MnuTxt_, MnuInitDate_})
     entry->setEnabled(music);
   MnuGive_->setEnabled(music && ShownWithOthers(editor_));
+  MnuImport_->setEnabled(cards && import_->CanBegin());
   Replacer_->setEnabled(editor_.ReplacerEnabled);
   MnuDelete_->setEnabled(editor_.MnuDeleteEnabled);
   sort_->setVisible(music);
@@ -305,11 +325,22 @@ void LibraryWindow::ShowLists() {
   const CardList* list = ListOfTab();
   const bool shown = list && (wide_ || list->visible);
   if (list) lists_->setCurrentIndex(static_cast<int>(editor_.Tab()));
-  lists_->setVisible(shown);
+  column_->setVisible(shown);
   card_->setVisible(wide_ || !shown);
   if (!shown) return;
   cardLists_[editor_.Tab()]->ShowBack(!wide_);
   cardLists_[editor_.Tab()]->ShowRows(editor_.Code());
+}
+
+// The sound of the card stands below the list, or where that is in the card's place below the card.
+void LibraryWindow::ShowMarkers() {
+  QWidget& room = wide_ ? *column_ : *card_;
+  if (markers_->parentWidget() != &room) {
+    auto* rows = static_cast<QVBoxLayout*>(room.layout());
+    rows->insertWidget(1, markers_);
+    Arrange();
+  }
+  markers_->setVisible(editor_.TabStrip1 == LibraryTab::kMusic);
 }
 
 }  // namespace zemo

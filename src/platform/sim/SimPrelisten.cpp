@@ -54,6 +54,7 @@ void SimPrelisten::Stop() {
   if (state_ == State::kClosed) return;
   const bool heard = state_ != State::kOpen;
   StandAt(State::kOpen, 0);
+  next_.reset();
   if (heard) Tell("stop");
 }
 
@@ -62,6 +63,14 @@ void SimPrelisten::Close() {
   StandAt(State::kClosed, 0);
   file_.clear();
   lengthMs_ = 0;
+}
+
+void SimPrelisten::Follow(const Following& following) {
+  if (state_ != State::kOpen && state_ != State::kPaused) return;
+  next_.reset();
+  const int64_t frames = opener_.Open(following.path)->LengthFrames();
+  if (frames <= 0) throw SoundError(following.path + ": holds nothing to play");
+  next_ = Next{following.path, static_cast<int32_t>(FramesToMs(frames)), following.atMs};
 }
 
 int32_t SimPrelisten::PositionMs() const {
@@ -78,8 +87,18 @@ void SimPrelisten::SetPositionMs(int32_t ms) {
 void SimPrelisten::Play() {
   state_ = State::kPlaying;
   begunMs_ = clock_.MonotonicMs();
-  atEnd_ = loop_.MakeTimer(lengthMs_ - fromMs_, [this] { OnFileEnd(); });
+  const int32_t untilMs = next_ ? std::clamp(next_->atMs, fromMs_, lengthMs_) : lengthMs_;
+  atEnd_ = loop_.MakeTimer(untilMs - fromMs_, [this] { next_ ? BringNextIn() : OnFileEnd(); });
   atEnd_->SetEnabled(true);
+}
+
+void SimPrelisten::BringNextIn() {
+  file_ = next_->file;
+  lengthMs_ = next_->lengthMs;
+  next_.reset();
+  StandAt(State::kPlaying, 0);
+  Play();
+  Tell("play");
 }
 
 void SimPrelisten::StandAt(State state, int32_t ms) {

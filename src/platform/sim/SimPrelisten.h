@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/Prelisten.h"
@@ -36,6 +37,7 @@ class SimPrelisten final : public Prelisten {
   void Restart() override;
   void Stop() override;
   void Close() override;
+  void Follow(const Following& following) override;
   State PlayerState() const override { return state_; }
   const std::string& FileName() const override { return file_; }
   int32_t LengthMs() const override { return lengthMs_; }
@@ -48,6 +50,7 @@ class SimPrelisten final : public Prelisten {
   void Play();
   void StandAt(State state, int32_t ms);
   void OnFileEnd();
+  void BringNextIn();
   void Tell(const char* state) const;
 
   EventLoop& loop_;
@@ -58,6 +61,11 @@ class SimPrelisten final : public Prelisten {
   int device_ = -1;
   std::string file_;
   int32_t lengthMs_ = 0;
+  struct Next {
+    std::string file;
+    int32_t lengthMs = 0, atMs = 0;
+  };
+  std::optional<Next> next_;          // comes in over the file
   int32_t fromMs_ = 0;                // position where it stands, or began to play
   int64_t begunMs_ = 0;               // while it plays: when it began, monotonic
   std::unique_ptr<LoopTimer> atEnd_;  // while it plays

@@ -81,6 +81,9 @@ QRect OnScreen(const QWidget& widget, const QWidget& window) {
 class Song : public Waveforms {
  public:
   std::shared_ptr<const WavePeaks> PeaksOf(const std::string&) override { return shape_; }
+  std::shared_ptr<const WavePart> PartOf(const std::string&, int64_t, int64_t, size_t) override {
+    return nullptr;
+  }
 
  private:
   static std::shared_ptr<const WavePeaks> Shape() {

@@ -13,7 +13,9 @@
 #include <QStyleOptionComboBox>
 #include <QTabBar>
 
+#include "library/screens/MarkerPane.h"
 #include "library/screens/tests/LibraryWindowFixture.h"
+#include "store/SoundMeasuresTable.h"
 
 namespace zemo::test {
 namespace {
@@ -97,6 +99,7 @@ class LibrarySweep : public LibraryScreenTest, public testing::WithParamInterfac
     on.Sql(
         "UPDATE Discotheque SET DIFFUSION01 = '21/11/2026 à 20:08', DIFFUSION08 = '20/11/2026 à "
         "20:08', LASTDIFF = 46347.5, TRANCHE01 = '000000111111111111111100', MMJJDebut = '1224'");
+    MeasureFirst();
     for (const char* label : {"Top of the morning", "News ahead", "The station in the evening"}) {
       AddJingle(label);
       AddShortElement(label);
@@ -104,6 +107,20 @@ class LibrarySweep : public LibraryScreenTest, public testing::WithParamInterfac
     on.Sql("UPDATE DiscothequeJingle SET CODEASSOCIE = 2, SURIMPRESSION = -1, LASTDIFF = 46347.5");
     on.Sql("UPDATE DiscothequeVirgule SET TOUCHE = 4");
     on.Sql("UPDATE Toph SET FICHIER = '/sounds/pips/pip-of-the-hour.wav'");
+  }
+
+  // The first title has every mark there is, and what was measured of it.
+  void MeasureFirst() {
+    on.MakeFile("title1.mar", "90000,105000\r\n");
+    const std::string file = on.stationDir.Path() + "/title1.wav";
+    SoundMeasures measures;
+    measures.lengthMs = 188000;
+    measures.soundBeginMs = 2000;
+    measures.soundEndMs = 181000;
+    measures.exitMs = 16000;
+    StoreMeasures(on.station.base, file, on.station.platform.soundFiles.Stamp(file).value(),
+                  measures);
+    shapes.lengthFrames = MsToFrames(188000);
   }
 
   void CheckTable(const char* name, const std::string& where) {
@@ -161,6 +178,7 @@ TEST_P(LibrarySweep, NothingIsCutAndNothingOverlapsOnAnyTab) {
     ASSERT_EQ(window->size(), QSize(size.width, size.height));
     for (int tab = 1; tab <= 4; ++tab) {
       Tab(tab);
+      static_cast<MarkerPane*>(Find("CadreOnde"))->Look();
       const std::string where = std::string("library-") + kLanguageNames[langue] + "-" +
                                 std::to_string(size.width) + "-" + std::to_string(tab);
       CheckAll(*window, where);

@@ -12,9 +12,28 @@
 
 namespace zemo::test {
 
+std::shared_ptr<const WavePeaks> SongShapes::PeaksOf(const std::string&) {
+  if (whole_) return whole_;
+  auto peaks = std::make_shared<WavePeaks>(kWavePeaks);
+  for (size_t i = 0; i < kWavePeaks; ++i)
+    (*peaks)[i] = static_cast<uint8_t>((i < kWavePeaks / 2 ? 90 : 190) + i * 7919 % 45);
+  return whole_ = peaks;
+}
+
+std::shared_ptr<const WavePart> SongShapes::PartOf(const std::string&, int64_t fromFrame,
+                                                   int64_t toFrame, size_t most) {
+  wished = {fromFrame, toFrame, most};
+  if (!parts) return nullptr;
+  if (!part_ || part_->fromFrame != fromFrame || part_->toFrame != toFrame)
+    part_ = std::make_shared<WavePart>(
+        WavePart{lengthFrames, fromFrame, toFrame, WavePeaks(most, uint8_t{120})});
+  return part_;
+}
+
 void LibraryScreenTest::SetUp() {
   on.Load();
   sources.spreadsheets = &sheets;
+  sources.waveforms = &shapes;
   sources.questions.choosePrinter = [](QWidget*, QPrinter&) { return false; };
 }
 

@@ -13,6 +13,7 @@
 
 #include "library/screens/LibraryWindow.h"
 #include "platform/Spreadsheet.h"
+#include "platform/Waveforms.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -28,6 +29,24 @@ class KeptSheet : public SpreadsheetWriter {
     path = to;
     sheet = written;
   }
+};
+
+// A song's shape, of any file: loud from its middle on. `lengthFrames` is what the file tells.
+class SongShapes : public Waveforms {
+ public:
+  int64_t lengthFrames = 0;
+  bool parts = true;  // that are asked for are read
+  struct Wish {
+    int64_t fromFrame = 0, toFrame = 0;
+    size_t most = 0;
+  } wished;
+  std::shared_ptr<const WavePeaks> PeaksOf(const std::string& path) override;
+  std::shared_ptr<const WavePart> PartOf(const std::string& path, int64_t fromFrame,
+                                         int64_t toFrame, size_t most) override;
+
+ private:
+  std::shared_ptr<const WavePeaks> whole_;
+  std::shared_ptr<const WavePart> part_;
 };
 
 class LibraryScreenTest : public testing::Test {
@@ -69,6 +88,7 @@ class LibraryScreenTest : public testing::Test {
 
   TestStation on;
   KeptSheet sheets;
+  SongShapes shapes;
   LibrarySources sources;
   std::unique_ptr<LibraryWindow> window;
 };

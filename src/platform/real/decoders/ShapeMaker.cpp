@@ -9,23 +9,19 @@
 
 namespace zemo {
 
-namespace {
-
-constexpr auto kStretches = static_cast<int64_t>(kWavePeaks);
-
-}  // namespace
-
-ShapeMaker::ShapeMaker(int64_t lengthFrames)
-    : length_(std::max<int64_t>(1, lengthFrames)), peaks_(kWavePeaks, 0) {
+ShapeMaker::ShapeMaker(int64_t lengthFrames, size_t stretches)
+    : length_(std::max<int64_t>(1, lengthFrames)),
+      stretches_(static_cast<int64_t>(stretches)),
+      peaks_(stretches, 0) {
   EnterStretch();
 }
 
 // Where a file has fewer frames than stretches, some are passed over.
 void ShapeMaker::EnterStretch() {
-  const int64_t stretch = std::min(frame_ * kStretches / length_, kStretches - 1);
+  const int64_t stretch = std::min(frame_ * stretches_ / length_, stretches_ - 1);
   stretch_ = static_cast<size_t>(stretch);
-  stretchEnd_ = stretch == kStretches - 1 ? std::numeric_limits<int64_t>::max()
-                                          : ((stretch + 1) * length_ + kStretches - 1) / kStretches;
+  stretchEnd_ = stretch == stretches_ - 1 ? std::numeric_limits<int64_t>::max()
+                                          : ((stretch + 1) * length_ + stretches_ - 1) / stretches_;
 }
 
 void ShapeMaker::Add(const float* stereo, int frames) {

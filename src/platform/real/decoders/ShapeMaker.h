@@ -10,7 +10,8 @@ namespace zemo {
 // One thread at a time.
 class ShapeMaker {
  public:
-  explicit ShapeMaker(int64_t lengthFrames);  // of the whole file
+  // Frames and stretches of the whole.
+  explicit ShapeMaker(int64_t lengthFrames, size_t stretches = kWavePeaks);
 
   // The frames that follow the ones before; those behind the length count to the last stretch.
   void Add(const float* stereo, int frames);
@@ -21,7 +22,7 @@ class ShapeMaker {
  private:
   void EnterStretch();
 
-  int64_t length_;
+  int64_t length_, stretches_;
   int64_t frame_ = 0;  // the next one
   size_t stretch_ = 0;
   int64_t stretchEnd_ = 0;  // its first frame that belongs to the next one

@@ -93,14 +93,32 @@ std::shared_ptr<const WavePeaks> WaveformReader::PeaksOf(const std::string& path
   return nullptr;
 }
 
+std::shared_ptr<const WavePart> WaveformReader::PartOf(const std::string& path, int64_t fromFrame,
+                                                       int64_t toFrame, size_t most) {
+  PartWish wish{path, std::max<int64_t>(0, fromFrame), toFrame, most};
+  const std::lock_guard lock(mutex_);
+  if (wish == part_) return read_;
+  part_ = std::move(wish);
+  partWanted_ = true;
+  read_ = nullptr;
+  wished_.notify_all();
+  return nullptr;
+}
+
 void WaveformReader::Run() {
   ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kLowestPriority);
   std::unique_lock lock(mutex_);
   while (true) {
-    wished_.wait(lock, [this] { return quit_ || !wishes_.empty(); });
+    wished_.wait(lock, [this] { return quit_ || partWanted_ || !wishes_.empty(); });
     if (quit_) return;
-    const std::string path = wishes_.back();
+    const bool part = partWanted_;
+    const std::string path = part ? std::string() : wishes_.back();
     lock.unlock();
+    if (part) {
+      ServePart();
+      lock.lock();
+      continue;
+    }
     Peaks peaks = Find(path);
     lock.lock();
     if (quit_) return;
@@ -129,14 +147,57 @@ WaveformReader::Peaks WaveformReader::Decode(const std::string& path) {
     std::vector<float> block(static_cast<size_t>(kBlockFrames) * kChannels);
     while (const int read = source->Read(block.data(), kBlockFrames)) {
       shape.Add(block.data(), read);
-      const std::lock_guard lock(mutex_);
+      std::unique_lock lock(mutex_);
       if (quit_) return std::make_shared<WavePeaks>();
+      if (!partWanted_) continue;
+      lock.unlock();
+      ServePart();
     }
     *peaks = shape.Peaks();
   } catch (const std::exception&) {
     peaks->clear();
   }
   return peaks;
+}
+
+// A part is read ahead of whole shapes, and in the middle of one: an operator waits for it.
+void WaveformReader::ServePart() {
+  std::unique_lock lock(mutex_);
+  const PartWish wish = part_;
+  lock.unlock();
+  auto part = std::make_shared<WavePart>();
+  try {
+    *part = ReadPart(wish);
+  } catch (const std::exception&) {
+    *part = {.lengthFrames = 0, .fromFrame = wish.fromFrame, .toFrame = wish.toFrame, .peaks = {}};
+  }
+  lock.lock();
+  if (wish != part_) return;
+  read_ = std::move(part);
+  partWanted_ = false;
+}
+
+WavePart WaveformReader::ReadPart(const PartWish& wish) {
+  const auto source = opener_->Open(wish.path);
+  const int64_t frames = std::max<int64_t>(0, wish.toFrame - wish.fromFrame);
+  const size_t stretches = std::min(wish.most, static_cast<size_t>(frames));
+  if (stretches == 0) return {source->LengthFrames(), wish.fromFrame, wish.toFrame, {}};
+  ShapeMaker shape(frames, stretches);
+  source->Seek(wish.fromFrame);
+  std::vector<float> block(static_cast<size_t>(kBlockFrames) * kChannels);
+  for (int64_t left = frames; left > 0 && !LeavesOff(wish);) {
+    const int read =
+        source->Read(block.data(), static_cast<int>(std::min<int64_t>(left, kBlockFrames)));
+    if (read == 0) break;
+    shape.Add(block.data(), read);
+    left -= read;
+  }
+  return {source->LengthFrames(), wish.fromFrame, wish.toFrame, shape.Peaks()};
+}
+
+bool WaveformReader::LeavesOff(const PartWish& wish) {
+  const std::lock_guard lock(mutex_);
+  return quit_ || wish != part_;
 }
 
 }  // namespace zemo

@@ -25,12 +25,23 @@ class WaveformReader : public Waveforms {
   ~WaveformReader() override;  // leaves off in the middle of a file
 
   std::shared_ptr<const WavePeaks> PeaksOf(const std::string& path) override;
+  std::shared_ptr<const WavePart> PartOf(const std::string& path, int64_t fromFrame,
+                                         int64_t toFrame, size_t most) override;
 
  private:
   using Peaks = std::shared_ptr<const WavePeaks>;
+  struct PartWish {
+    std::string path;
+    int64_t fromFrame = 0, toFrame = 0;
+    size_t most = 0;
+    bool operator==(const PartWish&) const = default;
+  };
   void Run();
   Peaks Find(const std::string& path);
   Peaks Decode(const std::string& path);
+  void ServePart();
+  WavePart ReadPart(const PartWish& wish);
+  bool LeavesOff(const PartWish& wish);
 
   std::unique_ptr<SoundOpener> opener_;
   std::string folder_;
@@ -38,6 +49,9 @@ class WaveformReader : public Waveforms {
   std::condition_variable wished_;
   std::deque<std::string> wishes_;  // the newest last
   std::unordered_map<std::string, Peaks> known_;
+  PartWish part_;                           // the one asked for last
+  bool partWanted_ = false;                 // it is not read yet
+  std::shared_ptr<const WavePart> read_{};  // `part_`, once it is
   bool quit_ = false;
   std::thread thread_;  // last: it uses all the others
 };

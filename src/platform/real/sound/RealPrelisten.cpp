@@ -60,7 +60,18 @@ void RealPrelisten::Open(const std::string& path) {
   if (frames <= 0) throw SoundError(file + ": holds nothing to play");
   file_ = std::move(file);
   lengthMs_ = static_cast<int32_t>(FramesToMs(frames));
+  gain_ = 1;
   state_ = State::kOpen;
+}
+
+void RealPrelisten::Follow(const Following& following) {
+  if (state_ != State::kOpen && state_ != State::kPaused) return;
+  next_.reset();
+  const int64_t frames = opener_.Open(following.path)->LengthFrames();
+  if (frames <= 0) throw SoundError(following.path + ": holds nothing to play");
+  gain_ = following.openGain;
+  next_ = Next{following.path, static_cast<int32_t>(FramesToMs(frames)), following.atMs,
+               following.fadeMs, following.gain};
 }
 
 void RealPrelisten::Start() {
@@ -83,11 +94,16 @@ void RealPrelisten::Stop() {
   Silence();
   state_ = State::kOpen;
   fromMs_ = 0;
+  next_.reset();
 }
 
 void RealPrelisten::Close() {
   Stop();
-  if (chain_ != nullptr) chain_->SetFileName(0, "");
+  if (chain_ != nullptr) {
+    chain_->SetFileName(0, "");
+    chain_->SetFileName(1, "");
+  }
+  slot_ = 0;
   state_ = State::kClosed;
   file_.clear();
   lengthMs_ = 0;
@@ -95,7 +111,7 @@ void RealPrelisten::Close() {
 
 int32_t RealPrelisten::PositionMs() const {
   if (state_ != State::kPlaying) return fromMs_;
-  return std::min(fromMs_ + HeardMs(), lengthMs_);
+  return std::clamp(fromMs_ + HeardMs(), 0, lengthMs_);
 }
 
 void RealPrelisten::SetPositionMs(int32_t ms) {
@@ -122,9 +138,9 @@ Prelisten::Levels RealPrelisten::HeardLevels() const {
 
 void RealPrelisten::Play() {
   TakeChain(deviceOf_(device_));
-  chain_->SetFileName(0, file_);
+  LoadSlots();
   PlayFrom(fromMs_);
-  if (fromMs_ < lengthMs_ && !chain_->Sounds(0)) {
+  if (fromMs_ < lengthMs_ && !chain_->Sounds(slot_)) {
     Silence();
     throw SoundError(file_ + ": cannot be read");
   }
@@ -147,20 +163,30 @@ void RealPrelisten::TakeChain(WishedDevice wished) {
   chain_->SetOutputBuffers(kBufferBytes, kBuffers);
 }
 
+void RealPrelisten::LoadSlots() {
+  chain_->SetFileName(slot_, file_);
+  chain_->SetGain(slot_, gain_);
+  chain_->SetFileName(1 - slot_, next_ ? next_->file : "");
+  if (next_) chain_->SetGain(1 - slot_, next_->gain);
+}
+
 // What the output ring still holds is given up.
 void RealPrelisten::PlayFrom(int32_t ms) {
   chain_->Stop();
-  chain_->SetPosition(0, ms);
-  chain_->SetChannelDone(0, false);
+  chain_->SetPosition(slot_, ms);
+  chain_->SetPosition(1 - slot_, 0);
+  chain_->SetChannelDone(slot_, false);
   chain_->Start();
   ++playing_;
   fromMs_ = ms;
   endMs_ = -1;
+  nextAtMs_ = -1;
   levels_.clear();
 }
 
 void RealPrelisten::Silence() {
   ++playing_;
+  nextAtMs_ = -1;
   levels_.clear();
   if (chain_ != nullptr) chain_->Close();
 }
@@ -170,11 +196,18 @@ int32_t RealPrelisten::HeardMs() const {
   return std::max(0, chain_->GivenMs() - chain_->DelayMs());
 }
 
+// As HeardMs, of what is on its way there.
+int32_t RealPrelisten::MixedMs() const {
+  if (nextAtMs_ >= 0) return nextAtMs_ + chain_->Position(1 - slot_);
+  return chain_->Position(slot_) - fromMs_;
+}
+
 void RealPrelisten::Poll() {
   Reap();
   if (chain_ == nullptr) return;
   chain_->Poll();
   if (state_ != State::kPlaying || ending_ == playing_) return;
+  BringNextIn();
   NoteLevels();
   WatchEnd();
 }
@@ -185,10 +218,34 @@ void RealPrelisten::Reap() {
   if (chain_ != nullptr && state_ == State::kClosed && chain_->Rests()) chain_.reset();
 }
 
+// It is mixed over the end of the file first, and is the file that plays once it is heard.
+void RealPrelisten::BringNextIn() {
+  if (next_ && nextAtMs_ < 0) BeginNext();
+  if (!next_ || nextAtMs_ < 0 || HeardMs() < nextAtMs_) return;
+  slot_ = 1 - slot_;
+  file_ = std::move(next_->file);
+  lengthMs_ = next_->lengthMs;
+  gain_ = next_->gain;
+  fromMs_ = -nextAtMs_;
+  nextAtMs_ = -1;
+  next_.reset();
+}
+
+void RealPrelisten::BeginNext() {
+  const bool sounds = chain_->Sounds(slot_);
+  if (sounds && chain_->Position(slot_) < next_->atMs) return;
+  // A file that is cut short stands at its end, which was never mixed.
+  const int32_t atMs = sounds ? MixedMs() : std::min(MixedMs(), chain_->GivenMs() + kRingMs);
+  chain_->SetChannelDone(1 - slot_, false);
+  if (!chain_->Sounds(1 - slot_)) return next_.reset();
+  if (next_->fadeMs) chain_->FadeOut(slot_, *next_->fadeMs);
+  nextAtMs_ = atMs;
+}
+
 void RealPrelisten::NoteLevels() {
   const int32_t oldest = HeardMs() - kLevelMs;
   while (!levels_.empty() && levels_.front().atMs < oldest) levels_.pop_front();
-  const int32_t mixed = chain_->Position(0) - fromMs_;
+  const int32_t mixed = MixedMs();
   if (!levels_.empty() && levels_.back().atMs == mixed) return;
   const SoundHealth health = chain_->TakeHealth();
   levels_.push_back({mixed, {health.peakLeft, health.peakRight}});
@@ -199,7 +256,7 @@ void RealPrelisten::WatchEnd() {
   const DeviceThread::State device = chain_->DeviceState();
   if (device == DeviceThread::State::kRunning) playedAt_ = now;
   // A file that is cut short has an end that its length does not tell: behind what the ring holds.
-  if (endMs_ < 0 && !chain_->Sounds(0))
+  if (endMs_ < 0 && !next_ && !chain_->Sounds(slot_))
     endMs_ = std::min(lengthMs_ - fromMs_, chain_->GivenMs() + kRingMs);
   if (endMs_ >= 0 && HeardMs() >= endMs_)
     EndLater(false);

@@ -7,6 +7,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,7 @@ class RealPrelisten final : public Prelisten {
   void Restart() override;
   void Stop() override;
   void Close() override;
+  void Follow(const Following& following) override;
   State PlayerState() const override { return state_; }
   const std::string& FileName() const override { return file_; }
   int32_t LengthMs() const override { return lengthMs_; }
@@ -63,16 +65,26 @@ class RealPrelisten final : public Prelisten {
     int32_t atMs = 0;
     Levels levels;
   };
+  struct Next {
+    std::string file;
+    int32_t lengthMs = 0, atMs = 0;
+    std::optional<int32_t> fadeMs;
+    double gain = 1;
+  };
 
   void Play();
   void TakeChain(WishedDevice wished);
+  void LoadSlots();
   void PlayFrom(int32_t ms);
   void Silence();
   void Reap();
+  void BringNextIn();
+  void BeginNext();
   void NoteLevels();
   void WatchEnd();
   void EndLater(bool lost);
   int32_t HeardMs() const;
+  int32_t MixedMs() const;
 
   EventLoop& loop_;
   SoundOpener& opener_;
@@ -83,7 +95,12 @@ class RealPrelisten final : public Prelisten {
   int device_ = -1;
   std::string file_;
   int32_t lengthMs_ = 0;
-  int32_t fromMs_ = 0;  // position where it stands, or began to play
+  // Position where it stands, or at the output's start; below 0 for one that came in later.
+  int32_t fromMs_ = 0;
+  int slot_ = 0;              // of the file; the next one has the other
+  double gain_ = 1;           // of the file
+  std::optional<Next> next_;  // until it is heard
+  int32_t nextAtMs_ = -1;     // HeardMs at its begin, once it is mixed
 
   std::unique_ptr<RealSoundChain> chain_;
   int chainDevice_ = -1;                                  // that it plays on

@@ -224,6 +224,64 @@ TEST_F(SimPrelistenTest, ADeviceIsTakenWhileItIsClosedOnly) {
   EXPECT_EQ(player_.Device(), 2);
 }
 
+TEST_F(SimPrelistenTest, AFileThatFollowsComesInAtItsPositionAndIsTheOneThatEnds) {
+  player_.Open("a");
+  player_.SetPositionMs(3000);
+  player_.Follow({.path = "b", .atMs = 8000});
+  player_.Start();
+  loop_.RunUntil(4999);
+  EXPECT_EQ(player_.FileName(), "a");
+  EXPECT_EQ(player_.PositionMs(), 7999);
+  loop_.RunUntil(5500);
+  EXPECT_EQ(player_.FileName(), "b");
+  EXPECT_EQ(player_.LengthMs(), 2000);
+  EXPECT_EQ(player_.PositionMs(), 500);
+  loop_.RunUntil(60000);
+  EXPECT_EQ(ends_, std::vector<int64_t>{7000});
+  EXPECT_EQ(Told(), (Lines{"play a 1", "play b 1", "end b 1"}));
+}
+
+TEST_F(SimPrelistenTest, WhatFollowsIsKeptOverAPauseAndForgottenByStop) {
+  player_.Open("a");
+  player_.Follow({.path = "b", .atMs = 8000});
+  player_.Start();
+  loop_.RunUntil(1000);
+  player_.Pause();
+  loop_.RunUntil(20000);
+  player_.Restart();
+  loop_.RunUntil(27500);
+  EXPECT_EQ(player_.FileName(), "b");
+  EXPECT_EQ(player_.PositionMs(), 500);
+
+  player_.Open("a");
+  player_.Follow({.path = "b", .atMs = 8000});
+  player_.Start();
+  player_.Stop();
+  player_.Start();
+  loop_.RunUntil(36500);
+  EXPECT_EQ(player_.FileName(), "a");
+}
+
+TEST_F(SimPrelistenTest, BehindTheEndOfTheFileTheNextBeginsAtItsEnd) {
+  player_.Open("b");
+  player_.Follow({.path = "a", .atMs = 99999});
+  player_.Start();
+  loop_.RunUntil(2100);
+  EXPECT_EQ(player_.FileName(), "a");
+  EXPECT_EQ(player_.PositionMs(), 100);
+}
+
+TEST_F(SimPrelistenTest, WhatCannotBeOpenedDoesNotFollow) {
+  player_.Follow({.path = "b", .atMs = 1});  // closed: nothing for it to follow
+  player_.Open("a");
+  EXPECT_THROW(player_.Follow({.path = "nothing", .atMs = 100}), SoundError);
+  EXPECT_THROW(player_.Follow({.path = "empty", .atMs = 100}), SoundError);
+  player_.Start();
+  player_.Follow({.path = "b", .atMs = 100});  // while it plays
+  loop_.RunUntil(5000);
+  EXPECT_EQ(player_.FileName(), "a");
+}
+
 TEST_F(SimPrelistenTest, APlayerThatGoesWhilePlayingEndsNothing) {
   {
     SimPrelisten other(loop_, loop_, opener_);

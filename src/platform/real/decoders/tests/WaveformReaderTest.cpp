@@ -71,6 +71,15 @@ class Shapes : public testing::Test {
     }
     return nullptr;
   }
+  std::shared_ptr<const WavePart> Part(WaveformReader& reader, const std::string& name,
+                                       int64_t from, int64_t to, size_t most) {
+    const auto bound = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (std::chrono::steady_clock::now() < bound) {
+      if (auto part = reader.PartOf((root_ / name).string(), from, to, most)) return part;
+      std::this_thread::yield();  // another one reads
+    }
+    return nullptr;
+  }
   std::filesystem::path root_;
   std::atomic<int> opened_ = 0;
 };
@@ -111,6 +120,69 @@ TEST_F(Shapes, AFileThatCannotBeReadHasAnEmptyShapeAndNoneIsKept) {
   ASSERT_TRUE(gone);
   EXPECT_TRUE(gone->empty());
   EXPECT_FALSE(std::filesystem::exists(root_ / "Peaks"));
+}
+
+// Full scale begins with frame 44100.
+TEST_F(Shapes, APartIsReadFrameByFrameWhereItIsThatShort) {
+  const auto reader = Reader();
+  const auto part = Part(*reader, "loud.wav", 44096, 44104, 500);
+  ASSERT_TRUE(part);
+  EXPECT_EQ(part->lengthFrames, 88200);
+  EXPECT_EQ(part->fromFrame, 44096);
+  EXPECT_EQ(part->toFrame, 44104);
+  EXPECT_EQ(part->peaks, (WavePeaks{0, 0, 0, 0, 255, 255, 255, 255}));
+}
+
+TEST_F(Shapes, APartHoldsTheHighestLevelOfEachOfItsStretches) {
+  const auto reader = Reader();
+  const auto part = Part(*reader, "loud.wav", 22050, 66150, 4);  // 11025 frames each
+  ASSERT_TRUE(part);
+  EXPECT_EQ(part->peaks, (WavePeaks{0, 0, 255, 255}));
+  const auto behind = Part(*reader, "loud.wav", 88199, 88203, 4);
+  ASSERT_TRUE(behind);
+  EXPECT_EQ(behind->peaks, (WavePeaks{255, 0, 0, 0}));
+}
+
+TEST_F(Shapes, AnEmptyPartTellsTheLengthAndABadFileHasNone) {
+  const auto reader = Reader();
+  const auto length = Part(*reader, "loud.wav", 0, 0, 0);
+  ASSERT_TRUE(length);
+  EXPECT_EQ(length->lengthFrames, 88200);
+  EXPECT_TRUE(length->peaks.empty());
+  const auto bad = Part(*reader, "bad.wav", 0, 100, 10);
+  ASSERT_TRUE(bad);
+  EXPECT_EQ(bad->lengthFrames, 0);
+  EXPECT_TRUE(bad->peaks.empty());
+}
+
+TEST_F(Shapes, APartThatWasAskedForLastIsKeptAndReadOnce) {
+  const auto reader = Reader();
+  const auto part = Part(*reader, "loud.wav", 0, 100, 10);
+  EXPECT_EQ(Part(*reader, "loud.wav", 0, 100, 10), part);
+  EXPECT_EQ(opened_, 1);
+  EXPECT_TRUE(Read(*reader, "loud.wav"));
+  EXPECT_EQ(Part(*reader, "loud.wav", 0, 100, 10), part);
+  EXPECT_EQ(opened_, 2);
+}
+
+// A file without an end: its shape is never whole.
+TEST_F(Shapes, APartIsReadInTheMiddleOfAWholeShape) {
+  class Endless : public HalfLoud {
+   public:
+    int64_t LengthFrames() const override { return INT64_C(1) << 60; }
+  };
+  class EndlessOpener : public SoundOpener {
+   public:
+    std::unique_ptr<SoundSource> Open(const std::string&) override {
+      return std::make_unique<Endless>();
+    }
+  };
+  WaveformReader reader(std::make_unique<EndlessOpener>(), (root_ / "Peaks").string());
+  EXPECT_EQ(reader.PeaksOf((root_ / "loud.wav").string()), nullptr);
+  const auto part = Part(reader, "loud.wav", 44099, 44101, 2);
+  ASSERT_TRUE(part);
+  EXPECT_EQ(part->peaks, (WavePeaks{0, 255}));
+  EXPECT_EQ(reader.PeaksOf((root_ / "loud.wav").string()), nullptr);
 }
 
 TEST_F(Shapes, AFolderThatCannotBeWrittenCostsOnlyTheKeeping) {

@@ -198,6 +198,34 @@ TEST_P(PrelistenServers, ThePositionIsThatOfWhatIsRecorded) {
   EXPECT_NEAR(player_.PositionMs(), kSilentMs, 150);
 }
 
+// 3 s at 440 Hz that give way after 2 s, within half a second, to 2 s at 1000 Hz.
+TEST_P(PrelistenServers, TwoTitlesAreHeardAsTheyMeet) {
+  key_ = "two";
+  opener_.Add("leaves", testing::Sine(440.0, 0.25), 3 * kSampleRate);
+  opener_.Add("comes", testing::Sine(1000.0, 0.25), 2 * kSampleRate);
+  Recorder second("two", Path("second"), true);
+  player_.Open("leaves");
+  player_.Follow({.path = "comes", .atMs = 2000, .fadeMs = 500});
+  player_.Start();
+  ASSERT_TRUE(HeardAgain(second));
+  EXPECT_EQ(player_.FileName(), "leaves");
+  ASSERT_TRUE(Within(kBoundMs, [this] { return player_.FileName() == "comes"; }));
+  ASSERT_TRUE(Ended());
+  EXPECT_EQ(ends_, std::vector<bool>{false});
+  ASSERT_TRUE(SilentAgain(second));
+  second.End();
+  const std::vector<int16_t> left = second.Left();
+  const Heard heard = HeardIn(left);
+  EXPECT_NEAR(heard.last - heard.first, 4.0, 0.15);
+  EXPECT_LT(heard.longestGap, 0.020);
+  EXPECT_GT(heard.peak, kPrelistenPeak + kPrelistenPeak / 4) << "both sound at once";
+  const auto at = [&](double seconds) {
+    return static_cast<size_t>((heard.first + seconds) * kSampleRate);
+  };
+  EXPECT_NEAR(HertzOf(left, at(0.1), at(1.8)), 440.0, 2.0);
+  EXPECT_NEAR(HertzOf(left, at(2.7), at(3.8)), 1000.0, 2.0);
+}
+
 TEST_P(PrelistenServers, TheSettingsChooseItsDeviceWhichIsTakenWhileItIsClosed) {
   MachineDevices devices(nullptr, &player_);
   devices.OutputNames();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -305,6 +306,122 @@ TEST_F(RealPrelistenTest, AFileThatIsCutShortEndsWhereItsSoundDoes) {
   }));
   EXPECT_EQ(ends_, std::vector<bool>{false});
   EXPECT_EQ(Heard().size(), 4410u);
+}
+
+// Levels of 16 bits: a file of 8192 for a second, and one of 4096 for half of one.
+class RealPrelistenJoinTest : public RealPrelistenTest {
+ protected:
+  static constexpr int16_t kFirst = 8192, kSecond = 4096;
+  RealPrelistenJoinTest() {
+    opener_.Add("first", Constant(0.25f), kSampleRate);
+    opener_.Add("second", Constant(0.125f), kSampleRate / 2);
+  }
+  // ms that were heard at about that level, within a thousandth of full scale.
+  int HeardMsAt(int16_t level) {
+    const Samples heard = Heard();
+    return static_cast<int>(FramesToMs(std::count_if(
+        heard.begin(), heard.end(), [level](int16_t s) { return std::abs(s - level) < 33; })));
+  }
+};
+
+TEST_F(RealPrelistenJoinTest, ASecondFileIsHeardOverTheEndOfTheFirst) {
+  player_->Open("first");
+  player_->Follow({.path = "second", .atMs = 700});
+  player_->Start();
+  ASSERT_TRUE(Ended());
+  EXPECT_EQ(ends_, std::vector<bool>{false});
+  EXPECT_NEAR(HeardMsAt(kFirst), 700, kSlackMs);
+  EXPECT_NEAR(HeardMsAt(kFirst + kSecond), 300, kSlackMs);
+  EXPECT_NEAR(HeardMsAt(kSecond), 200, kSlackMs);
+  EXPECT_NEAR(FramesToMs(static_cast<int64_t>(Heard().size())), 1200, kSlackMs);
+}
+
+TEST_F(RealPrelistenJoinTest, TheFirstFadesFromWhereTheSecondBegins) {
+  player_->Open("first");
+  player_->Follow({.path = "second", .atMs = 600, .fadeMs = 200});
+  player_->Start();
+  ASSERT_TRUE(Ended());
+  EXPECT_NEAR(HeardMsAt(kFirst), 600, kSlackMs);
+  EXPECT_NEAR(HeardMsAt(kFirst + kSecond), 0, 20) << "it falls from the first frame on";
+  EXPECT_NEAR(HeardMsAt(kSecond), 300, kSlackMs);
+  EXPECT_NEAR(FramesToMs(static_cast<int64_t>(Heard().size())), 1100, kSlackMs);
+}
+
+TEST_F(RealPrelistenJoinTest, EachHasItsGain) {
+  player_->Open("first");
+  player_->Follow({.path = "second", .atMs = 700, .openGain = 0.5, .gain = 2});
+  player_->Start();
+  ASSERT_TRUE(Ended());
+  EXPECT_NEAR(HeardMsAt(kFirst / 2), 700, kSlackMs);
+  EXPECT_NEAR(HeardMsAt(kFirst / 2 + 2 * kSecond), 300, kSlackMs);
+  EXPECT_NEAR(HeardMsAt(2 * kSecond), 200, kSlackMs);
+}
+
+TEST_F(RealPrelistenJoinTest, ThePlayerIsAtTheSecondFileOnceThatIsHeard) {
+  opener_.Add(
+      "then", [](int64_t frame) { return static_cast<float>(1 + frame) / 32768.0f; }, kCounted);
+  opener_.Add("silence", Constant(0.0f), kSampleRate / 4);
+  player_->Open("silence");
+  player_->Follow({.path = "then", .atMs = 250});
+  player_->Start();
+  EXPECT_EQ(player_->FileName(), "silence");
+  EXPECT_EQ(player_->LengthMs(), 250);
+  ASSERT_TRUE(HeardWithin(8820));
+  EXPECT_EQ(player_->FileName(), "then");
+  EXPECT_EQ(player_->LengthMs(), kCountedMs);
+  EXPECT_NEAR(player_->PositionMs(), LastHeardMs(), kSlackMs);
+  EXPECT_GT(player_->HeardLevels().left, 0.1f);
+  ASSERT_TRUE(Ended());
+  const Samples heard = Heard();
+  EXPECT_EQ(heard.front(), 1);
+  EXPECT_EQ(heard.back(), kCounted);
+  EXPECT_NEAR(static_cast<double>(heard.size()), kCounted, MsToFrames(kSlackMs));
+}
+
+TEST_F(RealPrelistenJoinTest, PausedInTheSecondFileItGoesOnThere) {
+  player_->Open("first");
+  player_->Follow({.path = "level", .atMs = 200, .fadeMs = 100});
+  player_->Start();
+  ASSERT_TRUE(Within([this] { return player_->FileName() == "level"; }));
+  ASSERT_TRUE(Within([this] { return player_->PositionMs() > 200; }));
+  player_->Pause();
+  const int at = player_->PositionMs();
+  player_->Restart();
+  EXPECT_EQ(player_->FileName(), "level");
+  ASSERT_TRUE(Within([&] { return player_->PositionMs() > at + 100; }));
+  player_->SetPositionMs(59500);
+  ASSERT_TRUE(Ended());
+  EXPECT_EQ(player_->FileName(), "level");
+}
+
+TEST_F(RealPrelistenJoinTest, PausedAheadOfItTheSecondFileStillComesIn) {
+  player_->Open("level");
+  player_->Follow({.path = "second", .atMs = 500, .fadeMs = 50});
+  player_->Start();
+  ASSERT_TRUE(HeardWithin(4410));
+  player_->Pause();
+  player_->Restart();
+  ASSERT_TRUE(Ended());
+  EXPECT_EQ(player_->FileName(), "second");
+}
+
+TEST_F(RealPrelistenJoinTest, AFirstFileThatIsCutShortGivesWayWhereItsSoundEnds) {
+  player_->Open("dry");
+  player_->Follow({.path = "second", .atMs = 30000});
+  player_->Start();
+  ASSERT_TRUE(Ended());
+  EXPECT_EQ(player_->FileName(), "second");
+  EXPECT_EQ(HeardMsAt(kSecond), 500);
+}
+
+TEST_F(RealPrelistenJoinTest, ASecondFileThatIsGoneIsLeftOut) {
+  player_->Open("first");
+  EXPECT_THROW(player_->Follow({.path = "nothing", .atMs = 100}), SoundError);
+  EXPECT_THROW(player_->Follow({.path = "empty", .atMs = 100}), SoundError);
+  player_->Start();
+  ASSERT_TRUE(Ended());
+  EXPECT_EQ(player_->FileName(), "first");
+  EXPECT_EQ(Heard().size(), static_cast<size_t>(kSampleRate));
 }
 
 TEST_F(RealPrelistenTest, TheFileThatIsOpenCanBeOpenedAnew) {
