@@ -37,16 +37,17 @@ OutputTrial::~OutputTrial() {
   End();
 }
 
-bool OutputTrial::MayPlay(int output) const {
+bool OutputTrial::MayPlay(int output, int airOutput) const {
   const Prelisten* player = station_.platform.prelisten;
-  return player && player->PlayerState() == Prelisten::State::kClosed &&
-         !(station_.engine.IsRunning && station_.lists.AudioOutID == output);
+  const bool sounds = station_.Sound().State() == OutputState::kStarted;
+  const bool heard = sounds && (airOutput < 0 || airOutput == output);
+  return player && player->PlayerState() == Prelisten::State::kClosed && !heard;
 }
 
-TrialResult OutputTrial::Begin(int output) {
+TrialResult OutputTrial::Begin(int output, int airOutput) {
   End();
   if (output < 0) return TrialResult::kNone;
-  if (!MayPlay(output)) return TrialResult::kInUse;
+  if (!MayPlay(output, airOutput)) return TrialResult::kInUse;
   Prelisten& player = *station_.platform.prelisten;
   before_ = player.Device();
   try {

@@ -19,9 +19,9 @@ class OutputTrial {
   explicit OutputTrial(Station& station);
   ~OutputTrial();
 
-  // Plays on the output of that number, from 0. Not on the one that is on air, nor while the player
-  // is in use.
-  TrialResult Begin(int output);
+  // Plays on the output of that number, from 0. While the air sounds not on its own, `airOutput`,
+  // and on none where that is -1, not known; nor while the player is in use.
+  TrialResult Begin(int output, int airOutput);
   void End();
   bool Plays() const { return plays_; }
   const QString& TonePath() const { return tone_; }
@@ -31,7 +31,7 @@ class OutputTrial {
 
  private:
   void Poll();
-  bool MayPlay(int output) const;
+  bool MayPlay(int output, int airOutput) const;
 
   Station& station_;
   QTemporaryDir folder_;  // of the tone

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/Clock.h"
+#include "platform/SettingsDevices.h"
 #include "settings/SettingsControls.h"
 #include "settings/SettingsScreen.h"
 #include "settings/SettingsTexts.h"
@@ -26,8 +27,9 @@ namespace zemo {
 
 namespace {
 
-// What the program reads at its start alone.
-constexpr const char* kReadAtStart[] = {"Buffers", "NbrBuffers", "Langue"};
+// What the program reads at its start alone; an output is changed at once while it is closed.
+constexpr const char* kWaiting[] = {"Buffers", "NbrBuffers", "Langue", "PlayCombo",
+                                    "PlayPréecoute"};
 constexpr int kBgrByte = 8;
 constexpr int kLeastWidth = 800, kLeastHeight = 600;
 
@@ -74,13 +76,20 @@ bool SettingsWindow::IsOpen() const {
 
 // --- opening and closing ---
 
+// The sound systems are asked for their devices, which may take them a while.
 void SettingsWindow::Open() {
+  WhenFree([this] { OpenNow(); });
+}
+
+void SettingsWindow::OpenNow() {
   const bool wasOpen = IsOpen();
   Settings::MnuParametrage_Click(station_, *sources_.devices);
   if (!IsOpen()) return;
-  if (!wasOpen)
-    for (const char* name : kReadAtStart)
+  if (!wasOpen) {
+    for (const char* name : kWaiting)
       atOpening_[name] = ControlText(Screen(), *FindSettingsControl(name));
+    airOutput_ = Screen().PlayCombo;
+  }
   ShowAll();
   show();
   raise();
@@ -110,7 +119,21 @@ void SettingsWindow::Give(const SettingsControl& control, const std::string& val
   if (!IsOpen()) return;
   const bool taken = !SetControl(station_, *sources_.devices, control, value);
   ShowNote(control.name, taken ? QString() : WhyRefused(control, value));
-  if (taken) ShowAll();
+  if (taken) {
+    TakeOutput(control);
+    ShowAll();
+  }
+}
+
+// What was changed at once waits for nothing.
+void SettingsWindow::TakeOutput(const SettingsControl& control) {
+  if (control.in != StoredIn::kAudio) return;
+  const bool air = control.name == std::string_view("PlayCombo");
+  const bool open = air ? station_.Sound().State() == OutputState::kStarted
+                        : !sources_.devices->PrelistenClosed();
+  if (open) return;
+  atOpening_[control.name] = ControlText(Screen(), control);
+  if (air) airOutput_ = Screen().PlayCombo;
 }
 
 QString SettingsWindow::WhyRefused(const SettingsControl& control, const std::string&) const {
@@ -204,7 +227,8 @@ void SettingsWindow::WriteFilter() {
 
 void SettingsWindow::Try(const char* combo) {
   const SettingsControl& control = *FindSettingsControl(combo);
-  const TrialResult result = trial_.Begin(static_cast<int>(ControlNumber(Screen(), control)));
+  const TrialResult result =
+      trial_.Begin(static_cast<int>(ControlNumber(Screen(), control)), airOutput_);
   QString note;
   if (result == TrialResult::kNone) note = Word("TestNone");
   if (result == TrialResult::kInUse) note = Word("TestInUse");
@@ -234,8 +258,6 @@ void SettingsWindow::ShowWaiting() {
   };
   for (const auto& [name, before] : atOpening_)
     mark(name.c_str(), ControlText(Screen(), *FindSettingsControl(name)) != before);
-  mark("PlayCombo", Screen().PlayCombo != station_.lists.AudioOutID);
-  mark("PlayPréecoute", Screen().PlayPreecoute != station_.lists.AudioOutPFLID);
 }
 
 void SettingsWindow::ArrangeParts(double unit) {

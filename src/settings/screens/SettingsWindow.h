@@ -43,7 +43,7 @@ struct SettingsSources {
 class SettingsWindow : public Window {
  public:
   SettingsWindow(Station& station, SettingsSources sources);
-  void Open();      // nothing while the menus are locked
+  void Open();      // at a free moment; nothing while the menus are locked
   bool LeaveNow();  // false while the base is worked on: it closes at its end
   bool IsOpen() const;
 
@@ -97,6 +97,7 @@ class SettingsWindow : public Window {
 
   // --- what is done ---
   void Give(const SettingsControl& control, const std::string& value);
+  void TakeOutput(const SettingsControl& control);
   void PickColour(const SettingsControl& control);
   void ShowNote(const char* control, const QString& why);
   QString WhyRefused(const SettingsControl& control, const std::string& value) const;
@@ -110,6 +111,7 @@ class SettingsWindow : public Window {
 
   // Shown anew whenever anything changed.
   void Follow(std::function<void()> show) { show_.push_back(std::move(show)); }
+  void OpenNow();
   void ShowAll();
   void ShowWaiting();
   QString Word(const std::string& name) const { return Texts().Word(name); }
@@ -118,6 +120,7 @@ class SettingsWindow : public Window {
   SettingsSources sources_;
   OutputTrial trial_;
   bool barred_ = false, closes_ = false;
+  int airOutput_ = -1;                            // that the air has, by its entry of PlayCombo
   std::map<std::string, std::string> atOpening_;  // of what waits for the next start
   std::vector<std::function<void()>> show_;
   std::map<std::string, QLabel*> notes_;  // by control

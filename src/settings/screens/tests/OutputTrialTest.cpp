@@ -15,7 +15,7 @@ struct OutputTrials : SettingsStation {
 
 TEST_F(OutputTrials, PlayOnTheOutputAndGiveThePlayerBack) {
   Player().SetDevice(1);
-  EXPECT_EQ(trial.Begin(2), TrialResult::kPlays);
+  EXPECT_EQ(trial.Begin(2, 3), TrialResult::kPlays);
   EXPECT_EQ(Player().Device(), 2);
   EXPECT_EQ(Player().PlayerState(), Prelisten::State::kPlaying);
   EXPECT_EQ(Player().LengthMs(), 10000);
@@ -25,19 +25,21 @@ TEST_F(OutputTrials, PlayOnTheOutputAndGiveThePlayerBack) {
 }
 
 TEST_F(OutputTrials, AreRefusedWithoutAnOutputOnOneThatRefusesAndOnThatOfTheAir) {
-  EXPECT_EQ(trial.Begin(-1), TrialResult::kNone);
-  EXPECT_EQ(trial.Begin(7), TrialResult::kRefused);
+  EXPECT_EQ(trial.Begin(-1, 3), TrialResult::kNone);
+  EXPECT_EQ(trial.Begin(7, 3), TrialResult::kRefused);
   EXPECT_EQ(Player().PlayerState(), Prelisten::State::kClosed);
-  station.lists.AudioOutID = 2;
-  station.engine.IsRunning = true;
-  EXPECT_EQ(trial.Begin(2), TrialResult::kInUse);
-  EXPECT_EQ(trial.Begin(1), TrialResult::kPlays);
+  EXPECT_EQ(trial.Begin(2, 2), TrialResult::kPlays);
+  trial.End();
+  on.sound.Start();
+  EXPECT_EQ(trial.Begin(2, 2), TrialResult::kInUse);
+  EXPECT_EQ(trial.Begin(1, -1), TrialResult::kInUse);
+  EXPECT_EQ(trial.Begin(1, 2), TrialResult::kPlays);
 }
 
 TEST_F(OutputTrials, LeaveAloneAPlayerThatIsInUse) {
   Player().SetDevice(0);
   Player().Open(on.MakeSound("other.wav", 5000));
-  EXPECT_EQ(trial.Begin(1), TrialResult::kInUse);
+  EXPECT_EQ(trial.Begin(1, 3), TrialResult::kInUse);
   EXPECT_EQ(Player().PlayerState(), Prelisten::State::kOpen);
   EXPECT_EQ(Player().Device(), 0);
 }
@@ -45,14 +47,14 @@ TEST_F(OutputTrials, LeaveAloneAPlayerThatIsInUse) {
 TEST_F(OutputTrials, EndWithTheToneAndWithTheirOwner) {
   bool told = false;
   trial.ended = [&told](bool refused) { told = !refused; };
-  ASSERT_EQ(trial.Begin(0), TrialResult::kPlays);
+  ASSERT_EQ(trial.Begin(0, 3), TrialResult::kPlays);
   Player().Stop();
   for (int wait = 0; wait < 100 && trial.Plays(); ++wait) QTest::qWait(20);
   EXPECT_TRUE(told);
   {
     OutputTrial other(station);
     on.opener.lengthsMs[other.TonePath().toStdString()] = 10000;
-    ASSERT_EQ(other.Begin(0), TrialResult::kPlays);
+    ASSERT_EQ(other.Begin(0, 3), TrialResult::kPlays);
   }
   EXPECT_EQ(Player().PlayerState(), Prelisten::State::kClosed);
 }
