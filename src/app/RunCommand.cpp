@@ -12,6 +12,7 @@
 #include "app/RunDisplay.h"
 #include "app/RunEnd.h"
 #include "app/RunFolders.h"
+#include "app/demo/LocaleLanguage.h"
 #include "engine/OperatorControls.h"
 #include "engine/Startup.h"
 #include "platform/real/sound/OutputSpec.h"
@@ -37,7 +38,9 @@ int RunOnAir(const AirOptions& options) {
   display.Show(station);
   station.events.SetSink(&display);
 
+  const bool first = HoldsNoBase(station);
   if (!OnAir::Form_Load(station)) return 1;
+  if (first) GiveNewStationItsLanguage(station);
   OnAir::Form_Activate(station, true);
   if (!station.engine.IsRunning) OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 

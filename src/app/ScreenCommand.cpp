@@ -17,6 +17,7 @@
 #include "app/RealStation.h"
 #include "app/RunEnd.h"
 #include "app/RunFolders.h"
+#include "app/demo/LocaleLanguage.h"
 #include "engine/FreeMoment.h"
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
@@ -136,10 +137,12 @@ int OpenScreen(const AirOptions& options) {
       return 0;  // what cannot be read may be what the box tells
     }
   });
+  const bool first = HoldsNoBase(station);
   if (!OnAir::Form_Load(station)) {
     machine.messages.WaitUntilRead();
     return 1;
   }
+  if (first) GiveNewStationItsLanguage(station);
 
   machine.application.onException = [&station] { LogCurrentException(station, "FrmZemo"); };
 
