@@ -74,7 +74,7 @@ constexpr Word kCaptions[] = {
     {"JourSemaine", {"Jour de la semaine", "Day of the week", "Dia da semana", "Día de la semana"}},
     {"StartAuto", {"Démarrages automatiques", "Automatic starts", "Arranques automáticos", "Inicios automáticos"}},
     {"ArretSystem", {"Arrêts du système", "System stops", "Paragens do sistema", "Paradas del sistema"}},
-    {"FrameTopage", {"Heures de topage", "Marker times", "Horas de marcação", "Horas de marcado"}},
+    {"FrameTopage", {"Heures de topage", "Time cues", "Marcas horárias", "Marcas horarias"}},
     {"ChEdit", {"Heure", "Time", "Hora", "Hora"}},
     {"BtnAjouter", {"Ajouter", "Add", "Adicionar", "Añadir"}},
     {"BtnSave", {"Sauvegarder", "Save", "Guardar", "Salvaguarda"}},
@@ -82,7 +82,7 @@ constexpr Word kCaptions[] = {
     {"ChDecoupe", {"Minutes de chaque heure", "Minutes of each hour", "Minutos de cada hora", "Minutos de cada hora"}},
     {"TimesTip", {"Entrée ajoute l'heure saisie (hh:mm), Suppr enlève celle qui est choisie", "Enter adds the time typed (hh:mm), Delete removes the chosen one", "Enter adiciona a hora escrita (hh:mm), Delete retira a escolhida", "Intro añade la hora escrita (hh:mm), Supr quita la elegida"}},
     {"StopsTip", {"Entrée ajoute l'heure saisie (hh:mm, hh:mm-F ou hh:mm-Q), Suppr enlève celle qui est choisie", "Enter adds the time typed (hh:mm, hh:mm-F or hh:mm-Q), Delete removes the chosen one", "Enter adiciona a hora escrita (hh:mm, hh:mm-F ou hh:mm-Q), Delete retira a escolhida", "Intro añade la hora escrita (hh:mm, hh:mm-F o hh:mm-Q), Supr quita la elegida"}},
-    {"SaveTip", {"Écrit tout de suite les heures de topage de ce jour", "Writes the marker times of this day at once", "Escreve já as horas de marcação deste dia", "Escribe ya las horas de marcado de este día"}},
+    {"SaveTip", {"Écrit tout de suite les heures de topage de ce jour", "Writes the time cues of this day at once", "Escreve já as marcas horárias deste dia", "Escribe ya las marcas horarias de este día"}},
     {"IntiTip", {"Refait la liste : chaque heure avec chacune de ces minutes", "Makes the list anew: every hour with each of these minutes", "Refaz a lista: cada hora com cada um destes minutos", "Rehace la lista: cada hora con cada uno de estos minutos"}},
     {"DayTip", {"Le jour dont les heures sont montrées ; celui que l'on quitte est sauvegardé s'il a changé", "The day whose times are shown; the one left is saved where it was changed", "O dia cujas horas são mostradas; o que se deixa é guardado se mudou", "El día cuyas horas se muestran; el que se deja se guarda si ha cambiado"}},
 

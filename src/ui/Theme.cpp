@@ -126,6 +126,12 @@ QString StyleSheet(double unit, bool gradients) {
     QProgressBar { border: 1px solid %LINE; border-radius: 3px; background: #0d1014; }
     QProgressBar::chunk { background: #3b5a86; border-radius: 2px; }
     QSpinBox QLineEdit { border: none; padding: 0; }
+    QSpinBox::up-button, QSpinBox::down-button { width: %BOXpx; background: %RAISED; border: none; }
+    QSpinBox::up-button { margin-bottom: 1px; }
+    QSpinBox::up-arrow, QSpinBox::down-arrow { width: 0; height: 0; border-left: 4px solid %RAISED;
+      border-right: 4px solid %RAISED; }
+    QSpinBox::up-arrow { border-bottom: 5px solid %INK; }
+    QSpinBox::down-arrow { border-top: 5px solid %INK; }
     QComboBox QAbstractItemView { background: %PANEL; selection-background-color: #3b5a86; }
     QCheckBox { background: transparent; spacing: 4px; border: 1px solid transparent; }
     QCheckBox::indicator { width: %BOXpx; height: %BOXpx; border: 1px solid %DIM; border-radius: 2px;

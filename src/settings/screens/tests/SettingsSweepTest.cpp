@@ -135,6 +135,35 @@ TEST_P(SettingsSweep, NothingIsCutAndNothingOverlapsOnAnyTab) {
   }
 }
 
+// What stands beside a control for a while has its room, too.
+TEST_P(SettingsSweep, WhatIsToldBesideAControlIsNotCut) {
+  Prepare();
+  Open(1024, 768);
+  const std::string where = std::string("settings-") + kLanguageNames[GetParam()] + "-told-";
+  Type("JingleMn", "40000");
+  Choose("Langue", (GetParam() + 1) % 4);
+  EXPECT_EQ(Notes().size(), 2U);
+  CheckAll(where + "0");
+  KeepPicture(Window(), where + "0");
+  Tab(3);
+  Type("NbrBuffers", "200");
+  Type("Buffers", "32767");
+  Click("TestPrelisten");
+  EXPECT_EQ(Notes().size(), 3U);
+  CheckAll(where + "3");
+  KeepPicture(Window(), where + "3");
+  Tab(5);
+  Type("ChEdit", "noon", true);
+  Type("ChDecoupe_0", "75");
+  Click("BtnInti");
+  CheckAll(where + "5");
+  Tab(7);
+  Type("ChFiltre", "noon", true);
+  Click("PortCom_1");
+  CheckAll(where + "7");
+  KeepPicture(Window(), where + "7");
+}
+
 INSTANTIATE_TEST_SUITE_P(Languages, SettingsSweep, testing::Values(0, 1, 2, 3),
                          [](const auto& language) {
                            return std::string(kLanguageNames[language.param]);

@@ -186,11 +186,12 @@ TEST_F(SettingsWindowTest, PortsAndTheJoystickAnswerAtOnce) {
   EXPECT_EQ(Text("LblJoystique"), "-");
   Click("PortCom_2");
   EXPECT_TRUE(on.automaton.IsOpen());
-  EXPECT_NE(Text("InfoERR"), "");
+  EXPECT_EQ(Text("InfoERR"), "Open, 4800,N,8,1");
   Choose("ComboJoystiquePort", 1);
   EXPECT_EQ(Text("LblJoystique"), "yes");
   Click("PortCom_0");
   EXPECT_FALSE(on.automaton.IsOpen());
+  EXPECT_EQ(Text("InfoERR"), "The port is closed");
 }
 
 TEST_F(SettingsWindowTest, TheIndexAsksFirst) {
