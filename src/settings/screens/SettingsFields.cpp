@@ -156,6 +156,7 @@ QWidget* SettingsWindow::SpinnerFor(const SettingsControl& control) {
     spinner->setSuffix(QStringLiteral(" ") +
                        (minute ? QStringLiteral("mn") : Word("Unit." + std::string(control.unit))));
   SetTip(*spinner, Shown(SettingTip(control, Texts().Langue())));
+  spinner->setKeyboardTracking(false);
   spinner->setAccessibleName(Word(control.name));
   connect(spinner, &QSpinBox::valueChanged, this,
           [this, &control](int number) { Give(control, std::to_string(number)); });
@@ -171,8 +172,15 @@ QWidget* SettingsWindow::BoxFor(const SettingsControl& control) {
   auto* box = Named(new QLineEdit(this), control.name);
   SetTip(*box, Shown(SettingTip(control, Texts().Langue())));
   box->setAccessibleName(Word(control.name));
-  connect(box, &QLineEdit::textEdited, this,
-          [this, &control](const QString& typed) { Give(control, typed.toStdString()); });
+  // A number counts when it is typed to its end, so that one refused leaves none of its digits.
+  if (control.kind == ControlKind::kText)
+    connect(box, &QLineEdit::textEdited, this,
+            [this, &control](const QString& typed) { Give(control, typed.toStdString()); });
+  else
+    connect(box, &QLineEdit::editingFinished, this, [this, box, &control] {
+      const std::string typed = box->text().toStdString();
+      if (typed != ControlText(Screen(), control)) Give(control, typed);
+    });
   Follow([this, box, &control] {
     const QString text = Shown(ControlText(Screen(), control));
     if (box->text() == text) return;

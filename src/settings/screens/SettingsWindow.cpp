@@ -102,6 +102,7 @@ bool SettingsWindow::MayLeave() {
 }
 
 void SettingsWindow::Left() {
+  if (QWidget* typed = focusWidget()) typed->clearFocus();  // its number is typed to its end
   trial_.End();
   Settings::Form_Unload(station_);
   Window::Left();

@@ -140,14 +140,14 @@ TEST_P(SettingsSweep, WhatIsToldBesideAControlIsNotCut) {
   Prepare();
   Open(1024, 768);
   const std::string where = std::string("settings-") + kLanguageNames[GetParam()] + "-told-";
-  Type("JingleMn", "40000");
+  Type("JingleMn", "40000", true);
   Choose("Langue", (GetParam() + 1) % 4);
   EXPECT_EQ(Notes().size(), 2U);
   CheckAll(where + "0");
   KeepPicture(Window(), where + "0");
   Tab(3);
-  Type("NbrBuffers", "200");
-  Type("Buffers", "32767");
+  Type("NbrBuffers", "200", true);
+  Type("Buffers", "32767", true);
   Click("TestPrelisten");
   EXPECT_EQ(Notes().size(), 3U);
   CheckAll(where + "3");

@@ -32,6 +32,14 @@ TEST_F(SettingsWindowTest, StoresWhatWasSetWhenItIsLeft) {
   EXPECT_EQ(Stored("GraphiqueMini"), "0");
 }
 
+TEST_F(SettingsWindowTest, ANumberThatIsBeingTypedCountsWhenTheWindowIsLeft) {
+  Open();
+  Type("JingleMn", "22");
+  EXPECT_EQ(screen.JingleMn, "15");
+  Close();
+  EXPECT_EQ(Stored("Jingles"), "22");
+}
+
 TEST_F(SettingsWindowTest, StaysShutWhileTheMenusAreLocked) {
   station.engine.ScreenLocked = true;
   desk->Open();
@@ -79,13 +87,13 @@ TEST_F(SettingsWindowTest, ATipSaysWhatAControlDoesItsUnitAndItsDefault) {
 
 TEST_F(SettingsWindowTest, AValueRefusedSaysWhyBesideItsControlUntilAnotherIsTaken) {
   Open();
-  Type("JingleMn", "40000");
+  Type("JingleMn", "40000", true);
   EXPECT_EQ(Notes(), Texts{"Entre 0 et 32767"});
-  EXPECT_EQ(screen.JingleMn, "4000");  // the last that was taken
-  Type("JingleMn", "20");
+  EXPECT_EQ(screen.JingleMn, "15");
+  Type("JingleMn", "20", true);
   EXPECT_EQ(Notes(), Texts{});
   Tab(kSound);
-  Type("NbrBuffers", "501");
+  Type("NbrBuffers", "501", true);
   EXPECT_EQ(Notes(), Texts{"Plus de 10 s en tout"});
 }
 
@@ -93,16 +101,16 @@ TEST_F(SettingsWindowTest, BuffersWaitForTheNextStartAndSaySo) {
   on.Set("Langue", "1");
   Open();
   Tab(kSound);
-  Type("NbrBuffers", "200");
+  Type("NbrBuffers", "200", true);
   EXPECT_EQ(Notes(), Texts{"Will be efficient to the next starting of Zemo Radio !"});
-  Type("NbrBuffers", "100");
+  Type("NbrBuffers", "100", true);
   EXPECT_EQ(Notes(), Texts{});
 }
 
 TEST_F(SettingsWindowTest, SpotsWithThePipMoveTheOptimisation) {
   Open();
   Tab(kOptimisation);
-  Type("SpinOptimise", "55");
+  Type("SpinOptimise", "55", true);
   EXPECT_EQ(Text("SpinOptimise"), "55 mn");
   Click("CheckInstrumental");
   Tab(kSpots);
