@@ -80,7 +80,7 @@ class SettingsTable {
   void AddSetting(const SettingsControl& control);
   void AddCheck(const SettingsControl& control);
   void AddOptions(const SettingsControl& control, int last);
-  void AddCombo(const SettingsControl& control, Entries entries);
+  void AddCombo(const SettingsControl& control, const Entries& entries);
   void AddColour(const SettingsControl& control);
   void AddNumber(const SettingsControl& control);
   void AddTabs();
@@ -147,7 +147,7 @@ void SettingsTable::AddOptions(const SettingsControl& control, int last) {
   Add(std::move(group));
 }
 
-void SettingsTable::AddCombo(const SettingsControl& control, Entries entries) {
+void SettingsTable::AddCombo(const SettingsControl& control, const Entries& entries) {
   OfficeControl combo;
   combo.name = control.name;
   combo.value = [&editor = editor_, &control, entries] {
