@@ -281,14 +281,16 @@ QWidget* SettingsWindow::FileBox(const char* name, const char* buttonName) {
   auto* layout = new QHBoxLayout(whole);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(BoxFor(control), 1);
-  layout->addWidget(Button(buttonName, nullptr, [this, &control] {
+  auto* button = Button(buttonName, nullptr, [this, &control] {
     if (!sources_.chooseFiles) return;
     sources_.chooseFiles(
         this, ControlText(Screen(), control),
         [window = QPointer(this), &control](const std::vector<std::string>& files) {
           if (window && !files.empty()) window->Give(control, files.front());
         });
-  }));
+  });
+  SetTip(*button, Shown(SettingTip(control, Texts().Langue())));
+  layout->addWidget(button);
   return whole;
 }
 

@@ -11,6 +11,8 @@
 #include <QSignalBlocker>
 #include <QTableWidget>
 
+#include "settings/SettingsControls.h"
+#include "settings/SettingsTexts.h"
 #include "settings/screens/SettingsWindow.h"
 #include "station/Station.h"
 #include "ui/Theme.h"
@@ -96,7 +98,7 @@ QWidget* SettingsWindow::MarkerPanel() {
   ChEdit = TypedBox("ChEdit", "ChEdit", "TimesTip");
   connect(ChEdit, &QLineEdit::returnPressed, this, [this] { EnterTime(kList, *ChEdit); });
   row->addWidget(ChEdit);
-  row->addWidget(Button("BtnAjouter", nullptr, [this] { EnterTime(kList, *ChEdit); }));
+  row->addWidget(Button("BtnAjouter", "TimesTip", [this] { EnterTime(kList, *ChEdit); }));
   row->addStretch(1);
   AddRow(panel, {}, typed, Note("ChEdit"));
   auto* list = new QListWidget(this);
@@ -151,6 +153,8 @@ QWidget* SettingsWindow::HoursPanel() {
   auto* Instru = new QListWidget(this);
   Instru->setObjectName(QStringLiteral("Instru"));
   Instru->setAccessibleName(Word("Instru"));
+  SetTip(*Instru, QString::fromStdString(
+                      SettingTip(*FindSettingsControl("CheckInstrumental"), Texts().Langue())));
   for (size_t hour = 0; hour < Screen().Instru.size(); ++hour) Instru->addItem(QString());
   connect(Instru, &QListWidget::itemChanged, this, [this](QListWidgetItem* entry) {
     if (IsOpen()) TickHour(entry);

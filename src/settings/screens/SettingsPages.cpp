@@ -68,7 +68,7 @@ void SettingsWindow::MakeSoundCard() {
   levelLeft_->setObjectName(QStringLiteral("TestLevelX1"));
   levelRight_->setObjectName(QStringLiteral("TestLevelX2"));
   for (LevelMeter* meter : {levelLeft_, levelRight_}) AddRow(outputs, {}, meter);
-  AddRow(outputs, {}, Button("TestStop", nullptr, [this] { trial_.End(); }));
+  AddRow(outputs, {}, Button("TestStop", "TestTip", [this] { trial_.End(); }));
   trial_.level = [this](float left, float right) {
     const int64_t nowMs = station_.platform.clock.MonotonicMs();
     levelLeft_->Show(left, nowMs);

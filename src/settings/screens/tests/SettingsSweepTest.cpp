@@ -83,6 +83,11 @@ bool NamesItself(const QWidget& widget) {
   return widget.objectName().isEmpty() || !widget.accessibleName().isEmpty();
 }
 
+bool TellsItself(const QWidget& widget) {
+  if (qobject_cast<const QLabel*>(&widget) || qobject_cast<const QTabBar*>(&widget)) return true;
+  return widget.objectName().isEmpty() || !widget.toolTip().isEmpty();
+}
+
 class SettingsSweep : public SettingsScreenTest, public testing::WithParamInterface<int> {
  protected:
   void Prepare() {
@@ -106,6 +111,7 @@ class SettingsSweep : public SettingsScreenTest, public testing::WithParamInterf
       EXPECT_TRUE(cut.empty()) << where << ": " << NameOf(*widget) << ": " << cut;
       EXPECT_TRUE(whole.rect().contains(OnScreen(*widget, whole)))
           << where << ": " << NameOf(*widget) << " leaves the window";
+      EXPECT_TRUE(TellsItself(*widget)) << where << ": " << NameOf(*widget) << " has no tip";
       EXPECT_TRUE(NamesItself(*widget)) << where << ": " << NameOf(*widget) << " has no name";
     }
     for (int i = 0; i < controls.size(); ++i)
