@@ -96,6 +96,18 @@ TEST_F(SettingsScript, CouplingsFollowTheHand) {
   EXPECT_EQ(Screen(1)["controls"]["CheckInstrumental"], true);
 }
 
+TEST_F(SettingsScript, ABoxIsTickedByTheOrderOfTheMainScreensBoxesWhileTheScreenIsOpen) {
+  Drive({"check CheckPub on", "open settings", "check CheckPub on", "check OptionOptimise on",
+         "check CheckPubToph on", "check CheckInstrumental on", "close settings",
+         "check CheckRubrique on"});
+  EXPECT_EQ(Events("error").size(), 2U);
+  EXPECT_EQ(Cnf("PrioritePubs"), "1");
+  EXPECT_EQ(Cnf("OptimiseToph"), "-1");
+  EXPECT_EQ(Cnf("PubAvecTopH"), "0");
+  EXPECT_EQ(Cnf("Instrumental"), "1");
+  EXPECT_EQ(Cnf("PrioriteRubriques"), "0");
+}
+
 TEST_F(SettingsScript, ThePortAndTheJoystickAnswerAtOnce) {
   Drive({"open settings", "put Setting 9600,E,7,2", "put PortCom.2 on", "put ComboJoystiquePort 3",
          "show settings", "put PortCom.0 on", "put ComboJoystiquePort 0", "show settings",
