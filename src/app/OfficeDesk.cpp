@@ -47,6 +47,7 @@ OfficeDesk::OfficeDesk(Station& givenStation)
     : station(givenStation), devices(givenStation.platform.prelisten) {
   screens_.push_back(LibraryScreenOf(*this));
   screens_.push_back(ReportScreenOf(*this));
+  screens_.push_back(CampaignScreenOf(*this));
   screens_.push_back(SettingsScreenOf(*this));
   screens_.push_back(SelectorScreenOf(*this));
 }

@@ -15,6 +15,7 @@
 #include "platform/real/spreadsheet/XlsxWriter.h"
 #include "platform/sim/SimDevices.h"
 #include "reports/ReportEditor.h"
+#include "traffic/CampaignEditor.h"
 
 namespace zemo {
 
@@ -59,6 +60,7 @@ class OfficeDesk {
   Station& station;
   LibraryEditor library;
   ReportEditor report;
+  CampaignEditor campaigns;
   SoundFileSelector selector;
   SimDevices devices;  // of the settings
   XlsxWriter spreadsheets;
@@ -93,6 +95,7 @@ class OfficeDesk {
 OfficeScreen LibraryScreenOf(OfficeDesk& desk);
 OfficeScreen ReportScreenOf(OfficeDesk& desk);
 OfficeScreen SettingsScreenOf(OfficeDesk& desk);
+OfficeScreen CampaignScreenOf(OfficeDesk& desk);
 OfficeScreen SelectorScreenOf(OfficeDesk& desk);
 
 }  // namespace zemo

@@ -1,5 +1,6 @@
 #include "app/OfficeScreen.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -23,8 +24,10 @@ NamedRows RowsOf(const Items& items) {
 
 template <typename Items>
 void AddOff(std::vector<std::string>& off, const Items& items) {
+  // A list and its heads have one name.
   for (const auto& item : items)
-    if (!IsOn(item)) off.push_back(item.name);
+    if (!IsOn(item) && std::find(off.begin(), off.end(), item.name) == off.end())
+      off.push_back(item.name);
 }
 
 }  // namespace

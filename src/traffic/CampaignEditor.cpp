@@ -62,6 +62,7 @@ void EmptyFields(CampaignEditor& editor) {
 void ShowNone(Station& station, CampaignEditor& editor) {
   EmptyFields(editor);
   LoadSaveMarks(station, "Load", editor);
+  editor.PLPubVisible = false;
   editor.BtnNewEnabled = true;
   editor.BtnAjouterEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = false;
   editor.LblInfoPub = "0 /0";
@@ -71,6 +72,7 @@ void ShowNone(Station& station, CampaignEditor& editor) {
 template <typename Move>
 void Page(Station& station, CampaignEditor& editor, const char* routine, const Move& move) {
   try {
+    station.base.CheckCnf();
     const auto table = OpenCampaigns(station);
     const int position = WalkToShown(*table, editor);
     move(*table, position);
@@ -85,7 +87,8 @@ void Page(Station& station, CampaignEditor& editor, const char* routine, const M
 // The grid file and the program file. False when one could not be written, which is logged.
 bool WriteFiles(Station& station, CampaignEditor& editor) {
   try {
-    if (!LoadSaveCampaignGrid(station, editor, "Save", editor.FILENAMEGRILLE)) return false;
+    if (!LoadSaveCampaignGrid(station, editor, "Save", editor.FILENAMEGRILLE, RowYields::kNone))
+      return false;
     CampaignFile(CampaignFilePath(editor.FichierAudio, "prg"))
         .Write(station, CampaignProgram(editor));
     return true;
@@ -103,7 +106,7 @@ bool StoreCampaign(Station& station, CampaignEditor& editor, Recordset& row) {
   row.Update();
   editor.LblCode = row.Text("CODE");
   editor.BtnAjouterEnabled = false;
-  editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
+  editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
   return WriteFiles(station, editor);
 }
 
@@ -144,21 +147,26 @@ void FillLists(Station& station, CampaignEditor& editor) {
 }  // namespace
 
 void Campaigns::MnuHPubs_Click(Station& station, CampaignEditor& editor) {
+  if (station.engine.ScreenLocked || editor.open) return;
+  editor = CampaignEditor{};
+  editor.open = true;
   station.engine.OverlayKey.clear();
   LoadSaveMarks(station, "Load", editor);
   FillLists(station, editor);
-  editor.PLPubVisible = false;
   BtnFin_Click(station, editor);
 }
 
 void Campaigns::Form_Unload(Station& station, CampaignEditor& editor) {
+  editor.open = false;
   LoadSaveMarks(station, "Save", editor);
   ComposeTodaysGrid(station);
 }
 
 void Campaigns::ShowRecord(Station& station, const Recordset& grillePub, CampaignEditor& editor) {
   try {
-    LoadCampaign(station, grillePub, editor);
+    // Without a yield: what the operator does meanwhile would meet the fields of one campaign with
+    // the grid of another.
+    LoadCampaign(station, grillePub, editor, RowYields::kNone);
     editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
     editor.BtnAjouterEnabled = false;
     editor.PLPubVisible = false;
@@ -266,6 +274,7 @@ void Campaigns::BtnMoins_Click(Station& station, CampaignEditor& editor) {
 void Campaigns::BtnRecherhe_Click(Station& station, CampaignEditor& editor) {
   try {
     editor.PLPub.clear();
+    editor.sortedColumn.reset();
     const auto rows = station.base.Db().OpenRecordset("SELECT * FROM GrillePub ORDER BY ANNONCEUR");
     for (; !rows->Eof(); rows->MoveNext())
       editor.PLPub.push_back(
@@ -286,8 +295,11 @@ void Campaigns::PLPub_ColumnClick(CampaignEditor& editor, int column) {
     const auto item = static_cast<size_t>(column - 1);
     return UpperLatin(item < line.subItems.size() ? line.subItems[item] : line.text);
   };
-  std::stable_sort(editor.PLPub.begin(), editor.PLPub.end(),
-                   [&](const auto& a, const auto& b) { return key(a) < key(b); });
+  editor.sortedDown = editor.sortedColumn == column && !editor.sortedDown;
+  editor.sortedColumn = column;
+  std::stable_sort(editor.PLPub.begin(), editor.PLPub.end(), [&](const auto& a, const auto& b) {
+    return editor.sortedDown ? key(b) < key(a) : key(a) < key(b);
+  });
 }
 
 void Campaigns::PLPub_DblClick(Station& station, CampaignEditor& editor, size_t line) {

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@ class Recordset;
 // Thread: the logic's. Owner: the screen, a command or a test. Writers: its owner (what was typed)
 // and the routines below. None of them throws; faults are logged under the control's name.
 struct CampaignEditor : CampaignForm {
+  bool open = false;
   bool BtnNewEnabled = true;
   bool BtnAjouterEnabled = false, BtnReplacerEnabled = false, BtnDeleteEnabled = false;
   std::string LblInfoPub;  // "3 /12": position in order of passage, records
@@ -31,13 +33,15 @@ struct CampaignEditor : CampaignForm {
   };
   std::vector<OverviewLine> PLPub;
   bool PLPubVisible = false;
+  std::optional<int> sortedColumn{};  // of PLPub, by its head; none: as it was filled
+  bool sortedDown = false;
   bool fromOverview = false;  // a record is being loaded from PLPub: GPub ignores the mouse
 };
 
 namespace Campaigns {
 
 // --- opening and closing ---
-// Opens on the last record in order of passage. The editor may be opened again and again.
+// Opens on the last record in order of passage; nothing while it is open or the menus are locked.
 void MnuHPubs_Click(Station& station, CampaignEditor& editor);
 // Keeps hours and marks as the template of the next campaign and composes the day's grid, so that
 // every change is on air from now on.
@@ -59,12 +63,19 @@ void BtnMoins_Click(Station& station, CampaignEditor& editor);
 
 // --- overview ---
 void BtnRecherhe_Click(Station& station, CampaignEditor& editor);
-void PLPub_ColumnClick(CampaignEditor& editor, int column);  // 0 the text, 1 to 6 the sub-items
+// 0 the text, 1 to 6 the sub-items. Upwards at first, each further click on the same head turns it.
+void PLPub_ColumnClick(CampaignEditor& editor, int column);
 void PLPub_DblClick(Station& station, CampaignEditor& editor, size_t line);
 // Loads the record of that CODE; false when there is none.
 bool ShowRecordOfCode(Station& station, CampaignEditor& editor, int64_t code);
 
 // --- fields ---
+void Longeur_Change(CampaignEditor& editor, const std::string& text);  // LblTemp follows
+void OptPub_Click(CampaignEditor& editor, int option);                 // 0 spot, 1 news
+// Sound file for the selector to open on; empty where the campaign's is not there.
+std::string FileForSelector(Station& station, const CampaignEditor& editor);
+// What was picked in the selector: CmdLoadFile_Click with the first of the files and its length.
+void TakeFiles(Station& station, CampaignEditor& editor, const std::vector<std::string>& files);
 // An hour or a mark that no clock shows: true, which an alert tells.
 bool RefuseWrongMark(Station& station, const CampaignEditor& editor);
 // Takes over the sound file that the operator chose, of that length (ms, as the sound component
@@ -79,6 +90,8 @@ void LblDepartPub_RightClick(Station& station, CampaignEditor& editor);
 // The day picked in the calendar, "dd/mm/yyyy"; mode 1 is the start, 2 the end, which also builds
 // the grid.
 void PickDay(Station& station, CampaignEditor& editor, int mode, const std::string& date);
+// The grid anew, without a cross: what the end date does, for other hours and marks.
+void CmdInitGrille_Click(Station& station, CampaignEditor& editor);
 void ImgMemo_Click(Station& station);  // the procedure, as a message
 
 }  // namespace Campaigns

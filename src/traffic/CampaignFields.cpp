@@ -4,6 +4,8 @@
 #include <optional>
 
 #include "platform/Desktop.h"
+#include "platform/Folder.h"
+#include "platform/SoundLengths.h"
 #include "settings/LineLists.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -34,7 +36,10 @@ bool Confirmed(Station& station, const std::string& question) {
 
 // Builds the grid, unless an hour or a mark that was typed is none.
 void BuildGrid(Station& station, CampaignEditor& editor) {
-  if (!Campaigns::RefuseWrongMark(station, editor)) BuildDatedGrid(station, editor);
+  station.base.CheckCnf();
+  if (Campaigns::RefuseWrongMark(station, editor)) return;
+  BuildDatedGrid(station, editor, RowYields::kNone);
+  editor.LblTotalMsg = std::to_string(CountCrosses(editor));
 }
 
 }  // namespace
@@ -53,13 +58,37 @@ bool Campaigns::CmdLoadFile_Click(Station& station, CampaignEditor& editor, cons
       return false;
     }
     editor.FichierAudio = path;
-    editor.Longeur = std::to_string(lengthMs);
-    editor.LblTemp = FormatDuration(lengthMs);
+    Longeur_Change(editor, std::to_string(lengthMs));
     editor.ChAnnonceur = AdvertiserOf(path);
     return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "CmdLoadFile");
     return false;
+  }
+}
+
+void Campaigns::Longeur_Change(CampaignEditor& editor, const std::string& text) {
+  editor.Longeur = text;
+  editor.LblTemp = FormatDuration(ValInt(text));
+}
+
+void Campaigns::OptPub_Click(CampaignEditor& editor, int option) {
+  editor.OptPub = {option == 0, option != 0};
+}
+
+std::string Campaigns::FileForSelector(Station& station, const CampaignEditor& editor) {
+  const std::string& file = editor.FichierAudio;
+  return !file.empty() && station.platform.soundFiles.Exists(file) ? file : std::string();
+}
+
+void Campaigns::TakeFiles(Station& station, CampaignEditor& editor,
+                          const std::vector<std::string>& files) {
+  try {
+    if (files.empty()) return;
+    CmdLoadFile_Click(station, editor, files.front(),
+                      station.platform.lengths.LengthMs(files.front()));
+  } catch (const std::exception&) {
+    LogCurrentException(station, "CmdLoadFile");
   }
 }
 
@@ -103,6 +132,14 @@ void Campaigns::PickDay(Station& station, CampaignEditor& editor, int mode,
     if (mode == 1) editor.LblDepartPub = date;
     if (mode != 2) return;
     editor.LblFinPub = date;
+    BuildGrid(station, editor);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "CmdInitGrille");
+  }
+}
+
+void Campaigns::CmdInitGrille_Click(Station& station, CampaignEditor& editor) {
+  try {
     BuildGrid(station, editor);
   } catch (const std::exception&) {
     LogCurrentException(station, "CmdInitGrille");

@@ -88,6 +88,7 @@ void Campaigns::BtnDecalY_Click(CampaignEditor& editor) {
       grid.SetCell(row, column, grid.Cell(row - 1, column));
     grid.SetCell(kFirstMomentRow, column, kept);
   }
+  editor.LblTotalMsg = std::to_string(CountCrosses(editor));
 }
 
 }  // namespace zemo

@@ -68,6 +68,7 @@ constexpr Texts kMemoTexts = {
     "8 - Guardar con el botón Añadir"};
 
 std::string InLanguage(Station& station, const Texts& texts) {
+  station.base.CheckCnf();
   const int64_t langue = station.base.CnfInt(Cnf::kLangue);
   if (langue < 0 || langue >= static_cast<int64_t>(texts.size())) return {};
   return texts[static_cast<size_t>(langue)];

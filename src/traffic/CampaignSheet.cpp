@@ -1,5 +1,6 @@
 #include "traffic/CampaignSheet.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -21,9 +22,10 @@ std::string Padded(const std::string& text, int width) {
   return missing > 0 ? text + std::string(static_cast<size_t>(missing), ' ') : text;
 }
 
-std::string GridLine(const TextGrid& grid, int row) {
+// Of the columns from `first` on and ahead of `end`.
+std::string GridLine(const TextGrid& grid, int row, int first, int end) {
   std::string line = Padded(grid.Cell(row, 0), kMomentWidth);
-  for (int column = kFirstDayColumn; column < GridColumns(grid); ++column) {
+  for (int column = first; column < end; ++column) {
     const std::string& cell = grid.Cell(row, column);
     line += Padded(row >= kFirstMomentRow && cell == kCross ? "x" : cell, kDayWidth);
   }
@@ -37,38 +39,86 @@ std::string Marks(const CampaignForm& form) {
   return text;
 }
 
+// Puts lines on pages, each below its heading.
+class Sheet {
+ public:
+  explicit Sheet(std::string heading) : heading_(std::move(heading)) { BeginPage(); }
+
+  void Add(const std::string& line) { printed_.pages.back().push_back(OneLine(line)); }
+  bool HasRoomFor(size_t lines) const {
+    return printed_.pages.back().size() + lines <= kSheetLines;
+  }
+  void BeginPage() {
+    printed_.pages.push_back({heading_ + "  " + std::to_string(printed_.pages.size() + 1)});
+  }
+  PrintedPages Pages() && {
+    printed_.title = Trim(heading_);
+    return std::move(printed_);
+  }
+
+ private:
+  std::string heading_;
+  PrintedPages printed_;
+};
+
+void AddRecord(const CampaignForm& form, Sheet& sheet) {
+  for (const std::string& line :
+       {"Campagne du " + form.LblDepartPub + " au " + form.LblFinPub,
+        "Heure de départ " + form.HDepPub + " Heure de fin " + form.HFinPub,
+        "Découpage de l'heure " + Marks(form), "Fichier audio " + form.FichierAudio,
+        "Durée " + form.LblTemp + "  Ordre de passage " + form.ComboPriority,
+        "Soit " + form.LblTotalMsg + " messages sur " + form.LblTotalJours})
+    sheet.Add(line);
+}
+
+// The days of the columns from `first` on, and their moments; on each page the days anew.
+void AddDays(const TextGrid& grid, int first, Sheet& sheet) {
+  const int end = std::min(GridColumns(grid), first + static_cast<int>(kSheetDays));
+  const auto add = [&](int row) { sheet.Add(GridLine(grid, row, first, end)); };
+  const auto addHeads = [&] {
+    sheet.Add("");
+    for (int row = 0; row < std::min(kFirstMomentRow, grid.RowCount()); ++row) add(row);
+  };
+  if (!sheet.HasRoomFor(kFirstMomentRow + 2)) sheet.BeginPage();
+  addHeads();
+  for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) {
+    if (!sheet.HasRoomFor(1)) {
+      sheet.BeginPage();
+      addHeads();
+    }
+    add(row);
+  }
+}
+
 }  // namespace
 
 std::vector<std::string> GridLines(const TextGrid& grid) {
   std::vector<std::string> lines;
-  for (int row = 0; row < grid.RowCount(); ++row) lines.push_back(GridLine(grid, row));
+  for (int row = 0; row < grid.RowCount(); ++row)
+    lines.push_back(GridLine(grid, row, kFirstDayColumn, GridColumns(grid)));
   return lines;
 }
 
-std::vector<std::string> SheetLines(const CampaignForm& form) {
-  std::vector<std::string> lines = {
-      " FICHE " + form.LblCode + " - " + form.ChAnnonceur + "  1",  // the page number last
-      "Campagne du " + form.LblDepartPub + " au " + form.LblFinPub,
-      "Heure de départ " + form.HDepPub + " Heure de fin " + form.HFinPub,
-      "Découpage de l'heure " + Marks(form),
-      "Fichier audio " + form.FichierAudio,
-      "Durée " + form.LblTemp + "  Ordre de passage " + form.ComboPriority,
-      "Soit " + form.LblTotalMsg + " messages sur " + form.LblTotalJours,
-      ""};
-  for (std::string& line : GridLines(form.GPub)) lines.push_back(std::move(line));
-  for (std::string& line : lines) line = OneLine(line);
-  return lines;
+PrintedPages SheetPages(const CampaignForm& form) {
+  Sheet sheet(OneLine(" FICHE " + form.LblCode + " - " + form.ChAnnonceur));
+  AddRecord(form, sheet);
+  for (int first = kFirstDayColumn; first < GridColumns(form.GPub);
+       first += static_cast<int>(kSheetDays))
+    AddDays(form.GPub, first, sheet);
+  return std::move(sheet).Pages();
 }
 
-std::vector<std::string> Campaigns::BtnImprimer_Click(Station& station, const CampaignForm& form) {
-  std::vector<std::string> lines = SheetLines(form);
+PrintedPages Campaigns::BtnImprimer_Click(Station& station, const CampaignForm& form) {
+  PrintedPages printed = SheetPages(form);
   try {
+    std::vector<std::string> lines;
+    for (const auto& page : printed.pages) lines.insert(lines.end(), page.begin(), page.end());
     if (!form.FichierAudio.empty())
       CampaignFile(SideFilePath(form.FichierAudio, "Xlt")).Write(station, JoinLines(lines));
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnImprimer");
   }
-  return lines;
+  return printed;
 }
 
 }  // namespace zemo

@@ -1,6 +1,7 @@
 // The campaign editor: its records, its fields, its words and its files.
 #include <filesystem>
 
+#include "traffic/CampaignMarking.h"
 #include "traffic/tests/CampaignFixture.h"
 
 namespace zemo::test {
@@ -35,6 +36,7 @@ TEST(CampaignEditor, OpensOnTheLastRecordInOrderOfPassage) {
   s.MakeFile("Categori.Ini", "FOOD\r\nCARS\r\n");
   s.editor.PLPubVisible = true;
   Campaigns::MnuHPubs_Click(s.station, s.editor);
+  EXPECT_TRUE(s.editor.open);
   EXPECT_EQ(s.editor.ChAnnonceur, "Late");
   EXPECT_EQ(s.editor.LblInfoPub, "2 /2");
   EXPECT_FALSE(s.editor.PLPubVisible);
@@ -44,6 +46,27 @@ TEST(CampaignEditor, OpensOnTheLastRecordInOrderOfPassage) {
   ASSERT_EQ(s.editor.ComboPriorityList.size(), 30u);
   EXPECT_EQ(s.editor.ComboPriorityList.front(), "10");
   EXPECT_EQ(s.editor.ComboPriorityList.back(), "300");
+}
+
+TEST(CampaignEditor, StaysAsItIsWhileItIsOpenAndClosedWhileTheMenusAreLocked) {
+  CampaignStation s;
+  s.AddCampaign({{"ANNONCEUR", "'Zoo'"}});
+  s.station.engine.ScreenLocked = true;
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  EXPECT_FALSE(s.editor.open);
+  EXPECT_EQ(s.editor.ChAnnonceur, "");
+  s.station.engine.ScreenLocked = false;
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  s.editor.ChAnnonceur = "typed";
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChAnnonceur, "typed");
+  Campaigns::BtnCopyGrille_Click(s.editor);
+  Campaigns::Form_Unload(s.station, s.editor);
+  EXPECT_FALSE(s.editor.open);
+  EXPECT_TRUE(s.Events("message").empty());  // what was typed goes without a question
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChAnnonceur, "Zoo");
+  EXPECT_EQ(s.editor.GPubReference.RowCount(), 0);
 }
 
 TEST(CampaignEditor, OpensEmptyOnAnEmptyTableWithTheTemplate) {
@@ -199,8 +222,7 @@ TEST(CampaignEditor, ARecordWhoseFilesFailStaysOnTheScreenAndIsSavedByReplace) {
   EXPECT_FALSE(Campaigns::BtnAjouter_Click(s.station, s.editor));
   EXPECT_EQ(s.editor.ChAnnonceur, "Bakery");
   EXPECT_EQ(CountCrosses(s.editor), 1);
-  EXPECT_TRUE(s.editor.BtnReplacerEnabled);
-  EXPECT_FALSE(s.editor.BtnAjouterEnabled);
+  EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, true, true}));
   std::filesystem::remove(s.InFolder("Bakery.GPB"));
   EXPECT_TRUE(Campaigns::BtnReplacer_Click(s.station, s.editor));
   EXPECT_EQ(s.File("Bakery.GPB").substr(0, 3), "X\r\n");
@@ -311,6 +333,7 @@ TEST(CampaignEditor, DeletingAsksAndTakesTheGridFileAlone) {
 
 // Deletes the first of the campaigns in order of passage.
 void DeleteFirst(CampaignStation& s) {
+  s.editor.open = false;
   Campaigns::MnuHPubs_Click(s.station, s.editor);
   Campaigns::BtnDebut_Click(s.station, s.editor);
   s.messages.AnswerNext(Answer::kOk);
@@ -397,6 +420,10 @@ TEST(CampaignEditor, TheOverviewListsAllCampaignsByAdvertiser) {
   EXPECT_EQ(s.editor.PLPub[0].text, "Zoo");
   Campaigns::PLPub_ColumnClick(s.editor, 0);
   EXPECT_EQ(s.editor.PLPub[0].text, "Bakery");
+  Campaigns::PLPub_ColumnClick(s.editor, 0);
+  EXPECT_EQ(s.editor.PLPub[0].text, "Zoo");
+  Campaigns::PLPub_ColumnClick(s.editor, 0);
+  EXPECT_EQ(s.editor.PLPub[0].text, "Bakery");
   Campaigns::PLPub_DblClick(s.station, s.editor, 1);
   EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.LblInfoPub, "Zoo 1 /2");
   EXPECT_FALSE(s.editor.PLPubVisible);
@@ -404,7 +431,49 @@ TEST(CampaignEditor, TheOverviewListsAllCampaignsByAdvertiser) {
   EXPECT_FALSE(s.editor.fromOverview);
 }
 
+TEST(CampaignEditor, AHeadsFirstClickSortsUpwardsInEachNewOverview) {
+  CampaignStation s;
+  s.AddCampaign({{"ANNONCEUR", "'Zoo'"}, {"CATEGORIE", "'CARS'"}});
+  s.AddCampaign({{"ANNONCEUR", "'Bakery'"}});
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  for (int time = 0; time < 2; ++time) {
+    Campaigns::BtnRecherhe_Click(s.station, s.editor);
+    EXPECT_EQ(s.editor.PLPub[0].text, "Bakery");
+    Campaigns::PLPub_ColumnClick(s.editor, 1);
+    EXPECT_EQ(s.editor.PLPub[0].text, "Zoo");
+  }
+}
+
+TEST(CampaignEditor, TheOverviewOfAnEmptyTableIsLeftByPaging) {
+  CampaignStation s;
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  Campaigns::BtnRecherhe_Click(s.station, s.editor);
+  Campaigns::BtnDebut_Click(s.station, s.editor);
+  EXPECT_FALSE(s.editor.PLPubVisible);
+  EXPECT_EQ(Buttons4(s.editor), (Enabled{true, false, false, false}));
+}
+
 // --- sound file ---
+
+TEST(CampaignEditor, TheFirstFileOfTheSelectorIsTakenWithItsLength) {
+  CampaignStation s;
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  Campaigns::TakeFiles(s.station, s.editor, {});
+  EXPECT_EQ(s.editor.FichierAudio, "");
+  const std::string sound = s.MakeSound("Bakery.wav", 65432);
+  Campaigns::TakeFiles(s.station, s.editor, {sound, "/other.wav"});
+  EXPECT_EQ(s.editor.FichierAudio, sound);
+  EXPECT_EQ(s.editor.Longeur, "65432");
+  EXPECT_EQ(Campaigns::FileForSelector(s.station, s.editor), sound);
+  s.editor.FichierAudio = "/nowhere/a.wav";
+  EXPECT_EQ(Campaigns::FileForSelector(s.station, s.editor), "");
+}
+
+TEST(CampaignEditor, TheTimeFollowsTheLengthThatIsTyped) {
+  CampaignStation s;
+  Campaigns::Longeur_Change(s.editor, "61000");
+  EXPECT_EQ(s.editor.Longeur + " " + s.editor.LblTemp, "61000 01:01");
+}
 
 TEST(CampaignEditor, AFreeSoundFileGivesPathLengthAndAdvertiser) {
   CampaignStation s;
@@ -474,6 +543,17 @@ TEST(CampaignEditor, TheEndFromTheCalendarBuildsTheGrid) {
   Campaigns::PickDay(s.station, s.editor, 2, "22/11/2026");
   EXPECT_EQ(RowText(s.editor.GPub, 1), "21 22");
   EXPECT_EQ(s.editor.LblTotalJours, "2 jours");
+}
+
+TEST(CampaignEditor, HoursAndMarksAreInTheGridOnceItIsBuiltAnewWithoutACross) {
+  CampaignStation s;
+  FillNew(s, s.MakeSound("spot.wav", 15000));
+  s.editor.LblTotalMsg = "1";
+  s.editor.HFinPub = "07";
+  EXPECT_EQ(MomentsText(s.editor.GPub), "07:00 07:30 08:00 08:30");
+  Campaigns::CmdInitGrille_Click(s.station, s.editor);
+  EXPECT_EQ(MomentsText(s.editor.GPub), "07:00 07:30");
+  EXPECT_EQ(s.editor.LblTotalMsg, "0");
 }
 
 TEST(CampaignEditor, AnHourOrAMarkThatNoClockShowsBuildsNoGridAndIsNotSaved) {

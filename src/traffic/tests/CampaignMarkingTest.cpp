@@ -128,7 +128,9 @@ TEST_F(Marking, ACopyIsPutOnAnotherGridAsFarAsThatGoes) {
 TEST_F(Marking, TurningTakesTheCrossesOneRowDownAndTheLastRowToTheFirst) {
   Mouse(MouseButton::kLeft, "", 3, 1);
   Mouse(MouseButton::kLeft, "", 6, 7);
+  s.editor.LblTotalMsg = "as it was";
   Campaigns::BtnDecalY_Click(s.editor);
+  EXPECT_EQ(s.editor.LblTotalMsg, "2");
   EXPECT_EQ(Row(3), "      X");
   EXPECT_EQ(Row(4), "X      ");
   EXPECT_EQ(Row(6), "      ");

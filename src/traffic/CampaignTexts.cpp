@@ -1,0 +1,63 @@
+#include "traffic/CampaignTexts.h"
+
+namespace zemo {
+
+namespace {
+
+// clang-format off
+constexpr Word kCampaigns[] = {
+    {"title", {"Horaires des pubs", "Spot times", "Horários da publicidade", "Horarios de las pubs"}},
+
+    {"BtnNew", {"Nouvelle", "New", "Novo", "Nuevo"}},
+    {"BtnAjouter", {"Ajouter", "Add", "Adicionar", "Añadir"}},
+    {"BtnReplacer", {"Remplacer", "Replace", "Substituir", "Reemplazar"}},
+    {"BtnDelete", {"Supprimer", "Delete", "Eliminar", "Eliminar"}},
+    {"BtnRecherhe", {"Rechercher", "Search", "Procurar", "Buscar"}},
+    {"BtnImprimer", {"Imprimer", "Print", "Imprimir", "Imprimir"}},
+    {"ImgMemo", {"Mémo", "Procedure", "Procedimento", "Procedimiento"}},
+    {"BtnDebut", {"Première", "First", "Primeira", "Primera"}},
+    {"BtnMoins", {"Précédente", "Previous", "Anterior", "Anterior"}},
+    {"BtnPlus", {"Suivante", "Next", "Seguinte", "Siguiente"}},
+    {"BtnFin", {"Dernière", "Last", "Última", "Última"}},
+    {"BtnCopyGrille", {"Copier la grille", "Copy the grid", "Copiar a tabela", "Copiar la tabla"}},
+    {"BtnCollerGrille", {"Coller la grille", "Paste the grid", "Colar a tabela", "Pegar la tabla"}},
+    {"BtnDecalY", {"Décaler d'une ligne", "One row down", "Deslocar uma linha", "Bajar una fila"}},
+    {"CmdInitGrille", {"Refaire la grille", "Rebuild the grid", "Refazer a tabela", "Rehacer la tabla"}},
+    {"CmdLoadFile", {"File", "File", "File", "File"}},
+
+    {"For.LblCode", {"Fiche n°", "Record no.", "Ficha n.º", "Ficha n.º"}},
+    {"For.LblDepartPub", {"Campagne du", "Campaign from", "Campanha de", "Campaña del"}},
+    {"For.LblFinPub", {"au", "to", "a", "al"}},
+    {"For.HDepPub", {"De l'heure", "From hour", "Da hora", "De la hora"}},
+    {"For.HFinPub", {"à", "to", "à", "a la"}},
+    {"For.DecoupagePub", {"Découpage de l'heure", "Division of the hour", "Divisão da hora", "División de la hora"}},
+    {"For.FichierAudio", {"Fichier audio", "Sound file", "Ficheiro áudio", "Fichero audio"}},
+    {"For.Longeur", {"Durée", "Length", "Duração", "Duración"}},
+    {"For.ChAnnonceur", {"Annonceur", "Advertiser", "Anunciante", "Anunciante"}},
+    {"For.Categorie", {"Catégorie", "Category", "Categoria", "Categoría"}},
+    {"For.ComboPriority", {"Ordre de passage", "Order of passage", "Ordem de passagem", "Orden de paso"}},
+    {"For.ChContact", {"Contact", "Contact", "Contacto", "Contacto"}},
+    {"For.GenreAssocie", {"Genre associé", "Linked genre", "Género associado", "Género asociado"}},
+    {"For.LblTotalMsg", {"Messages", "Messages", "Mensagens", "Mensajes"}},
+    {"For.PLPub", {"Liste des campagnes", "List of campaigns", "Lista das campanhas", "Lista de campañas"}},
+    {"For.GPub", {"Grille des passages", "Grid of crosses", "Tabela de passagens", "Tabla de pases"}},
+    {"OptPub.0", {"Publicité", "Spot", "Publicidade", "Publicidad"}},
+    {"OptPub.1", {"Rubrique", "News", "Intercalar", "Rúbrica"}},
+
+    {"PLPub.0", {"Annonceur", "Advertiser", "Anunciante", "Anunciante"}},
+    {"PLPub.1", {"Catégorie", "Category", "Categoria", "Categoría"}},
+    {"PLPub.2", {"Du", "From", "De", "Del"}},
+    {"PLPub.3", {"Au", "To", "A", "Al"}},
+    {"PLPub.4", {"Type", "Kind", "Tipo", "Tipo"}},
+    {"PLPub.5", {"Code", "Code", "Código", "Código"}},
+    {"PLPub.6", {"Genre associé", "Linked genre", "Género associado", "Género asociado"}},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Word> CampaignCaptions() {
+  return kCampaigns;
+}
+
+}  // namespace zemo
