@@ -3,70 +3,34 @@
 // other.
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <utility>
 
 #include "app/Commands.h"
+#include "app/ErrorLine.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
 #include "library/CardImport.h"
+#include "library/ImportReport.h"
 #include "library/ImportedExit.h"
 #include "platform/real/analysis/SoundAnalyser.h"
 #include "platform/real/analysis/TagReader.h"
 #include "platform/real/decoders/LengthOnlyOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
+#include "platform/real/files/ImportReader.h"
+#include "platform/real/files/SoundFilesBelow.h"
 #include "settings/SideFiles.h"
-#include "station/SideFileText.h"
+#include "station/LanguageTexts.h"
 #include "station/TextForms.h"
 
 namespace zemo {
 
 namespace {
 
-namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
-
-constexpr std::array<std::string_view, 4> kSoundEndings = {".wav", ".mp3", ".flac", ".ogg"};
-
-bool IsSound(const fs::path& path) {
-  const std::string ending = path.extension().string();
-  return std::any_of(kSoundEndings.begin(), kSoundEndings.end(),
-                     [&](std::string_view sound) { return EqualNoCase(ending, sound); });
-}
-
-// Every sound file below a folder, in the order of the paths.
-std::vector<std::string> FilesBelow(const fs::path& folder) {
-  std::vector<std::string> files;
-  std::error_code error;
-  for (fs::recursive_directory_iterator
-           entry(folder, fs::directory_options::skip_permission_denied, error),
-       end;
-       entry != end; entry.increment(error))
-    if (entry->is_regular_file(error) && IsSound(entry->path()))
-      files.push_back(entry->path().string());
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
-std::vector<std::string> FilesOf(const std::vector<std::string>& paths) {
-  std::vector<std::string> files;
-  for (const std::string& given : paths) {
-    const fs::path path = fs::absolute(given).lexically_normal();
-    std::error_code error;
-    if (!fs::is_directory(path, error)) {
-      files.push_back(path.string());
-      continue;
-    }
-    for (std::string& file : FilesBelow(path)) files.push_back(std::move(file));
-  }
-  return files;
-}
 
 LibraryTab KindOf(const std::string& word) {
   if (word == "jingle") return LibraryTab::kJingles;
@@ -86,21 +50,11 @@ const char* ResultWord(ImportedFile::Result result) {
   return "added";
 }
 
-// What there is to say of a file besides its result.
-std::string Remark(const ImportedFile& imported) {
-  std::string remark = imported.reason;
-  const auto add = [&](const std::string& more) { remark += (remark.empty() ? "" : "; ") + more; };
-  if (imported.sameSoundAs > 0)
-    add("the same sound as card " + std::to_string(imported.sameSoundAs));
-  for (const std::string& text : imported.cut) add(text + " cut to its field");
-  return OneLine(remark);
-}
-
 void PrintLine(const std::string& file, const ImportedFile& imported) {
   const bool known = imported.result == ImportedFile::Result::kKnown;
   std::cout << (known ? "known already" : ResultWord(imported.result)) << "  " << file;
   if (imported.code > 0) std::cout << "  card " << imported.code;
-  const std::string remark = Remark(imported);
+  const std::string remark = ImportRemark(imported, kEnglish);
   if (!remark.empty()) std::cout << ": " << remark;
   std::cout << '\n';
 }
@@ -109,7 +63,7 @@ Json JsonOf(const std::string& file, const ImportedFile& imported) {
   return {{"file", file},
           {"result", ResultWord(imported.result)},
           {"code", imported.code},
-          {"reason", Remark(imported)}};
+          {"reason", ImportRemark(imported, kEnglish)}};
 }
 
 // How far a long piece of work is, where somebody sees it.
@@ -138,12 +92,6 @@ class Progress {
   int64_t begunMs_;
 };
 
-// A card whose exit point nobody has set.
-struct BareCard {
-  int32_t code = 0;
-  std::string file;
-};
-
 class Import {
  public:
   explicit Import(const ImportOptions& options)
@@ -166,7 +114,7 @@ class Import {
     }
     TellResult();
     if (!options_.dryRun) FindExits();
-    return counts_[2] > 0 ? 1 : 0;
+    return report_.Count(ImportedFile::Result::kRefused) > 0 ? 1 : 0;
   }
 
  private:
@@ -178,18 +126,33 @@ class Import {
     return folders;
   }
 
+  static std::vector<std::string> FilesOf(const std::vector<std::string>& paths) {
+    std::vector<std::string> files;
+    for (const std::string& path : paths)
+      FindSoundFiles(path, [&](std::string file) {
+        files.push_back(std::move(file));
+        return true;
+      });
+    return files;
+  }
+
   void AddAll(const std::vector<std::string>& files) {
-    CardImport import(sim_.station, opener_, tags_, KindOf(options_.kind), options_.dryRun);
+    CardImport import(sim_.station, KindOf(options_.kind), options_.dryRun);
+    while (import.ReadCardsSlice()) {
+    }
+    ImportReader reader(opener_, tags_, *sim_.soundFiles, import.Known());
+    const auto bareExitMs = static_cast<int32_t>(sim_.station.base.CnfInt(Cnf::kPmixDef));
     Progress progress("file", files.size());
-    for (size_t i = 0; i < files.size(); ++i) {
-      const ImportedFile imported = import.Take(files[i]);
-      ++counts_[static_cast<size_t>(imported.result)];
-      if (imported.exitIsBare && imported.code > 0) bare_.push_back({imported.code, files[i]});
+    for (const std::string& file : files) {
+      const ImportedFile imported = import.Enter(reader.Read(file));
+      report_.Add(file, imported);
+      if (imported.exitIsBare && imported.code > 0 && !options_.dryRun)
+        KeepBareExit(sim_.station, {imported.code, bareExitMs, file});
       if (options_.json)
-        told_.push_back(JsonOf(files[i], imported));
+        told_.push_back(JsonOf(file, imported));
       else
-        PrintLine(files[i], imported);
-      progress.Done(i + 1);
+        PrintLine(file, imported);
+      progress.Done(report_.Done());
     }
   }
 
@@ -197,26 +160,29 @@ class Import {
     if (options_.json)
       std::cout << told_.dump(1, ' ', false, Json::error_handler_t::replace) << std::endl;
     else
-      std::cout << counts_[0] << " added, " << counts_[1] << " known already, " << counts_[2]
-                << " refused" << std::endl;
+      std::cout << report_.Counts(kEnglish) << std::endl;
+    if (const std::string genres = report_.ForeignGenres(kEnglish); !genres.empty())
+      std::cerr << "import: " << Printable(genres) << std::endl;
   }
 
+  // Those of a run that was interrupted as well.
   void FindExits() {
-    const auto bareExitMs = static_cast<int32_t>(sim_.station.base.CnfInt(Cnf::kPmixDef));
-    Progress progress("by ear: title", bare_.size());
-    for (size_t i = 0; i < bare_.size(); ++i) {
-      FindExit(bare_[i], bareExitMs);
+    const std::vector<BareExit> bare = KeptBareExits(sim_.station);
+    Progress progress("by ear: title", bare.size());
+    for (size_t i = 0; i < bare.size(); ++i) {
+      FindExit(bare[i]);
       progress.Done(i + 1);
     }
+    if (!bare.empty()) ForgetBareExits(sim_.station);
   }
 
-  void FindExit(const BareCard& card, int32_t bareExitMs) {
+  void FindExit(const BareExit& bare) {
     const SoundFiles& files = *sim_.soundFiles;
-    const auto stamp = files.Stamp(card.file);
-    if (!stamp) return;
+    const auto stamp = files.Stamp(bare.file);
+    if (!stamp || TakeKnownMeasures(sim_.station, bare, *stamp)) return;
     try {
-      const auto measures = MeasureSound(opener_, files.Resolve(card.file));
-      if (measures) TakeMeasures(sim_.station, card.code, card.file, *stamp, *measures, bareExitMs);
+      const auto measures = MeasureSound(opener_, files.Resolve(bare.file));
+      if (measures) TakeMeasures(sim_.station, bare, *stamp, *measures);
     } catch (const std::exception& error) {
       std::cerr << "zemoradio: " << error.what() << std::endl;
     }
@@ -226,8 +192,7 @@ class Import {
   SimStation sim_;
   SoundFileOpener opener_;
   TagReader tags_;
-  std::array<int, 3> counts_{};  // by result
-  std::vector<BareCard> bare_;
+  ImportReport report_;
   Json told_ = Json::array();
 };
 

@@ -43,10 +43,12 @@ void RequireKnown(const Event& event, const std::string& name, const char* what)
 
 }  // namespace
 
-OfficeDesk::OfficeDesk(Station& givenStation) : station(givenStation) {
+OfficeDesk::OfficeDesk(Station& givenStation)
+    : station(givenStation), devices(givenStation.platform.prelisten) {
   screens_.push_back(LibraryScreenOf(*this));
   screens_.push_back(ReportScreenOf(*this));
   screens_.push_back(CampaignScreenOf(*this));
+  screens_.push_back(SettingsScreenOf(*this));
   screens_.push_back(SelectorScreenOf(*this));
 }
 
@@ -206,6 +208,10 @@ std::optional<LocalDateTime> OfficeDesk::PickDay() {
 
 std::optional<std::string> OfficeDesk::PickPath() {
   return TakeNext(paths);
+}
+
+std::optional<int32_t> OfficeDesk::PickColour() {
+  return TakeNext(colours);
 }
 
 }  // namespace zemo

@@ -13,6 +13,7 @@
 #include "library/SoundFileSelector.h"
 #include "platform/Clock.h"
 #include "platform/real/spreadsheet/XlsxWriter.h"
+#include "platform/sim/SimDevices.h"
 #include "reports/ReportEditor.h"
 #include "traffic/CampaignEditor.h"
 
@@ -45,6 +46,7 @@ class OfficeDesk {
   std::deque<SelectorAnswer> files;
   std::deque<LocalDateTime> days;
   std::deque<std::string> paths;
+  std::deque<int32_t> colours;  // 0xBBGGRR
 
   // --- dialogues, for the tables of the screens ---
   using TakeFiles = std::function<void(const std::vector<std::string>& files)>;
@@ -53,12 +55,14 @@ class OfficeDesk {
                    TakeFiles take);
   std::optional<LocalDateTime> PickDay();
   std::optional<std::string> PickPath();
+  std::optional<int32_t> PickColour();
 
   Station& station;
   LibraryEditor library;
   ReportEditor report;
   CampaignEditor campaigns;
   SoundFileSelector selector;
+  SimDevices devices;  // of the settings
   XlsxWriter spreadsheets;
 
   // BtnOk or BtnCancel of the selector.
@@ -90,6 +94,7 @@ class OfficeDesk {
 // --- the tables of the screens ---
 OfficeScreen LibraryScreenOf(OfficeDesk& desk);
 OfficeScreen ReportScreenOf(OfficeDesk& desk);
+OfficeScreen SettingsScreenOf(OfficeDesk& desk);
 OfficeScreen CampaignScreenOf(OfficeDesk& desk);
 OfficeScreen SelectorScreenOf(OfficeDesk& desk);
 

@@ -12,6 +12,8 @@
 #include "engine/DayGridControls.h"
 #include "engine/OperatorControls.h"
 #include "engine/StoredPlaylists.h"
+#include "platform/SettingsDevices.h"
+#include "settings/SettingsControls.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/Schema.h"
@@ -86,7 +88,16 @@ void PreviewDay(Station& station, const GivenOrder& given) {
     OnAir::PickPreviewDay(station, *ParseDay(given.arguments[0]));
 }
 
+// A box of the open settings, or of two options the second; none of them asks for a device.
+bool CheckInSettings(Station& station, const std::string& name, bool on) {
+  const SettingsControl* control = FindSettingsControl(name);
+  if (!station.settings.open || !control || !EqualNoCase(control->name, name)) return false;
+  NoSettingsDevices devices;
+  return !SetControl(station, devices, *control, on ? "1" : "0");
+}
+
 void Check(Station& station, const GivenOrder& given) {
+  if (CheckInSettings(station, given.arguments[0], given.arguments[1] == "on")) return;
   if (!OnAir::SetCheck(station, given.arguments[0], given.arguments[1] == "on"))
     throw OrderError("the screen has no " + given.arguments[0]);
 }

@@ -34,6 +34,7 @@ bool Fits(std::string_view kind, std::string_view text) {
   if (kind == "CONTACT") return IsWholeNumber(text, 0, 3);
   if (kind == "BUTTON") return IsWholeNumber(text, 1, 4);
   if (kind == "DAY") return ParseDay(text).has_value();
+  if (kind == "COLOUR") return ParseColour(text).has_value();
   if (kind == "NAME") return !text.empty() && text.find('=') == std::string_view::npos;
   if (kind == "NUMBER") return IsWholeNumber(text, 0, 0x7fffffff);
   if (kind == "FIELD" || kind == "FILE" || kind == "FOLDER" || kind == "CONTROL" ||
@@ -96,6 +97,14 @@ std::optional<std::vector<std::string>> Match(std::string_view form, const Order
 }
 
 }  // namespace
+
+std::optional<int32_t> ParseColour(std::string_view text) {
+  uint32_t rgb = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rgb, 16);
+  if (error != std::errc() || end != text.data() + text.size() || text.size() != 6)
+    return std::nullopt;
+  return static_cast<int32_t>((rgb & 0xff) << 16 | (rgb & 0xff00) | rgb >> 16);
+}
 
 int GivenOrder::Number(size_t index) const {
   int number = 0;

@@ -2,6 +2,8 @@
 // stands in Orders.cpp.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -49,6 +51,9 @@ struct Order {
 struct UnreadableOrder : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
+
+// "RRGGBB" as 0xBBGGRR.
+std::optional<int32_t> ParseColour(std::string_view text);
 
 inline constexpr std::string_view kBlanks = " \t";
 

@@ -71,11 +71,11 @@ const Order kOrders[] = {
     {"answer yes|no|ok|cancel", "the answer to the next message", AnswerNext},
 
     // --- the screens of the office ---
-    {"open campaigns|library|report", "opens a screen, as its menu entry does",
+    {"open campaigns|library|report|settings", "opens a screen, as its menu entry does",
      [](Sim& s, const It& it) { s.desk.Open(it.arguments[0]); }},
-    {"close campaigns|library|report", "closes it, with all that its closing does",
+    {"close campaigns|library|report|settings", "closes it, with all that its closing does",
      [](Sim& s, const It& it) { s.desk.Close(it.arguments[0]); }},
-    {"show campaigns|library|report|selector", "an event `screen` with all that a screen shows",
+    {"show campaigns|library|report|settings|selector", "an event `screen` with all that a screen shows",
      [](Sim& s, const It& it) { s.desk.Show(it.arguments[0]); }},
     {"put CONTROL VALUE",
      "gives a control a value, an element of a group (`NAME.1`) or a cell of a grid (`NAME.ROW.COLUMN`)",
@@ -94,6 +94,8 @@ const Order kOrders[] = {
      [](Sim& s, const It& it) { s.desk.days.push_back(*ParseDay(it.arguments[0])); }},
     {"path FILE", "the next dialogue for a file gives that one",
      [](Sim& s, const It& it) { s.desk.paths.push_back(AbsolutePath(it.arguments[0])); }},
+    {"colour COLOUR", "the next colour dialogue gives that one (`RRGGBB`)",
+     [](Sim& s, const It& it) { s.desk.colours.push_back(*ParseColour(it.arguments[0])); }},
     {"kill", "ends the process on the spot, with status 137", [](Sim& s, const It&) { s.killed(); }},
 };
 // clang-format on

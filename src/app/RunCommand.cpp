@@ -5,12 +5,14 @@
 #include <csignal>
 #include <cstdio>
 
+#include "app/BackgroundMeasuring.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
 #include "app/RealStation.h"
 #include "app/RunDisplay.h"
 #include "app/RunEnd.h"
 #include "app/RunFolders.h"
+#include "app/demo/LocaleLanguage.h"
 #include "engine/OperatorControls.h"
 #include "engine/Startup.h"
 #include "platform/real/sound/OutputSpec.h"
@@ -36,10 +38,13 @@ int RunOnAir(const AirOptions& options) {
   display.Show(station);
   station.events.SetSink(&display);
 
+  const bool first = HoldsNoBase(station);
   if (!OnAir::Form_Load(station)) return 1;
+  if (first) GiveNewStationItsLanguage(station);
   OnAir::Form_Activate(station, true);
   if (!station.engine.IsRunning) OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 
+  const BackgroundMeasuring measuring(station);
   RunEnd end(real, options,
              {.draining = [&] { display.ShowLine("stopping: what is on air plays to its end"); },
               .drained = [&] { real.loop.Quit(); },

@@ -9,6 +9,7 @@
 #include <memory>
 #include <utility>
 
+#include "app/BackgroundMeasuring.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
 #include "app/ErrorLine.h"
@@ -16,14 +17,19 @@
 #include "app/RealStation.h"
 #include "app/RunEnd.h"
 #include "app/RunFolders.h"
+#include "app/demo/LocaleLanguage.h"
 #include "engine/FreeMoment.h"
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
 #include "library/screens/LibraryDesk.h"
+#include "platform/real/analysis/TagReader.h"
+#include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
+#include "platform/real/files/ImportThread.h"
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
+#include "settings/screens/SettingsDesk.h"
 #include "traffic/screens/CampaignDesk.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
@@ -91,6 +97,16 @@ int64_t FreeBytes(const std::string& folder) {
   return error ? -1 : static_cast<int64_t>(space.available);
 }
 
+SettingsSources SettingsSourcesOf(RealStation& real, LibraryDesk& library) {
+  SettingsSources sources;
+  sources.devices = &real.devices;
+  sources.chooseFiles = [&library](QWidget* over, const std::string& currentFile,
+                                   SettingsSources::TakeFiles take) {
+    library.Selector().Choose(*over, currentFile, {}, std::move(take));
+  };
+  return sources;
+}
+
 void Tell(const std::string& line) {
   PrintError(line);
 }
@@ -122,10 +138,12 @@ int OpenScreen(const AirOptions& options) {
       return 0;  // what cannot be read may be what the box tells
     }
   });
+  const bool first = HoldsNoBase(station);
   if (!OnAir::Form_Load(station)) {
     machine.messages.WaitUntilRead();
     return 1;
   }
+  if (first) GiveNewStationItsLanguage(station);
 
   machine.application.onException = [&station] { LogCurrentException(station, "FrmZemo"); };
 
@@ -145,6 +163,16 @@ int OpenScreen(const AirOptions& options) {
   BackgroundXlsxWriter spreadsheets(real.loop);
   LibrarySources librarySources;
   librarySources.spreadsheets = &spreadsheets;
+  ImportThread importFiles(
+      [] {
+        return ImportTools{std::make_unique<SoundFileOpener>(), std::make_unique<TagReader>()};
+      },
+      folders.machine);
+  BackgroundMeasuring measuring(station);
+  librarySources.import.files = &importFiles;
+  librarySources.import.bareCard = [&measuring](int32_t code, const std::string& file) {
+    measuring.Add(code, file);
+  };
   librarySources.waveforms = &waveforms;
   LibraryDesk library(station, librarySources);
   CampaignSources campaignSources;
@@ -161,9 +189,12 @@ int OpenScreen(const AirOptions& options) {
   sources.openSelector = [&library, &main](const std::string& path) {
     library.OpenSelector(*main, path);
   };
-  sources.leaveOthers = [&library, &campaigns] {
-    const bool left = library.Leave();
-    return campaigns.Leave() && left;
+  SettingsDesk settings(station, SettingsSourcesOf(real, library));
+  sources.openSettings = [&settings] { settings.Open(); };
+  sources.leaveOthers = [&library, &campaigns, &settings] {
+    const bool settingsLeft = settings.Leave();
+    const bool campaignsLeft = campaigns.Leave();
+    return library.Leave() && campaignsLeft && settingsLeft;
   };
   OnAirWindow window(station, sources);
   main = &window;
@@ -187,6 +218,7 @@ int OpenScreen(const AirOptions& options) {
   real.loop.Run();
   library.Leave();
   campaigns.Leave();
+  settings.Leave();
   if (!left) EndInOrder(station);
   return EndStatus(station);
 }

@@ -8,8 +8,8 @@
 namespace zemo {
 
 namespace {
-// By screen. Those of the main screen have their effect in OnAir::SetCheck; the others wait for
-// their screens, and ticking one fails until then.
+// By screen. Those of the main screen have their effect in OnAir::SetCheck, those of the settings
+// while these are open; the others have it by `put`, and ticking one fails.
 constexpr std::string_view kCheckControls[] = {
     // main screen
     "OptionDirect",

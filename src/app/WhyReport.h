@@ -12,8 +12,6 @@ namespace zemo {
 
 struct Station;
 
-inline constexpr int kEnglish = 1;  // the language of the commands
-
 // A row of the broadcast report.
 struct AiredElement {
   int32_t code = 0;

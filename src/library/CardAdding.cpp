@@ -4,7 +4,6 @@
 
 #include "library/HotKeys.h"
 #include "platform/Folder.h"
-#include "platform/SoundLengths.h"
 #include "settings/SideFiles.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
@@ -39,7 +38,7 @@ void WriteBeside(Station& station, const std::string& file, const char* ending,
   station.platform.soundFiles.Write(SideFilePath(Trim(file), ending), EncodeSideFile(text));
 }
 
-// The row is stored whatever becomes of its exchange file.
+// The row is stored whatever becomes of what follows it.
 template <typename Write>
 void WriteOrLog(Station& station, const char* routine, Write write) {
   try {
@@ -49,10 +48,6 @@ void WriteOrLog(Station& station, const char* routine, Write write) {
   }
 }
 
-std::string LengthText(Station& station, const std::string& file) {
-  return std::to_string(station.platform.lengths.LengthMs(file));
-}
-
 int32_t StoreNew(Recordset& row) {
   row.Update();
   return static_cast<int32_t>(row.Int("CODE"));
@@ -60,9 +55,10 @@ int32_t StoreNew(Recordset& row) {
 
 }  // namespace
 
-bool FillMusicCard(Station& station, const std::string& file, MusicCard& card, HourMasks& masks) {
+bool FillMusicCard(Station& station, const std::string& file, int32_t lengthMs, MusicCard& card,
+                   HourMasks& masks) {
   card.ChFileName = file;
-  card.Longeur = LengthText(station, file);
+  card.Longeur = std::to_string(lengthMs);
   SetBareMusicCard(card, masks, static_cast<int32_t>(station.base.CnfInt(Cnf::kPmixDef)));
   const auto mus = TextBeside(station, file, "Mus");
   if (mus && TakeMus(*mus, card, masks)) return true;
@@ -70,17 +66,19 @@ bool FillMusicCard(Station& station, const std::string& file, MusicCard& card, H
   return older && TakeOlderTxt(*older, card, masks);
 }
 
-bool FillJingle(Station& station, const std::string& file, JingleCard& card, HourMasks& masks) {
+bool FillJingle(Station& station, const std::string& file, int32_t lengthMs, JingleCard& card,
+                HourMasks& masks) {
   card.ChFileJingle = file;
-  card.longeurJingle = LengthText(station, file);
+  card.longeurJingle = std::to_string(lengthMs);
   SetBareJingle(card, masks, static_cast<int32_t>(station.base.CnfInt(Cnf::kPmixJingles)));
   const auto jin = TextBeside(station, file, "Jin");
   return jin && TakeJin(*jin, card, masks);
 }
 
-bool FillShortElement(Station& station, const std::string& file, ShortElementCard& card) {
+bool FillShortElement(Station& station, const std::string& file, int32_t lengthMs,
+                      ShortElementCard& card) {
   card.ChFileVirgule = file;
-  card.LongeurVirgule = LengthText(station, file);
+  card.LongeurVirgule = std::to_string(lengthMs);
   SetBareShortElement(card, static_cast<int32_t>(station.base.CnfInt(Cnf::kPmixJingles)));
   const auto label = TextBeside(station, file, "Tx2");
   if (label) TakeTx2(*label, card);
@@ -131,7 +129,7 @@ int32_t InsertShortElement(Station& station, const ShortElementCard& card) {
 
 int32_t AddShortElement(Station& station, const ShortElementCard& card) {
   const int32_t code = InsertShortElement(station, card);
-  LoadHotKeys(station);
+  WriteOrLog(station, "Touches", [&] { LoadHotKeys(station); });
   WriteOrLog(station, "ReplaceVirgule", [&] { WriteTx2(station, card); });
   return code;
 }

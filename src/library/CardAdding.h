@@ -14,14 +14,16 @@ namespace zemo {
 
 struct Station;
 
-// --- the card of a file, which is given as a stored path, with its length: 0 for a file that
-// cannot be opened. In this order of preference from its exchange file, from its older one, or
-// bare; one that is there and cannot be read is logged. What the card showed before stays where the
-// text says nothing of it, as its number does. True where an exchange file spoke. Throw
-// StoreError. ---
-bool FillMusicCard(Station& station, const std::string& file, MusicCard& card, HourMasks& masks);
-bool FillJingle(Station& station, const std::string& file, JingleCard& card, HourMasks& masks);
-bool FillShortElement(Station& station, const std::string& file, ShortElementCard& card);
+// --- the card of a file, which is given as a stored path with its length in ms. In this order of
+// preference from its exchange file, from its older one, or bare; one that is there and cannot be
+// read is logged. What the card showed before stays where the text says nothing of it, as its
+// number does. True where an exchange file spoke. Throw StoreError. ---
+bool FillMusicCard(Station& station, const std::string& file, int32_t lengthMs, MusicCard& card,
+                   HourMasks& masks);
+bool FillJingle(Station& station, const std::string& file, int32_t lengthMs, JingleCard& card,
+                HourMasks& masks);
+bool FillShortElement(Station& station, const std::string& file, int32_t lengthMs,
+                      ShortElementCard& card);
 
 // CODE of the music card with that stored path. Throws StoreError.
 std::optional<int32_t> MusicCardOfFile(Station& station, const std::string& file);

@@ -9,6 +9,7 @@
 #include "library/LibraryScreen.h"
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
+#include "platform/SoundLengths.h"
 #include "settings/GenreList.h"
 #include "settings/LineLists.h"
 #include "station/TextForms.h"
@@ -54,16 +55,18 @@ std::vector<std::string>::iterator Find(std::vector<std::string>& list, const st
 void TakeFile(Station& station, LibraryEditor& editor, const std::string& file) {
   switch (editor.TabStrip1) {
     case LibraryTab::kJingles:
-      FillJingle(station, file, editor.jingle, editor.masks);
+      FillJingle(station, file, station.platform.lengths.LengthMs(file), editor.jingle,
+                 editor.masks);
       break;
     case LibraryTab::kShortElements:
-      FillShortElement(station, file, editor.other);
+      FillShortElement(station, file, station.platform.lengths.LengthMs(file), editor.other);
       break;
     case LibraryTab::kHourPips:
       editor.GTopH[static_cast<size_t>(editor.pipHour)].file = file;
       break;
     default:
-      FillMusicCard(station, file, editor.music, editor.masks);
+      FillMusicCard(station, file, station.platform.lengths.LengthMs(file), editor.music,
+                    editor.masks);
   }
 }
 

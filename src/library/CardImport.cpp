@@ -1,14 +1,11 @@
 #include "library/CardImport.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <exception>
 
 #include "library/CardAdding.h"
 #include "platform/Folder.h"
 #include "platform/NameValueLines.h"
-#include "platform/SoundSource.h"
 #include "settings/GenreList.h"
 #include "settings/SideFileIo.h"
 #include "station/Station.h"
@@ -19,34 +16,24 @@ namespace zemo {
 
 namespace {
 
-constexpr int kComparedFrames = 2 * kSampleRate;  // of the begin of a sound
-constexpr int kBlockFrames = 4096;
+constexpr int kSliceCards = 500;
+constexpr const char* kNoGenre = "NOGENRE";
 constexpr int kNameCharacters = 40, kComposerCharacters = 60, kReferenceCharacters = 20,
               kGenreCharacters = 22, kYearCharacters = 4;
 
-std::string_view PathsQuery(LibraryTab kind) {
+std::string_view CardsQuery(LibraryTab kind) {
   switch (kind) {
     case LibraryTab::kJingles:
-      return "SELECT CODE, FILENAME FROM DiscothequeJingle";
+      return "SELECT TOP ? CODE, FILENAME FROM DiscothequeJingle WHERE CODE > ? ORDER BY CODE";
     case LibraryTab::kShortElements:
-      return "SELECT CODE, FILENAME FROM DiscothequeVirgule";
+      return "SELECT TOP ? CODE, FILENAME FROM DiscothequeVirgule WHERE CODE > ? ORDER BY CODE";
     default:
-      return "SELECT CODE, FILENAME FROM Discotheque";
+      return "SELECT TOP ? CODE, FILENAME FROM Discotheque WHERE CODE > ? ORDER BY CODE";
   }
-}
-
-uint64_t HashOn(uint64_t hash, const float* samples, size_t count) {
-  constexpr uint64_t kPrime = 1099511628211U;
-  for (size_t i = 0; i < count; ++i) {
-    uint32_t bits = 0;
-    std::memcpy(&bits, samples + i, sizeof bits);
-    hash = (hash ^ bits) * kPrime;
-  }
-  return hash;
 }
 
 // The text fitted to its field; `name` is told where it was too long.
-void Fit(std::string& text, int characters, const char* name, std::vector<std::string>& cut) {
+void Fit(std::string& text, int characters, const char* name, std::vector<const char*>& cut) {
   std::string fitting = CutAtWord(text, characters);
   if (fitting == text) return;
   text = std::move(fitting);
@@ -55,6 +42,23 @@ void Fit(std::string& text, int characters, const char* name, std::vector<std::s
 
 void TakeText(const std::string& tag, std::string& field) {
   if (!tag.empty()) field = tag;
+}
+
+// Of a file: without its folder and its ending, of whatever length that is.
+std::string NameOf(const std::string& file) {
+  const std::string name = file.substr(file.find_last_of('/') + 1);
+  const size_t point = name.find_last_of('.');
+  return Trim(point == std::string::npos || point == 0 ? name : name.substr(0, point));
+}
+
+// "Artist - Title", which is how files without tags are called; else all of it is the artist.
+void TakeName(const std::string& file, MusicCard& card) {
+  constexpr std::string_view kBetween = " - ";
+  card.ChAuteur = NameOf(file);
+  const size_t between = card.ChAuteur.find(kBetween);
+  if (between == std::string::npos) return;
+  card.ChTitre = Trim(card.ChAuteur.substr(between + kBetween.size()));
+  card.ChAuteur = Trim(card.ChAuteur.substr(0, between));
 }
 
 }  // namespace
@@ -67,11 +71,9 @@ std::string CutAtWord(const std::string& text, int n) {
   return Trim(blank == std::string::npos || blank < cut.size() / 2 ? cut : cut.substr(0, blank));
 }
 
-CardImport::CardImport(Station& station, SoundOpener& opener, SoundTags& tags, LibraryTab kind,
-                       bool dryRun)
-    : station_(station), opener_(opener), tags_(tags), kind_(kind), dryRun_(dryRun) {
+CardImport::CardImport(Station& station, LibraryTab kind, bool dryRun)
+    : station_(station), kind_(kind), dryRun_(dryRun) {
   station.base.CheckCnf();
-  ReadKnown();
   if (station.platform.stationFolder.Exists(station.files.Genre) || !dryRun)
     LoadSaveGenres(station, "Load", genres_);
   const auto map = ReadSideFile(station.platform.stationFolder, kGenreMapFile);
@@ -80,42 +82,21 @@ CardImport::CardImport(Station& station, SoundOpener& opener, SoundTags& tags, L
     genreMap_[UpperLatin(line.name)] = std::string(line.value);
 }
 
-void CardImport::ReadKnown() {
-  station_.base.Db().ReadRows(PathsQuery(kind_), [&](const RowView& row) {
-    cards_.emplace(Trim(row.Text(1)), static_cast<int32_t>(row.Int(0)));
+bool CardImport::ReadCardsSlice() {
+  int read = 0;
+  station_.base.Db().ReadRows(CardsQuery(kind_), {kSliceCards, lastCode_}, [&](const RowView& row) {
+    lastCode_ = row.Int(0);
+    cards_.emplace(Trim(row.Text(1)), static_cast<int32_t>(lastCode_));
+    ++read;
   });
-  for (const auto& [path, code] : cards_)
-    sizes_.emplace(station_.platform.soundFiles.SizeBytes(path), std::pair(path, code));
+  return read == kSliceCards;
 }
 
-CardImport::Sound CardImport::SoundOf(const std::string& file) {
-  const SoundFiles& files = station_.platform.soundFiles;
-  const auto source = opener_.Open(files.Resolve(file));
-  std::array<float, size_t{kBlockFrames} * kChannels> block;
-  uint64_t hash = 14695981039346656037U;
-  int frames = 0;
-  while (frames < kComparedFrames) {
-    const int read = source->Read(block.data(), std::min(kBlockFrames, kComparedFrames - frames));
-    if (read == 0) break;
-    hash = HashOn(hash, block.data(), static_cast<size_t>(read) * kChannels);
-    frames += read;
-  }
-  if (frames == 0) throw SoundError(file + ": holds no sound");
-  return {files.SizeBytes(file), hash};
-}
-
-int32_t CardImport::CardOfSameSound(const Sound& sound) {
-  const auto [begin, end] = sizes_.equal_range(sound.first);
-  for (auto card = begin; card != end; ++card) {
-    try {
-      sounds_.emplace(SoundOf(card->second.first), card->second.second);
-    } catch (const std::exception&) {
-      continue;  // a card whose file is lost or damaged has no sound to compare
-    }
-  }
-  sizes_.erase(begin, end);
-  const auto same = sounds_.find(sound);
-  return same == sounds_.end() ? 0 : same->second;
+std::vector<std::string> CardImport::Known() const {
+  std::vector<std::string> paths;
+  paths.reserve(cards_.size());
+  for (const auto& [path, code] : cards_) paths.push_back(path);
+  return paths;
 }
 
 template <typename Insert>
@@ -125,12 +106,12 @@ int32_t CardImport::Try(Insert insert) {
 }
 
 std::string CardImport::StationGenre(const std::string& foreign) const {
-  if (foreign.empty()) return "NOGENRE";
+  if (foreign.empty()) return kNoGenre;
   const auto mapped = genreMap_.find(UpperLatin(foreign));
   const std::string wanted = mapped == genreMap_.end() ? foreign : mapped->second;
   for (const std::string& genre : genres_)
     if (UpperLatin(Trim(genre)) == UpperLatin(wanted)) return Trim(genre);
-  return "NOGENRE";
+  return kNoGenre;
 }
 
 void CardImport::TakeTags(const TagTexts& tags, MusicCard& card) const {
@@ -143,13 +124,19 @@ void CardImport::TakeTags(const TagTexts& tags, MusicCard& card) const {
   card.ChGenre = StationGenre(tags.genre);
 }
 
-int32_t CardImport::AddMusic(const std::string& file, ImportedFile& imported) {
+int32_t CardImport::AddMusic(const SoundFileReading& file, ImportedFile& imported) {
   MusicCard card;
   HourMasks masks;
-  imported.exitIsBare = !FillMusicCard(station_, file, card, masks);
-  if (imported.exitIsBare)
-    if (const auto tags = tags_.Read(station_.platform.soundFiles.Resolve(file)))
-      TakeTags(*tags, card);
+  imported.exitIsBare = !FillMusicCard(station_, file.path, file.lengthMs, card, masks);
+  if (imported.exitIsBare) {
+    const TagTexts tags = file.tags.value_or(TagTexts());
+    if (tags.artist.empty() && tags.title.empty())
+      TakeName(file.path, card);
+    else
+      card.ChAuteur = NameOf(file.path);
+    TakeTags(tags, card);
+    if (card.ChGenre == kNoGenre) imported.foreignGenre = tags.genre;
+  }
   Fit(card.ChAuteur, kNameCharacters, "artist", imported.cut);
   Fit(card.ChTitre, kNameCharacters, "title", imported.cut);
   Fit(card.ChGenre, kGenreCharacters, "genre", imported.cut);
@@ -163,11 +150,13 @@ int32_t CardImport::AddMusic(const std::string& file, ImportedFile& imported) {
                  : AddMusicCard(station_, card, masks);
 }
 
-int32_t CardImport::AddOther(const std::string& file, ImportedFile& imported) {
+int32_t CardImport::Add(const SoundFileReading& file, ImportedFile& imported) {
+  if (kind_ == LibraryTab::kMusic) return AddMusic(file, imported);
   if (kind_ == LibraryTab::kJingles) {
     JingleCard card;
     HourMasks masks;
-    FillJingle(station_, file, card, masks);
+    if (!FillJingle(station_, file.path, file.lengthMs, card, masks))
+      card.ChLibJingle = NameOf(file.path);
     Fit(card.ChLibJingle, kNameCharacters, "description", imported.cut);
     Fit(card.GenreAssocie, kGenreCharacters, "genre", imported.cut);
     Fit(card.ChAuteurJingle, kComposerCharacters, "author", imported.cut);
@@ -175,32 +164,31 @@ int32_t CardImport::AddOther(const std::string& file, ImportedFile& imported) {
                    : AddJingle(station_, card, masks);
   }
   ShortElementCard card;
-  FillShortElement(station_, file, card);
+  if (!FillShortElement(station_, file.path, file.lengthMs, card))
+    card.ChLibVirgule = NameOf(file.path);
   Fit(card.ChLibVirgule, kNameCharacters, "description", imported.cut);
   return dryRun_ ? Try([&] { return InsertShortElement(station_, card); })
                  : AddShortElement(station_, card);
 }
 
-ImportedFile CardImport::Take(const std::string& file) {
+ImportedFile CardImport::Enter(const SoundFileReading& file) {
   ImportedFile imported;
   const auto refuse = [&](const std::string& reason) {
     imported.result = ImportedFile::Result::kRefused;
     imported.reason = reason;
     return imported;
   };
-  if (!station_.platform.soundFiles.Exists(file)) return refuse("there is no such file");
-  if (const auto known = cards_.find(file); known != cards_.end()) {
+  if (!file.error.empty()) return refuse(file.error);
+  if (const auto known = cards_.find(file.path); known != cards_.end()) {
     imported.result = ImportedFile::Result::kKnown;
     imported.code = known->second;
     return imported;
   }
   try {
-    const Sound sound = SoundOf(file);
-    imported.sameSoundAs = CardOfSameSound(sound);
-    imported.code =
-        kind_ == LibraryTab::kMusic ? AddMusic(file, imported) : AddOther(file, imported);
-    cards_.emplace(file, imported.code);
-    sounds_.emplace(sound, imported.code);
+    if (const auto same = cards_.find(file.sameSoundAs); same != cards_.end())
+      imported.sameSoundAs = same->second;
+    imported.code = Add(file, imported);
+    cards_.emplace(file.path, imported.code);
     return imported;
   } catch (const StoreError& error) {
     if (error.Number() == kErrLocked || !station_.base.IsOpen()) throw;

@@ -9,6 +9,7 @@
 #include "library/HotKeys.h"
 #include "library/LibraryMessages.h"
 #include "library/LibraryScreen.h"
+#include "platform/SoundLengths.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/RowView.h"
@@ -278,18 +279,18 @@ int32_t AddFileOfLot(Station& station, LibraryTab tab, const std::string& file) 
   switch (tab) {
     case LibraryTab::kJingles: {
       JingleCard card;
-      FillJingle(station, file, card, masks);
+      FillJingle(station, file, station.platform.lengths.LengthMs(file), card, masks);
       return AddJingle(station, card, masks);
     }
     case LibraryTab::kShortElements: {
       ShortElementCard card;
-      FillShortElement(station, file, card);
+      FillShortElement(station, file, station.platform.lengths.LengthMs(file), card);
       return AddShortElement(station, card);
     }
     default: {
       if (ToldAsKnown(station, file)) return 0;
       MusicCard card;
-      FillMusicCard(station, file, card, masks);
+      FillMusicCard(station, file, station.platform.lengths.LengthMs(file), card, masks);
       return AddMusicCard(station, card, masks);
     }
   }

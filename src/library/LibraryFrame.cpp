@@ -186,6 +186,18 @@ void Library::TabStrip1_Click(Station& station, LibraryEditor& editor, LibraryTa
   });
 }
 
+void Library::ShowImported(Station& station, LibraryEditor& editor, LibraryTab kind) {
+  HandleControl(station, "Ajouter", [&] {
+    if (editor.TabStrip1 != kind) return;
+    const bool empty = editor.cardCount[editor.Tab()] == 0 && editor.Code() == 0 &&
+                       FileForSelector(station, editor).empty();
+    if (empty)
+      ShowPlace(station, editor, 1);
+    else
+      ShowPosition(station, editor);
+  });
+}
+
 void Library::BtnPlus_Click(Station& station, LibraryEditor& editor) {
   HandleControl(station, "BtnPlus", [&] {
     if (editor.OnCards()) Step(station, editor, 1);

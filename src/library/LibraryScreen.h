@@ -45,7 +45,10 @@ void BtnColler_Click(Station& station, LibraryEditor& editor);
 // jingle's.
 void PickDay(LibraryEditor& editor, int mode, int month, int day);
 std::string InfoText(const LibraryEditor& editor, LibraryTab tab);  // LblInfoMus and its like
-bool HourBoxesOn(const LibraryEditor& editor);                      // BtnCopy and BtnColler
+// Cards of that kind came in beside the window: the slider goes to their number, and where there
+// was none the first of them is shown.
+void ShowImported(Station& station, LibraryEditor& editor, LibraryTab kind);
+bool HourBoxesOn(const LibraryEditor& editor);  // BtnCopy and BtnColler
 
 // --- picking files: CmdFileMusique, CmdFileJingle, CmdFileVirgules by the tab ---
 // The file on which the selector is to open; empty when there is none.

@@ -43,10 +43,11 @@ constexpr std::array<PrintedColumn, 5> kRotationsOnPaper = {{{StatCol::kPlays, 4
                                                              {StatCol::kGenre, 13},
                                                              {StatCol::kVariety, 13}}};
 
-// Goes through a list as it is now: what yields serve may list something else.
+// Goes through a list as it is now.
 template <typename List, typename Take>
 void ForEachLine(Station& station, ReportEditor& editor, const List& shown, Take take) {
   const ReportWork work(editor);
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): what yields serve may list anew
   const List list = shown;
   for (size_t line = 0; line < list.Count(); ++line) {
     if (line % kLinesBetweenYields == kLinesBetweenYields - 1) station.platform.loop.Yield();

@@ -162,6 +162,10 @@ const std::vector<SettingsControl>& SettingsControls() {
   return controls;
 }
 
+bool IsSpinner(const SettingsControl& control) {
+  return control.kind == ControlKind::kNumber && std::string_view(control.name).starts_with("Spin");
+}
+
 const SettingsControl* FindSettingsControl(std::string_view name) {
   for (const SettingsControl& control : SettingsControls())
     if (EqualNoCase(name, control.name) || EqualNoCase(name, control.store)) return &control;

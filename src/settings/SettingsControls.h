@@ -63,6 +63,8 @@ struct SettingsControl {
   void (*alsoWritten)(Station& station) = nullptr;
 };
 
+// A number that is stepped through as well as typed.
+bool IsSpinner(const SettingsControl& control);
 // All of them, in the order of Cnf; the machine's values behind.
 const std::vector<SettingsControl>& SettingsControls();
 // By the control's name or by what it is stored as, without regard to case; null: there is none.

@@ -10,6 +10,7 @@
 #include "platform/SettingsDevices.h"
 #include "settings/GenreList.h"
 #include "settings/SerialInput.h"
+#include "settings/SettingsScreen.h"
 #include "settings/SideFileIo.h"
 #include "settings/SideFiles.h"
 #include "station/BaseCompaction.h"
@@ -103,7 +104,34 @@ int AddGenres(Station& station, std::vector<std::string>& genres) {
   return added;
 }
 
+// The engine's lists are today's, whatever day the screen shows.
+void RenewTodaysTimes(Station& station) {
+  const int today = CurrentWeekday(station.Now()) - 1;
+  if (station.settings.JourSemaine != today) return;
+  station.lists.dayTimesStamp.clear();
+  ReloadDayTimes(station, today);
+}
+
 }  // namespace
+
+void SaveDayTimes(Station& station, bool changedOnly) {
+  SettingsScreen& screen = station.settings;
+  auto& [starts, stops, markers] = screen.timesRead;
+  const bool times =
+      !changedOnly || screen.ComboHeure != starts || screen.HeureArretSystem != stops;
+  const bool topage = !changedOnly || screen.Topage != markers;
+  bool saved = false;
+  if (screen.timesHeld && times && LoadSaveStartStop(station, "Save", screen.JourSemaine, false)) {
+    starts = screen.ComboHeure;
+    stops = screen.HeureArretSystem;
+    saved = true;
+  }
+  if (screen.topageHeld && topage && LoadSaveTopage(station, "Save", screen.JourSemaine, false)) {
+    markers = screen.Topage;
+    saved = true;
+  }
+  if (saved) RenewTodaysTimes(station);
+}
 
 void Settings::CheckInstrumental_Click(Station& station, SettingsDevices&) {
   SettingsScreen& screen = station.settings;
@@ -186,6 +214,7 @@ void Settings::ChooseWeekday(Station& station, int day) {
   if (day < 0 || day >= kDaysOfWeek) return;
   const Folder& folder = station.platform.stationFolder;
   SettingsScreen& screen = station.settings;
+  SaveDayTimes(station, true);
   screen.JourSemaine = day;
   screen.ComboHeure.clear();
   screen.HeureArretSystem.clear();
@@ -194,6 +223,7 @@ void Settings::ChooseWeekday(Station& station, int day) {
   screen.topageHeld = CanRead(folder, "Topage." + std::to_string(day));
   LoadSaveStartStop(station, "Load", day, false);
   LoadSaveTopage(station, "Load", day, false);
+  screen.timesRead = {screen.ComboHeure, screen.HeureArretSystem, screen.Topage};
 }
 
 std::vector<std::string>& Settings::TimesOf(Station& station, Settings::TimeList list) {
@@ -228,8 +258,10 @@ std::optional<std::string> Settings::ChEdit_KeyEnter(Station& station, std::stri
 }
 
 void Settings::BtnSaveTopage_Click(Station& station) {
-  if (station.settings.topageHeld)
-    LoadSaveTopage(station, "Save", station.settings.JourSemaine, false);
+  SettingsScreen& screen = station.settings;
+  if (!screen.topageHeld || !LoadSaveTopage(station, "Save", screen.JourSemaine, false)) return;
+  screen.timesRead[2] = screen.Topage;
+  RenewTodaysTimes(station);
 }
 
 std::optional<std::string> Settings::BtnInti_Click(Station& station) {
@@ -242,6 +274,18 @@ std::optional<std::string> Settings::BtnInti_Click(Station& station) {
       screen.Topage.push_back(TwoDigits(hour) + ":" + TwoDigits(minute));
   screen.topageHeld = true;
   return std::nullopt;
+}
+
+std::string Settings::InstruEntry(const SettingsScreen& screen, size_t hour) {
+  return TwoDigits(static_cast<int>(hour)) + (screen.instruFromFile ? "h00" : "");
+}
+
+void Settings::TickHours(Station& station, const std::vector<size_t>& hours) {
+  SettingsScreen& screen = station.settings;
+  screen.Instru.fill(false);
+  for (const size_t hour : hours)
+    if (hour < screen.Instru.size()) screen.Instru[hour] = true;
+  screen.instruHeld = true;
 }
 
 std::optional<std::string> Settings::ChFiltre_KeyEnter(Station& station, std::string_view typed) {

@@ -40,7 +40,8 @@ std::optional<std::string> ThatManyBuffers(const SettingsScreen& screen, std::st
 void TakeLongestImpulse(Station& station);  // the running engine's longest impulse
 void WriteLanguage(Station& station);       // "Langue.Txt"; throws FileError
 
-// A weekday is chosen, 0 for Monday: its start and stop times and its marker times.
+// A weekday is chosen, 0 for Monday: its start and stop times and its marker times. Those of the
+// day left are saved where they were changed.
 void ChooseWeekday(Station& station, int day);
 
 // --- ComboHeure, HeureArretSystem and Topage: a key in the list `times` of the screen ---
@@ -60,6 +61,11 @@ void BtnSaveTopage_Click(Station& station);
 // Topage anew: every hour with every box of ChDecoupe that is not empty. A box that is no minute is
 // refused, and the list stays.
 std::optional<std::string> BtnInti_Click(Station& station);
+
+// --- Instru ---
+std::string InstruEntry(const SettingsScreen& screen, size_t hour);
+// Exactly these hours are ticked.
+void TickHours(Station& station, const std::vector<size_t>& hours);
 
 // --- Filtre ---
 // Enter in ChFiltre: its text, a time or nothing, into the selected cell.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <string>
+#include <utility>
 
 #include "platform/Folder.h"
 #include "platform/LocalValues.h"
@@ -123,6 +124,10 @@ void LoadInstru(Station& station) {
   station.settings.instruHeld = CanRead(station.platform.stationFolder, station.files.Instrumental);
   LoadSaveInstrumental(station, "Load");
   station.settings.Instru = station.lists.Instru;
+  Guarded(station, "SettingsLoad", [&] {
+    station.settings.instruFromFile =
+        station.platform.stationFolder.Exists(station.files.Instrumental);
+  });
 }
 
 void LoadJoystickPorts(SettingsScreen& screen) {
@@ -244,13 +249,23 @@ void SettingsSave(Station& station) {
   const SettingsScreen& screen = station.settings;
   Guarded(station, "SettingsSave", [&] { SaveFields(station); });
   if (screen.audioHeld) SaveAudio(station);
-  if (screen.timesHeld) LoadSaveStartStop(station, "Save", screen.JourSemaine, false);
-  if (screen.topageHeld) LoadSaveTopage(station, "Save", screen.JourSemaine, false);
+  SaveDayTimes(station, false);
   WriteFilesOfFields(station);
   if (screen.instruHeld) SaveInstru(station);
   if (screen.filtreHeld) SaveFiltre(station);
   if (screen.audioHeld) Guarded(station, "SettingsSave", [&] { SaveAudioValues(station); });
   Guarded(station, "SettingsSave", [&] { SaveLocalSwitches(station); });
+}
+
+void Settings::MnuParametrage_Click(Station& station, SettingsDevices& devices) {
+  if (station.engine.ScreenLocked || station.settings.open) return;
+  SettingsLoad(station, devices);
+  station.settings.open = true;
+}
+
+void Settings::Form_Unload(Station& station) {
+  if (!std::exchange(station.settings.open, false)) return;
+  SettingsSave(station);
 }
 
 void SaveControl(Station& station, const SettingsControl& control) {

@@ -18,6 +18,17 @@ void SettingsLoad(Station& station, SettingsDevices& devices);
 // values. Each step that fails is logged and stops no other. Never throws.
 void SettingsSave(Station& station);
 
+// The weekday's times as they stand on the screen, to their files: what could be read, and with
+// `changedOnly` no list that is as it was. The engine follows at once where they are today's.
+void SaveDayTimes(Station& station, bool changedOnly);
+
+namespace Settings {
+// The menu entry MnuParametrage: nothing while the menus are locked or the screen is open.
+void MnuParametrage_Click(Station& station, SettingsDevices& devices);
+// Saves all; nothing where the screen is closed.
+void Form_Unload(Station& station);
+}  // namespace Settings
+
 // What one control holds, to where it is stored ("Langue.Txt" with the language). Throws StoreError
 // and FileError.
 void SaveControl(Station& station, const SettingsControl& control);

@@ -15,6 +15,8 @@ inline constexpr size_t kLanguages = 4;
 // is no row: the French stands.
 using LanguageTexts = std::array<const char*, kLanguages>;
 
+inline constexpr int kEnglish = 1;  // the language of the commands
+
 struct Word {
   const char* name;
   LanguageTexts texts;  // "%1" in one is a place

@@ -32,8 +32,17 @@ std::optional<double> NumberIn(const std::string& text) {
   return number;
 }
 
-// LUFS; none: every file plays as it is. What is no target is told once a day.
-std::optional<double> Target(Station& station) {
+double GainOfFile(Station& station, double targetLufs, std::string_view storedPath) {
+  const auto stamp = station.platform.soundFiles.Stamp(storedPath);
+  if (!stamp) return 1;
+  const NoLockWait atOnce(station.base.Waiting());
+  const auto measures = FindMeasures(station.base.Db(), storedPath, *stamp);
+  return measures ? std::pow(10, LoudnessGainDb(targetLufs, *measures) / 20) : 1;
+}
+
+}  // namespace
+
+std::optional<double> TargetLoudness(Station& station) {
   const std::string text = Trim(station.platform.localValues.GetText(kTargetValue, ""));
   if (text.empty()) return std::nullopt;
   const std::optional<double> target = NumberIn(text);
@@ -46,16 +55,6 @@ std::optional<double> Target(Station& station) {
   return std::nullopt;
 }
 
-double GainOfFile(Station& station, double targetLufs, std::string_view storedPath) {
-  const auto stamp = station.platform.soundFiles.Stamp(storedPath);
-  if (!stamp) return 1;
-  const NoLockWait atOnce(station.base.Waiting());
-  const auto measures = FindMeasures(station.base.Db(), storedPath, *stamp);
-  return measures ? std::pow(10, LoudnessGainDb(targetLufs, *measures) / 20) : 1;
-}
-
-}  // namespace
-
 double LoudnessGainDb(double targetLufs, const SoundMeasures& measures) {
   if (!measures.loudnessLufs || !measures.truePeakDb) return 0;
   return std::min(targetLufs - *measures.loudnessLufs, kMostTruePeakDb - *measures.truePeakDb);
@@ -63,7 +62,7 @@ double LoudnessGainDb(double targetLufs, const SoundMeasures& measures) {
 
 double LoudnessGain(Station& station, std::string_view storedPath) {
   try {
-    const auto target = Target(station);
+    const auto target = TargetLoudness(station);
     return target ? GainOfFile(station, *target, storedPath) : 1;
   } catch (const StoreError& error) {
     // Who needs the base for more than this tells that it is out of reach. Of a table that cannot

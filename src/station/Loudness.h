@@ -4,6 +4,7 @@
 // one is.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "platform/SoundMeasures.h"
@@ -16,6 +17,9 @@ inline constexpr double kMostTruePeakDb = -1;  // dBTP, of a file with its gain
 
 // dB, up to kMostTruePeakDb. 0 for a file of which loudness or true peak are not known, as silence.
 double LoudnessGainDb(double targetLufs, const SoundMeasures& measures);
+
+// LUFS; none: every file plays as it is. What is no target is told once a day.
+std::optional<double> TargetLoudness(Station& station);
 
 // For SoundChain::SetGain. 1 without a target, and for a file that was not measured since it
 // changed. Stands ahead of what is heard: waits for no lock, a base that is out of reach gives 1 at

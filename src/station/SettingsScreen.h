@@ -6,6 +6,7 @@
 #include <array>
 #include <bitset>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,6 +19,8 @@ namespace zemo {
 // combo holds its number; a text box or spinner its text, as it was typed.
 struct SettingsScreen {
   static constexpr size_t kFilterRows = 80;
+
+  bool open = false;
 
   // --- preferences, mix points, levels ---
   int32_t EnchDef = 0, EnchPub = 0, EnchToph = 0, EnchJingles = 0, HsFadeOut = 0;  // ms
@@ -67,12 +70,19 @@ struct SettingsScreen {
   std::string SpinRapportDiff;  // rows
 
   // --- lists ---
-  std::array<bool, 24> Instru{};                                        // selected hours
+  std::array<bool, 24> Instru{};  // selected hours
+  bool instruFromFile = false;    // there is one, and entries read "00h00" instead of "00"
   std::array<std::pair<std::string, std::string>, kFilterRows> Filtre;  // "de", "à"
   int FiltreRow = 0, FiltreColumn = 0;                            // selected cell, both from 0
+  std::string ChFiltre;                                           // typed for it
   std::vector<std::string> JourSemaineNames;                      // Monday first
   int JourSemaine = 0;                                            // chosen weekday, 0 for Monday
   std::vector<std::string> ComboHeure, HeureArretSystem, Topage;  // times of that weekday
+  std::array<std::vector<std::string>, 3> timesRead;  // the same as they were read or written last
+  // By the list, as timesRead: what was typed for it, and its chosen entry.
+  std::array<std::string, 3> timeTyped;
+  std::array<std::optional<size_t>, 3> timeChosen;
+  std::string ChEdit;                    // typed for Topage
   std::array<std::string, 4> ChDecoupe;  // minutes, for BtnInti; empty for none
 
   // --- what could be read, and so may be written back. A control that could not be read keeps its

@@ -22,7 +22,7 @@ class OfficeWindow : public Window {
   // `routine`: under which name the log has what its orders throw.
   OfficeWindow(Station& station, const char* name, const char* routine, const WindowTexts& texts);
   virtual bool IsOpen() const = 0;
-  bool LeaveNow();  // false while a routine works: it closes at its end
+  virtual bool LeaveNow();  // false while a routine works: it closes at its end
 
  protected:
   // An order that answers at once, and one that may ask or yield: it waits for a free moment.

@@ -89,7 +89,7 @@ QString StyleSheet(double unit, bool gradients) {
     * { color: %INK; }
     QMenu, QToolTip, QDialog, QDialog QWidget, QComboBox QAbstractItemView, QPushButton, QToolButton,
     QComboBox, QLineEdit, QCheckBox, QRadioButton, QTabBar, #CadreRech QLabel, #CadrePL QLabel,
-    #FrmDiscotheque QLabel, #FrmPub QLabel {
+    #FrmDiscotheque QLabel, #FrmPub QLabel, #FrmConfig QLabel, #FrmConfig QSpinBox, #FrmConfig QListWidget {
       font-family: "%FAMILY"; font-size: %TEXTpx; }
     #FrmDiscotheque QLabel[small="true"], #FrmPub QLabel[small="true"], #FrameAutorisation QRadioButton { font-size: %HEADpx; }
     #CmdStop { font-size: %NEXTpx; font-weight: bold; }
@@ -98,6 +98,8 @@ QString StyleSheet(double unit, bool gradients) {
     QFrame[panel="true"] { background: %PANEL; border: 1px solid %LINE; border-radius: 4px; }
     QLabel { background: transparent; border: none; }
     QLabel[dim="true"] { color: %DIM; }
+    QLabel[head="true"] { font-weight: bold; }
+    QLabel[refusal="true"] { color: %NOTE; }
     QLabel[note="true"] { color: %NOTE; font-weight: bold; padding: 0 8px; }
     QToolTip { background: %RAISED; color: %INK; border: 1px solid %LINE; padding: 3px; }
     QMenuBar { background: %GROUND; } QMenuBar::item { padding: 2px 8px; background: transparent; }
@@ -119,8 +121,17 @@ QString StyleSheet(double unit, bool gradients) {
     QPushButton:disabled, QToolButton:disabled, QComboBox:disabled, QCheckBox:disabled {
       color: #6d7784; background: %PANEL; }
     QToolButton[running="true"]:checked { background: #1f3a2d; border: 2px solid %GOOD; }
-    QLineEdit, QSpinBox { background: #0d1014; }
+    QLineEdit, QSpinBox, QPlainTextEdit { background: #0d1014; }
+    QPlainTextEdit { border: 1px solid %LINE; }
+    QProgressBar { border: 1px solid %LINE; border-radius: 3px; background: #0d1014; }
+    QProgressBar::chunk { background: #3b5a86; border-radius: 2px; }
     QSpinBox QLineEdit { border: none; padding: 0; }
+    QSpinBox::up-button, QSpinBox::down-button { width: %BOXpx; background: %RAISED; border: none; }
+    QSpinBox::up-button { margin-bottom: 1px; }
+    QSpinBox::up-arrow, QSpinBox::down-arrow { width: 0; height: 0; border-left: 4px solid %RAISED;
+      border-right: 4px solid %RAISED; }
+    QSpinBox::up-arrow { border-bottom: 5px solid %INK; }
+    QSpinBox::down-arrow { border-top: 5px solid %INK; }
     QComboBox QAbstractItemView { background: %PANEL; selection-background-color: #3b5a86; }
     QCheckBox { background: transparent; spacing: 4px; border: 1px solid transparent; }
     QCheckBox::indicator { width: %BOXpx; height: %BOXpx; border: 1px solid %DIM; border-radius: 2px;

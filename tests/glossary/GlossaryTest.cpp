@@ -18,6 +18,7 @@
 #include "library/screens/SelectorDialog.h"
 #include "reports/ReportTexts.h"
 #include "settings/SettingsControls.h"
+#include "settings/screens/SettingsWindow.h"
 #include "store/Schema.h"
 #include "store/SoundMeasuresTable.h"
 #include "ui/CalendarWindow.h"
@@ -65,15 +66,6 @@ TEST(Glossary, TellsEveryColumnOfEveryTable) {
   }
   for (const auto& [section, names] : sections)
     EXPECT_TRUE(!section.starts_with("Table ") || tables.contains(section)) << section;
-}
-
-TEST(Glossary, TellsEveryControlOfTheSettings) {
-  Names present = Controls("station/SettingsScreen.h", "SettingsScreen");
-  for (const SettingsControl& control : SettingsControls()) {
-    present.insert(control.name);
-    if (control.in != StoredIn::kCnf) present.insert(control.store);
-  }
-  ExpectSame("Settings screen", Glossary()["Settings screen"], present);
 }
 
 TEST(Glossary, TellsEveryControlOfTheEditors) {
@@ -142,6 +134,17 @@ TEST_F(GlossaryOfScreens, TellsEveryControlOfTheLibraryScreenAndOfTheSelector) {
   auto sections = Glossary();
   ExpectSame("Library screen", sections["Library screen"], library);
   ExpectSame("Sound file selector", sections["Sound file selector"], selector);
+}
+
+TEST_F(GlossaryOfScreens, TellsEveryControlOfTheSettings) {
+  Loaded();
+  Names present = Controls("station/SettingsScreen.h", "SettingsScreen");
+  for (const SettingsControl& control : SettingsControls()) {
+    present.insert(control.name);
+    if (control.in != StoredIn::kCnf) present.insert(control.store);
+  }
+  AddNamesOf(SettingsWindow(on.station, {}), present);
+  ExpectSame("Settings screen", Glossary()["Settings screen"], present);
 }
 
 // "| `PLACE` | what it is: Routine |": the place is a text of the program, the routine is there.

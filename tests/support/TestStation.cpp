@@ -215,6 +215,7 @@ std::string TestStation::MakeSound(const std::string& name, int64_t lengthMs) {
 
 std::string TestStation::MakeFile(const std::string& name, const std::string& bytes) {
   const std::string path = stationDir.Path() + "/" + name;
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path());
   std::ofstream(path, std::ios::binary) << bytes;
   return path;
 }

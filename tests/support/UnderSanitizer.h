@@ -1,5 +1,5 @@
-// A sanitizer makes a test five to ten times as long, and looks at the program's memory and threads,
-// for which some cases of a property serve as well as all.
+// A sanitizer makes a test five to ten times as long, and looks at the program's memory and
+// threads, for which some cases of a property serve as well as all.
 #pragma once
 
 #include <cstddef>

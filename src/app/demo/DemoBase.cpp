@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "app/demo/Demo.h"
+#include "app/demo/LocaleLanguage.h"
 #include "settings/SideFiles.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -152,6 +153,7 @@ void SetSettings(Recordset& table) {
   table.Set("TempRequette", int64_t{15});
   table.Set("EcartArtiste", int64_t{0});
   table.Set("DecalDiff", int64_t{0});
+  table.Set("Langue", int64_t{LanguageOfLocale()});
   table.Update();
 }
 

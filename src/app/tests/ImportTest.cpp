@@ -107,6 +107,21 @@ TEST_F(ImportCommand, AnExchangeFileKeepsTheExitPointThatAHandSet) {
   EXPECT_EQ(Sql("SELECT AUTEUR, GENRE, POINTSORTIE FROM Discotheque"), "ARTIST|PLAYLIST|777\n");
 }
 
+TEST_F(ImportCommand, TheExitPointsThatAnInterruptedRunLeftAreFoundByTheNextOne) {
+  Import("music");
+  EXPECT_FALSE(std::filesystem::exists(root_ / "fresh/ExitsToFind.Txt"));
+  Shell(
+      "sqlite3 fresh/Triskin.MDB 'UPDATE Discotheque SET POINTSORTIE = 1600; DELETE FROM Mesures "
+      "WHERE DUREE = 3000'");
+  Put("fresh/ExitsToFind.Txt",
+      "1\t1600\t" + Path("music/b.wav") + "\n2\t1600\t" + Path("music/inner/a.WAV") + "\n");
+  Import("music");
+  // Silence ends where the file does.
+  EXPECT_EQ(Sql("SELECT POINTSORTIE FROM Discotheque"), "0\n0\n");
+  EXPECT_EQ(Sql("SELECT COUNT(*) FROM Mesures"), "2\n");
+  EXPECT_FALSE(std::filesystem::exists(root_ / "fresh/ExitsToFind.Txt"));
+}
+
 TEST_F(ImportCommand, WithoutAPathItIsWrongUsage) {
   EXPECT_EQ(Import("").status, 2);
 }

@@ -45,6 +45,21 @@ TEST_F(NewStation, SharesEveryHourOfTheWeekOutAmongItsGenres) {
             "INSTRUMENTAL\nSTARTER\nPLAYLIST\nGOLD N-1\nGOLD N-2\nGOLD N-3\nGOLD N-4\n");
 }
 
+TEST_F(NewStation, SpeaksTheLanguageOfTheMachine) {
+  const struct {
+    const char* locale;
+    const char* langue;
+  } cases[] = {{"LANG=en_GB.UTF-8", "1\n"},     {"LANG=pt_BR.UTF-8", "2\n"},
+               {"LANG=es_AR.UTF-8", "3\n"},     {"LANG=fr_FR.UTF-8", "0\n"},
+               {"LANG=de_DE.UTF-8", "0\n"},     {"LANG=C.UTF-8", "0\n"},
+               {"LANG=fr_FR LC_ALL=en", "1\n"}, {"LANG=fr_FR LC_MESSAGES=es@euro", "3\n"}};
+  for (const auto& one : cases) {
+    Shell("rm -rf radio; unset LANG LC_ALL LC_MESSAGES; " + std::string(one.locale) +
+          " $zemoradio new radio");
+    EXPECT_EQ(Ask("SELECT Langue FROM Cnf"), one.langue) << one.locale;
+  }
+}
+
 TEST_F(NewStation, HoldsNoCardNoCampaignAndNoPip) {
   ASSERT_EQ(Run("new radio").status, 0);
   for (const char* table : {"Discotheque", "DiscothequeJingle", "DiscothequeVirgule", "GrillePub",

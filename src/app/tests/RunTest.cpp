@@ -17,6 +17,15 @@ class RunOnAir : public BlackBox {
     return "$zemoradio run --station station --machine machine --output null >lines & "
            "i=0; until [ -s lines ] || [ $((i=i+1)) -gt 1000 ]; do sleep 0.01; done; ";
   }
+  // Shell: on air until so many files were measured, and what was imported is dealt with.
+  static std::string UntilMeasured(int files) {
+    return UntilOnAir() +
+           "i=0; until [ \"$(sqlite3 station/Triskin.MDB 'SELECT COUNT(*) FROM Mesures' "
+           "2>/dev/null)\" = " +
+           std::to_string(files) +
+           " -a ! -e station/ExitsToFind.Txt ] || [ $((i=i+1)) -gt 600 ]; do sleep 0.1; done; "
+           "kill -TERM $!; wait $!";
+  }
   char OnOff() const { return ReadText(root_ / "station/ZemoOnOff.Dat").at(0); }
 };
 
@@ -67,6 +76,30 @@ TEST_F(RunOnAir, AnElementIsALineAndPlaysToItsEndWhenTheTimeIsOver) {
                           [](unsigned char byte) { return byte >= 0x20 || byte == '\n'; }));
   EXPECT_GE(std::filesystem::file_size(root_ / "air.wav"), 3u * 44100 * 4);
   EXPECT_EQ(OnOff(), '0');
+}
+
+TEST_F(RunOnAir, WithALoudnessTargetTheLibraryIsMeasuredBesideTheAir) {
+  MakeStation({3, 4}, true);
+  Put("machine/Settings.Ini", "LoudnessTarget=-18\r\n");
+  const Result result = Shell(UntilMeasured(2));
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT DUREE FROM Mesures ORDER BY DUREE'").out,
+            "3000\n4000\n");
+}
+
+TEST_F(RunOnAir, WithoutOneOnlyTheExitPointsThatAnImportLeftAreFound) {
+  MakeStation({3, 4}, true);
+  Shell("sqlite3 station/Triskin.MDB 'UPDATE Discotheque SET POINTSORTIE = 1600'");
+  const std::string file =
+      Shell("sqlite3 station/Triskin.MDB 'SELECT FILENAME FROM Discotheque WHERE CODE = 2'").out;
+  Put("station/ExitsToFind.Txt", "2\t1600\t" + file);
+  const Result result = Shell(UntilMeasured(1));
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT DUREE FROM Mesures'").out, "4000\n");
+  // Silence ends where the file does.
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT POINTSORTIE FROM Discotheque'").out,
+            "1600\n0\n");
+  EXPECT_FALSE(std::filesystem::exists(root_ / "station/ExitsToFind.Txt"));
 }
 
 TEST_F(RunOnAir, ForExactlyCutsTheFileToTheFrameAndEndsInOrder) {

@@ -26,6 +26,19 @@ TEST_F(ScreenProgram, TheBareCommandOpensTheScreenAirsAndLeavesByASignal) {
   EXPECT_EQ(ReadText(root_ / "station/ZemoOnOff.Dat").at(0), '0');
 }
 
+// The base of an empty folder is made at the start, and speaks the machine's language from then on;
+// one that is there keeps its own.
+TEST_F(ScreenProgram, TheFirstStartOfAnEmptyStationSpeaksTheMachinesLanguage) {
+  Put("station/Genre.Txt", "POP\r\n");
+  const std::string run =
+      "export QT_QPA_PLATFORM=offscreen LC_ALL=; $zemoradio --station station --machine machine "
+      "--output null --for 1";
+  EXPECT_EQ(Shell("export LANG=es_ES.UTF-8; " + run).status, 0);
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT Langue FROM Cnf'").out, "3\n");
+  EXPECT_EQ(Shell("export LANG=pt_PT.UTF-8; " + run).status, 0);
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT Langue FROM Cnf'").out, "3\n");
+}
+
 class ForecastRun : public BlackBox {
  protected:
   static void WaitFor(const ForecastProcess& forecast) {

@@ -77,7 +77,10 @@ ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
   });
   for (QAction* mark : {MnuStartStop_, MnuPCProduction_}) mark->setCheckable(true);
   Options_->addSeparator();
-  AddToCome(Options_, "MnuParametrage");
+  if (orders_.settings)
+    MnuParametrage_ = Add(Options_, "MnuParametrage", [this] { orders_.settings(); });
+  else
+    AddToCome(Options_, "MnuParametrage");
   MnuPasseWord_ = Add(Options_, "MnuPasseWord", [this] {
     Refresh(PictureOf(station_));  // the mark is the lock's, not the click's
     orders_.password();
@@ -96,6 +99,7 @@ void ScreenMenus::SetTexts(const Translation& texts) {
 
 void ScreenMenus::Refresh(const MainScreen& screen) {
   MnuEdit_->menuAction()->setEnabled(screen.MnuEditEnabled);
+  if (MnuParametrage_) MnuParametrage_->setEnabled(screen.MnuParametrageEnabled);
   MnuPasseWord_->setChecked(station_.engine.ScreenLocked);
   MnuPlaylist_->setEnabled(screen.MnuPlaylistEnabled);
   MnuImprime_->setEnabled(screen.MnuImprimeEnabled);

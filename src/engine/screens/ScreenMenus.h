@@ -15,7 +15,7 @@ struct Station;
 class Translation;
 
 struct MenuOrders {
-  std::function<void()> library, campaigns;  // empty: it is to come
+  std::function<void()> library, campaigns, settings;  // empty: to come
   std::function<void()> storedLists, insertBreak, composeGrid, printList, forecast, password, quit;
 };
 
@@ -37,6 +37,7 @@ class ScreenMenus {
   QMenu *MnuEdit_, *MnuModels_, *Options_;
   QAction *MnuPlaylist_, *MnuImprime_, *MnuStartStop_, *MnuPCProduction_, *MnuPasseWord_;
   QAction* MnuModelCaption_;
+  QAction* MnuParametrage_ = nullptr;
 };
 
 }  // namespace zemo

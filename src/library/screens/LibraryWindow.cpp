@@ -1,11 +1,14 @@
 #include "library/screens/LibraryWindow.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QFileDialog>
+#include <QMimeData>
 #include <QPointer>
 #include <QResizeEvent>
 #include <QSlider>
 #include <QStackedWidget>
+#include <QUrl>
 #include <utility>
 
 #include "library/LibraryPrint.h"
@@ -61,6 +64,20 @@ void LibraryWindow::OpenOnCard(int32_t code) {
   if (!editor_.open) fresh_.fill(false);
   if (!Barred()) Library::OpenOnCard(station_, editor_, code);
   ShowSelf();
+}
+
+bool LibraryWindow::LeaveNow() {
+  import_->Stop();
+  return OfficeWindow::LeaveNow();
+}
+
+bool LibraryWindow::MayLeave() {
+  if (!import_->AtWork()) return true;
+  const std::string question = Texts().Word("ImportLeave").toStdString();
+  if (station_.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes)
+    return false;
+  import_->Stop();
+  return true;
 }
 
 void LibraryWindow::Left() {
@@ -175,6 +192,77 @@ void LibraryWindow::GiveToSelected() {
     };
     dialog->open();
   });
+}
+
+// --- import ---
+
+bool LibraryWindow::TakesDrops() const {
+  return editor_.open && !Barred() && editor_.OnCards() && import_->CanBegin();
+}
+
+namespace {
+
+// Their bytes as they are, which need not be UTF-8.
+std::vector<std::string> LocalPaths(const QMimeData& data) {
+  std::vector<std::string> paths;
+  for (const QUrl& url : data.urls()) {
+    if (!url.isLocalFile()) continue;
+    const QByteArray encoded = url.path(QUrl::FullyEncoded).toLatin1();
+    paths.push_back(QByteArray::fromPercentEncoding(encoded).toStdString());
+  }
+  return paths;
+}
+
+// Whoever drags a file may offer to move it, which would be its end where it lay.
+void TakeAsCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
+}
+
+}  // namespace
+
+void LibraryWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (TakesDrops() && !LocalPaths(*event->mimeData()).empty())
+    TakeAsCopy(*event);
+  else
+    event->ignore();
+}
+
+void LibraryWindow::dragMoveEvent(QDragMoveEvent* event) {
+  if (TakesDrops())
+    TakeAsCopy(*event);
+  else
+    event->ignore();
+}
+
+void LibraryWindow::dropEvent(QDropEvent* event) {
+  const std::vector<std::string> paths = LocalPaths(*event->mimeData());
+  if (!TakesDrops() || paths.empty()) return event->ignore();
+  TakeAsCopy(*event);
+  import_->Begin(editor_.TabStrip1, paths);
+  ShowMenus();
+}
+
+void LibraryWindow::ChooseFolder() {
+  QString title = MnuImport_->text();
+  auto* dialog = new QFileDialog(this, title.remove(u'.'));
+  dialog->setObjectName(QStringLiteral("FrmImportFolder"));
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setOption(QFileDialog::DontUseNativeDialog);
+  dialog->setFileMode(QFileDialog::Directory);
+  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
+    if (!TakesDrops()) return;
+    import_->Begin(editor_.TabStrip1, {path.toStdString()});
+    ShowMenus();
+  });
+  dialog->open();
+}
+
+void LibraryWindow::ShowImported(LibraryTab kind) {
+  fresh_[static_cast<size_t>(kind) - 1] = false;
+  if (!editor_.open || Barred()) return;  // shown at the end of what works
+  Library::ShowImported(station_, editor_, kind);
+  ShowAll();
 }
 
 // --- the lists ---

@@ -10,6 +10,7 @@
 
 #include "library/LibraryEditor.h"
 #include "library/screens/CardPage.h"
+#include "library/screens/ImportPane.h"
 #include "library/screens/MusicListFiller.h"
 #include "ui/OfficeWindow.h"
 #include "ui/Questions.h"
@@ -39,22 +40,30 @@ struct LibrarySources {
   using TakeFiles = OfficeWindow::TakeFiles;
   OfficeWindow::FileChooser chooseFiles;      // `known`: the files that have cards
   SpreadsheetWriter* spreadsheets = nullptr;  // none: nothing is exported
-  Waveforms* waveforms = nullptr;             // none: no waveform is drawn
-  Questions questions;                        // with a dialogue of the system by default
+  ImportSources import;
+  Waveforms* waveforms = nullptr;  // none: no waveform is drawn
+  Questions questions;             // with a dialogue of the system by default
 };
 
-// Modeless beside the air. Thread: the logic's. The station outlives it.
+// Modeless beside the air. Sound files and folders that are dropped on it are imported as cards of
+// the tab that is shown; who closes it meanwhile is asked whether to stop that. Thread: the
+// logic's. The station outlives it.
 class LibraryWindow : public OfficeWindow {
  public:
   LibraryWindow(Station& station, LibrarySources sources);
   void Open();                    // nothing while the menus are locked
   void OpenOnCard(int32_t code);  // of the music; while a routine works it only comes forward
   bool IsOpen() const override { return editor_.open; }
+  bool LeaveNow() override;  // an import is stopped
   const LibraryEditor& Editor() const { return editor_; }
 
  protected:
   void ArrangeParts(double unit) override;
+  bool MayLeave() override;
   void Left() override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
@@ -92,6 +101,10 @@ class LibraryWindow : public OfficeWindow {
   void ResetDates();
   void GiveToSelected();
 
+  bool TakesDrops() const;
+  void ChooseFolder();
+  void ShowImported(LibraryTab kind);
+
   LibrarySources sources_;
   LibraryEditor editor_;
   LibraryOrders orders_;
@@ -108,11 +121,12 @@ class LibraryWindow : public OfficeWindow {
   HoursFrame* hours_ = nullptr;
   MarkerPane* markers_ = nullptr;
   QWidget *column_ = nullptr, *navigation_ = nullptr;
+  ImportPane* import_ = nullptr;
   QSlider* Slider1 = nullptr;
   std::array<QLabel*, kCardTabs> info_{};
   std::array<QRadioButton*, 6> OptionTri{};
   QAction *Nouveau_, *Ajouter_, *Replacer_, *MnuDelete_, *MnuListe_, *MnuImp_, *MnuExporter_,
-      *MnuTxt_, *MnuGive_, *MnuInitDate_;
+      *MnuTxt_, *MnuGive_, *MnuInitDate_, *MnuImport_;
 };
 
 }  // namespace zemo

@@ -104,6 +104,7 @@ void LibraryWindow::MakeMenus() {
   MnuExporter_ = AddMenu(options, "MnuExporter", [this] { Export(); });
   MnuTxt_ = AddMenu(options, "MnuTxt", [this] { Work(Doing(Library::MnuTxt_Click)); });
   MnuGive_ = AddMenu(options, "MnuGive", [this] { GiveToSelected(); });
+  MnuImport_ = AddMenu(options, "MnuImport", [this] { ChooseFolder(); });
   options->addSeparator();
   MnuInitDate_ = AddMenu(options, "MnuInitDate", [this] { ResetDates(); });
   AddMenu(bar, "MnuAide", [this] {
@@ -255,6 +256,14 @@ void LibraryWindow::MakeFrame() {
   layout->setContentsMargins(8, 4, 8, 8);
   layout->addLayout(top);
   layout->addLayout(both, 1);
+  import_ = new ImportPane(station_, sources_.import, Texts(),
+                           {[this] { return editor_.open && !Barred(); },
+                            [this](LibraryTab kind) { ShowImported(kind); }},
+                           body_);
+  layout->addWidget(import_);
+  setAcceptDrops(true);
+  // Over a box, too, files are dropped on the window: its text they are not.
+  for (QLineEdit* box : findChildren<QLineEdit*>()) box->setAcceptDrops(false);
 }
 
 // --- showing ---
@@ -287,6 +296,7 @@ void LibraryWindow::ShowMenus() {
   for (QAction* entry : {MnuListe_, MnuImp_, MnuExporter_, MnuTxt_, MnuInitDate_})
     entry->setEnabled(music);
   MnuGive_->setEnabled(music && ShownWithOthers(editor_));
+  MnuImport_->setEnabled(cards && import_->CanBegin());
   Replacer_->setEnabled(editor_.ReplacerEnabled);
   MnuDelete_->setEnabled(editor_.MnuDeleteEnabled);
   sort_->setVisible(music);

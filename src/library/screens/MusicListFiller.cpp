@@ -3,10 +3,10 @@
 #include <exception>
 #include <utility>
 
-#include "engine/FreeMoment.h"
 #include "platform/EventLoop.h"
 #include "station/Station.h"
 #include "store/StoreError.h"
+#include "ui/WhenFree.h"
 
 namespace zemo {
 
@@ -18,18 +18,17 @@ constexpr int kLockedTurns = 100;  // of kAskAgainMs: as long as any other query
 MusicListFiller::MusicListFiller(Station& station, CardList& list, std::function<void()> filled)
     : station_(station), list_(list), filled_(std::move(filled)) {
   timer_.setSingleShot(true);
-  timer_.callOnTimeout([this] { Turn(); });
+  timer_.callOnTimeout([this] { WhenFree(station_, &timer_, [this] { Turn(); }); });
 }
 
 void MusicListFiller::Begin() {
   fill_ = std::make_unique<MusicListFill>(list_);
   lockedTurns_ = 0;
-  Turn();
+  WhenFree(station_, &timer_, [this] { Turn(); });
 }
 
 void MusicListFiller::Turn() {
   if (!fill_) return;
-  if (!IsFreeMoment(station_)) return timer_.start(kAskAgainMs);
   if (!Slice()) return timer_.start(lockedTurns_ > 0 ? kAskAgainMs : 0);
   fill_.reset();
   filled_();

@@ -1,26 +1,22 @@
-#include <map>
-
 #include "library/CardImport.h"
+#include "library/ImportReport.h"
 #include "library/ImportedExit.h"
 #include "library/tests/LibraryFixture.h"
+#include "platform/real/files/ImportReader.h"
+#include "support/ReadAtOnce.h"
 
 namespace zemo {
 
 namespace {
 
-struct FakeTags : SoundTags {
-  std::map<std::string, TagTexts> texts;  // by path
-  std::optional<TagTexts> Read(const std::string& path) override {
-    const auto found = texts.find(path);
-    return found == texts.end() ? std::nullopt : std::optional(found->second);
-  }
-};
-
 struct CardsImported : LibraryFixture {
-  FakeTags tags;
+  test::TagTable tags;
 
   ImportedFile Take(const std::string& file, bool dryRun = false) {
-    return CardImport(on.station, on.opener, tags, LibraryTab::kMusic, dryRun).Take(file);
+    CardImport import(on.station, LibraryTab::kMusic, dryRun);
+    while (import.ReadCardsSlice()) {
+    }
+    return import.Enter(ImportReader(on.opener, tags, on.soundFiles, import.Known()).Read(file));
   }
   std::string Row(const std::string& fields) {
     return on.SqlText("SELECT " + fields + " FROM Discotheque");
@@ -70,11 +66,48 @@ TEST_F(CardsImported, AnExchangeFileGoesBeforeTheTags) {
   EXPECT_EQ(Row("AUTEUR"), "OF THE FILE");
 }
 
+TEST_F(CardsImported, WithoutTagsTheNameOfTheFileIsArtistAndTitle) {
+  for (const auto& [name, fields] :
+       std::map<std::string, std::string>{{"ABBA - Waterloo.flac", "ABBA|Waterloo"},
+                                          {"song.flac", "song|"},
+                                          {"a-b.wav", "a-b|"}}) {
+    on.Sql("DELETE FROM Discotheque");
+    Take(on.MakeSound(name, 1000));
+    EXPECT_EQ(Row("AUTEUR || '|' || TITRE"), fields) << name;
+  }
+  on.Sql("DELETE FROM Discotheque");
+  const std::string file = on.MakeSound("ABBA - Waterloo.ogg", 1000);
+  tags.texts[file].title = "OF THE TAGS";
+  Take(file);
+  EXPECT_EQ(Row("AUTEUR || '|' || TITRE"), "ABBA - Waterloo|OF THE TAGS");
+}
+
+TEST_F(CardsImported, TitlesThatNoModelAsksForAreCountedByTheGenresOfTheirTags) {
+  ImportReport report;
+  const auto add = [&](const std::string& name, const std::string& genre) {
+    const std::string file = on.MakeSound(name, 1000);
+    tags.texts[file].genre = genre;
+    report.Add(file, Take(file));
+  };
+  add("a.mp3", "Chillout");
+  EXPECT_EQ(report.ForeignGenres(1),
+            "1 without a genre of the station's, which no model asks for (see ImportGenres.Txt): "
+            "Chillout 1");
+  add("b.mp3", "");
+  add("c.mp3", "gold n-1");
+  add("d.mp3", "");
+  EXPECT_EQ(report.ForeignGenres(1),
+            "3 without a genre of the station's, which no model asks for (see ImportGenres.Txt): "
+            "none 2, Chillout 1");
+  EXPECT_EQ(ImportReport().ForeignGenres(1), "");
+}
+
 TEST_F(CardsImported, ATextThatIsTooLongIsCutAndNamed) {
   const std::string file = on.MakeSound("song.mp3", 1000);
   tags.texts[file].album = "Twenty characters and more";
   const ImportedFile imported = Take(file);
-  EXPECT_EQ(imported.cut, std::vector<std::string>{"album"});
+  EXPECT_EQ(ImportRemark(imported, 1), "album cut to its field");
+  EXPECT_EQ(ImportRemark(imported, 0), "album coupé à la longueur du champ");
   EXPECT_EQ(Row("REFERENCE"), "Twenty characters");
 }
 
@@ -115,13 +148,13 @@ TEST_F(CardsImported, TheMeasuredExitGoesIntoACardWhoseExitNobodySet) {
   measures.soundEndMs = 60000;
   measures.exitMs = 4200;
   const SoundFileStamp stamp = *on.soundFiles.Stamp(file);
-  TakeMeasures(on.station, imported.code, file, stamp, measures, 1600);
+  TakeMeasures(on.station, {imported.code, 1600, file}, stamp, measures);
   EXPECT_EQ(Row("POINTSORTIE"), "4200");
   const auto mus = on.soundFiles.Read(on.stationDir.Path() + "/song.Mus");
   ASSERT_TRUE(mus);
   EXPECT_NE(mus->find("\r\n4200,"), std::string::npos);
   on.Sql("UPDATE Discotheque SET POINTSORTIE = 900");
-  TakeMeasures(on.station, imported.code, file, stamp, measures, 1600);
+  TakeMeasures(on.station, {imported.code, 1600, file}, stamp, measures);
   EXPECT_EQ(Row("POINTSORTIE"), "900");
 }
 

@@ -343,6 +343,21 @@ TEST_F(Screen, TheCampaignsAreOpenedByTheirEntry) {
   EXPECT_EQ(entry->text(), "&Horaires des pubs...");
 }
 
+TEST_F(Screen, TheSettingsAreOpenedByTheirEntryUnlessItIsBarred) {
+  int opened = 0;
+  sources.openSettings = [&] { ++opened; };
+  Open();
+  auto* entry = window->findChild<QAction*>("MnuParametrage");
+  on.station.engine.ScreenLocked = true;
+  Draw();
+  EXPECT_FALSE(entry->isEnabled());
+  on.station.engine.ScreenLocked = false;
+  Draw();
+  ASSERT_TRUE(entry->isEnabled());
+  entry->trigger();
+  EXPECT_EQ(opened, 1);
+}
+
 TEST_F(Screen, TheProgramIsNotLeftWhileTheLibraryWorks) {
   bool works = true;
   int closed = 0;

@@ -1,29 +1,13 @@
 #include "platform/real/analysis/MeasuringThread.h"
 
-#include <sched.h>
-#include <sys/resource.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <exception>
 #include <utility>
 
 #include "platform/real/analysis/SoundAnalyser.h"
+#include "platform/real/files/LowestPriority.h"
 
 namespace zemo {
-
-namespace {
-
-constexpr int kLowestPriority = 19;
-
-// Idle, for the disk too; by its nice value alone where the system refuses that.
-void TakeLowestPriority() {
-  ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kLowestPriority);
-  const sched_param none{};
-  ::sched_setscheduler(0, SCHED_IDLE, &none);
-}
-
-}  // namespace
 
 MeasuringThread::MeasuringThread(std::unique_ptr<SoundOpener> opener)
     : opener_(std::move(opener)), thread_([this](const std::stop_token& stop) { Run(stop); }) {}
@@ -39,14 +23,17 @@ bool MeasuringThread::Wish(const std::string& path) {
   {
     const std::unique_lock lock(mutex_, std::try_to_lock);
     if (!lock) return false;
+    std::erase_if(wishes_, [](const Waiting& wish) { return wish.taken; });
     if (path == current_) return true;
-    const auto waiting = std::find(wishes_.begin(), wishes_.end(), path);
+    const auto waiting = std::find_if(wishes_.begin(), wishes_.end(),
+                                      [&](const Waiting& wish) { return wish.path == path; });
     if (waiting != wishes_.end()) {
       std::rotate(waiting, std::next(waiting), wishes_.end());
       return true;
     }
-    if (wishes_.size() + measured_.size() + (current_.empty() ? 0 : 1) >= kMostWishes) return false;
-    wishes_.push_back(path);
+    const size_t measured = measured_.size() - copied_;
+    if (wishes_.size() + measured + (current_.empty() ? 0 : 1) >= kMostWishes) return false;
+    wishes_.push_back({path});
   }
   signals_.fetch_add(1);
   signals_.notify_one();
@@ -55,10 +42,8 @@ bool MeasuringThread::Wish(const std::string& path) {
 
 std::optional<MeasuredSound> MeasuringThread::TakeMeasured() {
   const std::unique_lock lock(mutex_, std::try_to_lock);
-  if (!lock || measured_.empty()) return std::nullopt;
-  std::optional<MeasuredSound> oldest(std::move(measured_.front()));
-  measured_.pop_front();
-  return oldest;
+  if (!lock || copied_ == measured_.size()) return std::nullopt;
+  return measured_[copied_++];
 }
 
 void MeasuringThread::Run(const std::stop_token& stop) {
@@ -71,18 +56,24 @@ void MeasuringThread::Run(const std::stop_token& stop) {
       if (!stop.stop_requested()) signals_.wait(seen);
       continue;
     }
-    MeasuredSound sound = Measure(*path, stop);
-    const std::lock_guard lock(mutex_);
-    current_.clear();
-    measured_.push_back(std::move(sound));
+    Give(Measure(*path, stop));
   }
+}
+
+void MeasuringThread::Give(MeasuredSound sound) {
+  const std::lock_guard lock(mutex_);
+  current_.clear();
+  for (; copied_ > 0; --copied_) measured_.pop_front();
+  measured_.push_back(std::move(sound));
 }
 
 std::optional<std::string> MeasuringThread::NextWish() {
   const std::lock_guard lock(mutex_);
-  if (wishes_.empty()) return std::nullopt;
-  current_ = std::move(wishes_.back());
-  wishes_.pop_back();
+  const auto newest = std::find_if(wishes_.rbegin(), wishes_.rend(),
+                                   [](const Waiting& wish) { return !wish.taken; });
+  if (newest == wishes_.rend()) return std::nullopt;
+  newest->taken = true;
+  current_ = newest->path;
   return current_;
 }
 

@@ -18,7 +18,9 @@
 namespace zemo {
 
 // Thread: the logic's; the measuring has its own, which uses an opener of its own. The logic never
-// waits: where the other thread has the lists at this moment, nothing is taken and nothing given.
+// waits: where the other thread has the lists at this moment, nothing is taken and nothing given;
+// and as the allocator has locks of its own, each of the two copies what it takes and frees what is
+// its.
 class MeasuringThread : public SoundMeasurer {
  public:
   explicit MeasuringThread(std::unique_ptr<SoundOpener> opener);
@@ -30,14 +32,20 @@ class MeasuringThread : public SoundMeasurer {
 
  private:
   void Run(const std::stop_token& stop);
+  struct Waiting {
+    std::string path;
+    bool taken = false;  // by the thread
+  };
   std::optional<std::string> NextWish();
+  void Give(MeasuredSound sound);
   MeasuredSound Measure(const std::string& path, const std::stop_token& stop);
 
   std::unique_ptr<SoundOpener> opener_;
   std::mutex mutex_;                    // held for some instructions, never while a file is read
-  std::deque<std::string> wishes_;      // the newest last
-  std::string current_;                 // empty: none
-  std::deque<MeasuredSound> measured_;  // the oldest first
+  std::deque<Waiting> wishes_;          // the newest last; the logic's
+  std::string current_;                 // empty: none; the thread's
+  std::deque<MeasuredSound> measured_;  // the oldest first; the thread's
+  size_t copied_ = 0;                   // of these, by the logic
   std::atomic<uint32_t> signals_ = 0;   // counts up when there is a wish, or the end
   std::jthread thread_;                 // last: it uses all the others
 };

@@ -26,6 +26,13 @@ bool IsSecondHalf(wchar_t unit) {
   return unit >= 0xDC00 && unit < 0xE000;
 }
 
+// UTF-8 that a tag says is Latin-1: each byte has become a character. No other text reads so.
+TagLib::String OfItsBytes(const TagLib::String& text) {
+  if (!text.isLatin1() || text.isAscii()) return text;
+  const TagLib::String read(text.data(TagLib::String::Latin1), TagLib::String::UTF8);
+  return read.isEmpty() ? text : read;
+}
+
 std::string FirstOf(const TagFields& fields, std::initializer_list<const char*> names) {
   for (const char* name : names) {
     const auto field = fields.find(name);
@@ -61,6 +68,7 @@ TagLib::String TextOfBytes(const TagLib::ByteVector& bytes) {
 
 // The units are those of UTF-16.
 std::string FieldText(TagLib::String text) {
+  text = OfItsBytes(text);
   for (auto unit = text.begin(); unit != text.end(); ++unit) {
     if (IsControl(*unit)) *unit = L' ';
     const bool whole =

@@ -40,6 +40,12 @@ TEST(TagText, BytesThatAreNoUtf8AreLatin1) {
   EXPECT_EQ(FieldText(TextOfBytes(ByteVector("\xE9t\xE9"))), "\xC3\xA9t\xC3\xA9");
 }
 
+TEST(TagText, Utf8ThatIsSaidToBeLatin1IsReadAsWhatItIs) {
+  EXPECT_EQ(FieldText(String("Bj\xC3\xB6rk", String::Latin1)), "Bj\xC3\xB6rk");
+  EXPECT_EQ(FieldText(String("Bj\xF6rk", String::Latin1)), "Bj\xC3\xB6rk");
+  EXPECT_EQ(FieldText(String("Bj\xC3\xB6rk", String::UTF8)), "Bj\xC3\xB6rk");
+}
+
 TEST(TagText, AYearIsFourDigitsOfADate) {
   EXPECT_EQ(YearText("1987"), "1987");
   EXPECT_EQ(YearText("2003-05-17"), "2003");

@@ -1,0 +1,31 @@
+// The measuring of the cards' sound files beside the air, as a run of the program has it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "library/CardMeasuring.h"
+#include "platform/EventLoop.h"
+#include "platform/real/analysis/MeasuringThread.h"
+
+namespace zemo {
+
+struct Station;
+
+// Works from its making on, at free moments (engine/FreeMoment.h). Thread: the logic's. The
+// station, whose base is open, outlives it.
+class BackgroundMeasuring {
+ public:
+  explicit BackgroundMeasuring(Station& station);
+
+  // Of an import: the exit point that nobody set.
+  void Add(int32_t code, const std::string& file) { cards_.Add(code, file); }
+
+ private:
+  MeasuringThread thread_;
+  CardMeasuring cards_;
+  std::unique_ptr<LoopTimer> timer_;
+};
+
+}  // namespace zemo

@@ -1,0 +1,136 @@
+// The settings' window: nine tabs over the settings of the station, this machine and the days of
+// the week. It shows Station::settings and calls the routines of settings/SettingsControls.h and
+// SettingsCouplings.h.
+#pragma once
+
+#include <QLabel>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "settings/SettingsCouplings.h"
+#include "settings/screens/OutputTrial.h"
+#include "ui/Window.h"
+
+class QGridLayout;
+class QLineEdit;
+class QListWidget;
+class QListWidgetItem;
+class QPushButton;
+class QStackedWidget;
+class QTabBar;
+class QTableWidget;
+class QVBoxLayout;
+
+namespace zemo {
+
+class LevelMeter;
+class SettingsDevices;
+struct SettingsControl;
+struct SettingsScreen;
+
+// What the window is given besides the station. References are not owned and outlive it.
+struct SettingsSources {
+  using TakeFiles = std::function<void(const std::vector<std::string>& files)>;
+  SettingsDevices* devices = nullptr;
+  // Opens the sound file selector over a window.
+  std::function<void(QWidget* over, const std::string& currentFile, TakeFiles take)> chooseFiles;
+};
+
+// Modeless beside the air; what is set is stored when it is left. Thread: the logic's. The station
+// outlives it.
+class SettingsWindow : public Window {
+ public:
+  SettingsWindow(Station& station, SettingsSources sources);
+  void Open();      // at a free moment; nothing while the menus are locked
+  bool LeaveNow();  // false while the base is worked on: it closes at its end
+  bool IsOpen() const;
+
+ protected:
+  void ArrangeParts(double unit) override;
+  bool MayLeave() override;
+  void Left() override;
+
+ private:
+  // A panel of fields below each other: what is named, the control, what stands beside it, and why
+  // a value was not taken.
+  struct Panel {
+    QWidget* frame;
+    QGridLayout* grid;
+  };
+  // --- pages: SettingsPages.cpp, SettingsListPages.cpp ---
+  void MakePreferences();
+  void MakeMixPoints();
+  void MakeLevels();
+  void MakeSoundCard();
+  void MakeSpots();
+  void MakeStart();
+  void MakeOthers();
+  void MakeCommunication();
+  void MakeOptimisation();
+  QWidget* JoystickPanel();
+  QWidget* FilterPanel();
+  QWidget* HoursPanel();
+  QWidget* MarkerPanel();
+  QWidget* MinuteBoxes();
+  QWidget* TimesPanel(const char* caption, const char* list, Settings::TimeList which);
+  void AddOutput(Panel& panel, const char* combo, const char* test);
+  void AddPage(std::initializer_list<std::vector<QWidget*>> columns);
+
+  // --- fields: SettingsFields.cpp ---
+  Panel MakePanel(const char* caption = nullptr);
+  void AddField(Panel& panel, const char* control);
+  void AddRow(Panel& panel, const QString& caption, QWidget* control, QLabel* note = nullptr);
+  QWidget* ControlFor(const SettingsControl& control);
+  QWidget* SliderFor(const SettingsControl& control);
+  QWidget* SpinnerFor(const SettingsControl& control);
+  QWidget* BoxFor(const SettingsControl& control);
+  QWidget* CheckFor(const SettingsControl& control);
+  QWidget* OptionsFor(const SettingsControl& control);
+  QWidget* ComboFor(const SettingsControl& control);
+  QWidget* ColourFor(const SettingsControl& control);
+  QWidget* FileBox(const char* control, const char* button);
+  QPushButton* Button(const char* name, const char* tip, std::function<void()> pressed);
+  QLineEdit* TypedBox(const char* name, const char* caption, const char* tip);
+  QLabel* Note(const char* control);
+
+  // --- what is done ---
+  void Give(const SettingsControl& control, const std::string& value);
+  void TakeOutput(const SettingsControl& control);
+  void PickColour(const SettingsControl& control);
+  void ShowNote(const char* control, const QString& why);
+  QString WhyRefused(const SettingsControl& control, const std::string& value) const;
+  QString WhyNoTime(Settings::TimeList list) const;
+  void Work(std::function<void()> order);  // holds the tick, with the window barred
+  void EnterTime(Settings::TimeList list, QLineEdit& box);
+  void DeleteChosen(Settings::TimeList list, QListWidget& shown);
+  void Try(const char* combo);
+  void TickHour(const QListWidgetItem* entry);
+  void WriteFilter();
+
+  // Shown anew whenever anything changed.
+  void Follow(std::function<void()> show) { show_.push_back(std::move(show)); }
+  void OpenNow();
+  void ShowAll();
+  void ShowWaiting();
+  QString Word(const std::string& name) const { return Texts().Word(name); }
+  SettingsScreen& Screen() const;
+
+  SettingsSources sources_;
+  OutputTrial trial_;
+  bool barred_ = false, closes_ = false;
+  int airOutput_ = -1;                            // that the air has, by its entry of PlayCombo
+  std::map<std::string, std::string> atOpening_;  // of what waits for the next start
+  std::vector<std::function<void()>> show_;
+  std::map<std::string, QLabel*> notes_;  // by control
+  std::vector<QGridLayout*> grids_;
+  QWidget* body_ = nullptr;
+  QTabBar* Config = nullptr;
+  QStackedWidget* pages_ = nullptr;
+  LevelMeter *levelLeft_ = nullptr, *levelRight_ = nullptr;
+  QTableWidget* Filtre = nullptr;
+  QLineEdit *ChFiltre = nullptr, *ChEdit = nullptr;
+};
+
+}  // namespace zemo

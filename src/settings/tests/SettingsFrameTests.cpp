@@ -1,0 +1,101 @@
+// The settings screen from its opening to its closing: what of it the air sees, and when. The clock
+// stands on a Saturday, day 5.
+#include "settings/SideFiles.h"
+#include "settings/tests/SettingsStation.h"
+
+namespace zemo::test {
+namespace {
+
+struct SettingsFrame : SettingsStation {
+  void Open() { Settings::MnuParametrage_Click(station, devices); }
+  void Close() { Settings::Form_Unload(station); }
+  void Enter(Settings::TimeList list, const char* time) {
+    EXPECT_EQ(Settings::EnterTime(station, list, time), std::nullopt);
+  }
+};
+using Settings::TimeList;
+
+TEST_F(SettingsFrame, ABarredEntryOpensNothing) {
+  station.engine.ScreenLocked = true;
+  Open();
+  EXPECT_FALSE(screen.open);
+  station.engine.ScreenLocked = false;
+  Open();
+  EXPECT_TRUE(screen.open);
+}
+
+TEST_F(SettingsFrame, OpenedTwiceItKeepsWhatIsOnItAndClosedTwiceItSavesOnce) {
+  Open();
+  Set("SpinPurge", "7");
+  Open();
+  EXPECT_EQ(screen.SpinPurge, "7");
+  Close();
+  EXPECT_FALSE(screen.open);
+  EXPECT_EQ(Stored("PurgeRapport"), "7");
+  on.Set("PurgeRapport", "9");
+  Close();
+  EXPECT_EQ(Stored("PurgeRapport"), "9");
+}
+
+TEST_F(SettingsFrame, TodaysTimesReachTheAirWhenTheyAreSavedAndNotBefore) {
+  Open();
+  Enter(TimeList::kComboHeure, "13:00");
+  Enter(TimeList::kTopage, "12:30");
+  EXPECT_EQ(station.lists.ComboHeure, Texts{});
+  Settings::BtnSaveTopage_Click(station);
+  EXPECT_EQ(station.lists.Topage, Texts{"12:30"});
+  EXPECT_EQ(station.lists.ComboHeure, Texts{});
+  Close();
+  EXPECT_EQ(station.lists.ComboHeure, Texts{"13:00"});
+}
+
+TEST_F(SettingsFrame, AnotherDaysTimesNeverReachTheAir) {
+  Open();
+  Settings::ChooseWeekday(station, 1);
+  Enter(TimeList::kTopage, "12:30");
+  Enter(TimeList::kHeureArretSystem, "23:00");
+  Settings::BtnSaveTopage_Click(station);
+  Close();
+  EXPECT_EQ(StationFile("Topage.1"), "\"12:30\"\r\n");
+  EXPECT_EQ(station.lists.Topage, Texts{});
+  EXPECT_EQ(station.lists.HeureArretSystem, Texts{});
+}
+
+TEST_F(SettingsFrame, AnotherDayChosenSavesTheOneLeftWhereItWasChanged) {
+  on.MakeFile("StartStop.6", "\"START\",\"05:00\"\r\n");
+  Open();
+  Enter(TimeList::kComboHeure, "06:00");
+  Settings::ChooseWeekday(station, 6);
+  EXPECT_EQ(StationFile("StartStop.5"), "\"START\",\"06:00\"\r\n");
+  EXPECT_EQ(StationFile("Topage.5"), "(no file)");
+  EXPECT_EQ(station.lists.ComboHeure, Texts{"06:00"});  // today's
+  EXPECT_EQ(screen.ComboHeure, Texts{"05:00"});
+  on.MakeFile("StartStop.6", "\"START\",\"04:00\"\r\n");  // by another hand
+  Settings::ChooseWeekday(station, 5);
+  EXPECT_EQ(StationFile("StartStop.6"), "\"START\",\"04:00\"\r\n");
+  EXPECT_EQ(screen.ComboHeure, Texts{"06:00"});
+}
+
+TEST_F(SettingsFrame, AnEditedFilterCountsFromTheClosingOn) {
+  Open();
+  EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "06:00"), std::nullopt);
+  screen.FiltreColumn = 1;
+  EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "09:00"), std::nullopt);
+  EXPECT_TRUE(station.lists.Exclusion.empty());
+  EXPECT_EQ(StationFile("Exclusion.Txt"), "(no file)");
+  Close();
+  EXPECT_EQ(station.lists.Exclusion,
+            (std::vector<std::pair<std::string, std::string>>{{"06:00", "09:00"}}));
+  EXPECT_EQ(StationFile("Exclusion.Txt"), "06:00\t09:00\r\n");
+}
+
+TEST_F(SettingsFrame, TheEntriesOfHoursReadAsTheFileOrItsAbsenceHasThem) {
+  Open();
+  EXPECT_EQ(Settings::InstruEntry(screen, 7), "07");
+  Close();
+  Open();
+  EXPECT_EQ(Settings::InstruEntry(screen, 7), "07h00");
+}
+
+}  // namespace
+}  // namespace zemo::test
