@@ -10,7 +10,7 @@ namespace zemo {
 
 template <typename Control>
 Control* Named(Control* control, const char* name) {
-  control->setObjectName(QString::fromLatin1(name));
+  control->setObjectName(QString::fromUtf8(name));
   return control;
 }
 
