@@ -13,6 +13,7 @@ namespace zemo {
 
 namespace {
 
+constexpr int kKindColumn = 4;
 constexpr int kArrowRoom = 24;  // of a head, in pixels
 struct Room {
   const char* sample;
@@ -48,6 +49,8 @@ QVariant CampaignOverviewModel::data(const QModelIndex& index, int role) const {
   const CampaignEditor::OverviewLine& line = editor_.PLPub[row];
   const std::string& text =
       index.column() == 0 ? line.text : line.subItems[static_cast<size_t>(index.column() - 1)];
+  if (index.column() == kKindColumn)
+    return texts_.Word(text == kSpotKind ? "OptPub.0" : "OptPub.1");
   return QString::fromStdString(text);
 }
 
@@ -102,6 +105,10 @@ void CampaignOverview::ArrangeColumns() {
 void CampaignOverview::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (enter && currentIndex().isValid()) return chosen(static_cast<size_t>(currentIndex().row()));
+  const int head = event->key() - Qt::Key_1;
+  if (event->modifiers() & Qt::ControlModifier && head >= 0 &&
+      head < CampaignOverviewModel::kColumns)
+    return sorted(head);
   QTableView::keyPressEvent(event);
 }
 
