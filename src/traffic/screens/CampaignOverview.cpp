@@ -20,8 +20,8 @@ struct Room {
   int share;
 };
 constexpr Room kRooms[CampaignOverviewModel::kColumns] = {
-    {"An advertiser", 4}, {"CATEGORY", 2}, {"JOURNALIER", 0},  {"JOURNALIER", 0},
-    {"Publicité", 0},     {"00000", 0},    {"INSTRUMENTAL", 1}};
+    {"An advertiser", 4}, {"CATEGORY", 2},    {"JOURNALIER", 0}, {"JOURNALIER", 0}, {"", 0},
+    {"00000", 0},         {"INSTRUMENTAL", 1}};
 
 }  // namespace
 
@@ -62,7 +62,10 @@ QVariant CampaignOverviewModel::headerData(int section, Qt::Orientation orientat
 
 CampaignOverview::CampaignOverview(const CampaignEditor& editor, const Translation& texts,
                                    QWidget* parent)
-    : QTableView(parent), editor_(editor), model_(new CampaignOverviewModel(editor, texts, this)) {
+    : QTableView(parent),
+      editor_(editor),
+      texts_(texts),
+      model_(new CampaignOverviewModel(editor, texts, this)) {
   setObjectName(QStringLiteral("PLPub"));
   setAccessibleName(texts.Word("For.PLPub"));
   setModel(model_);
@@ -95,9 +98,13 @@ void CampaignOverview::ArrangeColumns() {
   std::vector<ColumnRoom> columns;
   for (int column = 0; column < CampaignOverviewModel::kColumns; ++column) {
     const Room& room = kRooms[column];
+    int sample = cells.horizontalAdvance(QString::fromUtf8(room.sample));
+    if (column == kKindColumn)
+      sample = std::max(cells.horizontalAdvance(texts_.Word("OptPub.0")),
+                        cells.horizontalAdvance(texts_.Word("OptPub.1")));
     const QString head = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    const int sample = cells.horizontalAdvance(QString::fromUtf8(room.sample)) + kCellMargin;
-    columns.push_back({std::max(heads.horizontalAdvance(head) + kArrowRoom, sample), room.share});
+    columns.push_back(
+        {std::max(heads.horizontalAdvance(head) + kArrowRoom, sample + kCellMargin), room.share});
   }
   ShareWidth(*this, columns);
 }

@@ -49,6 +49,7 @@ class CampaignOverview : public QTableView {
   void ArrangeColumns();
 
   const CampaignEditor& editor_;
+  const Translation& texts_;
   CampaignOverviewModel* model_;
 };
 

@@ -7,6 +7,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <string>
+#include <utility>
 
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -162,6 +163,7 @@ QWidget* CampaignWindow::GridBar() {
   LblTotalMsg = Named(new QLabel(bar), "LblTotalMsg");
   LblTotalJours = Named(new QLabel(bar), "LblTotalJours");
   layout->addWidget(LblTotalMsg);
+  layout->addSpacing(12);
   layout->addWidget(LblTotalJours);
   return bar;
 }
@@ -282,6 +284,7 @@ void CampaignWindow::ShowAll() {
   damage_->setVisible(!editor_.damage.empty());
   damage_->setToolTip(ShownText(editor_.damage));
   ShowOverview();
+  if (!std::exchange(isNew_, editor_.BtnAjouterEnabled) && isNew_) page_->BeginEntry();
   GPub->ShowGrid();
   if (!loads_.IsOf(station_, editor_)) {
     loads_.Begin(station_, editor_);

@@ -76,6 +76,7 @@ class CampaignWindow : public OfficeWindow {
   CampaignLegend* legend_ = nullptr;
   QLabel *LblInfoPub = nullptr, *LblTotalMsg = nullptr, *LblTotalJours = nullptr;
   QLabel* damage_ = nullptr;
+  bool isNew_ = false;  // the record that is shown
   std::vector<std::pair<QPushButton*, const bool*>> offAtTimes_;
 };
 

@@ -76,6 +76,7 @@ TEST_F(CampaignKeys, ACampaignIsEnteredFromNewToSaved) {
   Open();
   Press(Qt::Key_N, Qt::ControlModifier);
   EXPECT_TRUE(On("BtnAjouter"));
+  EXPECT_EQ(&Focus(), Find("HDepPub"));
   TabTo("CmdLoadFile");
   Press(Qt::Key_Space);
   EXPECT_EQ(Text("ChAnnonceur"), "Bakery");

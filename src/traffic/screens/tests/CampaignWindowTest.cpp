@@ -183,6 +183,17 @@ TEST_F(CampaignScreen, TheOverviewIsSortedAndALineChosenByMouseOrReturn) {
   EXPECT_EQ(Text("ChAnnonceur"), "Zoo");
 }
 
+TEST_F(CampaignScreen, TheOverviewTellsSpotsAndNewsInTheOperatorsLanguage) {
+  on.Set("Langue", "3");
+  on.station.base.CheckCnf();
+  AddCampaigns();
+  on.Sql("UPDATE GrillePub SET PUB = 0 WHERE CODE = 2");
+  Open();
+  Click("BtnRecherhe");
+  EXPECT_EQ(OverviewColumn(4), (std::vector<std::string>{"Publicidad", "Rúbrica"}));
+  EXPECT_EQ(window->Editor().PLPub[0].subItems[3], "Publicité");
+}
+
 TEST_F(CampaignScreen, ReturnAndDeleteInTheCategoryAskAndKeepTheList) {
   on.MakeFile("Categori.Ini", "FOOD\r\n");
   AddCampaigns();
