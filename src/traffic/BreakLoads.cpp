@@ -23,10 +23,10 @@ constexpr int kDayMinutes = 24 * 60, kHourMinutes = 60;
 constexpr int64_t kMinuteMs = 60000;
 constexpr int kWeekDays = 7;
 constexpr int kMonthDays = 31, kYearDays = 12 * kMonthDays;  // every day of every month
-constexpr int kPageRows = 50;
-// A slice, in crosses and cells; a campaign costs some of them whatever it holds. 5 ms on the
+constexpr int kPageRows = 20;
+// A slice, in crosses and cells; a campaign costs some of them whatever it holds. 2 ms on the
 // machines that we know.
-constexpr int64_t kSliceCells = 12000, kRowCells = 100;
+constexpr int64_t kSliceCells = 30000, kRowCells = 500;
 
 // A day by month and day alone, as a grid names it.
 int DayOfYear(int month, int day) {
@@ -127,7 +127,10 @@ struct BreakLoads::Days {
   struct Column {
     std::string key;
     int weekday = 0;
-    std::array<Minute, kDayMinutes> minutes{};
+    std::vector<Minute> minutes;  // all of the day, or none where nothing is in it
+    Minute At(int minute) const {
+      return minutes.empty() ? Minute() : minutes[static_cast<size_t>(minute)];
+    }
     int ofAdvertiser = 0;
   };
   std::vector<Column> columns;
@@ -246,6 +249,7 @@ int64_t BreakLoads::Add(const Campaign& campaign) {
       Days::Column& column = making_->columns[static_cast<size_t>(number)];
       if (!WorksOn(campaign.depart, campaign.fin, column.key)) continue;
       added += static_cast<int64_t>(day.minutes.size());
+      column.minutes.resize(kDayMinutes);
       for (const int16_t minute : day.minutes) {
         Days::Minute& load = column.minutes[static_cast<size_t>(minute)];
         load.lengthMs += campaign.lengthMs;
@@ -278,9 +282,7 @@ std::vector<BreakLoad> BreakLoads::OfDay(const TextGrid& grid, int column) const
     if (behind % kHourMinutes == 0 && pips.test(static_cast<size_t>(behind / kHourMinutes)))
       coming = behind;
     next[static_cast<size_t>(minute)] = coming;
-    if (own.test(static_cast<size_t>(minute)) ||
-        day.minutes[static_cast<size_t>(minute)].elements > 0)
-      coming = minute;
+    if (own.test(static_cast<size_t>(minute)) || day.At(minute).elements > 0) coming = minute;
   }
   std::vector<BreakLoad> loads;
   for (const int minute : rows) {
@@ -288,7 +290,7 @@ std::vector<BreakLoad> BreakLoads::OfDay(const TextGrid& grid, int column) const
       loads.emplace_back();
       continue;
     }
-    const Days::Minute& load = day.minutes[static_cast<size_t>(minute)];
+    const Days::Minute load = day.At(minute);
     loads.push_back({load.lengthMs, load.elements, load.ofAdvertiser,
                      (next[static_cast<size_t>(minute)] - minute) * kMinuteMs});
   }

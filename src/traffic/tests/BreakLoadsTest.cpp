@@ -244,7 +244,7 @@ TEST_F(Loads, OfABaseThatIsLockedForAMomentAreReadOnBehindIt) {
   EXPECT_EQ(At(kHalfPastSeven).elements, 1);
 }
 
-// Each has 960 cells: 12 of them are more than a slice.
+// Those of November have 2,880 cells each: ten of them are a slice.
 TEST_F(Loads, OfManyCampaignsComeInSlices) {
   for (int i = 0; i < 60; ++i)
     Other({.from = "01/11/2026", .to = "10/12/2026", .lastHour = 5, .crosses = {"01:00"}});
