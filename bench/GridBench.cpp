@@ -1,19 +1,16 @@
-// Composition of the day's grid out of 2,000 campaigns of 30 days with 8 marks in each of 24 hours,
-// each with a grid file of 5,760 lines on disk and a sound file of its own: the whole composition,
-// the longest stretch between two of its yields (by which a tick can come late), and the cost of a
-// tick served in them. Goal: under 1.5 s, with a flat memory.
+// Composition of the day's grid out of the campaigns of bench/ManyCampaigns.h: the whole
+// composition, the longest stretch between two of its yields (by which a tick can come late), and
+// the cost of a tick served in them. Goal: under 1.5 s, with a flat memory.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
 #include <vector>
 
+#include "ManyCampaigns.h"
 #include "engine/MainTick.h"
 #include "settings/SideFiles.h"
-#include "station/TextForms.h"
-#include "support/Campaigns.h"
 #include "support/WatchedLoop.h"
 #include "traffic/DayGridComposition.h"
 
@@ -23,13 +20,10 @@ using namespace zemo;
 using namespace zemo::test;
 using Clock = std::chrono::steady_clock;
 
-constexpr int kCampaigns = 2000;
-
 double Ms(Clock::duration time) {
   return std::chrono::duration<double, std::milli>(time).count();
 }
 
-// Each campaign has a cross at one of 8 marks of every hour, so that all 192 moments are full.
 class ManyCampaigns {
  public:
   ManyCampaigns()
@@ -38,9 +32,7 @@ class ManyCampaigns {
                          on.lengths, on.localValues, on.clipboard, on.messages, on.keyboard,
                          on.system, on.automaton, on.joystick}) {
     on.Load();
-    on.station.base.Db().Execute("PRAGMA synchronous = OFF");
-    std::filesystem::create_directory(on.stationDir.Path() + "/Spots");
-    for (int i = 0; i < kCampaigns; ++i) AddCampaign(on, MakeCampaign(i));
+    bench::AddManyCampaigns(on);
     station.base.OpenOrCreateDatabase();
     SetSideFileNames(station);
     station.base.OpenAllTables();
@@ -49,18 +41,6 @@ class ManyCampaigns {
   TestStation on;
   WatchedLoop loop;
   Station station;
-
- private:
-  Campaign MakeCampaign(int i) {
-    Campaign campaign{.advertiser = "ADVERTISER" + std::to_string(i),
-                      .priority = i % 30 * 10 + 10,
-                      .marks = {"00", "07", "15", "22", "30", "37", "45", "52"}};
-    campaign.file = on.MakeSound("Spots/" + std::to_string(i) + ".wav", 20000);
-    for (int hour = 0; hour < 24; ++hour)
-      campaign.crosses.push_back(TwoDigits(hour) + ":" +
-                                 campaign.marks[static_cast<size_t>(i % 8)]);
-    return campaign;
-  }
 };
 
 void Composition(benchmark::State& state) {

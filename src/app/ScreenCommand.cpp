@@ -97,14 +97,11 @@ int64_t FreeBytes(const std::string& folder) {
   return error ? -1 : static_cast<int64_t>(space.available);
 }
 
-SettingsSources SettingsSourcesOf(RealStation& real, LibraryDesk& library) {
-  SettingsSources sources;
-  sources.devices = &real.devices;
-  sources.chooseFiles = [&library](QWidget* over, const std::string& currentFile,
-                                   SettingsSources::TakeFiles take) {
-    library.Selector().Choose(*over, currentFile, {}, std::move(take));
+OfficeWindow::FileChooser SelectorOf(LibraryDesk& library) {
+  return [&library](QWidget* over, const std::string& currentFile,
+                    const std::vector<std::string>& known, OfficeWindow::TakeFiles take) {
+    library.Selector().Choose(*over, currentFile, known, std::move(take));
   };
-  return sources;
 }
 
 void TellLine(const std::string& line) {
@@ -175,13 +172,7 @@ int OpenScreen(const AirOptions& options) {
   };
   librarySources.waveforms = &waveforms;
   LibraryDesk library(station, librarySources);
-  CampaignSources campaignSources;
-  campaignSources.chooseFiles = [&library](QWidget* over, const std::string& file,
-                                           const std::vector<std::string>& known,
-                                           OfficeWindow::TakeFiles take) {
-    library.Selector().Choose(*over, file, known, std::move(take));
-  };
-  CampaignDesk campaigns(station, campaignSources);
+  CampaignDesk campaigns(station, {.chooseFiles = SelectorOf(library), .questions = {}});
   QPointer<OnAirWindow> main;
   sources.openLibrary = [&library] { library.Open(); };
   sources.openCampaigns = [&campaigns] { campaigns.Open(); };
@@ -189,7 +180,7 @@ int OpenScreen(const AirOptions& options) {
   sources.openSelector = [&library, &main](const std::string& path) {
     library.OpenSelector(*main, path);
   };
-  SettingsDesk settings(station, SettingsSourcesOf(real, library));
+  SettingsDesk settings(station, {.devices = &real.devices, .chooseFiles = SelectorOf(library)});
   sources.openSettings = [&settings] { settings.Open(); };
   sources.leaveOthers = [&library, &campaigns, &settings] {
     const bool settingsLeft = settings.Leave();

@@ -16,10 +16,10 @@
 #include "platform/EventLoop.h"
 #include "scheduling/LibraryIndex.h"
 #include "scheduling/RowSort.h"
+#include "station/LockedBase.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/RowView.h"
-#include "store/StoreError.h"
 
 namespace zemo {
 
@@ -243,9 +243,7 @@ SearchTurn LibrarySearch::Slice(Station& station, bool again) {
     WorkSlice(station);
     lockedTurns_ = 0;
   } catch (const std::exception& fault) {
-    const auto* store = dynamic_cast<const StoreError*>(&fault);
-    if (again && store && store->Number() == kErrLocked && ++lockedTurns_ < kLockedTurns)
-      return SearchTurn::kLater;
+    if (again && IsOfLockedBase(fault) && ++lockedTurns_ < kLockedTurns) return SearchTurn::kLater;
     LogCurrentException(station, Routine());
     Stop();
     reading_.reset();

@@ -280,7 +280,7 @@ void Campaigns::BtnRecherhe_Click(Station& station, CampaignEditor& editor) {
       editor.PLPub.push_back(
           {rows->Text("ANNONCEUR"),
            {rows->Text("CATEGORIE"), rows->Text("CAMPAGNEDEPART"), rows->Text("CAMPAGNEFIN"),
-            rows->Bool("PUB") ? "Publicité" : "Rubrique", rows->Text("CODE"),
+            rows->Bool("PUB") ? kSpotKind : "Rubrique", rows->Text("CODE"),
             rows->Text("GENREASSOCIE")}});
     editor.PLPubVisible = true;
     editor.BtnNewEnabled = editor.BtnReplacerEnabled = false;

@@ -38,6 +38,8 @@ struct CampaignEditor : CampaignForm {
   bool fromOverview = false;  // a record is being loaded from PLPub: GPub ignores the mouse
 };
 
+inline constexpr const char* kSpotKind = "Publicité";  // in PLPub; else "Rubrique"
+
 namespace Campaigns {
 
 // --- opening and closing ---

@@ -75,6 +75,14 @@ void CampaignFile::Write(Station& station, std::string_view utf8) const {
     WriteSideFileDurably(station.platform.stationFolder, name_, utf8);
 }
 
+std::string CampaignFile::Stamp(const Station& station) const {
+  if (in_ == In::kNone) return {};
+  if (in_ == In::kStationFolder) return station.platform.stationFolder.Stamp(name_);
+  const auto stamp = station.platform.soundFiles.Stamp(name_);
+  return stamp ? std::to_string(stamp->sizeBytes) + " " + std::to_string(stamp->changedMs)
+               : std::string();
+}
+
 bool CampaignFile::Exists(const Folder& station, const SoundFiles& soundFiles) const {
   switch (in_) {
     case In::kStationFolder:

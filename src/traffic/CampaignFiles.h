@@ -30,6 +30,7 @@ class CampaignFile {
   int64_t SizeBytes(const Station& station) const;                // -1: no such file
   std::optional<std::string> Read(const Station& station) const;  // nullopt: no such file
   void Write(Station& station, std::string_view utf8) const;
+  std::string Stamp(const Station& station) const;  // another when it changed; empty: no such file
   bool Exists(const Folder& station, const SoundFiles& soundFiles) const;
   bool Exists(const Station& station) const;
   // Its path on this machine, by which two names of one file are the same; empty for none.

@@ -197,6 +197,7 @@ void BuildWeekly(CampaignForm& form, int64_t langue, const std::function<void()>
   for (int day = 1; day <= kWeekDays; ++day) grid.SetCell(2, day, DayLetter(day));
   AddMoments(form, grid, afterRow);
   form.GPub = std::move(grid);
+  form.gridDays.clear();
 }
 
 void BuildDated(CampaignForm& form, int64_t langue, const std::function<void()>& afterRow) {
@@ -207,18 +208,21 @@ void BuildDated(CampaignForm& form, int64_t langue, const std::function<void()>&
   AddHeadings(grid, days.size() + 1);
   grid.SetCell(0, 0, words.month);
   grid.SetCell(1, 0, words.day);
+  std::vector<LocalDateTime> gridDays;
   // Counted on from the first day, so that a month without a century rule does not shift them.
   int weekday = 0;
   for (size_t i = 0; i < days.size(); ++i) {
     const Date& day = days[i];
     const int column = static_cast<int>(i) + kFirstDayColumn;
-    weekday = i == 0 ? CurrentWeekday({day.year, day.month, day.day}) : weekday % kWeekDays + 1;
+    gridDays.push_back({day.year, day.month, day.day});
+    weekday = i == 0 ? CurrentWeekday(gridDays[0]) : weekday % kWeekDays + 1;
     grid.SetCell(0, column, TwoDigits(day.month));
     grid.SetCell(1, column, TwoDigits(day.day));
     grid.SetCell(2, column, DayLetter(weekday));
   }
   AddMoments(form, grid, afterRow);
   form.GPub = std::move(grid);
+  form.gridDays = std::move(gridDays);
 }
 
 std::function<void()> AfterRow(Station& station, RowYields yields) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Clock.h"
 #include "station/TextGrid.h"
@@ -39,6 +40,7 @@ struct CampaignForm {
   // in column 0 with kCross or nothing in the columns behind. All rows have the same width. A
   // weekly grid has seven columns, Monday first, and rows 0 and 1 empty.
   TextGrid GPub;
+  std::vector<LocalDateTime> gridDays;  // of its columns, as it was built; none of a weekly one
   // Why record and grid file do not make a grid; empty: they do, or the file is missing. A grid
   // that is too large has no moments then, and other lines stand as far as they pair with cells.
   std::string damage;

@@ -12,7 +12,7 @@
 
 namespace zemo {
 
-CalendarWindow::CalendarWindow(int langue, const LocalDateTime& today, QWidget* parent)
+CalendarWindow::CalendarWindow(int langue, const LocalDateTime& day, QWidget* parent)
     : QDialog(parent) {
   setObjectName(QStringLiteral("FrmCalendrier"));
   setAttribute(Qt::WA_DeleteOnClose);
@@ -25,12 +25,12 @@ CalendarWindow::CalendarWindow(int langue, const LocalDateTime& today, QWidget* 
   month->setLocale(QLocale(kLocales[known ? static_cast<size_t>(langue) : 0]));
   month->setFirstDayOfWeek(Qt::Monday);
   month->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-  month->setSelectedDate(QDate(today.year, today.month, today.day));
+  month->setSelectedDate(QDate(day.year, day.month, day.day));
   month->setMinimumSize(360, 300);  // six weeks whole
   QTextCharFormat plain;
   plain.setForeground(Theme::kText);
-  for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
-    month->setWeekdayTextFormat(day, plain);
+  for (const Qt::DayOfWeek rest : {Qt::Saturday, Qt::Sunday})
+    month->setWeekdayTextFormat(rest, plain);
   const Translation texts(SharedTexts(), langue);
   setWindowTitle(texts.Word("CalendarTitle"));
   auto* cancel = new QPushButton(texts.Word("Cancel"), this);
@@ -41,13 +41,9 @@ CalendarWindow::CalendarWindow(int langue, const LocalDateTime& today, QWidget* 
   layout->addWidget(month);
   layout->addWidget(cancel, 0, Qt::AlignRight);
   const auto choose = [this](const QDate& date) {
-    LocalDateTime day;
-    day.year = date.year();
-    day.month = date.month();
-    day.day = date.day();
     const auto tell = picked;
     accept();
-    if (tell) tell(day);
+    if (tell) tell({date.year(), date.month(), date.day()});
   };
   connect(month, &QCalendarWidget::clicked, this, choose);
   connect(month, &QCalendarWidget::activated, this, choose);  // Return

@@ -1,4 +1,4 @@
-// FrmCalendrier: a small month view that opens on today; a click on a day gives it back.
+// FrmCalendrier: a small month view that opens on a day; a click on a day gives it back.
 #pragma once
 
 #include <QDialog>
@@ -11,7 +11,7 @@ namespace zemo {
 // Show it with open(): nothing waits for it. Deletes itself.
 class CalendarWindow : public QDialog {
  public:
-  CalendarWindow(int langue, const LocalDateTime& today, QWidget* parent);
+  CalendarWindow(int langue, const LocalDateTime& day, QWidget* parent);
   std::function<void(const LocalDateTime& day)> picked;
 };
 

@@ -148,7 +148,7 @@ QWidget* FieldPage::Field(const char* name, QWidget* control) {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(1);
   layout->addWidget(label);
-  layout->addWidget(control);
+  layout->addWidget(control, 1);  // a lower one leaves the labels of a row at one height
   return field;
 }
 

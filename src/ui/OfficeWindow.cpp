@@ -28,10 +28,15 @@ void OfficeWindow::closeEvent(QCloseEvent* event) {
   closes_ = true;
 }
 
-bool OfficeWindow::LeaveNow() {
+bool OfficeWindow::MayLeave() {
   if (barred_) closes_ = true;
-  if (!barred_ && IsOpen()) Left();
   return !barred_;
+}
+
+bool OfficeWindow::LeaveNow() {
+  const bool may = OfficeWindow::MayLeave();
+  if (may && IsOpen()) Left();
+  return may;
 }
 
 // --- orders ---

@@ -34,6 +34,8 @@ class OfficeWindow : public Window {
   void ShowSelf();  // in front of the others, if it is open
 
   virtual void ShowAll() = 0;  // what its editor holds
+  // Not while a routine works, in whose yield the moment may have come.
+  bool MayLeave() override;
   void closeEvent(QCloseEvent* event) override;
 
  private:

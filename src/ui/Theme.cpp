@@ -161,6 +161,7 @@ QString StyleSheet(double unit, bool gradients) {
       border-right: 1px solid %LINE; padding: 2px 5px; }
     QCalendarWidget QWidget { background: %PANEL; alternate-background-color: %RAISED; }
     QTableCornerButton::section { background: %RAISED; border: none; }
+    QAbstractScrollArea::corner { background: %PANEL; border: none; }
     QScrollBar:vertical { background: %PANEL; width: 12px; }
     QScrollBar:horizontal { background: %PANEL; height: 12px; }
     QScrollBar::handle { background: #4a5564; border-radius: 4px; min-height: 20px; min-width: 20px; }

@@ -72,6 +72,7 @@ bool LibraryWindow::LeaveNow() {
 }
 
 bool LibraryWindow::MayLeave() {
+  if (!OfficeWindow::MayLeave()) return false;
   if (!import_->AtWork()) return true;
   const std::string question = Texts().Word("ImportLeave").toStdString();
   if (station_.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes)

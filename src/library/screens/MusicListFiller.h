@@ -1,11 +1,11 @@
 // Fills the list of the music between the ticks: the window can be worked in meanwhile.
 #pragma once
 
-#include <QTimer>
 #include <functional>
 #include <memory>
 
 #include "library/MusicListFill.h"
+#include "ui/SlicedWork.h"
 
 namespace zemo {
 
@@ -18,19 +18,14 @@ class MusicListFiller {
   MusicListFiller(Station& station, CardList& list, std::function<void()> filled);
 
   void Begin();  // anew; a slice at once
-  bool AtWork() const { return fill_ != nullptr; }
-  void ToTheEnd();  // yields; for what needs the whole list
+  bool AtWork() const { return work_.AtWork(); }
+  void ToTheEnd() { work_.ToTheEnd(); }  // yields; for what needs the whole list
 
  private:
-  void Turn();
-  bool Slice();  // true when no other is to follow
-
   Station& station_;
   CardList& list_;
-  const std::function<void()> filled_;
   std::unique_ptr<MusicListFill> fill_;
-  int lockedTurns_ = 0;
-  QTimer timer_;
+  SlicedWork work_;
 };
 
 }  // namespace zemo

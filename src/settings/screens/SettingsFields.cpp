@@ -275,7 +275,7 @@ QWidget* SettingsWindow::FileBox(const char* name, const char* buttonName) {
   auto* button = Button(buttonName, nullptr, [this, &control] {
     if (!sources_.chooseFiles) return;
     sources_.chooseFiles(
-        this, ControlText(Screen(), control),
+        this, ControlText(Screen(), control), {},
         [window = QPointer(this), &control](const std::vector<std::string>& files) {
           if (window && !files.empty()) window->Give(control, files.front());
         });

@@ -9,7 +9,6 @@
 #include <QTabBar>
 #include <QTableWidget>
 #include <QVBoxLayout>
-#include <exception>
 #include <utility>
 
 #include "platform/Clock.h"
@@ -36,7 +35,7 @@ constexpr int kLeastWidth = 800, kLeastHeight = 600;
 }  // namespace
 
 SettingsWindow::SettingsWindow(Station& station, SettingsSources sources)
-    : Window(station, "FrmConfig", {{}, SettingsCaptions()}),
+    : OfficeWindow(station, "FrmConfig", "FrmConfig", {{}, SettingsCaptions()}),
       sources_(std::move(sources)),
       trial_(station) {
   setWindowTitle(Word("title"));
@@ -90,15 +89,7 @@ void SettingsWindow::OpenNow() {
       atOpening_[name] = ControlText(Screen(), *FindSettingsControl(name));
     airOutput_ = Screen().PlayCombo;
   }
-  ShowAll();
-  show();
-  raise();
-  activateWindow();
-}
-
-bool SettingsWindow::MayLeave() {
-  closes_ = barred_;
-  return !barred_;
+  ShowSelf();
 }
 
 void SettingsWindow::Left() {
@@ -106,12 +97,6 @@ void SettingsWindow::Left() {
   trial_.End();
   Settings::Form_Unload(station_);
   Window::Left();
-}
-
-bool SettingsWindow::LeaveNow() {
-  if (!MayLeave()) return false;
-  if (IsOpen()) Left();
-  return true;
 }
 
 // --- what is done ---
@@ -159,24 +144,6 @@ void SettingsWindow::ShowNote(const char* control, const QString& why) {
   if (note == notes_.end()) return;
   note->second->setText(why);
   note->second->setVisible(!why.isEmpty());
-}
-
-// The order may ask, and takes as long as the base is large.
-void SettingsWindow::Work(std::function<void()> order) {
-  WhenFree([this, order = std::move(order)] {
-    if (!IsOpen() || barred_) return;
-    barred_ = true;
-    body_->setEnabled(false);
-    try {
-      order();
-    } catch (const std::exception&) {
-      LogCurrentException(station_, "FrmConfig");
-    }
-    body_->setEnabled(true);
-    barred_ = false;
-    ShowAll();
-    if (std::exchange(closes_, false)) close();
-  });
 }
 
 void SettingsWindow::PickColour(const SettingsControl& control) {

@@ -11,7 +11,7 @@
 
 #include "settings/SettingsCouplings.h"
 #include "settings/screens/OutputTrial.h"
-#include "ui/Window.h"
+#include "ui/OfficeWindow.h"
 
 class QGridLayout;
 class QLineEdit;
@@ -32,24 +32,21 @@ struct SettingsScreen;
 
 // What the window is given besides the station. References are not owned and outlive it.
 struct SettingsSources {
-  using TakeFiles = std::function<void(const std::vector<std::string>& files)>;
   SettingsDevices* devices = nullptr;
-  // Opens the sound file selector over a window.
-  std::function<void(QWidget* over, const std::string& currentFile, TakeFiles take)> chooseFiles;
+  OfficeWindow::FileChooser chooseFiles;
 };
 
 // Modeless beside the air; what is set is stored when it is left. Thread: the logic's. The station
 // outlives it.
-class SettingsWindow : public Window {
+class SettingsWindow : public OfficeWindow {
  public:
   SettingsWindow(Station& station, SettingsSources sources);
-  void Open();      // at a free moment; nothing while the menus are locked
-  bool LeaveNow();  // false while the base is worked on: it closes at its end
-  bool IsOpen() const;
+  void Open();  // at a free moment; nothing while the menus are locked
+  bool IsOpen() const override;
 
  protected:
   void ArrangeParts(double unit) override;
-  bool MayLeave() override;
+  void ShowAll() override;
   void Left() override;
 
  private:
@@ -102,7 +99,6 @@ class SettingsWindow : public Window {
   void ShowNote(const char* control, const QString& why);
   QString WhyRefused(const SettingsControl& control, const std::string& value) const;
   QString WhyNoTime(Settings::TimeList list) const;
-  void Work(std::function<void()> order);  // holds the tick, with the window barred
   void EnterTime(Settings::TimeList list, QLineEdit& box);
   void DeleteChosen(Settings::TimeList list, QListWidget& shown);
   void Try(const char* combo);
@@ -112,14 +108,12 @@ class SettingsWindow : public Window {
   // Shown anew whenever anything changed.
   void Follow(std::function<void()> show) { show_.push_back(std::move(show)); }
   void OpenNow();
-  void ShowAll();
   void ShowWaiting();
   QString Word(const std::string& name) const { return Texts().Word(name); }
   SettingsScreen& Screen() const;
 
   SettingsSources sources_;
   OutputTrial trial_;
-  bool barred_ = false, closes_ = false;
   int airOutput_ = -1;                            // that the air has, by its entry of PlayCombo
   std::map<std::string, std::string> atOpening_;  // of what waits for the next start
   std::vector<std::function<void()>> show_;

@@ -10,6 +10,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "traffic/screens/GridMarks.h"
 #include "ui/Theme.h"
 
 namespace zemo {
@@ -17,6 +20,7 @@ namespace zemo {
 namespace {
 
 constexpr int kWidestColumn = 72;
+constexpr int64_t kMinuteMs = 60000;
 const QColor kWeekend{0x1f, 0x26, 0x30};
 const QColor kBorder{0x5a, 0x66, 0x76};  // of a month and of an hour
 
@@ -24,10 +28,18 @@ QString Shown(const std::string& text) {
   return QString::fromStdString(text);
 }
 
+// The crosses of a day take the month's place where it was marked.
+bool IsMonth(const CampaignForm& form, int column) {
+  const auto day = static_cast<size_t>(column - kFirstDayColumn);
+  return day < form.gridDays.size() &&
+         form.GPub.Cell(0, column) == TwoDigits(form.gridDays[day].month);
+}
+
 }  // namespace
 
-CampaignGridView::CampaignGridView(const CampaignForm& form, QWidget* parent)
-    : QAbstractScrollArea(parent), form_(form) {
+CampaignGridView::CampaignGridView(const CampaignForm& form, const BreakLoads& loads,
+                                   const Translation& texts, QWidget* parent)
+    : QAbstractScrollArea(parent), form_(form), loads_(loads), texts_(texts) {
   setFocusPolicy(Qt::StrongFocus);
   setFrameShape(QFrame::NoFrame);
   viewport()->setMouseTracking(false);
@@ -151,7 +163,6 @@ void CampaignGridView::paintEvent(QPaintEvent*) {
 void CampaignGridView::PaintCells(QPainter& painter) const {
   const auto [firstColumn, lastColumn] = SeenColumns();
   const auto [firstRow, lastRow] = SeenRows();
-  const QColor mark = !isEnabled() ? Theme::kDim : form_.OptPub[0] ? Theme::kSpot : Theme::kNews;
   const int bottom = Cell({Grid().RowCount(), 0}).top(), top = HeadHeight();
   for (int column = firstColumn; column <= lastColumn; ++column) {
     const QRect cell = Cell({kFirstMomentRow, column});
@@ -166,13 +177,28 @@ void CampaignGridView::PaintCells(QPainter& painter) const {
     const bool hour = Grid().Cell(row, 0).substr(0, 2) != Grid().Cell(row - 1, 0).substr(0, 2);
     painter.setPen(hour ? kBorder : Theme::kRaised);
     painter.drawLine(SideWidth(), y, Cell({row, lastColumn}).right(), y);
-    for (int column = firstColumn; column <= lastColumn; ++column)
-      if (IsCross({row, column}))
-        painter.fillRect(Cell({row, column}).adjusted(3, 3, -2, -2), mark);
   }
+  for (int column = firstColumn; column <= lastColumn; ++column)
+    PaintColumn(painter, column, {firstRow, lastRow});
   if (!hasFocus() || !IsCell(frame_)) return;
   painter.setPen(QPen(Theme::kFocus, 2));
   painter.drawRect(Cell(frame_).adjusted(1, 1, -1, -1));
+}
+
+void CampaignGridView::PaintColumn(QPainter& painter, int column, Span rows) const {
+  const QColor mark = !isEnabled() ? Theme::kDim : form_.OptPub[0] ? Theme::kSpot : Theme::kNews;
+  const std::vector<BreakLoad> loads = loads_.OfDay(Grid(), column);
+  for (int row = rows.first; row <= rows.last; ++row) {
+    const QRect cell = Cell({row, column});
+    if (IsCross({row, column})) GridMarks::PaintCross(painter, cell, mark);
+    const auto moment = static_cast<size_t>(row - kFirstMomentRow);
+    if (moment >= loads.size()) continue;
+    const BreakLoad& load = loads[moment];
+    if (load.ofAdvertiser > 0) GridMarks::PaintOfAdvertiser(painter, cell);
+    if (load.gapMs > 0)
+      GridMarks::PaintLoad(painter, cell,
+                           static_cast<double>(load.lengthMs) / static_cast<double>(load.gapMs));
+  }
 }
 
 void CampaignGridView::PaintDays(QPainter& painter) const {
@@ -187,9 +213,8 @@ void CampaignGridView::PaintDays(QPainter& painter) const {
       const std::string text = head < kFirstMomentRow ? Grid().Cell(head, column)
                                : crosses > 0          ? std::to_string(crosses)
                                                       : std::string();
-      painter.setPen(head == kFirstMomentRow ? Theme::kGood
-                     : head == 1 || weekend  ? Theme::kText
-                                             : Theme::kDim);
+      const bool count = head == kFirstMomentRow || (head == 0 && !IsMonth(form_, column));
+      painter.setPen(count ? Theme::kGood : head == 1 || weekend ? Theme::kText : Theme::kDim);
       painter.drawText(QRect(cell.left(), head * headRow_, cell.width(), headRow_), Qt::AlignCenter,
                        Shown(text));
     }
@@ -272,6 +297,19 @@ void CampaignGridView::MoveFrame(GridPlace place) {
   ScrollTo(frame_);
 }
 
+// What lies between is passed, too.
+void CampaignGridView::StepFrame(GridPlace place, bool paints) {
+  const GridPlace from = frame_;
+  MoveFrame(place);
+  if (!paints || !IsCell(from)) return;
+  const bool cross = IsCross(from);
+  const auto [firstRow, lastRow] = std::minmax(from.row, frame_.row);
+  const auto [firstColumn, lastColumn] = std::minmax(from.column, frame_.column);
+  for (int row = firstRow; row <= lastRow; ++row)
+    for (int column = firstColumn; column <= lastColumn; ++column)
+      if (IsCross({row, column}) != cross) painted({row, column}, cross);
+}
+
 void CampaignGridView::ScrollTo(GridPlace place) {
   const auto scroll = [](QScrollBar& bar, int begin, int size, int room) {
     bar.setValue(
@@ -284,13 +322,12 @@ void CampaignGridView::ScrollTo(GridPlace place) {
 }
 
 void CampaignGridView::keyPressEvent(QKeyEvent* event) {
-  const auto move = [this](int rows, int columns) {
-    MoveFrame({frame_.row + rows, frame_.column + columns});
+  const bool shift = event->modifiers() & Qt::ShiftModifier;
+  const bool control = event->modifiers() & Qt::ControlModifier;
+  const auto move = [&](int rows, int columns) {
+    StepFrame({frame_.row + rows, frame_.column + columns}, shift && takesMarks());
   };
-  const auto mark = [&](MouseButton button) {
-    marked(button, event->modifiers() & Qt::ShiftModifier, event->modifiers() & Qt::ControlModifier,
-           frame_);
-  };
+  const auto mark = [&](MouseButton button) { marked(button, shift, control, frame_); };
   const int page = std::max(1, (viewport()->height() - HeadHeight()) / row_ - 1);
   switch (event->key()) {
     case Qt::Key_Up:
@@ -306,14 +343,13 @@ void CampaignGridView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_PageDown:
       return move(page, 0);
     case Qt::Key_Home:
-      return move(0, -GridColumns(Grid()));
+      return control ? move(-Grid().RowCount(), 0) : move(0, -GridColumns(Grid()));
     case Qt::Key_End:
-      return move(0, GridColumns(Grid()));
+      return control ? move(Grid().RowCount(), 0) : move(0, GridColumns(Grid()));
     case Qt::Key_Space:
       return mark(MouseButton::kLeft);
     case Qt::Key_Delete:  // never marks
-      if (IsCross(frame_) || event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier))
-        mark(MouseButton::kRight);
+      if (IsCross(frame_) || shift || control) mark(MouseButton::kRight);
       return;
     default:
       QAbstractScrollArea::keyPressEvent(event);
@@ -347,15 +383,44 @@ bool CampaignGridView::viewportEvent(QEvent* event) {
   return true;
 }
 
-// The day and the moment under the mouse, whose heads are far from it.
+// The day and the moment under the mouse, whose heads are far from it, and what stands there
+// besides.
 void CampaignGridView::ShowTip(const QHelpEvent& help) {
   const GridPlace place = PlaceAt(help.pos());
+  const bool head = place.row >= 0 && place.row < kFirstMomentRow && place.column > 0;
+  if (head)
+    return QToolTip::showText(help.globalPos(), DayTip(place.column), viewport(),
+                              QRect(Cell(place).left(), 0, column_, HeadHeight()));
   if (!IsCell(place)) return QToolTip::showText(help.globalPos(), toolTip(), viewport());
+  QToolTip::showText(help.globalPos(), CellTip(place), viewport(), Cell(place));
+}
+
+QString CampaignGridView::DayTip(int column) const {
+  const std::string& day = Grid().Cell(1, column);
+  const QString name = Shown(Grid().Cell(2, column) + (day.empty() ? "" : " ") + day);
+  const int others = loads_.OfAdvertiser(column);
+  if (others == 0) return name;
+  return name + u'\n' + texts_.Word("TipAdvertiserDay", QString::number(others));
+}
+
+QString CampaignGridView::CellTip(GridPlace place) const {
   const std::string& day = Grid().Cell(1, place.column);
-  QToolTip::showText(help.globalPos(),
-                     Shown(Grid().Cell(2, place.column) + (day.empty() ? "" : " ") + day + "  " +
-                           Grid().Cell(place.row, 0)),
-                     viewport(), Cell(place));
+  QString tip = Shown(Grid().Cell(2, place.column) + (day.empty() ? "" : " ") + day + "  " +
+                      Grid().Cell(place.row, 0));
+  const std::vector<BreakLoad> loads = loads_.OfDay(Grid(), place.column);
+  const auto moment = static_cast<size_t>(place.row - kFirstMomentRow);
+  if (moment >= loads.size() || loads[moment].gapMs == 0) return tip;
+  const BreakLoad& load = loads[moment];
+  const QString gap = QStringLiteral("%1 min").arg(load.gapMs / kMinuteMs);
+  if (load.elements > 0)
+    tip +=
+        u'\n' + texts_.Word("TipOthers")
+                    .arg(QString::number(load.elements), Shown(FormatDuration(load.lengthMs)), gap);
+  else
+    tip += u'\n' + texts_.Word("TipNoOther", gap);
+  if (load.ofAdvertiser > 0)
+    tip += u'\n' + texts_.Word("TipAdvertiser", QString::number(load.ofAdvertiser));
+  return tip;
 }
 
 }  // namespace zemo

@@ -1,12 +1,17 @@
 // The grid of a campaign as a picture to paint: days above, moments on the left, both with their
-// crosses counted, and a mark where the spot airs. Only what is in sight is drawn.
+// crosses counted, and a mark where the spot airs. Along the foot of a cell stands how full the
+// break is already, and a ring where the advertiser has another campaign. Only what is in sight is
+// drawn.
 #pragma once
 
 #include <QAbstractScrollArea>
 #include <functional>
+#include <vector>
 
+#include "traffic/BreakLoads.h"
 #include "traffic/CampaignGrid.h"
 #include "traffic/CampaignMarking.h"
+#include "ui/Translation.h"
 
 class QHelpEvent;
 class QPainter;
@@ -14,11 +19,14 @@ class QPainter;
 namespace zemo {
 
 // A button that is let go marks as it is told (traffic/CampaignMarking.h); drawn over other cells
-// while it is held it paints them all as the first. The arrows move the frame; space and Delete are
-// the left and the right button on it, with the same keys. Thread: the screen's.
+// while it is held it paints them all as the first. The arrows move the frame, and with Shift paint
+// what they pass as the cell that they leave; space and Delete are the left and the right button on
+// it, with the same keys. Thread: the screen's.
 class CampaignGridView : public QAbstractScrollArea {
  public:
-  CampaignGridView(const CampaignForm& form, QWidget* parent);  // the form outlives the view
+  // What it is given outlives the view.
+  CampaignGridView(const CampaignForm& form, const BreakLoads& loads, const Translation& texts,
+                   QWidget* parent);
 
   std::function<void(MouseButton button, bool shift, bool control, GridPlace place)> marked;
   std::function<void(GridPlace place, bool cross)> painted;
@@ -60,16 +68,22 @@ class CampaignGridView : public QAbstractScrollArea {
   Span SeenColumns() const;
   Span SeenRows() const;
   void PaintCells(QPainter& painter) const;
+  void PaintColumn(QPainter& painter, int column, Span rows) const;
   void PaintDays(QPainter& painter) const;
   void PaintMoments(QPainter& painter) const;
   void PaintTo(const QPoint& point);
   void MoveFrame(GridPlace place);
+  void StepFrame(GridPlace place, bool paints);
   void ScrollTo(GridPlace place);
   void ShowTip(const QHelpEvent& help);
+  QString DayTip(int column) const;
+  QString CellTip(GridPlace place) const;
 
   static constexpr int kHeadRows = 4;  // month, day, weekday, crosses of the day
 
   const CampaignForm& form_;
+  const BreakLoads& loads_;
+  const Translation& texts_;
   GridPlace frame_{kFirstMomentRow, kFirstDayColumn};  // of the keyboard
   GridPlace pressed_;
   QPoint passed_;             // where the held mouse was last

@@ -13,14 +13,15 @@ namespace zemo {
 
 namespace {
 
+constexpr int kKindColumn = 4;
 constexpr int kArrowRoom = 24;  // of a head, in pixels
 struct Room {
   const char* sample;
   int share;
 };
 constexpr Room kRooms[CampaignOverviewModel::kColumns] = {
-    {"An advertiser", 4}, {"CATEGORY", 2}, {"JOURNALIER", 0},  {"JOURNALIER", 0},
-    {"Publicité", 0},     {"00000", 0},    {"INSTRUMENTAL", 1}};
+    {"An advertiser", 4}, {"CATEGORY", 2},    {"JOURNALIER", 0}, {"JOURNALIER", 0}, {"", 0},
+    {"00000", 0},         {"INSTRUMENTAL", 1}};
 
 }  // namespace
 
@@ -48,6 +49,8 @@ QVariant CampaignOverviewModel::data(const QModelIndex& index, int role) const {
   const CampaignEditor::OverviewLine& line = editor_.PLPub[row];
   const std::string& text =
       index.column() == 0 ? line.text : line.subItems[static_cast<size_t>(index.column() - 1)];
+  if (index.column() == kKindColumn)
+    return texts_.Word(text == kSpotKind ? "OptPub.0" : "OptPub.1");
   return QString::fromStdString(text);
 }
 
@@ -59,7 +62,10 @@ QVariant CampaignOverviewModel::headerData(int section, Qt::Orientation orientat
 
 CampaignOverview::CampaignOverview(const CampaignEditor& editor, const Translation& texts,
                                    QWidget* parent)
-    : QTableView(parent), editor_(editor), model_(new CampaignOverviewModel(editor, texts, this)) {
+    : QTableView(parent),
+      editor_(editor),
+      texts_(texts),
+      model_(new CampaignOverviewModel(editor, texts, this)) {
   setObjectName(QStringLiteral("PLPub"));
   setAccessibleName(texts.Word("For.PLPub"));
   setModel(model_);
@@ -92,9 +98,13 @@ void CampaignOverview::ArrangeColumns() {
   std::vector<ColumnRoom> columns;
   for (int column = 0; column < CampaignOverviewModel::kColumns; ++column) {
     const Room& room = kRooms[column];
+    int sample = cells.horizontalAdvance(QString::fromUtf8(room.sample));
+    if (column == kKindColumn)
+      sample = std::max(cells.horizontalAdvance(texts_.Word("OptPub.0")),
+                        cells.horizontalAdvance(texts_.Word("OptPub.1")));
     const QString head = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    const int sample = cells.horizontalAdvance(QString::fromUtf8(room.sample)) + kCellMargin;
-    columns.push_back({std::max(heads.horizontalAdvance(head) + kArrowRoom, sample), room.share});
+    columns.push_back(
+        {std::max(heads.horizontalAdvance(head) + kArrowRoom, sample + kCellMargin), room.share});
   }
   ShareWidth(*this, columns);
 }
@@ -102,6 +112,10 @@ void CampaignOverview::ArrangeColumns() {
 void CampaignOverview::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (enter && currentIndex().isValid()) return chosen(static_cast<size_t>(currentIndex().row()));
+  const int head = event->key() - Qt::Key_1;
+  if (event->modifiers() & Qt::ControlModifier && head >= 0 &&
+      head < CampaignOverviewModel::kColumns)
+    return sorted(head);
   QTableView::keyPressEvent(event);
 }
 

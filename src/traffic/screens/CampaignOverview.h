@@ -29,7 +29,8 @@ class CampaignOverviewModel : public QAbstractTableModel {
   int rows_ = 0;
 };
 
-// A head sorts; a double click or Return chooses the line. Thread: the screen's.
+// A head sorts, and so does Ctrl with its number from 1; a double click or Return chooses the line.
+// Thread: the screen's.
 class CampaignOverview : public QTableView {
  public:
   CampaignOverview(const CampaignEditor& editor, const Translation& texts, QWidget* parent);
@@ -48,6 +49,7 @@ class CampaignOverview : public QTableView {
   void ArrangeColumns();
 
   const CampaignEditor& editor_;
+  const Translation& texts_;
   CampaignOverviewModel* model_;
 };
 

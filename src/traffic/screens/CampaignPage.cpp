@@ -34,6 +34,11 @@ CampaignPage::CampaignPage(Station& station, CampaignEditor& editor, const Campa
   Row({{Days(), 3}, {Division(), 4}});
 }
 
+void CampaignPage::BeginEntry() {
+  firstHour_->setFocus();
+  firstHour_->selectAll();
+}
+
 QWidget* CampaignPage::Kind() {
   const auto option = [this](int number) {
     const std::string name = "OptPub." + std::to_string(number);
@@ -113,7 +118,8 @@ QWidget* CampaignPage::Division() {
     box->setAccessibleName(texts_.Word("For.DecoupagePub") + QStringLiteral(" %1").arg(mark + 1));
     row->addWidget(box, 1);
   }
-  return Beside({{Field("HDepPub", narrow("HDepPub", editor_.HDepPub)), 1},
+  firstHour_ = narrow("HDepPub", editor_.HDepPub);
+  return Beside({{Field("HDepPub", firstHour_), 1},
                  {Field("HFinPub", narrow("HFinPub", editor_.HFinPub)), 1},
                  {Field("DecoupagePub", marks), 8}});
 }

@@ -21,6 +21,7 @@ class CampaignPage : public FieldPage {
   // Station, editor, orders and texts outlive the page.
   CampaignPage(Station& station, CampaignEditor& editor, const CampaignOrders& orders,
                const Translation& texts, QWidget* parent);
+  void BeginEntry();  // of a new record: the keys go to its first field
 
  private:
   QWidget* Kind();
@@ -31,6 +32,7 @@ class CampaignPage : public FieldPage {
 
   Station& station_;
   CampaignEditor& editor_;
+  QLineEdit* firstHour_ = nullptr;
   const CampaignOrders& orders_;
 };
 

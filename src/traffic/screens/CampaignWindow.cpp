@@ -4,14 +4,18 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <string>
+#include <utility>
 
 #include "station/Station.h"
+#include "station/TextForms.h"
 #include "station/TimeForms.h"
 #include "traffic/CampaignSheet.h"
 #include "traffic/CampaignTexts.h"
 #include "traffic/screens/CampaignGridView.h"
+#include "traffic/screens/CampaignLegend.h"
 #include "traffic/screens/CampaignOverview.h"
 #include "ui/CalendarWindow.h"
 #include "ui/PaperPrint.h"
@@ -21,7 +25,14 @@ namespace zemo {
 
 namespace {
 
+constexpr int kEndDay = 2;  // mode of the calendar
 constexpr int kOverviewShare = 3, kGridShare = 2;
+
+// Shown in its tip.
+void GiveKeys(QPushButton& button, const QKeySequence& keys) {
+  button.setShortcut(keys);
+  if (!keys.isEmpty()) button.setToolTip(keys.toString(QKeySequence::NativeText));
+}
 
 QHBoxLayout* BarOf(QWidget& bar) {
   auto* layout = new QHBoxLayout(&bar);
@@ -34,7 +45,10 @@ QHBoxLayout* BarOf(QWidget& bar) {
 
 CampaignWindow::CampaignWindow(Station& station, CampaignSources sources)
     : OfficeWindow(station, "FrmPub", "GrillePub", {{}, CampaignCaptions()}),
-      sources_(std::move(sources)) {
+      sources_(std::move(sources)),
+      reading_(
+          station, "GrillePub", [this] { return loads_.Slice(station_); },
+          [this] { ShowLoads(); }) {
   sources_.questions = WithSystemDialogues(std::move(sources_.questions), Texts().Langue());
   setWindowTitle(Texts().Word("title"));
   MakeOrders();
@@ -46,11 +60,14 @@ CampaignWindow::CampaignWindow(Station& station, CampaignSources sources)
   layout->addWidget(RecordBar());
   layout->addWidget(page_);
   layout->addWidget(GridBar());
+  MakeOverview();
   MakeGrid();
   auto* below = new QHBoxLayout;
   below->addWidget(PLPub, kOverviewShare);
   below->addWidget(GPub, kGridShare);
   layout->addLayout(below, 1);
+  legend_ = new CampaignLegend(Texts(), body);
+  layout->addWidget(legend_);
   resize(1280, 800);
   Arrange();
 }
@@ -71,13 +88,16 @@ QPushButton* CampaignWindow::Button(const char* name, std::function<void()> pres
   return made;
 }
 
-QPushButton* CampaignWindow::Working(const char* name, Routine routine, QWidget* parent) {
-  return Button(
+QPushButton* CampaignWindow::Working(const char* name, Routine routine, const QKeySequence& keys,
+                                     QWidget* parent) {
+  QPushButton* made = Button(
       name,
       [this, routine = std::move(routine)] {
         Work([this, routine] { routine(station_, editor_); });
       },
       parent);
+  GiveKeys(*made, keys);
+  return made;
 }
 
 QWidget* CampaignWindow::RecordBar() {
@@ -85,9 +105,7 @@ QWidget* CampaignWindow::RecordBar() {
   QHBoxLayout* layout = BarOf(*bar);
   const auto add = [&](const char* name, const Routine& routine, const QKeySequence& keys,
                        const bool* enabled = nullptr) {
-    QPushButton* made = Working(name, routine, bar);
-    made->setShortcut(keys);
-    if (!keys.isEmpty()) made->setToolTip(keys.toString(QKeySequence::NativeText));
+    QPushButton* made = Working(name, routine, keys, bar);
     if (enabled) offAtTimes_.emplace_back(made, enabled);
     layout->addWidget(made);
   };
@@ -114,8 +132,7 @@ QWidget* CampaignWindow::RecordBar() {
       Qt::CTRL | Qt::Key_F);
   QPushButton* print = Button(
       "BtnImprimer", [this] { Print(); }, bar);
-  print->setShortcut(Qt::CTRL | Qt::Key_P);
-  print->setToolTip(print->shortcut().toString(QKeySequence::NativeText));
+  GiveKeys(*print, Qt::CTRL | Qt::Key_P);
   layout->addWidget(print);
   add(
       "ImgMemo", [](Station& station, CampaignEditor&) { Campaigns::ImgMemo_Click(station); },
@@ -126,14 +143,16 @@ QWidget* CampaignWindow::RecordBar() {
 QWidget* CampaignWindow::GridBar() {
   auto* bar = new QWidget(centralWidget());
   QHBoxLayout* layout = BarOf(*bar);
-  layout->addWidget(Working("CmdInitGrille", Campaigns::CmdInitGrille_Click, bar));
-  const auto onGrid = [&](const char* name, void (*routine)(CampaignEditor&)) {
-    layout->addWidget(Button(
-        name, [this, routine] { Run([this, routine] { routine(editor_); }); }, bar));
+  layout->addWidget(Working("CmdInitGrille", Campaigns::CmdInitGrille_Click, Qt::Key_F5, bar));
+  const auto onGrid = [&](const char* name, GridRoutine routine, const QKeySequence& keys) {
+    QPushButton* made = Button(
+        name, [this, routine] { RunOnGrid(routine); }, bar);
+    GiveKeys(*made, keys);
+    layout->addWidget(made);
   };
-  onGrid("BtnCopyGrille", Campaigns::BtnCopyGrille_Click);
-  onGrid("BtnCollerGrille", Campaigns::BtnCollerGrille_Click);
-  onGrid("BtnDecalY", Campaigns::BtnDecalY_Click);
+  onGrid("BtnCopyGrille", Campaigns::BtnCopyGrille_Click, Qt::CTRL | Qt::SHIFT | Qt::Key_C);
+  onGrid("BtnCollerGrille", Campaigns::BtnCollerGrille_Click, Qt::CTRL | Qt::SHIFT | Qt::Key_V);
+  onGrid("BtnDecalY", Campaigns::BtnDecalY_Click, Qt::CTRL | Qt::Key_D);
   damage_ = new QLabel(Texts().Word("GridDamaged"), bar);
   damage_->setProperty("note", true);
   layout->addWidget(damage_);
@@ -144,11 +163,12 @@ QWidget* CampaignWindow::GridBar() {
   LblTotalMsg = Named(new QLabel(bar), "LblTotalMsg");
   LblTotalJours = Named(new QLabel(bar), "LblTotalJours");
   layout->addWidget(LblTotalMsg);
+  layout->addSpacing(12);
   layout->addWidget(LblTotalJours);
   return bar;
 }
 
-void CampaignWindow::MakeGrid() {
+void CampaignWindow::MakeOverview() {
   PLPub = new CampaignOverview(editor_, Texts(), centralWidget());
   PLPub->sorted = [this](int column) {
     Run([this, column] {
@@ -160,7 +180,10 @@ void CampaignWindow::MakeGrid() {
     Work([this, line] { Campaigns::PLPub_DblClick(station_, editor_, line); });
   };
   PLPub->hide();
-  GPub = Named(new CampaignGridView(editor_, centralWidget()), "GPub");
+}
+
+void CampaignWindow::MakeGrid() {
+  GPub = Named(new CampaignGridView(editor_, loads_, Texts(), centralWidget()), "GPub");
   GPub->setAccessibleName(Texts().Word("For.GPub"));
   GPub->setToolTip(Texts().Word("GridTip"));
   GPub->setAccessibleDescription(GPub->toolTip());
@@ -178,6 +201,13 @@ void CampaignWindow::MakeGrid() {
   GPub->painted = [this](GridPlace place, bool cross) {
     Run([this, place, cross] { Campaigns::GPub_MouseMove(station_, editor_, place, cross); });
   };
+  const auto onKeys = [this](QKeySequence::StandardKey keys, GridRoutine routine) {
+    auto* made = new QShortcut(keys, GPub);
+    made->setContext(Qt::WidgetShortcut);  // in a field they are the field's
+    connect(made, &QShortcut::activated, this, [this, routine] { RunOnGrid(routine); });
+  };
+  onKeys(QKeySequence::Copy, Campaigns::BtnCopyGrille_Click);
+  onKeys(QKeySequence::Paste, Campaigns::BtnCollerGrille_Click);
 }
 
 // --- opening and closing ---
@@ -195,6 +225,10 @@ void CampaignWindow::Left() {
 
 // --- orders ---
 
+void CampaignWindow::RunOnGrid(GridRoutine routine) {
+  Run([this, routine] { routine(editor_); });
+}
+
 void CampaignWindow::ChooseFile() {
   if (!sources_.chooseFiles || !editor_.open || Barred()) return;
   sources_.chooseFiles(this, Campaigns::FileForSelector(station_, editor_), {},
@@ -206,8 +240,17 @@ void CampaignWindow::ChooseFile() {
                        });
 }
 
+// The one that is shown, of an end without one the start, else today.
+LocalDateTime CampaignWindow::DayFor(int mode) const {
+  const bool hasEnd = mode == kEndDay && !DateKeyOfText(editor_.LblFinPub).empty();
+  const std::string& shown = hasEnd ? editor_.LblFinPub : editor_.LblDepartPub;
+  const std::string key = DateKeyOfText(shown);
+  if (key.empty()) return station_.Now();
+  return {ValInt(key.substr(0, 4)), ValInt(key.substr(4, 2)), ValInt(key.substr(6, 2))};
+}
+
 void CampaignWindow::PickDay(int mode) {
-  auto* calendar = new CalendarWindow(Texts().Langue(), station_.Now(), this);
+  auto* calendar = new CalendarWindow(Texts().Langue(), DayFor(mode), this);
   calendar->picked = [this, mode](const LocalDateTime& day) {
     Work([this, mode, day] { Campaigns::PickDay(station_, editor_, mode, DateText(day)); });
   };
@@ -228,6 +271,7 @@ void CampaignWindow::ArrangeParts(double unit) {
   page_->Arrange(unit);
   GPub->Arrange(unit);
   PLPub->Arrange(unit);
+  legend_->Arrange(unit);
   centralWidget()->layout()->setSpacing(Theme::Px(unit, 6));
 }
 
@@ -240,7 +284,18 @@ void CampaignWindow::ShowAll() {
   damage_->setVisible(!editor_.damage.empty());
   damage_->setToolTip(ShownText(editor_.damage));
   ShowOverview();
+  if (!std::exchange(isNew_, editor_.BtnAjouterEnabled) && isNew_) page_->BeginEntry();
   GPub->ShowGrid();
+  if (!loads_.IsOf(station_, editor_)) {
+    loads_.Begin(station_, editor_);
+    reading_.Begin();
+  }
+  ShowLoads();
+}
+
+void CampaignWindow::ShowLoads() {
+  legend_->Show(editor_.OptPub[0], reading_.AtWork());
+  GPub->viewport()->update();
 }
 
 void CampaignWindow::ShowOverview() {

@@ -6,17 +6,22 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Clock.h"
+#include "traffic/BreakLoads.h"
 #include "traffic/CampaignEditor.h"
 #include "traffic/screens/CampaignPage.h"
 #include "ui/OfficeWindow.h"
 #include "ui/Questions.h"
+#include "ui/SlicedWork.h"
 
+class QKeySequence;
 class QLabel;
 class QPushButton;
 
 namespace zemo {
 
 class CampaignGridView;
+class CampaignLegend;
 class CampaignOverview;
 
 // What the window is given besides the station.
@@ -32,6 +37,7 @@ class CampaignWindow : public OfficeWindow {
   void Open();  // nothing while the menus are locked
   bool IsOpen() const override { return editor_.open || Barred(); }
   const CampaignEditor& Editor() const { return editor_; }
+  const BreakLoads& Loads() const { return loads_; }
 
  protected:
   void ArrangeParts(double unit) override;
@@ -40,27 +46,37 @@ class CampaignWindow : public OfficeWindow {
 
  private:
   using Routine = std::function<void(Station&, CampaignEditor&)>;
+  using GridRoutine = void (*)(CampaignEditor&);
   void MakeOrders();
   QPushButton* Button(const char* name, std::function<void()> pressed, QWidget* parent);
   // One whose routine waits for a free moment.
-  QPushButton* Working(const char* name, Routine routine, QWidget* parent);
+  QPushButton* Working(const char* name, Routine routine, const QKeySequence& keys,
+                       QWidget* parent);
   QWidget* RecordBar();
   QWidget* GridBar();
   void MakeGrid();
+  void MakeOverview();
   void ShowOverview();
+  void ShowLoads();
 
+  void RunOnGrid(GridRoutine routine);
   void ChooseFile();
+  LocalDateTime DayFor(int mode) const;
   void PickDay(int mode);
   void Print();
 
   CampaignSources sources_;
   CampaignEditor editor_;
   CampaignOrders orders_;
+  BreakLoads loads_;
+  SlicedWork reading_;  // of the loads
   CampaignPage* page_ = nullptr;
   CampaignGridView* GPub = nullptr;
   CampaignOverview* PLPub = nullptr;
+  CampaignLegend* legend_ = nullptr;
   QLabel *LblInfoPub = nullptr, *LblTotalMsg = nullptr, *LblTotalJours = nullptr;
   QLabel* damage_ = nullptr;
+  bool isNew_ = false;  // the record that is shown
   std::vector<std::pair<QPushButton*, const bool*>> offAtTimes_;
 };
 

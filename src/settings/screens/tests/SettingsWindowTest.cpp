@@ -241,7 +241,8 @@ TEST_F(SettingsWindowTest, TheColourDialogueSpeaksTheLanguageAndPaintsTheCounter
 TEST_F(SettingsWindowTest, FilesComeFromTheSelector) {
   std::string shown;
   sources.chooseFiles = [&shown](QWidget*, const std::string& current,
-                                 const SettingsSources::TakeFiles& take) {
+                                 const std::vector<std::string>&,
+                                 const OfficeWindow::TakeFiles& take) {
     shown = current;
     take({"/sounds/after.wav"});
   };

@@ -100,6 +100,97 @@ TEST_F(GridView, ACrossIsASpotInItsColourOrNewsInTheirs) {
   EXPECT_NE(colour(), Theme::kNews);
 }
 
+// Saturday, the column 6, is the 21st. Each of the others plays a quarter of an hour, from 07:30 to
+// the next break at 08:00.
+TEST_F(GridView, HowFullABreakIsStandsAlongTheFootOfItsCell) {
+  const Campaign other{.from = "21/11/2026",
+                       .to = "21/11/2026",
+                       .marks = {"00", "30"},
+                       .crosses = {"07:30", "08:00"},
+                       .lengthMs = 900000};
+  AddCampaign(on, other);
+  Open();
+  Click("BtnDebut");
+  ReadLoads();
+  const QRect cell = Grid().Cell({4, 6});
+  const QPoint begin(cell.left() + 4, cell.bottom() - 1), end(cell.right() - 3, cell.bottom() - 1);
+  EXPECT_EQ(ColourAt(begin), Theme::kMusic);
+  EXPECT_EQ(ColourAt(end), Theme::kLine);
+  EXPECT_EQ(TipAt(cell.center()), "S  07:30\nAutres campagnes : 1, en tout 15:00 sur 30 min");
+  EXPECT_EQ(TipAt(At(3, 6)),
+            "S  07:00\nAucune autre campagne, 30 min jusqu'au prochain écran ou top");
+  EXPECT_NE(ColourAt(Grid().Cell({3, 6}).bottomLeft() + QPoint(4, -1)), Theme::kMusic);
+  AddCampaign(on, other);
+  Open();
+  Click("BtnDebut");
+  ReadLoads();
+  EXPECT_EQ(ColourAt(begin), Theme::kHeard);
+  EXPECT_EQ(ColourAt(end), Theme::kHeard);
+  ClickCell(4, 6);
+  EXPECT_EQ(ColourAt(cell.center()), Theme::kSpot);
+}
+
+TEST_F(GridView, TheAdvertisersOtherCampaignsAreRingsAroundTheCrosses) {
+  AddCampaign(on, {.advertiser = "BAKERY",
+                   .marks = {"00", "15", "30"},
+                   .crosses = {"07:15", "07:30"},
+                   .column = 21});
+  Open();
+  Click("BtnDebut");
+  ReadLoads();
+  const QPoint ring = Grid().Cell({4, 6}).topLeft() + QPoint(3, 5);
+  EXPECT_EQ(ColourAt(ring), Theme::kVoiceTrack);
+  EXPECT_NE(ColourAt(At(4, 6)), Theme::kVoiceTrack);
+  EXPECT_NE(ColourAt(Grid().Cell({4, 5}).topLeft() + QPoint(3, 5)), Theme::kVoiceTrack);
+  ClickCell(4, 6);
+  EXPECT_EQ(ColourAt(ring), Theme::kVoiceTrack);
+  EXPECT_EQ(ColourAt(At(4, 6)), Theme::kSpot);
+  EXPECT_EQ(TipAt(At(4, 6)),
+            "S  07:30\nAutres campagnes : 1, en tout 00:30 sur 990 min\n"
+            "Dont l'annonceur lui-même : 1");
+  EXPECT_EQ(TipAt(QPoint(At(4, 6).x(), 20)), "S\nAutres passages de l'annonceur : 2");
+  EXPECT_EQ(TipAt(QPoint(At(4, 5).x(), 20)), "V");
+}
+
+TEST_F(GridView, ShiftWithTheArrowsPaintsWhatTheyPassAsTheCellThatTheyLeave) {
+  Grid().setFocus();
+  Key(Qt::Key_Home);
+  Key(Qt::Key_Space);
+  Key(Qt::Key_Right, Qt::ShiftModifier);
+  Key(Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_EQ(Row(3), "X X     ");
+  EXPECT_EQ(Row(4), " X     ");
+  Key(Qt::Key_End, Qt::ShiftModifier);
+  EXPECT_EQ(Row(4), " X X X X X X");
+  EXPECT_EQ(Text("LblTotalMsg"), "8");
+  Key(Qt::Key_Delete);
+  Key(Qt::Key_Home, Qt::ShiftModifier);  // the cell was empty
+  EXPECT_EQ(Row(4), "      ");
+  Key(Qt::Key_End, Qt::ControlModifier);
+  EXPECT_EQ(Grid().Frame().row, 6);
+  EXPECT_EQ(Grid().Frame().column, 1);
+  Key(Qt::Key_Home, Qt::ControlModifier);
+  EXPECT_EQ(Grid().Frame().row, 3);
+}
+
+TEST_F(GridView, ADaysCountInTheMonthsPlaceHasTheColourOfCounts) {
+  Click("BtnFin");
+  const auto inkOf = [&](int column) {  // greener than red
+    const QRect cell = Grid().Cell({3, column});
+    const QRect month(cell.left() + 1, 1, cell.width() - 2, 15);
+    const QImage head = Grid().viewport()->grab(month).toImage();
+    int ink = 0;
+    for (int y = 0; y < head.height(); ++y)
+      for (int x = 0; x < head.width(); ++x)
+        ink += head.pixelColor(x, y).green() > head.pixelColor(x, y).red() + 40 ? 1 : 0;
+    return ink;
+  };
+  EXPECT_EQ(inkOf(2), 0);
+  ClickCell(3, 2);
+  EXPECT_GT(inkOf(2), 0);
+  EXPECT_EQ(inkOf(3), 0);
+}
+
 TEST_F(GridView, AYearOfAWholeDayScrollsToTheFrame) {
   on.Sql(
       "UPDATE GrillePub SET CAMPAGNEDEPART = '01/01/2026', CAMPAGNEFIN = '01/01/2028', HDEPART "

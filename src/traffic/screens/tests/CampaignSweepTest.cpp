@@ -26,6 +26,25 @@ class CampaignSweep : public CampaignScreenTest, public testing::WithParamInterf
                       {"CATEGORIE", "'CULTURE AND LEISURE'"},
                       {"CAMPAGNEDEPART", "'21/11/2026'"},
                       {"CAMPAGNEFIN", "'25/12/2026'"}});
+    Fill();
+  }
+  // Breaks of others, fuller from hour to hour, and a second campaign of the Zoo's.
+  void Fill() {
+    const std::vector<std::string> marks = {"10", "25", "40", "55"};
+    const Campaign base{.from = "21/11/2026", .to = "25/12/2026", .marks = marks};
+    for (int hour = 7; hour < 15; ++hour) {
+      Campaign other = base;
+      other.advertiser = "Filler " + std::to_string(hour);
+      other.lengthMs = (hour - 6) * 120000;
+      const std::string begin = (hour < 10 ? "0" : "") + std::to_string(hour);
+      other.crosses = {begin + ":10", begin + ":40"};
+      AddCampaign(on, other);
+    }
+    Campaign second = base;
+    second.advertiser = "Zoo";
+    second.lengthMs = 30000;
+    second.crosses = {"06:10", "09:25", "12:40"};
+    AddCampaign(on, second);
   }
   // Weekdays at two moments, a moment of every day, and one day whole.
   void Paint() {
@@ -51,6 +70,7 @@ TEST_P(CampaignSweep, NothingIsCutAndNothingOverlaps) {
         std::string("campaigns-") + kLanguageNames[GetParam()] + "-" + std::to_string(size.width);
     Click("BtnFin");
     Paint();
+    ReadLoads();
     Check(where);
     Click("BtnRecherhe");
     Check(where + "-overview");
@@ -60,6 +80,7 @@ TEST_P(CampaignSweep, NothingIsCutAndNothingOverlaps) {
           << where << ": head " << column;
     Click("BtnDebut");
     ClickCell(3, 1, Qt::LeftButton, Qt::ShiftModifier);
+    ReadLoads();
     Check(where + "-weekly");
     Click("BtnNew");
     Check(where + "-new");

@@ -3,9 +3,11 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
+#include <QToolTip>
 
 namespace zemo::test {
 
@@ -81,6 +83,22 @@ void CampaignScreenTest::Drag(const std::vector<QPoint>& way, Qt::MouseButton bu
 void CampaignScreenTest::Key(Qt::Key key, Qt::KeyboardModifiers keys) {
   QTest::keyClick(&Grid(), key, keys);
   QApplication::processEvents();
+}
+
+void CampaignScreenTest::ReadLoads() {
+  EXPECT_TRUE(QTest::qWaitFor([this] { return window->Loads().Known(); }, 10000));
+  QApplication::processEvents();
+}
+
+QColor CampaignScreenTest::ColourAt(const QPoint& point) {
+  return Grid().viewport()->grab().toImage().pixelColor(point);
+}
+
+std::string CampaignScreenTest::TipAt(const QPoint& point) {
+  QToolTip::hideText();
+  QHelpEvent help(QEvent::ToolTip, point, Grid().viewport()->mapToGlobal(point));
+  QApplication::sendEvent(Grid().viewport(), &help);
+  return QToolTip::text().toStdString();
 }
 
 std::vector<std::string> CampaignScreenTest::OverviewColumn(int column) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "support/Campaigns.h"
 #include "traffic/screens/CampaignGridView.h"
 #include "traffic/screens/CampaignOverview.h"
 #include "traffic/screens/CampaignWindow.h"
@@ -43,6 +44,9 @@ class CampaignScreenTest : public testing::Test {
                  Qt::KeyboardModifiers keys = Qt::NoModifier);
   void Drag(const std::vector<QPoint>& way, Qt::MouseButton button = Qt::LeftButton);
   void Key(Qt::Key key, Qt::KeyboardModifiers keys = Qt::NoModifier);  // in the grid
+  void ReadLoads();                                                    // to their end
+  QColor ColourAt(const QPoint& point);
+  std::string TipAt(const QPoint& point);
   std::string Row(int row) { return RowText(window->Editor().GPub, row); }
 
   CampaignOverview& Overview() { return *Find<CampaignOverview>("PLPub"); }

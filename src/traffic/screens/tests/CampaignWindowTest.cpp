@@ -8,6 +8,8 @@
 #include <QPrinter>
 #include <QRadioButton>
 
+#include "support/PdfText.h"
+#include "traffic/CampaignSheet.h"
 #include "traffic/screens/CampaignDesk.h"
 #include "traffic/screens/tests/CampaignWindowFixture.h"
 #include "ui/CalendarWindow.h"
@@ -17,6 +19,13 @@ namespace {
 
 class CampaignScreen : public CampaignScreenTest {
  protected:
+  void PrintToPdf() {
+    sources.questions.choosePrinter = [this](QWidget*, QPrinter& printer) {
+      printer.setOutputFormat(QPrinter::PdfFormat);
+      printer.setOutputFileName(QString::fromStdString(on.InFolder("sheet.pdf")));
+      return true;
+    };
+  }
   void PickInCalendar(int year, int month, int day) {
     auto* calendar = window->findChild<CalendarWindow*>();
     ASSERT_TRUE(calendar);
@@ -174,6 +183,17 @@ TEST_F(CampaignScreen, TheOverviewIsSortedAndALineChosenByMouseOrReturn) {
   EXPECT_EQ(Text("ChAnnonceur"), "Zoo");
 }
 
+TEST_F(CampaignScreen, TheOverviewTellsSpotsAndNewsInTheOperatorsLanguage) {
+  on.Set("Langue", "3");
+  on.station.base.CheckCnf();
+  AddCampaigns();
+  on.Sql("UPDATE GrillePub SET PUB = 0 WHERE CODE = 2");
+  Open();
+  Click("BtnRecherhe");
+  EXPECT_EQ(OverviewColumn(4), (std::vector<std::string>{"Publicidad", "Rúbrica"}));
+  EXPECT_EQ(window->Editor().PLPub[0].subItems[3], "Publicité");
+}
+
 TEST_F(CampaignScreen, ReturnAndDeleteInTheCategoryAskAndKeepTheList) {
   on.MakeFile("Categori.Ini", "FOOD\r\n");
   AddCampaigns();
@@ -220,16 +240,48 @@ TEST_F(CampaignScreen, AGridFileThatDoesNotFitIsShown) {
 
 TEST_F(CampaignScreen, TheRecordSheetGoesToPaperAndToAFile) {
   AddCampaigns();
-  const std::string pdf = on.InFolder("sheet.pdf");
-  sources.questions.choosePrinter = [&](QWidget*, QPrinter& printer) {
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(QString::fromStdString(pdf));
-    return true;
-  };
+  PrintToPdf();
   Open();
+  ClickCell(4, 2);
   Click("BtnImprimer");
-  EXPECT_EQ(on.File("sheet.pdf").substr(0, 5), "%PDF-");
+  const std::vector<std::string> sheet = {"FICHE 2 - Zoo 1",
+                                          "Campagne du 21/11/2026 au 25/11/2026",
+                                          "Heure de départ 07 Heure de fin 08",
+                                          "Découpage de l'heure 00 30",
+                                          "Fichier audio " + on.InFolder("Zoo.wav"),
+                                          "Durée 00:15 Ordre de passage 20",
+                                          "Soit 1 messages sur 5 jours",
+                                          "Mois 11 1 11 11 11",
+                                          "Jour 21 22 23 24 25",
+                                          "S D L M M",
+                                          "07:00",
+                                          "07:30 x",
+                                          "08:00",
+                                          "08:30"};
+  EXPECT_EQ(PagesOfPdf(on.InFolder("sheet.pdf")), (std::vector<std::vector<std::string>>{sheet}));
   EXPECT_EQ(on.File("Zoo.Xlt").substr(0, 17), " FICHE 2 - Zoo  1");
+}
+
+// A year of a whole day: eight weeks beside another, 62 lines a page, no line broken, none lost.
+TEST_F(CampaignScreen, TheSheetOfALongCampaignStandsWholeOnItsPages) {
+  AddCampaigns();
+  on.Sql(
+      "UPDATE GrillePub SET CAMPAGNEFIN = '20/11/2027', HDEPART = '00', HFIN = '23', DECOUPEH3 = "
+      "'45' WHERE CODE = 2");
+  PrintToPdf();
+  Open();
+  ClickCell(5, 1, Qt::LeftButton, Qt::ShiftModifier);
+  Click("BtnImprimer");
+  const PrintedPages sheet = SheetPages(window->Editor());
+  const auto pages = PagesOfPdf(on.InFolder("sheet.pdf"));
+  ASSERT_EQ(pages.size(), sheet.pages.size());
+  EXPECT_GT(pages.size(), 7U);  // 7 times eight weeks of 72 moments
+  for (size_t page = 0; page < pages.size(); ++page) {
+    std::vector<std::string> told;
+    for (const std::string& line : sheet.pages[page])
+      if (const std::string words = WordsOf(line); !words.empty()) told.push_back(words);
+    EXPECT_EQ(pages[page], told) << "page " << page;
+  }
 }
 
 TEST_F(CampaignScreen, TheMemoTellsTheProcedure) {

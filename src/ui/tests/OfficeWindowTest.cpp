@@ -1,0 +1,96 @@
+// The base of the office's windows, under one whose routines are the test's.
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <QTest>
+#include <stdexcept>
+
+#include "station/Station.h"
+#include "support/TestStation.h"
+#include "ui/OfficeWindow.h"
+
+namespace zemo::test {
+namespace {
+
+class DeskWindow : public OfficeWindow {
+ public:
+  explicit DeskWindow(Station& station)
+      : OfficeWindow(station, "FrmTest", "TestRoutine", {}), button(new QPushButton(this)) {
+    setCentralWidget(button);
+    show();
+  }
+  bool IsOpen() const override { return open; }
+  using OfficeWindow::Barred;
+  using OfficeWindow::Run;
+  using OfficeWindow::Work;
+  QPushButton* button;
+  bool open = true;
+  int shown = 0, left = 0;
+
+ protected:
+  void ArrangeParts(double) override {}
+  void ShowAll() override { ++shown; }
+  void Left() override {
+    ++left;
+    open = false;
+    Window::Left();
+  }
+};
+
+class AnOfficeWindow : public testing::Test {
+ protected:
+  void SetUp() override { on.Load(); }
+  TestStation on;
+};
+
+TEST_F(AnOfficeWindow, IsBarredWhileARoutineWorksAndShowsItsEnd) {
+  DeskWindow window(on.station);
+  bool other = false;
+  window.Work([&] {
+    EXPECT_FALSE(window.button->isEnabled());
+    window.Run([&] { other = true; });
+    window.Work([&] { other = true; });
+    EXPECT_EQ(window.shown, 0);
+  });
+  EXPECT_TRUE(window.button->isEnabled());
+  EXPECT_FALSE(other);
+  EXPECT_EQ(window.shown, 1);
+}
+
+TEST_F(AnOfficeWindow, ClosedWhileARoutineWorksClosesAtItsEnd) {
+  DeskWindow window(on.station);
+  window.Work([&] {
+    window.close();
+    EXPECT_FALSE(window.LeaveNow());
+    EXPECT_EQ(window.left, 0);
+  });
+  EXPECT_EQ(window.left, 1);
+  EXPECT_TRUE(window.LeaveNow());
+  EXPECT_EQ(window.left, 1);
+}
+
+TEST_F(AnOfficeWindow, ClosedAheadOfARoutineInWhoseYieldItMayGoClosesAtItsEnd) {
+  DeskWindow window(on.station);
+  {
+    const MainTimerHold tick(on.station);
+    window.close();  // waits for a free moment
+  }
+  window.Work([&] {
+    QTest::qWait(60);  // the moment comes
+    EXPECT_EQ(window.left, 0);
+    EXPECT_TRUE(window.isVisible());
+  });
+  EXPECT_EQ(window.left, 1);
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(AnOfficeWindow, LogsAFaultUnderItsRoutinesNameAndGoesOn) {
+  DeskWindow window(on.station);
+  window.Work([] { throw std::runtime_error("of the routine"); });
+  EXPECT_FALSE(window.Barred());
+  EXPECT_TRUE(window.button->isEnabled());
+  EXPECT_EQ(on.Events("error").back()["where"], "TestRoutine");
+}
+
+}  // namespace
+}  // namespace zemo::test
