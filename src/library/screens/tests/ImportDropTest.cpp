@@ -85,7 +85,7 @@ TEST_F(Dropped, FilesAndFoldersBecomeCardsOfTheTabAndTheReportTellsWhat) {
   EXPECT_EQ(
       ReportText().substr(0, ReportText().find(": '")),
       "3 added, 0 known already, 1 refused\n3 without a genre of the station's, which no model "
-      "asks for (see ImportGenres.Txt): none 3\n\nrefused  " +
+      "asks for (see ImportGenres.Txt): none 3\n\nRefused (1):\n" +
           broken);
   KeepPicture(*Report(), "import-report");
 }
