@@ -37,6 +37,11 @@ constexpr Word kLibrary[] = {
     {"BtnImportClose", {"Fermer", "Close", "Fechar", "Cerrar"}},
     {"MnuAide", {"Aide", "Help", "Ajuda", "Ayuda"}},
 
+    {"Changed", {"Fiche %1 non enregistrée", "Card %1 changed, not stored", "Ficha %1 por guardar", "Ficha %1 sin guardar"}},
+    {"NotStored", {"Nouvelle fiche non enregistrée", "New card, not stored", "Nova ficha por guardar", "Nueva ficha sin guardar"}},
+    {"StoredCard", {"Enregistrée : fiche %1", "Stored: card %1", "Guardada: ficha %1", "Guardada: ficha %1"}},
+    {"StoredCards", {"Enregistrées : %1 fiches", "Stored: %1 cards", "Guardadas: %1 fichas", "Guardadas: %1 fichas"}},
+    {"Info", {"Fiche %1 sur %2", "Card %1 of %2", "Ficha %1 de %2", "Ficha %1 de %2"}},
     {"BtnPlus", {"Suivante", "Next", "Seguinte", "Siguiente"}},
     {"BtnMoins", {"Précédente", "Previous", "Anterior", "Anterior"}},
     {"BtnClear", {"Vider", "Clear", "Limpar", "Vaciar"}},

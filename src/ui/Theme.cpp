@@ -100,6 +100,8 @@ QString StyleSheet(double unit, bool gradients) {
     QLabel[dim="true"] { color: %DIM; }
     QLabel[head="true"] { font-weight: bold; }
     QLabel[refusal="true"] { color: %NOTE; }
+    QLabel[mark="true"], QLabel[mark="false"] { padding: 1px 8px; border-radius: 3px; }
+    QLabel[mark="true"] { background: %NOTE; color: %GROUND; font-weight: bold; }
     QLabel[note="true"] { color: %NOTE; font-weight: bold; padding: 0 8px; }
     QToolTip { background: %RAISED; color: %INK; border: 1px solid %LINE; padding: 3px; }
     QMenuBar { background: %GROUND; } QMenuBar::item { padding: 2px 8px; background: transparent; }

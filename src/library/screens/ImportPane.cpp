@@ -80,7 +80,7 @@ void ImportPane::Stop() {
 
 void ImportPane::Turn() {
   if (!run_) return;
-  if (!hooks_.mayWork()) return timer_.start(kTurnLaterMs);
+  if (waits_ || !hooks_.mayWork()) return timer_.start(kTurnLaterMs);
   const ImportRun::Turn turn = run_->Slice();
   if (turn == ImportRun::Turn::kDone) return End(false);
   ShowProgress();
