@@ -180,6 +180,9 @@ constexpr Word kSelector[] = {
     {"For.MMLevelX1", {"Niveau gauche", "Left level", "Nível esquerdo", "Nivel izquierdo"}},
     {"For.MMLevelX2", {"Niveau droit", "Right level", "Nível direito", "Nivel derecho"}},
     {"BtnSelectAll", {"Tout", "All", "Tudo", "Todo"}},
+    {"SelectAll.Tip", {"Prend tous les fichiers, puis demande s'il faut écarter ceux qui ont déjà une fiche", "Takes all files, then asks whether to leave out those that have a card already", "Toma todos os ficheiros e pergunta se deve deixar de fora os que já têm ficha", "Toma todos los ficheros y pregunta si deja fuera los que ya tienen ficha"}},
+    {"BtnSelectAll.Tip", {"Reprend tous les fichiers quand quelques-uns ont été écartés", "Takes all files again after some were left out", "Toma de novo todos os ficheiros depois de alguns terem ficado de fora", "Vuelve a tomar todos los ficheros cuando algunos quedaron fuera"}},
+    {"btnPlay.Tip", {"Écoute le fichier choisi sur la sortie de préécoute", "Plays the chosen file on the prelisten's output", "Toca o ficheiro escolhido na saída de pré-escuta", "Escucha el fichero elegido por la salida de preescucha"}},
 };
 // clang-format on
 
