@@ -133,6 +133,7 @@ constexpr Word kLibrary[] = {
     {"BtnFindAutre", {"Liste", "List", "Lista", "Lista"}},
 
     {"CardList", {"Liste des fiches", "List of cards", "Lista das fichas", "Lista de fichas"}},
+    {"CardList.Tip", {"L'ordre de la liste : un clic sur un titre la trie par cette colonne, un second à l'envers.\nPrécédente et Suivante suivent « Trier par ».", "The list's own order: a click on a head sorts it by that column, a second one the other way round.\nPrevious and Next follow \"Order by\".", "A ordem da lista: um clique num título ordena por essa coluna, outro ao contrário.\nAnterior e Seguinte seguem «Ordenar por».", "El orden de la lista: un clic en un título ordena por esa columna, otro al revés.\nAnterior y Siguiente siguen «Ordenar por»."}},
     {"SearchCards", {"Rechercher dans la liste", "Search the list", "Pesquisar na lista", "Buscar en la lista"}},
     {"BtnFiche", {"Fiche", "Card", "Ficha", "Ficha"}},
     {"ConfirmInitDate", {"Marquer toute la discothèque comme diffusée maintenant ?", "Mark the whole library as played now?", "Marcar toda a discoteca como difundida agora?", "¿Marcar toda la discoteca como emitida ahora?"}},
@@ -161,6 +162,9 @@ constexpr Word kLibrary[] = {
     {"GTopH.1", {"Fichier", "File", "Ficheiro", "Fichero"}},
     {"GTopH.2", {"Sur Imp", "Over", "Sobreposição", "Sobreimpresión"}},
     {"GTopH.3", {"Jours", "Days", "Dias", "Días"}},
+    {"GTopH.1.Tip", {"Double clic ou Entrée : choisir le fichier ; Supprimer le vide", "Double click or Return: choose the file; Delete empties it", "Duplo clique ou Enter: escolher o ficheiro; Eliminar esvazia-o", "Doble clic o Intro: elegir el fichero; Eliminar lo vacía"}},
+    {"GTopH.2.Tip", {"Clic ou Espace : en surimpression sur la musique, ou à sa place", "Click or space: over the music, or in its place", "Clique ou espaço: sobre a música, ou no lugar dela", "Clic o espacio: sobre la música, o en su lugar"}},
+    {"GTopH.3.Tip", {"Jours où le signal passe, du lundi au dimanche ; les cases ci-dessous les changent", "Days on which the pip plays, Monday to Sunday; the boxes below change them", "Dias em que o sinal passa, de segunda a domingo; as caixas abaixo mudam-nos", "Días en que suena la señal, de lunes a domingo; las casillas de abajo los cambian"}},
 };
 
 constexpr Word kSelector[] = {

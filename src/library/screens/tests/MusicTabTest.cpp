@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPrinter>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSlider>
 #include <QTabBar>
 
@@ -35,6 +36,13 @@ TEST_F(MusicTab, OpensOnTheFirstCard) {
   EXPECT_EQ(Text("LblTemp"), "03:05");
   EXPECT_EQ(Text("LblInfoMus"), "Fiche 1 sur 3");
   EXPECT_EQ(Find<QTabBar>("TabStrip1")->currentIndex(), 0);
+}
+
+TEST_F(MusicTab, IsNeverLargerThanTheScreen) {
+  window = std::make_unique<LibraryWindow>(on.station, sources);
+  window->resize(8000, 6000);
+  window->Open();
+  EXPECT_EQ(window->size(), window->screen()->availableSize());
 }
 
 TEST_F(MusicTab, WithoutCardsOnlyANewOneCanBeMade) {
