@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QSignalBlocker>
@@ -123,7 +124,9 @@ void HourPipPage::ShowPips() {
     GTopH->item(row, kOverlayColumn)->setText(pip.overlay ? QStringLiteral("X") : QString());
     GTopH->item(row, kDaysColumn)->setText(DayLetters(pip.days));
   }
-  if (GTopH->currentRow() != editor_.pipHour) GTopH->setCurrentCell(editor_.pipHour, kFileColumn);
+  // A table that gets the keyboard has a current row, which need not be a selected one.
+  if (!GTopH->selectionModel()->isRowSelected(editor_.pipHour, {}))
+    GTopH->setCurrentCell(editor_.pipHour, kFileColumn);
   const HourPipRow& pip = editor_.GTopH[static_cast<size_t>(editor_.pipHour)];
   hour_->setText(
       ShownText(HourPipCell(editor_, static_cast<size_t>(editor_.pipHour), kHourColumn)));

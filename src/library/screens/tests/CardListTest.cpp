@@ -68,6 +68,14 @@ TEST_F(TheCardList, ShowsTheOrderInWhichItIsFilledAndItsHeadTurnsIt) {
   EXPECT_EQ(Column("PLDisco", 0), (Names{"Édith", "CHER", "ABBA"}));
 }
 
+TEST_F(TheCardList, ByItsLengthsTheTitlesWithoutASecondOfSoundComeFirst) {
+  for (const int ms : {185000, 900, 61000})
+    on.AddCard({.lengthMs = ms, .artist = "A", .title = "T"});
+  Open();
+  ClickHead("PLDisco", 2);
+  EXPECT_EQ(Column("PLDisco", 2), (Names{"--:--", "01:01", "03:05"}));
+}
+
 TEST_F(TheCardList, IsAsHighAsWholeRows) {
   for (int song = 0; song < 60; ++song) AddSong("A" + std::to_string(song), "T");
   Open();

@@ -49,6 +49,10 @@ TEST_F(HourPipTab, AClickOnTheOverlayMarkTurnsIt) {
   EXPECT_EQ(Column("GTopH", 2)[3], "");
 }
 
+TEST_F(HourPipTab, TheHourWhoseDaysAreShownIsSelected) {
+  EXPECT_EQ(Selected("GTopH", 0), (Names{"00:00 "}));
+}
+
 TEST_F(HourPipTab, EachColumnTellsWhatAClickOnItDoes) {
   const QAbstractItemModel& rows = *Table("GTopH").model();
   const auto tip = [&](int hour, int column) {
