@@ -11,7 +11,7 @@ inline constexpr const char* kSamePrelistenOutput = "Mauvais choix de sortie PFL
 
 // What stands there where nobody has chosen an output.
 inline constexpr const char* kNoPrelistenOutput =
-    "Aucune sortie de préécoute choisie : Options > Paramétrage...";
+    "Aucune sortie de préécoute choisie : écran d'antenne, Options > Paramétrage...";
 
 // Gives the player its device while it is closed. False: the air has this output now. Throws what
 // the files of the settings do.

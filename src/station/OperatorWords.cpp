@@ -56,8 +56,8 @@ constexpr RoutineText kTexts[] = {
     {"Analyse en cours...", {kRoutines, "Looking through the files...", "A percorrer os ficheiros...", "Recorriendo los ficheros..."}},
     {"Fini", {kRoutines, "Done", "Pronto", "Listo"}},
     {"Mauvais choix de sortie PFL", {kRoutines, "The prelisten has the air's output", "A pré-escuta tem a saída da emissão", "La preescucha tiene la salida del aire"}},
-    {"Impossible d'écouter sur cette sortie audio", {kRoutines, "The prelisten cannot play on its output.\r\nIt is chosen in Options > Settings...", "A pré-escuta não pode tocar na sua saída.\r\nEscolhe-se em Opções > Configuração...", "La preescucha no puede sonar por su salida.\r\nSe elige en Opciones > Parametraje..."}},
-    {"Aucune sortie de préécoute choisie : Options > Paramétrage...", {kRoutines, "No prelisten output is chosen: Options > Settings...", "Nenhuma saída de pré-escuta escolhida: Opções > Configuração...", "Ninguna salida de preescucha elegida: Opciones > Parametraje..."}},
+    {"Impossible d'écouter sur cette sortie audio", {kRoutines, "The prelisten cannot play on its output.\r\nIt is chosen on the on-air screen: Options > Settings...", "A pré-escuta não pode tocar na sua saída.\r\nEscolhe-se no ecrã da emissão: Opções > Configuração...", "La preescucha no puede sonar por su salida.\r\nSe elige en la pantalla de emisión: Opciones > Parametraje..."}},
+    {"Aucune sortie de préécoute choisie : écran d'antenne, Options > Paramétrage...", {kRoutines, "No prelisten output is chosen: on-air screen, Options > Settings...", "Nenhuma saída de pré-escuta escolhida: ecrã da emissão, Opções > Configuração...", "Ninguna salida de preescucha elegida: pantalla de emisión, Opciones > Parametraje..."}},
     {"Vous n'avez rien dans la liste", {kRoutines, "There is nothing in the list", "Não há nada na lista", "No hay nada en la lista"}},
     // what works
     {"COMPOSITION DES PUBS EN COURS...", {kRoutines, "COMPOSING THE DAY'S GRID...", "A COMPOR A TABELA DO DIA...", "COMPONIENDO LA TABLA DEL DÍA..."}},

@@ -242,7 +242,7 @@ TEST_F(CardSoundFixture, WhereNoOutputIsChosenTheNoteSaysWhereOneIs) {
   Library::BtnEcoute_Click(on.station, editor);
   EXPECT_EQ(Message(0), "Impossible d'écouter sur cette sortie audio");
   EXPECT_EQ(Library::ListeningNote(on.station, editor),
-            "Aucune sortie de préécoute choisie : Options > Paramétrage...");
+            "Aucune sortie de préécoute choisie : écran d'antenne, Options > Paramétrage...");
 }
 
 // --- joins ---

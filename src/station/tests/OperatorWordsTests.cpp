@@ -38,7 +38,8 @@ TEST(OperatorWords, WhatStandsInThePlaceIsTakenOver) {
 
 TEST(OperatorWords, ARefusalOfThePrelistenTellsWhereItsOutputIsChosen) {
   EXPECT_EQ(InOperatorsWords("Impossible d'écouter sur cette sortie audio", kEnglish),
-            "The prelisten cannot play on its output.\r\nIt is chosen in Options > Settings...");
+            "The prelisten cannot play on its output.\r\nIt is chosen on the on-air screen: "
+            "Options > Settings...");
   EXPECT_EQ(InOperatorsWords("Impossible d'écouter sur cette sortie audio", kFrench),
             "Impossible d'écouter sur cette sortie audio");
 }

@@ -207,7 +207,7 @@ TEST_F(TheSelector, TellsInTheOperatorsWordsThatNoOutputIsChosenAndWhereOneIs) {
   on.station.base.CheckCnf();
   Choose();
   EXPECT_EQ(Part<QLabel>("LblOut").text().toStdString(),
-            "No prelisten output is chosen: Options > Settings...");
+            "No prelisten output is chosen: on-air screen, Options > Settings...");
   on.messages.AnswerNext(Answer::kOk);
   Push("SelectAll");
   EXPECT_EQ(Part<QLabel>("LblOut").text(), QStringLiteral("Done"));
@@ -261,6 +261,7 @@ TEST_F(TheSelector, ServesTheLibraryWindow) {
 }
 
 TEST_F(TheSelector, NothingOfItIsCutInAnyLanguage) {
+  on.localValues.Set("AudioOutPFLID", "-1");  // which is told
   for (int langue = 0; langue < 4; ++langue) {
     on.Set("Langue", std::to_string(langue));
     on.station.base.CheckCnf();
