@@ -13,13 +13,6 @@
 namespace zemo {
 
 namespace {
-std::string NamedMachine(const StationOptions& asked) {
-  if (asked.machine.empty()) return DefaultMachineFolder();
-  if (!std::filesystem::is_directory(asked.machine))
-    throw std::runtime_error("there is no machine folder " + asked.machine);
-  return asked.machine;
-}
-
 void OpenForQuestion(Station& station) {
   SetSideFileNames(station);
   station.base.OpenOrCreateDatabase();
@@ -43,7 +36,7 @@ AskedStation::AskedStation(const std::string& station, const std::string& machin
 
 AskedStation::AskedStation(const StationOptions& asked)
     : AskedStation(asked.station.empty() ? DefaultStationFolder() : asked.station,
-                   NamedMachine(asked)) {}
+                   AskedMachineFolder(asked.machine)) {}
 
 ShownPaths AskedStation::Paths() const {
   return {{folders_.station + "/", folders_.copiedFrom},

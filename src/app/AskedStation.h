@@ -17,8 +17,7 @@ class AskedStation {
  public:
   // `machine` need not exist. Throws std::runtime_error with one line.
   AskedStation(const std::string& station, const std::string& machine);
-  // The folders that were asked for, or the default ones; a machine folder that is named must
-  // exist.
+  // The folders that were asked for, or the default ones (AskedMachineFolder).
   explicit AskedStation(const StationOptions& asked);
 
   const SimFolders& Folders() const { return folders_; }

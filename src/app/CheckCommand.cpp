@@ -10,8 +10,7 @@ namespace zemo {
 int RunCheckCommand(const StationOptions& asked) {
   CheckOptions options;
   options.station = asked.station.empty() ? DefaultStationFolder() : asked.station;
-  options.machine = asked.machine.empty() ? DefaultMachineFolder() : asked.machine;
-  options.machineNamed = !asked.machine.empty();
+  options.machine = AskedMachineFolder(asked.machine);
   return RunCheck(options, std::cout);
 }
 

@@ -14,6 +14,7 @@
 #include "app/StationPaths.h"
 #include "library/CardImport.h"
 #include "library/ImportReport.h"
+#include "library/ImportRun.h"
 #include "library/ImportedExit.h"
 #include "platform/real/analysis/SoundAnalyser.h"
 #include "platform/real/analysis/TagReader.h"
@@ -24,6 +25,7 @@
 #include "platform/real/files/SoundFilesBelow.h"
 #include "settings/SideFiles.h"
 #include "station/LanguageTexts.h"
+#include "station/SideFileText.h"
 #include "station/TextForms.h"
 
 namespace zemo {
@@ -78,10 +80,10 @@ class Progress {
 
   void Done(size_t done) {
     if (!shown_ || done == 0) return;
-    const int64_t leftSec = (NowMs() - begunMs_) * static_cast<int64_t>(count_ - done) /
-                            static_cast<int64_t>(done) / 1000;
-    std::cerr << "\r\033[K" << what_ << " " << done << " of " << count_ << ", "
-              << FormatDuration(leftSec * 1000) << " left" << std::flush;
+    std::cerr << "\r\033[K" << what_ << " " << done << " of " << count_;
+    if (const auto leftMs = TimeLeftMs(NowMs() - begunMs_, done, count_))
+      std::cerr << ", " << FormatDuration(*leftMs) << " left";
+    std::cerr << std::flush;
   }
 
  private:
@@ -138,6 +140,7 @@ class Import {
 
   void AddAll(const std::vector<std::string>& files) {
     CardImport import(sim_.station, KindOf(options_.kind), options_.dryRun);
+    report_.TakeUnknownGenres(import.UnknownGenres());
     while (import.ReadCardsSlice()) {
     }
     ImportReader reader(opener_, tags_, *sim_.soundFiles, import.Known());
@@ -156,13 +159,19 @@ class Import {
     }
   }
 
+  // For a program the notes stand apart from what it reads.
   void TellResult() const {
-    if (options_.json)
+    if (options_.json) {
       std::cout << told_.dump(1, ' ', false, Json::error_handler_t::replace) << std::endl;
-    else
-      std::cout << report_.Counts(kEnglish) << std::endl;
-    if (const std::string genres = report_.ForeignGenres(kEnglish); !genres.empty())
-      std::cerr << "import: " << Printable(genres) << std::endl;
+      for (const std::string& note : SplitLines(report_.Notes(kEnglish)))
+        std::cerr << "import: " << Printable(note) << std::endl;
+      return;
+    }
+    std::cout << report_.Counts(kEnglish) << '\n';
+    for (const std::string& note : SplitLines(report_.Notes(kEnglish)))
+      std::cout << Printable(note) << '\n';
+    if (options_.dryRun) std::cout << "a dry run: nothing was written\n";
+    std::cout << std::flush;
   }
 
   // Those of a run that was interrupted as well.

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "app/ErrorLine.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "station/BaseFiles.h"
 
@@ -58,6 +59,14 @@ std::string AskedStationFolder(const std::string& named) {
   RequireFolder(folder);
   RefuseIrregularBase(folder);
   return folder;
+}
+
+std::string AskedMachineFolder(const std::string& named) {
+  if (named.empty()) return DefaultMachineFolder();
+  std::error_code error;
+  if (!std::filesystem::is_directory(named, error))
+    PrintError("there is no machine folder " + named + " yet: going on air makes it");
+  return named;
 }
 
 void RequireStation(const std::string& folder) {

@@ -16,6 +16,10 @@ std::string DefaultMachineFolder();
 // there is no such folder, or where its base cannot be one (RefuseIrregularBase).
 std::string AskedStationFolder(const std::string& named);
 
+// The folder that was named, else the default one. One that was named and is not there yet is told
+// on standard error: it costs a question nothing, and going on air makes it.
+std::string AskedMachineFolder(const std::string& named);
+
 // Throws the same where there is no such folder, or no base in it that is a file.
 void RequireStation(const std::string& folder);
 

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 #include "library/CardAdding.h"
+#include "library/TitleInName.h"
 #include "platform/Folder.h"
 #include "platform/NameValueLines.h"
 #include "settings/GenreList.h"
@@ -44,21 +46,30 @@ void TakeText(const std::string& tag, std::string& field) {
   if (!tag.empty()) field = tag;
 }
 
-// Of a file: without its folder and its ending, of whatever length that is.
-std::string NameOf(const std::string& file) {
-  const std::string name = file.substr(file.find_last_of('/') + 1);
-  const size_t point = name.find_last_of('.');
-  return Trim(point == std::string::npos || point == 0 ? name : name.substr(0, point));
+bool SameText(const std::string& a, const std::string& b) {
+  return !a.empty() && UpperLatin(a) == UpperLatin(b);
 }
 
-// "Artist - Title", which is how files without tags are called; else all of it is the artist.
-void TakeName(const std::string& file, MusicCard& card) {
-  constexpr std::string_view kBetween = " - ";
-  card.ChAuteur = NameOf(file);
-  const size_t between = card.ChAuteur.find(kBetween);
-  if (between == std::string::npos) return;
-  card.ChTitre = Trim(card.ChAuteur.substr(between + kBetween.size()));
-  card.ChAuteur = Trim(card.ChAuteur.substr(0, between));
+// What the tags do not tell of artist and title comes from the name of the file; one that does not
+// tell it either is the artist as a whole, as on the library screen.
+void TakeName(const std::string& file, const TagTexts& tags, MusicCard& card) {
+  card.ChAuteur = NameOfFile(file);
+  TitleInName told = ReadTitleInName(card.ChAuteur);
+  if (SameText(told.title, tags.artist) || SameText(told.artist, tags.title))
+    std::swap(told.artist, told.title);  // "Title - Artist"
+  const bool bare = tags.artist.empty() && tags.title.empty();
+  if (!told.artist.empty())
+    card.ChAuteur = told.artist;
+  else if (!bare)
+    card.ChAuteur = told.title.empty() ? tags.title : told.title;
+  if (!bare || !told.artist.empty()) card.ChTitre = told.title;
+}
+
+// From 1, by the lines that people count.
+size_t LineNumber(std::string_view text, size_t offset) {
+  const std::string_view before = text.substr(0, offset);
+  const char end = text.find('\n') == std::string_view::npos ? '\r' : '\n';
+  return 1 + static_cast<size_t>(std::count(before.begin(), before.end(), end));
 }
 
 }  // namespace
@@ -78,8 +89,17 @@ CardImport::CardImport(Station& station, LibraryTab kind, bool dryRun)
     LoadSaveGenres(station, "Load", genres_);
   const auto map = ReadSideFile(station.platform.stationFolder, kGenreMapFile);
   if (!map) return;
-  for (const NameValueLine& line : NameValueLines(*map))
+  for (const NameValueLine& line : NameValueLines(*map)) {
     genreMap_[UpperLatin(line.name)] = std::string(line.value);
+    if (kind == LibraryTab::kMusic && !genres_.empty() && !HasGenre(line.value))
+      unknownGenres_.push_back({LineNumber(*map, line.valueBegin), std::string(line.value)});
+  }
+}
+
+bool CardImport::HasGenre(std::string_view name) const {
+  const std::string wanted = UpperLatin(name);
+  return std::any_of(genres_.begin(), genres_.end(),
+                     [&](const std::string& genre) { return UpperLatin(Trim(genre)) == wanted; });
 }
 
 bool CardImport::ReadCardsSlice() {
@@ -130,10 +150,7 @@ int32_t CardImport::AddMusic(const SoundFileReading& file, ImportedFile& importe
   imported.exitIsBare = !FillMusicCard(station_, file.path, file.lengthMs, card, masks);
   if (imported.exitIsBare) {
     const TagTexts tags = file.tags.value_or(TagTexts());
-    if (tags.artist.empty() && tags.title.empty())
-      TakeName(file.path, card);
-    else
-      card.ChAuteur = NameOf(file.path);
+    TakeName(file.path, tags, card);
     TakeTags(tags, card);
     if (card.ChGenre == kNoGenre) imported.foreignGenre = tags.genre;
   }
@@ -156,7 +173,7 @@ int32_t CardImport::Add(const SoundFileReading& file, ImportedFile& imported) {
     JingleCard card;
     HourMasks masks;
     if (!FillJingle(station_, file.path, file.lengthMs, card, masks))
-      card.ChLibJingle = NameOf(file.path);
+      card.ChLibJingle = NameOfFile(file.path);
     Fit(card.ChLibJingle, kNameCharacters, "description", imported.cut);
     Fit(card.GenreAssocie, kGenreText, "genre", imported.cut);
     Fit(card.ChAuteurJingle, kComposerCharacters, "author", imported.cut);
@@ -165,7 +182,7 @@ int32_t CardImport::Add(const SoundFileReading& file, ImportedFile& imported) {
   }
   ShortElementCard card;
   if (!FillShortElement(station_, file.path, file.lengthMs, card))
-    card.ChLibVirgule = NameOf(file.path);
+    card.ChLibVirgule = NameOfFile(file.path);
   Fit(card.ChLibVirgule, kNameCharacters, "description", imported.cut);
   return dryRun_ ? Try([&] { return InsertShortElement(station_, card); })
                  : AddShortElement(station_, card);
@@ -187,6 +204,7 @@ ImportedFile CardImport::Enter(const SoundFileReading& file) {
   try {
     if (const auto same = cards_.find(file.sameSoundAs); same != cards_.end())
       imported.sameSoundAs = same->second;
+    imported.hardlySounds = file.hardlySounds;
     imported.code = Add(file, imported);
     cards_.emplace(file.path, imported.code);
     return imported;

@@ -2,10 +2,12 @@
 // what the files' tags say where no exchange file speaks, and no file twice.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -26,7 +28,14 @@ struct ImportedFile {
   // Of a card that no model will ask for, as its genre is none of the station's: the one of its
   // tags, empty where they have none.
   std::optional<std::string> foreignGenre;
-  bool exitIsBare = false;  // the exit point is the station's default: no hand has set it
+  bool exitIsBare = false;    // the exit point is the station's default: no hand has set it
+  bool hardlySounds = false;  // less than a second of sound in all of the file
+};
+
+// A line of the file kGenreMapFile that names a genre which the station does not have.
+struct UnknownGenre {
+  size_t line = 0;  // from 1
+  std::string genre;
 };
 
 // Thread: the logic's.
@@ -41,6 +50,9 @@ class CardImport {
   bool ReadCardsSlice();
   std::vector<std::string> Known() const;  // stored paths of these cards
 
+  // Of the music; none where the station has no list of genres yet.
+  const std::vector<UnknownGenre>& UnknownGenres() const { return unknownGenres_; }
+
   // One file. What goes wrong with it is its result; StoreError, with nothing stored, where the
   // base itself is out of reach.
   ImportedFile Enter(const SoundFileReading& file);
@@ -48,6 +60,7 @@ class CardImport {
  private:
   void TakeTags(const TagTexts& tags, MusicCard& card) const;
   std::string StationGenre(const std::string& foreign) const;
+  bool HasGenre(std::string_view name) const;
   int32_t Add(const SoundFileReading& file, ImportedFile& imported);
   int32_t AddMusic(const SoundFileReading& file, ImportedFile& imported);
   // CODE that the card would have behind those that this run would have added before.
@@ -62,6 +75,7 @@ class CardImport {
   std::unordered_map<std::string, int32_t> cards_;  // by stored path
   std::vector<std::string> genres_;                 // the station's
   std::map<std::string, std::string> genreMap_;     // from capitals
+  std::vector<UnknownGenre> unknownGenres_;
 };
 
 // "ImportGenres.Txt" in the station's folder: FOREIGN = STATION'S a line.

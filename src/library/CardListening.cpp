@@ -35,7 +35,8 @@ bool HasPlayer(const Station& station, const LibraryEditor& editor) {
 
 bool OutputIsFree(Station& station, LibraryEditor& editor) {
   const bool free = ChoosePrelistenOutput(station);
-  editor.sound.refusal = free ? "" : kSamePrelistenOutput;
+  const bool chosen = PrelistenOutputIsChosen(station);
+  editor.sound.refusal = !free ? kSamePrelistenOutput : chosen ? "" : kNoPrelistenOutput;
   return free;
 }
 

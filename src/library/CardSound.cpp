@@ -80,12 +80,16 @@ void Library::PutMarkBoxes(LibraryEditor& editor) {
   editor.music.PointSortie = marks.exitMs;
 }
 
+bool Library::ExtractIsChanged(const LibraryEditor& editor) {
+  const CardSound& sound = editor.sound;
+  return !sound.file.empty() && sound.file == Trim(editor.music.ChFileName) &&
+         ExtractOf(sound.markers.marks) != sound.storedMarks;
+}
+
 void Library::StoreExtract(Station& station, LibraryEditor& editor) {
+  if (!ExtractIsChanged(editor)) return;
   CardSound& sound = editor.sound;
   const ExtractMarks marks = ExtractOf(sound.markers.marks);
-  if (sound.file.empty() || sound.file != Trim(editor.music.ChFileName) ||
-      marks == sound.storedMarks)
-    return;
   WriteExtractMarks(station, sound.file, marks);
   sound.storedMarks = marks;
 }

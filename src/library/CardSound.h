@@ -43,6 +43,7 @@ void ForgetSound(LibraryEditor& editor);
 // typed where it says the same.
 void TakeMarkBoxes(LibraryEditor& editor);
 void PutMarkBoxes(LibraryEditor& editor);
+bool ExtractIsChanged(const LibraryEditor& editor);
 // The marks file, where the operator changed its marks. Throws FileError.
 void StoreExtract(Station& station, LibraryEditor& editor);
 

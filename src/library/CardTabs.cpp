@@ -102,6 +102,14 @@ void ShowSound(Station& station, LibraryEditor& editor) {
   sound.markers.marks.extractEndMs = sound.storedMarks.endMs;
 }
 
+void KeepShownAsLoaded(LibraryEditor& editor) {
+  editor.loadedMusic = editor.music;
+  editor.loadedJingle = editor.jingle;
+  editor.loadedOther = editor.other;
+  editor.loadedMasks = editor.masks;
+  editor.stored = {};
+}
+
 const char* ReplaceRoutine(LibraryTab tab) {
   switch (tab) {
     case LibraryTab::kJingles:
@@ -210,10 +218,10 @@ void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row) {
       break;
     default:
       TakeMusicCard(row, editor.music, editor.masks);
-      editor.loadedMusic = editor.music;
       ShowSound(station, editor);
   }
   KeepLoadedRow(editor, row);
+  KeepShownAsLoaded(editor);
   editor.ReplacerEnabled = editor.MnuDeleteEnabled = true;
 }
 
@@ -261,8 +269,8 @@ void EmptyTab(LibraryEditor& editor) {
       Library::ForgetSound(editor);
       editor.music = MusicCard();
       editor.music.ChNbPassJour = "1";
-      editor.loadedMusic = editor.music;
   }
+  KeepShownAsLoaded(editor);
 }
 
 bool AddShownCard(Station& station, LibraryEditor& editor) {
@@ -271,6 +279,7 @@ bool AddShownCard(Station& station, LibraryEditor& editor) {
   const int32_t code = AddFromScreen(station, editor);
   if (music) StoreExtractOrLog(station, editor);
   ShowCode(station, editor, code);
+  editor.stored = {1, code};
   return true;
 }
 
@@ -314,11 +323,27 @@ void StoreShownCard(Station& station, LibraryEditor& editor, Recordset& row) {
   if (editor.TabStrip1 == LibraryTab::kMusic) StoreExtractOrLog(station, editor);
   ShowCard(station, editor, row);
   ShowPosition(station, editor);
+  editor.stored = {1, editor.Code()};
   try {
     WriteExchangeFile(station, editor);
   } catch (const std::exception&) {
     LogCurrentException(station, ReplaceRoutine(editor.TabStrip1));
   }
+}
+
+bool Library::IsChanged(const LibraryEditor& editor) {
+  switch (editor.TabStrip1) {
+    case LibraryTab::kHourPips:
+      return false;
+    case LibraryTab::kShortElements:
+      return editor.other != editor.loadedOther;
+    case LibraryTab::kJingles:
+      return editor.jingle != editor.loadedJingle || !editor.masks.SameHours(editor.loadedMasks);
+    case LibraryTab::kMusic:
+      return editor.music != editor.loadedMusic || !editor.masks.SameHours(editor.loadedMasks) ||
+             ExtractIsChanged(editor);
+  }
+  return false;
 }
 
 bool ChangedSinceShown(const LibraryEditor& editor, const Recordset& row) {

@@ -47,6 +47,12 @@ std::string HourMasks::Mask(int day) const {
   return mask;
 }
 
+bool HourMasks::SameHours(const HourMasks& other) const {
+  for (int day = 1; day <= kDays; ++day)
+    if (Mask(day) != other.Mask(day)) return false;
+  return true;
+}
+
 void HourMasks::TakeFrom(const Recordset& card) {
   for (int day = 1; day <= kDays; ++day) Take(day, card.Text(FieldOf(day)));
 }

@@ -25,7 +25,8 @@ class HourMasks {
   void AllowAll();  // every hour of every day
   // 24 characters a day, '1' for an allowed hour; what is no '1' is barred, what lacks too.
   void Take(int day, std::string_view mask);
-  std::string Mask(int day) const;  // 24 characters, the boxes counted in
+  std::string Mask(int day) const;               // 24 characters, the boxes counted in
+  bool SameHours(const HourMasks& other) const;  // whichever day is chosen
 
   void TakeFrom(const Recordset& card);  // TRANCHE01 to TRANCHE07
   void PutInto(Recordset& card) const;   // of the row in edit or insertion state

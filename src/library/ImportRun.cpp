@@ -8,6 +8,13 @@
 
 namespace zemo {
 
+std::optional<int64_t> TimeLeftMs(int64_t passedMs, size_t done, size_t all) {
+  constexpr int64_t kLeastMs = 5000;
+  constexpr size_t kLeastFiles = 10;
+  if (passedMs < kLeastMs || done < kLeastFiles) return std::nullopt;
+  return passedMs * static_cast<int64_t>(all - done) / static_cast<int64_t>(done);
+}
+
 ImportRun::ImportRun(Station& station, ImportFiles& files, LibraryTab kind,
                      std::vector<std::string> paths, BareCard bareCard)
     : station_(station),
@@ -15,7 +22,9 @@ ImportRun::ImportRun(Station& station, ImportFiles& files, LibraryTab kind,
       kind_(kind),
       paths_(std::move(paths)),
       bareCard_(std::move(bareCard)),
-      import_(station, kind, false) {}
+      import_(station, kind, false) {
+  report_.TakeUnknownGenres(import_.UnknownGenres());
+}
 
 ImportRun::Turn ImportRun::Slice() {
   if (!station_.base.IsOpen()) return Turn::kLater;
@@ -54,10 +63,9 @@ ImportRun::Turn ImportRun::Step() {
 ImportProgress ImportRun::Progress() const {
   const ImportFiles::Count found = files_.Found();
   ImportProgress progress{report_.Done(), found.files, found.all};
-  if (found.all && progress.done > 0)
-    progress.leftMs = (station_.platform.clock.MonotonicMs() - begunMs_) *
-                      static_cast<int64_t>(found.files - progress.done) /
-                      static_cast<int64_t>(progress.done);
+  if (found.all)
+    progress.leftMs =
+        TimeLeftMs(station_.platform.clock.MonotonicMs() - begunMs_, progress.done, found.files);
   return progress;
 }
 

@@ -17,8 +17,11 @@ namespace zemo {
 struct ImportProgress {
   size_t done = 0, found = 0;       // files
   bool foundAll = false;            // no more will be found
-  std::optional<int64_t> leftMs{};  // as it went so far; none while that cannot be known
+  std::optional<int64_t> leftMs{};  // none while that cannot be known
 };
+
+// As it went so far; none before that is a measure.
+std::optional<int64_t> TimeLeftMs(int64_t passedMs, size_t done, size_t all);
 
 // Thread: the logic's.
 class ImportRun {

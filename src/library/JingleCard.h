@@ -28,6 +28,8 @@ struct JingleCard {
   std::string ChAuteurJingle;
   bool JingleExtraitYN = false;
   std::string LblMMJJDebutJ, LblMMJJFinJ;  // "MMDD"
+
+  bool operator==(const JingleCard&) const = default;
 };
 
 struct ShortElementCard {
@@ -38,6 +40,8 @@ struct ShortElementCard {
   int32_t PSAutre = 0;  // ms
   bool CheckJingleRacro = false;
   int32_t Tch = 0;  // hot key, 0 for none
+
+  bool operator==(const ShortElementCard&) const = default;
 };
 
 // --- rows; all throw StoreError. The linked card of a jingle is the caller's to show ---

@@ -1,5 +1,5 @@
 // The library screen without its window: what it shows, under the names of its controls. What its
-// controls do: library/LibraryScreen.h (the frame), MusicTab.h, JingleTab.h and HourPipTab.h.
+// controls do: library/LibraryScreen.h, CardSound.h and HourPips.h.
 #pragma once
 
 #include <array>
@@ -65,9 +65,17 @@ struct LibraryEditor {
   bool lotMode = false;
   std::vector<std::string> List1Tmp;  // files of the tab's table when Nouveau was chosen
 
-  // --- what was loaded: the card's row as it stood (by ordinal), and the boxes of its plays ---
+  // --- what was loaded: the card's row as it stood (by ordinal), and what the controls showed of
+  // it
   Values loadedRow;
   MusicCard loadedMusic;
+  JingleCard loadedJingle;
+  ShortElementCard loadedOther;
+  HourMasks loadedMasks;
+  // What the last order stored, until another card is shown; the code is the last one's.
+  struct Stored {
+    int32_t cards = 0, code = 0;
+  } stored;
   std::array<int32_t, kCardTabs> cardPosition{};  // of each tab, from 1; 0 without cards
   std::array<int32_t, kCardTabs> cardCount{};     // as last looked at
   CardOrder order;

@@ -77,11 +77,14 @@ void AddLot(Station& station, LibraryEditor& editor) {
   const int32_t shown = editor.Code();
   const std::vector<std::string> files = std::move(editor.ListLot);
   ForgetLot(editor);
-  int32_t last = 0;
+  int32_t last = 0, added = 0;
   for (size_t file = 0; file < files.size(); ++file) {
     if (file > 0) station.platform.loop.Yield();
     try {
-      if (const int32_t code = AddFileOfLot(station, tab, files[file]); code > 0) last = code;
+      const int32_t code = AddFileOfLot(station, tab, files[file]);
+      if (code == 0) continue;
+      last = code;
+      ++added;
     } catch (const std::exception&) {
       LogCurrentException(station, "Ajouter", files[file]);
     }
@@ -89,6 +92,7 @@ void AddLot(Station& station, LibraryEditor& editor) {
   if (last == 0 || editor.TabStrip1 != tab || editor.Code() != shown) return;
   ShowCode(station, editor, last);
   ShowCountAsPosition(editor);
+  editor.stored = {added, last};
 }
 
 bool Confirmed(Station& station, const std::string& question, Buttons buttons) {

@@ -45,6 +45,8 @@ void BtnColler_Click(Station& station, LibraryEditor& editor);
 // jingle's.
 void PickDay(LibraryEditor& editor, int mode, int month, int day);
 std::string InfoText(const LibraryEditor& editor, LibraryTab tab);  // LblInfoMus and its like
+// A control of the card shown holds something that is not stored. The hour pips store themselves.
+bool IsChanged(const LibraryEditor& editor);
 // Cards of that kind came in beside the window: the slider goes to their number, and where there
 // was none the first of them is shown.
 void ShowImported(Station& station, LibraryEditor& editor, LibraryTab kind);

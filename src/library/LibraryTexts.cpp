@@ -37,6 +37,11 @@ constexpr Word kLibrary[] = {
     {"BtnImportClose", {"Fermer", "Close", "Fechar", "Cerrar"}},
     {"MnuAide", {"Aide", "Help", "Ajuda", "Ayuda"}},
 
+    {"Changed", {"Fiche %1 non enregistrée", "Card %1 changed, not stored", "Ficha %1 por guardar", "Ficha %1 sin guardar"}},
+    {"NotStored", {"Nouvelle fiche non enregistrée", "New card, not stored", "Nova ficha por guardar", "Nueva ficha sin guardar"}},
+    {"StoredCard", {"Enregistrée : fiche %1", "Stored: card %1", "Guardada: ficha %1", "Guardada: ficha %1"}},
+    {"StoredCards", {"Enregistrées : %1 fiches", "Stored: %1 cards", "Guardadas: %1 fichas", "Guardadas: %1 fichas"}},
+    {"Info", {"Fiche %1 sur %2", "Card %1 of %2", "Ficha %1 de %2", "Ficha %1 de %2"}},
     {"BtnPlus", {"Suivante", "Next", "Seguinte", "Siguiente"}},
     {"BtnMoins", {"Précédente", "Previous", "Anterior", "Anterior"}},
     {"BtnClear", {"Vider", "Clear", "Limpar", "Vaciar"}},
@@ -128,6 +133,7 @@ constexpr Word kLibrary[] = {
     {"BtnFindAutre", {"Liste", "List", "Lista", "Lista"}},
 
     {"CardList", {"Liste des fiches", "List of cards", "Lista das fichas", "Lista de fichas"}},
+    {"CardList.Tip", {"L'ordre de la liste : un clic sur un titre la trie par cette colonne, un second à l'envers.\nPrécédente et Suivante suivent « Trier par ».", "The list's own order: a click on a head sorts it by that column, a second one the other way round.\nPrevious and Next follow \"Order by\".", "A ordem da lista: um clique num título ordena por essa coluna, outro ao contrário.\nAnterior e Seguinte seguem «Ordenar por».", "El orden de la lista: un clic en un título ordena por esa columna, otro al revés.\nAnterior y Siguiente siguen «Ordenar por»."}},
     {"SearchCards", {"Rechercher dans la liste", "Search the list", "Pesquisar na lista", "Buscar en la lista"}},
     {"BtnFiche", {"Fiche", "Card", "Ficha", "Ficha"}},
     {"ConfirmInitDate", {"Marquer toute la discothèque comme diffusée maintenant ?", "Mark the whole library as played now?", "Marcar toda a discoteca como difundida agora?", "¿Marcar toda la discoteca como emitida ahora?"}},
@@ -156,6 +162,9 @@ constexpr Word kLibrary[] = {
     {"GTopH.1", {"Fichier", "File", "Ficheiro", "Fichero"}},
     {"GTopH.2", {"Sur Imp", "Over", "Sobreposição", "Sobreimpresión"}},
     {"GTopH.3", {"Jours", "Days", "Dias", "Días"}},
+    {"GTopH.1.Tip", {"Double clic ou Entrée : choisir le fichier ; Supprimer le vide", "Double click or Return: choose the file; Delete empties it", "Duplo clique ou Enter: escolher o ficheiro; Eliminar esvazia-o", "Doble clic o Intro: elegir el fichero; Eliminar lo vacía"}},
+    {"GTopH.2.Tip", {"Clic ou Espace : en surimpression sur la musique, ou à sa place", "Click or space: over the music, or in its place", "Clique ou espaço: sobre a música, ou no lugar dela", "Clic o espacio: sobre la música, o en su lugar"}},
+    {"GTopH.3.Tip", {"Jours où le signal passe, du lundi au dimanche ; les cases ci-dessous les changent", "Days on which the pip plays, Monday to Sunday; the boxes below change them", "Dias em que o sinal passa, de segunda a domingo; as caixas abaixo mudam-nos", "Días en que suena la señal, de lunes a domingo; las casillas de abajo los cambian"}},
 };
 
 constexpr Word kSelector[] = {
@@ -175,6 +184,9 @@ constexpr Word kSelector[] = {
     {"For.MMLevelX1", {"Niveau gauche", "Left level", "Nível esquerdo", "Nivel izquierdo"}},
     {"For.MMLevelX2", {"Niveau droit", "Right level", "Nível direito", "Nivel derecho"}},
     {"BtnSelectAll", {"Tout", "All", "Tudo", "Todo"}},
+    {"SelectAll.Tip", {"Prend tous les fichiers, puis demande s'il faut écarter ceux qui ont déjà une fiche", "Takes all files, then asks whether to leave out those that have a card already", "Toma todos os ficheiros e pergunta se deve deixar de fora os que já têm ficha", "Toma todos los ficheros y pregunta si deja fuera los que ya tienen ficha"}},
+    {"BtnSelectAll.Tip", {"Reprend tous les fichiers quand quelques-uns ont été écartés", "Takes all files again after some were left out", "Toma de novo todos os ficheiros depois de alguns terem ficado de fora", "Vuelve a tomar todos los ficheros cuando algunos quedaron fuera"}},
+    {"btnPlay.Tip", {"Écoute le fichier choisi sur la sortie de préécoute", "Plays the chosen file on the prelisten's output", "Toca o ficheiro escolhido na saída de pré-escuta", "Escucha el fichero elegido por la salida de preescucha"}},
 };
 // clang-format on
 

@@ -33,6 +33,8 @@ struct MusicCard {
   std::string ChLabel, ChCD, ChAuteurCompositeur, ChRefAlbum;
   std::string LblMMJJDebut, LblMMJJFin;  // "MMDD", empty for no window
   std::array<std::string, kPlaysKept> ChDiffusion;
+
+  bool operator==(const MusicCard&) const = default;
 };
 
 inline constexpr int32_t kLatestExitMs = 32767;  // what the field holds

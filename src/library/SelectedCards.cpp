@@ -22,12 +22,6 @@ bool Has(const SharedFields& fields, SharedField field) {
   return fields[static_cast<size_t>(field)];
 }
 
-bool SameHours(const HourMasks& a, const HourMasks& b) {
-  for (int day = 1; day <= HourMasks::kDays; ++day)
-    if (a.Mask(day) != b.Mask(day)) return false;
-  return true;
-}
-
 void PutFields(const LibraryEditor& editor, const SharedFields& fields, Recordset& row) {
   const MusicCard& card = editor.music;
   const auto text = [&](SharedField field, const char* column, const std::string& shown) {
@@ -59,15 +53,22 @@ void WriteExchangeFile(Station& station, const Recordset& row) {
   }
 }
 
+// Of the card shown what was stored here is no change from elsewhere, and no longer one of the
+// operator's. The plays stay as they were shown.
+void TakeAsLoaded(LibraryEditor& editor, const Recordset& row) {
+  KeepLoadedRow(editor, row);
+  const auto plays = editor.loadedMusic.ChDiffusion;
+  TakeMusicCard(row, editor.loadedMusic, editor.loadedMasks);
+  editor.loadedMusic.ChDiffusion = plays;
+}
+
 bool GiveTo(Station& station, LibraryEditor& editor, int32_t code, const SharedFields& fields) {
   const auto table = OpenCards(station, LibraryTab::kMusic);
   if (!SeekCode(*table, code)) return false;
   table->Edit();
   PutFields(editor, fields, *table);
   table->Update();
-  // Of the card shown what was stored here is no change from elsewhere.
-  if (editor.TabStrip1 == LibraryTab::kMusic && code == editor.Code())
-    KeepLoadedRow(editor, *table);
+  if (editor.TabStrip1 == LibraryTab::kMusic && code == editor.Code()) TakeAsLoaded(editor, *table);
   WriteExchangeFile(station, *table);
   return true;
 }
@@ -95,7 +96,7 @@ SharedFields Library::ChangedFields(Station& station, const LibraryEditor& edito
           card.ChEcartMinutes != stored.ChEcartMinutes,
           card.ChEcartJours != stored.ChEcartJours,
           card.ChEcartArtiste != stored.ChEcartArtiste,
-          !SameHours(editor.masks, hours),
+          !editor.masks.SameHours(hours),
           card.LblMMJJDebut != stored.LblMMJJDebut || card.LblMMJJFin != stored.LblMMJJFin};
 }
 
@@ -108,7 +109,9 @@ size_t Library::GiveFields(Station& station, LibraryEditor& editor,
     try {
       for (size_t i = 0; i < codes.size(); ++i) {
         if (i > 0) station.platform.loop.Yield();
-        if (GiveTo(station, editor, codes[i], fields)) ++stored;
+        if (!GiveTo(station, editor, codes[i], fields)) continue;
+        ++stored;
+        editor.stored = {static_cast<int32_t>(stored), codes[i]};
       }
     } catch (const std::exception& error) {
       LogCurrentException(station, kRoutine);

@@ -17,6 +17,7 @@ struct SoundFileReading {
   std::string path{};   // as a card stores it
   std::string error{};  // not empty: no sound that can be played, and why, in one line
   int32_t lengthMs = 0;
+  bool hardlySounds = false;  // from its first sound to its last one it is less than a second
   std::optional<TagTexts> tags{};
   std::string sameSoundAs{};  // path of another file, a card's or one read before, of that sound
 };

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QPointer>
+#include <QScreen>
 #include <exception>
 #include <utility>
 
@@ -16,6 +17,7 @@ OfficeWindow::OfficeWindow(Station& station, const char* name, const char* routi
 
 void OfficeWindow::ShowSelf() {
   if (!IsOpen()) return;
+  if (!isVisible()) resize(size().boundedTo(screen()->availableSize()));
   show();
   raise();
   activateWindow();

@@ -100,6 +100,8 @@ QString StyleSheet(double unit, bool gradients) {
     QLabel[dim="true"] { color: %DIM; }
     QLabel[head="true"] { font-weight: bold; }
     QLabel[refusal="true"] { color: %NOTE; }
+    QLabel[mark="true"], QLabel[mark="false"] { padding: 1px 8px; border-radius: 3px; }
+    QLabel[mark="true"] { background: %NOTE; color: %GROUND; font-weight: bold; }
     QLabel[note="true"] { color: %NOTE; font-weight: bold; padding: 0 8px; }
     QToolTip { background: %RAISED; color: %INK; border: 1px solid %LINE; padding: 3px; }
     QMenuBar { background: %GROUND; } QMenuBar::item { padding: 2px 8px; background: transparent; }
@@ -113,7 +115,8 @@ QString StyleSheet(double unit, bool gradients) {
       background: %FACE; border: 1px solid %LINE; border-radius: 3px; padding: %VPADpx %PADpx; }
     QPushButton:hover, QToolButton:hover { border-color: %DIM; }
     QPushButton:focus, QToolButton:focus, QComboBox:focus, QLineEdit:focus, QCheckBox:focus,
-    QSpinBox:focus, QTableView:focus, QTableWidget:focus, QListView:focus { border: 1px solid %FOCUS; }
+    QSpinBox:focus, QTableView:focus, QTableWidget:focus, QListView:focus, QTreeView:focus {
+      border: 1px solid %FOCUS; }
     QPushButton:pressed, QToolButton:pressed, QToolButton:checked, QPushButton:checked {
       background: #3b5a86; border-color: %FOCUS; }
     QPushButton:checked:focus, QToolButton:checked:focus { border: 2px solid %INK; }
@@ -153,7 +156,7 @@ QString StyleSheet(double unit, bool gradients) {
     QSlider::sub-page:horizontal { background: #3b5a86; border-radius: 2px; }
     QSlider::handle:horizontal { width: %DOTpx; margin: -5px 0; border-radius: 3px; background: %DIM; }
     QSlider::handle:horizontal:disabled { background: %LINE; }
-    QTableView, QTableWidget, QListWidget { background: %PANEL; alternate-background-color: #1f252d;
+    QTableView, QTableWidget, QListView, QTreeView { background: %PANEL; alternate-background-color: #1f252d;
       border: 1px solid %LINE; gridline-color: %LINE; selection-background-color: #324a6b;
       selection-color: %INK; }
     QHeaderView { background: %RAISED; border: none; font-family: "%FAMILY"; font-size: %HEADpx; }

@@ -21,13 +21,13 @@ namespace zemo::test {
 
 namespace {
 
-class SilentSource : public SoundSource {
+class LevelSource : public SoundSource {
  public:
-  explicit SilentSource(int64_t frames) : frames_(frames) {}
+  LevelSource(int64_t frames, float level) : frames_(frames), level_(level) {}
   int64_t LengthFrames() const override { return frames_; }
   int Read(float* stereo, int frames) override {
     const auto given = static_cast<int>(std::min<int64_t>(frames, frames_ - position_));
-    std::fill_n(stereo, static_cast<size_t>(given) * kChannels, 0.0F);
+    std::fill_n(stereo, static_cast<size_t>(given) * kChannels, level_);
     position_ += given;
     return given;
   }
@@ -35,6 +35,7 @@ class SilentSource : public SoundSource {
 
  private:
   int64_t frames_;
+  float level_;
   int64_t position_ = 0;
 };
 
@@ -123,7 +124,8 @@ std::unique_ptr<SoundSource> LengthTable::Open(const std::string& path) {
   }
   const auto found = lengthsMs.find(path);
   if (found == lengthsMs.end()) throw SoundError("'" + path + "' is no sound file");
-  return std::make_unique<SilentSource>(MsToFrames(found->second));
+  const float level = silent.contains(path) ? 0.0F : 0.25F;
+  return std::make_unique<LevelSource>(MsToFrames(found->second), level);
 }
 
 const std::string& Seen::operator[](const std::string& member) const {

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -110,10 +111,11 @@ class FaultyFolder : public LocalFolder {
   }
 };
 
-// Opens the files that TestStation made: length from a table, no sound in them.
+// Opens the files that TestStation made: length from a table, one level from begin to end.
 class LengthTable : public SoundOpener {
  public:
   std::map<std::string, int64_t> lengthsMs;  // by path; a file that is not here is unreadable
+  std::set<std::string> silent;              // paths
   FaultAt fault;
   std::unique_ptr<SoundSource> Open(const std::string& path) override;
 };

@@ -131,9 +131,6 @@ void CheckFolder(const std::string& station, Findings& findings) {
 void CheckStation(const CheckOptions& options, const std::function<void(const Finding&)>& found) {
   Findings findings(found);
   std::error_code failed;
-  if (options.machineNamed && !fs::is_directory(options.machine, failed)) {
-    findings.Error("machine", options.machine, "the machine folder is missing");
-  }
   if (!fs::is_directory(options.station, failed)) {
     findings.Error("folder", options.station, "the station folder is missing");
     return;

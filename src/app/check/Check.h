@@ -23,10 +23,9 @@ struct Finding {
 };
 
 struct CheckOptions {
-  std::string station;        // folder
-  std::string machine;        // folder, whose path map is used; need not exist
-  bool machineNamed = false;  // the operator named it: then its absence is a finding
-  int lockWaitMs = 2000;      // how long another process may hold the base before that is a finding
+  std::string station;    // folder
+  std::string machine;    // folder, whose path map is used; need not exist
+  int lockWaitMs = 2000;  // how long another process may hold the base before that is a finding
   std::optional<LocalDateTime> now;  // the day from which on campaigns and windows are looked at;
                                      // none: today
 };

@@ -33,7 +33,11 @@ TEST_F(ImportCommand, AddsTheSoundFilesOfAFolderByTheirAbsolutePathsAndPassesOve
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.out, "added  " + Path("music/b.wav") + "  card 1\nadded  " +
                             Path("music/inner/a.WAV") +
-                            "  card 2\n2 added, 0 known already, 0 refused\n");
+                            "  card 2\n2 added, 0 known already, 0 refused\n"
+                            "2 without a genre of the station's, which no model asks for (see "
+                            "ImportGenres.Txt): none 2\n"
+                            "2 with less than a second of sound: b.wav (card 1), a.WAV (card 2)\n");
+  EXPECT_EQ(result.err, "");
   EXPECT_EQ(Sql("SELECT AUTEUR, GENRE, VARIETE, DUREE, NBPASSJOUR FROM Discotheque"),
             "b|NOGENRE|NATIONAL|3000|1\na|NOGENRE|NATIONAL|4000|1\n");
 }
@@ -59,6 +63,7 @@ TEST_F(ImportCommand, WhatIsNoSoundOrNotThereIsRefusedWithItsReason) {
   EXPECT_NE(files[1]["reason"], "");
   EXPECT_EQ(files[3]["reason"], "there is no such file");
   EXPECT_EQ(Sql("SELECT COUNT(*) FROM Discotheque"), "2\n");
+  EXPECT_NE(result.err.find("import: 2 with less than a second of sound: "), std::string::npos);
 }
 
 TEST_F(ImportCommand, ADryRunSaysTheSameAndDoesNothing) {
@@ -66,7 +71,7 @@ TEST_F(ImportCommand, ADryRunSaysTheSameAndDoesNothing) {
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(Sql("SELECT COUNT(*) FROM Discotheque"), "0\n");
   EXPECT_FALSE(std::filesystem::exists(root_ / "music/b.Mus"));
-  EXPECT_EQ(Import("music").out, result.out);
+  EXPECT_EQ(Import("music").out + "a dry run: nothing was written\n", result.out);
 }
 
 TEST_F(ImportCommand, TheSameSoundUnderAnotherPathIsAddedAndTheOtherCardNamed) {
@@ -75,7 +80,9 @@ TEST_F(ImportCommand, TheSameSoundUnderAnotherPathIsAddedAndTheOtherCardNamed) {
   const Result result = Import("music/copy.wav");
   EXPECT_EQ(result.out, "added  " + Path("music/copy.wav") +
                             "  card 3: the same sound as card 1\n1 added, 0 known already, 0 "
-                            "refused\n");
+                            "refused\n1 without a genre of the station's, which no model asks for "
+                            "(see ImportGenres.Txt): none 1\n1 with less than a second of sound: "
+                            "copy.wav (card 3)\n");
 }
 
 TEST_F(ImportCommand, KindsGoToTheirOwnTables) {

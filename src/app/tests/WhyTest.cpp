@@ -36,6 +36,18 @@ TEST_F(Why, WrongUsageIsStatusTwo) {
   }
 }
 
+TEST_F(Why, AMachineFolderThatIsNotThereYetIsToldAndCostsNothing) {
+  MakeStation({60});
+  const std::string told =
+      "zemoradio: there is no machine folder other yet: going on air makes it\n";
+  const Result answer = Run("why --station station --machine other --code 1");
+  EXPECT_EQ(answer.status, 0);
+  EXPECT_EQ(answer.err, told);
+  const Result check = Run("check --station station --machine other");
+  EXPECT_EQ(check.err, told);
+  EXPECT_EQ(check.out, Run("check --station station --machine machine").out);
+}
+
 TEST_F(Why, WhatIsNotThereIsStatusOne) {
   Result result = Run("why --station nowhere --machine machine --code 1");
   EXPECT_EQ(result.status, 1);

@@ -20,7 +20,8 @@ namespace zemo {
 
 namespace {
 
-constexpr int kArrowRoom = 22;  // of a sorted column, and the head's margins
+constexpr int kFilledBy = 0;   // the column by which every list is filled
+constexpr int kHeadRoom = 22;  // around its text
 
 std::vector<QString> HeadsOf(const CardColumns& columns, const Translation& texts) {
   std::vector<QString> heads;
@@ -45,6 +46,7 @@ void CardTable::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 bool CardTable::viewportEvent(QEvent* event) {
+  if (event->type() == QEvent::Resize && resized) resized();
   if (event->type() == QEvent::ToolTip) return ShowCutText(*this, *static_cast<QHelpEvent*>(event));
   return QTableView::viewportEvent(event);
 }
@@ -68,10 +70,14 @@ CardListPane::CardListPane(CardList& list, const CardColumns& columns,
   table_->setAccessibleName(texts.Word("CardList"));
   table_->setModel(model_);
   table_->showCard = orders_.showCard;
+  table_->resized = [this] { ArrangeRows(); };
   MakeRowTable(*table_);
   table_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   table_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   table_->horizontalHeader()->setSectionsClickable(true);
+  table_->horizontalHeader()->setToolTip(texts.Word("CardList.Tip"));
+  table_->horizontalHeader()->setSortIndicator(kFilledBy, Qt::AscendingOrder);
+  table_->horizontalHeader()->setSortIndicatorShown(true);
   table_->horizontalHeader()->setStretchLastSection(true);
   auto* top = new QHBoxLayout;
   top->addWidget(search_, 1);
@@ -161,14 +167,15 @@ void CardListPane::ShowSelection(int currentRow) {
 }
 
 void CardListPane::Sort(int column) {
-  const bool again = model_->SortColumn() == column && model_->Order() == Qt::AscendingOrder;
+  const int sorted = model_->SortColumn() < 0 ? kFilledBy : model_->SortColumn();
+  const bool again = sorted == column && model_->Order() == Qt::AscendingOrder;
   const Qt::SortOrder order = again ? Qt::DescendingOrder : Qt::AscendingOrder;
   const QModelIndex current = table_->currentIndex();
   const int32_t code = current.isValid() ? list_.Code(model_->ListRow(current.row())) : 0;
   showing_ = true;
   model_->SortBy(column, order);
-  table_->horizontalHeader()->setSortIndicatorShown(true);
   table_->horizontalHeader()->setSortIndicator(column, order);
+  ArrangeColumns();
   ShowSelection(model_->RowOfCode(code));
   showing_ = false;
 }
@@ -190,18 +197,31 @@ void CardListPane::Search(const QString& text) {
 void CardListPane::Arrange(double unit) {
   ArrangeRowTable(*table_, unit, 14, 6);
   ArrangeColumns();
+  ArrangeRows();
+}
+
+// The table is as high as whole rows are.
+void CardListPane::ArrangeRows() {
+  const int around = table_->height() - table_->viewport()->height();
+  const int rows = height() - table_->y() - around;
+  const int left = std::max(0, rows) % table_->verticalHeader()->defaultSectionSize();
+  layout()->setContentsMargins(0, 0, 0, left);
 }
 
 void CardListPane::ArrangeColumns() {
   std::vector<ColumnRoom> columns;
-  const QFontMetrics heads(table_->horizontalHeader()->font());
+  const QHeaderView& header = *table_->horizontalHeader();
+  const QFontMetrics heads(header.font());
   const QFontMetrics cells(table_->font());
   int used = 0;
   for (size_t column = 0; column < rooms_.size(); ++column) {
     const QString head =
         model_->headerData(static_cast<int>(column), Qt::Horizontal, Qt::DisplayRole).toString();
     const int sample = cells.horizontalAdvance(QString::fromUtf8(rooms_[column].sample));
-    const int least = std::max(heads.horizontalAdvance(head) + kArrowRoom, sample + kCellMargin);
+    const bool sorted = header.sortIndicatorSection() == static_cast<int>(column);
+    const int headRoom = sorted ? header.sectionSizeHint(static_cast<int>(column))
+                                : heads.horizontalAdvance(head) + kHeadRoom;
+    const int least = std::max(headRoom, sample + kCellMargin);
     // Where the pane is narrow the last columns give way.
     const bool fits = columns.size() < 2 || used + least <= table_->viewport()->width();
     columns.push_back({fits ? least : 0, rooms_[column].share});

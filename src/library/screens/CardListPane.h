@@ -35,6 +35,7 @@ class CardTable : public QTableView {
  public:
   using QTableView::QTableView;
   std::function<void()> showCard;  // Return, or a double click on a row
+  std::function<void()> resized;   // the room of its rows
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -67,6 +68,7 @@ class CardListPane : public QWidget {
   void SelectKept(int32_t code);
   void ShowSelection(int currentRow);
   void ArrangeColumns();
+  void ArrangeRows();
 
   CardList& list_;
   CardListModel* model_;

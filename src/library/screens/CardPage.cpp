@@ -18,7 +18,9 @@ constexpr int kExitStepMs = 100, kExitPageMs = 1000;
 
 CardPage::CardPage(Station& station, LibraryEditor& editor, const LibraryOrders& orders,
                    const Translation& texts, QWidget* parent)
-    : FieldPage(texts, parent), station_(station), editor_(editor), orders_(orders) {}
+    : FieldPage(texts, parent), station_(station), editor_(editor), orders_(orders) {
+  Follow([this] { orders_.shown(); });
+}
 
 QWidget* CardPage::ExitPoint(const char* sliderName, const char* labelName, int32_t& ms) {
   auto* slider = Named(new QSlider(Qt::Horizontal, this), sliderName);

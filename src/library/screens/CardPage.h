@@ -19,6 +19,7 @@ struct LibraryOrders {
   std::function<void(std::function<void()> order)> work;  // asks or yields: waits for a free moment
   std::function<void()> chooseFiles;
   std::function<void(int mode)> pickDay;
+  std::function<void()> shown;  // a control shows something else, by whatever hand
 };
 
 class CardPage : public FieldPage {

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QSignalBlocker>
@@ -26,7 +27,7 @@ constexpr int kHeadRoom = 16;
 
 HourPipPage::HourPipPage(LibraryEditor& editor, const LibraryOrders& orders,
                          const Translation& texts, QWidget* parent)
-    : QWidget(parent), editor_(editor), orders_(orders) {
+    : QWidget(parent), editor_(editor), orders_(orders), texts_(texts) {
   MakeTable(texts);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -42,11 +43,16 @@ void HourPipPage::MakeTable(const Translation& texts) {
   for (int column = 0; column < kPipColumns; ++column)
     heads << texts.Word("GTopH." + std::to_string(column));
   GTopH->setHorizontalHeaderLabels(heads);
+  for (int column = kFileColumn; column < kPipColumns; ++column)
+    GTopH->horizontalHeaderItem(column)->setToolTip(ColumnTip(column));
+  for (int day = 1; day <= HourMasks::kDays; ++day)
+    initials_ += texts.Word("JourSem." + std::to_string(day)).left(1);
   MakeRowTable(*GTopH);
   for (int row = 0; row < HourMasks::kHours; ++row)
     for (int column = 0; column < kPipColumns; ++column) {
       auto* item = new QTableWidgetItem;
       if (column >= kOverlayColumn) item->setTextAlignment(Qt::AlignCenter);
+      if (column >= kFileColumn) item->setToolTip(ColumnTip(column));
       GTopH->setItem(row, column, item);
     }
   GTopH->installEventFilter(this);
@@ -91,6 +97,20 @@ void HourPipPage::Click(int row, int column) {
   orders_.run([this, hour, column] { Library::GTopH_Click(editor_, hour, column); });
 }
 
+QString HourPipPage::ColumnTip(int column) const {
+  return texts_.Word("GTopH." + std::to_string(column) + ".Tip");
+}
+
+// The initial of each day on which the pip plays, a dash for each other one.
+QString HourPipPage::DayLetters(const std::string& days) const {
+  QString letters = initials_;
+  for (qsizetype day = 0; day < letters.size(); ++day) {
+    const auto place = static_cast<size_t>(day);
+    if (place >= days.size() || days[place] != 'X') letters[day] = u'-';
+  }
+  return letters;
+}
+
 void HourPipPage::ShowPips() {
   const QSignalBlocker silent(GTopH);
   for (int row = 0; row < HourMasks::kHours; ++row) {
@@ -98,12 +118,15 @@ void HourPipPage::ShowPips() {
     GTopH->item(row, kHourColumn)
         ->setText(ShownText(HourPipCell(editor_, static_cast<size_t>(row), kHourColumn)));
     GTopH->item(row, kFileColumn)->setText(ShownText(pip.file));
-    GTopH->item(row, kFileColumn)->setToolTip(ShownText(pip.file));
+    const QString tip = ColumnTip(kFileColumn);
+    GTopH->item(row, kFileColumn)
+        ->setToolTip(pip.file.empty() ? tip : ShownText(pip.file) + u'\n' + tip);
     GTopH->item(row, kOverlayColumn)->setText(pip.overlay ? QStringLiteral("X") : QString());
-    QString days = ShownText(pip.days);
-    GTopH->item(row, kDaysColumn)->setText(days.replace(u' ', u'-'));
+    GTopH->item(row, kDaysColumn)->setText(DayLetters(pip.days));
   }
-  if (GTopH->currentRow() != editor_.pipHour) GTopH->setCurrentCell(editor_.pipHour, kFileColumn);
+  // A table that gets the keyboard has a current row, which need not be a selected one.
+  if (!GTopH->selectionModel()->isRowSelected(editor_.pipHour, {}))
+    GTopH->setCurrentCell(editor_.pipHour, kFileColumn);
   const HourPipRow& pip = editor_.GTopH[static_cast<size_t>(editor_.pipHour)];
   hour_->setText(
       ShownText(HourPipCell(editor_, static_cast<size_t>(editor_.pipHour), kHourColumn)));
@@ -131,7 +154,7 @@ void HourPipPage::ArrangeColumns() {
   std::vector<ColumnRoom> columns;
   for (int column = 0; column < kPipColumns; ++column) {
     const int head = heads.horizontalAdvance(GTopH->horizontalHeaderItem(column)->text());
-    const int sample = cells.horizontalAdvance(QStringLiteral("XXXXXXX"));
+    const int sample = cells.horizontalAdvance(QStringLiteral("MMMMMMM"));
     columns.push_back({std::max(head, sample) + kHeadRoom, column == kFileColumn ? 1 : 0});
   }
   ShareWidth(*GTopH, columns);

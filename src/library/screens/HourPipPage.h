@@ -3,6 +3,7 @@
 
 #include <QWidget>
 #include <array>
+#include <string>
 
 #include "library/HourMasks.h"
 #include "library/screens/CardPage.h"
@@ -29,9 +30,13 @@ class HourPipPage : public QWidget {
   void PutDay(int day, bool on);
   void Click(int row, int column);
   void ArrangeColumns();
+  QString ColumnTip(int column) const;
+  QString DayLetters(const std::string& days) const;
 
   LibraryEditor& editor_;
   const LibraryOrders& orders_;
+  const Translation& texts_;
+  QString initials_;  // of the days, Monday first
   QTableWidget* GTopH;
   QLabel* hour_;
   std::array<QCheckBox*, HourMasks::kDays> JourTop{};

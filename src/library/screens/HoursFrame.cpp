@@ -30,7 +30,10 @@ HoursFrame::HoursFrame(Station& station, LibraryEditor& editor, const LibraryOrd
           [this] { orders_.run([this] { Library::BtnColler_Click(station_, editor_); }); });
   picture_ = new WeekPicture(editor_.masks, this);
   picture_->setAccessibleName(title_->text());
-  picture_->changed = [this] { ShowHours(); };
+  picture_->changed = [this] {
+    ShowHours();
+    orders_.shown();
+  };
   days_ = Days(texts);
   auto* side = new QVBoxLayout;
   side->addWidget(title_);
@@ -92,6 +95,7 @@ QWidget* HoursFrame::Boxes() {
     connect(box, &QCheckBox::clicked, this, [this, hour](bool on) {
       editor_.masks.Tranche[static_cast<size_t>(hour)] = on;
       picture_->update();
+      orders_.shown();
     });
   }
   return boxes;

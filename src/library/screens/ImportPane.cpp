@@ -80,7 +80,7 @@ void ImportPane::Stop() {
 
 void ImportPane::Turn() {
   if (!run_) return;
-  if (!hooks_.mayWork()) return timer_.start(kTurnLaterMs);
+  if (waits_ || !hooks_.mayWork()) return timer_.start(kTurnLaterMs);
   const ImportRun::Turn turn = run_->Slice();
   if (turn == ImportRun::Turn::kDone) return End(false);
   ShowProgress();
@@ -119,8 +119,8 @@ void ImportPane::ShowReport(const ImportReport& report, bool stopped) {
   dialog->setWindowTitle(texts_.Word("Import"));
   const QString lines = QString::fromStdString(report.Lines(texts_.Langue()));
   QString text = QString::fromStdString(report.Counts(texts_.Langue()));
-  if (const std::string genres = report.ForeignGenres(texts_.Langue()); !genres.empty())
-    text += u'\n' + QString::fromStdString(genres);
+  if (const std::string notes = report.Notes(texts_.Langue()); !notes.empty())
+    text += u'\n' + QString::fromStdString(notes).chopped(1);
   if (stopped) text += u'\n' + texts_.Word("ImportStopped");
   if (!lines.isEmpty()) text += QStringLiteral("\n\n") + lines;
   auto* box = new QPlainTextEdit(text, dialog);

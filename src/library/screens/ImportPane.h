@@ -39,6 +39,7 @@ class ImportPane : public QWidget {
   bool CanBegin() const { return sources_.files && !run_; }
   void Begin(LibraryTab kind, std::vector<std::string> paths);
   bool AtWork() const { return run_.has_value(); }
+  void Wait(bool waits) { waits_ = waits; }
   void Stop();  // nothing is told; the cards that it made stay
 
  private:
@@ -52,6 +53,7 @@ class ImportPane : public QWidget {
   const Translation& texts_;
   Hooks hooks_;
   std::optional<ImportRun> run_;
+  bool waits_ = false;  // for an answer
   QTimer timer_;
   QElapsedTimer shown_;
   QProgressBar* bar_;

@@ -15,6 +15,7 @@
 #include "library/LibraryScreen.h"
 #include "library/LibraryTexts.h"
 #include "library/screens/CardListPane.h"
+#include "library/screens/CardState.h"
 #include "library/screens/HourPipPage.h"
 #include "library/screens/HoursFrame.h"
 #include "library/screens/MarkerPane.h"
@@ -50,6 +51,7 @@ void LibraryWindow::MakeOrders() {
   orders_.work = [this](std::function<void()> order) { Work(std::move(order)); };
   orders_.chooseFiles = [this] { ChooseFiles(); };
   orders_.pickDay = [this](int mode) { PickDay(mode); };
+  orders_.shown = [this] { LblEtat->ShowState(); };
 }
 
 // --- opening and closing ---
@@ -75,10 +77,13 @@ bool LibraryWindow::MayLeave() {
   if (!OfficeWindow::MayLeave()) return false;
   if (!import_->AtWork()) return true;
   const std::string question = Texts().Word("ImportLeave").toStdString();
-  if (station_.platform.messages.Show("Alerte", question, Buttons::kYesNo) != Answer::kYes)
-    return false;
-  import_->Stop();
-  return true;
+  // It waits for the answer: the question is none any more when it has ended.
+  import_->Wait(true);
+  const bool leaves =
+      station_.platform.messages.Show("Alerte", question, Buttons::kYesNo) == Answer::kYes;
+  import_->Wait(false);
+  if (leaves) import_->Stop();
+  return leaves;
 }
 
 void LibraryWindow::Left() {

@@ -26,6 +26,7 @@ class QTabBar;
 namespace zemo {
 
 class CardListPane;
+class CardState;
 class HourPipPage;
 class HoursFrame;
 class MarkerPane;
@@ -114,6 +115,7 @@ class LibraryWindow : public OfficeWindow {
 
   QWidget *body_ = nullptr, *card_ = nullptr, *sort_ = nullptr;
   QTabBar* TabStrip1 = nullptr;
+  CardState* LblEtat = nullptr;
   QStackedWidget *pages_ = nullptr, *lists_ = nullptr;
   std::array<CardPage*, kCardTabs> cardPages_{};
   std::array<CardListPane*, kCardTabs> cardLists_{};

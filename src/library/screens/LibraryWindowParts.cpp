@@ -19,6 +19,7 @@
 #include "library/LibraryScreen.h"
 #include "library/SelectedCards.h"
 #include "library/screens/CardListPane.h"
+#include "library/screens/CardState.h"
 #include "library/screens/HourPipPage.h"
 #include "library/screens/HoursFrame.h"
 #include "library/screens/JinglePage.h"
@@ -136,6 +137,7 @@ void LibraryWindow::MakePages() {
       Library::TabStrip1_Click(station_, editor_, static_cast<LibraryTab>(tab + 1));
     });
   });
+  LblEtat = new CardState(editor_, Texts(), body_);
   pages_ = new QStackedWidget(card_);
   cardPages_ = {new MusicPage(station_, editor_, orders_, Texts(), pages_),
                 new JinglePage(station_, editor_, orders_, Texts(), pages_),
@@ -244,6 +246,8 @@ void LibraryWindow::MakeFrame() {
   card->addWidget(navigation_);
   auto* top = new QHBoxLayout;
   top->addWidget(TabStrip1);
+  top->addSpacing(10);
+  top->addWidget(LblEtat, 0, Qt::AlignVCenter);
   top->addStretch(1);
   top->addWidget(sort_);
   auto* both = new QHBoxLayout;
@@ -305,6 +309,7 @@ void LibraryWindow::ShowMenus() {
 
 void LibraryWindow::ShowNavigation() {
   navigation_->setVisible(editor_.OnCards());
+  LblEtat->ShowState();
   const bool masks = editor_.OnCards() && editor_.TabStrip1 != LibraryTab::kShortElements;
   hours_->setVisible(masks);
   if (masks) hours_->ShowHours();
@@ -316,7 +321,7 @@ void LibraryWindow::ShowNavigation() {
   }
   for (size_t tab = 0; tab < kCardTabs; ++tab) {
     info_[tab]->setText(
-        QString::fromStdString(Library::InfoText(editor_, static_cast<LibraryTab>(tab + 1))));
+        Texts().Word("Info").arg(editor_.cardPosition[tab]).arg(editor_.cardCount[tab]));
     info_[tab]->setVisible(tab == editor_.Tab());
   }
 }

@@ -190,8 +190,7 @@ void MarkerPane::Refresh() {
   ReadShapes();
   const int32_t heardMs = Library::HeardAtMs(station_, editor_);
   if (heardMs >= 0 && dragged_ == Mark::kNone) Markers::BringIntoView(Marks(), heardMs);
-  VueOnde->Show(shapes_, heardMs,
-                QString::fromStdString(Library::ListeningNote(station_, editor_)));
+  VueOnde->Show(shapes_, heardMs, texts_.OfRoutine(Library::ListeningNote(station_, editor_)));
   const int32_t chosenMs = Markers::PlaceOf(Marks(), Marks().chosen);
   const int32_t shownMs = heardMs >= 0 ? heardMs : chosenMs >= 0 ? chosenMs : Marks().cursorMs;
   LblPosition->setText(PlaceText(shownMs));

@@ -16,7 +16,9 @@
 #include <utility>
 
 #include "library/LibraryTexts.h"
+#include "library/PrelistenOutput.h"
 #include "platform/Prelisten.h"
+#include "station/OperatorWords.h"
 #include "station/Station.h"
 #include "ui/LevelMeter.h"
 #include "ui/Named.h"
@@ -156,6 +158,9 @@ void SelectorDialog::SetTexts(const Translation& texts) {
   for (QPushButton* button : findChildren<QPushButton*>())
     button->setText(texts.Word(button->objectName().toStdString()));
   SelectAll->setText(texts.Word("SelectAll"));
+  SetTip(*SelectAll, texts.Word("SelectAll.Tip"));
+  SetTip(*BtnSelectAll, texts.Word("BtnSelectAll.Tip"));
+  SetTip(*btnPlay, texts.Word("btnPlay.Tip"));
   folderLabel_->setText(texts.Word("For.Dir1"));
   filesLabel_->setText(texts.Word("For.File1"));
   nameLabel_->setText(texts.Word("For.FileName"));
@@ -186,6 +191,8 @@ void SelectorDialog::Choose(QWidget& over, const std::string& currentFile,
   take_ = std::move(take);
   const auto langue = static_cast<int>(station_.base.CnfInt(Cnf::kLangue));
   SetTexts(Translation({{}, SelectorCaptions()}, langue));
+  langue_ = langue;
+  outputIsChosen_ = PrelistenOutputIsChosen(station_);
   Arrange(over);
   Selector::Open(station_, selector_, currentFile, known);
   listed_.clear();
@@ -271,7 +278,9 @@ void SelectorDialog::ShowAll() {
   if (FileName->text() != ShownText(selector_.FileName))
     FileName->setText(ShownText(selector_.FileName));
   SelectAll->setChecked(selector_.SelectAll);
-  btnPlay->setEnabled(selector_.btnPlayEnabled);
+  const Prelisten* player = station_.platform.prelisten;
+  btnPlay->setEnabled(selector_.btnPlayEnabled && player &&
+                      player->PlayerState() != Prelisten::State::kClosed);
   ShowFiles();
   ShowSelection();
   Refresh();
@@ -313,7 +322,9 @@ void SelectorDialog::Refresh() {
   TrackBar->setRange(0, selector_.TrackBarMax);
   if (!TrackBar->isSliderDown()) TrackBar->setValue(selector_.TrackBar);
   LblTemp->setText(ShownText(selector_.LblTemp));
-  LblOut->setText(ShownText(selector_.LblOut));
+  const std::string told =
+      selector_.LblOut.empty() && !outputIsChosen_ ? kNoPrelistenOutput : selector_.LblOut;
+  LblOut->setText(ShownText(InOperatorsWords(told, langue_)));
   const Prelisten* player = station_.platform.prelisten;
   const Prelisten::Levels levels = player ? player->HeardLevels() : Prelisten::Levels();
   const int64_t nowMs = station_.platform.clock.MonotonicMs();

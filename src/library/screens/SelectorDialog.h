@@ -67,6 +67,8 @@ class SelectorDialog : public QDialog {
   TakeFiles take_;
   QTimer poll_;
   bool showing_ = false, working_ = false;
+  bool outputIsChosen_ = false;  // of the prelisten, as it was opened
+  int langue_ = 0;
   std::string listed_;  // folder whose files are listed
 
   QComboBox* Drive1;

@@ -1,6 +1,7 @@
 #include "library/CardImport.h"
 #include "library/ImportReport.h"
 #include "library/ImportedExit.h"
+#include "library/TitleInName.h"
 #include "library/tests/LibraryFixture.h"
 #include "platform/real/files/ImportReader.h"
 #include "support/ReadAtOnce.h"
@@ -69,17 +70,55 @@ TEST_F(CardsImported, AnExchangeFileGoesBeforeTheTags) {
 TEST_F(CardsImported, WithoutTagsTheNameOfTheFileIsArtistAndTitle) {
   for (const auto& [name, fields] :
        std::map<std::string, std::string>{{"ABBA - Waterloo.flac", "ABBA|Waterloo"},
+                                          {"06 - ABBA - Waterloo.mp3", "ABBA|Waterloo"},
                                           {"song.flac", "song|"},
+                                          {"06 song.flac", "06 song|"},
+                                          {"06 - song.flac", "06 - song|"},
                                           {"a-b.wav", "a-b|"}}) {
     on.Sql("DELETE FROM Discotheque");
     Take(on.MakeSound(name, 1000));
     EXPECT_EQ(Row("AUTEUR || '|' || TITRE"), fields) << name;
   }
-  on.Sql("DELETE FROM Discotheque");
-  const std::string file = on.MakeSound("ABBA - Waterloo.ogg", 1000);
-  tags.texts[file].title = "OF THE TAGS";
-  Take(file);
-  EXPECT_EQ(Row("AUTEUR || '|' || TITRE"), "ABBA - Waterloo|OF THE TAGS");
+}
+
+TEST_F(CardsImported, WhatTheTagsLackOfArtistAndTitleTheNameOfTheFileTells) {
+  const struct {
+    std::string name, artist, title, fields;
+  } files[] = {{"ABBA - Waterloo.ogg", "", "OF THE TAGS", "ABBA|OF THE TAGS"},
+               {"06 - ABBA - Waterloo.ogg", "", "Waterloo", "ABBA|Waterloo"},
+               {"Waterloo - ABBA.ogg", "", "WATERLOO", "ABBA|WATERLOO"},
+               {"06.ogg", "", "Waterloo", "Waterloo|Waterloo"},
+               {"06 Agnetha.ogg", "", "Waterloo", "Agnetha|Waterloo"},
+               {"ABBA - Waterloo.mp3", "OF THE TAGS", "", "OF THE TAGS|Waterloo"},
+               {"Waterloo - ABBA.mp3", "ABBA", "", "ABBA|Waterloo"},
+               {"1-06 Waterloo.mp3", "ABBA", "", "ABBA|Waterloo"},
+               {"ABBA.mp3", "ABBA", "", "ABBA|"},
+               {"06.mp3", "ABBA", "", "ABBA|"}};
+  for (const auto& [name, artist, title, fields] : files) {
+    on.Sql("DELETE FROM Discotheque");
+    const std::string file = on.MakeSound(name, 1000);
+    tags.texts[file].artist = artist;
+    tags.texts[file].title = title;
+    Take(file);
+    EXPECT_EQ(Row("AUTEUR || '|' || TITRE"), fields) << name;
+  }
+}
+
+TEST(TitleInName, ATrackNumberIsNoneWhereItMayBeTheArtistsName) {
+  for (const auto& [name, told] :
+       std::map<std::string, std::string>{{"50 Cent - In Da Club", "50 Cent|In Da Club"},
+                                          {"311 - Down", "311|Down"},
+                                          {"99.9 FM", "|99.9 FM"},
+                                          {"7-Eleven", "|7-Eleven"},
+                                          {"1999", "|1999"},
+                                          {"06. Waterloo", "|Waterloo"},
+                                          {"6_Waterloo", "|Waterloo"},
+                                          {"006 Waterloo", "|Waterloo"},
+                                          {"1-06 ABBA - Waterloo", "ABBA|Waterloo"},
+                                          {"12", "|"}}) {
+    const TitleInName title = ReadTitleInName(name);
+    EXPECT_EQ(title.artist + "|" + title.title, told) << name;
+  }
 }
 
 TEST_F(CardsImported, TitlesThatNoModelAsksForAreCountedByTheGenresOfTheirTags) {
@@ -90,16 +129,39 @@ TEST_F(CardsImported, TitlesThatNoModelAsksForAreCountedByTheGenresOfTheirTags) 
     report.Add(file, Take(file));
   };
   add("a.mp3", "Chillout");
-  EXPECT_EQ(report.ForeignGenres(1),
+  EXPECT_EQ(report.Notes(1),
             "1 without a genre of the station's, which no model asks for (see ImportGenres.Txt): "
-            "Chillout 1");
+            "Chillout 1\n");
   add("b.mp3", "");
   add("c.mp3", "gold n-1");
   add("d.mp3", "");
-  EXPECT_EQ(report.ForeignGenres(1),
+  EXPECT_EQ(report.Notes(1),
             "3 without a genre of the station's, which no model asks for (see ImportGenres.Txt): "
-            "none 2, Chillout 1");
-  EXPECT_EQ(ImportReport().ForeignGenres(1), "");
+            "none 2, Chillout 1\n");
+  EXPECT_EQ(ImportReport().Notes(1), "");
+}
+
+TEST_F(CardsImported, ALineOfTheMapThatNamesNoGenreOfTheStationsIsToldOnceWithItsNumber) {
+  on.stationFolder.Write(kGenreMapFile, "Chanson = gold n-2\r\n\r\nPolka=MARCHES\r\nValse=\r\n");
+  ImportReport report;
+  report.TakeUnknownGenres(CardImport(on.station, LibraryTab::kMusic, false).UnknownGenres());
+  EXPECT_EQ(report.Notes(1),
+            "ImportGenres.Txt, line 3: the station has no genre MARCHES\n"
+            "ImportGenres.Txt, line 4: the station has no genre \n");
+  EXPECT_TRUE(CardImport(on.station, LibraryTab::kJingles, false).UnknownGenres().empty());
+}
+
+TEST_F(CardsImported, AFileInWhichHardlyAnythingIsHeardIsAddedAndNamedAtTheEnd) {
+  ImportReport report;
+  const std::string silent = on.MakeSound("silent.mp3", 61000),
+                    song = on.MakeSound("song.mp3", 1000);
+  on.opener.silent.insert(silent);
+  for (const std::string& file : {on.MakeSound("short.mp3", 999), song, silent})
+    report.Add(file, Take(file));
+  EXPECT_EQ(report.Counts(1), "3 added, 0 known already, 0 refused");
+  const std::string notes = report.Notes(1);
+  EXPECT_EQ(notes.substr(notes.find('\n') + 1),
+            "2 with less than a second of sound: short.mp3 (card 1), silent.mp3 (card 3)\n");
 }
 
 TEST_F(CardsImported, ATextThatIsTooLongIsCutAndNamed) {

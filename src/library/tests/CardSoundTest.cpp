@@ -236,6 +236,15 @@ TEST_F(CardSoundFixture, AnOutputThatRefusesIsToldInTheSelectorsWords) {
   EXPECT_EQ(Message(0), "Impossible d'écouter sur cette sortie audio");
 }
 
+TEST_F(CardSoundFixture, WhereNoOutputIsChosenTheNoteSaysWhereOneIs) {
+  on.localValues.Set("AudioOutPFLID", "-1");
+  OpenAndLook();
+  Library::BtnEcoute_Click(on.station, editor);
+  EXPECT_EQ(Message(0), "Impossible d'écouter sur cette sortie audio");
+  EXPECT_EQ(Library::ListeningNote(on.station, editor),
+            "Aucune sortie de préécoute choisie : écran d'antenne, Options > Paramétrage...");
+}
+
 // --- joins ---
 
 // Title 1 gives way 4 s ahead of its end, which is a long overlap: it is heard from 171 s on.

@@ -60,18 +60,26 @@ TEST_F(ImportRuns, WhatIsKnownOrRefusedIsToldAndTheRestGoesIn) {
   EXPECT_EQ(run.Report().Counts(1), "1 added, 1 known already, 2 refused");
   EXPECT_EQ(run.Report().Counts(0), "1 ajoutés, 1 déjà connus, 2 refusés");
   const std::string lines = run.Report().Lines(1);
-  EXPECT_EQ(lines.substr(0, lines.find(": ")), "refused  " + broken);
-  EXPECT_NE(lines.find("refused  /no/such.wav: there is no such file\n"), std::string::npos);
+  EXPECT_EQ(lines.substr(0, lines.find(": ")), "Refused (2):\n" + broken);
+  EXPECT_NE(lines.find("\n/no/such.wav: there is no such file\n"), std::string::npos);
 }
 
-TEST_F(ImportRuns, WhatItCutAndTheSameSoundAreToldBehindWhatItRefused) {
+TEST_F(ImportRuns, WhatItRefusedCutAndFoundTwiceIsToldInThisOrderUnderHeadings) {
   const std::string a = on.MakeSound("a.wav", 3000), b = on.MakeSound("b.wav", 3000);
-  files.tags.texts[a].year = "1999 or so";
+  files.tags.texts[b].year = "1999 or so";
   ImportRun run = Begin(LibraryTab::kMusic, {a, b, "/no/such.wav"});
   RunOut(run);
-  EXPECT_EQ(run.Report().Lines(1), "refused  /no/such.wav: there is no such file\ncard 1  " + a +
-                                       ": year cut to its field\ncard 2  " + b +
-                                       ": the same sound as card 1\n");
+  EXPECT_EQ(run.Report().Lines(1),
+            "Refused (1):\n/no/such.wav: there is no such file\n\n"
+            "Texts cut to their field (1):\ncard 2  " +
+                b + ": year cut to its field\n\nThe same sound under another name (1):\ncard 2  " +
+                b + ": the same sound as card 1\n");
+}
+
+TEST_F(ImportRuns, TheLinesOfTheMapThatLeadNowhereAreInItsReport) {
+  on.stationFolder.Write(kGenreMapFile, "Polka=MARCHES\r\n");
+  EXPECT_EQ(Begin(LibraryTab::kMusic, {}).Report().Notes(0),
+            "ImportGenres.Txt, ligne 1 : la station n'a pas le genre MARCHES\n");
 }
 
 TEST_F(ImportRuns, ALibraryOfThousandsIsLookedThroughInSlicesAheadOfTheFirstFile) {
@@ -104,14 +112,16 @@ TEST_F(ImportRuns, ALockedBasePostponesWithoutAWaitAndLosesNothing) {
   EXPECT_EQ(on.Events("error").size(), 0U);
 }
 
-TEST_F(ImportRuns, TheTimeLeftIsThatOfTheFilesLeftAsItWentSoFar) {
+TEST_F(ImportRuns, TheTimeLeftIsToldOnceTenFilesAndFiveSecondsAreAMeasure) {
   std::vector<std::string> paths;
-  for (int i = 0; i < 10; ++i) paths.push_back(on.MakeSound(std::to_string(i) + ".wav", 1000 + i));
+  for (int i = 0; i < 40; ++i) paths.push_back(on.MakeSound(std::to_string(i) + ".wav", 1000 + i));
   ImportRun run = Begin(LibraryTab::kMusic, paths);
+  for (int i = 0; i < 9; ++i) run.Slice();
+  on.RunUntil(on.loop.MonotonicMs() + 6000);
+  EXPECT_EQ(run.Progress().leftMs, std::nullopt);
   run.Slice();
-  on.RunUntil(on.loop.MonotonicMs() + 3000);
-  run.Slice();
-  EXPECT_EQ(run.Progress().leftMs, 3000 * 8 / 2);
+  EXPECT_EQ(run.Progress().leftMs, 6000 * 30 / 10);
+  EXPECT_EQ(TimeLeftMs(4999, 1000, 2000), std::nullopt);
 }
 
 TEST_F(ImportRuns, WhoseExitNobodySetIsHandedOnToBeMeasured) {

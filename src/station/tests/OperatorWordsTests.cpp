@@ -36,6 +36,25 @@ TEST(OperatorWords, WhatStandsInThePlaceIsTakenOver) {
   EXPECT_EQ(InOperatorsWords("Effacer cette Catégorie %1", kEnglish), "Delete this category %1");
 }
 
+TEST(OperatorWords, ARefusalOfThePrelistenTellsWhereItsOutputIsChosen) {
+  EXPECT_EQ(InOperatorsWords("Impossible d'écouter sur cette sortie audio", kEnglish),
+            "The prelisten cannot play on its output.\r\nIt is chosen on the on-air screen: "
+            "Options > Settings...");
+  EXPECT_EQ(InOperatorsWords("Impossible d'écouter sur cette sortie audio", kFrench),
+            "Impossible d'écouter sur cette sortie audio");
+}
+
+TEST(OperatorWords, WhatTheLibraryAsksIsInTheWordsOfCards) {
+  EXPECT_EQ(InOperatorsWords("Confirmez la suppression de la fiche Morning", kEnglish),
+            "Confirm the deletion of Morning");
+  EXPECT_EQ(InOperatorsWords("/a.wav\r\nExiste déjà dans la base", kEnglish),
+            "/a.wav\r\nhas a card already");
+  EXPECT_EQ(InOperatorsWords("Vous avez sélectioné 3 Fichiers audios\r\nVous n'avez plus qu'à "
+                             "cliquer sur le menu Ajouter",
+                             kEnglish),
+            "3 sound files are chosen.\r\nThe menu entry Add makes their cards");
+}
+
 TEST(OperatorWords, OnlyATitleThatARoutineGaveIsTranslated) {
   EXPECT_EQ(TitleInWords(Element::kHourPip, "Top Horaire  ", kEnglish), "Hour pip");
   EXPECT_EQ(TitleInWords(Element::kJingle, "Jingle avant Pubs", kSpanish), "Jingle antes de pubs");

@@ -45,15 +45,6 @@ TEST_F(BaseCheck, AMissingStationFolderIsTheOnlyFinding) {
   EXPECT_EQ(Found(options), Lines{"folder: " + folder_ / "nowhere: the station folder is missing"});
 }
 
-TEST_F(BaseCheck, AMachineFolderThatWasNamedHasToBeThere) {
-  CheckOptions options = Options();
-  options.machineNamed = true;
-  EXPECT_EQ(Found(options),
-            Lines{"machine: " + folder_ / "machine: the machine folder is missing"});
-  fs::create_directory(folder_ / "machine");
-  EXPECT_EQ(Found(options), Lines{});
-}
-
 TEST_F(BaseCheck, AFolderWithoutWritePermissionIsFound) {
   fs::permissions(Base(), fs::perms(0666));
   fs::permissions(folder_ / "station", fs::perms(0555));

@@ -93,7 +93,7 @@ class CheckedStation : public testing::Test {
   }
 
   CheckOptions Options() const {
-    return {folder_ / "station", folder_ / "machine", false, 200, {}};
+    return {folder_ / "station", folder_ / "machine", 200, {}};
   }
 
   // Each finding as "KIND: WHAT: WHY", a warning with "(warning)" behind it.

@@ -1,5 +1,7 @@
 // The list of cards beside the card, or in its place.
+#include <QApplication>
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -52,6 +54,40 @@ TEST_F(TheCardList, AClickShowsTheCard) {
   ClickRow("PLDisco", 2);
   EXPECT_EQ(Text("ChAuteur"), "Édith");
   EXPECT_TRUE(Seen("PLDisco"));
+}
+
+TEST_F(TheCardList, ShowsTheOrderInWhichItIsFilledAndItsHeadTurnsIt) {
+  AddSongs();
+  Open();
+  const QHeaderView& heads = *Table("PLDisco").horizontalHeader();
+  EXPECT_TRUE(heads.isSortIndicatorShown());
+  EXPECT_EQ(heads.sortIndicatorSection(), 0);
+  EXPECT_EQ(heads.sortIndicatorOrder(), Qt::AscendingOrder);
+  EXPECT_NE(heads.toolTip().indexOf(QStringLiteral("Trier par")), -1);
+  ClickHead("PLDisco", 0);
+  EXPECT_EQ(Column("PLDisco", 0), (Names{"Édith", "CHER", "ABBA"}));
+}
+
+TEST_F(TheCardList, ByItsLengthsTheTitlesWithoutASecondOfSoundComeFirst) {
+  for (const int ms : {185000, 900, 61000})
+    on.AddCard({.lengthMs = ms, .artist = "A", .title = "T"});
+  Open();
+  ClickHead("PLDisco", 2);
+  EXPECT_EQ(Column("PLDisco", 2), (Names{"--:--", "01:01", "03:05"}));
+}
+
+TEST_F(TheCardList, IsAsHighAsWholeRows) {
+  for (int song = 0; song < 60; ++song) AddSong("A" + std::to_string(song), "T");
+  Open();
+  for (const QSize& size : {QSize(1280, 800), QSize(1280, 811), QSize(1920, 1080)}) {
+    window->resize(size);
+    QApplication::processEvents();
+    const QTableView& table = Table("PLDisco");
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+      return table.viewport()->height() % table.rowHeight(0) == 0;
+    })) << size.height();
+    EXPECT_GT(table.viewport()->height(), 10 * table.rowHeight(0));
+  }
 }
 
 TEST_F(TheCardList, AHeadSortsItAndASecondClickTurnsItRound) {
@@ -182,6 +218,7 @@ class ALargeCardList : public LibraryScreenTest {
 TEST_F(ALargeCardList, IsFilledWhileTheCardCanBeEdited) {
   window = std::make_unique<LibraryWindow>(on.station, sources);
   window->Open();
+  window->resize(1280, 800);
   EXPECT_EQ(Table("PLDisco").model()->rowCount(), 0);
   Type("ChTitre", "first");
   EXPECT_TRUE(On("Replacer"));
@@ -216,6 +253,7 @@ TEST_F(ALargeCardList, IsPrintedWholeWhereItIsBeingFilled) {
   };
   window = std::make_unique<LibraryWindow>(on.station, sources);
   window->Open();
+  window->resize(1280, 800);
   Find<QAction>("MnuImp")->trigger();
   EXPECT_EQ(printed, "5000");
 }

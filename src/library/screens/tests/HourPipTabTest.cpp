@@ -49,6 +49,24 @@ TEST_F(HourPipTab, AClickOnTheOverlayMarkTurnsIt) {
   EXPECT_EQ(Column("GTopH", 2)[3], "");
 }
 
+TEST_F(HourPipTab, TheHourWhoseDaysAreShownIsSelected) {
+  EXPECT_EQ(Selected("GTopH", 0), (Names{"00:00 "}));
+}
+
+TEST_F(HourPipTab, EachColumnTellsWhatAClickOnItDoes) {
+  const QAbstractItemModel& rows = *Table("GTopH").model();
+  const auto tip = [&](int hour, int column) {
+    return rows.index(hour, column).data(Qt::ToolTipRole).toString().toStdString();
+  };
+  const std::string file = "Double clic ou Entrée : choisir le fichier ; Supprimer le vide";
+  EXPECT_EQ(tip(8, 1), file);
+  EXPECT_EQ(tip(8, 2), "Clic ou Espace : en surimpression sur la musique, ou à sa place");
+  EXPECT_EQ(tip(8, 3),
+            "Jours où le signal passe, du lundi au dimanche ; les cases ci-dessous les changent");
+  ClickCell("GTopH", 8, 1, true);
+  EXPECT_EQ(tip(8, 1), "/pip.wav\n" + file);
+}
+
 TEST_F(HourPipTab, KeysDoWhatTheMouseDoes) {
   ClickCell("GTopH", 3, 0);
   QTableView& table = Table("GTopH");
@@ -63,7 +81,7 @@ TEST_F(HourPipTab, TheDaysOfTheSelectedHourAreSevenBoxes) {
   ClickCell("GTopH", 6, 0);
   EXPECT_TRUE(Find<QCheckBox>("JourTop_7")->isChecked());
   Click("JourTop_7");
-  EXPECT_EQ(Column("GTopH", 3)[6], "XXXXXX-");
+  EXPECT_EQ(Column("GTopH", 3)[6], "LMMJVS-");
   ClickCell("GTopH", 5, 0);
   EXPECT_TRUE(Find<QCheckBox>("JourTop_7")->isChecked());
   window->close();

@@ -79,13 +79,13 @@ TEST_F(Dropped, FilesAndFoldersBecomeCardsOfTheTabAndTheReportTellsWhat) {
       },
       60000));
   EXPECT_EQ(Text("ChAuteur"), "A");
-  EXPECT_EQ(Text("LblInfoMus"), "Discotheque1 / 3");
+  EXPECT_EQ(Text("LblInfoMus"), "Card 1 of 3");
   EXPECT_EQ(bare, (std::vector<int32_t>{1, 2, 3}));
   ASSERT_TRUE(Report());
   EXPECT_EQ(
       ReportText().substr(0, ReportText().find(": '")),
       "3 added, 0 known already, 1 refused\n3 without a genre of the station's, which no model "
-      "asks for (see ImportGenres.Txt): none 3\n\nrefused  " +
+      "asks for (see ImportGenres.Txt): none 3\n\nRefused (1):\n" +
           broken);
   KeepPicture(*Report(), "import-report");
 }
@@ -202,6 +202,26 @@ TEST_F(Dropped, WhoClosesTheWindowMeanwhileIsAsked) {
   window->close();
   EXPECT_FALSE(window->isVisible());
   EXPECT_FALSE(files.atWork);
+}
+
+TEST_F(Dropped, TheImportWaitsForTheAnswerAndNothingCoversTheQuestion) {
+  Open();
+  EXPECT_TRUE(Drop("CadreDisco", {on.MakeSound("A.wav", 61000)}));
+  const auto seen = on.messages.shown;
+  bool asked = false;
+  on.messages.shown = [&](const std::string& title, const std::string& text, Buttons buttons,
+                          Answer answer) {
+    seen(title, text, buttons, answer);
+    asked = true;
+    for (int turn = 0; turn < 20; ++turn) QTest::qWait(5);
+    EXPECT_TRUE(AtWork());
+    EXPECT_FALSE(Report());
+  };
+  window->close();
+  EXPECT_TRUE(asked);
+  RunOut();
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_TRUE(Report());
 }
 
 TEST_F(Dropped, TheEndOfTheProgramEndsItWithoutAQuestion) {

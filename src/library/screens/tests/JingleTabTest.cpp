@@ -32,7 +32,7 @@ class JingleTab : public LibraryScreenTest {
 TEST_F(JingleTab, ShowsTheFirstJingleWithItsHoursAndItsList) {
   OpenTab(2);
   EXPECT_EQ(Text("ChLibJingle"), "Morning");
-  EXPECT_EQ(Text("LblInfoJingle"), "DiscothequeJingle1 / 3");
+  EXPECT_EQ(Text("LblInfoJingle"), "Fiche 1 sur 3");
   EXPECT_TRUE(Seen("FrameAutorisation"));
   EXPECT_TRUE(Find("BtnCopy")->isEnabled());
   EXPECT_EQ(Column("PLJingles", 0), (Names{"Evening", "Morning", "News"}));
@@ -110,7 +110,7 @@ TEST_F(JingleTab, ADeletedJingleLeavesTheList) {
   Menu("MnuDelete");
   EXPECT_EQ(on.Events("message").back()["text"], "Confirmez la suppression de la fiche Morning");
   EXPECT_EQ(Column("PLJingles", 0), (Names{"Evening", "News"}));
-  EXPECT_EQ(Text("LblInfoJingle"), "DiscothequeJingle1 / 2");
+  EXPECT_EQ(Text("LblInfoJingle"), "Fiche 1 sur 2");
 }
 
 TEST_F(JingleTab, TheListIsSearchedByLabel) {
@@ -122,7 +122,7 @@ TEST_F(JingleTab, TheListIsSearchedByLabel) {
 TEST_F(JingleTab, EveryControlOfAShortElementIsStored) {
   OpenTab(3);
   EXPECT_FALSE(Seen("FrameAutorisation"));
-  EXPECT_EQ(Text("LblInfoVirgule"), "DiscothequeVirgule1 / 3");
+  EXPECT_EQ(Text("LblInfoVirgule"), "Fiche 1 sur 3");
   Type("ChFileVirgule", "/short.wav");
   Type("LongeurVirgule", "2000");
   EXPECT_EQ(Text("lblTempVirgule"), "00:02");

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPrinter>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSlider>
 #include <QTabBar>
 
@@ -33,8 +34,15 @@ TEST_F(MusicTab, OpensOnTheFirstCard) {
   EXPECT_EQ(Text("ChTitre"), "Believe");
   EXPECT_EQ(Text("Longeur"), "185000");
   EXPECT_EQ(Text("LblTemp"), "03:05");
-  EXPECT_EQ(Text("LblInfoMus"), "Discotheque1 / 3");
+  EXPECT_EQ(Text("LblInfoMus"), "Fiche 1 sur 3");
   EXPECT_EQ(Find<QTabBar>("TabStrip1")->currentIndex(), 0);
+}
+
+TEST_F(MusicTab, IsNeverLargerThanTheScreen) {
+  window = std::make_unique<LibraryWindow>(on.station, sources);
+  window->resize(8000, 6000);
+  window->Open();
+  EXPECT_EQ(window->size(), window->screen()->availableSize());
 }
 
 TEST_F(MusicTab, WithoutCardsOnlyANewOneCanBeMade) {
@@ -43,7 +51,7 @@ TEST_F(MusicTab, WithoutCardsOnlyANewOneCanBeMade) {
   EXPECT_FALSE(On("MnuDelete"));
   EXPECT_TRUE(On("Ajouter"));
   EXPECT_FALSE(Find("Slider1")->isEnabled());
-  EXPECT_EQ(Text("LblInfoMus"), "Discotheque0 / 0");
+  EXPECT_EQ(Text("LblInfoMus"), "Fiche 0 sur 0");
 }
 
 TEST_F(MusicTab, StaysClosedWhileTheMenusAreLocked) {
@@ -171,7 +179,7 @@ TEST_F(MusicTab, ANewCardIsEmptyAndIsAdded) {
   Type("ChAuteur", "NENA");
   Menu("Ajouter");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Discotheque"), "4");
-  EXPECT_EQ(Text("LblInfoMus"), "Discotheque4 / 4");
+  EXPECT_EQ(Text("LblInfoMus"), "Fiche 4 sur 4");
   EXPECT_EQ(Column("PLDisco", 0), (Names{"ABBA", "CHER", "Édith", "NENA"}));
 }
 
@@ -237,7 +245,7 @@ TEST_F(MusicTab, DeletingAsksAndShowsTheNextCard) {
   on.messages.AnswerNext(Answer::kYes);
   Menu("MnuDelete");
   EXPECT_EQ(Text("ChAuteur"), "ABBA");
-  EXPECT_EQ(Text("LblInfoMus"), "Discotheque1 / 2");
+  EXPECT_EQ(Text("LblInfoMus"), "Fiche 1 sur 2");
   EXPECT_EQ(Column("PLDisco", 0), (Names{"ABBA", "Édith"}));
 }
 

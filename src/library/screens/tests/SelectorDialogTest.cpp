@@ -190,6 +190,29 @@ TEST_F(TheSelector, PlayIsOffOnTheOutputThatIsOnAir) {
   on.station.engine.IsRunning = false;
 }
 
+TEST_F(TheSelector, PlayIsOffUntilAFileIsChosen) {
+  Dialog().Choose(*over, {}, {}, nullptr);
+  EXPECT_FALSE(Part<QPushButton>("btnPlay").isEnabled());
+  auto& path = Part<QLineEdit>("Dir1");
+  path.setText(QString::fromStdString(folder));
+  QTest::keyClick(&path, Qt::Key_Return);
+  ClickFile(0);
+  EXPECT_TRUE(Part<QPushButton>("btnPlay").isEnabled());
+  EXPECT_EQ(Part<QLabel>("LblOut").text(), QString());
+}
+
+TEST_F(TheSelector, TellsInTheOperatorsWordsThatNoOutputIsChosenAndWhereOneIs) {
+  on.localValues.Set("AudioOutPFLID", "-1");
+  on.Set("Langue", "1");
+  on.station.base.CheckCnf();
+  Choose();
+  EXPECT_EQ(Part<QLabel>("LblOut").text().toStdString(),
+            "No prelisten output is chosen: on-air screen, Options > Settings...");
+  on.messages.AnswerNext(Answer::kOk);
+  Push("SelectAll");
+  EXPECT_EQ(Part<QLabel>("LblOut").text(), QStringLiteral("Done"));
+}
+
 TEST_F(TheSelector, SelectsAllAndLeavesOutWhatHasACard) {
   Choose({}, {files[1]});
   on.messages.AnswerNext(Answer::kOk);
@@ -238,6 +261,7 @@ TEST_F(TheSelector, ServesTheLibraryWindow) {
 }
 
 TEST_F(TheSelector, NothingOfItIsCutInAnyLanguage) {
+  on.localValues.Set("AudioOutPFLID", "-1");  // which is told
   for (int langue = 0; langue < 4; ++langue) {
     on.Set("Langue", std::to_string(langue));
     on.station.base.CheckCnf();

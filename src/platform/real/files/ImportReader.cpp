@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <exception>
 #include <limits>
@@ -13,6 +14,27 @@ namespace {
 
 constexpr int kComparedFrames = 2 * kSampleRate;  // of the begin of a sound
 constexpr int kBlockFrames = 4096;
+
+constexpr float kHeard = 0.001F;               // of full scale: 60 dB below it
+constexpr int64_t kSoundFrames = kSampleRate;  // that a file has at least if it is to be heard
+constexpr int kLookedAtFrames = 600 * kSampleRate;
+
+// From the first frame that is heard to the last one, as far as it is long enough.
+class HeardSpan {
+ public:
+  void Take(const float* stereo, int frames) {
+    for (int frame = 0; frame < frames && !LongEnough(); ++frame, ++at_) {
+      if (std::fabs(stereo[2 * frame]) < kHeard && std::fabs(stereo[2 * frame + 1]) < kHeard)
+        continue;
+      if (first_ < 0) first_ = at_;
+      last_ = at_;
+    }
+  }
+  bool LongEnough() const { return first_ >= 0 && last_ - first_ + 1 >= kSoundFrames; }
+
+ private:
+  int64_t at_ = 0, first_ = -1, last_ = -1;
+};
 
 uint64_t HashOn(uint64_t hash, const float* samples, size_t count) {
   constexpr uint64_t kPrime = 1099511628211U;
@@ -48,18 +70,29 @@ void ImportReader::MeasureKnown() {
   }
 }
 
-ImportReader::Begin ImportReader::BeginOf(const std::string& path) {
+ImportReader::Begin ImportReader::BeginOf(const std::string& path, Heard heard) {
   const auto source = opener_.Open(files_.Resolve(path));
   std::array<float, size_t{kBlockFrames} * kChannels> block;
   Begin begin{source->LengthFrames(), 14695981039346656037U};
+  HeardSpan span;
+  const auto read = [&](int most) {
+    const int frames = source->Read(block.data(), std::min(kBlockFrames, most));
+    if (heard == Heard::kWanted) span.Take(block.data(), frames);
+    return frames;
+  };
   int frames = 0;
   while (frames < kComparedFrames) {
-    const int read = source->Read(block.data(), std::min(kBlockFrames, kComparedFrames - frames));
-    if (read == 0) break;
-    begin.hash = HashOn(begin.hash, block.data(), static_cast<size_t>(read) * kChannels);
-    frames += read;
+    const int more = read(kComparedFrames - frames);
+    if (more == 0) break;
+    begin.hash = HashOn(begin.hash, block.data(), static_cast<size_t>(more) * kChannels);
+    frames += more;
   }
   if (FramesToMs(frames) == 0) throw SoundError("holds no sound");
+  if (heard == Heard::kIdle) return begin;
+  int more = frames;
+  while (more > 0 && frames < kLookedAtFrames && !span.LongEnough())
+    frames += more = read(kBlockFrames);
+  begin.hardlySounds = !span.LongEnough() && frames < kLookedAtFrames;
   return begin;
 }
 
@@ -67,7 +100,7 @@ std::string ImportReader::SameSound(const Sound& sound) {
   const auto [first, end] = sizes_.equal_range(sound.first);
   for (auto known = first; known != end; ++known) {
     try {
-      sounds_.emplace(Sound(sound.first, BeginOf(known->second).hash), known->second);
+      sounds_.emplace(Sound(sound.first, BeginOf(known->second, Heard::kIdle).hash), known->second);
     } catch (const std::exception&) {
       continue;  // a card whose file is lost or damaged has no sound to compare
     }
@@ -85,9 +118,10 @@ SoundFileReading ImportReader::Read(const std::string& path) {
       return reading;
     }
     if (known_.contains(path)) return reading;
-    const Begin begin = BeginOf(path);
+    const Begin begin = BeginOf(path, Heard::kWanted);
     reading.lengthMs = static_cast<int32_t>(
         std::min<int64_t>(FramesToMs(begin.lengthFrames), std::numeric_limits<int32_t>::max()));
+    reading.hardlySounds = begin.hardlySounds;
     MeasureKnown();
     const Sound sound(files_.SizeBytes(path), begin.hash);
     reading.sameSoundAs = SameSound(sound);

@@ -23,18 +23,21 @@ class ImportReader {
                std::vector<std::string> known);
 
   // By its stored path. Opens the file and decodes its first two seconds, and those of every known
-  // file of its size. Throws nothing.
+  // file of its size; of one that is silent at its begin up to ten minutes more, for its
+  // sound. Throws nothing.
   SoundFileReading Read(const std::string& path);
 
  private:
   struct Begin {
     int64_t lengthFrames = 0;
     uint64_t hash = 0;
+    bool hardlySounds = false;  // where that was wanted
   };
+  enum class Heard { kIdle, kWanted };
   using Sound = std::pair<int64_t, uint64_t>;  // size in bytes, and what its begin decodes to
 
   void MeasureKnown();
-  Begin BeginOf(const std::string& path);  // throws SoundError
+  Begin BeginOf(const std::string& path, Heard heard);  // throws SoundError
   std::string SameSound(const Sound& sound);
 
   SoundOpener& opener_;
