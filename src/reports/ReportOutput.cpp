@@ -76,13 +76,13 @@ void ForEachPart(Station& station, ReportEditor& editor, const List& shown, int 
 // Twice over the list: only then is it known that every character fits.
 template <typename List>
 void WriteText(Station& station, ReportEditor& editor, const List& shown, int columns,
-               const std::string& path, const OpenFileInParts& open) {
+               const std::string& path, const OpenFileInParts& begin) {
   // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): what yields serve may list anew
   const List list = shown;
   SideFileEncoding encoding;
   ForEachPart(station, editor, list, columns,
               [&](const std::string& part) { encoding.Look(part); });
-  const std::unique_ptr<FileInParts> file = open(path);
+  const std::unique_ptr<FileInParts> file = begin(path);
   file->Append(encoding.Mark());
   ForEachPart(station, editor, list, columns,
               [&](const std::string& part) { file->Append(encoding.Encode(part)); });
@@ -162,13 +162,13 @@ bool Report::AnyListed(Station& station, size_t count) {
 }
 
 void Report::WriteReport(Station& station, ReportEditor& editor, const std::string& path,
-                         const OpenFileInParts& open) {
-  WriteText(station, editor, editor.ListRap, kExportedColumns, path, open);
+                         const OpenFileInParts& begin) {
+  WriteText(station, editor, editor.ListRap, kExportedColumns, path, begin);
 }
 
 void Report::WriteRotations(Station& station, ReportEditor& editor, const std::string& path,
-                            const OpenFileInParts& open) {
-  WriteText(station, editor, editor.ListStat, StatCol::kCount, path, open);
+                            const OpenFileInParts& begin) {
+  WriteText(station, editor, editor.ListStat, StatCol::kCount, path, begin);
 }
 
 void Report::BtnExport_Click(Station& station, ReportEditor& editor, const std::string& path,

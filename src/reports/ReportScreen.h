@@ -68,9 +68,9 @@ void BtnIntoPlaylist_Click(Station& station, ReportEditor& editor);
 void ReadSpan(Station& station, ReportEditor& editor);
 void CountSpan(Station& station, ReportEditor& editor);
 void WriteReport(Station& station, ReportEditor& editor, const std::string& path,
-                 const OpenFileInParts& open);
+                 const OpenFileInParts& begin);
 void WriteRotations(Station& station, ReportEditor& editor, const std::string& path,
-                    const OpenFileInParts& open);
+                    const OpenFileInParts& begin);
 Sheet ReportSheet(Station& station, ReportEditor& editor);
 Sheet RotationSheet(Station& station, ReportEditor& editor);
 
