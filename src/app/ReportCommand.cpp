@@ -128,9 +128,8 @@ void WriteFiles(const ReportOptions& options, Station& station, ReportEditor& ed
   const size_t listed = options.stats ? editor.ListStat.Count() : editor.ListRap.Count();
   if (listed == 0) throw std::runtime_error("there is nothing to write to a file in that span");
   if (!options.txt.empty())
-    ReplaceWholeFile(options.txt,
-                     EncodeSideFile(options.stats ? Report::ExportedRotations(station, editor)
-                                                  : Report::ExportedReport(station, editor)));
+    (options.stats ? Report::WriteRotations : Report::WriteReport)(station, editor, options.txt,
+                                                                   ReplaceFileInParts);
   if (!options.xlsx.empty())
     XlsxWriter().Write(SheetPath(options.xlsx), options.stats
                                                     ? Report::RotationSheet(station, editor)

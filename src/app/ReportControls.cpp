@@ -66,7 +66,7 @@ class ReportTable {
     AddButton(name, [routine, listed = std::move(listed)](OfficeDesk& desk, Station& station,
                                                           ReportEditor& editor) {
       if (!Report::AnyListed(station, listed())) return;
-      if (const auto path = desk.PickPath()) routine(station, editor, *path, ReplaceWholeFile);
+      if (const auto path = desk.PickPath()) routine(station, editor, *path, {ReplaceFileInParts});
     });
   }
   void AddPrint(const char* name, PrintedPages (*routine)(Station&, ReportEditor&)) {

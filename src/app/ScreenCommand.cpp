@@ -27,8 +27,10 @@
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/files/ImportThread.h"
+#include "platform/real/files/WholeFiles.h"
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
+#include "reports/screens/ReportDesk.h"
 #include "settings/screens/SettingsDesk.h"
 #include "traffic/screens/CampaignDesk.h"
 #include "ui/ScreenDesktop.h"
@@ -180,12 +182,17 @@ int OpenScreen(const AirOptions& options) {
   sources.openSelector = [&library, &main](const std::string& path) {
     library.OpenSelector(*main, path);
   };
+  ReportSources reportSources;
+  reportSources.files = {ReplaceFileInParts, &spreadsheets};
+  ReportDesk report(station, reportSources);
+  sources.openReport = [&report] { report.Open(); };
   SettingsDesk settings(station, {.devices = &real.devices, .chooseFiles = SelectorOf(library)});
   sources.openSettings = [&settings] { settings.Open(); };
-  sources.leaveOthers = [&library, &campaigns, &settings] {
+  sources.leaveOthers = [&library, &campaigns, &report, &settings] {
     const bool settingsLeft = settings.Leave();
     const bool campaignsLeft = campaigns.Leave();
-    return library.Leave() && campaignsLeft && settingsLeft;
+    const bool reportLeft = report.Leave();
+    return library.Leave() && campaignsLeft && reportLeft && settingsLeft;
   };
   OnAirWindow window(station, sources);
   main = &window;
@@ -209,6 +216,7 @@ int OpenScreen(const AirOptions& options) {
   real.loop.Run();
   library.Leave();
   campaigns.Leave();
+  report.Leave();
   settings.Leave();
   if (!left) EndInOrder(station);
   return EndStatus(station);

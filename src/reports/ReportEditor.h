@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,11 +21,19 @@ enum Column : int { kPlays, kArtist, kTitle, kGenre, kVariety, kLabel, kCount };
 }  // namespace StatCol
 int ReportColumnOf(int statColumn);  // the RapCol of all but kPlays
 
+// By which column a list was sorted last.
+struct ListSorting {
+  std::optional<int> column{};  // none: as the list was made
+  bool down = false;
+  bool byHead = false;  // by a click on the column's head
+};
+
 // Rows of the span in the order in which they are listed.
 struct ReportList {
   std::shared_ptr<const ReportRows> rows = std::make_shared<const ReportRows>();
   std::vector<uint32_t> order;  // numbers of `rows`
   uint64_t generation = 0;      // counts up with other rows and with another order
+  ListSorting sorting;
   std::optional<size_t> chosen{};
 
   size_t Count() const { return order.size(); }
@@ -41,6 +50,7 @@ struct RotationList {
   std::shared_ptr<const ReportRows> rows = std::make_shared<const ReportRows>();
   std::vector<Rotation> lines;
   uint64_t generation = 0;
+  ListSorting sorting;
   std::optional<size_t> chosen{};
 
   size_t Count() const { return lines.size(); }
@@ -68,7 +78,12 @@ struct ReportEditor {
   std::string LblCompteur, LblStat;       // in the routines' words
   std::optional<VarietyShares> shares{};  // what LblStat tells; none before BtnStats
 
-  uint64_t readings = 0;  // begun so far; a new one ends the one at work
+  // Called when rows are listed while a routine goes on; none: nobody looks meanwhile.
+  std::function<void()> listed{};
+
+  uint64_t readings = 0;  // wished so far; another one ends the one at work
+  bool reading = false;   // one is at work
+  bool readAnew = false;  // and begins anew behind its end
   int working = 0;        // routines at work that yield: this must not be destroyed meanwhile
 };
 

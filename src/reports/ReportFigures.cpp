@@ -2,13 +2,20 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace zemo {
 
 namespace {
 
 constexpr size_t kRowsBetweenPauses = 200000;
-constexpr int64_t kDaySec = 86400, kHourSec = 3600;
+constexpr int64_t kHourSec = 3600, kDaySec = 24 * kHourSec, kWeekSec = 7 * kDaySec;
+constexpr int64_t kMondaySec = 2 * kDaySec;  // day 2 of the serials, 1 January 1900, was one
+constexpr int64_t kDaysInHours = 3, kDaysInDays = 100;
+
+int64_t StepOf(int64_t days) {
+  return days <= kDaysInHours ? kHourSec : days <= kDaysInDays ? kDaySec : kWeekSec;
+}
 
 template <typename Take>
 void ForEachRow(const ReportRows& rows, const Pause& pause, Take take) {
@@ -73,19 +80,25 @@ HourFigures PlaysByHourAndGenre(const ReportRows& rows, const Pause& pause) {
   return figures;
 }
 
-TitleFigures PlaysByDay(const ReportRows& rows, size_t ofRow, const Pause& pause) {
+TitleFigures PlaysOverTime(const ReportRows& rows, size_t ofRow, const Pause& pause) {
   TitleFigures figures;
   if (rows.Count() == 0) return figures;
-  figures.firstDay = SecondsOf(rows.Moment(0)) / kDaySec;
-  const int64_t lastDay = SecondsOf(rows.Moment(rows.Count() - 1)) / kDaySec;
-  figures.plays.resize(static_cast<size_t>(lastDay - figures.firstDay + 1));
+  const int64_t first = SecondsOf(rows.Moment(0)), last = SecondsOf(rows.Moment(rows.Count() - 1));
+  figures.stepSec = StepOf(last / kDaySec - first / kDaySec + 1);
+  const int64_t offset = figures.stepSec == kWeekSec ? kMondaySec : 0;
+  const auto stepAt = [&](int64_t second) { return (second - offset) / figures.stepSec; };
+  figures.firstSec = stepAt(first) * figures.stepSec + offset;
+  figures.plays.resize(static_cast<size_t>(stepAt(last) - stepAt(first) + 1));
   const uint32_t title = rows.Number(ofRow, RapCol::kTitle);
   ForEachRow(rows, pause, [&](size_t row) {
-    if (rows.Number(row, RapCol::kTitle) != title) return;
-    const int64_t day = SecondsOf(rows.Moment(row)) / kDaySec - figures.firstDay;
-    ++figures.plays[static_cast<size_t>(day)];
+    if (rows.Number(row, RapCol::kTitle) == title)
+      ++figures.plays[static_cast<size_t>(stepAt(SecondsOf(rows.Moment(row))) - stepAt(first))];
   });
   return figures;
+}
+
+uint64_t TitleFigures::Total() const {
+  return std::accumulate(plays.begin(), plays.end(), uint64_t{0});
 }
 
 }  // namespace zemo

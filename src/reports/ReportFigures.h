@@ -28,10 +28,14 @@ struct HourFigures {
 HourFigures PlaysByHourAndGenre(const ReportRows& rows, const Pause& pause);
 
 struct TitleFigures {
-  int64_t firstDay = 0;         // day serial
-  std::vector<uint32_t> plays;  // a day each, from the first row of the span to its last
+  int64_t stepSec = 0;          // an hour, a day or a week
+  int64_t firstSec = 0;         // begin of the first step, in seconds of day serials
+  std::vector<uint32_t> plays;  // a step each, from the first row of the span to its last
+
+  uint64_t Total() const;
 };
-// Of the title of that row, whoever sings it, as the rotations count it.
-TitleFigures PlaysByDay(const ReportRows& rows, size_t ofRow, const Pause& pause);
+// Of the title of that row, whoever sings it, as the rotations count it. Hours where the span has
+// less than four days, weeks (from Monday) where it has more than a hundred.
+TitleFigures PlaysOverTime(const ReportRows& rows, size_t ofRow, const Pause& pause);
 
 }  // namespace zemo

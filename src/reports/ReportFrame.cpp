@@ -23,9 +23,16 @@ void Empty(ReportEditor& editor) {
   ReportEditor empty;
   empty.working = editor.working;
   empty.readings = editor.readings;
+  empty.reading = editor.reading;
+  empty.readAnew = editor.readAnew;
+  empty.listed = editor.listed;
   empty.ListRap.generation = editor.ListRap.generation;
   empty.ListStat.generation = editor.ListStat.generation;
   editor = std::move(empty);
+}
+
+bool TurnsAround(const ListSorting& sorting, int column) {
+  return sorting.byHead && sorting.column == column;
 }
 
 }  // namespace
@@ -43,6 +50,7 @@ void Report::MnuRapport_Click(Station& station, ReportEditor& editor) {
 void Report::Form_Unload(ReportEditor& editor) {
   editor.open = false;
   ++editor.readings;
+  editor.readAnew = false;
 }
 
 void Report::CmdCalend_Click(Station& station, ReportEditor& editor, const LocalDateTime& day) {
@@ -75,14 +83,22 @@ void Report::FiltreVariete_Change(Station& station, ReportEditor& editor, const 
 void Report::ListRap_ColumnClick(Station& station, ReportEditor& editor, int column) {
   HandleControl(station, "ListRap", [&] {
     const ReportWork work(editor);
-    if (column >= 0 && column < RapCol::kCount) SortReport(station, editor, column);
+    if (column < 0 || column >= RapCol::kCount) return;
+    if (TurnsAround(editor.ListRap.sorting, column))
+      TurnReport(editor);
+    else if (SortReport(station, editor, column))
+      editor.ListRap.sorting.byHead = true;
   });
 }
 
 void Report::ListStat_ColumnClick(Station& station, ReportEditor& editor, int column) {
   HandleControl(station, "ListStat", [&] {
     const ReportWork work(editor);
-    if (column >= 0 && column < StatCol::kCount) SortRotations(station, editor, column);
+    if (column < 0 || column >= StatCol::kCount) return;
+    if (TurnsAround(editor.ListStat.sorting, column))
+      TurnRotations(editor);
+    else if (SortRotations(station, editor, column))
+      editor.ListStat.sorting.byHead = true;
   });
 }
 

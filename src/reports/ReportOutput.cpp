@@ -1,7 +1,9 @@
 // What leaves the report screen: its lists as text between tabs, as a sheet and on paper.
 #include <array>
 #include <exception>
+#include <memory>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "library/LibraryHandler.h"
@@ -21,7 +23,8 @@ namespace zemo {
 
 namespace {
 
-constexpr size_t kLinesBetweenYields = 5000;
+constexpr size_t kLinesBetweenYields = 2000;
+constexpr size_t kLinesOfPart = 1000;
 constexpr size_t kLinesOfPage = 60;
 constexpr size_t kMostSheetRows = 1048576;  // of the file's form
 constexpr int kExportedColumns = RapCol::kReference + 1;
@@ -55,25 +58,56 @@ void ForEachLine(Station& station, ReportEditor& editor, const List& shown, Take
   }
 }
 
-template <typename List>
-std::string TabbedLines(Station& station, ReportEditor& editor, const List& shown, int columns) {
-  std::string text;
+// The lines of a list as text, some of them at a time.
+template <typename List, typename TakePart>
+void ForEachPart(Station& station, ReportEditor& editor, const List& shown, int columns,
+                 TakePart take) {
+  std::string part;
   ForEachLine(station, editor, shown, [&](const List& list, size_t line) {
     for (int column = 0; column < columns; ++column)
-      (text += column > 0 ? "\t" : "") += OneLine(list.Cell(line, column));
-    text += "\r\n";
+      (part += column > 0 ? "\t" : "") += OneLine(list.Cell(line, column));
+    part += "\r\n";
+    if (line % kLinesOfPart < kLinesOfPart - 1 && line + 1 < list.Count()) return;
+    take(part);
+    part.clear();
   });
-  return text;
 }
 
-void WriteText(Station& station, const char* routine, const std::string& path,
-               const std::string& text, const Report::WriteFile& write) {
-  try {
-    write(path, EncodeSideFile(text));
-  } catch (const FileError& error) {
-    LogCurrentException(station, routine);
-    ShowLibraryAlert(station, error.what());
-  }
+// Twice over the list: only then is it known that every character fits.
+template <typename List>
+void WriteText(Station& station, ReportEditor& editor, const List& shown, int columns,
+               const std::string& path, const OpenFileInParts& begin) {
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): what yields serve may list anew
+  const List list = shown;
+  SideFileEncoding encoding;
+  ForEachPart(station, editor, list, columns,
+              [&](const std::string& part) { encoding.Look(part); });
+  const std::unique_ptr<FileInParts> file = begin(path);
+  file->Append(encoding.Mark());
+  ForEachPart(station, editor, list, columns,
+              [&](const std::string& part) { file->Append(encoding.Encode(part)); });
+  file->Finish();
+}
+
+// What cannot be written is told.
+template <typename Write>
+void Export(Station& station, const char* routine, size_t count, Write write) {
+  HandleControl(station, routine, [&] {
+    const WaitPointer wait(station.notices);
+    if (!Report::AnyListed(station, count)) return;
+    try {
+      write();
+    } catch (const std::exception& error) {
+      LogCurrentException(station, routine);
+      ShowLibraryAlert(station, error.what());
+    }
+  });
+}
+
+bool IsSheet(const std::string& path, const Report::ExportFiles& files) {
+  constexpr std::string_view kEnding = ".xlsx";
+  return files.spreadsheets && path.size() >= kEnding.size() &&
+         EqualNoCase(std::string_view(path).substr(path.size() - kEnding.size()), kEnding);
 }
 
 template <typename List, size_t columns>
@@ -127,29 +161,33 @@ bool Report::AnyListed(Station& station, size_t count) {
   return count > 0;
 }
 
-std::string Report::ExportedReport(Station& station, ReportEditor& editor) {
-  return TabbedLines(station, editor, editor.ListRap, kExportedColumns);
+void Report::WriteReport(Station& station, ReportEditor& editor, const std::string& path,
+                         const OpenFileInParts& begin) {
+  WriteText(station, editor, editor.ListRap, kExportedColumns, path, begin);
 }
 
-std::string Report::ExportedRotations(Station& station, ReportEditor& editor) {
-  return TabbedLines(station, editor, editor.ListStat, StatCol::kCount);
+void Report::WriteRotations(Station& station, ReportEditor& editor, const std::string& path,
+                            const OpenFileInParts& begin) {
+  WriteText(station, editor, editor.ListStat, StatCol::kCount, path, begin);
 }
 
 void Report::BtnExport_Click(Station& station, ReportEditor& editor, const std::string& path,
-                             const WriteFile& write) {
-  HandleControl(station, "BtnExport", [&] {
-    const WaitPointer wait(station.notices);
-    if (AnyListed(station, editor.ListRap.Count()))
-      WriteText(station, "BtnExport", path, ExportedReport(station, editor), write);
+                             const ExportFiles& files) {
+  Export(station, "BtnExport", editor.ListRap.Count(), [&] {
+    if (IsSheet(path, files))
+      files.spreadsheets->Write(path, ReportSheet(station, editor));
+    else
+      WriteReport(station, editor, path, files.open);
   });
 }
 
 void Report::ExportStat(Station& station, ReportEditor& editor, const std::string& path,
-                        const WriteFile& write) {
-  HandleControl(station, "ExportStat", [&] {
-    const WaitPointer wait(station.notices);
-    if (AnyListed(station, editor.ListStat.Count()))
-      WriteText(station, "ExportStat", path, ExportedRotations(station, editor), write);
+                        const ExportFiles& files) {
+  Export(station, "ExportStat", editor.ListStat.Count(), [&] {
+    if (IsSheet(path, files))
+      files.spreadsheets->Write(path, RotationSheet(station, editor));
+    else
+      WriteRotations(station, editor, path, files.open);
   });
 }
 

@@ -204,6 +204,7 @@ void List(ReportEditor& editor, std::shared_ptr<const ReportRows> rows) {
   list.order.resize(rows->Count());
   std::iota(list.order.begin(), list.order.end(), 0);
   list.rows = std::move(rows);
+  list.sorting = {};
   list.chosen.reset();
   ++list.generation;
   RotationList none;
@@ -212,7 +213,18 @@ void List(ReportEditor& editor, std::shared_ptr<const ReportRows> rows) {
   editor.shares.reset();
   editor.LblStat.clear();
   editor.LblCompteur = std::to_string(list.Count()) + " Fiches";
+  if (editor.listed) editor.listed();
 }
+
+class AtWork {
+ public:
+  explicit AtWork(bool& flag) : flag_(flag) { flag_ = true; }
+  ~AtWork() { flag_ = false; }
+  AtWork(const AtWork&) = delete;
+
+ private:
+  bool& flag_;
+};
 
 void ReadInto(Station& station, ReportEditor& editor) {
   const auto span = SpanOf(editor);
@@ -224,17 +236,25 @@ void ReadInto(Station& station, ReportEditor& editor) {
 
 }  // namespace
 
+// Readings never stand on each other's stack, however quickly an operator types.
 void Report::ReadSpan(Station& station, ReportEditor& editor) {
+  ++editor.readings;
+  editor.readAnew = editor.reading;
+  if (editor.reading) return;
   const ReportWork work(editor);
-  const uint64_t number = ++editor.readings;
-  try {
-    ReadInto(station, editor);
-  } catch (const ReadingEnded&) {
-    return;  // the one that ended it has done the work
-  } catch (const std::exception&) {
-    if (editor.readings == number) List(editor, std::make_shared<ReportRows>());
-    throw;
-  }
+  const AtWork reading(editor.reading);
+  do {
+    editor.readAnew = false;
+    const uint64_t number = editor.readings;
+    try {
+      ReadInto(station, editor);
+    } catch (const ReadingEnded&) {
+      continue;
+    } catch (const std::exception&) {
+      if (editor.readings == number) List(editor, std::make_shared<ReportRows>());
+      if (!editor.readAnew) throw;
+    }
+  } while (editor.readAnew);
 }
 
 // Without the look at the settings that other controls begin with: rows that belong to other days

@@ -2,16 +2,16 @@
 // the control's name. Those that go over many rows yield in between. Thread: the logic's.
 #pragma once
 
-#include <functional>
 #include <string>
-#include <string_view>
 
 #include "library/LibraryPrint.h"
 #include "platform/Clock.h"
+#include "platform/FileInParts.h"
 #include "reports/ReportEditor.h"
 
 namespace zemo {
 
+class SpreadsheetWriter;
 struct Sheet;
 struct Station;
 
@@ -28,7 +28,8 @@ void Form_Unload(ReportEditor& editor);
 // --- what is listed ---
 // Lists the rows of the span that begin as the filters say, and forgets the statistics. They are
 // listed as soon as they are read where the report has them; then those that stand elsewhere in it
-// are looked for. A reading that begins meanwhile takes its place.
+// are looked for. Asked for while a reading is at work, by what that one's yields serve, it comes
+// back at once: the one at work begins anew.
 void VoirRapport(Station& station, ReportEditor& editor);
 // A day from the calendar.
 void CmdCalend_Click(Station& station, ReportEditor& editor, const LocalDateTime& day);
@@ -37,7 +38,7 @@ void BtnDateFin_RightClick(Station& station, ReportEditor& editor);  // the firs
 void FiltreArtiste_Change(Station& station, ReportEditor& editor, const std::string& text);
 void FiltreGenre_Change(Station& station, ReportEditor& editor, const std::string& text);
 void FiltreVariete_Change(Station& station, ReportEditor& editor, const std::string& text);
-// A click on a column's head: sorts by it, ascending.
+// A click on a column's head sorts by it, ascending, the next one on the same head descending.
 void ListRap_ColumnClick(Station& station, ReportEditor& editor, int column);
 void ListStat_ColumnClick(Station& station, ReportEditor& editor, int column);
 
@@ -45,13 +46,16 @@ void ListStat_ColumnClick(Station& station, ReportEditor& editor, int column);
 void BtnStats_Click(Station& station, ReportEditor& editor);
 // Whether there is anything to put out of a list; if not, it is told. Ask ahead of a dialogue.
 bool AnyListed(Station& station, size_t count);
-// Text, a row a line, its cells between tabs. `path` is one of this system; a fault of `write`,
-// which throws FileError, is told, too.
-using WriteFile = std::function<void(const std::string& path, std::string_view bytes)>;
+// Text, a row a line, its cells between tabs; a spreadsheet where the path ends in ".xlsx" and
+// there is a writer of those. `path` is one of this system. A fault of the file is told, too.
+struct ExportFiles {
+  OpenFileInParts open;
+  SpreadsheetWriter* spreadsheets = nullptr;
+};
 void BtnExport_Click(Station& station, ReportEditor& editor, const std::string& path,
-                     const WriteFile& write);
+                     const ExportFiles& files);
 void ExportStat(Station& station, ReportEditor& editor, const std::string& path,
-                const WriteFile& write);
+                const ExportFiles& files);
 // In Courier. No page without a row.
 PrintedPages BtnImprimer_Click(Station& station, ReportEditor& editor);
 PrintedPages ImprimeStat(Station& station, ReportEditor& editor);
@@ -59,12 +63,14 @@ PrintedPages ImprimeStat(Station& station, ReportEditor& editor);
 // list.
 void BtnIntoPlaylist_Click(Station& station, ReportEditor& editor);
 
-// --- VoirRapport, BtnStats and what is exported, for who has to know of a fault: throw StoreError,
-// ReportSheet and RotationSheet std::length_error for more rows than a sheet has ---
+// --- VoirRapport, BtnStats and what is exported, for who has to know of a fault: throw StoreError
+// and FileError, ReportSheet and RotationSheet std::length_error for more rows than a sheet has ---
 void ReadSpan(Station& station, ReportEditor& editor);
 void CountSpan(Station& station, ReportEditor& editor);
-std::string ExportedReport(Station& station, ReportEditor& editor);
-std::string ExportedRotations(Station& station, ReportEditor& editor);
+void WriteReport(Station& station, ReportEditor& editor, const std::string& path,
+                 const OpenFileInParts& begin);
+void WriteRotations(Station& station, ReportEditor& editor, const std::string& path,
+                    const OpenFileInParts& begin);
 Sheet ReportSheet(Station& station, ReportEditor& editor);
 Sheet RotationSheet(Station& station, ReportEditor& editor);
 

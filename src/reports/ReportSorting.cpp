@@ -1,5 +1,6 @@
 #include "reports/ReportSorting.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/EventLoop.h"
@@ -20,6 +21,20 @@ void Rearrange(Items& items, const std::vector<uint32_t>& places) {
   arranged.reserve(places.size());
   for (const uint32_t place : places) arranged.push_back(items[place]);
   items = std::move(arranged);
+}
+
+template <typename List>
+void TakeOrder(List& list, const ListSorting& sorting) {
+  list.sorting = sorting;
+  list.chosen.reset();
+  ++list.generation;
+}
+
+template <typename List>
+void Turned(List& list) {
+  ListSorting sorting = list.sorting;
+  sorting.down = !sorting.down;
+  TakeOrder(list, sorting);
 }
 
 // What each title has in that column, as a number that orders it.
@@ -48,8 +63,7 @@ bool SortReport(Station& station, ReportEditor& editor, int column) {
   std::vector<uint32_t> order = OrderBy(*rows, list.order, column, YieldOf(station));
   if (list.generation != generation) return false;
   list.order = std::move(order);
-  list.chosen.reset();
-  ++list.generation;
+  TakeOrder(list, {.column = column});
   return true;
 }
 
@@ -59,9 +73,18 @@ bool SortRotations(Station& station, ReportEditor& editor, int column) {
   const std::vector<uint32_t> numbers = NumbersIn(list, column, YieldOf(station));
   if (list.generation != generation) return false;
   Rearrange(list.lines, PlacesByNumber(numbers));
-  list.chosen.reset();
-  ++list.generation;
+  TakeOrder(list, {.column = column});
   return true;
+}
+
+void TurnReport(ReportEditor& editor) {
+  std::reverse(editor.ListRap.order.begin(), editor.ListRap.order.end());
+  Turned(editor.ListRap);
+}
+
+void TurnRotations(ReportEditor& editor) {
+  std::reverse(editor.ListStat.lines.begin(), editor.ListStat.lines.end());
+  Turned(editor.ListStat);
 }
 
 }  // namespace zemo

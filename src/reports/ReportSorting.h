@@ -6,9 +6,13 @@ namespace zemo {
 struct ReportEditor;
 struct Station;
 
-// Both yield where there is much to sort, and give it up where the list becomes another one
-// meanwhile: false.
+// Ascending. Both yield where there is much to sort, and give it up where the list becomes another
+// one meanwhile: false.
 bool SortReport(Station& station, ReportEditor& editor, int column);     // RapCol
 bool SortRotations(Station& station, ReportEditor& editor, int column);  // StatCol
+
+// The last line becomes the first.
+void TurnReport(ReportEditor& editor);
+void TurnRotations(ReportEditor& editor);
 
 }  // namespace zemo

@@ -90,6 +90,7 @@ void Report::CountSpan(Station& station, ReportEditor& editor) {
   if (editor.ListRap.rows != rows) return;
   rotations.rows = rows;
   rotations.generation = editor.ListStat.generation + 1;
+  rotations.sorting.column = StatCol::kTitle;
   editor.ListStat = std::move(rotations);
   editor.LblStat = SharesText(shares);
   editor.shares = std::move(shares);

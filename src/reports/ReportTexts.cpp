@@ -44,6 +44,22 @@ constexpr Word kReport[] = {
     {"ListStat.4", {"Variété", "Variety", "Variedade", "Variedad"}},
     {"ListStat.5", {"Label", "Label", "Editora", "Sello"}},
 
+    {"For.ListRap", {"Rapport de diffusion", "Broadcast report", "Relatório de emissão", "Informe de emisión"}},
+    {"For.ListStat", {"Rotations des titres", "Rotations of the titles", "Rotações dos títulos", "Rotaciones de los títulos"}},
+    {"SortBy", {"Trier par", "Sort by", "Ordenar por", "Ordenar por"}},
+    {"CmdCalendTip", {"Premier jour", "First day", "Primeiro dia", "Primer día"}},
+    {"Reading", {"Lecture...", "Reading...", "A ler...", "Leyendo..."}},
+    {"ExportTitle", {"Exporter", "Export", "Exportar", "Exportar"}},
+
+    {"BtnVues", {"Graphiques", "Charts", "Gráficos", "Gráficos"}},
+    {"BtnAttestation", {"Attestation...", "Affidavit...", "Atestado...", "Certificado..."}},
+    {"For.VueHeures", {"Diffusions par heure et genre", "Plays by hour and genre", "Emissões por hora e género", "Emisiones por hora y género"}},
+    {"For.VueRotation", {"Rotation d'un titre", "Rotation of a title", "Rotação de um título", "Rotación de un título"}},
+    {"For.VueParts", {"Parts par variété", "Shares by variety", "Quotas por variedade", "Cuotas por variedad"}},
+    {"ChooseRow", {"Choisir une ligne : la rotation de son titre se voit ici", "Choose a row: the rotation of its title is seen here", "Escolher uma linha: a rotação do título vê-se aqui", "Elegir una fila: la rotación de su título se ve aquí"}},
+    {"Others", {"autres (%1)", "others (%1)", "outros (%1)", "otros (%1)"}},
+    {"NoRows", {"Rien à montrer", "Nothing to show", "Nada a mostrar", "Nada que mostrar"}},
+
     {"LblCompteur", {"%1 fiches", "%1 rows", "%1 registos", "%1 filas"}},
     {"LblStat", {"Total %1", "Total %1", "Total %1", "Total %1"}},
 };

@@ -112,13 +112,6 @@ std::optional<std::string> ToWindows1252(std::string_view validUtf8) {
   return bytes;
 }
 
-std::string Encode(std::string_view utf8, std::string_view mark) {
-  const std::string text = RepairUtf8(utf8);
-  if (const auto bytes = ToWindows1252(text); bytes && DecodeSideFile(*bytes) == text)
-    return *bytes;
-  return std::string(mark) + text;
-}
-
 bool IsBlank(char letter) {
   return letter == ' ' || letter == '\t';
 }
@@ -160,12 +153,36 @@ std::string DecodeSideFile(std::string_view bytes) {
   return IsValidUtf8(bytes) ? std::string(bytes) : FromWindows1252(bytes);
 }
 
+void SideFileEncoding::Look(std::string_view utf8) {
+  if (!fits_ || utf8.empty()) return;
+  const auto bytes = ToWindows1252(RepairUtf8(utf8));
+  fits_ = bytes.has_value();
+  if (!fits_) return;
+  if (std::exchange(first_, false)) beginsAsMark_ = bytes->starts_with(kByteOrderMark);
+  ascii_ = ascii_ && std::all_of(bytes->begin(), bytes->end(),
+                                 [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+  readAsUtf8_ = readAsUtf8_ && IsValidUtf8(*bytes);
+}
+
+std::string SideFileEncoding::Mark() const {
+  return Windows1252() ? std::string() : std::string(kByteOrderMark);
+}
+
+std::string SideFileEncoding::Encode(std::string_view utf8) const {
+  std::string text = RepairUtf8(utf8);
+  return Windows1252() ? ToWindows1252(text).value_or(text) : text;
+}
+
 std::string EncodeSideFile(std::string_view utf8) {
-  return Encode(utf8, kByteOrderMark);
+  SideFileEncoding encoding;
+  encoding.Look(utf8);
+  return encoding.Mark() + encoding.Encode(utf8);
 }
 
 std::string EncodeAppended(std::string_view utf8) {
-  return Encode(utf8, {});
+  SideFileEncoding encoding;
+  encoding.Look(utf8);
+  return encoding.Encode(utf8);
 }
 
 std::vector<std::string> SplitLines(std::string_view text) {

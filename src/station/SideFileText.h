@@ -18,6 +18,22 @@ std::string DecodeSideFile(std::string_view bytes);
 // UTF-8 to bytes: Windows-1252 when every character fits, else UTF-8 behind a byte order mark. The
 // latter also for the rare text whose Windows-1252 bytes would be read back as something else.
 std::string EncodeSideFile(std::string_view utf8);
+// The encoding of a text that comes in parts, cut behind line ends: all of them are looked at
+// first.
+class SideFileEncoding {
+ public:
+  void Look(std::string_view utf8);                 // the next part
+  std::string Mark() const;                         // ahead of the first part
+  std::string Encode(std::string_view utf8) const;  // a part
+
+ private:
+  bool Windows1252() const { return fits_ && (ascii_ || (!readAsUtf8_ && !beginsAsMark_)); }
+
+  bool first_ = true;
+  bool fits_ = true, ascii_ = true;  // every character
+  bool readAsUtf8_ = true;           // its bytes in Windows-1252 would be
+  bool beginsAsMark_ = false;        // they would begin as the mark does
+};
 // The same without the mark, for a line that is appended to a file.
 std::string EncodeAppended(std::string_view utf8);
 

@@ -13,6 +13,8 @@ namespace zemo {
 
 namespace {
 
+constexpr size_t kLinesBetweenPauses = 200;
+
 // The line cut to the width of the page; what is left goes on under it.
 QStringList Wrapped(const QString& line, const QFontMetricsF& metrics, double width) {
   QStringList parts;
@@ -27,6 +29,14 @@ QStringList Wrapped(const QString& line, const QFontMetricsF& metrics, double wi
   return parts << rest;
 }
 
+void TellFailure(QWidget* parent, int langue) {
+  auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Alerte"),
+                              Translation(SharedTexts(), langue).Word("PrintFailed"),
+                              QMessageBox::Ok, parent);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
+}
+
 }  // namespace
 
 std::vector<std::string> LinesOfPages(const std::vector<std::vector<std::string>>& pages) {
@@ -39,7 +49,7 @@ std::vector<std::string> LinesOfPages(const std::vector<std::vector<std::string>
 }
 
 bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const char* family,
-                int points) {
+                int points, const std::function<void()>& pause) {
   QPainter painter;
   if (!painter.begin(&printer)) return false;
   QFont font(QString::fromLatin1(family));
@@ -49,7 +59,9 @@ bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const 
   const QFontMetricsF metrics(font, &printer);
   const QRectF page = printer.pageRect(QPrinter::DevicePixel);
   double y = 0;
+  size_t printed = 0;
   for (const std::string& line : lines) {
+    if (pause && ++printed % kLinesBetweenPauses == 0) pause();
     if (line == kNewPage) {
       printer.newPage();
       y = 0;
@@ -68,17 +80,21 @@ bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const 
 }
 
 void PrintOnPaper(QWidget* parent, const Questions& questions,
-                  const std::vector<std::string>& lines, const char* family, int points,
-                  int langue) {
+                  const std::vector<std::string>& lines, const char* family, int points, int langue,
+                  const std::function<void()>& pause) {
   QPrinter printer;
   printer.setPageOrientation(QPageLayout::Landscape);
   if (!questions.choosePrinter(parent, printer)) return;
-  if (PrintLines(printer, lines, family, points)) return;
-  auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Alerte"),
-                              Translation(SharedTexts(), langue).Word("PrintFailed"),
-                              QMessageBox::Ok, parent);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->open();
+  if (!PrintLines(printer, lines, family, points, pause)) TellFailure(parent, langue);
+}
+
+void PrintIntoPdf(QWidget* parent, const std::string& path, const std::vector<std::string>& lines,
+                  const char* family, int points, int langue, const std::function<void()>& pause) {
+  QPrinter printer;
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(QString::fromStdString(path));
+  printer.setPageOrientation(QPageLayout::Landscape);
+  if (!PrintLines(printer, lines, family, points, pause)) TellFailure(parent, langue);
 }
 
 }  // namespace zemo

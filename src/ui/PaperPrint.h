@@ -1,6 +1,7 @@
 // Lines of text on paper or in a PDF, through the system's printer.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,14 +16,18 @@ inline constexpr const char* kNewPage = "\f";  // a line that begins the next pa
 
 std::vector<std::string> LinesOfPages(const std::vector<std::vector<std::string>>& pages);
 
-// Page after page, each line as it stands; too long ones go on indented. False when the printer did
-// not take it.
+// Page after page, each line as it stands; too long ones go on indented. `pause`, behind some lines
+// each, serves other events. False when the printer did not take it.
 bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const char* family,
-                int points);
+                int points, const std::function<void()>& pause = {});
 
 // Asks for the printer first; a failure is told.
 void PrintOnPaper(QWidget* parent, const Questions& questions,
-                  const std::vector<std::string>& lines, const char* family, int points,
-                  int langue);
+                  const std::vector<std::string>& lines, const char* family, int points, int langue,
+                  const std::function<void()>& pause = {});
+// The same into a PDF of that path, in landscape.
+void PrintIntoPdf(QWidget* parent, const std::string& path, const std::vector<std::string>& lines,
+                  const char* family, int points, int langue,
+                  const std::function<void()>& pause = {});
 
 }  // namespace zemo

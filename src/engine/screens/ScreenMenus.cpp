@@ -61,7 +61,7 @@ ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
   MnuImprime_ = Add(MnuEdit_, "MnuImprime", [this] { orders_.printList(); });
 
   Options_ = AddMenu(bar, "Options");
-  AddToCome(Options_, "MnuRapport");
+  AddScreen(Options_, "MnuRapport", orders_.report);
   Add(Options_, "MakePubduJour", [this] { orders_.composeGrid(); });
   Add(Options_, "MnuPrevision", [this] {
     orders_.forecast();

@@ -15,7 +15,7 @@ struct Station;
 class Translation;
 
 struct MenuOrders {
-  std::function<void()> library, campaigns, settings;  // empty: to come
+  std::function<void()> library, campaigns, report, settings;  // empty: to come
   std::function<void()> storedLists, insertBreak, composeGrid, printList, forecast, password, quit;
 };
 

@@ -47,16 +47,53 @@ TEST_F(ReportFigures, ATitleHasItsPlaysOfEachDayFromTheFirstRowToTheLast) {
   Add({.time = "23:59:59", .artist = "B", .title = "One", .day = kToday + 1});
   Add({.time = "12:00:00", .artist = "A", .title = "One", .day = kToday + 3});
   const ReportRows& rows = Rows(24);
-  const TitleFigures figures = PlaysByDay(rows, 1, none);
-  EXPECT_EQ(figures.firstDay, kToday);
+  const TitleFigures figures = PlaysOverTime(rows, 1, none);
+  EXPECT_EQ(figures.stepSec, 86400);
+  EXPECT_EQ(figures.firstSec, int64_t{kToday} * 86400);
   EXPECT_EQ(figures.plays, (std::vector<uint32_t>{0, 2, 0, 1}));
+  EXPECT_EQ(figures.Total(), 3U);
+}
+
+TEST_F(ReportFigures, InThreeDaysOrLessATitleHasItsPlaysOfEachHour) {
+  Add({.time = "22:10:00", .title = "Other", .day = kToday});
+  Add({.time = "23:59:59", .title = "One", .day = kToday});
+  Add({.time = "00:00:00", .title = "One", .day = kToday + 1});
+  Add({.time = "00:20:00", .title = "One", .day = kToday + 1});
+  Add({.time = "02:00:00", .title = "Other", .day = kToday + 1});
+  const TitleFigures figures = PlaysOverTime(Rows(22), 1, none);
+  EXPECT_EQ(figures.stepSec, 3600);
+  EXPECT_EQ(figures.firstSec, int64_t{kToday} * 86400 + 22 * 3600);
+  EXPECT_EQ(figures.plays, (std::vector<uint32_t>{0, 1, 2, 0, 0}));
+}
+
+// 21 November 2026 is a Saturday, 28 February 2027 a Sunday, the last day of the 15th week.
+TEST_F(ReportFigures, InMoreThanAHundredDaysATitleHasItsPlaysOfEachWeekFromMonday) {
+  Add({.title = "One", .day = kToday});
+  Add({.title = "One", .day = kToday + 1});
+  Add({.title = "One", .day = kToday + 2});
+  Add({.title = "One", .day = kToday + 99});
+  editor.LblDate = "21/11/2026";
+  editor.LblDateFin = "31/12/2027";
+  Report::VoirRapport(on.station, editor);
+  ASSERT_EQ(PlaysOverTime(*editor.ListRap.rows, 0, none).plays.size(), 100U);
+  Add({.title = "One", .day = kToday + 100});
+  Report::VoirRapport(on.station, editor);
+  const TitleFigures figures = PlaysOverTime(*editor.ListRap.rows, 0, none);
+  EXPECT_EQ(figures.stepSec, 7 * 86400);
+  EXPECT_EQ(figures.firstSec, int64_t{kToday - 5} * 86400);
+  std::vector<uint32_t> weeks(16);
+  weeks[0] = 2;
+  weeks[1] = 1;
+  weeks[14] = 1;
+  weeks[15] = 1;
+  EXPECT_EQ(figures.plays, weeks);
 }
 
 TEST_F(ReportFigures, OfNoRowsThereAreNone) {
   const ReportRows& rows = Rows();
   EXPECT_TRUE(PlaysBy(rows, RapCol::kVariety, none).empty());
   EXPECT_TRUE(PlaysByHourAndGenre(rows, none).genres.empty());
-  EXPECT_TRUE(PlaysByDay(rows, 0, none).plays.empty());
+  EXPECT_TRUE(PlaysOverTime(rows, 0, none).plays.empty());
 }
 
 TEST_F(ReportFigures, OtherEventsAreServedWhileManyRowsAreCounted) {
@@ -64,7 +101,7 @@ TEST_F(ReportFigures, OtherEventsAreServedWhileManyRowsAreCounted) {
       "INSERT INTO Rapport (GENRE, TITRE, DATENUM) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
       "SELECT i + 1 FROM n WHERE i < 200000) SELECT 'POP', 'One', 46347.5 FROM n");
   int pauses = 0;
-  const TitleFigures figures = PlaysByDay(Rows(), 0, [&] { ++pauses; });
+  const TitleFigures figures = PlaysOverTime(Rows(), 0, [&] { ++pauses; });
   EXPECT_EQ(figures.plays, std::vector<uint32_t>{200000});
   EXPECT_EQ(pauses, 1);
 }

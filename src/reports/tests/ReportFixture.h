@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "reports/ReportScreen.h"
+#include "station/TimeForms.h"
 #include "support/TestStation.h"
 
 namespace zemo {
@@ -38,11 +39,10 @@ struct ReportFixture : testing::Test {
     on.Sql(
         "INSERT INTO Rapport (LADATE, HEURE, AUTEURCOMPOSITEUR, AUTEUR, TITRE, GENRE, VARIETE, "
         "LABEL, REFERENCE, DATENUM) VALUES ('" +
-        std::to_string(21 + row.day - kToday) + "/11/2026', '" + row.time + "', " +
-        quoted(row.composer) + ", " + quoted(row.artist) + ", " + quoted(row.title) + ", " +
-        quoted(row.genre) + ", " + quoted(row.variety) + ", " + quoted(row.label) + ", " +
-        quoted(row.reference) + ", " + std::to_string(row.day) + " + " + std::to_string(seconds) +
-        " / 86400.0)");
+        DateText(FromDateSerial(row.day)) + "', '" + row.time + "', " + quoted(row.composer) +
+        ", " + quoted(row.artist) + ", " + quoted(row.title) + ", " + quoted(row.genre) + ", " +
+        quoted(row.variety) + ", " + quoted(row.label) + ", " + quoted(row.reference) + ", " +
+        std::to_string(row.day) + " + " + std::to_string(seconds) + " / 86400.0)");
   }
   void Open() { Report::MnuRapport_Click(on.station, editor); }
   LocalDateTime Day(int day) {

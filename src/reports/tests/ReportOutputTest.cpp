@@ -1,5 +1,7 @@
 // What leaves the report screen: files, paper, sheets, the on-air list.
+#include <algorithm>
 #include <map>
+#include <memory>
 
 #include "ReportFixture.h"
 #include "platform/Folder.h"
@@ -9,10 +11,28 @@ namespace zemo {
 namespace {
 
 struct ReportOutput : ReportFixture {
-  std::map<std::string, std::string> files;
-  Report::WriteFile write = [this](const std::string& path, std::string_view bytes) {
-    files[path] = bytes;
+  // What stands under a name once it is whole.
+  struct FileInMemory : FileInParts {
+    FileInMemory(std::string& file, int& appended) : file_(file), appended_(appended) {}
+    void Append(std::string_view bytes) override { ++appended_, text_ += bytes; }
+    void Finish() override { file_ = text_; }
+    std::string& file_;
+    int& appended_;
+    std::string text_;
   };
+  std::map<std::string, std::string> files;
+  int appended = 0;
+  struct : SpreadsheetWriter {
+    void Write(const std::string& toPath, const Sheet& written) override {
+      path = toPath, sheet = written;
+    }
+    std::string path;
+    Sheet sheet;
+  } sheets;
+  Report::ExportFiles write{[this](const std::string& path) {
+                              return std::make_unique<FileInMemory>(files[path], appended);
+                            },
+                            nullptr};
 };
 
 TEST_F(ReportOutput, TheReportIsNineCellsBetweenTabsALineWithNoneBehindTheLast) {
@@ -58,10 +78,43 @@ TEST_F(ReportOutput, OfAnEmptyListThereIsNothingButTheMessage) {
   EXPECT_EQ(on.station.PL.Count(), 1);
 }
 
+// In parts of 1000 lines behind the mark, with other events between them.
+TEST_F(ReportOutput, OfManyRowsTheFileIsWrittenInPartsWhileOtherEventsAreServed) {
+  on.Sql(
+      "INSERT INTO Rapport (TITRE, DATENUM) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + "
+      "1 FROM n WHERE i < 2500) SELECT CASE i WHEN 2500 THEN 'Łódź' ELSE 'é' END, 46347 + i / "
+      "10000.0 FROM n");
+  Open();
+  int served = 0;
+  on.loop.Post([&] { ++served; });
+  Report::BtnExport_Click(on.station, editor, "f", write);
+  EXPECT_EQ(served, 1);
+  EXPECT_EQ(appended, 4);
+  const std::string& text = files["f"];
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 2500);
+  EXPECT_EQ(text.substr(0, 3), "\xEF\xBB\xBF");
+  EXPECT_NE(text.find("\té\t"), std::string::npos);
+  EXPECT_EQ(text.substr(text.size() - 15), "\tŁódź\t\t\t\t\t\r\n");
+}
+
+TEST_F(ReportOutput, APathThatEndsInXlsxIsASpreadsheet) {
+  Add({.artist = "A", .title = "One"});
+  Open();
+  Report::BtnStats_Click(on.station, editor);
+  write.spreadsheets = &sheets;
+  Report::BtnExport_Click(on.station, editor, "/rows.xlsx", write);
+  EXPECT_EQ(sheets.path, "/rows.xlsx");
+  EXPECT_EQ(sheets.sheet.cells.size(), 18U);
+  Report::ExportStat(on.station, editor, "/rotations.XLSX", write);
+  EXPECT_EQ(sheets.path, "/rotations.XLSX");
+  EXPECT_EQ(sheets.sheet.cells.size(), 12U);
+  EXPECT_TRUE(files.empty());
+}
+
 TEST_F(ReportOutput, AFileThatCannotBeWrittenIsToldAndLogged) {
   Add({});
   Open();
-  write = [](const std::string& path, std::string_view) {
+  write.open = [](const std::string& path) -> std::unique_ptr<FileInParts> {
     throw FileError(path + ": No space left on device");
   };
   Report::BtnExport_Click(on.station, editor, "/out.xlt", write);

@@ -198,6 +198,31 @@ TEST_F(ReportScreen, AHeadSortsByItsColumnWithoutRegardToCaseAndEqualRowsKeepThe
   EXPECT_EQ(Titles(), (Texts{"1", "2", "3", "4", "5"}));
 }
 
+TEST_F(ReportScreen, TheNextClickOnTheSameHeadTurnsTheOrderAround) {
+  Add({.time = "10:00:00", .artist = "B", .title = "One"});
+  Add({.time = "10:01:00", .artist = "A", .title = "Two"});
+  Add({.time = "10:02:00", .artist = "C", .title = "Two"});
+  Open();
+  EXPECT_FALSE(editor.ListRap.sorting.column);
+  const auto click = [&](int column) {
+    Report::ListRap_ColumnClick(on.station, editor, column);
+    return Column(editor.ListRap, RapCol::kArtist);
+  };
+  EXPECT_EQ(click(RapCol::kArtist), (Texts{"A", "B", "C"}));
+  EXPECT_EQ(click(RapCol::kArtist), (Texts{"C", "B", "A"}));
+  EXPECT_TRUE(editor.ListRap.sorting.down);
+  EXPECT_EQ(click(RapCol::kArtist), (Texts{"A", "B", "C"}));
+  Report::BtnStats_Click(on.station, editor);
+  EXPECT_EQ(editor.ListRap.sorting.column, RapCol::kTitle);
+  EXPECT_EQ(click(RapCol::kTitle), (Texts{"B", "A", "C"}));  // the first click
+  Report::ListStat_ColumnClick(on.station, editor, StatCol::kPlays);
+  EXPECT_EQ(Column(editor.ListStat, StatCol::kTitle), (Texts{"One", "Two"}));
+  Report::ListStat_ColumnClick(on.station, editor, StatCol::kPlays);
+  EXPECT_EQ(Column(editor.ListStat, StatCol::kTitle), (Texts{"Two", "One"}));
+  Report::VoirRapport(on.station, editor);
+  EXPECT_FALSE(editor.ListRap.sorting.column);
+}
+
 // Six slices of titles, each of them twice; 7 shares no factor with 50000.
 TEST_F(ReportScreen, ManyTitlesAreSortedAsFewAre) {
   on.Sql(
@@ -245,6 +270,27 @@ TEST_F(ReportScreen, AFilterTypedWhileTheRowsAreReadTakesThePlaceOfThatReading) 
   EXPECT_EQ(typed, 1);
   EXPECT_EQ(editor.LblCompteur, "6000 Fiches");
   EXPECT_EQ(editor.working, 0);
+}
+
+// However quickly one types: no reading stands on another one's stack.
+TEST_F(ReportScreen, AReadingThatIsAskedForMeanwhileLeavesItToTheOneAtWork) {
+  on.Sql(
+      "INSERT INTO Rapport (AUTEUR, TITRE, DATENUM) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+      "SELECT i + 1 FROM n WHERE i < 12000) SELECT CASE i % 2 WHEN 0 THEN 'even' ELSE 'odd' END, "
+      "i, 46347 + i / 20000.0 FROM n");
+  Open();
+  std::vector<std::string> counts;
+  editor.listed = [&] { counts.push_back(editor.LblCompteur); };
+  on.loop.Post([&] {
+    Report::FiltreArtiste_Change(on.station, editor, "even");
+    EXPECT_TRUE(counts.empty());
+    EXPECT_EQ(editor.working, 1);
+    on.loop.Post([&] { Report::FiltreArtiste_Change(on.station, editor, "odd"); });
+  });
+  Report::VoirRapport(on.station, editor);
+  EXPECT_EQ(counts, Texts{"6000 Fiches"});
+  EXPECT_EQ(editor.ListRap.Cell(0, RapCol::kArtist), "odd");
+  EXPECT_FALSE(editor.reading);
 }
 
 TEST_F(ReportScreen, AReadingOfFewRowsServesNoOtherEvent) {

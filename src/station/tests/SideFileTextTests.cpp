@@ -59,6 +59,31 @@ TEST(EncodeSideFile, WritesUtf8WhereWindows1252WouldBeReadAsSomethingElse) {
   EXPECT_EQ(DecodeSideFile(EncodeSideFile("ï»¿x")), "ï»¿x");
 }
 
+TEST(SideFileEncoding, OfPartsIsThatOfTheirWhole) {
+  const auto inParts = [](const std::vector<std::string>& parts) {
+    SideFileEncoding encoding;
+    for (const std::string& part : parts) encoding.Look(part);
+    std::string bytes = encoding.Mark();
+    for (const std::string& part : parts) bytes += encoding.Encode(part);
+    return bytes;
+  };
+  for (const std::vector<std::string>& parts :
+       std::vector<std::vector<std::string>>{{"a\r\n", "b\r\n"},
+                                             {"a\r\n", "été\r\n"},
+                                             {"été\r\n", "Łódź\r\n", "a\r\n"},
+                                             {"Ã©\r\n", "a\r\n"},
+                                             {"Ã©\r\n", "é\r\n"},
+                                             {"ï»¿x\r\n", "é\r\n"},
+                                             {"é\r\n", "ï»¿x\r\n"},
+                                             {"\xE9\r\n", "é\r\n"}}) {
+    std::string whole;
+    for (const std::string& part : parts) whole += part;
+    EXPECT_EQ(inParts(parts), EncodeSideFile(whole)) << whole;
+  }
+  EXPECT_EQ(inParts({"a\r\n", "été\r\n"}), "a\r\n\xE9t\xE9\r\n");
+  EXPECT_EQ(inParts({"été\r\n", "Łódź\r\n"}), kMark + "été\r\nŁódź\r\n");
+}
+
 TEST(EncodeSideFile, EveryByteOfWindows1252ComesBackAsItWas) {
   for (int byte = 0; byte < 256; ++byte) {
     // Behind a letter that no UTF-8 has, so that the text is taken as Windows-1252.

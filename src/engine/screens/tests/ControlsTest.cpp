@@ -343,6 +343,17 @@ TEST_F(Screen, TheCampaignsAreOpenedByTheirEntry) {
   EXPECT_EQ(entry->text(), "&Horaires des pubs...");
 }
 
+TEST_F(Screen, TheReportIsOpenedByItsEntry) {
+  int opened = 0;
+  sources.openReport = [&] { ++opened; };
+  Open();
+  auto* entry = window->findChild<QAction*>("MnuRapport");
+  ASSERT_TRUE(entry->isEnabled());
+  entry->trigger();
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(entry->text(), "&Rapport de diffusion...");
+}
+
 TEST_F(Screen, TheSettingsAreOpenedByTheirEntryUnlessItIsBarred) {
   int opened = 0;
   sources.openSettings = [&] { ++opened; };

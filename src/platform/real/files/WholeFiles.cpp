@@ -102,30 +102,50 @@ void SyncFolderOf(const std::string& path, const DiskSync& disk) {
   Sync(disk, folder.Number(), path);
 }
 
-// Without `disk` nothing waits for it.
+// A file beside the one that it is to replace. Without `disk` nothing waits for it.
 // `mode` of the new file, whatever an old one has; without one the old file's, or the usual one.
+class Replacement : public FileInParts {
+ public:
+  explicit Replacement(const std::string& path, const DiskSync* disk = nullptr,
+                       std::optional<mode_t> mode = std::nullopt)
+      : path_(path), target_(BehindLinks(path)), disk_(disk), mode_(mode) {
+    struct stat status;
+    const bool existed = ::stat(target_.c_str(), &status) == 0;
+    if (existed && S_ISDIR(status.st_mode)) Fail(path_, EISDIR);
+    if (existed && !S_ISREG(status.st_mode)) throw FileError(path_ + ": not a regular file");
+    const std::string temporary = TemporaryBeside(target_);
+    file_.emplace(temporary, O_WRONLY | O_CREAT | O_TRUNC, mode_.value_or(kNewFileMode));
+    if (file_->OpenReason() != 0) Fail(path_, file_->OpenReason());
+    temporary_ = temporary;
+    if (existed && !mode_) mode_ = status.st_mode & 07777;
+  }
+  ~Replacement() override {
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+  }
+
+  void Append(std::string_view bytes) override { file_->WriteAll(bytes); }
+  void Finish() override {
+    if (mode_ && fchmod(file_->Number(), *mode_) != 0) Fail(path_, errno);
+    if (disk_) Sync(*disk_, file_->Number(), path_);
+    file_->Close();
+    if (::rename(temporary_.c_str(), target_.c_str()) != 0) Fail(path_, errno);
+    temporary_.clear();
+    if (disk_) SyncFolderOf(target_, *disk_);
+  }
+
+ private:
+  const std::string path_, target_;
+  const DiskSync* disk_;
+  std::optional<mode_t> mode_;
+  std::optional<Descriptor> file_;
+  std::string temporary_;  // empty: there is none
+};
+
 void Replace(const std::string& path, std::string_view bytes, const DiskSync* disk,
              std::optional<mode_t> mode = std::nullopt) {
-  const std::string target = BehindLinks(path);
-  struct stat status;
-  const bool existed = ::stat(target.c_str(), &status) == 0;
-  if (existed && S_ISDIR(status.st_mode)) Fail(path, EISDIR);
-  if (existed && !S_ISREG(status.st_mode)) throw FileError(path + ": not a regular file");
-  const std::string temporary = TemporaryBeside(target);
-  try {
-    Descriptor file(temporary, O_WRONLY | O_CREAT | O_TRUNC, mode.value_or(kNewFileMode));
-    if (file.OpenReason() != 0) Fail(path, file.OpenReason());
-    file.WriteAll(bytes);
-    if (existed && !mode) mode = status.st_mode & 07777;
-    if (mode && fchmod(file.Number(), *mode) != 0) Fail(path, errno);
-    if (disk) Sync(*disk, file.Number(), path);
-    file.Close();
-    if (::rename(temporary.c_str(), target.c_str()) != 0) Fail(path, errno);
-  } catch (const FileError&) {
-    ::unlink(temporary.c_str());
-    throw;
-  }
-  if (disk) SyncFolderOf(target, *disk);
+  Replacement file(path, disk, mode);
+  file.Append(bytes);
+  file.Finish();
 }
 
 void Append(const std::string& path, std::string_view bytes, const DiskSync* disk) {
@@ -188,6 +208,10 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
 
 void ReplaceWholeFile(const std::string& path, std::string_view bytes) {
   Replace(path, bytes, nullptr);
+}
+
+std::unique_ptr<FileInParts> ReplaceFileInParts(const std::string& path) {
+  return std::make_unique<Replacement>(path);
 }
 
 void ReplaceWholeFileDurably(const std::string& path, std::string_view bytes,

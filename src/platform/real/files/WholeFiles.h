@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/FileInParts.h"
 #include "platform/Folder.h"
 
 namespace zemo {
@@ -39,6 +41,8 @@ std::optional<std::string> ReadWholeFile(const std::string& path);
 // and a full disk leaves the old ones. The file keeps its permissions; a link stays and its target
 // is replaced. Makes no folder.
 void ReplaceWholeFile(const std::string& path, std::string_view bytes);
+// The same of a file that comes in parts.
+std::unique_ptr<FileInParts> ReplaceFileInParts(const std::string& path);
 // The same, so that a power cut at any moment leaves the old bytes or the new ones, and the new
 // ones once it has come back. May wait for the disk, tenths of a second on a busy one. Bytes that
 // cannot be brought onto the disk are an error and leave the old ones; where only the new name

@@ -53,6 +53,23 @@ TEST_F(WholeFiles, AreReplacedWithoutAnythingLeftBeside) {
   EXPECT_EQ(folder.Names(), (Names{"a", "b"}));
 }
 
+TEST_F(WholeFiles, InPartsTakeTheirNameWhenTheyAreWhole) {
+  folder.Put("a", "old");
+  {
+    const auto file = ReplaceFileInParts(folder / "a");
+    file->Append("new ");
+    EXPECT_EQ(folder.Get("a"), "old");
+    file->Append("and whole");
+    file->Finish();
+  }
+  EXPECT_EQ(folder.Get("a"), "new and whole");
+  ReplaceFileInParts(folder / "a")->Append("given up");
+  EXPECT_EQ(folder.Get("a"), "new and whole");
+  EXPECT_EQ(folder.Names(), Names{"a"});
+  EXPECT_EQ(FileErrorOf([&] { ReplaceFileInParts(folder / "no/a"); }),
+            folder / "no/a" + ": No such file or directory");
+}
+
 TEST_F(WholeFiles, KeepTheirPermissionsWhenReplaced) {
   const std::string path = folder.Put("a", "old");
   ASSERT_EQ(chmod(path.c_str(), 0640), 0);
