@@ -45,6 +45,7 @@ constexpr RoutineText kTexts[] = {
     {"Ajouter cette Catégorie à la liste", {kRoutines, "Add this category to the list", "Juntar esta categoria à lista", "Añadir esta categoría a la lista"}},
     {"Effacer cette Catégorie %1", {kRoutines, "Delete this category %1", "Apagar esta categoria %1", "Borrar esta categoría %1"}},
     {"Vous n'avez rien dans la liste", {kRoutines, "There is nothing in the list", "Não há nada na lista", "No hay nada en la lista"}},
+    {"Voulez-vous sauvegarder les modifications ?", {kRoutines, "Save the changes?", "Guardar as alterações?", "¿Guardar los cambios?"}},
     // what works
     {"COMPOSITION DES PUBS EN COURS...", {kRoutines, "COMPOSING THE DAY'S GRID...", "A COMPOR A TABELA DO DIA...", "COMPONIENDO LA TABLA DEL DÍA..."}},
     {"OPTIMISATION POUR TOP HORAIRE", {kRoutines, "FITTING TO THE HOUR PIP", "AJUSTE AO SINAL HORÁRIO", "AJUSTE A LA SEÑAL HORARIA"}},
