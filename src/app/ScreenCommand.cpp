@@ -30,6 +30,7 @@
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
 #include "settings/screens/SettingsDesk.h"
+#include "traffic/screens/CampaignDesk.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
 
@@ -174,17 +175,26 @@ int OpenScreen(const AirOptions& options) {
   };
   librarySources.waveforms = &waveforms;
   LibraryDesk library(station, librarySources);
+  CampaignSources campaignSources;
+  campaignSources.chooseFiles = [&library](QWidget* over, const std::string& file,
+                                           const std::vector<std::string>& known,
+                                           OfficeWindow::TakeFiles take) {
+    library.Selector().Choose(*over, file, known, std::move(take));
+  };
+  CampaignDesk campaigns(station, campaignSources);
   QPointer<OnAirWindow> main;
   sources.openLibrary = [&library] { library.Open(); };
+  sources.openCampaigns = [&campaigns] { campaigns.Open(); };
   sources.openMusicCard = [&library](int32_t code) { library.OpenOnCard(code); };
   sources.openSelector = [&library, &main](const std::string& path) {
     library.OpenSelector(*main, path);
   };
   SettingsDesk settings(station, SettingsSourcesOf(real, library));
   sources.openSettings = [&settings] { settings.Open(); };
-  sources.leaveOthers = [&library, &settings] {
+  sources.leaveOthers = [&library, &campaigns, &settings] {
     const bool settingsLeft = settings.Leave();
-    return library.Leave() && settingsLeft;
+    const bool campaignsLeft = campaigns.Leave();
+    return library.Leave() && campaignsLeft && settingsLeft;
   };
   OnAirWindow window(station, sources);
   main = &window;
@@ -207,6 +217,7 @@ int OpenScreen(const AirOptions& options) {
   watch->SetEnabled(true);
   real.loop.Run();
   library.Leave();
+  campaigns.Leave();
   settings.Leave();
   if (!left) EndInOrder(station);
   return EndStatus(station);

@@ -34,19 +34,44 @@ void MarkColumn(TextGrid& grid, int column, bool cross) {
   for (int row = kFirstMomentRow; row < grid.RowCount(); ++row) Put(grid, row, column, cross);
 }
 
+bool IsCell(const TextGrid& grid, GridPlace place) {
+  return IsMoment(grid, place.row) && IsDay(grid, place.column);
+}
+
 void Toggle(TextGrid& grid, GridPlace place) {
-  if (!IsMoment(grid, place.row) || !IsDay(grid, place.column)) return;
+  if (!IsCell(grid, place)) return;
   Put(grid, place.row, place.column, grid.Cell(place.row, place.column) != kCross);
 }
 
+// What the cursor's column holds takes the month's place there.
+void ShowCounts(CampaignEditor& editor, int column) {
+  editor.LblTotalMsg = std::to_string(CountCrosses(editor));
+  if (IsDay(editor.GPub, column))
+    editor.GPub.SetCell(0, column, std::to_string(CrossesInColumn(editor.GPub, column)));
+}
+
 }  // namespace
+
+bool Campaigns::TakesMarks(const CampaignEditor& editor) {
+  return editor.BtnReplacerEnabled || editor.BtnAjouterEnabled;
+}
+
+void Campaigns::GPub_MouseMove(Station& station, CampaignEditor& editor, GridPlace place,
+                               bool cross) {
+  try {
+    if (editor.fromOverview || !TakesMarks(editor) || !IsCell(editor.GPub, place)) return;
+    Put(editor.GPub, place.row, place.column, cross);
+    ShowCounts(editor, place.column);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "GPub");
+  }
+}
 
 void Campaigns::GPub_MouseUp(Station& station, CampaignEditor& editor, MouseButton button,
                              bool shift, bool control, GridPlace place) {
   if (editor.fromOverview) return;
   try {
-    if (!editor.BtnReplacerEnabled && !editor.BtnAjouterEnabled)
-      return ShowAlert(station, NoCampaignText(station));
+    if (!TakesMarks(editor)) return ShowAlert(station, NoCampaignText(station));
     TextGrid& grid = editor.GPub;
     const bool cross = button == MouseButton::kLeft;
     if (shift)
@@ -55,9 +80,7 @@ void Campaigns::GPub_MouseUp(Station& station, CampaignEditor& editor, MouseButt
       MarkColumn(grid, place.column, cross);
     else
       Toggle(grid, place);
-    editor.LblTotalMsg = std::to_string(CountCrosses(editor));
-    if (IsDay(grid, place.column))
-      grid.SetCell(0, place.column, std::to_string(CrossesInColumn(grid, place.column)));
+    ShowCounts(editor, place.column);
   } catch (const std::exception&) {
     LogCurrentException(station, "GPub");
   }

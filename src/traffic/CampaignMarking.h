@@ -20,6 +20,12 @@ namespace Campaigns {
 void GPub_MouseUp(Station& station, CampaignEditor& editor, MouseButton button, bool shift,
                   bool control, GridPlace place);
 
+// Whether a mark goes onto the grid as it stands; GPub_MouseUp tells why not.
+bool TakesMarks(const CampaignEditor& editor);
+// The held mouse passes over that cell, which becomes what the first one became. Nothing where no
+// mark is taken.
+void GPub_MouseMove(Station& station, CampaignEditor& editor, GridPlace place, bool cross);
+
 void BtnCopyGrille_Click(CampaignEditor& editor);
 // The crosses of the copy onto the grid as it stands, which keeps its size, its days and moments.
 void BtnCollerGrille_Click(CampaignEditor& editor);

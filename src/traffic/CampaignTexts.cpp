@@ -41,6 +41,10 @@ constexpr Word kCampaigns[] = {
     {"For.LblTotalMsg", {"Messages", "Messages", "Mensagens", "Mensajes"}},
     {"For.PLPub", {"Liste des campagnes", "List of campaigns", "Lista das campanhas", "Lista de campañas"}},
     {"For.GPub", {"Grille des passages", "Grid of crosses", "Tabela de passagens", "Tabla de pases"}},
+    {"StartTip", {"Ouvre le calendrier ; clic droit ou Suppr : campagne JOURNALIER, toutes les semaines", "Opens the calendar; right click or Delete: a JOURNALIER campaign, every week", "Abre o calendário; botão direito ou Delete: campanha JOURNALIER, todas as semanas", "Abre el calendario; botón derecho o Supr: campaña JOURNALIER, todas las semanas"}},
+    {"EndTip", {"Ouvre le calendrier ; le jour choisi refait la grille", "Opens the calendar; the day picked builds the grid", "Abre o calendário; o dia escolhido refaz a tabela", "Abre el calendario; el día elegido rehace la tabla"}},
+    {"GridTip", {"Clic : une case ; Maj : la ligne ; Ctrl : la colonne ; glisser peint. Bouton droit : vide ligne ou colonne. Clavier : flèches, espace, Suppr", "Click: a cell; Shift: the row; Ctrl: the column; dragging paints. Right button: empties row or column. Keys: arrows, space, Delete", "Clique: uma célula; Shift: a linha; Ctrl: a coluna; arrastar pinta. Botão direito: esvazia linha ou coluna. Teclado: setas, espaço, Delete", "Clic: una casilla; Mayús: la fila; Ctrl: la columna; arrastrar pinta. Botón derecho: vacía fila o columna. Teclado: flechas, espacio, Supr"}},
+    {"GridDamaged", {"Le fichier de grille ne convient pas à la campagne", "The grid file does not fit the campaign", "O ficheiro da tabela não serve à campanha", "El fichero de la tabla no se ajusta a la campaña"}},
     {"OptPub.0", {"Publicité", "Spot", "Publicidade", "Publicidad"}},
     {"OptPub.1", {"Rubrique", "News", "Intercalar", "Rúbrica"}},
 

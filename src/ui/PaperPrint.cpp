@@ -29,6 +29,15 @@ QStringList Wrapped(const QString& line, const QFontMetricsF& metrics, double wi
 
 }  // namespace
 
+std::vector<std::string> LinesOfPages(const std::vector<std::vector<std::string>>& pages) {
+  std::vector<std::string> lines;
+  for (const auto& page : pages) {
+    if (!lines.empty()) lines.emplace_back(kNewPage);
+    lines.insert(lines.end(), page.begin(), page.end());
+  }
+  return lines;
+}
+
 bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const char* family,
                 int points) {
   QPainter painter;

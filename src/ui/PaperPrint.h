@@ -13,6 +13,8 @@ struct Questions;
 
 inline constexpr const char* kNewPage = "\f";  // a line that begins the next page
 
+std::vector<std::string> LinesOfPages(const std::vector<std::vector<std::string>>& pages);
+
 // Page after page, each line as it stands; too long ones go on indented. False when the printer did
 // not take it.
 bool PrintLines(QPrinter& printer, const std::vector<std::string>& lines, const char* family,

@@ -187,6 +187,7 @@ void OnAirWindow::MakeMenus() {
   menus_ = std::make_unique<ScreenMenus>(
       station_, *menuBar(),
       MenuOrders{.library = sources_.openLibrary,
+                 .campaigns = sources_.openCampaigns,
                  .settings = sources_.openSettings,
                  .storedLists = [this] { PressToolbar(Toolbar::kLive); },
                  .insertBreak = [this] { ShowGridForInsertion(); },

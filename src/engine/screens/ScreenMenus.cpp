@@ -37,14 +37,18 @@ QAction* ScreenMenus::AddToCome(QMenu* menu, const char* name) {
   return action;
 }
 
+void ScreenMenus::AddScreen(QMenu* menu, const char* name, const std::function<void()>& order) {
+  if (order)
+    Add(menu, name, order);
+  else
+    AddToCome(menu, name);
+}
+
 ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
     : station_(station), orders_(std::move(orders)) {
   MnuEdit_ = AddMenu(bar, "MnuEdit");
-  if (orders_.library)
-    Add(MnuEdit_, "Discotheque", [this] { orders_.library(); });
-  else
-    AddToCome(MnuEdit_, "Discotheque");
-  AddToCome(MnuEdit_, "MnuHPubs");
+  AddScreen(MnuEdit_, "Discotheque", orders_.library);
+  AddScreen(MnuEdit_, "MnuHPubs", orders_.campaigns);
   MnuModels_ = MnuEdit_->addMenu(QString());
   MnuModels_->setObjectName(QStringLiteral("MnuModels"));
   MnuModels_->setToolTipsVisible(true);

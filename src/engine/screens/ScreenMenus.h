@@ -15,7 +15,7 @@ struct Station;
 class Translation;
 
 struct MenuOrders {
-  std::function<void()> library, settings;  // empty: to come
+  std::function<void()> library, campaigns, settings;  // empty: to come
   std::function<void()> storedLists, insertBreak, composeGrid, printList, forecast, password, quit;
 };
 
@@ -29,6 +29,8 @@ class ScreenMenus {
  private:
   QAction* Add(QMenu* menu, const char* name, std::function<void()> order);
   QAction* AddToCome(QMenu* menu, const char* name);
+  // The entry of another screen; to come without an order.
+  void AddScreen(QMenu* menu, const char* name, const std::function<void()>& order);
 
   Station& station_;
   MenuOrders orders_;

@@ -1,15 +1,14 @@
 #include "library/screens/LibraryWindow.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QMimeData>
 #include <QPointer>
+#include <QResizeEvent>
 #include <QSlider>
 #include <QStackedWidget>
 #include <QUrl>
-#include <exception>
 #include <utility>
 
 #include "library/LibraryPrint.h"
@@ -32,7 +31,7 @@ constexpr int kPrintPoints = 7;  // 62 lines a page
 }
 
 LibraryWindow::LibraryWindow(Station& station, LibrarySources sources)
-    : Window(station, "FrmDiscotheque", {{}, LibraryCaptions()}),
+    : OfficeWindow(station, "FrmDiscotheque", "Discotheque", {{}, LibraryCaptions()}),
       sources_(std::move(sources)),
       musicList_(station, editor_.PLDisco, [this] { ShowLists(); }) {
   sources_.questions = WithSystemDialogues(std::move(sources_.questions), Texts().Langue());
@@ -63,29 +62,13 @@ void LibraryWindow::Open() {
 
 void LibraryWindow::OpenOnCard(int32_t code) {
   if (!editor_.open) fresh_.fill(false);
-  if (!barred_) Library::OpenOnCard(station_, editor_, code);
+  if (!Barred()) Library::OpenOnCard(station_, editor_, code);
   ShowSelf();
-}
-
-void LibraryWindow::ShowSelf() {
-  if (!editor_.open) return;
-  show();
-  raise();
-  activateWindow();
-  if (!barred_) ShowAll();
-}
-
-void LibraryWindow::closeEvent(QCloseEvent* event) {
-  if (!barred_) return Window::closeEvent(event);
-  event->ignore();
-  closes_ = true;
 }
 
 bool LibraryWindow::LeaveNow() {
   import_->Stop();
-  if (barred_) closes_ = true;
-  if (!barred_ && editor_.open) Left();
-  return !barred_;
+  return OfficeWindow::LeaveNow();
 }
 
 bool LibraryWindow::MayLeave() {
@@ -103,49 +86,6 @@ void LibraryWindow::Left() {
 }
 
 // --- orders ---
-
-void LibraryWindow::Run(const std::function<void()>& order) {
-  if (!editor_.open || barred_) return;
-  Guarded(order);
-  ShowAll();
-}
-
-// Controls are barred from before the routine on, as what asks the operator is no work of the
-// editor's own.
-void LibraryWindow::Work(std::function<void()> order) {
-  WhenFree([this, order = std::move(order)] {
-    if (!editor_.open || barred_) return;
-    Bar(true);
-    Guarded(order);
-    Bar(false);
-    ShowAll();
-    if (std::exchange(closes_, false)) close();
-  });
-}
-
-void LibraryWindow::Guarded(const std::function<void()>& order) {
-  try {
-    order();
-  } catch (const std::exception&) {
-    LogCurrentException(station_, "Discotheque");
-  }
-}
-
-void LibraryWindow::Bar(bool working) {
-  const QPointer<QWidget> focus = focusWidget();
-  barred_ = working;
-  body_->setEnabled(!working);
-  if (working) {
-    for (QAction* entry : findChildren<QAction*>()) entry->setEnabled(false);
-    setCursor(Qt::WaitCursor);
-    if (focus) setProperty("focusBefore", QVariant::fromValue<QObject*>(focus));
-    return;
-  }
-  unsetCursor();
-  for (QAction* entry : findChildren<QAction*>()) entry->setEnabled(true);
-  if (auto* before = qobject_cast<QWidget*>(property("focusBefore").value<QObject*>()))
-    before->setFocus();
-}
 
 std::function<void()> LibraryWindow::Doing(Routine routine) {
   return [this, routine] { routine(station_, editor_); };
@@ -183,7 +123,7 @@ void LibraryWindow::DeleteCards() {
 }
 
 void LibraryWindow::ChooseFiles() {
-  if (!sources_.chooseFiles || !editor_.open || barred_) return;
+  if (!sources_.chooseFiles || !editor_.open || Barred()) return;
   sources_.chooseFiles(this, Library::FileForSelector(station_, editor_), editor_.List1Tmp,
                        [window = QPointer(this)](const std::vector<std::string>& files) {
                          if (!window) return;
@@ -205,14 +145,9 @@ void LibraryWindow::Print() {
   Work([this] {
     musicList_.ToTheEnd();
     const PrintedPages printed = Library::MnuImp_Click(station_, editor_);
-    std::vector<std::string> lines;
-    for (const auto& page : printed.pages) {
-      if (!lines.empty()) lines.emplace_back(kNewPage);
-      lines.insert(lines.end(), page.begin(), page.end());
-    }
-    if (!lines.empty())
-      PrintOnPaper(this, sources_.questions, lines, kLibraryPrintFont, kPrintPoints,
-                   Texts().Langue());
+    if (!printed.pages.empty())
+      PrintOnPaper(this, sources_.questions, LinesOfPages(printed.pages), kLibraryPrintFont,
+                   kPrintPoints, Texts().Langue());
   });
 }
 
@@ -262,7 +197,7 @@ void LibraryWindow::GiveToSelected() {
 // --- import ---
 
 bool LibraryWindow::TakesDrops() const {
-  return editor_.open && !barred_ && editor_.OnCards() && import_->CanBegin();
+  return editor_.open && !Barred() && editor_.OnCards() && import_->CanBegin();
 }
 
 namespace {
@@ -325,7 +260,7 @@ void LibraryWindow::ChooseFolder() {
 
 void LibraryWindow::ShowImported(LibraryTab kind) {
   fresh_[static_cast<size_t>(kind) - 1] = false;
-  if (!editor_.open || barred_) return;  // shown at the end of what works
+  if (!editor_.open || Barred()) return;  // shown at the end of what works
   Library::ShowImported(station_, editor_, kind);
   ShowAll();
 }
@@ -371,7 +306,7 @@ void LibraryWindow::ShowCardInPlaceOfList() {
 
 void LibraryWindow::FillList() {
   CardList* list = ListOfTab();
-  if (!list || fresh_[editor_.Tab()] || barred_ || (!wide_ && !list->visible)) return;
+  if (!list || fresh_[editor_.Tab()] || Barred() || (!wide_ && !list->visible)) return;
   fresh_[editor_.Tab()] = true;  // not asked for again where it cannot be read
   if (editor_.TabStrip1 == LibraryTab::kMusic) return musicList_.Begin();
   if (editor_.TabStrip1 == LibraryTab::kJingles) return Work(Doing(Library::BtnRechJingles_Click));

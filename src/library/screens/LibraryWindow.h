@@ -12,12 +12,14 @@
 #include "library/screens/CardPage.h"
 #include "library/screens/ImportPane.h"
 #include "library/screens/MusicListFiller.h"
+#include "ui/OfficeWindow.h"
 #include "ui/Questions.h"
-#include "ui/Window.h"
 
 class QAction;
 class QBoxLayout;
+class QLabel;
 class QRadioButton;
+class QSlider;
 class QStackedWidget;
 class QTabBar;
 
@@ -35,29 +37,24 @@ inline constexpr int kWidthOfBoth =
 
 // What the window is given besides the station. References are not owned and outlive it.
 struct LibrarySources {
-  using TakeFiles = std::function<void(const std::vector<std::string>& files)>;
-  // Opens the sound file selector over a window; `known` are the stored paths that have cards.
-  std::function<void(QWidget* over, const std::string& currentFile,
-                     const std::vector<std::string>& known, TakeFiles take)>
-      chooseFiles;
+  using TakeFiles = OfficeWindow::TakeFiles;
+  OfficeWindow::FileChooser chooseFiles;      // `known`: the files that have cards
   SpreadsheetWriter* spreadsheets = nullptr;  // none: nothing is exported
   ImportSources import;
   Waveforms* waveforms = nullptr;  // none: no waveform is drawn
   Questions questions;             // with a dialogue of the system by default
 };
 
-// Modeless beside the air. While a routine works that yields, its controls are barred, and who
-// closes it waits for the routine's end. Sound files and folders that are dropped on it are
-// imported as cards of the tab that is shown; who closes it meanwhile is asked whether to stop
-// that. Thread: the logic's. The station outlives it.
-class LibraryWindow : public Window {
+// Modeless beside the air. Sound files and folders that are dropped on it are imported as cards of
+// the tab that is shown; who closes it meanwhile is asked whether to stop that. Thread: the
+// logic's. The station outlives it.
+class LibraryWindow : public OfficeWindow {
  public:
   LibraryWindow(Station& station, LibrarySources sources);
   void Open();                    // nothing while the menus are locked
   void OpenOnCard(int32_t code);  // of the music; while a routine works it only comes forward
-  // Stops an import. False while a routine works: it closes at its end.
-  bool LeaveNow();
-  bool IsOpen() const { return editor_.open; }
+  bool IsOpen() const override { return editor_.open; }
+  bool LeaveNow() override;  // an import is stopped
   const LibraryEditor& Editor() const { return editor_; }
 
  protected:
@@ -67,7 +64,6 @@ class LibraryWindow : public Window {
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
-  void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
@@ -80,10 +76,6 @@ class LibraryWindow : public Window {
   QWidget* SortOptions();
   QAction* AddMenu(QWidget* menu, const char* name, std::function<void()> order);
   CardListPane* AddList(const char* name, const char* search);
-  void Run(const std::function<void()>& order);
-  void Work(std::function<void()> order);
-  void Guarded(const std::function<void()>& order);
-  void Bar(bool working);
   // Of a routine of the editor.
   using Routine = void (*)(Station&, LibraryEditor&);
   std::function<void()> Doing(Routine routine);
@@ -91,8 +83,7 @@ class LibraryWindow : public Window {
   void ReplaceCard();
   void DeleteCards();
 
-  void ShowSelf();
-  void ShowAll();
+  void ShowAll() override;
   void ShowMenus();
   void ShowNavigation();
   void ShowLists();
@@ -119,8 +110,6 @@ class LibraryWindow : public Window {
   LibraryOrders orders_;
   MusicListFiller musicList_;
   bool wide_ = true;                     // the list stands beside the card
-  bool barred_ = false;                  // a routine works
-  bool closes_ = false;                  // at its end
   std::array<bool, kCardTabs> fresh_{};  // lists that show the cards as they are
 
   QWidget *body_ = nullptr, *card_ = nullptr, *sort_ = nullptr;

@@ -257,7 +257,7 @@ void LibraryWindow::MakeFrame() {
   layout->addLayout(top);
   layout->addLayout(both, 1);
   import_ = new ImportPane(station_, sources_.import, Texts(),
-                           {[this] { return editor_.open && !barred_; },
+                           {[this] { return editor_.open && !Barred(); },
                             [this](LibraryTab kind) { ShowImported(kind); }},
                            body_);
   layout->addWidget(import_);

@@ -35,6 +35,22 @@ TEST_F(Marking, AClickTurnsOneCellToAndFro) {
   EXPECT_EQ(s.editor.GPub.Cell(0, 2), "0");
 }
 
+TEST_F(Marking, TheHeldMousePaintsTheCellsItPasses) {
+  for (const auto& [row, column] : {std::pair(3, 1), {3, 2}, {4, 2}, {2, 2}, {4, 0}, {7, 2}})
+    Campaigns::GPub_MouseMove(s.station, s.editor, {row, column}, true);
+  EXPECT_EQ(Row(0), "1 2     ");
+  EXPECT_EQ(Row(3), "X X     ");
+  EXPECT_EQ(Row(4), " X     ");
+  EXPECT_EQ(s.editor.LblTotalMsg, "3");
+  Campaigns::GPub_MouseMove(s.station, s.editor, {3, 1}, false);
+  EXPECT_EQ(Row(3), " X     ");
+  EXPECT_EQ(s.editor.LblTotalMsg, "2");
+  s.editor.BtnAjouterEnabled = false;
+  Campaigns::GPub_MouseMove(s.station, s.editor, {3, 1}, true);
+  EXPECT_EQ(Row(3), " X     ");
+  EXPECT_TRUE(s.Events("message").empty());
+}
+
 TEST_F(Marking, ShiftMarksAndEmptiesTheRow) {
   Mouse(MouseButton::kLeft, "shift", 3, 5);
   EXPECT_EQ(Row(3), "X X X X X X X");

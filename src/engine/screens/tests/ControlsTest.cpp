@@ -332,6 +332,17 @@ TEST_F(Screen, TheLibraryIsOpenedByItsEntry) {
   EXPECT_EQ(entry->text(), "&Discothèque...");
 }
 
+TEST_F(Screen, TheCampaignsAreOpenedByTheirEntry) {
+  int opened = 0;
+  sources.openCampaigns = [&] { ++opened; };
+  Open();
+  auto* entry = window->findChild<QAction*>("MnuHPubs");
+  ASSERT_TRUE(entry->isEnabled());
+  entry->trigger();
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(entry->text(), "&Horaires des pubs...");
+}
+
 TEST_F(Screen, TheSettingsAreOpenedByTheirEntryUnlessItIsBarred) {
   int opened = 0;
   sources.openSettings = [&] { ++opened; };

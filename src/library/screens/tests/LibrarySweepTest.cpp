@@ -16,71 +16,12 @@
 #include "library/screens/MarkerPane.h"
 #include "library/screens/tests/LibraryWindowFixture.h"
 #include "store/SoundMeasuresTable.h"
+#include "ui/tests/WindowSweep.h"
 
 namespace zemo::test {
 namespace {
 
-struct Size {
-  int width, height;
-};
-constexpr Size kSizes[] = {{1024, 768}, {1280, 800}, {1920, 1080}};
-constexpr const char* kLanguageNames[] = {"fr", "en", "pt", "es"};
 constexpr const char* kLists[] = {"PLDisco", "PLJingles", "PLAutre"};
-
-std::string NameOf(const QWidget& widget) {
-  return widget.objectName().isEmpty() ? widget.metaObject()->className()
-                                       : widget.objectName().toStdString();
-}
-
-bool IsControl(const QWidget& widget) {
-  return qobject_cast<const QLabel*>(&widget) || qobject_cast<const QAbstractButton*>(&widget) ||
-         qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QLineEdit*>(&widget) ||
-         qobject_cast<const QSlider*>(&widget) || qobject_cast<const QTabBar*>(&widget);
-}
-
-int TextWidth(const QWidget& widget, QString text) {
-  return widget.fontMetrics().size(0, text.remove(u'&')).width();
-}
-
-// What of a control's text does not fit into it; empty for none.
-std::string CutText(const QWidget& widget) {
-  if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
-    const QSize room = label->contentsRect().size();
-    if (TextWidth(*label, label->text()) > room.width()) return label->text().toStdString();
-    return label->fontMetrics().height() > room.height() + 4 ? "too low" : "";
-  }
-  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
-    if (button->text().isEmpty()) return {};
-    return button->minimumSizeHint().width() > button->width() ? button->text().toStdString() : "";
-  }
-  if (const auto* tabs = qobject_cast<const QTabBar*>(&widget))
-    return tabs->sizeHint().width() > tabs->width() ? "tabs" : "";
-  if (const auto* combo = qobject_cast<const QComboBox*>(&widget)) {
-    QStyleOptionComboBox option;
-    option.initFrom(combo);
-    option.editable = combo->isEditable();
-    const QRect room = combo->style()->subControlRect(QStyle::CC_ComboBox, &option,
-                                                      QStyle::SC_ComboBoxEditField, combo);
-    return TextWidth(*combo, combo->currentText()) > room.width()
-               ? combo->currentText().toStdString()
-               : "";
-  }
-  // Boxes of a moment of play or of a number show it whole; long texts scroll.
-  const auto* box = qobject_cast<const QLineEdit*>(&widget);
-  const QString name = widget.objectName();
-  QStyleOptionFrame option;
-  option.initFrom(&widget);
-  if (box && (name.startsWith(QStringLiteral("ChDiffusion")) || name == QStringLiteral("Longeur")))
-    return TextWidth(*box, box->text()) + 4 >
-                   box->style()->subElementRect(QStyle::SE_LineEditContents, &option, box).width()
-               ? box->text().toStdString()
-               : "";
-  return {};
-}
-
-QRect OnScreen(const QWidget& widget, const QWidget& window) {
-  return {widget.mapTo(&window, QPoint()), widget.size()};
-}
 
 class LibrarySweep : public LibraryScreenTest, public testing::WithParamInterface<int> {
  protected:
@@ -134,45 +75,13 @@ class LibrarySweep : public LibraryScreenTest, public testing::WithParamInterfac
       EXPECT_NE(table.model()->headerData(column, Qt::Horizontal).toString(), QString());
     }
   }
-
-  static bool Names(const QWidget& widget) {
-    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
-      if (!button->text().isEmpty()) return true;
-    if (qobject_cast<const QLabel*>(&widget) || qobject_cast<const QTabBar*>(&widget)) return true;
-    const bool part = widget.objectName().isEmpty() || widget.objectName().startsWith("qt_");
-    return part || !widget.accessibleName().isEmpty();
-  }
-
-  void CheckAll(QWidget& whole, const std::string& where) {
-    QList<QWidget*> controls;
-    for (QWidget* widget : whole.findChildren<QWidget*>())
-      if (widget->isVisible() && IsControl(*widget)) controls << widget;
-    for (QWidget* widget : controls) {
-      const std::string cut = CutText(*widget);
-      EXPECT_TRUE(cut.empty()) << where << ": " << NameOf(*widget) << ": " << cut;
-      EXPECT_TRUE(whole.rect().contains(OnScreen(*widget, whole)))
-          << where << ": " << NameOf(*widget) << " leaves the window";
-      EXPECT_TRUE(Names(*widget)) << where << ": " << NameOf(*widget) << " has no name";
-      const auto* label = qobject_cast<QLabel*>(widget);
-      if (label && label->objectName().isEmpty()) {
-        EXPECT_NE(label->text(), QString()) << where << ": a label without words";
-      }
-    }
-    for (int i = 0; i < controls.size(); ++i)
-      for (int j = i + 1; j < controls.size(); ++j) {
-        if (controls[i]->isAncestorOf(controls[j]) || controls[j]->isAncestorOf(controls[i]))
-          continue;
-        EXPECT_FALSE(OnScreen(*controls[i], whole).intersects(OnScreen(*controls[j], whole)))
-            << where << ": " << NameOf(*controls[i]) << " overlaps " << NameOf(*controls[j]);
-      }
-  }
 };
 
 TEST_P(LibrarySweep, NothingIsCutAndNothingOverlapsOnAnyTab) {
   const int langue = GetParam();
   Prepare(langue);
   Open();
-  for (const Size& size : kSizes) {
+  for (const WindowSize& size : kWindowSizes) {
     window->resize(size.width, size.height);
     QApplication::processEvents();
     ASSERT_EQ(window->size(), QSize(size.width, size.height));
@@ -181,7 +90,7 @@ TEST_P(LibrarySweep, NothingIsCutAndNothingOverlapsOnAnyTab) {
       static_cast<MarkerPane*>(Find("CadreOnde"))->Look();
       const std::string where = std::string("library-") + kLanguageNames[langue] + "-" +
                                 std::to_string(size.width) + "-" + std::to_string(tab);
-      CheckAll(*window, where);
+      CheckWindow(*window, where);
       for (const char* list : kLists) CheckTable(list, where);
       CheckTable("GTopH", where);
       KeepPicture(*window, where);
@@ -189,7 +98,7 @@ TEST_P(LibrarySweep, NothingIsCutAndNothingOverlapsOnAnyTab) {
     Tab(1);
     if (size.width >= kWidthOfBoth) continue;
     Menu("MnuListe");
-    CheckAll(*window, "list");
+    CheckWindow(*window, "list");
     CheckTable("PLDisco", "list");
     KeepPicture(*window, std::string("library-") + kLanguageNames[langue] + "-list");
   }

@@ -1,0 +1,119 @@
+#include "traffic/screens/CampaignOverview.h"
+
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "ui/RowTable.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int kArrowRoom = 24;  // of a head, in pixels
+struct Room {
+  const char* sample;
+  int share;
+};
+constexpr Room kRooms[CampaignOverviewModel::kColumns] = {
+    {"An advertiser", 4}, {"CATEGORY", 2}, {"JOURNALIER", 0},  {"JOURNALIER", 0},
+    {"Publicité", 0},     {"00000", 0},    {"INSTRUMENTAL", 1}};
+
+}  // namespace
+
+CampaignOverviewModel::CampaignOverviewModel(const CampaignEditor& editor, const Translation& texts,
+                                             QObject* parent)
+    : QAbstractTableModel(parent), editor_(editor), texts_(texts) {}
+
+void CampaignOverviewModel::Renew() {
+  beginResetModel();
+  rows_ = static_cast<int>(editor_.PLPub.size());
+  endResetModel();
+}
+
+int CampaignOverviewModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+int CampaignOverviewModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : kColumns;
+}
+
+QVariant CampaignOverviewModel::data(const QModelIndex& index, int role) const {
+  const auto row = static_cast<size_t>(index.row());
+  if (role != Qt::DisplayRole || row >= editor_.PLPub.size()) return {};
+  const CampaignEditor::OverviewLine& line = editor_.PLPub[row];
+  const std::string& text =
+      index.column() == 0 ? line.text : line.subItems[static_cast<size_t>(index.column() - 1)];
+  return QString::fromStdString(text);
+}
+
+QVariant CampaignOverviewModel::headerData(int section, Qt::Orientation orientation,
+                                           int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  return texts_.Word("PLPub." + std::to_string(section));
+}
+
+CampaignOverview::CampaignOverview(const CampaignEditor& editor, const Translation& texts,
+                                   QWidget* parent)
+    : QTableView(parent), editor_(editor), model_(new CampaignOverviewModel(editor, texts, this)) {
+  setObjectName(QStringLiteral("PLPub"));
+  setAccessibleName(texts.Word("For.PLPub"));
+  setModel(model_);
+  MakeRowTable(*this);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  horizontalHeader()->setSectionsClickable(true);
+  horizontalHeader()->setStretchLastSection(true);
+  connect(horizontalHeader(), &QHeaderView::sectionClicked, this,
+          [this](int column) { sorted(column); });
+  connect(this, &QTableView::doubleClicked, this,
+          [this](const QModelIndex& index) { chosen(static_cast<size_t>(index.row())); });
+}
+
+void CampaignOverview::Arrange(double unit) {
+  ArrangeRowTable(*this, unit, 14, 6);
+  ArrangeColumns();
+}
+
+void CampaignOverview::ShowRows() {
+  model_->Renew();
+  horizontalHeader()->setSortIndicatorShown(editor_.sortedColumn.has_value());
+  if (editor_.sortedColumn)
+    horizontalHeader()->setSortIndicator(
+        *editor_.sortedColumn, editor_.sortedDown ? Qt::DescendingOrder : Qt::AscendingOrder);
+  if (model_->rowCount() > 0) setCurrentIndex(model_->index(0, 0));
+}
+
+void CampaignOverview::ArrangeColumns() {
+  const QFontMetrics heads(horizontalHeader()->font()), cells(font());
+  std::vector<ColumnRoom> columns;
+  for (int column = 0; column < CampaignOverviewModel::kColumns; ++column) {
+    const Room& room = kRooms[column];
+    const QString head = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    const int sample = cells.horizontalAdvance(QString::fromUtf8(room.sample)) + kCellMargin;
+    columns.push_back({std::max(heads.horizontalAdvance(head) + kArrowRoom, sample), room.share});
+  }
+  ShareWidth(*this, columns);
+}
+
+void CampaignOverview::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && currentIndex().isValid()) return chosen(static_cast<size_t>(currentIndex().row()));
+  QTableView::keyPressEvent(event);
+}
+
+void CampaignOverview::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  ArrangeColumns();
+}
+
+bool CampaignOverview::viewportEvent(QEvent* event) {
+  if (event->type() == QEvent::ToolTip && ShowCutText(*this, *static_cast<QHelpEvent*>(event)))
+    return true;
+  return QTableView::viewportEvent(event);
+}
+
+}  // namespace zemo

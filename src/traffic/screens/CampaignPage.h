@@ -1,0 +1,37 @@
+// The record of a campaign: its fields in the window.
+#pragma once
+
+#include <functional>
+
+#include "traffic/CampaignEditor.h"
+#include "ui/FieldPage.h"
+
+namespace zemo {
+
+// What the page asks of its window, which shows afterwards what became of it.
+struct CampaignOrders {
+  std::function<void(std::function<void()> order)> run;   // answers at once
+  std::function<void(std::function<void()> order)> work;  // may ask: waits for a free moment
+  std::function<void()> chooseFile;
+  std::function<void(int mode)> pickDay;  // 1 the start, 2 the end
+};
+
+class CampaignPage : public FieldPage {
+ public:
+  // Station, editor, orders and texts outlive the page.
+  CampaignPage(Station& station, CampaignEditor& editor, const CampaignOrders& orders,
+               const Translation& texts, QWidget* parent);
+
+ private:
+  QWidget* Kind();
+  QWidget* Category();
+  QWidget* Days();
+  QWidget* Division();
+  QWidget* SoundFile();
+
+  Station& station_;
+  CampaignEditor& editor_;
+  const CampaignOrders& orders_;
+};
+
+}  // namespace zemo

@@ -1,0 +1,273 @@
+// The window of the campaigns: records, fields, overview, dates, paper and closing.
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPrinter>
+#include <QRadioButton>
+
+#include "traffic/screens/CampaignDesk.h"
+#include "traffic/screens/tests/CampaignWindowFixture.h"
+#include "ui/CalendarWindow.h"
+
+namespace zemo::test {
+namespace {
+
+class CampaignScreen : public CampaignScreenTest {
+ protected:
+  void PickInCalendar(int year, int month, int day) {
+    auto* calendar = window->findChild<CalendarWindow*>();
+    ASSERT_TRUE(calendar);
+    auto* days = calendar->findChild<QCalendarWidget*>();
+    days->setSelectedDate(QDate(year, month, day));
+    Q_EMIT days->activated(days->selectedDate());
+    QApplication::processEvents();
+  }
+};
+
+TEST_F(CampaignScreen, OpensOnTheLastCampaignInOrderOfPassage) {
+  AddCampaigns();
+  Open();
+  EXPECT_EQ(window->windowTitle(), "Horaires des pubs");
+  EXPECT_EQ(Text("LblCode"), "2");
+  EXPECT_EQ(Text("ChAnnonceur"), "Zoo");
+  EXPECT_EQ(Text("Categorie"), "FOOD");
+  EXPECT_EQ(Text("LblDepartPub"), "21/11/2026");
+  EXPECT_EQ(Text("LblFinPub"), "25/11/2026");
+  EXPECT_EQ(Text("HDepPub") + Text("HFinPub"), "0708");
+  EXPECT_EQ(Text("DecoupagePub_0") + Text("DecoupagePub_1") + Text("DecoupagePub_2"), "0030");
+  EXPECT_EQ(Text("Longeur"), "15000");
+  EXPECT_EQ(Text("LblTemp"), "00:15");
+  EXPECT_EQ(Text("LblTotalMsg"), "0");
+  EXPECT_EQ(Text("LblTotalJours"), "5 jours");
+  EXPECT_EQ(Text("LblInfoPub"), "2 /2");
+  EXPECT_TRUE(Find<QRadioButton>("OptPub_0")->isChecked());
+  EXPECT_EQ(Find<QComboBox>("ComboPriority")->currentText(), "20");
+  EXPECT_FALSE(On("BtnAjouter"));
+  EXPECT_FALSE(Overview().isVisible());
+}
+
+TEST_F(CampaignScreen, StaysClosedWhileTheMenusAreLocked) {
+  on.station.engine.ScreenLocked = true;
+  Open();
+  EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(CampaignScreen, PagesByButtons) {
+  AddCampaigns();
+  Open();
+  Click("BtnMoins");
+  EXPECT_EQ(Text("ChAnnonceur"), "Bakery");
+  Click("BtnPlus");
+  EXPECT_EQ(Text("ChAnnonceur"), "Zoo");
+  Click("BtnDebut");
+  EXPECT_EQ(Text("LblInfoPub"), "1 /2");
+}
+
+TEST_F(CampaignScreen, ANewCampaignIsFilledInAndAdded) {
+  const std::string sound = on.MakeSound("Bakery.wav", 15000);
+  on.MakeFile("Genre.Txt", "POP\r\n");
+  sources.chooseFiles = [&](QWidget*, const std::string&, const std::vector<std::string>&,
+                            const OfficeWindow::TakeFiles& take) { take({sound}); };
+  Open();
+  Click("BtnNew");
+  EXPECT_FALSE(On("BtnNew"));
+  EXPECT_TRUE(On("BtnAjouter"));
+  EXPECT_EQ(Text("LblDepartPub"), "- - / - - / - -");
+  Type("HDepPub", "12");
+  Type("HFinPub", "12");
+  Type("DecoupagePub_0", "05");
+  Type("DecoupagePub_3", "35");
+  Click("LblDepartPub");
+  PickInCalendar(2026, 11, 20);
+  Click("LblFinPub");
+  PickInCalendar(2026, 11, 21);
+  EXPECT_EQ(Text("LblTotalJours"), "2 jours");
+  Click("CmdLoadFile");
+  EXPECT_EQ(Text("ChAnnonceur"), "Bakery");
+  Type("Categorie", "FOOD");
+  Type("ChContact", "Anne");
+  Find("ComboPriority")->setFocus();
+  QTest::keyClick(Find("ComboPriority"), Qt::Key_Down);
+  Click("OptPub_1");
+  ClickCell(4, 2);
+  Click("BtnAjouter");
+  EXPECT_EQ(on.SqlText("SELECT CAMPAGNEDEPART || CAMPAGNEFIN || HDEPART || HFIN || DECOUPEH1 || "
+                       "DECOUPEH4 || DUREE || ANNONCEUR || CATEGORIE || CONTACT || PRIORITY || PUB "
+                       "FROM GrillePub"),
+            "20/11/202621/11/20261212053515000BakeryFOODAnne100");
+  EXPECT_EQ(on.File("Bakery.GPB"), "\r\n\r\n\r\nX\r\n");
+  EXPECT_FALSE(On("BtnAjouter"));
+  EXPECT_TRUE(On("BtnReplacer"));
+}
+
+TEST_F(CampaignScreen, ReplacesAndDeletesWhatIsShown) {
+  AddCampaigns();
+  Open();
+  Type("ChAnnonceur", "Zoological garden");
+  ClickCell(3, 1);
+  Click("BtnReplacer");
+  EXPECT_EQ(on.SqlText("SELECT ANNONCEUR FROM GrillePub WHERE CODE = 2"), "Zoological garden");
+  EXPECT_EQ(on.File("Zoo.GPB").substr(0, 3), "X\r\n");
+  EXPECT_EQ(Text("ChAnnonceur"), "Bakery");
+  on.messages.AnswerNext(Answer::kOk);
+  Click("BtnDelete");
+  EXPECT_EQ(on.LastMessage(), "Confirmez la suppression de la fiche Bakery");
+  EXPECT_EQ(on.SqlText("SELECT ANNONCEUR FROM GrillePub"), "Zoological garden");
+}
+
+TEST_F(CampaignScreen, TheRightButtonOrDeleteOnTheStartMakesTheCampaignWeekly) {
+  AddCampaigns();
+  for (const bool byMouse : {true, false}) {
+    Open();
+    if (byMouse)
+      Click("LblDepartPub", Qt::RightButton);
+    else
+      QTest::keyClick(Find("LblDepartPub"), Qt::Key_Delete);
+    EXPECT_EQ(Text("LblFinPub"), "JOURNALIER");
+    EXPECT_EQ(Text("LblTotalJours"), "7 jours");
+    Click("LblFinPub", Qt::RightButton);
+    EXPECT_FALSE(window->findChild<CalendarWindow*>());
+  }
+}
+
+TEST_F(CampaignScreen, HoursAndMarksWaitForTheGridToBeBuiltAnew) {
+  AddCampaigns();
+  Open();
+  Type("HFinPub", "07");
+  EXPECT_EQ(window->Editor().GPub.RowCount(), 7);
+  Click("CmdInitGrille");
+  EXPECT_EQ(window->Editor().GPub.RowCount(), 5);
+  Type("DecoupagePub_0", "77");
+  Click("CmdInitGrille");
+  EXPECT_EQ(on.LastMessage(), "Il n'y a pas de minute 77 (0 - 59)");
+}
+
+TEST_F(CampaignScreen, TheOverviewIsSortedAndALineChosenByMouseOrReturn) {
+  AddCampaigns();
+  Open();
+  Click("BtnRecherhe");
+  ASSERT_TRUE(Overview().isVisible());
+  EXPECT_TRUE(Grid().isVisible());
+  for (const char* name : {"BtnNew", "BtnAjouter", "BtnReplacer", "BtnDelete"})
+    EXPECT_FALSE(On(name)) << name;
+  EXPECT_EQ(OverviewColumn(0), (std::vector<std::string>{"Bakery", "Zoo"}));
+  EXPECT_EQ(OverviewColumn(2), (std::vector<std::string>{"JOURNALIER", "21/11/2026"}));
+  QHeaderView& heads = *Overview().horizontalHeader();
+  const QPoint code(heads.sectionViewportPosition(0) + 10, heads.height() / 2);
+  QTest::mouseClick(heads.viewport(), Qt::LeftButton, Qt::NoModifier, code);
+  EXPECT_EQ(OverviewColumn(0), (std::vector<std::string>{"Bakery", "Zoo"}));
+  QTest::mouseClick(heads.viewport(), Qt::LeftButton, Qt::NoModifier, code);
+  EXPECT_EQ(OverviewColumn(0), (std::vector<std::string>{"Zoo", "Bakery"}));
+  const QPoint line = Overview().visualRect(Overview().model()->index(1, 0)).center();
+  QTest::mouseClick(Overview().viewport(), Qt::LeftButton, Qt::NoModifier, line);
+  QTest::mouseDClick(Overview().viewport(), Qt::LeftButton, Qt::NoModifier, line);
+  EXPECT_FALSE(Overview().isVisible());
+  EXPECT_EQ(Text("ChAnnonceur"), "Bakery");
+  EXPECT_TRUE(On("BtnReplacer"));
+  Click("BtnRecherhe");
+  ASSERT_TRUE(Overview().isVisible());
+  QTest::keyClick(&Overview(), Qt::Key_Down);
+  QTest::keyClick(&Overview(), Qt::Key_Return);
+  EXPECT_EQ(Text("ChAnnonceur"), "Zoo");
+}
+
+TEST_F(CampaignScreen, ReturnAndDeleteInTheCategoryAskAndKeepTheList) {
+  on.MakeFile("Categori.Ini", "FOOD\r\n");
+  AddCampaigns();
+  Open();
+  Type("Categorie", "cars");
+  on.messages.AnswerNext(Answer::kYes);
+  QTest::keyClick(Find<QComboBox>("Categorie")->lineEdit(), Qt::Key_Return);
+  EXPECT_EQ(on.File("Categori.Ini"), "FOOD\r\nCARS\r\n");
+  EXPECT_EQ(Find<QComboBox>("Categorie")->count(), 2);
+  Type("Categorie", "food");
+  on.messages.AnswerNext(Answer::kYes);
+  QTest::keyClick(Find<QComboBox>("Categorie")->lineEdit(), Qt::Key_Delete);
+  EXPECT_EQ(on.LastMessage(), "Effacer cette Catégorie food");
+  EXPECT_EQ(on.File("Categori.Ini"), "CARS\r\n");
+}
+
+TEST_F(CampaignScreen, AGridIsCopiedPastedAndTurned) {
+  AddCampaigns();
+  Open();
+  ClickCell(3, 1);
+  Click("BtnCopyGrille");
+  Click("BtnMoins");
+  Click("BtnCollerGrille");
+  EXPECT_EQ(Row(3), "X      ");
+  EXPECT_EQ(Text("LblTotalMsg"), "1");
+  Click("BtnDecalY");
+  EXPECT_EQ(Row(4), "X      ");
+}
+
+TEST_F(CampaignScreen, AGridFileThatDoesNotFitIsShown) {
+  AddCampaigns();
+  on.MakeFile("short.GPB", "X\r\n");
+  on.Sql("UPDATE GrillePub SET FILENAMEGRILLE = '" + on.InFolder("short.GPB") + "' WHERE CODE = 2");
+  Open();
+  const auto told = [&] {
+    for (auto* label : window->findChildren<QLabel*>())
+      if (label->isVisible() && label->text().startsWith("Le fichier de grille")) return true;
+    return false;
+  };
+  EXPECT_TRUE(told());
+  Click("BtnMoins");
+  EXPECT_FALSE(told());
+}
+
+TEST_F(CampaignScreen, TheRecordSheetGoesToPaperAndToAFile) {
+  AddCampaigns();
+  const std::string pdf = on.InFolder("sheet.pdf");
+  sources.questions.choosePrinter = [&](QWidget*, QPrinter& printer) {
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QString::fromStdString(pdf));
+    return true;
+  };
+  Open();
+  Click("BtnImprimer");
+  EXPECT_EQ(on.File("sheet.pdf").substr(0, 5), "%PDF-");
+  EXPECT_EQ(on.File("Zoo.Xlt").substr(0, 17), " FICHE 2 - Zoo  1");
+}
+
+TEST_F(CampaignScreen, TheMemoTellsTheProcedure) {
+  Open();
+  Click("ImgMemo");
+  EXPECT_EQ(on.Events("message").back()["title"], "Mémo procédure");
+}
+
+TEST_F(CampaignScreen, ClosingAsksNothingKeepsTheDivisionAndComposesTheDay) {
+  AddCampaigns();
+  Open();
+  Type("HDepPub", "05");
+  on.station.GPubJour.SetCell(0, 53, "");
+  window->close();
+  QApplication::processEvents();
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_FALSE(window->IsOpen());
+  EXPECT_TRUE(on.Events("message").empty());
+  EXPECT_EQ(on.File("Decoupe.Ini").substr(0, 10), "\"05\",\"08\",");
+  EXPECT_EQ(on.station.GPubJour.Cell(0, 53), "21/11/26");
+}
+
+TEST_F(CampaignScreen, TheDeskOpensOneWindowInTheLanguageOfTheMomentAndLeavesIt) {
+  AddCampaigns();
+  CampaignDesk desk(on.station, sources);
+  EXPECT_TRUE(desk.Leave());
+  desk.Open();
+  CampaignWindow* first = desk.Window();
+  desk.Open();
+  EXPECT_EQ(desk.Window(), first);
+  EXPECT_TRUE(first->isVisible());
+  EXPECT_TRUE(desk.Leave());
+  EXPECT_FALSE(first->IsOpen());
+  on.Set("Langue", "1");
+  desk.Open();
+  EXPECT_EQ(desk.Window()->windowTitle(), "Spot times");
+  EXPECT_TRUE(desk.Leave());
+}
+
+}  // namespace
+}  // namespace zemo::test

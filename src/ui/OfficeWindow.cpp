@@ -1,0 +1,86 @@
+#include "ui/OfficeWindow.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QPointer>
+#include <exception>
+#include <utility>
+
+#include "station/Station.h"
+
+namespace zemo {
+
+OfficeWindow::OfficeWindow(Station& station, const char* name, const char* routine,
+                           const WindowTexts& texts)
+    : Window(station, name, texts), routine_(routine) {}
+
+void OfficeWindow::ShowSelf() {
+  if (!IsOpen()) return;
+  show();
+  raise();
+  activateWindow();
+  if (!barred_) ShowAll();
+}
+
+void OfficeWindow::closeEvent(QCloseEvent* event) {
+  if (!barred_) return Window::closeEvent(event);
+  event->ignore();
+  closes_ = true;
+}
+
+bool OfficeWindow::LeaveNow() {
+  if (barred_) closes_ = true;
+  if (!barred_ && IsOpen()) Left();
+  return !barred_;
+}
+
+// --- orders ---
+
+void OfficeWindow::Run(const std::function<void()>& order) {
+  if (!IsOpen() || barred_) return;
+  Guarded(order);
+  ShowAll();
+}
+
+// Controls are barred from before the routine on, as what asks the operator is no work of the
+// editor's own.
+void OfficeWindow::Work(std::function<void()> order) {
+  WhenFree([this, order = std::move(order)] {
+    if (!IsOpen() || barred_) return;
+    Busy(order);
+    ShowAll();
+    if (std::exchange(closes_, false)) close();
+  });
+}
+
+void OfficeWindow::Busy(const std::function<void()>& order) {
+  Bar(true);
+  Guarded(order);
+  Bar(false);
+}
+
+void OfficeWindow::Guarded(const std::function<void()>& order) {
+  try {
+    order();
+  } catch (const std::exception&) {
+    LogCurrentException(station_, routine_);
+  }
+}
+
+void OfficeWindow::Bar(bool working) {
+  const QPointer<QWidget> focus = focusWidget();
+  barred_ = working;
+  centralWidget()->setEnabled(!working);
+  if (working) {
+    for (QAction* entry : findChildren<QAction*>()) entry->setEnabled(false);
+    setCursor(Qt::WaitCursor);
+    if (focus) setProperty("focusBefore", QVariant::fromValue<QObject*>(focus));
+    return;
+  }
+  unsetCursor();
+  for (QAction* entry : findChildren<QAction*>()) entry->setEnabled(true);
+  if (auto* before = qobject_cast<QWidget*>(property("focusBefore").value<QObject*>()))
+    before->setFocus();
+}
+
+}  // namespace zemo
