@@ -13,6 +13,7 @@
 #include "app/Commands.h"
 #include "app/EndSignals.h"
 #include "app/ErrorLine.h"
+#include "app/ForecastOfDay.h"
 #include "app/ForecastProcess.h"
 #include "app/RealStation.h"
 #include "app/RunEnd.h"
@@ -29,6 +30,7 @@
 #include "platform/real/files/ImportThread.h"
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
+#include "scheduling/screens/ModelDesk.h"
 #include "settings/screens/SettingsDesk.h"
 #include "traffic/screens/CampaignDesk.h"
 #include "ui/ScreenDesktop.h"
@@ -182,16 +184,23 @@ int OpenScreen(const AirOptions& options) {
     library.Selector().Choose(*over, file, known, std::move(take));
   };
   CampaignDesk campaigns(station, campaignSources);
+  // Beside the forecast of the air, which may run at the same time.
+  ForecastProcess weekForecast(QCoreApplication::applicationFilePath().toStdString(),
+                               folders.station, folders.machine);
+  ForecastOfDay dayForecast(weekForecast);
+  ModelDesk models(station, {&spreadsheets, &dayForecast});
   QPointer<OnAirWindow> main;
   sources.openLibrary = [&library] { library.Open(); };
   sources.openCampaigns = [&campaigns] { campaigns.Open(); };
+  sources.openModels = [&models] { models.Open(); };
   sources.openMusicCard = [&library](int32_t code) { library.OpenOnCard(code); };
   sources.openSelector = [&library, &main](const std::string& path) {
     library.OpenSelector(*main, path);
   };
   SettingsDesk settings(station, SettingsSourcesOf(real, library));
   sources.openSettings = [&settings] { settings.Open(); };
-  sources.leaveOthers = [&library, &campaigns, &settings] {
+  sources.leaveOthers = [&library, &campaigns, &models, &settings] {
+    if (!models.Leave()) return false;  // which may ask
     const bool settingsLeft = settings.Leave();
     const bool campaignsLeft = campaigns.Leave();
     return library.Leave() && campaignsLeft && settingsLeft;

@@ -238,7 +238,7 @@ TEST_F(ModelScreenTest, ACopyOfADayWaitsToBeSavedAndAnEmptyRowIsNoChange) {
 TEST_F(ModelScreenTest, ADayThatCannotBeReadLeavesTheOneThatIsShown) {
   s.Model(kSaturday, "POP", 40);
   Open();
-  s.RenameColumn("Models", "JOUR");
+  s.Native("ALTER TABLE Models RENAME TO Lost");
   Models::JourSemaine_Click(s.station, 1);
   EXPECT_EQ(s.LastError().substr(0, 17), "LoadGrilleModels:");
   EXPECT_EQ(Editor().JourSemaine, 6);
