@@ -17,16 +17,6 @@ namespace zemo {
 
 namespace {
 
-// The file that was asked for, instead of the one of the station's folder.
-class AskedFile : public SpreadsheetWriter {
- public:
-  explicit AskedFile(std::string path) : path_(std::move(path)) {}
-  void Write(const std::string&, const Sheet& sheet) override { XlsxWriter().Write(path_, sheet); }
-
- private:
-  std::string path_;
-};
-
 // The sheet as lines, its cells between tabs.
 class AskedLines : public SpreadsheetWriter {
  public:
@@ -62,7 +52,7 @@ void Export(const ModelsOptions& options, SpreadsheetWriter& writer) {
   LastError error;
   const auto sim = OpenAsked(asked, RealClock().LocalNow());
   sim->station.events.SetSink(&error);
-  const bool done = Models::MnuExport_Click(sim->station, writer);
+  const bool done = Models::MnuExport_Click(sim->station, options.file, writer);
   sim->station.events.SetSink(nullptr);
   if (!done) throw std::runtime_error(WithShownPaths(error.text, asked.Paths()));
 }
@@ -70,7 +60,7 @@ void Export(const ModelsOptions& options, SpreadsheetWriter& writer) {
 }  // namespace
 
 int RunModelsCommand(const ModelsOptions& options) {
-  AskedFile file(options.file);
+  XlsxWriter file;
   AskedLines lines;
   Export(options, options.file.empty() ? static_cast<SpreadsheetWriter&>(lines) : file);
   return 0;

@@ -48,6 +48,7 @@ OfficeDesk::OfficeDesk(Station& givenStation)
   screens_.push_back(LibraryScreenOf(*this));
   screens_.push_back(ReportScreenOf(*this));
   screens_.push_back(CampaignScreenOf(*this));
+  screens_.push_back(ModelsScreenOf(*this));
   screens_.push_back(SettingsScreenOf(*this));
   screens_.push_back(SelectorScreenOf(*this));
 }
@@ -67,11 +68,17 @@ void OfficeDesk::Settle() {
 }
 
 template <typename Item>
-Item& OfficeDesk::Find(std::vector<Item> OfficeScreen::*items, const std::string& name) {
+Item* OfficeDesk::Look(std::vector<Item> OfficeScreen::*items, const std::string& name) {
   Settle();
   for (auto screen = openOrder_.rbegin(); screen != openOrder_.rend(); ++screen)
     for (Item& item : Named(*screen).*items)
-      if (EqualNoCase(item.name, name)) return item;
+      if (EqualNoCase(item.name, name)) return &item;
+  return nullptr;
+}
+
+template <typename Item>
+Item& OfficeDesk::Find(std::vector<Item> OfficeScreen::*items, const std::string& name) {
+  if (Item* found = Look(items, name)) return *found;
   throw OrderError("no open screen has " + name);
 }
 
@@ -130,6 +137,10 @@ void OfficeDesk::Press(const std::string& control, bool right) {
 }
 
 void OfficeDesk::Key(const std::string& control, ControlKey key) {
+  if (const OfficeGrid* grid = Look(&OfficeScreen::grids, control); grid && grid->key) {
+    RequireOn(*grid);
+    return grid->key(key);
+  }
   const Target target = FindControl(control);
   RequireOn(target.control);
   RequireKnown(target.control.key, control, "key");

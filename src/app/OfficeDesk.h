@@ -70,6 +70,9 @@ class OfficeDesk {
 
  private:
   OfficeScreen& Named(const std::string& screen);
+  // Of the screen opened last that has one of that name; null where none has.
+  template <typename Item>
+  Item* Look(std::vector<Item> OfficeScreen::*items, const std::string& name);
   template <typename Item>
   Item& Find(std::vector<Item> OfficeScreen::*items, const std::string& name);
   struct Target {
@@ -96,6 +99,7 @@ OfficeScreen LibraryScreenOf(OfficeDesk& desk);
 OfficeScreen ReportScreenOf(OfficeDesk& desk);
 OfficeScreen SettingsScreenOf(OfficeDesk& desk);
 OfficeScreen CampaignScreenOf(OfficeDesk& desk);
+OfficeScreen ModelsScreenOf(OfficeDesk& desk);
 OfficeScreen SelectorScreenOf(OfficeDesk& desk);
 
 }  // namespace zemo

@@ -48,6 +48,7 @@ struct OfficeGrid {
   std::function<Rows()> rows;
   std::function<bool()> on;  // empty: always
   std::function<void(const CellClick& click)> click;
+  std::function<void(ControlKey key)> key;
   std::function<void(int row, int column, const std::string& text)> put;
 };
 

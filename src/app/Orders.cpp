@@ -71,11 +71,11 @@ const Order kOrders[] = {
     {"answer yes|no|ok|cancel", "the answer to the next message", AnswerNext},
 
     // --- the screens of the office ---
-    {"open campaigns|library|report|settings", "opens a screen, as its menu entry does",
+    {"open campaigns|library|models|report|settings", "opens a screen, as its menu entry does",
      [](Sim& s, const It& it) { s.desk.Open(it.arguments[0]); }},
-    {"close campaigns|library|report|settings", "closes it, with all that its closing does",
+    {"close campaigns|library|models|report|settings", "closes it, with all that its closing does",
      [](Sim& s, const It& it) { s.desk.Close(it.arguments[0]); }},
-    {"show campaigns|library|report|settings|selector", "an event `screen` with all that a screen shows",
+    {"show campaigns|library|models|report|settings|selector", "an event `screen` with all that a screen shows",
      [](Sim& s, const It& it) { s.desk.Show(it.arguments[0]); }},
     {"put CONTROL VALUE",
      "gives a control a value, an element of a group (`NAME.1`) or a cell of a grid (`NAME.ROW.COLUMN`)",
@@ -85,7 +85,7 @@ const Order kOrders[] = {
     {"cell GRID NUMBER NUMBER [left|right|shift|ctrl]",
      "a click on a cell of a grid, by row and column from 0; two of one moment are a double click", ClickCell},
     {"cell GRID NUMBER NUMBER left|right shift|ctrl", "the same with a button and a key", ClickCell},
-    {"choose LIST VALUE", "selects rows of a list by their numbers from 1, with commas between", ChooseRows},
+    {"choose LIST VALUE", "selects rows of a list by their numbers from 1, with commas between, or an entry of a pop-up by its text", ChooseRows},
     {"files all FOLDER", "the next sound file selector: everything in a folder", ChooseFolder},
     {"files open FILE", "the next sound file selector opens on a file and stays open, as the screen `selector`",
      LeaveSelectorOpen},

@@ -9,11 +9,11 @@
 #include <memory>
 #include <utility>
 
-#include "app/BackgroundMeasuring.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
 #include "app/ErrorLine.h"
 #include "app/ForecastProcess.h"
+#include "app/OfficeDesks.h"
 #include "app/RealStation.h"
 #include "app/RunEnd.h"
 #include "app/RunFolders.h"
@@ -21,18 +21,10 @@
 #include "engine/FreeMoment.h"
 #include "engine/Startup.h"
 #include "engine/screens/OnAirWindow.h"
-#include "library/screens/LibraryDesk.h"
-#include "platform/real/analysis/TagReader.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
-#include "platform/real/files/ImportThread.h"
-#include "platform/real/files/WholeFiles.h"
 #include "platform/real/sound/OutputSpec.h"
-#include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
-#include "reports/screens/ReportDesk.h"
-#include "settings/screens/SettingsDesk.h"
-#include "traffic/screens/CampaignDesk.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
 
@@ -99,13 +91,6 @@ int64_t FreeBytes(const std::string& folder) {
   return error ? -1 : static_cast<int64_t>(space.available);
 }
 
-OfficeWindow::FileChooser SelectorOf(LibraryDesk& library) {
-  return [&library](QWidget* over, const std::string& currentFile,
-                    const std::vector<std::string>& known, OfficeWindow::TakeFiles take) {
-    library.Selector().Choose(*over, currentFile, known, std::move(take));
-  };
-}
-
 void TellLine(const std::string& line) {
   PrintError(line);
 }
@@ -159,41 +144,9 @@ int OpenScreen(const AirOptions& options) {
     left = true;
     real.loop.Quit();
   };
-  BackgroundXlsxWriter spreadsheets(real.loop);
-  LibrarySources librarySources;
-  librarySources.spreadsheets = &spreadsheets;
-  ImportThread importFiles(
-      [] {
-        return ImportTools{std::make_unique<SoundFileOpener>(), std::make_unique<TagReader>()};
-      },
-      folders.machine);
-  BackgroundMeasuring measuring(station);
-  librarySources.import.files = &importFiles;
-  librarySources.import.bareCard = [&measuring](int32_t code, const std::string& file) {
-    measuring.Add(code, file);
-  };
-  librarySources.waveforms = &waveforms;
-  LibraryDesk library(station, librarySources);
-  CampaignDesk campaigns(station, {.chooseFiles = SelectorOf(library), .questions = {}});
+  OfficeDesks desks(real, folders, waveforms);
   QPointer<OnAirWindow> main;
-  sources.openLibrary = [&library] { library.Open(); };
-  sources.openCampaigns = [&campaigns] { campaigns.Open(); };
-  sources.openMusicCard = [&library](int32_t code) { library.OpenOnCard(code); };
-  sources.openSelector = [&library, &main](const std::string& path) {
-    library.OpenSelector(*main, path);
-  };
-  ReportSources reportSources;
-  reportSources.files = {ReplaceFileInParts, &spreadsheets};
-  ReportDesk report(station, reportSources);
-  sources.openReport = [&report] { report.Open(); };
-  SettingsDesk settings(station, {.devices = &real.devices, .chooseFiles = SelectorOf(library)});
-  sources.openSettings = [&settings] { settings.Open(); };
-  sources.leaveOthers = [&library, &campaigns, &report, &settings] {
-    const bool settingsLeft = settings.Leave();
-    const bool campaignsLeft = campaigns.Leave();
-    const bool reportLeft = report.Leave();
-    return library.Leave() && campaignsLeft && reportLeft && settingsLeft;
-  };
+  desks.OfferTo(sources, [&main]() -> QWidget* { return main; });
   OnAirWindow window(station, sources);
   main = &window;
   machine.keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
@@ -214,10 +167,7 @@ int OpenScreen(const AirOptions& options) {
   const auto watch = real.loop.MakeTimer(RunEnd::kWatchMs, [&end] { end.Watch(); });
   watch->SetEnabled(true);
   real.loop.Run();
-  library.Leave();
-  campaigns.Leave();
-  report.Leave();
-  settings.Leave();
+  desks.Leave();
   if (!left) EndInOrder(station);
   return EndStatus(station);
 }

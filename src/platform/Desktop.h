@@ -16,13 +16,14 @@ class Clipboard {
   virtual void SetText(const std::string& text) = 0;
 };
 
-enum class Buttons { kOk, kOkCancel, kYesNo, kYesCancel };
+enum class Buttons { kOk, kOkCancel, kYesNo, kYesCancel, kYesNoCancel };
 enum class Answer { kOk, kCancel, kYes, kNo };
 // What a question gets that nobody answers.
 constexpr Answer SafeAnswer(Buttons buttons) {
   switch (buttons) {
     case Buttons::kOkCancel:
     case Buttons::kYesCancel:
+    case Buttons::kYesNoCancel:
       return Answer::kCancel;
     case Buttons::kYesNo:
       return Answer::kNo;

@@ -3,17 +3,20 @@
 #include <algorithm>
 #include <cstdio>
 #include <map>
+#include <memory>
+#include <utility>
 
 #include "platform/Desktop.h"
+#include "platform/EventLoop.h"
 #include "platform/Folder.h"
-#include "platform/Spreadsheet.h"
+#include "scheduling/GenreSupply.h"
 #include "scheduling/ModelGrids.h"
 #include "settings/GenreList.h"
 #include "settings/SideFileIo.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
-#include "store/RowView.h"
+#include "store/StoreError.h"
 
 namespace zemo {
 
@@ -95,15 +98,18 @@ void Models::LoadPopUps(Station& station) {
 }
 
 bool Models::BtnSave_Click(Station& station) {
-  const auto day = static_cast<int16_t>(station.modelEditor.JourSemaine);
-  return SkeletonOn(station) ? SaveSkeletonGrid(station, day) : SaveModelGrid(station, day);
+  ModelEditor& editor = station.modelEditor;
+  const auto day = static_cast<int16_t>(editor.JourSemaine);
+  // The grid that is shown, whatever became of the setting since.
+  const bool saved = editor.skeleton ? SaveSkeletonGrid(station, day) : SaveModelGrid(station, day);
+  if (saved) editor.saved = StoredRows(editor);
+  return saved;
 }
 
 void Models::BtnImport_Click(Station& station) {
   ModelEditor& editor = station.modelEditor;
   try {
-    const bool skeleton = SkeletonOn(station);
-    const std::string file = BackupFile(station, skeleton);
+    const std::string file = BackupFile(station, editor.skeleton);
     const Folder& folder = station.platform.stationFolder;
     const auto text = ReadSideFile(folder, file);
     if (!text) {
@@ -115,34 +121,20 @@ void Models::BtnImport_Click(Station& station) {
     for (const std::string& line : SplitLines(*text)) {
       TextGrid::Row cells = CutAtTabs(line);
       if (IsTotal(cells) || IsHeading(cells)) continue;
-      if (skeleton)
+      if (editor.skeleton)
         editor.ModelSquelette.AddRow(std::move(cells));
       else
         editor.Models.InsertRow(editor.Models.RowCount() - 1, std::move(cells));
     }
     SumShares(station);
-    if (skeleton) MnuCompteur_Click(station);
+    MnuCompteur_Click(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnImport");
   }
 }
 
 void Models::PopJour_Click(Station& station, int fromDay) {
-  const auto day = static_cast<int16_t>(fromDay);
-  if (SkeletonOn(station)) {
-    LoadSkeletonGrid(station, day);
-    MnuCompteur_Click(station);
-  } else {
-    LoadModelGrid(station, day);
-  }
-}
-
-void Models::Models_KeyDelete(Station& station) {
-  ModelEditor& editor = station.modelEditor;
-  if (!ModelRow(editor, editor.ModelsPlace.row)) return;
-  editor.Models.RemoveRow(editor.ModelsPlace.row);
-  editor.Models.InsertRow(editor.Models.RowCount() - 1, {});
-  SumShares(station);
+  LoadGrid(station, fromDay);
 }
 
 void Models::PopGenre_ClickInModels(Station& station, const std::string& genre) {
@@ -186,17 +178,45 @@ void Models::PopPourCent_ClickInVarieties(Station& station, int percent) {
   }
 }
 
+namespace {
+
+// Another process may have the base for a moment: it is asked again with the loop turning.
+void ReadSlice(Station& station, GenreSupply& supply) {
+  constexpr int kTurnsOfLock = 500;  // of 10 ms
+  for (int turn = 0;; ++turn) {
+    try {
+      const NoLockWait atOnce(station.base.Waiting());
+      return supply.ReadSlice(station.base.Db());
+    } catch (const StoreError& error) {
+      if (error.Number() != kErrLocked || turn == kTurnsOfLock) throw;
+    }
+    station.platform.loop.WaitYield();
+  }
+}
+
+void ShowSupply(Station& station, std::shared_ptr<const GenreSupply> supply) {
+  ModelEditor& editor = station.modelEditor;
+  editor.Stats.clear();
+  for (const auto& [name, genre] : supply->Genres()) {
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "%04d", genre.titles);
+    editor.Stats.push_back({name, digits, {}});
+  }
+  editor.supply = std::move(supply);
+  Models::MnuCompteur_Click(station);
+}
+
+}  // namespace
+
 void Models::LoadGenreStats(Station& station) {
   try {
-    std::map<std::string, int> counts;
-    station.base.Db().ReadRows("SELECT Genre FROM Discotheque",
-                               [&](const RowView& row) { ++counts[std::string(row.Text(0))]; });
-    station.modelEditor.Stats.clear();
-    for (const auto& [genre, count] : counts) {
-      char digits[16];
-      std::snprintf(digits, sizeof digits, "%04d", count);
-      station.modelEditor.Stats.push_back({genre, digits, {}});
+    const uint64_t number = ++station.modelEditor.readings;
+    auto supply = std::make_shared<GenreSupply>(station.Now());
+    for (ReadSlice(station, *supply); !supply->Complete(); ReadSlice(station, *supply)) {
+      station.platform.loop.Yield();
+      if (station.modelEditor.readings != number) return;
     }
+    if (station.modelEditor.readings == number) ShowSupply(station, std::move(supply));
   } catch (const std::exception&) {
     LogCurrentException(station, "Load Stats Genres");
   }
@@ -204,12 +224,12 @@ void Models::LoadGenreStats(Station& station) {
 
 void Models::MnuCompteur_Click(Station& station) {
   ModelEditor& editor = station.modelEditor;
-  if (editor.Stats.empty()) return;
   std::map<std::string, int> positions;
   for (int row = 1; row < editor.ModelSquelette.RowCount(); ++row)
     for (const std::string& genre : editor.ModelSquelette.At(row)) ++positions[UpperLatin(genre)];
   for (ModelEditor::GenreCount& line : editor.Stats)
-    line.positions = std::to_string(positions[UpperLatin(line.genre)]);
+    line.positions =
+        editor.skeleton ? std::to_string(positions[UpperLatin(line.genre)]) : std::string();
 }
 
 }  // namespace zemo

@@ -1,5 +1,5 @@
-// What the operator does in the model editor: save, import, copy, the pop-ups, the counters and the
-// exports of the week. The grids themselves: scheduling/ModelGrids.h.
+// What the operator does with the days of the model editor: save, import, copy, what the pop-ups
+// choose, the counters and the export of the week. The grids themselves: scheduling/ModelGrids.h.
 #pragma once
 
 #include <string>
@@ -16,7 +16,8 @@ void Translate(Station& station);
 // Genres and percentages on offer. Throws FileError.
 void LoadPopUps(Station& station);
 
-// Saves the grid as the selected day; false when it could not be saved, which is logged.
+// Saves the grid as the selected day; false when it could not be saved, which is logged. A request
+// goes by it from its next start on.
 bool BtnSave_Click(Station& station);
 // "Get the last saved model": the rows of the selected day's back-up file. A message where there is
 // none; the grid is not saved.
@@ -24,8 +25,6 @@ void BtnImport_Click(Station& station);
 // Copies the grid of another day (1 to 7) into the current one, which is not saved.
 void PopJour_Click(Station& station, int fromDay);
 
-// The delete key in Models at the selected cell.
-void Models_KeyDelete(Station& station);
 // A choice in the genre pop-up, for the selected cell. In Models a genre that stands in the grid is
 // refused without a word. On the total row of Models, and on the row behind the last of the
 // skeleton, it begins a new row: an empty day has no other.
@@ -35,16 +34,15 @@ void PopGenre_ClickInSkeleton(Station& station, const std::string& genre);
 void PopPourCent_ClickInModels(Station& station, int percent);
 void PopPourCent_ClickInVarieties(Station& station, int percent);
 
-// Counts the library's titles by genre.
+// Reads what the library has by genre, and counts it in Stats. Yields.
 void LoadGenreStats(Station& station);
 // Beside each genre of Stats its positions in the skeleton's grid.
 void MnuCompteur_Click(Station& station);
 
-// The week as a spreadsheet file in the station's folder: "ModelsSemaine.xlsx" or
-// "SqueletteSemaine.xlsx". False when it could not be written, which is logged.
-bool MnuExport_Click(Station& station, SpreadsheetWriter& writer);  // by Squelette
-bool ExportWeekOfModels(Station& station, SpreadsheetWriter& writer);
-bool ExportWeekOfSkeletons(Station& station, SpreadsheetWriter& writer);
+// The week as it is stored as a spreadsheet, of the kind that Squelette tells, into a file of this
+// system; ".xlsx" is put behind a name without it. False when it could not be written, which is
+// logged and told.
+bool MnuExport_Click(Station& station, const std::string& path, SpreadsheetWriter& writer);
 
 }  // namespace Models
 

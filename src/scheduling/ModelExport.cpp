@@ -2,7 +2,8 @@
 // hours, a line a genre (or a position of the skeleton), and for percentages a line of totals.
 #include <array>
 
-#include "platform/Folder.h"
+#include "library/LibraryMessages.h"
+#include "library/LibraryScreen.h"
 #include "platform/Spreadsheet.h"
 #include "scheduling/ModelEditor.h"
 #include "scheduling/ModelGrids.h"
@@ -44,10 +45,6 @@ class SheetMaker {
   int row_ = 0;
 };
 
-void WriteSheet(Station& station, SpreadsheetWriter& writer, const Sheet& sheet) {
-  writer.Write(station.platform.stationFolder.PathOf(sheet.name + ".xlsx"), sheet);
-}
-
 void ModelDay(Station& station, SheetMaker& sheet, int day) {
   std::array<double, kHoursOfDay> totals{};
   sheet.DayHeading(day);
@@ -80,34 +77,27 @@ void SkeletonDay(Station& station, SheetMaker& sheet, int day) {
 }
 
 template <typename WriteDay>
-bool ExportWeek(Station& station, SpreadsheetWriter& writer, const char* name, double hourWidth,
-                const char* routine, WriteDay writeDay) {
-  try {
-    SheetMaker sheet(name, hourWidth);
-    for (int day = 1; day <= kDaysOfWeek; ++day) writeDay(station, sheet, day);
-    WriteSheet(station, writer, sheet.Made());
-    return true;
-  } catch (const std::exception&) {
-    LogCurrentException(station, routine);
-    return false;
-  }
+Sheet Week(Station& station, const char* name, double hourWidth, WriteDay writeDay) {
+  SheetMaker sheet(name, hourWidth);
+  for (int day = 1; day <= kDaysOfWeek; ++day) writeDay(station, sheet, day);
+  return sheet.Made();
 }
 
 }  // namespace
 
-bool Models::MnuExport_Click(Station& station, SpreadsheetWriter& writer) {
-  return station.base.CnfBool(Cnf::kSquelette) ? ExportWeekOfSkeletons(station, writer)
-                                               : ExportWeekOfModels(station, writer);
-}
-
-bool Models::ExportWeekOfModels(Station& station, SpreadsheetWriter& writer) {
-  return ExportWeek(station, writer, "ModelsSemaine", kPercentWidth, "ExportModelSemaine",
-                    ModelDay);
-}
-
-bool Models::ExportWeekOfSkeletons(Station& station, SpreadsheetWriter& writer) {
-  return ExportWeek(station, writer, "SqueletteSemaine", kPositionWidth, "ExportSemaine",
-                    SkeletonDay);
+bool Models::MnuExport_Click(Station& station, const std::string& path,
+                             SpreadsheetWriter& writer) {
+  const bool skeleton = station.base.CnfBool(Cnf::kSquelette);
+  try {
+    writer.Write(SheetPath(path),
+                 skeleton ? Week(station, "SqueletteSemaine", kPositionWidth, SkeletonDay)
+                          : Week(station, "ModelsSemaine", kPercentWidth, ModelDay));
+    return true;
+  } catch (const std::exception& error) {
+    LogCurrentException(station, skeleton ? "ExportSemaine" : "ExportModelSemaine");
+    ShowLibraryAlert(station, error.what());
+    return false;
+  }
 }
 
 }  // namespace zemo

@@ -69,11 +69,39 @@ std::string Places(size_t count) {
   return places + ")";
 }
 
-std::string TabLine(const TextGrid::Row& row) {
+std::string TabLine(const TextGrid& grid, int row, int columns) {
   std::string line;
-  for (size_t column = 0; column < row.size(); ++column)
-    line += (column > 0 ? "\t" : "") + OneLine(row[column]);
+  for (int column = 0; column < columns; ++column)
+    line += (column > 0 ? "\t" : "") + OneLine(grid.Cell(row, column));
   return line;
+}
+
+// Rows of the grid that are stored, by their number.
+std::vector<int> StoredModelRows(const TextGrid& grid) {
+  std::vector<int> rows;
+  for (int row = 1; row < grid.RowCount() - 1; ++row)
+    if (!Trim(grid.Cell(row, 0)).empty()) rows.push_back(row);
+  return rows;
+}
+
+std::vector<int> StoredPositions(const TextGrid& grid) {
+  std::vector<int> rows;
+  for (int row = 1; row < grid.RowCount(); ++row)
+    if (!RowIsEmpty(grid, row)) rows.push_back(row);
+  return rows;
+}
+
+TextGrid ModelFrame(Station& station) {
+  TextGrid grid;
+  grid.AddRow(HeadingRow(GenresWord(Langue(station))));
+  grid.AddRow({kTotalText});
+  return grid;
+}
+
+TextGrid SkeletonFrame() {
+  TextGrid grid;
+  grid.AddRow(HeadingRow(nullptr));
+  return grid;
 }
 
 // The table holds the day already. Told once, until it succeeds.
@@ -177,52 +205,84 @@ void LoadModelScreen(Station& station) {
 }
 
 void SelectWeekday(Station& station, int day) {
+  ModelEditor& editor = station.modelEditor;
   LoadModelScreen(station);
-  station.modelEditor.JourSemaine = day;
-  if (station.base.CnfBool(Cnf::kSquelette)) {
-    LoadSkeletonGrid(station, static_cast<int16_t>(day));
-    Models::MnuCompteur_Click(station);
-  } else {
-    LoadModelGrid(station, static_cast<int16_t>(day));
-  }
+  if (editor.Models.RowCount() == 0) EmptyGrids(station);
+  if (!LoadGrid(station, day)) return;
+  editor.JourSemaine = day;
+  editor.saved = StoredRows(editor);
+}
+
+bool LoadGrid(Station& station, int day) {
+  const bool loaded = station.base.CnfBool(Cnf::kSquelette)
+                          ? LoadSkeletonGrid(station, static_cast<int16_t>(day))
+                          : LoadModelGrid(station, static_cast<int16_t>(day));
+  if (!loaded) return false;
+  Models::Translate(station);
+  Models::MnuCompteur_Click(station);
+  return true;
 }
 
 void EmptyGrids(Station& station) {
   ModelEditor& editor = station.modelEditor;
-  editor.Models.Clear();
-  editor.Models.AddRow(HeadingRow(GenresWord(Langue(station))));
-  editor.Models.AddRow({kTotalText});
-  editor.ModelSquelette.Clear();
-  editor.ModelSquelette.AddRow(HeadingRow(nullptr));
+  editor.Models = ModelFrame(station);
+  editor.ModelSquelette = SkeletonFrame();
 }
 
-void LoadModelGrid(Station& station, int16_t day) {
-  TextGrid& grid = station.modelEditor.Models;
+bool LoadModelGrid(Station& station, int16_t day) {
+  ModelEditor& editor = station.modelEditor;
   try {
-    EmptyGrids(station);
+    TextGrid grid = ModelFrame(station);
     ForEachModelRow(station.base.Db(), day, [&](const RowView& row) {
       TextGrid::Row cells;
       for (int column = 0; column <= kHoursOfDay; ++column) cells.emplace_back(row.Text(column));
       grid.InsertRow(grid.RowCount() - 1, std::move(cells));
     });
+    editor.Models = std::move(grid);
+    editor.ModelSquelette = SkeletonFrame();
+    editor.skeleton = false;
     SumShares(station);
+    return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadGrilleModels");
+    return false;
   }
 }
 
-void LoadSkeletonGrid(Station& station, int16_t day) {
-  TextGrid& grid = station.modelEditor.ModelSquelette;
+bool LoadSkeletonGrid(Station& station, int16_t day) {
+  ModelEditor& editor = station.modelEditor;
   try {
-    EmptyGrids(station);
+    TextGrid grid = SkeletonFrame();
     ForEachPosition(station.base.Db(), day, [&](const RowView& row) {
       TextGrid::Row cells;
       for (int hour = 0; hour < kHoursOfDay; ++hour) cells.emplace_back(row.Text(hour));
       grid.AddRow(std::move(cells));
     });
+    editor.Models = ModelFrame(station);
+    editor.ModelSquelette = std::move(grid);
+    editor.skeleton = true;
+    return true;
   } catch (const std::exception&) {
     LogCurrentException(station, "LoadGrilleSquelette");
+    return false;
   }
+}
+
+std::vector<TextGrid::Row> StoredRows(const ModelEditor& editor) {
+  std::vector<TextGrid::Row> rows;
+  if (editor.skeleton) {
+    for (const int row : StoredPositions(editor.ModelSquelette)) {
+      rows.push_back(editor.ModelSquelette.At(row));
+      rows.back().resize(kHoursOfDay);
+    }
+    return rows;
+  }
+  for (const int row : StoredModelRows(editor.Models)) {
+    rows.push_back({editor.Models.Cell(row, 0)});
+    for (int column = 1; column <= kHoursOfDay; ++column)
+      rows.back().push_back(std::to_string(ValInt(editor.Models.Cell(row, column))));
+  }
+  return rows;
 }
 
 bool SaveModelGrid(Station& station, int16_t day) {
@@ -231,10 +291,9 @@ bool SaveModelGrid(Station& station, int16_t day) {
     const std::string file = station.files.Days[DayIndex(day)];
     std::vector<Values> rows;
     std::vector<std::string> lines;
-    for (int row = 1; row < grid.RowCount() - 1; ++row) {
-      if (Trim(grid.Cell(row, 0)).empty()) continue;
+    for (const int row : StoredModelRows(grid)) {
       rows.push_back(ModelValues(grid.At(row), day));
-      lines.push_back(TabLine(grid.At(row)));
+      lines.push_back(TabLine(grid, row, kHoursOfDay + 1));
     }
     SaveDay(station, "SauveGrilleModels", "Models", "JOUR, GENRE, " + HourColumns(), day, rows,
             file, lines);
@@ -251,10 +310,9 @@ bool SaveSkeletonGrid(Station& station, int16_t day) {
     const std::string file = station.files.SkeletonDays[DayIndex(day)];
     std::vector<Values> rows;
     std::vector<std::string> lines;
-    for (int row = 1; row < grid.RowCount(); ++row) {
-      if (RowIsEmpty(grid, row)) continue;
+    for (const int row : StoredPositions(grid)) {
       rows.push_back(SkeletonValues(grid.At(row), day));
-      lines.push_back(TabLine(grid.At(row)));
+      lines.push_back(TabLine(grid, row, kHoursOfDay));
     }
     SaveDay(station, "SauveGrilleSquelette", "ModelSquelette", "JOUR, " + HourColumns(), day, rows,
             file, lines);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "scheduling/WeekModel.h"
 #include "station/ModelEditor.h"
@@ -19,16 +20,21 @@ inline constexpr const char* kTotalText = "Total %";
 void LoadVarieties(Station& station);
 // Loads the screen when it is not loaded yet: varieties and pop-ups. Faults are logged.
 void LoadModelScreen(Station& station);
-// Selects a day, 1 Monday to 7 Sunday, and loads its grid: the skeleton's with Squelette on, else
-// the model's. Faults are logged, and leave an empty grid.
+// Selects a day, 1 Monday to 7 Sunday, and loads its grid. A fault is logged, and leaves the day
+// that was selected with its grid.
 void SelectWeekday(Station& station, int day);
+// The grid of that day, the skeleton's with Squelette on, else the model's, in the order of CODE;
+// the other one is empty then. A fault is logged, and leaves both as they are.
+bool LoadGrid(Station& station, int day);
+bool LoadModelGrid(Station& station, int16_t day);
+bool LoadSkeletonGrid(Station& station, int16_t day);
 
 // Heading and total row only, in both grids.
 void EmptyGrids(Station& station);
-// The grid of that day, in the order of CODE. Faults are logged.
-void LoadModelGrid(Station& station, int16_t day);
-void LoadSkeletonGrid(Station& station, int16_t day);
-// The grid as that day, in the table and in the day's back-up file. Rows without a genre stay out.
+// What is stored of the grid: a row a genre or position, with all its hours; rows without a genre
+// stay out.
+std::vector<TextGrid::Row> StoredRows(const ModelEditor& editor);
+// The grid as that day, in the table and in the day's back-up file, a line a row that is stored.
 // False when it could not be saved: that is logged, and where a row cannot be stored nothing
 // changes. A back-up that cannot be written is logged, once until it can be.
 bool SaveModelGrid(Station& station, int16_t day);

@@ -1,7 +1,10 @@
 // The model editor's tables, under the names of its controls: what the station's week holds, as its
-// screen shows and changes it. The routines stand in scheduling/ModelGrids.h and ModelEditor.h.
+// screen shows and changes it. The routines stand in scheduling/ModelScreen.h, ModelEditor.h and
+// ModelGrids.h. A request reads a week of its own (scheduling/WeekModel.h).
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -10,12 +13,17 @@
 
 namespace zemo {
 
-// Thread: the logic's. Writers: the editor; the first request or the editor's screen, whichever
-// comes first, loads the lists on offer.
+class GenreSupply;
+
+enum class ModelGrid { kNone, kModels, kSkeleton, kVarieties };
+
+// Thread: the logic's. Writers: the editor's routines alone.
 struct ModelEditor {
-  bool loaded = false;  // Form_Load ran; the screen stays loaded from then on
-  int JourSemaine = 0;  // selected day, 1 Monday to 7 Sunday; 0 none yet
-  std::string Caption;  // by Squelette and Langue
+  bool open = false;
+  bool loaded = false;    // Form_Load ran: at each opening, or ahead of a first request
+  bool skeleton = false;  // what the grid holds: a skeleton, else percentages
+  int JourSemaine = 0;    // selected day, 1 Monday to 7 Sunday; 0 none yet
+  std::string Caption;    // by Squelette and Langue
 
   // Row 0 the hours, rows 1 to R-2 the genres, row R-1 the totals; column 0 the genre, h+1 the hour
   // h in whole per cent.
@@ -27,6 +35,9 @@ struct ModelEditor {
   // Row 0 the heading; column 0 POURCENT, column 1 VARIETE.
   TextGrid GVariete;
   GridPlace GVarietePlace;
+  ModelGrid clicked = ModelGrid::kNone;  // whose cell was clicked last
+
+  std::vector<TextGrid::Row> saved;  // of the day, as it would be stored; from its table
 
   struct GenreCount {
     std::string genre;
@@ -34,6 +45,8 @@ struct ModelEditor {
     std::string positions;  // of the day's skeleton; empty for the percentage model
   };
   std::vector<GenreCount> Stats;
+  std::shared_ptr<const GenreSupply> supply;  // what Stats was made of; none before it was read
+  uint64_t readings = 0;  // of the library, begun so far; a new one ends the one at work
 
   std::vector<std::string> PopGenre;     // genres on offer
   std::vector<std::string> PopPourCent;  // "0" to "100" in steps of 5

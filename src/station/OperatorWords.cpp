@@ -59,6 +59,7 @@ constexpr RoutineText kTexts[] = {
     {"Impossible d'écouter sur cette sortie audio", {kRoutines, "The prelisten cannot play on its output.\r\nIt is chosen on the on-air screen: Options > Settings...", "A pré-escuta não pode tocar na sua saída.\r\nEscolhe-se no ecrã da emissão: Opções > Configuração...", "La preescucha no puede sonar por su salida.\r\nSe elige en la pantalla de emisión: Opciones > Parametraje..."}},
     {"Aucune sortie de préécoute choisie : écran d'antenne, Options > Paramétrage...", {kRoutines, "No prelisten output is chosen: on-air screen, Options > Settings...", "Nenhuma saída de pré-escuta escolhida: ecrã da emissão, Opções > Configuração...", "Ninguna salida de preescucha elegida: pantalla de emisión, Opciones > Parametraje..."}},
     {"Vous n'avez rien dans la liste", {kRoutines, "There is nothing in the list", "Não há nada na lista", "No hay nada en la lista"}},
+    {"Voulez-vous sauvegarder les modifications ?", {kRoutines, "Save the changes?", "Guardar as alterações?", "¿Guardar los cambios?"}},
     // what works
     {"COMPOSITION DES PUBS EN COURS...", {kRoutines, "COMPOSING THE DAY'S GRID...", "A COMPOR A TABELA DO DIA...", "COMPONIENDO LA TABLA DEL DÍA..."}},
     {"OPTIMISATION POUR TOP HORAIRE", {kRoutines, "FITTING TO THE HOUR PIP", "AJUSTE AO SINAL HORÁRIO", "AJUSTE A LA SEÑAL HORARIA"}},

@@ -21,7 +21,6 @@ namespace {
 
 constexpr int kDayMinutes = 24 * 60, kHourMinutes = 60;
 constexpr int64_t kMinuteMs = 60000;
-constexpr int kWeekDays = 7;
 constexpr int kMonthDays = 31, kYearDays = 12 * kMonthDays;  // every day of every month
 constexpr int kPageRows = 20;
 // A slice, in crosses and cells; a campaign costs some of them whatever it holds. 2 ms on the
@@ -134,7 +133,7 @@ struct BreakLoads::Days {
     int ofAdvertiser = 0;
   };
   std::vector<Column> columns;
-  std::array<std::vector<int>, kYearDays> ofDayOfYear;      // columns
+  std::array<std::vector<int>, kYearDays> ofDayOfYear;        // columns
   std::array<std::vector<int>, kWeekDays + 1> ofWeekday;    // columns, from 1 on
   std::array<std::bitset<24 + 1>, kWeekDays + 1> pipHours;  // 1 to 24, by weekday from 1 on
 

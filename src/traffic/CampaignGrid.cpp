@@ -16,7 +16,6 @@ namespace zemo {
 namespace {
 
 constexpr int kMostDays = 365;  // tried for the end date; one column more when it is not met
-constexpr int kWeekDays = 7;
 constexpr int kLastHour = 23, kLastMinute = 59;
 constexpr std::string_view kDayLetters = "LMMJVSD";
 

@@ -15,6 +15,8 @@
 
 namespace zemo {
 
+inline constexpr int kWeekDays = 7;  // columns of a weekly grid
+
 struct Station;
 class Recordset;
 

@@ -129,6 +129,8 @@ QMessageBox::StandardButtons ButtonsOf(Buttons buttons) {
       return QMessageBox::Ok | QMessageBox::Cancel;
     case Buttons::kYesCancel:
       return QMessageBox::Yes | QMessageBox::Cancel;
+    case Buttons::kYesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
     case Buttons::kOk:
       break;
   }
@@ -322,6 +324,8 @@ Answer ScreenMessageBoxes::Show(const std::string& title, const std::string& tex
       return Answer::kYes;
     case QMessageBox::Ok:
       return Answer::kOk;
+    case QMessageBox::No:
+      return Answer::kNo;
     default:
       return safe;
   }

@@ -188,6 +188,7 @@ void OnAirWindow::MakeMenus() {
       station_, *menuBar(),
       MenuOrders{.library = sources_.openLibrary,
                  .campaigns = sources_.openCampaigns,
+                 .models = sources_.openModels,
                  .report = sources_.openReport,
                  .settings = sources_.openSettings,
                  .storedLists = [this] { PressToolbar(Toolbar::kLive); },

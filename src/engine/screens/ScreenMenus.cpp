@@ -37,11 +37,9 @@ QAction* ScreenMenus::AddToCome(QMenu* menu, const char* name) {
   return action;
 }
 
-void ScreenMenus::AddScreen(QMenu* menu, const char* name, const std::function<void()>& order) {
-  if (order)
-    Add(menu, name, order);
-  else
-    AddToCome(menu, name);
+QAction* ScreenMenus::AddScreen(QMenu* menu, const char* name,
+                                const std::function<void()>& order) {
+  return order ? Add(menu, name, order) : AddToCome(menu, name);
 }
 
 ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
@@ -52,7 +50,7 @@ ScreenMenus::ScreenMenus(Station& station, QMenuBar& bar, MenuOrders orders)
   MnuModels_ = MnuEdit_->addMenu(QString());
   MnuModels_->setObjectName(QStringLiteral("MnuModels"));
   MnuModels_->setToolTipsVisible(true);
-  MnuModelCaption_ = AddToCome(MnuModels_, "MnuModel");
+  MnuModelCaption_ = AddScreen(MnuModels_, "MnuModel", orders_.models);
   MnuPlaylist_ = Add(MnuEdit_, "MnuPlaylist", [this] { orders_.storedLists(); });
   Add(MnuEdit_, "MnuInsertPub", [this] {
     orders_.insertBreak();

@@ -15,7 +15,7 @@ struct Station;
 class Translation;
 
 struct MenuOrders {
-  std::function<void()> library, campaigns, report, settings;  // empty: to come
+  std::function<void()> library, campaigns, models, report, settings;  // empty: to come
   std::function<void()> storedLists, insertBreak, composeGrid, printList, forecast, password, quit;
 };
 
@@ -30,7 +30,7 @@ class ScreenMenus {
   QAction* Add(QMenu* menu, const char* name, std::function<void()> order);
   QAction* AddToCome(QMenu* menu, const char* name);
   // The entry of another screen; to come without an order.
-  void AddScreen(QMenu* menu, const char* name, const std::function<void()>& order);
+  QAction* AddScreen(QMenu* menu, const char* name, const std::function<void()>& order);
 
   Station& station_;
   MenuOrders orders_;

@@ -24,7 +24,7 @@ struct ScreenSources {
   ForecastSource* forecast = nullptr;
 
   // Screens that stand elsewhere; empty where the program has none yet.
-  std::function<void()> openLibrary, openCampaigns, openReport, openSettings;
+  std::function<void()> openLibrary, openCampaigns, openModels, openReport, openSettings;
   std::function<void(int32_t code)> openMusicCard;
   std::function<void(const std::string& storedPath)> openSelector;
   std::function<bool()> leaveOthers;  // ahead of the end; false while one of them is at work

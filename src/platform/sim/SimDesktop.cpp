@@ -15,6 +15,8 @@ bool Fits(Buttons buttons, Answer answer) {
       return answer == Answer::kYes || answer == Answer::kNo;
     case Buttons::kYesCancel:
       return answer == Answer::kYes || answer == Answer::kCancel;
+    case Buttons::kYesNoCancel:
+      return answer != Answer::kOk;
   }
   return false;
 }
@@ -30,6 +32,8 @@ const char* ButtonsWord(Buttons buttons) {
       return "yesno";
     case Buttons::kYesCancel:
       return "yescancel";
+    case Buttons::kYesNoCancel:
+      return "yesnocancel";
   }
   return "ok";
 }

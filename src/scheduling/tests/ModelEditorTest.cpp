@@ -3,6 +3,7 @@
 #include "platform/Spreadsheet.h"
 #include "scheduling/ModelEditor.h"
 #include "scheduling/ModelGrids.h"
+#include "scheduling/ModelScreen.h"
 #include "scheduling/tests/RequestFixture.h"
 
 namespace zemo {
@@ -158,7 +159,8 @@ TEST_F(ModelEditorTest, SavingASkeletonWritesItsOwnTableAndFile) {
   EXPECT_TRUE(Models::BtnSave_Click(s.station));
   EXPECT_EQ(Count("ModelSquelette"), 1);
   EXPECT_EQ(s.SqlText("SELECT TRANCHE02 FROM ModelSquelette WHERE JOUR = 7"), "L'ETE");
-  EXPECT_EQ(*s.stationFolder.Read("Sq-Dimanche.Txt"), "POP\t\tL'ETE\r\n");
+  EXPECT_EQ(*s.stationFolder.Read("Sq-Dimanche.Txt"),
+            "POP\t\tL'ETE" + std::string(21, '\t') + "\r\n");
   EXPECT_FALSE(s.stationFolder.Exists("Dimanche.Txt"));
 }
 
@@ -374,8 +376,8 @@ TEST_F(ModelEditorTest, TheWeekIsExportedWithABlockADayAndItsTotals) {
   s.Model(1, "ROCK", 20, 0);
   s.Model(2, "JAZZ", 30);
   SheetKeeper keeper;
-  EXPECT_TRUE(Models::MnuExport_Click(s.station, keeper));
-  EXPECT_EQ(keeper.path, s.stationFolder.Path() + "ModelsSemaine.xlsx");
+  EXPECT_TRUE(Models::MnuExport_Click(s.station, "/week", keeper));
+  EXPECT_EQ(keeper.path, "/week.xlsx");
   EXPECT_EQ(keeper.sheet.name, "ModelsSemaine");
   EXPECT_EQ(keeper.At(0, 0), "Lundi");
   EXPECT_EQ(keeper.At(0, 24), "23h");
@@ -392,8 +394,8 @@ TEST_F(ModelEditorTest, TheSkeletonsWeekIsExportedByPositions) {
   s.Position(1, 0, "POP");
   s.Position(1, 0, "ROCK");
   SheetKeeper keeper;
-  EXPECT_TRUE(Models::MnuExport_Click(s.station, keeper));
-  EXPECT_EQ(keeper.path, s.stationFolder.Path() + "SqueletteSemaine.xlsx");
+  EXPECT_TRUE(Models::MnuExport_Click(s.station, "/week", keeper));
+  EXPECT_EQ(keeper.path, "/week.xlsx");
   EXPECT_EQ(keeper.At(2, 0), "2");
   EXPECT_EQ(keeper.At(2, 1), "ROCK");
   EXPECT_EQ(keeper.At(4, 0), "Mardi");

@@ -343,6 +343,16 @@ TEST_F(Screen, TheCampaignsAreOpenedByTheirEntry) {
   EXPECT_EQ(entry->text(), "&Horaires des pubs...");
 }
 
+TEST_F(Screen, TheModelsAreOpenedByTheirEntry) {
+  int opened = 0;
+  sources.openModels = [&] { ++opened; };
+  Open();
+  auto* entry = window->findChild<QAction*>("MnuModel");
+  ASSERT_TRUE(entry->isEnabled());
+  entry->trigger();
+  EXPECT_EQ(opened, 1);
+}
+
 TEST_F(Screen, TheReportIsOpenedByItsEntry) {
   int opened = 0;
   sources.openReport = [&] { ++opened; };

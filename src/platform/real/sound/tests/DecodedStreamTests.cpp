@@ -13,7 +13,7 @@ using testing::Numbered;
 using testing::WaveSource;
 using testing::Within;
 
-constexpr int kFrames = 1 << 19;
+constexpr int kStreamFrames = 1 << 19;
 constexpr int kAhead = 65536;
 
 // Gives its frames only once the gate is open; throws at a frame if it is told to.
@@ -39,23 +39,23 @@ class GatedSource : public WaveSource {
 class DecodedStreamTest : public ::testing::Test {
  protected:
   std::unique_ptr<DecodedStream> Gated(int64_t throwsAt = INT64_MAX) {
-    return std::make_unique<DecodedStream>(std::make_unique<GatedSource>(kFrames, gate_, throwsAt),
-                                           0, kAhead, late_);
+    return std::make_unique<DecodedStream>(
+        std::make_unique<GatedSource>(kStreamFrames, gate_, throwsAt), 0, kAhead, late_);
   }
   std::atomic<uint64_t> late_{0};
   std::atomic<int64_t> gate_{0};
 };
 
 TEST_F(DecodedStreamTest, EveryFrameArrivesOnceAndInOrder) {
-  DecodedStream stream(std::make_unique<WaveSource>(Numbered(), kFrames), 0, kAhead, late_);
+  DecodedStream stream(std::make_unique<WaveSource>(Numbered(), kStreamFrames), 0, kAhead, late_);
   stream.StartDecoder();
   std::vector<float> out(2 * 3000);
   int64_t next = 0;
-  while (next < kFrames) {
+  while (next < kStreamFrames) {
     const int asked = static_cast<int>(1 + next % 2999);
     ASSERT_TRUE(Within(kBoundMs, [&] { return stream.AvailableFrames() >= asked; }));
     const int given = stream.Read(out.data(), asked);
-    ASSERT_EQ(given, std::min<int64_t>(asked, kFrames - next));
+    ASSERT_EQ(given, std::min<int64_t>(asked, kStreamFrames - next));
     for (int i = 0; i < given; ++i) ASSERT_EQ(out[2 * i], Numbered()(next + i));
     next += given;
   }
@@ -65,7 +65,8 @@ TEST_F(DecodedStreamTest, EveryFrameArrivesOnceAndInOrder) {
 }
 
 TEST_F(DecodedStreamTest, TheFirstFramesAreThereAsSoonAsItIs) {
-  DecodedStream stream(std::make_unique<WaveSource>(Numbered(), kFrames), 1000, kAhead, late_);
+  DecodedStream stream(std::make_unique<WaveSource>(Numbered(), kStreamFrames), 1000, kAhead,
+                       late_);
   std::vector<float> out(2 * 13000);
   EXPECT_GE(stream.AvailableFrames(), 13000);
   EXPECT_EQ(stream.Read(out.data(), 13000), 13000);
@@ -93,7 +94,7 @@ TEST_F(DecodedStreamTest, LateFramesAreSilentCountedAndPassedOver) {
   EXPECT_EQ(out[2 * 13824], 0.0f);
   EXPECT_EQ(out[2 * 19999], 0.0f);
   EXPECT_EQ(late_, 20000u - 13824);
-  gate_ = kFrames;
+  gate_ = kStreamFrames;
   ASSERT_TRUE(Within(kBoundMs, [&] { return stream->AvailableFrames() >= 1000; }));
   ASSERT_EQ(stream->Read(out.data(), 1000), 1000);
   EXPECT_EQ(out[0], Numbered()(20000));  // in time again
@@ -101,7 +102,7 @@ TEST_F(DecodedStreamTest, LateFramesAreSilentCountedAndPassedOver) {
 }
 
 TEST_F(DecodedStreamTest, ADecoderThatFailsEndsItsStream) {
-  gate_ = kFrames;
+  gate_ = kStreamFrames;
   const std::unique_ptr<DecodedStream> stream = Gated(30000);
   stream->StartDecoder();
   ASSERT_TRUE(Within(kBoundMs, [&] { return stream->DecoderStopped(); }));
@@ -112,7 +113,7 @@ TEST_F(DecodedStreamTest, ADecoderThatFailsEndsItsStream) {
 }
 
 TEST_F(DecodedStreamTest, ARetiredDecoderStops) {
-  gate_ = kFrames;
+  gate_ = kStreamFrames;
   const std::unique_ptr<DecodedStream> stream = Gated();
   stream->StartDecoder();
   EXPECT_FALSE(stream->DecoderStopped());  // the file is longer than the ring

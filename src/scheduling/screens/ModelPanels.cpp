@@ -1,0 +1,180 @@
+#include "scheduling/screens/ModelPanels.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "scheduling/GenreSupply.h"
+#include "scheduling/ModelGrids.h"
+#include "scheduling/screens/BarTable.h"
+#include "station/TextForms.h"
+#include "ui/Theme.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr double kMsOfMinute = 60000;
+constexpr double kWhole = 100;
+
+QString Shown(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
+QStringList Heads(const Translation& texts, const std::string& table, int columns) {
+  QStringList heads;
+  for (int column = 0; column < columns; ++column)
+    heads << texts.Word(table + "." + std::to_string(column));
+  return heads;
+}
+
+QString PercentText(double share) {
+  return QString::number(std::lround(share)) + QStringLiteral(" %");
+}
+
+struct PlannedGenre {
+  std::string genre;
+  int weight = 0;  // per cent, or positions
+};
+
+// In the order of the grid.
+std::vector<PlannedGenre> PlanOfHour(const ModelEditor& editor, int hour) {
+  std::vector<PlannedGenre> plan;
+  const auto add = [&](const std::string& genre, int weight) {
+    const auto found = std::find_if(plan.begin(), plan.end(),
+                                    [&](const PlannedGenre& had) { return had.genre == genre; });
+    if (found != plan.end())
+      found->weight += weight;
+    else
+      plan.push_back({genre, weight});
+  };
+  const auto column = static_cast<size_t>(hour);
+  for (const TextGrid::Row& row : StoredRows(editor)) {
+    if (!editor.skeleton && ValInt(row[column + 1]) > 0) add(row[0], ValInt(row[column + 1]));
+    if (editor.skeleton && !Trim(row[column]).empty()) add(row[column], 1);
+  }
+  return plan;
+}
+
+}  // namespace
+
+// --- what the library can give ---
+
+SupplyPanel::SupplyPanel(const Translation& texts, QWidget* parent)
+    : QWidget(parent), texts_(texts) {
+  constexpr int kColumns = 4, kMinutes = 3;
+  LblSupply = new QLabel(this);
+  LblSupply->setObjectName(QStringLiteral("LblSupply"));
+  LblSupply->setProperty("dim", true);
+  Supply = new BarTable("Supply", texts.Word("For.Stats"), Heads(texts, "Supply", kColumns),
+                        kMinutes, this);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(LblSupply);
+  layout->addWidget(Supply, 1);
+}
+
+void SupplyPanel::Arrange(double unit) {
+  layout()->setSpacing(Theme::Px(unit, 4));
+  Supply->Arrange(unit);
+}
+
+void SupplyPanel::ShowHour(const ModelEditor& editor, int hour) {
+  LblSupply->setText(texts_.Word("For.Supply", Shown(HourLabel(hour))));
+  std::vector<BarRow> rows;
+  std::vector<double> minutes;
+  const auto add = [&](const std::string& genre, const QString& planned) {
+    const GenreSupply::Hour given = editor.supply->At(genre, editor.JourSemaine, hour);
+    minutes.push_back(static_cast<double>(given.lengthMs) / kMsOfMinute);
+    rows.push_back({{Shown(genre), planned, QString::number(given.titles),
+                     QString::number(std::lround(minutes.back()))},
+                    0,
+                    !planned.isEmpty() && given.titles == 0});
+  };
+  if (editor.supply && editor.JourSemaine > 0) {
+    const std::vector<PlannedGenre> plan = PlanOfHour(editor, hour);
+    for (const PlannedGenre& line : plan)
+      add(line.genre,
+          editor.skeleton ? QString::number(line.weight) : PercentText(line.weight));
+    for (const auto& [name, genre] : editor.supply->Genres()) {
+      const bool planned = std::any_of(plan.begin(), plan.end(), [&](const PlannedGenre& line) {
+        return line.genre == name;
+      });
+      if (!planned && editor.supply->At(name, editor.JourSemaine, hour).titles > 0) add(name, {});
+    }
+  }
+  const auto most = std::max_element(minutes.begin(), minutes.end());
+  for (size_t row = 0; row < rows.size(); ++row)
+    if (*most > 0) rows[row].bar = minutes[row] / *most;
+  Supply->ShowRows(rows);
+}
+
+// --- how the day would air ---
+
+OutlookPanel::OutlookPanel(const Translation& texts, std::function<void()> wanted, QWidget* parent)
+    : QWidget(parent), texts_(texts) {
+  constexpr int kColumns = 4, kReached = 2, kRepeatColumns = 2, kTimes = 1;
+  BtnForecast = new QPushButton(texts.Word("BtnForecast"), this);
+  BtnForecast->setObjectName(QStringLiteral("BtnForecast"));
+  SetTip(*BtnForecast, texts.Word("BtnForecastTip"));
+  connect(BtnForecast, &QPushButton::clicked, this, std::move(wanted));
+  LblOutlook = new QLabel(this);
+  LblOutlook->setObjectName(QStringLiteral("LblOutlook"));
+  Outlook = new BarTable("Outlook", texts.Word("For.Outlook"), Heads(texts, "Outlook", kColumns),
+                         kReached, this);
+  Repeats = new BarTable("Repeats", texts.Word("For.Repeats"),
+                         Heads(texts, "Repeats", kRepeatColumns), kTimes, this);
+  auto* bar = new QHBoxLayout;
+  bar->addWidget(BtnForecast);
+  bar->addWidget(LblOutlook, 1);
+  auto* tables = new QHBoxLayout;
+  tables->addWidget(Outlook, 3);
+  tables->addWidget(Repeats, 2);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addLayout(bar);
+  layout->addLayout(tables, 1);
+}
+
+void OutlookPanel::Arrange(double unit) {
+  layout()->setSpacing(Theme::Px(unit, 4));
+  Outlook->Arrange(unit);
+  Repeats->Arrange(unit);
+}
+
+void OutlookPanel::ShowState(DayForecast::State state, const QString& fault) {
+  LblOutlook->setToolTip(fault);
+  if (state == DayForecast::State::kRunning) LblOutlook->setText(texts_.Word("OutlookRuns"));
+  if (state == DayForecast::State::kFailed) LblOutlook->setText(texts_.Word("OutlookFailed"));
+  if (state == DayForecast::State::kIdle) LblOutlook->clear();
+}
+
+void OutlookPanel::ShowOutlook(const DayOutlook& outlook) {
+  LblOutlook->setText(texts_.Word("OutlookDone", QString::number(outlook.titles)));
+  std::vector<BarRow> rows;
+  for (const GenreOutlook& line : outlook.genres) {
+    QStringList dry;
+    for (const int hour : line.dryHours) dry << Shown(HourLabel(hour));
+    rows.push_back({{Shown(line.genre), PercentText(line.planned), PercentText(line.reached),
+                     dry.join(u' ')},
+                    line.reached / kWhole,
+                    !dry.isEmpty()});
+  }
+  Outlook->ShowRows(rows);
+  rows.clear();
+  const int most = outlook.repeats.empty() ? 1 : outlook.repeats.front().times;
+  for (const RepeatedTitle& title : outlook.repeats)
+    rows.push_back({{Shown(title.text), QString::number(title.times)},
+                    static_cast<double>(title.times) / most,
+                    false});
+  Repeats->ShowRows(rows);
+}
+
+}  // namespace zemo
