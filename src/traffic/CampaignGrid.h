@@ -15,8 +15,6 @@
 
 namespace zemo {
 
-inline constexpr int kWeekDays = 7;  // columns of a weekly grid
-
 struct Station;
 class Recordset;
 
@@ -24,6 +22,7 @@ inline constexpr std::string_view kDailyCampaign = "JOURNALIER";  // in place of
 inline constexpr std::string_view kCross = "X";
 inline constexpr int kFirstMomentRow = 3;  // of GPub; the moments stand in column 0
 inline constexpr int kFirstDayColumn = 1;
+inline constexpr int kWeekDays = 7;  // columns of a weekly grid
 
 // The record under the names of the editor's controls, as text, and its grid. Thread: the logic's.
 struct CampaignForm {
