@@ -93,11 +93,11 @@ class Connection {
   sqlite3* db_ = nullptr;
 };
 
+}  // namespace
+
 std::string Quoted(const std::string& text) {
   return "'" + SqlQuoted(text) + "'";
 }
-
-}  // namespace
 
 TempFolder::TempFolder() {
   const std::string begin = testing::TempDir() + "zemo-";

@@ -162,6 +162,8 @@ struct Card {
   int introSec = 0;
 };
 
+std::string Quoted(const std::string& text);  // as a literal of a statement
+
 class TestStation : private EventSink {
  public:
   // "YYYY-MM-DD hh:mm:ss"
