@@ -20,7 +20,7 @@ namespace zemo {
 
 namespace {
 
-constexpr int kFilledBy = 0;   // the column by which every list is filled
+constexpr int kFilledBy = 0;       // the column by which every list is filled
 constexpr int kCardHeadRoom = 22;  // around its text
 
 std::vector<QString> HeadsOf(const CardColumns& columns, const Translation& texts) {
