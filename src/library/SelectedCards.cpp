@@ -16,7 +16,7 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutine = "MnuGive";
+constexpr const char* kGiveRoutine = "MnuGive";
 
 bool Has(const SharedFields& fields, SharedField field) {
   return fields[static_cast<size_t>(field)];
@@ -49,7 +49,7 @@ void WriteExchangeFile(Station& station, const Recordset& row) {
     TakeMusicCard(row, card, masks);
     WriteMus(station, card, masks);
   } catch (const std::exception&) {
-    LogCurrentException(station, kRoutine);
+    LogCurrentException(station, kGiveRoutine);
   }
 }
 
@@ -103,7 +103,7 @@ SharedFields Library::ChangedFields(Station& station, const LibraryEditor& edito
 size_t Library::GiveFields(Station& station, LibraryEditor& editor,
                            const std::vector<int32_t>& codes, const SharedFields& fields) {
   size_t stored = 0;
-  HandleControl(station, kRoutine, [&] {
+  HandleControl(station, kGiveRoutine, [&] {
     const LibraryWork work(editor);
     const WaitPointer wait(station.notices);
     try {
@@ -114,7 +114,7 @@ size_t Library::GiveFields(Station& station, LibraryEditor& editor,
         editor.stored = {static_cast<int32_t>(stored), codes[i]};
       }
     } catch (const std::exception& error) {
-      LogCurrentException(station, kRoutine);
+      LogCurrentException(station, kGiveRoutine);
       ShowLibraryAlert(station, error.what());
     }
   });

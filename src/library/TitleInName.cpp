@@ -6,7 +6,7 @@ namespace zemo {
 
 namespace {
 
-constexpr std::string_view kBetween = " - ";
+constexpr std::string_view kArtistEnd = " - ";
 constexpr size_t kTrackDigits = 2, kMostDigits = 3;
 
 bool IsDigit(char c) {
@@ -26,7 +26,7 @@ size_t BehindTrackNumber(std::string_view name) {
   const bool mark = behind[0] == ')' || behind[0] == '_' || (behind[0] == '.' && !numberFollows) ||
                     (behind[0] == '-' && (numberFollows || behind.starts_with("- ")));
   if (mark) return digits + 1;
-  if (behind.starts_with(kBetween)) return digits + kBetween.size();
+  if (behind.starts_with(kArtistEnd)) return digits + kArtistEnd.size();
   return padded && behind[0] == ' ' ? digits + 1 : 0;
 }
 
@@ -47,9 +47,9 @@ std::string NameOfFile(const std::string& path) {
 
 TitleInName ReadTitleInName(std::string_view name) {
   const std::string told = WithoutTrackNumber(name);
-  const size_t between = told.find(kBetween);
+  const size_t between = told.find(kArtistEnd);
   if (between == std::string::npos) return {{}, told};
-  return {Trim(told.substr(0, between)), Trim(told.substr(between + kBetween.size()))};
+  return {Trim(told.substr(0, between)), Trim(told.substr(between + kArtistEnd.size()))};
 }
 
 }  // namespace zemo

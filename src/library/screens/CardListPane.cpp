@@ -20,8 +20,8 @@ namespace zemo {
 
 namespace {
 
-constexpr int kFilledBy = 0;   // the column by which every list is filled
-constexpr int kHeadRoom = 22;  // around its text
+constexpr int kFilledBy = 0;       // the column by which every list is filled
+constexpr int kCardHeadRoom = 22;  // around its text
 
 std::vector<QString> HeadsOf(const CardColumns& columns, const Translation& texts) {
   std::vector<QString> heads;
@@ -220,7 +220,7 @@ void CardListPane::ArrangeColumns() {
     const int sample = cells.horizontalAdvance(QString::fromUtf8(rooms_[column].sample));
     const bool sorted = header.sortIndicatorSection() == static_cast<int>(column);
     const int headRoom = sorted ? header.sectionSizeHint(static_cast<int>(column))
-                                : heads.horizontalAdvance(head) + kHeadRoom;
+                                : heads.horizontalAdvance(head) + kCardHeadRoom;
     const int least = std::max(headRoom, sample + kCellMargin);
     // Where the pane is narrow the last columns give way.
     const bool fits = columns.size() < 2 || used + least <= table_->viewport()->width();

@@ -13,7 +13,7 @@
 namespace zemo {
 
 namespace {
-constexpr int kBegin = 9, kEnd = 10;  // modes of the calendar
+constexpr int kJingleBegin = 9, kJingleEnd = 10;  // modes of the calendar
 }
 
 JinglePage::JinglePage(Station& station, LibraryEditor& editor, const LibraryOrders& orders,
@@ -43,8 +43,8 @@ JinglePage::JinglePage(Station& station, LibraryEditor& editor, const LibraryOrd
        {Tick("JingleExtraitYN", card.JingleExtraitYN), 0},
        {new QWidget(this), 1}});
   Row({{Field("PointSortie", ExitPoint("SliderPSJ", "LblPSJ", card.SliderPSJ)), 2},
-       {Field("LblMMJJDebut", Window("LblMMJJDebutJ", card.LblMMJJDebutJ, kBegin, "LblMMJJFinJ",
-                                     card.LblMMJJFinJ, kEnd)),
+       {Field("LblMMJJDebut", Window("LblMMJJDebutJ", card.LblMMJJDebutJ, kJingleBegin,
+                                     "LblMMJJFinJ", card.LblMMJJFinJ, kJingleEnd)),
         2},
        {Field("LblDiff", Label("LblDiff", [&card] { return card.LblDiff; })), 1}});
   Row({{Button(

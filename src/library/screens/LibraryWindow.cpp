@@ -159,7 +159,7 @@ void LibraryWindow::Print() {
 
 void LibraryWindow::Export() {
   if (!sources_.spreadsheets) return;
-  QString title = MnuExporter_->text();
+  QString title = Texts().Word("MnuExporter");
   auto* dialog = new QFileDialog(this, title.remove(u'.'));
   dialog->setObjectName(QStringLiteral("FrmExporter"));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -250,7 +250,7 @@ void LibraryWindow::dropEvent(QDropEvent* event) {
 }
 
 void LibraryWindow::ChooseFolder() {
-  QString title = MnuImport_->text();
+  QString title = Texts().Word("MnuImport");
   auto* dialog = new QFileDialog(this, title.remove(u'.'));
   dialog->setObjectName(QStringLiteral("FrmImportFolder"));
   dialog->setAttribute(Qt::WA_DeleteOnClose);

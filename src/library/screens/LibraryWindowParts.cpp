@@ -29,6 +29,7 @@
 #include "library/screens/ShortElementPage.h"
 #include "platform/Desktop.h"
 #include "station/Station.h"
+#include "ui/MenuLetters.h"
 
 namespace zemo {
 
@@ -117,6 +118,8 @@ void LibraryWindow::MakeMenus() {
   MnuListe_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
   MnuGive_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_G));
   MnuImp_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_P));
+  GiveMenuLetters(*bar);
+  GiveMenuLetters(*options);
 }
 
 // --- pages ---

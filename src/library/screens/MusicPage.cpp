@@ -14,7 +14,7 @@
 namespace zemo {
 
 namespace {
-constexpr int kBegin = 7, kEnd = 8;  // modes of the calendar
+constexpr int kMusicBegin = 7, kMusicEnd = 8;  // modes of the calendar
 constexpr int kPlaysOfRow = 4;
 }  // namespace
 
@@ -52,8 +52,8 @@ MusicPage::MusicPage(Station& station, LibraryEditor& editor, const LibraryOrder
        {field("ChEcartJours", card.ChEcartJours), 1},
        {field("ChEcartArtiste", card.ChEcartArtiste), 1}});
   Row({{Field("PointSortie", ExitPoint("PointSortie", "LblPMix", card.PointSortie)), 2},
-       {Field("LblMMJJDebut", Window("LblMMJJDebut", card.LblMMJJDebut, kBegin, "LblMMJJFin",
-                                     card.LblMMJJFin, kEnd)),
+       {Field("LblMMJJDebut", Window("LblMMJJDebut", card.LblMMJJDebut, kMusicBegin, "LblMMJJFin",
+                                     card.LblMMJJFin, kMusicEnd)),
         2},
        {Field("lblNumero", Label("lblNumero", [&card] { return card.lblNumero; })), 0}});
   Row({{field("ChCommentaire", card.ChCommentaire), 1}});

@@ -92,9 +92,7 @@ class CheckedStation : public testing::Test {
     sqlite3_close(database);
   }
 
-  CheckOptions Options() const {
-    return {folder_ / "station", folder_ / "machine", 200, {}};
-  }
+  CheckOptions Options() const { return {folder_ / "station", folder_ / "machine", 200, {}}; }
 
   // Each finding as "KIND: WHAT: WHY", a warning with "(warning)" behind it.
   Lines Found() const { return Found(Options()); }

@@ -38,6 +38,14 @@ TEST_F(MusicTab, OpensOnTheFirstCard) {
   EXPECT_EQ(Find<QTabBar>("TabStrip1")->currentIndex(), 0);
 }
 
+TEST_F(MusicTab, TheMenusHaveTheirLetters) {
+  AddSongs();
+  Open();
+  QTest::keyClick(window.get(), Qt::Key_N, Qt::AltModifier);
+  EXPECT_EQ(Text("lblNumero"), "0");
+  EXPECT_EQ(Find<QAction>("MnuExporter")->text(), QStringLiteral("&Exporter vers un tableur..."));
+}
+
 TEST_F(MusicTab, IsNeverLargerThanTheScreen) {
   window = std::make_unique<LibraryWindow>(on.station, sources);
   window->resize(8000, 6000);
