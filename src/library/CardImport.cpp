@@ -46,7 +46,7 @@ void TakeText(const std::string& tag, std::string& field) {
 
 // Of a file: without its folder and its ending, of whatever length that is.
 std::string NameOf(const std::string& file) {
-  const std::string name = file.substr(file.find_last_of('/') + 1);
+  const std::string name = TextOfName(file.substr(file.find_last_of('/') + 1));
   const size_t point = name.find_last_of('.');
   return Trim(point == std::string::npos || point == 0 ? name : name.substr(0, point));
 }
