@@ -207,6 +207,21 @@ TEST_F(CardSoundFixture, AnotherCardAnotherTabAndTheEndOfTheScreenAreSilent) {
   EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
 }
 
+TEST_F(CardSoundFixture, TheStepToAnotherCardIsSilentAtOnce) {
+  OpenAndLook();
+  Library::BtnEcoute_Click(on.station, editor);
+  Library::BtnPlus_Click(on.station, editor);
+  EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
+}
+
+TEST_F(CardSoundFixture, AnotherFileForTheSameCardIsSilent) {
+  OpenAndLook();
+  Library::BtnEcoute_Click(on.station, editor);
+  Library::TakeFiles(on.station, editor, {FileOf(3)});
+  Look();
+  EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
+}
+
 TEST_F(CardSoundFixture, WhatOthersPlayIsNotStopped) {
   OpenAndLook();
   Library::BtnEcoute_Click(on.station, editor);
@@ -251,6 +266,51 @@ TEST_F(CardSoundFixture, TheJoinWithTheCardBehindIsHeardAsItWouldAir) {
   EXPECT_EQ(HeardAt(), -1) << "another title is";
   EXPECT_EQ(Library::ListeningNote(on.station, editor), "ARTIST 2 - TITLE");
   EXPECT_EQ(Heard(), (Told{"play/title1.wav", "play/title2.wav"}));
+}
+
+// Knows what it is to play behind another file, and plays nothing.
+struct FollowedPrelisten : Prelisten {
+  Following following;
+  State state = State::kClosed;
+  std::string file;
+  void SetDevice(int) override {}
+  int Device() const override { return 1; }
+  void Open(const std::string& path) override {
+    file = path;
+    state = State::kOpen;
+  }
+  void Start() override { state = State::kPlaying; }
+  void Pause() override {}
+  void Restart() override {}
+  void Stop() override {}
+  void Close() override { state = State::kClosed; }
+  void Follow(const Following& next) override { following = next; }
+  State PlayerState() const override { return state; }
+  const std::string& FileName() const override { return file; }
+  int32_t LengthMs() const override { return 180000; }
+  int32_t PositionMs() const override { return 0; }
+  void SetPositionMs(int32_t) override {}
+  Levels HeardLevels() const override { return {}; }
+  void OnEnd(std::function<void(bool lost)>) override {}
+};
+
+// 6 dB and 12 dB too loud.
+TEST_F(CardSoundFixture, EachTitleOfAJoinHasTheLevelThatItHasOnAir) {
+  on.machineFolder.Write("Settings.Ini", "LoudnessTarget=-18\r\n");
+  for (int song = 1; song <= 2; ++song) {
+    SoundMeasures measures;
+    measures.loudnessLufs = song == 1 ? -12 : -6;
+    measures.truePeakDb = -1;
+    StoreMeasures(on.station.base, FileOf(song), *on.soundFiles.Stamp(FileOf(song)), measures);
+  }
+  FollowedPrelisten player;
+  on.station.platform.prelisten = &player;
+  OpenAndLook();
+  Library::BtnRaccord_Click(on.station, editor, JoinSide::kBehind);
+  on.station.platform.prelisten = &on.prelisten;
+  EXPECT_EQ(player.following.path, FileOf(2));
+  EXPECT_NEAR(player.following.openGain, 0.501, 0.001);
+  EXPECT_NEAR(player.following.gain, 0.251, 0.001);
 }
 
 TEST_F(CardSoundFixture, TheJoinIntoTheCardIsHeardFromTheCardAheadOfIt) {

@@ -59,6 +59,9 @@ TEST_F(LibraryJingles, LinkedToACardShowsItsArtistAndTitleAndLeavesTheStoredArti
   EXPECT_EQ(editor.jingle.LblArtisteAssocie, "ARTIST - TITLE");
   Library::Replacer_Click(on.station, editor);
   EXPECT_EQ(on.SqlText("SELECT CODEASSOCIE || ARTISTEASSOCIE FROM DiscothequeJingle"), "1SOMEBODY");
+  Library::LblArtisteAssocie_Change(on.station, editor, "ELSE");
+  Library::Replacer_Click(on.station, editor);
+  EXPECT_EQ(on.SqlText("SELECT CODEASSOCIE || ARTISTEASSOCIE FROM DiscothequeJingle"), "1SOMEBODY");
 }
 
 TEST_F(LibraryJingles, LinkedToADeletedCardShowsTheStoredArtist) {

@@ -152,6 +152,13 @@ TEST_F(SelectorFixture, FilteringUnselectsWhatHasACard) {
   EXPECT_EQ(selector.TrackBarMax, 3);
 }
 
+TEST_F(SelectorFixture, BehindTheFilterTheBarHasTheLengthOfTheFileChosenAgain) {
+  Open(folder + "/B.MP3");
+  on.messages.AnswerNext(Answer::kOk);
+  Selector::SelectAll_Click(on.station, selector, true);
+  EXPECT_EQ(selector.TrackBarMax, 20000);
+}
+
 TEST_F(SelectorFixture, FilteringWithoutKnownFilesLeavesAllSelected) {
   Open();
   on.messages.AnswerNext(Answer::kOk);
