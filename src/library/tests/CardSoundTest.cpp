@@ -2,6 +2,7 @@
 // heard of it. The titles are 180 s long.
 #include "library/CardSound.h"
 #include "library/tests/LibraryFixture.h"
+#include "library/tests/StillPrelisten.h"
 #include "platform/Desktop.h"
 #include "store/SoundMeasuresTable.h"
 
@@ -268,32 +269,6 @@ TEST_F(CardSoundFixture, TheJoinWithTheCardBehindIsHeardAsItWouldAir) {
   EXPECT_EQ(Heard(), (Told{"play/title1.wav", "play/title2.wav"}));
 }
 
-// Knows what it is to play behind another file, and plays nothing.
-struct FollowedPrelisten : Prelisten {
-  Following following;
-  State state = State::kClosed;
-  std::string file;
-  void SetDevice(int) override {}
-  int Device() const override { return 1; }
-  void Open(const std::string& path) override {
-    file = path;
-    state = State::kOpen;
-  }
-  void Start() override { state = State::kPlaying; }
-  void Pause() override {}
-  void Restart() override {}
-  void Stop() override {}
-  void Close() override { state = State::kClosed; }
-  void Follow(const Following& next) override { following = next; }
-  State PlayerState() const override { return state; }
-  const std::string& FileName() const override { return file; }
-  int32_t LengthMs() const override { return 180000; }
-  int32_t PositionMs() const override { return 0; }
-  void SetPositionMs(int32_t) override {}
-  Levels HeardLevels() const override { return {}; }
-  void OnEnd(std::function<void(bool lost)>) override {}
-};
-
 // 6 dB and 12 dB too loud.
 TEST_F(CardSoundFixture, EachTitleOfAJoinHasTheLevelThatItHasOnAir) {
   on.machineFolder.Write("Settings.Ini", "LoudnessTarget=-18\r\n");
@@ -303,7 +278,7 @@ TEST_F(CardSoundFixture, EachTitleOfAJoinHasTheLevelThatItHasOnAir) {
     measures.truePeakDb = -1;
     StoreMeasures(on.station.base, FileOf(song), *on.soundFiles.Stamp(FileOf(song)), measures);
   }
-  FollowedPrelisten player;
+  StillPrelisten player;
   on.station.platform.prelisten = &player;
   OpenAndLook();
   Library::BtnRaccord_Click(on.station, editor, JoinSide::kBehind);
