@@ -180,6 +180,12 @@ TEST_F(LibraryJingles, HourPipsAreSavedWhenTheirTabIsLeftAndWhenTheScreenIsClose
   EXPECT_EQ(on.SqlText("SELECT FICHIER FROM Toph WHERE HEURE = 8"), "/other.wav");
 }
 
+TEST_F(LibraryJingles, ADayOfAnHourPipIsACharacterAndNotAByte) {
+  OpenTab(LibraryTab::kHourPips);
+  Library::GTopH_Change(editor, 7, 3, "–X–x–X–X");
+  EXPECT_EQ(HourPipCell(editor, 7, 3), " X X X ");
+}
+
 TEST_F(LibraryJingles, TheOverlayMarkIsReadInBothLanguages) {
   OpenTab(LibraryTab::kHourPips);
   Library::GTopH_Change(editor, 1, 2, "Vrai");
