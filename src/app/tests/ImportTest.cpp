@@ -123,6 +123,21 @@ TEST_F(ImportCommand, TheExitPointsThatAnInterruptedRunLeftAreFoundByTheNextOne)
   EXPECT_FALSE(std::filesystem::exists(root_ / "fresh/ExitsToFind.Txt"));
 }
 
+TEST_F(ImportCommand, TheExitPointsOfNewTitlesAreFoundByEar) {
+  Import("music");
+  EXPECT_EQ(Sql("SELECT POINTSORTIE FROM Discotheque"), "0\n0\n");  // silence to the end
+  EXPECT_EQ(Sql("SELECT DUREE FROM Mesures ORDER BY DUREE"), "3000\n4000\n");
+}
+
+TEST_F(ImportCommand, ADryRunLeavesTheExitPointsThatAreStillToBeFound) {
+  Import("music");
+  Sql("UPDATE Discotheque SET POINTSORTIE = 1600");
+  Put("fresh/ExitsToFind.Txt", "1\t1600\t" + Path("music/b.wav") + "\n");
+  Import("--dry-run music");
+  EXPECT_EQ(Sql("SELECT POINTSORTIE FROM Discotheque"), "1600\n1600\n");
+  EXPECT_TRUE(std::filesystem::exists(root_ / "fresh/ExitsToFind.Txt"));
+}
+
 // Another program has the base for itself, which can be read meanwhile.
 TEST_F(ImportCommand, ExitPointsThatALockedBaseDoesNotTakeAreKeptForTheNextRun) {
   Import("music");
