@@ -147,6 +147,12 @@ TEST_F(LibraryScript, ADoubleClickOnAPipsFileChoosesOneAndClosingSaves) {
             Path("pip.wav") + "|-1\n");
 }
 
+TEST_F(LibraryScript, ARightClickOnAPipChangesNothing) {
+  Drive({"open library", "put TabStrip1 4", "cell GTopH 7 2", "cell GTopH 7 2 right",
+         "show library"});
+  EXPECT_EQ(Events("screen")[0]["grids"]["GTopH"][7][2], "True");
+}
+
 TEST_F(LibraryScript, ThePrintAndTheSheetGoWhereTheyAreAskedFor) {
   Drive({"open library", "press MnuImp", "path \"" + Path("all") + "\"", "press MnuExporter"});
   const auto prints = Events("print");
