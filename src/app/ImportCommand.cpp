@@ -27,6 +27,7 @@
 #include "station/LanguageTexts.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
+#include "store/StoreError.h"
 
 namespace zemo {
 
@@ -54,10 +55,10 @@ const char* ResultWord(ImportedFile::Result result) {
 
 void PrintLine(const std::string& file, const ImportedFile& imported) {
   const bool known = imported.result == ImportedFile::Result::kKnown;
-  std::cout << (known ? "known already" : ResultWord(imported.result)) << "  " << file;
+  std::cout << (known ? "known already" : ResultWord(imported.result)) << "  " << Printable(file);
   if (imported.code > 0) std::cout << "  card " << imported.code;
   const std::string remark = ImportRemark(imported, kEnglish);
-  if (!remark.empty()) std::cout << ": " << remark;
+  if (!remark.empty()) std::cout << ": " << Printable(remark);
   std::cout << '\n';
 }
 
@@ -187,13 +188,16 @@ class Import {
 
   void FindExit(const BareExit& bare) {
     const SoundFiles& files = *sim_.soundFiles;
-    const auto stamp = files.Stamp(bare.file);
-    if (!stamp || TakeKnownMeasures(sim_.station, bare, *stamp)) return;
     try {
+      const auto stamp = files.Stamp(bare.file);
+      if (!stamp || TakeKnownMeasures(sim_.station, bare, *stamp)) return;
       const auto measures = MeasureSound(opener_, files.Resolve(bare.file));
       if (measures) TakeMeasures(sim_.station, bare, *stamp, *measures);
+    } catch (const StoreError& error) {
+      if (error.MayPass()) throw;  // all of them are kept for the next run
+      PrintError(error.what());
     } catch (const std::exception& error) {
-      std::cerr << "zemoradio: " << error.what() << std::endl;
+      PrintError(error.what());
     }
   }
 

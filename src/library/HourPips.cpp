@@ -39,8 +39,10 @@ void SavePips(Station& station, const LibraryEditor& editor) {
 // Seven characters, "X" where the pip is on.
 std::string DaysOf(const std::string& text) {
   std::string days;
-  for (const char letter : text.substr(0, kDays))
-    days += letter == 'x' || letter == 'X' ? 'X' : ' ';
+  for (const char letter : FirstCharacters(text, kDays)) {
+    const bool goesOn = (static_cast<unsigned char>(letter) & 0xC0) == 0x80;  // with a character
+    if (!goesOn) days += letter == 'x' || letter == 'X' ? 'X' : ' ';
+  }
   days.resize(kDays, ' ');
   return days;
 }

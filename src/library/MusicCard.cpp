@@ -58,8 +58,15 @@ class FieldReader {
 
 }  // namespace
 
+std::string TextOfName(std::string_view name) {
+  std::string text = DecodeSideFile(name);
+  const auto isControl = [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; };
+  std::replace_if(text.begin(), text.end(), isControl, ' ');
+  return text;
+}
+
 std::string ArtistFromPath(std::string_view path) {
-  const std::string_view name = path.substr(path.find_last_of("/\\") + 1);
+  const std::string name = TextOfName(path.substr(path.find_last_of("/\\") + 1));
   return FirstCharacters(name, std::max(0, CharacterCount(name) - static_cast<int>(kEnding)));
 }
 

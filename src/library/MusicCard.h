@@ -39,6 +39,10 @@ struct MusicCard {
 
 inline constexpr int32_t kLatestExitMs = 32767;  // what the field holds
 
+// A file's name as the text of a card: Windows-1252 where it is no UTF-8, and a blank for each
+// control character.
+std::string TextOfName(std::string_view name);
+
 // Text of a path behind its last slash of either slant, without the four characters of its ending.
 std::string ArtistFromPath(std::string_view path);
 

@@ -1,5 +1,6 @@
 #include "library/TitleInName.h"
 
+#include "library/MusicCard.h"
 #include "station/TextForms.h"
 
 namespace zemo {
@@ -40,7 +41,7 @@ std::string WithoutTrackNumber(std::string_view name) {
 }  // namespace
 
 std::string NameOfFile(const std::string& path) {
-  const std::string name = path.substr(path.find_last_of('/') + 1);
+  const std::string name = TextOfName(path.substr(path.find_last_of('/') + 1));
   const size_t point = name.find_last_of('.');
   return Trim(point == std::string::npos || point == 0 ? name : name.substr(0, point));
 }

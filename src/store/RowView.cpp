@@ -13,6 +13,11 @@ bool RowView::IsNull(int column) const {
   return sqlite3_column_type(statement_, column) == SQLITE_NULL;
 }
 
+bool RowView::IsNumber(int column) const {
+  const int type = sqlite3_column_type(statement_, column);
+  return type == SQLITE_INTEGER || type == SQLITE_FLOAT;
+}
+
 int64_t RowView::Int(int column) const {
   switch (sqlite3_column_type(statement_, column)) {
     case SQLITE_INTEGER:

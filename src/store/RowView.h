@@ -15,6 +15,7 @@ class RowView {
   explicit RowView(sqlite3_stmt* statement) : statement_(statement) {}
 
   bool IsNull(int column) const;
+  bool IsNumber(int column) const;  // no text that reads as one
   int64_t Int(int column) const;
   double Real(int column) const;
   // Valid until the row was taken. A column is read either as a number or as a text.

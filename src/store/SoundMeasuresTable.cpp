@@ -2,6 +2,8 @@
 // two paths are the same only byte for byte, as the files of this system are.
 #include "store/SoundMeasuresTable.h"
 
+#include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -20,9 +22,11 @@ namespace {
 constexpr const char* kTable = "Mesures";
 constexpr const char* kPathIndex = "Chemin";
 
-// What a meter can say: integrated loudness has no part below -70 LUFS, and a true peak is a few dB
-// above full scale at most.
-constexpr double kLeastLufs = -70, kMostLufs = 20, kLeastPeakDb = -150, kMostPeakDb = 20;
+// What a meter can say: integrated loudness has no part below -70 LUFS, a decoded sample is 24 dB
+// above full scale at most and a true peak 5 dB above that, and no sound is louder than 7 LU above
+// its peak, where both channels have all of it at the highest frequencies.
+constexpr double kLeastLufs = -70, kMostLufs = 31, kLeastPeakDb = -150, kMostPeakDb = 30;
+constexpr double kMostAbovePeak = 7;
 
 Field OfType(const char* name, FieldType type) {
   Field field;
@@ -52,8 +56,11 @@ bool Within(const std::optional<double>& value, double least, double most) {
 }
 
 bool IsOfASound(const SoundMeasures& measures) {
-  return Within(measures.loudnessLufs, kLeastLufs, kMostLufs) &&
-         Within(measures.truePeakDb, kLeastPeakDb, kMostPeakDb);
+  const std::optional<double>&lufs = measures.loudnessLufs, &peakDb = measures.truePeakDb;
+  if (lufs && peakDb && *lufs > *peakDb + kMostAbovePeak) return false;
+  return Within(lufs, kLeastLufs, kMostLufs) && Within(peakDb, kLeastPeakDb, kMostPeakDb) &&
+         measures.lengthMs >= 0 && measures.soundBeginMs >= 0 && measures.soundEndMs >= 0 &&
+         measures.exitMs >= 0 && measures.exitMs <= std::numeric_limits<int16_t>::max();
 }
 
 constexpr const char* kFind =
@@ -63,6 +70,13 @@ constexpr const char* kFind =
 std::optional<double> RealOrNone(const RowView& row, int column) {
   if (row.IsNull(column)) return std::nullopt;
   return row.Real(column);
+}
+
+// A row of kFind whose columns behind the path hold numbers, or nothing.
+bool HoldsNumbers(const RowView& row) {
+  for (int column = 1; column <= 6; ++column)
+    if (!row.IsNull(column) && !row.IsNumber(column)) return false;
+  return true;
 }
 
 // A row of kFind.
@@ -126,7 +140,7 @@ std::optional<SoundMeasures> FindMeasures(Database& database, std::string_view s
   if (!database.Tables().Has(kTable)) return std::nullopt;
   std::optional<SoundMeasures> found;
   database.ReadRows(kFind, {stamp.sizeBytes, stamp.changedMs}, [&](const RowView& row) {
-    if (row.Text(0) == storedPath) found = Read(row);
+    if (row.Text(0) == storedPath && HoldsNumbers(row)) found = Read(row);
   });
   return found && IsOfASound(*found) ? found : std::nullopt;
 }

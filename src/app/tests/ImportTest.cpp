@@ -1,5 +1,6 @@
 // `zemoradio import`, from outside.
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <nlohmann/json.hpp>
 
@@ -127,6 +128,62 @@ TEST_F(ImportCommand, TheExitPointsThatAnInterruptedRunLeftAreFoundByTheNextOne)
   EXPECT_EQ(Sql("SELECT POINTSORTIE FROM Discotheque"), "0\n0\n");
   EXPECT_EQ(Sql("SELECT COUNT(*) FROM Mesures"), "2\n");
   EXPECT_FALSE(std::filesystem::exists(root_ / "fresh/ExitsToFind.Txt"));
+}
+
+TEST_F(ImportCommand, TheExitPointsOfNewTitlesAreFoundByEar) {
+  Import("music");
+  EXPECT_EQ(Sql("SELECT POINTSORTIE FROM Discotheque"), "0\n0\n");  // silence to the end
+  EXPECT_EQ(Sql("SELECT DUREE FROM Mesures ORDER BY DUREE"), "3000\n4000\n");
+}
+
+TEST_F(ImportCommand, ADryRunLeavesTheExitPointsThatAreStillToBeFound) {
+  Import("music");
+  Sql("UPDATE Discotheque SET POINTSORTIE = 1600");
+  Put("fresh/ExitsToFind.Txt", "1\t1600\t" + Path("music/b.wav") + "\n");
+  Import("--dry-run music");
+  EXPECT_EQ(Sql("SELECT POINTSORTIE FROM Discotheque"), "1600\n1600\n");
+  EXPECT_TRUE(std::filesystem::exists(root_ / "fresh/ExitsToFind.Txt"));
+}
+
+// Another program has the base for itself, which can be read meanwhile.
+TEST_F(ImportCommand, ExitPointsThatALockedBaseDoesNotTakeAreKeptForTheNextRun) {
+  Import("music");
+  Sql("UPDATE Discotheque SET POINTSORTIE = 1600; DELETE FROM Mesures");
+  const std::string kept = "1\t1600\t" + Path("music/b.wav") + "\n";
+  Put("fresh/ExitsToFind.Txt", kept);
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(Path("fresh/Triskin.MDB").c_str(), &other), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  const Result locked = Import("music");
+  sqlite3_close(other);
+  EXPECT_EQ(locked.status, 1);
+  EXPECT_EQ(LinesOf(locked.err).size(), 1U) << locked.err;
+  EXPECT_EQ(ReadText(root_ / "fresh/ExitsToFind.Txt"), kept);
+  EXPECT_EQ(Import("music").status, 0);
+  EXPECT_EQ(Sql("SELECT POINTSORTIE FROM Discotheque WHERE CODE = 1"), "0\n");
+}
+
+TEST_F(ImportCommand, MeasuresThatNoCardHoldsDoNotEndTheSearchForExitPoints) {
+  Import("music");
+  Sql("UPDATE Discotheque SET POINTSORTIE = 1600; UPDATE Mesures SET POINTSORTIE = 99999");
+  Put("fresh/ExitsToFind.Txt",
+      "1\t1600\t" + Path("music/b.wav") + "\n2\t1600\t" + Path("music/inner/a.WAV") + "\n");
+  const Result result = Import("music");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(Sql("SELECT POINTSORTIE FROM Discotheque"), "0\n0\n");
+  EXPECT_FALSE(std::filesystem::exists(root_ / "fresh/ExitsToFind.Txt"));
+}
+
+TEST_F(ImportCommand, ANameOfAnyBytesIsOneLineAndATextOnTheCard) {
+  std::filesystem::create_directory(root_ / "odd");
+  PutWav("odd/new\nline \x1b[31m.wav", 1);
+  PutWav("odd/\xe9t\xe9.wav", 2);
+  const Result result = Import("odd");
+  EXPECT_EQ(LinesOf(result.out).size(), 3U) << result.out;
+  EXPECT_EQ(result.out.find('\x1b'), std::string::npos);
+  EXPECT_EQ(Sql("SELECT AUTEUR FROM Discotheque ORDER BY CODE"), "new line  [31m\nété\n");
+  const Result again = Import("odd");
+  EXPECT_EQ(again.out.find("added  "), std::string::npos) << again.out;
 }
 
 TEST_F(ImportCommand, WithoutAPathItIsWrongUsage) {

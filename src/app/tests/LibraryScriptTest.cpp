@@ -102,6 +102,27 @@ TEST_F(LibraryScript, TheOpenSelectorPrelistensUntilItsOk) {
   EXPECT_EQ(screens[1]["controls"]["ChFileName"], Path("station/title3.wav"));
 }
 
+TEST_F(LibraryScript, WhileOnAirTheSelectorDoesNotPlayOnTheOutputOfTheAir) {
+  Drive({"local AudioOutID 1", "local AudioOutPFLID 1", "start", "open library",
+         "files open " + Path("station/title3.wav"), "press CmdFileMusique", "show selector",
+         "press btnPlay"});
+  const auto screens = Events("screen");
+  ASSERT_EQ(screens.size(), 1U);
+  EXPECT_TRUE(IsOff(screens[0], "btnPlay"));
+  EXPECT_EQ(screens[0]["controls"]["LblOut"], "Mauvais choix de sortie PFL");
+  ASSERT_EQ(Events("error").size(), 1U);
+  EXPECT_EQ(Events("error")[0]["text"], "btnPlay is off");
+  EXPECT_TRUE(Events("prelisten").empty());
+}
+
+TEST_F(LibraryScript, NoRowIsChosenInAListThatIsNotSeen) {
+  Drive({"open library", "press MnuListe", "choose PLDisco 2", "put TabStrip1 2", "put TabStrip1 1",
+         "choose PLDisco 3", "show library"});
+  ASSERT_EQ(Events("error").size(), 1U);
+  EXPECT_EQ(Events("error")[0]["text"], "PLDisco is off");
+  EXPECT_EQ(Events("screen")[0]["controls"]["lblNumero"], "2");
+}
+
 TEST_F(LibraryScript, ACalendarDayGoesIntoItsWindowLabelAndARightClickEmptiesIt) {
   Drive({"open library", "day 2026-12-24", "press LblMMJJDebut", "day 2026-01-06",
          "press LblMMJJFin", "press LblMMJJFin", "show library", "press LblMMJJFin right",
@@ -124,6 +145,12 @@ TEST_F(LibraryScript, ADoubleClickOnAPipsFileChoosesOneAndClosingSaves) {
             0);
   EXPECT_EQ(Sql("SELECT FICHIER, SURIMPRESSION FROM Toph WHERE HEURE = 7"),
             Path("pip.wav") + "|-1\n");
+}
+
+TEST_F(LibraryScript, ARightClickOnAPipChangesNothing) {
+  Drive({"open library", "put TabStrip1 4", "cell GTopH 7 2", "cell GTopH 7 2 right",
+         "show library"});
+  EXPECT_EQ(Events("screen")[0]["grids"]["GTopH"][7][2], "True");
 }
 
 TEST_F(LibraryScript, ThePrintAndTheSheetGoWhereTheyAreAskedFor) {

@@ -150,6 +150,12 @@ TEST(ArtistFromPath, IsTheNameWithoutFolderAndFourCharacters) {
   EXPECT_EQ(ArtistFromPath("a"), "");
 }
 
+TEST(ArtistFromPath, IsATextWhateverBytesTheNameHas) {
+  EXPECT_EQ(ArtistFromPath("/music/\xe9t\xe9.wav"), "été");
+  EXPECT_EQ(ArtistFromPath("/music/été.wav"), "été");
+  EXPECT_EQ(ArtistFromPath("/music/a\nb\x1b[m.wav"), "a b [m");
+}
+
 TEST(BareMusicCard, HasTheStationsDefaults) {
   MusicCard card;
   card.ChFileName = "/music/An artist.mp3";

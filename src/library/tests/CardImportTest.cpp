@@ -220,4 +220,14 @@ TEST_F(CardsImported, TheMeasuredExitGoesIntoACardWhoseExitNobodySet) {
   EXPECT_EQ(Row("POINTSORTIE"), "900");
 }
 
+TEST_F(CardsImported, AMeasuredExitIsThatOfItsFileAndNotOfAnotherThatTheCardGotMeanwhile) {
+  const std::string file = on.MakeSound("song.mp3", 60000);
+  const ImportedFile imported = Take(file);
+  on.Sql("UPDATE Discotheque SET FILENAME = '" + on.MakeSound("other.mp3", 60000) + "'");
+  SoundMeasures measures;
+  measures.exitMs = 4200;
+  TakeMeasures(on.station, {imported.code, 1600, file}, *on.soundFiles.Stamp(file), measures);
+  EXPECT_EQ(Row("POINTSORTIE"), "1600");
+}
+
 }  // namespace zemo

@@ -86,6 +86,19 @@ TEST_F(Measuring, AnImportedCardGetsTheExitPointUnlessAHandWasFaster) {
   EXPECT_TRUE(IsKnown(b));
 }
 
+TEST_F(Measuring, ACardImportedWhileItsFileIsMeasuredForTheLibraryGetsItsExitPoint) {
+  SetTarget();
+  const std::string file = AddFile("a.wav");
+  CardMeasuring measuring(on.station, measurer);
+  measuring.Turn();
+  ASSERT_EQ(measurer.wishes, Files{file});
+  measuring.Add(1, file);
+  measuring.Turn();
+  measurer.Give(file, 4200);
+  Turns(measuring, 2);
+  EXPECT_EQ(Exits(), "4200");
+}
+
 TEST_F(Measuring, TheNewestImportedIsMeasuredFirstAndAllAheadOfTheLibrary) {
   SetTarget();
   Files files;

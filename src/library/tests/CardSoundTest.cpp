@@ -2,6 +2,7 @@
 // heard of it. The titles are 180 s long.
 #include "library/CardSound.h"
 #include "library/tests/LibraryFixture.h"
+#include "library/tests/StillPrelisten.h"
 #include "platform/Desktop.h"
 #include "store/SoundMeasuresTable.h"
 
@@ -207,6 +208,21 @@ TEST_F(CardSoundFixture, AnotherCardAnotherTabAndTheEndOfTheScreenAreSilent) {
   EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
 }
 
+TEST_F(CardSoundFixture, TheStepToAnotherCardIsSilentAtOnce) {
+  OpenAndLook();
+  Library::BtnEcoute_Click(on.station, editor);
+  Library::BtnPlus_Click(on.station, editor);
+  EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
+}
+
+TEST_F(CardSoundFixture, AnotherFileForTheSameCardIsSilent) {
+  OpenAndLook();
+  Library::BtnEcoute_Click(on.station, editor);
+  Library::TakeFiles(on.station, editor, {FileOf(3)});
+  Look();
+  EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
+}
+
 TEST_F(CardSoundFixture, WhatOthersPlayIsNotStopped) {
   OpenAndLook();
   Library::BtnEcoute_Click(on.station, editor);
@@ -260,6 +276,25 @@ TEST_F(CardSoundFixture, TheJoinWithTheCardBehindIsHeardAsItWouldAir) {
   EXPECT_EQ(HeardAt(), -1) << "another title is";
   EXPECT_EQ(Library::ListeningNote(on.station, editor), "ARTIST 2 - TITLE");
   EXPECT_EQ(Heard(), (Told{"play/title1.wav", "play/title2.wav"}));
+}
+
+// 6 dB and 12 dB too loud.
+TEST_F(CardSoundFixture, EachTitleOfAJoinHasTheLevelThatItHasOnAir) {
+  on.machineFolder.Write("Settings.Ini", "LoudnessTarget=-18\r\n");
+  for (int song = 1; song <= 2; ++song) {
+    SoundMeasures measures;
+    measures.loudnessLufs = song == 1 ? -12 : -6;
+    measures.truePeakDb = -1;
+    StoreMeasures(on.station.base, FileOf(song), *on.soundFiles.Stamp(FileOf(song)), measures);
+  }
+  StillPrelisten player;
+  on.station.platform.prelisten = &player;
+  OpenAndLook();
+  Library::BtnRaccord_Click(on.station, editor, JoinSide::kBehind);
+  on.station.platform.prelisten = &on.prelisten;
+  EXPECT_EQ(player.following.path, FileOf(2));
+  EXPECT_NEAR(player.following.openGain, 0.501, 0.001);
+  EXPECT_NEAR(player.following.gain, 0.251, 0.001);
 }
 
 TEST_F(CardSoundFixture, TheJoinIntoTheCardIsHeardFromTheCardAheadOfIt) {

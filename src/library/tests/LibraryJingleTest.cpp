@@ -59,6 +59,9 @@ TEST_F(LibraryJingles, LinkedToACardShowsItsArtistAndTitleAndLeavesTheStoredArti
   EXPECT_EQ(editor.jingle.LblArtisteAssocie, "ARTIST - TITLE");
   Library::Replacer_Click(on.station, editor);
   EXPECT_EQ(on.SqlText("SELECT CODEASSOCIE || ARTISTEASSOCIE FROM DiscothequeJingle"), "1SOMEBODY");
+  Library::LblArtisteAssocie_Change(on.station, editor, "ELSE");
+  Library::Replacer_Click(on.station, editor);
+  EXPECT_EQ(on.SqlText("SELECT CODEASSOCIE || ARTISTEASSOCIE FROM DiscothequeJingle"), "1SOMEBODY");
 }
 
 TEST_F(LibraryJingles, LinkedToADeletedCardShowsTheStoredArtist) {
@@ -175,6 +178,12 @@ TEST_F(LibraryJingles, HourPipsAreSavedWhenTheirTabIsLeftAndWhenTheScreenIsClose
   Library::GTopH_Change(editor, 8, 1, "/other.wav");
   Library::Form_Unload(on.station, editor);
   EXPECT_EQ(on.SqlText("SELECT FICHIER FROM Toph WHERE HEURE = 8"), "/other.wav");
+}
+
+TEST_F(LibraryJingles, ADayOfAnHourPipIsACharacterAndNotAByte) {
+  OpenTab(LibraryTab::kHourPips);
+  Library::GTopH_Change(editor, 7, 3, "–X–x–X–X");
+  EXPECT_EQ(HourPipCell(editor, 7, 3), " X X X ");
 }
 
 TEST_F(LibraryJingles, TheOverlayMarkIsReadInBothLanguages) {

@@ -72,6 +72,29 @@ TEST_F(LibraryMusic, ALotOfThreeOfWhichTheSecondIsKnownAddsTwoTellsOnceAndClears
   EXPECT_EQ(Field("GENRE", 2), "NOGENRE");
 }
 
+TEST_F(LibraryMusic, AFileThatHasACardIsToldAndGetsNoSecondOne) {
+  const std::string known = on.MakeSound("b.wav", 1000);
+  on.AddCard({.file = known, .artist = "KNOWN"});
+  Open();
+  Library::Nouveau_Click(on.station, editor);
+  Library::TakeFiles(on.station, editor, {known});
+  Library::Ajouter_Click(on.station, editor);
+  EXPECT_EQ(Count(), "1");
+  EXPECT_EQ(Message(0), known + "\r\nExiste déjà dans la base");
+}
+
+TEST_F(LibraryMusic, WhoMovesOnDuringALotStaysOnTheCardThatHeWentTo) {
+  AddThree();
+  Open();
+  Library::TakeFiles(on.station, editor,
+                     {on.MakeSound("a.wav", 1000), on.MakeSound("b.wav", 1000)});
+  on.loop.Post([&] { Library::Slider1_Change(on.station, editor, 2); });
+  Library::Ajouter_Click(on.station, editor);
+  EXPECT_EQ(Count(), "5");
+  EXPECT_EQ(editor.music.lblNumero, "2");
+  EXPECT_EQ(editor.Slider1, 2);
+}
+
 TEST_F(LibraryMusic, InALotATextThatNoFieldHoldsRefusesItsCardAndTheLotGoesOn) {
   Open();
   const std::string longName = std::string(41, 'x') + ".wav";
@@ -267,7 +290,21 @@ TEST_F(LibraryMusic, DeletingTheSelectionTakesItsLinesOffTheListToo) {
   EXPECT_EQ(on.SqlText("SELECT AUTEUR FROM Discotheque"), "B");
   ASSERT_EQ(editor.PLDisco.Count(), 1U);
   EXPECT_EQ(editor.PLDisco.Cell(0, DiscoCol::kArtist), "B");
+  EXPECT_FALSE(editor.PLDisco.selected[0]);
   EXPECT_EQ(editor.music.ChAuteur, "B");
+}
+
+TEST_F(LibraryMusic, ASelectionInAListThatIsNotSeenIsNotDeleted) {
+  AddThree();
+  Open();
+  Library::MnuListe_Click(on.station, editor);
+  Library::PLDisco_Click(on.station, editor, {0, 2});
+  Library::TabStrip1_Click(on.station, editor, LibraryTab::kJingles);
+  Library::TabStrip1_Click(on.station, editor, LibraryTab::kMusic);
+  EXPECT_EQ(editor.music.ChAuteur, "C");
+  on.messages.AnswerNext(Answer::kYes);
+  Library::MnuDelete_Click(on.station, editor);
+  EXPECT_EQ(on.SqlText("SELECT GROUP_CONCAT(AUTEUR) FROM Discotheque"), "A,B");
 }
 
 TEST_F(LibraryMusic, DeletingASelectionShowsTheCardBehindTheOneThatWasShown) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "library/SoundFileSelector.h"
+#include "library/tests/StillPrelisten.h"
 #include "platform/Desktop.h"
 #include "support/TestStation.h"
 
@@ -152,6 +153,13 @@ TEST_F(SelectorFixture, FilteringUnselectsWhatHasACard) {
   EXPECT_EQ(selector.TrackBarMax, 3);
 }
 
+TEST_F(SelectorFixture, BehindTheFilterTheBarHasTheLengthOfTheFileChosenAgain) {
+  Open(folder + "/B.MP3");
+  on.messages.AnswerNext(Answer::kOk);
+  Selector::SelectAll_Click(on.station, selector, true);
+  EXPECT_EQ(selector.TrackBarMax, 20000);
+}
+
 TEST_F(SelectorFixture, FilteringWithoutKnownFilesLeavesAllSelected) {
   Open();
   on.messages.AnswerNext(Answer::kOk);
@@ -174,10 +182,27 @@ TEST_F(SelectorFixture, ClosingStopsThePlayer) {
   EXPECT_TRUE(selector.selectorOk);
   EXPECT_FALSE(selector.open);
   EXPECT_EQ(LastPrelisten(), "stop 1");
-  Open();
+  Open(folder + "/a.wav");
   EXPECT_FALSE(selector.selectorOk);
+  Selector::btnPlay_Click(on.station, selector);
+  EXPECT_EQ(LastPrelisten(), "play 1");
   Selector::BtnCancel_Click(on.station, selector);
   EXPECT_FALSE(selector.selectorOk);
+  EXPECT_EQ(LastPrelisten(), "stop 1");
+}
+
+TEST_F(SelectorFixture, ADeviceThatIsLostWhileItPlaysIsTold) {
+  StillPrelisten player;
+  on.station.platform.prelisten = &player;
+  Open(folder + "/a.wav");
+  Selector::btnPlay_Click(on.station, selector);
+  ASSERT_TRUE(player.ended);
+  EXPECT_EQ(on.First("message"), nullptr);
+  player.ended(true);
+  on.station.platform.prelisten = &on.prelisten;
+  const auto* message = on.First("message");
+  ASSERT_TRUE(message);
+  EXPECT_EQ((*message)["text"], "Impossible d'écouter sur cette sortie audio");
 }
 
 }  // namespace zemo

@@ -177,6 +177,15 @@ TEST_F(SoundMarkersTest, AChangeIsTakenBackARunOfStepsOrADragAsOne) {
   EXPECT_FALSE(Markers::Undo(markers));
 }
 
+TEST_F(SoundMarkersTest, TheLast200ChangesCanBeTakenBack) {
+  for (int change = 1; change <= 250; ++change)
+    Markers::Put(markers, Mark::kExtractBegin, change * 100);
+  int undone = 0;
+  while (Markers::Undo(markers)) ++undone;
+  EXPECT_EQ(undone, 200);
+  EXPECT_EQ(Marks().extractBeginMs, 5000);
+}
+
 TEST_F(SoundMarkersTest, WhatLeavesAMarkWhereItWasIsNoChange) {
   Markers::Put(markers, Mark::kExit, 95000);
   Markers::Put(markers, Mark::kExit, 95000);

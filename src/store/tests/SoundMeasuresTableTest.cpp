@@ -104,15 +104,53 @@ TEST_F(SoundMeasuresTable, PathsThatDifferInCaseAloneAreTwoFiles) {
 
 TEST_F(SoundMeasuresTable, ValuesThatNoSoundHasAreNone) {
   StoreMeasures(*base, "/a.wav", kStamp, Measured(-9, -1));
-  for (const char* lufs : {"-70.1", "20.1", "9e999", "-9e999"}) {
+  for (const char* lufs : {"-70.1", "31.1", "9e999", "-9e999"}) {
     other.Do("UPDATE Mesures SET DBTP = -1, LUFS = " + std::string(lufs));
     EXPECT_EQ(Find("/a.wav"), std::nullopt) << lufs;
   }
-  for (const char* peak : {"-151", "20.1", "9e999"}) {
+  for (const char* peak : {"-151", "30.1", "9e999"}) {
     other.Do("UPDATE Mesures SET LUFS = -9, DBTP = " + std::string(peak));
     EXPECT_EQ(Find("/a.wav"), std::nullopt) << peak;
   }
-  other.Do("UPDATE Mesures SET LUFS = -70, DBTP = 20");
+  other.Do("UPDATE Mesures SET LUFS = -70, DBTP = 30");
+  EXPECT_NE(Find("/a.wav"), std::nullopt);
+}
+
+// Samples at the highest level that a decoder gives, 24.1 dB above full scale.
+TEST_F(SoundMeasuresTable, AFileThatIsFarTooLoudIsMeasuredOnceAsAnyOther) {
+  StoreMeasures(*base, "/a.wav", kStamp, Measured(21.4, 29.5));
+  EXPECT_EQ(LufsOf("/a.wav"), 21.4);
+}
+
+TEST_F(SoundMeasuresTable, ASoundThatWouldBeLouderThanItsPeakAllowsIsNone) {
+  StoreMeasures(*base, "/a.wav", kStamp, Measured(-9, -16));
+  EXPECT_EQ(LufsOf("/a.wav"), -9);
+  StoreMeasures(*base, "/a.wav", kStamp, Measured(-9, -16.1));
+  EXPECT_EQ(Find("/a.wav"), std::nullopt);
+  StoreMeasures(*base, "/a.wav", kStamp, Measured(-70, -150));  // 54 dB of gain to -16 LUFS
+  EXPECT_EQ(Find("/a.wav"), std::nullopt);
+}
+
+TEST_F(SoundMeasuresTable, AWordInPlaceOfANumberIsNoMeasureOf0) {
+  for (const char* column : {"LUFS", "DBTP"}) {
+    StoreMeasures(*base, "/a.wav", kStamp, Measured(-9, -1));
+    other.Do("UPDATE Mesures SET " + std::string(column) + " = 'loud'");
+    EXPECT_EQ(Find("/a.wav"), std::nullopt) << column;
+    StoreMeasures(*base, "/a.wav", kStamp, Measured(-9, -1));
+    other.Do("UPDATE Mesures SET " + std::string(column) + " = x'ff00'");
+    EXPECT_EQ(Find("/a.wav"), std::nullopt) << column;
+  }
+}
+
+TEST_F(SoundMeasuresTable, TimesThatNoCardHoldsAreNone) {
+  StoreMeasures(*base, "/a.wav", kStamp, Measured(-9, -1));
+  for (const char* fault :
+       {"POINTSORTIE = 32768", "POINTSORTIE = -1", "DUREE = -1", "DEBUT = -1", "FIN = -5"}) {
+    StoreMeasures(*base, "/a.wav", kStamp, Measured(-9, -1));
+    other.Do("UPDATE Mesures SET " + std::string(fault));
+    EXPECT_EQ(Find("/a.wav"), std::nullopt) << fault;
+  }
+  other.Do("UPDATE Mesures SET FIN = 214500, POINTSORTIE = 32767");
   EXPECT_NE(Find("/a.wav"), std::nullopt);
 }
 

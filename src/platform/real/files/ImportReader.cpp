@@ -5,8 +5,10 @@
 #include <cmath>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <limits>
 #include <memory>
+#include <system_error>
 
 namespace zemo {
 
@@ -114,7 +116,10 @@ SoundFileReading ImportReader::Read(const std::string& path) {
   SoundFileReading reading{.path = path};
   try {
     if (!files_.Exists(path)) {
-      reading.error = "there is no such file";
+      std::error_code error;
+      reading.error = std::filesystem::is_directory(files_.Resolve(path), error)
+                          ? "the folder cannot be read"
+                          : "there is no such file";
       return reading;
     }
     if (known_.contains(path)) return reading;

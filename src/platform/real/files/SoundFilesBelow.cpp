@@ -25,8 +25,8 @@ bool IsSound(const fs::path& path) {
 // Of one folder, whose own order is the disk's.
 struct Inside {
   std::vector<fs::path> entries;
+  std::error_code error;  // what ended the reading ahead of the last entry
   explicit Inside(const fs::path& folder) {
-    std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error))
       entries.push_back(entry->path());
@@ -37,7 +37,8 @@ struct Inside {
 bool Below(const fs::path& folder, const std::function<bool(std::string)>& found) {
   // A folder's name with the slash behind it, so that the files come in the order of their paths.
   std::vector<std::pair<std::string, bool>> paths;
-  for (const fs::path& entry : Inside(folder).entries) {
+  const Inside inside(folder);
+  for (const fs::path& entry : inside.entries) {
     std::error_code error;
     const fs::file_status status = fs::symlink_status(entry, error);
     if (fs::is_directory(status))
@@ -46,6 +47,7 @@ bool Below(const fs::path& folder, const std::function<bool(std::string)>& found
       paths.emplace_back(entry.string(), false);
   }
   std::sort(paths.begin(), paths.end());
+  if (inside.error && !found(folder.string())) return false;
   return std::all_of(paths.begin(), paths.end(), [&](const auto& path) {
     const auto& [name, isFolder] = path;
     return isFolder ? Below(name.substr(0, name.size() - 1), found) : found(name);

@@ -1,6 +1,7 @@
 // The files of an import: which are found, and read by a thread in real time. What is waited for
 // has a bound.
 #include <sched.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -58,6 +59,36 @@ TEST(SoundFilesBelow, WhoHasEnoughEndsTheWalk) {
   int found = 0;
   FindSoundFiles(folder.Path(), [&](const std::string&) { return ++found < 2; });
   EXPECT_EQ(found, 2);
+}
+
+// Who may read everything reads as somebody else meanwhile.
+class AsNobody {
+ public:
+  AsNobody() {
+    if (all_) EXPECT_EQ(::seteuid(65534), 0);
+  }
+  ~AsNobody() {
+    if (all_) EXPECT_EQ(::seteuid(0), 0);
+  }
+  AsNobody(const AsNobody&) = delete;
+
+ private:
+  bool all_ = ::geteuid() == 0;
+};
+
+TEST(SoundFilesBelow, AFolderThatCannotBeReadIsGivenInPlaceOfWhatIsInIt) {
+  namespace fs = std::filesystem;
+  const TemporaryFolder folder;
+  const std::string file = folder.Put("b.wav", "");
+  folder.Put("a/lost.wav", "");
+  fs::permissions(folder.Path(), fs::perms(0755));
+  fs::permissions(folder / "a", fs::perms::none);
+  {
+    const AsNobody reader;
+    EXPECT_EQ(Found(folder.Path()), (Paths{folder / "a", file}));
+    EXPECT_EQ(Found(folder / "a"), Paths{folder / "a"});
+  }
+  fs::permissions(folder / "a", fs::perms::owner_all);
 }
 
 bool Wait(const std::function<bool()>& condition) {
