@@ -150,6 +150,8 @@ TEST_F(GridView, TheAdvertisersOtherCampaignsAreRingsAroundTheCrosses) {
             "Dont l'annonceur lui-même : 1");
   EXPECT_EQ(TipAt(QPoint(At(4, 6).x(), 20)), "S\nAutres passages de l'annonceur : 2");
   EXPECT_EQ(TipAt(QPoint(At(4, 5).x(), 20)), "V");
+  Type("ChAnnonceur", "Cinema");  // it has none
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ColourAt(ring) != Theme::kVoiceTrack; }, 10000));
 }
 
 TEST_F(GridView, ShiftWithTheArrowsPaintsWhatTheyPassAsTheCellThatTheyLeave) {
