@@ -212,6 +212,8 @@ TEST_F(GridView, AYearOfAWholeDayScrollsToTheFrame) {
   EXPECT_TRUE(Grid().viewport()->rect().contains(Grid().Cell(Grid().Frame())));
   ClickCell(194, 366);
   EXPECT_EQ(window->Editor().GPub.Cell(194, 366), "X");
+  const QImage whole = Grid().grab().toImage();  // the corner between the scroll bars, too
+  EXPECT_EQ(whole.pixelColor(Grid().width() - 5, Grid().height() - 5), Theme::kPanel);
   KeepPicture(*window, "campaigns-year");
 }
 
