@@ -258,24 +258,29 @@ void CampaignGridView::mouseMoveEvent(QMouseEvent* event) {
     if (place.row == pressed_.row && place.column == pressed_.column) return;
     paints_ = true;
     paintsCross_ = !IsCross(pressed_);
-    painted(pressed_, paintsCross_);
+    painted({pressed_}, paintsCross_);
   }
   PaintTo(event->pos());
+}
+
+void CampaignGridView::Paint(const std::vector<GridPlace>& places, bool cross) {
+  if (std::ranges::any_of(places, [&](GridPlace place) { return IsCross(place) != cross; }))
+    painted(places, cross);
 }
 
 // Also what lies between two places, as a quick mouse tells few of them.
 void CampaignGridView::PaintTo(const QPoint& point) {
   const QPoint way = point - passed_;
   const int steps = std::max({std::abs(way.x()), std::abs(way.y()), 1});
-  GridPlace last;
+  std::vector<GridPlace> passed;
   for (int step = 1; step <= steps; ++step) {
     const GridPlace place = PlaceAt(passed_ + way * step / steps);
-    if (!IsCell(place)) continue;
-    last = place;
-    if (IsCross(place) != paintsCross_) painted(place, paintsCross_);
+    if (IsCell(place)) passed.push_back(place);
   }
   passed_ = point;
-  if (IsCell(last)) MoveFrame(last);
+  if (passed.empty()) return;
+  Paint(passed, paintsCross_);
+  MoveFrame(passed.back());
 }
 
 void CampaignGridView::mouseReleaseEvent(QMouseEvent* event) {
@@ -305,9 +310,10 @@ void CampaignGridView::StepFrame(GridPlace place, bool paints) {
   const bool cross = IsCross(from);
   const auto [firstRow, lastRow] = std::minmax(from.row, frame_.row);
   const auto [firstColumn, lastColumn] = std::minmax(from.column, frame_.column);
+  std::vector<GridPlace> passed;
   for (int row = firstRow; row <= lastRow; ++row)
-    for (int column = firstColumn; column <= lastColumn; ++column)
-      if (IsCross({row, column}) != cross) painted({row, column}, cross);
+    for (int column = firstColumn; column <= lastColumn; ++column) passed.push_back({row, column});
+  Paint(passed, cross);
 }
 
 void CampaignGridView::ScrollTo(GridPlace place) {

@@ -29,7 +29,7 @@ class CampaignGridView : public QAbstractScrollArea {
                    QWidget* parent);
 
   std::function<void(MouseButton button, bool shift, bool control, GridPlace place)> marked;
-  std::function<void(GridPlace place, bool cross)> painted;
+  std::function<void(const std::vector<GridPlace>& places, bool cross)> painted;
   std::function<bool()> takesMarks;
 
   void Arrange(double unit);
@@ -72,6 +72,7 @@ class CampaignGridView : public QAbstractScrollArea {
   void PaintDays(QPainter& painter) const;
   void PaintMoments(QPainter& painter) const;
   void PaintTo(const QPoint& point);
+  void Paint(const std::vector<GridPlace>& places, bool cross);
   void MoveFrame(GridPlace place);
   void StepFrame(GridPlace place, bool paints);
   void ScrollTo(GridPlace place);

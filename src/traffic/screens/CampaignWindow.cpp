@@ -200,8 +200,8 @@ void CampaignWindow::MakeGrid() {
     else
       Work(order);
   };
-  GPub->painted = [this](GridPlace place, bool cross) {
-    Run([this, place, cross] { Campaigns::GPub_MouseMove(station_, editor_, place, cross); });
+  GPub->painted = [this](const std::vector<GridPlace>& places, bool cross) {
+    Run([&] { Campaigns::GPub_MouseMove(station_, editor_, places, cross); });
   };
   const auto onKeys = [this](QKeySequence::StandardKey keys, GridRoutine routine) {
     auto* made = new QShortcut(keys, GPub);
