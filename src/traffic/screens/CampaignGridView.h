@@ -75,6 +75,8 @@ class CampaignGridView : public QAbstractScrollArea {
   void Paint(const std::vector<GridPlace>& places, bool cross);
   void MoveFrame(GridPlace place);
   void StepFrame(GridPlace place, bool paints);
+  bool MoveByKey(const QKeyEvent& event);  // false for a key that is none of theirs
+  bool MarkByKey(const QKeyEvent& event);
   void ScrollTo(GridPlace place);
   void ShowTip(const QHelpEvent& help);
   QString DayTip(int column) const;
