@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kDayMinutes = 24 * 60, kHourMinutes = 60;
 constexpr int64_t kMinuteMs = 60000;
-constexpr int kWeekDays = 7;
+constexpr int kWeek = 7;  // days
 constexpr int kMonthDays = 31, kYearDays = 12 * kMonthDays;  // every day of every month
 constexpr int kPageRows = 20;
 // A slice, in crosses and cells; a campaign costs some of them whatever it holds. 2 ms on the
@@ -43,7 +43,7 @@ int MinuteOf(const std::string& moment) {
   return ValInt(moment.substr(0, 2)) * kHourMinutes + ValInt(moment.substr(3, 2));
 }
 
-std::string AdvertiserOf(const CampaignForm& form) {
+std::string ComparedAdvertiser(const CampaignForm& form) {
   return UpperLatin(Trim(form.ChAnnonceur));
 }
 
@@ -58,7 +58,7 @@ struct BreakLoads::Shown {
 
   static std::vector<LocalDateTime> DaysOf(const Station& station, const CampaignForm& form);
   static Shown Of(const Station& station, const CampaignForm& form) {
-    Shown shown{ValInt(form.LblCode), AdvertiserOf(form), {}};
+    Shown shown{ValInt(form.LblCode), ComparedAdvertiser(form), {}};
     for (const LocalDateTime& day : DaysOf(station, form)) shown.keys.push_back(DateKey(day));
     return shown;
   }
@@ -72,8 +72,8 @@ std::vector<LocalDateTime> BreakLoads::Shown::DaysOf(const Station& station,
   const double today = DaySerial(now.year, now.month, now.day);
   const int weekday = CurrentWeekday(now);
   std::vector<LocalDateTime> days;
-  for (int day = 1; day <= kWeekDays; ++day)
-    days.push_back(FromDateSerial(today + (day - weekday + kWeekDays) % kWeekDays));
+  for (int day = 1; day <= kWeek; ++day)
+    days.push_back(FromDateSerial(today + (day - weekday + kWeek) % kWeek));
   return days;
 }
 
@@ -134,9 +134,9 @@ struct BreakLoads::Days {
     int ofAdvertiser = 0;
   };
   std::vector<Column> columns;
-  std::array<std::vector<int>, kYearDays> ofDayOfYear;      // columns
-  std::array<std::vector<int>, kWeekDays + 1> ofWeekday;    // columns, from 1 on
-  std::array<std::bitset<24 + 1>, kWeekDays + 1> pipHours;  // 1 to 24, by weekday from 1 on
+  std::array<std::vector<int>, kYearDays> ofDayOfYear;  // columns
+  std::array<std::vector<int>, kWeek + 1> ofWeekday;    // columns, from 1 on
+  std::array<std::bitset<24 + 1>, kWeek + 1> pipHours;  // 1 to 24, by weekday from 1 on
 
   explicit Days(const std::vector<LocalDateTime>& days);
   void ReadPips(Station& station);
@@ -162,7 +162,7 @@ void BreakLoads::Days::ReadPips(Station& station) {
                                const int64_t hour = row.Int(0);
                                const std::string_view weekdays = row.Text(1);
                                if (hour < 0 || hour > 23 || Trim(row.Text(2)).empty()) return;
-                               for (size_t day = 1; day <= kWeekDays; ++day)
+                               for (size_t day = 1; day <= kWeek; ++day)
                                  if (day <= weekdays.size() && weekdays[day - 1] == 'X')
                                    pipHours[day].set(hour == 0 ? 24 : static_cast<size_t>(hour));
                              });
@@ -227,7 +227,7 @@ int64_t BreakLoads::Take(Station& station, const Recordset& row) {
   known = std::make_unique<Campaign>();
   known->depart = depart;
   known->fin = fin;
-  known->advertiser = AdvertiserOf(form);
+  known->advertiser = ComparedAdvertiser(form);
   known->lengthMs = std::max(0, ValInt(form.Longeur));
   try {
     LoadCampaignOrFail(station, row, form);
