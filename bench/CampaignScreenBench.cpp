@@ -144,6 +144,20 @@ void MarkACellOfAYear(benchmark::State& state) {
   }
 }
 
+// A row of 366 days by Shift and End, to and fro.
+void PaintARowOfAYear(benchmark::State& state) {
+  Bench bench;
+  bench.ShowAYear();
+  CampaignGridView& grid = bench.Grid();
+  grid.setFocus();
+  for (auto _ : state) {
+    QTest::keyClick(&grid, Qt::Key_Home);
+    QTest::keyClick(&grid, Qt::Key_Space);
+    QTest::keyClick(&grid, Qt::Key_End, Qt::ShiftModifier);
+    QApplication::processEvents();
+  }
+}
+
 BENCHMARK(Open)->Unit(benchmark::kMillisecond);
 BENCHMARK(NextRecord)->Unit(benchmark::kMillisecond);
 BENCHMARK(Overview)->Unit(benchmark::kMillisecond);
@@ -154,6 +168,7 @@ BENCHMARK(Loads)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(ScrollAYear)->Unit(benchmark::kMillisecond);
 BENCHMARK(MarkACellOfAYear)->Unit(benchmark::kMillisecond);
+BENCHMARK(PaintARowOfAYear)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

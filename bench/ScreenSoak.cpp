@@ -1,9 +1,9 @@
 // Does the screen ever disturb the air? The demo station with titles of a quarter of a minute airs
 // in real time on no output, the main screen is open, and an operator who never rests clicks, types
-// and drags his way through all of it, three times a second, without ever stopping the air. Told
-// are how late each title began (target: never more than a tick, 100 ms), for how long the event
-// loop was away and during what, what the output missed (target: nothing), memory, processor time
-// and errors.
+// and drags his way through all of it and through the office's windows, three times a second,
+// without ever stopping the air. Told are how late each title began (target: never more than a
+// tick, 100 ms), for how long the event loop was away and during what, what the output missed
+// (target: nothing), memory, processor time and errors.
 //
 // Usage: ScreenSoak [SECONDS] [FURTHER_CARDS_IN_THE_LIBRARY] [rest]
 // Above 32,767 cards a list that holds one of the later cannot be stored: that error is no fault.
@@ -43,6 +43,9 @@
 #include "library/screens/LibraryDesk.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
+#include "settings/screens/SettingsDesk.h"
+#include "traffic/screens/CampaignDesk.h"
+#include "traffic/screens/CampaignGridView.h"
 #include "ui/ScreenDesktop.h"
 
 namespace {
@@ -58,6 +61,7 @@ constexpr int kStepMs = 300;
 constexpr int kAnswerMs = 250;
 constexpr int kFewRows = 8;  // of PL: below that nothing is taken out
 constexpr int kManyRows = 20;
+constexpr int kSettingsTabs = 9;
 constexpr int kMemoryPoints = 20;  // at most one a minute
 
 bool IsSet(const char* variable) {
@@ -89,18 +93,33 @@ class SoakSystem : public zemo::RealSystem {
   void SetDate(const zemo::LocalDateTime&) override {}
 };
 
+// The windows of the office.
+struct Office {
+  zemo::LibraryDesk library;
+  zemo::CampaignDesk campaigns;
+  zemo::SettingsDesk settings;
+
+  void Leave() {
+    library.Leave();
+    campaigns.Leave();
+    settings.Leave();
+  }
+};
+
 // What the operator does, step after step, over and over.
 class Operator {
  public:
-  Operator(ScreenHand& hand, zemo::Station& station, QWidget& main, zemo::LibraryDesk& library,
+  Operator(ScreenHand& hand, zemo::Station& station, QWidget& main, Office& office,
            std::string& doing)
-      : hand_(hand), station_(station), main_(main), library_(library), doing_(doing) {
+      : hand_(hand), station_(station), main_(main), office_(office), doing_(doing) {
     InAutomatic();
     InLive();
     WithStoredLists();
     WithSkeletons();
     InTheGrid();
     InTheLibrary();
+    InTheCampaigns();
+    InTheSettings();
   }
 
   void Step() {
@@ -302,7 +321,7 @@ class Operator {
   }
 
   void ChooseMenu(const char* name) {
-    if (auto* entry = library_.Window()->findChild<QAction*>(QString::fromLatin1(name));
+    if (auto* entry = office_.library.Window()->findChild<QAction*>(QString::fromLatin1(name));
         entry && entry->isEnabled())
       entry->trigger();
   }
@@ -328,8 +347,8 @@ class Operator {
   // Cards are read, changed, given fields of another, listed and written out; none is deleted.
   void InTheLibrary() {
     Do("library", [this] {
-      library_.Open();
-      hand_.GoTo(*library_.Window());
+      office_.library.Open();
+      hand_.GoTo(*office_.library.Window());
       hand_.Resize({1280, 800});
     });
     Do("library wait", [] {});
@@ -366,19 +385,98 @@ class Operator {
       if (rounds_ % 8 == 0) ChooseMenu("MnuTxt");
     });
     Do("library closed", [this] {
-      library_.Window()->close();
+      office_.library.Window()->close();
       hand_.GoTo(main_);
     });
   }
-  void ClickTab(int tab) {
-    if (auto* tabs = hand_.Find<QTabBar>("TabStrip1"))
-      hand_.Click(tabs, tabs->tabRect(tab).center());
+  void ClickTab(int tab, const char* name = "TabStrip1") {
+    if (auto* tabs = hand_.Find<QTabBar>(name)) hand_.Click(tabs, tabs->tabRect(tab).center());
+  }
+
+  // Somewhere in the grid of crosses that is seen.
+  static QPoint InGrid(const QWidget& cells, double across, double down) {
+    return {static_cast<int>(cells.width() * across), static_cast<int>(cells.height() * down)};
+  }
+  void MarkCrosses(Qt::KeyboardModifiers modifiers) {
+    if (auto* grid = hand_.Find<zemo::CampaignGridView>("GPub"))
+      hand_.Click(grid->viewport(), InGrid(*grid->viewport(), 0.1 * (2 + Any(7)), 0.3), modifiers);
+  }
+  void DrawCrosses() {
+    auto* grid = hand_.Find<zemo::CampaignGridView>("GPub");
+    if (!grid) return;
+    QWidget* cells = grid->viewport();
+    hand_.Drag(cells, InGrid(*cells, 0.2, 0.3), cells, InGrid(*cells, 0.8, 0.3 + 0.1 * Any(6)));
+  }
+
+  // Records are paged, changed, marked, saved and looked up; none is added or deleted.
+  void InTheCampaigns() {
+    Do("campaigns", [this] {
+      office_.campaigns.Open();
+      hand_.GoTo(*office_.campaigns.Window());
+      hand_.Resize({1280, 800});
+    });
+    Do("campaigns wait", [] {});
+    for (int i = 0; i < 3; ++i) Do("campaigns page", [this] { hand_.Click("BtnMoins"); });
+    Do("campaigns mark", [this] { MarkCrosses({}); });
+    Do("campaigns row", [this] { MarkCrosses(Qt::ShiftModifier); });
+    Do("campaigns column", [this] { MarkCrosses(Qt::ControlModifier); });
+    for (int i = 0; i < 2; ++i) Do("campaigns draw", [this] { DrawCrosses(); });
+    for (const char* name : {"BtnCopyGrille", "BtnDecalY", "CmdInitGrille", "BtnCollerGrille"})
+      Do("campaigns grid", [this, name] { hand_.Click(name); });
+    Do("campaigns keys", [this] {
+      hand_.KeyIn("GPub", Qt::Key_Home);
+      hand_.Key(Qt::Key_End, Qt::ShiftModifier);
+      hand_.Key(Qt::Key_PageDown);
+    });
+    Do("campaigns contact",
+       [this] { hand_.Type("ChContact", "round " + std::to_string(rounds_)); });
+    Do("campaigns save", [this] { hand_.Click("BtnReplacer"); });
+    Do("campaigns overview", [this] { hand_.Click("BtnRecherhe"); });
+    for (int i = 0; i < 2; ++i)
+      Do("campaigns sort",
+         [this] { hand_.Key(static_cast<Qt::Key>(Qt::Key_1 + Any(7)), Qt::ControlModifier); });
+    Do("campaigns choose", [this] {
+      ClickRow("PLPub");
+      hand_.Key(Qt::Key_Return);
+    });
+    Do("campaigns print", [this] { hand_.Click("BtnImprimer"); });
+    Do("campaigns procedure", [this] { hand_.Click("ImgMemo"); });
+    Do("campaigns new", [this] { hand_.Click("BtnNew"); });
+    Do("campaigns calendar", [this] { hand_.Click("LblDepartPub"); });
+    Do("calendar wait", [] {});
+    Do("calendar end", [this] { LeaveCalendar(); });
+    Do("campaigns without a file", [this] { hand_.Click("BtnAjouter"); });
+    Do("campaigns closed", [this] {
+      office_.campaigns.Window()->close();
+      hand_.GoTo(main_);
+    });
+  }
+
+  // Every tab; a text and a level are changed, which are stored at the end.
+  void InTheSettings() {
+    Do("settings", [this] { office_.settings.Open(); });
+    Do("settings wait", [] {});
+    Do("settings wait", [this] {
+      if (!office_.settings.Window()) return;
+      hand_.GoTo(*office_.settings.Window());
+      hand_.Resize({1280, 800});
+    });
+    Do("settings text", [this] { hand_.Type("TexteV", "round " + std::to_string(rounds_)); });
+    for (int tab = 1; tab < kSettingsTabs; ++tab)
+      Do("settings tab", [this, tab] { ClickTab(tab, "Config"); });
+    Do("settings tab", [this] { ClickTab(2, "Config"); });
+    Do("settings level",
+       [this] { hand_.KeyIn("VolumeSousImp", rounds_ % 2 ? Qt::Key_Right : Qt::Key_Left); });
+    Do("settings closed", [this] {
+      if (office_.settings.Window()) office_.settings.Window()->close();
+      hand_.GoTo(main_);
+    });
   }
 
   ScreenHand& hand_;
   zemo::Station& station_;
   QWidget& main_;
-  zemo::LibraryDesk& library_;
+  Office& office_;
   std::string& doing_;
   std::vector<std::pair<const char*, std::function<void()>>> steps_;
   size_t next_ = 0;
@@ -424,8 +522,14 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   librarySources.spreadsheets = &spreadsheets;
   librarySources.waveforms = &waveforms;
   librarySources.questions = sources.questions;
-  zemo::LibraryDesk library(station, librarySources);
-  sources.openLibrary = [&library] { library.Open(); };
+  zemo::CampaignSources campaignSources;
+  campaignSources.questions = sources.questions;
+  Office office{zemo::LibraryDesk(station, librarySources),
+                zemo::CampaignDesk(station, campaignSources),
+                zemo::SettingsDesk(station, {.devices = &real.devices, .chooseFiles = {}})};
+  sources.openLibrary = [&office] { office.library.Open(); };
+  sources.openCampaigns = [&office] { office.campaigns.Open(); };
+  sources.openSettings = [&office] { office.settings.Open(); };
   zemo::OnAirWindow window(station, sources);
   keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
   messages.SetWindow(&window, [&station] { return zemo::NoTickBelow(station); });
@@ -438,7 +542,7 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   zemo::bench::AirWatch watch(real);
   station.events.SetSink(&watch);
   ScreenHand hand(window);
-  Operator someone(hand, station, window, library, watch.doing);
+  Operator someone(hand, station, window, office, watch.doing);
   hand.Click("Toolbar1_5");
   QTimer steps, answers, memory;
   QObject::connect(&steps, &QTimer::timeout, [&] { someone.Step(); });
@@ -454,7 +558,7 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   real.loop.Run();
   steps.stop();
   answers.stop();
-  library.Leave();
+  office.Leave();
   station.events.SetSink(nullptr);
   application.onException = nullptr;
 

@@ -42,7 +42,7 @@ int MinuteOf(const std::string& moment) {
   return ValInt(moment.substr(0, 2)) * kHourMinutes + ValInt(moment.substr(3, 2));
 }
 
-std::string AdvertiserOf(const CampaignForm& form) {
+std::string ComparedAdvertiser(const CampaignForm& form) {
   return UpperLatin(Trim(form.ChAnnonceur));
 }
 
@@ -57,7 +57,7 @@ struct BreakLoads::Shown {
 
   static std::vector<LocalDateTime> DaysOf(const Station& station, const CampaignForm& form);
   static Shown Of(const Station& station, const CampaignForm& form) {
-    Shown shown{ValInt(form.LblCode), AdvertiserOf(form), {}};
+    Shown shown{ValInt(form.LblCode), ComparedAdvertiser(form), {}};
     for (const LocalDateTime& day : DaysOf(station, form)) shown.keys.push_back(DateKey(day));
     return shown;
   }
@@ -133,7 +133,7 @@ struct BreakLoads::Days {
     int ofAdvertiser = 0;
   };
   std::vector<Column> columns;
-  std::array<std::vector<int>, kYearDays> ofDayOfYear;        // columns
+  std::array<std::vector<int>, kYearDays> ofDayOfYear;      // columns
   std::array<std::vector<int>, kWeekDays + 1> ofWeekday;    // columns, from 1 on
   std::array<std::bitset<24 + 1>, kWeekDays + 1> pipHours;  // 1 to 24, by weekday from 1 on
 
@@ -226,7 +226,7 @@ int64_t BreakLoads::Take(Station& station, const Recordset& row) {
   known = std::make_unique<Campaign>();
   known->depart = depart;
   known->fin = fin;
-  known->advertiser = AdvertiserOf(form);
+  known->advertiser = ComparedAdvertiser(form);
   known->lengthMs = std::max(0, ValInt(form.Longeur));
   try {
     LoadCampaignOrFail(station, row, form);

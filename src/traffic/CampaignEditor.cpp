@@ -21,7 +21,6 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kNoDate = "- - / - - / - -";
 constexpr int kHighestPriority = 300, kPriorityStep = 10;
 
 std::unique_ptr<Recordset> OpenCampaigns(Station& station) {

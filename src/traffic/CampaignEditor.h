@@ -38,7 +38,8 @@ struct CampaignEditor : CampaignForm {
   bool fromOverview = false;  // a record is being loaded from PLPub: GPub ignores the mouse
 };
 
-inline constexpr const char* kSpotKind = "Publicité";  // in PLPub; else "Rubrique"
+inline constexpr const char* kNoDate = "- - / - - / - -";  // of a new record
+inline constexpr const char* kSpotKind = "Publicité";      // in PLPub; else "Rubrique"
 
 namespace Campaigns {
 
@@ -78,6 +79,13 @@ void OptPub_Click(CampaignEditor& editor, int option);                 // 0 spot
 std::string FileForSelector(Station& station, const CampaignEditor& editor);
 // What was picked in the selector: CmdLoadFile_Click with the first of the files and its length.
 void TakeFiles(Station& station, CampaignEditor& editor, const std::vector<std::string>& files);
+// Why the base would not take the record: a date that was not chosen, or a text that is too long
+// for its column.
+struct Hindrance {
+  const char* control = "";
+  int most = 0;  // characters; 0: a date
+};
+std::optional<Hindrance> FindHindrance(const CampaignEditor& editor);
 // An hour or a mark that no clock shows: true, which an alert tells.
 bool RefuseWrongMark(Station& station, const CampaignEditor& editor);
 // Takes over the sound file that the operator chose, of that length (ms, as the sound component

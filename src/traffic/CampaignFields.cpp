@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <exception>
 #include <optional>
+#include <tuple>
+#include <utility>
 
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
@@ -9,6 +11,7 @@
 #include "settings/LineLists.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "store/Schema.h"
 #include "traffic/CampaignEditor.h"
 #include "traffic/CampaignMessages.h"
 
@@ -43,6 +46,21 @@ void BuildGrid(Station& station, CampaignEditor& editor) {
 }
 
 }  // namespace
+
+std::optional<Campaigns::Hindrance> Campaigns::FindHindrance(const CampaignEditor& editor) {
+  for (const auto& [control, date] :
+       {std::pair("LblDepartPub", &editor.LblDepartPub), std::pair("LblFinPub", &editor.LblFinPub)})
+    if (*date == kNoDate) return Hindrance{control, 0};
+  const TableDef& table = *FindSchemaTable("GrillePub");
+  for (const auto& [control, column, text] :
+       {std::tuple("ChAnnonceur", "ANNONCEUR", &editor.ChAnnonceur),
+        std::tuple("Categorie", "CATEGORIE", &editor.Categorie),
+        std::tuple("ChContact", "CONTACT", &editor.ChContact),
+        std::tuple("FichierAudio", "FILENAMEAUDIO", &editor.FichierAudio)})
+    if (const int most = table.FindField(column)->Size; CharacterCount(*text) > most)
+      return Hindrance{control, most};
+  return std::nullopt;
+}
 
 bool Campaigns::RefuseWrongMark(Station& station, const CampaignEditor& editor) {
   const auto wrong = FindWrongMark(editor);

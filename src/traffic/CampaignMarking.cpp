@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <set>
 
 #include "station/Station.h"
 #include "traffic/CampaignEditor.h"
@@ -44,10 +45,13 @@ void Toggle(TextGrid& grid, GridPlace place) {
 }
 
 // What the cursor's column holds takes the month's place there.
-void ShowCounts(CampaignEditor& editor, int column) {
-  editor.LblTotalMsg = std::to_string(CountCrosses(editor));
+void ShowCount(CampaignEditor& editor, int column) {
   if (IsDay(editor.GPub, column))
     editor.GPub.SetCell(0, column, std::to_string(CrossesInColumn(editor.GPub, column)));
+}
+
+void ShowTotal(CampaignEditor& editor) {
+  editor.LblTotalMsg = std::to_string(CountCrosses(editor));
 }
 
 }  // namespace
@@ -56,12 +60,18 @@ bool Campaigns::TakesMarks(const CampaignEditor& editor) {
   return editor.BtnReplacerEnabled || editor.BtnAjouterEnabled;
 }
 
-void Campaigns::GPub_MouseMove(Station& station, CampaignEditor& editor, GridPlace place,
-                               bool cross) {
+void Campaigns::GPub_MouseMove(Station& station, CampaignEditor& editor,
+                               const std::vector<GridPlace>& places, bool cross) {
   try {
-    if (editor.fromOverview || !TakesMarks(editor) || !IsCell(editor.GPub, place)) return;
-    Put(editor.GPub, place.row, place.column, cross);
-    ShowCounts(editor, place.column);
+    if (editor.fromOverview || !TakesMarks(editor)) return;
+    std::set<int> columns;
+    for (const GridPlace place : places) {
+      if (!IsCell(editor.GPub, place)) continue;
+      Put(editor.GPub, place.row, place.column, cross);
+      columns.insert(place.column);
+    }
+    for (const int column : columns) ShowCount(editor, column);
+    ShowTotal(editor);
   } catch (const std::exception&) {
     LogCurrentException(station, "GPub");
   }
@@ -80,7 +90,8 @@ void Campaigns::GPub_MouseUp(Station& station, CampaignEditor& editor, MouseButt
       MarkColumn(grid, place.column, cross);
     else
       Toggle(grid, place);
-    ShowCounts(editor, place.column);
+    ShowCount(editor, place.column);
+    ShowTotal(editor);
   } catch (const std::exception&) {
     LogCurrentException(station, "GPub");
   }
@@ -98,7 +109,7 @@ void Campaigns::BtnCollerGrille_Click(CampaignEditor& editor) {
   for (int row = kFirstMomentRow; row < rows; ++row)
     for (int column = kFirstDayColumn; column < columns; ++column)
       grid.SetCell(row, column, copy.Cell(row, column));
-  editor.LblTotalMsg = std::to_string(CountCrosses(editor));
+  ShowTotal(editor);
 }
 
 void Campaigns::BtnDecalY_Click(CampaignEditor& editor) {
@@ -111,7 +122,7 @@ void Campaigns::BtnDecalY_Click(CampaignEditor& editor) {
       grid.SetCell(row, column, grid.Cell(row - 1, column));
     grid.SetCell(kFirstMomentRow, column, kept);
   }
-  editor.LblTotalMsg = std::to_string(CountCrosses(editor));
+  ShowTotal(editor);
 }
 
 }  // namespace zemo

@@ -2,6 +2,8 @@
 // turning.
 #pragma once
 
+#include <vector>
+
 #include "station/TextGrid.h"
 
 namespace zemo {
@@ -22,9 +24,10 @@ void GPub_MouseUp(Station& station, CampaignEditor& editor, MouseButton button, 
 
 // Whether a mark goes onto the grid as it stands; GPub_MouseUp tells why not.
 bool TakesMarks(const CampaignEditor& editor);
-// The held mouse passes over that cell, which becomes what the first one became. Nothing where no
+// The held mouse passes over these cells, which become what the first one became. Nothing where no
 // mark is taken.
-void GPub_MouseMove(Station& station, CampaignEditor& editor, GridPlace place, bool cross);
+void GPub_MouseMove(Station& station, CampaignEditor& editor, const std::vector<GridPlace>& places,
+                    bool cross);
 
 void BtnCopyGrille_Click(CampaignEditor& editor);
 // The crosses of the copy onto the grid as it stands, which keeps its size, its days and moments.

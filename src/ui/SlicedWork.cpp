@@ -11,8 +11,8 @@
 namespace zemo {
 
 namespace {
-constexpr int kAskAgainMs = 50;
-constexpr int kLockedTurns = 100;  // of kAskAgainMs: as long as any other query waits
+constexpr int kAskLockedAgainMs = 50;
+constexpr int kLockedTurns = 100;  // of kAskLockedAgainMs: as long as any other query waits
 }  // namespace
 
 SlicedWork::SlicedWork(Station& station, const char* routine, std::function<bool()> slice,
@@ -30,7 +30,7 @@ void SlicedWork::Begin() {
 
 void SlicedWork::Turn() {
   if (!atWork_) return;
-  if (!Slice()) return timer_.start(lockedTurns_ > 0 ? kAskAgainMs : 0);
+  if (!Slice()) return timer_.start(lockedTurns_ > 0 ? kAskLockedAgainMs : 0);
   atWork_ = false;
   done_();
 }

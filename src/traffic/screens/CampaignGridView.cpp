@@ -11,7 +11,6 @@
 #include <string>
 
 #include "station/TextForms.h"
-#include "station/TimeForms.h"
 #include "traffic/screens/GridMarks.h"
 #include "ui/Theme.h"
 
@@ -258,24 +257,29 @@ void CampaignGridView::mouseMoveEvent(QMouseEvent* event) {
     if (place.row == pressed_.row && place.column == pressed_.column) return;
     paints_ = true;
     paintsCross_ = !IsCross(pressed_);
-    painted(pressed_, paintsCross_);
+    painted({pressed_}, paintsCross_);
   }
   PaintTo(event->pos());
+}
+
+void CampaignGridView::Paint(const std::vector<GridPlace>& places, bool cross) {
+  if (std::ranges::any_of(places, [&](GridPlace place) { return IsCross(place) != cross; }))
+    painted(places, cross);
 }
 
 // Also what lies between two places, as a quick mouse tells few of them.
 void CampaignGridView::PaintTo(const QPoint& point) {
   const QPoint way = point - passed_;
   const int steps = std::max({std::abs(way.x()), std::abs(way.y()), 1});
-  GridPlace last;
+  std::vector<GridPlace> passed;
   for (int step = 1; step <= steps; ++step) {
     const GridPlace place = PlaceAt(passed_ + way * step / steps);
-    if (!IsCell(place)) continue;
-    last = place;
-    if (IsCross(place) != paintsCross_) painted(place, paintsCross_);
+    if (IsCell(place)) passed.push_back(place);
   }
   passed_ = point;
-  if (IsCell(last)) MoveFrame(last);
+  if (passed.empty()) return;
+  Paint(passed, paintsCross_);
+  MoveFrame(passed.back());
 }
 
 void CampaignGridView::mouseReleaseEvent(QMouseEvent* event) {
@@ -305,9 +309,10 @@ void CampaignGridView::StepFrame(GridPlace place, bool paints) {
   const bool cross = IsCross(from);
   const auto [firstRow, lastRow] = std::minmax(from.row, frame_.row);
   const auto [firstColumn, lastColumn] = std::minmax(from.column, frame_.column);
+  std::vector<GridPlace> passed;
   for (int row = firstRow; row <= lastRow; ++row)
-    for (int column = firstColumn; column <= lastColumn; ++column)
-      if (IsCross({row, column}) != cross) painted({row, column}, cross);
+    for (int column = firstColumn; column <= lastColumn; ++column) passed.push_back({row, column});
+  Paint(passed, cross);
 }
 
 void CampaignGridView::ScrollTo(GridPlace place) {
@@ -322,38 +327,58 @@ void CampaignGridView::ScrollTo(GridPlace place) {
 }
 
 void CampaignGridView::keyPressEvent(QKeyEvent* event) {
-  const bool shift = event->modifiers() & Qt::ShiftModifier;
-  const bool control = event->modifiers() & Qt::ControlModifier;
-  const auto move = [&](int rows, int columns) {
-    StepFrame({frame_.row + rows, frame_.column + columns}, shift && takesMarks());
-  };
-  const auto mark = [&](MouseButton button) { marked(button, shift, control, frame_); };
+  if (!MoveByKey(*event) && !MarkByKey(*event)) QAbstractScrollArea::keyPressEvent(event);
+}
+
+bool CampaignGridView::MoveByKey(const QKeyEvent& event) {
+  const bool control = event.modifiers() & Qt::ControlModifier;
   const int page = std::max(1, (viewport()->height() - HeadHeight()) / row_ - 1);
-  switch (event->key()) {
+  const int allRows = Grid().RowCount(), allColumns = GridColumns(Grid());
+  GridPlace way{0, 0};
+  switch (event.key()) {
     case Qt::Key_Up:
-      return move(-1, 0);
+      way.row = -1;
+      break;
     case Qt::Key_Down:
-      return move(1, 0);
+      way.row = 1;
+      break;
     case Qt::Key_Left:
-      return move(0, -1);
+      way.column = -1;
+      break;
     case Qt::Key_Right:
-      return move(0, 1);
+      way.column = 1;
+      break;
     case Qt::Key_PageUp:
-      return move(-page, 0);
+      way.row = -page;
+      break;
     case Qt::Key_PageDown:
-      return move(page, 0);
+      way.row = page;
+      break;
     case Qt::Key_Home:
-      return control ? move(-Grid().RowCount(), 0) : move(0, -GridColumns(Grid()));
+      (control ? way.row : way.column) = control ? -allRows : -allColumns;
+      break;
     case Qt::Key_End:
-      return control ? move(Grid().RowCount(), 0) : move(0, GridColumns(Grid()));
-    case Qt::Key_Space:
-      return mark(MouseButton::kLeft);
-    case Qt::Key_Delete:  // never marks
-      if (IsCross(frame_) || shift || control) mark(MouseButton::kRight);
-      return;
+      (control ? way.row : way.column) = control ? allRows : allColumns;
+      break;
     default:
-      QAbstractScrollArea::keyPressEvent(event);
+      return false;
   }
+  const bool paints = event.modifiers() & Qt::ShiftModifier && takesMarks();
+  StepFrame({frame_.row + way.row, frame_.column + way.column}, paints);
+  return true;
+}
+
+// Space is the left button, Delete the right one, which never marks.
+bool CampaignGridView::MarkByKey(const QKeyEvent& event) {
+  const bool shift = event.modifiers() & Qt::ShiftModifier;
+  const bool control = event.modifiers() & Qt::ControlModifier;
+  if (event.key() == Qt::Key_Space) {
+    marked(MouseButton::kLeft, shift, control, frame_);
+    return true;
+  }
+  if (event.key() != Qt::Key_Delete) return false;
+  if (IsCross(frame_) || shift || control) marked(MouseButton::kRight, shift, control, frame_);
+  return true;
 }
 
 void CampaignGridView::focusInEvent(QFocusEvent* event) {

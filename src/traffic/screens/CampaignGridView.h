@@ -29,7 +29,7 @@ class CampaignGridView : public QAbstractScrollArea {
                    QWidget* parent);
 
   std::function<void(MouseButton button, bool shift, bool control, GridPlace place)> marked;
-  std::function<void(GridPlace place, bool cross)> painted;
+  std::function<void(const std::vector<GridPlace>& places, bool cross)> painted;
   std::function<bool()> takesMarks;
 
   void Arrange(double unit);
@@ -72,8 +72,11 @@ class CampaignGridView : public QAbstractScrollArea {
   void PaintDays(QPainter& painter) const;
   void PaintMoments(QPainter& painter) const;
   void PaintTo(const QPoint& point);
+  void Paint(const std::vector<GridPlace>& places, bool cross);
   void MoveFrame(GridPlace place);
   void StepFrame(GridPlace place, bool paints);
+  bool MoveByKey(const QKeyEvent& event);  // false for a key that is none of theirs
+  bool MarkByKey(const QKeyEvent& event);
   void ScrollTo(GridPlace place);
   void ShowTip(const QHelpEvent& help);
   QString DayTip(int column) const;

@@ -32,6 +32,7 @@ CampaignPage::CampaignPage(Station& station, CampaignEditor& editor, const Campa
         2}});
   Row({{Kind(), 0}, {SoundFile(), 1}});
   Row({{Days(), 3}, {Division(), 4}});
+  Follow([&orders] { orders.shown(); });
 }
 
 void CampaignPage::BeginEntry() {

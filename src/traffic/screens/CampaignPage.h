@@ -14,6 +14,7 @@ struct CampaignOrders {
   std::function<void(std::function<void()> order)> work;  // may ask: waits for a free moment
   std::function<void()> chooseFile;
   std::function<void(int mode)> pickDay;  // 1 the start, 2 the end
+  std::function<void()> shown;            // the fields are, also as they were typed in
 };
 
 class CampaignPage : public FieldPage {

@@ -12,6 +12,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "traffic/CampaignMarking.h"
 #include "traffic/CampaignSheet.h"
 #include "traffic/CampaignTexts.h"
 #include "traffic/screens/CampaignGridView.h"
@@ -77,6 +78,7 @@ void CampaignWindow::MakeOrders() {
   orders_.work = [this](std::function<void()> order) { Work(std::move(order)); };
   orders_.chooseFile = [this] { ChooseFile(); };
   orders_.pickDay = [this](int mode) { PickDay(mode); };
+  orders_.shown = [this] { ShowFields(); };
 }
 
 // --- parts ---
@@ -153,9 +155,9 @@ QWidget* CampaignWindow::GridBar() {
   onGrid("BtnCopyGrille", Campaigns::BtnCopyGrille_Click, Qt::CTRL | Qt::SHIFT | Qt::Key_C);
   onGrid("BtnCollerGrille", Campaigns::BtnCollerGrille_Click, Qt::CTRL | Qt::SHIFT | Qt::Key_V);
   onGrid("BtnDecalY", Campaigns::BtnDecalY_Click, Qt::CTRL | Qt::Key_D);
-  damage_ = new QLabel(Texts().Word("GridDamaged"), bar);
-  damage_->setProperty("note", true);
-  layout->addWidget(damage_);
+  note_ = new QLabel(bar);
+  note_->setProperty("note", true);
+  layout->addWidget(note_);
   layout->addStretch(1);
   auto* words = new QLabel(Texts().Word("For.LblTotalMsg"), bar);
   words->setProperty("dim", true);
@@ -198,8 +200,8 @@ void CampaignWindow::MakeGrid() {
     else
       Work(order);
   };
-  GPub->painted = [this](GridPlace place, bool cross) {
-    Run([this, place, cross] { Campaigns::GPub_MouseMove(station_, editor_, place, cross); });
+  GPub->painted = [this](const std::vector<GridPlace>& places, bool cross) {
+    Run([&] { Campaigns::GPub_MouseMove(station_, editor_, places, cross); });
   };
   const auto onKeys = [this](QKeySequence::StandardKey keys, GridRoutine routine) {
     auto* made = new QShortcut(keys, GPub);
@@ -281,11 +283,14 @@ void CampaignWindow::ShowAll() {
   LblInfoPub->setText(ShownText(editor_.LblInfoPub));
   LblTotalMsg->setText(ShownText(editor_.LblTotalMsg));
   LblTotalJours->setText(ShownText(editor_.LblTotalJours));
-  damage_->setVisible(!editor_.damage.empty());
-  damage_->setToolTip(ShownText(editor_.damage));
   ShowOverview();
   if (!std::exchange(isNew_, editor_.BtnAjouterEnabled) && isNew_) page_->BeginEntry();
   GPub->ShowGrid();
+}
+
+// What follows the fields: a word about them, and what the others have in their days.
+void CampaignWindow::ShowFields() {
+  ShowNote();
   if (!loads_.IsOf(station_, editor_)) {
     loads_.Begin(station_, editor_);
     reading_.Begin();
@@ -296,6 +301,24 @@ void CampaignWindow::ShowAll() {
 void CampaignWindow::ShowLoads() {
   legend_->Show(editor_.OptPub[0], reading_.AtWork());
   GPub->viewport()->update();
+}
+
+// What keeps the record from being saved, else what is wrong with its grid.
+void CampaignWindow::ShowNote() {
+  const auto hindrance =
+      Campaigns::TakesMarks(editor_) ? Campaigns::FindHindrance(editor_) : std::nullopt;
+  QString note;
+  if (hindrance) {
+    const QString field = Texts().Word(std::string("For.") + hindrance->control);
+    note = hindrance->most == 0
+               ? Texts().Word("DateMissing", field)
+               : Texts().Word("TooLong").arg(field, QString::number(hindrance->most));
+  } else if (!editor_.damage.empty()) {
+    note = Texts().Word("GridDamaged");
+  }
+  note_->setText(note);
+  note_->setVisible(!note.isEmpty());
+  note_->setToolTip(hindrance ? QString() : ShownText(editor_.damage));
 }
 
 void CampaignWindow::ShowOverview() {

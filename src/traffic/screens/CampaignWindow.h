@@ -56,6 +56,8 @@ class CampaignWindow : public OfficeWindow {
   QWidget* GridBar();
   void MakeGrid();
   void MakeOverview();
+  void ShowFields();
+  void ShowNote();
   void ShowOverview();
   void ShowLoads();
 
@@ -75,7 +77,7 @@ class CampaignWindow : public OfficeWindow {
   CampaignOverview* PLPub = nullptr;
   CampaignLegend* legend_ = nullptr;
   QLabel *LblInfoPub = nullptr, *LblTotalMsg = nullptr, *LblTotalJours = nullptr;
-  QLabel* damage_ = nullptr;
+  QLabel* note_ = nullptr;
   bool isNew_ = false;  // the record that is shown
   std::vector<std::pair<QPushButton*, const bool*>> offAtTimes_;
 };

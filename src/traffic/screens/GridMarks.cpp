@@ -10,10 +10,14 @@ namespace zemo::GridMarks {
 
 namespace {
 
-constexpr int kLoadHeight = 3, kLeastLoad = 2;  // pixels
+constexpr int kLeastLoad = 2;  // pixels
+
+int LoadHeight(const QRect& cell) {
+  return std::max(3, cell.height() / 5);
+}
 
 QRect CrossIn(const QRect& cell) {
-  return cell.adjusted(3, 3, -2, -kLoadHeight - 2);
+  return cell.adjusted(3, 3, -2, -LoadHeight(cell) - 2);
 }
 
 }  // namespace
@@ -31,10 +35,11 @@ void PaintOfAdvertiser(QPainter& painter, const QRect& cell) {
 
 void PaintLoad(QPainter& painter, const QRect& cell, double full) {
   if (full <= 0) return;
-  const QRect foot(cell.left() + 3, cell.bottom() - kLoadHeight + 1, cell.width() - 5, kLoadHeight);
+  const QRect foot(cell.left() + 3, cell.bottom() - LoadHeight(cell) + 1, cell.width() - 5,
+                   LoadHeight(cell));
   const int width = static_cast<int>(std::lround(std::min(1.0, full) * foot.width()));
   painter.fillRect(foot, Theme::kLine);
-  painter.fillRect(QRect(foot.topLeft(), QSize(std::max(kLeastLoad, width), kLoadHeight)),
+  painter.fillRect(QRect(foot.topLeft(), QSize(std::max(kLeastLoad, width), foot.height())),
                    full >= 1 ? Theme::kHeard : Theme::kMusic);
 }
 

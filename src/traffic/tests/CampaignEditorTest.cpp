@@ -197,6 +197,31 @@ TEST(CampaignEditor, AddingWithoutASoundFileIsRefusedInTheStationsLanguage) {
   EXPECT_EQ(s.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
 }
 
+TEST(CampaignEditor, KnowsWhatTheBaseWouldNotTake) {
+  CampaignStation s;
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  const auto hindrance = [&] {
+    const auto found = Campaigns::FindHindrance(s.editor);
+    return found ? std::string(found->control) + " " + std::to_string(found->most) : "";
+  };
+  EXPECT_EQ(hindrance(), "LblDepartPub 0");
+  Campaigns::PickDay(s.station, s.editor, 1, "21/11/2026");
+  EXPECT_EQ(hindrance(), "LblFinPub 0");
+  Campaigns::PickDay(s.station, s.editor, 2, "21/11/2026");
+  EXPECT_EQ(hindrance(), "");
+  for (int letter = 0; letter < 40; ++letter) s.editor.ChAnnonceur += "é";
+  EXPECT_EQ(hindrance(), "");
+  s.editor.ChAnnonceur += "é";
+  EXPECT_EQ(hindrance(), "ChAnnonceur 40");
+  s.editor.ChAnnonceur = "Zoo";
+  s.editor.Categorie = std::string(41, 'c');
+  EXPECT_EQ(hindrance(), "Categorie 40");
+  s.editor.Categorie.clear();
+  s.editor.FichierAudio = "/" + std::string(255, 'f');
+  EXPECT_EQ(hindrance(), "FichierAudio 255");
+}
+
 TEST(CampaignEditor, ATextTooLongForItsFieldRefusesTheRecordAndWritesNoFile) {
   CampaignStation s;
   Campaigns::MnuHPubs_Click(s.station, s.editor);

@@ -36,17 +36,17 @@ TEST_F(Marking, AClickTurnsOneCellToAndFro) {
 }
 
 TEST_F(Marking, TheHeldMousePaintsTheCellsItPasses) {
-  for (const auto& [row, column] : {std::pair(3, 1), {3, 2}, {4, 2}, {2, 2}, {4, 0}, {7, 2}})
-    Campaigns::GPub_MouseMove(s.station, s.editor, {row, column}, true);
+  Campaigns::GPub_MouseMove(s.station, s.editor, {{3, 1}, {3, 2}, {4, 2}}, true);
+  Campaigns::GPub_MouseMove(s.station, s.editor, {{2, 2}, {4, 0}, {7, 2}}, true);
   EXPECT_EQ(Row(0), "1 2     ");
   EXPECT_EQ(Row(3), "X X     ");
   EXPECT_EQ(Row(4), " X     ");
   EXPECT_EQ(s.editor.LblTotalMsg, "3");
-  Campaigns::GPub_MouseMove(s.station, s.editor, {3, 1}, false);
+  Campaigns::GPub_MouseMove(s.station, s.editor, {{3, 1}}, false);
   EXPECT_EQ(Row(3), " X     ");
   EXPECT_EQ(s.editor.LblTotalMsg, "2");
   s.editor.BtnAjouterEnabled = false;
-  Campaigns::GPub_MouseMove(s.station, s.editor, {3, 1}, true);
+  Campaigns::GPub_MouseMove(s.station, s.editor, {{3, 1}}, true);
   EXPECT_EQ(Row(3), " X     ");
   EXPECT_TRUE(s.Events("message").empty());
 }

@@ -150,6 +150,8 @@ TEST_F(GridView, TheAdvertisersOtherCampaignsAreRingsAroundTheCrosses) {
             "Dont l'annonceur lui-même : 1");
   EXPECT_EQ(TipAt(QPoint(At(4, 6).x(), 20)), "S\nAutres passages de l'annonceur : 2");
   EXPECT_EQ(TipAt(QPoint(At(4, 5).x(), 20)), "V");
+  Type("ChAnnonceur", "Cinema");  // it has none
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ColourAt(ring) != Theme::kVoiceTrack; }, 10000));
 }
 
 TEST_F(GridView, ShiftWithTheArrowsPaintsWhatTheyPassAsTheCellThatTheyLeave) {
@@ -210,6 +212,8 @@ TEST_F(GridView, AYearOfAWholeDayScrollsToTheFrame) {
   EXPECT_TRUE(Grid().viewport()->rect().contains(Grid().Cell(Grid().Frame())));
   ClickCell(194, 366);
   EXPECT_EQ(window->Editor().GPub.Cell(194, 366), "X");
+  const QImage whole = Grid().grab().toImage();  // the corner between the scroll bars, too
+  EXPECT_EQ(whole.pixelColor(Grid().width() - 5, Grid().height() - 5), Theme::kPanel);
   KeepPicture(*window, "campaigns-year");
 }
 

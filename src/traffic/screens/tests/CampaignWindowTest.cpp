@@ -238,6 +238,34 @@ TEST_F(CampaignScreen, AGridFileThatDoesNotFitIsShown) {
   EXPECT_FALSE(told());
 }
 
+TEST_F(CampaignScreen, WhatKeepsARecordFromBeingSavedIsToldWhileItIsEntered) {
+  const std::string sound = on.MakeSound(std::string(41, 'a') + ".wav", 15000);
+  sources.chooseFiles = [&](QWidget*, const std::string&, const std::vector<std::string>&,
+                            const OfficeWindow::TakeFiles& take) { take({sound}); };
+  Open();
+  const auto note = [&] {
+    for (auto* label : window->findChildren<QLabel*>())
+      if (label->isVisible() && label->property("note").toBool()) return label->text();
+    return QString();
+  };
+  EXPECT_EQ(note(), QString());
+  Click("BtnNew");
+  EXPECT_EQ(note(), QStringLiteral("Campagne du… : choisissez la date"));
+  Click("LblDepartPub", Qt::RightButton);
+  EXPECT_EQ(note(), QString());
+  Click("CmdLoadFile");
+  EXPECT_EQ(note(), QStringLiteral("Annonceur : 40 caractères au plus"));
+  Click("BtnAjouter");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
+  Type("ChAnnonceur", std::string(40, 'a'));
+  EXPECT_EQ(note(), QString());
+  Type("ChContact", std::string(101, 'b'));
+  EXPECT_EQ(note(), QStringLiteral("Contact : 100 caractères au plus"));
+  Type("ChContact", "Anne");
+  Click("BtnAjouter");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
+}
+
 TEST_F(CampaignScreen, TheRecordSheetGoesToPaperAndToAFile) {
   AddCampaigns();
   PrintToPdf();
