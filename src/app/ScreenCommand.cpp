@@ -32,6 +32,7 @@
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
 #include "reports/screens/ReportDesk.h"
 #include "settings/screens/SettingsDesk.h"
+#include "traffic/screens/AffidavitDesk.h"
 #include "traffic/screens/CampaignDesk.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
@@ -193,15 +194,20 @@ int OpenScreen(const AirOptions& options) {
   };
   ReportSources reportSources;
   reportSources.files = {ReplaceFileInParts, &spreadsheets};
+  AffidavitSources affidavitSources;
+  affidavitSources.spreadsheets = &spreadsheets;
+  AffidavitDesk affidavit(station, affidavitSources);
+  reportSources.openAffidavit = [&affidavit] { affidavit.Open(); };
   ReportDesk report(station, reportSources);
   sources.openReport = [&report] { report.Open(); };
   SettingsDesk settings(station, SettingsSourcesOf(real, library));
   sources.openSettings = [&settings] { settings.Open(); };
-  sources.leaveOthers = [&library, &campaigns, &report, &settings] {
+  sources.leaveOthers = [&library, &campaigns, &affidavit, &report, &settings] {
     const bool settingsLeft = settings.Leave();
     const bool campaignsLeft = campaigns.Leave();
     const bool reportLeft = report.Leave();
-    return library.Leave() && campaignsLeft && reportLeft && settingsLeft;
+    const bool affidavitLeft = affidavit.Leave();
+    return library.Leave() && campaignsLeft && affidavitLeft && reportLeft && settingsLeft;
   };
   OnAirWindow window(station, sources);
   main = &window;
@@ -226,6 +232,7 @@ int OpenScreen(const AirOptions& options) {
   library.Leave();
   campaigns.Leave();
   report.Leave();
+  affidavit.Leave();
   settings.Leave();
   if (!left) EndInOrder(station);
   return EndStatus(station);
