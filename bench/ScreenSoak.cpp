@@ -42,7 +42,10 @@
 #include "engine/screens/OnAirWindow.h"
 #include "library/screens/LibraryDesk.h"
 #include "platform/real/decoders/WaveformReader.h"
+#include "platform/real/files/WholeFiles.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
+#include "reports/screens/ReportDesk.h"
+#include "traffic/screens/AffidavitDesk.h"
 #include "ui/ScreenDesktop.h"
 
 namespace {
@@ -89,18 +92,33 @@ class SoakSystem : public zemo::RealSystem {
   void SetDate(const zemo::LocalDateTime&) override {}
 };
 
+// The windows of the office that the operator goes to, and where files may be put.
+struct Office {
+  zemo::LibraryDesk& library;
+  zemo::ReportDesk& report;
+  zemo::AffidavitDesk& affidavit;
+  std::string folder;
+};
+
 // What the operator does, step after step, over and over.
 class Operator {
  public:
-  Operator(ScreenHand& hand, zemo::Station& station, QWidget& main, zemo::LibraryDesk& library,
+  Operator(ScreenHand& hand, zemo::Station& station, QWidget& main, const Office& office,
            std::string& doing)
-      : hand_(hand), station_(station), main_(main), library_(library), doing_(doing) {
+      : hand_(hand),
+        station_(station),
+        main_(main),
+        office_(office),
+        library_(office.library),
+        doing_(doing) {
     InAutomatic();
     InLive();
     WithStoredLists();
     WithSkeletons();
     InTheGrid();
     InTheLibrary();
+    InTheReport();
+    WithTheAffidavit();
   }
 
   void Step() {
@@ -122,7 +140,7 @@ class Operator {
  private:
   static bool InDialogue(std::string_view name) {
     return name.starts_with("skeleton ") || name.starts_with("calendar ") ||
-           name.starts_with("library give ");
+           name.starts_with("library give ") || name.starts_with("report save ");
   }
   void Do(const char* name, std::function<void()> act) {
     steps_.emplace_back(name, std::move(act));
@@ -370,6 +388,61 @@ class Operator {
       hand_.GoTo(main_);
     });
   }
+  void ClickHead(const char* list, int columns) {
+    if (QTableView* table = Table(list))
+      hand_.Click(table->horizontalHeader()->viewport(),
+                  {table->horizontalHeader()->sectionViewportPosition(Any(columns)) + 15, 8});
+  }
+
+  // Everything but its way into the on-air list.
+  void InTheReport() {
+    Do("report", [this] {
+      office_.report.Open();
+      hand_.GoTo(*office_.report.Window());
+      hand_.Resize({1280, 800});
+    });
+    Do("report wait", [] {});
+    for (const char* text : {"a", "ab", ""})
+      Do("report filter", [this, text] { hand_.Type("FiltreArtiste", text); });
+    Do("report filter", [this] { hand_.Type("FiltreGenre", rounds_ % 2 == 0 ? "p" : ""); });
+    Do("report again", [this] { hand_.Click("VoirRapport"); });
+    for (int i = 0; i < 2; ++i) Do("report row", [this] { ClickRow("ListRap"); });
+    for (int i = 0; i < 2; ++i) Do("report sort", [this] { ClickHead("ListRap", 4); });
+    Do("report statistics", [this] { hand_.Click("BtnStats"); });
+    Do("report rotations", [this] { ClickHead("ListStat", 3); });
+    Do("report rotation", [this] { ClickRow("ListStat"); });
+    Do("report print", [this] { hand_.Click("BtnImprimer"); });
+    Do("report export", [this] { hand_.Click("BtnExport"); });
+    Do("report save wait", [] {});
+    Do("report save as", [this] {
+      if (!QApplication::activeModalWidget()) return;
+      hand_.Type("fileNameEdit", office_.folder + "/report" + std::to_string(rounds_));
+      hand_.Key(Qt::Key_Return);
+    });
+    Do("report small window", [this] { hand_.Resize({1024, 768}); });
+    for (int i = 0; i < 2; ++i) Do("report pictures", [this] { hand_.Click("BtnVues"); });
+    Do("report closed", [this] {
+      office_.report.Window()->close();
+      hand_.GoTo(main_);
+    });
+  }
+
+  void WithTheAffidavit() {
+    Do("affidavit", [this] {
+      office_.affidavit.Open();
+      hand_.GoTo(*office_.affidavit.Window());
+    });
+    Do("affidavit wait", [] {});
+    Do("affidavit advertiser", [this] { hand_.KeyIn("Annonceur", Qt::Key_Down); });
+    Do("affidavit made", [this] { hand_.Click("BtnEtablir"); });
+    Do("affidavit wait", [] {});
+    Do("affidavit print", [this] { hand_.Click("BtnImprimer"); });
+    Do("affidavit closed", [this] {
+      office_.affidavit.Window()->close();
+      hand_.GoTo(main_);
+    });
+  }
+
   void ClickTab(int tab) {
     if (auto* tabs = hand_.Find<QTabBar>("TabStrip1"))
       hand_.Click(tabs, tabs->tabRect(tab).center());
@@ -378,6 +451,7 @@ class Operator {
   ScreenHand& hand_;
   zemo::Station& station_;
   QWidget& main_;
+  const Office office_;
   zemo::LibraryDesk& library_;
   std::string& doing_;
   std::vector<std::pair<const char*, std::function<void()>>> steps_;
@@ -426,6 +500,13 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   librarySources.questions = sources.questions;
   zemo::LibraryDesk library(station, librarySources);
   sources.openLibrary = [&library] { library.Open(); };
+  zemo::ReportSources reportSources;
+  reportSources.files = {zemo::ReplaceFileInParts, &spreadsheets};
+  reportSources.questions = sources.questions;
+  zemo::ReportDesk report(station, reportSources);
+  zemo::AffidavitSources affidavitSources;
+  affidavitSources.questions = sources.questions;
+  zemo::AffidavitDesk affidavit(station, affidavitSources);
   zemo::OnAirWindow window(station, sources);
   keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
   messages.SetWindow(&window, [&station] { return zemo::NoTickBelow(station); });
@@ -438,7 +519,7 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   zemo::bench::AirWatch watch(real);
   station.events.SetSink(&watch);
   ScreenHand hand(window);
-  Operator someone(hand, station, window, library, watch.doing);
+  Operator someone(hand, station, window, {library, report, affidavit, folder}, watch.doing);
   hand.Click("Toolbar1_5");
   QTimer steps, answers, memory;
   QObject::connect(&steps, &QTimer::timeout, [&] { someone.Step(); });
@@ -455,6 +536,8 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   steps.stop();
   answers.stop();
   library.Leave();
+  report.Leave();
+  affidavit.Leave();
   station.events.SetSink(nullptr);
   application.onException = nullptr;
 
