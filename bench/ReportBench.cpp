@@ -110,6 +110,7 @@ void SortAllOfItByTime(benchmark::State& state) {
 }
 
 void ExportAllOfIt(benchmark::State& state) {
+  TheReport().Show("01/01/2014", "31/12/2030");
   const Report::ExportFiles files{zemo::ReplaceFileInParts};
   Measure(state, [&](LongReport& report) {
     Report::BtnExport_Click(report.on.station, report.editor,

@@ -72,7 +72,7 @@ void Attestation::BtnEtablir_Click(Station& station, AffidavitEditor& editor) {
                                    [&] { station.platform.loop.Yield(); });
     const int langue = LangueOf(station);
     editor.ListDiff = AffidavitRows(made, langue);
-    editor.LblTotaux = head.advertiser + ": " + TotalsInWords(TotalsOf(made), langue);
+    editor.LblTotaux = head.advertiser + " - " + TotalsInWords(TotalsOf(made), langue);
     editor.made = std::move(made);
     editor.madeOf = std::move(head);
   });

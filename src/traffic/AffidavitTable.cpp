@@ -11,7 +11,7 @@ namespace zemo {
 
 namespace {
 
-constexpr size_t kRowsOfPage = 58;
+constexpr size_t kRowsOfPage = 56;
 constexpr std::array<int, DiffCol::kCount> kCharacters = {19, 19, 7, 13,
                                                           82, 10, 8, 18};  // on paper
 constexpr std::array<double, DiffCol::kCount> kSheetWidths = {20, 20, 8, 9, 34, 6, 10, 44};
@@ -74,7 +74,7 @@ std::string PaperLine(AffidavitCells cells) {
 }
 
 std::string TitleOf(const AffidavitHead& head, int langue) {
-  return AffidavitWord("title", langue) + ": " + head.advertiser + " " +
+  return AffidavitWord("title", langue) + " - " + head.advertiser + " " +
          AffidavitWord("From", langue) + " " + head.from + " " + AffidavitWord("To", langue) + " " +
          head.to;
 }
@@ -147,14 +147,16 @@ PrintedPages AffidavitPages(const AffidavitHead& head, const Affidavit& affidavi
     if (onPage == kRowsOfPage) {
       const std::string number = std::to_string(printed.pages.size() + 1);
       printed.pages.push_back(
-          {printed.title + "  " + WithPlace(AffidavitWord("Page", langue), number), heads});
+          {printed.title + "  " + WithPlace(AffidavitWord("Page", langue), number), "", heads});
       onPage = 0;
     }
     printed.pages.back().push_back(PaperLine(row.cells));
     ++onPage;
   }
-  if (!printed.pages.empty())
+  if (!printed.pages.empty()) {
+    printed.pages.back().emplace_back();
     printed.pages.back().push_back(TotalsInWords(TotalsOf(affidavit), langue));
+  }
   return printed;
 }
 

@@ -70,20 +70,20 @@ TEST_F(AffidavitTable, TheTotalsTellWhatThereIs) {
 
 TEST_F(AffidavitTable, ThePagesAreHeadedAndTheTotalsStandBelowTheLastRow) {
   const PrintedPages printed = AffidavitPages({"Bakery", "21/11/2026", "21/11/2026"}, Make(), 1);
-  EXPECT_EQ(printed.title, "Affidavit of broadcast: Bakery from 21/11/2026 to 21/11/2026");
+  EXPECT_EQ(printed.title, "Affidavit of broadcast - Bakery from 21/11/2026 to 21/11/2026");
   ASSERT_EQ(printed.pages.size(), 1U);
   const Texts& page = printed.pages[0];
-  ASSERT_EQ(page.size(), 6U);
+  ASSERT_EQ(page.size(), 8U);
   EXPECT_EQ(page[0], printed.title + "  Page 1");
-  EXPECT_EQ(page[1].substr(0, 45), "Due                 Aired               Late ");
-  EXPECT_EQ(page[2].substr(0, 53), "21/11/2026 10:00:00 21/11/2026 10:00:05 +00:05  aired");
-  EXPECT_EQ(page[5], "2 crosses, 1 aired, 1 missed, 1 aired without a cross");
+  EXPECT_EQ(page[2].substr(0, 45), "Due                 Aired               Late ");
+  EXPECT_EQ(page[3].substr(0, 53), "21/11/2026 10:00:00 21/11/2026 10:00:05 +00:05  aired");
+  EXPECT_EQ(page[7], "2 crosses, 1 aired, 1 missed, 1 aired without a cross");
 }
 
 TEST_F(AffidavitTable, TheSheetHasTheSecondsAndTheCampaignAsNumbers) {
   const Sheet sheet = AffidavitSheet({"Bakery", "21/11/2026", "21/11/2026"}, Make(), 1);
   EXPECT_EQ(sheet.cells[0].text,
-            "Affidavit of broadcast: Bakery from 21/11/2026 to 21/11/2026: 2 crosses, 1 aired, 1 "
+            "Affidavit of broadcast - Bakery from 21/11/2026 to 21/11/2026: 2 crosses, 1 aired, 1 "
             "missed, 1 aired without a cross");
   EXPECT_EQ(sheet.cells[1].text, "Due");
   const auto number = [&](int row, int column) {
@@ -136,7 +136,7 @@ TEST_F(AffidavitTable, WhatWasMadeGoesWithAnotherDay) {
   editor.Annonceur = " bakery ";
   Attestation::BtnEtablir_Click(on.station, editor);
   EXPECT_EQ(editor.ListDiff.size(), 3U);
-  EXPECT_EQ(editor.LblTotaux, "bakery: 2 croix, 1 diffusées, 1 manquées, 1 sans croix");
+  EXPECT_EQ(editor.LblTotaux, "bakery - 2 croix, 1 diffusées, 1 manquées, 1 sans croix");
   Attestation::CmdCalend_Click(editor, ParseMoment("2026-11-22 00:00:00"));
   EXPECT_EQ(editor.LblDate, "22/11/2026");
   EXPECT_TRUE(editor.ListDiff.empty());

@@ -99,9 +99,10 @@ TEST_F(ReportOnScreen, TheRowsStandInTheListWhileOthersAreLookedFor) {
   OpenWindow();
   Click("CmdCalend");
   std::vector<std::string> told;
-  on.loop.Post([&] { told.push_back(Text("LblCompteur")); });
+  on.loop.Post([&] { told = {Text("LblCompteur"), Text("LblLecture")}; });
   PickInCalendar(2026, 11, 26);
-  EXPECT_EQ(told, Texts{"1 Fiches"});
+  EXPECT_EQ(told, (Texts{"1 Fiches", "Lecture..."}));
+  EXPECT_EQ(Text("LblLecture"), "");
   EXPECT_EQ(Column("ListRap", RapCol::kTitle), Texts{"another day"});
 }
 

@@ -101,7 +101,7 @@ TEST_F(AffidavitOnScreen, TellsWhatBecameOfEachCrossOfTheAdvertiser) {
   EXPECT_EQ(Find<QComboBox>("Annonceur")->count(), 2);
   EXPECT_EQ(Text("LblDate"), "01/11/2026");
   MakeFor("Bakery");
-  EXPECT_EQ(Text("LblTotaux"), "Bakery: 4 croix, 1 diffusées, 2 manquées, 1 à venir");
+  EXPECT_EQ(Text("LblTotaux"), "Bakery - 4 croix, 1 diffusées, 2 manquées, 1 à venir");
   EXPECT_EQ(Column(DiffCol::kState), (Texts{"diffusé", "manqué", "manqué", "à venir"}));
   EXPECT_EQ(Column(DiffCol::kWhy)[1], "minute perdue : la station était à l'antenne");
   const QAbstractItemModel& model = *Find<QTableView>("ListDiff")->model();
