@@ -8,6 +8,7 @@
 
 #include "platform/Folder.h"
 #include "reports/ReportPurge.h"
+#include "reports/ReportRows.h"
 #include "station/DayGrid.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -20,8 +21,6 @@
 namespace zemo {
 
 namespace {
-
-using Pause = std::function<void()>;
 
 constexpr int64_t kDaySec = 86400;
 constexpr int64_t kLatestSec = 3 * 3600;  // that a row proves a cross behind its minute

@@ -30,18 +30,18 @@ namespace {
 constexpr const char* kPrintFont = "Courier";
 constexpr int kPrintPoints = 7;  // 61 lines a page of A4 across
 constexpr int kHeadRoom = 16;
-struct Room {
+struct ColumnSample {
   const char* sample;
   int share;
 };
-constexpr Room kRooms[DiffCol::kCount] = {{"00/00/0000 00:00:00", 0},
-                                          {"00/00/0000 00:00:00", 0},
-                                          {"+00:00", 0},
-                                          {"to come still", 0},
-                                          {"the break is full, so", 4},
-                                          {"intercalar", 0},
-                                          {"0000", 0},
-                                          {"/spots/bakery.wav", 3}};
+constexpr ColumnSample kColumnRooms[DiffCol::kCount] = {{"00/00/0000 00:00:00", 0},
+                                                        {"00/00/0000 00:00:00", 0},
+                                                        {"+00:00", 0},
+                                                        {"to come still", 0},
+                                                        {"the break is full, so", 4},
+                                                        {"intercalar", 0},
+                                                        {"0000", 0},
+                                                        {"/spots/bakery.wav", 3}};
 
 // The table whose cut texts tell themselves.
 class CutTextTable : public QTableView {
@@ -220,9 +220,9 @@ void AffidavitWindow::ArrangeColumns() {
   std::vector<ColumnRoom> columns;
   for (int column = 0; column < DiffCol::kCount; ++column) {
     const QString head = model_->headerData(column, Qt::Horizontal).toString();
-    const int sample = cells.horizontalAdvance(QString::fromUtf8(kRooms[column].sample));
+    const int sample = cells.horizontalAdvance(QString::fromUtf8(kColumnRooms[column].sample));
     columns.push_back({std::max(heads.horizontalAdvance(head) + kHeadRoom, sample + kCellMargin),
-                       kRooms[column].share});
+                       kColumnRooms[column].share});
   }
   ShareWidth(*ListDiff, columns);
 }
