@@ -42,8 +42,11 @@
 #include "engine/screens/OnAirWindow.h"
 #include "library/screens/LibraryDesk.h"
 #include "platform/real/decoders/WaveformReader.h"
+#include "platform/real/files/WholeFiles.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
+#include "reports/screens/ReportDesk.h"
 #include "settings/screens/SettingsDesk.h"
+#include "traffic/screens/AffidavitDesk.h"
 #include "traffic/screens/CampaignDesk.h"
 #include "traffic/screens/CampaignGridView.h"
 #include "ui/ScreenDesktop.h"
@@ -93,15 +96,20 @@ class SoakSystem : public zemo::RealSystem {
   void SetDate(const zemo::LocalDateTime&) override {}
 };
 
-// The windows of the office.
+// The windows of the office that the operator goes to, and where files may be put.
 struct Office {
   zemo::LibraryDesk library;
   zemo::CampaignDesk campaigns;
+  zemo::AffidavitDesk affidavit;
+  zemo::ReportDesk report;
   zemo::SettingsDesk settings;
+  std::string folder;
 
   void Leave() {
     library.Leave();
     campaigns.Leave();
+    affidavit.Leave();
+    report.Leave();
     settings.Leave();
   }
 };
@@ -120,6 +128,8 @@ class Operator {
     InTheLibrary();
     InTheCampaigns();
     InTheSettings();
+    InTheReport();
+    WithTheAffidavit();
   }
 
   void Step() {
@@ -141,7 +151,7 @@ class Operator {
  private:
   static bool InDialogue(std::string_view name) {
     return name.starts_with("skeleton ") || name.starts_with("calendar ") ||
-           name.starts_with("library give ");
+           name.starts_with("library give ") || name.starts_with("report save ");
   }
   void Do(const char* name, std::function<void()> act) {
     steps_.emplace_back(name, std::move(act));
@@ -452,6 +462,45 @@ class Operator {
     });
   }
 
+  void ClickHead(const char* list, int columns) {
+    if (QTableView* table = Table(list))
+      hand_.Click(table->horizontalHeader()->viewport(),
+                  {table->horizontalHeader()->sectionViewportPosition(Any(columns)) + 15, 8});
+  }
+
+  // Everything but its way into the on-air list.
+  void InTheReport() {
+    Do("report", [this] {
+      office_.report.Open();
+      hand_.GoTo(*office_.report.Window());
+      hand_.Resize({1280, 800});
+    });
+    Do("report wait", [] {});
+    for (const char* text : {"a", "ab", ""})
+      Do("report filter", [this, text] { hand_.Type("FiltreArtiste", text); });
+    Do("report filter", [this] { hand_.Type("FiltreGenre", rounds_ % 2 == 0 ? "p" : ""); });
+    Do("report again", [this] { hand_.Click("VoirRapport"); });
+    for (int i = 0; i < 2; ++i) Do("report row", [this] { ClickRow("ListRap"); });
+    for (int i = 0; i < 2; ++i) Do("report sort", [this] { ClickHead("ListRap", 4); });
+    Do("report statistics", [this] { hand_.Click("BtnStats"); });
+    Do("report rotations", [this] { ClickHead("ListStat", 3); });
+    Do("report rotation", [this] { ClickRow("ListStat"); });
+    Do("report print", [this] { hand_.Click("BtnImprimer"); });
+    Do("report export", [this] { hand_.Click("BtnExport"); });
+    Do("report save wait", [] {});
+    Do("report save as", [this] {
+      if (!QApplication::activeModalWidget()) return;
+      hand_.Type("fileNameEdit", office_.folder + "/report" + std::to_string(rounds_));
+      hand_.Key(Qt::Key_Return);
+    });
+    Do("report small window", [this] { hand_.Resize({1024, 768}); });
+    for (int i = 0; i < 2; ++i) Do("report pictures", [this] { hand_.Click("BtnVues"); });
+    Do("report closed", [this] {
+      office_.report.Window()->close();
+      hand_.GoTo(main_);
+    });
+  }
+
   // Every tab; a text and a level are changed, which are stored at the end.
   void InTheSettings() {
     Do("settings", [this] { office_.settings.Open(); });
@@ -469,6 +518,22 @@ class Operator {
        [this] { hand_.KeyIn("VolumeSousImp", rounds_ % 2 ? Qt::Key_Right : Qt::Key_Left); });
     Do("settings closed", [this] {
       if (office_.settings.Window()) office_.settings.Window()->close();
+      hand_.GoTo(main_);
+    });
+  }
+
+  void WithTheAffidavit() {
+    Do("affidavit", [this] {
+      office_.affidavit.Open();
+      hand_.GoTo(*office_.affidavit.Window());
+    });
+    Do("affidavit wait", [] {});
+    Do("affidavit advertiser", [this] { hand_.KeyIn("Annonceur", Qt::Key_Down); });
+    Do("affidavit made", [this] { hand_.Click("BtnEtablir"); });
+    Do("affidavit wait", [] {});
+    Do("affidavit print", [this] { hand_.Click("BtnImprimer"); });
+    Do("affidavit closed", [this] {
+      office_.affidavit.Window()->close();
       hand_.GoTo(main_);
     });
   }
@@ -524,11 +589,20 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   librarySources.questions = sources.questions;
   zemo::CampaignSources campaignSources;
   campaignSources.questions = sources.questions;
+  zemo::AffidavitSources affidavitSources;
+  affidavitSources.questions = sources.questions;
+  zemo::ReportSources reportSources;
+  reportSources.files = {zemo::ReplaceFileInParts, &spreadsheets};
+  reportSources.questions = sources.questions;
   Office office{zemo::LibraryDesk(station, librarySources),
                 zemo::CampaignDesk(station, campaignSources),
-                zemo::SettingsDesk(station, {.devices = &real.devices, .chooseFiles = {}})};
+                zemo::AffidavitDesk(station, affidavitSources),
+                zemo::ReportDesk(station, reportSources),
+                zemo::SettingsDesk(station, {.devices = &real.devices, .chooseFiles = {}}),
+                folder};
   sources.openLibrary = [&office] { office.library.Open(); };
   sources.openCampaigns = [&office] { office.campaigns.Open(); };
+  sources.openReport = [&office] { office.report.Open(); };
   sources.openSettings = [&office] { office.settings.Open(); };
   zemo::OnAirWindow window(station, sources);
   keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });

@@ -15,8 +15,10 @@
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/spreadsheet/XlsxWriter.h"
 #include "station/IsoMoments.h"
+#include "station/LanguageTexts.h"
 #include "station/TextForms.h"
 #include "traffic/Affidavit.h"
+#include "traffic/AffidavitTable.h"
 #include "traffic/CampaignArchive.h"
 
 namespace zemo {
@@ -25,41 +27,16 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-struct Totals {
-  size_t crosses = 0, aired = 0, missed = 0, toCome = 0, extras = 0, damaged = 0;
-};
-
-Totals Count(const Affidavit& affidavit) {
-  Totals totals{.crosses = affidavit.lines.size(),
-                .extras = affidavit.extras.size(),
-                .damaged = affidavit.damages.size()};
-  for (const AffidavitLine& line : affidavit.lines) {
-    totals.aired += line.aired.has_value();
-    totals.missed += !line.missed.empty();
-    totals.toCome += !line.aired && line.missed.empty();
-  }
-  return totals;
-}
-
-// "+mm:ss", "-mm:ss" ahead of its minute.
-std::string LateText(int64_t seconds) {
-  const int64_t whole = std::abs(seconds);
-  const std::string minutes = std::to_string(whole / 60);
-  return (seconds < 0 ? "-" : "+") + (minutes.size() < 2 ? "0" + minutes : minutes) + ":" +
-         TwoDigits(static_cast<int>(whole % 60));
-}
-
 const char* StateWord(const AffidavitLine& line) {
   if (line.aired) return "aired";
   return line.isDue ? "missed" : "to come";
 }
 
 // One row of every form: due, aired, seconds late, state, why, kind, campaign, file.
-constexpr const char* kHeads[] = {"due", "aired", "late_s",   "state",
-                                  "why", "kind",  "campaign", "file"};
-constexpr int kLateColumn = 2, kCampaignColumn = 6;
+const AffidavitCells kHeads = {"due", "aired", "late_s",   "state",
+                               "why", "kind",  "campaign", "file"};
 
-std::vector<std::string> Fields(const AffidavitLine& line) {
+AffidavitCells Fields(const AffidavitLine& line) {
   return {IsoMoment(line.due),
           line.aired ? IsoMoment(*line.aired) : "",
           line.aired ? std::to_string(line.lateSec) : "",
@@ -70,11 +47,11 @@ std::vector<std::string> Fields(const AffidavitLine& line) {
           line.file};
 }
 
-std::vector<std::string> ExtraFields(const LocalDateTime& aired) {
+AffidavitCells ExtraFields(const LocalDateTime& aired) {
   return {"", IsoMoment(aired), "", "extra", "no cross", "", "", ""};
 }
 
-std::vector<std::string> DamageFields(const AffidavitDamage& damage) {
+AffidavitCells DamageFields(const AffidavitDamage& damage) {
   return {"",
           "",
           "",
@@ -85,25 +62,20 @@ std::vector<std::string> DamageFields(const AffidavitDamage& damage) {
           damage.file};
 }
 
-std::vector<std::vector<std::string>> AllFields(const Affidavit& affidavit) {
-  std::vector<std::vector<std::string>> rows;
+std::vector<AffidavitCells> AllFields(const Affidavit& affidavit) {
+  std::vector<AffidavitCells> rows;
   for (const AffidavitLine& line : affidavit.lines) rows.push_back(Fields(line));
   for (const LocalDateTime& extra : affidavit.extras) rows.push_back(ExtraFields(extra));
   for (const AffidavitDamage& damage : affidavit.damages) rows.push_back(DamageFields(damage));
   return rows;
 }
 
-std::string TotalsText(const Totals& totals) {
-  std::string text = std::to_string(totals.crosses) + " crosses, " + std::to_string(totals.aired) +
-                     " aired, " + std::to_string(totals.missed) + " missed";
-  if (totals.toCome > 0) text += ", " + std::to_string(totals.toCome) + " to come";
-  if (totals.extras > 0) text += ", " + std::to_string(totals.extras) + " aired without a cross";
-  if (totals.damaged > 0) text += ", " + std::to_string(totals.damaged) + " damaged grids";
-  return text;
+std::string HeadLine(const AffidavitOptions& options, const Affidavit& affidavit) {
+  return options.advertiser + ": " + TotalsInWords(TotalsOf(affidavit), kEnglish);
 }
 
 void TellTable(const AffidavitOptions& options, const Affidavit& affidavit, std::ostream& out) {
-  out << options.advertiser << ": " << TotalsText(Count(affidavit)) << "\n";
+  out << HeadLine(options, affidavit) << "\n";
   for (const AffidavitDamage& damage : affidavit.damages)
     out << "! campaign " << damage.campaign << ": " << damage.why << "\n";
   if (affidavit.lines.empty() && affidavit.extras.empty()) return;
@@ -123,7 +95,7 @@ void TellTable(const AffidavitOptions& options, const Affidavit& affidavit, std:
 }
 
 void TellJson(const AffidavitOptions& options, const Affidavit& affidavit, std::ostream& out) {
-  const Totals totals = Count(affidavit);
+  const AffidavitTotals totals = TotalsOf(affidavit);
   Json json = {
       {"advertiser", options.advertiser}, {"crosses", totals.crosses}, {"aired", totals.aired},
       {"missed", totals.missed},          {"to_come", totals.toCome},  {"extras", totals.extras}};
@@ -167,36 +139,16 @@ void WriteCsv(const std::string& path, const Affidavit& affidavit) {
     int column = 0;
     for (const auto& field : fields) {
       file << (column == 0 ? "" : ",")
-           << CsvField(column == kLateColumn ? field
-                                             : PlainText(field));  // a number may be below 0
+           << CsvField(column == DiffCol::kLate ? field
+                                                : PlainText(field));  // a number may be below 0
       ++column;
     }
     file << "\r\n";
   };
   write(kHeads);
-  for (const std::vector<std::string>& fields : AllFields(affidavit)) write(fields);
+  for (const AffidavitCells& fields : AllFields(affidavit)) write(fields);
   file.close();
   if (!file) throw std::runtime_error(path + " cannot be written");
-}
-
-Sheet MakeSheet(const AffidavitOptions& options, const Affidavit& affidavit) {
-  Sheet sheet{.name = "Affidavit", .cells = {}, .columnWidths = {20, 20, 8, 9, 34, 6, 10, 44}};
-  int row = 0;
-  const auto put = [&](int column, const std::string& text, SheetCell::Style style) {
-    const bool number = style == SheetCell::Style::kPlain && !text.empty() &&
-                        (column == kLateColumn || column == kCampaignColumn);
-    sheet.cells.push_back({row, column, text, Val(text), number, style});
-  };
-  put(0, options.advertiser + ": " + TotalsText(Count(affidavit)), SheetCell::Style::kTotal);
-  row = 2;
-  int column = 0;
-  for (const char* head : kHeads) put(column++, head, SheetCell::Style::kHeading);
-  for (const std::vector<std::string>& fields : AllFields(affidavit)) {
-    ++row;
-    for (size_t i = 0; i < fields.size(); ++i)
-      if (!fields[i].empty()) put(static_cast<int>(i), fields[i], SheetCell::Style::kPlain);
-  }
-  return sheet;
 }
 
 void RequireAdvertiser(const AffidavitOptions& options, const Affidavit& affidavit,
@@ -222,7 +174,9 @@ int RunAffidavitCommand(const AffidavitOptions& options) {
       damage.why = WithShownPaths(damage.why, asked.Paths());
     RequireAdvertiser(options, affidavit, sim->station);
     if (!options.csv.empty()) WriteCsv(options.csv, affidavit);
-    if (!options.xlsx.empty()) XlsxWriter().Write(options.xlsx, MakeSheet(options, affidavit));
+    if (!options.xlsx.empty())
+      XlsxWriter().Write(
+          options.xlsx, AffidavitSheet(HeadLine(options, affidavit), kHeads, AllFields(affidavit)));
     (options.json ? TellJson : TellTable)(options, affidavit, std::cout);
   } catch (const std::exception& error) {
     throw std::runtime_error(WithShownPaths(error.what(), asked.Paths()));

@@ -38,9 +38,16 @@ ImportTools MakeImportTools() {
   return {std::make_unique<SoundFileOpener>(), std::make_unique<TagReader>()};
 }
 
-ReportSources SourcesOfReport(SpreadsheetWriter& spreadsheets) {
+AffidavitSources SourcesOfAffidavit(SpreadsheetWriter& spreadsheets) {
+  AffidavitSources sources;
+  sources.spreadsheets = &spreadsheets;
+  return sources;
+}
+
+ReportSources SourcesOfReport(SpreadsheetWriter& spreadsheets, AffidavitDesk& affidavit) {
   ReportSources sources;
   sources.files = {ReplaceFileInParts, &spreadsheets};
+  sources.openAffidavit = [&affidavit] { affidavit.Open(); };
   return sources;
 }
 
@@ -53,11 +60,11 @@ OfficeDesks::OfficeDesks(RealStation& real, const RunFolders& folders, Waveforms
       weekForecast_(QCoreApplication::applicationFilePath().toStdString(), folders.station,
                     folders.machine),
       dayForecast_(weekForecast_),
-      library_(real.station,
-               SourcesOfLibrary(spreadsheets_, importFiles_, measuring_, waveforms)),
+      library_(real.station, SourcesOfLibrary(spreadsheets_, importFiles_, measuring_, waveforms)),
       campaigns_(real.station, {.chooseFiles = SelectorOf(library_), .questions = {}}),
       models_(real.station, {&spreadsheets_, &dayForecast_}),
-      report_(real.station, SourcesOfReport(spreadsheets_)),
+      affidavit_(real.station, SourcesOfAffidavit(spreadsheets_)),
+      report_(real.station, SourcesOfReport(spreadsheets_, affidavit_)),
       settings_(real.station, {.devices = &real.devices, .chooseFiles = SelectorOf(library_)}) {}
 
 void OfficeDesks::OfferTo(ScreenSources& sources, std::function<QWidget*()> mainScreen) {
@@ -77,8 +84,9 @@ bool OfficeDesks::Leave() {
   if (!models_.Leave()) return false;  // which may ask
   const bool settingsLeft = settings_.Leave();
   const bool campaignsLeft = campaigns_.Leave();
+  const bool affidavitLeft = affidavit_.Leave();
   const bool reportLeft = report_.Leave();
-  return library_.Leave() && campaignsLeft && reportLeft && settingsLeft;
+  return library_.Leave() && campaignsLeft && affidavitLeft && reportLeft && settingsLeft;
 }
 
 }  // namespace zemo

@@ -1,5 +1,5 @@
-// The office's windows beside the air, with what this machine has for them: the main screen's entries
-// open them, and they are left together.
+// The office's windows beside the air, with what this machine has for them: the main screen's
+// entries open them, and they are left together.
 #pragma once
 
 #include <functional>
@@ -13,6 +13,7 @@
 #include "reports/screens/ReportDesk.h"
 #include "scheduling/screens/ModelDesk.h"
 #include "settings/screens/SettingsDesk.h"
+#include "traffic/screens/AffidavitDesk.h"
 #include "traffic/screens/CampaignDesk.h"
 
 namespace zemo {
@@ -43,6 +44,7 @@ class OfficeDesks {
   LibraryDesk library_;
   CampaignDesk campaigns_;
   ModelDesk models_;
+  AffidavitDesk affidavit_;
   ReportDesk report_;
   SettingsDesk settings_;
 };

@@ -23,7 +23,7 @@ namespace zemo {
 
 namespace {
 
-constexpr size_t kLinesBetweenYields = 2000;
+constexpr size_t kLinesBetweenYields = 1000;
 constexpr size_t kLinesOfPart = 1000;
 constexpr size_t kLinesOfPage = 60;
 constexpr size_t kMostSheetRows = 1048576;  // of the file's form

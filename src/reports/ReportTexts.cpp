@@ -60,8 +60,7 @@ constexpr Word kReport[] = {
     {"Others", {"autres (%1)", "others (%1)", "outros (%1)", "otros (%1)"}},
     {"NoRows", {"Rien à montrer", "Nothing to show", "Nada a mostrar", "Nada que mostrar"}},
 
-    {"LblCompteur", {"%1 fiches", "%1 rows", "%1 registos", "%1 filas"}},
-    {"LblStat", {"Total %1", "Total %1", "Total %1", "Total %1"}},
+    {"LblCompteur", {"%1 Fiches", "%1 rows", "%1 registos", "%1 filas"}},
 };
 // clang-format on
 
@@ -74,16 +73,6 @@ std::span<const Word> ReportCaptions() {
 std::string ShownCount(const ReportEditor& editor, int langue) {
   return WithPlace(Caption(ReportCaptions(), "LblCompteur", langue),
                    std::to_string(editor.ListRap.Count()));
-}
-
-std::string ShownShares(const ReportEditor& editor, int langue) {
-  if (!editor.shares) return {};
-  std::string text;
-  for (size_t variety = 0; variety < kVarietiesCounted; ++variety)
-    text += editor.shares->names[variety] + " " + std::to_string(editor.shares->plays[variety]) +
-            " (" + std::to_string(editor.shares->Percent(variety)) + " %)   ";
-  return text + WithPlace(Caption(ReportCaptions(), "LblStat", langue),
-                          std::to_string(editor.shares->Total()));
 }
 
 }  // namespace zemo

@@ -14,7 +14,6 @@ struct ReportEditor;
 
 std::span<const Word> ReportCaptions();
 
-std::string ShownCount(const ReportEditor& editor, int langue);   // LblCompteur
-std::string ShownShares(const ReportEditor& editor, int langue);  // LblStat; empty before BtnStats
+std::string ShownCount(const ReportEditor& editor, int langue);  // LblCompteur
 
 }  // namespace zemo

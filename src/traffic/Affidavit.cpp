@@ -3,14 +3,17 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "platform/Folder.h"
 #include "reports/ReportPurge.h"
+#include "reports/ReportRows.h"
 #include "station/DayGrid.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "store/Collation.h"
 #include "store/RowView.h"
 #include "traffic/CampaignArchive.h"
 #include "traffic/CampaignGrid.h"
@@ -22,6 +25,7 @@ namespace {
 constexpr int64_t kDaySec = 86400;
 constexpr int64_t kLatestSec = 3 * 3600;  // that a row proves a cross behind its minute
 constexpr int64_t kSilentSec = 30 * 60;   // without a row on both sides: nothing was on air
+constexpr int64_t kCodesOfSlice = 40000;  // of the report, some 10 ms
 constexpr size_t kPlaces = GridCol::kLastElement - GridCol::kFirstElement + 1;  // of a break
 
 // Seconds since day 0 of the serials, which makes rows and crosses comparable.
@@ -49,20 +53,36 @@ struct Aired {
   std::vector<int64_t> ours;  // spots and news of the advertiser
 };
 
-Aired ReadReport(Station& station, const std::string& advertiser, int64_t from, int64_t to) {
+std::optional<int64_t> NextCode(Station& station, int64_t from) {
+  std::optional<int64_t> code;
+  station.base.Db().ReadRows("SELECT TOP 1 CODE FROM Rapport WHERE CODE >= ? ORDER BY CODE", {from},
+                             [&](const RowView& row) { code = row.Int(0); });
+  return code;
+}
+
+Aired ReadReport(Station& station, const std::string& advertiser, int64_t from, int64_t to,
+                 const Pause& pause) {
   Aired aired;
-  station.base.Db().ReadRows(
-      "SELECT DATENUM, GENRE, AUTEUR FROM Rapport WHERE DATENUM >= ? AND DATENUM < ? "
-      "ORDER BY DATENUM, CODE",
-      {static_cast<double>(from) / kDaySec, static_cast<double>(to) / kDaySec},
-      [&](const RowView& row) {
-        const int64_t second = SecondOf(row.Real(0));
-        aired.all.push_back(second);
-        const std::string_view genre = row.Text(1);
-        if ((EqualNoCase(genre, "PUB") || EqualNoCase(genre, "Rubrique")) &&
-            EqualNoCase(Trim(row.Text(2)), advertiser))
-          aired.ours.push_back(second);
-      });
+  const auto take = [&](const RowView& row) {
+    const int64_t second = SecondOf(row.Real(0));
+    aired.all.push_back(second);
+    const std::string_view genre = row.Text(1);
+    if ((EqualNoCase(genre, "PUB") || EqualNoCase(genre, "Rubrique")) &&
+        EqualNoCase(Trim(row.Text(2)), advertiser))
+      aired.ours.push_back(second);
+  };
+  for (auto code = NextCode(station, std::numeric_limits<int64_t>::min()); code;
+       code = NextCode(station, *code + kCodesOfSlice)) {
+    station.base.Db().ReadRows(
+        "SELECT DATENUM, GENRE, AUTEUR FROM Rapport WHERE CODE >= ? AND CODE < ? AND DATENUM >= ? "
+        "AND DATENUM < ?",
+        {*code, *code + kCodesOfSlice, static_cast<double>(from) / kDaySec,
+         static_cast<double>(to) / kDaySec},
+        take);
+    pause();
+  }
+  std::sort(aired.all.begin(), aired.all.end());
+  std::sort(aired.ours.begin(), aired.ours.end());
   return aired;
 }
 
@@ -130,9 +150,10 @@ bool WorksWithin(const CampaignForm& form, int64_t firstDay, int64_t lastDay) {
 std::vector<AffidavitDamage> ReadDamages(Station& station,
                                          const std::vector<CampaignForm>& campaigns,
                                          const std::string& advertiser, int64_t firstDay,
-                                         int64_t lastDay) {
+                                         int64_t lastDay, const Pause& pause) {
   std::vector<AffidavitDamage> damages;
   for (const CampaignForm& record : campaigns) {
+    pause();
     if (!EqualNoCase(Trim(record.ChAnnonceur), advertiser) ||
         !WorksWithin(record, firstDay, lastDay))
       continue;
@@ -146,9 +167,10 @@ std::vector<AffidavitDamage> ReadDamages(Station& station,
 
 std::vector<AffidavitLine> ReadCrosses(Station& station, const std::vector<CampaignForm>& campaigns,
                                        const std::string& advertiser, int64_t firstDay,
-                                       int64_t lastDay) {
+                                       int64_t lastDay, const Pause& pause) {
   std::vector<AffidavitLine> lines;
   for (const CampaignForm& record : campaigns) {
+    pause();
     if (!EqualNoCase(Trim(record.ChAnnonceur), advertiser)) continue;
     CampaignForm form = record;
     LoadCampaignGrid(station, form, RowYields::kNone);
@@ -214,6 +236,7 @@ struct Evidence {
   const std::vector<CampaignForm>& campaigns;  // in the order of passage
   const std::vector<int64_t>& rows;            // of the whole report around
   ReportSpan report;
+  const Pause& pause;
 };
 
 // Whether the campaign's place in the break is behind the last that a break has.
@@ -222,6 +245,7 @@ bool BreakIsFull(Station& station, const Evidence& evidence, const AffidavitLine
   for (const CampaignForm& record : evidence.campaigns) {
     if (ValInt(record.LblCode) == line.campaign && record.FichierAudio == line.file) break;
     if (!WorksOn(record.LblDepartPub, record.LblFinPub, DateKey(line.due))) continue;
+    evidence.pause();
     CampaignForm form = record;
     LoadCampaignGrid(station, form, RowYields::kNone);
     ForEachCross(form, line.due,
@@ -260,23 +284,23 @@ std::string WhyMissed(Station& station, const Evidence& evidence, const Affidavi
 }  // namespace
 
 Affidavit MakeAffidavit(Station& station, const std::string& advertiser, const LocalDateTime& from,
-                        const LocalDateTime& to) {
+                        const LocalDateTime& to, const Pause& pause) {
   const auto firstDay = static_cast<int64_t>(DaySerial(from.year, from.month, from.day));
   const auto lastDay = static_cast<int64_t>(DaySerial(to.year, to.month, to.day));
   const int64_t begin = firstDay * kDaySec, end = (lastDay + 1) * kDaySec;
   const auto asked = [&](int64_t second) { return second >= begin && second < end; };
   const std::string wanted = Trim(advertiser);
   const std::vector<CampaignForm> campaigns = CampaignsInOrder(station);
-  const Aired aired = ReadReport(station, wanted, begin - kDaySec, end + kLatestSec);
+  const Aired aired = ReadReport(station, wanted, begin - kDaySec, end + kLatestSec, pause);
   std::vector<AffidavitLine> lines =
-      ReadCrosses(station, campaigns, wanted, firstDay - 1, lastDay + 1);
+      ReadCrosses(station, campaigns, wanted, firstDay - 1, lastDay + 1, pause);
   const std::vector<int64_t> left =
       Match(lines, Match(lines, aired.ours, LatestDue), BroughtForward);
   Affidavit affidavit;
-  affidavit.damages = ReadDamages(station, campaigns, wanted, firstDay, lastDay);
+  affidavit.damages = ReadDamages(station, campaigns, wanted, firstDay, lastDay, pause);
   for (const int64_t second : left)
     if (asked(second)) affidavit.extras.push_back(MomentOf(second));
-  const Evidence evidence{campaigns, aired.all, ReportSpan(station)};
+  const Evidence evidence{campaigns, aired.all, ReportSpan(station), pause};
   const int64_t now = SecondOf(station.Now());
   for (AffidavitLine& line : lines) {
     if (!asked(SecondOf(line.due))) continue;
@@ -287,6 +311,19 @@ Affidavit MakeAffidavit(Station& station, const std::string& advertiser, const L
     affidavit.lines.push_back(std::move(line));
   }
   return affidavit;
+}
+
+std::vector<std::string> Advertisers(Station& station) {
+  std::vector<std::string> names;
+  for (const CampaignForm& campaign : CampaignsInOrder(station))
+    if (std::string name = Trim(campaign.ChAnnonceur); !name.empty())
+      names.push_back(std::move(name));
+  std::stable_sort(names.begin(), names.end(),
+                   [](const auto& a, const auto& b) { return CompareFrenchOrder(a, b) < 0; });
+  names.erase(std::unique(names.begin(), names.end(),
+                          [](const auto& a, const auto& b) { return EqualNoCase(a, b); }),
+              names.end());
+  return names;
 }
 
 }  // namespace zemo

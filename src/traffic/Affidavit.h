@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -45,8 +46,14 @@ struct Affidavit {
 // hours before, else one of the same hour that a fitting brought forward. The crosses of the days
 // around have their rows too, so that a row proves the same cross whatever days are asked for.
 // Campaigns that ended count as long as they stand in the table or in the archive. The names are
-// compared without regard to case. Throws StoreError and FileError.
-Affidavit MakeAffidavit(Station& station, const std::string& advertiser, const LocalDateTime& from,
-                        const LocalDateTime& to);
+// compared without regard to case. `pause` serves other events in between: a long report takes its
+// time. Throws StoreError and FileError.
+Affidavit MakeAffidavit(
+    Station& station, const std::string& advertiser, const LocalDateTime& from,
+    const LocalDateTime& to, const std::function<void()>& pause = [] {});
+
+// Of the campaigns in the table and in the archive, each name once, as in a French dictionary.
+// Throws StoreError and FileError.
+std::vector<std::string> Advertisers(Station& station);
 
 }  // namespace zemo

@@ -12,6 +12,7 @@ void OpenSaveDialogue(QWidget& over, const char* name, const QString& title,
   dialog->setObjectName(QString::fromLatin1(name));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setOption(QFileDialog::DontUseNativeDialog);
+  dialog->setOption(QFileDialog::HideNameFilterDetails);
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   QStringList filters;
   for (const SavedKind& kind : kinds)

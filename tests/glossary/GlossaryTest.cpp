@@ -16,11 +16,12 @@
 #include "glossary/Glossary.h"
 #include "library/screens/LibraryWindow.h"
 #include "library/screens/SelectorDialog.h"
-#include "reports/ReportTexts.h"
+#include "reports/screens/ReportWindow.h"
 #include "settings/SettingsControls.h"
 #include "settings/screens/SettingsWindow.h"
 #include "store/Schema.h"
 #include "store/SoundMeasuresTable.h"
+#include "traffic/screens/AffidavitWindow.h"
 #include "traffic/screens/CampaignWindow.h"
 #include "ui/CalendarWindow.h"
 
@@ -75,16 +76,6 @@ TEST(Glossary, TellsEveryControlOfTheModelEditor) {
              Controls("station/ModelEditor.h", "ModelEditor"));
 }
 
-TEST(Glossary, TellsEveryControlOfTheReportScreen) {
-  Names present = Controls("reports/ReportEditor.h", "ReportEditor");
-  for (const Word& caption : ReportCaptions()) {
-    const std::string name = caption.name;
-    if (name != "title" && !name.starts_with("For.") && !name.ends_with("Tip"))
-      present.insert(name.substr(0, name.find('.')));
-  }
-  ExpectSame("Report screen", Glossary()["Report screen"], present);
-}
-
 struct NoForecast : ForecastSource {
   std::vector<ForecastLine> lines;
   std::string fault;
@@ -132,6 +123,17 @@ TEST_F(GlossaryOfScreens, TellsEveryControlOfTheLibraryScreenAndOfTheSelector) {
   auto sections = Glossary();
   ExpectSame("Library screen", sections["Library screen"], library);
   ExpectSame("Sound file selector", sections["Sound file selector"], selector);
+}
+
+TEST_F(GlossaryOfScreens, TellsEveryControlOfTheReportScreenAndOfTheAffidavit) {
+  Loaded();
+  Names report = Controls("reports/ReportEditor.h", "ReportEditor");
+  Names affidavit = Controls("traffic/AffidavitScreen.h", "AffidavitEditor");
+  AddNamesOf(ReportWindow(on.station, {}), report);
+  AddNamesOf(AffidavitWindow(on.station, {}), affidavit);
+  auto sections = Glossary();
+  ExpectSame("Report screen", sections["Report screen"], report);
+  ExpectSame("Affidavit", sections["Affidavit"], affidavit);
 }
 
 TEST_F(GlossaryOfScreens, TellsEveryControlOfTheSettings) {

@@ -321,7 +321,7 @@ void ReportWindow::ArrangePictures() {
 
 void ReportWindow::ShowAll() {
   bar_->ShowCard();
-  LblStat->setText(QString::fromStdString(ShownShares(editor_, Texts().Langue())));
+  LblStat->setText(QString::fromStdString(editor_.LblStat));
   LblStat->setToolTip(LblStat->text());
   ShowLists();
   const TypedFilters taken{editor_.FiltreArtiste, editor_.FiltreGenre, editor_.FiltreVariete};

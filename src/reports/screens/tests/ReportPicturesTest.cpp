@@ -86,7 +86,7 @@ TEST_F(ReportPicturesOnScreen, ManyStepsShareBarsOfWhichNoneIsLost) {
   PickInCalendar(2009, 1, 1);
   Click("BtnDateFin");
   PickInCalendar(2030, 1, 1);
-  ASSERT_EQ(Text("LblCompteur"), "1000 fiches");
+  ASSERT_EQ(Text("LblCompteur"), "1000 Fiches");
   ClickRow("ListRap", 0);
   uint32_t plays = 0;
   for (const TitlePicture::Bar& bar : Title().Bars()) {
