@@ -26,8 +26,7 @@ GenreSupply::GenreSupply(const LocalDateTime& today) {
   const double serial = DaySerial(today.year, today.month, today.day);
   for (int ahead = 0; ahead < kDaysOfWeek; ++ahead) {
     const LocalDateTime date = FromDateSerial(serial + ahead);
-    monthDays_[static_cast<size_t>(CurrentWeekday(date) - 1)] =
-        MonthDay(date);
+    monthDays_[static_cast<size_t>(CurrentWeekday(date) - 1)] = MonthDay(date);
   }
 }
 

@@ -101,8 +101,7 @@ bool Models::BtnSave_Click(Station& station) {
   ModelEditor& editor = station.modelEditor;
   const auto day = static_cast<int16_t>(editor.JourSemaine);
   // The grid that is shown, whatever became of the setting since.
-  const bool saved =
-      editor.skeleton ? SaveSkeletonGrid(station, day) : SaveModelGrid(station, day);
+  const bool saved = editor.skeleton ? SaveSkeletonGrid(station, day) : SaveModelGrid(station, day);
   if (saved) editor.saved = StoredRows(editor);
   return saved;
 }

@@ -113,8 +113,9 @@ PlannedDay PlanOf(const ModelEditor& editor, const LocalDateTime& today) {
       (editor.JourSemaine - CurrentWeekday(today) + kDaysOfWeek - 1) % kDaysOfWeek + 1;
   plan.from = FromDateSerial(DaySerial(today.year, today.month, today.day) + ahead);
   const std::string table = editor.skeleton ? "ModelSquelette" : "Models";
-  plan.script = "+0 set Squelette " + std::string(editor.skeleton ? "-1" : "0") + "\n+0 sql DELETE FROM " +
-                table + " WHERE JOUR = " + std::to_string(editor.JourSemaine) + "\n";
+  plan.script = "+0 set Squelette " + std::string(editor.skeleton ? "-1" : "0") +
+                "\n+0 sql DELETE FROM " + table +
+                " WHERE JOUR = " + std::to_string(editor.JourSemaine) + "\n";
   for (const TextGrid::Row& row : StoredRows(editor)) plan.script += RowInScript(editor, row);
   plan.script += "+0 start\n";
   return plan;

@@ -83,7 +83,7 @@ void BarTable::ShowRows(const std::vector<BarRow>& rows) {
       QTableWidgetItem& cell = *item(row, column);
       cell.setText(given.cells.value(column));
       cell.setData(kBarRole, given.bar);
-      cell.setForeground(given.alert ? Theme::kHeard : Theme::kText);
+      cell.setForeground(column >= given.alertFrom ? Theme::kHeard : Theme::kText);
     }
   }
 }

@@ -3,6 +3,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
 #include <algorithm>
 #include <vector>
 
@@ -21,6 +23,24 @@ constexpr int kFaintest = 40, kStrongest = 210;  // of a colour behind a share
 QString Shown(const std::string& text) {
   return QString::fromStdString(text);
 }
+
+// The selected cell has a frame; its own colour tells its share.
+class CellPainter : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    const bool selected = option.state & QStyle::State_Selected;
+    QStyleOptionViewItem plain = option;
+    plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+    QStyledItemDelegate::paint(painter, plain, index);
+    if (!selected) return;
+    const bool keys = option.widget && option.widget->hasFocus();
+    painter->setPen(QPen(keys ? Theme::kFocus : Theme::kDim, 2));
+    painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
+  }
+};
 
 }  // namespace
 
@@ -136,6 +156,7 @@ ModelGridView::ModelGridView(const ModelEditor& editor, ModelGrid kind, QWidget*
     : QTableView(parent), kind_(kind), model_(new ModelGridModel(editor, kind, this)) {
   setModel(model_);
   MakeRowTable(*this);
+  setItemDelegate(new CellPainter(this));
   setAlternatingRowColors(false);
   setShowGrid(true);
   setSelectionBehavior(QAbstractItemView::SelectItems);
@@ -143,8 +164,7 @@ ModelGridView::ModelGridView(const ModelEditor& editor, ModelGrid kind, QWidget*
   verticalHeader()->setVisible(kind == ModelGrid::kSkeleton);
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  if (kind == ModelGrid::kModels)
-    horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
+  if (kind == ModelGrid::kModels) horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
 }
 
 void ModelGridView::Arrange(double unit) {

@@ -39,6 +39,19 @@ QString PercentText(double share) {
   return QString::number(std::lround(share)) + QStringLiteral(" %");
 }
 
+// "02-05h 09h"
+QString HoursText(const std::vector<int>& hours) {
+  QStringList spans;
+  for (size_t first = 0; first < hours.size();) {
+    size_t last = first;
+    while (last + 1 < hours.size() && hours[last + 1] == hours[last] + 1) ++last;
+    const QString begin = last > first ? Shown(TwoDigits(hours[first])) + u'-' : QString();
+    spans << begin + Shown(HourLabel(hours[last]));
+    first = last + 1;
+  }
+  return spans.join(u' ');
+}
+
 struct PlannedGenre {
   std::string genre;
   int weight = 0;  // per cent, or positions
@@ -96,17 +109,15 @@ void SupplyPanel::ShowHour(const ModelEditor& editor, int hour) {
     rows.push_back({{Shown(genre), planned, QString::number(given.titles),
                      QString::number(std::lround(minutes.back()))},
                     0,
-                    !planned.isEmpty() && given.titles == 0});
+                    !planned.isEmpty() && given.titles == 0 ? 0 : BarRow::kNoAlert});
   };
   if (editor.supply && editor.JourSemaine > 0) {
     const std::vector<PlannedGenre> plan = PlanOfHour(editor, hour);
     for (const PlannedGenre& line : plan)
-      add(line.genre,
-          editor.skeleton ? QString::number(line.weight) : PercentText(line.weight));
+      add(line.genre, editor.skeleton ? QString::number(line.weight) : PercentText(line.weight));
     for (const auto& [name, genre] : editor.supply->Genres()) {
-      const bool planned = std::any_of(plan.begin(), plan.end(), [&](const PlannedGenre& line) {
-        return line.genre == name;
-      });
+      const bool planned = std::any_of(
+          plan.begin(), plan.end(), [&](const PlannedGenre& line) { return line.genre == name; });
       if (!planned && editor.supply->At(name, editor.JourSemaine, hour).titles > 0) add(name, {});
     }
   }
@@ -157,23 +168,21 @@ void OutlookPanel::ShowState(DayForecast::State state, const QString& fault) {
 }
 
 void OutlookPanel::ShowOutlook(const DayOutlook& outlook) {
+  constexpr int kDry = 3;
   LblOutlook->setText(texts_.Word("OutlookDone", QString::number(outlook.titles)));
   std::vector<BarRow> rows;
   for (const GenreOutlook& line : outlook.genres) {
-    QStringList dry;
-    for (const int hour : line.dryHours) dry << Shown(HourLabel(hour));
     rows.push_back({{Shown(line.genre), PercentText(line.planned), PercentText(line.reached),
-                     dry.join(u' ')},
+                     HoursText(line.dryHours)},
                     line.reached / kWhole,
-                    !dry.isEmpty()});
+                    kDry});
   }
   Outlook->ShowRows(rows);
   rows.clear();
   const int most = outlook.repeats.empty() ? 1 : outlook.repeats.front().times;
   for (const RepeatedTitle& title : outlook.repeats)
     rows.push_back({{Shown(title.text), QString::number(title.times)},
-                    static_cast<double>(title.times) / most,
-                    false});
+                    static_cast<double>(title.times) / most});
   Repeats->ShowRows(rows);
 }
 

@@ -99,18 +99,19 @@ void ModelWindow::MakeOrders(QHBoxLayout& bar) {
   save->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
   save->setToolTip(save->shortcut().toString(QKeySequence::NativeText));
   bar.addWidget(save);
-  bar.addWidget(Button("BtnImport", [this] { Work([this] { Models::BtnImport_Click(station_); }); }));
+  bar.addWidget(
+      Button("BtnImport", [this] { Work([this] { Models::BtnImport_Click(station_); }); }));
   auto* copy = Named(new QPushButton(Word("MnuCopierJour"), centralWidget()), "MnuCopierJour");
   auto* days = new QMenu(copy);
   for (int day = 1; day <= kDaysOfWeek; ++day)
-    Named(days->addAction(Word("JourSemaine." + std::to_string(day)), this,
-                          [this, day] {
-                            Work([this, day] { Models::PopJour_Click(station_, day); });
-                          }),
+    Named(days->addAction(
+              Word("JourSemaine." + std::to_string(day)), this,
+              [this, day] { Work([this, day] { Models::PopJour_Click(station_, day); }); }),
           "PopJour");
   copy->setMenu(days);
   bar.addWidget(copy);
-  MnuCompteur = Button("MnuCompteur", [this] { Run([this] { Models::MnuCompteur_Click(station_); }); });
+  MnuCompteur =
+      Button("MnuCompteur", [this] { Run([this] { Models::MnuCompteur_Click(station_); }); });
   bar.addWidget(MnuCompteur);
   MnuExport = Button("MnuExport", [this] { ChooseFile(); });
   bar.addWidget(MnuExport);
@@ -167,10 +168,10 @@ void ModelWindow::MakeGrids() {
 }
 
 QWidget* ModelWindow::Beside() {
-  constexpr int kColumns = 3;
+  constexpr int kStatColumns = 3;
   auto* side = new QWidget(centralWidget());
   QStringList heads;
-  for (int column = 0; column < kColumns; ++column)
+  for (int column = 0; column < kStatColumns; ++column)
     heads << Word("Stats." + std::to_string(column));
   Stats = new BarTable("Stats", Word("For.Stats"), heads, 1, side);
   auto* layout = new QVBoxLayout(side);
@@ -222,8 +223,7 @@ void ModelWindow::FillMenu(QMenu& menu, const char* name, const std::vector<std:
                            const std::function<void(const std::string& entry)>& chosen) {
   menu.clear();
   for (const std::string& entry : entries)
-    Named(menu.addAction(QString::fromStdString(entry), this,
-                         [chosen, entry] { chosen(entry); }),
+    Named(menu.addAction(QString::fromStdString(entry), this, [chosen, entry] { chosen(entry); }),
           name);
 }
 
@@ -274,8 +274,8 @@ void ModelWindow::ChooseFile() {
 // --- what the library gives ---
 
 int ModelWindow::SelectedHour() const {
-  const int hour = Editor().skeleton ? Editor().ModelSquelettePlace.column
-                                     : Editor().ModelsPlace.column - 1;
+  const int hour =
+      Editor().skeleton ? Editor().ModelSquelettePlace.column : Editor().ModelsPlace.column - 1;
   return std::clamp(hour, 0, kHoursOfDay - 1);
 }
 
@@ -293,8 +293,7 @@ ModelWindow::Wish ModelWindow::WishOf(GridPlace place) const {
 QString ModelWindow::SupplyTip(GridPlace place) const {
   const Wish wish = WishOf(place);
   if (wish.genre.empty() || !Editor().supply || Editor().JourSemaine == 0) return {};
-  const GenreSupply::Hour given =
-      Editor().supply->At(wish.genre, Editor().JourSemaine, wish.hour);
+  const GenreSupply::Hour given = Editor().supply->At(wish.genre, Editor().JourSemaine, wish.hour);
   return Word("SupplyTip")
       .arg(QString::fromStdString(wish.genre), QString::number(given.titles),
            QString::number(std::lround(static_cast<double>(given.lengthMs) / kMsOfMinute)));
@@ -361,8 +360,7 @@ void ModelWindow::ShowStats() {
   for (const ModelEditor::GenreCount& line : Editor().Stats)
     counts.push_back({{QString::fromStdString(line.genre), QString::fromStdString(line.count),
                        QString::fromStdString(line.positions)},
-                      static_cast<double>(ValInt(line.count)) / most,
-                      false});
+                      static_cast<double>(ValInt(line.count)) / most});
   Stats->ShowRows(counts);
   Stats->ShowColumn(kPositions, Editor().skeleton);
 }

@@ -1,8 +1,7 @@
-#include "scheduling/PlannedDay.h"
-
 #include <gtest/gtest.h>
 
 #include "scheduling/ModelScreen.h"
+#include "scheduling/PlannedDay.h"
 #include "scheduling/tests/RequestFixture.h"
 
 namespace zemo {
