@@ -10,7 +10,7 @@ namespace zemo {
 
 namespace {
 
-using Json = nlohmann::json;
+using SortedJson = nlohmann::json;
 constexpr int64_t kDayMs = 86400000;
 constexpr int64_t kShortestGapMs = 1000;  // less is the step from one element to the next
 constexpr size_t kTimeAt = 11;            // of "YYYY-MM-DDThh:mm:ss.mmm"
@@ -23,7 +23,7 @@ int64_t MsOfDay(std::string_view time) {
          ValInt(time.substr(9, 3));
 }
 
-std::string TextOf(const Json& event, const char* member) {
+std::string TextOf(const SortedJson& event, const char* member) {
   return event.value(member, std::string());
 }
 
@@ -35,14 +35,14 @@ ForecastLine LineAt(const std::string& time, ForecastKind kind, std::string text
   return line;
 }
 
-ForecastLine ElementLine(const Json& event, const std::string& time) {
+ForecastLine ElementLine(const SortedJson& event, const std::string& time) {
   ForecastLine line = LineAt(time, ForecastKind::kElement, TextOf(event, "title"));
   line.code = event.value("code", 0);
   line.lengthMs = event.value("length_ms", int64_t{0});
   return line;
 }
 
-ForecastLine Break(const Json& event, const std::string& time) {
+ForecastLine Break(const SortedJson& event, const std::string& time) {
   ForecastLine line = LineAt(time, ForecastKind::kBreak, TextOf(event, "moment"));
   line.code = TextOf(event, "type") == "Pubs" ? Element::kSpot : Element::kNews;
   return line;
@@ -63,7 +63,7 @@ ForecastLine Gap(const std::string& since, int64_t lengthMs) {
 }  // namespace
 
 void ForecastTrace::Take(std::string_view text) {
-  const Json event = Json::parse(text, nullptr, false);
+  const SortedJson event = SortedJson::parse(text, nullptr, false);
   if (!event.is_object()) return;
   const std::string at = TextOf(event, "at");
   if (at.size() <= kTimeAt) return;

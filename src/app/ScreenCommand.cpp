@@ -109,7 +109,7 @@ SettingsSources SettingsSourcesOf(RealStation& real, LibraryDesk& library) {
   return sources;
 }
 
-void Tell(const std::string& line) {
+void TellLine(const std::string& line) {
   PrintError(line);
 }
 
@@ -117,7 +117,7 @@ void Tell(const std::string& line) {
 
 int OpenScreen(const AirOptions& options) {
   if (!HasDisplay() || !ScreenMachine().Seen()) {
-    Tell("there is no display: on air as with 'zemoradio run'");
+    TellLine("there is no display: on air as with 'zemoradio run'");
     return RunOnAir(options);
   }
   if (!ParseOutputSpec(options.output))
@@ -130,7 +130,7 @@ int OpenScreen(const AirOptions& options) {
   QApplication::setFont(Theme::Type(1, 15));  // also of what a style sheet gives no type
   const RunFolders folders = MakeRunFolders(options);
   RealStation real(folders.station, folders.machine, WantedOutput(options, folders.machine),
-                   machine.Parts(), Tell);
+                   machine.Parts(), TellLine);
   Station& station = real.station;
   // Known as soon as the base is open: the start has something to say by itself.
   machine.messages.SetLanguage([&station] {
@@ -217,10 +217,10 @@ int OpenScreen(const AirOptions& options) {
   window.Begin();
 
   RunEnd end(real, options,
-             {.draining = [] { Tell("stopping: what is on air plays to its end"); },
+             {.draining = [] { TellLine("stopping: what is on air plays to its end"); },
               .drained = [&real] { real.loop.Quit(); },
               .leaving = [] {},
-              .closing = Tell});
+              .closing = TellLine});
   endSignals.Deliver([&end] { end.OnSignal(); });
   const auto watch = real.loop.MakeTimer(RunEnd::kWatchMs, [&end] { end.Watch(); });
   watch->SetEnabled(true);

@@ -22,13 +22,13 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutine = "SurveilleNewBase";
+constexpr const char* kHandOverRoutine = "SurveilleNewBase";
 
 // Once for the same file and fault; it is tried again at each element.
 void TellOnce(Station& station, const std::string& stamp, const std::exception& error) {
   std::string told = stamp + "\t" + error.what();
   if (told == station.engine.newBaseTold) return;
-  LogCurrentException(station, kRoutine);
+  LogCurrentException(station, kHandOverRoutine);
   station.engine.newBaseTold = std::move(told);
 }
 
@@ -63,7 +63,7 @@ void GoOnWithTheOldBase(Station& station) {
   try {
     OpenBaseAgain(station);
   } catch (const std::exception&) {
-    LogCurrentException(station, kRoutine);
+    LogCurrentException(station, kHandOverRoutine);
   }
 }
 
@@ -168,7 +168,7 @@ void TakeDroppedBase(Station& station) {
     LookForNewBase(station);
     if (station.base.IsOpen()) ImportExportedCampaigns(station);
   } catch (const std::exception&) {
-    LogCurrentException(station, kRoutine);
+    LogCurrentException(station, kHandOverRoutine);
   }
 }
 

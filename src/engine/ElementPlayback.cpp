@@ -38,7 +38,7 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutine = "PlayWave";
+constexpr const char* kPlayRoutine = "PlayWave";
 
 // What sounds when a start begins.
 struct Outgoing {
@@ -66,7 +66,7 @@ void ServePlaylistMarker(Station& station, const OnAirElement& row) {
     report.GENRE = "PLAYLIST";
     report.AUTEUR = row.title;
     report.TITRE = row.secondLine;
-    WriteOrKeep(station, {.row = report, .where = kRoutine});
+    WriteOrKeep(station, {.row = report, .where = kPlayRoutine});
   }
   if (row.code == Element::kStartPlaylist) {
     engine.PlaylistRunning = true;
@@ -281,7 +281,7 @@ TitleCard ReadTitleCard(Station& station, int32_t code) {
             .comment = Trim(card->Text("COMMENTAIRE")),
             .texts = ReportOfCard(*card)};
   } catch (const StoreError& error) {
-    LogError(station, kRoutine, error.Number(), error.what());
+    LogError(station, kPlayRoutine, error.Number(), error.what());
     return {.read = TitleCard::Read::kNotRead};
   }
 }
@@ -321,7 +321,7 @@ std::optional<float> ExitMs(Station& station, const OnAirElement& row, const Tit
 // --- what was played, and its report ---
 
 void WriteMusic(Station& station, AirWrite::Kind kind, int32_t code, const ReportRow& begun) {
-  WriteOrKeep(station, {.kind = kind, .code = code, .row = begun, .where = kRoutine});
+  WriteOrKeep(station, {.kind = kind, .code = code, .row = begun, .where = kPlayRoutine});
 }
 
 void MarkPlayed(Station& station, const OnAirElement& row, const TitleCard& card,
@@ -371,7 +371,7 @@ void WriteReport(Station& station, const OnAirElement& row, const TitleCard& car
   if (row.code == Element::kJingle) begun.AUTEURCOMPOSITEUR = ComposerOfJingle(station, row.file);
   begun.AUTEUR = row.title;
   begun.TITRE = row.secondLine;
-  WriteOrKeep(station, {.row = begun, .where = kRoutine});
+  WriteOrKeep(station, {.row = begun, .where = kPlayRoutine});
 }
 
 // --- comment, introduction, exit point ---
@@ -460,10 +460,10 @@ void PlayWave(Station& station, const OnAirElement& element) {
     const MainTimerHold hold(station);
     PlayElement(station, {.row = element});
   } catch (const SoundError&) {
-    LogCurrentException(station, kRoutine, "code " + std::to_string(element.code));
+    LogCurrentException(station, kPlayRoutine, "code " + std::to_string(element.code));
     TellUnplayable(station, element, "unreadable");
   } catch (const std::exception&) {
-    LogCurrentException(station, kRoutine, "code " + std::to_string(element.code));
+    LogCurrentException(station, kPlayRoutine, "code " + std::to_string(element.code));
   }
 }
 

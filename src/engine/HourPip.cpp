@@ -36,7 +36,7 @@ void LayOverMusic(Station& station, const Pip& pip) {
 
 void Queue(Station& station, const Pip& pip) {
   EngineState& engine = station.engine;
-  station.PL.Insert(1, HourPipRow(pip.file));
+  station.PL.Insert(1, RowOfHourPip(pip.file));
   engine.MixPointMs = static_cast<float>(station.base.CnfInt(Cnf::kPmixToph));
   if (engine.ProgressPercent < station.base.CnfInt(Cnf::kMiniFinHeure)) {
     engine.HourPipPending = true;

@@ -12,7 +12,7 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutine = "PollInputs";
+constexpr const char* kPollRoutine = "PollInputs";
 
 bool IsOn(const Station& station, size_t contact) {
   return station.engine.Contacts[contact];
@@ -95,7 +95,8 @@ void PollInputs(Station& station) {
   } catch (const std::exception& error) {
     // The tick goes on; the next one asks again. A line that stays lost is told once a minute.
     station.engine.automaton.asked = false;
-    if (!LoggedLately(station, error.what(), kSameErrorMs)) LogCurrentException(station, kRoutine);
+    if (!LoggedLately(station, error.what(), kSameErrorMs))
+      LogCurrentException(station, kPollRoutine);
   }
 }
 

@@ -20,7 +20,7 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutine = "MenuLive";
+constexpr const char* kLiveRoutine = "MenuLive";
 
 constexpr LanguageTexts kArtist = {"Artiste", "Artist", "Artista", "Artista"};
 constexpr LanguageTexts kTitle = {"Titre", "Title", "Título", "Título"};
@@ -140,7 +140,7 @@ void OnAir::MenuLive_Click(Station& station, BrowseList list) {
   try {
     Browse(station, list);
   } catch (const std::exception&) {
-    LogCurrentException(station, kRoutine);
+    LogCurrentException(station, kLiveRoutine);
   }
   if (list == BrowseList::kMusic && !station.browse.Rech.empty()) BeginTextSearch(station);
 }

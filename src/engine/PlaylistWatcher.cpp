@@ -14,7 +14,7 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutine = "SurveillePlaylist";
+constexpr const char* kWatchRoutine = "SurveillePlaylist";
 constexpr const char* kDaily = "JOURNALIER";  // LADATE of a list of every day
 
 // What the list's option asks, the index of OptPls: ON, ON-P, OFF, OFF-P.
@@ -86,7 +86,7 @@ void WatchDueList(Station& station) {
     station.engine.LastPlaylistWatchTimer = station.Timer();
     station.events.List(due.code, due.label, due.option);
   } catch (const std::exception&) {
-    LogCurrentException(station, kRoutine);
+    LogCurrentException(station, kWatchRoutine);
   }
 }
 

@@ -19,7 +19,7 @@ namespace {
 constexpr int kSliceCards = 500;
 constexpr const char* kNoGenre = "NOGENRE";
 constexpr int kNameCharacters = 40, kComposerCharacters = 60, kReferenceCharacters = 20,
-              kGenreCharacters = 22, kYearCharacters = 4;
+              kGenreText = 22, kYearCharacters = 4;
 
 std::string_view CardsQuery(LibraryTab kind) {
   switch (kind) {
@@ -139,8 +139,8 @@ int32_t CardImport::AddMusic(const SoundFileReading& file, ImportedFile& importe
   }
   Fit(card.ChAuteur, kNameCharacters, "artist", imported.cut);
   Fit(card.ChTitre, kNameCharacters, "title", imported.cut);
-  Fit(card.ChGenre, kGenreCharacters, "genre", imported.cut);
-  Fit(card.ChVariete, kGenreCharacters, "variety", imported.cut);
+  Fit(card.ChGenre, kGenreText, "genre", imported.cut);
+  Fit(card.ChVariete, kGenreText, "variety", imported.cut);
   Fit(card.ChAnne, kYearCharacters, "year", imported.cut);
   Fit(card.ChCD, kNameCharacters, "CD", imported.cut);
   Fit(card.ChLabel, kNameCharacters, "label", imported.cut);
@@ -158,7 +158,7 @@ int32_t CardImport::Add(const SoundFileReading& file, ImportedFile& imported) {
     if (!FillJingle(station_, file.path, file.lengthMs, card, masks))
       card.ChLibJingle = NameOf(file.path);
     Fit(card.ChLibJingle, kNameCharacters, "description", imported.cut);
-    Fit(card.GenreAssocie, kGenreCharacters, "genre", imported.cut);
+    Fit(card.GenreAssocie, kGenreText, "genre", imported.cut);
     Fit(card.ChAuteurJingle, kComposerCharacters, "author", imported.cut);
     return dryRun_ ? Try([&] { return InsertJingle(station_, card, masks); })
                    : AddJingle(station_, card, masks);

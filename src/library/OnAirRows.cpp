@@ -83,7 +83,7 @@ OnAirElement BeginExtractRow() {
   return NewRow(Element::kBeginExtract, "Begin Extrait", "");
 }
 
-OnAirElement HourPipRow(const std::string& file) {
+OnAirElement RowOfHourPip(const std::string& file) {
   OnAirElement element = NewRow(Element::kHourPip, "Top Horaire", "TOP-H");
   element.file = file;
   return element;

@@ -18,7 +18,7 @@ OnAirElement NewsRow(const Recordset& grillePub);  // "RUB", code -4
 OnAirElement OtherRow(const Recordset& discothequeVirgule);
 OnAirElement VoiceTrackRow(const Recordset& vt);
 OnAirElement BeginExtractRow();
-OnAirElement HourPipRow(const std::string& file);  // stored path of the pip
+OnAirElement RowOfHourPip(const std::string& file);  // stored path of the pip
 // "Start Playlist" or "End Playlist" around a dated list; `label` is the list's Libelle.
 OnAirElement PlaylistMarkerRow(int32_t code, const std::string& label);
 

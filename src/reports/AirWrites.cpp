@@ -32,7 +32,7 @@ constexpr int64_t kRetryMs = 5000;
 constexpr size_t kSlice = 20;            // writes in one transaction: some milliseconds
 constexpr size_t kMostKept = 20000;      // more than a day can air: an element every 4.3 s
 constexpr double kSecond = 1.0 / 86400;  // of a day serial
-constexpr const char* kRoutine = "KeptRows";
+constexpr const char* kKeptRoutine = "KeptRows";
 
 std::string Behind(const std::string& detail) {
   return detail.empty() ? detail : " - " + detail;
@@ -138,7 +138,7 @@ void Journal(Station& station, Work work) {
     kept.journalled = kept.writes.size();
   } catch (const FileError& error) {
     if (!kept.journalBehind)
-      LogError(station, kRoutine, 0,
+      LogError(station, kKeptRoutine, 0,
                std::string(error.what()) +
                    ": what the base cannot take is kept in memory alone, and lost with the power");
     kept.journalBehind = true;
@@ -215,7 +215,7 @@ void DropWhatStands(Station& station) {
     rows = RowsLike(station, kept.writes);
   } catch (const StoreError& error) {
     if (error.MayPass()) throw;
-    LogCurrentException(station, kRoutine);  // no report to look at: nothing stands in it
+    LogCurrentException(station, kKeptRoutine);  // no report to look at: nothing stands in it
   }
   std::deque<AirWrite> left;
   for (size_t i = 0; i < kept.writes.size(); ++i) {
@@ -292,12 +292,12 @@ void TakeUpKeptWrites(Station& station) {
     kept.writes = ReadJournal(station, damaged);
     kept.fromEarlierRun = kept.writes.size();
     if (damaged > 0)
-      LogError(station, kRoutine, 0,
+      LogError(station, kKeptRoutine, 0,
                JournalName(station) + ": " + std::to_string(damaged) +
                    " lines cannot be read and are passed over");
   } catch (const FileError& error) {
     const std::string aside = SetJournalAside(station);
-    return LogError(station, kRoutine, 0,
+    return LogError(station, kKeptRoutine, 0,
                     error.what() + (aside.empty() ? "" : ": it is kept as " + aside));
   }
   // Without what is damaged, and without an end that the power cut.
@@ -315,7 +315,8 @@ void WriteKeptSlice(Station& station) {
     if (!kept.writes.empty()) WriteOldest(station);
   } catch (const StoreError& error) {
     kept.retryMs = nowMs + kRetryMs;
-    if (!error.MayPass()) LogCurrentException(station, kRoutine);  // the rest was told when it came
+    if (!error.MayPass())
+      LogCurrentException(station, kKeptRoutine);  // the rest was told when it came
   }
 }
 
@@ -331,7 +332,7 @@ bool WriteKeptAtTheEnd(Station& station) {
     Journal(station, [] {});  // a last try, where it is behind
     const std::string count = std::to_string(kept.writes.size()) + " rows";
     LogError(
-        station, kRoutine, error.Number(),
+        station, kKeptRoutine, error.Number(),
         error.what() + (kept.journalBehind ? ": " + count + " are lost"
                                            : ": " + count + " stay in " + JournalName(station) +
                                                  " and are written at the next start"));

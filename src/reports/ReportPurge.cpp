@@ -17,7 +17,7 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutine = "PurgeRapport";
+constexpr const char* kPurgeRoutine = "PurgeRapport";
 constexpr const char* kBeginFile = "ReportBegin.Txt";  // the day up to which nothing is left
 
 int64_t LimitOf(Station& station, int64_t days) {
@@ -31,7 +31,7 @@ int64_t KeptLimit(Station& station) {
   try {
     text = ReadSideFile(station.platform.stationFolder, kBeginFile);
   } catch (const FileError&) {
-    LogCurrentException(station, kRoutine);
+    LogCurrentException(station, kPurgeRoutine);
   }
   const std::string day = text ? DateKeyOfText(text->substr(0, 10)) : std::string();
   if (day.empty()) return 0;
@@ -47,7 +47,7 @@ void KeepLimit(Station& station, int64_t limit) {
     WriteSideFileDurably(station.platform.stationFolder, kBeginFile,
                          DateText(FromDateSerial(static_cast<double>(limit))) + "\r\n");
   } catch (const FileError&) {
-    LogCurrentException(station, kRoutine);
+    LogCurrentException(station, kPurgeRoutine);
   }
 }
 
@@ -63,7 +63,7 @@ void PurgeReport(Station& station, int64_t days) {
     db.Execute("DELETE * FROM Rapport WHERE DATENUM <= ?", {limit});
     transaction.Commit();
   } catch (const std::exception&) {
-    LogCurrentException(station, kRoutine);
+    LogCurrentException(station, kPurgeRoutine);
   }
 }
 

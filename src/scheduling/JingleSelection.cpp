@@ -22,7 +22,7 @@ namespace zemo {
 
 namespace {
 
-using Query = std::unique_ptr<Recordset>;
+using RowQuery = std::unique_ptr<Recordset>;
 
 // --- common pieces ---
 
@@ -149,9 +149,9 @@ BoundQuery JingleQuery(Station& station, bool overlay, int32_t maxMs) {
 
 // The title's plain jingles, else those of the artist as row 1 names it; one that it does not name
 // has none.
-Query OpenTitleJingles(Station& station, int32_t titleCode) {
+RowQuery OpenTitleJingles(Station& station, int32_t titleCode) {
   Database& db = station.base.Db();
-  Query own = db.OpenRecordset(
+  RowQuery own = db.OpenRecordset(
       "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = ? AND SURIMPRESSION = 0 "
       "ORDER BY LASTDIFF ASC;",
       {titleCode});
@@ -190,8 +190,8 @@ void FindJingle(Station& station, bool overlay, int32_t maxMs) {
   int64_t code = 0;
   try {
     const BoundQuery asked = JingleQuery(station, overlay, maxMs);
-    const Query jingles = station.base.Db().OpenRecordset(asked.text, asked.values);  // 3
-    if (!MoveToOpenWindow(station, *jingles)) return;                                 // 4
+    const RowQuery jingles = station.base.Db().OpenRecordset(asked.text, asked.values);  // 3
+    if (!MoveToOpenWindow(station, *jingles)) return;                                    // 4
     code = jingles->Int("CODE");
     if (overlay)  // 5
       ArmOverlay(station, kRoutine, *jingles);
@@ -210,7 +210,7 @@ bool FindAssociatedJingle(Station& station, int32_t titleCode) {
   if (JinglesStopped(station)) return false;
   bool found = false;
   try {
-    const Query jingles = station.base.Db().OpenRecordset(
+    const RowQuery jingles = station.base.Db().OpenRecordset(
         "SELECT * FROM DiscothequeJingle WHERE CODEASSOCIE = ? AND SURIMPRESSION = 1 "
         "Order By Lastdiff",
         {titleCode});
@@ -228,7 +228,7 @@ void FindJingleBeforeTitle(Station& station, int32_t titleCode) {
   EngineState& engine = station.engine;
   if (engine.CodeEnCours < 0 || JinglesStopped(station)) return;
   try {
-    const Query jingles = OpenTitleJingles(station, titleCode);  // 1, 2
+    const RowQuery jingles = OpenTitleJingles(station, titleCode);  // 1, 2
     if (jingles->Eof()) return;
     engine.LastJingleTimer = station.Timer();  // 3: it counts as the jingle of the moment
     engine.LastIntroJingleTimer = station.Timer();
@@ -258,7 +258,7 @@ bool FindGenreJingle(Station& station, const std::string& genre) {
   try {
     BoundQuery asked{"SELECT * FROM DiscothequeJingle WHERE GENREASSOCIE = ?", {genre}};
     asked.Add(HourFilterOfNow(station)).Add(" AND SURIMPRESSION = 0  ORDER BY Lastdiff");
-    const Query jingles = station.base.Db().OpenRecordset(asked.text, asked.values);
+    const RowQuery jingles = station.base.Db().OpenRecordset(asked.text, asked.values);
     if (!MoveToOpenWindow(station, *jingles)) return false;
     InsertPick(station, kRoutine, 1, PlainRow(*jingles), *jingles);
     found = true;
@@ -275,7 +275,7 @@ void FindExtractJingle(Station& station, int16_t row) {
   try {
     BoundQuery asked{"SELECT * FROM DiscothequeJingle Where JingleExtraitYN = 1"};
     asked.Add(HourFilterOfNow(station)).Add(" ORDER BY Lastdiff");
-    const Query jingles = station.base.Db().OpenRecordset(asked.text, asked.values);
+    const RowQuery jingles = station.base.Db().OpenRecordset(asked.text, asked.values);
     if (jingles->Eof()) {
       station.PL.Insert(row, NoAnnouncementRow());
       return;
@@ -296,7 +296,7 @@ bool FindLinkJingle(Station& station) {
   int64_t code = 0;
   bool done = false;
   try {
-    const Query elements = station.base.Db().OpenRecordset(
+    const RowQuery elements = station.base.Db().OpenRecordset(
         "SELECT * FROM DISCOTHEQUEVIRGULE Where JingleRacro = 1 Order By Lastdiff");
     if (elements->Eof()) return false;
     code = elements->Int("CODE");
@@ -313,7 +313,7 @@ bool FindLinkJingle(Station& station) {
 
 std::string ComposerOfJingle(Station& station, const std::string& file) {
   try {
-    const Query jingles = station.base.Db().OpenRecordset(
+    const RowQuery jingles = station.base.Db().OpenRecordset(
         "SELECT * FROM DiscothequeJingle WHERE FILENAME Like ?", {file});
     if (!jingles->Eof()) return jingles->Text("AUTEURCOMPOSITEUR");
   } catch (const std::exception&) {

@@ -11,8 +11,8 @@ namespace zemo {
 
 namespace {
 
-constexpr int kArtist = 0, kTitle = 1, kLength = 2, kGenre = 3, kVariety = 4, kFile = 5, kCode = 6,
-              kExit = 7, kIntro = 8, kLastPlayed = 9;
+constexpr int kArtist = 0, kTitle = 1, kRowLength = 2, kGenre = 3, kVariety = 4, kFile = 5,
+              kRowCode = 6, kRowExit = 7, kRowIntro = 8, kLastPlayed = 9;
 constexpr int kGenreCell = 3;
 
 // By key from the last one on: no slice holds the file between two of them, and table order is the
@@ -28,17 +28,17 @@ BoundQuery SliceQuery(bool first, int64_t lastCode) {
 
 // The columns of the pool of a request, so that a row can go to PL as it stands.
 void CellsOf(const RowView& row, Cells& cells) {
-  const int64_t lengthMs = row.Int(kLength);
+  const int64_t lengthMs = row.Int(kRowLength);
   cells[0] = row.Text(kArtist);
   cells[1] = row.Text(kTitle);
   cells[2] = FormatDuration(lengthMs);
   cells[kGenreCell] = row.Text(kGenre);
   cells[4] = row.Text(kVariety);
   cells[5] = row.Text(kFile);
-  cells[6] = std::to_string(row.Int(kCode));
+  cells[6] = std::to_string(row.Int(kRowCode));
   cells[7] = std::to_string(lengthMs);
-  cells[8] = row.Text(kExit);
-  cells[9] = row.Text(kIntro);
+  cells[8] = row.Text(kRowExit);
+  cells[9] = row.Text(kRowIntro);
   cells[10] = LastPlayedText(row.Real(kLastPlayed));
 }
 
@@ -54,7 +54,7 @@ void LibraryIndex::ReadSlice(Database& db) {
     const bool noGenre = row.IsNull(kGenre);
     CellsOf(row, cells);
     joined.assign(cells[0]).append(cells[1]);
-    lastCode_ = row.Int(kCode);
+    lastCode_ = row.Int(kRowCode);
     capitals_ += UpperLatin(joined);
     capitalsEnd_.push_back(static_cast<uint32_t>(capitals_.size()));
     genreIsNull_.push_back(noGenre);

@@ -15,7 +15,7 @@ namespace zemo {
 
 namespace {
 
-constexpr double kGenreWidth = 22, kPercentWidth = 6, kPositionWidth = 12;
+constexpr double kGenreColumn = 22, kPercentWidth = 6, kPositionWidth = 12;
 
 // Writes downwards, a line at a time.
 class SheetMaker {
@@ -23,7 +23,7 @@ class SheetMaker {
   explicit SheetMaker(const char* name, double hourWidth) {
     sheet_.name = name;
     sheet_.columnWidths.assign(kHoursOfDay + 1, hourWidth);
-    sheet_.columnWidths[0] = kGenreWidth;
+    sheet_.columnWidths[0] = kGenreColumn;
   }
   void Put(int column, std::string text, SheetCell::Style style = SheetCell::Style::kPlain) {
     sheet_.cells.push_back({row_, column, std::move(text), 0, false, style});

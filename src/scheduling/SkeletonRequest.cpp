@@ -210,7 +210,8 @@ void WriteRefusals(Station& station) {
   }
 }
 
-Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& used, int minutes) {
+Pool MakeSkeletonPool(Station& station, const CandidateCards& cards, const TitlesInUse& used,
+                      int minutes) {
   const int64_t groups = station.lists.LectureBase;
   Pool pool = FillPool(station, cards, used, groups > 0 ? groups * minutes : kNoLimit);
   if (station.platform.localValues.GetInt("CheckDoublonYN", 0) == 0)
@@ -220,7 +221,7 @@ Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& 
   return pool;
 }
 
-void RunRequest(Station& station, int minutes, RequestFrame& frame) {
+void RunSkeletonRequest(Station& station, int minutes, RequestFrame& frame) {
   const int weekday = CurrentWeekday(station.Now());
   LoadModelScreen(station);
   const DaySkeleton skeleton = ReadDaySkeleton(station, weekday);  // 1
@@ -234,8 +235,8 @@ void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   station.platform.loop.Yield();
   const CandidateCards cards(
       station, GenreCondition(WithoutBlanks(positions)).Add(HourCondition(weekday, hour)),
-      CandidateCards::Order::kPassesThenLastdiff);      // 2
-  Pool pool = MakePool(station, cards, used, minutes);  // 3, 4
+      CandidateCards::Order::kPassesThenLastdiff);              // 2
+  Pool pool = MakeSkeletonPool(station, cards, used, minutes);  // 3, 4
   frame.Saw(cards.Count(), pool.size());
   const Alternation limits = ReadAlternation(station);  // 5
   LayAlongSkeleton(station, frame, cards, pool, positions, station.requests.MinutesRequete,
@@ -272,7 +273,7 @@ void LayAlongSkeleton(Station& station, RequestFrame& frame, const CandidateCard
 void RequestAlongSkeleton(Station& station, int16_t& minutes) {
   RequestFrame frame(station, "skeleton");
   try {
-    RunRequest(station, minutes, frame);
+    RunSkeletonRequest(station, minutes, frame);
   } catch (const std::exception&) {
     frame.Fail(kRoutine);
   }

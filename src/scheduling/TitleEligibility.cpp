@@ -25,7 +25,7 @@ namespace {
 constexpr int kSearchDays = 36525;     // longer than every gap, and every day of the year with
                                        // every day of the week is among them
 constexpr int kMostMinutes = 600'000;  // tried one by one: the longest gap in minutes is 23 days
-constexpr int kMostRows = 20;          // of the budget table, as in the percentage request
+constexpr int kBudgetRows = 20;        // of the budget table, as in the percentage request
 constexpr std::string_view kWordsBegin = " >> ";
 constexpr std::string_view kLongAgo = "01/01/1900 à 00:00";
 constexpr const char* kEndsRequest = ": a request that comes to this title ends there";
@@ -213,7 +213,7 @@ GenreInWeek ReadModels(Station& station, const std::string& genre) {
     if (name != genre || genre.empty()) return;
     for (size_t hour = 0; hour < kHoursOfDay; ++hour) {
       if (day.wanted[hour]) continue;
-      day.beyond[hour] = day.rows > kMostRows;
+      day.beyond[hour] = day.rows > kBudgetRows;
       day.wanted[hour] = Val(row.Text(static_cast<int>(hour) + 2)) > 0;
     }
   };
@@ -238,7 +238,7 @@ std::string ModelRefusal(const GenreInWeek::Day& day, const std::string& genre, 
   const std::string model = (skeleton ? "the skeleton of " : "the model of ") + DayOf(at);
   const auto hour = static_cast<size_t>(at.hour);
   if (day.beyond[hour])
-    return "genre " + genre + " stands in " + model + " below row " + std::to_string(kMostRows) +
+    return "genre " + genre + " stands in " + model + " below row " + std::to_string(kBudgetRows) +
            kEndsRequest;
   if (day.wanted[hour]) return {};
   if (day.known)
@@ -266,8 +266,8 @@ std::string VarietyRefusal(Station& station, const std::string& variety) {
     percent = Val(row.Text(0));
   });
   if (found == 0) return "variety " + variety + " is none of the table Variete";
-  if (found > kMostRows)
-    return "variety " + variety + " stands below row " + std::to_string(kMostRows) +
+  if (found > kBudgetRows)
+    return "variety " + variety + " stands below row " + std::to_string(kBudgetRows) +
            " of the table Variete" + kEndsRequest;
   return percent == 0 ? "variety " + variety + " has 0 per cent" + kEndsRequest : std::string();
 }

@@ -25,7 +25,7 @@ namespace zemo {
 
 namespace {
 
-constexpr int kHoursOfDay = 24;
+constexpr int kDayHours = 24;
 
 // A tick that must come off when another control is ticked.
 void Untick(SettingsScreen& screen, int32_t SettingsScreen::*check, int field) {
@@ -269,7 +269,7 @@ std::optional<std::string> Settings::BtnInti_Click(Station& station) {
   std::vector<int> minutes;
   if (auto why = ReadBoxes(screen, minutes)) return why;
   screen.Topage.clear();
-  for (int hour = 0; hour < kHoursOfDay; ++hour)
+  for (int hour = 0; hour < kDayHours; ++hour)
     for (const int minute : minutes)
       screen.Topage.push_back(TwoDigits(hour) + ":" + TwoDigits(minute));
   screen.topageHeld = true;

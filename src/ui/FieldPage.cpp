@@ -36,10 +36,6 @@ class DayButton : public QPushButton {
 
 }  // namespace
 
-QString ShownText(const std::string& text) {
-  return QString::fromStdString(text);
-}
-
 void ShowIn(QLineEdit& box, const std::string& text) {
   const QString shown = ShownText(text);
   if (box.text() == shown) return;

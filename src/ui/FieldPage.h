@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "ui/Named.h"
 #include "ui/Translation.h"
 
 class QCheckBox;
@@ -57,13 +58,6 @@ class FieldPage : public QWidget {
   QVBoxLayout* rows_;
 };
 
-template <typename Control>
-Control* Named(Control* control, const char* name) {
-  control->setObjectName(QString::fromLatin1(name));
-  return control;
-}
-
-QString ShownText(const std::string& text);
 void ShowIn(QLineEdit& box, const std::string& text);  // the cursor stays where nothing changes
 
 }  // namespace zemo

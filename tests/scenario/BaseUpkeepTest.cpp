@@ -11,6 +11,7 @@
 #include "settings/SettingsCouplings.h"
 #include "station/BaseCompaction.h"
 #include "store/SoundMeasuresTable.h"
+#include "support/SomebodyElse.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -18,17 +19,6 @@ namespace {
 
 constexpr char kThisMonth[] = "03/11/2026 08:00:00";  // stations begin on 21/11/2026
 constexpr char kLastMonth[] = "30/10/2026 08:00:00";
-
-// Another program of the station, which has the base open.
-class SomebodyElse : public BaseUse {
- public:
-  bool there = false;
-  std::string TakeAlone(const std::string& basePath) override { return OtherUser(basePath); }
-  void Share() override {}
-  std::string OtherUser(const std::string& path) const override {
-    return there ? path + " is open in another program" : std::string();
-  }
-};
 
 class Upkeep : public testing::Test {
  protected:

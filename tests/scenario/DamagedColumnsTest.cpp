@@ -10,7 +10,7 @@
 namespace zemo::test {
 namespace {
 
-constexpr int64_t kRunMs = 5 * 60000;
+constexpr int64_t kDamagedRunMs = 5 * 60000;
 using Strings = std::vector<std::string>;
 
 // A library of titles of one minute that a request of the models finds, each artist another; a
@@ -39,8 +39,8 @@ class DamagedColumns : public testing::Test {
     for (const std::string& statement : damage) on.Sql(statement);
     on.Load();
     on.Start();
-    on.RunUntil(kRunMs);
-    Heard heard{on.Starts().size(), on.LongestSilenceMs(kRunMs), {}, on.Describe()};
+    on.RunUntil(kDamagedRunMs);
+    Heard heard{on.Starts().size(), on.LongestSilenceMs(kDamagedRunMs), {}, on.Describe()};
     for (const Seen& one : on.Events("error")) heard.faults.push_back(one["text"]);
     return heard;
   }
@@ -211,14 +211,14 @@ class ColumnsLostOnAir : public testing::Test {
     on.Start();
     on.RunUntil(30000);
     on.Sql(change);
-    on.RunUntil(kRunMs);
+    on.RunUntil(kDamagedRunMs);
     for (const Seen& one : on.Events("error")) faults.push_back(one["text"]);
   }
   // The sixth title begins at 292 s.
   void ExpectAirAndItsRows() {
     EXPECT_EQ(on.Starts().size(), 6U) << on.Describe();
     EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "6") << on.Describe();
-    EXPECT_LE(on.LongestSilenceMs(kRunMs), 200) << on.Describe();
+    EXPECT_LE(on.LongestSilenceMs(kDamagedRunMs), 200) << on.Describe();
   }
   EmergencyStation on;
   std::vector<std::string> faults;  // of the error log

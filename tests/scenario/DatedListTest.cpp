@@ -11,7 +11,7 @@ namespace zemo::test {
 namespace {
 
 constexpr int64_t kDueMs = 10000;
-constexpr int64_t kTickMs = 100;
+constexpr int64_t kDatedTickMs = 100;
 
 class DatedList : public testing::Test {
  protected:
@@ -39,7 +39,7 @@ class DatedList : public testing::Test {
     ASSERT_EQ(lists.size(), 1U) << on.Describe();
     EXPECT_EQ(lists[0].Int("code"), code);
     EXPECT_GE(lists[0].atMs, atMs);
-    EXPECT_LT(lists[0].atMs, atMs + kTickMs);
+    EXPECT_LT(lists[0].atMs, atMs + kDatedTickMs);
   }
   const OnAirRow& Row(int row) { return on.station.PL.Row(row); }
   TestStation on;
@@ -125,7 +125,7 @@ TEST_P(DatedListOption, SetsJinglesPipAndCut) {
   // The normal fade, and the list's first element within the next ticks.
   ASSERT_EQ(starts.size(), 2U) << on.Describe();
   EXPECT_EQ(starts[1].Int("code"), listed);
-  EXPECT_LT(starts[1].atMs, kDueMs + 3 * kTickMs);
+  EXPECT_LT(starts[1].atMs, kDueMs + 3 * kDatedTickMs);
   ASSERT_EQ(on.Events("fade").size(), 1U);
   EXPECT_EQ(on.First("fade")->Int("ms"), 1600);  // FadeOut
 }
@@ -283,7 +283,7 @@ TEST_F(MorningOfLists, EachOptionTakesTheAirInItsTurn) {
     EXPECT_EQ(lists[i].Int("code"), static_cast<int64_t>(i) + 1);
     EXPECT_EQ(lists[i].Int("option"), static_cast<int64_t>(i));
     EXPECT_GE(lists[i].atMs, dueMs);
-    EXPECT_LT(lists[i].atMs, dueMs + kTickMs);
+    EXPECT_LT(lists[i].atMs, dueMs + kDatedTickMs);
   }
   // Each one aired between its markers, and left nothing of its own behind.
   EXPECT_EQ(on.Events("marker").size(), 8U);
@@ -317,7 +317,7 @@ TEST_F(ListAtMidnight, TheListOfTheLastMinuteDoesNotHoldItOff) {
   ASSERT_EQ(lists.size(), 2U) << on.Describe();
   EXPECT_EQ(lists[0].Int("code"), 1);
   EXPECT_EQ(lists[1].Int("code"), 2);
-  EXPECT_LT(lists[1].atMs, kDueMs + kTickMs);
+  EXPECT_LT(lists[1].atMs, kDueMs + kDatedTickMs);
 }
 
 TEST_F(DatedList, WhatItDisplacesIsNoOrderToTakeBack) {
@@ -327,7 +327,7 @@ TEST_F(DatedList, WhatItDisplacesIsNoOrderToTakeBack) {
     const ListOrder order(on.station);
     on.station.PL.Add({});
   });
-  on.RunUntil(kDueMs - kTickMs);
+  on.RunUntil(kDueMs - kDatedTickMs);
   EXPECT_TRUE(on.station.listUndo);
   on.RunUntil(kDueMs + 1000);
   EXPECT_FALSE(UndoListOrder(on.station));

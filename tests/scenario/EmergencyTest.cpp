@@ -14,12 +14,12 @@
 namespace zemo::test {
 namespace {
 
-constexpr int64_t kRunMs = 180000;
+constexpr int64_t kEmergencyRunMs = 180000;
 constexpr int64_t kLongestMs = 5000;
 
 // --- faults of the station, each made at 5 s; without the folder the air falls silent for good ---
 
-using Fault = void (*)(EmergencyStation& on, std::unique_ptr<Database>& other);
+using BringFault = void (*)(EmergencyStation& on, std::unique_ptr<Database>& other);
 
 void LockBase(EmergencyStation& on, std::unique_ptr<Database>& other) {
   other = DBEngine::OpenDatabase(on.station.base.Path());
@@ -55,7 +55,7 @@ void LeaveNoTitle(EmergencyStation& on, std::unique_ptr<Database>&) {
 
 struct FaultCase {
   const char* name;
-  Fault fault;
+  BringFault fault;
 };
 std::ostream& operator<<(std::ostream& out, const FaultCase& one) {
   return out << one.name;
@@ -69,7 +69,7 @@ class EmergencyFault : public testing::TestWithParam<FaultCase> {
     on.AppendTitles(2, 20000);
     on.Start();
     on.At(5000, [&] { GetParam().fault(on, other_); });
-    on.RunUntil(kRunMs);
+    on.RunUntil(kEmergencyRunMs);
   }
   std::unique_ptr<Database> other_;
 };
@@ -78,7 +78,7 @@ TEST_P(EmergencyFault, LeavesNoSilenceAboveFiveSeconds) {
   EmergencyStation on;
   on.PutEmergencies(3);
   Play(on);
-  EXPECT_LE(on.LongestSilenceMs(kRunMs), kLongestMs) << on.Describe();
+  EXPECT_LE(on.LongestSilenceMs(kEmergencyRunMs), kLongestMs) << on.Describe();
   const auto starts = on.EmergencyStarts();
   ASSERT_GE(starts.size(), 4U) << on.Describe();
   EXPECT_GE(starts[0].atMs, 40500);
@@ -103,7 +103,7 @@ TEST_P(EmergencyFault, ChangesNothingWhereTheFolderIsEmpty) {
     EXPECT_EQ(empty.seen[i].atMs, without.seen[i].atMs) << i;
     EXPECT_EQ(empty.seen[i].name, without.seen[i].name) << i;
   }
-  EXPECT_GT(without.LongestSilenceMs(kRunMs), 100000);
+  EXPECT_GT(without.LongestSilenceMs(kEmergencyRunMs), 100000);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -9,6 +9,7 @@
 #include "engine/Startup.h"
 #include "platform/BaseUse.h"
 #include "store/SoundMeasuresTable.h"
+#include "support/SomebodyElse.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -21,16 +22,6 @@ std::string CampaignLine(const std::string& file, const std::string& advertiser)
   for (int mark = 0; mark < 8; ++mark) line += "\t";
   return line + "\t" + file + "\t30000\t" + advertiser + "\tCAT\t\t10\tme\tTrue\r\n";
 }
-
-class SomebodyElse : public BaseUse {
- public:
-  bool there = false;
-  std::string TakeAlone(const std::string& basePath) override { return OtherUser(basePath); }
-  void Share() override {}
-  std::string OtherUser(const std::string& path) const override {
-    return there ? path + " is open in another program" : std::string();
-  }
-};
 
 class HandOver : public testing::Test {
  protected:

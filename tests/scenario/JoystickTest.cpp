@@ -12,12 +12,12 @@ namespace zemo::test {
 namespace {
 
 // Routines that hold the tick over a start begin its interval anew.
-constexpr int64_t kTickMs = 100;
-constexpr const char* kNoon = "2026-11-21 12:00:00";
+constexpr int64_t kJoystickTickMs = 100;
+constexpr const char* kJoystickNoon = "2026-11-21 12:00:00";
 const Settings kJoystick = {{"JoystiquePort", 1}};
 
 TEST(Joystick, IsCapturedAtTheStartWhenItsPortIsNamed) {
-  TriggerStation on(kNoon, {{"JoystiquePort", 3}});
+  TriggerStation on(kJoystickNoon, {{"JoystiquePort", 3}});
   on.Load();
   EXPECT_TRUE(on.station.engine.JoystickInUse);
   EXPECT_EQ(on.joystick.Port(), 3);
@@ -28,7 +28,7 @@ TEST(Joystick, IsCapturedAtTheStartWhenItsPortIsNamed) {
 }
 
 TEST(Joystick, DoesNothingWithoutAPort) {
-  TriggerStation on(kNoon, {});
+  TriggerStation on(kJoystickNoon, {});
   on.Load();
   on.AppendTitle(60000);
   on.Button(3000, 1, true);
@@ -42,7 +42,7 @@ TEST(Joystick, DoesNothingWithoutAPort) {
 }
 
 TEST(Joystick, TheIndicatorShowsTheButtonHeld) {
-  TriggerStation on(kNoon, kJoystick);
+  TriggerStation on(kJoystickNoon, kJoystick);
   on.Load();
   const auto led = [&on] { return PictureOf(on.station).LedJoystique; };
   for (int button = 1; button <= 4; ++button) {
@@ -56,7 +56,7 @@ TEST(Joystick, TheIndicatorShowsTheButtonHeld) {
 }
 
 TEST(Joystick, ButtonOneStartsAndLettingItGoStopsWithAFade) {
-  TriggerStation on(kNoon, kJoystick);
+  TriggerStation on(kJoystickNoon, kJoystick);
   on.Load();
   on.AppendTitle(60000);
   on.Button(5000, 1, true);
@@ -68,7 +68,7 @@ TEST(Joystick, ButtonOneStartsAndLettingItGoStopsWithAFade) {
 }
 
 TEST(Joystick, ButtonTwoTakesTheAirAndGivesItBackAtOnce) {
-  TriggerStation on(kNoon, kJoystick);  // whatever EntreSat says
+  TriggerStation on(kJoystickNoon, kJoystick);  // whatever EntreSat says
   on.Load();
   on.MakeModels();
   on.AddTitles(30);
@@ -84,13 +84,13 @@ TEST(Joystick, ButtonTwoTakesTheAirAndGivesItBackAtOnce) {
   ASSERT_EQ(on.Events("request").size(), 1U) << on.Describe();
   EXPECT_EQ(on.First("request")->atMs, 21600);
   ASSERT_EQ(on.Starts().size(), 2U);
-  EXPECT_LE(on.Starts()[1].atMs, 60000 + kTickMs);
+  EXPECT_LE(on.Starts()[1].atMs, 60000 + kJoystickTickMs);
   EXPECT_EQ(on.Starts()[1]["code"], "-5");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport WHERE GENRE = 'INFO SAT'"), "1");
 }
 
 TEST(Joystick, AReturnBeforeTheOldElementHasFadedCutsItByTheLinkingElement) {
-  TriggerStation on(kNoon, kJoystick);
+  TriggerStation on(kJoystickNoon, kJoystick);
   on.Load();
   on.AddLinkingElement(4000);
   on.AppendTitle(600000);
@@ -99,13 +99,13 @@ TEST(Joystick, AReturnBeforeTheOldElementHasFadedCutsItByTheLinkingElement) {
   on.Button(20500, 2, false);
   on.RunUntil(21000);
   ASSERT_EQ(on.Starts().size(), 2U) << on.Describe();
-  EXPECT_LE(on.Starts()[1].atMs, 20500 + kTickMs);
+  EXPECT_LE(on.Starts()[1].atMs, 20500 + kJoystickTickMs);
   EXPECT_EQ(on.Starts()[1]["code"], "-5");
 }
 
 TEST(Joystick, ButtonThreeIsTheLocalProgrammeOfThatSettingOnly) {
   for (int setting : {2, 3}) {
-    TriggerStation on(kNoon, {{"JoystiquePort", 1}, {"EntreSat", setting}});
+    TriggerStation on(kJoystickNoon, {{"JoystiquePort", 1}, {"EntreSat", setting}});
     on.Load();
     on.AppendTitle(60000);
     on.Button(5000, 3, true);
@@ -117,7 +117,7 @@ TEST(Joystick, ButtonThreeIsTheLocalProgrammeOfThatSettingOnly) {
 }
 
 TEST(Joystick, ButtonFourPlaysOneElement) {
-  TriggerStation on(kNoon, kJoystick);
+  TriggerStation on(kJoystickNoon, kJoystick);
   on.Load();
   on.AddLinkingElement(2000);
   on.AppendTitle(60000);
@@ -131,7 +131,7 @@ TEST(Joystick, ButtonFourPlaysOneElement) {
 }
 
 TEST(Joystick, AnExclusionBarsButtonsTwoToFourAndNotButtonOne) {
-  TriggerStation on(kNoon, {{"JoystiquePort", 1}, {"EntreSat", 3}});
+  TriggerStation on(kJoystickNoon, {{"JoystiquePort", 1}, {"EntreSat", 3}});
   on.MakeFile("Exclusion.Txt", "12:00\t12:00\r\n");
   on.Load();
   on.AppendTitle(60000);
@@ -149,7 +149,7 @@ TEST(Joystick, AnExclusionBarsButtonsTwoToFourAndNotButtonOne) {
 }
 
 TEST(Joystick, AButtonHeldIntoTheEndOfAnExclusionIsNotServed) {
-  TriggerStation on(kNoon, kJoystick);
+  TriggerStation on(kJoystickNoon, kJoystick);
   on.MakeFile("Exclusion.Txt", "12:00\t12:00\r\n");
   on.Load();
   on.Button(30000, 2, true);
@@ -181,14 +181,14 @@ TEST(Joystick, ATakeOverGoesOverTheHourAndMidnight) {
   on.RunUntil(52000);
   EXPECT_EQ(on.Words(), "10000 Info Sat On; 50000 Fin Info Sat");
   EXPECT_GE(on.Starts().back().atMs, 50000) << on.Describe();
-  EXPECT_LE(on.Starts().back().atMs, 50000 + kTickMs);
+  EXPECT_LE(on.Starts().back().atMs, 50000 + kJoystickTickMs);
   EXPECT_EQ(on.station.engine.LastHour, 0);
 }
 
 // --- beside the automaton ---
 
 TEST(JoystickAndAutomaton, AnOpenContactGivesBackAtItsNextPollWhatTheButtonTook) {
-  TriggerStation on(kNoon, {{"JoystiquePort", 1}, {"PortCom", 1}, {"EntreSat", 2}});
+  TriggerStation on(kJoystickNoon, {{"JoystiquePort", 1}, {"PortCom", 1}, {"EntreSat", 2}});
   on.Load();
   on.AppendTitle(600000);
   on.AppendTitle(600000);
@@ -199,12 +199,12 @@ TEST(JoystickAndAutomaton, AnOpenContactGivesBackAtItsNextPollWhatTheButtonTook)
   const auto words = on.Events("clipboard");
   ASSERT_EQ(words.size(), 2U) << on.Describe();
   EXPECT_EQ(words[1]["text"], "Fin Info Sat");
-  EXPECT_LE(words[1].atMs, 20000 + kTickMs);
+  EXPECT_LE(words[1].atMs, 20000 + kJoystickTickMs);
   EXPECT_TRUE(on.station.engine.IsRunning);
 }
 
 TEST(JoystickAndAutomaton, AButtonLetGoGivesBackAndAClosedContactTakesAgain) {
-  TriggerStation on(kNoon, {{"JoystiquePort", 1}, {"PortCom", 1}, {"EntreSat", 2}});
+  TriggerStation on(kJoystickNoon, {{"JoystiquePort", 1}, {"PortCom", 1}, {"EntreSat", 2}});
   on.Load();
   on.AppendTitle(600000);
   on.Start();
@@ -214,13 +214,13 @@ TEST(JoystickAndAutomaton, AButtonLetGoGivesBackAndAClosedContactTakesAgain) {
   on.Contact(50000, 1, false);
   on.RunUntil(51000);
   EXPECT_EQ(on.WordTexts(), "Info Sat On; Fin Info Sat; Info Sat On; Fin Info Sat");
-  EXPECT_LE(on.Events("clipboard")[2].atMs, 40000 + kTickMs);
+  EXPECT_LE(on.Events("clipboard")[2].atMs, 40000 + kJoystickTickMs);
   EXPECT_FALSE(on.station.engine.SatelliteTaking);
   EXPECT_TRUE(on.station.engine.IsRunning);
 }
 
 TEST(JoystickAndAutomaton, EachStartsWhatTheOtherStopped) {
-  TriggerStation on(kNoon, {{"JoystiquePort", 1}, {"PortCom", 1}, {"EntreSat", 3}});
+  TriggerStation on(kJoystickNoon, {{"JoystiquePort", 1}, {"PortCom", 1}, {"EntreSat", 3}});
   on.Load();
   on.AppendTitle(600000);
   on.AppendTitle(600000);
@@ -230,11 +230,12 @@ TEST(JoystickAndAutomaton, EachStartsWhatTheOtherStopped) {
   on.Contact(20000, 2, false);
   on.RunUntil(21000);
   EXPECT_EQ(on.WordTexts(), "Prg Local On; Prg Local Off; Prg Local On; Prg Local Off");
-  EXPECT_LE(on.Events("clipboard")[2].atMs, 15000 + kTickMs);
+  EXPECT_LE(on.Events("clipboard")[2].atMs, 15000 + kJoystickTickMs);
 }
 
 TEST(InputState, EveryVariableIsInTheDumpByItsName) {
-  TriggerStation on(kNoon, {{"JoystiquePort", 1}, {"PortCom", 1}, {"TempsMaxiImPulsion", 3}});
+  TriggerStation on(kJoystickNoon,
+                    {{"JoystiquePort", 1}, {"PortCom", 1}, {"TempsMaxiImPulsion", 3}});
   on.Load();
   on.automaton.SetContact(1, true);
   PollInputs(on.station);

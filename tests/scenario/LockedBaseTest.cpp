@@ -17,7 +17,7 @@ namespace {
 
 using WallClock = std::chrono::steady_clock;
 
-constexpr int64_t kTickMs = 100;
+constexpr int64_t kLockedTickMs = 100;
 // Far above the 100 ms that a tick may wait, for machines with other work; far below the five
 // seconds that one operation waits elsewhere.
 constexpr int64_t kLongestTickMs = 2000;
@@ -38,7 +38,7 @@ class Holder {
 class TickWatch {
  public:
   TickWatch(TestStation& on, int64_t fromMs, int64_t toMs) {
-    for (int64_t atMs = fromMs; atMs < toMs; atMs += kTickMs) on.At(atMs, [this] { Look(); });
+    for (int64_t atMs = fromMs; atMs < toMs; atMs += kLockedTickMs) on.At(atMs, [this] { Look(); });
   }
   int64_t LongestMs() const { return longestMs_; }
 

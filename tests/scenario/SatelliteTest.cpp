@@ -11,10 +11,10 @@ namespace {
 const Settings kSatellite = {{"PortCom", 1}, {"EntreSat", 2}};
 
 // On air with a title of ten minutes from 100 ms on, and another one behind it.
-class OnAir : public TriggerStation {
+class SatelliteOnAir : public TriggerStation {
  public:
-  explicit OnAir(const std::string& begin = "2026-11-21 12:00:00",
-                 const Settings& settings = kSatellite)
+  explicit SatelliteOnAir(const std::string& begin = "2026-11-21 12:00:00",
+                          const Settings& settings = kSatellite)
       : TriggerStation(begin, settings) {}
   void PutOnAir() {
     Load();
@@ -28,7 +28,7 @@ class OnAir : public TriggerStation {
 };
 
 TEST(Satellite, TakesTheAirAndGivesItBack) {
-  OnAir on;
+  SatelliteOnAir on;
   on.PutOnAir();
   on.At(10000, [&] { on.station.engine.HourBlockHandled = true; });
   on.Contact(20000, 1, true);
@@ -57,7 +57,7 @@ TEST(Satellite, TakesTheAirAndGivesItBack) {
 }
 
 TEST(Satellite, TheTakeOverIsARowOfTheReport) {
-  OnAir on;
+  SatelliteOnAir on;
   on.PutOnAir();
   on.Contact(20000, 1, true);
   on.RunUntil(21000);
@@ -68,7 +68,7 @@ TEST(Satellite, TheTakeOverIsARowOfTheReport) {
 }
 
 TEST(Satellite, AMachineWithoutReportsWritesNoRow) {
-  OnAir on;
+  SatelliteOnAir on;
   on.machineFolder.Write("NoRapport.txt", "");
   on.PutOnAir();
   on.Contact(20000, 1, true);
@@ -78,7 +78,7 @@ TEST(Satellite, AMachineWithoutReportsWritesNoRow) {
 }
 
 TEST(Satellite, ADatedListIsKeptAndNothingIsRequested) {
-  OnAir on;
+  SatelliteOnAir on;
   on.PutOnAir();
   on.At(10000, [&] {
     on.station.engine.PlaylistRunning = true;
@@ -96,7 +96,7 @@ TEST(Satellite, ADatedListIsKeptAndNothingIsRequested) {
 
 TEST(Satellite, OnlyAListThatItKeepsHasAWayBack) {
   for (const bool dated : {false, true}) {
-    OnAir on;
+    SatelliteOnAir on;
     on.PutOnAir();
     on.At(10000, [&] {
       on.station.engine.PlaylistRunning = dated;
@@ -110,7 +110,7 @@ TEST(Satellite, OnlyAListThatItKeepsHasAWayBack) {
 }
 
 TEST(Satellite, ATakeOverOfAnIdleStationStartsItAtTheReturn) {
-  OnAir on;
+  SatelliteOnAir on;
   on.Load();
   on.MakeModels();
   on.AddTitles(30);
@@ -123,7 +123,7 @@ TEST(Satellite, ATakeOverOfAnIdleStationStartsItAtTheReturn) {
 }
 
 TEST(Satellite, AContactThatClosesInsideAnExclusionIsServedAtItsEnd) {
-  OnAir on;
+  SatelliteOnAir on;
   on.MakeFile("Exclusion.Txt", "12:00\t12:01\r\n");
   on.PutOnAir();
   on.Contact(30000, 1, true);
@@ -135,7 +135,7 @@ TEST(Satellite, AContactThatClosesInsideAnExclusionIsServedAtItsEnd) {
 }
 
 TEST(Satellite, AContactThatOpensAgainInsideAnExclusionTakesNothing) {
-  OnAir on;
+  SatelliteOnAir on;
   on.MakeFile("Exclusion.Txt", "12:00\t12:01\r\n");
   on.PutOnAir();
   on.Contact(30000, 1, true);
@@ -146,7 +146,7 @@ TEST(Satellite, AContactThatOpensAgainInsideAnExclusionTakesNothing) {
 }
 
 TEST(Satellite, AReturnInsideAnExclusionWaitsForItsEnd) {
-  OnAir on;
+  SatelliteOnAir on;
   on.MakeFile("Exclusion.Txt", "12:01\t12:01\r\n");
   on.PutOnAir();
   on.Contact(30000, 1, true);
@@ -156,7 +156,8 @@ TEST(Satellite, AReturnInsideAnExclusionWaitsForItsEnd) {
 }
 
 TEST(Satellite, PulsesTakeAndGiveBack) {
-  OnAir on("2026-11-21 12:00:00", {{"PortCom", 1}, {"EntreSat", 2}, {"TempsMaxiImPulsion", 2}});
+  SatelliteOnAir on("2026-11-21 12:00:00",
+                    {{"PortCom", 1}, {"EntreSat", 2}, {"TempsMaxiImPulsion", 2}});
   on.PutOnAir();
   for (int64_t atMs : {20000, 40000}) {
     on.Contact(atMs, 1, true);
@@ -167,7 +168,7 @@ TEST(Satellite, PulsesTakeAndGiveBack) {
 }
 
 TEST(Satellite, ThePreparedListOutlivesTheHour) {
-  OnAir on("2026-11-21 12:58:00");
+  SatelliteOnAir on("2026-11-21 12:58:00");
   on.PutOnAir();
   on.Contact(60000, 1, true);    // 12:59
   on.Contact(150000, 1, false);  // 13:00:30
@@ -182,7 +183,7 @@ TEST(Satellite, ThePreparedListOutlivesTheHour) {
 }
 
 TEST(Satellite, TakesOverMidnight) {
-  OnAir on("2026-11-21 23:59:30");
+  SatelliteOnAir on("2026-11-21 23:59:30");
   on.PutOnAir();
   on.Contact(10000, 1, true);
   on.Contact(50000, 1, false);  // 00:00:20

@@ -146,7 +146,7 @@ TEST_F(StoredPlaylist, SaveStoresPairsAndTopHourRowsAreDropped) {
   OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 1, 0);
   OnAir::DropFromLibrary(on.station, BrowseList::kSpots, 2, 0);
   OnAir::DropFromLibrary(on.station, BrowseList::kOthers, 1, 0);
-  on.Append(HourPipRow("/pip.wav"));
+  on.Append(RowOfHourPip("/pip.wav"));
   on.Append(BeginExtractRow());
   OnAirElement track;
   track.voiceTrack = 2;

@@ -10,10 +10,6 @@
 namespace zemo::test {
 
 namespace {
-std::string Quoted(const std::string& text) {
-  return "'" + SqlQuoted(text) + "'";
-}
-
 double SerialOf(const std::string& ddmmyyyy) {
   return DaySerial(ValInt(ddmmyyyy.substr(6)), ValInt(ddmmyyyy.substr(3, 2)),
                    ValInt(ddmmyyyy.substr(0, 2)));

@@ -92,11 +92,11 @@ class Connection {
   sqlite3* db_ = nullptr;
 };
 
+}  // namespace
+
 std::string Quoted(const std::string& text) {
   return "'" + SqlQuoted(text) + "'";
 }
-
-}  // namespace
 
 TempFolder::TempFolder() {
   const std::string begin = testing::TempDir() + "zemo-";
@@ -144,11 +144,11 @@ LocalDateTime ParseMoment(const std::string& text) {
   return t;
 }
 
-TestStation::TestStation(const std::string& begin)
+TestStation::TestStation(const std::string& begin, const std::string& sharedFolder)
     : loop(ParseMoment(begin)),
       sound(opener),
       prelisten(loop, loop, opener),
-      stationFolder(stationDir.Path()),
+      stationFolder(sharedFolder.empty() ? stationDir.Path() : sharedFolder),
       machineFolder(machineDir.Path()),
       soundFiles(machineFolder),
       lengths(opener, soundFiles),

@@ -160,10 +160,14 @@ struct Card {
   int introSec = 0;
 };
 
+std::string Quoted(const std::string& text);  // as a literal of a statement
+
 class TestStation : private EventSink {
  public:
-  // "YYYY-MM-DD hh:mm:ss"
-  explicit TestStation(const std::string& begin = "2026-11-21 12:00:00");
+  // "YYYY-MM-DD hh:mm:ss"; the folder of a station that another machine has open already, "" for
+  // one of its own.
+  explicit TestStation(const std::string& begin = "2026-11-21 12:00:00",
+                       const std::string& sharedFolder = "");
   ~TestStation() override;
 
   // --- setting up; before Load the base can be prepared through Sql ---

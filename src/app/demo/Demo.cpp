@@ -34,7 +34,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // The base while it grows; as long as it stands there, an interrupted run may be taken up again.
-constexpr const char* kPartName = "Demo.part";
+constexpr const char* kDemoPartName = "Demo.part";
 
 // Names of files on any system: what some of them refuse becomes a hyphen.
 std::string FileName(std::string name) {
@@ -169,13 +169,13 @@ std::vector<MadeShort> MadeShorts(const std::vector<Job>& jobs) {
   return shorts;
 }
 
-void MakeBase(const LocalFolder& station, const std::vector<Job>& jobs, int year) {
+void MakeDemoBase(const LocalFolder& station, const std::vector<Job>& jobs, int year) {
   std::vector<MadeTitle> titles;
   for (const Job& job : jobs)
     if (job.title)
       titles.push_back(
           {job.title, job.path, LengthMs(job), job.made.introSec, job.made.exitPointMs});
-  const std::string part = station.Path() + kPartName;
+  const std::string part = station.Path() + kDemoPartName;
   RemoveFile(part);
   RemoveFile(part + BaseFile::kJournal);
   MakeDemoBase(part, titles, MadeShorts(jobs), year);
@@ -198,7 +198,7 @@ void RefuseToOverwrite(const LocalFolder& station, const std::vector<Job>& jobs)
   if (station.Exists(BaseFile::kBase)) {
     throw DemoError(station.Path() + " already holds a station; nothing was changed");
   }
-  if (station.Exists(kPartName)) return;
+  if (station.Exists(kDemoPartName)) return;
   std::vector<std::string> paths;
   for (const Job& job : jobs) paths.push_back(job.path);
   for (const SideFile& file : DemoSideFiles()) paths.push_back(station.PathOf(file.name));
@@ -215,15 +215,15 @@ void MakeStation(const std::string& dir, const DemoSize& size,
   RefuseToOverwrite(station, jobs);
   fs::create_directories(path);
   for (const Job& job : jobs) fs::create_directories(fs::path(job.path).parent_path());
-  station.Write(kPartName, "");
+  station.Write(kDemoPartName, "");
   MakeSounds(jobs, [&](const Job& job, size_t count) {
     progress(std::to_string(count) + " of " + std::to_string(jobs.size()) + ": " + job.Label() +
              " (" + FormatDuration(LengthMs(job)) + ")");
   });
   const int year = RealClock().LocalNow().year;  // of the dated campaigns
   WriteSideFiles(station, jobs, year);
-  MakeBase(station, jobs, year);
-  station.Rename(kPartName, BaseFile::kBase);
+  MakeDemoBase(station, jobs, year);
+  station.Rename(kDemoPartName, BaseFile::kBase);
 }
 
 }  // namespace

@@ -14,21 +14,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kPartName = "New.part";  // the base while it grows
+constexpr const char* kNewPartName = "New.part";  // the base while it grows
 
-void Fill(const std::string& path) {
+void FillNew(const std::string& path) {
   LocalFolder station(path);
   for (const SideFile& file : NewSideFiles()) station.Write(file.name, file.bytes);
-  MakeBase(station.PathOf(kPartName), [](StationBase&) {});
-  station.Rename(kPartName, BaseFile::kBase);
+  MakeBase(station.PathOf(kNewPartName), [](StationBase&) {});
+  station.Rename(kNewPartName, BaseFile::kBase);
 }
 
-// Nothing but what Fill wrote, and the folder where that was missing.
+// Nothing but what FillNew wrote, and the folder where that was missing.
 void TakeAway(const fs::path& path, bool wasThere) {
   std::error_code stays;
   for (const SideFile& file : NewSideFiles()) fs::remove(path / file.name, stays);
   for (const char* ending : {"", BaseFile::kJournal})
-    fs::remove(path / (kPartName + std::string(ending)), stays);
+    fs::remove(path / (kNewPartName + std::string(ending)), stays);
   if (!wasThere) fs::remove(path, stays);
 }
 
@@ -40,7 +40,7 @@ std::string MakeStation(const fs::path& path) {
     throw std::runtime_error(path.string() + " is not empty; nothing was changed");
   try {
     fs::create_directories(path);
-    Fill(path.string());
+    FillNew(path.string());
   } catch (const std::exception&) {
     TakeAway(path, wasThere);
     throw;

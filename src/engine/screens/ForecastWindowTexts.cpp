@@ -5,7 +5,7 @@ namespace zemo {
 namespace {
 
 // clang-format off
-constexpr Word kWords[] = {
+constexpr Word kForecastWords[] = {
     {"ForecastTitle", {"Prévision d'antenne", "Forecast", "Previsão da emissão", "Previsión de antena"}},
     {"ForecastAgain", {"Recalculer", "Compute again", "Recalcular", "Recalcular"}},
     {"ForecastHours", {"%1 h", "%1 h", "%1 h", "%1 h"}},
@@ -37,7 +37,7 @@ constexpr Word kWords[] = {
 }  // namespace
 
 WindowTexts ForecastWindowTexts() {
-  return {{}, kWords};
+  return {{}, kForecastWords};
 }
 
 }  // namespace zemo

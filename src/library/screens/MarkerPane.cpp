@@ -17,7 +17,7 @@ namespace zemo {
 
 namespace {
 
-constexpr int kPollMs = 40;
+constexpr int kPlaceMs = 40;
 constexpr int kStandsPolls = 4;    // that a card is shown before it is looked at
 constexpr int kMeasurePolls = 50;  // between two looks at one that was not measured yet
 constexpr int kViewPixels = 110, kLeastViewPixels = 44;  // where the card leaves that little
@@ -61,7 +61,7 @@ MarkerPane::MarkerPane(Station& station, LibraryEditor& editor, Waveforms* wavef
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(VueOnde);
   layout->addLayout(rows_);
-  poll_.setInterval(kPollMs);
+  poll_.setInterval(kPlaceMs);
   connect(&poll_, &QTimer::timeout, this, [this] { Poll(); });
 }
 

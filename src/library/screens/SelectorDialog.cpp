@@ -19,6 +19,7 @@
 #include "platform/Prelisten.h"
 #include "station/Station.h"
 #include "ui/LevelMeter.h"
+#include "ui/Named.h"
 #include "ui/Theme.h"
 #include "ui/Translation.h"
 #include "ui/WhenFree.h"
@@ -27,19 +28,9 @@ namespace zemo {
 
 namespace {
 
-constexpr int kPollMs = 50;
+constexpr int kListenedMs = 50;
 constexpr int kSeekStepMs = 1000, kSeekPageMs = 10000;
 constexpr const char* kUp = "..";
-
-QString Shown(const std::string& text) {
-  return QString::fromStdString(text);
-}
-
-template <typename Control>
-Control* Named(Control* control, const char* name) {
-  control->setObjectName(QString::fromLatin1(name));
-  return control;
-}
 
 }  // namespace
 
@@ -50,7 +41,7 @@ SelectorDialog::SelectorDialog(Station& station) : station_(station) {
   MakeBrowsing();
   MakePlayer();
   LayOut();
-  poll_.setInterval(kPollMs);
+  poll_.setInterval(kListenedMs);
   connect(&poll_, &QTimer::timeout, this, [this] { Refresh(); });
 }
 
@@ -272,12 +263,13 @@ void SelectorDialog::TakeAll(bool ticked) {
 
 void SelectorDialog::ShowAll() {
   const QSignalBlocker silentDrive(Drive1), silentName(FileName);
-  const QString drive = Shown(selector_.Drive1);
+  const QString drive = ShownText(selector_.Drive1);
   if (Drive1->findText(QStringLiteral("/")) < 0) Drive1->addItem(QStringLiteral("/"));
   if (Drive1->findText(drive) < 0) Drive1->addItem(drive);
   Drive1->setCurrentText(drive);
-  if (!Dir1->hasFocus() || listed_ != selector_.Dir1) Dir1->setText(Shown(selector_.Dir1));
-  if (FileName->text() != Shown(selector_.FileName)) FileName->setText(Shown(selector_.FileName));
+  if (!Dir1->hasFocus() || listed_ != selector_.Dir1) Dir1->setText(ShownText(selector_.Dir1));
+  if (FileName->text() != ShownText(selector_.FileName))
+    FileName->setText(ShownText(selector_.FileName));
   SelectAll->setChecked(selector_.SelectAll);
   btnPlay->setEnabled(selector_.btnPlayEnabled);
   ShowFiles();
@@ -294,9 +286,9 @@ void SelectorDialog::ShowFiles() {
   if (!Selector::FolderOf(selector_.Dir1).empty() &&
       Selector::FolderOf(selector_.Dir1) != selector_.Dir1)
     DirList->addItem(QString::fromLatin1(kUp));
-  for (const std::string& folder : selector_.folders) DirList->addItem(Shown(folder));
+  for (const std::string& folder : selector_.folders) DirList->addItem(ShownText(folder));
   File1->clear();
-  for (const SoundFileSelector::File& file : selector_.File1) File1->addItem(Shown(file.name));
+  for (const SoundFileSelector::File& file : selector_.File1) File1->addItem(ShownText(file.name));
   showing_ = false;
 }
 
@@ -320,8 +312,8 @@ void SelectorDialog::Refresh() {
   const QSignalBlocker silent(TrackBar);
   TrackBar->setRange(0, selector_.TrackBarMax);
   if (!TrackBar->isSliderDown()) TrackBar->setValue(selector_.TrackBar);
-  LblTemp->setText(Shown(selector_.LblTemp));
-  LblOut->setText(Shown(selector_.LblOut));
+  LblTemp->setText(ShownText(selector_.LblTemp));
+  LblOut->setText(ShownText(selector_.LblOut));
   const Prelisten* player = station_.platform.prelisten;
   const Prelisten::Levels levels = player ? player->HeardLevels() : Prelisten::Levels();
   const int64_t nowMs = station_.platform.clock.MonotonicMs();

@@ -11,10 +11,9 @@
 namespace zemo {
 namespace {
 
+using test::kSaturday;
 using test::RequestStation;
 using test::TitleCard;
-
-constexpr int kSaturday = 6;  // 21 November 2026
 
 std::vector<std::string> Kept(const RequestStation& s) {
   const auto bytes = s.machineFolder.LocalFolder::Read(kChoicesFile);

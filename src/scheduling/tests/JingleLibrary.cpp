@@ -7,10 +7,6 @@
 namespace zemo::test {
 
 namespace {
-std::string Quoted(const std::string& text) {
-  return "'" + SqlQuoted(text) + "'";
-}
-
 std::string NewFile(TestStation& on, const std::string& table, int64_t lengthMs) {
   return on.MakeSound(table + on.SqlText("SELECT COUNT(*) FROM " + table) + ".wav", lengthMs);
 }

@@ -11,12 +11,11 @@
 namespace zemo {
 namespace {
 
+using test::kSaturday;
 using test::RequestStation;
 using test::TitleCard;
 using test::TitleElement;
 using test::WatchedStation;
-
-constexpr int kSaturday = 6;  // 21 November 2026
 
 using Codes = std::vector<int32_t>;
 

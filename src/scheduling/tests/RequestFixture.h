@@ -20,6 +20,7 @@
 namespace zemo::test {
 
 inline const std::string kAlways(24, '1');
+inline constexpr int kSaturday = 6;  // 21 November 2026
 
 struct TitleCard {
   std::string artist = "ARTIST", title = "TITLE", genre = "POP", variety = "NATIONAL";

@@ -11,11 +11,11 @@
 namespace zemo {
 namespace {
 
+using test::kSaturday;
 using test::RequestStation;
 using test::TitleCard;
 using test::TitleElement;
 
-constexpr int kSaturday = 6;  // 21 November 2026
 constexpr int kHour = 10;
 constexpr const char* kNoModels = "IL N'Y A PAS DE MODELS DEFINIS";
 

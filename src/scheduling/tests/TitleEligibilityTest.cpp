@@ -9,12 +9,12 @@
 namespace zemo {
 namespace {
 
+using test::kSaturday;
 using test::ParseMoment;
 using test::RequestStation;
 using test::TitleCard;
 using test::TitleElement;
 
-constexpr int kSaturday = 6;  // 21 November 2026
 constexpr int kSunday = 7;
 
 std::string MomentOf(const std::optional<LocalDateTime>& at) {

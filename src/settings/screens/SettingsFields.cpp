@@ -17,6 +17,7 @@
 #include "settings/SettingsTexts.h"
 #include "settings/screens/SettingsWindow.h"
 #include "station/Station.h"
+#include "ui/Named.h"
 #include "ui/Theme.h"
 
 namespace zemo {
@@ -24,16 +25,6 @@ namespace zemo {
 namespace {
 
 constexpr int kTimeStepMs = 100, kTimePageMs = 1000, kSlidersPages = 20;
-
-QString Shown(const std::string& text) {
-  return QString::fromStdString(text);
-}
-
-template <typename Control>
-Control* Named(Control* control, const char* name) {
-  control->setObjectName(QString::fromUtf8(name));
-  return control;
-}
 
 const std::vector<std::string>& EntriesOf(const SettingsScreen& screen,
                                           const SettingsControl& control) {
@@ -129,7 +120,7 @@ QWidget* SettingsWindow::SliderFor(const SettingsControl& control) {
   slider->setSingleStep(time ? kTimeStepMs : most / 100);
   slider->setPageStep(time ? kTimePageMs : most / kSlidersPages);
   slider->setAccessibleName(Word(control.name));
-  SetTip(*slider, Shown(SettingTip(control, Texts().Langue())));
+  SetTip(*slider, ShownText(SettingTip(control, Texts().Langue())));
   auto* value = Named(new QLabel(whole), ("Lbl" + std::string(control.name)).c_str());
   value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   auto* layout = new QHBoxLayout(whole);
@@ -141,7 +132,7 @@ QWidget* SettingsWindow::SliderFor(const SettingsControl& control) {
   Follow([this, slider, value, time, &control] {
     const QSignalBlocker silent(slider);
     slider->setValue(static_cast<int>(ControlNumber(Screen(), control)));
-    value->setText(Shown(ControlLabel(Screen(), control)) +
+    value->setText(ShownText(ControlLabel(Screen(), control)) +
                    (time ? QStringLiteral(" s") : QString()));
     value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("32.767 s")));
   });
@@ -155,7 +146,7 @@ QWidget* SettingsWindow::SpinnerFor(const SettingsControl& control) {
   if (*control.unit)
     spinner->setSuffix(QStringLiteral(" ") +
                        (minute ? QStringLiteral("mn") : Word("Unit." + std::string(control.unit))));
-  SetTip(*spinner, Shown(SettingTip(control, Texts().Langue())));
+  SetTip(*spinner, ShownText(SettingTip(control, Texts().Langue())));
   spinner->setKeyboardTracking(false);
   spinner->setAccessibleName(Word(control.name));
   connect(spinner, &QSpinBox::valueChanged, this,
@@ -170,7 +161,7 @@ QWidget* SettingsWindow::SpinnerFor(const SettingsControl& control) {
 
 QWidget* SettingsWindow::BoxFor(const SettingsControl& control) {
   auto* box = Named(new QLineEdit(this), control.name);
-  SetTip(*box, Shown(SettingTip(control, Texts().Langue())));
+  SetTip(*box, ShownText(SettingTip(control, Texts().Langue())));
   box->setAccessibleName(Word(control.name));
   // A number counts when it is typed to its end, so that one refused leaves none of its digits.
   if (control.kind == ControlKind::kText)
@@ -182,7 +173,7 @@ QWidget* SettingsWindow::BoxFor(const SettingsControl& control) {
       if (typed != ControlText(Screen(), control)) Give(control, typed);
     });
   Follow([this, box, &control] {
-    const QString text = Shown(ControlText(Screen(), control));
+    const QString text = ShownText(ControlText(Screen(), control));
     if (box->text() == text) return;
     box->setText(text);
     if (!box->hasFocus()) box->setCursorPosition(0);  // the begin of a long path shows
@@ -198,7 +189,7 @@ QWidget* SettingsWindow::BoxFor(const SettingsControl& control) {
 
 QWidget* SettingsWindow::CheckFor(const SettingsControl& control) {
   auto* box = Named(new QCheckBox(Word(control.name), this), control.name);
-  SetTip(*box, Shown(SettingTip(control, Texts().Langue())));
+  SetTip(*box, ShownText(SettingTip(control, Texts().Langue())));
   connect(box, &QCheckBox::clicked, this,
           [this, &control](bool on) { Give(control, on ? "1" : "0"); });
   Follow([this, box, &control] { box->setChecked(ControlNumber(Screen(), control) != 0); });
@@ -214,7 +205,7 @@ QWidget* SettingsWindow::OptionsFor(const SettingsControl& control) {
   for (int option = 0; option <= control.most; ++option) {
     auto* button = Named(new QRadioButton(Word(name + "." + std::to_string(option)), whole),
                          (name + "_" + std::to_string(option)).c_str());
-    SetTip(*button, Shown(SettingTip(control, Texts().Langue())));
+    SetTip(*button, ShownText(SettingTip(control, Texts().Langue())));
     group->addButton(button, option);
     layout->addWidget(button);
   }
@@ -232,7 +223,7 @@ QWidget* SettingsWindow::ComboFor(const SettingsControl& control) {
   combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   combo->setMinimumContentsLength(10);
   combo->setAccessibleName(Word(control.name));
-  SetTip(*combo, Shown(SettingTip(control, Texts().Langue())));
+  SetTip(*combo, ShownText(SettingTip(control, Texts().Langue())));
   const bool output = control.in == StoredIn::kAudio;
   if (output) combo->setPlaceholderText(Word("NoOutput"));
   connect(combo, &QComboBox::activated, this,
@@ -242,7 +233,7 @@ QWidget* SettingsWindow::ComboFor(const SettingsControl& control) {
     const std::vector<std::string>& entries = EntriesOf(Screen(), control);
     if (combo->count() != static_cast<int>(entries.size())) {
       combo->clear();
-      for (const std::string& entry : entries) combo->addItem(Shown(entry));
+      for (const std::string& entry : entries) combo->addItem(ShownText(entry));
     }
     combo->setCurrentIndex(static_cast<int>(ControlNumber(Screen(), control)));
   });
@@ -251,7 +242,7 @@ QWidget* SettingsWindow::ComboFor(const SettingsControl& control) {
 
 QWidget* SettingsWindow::ColourFor(const SettingsControl& control) {
   auto* button = Button(control.name, nullptr, [this, &control] { PickColour(control); });
-  SetTip(*button, Shown(SettingTip(control, Texts().Langue())));
+  SetTip(*button, ShownText(SettingTip(control, Texts().Langue())));
   Follow([this, button, &control] {
     QPixmap swatch(16, 16);
     swatch.fill(Theme::FromBgr(static_cast<uint32_t>(ControlNumber(Screen(), control))));
@@ -289,7 +280,7 @@ QWidget* SettingsWindow::FileBox(const char* name, const char* buttonName) {
           if (window && !files.empty()) window->Give(control, files.front());
         });
   });
-  SetTip(*button, Shown(SettingTip(control, Texts().Langue())));
+  SetTip(*button, ShownText(SettingTip(control, Texts().Langue())));
   layout->addWidget(button);
   return whole;
 }

@@ -15,19 +15,16 @@
 #include "settings/SettingsTexts.h"
 #include "settings/screens/SettingsWindow.h"
 #include "station/Station.h"
+#include "ui/Named.h"
 #include "ui/Theme.h"
 
 namespace zemo {
 
 namespace {
 
-QString Shown(const std::string& text) {
-  return QString::fromStdString(text);
-}
-
 void ShowList(QListWidget& list, const std::vector<std::string>& entries) {
   QStringList texts, present;
-  for (const std::string& entry : entries) texts << Shown(entry);
+  for (const std::string& entry : entries) texts << ShownText(entry);
   for (int row = 0; row < list.count(); ++row) present << list.item(row)->text();
   if (texts == present) return;
   const int row = list.currentRow();
@@ -59,7 +56,8 @@ void SettingsWindow::MakeStart() {
   Follow([this, JourSemaine] {
     const QSignalBlocker silent(JourSemaine);
     if (JourSemaine->count() == 0)
-      for (const std::string& name : Screen().JourSemaineNames) JourSemaine->addItem(Shown(name));
+      for (const std::string& name : Screen().JourSemaineNames)
+        JourSemaine->addItem(ShownText(name));
     JourSemaine->setCurrentIndex(Screen().JourSemaine);
   });
   AddRow(day, Word("JourSemaine"), JourSemaine);
@@ -131,7 +129,7 @@ QWidget* SettingsWindow::MinuteBoxes() {
     connect(box, &QLineEdit::textEdited, this,
             [this, at](const QString& typed) { Screen().ChDecoupe[at] = typed.toStdString(); });
     Follow([this, box, at] {
-      const QString text = Shown(Screen().ChDecoupe[at]);
+      const QString text = ShownText(Screen().ChDecoupe[at]);
       if (box->text() != text) box->setText(text);
     });
     row->addWidget(box, 1);
@@ -165,7 +163,7 @@ QWidget* SettingsWindow::HoursPanel() {
     const QSignalBlocker silent(Instru);
     for (size_t hour = 0; hour < Screen().Instru.size(); ++hour) {
       QListWidgetItem* entry = Instru->item(static_cast<int>(hour));
-      entry->setText(Shown(Settings::InstruEntry(Screen(), hour)));
+      entry->setText(ShownText(Settings::InstruEntry(Screen(), hour)));
       entry->setCheckState(Screen().Instru[hour] ? Qt::Checked : Qt::Unchecked);
     }
   });
@@ -201,8 +199,8 @@ QWidget* SettingsWindow::FilterPanel() {
     const QSignalBlocker silent(Filtre);
     for (int row = 0; row < Filtre->rowCount(); ++row) {
       const auto& [from, to] = Screen().Filtre[static_cast<size_t>(row)];
-      Filtre->item(row, 0)->setText(Shown(from));
-      Filtre->item(row, 1)->setText(Shown(to));
+      Filtre->item(row, 0)->setText(ShownText(from));
+      Filtre->item(row, 1)->setText(ShownText(to));
     }
     Filtre->setCurrentCell(Screen().FiltreRow, Screen().FiltreColumn);
   });

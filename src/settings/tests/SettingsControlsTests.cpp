@@ -9,11 +9,11 @@
 namespace zemo::test {
 namespace {
 
-struct SettingsControls : SettingsStation {
-  SettingsControls() { Load(); }
+struct ControlsOfSettings : SettingsStation {
+  ControlsOfSettings() { Load(); }
 };
 
-TEST_F(SettingsControls, ValuesOutsideTheStoredRangeAreRefusedAndNeverStored) {
+TEST_F(ControlsOfSettings, ValuesOutsideTheStoredRangeAreRefusedAndNeverStored) {
   const struct {
     const char* control;
     const char* value;
@@ -45,7 +45,7 @@ TEST_F(SettingsControls, ValuesOutsideTheStoredRangeAreRefusedAndNeverStored) {
   EXPECT_EQ(on.localValues.Get("XRapport"), std::nullopt);
 }
 
-TEST_F(SettingsControls, TheEndsOfARangeAreTaken) {
+TEST_F(ControlsOfSettings, TheEndsOfARangeAreTaken) {
   for (const SettingsControl& control : zemo::SettingsControls()) {
     if (control.field == Cnf::kBuffers || control.field == Cnf::kNbrBuffers) continue;  // below
     if (control.kind == ControlKind::kText) {
@@ -63,7 +63,7 @@ TEST_F(SettingsControls, TheEndsOfARangeAreTaken) {
 }
 
 // 4096 bytes are 0.02 s of the buffers' offset: 500 of them are 10 s.
-TEST_F(SettingsControls, BuffersThatReachTooFarAreRefusedWithTheReason) {
+TEST_F(ControlsOfSettings, BuffersThatReachTooFarAreRefusedWithTheReason) {
   EXPECT_EQ(Set("NbrBuffers", "500"), std::nullopt);
   EXPECT_EQ(Set("NbrBuffers", "501"),
             "NbrBuffers: 501 buffers of 4096 bytes are 10.02 s: 10 s is the most (500 buffers)");
@@ -79,7 +79,7 @@ TEST_F(SettingsControls, BuffersThatReachTooFarAreRefusedWithTheReason) {
 
 // --- the rows ---
 
-TEST_F(SettingsControls, EveryFieldButThreeHasAControl) {
+TEST_F(ControlsOfSettings, EveryFieldButThreeHasAControl) {
   std::vector<int> without;
   for (int field = 1; field <= Cnf::kFields; ++field) {
     const auto shows = [&](const SettingsControl& control) { return control.field == field; };
@@ -90,7 +90,7 @@ TEST_F(SettingsControls, EveryFieldButThreeHasAControl) {
             (std::vector<int>{Cnf::kJingleCode, Cnf::kJingleCodeIntro, Cnf::kMESSAGESECURITE}));
 }
 
-TEST_F(SettingsControls, AControlIsFoundByEitherOfItsNamesAndKnowsItsDefault) {
+TEST_F(ControlsOfSettings, AControlIsFoundByEitherOfItsNamesAndKnowsItsDefault) {
   EXPECT_EQ(FindSettingsControl("pmixdef"), FindSettingsControl("EnchDef"));
   EXPECT_EQ(FindSettingsControl("pmixdef")->byDefault, "1600");
   EXPECT_EQ(FindSettingsControl("XRapport")->byDefault, "20");
@@ -99,7 +99,7 @@ TEST_F(SettingsControls, AControlIsFoundByEitherOfItsNamesAndKnowsItsDefault) {
   EXPECT_EQ(FindSettingsControl("nothing"), nullptr);
 }
 
-TEST_F(SettingsControls, TwoRowsShareNoNameAndNoPlace) {
+TEST_F(ControlsOfSettings, TwoRowsShareNoNameAndNoPlace) {
   std::set<std::string> names, places;
   for (const SettingsControl& control : zemo::SettingsControls()) {
     EXPECT_TRUE(names.insert(control.name).second) << control.name;
@@ -115,7 +115,7 @@ TEST_F(SettingsControls, TwoRowsShareNoNameAndNoPlace) {
   }
 }
 
-TEST_F(SettingsControls, ShowsSecondsSharesAndMinutesBesideTheNumbers) {
+TEST_F(ControlsOfSettings, ShowsSecondsSharesAndMinutesBesideTheNumbers) {
   const auto label = [&](const char* control) {
     return ControlLabel(screen, *FindSettingsControl(control));
   };
@@ -130,7 +130,7 @@ TEST_F(SettingsControls, ShowsSecondsSharesAndMinutesBesideTheNumbers) {
   EXPECT_EQ(label("JingleMn"), "");
 }
 
-TEST_F(SettingsControls, AMinuteMayBearItsUnit) {
+TEST_F(ControlsOfSettings, AMinuteMayBearItsUnit) {
   EXPECT_EQ(Set("SpinOptimise", "47 mn"), std::nullopt);
   SettingsSave(station);
   EXPECT_EQ(Stored("HOptimise"), "47");
@@ -138,7 +138,7 @@ TEST_F(SettingsControls, AMinuteMayBearItsUnit) {
 
 // --- couplings ---
 
-TEST_F(SettingsControls, SpotsWithThePipClearInstrumentalsAndMoveALateOptimisation) {
+TEST_F(ControlsOfSettings, SpotsWithThePipClearInstrumentalsAndMoveALateOptimisation) {
   const struct {
     const char* minute;
     const char* after;
@@ -156,13 +156,13 @@ TEST_F(SettingsControls, SpotsWithThePipClearInstrumentalsAndMoveALateOptimisati
   }
 }
 
-TEST_F(SettingsControls, UntickingSpotsWithThePipMovesNothing) {
+TEST_F(ControlsOfSettings, UntickingSpotsWithThePipMovesNothing) {
   Set("SpinOptimise", "55");
   Set("CheckPubToph", "0");
   EXPECT_EQ(screen.SpinOptimise, "55");
 }
 
-TEST_F(SettingsControls, InstrumentalsClearSpotsWithThePip) {
+TEST_F(ControlsOfSettings, InstrumentalsClearSpotsWithThePip) {
   Set("CheckPubToph", "1");
   Set("CheckInstrumental", "1");
   EXPECT_EQ(screen.CheckPubToph, 0);
@@ -171,7 +171,7 @@ TEST_F(SettingsControls, InstrumentalsClearSpotsWithThePip) {
   EXPECT_EQ(screen.CheckPubToph, 1);
 }
 
-TEST_F(SettingsControls, TheColourPaintsTheCountersAtOnce) {
+TEST_F(ControlsOfSettings, TheColourPaintsTheCountersAtOnce) {
   EXPECT_EQ(station.notices.counterColour, 33023U);
   Set("PictureColor", "255");
   EXPECT_EQ(station.notices.counterColour, 255U);
@@ -180,7 +180,7 @@ TEST_F(SettingsControls, TheColourPaintsTheCountersAtOnce) {
 
 // --- devices ---
 
-TEST_F(SettingsControls, APortOptionOpensThePortWithItsLineParameters) {
+TEST_F(ControlsOfSettings, APortOptionOpensThePortWithItsLineParameters) {
   screen.Setting = "9600,E,7,2";
   Set("PortCom", "2");
   EXPECT_TRUE(on.automaton.IsOpen());
@@ -198,7 +198,7 @@ TEST_F(SettingsControls, APortOptionOpensThePortWithItsLineParameters) {
   EXPECT_EQ(screen.InfoERR, "Port COM Close OK !");
 }
 
-TEST_F(SettingsControls, AJoystickThatAnswersIsShown) {
+TEST_F(ControlsOfSettings, AJoystickThatAnswersIsShown) {
   Set("ComboJoystiquePort", "1");
   EXPECT_EQ(on.joystick.Port(), 1);
   EXPECT_EQ(screen.LblJoystique, "Yes");
@@ -208,7 +208,7 @@ TEST_F(SettingsControls, AJoystickThatAnswersIsShown) {
   EXPECT_EQ(screen.LblJoystique, "No");
 }
 
-TEST_F(SettingsControls, AJoystickChosenWorksAtOnce) {
+TEST_F(ControlsOfSettings, AJoystickChosenWorksAtOnce) {
   ASSERT_FALSE(station.engine.JoystickInUse);
   Set("ComboJoystiquePort", "2");
   EXPECT_TRUE(station.engine.JoystickInUse);
@@ -221,7 +221,7 @@ TEST_F(SettingsControls, AJoystickChosenWorksAtOnce) {
   EXPECT_FALSE(station.engine.JoystickInUse);
 }
 
-TEST_F(SettingsControls, OutputsChangeAtOnceOnlyWhileTheyAreClosed) {
+TEST_F(ControlsOfSettings, OutputsChangeAtOnceOnlyWhileTheyAreClosed) {
   Set("PlayCombo", "1");
   Set("PlayPréecoute", "0");
   EXPECT_EQ(devices.done, (Texts{"output 1", "prelisten 0"}));
@@ -236,7 +236,7 @@ TEST_F(SettingsControls, OutputsChangeAtOnceOnlyWhileTheyAreClosed) {
   EXPECT_EQ(MachineFile("ZemoAudio.Ini"), "0,1\r\n");
 }
 
-TEST_F(SettingsControls, ADeviceThatFailsIsLogged) {
+TEST_F(ControlsOfSettings, ADeviceThatFailsIsLogged) {
   devices.failing = true;
   Set("PlayCombo", "1");
   EXPECT_EQ(Errors(), Texts{"PlayCombo 5 the device fails for the test"});
@@ -245,7 +245,7 @@ TEST_F(SettingsControls, ADeviceThatFailsIsLogged) {
 
 // --- lists ---
 
-TEST_F(SettingsControls, TimesAreEnteredInCapitalsAndDeleted) {
+TEST_F(ControlsOfSettings, TimesAreEnteredInCapitalsAndDeleted) {
   EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kHeureArretSystem, " 23:00-f "),
             std::nullopt);
   EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kHeureArretSystem, "12:00"),
@@ -258,7 +258,7 @@ TEST_F(SettingsControls, TimesAreEnteredInCapitalsAndDeleted) {
   EXPECT_EQ(screen.ComboHeure, Texts{"00:00"});
 }
 
-TEST_F(SettingsControls, StartAndStopTimesMayCarrySecondsAndMarkersMayNot) {
+TEST_F(ControlsOfSettings, StartAndStopTimesMayCarrySecondsAndMarkersMayNot) {
   EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kComboHeure, "06:00:30"),
             std::nullopt);
   EXPECT_EQ(Settings::EnterTime(station, Settings::TimeList::kHeureArretSystem, "23:59:59-q"),
@@ -268,7 +268,7 @@ TEST_F(SettingsControls, StartAndStopTimesMayCarrySecondsAndMarkersMayNot) {
   EXPECT_NE(Settings::EnterTime(station, Settings::TimeList::kTopage, "06:00:30"), std::nullopt);
 }
 
-TEST_F(SettingsControls, WhatIsNoTimeIsRefused) {
+TEST_F(ControlsOfSettings, WhatIsNoTimeIsRefused) {
   for (const char* typed : {"", "1", "24:00", "12:60", "6:00", "06:00-F", "06:00:60", "\"06:00\""})
     EXPECT_NE(Settings::EnterTime(station, Settings::TimeList::kComboHeure, typed), std::nullopt)
         << typed;
@@ -281,7 +281,7 @@ TEST_F(SettingsControls, WhatIsNoTimeIsRefused) {
   EXPECT_EQ(screen.Topage, Texts{});
 }
 
-TEST_F(SettingsControls, EnterInTheMarkerBoxAddsWhileTheListHasRoom) {
+TEST_F(ControlsOfSettings, EnterInTheMarkerBoxAddsWhileTheListHasRoom) {
   EXPECT_EQ(Settings::ChEdit_KeyEnter(station, "08:00"), std::nullopt);
   EXPECT_EQ(Settings::BtnAjouter_Click(station, "08:30"), std::nullopt);
   EXPECT_EQ(screen.Topage, (Texts{"08:00", "08:30"}));
@@ -290,7 +290,7 @@ TEST_F(SettingsControls, EnterInTheMarkerBoxAddsWhileTheListHasRoom) {
   EXPECT_EQ(screen.Topage.size(), Settings::kMostTopage);
 }
 
-TEST_F(SettingsControls, TheStartTabsButtonWritesTheMarkerTimesOfTheChosenDayAtOnce) {
+TEST_F(ControlsOfSettings, TheStartTabsButtonWritesTheMarkerTimesOfTheChosenDayAtOnce) {
   Settings::ChooseWeekday(station, 2);
   Settings::BtnAjouter_Click(station, "08:00");
   Settings::BtnSaveTopage_Click(station);
@@ -298,7 +298,7 @@ TEST_F(SettingsControls, TheStartTabsButtonWritesTheMarkerTimesOfTheChosenDayAtO
   EXPECT_EQ(StationFile("StartStop.2"), "(no file)");
 }
 
-TEST_F(SettingsControls, TheListIsRebuiltFromEveryHourAndEachBoxThatIsNotEmpty) {
+TEST_F(ControlsOfSettings, TheListIsRebuiltFromEveryHourAndEachBoxThatIsNotEmpty) {
   screen.Topage = {"01:23"};
   screen.ChDecoupe = {"0", "", "30", "5"};
   EXPECT_EQ(Settings::BtnInti_Click(station), std::nullopt);
@@ -314,7 +314,7 @@ TEST_F(SettingsControls, TheListIsRebuiltFromEveryHourAndEachBoxThatIsNotEmpty) 
   EXPECT_EQ(screen.Topage, Texts{});
 }
 
-TEST_F(SettingsControls, AListThatIsRebuiltIsHeldThoughItsFileCouldNotBeRead) {
+TEST_F(ControlsOfSettings, AListThatIsRebuiltIsHeldThoughItsFileCouldNotBeRead) {
   screen.topageHeld = false;
   screen.ChDecoupe = {"30", "", "", ""};
   EXPECT_EQ(Settings::BtnInti_Click(station), std::nullopt);
@@ -322,7 +322,7 @@ TEST_F(SettingsControls, AListThatIsRebuiltIsHeldThoughItsFileCouldNotBeRead) {
   EXPECT_EQ(screen.Topage.back(), "12:15");
 }
 
-TEST_F(SettingsControls, AFilterCellTakesATimeOrNothing) {
+TEST_F(ControlsOfSettings, AFilterCellTakesATimeOrNothing) {
   screen.FiltreRow = 79;
   EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, "06:00"), std::nullopt);
   EXPECT_EQ(screen.Filtre[79].first, "06:00");
@@ -334,7 +334,7 @@ TEST_F(SettingsControls, AFilterCellTakesATimeOrNothing) {
 
 // --- genres ---
 
-TEST_F(SettingsControls, GenresOfTheLibraryJoinTheList) {
+TEST_F(ControlsOfSettings, GenresOfTheLibraryJoinTheList) {
   on.MakeFile("Genre.Txt", "POP\r\nINSTRUMENTAL\r\n");
   for (const char* genre : {"pop", "Rock'n'roll", "ROCK'N'ROLL", "Été", "", "POP"})
     on.Sql(std::string("INSERT INTO Discotheque (FILENAME, GENRE) VALUES ('x', '") +
@@ -350,7 +350,7 @@ TEST_F(SettingsControls, GenresOfTheLibraryJoinTheList) {
   EXPECT_EQ((*on.First("message"))["text"], "0 Genres ont étés ajoutés a la liste");
 }
 
-TEST_F(SettingsControls, AGenreListThatCannotBeReadIsNotRewritten) {
+TEST_F(ControlsOfSettings, AGenreListThatCannotBeReadIsNotRewritten) {
   on.MakeFile("Genre.Txt", "POP\r\n");
   on.Sql("INSERT INTO Discotheque (FILENAME, GENRE) VALUES ('x', 'ROCK')");
   NextFileFails();
@@ -361,7 +361,7 @@ TEST_F(SettingsControls, AGenreListThatCannotBeReadIsNotRewritten) {
 
 // --- what is typed stays what it is ---
 
-TEST_F(SettingsControls, AStatementTypedIntoAFieldIsOnlyText) {
+TEST_F(ControlsOfSettings, AStatementTypedIntoAFieldIsOnlyText) {
   const std::string typed = "'); DROP TABLE Rapport; --";
   for (const SettingsControl& control : zemo::SettingsControls())
     EXPECT_EQ(Set(control.name, typed), std::nullopt) << control.name;

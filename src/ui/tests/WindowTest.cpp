@@ -14,12 +14,13 @@
 namespace zemo::test {
 namespace {
 
-constexpr ScreenText kControls[] = {{"LblTest", "text", {"Bonjour", "Hello", nullptr, nullptr}}};
+constexpr ScreenText kWindowControls[] = {
+    {"LblTest", "text", {"Bonjour", "Hello", nullptr, nullptr}}};
 
 class TestWindow : public Window {
  public:
   explicit TestWindow(Station& station, PlaceOfWindow place = PlaceOfWindow::kKept)
-      : Window(station, "FrmTest", {kControls, {}}, place), label(new QLabel(this)) {
+      : Window(station, "FrmTest", {kWindowControls, {}}, place), label(new QLabel(this)) {
     label->setObjectName(QStringLiteral("LblTest"));
     Texts().Apply(*this);
     Arrange();

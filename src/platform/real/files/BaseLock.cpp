@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kLockName = "Triskin.LDB";
+constexpr const char* kBaseLockName = "Triskin.LDB";
 
 bool IsNumber(const std::string& name) {
   return !name.empty() && name.find_first_not_of("0123456789") == std::string::npos;
@@ -45,8 +45,8 @@ std::string NameOf(const fs::path& process) {
 }  // namespace
 
 BaseLock::BaseLock(const std::string& folder, Kind kind, int waitMs) : kind_(kind) {
-  const std::string existing = EntryNamed(folder, kLockName);
-  path_ = (fs::path(folder) / (existing.empty() ? kLockName : existing)).string();
+  const std::string existing = EntryNamed(folder, kBaseLockName);
+  path_ = (fs::path(folder) / (existing.empty() ? kBaseLockName : existing)).string();
   const int create = kind == Kind::kProgram ? O_CREAT : 0;
   file_ = ::open(path_.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK | create, 0666);
   if (file_ < 0) reason_ = errno;

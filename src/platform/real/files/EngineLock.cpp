@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kLockName = "Engine.Lock";
+constexpr const char* kEngineLockName = "Engine.Lock";
 
 // The text of the file: the process, and in a line below its station.
 struct Holder {
@@ -57,7 +57,7 @@ std::string WhoHas(const Holder& holder) {
 EngineLock::EngineLock(const std::string& machineFolder, const std::string& station) {
   std::error_code error;
   fs::create_directories(machineFolder, error);
-  const fs::path path = fs::path(machineFolder) / kLockName;
+  const fs::path path = fs::path(machineFolder) / kEngineLockName;
   file_ = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK | O_CREAT, 0666);
   if (file_ < 0) return;
   if (IsHeldByAnother(file_)) {

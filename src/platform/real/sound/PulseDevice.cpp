@@ -26,9 +26,9 @@ constexpr uint32_t kFrameBytes = kChannels * sizeof(int16_t);
 // Of what the server keeps ahead: enough for a busy machine, little enough to begin soon and to
 // take an operator's order soon.
 constexpr uint32_t kTargetFrames = kSampleRate / 5;
-constexpr int kRequestFrames = kSampleRate / 50;  // and how much it asks for at a time
-constexpr int kFirstFrames = 3 * kRequestFrames;  // of silence, to begin with
-constexpr pa_usec_t kBeginUsec = 300000;          // that a server may need to begin with them
+constexpr int kRequestFrames = kSampleRate / 50;   // and how much it asks for at a time
+constexpr int kSilentFrames = 3 * kRequestFrames;  // of silence, to begin with
+constexpr pa_usec_t kBeginUsec = 300000;           // that a server may need to begin with them
 
 struct Listed {
   std::vector<SoundDevice> devices;
@@ -113,7 +113,8 @@ class PulseDevice final : public OutputDevice {
     thread_ = std::thread([this] {
       while (!quit_.load(std::memory_order_acquire) && server_->Turn()) continue;
     });
-    return {TextOf(device), kSampleRate, kFirstFrames, static_cast<int>(FramesToMs(kTargetFrames))};
+    return {TextOf(device), kSampleRate, kSilentFrames,
+            static_cast<int>(FramesToMs(kTargetFrames))};
   }
 
   // A device by name may be another system's, whatever this one does.
@@ -217,7 +218,7 @@ class PulseDevice final : public OutputDevice {
     if (device.ring_->DeviceDrains()) {
       device.heldBack_ = 0;
     } else if (!std::exchange(device.asked_, true)) {
-      device.heldBack_ = bytes - std::min<size_t>(bytes, kFirstFrames * kFrameBytes);
+      device.heldBack_ = bytes - std::min<size_t>(bytes, kSilentFrames * kFrameBytes);
     }
     Write(stream, bytes - std::min(bytes, device.heldBack_),
           [&](int16_t* stereo, int frames) { device.ring_->DrainForDevice(stereo, frames); });

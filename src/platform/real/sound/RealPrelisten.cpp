@@ -13,10 +13,10 @@ namespace zemo {
 namespace {
 
 // The output ring: enough for a busy machine, little enough to begin soon.
-constexpr int kBufferFrames = 2048;
-constexpr int kBuffers = 4;
-constexpr int kBufferBytes = kBufferFrames * kChannels * static_cast<int>(sizeof(int16_t));
-constexpr auto kRingMs = static_cast<int32_t>(FramesToMs(kBuffers * kBufferFrames));
+constexpr int kListenFrames = 2048;
+constexpr int kListenBuffers = 4;
+constexpr int kBufferBytes = kListenFrames * kChannels * static_cast<int>(sizeof(int16_t));
+constexpr auto kRingMs = static_cast<int32_t>(FramesToMs(kListenBuffers * kListenFrames));
 constexpr std::chrono::seconds kParting{2};  // that the end of the program waits for a device
 constexpr std::chrono::milliseconds kPartingTurn{1};
 constexpr int32_t kLevelMs = 100;  // of the sound, that a level is the highest of
@@ -160,7 +160,7 @@ void RealPrelisten::TakeChain(WishedDevice wished) {
   }
   chain_ = std::make_unique<RealSoundChain>(opener_, std::move(wished), nullptr, "", nullptr, false,
                                             Unheard::kWaits);
-  chain_->SetOutputBuffers(kBufferBytes, kBuffers);
+  chain_->SetOutputBuffers(kBufferBytes, kListenBuffers);
 }
 
 void RealPrelisten::LoadSlots() {

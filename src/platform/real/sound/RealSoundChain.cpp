@@ -12,7 +12,7 @@
 namespace zemo {
 namespace {
 
-constexpr int kFrameBytes = kChannels * static_cast<int>(sizeof(int16_t));
+constexpr int kBytesOfFrame = kChannels * static_cast<int>(sizeof(int16_t));
 constexpr int kLeastAheadFrames = 65536;  // 1.5 s decoded ahead of the mixer
 constexpr int kMostAheadFrames = 262144;  // 5.9 s, 2 MB a slot
 constexpr std::chrono::minutes kLossesToldEvery{1};
@@ -167,7 +167,7 @@ bool RealSoundChain::MakeStream(int slot, int64_t frame) {
   try {
     std::unique_ptr<SoundSource> source = std::move(player.source);
     if (source == nullptr) source = opener_.Open(player.path);
-    const int ahead = std::clamp(RingBytes() / kFrameBytes, kLeastAheadFrames, kMostAheadFrames);
+    const int ahead = std::clamp(RingBytes() / kBytesOfFrame, kLeastAheadFrames, kMostAheadFrames);
     player.stream =
         std::make_unique<DecodedStream>(std::move(source), frame, ahead, mixer_->LateFrames());
   } catch (const SoundError& error) {
@@ -235,7 +235,7 @@ void RealSoundChain::StartOutput() {
   ++run_;
   Send({.kind = Kind::kRun,
         .run = run_,
-        .capacityFrames = OutputBufferSize() * OutputNumBuffers() / kFrameBytes});
+        .capacityFrames = OutputBufferSize() * OutputNumBuffers() / kBytesOfFrame});
 }
 
 void RealSoundChain::StopOutput() {

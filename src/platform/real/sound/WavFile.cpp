@@ -16,7 +16,7 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "samples are written as they lie");
 
-constexpr int64_t kFrameBytes = kChannels * static_cast<int64_t>(sizeof(int16_t));
+constexpr int64_t kStereoBytes = kChannels * static_cast<int64_t>(sizeof(int16_t));
 constexpr int64_t kMostSize = 0xFFFFFFFF;
 
 std::string Little(int64_t number, int bytes) {
@@ -28,7 +28,7 @@ std::string Little(int64_t number, int bytes) {
 std::string Format() {
   constexpr int kPcm = 1;
   return "fmt " + Little(16, 4) + Little(kPcm, 2) + Little(kChannels, 2) + Little(kSampleRate, 4) +
-         Little(kSampleRate * kFrameBytes, 4) + Little(kFrameBytes, 2) +
+         Little(kSampleRate * kStereoBytes, 4) + Little(kStereoBytes, 2) +
          Little(8 * static_cast<int64_t>(sizeof(int16_t)), 2);
 }
 
@@ -37,7 +37,7 @@ std::string Format() {
 std::string WavFile::Header(int64_t frames, bool grows) {
   constexpr int64_t kSizesBytes = 28;  // of the chunk of 64-bit sizes: three, and an empty table
   const int64_t room = grows ? 8 + kSizesBytes : 0;
-  const int64_t data = frames * kFrameBytes;
+  const int64_t data = frames * kStereoBytes;
   const int64_t riff = 4 + room + static_cast<int64_t>(Format().size()) + 8 + data;
   if (riff <= kMostSize) {
     const std::string empty(kSizesBytes, '\0');
@@ -72,7 +72,7 @@ WavFile::~WavFile() {
 void WavFile::Write(const int16_t* stereo, int frames) {
   if (!grows_ && Header(frames_ + frames, false).size() != Header(0, false).size())
     throw SoundError(path_ + ": is as long as a WAV file can be");
-  WriteAll(reinterpret_cast<const char*>(stereo), static_cast<size_t>(frames * kFrameBytes));
+  WriteAll(reinterpret_cast<const char*>(stereo), static_cast<size_t>(frames * kStereoBytes));
   frames_ += frames;
 }
 

@@ -13,8 +13,7 @@
 namespace zemo {
 namespace {
 
-constexpr double kBest = 0.0;      // encoder level: highest bit rate
-constexpr double kLevel192 = 0.4;  // 192 kbit/s at 44.1 and 48 kHz
+constexpr double kBest = 0.0;  // encoder level: highest bit rate
 constexpr double kLow = 0.9;
 constexpr size_t kFrame48 = 576;  // bytes of a frame at 192 kbit/s and 48 kHz: 144 * 192 / 48
 

@@ -9,7 +9,6 @@ namespace zemo {
 namespace {
 
 constexpr size_t kFrame = 576;
-constexpr double kLevel192 = 0.4;
 constexpr size_t kInfoFramesAt = 4 + 32 + 8;  // MPEG-1 stereo: header, side information, flags
 constexpr size_t kInfoBytesAt = kInfoFramesAt + 4;
 

@@ -21,8 +21,8 @@ using testing::Within;
 
 constexpr int kChunk = 1024;
 
-// Frames numbered from `first` on, left and right alike; never 0.
-std::vector<int16_t> Frames(int first, int count) {
+// FramesFrom numbered from `first` on, left and right alike; never 0.
+std::vector<int16_t> FramesFrom(int first, int count) {
   std::vector<int16_t> stereo;
   for (int i = 0; i < count; ++i) {
     stereo.insert(stereo.end(), 2, static_cast<int16_t>(1 + (first + i) % 32000));
@@ -49,7 +49,7 @@ std::vector<std::string> Told(SinkThread& sink) {
 void Give(SinkThread& sink, int first, int end) {
   for (; first < end; first += kChunk) {
     const int count = std::min(kChunk, end - first);
-    sink.Take(Frames(first, count).data(), count);
+    sink.Take(FramesFrom(first, count).data(), count);
   }
 }
 
@@ -69,7 +69,7 @@ TEST(SinkThread, AtItsEndItHasEveryFrameOnceAndInOrderAndIsClosed) {
   std::thread end([&] { thread.End(); });
   sink.Release();
   end.join();
-  EXPECT_EQ(sink.Written(), Frames(0, 17000));
+  EXPECT_EQ(sink.Written(), FramesFrom(0, 17000));
   EXPECT_TRUE(sink.Closed());
   EXPECT_EQ(thread.LostFrames(), 0u);
   EXPECT_EQ(Told(thread), std::vector<std::string>{});
@@ -87,7 +87,8 @@ TEST(SinkThread, WhatAHeldSinkCannotTakeIsCountedAndItsPlaceIsKept) {
   ASSERT_TRUE(Within(kBoundMs, [&] { return sink.Written().size() == 2 * 17408; }));
   Give(thread, 20480, 22000);
   thread.End();
-  EXPECT_EQ(sink.Written(), Joined(Joined(Frames(0, 17408), Lost(3072)), Frames(20480, 1520)));
+  EXPECT_EQ(sink.Written(),
+            Joined(Joined(FramesFrom(0, 17408), Lost(3072)), FramesFrom(20480, 1520)));
   EXPECT_EQ(thread.LostFrames(), 3072u);
   EXPECT_EQ(thread.Gaps(), 1u);
 }
@@ -110,7 +111,8 @@ TEST(SinkThread, AfterALossNothingIsTakenBeforeHalfOfTheRingIsFree) {
   EXPECT_EQ(thread.Gaps(), 1u);
   sink.Release();
   thread.End();
-  EXPECT_EQ(sink.Written(), Joined(Joined(Frames(0, 17408), Lost(2048)), Frames(19456, 1024)));
+  EXPECT_EQ(sink.Written(),
+            Joined(Joined(FramesFrom(0, 17408), Lost(2048)), FramesFrom(19456, 1024)));
 }
 
 TEST(SinkThread, ALossAtTheEndKeepsItsPlaceToo) {
@@ -121,7 +123,7 @@ TEST(SinkThread, ALossAtTheEndKeepsItsPlaceToo) {
   std::thread end([&] { thread.End(); });
   sink.Release();
   end.join();
-  EXPECT_EQ(sink.Written(), Joined(Frames(0, 17408), Lost(2048)));
+  EXPECT_EQ(sink.Written(), Joined(FramesFrom(0, 17408), Lost(2048)));
   EXPECT_TRUE(sink.Closed());
 }
 
@@ -133,7 +135,7 @@ TEST(SinkThread, WhateverThePaceEveryFrameOrItsPlaceComesOnceAndInOrder) {
     count = std::min(1 + first % kChunk, kFrames - first);
     if (first % 50 == 0) sink.Hold();
     if (first % 50 == 25) sink.Release();
-    thread.Take(Frames(first, count).data(), count);
+    thread.Take(FramesFrom(first, count).data(), count);
   }
   sink.Release();
   thread.End();
@@ -175,9 +177,9 @@ TEST(FileSink, SilenceStandsForWhatWasLost) {
   const TestFolder folder;
   const std::string path = folder.Path("a.wav");
   FileSink file(path);
-  file.Write(Frames(0, 100).data(), 100);
+  file.Write(FramesFrom(0, 100).data(), 100);
   file.WriteLost(10000);
-  file.Write(Frames(200, 50).data(), 50);
+  file.Write(FramesFrom(200, 50).data(), 50);
   file.Close();
   SF_INFO info{};
   SNDFILE* read = sf_open(path.c_str(), SFM_READ, &info);
@@ -185,7 +187,7 @@ TEST(FileSink, SilenceStandsForWhatWasLost) {
   sf_readf_short(read, stereo.data(), info.frames);
   sf_close(read);
   const std::vector<int16_t> silence(20000, 0);
-  EXPECT_EQ(stereo, Joined(Joined(Frames(0, 100), silence), Frames(200, 50)));
+  EXPECT_EQ(stereo, Joined(Joined(FramesFrom(0, 100), silence), FramesFrom(200, 50)));
 }
 
 TEST(FileSink, WhatFailsIsOneLineForTheOperator) {
@@ -206,7 +208,7 @@ TEST(SinkThread, SilenceFillsItUpToTheFramesAskedForAtItsEnd) {
   Give(thread, 0, 5000);
   EXPECT_EQ(thread.Frames(), 5000);
   thread.End(7000);
-  EXPECT_EQ(sink.Written(), Joined(Frames(0, 5000), Lost(2000)));
+  EXPECT_EQ(sink.Written(), Joined(FramesFrom(0, 5000), Lost(2000)));
   EXPECT_EQ(thread.LostFrames(), 0u);
 }
 
@@ -214,8 +216,8 @@ TEST(FileSink, LeavesOutWhatComesBehindItsMostFrames) {
   const TestFolder folder;
   const std::string path = folder.Path("cut.wav");
   FileSink sink(path, 1500);
-  sink.Write(Frames(0, 1000).data(), 1000);
-  sink.Write(Frames(1000, 1000).data(), 1000);
+  sink.Write(FramesFrom(0, 1000).data(), 1000);
+  sink.Write(FramesFrom(1000, 1000).data(), 1000);
   sink.WriteLost(1000);
   sink.Close();
   SF_INFO info{};
