@@ -15,7 +15,7 @@ namespace zemo {
 
 namespace {
 
-constexpr double kWhole = 100;
+constexpr double kAllOfTheDay = 100;
 
 // Of another program on the base's copy, in the form that a script takes.
 std::string TextInScript(const std::string& text) {
@@ -37,13 +37,13 @@ std::string RowInScript(const ModelEditor& editor, const TextGrid::Row& row) {
 // What one genre gets in each hour, in percentages, positions, time or titles.
 using GenreHours = std::map<std::string, ByHour<double>, std::less<>>;
 
-struct Plan {
+struct GridPlan {
   std::vector<std::string> order;  // of the genres
   GenreHours hours;
 };
 
-Plan PlanOfGrid(const ModelEditor& editor) {
-  Plan plan;
+GridPlan PlanOfGrid(const ModelEditor& editor) {
+  GridPlan plan;
   const auto add = [&](const std::string& genre, size_t hour, double weight) {
     const auto [entry, fresh] = plan.hours.try_emplace(genre);
     if (fresh) plan.order.push_back(genre);
@@ -59,7 +59,7 @@ Plan PlanOfGrid(const ModelEditor& editor) {
   return plan;
 }
 
-double Sum(const GenreHours& hours, size_t hour) {
+double SumOfHour(const GenreHours& hours, size_t hour) {
   double sum = 0;
   for (const auto& [genre, weights] : hours) sum += weights[hour];
   return sum;
@@ -70,12 +70,12 @@ double PlannedShare(const GenreHours& plan, const ByHour<double>& weights) {
   double shares = 0;
   int hours = 0;
   for (size_t hour = 0; hour < kHoursOfDay; ++hour) {
-    const double sum = Sum(plan, hour);
+    const double sum = SumOfHour(plan, hour);
     if (sum <= 0) continue;
     shares += weights[hour] / sum;
     ++hours;
   }
-  return hours == 0 ? 0 : kWhole * shares / hours;
+  return hours == 0 ? 0 : kAllOfTheDay * shares / hours;
 }
 
 GenreHours GivenHours(const ModelEditor& editor, std::span<const AiredTitle> aired) {
@@ -122,12 +122,12 @@ PlannedDay PlanOf(const ModelEditor& editor, const LocalDateTime& today) {
 }
 
 DayOutlook OutlookOf(const ModelEditor& editor, std::span<const AiredTitle> aired) {
-  Plan plan = PlanOfGrid(editor);
+  GridPlan plan = PlanOfGrid(editor);
   const GenreHours given = GivenHours(editor, aired);
   for (const auto& [genre, hours] : given)
     if (plan.hours.try_emplace(genre).second) plan.order.push_back(genre);
   double total = 0;
-  for (size_t hour = 0; hour < kHoursOfDay; ++hour) total += Sum(given, hour);
+  for (size_t hour = 0; hour < kHoursOfDay; ++hour) total += SumOfHour(given, hour);
   DayOutlook outlook;
   outlook.titles = static_cast<int>(aired.size());
   outlook.repeats = RepeatsOf(aired);
@@ -141,7 +141,7 @@ DayOutlook OutlookOf(const ModelEditor& editor, std::span<const AiredTitle> aire
       sum += got[hour];
       if (wanted[hour] > 0 && got[hour] == 0) line.dryHours.push_back(static_cast<int>(hour));
     }
-    if (total > 0) line.reached = kWhole * sum / total;
+    if (total > 0) line.reached = kAllOfTheDay * sum / total;
     if (line.planned > 0 || line.reached > 0) outlook.genres.push_back(std::move(line));
   }
   return outlook;

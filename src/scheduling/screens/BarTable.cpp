@@ -34,7 +34,7 @@ class BarPainter : public QStyledItemDelegate {
 BarTable::BarTable(const char* name, const QString& caption, const QStringList& heads, int bars,
                    QWidget* parent)
     : QTableWidget(0, static_cast<int>(heads.size()), parent) {
-  setObjectName(QString::fromLatin1(name));
+  setObjectName(QString::fromUtf8(name));
   setAccessibleName(caption);
   setHorizontalHeaderLabels(heads);
   MakeRowTable(*this);

@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "scheduling/GenreSupply.h"
@@ -20,15 +19,14 @@
 #include "scheduling/screens/ModelPanels.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
-#include "ui/FieldPage.h"
+#include "ui/Named.h"
 #include "ui/Theme.h"
 
 namespace zemo {
 
 namespace {
 
-constexpr int kPollMs = 250;
-constexpr double kMsOfMinute = 60000;
+constexpr int kOutlookPollMs = 250;
 
 }  // namespace
 
@@ -57,7 +55,7 @@ ModelWindow::ModelWindow(Station& station, ModelSources sources)
   layout->addLayout(orders);
   layout->addLayout(middle, 3);
   layout->addLayout(below, 2);
-  poll_.setInterval(kPollMs);
+  poll_.setInterval(kOutlookPollMs);
   connect(&poll_, &QTimer::timeout, this, [this] { FollowForecast(); });
   outlook_->findChild<QPushButton*>()->setEnabled(sources_.forecast);
   resize(1280, 800);
@@ -81,7 +79,7 @@ void ModelWindow::MakeDays(QHBoxLayout& bar) {
   for (int day = 1; day <= kDaysOfWeek; ++day) {
     const std::string number = std::to_string(day);
     auto* button = new QPushButton(Word("JourSemaine." + number), centralWidget());
-    button->setObjectName(QStringLiteral("JourSemaine_") + QString::fromStdString(number));
+    button->setObjectName(QStringLiteral("JourSemaine_") + ShownText(number));
     button->setCheckable(true);
     button->setShortcut(QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_0 + day)));
     button->setToolTip(button->shortcut().toString(QKeySequence::NativeText));
@@ -143,8 +141,7 @@ void ModelWindow::MakeGrids() {
   MasterPourCent = Named(new QMenu(this), "MasterPourCent");
   for (ModelGridView* view : {Models_, ModelSquelette}) {
     view->Model().hourTip = [this](int hour) {
-      return Word("HourTip").arg(QString::fromStdString(HourLabel(hour)),
-                                 QString::fromStdString(HourLabel(hour + 1)));
+      return Word("HourTip").arg(ShownText(HourLabel(hour)), ShownText(HourLabel(hour + 1)));
     };
     view->Model().supplyTip = [this](GridPlace place) { return SupplyTip(place); };
     view->Model().runsDry = [this](GridPlace place) { return RunsDry(place); };
@@ -223,8 +220,7 @@ void ModelWindow::FillMenu(QMenu& menu, const char* name, const std::vector<std:
                            const std::function<void(const std::string& entry)>& chosen) {
   menu.clear();
   for (const std::string& entry : entries)
-    Named(menu.addAction(QString::fromStdString(entry), this, [chosen, entry] { chosen(entry); }),
-          name);
+    Named(menu.addAction(ShownText(entry), this, [chosen, entry] { chosen(entry); }), name);
 }
 
 void ModelWindow::OpenPopUp(const QRect& cell) {
@@ -295,8 +291,7 @@ QString ModelWindow::SupplyTip(GridPlace place) const {
   if (wish.genre.empty() || !Editor().supply || Editor().JourSemaine == 0) return {};
   const GenreSupply::Hour given = Editor().supply->At(wish.genre, Editor().JourSemaine, wish.hour);
   return Word("SupplyTip")
-      .arg(QString::fromStdString(wish.genre), QString::number(given.titles),
-           QString::number(std::lround(static_cast<double>(given.lengthMs) / kMsOfMinute)));
+      .arg(ShownText(wish.genre), QString::number(given.titles), QString::number(given.Minutes()));
 }
 
 bool ModelWindow::RunsDry(GridPlace place) const {
@@ -318,7 +313,7 @@ void ModelWindow::BeginForecast() {
 
 void ModelWindow::FollowForecast() {
   const DayForecast& forecast = *sources_.forecast;
-  outlook_->ShowState(forecast.Now(), QString::fromStdString(forecast.Fault()));
+  outlook_->ShowState(forecast.Now(), ShownText(forecast.Fault()));
   if (forecast.Now() == DayForecast::State::kRunning) return;
   poll_.stop();
   if (forecast.Now() == DayForecast::State::kDone)
@@ -338,7 +333,7 @@ void ModelWindow::ArrangeParts(double unit) {
 
 void ModelWindow::ShowAll() {
   const ModelEditor& editor = Editor();
-  setWindowTitle(QString::fromStdString(editor.Caption));
+  setWindowTitle(ShownText(editor.Caption));
   for (int day = 1; day <= kDaysOfWeek; ++day)
     JourSemaine[static_cast<size_t>(day - 1)]->setChecked(day == editor.JourSemaine);
   Models_->setVisible(!editor.skeleton);
@@ -358,8 +353,7 @@ void ModelWindow::ShowStats() {
     most = std::max(most, ValInt(line.count));
   std::vector<BarRow> counts;
   for (const ModelEditor::GenreCount& line : Editor().Stats)
-    counts.push_back({{QString::fromStdString(line.genre), QString::fromStdString(line.count),
-                       QString::fromStdString(line.positions)},
+    counts.push_back({{ShownText(line.genre), ShownText(line.count), ShownText(line.positions)},
                       static_cast<double>(ValInt(line.count)) / most});
   Stats->ShowRows(counts);
   Stats->ShowColumn(kPositions, Editor().skeleton);

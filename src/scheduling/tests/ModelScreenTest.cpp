@@ -15,7 +15,7 @@ using test::RequestStation;
 using test::TitleCard;
 using test::WatchedStation;
 using Names = std::vector<std::string>;
-constexpr int kSaturday = 6;
+using test::kSaturday;
 
 class ModelScreenTest : public testing::Test {
  protected:

@@ -9,8 +9,6 @@
 namespace zemo::test {
 namespace {
 
-constexpr int kSaturday = 6;
-
 TEST_F(ModelWindowTest, OpensOnTodayAndStaysShutWhileTheMenusAreLocked) {
   s.station.engine.ScreenLocked = true;
   desk->Open();
