@@ -17,21 +17,27 @@ namespace {
 
 constexpr double kAllOfTheDay = 100;
 
-// Of another program on the base's copy, in the form that a script takes.
+// --- the orders, which a script gives as a line of text each: there is nothing to bind ---
+
 std::string TextInScript(const std::string& text) {
   std::string quoted = "'";
   for (const char c : OneLine(text)) quoted += c == '\'' ? "''" : std::string(1, c);
   return quoted + "'";
 }
 
+// "(6, 'POP', 40)"
+std::string InBrackets(const std::vector<std::string>& values) {
+  std::string list;
+  for (const std::string& value : values) list += (list.empty() ? "(" : ", ") + value;
+  return list + ")";
+}
+
 std::string RowInScript(const ModelEditor& editor, const TextGrid::Row& row) {
-  const std::string day = std::to_string(editor.JourSemaine);
-  std::string line = editor.skeleton ? "+0 sql INSERT INTO ModelSquelette(JOUR, "
-                                     : "+0 sql INSERT INTO Models(JOUR, GENRE, ";
-  line += HourColumns() + ") VALUES(" + day;
+  std::vector<std::string> values{std::to_string(editor.JourSemaine)};
   for (size_t column = 0; column < row.size(); ++column)
-    line += ", " + (editor.skeleton || column == 0 ? TextInScript(row[column]) : row[column]);
-  return line + ")\n";
+    values.push_back(editor.skeleton || column == 0 ? TextInScript(row[column]) : row[column]);
+  const std::string columns = editor.skeleton ? "ModelSquelette(JOUR, " : "Models(JOUR, GENRE, ";
+  return "+0 sql INSERT INTO " + columns + HourColumns() + ") VALUES " + InBrackets(values) + "\n";
 }
 
 // What one genre gets in each hour, in percentages, positions, time or titles.
@@ -114,8 +120,8 @@ PlannedDay PlanOf(const ModelEditor& editor, const LocalDateTime& today) {
   plan.from = FromDateSerial(DaySerial(today.year, today.month, today.day) + ahead);
   const std::string table = editor.skeleton ? "ModelSquelette" : "Models";
   plan.script = "+0 set Squelette " + std::string(editor.skeleton ? "-1" : "0") +
-                "\n+0 sql DELETE FROM " + table +
-                " WHERE JOUR = " + std::to_string(editor.JourSemaine) + "\n";
+                "\n+0 sql DELETE FROM " + table + " WHERE JOUR IN " +
+                InBrackets({std::to_string(editor.JourSemaine)}) + "\n";
   for (const TextGrid::Row& row : StoredRows(editor)) plan.script += RowInScript(editor, row);
   plan.script += "+0 start\n";
   return plan;

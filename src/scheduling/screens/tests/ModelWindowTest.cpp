@@ -174,7 +174,7 @@ TEST_F(ModelWindowTest, TheDayIsSimulatedWithTheUnsavedModelAndItsOutlookShown) 
   Click("BtnForecast");
   EXPECT_EQ(Text("LblOutlook"), "Simulation en cours...");
   EXPECT_EQ(forecast.asked.from.day, 28);
-  EXPECT_NE(forecast.asked.script.find("VALUES(6, 'POP', 15, 40"), std::string::npos);
+  EXPECT_NE(forecast.asked.script.find("VALUES (6, 'POP', 15, 40"), std::string::npos);
   forecast.aired = {{0, 1, "A  One", 180000}, {1, 1, "A  One", 180000}, {2, 3, "C  Two", 240000}};
   forecast.state = DayForecast::State::kDone;
   ASSERT_TRUE(QTest::qWaitFor([&] { return Text("LblOutlook") == "3 titres passeraient"; }));
