@@ -46,8 +46,8 @@ class ModelsTable {
     AddButtons();
     AddStats();
     AddPopUps();
-    AddGrid("Models", editor_.Models, Models::Models_Click).key = [&station = station_](
-                                                                      ControlKey key) {
+    AddGrid("Models", editor_.Models, Models::Models_Click).key = [&station =
+                                                                       station_](ControlKey key) {
       if (key == ControlKey::kInsert) Models::Models_KeyInsert(station);
       if (key == ControlKey::kDelete) Models::Models_KeyDelete(station);
     };

@@ -10,11 +10,17 @@ namespace zemo {
 
 namespace {
 
-namespace SupplyCol {
-enum { kCode, kGenre, kLength, kPasses, kFirstDay, kLastDay, kFirstMask };
-}  // namespace SupplyCol
+enum SupplyColumn {
+  kSupplyCode,
+  kSupplyGenre,
+  kSupplyLength,
+  kSupplyPasses,
+  kSupplyFirstDay,
+  kSupplyLastDay,
+  kSupplyFirstMask
+};
 
-BoundQuery SupplySlice(bool begun, int64_t lastCode) {
+BoundQuery SupplySliceQuery(bool begun, int64_t lastCode) {
   std::string text = "SELECT TOP ? CODE, GENRE, DUREE, NBPASSJOUR, MMJJDebut, MMJJFin";
   for (int day = 1; day <= kDaysOfWeek; ++day) text += ", TRANCHE" + TwoDigits(day);
   BoundQuery query{text + " FROM Discotheque ", {GenreSupply::kSliceRows}};
@@ -35,7 +41,7 @@ GenreSupply::GenreSupply(const LocalDateTime& today) {
 void GenreSupply::ReadSlice(Database& db) {
   if (complete_) return;
   int read = 0;
-  const BoundQuery query = SupplySlice(begun_, lastCode_);
+  const BoundQuery query = SupplySliceQuery(begun_, lastCode_);
   db.ReadRows(query.text, query.values, [&](const RowView& row) {
     Take(row);
     begun_ = true;
@@ -45,22 +51,21 @@ void GenreSupply::ReadSlice(Database& db) {
 }
 
 void GenreSupply::Take(const RowView& row) {
-  lastCode_ = row.Int(SupplyCol::kCode);
-  auto found = genres_.find(row.Text(SupplyCol::kGenre));
-  if (found == genres_.end()) found = genres_.emplace(row.Text(SupplyCol::kGenre), Genre{}).first;
+  lastCode_ = row.Int(kSupplyCode);
+  auto found = genres_.find(row.Text(kSupplyGenre));
+  if (found == genres_.end()) found = genres_.emplace(row.Text(kSupplyGenre), Genre{}).first;
   genreOfCode_.emplace(static_cast<int32_t>(lastCode_), found->first);
   Genre& genre = found->second;
   ++genre.titles;
-  if (!row.IsNull(SupplyCol::kPasses) && row.Int(SupplyCol::kPasses) == 0) return;
+  if (!row.IsNull(kSupplyPasses) && row.Int(kSupplyPasses) == 0) return;
   for (size_t day = 0; day < kDaysOfWeek; ++day) {
-    if (!InDateWindow(row.Text(SupplyCol::kFirstDay), row.Text(SupplyCol::kLastDay),
-                      monthDays_[day]))
+    if (!InDateWindow(row.Text(kSupplyFirstDay), row.Text(kSupplyLastDay), monthDays_[day]))
       continue;
-    const std::string_view mask = row.Text(SupplyCol::kFirstMask + static_cast<int>(day));
+    const std::string_view mask = row.Text(kSupplyFirstMask + static_cast<int>(day));
     for (size_t hour = 0; hour < kHoursOfDay && hour < mask.size(); ++hour) {
       if (mask[hour] != '1') continue;
       ++genre.days[day][hour].titles;
-      genre.days[day][hour].lengthMs += row.Int(SupplyCol::kLength);
+      genre.days[day][hour].lengthMs += row.Int(kSupplyLength);
     }
   }
 }

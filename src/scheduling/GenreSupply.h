@@ -26,6 +26,8 @@ class GenreSupply {
   struct Hour {
     int titles = 0;
     int64_t lengthMs = 0;  // together
+
+    int64_t Minutes() const { return (lengthMs + 30000) / 60000; }
   };
   struct Genre {
     int titles = 0;  // all cards of the genre

@@ -181,14 +181,14 @@ void Models::PopPourCent_ClickInVarieties(Station& station, int percent) {
 namespace {
 
 // Another process may have the base for a moment: it is asked again with the loop turning.
-void ReadSlice(Station& station, GenreSupply& supply) {
-  constexpr int kTurnsOfLock = 500;  // of 10 ms
+void ReadSupplySlice(Station& station, GenreSupply& supply) {
+  constexpr int kMostTurns = 500;  // of 10 ms
   for (int turn = 0;; ++turn) {
     try {
       const NoLockWait atOnce(station.base.Waiting());
       return supply.ReadSlice(station.base.Db());
     } catch (const StoreError& error) {
-      if (error.Number() != kErrLocked || turn == kTurnsOfLock) throw;
+      if (error.Number() != kErrLocked || turn == kMostTurns) throw;
     }
     station.platform.loop.WaitYield();
   }
@@ -212,7 +212,8 @@ void Models::LoadGenreStats(Station& station) {
   try {
     const uint64_t number = ++station.modelEditor.readings;
     auto supply = std::make_shared<GenreSupply>(station.Now());
-    for (ReadSlice(station, *supply); !supply->Complete(); ReadSlice(station, *supply)) {
+    for (ReadSupplySlice(station, *supply); !supply->Complete();
+         ReadSupplySlice(station, *supply)) {
       station.platform.loop.Yield();
       if (station.modelEditor.readings != number) return;
     }

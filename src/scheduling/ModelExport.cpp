@@ -85,8 +85,7 @@ Sheet Week(Station& station, const char* name, double hourWidth, WriteDay writeD
 
 }  // namespace
 
-bool Models::MnuExport_Click(Station& station, const std::string& path,
-                             SpreadsheetWriter& writer) {
+bool Models::MnuExport_Click(Station& station, const std::string& path, SpreadsheetWriter& writer) {
   const bool skeleton = station.base.CnfBool(Cnf::kSquelette);
   try {
     writer.Write(SheetPath(path),

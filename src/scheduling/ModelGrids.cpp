@@ -168,10 +168,6 @@ std::string HourLabel(int hour) {
   return TwoDigits(hour) + "h";
 }
 
-std::string HourLongLabel(int hour) {
-  return " de " + HourLabel(hour) + " à " + HourLabel(hour + 1);
-}
-
 std::string DayName(int day) {
   static constexpr std::array<const char*, kDaysOfWeek> kNames = {
       "Lundi", "Mardi", "Mercredi", "Jeudi", "Vendredi", "Samedi", "Dimanche"};

@@ -47,9 +47,8 @@ void SumShares(Station& station);
 const char* GenresWord(int64_t langue);
 const char* VarietyWord(int64_t langue);
 
-std::string HourLabel(int hour);      // "07h"
-std::string HourLongLabel(int hour);  // " de 07h à 08h"
-std::string DayName(int day);         // "Lundi" for 1
+std::string HourLabel(int hour);  // "07h"
+std::string DayName(int day);     // "Lundi" for 1
 bool RowIsEmpty(const TextGrid& grid, int row);
 
 }  // namespace zemo

@@ -15,35 +15,41 @@ namespace zemo {
 
 namespace {
 
-constexpr double kWhole = 100;
+constexpr double kAllOfTheDay = 100;
 
-// Of another program on the base's copy, in the form that a script takes.
+// --- the orders, which a script gives as a line of text each: there is nothing to bind ---
+
 std::string TextInScript(const std::string& text) {
   std::string quoted = "'";
   for (const char c : OneLine(text)) quoted += c == '\'' ? "''" : std::string(1, c);
   return quoted + "'";
 }
 
+// "(6, 'POP', 40)"
+std::string InBrackets(const std::vector<std::string>& values) {
+  std::string list;
+  for (const std::string& value : values) list += (list.empty() ? "(" : ", ") + value;
+  return list + ")";
+}
+
 std::string RowInScript(const ModelEditor& editor, const TextGrid::Row& row) {
-  const std::string day = std::to_string(editor.JourSemaine);
-  std::string line = editor.skeleton ? "+0 sql INSERT INTO ModelSquelette(JOUR, "
-                                     : "+0 sql INSERT INTO Models(JOUR, GENRE, ";
-  line += HourColumns() + ") VALUES(" + day;
+  std::vector<std::string> values{std::to_string(editor.JourSemaine)};
   for (size_t column = 0; column < row.size(); ++column)
-    line += ", " + (editor.skeleton || column == 0 ? TextInScript(row[column]) : row[column]);
-  return line + ")\n";
+    values.push_back(editor.skeleton || column == 0 ? TextInScript(row[column]) : row[column]);
+  const std::string columns = editor.skeleton ? "ModelSquelette(JOUR, " : "Models(JOUR, GENRE, ";
+  return "+0 sql INSERT INTO " + columns + HourColumns() + ") VALUES " + InBrackets(values) + "\n";
 }
 
 // What one genre gets in each hour, in percentages, positions, time or titles.
 using GenreHours = std::map<std::string, ByHour<double>, std::less<>>;
 
-struct Plan {
+struct GridPlan {
   std::vector<std::string> order;  // of the genres
   GenreHours hours;
 };
 
-Plan PlanOfGrid(const ModelEditor& editor) {
-  Plan plan;
+GridPlan PlanOfGrid(const ModelEditor& editor) {
+  GridPlan plan;
   const auto add = [&](const std::string& genre, size_t hour, double weight) {
     const auto [entry, fresh] = plan.hours.try_emplace(genre);
     if (fresh) plan.order.push_back(genre);
@@ -59,7 +65,7 @@ Plan PlanOfGrid(const ModelEditor& editor) {
   return plan;
 }
 
-double Sum(const GenreHours& hours, size_t hour) {
+double SumOfHour(const GenreHours& hours, size_t hour) {
   double sum = 0;
   for (const auto& [genre, weights] : hours) sum += weights[hour];
   return sum;
@@ -70,12 +76,12 @@ double PlannedShare(const GenreHours& plan, const ByHour<double>& weights) {
   double shares = 0;
   int hours = 0;
   for (size_t hour = 0; hour < kHoursOfDay; ++hour) {
-    const double sum = Sum(plan, hour);
+    const double sum = SumOfHour(plan, hour);
     if (sum <= 0) continue;
     shares += weights[hour] / sum;
     ++hours;
   }
-  return hours == 0 ? 0 : kWhole * shares / hours;
+  return hours == 0 ? 0 : kAllOfTheDay * shares / hours;
 }
 
 GenreHours GivenHours(const ModelEditor& editor, std::span<const AiredTitle> aired) {
@@ -113,20 +119,21 @@ PlannedDay PlanOf(const ModelEditor& editor, const LocalDateTime& today) {
       (editor.JourSemaine - CurrentWeekday(today) + kDaysOfWeek - 1) % kDaysOfWeek + 1;
   plan.from = FromDateSerial(DaySerial(today.year, today.month, today.day) + ahead);
   const std::string table = editor.skeleton ? "ModelSquelette" : "Models";
-  plan.script = "+0 set Squelette " + std::string(editor.skeleton ? "-1" : "0") + "\n+0 sql DELETE FROM " +
-                table + " WHERE JOUR = " + std::to_string(editor.JourSemaine) + "\n";
+  plan.script = "+0 set Squelette " + std::string(editor.skeleton ? "-1" : "0") +
+                "\n+0 sql DELETE FROM " + table + " WHERE JOUR IN " +
+                InBrackets({std::to_string(editor.JourSemaine)}) + "\n";
   for (const TextGrid::Row& row : StoredRows(editor)) plan.script += RowInScript(editor, row);
   plan.script += "+0 start\n";
   return plan;
 }
 
 DayOutlook OutlookOf(const ModelEditor& editor, std::span<const AiredTitle> aired) {
-  Plan plan = PlanOfGrid(editor);
+  GridPlan plan = PlanOfGrid(editor);
   const GenreHours given = GivenHours(editor, aired);
   for (const auto& [genre, hours] : given)
     if (plan.hours.try_emplace(genre).second) plan.order.push_back(genre);
   double total = 0;
-  for (size_t hour = 0; hour < kHoursOfDay; ++hour) total += Sum(given, hour);
+  for (size_t hour = 0; hour < kHoursOfDay; ++hour) total += SumOfHour(given, hour);
   DayOutlook outlook;
   outlook.titles = static_cast<int>(aired.size());
   outlook.repeats = RepeatsOf(aired);
@@ -140,7 +147,7 @@ DayOutlook OutlookOf(const ModelEditor& editor, std::span<const AiredTitle> aire
       sum += got[hour];
       if (wanted[hour] > 0 && got[hour] == 0) line.dryHours.push_back(static_cast<int>(hour));
     }
-    if (total > 0) line.reached = kWhole * sum / total;
+    if (total > 0) line.reached = kAllOfTheDay * sum / total;
     if (line.planned > 0 || line.reached > 0) outlook.genres.push_back(std::move(line));
   }
   return outlook;

@@ -17,6 +17,7 @@
 #include "library/screens/LibraryWindow.h"
 #include "library/screens/SelectorDialog.h"
 #include "reports/screens/ReportWindow.h"
+#include "scheduling/screens/ModelWindow.h"
 #include "settings/SettingsControls.h"
 #include "settings/screens/SettingsWindow.h"
 #include "store/Schema.h"
@@ -70,12 +71,6 @@ TEST(Glossary, TellsEveryColumnOfEveryTable) {
     EXPECT_TRUE(!section.starts_with("Table ") || tables.contains(section)) << section;
 }
 
-TEST(Glossary, TellsEveryControlOfTheModelEditor) {
-  auto sections = Glossary();
-  ExpectSame("Model editor", sections["Model editor"],
-             Controls("station/ModelEditor.h", "ModelEditor"));
-}
-
 struct NoForecast : ForecastSource {
   std::vector<ForecastLine> lines;
   std::string fault;
@@ -113,6 +108,13 @@ TEST_F(GlossaryOfScreens, TellsEveryControlOfTheOnAirScreenAndItsDialogues) {
   AddNamesOf(ForecastWindow(on.station, forecast, 0, nullptr), present);
   AddNamesOf(SkeletonWindow(on.station, 0, 8, nullptr), present);
   ExpectSame("On-air screen", Glossary()["On-air screen"], present);
+}
+
+TEST_F(GlossaryOfScreens, TellsEveryControlOfTheModelEditor) {
+  Loaded();
+  Names present = Controls("station/ModelEditor.h", "ModelEditor");
+  AddNamesOf(ModelWindow(on.station, {}), present);
+  ExpectSame("Model editor", Glossary()["Model editor"], present);
 }
 
 TEST_F(GlossaryOfScreens, TellsEveryControlOfTheLibraryScreenAndOfTheSelector) {

@@ -16,7 +16,8 @@ class ModelsScript : public OfficeScript {
     Put("station/Genre.Txt", "GOLD\r\nROCK\r\nR, B\r\n");
     Sql("UPDATE Discotheque SET GENRE = 'ROCK' WHERE CODE = 3");
     Sql("INSERT INTO Models(JOUR, GENRE, TRANCHE00, TRANCHE23, TRANCHE01, TRANCHE02, TRANCHE10) "
-        "VALUES(6, 'GOLD', 60, 5, 0, 0, 0), (6, 'ROCK', 50, 0, 0, 0, 0), (1, 'OLD', 10, 10, 0, 0, 0)");
+        "VALUES(6, 'GOLD', 60, 5, 0, 0, 0), (6, 'ROCK', 50, 0, 0, 0, 0), (1, 'OLD', 10, 10, 0, 0, "
+        "0)");
     Sql("INSERT INTO ModelSquelette(JOUR, TRANCHE07) VALUES(6, 'GOLD'), (6, 'ROCK')");
   }
   Json Screen(size_t number = 0) const { return Events("screen").at(number); }
@@ -161,8 +162,9 @@ TEST_F(ModelsScript, ARequestGoesByTheSavedModelAndNeverTouchesTheGridAtWork) {
 
 TEST_F(ModelsScript, WhatTheScreenDoesNotHaveOrWhatIsOffIsAnError) {
   Drive({"open models", "choose PopGenre GOLD", "cell Models 1 0", "choose PopGenre NOTHING",
-         "choose PopPourCent 50", "cell Models 4 0", "cell ModelSquelette 1 0", "press JourSemaine.8",
-         "choose PopJour 8", "key ModelSquelette delete", "put Models.1.1 5"});
+         "choose PopPourCent 50", "cell Models 4 0", "cell ModelSquelette 1 0",
+         "press JourSemaine.8", "choose PopJour 8", "key ModelSquelette delete",
+         "put Models.1.1 5"});
   EXPECT_EQ(Events("error").size(), 9U);
 }
 

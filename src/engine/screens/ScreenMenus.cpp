@@ -37,8 +37,7 @@ QAction* ScreenMenus::AddToCome(QMenu* menu, const char* name) {
   return action;
 }
 
-QAction* ScreenMenus::AddScreen(QMenu* menu, const char* name,
-                                const std::function<void()>& order) {
+QAction* ScreenMenus::AddScreen(QMenu* menu, const char* name, const std::function<void()>& order) {
   return order ? Add(menu, name, order) : AddToCome(menu, name);
 }
 

@@ -34,7 +34,7 @@ class BarPainter : public QStyledItemDelegate {
 BarTable::BarTable(const char* name, const QString& caption, const QStringList& heads, int bars,
                    QWidget* parent)
     : QTableWidget(0, static_cast<int>(heads.size()), parent) {
-  setObjectName(QString::fromLatin1(name));
+  setObjectName(QString::fromUtf8(name));
   setAccessibleName(caption);
   setHorizontalHeaderLabels(heads);
   MakeRowTable(*this);
@@ -83,7 +83,7 @@ void BarTable::ShowRows(const std::vector<BarRow>& rows) {
       QTableWidgetItem& cell = *item(row, column);
       cell.setText(given.cells.value(column));
       cell.setData(kBarRole, given.bar);
-      cell.setForeground(given.alert ? Theme::kHeard : Theme::kText);
+      cell.setForeground(column >= given.alertFrom ? Theme::kHeard : Theme::kText);
     }
   }
 }

@@ -8,8 +8,9 @@ namespace zemo {
 
 struct BarRow {
   QStringList cells;
-  double bar = 0;      // 0 to 1, behind the cell of the bars
-  bool alert = false;  // the row stands out
+  double bar = 0;            // 0 to 1, behind the cell of the bars
+  int alertFrom = kNoAlert;  // cells from that column on stand out
+  static constexpr int kNoAlert = 1000;
 };
 
 // Thread: the screen's.

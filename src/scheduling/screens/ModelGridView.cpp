@@ -3,11 +3,14 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
 #include <algorithm>
 #include <vector>
 
 #include "scheduling/WeekModel.h"
 #include "station/TextForms.h"
+#include "ui/Named.h"
 #include "ui/RowTable.h"
 #include "ui/Theme.h"
 
@@ -15,12 +18,26 @@ namespace zemo {
 
 namespace {
 
-constexpr int kWholeShare = 100;
+constexpr int kFullShare = 100;
 constexpr int kFaintest = 40, kStrongest = 210;  // of a colour behind a share
 
-QString Shown(const std::string& text) {
-  return QString::fromStdString(text);
-}
+// The selected cell has a frame; its own colour tells its share.
+class CellPainter : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    const bool selected = option.state & QStyle::State_Selected;
+    QStyleOptionViewItem plain = option;
+    plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+    QStyledItemDelegate::paint(painter, plain, index);
+    if (!selected) return;
+    const bool keys = option.widget && option.widget->hasFocus();
+    painter->setPen(QPen(keys ? Theme::kFocus : Theme::kDim, 2));
+    painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
+  }
+};
 
 }  // namespace
 
@@ -74,8 +91,8 @@ QVariant ModelGridModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole: {
       const std::string& text = Grid().Cell(place.row, place.column);
-      if (!share) return Shown(text);
-      const QString number = Shown(text).remove(QStringLiteral(" %"));
+      if (!share) return ShownText(text);
+      const QString number = ShownText(text).remove(QStringLiteral(" %"));
       return number == QStringLiteral("0") && !IsTotal(place.row) ? QString() : number;
     }
     case Qt::TextAlignmentRole:
@@ -101,17 +118,17 @@ QVariant ModelGridModel::ColourBehind(GridPlace place) const {
     return colour;
   }
   const bool share = kind_ == ModelGrid::kModels && place.column > 0;
-  const int percent = share ? std::clamp(ValInt(text), 0, kWholeShare) : 0;
+  const int percent = share ? std::clamp(ValInt(text), 0, kFullShare) : 0;
   if (percent == 0) return {};
   QColor colour = Theme::kIntro;
-  colour.setAlpha(kFaintest + (kStrongest - kFaintest) * percent / kWholeShare);
+  colour.setAlpha(kFaintest + (kStrongest - kFaintest) * percent / kFullShare);
   return colour;
 }
 
 QVariant ModelGridModel::ColourOf(GridPlace place) const {
   const std::string& text = Grid().Cell(place.row, place.column);
   if (IsTotal(place.row)) {
-    const bool whole = place.column == 0 || ValInt(text) == kWholeShare;
+    const bool whole = place.column == 0 || ValInt(text) == kFullShare;
     return whole ? Theme::kText : ValInt(text) == 0 ? Theme::kDim : Theme::kNote;
   }
   return runsDry && runsDry(place) ? Theme::kHeard : Theme::kText;
@@ -121,7 +138,7 @@ QVariant ModelGridModel::headerData(int section, Qt::Orientation orientation, in
   if (orientation == Qt::Vertical)
     return role == Qt::DisplayRole ? QVariant(section + 1) : QVariant();
   if (role == Qt::DisplayRole) {
-    const QString head = Shown(Grid().Cell(0, section));
+    const QString head = ShownText(Grid().Cell(0, section));
     const bool hour = kind_ == ModelGrid::kModels && section > 0;
     return hour ? head.left(2) : head;  // its column is narrow, the tip has it whole
   }
@@ -136,6 +153,7 @@ ModelGridView::ModelGridView(const ModelEditor& editor, ModelGrid kind, QWidget*
     : QTableView(parent), kind_(kind), model_(new ModelGridModel(editor, kind, this)) {
   setModel(model_);
   MakeRowTable(*this);
+  setItemDelegate(new CellPainter(this));
   setAlternatingRowColors(false);
   setShowGrid(true);
   setSelectionBehavior(QAbstractItemView::SelectItems);
@@ -143,8 +161,7 @@ ModelGridView::ModelGridView(const ModelEditor& editor, ModelGrid kind, QWidget*
   verticalHeader()->setVisible(kind == ModelGrid::kSkeleton);
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  if (kind == ModelGrid::kModels)
-    horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
+  if (kind == ModelGrid::kModels) horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
 }
 
 void ModelGridView::Arrange(double unit) {

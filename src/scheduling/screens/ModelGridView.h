@@ -41,9 +41,9 @@ class ModelGridView : public QTableView {
  public:
   ModelGridView(const ModelEditor& editor, ModelGrid kind, QWidget* parent);
 
-  std::function<void(GridPlace place)> selected;   // by mouse or keys
-  std::function<void(const QRect& cell)> popUp;    // asked for at the selected one, on the screen
-  std::function<void(Qt::Key key)> pressed;        // Insert or Delete
+  std::function<void(GridPlace place)> selected;  // by mouse or keys
+  std::function<void(const QRect& cell)> popUp;   // asked for at the selected one, on the screen
+  std::function<void(Qt::Key key)> pressed;       // Insert or Delete
   ModelGridModel& Model() { return *model_; }
 
   void Arrange(double unit);

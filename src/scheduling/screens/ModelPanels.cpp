@@ -15,18 +15,14 @@
 #include "scheduling/ModelGrids.h"
 #include "scheduling/screens/BarTable.h"
 #include "station/TextForms.h"
+#include "ui/Named.h"
 #include "ui/Theme.h"
 
 namespace zemo {
 
 namespace {
 
-constexpr double kMsOfMinute = 60000;
-constexpr double kWhole = 100;
-
-QString Shown(const std::string& text) {
-  return QString::fromStdString(text);
-}
+constexpr double kWholeDay = 100;
 
 QStringList Heads(const Translation& texts, const std::string& table, int columns) {
   QStringList heads;
@@ -37,6 +33,19 @@ QStringList Heads(const Translation& texts, const std::string& table, int column
 
 QString PercentText(double share) {
   return QString::number(std::lround(share)) + QStringLiteral(" %");
+}
+
+// "02-05h 09h"
+QString HoursText(const std::vector<int>& hours) {
+  QStringList spans;
+  for (size_t first = 0; first < hours.size();) {
+    size_t last = first;
+    while (last + 1 < hours.size() && hours[last + 1] == hours[last] + 1) ++last;
+    const QString begin = last > first ? ShownText(TwoDigits(hours[first])) + u'-' : QString();
+    spans << begin + ShownText(HourLabel(hours[last]));
+    first = last + 1;
+  }
+  return spans.join(u' ');
 }
 
 struct PlannedGenre {
@@ -87,26 +96,24 @@ void SupplyPanel::Arrange(double unit) {
 }
 
 void SupplyPanel::ShowHour(const ModelEditor& editor, int hour) {
-  LblSupply->setText(texts_.Word("For.Supply", Shown(HourLabel(hour))));
+  LblSupply->setText(texts_.Word("For.Supply", ShownText(HourLabel(hour))));
   std::vector<BarRow> rows;
   std::vector<double> minutes;
   const auto add = [&](const std::string& genre, const QString& planned) {
     const GenreSupply::Hour given = editor.supply->At(genre, editor.JourSemaine, hour);
-    minutes.push_back(static_cast<double>(given.lengthMs) / kMsOfMinute);
-    rows.push_back({{Shown(genre), planned, QString::number(given.titles),
-                     QString::number(std::lround(minutes.back()))},
+    minutes.push_back(static_cast<double>(given.Minutes()));
+    rows.push_back({{ShownText(genre), planned, QString::number(given.titles),
+                     QString::number(given.Minutes())},
                     0,
-                    !planned.isEmpty() && given.titles == 0});
+                    !planned.isEmpty() && given.titles == 0 ? 0 : BarRow::kNoAlert});
   };
   if (editor.supply && editor.JourSemaine > 0) {
     const std::vector<PlannedGenre> plan = PlanOfHour(editor, hour);
     for (const PlannedGenre& line : plan)
-      add(line.genre,
-          editor.skeleton ? QString::number(line.weight) : PercentText(line.weight));
+      add(line.genre, editor.skeleton ? QString::number(line.weight) : PercentText(line.weight));
     for (const auto& [name, genre] : editor.supply->Genres()) {
-      const bool planned = std::any_of(plan.begin(), plan.end(), [&](const PlannedGenre& line) {
-        return line.genre == name;
-      });
+      const bool planned = std::any_of(
+          plan.begin(), plan.end(), [&](const PlannedGenre& line) { return line.genre == name; });
       if (!planned && editor.supply->At(name, editor.JourSemaine, hour).titles > 0) add(name, {});
     }
   }
@@ -157,23 +164,21 @@ void OutlookPanel::ShowState(DayForecast::State state, const QString& fault) {
 }
 
 void OutlookPanel::ShowOutlook(const DayOutlook& outlook) {
+  constexpr int kDry = 3;
   LblOutlook->setText(texts_.Word("OutlookDone", QString::number(outlook.titles)));
   std::vector<BarRow> rows;
   for (const GenreOutlook& line : outlook.genres) {
-    QStringList dry;
-    for (const int hour : line.dryHours) dry << Shown(HourLabel(hour));
-    rows.push_back({{Shown(line.genre), PercentText(line.planned), PercentText(line.reached),
-                     dry.join(u' ')},
-                    line.reached / kWhole,
-                    !dry.isEmpty()});
+    rows.push_back({{ShownText(line.genre), PercentText(line.planned), PercentText(line.reached),
+                     HoursText(line.dryHours)},
+                    line.reached / kWholeDay,
+                    kDry});
   }
   Outlook->ShowRows(rows);
   rows.clear();
   const int most = outlook.repeats.empty() ? 1 : outlook.repeats.front().times;
   for (const RepeatedTitle& title : outlook.repeats)
-    rows.push_back({{Shown(title.text), QString::number(title.times)},
-                    static_cast<double>(title.times) / most,
-                    false});
+    rows.push_back({{ShownText(title.text), QString::number(title.times)},
+                    static_cast<double>(title.times) / most});
   Repeats->ShowRows(rows);
 }
 

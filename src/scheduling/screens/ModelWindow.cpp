@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "scheduling/GenreSupply.h"
@@ -20,15 +19,14 @@
 #include "scheduling/screens/ModelPanels.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
-#include "ui/FieldPage.h"
+#include "ui/Named.h"
 #include "ui/Theme.h"
 
 namespace zemo {
 
 namespace {
 
-constexpr int kPollMs = 250;
-constexpr double kMsOfMinute = 60000;
+constexpr int kOutlookPollMs = 250;
 
 }  // namespace
 
@@ -57,7 +55,7 @@ ModelWindow::ModelWindow(Station& station, ModelSources sources)
   layout->addLayout(orders);
   layout->addLayout(middle, 3);
   layout->addLayout(below, 2);
-  poll_.setInterval(kPollMs);
+  poll_.setInterval(kOutlookPollMs);
   connect(&poll_, &QTimer::timeout, this, [this] { FollowForecast(); });
   outlook_->findChild<QPushButton*>()->setEnabled(sources_.forecast);
   resize(1280, 800);
@@ -81,7 +79,7 @@ void ModelWindow::MakeDays(QHBoxLayout& bar) {
   for (int day = 1; day <= kDaysOfWeek; ++day) {
     const std::string number = std::to_string(day);
     auto* button = new QPushButton(Word("JourSemaine." + number), centralWidget());
-    button->setObjectName(QStringLiteral("JourSemaine_") + QString::fromStdString(number));
+    button->setObjectName(QStringLiteral("JourSemaine_") + ShownText(number));
     button->setCheckable(true);
     button->setShortcut(QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_0 + day)));
     button->setToolTip(button->shortcut().toString(QKeySequence::NativeText));
@@ -99,18 +97,19 @@ void ModelWindow::MakeOrders(QHBoxLayout& bar) {
   save->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
   save->setToolTip(save->shortcut().toString(QKeySequence::NativeText));
   bar.addWidget(save);
-  bar.addWidget(Button("BtnImport", [this] { Work([this] { Models::BtnImport_Click(station_); }); }));
+  bar.addWidget(
+      Button("BtnImport", [this] { Work([this] { Models::BtnImport_Click(station_); }); }));
   auto* copy = Named(new QPushButton(Word("MnuCopierJour"), centralWidget()), "MnuCopierJour");
   auto* days = new QMenu(copy);
   for (int day = 1; day <= kDaysOfWeek; ++day)
-    Named(days->addAction(Word("JourSemaine." + std::to_string(day)), this,
-                          [this, day] {
-                            Work([this, day] { Models::PopJour_Click(station_, day); });
-                          }),
+    Named(days->addAction(
+              Word("JourSemaine." + std::to_string(day)), this,
+              [this, day] { Work([this, day] { Models::PopJour_Click(station_, day); }); }),
           "PopJour");
   copy->setMenu(days);
   bar.addWidget(copy);
-  MnuCompteur = Button("MnuCompteur", [this] { Run([this] { Models::MnuCompteur_Click(station_); }); });
+  MnuCompteur =
+      Button("MnuCompteur", [this] { Run([this] { Models::MnuCompteur_Click(station_); }); });
   bar.addWidget(MnuCompteur);
   MnuExport = Button("MnuExport", [this] { ChooseFile(); });
   bar.addWidget(MnuExport);
@@ -142,8 +141,7 @@ void ModelWindow::MakeGrids() {
   MasterPourCent = Named(new QMenu(this), "MasterPourCent");
   for (ModelGridView* view : {Models_, ModelSquelette}) {
     view->Model().hourTip = [this](int hour) {
-      return Word("HourTip").arg(QString::fromStdString(HourLabel(hour)),
-                                 QString::fromStdString(HourLabel(hour + 1)));
+      return Word("HourTip").arg(ShownText(HourLabel(hour)), ShownText(HourLabel(hour + 1)));
     };
     view->Model().supplyTip = [this](GridPlace place) { return SupplyTip(place); };
     view->Model().runsDry = [this](GridPlace place) { return RunsDry(place); };
@@ -167,10 +165,10 @@ void ModelWindow::MakeGrids() {
 }
 
 QWidget* ModelWindow::Beside() {
-  constexpr int kColumns = 3;
+  constexpr int kStatColumns = 3;
   auto* side = new QWidget(centralWidget());
   QStringList heads;
-  for (int column = 0; column < kColumns; ++column)
+  for (int column = 0; column < kStatColumns; ++column)
     heads << Word("Stats." + std::to_string(column));
   Stats = new BarTable("Stats", Word("For.Stats"), heads, 1, side);
   auto* layout = new QVBoxLayout(side);
@@ -222,9 +220,7 @@ void ModelWindow::FillMenu(QMenu& menu, const char* name, const std::vector<std:
                            const std::function<void(const std::string& entry)>& chosen) {
   menu.clear();
   for (const std::string& entry : entries)
-    Named(menu.addAction(QString::fromStdString(entry), this,
-                         [chosen, entry] { chosen(entry); }),
-          name);
+    Named(menu.addAction(ShownText(entry), this, [chosen, entry] { chosen(entry); }), name);
 }
 
 void ModelWindow::OpenPopUp(const QRect& cell) {
@@ -274,8 +270,8 @@ void ModelWindow::ChooseFile() {
 // --- what the library gives ---
 
 int ModelWindow::SelectedHour() const {
-  const int hour = Editor().skeleton ? Editor().ModelSquelettePlace.column
-                                     : Editor().ModelsPlace.column - 1;
+  const int hour =
+      Editor().skeleton ? Editor().ModelSquelettePlace.column : Editor().ModelsPlace.column - 1;
   return std::clamp(hour, 0, kHoursOfDay - 1);
 }
 
@@ -293,11 +289,9 @@ ModelWindow::Wish ModelWindow::WishOf(GridPlace place) const {
 QString ModelWindow::SupplyTip(GridPlace place) const {
   const Wish wish = WishOf(place);
   if (wish.genre.empty() || !Editor().supply || Editor().JourSemaine == 0) return {};
-  const GenreSupply::Hour given =
-      Editor().supply->At(wish.genre, Editor().JourSemaine, wish.hour);
+  const GenreSupply::Hour given = Editor().supply->At(wish.genre, Editor().JourSemaine, wish.hour);
   return Word("SupplyTip")
-      .arg(QString::fromStdString(wish.genre), QString::number(given.titles),
-           QString::number(std::lround(static_cast<double>(given.lengthMs) / kMsOfMinute)));
+      .arg(ShownText(wish.genre), QString::number(given.titles), QString::number(given.Minutes()));
 }
 
 bool ModelWindow::RunsDry(GridPlace place) const {
@@ -319,7 +313,7 @@ void ModelWindow::BeginForecast() {
 
 void ModelWindow::FollowForecast() {
   const DayForecast& forecast = *sources_.forecast;
-  outlook_->ShowState(forecast.Now(), QString::fromStdString(forecast.Fault()));
+  outlook_->ShowState(forecast.Now(), ShownText(forecast.Fault()));
   if (forecast.Now() == DayForecast::State::kRunning) return;
   poll_.stop();
   if (forecast.Now() == DayForecast::State::kDone)
@@ -339,7 +333,7 @@ void ModelWindow::ArrangeParts(double unit) {
 
 void ModelWindow::ShowAll() {
   const ModelEditor& editor = Editor();
-  setWindowTitle(QString::fromStdString(editor.Caption));
+  setWindowTitle(ShownText(editor.Caption));
   for (int day = 1; day <= kDaysOfWeek; ++day)
     JourSemaine[static_cast<size_t>(day - 1)]->setChecked(day == editor.JourSemaine);
   Models_->setVisible(!editor.skeleton);
@@ -359,10 +353,8 @@ void ModelWindow::ShowStats() {
     most = std::max(most, ValInt(line.count));
   std::vector<BarRow> counts;
   for (const ModelEditor::GenreCount& line : Editor().Stats)
-    counts.push_back({{QString::fromStdString(line.genre), QString::fromStdString(line.count),
-                       QString::fromStdString(line.positions)},
-                      static_cast<double>(ValInt(line.count)) / most,
-                      false});
+    counts.push_back({{ShownText(line.genre), ShownText(line.count), ShownText(line.positions)},
+                      static_cast<double>(ValInt(line.count)) / most});
   Stats->ShowRows(counts);
   Stats->ShowColumn(kPositions, Editor().skeleton);
 }

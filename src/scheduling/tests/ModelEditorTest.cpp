@@ -44,8 +44,6 @@ TEST_F(ModelEditorTest, AnEmptyTableGivesHeadingAndTotalOnly) {
   EXPECT_EQ(Models().Cell(0, 24), "23h");
   EXPECT_EQ(Models().Cell(1, 0), "Total %");
   EXPECT_EQ(Models().Cell(1, 24), "0 %");
-  EXPECT_EQ(HourLongLabel(7), " de 07h à 08h");
-  EXPECT_EQ(HourLongLabel(23), " de 23h à 24h");
 }
 
 TEST_F(ModelEditorTest, ADayIsLoadedInTheOrderOfItsRowsWithTotalsThatMayPass100) {

@@ -11,11 +11,11 @@ namespace zemo {
 namespace {
 
 using test::kAlways;
-using test::kSaturday;
 using test::RequestStation;
 using test::TitleCard;
 using test::WatchedStation;
 using Names = std::vector<std::string>;
+using test::kSaturday;
 
 class ModelScreenTest : public testing::Test {
  protected:

@@ -1,8 +1,7 @@
-#include "scheduling/PlannedDay.h"
-
 #include <gtest/gtest.h>
 
 #include "scheduling/ModelScreen.h"
+#include "scheduling/PlannedDay.h"
 #include "scheduling/tests/RequestFixture.h"
 
 namespace zemo {
@@ -41,9 +40,9 @@ TEST_F(PlannedDayTest, ThePlanPutsTheUnsavedGridIntoTheNextSuchDay) {
     values += hour == 23 ? ", 15" : ", 40";
   }
   EXPECT_EQ(plan.script,
-            "+0 set Squelette 0\n+0 sql DELETE FROM Models WHERE JOUR = 6\n"
+            "+0 set Squelette 0\n+0 sql DELETE FROM Models WHERE JOUR IN (6)\n"
             "+0 sql INSERT INTO Models(JOUR, GENRE" +
-                hours + ") VALUES(6, 'L''ETE'" + values + ")\n+0 start\n");
+                hours + ") VALUES (6, 'L''ETE'" + values + ")\n+0 start\n");
   Models::JourSemaine_Click(s.station, 7);
   EXPECT_EQ(s.Events("message").size(), 1U);
   s.messages.AnswerNext(Answer::kNo);
@@ -56,9 +55,10 @@ TEST_F(PlannedDayTest, ASkeletonsPlanHasItsPositions) {
   s.Position(6, 0, "POP");
   Models::MnuModel_Click(s.station);
   const std::string script = PlanOf(Editor(), s.station.Now()).script;
-  EXPECT_NE(script.find("+0 set Squelette -1\n+0 sql DELETE FROM ModelSquelette WHERE JOUR = 6\n"),
-            std::string::npos);
-  EXPECT_NE(script.find("VALUES(6, 'POP', '', ''"), std::string::npos) << script;
+  EXPECT_NE(
+      script.find("+0 set Squelette -1\n+0 sql DELETE FROM ModelSquelette WHERE JOUR IN (6)\n"),
+      std::string::npos);
+  EXPECT_NE(script.find("VALUES (6, 'POP', '', ''"), std::string::npos) << script;
 }
 
 // 10 h: POP 60, ROCK 20; 11 h: POP 50 alone. So POP is to have (75 + 100) / 2, ROCK 25 / 2.

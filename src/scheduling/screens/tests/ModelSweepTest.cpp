@@ -1,5 +1,5 @@
-// The window of the models in four languages and three sizes. Pictures are kept for a person to look
-// at.
+// The window of the models in four languages and three sizes. Pictures are kept for a person to
+// look at.
 #include <QApplication>
 
 #include "scheduling/screens/tests/ModelWindowFixture.h"
@@ -37,8 +37,8 @@ class ModelSweep : public ModelWindowTest, public testing::WithParamInterface<in
       Window().resize(size.width, size.height);
       QApplication::processEvents();
       ASSERT_EQ(Window().size(), QSize(size.width, size.height));
-      const std::string where = "models-" + kind + "-" + kLanguageNames[GetParam()] + "-" +
-                                std::to_string(size.width);
+      const std::string where =
+          "models-" + kind + "-" + kLanguageNames[GetParam()] + "-" + std::to_string(size.width);
       CheckWindow(Window(), where);
       KeepPicture(Window(), where);
     }

@@ -1,5 +1,5 @@
-// A station with a library and models, and their window over it: QTest gives the keys and the mouse.
-// It is Saturday, 21 November 2026.
+// A station with a library and models, and their window over it: QTest gives the keys and the
+// mouse. It is Saturday, 21 November 2026.
 #pragma once
 
 #include <QMenu>
