@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kDayMinutes = 24 * 60, kHourMinutes = 60;
 constexpr int64_t kMinuteMs = 60000;
-constexpr int kWeek = 7;  // days
+constexpr int kWeek = 7;                                     // days
 constexpr int kMonthDays = 31, kYearDays = 12 * kMonthDays;  // every day of every month
 constexpr int kPageRows = 20;
 // A slice, in crosses and cells; a campaign costs some of them whatever it holds. 2 ms on the
