@@ -21,7 +21,7 @@ class RowView;
 // Thread: the logic's.
 class GenreSupply {
  public:
-  static constexpr int kSliceRows = 3000;
+  static constexpr int kSliceRows = 1000;
 
   struct Hour {
     int titles = 0;

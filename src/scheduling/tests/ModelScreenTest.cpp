@@ -294,14 +294,14 @@ TEST_F(ModelScreenTest, TheSupplyOfAnHourIsTheTitlesThatTheirCardsLetPlayThen) {
 // A slice and two cards; the loop turns in between, and a closing ends it.
 TEST_F(ModelScreenTest, TheLibraryIsReadInSlicesThatAClosingEnds) {
   s.Native(
-      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3002) INSERT INTO "
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1002) INSERT INTO "
       "Discotheque(GENRE, DUREE) SELECT 'POP', 1000 FROM n");
   WatchedStation w(s);
   int yields = 0;
   w.loop.onYield = [&] { ++yields; };
   Models::MnuModel_Click(w.station);
   EXPECT_EQ(yields, 1);
-  EXPECT_EQ(w.station.modelEditor.Stats[0].count, "3002");
+  EXPECT_EQ(w.station.modelEditor.Stats[0].count, "1002");
   Models::Form_Unload(w.station);
   w.loop.onYield = [&] { Models::Form_Unload(w.station); };
   Models::MnuModel_Click(w.station);
