@@ -22,6 +22,7 @@
 #include "store/Schema.h"
 #include "store/SoundMeasuresTable.h"
 #include "ui/CalendarWindow.h"
+#include "voicetrack/VoiceTrackTexts.h"
 
 namespace zemo::test {
 namespace {
@@ -85,6 +86,16 @@ TEST(Glossary, TellsEveryControlOfTheReportScreen) {
       present.insert(name.substr(0, name.find('.')));
   }
   ExpectSame("Report screen", Glossary()["Report screen"], present);
+}
+
+TEST(Glossary, TellsEveryControlOfTheVoiceTrackEditor) {
+  Names present = Controls("voicetrack/VoiceTrackEditor.h", "VoiceTrackEditor");
+  for (const Word& caption : VoiceTrackCaptions()) {
+    const std::string name = caption.name;
+    if (name != "title" && !name.starts_with("For."))
+      present.insert(name.substr(0, name.find('.')));
+  }
+  ExpectSame("Voice track editor", Glossary()["Voice track editor"], present);
 }
 
 struct NoForecast : ForecastSource {
