@@ -50,6 +50,7 @@ OfficeDesk::OfficeDesk(Station& givenStation)
   screens_.push_back(CampaignScreenOf(*this));
   screens_.push_back(ModelsScreenOf(*this));
   screens_.push_back(SettingsScreenOf(*this));
+  screens_.push_back(VoiceTrackScreenOf(*this));
   screens_.push_back(SelectorScreenOf(*this));
 }
 

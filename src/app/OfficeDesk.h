@@ -16,6 +16,7 @@
 #include "platform/sim/SimDevices.h"
 #include "reports/ReportEditor.h"
 #include "traffic/CampaignEditor.h"
+#include "voicetrack/VoiceTrackEditor.h"
 
 namespace zemo {
 
@@ -29,6 +30,7 @@ class OfficeDesk {
 
   // --- the orders ---
   void Open(const std::string& screen);
+  void OpenVoiceTrack(int row);  // of PL, from 1
   void Close(const std::string& screen);
   void Show(const std::string& screen);  // an event `screen`
   // CONTROL, CONTROL.ELEMENT or GRID.ROW.COLUMN, of the screen opened last that has it.
@@ -61,6 +63,7 @@ class OfficeDesk {
   LibraryEditor library;
   ReportEditor report;
   CampaignEditor campaigns;
+  VoiceTrackEditor voiceTrack;
   SoundFileSelector selector;
   SimDevices devices;  // of the settings
   XlsxWriter spreadsheets;
@@ -100,6 +103,7 @@ OfficeScreen ReportScreenOf(OfficeDesk& desk);
 OfficeScreen SettingsScreenOf(OfficeDesk& desk);
 OfficeScreen CampaignScreenOf(OfficeDesk& desk);
 OfficeScreen ModelsScreenOf(OfficeDesk& desk);
+OfficeScreen VoiceTrackScreenOf(OfficeDesk& desk);
 OfficeScreen SelectorScreenOf(OfficeDesk& desk);
 
 }  // namespace zemo

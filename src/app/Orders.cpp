@@ -71,11 +71,13 @@ const Order kOrders[] = {
     {"answer yes|no|ok|cancel", "the answer to the next message", AnswerNext},
 
     // --- the screens of the office ---
+    {"open voicetrack ROW", "opens the voice track editor on a row of the list",
+     [](Sim& s, const It& it) { s.desk.OpenVoiceTrack(it.Number(0)); }},
     {"open campaigns|library|models|report|settings", "opens a screen, as its menu entry does",
      [](Sim& s, const It& it) { s.desk.Open(it.arguments[0]); }},
-    {"close campaigns|library|models|report|settings", "closes it, with all that its closing does",
+    {"close campaigns|library|models|report|settings|voicetrack", "closes it, with all that its closing does",
      [](Sim& s, const It& it) { s.desk.Close(it.arguments[0]); }},
-    {"show campaigns|library|models|report|settings|selector", "an event `screen` with all that a screen shows",
+    {"show campaigns|library|models|report|settings|selector|voicetrack", "an event `screen` with all that a screen shows",
      [](Sim& s, const It& it) { s.desk.Show(it.arguments[0]); }},
     {"put CONTROL VALUE",
      "gives a control a value, an element of a group (`NAME.1`) or a cell of a grid (`NAME.ROW.COLUMN`)",

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/files/StoredPaths.h"
 
 namespace zemo {
@@ -39,6 +40,9 @@ SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
       lengths(*opener, *soundFiles),
       sound(*opener),
       prelisten(loop, loop, *opener),
+      recorder(loop, loop),
+      preview(*opener),
+      levelTool(std::make_unique<SoundFileOpener>()),
       system(loop),
       station(Platform{.clock = loop,
                        .loop = loop,
@@ -55,10 +59,14 @@ SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
                        .serial = automaton,
                        .joystick = joystick,
                        .baseUse = baseLock ? &*baseLock : nullptr,
-                       .prelisten = &prelisten}),
+                       .prelisten = &prelisten,
+                       .recorder = &recorder,
+                       .preview = &preview,
+                       .levelTool = &levelTool}),
       desk(station),
       stationPath_(folders.copiedFrom.empty() ? stationFolder.Path() : folders.copiedFrom) {
   loop.SetSound(&sound);
+  loop.SetPreview(&preview.Sound());
   prelisten.told = [this](const char* state, const std::string& file, int device) {
     station.events.Prelisten(state, file, device);
   };

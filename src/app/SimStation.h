@@ -9,12 +9,15 @@
 #include "app/OfficeDesk.h"
 #include "app/PrivateCopy.h"
 #include "platform/LocalValues.h"
+#include "platform/real/analysis/RealLevelTool.h"
 #include "platform/real/files/BaseLock.h"
 #include "platform/real/files/KnownLengths.h"
 #include "platform/real/files/LocalFolder.h"
 #include "platform/sim/SimDesktop.h"
 #include "platform/sim/SimLoop.h"
 #include "platform/sim/SimPrelisten.h"
+#include "platform/sim/SimPreview.h"
+#include "platform/sim/SimRecorder.h"
 #include "platform/sim/SimSoundChain.h"
 #include "platform/sim/SimWires.h"
 #include "station/Station.h"
@@ -53,6 +56,9 @@ class SimStation {
   SoundFileLengths lengths;
   SimSoundChain sound;
   SimPrelisten prelisten;
+  SimRecorder recorder;
+  SimPreview preview;
+  RealLevelTool levelTool;
   SimClipboard clipboard;
   SimMessageBoxes messages;
   SimKeyboard keyboard;

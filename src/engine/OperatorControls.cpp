@@ -18,6 +18,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/SeekCode.h"
+#include "voicetrack/VoiceTrackScreen.h"
 
 namespace zemo {
 
@@ -291,6 +292,11 @@ void OnAir::PL_KeyDelete(Station& station, int row) {
   if (recordGone) order.Forget(key);
   if (const int now = station.PL.RowOfKey(key); now > 0) station.PL.Remove(now);
   RefreshPlanTimes(station);
+}
+
+void OnAir::BntVoiceTrack_Click(Station& station, VoiceTrackEditor& editor, int row) {
+  RecordActivity(station);
+  VoiceTracks::Open(station, editor, row);
 }
 
 void OnAir::PL_RightClick(Station& station, int row) {

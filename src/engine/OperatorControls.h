@@ -13,6 +13,7 @@
 namespace zemo {
 
 struct Station;
+struct VoiceTrackEditor;
 
 enum class Toolbar { kAutomatic = 1, kLive = 2, kDayGrid = 3, kStart = 5, kStop = 6 };
 
@@ -47,6 +48,8 @@ void PL_DragDrop(Station& station, int fromRow, int toRow);
 bool DeletingAsks(const Station& station, int row);  // a voice track's row
 void PL_KeyDelete(Station& station, int row);        // the Delete key
 void PL_RightClick(Station& station, int row);
+// Opens the voice track editor there.
+void BntVoiceTrack_Click(Station& station, VoiceTrackEditor& editor, int row);
 
 }  // namespace OnAir
 

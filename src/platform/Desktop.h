@@ -66,6 +66,10 @@ class System {
   virtual void SetDate(
       const LocalDateTime& moment) = 0;  // writes the date; the time of day runs on
   virtual ScreenSize Screen() const = 0;
+  // Begins another program and does not wait for it: a path or a name, and one argument to it or
+  // none. False: it cannot be begun.
+  virtual bool Run(const std::string& program, const std::string& argument) = 0;
+  virtual bool RunMixer() = 0;  // the machine's own mixer; false: it has none
 };
 
 }  // namespace zemo

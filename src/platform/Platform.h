@@ -10,9 +10,12 @@ class EventLoop;
 class Folder;
 class Joystick;
 class Keyboard;
+class LevelTool;
 class LocalValues;
 class MessageBoxes;
 class Prelisten;
+class PreviewChain;
+class Recorder;
 class SerialPort;
 class SoundChain;
 class SoundFiles;
@@ -37,6 +40,10 @@ struct Platform {
   Joystick& joystick;
   BaseUse* baseUse = nullptr;      // null: nobody else works on the station's base
   Prelisten* prelisten = nullptr;  // null: nothing can be heard ahead
+  // Of the voice tracks; null: this program records none, hears no join, changes no level.
+  Recorder* recorder = nullptr;
+  PreviewChain* preview = nullptr;
+  LevelTool* levelTool = nullptr;
 };
 
 }  // namespace zemo

@@ -163,6 +163,21 @@ void EngineEvents::Prelisten(const char* state, const std::string& file, int dev
   Send({"prelisten", {{"state", std::string(state)}, {"file", file}, {"device", int64_t{device}}}});
 }
 
+void EngineEvents::Preview(const char* state, const JoinSlot& slot, std::optional<int> fadeMs) {
+  Event event{"preview",
+              {{"state", std::string(state)},
+               {"slot", Int(slot.slot)},
+               {"file", slot.file},
+               {"position_ms", Int(slot.position_ms)},
+               {"volume", Int(slot.volume)}}};
+  if (fadeMs) event.members.emplace_back("ms", Int(*fadeMs));
+  Send(std::move(event));
+}
+
+void EngineEvents::Record(const char* state, const std::string& file, int64_t ms) {
+  Send({"record", {{"state", std::string(state)}, {"file", file}, {"ms", Int(ms)}}});
+}
+
 void EngineEvents::Error(const std::string& where, int number, const std::string& text) {
   Send({"error", {{"where", where}, {"number", Int(number)}, {"text", text}}});
 }

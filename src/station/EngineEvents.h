@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -90,6 +91,15 @@ class EngineEvents {
   }
   void Print(const std::string& title, Rows pages);  // pages of lines
   void Prelisten(const char* state, const std::string& file, int device);
+  // A slot in the join of a voice track: start, fade, volume, end.
+  struct JoinSlot {
+    int slot = 0;
+    std::string file;
+    int32_t position_ms = 0;
+    int volume = 0;
+  };
+  void Preview(const char* state, const JoinSlot& slot, std::optional<int> fadeMs = {});
+  void Record(const char* state, const std::string& file, int64_t ms);  // start, stop
   // A screen of the office; built by app/OfficeScreen.
   void Screen(Event event) { Send(std::move(event)); }
   // The whole state; built by engine/StateDump.

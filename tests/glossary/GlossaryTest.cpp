@@ -25,6 +25,7 @@
 #include "traffic/screens/AffidavitWindow.h"
 #include "traffic/screens/CampaignWindow.h"
 #include "ui/CalendarWindow.h"
+#include "voicetrack/VoiceTrackTexts.h"
 
 namespace zemo::test {
 namespace {
@@ -69,6 +70,16 @@ TEST(Glossary, TellsEveryColumnOfEveryTable) {
   }
   for (const auto& [section, names] : sections)
     EXPECT_TRUE(!section.starts_with("Table ") || tables.contains(section)) << section;
+}
+
+TEST(Glossary, TellsEveryControlOfTheVoiceTrackEditor) {
+  Names present = Controls("voicetrack/VoiceTrackEditor.h", "VoiceTrackEditor");
+  for (const Word& caption : VoiceTrackCaptions()) {
+    const std::string name = caption.name;
+    if (name != "title" && !name.starts_with("For."))
+      present.insert(name.substr(0, name.find('.')));
+  }
+  ExpectSame("Voice track editor", Glossary()["Voice track editor"], present);
 }
 
 struct NoForecast : ForecastSource {

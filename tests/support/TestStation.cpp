@@ -150,6 +150,8 @@ TestStation::TestStation(const std::string& begin, const std::string& sharedFold
     : loop(ParseMoment(begin)),
       sound(opener),
       prelisten(loop, loop, opener),
+      recorder(loop, loop),
+      preview(opener),
       stationFolder(sharedFolder.empty() ? stationDir.Path() : sharedFolder),
       machineFolder(machineDir.Path()),
       soundFiles(machineFolder),
@@ -170,8 +172,11 @@ TestStation::TestStation(const std::string& begin, const std::string& sharedFold
                        .system = system,
                        .serial = automaton,
                        .joystick = joystick,
-                       .prelisten = &prelisten}) {
+                       .prelisten = &prelisten,
+                       .recorder = &recorder,
+                       .preview = &preview}) {
   loop.SetSound(&sound);
+  loop.SetPreview(&preview.Sound());
   station.events.SetSink(this);
   clipboard.changed = [this](const std::string& text) { station.events.Clipboard(text); };
   system.ordered = [this](const char* action, const std::string& value) {

@@ -20,6 +20,8 @@
 #include "platform/sim/SimDesktop.h"
 #include "platform/sim/SimLoop.h"
 #include "platform/sim/SimPrelisten.h"
+#include "platform/sim/SimPreview.h"
+#include "platform/sim/SimRecorder.h"
 #include "platform/sim/SimSoundChain.h"
 #include "platform/sim/SimWires.h"
 #include "station/Station.h"
@@ -204,6 +206,8 @@ class TestStation : private EventSink {
   SimLoop loop;
   SimSoundChain sound;
   SimPrelisten prelisten;
+  SimRecorder recorder;
+  SimPreview preview;
   FaultyFolder stationFolder, machineFolder;
   StoredPaths soundFiles;
   SoundFileLengths lengths;

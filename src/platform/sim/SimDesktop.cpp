@@ -76,4 +76,10 @@ void SimSystem::SetDate(const LocalDateTime& moment) {
   if (ordered) ordered("date", text);
 }
 
+bool SimSystem::Run(const std::string& program, const std::string& argument) {
+  if (ordered)
+    ordered("run", argument.empty() ? program : "\"" + program + "\" \"" + argument + "\"");
+  return true;
+}
+
 }  // namespace zemo

@@ -63,6 +63,8 @@ class SimSystem : public System {
   }
   void SetDate(const LocalDateTime& moment) override;
   ScreenSize Screen() const override { return screen; }
+  bool Run(const std::string& program, const std::string& argument) override;
+  bool RunMixer() override { return Run("mixer", ""); }
 
  private:
   SimLoop& loop_;

@@ -117,6 +117,7 @@ void SimLoop::At(int64_t virtualMs, std::function<void()> order) {
 
 int64_t SimLoop::NextDue() const {
   int64_t due = sound_ ? sound_->NextDueMs() : SimMover::kNever;
+  if (preview_) due = std::min(due, preview_->NextDueMs());
   if (!orders_.empty()) due = std::min(due, orders_.begin()->first);
   for (const Timer* timer : timers_)
     if (timer->enabled) due = std::min(due, timer->dueMs);
@@ -126,7 +127,12 @@ int64_t SimLoop::NextDue() const {
 void SimLoop::MoveTo(int64_t virtualMs) {
   if (virtualMs > endMs_) virtualMs = endMs_;
   if (virtualMs > nowMs_) nowMs_ = virtualMs;
+  AdvanceSound();
+}
+
+void SimLoop::AdvanceSound() {
   if (sound_) sound_->AdvanceTo(nowMs_);
+  if (preview_) preview_->AdvanceTo(nowMs_);
 }
 
 bool SimLoop::ServeOneOrder() {
@@ -152,7 +158,7 @@ bool SimLoop::ServeOneTimer() {
 }
 
 void SimLoop::ServeDue() {
-  if (sound_) sound_->AdvanceTo(nowMs_);
+  AdvanceSound();
   while (ServeOneOrder() || ServeOneTimer()) {
   }
 }

@@ -42,8 +42,9 @@ class SimLoop : public EventLoop, public Clock {
   uint64_t EventsServed() const override { return served_; }
 
   // --- the simulation's side ---
-  void SetSound(SimMover* sound) { sound_ = sound; }        // not owned
-  void At(int64_t virtualMs, std::function<void()> order);  // an order at that moment
+  void SetSound(SimMover* sound) { sound_ = sound; }          // the air's; not owned
+  void SetPreview(SimMover* preview) { preview_ = preview; }  // beside it; not owned
+  void At(int64_t virtualMs, std::function<void()> order);    // an order at that moment
   // Serves everything due up to and at that moment. False when the moment was reached inside a
   // routine that still waited (it was left by SimulationEnd).
   bool RunUntil(int64_t virtualMs);
@@ -54,6 +55,7 @@ class SimLoop : public EventLoop, public Clock {
   struct Timer;
   int64_t NextDue() const;
   void MoveTo(int64_t virtualMs);  // clock and sound
+  void AdvanceSound();
   void ServeDue();
   bool ServeOneOrder();
   bool ServeOneTimer();
@@ -64,6 +66,7 @@ class SimLoop : public EventLoop, public Clock {
   int64_t endMs_ = SimMover::kNever;
   uint64_t served_ = 0;
   SimMover* sound_ = nullptr;
+  SimMover* preview_ = nullptr;
   std::multimap<int64_t, std::function<void()>> orders_;
   std::list<Timer*> timers_;
   mutable int64_t zoneBlock_ = -1;  // quarter hour of UTC for which zoneOffsetMs_ holds

@@ -94,6 +94,8 @@ struct NoDesktop : Clipboard, MessageBoxes, Keyboard, System {
   void Shutdown() override {}
   void SetDate(const LocalDateTime&) override {}
   ScreenSize Screen() const override { return {}; }
+  bool Run(const std::string&, const std::string&) override { return false; }
+  bool RunMixer() override { return false; }
 };
 
 // Every port can be opened unless it fails; nothing ever comes in.

@@ -6,6 +6,8 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <QProcess>
+#include <QStandardPaths>
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -69,6 +71,19 @@ void RealSystem::SetDate(const LocalDateTime& moment) {
   now.tv_sec = mktime(&local);
   if (now.tv_sec == static_cast<time_t>(-1) || clock_settime(CLOCK_REALTIME, &now) != 0)
     throw std::runtime_error(std::string("the date cannot be set: ") + std::strerror(errno));
+}
+
+bool RealSystem::Run(const std::string& program, const std::string& argument) {
+  QStringList arguments;
+  if (!argument.empty()) arguments << QString::fromStdString(argument);
+  return QProcess::startDetached(QString::fromStdString(program), arguments);
+}
+
+bool RealSystem::RunMixer() {
+  const auto is = [](const char* name) { return !QStandardPaths::findExecutable(name).isEmpty(); };
+  if (is("pavucontrol")) return QProcess::startDetached("pavucontrol", {});
+  return is("alsamixer") && is("x-terminal-emulator") &&
+         QProcess::startDetached("x-terminal-emulator", {"-e", "alsamixer"});
 }
 
 }  // namespace zemo

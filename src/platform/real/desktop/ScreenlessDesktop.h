@@ -32,7 +32,8 @@ class ScreenlessKeyboard : public Keyboard {
   bool MainScreenActive() const override { return false; }
 };
 
-// Orders to the machine itself. Both throw std::runtime_error with one line when they are refused.
+// Orders to the machine itself. Shutdown and SetDate throw std::runtime_error with one line when
+// they are refused.
 class RealSystem : public System {
  public:
   // `shutdown` is the command that shuts the machine down, with its arguments.
@@ -40,6 +41,8 @@ class RealSystem : public System {
   void Shutdown() override;
   void SetDate(const LocalDateTime& moment) override;
   ScreenSize Screen() const override { return {}; }
+  bool Run(const std::string& program, const std::string& argument) override;
+  bool RunMixer() override;
 
  private:
   std::vector<std::string> shutdown_;

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <filesystem>
 #include <stdexcept>
+#include <thread>
 
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/desktop/ScreenlessDesktop.h"
@@ -45,6 +48,15 @@ TEST(RealSystem, AShutdownCommandThatIsMissingIsAnErrorThatNamesIt) {
   } catch (const std::runtime_error& error) {
     EXPECT_NE(std::string(error.what()).find("no-such-command-anywhere"), std::string::npos);
   }
+}
+
+TEST(RealSystem, AProgramIsRunWithItsArgumentAndOneThatIsMissingIsTold) {
+  const std::string file = testing::TempDir() + "run by " + std::to_string(getpid());
+  ASSERT_TRUE(RealSystem().Run("touch", file));
+  for (int turn = 0; turn < 1000 && !std::filesystem::exists(file); ++turn)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_TRUE(std::filesystem::remove(file));
+  EXPECT_FALSE(RealSystem().Run("no-such-command-anywhere", ""));
 }
 
 TEST(RealSystem, HasNoScreen) {

@@ -1,0 +1,185 @@
+// The voice track editor as a script drives it.
+#include <limits>
+#include <utility>
+
+#include "app/OfficeDesk.h"
+#include "app/Orders.h"
+#include "engine/OperatorControls.h"
+#include "library/LibraryTexts.h"
+#include "station/Station.h"
+#include "voicetrack/VoiceTrackScreen.h"
+#include "voicetrack/VoiceTrackTexts.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int32_t kMostMs = std::numeric_limits<int32_t>::max();
+constexpr int32_t kMostDevice = 255, kMostPreRollSec = 600;
+constexpr int32_t kLeastLufs = -40, kMostLufs = -5;
+
+// Puts the controls of the screen together.
+class VoiceTrackTable {
+ public:
+  explicit VoiceTrackTable(OfficeDesk& desk)
+      : desk_(desk), station_(desk.station), editor_(desk.voiceTrack) {}
+
+  OfficeScreen Made() {
+    screen_.name = "voicetrack";
+    screen_.title = CaptionOf("title");
+    screen_.open = [] { throw OrderError("the voice track editor is opened on a row"); };
+    screen_.isOpen = [&editor = editor_] { return editor.open; };
+    screen_.close = [&station = station_, &editor = editor_] {
+      VoiceTracks::Form_Unload(station, editor);
+    };
+    AddNeighbours();
+    AddTrack();
+    AddPlace();
+    AddJoin();
+    AddMachine();
+    return std::move(screen_);
+  }
+
+ private:
+  std::function<std::string()> CaptionOf(std::string name) const {
+    return [&station = station_, name = std::move(name)] {
+      return Caption(VoiceTrackCaptions(), name,
+                     static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+    };
+  }
+  OfficeControl& Add(OfficeControl control) {
+    return screen_.controls.emplace_back(std::move(control));
+  }
+  OfficeControl& AddLabel(const char* name, const std::string& text) {
+    return Add(Label(name, [&text] { return text; }));
+  }
+  OfficeControl& AddLabel(const char* name, const int32_t& number) {
+    return Add(Label(name, [&number] { return std::to_string(number); }));
+  }
+  template <typename Routine>
+  OfficeControl& AddButton(const char* name, Routine routine) {
+    return Add(Button(name, CaptionOf(name), [&station = station_, &editor = editor_, routine] {
+      routine(station, editor);
+    }));
+  }
+  // One that is off at times.
+  template <typename Routine>
+  void AddButton(const char* name, const bool& enabled, Routine routine) {
+    AddButton(name, routine).on = [&enabled] { return enabled; };
+  }
+
+  void AddNeighbours();
+  void AddTrack();
+  void AddPlace();
+  void AddBoxes();
+  void AddJoin();
+  void AddMachine();
+
+  OfficeDesk& desk_;
+  Station& station_;
+  VoiceTrackEditor& editor_;
+  OfficeScreen screen_;
+};
+
+void VoiceTrackTable::AddNeighbours() {
+  AddLabel("FileAvant", editor_.FileAvant);
+  AddLabel("Avant", editor_.Avant);
+  AddLabel("PS1", editor_.PS1);
+  AddLabel("InfoPS", editor_.InfoPS);
+  AddLabel("FileApres", editor_.FileApres);
+  AddLabel("Apres", editor_.Apres);
+  AddLabel("Intro", editor_.Intro);
+  AddLabel("LblIntro", editor_.LblIntro);
+  AddLabel("Diffusion", editor_.Diffusion);
+}
+
+void VoiceTrackTable::AddTrack() {
+  AddLabel("FileVoiceTrack", editor_.FileVoiceTrack);
+  AddLabel("LblCodeVT", editor_.LblCodeVT);
+  AddLabel("LblTimeVT", editor_.LblTimeVT);
+  AddButton("BtnRecord", editor_.BtnRecordEnabled, VoiceTracks::BtnRecord_Click);
+  AddButton("BtnStop", editor_.BtnStopEnabled, VoiceTracks::BtnStop_Click);
+  AddButton("BtnPlay1", editor_.BtnPlay1Enabled, VoiceTracks::BtnPlay1_Click);
+  AddButton("BntLoadVT", editor_.BntLoadVTEnabled,
+            [&desk = desk_](Station& station, VoiceTrackEditor& editor) {
+              if (const auto path = desk.PickPath())
+                VoiceTracks::BntLoadVT_Click(station, editor, *path);
+            });
+  AddButton("BtnEditVT", editor_.BtnEditVTEnabled, VoiceTracks::BtnEditVT_Click);
+  AddButton("BtnNormalize", editor_.BtnNormalizeEnabled, VoiceTracks::BtnNormalize_Click);
+  AddButton("BtnUndoNormalize", editor_.BtnUndoNormalizeEnabled,
+            VoiceTracks::BtnUndoNormalize_Click);
+  Add(Label("Gauge", [] { return std::string(); })).on = [&editor = editor_] {
+    return editor.GaugeVisible;
+  };
+}
+
+void VoiceTrackTable::AddPlace() {
+  const auto cut = [&editor = editor_] { return editor.CheckCut; };
+  AddLabel("LblPositionVT", editor_.LblPositionVT).put = [&editor = editor_](
+                                                             int, const std::string& text) {
+    VoiceTracks::LblPositionVT_Change(editor, NumberBetween(text, 0, kMostMs));
+  };
+  OfficeControl& exit = Add(Slider("PointSortie", editor_.PointSortie, 0, kMostMs));
+  exit.on = cut;
+  exit.put = [&editor = editor_](int, const std::string& text) {
+    VoiceTracks::PointSortie_Change(editor, NumberBetween(text, 0, kMostMs));
+  };
+  AddLabel("LblPS", editor_.LblPS).on = cut;
+  AddBoxes();
+  AddButton("CmdVTToIntro", VoiceTracks::CmdVTToIntro_Click).on = [&editor = editor_] {
+    return !editor.CheckCut;
+  };
+  AddButton("BtnSave", VoiceTracks::BtnSave_Click);
+}
+
+void VoiceTrackTable::AddBoxes() {
+  const auto box = [&](const char* name, bool& ticked, auto click) -> OfficeControl& {
+    OfficeControl& control = Add(CheckBox(name, ticked));
+    control.put = [click](int, const std::string& text) { click(OnOrOff(text)); };
+    control.press = [click, &ticked](int, bool) { click(!ticked); };
+    return control;
+  };
+  box("CheckCut", editor_.CheckCut,
+      [&editor = editor_](bool ticked) { VoiceTracks::CheckCut_Click(editor, ticked); });
+  box("CheckTest", editor_.CheckTest, [&station = station_, &editor = editor_](bool ticked) {
+    VoiceTracks::CheckTest_Click(station, editor, ticked);
+  }).on = [&editor = editor_] { return editor.CheckTestEnabled; };
+}
+
+void VoiceTrackTable::AddJoin() {
+  AddButton("BtnPplay2", VoiceTracks::BtnPplay2_Click);
+  AddButton("BtnStop2", VoiceTracks::BtnStop2_Click);
+  AddLabel("PoAvant", editor_.PoAvant);
+  AddLabel("PoApres", editor_.PoApres);
+  AddLabel("PoVT", editor_.PoVT);
+}
+
+void VoiceTrackTable::AddMachine() {
+  Add(Slider("SpinPreRoll", editor_.SpinPreRoll, 0, kMostPreRollSec));
+  Add(Slider("LevelNormalize", editor_.LevelNormalize, kLeastLufs, kMostLufs));
+  Add(Slider("VoiceTrackInputID", editor_.VoiceTrackInputID, 0, kMostDevice));
+  Add(Slider("VoiceTrackOututID", editor_.VoiceTrackOututID, 0, kMostDevice));
+  AddLabel("LblEditeur", editor_.LblEditeur);
+  AddButton("BtnChoseEditeur", [&desk = desk_](Station&, VoiceTrackEditor& editor) {
+    if (const auto path = desk.PickPath()) VoiceTracks::BtnChoseEditeur_Click(editor, *path);
+  });
+  AddButton("BtnTableMixage", [](Station& station, VoiceTrackEditor&) {
+    VoiceTracks::BtnTableMixage_Click(station);
+  });
+}
+
+}  // namespace
+
+OfficeScreen VoiceTrackScreenOf(OfficeDesk& desk) {
+  return VoiceTrackTable(desk).Made();
+}
+
+void OfficeDesk::OpenVoiceTrack(int row) {
+  if (row < 1 || row > station.PL.Count())
+    throw OrderError("there is no row " + std::to_string(row));
+  OnAir::BntVoiceTrack_Click(station, voiceTrack, row);
+  Settle();
+}
+
+}  // namespace zemo

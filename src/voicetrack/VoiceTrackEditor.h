@@ -1,0 +1,69 @@
+// The voice track editor without its window: what it shows, under the names of its controls. What
+// its controls do: voicetrack/VoiceTrackScreen.h.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/EventLoop.h"
+#include "platform/SoundChain.h"
+
+namespace zemo {
+
+// How far the join has come, by the preview's slots.
+struct JoinProgress {
+  static constexpr int kBefore = 0, kAfter = 1, kTrack = kOverlaySlot;
+
+  bool on = false;
+  bool beforeFaded = false, afterStarted = false, trackStarted = false;
+  bool trackEnded = false;                // and its neighbours have their volume again
+  std::array<std::string, kSlots> files;  // stored paths
+};
+
+// Thread: the logic's. Owner: the window, a script or a test; it outlives every routine that works
+// on it. Writers: the routines.
+struct VoiceTrackEditor {
+  bool open = false;
+
+  // --- the element before and the one after ---
+  std::string FileAvant, Avant, InfoPS;
+  int32_t PS1 = 0;  // exit point of the element before, ms
+  std::string FileApres, Apres, Intro, Diffusion;
+  int32_t LblIntro = 0;  // seconds
+
+  // --- the track ---
+  std::string FileVoiceTrack;  // stored path; empty: none yet
+  int32_t LblCodeVT = 0;       // CODE of VT
+  int32_t LblPositionVT = 0;   // ms of the element before at which it begins
+  std::string LblTimeVT;
+  int32_t PointSortie = 0;  // ms before its end; counts with CheckCut
+  std::string LblPS;
+  bool CheckCut = false, CheckTest = false;
+
+  // --- the join: what is left of the element before, positions of the two others ---
+  std::string PoAvant, PoApres, PoVT;
+
+  // --- kept for the machine ---
+  int32_t VoiceTrackInputID = 0, VoiceTrackOututID = 0;  // devices, from 0
+  int32_t LevelNormalize = 0;                            // LUFS
+  int32_t SpinPreRoll = 0;                               // seconds heard ahead of the join
+  std::string LblEditeur;                                // program for sound files
+
+  bool GaugeVisible = false;  // the level is being changed
+  bool BtnRecordEnabled = true, BtnStopEnabled = false, BtnPlay1Enabled = false,
+       BtnNormalizeEnabled = false, BtnEditVTEnabled = false, BntLoadVTEnabled = true,
+       CheckTestEnabled = false, BtnUndoNormalizeEnabled = false;
+  std::unique_ptr<LoopTimer> TimerVT;
+
+  int32_t beforeLengthMs = 0;
+  int32_t trackLengthMs = 0;  // slot 3
+  int64_t beforeKey = 0;      // of the element before in PL; 0: there is none
+  int64_t rowKey = 0;         // of the track's own row; 0: it has none yet
+  std::string untouchedFile;  // FileVoiceTrack before its level was changed; empty: it was not
+  JoinProgress join;
+  std::unique_ptr<SoundObserver> joinEvents;  // tells what the preview's slots do
+};
+
+}  // namespace zemo

@@ -1,0 +1,148 @@
+// Opening on a row of the list, and closing.
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "library/LibraryHandler.h"
+#include "platform/Desktop.h"
+#include "platform/LocalValues.h"
+#include "platform/PreviewChain.h"
+#include "platform/SoundLengths.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "station/TimeForms.h"
+#include "voicetrack/VoiceTrackParts.h"
+#include "voicetrack/VoiceTrackScreen.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int kDefaultLufs = -18;
+constexpr int kDefaultPreRollSec = 5;
+
+const OnAirRow* RowAt(const Station& station, int row) {
+  return row >= 1 && row <= station.PL.Count() ? &station.PL.Row(row) : nullptr;
+}
+
+void TakeBefore(Station& station, VoiceTrackEditor& editor, const OnAirRow* row) {
+  if (!row) return;
+  editor.beforeKey = row->key;
+  editor.FileAvant = row->file;
+  editor.Avant = TitleOf(*row);
+  editor.PS1 = static_cast<int32_t>(row->exitMs.value_or(0));
+  if (editor.PS1 == 0) editor.PS1 = static_cast<int32_t>(station.base.CnfInt(Cnf::kPmixDef));
+  editor.InfoPS = "PS = " + SecondsText(editor.PS1);
+  editor.beforeLengthMs = station.platform.lengths.LengthMs(row->file);
+}
+
+// The planned begin is that of the element after; at the list's end that of the track's place.
+void TakeAfter(VoiceTrackEditor& editor, const OnAirRow* row, const OnAirRow* before) {
+  std::optional<double> plannedMs;
+  if (before && before->plannedMs) plannedMs = *before->plannedMs + before->AirMs();
+  if (row) {
+    editor.FileApres = row->file;
+    editor.Apres = TitleOf(*row);
+    editor.LblIntro = static_cast<int32_t>(row->introSec.value_or(0));
+    editor.Intro = "Intro = " + std::to_string(editor.LblIntro);
+    plannedMs = row->plannedMs;
+  }
+  if (plannedMs) editor.Diffusion = "Broadcasting at " + PlannedTimeText(*plannedMs);
+}
+
+// False: the record is gone.
+bool TakeRecord(Station& station, VoiceTrackEditor& editor, int64_t code) {
+  const auto vt = station.base.Db().OpenRecordset("SELECT * From VT Where Code = ?", {code});
+  if (vt->Eof()) return false;
+  editor.LblCodeVT = static_cast<int32_t>(vt->Int("CODE"));
+  editor.FileVoiceTrack = Trim(vt->Text("FILENAME"));
+  editor.LblPositionVT = static_cast<int32_t>(vt->Int("START"));
+  editor.CheckCut = vt->Bool("CUT");
+  VoiceTracks::PointSortie_Change(editor, static_cast<int32_t>(vt->Int("POINTSORTIE")));
+  return true;
+}
+
+void AddRecord(Station& station, VoiceTrackEditor& editor) {
+  Database& db = station.base.Db();
+  Transaction transaction(db);
+  db.Execute(
+      "INSERT INTO VT(FILENAME, LIBELLE, CUT, START, DUREE, POINTSORTIE) VALUES(?,?,?,?,?,?)",
+      {"", "", 0, 0, 0, 0});
+  transaction.Commit();
+  editor.LblCodeVT = static_cast<int32_t>(db.LastInsertCode());
+  VoiceTracks::PointSortie_Change(editor, 0);
+}
+
+void TakeMachineValues(Station& station, VoiceTrackEditor& editor) {
+  const LocalValues& values = station.platform.localValues;
+  editor.VoiceTrackInputID = values.GetInt("VoiceTrackInputID", 0);
+  editor.VoiceTrackOututID = values.GetInt("VoiceTrackOututID", 0);
+  editor.LblEditeur = values.GetText("VoiceTrackEditeur", "");
+  editor.LevelNormalize = values.GetInt("LevelNormalize", kDefaultLufs);
+  editor.SpinPreRoll = values.GetInt("PreRoll", kDefaultPreRollSec);
+}
+
+void KeepMachineValues(Station& station, const VoiceTrackEditor& editor) {
+  LocalValues& values = station.platform.localValues;
+  values.Set("VoiceTrackInputID", std::to_string(editor.VoiceTrackInputID));
+  values.Set("VoiceTrackOututID", std::to_string(editor.VoiceTrackOututID));
+  values.Set("VoiceTrackEditeur", editor.LblEditeur);
+  values.Set("LevelNormalize", std::to_string(editor.LevelNormalize));
+  values.Set("PreRoll", std::to_string(editor.SpinPreRoll));
+}
+
+}  // namespace
+
+Folder& VoiceTracks::TrackFolder(Station& station) {
+  return station.platform.stationFolder.Subfolder("VoiceTrack");
+}
+
+std::string VoiceTracks::TrackName(int32_t code) {
+  constexpr size_t kDigits = 8;
+  const std::string digits = std::to_string(code);
+  return std::string(kDigits - std::min(digits.size(), kDigits), '0') + digits + ".Wav";
+}
+
+std::string VoiceTracks::UntouchedName(int32_t code) {
+  return "Untouched-" + TrackName(code);
+}
+
+std::string VoiceTracks::PathInFolder(Station& station, const std::string& name) {
+  return station.platform.stationFolder.Path() + "VoiceTrack/" + name;
+}
+
+void VoiceTracks::Tell(Station& station, const char* text) {
+  station.platform.messages.Show("Alerte", text, Buttons::kOk);
+}
+
+void VoiceTracks::Open(Station& station, VoiceTrackEditor& editor, int row) {
+  if (editor.open) Form_Unload(station, editor);
+  const OnAirRow* chosen = RowAt(station, row);
+  if (!chosen) return;
+  HandleControl(station, "BntVoiceTrack", [&] {
+    editor = VoiceTrackEditor();
+    TakeMachineValues(station, editor);
+    const bool isTrack = chosen->code == Element::kVoiceTrack;
+    const OnAirRow* before = isTrack ? RowAt(station, row - 1) : chosen;
+    TakeBefore(station, editor, before);
+    TakeAfter(editor, RowAt(station, row + 1), before);
+    if (isTrack) editor.rowKey = chosen->key;
+    if (!isTrack || !TakeRecord(station, editor, chosen->voiceTrack)) AddRecord(station, editor);
+    TakeTrackFile(station, editor);
+    editor.open = true;
+  });
+}
+
+// Each part for itself: what cannot be kept does not keep the rest from being ended.
+void VoiceTracks::Form_Unload(Station& station, VoiceTrackEditor& editor) {
+  HandleControl(station, "VoiceTrack", [&] { StopTrack(station, editor); });
+  HandleControl(station, "VoiceTrack", [&] {
+    EndJoin(station, editor);
+    if (PreviewChain* preview = station.platform.preview) preview->Sound().SetObserver(nullptr);
+  });
+  HandleControl(station, "VoiceTrack", [&] { ForgetUntouched(station, editor); });
+  HandleControl(station, "VoiceTrack", [&] { KeepMachineValues(station, editor); });
+  editor = VoiceTrackEditor();
+}
+
+}  // namespace zemo

@@ -1,0 +1,98 @@
+// Where the track stands: in the element before, and in the list.
+#include <utility>
+
+#include "library/LibraryHandler.h"
+#include "library/OnAirRows.h"
+#include "platform/SoundLengths.h"
+#include "station/ListUndo.h"
+#include "station/PlanTimes.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "voicetrack/VoiceTrackParts.h"
+#include "voicetrack/VoiceTrackScreen.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int32_t kMostBesideIntroMs = 30000;  // that a track may be longer than the intro
+
+// The row that the track has or gets, from 1; 0: there is no place for it any more.
+struct TrackPlace {
+  int row = 0;
+  bool own = false;  // its row stands there already
+};
+
+TrackPlace PlaceInList(const Station& station, const VoiceTrackEditor& editor) {
+  if (const int own = station.PL.RowOfKey(editor.rowKey); own > 0) return {own, true};
+  const int before = station.PL.RowOfKey(editor.beforeKey);
+  return {before > 0 ? before + 1 : 0, false};
+}
+
+void WriteRecord(Station& station, const VoiceTrackEditor& editor) {
+  Database& db = station.base.Db();
+  Transaction transaction(db);
+  const Values record = {editor.FileVoiceTrack,    "",
+                         editor.CheckCut ? -1 : 0, editor.LblPositionVT,
+                         editor.trackLengthMs,     editor.PointSortie,
+                         editor.LblCodeVT};
+  const bool there =
+      !db.OpenRecordset("SELECT CODE FROM VT WHERE CODE = ?", {editor.LblCodeVT})->Eof();
+  db.Execute(there ? "UPDATE VT SET FILENAME = ?, Libelle = ?, CUT = ?, START = ?, DUREE = ?, "
+                     "POINTSORTIE = ? WHERE CODE = ?"
+                   : "INSERT INTO VT(FILENAME, LIBELLE, CUT, START, DUREE, POINTSORTIE, CODE) "
+                     "VALUES(?,?,?,?,?,?,?)",
+             record);
+  transaction.Commit();
+}
+
+void WriteRow(Station& station, VoiceTrackEditor& editor, const TrackPlace& place) {
+  const auto vt =
+      station.base.Db().OpenRecordset("SELECT * FROM VT WHERE CODE = ?", {editor.LblCodeVT});
+  if (vt->Eof()) return;
+  ListOrder order(station);
+  const int64_t former = std::exchange(editor.rowKey, 0);
+  if (place.own) station.PL.Remove(place.row);
+  editor.rowKey = station.PL.Insert(place.row, VoiceTrackRow(*vt)).key;
+  if (place.own) order.Moved(former, editor.rowKey);
+  RefreshPlanTimes(station);
+}
+
+}  // namespace
+
+void VoiceTracks::PointSortie_Change(VoiceTrackEditor& editor, int32_t ms) {
+  editor.PointSortie = ms;
+  editor.LblPS = SecondsText(ms);
+}
+
+void VoiceTracks::LblPositionVT_Change(VoiceTrackEditor& editor, int32_t ms) {
+  editor.LblPositionVT = ms;
+}
+
+void VoiceTracks::CheckCut_Click(VoiceTrackEditor& editor, bool ticked) {
+  editor.CheckCut = ticked;
+}
+
+void VoiceTracks::CmdVTToIntro_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.LblIntro <= 0) return Tell(station, kNoIntro);
+  const int64_t introMs = int64_t{editor.LblIntro} * 1000;
+  const int64_t besideMs = editor.trackLengthMs - introMs;
+  if (besideMs <= 0 || besideMs >= kMostBesideIntroMs) return Tell(station, kDoesNotFit);
+  editor.LblPositionVT = ExitOfBefore(editor) - static_cast<int32_t>(besideMs);
+  Tell(station, kFitted);
+}
+
+void VoiceTracks::BtnSave_Click(Station& station, VoiceTrackEditor& editor) {
+  HandleControl(station, "BtnSave", [&] {
+    if (IsRecording(station)) StopTrack(station, editor);  // what is stored has its length
+    if (Trim(editor.FileVoiceTrack).empty()) return;
+    const TrackPlace place = PlaceInList(station, editor);
+    if (place.row == 0) return Tell(station, kNoPlace);
+    // Another program may have changed the file since it was taken.
+    editor.trackLengthMs = station.platform.lengths.LengthMs(editor.FileVoiceTrack);
+    WriteRecord(station, editor);
+    WriteRow(station, editor, place);
+  });
+}
+
+}  // namespace zemo

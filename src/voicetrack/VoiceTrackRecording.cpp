@@ -1,0 +1,217 @@
+// The track's file: recorded, chosen, played by itself, edited, brought to a level.
+#include <exception>
+#include <utility>
+
+#include "library/LibraryHandler.h"
+#include "library/PrelistenOutput.h"
+#include "platform/Desktop.h"
+#include "platform/LevelTool.h"
+#include "platform/Prelisten.h"
+#include "platform/Recorder.h"
+#include "platform/SoundLengths.h"
+#include "platform/SoundSource.h"
+#include "station/Station.h"
+#include "station/TextForms.h"
+#include "voicetrack/VoiceTrackParts.h"
+#include "voicetrack/VoiceTrackScreen.h"
+
+namespace zemo {
+
+namespace {
+
+// From where the presenter heard that the time had come to where the voice begins in the file: the
+// reaction and the buffers.
+constexpr int32_t kReactionMs = 2420;
+constexpr double kMostPeakDb = -1;  // dBTP
+
+void SetTrackButtons(VoiceTrackEditor& editor, bool busy) {
+  const bool file = !editor.FileVoiceTrack.empty();
+  editor.BtnStopEnabled = busy;
+  editor.BtnRecordEnabled = editor.BntLoadVTEnabled = !busy;
+  editor.BtnPlay1Enabled = editor.BtnNormalizeEnabled = editor.BtnEditVTEnabled =
+      editor.CheckTestEnabled = file && !busy;
+  editor.BtnUndoNormalizeEnabled = !editor.untouchedFile.empty() && !busy;
+}
+
+// The presenter began while the join was heard: there the track begins on air.
+void PlaceByVoice(VoiceTrackEditor& editor, int32_t heardMs) {
+  const int32_t atExit = ExitOfBefore(editor) - kReactionMs;
+  editor.LblPositionVT = heardMs > ExitOfBefore(editor) ? atExit : heardMs - kReactionMs;
+  if (editor.LblPositionVT < 0) editor.LblPositionVT = atExit;
+}
+
+void TakeEndOfRecording(Station& station, VoiceTrackEditor& editor) {
+  station.events.Record("stop", editor.FileVoiceTrack, station.platform.recorder->RecordedMs());
+  VoiceTracks::TakeTrackFile(station, editor);
+}
+
+void BeginRecording(Station& station, VoiceTrackEditor& editor) {
+  Recorder& recorder = *station.platform.recorder;
+  recorder.Start(editor.VoiceTrackInputID, VoiceTracks::TrackFolder(station),
+                 VoiceTracks::TrackName(editor.LblCodeVT));
+  recorder.OnEnd([&](const std::string& reason) {
+    TakeEndOfRecording(station, editor);
+    LogError(station, "WaveRecorder", kErrFile, reason);
+    VoiceTracks::Tell(station, VoiceTracks::kRecordingEnded);
+  });
+  editor.FileVoiceTrack =
+      VoiceTracks::PathInFolder(station, VoiceTracks::TrackName(editor.LblCodeVT));
+  VoiceTracks::ForgetUntouched(station, editor);
+  station.events.Record("start", editor.FileVoiceTrack, 0);
+}
+
+// The untouched recording is kept beside its changed form; a file from elsewhere is its own.
+void KeepUntouched(Station& station, VoiceTrackEditor& editor) {
+  Folder& folder = VoiceTracks::TrackFolder(station);
+  const std::string name = VoiceTracks::TrackName(editor.LblCodeVT);
+  if (editor.FileVoiceTrack != VoiceTracks::PathInFolder(station, name)) {
+    editor.untouchedFile = editor.FileVoiceTrack;
+    return;
+  }
+  const std::string kept = VoiceTracks::UntouchedName(editor.LblCodeVT);
+  folder.Write(kept, folder.Read(name).value_or(std::string()));
+  editor.untouchedFile = VoiceTracks::PathInFolder(station, kept);
+}
+
+// False: there is nothing in it to be heard.
+bool BringToLevel(Station& station, VoiceTrackEditor& editor) {
+  const std::string name = VoiceTracks::TrackName(editor.LblCodeVT);
+  const LevelTool::Level level{static_cast<double>(editor.LevelNormalize), kMostPeakDb};
+  if (!station.platform.levelTool->BringTo(
+          level, station.platform.soundFiles.Resolve(editor.untouchedFile),
+          VoiceTracks::TrackFolder(station), name))
+    return false;
+  editor.FileVoiceTrack = VoiceTracks::PathInFolder(station, name);
+  return true;
+}
+
+}  // namespace
+
+bool VoiceTracks::IsRecording(const Station& station) {
+  const Recorder* recorder = station.platform.recorder;
+  return recorder != nullptr && recorder->Recording();
+}
+
+void VoiceTracks::TakeTrackFile(Station& station, VoiceTrackEditor& editor) {
+  editor.trackLengthMs = station.platform.lengths.LengthMs(editor.FileVoiceTrack);
+  editor.LblTimeVT = FormatDuration(editor.trackLengthMs);
+  SetTrackButtons(editor, false);
+}
+
+void VoiceTracks::ForgetUntouched(Station& station, VoiceTrackEditor& editor) {
+  const std::string kept = UntouchedName(editor.LblCodeVT);
+  const std::string untouched = std::exchange(editor.untouchedFile, {});
+  if (untouched == PathInFolder(station, kept)) TrackFolder(station).Remove(kept);
+}
+
+void VoiceTracks::StopTrack(Station& station, VoiceTrackEditor& editor) {
+  if (IsRecording(station)) {
+    station.platform.recorder->Stop();
+    return TakeEndOfRecording(station, editor);
+  }
+  Prelisten* player = station.platform.prelisten;
+  if (editor.BtnStopEnabled && player) player->Close();
+  TakeTrackFile(station, editor);
+}
+
+void VoiceTracks::BtnRecord_Click(Station& station, VoiceTrackEditor& editor) {
+  HandleControl(station, "BtnRecord", [&] {
+    if (!station.platform.recorder) throw SoundError("there is no recorder");
+    StopTrack(station, editor);
+    editor.CheckTest = false;
+    FreeTrackSlot(station, editor);
+    BeginRecording(station, editor);
+    if (editor.join.on) PlaceByVoice(editor, JoinPositionMs(station));
+    SetTrackButtons(editor, true);
+    RunTimer(station, editor);
+  });
+}
+
+void VoiceTracks::BtnStop_Click(Station& station, VoiceTrackEditor& editor) {
+  HandleControl(station, "BtnStop", [&] { StopTrack(station, editor); });
+}
+
+void VoiceTracks::BtnPlay1_Click(Station& station, VoiceTrackEditor& editor) {
+  HandleControl(station, "BtnPlay1", [&] {
+    Prelisten* player = station.platform.prelisten;
+    if (!player) return;
+    player->Close();
+    player->SetDevice(editor.VoiceTrackOututID);
+    player->Open(station.platform.soundFiles.Resolve(editor.FileVoiceTrack));
+    player->OnEnd([&](bool lost) {
+      SetTrackButtons(editor, false);
+      if (lost) TellPrelistenRefused(station);
+    });
+    try {
+      player->Start();
+    } catch (const std::exception&) {
+      return TellPrelistenRefused(station);
+    }
+    editor.BtnStopEnabled = true;
+  });
+}
+
+void VoiceTracks::BntLoadVT_Click(Station& station, VoiceTrackEditor& editor,
+                                  const std::string& file) {
+  HandleControl(station, "BntLoadVT", [&] {
+    if (station.platform.lengths.LengthMs(file) == 0) return Tell(station, kNoSound);
+    FreeTrackSlot(station, editor);
+    ForgetUntouched(station, editor);
+    editor.FileVoiceTrack = file;
+    TakeTrackFile(station, editor);
+  });
+}
+
+void VoiceTracks::BtnEditVT_Click(Station& station, VoiceTrackEditor& editor) {
+  HandleControl(station, "BtnEditVT", [&] {
+    const SoundFiles& files = station.platform.soundFiles;
+    const bool begun =
+        !editor.LblEditeur.empty() &&
+        station.platform.system.Run(editor.LblEditeur, files.Resolve(editor.FileVoiceTrack));
+    if (!begun) Tell(station, kNoEditor);
+  });
+}
+
+void VoiceTracks::BtnChoseEditeur_Click(VoiceTrackEditor& editor, const std::string& program) {
+  editor.LblEditeur = program;
+}
+
+void VoiceTracks::BtnTableMixage_Click(Station& station) {
+  HandleControl(station, "BtnTableMixage", [&] {
+    if (!station.platform.system.RunMixer()) Tell(station, kNoMixer);
+  });
+}
+
+void VoiceTracks::BtnNormalize_Click(Station& station, VoiceTrackEditor& editor) {
+  editor.GaugeVisible = true;
+  station.platform.loop.Yield();  // the gauge is seen
+  editor.GaugeVisible = false;
+  if (!editor.open || IsRecording(station)) return;  // by what came in the yield
+  HandleControl(station, "BtnNormalize", [&] {
+    if (!station.platform.levelTool) throw SoundError("there is nothing that changes a level");
+    FreeTrackSlot(station, editor);
+    const bool changedBefore = !editor.untouchedFile.empty();
+    if (!changedBefore) KeepUntouched(station, editor);
+    if (BringToLevel(station, editor)) return TakeTrackFile(station, editor);
+    if (!changedBefore) ForgetUntouched(station, editor);
+    Tell(station, kNoSound);
+  });
+}
+
+void VoiceTracks::BtnUndoNormalize_Click(Station& station, VoiceTrackEditor& editor) {
+  HandleControl(station, "BtnUndoNormalize", [&] {
+    FreeTrackSlot(station, editor);
+    Folder& folder = TrackFolder(station);
+    const std::string kept = UntouchedName(editor.LblCodeVT), name = TrackName(editor.LblCodeVT);
+    const std::string untouched = std::exchange(editor.untouchedFile, {});
+    if (untouched == PathInFolder(station, kept)) {
+      folder.Rename(kept, name);
+    } else {
+      editor.FileVoiceTrack = untouched;
+      folder.Remove(name);
+    }
+    TakeTrackFile(station, editor);
+  });
+}
+
+}  // namespace zemo

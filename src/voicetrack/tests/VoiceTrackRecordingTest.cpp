@@ -1,0 +1,278 @@
+// Opening the editor, the track's file, and what is kept at closing.
+#include "voicetrack/tests/VoiceTrackFixture.h"
+
+namespace zemo {
+namespace {
+
+using VoiceTrack = VoiceTrackFixture;
+
+TEST_F(VoiceTrack, OpensOnARowWithItsNeighboursAndARecordOfItsOwn) {
+  EXPECT_TRUE(editor.open);
+  EXPECT_EQ(editor.Avant, "ADA  SONG");
+  EXPECT_EQ(editor.FileAvant, Cell(1, Col::kFile));
+  EXPECT_EQ(editor.PS1, 5000);
+  EXPECT_EQ(editor.InfoPS, "PS = 5.0");
+  EXPECT_EQ(editor.Apres, "BOB  TUNE");
+  EXPECT_EQ(editor.FileApres, Cell(2, Col::kFile));
+  EXPECT_EQ(editor.Intro, "Intro = 12");
+  EXPECT_EQ(editor.LblIntro, 12);
+  EXPECT_EQ(editor.Diffusion, "Broadcasting at " + Cell(2, Col::kPlanned));
+  EXPECT_EQ(editor.LblCodeVT, 1);
+  EXPECT_EQ(editor.FileVoiceTrack, "");
+  EXPECT_FALSE(editor.CheckTestEnabled);
+  EXPECT_FALSE(editor.BtnPlay1Enabled);
+  EXPECT_EQ(on.SqlText("SELECT CUT + START + DUREE + POINTSORTIE FROM VT WHERE CODE = 1"), "0");
+}
+
+TEST_F(VoiceTrack, AnExitPointOfNothingIsTheStationsOwn) {
+  on.AppendCard(on.AddCard({.lengthMs = 90000}));
+  on.Set("PmixDef", "1800");
+  Open(3);
+  EXPECT_EQ(editor.PS1, 1800);
+}
+
+TEST_F(VoiceTrack, OnTheLastRowThereIsNoElementAfter) {
+  Open(2);
+  EXPECT_EQ(editor.Avant, "BOB  TUNE");
+  EXPECT_EQ(editor.FileApres, "");
+  EXPECT_EQ(editor.Apres, "");
+  EXPECT_EQ(editor.Intro, "");
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(1000);
+  EXPECT_EQ(editor.PoApres, "");
+  VoiceTracks::CmdVTToIntro_Click(on.station, editor);
+  EXPECT_EQ(LastMessage(), "Action impossible car pas d'intro");
+}
+
+TEST_F(VoiceTrack, ARowThatThereIsNotOpensNothing) {
+  Open(3);
+  EXPECT_FALSE(editor.open);
+}
+
+TEST_F(VoiceTrack, ARecordingIsAFileOfItsNumberAndAsLongAsItRan) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, OwnFile());
+  EXPECT_TRUE(editor.BtnStopEnabled);
+  for (const bool enabled :
+       {editor.BtnRecordEnabled, editor.BtnPlay1Enabled, editor.BtnNormalizeEnabled,
+        editor.BtnEditVTEnabled, editor.BntLoadVTEnabled})
+    EXPECT_FALSE(enabled);
+  Wait(3000);
+  EXPECT_EQ(editor.LblTimeVT, "00:03");
+  on.opener.lengthsMs[OwnFile()] = 3000;
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  EXPECT_TRUE(editor.BtnRecordEnabled);
+  EXPECT_TRUE(editor.CheckTestEnabled);
+  EXPECT_FALSE(editor.BtnStopEnabled);
+  EXPECT_EQ(editor.trackLengthMs, 3000);
+  EXPECT_EQ(on.stationFolder.Subfolder("VoiceTrack").SizeBytes("00000001.Wav"), 44 + 3 * 44100 * 2);
+  const auto told = on.Events("record");
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_EQ(told[0]["state"] + " " + told[0]["ms"], "start 0");
+  EXPECT_EQ(told[1]["state"] + " " + told[1]["ms"], "stop 3000");
+  EXPECT_EQ(told[1]["file"], OwnFile());
+}
+
+TEST_F(VoiceTrack, ARecordingWithoutTheJoinLeavesTheTracksPlace) {
+  editor.LblPositionVT = 12345;
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.LblPositionVT, 12345);
+}
+
+// The join begins at 170 s: 5 s ahead of the exit at 175 s.
+TEST_F(VoiceTrack, ARecordingInTheJoinBeginsWhereThePresenterBegan) {
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(4000);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.LblPositionVT, 174000 - 2420);
+  Wait(500);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.LblPositionVT, 174500 - 2420);
+  Wait(500);
+  VoiceTracks::BtnRecord_Click(on.station, editor);  // at the exit itself
+  EXPECT_EQ(editor.LblPositionVT, 175000 - 2420);
+  Wait(1000);
+  VoiceTracks::BtnRecord_Click(on.station, editor);  // behind it
+  EXPECT_EQ(editor.LblPositionVT, 175000 - 2420);
+}
+
+TEST_F(VoiceTrack, ARecordingFromTheVeryBeginningGoesToTheExit) {
+  editor.SpinPreRoll = 175;
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(2000);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.LblPositionVT, 175000 - 2420);
+}
+
+TEST_F(VoiceTrack, AnInputThatRefusesCostsNoWordThatWasSpokenBefore) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(2000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  editor.VoiceTrackInputID = 9;
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  ASSERT_NE(on.First("error", "where", "BtnRecord"), nullptr);
+  EXPECT_EQ(on.stationFolder.Subfolder("VoiceTrack").SizeBytes("00000001.Wav"), 44 + 2 * 44100 * 2);
+  EXPECT_EQ(editor.FileVoiceTrack, OwnFile());
+  EXPECT_TRUE(editor.BtnRecordEnabled);
+  EXPECT_EQ(on.Events("record").size(), 2U);
+}
+
+TEST_F(VoiceTrack, AnInputThatIsLostIsToldAndWhatCameBeforeIsKept) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(2000);
+  on.recorder.Lose();
+  EXPECT_EQ(LastMessage(), "L'enregistrement s'est arrêté");
+  EXPECT_EQ(on.Events("record").back()["ms"], "2000");
+  EXPECT_EQ(on.stationFolder.Subfolder("VoiceTrack").SizeBytes("00000001.Wav"), 44 + 2 * 44100 * 2);
+  EXPECT_TRUE(editor.BtnRecordEnabled);
+}
+
+TEST_F(VoiceTrack, WhatIsSaidIsInTheFileWhileItIsRecorded) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(2000);
+  const auto file = on.stationFolder.Subfolder("VoiceTrack").Read("00000001.Wav");
+  ASSERT_TRUE(file);
+  EXPECT_EQ(file->size(), 44U + 2 * 44100 * 2);
+  EXPECT_EQ(file->substr(0, 4), "RIFF");
+  EXPECT_EQ(file->substr(40, 4), std::string("\x10\xb1\x02\0", 4));  // 176400 bytes
+}
+
+TEST_F(VoiceTrack, ARecordingOverAChosenFileLeavesThatFileAlone) {
+  const std::string chosen = Load(4000);
+  EXPECT_EQ(editor.LblTimeVT, "00:04");
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, OwnFile());
+  EXPECT_EQ(on.soundFiles.Read(chosen), "sound");
+}
+
+TEST_F(VoiceTrack, AFileWithoutSoundIsNotTaken) {
+  VoiceTracks::BntLoadVT_Click(on.station, editor, on.MakeFile("text.wav", "text"));
+  EXPECT_EQ(LastMessage(), "Ce fichier ne contient pas de son");
+  EXPECT_EQ(editor.FileVoiceTrack, "");
+}
+
+TEST_F(VoiceTrack, TheTrackAloneIsHeardOnTheEditorsOwnOutput) {
+  const std::string file = Load(4000);
+  editor.VoiceTrackOututID = 2;
+  VoiceTracks::BtnPlay1_Click(on.station, editor);
+  EXPECT_TRUE(editor.BtnStopEnabled);
+  const test::Seen* played = on.First("prelisten", "state", "play");
+  ASSERT_NE(played, nullptr);
+  EXPECT_EQ((*played)["file"] + " " + (*played)["device"], file + " 2");
+  Wait(4000);
+  EXPECT_FALSE(editor.BtnStopEnabled);
+  VoiceTracks::BtnPlay1_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
+}
+
+TEST_F(VoiceTrack, AnOutputThatRefusesIsTold) {
+  Load(4000);
+  editor.VoiceTrackOututID = 7;
+  VoiceTracks::BtnPlay1_Click(on.station, editor);
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  EXPECT_EQ(on.Events("message").size(), 2U);
+  EXPECT_EQ(LastMessage(), "Impossible d'écouter sur cette sortie audio");
+  EXPECT_TRUE(on.Events("preview").empty());
+}
+
+TEST_F(VoiceTrack, TheEditorForSoundFilesIsRunWithTheTrack) {
+  const std::string file = Load(4000);
+  VoiceTracks::BtnEditVT_Click(on.station, editor);
+  EXPECT_EQ(LastMessage(), "Choisissez d'abord un éditeur audio");
+  VoiceTracks::BtnChoseEditeur_Click(editor, "/opt/wave editor");
+  VoiceTracks::BtnEditVT_Click(on.station, editor);
+  const test::Seen* run = on.First("system", "action", "run");
+  ASSERT_NE(run, nullptr);
+  EXPECT_EQ((*run)["value"], "\"/opt/wave editor\" \"" + file + "\"");
+}
+
+// Writes a word in place of the sound.
+struct WordTool : LevelTool {
+  double lufs = 0, peakDb = 0;
+  bool BringTo(const Level& level, const std::string& path, Folder& folder,
+               const std::string& name) override {
+    lufs = level.loudnessLufs;
+    peakDb = level.mostTruePeakDb;
+    folder.Write(name, "louder than " + path);
+    return true;
+  }
+};
+
+struct VoiceTrackLevel : VoiceTrackFixture {
+  WordTool tool;
+  zemo::Folder& Tracks() { return on.stationFolder.Subfolder("VoiceTrack"); }
+  void SetUp() override {
+    VoiceTrackFixture::SetUp();
+    on.station.platform.levelTool = &tool;
+  }
+};
+
+TEST_F(VoiceTrackLevel, TheRecordingIsBroughtToTheLevelAndItsFormerFormComesBack) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  const auto recorded = Tracks().Read("00000001.Wav");
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_EQ(tool.lufs, -18);
+  EXPECT_EQ(tool.peakDb, -1);
+  EXPECT_EQ(Tracks().Read("00000001.Wav"), "louder than " + OwnFile("Untouched-00000001.Wav"));
+  EXPECT_TRUE(editor.BtnUndoNormalizeEnabled);
+  editor.LevelNormalize = -23;
+  VoiceTracks::BtnNormalize_Click(on.station, editor);  // from the untouched one again
+  EXPECT_EQ(tool.lufs, -23);
+  EXPECT_EQ(Tracks().Read("Untouched-00000001.Wav"), recorded);
+  VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+  EXPECT_EQ(Tracks().Read("00000001.Wav"), recorded);
+  EXPECT_FALSE(Tracks().Exists("Untouched-00000001.Wav"));
+  EXPECT_FALSE(editor.BtnUndoNormalizeEnabled);
+}
+
+TEST_F(VoiceTrackLevel, AChosenFileStaysAsItIsAndTheTrackBecomesAFileOfItsOwn) {
+  const std::string chosen = Load(4000);
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, OwnFile());
+  EXPECT_EQ(on.soundFiles.Read(chosen), "sound");
+  VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, chosen);
+  EXPECT_FALSE(Tracks().Exists("00000001.Wav"));
+}
+
+TEST_F(VoiceTrackLevel, TheUntouchedRecordingGoesWhenTheEditorCloses) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  VoiceTracks::Form_Unload(on.station, editor);
+  EXPECT_EQ(Tracks().Names(), std::vector<std::string>{"00000001.Wav"});
+}
+
+TEST_F(VoiceTrack, ClosingKeepsTheMachinesValuesAndWhatIsBeingRecorded) {
+  editor.VoiceTrackInputID = 1;
+  editor.VoiceTrackOututID = 2;
+  editor.LevelNormalize = -20;
+  editor.SpinPreRoll = 8;
+  VoiceTracks::BtnChoseEditeur_Click(editor, "/opt/wave");
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::Form_Unload(on.station, editor);
+  EXPECT_FALSE(editor.open);
+  EXPECT_FALSE(on.recorder.Recording());
+  EXPECT_EQ(on.Events("record").back()["ms"], "1000");
+  EXPECT_EQ(on.preview.Sound().State(), OutputState::kClosed);
+  for (const auto& [name, value] :
+       {std::pair("VoiceTrackInputID", "1"), std::pair("VoiceTrackOututID", "2"),
+        std::pair("VoiceTrackEditeur", "/opt/wave"), std::pair("LevelNormalize", "-20"),
+        std::pair("PreRoll", "8")})
+    EXPECT_EQ(on.localValues.GetText(name, ""), value) << name;
+  Open(1);
+  EXPECT_EQ(editor.VoiceTrackInputID, 1);
+  EXPECT_EQ(editor.SpinPreRoll, 8);
+  EXPECT_EQ(editor.LblEditeur, "/opt/wave");
+}
+
+}  // namespace
+}  // namespace zemo
