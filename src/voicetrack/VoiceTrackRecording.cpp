@@ -35,8 +35,9 @@ void SetTrackButtons(VoiceTrackEditor& editor, bool busy) {
 
 // The presenter began while the join was heard: there the track begins on air.
 void PlaceByVoice(VoiceTrackEditor& editor, int32_t heardMs) {
-  const int32_t atExit = ExitOfBefore(editor) - kReactionMs;
-  editor.LblPositionVT = heardMs > ExitOfBefore(editor) ? atExit : heardMs - kReactionMs;
+  const int32_t atExit = VoiceTracks::ExitOfBefore(editor) - kReactionMs;
+  editor.LblPositionVT =
+      heardMs > VoiceTracks::ExitOfBefore(editor) ? atExit : heardMs - kReactionMs;
   if (editor.LblPositionVT < 0) editor.LblPositionVT = atExit;
 }
 

@@ -65,14 +65,16 @@ TEST(SoundFilesBelow, WhoHasEnoughEndsTheWalk) {
 class AsNobody {
  public:
   AsNobody() {
-    if (all_) EXPECT_EQ(::seteuid(65534), 0);
+    if (all_) Become(65534);
   }
   ~AsNobody() {
-    if (all_) EXPECT_EQ(::seteuid(0), 0);
+    if (all_) Become(0);
   }
   AsNobody(const AsNobody&) = delete;
 
  private:
+  static void Become(uid_t user) { EXPECT_EQ(::seteuid(user), 0); }
+
   bool all_ = ::geteuid() == 0;
 };
 
