@@ -1,11 +1,9 @@
 #include "scheduling/screens/ModelDesk.h"
 
-#include <utility>
-
 namespace zemo {
 
 ModelDesk::ModelDesk(Station& station, ModelSources sources)
-    : station_(station), sources_(std::move(sources)) {}
+    : station_(station), sources_(sources) {}
 
 // One that was closed is made anew, in the language of the moment.
 void ModelDesk::Open() {

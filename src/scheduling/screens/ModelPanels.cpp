@@ -111,7 +111,8 @@ void SupplyPanel::ShowHour(const ModelEditor& editor, int hour) {
     const std::vector<PlannedGenre> plan = PlanOfHour(editor, hour);
     for (const PlannedGenre& line : plan)
       add(line.genre, editor.skeleton ? QString::number(line.weight) : PercentText(line.weight));
-    for (const auto& [name, genre] : editor.supply->Genres()) {
+    for (const auto& held : editor.supply->Genres()) {
+      const std::string& name = held.first;
       const bool planned = std::any_of(
           plan.begin(), plan.end(), [&](const PlannedGenre& line) { return line.genre == name; });
       if (!planned && editor.supply->At(name, editor.JourSemaine, hour).titles > 0) add(name, {});
