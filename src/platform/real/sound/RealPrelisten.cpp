@@ -19,6 +19,9 @@ constexpr int kBufferBytes = kListenFrames * kChannels * static_cast<int>(sizeof
 constexpr auto kRingMs = static_cast<int32_t>(FramesToMs(kListenBuffers * kListenFrames));
 constexpr std::chrono::seconds kParting{2};  // that the end of the program waits for a device
 constexpr std::chrono::milliseconds kPartingTurn{1};
+// A file that came in behind another began up to a block of the mixer later than was noted: its end
+// is waited for so much longer, that none of it is cut off.
+constexpr int32_t kJoinSlackMs = 25;
 constexpr int32_t kLevelMs = 100;  // of the sound, that a level is the highest of
 
 }  // namespace
@@ -256,8 +259,10 @@ void RealPrelisten::WatchEnd() {
   const DeviceThread::State device = chain_->DeviceState();
   if (device == DeviceThread::State::kRunning) playedAt_ = now;
   // A file that is cut short has an end that its length does not tell: behind what the ring holds.
-  if (endMs_ < 0 && !next_ && !chain_->Sounds(slot_))
-    endMs_ = std::min(lengthMs_ - fromMs_, chain_->GivenMs() + kRingMs);
+  if (endMs_ < 0 && !next_ && !chain_->Sounds(slot_)) {
+    const int32_t slackMs = fromMs_ < 0 ? kJoinSlackMs : 0;
+    endMs_ = std::min(lengthMs_ - fromMs_ + slackMs, chain_->GivenMs() + kRingMs);
+  }
   if (endMs_ >= 0 && HeardMs() >= endMs_)
     EndLater(false);
   else if (device == DeviceThread::State::kLost || now - playedAt_ > patience_)
