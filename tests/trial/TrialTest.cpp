@@ -62,7 +62,7 @@ void Trial::TheCardsSayWhatTheTagsSay() const {
   const std::map<std::string, std::string> names = {
       {"utf-16.mp3", "Жанна|東京"},
       {"latin-1.mp3", "Françoise|Été"},
-      {"said to be latin-1.mp3", "Björk|"},
+      {"said to be latin-1.mp3", "Björk|said to be latin-1"},
       {"old.mp3", "Old artist|Old title"},
       {"lines.mp3", "lines|One  Two Three"},
       {"empty.mp3", "empty|"},
