@@ -6,6 +6,7 @@
 
 #include "engine/OperatorControls.h"
 #include "library/OnAirRows.h"
+#include "library/TrackNeighboursTable.h"
 #include "platform/Desktop.h"
 #include "platform/EventLoop.h"
 #include "platform/Folder.h"
@@ -54,7 +55,9 @@ std::optional<OnAirElement> StoredRow(Station& station, int64_t kind, int64_t re
     case Element::kVoiceTrack: {
       const auto vt = station.base.Table("VT");
       if (!FindVoiceTrack(*vt, record)) return std::nullopt;
-      return VoiceTrackRow(*vt);
+      OnAirElement track = VoiceTrackRow(*vt);
+      track.madeFor = FindNeighbours(station.base.Db(), record);
+      return track;
     }
     default:
       return std::nullopt;

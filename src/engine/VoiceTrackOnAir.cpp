@@ -2,6 +2,7 @@
 // at its position -> 0 at its end. An armed track that reached the next element goes back to 0.
 #include "engine/VoiceTrackOnAir.h"
 
+#include "platform/Folder.h"
 #include "station/Overlay.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -9,6 +10,19 @@
 namespace zemo {
 
 namespace {
+
+constexpr int kVoiceTrackNotice = 0;  // no fault of a kind that has a number
+
+// A presenter who announces the title before is heard over another one.
+void TellForeignElement(Station& station, const OnAirRow& track) {
+  if (!track.madeFor) return;
+  const std::string wanted = station.platform.soundFiles.Resolve(track.madeFor->fileBefore);
+  const std::string& onAir = station.Sound().FileName(station.engine.CurrentChannel);
+  if (onAir == wanted) return;
+  LogNotice(station, "VoiceTrack", kVoiceTrackNotice,
+            "voice track " + track.secondLine + " was made for " + track.madeFor->fileBefore +
+                " and airs over " + onAir);
+}
 
 void ArmVoiceTrack(Station& station) {
   EngineState& engine = station.engine;
@@ -18,6 +32,7 @@ void ArmVoiceTrack(Station& station) {
   const OnAirRow row = station.PL.Row(1);
   // First, so that a track that cannot be opened does not stay in the way.
   station.PL.TakeToAir(row.key);
+  TellForeignElement(station, row);
   LoadOverlay(station, row.file);
   engine.VoiceTrackStartMs = static_cast<int32_t>(row.startMs.value_or(0));
   engine.VoiceTrackState = -1;

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "station/TrackNeighbours.h"
+
 namespace zemo {
 
 // What an element is; above 0 stands the CODE of a music card.
@@ -44,6 +46,7 @@ struct OnAirElement {
   int64_t voiceTrack = 0;  // CODE of VT
   bool liesOver = false;
   std::optional<int64_t> startMs{};
+  std::optional<TrackNeighbours> madeFor{};  // nothing where it was never kept
 
   // What the element takes of the list's time, ms: whole, and up to its exit point.
   double TakenMs() const { return liesOver ? 0 : static_cast<double>(lengthMs.value_or(0)); }

@@ -10,9 +10,8 @@
 #include "store/Database.h"
 #include "store/Names.h"
 #include "store/RowView.h"
+#include "store/SideTables.h"
 #include "store/StationBase.h"
-#include "store/StoreError.h"
-#include "store/StructureUpgrade.h"
 #include "store/TableDefs.h"
 
 namespace zemo {
@@ -91,26 +90,6 @@ SoundMeasures Read(const RowView& row) {
   return measures;
 }
 
-void MakeTable(TableDefs& tables) {
-  StructureTransaction transaction(tables);
-  if (tables.Has(kTable)) return;  // another program was first
-  tables.Append(MeasuresTable());
-  for (const Index& index : MeasuresTable().Indexes) tables.AppendIndex(kTable, index);
-  transaction.Commit();
-}
-
-void RequireTable(StationBase& base) {
-  TableDefs& tables = base.Db().Tables();
-  if (tables.Has(kTable)) return;
-  try {
-    MakeTable(tables);
-  } catch (const StoreError&) {
-    OpenTablesThatAreThere(base);
-    throw;
-  }
-  OpenTablesThatAreThere(base);
-}
-
 Value ValueOf(const std::optional<double>& number) {
   return number ? Value(*number) : Value();
 }
@@ -147,7 +126,7 @@ std::optional<SoundMeasures> FindMeasures(Database& database, std::string_view s
 
 void StoreMeasures(StationBase& base, std::string_view storedPath, const SoundFileStamp& stamp,
                    const SoundMeasures& measures) {
-  RequireTable(base);
+  RequireSideTable(base, MeasuresTable());
   const auto rows = base.Db().OpenTable(kTable);
   const std::string path(storedPath);
   EditRowOf(*rows, path);

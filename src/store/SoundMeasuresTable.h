@@ -1,5 +1,4 @@
-// What was measured of sound files, in a table of the base beside the thirteen of a station: it is
-// made when the first file was measured, and a base without it is as whole.
+// What was measured of sound files, in a side table of the base (store/SideTables.h).
 #pragma once
 
 #include <optional>

@@ -9,6 +9,7 @@
 
 #include "platform/EventLoop.h"
 #include "platform/SoundChain.h"
+#include "station/TrackNeighbours.h"
 
 namespace zemo {
 
@@ -59,6 +60,7 @@ struct VoiceTrackEditor {
 
   int32_t beforeLengthMs = 0;
   int32_t trackLengthMs = 0;  // slot 3
+  TrackNeighbours madeFor;    // the neighbours that the presenter speaks between
   int64_t beforeKey = 0;      // of the element before in PL; 0: there is none
   int64_t rowKey = 0;         // of the track's own row; 0: it has none yet
   std::string untouchedFile;  // FileVoiceTrack before its level was changed; empty: it was not

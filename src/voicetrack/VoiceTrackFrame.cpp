@@ -125,7 +125,9 @@ void VoiceTracks::Open(Station& station, VoiceTrackEditor& editor, int row) {
     const bool isTrack = chosen->code == Element::kVoiceTrack;
     const OnAirRow* before = isTrack ? RowAt(station, row - 1) : chosen;
     TakeBefore(station, editor, before);
-    TakeAfter(editor, RowAt(station, row + 1), before);
+    const OnAirRow* after = RowAt(station, row + 1);
+    TakeAfter(editor, after, before);
+    editor.madeFor = NeighboursOf(before, after);
     if (isTrack) editor.rowKey = chosen->key;
     if (!isTrack || !TakeRecord(station, editor, chosen->voiceTrack)) AddRecord(station, editor);
     TakeTrackFile(station, editor);

@@ -3,6 +3,7 @@
 
 #include "library/LibraryHandler.h"
 #include "library/OnAirRows.h"
+#include "library/TrackNeighboursTable.h"
 #include "platform/SoundLengths.h"
 #include "station/ListUndo.h"
 #include "station/PlanTimes.h"
@@ -53,7 +54,9 @@ void WriteRow(Station& station, VoiceTrackEditor& editor, const TrackPlace& plac
   ListOrder order(station);
   const int64_t former = std::exchange(editor.rowKey, 0);
   if (place.own) station.PL.Remove(place.row);
-  editor.rowKey = station.PL.Insert(place.row, VoiceTrackRow(*vt)).key;
+  OnAirElement track = VoiceTrackRow(*vt);
+  track.madeFor = editor.madeFor;
+  editor.rowKey = station.PL.Insert(place.row, std::move(track)).key;
   if (place.own) order.Moved(former, editor.rowKey);
   RefreshPlanTimes(station);
 }
@@ -92,6 +95,7 @@ void VoiceTracks::BtnSave_Click(Station& station, VoiceTrackEditor& editor) {
     editor.trackLengthMs = station.platform.lengths.LengthMs(editor.FileVoiceTrack);
     WriteRecord(station, editor);
     WriteRow(station, editor, place);
+    StoreNeighbours(station.base, editor.LblCodeVT, editor.madeFor);
   });
 }
 

@@ -104,6 +104,7 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, const CheckO
     CheckTitles(base, findings);
     CheckElements(base, station, files, findings);
     CheckStoredLists(base, findings);
+    CheckVoiceTracks(base, findings);
     CheckDays(base, options, now, findings);
   } catch (const BaseError& error) {
     findings.Error("base", BaseFile::kBase, error.what());

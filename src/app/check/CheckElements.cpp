@@ -31,7 +31,10 @@ constexpr ElementTable kTables[] = {
     {"short",
      "SELECT CODE, LIBELLE, FILENAME, DUREE, POINTSORTIE FROM DiscothequeVirgule ORDER BY CODE"},
     {"campaign", "SELECT CODE, ANNONCEUR, FILENAMEAUDIO, DUREE, NULL FROM GrillePub ORDER BY CODE"},
-    {"voicetrack", "SELECT CODE, LIBELLE, FILENAME, DUREE, POINTSORTIE FROM VT ORDER BY CODE"},
+    // The editor leaves a record without a file where it was opened and nothing was stored.
+    {"voicetrack",
+     "SELECT CODE, LIBELLE, FILENAME, DUREE, POINTSORTIE FROM VT WHERE TRIM(FILENAME) <> '' ORDER "
+     "BY CODE"},
 };
 
 class ElementCheck {

@@ -27,10 +27,11 @@ void CheckEmergencyFolder(Folder& machine, Findings& findings);
 // Soundness, and the thirteen tables with their fields. True when the base can be asked for more.
 bool CheckStructure(const ReadOnlyBase& base, Findings& findings);
 
-// Settings, models and stored lists.
+// Settings, models, stored lists and the voice tracks in them.
 void CheckSettings(const ReadOnlyBase& base, Findings& findings);
 void CheckModels(const ReadOnlyBase& base, Findings& findings);
 void CheckStoredLists(const ReadOnlyBase& base, Findings& findings);
+void CheckVoiceTracks(const ReadOnlyBase& base, Findings& findings);
 
 // Whether the models can be filled from the library under its rules, as it stands on that day.
 void CheckLibrary(const ReadOnlyBase& base, const LocalDateTime& now, Findings& findings);

@@ -9,6 +9,8 @@
 namespace zemo {
 
 namespace {
+const QString kFaultMark = QStringLiteral("! ");
+
 int AlignmentOf(int column) {
   return static_cast<int>((OnAirListModel::IsFigure(column) ? Qt::AlignRight : Qt::AlignLeft) |
                           Qt::AlignVCenter);
@@ -19,8 +21,9 @@ bool OnAirListModel::IsFigure(int column) {
   return column == Col::kLength || column == Col::kIntro || column == Col::kExitMs;
 }
 
-OnAirListModel::Row OnAirListModel::RowOf(const OnAirRow& row) const {
-  Row made{row.key, row.AsElement(), {}};
+OnAirListModel::Row OnAirListModel::RowOf(const OnAirList& list, int at) const {
+  const OnAirRow& row = list.Row(at);
+  Row made{row.key, row.AsElement(), FaultOfRow(list, at), {}};
   OnAirElement shown = row.AsElement();
   if (shown.plannedMs) *shown.plannedMs += static_cast<double>(planShiftMs_);
   Cells cells = ColumnsOf(shown);
@@ -28,11 +31,13 @@ OnAirListModel::Row OnAirListModel::RowOf(const OnAirRow& row) const {
   if (row.code < 0) cells[Col::kGenre] = InOperatorsWords(cells[Col::kGenre], langue_);
   for (size_t column = 0; column < kColumns; ++column)
     made.texts[column] = QString::fromStdString(cells[column]);
+  if (made.fault != NeighbourFault::kNone) made.texts[Col::kTitle].prepend(kFaultMark);
   return made;
 }
 
-void OnAirListModel::SetTexts(std::array<QString, kColumns> heads, int langue) {
+void OnAirListModel::SetTexts(std::array<QString, kColumns> heads, FaultTexts faults, int langue) {
   heads_ = std::move(heads);
+  faults_ = std::move(faults);
   langue_ = langue;
   Q_EMIT headerDataChanged(Qt::Horizontal, 0, kColumns - 1);
 }
@@ -60,10 +65,11 @@ void OnAirListModel::Sync(const OnAirList& list, int64_t planShiftMs) {
     const auto at = static_cast<size_t>(row);
     if (at >= rows_.size() || rows_[at].key != wanted.key) {
       beginInsertRows({}, row, row);
-      rows_.insert(rows_.begin() + row, RowOf(wanted));
+      rows_.insert(rows_.begin() + row, RowOf(list, row + 1));
       endInsertRows();
-    } else if (shifted || rows_[at].element != wanted) {
-      rows_[at] = RowOf(wanted);
+    } else if (shifted || rows_[at].element != wanted ||
+               rows_[at].fault != FaultOfRow(list, row + 1)) {
+      rows_[at] = RowOf(list, row + 1);
       Q_EMIT dataChanged(index(row, 0), index(row, kColumns - 1));
     }
   }
@@ -90,12 +96,15 @@ QVariant OnAirListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= static_cast<int>(rows_.size())) return {};
   const Row& row = rows_[static_cast<size_t>(index.row())];
   switch (role) {
-    case Qt::DisplayRole:
     case Qt::ToolTipRole:
+      if (row.fault != NeighbourFault::kNone) return faults_[static_cast<size_t>(row.fault)];
+      [[fallthrough]];
+    case Qt::DisplayRole:
       return row.texts[static_cast<size_t>(index.column())];
     case kCodeRole:
       return row.element.code;
     case Qt::ForegroundRole:
+      if (row.fault != NeighbourFault::kNone && index.column() == Col::kTitle) return Theme::kHeard;
       if (index.column() == Col::kGenre) return Theme::ColourOfElement(row.element.code);
       if (row.element.code == Element::kStartPlaylist ||
           row.element.code == Element::kEndPlaylist || row.element.code == Element::kBeginExtract)

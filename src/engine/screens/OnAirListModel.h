@@ -9,6 +9,7 @@
 
 #include "station/OnAirColumns.h"
 #include "station/OnAirList.h"
+#include "station/TrackNeighbours.h"
 
 namespace zemo {
 
@@ -20,8 +21,11 @@ class OnAirListModel : public QAbstractTableModel {
 
   explicit OnAirListModel(QObject* parent) : QAbstractTableModel(parent) {}
 
+  // What the list says of a voice track that does not stand where it was made for, by
+  // NeighbourFault.
+  using FaultTexts = std::array<QString, kNeighbourFaults>;
   // Before the first Sync: the rows are in the words of that language.
-  void SetTexts(std::array<QString, kColumns> heads, int langue);
+  void SetTexts(std::array<QString, kColumns> heads, FaultTexts faults, int langue);
   // Brings the table to what the list holds now, its planned times that much later, ms.
   void Sync(const OnAirList& list, int64_t planShiftMs);
   int64_t KeyOf(int row) const;  // of a row of the table, from 0; 0 for none
@@ -35,13 +39,15 @@ class OnAirListModel : public QAbstractTableModel {
   struct Row {
     int64_t key = 0;
     OnAirElement element;
+    NeighbourFault fault = NeighbourFault::kNone;
     std::array<QString, kColumns> texts;
   };
-  Row RowOf(const OnAirRow& row) const;
+  Row RowOf(const OnAirList& list, int row) const;  // from 1
   void RemoveGoneRows(const OnAirList& list);
 
   std::vector<Row> rows_;
   std::array<QString, kColumns> heads_;
+  FaultTexts faults_;
   int langue_ = 0;
   int64_t planShiftMs_ = 0;
 };

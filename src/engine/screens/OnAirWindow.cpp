@@ -233,7 +233,10 @@ void OnAirWindow::Translate() {
   std::array<QString, kColumns> heads;
   for (int column = 0; column < kColumns; ++column)
     heads[static_cast<size_t>(column)] = Texts().Text("PL", std::to_string(column));
-  model_->SetTexts(std::move(heads), Texts().Langue());
+  const OnAirListModel::FaultTexts faults = {
+      QString(), Texts().Word("TrackOtherBefore"), Texts().Word("TrackChangedBefore"),
+      Texts().Word("TrackOtherAfter"), Texts().Word("TrackChangedAfter")};
+  model_->SetTexts(std::move(heads), faults, Texts().Langue());
   findChild<QLabel*>(QStringLiteral("PictureNoJingle"))->setText(Texts().Word("NoJingleOnAir"));
 }
 

@@ -237,5 +237,34 @@ TEST_F(OnAirRows, NoModeMovesTheHeader) {
   }
 }
 
+// A track that was made to follow the first title and to lead into the second.
+TEST_F(OnAirRows, ATrackWhoseNeighboursAreOthersIsMarkedWithTheReason) {
+  OpenWith(3);
+  OnAirElement track;
+  track.code = Element::kVoiceTrack;
+  track.title = "Voice Track";
+  track.liesOver = true;
+  track.madeFor = NeighboursOf(&on.station.PL.Row(1), &on.station.PL.Row(2));
+  on.station.PL.Insert(2, track);
+  Draw();
+  const auto shown = [this](int role) {
+    return List().model()->index(1, Col::kTitle).data(role).toString();
+  };
+  EXPECT_EQ(shown(Qt::DisplayRole), "Voice Track");
+  const QVariant colour = List().model()->index(1, Col::kTitle).data(Qt::ForegroundRole);
+  EXPECT_FALSE(colour.isValid());
+  on.station.PL.Row(1).exitMs = 1234;
+  Draw();
+  EXPECT_EQ(shown(Qt::DisplayRole), "! Voice Track");
+  EXPECT_EQ(shown(Qt::ToolTipRole),
+            "La durée ou le point de sortie de l'élément précédent a changé depuis ce voice track");
+  EXPECT_EQ(List().model()->index(1, Col::kTitle).data(Qt::ForegroundRole).value<QColor>(),
+            Theme::kHeard);
+  on.station.PL.Remove(3);
+  on.station.PL.Row(1).exitMs = track.madeFor->exitBeforeMs;
+  Draw();
+  EXPECT_EQ(shown(Qt::ToolTipRole), "Ce voice track a été fait avant un autre élément");
+}
+
 }  // namespace
 }  // namespace zemo::test

@@ -1,0 +1,35 @@
+#include "store/SideTables.h"
+
+#include "store/Database.h"
+#include "store/StationBase.h"
+#include "store/StoreError.h"
+#include "store/StructureUpgrade.h"
+#include "store/TableDefs.h"
+
+namespace zemo {
+
+namespace {
+
+void MakeSideTable(TableDefs& tables, const TableDef& table) {
+  StructureTransaction transaction(tables);
+  if (tables.Has(table.Name)) return;  // another program was first
+  tables.Append(table);
+  for (const Index& index : table.Indexes) tables.AppendIndex(table.Name, index);
+  transaction.Commit();
+}
+
+}  // namespace
+
+void RequireSideTable(StationBase& base, const TableDef& table) {
+  TableDefs& tables = base.Db().Tables();
+  if (tables.Has(table.Name)) return;
+  try {
+    MakeSideTable(tables, table);
+  } catch (const StoreError&) {
+    OpenTablesThatAreThere(base);
+    throw;
+  }
+  OpenTablesThatAreThere(base);
+}
+
+}  // namespace zemo
