@@ -48,9 +48,7 @@ class CampaignTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return [&station = station_, name = std::move(name)] {
-      return Caption(CampaignCaptions(), name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-    };
+    return CaptionIn(station_, CampaignCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));

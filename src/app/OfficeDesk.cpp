@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/Orders.h"
+#include "library/LibraryTexts.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 
@@ -224,6 +225,13 @@ std::optional<std::string> OfficeDesk::PickPath() {
 
 std::optional<int32_t> OfficeDesk::PickColour() {
   return TakeNext(colours);
+}
+
+std::function<std::string()> CaptionIn(Station& station, std::span<const Word> captions,
+                                       std::string name) {
+  return [&station, captions, name = std::move(name)] {
+    return Caption(captions, name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+  };
 }
 
 }  // namespace zemo

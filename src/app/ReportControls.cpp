@@ -37,9 +37,7 @@ class ReportTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return [&station = station_, name = std::move(name)] {
-      return Caption(ReportCaptions(), name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-    };
+    return CaptionIn(station_, ReportCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));
