@@ -1,13 +1,10 @@
 #include "reports/screens/tests/ReportWindowFixture.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QFileDialog>
 #include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPixmap>
 
 #include "platform/real/files/WholeFiles.h"
 #include "ui/CalendarWindow.h"
@@ -67,10 +64,7 @@ void ReportScreenTest::AddMany(int rows) {
 }
 
 void ReportScreenTest::Click(const char* name, Qt::MouseButton button) {
-  auto* control = Find(name);
-  ASSERT_TRUE(control->isVisible()) << name;
-  ASSERT_TRUE(control->isEnabled()) << name;
-  QTest::mouseClick(control, button, Qt::NoModifier, QPoint(8, control->height() / 2));
+  ClickOn(Find(name), button);
   QApplication::processEvents();
 }
 
@@ -123,12 +117,7 @@ std::string ReportScreenTest::Bytes(const std::string& name) const {
 }
 
 std::string ReportScreenTest::Text(const char* name) {
-  QWidget* control = Find(name);
-  if (auto* label = qobject_cast<QLabel*>(control)) return label->text().toStdString();
-  if (auto* button = qobject_cast<QAbstractButton*>(control)) return button->text().toStdString();
-  if (auto* box = qobject_cast<QLineEdit*>(control)) return box->text().toStdString();
-  ADD_FAILURE() << name << " has no text";
-  return {};
+  return TextOn(Find(name));
 }
 
 std::vector<std::string> ReportScreenTest::Column(const char* list, int column) {
@@ -137,11 +126,6 @@ std::vector<std::string> ReportScreenTest::Column(const char* list, int column) 
   for (int row = 0; row < model.rowCount(); ++row)
     texts.push_back(model.index(row, column).data().toString().toStdString());
   return texts;
-}
-
-void KeepPicture(QWidget& widget, const std::string& name) {
-  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
-  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
 }
 
 }  // namespace zemo::test

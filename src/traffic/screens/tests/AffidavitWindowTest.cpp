@@ -4,7 +4,6 @@
 #include <QCalendarWidget>
 #include <QComboBox>
 #include <QFileDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPrinter>
 #include <QPushButton>
@@ -54,8 +53,7 @@ class AffidavitOnScreen : public testing::Test {
     return control;
   }
   void Click(const char* name) {
-    ASSERT_TRUE(Find(name)->isVisible() && Find(name)->isEnabled()) << name;
-    QTest::mouseClick(Find(name), Qt::LeftButton, Qt::NoModifier, QPoint(8, 8));
+    ClickOn(Find(name));
     QApplication::processEvents();
   }
   void MakeFor(const char* advertiser) {
@@ -74,7 +72,7 @@ class AffidavitOnScreen : public testing::Test {
     QTest::keyClick(box, Qt::Key_Return);
     QApplication::processEvents();
   }
-  std::string Text(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
+  std::string Text(const char* label) { return TextOn(Find(label)); }
   Texts Column(int column) {
     Texts texts;
     const QAbstractItemModel& model = *Find<QTableView>("ListDiff")->model();
