@@ -143,10 +143,11 @@ TEST_F(ModelWindowTest, TheWeekIsExportedToTheFileOfTheDialogue) {
   Click("MnuExport");
   auto* dialogue = Window().findChild<QFileDialog*>();
   ASSERT_NE(dialogue, nullptr);
-  dialogue->findChild<QLineEdit*>()->setText("/tmp/week");
+  const std::string path = s.machineDir.Path() + "/week";
+  dialogue->findChild<QLineEdit*>()->setText(QString::fromStdString(path));
   QTest::keyClick(dialogue, Qt::Key_Return);
   QApplication::processEvents();
-  EXPECT_EQ(sheets.path, "/tmp/week.xlsx");
+  EXPECT_EQ(sheets.path, path + ".xlsx");
 }
 
 TEST_F(ModelWindowTest, TheSupplyOfTheSelectedHourStandsBesideAndACellWithoutTitlesStandsOut) {
