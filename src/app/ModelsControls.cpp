@@ -179,11 +179,7 @@ OfficeGrid& ModelsTable::AddGrid(const char* name, const TextGrid& grid,
                                  bool (*click)(Station&, GridPlace)) {
   OfficeGrid shown;
   shown.name = name;
-  shown.rows = [&grid] {
-    Rows rows;
-    for (int row = 0; row < grid.RowCount(); ++row) rows.push_back(grid.At(row));
-    return rows;
-  };
+  shown.rows = [&grid] { return GridRows(grid); };
   shown.click = [&station = station_, name, click](const CellClick& cell) {
     if (!click(station, {cell.row, cell.column}))
       throw OrderError(std::string(name) + " has no such cell");

@@ -104,6 +104,9 @@ class OfficeDesk {
 // that the captions do not hold. They and the station outlive it.
 std::function<std::string()> CaptionIn(Station& station, std::span<const Word> captions,
                                        std::string name);
+// A group whose value is what its elements are called, from NAME.0 on; likewise.
+OfficeControl CaptionGroup(Station& station, std::span<const Word> captions, std::string name,
+                           int count);
 
 OfficeScreen LibraryScreenOf(OfficeDesk& desk);
 OfficeScreen ReportScreenOf(OfficeDesk& desk);

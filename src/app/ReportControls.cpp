@@ -3,7 +3,6 @@
 
 #include "app/OfficeDesk.h"
 #include "app/Orders.h"
-#include "library/LibraryTexts.h"
 #include "platform/real/files/WholeFiles.h"
 #include "reports/ReportScreen.h"
 #include "reports/ReportTexts.h"
@@ -129,18 +128,7 @@ void ReportTable::AddOutputs() {
 template <typename List>
 void ReportTable::AddList(const char* name, List& list, int columns,
                           void (*sort)(Station&, ReportEditor&, int column)) {
-  OfficeControl heads;
-  heads.name = name;
-  heads.first = 0;
-  heads.last = columns - 1;
-  heads.value = [&station = station_, name, columns] {
-    const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
-    std::vector<std::string> captions;
-    for (int column = 0; column < columns; ++column)
-      captions.push_back(
-          Caption(ReportCaptions(), std::string(name) + "." + std::to_string(column), langue));
-    return captions;
-  };
+  OfficeControl heads = CaptionGroup(station_, ReportCaptions(), name, columns);
   heads.press = [&station = station_, &editor = editor_, sort](int column, bool right) {
     if (!right) sort(station, editor, column);
   };
