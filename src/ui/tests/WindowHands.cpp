@@ -4,11 +4,16 @@
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
+#include <QApplication>
+#include <QCalendarWidget>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
 #include <QTest>
+
+#include "ui/CalendarWindow.h"
 
 namespace zemo::test {
 
@@ -31,6 +36,32 @@ std::string TextOn(const QWidget* control) {
     return list->currentText().toStdString();
   ADD_FAILURE() << (control ? control->objectName().toStdString() : "no control") << " has no text";
   return {};
+}
+
+void BringForward(QWidget& window, int width, int height) {
+  window.resize(width, height);
+  QApplication::setActiveWindow(&window);
+  QApplication::processEvents();
+}
+
+void PickDayIn(QWidget& window, int year, int month, int day) {
+  auto* calendar = window.findChild<CalendarWindow*>();
+  ASSERT_TRUE(calendar);
+  auto* days = calendar->findChild<QCalendarWidget*>();
+  days->setSelectedDate(QDate(year, month, day));
+  Q_EMIT days->activated(days->selectedDate());
+  QApplication::processEvents();
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void SaveIn(QWidget& window, const char* name, const std::string& path) {
+  auto* dialogue = window.findChild<QFileDialog*>(QString::fromLatin1(name));
+  ASSERT_TRUE(dialogue) << name;
+  auto* box = dialogue->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  box->setText(QString::fromStdString(path));
+  QTest::keyClick(box, Qt::Key_Return);
+  QApplication::processEvents();
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 void KeepPicture(QWidget& widget, const std::string& name) {

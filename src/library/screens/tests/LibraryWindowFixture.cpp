@@ -38,9 +38,7 @@ void LibraryScreenTest::Open(int width, int height) {
   window = std::make_unique<LibraryWindow>(on.station, sources);
   window->resize(width, height);
   window->Open();
-  window->resize(width, height);  // not as it was left
-  QApplication::setActiveWindow(window.get());
-  QApplication::processEvents();
+  BringForward(*window, width, height);
 }
 
 int32_t LibraryScreenTest::AddSong(const std::string& artist, const std::string& title) {

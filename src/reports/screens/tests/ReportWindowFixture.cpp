@@ -1,13 +1,10 @@
 #include "reports/screens/tests/ReportWindowFixture.h"
 
 #include <QApplication>
-#include <QCalendarWidget>
-#include <QFileDialog>
 #include <QHeaderView>
 #include <QLineEdit>
 
 #include "platform/real/files/WholeFiles.h"
-#include "ui/CalendarWindow.h"
 
 namespace zemo::test {
 
@@ -42,9 +39,7 @@ void ReportScreenTest::OpenWindow(int width, int height) {
   window = std::make_unique<ReportWindow>(on.station, sources);
   window->resize(width, height);
   window->Open();
-  window->resize(width, height);  // not as it was left
-  QApplication::setActiveWindow(window.get());
-  QApplication::processEvents();
+  BringForward(*window, width, height);
 }
 
 void ReportScreenTest::AddSongs() {
@@ -93,23 +88,11 @@ void ReportScreenTest::Type(const char* name, const std::string& text) {
 }
 
 void ReportScreenTest::PickInCalendar(int year, int month, int day) {
-  auto* calendar = window->findChild<CalendarWindow*>();
-  ASSERT_TRUE(calendar);
-  auto* days = calendar->findChild<QCalendarWidget*>();
-  days->setSelectedDate(QDate(year, month, day));
-  Q_EMIT days->activated(days->selectedDate());
-  QApplication::processEvents();
-  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  PickDayIn(*window, year, month, day);
 }
 
 void ReportScreenTest::SaveAs(const std::string& path) {
-  auto* dialogue = window->findChild<QFileDialog*>(QStringLiteral("FrmExport"));
-  ASSERT_TRUE(dialogue);
-  auto* box = dialogue->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-  box->setText(QString::fromStdString(path));
-  QTest::keyClick(box, Qt::Key_Return);
-  QApplication::processEvents();
-  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  SaveIn(*window, "FrmExport", path);
 }
 
 std::string ReportScreenTest::Bytes(const std::string& name) const {

@@ -20,9 +20,7 @@ void ModelWindowTest::SetUp() {
 
 void ModelWindowTest::Open(int width, int height) {
   desk->Open();
-  Window().resize(width, height);
-  QApplication::setActiveWindow(&Window());
-  QApplication::processEvents();
+  BringForward(Window(), width, height);
 }
 
 void ModelWindowTest::Click(const char* name) {

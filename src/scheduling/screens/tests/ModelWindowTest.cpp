@@ -1,7 +1,5 @@
 // What an operator does in the window of the models, with the mouse and the keys.
 #include <QApplication>
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QPushButton>
 
 #include "scheduling/screens/tests/ModelWindowFixture.h"
@@ -141,12 +139,8 @@ TEST_F(ModelWindowTest, AnotherOpeningSpeaksTheLanguageOfTheMoment) {
 TEST_F(ModelWindowTest, TheWeekIsExportedToTheFileOfTheDialogue) {
   Open();
   Click("MnuExport");
-  auto* dialogue = Window().findChild<QFileDialog*>();
-  ASSERT_NE(dialogue, nullptr);
   const std::string path = s.machineDir.Path() + "/week";
-  dialogue->findChild<QLineEdit*>()->setText(QString::fromStdString(path));
-  QTest::keyClick(dialogue, Qt::Key_Return);
-  QApplication::processEvents();
+  SaveIn(Window(), "FrmExportWeek", path);
   EXPECT_EQ(sheets.path, path + ".xlsx");
 }
 

@@ -17,9 +17,7 @@ void SettingsScreenTest::SetUp() {
 
 void SettingsScreenTest::Open(int width, int height) {
   desk->Open();
-  Window().resize(width, height);  // not as it was left
-  QApplication::setActiveWindow(&Window());
-  QApplication::processEvents();
+  BringForward(Window(), width, height);
 }
 
 void SettingsScreenTest::Close() {

@@ -16,9 +16,7 @@ void CampaignScreenTest::Open(int width, int height) {
   window = std::make_unique<CampaignWindow>(on.station, sources);
   window->resize(width, height);
   window->Open();
-  window->resize(width, height);  // not as it was left
-  QApplication::setActiveWindow(window.get());
-  QApplication::processEvents();
+  BringForward(*window, width, height);
 }
 
 void CampaignScreenTest::AddCampaigns() {
