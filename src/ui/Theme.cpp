@@ -95,6 +95,7 @@ QString StyleSheet(double unit, bool gradients) {
     #CmdStop { font-size: %NEXTpx; font-weight: bold; }
     QMainWindow, QDialog, QMenuBar { background: %GROUND; }
     QDialog { border: 1px solid %LINE; }
+    QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
     QFrame[panel="true"] { background: %PANEL; border: 1px solid %LINE; border-radius: 4px; }
     QLabel { background: transparent; border: none; }
     QLabel[dim="true"] { color: %DIM; }

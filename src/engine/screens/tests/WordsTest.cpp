@@ -31,6 +31,15 @@ TEST_F(Words, TheModeIsNamedInTheLanguageOfTheStation) {
   EXPECT_EQ(Text("LblMode"), "Live mode");
 }
 
+TEST_F(Words, QtsOwnWordsFollowTheLanguageWhileTheScreenStaysAsItWasLoaded) {
+  Open();
+  EXPECT_EQ(QCoreApplication::translate("QLineEdit", "&Paste"), QStringLiteral("&Paste"));
+  on.Set("Langue", "3");
+  window->Observe();  // as each second
+  EXPECT_EQ(QCoreApplication::translate("QLineEdit", "&Paste"), QStringLiteral("&Pegar"));
+  EXPECT_EQ(Text("LblMode"), "Automatic mode");
+}
+
 TEST_F(Words, TheNeutralFieldsOfAListAreTooAndItsEveryDay) {
   Open();
   Click("Toolbar1_2");
