@@ -3,15 +3,14 @@
 #include <QFileDialog>
 #include <utility>
 
+#include "ui/FileDialogue.h"
+
 namespace zemo {
 
 void OpenSaveDialogue(QWidget& over, const char* name, const QString& title,
                       const std::vector<SavedKind>& kinds,
                       std::function<void(const std::string& path)> take) {
-  auto* dialog = new QFileDialog(&over, title);
-  dialog->setObjectName(QString::fromLatin1(name));
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setOption(QFileDialog::DontUseNativeDialog);
+  QFileDialog* dialog = MakeFileDialogue(over, name, title);
   dialog->setOption(QFileDialog::HideNameFilterDetails);
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   QStringList filters;

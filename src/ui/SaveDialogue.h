@@ -16,6 +16,10 @@ struct SavedKind {
   QString ending;
 };
 
+inline SavedKind ExcelFile() {
+  return {QStringLiteral("Excel"), QStringLiteral("xlsx")};
+}
+
 // Opens over the window; `take` gets the path, which has the ending of the kind that was chosen
 // unless another one was typed. Modal to the window, and no loop of its own runs.
 void OpenSaveDialogue(QWidget& over, const char* name, const QString& title,
