@@ -355,6 +355,7 @@ void OnAirWindow::RefreshSkeleton() {
 
 void OnAirWindow::Observe() {
   try {
+    station_.base.CheckCnf();
     if (station_.base.IsOpen() && NoTickBelow(station_)) {
       const NoLockWait atOnce(station_.base.Waiting());
       pip_ = !FindPip(station_, station_.Now()).file.empty();
