@@ -241,7 +241,7 @@ constexpr QtRow kRows[] = {
     {"Night (18:00 to 05:59)", {"la nuit (de 18:00 à 05:59)", "by night (18:00 to 05:59)", "de noite (18:00 às 05:59)", "de noche (18:00 a 05:59)"}},
     {"Second Shift (16:00 to 23:59)", {"le soir (de 16:00 à 23:59)", "second shift (16:00 to 23:59)", "à tarde (16:00 às 23:59)", "por la tarde (16:00 a 23:59)"}},
     {"Third Shift (00:00 to 07:59)", {"avant l'aube (de 00:00 à 07:59)", "third shift (00:00 to 07:59)", "de madrugada (00:00 às 07:59)", "de madrugada (00:00 a 07:59)"}},
-    {"Weekend (Saturday to Sunday)", {"le week-end (samedi et dimanche)", "at the weekend (Saturday and Sunday)", "no fim de semana (sábado e domingo)", "el fin de semana (sábado y domingo)"}},
+    {"Weekend (Saturday to Sunday)", {"le samedi et le dimanche", "at the weekend (Saturday and Sunday)", "no fim de semana (sábado e domingo)", "el fin de semana (sábado y domingo)"}},
     {"Specific Time", {"à une heure donnée", "at a given time", "a uma hora dada", "a una hora dada"}},
     {"None", {"Aucune", "None", "Nenhuma", "Ninguna"}},
     {"Standard", {"Standard", "Standard", "Normal", "Estándar"}},

@@ -15,9 +15,11 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPrinter>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QTabBar>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -45,6 +47,7 @@
 #include "ui/Questions.h"
 #include "ui/SaveDialogue.h"
 #include "ui/ScreenDesktop.h"
+#include "ui/Theme.h"
 
 namespace zemo::test {
 
@@ -478,6 +481,7 @@ void EveryScreen::WalkReport() {
 
 void EveryScreen::WalkBoxes() {
   QWidget window;
+  window.setStyleSheet(Theme::StyleSheet(1, true));
   window.show();
   std::vector<std::string> told = {NoSoundFileText(on_.station),
                                    NoCampaignText(on_.station),
@@ -521,12 +525,14 @@ void EveryScreen::LookAtBox(const std::string& text) {
 
 void EveryScreen::WalkQtsDialogues() {
   QWidget window;
+  window.setStyleSheet(Theme::StyleSheet(1, true));
   window.show();
   const Questions asked = WithSystemDialogues({}, langue_);
   QPrinter printer;
   printer.setOutputFormat(QPrinter::PdfFormat);
   printer.setOutputFileName(QStringLiteral("x.pdf"));
-  LookAtModal("print", [&] { asked.choosePrinter(&window, printer); });
+  QTimer::singleShot(0, QApplication::instance(), [this] { LookAtPrint(); });
+  EXPECT_FALSE(asked.choosePrinter(&window, printer));
   LookAtModal("a question", [&] {
     asked.askText(&window, QString::fromUtf8(kStationsMark), QString::fromUtf8(kStationsMark), {});
   });
@@ -543,6 +549,32 @@ void EveryScreen::WalkQtsDialogues() {
     dialogue->reject();
   }
   Settle();
+}
+
+// With its options and the printer's properties, a tab each.
+void EveryScreen::LookAtPrint() {
+  auto* dialogue = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+  ASSERT_TRUE(dialogue);
+  Look("print", *dialogue);
+  for (auto* button : dialogue->findChildren<QPushButton*>())
+    if (button->text().contains(QStringLiteral(">>"))) button->click();
+  Look("print, options", *dialogue);
+  bool seen = false;
+  QTimer::singleShot(0, dialogue, [&] {
+    auto* properties = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_TRUE(properties && properties != dialogue);
+    seen = true;
+    auto* tabs = properties->findChild<QTabWidget*>();
+    ASSERT_TRUE(tabs);
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+      tabs->setCurrentIndex(tab);
+      Look("print, properties " + std::to_string(tab), *properties);
+    }
+    properties->reject();
+  });
+  Click(*dialogue, "properties");
+  EXPECT_TRUE(seen);
+  dialogue->reject();
 }
 
 void EveryScreen::WalkQtsMenus() {

@@ -42,6 +42,7 @@ class EveryScreen {
   void WalkQtsMenus();
   void Size(QWidget& window) const;
   void Look(const std::string& name, QWidget& window);
+  void LookAtPrint();
   void LookAtBox(const std::string& text);
   void LookAtFiles(const std::string& name, QFileDialog& dialogue);
   // The dialogue that `open` waits for, and then its end.

@@ -11,6 +11,7 @@ constexpr std::string_view kSharedWords[] = {
     // in all
     "Zemo Radio Pro", "ZEMO RADIO PRO", "OK", "Intro", "Intro (s)", "Total", "Total %", "Jingle", "Jingles", "Joystick",
     "Voice track", "Voice Track", "CD", "PDF...", "ms", "Com 1", "Com 2", "Com 3", "Com 4", "Excel *.xlsx", "zoom", "info",
+    "Didot (DD)",
     // the languages, each in its own
     "Français", "English", "Português", "Español",
     // as they are told by name: options, a button, titles, a message
