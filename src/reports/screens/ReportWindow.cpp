@@ -272,8 +272,7 @@ void ReportWindow::Export(const char* name, size_t listed, ExportRoutine write,
   if (!sources_.files.open) return;
   if (listed == 0) return Work([this] { Report::AnyListed(station_, 0); });
   std::vector<SavedKind> kinds = {{QStringLiteral("Excel"), QStringLiteral("xlt")}};
-  if (sources_.files.spreadsheets)
-    kinds.push_back({QStringLiteral("Excel"), QStringLiteral("xlsx")});
+  if (sources_.files.spreadsheets) kinds.push_back(ExcelFile());
   kinds.push_back({QStringLiteral("PDF"), QStringLiteral("pdf")});
   QString title = Texts().Word(name);
   OpenSaveDialogue(*this, "FrmExport", title.remove(u'.'), kinds,

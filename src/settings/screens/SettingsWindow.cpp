@@ -149,7 +149,7 @@ void SettingsWindow::ShowNote(const char* control, const QString& why) {
 void SettingsWindow::PickColour(const SettingsControl& control) {
   const auto shown = static_cast<uint32_t>(ControlNumber(Screen(), control));
   OpenColourDialogue(*this, Word(control.name).remove(u'.'), Theme::FromBgr(shown),
-                     Texts().Langue(), [this, &control](const QColor& colour) {
+                     [this, &control](const QColor& colour) {
                        const int bgr = colour.blue() << 2 * kBgrByte | colour.green() << kBgrByte |
                                        colour.red();
                        Give(control, std::to_string(bgr));

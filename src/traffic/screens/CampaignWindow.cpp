@@ -15,6 +15,7 @@
 #include "traffic/CampaignMarking.h"
 #include "traffic/CampaignSheet.h"
 #include "traffic/CampaignTexts.h"
+#include "traffic/GridDamageTexts.h"
 #include "traffic/screens/CampaignGridView.h"
 #include "traffic/screens/CampaignLegend.h"
 #include "traffic/screens/CampaignOverview.h"
@@ -318,7 +319,8 @@ void CampaignWindow::ShowNote() {
   }
   note_->setText(note);
   note_->setVisible(!note.isEmpty());
-  note_->setToolTip(hindrance ? QString() : ShownText(editor_.damage));
+  note_->setToolTip(hindrance ? QString()
+                              : ShownText(ShownDamage(editor_.damage, Texts().Langue())));
 }
 
 void CampaignWindow::ShowOverview() {

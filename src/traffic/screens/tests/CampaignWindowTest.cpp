@@ -147,6 +147,17 @@ TEST_F(CampaignScreen, HoursAndMarksWaitForTheGridToBeBuiltAnew) {
   EXPECT_EQ(on.LastMessage(), "Il n'y a pas de minute 77 (0 - 59)");
 }
 
+TEST_F(CampaignScreen, ACampaignWithoutDatesSaysSoInTheLanguage) {
+  on.Set("Langue", "3");
+  AddCampaigns();
+  Open();
+  Click("BtnDebut");
+  EXPECT_EQ(Text("LblDepartPub"), "TODOS LOS DÍAS");
+  EXPECT_EQ(window->Editor().LblDepartPub, "JOURNALIER");
+  Click("BtnRecherhe");
+  EXPECT_EQ(OverviewColumn(2), (std::vector<std::string>{"TODOS LOS DÍAS", "21/11/2026"}));
+}
+
 TEST_F(CampaignScreen, TheOverviewIsSortedAndALineChosenByMouseOrReturn) {
   AddCampaigns();
   Open();
