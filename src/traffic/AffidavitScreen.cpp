@@ -99,7 +99,7 @@ void Attestation::BtnTableur_Click(Station& station, AffidavitEditor& editor,
       spreadsheets.Write(path, AffidavitSheet(editor.madeOf, *editor.made, LangueOf(station)));
     } catch (const FileError& error) {
       LogCurrentException(station, "BtnTableur");
-      ShowLibraryAlert(station, error.what());
+      ShowNotWritten(station, error.what());
     }
   });
 }
