@@ -84,7 +84,6 @@ TEST_F(ModelEditorTest, VarietiesAreReadWhenTheScreenIsLoadedAndNotAgain) {
 }
 
 TEST_F(ModelEditorTest, TitlesAndHeadingsSpeakTheLanguage) {
-  SelectWeekday(s.station, 1);
   const char* percent[] = {"Model en %", "Model in %", "Modelo em %", "Modelo em %"};
   const char* skeleton[] = {"Edit Squelette", "Skeleton", "Esqueleto", "Edit"};
   const char* genres[] = {"Genres", "Style", "Géneros", "Géneros"};
@@ -92,7 +91,8 @@ TEST_F(ModelEditorTest, TitlesAndHeadingsSpeakTheLanguage) {
   for (int langue = 0; langue < 4; ++langue) {
     s.SetCnf("Langue", langue);
     s.SetCnf("Squelette", 0);
-    Models::Translate(s.station);
+    Editor() = {};  // as each opening has it
+    SelectWeekday(s.station, 1);
     EXPECT_EQ(Editor().Caption, percent[langue]);
     EXPECT_EQ(Models().Cell(0, 0), genres[langue]);
     EXPECT_EQ(Editor().GVariete.Cell(0, 1), varieties[langue]);
