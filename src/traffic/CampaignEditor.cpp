@@ -68,8 +68,8 @@ void ShowNone(Station& station, CampaignEditor& editor) {
   editor.LblInfoPub = "0 /0";
 }
 
-// Loads the record that `move` goes to; with no record, the empty screen. Nothing where it goes
-// nowhere.
+// Loads the record that `move` goes to; with no record, the empty screen. Nothing where `move` says
+// that there is nowhere to go.
 template <typename Move>
 void Page(Station& station, CampaignEditor& editor, const char* routine, const Move& move) {
   try {
@@ -83,6 +83,18 @@ void Page(Station& station, CampaignEditor& editor, const char* routine, const M
   } catch (const std::exception&) {
     LogCurrentException(station, routine);
   }
+}
+
+// From the record of that position, or without one to the first. False at the end already, and
+// where a new record is typed for a table that has none.
+bool MoveOn(Recordset& table, int position, const CampaignEditor& editor,
+            void (Recordset::*step)()) {
+  if (position == 0) {
+    table.MoveFirst();
+    return !table.Eof() || !editor.BtnAjouterEnabled;
+  }
+  (table.*step)();
+  return !table.Eof() && !table.Bof();
 }
 
 // The grid file and the program file. False when one could not be written, which is logged.
@@ -265,22 +277,14 @@ void Campaigns::BtnFin_Click(Station& station, CampaignEditor& editor) {
 }
 
 void Campaigns::BtnPlus_Click(Station& station, CampaignEditor& editor) {
-  Page(station, editor, "BtnPlus", [](Recordset& table, int position) {
-    if (position == 0)
-      table.MoveFirst();
-    else
-      table.MoveNext();
-    return position == 0 || !table.Eof();
+  Page(station, editor, "BtnPlus", [&](Recordset& table, int position) {
+    return MoveOn(table, position, editor, &Recordset::MoveNext);
   });
 }
 
 void Campaigns::BtnMoins_Click(Station& station, CampaignEditor& editor) {
-  Page(station, editor, "BtnMoins", [](Recordset& table, int position) {
-    if (position == 0)
-      table.MoveFirst();
-    else
-      table.MovePrevious();
-    return position != 1;
+  Page(station, editor, "BtnMoins", [&](Recordset& table, int position) {
+    return MoveOn(table, position, editor, &Recordset::MovePrevious);
   });
 }
 

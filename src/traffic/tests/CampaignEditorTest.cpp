@@ -133,6 +133,17 @@ TEST(CampaignEditor, PagingOnFromANewRecordGoesOnFromTheOneThatWasShownBefore) {
   EXPECT_EQ(shown(), "At 20 2 /4");
 }
 
+TEST(CampaignEditor, PagingOnFromTheFirstRecordOfAllKeepsWhatIsTyped) {
+  CampaignStation s;
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  s.editor.ChContact = "typed";
+  Campaigns::BtnPlus_Click(s.station, s.editor);
+  Campaigns::BtnMoins_Click(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChContact, "typed");
+  EXPECT_TRUE(s.editor.BtnAjouterEnabled);
+}
+
 TEST(CampaignEditor, PagingOnFromARecordThatIsGoneBeginsAtTheFirst) {
   CampaignStation s;
   for (const char* priority : {"10", "20", "30"})
