@@ -36,6 +36,14 @@ TEST(OperatorWords, WhatStandsInThePlaceIsTakenOver) {
   EXPECT_EQ(InOperatorsWords("Effacer cette Catégorie %1", kEnglish), "Delete this category %1");
 }
 
+TEST(OperatorWords, TheQuestionForANewCategoryNamesIt) {
+  const char* question = "Ajouter cette Catégorie à la liste\r\nété";
+  EXPECT_EQ(InOperatorsWords(question, kFrench), question);
+  EXPECT_EQ(InOperatorsWords(question, kEnglish), "Add this category to the list\r\nété");
+  EXPECT_EQ(InOperatorsWords(question, kPortuguese), "Juntar esta categoria à lista\r\nété");
+  EXPECT_EQ(InOperatorsWords(question, kSpanish), "Añadir esta categoría a la lista\r\nété");
+}
+
 TEST(OperatorWords, ARefusalOfThePrelistenTellsWhereItsOutputIsChosen) {
   EXPECT_EQ(InOperatorsWords("Impossible d'écouter sur cette sortie audio", kEnglish),
             "The prelisten cannot play on its output.\r\nIt is chosen on the on-air screen: "

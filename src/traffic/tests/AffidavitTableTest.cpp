@@ -4,6 +4,8 @@
 
 #include <set>
 
+#include "platform/Folder.h"
+#include "platform/Spreadsheet.h"
 #include "support/Campaigns.h"
 #include "support/TestStation.h"
 #include "traffic/AffidavitScreen.h"
@@ -161,6 +163,20 @@ TEST_F(AffidavitTable, WhatWasMadeGoesWithAnotherDay) {
   EXPECT_EQ(editor.LblTotaux, "");
   EXPECT_TRUE(Attestation::BtnImprimer_Click(on.station, editor).pages.empty());
   EXPECT_EQ(Messages(), Texts{"Vous n'avez rien dans la liste"});
+}
+
+TEST_F(AffidavitTable, ASpreadsheetThatCannotBeWrittenIsTold) {
+  struct : SpreadsheetWriter {
+    void Write(const std::string& toPath, const Sheet&) override {
+      throw FileError(toPath + ": No space left on device");
+    }
+  } full;
+  Attestation::Form_Load(on.station, editor);
+  editor.Annonceur = "Bakery";
+  Attestation::BtnEtablir_Click(on.station, editor);
+  Attestation::BtnTableur_Click(on.station, editor, "/a.xlsx", full);
+  EXPECT_EQ(Messages(),
+            Texts{"Le fichier n'a pas pu être écrit\r\n/a.xlsx: No space left on device"});
 }
 
 // A report of more rows than a slice, with holes in its numbers.

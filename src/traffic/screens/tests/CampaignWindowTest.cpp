@@ -29,6 +29,14 @@ class CampaignScreen : public CampaignScreenTest {
   void PickInCalendar(int year, int month, int day) { PickDayIn(*window, year, month, day); }
 };
 
+TEST_F(CampaignScreen, InAnUnknownLanguageItsWordsAreFrench) {
+  on.Set("Langue", "4");
+  AddCampaigns();
+  Open();
+  EXPECT_EQ(window->windowTitle(), "Horaires des pubs");
+  EXPECT_EQ(Text("BtnNew"), "Nouvelle");
+}
+
 TEST_F(CampaignScreen, OpensOnTheLastCampaignInOrderOfPassage) {
   AddCampaigns();
   Open();
