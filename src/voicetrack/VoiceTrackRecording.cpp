@@ -41,9 +41,24 @@ void PlaceByVoice(VoiceTrackEditor& editor, int32_t heardMs) {
   if (editor.LblPositionVT < 0) editor.LblPositionVT = atExit;
 }
 
+// Where nothing was recorded the track is what it was.
 void TakeEndOfRecording(Station& station, VoiceTrackEditor& editor) {
-  station.events.Record("stop", editor.FileVoiceTrack, station.platform.recorder->RecordedMs());
+  const Recorder& recorder = *station.platform.recorder;
+  station.events.Record("stop", editor.FileVoiceTrack, recorder.RecordedMs());
+  if (recorder.HasFile())
+    VoiceTracks::ForgetUntouched(station, editor);
+  else
+    editor.FileVoiceTrack = editor.fileBefore;
   VoiceTracks::TakeTrackFile(station, editor);
+}
+
+// The station goes on while the recorder ends, and the editor may be closed in that time.
+void EndRecording(Station& station, VoiceTrackEditor& editor) {
+  const int32_t code = editor.LblCodeVT;
+  SetTrackButtons(editor, true);
+  editor.BtnStopEnabled = false;
+  station.platform.recorder->Stop();
+  if (editor.open && editor.LblCodeVT == code) TakeEndOfRecording(station, editor);
 }
 
 void BeginRecording(Station& station, VoiceTrackEditor& editor) {
@@ -55,9 +70,10 @@ void BeginRecording(Station& station, VoiceTrackEditor& editor) {
     LogError(station, "WaveRecorder", kErrFile, reason);
     VoiceTracks::Tell(station, VoiceTracks::kRecordingEnded);
   });
+  editor.fileBefore = editor.FileVoiceTrack;
+  editor.silenceLogged = false;
   editor.FileVoiceTrack =
       VoiceTracks::PathInFolder(station, VoiceTracks::TrackName(editor.LblCodeVT));
-  VoiceTracks::ForgetUntouched(station, editor);
   station.events.Record("start", editor.FileVoiceTrack, 0);
 }
 
@@ -106,10 +122,7 @@ void VoiceTracks::ForgetUntouched(Station& station, VoiceTrackEditor& editor) {
 }
 
 void VoiceTracks::StopTrack(Station& station, VoiceTrackEditor& editor) {
-  if (IsRecording(station)) {
-    station.platform.recorder->Stop();
-    return TakeEndOfRecording(station, editor);
-  }
+  if (IsRecording(station)) return EndRecording(station, editor);
   Prelisten* player = station.platform.prelisten;
   if (editor.BtnStopEnabled && player) player->Close();
   TakeTrackFile(station, editor);
