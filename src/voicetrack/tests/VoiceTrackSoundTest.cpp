@@ -84,11 +84,15 @@ struct VoiceTrackSound : VoiceTrackFixture {
       if (std::fabs(one[i] - other[i]) > 2e-6F) return static_cast<int64_t>(i) / 2;
     return -1;
   }
-  void ExpectTheSame(int64_t fromMs, int64_t ms) {
-    const JoinSound ahead = Preview(ms);
-    const JoinSound aired = Air(fromMs, ms);
+  // From that position of the first title on, so long; but for what lies between two moments of it.
+  void ExpectTheSame(int64_t fromMs, int64_t ms, int64_t butFromMs = 0, int64_t butUntilMs = 0) {
+    JoinSound ahead = Preview(ms);
+    JoinSound aired = Air(fromMs, ms);
     ASSERT_GE(ahead.size(), static_cast<size_t>(2 * MsToFrames(ms - 10)));
     ASSERT_GE(aired.size(), static_cast<size_t>(2 * MsToFrames(ms - 10)));
+    for (JoinSound* sound : {&ahead, &aired})
+      std::fill(sound->begin() + 2 * MsToFrames(butFromMs),
+                sound->begin() + 2 * MsToFrames(butUntilMs), 0.0F);
     // What begins inside of a file rises for 10 ms.
     const int64_t differs = FirstDifference(ahead, aired, 441);
     EXPECT_EQ(differs, -1) << FramesToMs(differs) << " ms";
@@ -116,6 +120,13 @@ TEST_F(VoiceTrackSound, ACutTrackIsHeardAsItAirs) {
   VoiceTracks::CheckCut_Click(editor, true);
   VoiceTracks::PointSortie_Change(editor, 1000);
   ExpectTheSame(50000, 12000);
+}
+
+// The engine's tick waits while two elements overlap: on air the music comes back behind that.
+TEST_F(VoiceTrackSound, ATrackThatEndsInTheFadeIsHeardAsItAirsButForTheMusicUpToTheFadesEnd) {
+  Say(3000);
+  VoiceTracks::LblPositionVT_Change(editor, 53000);
+  ExpectTheSame(50000, 12000, 6000, 6720);  // the fade ends at 6600; a tick and a ramp later
 }
 
 }  // namespace
