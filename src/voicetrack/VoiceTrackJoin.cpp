@@ -239,6 +239,7 @@ void VoiceTracks::CheckTest_Click(Station& station, VoiceTrackEditor& editor, bo
 }
 
 void VoiceTracks::BtnPplay2_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
   HandleControl(station, "BtnPplay2", [&] {
     if (station.platform.preview) BeginJoin(station, editor);
   });
