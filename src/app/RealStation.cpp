@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/ChosenDevices.h"
+#include "platform/real/analysis/RealLevelTool.h"
 
 namespace zemo {
 
@@ -29,8 +30,19 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                                })),
       prelisten(loop, opener,
                 [this](int number) {
-                  return PrelistenDevice(PrelistenKey(localValues, number), number);
+                  // The voice tracks alone are heard by it as well.
+                  const std::string key = PrelistenKey(localValues, number);
+                  return PrelistenDevice(
+                      key.empty() ? VoiceTrackOutputKey(localValues, number) : key, number);
                 }),
+      recorder(loop,
+               [this](int number) { return InputOf(MicrophoneKey(localValues, number), number); }),
+      preview(loop, opener,
+              [this](int number) {
+                return PrelistenDevice(VoiceTrackOutputKey(localValues, number), number);
+              }),
+      levelTool(loop, std::make_unique<RealLevelTool>(std::make_unique<SoundFileOpener>())),
+      roundTrip(loop, preview, recorder, machineFolder),
       devices(sound.get(), &prelisten),
       serial(localValues, clock),
       joystick(loop),
@@ -49,12 +61,20 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .serial = serial,
                        .joystick = joystick,
                        .baseUse = &baseLock,
-                       .prelisten = &prelisten}) {
+                       .prelisten = &prelisten,
+                       .recorder = &recorder,
+                       .preview = &preview,
+                       .levelTool = &levelTool,
+                       .roundTrip = &roundTrip,
+                       .soundDevices = &soundDevices}) {
   stands_ = true;
   loop.SetIdle(
       [this] {
         sound->Poll();
         prelisten.Poll();
+        recorder.Poll();
+        preview.Poll();
+        soundDevices.Poll();
       },
       kSoundPollMs);
 }

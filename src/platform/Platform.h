@@ -16,8 +16,10 @@ class MessageBoxes;
 class Prelisten;
 class PreviewChain;
 class Recorder;
+class RoundTrip;
 class SerialPort;
 class SoundChain;
+class SoundDeviceList;
 class SoundFiles;
 class SoundLengths;
 class System;
@@ -44,6 +46,8 @@ struct Platform {
   Recorder* recorder = nullptr;
   PreviewChain* preview = nullptr;
   LevelTool* levelTool = nullptr;
+  RoundTrip* roundTrip = nullptr;
+  SoundDeviceList* soundDevices = nullptr;  // null: nobody knows them by name
 };
 
 }  // namespace zemo

@@ -169,9 +169,13 @@ void ServeJoin(Station& station, VoiceTrackEditor& editor) {
   RestoreVolumes(station, editor);
 }
 
-bool TakeJoinOutput(Station& station, const VoiceTrackEditor& editor) {
+bool TakeJoinOutput(Station& station, VoiceTrackEditor& editor) {
   try {
     station.platform.preview->UseDevice(editor.VoiceTrackOututID);
+    station.platform.preview->OnLost([&] {
+      HandleControl(station, "BtnPplay2", [&] { VoiceTracks::EndJoin(station, editor); });
+      TellPrelistenRefused(station);
+    });
     return true;
   } catch (const SoundError&) {
     TellPrelistenRefused(station);
@@ -235,6 +239,7 @@ void VoiceTracks::CheckTest_Click(Station& station, VoiceTrackEditor& editor, bo
 }
 
 void VoiceTracks::BtnPplay2_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
   HandleControl(station, "BtnPplay2", [&] {
     if (station.platform.preview) BeginJoin(station, editor);
   });
@@ -249,6 +254,7 @@ void VoiceTracks::TimerVT_Timer(Station& station, VoiceTrackEditor& editor) {
     const bool recording = IsRecording(station);
     if (recording) editor.LblTimeVT = FormatDuration(station.platform.recorder->RecordedMs());
     if (editor.join.on) ServeJoin(station, editor);
+    ShowLevels(station, editor);
     if (!recording && !editor.join.on) editor.TimerVT->SetEnabled(false);
   });
 }

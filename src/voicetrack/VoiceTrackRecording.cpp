@@ -20,7 +20,7 @@ namespace zemo {
 namespace {
 
 // From where the presenter heard that the time had come to where the voice begins in the file: the
-// reaction and the buffers.
+// reaction and the buffers. Where the machine's own delay was measured, that alone.
 constexpr int32_t kReactionMs = 2420;
 constexpr double kMostPeakDb = -1;  // dBTP
 
@@ -33,17 +33,36 @@ void SetTrackButtons(VoiceTrackEditor& editor, bool busy) {
   editor.BtnUndoNormalizeEnabled = !editor.untouchedFile.empty() && !busy;
 }
 
+bool IsOpenOn(const VoiceTrackEditor& editor, int32_t code) {
+  return editor.open && editor.LblCodeVT == code;
+}
+
 // The presenter began while the join was heard: there the track begins on air.
 void PlaceByVoice(VoiceTrackEditor& editor, int32_t heardMs) {
-  const int32_t atExit = VoiceTracks::ExitOfBefore(editor) - kReactionMs;
-  editor.LblPositionVT =
-      heardMs > VoiceTracks::ExitOfBefore(editor) ? atExit : heardMs - kReactionMs;
+  const int32_t delayMs = editor.CheckLatence ? editor.LblLatence : kReactionMs;
+  const int32_t atExit = VoiceTracks::ExitOfBefore(editor) - delayMs;
+  editor.LblPositionVT = heardMs > VoiceTracks::ExitOfBefore(editor) ? atExit : heardMs - delayMs;
   if (editor.LblPositionVT < 0) editor.LblPositionVT = atExit;
 }
 
+// Where nothing was recorded the track is what it was.
 void TakeEndOfRecording(Station& station, VoiceTrackEditor& editor) {
-  station.events.Record("stop", editor.FileVoiceTrack, station.platform.recorder->RecordedMs());
+  const Recorder& recorder = *station.platform.recorder;
+  station.events.Record("stop", editor.FileVoiceTrack, recorder.RecordedMs());
+  if (recorder.HasFile())
+    VoiceTracks::ForgetUntouched(station, editor);
+  else
+    editor.FileVoiceTrack = editor.fileBefore;
   VoiceTracks::TakeTrackFile(station, editor);
+}
+
+// The station goes on while the recorder ends, and the editor may be closed in that time.
+void EndRecording(Station& station, VoiceTrackEditor& editor) {
+  const int32_t code = editor.LblCodeVT;
+  SetTrackButtons(editor, true);
+  editor.BtnStopEnabled = false;
+  station.platform.recorder->Stop();
+  if (IsOpenOn(editor, code)) TakeEndOfRecording(station, editor);
 }
 
 void BeginRecording(Station& station, VoiceTrackEditor& editor) {
@@ -55,9 +74,10 @@ void BeginRecording(Station& station, VoiceTrackEditor& editor) {
     LogError(station, "WaveRecorder", kErrFile, reason);
     VoiceTracks::Tell(station, VoiceTracks::kRecordingEnded);
   });
+  editor.fileBefore = editor.FileVoiceTrack;
+  editor.silenceLogged = false;
   editor.FileVoiceTrack =
       VoiceTracks::PathInFolder(station, VoiceTracks::TrackName(editor.LblCodeVT));
-  VoiceTracks::ForgetUntouched(station, editor);
   station.events.Record("start", editor.FileVoiceTrack, 0);
 }
 
@@ -69,21 +89,40 @@ void KeepUntouched(Station& station, VoiceTrackEditor& editor) {
     editor.untouchedFile = editor.FileVoiceTrack;
     return;
   }
-  const std::string kept = VoiceTracks::UntouchedName(editor.LblCodeVT);
-  folder.Write(kept, folder.Read(name).value_or(std::string()));
+  const int32_t code = editor.LblCodeVT;
+  const std::string kept = VoiceTracks::UntouchedName(code);
+  station.platform.levelTool->Copy(folder, name, kept);
+  if (!IsOpenOn(editor, code)) return folder.Remove(kept);
   editor.untouchedFile = VoiceTracks::PathInFolder(station, kept);
 }
 
 // False: there is nothing in it to be heard.
 bool BringToLevel(Station& station, VoiceTrackEditor& editor) {
-  const std::string name = VoiceTracks::TrackName(editor.LblCodeVT);
+  const int32_t code = editor.LblCodeVT;
+  const std::string name = VoiceTracks::TrackName(code);
   const LevelTool::Level level{static_cast<double>(editor.LevelNormalize), kMostPeakDb};
   if (!station.platform.levelTool->BringTo(
           level, station.platform.soundFiles.Resolve(editor.untouchedFile),
           VoiceTracks::TrackFolder(station), name))
     return false;
+  if (!IsOpenOn(editor, code)) return true;
   editor.FileVoiceTrack = VoiceTracks::PathInFolder(station, name);
   return true;
+}
+
+// The editor may be closed in the yields, and its values are another track's then.
+void Normalize(Station& station, VoiceTrackEditor& editor) {
+  if (!station.platform.levelTool) throw SoundError("there is nothing that changes a level");
+  const int32_t code = editor.LblCodeVT;
+  VoiceTracks::FreeTrackSlot(station, editor);
+  const bool changedBefore = !editor.untouchedFile.empty();
+  if (!changedBefore) KeepUntouched(station, editor);
+  if (!IsOpenOn(editor, code)) return;
+  const bool changed = BringToLevel(station, editor);
+  if (!IsOpenOn(editor, code)) return;
+  if (changed) return VoiceTracks::TakeTrackFile(station, editor);
+  if (!changedBefore) VoiceTracks::ForgetUntouched(station, editor);
+  VoiceTracks::Tell(station, VoiceTracks::kNoSound);
 }
 
 }  // namespace
@@ -106,16 +145,14 @@ void VoiceTracks::ForgetUntouched(Station& station, VoiceTrackEditor& editor) {
 }
 
 void VoiceTracks::StopTrack(Station& station, VoiceTrackEditor& editor) {
-  if (IsRecording(station)) {
-    station.platform.recorder->Stop();
-    return TakeEndOfRecording(station, editor);
-  }
+  if (IsRecording(station)) return EndRecording(station, editor);
   Prelisten* player = station.platform.prelisten;
   if (editor.BtnStopEnabled && player) player->Close();
   TakeTrackFile(station, editor);
 }
 
 void VoiceTracks::BtnRecord_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
   HandleControl(station, "BtnRecord", [&] {
     if (!station.platform.recorder) throw SoundError("there is no recorder");
     StopTrack(station, editor);
@@ -154,6 +191,7 @@ void VoiceTracks::BtnPlay1_Click(Station& station, VoiceTrackEditor& editor) {
 
 void VoiceTracks::BntLoadVT_Click(Station& station, VoiceTrackEditor& editor,
                                   const std::string& file) {
+  if (editor.GaugeVisible) return;
   HandleControl(station, "BntLoadVT", [&] {
     if (station.platform.lengths.LengthMs(file) == 0) return Tell(station, kNoSound);
     FreeTrackSlot(station, editor);
@@ -184,22 +222,21 @@ void VoiceTracks::BtnTableMixage_Click(Station& station) {
 }
 
 void VoiceTracks::BtnNormalize_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
+  const int32_t code = editor.LblCodeVT;
   editor.GaugeVisible = true;
+  SetTrackButtons(editor, true);
+  editor.BtnStopEnabled = false;
   station.platform.loop.Yield();  // the gauge is seen
+  if (IsOpenOn(editor, code) && !IsRecording(station))
+    HandleControl(station, "BtnNormalize", [&] { Normalize(station, editor); });
+  if (!IsOpenOn(editor, code)) return;
   editor.GaugeVisible = false;
-  if (!editor.open || IsRecording(station)) return;  // by what came in the yield
-  HandleControl(station, "BtnNormalize", [&] {
-    if (!station.platform.levelTool) throw SoundError("there is nothing that changes a level");
-    FreeTrackSlot(station, editor);
-    const bool changedBefore = !editor.untouchedFile.empty();
-    if (!changedBefore) KeepUntouched(station, editor);
-    if (BringToLevel(station, editor)) return TakeTrackFile(station, editor);
-    if (!changedBefore) ForgetUntouched(station, editor);
-    Tell(station, kNoSound);
-  });
+  SetTrackButtons(editor, IsRecording(station));
 }
 
 void VoiceTracks::BtnUndoNormalize_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
   HandleControl(station, "BtnUndoNormalize", [&] {
     FreeTrackSlot(station, editor);
     Folder& folder = TrackFolder(station);

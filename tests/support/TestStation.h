@@ -22,7 +22,9 @@
 #include "platform/sim/SimPrelisten.h"
 #include "platform/sim/SimPreview.h"
 #include "platform/sim/SimRecorder.h"
+#include "platform/sim/SimRoundTrip.h"
 #include "platform/sim/SimSoundChain.h"
+#include "platform/sim/SimSounds.h"
 #include "platform/sim/SimWires.h"
 #include "station/Station.h"
 #include "store/StoreError.h"
@@ -118,6 +120,7 @@ class LengthTable : public SoundOpener {
  public:
   std::map<std::string, int64_t> lengthsMs;  // by path; a file that is not here is unreadable
   std::set<std::string> silent;              // paths
+  std::map<std::string, double> tones;       // hertz, by path; others are one level throughout
   FaultAt fault;
   std::unique_ptr<SoundSource> Open(const std::string& path) override;
 };
@@ -208,6 +211,8 @@ class TestStation : private EventSink {
   SimPrelisten prelisten;
   SimRecorder recorder;
   SimPreview preview;
+  SimRoundTrip roundTrip;
+  SimSounds soundDevices;
   FaultyFolder stationFolder, machineFolder;
   StoredPaths soundFiles;
   SoundFileLengths lengths;

@@ -15,8 +15,8 @@
 namespace zemo {
 namespace {
 
-using testing::Recorder;
 using testing::ServerKind;
+using testing::SinkRecorder;
 using testing::SoundServer;
 
 constexpr int kNumber = 7;  // under which the device was chosen once; another one has it by now
@@ -57,7 +57,7 @@ TEST_F(StationPrelisten, IsHeardOnTheDeviceThatIsKnownByItsKeyAndEndsInTheEventL
   prelisten.OnEnd([&](bool lost) { ends.push_back(lost); });
   EXPECT_TRUE(real.devices.PrelistenClosed());
 
-  Recorder one("one", server_.Path("one"), true), two("two", server_.Path("two"), true);
+  SinkRecorder one("one", server_.Path("one"), true), two("two", server_.Path("two"), true);
   prelisten.SetDevice(kNumber);
   prelisten.Open(server_.Path("second.wav"));
   EXPECT_FALSE(real.devices.PrelistenClosed());

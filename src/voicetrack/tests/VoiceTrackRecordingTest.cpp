@@ -1,4 +1,5 @@
 // Opening the editor, the track's file, and what is kept at closing.
+#include "platform/Recorder.h"
 #include "voicetrack/tests/VoiceTrackFixture.h"
 
 namespace zemo {
@@ -127,6 +128,41 @@ TEST_F(VoiceTrack, AnInputThatIsLostIsToldAndWhatCameBeforeIsKept) {
   EXPECT_TRUE(editor.BtnRecordEnabled);
 }
 
+// One that takes its time to open, and then does not.
+struct LateRecorder : Recorder {
+  std::function<void(const std::string& reason)> ended;
+  bool recording = false;
+  void Listen(int) override {}
+  void Start(int, zemo::Folder&, const std::string&) override { recording = true; }
+  void Stop() override { recording = false; }
+  bool Recording() const override { return recording; }
+  int64_t RecordedMs() const override { return 0; }
+  bool HasFile() const override { return false; }
+  int64_t SilentMs() const override { return 0; }
+  Levels HeardLevels() override { return {}; }
+  void OnEnd(std::function<void(const std::string& reason)> tell) override {
+    ended = std::move(tell);
+  }
+};
+
+TEST_F(VoiceTrack, AnInputThatRefusesLaterLeavesTheTrackAsItWas) {
+  const std::string chosen = Load(4000);
+  LateRecorder late;
+  on.station.platform.recorder = &late;
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, OwnFile());
+  late.recording = false;
+  late.ended("the input does not open");
+  EXPECT_EQ(editor.FileVoiceTrack, chosen);
+  EXPECT_EQ(editor.trackLengthMs, 4000);
+  EXPECT_TRUE(editor.BtnRecordEnabled);
+  EXPECT_EQ(LastMessage(), "L'enregistrement s'est arrêté");
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, chosen);
+  on.station.platform.recorder = nullptr;
+}
+
 TEST_F(VoiceTrack, WhatIsSaidIsInTheFileWhileItIsRecorded) {
   VoiceTracks::BtnRecord_Click(on.station, editor);
   Wait(2000);
@@ -198,8 +234,13 @@ struct WordTool : LevelTool {
     lufs = level.loudnessLufs;
     peakDb = level.mostTruePeakDb;
     folder.Write(name, "louder than " + path);
+    if (meanwhile) meanwhile();
     return true;
   }
+  void Copy(Folder& folder, const std::string& from, const std::string& to) override {
+    folder.Write(to, folder.Read(from).value());
+  }
+  std::function<void()> meanwhile;  // in the yields of the change
 };
 
 struct VoiceTrackLevel : VoiceTrackFixture {
@@ -239,6 +280,36 @@ TEST_F(VoiceTrackLevel, AChosenFileStaysAsItIsAndTheTrackBecomesAFileOfItsOwn) {
   VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
   EXPECT_EQ(editor.FileVoiceTrack, chosen);
   EXPECT_FALSE(Tracks().Exists("00000001.Wav"));
+}
+
+TEST_F(VoiceTrackLevel, NothingTouchesTheTrackWhileItsLevelIsChanged) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  tool.meanwhile = [this] {
+    EXPECT_TRUE(editor.GaugeVisible);
+    EXPECT_FALSE(editor.BtnRecordEnabled);
+    VoiceTracks::BtnRecord_Click(on.station, editor);
+    VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+    VoiceTracks::BtnNormalize_Click(on.station, editor);
+    EXPECT_FALSE(on.recorder.Recording());
+  };
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_EQ(Tracks().Read("00000001.Wav"), "louder than " + OwnFile("Untouched-00000001.Wav"));
+  EXPECT_FALSE(editor.GaugeVisible);
+  EXPECT_TRUE(editor.BtnRecordEnabled);
+  EXPECT_TRUE(editor.BtnUndoNormalizeEnabled);
+}
+
+TEST_F(VoiceTrackLevel, AnEditorThatIsClosedMeanwhileStaysClosed) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  tool.meanwhile = [this] { VoiceTracks::Form_Unload(on.station, editor); };
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_FALSE(editor.open);
+  EXPECT_EQ(editor.FileVoiceTrack, "");
+  EXPECT_EQ(Tracks().Names(), std::vector<std::string>{"00000001.Wav"});
 }
 
 TEST_F(VoiceTrackLevel, TheUntouchedRecordingGoesWhenTheEditorCloses) {
