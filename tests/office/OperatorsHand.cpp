@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPixmap>
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTableView>
@@ -216,6 +217,11 @@ std::vector<std::string> OperatorsHand::Column(const char* name, int column) {
   for (int row = 0; row < table->model()->rowCount(); ++row)
     texts.push_back(table->model()->index(row, column).data().toString().toStdString());
   return texts;
+}
+
+void OperatorsHand::KeepPicture(const std::string& name) {
+  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
+  EXPECT_TRUE(window_ && window_->grab().save(path)) << path.toStdString();
 }
 
 }  // namespace zemo::test

@@ -50,6 +50,7 @@ class OperatorsHand {
   // --- the eye ---
   std::string Text(const char* control);  // of a label, a button, a box or a list
   std::vector<std::string> Column(const char* table, int column);
+  void KeepPicture(const std::string& name);  // of the window, for a person to look at
   // Once it is so.
   template <typename Condition>
   void WaitUntil(const char* what, Condition condition) {

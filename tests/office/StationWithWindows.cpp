@@ -1,7 +1,6 @@
 #include "office/StationWithWindows.h"
 
 #include <QApplication>
-#include <algorithm>
 #include <utility>
 
 #include "app/demo/NewStation.h"
@@ -70,10 +69,9 @@ void StationWithWindows::OpenMainScreen() {
 }
 
 void StationWithWindows::Run(int64_t untilMs) {
-  for (int64_t nowMs = on.loop.MonotonicMs(); nowMs < untilMs; nowMs = on.loop.MonotonicMs()) {
-    on.RunUntil(std::min(nowMs + kTurnMs, untilMs));
-    QApplication::processEvents();
-  }
+  for (int64_t turnMs = on.loop.MonotonicMs() + kTurnMs; turnMs < untilMs; turnMs += kTurnMs)
+    on.At(turnMs, [] { QApplication::processEvents(); });
+  on.RunUntil(untilMs);  // at once: the end of a run breaks off what waits there
 }
 
 }  // namespace zemo::test

@@ -27,7 +27,7 @@ class StationWithWindows {
   StationWithWindows(const StationWithWindows&) = delete;
 
   void OpenMainScreen();
-  // Up to that time since the begin, in steps behind each of which the windows have their turn.
+  // Up to that time since the begin; the windows have their turns meanwhile.
   void Run(int64_t untilMs);
   // A sound file beside the station's folder; its stored path.
   std::string MakeSound(const std::string& name, int64_t lengthMs) {

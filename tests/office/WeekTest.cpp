@@ -28,7 +28,7 @@ constexpr const char* kMorningGenre = "GOLD N-1";
 constexpr const char* kEveningGenre = "GOLD N-2";
 constexpr int kTitlesOfGenre = 160;  // of six minutes and more: each airs once a day at most
 constexpr int64_t kHourMs = 3600 * 1000;
-constexpr int64_t kTuesdayMs = 26 * kHourMs + 600000;  // 00:10, since Sunday 22:00
+constexpr int64_t kTuesdayMs = 26 * kHourMs + 630000;  // 00:10:30, since Sunday 22:00
 constexpr int kSpotsTab = 4;
 
 const Texts kMomentsOfBakery = {"07:10", "07:40", "08:10", "09:10", "09:40", "12:40", "17:10"};
@@ -155,6 +155,7 @@ void Week::DrawTheModels() {
     TakeEntry("MasterPourCent", "100");
   }
   EXPECT_TRUE(hand.Find("LblNotSaved")->isVisible());
+  hand.KeepPicture("week-models");
   hand.Click("BtnSave");
   EXPECT_FALSE(hand.Find("LblNotSaved")->isVisible());
   hand.Click("JourSemaine_7");
@@ -192,7 +193,7 @@ void Week::EnterCampaign(const std::string& name, int64_t lengthMs, int priority
 void Week::EnterTheCampaigns() {
   hand.Menu({"MnuEdit", "MnuHPubs"});
   hand.GoTo("FrmPub");
-  EnterCampaign("BAKERY", 20000, 0, 6);
+  EnterCampaign("BAKERY", 20000, 1, 6);
   EXPECT_EQ(hand.Text("ChAnnonceur"), "BAKERY");
   EXPECT_EQ(hand.Text("LblTotalJours"), "7 days");
   hand.Drag(*hand.Find<CampaignGridView>("GPub")->viewport(), InGrid(RowOf(7, 10), 1),
@@ -202,8 +203,9 @@ void Week::EnterTheCampaigns() {
   Cross(RowOf(12, 40), 4, Qt::ShiftModifier);
   Cross(RowOf(17, 10), 1);
   EXPECT_EQ(hand.Text("LblTotalMsg"), "13");  // 5, 7 and 1
+  hand.KeepPicture("week-campaign");
   hand.Click("BtnAjouter");
-  EnterCampaign("ZOO", 30000, 1, 0);
+  EnterCampaign("ZOO", 30000, 2, 0);
   Cross(RowOf(7, 10), 1);
   EXPECT_EQ(hand.Text("LblTotalMsg"), "1");
   hand.Click("BtnAjouter");
@@ -224,6 +226,7 @@ void Week::MakeAStoredList() {
   hand.Click("LblDate");
   hand.PickDay(1);
   hand.Type("ChHeure", "15:00");
+  hand.KeepPicture("week-list");
   hand.Click("BtnSauve");
   hand.Click("BtnNew");
   hand.Click("Toolbar1_1");
@@ -233,6 +236,9 @@ void Week::MondayAired() {
   s.on.seen.clear();
   hand.Click("Toolbar1_5");
   s.Run(kTuesdayMs);
+  int jingles = 0;
+  for (const Seen& start : s.on.Starts()) jingles += start["file"].ends_with("/before.wav");
+  EXPECT_EQ(jingles, 7);  // one a break; at 07:10 it is that of both
   EXPECT_TRUE(s.on.Events("error").empty()) << s.on.Events("error")[0]["text"];
   EXPECT_TRUE(s.on.Events("message").empty()) << s.on.Events("message")[0]["text"];
 }
@@ -244,6 +250,7 @@ void Week::TheReportHasTheSpotsAtTheirMoments() {
   hand.Click("CmdCalend");
   hand.PickDay(-1);
   hand.Type("FiltreGenre", "PUB");
+  hand.KeepPicture("week-report");
   Texts moments = kMomentsOfBakery, artists(kMomentsOfBakery.size(), "BAKERY");
   moments.insert(moments.begin() + 1, "07:10");
   artists.insert(artists.begin() + 1, "ZOO");
@@ -311,6 +318,7 @@ void Week::TheAffidavitSaysWhatTheReportSays() {
   }
   paper.push_back("24/11/2026 12:40:00 to come spot 1 BAKERY.wav");
   paper.push_back(totals);
+  hand.KeepPicture("week-affidavit");
   const std::string pdf = s.Path("bakery.pdf");
   hand.Click("BtnPdf");
   hand.SaveAs(pdf);
