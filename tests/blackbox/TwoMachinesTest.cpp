@@ -21,6 +21,8 @@ class TwoProcesses : public BlackBox {
     PutWav("station/Bakery.wav", 5);
     std::filesystem::create_directory(root_ / "desk");
     Put("desk/Settings.Ini", "PCProduction=True\n");
+    // At the end of an hour a fitting would bring the spot forward.
+    ASSERT_EQ(AtTheDesk("settings set OptimiseToph 0").status, 0);
   }
   Child Engine(const std::string& machine) const {
     return Child({Program(), "run", "--station", Path("station"), "--machine", Path(machine),
