@@ -259,11 +259,15 @@ void ModelWindow::ChooseFile() {
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   dialog->setNameFilter(QStringLiteral("Excel (*.xlsx)"));
   dialog->setDefaultSuffix(QStringLiteral("xlsx"));
-  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
-    Work([this, path] {
-      Models::MnuExport_Click(station_, path.toStdString(), *sources_.spreadsheets);
-    });
-  });
+  // Told before the dialogue closes, which the writing would hold on the screen.
+  connect(
+      dialog, &QFileDialog::fileSelected, this,
+      [this](const QString& path) {
+        Work([this, path] {
+          Models::MnuExport_Click(station_, path.toStdString(), *sources_.spreadsheets);
+        });
+      },
+      Qt::QueuedConnection);
   dialog->open();
 }
 

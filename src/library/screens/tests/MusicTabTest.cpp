@@ -261,6 +261,11 @@ TEST_F(MusicTab, TheLibraryIsExportedToTheFileThatWasChosen) {
   AddSongs();
   Open();
   Menu("MnuExporter");
+  bool stands = false;
+  sheets.writing = [&] {
+    const auto* open = window->findChild<QFileDialog*>();
+    stands = open && open->isVisible();
+  };
   auto* dialog = window->findChild<QFileDialog*>(QStringLiteral("FrmExporter"));
   ASSERT_TRUE(dialog);
   dialog->setDirectory(QString::fromStdString(on.machineDir.Path()));
@@ -268,6 +273,7 @@ TEST_F(MusicTab, TheLibraryIsExportedToTheFileThatWasChosen) {
   QTest::keyClick(dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), Qt::Key_Return);
   QApplication::processEvents();
   EXPECT_EQ(sheets.path, on.machineDir.Path() + "/all.xlsx");
+  EXPECT_FALSE(stands);
   EXPECT_EQ(sheets.sheet.cells[0].text, "Auteur");
 }
 

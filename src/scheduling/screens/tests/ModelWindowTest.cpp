@@ -143,10 +143,16 @@ TEST_F(ModelWindowTest, TheWeekIsExportedToTheFileOfTheDialogue) {
   Click("MnuExport");
   auto* dialogue = Window().findChild<QFileDialog*>();
   ASSERT_NE(dialogue, nullptr);
+  bool stands = false;
+  sheets.writing = [&] {
+    const auto* open = Window().findChild<QFileDialog*>();
+    stands = open && open->isVisible();
+  };
   dialogue->findChild<QLineEdit*>()->setText("/tmp/week");
   QTest::keyClick(dialogue, Qt::Key_Return);
   QApplication::processEvents();
   EXPECT_EQ(sheets.path, "/tmp/week.xlsx");
+  EXPECT_FALSE(stands);
 }
 
 TEST_F(ModelWindowTest, TheSupplyOfTheSelectedHourStandsBesideAndACellWithoutTitlesStandsOut) {
