@@ -63,6 +63,16 @@ class ScreenHand {
     });
   }
   void Click(const char* name) { Click(Find(name)); }
+  // Of a button whose menu holds the click until it closes: the hand goes on meanwhile.
+  void OpenMenu(const char* name) {
+    Later(2, [button = QPointer(Find(name))] {
+      QTimer::singleShot(0, qApp, [button] {
+        if (QWindow* window = WindowOf(button))
+          QTest::mouseClick(window, Qt::LeftButton, {},
+                            button->mapTo(button->window(), button->rect().center()));
+      });
+    });
+  }
 
   // To whatever has the keyboard.
   void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {

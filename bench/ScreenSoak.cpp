@@ -33,6 +33,7 @@
 #include "BigLibrary.h"
 #include "Figures.h"
 #include "ScreenHand.h"
+#include "app/ForecastOfDay.h"
 #include "app/ForecastProcess.h"
 #include "app/RealStation.h"
 #include "app/demo/Demo.h"
@@ -45,6 +46,7 @@
 #include "platform/real/files/WholeFiles.h"
 #include "platform/real/spreadsheet/BackgroundXlsxWriter.h"
 #include "reports/screens/ReportDesk.h"
+#include "scheduling/screens/ModelDesk.h"
 #include "settings/screens/SettingsDesk.h"
 #include "traffic/screens/AffidavitDesk.h"
 #include "traffic/screens/CampaignDesk.h"
@@ -100,6 +102,7 @@ class SoakSystem : public zemo::RealSystem {
 struct Office {
   zemo::LibraryDesk library;
   zemo::CampaignDesk campaigns;
+  zemo::ModelDesk models;
   zemo::AffidavitDesk affidavit;
   zemo::ReportDesk report;
   zemo::SettingsDesk settings;
@@ -108,6 +111,7 @@ struct Office {
   void Leave() {
     library.Leave();
     campaigns.Leave();
+    models.Leave();
     affidavit.Leave();
     report.Leave();
     settings.Leave();
@@ -127,6 +131,7 @@ class Operator {
     InTheGrid();
     InTheLibrary();
     InTheCampaigns();
+    InTheModels();
     InTheSettings();
     InTheReport();
     WithTheAffidavit();
@@ -151,7 +156,8 @@ class Operator {
  private:
   static bool InDialogue(std::string_view name) {
     return name.starts_with("skeleton ") || name.starts_with("calendar ") ||
-           name.starts_with("library give ") || name.starts_with("report save ");
+           name.starts_with("library give ") || name.starts_with("report save ") ||
+           name.starts_with("models save ");
   }
   void Do(const char* name, std::function<void()> act) {
     steps_.emplace_back(name, std::move(act));
@@ -462,6 +468,73 @@ class Operator {
     });
   }
 
+  // Opens its pop-up. The row of totals is left alone.
+  void ClickCell(const char* name, int firstColumn) {
+    QTableView* grid = Table(name);
+    const int rows = grid ? ScreenHand::RowsSeen(*grid) - 1 : 0;
+    if (rows < 1) return;
+    const QModelIndex cell = grid->model()->index(
+        Any(rows), firstColumn + Any(grid->model()->columnCount() - firstColumn));
+    hand_.Click(grid->viewport(), grid->visualRect(cell).center());
+  }
+  // In the pop-up, if one opened: never its first entry, with which an hour would lose its music.
+  void TakeShare() {
+    if (!QApplication::activePopupWidget()) return;
+    hand_.Key(Qt::Key_End);
+    for (int up = Any(10); up > 0; --up) hand_.Key(Qt::Key_Up);
+    hand_.Key(Qt::Key_Return);
+  }
+  void CopyADay() {
+    if (!QApplication::activePopupWidget()) return;
+    for (int down = 1 + Any(7); down > 0; --down) hand_.Key(Qt::Key_Down);
+    hand_.Key(Qt::Key_Return);
+  }
+
+  // Shares are drawn and saved, rows are put in and taken out and the saved ones got back, a day is
+  // copied over another and simulated, the week written out.
+  void InTheModels() {
+    Do("models", [this] {
+      office_.models.Open();
+      hand_.GoTo(*office_.models.Window());
+      hand_.Resize({1280, 800});
+    });
+    Do("models wait", [] {});
+    for (int i = 0; i < 3; ++i) {
+      Do("models cell", [this] { ClickCell("Models", 1); });
+      Do("models share", [this] { TakeShare(); });
+    }
+    Do("models store", [this] { hand_.Click("BtnSave"); });
+    Do("models keys", [this] {
+      hand_.KeyIn("Models", Qt::Key_Home);
+      hand_.Key(Qt::Key_Insert);
+      hand_.Key(Qt::Key_Delete);
+      hand_.Key(Qt::Key_Delete);
+    });
+    Do("models get back", [this] { hand_.Click("BtnImport"); });
+    Do("models variety", [this] { ClickCell("GVariete", 0); });
+    Do("models share", [this] { TakeShare(); });
+    for (int i = 0; i < 3; ++i)
+      Do("models day",
+         [this] { hand_.Click(("JourSemaine_" + std::to_string(1 + Any(7))).c_str()); });
+    Do("models copy", [this] { hand_.OpenMenu("MnuCopierJour"); });
+    Do("models copy of", [this] { CopyADay(); });
+    Do("models forecast", [this] {
+      if (rounds_ % 3 == 0) hand_.Click("BtnForecast");
+    });
+    Do("models export", [this] { hand_.Click("MnuExport"); });
+    for (int i = 0; i < 2; ++i) Do("models save wait", [] {});
+    Do("models save as", [this] {
+      if (!QApplication::activeModalWidget()) return;
+      hand_.Type("fileNameEdit", office_.folder + "/week" + std::to_string(rounds_));
+      hand_.Key(Qt::Key_Return);
+    });
+    Do("models small window", [this] { hand_.Resize({1024, 768}); });
+    Do("models closed", [this] {
+      office_.models.Window()->close();
+      hand_.GoTo(main_);
+    });
+  }
+
   void ClickHead(const char* list, int columns) {
     if (QTableView* table = Table(list))
       hand_.Click(table->horizontalHeader()->viewport(),
@@ -589,6 +662,10 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   librarySources.questions = sources.questions;
   zemo::CampaignSources campaignSources;
   campaignSources.questions = sources.questions;
+  zemo::ForecastProcess weekForecast(
+      (QCoreApplication::applicationDirPath() + QStringLiteral("/zemoradio")).toStdString(),
+      folder + "/station", folder + "/machine");
+  zemo::ForecastOfDay dayForecast(weekForecast);
   zemo::AffidavitSources affidavitSources;
   affidavitSources.questions = sources.questions;
   zemo::ReportSources reportSources;
@@ -596,12 +673,14 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   reportSources.questions = sources.questions;
   Office office{zemo::LibraryDesk(station, librarySources),
                 zemo::CampaignDesk(station, campaignSources),
+                zemo::ModelDesk(station, {&spreadsheets, &dayForecast}),
                 zemo::AffidavitDesk(station, affidavitSources),
                 zemo::ReportDesk(station, reportSources),
                 zemo::SettingsDesk(station, {.devices = &real.devices, .chooseFiles = {}}),
                 folder};
   sources.openLibrary = [&office] { office.library.Open(); };
   sources.openCampaigns = [&office] { office.campaigns.Open(); };
+  sources.openModels = [&office] { office.models.Open(); };
   sources.openReport = [&office] { office.report.Open(); };
   sources.openSettings = [&office] { office.settings.Open(); };
   zemo::OnAirWindow window(station, sources);
@@ -631,8 +710,8 @@ void Soak(zemo::ScreenApplication& application, const std::string& folder, int s
   end->SetEnabled(true);
   real.loop.Run();
   steps.stop();
+  office.Leave();  // which may ask
   answers.stop();
-  office.Leave();
   station.events.SetSink(nullptr);
   application.onException = nullptr;
 

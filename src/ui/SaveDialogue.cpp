@@ -24,8 +24,11 @@ void OpenSaveDialogue(QWidget& over, const char* name, const QString& title,
                      if (kind >= 0)
                        dialog->setDefaultSuffix(kinds[static_cast<size_t>(kind)].ending);
                    });
-  QObject::connect(dialog, &QFileDialog::fileSelected, &over,
-                   [take = std::move(take)](const QString& path) { take(path.toStdString()); });
+  // Told before the dialogue closes; what takes its time then would hold it on the screen.
+  QObject::connect(
+      dialog, &QFileDialog::fileSelected, &over,
+      [take = std::move(take)](const QString& path) { take(path.toStdString()); },
+      Qt::QueuedConnection);
   dialog->open();
 }
 

@@ -14,7 +14,6 @@ FreeEntryBox::FreeEntryBox(const char* name, QWidget* parent) : QComboBox(parent
   setInsertPolicy(QComboBox::NoInsert);
   setCompleter(nullptr);  // what is typed stands as it is typed
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  lineEdit()->installEventFilter(this);
   connect(this, &QComboBox::editTextChanged, this,
           [this](const QString& text) { typed(text.toStdString()); });
 }
@@ -31,17 +30,15 @@ void FreeEntryBox::Show(const std::string& text, const std::vector<std::string>&
   ShowIn(*lineEdit(), text);
 }
 
-bool FreeEntryBox::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != lineEdit() || event->type() != QEvent::KeyPress)
-    return QComboBox::eventFilter(watched, event);
-  const int key = static_cast<QKeyEvent*>(event)->key();
-  if (key == Qt::Key_Return || key == Qt::Key_Enter) return enter(), true;
+void FreeEntryBox::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  if (key == Qt::Key_Return || key == Qt::Key_Enter) return enter();
   const QLineEdit& box = *lineEdit();
   const bool behind = !box.hasSelectedText() && box.cursorPosition() == box.text().size();
   const bool whole = box.hasSelectedText() && box.selectedText() == box.text();
   if (key != Qt::Key_Delete || box.text().isEmpty() || (!behind && !whole))
-    return QComboBox::eventFilter(watched, event);
-  return erase(), true;
+    return QComboBox::keyPressEvent(event);
+  erase();
 }
 
 }  // namespace zemo

@@ -18,7 +18,7 @@ class FreeEntryBox : public QComboBox {
   void Show(const std::string& text, const std::vector<std::string>& offer);
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;  // it has the keyboard, also for its line
 
  private:
   std::vector<std::string> offer_;

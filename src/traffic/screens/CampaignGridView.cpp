@@ -11,6 +11,7 @@
 #include <string>
 
 #include "station/TextForms.h"
+#include "station/TimeForms.h"
 #include "traffic/screens/GridMarks.h"
 #include "ui/Theme.h"
 
@@ -19,6 +20,7 @@ namespace zemo {
 namespace {
 
 constexpr int kWidestColumn = 72;
+constexpr int kWeekdayRow = 2;
 constexpr int64_t kMinuteMs = 60000;
 const QColor kWeekend{0x1f, 0x26, 0x30};
 const QColor kBorder{0x5a, 0x66, 0x76};  // of a month and of an hour
@@ -165,7 +167,7 @@ void CampaignGridView::PaintCells(QPainter& painter) const {
   const int bottom = Cell({Grid().RowCount(), 0}).top(), top = HeadHeight();
   for (int column = firstColumn; column <= lastColumn; ++column) {
     const QRect cell = Cell({kFirstMomentRow, column});
-    const std::string& letter = Grid().Cell(2, column);
+    const std::string& letter = Grid().Cell(kWeekdayRow, column);
     if (letter == "S" || letter == "D")
       painter.fillRect(QRect(cell.left(), top, cell.width(), bottom - top), kWeekend);
     painter.setPen(Grid().Cell(1, column) == "01" ? kBorder : Theme::kRaised);
@@ -205,17 +207,18 @@ void CampaignGridView::PaintDays(QPainter& painter) const {
   const auto [first, last] = SeenColumns();
   for (int column = first; column <= last; ++column) {
     const QRect cell = Cell({kFirstMomentRow, column});
-    const std::string& letter = Grid().Cell(2, column);
+    const std::string& letter = Grid().Cell(kWeekdayRow, column);
     const bool weekend = letter == "S" || letter == "D";
     for (int head = 0; head < kHeadRows; ++head) {
       const int crosses = head < kFirstMomentRow ? 0 : CrossesInColumn(Grid(), column);
       const std::string text = head < kFirstMomentRow ? Grid().Cell(head, column)
                                : crosses > 0          ? std::to_string(crosses)
                                                       : std::string();
+      const QString shown = head == kWeekdayRow ? DayLetter(column) : Shown(text);
       const bool count = head == kFirstMomentRow || (head == 0 && !IsMonth(form_, column));
       painter.setPen(count ? Theme::kGood : head == 1 || weekend ? Theme::kText : Theme::kDim);
       painter.drawText(QRect(cell.left(), head * headRow_, cell.width(), headRow_), Qt::AlignCenter,
-                       Shown(text));
+                       shown);
     }
     if (Grid().Cell(1, column) != "01") continue;
     painter.setPen(kBorder);
@@ -420,9 +423,15 @@ void CampaignGridView::ShowTip(const QHelpEvent& help) {
   QToolTip::showText(help.globalPos(), CellTip(place), viewport(), Cell(place));
 }
 
+QString CampaignGridView::DayLetter(int column) const {
+  if (Grid().Cell(kWeekdayRow, column).empty()) return {};
+  const int first = form_.gridDays.empty() ? 1 : CurrentWeekday(form_.gridDays.front());
+  return texts_.Word("DayLetters").mid((first - 1 + column - kFirstDayColumn) % kWeekDays, 1);
+}
+
 QString CampaignGridView::DayTip(int column) const {
   const std::string& day = Grid().Cell(1, column);
-  const QString name = Shown(Grid().Cell(2, column) + (day.empty() ? "" : " ") + day);
+  const QString name = DayLetter(column) + Shown((day.empty() ? "" : " ") + day);
   const int others = loads_.OfAdvertiser(column);
   if (others == 0) return name;
   return name + u'\n' + texts_.Word("TipAdvertiserDay", QString::number(others));
@@ -430,8 +439,8 @@ QString CampaignGridView::DayTip(int column) const {
 
 QString CampaignGridView::CellTip(GridPlace place) const {
   const std::string& day = Grid().Cell(1, place.column);
-  QString tip = Shown(Grid().Cell(2, place.column) + (day.empty() ? "" : " ") + day + "  " +
-                      Grid().Cell(place.row, 0));
+  QString tip = DayLetter(place.column) +
+                Shown((day.empty() ? "" : " ") + day + "  " + Grid().Cell(place.row, 0));
   const std::vector<BreakLoad> loads = loads_.OfDay(Grid(), place.column);
   const auto moment = static_cast<size_t>(place.row - kFirstMomentRow);
   if (moment >= loads.size() || loads[moment].gapMs == 0) return tip;

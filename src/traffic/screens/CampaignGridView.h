@@ -79,6 +79,7 @@ class CampaignGridView : public QAbstractScrollArea {
   bool MarkByKey(const QKeyEvent& event);
   void ScrollTo(GridPlace place);
   void ShowTip(const QHelpEvent& help);
+  QString DayLetter(int column) const;  // of its weekday; the grid's own is French
   QString DayTip(int column) const;
   QString CellTip(GridPlace place) const;
 

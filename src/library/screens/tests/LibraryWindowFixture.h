@@ -7,6 +7,7 @@
 #include <QTableView>
 #include <QTest>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,9 +27,11 @@ class KeptSheet : public SpreadsheetWriter {
  public:
   std::string path;
   Sheet sheet;
+  std::function<void()> writing;
   void Write(const std::string& to, const Sheet& written) override {
     path = to;
     sheet = written;
+    if (writing) writing();
   }
 };
 

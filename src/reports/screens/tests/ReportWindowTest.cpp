@@ -205,6 +205,20 @@ TEST_F(ReportOnScreen, BothListsAreExportedToTheFilesThatWereChosen) {
   EXPECT_EQ(Bytes("rotations.pdf").substr(0, 5), "%PDF-");
 }
 
+TEST_F(ReportOnScreen, TheDialogueIsGoneWhileItsFileIsWritten) {
+  AddSongs();
+  OpenWindow();
+  Click("BtnExport");
+  bool stands = false;
+  onPart = [&] {
+    const auto* dialogue = window->findChild<QDialog*>(QStringLiteral("FrmExport"));
+    stands = dialogue && dialogue->isVisible();
+  };
+  SaveAs("/out/day.xlt");
+  EXPECT_NE(files["/out/day.xlt"], "");
+  EXPECT_FALSE(stands);
+}
+
 TEST_F(ReportOnScreen, ADialogueThatIsCancelledMakesNoFile) {
   AddSongs();
   OpenWindow();

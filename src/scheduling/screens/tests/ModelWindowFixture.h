@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QTableWidget>
 #include <QTest>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,7 +35,11 @@ struct GivenForecast : DayForecast {
 
 struct KeptSheet : SpreadsheetWriter {
   std::string path;
-  void Write(const std::string& to, const Sheet&) override { path = to; }
+  std::function<void()> writing;
+  void Write(const std::string& to, const Sheet&) override {
+    path = to;
+    if (writing) writing();
+  }
 };
 
 class ModelWindowTest : public testing::Test {

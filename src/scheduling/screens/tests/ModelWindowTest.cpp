@@ -171,8 +171,15 @@ TEST_F(ModelWindowTest, TheWeekIsExportedToTheFileOfTheDialogue) {
   Open();
   Click("MnuExport");
   const std::string path = s.machineDir.Path() + "/week";
+  bool stands = false;
+  sheets.writing = [&] {
+    const auto* open = Window().findChild<QFileDialog*>();
+    stands = open && open->isVisible();
+  };
   SaveIn(Window(), "FrmExportWeek", path);
+  QApplication::processEvents();
   EXPECT_EQ(sheets.path, path + ".xlsx");
+  EXPECT_FALSE(stands);
 }
 
 TEST_F(ModelWindowTest, TheSupplyOfTheSelectedHourStandsBesideAndACellWithoutTitlesStandsOut) {

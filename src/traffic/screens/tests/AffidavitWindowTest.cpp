@@ -58,7 +58,7 @@ class AffidavitOnScreen : public testing::Test {
     box->setFocus();
     box->selectAll();
     QTest::keyClicks(box, QString::fromUtf8(advertiser));
-    QTest::keyClick(box, Qt::Key_Return);
+    QTest::keyClick(Find("Annonceur"), Qt::Key_Return);  // the box has the keyboard, not its line
     QApplication::processEvents();
   }
   void SaveAs(const std::string& path) { SaveIn(*window, "FrmExport", path); }

@@ -217,5 +217,30 @@ TEST_F(GridView, AYearOfAWholeDayScrollsToTheFrame) {
   KeepPicture(*window, "campaigns-year");
 }
 
+// Zoo airs from Saturday to Wednesday; French has one letter for Tuesday and Wednesday.
+TEST_F(GridView, TheWeekdaysStandInTheOperatorsLanguage) {
+  const auto letterAt = [this](int column) {
+    const int head = At(3, column).y() - Grid().Cell({3, column}).height() / 2;
+    const QRect day = Grid().Cell({3, column});
+    return Grid().viewport()->grab(QRect(day.left() + 4, head / 2, day.width() - 8, head / 4));
+  };
+  const auto tips = [this] {
+    std::string all;
+    for (int column = 1; column <= 5; ++column)
+      all += TipAt({At(3, column).x(), 3}).substr(0, 2) + TipAt(At(3, column)).substr(0, 2);
+    return all;
+  };
+  Click("BtnFin");
+  EXPECT_EQ(tips(), "S S D D L L M M M M ");
+  EXPECT_EQ(letterAt(4).toImage(), letterAt(5).toImage());
+  on.Set("Langue", "1");
+  Open();
+  EXPECT_EQ(tips(), "S S S S M M T T W W ");
+  EXPECT_NE(letterAt(4).toImage(), letterAt(5).toImage());
+  Click("BtnDebut");  // weekly, from Monday on
+  EXPECT_EQ(TipAt({At(3, 4).x(), 3}), "T");
+  EXPECT_EQ(Row(2), "L M M J V S D");
+}
+
 }  // namespace
 }  // namespace zemo::test
