@@ -2,6 +2,8 @@
 // another output.
 #pragma once
 
+#include <functional>
+
 namespace zemo {
 
 class SoundChain;
@@ -12,8 +14,12 @@ class PreviewChain {
   virtual ~PreviewChain() = default;
   virtual SoundChain& Sound() = 0;  // the same one for the whole run
   // Output by its number in the machine's list of devices, from 0, for the next opening of the
-  // chain's output, which is closed. Throws SoundError for one that refuses.
+  // chain's output, which is closed. Throws SoundError for one that refuses at once; one that does
+  // not begin later, or is lost, is told by OnLost.
   virtual void UseDevice(int number) = 0;
+  // Called from the event loop, once for each start of the output: what waits to be heard stands
+  // still.
+  virtual void OnLost(std::function<void()> lost) = 0;
 };
 
 }  // namespace zemo

@@ -1,7 +1,9 @@
 // The sound chain of a preview on the virtual clock.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "platform/PreviewChain.h"
 #include "platform/SoundSource.h"
@@ -19,10 +21,18 @@ class SimPreview final : public PreviewChain {
   void UseDevice(int number) override {
     if (number < 0 || number >= SimPrelisten::kOutputs)
       throw SoundError("output " + std::to_string(number) + " does not open");
+    device_ = number;
   }
+  void OnLost(std::function<void()> lost) override { lost_ = std::move(lost); }
+
+  // The device goes, in the middle of a join.
+  void Lose() const { lost_(); }
+  int Device() const { return device_; }  // the last one that did not refuse; -1: none yet
 
  private:
   SimSoundChain chain_;
+  std::function<void()> lost_;
+  int device_ = -1;
 };
 
 }  // namespace zemo

@@ -35,6 +35,16 @@ SimRecorder::~SimRecorder() {
   }
 }
 
+void SimRecorder::Listen(int device) {
+  if (Recording() || device == listening_) return;
+  listening_ = device;
+  sinceMs_ = clock_.MonotonicMs();
+}
+
+int64_t SimRecorder::SilentMs() const {
+  return gives || listening_ < 0 ? 0 : clock_.MonotonicMs() - sinceMs_;
+}
+
 void SimRecorder::Start(int device, Folder& folder, const std::string& name) {
   Stop();
   if (device < 0 || device >= kInputs)
@@ -42,7 +52,8 @@ void SimRecorder::Start(int device, Folder& folder, const std::string& name) {
   folder.Write(name, WavHeader(kMono, 0));
   folder_ = &folder;
   name_ = name;
-  begunMs_ = clock_.MonotonicMs();
+  listening_ = device;
+  begunMs_ = sinceMs_ = clock_.MonotonicMs();
   frames_ = 0;
   writing_->SetEnabled(true);
 }

@@ -22,16 +22,21 @@ class SimRecorder final : public Recorder {
   SimRecorder(EventLoop& loop, const Clock& clock);  // not owned
   ~SimRecorder() override;                           // writes what was being recorded
 
+  void Listen(int device) override;
   void Start(int device, Folder& folder, const std::string& name) override;
   void Stop() override;
   bool Recording() const override { return folder_ != nullptr; }
   int64_t RecordedMs() const override;
+  int64_t SilentMs() const override;
+  Levels HeardLevels() override { return {}; }
   void OnEnd(std::function<void(const std::string& reason)> ended) override {
     ended_ = std::move(ended);
   }
 
   // The device goes, in the middle of a recording.
   void Lose();
+  int Listening() const { return listening_; }  // -1: to none
+  bool gives = true;                            // sound, as far as SilentMs tells
 
  private:
   void WriteUpToNow(Folder& folder);
@@ -42,6 +47,8 @@ class SimRecorder final : public Recorder {
   std::function<void(const std::string& reason)> ended_;
   Folder* folder_ = nullptr;  // of the recording that runs; null: none does
   std::string name_;
+  int listening_ = -1;
+  int64_t sinceMs_ = 0;     // monotonic: the input's opening or the recording's begin
   int64_t begunMs_ = 0;     // monotonic
   int64_t frames_ = 0;      // in the file
   int64_t recordedMs_ = 0;  // of the last one

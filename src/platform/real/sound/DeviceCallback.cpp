@@ -1,8 +1,11 @@
-// The one place that runs on a device's own thread. It copies from the output ring and may use
-// nothing that could make it wait: the tests look at what this file's object asks of the linker.
+// The one place that runs on a device's own thread. It copies from the output ring, or into that of
+// an input, and may use nothing that could make it wait: the tests look at what this file's object
+// asks of the linker.
 #include <algorithm>
+#include <array>
 #include <cstring>
 
+#include "platform/real/sound/InputRing.h"
 #include "platform/real/sound/OutputRing.h"
 
 namespace zemo {
@@ -73,6 +76,27 @@ void OutputRing::Rise(int16_t* stereo, int frames) {
 int DeviceCallback(void* output, void*, unsigned int frames, double, unsigned int, void* ring) {
   static_cast<OutputRing*>(ring)->DrainForDevice(static_cast<int16_t*>(output),
                                                  static_cast<int>(frames));
+  return 0;
+}
+
+void InputRing::Take(const int16_t* samples, int frames) {
+  constexpr int kSilentFrames = 256;
+  static constexpr std::array<int16_t, kSilentFrames * kChannels> kSilence{};
+  int64_t taken = 0;
+  for (int left = frames; left > 0;) {
+    const int count = samples != nullptr ? left : std::min(left, kSilentFrames);
+    const uint64_t wanted = static_cast<uint64_t>(count) * static_cast<uint64_t>(channels_);
+    const uint64_t written = samples_.Write(samples != nullptr ? samples : kSilence.data(), wanted);
+    taken += static_cast<int64_t>(written) / channels_;
+    if (written < wanted) break;
+    left -= count;
+  }
+  received_.fetch_add(taken, std::memory_order_release);
+  if (taken < frames) lost_.fetch_add(frames - taken, std::memory_order_release);
+}
+
+int InputCallback(void*, void* input, unsigned int frames, double, unsigned int, void* ring) {
+  static_cast<InputRing*>(ring)->Take(static_cast<const int16_t*>(input), static_cast<int>(frames));
   return 0;
 }
 

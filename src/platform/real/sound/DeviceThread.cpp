@@ -35,6 +35,7 @@ DeviceThread::~DeviceThread() {
 }
 
 void DeviceThread::Want(bool open) {
+  if (open) wants_.fetch_add(1, std::memory_order_acq_rel);
   wanted_.store(open, std::memory_order_release);
   wake_.Signal();
 }
@@ -58,6 +59,7 @@ void DeviceThread::Run() {
 void DeviceThread::Step(Time now) {
   const bool wanted = wanted_.load(std::memory_order_acquire);
   if (!wanted) return GetState() == State::kClosed ? Rest() : Leave();
+  if (GetState() != State::kClosed && ChoiceIsDue()) return LetGo();
   switch (GetState()) {
     case State::kClosed:
       TakeChoice();
@@ -87,9 +89,20 @@ void DeviceThread::Rest() {
 }
 
 void DeviceThread::TakeChoice() {
+  wantsSeen_ = wants_.load(std::memory_order_acquire);
   const std::lock_guard lock(chosenMutex_);
   if (!chosen_.systems.empty()) wished_ = std::exchange(chosen_, {});
   open_ = 0;
+}
+
+// It was let go and wanted again faster than this thread saw, and another one was chosen in
+// between.
+bool DeviceThread::ChoiceIsDue() {
+  const uint32_t wants = wants_.load(std::memory_order_acquire);
+  if (std::exchange(wantsSeen_, wants) == wants) return false;
+  const std::lock_guard lock(chosenMutex_);
+  return !chosen_.systems.empty() && !chosen_.identity.empty() &&
+         chosen_.identity != wished_.identity;
 }
 
 // False when none of them opens; reasons_ tells why.
@@ -212,7 +225,10 @@ void DeviceThread::SearchAgain(Time now) {
 
 void DeviceThread::Leave() {
   wake_.Wait(kLingerMs);
-  if (wanted_.load(std::memory_order_acquire)) return;
+  if (!wanted_.load(std::memory_order_acquire)) LetGo();
+}
+
+void DeviceThread::LetGo() {
   SetState(State::kClosed);
   wished_.systems[open_]->Close();
   toldLost_ = false;

@@ -22,7 +22,8 @@ namespace zemo {
 // One device through each sound system that may have it, the first one to be tried first.
 struct WishedDevice {
   std::vector<std::unique_ptr<OutputDevice>> systems;
-  std::string absent;  // the line for when none of them has it
+  std::string absent;      // the line for when none of them has it
+  std::string identity{};  // by which two wishes for the same device are known; empty: they are not
 };
 
 // What becomes of the sound while no device plays it: the time of the air goes on, by the clock;
@@ -72,6 +73,8 @@ class DeviceThread {
   void Step(Time now);
   void Rest();
   void TakeChoice();
+  bool ChoiceIsDue();
+  void LetGo();
   bool OpenFrom(size_t first, size_t end);
   void WatchWaking(Time now);
   void Begin(Time now);
@@ -93,6 +96,7 @@ class DeviceThread {
   std::mutex chosenMutex_;
   WishedDevice chosen_;  // while chosenMutex_ is held: to take the place of wished_
   std::atomic<bool> wanted_{false};
+  std::atomic<uint32_t> wants_{0};  // times that it was wanted
   std::atomic<bool> quit_{false};
   std::atomic<State> state_{State::kClosed};
   std::atomic<uint32_t> opening_{0};
@@ -103,6 +107,7 @@ class DeviceThread {
   std::atomic<const char*> reason_{""};
 
   // The thread's own.
+  uint32_t wantsSeen_ = 0;
   size_t open_ = 0;              // of the systems: the one that is open, or was open last
   OutputDevice::Opened opened_;  // of it
   uint64_t askedBefore_ = 0;     // frames, when it was opened

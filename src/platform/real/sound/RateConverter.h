@@ -1,4 +1,4 @@
-// From the mixer's rate to a device's other one. Mixer's thread.
+// From the mixer's rate to a device's other one, or back. One thread.
 #pragma once
 
 #include <samplerate.h>
@@ -12,10 +12,11 @@ namespace zemo {
 
 class RateConverter {
  public:
-  explicit RateConverter(int toRate)  // frames a second
-      : ratio_(static_cast<double>(toRate) / kSampleRate) {
+  explicit RateConverter(int toRate, int fromRate = kSampleRate,
+                         int channels = kChannels)  // frames a second
+      : ratio_(static_cast<double>(toRate) / fromRate) {
     int error = 0;
-    state_ = src_new(SRC_SINC_MEDIUM_QUALITY, kChannels, &error);
+    state_ = src_new(SRC_SINC_MEDIUM_QUALITY, channels, &error);
     if (state_ == nullptr) throw SoundError(src_strerror(error));
   }
   ~RateConverter() { src_delete(state_); }
@@ -26,10 +27,10 @@ class RateConverter {
   int MostOut(int frames) const { return static_cast<int>(frames * ratio_) + kSlackFrames; }
   int MostIn(int room) const { return static_cast<int>((room - kSlackFrames) / ratio_); }
 
-  // Takes all `frames`; `out` has room for MostOut. Returns the frames given.
-  int Convert(const float* stereo, int frames, float* out) {
+  // Takes all `frames`, interleaved; `out` has room for MostOut. Returns the frames given.
+  int Convert(const float* samples, int frames, float* out) {
     SRC_DATA data{};
-    data.data_in = stereo;
+    data.data_in = samples;
     data.input_frames = frames;
     data.data_out = out;
     data.output_frames = MostOut(frames);

@@ -33,6 +33,7 @@ WishedDevice PrelistenDevice(const std::string& key, int number) {
     wished.systems = MakeOutputDevices({key, true, true});
   else
     wished.systems.push_back(MakeNumberedDevice(number));
+  wished.identity = key.empty() ? "number " + std::to_string(number) : key;
   return wished;
 }
 

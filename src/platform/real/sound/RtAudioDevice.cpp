@@ -1,4 +1,4 @@
-// RtAudio behind the devices of JACK and ALSA.
+// RtAudio behind the devices and inputs of JACK and ALSA.
 #include "platform/real/sound/RtAudioDevice.h"
 
 #include <RtAudio.h>
@@ -38,17 +38,23 @@ struct Found {
   unsigned int preferredRate;
 };
 
-// Adds a device that has two channels to play. It is opened for the question.
-void AddDevice(RtAudio& audio, RtAudioSystem system, unsigned int id, std::vector<Found>& devices) {
+enum class Way { kOut, kIn };
+
+// Adds a device that has two channels to play, or one to record. It is opened for the question.
+void AddDevice(RtAudio& audio, RtAudioSystem system, Way way, unsigned int id,
+               std::vector<Found>& devices) {
   try {
     const RtAudio::DeviceInfo info = audio.getDeviceInfo(id);
-    if (!info.probed || info.outputChannels < kChannels) return;
+    const bool out = way == Way::kOut;
+    const unsigned int channels = out ? info.outputChannels : info.inputChannels;
+    if (!info.probed || channels < (out ? kChannels : 1)) return;
     SoundDevice device;
     device.name = device.key = info.name;
     device.system = NameOf(system);
     device.rates.assign(info.sampleRates.begin(), info.sampleRates.end());
-    device.channels = static_cast<int>(info.outputChannels);
-    device.isDefault = info.isDefaultOutput || id == audio.getDefaultOutputDevice();
+    device.channels = static_cast<int>(channels);
+    device.isDefault = out ? info.isDefaultOutput || id == audio.getDefaultOutputDevice()
+                           : info.isDefaultInput || id == audio.getDefaultInputDevice();
     devices.push_back({id, device, info.preferredSampleRate});
   } catch (const RtAudioError&) {
     // A device that went away between the count and the question.
@@ -56,13 +62,40 @@ void AddDevice(RtAudio& audio, RtAudioSystem system, unsigned int id, std::vecto
 }
 
 // All of one sound system's, or only its default one.
-std::vector<Found> Devices(RtAudio& audio, RtAudioSystem system, bool all) {
+std::vector<Found> Devices(RtAudio& audio, RtAudioSystem system, Way way, bool all) {
   std::vector<Found> devices;
   if (audio.getCurrentApi() != ApiOf(system)) return devices;
   const unsigned int count = audio.getDeviceCount();
-  if (count > 0 && !all) AddDevice(audio, system, audio.getDefaultOutputDevice(), devices);
-  for (unsigned int id = 0; id < count && all; ++id) AddDevice(audio, system, id, devices);
+  if (count > 0 && !all) AddDevice(audio, system, way, audio.getDefaultOutputDevice(), devices);
+  for (unsigned int id = 0; id < count && all; ++id) AddDevice(audio, system, way, id, devices);
   return devices;
+}
+
+std::vector<SoundDevice> Known(const std::vector<Found>& devices) {
+  std::vector<SoundDevice> known;
+  for (const Found& found : devices) known.push_back(found.device);
+  return known;
+}
+
+std::vector<SoundDevice> AllOf(RtAudioSystem system, Way way) {
+  try {
+    const std::unique_ptr<RtAudio> audio = Ask(system);
+    return Known(Devices(*audio, system, way, true));
+  } catch (const RtAudioError&) {
+    return {};  // it does not run
+  }
+}
+
+// Gives the stream up, whatever it does.
+void EndStream(std::unique_ptr<RtAudio>& audio) {
+  if (audio == nullptr) return;
+  try {
+    if (audio->isStreamRunning()) audio->abortStream();
+    if (audio->isStreamOpen()) audio->closeStream();
+  } catch (const RtAudioError&) {
+    // It was gone already.
+  }
+  audio.reset();
 }
 
 // Rates to try: the mixer's own where the device has it, so that nothing need be converted.
@@ -108,7 +141,7 @@ class RtAudioDevice final : public OutputDevice {
       audio_ = Ask(system_);
       byDefault_ =
           wish_.name.empty() && !(system_ == RtAudioSystem::kAlsa && AlsaDefaultIsAServers());
-      const std::vector<Found> devices = Devices(*audio_, system_, !byDefault_);
+      const std::vector<Found> devices = Devices(*audio_, system_, Way::kOut, !byDefault_);
       const int index = IndexOf(devices);
       if (index < 0) throw NoSuchDevice(std::string(NameOf(system_)) + ": no such sound device");
       return OpenAt(devices[static_cast<size_t>(index)], ring);
@@ -121,16 +154,7 @@ class RtAudioDevice final : public OutputDevice {
     }
   }
 
-  void Close() override {
-    if (audio_ == nullptr) return;
-    try {
-      if (audio_->isStreamRunning()) audio_->abortStream();
-      if (audio_->isStreamOpen()) audio_->closeStream();
-    } catch (const RtAudioError&) {
-      // It was gone already.
-    }
-    audio_.reset();
-  }
+  void Close() override { EndStream(audio_); }
 
  private:
   int IndexOf(const std::vector<Found>& devices) const {
@@ -141,9 +165,7 @@ class RtAudioDevice final : public OutputDevice {
       });
       return card == devices.end() ? -1 : static_cast<int>(card - devices.begin());
     }
-    std::vector<SoundDevice> known;
-    for (const Found& found : devices) known.push_back(found.device);
-    return FindSoundDevice(known, wish_);
+    return FindSoundDevice(Known(devices), wish_);
   }
 
   Opened OpenAt(const Found& device, OutputRing& ring) {
@@ -180,17 +202,70 @@ class RtAudioDevice final : public OutputDevice {
   std::unique_ptr<RtAudio> audio_;
 };
 
+class RtAudioInput final : public InputDevice {
+ public:
+  RtAudioInput(RtAudioSystem system, DeviceWish wish) : system_(system), wish_(std::move(wish)) {}
+  ~RtAudioInput() override { Close(); }
+
+  Opened Open(InputRing& ring) override {
+    Close();
+    try {
+      audio_ = Ask(system_);
+      const std::vector<Found> inputs = Devices(*audio_, system_, Way::kIn, true);
+      const int index = FindSoundDevice(Known(inputs), wish_);
+      if (index < 0) throw NoSuchDevice(std::string(NameOf(system_)) + ": no such sound input");
+      return OpenAt(inputs[static_cast<size_t>(index)], ring);
+    } catch (const RtAudioError& error) {
+      audio_.reset();
+      throw SoundError(error.getMessage());
+    } catch (...) {
+      audio_.reset();
+      throw;
+    }
+  }
+
+  void Close() override { EndStream(audio_); }
+
+ private:
+  Opened OpenAt(const Found& input, InputRing& ring) {
+    std::string reason;
+    const int channels = std::min(input.device.channels, kChannels);
+    for (const unsigned int rate : Rates(input)) {
+      RtAudio::StreamParameters parameters;
+      parameters.deviceId = input.id;
+      parameters.nChannels = static_cast<unsigned int>(channels);
+      RtAudio::StreamOptions options;
+      options.numberOfBuffers = kBuffers;
+      options.streamName = "Zemo Radio Voice Track";
+      unsigned int frames = kBufferFrames;
+      ring.Reset(channels);
+      try {
+        audio_->openStream(nullptr, &parameters, RTAUDIO_SINT16, rate, &frames, &InputCallback,
+                           &ring, &options);
+        audio_->startStream();
+        return {input.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate),
+                static_cast<int>(frames * 1000 / rate)};
+      } catch (const RtAudioError& error) {
+        reason = error.getMessage();
+        if (audio_->isStreamOpen()) audio_->closeStream();
+      }
+    }
+    throw SoundError(input.device.name + ": " + reason);
+  }
+
+  const RtAudioSystem system_;
+  const DeviceWish wish_;
+  std::unique_ptr<RtAudio> audio_;
+};
+
 }  // namespace
 
 std::vector<SoundDevice> RtAudioDevices(RtAudioSystem system) {
-  std::vector<SoundDevice> devices;
-  try {
-    const std::unique_ptr<RtAudio> audio = Ask(system);
-    for (Found& found : Devices(*audio, system, true)) devices.push_back(std::move(found.device));
-  } catch (const RtAudioError&) {
-    // It does not run.
-  }
-  return devices;
+  return AllOf(system, Way::kOut);
+}
+
+std::vector<SoundDevice> RtAudioInputs(RtAudioSystem system) {
+  return AllOf(system, Way::kIn);
 }
 
 bool AnyRtAudioDevice(RtAudioSystem system) {
@@ -204,6 +279,10 @@ bool AnyRtAudioDevice(RtAudioSystem system) {
 
 std::unique_ptr<OutputDevice> MakeRtAudioDevice(RtAudioSystem system, DeviceWish wish) {
   return std::make_unique<RtAudioDevice>(system, std::move(wish));
+}
+
+std::unique_ptr<InputDevice> MakeRtAudioInput(RtAudioSystem system, DeviceWish wish) {
+  return std::make_unique<RtAudioInput>(system, std::move(wish));
 }
 
 }  // namespace zemo

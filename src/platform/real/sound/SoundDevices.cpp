@@ -10,8 +10,10 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "platform/real/sound/PulseDevice.h"
+#include "platform/real/sound/PulseInput.h"
 #include "platform/real/sound/RtAudioDevice.h"
 
 namespace zemo {
@@ -68,6 +70,41 @@ class NumberedDevice final : public OutputDevice {
   std::unique_ptr<OutputDevice> device_;  // while it is open
 };
 
+// As NumberedDevice.
+class NumberedInput final : public InputDevice {
+ public:
+  explicit NumberedInput(int number) : number_(number) {}
+
+  Opened Open(InputRing& ring) override {
+    input_.reset();
+    const std::vector<SoundDevice> inputs = ListSoundInputs();
+    if (number_ >= static_cast<int>(inputs.size()))
+      throw NoSuchDevice("there is no sound input of number " + std::to_string(number_));
+    const SoundDevice& input = inputs[static_cast<size_t>(number_)];
+    const DeviceWish wish{input.key, true};
+    input_ = input.system == "PulseAudio"
+                 ? MakePulseInput(wish)
+                 : MakeRtAudioInput(
+                       input.system == "JACK" ? RtAudioSystem::kJack : RtAudioSystem::kAlsa, wish);
+    return input_->Open(ring);
+  }
+  void Close() override { input_.reset(); }
+  OutputDevice::Condition Look() override { return input_->Look(); }
+
+ private:
+  const int number_;
+  std::unique_ptr<InputDevice> input_;  // while it is open
+};
+
+// In the order of the systems.
+std::vector<SoundDevice> InOneList(std::vector<SoundDevice> jack,
+                                   const std::vector<SoundDevice>& pulse,
+                                   const std::optional<std::vector<SoundDevice>>& alsa) {
+  jack.insert(jack.end(), pulse.begin(), pulse.end());
+  if (alsa) jack.insert(jack.end(), alsa->begin(), alsa->end());
+  return jack;
+}
+
 }  // namespace
 
 int FindSoundDevice(const std::vector<SoundDevice>& devices, const DeviceWish& wish) {
@@ -88,12 +125,31 @@ int FindSoundDevice(const std::vector<SoundDevice>& devices, const DeviceWish& w
 }
 
 std::vector<SoundDevice> ListSoundDevices() {
-  std::vector<SoundDevice> devices = RtAudioDevices(RtAudioSystem::kJack);
+  std::vector<SoundDevice> jack = RtAudioDevices(RtAudioSystem::kJack);
   const auto alsa =
       AnswerInTime<std::vector<SoundDevice>>([] { return RtAudioDevices(RtAudioSystem::kAlsa); });
-  for (const auto& more : {PulseDevices(), alsa.value_or(std::vector<SoundDevice>())})
-    devices.insert(devices.end(), more.begin(), more.end());
-  return devices;
+  return InOneList(std::move(jack), PulseDevices(), alsa);
+}
+
+std::vector<SoundDevice> ListSoundInputs() {
+  std::vector<SoundDevice> jack = RtAudioInputs(RtAudioSystem::kJack);
+  const auto alsa =
+      AnswerInTime<std::vector<SoundDevice>>([] { return RtAudioInputs(RtAudioSystem::kAlsa); });
+  return InOneList(std::move(jack), PulseInputs(), alsa);
+}
+
+WishedInput InputOf(const std::string& key, int number) {
+  if (number < 0) throw SoundError("no sound input is chosen");
+  WishedInput wished{key.empty() ? "number " + std::to_string(number) : key, {}};
+  if (key.empty()) {
+    wished.systems.push_back(std::make_unique<NumberedInput>(number));
+    return wished;
+  }
+  const DeviceWish wish{key, true};
+  wished.systems.push_back(MakeRtAudioInput(RtAudioSystem::kJack, wish));
+  wished.systems.push_back(MakePulseInput(wish));
+  wished.systems.push_back(MakeRtAudioInput(RtAudioSystem::kAlsa, wish));
+  return wished;
 }
 
 bool AnySoundDevice() {

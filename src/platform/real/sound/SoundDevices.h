@@ -1,4 +1,4 @@
-// The output devices of this machine, whichever sound system has them. The systems stand in one
+// The devices and inputs of this machine, whichever sound system has them. The systems stand in one
 // order everywhere: JACK, which somebody started on purpose; the Pulse server (PulseAudio, or
 // PipeWire in its place); ALSA.
 #pragma once
@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/real/sound/InputDevice.h"
 #include "platform/real/sound/OutputDevice.h"
 
 namespace zemo {
@@ -47,5 +48,12 @@ std::vector<std::unique_ptr<OutputDevice>> MakeOutputDevices(const DeviceWish& w
 // For prelistening, the device of that number in the list of all; they are listed when it is
 // opened.
 std::unique_ptr<OutputDevice> MakeNumberedDevice(int number);
+
+// All that can record, listed as those that play.
+std::vector<SoundDevice> ListSoundInputs();
+
+// The input of that key; where the key is empty that of the number in the list of all, which are
+// listed when it is opened. Throws SoundError for a negative number.
+WishedInput InputOf(const std::string& key, int number);
 
 }  // namespace zemo

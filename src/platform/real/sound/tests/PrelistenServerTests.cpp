@@ -24,8 +24,8 @@ namespace {
 using testing::Heard;
 using testing::HeardIn;
 using testing::Lines;
-using testing::Recorder;
 using testing::ServerKind;
+using testing::SinkRecorder;
 using testing::SoundServer;
 using testing::WaveOpener;
 using State = Prelisten::State;
@@ -84,12 +84,12 @@ class PrelistenServers : public ::testing::TestWithParam<ServerKind> {
     });
   }
   // Goes on until something sounds in what is recorded from now on.
-  bool HeardAgain(const Recorder& recorder) {
+  bool HeardAgain(const SinkRecorder& recorder) {
     const size_t before = recorder.Left().size();
     return Within(kBoundMs, [&] { return recorder.SoundsBehind(before); });
   }
   // Until so many frames are silent at the end of what is recorded.
-  bool SilentAgain(const Recorder& recorder) {
+  bool SilentAgain(const SinkRecorder& recorder) {
     constexpr size_t kFrames = 4410;
     return Within(kBoundMs, [&] {
       const size_t recorded = recorder.Left().size();
@@ -101,7 +101,7 @@ class PrelistenServers : public ::testing::TestWithParam<ServerKind> {
   }
   std::string Path(const std::string& name) const { return server_.Path(name); }
   // The air was heard from its begin to the end of the recording, whole and alone.
-  void ExpectWholeAir(Recorder& recorder) {
+  void ExpectWholeAir(SinkRecorder& recorder) {
     recorder.End();
     const Heard heard = HeardIn(recorder.Left());
     EXPECT_LT(heard.longestGap, 0.020);
@@ -130,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(Of, PrelistenServers,
                          });
 
 TEST_P(PrelistenServers, ItIsHeardOnItsSinkAloneWhileTheAirGoesOnWithoutADropout) {
-  Recorder air("one", Path("air"), true), second("two", Path("second"), true);
+  SinkRecorder air("one", Path("air"), true), second("two", Path("second"), true);
   Air();
   ASSERT_TRUE(HeardAgain(air));
   told_.clear();  // a sink of PipeWire's may show some moments after its making
@@ -162,8 +162,8 @@ TEST_P(PrelistenServers, ItIsHeardOnItsSinkAloneWhileTheAirGoesOnWithoutADropout
 
 TEST_P(PrelistenServers, ItsSinkThatIsTakenAwayEndsItAndNothingOnAir) {
   key_ = "two";
-  Recorder air("one", Path("air"), true);
-  auto second = std::make_unique<Recorder>("two", Path("second"), true);
+  SinkRecorder air("one", Path("air"), true);
+  auto second = std::make_unique<SinkRecorder>("two", Path("second"), true);
   Air();
   ASSERT_TRUE(HeardAgain(air));
   told_.clear();
@@ -185,7 +185,7 @@ TEST_P(PrelistenServers, ItsSinkThatIsTakenAwayEndsItAndNothingOnAir) {
 
 TEST_P(PrelistenServers, ThePositionIsThatOfWhatIsRecorded) {
   key_ = "two";
-  Recorder second("two", Path("second"), true);
+  SinkRecorder second("two", Path("second"), true);
   ASSERT_TRUE(Within(kBoundMs, [&] { return !second.Left().empty(); }));
   player_.Open("late");
   player_.Start();
@@ -203,7 +203,7 @@ TEST_P(PrelistenServers, TwoTitlesAreHeardAsTheyMeet) {
   key_ = "two";
   opener_.Add("leaves", testing::Sine(440.0, 0.25), 3 * kSampleRate);
   opener_.Add("comes", testing::Sine(1000.0, 0.25), 2 * kSampleRate);
-  Recorder second("two", Path("second"), true);
+  SinkRecorder second("two", Path("second"), true);
   player_.Open("leaves");
   player_.Follow({.path = "comes", .atMs = 2000, .fadeMs = 500});
   player_.Start();
@@ -242,7 +242,7 @@ TEST_P(PrelistenServers, TheSettingsChooseItsDeviceWhichIsTakenWhileItIsClosed) 
 
 TEST_P(PrelistenServers, ThreeStartsInARowAreHeardEach) {
   key_ = "two";
-  Recorder second("two", Path("second"), true);
+  SinkRecorder second("two", Path("second"), true);
   player_.Open("tone");
   for (int i = 0; i < 3; ++i) {
     player_.Start();

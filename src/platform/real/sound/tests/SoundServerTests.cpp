@@ -28,8 +28,8 @@ namespace {
 using testing::Heard;
 using testing::HeardIn;
 using testing::Lines;
-using testing::Recorder;
 using testing::ServerKind;
+using testing::SinkRecorder;
 using testing::SoundServer;
 using testing::WaveOpener;
 
@@ -70,12 +70,12 @@ class SoundServers : public ::testing::TestWithParam<ServerKind> {
     return heard;
   }
   // Goes on until something sounds in what is recorded from now on.
-  bool HeardAgain(const Recorder& recorder, int ms) {
+  bool HeardAgain(const SinkRecorder& recorder, int ms) {
     const size_t before = recorder.Left().size();
     return Within(ms, [&] { return recorder.SoundsBehind(before); });
   }
   // A new null sink of PulseAudio plays its first two seconds, of silence, before anything else.
-  bool SinkIsThere(const Recorder& recorder) {
+  bool SinkIsThere(const SinkRecorder& recorder) {
     return Within(5000, [&] { return !recorder.Left().empty(); });
   }
   bool ToldWithin(size_t lines) {
@@ -100,7 +100,7 @@ TEST_P(SoundServers, AMinuteIsHeardWholeAtItsLevelAndItsSpeed) {
   const int seconds = PulseAudio() ? 60 : 10;
   opener_.Add("whole", testing::Sine(1000.0, 0.5), seconds * kSampleRate);
   SoundServer::LoadSink("one");
-  Recorder recorder("one", Path("recorded"), false);
+  SinkRecorder recorder("one", Path("recorded"), false);
   ASSERT_TRUE(testing::Within(10000, [&] { return !recorder.Left().empty(); }));
   const auto order = std::chrono::steady_clock::now();
   Air("whole");
@@ -122,7 +122,7 @@ TEST_P(SoundServers, AMinuteIsHeardWholeAtItsLevelAndItsSpeed) {
 
 TEST_P(SoundServers, ASinkThatSleepsIsHeardAgainWhenItWakes) {
   SoundServer::LoadSink("one");
-  Recorder recorder("one", Path("recorded"), true);
+  SinkRecorder recorder("one", Path("recorded"), true);
   Air("tone");
   ASSERT_TRUE(HeardAgain(recorder, 5000));
   ASSERT_TRUE(SoundServer::Order("suspend-sink one 1"));
@@ -133,7 +133,7 @@ TEST_P(SoundServers, ASinkThatSleepsIsHeardAgainWhenItWakes) {
   const int position = chain_->OutputPosition();
   ASSERT_TRUE(Within(5000, [&] { return chain_->OutputPosition() > position + 1500; }));
   ASSERT_TRUE(SoundServer::Order("suspend-sink one 0"));
-  Recorder again("one", Path("again"), true);  // PipeWire's recorders do not outlive the sleep
+  SinkRecorder again("one", Path("again"), true);  // PipeWire's recorders do not outlive the sleep
   EXPECT_TRUE(HeardAgain(again, kLostMs));
   if (PulseAudio()) {
     EXPECT_TRUE(ToldWithin(2));
@@ -150,7 +150,7 @@ TEST_P(SoundServers, ADefaultThatChangesTakesTheAirWithIt) {
   SoundServer::LoadSink("one");
   SoundServer::LoadSink("two");
   ASSERT_TRUE(SoundServer::Order("set-default-sink one"));
-  Recorder first("one", Path("first"), true), second("two", Path("second"), true);
+  SinkRecorder first("one", Path("first"), true), second("two", Path("second"), true);
   Air("tone");
   ASSERT_TRUE(HeardAgain(first, 5000));
   ASSERT_TRUE(SoundServer::Order("set-default-sink two"));
@@ -171,7 +171,7 @@ TEST_P(SoundServers, ASinkThatIsTakenAwayAndPutBackIsHeardAgain) {
   const int position = chain_->OutputPosition();
   ASSERT_TRUE(Within(5000, [&] { return chain_->OutputPosition() > position + 1500; }));
   SoundServer::LoadSink("one");
-  Recorder recorder("one", Path("recorded"), true);
+  SinkRecorder recorder("one", Path("recorded"), true);
   ASSERT_TRUE(SinkIsThere(recorder));
   EXPECT_TRUE(HeardAgain(recorder, kLostMs));
   EXPECT_TRUE(ToldWithin(2));
@@ -187,7 +187,7 @@ TEST_P(SoundServers, ADefaultThatIsTakenAwayAndPutBackIsHeardAgain) {
   ASSERT_TRUE(SoundServer::UnloadSink(module));
   ASSERT_TRUE(ToldWithin(1));
   SoundServer::LoadSink("one");
-  Recorder recorder("one", Path("recorded"), true);
+  SinkRecorder recorder("one", Path("recorded"), true);
   ASSERT_TRUE(SinkIsThere(recorder));
   EXPECT_TRUE(HeardAgain(recorder, kLostMs));
   EXPECT_TRUE(ToldWithin(2));
@@ -222,7 +222,7 @@ TEST_P(SoundServers, AServerThatIsKilledAndStartedAgainIsHeardAgain) {
   ASSERT_TRUE(Within(8000, [&] { return chain_->OutputPosition() > position + 1500; }));
   ASSERT_EQ(server_.Start(), "");
   SoundServer::LoadSink("one");
-  Recorder recorder("one", Path("recorded"), true);
+  SinkRecorder recorder("one", Path("recorded"), true);
   ASSERT_TRUE(SinkIsThere(recorder));
   EXPECT_TRUE(HeardAgain(recorder, kLostMs));
   EXPECT_TRUE(ToldWithin(2));
@@ -237,7 +237,7 @@ TEST_P(SoundServers, ADeviceByNameStaysWhereItIsWhenAnotherBecomesTheDefault) {
   SoundServer::LoadSink("one");
   SoundServer::LoadSink("two");
   ASSERT_TRUE(SoundServer::Order("set-default-sink one"));
-  Recorder first("one", Path("first"), true), second("two", Path("second"), true);
+  SinkRecorder first("one", Path("first"), true), second("two", Path("second"), true);
   Air("tone", "sink_TWO");
   ASSERT_TRUE(HeardAgain(second, 5000));
   SoundServer::LoadSink("three");

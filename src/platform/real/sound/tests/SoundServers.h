@@ -132,10 +132,10 @@ class SoundServer {
 };
 
 // Records a sink's monitor from its making on: 44.1 kHz, the left channel of it to be looked at.
-class Recorder {
+class SinkRecorder {
  public:
   // A patient recorder lets the server work seconds ahead, an eager one some milliseconds.
-  Recorder(const std::string& sink, const std::string& path, bool eager) : path_(path) {
+  SinkRecorder(const std::string& sink, const std::string& path, bool eager) : path_(path) {
     std::vector<std::string> words{"parec",          "-d",           sink + ".monitor", "--raw",
                                    "--format=s16le", "--rate=44100", "--channels=2"};
     if (eager) words.push_back("--latency-msec=20");

@@ -1,0 +1,88 @@
+#include "platform/real/sound/RealPreview.h"
+
+#include <string>
+#include <thread>
+
+#include "platform/EventLoop.h"
+#include "platform/real/sound/AirSink.h"
+#include "platform/real/sound/RealSoundChain.h"
+
+namespace zemo {
+namespace {
+
+// The output ring: enough for a busy machine, little enough to begin soon.
+constexpr int kPreviewFrames = 2048, kPreviewBuffers = 4;
+constexpr int kPreviewBufferBytes = kPreviewFrames * kChannels * static_cast<int>(sizeof(int16_t));
+constexpr std::chrono::seconds kPreviewParting{2};
+constexpr std::chrono::milliseconds kPreviewPartingTurn{1};
+
+// In the place of a device until one is chosen.
+class NoOutput final : public OutputDevice {
+ public:
+  Opened Open(OutputRing&) override { throw NoSuchDevice("no sound device is chosen"); }
+  void Close() override {}
+};
+
+}  // namespace
+
+RealPreview::RealPreview(EventLoop& loop, SoundOpener& opener, DeviceOf deviceOf,
+                         std::chrono::milliseconds patience)
+    : loop_(loop), opener_(opener), deviceOf_(std::move(deviceOf)), patience_(patience) {}
+
+RealPreview::~RealPreview() {
+  if (chain_ == nullptr) return;
+  chain_->SetObserver(nullptr);
+  chain_->Close();
+  for (int slot = 0; slot < kSlots; ++slot) chain_->SetFileName(slot, "");
+  const auto until = std::chrono::steady_clock::now() + kPreviewParting;
+  for (chain_->Poll(); !chain_->Rests() && std::chrono::steady_clock::now() < until; chain_->Poll())
+    std::this_thread::sleep_for(kPreviewPartingTurn);
+  // One that hangs in its sound system is left to itself: it shares nothing with anybody.
+  if (!chain_->Rests()) std::thread([gone = std::move(chain_)] {}).detach();
+}
+
+RealSoundChain& RealPreview::Chain() {
+  if (chain_ == nullptr) {
+    WishedDevice none;
+    none.systems.push_back(std::make_unique<NoOutput>());
+    chain_ = std::make_unique<RealSoundChain>(opener_, std::move(none), nullptr, "", nullptr, false,
+                                              Unheard::kWaits);
+    chain_->SetOutputBuffers(kPreviewBufferBytes, kPreviewBuffers);
+  }
+  return *chain_;
+}
+
+SoundChain& RealPreview::Sound() {
+  return Chain();
+}
+
+void RealPreview::UseDevice(int number) {
+  WishedDevice wished = deviceOf_(number);
+  if (!device_.empty() && wished.identity == device_) return;
+  device_ = wished.identity;
+  Chain().ChooseDevice(std::move(wished));
+}
+
+void RealPreview::Poll() {
+  if (chain_ == nullptr) return;
+  chain_->Poll();
+  const auto now = std::chrono::steady_clock::now();
+  const bool starts = chain_->State() == OutputState::kStarted;
+  if (starts && !std::exchange(started_, true)) {
+    watching_ = true;
+    playedAt_ = now;
+  }
+  started_ = starts;
+  if (!started_ || !watching_) return;
+  const DeviceThread::State device = chain_->DeviceState();
+  if (device == DeviceThread::State::kRunning) playedAt_ = now;
+  if (device != DeviceThread::State::kLost && now - playedAt_ <= patience_) return;
+  watching_ = false;
+  loop_.Post([this, alive = std::weak_ptr<int>(alive_)] {
+    if (alive.expired() || !started_ || watching_) return;
+    // What it does may set another one.
+    if (const auto lost = lost_; lost) lost();
+  });
+}
+
+}  // namespace zemo
