@@ -115,6 +115,15 @@ void VoiceTracks::Tell(Station& station, const char* text) {
   station.platform.messages.Show("Alerte", text, Buttons::kOk);
 }
 
+TrackState VoiceTracks::StateOf(const VoiceTrackEditor& editor) {
+  return {editor.FileVoiceTrack, editor.LblPositionVT, editor.PointSortie, editor.CheckCut,
+          editor.takes};
+}
+
+bool VoiceTracks::IsUnsaved(const VoiceTrackEditor& editor) {
+  return editor.open && !Trim(editor.FileVoiceTrack).empty() && StateOf(editor) != editor.stored;
+}
+
 void VoiceTracks::Open(Station& station, VoiceTrackEditor& editor, int row) {
   if (editor.open) Form_Unload(station, editor);
   const OnAirRow* chosen = RowAt(station, row);
@@ -131,6 +140,7 @@ void VoiceTracks::Open(Station& station, VoiceTrackEditor& editor, int row) {
     if (isTrack) editor.rowKey = chosen->key;
     if (!isTrack || !TakeRecord(station, editor, chosen->voiceTrack)) AddRecord(station, editor);
     TakeTrackFile(station, editor);
+    editor.stored = StateOf(editor);
     editor.open = true;
   });
 }

@@ -1,4 +1,5 @@
 // The track's file: recorded, chosen, played by itself, edited, brought to a level.
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -12,6 +13,7 @@
 #include "platform/SoundSource.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "voicetrack/JoinPlan.h"
 #include "voicetrack/VoiceTrackParts.h"
 #include "voicetrack/VoiceTrackScreen.h"
 
@@ -58,6 +60,7 @@ void BeginRecording(Station& station, VoiceTrackEditor& editor) {
   editor.FileVoiceTrack =
       VoiceTracks::PathInFolder(station, VoiceTracks::TrackName(editor.LblCodeVT));
   VoiceTracks::ForgetUntouched(station, editor);
+  ++editor.takes;
   station.events.Record("start", editor.FileVoiceTrack, 0);
 }
 
@@ -83,6 +86,7 @@ bool BringToLevel(Station& station, VoiceTrackEditor& editor) {
           VoiceTracks::TrackFolder(station), name))
     return false;
   editor.FileVoiceTrack = VoiceTracks::PathInFolder(station, name);
+  ++editor.takes;
   return true;
 }
 
@@ -122,6 +126,8 @@ void VoiceTracks::BtnRecord_Click(Station& station, VoiceTrackEditor& editor) {
     editor.CheckTest = false;
     FreeTrackSlot(station, editor);
     BeginRecording(station, editor);
+    editor.join.recordAtMs = -1;
+    editor.takeAtMs = HeardAtMs(station, editor).value_or(-1);
     if (editor.join.on) PlaceByVoice(editor, JoinPositionMs(station));
     SetTrackButtons(editor, true);
     RunTimer(station, editor);
@@ -129,7 +135,21 @@ void VoiceTracks::BtnRecord_Click(Station& station, VoiceTrackEditor& editor) {
 }
 
 void VoiceTracks::BtnStop_Click(Station& station, VoiceTrackEditor& editor) {
-  HandleControl(station, "BtnStop", [&] { StopTrack(station, editor); });
+  HandleControl(station, "BtnStop", [&] {
+    editor.join.recordAtMs = -1;
+    StopTrack(station, editor);
+  });
+}
+
+void VoiceTracks::BtnReprise_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.takeAtMs < 0) return BtnRecord_Click(station, editor);
+  HandleControl(station, "BtnReprise", [&] {
+    StopTrack(station, editor);
+    editor.CheckTest = false;
+    const int32_t from = std::min(ExitOfBefore(editor), editor.takeAtMs);
+    PlayJoinFrom(station, editor, from - editor.SpinPreRoll * 1000);
+    if (editor.join.on) editor.join.recordAtMs = editor.takeAtMs;
+  });
 }
 
 void VoiceTracks::BtnPlay1_Click(Station& station, VoiceTrackEditor& editor) {
@@ -211,6 +231,7 @@ void VoiceTracks::BtnUndoNormalize_Click(Station& station, VoiceTrackEditor& edi
       editor.FileVoiceTrack = untouched;
       folder.Remove(name);
     }
+    ++editor.takes;
     TakeTrackFile(station, editor);
   });
 }

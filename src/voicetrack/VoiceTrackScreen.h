@@ -31,10 +31,15 @@ inline constexpr const char* kRecordingEnded = "L'enregistrement s'est arrêté"
 // closed first. Nothing where there is no such row.
 void Open(Station& station, VoiceTrackEditor& editor, int row);
 void Form_Unload(Station& station, VoiceTrackEditor& editor);
+// There is a track that BtnSave would store otherwise than it is stored.
+bool IsUnsaved(const VoiceTrackEditor& editor);
 
 // --- the track ---
 void BtnRecord_Click(Station& station, VoiceTrackEditor& editor);
 void BtnStop_Click(Station& station, VoiceTrackEditor& editor);
+// Once more: what is recorded goes, and the recording begins where it began in the join, which is
+// heard from SpinPreRoll ahead of there; without a join at once.
+void BtnReprise_Click(Station& station, VoiceTrackEditor& editor);
 void BtnPlay1_Click(Station& station, VoiceTrackEditor& editor);
 void BntLoadVT_Click(Station& station, VoiceTrackEditor& editor, const std::string& file);
 void BtnEditVT_Click(Station& station, VoiceTrackEditor& editor);
@@ -54,6 +59,8 @@ void BtnSave_Click(Station& station, VoiceTrackEditor& editor);
 // --- the join ---
 void CheckTest_Click(Station& station, VoiceTrackEditor& editor, bool ticked);
 void BtnPplay2_Click(Station& station, VoiceTrackEditor& editor);
+// The join from there on, ms of the element before: all that would be heard by then is under way.
+void PlayJoinFrom(Station& station, VoiceTrackEditor& editor, int32_t ms);
 void BtnStop2_Click(Station& station, VoiceTrackEditor& editor);
 void TimerVT_Timer(Station& station, VoiceTrackEditor& editor);
 
