@@ -16,6 +16,8 @@ struct DeviceValues {
 };
 constexpr DeviceValues kAirValues{"AudioOutID", "AudioOutName"};
 constexpr DeviceValues kPrelistenValues{"AudioOutPFLID", "AudioOutPFLName"};
+constexpr DeviceValues kMicrophoneValues{"VoiceTrackInputID", "VoiceTrackInputName"};
+constexpr DeviceValues kVoiceTrackValues{"VoiceTrackOututID", "VoiceTrackOututName"};
 
 // A name stands for the number that was chosen with it: another program may have changed the file.
 std::string KeyOf(const LocalValues& local, int number, const DeviceValues& values) {
@@ -46,6 +48,14 @@ ChosenDevices ReadChosenDevices(Folder& machine) {
 
 std::string PrelistenKey(const LocalValues& local, int number) {
   return KeyOf(local, number, kPrelistenValues);
+}
+
+std::string MicrophoneKey(const LocalValues& local, int number) {
+  return KeyOf(local, number, kMicrophoneValues);
+}
+
+std::string VoiceTrackOutputKey(const LocalValues& local, int number) {
+  return KeyOf(local, number, kVoiceTrackValues);
 }
 
 int PlaceOf(const ChosenDevice& chosen, const std::vector<SoundDevice>& devices) {

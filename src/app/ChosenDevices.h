@@ -28,6 +28,10 @@ ChosenDevices ReadChosenDevices(Folder& machine);
 // last, or by nothing more.
 std::string PrelistenKey(const LocalValues& local, int number);
 
+// The same of the voice tracks' microphone and output.
+std::string MicrophoneKey(const LocalValues& local, int number);
+std::string VoiceTrackOutputKey(const LocalValues& local, int number);
+
 // The place of the chosen one among the machine's devices, -1 when it is not among them.
 int PlaceOf(const ChosenDevice& chosen, const std::vector<SoundDevice>& devices);
 

@@ -29,8 +29,18 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                                })),
       prelisten(loop, opener,
                 [this](int number) {
-                  return PrelistenDevice(PrelistenKey(localValues, number), number);
+                  // The voice tracks alone are heard by it as well.
+                  const std::string key = PrelistenKey(localValues, number);
+                  return PrelistenDevice(
+                      key.empty() ? VoiceTrackOutputKey(localValues, number) : key, number);
                 }),
+      recorder(loop,
+               [this](int number) { return InputOf(MicrophoneKey(localValues, number), number); }),
+      preview(loop, opener,
+              [this](int number) {
+                return PrelistenDevice(VoiceTrackOutputKey(localValues, number), number);
+              }),
+      levelTool(std::make_unique<SoundFileOpener>()),
       devices(sound.get(), &prelisten),
       serial(localValues, clock),
       joystick(loop),
@@ -49,12 +59,19 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .serial = serial,
                        .joystick = joystick,
                        .baseUse = &baseLock,
-                       .prelisten = &prelisten}) {
+                       .prelisten = &prelisten,
+                       .recorder = &recorder,
+                       .preview = &preview,
+                       .levelTool = &levelTool,
+                       .soundDevices = &soundDevices}) {
   stands_ = true;
   loop.SetIdle(
       [this] {
         sound->Poll();
         prelisten.Poll();
+        recorder.Poll();
+        preview.Poll();
+        soundDevices.Poll();
       },
       kSoundPollMs);
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/LocalValues.h"
+#include "platform/real/analysis/RealLevelTool.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/desktop/RealClock.h"
@@ -18,7 +19,10 @@
 #include "platform/real/joystick/SdlJoystick.h"
 #include "platform/real/serial/QtSerialPort.h"
 #include "platform/real/sound/MachineDevices.h"
+#include "platform/real/sound/MachineSounds.h"
 #include "platform/real/sound/RealPrelisten.h"
+#include "platform/real/sound/RealPreview.h"
+#include "platform/real/sound/RealRecorder.h"
 #include "platform/real/sound/RealSoundChain.h"
 #include "station/Station.h"
 
@@ -67,6 +71,10 @@ class RealStation {
   SoundFileLengths lengths;
   std::unique_ptr<RealSoundChain> sound;
   RealPrelisten prelisten;
+  RealRecorder recorder;
+  RealPreview preview;
+  RealLevelTool levelTool;
+  MachineSounds soundDevices;
   MachineDevices devices;  // for the settings
   QtSerialPort serial;
   SdlJoystick joystick;

@@ -19,6 +19,7 @@
 #include "platform/sim/SimPreview.h"
 #include "platform/sim/SimRecorder.h"
 #include "platform/sim/SimSoundChain.h"
+#include "platform/sim/SimSounds.h"
 #include "platform/sim/SimWires.h"
 #include "station/Station.h"
 
@@ -58,6 +59,7 @@ class SimStation {
   SimPrelisten prelisten;
   SimRecorder recorder;
   SimPreview preview;
+  SimSounds soundDevices;
   RealLevelTool levelTool;
   SimClipboard clipboard;
   SimMessageBoxes messages;

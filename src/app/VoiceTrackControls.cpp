@@ -112,6 +112,9 @@ void VoiceTrackTable::AddTrack() {
   Add(Label("Gauge", [] { return std::string(); })).on = [&editor = editor_] {
     return editor.GaugeVisible;
   };
+  Add(Label("LblMicro", CaptionOf("LblMicro"))).on = [&editor = editor_] {
+    return editor.LblMicroVisible;
+  };
 }
 
 void VoiceTrackTable::AddPlace() {
@@ -158,8 +161,14 @@ void VoiceTrackTable::AddJoin() {
 void VoiceTrackTable::AddMachine() {
   Add(Slider("SpinPreRoll", editor_.SpinPreRoll, 0, kMostPreRollSec));
   Add(Slider("LevelNormalize", editor_.LevelNormalize, kLeastLufs, kMostLufs));
-  Add(Slider("VoiceTrackInputID", editor_.VoiceTrackInputID, 0, kMostDevice));
-  Add(Slider("VoiceTrackOututID", editor_.VoiceTrackOututID, 0, kMostDevice));
+  Add(Slider("VoiceTrackInputID", editor_.VoiceTrackInputID, 0, kMostDevice)).put =
+      [&station = station_, &editor = editor_](int, const std::string& text) {
+        VoiceTracks::VoiceTrackInputID_Change(station, editor, NumberBetween(text, 0, kMostDevice));
+      };
+  Add(Slider("VoiceTrackOututID", editor_.VoiceTrackOututID, 0, kMostDevice)).put =
+      [&station = station_, &editor = editor_](int, const std::string& text) {
+        VoiceTracks::VoiceTrackOututID_Change(station, editor, NumberBetween(text, 0, kMostDevice));
+      };
   AddLabel("LblEditeur", editor_.LblEditeur);
   AddButton("BtnChoseEditeur", [&desk = desk_](Station&, VoiceTrackEditor& editor) {
     if (const auto path = desk.PickPath()) VoiceTracks::BtnChoseEditeur_Click(editor, *path);

@@ -18,6 +18,7 @@ class PreviewChain;
 class Recorder;
 class SerialPort;
 class SoundChain;
+class SoundDeviceList;
 class SoundFiles;
 class SoundLengths;
 class System;
@@ -44,6 +45,7 @@ struct Platform {
   Recorder* recorder = nullptr;
   PreviewChain* preview = nullptr;
   LevelTool* levelTool = nullptr;
+  SoundDeviceList* soundDevices = nullptr;  // null: nobody knows them by name
 };
 
 }  // namespace zemo

@@ -20,6 +20,11 @@ class PreviewChain {
   // Called from the event loop, once for each start of the output: what waits to be heard stands
   // still.
   virtual void OnLost(std::function<void()> lost) = 0;
+  // Highest level heard since the last question, 0 to 1, left and right.
+  struct Levels {
+    float left = 0, right = 0;
+  };
+  virtual Levels HeardLevels() = 0;
 };
 
 }  // namespace zemo

@@ -30,6 +30,9 @@ class Recorder {
   virtual bool Recording() const = 0;
   virtual int64_t RecordedMs() const = 0;  // of this recording; of the last one once it has ended
 
+  // Of this recording, or the last one: its file stands in the place of what was there.
+  virtual bool HasFile() const = 0;
+
   // For how long the input has given nothing, or digital silence: since it was opened or the
   // recording began at most. 0 without an input.
   virtual int64_t SilentMs() const = 0;

@@ -9,6 +9,7 @@
 
 #include "platform/EventLoop.h"
 #include "platform/SoundChain.h"
+#include "platform/SoundDeviceList.h"
 #include "station/TrackNeighbours.h"
 
 namespace zemo {
@@ -58,9 +59,18 @@ struct VoiceTrackEditor {
 
   // --- kept for the machine ---
   int32_t VoiceTrackInputID = 0, VoiceTrackOututID = 0;  // devices, from 0
+  std::string inputKey, outputKey;                       // what these are known by; empty: nothing
   int32_t LevelNormalize = 0;                            // LUFS
   int32_t SpinPreRoll = 0;                               // seconds heard ahead of the join
   std::string LblEditeur;                                // program for sound files
+
+  // Of the machine; empty until it has answered. One that was chosen and is not there stands at the
+  // end, its key for a name.
+  SoundDeviceList::Devices devices;
+
+  // --- levels, 0 to 1: of the microphone left and right, of the join left and right ---
+  float MMLevelX1 = 0, MMLevelX2 = 0, MMLevelX3 = 0, MMLevelX4 = 0;
+  bool LblMicroVisible = false;  // the microphone gives nothing
 
   bool GaugeVisible = false;  // the level is being changed
   bool BtnRecordEnabled = true, BtnStopEnabled = false, BtnPlay1Enabled = false,
@@ -69,11 +79,13 @@ struct VoiceTrackEditor {
   std::unique_ptr<LoopTimer> TimerVT;
 
   int32_t beforeLengthMs = 0;
-  int32_t trackLengthMs = 0;  // slot 3
-  TrackNeighbours madeFor;    // the neighbours that the presenter speaks between
-  int64_t beforeKey = 0;      // of the element before in PL; 0: there is none
-  int64_t rowKey = 0;         // of the track's own row; 0: it has none yet
-  std::string untouchedFile;  // FileVoiceTrack before its level was changed; empty: it was not
+  int32_t trackLengthMs = 0;   // slot 3
+  TrackNeighbours madeFor;     // the neighbours that the presenter speaks between
+  int64_t beforeKey = 0;       // of the element before in PL; 0: there is none
+  int64_t rowKey = 0;          // of the track's own row; 0: it has none yet
+  std::string fileBefore;      // FileVoiceTrack before what is recorded
+  bool silenceLogged = false;  // of this recording
+  std::string untouchedFile;   // FileVoiceTrack before its level was changed; empty: it was not
   TrackState stored;
   int takes = 0;          // see TrackState
   int32_t takeAtMs = -1;  // of the join, where the last recording began; -1: it was not heard

@@ -5,7 +5,6 @@
 
 #include "library/LibraryHandler.h"
 #include "platform/Desktop.h"
-#include "platform/LocalValues.h"
 #include "platform/PreviewChain.h"
 #include "platform/SoundLengths.h"
 #include "station/Station.h"
@@ -17,9 +16,6 @@
 namespace zemo {
 
 namespace {
-
-constexpr int kDefaultLufs = -18;
-constexpr int kDefaultPreRollSec = 5;
 
 const OnAirRow* RowAt(const Station& station, int row) {
   return row >= 1 && row <= station.PL.Count() ? &station.PL.Row(row) : nullptr;
@@ -71,24 +67,6 @@ void AddRecord(Station& station, VoiceTrackEditor& editor) {
   transaction.Commit();
   editor.LblCodeVT = static_cast<int32_t>(db.LastInsertCode());
   VoiceTracks::PointSortie_Change(editor, 0);
-}
-
-void TakeMachineValues(Station& station, VoiceTrackEditor& editor) {
-  const LocalValues& values = station.platform.localValues;
-  editor.VoiceTrackInputID = values.GetInt("VoiceTrackInputID", 0);
-  editor.VoiceTrackOututID = values.GetInt("VoiceTrackOututID", 0);
-  editor.LblEditeur = values.GetText("VoiceTrackEditeur", "");
-  editor.LevelNormalize = values.GetInt("LevelNormalize", kDefaultLufs);
-  editor.SpinPreRoll = values.GetInt("PreRoll", kDefaultPreRollSec);
-}
-
-void KeepMachineValues(Station& station, const VoiceTrackEditor& editor) {
-  LocalValues& values = station.platform.localValues;
-  values.Set("VoiceTrackInputID", std::to_string(editor.VoiceTrackInputID));
-  values.Set("VoiceTrackOututID", std::to_string(editor.VoiceTrackOututID));
-  values.Set("VoiceTrackEditeur", editor.LblEditeur);
-  values.Set("LevelNormalize", std::to_string(editor.LevelNormalize));
-  values.Set("PreRoll", std::to_string(editor.SpinPreRoll));
 }
 
 }  // namespace
@@ -143,6 +121,7 @@ void VoiceTracks::Open(Station& station, VoiceTrackEditor& editor, int row) {
     editor.stored = StateOf(editor);
     editor.open = true;
   });
+  if (editor.open) OpenDevices(station, editor);
 }
 
 // Each part for itself: what cannot be kept does not keep the rest from being ended.
@@ -152,6 +131,7 @@ void VoiceTracks::Form_Unload(Station& station, VoiceTrackEditor& editor) {
     EndJoin(station, editor);
     if (PreviewChain* preview = station.platform.preview) preview->Sound().SetObserver(nullptr);
   });
+  HandleControl(station, "VoiceTrack", [&] { CloseDevices(station); });
   HandleControl(station, "VoiceTrack", [&] { ForgetUntouched(station, editor); });
   HandleControl(station, "VoiceTrack", [&] { KeepMachineValues(station, editor); });
   editor = VoiceTrackEditor();

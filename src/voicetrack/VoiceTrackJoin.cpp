@@ -176,9 +176,13 @@ bool RetakeBegins(const Station& station, const VoiceTrackEditor& editor) {
   return atMs >= 0 && VoiceTracks::HeardAtMs(station, editor).value_or(-1) >= atMs;
 }
 
-bool TakeJoinOutput(Station& station, const VoiceTrackEditor& editor) {
+bool TakeJoinOutput(Station& station, VoiceTrackEditor& editor) {
   try {
     station.platform.preview->UseDevice(editor.VoiceTrackOututID);
+    station.platform.preview->OnLost([&] {
+      HandleControl(station, "BtnPplay2", [&] { VoiceTracks::EndJoin(station, editor); });
+      TellPrelistenRefused(station);
+    });
     return true;
   } catch (const SoundError&) {
     TellPrelistenRefused(station);
@@ -292,6 +296,7 @@ void VoiceTracks::TimerVT_Timer(Station& station, VoiceTrackEditor& editor) {
     const bool recording = IsRecording(station);
     if (recording) editor.LblTimeVT = FormatDuration(station.platform.recorder->RecordedMs());
     if (editor.join.on) ServeJoin(station, editor);
+    ShowLevels(station, editor);
     if (RetakeBegins(station, editor)) return BtnRecord_Click(station, editor);
     if (!recording && !editor.join.on) editor.TimerVT->SetEnabled(false);
   });

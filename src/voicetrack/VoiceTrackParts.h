@@ -27,6 +27,13 @@ void ForgetUntouched(Station& station, VoiceTrackEditor& editor);
 void StopTrack(Station& station, VoiceTrackEditor& editor);  // the recorder or the track's player
 bool IsRecording(const Station& station);
 
+// --- the machine's values and devices ---
+void TakeMachineValues(Station& station, VoiceTrackEditor& editor);
+void KeepMachineValues(Station& station, const VoiceTrackEditor& editor);
+// Hears the microphone from now on, and asks the machine for its devices.
+void OpenDevices(Station& station, VoiceTrackEditor& editor);
+void CloseDevices(Station& station);
+
 // --- the join ---
 void RunTimer(Station& station, VoiceTrackEditor& editor);
 // Where the element before reaches its exit point, ms.

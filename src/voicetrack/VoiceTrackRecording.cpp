@@ -43,9 +43,26 @@ void PlaceByVoice(VoiceTrackEditor& editor, int32_t heardMs) {
   if (editor.LblPositionVT < 0) editor.LblPositionVT = atExit;
 }
 
+// Where nothing was recorded the track is what it was.
 void TakeEndOfRecording(Station& station, VoiceTrackEditor& editor) {
-  station.events.Record("stop", editor.FileVoiceTrack, station.platform.recorder->RecordedMs());
+  const Recorder& recorder = *station.platform.recorder;
+  station.events.Record("stop", editor.FileVoiceTrack, recorder.RecordedMs());
+  if (recorder.HasFile()) {
+    VoiceTracks::ForgetUntouched(station, editor);
+    ++editor.takes;
+  } else {
+    editor.FileVoiceTrack = editor.fileBefore;
+  }
   VoiceTracks::TakeTrackFile(station, editor);
+}
+
+// The station goes on while the recorder ends, and the editor may be closed in that time.
+void EndRecording(Station& station, VoiceTrackEditor& editor) {
+  const int32_t code = editor.LblCodeVT;
+  SetTrackButtons(editor, true);
+  editor.BtnStopEnabled = false;
+  station.platform.recorder->Stop();
+  if (editor.open && editor.LblCodeVT == code) TakeEndOfRecording(station, editor);
 }
 
 void BeginRecording(Station& station, VoiceTrackEditor& editor) {
@@ -57,10 +74,10 @@ void BeginRecording(Station& station, VoiceTrackEditor& editor) {
     LogError(station, "WaveRecorder", kErrFile, reason);
     VoiceTracks::Tell(station, VoiceTracks::kRecordingEnded);
   });
+  editor.fileBefore = editor.FileVoiceTrack;
+  editor.silenceLogged = false;
   editor.FileVoiceTrack =
       VoiceTracks::PathInFolder(station, VoiceTracks::TrackName(editor.LblCodeVT));
-  VoiceTracks::ForgetUntouched(station, editor);
-  ++editor.takes;
   station.events.Record("start", editor.FileVoiceTrack, 0);
 }
 
@@ -110,10 +127,7 @@ void VoiceTracks::ForgetUntouched(Station& station, VoiceTrackEditor& editor) {
 }
 
 void VoiceTracks::StopTrack(Station& station, VoiceTrackEditor& editor) {
-  if (IsRecording(station)) {
-    station.platform.recorder->Stop();
-    return TakeEndOfRecording(station, editor);
-  }
+  if (IsRecording(station)) return EndRecording(station, editor);
   Prelisten* player = station.platform.prelisten;
   if (editor.BtnStopEnabled && player) player->Close();
   TakeTrackFile(station, editor);
@@ -144,7 +158,9 @@ void VoiceTracks::BtnStop_Click(Station& station, VoiceTrackEditor& editor) {
 void VoiceTracks::BtnReprise_Click(Station& station, VoiceTrackEditor& editor) {
   if (editor.takeAtMs < 0) return BtnRecord_Click(station, editor);
   HandleControl(station, "BtnReprise", [&] {
+    const int32_t code = editor.LblCodeVT;
     StopTrack(station, editor);
+    if (!editor.open || editor.LblCodeVT != code) return;  // by what came while it ended
     editor.CheckTest = false;
     const int32_t from = std::min(ExitOfBefore(editor), editor.takeAtMs);
     PlayJoinFrom(station, editor, from - editor.SpinPreRoll * 1000);

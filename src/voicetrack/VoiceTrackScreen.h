@@ -34,6 +34,12 @@ void Form_Unload(Station& station, VoiceTrackEditor& editor);
 // There is a track that BtnSave would store otherwise than it is stored.
 bool IsUnsaved(const VoiceTrackEditor& editor);
 
+// --- the devices, by their numbers from 0 ---
+void VoiceTrackInputID_Change(Station& station, VoiceTrackEditor& editor, int32_t number);
+void VoiceTrackOututID_Change(Station& station, VoiceTrackEditor& editor, int32_t number);
+// What the microphone and the join give; for a window as often as it likes.
+void ShowLevels(Station& station, VoiceTrackEditor& editor);
+
 // --- the track ---
 void BtnRecord_Click(Station& station, VoiceTrackEditor& editor);
 void BtnStop_Click(Station& station, VoiceTrackEditor& editor);

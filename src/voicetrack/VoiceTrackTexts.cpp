@@ -25,6 +25,8 @@ constexpr Word kVoiceTrack[] = {
     {"CmdVTToIntro", {"Caler sur l'intro", "Fit to the intro", "Ajustar à introdução", "Ajustar a la intro"}},
     {"BtnSave", {"Sauver", "Save", "Guardar", "Guardar"}},
 
+    {"LblMicro", {"Le microphone ne donne rien", "The microphone gives nothing", "O microfone não dá nada", "El micrófono no da nada"}},
+
     {"CheckCut.0", {"Cut Off", "Cut Off", "Cut Off", "Cut Off"}},
     {"CheckCut.1", {"Cut On", "Cut On", "Cut On", "Cut On"}},
     {"CheckTest", {"Avec le Voice Track", "With the voice track", "Com o voice track", "Con el voice track"}},

@@ -152,6 +152,7 @@ TestStation::TestStation(const std::string& begin, const std::string& sharedFold
       prelisten(loop, loop, opener),
       recorder(loop, loop),
       preview(opener),
+      soundDevices(loop),
       stationFolder(sharedFolder.empty() ? stationDir.Path() : sharedFolder),
       machineFolder(machineDir.Path()),
       soundFiles(machineFolder),
@@ -174,7 +175,8 @@ TestStation::TestStation(const std::string& begin, const std::string& sharedFold
                        .joystick = joystick,
                        .prelisten = &prelisten,
                        .recorder = &recorder,
-                       .preview = &preview}) {
+                       .preview = &preview,
+                       .soundDevices = &soundDevices}) {
   loop.SetSound(&sound);
   loop.SetPreview(&preview.Sound());
   station.events.SetSink(this);

@@ -23,6 +23,7 @@
 #include "platform/sim/SimPreview.h"
 #include "platform/sim/SimRecorder.h"
 #include "platform/sim/SimSoundChain.h"
+#include "platform/sim/SimSounds.h"
 #include "platform/sim/SimWires.h"
 #include "station/Station.h"
 #include "store/StoreError.h"
@@ -208,6 +209,7 @@ class TestStation : private EventSink {
   SimPrelisten prelisten;
   SimRecorder recorder;
   SimPreview preview;
+  SimSounds soundDevices;
   FaultyFolder stationFolder, machineFolder;
   StoredPaths soundFiles;
   SoundFileLengths lengths;

@@ -15,7 +15,7 @@
 namespace zemo {
 namespace {
 
-using testing::Recorder;
+using testing::SinkRecorder;
 using testing::ServerKind;
 using testing::SoundServer;
 
@@ -57,7 +57,7 @@ TEST_F(StationPrelisten, IsHeardOnTheDeviceThatIsKnownByItsKeyAndEndsInTheEventL
   prelisten.OnEnd([&](bool lost) { ends.push_back(lost); });
   EXPECT_TRUE(real.devices.PrelistenClosed());
 
-  Recorder one("one", server_.Path("one"), true), two("two", server_.Path("two"), true);
+  SinkRecorder one("one", server_.Path("one"), true), two("two", server_.Path("two"), true);
   prelisten.SetDevice(kNumber);
   prelisten.Open(server_.Path("second.wav"));
   EXPECT_FALSE(real.devices.PrelistenClosed());

@@ -23,6 +23,7 @@ class SimPreview final : public PreviewChain {
       throw SoundError("output " + std::to_string(number) + " does not open");
     device_ = number;
   }
+  Levels HeardLevels() override { return {}; }
   void OnLost(std::function<void()> lost) override { lost_ = std::move(lost); }
 
   // The device goes, in the middle of a join.

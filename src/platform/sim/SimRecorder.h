@@ -27,6 +27,7 @@ class SimRecorder final : public Recorder {
   void Stop() override;
   bool Recording() const override { return folder_ != nullptr; }
   int64_t RecordedMs() const override;
+  bool HasFile() const override { return !name_.empty(); }
   int64_t SilentMs() const override;
   Levels HeardLevels() override { return {}; }
   void OnEnd(std::function<void(const std::string& reason)> ended) override {

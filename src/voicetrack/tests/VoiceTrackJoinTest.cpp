@@ -75,6 +75,15 @@ TEST_F(VoiceTrackJoin, TheAirGoesOnUntouchedBesideTheJoin) {
   EXPECT_TRUE(on.Events("output").empty());
 }
 
+TEST_F(VoiceTrackJoin, AnOutputThatIsLostEndsTheJoinAndIsTold) {
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(2000);
+  on.preview.Lose();
+  EXPECT_FALSE(editor.join.on);
+  EXPECT_EQ(on.preview.Sound().State(), OutputState::kClosed);
+  EXPECT_EQ(LastMessage(), "Impossible d'écouter sur cette sortie audio");
+}
+
 TEST_F(VoiceTrackJoin, ATrackWhoseFileIsGoneIsLeftOut) {
   on.soundFiles.Remove(Load(4000));
   VoiceTracks::LblPositionVT_Change(editor, 172000);

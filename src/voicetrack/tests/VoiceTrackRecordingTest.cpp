@@ -1,4 +1,5 @@
 // Opening the editor, the track's file, and what is kept at closing.
+#include "platform/Recorder.h"
 #include "voicetrack/tests/VoiceTrackFixture.h"
 
 namespace zemo {
@@ -125,6 +126,41 @@ TEST_F(VoiceTrack, AnInputThatIsLostIsToldAndWhatCameBeforeIsKept) {
   EXPECT_EQ(on.Events("record").back()["ms"], "2000");
   EXPECT_EQ(on.stationFolder.Subfolder("VoiceTrack").SizeBytes("00000001.Wav"), 44 + 2 * 44100 * 2);
   EXPECT_TRUE(editor.BtnRecordEnabled);
+}
+
+// One that takes its time to open, and then does not.
+struct LateRecorder : Recorder {
+  std::function<void(const std::string& reason)> ended;
+  bool recording = false;
+  void Listen(int) override {}
+  void Start(int, zemo::Folder&, const std::string&) override { recording = true; }
+  void Stop() override { recording = false; }
+  bool Recording() const override { return recording; }
+  int64_t RecordedMs() const override { return 0; }
+  bool HasFile() const override { return false; }
+  int64_t SilentMs() const override { return 0; }
+  Levels HeardLevels() override { return {}; }
+  void OnEnd(std::function<void(const std::string& reason)> tell) override {
+    ended = std::move(tell);
+  }
+};
+
+TEST_F(VoiceTrack, AnInputThatRefusesLaterLeavesTheTrackAsItWas) {
+  const std::string chosen = Load(4000);
+  LateRecorder late;
+  on.station.platform.recorder = &late;
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, OwnFile());
+  late.recording = false;
+  late.ended("the input does not open");
+  EXPECT_EQ(editor.FileVoiceTrack, chosen);
+  EXPECT_EQ(editor.trackLengthMs, 4000);
+  EXPECT_TRUE(editor.BtnRecordEnabled);
+  EXPECT_EQ(LastMessage(), "L'enregistrement s'est arrêté");
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, chosen);
+  on.station.platform.recorder = nullptr;
 }
 
 TEST_F(VoiceTrack, WhatIsSaidIsInTheFileWhileItIsRecorded) {

@@ -63,6 +63,12 @@ void RealPreview::UseDevice(int number) {
   Chain().ChooseDevice(std::move(wished));
 }
 
+PreviewChain::Levels RealPreview::HeardLevels() {
+  if (chain_ == nullptr) return {};
+  const SoundHealth health = chain_->TakeHealth();
+  return {health.peakLeft, health.peakRight};
+}
+
 void RealPreview::Poll() {
   if (chain_ == nullptr) return;
   chain_->Poll();
@@ -79,7 +85,7 @@ void RealPreview::Poll() {
   if (device != DeviceThread::State::kLost && now - playedAt_ <= patience_) return;
   watching_ = false;
   loop_.Post([this, alive = std::weak_ptr<int>(alive_)] {
-    if (alive.expired() || !started_ || watching_) return;
+    if (alive.expired() || watching_ || chain_->State() != OutputState::kStarted) return;
     // What it does may set another one.
     if (const auto lost = lost_; lost) lost();
   });

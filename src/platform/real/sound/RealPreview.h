@@ -33,6 +33,7 @@ class RealPreview final : public PreviewChain {
 
   SoundChain& Sound() override;
   void UseDevice(int number) override;
+  Levels HeardLevels() override;
   void OnLost(std::function<void()> lost) override { lost_ = std::move(lost); }
 
  private:

@@ -29,6 +29,7 @@ class RealRecorder final : public Recorder {
   void Stop() override;
   bool Recording() const override { return recording_ != 0; }
   int64_t RecordedMs() const override;
+  bool HasFile() const override { return RecordedMs() > 0; }
   int64_t SilentMs() const override;
   Levels HeardLevels() override;
   void OnEnd(std::function<void(const std::string& reason)> ended) override {

@@ -1,0 +1,82 @@
+// What the editor has of the machine: which devices, and what the microphone gives.
+#include "voicetrack/tests/VoiceTrackFixture.h"
+
+namespace zemo {
+namespace {
+
+using VoiceTrackMachine = VoiceTrackFixture;
+
+TEST_F(VoiceTrackMachine, TheMicrophoneIsHeardWhileTheEditorIsOpen) {
+  EXPECT_EQ(on.recorder.Listening(), 0);
+  VoiceTracks::VoiceTrackInputID_Change(on.station, editor, 2);
+  EXPECT_EQ(on.recorder.Listening(), 2);
+  VoiceTracks::Form_Unload(on.station, editor);
+  EXPECT_EQ(on.recorder.Listening(), -1);
+  Open(1);
+  EXPECT_EQ(on.recorder.Listening(), 2);
+}
+
+TEST_F(VoiceTrackMachine, AMicrophoneThatGivesNothingIsShownWithinTwoSecondsAndLoggedOnce) {
+  on.recorder.gives = false;
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  EXPECT_FALSE(editor.LblMicroVisible);
+  Wait(1000);
+  EXPECT_TRUE(editor.LblMicroVisible);
+  Wait(3000);
+  EXPECT_TRUE(on.recorder.Recording());
+  const auto errors = on.Events("error");
+  ASSERT_EQ(errors.size(), 1U);
+  EXPECT_EQ(errors[0]["where"], "WaveRecorder");
+  EXPECT_EQ(errors[0]["text"], "the sound input gives nothing");
+  on.recorder.gives = true;
+  Wait(100);
+  EXPECT_FALSE(editor.LblMicroVisible);
+  EXPECT_TRUE(on.Events("message").empty());
+}
+
+TEST_F(VoiceTrackMachine, TheDevicesAreListedWithTheirNames) {
+  Wait(100);
+  ASSERT_EQ(editor.devices.inputs.size(), 4U);
+  EXPECT_EQ(editor.devices.inputs[3].name, "3");
+  EXPECT_FALSE(editor.devices.outputs.empty());
+}
+
+TEST_F(VoiceTrackMachine, AChosenDeviceIsKnownAgainByItsKeyWhenOthersComeAndGo) {
+  Wait(100);
+  VoiceTracks::VoiceTrackInputID_Change(on.station, editor, 1);
+  VoiceTracks::VoiceTrackOututID_Change(on.station, editor, 2);
+  EXPECT_EQ(on.localValues.GetText("VoiceTrackInputName", ""), "1");
+  EXPECT_EQ(on.localValues.GetText("VoiceTrackOututName", ""), "2");
+  VoiceTracks::Form_Unload(on.station, editor);
+  auto& devices = on.soundDevices.devices;
+  devices.inputs.insert(devices.inputs.begin(), {"new", "new"});
+  devices.outputs.erase(devices.outputs.begin() + 2);
+  Open(1);
+  Wait(100);
+  EXPECT_EQ(editor.VoiceTrackInputID, 2);
+  EXPECT_EQ(on.recorder.Listening(), 2);
+  EXPECT_EQ(on.localValues.GetText("VoiceTrackInputID", ""), "2");
+  // One that is not there keeps its place at the end.
+  const auto last = static_cast<int32_t>(devices.outputs.size());
+  EXPECT_EQ(editor.VoiceTrackOututID, last);
+  ASSERT_EQ(editor.devices.outputs.size(), devices.outputs.size() + 1);
+  EXPECT_EQ(editor.devices.outputs.back().name, "2");
+}
+
+TEST_F(VoiceTrackMachine, ANumberThatIsNotInTheListIsKnownByNothing) {
+  Wait(100);
+  VoiceTracks::VoiceTrackInputID_Change(on.station, editor, 1);
+  VoiceTracks::VoiceTrackInputID_Change(on.station, editor, 9);
+  EXPECT_EQ(on.localValues.GetText("VoiceTrackInputID", ""), "9");
+  EXPECT_EQ(on.localValues.GetText("VoiceTrackInputName", ""), "");
+}
+
+TEST_F(VoiceTrackMachine, AnAnswerBehindTheClosingIsForNobody) {
+  VoiceTracks::Form_Unload(on.station, editor);
+  Wait(100);
+  EXPECT_TRUE(editor.devices.inputs.empty());
+}
+
+}  // namespace
+}  // namespace zemo
