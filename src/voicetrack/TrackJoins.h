@@ -19,6 +19,7 @@ struct TrackJoin {
   std::string titleBefore, titleAfter;
   NeighbourFault fault = NeighbourFault::kNone;  // of the track
   bool open = false;                             // in the editor
+  bool operator==(const TrackJoin&) const = default;
 };
 
 // Each place behind a music title that another element follows, each voice track, and the place

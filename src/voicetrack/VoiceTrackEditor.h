@@ -78,7 +78,7 @@ struct VoiceTrackEditor {
        CheckTestEnabled = false, BtnUndoNormalizeEnabled = false;
   std::unique_ptr<LoopTimer> TimerVT;
 
-  int32_t beforeLengthMs = 0;
+  int32_t beforeLengthMs = 0, afterLengthMs = 0;
   int32_t trackLengthMs = 0;   // slot 3
   TrackNeighbours madeFor;     // the neighbours that the presenter speaks between
   int64_t beforeKey = 0;       // of the element before in PL; 0: there is none

@@ -24,7 +24,12 @@ inline constexpr const char* kNoPlace =
     "L'élément précédent n'est plus dans la liste :\r\nle Voice Track n'est pas enregistré";
 inline constexpr const char* kNoEditor = "Choisissez d'abord un éditeur audio";
 inline constexpr const char* kNoMixer = "Cette machine n'a pas de table de mixage";
+inline constexpr const char* kAskSave = "Le Voice Track n'est pas sauvé. Le sauver ?";
 inline constexpr const char* kRecordingEnded = "L'enregistrement s'est arrêté";
+
+// What the fields of the machine's values take.
+inline constexpr int32_t kMostPreRollSec = 600;
+inline constexpr int32_t kLeastLufs = -40, kMostLufs = -5;
 
 // --- opening and closing ---
 // On that row of PL (from 1), a voice track or the element that one is to follow; what was open is

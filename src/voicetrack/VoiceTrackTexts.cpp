@@ -23,6 +23,9 @@ constexpr Word kVoiceTrack[] = {
     {"BtnUndoNormalize", {"Annuler le niveau", "Undo the level", "Anular o nível", "Deshacer el nivel"}},
     {"BtnTableMixage", {"Table de mixage", "Mixer", "Mesa de mistura", "Mesa de mezclas"}},
     {"CmdVTToIntro", {"Caler sur l'intro", "Fit to the intro", "Ajustar à introdução", "Ajustar a la intro"}},
+    {"BtnReprise", {"Refaire", "Retake", "Repetir", "Repetir"}},
+    {"BtnPrecedent", {"Précédent", "Previous", "Anterior", "Anterior"}},
+    {"BtnSuivant", {"Suivant", "Next", "Seguinte", "Siguiente"}},
     {"BtnSave", {"Sauver", "Save", "Guardar", "Guardar"}},
 
     {"LblMicro", {"Le microphone ne donne rien", "The microphone gives nothing", "O microfone não dá nada", "El micrófono no da nada"}},
@@ -46,6 +49,35 @@ constexpr Word kVoiceTrack[] = {
     {"For.LblEditeur", {"Éditeur audio", "Audio editor", "Editor de áudio", "Editor de audio"}},
     {"For.VoiceTrackInputID", {"Entrée", "Input", "Entrada", "Entrada"}},
     {"For.VoiceTrackOututID", {"Sortie", "Output", "Saída", "Salida"}},
+
+    {"For.ListJoins", {"Enchaînements", "Joins", "Encadeamentos", "Encadenamientos"}},
+    {"For.LblARemplir", {"À remplir", "To fill", "A preencher", "Por llenar"}},
+    {"For.LblDecompte", {"Fin de l'intro dans", "Intro ends in", "Fim da intro em", "Fin de la intro en"}},
+    {"For.VueRaccord", {"Enchaînement", "Join", "Encadeamento", "Encadenamiento"}},
+    {"For.MMLevelX1", {"Niveau gauche du microphone", "Left level of the microphone", "Nível esquerdo do microfone", "Nivel izquierdo del micrófono"}},
+    {"For.MMLevelX2", {"Niveau droit du microphone", "Right level of the microphone", "Nível direito do microfone", "Nivel derecho del micrófono"}},
+    {"For.MMLevelX3", {"Niveau gauche de l'enchaînement", "Left level of the join", "Nível esquerdo do encadeamento", "Nivel izquierdo del encadenamiento"}},
+    {"For.MMLevelX4", {"Niveau droit de l'enchaînement", "Right level of the join", "Nível direito do encadeamento", "Nivel derecho del encadenamiento"}},
+    {"LblJoins", {"%1 à faire sur %2", "%1 of %2 to do", "%1 de %2 por fazer", "%1 de %2 por hacer"}},
+    {"LblJoins.Done", {"Tout est fait", "All done", "Tudo feito", "Todo hecho"}},
+    {"Join.Missing", {"Sans voice track", "No voice track yet", "Sem voice track", "Sin voice track"}},
+    {"Join.Done", {"Voice track prêt", "The voice track is ready", "Voice track pronto", "Voice track listo"}},
+    {"Device", {"Périphérique %1", "Device %1", "Dispositivo %1", "Dispositivo %1"}},
+
+    {"Note.Recording", {"Enregistrement", "Recording", "A gravar", "Grabando"}},
+    {"Note.RetakeIn", {"Reprise dans %1 s", "Retake in %1 s", "Repetição em %1 s", "Repetición en %1 s"}},
+    {"Note.Unsaved", {"Pas encore sauvé", "Not saved yet", "Ainda não guardado", "Aún no guardado"}},
+
+    {"BtnRecord.Tip", {"Enregistre; pendant que l'enchaînement s'entend, le voice track y prend sa place", "Records; while the join is heard the voice track takes its place in it", "Grava; enquanto se ouve o encadeamento, o voice track toma nele o seu lugar", "Graba; mientras se oye el encadenamiento, el voice track toma su lugar en él"}},
+    {"BtnReprise.Tip", {"Rejoue l'enchaînement et enregistre à partir du même endroit", "Plays the join again and records from the same place on", "Toca de novo o encadeamento e grava a partir do mesmo lugar", "Repite el encadenamiento y graba desde el mismo lugar"}},
+    {"CheckCut.Tip", {"Cut On : le voice track est un élément à part, entre les deux titres", "Cut On: the voice track is an element of its own between the two titles", "Cut On: o voice track é um elemento próprio entre os dois títulos", "Cut On: el voice track es un elemento propio entre los dos títulos"}},
+    {"CheckTest.Tip", {"L'enchaînement s'entend avec le voice track", "The join is heard with the voice track in it", "O encadeamento ouve-se com o voice track", "El encadenamiento se oye con el voice track"}},
+    {"CmdVTToIntro.Tip", {"Le voice track finit avec l'intro du titre suivant", "The voice track ends with the intro of the title after", "O voice track acaba com a introdução do título seguinte", "El voice track acaba con la intro del título siguiente"}},
+    {"BtnSuivant.Tip", {"Sauve et va à l'enchaînement suivant", "Saves and goes to the next join", "Guarda e vai para o encadeamento seguinte", "Guarda y va al encadenamiento siguiente"}},
+    {"BtnPrecedent.Tip", {"Sauve et va à l'enchaînement précédent", "Saves and goes to the previous join", "Guarda e vai para o encadeamento anterior", "Guarda y va al encadenamiento anterior"}},
+    {"VueRaccord.Tip", {"Glisser le voice track, ou flèches 10 ms et Maj+flèches 100 ms; clic ou Ctrl+flèches : curseur; Espace : écouter de là; Début : au début", "Drag the voice track, or arrows 10 ms and Shift+arrows 100 ms; click or Ctrl+arrows: cursor; Space: play from there; Home: to the begin", "Arrastar o voice track, ou setas 10 ms e Shift+setas 100 ms; clique ou Ctrl+setas: cursor; Espaço: ouvir daí; Home: ao início", "Arrastrar el voice track, o flechas 10 ms y Mayús+flechas 100 ms; clic o Ctrl+flechas: cursor; Espacio: escuchar desde ahí; Inicio: al principio"}},
+    {"SoundFiles", {"Fichier son", "Sound file", "Ficheiro de som", "Fichero de sonido"}},
+    {"Programs", {"Application", "Program", "Aplicação", "Aplicación"}},
 };
 // clang-format on
 
