@@ -93,6 +93,8 @@ QString StyleSheet(double unit, bool gradients) {
     #FrmVoiceTrack QLabel, #FrmVoiceTrack QSpinBox {
       font-family: "%FAMILY"; font-size: %TEXTpx; }
     #FrmDiscotheque QLabel[small="true"], #FrmPub QLabel[small="true"], #FrmVoiceTrack QLabel[small="true"], #FrameAutorisation QRadioButton { font-size: %HEADpx; }
+    #FrmVoiceTrack QLabel[figure="true"] { font-size: %FIGUREpx; font-weight: bold; }
+    #FrmVoiceTrack #BtnRecord:enabled { border: 1px solid %ONAIR; }
     #CmdStop { font-size: %NEXTpx; font-weight: bold; }
     QMainWindow, QDialog, QMenuBar { background: %GROUND; }
     QDialog { border: 1px solid %LINE; }
@@ -184,6 +186,8 @@ QString StyleSheet(double unit, bool gradients) {
       {"%FOCUS", kFocus.name()},
       {"%FACE", raised},
       {"%HEAD", QString::number(Type(unit, kTableHeadPixels).pixelSize())},
+      {"%FIGURE", QString::number(Type(unit, kFigurePixels).pixelSize())},
+      {"%ONAIR", kOnAir.name()},
       {"%NEXT", QString::number(text + 2)},
       {"%GOOD", kGood.name()},
       {"%VPAD", QString::number(Px(unit, 4))},

@@ -13,8 +13,8 @@ constexpr Word kVoiceTrack[] = {
 
     {"BtnRecord", {"Enregistrer la voix", "Record", "Gravar", "Grabar"}},
     {"BtnStop", {"Arrêter", "Stop", "Parar", "Parar"}},
-    {"BtnPlay1", {"Écouter le Voice Track", "Play the voice track", "Ouvir o voice track", "Escuchar el voice track"}},
-    {"BtnPplay2", {"Écouter l'enchaînement", "Play the join", "Ouvir o encadeamento", "Escuchar el encadenamiento"}},
+    {"BtnPlay1", {"Écouter le Voice Track", "Play the voice track", "Ouvir o voice track", "Oír el voice track"}},
+    {"BtnPplay2", {"Écouter l'enchaînement", "Play the join", "Ouvir o encadeamento", "Oír el encadenamiento"}},
     {"BtnStop2", {"Arrêter l'enchaînement", "Stop the join", "Parar o encadeamento", "Parar el encadenamiento"}},
     {"BntLoadVT", {"Choisir un fichier...", "Choose a file...", "Escolher um ficheiro...", "Elegir un fichero..."}},
     {"BtnEditVT", {"Ouvrir dans l'éditeur", "Open in the editor", "Abrir no editor", "Abrir en el editor"}},
@@ -51,6 +51,7 @@ constexpr Word kVoiceTrack[] = {
     {"For.VoiceTrackOututID", {"Sortie", "Output", "Saída", "Salida"}},
 
     {"For.ListJoins", {"Enchaînements", "Joins", "Encadeamentos", "Encadenamientos"}},
+    {"For.LblIntro", {"Intro (s)", "Intro (s)", "Introdução (s)", "Intro (s)"}},
     {"For.LblARemplir", {"À remplir", "To fill", "A preencher", "Por llenar"}},
     {"For.LblDecompte", {"Fin de l'intro dans", "Intro ends in", "Fim da intro em", "Fin de la intro en"}},
     {"For.VueRaccord", {"Enchaînement", "Join", "Encadeamento", "Encadenamiento"}},

@@ -18,7 +18,7 @@ namespace zemo {
 
 namespace {
 
-constexpr double kTitlePixels = 20, kFigurePixels = 34, kIntroPixels = 34;
+constexpr double kTitlePixels = 22;
 constexpr int kSmallestTitle = 10;
 constexpr int32_t kSoonMs = 5000;  // the intro is about to end
 
@@ -53,32 +53,31 @@ QWidget* JoinCards::MakeCard(Card& card, const char* file, const char* title,
   frame->setProperty("panel", true);
   auto* words = new QLabel(texts_.Word(std::string("For.") + file), frame);
   words->setProperty("dim", true);
-  words_.push_back(words);
   card.title = Named(new FitLabel(frame), title);
   card.file = Named(new QLineEdit(frame), file);
   card.file->setReadOnly(true);
   card.file->setFocusPolicy(Qt::ClickFocus);
   card.file->setAccessibleName(words->text());
-  auto* head = new QHBoxLayout;
-  head->addWidget(words);
-  head->addStretch(1);
+  auto* foot = new QHBoxLayout;
   for (const char* name : values) {
     card.values.push_back(Named(new QLabel(frame), name));
     card.values.back()->setTextFormat(Qt::PlainText);
-    head->addWidget(card.values.back());
+    foot->addWidget(card.values.back());
+    foot->addStretch(1);
   }
   auto* text = new QVBoxLayout;
-  text->addLayout(head);
-  text->addWidget(card.title);
-  text->addWidget(card.file);
-  text->addStretch(1);
+  for (QWidget* part : {static_cast<QWidget*>(words), static_cast<QWidget*>(card.title),
+                        static_cast<QWidget*>(card.file)})
+    text->addWidget(part);
+  text->addLayout(foot);
   auto* whole = new QHBoxLayout(frame);
   whole->addLayout(text, 1);
   if (figure) {
     card.figure = Named(new QLabel(frame), figure);
+    card.figure->setProperty("figure", true);
     card.figure->setAlignment(Qt::AlignCenter);
     card.figure->setAccessibleName(texts_.Word("For.LblIntro"));
-    card.figure->setToolTip(texts_.Word("For.LblIntro"));
+    card.figure->setToolTip(card.figure->accessibleName());
     whole->addWidget(card.figure);
   }
   return frame;
@@ -89,8 +88,8 @@ QWidget* JoinCards::Figure(const char* name, QLabel*& figure) {
   auto* words = new QLabel(texts_.Word(std::string("For.") + name), part);
   words->setProperty("dim", true);
   words->setAlignment(Qt::AlignCenter);
-  words_.push_back(words);
   figure = Named(new QLabel(part), name);
+  figure->setProperty("figure", true);
   figure->setAlignment(Qt::AlignCenter);
   auto* layout = new QVBoxLayout(part);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -103,7 +102,7 @@ QWidget* JoinCards::Figure(const char* name, QLabel*& figure) {
 QWidget* JoinCards::MakeFigures() {
   auto* frame = new QFrame(this);
   frame->setProperty("panel", true);
-  auto* layout = new QHBoxLayout(frame);
+  auto* layout = new QVBoxLayout(frame);
   layout->addWidget(Figure("LblARemplir", LblARemplir));
   layout->addWidget(Figure("LblDecompte", LblDecompte));
   return frame;
@@ -114,19 +113,14 @@ void JoinCards::Arrange(double unit) {
   row_->setSpacing(Theme::Px(unit, 6));
   for (QFrame* frame : findChildren<QFrame*>(QString(), Qt::FindDirectChildrenOnly)) {
     frame->layout()->setContentsMargins(margin, margin / 2, margin, margin / 2);
-    frame->layout()->setSpacing(margin);
+    frame->layout()->setSpacing(margin / 2);
   }
   for (const Card& card : {before_, after_})
     card.title->SetType(Theme::Type(unit, kTitlePixels, true), kSmallestTitle);
-  const QFont figures = Theme::Type(unit, kFigurePixels, true);
-  const int widest = QFontMetrics(figures).horizontalAdvance(QStringLiteral("-00:00.0"));
-  for (QLabel* figure : {LblARemplir, LblDecompte}) {
-    figure->setFont(figures);
-    figure->setMinimumWidth(widest);
-  }
-  after_.figure->setFont(Theme::Type(unit, kIntroPixels, true));
-  after_.figure->setMinimumWidth(
-      QFontMetrics(after_.figure->font()).horizontalAdvance(QStringLiteral("000")) + 6);
+  const QFontMetrics figures(Theme::Type(unit, Theme::kFigurePixels, true));
+  for (QLabel* figure : {LblARemplir, LblDecompte})
+    figure->setMinimumWidth(figures.horizontalAdvance(QStringLiteral("-00:00.0")));
+  after_.figure->setMinimumWidth(figures.horizontalAdvance(QStringLiteral("000")));
 }
 
 void JoinCards::Show(const Figures& figures) {

@@ -46,7 +46,6 @@ class JoinCards : public QWidget {
   const Translation& texts_;
   Card before_, after_;
   QLabel *LblARemplir = nullptr, *LblDecompte = nullptr;
-  std::vector<QLabel*> words_;  // above the figures
   QHBoxLayout* row_;
 };
 

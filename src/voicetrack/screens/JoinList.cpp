@@ -1,5 +1,6 @@
 #include "voicetrack/screens/JoinList.h"
 
+#include <QPainter>
 #include <utility>
 
 #include "ui/Named.h"
@@ -9,19 +10,33 @@ namespace zemo {
 
 namespace {
 
+constexpr double kTypePixels = 13;
+
 // By NeighbourFault.
 constexpr const char* kFaultWords[kNeighbourFaults] = {
     "Join.Done", "TrackOtherBefore", "TrackChangedBefore", "TrackOtherAfter", "TrackChangedAfter"};
 
-struct JoinLook {
-  const char* mark;
-  QColor colour;
-};
-
-JoinLook LookOf(const TrackJoin& join) {
-  if (join.track == 0) return {"○", Theme::kDim};
-  if (join.fault != NeighbourFault::kNone) return {"!", Theme::kNote};
-  return {"●", Theme::kVoiceTrack};
+// A full disc for what is done, an empty one for what is missing, a mark in it for a fault.
+QIcon MarkOf(const TrackJoin& join, int size) {
+  QPixmap mark(size, size);
+  mark.fill(Qt::transparent);
+  QPainter painter(&mark);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF disc(1.5, 1.5, size - 3, size - 3);
+  const bool fault = join.fault != NeighbourFault::kNone;
+  const QColor colour = join.track == 0 ? Theme::kDim : fault ? Theme::kNote : Theme::kVoiceTrack;
+  painter.setPen(QPen(colour, 1.5));
+  if (join.track != 0) painter.setBrush(colour);
+  painter.drawEllipse(disc);
+  if (fault) {
+    painter.setPen(Theme::kGround);
+    painter.setFont(Theme::Type(1, size - 3, true));
+    painter.drawText(disc, Qt::AlignCenter, QStringLiteral("!"));
+  }
+  painter.end();
+  QIcon icon(mark);
+  icon.addPixmap(mark, QIcon::Selected);  // not tinted
+  return icon;
 }
 
 }  // namespace
@@ -37,6 +52,14 @@ JoinList::JoinList(const Translation& texts, QWidget* parent) : QListWidget(pare
   });
 }
 
+void JoinList::Arrange(double unit) {
+  setFont(Theme::Type(unit, kTypePixels));
+  const int mark = QFontMetrics(font()).height() - 2;
+  setIconSize({mark, mark});
+  setSpacing(Theme::Px(unit, 2));
+  Fill();
+}
+
 void JoinList::Show(std::vector<TrackJoin> joins) {
   if (joins == joins_) return;
   joins_ = std::move(joins);
@@ -46,15 +69,10 @@ void JoinList::Show(std::vector<TrackJoin> joins) {
 void JoinList::Fill() {
   clear();
   for (const TrackJoin& join : joins_) {
-    const JoinLook look = LookOf(join);
     const QString titles =
         ShownText(join.titleBefore) + QStringLiteral("\n") + ShownText(join.titleAfter);
-    auto* item =
-        new QListWidgetItem(QStringLiteral("%1  %2\n     %3")
-                                .arg(QString::fromUtf8(look.mark), ShownText(join.titleBefore),
-                                     ShownText(join.titleAfter)),
-                            this);
-    item->setForeground(look.colour);
+    auto* item = new QListWidgetItem(MarkOf(join, iconSize().width()), titles, this);
+    if (join.track == 0) item->setForeground(Theme::kDim);
     const QString state = texts_.Word(
         join.track == 0 ? "Join.Missing" : kFaultWords[static_cast<size_t>(join.fault)]);
     item->setToolTip(titles + QStringLiteral("\n") + state);

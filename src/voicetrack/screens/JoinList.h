@@ -14,6 +14,7 @@ namespace zemo {
 class JoinList : public QListWidget {
  public:
   JoinList(const Translation& texts, QWidget* parent);  // the texts outlive it
+  void Arrange(double unit);
   void Show(std::vector<TrackJoin> joins);              // redraws only what is another
 
   std::function<void(const TrackJoin& join)> chosen;  // by Return or a double click

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/SoundSource.h"
 #include "ui/Theme.h"
 
 namespace zemo {
@@ -40,12 +41,9 @@ int PeakOf(const WavePeaks& peaks, double fromShare, double toShare) {
 }
 
 int PeakBetween(const JoinView::Sound& sound, double fromMs, double toMs) {
-  if (sound.part && sound.part->lengthFrames > 0 && sound.part->toFrame > sound.part->fromFrame) {
-    const double msOfFrame = static_cast<double>(sound.lengthMs) /
-                             static_cast<double>(sound.part->lengthFrames);
-    const double begin = static_cast<double>(sound.part->fromFrame) * msOfFrame;
-    const double length =
-        static_cast<double>(sound.part->toFrame - sound.part->fromFrame) * msOfFrame;
+  if (sound.part && sound.part->lengthFrames > 0) {
+    const auto begin = static_cast<double>(FramesToMs(sound.part->fromFrame));
+    const double length = static_cast<double>(FramesToMs(sound.part->toFrame)) - begin;
     return PeakOf(sound.part->peaks, (fromMs - begin) / length, (toMs - begin) / length);
   }
   if (!sound.whole) return 0;

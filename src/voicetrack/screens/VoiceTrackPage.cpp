@@ -63,14 +63,14 @@ void VoiceTrackPage::TrackRow() {
 }
 
 void VoiceTrackPage::JoinRow() {
+  QPushButton* fit = Order("CmdVTToIntro", VoiceTracks::CmdVTToIntro_Click, "F3", nullptr);
+  Follow([this, fit] { fit->setEnabled(!editor_.CheckCut); });
   Row({{Order("BtnPplay2", VoiceTracks::BtnPplay2_Click, "F5", nullptr), 0},
        {Order("BtnStop2", VoiceTracks::BtnStop2_Click, "Shift+F5", nullptr), 0},
        {Test(), 0},
        {Cut(), 0},
-       {ExitPoint(), 1},
-       {Order("CmdVTToIntro", VoiceTracks::CmdVTToIntro_Click, "F3", nullptr), 0}});
-  auto* fit = findChild<QPushButton*>(QStringLiteral("CmdVTToIntro"));
-  Follow([this, fit] { fit->setEnabled(!editor_.CheckCut); });
+       {new QWidget(this), 1},
+       {fit, 0}});
 }
 
 void VoiceTrackPage::PlaceRow() {
@@ -90,9 +90,7 @@ void VoiceTrackPage::PlaceRow() {
        {position("PoAvant", editor_.PoAvant), 1},
        {position("PoVT", editor_.PoVT), 1},
        {position("PoApres", editor_.PoApres), 1},
-       {Field("SpinPreRoll",
-              Spinner("SpinPreRoll", editor_.SpinPreRoll, {0, VoiceTracks::kMostPreRollSec}, " s")),
-        1}});
+       {ExitPoint(), 3}});
 }
 
 void VoiceTrackPage::DeviceRow() {
@@ -105,27 +103,42 @@ void VoiceTrackPage::DeviceRow() {
               DeviceList("VoiceTrackOututID", editor_.VoiceTrackOututID, editor_.devices.outputs,
                          VoiceTracks::VoiceTrackOututID_Change)),
         3},
-       {Meters("MMLevelX3", "MMLevelX4"), 2}});
+       {Meters("MMLevelX3", "MMLevelX4"), 2},
+       {Field("SpinPreRoll",
+              Spinner("SpinPreRoll", editor_.SpinPreRoll, {0, VoiceTracks::kMostPreRollSec}, " s")),
+        0}});
 }
 
 void VoiceTrackPage::ToolRow() {
+  QPushButton* mixer = Button("BtnTableMixage", [this] {
+    orders_.work([this] { VoiceTracks::BtnTableMixage_Click(station_); });
+  });
+  GiveKeys(*mixer, "BtnTableMixage", nullptr, {});
   Row({{Field("LevelNormalize",
               Spinner("LevelNormalize", editor_.LevelNormalize,
                       {VoiceTracks::kLeastLufs, VoiceTracks::kMostLufs}, " LUFS")),
         0},
-       {Order("BtnNormalize", VoiceTracks::BtnNormalize_Click, nullptr,
-              &editor_.BtnNormalizeEnabled),
+       {Low(Order("BtnNormalize", VoiceTracks::BtnNormalize_Click, nullptr,
+                  &editor_.BtnNormalizeEnabled)),
         0},
-       {Order("BtnUndoNormalize", VoiceTracks::BtnUndoNormalize_Click, nullptr,
-              &editor_.BtnUndoNormalizeEnabled),
+       {Low(Order("BtnUndoNormalize", VoiceTracks::BtnUndoNormalize_Click, nullptr,
+                  &editor_.BtnUndoNormalizeEnabled)),
         0},
-       {Gauge(), 1},
-       {Button("BtnTableMixage",
-               [this] { orders_.work([this] { VoiceTracks::BtnTableMixage_Click(station_); }); }),
-        0}});
+       {Low(Gauge()), 1},
+       {Low(mixer), 0}});
   Row({{Order("BtnEditVT", VoiceTracks::BtnEditVT_Click, nullptr, &editor_.BtnEditVTEnabled), 0},
        {Asking("BtnChoseEditeur", orders_.chooseEditor, nullptr), 0},
        {Path("LblEditeur", editor_.LblEditeur), 1}});
+}
+
+// At the height of the fields beside it, whose labels stand above them.
+QWidget* VoiceTrackPage::Low(QWidget* control) {
+  auto* whole = new QWidget(this);
+  auto* layout = new QVBoxLayout(whole);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addStretch(1);
+  layout->addWidget(control);
+  return whole;
 }
 
 // --- controls ---
@@ -220,12 +233,11 @@ QWidget* VoiceTrackPage::ExitPoint() {
   connect(slider, &QSlider::valueChanged, this, [this](int ms) {
     orders_.run([this, ms] { VoiceTracks::PointSortie_Change(editor_, ms); });
   });
-  auto* words = new QLabel(texts_.Word("For.PointSortie"), this);
-  words->setProperty("dim", true);
-  words->setBuddy(slider);
   QLabel* value = Value(
-      "LblPS", [this] { return editor_.LblPS; }, "00000.0");
-  QWidget* whole = Beside({{words, 0}, {slider, 1}, {value, 0}});
+      "LblPS", [this] { return editor_.LblPS; }, "000.0");
+  QWidget* both = Beside({{slider, 1}, {value, 0}});
+  both->setAccessibleName(slider->accessibleName());
+  QWidget* whole = Field("PointSortie", both);
   QSizePolicy keep = whole->sizePolicy();
   keep.setRetainSizeWhenHidden(true);
   whole->setSizePolicy(keep);

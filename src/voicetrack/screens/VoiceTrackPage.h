@@ -45,6 +45,7 @@ class VoiceTrackPage : public FieldPage {
                       void (*change)(Station&, VoiceTrackEditor&, int32_t));
   QWidget* Meters(const char* left, const char* right);
   QProgressBar* Gauge();
+  QWidget* Low(QWidget* control);
   QLabel* Value(const char* name, std::function<std::string()> text, const char* widest);
 
   void TrackRow();

@@ -117,10 +117,6 @@ QWidget* VoiceTrackWindow::Side() {
   ListJoins->chosen = [this](const TrackJoin& join) {
     Work([this, join] { VoiceTracks::OpenJoin(station_, editor_, join); });
   };
-  auto* head = new QHBoxLayout;
-  head->addWidget(words);
-  head->addStretch(1);
-  head->addWidget(LblJoins);
   auto* steps = new QHBoxLayout;
   steps->addWidget(
       Button("BtnPrecedent", Qt::ALT | Qt::Key_PageUp, VoiceTracks::BtnPrecedent_Click, side));
@@ -128,7 +124,8 @@ QWidget* VoiceTrackWindow::Side() {
       Button("BtnSuivant", Qt::ALT | Qt::Key_PageDown, VoiceTracks::BtnSuivant_Click, side));
   auto* layout = new QVBoxLayout(side);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addLayout(head);
+  layout->addWidget(words);
+  layout->addWidget(LblJoins);
   layout->addWidget(ListJoins, 1);
   layout->addLayout(steps);
   return side;
@@ -335,7 +332,7 @@ void VoiceTrackWindow::ArrangeParts(double unit) {
   cards_->Arrange(unit);
   page_->Arrange(unit);
   side_->setFixedWidth(Theme::Px(unit, kSidePixels));
-  ListJoins->setFont(Theme::Type(unit, 13));
+  ListJoins->Arrange(unit);
   VueRaccord->setFont(Theme::Type(unit, 13));
   VueRaccord->setMinimumHeight(Theme::Px(unit, kLeastViewPixels));
   centralWidget()->layout()->setSpacing(Theme::Px(unit, 8));
