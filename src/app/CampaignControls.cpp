@@ -3,7 +3,6 @@
 
 #include "app/OfficeDesk.h"
 #include "app/Orders.h"
-#include "library/LibraryTexts.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -48,9 +47,7 @@ class CampaignTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return [&station = station_, name = std::move(name)] {
-      return Caption(CampaignCaptions(), name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-    };
+    return CaptionIn(station_, CampaignCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));
@@ -204,18 +201,8 @@ void CampaignTable::AddGridButtons() {
 // The list, and its heads under the same name.
 void CampaignTable::AddOverview() {
   const auto shown = [&editor = editor_] { return editor.PLPubVisible; };
-  OfficeControl heads;
-  heads.name = "PLPub";
-  heads.first = 0;
-  heads.last = kOverviewColumns - 1;
+  OfficeControl heads = CaptionGroup(station_, CampaignCaptions(), "PLPub", kOverviewColumns);
   heads.on = shown;
-  heads.value = [&station = station_] {
-    const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
-    std::vector<std::string> captions;
-    for (int column = 0; column < kOverviewColumns; ++column)
-      captions.push_back(Caption(CampaignCaptions(), "PLPub." + std::to_string(column), langue));
-    return captions;
-  };
   heads.press = [&editor = editor_](int column, bool right) {
     if (!right) Campaigns::PLPub_ColumnClick(editor, column);
   };
@@ -244,11 +231,7 @@ void CampaignTable::AddOverview() {
 void CampaignTable::AddGrid(const char* name, TextGrid& grid) {
   OfficeGrid shown;
   shown.name = name;
-  shown.rows = [&grid] {
-    Rows rows;
-    for (int row = 0; row < grid.RowCount(); ++row) rows.push_back(grid.At(row));
-    return rows;
-  };
+  shown.rows = [&grid] { return GridRows(grid); };
   if (&grid == &editor_.GPubReference) shown.on = [] { return false; };
   shown.click = [&station = station_, &editor = editor_, &grid](const CellClick& click) {
     if (click.row >= grid.RowCount() || click.column >= GridColumns(grid))

@@ -58,9 +58,7 @@ class LibraryTable {
     };
   }
   std::function<std::string()> CaptionOf(std::string name) const {
-    return [&station = station_, name = std::move(name)] {
-      return Caption(LibraryCaptions(), name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-    };
+    return CaptionIn(station_, LibraryCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control, Seen on) {
     control.on = std::move(on);

@@ -3,7 +3,6 @@
 
 #include "app/OfficeDesk.h"
 #include "app/Orders.h"
-#include "library/LibraryTexts.h"
 #include "scheduling/ModelEditor.h"
 #include "scheduling/ModelScreen.h"
 #include "scheduling/ModelTexts.h"
@@ -64,9 +63,7 @@ class ModelsTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return [&station = station_, name = std::move(name)] {
-      return Caption(ModelCaptions(), name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-    };
+    return CaptionIn(station_, ModelCaptions(), std::move(name));
   }
   void AddButton(const char* name, std::function<void()> pressed) {
     screen_.controls.push_back(Button(name, CaptionOf(name), std::move(pressed)));
@@ -182,11 +179,7 @@ OfficeGrid& ModelsTable::AddGrid(const char* name, const TextGrid& grid,
                                  bool (*click)(Station&, GridPlace)) {
   OfficeGrid shown;
   shown.name = name;
-  shown.rows = [&grid] {
-    Rows rows;
-    for (int row = 0; row < grid.RowCount(); ++row) rows.push_back(grid.At(row));
-    return rows;
-  };
+  shown.rows = [&grid] { return GridRows(grid); };
   shown.click = [&station = station_, name, click](const CellClick& cell) {
     if (!click(station, {cell.row, cell.column}))
       throw OrderError(std::string(name) + " has no such cell");

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/Orders.h"
+#include "library/LibraryTexts.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 
@@ -224,6 +225,29 @@ std::optional<std::string> OfficeDesk::PickPath() {
 
 std::optional<int32_t> OfficeDesk::PickColour() {
   return TakeNext(colours);
+}
+
+std::function<std::string()> CaptionIn(Station& station, std::span<const Word> captions,
+                                       std::string name) {
+  return [&station, captions, name = std::move(name)] {
+    return Caption(captions, name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+  };
+}
+
+OfficeControl CaptionGroup(Station& station, std::span<const Word> captions, std::string name,
+                           int count) {
+  OfficeControl group;
+  group.name = std::move(name);
+  group.first = 0;
+  group.last = count - 1;
+  group.value = [&station, captions, name = group.name, count] {
+    const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
+    std::vector<std::string> texts;
+    for (int element = 0; element < count; ++element)
+      texts.push_back(Caption(captions, name + "." + std::to_string(element), langue));
+    return texts;
+  };
+  return group;
 }
 
 }  // namespace zemo

@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,7 @@
 namespace zemo {
 
 struct Station;
+struct Word;
 
 // Thread: the logic's. What cannot be done throws OrderError.
 class OfficeDesk {
@@ -98,6 +100,14 @@ class OfficeDesk {
 };
 
 // --- the tables of the screens ---
+// What a control is called, in the language of the moment at which it is asked; empty for a name
+// that the captions do not hold. They and the station outlive it.
+std::function<std::string()> CaptionIn(Station& station, std::span<const Word> captions,
+                                       std::string name);
+// A group whose value is what its elements are called, from NAME.0 on; likewise.
+OfficeControl CaptionGroup(Station& station, std::span<const Word> captions, std::string name,
+                           int count);
+
 OfficeScreen LibraryScreenOf(OfficeDesk& desk);
 OfficeScreen ReportScreenOf(OfficeDesk& desk);
 OfficeScreen SettingsScreenOf(OfficeDesk& desk);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/Orders.h"
+#include "station/TextGrid.h"
 
 namespace zemo {
 
@@ -71,6 +72,12 @@ OfficeControl Button(std::string name, std::function<std::string()> caption,
   OfficeControl button = Label(std::move(name), std::move(caption));
   button.press = [pressed = std::move(pressed)](int, bool) { pressed(); };
   return button;
+}
+
+Rows GridRows(const TextGrid& grid) {
+  Rows rows;
+  for (int row = 0; row < grid.RowCount(); ++row) rows.push_back(grid.At(row));
+  return rows;
 }
 
 bool OnOrOff(const std::string& text) {

@@ -14,6 +14,8 @@
 
 namespace zemo {
 
+class TextGrid;
+
 using ControlValue =
     std::variant<bool, double, std::string, std::vector<bool>, std::vector<std::string>>;
 
@@ -71,6 +73,8 @@ OfficeControl Label(std::string name, std::function<std::string()> text);
 // Or a menu entry: its value is its caption.
 OfficeControl Button(std::string name, std::function<std::string()> caption,
                      std::function<void()> pressed);
+
+Rows GridRows(const TextGrid& grid);  // all of them
 
 // --- what was typed for a control; all throw OrderError ---
 bool OnOrOff(const std::string& text);

@@ -3,7 +3,6 @@
 
 #include "app/OfficeDesk.h"
 #include "app/Orders.h"
-#include "library/LibraryTexts.h"
 #include "platform/real/files/WholeFiles.h"
 #include "reports/ReportScreen.h"
 #include "reports/ReportTexts.h"
@@ -37,9 +36,7 @@ class ReportTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return [&station = station_, name = std::move(name)] {
-      return Caption(ReportCaptions(), name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-    };
+    return CaptionIn(station_, ReportCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));
@@ -131,18 +128,7 @@ void ReportTable::AddOutputs() {
 template <typename List>
 void ReportTable::AddList(const char* name, List& list, int columns,
                           void (*sort)(Station&, ReportEditor&, int column)) {
-  OfficeControl heads;
-  heads.name = name;
-  heads.first = 0;
-  heads.last = columns - 1;
-  heads.value = [&station = station_, name, columns] {
-    const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
-    std::vector<std::string> captions;
-    for (int column = 0; column < columns; ++column)
-      captions.push_back(
-          Caption(ReportCaptions(), std::string(name) + "." + std::to_string(column), langue));
-    return captions;
-  };
+  OfficeControl heads = CaptionGroup(station_, ReportCaptions(), name, columns);
   heads.press = [&station = station_, &editor = editor_, sort](int column, bool right) {
     if (!right) sort(station, editor, column);
   };

@@ -10,9 +10,7 @@ OfficeScreen SelectorScreenOf(OfficeDesk& desk) {
   Station& station = desk.station;
   SoundFileSelector& selector = desk.selector;
   const auto caption = [&station](const char* name) {
-    return [&station, name] {
-      return Caption(SelectorCaptions(), name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-    };
+    return CaptionIn(station, SelectorCaptions(), name);
   };
   const auto button = [&](const char* name, void (*pressed)(Station&, SoundFileSelector&)) {
     return Button(name, caption(name), [&, pressed] { pressed(station, selector); });

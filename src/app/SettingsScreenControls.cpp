@@ -62,9 +62,7 @@ class SettingsTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return [&station = station_, name = std::move(name)] {
-      return SettingsCaption(name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-    };
+    return CaptionIn(station_, SettingsCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));
@@ -189,18 +187,7 @@ void SettingsTable::AddNumber(const SettingsControl& control) {
 
 // All tabs at once: each shows its caption.
 void SettingsTable::AddTabs() {
-  OfficeControl tabs;
-  tabs.name = "Config";
-  tabs.first = 0;
-  tabs.last = kSettingsTabs - 1;
-  tabs.value = [&station = station_] {
-    const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
-    std::vector<std::string> captions;
-    for (int tab = 0; tab < kSettingsTabs; ++tab)
-      captions.push_back(SettingsCaption("Config." + std::to_string(tab), langue));
-    return captions;
-  };
-  Add(std::move(tabs));
+  Add(CaptionGroup(station_, SettingsCaptions(), "Config", kSettingsTabs));
 }
 
 void SettingsTable::AddNotes() {

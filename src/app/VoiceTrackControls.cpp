@@ -5,7 +5,6 @@
 #include "app/OfficeDesk.h"
 #include "app/Orders.h"
 #include "engine/OperatorControls.h"
-#include "library/LibraryTexts.h"
 #include "station/Station.h"
 #include "voicetrack/VoiceTrackScreen.h"
 #include "voicetrack/VoiceTrackTexts.h"
@@ -41,10 +40,7 @@ class VoiceTrackTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return [&station = station_, name = std::move(name)] {
-      return Caption(VoiceTrackCaptions(), name,
-                     static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
-    };
+    return CaptionIn(station_, VoiceTrackCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));

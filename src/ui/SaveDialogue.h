@@ -22,4 +22,8 @@ void OpenSaveDialogue(QWidget& over, const char* name, const QString& title,
                       const std::vector<SavedKind>& kinds,
                       std::function<void(const std::string& path)> take);
 
+// Likewise, for a spreadsheet alone: its path ends in ".xlsx" unless another ending was typed.
+void OpenSheetDialogue(QWidget& over, const char* name, const QString& title,
+                       std::function<void(const std::string& path)> take);
+
 }  // namespace zemo

@@ -14,6 +14,7 @@
 #include "engine/screens/SkeletonWindow.h"
 #include "engine/screens/tests/ScreenFixture.h"
 #include "glossary/Glossary.h"
+#include "library/TrackNeighboursTable.h"
 #include "library/screens/LibraryWindow.h"
 #include "library/screens/SelectorDialog.h"
 #include "reports/screens/ReportWindow.h"
@@ -61,6 +62,7 @@ TEST(Glossary, TellsEveryColumnOfEveryTable) {
   Names tables;
   std::vector<TableDef> present = SchemaTables();
   present.push_back(MeasuresTable());
+  present.push_back(NeighboursTable());
   for (const TableDef& table : present) {
     tables.insert("Table " + table.Name);
     Names columns;

@@ -24,6 +24,7 @@
 #include "station/Station.h"
 #include "ui/CalendarWindow.h"
 #include "ui/PaperPrint.h"
+#include "ui/SaveDialogue.h"
 
 namespace zemo {
 
@@ -160,19 +161,11 @@ void LibraryWindow::Print() {
 void LibraryWindow::Export() {
   if (!sources_.spreadsheets) return;
   QString title = Texts().Word("MnuExporter");
-  auto* dialog = new QFileDialog(this, title.remove(u'.'));
-  dialog->setObjectName(QStringLiteral("FrmExporter"));
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setOption(QFileDialog::DontUseNativeDialog);
-  dialog->setAcceptMode(QFileDialog::AcceptSave);
-  dialog->setNameFilter(QStringLiteral("Excel (*.xlsx)"));
-  dialog->setDefaultSuffix(QStringLiteral("xlsx"));
-  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
+  OpenSheetDialogue(*this, "FrmExporter", title.remove(u'.'), [this](const std::string& path) {
     Work([this, path] {
-      Library::MnuExporter_Click(station_, editor_, path.toStdString(), *sources_.spreadsheets);
+      Library::MnuExporter_Click(station_, editor_, path, *sources_.spreadsheets);
     });
   });
-  dialog->open();
 }
 
 // All of it at once: asked first.

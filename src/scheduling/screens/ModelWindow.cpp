@@ -1,6 +1,5 @@
 #include "scheduling/screens/ModelWindow.h"
 
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
@@ -20,6 +19,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "ui/Named.h"
+#include "ui/SaveDialogue.h"
 #include "ui/Theme.h"
 
 namespace zemo {
@@ -252,19 +252,10 @@ void ModelWindow::Choose(const std::function<void()>& choice) {
 
 void ModelWindow::ChooseFile() {
   if (!IsOpen() || Barred()) return;
-  auto* dialog = new QFileDialog(this, Word("MnuExport").remove(u'.'));
-  dialog->setObjectName(QStringLiteral("FrmExportWeek"));
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setOption(QFileDialog::DontUseNativeDialog);
-  dialog->setAcceptMode(QFileDialog::AcceptSave);
-  dialog->setNameFilter(QStringLiteral("Excel (*.xlsx)"));
-  dialog->setDefaultSuffix(QStringLiteral("xlsx"));
-  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
-    Work([this, path] {
-      Models::MnuExport_Click(station_, path.toStdString(), *sources_.spreadsheets);
-    });
-  });
-  dialog->open();
+  OpenSheetDialogue(
+      *this, "FrmExportWeek", Word("MnuExport").remove(u'.'), [this](const std::string& path) {
+        Work([this, path] { Models::MnuExport_Click(station_, path, *sources_.spreadsheets); });
+      });
 }
 
 // --- what the library gives ---

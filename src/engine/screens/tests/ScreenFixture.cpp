@@ -1,8 +1,6 @@
 #include "engine/screens/tests/ScreenFixture.h"
 
 #include <QApplication>
-#include <QLabel>
-#include <QPixmap>
 
 namespace zemo::test {
 
@@ -44,18 +42,11 @@ void Screen::Run(int64_t ms) {
 }
 
 std::string Screen::Text(const char* name) {
-  QWidget* control = Find(name);
-  if (auto* label = qobject_cast<QLabel*>(control)) return label->text().toStdString();
-  if (auto* button = qobject_cast<QAbstractButton*>(control)) return button->text().toStdString();
-  ADD_FAILURE() << name << " has no text";
-  return {};
+  return TextOn(Find(name));
 }
 
 void Screen::Click(const char* name) {
-  QAbstractButton* button = Button(name);
-  ASSERT_TRUE(button->isVisible()) << name;
-  ASSERT_TRUE(button->isEnabled()) << name;
-  QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(8, button->height() / 2));
+  ClickOn(Button(name));
   window->Refresh();
 }
 
@@ -74,11 +65,6 @@ std::vector<std::string> Screen::Titles() {
   std::vector<std::string> titles;
   for (const OnAirRow& row : on.station.PL) titles.push_back(row.title);
   return titles;
-}
-
-void KeepPicture(QWidget& widget, const std::string& name) {
-  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
-  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
 }
 
 }  // namespace zemo::test

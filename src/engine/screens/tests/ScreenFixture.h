@@ -13,6 +13,7 @@
 #include "engine/screens/OnAirListView.h"
 #include "engine/screens/OnAirWindow.h"
 #include "support/TestStation.h"
+#include "ui/tests/WindowHands.h"
 
 namespace zemo::test {
 
@@ -48,8 +49,5 @@ class Screen : public testing::Test {
   std::unique_ptr<OnAirWindow> window;
   int64_t nowMs = 0;
 };
-
-// Kept for a person to look at.
-void KeepPicture(QWidget& widget, const std::string& name);
 
 }  // namespace zemo::test

@@ -1,13 +1,10 @@
 #include "library/screens/tests/LibraryWindowFixture.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QItemSelectionModel>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPixmap>
 #include <QTabBar>
 
 namespace zemo::test {
@@ -41,9 +38,7 @@ void LibraryScreenTest::Open(int width, int height) {
   window = std::make_unique<LibraryWindow>(on.station, sources);
   window->resize(width, height);
   window->Open();
-  window->resize(width, height);  // not as it was left
-  QApplication::setActiveWindow(window.get());
-  QApplication::processEvents();
+  BringForward(*window, width, height);
 }
 
 int32_t LibraryScreenTest::AddSong(const std::string& artist, const std::string& title) {
@@ -67,10 +62,7 @@ void LibraryScreenTest::AddShortElement(const std::string& label) {
 }
 
 void LibraryScreenTest::Click(const char* name) {
-  auto* control = Find(name);
-  ASSERT_TRUE(control->isVisible()) << name;
-  ASSERT_TRUE(control->isEnabled()) << name;
-  QTest::mouseClick(control, Qt::LeftButton, Qt::NoModifier, QPoint(8, control->height() / 2));
+  ClickOn(Find(name));
   QApplication::processEvents();
 }
 
@@ -99,13 +91,7 @@ void LibraryScreenTest::Type(const char* name, const std::string& text) {
 }
 
 std::string LibraryScreenTest::Text(const char* name) {
-  QWidget* control = Find(name);
-  if (auto* label = qobject_cast<QLabel*>(control)) return label->text().toStdString();
-  if (auto* button = qobject_cast<QAbstractButton*>(control)) return button->text().toStdString();
-  if (auto* box = qobject_cast<QLineEdit*>(control)) return box->text().toStdString();
-  if (auto* list = qobject_cast<QComboBox*>(control)) return list->currentText().toStdString();
-  ADD_FAILURE() << name << " has no text";
-  return {};
+  return TextOn(Find(name));
 }
 
 Names LibraryScreenTest::Column(const char* table, int column) {
@@ -148,11 +134,6 @@ void LibraryScreenTest::ClickHead(const char* table, int column) {
 
 std::string LibraryScreenTest::Stored(const std::string& column, int32_t code) {
   return on.SqlText("SELECT " + column + " FROM Discotheque WHERE CODE = " + std::to_string(code));
-}
-
-void KeepPicture(QWidget& widget, const std::string& name) {
-  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
-  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
 }
 
 }  // namespace zemo::test

@@ -15,6 +15,7 @@
 #include "platform/Spreadsheet.h"
 #include "platform/Waveforms.h"
 #include "support/TestStation.h"
+#include "ui/tests/WindowHands.h"
 
 namespace zemo::test {
 
@@ -92,8 +93,5 @@ class LibraryScreenTest : public testing::Test {
   LibrarySources sources;
   std::unique_ptr<LibraryWindow> window;
 };
-
-// Kept for a person to look at.
-void KeepPicture(QWidget& widget, const std::string& name);
 
 }  // namespace zemo::test

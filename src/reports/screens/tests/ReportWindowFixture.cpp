@@ -1,16 +1,10 @@
 #include "reports/screens/tests/ReportWindowFixture.h"
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QCalendarWidget>
-#include <QFileDialog>
 #include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPixmap>
 
 #include "platform/real/files/WholeFiles.h"
-#include "ui/CalendarWindow.h"
 
 namespace zemo::test {
 
@@ -45,9 +39,7 @@ void ReportScreenTest::OpenWindow(int width, int height) {
   window = std::make_unique<ReportWindow>(on.station, sources);
   window->resize(width, height);
   window->Open();
-  window->resize(width, height);  // not as it was left
-  QApplication::setActiveWindow(window.get());
-  QApplication::processEvents();
+  BringForward(*window, width, height);
 }
 
 void ReportScreenTest::AddSongs() {
@@ -67,10 +59,7 @@ void ReportScreenTest::AddMany(int rows) {
 }
 
 void ReportScreenTest::Click(const char* name, Qt::MouseButton button) {
-  auto* control = Find(name);
-  ASSERT_TRUE(control->isVisible()) << name;
-  ASSERT_TRUE(control->isEnabled()) << name;
-  QTest::mouseClick(control, button, Qt::NoModifier, QPoint(8, control->height() / 2));
+  ClickOn(Find(name), button);
   QApplication::processEvents();
 }
 
@@ -99,23 +88,11 @@ void ReportScreenTest::Type(const char* name, const std::string& text) {
 }
 
 void ReportScreenTest::PickInCalendar(int year, int month, int day) {
-  auto* calendar = window->findChild<CalendarWindow*>();
-  ASSERT_TRUE(calendar);
-  auto* days = calendar->findChild<QCalendarWidget*>();
-  days->setSelectedDate(QDate(year, month, day));
-  Q_EMIT days->activated(days->selectedDate());
-  QApplication::processEvents();
-  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  PickDayIn(*window, year, month, day);
 }
 
 void ReportScreenTest::SaveAs(const std::string& path) {
-  auto* dialogue = window->findChild<QFileDialog*>(QStringLiteral("FrmExport"));
-  ASSERT_TRUE(dialogue);
-  auto* box = dialogue->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-  box->setText(QString::fromStdString(path));
-  QTest::keyClick(box, Qt::Key_Return);
-  QApplication::processEvents();
-  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  SaveIn(*window, "FrmExport", path);
 }
 
 std::string ReportScreenTest::Bytes(const std::string& name) const {
@@ -123,12 +100,7 @@ std::string ReportScreenTest::Bytes(const std::string& name) const {
 }
 
 std::string ReportScreenTest::Text(const char* name) {
-  QWidget* control = Find(name);
-  if (auto* label = qobject_cast<QLabel*>(control)) return label->text().toStdString();
-  if (auto* button = qobject_cast<QAbstractButton*>(control)) return button->text().toStdString();
-  if (auto* box = qobject_cast<QLineEdit*>(control)) return box->text().toStdString();
-  ADD_FAILURE() << name << " has no text";
-  return {};
+  return TextOn(Find(name));
 }
 
 std::vector<std::string> ReportScreenTest::Column(const char* list, int column) {
@@ -137,11 +109,6 @@ std::vector<std::string> ReportScreenTest::Column(const char* list, int column) 
   for (int row = 0; row < model.rowCount(); ++row)
     texts.push_back(model.index(row, column).data().toString().toStdString());
   return texts;
-}
-
-void KeepPicture(QWidget& widget, const std::string& name) {
-  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
-  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
 }
 
 }  // namespace zemo::test

@@ -13,6 +13,7 @@
 #include "reports/screens/ReportTable.h"
 #include "reports/screens/ReportWindow.h"
 #include "reports/tests/ReportFixture.h"
+#include "ui/tests/WindowHands.h"
 
 namespace zemo::test {
 
@@ -57,7 +58,5 @@ class ReportScreenTest : public ReportFixture {
   } sheets;
   std::unique_ptr<ReportWindow> window;
 };
-
-void KeepPicture(QWidget& widget, const std::string& name);  // for a person to look at
 
 }  // namespace zemo::test

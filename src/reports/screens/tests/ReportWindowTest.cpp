@@ -9,6 +9,7 @@
 
 #include "reports/screens/ReportDesk.h"
 #include "reports/screens/tests/ReportWindowFixture.h"
+#include "ui/tests/DeskCheck.h"
 
 namespace zemo::test {
 namespace {
@@ -283,18 +284,8 @@ TEST_F(ReportOnScreen, TheAffidavitIsOnOfferWhereTheProgramHasIt) {
 
 TEST_F(ReportOnScreen, TheDeskOpensOneWindowInTheLanguageOfTheMomentAndLeavesIt) {
   ReportDesk desk(on.station, sources);
-  EXPECT_TRUE(desk.Leave());
-  desk.Open();
-  ReportWindow* first = desk.Window();
-  desk.Open();
-  EXPECT_EQ(desk.Window(), first);
-  EXPECT_TRUE(first->isVisible());
-  EXPECT_TRUE(desk.Leave());
-  EXPECT_FALSE(first->IsOpen());
-  on.Set("Langue", "1");
-  desk.Open();
-  EXPECT_EQ(desk.Window()->windowTitle(), "Report and statistics");
-  EXPECT_TRUE(desk.Leave());
+  CheckDesk(
+      desk, [this] { on.Set("Langue", "1"); }, QStringLiteral("Report and statistics"));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "scheduling/screens/tests/ModelWindowFixture.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QPushButton>
 
 namespace zemo::test {
@@ -21,15 +20,11 @@ void ModelWindowTest::SetUp() {
 
 void ModelWindowTest::Open(int width, int height) {
   desk->Open();
-  Window().resize(width, height);
-  QApplication::setActiveWindow(&Window());
-  QApplication::processEvents();
+  BringForward(Window(), width, height);
 }
 
 void ModelWindowTest::Click(const char* name) {
-  auto* control = Find(name);
-  ASSERT_TRUE(control->isVisible() && control->isEnabled()) << name;
-  QTest::mouseClick(control, Qt::LeftButton);
+  ClickOn(Find(name));
   QApplication::processEvents();
 }
 
@@ -72,13 +67,8 @@ Texts ModelWindowTest::Row(const char* table, int row) {
   return cells;
 }
 
-std::string ModelWindowTest::Text(const char* label) {
-  return Find<QLabel>(label)->text().toStdString();
-}
-
-void KeepPicture(QWidget& widget, const std::string& name) {
-  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
-  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
+std::string ModelWindowTest::Text(const char* name) {
+  return TextOn(Find(name));
 }
 
 }  // namespace zemo::test

@@ -13,6 +13,7 @@
 #include "scheduling/screens/ModelDesk.h"
 #include "scheduling/screens/ModelGridView.h"
 #include "scheduling/tests/RequestFixture.h"
+#include "ui/tests/WindowHands.h"
 
 namespace zemo::test {
 
@@ -64,7 +65,5 @@ class ModelWindowTest : public testing::Test {
   KeptSheet sheets;
   std::unique_ptr<ModelDesk> desk;
 };
-
-void KeepPicture(QWidget& widget, const std::string& name);  // for a person to look at
 
 }  // namespace zemo::test

@@ -1,7 +1,5 @@
 // What an operator does in the window of the models, with the mouse and the keys.
 #include <QApplication>
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QPushButton>
 
 #include "scheduling/screens/tests/ModelWindowFixture.h"
@@ -141,12 +139,9 @@ TEST_F(ModelWindowTest, AnotherOpeningSpeaksTheLanguageOfTheMoment) {
 TEST_F(ModelWindowTest, TheWeekIsExportedToTheFileOfTheDialogue) {
   Open();
   Click("MnuExport");
-  auto* dialogue = Window().findChild<QFileDialog*>();
-  ASSERT_NE(dialogue, nullptr);
-  dialogue->findChild<QLineEdit*>()->setText("/tmp/week");
-  QTest::keyClick(dialogue, Qt::Key_Return);
-  QApplication::processEvents();
-  EXPECT_EQ(sheets.path, "/tmp/week.xlsx");
+  const std::string path = s.machineDir.Path() + "/week";
+  SaveIn(Window(), "FrmExportWeek", path);
+  EXPECT_EQ(sheets.path, path + ".xlsx");
 }
 
 TEST_F(ModelWindowTest, TheSupplyOfTheSelectedHourStandsBesideAndACellWithoutTitlesStandsOut) {

@@ -1,12 +1,10 @@
 #include "settings/screens/tests/SettingsWindowFixture.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPixmap>
 #include <QSpinBox>
 #include <QTabBar>
 
@@ -19,9 +17,7 @@ void SettingsScreenTest::SetUp() {
 
 void SettingsScreenTest::Open(int width, int height) {
   desk->Open();
-  Window().resize(width, height);  // not as it was left
-  QApplication::setActiveWindow(&Window());
-  QApplication::processEvents();
+  BringForward(Window(), width, height);
 }
 
 void SettingsScreenTest::Close() {
@@ -36,10 +32,7 @@ void SettingsScreenTest::Tab(int number) {
 }
 
 void SettingsScreenTest::Click(const char* name) {
-  auto* control = Find(name);
-  ASSERT_TRUE(control->isVisible()) << name;
-  ASSERT_TRUE(control->isEnabled()) << name;
-  QTest::mouseClick(control, Qt::LeftButton, Qt::NoModifier, QPoint(8, control->height() / 2));
+  ClickOn(Find(name));
   QApplication::processEvents();
 }
 
@@ -68,14 +61,7 @@ void SettingsScreenTest::Choose(const char* name, int entry) {
 }
 
 std::string SettingsScreenTest::Text(const char* name) {
-  QWidget* control = Find(name);
-  if (auto* label = qobject_cast<QLabel*>(control)) return label->text().toStdString();
-  if (auto* button = qobject_cast<QAbstractButton*>(control)) return button->text().toStdString();
-  if (auto* box = qobject_cast<QLineEdit*>(control)) return box->text().toStdString();
-  if (auto* spinner = qobject_cast<QSpinBox*>(control)) return spinner->text().toStdString();
-  if (auto* combo = qobject_cast<QComboBox*>(control)) return combo->currentText().toStdString();
-  ADD_FAILURE() << name << " has no text";
-  return {};
+  return TextOn(Find(name));
 }
 
 Texts SettingsScreenTest::Entries(const char* name) {
@@ -92,11 +78,6 @@ Texts SettingsScreenTest::Notes() {
     if (label->property("refusal").toBool() && label->isVisible())
       notes.push_back(label->text().toStdString());
   return notes;
-}
-
-void KeepPicture(QWidget& widget, const std::string& name) {
-  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
-  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
 }
 
 }  // namespace zemo::test

@@ -9,6 +9,7 @@
 
 #include "settings/screens/SettingsDesk.h"
 #include "settings/tests/SettingsStation.h"
+#include "ui/tests/WindowHands.h"
 
 namespace zemo::test {
 
@@ -37,8 +38,5 @@ class SettingsScreenTest : public SettingsStation {
   SettingsSources sources;
   std::unique_ptr<SettingsDesk> desk;
 };
-
-// Kept for a person to look at.
-void KeepPicture(QWidget& widget, const std::string& name);
 
 }  // namespace zemo::test

@@ -1,10 +1,8 @@
 // The window of the affidavit: choice, list, paper, files, closing, and its looks in four languages
 // and three sizes.
 #include <QApplication>
-#include <QCalendarWidget>
 #include <QComboBox>
 #include <QFileDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPrinter>
 #include <QPushButton>
@@ -15,8 +13,8 @@
 #include "support/Campaigns.h"
 #include "traffic/screens/AffidavitDesk.h"
 #include "traffic/screens/tests/CampaignWindowFixture.h"
-#include "ui/CalendarWindow.h"
 #include "ui/Theme.h"
+#include "ui/tests/DeskCheck.h"
 #include "ui/tests/WindowSweep.h"
 
 namespace zemo::test {
@@ -43,9 +41,7 @@ class AffidavitOnScreen : public testing::Test {
   void Open(int width = 1024, int height = 768) {
     window = std::make_unique<AffidavitWindow>(on.station, sources);
     window->Open();
-    window->resize(width, height);
-    QApplication::setActiveWindow(window.get());
-    QApplication::processEvents();
+    BringForward(*window, width, height);
   }
   template <typename Control = QWidget>
   Control* Find(const char* name) {
@@ -54,8 +50,7 @@ class AffidavitOnScreen : public testing::Test {
     return control;
   }
   void Click(const char* name) {
-    ASSERT_TRUE(Find(name)->isVisible() && Find(name)->isEnabled()) << name;
-    QTest::mouseClick(Find(name), Qt::LeftButton, Qt::NoModifier, QPoint(8, 8));
+    ClickOn(Find(name));
     QApplication::processEvents();
   }
   void MakeFor(const char* advertiser) {
@@ -66,15 +61,8 @@ class AffidavitOnScreen : public testing::Test {
     QTest::keyClick(box, Qt::Key_Return);
     QApplication::processEvents();
   }
-  void SaveAs(const std::string& path) {
-    auto* dialogue = window->findChild<QFileDialog*>(QStringLiteral("FrmExport"));
-    ASSERT_TRUE(dialogue);
-    auto* box = dialogue->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    box->setText(QString::fromStdString(path));
-    QTest::keyClick(box, Qt::Key_Return);
-    QApplication::processEvents();
-  }
-  std::string Text(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
+  void SaveAs(const std::string& path) { SaveIn(*window, "FrmExport", path); }
+  std::string Text(const char* label) { return TextOn(Find(label)); }
   Texts Column(int column) {
     Texts texts;
     const QAbstractItemModel& model = *Find<QTableView>("ListDiff")->model();
@@ -111,12 +99,7 @@ TEST_F(AffidavitOnScreen, TellsWhatBecameOfEachCrossOfTheAdvertiser) {
 TEST_F(AffidavitOnScreen, TheSpanComesFromTheCalendar) {
   Open();
   Click("CmdCalend");
-  auto* calendar = window->findChild<CalendarWindow*>();
-  ASSERT_TRUE(calendar);
-  auto* days = calendar->findChild<QCalendarWidget*>();
-  days->setSelectedDate(QDate(2026, 11, 22));
-  Q_EMIT days->activated(days->selectedDate());
-  QApplication::processEvents();
+  PickDayIn(*window, 2026, 11, 22);
   EXPECT_EQ(Text("LblDate"), "22/11/2026");
   MakeFor("Bakery");
   EXPECT_EQ(Column(DiffCol::kDue), (Texts{"22/11/2026 10:00:00", "22/11/2026 11:00:00"}));
@@ -136,7 +119,6 @@ TEST_F(AffidavitOnScreen, GoesToPaperToAPdfAndToASpreadsheet) {
   Click("BtnPdf");
   SaveAs(on.machineDir.Path() + "/saved");
   EXPECT_EQ(ReadWholeFile(on.machineDir.Path() + "/saved.pdf").value_or("").substr(0, 5), "%PDF-");
-  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   Click("BtnTableur");
   SaveAs("/out/bakery");
   EXPECT_EQ(sheets.path, "/out/bakery.xlsx");
@@ -157,16 +139,10 @@ TEST_F(AffidavitOnScreen, StaysClosedWhileTheMenusAreLocked) {
   EXPECT_FALSE(window->isVisible());
 }
 
-TEST_F(AffidavitOnScreen, TheDeskOpensOneWindowAndLeavesIt) {
+TEST_F(AffidavitOnScreen, TheDeskOpensOneWindowInTheLanguageOfTheMomentAndLeavesIt) {
   AffidavitDesk desk(on.station, sources);
-  EXPECT_TRUE(desk.Leave());
-  desk.Open();
-  AffidavitWindow* first = desk.Window();
-  desk.Open();
-  EXPECT_EQ(desk.Window(), first);
-  EXPECT_TRUE(first->isVisible());
-  EXPECT_TRUE(desk.Leave());
-  EXPECT_FALSE(first->IsOpen());
+  CheckDesk(
+      desk, [this] { on.Set("Langue", "1"); }, QStringLiteral("Affidavit of broadcast"));
 }
 
 class AffidavitSweep : public AffidavitOnScreen, public testing::WithParamInterface<int> {};

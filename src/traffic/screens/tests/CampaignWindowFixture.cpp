@@ -1,12 +1,9 @@
 #include "traffic/screens/tests/CampaignWindowFixture.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QHelpEvent>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPixmap>
 #include <QToolTip>
 
 namespace zemo::test {
@@ -19,9 +16,7 @@ void CampaignScreenTest::Open(int width, int height) {
   window = std::make_unique<CampaignWindow>(on.station, sources);
   window->resize(width, height);
   window->Open();
-  window->resize(width, height);  // not as it was left
-  QApplication::setActiveWindow(window.get());
-  QApplication::processEvents();
+  BringForward(*window, width, height);
 }
 
 void CampaignScreenTest::AddCampaigns() {
@@ -35,10 +30,7 @@ void CampaignScreenTest::AddCampaigns() {
 }
 
 void CampaignScreenTest::Click(const char* name, Qt::MouseButton button) {
-  auto* control = Find(name);
-  ASSERT_TRUE(control->isVisible()) << name;
-  ASSERT_TRUE(control->isEnabled()) << name;
-  QTest::mouseClick(control, button, Qt::NoModifier, QPoint(8, control->height() / 2));
+  ClickOn(Find(name), button);
   QApplication::processEvents();
 }
 
@@ -53,13 +45,7 @@ void CampaignScreenTest::Type(const char* name, const std::string& text) {
 }
 
 std::string CampaignScreenTest::Text(const char* name) {
-  QWidget* control = Find(name);
-  if (auto* label = qobject_cast<QLabel*>(control)) return label->text().toStdString();
-  if (auto* button = qobject_cast<QAbstractButton*>(control)) return button->text().toStdString();
-  if (auto* box = qobject_cast<QLineEdit*>(control)) return box->text().toStdString();
-  if (auto* list = qobject_cast<QComboBox*>(control)) return list->currentText().toStdString();
-  ADD_FAILURE() << name << " has no text";
-  return {};
+  return TextOn(Find(name));
 }
 
 void CampaignScreenTest::ClickCell(int row, int column, Qt::MouseButton button,
@@ -107,11 +93,6 @@ std::vector<std::string> CampaignScreenTest::OverviewColumn(int column) {
   for (int row = 0; row < model.rowCount(); ++row)
     texts.push_back(model.index(row, column).data().toString().toStdString());
   return texts;
-}
-
-void KeepPicture(QWidget& widget, const std::string& name) {
-  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
-  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
 }
 
 }  // namespace zemo::test

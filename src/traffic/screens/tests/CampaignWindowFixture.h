@@ -12,6 +12,7 @@
 #include "traffic/screens/CampaignOverview.h"
 #include "traffic/screens/CampaignWindow.h"
 #include "traffic/tests/CampaignFixture.h"
+#include "ui/tests/WindowHands.h"
 
 namespace zemo::test {
 
@@ -56,7 +57,5 @@ class CampaignScreenTest : public testing::Test {
   CampaignSources sources;
   std::unique_ptr<CampaignWindow> window;
 };
-
-void KeepPicture(QWidget& widget, const std::string& name);  // for a person to look at
 
 }  // namespace zemo::test

@@ -1,6 +1,5 @@
 // The window of the campaigns: records, fields, overview, dates, paper and closing.
 #include <QApplication>
-#include <QCalendarWidget>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -13,6 +12,7 @@
 #include "traffic/screens/CampaignDesk.h"
 #include "traffic/screens/tests/CampaignWindowFixture.h"
 #include "ui/CalendarWindow.h"
+#include "ui/tests/DeskCheck.h"
 
 namespace zemo::test {
 namespace {
@@ -26,14 +26,7 @@ class CampaignScreen : public CampaignScreenTest {
       return true;
     };
   }
-  void PickInCalendar(int year, int month, int day) {
-    auto* calendar = window->findChild<CalendarWindow*>();
-    ASSERT_TRUE(calendar);
-    auto* days = calendar->findChild<QCalendarWidget*>();
-    days->setSelectedDate(QDate(year, month, day));
-    Q_EMIT days->activated(days->selectedDate());
-    QApplication::processEvents();
-  }
+  void PickInCalendar(int year, int month, int day) { PickDayIn(*window, year, month, day); }
 };
 
 TEST_F(CampaignScreen, OpensOnTheLastCampaignInOrderOfPassage) {
@@ -335,18 +328,8 @@ TEST_F(CampaignScreen, ClosingAsksNothingKeepsTheDivisionAndComposesTheDay) {
 TEST_F(CampaignScreen, TheDeskOpensOneWindowInTheLanguageOfTheMomentAndLeavesIt) {
   AddCampaigns();
   CampaignDesk desk(on.station, sources);
-  EXPECT_TRUE(desk.Leave());
-  desk.Open();
-  CampaignWindow* first = desk.Window();
-  desk.Open();
-  EXPECT_EQ(desk.Window(), first);
-  EXPECT_TRUE(first->isVisible());
-  EXPECT_TRUE(desk.Leave());
-  EXPECT_FALSE(first->IsOpen());
-  on.Set("Langue", "1");
-  desk.Open();
-  EXPECT_EQ(desk.Window()->windowTitle(), "Spot times");
-  EXPECT_TRUE(desk.Leave());
+  CheckDesk(
+      desk, [this] { on.Set("Langue", "1"); }, QStringLiteral("Spot times"));
 }
 
 }  // namespace
