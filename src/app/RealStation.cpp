@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/ChosenDevices.h"
+#include "platform/real/analysis/RealLevelTool.h"
 
 namespace zemo {
 
@@ -40,7 +41,7 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
               [this](int number) {
                 return PrelistenDevice(VoiceTrackOutputKey(localValues, number), number);
               }),
-      levelTool(std::make_unique<SoundFileOpener>()),
+      levelTool(loop, std::make_unique<RealLevelTool>(std::make_unique<SoundFileOpener>())),
       devices(sound.get(), &prelisten),
       serial(localValues, clock),
       joystick(loop),

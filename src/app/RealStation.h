@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/LocalValues.h"
-#include "platform/real/analysis/RealLevelTool.h"
+#include "platform/real/analysis/BackgroundLevelTool.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/DesktopApplication.h"
 #include "platform/real/desktop/RealClock.h"
@@ -73,7 +73,7 @@ class RealStation {
   RealPrelisten prelisten;
   RealRecorder recorder;
   RealPreview preview;
-  RealLevelTool levelTool;
+  BackgroundLevelTool levelTool;
   MachineSounds soundDevices;
   MachineDevices devices;  // for the settings
   QtSerialPort serial;

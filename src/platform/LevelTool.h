@@ -1,4 +1,4 @@
-// Brings a whole sound file to a loudness.
+// Brings a whole sound file to a loudness. Both routines may wait in yields of the loop.
 #pragma once
 
 #include <string>
@@ -22,6 +22,8 @@ class LevelTool {
   // be heard, and nothing was written. Throws SoundError or FileError.
   virtual bool BringTo(const Level& level, const std::string& path, Folder& folder,
                        const std::string& name) = 0;
+  // Of a file in the folder, whole or not at all; throws FileError where there is none.
+  virtual void Copy(Folder& folder, const std::string& from, const std::string& to) = 0;
 };
 
 }  // namespace zemo

@@ -35,6 +35,10 @@ void SetTrackButtons(VoiceTrackEditor& editor, bool busy) {
   editor.BtnUndoNormalizeEnabled = !editor.untouchedFile.empty() && !busy;
 }
 
+bool IsOpenOn(const VoiceTrackEditor& editor, int32_t code) {
+  return editor.open && editor.LblCodeVT == code;
+}
+
 // The presenter began while the join was heard: there the track begins on air.
 void PlaceByVoice(VoiceTrackEditor& editor, int32_t heardMs) {
   const int32_t atExit = VoiceTracks::ExitOfBefore(editor) - kReactionMs;
@@ -62,7 +66,7 @@ void EndRecording(Station& station, VoiceTrackEditor& editor) {
   SetTrackButtons(editor, true);
   editor.BtnStopEnabled = false;
   station.platform.recorder->Stop();
-  if (editor.open && editor.LblCodeVT == code) TakeEndOfRecording(station, editor);
+  if (IsOpenOn(editor, code)) TakeEndOfRecording(station, editor);
 }
 
 void BeginRecording(Station& station, VoiceTrackEditor& editor) {
@@ -89,22 +93,41 @@ void KeepUntouched(Station& station, VoiceTrackEditor& editor) {
     editor.untouchedFile = editor.FileVoiceTrack;
     return;
   }
-  const std::string kept = VoiceTracks::UntouchedName(editor.LblCodeVT);
-  folder.Write(kept, folder.Read(name).value_or(std::string()));
+  const int32_t code = editor.LblCodeVT;
+  const std::string kept = VoiceTracks::UntouchedName(code);
+  station.platform.levelTool->Copy(folder, name, kept);
+  if (!IsOpenOn(editor, code)) return folder.Remove(kept);
   editor.untouchedFile = VoiceTracks::PathInFolder(station, kept);
 }
 
 // False: there is nothing in it to be heard.
 bool BringToLevel(Station& station, VoiceTrackEditor& editor) {
-  const std::string name = VoiceTracks::TrackName(editor.LblCodeVT);
+  const int32_t code = editor.LblCodeVT;
+  const std::string name = VoiceTracks::TrackName(code);
   const LevelTool::Level level{static_cast<double>(editor.LevelNormalize), kMostPeakDb};
   if (!station.platform.levelTool->BringTo(
           level, station.platform.soundFiles.Resolve(editor.untouchedFile),
           VoiceTracks::TrackFolder(station), name))
     return false;
+  if (!IsOpenOn(editor, code)) return true;
   editor.FileVoiceTrack = VoiceTracks::PathInFolder(station, name);
   ++editor.takes;
   return true;
+}
+
+// The editor may be closed in the yields, and its values are another track's then.
+void Normalize(Station& station, VoiceTrackEditor& editor) {
+  if (!station.platform.levelTool) throw SoundError("there is nothing that changes a level");
+  const int32_t code = editor.LblCodeVT;
+  VoiceTracks::FreeTrackSlot(station, editor);
+  const bool changedBefore = !editor.untouchedFile.empty();
+  if (!changedBefore) KeepUntouched(station, editor);
+  if (!IsOpenOn(editor, code)) return;
+  const bool changed = BringToLevel(station, editor);
+  if (!IsOpenOn(editor, code)) return;
+  if (changed) return VoiceTracks::TakeTrackFile(station, editor);
+  if (!changedBefore) VoiceTracks::ForgetUntouched(station, editor);
+  VoiceTracks::Tell(station, VoiceTracks::kNoSound);
 }
 
 }  // namespace
@@ -134,6 +157,7 @@ void VoiceTracks::StopTrack(Station& station, VoiceTrackEditor& editor) {
 }
 
 void VoiceTracks::BtnRecord_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
   HandleControl(station, "BtnRecord", [&] {
     if (!station.platform.recorder) throw SoundError("there is no recorder");
     StopTrack(station, editor);
@@ -156,11 +180,12 @@ void VoiceTracks::BtnStop_Click(Station& station, VoiceTrackEditor& editor) {
 }
 
 void VoiceTracks::BtnReprise_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
   if (editor.takeAtMs < 0) return BtnRecord_Click(station, editor);
   HandleControl(station, "BtnReprise", [&] {
     const int32_t code = editor.LblCodeVT;
     StopTrack(station, editor);
-    if (!editor.open || editor.LblCodeVT != code) return;  // by what came while it ended
+    if (!IsOpenOn(editor, code)) return;  // by what came while it ended
     editor.CheckTest = false;
     const int32_t from = std::min(ExitOfBefore(editor), editor.takeAtMs);
     PlayJoinFrom(station, editor, from - editor.SpinPreRoll * 1000);
@@ -190,6 +215,7 @@ void VoiceTracks::BtnPlay1_Click(Station& station, VoiceTrackEditor& editor) {
 
 void VoiceTracks::BntLoadVT_Click(Station& station, VoiceTrackEditor& editor,
                                   const std::string& file) {
+  if (editor.GaugeVisible) return;
   HandleControl(station, "BntLoadVT", [&] {
     if (station.platform.lengths.LengthMs(file) == 0) return Tell(station, kNoSound);
     FreeTrackSlot(station, editor);
@@ -220,22 +246,21 @@ void VoiceTracks::BtnTableMixage_Click(Station& station) {
 }
 
 void VoiceTracks::BtnNormalize_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
+  const int32_t code = editor.LblCodeVT;
   editor.GaugeVisible = true;
+  SetTrackButtons(editor, true);
+  editor.BtnStopEnabled = false;
   station.platform.loop.Yield();  // the gauge is seen
+  if (IsOpenOn(editor, code) && !IsRecording(station))
+    HandleControl(station, "BtnNormalize", [&] { Normalize(station, editor); });
+  if (!IsOpenOn(editor, code)) return;
   editor.GaugeVisible = false;
-  if (!editor.open || IsRecording(station)) return;  // by what came in the yield
-  HandleControl(station, "BtnNormalize", [&] {
-    if (!station.platform.levelTool) throw SoundError("there is nothing that changes a level");
-    FreeTrackSlot(station, editor);
-    const bool changedBefore = !editor.untouchedFile.empty();
-    if (!changedBefore) KeepUntouched(station, editor);
-    if (BringToLevel(station, editor)) return TakeTrackFile(station, editor);
-    if (!changedBefore) ForgetUntouched(station, editor);
-    Tell(station, kNoSound);
-  });
+  SetTrackButtons(editor, IsRecording(station));
 }
 
 void VoiceTracks::BtnUndoNormalize_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
   HandleControl(station, "BtnUndoNormalize", [&] {
     FreeTrackSlot(station, editor);
     Folder& folder = TrackFolder(station);

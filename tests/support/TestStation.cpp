@@ -4,10 +4,12 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <numbers>
 #include <stdexcept>
 
 #include "engine/OperatorControls.h"
@@ -23,19 +25,28 @@ namespace {
 
 class LevelSource : public SoundSource {
  public:
-  LevelSource(int64_t frames, float level) : frames_(frames), level_(level) {}
+  LevelSource(int64_t frames, float level, double hertz)
+      : frames_(frames), level_(level), hertz_(hertz) {}
   int64_t LengthFrames() const override { return frames_; }
   int Read(float* stereo, int frames) override {
     const auto given = static_cast<int>(std::min<int64_t>(frames, frames_ - position_));
-    std::fill_n(stereo, static_cast<size_t>(given) * kChannels, level_);
+    for (int i = 0; i < given; ++i) stereo[2 * i] = stereo[2 * i + 1] = At(position_ + i);
     position_ += given;
     return given;
   }
   void Seek(int64_t frame) override { position_ = std::clamp<int64_t>(frame, 0, frames_); }
 
  private:
+  float At(int64_t frame) const {
+    if (hertz_ == 0) return level_;
+    const double turns = hertz_ * static_cast<double>(frame) / kSampleRate;
+    return level_ *
+           static_cast<float>(std::sin(2 * std::numbers::pi * (turns - std::floor(turns))));
+  }
+
   int64_t frames_;
   float level_;
+  double hertz_;  // 0: one level from begin to end
   int64_t position_ = 0;
 };
 
@@ -125,7 +136,9 @@ std::unique_ptr<SoundSource> LengthTable::Open(const std::string& path) {
   const auto found = lengthsMs.find(path);
   if (found == lengthsMs.end()) throw SoundError("'" + path + "' is no sound file");
   const float level = silent.contains(path) ? 0.0F : 0.25F;
-  return std::make_unique<LevelSource>(MsToFrames(found->second), level);
+  const auto tone = tones.find(path);
+  return std::make_unique<LevelSource>(MsToFrames(found->second), level,
+                                       tone == tones.end() ? 0 : tone->second);
 }
 
 const std::string& Seen::operator[](const std::string& member) const {

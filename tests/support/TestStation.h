@@ -119,6 +119,7 @@ class LengthTable : public SoundOpener {
  public:
   std::map<std::string, int64_t> lengthsMs;  // by path; a file that is not here is unreadable
   std::set<std::string> silent;              // paths
+  std::map<std::string, double> tones;       // hertz, by path; others are one level throughout
   FaultAt fault;
   std::unique_ptr<SoundSource> Open(const std::string& path) override;
 };

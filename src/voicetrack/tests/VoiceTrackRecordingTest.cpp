@@ -234,8 +234,13 @@ struct WordTool : LevelTool {
     lufs = level.loudnessLufs;
     peakDb = level.mostTruePeakDb;
     folder.Write(name, "louder than " + path);
+    if (meanwhile) meanwhile();
     return true;
   }
+  void Copy(Folder& folder, const std::string& from, const std::string& to) override {
+    folder.Write(to, folder.Read(from).value());
+  }
+  std::function<void()> meanwhile;  // in the yields of the change
 };
 
 struct VoiceTrackLevel : VoiceTrackFixture {
@@ -275,6 +280,36 @@ TEST_F(VoiceTrackLevel, AChosenFileStaysAsItIsAndTheTrackBecomesAFileOfItsOwn) {
   VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
   EXPECT_EQ(editor.FileVoiceTrack, chosen);
   EXPECT_FALSE(Tracks().Exists("00000001.Wav"));
+}
+
+TEST_F(VoiceTrackLevel, NothingTouchesTheTrackWhileItsLevelIsChanged) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  tool.meanwhile = [this] {
+    EXPECT_TRUE(editor.GaugeVisible);
+    EXPECT_FALSE(editor.BtnRecordEnabled);
+    VoiceTracks::BtnRecord_Click(on.station, editor);
+    VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+    VoiceTracks::BtnNormalize_Click(on.station, editor);
+    EXPECT_FALSE(on.recorder.Recording());
+  };
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_EQ(Tracks().Read("00000001.Wav"), "louder than " + OwnFile("Untouched-00000001.Wav"));
+  EXPECT_FALSE(editor.GaugeVisible);
+  EXPECT_TRUE(editor.BtnRecordEnabled);
+  EXPECT_TRUE(editor.BtnUndoNormalizeEnabled);
+}
+
+TEST_F(VoiceTrackLevel, AnEditorThatIsClosedMeanwhileStaysClosed) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  tool.meanwhile = [this] { VoiceTracks::Form_Unload(on.station, editor); };
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_FALSE(editor.open);
+  EXPECT_EQ(editor.FileVoiceTrack, "");
+  EXPECT_EQ(Tracks().Names(), std::vector<std::string>{"00000001.Wav"});
 }
 
 TEST_F(VoiceTrackLevel, TheUntouchedRecordingGoesWhenTheEditorCloses) {

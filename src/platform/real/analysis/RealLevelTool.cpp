@@ -50,4 +50,10 @@ bool RealLevelTool::BringTo(const Level& level, const std::string& path, Folder&
   return true;
 }
 
+void RealLevelTool::Copy(Folder& folder, const std::string& from, const std::string& to) {
+  const auto bytes = folder.Read(from);
+  if (!bytes) throw FileError(folder.PathOf(from) + ": is not there");
+  folder.Write(to, *bytes);
+}
+
 }  // namespace zemo

@@ -1,12 +1,7 @@
 #include "voicetrack/screens/tests/VoiceTrackWindowFixture.h"
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMouseEvent>
-#include <QPixmap>
 #include <cmath>
 
 namespace zemo::test {
@@ -53,17 +48,12 @@ void VoiceTrackScreenTest::OpenOn(int row, int width, int height) {
   window = new VoiceTrackWindow(on.station, {&shapes}, *over);
   window->resize(width, height);
   window->Open(on.station.PL.Row(row).key);
-  window->resize(width, height);  // not as it was left
-  QApplication::setActiveWindow(window);
-  QApplication::processEvents();
+  BringForward(*window, width, height);
   Wait(100);
 }
 
 void VoiceTrackScreenTest::Click(const char* name) {
-  auto* control = Find(name);
-  ASSERT_TRUE(control->isVisible()) << name;
-  ASSERT_TRUE(control->isEnabled()) << name;
-  QTest::mouseClick(control, Qt::LeftButton, Qt::NoModifier, QPoint(8, control->height() / 2));
+  ClickOn(Find(name));
   QApplication::processEvents();
 }
 
@@ -71,15 +61,6 @@ void VoiceTrackScreenTest::Key(Qt::Key key, Qt::KeyboardModifiers keys) {
   QWidget* focus = window->focusWidget() ? window->focusWidget() : window;
   QTest::keyClick(focus, key, keys);
   QApplication::processEvents();
-}
-
-std::string VoiceTrackScreenTest::Text(const char* name) {
-  QWidget* control = Find(name);
-  if (auto* label = qobject_cast<QLabel*>(control)) return label->text().toStdString();
-  if (auto* button = qobject_cast<QAbstractButton*>(control)) return button->text().toStdString();
-  if (auto* box = qobject_cast<QLineEdit*>(control)) return box->text().toStdString();
-  ADD_FAILURE() << name << " has no text";
-  return {};
 }
 
 QPoint VoiceTrackScreenTest::InTrack(int32_t ms) {
@@ -106,23 +87,13 @@ void VoiceTrackScreenTest::Wait(int64_t ms) {
 std::string VoiceTrackScreenTest::Load(int64_t lengthMs, const std::string& name) {
   const std::string file = on.MakeSound(name, lengthMs);
   Click("BntLoadVT");
-  auto* dialog = window->findChild<QFileDialog*>(QStringLiteral("FrmFichierSon"));
-  EXPECT_TRUE(dialog);
-  if (!dialog) return file;
-  Q_EMIT dialog->fileSelected(QString::fromStdString(file));
-  dialog->close();
-  QApplication::processEvents();
+  SaveIn(*window, "FrmFichierSon", file);
   return file;
 }
 
 std::string VoiceTrackScreenTest::LastMessage() {
   const auto messages = on.Events("message");
   return messages.empty() ? "" : messages.back()["text"];
-}
-
-void KeepPicture(QWidget& widget, const std::string& name) {
-  const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
-  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
 }
 
 }  // namespace zemo::test

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "support/TestStation.h"
+#include "ui/tests/WindowHands.h"
 #include "voicetrack/screens/JoinList.h"
 #include "voicetrack/screens/JoinView.h"
 #include "voicetrack/screens/VoiceTrackWindow.h"
@@ -39,7 +40,7 @@ class VoiceTrackScreenTest : public testing::Test {
   }
   void Click(const char* name);
   void Key(Qt::Key key, Qt::KeyboardModifiers keys = Qt::NoModifier);  // where the keyboard is
-  std::string Text(const char* name);  // of a label, a button or a box
+  std::string Text(const char* name) { return TextOn(Find(name)); }
   bool On(const char* name) { return Find(name)->isEnabled(); }
   bool Seen(const char* name) { return Find(name)->isVisible(); }
 
@@ -57,7 +58,5 @@ class VoiceTrackScreenTest : public testing::Test {
   std::unique_ptr<QWidget> over;  // in place of the main screen; owns the window
   VoiceTrackWindow* window = nullptr;
 };
-
-void KeepPicture(QWidget& widget, const std::string& name);  // for a person to look at
 
 }  // namespace zemo::test

@@ -1,0 +1,168 @@
+// The voice track editor of a station on air: its microphone, its output and the air are three
+// sinks of a sound server, and none of them hears of the others.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/RealStation.h"
+#include "engine/OperatorControls.h"
+#include "engine/Startup.h"
+#include "platform/real/sound/SoundFileWriter.h"
+#include "platform/real/sound/tests/SoundServers.h"
+#include "platform/real/sound/tests/SpokenInput.h"
+#include "voicetrack/VoiceTrackScreen.h"
+
+namespace zemo {
+namespace {
+
+using testing::Heard;
+using testing::HeardIn;
+using testing::ReadRecordedWav;
+using testing::RecordedWav;
+using testing::ServerKind;
+using testing::ServerProcess;
+using testing::SinkRecorder;
+using testing::SoundServer;
+
+constexpr int kStationBoundMs = 15000;
+constexpr int kPreRollMs = 5000;
+
+// The recording runs so long; other lengths are for a run by hand.
+int SecondsBeside() {
+  const char* seconds = std::getenv("ZEMO_BESIDE_SECONDS");
+  return seconds == nullptr ? 12 : std::atoi(seconds);
+}
+
+class StationVoiceTrack : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const std::string why = server_.Start();
+    if (!why.empty()) GTEST_SKIP() << why;
+    for (const char* sink : {"air", "two", "mic"}) SoundServer::LoadSink(sink);
+    WriteTone("air.wav", 1000, SecondsBeside() + 120);
+    WriteTone("before.wav", 500, 60);
+    WriteTone("after.wav", 2000, 60);
+    WriteTone("said.wav", 400, SecondsBeside() + 120);
+    said_ = std::make_unique<ServerProcess>(
+        std::vector<std::string>{"paplay", "-d", "mic", server_.Path("said.wav")}, "/dev/null");
+    MakeStation();
+  }
+  void TearDown() override {
+    if (real_) VoiceTracks::Form_Unload(real_->station, editor_);
+  }
+  void WriteTone(const std::string& name, double hertz, int seconds) {
+    std::vector<int16_t> samples(2 * static_cast<size_t>(kSampleRate));
+    for (int frame = 0; frame < kSampleRate; ++frame)
+      samples[2 * static_cast<size_t>(frame)] = samples[2 * static_cast<size_t>(frame) + 1] =
+          static_cast<int16_t>(
+              std::lround(8192 * std::sin(2 * M_PI * hertz * frame / kSampleRate)));
+    SoundFileWriter file(server_.Path(name), int64_t{seconds} * kSampleRate);
+    for (int second = 0; second < seconds; ++second) file.Write(samples.data(), kSampleRate);
+    file.Close();
+  }
+  // With the numbers of another day: the keys say which devices are meant.
+  void MakeStation() {
+    LocalFolder folder(machineFolder_.Path(""));
+    LocalValues values(folder);
+    for (const auto& [name, value] :
+         {std::pair("VoiceTrackInputID", "17"), std::pair("VoiceTrackInputName", "mic.monitor"),
+          std::pair("VoiceTrackOututID", "18"), std::pair("VoiceTrackOututName", "two")})
+      values.Set(name, value);
+    real_ = std::make_unique<RealStation>(stationFolder_.Path(""), machineFolder_.Path(""),
+                                          OutputSpec{OutputSpec::Kind::kDevice, "air", true},
+                                          machine_.Parts(), nullptr);
+    ASSERT_TRUE(OnAir::Form_Load(real_->station));
+    OnAir::Form_Activate(real_->station, true);
+    for (const char* name : {"air.wav", "before.wav", "after.wav"}) {
+      OnAirElement element;
+      element.title = name;
+      element.file = server_.Path(name);
+      element.code = 1;
+      element.exitMs = 5000;
+      element.lengthMs = 60000;
+      real_->station.PL.Add(element);
+    }
+  }
+  bool Within(int ms, const std::function<bool()>& condition) {
+    return testing::Within(ms, [&] {
+      real_->loop.WaitYield();
+      return condition();
+    });
+  }
+  bool RecordedMs(int64_t ms) {
+    return Within(static_cast<int>(ms) + kStationBoundMs,
+                  [&] { return real_->recorder.RecordedMs() >= ms; });
+  }
+
+  SoundServer server_{ServerKind::kPulseAudio};
+  const testing::TestFolder machineFolder_, stationFolder_;
+  ScreenlessMachine machine_;
+  std::unique_ptr<ServerProcess> said_;
+  VoiceTrackEditor editor_;
+  std::unique_ptr<RealStation> real_;
+};
+
+TEST_F(StationVoiceTrack, IsRecordedAndHeardInItsJoinBesideAnAirThatMissesNothing) {
+  Station& station = real_->station;
+  SinkRecorder air("air", server_.Path("heard-air"), true);
+  SinkRecorder two("two", server_.Path("heard-two"), true);
+  OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
+  ASSERT_TRUE(Within(kStationBoundMs, [&] { return air.SoundsBehind(0); }));
+  ASSERT_EQ(station.PL.Count(), 2);
+
+  VoiceTracks::Open(station, editor_, 1);
+  ASSERT_TRUE(editor_.open);
+  ASSERT_TRUE(Within(kStationBoundMs, [this] { return editor_.devices.inputs.size() >= 3; }));
+  EXPECT_EQ(editor_.devices.inputs[static_cast<size_t>(editor_.VoiceTrackInputID)].key,
+            "mic.monitor");
+  EXPECT_EQ(editor_.devices.outputs[static_cast<size_t>(editor_.VoiceTrackOututID)].key, "two");
+  // The presenter hears the join, and begins in its middle.
+  VoiceTracks::BtnPplay2_Click(station, editor_);
+  ASSERT_TRUE(Within(kStationBoundMs, [&] { return two.SoundsBehind(0); }));
+  VoiceTracks::BtnRecord_Click(station, editor_);
+  EXPECT_GT(editor_.LblPositionVT, 60000 - 5000 - kPreRollMs - 2420);
+  for (int ms = 0; ms < SecondsBeside() * 1000; ms += 4000) {
+    ASSERT_TRUE(RecordedMs(ms + 4000));
+    EXPECT_FALSE(editor_.LblMicroVisible);
+    EXPECT_NEAR(editor_.MMLevelX1, 0.25, 0.03);
+    if (editor_.join.afterStarted) VoiceTracks::BtnPplay2_Click(station, editor_);
+  }
+  VoiceTracks::BtnStop_Click(station, editor_);
+  EXPECT_EQ(editor_.trackLengthMs, real_->recorder.RecordedMs());
+  VoiceTracks::BtnStop2_Click(station, editor_);
+
+  const RecordedWav wav = ReadRecordedWav(stationFolder_.Path("VoiceTrack/00000001.Wav"));
+  const Heard said = HeardIn(wav.Left());
+  EXPECT_GE(wav.frames, int64_t{SecondsBeside()} * kSampleRate);
+  EXPECT_LT(said.longestGap, 0.002);
+  EXPECT_NEAR(said.turns, 400 * static_cast<double>(wav.frames) / kSampleRate, 2);
+  EXPECT_NEAR(said.peak, 8192, 100);
+
+  air.End();
+  const Heard aired = HeardIn(air.Left());
+  EXPECT_GE(aired.last - aired.first, SecondsBeside());
+  EXPECT_LT(aired.longestGap, 0.002);
+  EXPECT_NEAR(aired.turns, 1000 * (aired.last - aired.first), 2);
+  EXPECT_NEAR(aired.peak, 8192, 100);
+  EXPECT_EQ(real_->sound->TakeHealth().underruns, 0U);
+  EXPECT_EQ(real_->sound->TakeHealth().lateFrames, 0U);
+}
+
+TEST_F(StationVoiceTrack, TheTrackAloneIsHeardOnTheEditorsOutput) {
+  SinkRecorder air("air", server_.Path("heard-air"), true);
+  SinkRecorder two("two", server_.Path("heard-two"), true);
+  VoiceTracks::Open(real_->station, editor_, 1);
+  VoiceTracks::BntLoadVT_Click(real_->station, editor_, server_.Path("after.wav"));
+  VoiceTracks::BtnPlay1_Click(real_->station, editor_);
+  ASSERT_TRUE(Within(kStationBoundMs, [&] { return two.SoundsBehind(0); }));
+  EXPECT_FALSE(air.SoundsBehind(0));
+}
+
+}  // namespace
+}  // namespace zemo
