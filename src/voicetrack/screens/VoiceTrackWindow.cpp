@@ -27,7 +27,7 @@ namespace zemo {
 namespace {
 
 constexpr int kRefreshMs = 50;
-constexpr int kJoinsEvery = 10;  // refreshes
+constexpr int64_t kJoinsMs = 500;  // between two looks at the list
 constexpr int kLeastWidth = 980, kLeastHeight = 660;
 constexpr int32_t kRoomBeforeMs = 2000, kRoomBehindMs = 3000;
 constexpr double kSidePixels = 250, kLeastViewPixels = 150;
@@ -98,7 +98,8 @@ QPushButton* VoiceTrackWindow::Button(const char* name, const QKeySequence& keys
                                       QWidget* parent) {
   auto* made = Named(new QPushButton(Texts().Word(name), parent), name);
   made->setFocusPolicy(Qt::TabFocus);
-  made->setShortcut(keys);
+  // At once: its own shortcut would show it pressed for a tenth of a second first.
+  connect(new QShortcut(keys, this), &QShortcut::activated, made, [made] { made->click(); });
   made->setProperty("keys", keys.toString(QKeySequence::NativeText));
   const QString tip = Texts().Word(std::string(name) + ".Tip");
   SetTip(*made, tip.isEmpty() ? made->text() : tip);
@@ -358,16 +359,17 @@ void VoiceTrackWindow::ShowAll() {
       Texts().Word("LblJoins").arg(QString::number(missing), QString::number(joins.size()));
   LblJoins->setText(missing == 0 ? Texts().Word("LblJoins.Done") : numbers);
   ListJoins->Show(std::move(joins));
-  refreshes_ = 0;
+  joinsShownMs_ = station_.platform.clock.MonotonicMs();
   Refresh();
 }
 
 void VoiceTrackWindow::Refresh() {
   if (!editor_.open) return;
-  if (++refreshes_ > kJoinsEvery) return ShowAll();
+  const int64_t nowMs = station_.platform.clock.MonotonicMs();
+  if (nowMs - joinsShownMs_ >= kJoinsMs) return ShowAll();
   if (!editor_.TimerVT || !editor_.TimerVT->Enabled()) VoiceTracks::ShowLevels(station_, editor_);
   page_->ShowCard();
-  page_->ShowLevels(station_.platform.clock.MonotonicMs());
+  page_->ShowLevels(nowMs);
   cards_->Show({TimeToFillMs(editor_), VoiceTracks::CountdownMs(station_, editor_)});
   const QString note = Note();
   note_->setText(note);

@@ -67,7 +67,7 @@ class VoiceTrackWindow : public OfficeWindow {
   VoiceTrackEditor editor_;
   VoiceTrackOrders orders_;
   QTimer poll_;
-  int refreshes_ = 0;
+  int64_t joinsShownMs_ = 0;  // monotonic
   int32_t cursorMs_ = 0;
   // Of each sound the part that was asked for last, and what became of it.
   struct Shape {

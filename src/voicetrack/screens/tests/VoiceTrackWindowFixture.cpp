@@ -88,6 +88,8 @@ std::string VoiceTrackScreenTest::Load(int64_t lengthMs, const std::string& name
   const std::string file = on.MakeSound(name, lengthMs);
   Click("BntLoadVT");
   SaveIn(*window, "FrmFichierSon", file);
+  QApplication::setActiveWindow(window);
+  QApplication::processEvents();
   return file;
 }
 

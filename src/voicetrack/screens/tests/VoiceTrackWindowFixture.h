@@ -42,7 +42,7 @@ class VoiceTrackScreenTest : public testing::Test {
   void Key(Qt::Key key, Qt::KeyboardModifiers keys = Qt::NoModifier);  // where the keyboard is
   std::string Text(const char* name) { return TextOn(Find(name)); }
   bool On(const char* name) { return Find(name)->isEnabled(); }
-  bool Seen(const char* name) { return Find(name)->isVisible(); }
+  bool IsSeen(const char* name) { return Find(name)->isVisible(); }
 
   JoinView& View() { return *Find<JoinView>("VueRaccord"); }
   QPoint InTrack(int32_t ms);  // of the time line, in the lane of the track
