@@ -30,8 +30,9 @@ TrackJoin JoinOf(const OnAirList& list, const JoinRows& rows, const VoiceTrackEd
     join.fault = FaultOfRow(list, list.RowOfKey(join.track));
   }
   if (editor.open)
-    join.open = editor.rowKey != 0 ? join.track == editor.rowKey
-                                   : join.before != 0 && join.before == editor.beforeKey;
+    join.open = editor.rowKey != 0
+                    ? join.track == editor.rowKey
+                    : join.track == 0 && join.before != 0 && join.before == editor.beforeKey;
   return join;
 }
 
@@ -60,9 +61,9 @@ std::vector<TrackJoin> JoinsOf(const OnAirList& list, const VoiceTrackEditor& ed
       joins.push_back(JoinOf(list, {rowAt(row - 1), &here, next}, editor));
       continue;
     }
-    if (next && IsTrack(*next)) continue;  // the track's own
     const TrackJoin join = JoinOf(list, {&here, nullptr, next}, editor);
-    if (join.open || (next && here.code > 0)) joins.push_back(join);
+    const bool ofTrack = next && IsTrack(*next);
+    if (join.open || (next && !ofTrack && here.code > 0)) joins.push_back(join);
   }
   return joins;
 }

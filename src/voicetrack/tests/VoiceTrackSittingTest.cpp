@@ -44,6 +44,16 @@ TEST_F(VoiceTrackSitting, AJoinWithATrackIsDoneAndAChangedOneIsMarked) {
   EXPECT_EQ(Joins(), (Lines{"> ADA  SONG | CY  AIR !"}));
 }
 
+// A second track would go there.
+TEST_F(VoiceTrackSitting, ThePlaceAheadOfATrackIsAJoinOnlyWhileItIsOpen) {
+  Load(8000);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  Open(1);
+  EXPECT_EQ(Joins(), (Lines{"> ADA  SONG | Voice Track  1", "ADA  SONG | BOB  TUNE *"}));
+  Open(2);
+  EXPECT_EQ(Joins(), (Lines{"> ADA  SONG | BOB  TUNE *"}));
+}
+
 TEST_F(VoiceTrackSitting, TheNextJoinOpensAndATrackIsStoredOnTheWay) {
   AddThird();
   Load(8000);
