@@ -404,6 +404,7 @@ void OnAirWindow::AskPassword() {
 
 // The row is named by its key, as the tick may take rows off before the window opens.
 void OnAirWindow::OpenVoiceTrack() {
+  OnAir::RecordActivity(station_);
   const int row = list_->SelectedRow();
   if (row > 0 && row <= station_.PL.Count()) sources_.openVoiceTrack(station_.PL.Row(row).key);
 }

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/OperatorControls.h"
 #include "platform/Desktop.h"
 #include "platform/Folder.h"
 #include "platform/Recorder.h"
@@ -185,7 +184,7 @@ void VoiceTrackWindow::Open(int64_t key) {
 void VoiceTrackWindow::OpenNow(int64_t key) {
   const int row = station_.PL.RowOfKey(key);
   if (row == 0) return;
-  Busy([this, row] { OnAir::BntVoiceTrack_Click(station_, editor_, row); });
+  Busy([this, row] { VoiceTracks::Open(station_, editor_, row); });
   if (!editor_.open) return;
   CursorHome();
   ShowSelf();
@@ -368,6 +367,8 @@ void VoiceTrackWindow::Refresh() {
   const int64_t nowMs = station_.platform.clock.MonotonicMs();
   if (nowMs - joinsShownMs_ >= kJoinsMs) return ShowAll();
   if (!editor_.TimerVT || !editor_.TimerVT->Enabled()) VoiceTracks::ShowLevels(station_, editor_);
+  if (editor_.join.on || VoiceTracks::IsRecording(station_))
+    station_.engine.LastActivityTimer = station_.Timer();  // no screen saver over who speaks
   page_->ShowCard();
   page_->ShowLevels(nowMs);
   cards_->Show({TimeToFillMs(editor_), VoiceTracks::CountdownMs(station_, editor_)});

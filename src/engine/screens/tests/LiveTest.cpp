@@ -216,7 +216,9 @@ TEST_F(Live, TheVoiceTrackButtonOpensTheEditorOnTheChosenRow) {
   OpenLive();
   QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(2));
   Draw();
+  Run(7000);
   Click("BntVoiceTrack");
+  EXPECT_EQ(on.station.engine.LastActivityTimer, on.station.Timer());
   List().setFocus();
   Key(Qt::Key_F9);
   EXPECT_EQ(opened, (std::vector<int64_t>(2, on.station.PL.Row(2).key)));

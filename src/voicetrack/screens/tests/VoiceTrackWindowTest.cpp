@@ -55,6 +55,21 @@ TEST_F(VoiceTrackWindowTest, ItBarsTheListAndNotTheAir) {
   EXPECT_FALSE(QApplication::activeModalWidget());
 }
 
+// The saver of the main screen does not come over a presenter who speaks.
+TEST_F(VoiceTrackWindowTest, WhoRecordsOrListensIsThere) {
+  OpenOn(1);
+  const double opened = on.station.engine.LastActivityTimer;
+  Wait(2000);
+  EXPECT_EQ(on.station.engine.LastActivityTimer, opened);
+  Click("BtnPplay2");
+  Wait(2000);
+  EXPECT_EQ(on.station.engine.LastActivityTimer, on.station.Timer());
+  Click("BtnStop2");
+  Click("BtnRecord");
+  Wait(2000);
+  EXPECT_EQ(on.station.engine.LastActivityTimer, on.station.Timer());
+}
+
 TEST_F(VoiceTrackWindowTest, WhatCannotBeDoneIsOff) {
   OpenOn(1);
   for (const char* off : {"BtnStop", "BtnPlay1", "BtnNormalize", "BtnEditVT", "CheckTest",
