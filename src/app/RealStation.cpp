@@ -42,6 +42,7 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                 return PrelistenDevice(VoiceTrackOutputKey(localValues, number), number);
               }),
       levelTool(loop, std::make_unique<RealLevelTool>(std::make_unique<SoundFileOpener>())),
+      roundTrip(loop, preview, recorder, machineFolder),
       devices(sound.get(), &prelisten),
       serial(localValues, clock),
       joystick(loop),
@@ -64,6 +65,7 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .recorder = &recorder,
                        .preview = &preview,
                        .levelTool = &levelTool,
+                       .roundTrip = &roundTrip,
                        .soundDevices = &soundDevices}) {
   stands_ = true;
   loop.SetIdle(

@@ -23,6 +23,7 @@
 #include "platform/real/sound/RealPrelisten.h"
 #include "platform/real/sound/RealPreview.h"
 #include "platform/real/sound/RealRecorder.h"
+#include "platform/real/sound/RealRoundTrip.h"
 #include "platform/real/sound/RealSoundChain.h"
 #include "station/Station.h"
 
@@ -74,6 +75,7 @@ class RealStation {
   RealRecorder recorder;
   RealPreview preview;
   BackgroundLevelTool levelTool;
+  RealRoundTrip roundTrip;
   MachineSounds soundDevices;
   MachineDevices devices;  // for the settings
   QtSerialPort serial;

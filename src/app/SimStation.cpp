@@ -64,6 +64,7 @@ SimStation::SimStation(const SimFolders& folders, const LocalDateTime& begin,
                        .recorder = &recorder,
                        .preview = &preview,
                        .levelTool = &levelTool,
+                       .roundTrip = &roundTrip,
                        .soundDevices = &soundDevices}),
       desk(station),
       stationPath_(folders.copiedFrom.empty() ? stationFolder.Path() : folders.copiedFrom) {

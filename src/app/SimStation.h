@@ -18,6 +18,7 @@
 #include "platform/sim/SimPrelisten.h"
 #include "platform/sim/SimPreview.h"
 #include "platform/sim/SimRecorder.h"
+#include "platform/sim/SimRoundTrip.h"
 #include "platform/sim/SimSoundChain.h"
 #include "platform/sim/SimSounds.h"
 #include "platform/sim/SimWires.h"
@@ -59,6 +60,7 @@ class SimStation {
   SimPrelisten prelisten;
   SimRecorder recorder;
   SimPreview preview;
+  SimRoundTrip roundTrip;
   SimSounds soundDevices;
   RealLevelTool levelTool;
   SimClipboard clipboard;

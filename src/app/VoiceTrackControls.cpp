@@ -165,6 +165,18 @@ void VoiceTrackTable::AddMachine() {
       [&station = station_, &editor = editor_](int, const std::string& text) {
         VoiceTracks::VoiceTrackOututID_Change(station, editor, NumberBetween(text, 0, kMostDevice));
       };
+  AddButton("BtnLatence", VoiceTracks::BtnLatence_Click);
+  Add(Label("LblLatence", [&editor = editor_] {
+    return editor.LblLatence < 0 ? std::string() : std::to_string(editor.LblLatence);
+  }));
+  OfficeControl& measured = Add(CheckBox("CheckLatence", editor_.CheckLatence));
+  measured.put = [&editor = editor_](int, const std::string& text) {
+    VoiceTracks::CheckLatence_Click(editor, OnOrOff(text));
+  };
+  measured.press = [&editor = editor_](int, bool) {
+    VoiceTracks::CheckLatence_Click(editor, !editor.CheckLatence);
+  };
+  measured.on = [&editor = editor_] { return editor.LblLatence >= 0; };
   AddLabel("LblEditeur", editor_.LblEditeur);
   AddButton("BtnChoseEditeur", [&desk = desk_](Station&, VoiceTrackEditor& editor) {
     if (const auto path = desk.PickPath()) VoiceTracks::BtnChoseEditeur_Click(editor, *path);

@@ -16,6 +16,7 @@ class MessageBoxes;
 class Prelisten;
 class PreviewChain;
 class Recorder;
+class RoundTrip;
 class SerialPort;
 class SoundChain;
 class SoundDeviceList;
@@ -45,6 +46,7 @@ struct Platform {
   Recorder* recorder = nullptr;
   PreviewChain* preview = nullptr;
   LevelTool* levelTool = nullptr;
+  RoundTrip* roundTrip = nullptr;
   SoundDeviceList* soundDevices = nullptr;  // null: nobody knows them by name
 };
 

@@ -63,6 +63,8 @@ struct VoiceTrackEditor {
   int32_t LevelNormalize = 0;                            // LUFS
   int32_t SpinPreRoll = 0;                               // seconds heard ahead of the join
   std::string LblEditeur;                                // program for sound files
+  int32_t LblLatence = -1;    // round trip of these devices, ms; -1: not measured
+  bool CheckLatence = false;  // it places what is recorded in the join
 
   // Of the machine; empty until it has answered. One that was chosen and is not there stands at the
   // end, its key for a name.
@@ -72,7 +74,7 @@ struct VoiceTrackEditor {
   float MMLevelX1 = 0, MMLevelX2 = 0, MMLevelX3 = 0, MMLevelX4 = 0;
   bool LblMicroVisible = false;  // the microphone gives nothing
 
-  bool GaugeVisible = false;  // the level is being changed
+  bool GaugeVisible = false;  // the level is being changed, or the round trip measured
   bool BtnRecordEnabled = true, BtnStopEnabled = false, BtnPlay1Enabled = false,
        BtnNormalizeEnabled = false, BtnEditVTEnabled = false, BntLoadVTEnabled = true,
        CheckTestEnabled = false, BtnUndoNormalizeEnabled = false;

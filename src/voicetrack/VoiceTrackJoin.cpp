@@ -282,6 +282,7 @@ void VoiceTracks::BtnPplay2_Click(Station& station, VoiceTrackEditor& editor) {
 }
 
 void VoiceTracks::PlayJoinFrom(Station& station, VoiceTrackEditor& editor, int32_t ms) {
+  if (editor.GaugeVisible) return;
   HandleControl(station, "BtnPplay2", [&] {
     if (station.platform.preview) BeginJoin(station, editor, std::max(0, ms));
   });

@@ -1,11 +1,14 @@
 // What the editor has of the machine: its values, its devices, what the microphone gives.
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "library/LibraryHandler.h"
 #include "platform/LocalValues.h"
 #include "platform/PreviewChain.h"
 #include "platform/Recorder.h"
+#include "platform/RoundTrip.h"
+#include "platform/SoundSource.h"
 #include "station/Station.h"
 #include "voicetrack/VoiceTrackParts.h"
 #include "voicetrack/VoiceTrackScreen.h"
@@ -21,6 +24,8 @@ constexpr const char* kInputValue = "VoiceTrackInputID";
 constexpr const char* kInputKeyValue = "VoiceTrackInputName";
 constexpr const char* kOutputValue = "VoiceTrackOututID";
 constexpr const char* kOutputKeyValue = "VoiceTrackOututName";
+constexpr const char* kLatencyValue = "VoiceTrackLatence";
+constexpr const char* kLatencyUsedValue = "VoiceTrackLatenceMesuree";
 
 using Devices = std::vector<SoundDeviceList::Device>;
 
@@ -68,6 +73,36 @@ void TakeDevices(Station& station, VoiceTrackEditor& editor,
   Listen(station, editor);
 }
 
+// It was that of other devices.
+void ForgetLatency(VoiceTrackEditor& editor) {
+  editor.LblLatence = -1;
+  editor.CheckLatence = false;
+}
+
+// The editor may be closed in the yields.
+void MeasureLatency(Station& station, VoiceTrackEditor& editor) {
+  if (!station.platform.roundTrip) return;
+  const int32_t code = editor.LblCodeVT;
+  VoiceTracks::StopTrack(station, editor);
+  VoiceTracks::EndJoin(station, editor);
+  std::string fault;
+  int32_t ms = -1;
+  editor.GaugeVisible = true;
+  try {
+    ms = station.platform.roundTrip->MeasureMs(editor.VoiceTrackOututID, editor.VoiceTrackInputID);
+  } catch (const std::exception& error) {
+    fault = error.what();
+  }
+  if (!editor.open || editor.LblCodeVT != code) return VoiceTracks::CloseDevices(station);
+  editor.GaugeVisible = false;
+  if (!fault.empty()) {
+    LogError(station, "BtnLatence", kErrFile, fault);
+    return VoiceTracks::Tell(station, (VoiceTracks::kNotMeasured + fault).c_str());
+  }
+  editor.LblLatence = ms;
+  editor.CheckLatence = true;
+}
+
 void ShowMicrophone(Station& station, VoiceTrackEditor& editor) {
   Recorder* recorder = station.platform.recorder;
   if (!recorder) return;
@@ -91,6 +126,8 @@ void VoiceTracks::TakeMachineValues(Station& station, VoiceTrackEditor& editor) 
   editor.LblEditeur = values.GetText("VoiceTrackEditeur", "");
   editor.LevelNormalize = values.GetInt("LevelNormalize", kDefaultLufs);
   editor.SpinPreRoll = values.GetInt("PreRoll", kDefaultPreRollSec);
+  editor.LblLatence = values.GetInt(kLatencyValue, -1);
+  VoiceTracks::CheckLatence_Click(editor, values.GetBool(kLatencyUsedValue, false));
 }
 
 void VoiceTracks::KeepMachineValues(Station& station, const VoiceTrackEditor& editor) {
@@ -99,6 +136,8 @@ void VoiceTracks::KeepMachineValues(Station& station, const VoiceTrackEditor& ed
   values.Set("VoiceTrackEditeur", editor.LblEditeur);
   values.Set("LevelNormalize", std::to_string(editor.LevelNormalize));
   values.Set("PreRoll", std::to_string(editor.SpinPreRoll));
+  SetIfNew(values, kLatencyValue, editor.LblLatence < 0 ? "" : std::to_string(editor.LblLatence));
+  SetIfNew(values, kLatencyUsedValue, editor.CheckLatence ? "True" : "");
 }
 
 void VoiceTracks::OpenDevices(Station& station, VoiceTrackEditor& editor) {
@@ -122,6 +161,7 @@ void VoiceTracks::VoiceTrackInputID_Change(Station& station, VoiceTrackEditor& e
   HandleControl(station, kInputValue, [&] {
     editor.VoiceTrackInputID = number;
     editor.inputKey = KeyAt(editor.devices.inputs, number);
+    ForgetLatency(editor);
     KeepDeviceValues(station, editor);
     Listen(station, editor);
   });
@@ -132,8 +172,18 @@ void VoiceTracks::VoiceTrackOututID_Change(Station& station, VoiceTrackEditor& e
   HandleControl(station, kOutputValue, [&] {
     editor.VoiceTrackOututID = number;
     editor.outputKey = KeyAt(editor.devices.outputs, number);
+    ForgetLatency(editor);
     KeepDeviceValues(station, editor);
   });
+}
+
+void VoiceTracks::BtnLatence_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
+  HandleControl(station, "BtnLatence", [&] { MeasureLatency(station, editor); });
+}
+
+void VoiceTracks::CheckLatence_Click(VoiceTrackEditor& editor, bool ticked) {
+  editor.CheckLatence = ticked && editor.LblLatence >= 0;
 }
 
 void VoiceTracks::ShowLevels(Station& station, VoiceTrackEditor& editor) {

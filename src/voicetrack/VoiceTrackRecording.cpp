@@ -22,7 +22,7 @@ namespace zemo {
 namespace {
 
 // From where the presenter heard that the time had come to where the voice begins in the file: the
-// reaction and the buffers.
+// reaction and the buffers. Where the machine's own delay was measured, that alone.
 constexpr int32_t kReactionMs = 2420;
 constexpr double kMostPeakDb = -1;  // dBTP
 
@@ -41,9 +41,9 @@ bool IsOpenOn(const VoiceTrackEditor& editor, int32_t code) {
 
 // The presenter began while the join was heard: there the track begins on air.
 void PlaceByVoice(VoiceTrackEditor& editor, int32_t heardMs) {
-  const int32_t atExit = VoiceTracks::ExitOfBefore(editor) - kReactionMs;
-  editor.LblPositionVT =
-      heardMs > VoiceTracks::ExitOfBefore(editor) ? atExit : heardMs - kReactionMs;
+  const int32_t delayMs = editor.CheckLatence ? editor.LblLatence : kReactionMs;
+  const int32_t atExit = VoiceTracks::ExitOfBefore(editor) - delayMs;
+  editor.LblPositionVT = heardMs > VoiceTracks::ExitOfBefore(editor) ? atExit : heardMs - delayMs;
   if (editor.LblPositionVT < 0) editor.LblPositionVT = atExit;
 }
 

@@ -25,6 +25,7 @@ inline constexpr const char* kNoPlace =
 inline constexpr const char* kNoEditor = "Choisissez d'abord un éditeur audio";
 inline constexpr const char* kNoMixer = "Cette machine n'a pas de table de mixage";
 inline constexpr const char* kAskSave = "Le Voice Track n'est pas sauvé. Le sauver ?";
+inline constexpr const char* kNotMeasured = "La latence n'a pas pu être mesurée :\r\n";
 inline constexpr const char* kRecordingEnded = "L'enregistrement s'est arrêté";
 
 // What the fields of the machine's values take.
@@ -42,6 +43,9 @@ bool IsUnsaved(const VoiceTrackEditor& editor);
 // --- the devices, by their numbers from 0 ---
 void VoiceTrackInputID_Change(Station& station, VoiceTrackEditor& editor, int32_t number);
 void VoiceTrackOututID_Change(Station& station, VoiceTrackEditor& editor, int32_t number);
+// Measures their round trip, which ends the join and what plays or is recorded. Takes seconds.
+void BtnLatence_Click(Station& station, VoiceTrackEditor& editor);
+void CheckLatence_Click(VoiceTrackEditor& editor, bool ticked);
 // What the microphone and the join give; for a window as often as it likes.
 void ShowLevels(Station& station, VoiceTrackEditor& editor);
 

@@ -28,6 +28,9 @@ constexpr Word kVoiceTrack[] = {
     {"BtnSuivant", {"Suivant", "Next", "Seguinte", "Siguiente"}},
     {"BtnSave", {"Sauver", "Save", "Guardar", "Guardar"}},
 
+    {"BtnLatence", {"Mesurer la latence", "Measure the latency", "Medir a latência", "Medir la latencia"}},
+    {"CheckLatence", {"Latence mesurée", "Measured latency", "Latência medida", "Latencia medida"}},
+    {"For.LblLatence", {"Latence (ms)", "Latency (ms)", "Latência (ms)", "Latencia (ms)"}},
     {"LblMicro", {"Le microphone ne donne rien", "The microphone gives nothing", "O microfone não dá nada", "El micrófono no da nada"}},
 
     {"CheckCut.0", {"Cut Off", "Cut Off", "Cut Off", "Cut Off"}},
@@ -72,6 +75,8 @@ constexpr Word kVoiceTrack[] = {
     {"BtnRecord.Tip", {"Enregistre; pendant que l'enchaînement s'entend, le voice track y prend sa place", "Records; while the join is heard the voice track takes its place in it", "Grava; enquanto se ouve o encadeamento, o voice track toma nele o seu lugar", "Graba; mientras se oye el encadenamiento, el voice track toma su lugar en él"}},
     {"BtnReprise.Tip", {"Rejoue l'enchaînement et enregistre à partir du même endroit", "Plays the join again and records from the same place on", "Toca de novo o encadeamento e grava a partir do mesmo lugar", "Repite el encadenamiento y graba desde el mismo lugar"}},
     {"CheckCut.Tip", {"Cut On : le voice track est un élément à part, entre les deux titres", "Cut On: the voice track is an element of its own between the two titles", "Cut On: o voice track é um elemento próprio entre os dois títulos", "Cut On: el voice track es un elemento propio entre los dos títulos"}},
+    {"BtnLatence.Tip", {"Joue un bruit sur la sortie et le cherche dans l'entrée", "Plays a noise on the output and looks for it in the input", "Toca um ruído na saída e procura-o na entrada", "Reproduce un ruido en la salida y lo busca en la entrada"}},
+    {"CheckLatence.Tip", {"La latence mesurée place ce qui s'enregistre, au lieu de 2420 ms", "The measured latency places what is recorded, in place of 2420 ms", "A latência medida coloca o que se grava, em vez de 2420 ms", "La latencia medida coloca lo que se graba, en lugar de 2420 ms"}},
     {"CheckTest.Tip", {"L'enchaînement s'entend avec le voice track", "The join is heard with the voice track in it", "O encadeamento ouve-se com o voice track", "El encadenamiento se oye con el voice track"}},
     {"CmdVTToIntro.Tip", {"Le voice track finit avec l'intro du titre suivant", "The voice track ends with the intro of the title after", "O voice track acaba com a introdução do título seguinte", "El voice track acaba con la intro del título siguiente"}},
     {"BtnSuivant.Tip", {"Sauve et va à l'enchaînement suivant", "Saves and goes to the next join", "Guarda e vai para o encadeamento seguinte", "Guarda y va al encadenamiento siguiente"}},

@@ -189,6 +189,7 @@ TestStation::TestStation(const std::string& begin, const std::string& sharedFold
                        .prelisten = &prelisten,
                        .recorder = &recorder,
                        .preview = &preview,
+                       .roundTrip = &roundTrip,
                        .soundDevices = &soundDevices}) {
   loop.SetSound(&sound);
   loop.SetPreview(&preview.Sound());

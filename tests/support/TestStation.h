@@ -22,6 +22,7 @@
 #include "platform/sim/SimPrelisten.h"
 #include "platform/sim/SimPreview.h"
 #include "platform/sim/SimRecorder.h"
+#include "platform/sim/SimRoundTrip.h"
 #include "platform/sim/SimSoundChain.h"
 #include "platform/sim/SimSounds.h"
 #include "platform/sim/SimWires.h"
@@ -210,6 +211,7 @@ class TestStation : private EventSink {
   SimPrelisten prelisten;
   SimRecorder recorder;
   SimPreview preview;
+  SimRoundTrip roundTrip;
   SimSounds soundDevices;
   FaultyFolder stationFolder, machineFolder;
   StoredPaths soundFiles;

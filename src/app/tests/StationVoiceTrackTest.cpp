@@ -2,6 +2,7 @@
 // sinks of a sound server, and none of them hears of the others.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
@@ -152,6 +153,36 @@ TEST_F(StationVoiceTrack, IsRecordedAndHeardInItsJoinBesideAnAirThatMissesNothin
   EXPECT_NEAR(aired.peak, 8192, 100);
   EXPECT_EQ(real_->sound->TakeHealth().underruns, 0U);
   EXPECT_EQ(real_->sound->TakeHealth().lateFrames, 0U);
+}
+
+// The microphone hears the output; then by a line that holds it back for 400 ms.
+TEST_F(StationVoiceTrack, TheLatencyIsMeasuredThroughTheDevices) {
+  said_.reset();
+  VoiceTracks::Open(real_->station, editor_, 1);
+  ASSERT_TRUE(Within(kStationBoundMs, [this] { return !editor_.devices.inputs.empty(); }));
+  const auto& inputs = editor_.devices.inputs;
+  const auto number = std::find_if(inputs.begin(), inputs.end(),
+                                   [](const auto& input) { return input.key == "two.monitor"; }) -
+                      inputs.begin();
+  const int32_t microphone = editor_.VoiceTrackInputID;
+  VoiceTracks::VoiceTrackInputID_Change(real_->station, editor_, static_cast<int32_t>(number));
+  VoiceTracks::BtnLatence_Click(real_->station, editor_);
+  const int32_t direct = editor_.LblLatence;
+  EXPECT_GT(direct, 20);
+  EXPECT_LT(direct, 1000);
+  VoiceTracks::BtnLatence_Click(real_->station, editor_);
+  EXPECT_NEAR(editor_.LblLatence, direct, 60);
+
+  ASSERT_TRUE(SoundServer::Order(
+      "load-module module-loopback source=two.monitor sink=mic latency_msec=400 adjust_time=0"));
+  VoiceTracks::VoiceTrackInputID_Change(real_->station, editor_, microphone);
+  VoiceTracks::BtnLatence_Click(real_->station, editor_);
+  RecordProperty("DirectMs", direct);
+  RecordProperty("HeldBackMs", editor_.LblLatence);
+  EXPECT_NEAR(editor_.LblLatence, direct + 400, 120);
+  EXPECT_TRUE(editor_.CheckLatence);
+  EXPECT_FALSE(real_->machineFolder.Exists("RoundTrip.Wav"));
+  EXPECT_FALSE(real_->machineFolder.Exists("RoundTripHeard.Wav"));
 }
 
 TEST_F(StationVoiceTrack, TheTrackAloneIsHeardOnTheEditorsOutput) {

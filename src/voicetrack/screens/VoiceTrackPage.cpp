@@ -125,10 +125,16 @@ void VoiceTrackPage::ToolRow() {
                   &editor_.BtnUndoNormalizeEnabled)),
         0},
        {Low(Gauge()), 1},
-       {Low(mixer), 0}});
+       {Field("LblLatence", Value("LblLatence", [this] {
+                return editor_.LblLatence < 0 ? "–" : std::to_string(editor_.LblLatence);
+              }, "00000")),
+        0},
+       {Low(Order("BtnLatence", VoiceTracks::BtnLatence_Click, nullptr, nullptr)), 0},
+       {Low(Latency()), 0}});
   Row({{Order("BtnEditVT", VoiceTracks::BtnEditVT_Click, nullptr, &editor_.BtnEditVTEnabled), 0},
        {Asking("BtnChoseEditeur", orders_.chooseEditor, nullptr), 0},
-       {Path("LblEditeur", editor_.LblEditeur), 1}});
+       {Path("LblEditeur", editor_.LblEditeur), 1},
+       {mixer, 0}});
 }
 
 // At the height of the fields beside it, whose labels stand above them.
@@ -219,6 +225,19 @@ QCheckBox* VoiceTrackPage::Test() {
   Follow([this, box] {
     box->setChecked(editor_.CheckTest);
     box->setEnabled(editor_.CheckTestEnabled);
+  });
+  return box;
+}
+
+QCheckBox* VoiceTrackPage::Latency() {
+  auto* box = Named(new QCheckBox(texts_.Word("CheckLatence"), this), "CheckLatence");
+  connect(box, &QCheckBox::clicked, this, [this](bool ticked) {
+    orders_.run([this, ticked] { VoiceTracks::CheckLatence_Click(editor_, ticked); });
+  });
+  GiveKeys(*box, "CheckLatence", nullptr, {});
+  Follow([this, box] {
+    box->setChecked(editor_.CheckLatence);
+    box->setEnabled(editor_.LblLatence >= 0);
   });
   return box;
 }

@@ -37,6 +37,7 @@ class VoiceTrackPage : public FieldPage {
   QWidget* Path(const char* name, const std::string& path);
   QCheckBox* Cut();
   QCheckBox* Test();
+  QCheckBox* Latency();
   QWidget* ExitPoint();
   QWidget* Spinner(const char* name, int32_t& number, std::pair<int, int> range,
                    const char* suffix);

@@ -72,6 +72,42 @@ TEST_F(VoiceTrackMachine, ANumberThatIsNotInTheListIsKnownByNothing) {
   EXPECT_EQ(on.localValues.GetText("VoiceTrackInputName", ""), "");
 }
 
+// The join begins at 170 s; the order comes 4 s later.
+TEST_F(VoiceTrackMachine, TheMeasuredLatencyPlacesWhatIsRecordedInTheJoin) {
+  on.roundTrip.delayMs = 380;
+  VoiceTracks::BtnLatence_Click(on.station, editor);
+  EXPECT_EQ(editor.LblLatence, 380);
+  EXPECT_TRUE(editor.CheckLatence);
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(4000);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.LblPositionVT, 174000 - 380);
+  VoiceTracks::CheckLatence_Click(editor, false);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.LblPositionVT, 174000 - 2420);
+}
+
+TEST_F(VoiceTrackMachine, TheMeasuredLatencyIsKeptWithItsDevicesAlone) {
+  on.roundTrip.delayMs = 380;
+  VoiceTracks::BtnLatence_Click(on.station, editor);
+  Open(1);
+  EXPECT_EQ(editor.LblLatence, 380);
+  EXPECT_TRUE(editor.CheckLatence);
+  VoiceTracks::VoiceTrackInputID_Change(on.station, editor, 1);
+  EXPECT_EQ(editor.LblLatence, -1);
+  EXPECT_FALSE(editor.CheckLatence);
+  VoiceTracks::CheckLatence_Click(editor, true);
+  EXPECT_FALSE(editor.CheckLatence) << "nothing was measured";
+}
+
+TEST_F(VoiceTrackMachine, ALatencyThatCannotBeMeasuredIsToldWithItsReason) {
+  VoiceTracks::VoiceTrackOututID_Change(on.station, editor, 7);
+  VoiceTracks::BtnLatence_Click(on.station, editor);
+  EXPECT_EQ(LastMessage(), "La latence n'a pas pu être mesurée :\r\noutput 7 does not open");
+  EXPECT_EQ(editor.LblLatence, -1);
+  EXPECT_FALSE(editor.GaugeVisible);
+}
+
 TEST_F(VoiceTrackMachine, AnAnswerBehindTheClosingIsForNobody) {
   VoiceTracks::Form_Unload(on.station, editor);
   Wait(100);

@@ -5,6 +5,7 @@
 #include <alsa/asoundlib.h>
 
 #include <algorithm>
+#include <mutex>
 
 namespace zemo {
 namespace {
@@ -22,6 +23,19 @@ RtAudio::Api ApiOf(RtAudioSystem system) {
 const char* NameOf(RtAudioSystem system) {
   return system == RtAudioSystem::kJack ? "JACK" : "ALSA";
 }
+
+// JACK's library has one buffer of messages for the whole process: two threads that look for its
+// server at once can wait in it for each other for ever. Held while a thread asks for anything.
+class JackTurn {
+ public:
+  explicit JackTurn(RtAudioSystem system) {
+    static std::recursive_mutex ofTheProcess;
+    if (system == RtAudioSystem::kJack) lock_ = std::unique_lock(ofTheProcess);
+  }
+
+ private:
+  std::unique_lock<std::recursive_mutex> lock_;
+};
 
 // Nothing of what a sound system grumbles about absent hardware is news to the operator. Throws
 // RtAudioError, and gives another system where RtAudio was built without this one.
@@ -78,6 +92,7 @@ std::vector<SoundDevice> Known(const std::vector<Found>& devices) {
 }
 
 std::vector<SoundDevice> AllOf(RtAudioSystem system, Way way) {
+  const JackTurn turn(system);
   try {
     const std::unique_ptr<RtAudio> audio = Ask(system);
     return Known(Devices(*audio, system, way, true));
@@ -136,6 +151,7 @@ class RtAudioDevice final : public OutputDevice {
   ~RtAudioDevice() override { Close(); }
 
   Opened Open(OutputRing& ring) override {
+    const JackTurn turn(system_);
     Close();
     try {
       audio_ = Ask(system_);
@@ -154,7 +170,10 @@ class RtAudioDevice final : public OutputDevice {
     }
   }
 
-  void Close() override { EndStream(audio_); }
+  void Close() override {
+    const JackTurn turn(system_);
+    EndStream(audio_);
+  }
 
  private:
   int IndexOf(const std::vector<Found>& devices) const {
@@ -208,6 +227,7 @@ class RtAudioInput final : public InputDevice {
   ~RtAudioInput() override { Close(); }
 
   Opened Open(InputRing& ring) override {
+    const JackTurn turn(system_);
     Close();
     try {
       audio_ = Ask(system_);
@@ -224,7 +244,10 @@ class RtAudioInput final : public InputDevice {
     }
   }
 
-  void Close() override { EndStream(audio_); }
+  void Close() override {
+    const JackTurn turn(system_);
+    EndStream(audio_);
+  }
 
  private:
   Opened OpenAt(const Found& input, InputRing& ring) {
@@ -269,6 +292,7 @@ std::vector<SoundDevice> RtAudioInputs(RtAudioSystem system) {
 }
 
 bool AnyRtAudioDevice(RtAudioSystem system) {
+  const JackTurn turn(system);
   try {
     const std::unique_ptr<RtAudio> audio = Ask(system);
     return audio->getCurrentApi() == ApiOf(system) && audio->getDeviceCount() > 0;

@@ -280,6 +280,22 @@ TEST_F(VoiceTrackWindowTest, WhatIsSetOnTheMachineIsKept) {
   EXPECT_EQ(on.localValues.GetText("LevelNormalize", ""), "-23");
 }
 
+TEST_F(VoiceTrackWindowTest, TheMeasuredLatencyIsShownAndUsed) {
+  OpenOn(1);
+  EXPECT_EQ(Text("LblLatence"), "–");
+  EXPECT_FALSE(On("CheckLatence"));
+  on.roundTrip.ms = 137;
+  Click("BtnLatence");
+  EXPECT_EQ(Text("LblLatence"), "137");
+  Key(Qt::Key_F5);
+  Wait(3000);
+  Key(Qt::Key_F9);
+  EXPECT_EQ(Editor().LblPositionVT, 173000 - 137);
+  Key(Qt::Key_F7);
+  Click("CheckLatence");
+  EXPECT_FALSE(Editor().CheckLatence);
+}
+
 TEST_F(VoiceTrackWindowTest, AMicrophoneThatGivesNothingIsTold) {
   on.recorder.gives = false;
   OpenOn(1);

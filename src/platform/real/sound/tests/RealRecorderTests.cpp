@@ -199,10 +199,13 @@ TEST_F(RealRecorderTest, AnInputThatIsLostIsToldAndEveryFrameBeforeIsKept) {
   Open();
   Start();
   inputs_[0].Give(9000, 12);
+  inputs_[0].lastFrames = 400;
   inputs_[0].gone = true;
   ASSERT_TRUE(Ended());
   EXPECT_EQ(ends_, Lines{"sound input spoken input is gone"});
-  EXPECT_EQ(Wav().Left(), SpokenSamples(9000, 12));
+  SpokenSamples said(9000, 12);
+  said.insert(said.end(), 400, 7);
+  EXPECT_EQ(Wav().Left(), said);
   EXPECT_EQ(inputs_[0].closings, 1);
 }
 
@@ -218,6 +221,21 @@ TEST_F(RealRecorderTest, AFullDiskIsToldAndWhatItTookIsKept) {
   EXPECT_EQ(ends_, Lines{Path() + ": File too large"});
   EXPECT_EQ(Wav().Left(), SpokenSamples(2489, 12));
   EXPECT_EQ(recorder_->RecordedMs(), 56);  // 2489 / 44.1
+}
+
+TEST_F(RealRecorderTest, ADiskThatIsFullFromTheBeginLeavesTheFormerFile) {
+  PutFormer();
+  Open();
+  {
+    const testing::FileSizeLimit limit(44);
+    Start();
+    inputs_[0].Give(100, 1);
+    ASSERT_TRUE(Ended());
+  }
+  EXPECT_EQ(ends_, Lines{Path() + ": File too large"});
+  EXPECT_FALSE(recorder_->HasFile());
+  EXPECT_EQ(testing::BytesOf(Path()), "former");
+  EXPECT_EQ(folder_.Names(), std::vector<std::string>{"a.Wav"});
 }
 
 TEST_F(RealRecorderTest, AFileThatCannotBeMadeIsTold) {

@@ -24,6 +24,7 @@ class SpokenInput {
   std::atomic<bool> absent{false};  // the next opening fails
   std::atomic<bool> holds{false};   // an opening waits
   std::atomic<bool> gone{false};    // its system says so
+  std::atomic<int> lastFrames{0};   // that it gives with its going, each sample a 7
   std::atomic<int> asked{0};        // openings that were begun
   std::atomic<int> openings{0};
   std::atomic<int> closings{0};
@@ -61,7 +62,9 @@ class SpokenInput {
     }
     void Close() override { ++test_.closings; }
     OutputDevice::Condition Look() override {
-      return test_.gone ? OutputDevice::Condition::kGone : OutputDevice::Condition::kFine;
+      if (!test_.gone) return OutputDevice::Condition::kFine;
+      test_.Give(test_.lastFrames, 7);
+      return OutputDevice::Condition::kGone;
     }
 
    private:
