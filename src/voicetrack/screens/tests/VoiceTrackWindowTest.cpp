@@ -284,7 +284,7 @@ TEST_F(VoiceTrackWindowTest, TheMeasuredLatencyIsShownAndUsed) {
   OpenOn(1);
   EXPECT_EQ(Text("LblLatence"), "–");
   EXPECT_FALSE(On("CheckLatence"));
-  on.roundTrip.ms = 137;
+  on.roundTrip.delayMs = 137;
   Click("BtnLatence");
   EXPECT_EQ(Text("LblLatence"), "137");
   Key(Qt::Key_F5);
