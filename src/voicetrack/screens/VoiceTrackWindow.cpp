@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
@@ -149,11 +150,14 @@ QWidget* VoiceTrackWindow::Foot() {
 void VoiceTrackWindow::MakeKeys() {
   connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
           [this] { close(); });
-  connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, [this] {
-    Work([this] {
-      if (editor_.BtnStopEnabled) VoiceTracks::BtnStop_Click(station_, editor_);
-      VoiceTracks::BtnStop2_Click(station_, editor_);
-    });
+}
+
+// Escape is no shortcut, so that it closes a box that stands open first.
+void VoiceTrackWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Escape) return OfficeWindow::keyPressEvent(event);
+  Work([this] {
+    if (editor_.BtnStopEnabled) VoiceTracks::BtnStop_Click(station_, editor_);
+    VoiceTracks::BtnStop2_Click(station_, editor_);
   });
 }
 
@@ -346,7 +350,9 @@ QString VoiceTrackWindow::Note() const {
     return Texts().Word("Note.RetakeIn", QString::number((left + 999) / 1000));
   }
   if (VoiceTracks::IsUnsaved(editor_)) return Texts().Word("Note.Unsaved");
-  const NeighbourFault fault = FaultOfRow(station_.PL, station_.PL.RowOfKey(editor_.rowKey));
+  const int row = station_.PL.RowOfKey(editor_.rowKey);
+  if (row == 0) return {};
+  const NeighbourFault fault = FaultOfRow(station_.PL, row);
   return Texts().Word(kFaultNotes[static_cast<size_t>(fault)]);
 }
 

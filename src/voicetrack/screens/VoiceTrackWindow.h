@@ -40,6 +40,7 @@ class VoiceTrackWindow : public OfficeWindow {
   void ArrangeParts(double unit) override;
   void ShowAll() override;
   bool MayLeave() override;
+  void keyPressEvent(QKeyEvent* event) override;
   void Left() override;
 
  private:

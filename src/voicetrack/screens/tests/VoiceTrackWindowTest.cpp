@@ -9,6 +9,7 @@
 #include "platform/Recorder.h"
 #include "station/OnAirColumns.h"
 #include "ui/LevelMeter.h"
+#include "ui/ScreenDesktop.h"
 #include "voicetrack/screens/tests/VoiceTrackWindowFixture.h"
 
 namespace zemo::test {
@@ -40,6 +41,7 @@ TEST_F(VoiceTrackWindowTest, TheElementsAroundTheTrackAreShown) {
   EXPECT_EQ(Text("LblCodeVT"), "1");
   EXPECT_EQ(Text("LblARemplir"), "0:12.0");
   EXPECT_EQ(Text("LblDecompte"), "–");
+  EXPECT_EQ(Note(), "");  // nothing stands in the list of which there would be something to say
 }
 
 TEST_F(VoiceTrackWindowTest, ItBarsTheListAndNotTheAir) {
@@ -125,6 +127,23 @@ TEST_F(VoiceTrackWindowTest, ARetakeTellsWhenItBeginsAndBeginsByItself) {
   Key(Qt::Key_Escape);
   EXPECT_FALSE(on.recorder.Recording());
   EXPECT_FALSE(Editor().join.on);
+}
+
+// A box that stands open is what Escape is for.
+TEST_F(VoiceTrackWindowTest, EscapeClosesABoxBeforeItStopsARecording) {
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(over.get(), [] { return true; });
+  OpenOn(1);
+  Key(Qt::Key_F9);
+  boxes.Show("Alerte", "something", Buttons::kOk);
+  QApplication::setActiveWindow(window);
+  QApplication::processEvents();
+  Key(Qt::Key_Escape);
+  EXPECT_TRUE(on.recorder.Recording());
+  for (const QWidget* box : QApplication::topLevelWidgets())
+    EXPECT_FALSE(box->isVisible() && box->objectName() == QStringLiteral("Alerte"));
+  Key(Qt::Key_Escape);
+  EXPECT_FALSE(on.recorder.Recording());
 }
 
 TEST_F(VoiceTrackWindowTest, TheExitPointOfACutTrackIsSetWithItsSlider) {
