@@ -47,7 +47,7 @@ class CampaignTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return CaptionIn(station_, CampaignCaptions(), std::move(name));
+    return CaptionIn(screen_, CampaignCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));
@@ -201,7 +201,7 @@ void CampaignTable::AddGridButtons() {
 // The list, and its heads under the same name.
 void CampaignTable::AddOverview() {
   const auto shown = [&editor = editor_] { return editor.PLPubVisible; };
-  OfficeControl heads = CaptionGroup(station_, CampaignCaptions(), "PLPub", kOverviewColumns);
+  OfficeControl heads = CaptionGroup(screen_, CampaignCaptions(), "PLPub", kOverviewColumns);
   heads.on = shown;
   heads.press = [&editor = editor_](int column, bool right) {
     if (!right) Campaigns::PLPub_ColumnClick(editor, column);

@@ -58,7 +58,7 @@ class LibraryTable {
     };
   }
   std::function<std::string()> CaptionOf(std::string name) const {
-    return CaptionIn(station_, LibraryCaptions(), std::move(name));
+    return CaptionIn(screen_, LibraryCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control, Seen on) {
     control.on = std::move(on);
@@ -121,10 +121,9 @@ class LibraryTable {
 void LibraryTable::AddFrame() {
   OfficeControl tabs;
   tabs.name = "TabStrip1";
-  tabs.value = [&station = station_, &editor = editor_] {
+  tabs.value = [langue = screen_.langue, &editor = editor_] {
     return Caption(LibraryCaptions(),
-                   "TabStrip1." + std::to_string(static_cast<int>(editor.TabStrip1)),
-                   static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+                   "TabStrip1." + std::to_string(static_cast<int>(editor.TabStrip1)), *langue);
   };
   tabs.put = [&station = station_, &editor = editor_](int, const std::string& text) {
     Library::TabStrip1_Click(station, editor, static_cast<LibraryTab>(NumberBetween(text, 1, 4)));

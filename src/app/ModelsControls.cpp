@@ -63,7 +63,7 @@ class ModelsTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return CaptionIn(station_, ModelCaptions(), std::move(name));
+    return CaptionIn(screen_, ModelCaptions(), std::move(name));
   }
   void AddButton(const char* name, std::function<void()> pressed) {
     screen_.controls.push_back(Button(name, CaptionOf(name), std::move(pressed)));
@@ -105,6 +105,7 @@ void ModelsTable::AddButtons() {
   AddButton("BtnSave", [&station = station_] { Models::BtnSave_Click(station); });
   AddButton("BtnImport", [&station = station_] { Models::BtnImport_Click(station); });
   AddButton("MnuCompteur", [&station = station_] { Models::MnuCompteur_Click(station); });
+  screen_.controls.back().on = [&editor = editor_] { return editor.skeleton; };
   AddButton("MnuExport", [&desk = desk_] {
     if (const auto path = desk.PickPath())
       Models::MnuExport_Click(desk.station, *path, desk.spreadsheets);

@@ -63,10 +63,12 @@ OfficeScreen& OfficeDesk::Named(const std::string& screen) {
 
 void OfficeDesk::Settle() {
   std::erase_if(openOrder_, [&](const std::string& name) { return !Named(name).isOpen(); });
-  for (const OfficeScreen& screen : screens_)
-    if (screen.isOpen() &&
-        std::find(openOrder_.begin(), openOrder_.end(), screen.name) == openOrder_.end())
-      openOrder_.push_back(screen.name);
+  for (const OfficeScreen& screen : screens_) {
+    const auto known = std::find(openOrder_.begin(), openOrder_.end(), screen.name);
+    if (!screen.isOpen() || known != openOrder_.end()) continue;
+    openOrder_.push_back(screen.name);
+    *screen.langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
+  }
 }
 
 template <typename Item>
@@ -97,6 +99,7 @@ OfficeDesk::Target OfficeDesk::FindControl(const std::string& name) {
 }
 
 void OfficeDesk::Open(const std::string& screen) {
+  Settle();
   Named(screen).open();
   Settle();
 }
@@ -110,6 +113,7 @@ void OfficeDesk::Close(const std::string& screen) {
 }
 
 void OfficeDesk::Show(const std::string& screen) {
+  Settle();
   const OfficeScreen& shown = Named(screen);
   if (!shown.isOpen()) throw OrderError(screen + " is not open");
   station.events.Screen(ScreenEvent(shown));
@@ -178,6 +182,7 @@ void OfficeDesk::ChooseFiles(const std::string& currentFile, const std::vector<s
   take_ = std::move(take);
   const bool given = answer && answer->kind == SelectorAnswer::Kind::kStaysOpen;
   Selector::Open(station, selector, given ? answer->paths.front() : currentFile, known);
+  Settle();
   if (given) return;
   if (!answer) return EndSelection(false);
   if (answer->kind == SelectorAnswer::Kind::kAll) {
@@ -227,24 +232,23 @@ std::optional<int32_t> OfficeDesk::PickColour() {
   return TakeNext(colours);
 }
 
-std::function<std::string()> CaptionIn(Station& station, std::span<const Word> captions,
+std::function<std::string()> CaptionIn(const OfficeScreen& screen, std::span<const Word> captions,
                                        std::string name) {
-  return [&station, captions, name = std::move(name)] {
-    return Caption(captions, name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+  return [langue = screen.langue, captions, name = std::move(name)] {
+    return Caption(captions, name, *langue);
   };
 }
 
-OfficeControl CaptionGroup(Station& station, std::span<const Word> captions, std::string name,
-                           int count) {
+OfficeControl CaptionGroup(const OfficeScreen& screen, std::span<const Word> captions,
+                           std::string name, int count) {
   OfficeControl group;
   group.name = std::move(name);
   group.first = 0;
   group.last = count - 1;
-  group.value = [&station, captions, name = group.name, count] {
-    const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
+  group.value = [langue = screen.langue, captions, name = group.name, count] {
     std::vector<std::string> texts;
     for (int element = 0; element < count; ++element)
-      texts.push_back(Caption(captions, name + "." + std::to_string(element), langue));
+      texts.push_back(Caption(captions, name + "." + std::to_string(element), *langue));
     return texts;
   };
   return group;

@@ -88,7 +88,7 @@ class OfficeDesk {
   // Selects the files in their folder. Those that the folder does not list are chosen all the same.
   std::vector<std::string> Select(const std::vector<std::string>& files);
   void End(bool ok, const std::vector<std::string>& chosen);
-  void Settle();  // screens that were closed leave the order of opening
+  void Settle();  // screens that were closed leave the order of opening, others come into it
 
   std::vector<OfficeScreen> screens_;
   std::vector<std::string> openOrder_;  // names, the one opened last at the end
@@ -100,13 +100,13 @@ class OfficeDesk {
 };
 
 // --- the tables of the screens ---
-// What a control is called, in the language of the moment at which it is asked; empty for a name
-// that the captions do not hold. They and the station outlive it.
-std::function<std::string()> CaptionIn(Station& station, std::span<const Word> captions,
+// What a control is called, in the language of its screen; empty for a name that the captions do
+// not hold. They outlive it.
+std::function<std::string()> CaptionIn(const OfficeScreen& screen, std::span<const Word> captions,
                                        std::string name);
 // A group whose value is what its elements are called, from NAME.0 on; likewise.
-OfficeControl CaptionGroup(Station& station, std::span<const Word> captions, std::string name,
-                           int count);
+OfficeControl CaptionGroup(const OfficeScreen& screen, std::span<const Word> captions,
+                           std::string name, int count);
 
 OfficeScreen LibraryScreenOf(OfficeDesk& desk);
 OfficeScreen ReportScreenOf(OfficeDesk& desk);

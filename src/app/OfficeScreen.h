@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -63,6 +64,8 @@ struct OfficeScreen {
   std::vector<OfficeControl> controls;
   std::vector<OfficeList> lists;
   std::vector<OfficeGrid> grids;
+  // Langue at the opening: a language set while the screen is open shows from the next one on.
+  std::shared_ptr<int> langue = std::make_shared<int>(0);
 };
 
 // --- kinds of controls, for the tables ---

@@ -36,7 +36,7 @@ class ReportTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return CaptionIn(station_, ReportCaptions(), std::move(name));
+    return CaptionIn(screen_, ReportCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));
@@ -128,7 +128,7 @@ void ReportTable::AddOutputs() {
 template <typename List>
 void ReportTable::AddList(const char* name, List& list, int columns,
                           void (*sort)(Station&, ReportEditor&, int column)) {
-  OfficeControl heads = CaptionGroup(station_, ReportCaptions(), name, columns);
+  OfficeControl heads = CaptionGroup(screen_, ReportCaptions(), name, columns);
   heads.press = [&station = station_, &editor = editor_, sort](int column, bool right) {
     if (!right) sort(station, editor, column);
   };

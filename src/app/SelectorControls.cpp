@@ -9,14 +9,14 @@ namespace zemo {
 OfficeScreen SelectorScreenOf(OfficeDesk& desk) {
   Station& station = desk.station;
   SoundFileSelector& selector = desk.selector;
-  const auto caption = [&station](const char* name) {
-    return CaptionIn(station, SelectorCaptions(), name);
+  OfficeScreen screen;
+  const auto caption = [&screen](const char* name) {
+    return CaptionIn(screen, SelectorCaptions(), name);
   };
   const auto button = [&](const char* name, void (*pressed)(Station&, SoundFileSelector&)) {
     return Button(name, caption(name), [&, pressed] { pressed(station, selector); });
   };
 
-  OfficeScreen screen;
   screen.name = "selector";
   screen.title = caption("title");
   screen.open = [] { throw OrderError("the selector is opened by the screen that needs a file"); };

@@ -62,7 +62,7 @@ class SettingsTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return CaptionIn(station_, SettingsCaptions(), std::move(name));
+    return CaptionIn(screen_, SettingsCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));
@@ -187,7 +187,7 @@ void SettingsTable::AddNumber(const SettingsControl& control) {
 
 // All tabs at once: each shows its caption.
 void SettingsTable::AddTabs() {
-  Add(CaptionGroup(station_, SettingsCaptions(), "Config", kSettingsTabs));
+  Add(CaptionGroup(screen_, SettingsCaptions(), "Config", kSettingsTabs));
 }
 
 void SettingsTable::AddNotes() {

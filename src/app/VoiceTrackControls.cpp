@@ -40,7 +40,7 @@ class VoiceTrackTable {
 
  private:
   std::function<std::string()> CaptionOf(std::string name) const {
-    return CaptionIn(station_, VoiceTrackCaptions(), std::move(name));
+    return CaptionIn(screen_, VoiceTrackCaptions(), std::move(name));
   }
   OfficeControl& Add(OfficeControl control) {
     return screen_.controls.emplace_back(std::move(control));

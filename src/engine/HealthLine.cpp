@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "station/LanguageTexts.h"
+#include "station/OperatorWords.h"
 #include "station/Station.h"
 
 namespace zemo {
@@ -104,7 +105,7 @@ void TellDevice(HealthLine& line, const Station& station, const OutputFigures& o
   const bool started = station.platform.sound.State() == OutputState::kStarted;
   const bool lost = started && !output.heard;
   Tell(line.figures[HealthLine::kDevice], "HealthDevice", lost ? "lost" : output.output,
-       lost ? StateWord("HealthUnheard", langue) : output.output,
+       lost ? StateWord("HealthUnheard", langue) : InOperatorsWords(output.output, langue),
        lost || !output.device ? HealthSeverity::kNote : HealthSeverity::kGood, nowMs);
 }
 

@@ -74,7 +74,7 @@ void DrawLights(MainScreen& screen, const Station& station, const LocalDateTime&
 void DrawControls(MainScreen& screen, const Station& station) {
   const EngineState& engine = station.engine;
   screen.ToolbarStartPressed = engine.IsRunning;
-  screen.CmdStopCaption = engine.IsRunning ? "Next" : "Stop";
+  screen.CmdStopCaption = engine.IsRunning ? kNextCaption : kStopCaption;
   screen.MnuPlaylistEnabled = screen.MnuImprimeEnabled = !engine.IsRunning;
   screen.MnuParametrageEnabled = screen.MnuEditEnabled = !engine.ScreenLocked;
   screen.BtnSurImpressionCaption =

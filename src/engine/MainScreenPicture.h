@@ -59,5 +59,7 @@ MainScreen PictureOf(const Station& station);
 
 // The overlay button while no key is heard.
 inline constexpr const char* kOverlayAtRest = "Sur Impression";
+inline constexpr const char* kNextCaption = "Next";
+inline constexpr const char* kStopCaption = "Stop";
 
 }  // namespace zemo

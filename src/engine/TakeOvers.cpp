@@ -43,9 +43,10 @@ void ReportSatellite(Station& station) {
 void ComputeInputsAllowed(Station& station) {
   const auto& periods = station.lists.Exclusion;
   const std::string minute = TimeText(station.Now()).substr(0, 5);
-  station.engine.InputsAllowed = std::none_of(
-      periods.begin(), periods.end(),
-      [&](const auto& period) { return period.first <= minute && minute <= period.second; });
+  station.engine.InputsAllowed =
+      std::none_of(periods.begin(), periods.end(), [&](const auto& period) {
+        return !period.first.empty() && period.first <= minute && minute <= period.second;
+      });
 }
 
 void BeginSatellite(Station& station) {

@@ -54,4 +54,8 @@ void ShowLibraryAlert(Station& station, const std::string& text) {
   station.platform.messages.Show("Alerte", text, Buttons::kOk);
 }
 
+void ShowNotWritten(Station& station, const std::string& reason) {
+  ShowLibraryAlert(station, "Le fichier n'a pas pu être écrit\r\n" + reason);
+}
+
 }  // namespace zemo

@@ -27,5 +27,7 @@ std::string ConfirmOverwrite(Station& station);  // the card was changed elsewhe
 
 // A box titled "Alerte".
 void ShowLibraryAlert(Station& station, const std::string& text);
+// The same of an export that came to nothing, with the system's own reason.
+void ShowNotWritten(Station& station, const std::string& reason);
 
 }  // namespace zemo

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "reports/ReportFigures.h"
+
 namespace zemo {
 
 namespace {
@@ -27,11 +29,7 @@ std::string RotationList::Cell(size_t line, int column) const {
 }
 
 uint64_t VarietyShares::Percent(size_t variety) const {
-  const uint64_t total = Total();
-  if (total == 0) return 0;
-  const uint64_t whole = plays[variety] * 100 / total, rest = plays[variety] * 100 % total;
-  const bool up = rest * 2 > total || (rest * 2 == total && whole % 2 == 1);
-  return whole + (up ? 1 : 0);
+  return WholePercent(plays[variety], Total());
 }
 
 }  // namespace zemo

@@ -63,7 +63,7 @@ struct VarietyShares {
   std::array<uint64_t, kVarietiesCounted> plays{};
 
   uint64_t Total() const { return plays[0] + plays[1]; }
-  uint64_t Percent(size_t variety) const;  // whole; one half goes to the even number
+  uint64_t Percent(size_t variety) const;  // as WholePercent has it
 };
 
 // Thread: the logic's. Owner: the window, a script, a test or a command; it outlives every routine

@@ -53,6 +53,13 @@ std::vector<uint32_t> PlaysOf(const ReportRows& rows, int column, const Pause& p
 
 }  // namespace
 
+uint64_t WholePercent(uint64_t part, uint64_t whole) {
+  if (whole == 0) return 0;
+  const uint64_t percent = part * 100 / whole, rest = part * 100 % whole;
+  const bool up = rest * 2 > whole || (rest * 2 == whole && percent % 2 == 1);
+  return percent + (up ? 1 : 0);
+}
+
 std::vector<NamedPlays> PlaysBy(const ReportRows& rows, int column, const Pause& pause) {
   const std::vector<uint32_t> plays = PlaysOf(rows, column, pause);
   std::vector<NamedPlays> named;

@@ -21,6 +21,9 @@ struct NamedPlays {
 // Names with a text, the most played first; those of as many plays as in a French dictionary.
 std::vector<NamedPlays> PlaysBy(const ReportRows& rows, int column, const Pause& pause);
 
+// A share in whole per cent; one half goes to the even number. 0 of nothing.
+uint64_t WholePercent(uint64_t part, uint64_t whole);
+
 struct HourFigures {
   std::vector<std::string> genres;                // as PlaysBy has them
   std::array<std::vector<uint32_t>, 24> plays{};  // by hour of the day and genre

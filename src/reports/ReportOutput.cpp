@@ -89,6 +89,11 @@ void WriteText(Station& station, ReportEditor& editor, const List& shown, int co
   file->Finish();
 }
 
+struct TooManyRows : std::length_error {
+  TooManyRows() : std::length_error("a spreadsheet holds no more than " + Most() + " rows") {}
+  static std::string Most() { return std::to_string(kMostSheetRows - 1); }
+};
+
 // What cannot be written is told.
 template <typename Write>
 void Export(Station& station, const char* routine, size_t count, Write write) {
@@ -97,9 +102,13 @@ void Export(Station& station, const char* routine, size_t count, Write write) {
     if (!Report::AnyListed(station, count)) return;
     try {
       write();
+    } catch (const TooManyRows&) {
+      LogCurrentException(station, routine);
+      ShowLibraryAlert(station,
+                       "Un tableur ne prend pas plus de " + TooManyRows::Most() + " lignes");
     } catch (const std::exception& error) {
       LogCurrentException(station, routine);
-      ShowLibraryAlert(station, error.what());
+      ShowNotWritten(station, error.what());
     }
   });
 }
@@ -113,9 +122,7 @@ bool IsSheet(const std::string& path, const Report::ExportFiles& files) {
 template <typename List, size_t columns>
 Sheet SheetOf(Station& station, ReportEditor& editor, const List& shown, const char* name,
               const std::array<double, columns>& widths) {
-  if (shown.Count() >= kMostSheetRows)
-    throw std::length_error("a spreadsheet holds no more than " +
-                            std::to_string(kMostSheetRows - 1) + " rows");
+  if (shown.Count() >= kMostSheetRows) throw TooManyRows();
   const auto langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
   Sheet sheet{.name = name, .cells = {}, .columnWidths = {widths.begin(), widths.end()}};
   for (int column = 0; column < static_cast<int>(columns); ++column)

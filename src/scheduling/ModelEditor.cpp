@@ -77,7 +77,7 @@ void StoreShare(Station& station, const std::string& variety, int percent) {
 
 void Models::Translate(Station& station) {
   ModelEditor& editor = station.modelEditor;
-  const int64_t langue = station.base.CnfInt(Cnf::kLangue);
+  const int64_t langue = editor.langue;
   const auto word = [langue](const char* french, const char* english, const char* portuguese,
                              const char* spanish) {
     return langue == 1 ? english : langue == 2 ? portuguese : langue == 3 ? spanish : french;

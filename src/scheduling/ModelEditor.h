@@ -11,7 +11,7 @@ class SpreadsheetWriter;
 
 namespace Models {
 
-// Title and headings by Squelette and Langue.
+// Title and headings by Squelette and the language of the loading.
 void Translate(Station& station);
 // Genres and percentages on offer. Throws FileError.
 void LoadPopUps(Station& station);

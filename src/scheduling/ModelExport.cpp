@@ -94,7 +94,7 @@ bool Models::MnuExport_Click(Station& station, const std::string& path, Spreadsh
     return true;
   } catch (const std::exception& error) {
     LogCurrentException(station, skeleton ? "ExportSemaine" : "ExportModelSemaine");
-    ShowLibraryAlert(station, error.what());
+    ShowNotWritten(station, error.what());
     return false;
   }
 }

@@ -21,10 +21,6 @@ namespace {
 
 constexpr size_t kGenreWidth = 22;  // characters of the field
 
-int64_t Langue(Station& station) {
-  return station.base.CnfInt(Cnf::kLangue);
-}
-
 TextGrid::Row HeadingRow(const char* corner) {
   TextGrid::Row row;
   if (corner) row.emplace_back(corner);
@@ -91,9 +87,9 @@ std::vector<int> StoredPositions(const TextGrid& grid) {
   return rows;
 }
 
-TextGrid ModelFrame(Station& station) {
+TextGrid ModelFrame(const Station& station) {
   TextGrid grid;
-  grid.AddRow(HeadingRow(GenresWord(Langue(station))));
+  grid.AddRow(HeadingRow(GenresWord(station.modelEditor.langue)));
   grid.AddRow({kTotalText});
   return grid;
 }
@@ -182,7 +178,7 @@ bool RowIsEmpty(const TextGrid& grid, int row) {
 
 void LoadVarieties(Station& station) {
   TextGrid grid;
-  grid.AddRow({"%", VarietyWord(Langue(station))});
+  grid.AddRow({"%", VarietyWord(station.modelEditor.langue)});
   ForEachVariety(station.base.Db(), [&](const RowView& row) {
     grid.AddRow({std::string(row.Text(0)), std::string(row.Text(1))});
   });
@@ -192,6 +188,7 @@ void LoadVarieties(Station& station) {
 void LoadModelScreen(Station& station) {
   if (station.modelEditor.loaded) return;
   try {
+    station.modelEditor.langue = station.base.CnfInt(Cnf::kLangue);
     LoadVarieties(station);
     Models::LoadPopUps(station);
     station.modelEditor.loaded = true;

@@ -29,7 +29,6 @@ void Models::MnuModel_Click(Station& station) {
     editor.backupsFailing = std::move(failing);
     editor.readings = readings;
     editor.open = true;
-    EmptyGrids(station);
     SelectWeekday(station, CurrentWeekday(station.Now()));
     LoadGenreStats(station);
   });

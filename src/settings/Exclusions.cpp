@@ -1,5 +1,5 @@
 // "Exclusion.Txt": the periods of the day in which the automaton's inputs are off, a start and an
-// end a line with a tab between them.
+// end a line with a tab between them. A line that lacks either keeps its place.
 #include <algorithm>
 #include <exception>
 
@@ -35,9 +35,7 @@ void LoadSaveExclusion(Station& station, std::string_view action) {
     for (const std::string_view line : lines) {
       const size_t tab = std::min(line.find('\t'), line.size());
       const size_t end = std::min(line.find('\t', std::min(tab + 1, line.size())), line.size());
-      std::string from = Trim(line.substr(0, tab));
-      if (from.empty()) continue;
-      periods.emplace_back(std::move(from),
+      periods.emplace_back(Trim(line.substr(0, tab)),
                            tab < end ? Trim(line.substr(tab + 1, end - tab - 1)) : std::string());
     }
   } catch (const std::exception&) {

@@ -291,9 +291,11 @@ void SaveInstru(Station& station) {
 }
 
 void SaveFiltre(Station& station) {
-  station.lists.Exclusion.clear();
-  for (const auto& row : station.settings.Filtre)
-    if (!row.first.empty()) station.lists.Exclusion.push_back(row);
+  const auto& rows = station.settings.Filtre;
+  auto& periods = station.lists.Exclusion;
+  periods.assign(rows.begin(), rows.end());
+  while (!periods.empty() && periods.back().first.empty() && periods.back().second.empty())
+    periods.pop_back();
   LoadSaveExclusion(station, "Save");
 }
 

@@ -33,8 +33,8 @@ void Form_Unload(Station& station);
 // and FileError.
 void SaveControl(Station& station, const SettingsControl& control);
 
-// The selected hours and the rows of Filtre that have a start, to their files; what fails is
-// logged.
+// The selected hours, and the rows of Filtre up to the last one that holds something, to their
+// files; what fails is logged.
 void SaveInstru(Station& station);
 void SaveFiltre(Station& station);
 

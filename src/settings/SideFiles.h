@@ -51,7 +51,8 @@ bool LoadSaveTopage(Station& station, std::string_view action, int day, bool lis
 void ReloadDayTimes(Station& station, int day);
 
 // --- station ---
-// "Exclusion.Txt": lists.Exclusion, at most 80 rows; rows without a start are passed over. A
+// "Exclusion.Txt": lists.Exclusion, at most 80 rows, of which those without a start count for
+// nothing. A
 // missing file leaves the list as it is.
 void LoadSaveExclusion(Station& station, std::string_view action);
 // "Instrumental.Txt": lists.Instru; every hour is one without a file.

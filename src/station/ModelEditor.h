@@ -23,7 +23,8 @@ struct ModelEditor {
   bool loaded = false;    // Form_Load ran: at each opening, or ahead of a first request
   bool skeleton = false;  // what the grid holds: a skeleton, else percentages
   int JourSemaine = 0;    // selected day, 1 Monday to 7 Sunday; 0 none yet
-  std::string Caption;    // by Squelette and Langue
+  std::string Caption;    // by Squelette and langue
+  int64_t langue = 0;     // Langue as it was when Form_Load ran
 
   // Row 0 the hours, rows 1 to R-2 the genres, row R-1 the totals; column 0 the genre, h+1 the hour
   // h in whole per cent.

@@ -9,7 +9,7 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kRoutines = nullptr;  // in French: as the routine has it
+constexpr const char* kRoutines = nullptr;  // in French, which the routine speaks itself
 
 // clang-format off
 constexpr RoutineText kTexts[] = {
@@ -19,7 +19,7 @@ constexpr RoutineText kTexts[] = {
     {"ERREUR CREATION TABLE", {kRoutines, "TABLE NOT CREATED", "TABELA NÃO CRIADA", "TABLA NO CREADA"}},
     // boxes
     {"Supprimer cette playlist", {kRoutines, "Delete this stored list?", "Eliminar esta lista guardada?", "¿Eliminar esta lista guardada?"}},
-    {"Delete Voice Track \n%1", {kRoutines, "Delete Voice Track \n%1", "Eliminar o voice track\n%1", "Eliminar el voice track\n%1"}},
+    {"Delete Voice Track \n%1", {"Supprimer le Voice Track\n%1", "Delete Voice Track \n%1", "Eliminar o voice track\n%1", "Eliminar el voice track\n%1"}},
     {"Le programme ne fonctione pas en dessous de 800x600", {kRoutines, "The program needs a screen of 800 x 600 at least", "O programa precisa de um ecrã de 800 x 600 no mínimo", "El programa necesita una pantalla de 800 x 600 como mínimo"}},
     {"%1\r\nErreur en création Table Cnf", {kRoutines, "%1\r\nThe table Cnf could not be created", "%1\r\nNão foi possível criar a tabela Cnf", "%1\r\nNo se pudo crear la tabla Cnf"}},
     {"Vous devez désactiver l'option suppression des pubs\r\nen fin de campagne avant d'éffectuer cette opération", {kRoutines, "First switch off the deletion of spots\r\nat the end of their campaign", "Primeiro desative a eliminação da publicidade\r\nno fim da campanha", "Primero desactive la eliminación de las pubs\r\nal final de la campaña"}},
@@ -27,8 +27,8 @@ constexpr RoutineText kTexts[] = {
     {"Erreur de séléction de sortie audio", {kRoutines, "The chosen audio output cannot be used", "A saída de áudio escolhida não pode ser usada", "La salida de audio elegida no se puede usar"}},
     {"Vous devez être tout seul sur la base pour\r\néxecuter cette opération", {kRoutines, "Nobody else may use the database\r\nduring this operation", "Ninguém mais pode usar a base\r\ndurante esta operação", "Nadie más puede usar la base\r\ndurante esta operación"}},
     {"%1 Genres ont étés ajoutés a la liste", {kRoutines, "%1 genres were added to the list", "%1 géneros foram juntados à lista", "%1 géneros se añadieron a la lista"}},
-    {"Init %1 Ok", {kRoutines, "Open, %1", "Aberta, %1", "Abierto, %1"}},
-    {"Port COM Close OK !", {kRoutines, "The port is closed", "A porta está fechada", "El puerto está cerrado"}},
+    {"Init %1 Ok", {"Ouvert, %1", "Open, %1", "Aberta, %1", "Abierto, %1"}},
+    {"Port COM Close OK !", {"Le port est fermé", "The port is closed", "A porta está fechada", "El puerto está cerrado"}},
     {"Erreur n° %1", {kRoutines, "Error no. %1", "Erro n.º %1", "Error n.º %1"}},
     {"Introuvable\r\n%1", {kRoutines, "Not found\r\n%1", "Não encontrado\r\n%1", "No encontrado\r\n%1"}},
     {"Mise à jour de la table des paramètres effectuée avec succès", {kRoutines, "The table of settings has been updated", "A tabela de parâmetros foi atualizada", "La tabla de parámetros se ha actualizado"}},
@@ -42,13 +42,16 @@ constexpr RoutineText kTexts[] = {
     {"Il n'y a pas de fiche à supprimer", {kRoutines, "There is nothing to delete", "Não há ficha para eliminar", "No hay ficha que eliminar"}},
     {"Confirmez la suppression de la fiche %1", {kRoutines, "Confirm the deletion of %1", "Confirme a eliminação da ficha %1", "Confirme la eliminación de la ficha %1"}},
     {"Vouz ne pouvez pas choisir ce fichier audio\r\ncar il est déjà attribué à l'annonceur %1", {kRoutines, "This audio file cannot be chosen:\r\nit already belongs to the advertiser %1", "Este ficheiro de áudio não pode ser escolhido:\r\njá é do anunciante %1", "Este fichero de audio no se puede elegir:\r\nya es del anunciante %1"}},
-    {"Ajouter cette Catégorie à la liste", {kRoutines, "Add this category to the list", "Juntar esta categoria à lista", "Añadir esta categoría a la lista"}},
+    {"Ajouter cette Catégorie à la liste\r\n%1", {kRoutines, "Add this category to the list\r\n%1", "Juntar esta categoria à lista\r\n%1", "Añadir esta categoría a la lista\r\n%1"}},
     {"Effacer cette Catégorie %1", {kRoutines, "Delete this category %1", "Apagar esta categoria %1", "Borrar esta categoría %1"}},
-    {"Delete séléction", {kRoutines, "Delete the selected cards?", "Eliminar as fichas selecionadas?", "¿Eliminar las fichas seleccionadas?"}},
+    {"Delete séléction", {"Supprimer les fiches sélectionnées ?", "Delete the selected cards?", "Eliminar as fichas selecionadas?", "¿Eliminar las fichas seleccionadas?"}},
     {"%1\r\nExiste déjà dans la base", {kRoutines, "%1\r\nhas a card already", "%1\r\njá tem uma ficha", "%1\r\nya tiene una ficha"}},
     {"Vous avez sélectioné %1 Fichiers audios\r\nVous n'avez plus qu'à cliquer sur le menu Ajouter", {kRoutines, "%1 sound files are chosen.\r\nThe menu entry Add makes their cards", "%1 ficheiros áudio escolhidos.\r\nO menu Adicionar cria as fichas", "%1 ficheros de audio elegidos.\r\nEl menú Añadir crea sus fichas"}},
     {"Vous avez sélectioné %1 Fichiers audios\r\nvalidez sur le menu Ajouter", {kRoutines, "%1 sound files are chosen.\r\nThe menu entry Add makes their cards", "%1 ficheiros áudio escolhidos.\r\nO menu Adicionar cria as fichas", "%1 ficheros de audio elegidos.\r\nEl menú Añadir crea sus fichas"}},
     {"Effacer ce genre %1", {kRoutines, "Take %1 off the list?", "Retirar %1 da lista?", "¿Quitar %1 de la lista?"}},
+    {"In first you must init grid\r\nwith New button", {"Vous devez d'abord initialiser la grille\r\navec le bouton nouvelle", "In first you must init grid\r\nwith New button", "Em primeiro lugar, clicar\r\nem Novo para inicializar a tabela", "Primero, pulse Nuevo\r\npara inicializar la tabla"}},
+    {"Confirmar Eliminar a selecção", {"Confirmez la suppression de la sélection", "Delete the selected cards?", "Eliminar as fichas selecionadas?", "¿Eliminar las fichas seleccionadas?"}},
+    {"Seleccionou %1 ficheiros audios\r\nClicar no menu Adicionar", {"Vous avez sélectionné %1 fichiers audio\r\nvalidez sur le menu Ajouter", "%1 sound files are chosen.\r\nThe menu entry Add makes their cards", "%1 ficheiros áudio escolhidos.\r\nO menu Adicionar cria as fichas", "%1 ficheros de audio elegidos.\r\nEl menú Añadir crea sus fichas"}},
     {"Trop de caractères", {kRoutines, "Too many characters", "Demasiados caracteres", "Demasiados caracteres"}},
     {"Traitement Fini", {kRoutines, "All cards are done", "Todas as fichas tratadas", "Todas las fichas tratadas"}},
     // the sound file selector and the prelisten
@@ -58,6 +61,8 @@ constexpr RoutineText kTexts[] = {
     {"Mauvais choix de sortie PFL", {kRoutines, "The prelisten has the air's output", "A pré-escuta tem a saída da emissão", "La preescucha tiene la salida del aire"}},
     {"Impossible d'écouter sur cette sortie audio", {kRoutines, "The prelisten cannot play on its output.\r\nIt is chosen on the on-air screen: Options > Settings...", "A pré-escuta não pode tocar na sua saída.\r\nEscolhe-se no ecrã da emissão: Opções > Configuração...", "La preescucha no puede sonar por su salida.\r\nSe elige en la pantalla de emisión: Opciones > Parametraje..."}},
     {"Aucune sortie de préécoute choisie : écran d'antenne, Options > Paramétrage...", {kRoutines, "No prelisten output is chosen: on-air screen, Options > Settings...", "Nenhuma saída de pré-escuta escolhida: ecrã da emissão, Opções > Configuração...", "Ninguna salida de preescucha elegida: pantalla de emisión, Opciones > Parametraje..."}},
+    {"Le fichier n'a pas pu être écrit\r\n%1", {kRoutines, "The file could not be written\r\n%1", "O ficheiro não pôde ser gravado\r\n%1", "El fichero no se pudo escribir\r\n%1"}},
+    {"Un tableur ne prend pas plus de %1 lignes", {kRoutines, "A spreadsheet takes no more than %1 rows", "Uma folha de cálculo não leva mais de %1 linhas", "Una hoja de cálculo no admite más de %1 filas"}},
     {"Vous n'avez rien dans la liste", {kRoutines, "There is nothing in the list", "Não há nada na lista", "No hay nada en la lista"}},
     {"Voulez-vous sauvegarder les modifications ?", {kRoutines, "Save the changes?", "Guardar as alterações?", "¿Guardar los cambios?"}},
     {"Action impossible car pas d'intro", {kRoutines, "This cannot be done: there is no intro", "Ação impossível: não há introdução", "Acción imposible: no hay intro"}},
@@ -69,16 +74,29 @@ constexpr RoutineText kTexts[] = {
     {"Choisissez d'abord un éditeur audio", {kRoutines, "Choose an audio editor first", "Escolha primeiro um editor de áudio", "Elija primero un editor de audio"}},
     {"Cette machine n'a pas de table de mixage", {kRoutines, "This machine has no mixer", "Esta máquina não tem mesa de mistura", "Esta máquina no tiene mesa de mezclas"}},
     {"L'enregistrement s'est arrêté", {kRoutines, "The recording has stopped", "A gravação parou", "La grabación se ha parado"}},
-    {"Broadcasting at %1", {kRoutines, "Broadcasting at %1", "Emissão às %1", "Emisión a las %1"}},
+    {"Broadcasting at %1", {"Diffusion à %1", "Broadcasting at %1", "Emissão às %1", "Emisión a las %1"}},
     // what works
     {"COMPOSITION DES PUBS EN COURS...", {kRoutines, "COMPOSING THE DAY'S GRID...", "A COMPOR A TABELA DO DIA...", "COMPONIENDO LA TABLA DEL DÍA..."}},
     {"OPTIMISATION POUR TOP HORAIRE", {kRoutines, "FITTING TO THE HOUR PIP", "AJUSTE AO SINAL HORÁRIO", "AJUSTE A LA SEÑAL HORARIA"}},
     {"OPTIMISATION PUB >> TOP H", {kRoutines, "FITTING SPOTS >> HOUR PIP", "AJUSTE PUB >> SINAL HORÁRIO", "AJUSTE PUBS >> SEÑAL HORARIA"}},
+    {"IL N'Y A PAS DE MODELS DEFINIS", {kRoutines, "NO MODELS DEFINED", "NÃO HÁ MODELOS DEFINIDOS", "NO HAY MODELOS DEFINIDOS"}},
+    {"NO MODELS DEFINED", {"IL N'Y A PAS DE MODELS DEFINIS", "NO MODELS DEFINED", "NÃO HÁ MODELOS DEFINIDOS", "NO HAY MODELOS DEFINIDOS"}},
+    {"NAO HA MODELOS DEFINIDOS", {"IL N'Y A PAS DE MODELS DEFINIS", "NO MODELS DEFINED", "NÃO HÁ MODELOS DEFINIDOS", "NO HAY MODELOS DEFINIDOS"}},
     // the main screen
     {"Mode Automatique", {kRoutines, "Automatic mode", "Modo automático", "Modo automático"}},
     {"Mode Direct Live", {kRoutines, "Live mode", "Modo direto", "Modo directo"}},
-    {"No Rapport", {kRoutines, "No report", "Sem relatório", "Sin informe"}},
-    {"%1 '' de buffers", {kRoutines, "%1 s of buffers", "%1 s de buffers", "%1 s de búferes"}},
+    {"Next", {"Suivant", "Next", "Seguinte", "Siguiente"}},
+    {"Stop", {"Stop", "Stop", "Parar", "Parar"}},
+    {"no output", {"aucune sortie", "no output", "sem saída", "sin salida"}},
+    {"sound device", {"carte son", "sound device", "placa de som", "tarjeta de sonido"}},
+    {"sound device: %1", {"carte son : %1", "sound device: %1", "placa de som: %1", "tarjeta de sonido: %1"}},
+    {"sound device lost (it is gone): the air goes on unheard until it is back", {"carte son perdue : personne n'entend l'antenne jusqu'à son retour", "sound device lost: the air goes on unheard until it is back", "placa de som perdida: ninguém ouve a emissão até ela voltar", "tarjeta de sonido perdida: nadie oye la emisión hasta que vuelva"}},
+    {"sound device lost (%1): the air goes on unheard until it is back", {"carte son perdue (%1) : personne n'entend l'antenne jusqu'à son retour", "sound device lost (%1): the air goes on unheard until it is back", "placa de som perdida (%1): ninguém ouve a emissão até ela voltar", "tarjeta de sonido perdida (%1): nadie oye la emisión hasta que vuelva"}},
+    {"sound device %1 does not begin: the air goes on unheard until it is back", {"la carte son %1 ne démarre pas : personne n'entend l'antenne jusqu'à son retour", "sound device %1 does not begin: the air goes on unheard until it is back", "a placa de som %1 não arranca: ninguém ouve a emissão até ela voltar", "la tarjeta de sonido %1 no arranca: nadie oye la emisión hasta que vuelva"}},
+    {"sound device %1 sleeps: the air goes on unheard until it is back", {"la carte son %1 est en veille : personne n'entend l'antenne jusqu'à son retour", "sound device %1 sleeps: the air goes on unheard until it is back", "a placa de som %1 está suspensa: ninguém ouve a emissão até ela voltar", "la tarjeta de sonido %1 está en reposo: nadie oye la emisión hasta que vuelva"}},
+    {"file %1", {"fichier %1", "file %1", "ficheiro %1", "fichero %1"}},
+    {"No Rapport", {"Sans rapport", "No report", "Sem relatório", "Sin informe"}},
+    {"%1 '' de buffers", {"%1 s de tampons", "%1 s of buffers", "%1 s de buffers", "%1 s de búferes"}},
     {"Extrait %1", {kRoutines, "Extract %1", "Excerto %1", "Extracto %1"}},
     {"Topage", {kRoutines, "Time cue", "Marca horária", "Marca horaria"}},
     {"Touche %1", {kRoutines, "Key %1", "Tecla %1", "Tecla %1"}},
@@ -88,13 +106,13 @@ constexpr RoutineText kTexts[] = {
     {"Oui", {kRoutines, "Yes", "Sim", "Sí"}},
     {"Non", {kRoutines, "No", "Não", "No"}},
     // rows of the on-air list
-    {"Begin Extrait", {kRoutines, "Extracts begin", "Início de excertos", "Inicio de extractos"}},
+    {"Begin Extrait", {"Début d'extraits", "Extracts begin", "Início de excertos", "Inicio de extractos"}},
     {"Top Horaire", {kRoutines, "Hour pip", "Sinal horário", "Señal horaria"}},
     {"Secours", {kRoutines, "Emergency", "Socorro", "Socorro"}},
     {"Jingle avant Pubs", {kRoutines, "Jingle before spots", "Jingle antes da pub", "Jingle antes de pubs"}},
     {"Jingle après Pubs", {kRoutines, "Jingle after spots", "Jingle depois da pub", "Jingle después de pubs"}},
-    {"Start Playlist", {kRoutines, "Start of playlist", "Início da playlist", "Inicio de playlist"}},
-    {"End Playlist", {kRoutines, "End of playlist", "Fim da playlist", "Fin de playlist"}},
+    {"Start Playlist", {"Début de playlist", "Start of playlist", "Início da playlist", "Inicio de playlist"}},
+    {"End Playlist", {"Fin de playlist", "End of playlist", "Fim da playlist", "Fin de playlist"}},
     {"Pub", {kRoutines, "Spot", "Pub", "Pub"}},
     {"PUB", {kRoutines, "Spot", "Pub", "Pub"}},
     {"Rubrique", {kRoutines, "News", "Intercalar", "Rúbrica"}},
@@ -109,7 +127,7 @@ constexpr RoutineText kTexts[] = {
     {"Entrez la taille de la police", {kRoutines, "Enter the size of the type", "Indique o tamanho da letra", "Indique el tamaño de la letra"}},
     {"Pubs", {kRoutines, "Spots", "Pub", "Pubs"}},
     {"Rubriques", {kRoutines, "News", "Intercalares", "Rúbricas"}},
-    {"Grid of the%1", {kRoutines, "Grid of %1", "Tabela de %1", "Tabla del %1"}},
+    {"Grid of the%1", {"Grille du %1", "Grid of %1", "Tabela de %1", "Tabla del %1"}},
 };
 
 constexpr RoutineText kReasons[] = {

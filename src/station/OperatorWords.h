@@ -15,7 +15,7 @@ namespace zemo {
 // One text of a routine, with what it is in each language; "%1" is whatever stands there.
 struct RoutineText {
   const char* routine;
-  LanguageTexts texts;  // French null: there the routine's own stands
+  LanguageTexts texts;  // French null: the routine speaks it
 };
 std::span<const RoutineText> RoutineTexts();
 

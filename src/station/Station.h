@@ -41,7 +41,7 @@ struct EngineLists {
   std::vector<std::string> HeureArretSystem;  // stop times, with an optional "-F" or "-Q"
   std::vector<std::string> Topage;            // marker times "hh:mm"
   std::string dayTimesStamp;                  // of the files that the three were read from
-  std::vector<std::pair<std::string, std::string>> Exclusion;  // from, to, "hh:mm"
+  std::vector<std::pair<std::string, std::string>> Exclusion;  // from, to, "hh:mm"; empty: none
   struct Shortcut {
     std::string Touche;    // key digit as text
     std::string FileName;  // stored path

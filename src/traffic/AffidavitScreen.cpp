@@ -16,10 +16,6 @@ namespace zemo {
 
 namespace {
 
-int LangueOf(Station& station) {
-  return static_cast<int>(station.base.CnfInt(Cnf::kLangue));
-}
-
 // The affidavit of a day is none of another's.
 void Forget(AffidavitEditor& editor) {
   editor.made.reset();
@@ -40,6 +36,7 @@ void Attestation::Form_Load(Station& station, AffidavitEditor& editor) {
     if (editor.open) return;
     editor = {};
     editor.open = true;
+    editor.langue = static_cast<int>(station.base.CnfInt(Cnf::kLangue));
     LocalDateTime day = station.Now();
     editor.LblDateFin = DateText(day);
     day.day = 1;
@@ -70,9 +67,8 @@ void Attestation::BtnEtablir_Click(Station& station, AffidavitEditor& editor) {
     AffidavitHead head{Trim(editor.Annonceur), editor.LblDate, editor.LblDateFin};
     Affidavit made = MakeAffidavit(station, head.advertiser, DayOf(head.from), DayOf(head.to),
                                    [&] { station.platform.loop.Yield(); });
-    const int langue = LangueOf(station);
-    editor.ListDiff = AffidavitRows(made, langue);
-    editor.LblTotaux = head.advertiser + " - " + TotalsInWords(TotalsOf(made), langue);
+    editor.ListDiff = AffidavitRows(made, editor.langue);
+    editor.LblTotaux = head.advertiser + " - " + TotalsInWords(TotalsOf(made), editor.langue);
     editor.made = std::move(made);
     editor.madeOf = std::move(head);
   });
@@ -86,7 +82,7 @@ PrintedPages Attestation::BtnImprimer_Click(Station& station, AffidavitEditor& e
   PrintedPages printed;
   HandleControl(station, "BtnImprimer", [&] {
     if (AnyListed(station, editor))
-      printed = AffidavitPages(editor.madeOf, *editor.made, LangueOf(station));
+      printed = AffidavitPages(editor.madeOf, *editor.made, editor.langue);
   });
   return printed;
 }
@@ -96,10 +92,10 @@ void Attestation::BtnTableur_Click(Station& station, AffidavitEditor& editor,
   HandleControl(station, "BtnTableur", [&] {
     if (!AnyListed(station, editor)) return;
     try {
-      spreadsheets.Write(path, AffidavitSheet(editor.madeOf, *editor.made, LangueOf(station)));
+      spreadsheets.Write(path, AffidavitSheet(editor.madeOf, *editor.made, editor.langue));
     } catch (const FileError& error) {
       LogCurrentException(station, "BtnTableur");
-      ShowLibraryAlert(station, error.what());
+      ShowNotWritten(station, error.what());
     }
   });
 }

@@ -18,6 +18,7 @@ struct Station;
 // Writers: its owner (what was typed and chosen) and the routines.
 struct AffidavitEditor {
   bool open = false;
+  int langue = 0;  // Langue at the opening
   std::string Annonceur;
   std::vector<std::string> advertisers;
   std::string LblDate, LblDateFin;  // "dd/mm/yyyy"

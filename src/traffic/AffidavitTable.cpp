@@ -6,6 +6,7 @@
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
 #include "traffic/AffidavitTexts.h"
+#include "traffic/GridDamageTexts.h"
 
 namespace zemo {
 
@@ -131,7 +132,7 @@ std::vector<AffidavitRow> AffidavitRows(const Affidavit& affidavit, int langue) 
                  "",
                  "",
                  AffidavitWord(WordOf(row.state), langue),
-                 damage.why,
+                 ShownDamage(damage.why, langue),
                  KindWord(damage.spot, langue),
                  std::to_string(damage.campaign),
                  damage.file};

@@ -29,7 +29,7 @@ constexpr Word kAffidavit[] = {
     {"Missed", {"manqué", "missed", "falhado", "fallido"}},
     {"ToCome", {"à venir", "to come", "por emitir", "por emitir"}},
     {"Extra", {"en plus", "extra", "a mais", "de más"}},
-    {"Damaged", {"grille abîmée", "damaged grid", "grelha danificada", "parrilla dañada"}},
+    {"Damaged", {"grille abîmée", "damaged grid", "tabela danificada", "tabla dañada"}},
     {"Spot", {"pub", "spot", "pub", "pub"}},
     {"News", {"rubrique", "news", "intercalar", "rúbrica"}},
 
@@ -38,7 +38,7 @@ constexpr Word kAffidavit[] = {
     {"MissedCount", {"%1 manquées", "%1 missed", "%1 falhadas", "%1 fallidas"}},
     {"ToComeCount", {"%1 à venir", "%1 to come", "%1 por emitir", "%1 por emitir"}},
     {"ExtraCount", {"%1 sans croix", "%1 aired without a cross", "%1 sem cruz", "%1 sin cruz"}},
-    {"DamagedCount", {"%1 grilles abîmées", "%1 damaged grids", "%1 grelhas danificadas", "%1 parrillas dañadas"}},
+    {"DamagedCount", {"%1 grilles abîmées", "%1 damaged grids", "%1 tabelas danificadas", "%1 tablas dañadas"}},
     {"From", {"du", "from", "de", "del"}},
     {"To", {"au", "to", "a", "al"}},
     {"Page", {"Page %1", "Page %1", "Página %1", "Página %1"}},

@@ -27,20 +27,20 @@ std::unique_ptr<Recordset> OpenCampaigns(Station& station) {
   return station.base.Table("GrillePub");
 }
 
-// Goes to the record on the screen, in order of passage; its position from 1, 0 when there is no
+// Goes to the place of the editor, in order of passage; its position from 1, 0 when there is no
 // such record.
-int WalkToShown(Recordset& table, const CampaignEditor& editor) {
+int WalkToPlace(Recordset& table, const CampaignEditor& editor) {
   table.SetIndex("PRIORITY");
   int position = 0;
   for (table.MoveFirst(); !table.Eof(); table.MoveNext()) {
     ++position;
-    if (table.Text("CODE") == editor.LblCode) return position;
+    if (table.Text("CODE") == editor.place) return position;
   }
   return 0;
 }
 
 void ShowPosition(Station& station, CampaignEditor& editor) {
-  const int position = WalkToShown(*OpenCampaigns(station), editor);
+  const int position = WalkToPlace(*OpenCampaigns(station), editor);
   editor.LblInfoPub =
       std::to_string(position) + " /" + std::to_string(station.base.CountRecords("GrillePub"));
 }
@@ -60,6 +60,7 @@ void EmptyFields(CampaignEditor& editor) {
 // What the screen shows when no record is left.
 void ShowNone(Station& station, CampaignEditor& editor) {
   EmptyFields(editor);
+  editor.place.clear();
   LoadSaveMarks(station, "Load", editor);
   editor.PLPubVisible = false;
   editor.BtnNewEnabled = true;
@@ -67,20 +68,33 @@ void ShowNone(Station& station, CampaignEditor& editor) {
   editor.LblInfoPub = "0 /0";
 }
 
-// Loads the record that `move` goes to; with no record, the empty screen.
+// Loads the record that `move` goes to; with no record, the empty screen. Nothing where `move` says
+// that there is nowhere to go.
 template <typename Move>
 void Page(Station& station, CampaignEditor& editor, const char* routine, const Move& move) {
   try {
     station.base.CheckCnf();
     const auto table = OpenCampaigns(station);
-    const int position = WalkToShown(*table, editor);
-    move(*table, position);
+    const int position = WalkToPlace(*table, editor);
+    if (!move(*table, position)) return;
     if (table->Eof() || table->Bof()) return ShowNone(station, editor);
     Campaigns::ShowRecord(station, *table, editor);
     ShowPosition(station, editor);
   } catch (const std::exception&) {
     LogCurrentException(station, routine);
   }
+}
+
+// From the record of that position, or without one to the first. False at the end already, and
+// where a new record is typed for a table that has none.
+bool MoveOn(Recordset& table, int position, const CampaignEditor& editor,
+            void (Recordset::*step)()) {
+  if (position == 0) {
+    table.MoveFirst();
+    return !table.Eof() || !editor.BtnAjouterEnabled;
+  }
+  (table.*step)();
+  return !table.Eof() && !table.Bof();
 }
 
 // The grid file and the program file. False when one could not be written, which is logged.
@@ -103,7 +117,7 @@ bool StoreCampaign(Station& station, CampaignEditor& editor, Recordset& row) {
   editor.FILENAMEGRILLE = CampaignFilePath(editor.FichierAudio, "GPB");
   WriteCampaign(editor, row);
   row.Update();
-  editor.LblCode = row.Text("CODE");
+  editor.LblCode = editor.place = row.Text("CODE");
   editor.BtnAjouterEnabled = false;
   editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
   return WriteFiles(station, editor);
@@ -166,6 +180,7 @@ void Campaigns::ShowRecord(Station& station, const Recordset& grillePub, Campaig
     // Without a yield: what the operator does meanwhile would meet the fields of one campaign with
     // the grid of another.
     LoadCampaign(station, grillePub, editor, RowYields::kNone);
+    editor.place = editor.LblCode;
     editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
     editor.BtnAjouterEnabled = false;
     editor.PLPubVisible = false;
@@ -233,7 +248,7 @@ bool Campaigns::BtnDelete_Click(Station& station, CampaignEditor& editor) {
     if (station.platform.messages.Show(kAlertTitle, question, Buttons::kOkCancel) != Answer::kOk)
       return false;
     const auto table = OpenCampaigns(station);
-    if (WalkToShown(*table, editor) == 0) return false;
+    if (WalkToPlace(*table, editor) == 0) return false;
     const std::string gridPath = table->Text("FILENAMEGRILLE");
     const CampaignFile gridFile(gridPath);
     if (gridFile.Exists(station) && OwnsGridFile(station, table->Int("CODE"), gridPath))
@@ -248,25 +263,28 @@ bool Campaigns::BtnDelete_Click(Station& station, CampaignEditor& editor) {
 }
 
 void Campaigns::BtnDebut_Click(Station& station, CampaignEditor& editor) {
-  Page(station, editor, "BtnDebut", [](Recordset& table, int) { table.MoveFirst(); });
+  Page(station, editor, "BtnDebut", [](Recordset& table, int) {
+    table.MoveFirst();
+    return true;
+  });
 }
 
 void Campaigns::BtnFin_Click(Station& station, CampaignEditor& editor) {
-  Page(station, editor, "BtnFin", [](Recordset& table, int) { table.MoveLast(); });
+  Page(station, editor, "BtnFin", [](Recordset& table, int) {
+    table.MoveLast();
+    return true;
+  });
 }
 
 void Campaigns::BtnPlus_Click(Station& station, CampaignEditor& editor) {
-  Page(station, editor, "BtnPlus", [](Recordset& table, int position) {
-    if (position == 0) return table.MoveFirst();
-    table.MoveNext();
-    if (table.Eof()) table.MoveLast();
+  Page(station, editor, "BtnPlus", [&](Recordset& table, int position) {
+    return MoveOn(table, position, editor, &Recordset::MoveNext);
   });
 }
 
 void Campaigns::BtnMoins_Click(Station& station, CampaignEditor& editor) {
-  Page(station, editor, "BtnMoins", [](Recordset& table, int position) {
-    if (position <= 1) return table.MoveFirst();
-    table.MovePrevious();
+  Page(station, editor, "BtnMoins", [&](Recordset& table, int position) {
+    return MoveOn(table, position, editor, &Recordset::MovePrevious);
   });
 }
 

@@ -22,6 +22,7 @@ struct CampaignEditor : CampaignForm {
   bool BtnNewEnabled = true;
   bool BtnAjouterEnabled = false, BtnReplacerEnabled = false, BtnDeleteEnabled = false;
   std::string LblInfoPub;  // "3 /12": position in order of passage, records
+  std::string place;  // CODE of the record to which paging went last; a new record leaves it there
 
   std::vector<std::string> CategorieList, ComboPriorityList, GenreAssocieList;  // on offer
   TextGrid GPubReference;  // what BtnCopyGrille took
@@ -50,7 +51,7 @@ void MnuHPubs_Click(Station& station, CampaignEditor& editor);
 // every change is on air from now on.
 void Form_Unload(Station& station, CampaignEditor& editor);
 
-// --- records; all page in order of passage ---
+// --- records; all page in order of passage, and those that stand at its end already do nothing ---
 // The row on which that cursor of GrillePub stands.
 void ShowRecord(Station& station, const Recordset& grillePub, CampaignEditor& editor);
 void BtnNew_Click(Station& station, CampaignEditor& editor);

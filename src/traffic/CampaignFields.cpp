@@ -127,7 +127,11 @@ void Campaigns::Categorie_KeyDelete(Station& station, CampaignEditor& editor) {
   try {
     if (!Confirmed(station, kDeleteCategory + editor.Categorie)) return;
     auto& list = editor.CategorieList;
-    const auto found = std::find(list.begin(), list.end(), UpperLatin(editor.Categorie));
+    const auto found =
+        std::find_if(list.begin(), list.end(),
+                     [category = UpperLatin(editor.Categorie)](const std::string& entry) {
+                       return UpperLatin(entry) == category;
+                     });
     if (found != list.end()) list.erase(found);
     LoadSaveCategories(station, "Save", list);
   } catch (const std::exception&) {

@@ -81,7 +81,7 @@ void Campaigns::GPub_MouseUp(Station& station, CampaignEditor& editor, MouseButt
                              bool shift, bool control, GridPlace place) {
   if (editor.fromOverview) return;
   try {
-    if (!TakesMarks(editor)) return ShowAlert(station, NoCampaignText(station));
+    if (!TakesMarks(editor)) return ShowAlert(station, NoCampaignText(station), Icon::kInformation);
     TextGrid& grid = editor.GPub;
     const bool cross = button == MouseButton::kLeft;
     if (shift)

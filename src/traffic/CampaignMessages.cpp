@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "platform/Desktop.h"
 #include "station/Station.h"
 #include "traffic/CampaignGrid.h"
 
@@ -93,8 +92,8 @@ std::string MemoText(Station& station) {
   return InLanguage(station, kMemoTexts);
 }
 
-void ShowAlert(Station& station, const std::string& text) {
-  station.platform.messages.Show(kAlertTitle, text, Buttons::kOk);
+void ShowAlert(Station& station, const std::string& text, Icon kind) {
+  station.platform.messages.Show(kAlertTitle, text, Buttons::kOk, kind);
 }
 
 }  // namespace zemo

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "platform/Desktop.h"
+
 namespace zemo {
 
 struct Station;
@@ -28,6 +30,6 @@ std::string WrongMarkText(Station& station, const WrongMark& wrong);
 std::string MemoTitle(Station& station);
 std::string MemoText(Station& station);
 
-void ShowAlert(Station& station, const std::string& text);
+void ShowAlert(Station& station, const std::string& text, Icon kind = Icon::kStop);
 
 }  // namespace zemo

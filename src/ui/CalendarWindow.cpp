@@ -1,12 +1,11 @@
 #include "ui/CalendarWindow.h"
 
 #include <QCalendarWidget>
-#include <QLocale>
 #include <QPushButton>
 #include <QTextCharFormat>
 #include <QVBoxLayout>
-#include <array>
 
+#include "ui/QtWords.h"
 #include "ui/SharedTexts.h"
 #include "ui/Theme.h"
 
@@ -17,12 +16,9 @@ CalendarWindow::CalendarWindow(int langue, const LocalDateTime& day, QWidget* pa
   setObjectName(QStringLiteral("FrmCalendrier"));
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowModality(Qt::WindowModal);
-  constexpr std::array kLocales = {QLocale::French, QLocale::English, QLocale::Portuguese,
-                                   QLocale::Spanish};
-  const bool known = langue >= 0 && langue < static_cast<int>(kLocales.size());
   auto* month = new QCalendarWidget(this);
   month->setObjectName(QStringLiteral("Calendrier"));
-  month->setLocale(QLocale(kLocales[known ? static_cast<size_t>(langue) : 0]));
+  month->setLocale(LocaleOf(langue));
   month->setFirstDayOfWeek(Qt::Monday);
   month->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
   month->setSelectedDate(QDate(day.year, day.month, day.day));

@@ -1,4 +1,4 @@
-// Qt's colour dialogue in the station's language.
+// Qt's colour dialogue.
 #pragma once
 
 #include <QColor>
@@ -10,7 +10,7 @@ namespace zemo {
 
 // Opens over the window; `take` gets the colour when it is left with OK. Modal to the window, and
 // no loop of its own runs.
-void OpenColourDialogue(QWidget& over, const QString& title, const QColor& shown, int langue,
+void OpenColourDialogue(QWidget& over, const QString& title, const QColor& shown,
                         std::function<void(const QColor&)> take);
 
 }  // namespace zemo

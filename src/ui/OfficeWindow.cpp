@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "station/Station.h"
+#include "ui/Theme.h"
 
 namespace zemo {
 
@@ -17,7 +18,11 @@ OfficeWindow::OfficeWindow(Station& station, const char* name, const char* routi
 
 void OfficeWindow::ShowSelf() {
   if (!IsOpen()) return;
-  if (!isVisible()) resize(size().boundedTo(screen()->availableSize()));
+  if (!isVisible()) {
+    resize(size().boundedTo(screen()->availableSize()));
+    // What is measured for a larger one would not let it be as small.
+    if (Theme::UnitFor(size()) != Unit()) Arrange();
+  }
   show();
   raise();
   activateWindow();

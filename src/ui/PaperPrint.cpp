@@ -4,6 +4,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPrinter>
+#include <QPushButton>
 #include <QStringList>
 
 #include "ui/Questions.h"
@@ -30,9 +31,11 @@ QStringList Wrapped(const QString& line, const QFontMetricsF& metrics, double wi
 }
 
 void TellFailure(QWidget* parent, int langue) {
-  auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Alerte"),
-                              Translation(SharedTexts(), langue).Word("PrintFailed"),
-                              QMessageBox::Ok, parent);
+  const Translation texts(SharedTexts(), langue);
+  auto* box = new QMessageBox(QMessageBox::Warning, texts.OfRoutine("Alerte"),
+                              texts.Word("PrintFailed"), QMessageBox::Ok, parent);
+  box->setObjectName(QStringLiteral("PrintFailed"));
+  box->button(QMessageBox::Ok)->setIcon({});  // a desktop's own
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->open();
 }

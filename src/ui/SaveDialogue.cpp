@@ -3,30 +3,16 @@
 #include <QFileDialog>
 #include <utility>
 
+#include "ui/FileDialogue.h"
+
 namespace zemo {
-
-namespace {
-
-// Not open yet. The window owns it, and its closing ends it.
-QFileDialog* MakeSaveDialogue(QWidget& over, const char* name, const QString& title,
-                              std::function<void(const std::string& path)> take) {
-  auto* dialog = new QFileDialog(&over, title);
-  dialog->setObjectName(QString::fromLatin1(name));
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setOption(QFileDialog::DontUseNativeDialog);
-  dialog->setAcceptMode(QFileDialog::AcceptSave);
-  QObject::connect(dialog, &QFileDialog::fileSelected, &over,
-                   [take = std::move(take)](const QString& path) { take(path.toStdString()); });
-  return dialog;
-}
-
-}  // namespace
 
 void OpenSaveDialogue(QWidget& over, const char* name, const QString& title,
                       const std::vector<SavedKind>& kinds,
                       std::function<void(const std::string& path)> take) {
-  QFileDialog* dialog = MakeSaveDialogue(over, name, title, std::move(take));
+  QFileDialog* dialog = MakeFileDialogue(over, name, title);
   dialog->setOption(QFileDialog::HideNameFilterDetails);
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
   QStringList filters;
   for (const SavedKind& kind : kinds)
     filters << QStringLiteral("%1 *.%2 (*.%2)").arg(kind.name, kind.ending);
@@ -38,14 +24,8 @@ void OpenSaveDialogue(QWidget& over, const char* name, const QString& title,
                      if (kind >= 0)
                        dialog->setDefaultSuffix(kinds[static_cast<size_t>(kind)].ending);
                    });
-  dialog->open();
-}
-
-void OpenSheetDialogue(QWidget& over, const char* name, const QString& title,
-                       std::function<void(const std::string& path)> take) {
-  QFileDialog* dialog = MakeSaveDialogue(over, name, title, std::move(take));
-  dialog->setNameFilter(QStringLiteral("Excel (*.xlsx)"));
-  dialog->setDefaultSuffix(QStringLiteral("xlsx"));
+  QObject::connect(dialog, &QFileDialog::fileSelected, &over,
+                   [take = std::move(take)](const QString& path) { take(path.toStdString()); });
   dialog->open();
 }
 

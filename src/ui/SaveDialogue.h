@@ -16,14 +16,14 @@ struct SavedKind {
   QString ending;
 };
 
+inline SavedKind ExcelFile() {
+  return {QStringLiteral("Excel"), QStringLiteral("xlsx")};
+}
+
 // Opens over the window; `take` gets the path, which has the ending of the kind that was chosen
 // unless another one was typed. Modal to the window, and no loop of its own runs.
 void OpenSaveDialogue(QWidget& over, const char* name, const QString& title,
                       const std::vector<SavedKind>& kinds,
                       std::function<void(const std::string& path)> take);
-
-// Likewise, for a spreadsheet alone: its path ends in ".xlsx" unless another ending was typed.
-void OpenSheetDialogue(QWidget& over, const char* name, const QString& title,
-                       std::function<void(const std::string& path)> take);
 
 }  // namespace zemo

@@ -257,7 +257,10 @@ QMessageBox* ScreenMessageBoxes::Make(const std::string& title, const std::strin
   box->setIcon(IconOf(icon));
   const Translation texts(SharedTexts(), langue);
   for (const auto& [button, word] : kButtonWords)
-    if (QAbstractButton* made = box->button(button)) made->setText(texts.Word(word));
+    if (QAbstractButton* made = box->button(button)) {
+      made->setText(texts.Word(word));
+      made->setIcon({});  // a desktop's own
+    }
   return box;
 }
 

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLibraryInfo>
 #include <QObject>
 #include <QPointer>
 #include <functional>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "platform/Desktop.h"
+#include "ui/QtWords.h"
 
 class QKeyEvent;
 class QMessageBox;
@@ -45,12 +47,17 @@ class ScreenKeyboard : public QObject, public Keyboard {
   mutable std::set<int> pressed_;  // and let go since it was asked for last
 };
 
-// A fault in the answer to a click or a key ends that answer and not the air.
+// A fault in the answer to a click or a key ends that answer and not the air. What Qt says by
+// itself it says in the language of SpeakQtWords.
 class ScreenApplication : public QApplication {
  public:
   using QApplication::QApplication;
   std::function<void()> onException;  // called while it is handled; none: a line on stderr
   bool notify(QObject* receiver, QEvent* event) override;
+  QtWords& Words() { return words_; }
+
+ private:
+  QtWords words_{QLibraryInfo::path(QLibraryInfo::TranslationsPath)};
 };
 
 // What is told stands in a box of its own, one for the same text, and nobody waits for it: Escape

@@ -98,6 +98,9 @@ QString StyleSheet(double unit, bool gradients) {
     #CmdStop { font-size: %NEXTpx; font-weight: bold; }
     QMainWindow, QDialog, QMenuBar { background: %GROUND; }
     QDialog { border: 1px solid %LINE; }
+    QTabWidget::pane { border: 1px solid %LINE; }
+    QTabWidget > QStackedWidget > QWidget { background: %GROUND; }
+    QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
     QFrame[panel="true"] { background: %PANEL; border: 1px solid %LINE; border-radius: 4px; }
     QLabel { background: transparent; border: none; }
     QLabel[dim="true"] { color: %DIM; }
@@ -114,11 +117,11 @@ QString StyleSheet(double unit, bool gradients) {
     QMenu::item { padding: 4px 24px 4px 24px; }
     QMenu::separator { height: 1px; background: %LINE; margin: 3px 6px; }
     QMenu::indicator { left: 6px; }
-    QPushButton, QToolButton, QComboBox, QLineEdit, QSpinBox {
+    QPushButton, QToolButton, QComboBox, QLineEdit, QAbstractSpinBox {
       background: %FACE; border: 1px solid %LINE; border-radius: 3px; padding: %VPADpx %PADpx; }
     QPushButton:hover, QToolButton:hover { border-color: %DIM; }
     QPushButton:focus, QToolButton:focus, QComboBox:focus, QLineEdit:focus, QCheckBox:focus,
-    QSpinBox:focus, QTableView:focus, QTableWidget:focus, QListView:focus, QTreeView:focus {
+    QAbstractSpinBox:focus, QTableView:focus, QTableWidget:focus, QListView:focus, QTreeView:focus {
       border: 1px solid %FOCUS; }
     QPushButton:pressed, QToolButton:pressed, QToolButton:checked, QPushButton:checked {
       background: #3b5a86; border-color: %FOCUS; }
@@ -127,17 +130,17 @@ QString StyleSheet(double unit, bool gradients) {
     QPushButton:disabled, QToolButton:disabled, QComboBox:disabled, QCheckBox:disabled {
       color: #6d7784; background: %PANEL; }
     QToolButton[running="true"]:checked { background: #1f3a2d; border: 2px solid %GOOD; }
-    QLineEdit, QSpinBox, QPlainTextEdit { background: #0d1014; }
+    QLineEdit, QAbstractSpinBox, QPlainTextEdit { background: #0d1014; }
     QPlainTextEdit { border: 1px solid %LINE; }
     QProgressBar { border: 1px solid %LINE; border-radius: 3px; background: #0d1014; }
     QProgressBar::chunk { background: #3b5a86; border-radius: 2px; }
-    QSpinBox QLineEdit { border: none; padding: 0; }
-    QSpinBox::up-button, QSpinBox::down-button { width: %BOXpx; background: %RAISED; border: none; }
-    QSpinBox::up-button { margin-bottom: 1px; }
-    QSpinBox::up-arrow, QSpinBox::down-arrow { width: 0; height: 0; border-left: 4px solid %RAISED;
+    QAbstractSpinBox QLineEdit { border: none; padding: 0; }
+    QAbstractSpinBox::up-button, QAbstractSpinBox::down-button { width: %BOXpx; background: %RAISED; border: none; }
+    QAbstractSpinBox::up-button { margin-bottom: 1px; }
+    QAbstractSpinBox::up-arrow, QAbstractSpinBox::down-arrow { width: 0; height: 0; border-left: 4px solid %RAISED;
       border-right: 4px solid %RAISED; }
-    QSpinBox::up-arrow { border-bottom: 5px solid %INK; }
-    QSpinBox::down-arrow { border-top: 5px solid %INK; }
+    QAbstractSpinBox::up-arrow { border-bottom: 5px solid %INK; }
+    QAbstractSpinBox::down-arrow { border-top: 5px solid %INK; }
     QComboBox QAbstractItemView { background: %PANEL; selection-background-color: #3b5a86; }
     QCheckBox { background: transparent; spacing: 4px; border: 1px solid transparent; }
     QCheckBox::indicator { width: %BOXpx; height: %BOXpx; border: 1px solid %DIM; border-radius: 2px;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "station/Station.h"
+#include "ui/QtWords.h"
 #include "ui/Theme.h"
 #include "ui/WhenFree.h"
 #include "ui/WindowPlace.h"
@@ -32,6 +33,7 @@ QList<QRect> Screens() {
 Window::Window(Station& station, const char* name, const WindowTexts& texts, PlaceOfWindow place)
     : station_(station), texts_(texts, LanguageNow(station)), place_(place) {
   setObjectName(QString::fromLatin1(name));
+  SpeakQtWords(texts_.Langue());
 }
 
 void Window::WhenFree(std::function<void()> order) {

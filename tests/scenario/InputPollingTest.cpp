@@ -339,6 +339,14 @@ TEST(Exclusions, BothEndsOfAPeriodAreInside) {
   EXPECT_EQ(states, "1001");
 }
 
+TEST(Exclusions, ARowWithoutAStartHoldsNoMinute) {
+  TriggerStation on("2026-11-21 11:59:00", {{"PortCom", 1}});
+  on.MakeFile("Exclusion.Txt", "\t23:59\r\n");
+  on.Load();
+  on.RunUntil(1000);
+  EXPECT_TRUE(on.station.engine.InputsAllowed);
+}
+
 TEST(Exclusions, APeriodThatEndsBeforeItBeginsHoldsNoMinute) {
   TriggerStation on("2026-11-21 23:59:50", {{"PortCom", 1}});
   on.MakeFile("Exclusion.Txt", "23:59\t00:01\r\n");

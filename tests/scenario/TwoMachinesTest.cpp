@@ -12,6 +12,7 @@
 #include "support/TestStation.h"
 #include "traffic/CampaignEditor.h"
 #include "traffic/CampaignGrid.h"
+#include "traffic/DayGridComposition.h"
 
 namespace zemo::test {
 namespace {
@@ -128,6 +129,23 @@ TEST_F(TwoMachines, ASettingOfTheDeskHoldsFromTheNextElementOn) {
   ASSERT_EQ(starts.size(), 3U) << air.Describe();
   EXPECT_EQ(starts[1].atMs, 100 + kTitleMs - 1600);
   EXPECT_EQ(starts[2].atMs, starts[1].atMs + kTitleMs - 4000);
+}
+
+// Saturday is day 46347; both rows are of days that the 30 days of a new station keep.
+TEST_F(TwoMachines, TheDaysThatTheReportIsKeptCountFromTheFirstPurgeBehindTheDesksSave) {
+  for (const char* serial : {"46340.5", "46346.5"})
+    air.Sql(std::string("INSERT INTO Rapport (DATENUM) VALUES (") + serial + ")");
+  const auto left = [&] { return air.SqlText("SELECT GROUP_CONCAT(DATENUM) FROM Rapport"); };
+  SimDevices devices(desk.station.platform.prelisten);
+  Settings::MnuParametrage_Click(desk.station, devices);
+  ASSERT_EQ(SetControl(desk.station, devices, *FindSettingsControl("SpinPurge"), "2"),
+            std::nullopt);
+  ComposeTodaysGrid(air.station);
+  EXPECT_EQ(left(), "46340.5,46346.5");
+  Settings::Form_Unload(desk.station);
+  EXPECT_EQ(left(), "46340.5,46346.5");
+  ComposeTodaysGrid(air.station);
+  EXPECT_EQ(left(), "46346.5");
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ TEST_F(ModelsScript, ShowsTodayWithGridsListsAndCaptions) {
   EXPECT_EQ(Screen()["lists"]["PopPourCent"].size(), 21U);
   EXPECT_EQ(Screen()["lists"]["PopPourCent"][20], Json({"100"}));
   EXPECT_EQ(ColumnOf(Screen()["lists"]["PopJour"], 0)[6], "Dimanche");
-  EXPECT_EQ(Screen()["off"], Json({"PopGenre", "PopPourCent", "ModelSquelette"}));
+  EXPECT_EQ(Screen()["off"], Json({"MnuCompteur", "PopGenre", "PopPourCent", "ModelSquelette"}));
 }
 
 TEST_F(ModelsScript, TheSkeletonHasHourHInColumnHAndCountsItsPositions) {
@@ -61,6 +61,7 @@ TEST_F(ModelsScript, TheSkeletonHasHourHInColumnHAndCountsItsPositions) {
   EXPECT_EQ(ColumnOf(Screen()["grids"]["ModelSquelette"], 7), (Texts{"07h", "GOLD", "ROCK"}));
   EXPECT_EQ(Screen()["lists"]["Stats"], Json({{"GOLD", "0002", "1"}, {"ROCK", "0001", "1"}}));
   EXPECT_TRUE(IsOff(Screen(), "Models"));
+  EXPECT_FALSE(IsOff(Screen(), "MnuCompteur"));
 }
 
 TEST_F(ModelsScript, CellsPopUpsAndTheSaveMakeTheDaysModelAndItsBackUp) {

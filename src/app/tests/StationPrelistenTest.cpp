@@ -15,8 +15,8 @@
 namespace zemo {
 namespace {
 
-using testing::SinkRecorder;
 using testing::ServerKind;
+using testing::SinkRecorder;
 using testing::SoundServer;
 
 constexpr int kNumber = 7;  // under which the device was chosen once; another one has it by now

@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kTwipsACharacter = 170;
 constexpr int kOverColumn = 1;  // of jingles: yes or no
+constexpr int kGenreOfAired = 2;
 constexpr int kArrowRoom = 20;  // of a sorted column, and the head's margins
 constexpr const char* kMoment = "2026/12/24  20:08:08";
 
@@ -90,8 +91,9 @@ QVariant BrowseModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole) return {};
   const std::string_view text =
       browsed_.rows.Cell(static_cast<size_t>(index.row()), index.column());
-  if (browsed_.list == BrowseList::kJingles && index.column() == kOverColumn)
-    return texts_.OfRoutine(text);
+  const bool routines = browsed_.list == BrowseList::kJingles && index.column() == kOverColumn;
+  const bool genres = browsed_.list == BrowseList::kToday && index.column() == kGenreOfAired;
+  if (routines || genres) return texts_.OfRoutine(text);
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 

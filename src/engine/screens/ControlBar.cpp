@@ -88,7 +88,7 @@ ControlBar::ControlBar(Station& station, ControlBarOrders orders, Translation te
   bar->addWidget(group);
   bar->addSpacing(6);
   CmdStop = AddButton(bar, "CmdStop", "F6", [this] { orders_.next(); });
-  CmdStop->setProperty("keys", QStringLiteral("F6, num 0"));
+  CmdStop->setProperty("keys", texts_.Word("KeysOfNext"));
   CmdRequette = AddButton(bar, "CmdRequette", "F5", [this] { orders_.request(); });
   BtnSurImpression = AddButton(bar, "BtnSurImpression", "F8", [this] { orders_.overlay(); });
   BntVoiceTrack = AddButton(bar, "BntVoiceTrack", "F9", [this] { orders_.voiceTrack(); });
@@ -117,7 +117,9 @@ void ControlBar::Arrange(double unit) {
     button->setFixedHeight(height);
   // The widest caption of each fits, so that no caption moves the others.
   const QFontMetrics metrics(Theme::Type(unit, 18, true));
-  CmdStop->setFixedWidth(metrics.horizontalAdvance(QStringLiteral("Next")) + Theme::Px(unit, 36));
+  CmdStop->setFixedWidth(std::max(metrics.horizontalAdvance(texts_.OfRoutine(kNextCaption)),
+                                  metrics.horizontalAdvance(texts_.OfRoutine(kStopCaption))) +
+                         Theme::Px(unit, 36));
   const QFontMetrics plain(Theme::Type(unit, 16));
   BtnSurImpression->setFixedWidth(plain.horizontalAdvance(QStringLiteral("Sur Impression")) +
                                   Theme::Px(unit, 26));
@@ -137,7 +139,7 @@ void ControlBar::Refresh(const MainScreen& screen) {
   const auto put = [](QPushButton* button, const QString& text) {
     if (button->text() != text) button->setText(text);
   };
-  put(CmdStop, QString::fromStdString(screen.CmdStopCaption));
+  put(CmdStop, texts_.OfRoutine(screen.CmdStopCaption));
   const bool atRest = screen.BtnSurImpressionCaption == kOverlayAtRest;
   put(BtnSurImpression, atRest ? texts_.Text("BtnSurImpression", "text")
                                : texts_.OfRoutine(screen.BtnSurImpressionCaption));

@@ -84,7 +84,8 @@ void ForecastWindow::MakeControls() {
   ListPrevision->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
   ListPrevision->setColumnWidth(0, 90);
   ListPrevision->setColumnWidth(1, 110);
-  ListPrevision->setColumnWidth(3, 80);
+  const int head = ListPrevision->horizontalHeader()->sectionSizeHint(3);
+  ListPrevision->setColumnWidth(3, std::max(80, head));
   ComboHeures = new QComboBox(this);
   ComboHeures->setObjectName(QStringLiteral("ComboHeures"));
   for (const int hours : kHours)

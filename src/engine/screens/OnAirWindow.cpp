@@ -48,6 +48,7 @@
 #include "station/Station.h"
 #include "traffic/DayGridComposition.h"
 #include "ui/PaperPrint.h"
+#include "ui/QtWords.h"
 #include "ui/Theme.h"
 
 namespace zemo {
@@ -359,9 +360,12 @@ void OnAirWindow::RefreshSkeleton() {
 
 void OnAirWindow::Observe() {
   try {
+    station_.base.CheckCnf();
     if (station_.base.IsOpen() && NoTickBelow(station_)) {
       const NoLockWait atOnce(station_.base.Waiting());
       pip_ = !FindPip(station_, station_.Now()).file.empty();
+      // Nothing of Qt's waits for the next opening of this window.
+      SpeakQtWords(static_cast<int>(station_.base.CnfInt(Cnf::kLangue)));
     }
   } catch (const std::exception&) {
     LogCurrentException(station_, "OnAirWindow");

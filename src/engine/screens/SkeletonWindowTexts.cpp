@@ -4,8 +4,6 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kAsFrench = nullptr;  // no row in that language: the French stands
-
 // clang-format off
 constexpr ScreenText kSkeletonControls[] = {
     {"LblGenresOfferts", "text", {"&Genres", "&Genres", "&Géneros", "&Géneros"}},
@@ -19,7 +17,7 @@ constexpr ScreenText kSkeletonControls[] = {
     {"SpinMinutes", "tip", {"Durée de musique à ajouter à la liste (Alt+M)", "Length of the music to add to the list (Alt+M)", "Duração da música a juntar à lista (Alt+M)", "Duración de la música que se añade a la lista (Alt+M)"}},
     {"Redondance", "text", {"Titres &répétés", "&Repeated titles", "Títulos &repetidos", "Títulos &repetidos"}},
     {"Redondance", "tip", {"Un titre déjà dans une liste peut venir encore (Alt+R)", "A title that is in a list already may come again (Alt+R)", "Um título já presente numa lista pode voltar (Alt+R)", "Un título que ya está en una lista puede volver (Alt+R)"}},
-    {"BtnOk", "text", {"&OK", kAsFrench, kAsFrench, kAsFrench}},
+    {"BtnOk", "text", {"&OK", "&OK", "&OK", "&OK"}},
     {"BtnOk", "tip", {"Remplit la liste (Entrée)", "Fills the list (Enter)", "Preenche a lista (Enter)", "Llena la lista (Intro)"}},
     {"BtnCancel", "text", {"&Annuler", "&Cancel", "&Cancelar", "&Cancelar"}},
     {"BtnCancel", "tip", {"Ferme sans rien ajouter (Échap)", "Closes and adds nothing (Esc)", "Fecha sem juntar nada (Esc)", "Cierra sin añadir nada (Esc)"}},

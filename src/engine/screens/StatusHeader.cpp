@@ -301,10 +301,11 @@ void StatusHeader::ShowLamp(const Station& station, const OutputFigures& output,
                                 : Look{"Stopped", Theme::kDim, Theme::kRaised};
   Put(lamp_, texts_.Word(look.word));
   Colour(lamp_, look.ink, look.ground, 4);
-  const QString tip = unheard ? texts_.Word("NoDeviceTip").arg(Text(output.output)) : QString();
+  const QString tip =
+      unheard ? texts_.Word("NoDeviceTip").arg(texts_.OfRoutine(output.output)) : QString();
   if (lamp_->toolTip() != tip) lamp_->setToolTip(tip);
   lampReason_->setVisible(unheard);
-  lampReason_->Show(unheard ? Text(output.output) : QString());
+  lampReason_->Show(unheard ? texts_.OfRoutine(output.output) : QString());
 }
 
 void StatusHeader::ShowLights(const MainScreen& screen) {

@@ -23,6 +23,7 @@
 #include "platform/Desktop.h"
 #include "station/Station.h"
 #include "ui/CalendarWindow.h"
+#include "ui/FileDialogue.h"
 #include "ui/PaperPrint.h"
 #include "ui/SaveDialogue.h"
 
@@ -161,11 +162,12 @@ void LibraryWindow::Print() {
 void LibraryWindow::Export() {
   if (!sources_.spreadsheets) return;
   QString title = Texts().Word("MnuExporter");
-  OpenSheetDialogue(*this, "FrmExporter", title.remove(u'.'), [this](const std::string& path) {
-    Work([this, path] {
-      Library::MnuExporter_Click(station_, editor_, path, *sources_.spreadsheets);
-    });
-  });
+  OpenSaveDialogue(*this, "FrmExporter", title.remove(u'.'), {ExcelFile()},
+                   [this](const std::string& path) {
+                     Work([this, path] {
+                       Library::MnuExporter_Click(station_, editor_, path, *sources_.spreadsheets);
+                     });
+                   });
 }
 
 // All of it at once: asked first.
@@ -244,10 +246,7 @@ void LibraryWindow::dropEvent(QDropEvent* event) {
 
 void LibraryWindow::ChooseFolder() {
   QString title = Texts().Word("MnuImport");
-  auto* dialog = new QFileDialog(this, title.remove(u'.'));
-  dialog->setObjectName(QStringLiteral("FrmImportFolder"));
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setOption(QFileDialog::DontUseNativeDialog);
+  QFileDialog* dialog = MakeFileDialogue(*this, "FrmImportFolder", title.remove(u'.'));
   dialog->setFileMode(QFileDialog::Directory);
   connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
     if (!TakesDrops()) return;

@@ -311,11 +311,10 @@ QRect SharePicture::Bar(size_t number) const {
 }
 
 QString SharePicture::TextOf(const NamedPlays& bar) const {
-  const uint64_t percent = total_ == 0 ? 0 : (uint64_t{bar.plays} * 200 + total_) / (2 * total_);
   return QStringLiteral("%1  %2 (%3 %)")
       .arg(QString::fromStdString(bar.name))
       .arg(bar.plays)
-      .arg(percent);
+      .arg(WholePercent(bar.plays, total_));
 }
 
 void SharePicture::Paint(QPainter& painter) const {

@@ -17,7 +17,6 @@
 #include "reports/screens/ReportTable.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
-#include "station/TimeForms.h"
 #include "ui/CalendarWindow.h"
 #include "ui/FieldPage.h"
 #include "ui/PaperPrint.h"
@@ -39,14 +38,6 @@ QHBoxLayout* BarOf(QWidget& bar) {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(5);
   return layout;
-}
-
-// Of "dd/mm/yyyy"; `otherwise` where the text is no day.
-LocalDateTime DayOf(const std::string& text, const LocalDateTime& otherwise) {
-  const std::string key = DateKeyOfText(text);
-  if (key.empty()) return otherwise;
-  return FromDateSerial(
-      DaySerial(ValInt(key.substr(0, 4)), ValInt(key.substr(4, 2)), ValInt(key.substr(6, 2))));
 }
 
 bool EndsIn(const std::string& path, std::string_view ending) {
@@ -87,11 +78,8 @@ void ReportWindow::MakeBar() {
     return [this, routine] { Read([this, routine] { routine(station_, editor_); }); };
   };
   ReportBarOrders orders;
-  orders.pickFirst = [this] { PickDay(editor_.LblDate, Report::CmdCalend_Click); };
-  orders.pickLast = [this] {
-    PickDay(editor_.LblDateFin.empty() ? editor_.LblDate : editor_.LblDateFin,
-            Report::BtnDateFin_Click);
-  };
+  orders.pickFirst = [this] { PickDay(Report::CmdCalend_Click); };
+  orders.pickLast = [this] { PickDay(Report::BtnDateFin_Click); };
   orders.firstAlone = reading(Report::BtnDateFin_RightClick);
   orders.read = reading(Report::VoirRapport);
   orders.filter = [this] { TakeFilters(); };
@@ -258,9 +246,8 @@ void ReportWindow::TakeFilters() {
   });
 }
 
-void ReportWindow::PickDay(const std::string& shown,
-                           void (*take)(Station&, ReportEditor&, const LocalDateTime&)) {
-  auto* calendar = new CalendarWindow(Texts().Langue(), DayOf(shown, station_.Now()), this);
+void ReportWindow::PickDay(void (*take)(Station&, ReportEditor&, const LocalDateTime&)) {
+  auto* calendar = new CalendarWindow(Texts().Langue(), station_.Now(), this);
   calendar->picked = [this, take](const LocalDateTime& day) {
     Read([this, take, day] { take(station_, editor_, day); });
   };
@@ -272,8 +259,7 @@ void ReportWindow::Export(const char* name, size_t listed, ExportRoutine write,
   if (!sources_.files.open) return;
   if (listed == 0) return Work([this] { Report::AnyListed(station_, 0); });
   std::vector<SavedKind> kinds = {{QStringLiteral("Excel"), QStringLiteral("xlt")}};
-  if (sources_.files.spreadsheets)
-    kinds.push_back({QStringLiteral("Excel"), QStringLiteral("xlsx")});
+  if (sources_.files.spreadsheets) kinds.push_back(ExcelFile());
   kinds.push_back({QStringLiteral("PDF"), QStringLiteral("pdf")});
   QString title = Texts().Word(name);
   OpenSaveDialogue(*this, "FrmExport", title.remove(u'.'), kinds,

@@ -69,8 +69,7 @@ class ReportWindow : public OfficeWindow {
   // An order after which rows are read, beside which the window stays free.
   void Read(std::function<void()> order);
   void TakeFilters();
-  void PickDay(const std::string& shown,
-               void (*take)(Station&, ReportEditor&, const LocalDateTime&));
+  void PickDay(void (*take)(Station&, ReportEditor&, const LocalDateTime&));
   void Export(const char* name, size_t listed, ExportRoutine write, PrintRoutine print);
   void Print(PrintRoutine print);
   std::function<void()> Pause();

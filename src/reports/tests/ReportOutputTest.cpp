@@ -6,6 +6,7 @@
 #include "ReportFixture.h"
 #include "platform/Folder.h"
 #include "platform/Spreadsheet.h"
+#include "station/OperatorWords.h"
 
 namespace zemo {
 namespace {
@@ -118,9 +119,34 @@ TEST_F(ReportOutput, AFileThatCannotBeWrittenIsToldAndLogged) {
     throw FileError(path + ": No space left on device");
   };
   Report::BtnExport_Click(on.station, editor, "/out.xlt", write);
-  EXPECT_EQ(Messages(), Texts{"Alerte: /out.xlt: No space left on device"});
+  EXPECT_EQ(Messages(), Texts{"Alerte: Le fichier n'a pas pu être écrit\r\n/out.xlt: No space left "
+                              "on device"});
+  const std::string told = on.Events("message")[0]["text"];
+  EXPECT_EQ(InOperatorsWords(told, 1),
+            "The file could not be written\r\n/out.xlt: No space left on device");
+  EXPECT_EQ(InOperatorsWords(told, 2),
+            "O ficheiro não pôde ser gravado\r\n/out.xlt: No space left on device");
+  EXPECT_EQ(InOperatorsWords(told, 3),
+            "El fichero no se pudo escribir\r\n/out.xlt: No space left on device");
   ASSERT_TRUE(on.First("error"));
   EXPECT_EQ((*on.First("error"))["where"], "BtnExport");
+}
+
+// A sheet has 1048576 rows, and the first one is its head.
+TEST_F(ReportOutput, MoreRowsThanASpreadsheetHoldsAreToldInTheOperatorsLanguageAndNotWritten) {
+  on.Sql(
+      "INSERT INTO Rapport (TITRE, DATENUM) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + "
+      "1 FROM n WHERE i < 1048576) SELECT 'One', 46347.5 FROM n");
+  Open();
+  ASSERT_EQ(editor.ListRap.Count(), 1048576U);
+  write.spreadsheets = &sheets;
+  Report::BtnExport_Click(on.station, editor, "/rows.xlsx", write);
+  EXPECT_EQ(sheets.path, "");
+  EXPECT_EQ(Messages(), Texts{"Alerte: Un tableur ne prend pas plus de 1048575 lignes"});
+  const std::string told = on.Events("message")[0]["text"];
+  EXPECT_EQ(InOperatorsWords(told, 1), "A spreadsheet takes no more than 1048575 rows");
+  EXPECT_EQ(InOperatorsWords(told, 2), "Uma folha de cálculo não leva mais de 1048575 linhas");
+  EXPECT_EQ(InOperatorsWords(told, 3), "Una hoja de cálculo no admite más de 1048575 filas");
 }
 
 TEST_F(ReportOutput, ThePrintOfTheReportHasHeadedPagesOfSixtyRowsAndTheCountLast) {

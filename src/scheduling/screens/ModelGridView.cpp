@@ -209,10 +209,16 @@ void ModelGridView::currentChanged(const QModelIndex& current, const QModelIndex
   if (current.isValid() && selected && !shows_) selected({current.row() + 1, current.column()});
 }
 
-void ModelGridView::OpenPopUp() {
+// What is selected is told again: other rows may have moved it unheard.
+bool ModelGridView::TellSelected() {
   const QModelIndex at = currentIndex();
-  if (!at.isValid()) return;
-  selected({at.row() + 1, at.column()});
+  if (at.isValid()) selected({at.row() + 1, at.column()});
+  return at.isValid();
+}
+
+void ModelGridView::OpenPopUp() {
+  if (!TellSelected()) return;
+  const QModelIndex at = currentIndex();
   scrollTo(at);
   const QRect cell = visualRect(at);
   popUp({viewport()->mapToGlobal(cell.topLeft()), cell.size()});
@@ -232,7 +238,7 @@ void ModelGridView::keyPressEvent(QKeyEvent* event) {
       return OpenPopUp();
     case Qt::Key_Insert:
     case Qt::Key_Delete:
-      if (pressed && currentIndex().isValid()) pressed(static_cast<Qt::Key>(event->key()));
+      if (pressed && TellSelected()) pressed(static_cast<Qt::Key>(event->key()));
       return;
     default:
       QTableView::keyPressEvent(event);

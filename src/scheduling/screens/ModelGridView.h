@@ -58,6 +58,7 @@ class ModelGridView : public QTableView {
 
  private:
   void ArrangeColumns();
+  bool TellSelected();  // false where no cell is selected
   void OpenPopUp();
 
   const ModelGrid kind_;

@@ -252,8 +252,9 @@ void ModelWindow::Choose(const std::function<void()>& choice) {
 
 void ModelWindow::ChooseFile() {
   if (!IsOpen() || Barred()) return;
-  OpenSheetDialogue(
-      *this, "FrmExportWeek", Word("MnuExport").remove(u'.'), [this](const std::string& path) {
+  OpenSaveDialogue(
+      *this, "FrmExportWeek", Word("MnuExport").remove(u'.'), {ExcelFile()},
+      [this](const std::string& path) {
         Work([this, path] { Models::MnuExport_Click(station_, path, *sources_.spreadsheets); });
       });
 }

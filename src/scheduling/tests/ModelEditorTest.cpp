@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "platform/Folder.h"
 #include "platform/Spreadsheet.h"
 #include "scheduling/ModelEditor.h"
 #include "scheduling/ModelGrids.h"
@@ -84,7 +85,6 @@ TEST_F(ModelEditorTest, VarietiesAreReadWhenTheScreenIsLoadedAndNotAgain) {
 }
 
 TEST_F(ModelEditorTest, TitlesAndHeadingsSpeakTheLanguage) {
-  SelectWeekday(s.station, 1);
   const char* percent[] = {"Model en %", "Model in %", "Modelo em %", "Modelo em %"};
   const char* skeleton[] = {"Edit Squelette", "Skeleton", "Esqueleto", "Edit"};
   const char* genres[] = {"Genres", "Style", "Géneros", "Géneros"};
@@ -92,7 +92,8 @@ TEST_F(ModelEditorTest, TitlesAndHeadingsSpeakTheLanguage) {
   for (int langue = 0; langue < 4; ++langue) {
     s.SetCnf("Langue", langue);
     s.SetCnf("Squelette", 0);
-    Models::Translate(s.station);
+    Editor() = {};  // as each opening has it
+    SelectWeekday(s.station, 1);
     EXPECT_EQ(Editor().Caption, percent[langue]);
     EXPECT_EQ(Models().Cell(0, 0), genres[langue]);
     EXPECT_EQ(Editor().GVariete.Cell(0, 1), varieties[langue]);
@@ -397,6 +398,19 @@ TEST_F(ModelEditorTest, TheSkeletonsWeekIsExportedByPositions) {
   EXPECT_EQ(keeper.At(2, 0), "2");
   EXPECT_EQ(keeper.At(2, 1), "ROCK");
   EXPECT_EQ(keeper.At(4, 0), "Mardi");
+}
+
+TEST_F(ModelEditorTest, AWeekThatCannotBeExportedIsTold) {
+  struct : SpreadsheetWriter {
+    void Write(const std::string& toPath, const Sheet&) override {
+      throw FileError(toPath + ": No space left on device");
+    }
+  } full;
+  EXPECT_FALSE(Models::MnuExport_Click(s.station, "/week", full));
+  const auto told = s.Events("message");
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_EQ(told[0]["text"],
+            "Le fichier n'a pas pu être écrit\r\n/week.xlsx: No space left on device");
 }
 
 }  // namespace

@@ -292,6 +292,37 @@ TEST_F(ModelScreenTest, TheSupplyOfAnHourIsTheTitlesThatTheirCardsLetPlayThen) {
 }
 
 // A slice and two cards; the loop turns in between, and a closing ends it.
+TEST_F(ModelScreenTest, ALanguageSetMeanwhileShowsFromTheNextOpeningOn) {
+  s.Variety("NATIONAL", 60);
+  Open();
+  s.SetCnf("Langue", 1);
+  Models::JourSemaine_Click(s.station, 2);
+  Models::BtnSave_Click(s.station);
+  Models::BtnImport_Click(s.station);
+  Models::PopJour_Click(s.station, 3);
+  EXPECT_EQ(Editor().Caption, "Model en %");
+  EXPECT_EQ(Grid().Cell(0, 0), "Genres");
+  EXPECT_EQ(Editor().GVariete.Cell(0, 1), "Variété");
+  Models::Form_Unload(s.station);
+  Open();
+  EXPECT_EQ(Editor().Caption, "Model in %");
+  EXPECT_EQ(Grid().Cell(0, 0), "Style");
+}
+
+TEST_F(ModelScreenTest, AVarietyTableThatCannotBeReadIsLoggedUnderTheLoadingsName) {
+  s.Execute("DROP TABLE Variete");
+  Open();
+  ASSERT_EQ(s.Events("error").size(), 1U);
+  EXPECT_EQ(s.Events("error")[0]["where"], "F7.Form_Load");
+}
+
+TEST_F(ModelScreenTest, ALibraryThatCannotBeCountedIsLoggedUnderTheStatisticsName) {
+  s.Execute("ALTER TABLE Discotheque RENAME TO Elsewhere");
+  Open();
+  ASSERT_EQ(s.Events("error").size(), 1U);
+  EXPECT_EQ(s.Events("error")[0]["where"], "Load Stats Genres");
+}
+
 TEST_F(ModelScreenTest, TheLibraryIsReadInSlicesThatAClosingEnds) {
   s.Native(
       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1002) INSERT INTO "

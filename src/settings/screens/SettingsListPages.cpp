@@ -94,7 +94,7 @@ QWidget* SettingsWindow::MarkerPanel() {
   auto* row = new QHBoxLayout(typed);
   row->setContentsMargins(0, 0, 0, 0);
   ChEdit = TypedBox("ChEdit", "ChEdit", "TimesTip");
-  connect(ChEdit, &QLineEdit::returnPressed, this, [this] { EnterTime(kList, *ChEdit); });
+  connect(ChEdit, &QLineEdit::returnPressed, this, [this] { EnterMarker(); });
   row->addWidget(ChEdit);
   row->addWidget(Button("BtnAjouter", "TimesTip", [this] { EnterTime(kList, *ChEdit); }));
   row->addStretch(1);

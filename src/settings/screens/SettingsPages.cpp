@@ -142,7 +142,7 @@ QWidget* SettingsWindow::JoystickPanel() {
   AddRow(panel, Word("JoystickAnswers"), answers);
   Follow([this, answers] {
     const std::string& told = Screen().LblJoystique;
-    answers->setText(told.empty() ? QStringLiteral("-") : Word(told == "Yes" ? "On" : "Off"));
+    answers->setText(told.empty() ? QStringLiteral("-") : Word(told == "Yes" ? "Yes" : "No"));
   });
   return panel.frame;
 }

@@ -149,7 +149,7 @@ void SettingsWindow::ShowNote(const char* control, const QString& why) {
 void SettingsWindow::PickColour(const SettingsControl& control) {
   const auto shown = static_cast<uint32_t>(ControlNumber(Screen(), control));
   OpenColourDialogue(*this, Word(control.name).remove(u'.'), Theme::FromBgr(shown),
-                     Texts().Langue(), [this, &control](const QColor& colour) {
+                     [this, &control](const QColor& colour) {
                        const int bgr = colour.blue() << 2 * kBgrByte | colour.green() << kBgrByte |
                                        colour.red();
                        Give(control, std::to_string(bgr));
@@ -158,16 +158,18 @@ void SettingsWindow::PickColour(const SettingsControl& control) {
 
 void SettingsWindow::EnterTime(Settings::TimeList list, QLineEdit& box) {
   if (!IsOpen()) return;
-  const bool full =
-      list == Settings::TimeList::kTopage && Screen().Topage.size() >= Settings::kMostTopage;
-  const auto why = full ? std::optional<std::string>("full")
-                        : Settings::EnterTime(station_, list, box.text().toStdString());
-  QString note;
-  if (why) note = full ? Word("RefusedFull") : WhyNoTime(list);
-  ShowNote(box.objectName().toUtf8().constData(), note);
-  if (why) return;
+  const bool refused = Settings::EnterTime(station_, list, box.text().toStdString()).has_value();
+  ShowNote(box.objectName().toUtf8().constData(), refused ? WhyNoTime(list) : QString());
+  if (refused) return;
   box.clear();
   ShowAll();
+}
+
+void SettingsWindow::EnterMarker() {
+  if (Screen().Topage.size() < Settings::kMostTopage)
+    EnterTime(Settings::TimeList::kTopage, *ChEdit);
+  else if (IsOpen())
+    ShowNote("ChEdit", Word("RefusedFull"));
 }
 
 void SettingsWindow::DeleteChosen(Settings::TimeList list, QListWidget& shown) {

@@ -100,6 +100,7 @@ class SettingsWindow : public OfficeWindow {
   QString WhyRefused(const SettingsControl& control, const std::string& value) const;
   QString WhyNoTime(Settings::TimeList list) const;
   void EnterTime(Settings::TimeList list, QLineEdit& box);
+  void EnterMarker();  // Enter in ChEdit, which needs room in the list
   void DeleteChosen(Settings::TimeList list, QListWidget& shown);
   void Try(const char* combo);
   void TickHour(const QListWidgetItem* entry);

@@ -89,6 +89,43 @@ TEST_F(SettingsFrame, AnEditedFilterCountsFromTheClosingOn) {
   EXPECT_EQ(StationFile("Exclusion.Txt"), "06:00\t09:00\r\n");
 }
 
+TEST_F(SettingsFrame, TheRowsOfTheFilterStayWhereTheyAreAsTheyWereTyped) {
+  Open();
+  const auto type = [&](int row, int column, const char* time) {
+    screen.FiltreRow = row;
+    screen.FiltreColumn = column;
+    EXPECT_EQ(Settings::ChFiltre_KeyEnter(station, time), std::nullopt);
+  };
+  type(0, 1, "09:00");
+  type(2, 0, "10:00");
+  type(2, 1, "11:00");
+  Close();
+  EXPECT_EQ(StationFile("Exclusion.Txt"), "\t09:00\r\n\t\r\n10:00\t11:00\r\n");
+  Open();
+  EXPECT_EQ(screen.Filtre[0], (std::pair<std::string, std::string>("", "09:00")));
+  EXPECT_EQ(screen.Filtre[2], (std::pair<std::string, std::string>("10:00", "11:00")));
+  type(2, 0, "");
+  type(2, 1, "");
+  Close();
+  EXPECT_EQ(StationFile("Exclusion.Txt"), "\t09:00\r\n");
+}
+
+TEST_F(SettingsFrame, PortOptionZeroOpensNoPortAtTheNextStart) {
+  on.Set("PortCom", "2");
+  Open();
+  Set("PortCom", "0");
+  Close();
+  EXPECT_EQ(Stored("PortCom"), "0");
+  TestStation next("2026-11-21 12:30:00", on.stationDir.Path());
+  next.Load();
+  EXPECT_FALSE(next.automaton.IsOpen());
+  EXPECT_FALSE(next.station.engine.SerialInputOpen);
+  on.Set("PortCom", "2");
+  TestStation other("2026-11-21 12:40:00", on.stationDir.Path());
+  other.Load();
+  EXPECT_TRUE(other.automaton.IsOpen());
+}
+
 TEST_F(SettingsFrame, TheEntriesOfHoursReadAsTheFileOrItsAbsenceHasThem) {
   Open();
   EXPECT_EQ(Settings::InstruEntry(screen, 7), "07");

@@ -16,10 +16,13 @@ TEST_F(Exclusions, ArePairsOfTimesWithATabBetween) {
   EXPECT_EQ(lists.Exclusion, (Periods{{"06:00", "09:00"}, {"18:00", "20:30"}}));
 }
 
-TEST_F(Exclusions, PassOverRowsWithoutAStart) {
+TEST_F(Exclusions, KeepRowsWithoutAStartWhereTheyAre) {
   StationFileIs("Exclusion.Txt", "\t09:00\r\n\r\n \t \r\n06:00\r\n 07:00 \t 08:00 \tmore\r\n");
   LoadSaveExclusion(station, "Load");
-  EXPECT_EQ(lists.Exclusion, (Periods{{"06:00", ""}, {"07:00", "08:00"}}));
+  EXPECT_EQ(lists.Exclusion,
+            (Periods{{"", "09:00"}, {"", ""}, {"", ""}, {"06:00", ""}, {"07:00", "08:00"}}));
+  LoadSaveExclusion(station, "Save");
+  EXPECT_EQ(StationFile("Exclusion.Txt"), "\t09:00\r\n\t\r\n\t\r\n06:00\t\r\n07:00\t08:00\r\n");
 }
 
 TEST_F(Exclusions, AreEightyRowsAtMost) {

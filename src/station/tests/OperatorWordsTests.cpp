@@ -36,6 +36,14 @@ TEST(OperatorWords, WhatStandsInThePlaceIsTakenOver) {
   EXPECT_EQ(InOperatorsWords("Effacer cette Catégorie %1", kEnglish), "Delete this category %1");
 }
 
+TEST(OperatorWords, TheQuestionForANewCategoryNamesIt) {
+  const char* question = "Ajouter cette Catégorie à la liste\r\nété";
+  EXPECT_EQ(InOperatorsWords(question, kFrench), question);
+  EXPECT_EQ(InOperatorsWords(question, kEnglish), "Add this category to the list\r\nété");
+  EXPECT_EQ(InOperatorsWords(question, kPortuguese), "Juntar esta categoria à lista\r\nété");
+  EXPECT_EQ(InOperatorsWords(question, kSpanish), "Añadir esta categoría a la lista\r\nété");
+}
+
 TEST(OperatorWords, ARefusalOfThePrelistenTellsWhereItsOutputIsChosen) {
   EXPECT_EQ(InOperatorsWords("Impossible d'écouter sur cette sortie audio", kEnglish),
             "The prelisten cannot play on its output.\r\nIt is chosen on the on-air screen: "
@@ -76,6 +84,23 @@ TEST(OperatorWords, ALanguageThatThereIsNotShowsFrench) {
   EXPECT_EQ(InOperatorsWords("Oui", -1), "Oui");
 }
 
+TEST(OperatorWords, WhatARoutineSaysInAnotherLanguageIsFrenchOnAFrenchScreen) {
+  EXPECT_EQ(InOperatorsWords("Next", kFrench), "Suivant");
+  EXPECT_EQ(InOperatorsWords("Begin Extrait", kFrench), "Début d'extraits");
+  EXPECT_EQ(InOperatorsWords("no output", kFrench), "aucune sortie");
+  EXPECT_EQ(InOperatorsWords("NAO HA MODELOS DEFINIDOS", kSpanish), "NO HAY MODELOS DEFINIDOS");
+}
+
+TEST(OperatorWords, ALostDeviceIsToldWithItsReason) {
+  EXPECT_EQ(InOperatorsWords("sound device lost (it is gone): the air goes on unheard until it is "
+                             "back",
+                             kPortuguese),
+            "placa de som perdida: ninguém ouve a emissão até ela voltar");
+  EXPECT_EQ(InOperatorsWords("sound device lost (x-run): the air goes on unheard until it is back",
+                             kFrench),
+            "carte son perdue (x-run) : personne n'entend l'antenne jusqu'à son retour");
+}
+
 TEST(OperatorWords, EachTextStandsOnceAndKeepsItsPlaceInEveryLanguage) {
   std::set<std::string> seen;
   for (const RoutineText& row : RoutineTexts()) {
@@ -83,7 +108,9 @@ TEST(OperatorWords, EachTextStandsOnceAndKeepsItsPlaceInEveryLanguage) {
     EXPECT_TRUE(seen.insert(routine).second) << routine;
     const bool place = routine.find("%1") != std::string::npos;
     for (int langue = kFrench; langue <= kSpanish; ++langue) {
-      EXPECT_EQ(row.texts[static_cast<size_t>(langue)] == nullptr, langue == kFrench) << routine;
+      if (langue != kFrench) {
+        EXPECT_NE(row.texts[static_cast<size_t>(langue)], nullptr) << routine;
+      }
       const std::string text = InOperatorsWords(routine, langue);
       EXPECT_EQ(text.find("%1") != std::string::npos, place) << text;
     }

@@ -13,14 +13,15 @@ namespace zemo {
 
 namespace {
 
-constexpr int kKindColumn = 4;
+constexpr int kFromColumn = 2, kToColumn = 3, kKindColumn = 4;
+constexpr const char* kNoDates = "JOURNALIER";
 constexpr int kArrowRoom = 24;  // of a head, in pixels
 struct Room {
   const char* sample;
   int share;
 };
 constexpr Room kRooms[CampaignOverviewModel::kColumns] = {
-    {"An advertiser", 4}, {"CATEGORY", 2},    {"JOURNALIER", 0}, {"JOURNALIER", 0}, {"", 0},
+    {"An advertiser", 4}, {"CATEGORY", 2},    {"", 0}, {"", 0}, {"", 0},
     {"00000", 0},         {"INSTRUMENTAL", 1}};
 
 }  // namespace
@@ -51,6 +52,7 @@ QVariant CampaignOverviewModel::data(const QModelIndex& index, int role) const {
       index.column() == 0 ? line.text : line.subItems[static_cast<size_t>(index.column() - 1)];
   if (index.column() == kKindColumn)
     return texts_.Word(text == kSpotKind ? "OptPub.0" : "OptPub.1");
+  if (index.column() == kFromColumn || index.column() == kToColumn) return texts_.OfRoutine(text);
   return QString::fromStdString(text);
 }
 
@@ -102,6 +104,8 @@ void CampaignOverview::ArrangeColumns() {
     if (column == kKindColumn)
       sample = std::max(cells.horizontalAdvance(texts_.Word("OptPub.0")),
                         cells.horizontalAdvance(texts_.Word("OptPub.1")));
+    if (column == kFromColumn || column == kToColumn)
+      sample = cells.horizontalAdvance(texts_.OfRoutine(kNoDates));
     const QString head = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
     columns.push_back(
         {std::max(heads.horizontalAdvance(head) + kArrowRoom, sample + kCellMargin), room.share});

@@ -87,8 +87,8 @@ QWidget* CampaignPage::Days() {
   const auto day = [this](const char* name, std::string& text, int mode, const char* tip,
                           std::function<void()> otherwise) {
     QPushButton* made = Day(
-        name, [&text] { return ShownText(text); }, [this, mode] { orders_.pickDay(mode); },
-        std::move(otherwise));
+        name, [this, &text] { return texts_.OfRoutine(text); },
+        [this, mode] { orders_.pickDay(mode); }, std::move(otherwise));
     made->setToolTip(texts_.Word(tip));
     made->setAccessibleDescription(made->toolTip());
     return Field(name, made);

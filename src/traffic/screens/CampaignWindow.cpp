@@ -10,11 +10,11 @@
 #include <utility>
 
 #include "station/Station.h"
-#include "station/TextForms.h"
 #include "station/TimeForms.h"
 #include "traffic/CampaignMarking.h"
 #include "traffic/CampaignSheet.h"
 #include "traffic/CampaignTexts.h"
+#include "traffic/GridDamageTexts.h"
 #include "traffic/screens/CampaignGridView.h"
 #include "traffic/screens/CampaignLegend.h"
 #include "traffic/screens/CampaignOverview.h"
@@ -26,7 +26,6 @@ namespace zemo {
 
 namespace {
 
-constexpr int kEndDay = 2;  // mode of the calendar
 constexpr int kOverviewShare = 3, kGridShare = 2;
 
 // Shown in its tip.
@@ -242,17 +241,8 @@ void CampaignWindow::ChooseFile() {
                        });
 }
 
-// The one that is shown, of an end without one the start, else today.
-LocalDateTime CampaignWindow::DayFor(int mode) const {
-  const bool hasEnd = mode == kEndDay && !DateKeyOfText(editor_.LblFinPub).empty();
-  const std::string& shown = hasEnd ? editor_.LblFinPub : editor_.LblDepartPub;
-  const std::string key = DateKeyOfText(shown);
-  if (key.empty()) return station_.Now();
-  return {ValInt(key.substr(0, 4)), ValInt(key.substr(4, 2)), ValInt(key.substr(6, 2))};
-}
-
 void CampaignWindow::PickDay(int mode) {
-  auto* calendar = new CalendarWindow(Texts().Langue(), DayFor(mode), this);
+  auto* calendar = new CalendarWindow(Texts().Langue(), station_.Now(), this);
   calendar->picked = [this, mode](const LocalDateTime& day) {
     Work([this, mode, day] { Campaigns::PickDay(station_, editor_, mode, DateText(day)); });
   };
@@ -318,7 +308,8 @@ void CampaignWindow::ShowNote() {
   }
   note_->setText(note);
   note_->setVisible(!note.isEmpty());
-  note_->setToolTip(hindrance ? QString() : ShownText(editor_.damage));
+  note_->setToolTip(hindrance ? QString()
+                              : ShownText(ShownDamage(editor_.damage, Texts().Langue())));
 }
 
 void CampaignWindow::ShowOverview() {

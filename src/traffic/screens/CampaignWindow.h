@@ -63,7 +63,6 @@ class CampaignWindow : public OfficeWindow {
 
   void RunOnGrid(GridRoutine routine);
   void ChooseFile();
-  LocalDateTime DayFor(int mode) const;
   void PickDay(int mode);
   void Print();
 

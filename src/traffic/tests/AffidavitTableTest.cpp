@@ -4,10 +4,13 @@
 
 #include <set>
 
+#include "platform/Folder.h"
+#include "platform/Spreadsheet.h"
 #include "support/Campaigns.h"
 #include "support/TestStation.h"
 #include "traffic/AffidavitScreen.h"
 #include "traffic/AffidavitTexts.h"
+#include "traffic/GridDamageTexts.h"
 
 namespace zemo::test {
 namespace {
@@ -110,6 +113,23 @@ TEST_F(AffidavitTable, EachReasonHasItsWordsInEachLanguage) {
             "moteur arrêté : le rapport n'a rien jusqu'au 21/11/2026 12:00");
 }
 
+TEST(GridDamage, HasItsWordsInEachLanguageWithItsFiguresAndItsFile) {
+  const std::string lines = "the grid file has 2 lines, the campaign's grid 24 cells: /a: b.GPB";
+  EXPECT_EQ(ShownDamage(lines, 0),
+            "le fichier de grille a 2 lignes, la grille de la campagne 24 cases : /a: b.GPB");
+  for (const std::string& damage :
+       {lines, std::string("line 7 of the grid file is neither X nor empty: /a.GPB"),
+        std::string("the grid file is larger than any grid: /a.GPB"),
+        std::string("there is no hour 123 (0 to 23)"),
+        std::string("there is no minute 123456789 (0 to 59)")}) {
+    EXPECT_EQ(ShownDamage(damage, 1), damage);
+    std::set<std::string> words;
+    for (int langue = 0; langue < 4; ++langue) words.insert(ShownDamage(damage, langue));
+    EXPECT_EQ(words.size(), 4U) << damage;
+  }
+  EXPECT_EQ(ShownDamage("another one", 3), "another one");
+}
+
 TEST(AffidavitWords, EachNameStandsOnceWithAWordInEachLanguage) {
   std::set<std::string> names;
   for (const Word& word : AffidavitCaptions()) {
@@ -143,6 +163,20 @@ TEST_F(AffidavitTable, WhatWasMadeGoesWithAnotherDay) {
   EXPECT_EQ(editor.LblTotaux, "");
   EXPECT_TRUE(Attestation::BtnImprimer_Click(on.station, editor).pages.empty());
   EXPECT_EQ(Messages(), Texts{"Vous n'avez rien dans la liste"});
+}
+
+TEST_F(AffidavitTable, ASpreadsheetThatCannotBeWrittenIsTold) {
+  struct : SpreadsheetWriter {
+    void Write(const std::string& toPath, const Sheet&) override {
+      throw FileError(toPath + ": No space left on device");
+    }
+  } full;
+  Attestation::Form_Load(on.station, editor);
+  editor.Annonceur = "Bakery";
+  Attestation::BtnEtablir_Click(on.station, editor);
+  Attestation::BtnTableur_Click(on.station, editor, "/a.xlsx", full);
+  EXPECT_EQ(Messages(),
+            Texts{"Le fichier n'a pas pu être écrit\r\n/a.xlsx: No space left on device"});
 }
 
 // A report of more rows than a slice, with holes in its numbers.

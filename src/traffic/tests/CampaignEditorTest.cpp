@@ -101,6 +101,59 @@ TEST(CampaignEditor, PagesInOrderOfPassageAndStopsAtBothEnds) {
   EXPECT_EQ(shown(), "Third 3 /3");
 }
 
+TEST(CampaignEditor, AtTheEndsPagingOnDoesNothingAtAll) {
+  CampaignStation s;
+  s.AddCampaign({{"ANNONCEUR", "'First'"}, {"PRIORITY", "10"}});
+  s.AddCampaign({{"ANNONCEUR", "'Second'"}, {"PRIORITY", "20"}});
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  s.editor.ChContact = "typed";
+  Campaigns::BtnPlus_Click(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.ChContact, "Second typed");
+  Campaigns::BtnMoins_Click(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.ChContact, "First ");
+  s.editor.ChContact = "typed";
+  Campaigns::BtnMoins_Click(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChAnnonceur + " " + s.editor.ChContact, "First typed");
+}
+
+TEST(CampaignEditor, PagingOnFromANewRecordGoesOnFromTheOneThatWasShownBefore) {
+  CampaignStation s;
+  for (const char* priority : {"10", "20", "30", "40"})
+    s.AddCampaign({{"ANNONCEUR", "'At " + std::string(priority) + "'"}, {"PRIORITY", priority}});
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  const auto shown = [&] { return s.editor.ChAnnonceur + " " + s.editor.LblInfoPub; };
+  Campaigns::BtnDebut_Click(s.station, s.editor);
+  Campaigns::BtnPlus_Click(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  Campaigns::BtnPlus_Click(s.station, s.editor);
+  EXPECT_EQ(shown(), "At 30 3 /4");
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  Campaigns::BtnMoins_Click(s.station, s.editor);
+  EXPECT_EQ(shown(), "At 20 2 /4");
+}
+
+TEST(CampaignEditor, PagingOnFromTheFirstRecordOfAllKeepsWhatIsTyped) {
+  CampaignStation s;
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  s.editor.ChContact = "typed";
+  Campaigns::BtnPlus_Click(s.station, s.editor);
+  Campaigns::BtnMoins_Click(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChContact, "typed");
+  EXPECT_TRUE(s.editor.BtnAjouterEnabled);
+}
+
+TEST(CampaignEditor, PagingOnFromARecordThatIsGoneBeginsAtTheFirst) {
+  CampaignStation s;
+  for (const char* priority : {"10", "20", "30"})
+    s.AddCampaign({{"ANNONCEUR", "'At " + std::string(priority) + "'"}, {"PRIORITY", priority}});
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  s.Sql("DELETE FROM GrillePub WHERE PRIORITY = 30");
+  Campaigns::BtnMoins_Click(s.station, s.editor);
+  EXPECT_EQ(s.editor.ChAnnonceur, "At 10");
+}
+
 // --- new ---
 
 TEST(CampaignEditor, NewEmptiesTheScreenAndLeavesTheTemplate) {
@@ -415,6 +468,30 @@ TEST(CampaignEditor, DeletingTheLastRecordLeavesTheEmptyScreen) {
   EXPECT_EQ(s.editor.ChAnnonceur, "");
 }
 
+TEST(CampaignEditor, WhatIsRefusedIsAStopAndAGridWithoutACampaignAnInformation) {
+  CampaignStation s;
+  const std::string sound = s.MakeSound("Bakery.wav", 15000);
+  s.AddCampaign({{"FILENAMEAUDIO", "'" + sound + "'"}});
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  const auto kindOf = [&](const std::string& text) {
+    EXPECT_EQ(s.LastMessage().substr(0, text.size()), text);
+    return s.messages.LastIcon();
+  };
+  Campaigns::CmdLoadFile_Click(s.station, s.editor, sound, 1000);
+  EXPECT_EQ(kindOf("Vouz ne pouvez pas choisir"), Icon::kStop);
+  s.Sql("DELETE FROM GrillePub");
+  Campaigns::BtnDelete_Click(s.station, s.editor);
+  EXPECT_EQ(kindOf("Il n'y a pas de fiche"), Icon::kStop);
+  Campaigns::BtnReplacer_Click(s.station, s.editor);
+  EXPECT_EQ(kindOf("Impossible de sauver"), Icon::kStop);
+  s.editor.BtnReplacerEnabled = s.editor.BtnAjouterEnabled = false;
+  Campaigns::GPub_MouseUp(s.station, s.editor, MouseButton::kLeft, false, false, {3, 1});
+  EXPECT_EQ(kindOf("Vous devez d'abord initialiser"), Icon::kInformation);
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  Campaigns::BtnAjouter_Click(s.station, s.editor);
+  EXPECT_EQ(kindOf("Impossible de sauver car"), Icon::kStop);
+}
+
 TEST(CampaignEditor, DeletingOnATableThatAnotherProgramEmptiedTellsSo) {
   CampaignStation s;
   s.AddCampaign({});
@@ -556,6 +633,18 @@ TEST(CampaignEditor, ACategoryLeavesTheListWhenConfirmed) {
   EXPECT_EQ(s.File("Categori.Ini"), "CARS\r\n");
 }
 
+TEST(CampaignEditor, ACategoryThatStandsInSmallLettersLeavesTheListToo) {
+  CampaignStation s;
+  s.MakeFile("Categori.Ini", "Food\r\nCARS\r\n\xE9t\xE9\r\n");
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  for (const char* category : {"Food", "ÉTÉ"}) {
+    s.editor.Categorie = category;
+    s.messages.AnswerNext(Answer::kYes);
+    Campaigns::Categorie_KeyDelete(s.station, s.editor);
+  }
+  EXPECT_EQ(s.File("Categori.Ini"), "CARS\r\n");
+}
+
 // --- dates ---
 
 TEST(CampaignEditor, TheEndFromTheCalendarBuildsTheGrid) {
@@ -612,6 +701,28 @@ TEST(CampaignEditor, TheRightButtonOnTheStartMakesTheCampaignWeekly) {
   EXPECT_EQ(s.editor.LblDepartPub, "JOURNALIER");
   EXPECT_EQ(s.editor.LblFinPub, "JOURNALIER");
   EXPECT_EQ(RowText(s.editor.GPub, 2), "L M M J V S D");
+}
+
+// --- a language that the program does not speak ---
+
+TEST(CampaignEditor, InAnUnknownLanguageTheTextsOfFourLanguagesAreEmptyAndTheFrenchOnesStay) {
+  CampaignStation s;
+  s.AddCampaign({});
+  s.Set("Langue", "4");
+  s.station.base.CheckCnf();
+  Campaigns::GPub_MouseUp(s.station, s.editor, MouseButton::kLeft, false, false, {3, 1});
+  EXPECT_EQ(s.LastMessage(), "");
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  EXPECT_FALSE(Campaigns::BtnReplacer_Click(s.station, s.editor));
+  EXPECT_EQ(s.LastMessage(),
+            "Impossible de sauver car vous n'avez pas\r\nAttribué de fichier audio");
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  EXPECT_FALSE(Campaigns::BtnAjouter_Click(s.station, s.editor));
+  EXPECT_EQ(s.LastMessage(), "");
+  EXPECT_EQ(s.Events("message").back()["title"], "Alerte");
+  Campaigns::ImgMemo_Click(s.station);
+  EXPECT_EQ(s.Events("message").size(), 4U);
+  EXPECT_EQ(s.LastMessage() + std::string(s.Events("message").back()["title"]), "");
 }
 
 // --- memo and closing ---

@@ -24,7 +24,7 @@ class SaveDialogue : public testing::Test {
 TEST_F(SaveDialogue, ASheetEndsInXlsxUnlessAnotherEndingWasTyped) {
   window.show();
   for (const char* name : {"week", "week.ods"}) {
-    OpenSheetDialogue(window, "FrmSheet", QStringLiteral("Export"), Take());
+    OpenSaveDialogue(window, "FrmSheet", QStringLiteral("Export"), {ExcelFile()}, Take());
     SaveIn(window, "FrmSheet", InFolder(name));
   }
   EXPECT_EQ(taken, (std::vector<std::string>{InFolder("week.xlsx"), InFolder("week.ods")}));

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
+#include <QDialog>
+#include <QDoubleSpinBox>
 #include <QFileDialog>
 #include <QImage>
+#include <QLineEdit>
+#include <QTabWidget>
 
 #include "ui/Theme.h"
 
@@ -28,6 +32,22 @@ TEST(Theme, TheListsOfAFileDialogueAreAsDarkAsTheRestAndTheirTextCanBeRead) {
     EXPECT_EQ(Theme::Readable(list->palette().color(QPalette::Text), Theme::kPanel), Theme::kText)
         << name;
   }
+}
+
+TEST(Theme, TheTabsOfAPrintDialogueAreAsDarkAsTheRest) {
+  QDialog dialog;
+  dialog.setStyleSheet(Theme::StyleSheet(1, false));
+  auto* tabs = new QTabWidget(&dialog);
+  auto* page = new QWidget(tabs);
+  tabs->addTab(page, QStringLiteral("Copies"));
+  auto* margin = new QDoubleSpinBox(page);
+  tabs->resize(200, 100);
+  dialog.show();
+  const QImage ground = page->grab().toImage();
+  EXPECT_EQ(ground.pixelColor(ground.width() - 3, ground.height() - 3), Theme::kGround);
+  auto* text = margin->findChild<QLineEdit*>();
+  ASSERT_TRUE(text);
+  EXPECT_LT(text->grab().toImage().pixelColor(text->width() - 2, 1).lightness(), 40);
 }
 
 }  // namespace

@@ -44,6 +44,15 @@ void BringForward(QWidget& window, int width, int height) {
   QApplication::processEvents();
 }
 
+QDate DayOfCalendarIn(QWidget& window) {
+  auto* calendar = window.findChild<CalendarWindow*>();
+  if (!calendar) return {};
+  const QDate day = calendar->findChild<QCalendarWidget*>()->selectedDate();
+  calendar->reject();
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  return day;
+}
+
 void PickDayIn(QWidget& window, int year, int month, int day) {
   auto* calendar = window.findChild<CalendarWindow*>();
   ASSERT_TRUE(calendar);

@@ -4,6 +4,7 @@
 #include <Qt>
 #include <string>
 
+class QDate;
 class QWidget;
 
 namespace zemo::test {
@@ -15,6 +16,8 @@ void ClickOn(QWidget* control, Qt::MouseButton button = Qt::LeftButton);
 std::string TextOn(const QWidget* control);
 // Of that size, however it was left, and active.
 void BringForward(QWidget& window, int width, int height);
+// On which the calendar stands that is open over the window; it is left then.
+QDate DayOfCalendarIn(QWidget& window);
 // In the calendar that is open over the window; it is gone then.
 void PickDayIn(QWidget& window, int year, int month, int day);
 // In the dialogue of that name that is open over the window; it is gone then. The path's ending

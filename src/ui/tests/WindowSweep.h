@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 class QWidget;
 
@@ -13,6 +14,9 @@ struct WindowSize {
 };
 inline constexpr WindowSize kWindowSizes[] = {{1024, 768}, {1280, 800}, {1920, 1080}};
 inline constexpr const char* kLanguageNames[] = {"fr", "en", "pt", "es"};
+
+// The texts of controls, heads, menus and tabs that have too little room, each behind its control.
+std::vector<std::string> CutTexts(const QWidget& whole);
 
 // `where` begins what is told of a fault.
 void CheckWindow(QWidget& whole, const std::string& where);

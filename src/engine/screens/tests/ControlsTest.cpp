@@ -32,7 +32,7 @@ TEST_F(Screen, StartAndStopButtonsDriveTheEngineAndTheLampSaysSo) {
   Click("Toolbar1_5");
   EXPECT_TRUE(on.station.engine.IsRunning);
   EXPECT_EQ(Text("OnAirLamp"), "ANTENNE");
-  EXPECT_EQ(Text("CmdStop"), "Next");
+  EXPECT_EQ(Text("CmdStop"), "Suivant");
   EXPECT_TRUE(Button("Toolbar1_5")->isChecked());
   Run(3000);
   EXPECT_EQ(Text("LblArtiste"), "ARTIST 1  TITLE 1");

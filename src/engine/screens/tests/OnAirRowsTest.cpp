@@ -147,18 +147,19 @@ TEST_F(OnAirRows, TheLampIsRedOnlyWhileADeviceTakesTheSound) {
   const auto lamp = [this] { return Find("OnAirLamp")->styleSheet(); };
   EXPECT_TRUE(lamp().contains("#ffd92b2b")) << lamp().toStdString();
   EXPECT_FALSE(Find("OnAirLampReason")->isVisible());
-  const OutputFigures unheard[] = {
-      {.output = "sound device lost (it is gone)"},
-      {.output = "no output", .device = false},
-      {.output = "file /air/of/today.wav", .heard = true, .device = false}};
-  for (const OutputFigures& one : unheard) {
+  const std::pair<OutputFigures, std::string> unheard[] = {
+      {{.output = "a card that no routine names"}, "a card that no routine names"},
+      {{.output = "no output", .device = false}, "aucune sortie"},
+      {{.output = "file /air/of/today.wav", .heard = true, .device = false},
+       "fichier /air/of/today.wav"}};
+  for (const auto& [one, shown] : unheard) {
     output = one;
     Draw();
     EXPECT_EQ(Text("OnAirLamp"), "SANS CARTE");
     EXPECT_TRUE(lamp().contains("#fff0b44a")) << lamp().toStdString();
     EXPECT_TRUE(Find("OnAirLampReason")->isVisible());
     EXPECT_EQ(Find("OnAirLamp")->toolTip().toStdString(),
-              "Personne ne l'entend : aucune carte ne prend le son (" + one.output + ")");
+              "Personne ne l'entend : aucune carte ne prend le son (" + shown + ")");
   }
   output = {.output = "card", .heard = true};
   Draw();
@@ -168,17 +169,22 @@ TEST_F(OnAirRows, TheLampIsRedOnlyWhileADeviceTakesTheSound) {
 
 TEST_F(OnAirRows, TheLampWithoutADeviceFitsInEveryLanguage) {
   sources.output = [] { return OutputFigures{.output = "no output", .device = false}; };
-  const std::pair<const char*, const char*> words[] = {
-      {"0", "SANS CARTE"}, {"1", "NO DEVICE"}, {"2", "SEM PLACA"}, {"3", "SIN TARJETA"}};
+  struct Shown {
+    const char *langue, *word, *reason;
+  };
+  const Shown words[] = {{"0", "SANS CARTE", "aucune sortie"},
+                         {"1", "NO DEVICE", "no output"},
+                         {"2", "SEM PLACA", "sem saída"},
+                         {"3", "SIN TARJETA", "sin salida"}};
   Loaded();
-  for (const auto& [langue, word] : words) {
+  for (const auto& [langue, word, reason] : words) {
     on.Set("Langue", langue);
     on.station.base.CheckCnf();
     Open(800, 600);
     on.station.engine.IsRunning = true;
     Draw();
     EXPECT_EQ(Text("OnAirLamp"), word);
-    EXPECT_EQ(Text("OnAirLampReason"), "no output");
+    EXPECT_EQ(Text("OnAirLampReason"), reason);
     auto* lamp = Find("OnAirLamp");
     EXPECT_LE(lamp->fontMetrics().horizontalAdvance(QString::fromUtf8(word)), lamp->width());
     KeepPicture(*window, std::string("no-device-") + langue);

@@ -31,6 +31,15 @@ TEST_F(Words, TheModeIsNamedInTheLanguageOfTheStation) {
   EXPECT_EQ(Text("LblMode"), "Live mode");
 }
 
+TEST_F(Words, QtsOwnWordsFollowTheLanguageWhileTheScreenStaysAsItWasLoaded) {
+  Open();
+  EXPECT_EQ(QCoreApplication::translate("QLineEdit", "&Paste"), QStringLiteral("&Paste"));
+  on.Set("Langue", "3");
+  window->Observe();  // as each second
+  EXPECT_EQ(QCoreApplication::translate("QLineEdit", "&Paste"), QStringLiteral("&Pegar"));
+  EXPECT_EQ(Text("LblMode"), "Automatic mode");
+}
+
 TEST_F(Words, TheNeutralFieldsOfAListAreTooAndItsEveryDay) {
   Open();
   Click("Toolbar1_2");
@@ -68,6 +77,29 @@ TEST_F(Words, RowsThatARoutineMadeAreTranslatedAndMusicStandsAsItIs) {
   EXPECT_EQ(Shown("PL", 3, Col::kGenre), "News");
   EXPECT_EQ(Shown("PL", 4, Col::kTitle), "Top Horaire");
   EXPECT_EQ(Shown("PL", 4, Col::kGenre), "RUB");
+}
+
+TEST_F(Words, WhatAiredTodayHasItsKindInTheLanguage) {
+  on.Sql(
+      "INSERT INTO Rapport (AUTEUR, TITRE, GENRE, VARIETE, DATENUM) VALUES ('Bakery', '', 'PUB', "
+      "'', 46347.3), ('ABBA', 'Waterloo', 'POP', 'WORLD', 46347.4)");
+  Open();
+  Click("Toolbar1_2");
+  Q_EMIT Find<QComboBox>("MenuLive")->activated(static_cast<int>(BrowseList::kToday));
+  const int bakery = Shown("ListRech", 1, 0) == "Bakery" ? 1 : 2;
+  EXPECT_EQ(Shown("ListRech", bakery, 2), "Spot");
+  EXPECT_EQ(Shown("ListRech", 3 - bakery, 2), "POP");
+}
+
+TEST_F(Words, TheButtonOfTheNextElementHasItsCaptionAndItsKeysInTheLanguage) {
+  on.Set("Langue", "3");
+  Open();
+  EXPECT_EQ(Text("CmdStop"), "Parar");
+  EXPECT_EQ(Find("CmdStop")->toolTip().toStdString(),
+            "Fundido y siguiente elemento (F6, 0 numérico)");
+  on.station.engine.IsRunning = true;
+  Draw();
+  EXPECT_EQ(Text("CmdStop"), "Siguiente");
 }
 
 TEST_F(Words, TheGridNamesItsBreaksAndTheButtonWhatItCopies) {

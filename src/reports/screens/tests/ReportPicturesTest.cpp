@@ -1,6 +1,8 @@
 // The pictures beside the report's list.
 #include <QApplication>
+#include <QHelpEvent>
 #include <QImage>
+#include <QToolTip>
 
 #include "reports/screens/tests/ReportWindowFixture.h"
 #include "ui/Theme.h"
@@ -108,6 +110,21 @@ TEST_F(ReportPicturesOnScreen, TheVarietiesShareTheSpanAndTheLastBarHasAllOthers
   const int whole = Shares().width() - 16;
   EXPECT_EQ(Shares().Bar(0).width(), whole * 4 / 11);
   EXPECT_EQ(Shares().Bar(3).width(), whole * 2 / 11);
+}
+
+// 12.5 and 87.5 per cent.
+TEST_F(ReportPicturesOnScreen, AShareOfExactlyOneHalfGoesToTheEvenNumberAsInTheStatistics) {
+  for (int play = 0; play < 7; ++play) Add({.variety = "A"});
+  Add({.variety = "B"});
+  OpenWindow();
+  const auto tipOf = [&](size_t bar) {
+    const QPoint place = Shares().Bar(bar).center();
+    QHelpEvent asked(QEvent::ToolTip, place, Shares().mapToGlobal(place));
+    QApplication::sendEvent(&Shares(), &asked);
+    return QToolTip::text().toStdString();
+  };
+  EXPECT_EQ(tipOf(0), "A  7 (88 %)");
+  EXPECT_EQ(tipOf(1), "B  1 (12 %)");
 }
 
 TEST_F(ReportPicturesOnScreen, InANarrowWindowTheyStandInPlaceOfTheLists) {

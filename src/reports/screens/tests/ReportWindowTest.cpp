@@ -60,6 +60,25 @@ TEST_F(ReportOnScreen, TheDaysOfTheSpanComeFromTheCalendarAndTheRightButtonTakes
   EXPECT_EQ(Text("LblDateFin"), "");
 }
 
+TEST_F(ReportOnScreen, TheCalendarOpensOnTodayWhateverTheSpanIs) {
+  OpenWindow();
+  Click("CmdCalend");
+  PickInCalendar(2026, 11, 2);
+  Click("BtnDateFin");
+  PickInCalendar(2026, 11, 3);
+  for (const char* button : {"CmdCalend", "BtnDateFin"}) {
+    Click(button);
+    EXPECT_EQ(DayOfCalendarIn(*window), QDate(2026, 11, 21)) << button;
+  }
+}
+
+TEST_F(ReportOnScreen, InAnUnknownLanguageItsWordsAreFrench) {
+  on.Set("Langue", "4");
+  OpenWindow();
+  EXPECT_EQ(window->windowTitle(), "Rapport et statistiques");
+  EXPECT_EQ(Text("BtnStats"), "Statistiques");
+}
+
 TEST_F(ReportOnScreen, TheFiltersNarrowTheListAsOneTypes) {
   AddSongs();
   OpenWindow();

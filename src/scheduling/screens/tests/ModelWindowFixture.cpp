@@ -58,6 +58,11 @@ std::string ModelWindowTest::Cell(const char* grid, int row, int column) {
   return Find<ModelGridView>(grid)->IndexOf({row, column}).data().toString().toStdString();
 }
 
+std::string ModelWindowTest::Head(const char* grid, int column, int role) {
+  const QAbstractItemModel& model = *Find<ModelGridView>(grid)->model();
+  return model.headerData(column, Qt::Horizontal, role).toString().toStdString();
+}
+
 Texts ModelWindowTest::Row(const char* table, int row) {
   Texts cells;
   auto* shown = Find<QTableWidget>(table);

@@ -57,6 +57,7 @@ class ModelWindowTest : public testing::Test {
   // Takes an entry of the open pop-up by the keys.
   void Choose(const char* menu, const std::string& entry);
   std::string Cell(const char* grid, int row, int column);
+  std::string Head(const char* grid, int column, int role = Qt::DisplayRole);
   Texts Row(const char* table, int row);  // of a table of figures
   std::string Text(const char* label);
 

@@ -136,6 +136,37 @@ TEST_F(ModelWindowTest, AnotherOpeningSpeaksTheLanguageOfTheMoment) {
   EXPECT_EQ(Find<QPushButton>("JourSemaine_4")->text(), "Thursday");
 }
 
+TEST_F(ModelWindowTest, ALanguageSetMeanwhileShowsInTheNextWindow) {
+  Open();
+  s.SetCnf("Langue", 1);
+  Click("JourSemaine_2");
+  EXPECT_EQ(Window().windowTitle(), "Model en %");
+  EXPECT_EQ(Head("Models", 0), "Genres");
+}
+
+TEST_F(ModelWindowTest, InsertWorksWhereTheCursorStandsAfterADayWithFewerRows) {
+  for (const char* genre : {"POP", "ROCK", "JAZZ"}) s.Model(kSaturday, genre, 30);
+  s.Model(1, "POP", 40);
+  Open();
+  QWidget* grid = Find("Models");
+  for (int row = 0; row < 3; ++row) Key(grid, Qt::Key_Down);  // the row of totals
+  Click("JourSemaine_1");
+  ASSERT_EQ(Cell("Models", 2, 0), "Total %");
+  grid->setFocus();
+  Key(grid, Qt::Key_Insert);
+  EXPECT_EQ(Cell("Models", 2, 0), "");
+  EXPECT_EQ(Cell("Models", 3, 0), "Total %");
+  Click("JourSemaine_6");
+}
+
+TEST_F(ModelWindowTest, AnHoursHeadTellsTheHourAtLength) {
+  Open();
+  EXPECT_EQ(Head("Models", 1, Qt::ToolTipRole), "de 00h à 01h");
+  EXPECT_EQ(Head("Models", 24, Qt::ToolTipRole), "de 23h à 24h");
+  EXPECT_EQ(Head("Models", 0, Qt::ToolTipRole), "");
+  EXPECT_EQ(Head("ModelSquelette", 9, Qt::ToolTipRole), "de 09h à 10h");
+}
+
 TEST_F(ModelWindowTest, TheWeekIsExportedToTheFileOfTheDialogue) {
   Open();
   Click("MnuExport");

@@ -157,6 +157,19 @@ TEST_F(SettingsWindowTest, MarkerTimesAreAddedRebuiltAndSaved) {
   EXPECT_EQ(Notes(), Texts{"De 0 à 59"});
 }
 
+TEST_F(SettingsWindowTest, AFullListOfMarkerTimesTakesMoreByItsButtonAlone) {
+  Open();
+  Tab(kStart);
+  screen.Topage.assign(Settings::kMostTopage, "12:00");
+  Type("ChEdit", "12:30", true);
+  EXPECT_EQ(screen.Topage.size(), Settings::kMostTopage);
+  EXPECT_EQ(Notes().size(), 1U);
+  Click("BtnAjouter");
+  EXPECT_EQ(screen.Topage.size(), Settings::kMostTopage + 1);
+  EXPECT_EQ(screen.Topage.back(), "12:30");
+  EXPECT_EQ(Notes(), Texts{});
+}
+
 TEST_F(SettingsWindowTest, HoursOfInstrumentalsAreTickedByMouseAndBySpace) {
   Open();
   Tab(kOptimisation);
@@ -196,7 +209,9 @@ TEST_F(SettingsWindowTest, PortsAndTheJoystickAnswerAtOnce) {
   EXPECT_TRUE(on.automaton.IsOpen());
   EXPECT_EQ(Text("InfoERR"), "Open, 4800,N,8,1");
   Choose("ComboJoystiquePort", 1);
-  EXPECT_EQ(Text("LblJoystique"), "yes");
+  EXPECT_EQ(Text("LblJoystique"), "Yes");
+  Choose("ComboJoystiquePort", 0);
+  EXPECT_EQ(Text("LblJoystique"), "No");
   Click("PortCom_0");
   EXPECT_FALSE(on.automaton.IsOpen());
   EXPECT_EQ(Text("InfoERR"), "The port is closed");

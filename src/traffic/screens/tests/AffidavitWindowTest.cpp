@@ -96,6 +96,17 @@ TEST_F(AffidavitOnScreen, TellsWhatBecameOfEachCrossOfTheAdvertiser) {
   EXPECT_EQ(model.index(1, 0).data(Qt::ForegroundRole).value<QColor>(), Theme::kNote);
 }
 
+TEST_F(AffidavitOnScreen, ALanguageSetMeanwhileShowsInTheNextWindow) {
+  Open();
+  on.Set("Langue", "1");
+  MakeFor("Bakery");
+  EXPECT_EQ(Text("LblTotaux"), "Bakery - 4 croix, 1 diffusées, 2 manquées, 1 à venir");
+  EXPECT_EQ(Column(DiffCol::kState)[0], "diffusé");
+  Open();
+  MakeFor("Bakery");
+  EXPECT_EQ(Column(DiffCol::kState)[0], "aired");
+}
+
 TEST_F(AffidavitOnScreen, TheSpanComesFromTheCalendar) {
   Open();
   Click("CmdCalend");

@@ -29,6 +29,14 @@ class CampaignScreen : public CampaignScreenTest {
   void PickInCalendar(int year, int month, int day) { PickDayIn(*window, year, month, day); }
 };
 
+TEST_F(CampaignScreen, InAnUnknownLanguageItsWordsAreFrench) {
+  on.Set("Langue", "4");
+  AddCampaigns();
+  Open();
+  EXPECT_EQ(window->windowTitle(), "Horaires des pubs");
+  EXPECT_EQ(Text("BtnNew"), "Nouvelle");
+}
+
 TEST_F(CampaignScreen, OpensOnTheLastCampaignInOrderOfPassage) {
   AddCampaigns();
   Open();
@@ -145,6 +153,17 @@ TEST_F(CampaignScreen, HoursAndMarksWaitForTheGridToBeBuiltAnew) {
   Type("DecoupagePub_0", "77");
   Click("CmdInitGrille");
   EXPECT_EQ(on.LastMessage(), "Il n'y a pas de minute 77 (0 - 59)");
+}
+
+TEST_F(CampaignScreen, ACampaignWithoutDatesSaysSoInTheLanguage) {
+  on.Set("Langue", "3");
+  AddCampaigns();
+  Open();
+  Click("BtnDebut");
+  EXPECT_EQ(Text("LblDepartPub"), "TODOS LOS DÍAS");
+  EXPECT_EQ(window->Editor().LblDepartPub, "JOURNALIER");
+  Click("BtnRecherhe");
+  EXPECT_EQ(OverviewColumn(2), (std::vector<std::string>{"TODOS LOS DÍAS", "21/11/2026"}));
 }
 
 TEST_F(CampaignScreen, TheOverviewIsSortedAndALineChosenByMouseOrReturn) {
