@@ -37,7 +37,7 @@ TEST_F(VoiceTrackWindowTest, TheElementsAroundTheTrackAreShown) {
   EXPECT_EQ(Text("FileApres"), on.station.PL.Row(2).file);
   EXPECT_EQ(Text("Intro"), "Intro = 12");
   EXPECT_EQ(Text("LblIntro"), "12");
-  EXPECT_EQ(Text("Diffusion"), "Broadcasting at 12 h 02 ' 55");
+  EXPECT_EQ(Text("Diffusion"), "Diffusion à 12 h 02 ' 55");
   EXPECT_EQ(Text("LblCodeVT"), "1");
   EXPECT_EQ(Text("LblARemplir"), "0:12.0");
   EXPECT_EQ(Text("LblDecompte"), "–");
