@@ -100,7 +100,7 @@ QPushButton* VoiceTrackWindow::Button(const char* name, const QKeySequence& keys
   made->setFocusPolicy(Qt::TabFocus);
   // At once: its own shortcut would show it pressed for a tenth of a second first.
   connect(new QShortcut(keys, this), &QShortcut::activated, made, [made] { made->click(); });
-  made->setProperty("keys", keys.toString(QKeySequence::NativeText));
+  made->setProperty("keys", keys.toString(QKeySequence::PortableText));
   const QString tip = Texts().Word(std::string(name) + ".Tip");
   SetTip(*made, tip.isEmpty() ? made->text() : tip);
   connect(made, &QPushButton::clicked, this,
