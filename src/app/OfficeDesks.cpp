@@ -65,7 +65,8 @@ OfficeDesks::OfficeDesks(RealStation& real, const RunFolders& folders, Waveforms
       models_(real.station, {&spreadsheets_, &dayForecast_}),
       affidavit_(real.station, SourcesOfAffidavit(spreadsheets_)),
       report_(real.station, SourcesOfReport(spreadsheets_, affidavit_)),
-      settings_(real.station, {.devices = &real.devices, .chooseFiles = SelectorOf(library_)}) {}
+      settings_(real.station, {.devices = &real.devices, .chooseFiles = SelectorOf(library_)}),
+      voiceTracks_(real.station, {&waveforms}) {}
 
 void OfficeDesks::OfferTo(ScreenSources& sources, std::function<QWidget*()> mainScreen) {
   sources.openLibrary = [this] { library_.Open(); };
@@ -74,6 +75,9 @@ void OfficeDesks::OfferTo(ScreenSources& sources, std::function<QWidget*()> main
   sources.openReport = [this] { report_.Open(); };
   sources.openSettings = [this] { settings_.Open(); };
   sources.openMusicCard = [this](int32_t code) { library_.OpenOnCard(code); };
+  sources.openVoiceTrack = [this, mainScreen](int64_t key) {
+    voiceTracks_.Open(*mainScreen(), key);
+  };
   sources.openSelector = [this, mainScreen = std::move(mainScreen)](const std::string& path) {
     library_.OpenSelector(*mainScreen(), path);
   };
@@ -82,11 +86,13 @@ void OfficeDesks::OfferTo(ScreenSources& sources, std::function<QWidget*()> main
 
 bool OfficeDesks::Leave() {
   if (!models_.Leave()) return false;  // which may ask
+  const bool voiceTracksLeft = voiceTracks_.Leave();
   const bool settingsLeft = settings_.Leave();
   const bool campaignsLeft = campaigns_.Leave();
   const bool affidavitLeft = affidavit_.Leave();
   const bool reportLeft = report_.Leave();
-  return library_.Leave() && campaignsLeft && affidavitLeft && reportLeft && settingsLeft;
+  return library_.Leave() && campaignsLeft && affidavitLeft && reportLeft && settingsLeft &&
+         voiceTracksLeft;
 }
 
 }  // namespace zemo

@@ -15,6 +15,7 @@
 #include "settings/screens/SettingsDesk.h"
 #include "traffic/screens/AffidavitDesk.h"
 #include "traffic/screens/CampaignDesk.h"
+#include "voicetrack/screens/VoiceTrackDesk.h"
 
 namespace zemo {
 
@@ -28,7 +29,8 @@ class OfficeDesks {
  public:
   OfficeDesks(RealStation& real, const RunFolders& folders, Waveforms& waveforms);
 
-  // The main screen's window, over which the selector opens, is asked for at each opening.
+  // The main screen's window, over which the selector and the voice tracks open, is asked for at
+  // each opening.
   void OfferTo(ScreenSources& sources, std::function<QWidget*()> mainScreen);
   // Ahead of the station's end. False while one of them may not be left; the others are left.
   bool Leave();
@@ -47,6 +49,7 @@ class OfficeDesks {
   AffidavitDesk affidavit_;
   ReportDesk report_;
   SettingsDesk settings_;
+  VoiceTrackDesk voiceTracks_;
 };
 
 }  // namespace zemo

@@ -14,8 +14,7 @@ namespace zemo {
 namespace {
 
 constexpr int32_t kMostMs = std::numeric_limits<int32_t>::max();
-constexpr int32_t kMostDevice = 255, kMostPreRollSec = 600;
-constexpr int32_t kLeastLufs = -40, kMostLufs = -5;
+constexpr int32_t kMostDevice = 255;
 
 // Puts the controls of the screen together.
 class VoiceTrackTable {
@@ -155,8 +154,9 @@ void VoiceTrackTable::AddJoin() {
 }
 
 void VoiceTrackTable::AddMachine() {
-  Add(Slider("SpinPreRoll", editor_.SpinPreRoll, 0, kMostPreRollSec));
-  Add(Slider("LevelNormalize", editor_.LevelNormalize, kLeastLufs, kMostLufs));
+  Add(Slider("SpinPreRoll", editor_.SpinPreRoll, 0, VoiceTracks::kMostPreRollSec));
+  Add(Slider("LevelNormalize", editor_.LevelNormalize, VoiceTracks::kLeastLufs,
+             VoiceTracks::kMostLufs));
   Add(Slider("VoiceTrackInputID", editor_.VoiceTrackInputID, 0, kMostDevice)).put =
       [&station = station_, &editor = editor_](int, const std::string& text) {
         VoiceTracks::VoiceTrackInputID_Change(station, editor, NumberBetween(text, 0, kMostDevice));

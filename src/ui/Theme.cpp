@@ -89,9 +89,12 @@ QString StyleSheet(double unit, bool gradients) {
     * { color: %INK; }
     QMenu, QToolTip, QDialog, QDialog QWidget, QComboBox QAbstractItemView, QPushButton, QToolButton,
     QComboBox, QLineEdit, QCheckBox, QRadioButton, QTabBar, #CadreRech QLabel, #CadrePL QLabel,
-    #FrmDiscotheque QLabel, #FrmPub QLabel, #FrmRapport QLabel, #FrmAttestation QLabel, #FrmConfig QLabel, #FrmConfig QSpinBox, #FrmConfig QListWidget {
+    #FrmDiscotheque QLabel, #FrmPub QLabel, #FrmRapport QLabel, #FrmAttestation QLabel, #FrmConfig QLabel, #FrmConfig QSpinBox, #FrmConfig QListWidget,
+    #FrmVoiceTrack QLabel, #FrmVoiceTrack QSpinBox {
       font-family: "%FAMILY"; font-size: %TEXTpx; }
-    #FrmDiscotheque QLabel[small="true"], #FrmPub QLabel[small="true"], #FrameAutorisation QRadioButton { font-size: %HEADpx; }
+    #FrmDiscotheque QLabel[small="true"], #FrmPub QLabel[small="true"], #FrmVoiceTrack QLabel[small="true"], #FrameAutorisation QRadioButton { font-size: %HEADpx; }
+    #FrmVoiceTrack QLabel[figure="true"] { font-size: %FIGUREpx; font-weight: bold; }
+    #FrmVoiceTrack #BtnRecord:enabled { border: 1px solid %ONAIR; }
     #CmdStop { font-size: %NEXTpx; font-weight: bold; }
     QMainWindow, QDialog, QMenuBar { background: %GROUND; }
     QDialog { border: 1px solid %LINE; }
@@ -186,6 +189,8 @@ QString StyleSheet(double unit, bool gradients) {
       {"%FOCUS", kFocus.name()},
       {"%FACE", raised},
       {"%HEAD", QString::number(Type(unit, kTableHeadPixels).pixelSize())},
+      {"%FIGURE", QString::number(Type(unit, kFigurePixels).pixelSize())},
+      {"%ONAIR", kOnAir.name()},
       {"%NEXT", QString::number(text + 2)},
       {"%GOOD", kGood.name()},
       {"%VPAD", QString::number(Px(unit, 4))},

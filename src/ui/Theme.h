@@ -46,6 +46,7 @@ double UnitFor(const QSize& window);
 int Px(double unit, double pixels);  // to the nearest, at least 1
 
 inline constexpr double kTableHeadPixels = 13;  // type of a table's heads
+inline constexpr double kFigurePixels = 36;     // of what is read from afar
 
 // Digits of one width.
 QFont Type(double unit, double pixels, bool bold = false);

@@ -21,7 +21,17 @@ struct JoinProgress {
   bool on = false;
   bool beforeFaded = false, afterStarted = false, trackStarted = false;
   bool trackEnded = false;                // and its neighbours have their volume again
+  int32_t recordAtMs = -1;                // of the join, where a retake begins; -1: none waits
   std::array<std::string, kSlots> files;  // stored paths
+};
+
+// The track as it is stored, or as it stands.
+struct TrackState {
+  std::string file;
+  int32_t positionMs = 0, exitMs = 0;
+  bool cut = false;
+  int takes = 0;  // recordings, and changes of the level, in this file
+  bool operator==(const TrackState&) const = default;
 };
 
 // Thread: the logic's. Owner: the window, a script or a test; it outlives every routine that works
@@ -70,14 +80,17 @@ struct VoiceTrackEditor {
        CheckTestEnabled = false, BtnUndoNormalizeEnabled = false;
   std::unique_ptr<LoopTimer> TimerVT;
 
-  int32_t beforeLengthMs = 0;
+  int32_t beforeLengthMs = 0, afterLengthMs = 0;
   int32_t trackLengthMs = 0;   // slot 3
-  TrackNeighbours madeFor;     // that the presenter speaks between
+  TrackNeighbours madeFor;     // the neighbours that the presenter speaks between
   int64_t beforeKey = 0;       // of the element before in PL; 0: there is none
   int64_t rowKey = 0;          // of the track's own row; 0: it has none yet
   std::string fileBefore;      // FileVoiceTrack before what is recorded
   bool silenceLogged = false;  // of this recording
   std::string untouchedFile;   // FileVoiceTrack before its level was changed; empty: it was not
+  TrackState stored;
+  int takes = 0;          // see TrackState
+  int32_t takeAtMs = -1;  // of the join, where the last recording began; -1: it was not heard
   JoinProgress join;
   std::unique_ptr<SoundObserver> joinEvents;  // tells what the preview's slots do
 };

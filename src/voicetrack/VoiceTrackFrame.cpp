@@ -33,11 +33,13 @@ void TakeBefore(Station& station, VoiceTrackEditor& editor, const OnAirRow* row)
 }
 
 // The planned begin is that of the element after; at the list's end that of the track's place.
-void TakeAfter(VoiceTrackEditor& editor, const OnAirRow* row, const OnAirRow* before) {
+void TakeAfter(Station& station, VoiceTrackEditor& editor, const OnAirRow* row,
+               const OnAirRow* before) {
   std::optional<double> plannedMs;
   if (before && before->plannedMs) plannedMs = *before->plannedMs + before->AirMs();
   if (row) {
     editor.FileApres = row->file;
+    editor.afterLengthMs = station.platform.lengths.LengthMs(row->file);
     editor.Apres = TitleOf(*row);
     editor.LblIntro = static_cast<int32_t>(row->introSec.value_or(0));
     editor.Intro = "Intro = " + std::to_string(editor.LblIntro);
@@ -93,6 +95,15 @@ void VoiceTracks::Tell(Station& station, const char* text) {
   station.platform.messages.Show("Alerte", text, Buttons::kOk);
 }
 
+TrackState VoiceTracks::StateOf(const VoiceTrackEditor& editor) {
+  return {editor.FileVoiceTrack, editor.LblPositionVT, editor.PointSortie, editor.CheckCut,
+          editor.takes};
+}
+
+bool VoiceTracks::IsUnsaved(const VoiceTrackEditor& editor) {
+  return editor.open && !Trim(editor.FileVoiceTrack).empty() && StateOf(editor) != editor.stored;
+}
+
 void VoiceTracks::Open(Station& station, VoiceTrackEditor& editor, int row) {
   if (editor.open) Form_Unload(station, editor);
   const OnAirRow* chosen = RowAt(station, row);
@@ -104,11 +115,12 @@ void VoiceTracks::Open(Station& station, VoiceTrackEditor& editor, int row) {
     const OnAirRow* before = isTrack ? RowAt(station, row - 1) : chosen;
     TakeBefore(station, editor, before);
     const OnAirRow* after = RowAt(station, row + 1);
-    TakeAfter(editor, after, before);
+    TakeAfter(station, editor, after, before);
     editor.madeFor = NeighboursOf(before, after);
     if (isTrack) editor.rowKey = chosen->key;
     if (!isTrack || !TakeRecord(station, editor, chosen->voiceTrack)) AddRecord(station, editor);
     TakeTrackFile(station, editor);
+    editor.stored = StateOf(editor);
     editor.open = true;
   });
   if (editor.open) OpenDevices(station, editor);

@@ -20,6 +20,7 @@
 #include "station/Loudness.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "voicetrack/JoinPlan.h"
 #include "voicetrack/VoiceTrackParts.h"
 #include "voicetrack/VoiceTrackScreen.h"
 
@@ -103,10 +104,11 @@ void FadeBefore(Station& station, VoiceTrackEditor& editor) {
   station.platform.preview->Sound().FadeOut(kBefore, Setting(station, Cnf::kFadeOut));
 }
 
-void StartTrack(Station& station, VoiceTrackEditor& editor, int volume) {
+void StartTrack(Station& station, VoiceTrackEditor& editor, int volume, int32_t fromMs = 0) {
   if (editor.join.trackStarted || !TrackTakesPart(station, editor)) return;
   editor.join.trackStarted = true;
   LoadJoinSlot(station, editor, kTrack, editor.FileVoiceTrack, volume);
+  if (fromMs > 0) station.platform.preview->Sound().SetPosition(kTrack, fromMs);
   StartJoinSlot(station, editor, kTrack);
 }
 
@@ -169,6 +171,11 @@ void ServeJoin(Station& station, VoiceTrackEditor& editor) {
   RestoreVolumes(station, editor);
 }
 
+bool RetakeBegins(const Station& station, const VoiceTrackEditor& editor) {
+  const int32_t atMs = editor.join.recordAtMs;
+  return atMs >= 0 && VoiceTracks::HeardAtMs(station, editor).value_or(-1) >= atMs;
+}
+
 bool TakeJoinOutput(Station& station, VoiceTrackEditor& editor) {
   try {
     station.platform.preview->UseDevice(editor.VoiceTrackOututID);
@@ -183,7 +190,31 @@ bool TakeJoinOutput(Station& station, VoiceTrackEditor& editor) {
   }
 }
 
-void BeginJoin(Station& station, VoiceTrackEditor& editor) {
+// The track as far as it would have come by then.
+void JoinTrackAt(Station& station, VoiceTrackEditor& editor, const JoinPlan& plan, int32_t ms) {
+  if (ms <= plan.trackFromMs || !TrackTakesPart(station, editor)) return;
+  if (ms >= plan.trackToMs) {
+    editor.join.trackStarted = editor.join.trackEnded = true;
+    return;
+  }
+  StartTrack(station, editor,
+             Setting(station, plan.ducks ? Cnf::kVolumeMusiqueSurImpression : Cnf::kVolumeMusique),
+             ms - plan.trackFromMs);
+}
+
+// The element before is not heard any more.
+void JoinBehindExit(Station& station, VoiceTrackEditor& editor, const JoinPlan& plan, int32_t ms) {
+  SoundChain& sound = station.platform.preview->Sound();
+  editor.join.beforeFaded = true;
+  if (editor.CheckCut && (!editor.join.trackStarted || ms < plan.afterFromMs)) return;
+  sound.SetPosition(kAfter, std::max(0, ms - plan.afterFromMs));
+  const bool ducked = plan.ducks && !sound.ChannelDone(kTrack);
+  StartAfter(station, editor,
+             Setting(station, ducked ? Cnf::kVolumeMusiqueSous : Cnf::kVolumeMusique));
+  if (!editor.CheckCut) editor.join.trackStarted = true;  // none begins behind the exit point
+}
+
+void BeginJoin(Station& station, VoiceTrackEditor& editor, int32_t ms) {
   SoundChain& sound = station.platform.preview->Sound();
   VoiceTracks::EndJoin(station, editor);
   if (editor.FileAvant.empty() || !TakeJoinOutput(station, editor)) return;
@@ -191,11 +222,19 @@ void BeginJoin(Station& station, VoiceTrackEditor& editor) {
   sound.SetObserver(editor.joinEvents.get());
   const int music = Setting(station, Cnf::kVolumeMusique);
   LoadJoinSlot(station, editor, kBefore, editor.FileAvant, music);
-  sound.SetPosition(kBefore, std::max(0, ExitOfBefore(editor) - editor.SpinPreRoll * 1000));
   if (station.platform.soundFiles.Exists(editor.FileApres))
     LoadJoinSlot(station, editor, kAfter, editor.FileApres, music);
   editor.join.on = true;
-  StartJoinSlot(station, editor, kBefore);
+  const JoinPlan plan = PlanOf(editor, 0);
+  sound.SetPosition(kBefore, std::min(ms, plan.exitMs));
+  JoinTrackAt(station, editor, plan, ms);
+  if (ms < plan.exitMs || ms == 0) {
+    if (!sound.ChannelDone(kTrack))
+      sound.SetVolume(kBefore, Setting(station, Cnf::kVolumeMusiqueSous));
+    StartJoinSlot(station, editor, kBefore);
+  } else {
+    JoinBehindExit(station, editor, plan, ms);
+  }
   VoiceTracks::RunTimer(station, editor);
 }
 
@@ -239,9 +278,13 @@ void VoiceTracks::CheckTest_Click(Station& station, VoiceTrackEditor& editor, bo
 }
 
 void VoiceTracks::BtnPplay2_Click(Station& station, VoiceTrackEditor& editor) {
+  PlayJoinFrom(station, editor, ExitOfBefore(editor) - editor.SpinPreRoll * 1000);
+}
+
+void VoiceTracks::PlayJoinFrom(Station& station, VoiceTrackEditor& editor, int32_t ms) {
   if (editor.GaugeVisible) return;
   HandleControl(station, "BtnPplay2", [&] {
-    if (station.platform.preview) BeginJoin(station, editor);
+    if (station.platform.preview) BeginJoin(station, editor, std::max(0, ms));
   });
 }
 
@@ -255,6 +298,7 @@ void VoiceTracks::TimerVT_Timer(Station& station, VoiceTrackEditor& editor) {
     if (recording) editor.LblTimeVT = FormatDuration(station.platform.recorder->RecordedMs());
     if (editor.join.on) ServeJoin(station, editor);
     ShowLevels(station, editor);
+    if (RetakeBegins(station, editor)) return BtnRecord_Click(station, editor);
     if (!recording && !editor.join.on) editor.TimerVT->SetEnabled(false);
   });
 }

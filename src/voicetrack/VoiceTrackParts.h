@@ -44,6 +44,8 @@ void FreeTrackSlot(Station& station, VoiceTrackEditor& editor);
 int32_t JoinPositionMs(const Station& station);  // of the element before
 void EndJoin(Station& station, VoiceTrackEditor& editor);
 
+TrackState StateOf(const VoiceTrackEditor& editor);
+
 void Tell(Station& station, const char* text);  // a box titled "Alerte"
 
 }  // namespace VoiceTracks

@@ -96,6 +96,7 @@ void VoiceTracks::BtnSave_Click(Station& station, VoiceTrackEditor& editor) {
     WriteRecord(station, editor);
     WriteRow(station, editor, place);
     StoreNeighbours(station.base, editor.LblCodeVT, editor.madeFor);
+    editor.stored = StateOf(editor);
   });
 }
 

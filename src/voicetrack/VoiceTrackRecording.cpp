@@ -1,4 +1,5 @@
 // The track's file: recorded, chosen, played by itself, edited, brought to a level.
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -12,6 +13,7 @@
 #include "platform/SoundSource.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "voicetrack/JoinPlan.h"
 #include "voicetrack/VoiceTrackParts.h"
 #include "voicetrack/VoiceTrackScreen.h"
 
@@ -49,10 +51,12 @@ void PlaceByVoice(VoiceTrackEditor& editor, int32_t heardMs) {
 void TakeEndOfRecording(Station& station, VoiceTrackEditor& editor) {
   const Recorder& recorder = *station.platform.recorder;
   station.events.Record("stop", editor.FileVoiceTrack, recorder.RecordedMs());
-  if (recorder.HasFile())
+  if (recorder.HasFile()) {
     VoiceTracks::ForgetUntouched(station, editor);
-  else
+    ++editor.takes;
+  } else {
     editor.FileVoiceTrack = editor.fileBefore;
+  }
   VoiceTracks::TakeTrackFile(station, editor);
 }
 
@@ -107,6 +111,7 @@ bool BringToLevel(Station& station, VoiceTrackEditor& editor) {
     return false;
   if (!IsOpenOn(editor, code)) return true;
   editor.FileVoiceTrack = VoiceTracks::PathInFolder(station, name);
+  ++editor.takes;
   return true;
 }
 
@@ -159,6 +164,8 @@ void VoiceTracks::BtnRecord_Click(Station& station, VoiceTrackEditor& editor) {
     editor.CheckTest = false;
     FreeTrackSlot(station, editor);
     BeginRecording(station, editor);
+    editor.join.recordAtMs = -1;
+    editor.takeAtMs = HeardAtMs(station, editor).value_or(-1);
     if (editor.join.on) PlaceByVoice(editor, JoinPositionMs(station));
     SetTrackButtons(editor, true);
     RunTimer(station, editor);
@@ -166,7 +173,24 @@ void VoiceTracks::BtnRecord_Click(Station& station, VoiceTrackEditor& editor) {
 }
 
 void VoiceTracks::BtnStop_Click(Station& station, VoiceTrackEditor& editor) {
-  HandleControl(station, "BtnStop", [&] { StopTrack(station, editor); });
+  HandleControl(station, "BtnStop", [&] {
+    editor.join.recordAtMs = -1;
+    StopTrack(station, editor);
+  });
+}
+
+void VoiceTracks::BtnReprise_Click(Station& station, VoiceTrackEditor& editor) {
+  if (editor.GaugeVisible) return;
+  if (editor.takeAtMs < 0) return BtnRecord_Click(station, editor);
+  HandleControl(station, "BtnReprise", [&] {
+    const int32_t code = editor.LblCodeVT;
+    StopTrack(station, editor);
+    if (!IsOpenOn(editor, code)) return;  // by what came while it ended
+    editor.CheckTest = false;
+    const int32_t from = std::min(ExitOfBefore(editor), editor.takeAtMs);
+    PlayJoinFrom(station, editor, from - editor.SpinPreRoll * 1000);
+    if (editor.join.on) editor.join.recordAtMs = editor.takeAtMs;
+  });
 }
 
 void VoiceTracks::BtnPlay1_Click(Station& station, VoiceTrackEditor& editor) {
@@ -248,6 +272,7 @@ void VoiceTracks::BtnUndoNormalize_Click(Station& station, VoiceTrackEditor& edi
       editor.FileVoiceTrack = untouched;
       folder.Remove(name);
     }
+    ++editor.takes;
     TakeTrackFile(station, editor);
   });
 }

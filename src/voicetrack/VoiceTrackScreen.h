@@ -24,14 +24,21 @@ inline constexpr const char* kNoPlace =
     "L'élément précédent n'est plus dans la liste :\r\nle Voice Track n'est pas enregistré";
 inline constexpr const char* kNoEditor = "Choisissez d'abord un éditeur audio";
 inline constexpr const char* kNoMixer = "Cette machine n'a pas de table de mixage";
+inline constexpr const char* kAskSave = "Le Voice Track n'est pas sauvé. Le sauver ?";
 inline constexpr const char* kNotMeasured = "La latence n'a pas pu être mesurée :\r\n";
 inline constexpr const char* kRecordingEnded = "L'enregistrement s'est arrêté";
+
+// What the fields of the machine's values take.
+inline constexpr int32_t kMostPreRollSec = 600;
+inline constexpr int32_t kLeastLufs = -40, kMostLufs = -5;
 
 // --- opening and closing ---
 // On that row of PL (from 1), a voice track or the element that one is to follow; what was open is
 // closed first. Nothing where there is no such row.
 void Open(Station& station, VoiceTrackEditor& editor, int row);
 void Form_Unload(Station& station, VoiceTrackEditor& editor);
+// There is a track that BtnSave would store otherwise than it is stored.
+bool IsUnsaved(const VoiceTrackEditor& editor);
 
 // --- the devices, by their numbers from 0 ---
 void VoiceTrackInputID_Change(Station& station, VoiceTrackEditor& editor, int32_t number);
@@ -45,6 +52,9 @@ void ShowLevels(Station& station, VoiceTrackEditor& editor);
 // --- the track ---
 void BtnRecord_Click(Station& station, VoiceTrackEditor& editor);
 void BtnStop_Click(Station& station, VoiceTrackEditor& editor);
+// Once more: what is recorded goes, and the recording begins where it began in the join, which is
+// heard from SpinPreRoll ahead of there; without a join at once.
+void BtnReprise_Click(Station& station, VoiceTrackEditor& editor);
 void BtnPlay1_Click(Station& station, VoiceTrackEditor& editor);
 void BntLoadVT_Click(Station& station, VoiceTrackEditor& editor, const std::string& file);
 void BtnEditVT_Click(Station& station, VoiceTrackEditor& editor);
@@ -64,6 +74,8 @@ void BtnSave_Click(Station& station, VoiceTrackEditor& editor);
 // --- the join ---
 void CheckTest_Click(Station& station, VoiceTrackEditor& editor, bool ticked);
 void BtnPplay2_Click(Station& station, VoiceTrackEditor& editor);
+// The join from there on, ms of the element before: all that would be heard by then is under way.
+void PlayJoinFrom(Station& station, VoiceTrackEditor& editor, int32_t ms);
 void BtnStop2_Click(Station& station, VoiceTrackEditor& editor);
 void TimerVT_Timer(Station& station, VoiceTrackEditor& editor);
 

@@ -26,7 +26,7 @@
 #include "traffic/screens/AffidavitWindow.h"
 #include "traffic/screens/CampaignWindow.h"
 #include "ui/CalendarWindow.h"
-#include "voicetrack/VoiceTrackTexts.h"
+#include "voicetrack/screens/VoiceTrackWindow.h"
 
 namespace zemo::test {
 namespace {
@@ -74,16 +74,6 @@ TEST(Glossary, TellsEveryColumnOfEveryTable) {
     EXPECT_TRUE(!section.starts_with("Table ") || tables.contains(section)) << section;
 }
 
-TEST(Glossary, TellsEveryControlOfTheVoiceTrackEditor) {
-  Names present = Controls("voicetrack/VoiceTrackEditor.h", "VoiceTrackEditor");
-  for (const Word& caption : VoiceTrackCaptions()) {
-    const std::string name = caption.name;
-    if (name != "title" && !name.starts_with("For."))
-      present.insert(name.substr(0, name.find('.')));
-  }
-  ExpectSame("Voice track editor", Glossary()["Voice track editor"], present);
-}
-
 struct NoForecast : ForecastSource {
   std::vector<ForecastLine> lines;
   std::string fault;
@@ -121,6 +111,14 @@ TEST_F(GlossaryOfScreens, TellsEveryControlOfTheOnAirScreenAndItsDialogues) {
   AddNamesOf(ForecastWindow(on.station, forecast, 0, nullptr), present);
   AddNamesOf(SkeletonWindow(on.station, 0, 8, nullptr), present);
   ExpectSame("On-air screen", Glossary()["On-air screen"], present);
+}
+
+TEST_F(GlossaryOfScreens, TellsEveryControlOfTheVoiceTrackEditor) {
+  Loaded();
+  Names present = Controls("voicetrack/VoiceTrackEditor.h", "VoiceTrackEditor");
+  QWidget over;
+  AddNamesOf(VoiceTrackWindow(on.station, {}, over), present);
+  ExpectSame("Voice track editor", Glossary()["Voice track editor"], present);
 }
 
 TEST_F(GlossaryOfScreens, TellsEveryControlOfTheModelEditor) {

@@ -48,6 +48,7 @@
 #include "ui/SaveDialogue.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
+#include "voicetrack/screens/VoiceTrackWindow.h"
 
 namespace zemo::test {
 
@@ -244,6 +245,7 @@ void EveryScreen::Walk(int width, int height, const Visit& visit) {
   WalkModels();
   WalkSettings();
   WalkReport();
+  WalkVoiceTracks();
   WalkBoxes();
   WalkQtsDialogues();
   WalkQtsMenus();
@@ -478,6 +480,27 @@ void EveryScreen::WalkReport() {
 }
 
 // --- boxes, and what is Qt's ---
+
+void EveryScreen::WalkVoiceTracks() {
+  QWidget over;
+  VoiceTrackWindow window(on_.station, {}, over);
+  Size(window);
+  window.Open(on_.station.PL.Row(1).key);
+  Size(window);
+  Look("voice tracks", window);
+  on_.recorder.gives = false;
+  Click(window, "BtnRecord");
+  on_.RunUntil(on_.loop.MonotonicMs() + 2500);
+  window.Refresh();
+  Look("voice tracks, recording", window);
+  Click(window, "BtnStop");
+  Click(window, "CheckCut");
+  Look("voice tracks, cut", window);
+  Click(window, "BtnSave");
+  Look("voice tracks, saved", window);
+  window.LeaveNow();
+  on_.station.PL.Remove(2);
+}
 
 void EveryScreen::WalkBoxes() {
   QWidget window;

@@ -37,6 +37,7 @@ class EveryScreen {
   void WalkModels();
   void WalkSettings();
   void WalkReport();
+  void WalkVoiceTracks();
   void WalkBoxes();
   void WalkQtsDialogues();
   void WalkQtsMenus();

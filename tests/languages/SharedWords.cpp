@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view kSharedWords[] = {
     // in all
     "Zemo Radio Pro", "ZEMO RADIO PRO", "OK", "Intro", "Intro (s)", "Total", "Total %", "Jingle", "Jingles", "Joystick",
-    "Voice track", "Voice Track", "CD", "PDF...", "ms", "Com 1", "Com 2", "Com 3", "Com 4", "Excel *.xlsx", "zoom", "info",
+    "Voice track", "Voice Track", "CD", "PDF...", "ms", "Com 1", "Com 2", "Com 3", "Com 4", "Excel *.xlsx", "zoom", "info", " LUFS", "-18 LUFS",
     "Didot (DD)",
     // the languages, each in its own
     "Français", "English", "Português", "Español",

@@ -91,8 +91,8 @@ ControlBar::ControlBar(Station& station, ControlBarOrders orders, Translation te
   CmdStop->setProperty("keys", texts_.Word("KeysOfNext"));
   CmdRequette = AddButton(bar, "CmdRequette", "F5", [this] { orders_.request(); });
   BtnSurImpression = AddButton(bar, "BtnSurImpression", "F8", [this] { orders_.overlay(); });
-  BntVoiceTrack = AddButton(bar, "BntVoiceTrack", nullptr, [] {});
-  BntVoiceTrack->setEnabled(false);  // its screen comes with a later version
+  BntVoiceTrack = AddButton(bar, "BntVoiceTrack", "F9", [this] { orders_.voiceTrack(); });
+  BntVoiceTrack->setEnabled(orders_.voiceTrack != nullptr);
   bar->addStretch();
   Info = AddButton(bar, "Info", "F1", [this] { orders_.info(); });
   QSizePolicy keep = BntVoiceTrack->sizePolicy();

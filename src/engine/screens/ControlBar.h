@@ -23,6 +23,7 @@ struct Station;
 struct ControlBarOrders {
   std::function<void(Toolbar)> toolbar;
   std::function<void()> next, request, overlay, info;
+  std::function<void()> voiceTrack;  // none: the button stays off
 };
 
 class ControlBar : public QWidget {
@@ -31,7 +32,7 @@ class ControlBar : public QWidget {
   void SetTexts();
   void Arrange(double unit);
   void Refresh(const MainScreen& screen);
-  // A voice track can stand at the selected row: it has a following one, in the editor.
+  // A row is selected in the editor, behind which a voice track can stand.
   void ShowVoiceTrack(bool visible);
   // Whether an element is chosen that can play over the air, and what the button says of it.
   void ShowOverlay(bool playable, const QString& tip);

@@ -104,7 +104,9 @@ void OnAirWindow::MakeParts() {
        .next = [this] { OnAir::CmdStop_Click(station_); },
        .request = [this] { WhenFree([this] { OnAir::CmdRequette_Click(station_); }); },
        .overlay = [this] { PlayOverlay(); },
-       .info = [this] { ShowShortcuts(); }},
+       .info = [this] { ShowShortcuts(); },
+       .voiceTrack =
+           sources_.openVoiceTrack ? [this] { OpenVoiceTrack(); } : std::function<void()>()},
       Texts(), centre);
   MakeBody();
   bottom_ = new BottomStrip(Texts(), centre);
@@ -322,7 +324,7 @@ void OnAirWindow::RefreshFrames(const MainScreen& screen) {
     if (browses) live_->Opened();
   }
   const int row = list_->SelectedRow();
-  bar_->ShowVoiceTrack(edits && row > 0 && row < station_.PL.Count());
+  bar_->ShowVoiceTrack(edits && row > 0);
   if (browses) live_->Refresh(screen);
   AdaptOverlay();
   if (edits) stored_->Refresh();
@@ -402,6 +404,13 @@ void OnAirWindow::AskPassword() {
   auto* dialog = new LockDialog(station_, Texts().Langue(), this);
   dialog->refused = [this] { Tell(Texts().Word("WrongPassword")); };
   dialog->open();
+}
+
+// The row is named by its key, as the tick may take rows off before the window opens.
+void OnAirWindow::OpenVoiceTrack() {
+  OnAir::RecordActivity(station_);
+  const int row = list_->SelectedRow();
+  if (row > 0 && row <= station_.PL.Count()) sources_.openVoiceTrack(station_.PL.Row(row).key);
 }
 
 void OnAirWindow::SyncList() {

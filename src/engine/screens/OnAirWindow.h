@@ -77,6 +77,7 @@ class OnAirWindow : public Window {
   void AdaptOverlay();  // the button to ListRech's chosen row
   void OpenCard(int32_t code);
   void OpenSelector(const std::string& storedPath);
+  void OpenVoiceTrack();
   void PrintList();
   void ShowShortcuts();
   void RefreshFrames(const MainScreen& screen);

@@ -27,6 +27,7 @@ struct ScreenSources {
   std::function<void()> openLibrary, openCampaigns, openModels, openReport, openSettings;
   std::function<void(int32_t code)> openMusicCard;
   std::function<void(const std::string& storedPath)> openSelector;
+  std::function<void(int64_t key)> openVoiceTrack;  // on that row of PL
   std::function<bool()> leaveOthers;  // ahead of the end; false while one of them is at work
 
   Questions questions;  // with a dialogue of the system by default

@@ -24,8 +24,8 @@ TEST(VoiceTrackTexts, EachNameStandsOnceWithAWordInEachLanguage) {
 
 TEST(VoiceTrackTexts, EachMessageIsShownInTheOperatorsLanguage) {
   using namespace VoiceTracks;
-  for (const char* message :
-       {kNoIntro, kDoesNotFit, kFitted, kNoSound, kNoPlace, kNoEditor, kNoMixer, kRecordingEnded}) {
+  for (const char* message : {kNoIntro, kDoesNotFit, kFitted, kNoSound, kNoPlace, kNoEditor,
+                              kNoMixer, kRecordingEnded, kAskSave}) {
     EXPECT_EQ(InOperatorsWords(message, 0), message);
     std::set<std::string> forms;
     for (int langue = 0; langue < 4; ++langue) forms.insert(InOperatorsWords(message, langue));

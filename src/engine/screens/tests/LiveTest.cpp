@@ -197,15 +197,31 @@ TEST_F(Live, ExtractMarkerGoesBeforeTheSelectedRowElseToTheEnd) {
   EXPECT_EQ(ColumnText(on.station.PL.Row(2), Col::kCode), "-6");
 }
 
-TEST_F(Live, VoiceTrackButtonShowsOnlyForARowThatHasAFollowingOne) {
+TEST_F(Live, TheVoiceTrackButtonShowsForAChosenRowTheLastOneIncluded) {
   AddTitles(2);
   OpenLive();
-  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(1));
-  Draw();
-  EXPECT_TRUE(Find("BntVoiceTrack")->isVisible());
-  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(2));
   Draw();
   EXPECT_FALSE(Find("BntVoiceTrack")->isVisible());
+  for (const int row : {1, 2}) {
+    QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(row));
+    Draw();
+    EXPECT_TRUE(Find("BntVoiceTrack")->isVisible()) << row;
+  }
+}
+
+TEST_F(Live, TheVoiceTrackButtonOpensTheEditorOnTheChosenRow) {
+  std::vector<int64_t> opened;
+  sources.openVoiceTrack = [&](int64_t key) { opened.push_back(key); };
+  AddTitles(2);
+  OpenLive();
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, InRow(2));
+  Draw();
+  Run(7000);
+  Click("BntVoiceTrack");
+  EXPECT_EQ(on.station.engine.LastActivityTimer, on.station.Timer());
+  List().setFocus();
+  Key(Qt::Key_F9);
+  EXPECT_EQ(opened, (std::vector<int64_t>(2, on.station.PL.Row(2).key)));
 }
 
 TEST_F(Live, TheLiveModeEndsByItselfWhenTheListRanOut) {

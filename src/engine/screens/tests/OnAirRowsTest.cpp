@@ -120,6 +120,7 @@ TEST_F(OnAirRows, TheVoiceTrackButtonFollowsTheRowAndTheMode) {
   Click("Toolbar1_2");
   EXPECT_TRUE(Find("BntVoiceTrack")->isVisible());
   OnAir::PL_RightClick(on.station, 2);
+  OnAir::PL_RightClick(on.station, 1);
   Draw();
   EXPECT_FALSE(Find("BntVoiceTrack")->isVisible());
 }
