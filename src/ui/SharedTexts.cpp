@@ -6,7 +6,7 @@ namespace {
 
 // clang-format off
 constexpr Word kWords[] = {
-    {"Spots", {"Pubs", "Spots", "Pub", "Pubs"}},
+    {"Spots", {"Pubs", "Spots", "Pub", "Cuñas"}},
     {"News", {"Rubriques", "News", "Intercalares", "Rúbricas"}},
     {"PrintFailed", {"L'impression n'a pas pu se faire", "Nothing could be printed", "Não foi possível imprimir", "No se pudo imprimir"}},
     {"CalendarTitle", {"Calendrier", "Calendar", "Calendário", "Calendario"}},
