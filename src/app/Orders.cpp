@@ -58,7 +58,7 @@ const Order kOrders[] = {
     {"keydown VK", "presses a key, by its virtual key number",
      [](Sim& s, const It& it) { s.keyboard.Press(it.Number(0)); }},
     {"keyup VK", "releases it", [](Sim& s, const It& it) { s.keyboard.Release(it.Number(0)); }},
-    {"contact CONTACT on|off", "closes or opens a contact of the automaton, 0 to 3", PullContact},
+    {"contact CONTACT on|off", "closes or opens a contact of the controller, 0 to 3", PullContact},
     {"joystick BUTTON down|up", "a button of the joystick, 1 to 4", PullJoystick},
     {"clipboard TEXT...", "another program puts a text on the clipboard",
      [](Sim& s, const It& it) { s.clipboard.SetText(it.arguments[0]); }},

@@ -22,12 +22,12 @@ constexpr int64_t kLittleDisk = kGigabyte;
 // clang-format off
 constexpr Word kWords[] = {
     {"HealthAlive", {"%1 dB", "%1 dB", "%1 dB", "%1 dB"}},
-    {"HealthEmergency", {"secours %1 dB", "emergency %1 dB", "socorro %1 dB", "socorro %1 dB"}},
+    {"HealthEmergency", {"secours %1 dB", "emergency %1 dB", "emergência %1 dB", "emergencia %1 dB"}},
     {"HealthSilent", {"muette", "silent", "muda", "muda"}},
-    {"HealthIdle", {"au repos", "at rest", "em repouso", "en reposo"}},
+    {"HealthIdle", {"au repos", "idle", "em repouso", "en reposo"}},
     {"HealthUnheard", {"non entendue", "not heard", "não ouvida", "no se oye"}},
     {"HealthDiskFree", {"%1 Go", "%1 GB", "%1 GB", "%1 GB"}},
-    {"HealthBaseOk", {"bonne", "good", "boa", "bien"}},
+    {"HealthBaseOk", {"bonne", "OK", "boa", "bien"}},
     {"HealthBaseWaits", {"%1 en attente", "%1 waiting", "%1 em espera", "%1 en espera"}},
     {"HealthBaseClosed", {"fermée", "closed", "fechada", "cerrada"}},
     {"HealthNoError", {"aucune", "none", "nenhum", "ninguno"}},

@@ -21,7 +21,7 @@ constexpr LanguageTexts kConfirmSelection = {"Confirmez la suppression de la sé
                                              "Confirmar Eliminar a selecção"};
 constexpr LanguageTexts kConfirmOverwriteTexts = {
     "Cette fiche a été modifiée ailleurs depuis son affichage.\r\nLa remplacer quand même ?",
-    "This card was changed elsewhere since it was shown.\r\nReplace it all the same?",
+    "This card has been changed elsewhere since it was shown.\r\nReplace it all the same?",
     "Esta ficha foi alterada noutro lugar desde que foi mostrada.\r\nSubstituir mesmo assim?",
     "Esta ficha fue cambiada en otro lugar desde que se mostró.\r\n¿Reemplazarla de todos modos?"};
 

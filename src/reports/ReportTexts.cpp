@@ -13,8 +13,8 @@ constexpr Word kReport[] = {
 
     {"CmdCalend", {"Du...", "From...", "De...", "Del..."}},
     {"BtnDateFin", {"Au...", "To...", "A...", "Al..."}},
-    {"BtnDateFinTip", {"Dernier jour ; clic droit pour le premier seul", "Last day; right click for the first alone", "Último dia; botão direito para o primeiro apenas", "Último día; botón derecho para el primero solo"}},
-    {"VoirRapport", {"Relire", "Read again", "Reler", "Releer"}},
+    {"BtnDateFinTip", {"Dernier jour ; clic droit pour le premier seul", "Last day; right click for the first day only", "Último dia; botão direito: apenas o primeiro", "Último día; botón derecho: solo el primero"}},
+    {"VoirRapport", {"Relire", "Reload", "Reler", "Releer"}},
     {"For.FiltreArtiste", {"Artiste", "Artist", "Artista", "Artista"}},
     {"For.FiltreGenre", {"Genre", "Genre", "Género", "Género"}},
     {"For.FiltreVariete", {"Variété", "Variety", "Variedade", "Variedad"}},
@@ -25,7 +25,7 @@ constexpr Word kReport[] = {
     {"ExportStat", {"Exporter les rotations...", "Export the rotations...", "Exportar as rotações...", "Exportar las rotaciones..."}},
     {"BtnImprimer", {"Imprimer le rapport", "Print the report", "Imprimir o relatório", "Imprimir el informe"}},
     {"ImprimeStat", {"Imprimer les rotations", "Print the rotations", "Imprimir as rotações", "Imprimir las rotaciones"}},
-    {"BtnIntoPlaylist", {"Copier dans la playlist", "Copy into the playlist", "Copiar para a playlist", "Copiar en la playlist"}},
+    {"BtnIntoPlaylist", {"Copier dans la liste d'antenne", "Copy into the playlist", "Copiar para a playlist", "Copiar en la playlist"}},
 
     {"ListRap.0", {"Date", "Date", "Data", "Fecha"}},
     {"ListRap.1", {"Heure", "Time", "Hora", "Hora"}},
@@ -52,11 +52,11 @@ constexpr Word kReport[] = {
     {"ExportTitle", {"Exporter", "Export", "Exportar", "Exportar"}},
 
     {"BtnVues", {"Graphiques", "Charts", "Gráficos", "Gráficos"}},
-    {"BtnAttestation", {"Attestation...", "Affidavit...", "Atestado...", "Certificado..."}},
-    {"For.VueHeures", {"Diffusions par heure et genre", "Plays by hour and genre", "Emissões por hora e género", "Emisiones por hora y género"}},
+    {"BtnAttestation", {"Attestation...", "Affidavit...", "Comprovativo...", "Certificado..."}},
+    {"For.VueHeures", {"Diffusions par heure et par genre", "Plays by hour and genre", "Emissões por hora e género", "Emisiones por hora y género"}},
     {"For.VueRotation", {"Rotation d'un titre", "Rotation of a title", "Rotação de um título", "Rotación de un título"}},
     {"For.VueParts", {"Parts par variété", "Shares by variety", "Quotas por variedade", "Cuotas por variedad"}},
-    {"ChooseRow", {"Choisir une ligne : la rotation de son titre se voit ici", "Choose a row: the rotation of its title is seen here", "Escolher uma linha: a rotação do título vê-se aqui", "Elegir una fila: la rotación de su título se ve aquí"}},
+    {"ChooseRow", {"Choisissez une ligne : la rotation de son titre s'affiche ici", "Choose a row: the rotation of its title is shown here", "Escolher uma linha: a rotação do título vê-se aqui", "Elegir una fila: la rotación de su título se ve aquí"}},
     {"Others", {"autres (%1)", "others (%1)", "outros (%1)", "otros (%1)"}},
     {"NoRows", {"Rien à montrer", "Nothing to show", "Nada a mostrar", "Nada que mostrar"}},
 

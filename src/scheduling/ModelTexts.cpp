@@ -27,7 +27,7 @@ constexpr Word kModels[] = {
     {"For.GVariete", {"Variétés", "Varieties", "Variedades", "Variedades"}},
     {"For.Stats", {"Dans la discothèque", "In the library", "Na discoteca", "En la discoteca"}},
     {"NotSaved", {"Modifications non sauvegardées", "Changes not saved", "Alterações por guardar", "Cambios sin guardar"}},
-    {"GridTip", {"Entrée ou clic : choisir ; Inser : ligne vide au-dessus ; Suppr : retirer", "Enter or click: choose; Ins: empty row above; Del: remove", "Enter ou clique: escolher; Ins: linha vazia acima; Del: retirar", "Intro o clic: elegir; Ins: fila vacía encima; Supr: quitar"}},
+    {"GridTip", {"Entrée ou clic : choisir ; Ins : ligne vide au-dessus ; Suppr : retirer", "Enter or click: choose; Ins: empty row above; Delete: remove", "Enter ou clique: escolher; Ins: linha vazia acima; Del: retirar", "Intro o clic: elegir; Ins: fila vacía encima; Supr: quitar"}},
     {"HourTip", {"de %1 à %2", "from %1 to %2", "das %1 às %2", "de %1 a %2"}},
     {"SupplyTip", {"%1 : %2 titres, %3 min", "%1: %2 titles, %3 min", "%1: %2 títulos, %3 min", "%1: %2 títulos, %3 min"}},
 
@@ -38,7 +38,7 @@ constexpr Word kModels[] = {
     {"Supply.3", {"Minutes", "Minutes", "Minutos", "Minutos"}},
 
     {"BtnForecast", {"Simuler la journée", "Simulate the day", "Simular o dia", "Simular el día"}},
-    {"BtnForecastTip", {"La prochaine journée avec ce modèle, même non sauvegardé", "The next such day with this model, saved or not", "O próximo dia com este modelo, mesmo por guardar", "El próximo día con este modelo, aunque sin guardar"}},
+    {"BtnForecastTip", {"La prochaine journée avec ce modèle, même non sauvegardé", "The next such day with this model, saved or not", "O próximo dia com este modelo, mesmo por guardar", "El próximo día con este modelo, aunque no esté guardado"}},
     {"OutlookRuns", {"Simulation en cours...", "Simulating...", "A simular...", "Simulando..."}},
     {"OutlookFailed", {"La simulation a échoué", "The simulation failed", "A simulação falhou", "La simulación falló"}},
     {"OutlookDone", {"%1 titres passeraient", "%1 titles would air", "%1 títulos passariam", "Sonarían %1 títulos"}},

@@ -25,7 +25,7 @@ constexpr Words kNew = {"Nouveau mot de passe", "New Password", "Escrever nova p
                         "Escribir nuevo código secreto"};
 constexpr Words kDelete = {" Effacez le mot de passe pour désactiver la protection ",
                            " Delete password for disable protection ",
-                           " Apague a palavra-passe para desactivar a protecção ",
+                           " Apague a palavra-passe para desativar a proteção ",
                            " Borre el código secreto para desactivar la protección "};
 
 int64_t LanguageOf(Station& station) {

@@ -112,7 +112,7 @@ NamedSetting OfFiltre(const Station& station) {
   setting.name = "Filtre";
   setting.store = station.files.Exclusion;
   setting.value = Joined(rows);
-  setting.meaning = "times of day between which the automaton's inputs are off, hh:mm-hh:mm";
+  setting.meaning = "times of day between which the controller's inputs are off, hh:mm-hh:mm";
   return setting;
 }
 

@@ -47,7 +47,7 @@ constexpr Texts kMemoTexts = {
     "6 - File button to choose a WAV file\r\n"
     "7 - Fill the grid\r\n"
     "8 - Save with the Add button",
-    "Para adicionar uma nova tabela de publicidade proceder como segue :\r\n"
+    "Para adicionar uma nova tabela de publicidade, proceder como segue:\r\n"
     "1 - Botão Novo\r\n"
     "2 - Divisão da hora\r\n"
     "3 - Início da campanha\r\n"
@@ -56,7 +56,7 @@ constexpr Texts kMemoTexts = {
     "6 - Botão File para escolher um ficheiro WAV\r\n"
     "7 - Preencher a tabela\r\n"
     "8 - Guardar com o botão Adicionar",
-    "Para añadir una nueva tabla de publicidad proceder como sigue :\r\n"
+    "Para añadir una nueva tabla de publicidad, proceder como sigue:\r\n"
     "1 - Botón Nuevo\r\n"
     "2 - División de la hora\r\n"
     "3 - Inicio de la campaña\r\n"

@@ -19,8 +19,8 @@ struct QtRow {
 // clang-format off
 constexpr QtRow kRows[] = {
     // buttons
-    {"OK", {"OK", "OK", "OK", "Aceptar"}},
-    {"&OK", {"&OK", "&OK", "&OK", "&Aceptar"}},
+    {"OK", {"OK", "OK", "OK", "OK"}},
+    {"&OK", {"&OK", "&OK", "&OK", "&OK"}},
     {"Cancel", {"Annuler", "Cancel", "Cancelar", "Cancelar"}},
     {"&Cancel", {"&Annuler", "&Cancel", "&Cancelar", "&Cancelar"}},
     {"&Yes", {"&Oui", "&Yes", "&Sim", "&Sí"}},
@@ -78,7 +78,7 @@ constexpr QtRow kRows[] = {
     {"&Custom colors", {"Couleurs per&sonnelles", "&Custom colours", "Cores per&sonalizadas", "Colores per&sonalizados"}},
     {"&Add to Custom Colors", {"&Ajouter aux couleurs personnelles", "&Add to custom colours", "&Adicionar às cores personalizadas", "&Añadir a los colores personalizados"}},
     {"&Pick Screen Color", {"&Prendre à l'écran", "&Pick from the screen", "&Escolher no ecrã", "&Tomar de la pantalla"}},
-    {"Hu&e:", {"T&einte :", "Hu&e:", "Mati&z:", "Tono (&e):"}},
+    {"Hu&e:", {"T&einte :", "Hu&e:", "Mati&z:", "To&no:"}},
     {"&Sat:", {"&Saturation :", "&Sat:", "&Saturação:", "&Saturación:"}},
     {"&Val:", {"&Valeur :", "&Val:", "&Valor:", "&Valor:"}},
     {"&Red:", {"&Rouge :", "&Red:", "Ve&rmelho:", "&Rojo:"}},

@@ -11,7 +11,7 @@ constexpr std::string_view kSharedWords[] = {
     // in all
     "Zemo Radio Pro", "ZEMO RADIO PRO", "OK", "Intro", "Intro (s)", "Total", "Total %", "Jingle", "Jingles", "Joystick",
     "Voice track", "Voice Track", "CD", "PDF...", "ms", "Com 1", "Com 2", "Com 3", "Com 4", "Excel *.xlsx", "zoom", "info", " LUFS", "-18 LUFS",
-    "Didot (DD)",
+    "Didot (DD)", "Playlists",
     // the languages, each in its own
     "Français", "English", "Português", "Español",
     // as they are told by name: options, a button, titles, a message
@@ -22,11 +22,11 @@ constexpr std::string_view kSharedWords[] = {
     // in French and English
     "SILENCE", "Genre", "Genres", "Minutes", "minutes", "minute", "Options", "Label", "Pause", "Code", "Stop", "Contact",
     "Messages", "Page %1", "Positions", "Date", "dates", "Rotations", "Communication", "Production", "Cycle", "moment",
-    "second", "passage", "action", "programme",
+    "second", "passage", "action", "programme", "Type", "place",
     // in French and Portuguese or Spanish
-    "Pub", "pub", "Pubs", "Base", "Fin", "de", "Entre %1", "Fin de playlist", "nombre",
+    "Pub", "pub", "Pubs", "Base", "Fin", "de", "Entre %1", "Fin de playlist", "nombre", "série",
     // in English and Portuguese or Spanish
-    "No", "no", "Error", "bytes", "hh:mm", "Playlist",
+    "No", "no", "Error", "bytes", "hh:mm", "Playlist", "segue",
 };
 // clang-format on
 

@@ -81,7 +81,7 @@ TEST_F(Why, EveryReasonIsALineWithItsMomentAndTheLastLineIsForAllOfThem) {
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.out,
             "may not play\n  card 1: Artist 1 - Title 1 (GOLD, NATIONAL), 2026-11-21 10:00:00\n"
-            "  minutes: minutes since it aired too few 90 > 60; from 2026-11-21 10:30:00\n"
+            "  minutes: too few minutes since last play 90 > 60; from 2026-11-21 10:30:00\n"
             "  hours: not allowed at 10h on a Saturday (TRANCHE06); from 2026-11-21 11:00:00\n"
             "  file: no sound file " +
                 Path("station/title1.wav") +

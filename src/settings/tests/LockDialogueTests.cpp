@@ -90,7 +90,7 @@ TEST_F(LockDialogue, SpeaksTheLanguageOfTheStation) {
       {"1", "Enter the password", "Password", " Delete password for disable protection ",
        "New Password"},
       {"2", "Nova palavra-passe", "Palavra-passe",
-       " Apague a palavra-passe para desactivar a protecção ", "Escrever nova palavra-passe"},
+       " Apague a palavra-passe para desativar a proteção ", "Escrever nova palavra-passe"},
       {"3", "Nuevo código secreto", "Código secreto",
        " Borre el código secreto para desactivar la protección ", "Escribir nuevo código secreto"},
       {"9", "", "Mot de passe", "", ""}};

@@ -60,14 +60,14 @@ TEST(OperatorWords, WhatTheLibraryAsksIsInTheWordsOfCards) {
   EXPECT_EQ(InOperatorsWords("Vous avez sélectioné 3 Fichiers audios\r\nVous n'avez plus qu'à "
                              "cliquer sur le menu Ajouter",
                              kEnglish),
-            "3 sound files are chosen.\r\nThe menu entry Add makes their cards");
+            "3 sound files are chosen.\r\nClick Add in the menu to create their cards");
 }
 
 TEST(OperatorWords, OnlyATitleThatARoutineGaveIsTranslated) {
   EXPECT_EQ(TitleInWords(Element::kHourPip, "Top Horaire  ", kEnglish), "Hour pip");
-  EXPECT_EQ(TitleInWords(Element::kJingle, "Jingle avant Pubs", kSpanish), "Jingle antes de pubs");
+  EXPECT_EQ(TitleInWords(Element::kJingle, "Jingle avant Pubs", kSpanish), "Jingle antes de cuñas");
   EXPECT_EQ(TitleInWords(Element::kJingle, "Jingle après Pubs", kEnglish), "Jingle after spots");
-  EXPECT_EQ(TitleInWords(Element::kBeginExtract, "Begin Extrait", kEnglish), "Extracts begin");
+  EXPECT_EQ(TitleInWords(Element::kBeginExtract, "Begin Extrait", kEnglish), "Excerpts begin");
   EXPECT_EQ(TitleInWords(Element::kEndPlaylist, "End Playlist  Matin", kEnglish),
             "End of playlist  Matin");
   EXPECT_EQ(TitleInWords(Element::kStartPlaylist, "Start Playlist  Matin", kSpanish),
@@ -121,10 +121,10 @@ TEST(OperatorWords, ARefusalTellsEachOfItsReasons) {
   EXPECT_EQ(RefusalInWords("11/22/2026 Pop\tAda Song >> Ecart minutes pas assez important 120 > 119"
                            " >> Ecart nb passage jour atteint 2 > 1",
                            kEnglish),
-            "11/22/2026 Pop\tAda Song >> minutes since it aired too few 120 > 119"
-            " >> passes of the day reached 2 > 1");
+            "11/22/2026 Pop\tAda Song >> too few minutes since last play 120 > 119"
+            " >> plays a day reached 2 > 1");
   EXPECT_EQ(RefusalInWords("Ecart jours pas assez important 2 > 1", kEnglish),
-            "days since it aired too few 2 > 1");
+            "too few days since last play 2 > 1");
   EXPECT_EQ(RefusalInWords("x >> Rotation = 0", kSpanish), "x >> Rotation = 0");
 }
 

@@ -67,8 +67,9 @@ TEST_F(AffidavitTable, EachCrossIsARowInTheOperatorsWords) {
 TEST_F(AffidavitTable, TheTotalsTellWhatThereIs) {
   EXPECT_EQ(TotalsInWords(TotalsOf(Make()), 1),
             "2 crosses, 1 aired, 1 missed, 1 aired without a cross");
-  EXPECT_EQ(TotalsInWords({.crosses = 3, .aired = 1, .toCome = 2, .damaged = 1}, 0),
-            "3 croix, 1 diffusées, 0 manquées, 2 à venir, 1 grilles abîmées");
+  EXPECT_EQ(
+      TotalsInWords({.crosses = 3, .aired = 1, .toCome = 2, .damaged = 1}, 0),
+      "3 passage(s) prévu(s), 1 diffusé(s), 0 manqué(s), 2 à venir, 1 grille(s) endommagée(s)");
 }
 
 TEST_F(AffidavitTable, ThePagesAreHeadedAndTheTotalsStandBelowTheLastRow) {
@@ -110,7 +111,9 @@ TEST_F(AffidavitTable, EachReasonHasItsWordsInEachLanguage) {
     EXPECT_EQ(words.size(), 4U) << reason;
   }
   EXPECT_EQ(ShownReason("engine stopped: the report has nothing up to 21/11/2026 12:00", 0),
-            "moteur arrêté : le rapport n'a rien jusqu'au 21/11/2026 12:00");
+            "station à l'arrêt : le rapport ne contient rien jusqu'au 21/11/2026 12:00");
+  EXPECT_EQ(ShownReason("engine stopped: the report has nothing from 21/11/2026 10:00", 0),
+            "station à l'arrêt : le rapport ne contient rien depuis le 21/11/2026 10:00");
 }
 
 TEST(GridDamage, HasItsWordsInEachLanguageWithItsFiguresAndItsFile) {
@@ -156,7 +159,8 @@ TEST_F(AffidavitTable, WhatWasMadeGoesWithAnotherDay) {
   editor.Annonceur = " bakery ";
   Attestation::BtnEtablir_Click(on.station, editor);
   EXPECT_EQ(editor.ListDiff.size(), 3U);
-  EXPECT_EQ(editor.LblTotaux, "bakery - 2 croix, 1 diffusées, 1 manquées, 1 sans croix");
+  EXPECT_EQ(editor.LblTotaux,
+            "bakery - 2 passage(s) prévu(s), 1 diffusé(s), 1 manqué(s), 1 en plus");
   Attestation::CmdCalend_Click(editor, ParseMoment("2026-11-22 00:00:00"));
   EXPECT_EQ(editor.LblDate, "22/11/2026");
   EXPECT_TRUE(editor.ListDiff.empty());

@@ -215,7 +215,7 @@ TEST_F(OnAirRows, NothingElseOnTheScreenIsRedWhileATitleWithAnIntroductionPlaysU
 
 TEST_F(OnAirRows, TheLampTellsOfTheEmergencyFolder) {
   const std::pair<const char*, const char*> words[] = {
-      {"0", "SECOURS"}, {"1", "EMERGENCY"}, {"2", "SOCORRO"}, {"3", "SOCORRO"}};
+      {"0", "SECOURS"}, {"1", "EMERGENCY"}, {"2", "EMERGÊNCIA"}, {"3", "EMERGENCIA"}};
   Loaded();
   for (const auto& [langue, word] : words) {
     on.Set("Langue", langue);
@@ -264,13 +264,13 @@ TEST_F(OnAirRows, ATrackWhoseNeighboursAreOthersIsMarkedWithTheReason) {
   Draw();
   EXPECT_EQ(shown(Qt::DisplayRole), "! Voice Track");
   EXPECT_EQ(shown(Qt::ToolTipRole),
-            "La durée ou le point de sortie de l'élément précédent a changé depuis ce voice track");
+            "La durée ou le point de sortie de l'élément précédent a changé depuis ce Voice Track");
   EXPECT_EQ(List().model()->index(1, Col::kTitle).data(Qt::ForegroundRole).value<QColor>(),
             Theme::kHeard);
   on.station.PL.Remove(3);
   on.station.PL.Row(1).exitMs = track.madeFor->exitBeforeMs;
   Draw();
-  EXPECT_EQ(shown(Qt::ToolTipRole), "Ce voice track a été fait avant un autre élément");
+  EXPECT_EQ(shown(Qt::ToolTipRole), "Ce Voice Track a été fait pour précéder un autre élément");
 }
 
 }  // namespace

@@ -150,7 +150,7 @@ TEST_F(Told, CtrlZBringsBackWhatTheLastOrderTookOutAndSaysSo) {
   ASSERT_EQ(Titles(), (Names{"ARTIST 1", "ARTIST 3"}));
   Key(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_EQ(Titles(), (Names{"ARTIST 1", "ARTIST 2", "ARTIST 3"}));
-  EXPECT_EQ(Line(), "The last order on the list is taken back; Ctrl+Z gives it again");
+  EXPECT_EQ(Line(), "The last action on the list is undone; Ctrl+Z redoes it");
 }
 
 TEST_F(Told, CtrlZBringsAMovedRowBackOnTheScreenToo) {
@@ -169,7 +169,7 @@ TEST_F(Told, CtrlZWithoutAnOrderSaysSo) {
   Open();
   List().setFocus();
   Key(Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(Line(), "No order on the list to take back");
+  EXPECT_EQ(Line(), "No action on the list to undo");
 }
 
 TEST_F(Told, CtrlZInATextBoxIsTheTexts) {
@@ -192,7 +192,7 @@ TEST_F(Told, NewAsksWhileTheAirPlaysFromTheListAndNoKeepsIt) {
   Run(1000);
   Answering(Answer::kNo);
   Click("BtnNew");
-  EXPECT_EQ(asked, (Names{"The air plays from this list. Clear it?"}));
+  EXPECT_EQ(asked, (Names{"This list is on air. Clear it?"}));
   EXPECT_EQ(Titles(), (Names{"ARTIST 2", "ARTIST 3"}));
   Answering(Answer::kYes);
   Click("BtnNew");
@@ -238,7 +238,7 @@ TEST_F(Told, AListOfAWrongTimeOrDateIsNotSaved) {
   panel.LblDate = "24/12/2026";
   panel.ChHeure = "25:00";
   Click("BtnSauve");
-  EXPECT_EQ(Line(), "\"25:00\" is no time (hh:mm): the list is not saved");
+  EXPECT_EQ(Line(), "\"25:00\" is not a time (hh:mm): the list is not saved");
   EXPECT_TRUE(Find("ChHeure")->hasFocus());
   panel.ChHeure = "hh:mn";
   Click("BtnSauve");
@@ -250,7 +250,7 @@ TEST_F(Told, AListOfAWrongTimeOrDateIsNotSaved) {
   EXPECT_TRUE(Find("LblDate")->hasFocus());
   panel.LblDate = "31/02/2026";
   Click("BtnSauve");
-  EXPECT_EQ(Line(), "\"31/02/2026\" is no date: the list is not saved");
+  EXPECT_EQ(Line(), "\"31/02/2026\" is not a date: the list is not saved");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");
   panel.LblDate = "JOURNALIER";
   Click("BtnSauve");
@@ -271,7 +271,7 @@ TEST_F(Told, AListWithoutAMomentOrWithoutARowIsSavedOnlyOnDemand) {
   OpenLive();
   Answering(Answer::kNo);
   Click("BtnSauve");
-  EXPECT_EQ(asked, (Names{"Without date and time it will not go on air by itself. Save it?"}));
+  EXPECT_EQ(asked, (Names{"Without a date and time it will not go on air by itself. Save it?"}));
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Playlist"), "0");
   on.station.storedList.LblDate = "JOURNALIER";
   on.station.storedList.ChHeure = "18:30";
@@ -373,7 +373,8 @@ TEST_F(Told, TheOrderToStopAndTheCutHaveNamesAndLooksOfTheirOwn) {
   Run(1000);
   EXPECT_EQ(Text("CmdStop"), "Stop");
   EXPECT_TRUE(Find("CmdStop")->property("cuts").toBool());
-  EXPECT_EQ(Find("CmdStop")->toolTip().toStdString().find("Cuts the element that plays out"), 0U);
+  EXPECT_EQ(Find("CmdStop")->toolTip().toStdString().find("Cuts the element still playing out"),
+            0U);
 }
 
 TEST_F(Told, TheNextBreakOfTheLiveModeIsNamedInTheOperatorsWords) {
@@ -447,9 +448,9 @@ TEST_F(Told, AnOrderGivenAgainIsToldAsSuch) {
   Key(Qt::Key_Delete);
   Key(Qt::Key_Z, Qt::ControlModifier);
   Key(Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(Line(), "The last order on the list is given again; Ctrl+Z takes it back");
+  EXPECT_EQ(Line(), "The last action on the list is redone; Ctrl+Z undoes it");
   Key(Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(Line(), "The last order on the list is taken back; Ctrl+Z gives it again");
+  EXPECT_EQ(Line(), "The last action on the list is undone; Ctrl+Z redoes it");
 }
 
 }  // namespace

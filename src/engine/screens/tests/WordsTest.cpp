@@ -71,7 +71,7 @@ TEST_F(Words, RowsThatARoutineMadeAreTranslatedAndMusicStandsAsItIs) {
   on.Append(news);
   on.AppendCard(on.AddCard({.artist = "Top Horaire", .genre = "RUB"}));
   Open();
-  EXPECT_EQ(Shown("PL", 1, Col::kTitle), "Extracts begin");
+  EXPECT_EQ(Shown("PL", 1, Col::kTitle), "Excerpts begin");
   EXPECT_EQ(Shown("PL", 2, Col::kTitle), "Jingle before spots");
   EXPECT_EQ(Shown("PL", 3, Col::kTitle), "Pubs");
   EXPECT_EQ(Shown("PL", 3, Col::kGenre), "News");
@@ -128,7 +128,7 @@ TEST_F(Words, TheGridNamesItsBreaksAndTheButtonWhatItCopies) {
   Click("BtnCopyPub");
   Draw();
   EXPECT_EQ(on.station.PL.Row(1).code, Element::kSpot);
-  EXPECT_EQ(Text("LblAvis"), "Copied by hand, news air as spots: jingles, volume, report");
+  EXPECT_EQ(Text("LblAvis"), "Copied by hand, news airs as spots: jingles, volume, report");
 }
 
 // The composition writes no heads in Spanish.

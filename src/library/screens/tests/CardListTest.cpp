@@ -174,7 +174,8 @@ TEST_F(TheCardList, SeveralCardsGetWhatIsTicked) {
   Type("ChNbPassJour", "4");
   Type("ChTitre", "not stored");
   QTest::keyClick(window.get(), Qt::Key_G, Qt::ControlModifier);
-  EXPECT_EQ(Text("LblGive"), "Donner aux 2 fiches sélectionnées, tels qu'ils sont affichés :");
+  EXPECT_EQ(Text("LblGive"),
+            "Appliquer aux 2 fiches sélectionnées les champs cochés, tels qu'affichés :");
   EXPECT_TRUE(Find<QCheckBox>("GiveNbPassJour")->isChecked());  // as it was changed
   EXPECT_FALSE(Find<QCheckBox>("GiveGenre")->isChecked());
   EXPECT_EQ(Text("GiveNbPassJour"), "Passages par jour – 4");

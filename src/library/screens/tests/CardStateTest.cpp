@@ -29,7 +29,7 @@ TEST_F(CardStates, ALetterTypedMarksTheCardAsNotStored) {
   EXPECT_EQ(Text("LblEtat"), "");
   EXPECT_FALSE(Marked());
   Type("ChTitre", "Other");
-  EXPECT_EQ(Text("LblEtat"), "Card 1 changed, not stored");
+  EXPECT_EQ(Text("LblEtat"), "Card 1 changed, not saved");
   QApplication::processEvents();
   EXPECT_TRUE(Marked());
   KeepPicture(*window, "library-changed");
@@ -43,7 +43,7 @@ TEST_F(CardStates, EveryKindOfControlMarksIt) {
   Open();
   for (const char* control : {"Tranche_4", "WeekPicture"}) {
     Click(control);
-    EXPECT_EQ(Text("LblEtat"), "Card 1 changed, not stored") << control;
+    EXPECT_EQ(Text("LblEtat"), "Card 1 changed, not saved") << control;
     Click("BtnPlus");
     Click("BtnMoins");
     EXPECT_EQ(Text("LblEtat"), "") << control;
@@ -51,23 +51,23 @@ TEST_F(CardStates, EveryKindOfControlMarksIt) {
   Menu("Nouveau");
   EXPECT_EQ(Text("LblEtat"), "");
   Type("ChAuteur", "NENA");
-  EXPECT_EQ(Text("LblEtat"), "New card, not stored");
+  EXPECT_EQ(Text("LblEtat"), "New card, not saved");
   AddJingle("Morning");
   Tab(2);
   EXPECT_EQ(Text("LblEtat"), "");
   Click("CheckSurimpression");
-  EXPECT_EQ(Text("LblEtat"), "Card 1 changed, not stored");
+  EXPECT_EQ(Text("LblEtat"), "Card 1 changed, not saved");
 }
 
 TEST_F(CardStates, WhatWasStoredIsToldUntilAnotherCardIsShown) {
   Open();
   Type("ChTitre", "Other");
   Menu("Replacer");
-  EXPECT_EQ(Text("LblEtat"), "Stored: card 1");
+  EXPECT_EQ(Text("LblEtat"), "Saved: card 1");
   QApplication::processEvents();
   EXPECT_FALSE(Marked());
   Type("ChTitre", "Another");
-  EXPECT_EQ(Text("LblEtat"), "Card 1 changed, not stored");
+  EXPECT_EQ(Text("LblEtat"), "Card 1 changed, not saved");
   Click("BtnPlus");
   EXPECT_EQ(Text("LblEtat"), "");
 }

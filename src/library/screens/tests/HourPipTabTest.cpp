@@ -58,11 +58,11 @@ TEST_F(HourPipTab, EachColumnTellsWhatAClickOnItDoes) {
   const auto tip = [&](int hour, int column) {
     return rows.index(hour, column).data(Qt::ToolTipRole).toString().toStdString();
   };
-  const std::string file = "Double clic ou Entrée : choisir le fichier ; Supprimer le vide";
+  const std::string file = "Double-clic ou Entrée : choisir le fichier ; Suppr : le vider";
   EXPECT_EQ(tip(8, 1), file);
   EXPECT_EQ(tip(8, 2), "Clic ou Espace : en surimpression sur la musique, ou à sa place");
   EXPECT_EQ(tip(8, 3),
-            "Jours où le signal passe, du lundi au dimanche ; les cases ci-dessous les changent");
+            "Jours où le top passe, du lundi au dimanche ; les cases ci-dessous les changent");
   ClickCell("GTopH", 8, 1, true);
   EXPECT_EQ(tip(8, 1), "/pip.wav\n" + file);
 }

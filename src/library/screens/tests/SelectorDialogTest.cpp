@@ -87,7 +87,7 @@ TEST_F(TheSelector, OpensOnTheFolderOfTheCurrentFileOverItsWindow) {
   EXPECT_TRUE(Dialog().isVisible());
   EXPECT_EQ(Dialog().windowModality(), Qt::WindowModal);
   EXPECT_EQ(Dialog().windowHandle()->transientParent(), over->windowHandle());
-  EXPECT_EQ(Dialog().windowTitle().toStdString(), "Sélecteur de fichier son / Pré-écoute");
+  EXPECT_EQ(Dialog().windowTitle().toStdString(), "Sélecteur de fichier audio / Préécoute");
   EXPECT_EQ(Listed("File1"), (Names{"a.wav", "b.mp3", "c.wav"}));
   EXPECT_EQ(Listed("DirList"), (Names{"..", "more"}));
   EXPECT_EQ(Selected(), (Names{"b.mp3"}));

@@ -89,7 +89,8 @@ TEST_F(AffidavitOnScreen, TellsWhatBecameOfEachCrossOfTheAdvertiser) {
   EXPECT_EQ(Find<QComboBox>("Annonceur")->count(), 2);
   EXPECT_EQ(Text("LblDate"), "01/11/2026");
   MakeFor("Bakery");
-  EXPECT_EQ(Text("LblTotaux"), "Bakery - 4 croix, 1 diffusées, 2 manquées, 1 à venir");
+  EXPECT_EQ(Text("LblTotaux"),
+            "Bakery - 4 passage(s) prévu(s), 1 diffusé(s), 2 manqué(s), 1 à venir");
   EXPECT_EQ(Column(DiffCol::kState), (Texts{"diffusé", "manqué", "manqué", "à venir"}));
   EXPECT_EQ(Column(DiffCol::kWhy)[1], "minute perdue : la station était à l'antenne");
   const QAbstractItemModel& model = *Find<QTableView>("ListDiff")->model();
