@@ -42,7 +42,8 @@ std::span<const Command> Commands() {
           {{"check [DIR | --station DIR] [--machine DIR]",
             "says what is missing or broken in a station, a line each: lost or damaged files, "
             "empty models, breaks of the coming week that run into each other, genres that the "
-            "library cannot fill at its gaps, titles that can never play, tables of an older "
+            "library cannot fill at its gaps, titles that can never play, voice tracks that do not "
+            "stand between the elements that they were made for, tables of an older "
             "version; changes nothing"}},
           DeclareCheck, RunCheckCommand),
       MakeCommand<ImportOptions>(

@@ -207,7 +207,7 @@ TEST_F(SettingsWindowTest, PortsAndTheJoystickAnswerAtOnce) {
   EXPECT_EQ(Text("LblJoystique"), "-");
   Click("PortCom_2");
   EXPECT_TRUE(on.automaton.IsOpen());
-  EXPECT_EQ(Text("InfoERR"), "Open, 4800,N,8,1");
+  EXPECT_EQ(Text("InfoERR"), "Port open: 4800,N,8,1");
   Choose("ComboJoystiquePort", 1);
   EXPECT_EQ(Text("LblJoystique"), "Yes");
   Choose("ComboJoystiquePort", 0);
