@@ -15,7 +15,7 @@ class JoinList : public QListWidget {
  public:
   JoinList(const Translation& texts, QWidget* parent);  // the texts outlive it
   void Arrange(double unit);
-  void Show(std::vector<TrackJoin> joins);              // redraws only what is another
+  void Show(std::vector<TrackJoin> joins);  // redraws only what is another
 
   std::function<void(const TrackJoin& join)> chosen;  // by Return or a double click
 

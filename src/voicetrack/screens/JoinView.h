@@ -33,12 +33,12 @@ class JoinView : public QWidget {
   struct Picture {
     JoinPlan plan;
     std::array<Sound, kLanes> sounds;
-    QString intro, exit;          // the words at their marks
-    int32_t fromMs = 0, toMs = 1; // what is in view
+    QString intro, exit;           // the words at their marks
+    int32_t fromMs = 0, toMs = 1;  // what is in view
     int32_t cursorMs = 0;
-    int32_t heardMs = -1;         // below 0: nothing is heard
+    int32_t heardMs = -1;  // below 0: nothing is heard
     bool recording = false;
-    double duckedShare = 1;       // of the music's level, below the track
+    double duckedShare = 1;  // of the music's level, below the track
     bool operator==(const Picture&) const = default;
   };
   void Show(Picture picture);  // redraws only what is another
@@ -46,7 +46,7 @@ class JoinView : public QWidget {
 
   int XOf(int32_t ms) const;
   int32_t MsOf(int x) const;
-  QRect TrackRect() const;        // of the track as drawn last; empty for none
+  QRect TrackRect() const;  // of the track as drawn last; empty for none
   bool Dragging() const { return dragging_; }
   // The part of a file of that lane that is in view, ms of the file; empty (0, 0) for none.
   struct FilePart {
@@ -56,9 +56,9 @@ class JoinView : public QWidget {
   double GainAt(Lane lane, int32_t ms) const;  // of its own level, 0 to 1
 
   // --- by the operator ---
-  std::function<void(int32_t ms)> trackMoved;      // to that place
-  std::function<void(int32_t ms)> trackStepped;    // by as much
-  std::function<void(int32_t ms)> cursorMoved;     // to that place
+  std::function<void(int32_t ms)> trackMoved;    // to that place
+  std::function<void(int32_t ms)> trackStepped;  // by as much
+  std::function<void(int32_t ms)> cursorMoved;   // to that place
   std::function<void()> dragEnded, playPressed, home;
 
  protected:
