@@ -45,8 +45,7 @@ void HourPipPage::MakeTable(const Translation& texts) {
   GTopH->setHorizontalHeaderLabels(heads);
   for (int column = kFileColumn; column < kPipColumns; ++column)
     GTopH->horizontalHeaderItem(column)->setToolTip(ColumnTip(column));
-  for (int day = 1; day <= HourMasks::kDays; ++day)
-    initials_ += texts.Word("JourSem." + std::to_string(day)).left(1);
+  initials_ = texts.Word("DayLetters");
   MakeRowTable(*GTopH);
   for (int row = 0; row < HourMasks::kHours; ++row)
     for (int column = 0; column < kPipColumns; ++column) {

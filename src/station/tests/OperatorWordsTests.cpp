@@ -40,7 +40,7 @@ TEST(OperatorWords, TheQuestionForANewCategoryNamesIt) {
   const char* question = "Ajouter cette Catégorie à la liste\r\nété";
   EXPECT_EQ(InOperatorsWords(question, kFrench), question);
   EXPECT_EQ(InOperatorsWords(question, kEnglish), "Add this category to the list\r\nété");
-  EXPECT_EQ(InOperatorsWords(question, kPortuguese), "Juntar esta categoria à lista\r\nété");
+  EXPECT_EQ(InOperatorsWords(question, kPortuguese), "Adicionar esta categoria à lista\r\nété");
   EXPECT_EQ(InOperatorsWords(question, kSpanish), "Añadir esta categoría a la lista\r\nété");
 }
 

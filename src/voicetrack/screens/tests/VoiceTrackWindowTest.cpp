@@ -262,8 +262,8 @@ TEST_F(VoiceTrackWindowTest, ATrackWhoseNeighboursChangedIsMarked) {
   Click("BtnSave");
   on.station.PL.Remove(3);
   Wait(600);
-  EXPECT_EQ(Tip(0), "ADA  SONG\nCY  AIR\nCe voice track a été fait avant un autre élément");
-  EXPECT_EQ(Note(), "Ce voice track a été fait avant un autre élément");
+  EXPECT_EQ(Tip(0), "ADA  SONG\nCY  AIR\nCe Voice Track a été fait pour précéder un autre élément");
+  EXPECT_EQ(Note(), "Ce Voice Track a été fait pour précéder un autre élément");
 }
 
 // --- the machine ---
