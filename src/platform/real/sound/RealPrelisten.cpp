@@ -24,6 +24,12 @@ constexpr std::chrono::milliseconds kPartingTurn{1};
 constexpr int32_t kJoinSlackMs = 25;
 constexpr int32_t kLevelMs = 100;  // of the sound, that a level is the highest of
 
+// Without its files a chain that is closed comes to rest.
+void FreeSlots(RealSoundChain& chain) {
+  chain.SetFileName(0, "");
+  chain.SetFileName(1, "");
+}
+
 }  // namespace
 
 WishedDevice PrelistenDevice(const std::string& key, int number) {
@@ -103,10 +109,7 @@ void RealPrelisten::Stop() {
 
 void RealPrelisten::Close() {
   Stop();
-  if (chain_ != nullptr) {
-    chain_->SetFileName(0, "");
-    chain_->SetFileName(1, "");
-  }
+  if (chain_ != nullptr) FreeSlots(*chain_);
   slot_ = 0;
   state_ = State::kClosed;
   file_.clear();
@@ -156,7 +159,10 @@ void RealPrelisten::Play() {
 void RealPrelisten::TakeChain(WishedDevice wished) {
   const bool serves = chain_ != nullptr && chainDevice_ == device_ &&
                       chain_->DeviceState() != DeviceThread::State::kLost;
-  if (chain_ != nullptr && !serves) leaving_.push_back(std::move(chain_));
+  if (chain_ != nullptr && !serves) {
+    FreeSlots(*chain_);
+    leaving_.push_back(std::move(chain_));
+  }
   chainDevice_ = device_;
   if (chain_ != nullptr) {
     chain_->ChooseDevice(std::move(wished));

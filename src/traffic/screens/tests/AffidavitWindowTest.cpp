@@ -101,7 +101,8 @@ TEST_F(AffidavitOnScreen, ALanguageSetMeanwhileShowsInTheNextWindow) {
   Open();
   on.Set("Langue", "1");
   MakeFor("Bakery");
-  EXPECT_EQ(Text("LblTotaux"), "Bakery - 4 passage(s) prévu(s), 1 diffusé(s), 2 manqué(s), 1 à venir");
+  EXPECT_EQ(Text("LblTotaux"),
+            "Bakery - 4 passage(s) prévu(s), 1 diffusé(s), 2 manqué(s), 1 à venir");
   EXPECT_EQ(Column(DiffCol::kState)[0], "diffusé");
   Open();
   MakeFor("Bakery");

@@ -191,6 +191,17 @@ TEST_F(RealPrelistenTest, ADeviceThatDoesNotOpenIsToldAsLost) {
   EXPECT_EQ(Heard(), Counted(kCounted));
 }
 
+TEST_F(RealPrelistenTest, WhatALostDeviceLeftBehindComesToRest) {
+  devices_[0].absent = true;
+  Play("counted");
+  ASSERT_TRUE(Ended());
+  devices_[0].absent = false;
+  player_->Start();
+  ASSERT_TRUE(Within([this] { return ends_.size() == 2; }));
+  player_->Close();
+  EXPECT_TRUE(Within([this] { return player_->Rests(); }));
+}
+
 TEST_F(RealPrelistenTest, ADeviceThatDoesNotBeginIsGivenUp) {
   Make(kShortPatience);
   devices_[0].conduct = Conduct::kStandsStill;
