@@ -1,6 +1,7 @@
 // The parts of the check, each over one kind of thing. None throws on what it finds.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "app/check/Findings.h"
@@ -32,6 +33,8 @@ void CheckSettings(const ReadOnlyBase& base, Findings& findings);
 void CheckModels(const ReadOnlyBase& base, Findings& findings);
 void CheckStoredLists(const ReadOnlyBase& base, Findings& findings);
 void CheckVoiceTracks(const ReadOnlyBase& base, Findings& findings);
+// The table behind a row of a stored list; nullptr for a kind without a record.
+const char* TableOfKind(int64_t kind);
 
 // Whether the models can be filled from the library under its rules, as it stands on that day.
 void CheckLibrary(const ReadOnlyBase& base, const LocalDateTime& now, Findings& findings);

@@ -63,24 +63,6 @@ void CheckModelTable(const ReadOnlyBase& base, bool skeleton, Findings& findings
   }
 }
 
-// The table and key behind a row of a stored list; nullptr for a kind without a record.
-const char* TableOfKind(int64_t kind) {
-  if (kind > 0) return "Discotheque";
-  switch (kind) {
-    case Element::kJingle:
-      return "DiscothequeJingle";
-    case Element::kSpot:
-    case Element::kNews:
-      return "GrillePub";
-    case Element::kOther:
-      return "DiscothequeVirgule";
-    case Element::kVoiceTrack:
-      return "VT";
-    default:
-      return nullptr;
-  }
-}
-
 class Codes {
  public:
   explicit Codes(const ReadOnlyBase& base) : base_(base) {}
@@ -132,6 +114,23 @@ void CheckOutput(const ReadOnlyBase& base, Findings& findings) {
 }
 
 }  // namespace
+
+const char* TableOfKind(int64_t kind) {
+  if (kind > 0) return "Discotheque";
+  switch (kind) {
+    case Element::kJingle:
+      return "DiscothequeJingle";
+    case Element::kSpot:
+    case Element::kNews:
+      return "GrillePub";
+    case Element::kOther:
+      return "DiscothequeVirgule";
+    case Element::kVoiceTrack:
+      return "VT";
+    default:
+      return nullptr;
+  }
+}
 
 void CheckSettings(const ReadOnlyBase& base, Findings& findings) {
   const int64_t settings = AsInt(base.Rows("SELECT COUNT(*) FROM Cnf")[0][0]);

@@ -21,23 +21,6 @@ constexpr std::pair<const char*, const char*> kSounds[] = {
     {"VT",
      "SELECT CODE, FILENAME, DUREE, CASE WHEN CUT <> 0 THEN POINTSORTIE ELSE 0 END, 0 FROM VT"}};
 
-const char* TableOfElement(int64_t kind) {
-  if (kind > 0) return "Discotheque";
-  switch (kind) {
-    case Element::kJingle:
-      return "DiscothequeJingle";
-    case Element::kOther:
-      return "DiscothequeVirgule";
-    case Element::kSpot:
-    case Element::kNews:
-      return "GrillePub";
-    case Element::kVoiceTrack:
-      return "VT";
-    default:
-      return "";  // a marker, which has no sound
-  }
-}
-
 struct ListPlace {
   std::string list;
   int64_t kind = 0, record = 0;
@@ -94,6 +77,11 @@ class VoiceTrackCheck {
       });
   }
 
+  OnAirElement SoundOf(const char* table, int64_t record) const {
+    const auto sound = sounds_.find({table, record});
+    return sound == sounds_.end() ? OnAirElement() : sound->second;
+  }
+
   std::vector<ListPlace> ReadPlaces() {
     std::vector<ListPlace> places;
     base_.Query(
@@ -102,8 +90,8 @@ class VoiceTrackCheck {
         [&](const ReadOnlyBase::Row& row) {
           ListPlace place{
               AsText(row[0]) + " " + Trim(AsText(row[1])), AsInt(row[2]), AsInt(row[3]), {}};
-          const auto sound = sounds_.find({TableOfElement(place.kind), place.record});
-          if (sound != sounds_.end()) place.element = sound->second;
+          if (const char* table = TableOfKind(place.kind))
+            place.element = SoundOf(table, place.record);
           places.push_back(std::move(place));
         });
     return places;
