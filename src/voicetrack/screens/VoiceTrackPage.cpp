@@ -125,9 +125,14 @@ void VoiceTrackPage::ToolRow() {
                   &editor_.BtnUndoNormalizeEnabled)),
         0},
        {Low(Gauge()), 1},
-       {Field("LblLatence", Value("LblLatence", [this] {
-                return editor_.LblLatence < 0 ? "–" : std::to_string(editor_.LblLatence);
-              }, "00000")),
+       {Field("LblLatence", Value(
+                                "LblLatence",
+                                [this] {
+                                  return editor_.LblLatence < 0
+                                             ? "–"
+                                             : std::to_string(editor_.LblLatence);
+                                },
+                                "00000")),
         0},
        {Low(Order("BtnLatence", VoiceTracks::BtnLatence_Click, nullptr, nullptr)), 0},
        {Low(Latency()), 0}});
