@@ -74,8 +74,8 @@ TEST_F(VoiceTrackWindowTest, WhoRecordsOrListensIsThere) {
 
 TEST_F(VoiceTrackWindowTest, WhatCannotBeDoneIsOff) {
   OpenOn(1);
-  for (const char* off : {"BtnStop", "BtnPlay1", "BtnNormalize", "BtnEditVT", "CheckTest",
-                          "BtnUndoNormalize"})
+  for (const char* off :
+       {"BtnStop", "BtnPlay1", "BtnNormalize", "BtnEditVT", "CheckTest", "BtnUndoNormalize"})
     EXPECT_FALSE(On(off)) << off;
   EXPECT_TRUE(On("BtnRecord") && On("BntLoadVT"));
   EXPECT_FALSE(IsSeen("Gauge") || IsSeen("PointSortie") || IsSeen("LblMicro"));
