@@ -183,7 +183,7 @@ void Week::EnterCampaign(const std::string& name, int64_t lengthMs, int priority
   hand.Click("LblDepartPub");
   hand.PickDay(1);  // today is Sunday
   hand.Click("LblFinPub");
-  hand.PickDay(days);
+  hand.PickDay(1 + days);
   hand.Click("CmdLoadFile");
   SelectFile(name + ".wav");
   hand.GoTo("FrmPub");
@@ -310,7 +310,7 @@ void Week::TheAffidavitSaysWhatTheReportSays() {
   EXPECT_EQ(hand.Text("LblTotaux"), "BAKERY - " + totals);
   EXPECT_EQ(hand.Column("ListDiff", DiffCol::kAired).size(), 8U);
   Texts paper = {"Affidavit of broadcast - BAKERY from 01/11/2026 to 24/11/2026 Page 1",
-                 "Due Aired Late State Reason Kind Campaign File"};
+                 "Due Aired Late Status Reason Type Campaign File"};
   for (size_t cross = 0; cross < kMomentsOfBakery.size(); ++cross) {
     const std::string& aired = airedOfBakery[cross];
     paper.push_back("23/11/2026 " + kMomentsOfBakery[cross] + ":00 " + aired +
