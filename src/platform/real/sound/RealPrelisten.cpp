@@ -1,7 +1,6 @@
 #include "platform/real/sound/RealPrelisten.h"
 
 #include <algorithm>
-#include <thread>
 #include <utility>
 
 #include "platform/EventLoop.h"
@@ -17,18 +16,8 @@ constexpr int kListenFrames = 2048;
 constexpr int kListenBuffers = 4;
 constexpr int kBufferBytes = kListenFrames * kChannels * static_cast<int>(sizeof(int16_t));
 constexpr auto kRingMs = static_cast<int32_t>(FramesToMs(kListenBuffers * kListenFrames));
-constexpr std::chrono::seconds kParting{2};  // that the end of the program waits for a device
-constexpr std::chrono::milliseconds kPartingTurn{1};
-// A file that came in behind another began up to a block of the mixer later than was noted: its end
-// is waited for so much longer, that none of it is cut off.
 constexpr int32_t kJoinSlackMs = 25;
 constexpr int32_t kLevelMs = 100;  // of the sound, that a level is the highest of
-
-// Without its files a chain that is closed comes to rest.
-void FreeSlots(RealSoundChain& chain) {
-  chain.SetFileName(0, "");
-  chain.SetFileName(1, "");
-}
 
 }  // namespace
 
@@ -50,13 +39,7 @@ RealPrelisten::RealPrelisten(EventLoop& loop, SoundOpener& opener, DeviceOf devi
 RealPrelisten::~RealPrelisten() {
   Close();
   if (chain_ != nullptr) leaving_.push_back(std::move(chain_));
-  const auto until = std::chrono::steady_clock::now() + kParting;
-  while (!leaving_.empty() && std::chrono::steady_clock::now() < until) {
-    std::this_thread::sleep_for(kPartingTurn);
-    Reap();
-  }
-  // One that hangs in its sound system is left to itself: it shares nothing with anybody.
-  for (auto& chain : leaving_) std::thread([gone = std::move(chain)] {}).detach();
+  PartFrom(std::move(leaving_));
 }
 
 void RealPrelisten::SetDevice(int number) {
@@ -223,8 +206,7 @@ void RealPrelisten::Poll() {
 }
 
 void RealPrelisten::Reap() {
-  for (const auto& chain : leaving_) chain->Poll();
-  std::erase_if(leaving_, [](const auto& chain) { return chain->Rests(); });
+  DropRested(leaving_);
   if (chain_ != nullptr && state_ == State::kClosed && chain_->Rests()) chain_.reset();
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/Prelisten.h"
+#include "platform/real/sound/ChainParting.h"
 #include "platform/real/sound/DeviceThread.h"
 
 namespace zemo {
@@ -103,13 +104,13 @@ class RealPrelisten final : public Prelisten {
   int32_t nextAtMs_ = -1;     // HeardMs at its begin, once it is mixed
 
   std::unique_ptr<RealSoundChain> chain_;
-  int chainDevice_ = -1;                                  // that it plays on
-  std::vector<std::unique_ptr<RealSoundChain>> leaving_;  // until their devices are closed
-  std::deque<MixedLevels> levels_;                        // from the oldest that is heard on
-  int32_t endMs_ = -1;                                    // HeardMs at the file's end, once known
-  Time playedAt_;                                         // when its device was last seen to play
-  uint64_t playing_ = 0;  // counts what begins to play or falls silent
-  uint64_t ending_ = 0;   // the one whose end is on its way
+  int chainDevice_ = -1;            // that it plays on
+  LeavingChains leaving_;           // until their devices are closed
+  std::deque<MixedLevels> levels_;  // from the oldest that is heard on
+  int32_t endMs_ = -1;              // HeardMs at the file's end, once known
+  Time playedAt_;                   // when its device was last seen to play
+  uint64_t playing_ = 0;            // counts what begins to play or falls silent
+  uint64_t ending_ = 0;             // the one whose end is on its way
   std::shared_ptr<int> alive_ = std::make_shared<int>();  // for what is on its way
 };
 

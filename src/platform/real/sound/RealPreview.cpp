@@ -1,10 +1,11 @@
 #include "platform/real/sound/RealPreview.h"
 
 #include <string>
-#include <thread>
+#include <utility>
 
 #include "platform/EventLoop.h"
 #include "platform/real/sound/AirSink.h"
+#include "platform/real/sound/ChainParting.h"
 #include "platform/real/sound/RealSoundChain.h"
 
 namespace zemo {
@@ -13,8 +14,6 @@ namespace {
 // The output ring: enough for a busy machine, little enough to begin soon.
 constexpr int kPreviewFrames = 2048, kPreviewBuffers = 4;
 constexpr int kPreviewBufferBytes = kPreviewFrames * kChannels * static_cast<int>(sizeof(int16_t));
-constexpr std::chrono::seconds kPreviewParting{2};
-constexpr std::chrono::milliseconds kPreviewPartingTurn{1};
 
 // In the place of a device until one is chosen.
 class NoOutput final : public OutputDevice {
@@ -33,12 +32,10 @@ RealPreview::~RealPreview() {
   if (chain_ == nullptr) return;
   chain_->SetObserver(nullptr);
   chain_->Close();
-  for (int slot = 0; slot < kSlots; ++slot) chain_->SetFileName(slot, "");
-  const auto until = std::chrono::steady_clock::now() + kPreviewParting;
-  for (chain_->Poll(); !chain_->Rests() && std::chrono::steady_clock::now() < until; chain_->Poll())
-    std::this_thread::sleep_for(kPreviewPartingTurn);
-  // One that hangs in its sound system is left to itself: it shares nothing with anybody.
-  if (!chain_->Rests()) std::thread([gone = std::move(chain_)] {}).detach();
+  FreeSlots(*chain_);
+  LeavingChains leaving;
+  leaving.push_back(std::move(chain_));
+  PartFrom(std::move(leaving));
 }
 
 RealSoundChain& RealPreview::Chain() {
