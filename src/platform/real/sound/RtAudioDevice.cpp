@@ -123,6 +123,51 @@ std::vector<unsigned int> Rates(const Found& device) {
   return rates;
 }
 
+RtAudio::StreamParameters ParametersOf(const Found& device, int channels) {
+  RtAudio::StreamParameters parameters;
+  parameters.deviceId = device.id;
+  parameters.nChannels = static_cast<unsigned int>(channels);
+  return parameters;
+}
+
+RtAudio::StreamOptions OptionsOf(const char* streamName) {
+  RtAudio::StreamOptions options;
+  options.numberOfBuffers = kBuffers;
+  options.streamName = streamName;
+  return options;
+}
+
+// What `open` gives for the first rate at which it does not throw RtAudioError.
+template <typename Open>
+auto AtFirstRate(RtAudio& audio, const Found& device, Open open) {
+  std::string reason;
+  for (const unsigned int rate : Rates(device)) {
+    try {
+      return open(rate);
+    } catch (const RtAudioError& error) {
+      reason = error.getMessage();
+      if (audio.isStreamOpen()) audio.closeStream();
+    }
+  }
+  throw SoundError(device.device.name + ": " + reason);
+}
+
+// What `open` gives with the system asked anew. Nothing is left of it where that throws, and only
+// SoundError leaves it.
+template <typename Open>
+auto OpenWith(std::unique_ptr<RtAudio>& audio, RtAudioSystem system, Open open) {
+  try {
+    audio = Ask(system);
+    return open();
+  } catch (const RtAudioError& error) {
+    audio.reset();
+    throw SoundError(error.getMessage());
+  } catch (...) {
+    audio.reset();
+    throw;
+  }
+}
+
 // What a sound server put in the place of ALSA's default, found in ALSA's settings without opening
 // it: the server is asked directly, and behind its back only its own devices come and go.
 bool AlsaDefaultIsAServers() {
@@ -153,21 +198,14 @@ class RtAudioDevice final : public OutputDevice {
   Opened Open(OutputRing& ring) override {
     const JackTurn turn(system_);
     Close();
-    try {
-      audio_ = Ask(system_);
+    return OpenWith(audio_, system_, [&] {
       byDefault_ =
           wish_.name.empty() && !(system_ == RtAudioSystem::kAlsa && AlsaDefaultIsAServers());
       const std::vector<Found> devices = Devices(*audio_, system_, Way::kOut, !byDefault_);
       const int index = IndexOf(devices);
       if (index < 0) throw NoSuchDevice(std::string(NameOf(system_)) + ": no such sound device");
       return OpenAt(devices[static_cast<size_t>(index)], ring);
-    } catch (const RtAudioError& error) {
-      audio_.reset();
-      throw SoundError(error.getMessage());
-    } catch (...) {
-      audio_.reset();
-      throw;
-    }
+    });
   }
 
   void Close() override {
@@ -188,31 +226,21 @@ class RtAudioDevice final : public OutputDevice {
   }
 
   Opened OpenAt(const Found& device, OutputRing& ring) {
-    std::string reason;
-    for (const unsigned int rate : Rates(device)) {
-      RtAudio::StreamParameters parameters;
-      parameters.deviceId = device.id;
-      parameters.nChannels = kChannels;
-      RtAudio::StreamOptions options;
-      options.numberOfBuffers = kBuffers;
-      options.streamName = wish_.prelistens ? "Zemo Radio Prelisten" : "Zemo Radio";
+    return AtFirstRate(*audio_, device, [&](unsigned int rate) {
+      RtAudio::StreamParameters parameters = ParametersOf(device, kChannels);
+      RtAudio::StreamOptions options =
+          OptionsOf(wish_.prelistens ? "Zemo Radio Prelisten" : "Zemo Radio");
       // The default of ALSA is not its first card but what the machine is set up to share.
       if (byDefault_) options.flags = RTAUDIO_ALSA_USE_DEFAULT;
       unsigned int frames = kBufferFrames;
-      try {
-        audio_->openStream(&parameters, nullptr, RTAUDIO_SINT16, rate, &frames, &DeviceCallback,
-                           &ring, &options);
-        audio_->startStream();
-        const unsigned int buffers = std::max(options.numberOfBuffers, kBuffers);
-        const auto ahead = static_cast<int>(frames * buffers);
-        return {device.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate), ahead,
-                ahead * 1000 / static_cast<int>(rate)};
-      } catch (const RtAudioError& error) {
-        reason = error.getMessage();
-        if (audio_->isStreamOpen()) audio_->closeStream();
-      }
-    }
-    throw SoundError(device.device.name + ": " + reason);
+      audio_->openStream(&parameters, nullptr, RTAUDIO_SINT16, rate, &frames, &DeviceCallback,
+                         &ring, &options);
+      audio_->startStream();
+      const unsigned int buffers = std::max(options.numberOfBuffers, kBuffers);
+      const auto ahead = static_cast<int>(frames * buffers);
+      return Opened{device.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate),
+                    ahead, ahead * 1000 / static_cast<int>(rate)};
+    });
   }
 
   const RtAudioSystem system_;
@@ -229,19 +257,12 @@ class RtAudioInput final : public InputDevice {
   Opened Open(InputRing& ring) override {
     const JackTurn turn(system_);
     Close();
-    try {
-      audio_ = Ask(system_);
+    return OpenWith(audio_, system_, [&] {
       const std::vector<Found> inputs = Devices(*audio_, system_, Way::kIn, true);
       const int index = FindSoundDevice(Known(inputs), wish_);
       if (index < 0) throw NoSuchDevice(std::string(NameOf(system_)) + ": no such sound input");
       return OpenAt(inputs[static_cast<size_t>(index)], ring);
-    } catch (const RtAudioError& error) {
-      audio_.reset();
-      throw SoundError(error.getMessage());
-    } catch (...) {
-      audio_.reset();
-      throw;
-    }
+    });
   }
 
   void Close() override {
@@ -251,29 +272,18 @@ class RtAudioInput final : public InputDevice {
 
  private:
   Opened OpenAt(const Found& input, InputRing& ring) {
-    std::string reason;
     const int channels = std::min(input.device.channels, kChannels);
-    for (const unsigned int rate : Rates(input)) {
-      RtAudio::StreamParameters parameters;
-      parameters.deviceId = input.id;
-      parameters.nChannels = static_cast<unsigned int>(channels);
-      RtAudio::StreamOptions options;
-      options.numberOfBuffers = kBuffers;
-      options.streamName = "Zemo Radio Voice Track";
+    return AtFirstRate(*audio_, input, [&](unsigned int rate) {
+      RtAudio::StreamParameters parameters = ParametersOf(input, channels);
+      RtAudio::StreamOptions options = OptionsOf("Zemo Radio Voice Track");
       unsigned int frames = kBufferFrames;
       ring.Reset(channels);
-      try {
-        audio_->openStream(nullptr, &parameters, RTAUDIO_SINT16, rate, &frames, &InputCallback,
-                           &ring, &options);
-        audio_->startStream();
-        return {input.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate),
-                static_cast<int>(frames * 1000 / rate)};
-      } catch (const RtAudioError& error) {
-        reason = error.getMessage();
-        if (audio_->isStreamOpen()) audio_->closeStream();
-      }
-    }
-    throw SoundError(input.device.name + ": " + reason);
+      audio_->openStream(nullptr, &parameters, RTAUDIO_SINT16, rate, &frames, &InputCallback, &ring,
+                         &options);
+      audio_->startStream();
+      return Opened{input.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate),
+                    static_cast<int>(frames * 1000 / rate)};
+    });
   }
 
   const RtAudioSystem system_;
