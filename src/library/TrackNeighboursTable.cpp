@@ -17,22 +17,15 @@ constexpr const char* kNeighbours = "Raccords";
 constexpr const char* kFindNeighbours =
     "SELECT FICHIERAVANT, DUREEAVANT, PSAVANT, FICHIERAPRES, INTROAPRES FROM Raccords WHERE VT = ?";
 
-Field NeighbourField(const char* name, FieldType type) {
-  Field field;
-  field.Name = name;
-  field.Type = type;
-  return field;
-}
-
 TableDef MakeNeighboursTable() {
   TableDef table;
   table.Name = kNeighbours;
-  table.Fields = {NeighbourField("VT", FieldType::kInt32),  // CODE of VT
-                  NeighbourField("FICHIERAVANT", FieldType::kMemo),
-                  NeighbourField("DUREEAVANT", FieldType::kInt32),  // ms, as the exit point
-                  NeighbourField("PSAVANT", FieldType::kInt32),
-                  NeighbourField("FICHIERAPRES", FieldType::kMemo),
-                  NeighbourField("INTROAPRES", FieldType::kInt32)};  // s
+  table.Fields = {SideField("VT", FieldType::kInt32),  // CODE of VT
+                  SideField("FICHIERAVANT", FieldType::kMemo),
+                  SideField("DUREEAVANT", FieldType::kInt32),  // ms, as the exit point
+                  SideField("PSAVANT", FieldType::kInt32),
+                  SideField("FICHIERAPRES", FieldType::kMemo),
+                  SideField("INTROAPRES", FieldType::kInt32)};  // s
   table.Indexes = {{"VT", "VT"}};
   return table;
 }

@@ -4,7 +4,6 @@
 #include "store/StationBase.h"
 #include "store/StoreError.h"
 #include "store/StructureUpgrade.h"
-#include "store/TableDefs.h"
 
 namespace zemo {
 
@@ -19,6 +18,13 @@ void MakeSideTable(TableDefs& tables, const TableDef& table) {
 }
 
 }  // namespace
+
+Field SideField(const char* name, FieldType type) {
+  Field field;
+  field.Name = name;
+  field.Type = type;
+  return field;
+}
 
 void RequireSideTable(StationBase& base, const TableDef& table) {
   TableDefs& tables = base.Db().Tables();

@@ -2,10 +2,13 @@
 // base without it is as whole.
 #pragma once
 
+#include "store/TableDefs.h"
+
 namespace zemo {
 
 class StationBase;
-struct TableDef;
+
+Field SideField(const char* name, FieldType type);
 
 // The table is there, with its indexes, whoever made it. Where it has to be made it opens the
 // others anew: not inside a transaction. Throws StoreError; the others are open then all the same.

@@ -27,25 +27,18 @@ constexpr const char* kPathIndex = "Chemin";
 constexpr double kLeastLufs = -70, kMostLufs = 31, kLeastPeakDb = -150, kMostPeakDb = 30;
 constexpr double kMostAbovePeak = 7;
 
-Field OfType(const char* name, FieldType type) {
-  Field field;
-  field.Name = name;
-  field.Type = type;
-  return field;
-}
-
 TableDef MakeMeasuresTable() {
   TableDef table;
   table.Name = kTable;
-  table.Fields = {OfType("CHEMIN", FieldType::kMemo),
-                  OfType("TAILLE", FieldType::kFloat64),   // bytes, also above 2 GB
-                  OfType("MODIFIE", FieldType::kFloat64),  // ms since 1970
-                  OfType("DUREE", FieldType::kInt32),      // ms, as the ones below
-                  OfType("LUFS", FieldType::kFloat64),
-                  OfType("DBTP", FieldType::kFloat64),
-                  OfType("DEBUT", FieldType::kInt32),
-                  OfType("FIN", FieldType::kInt32),
-                  OfType("POINTSORTIE", FieldType::kInt32)};
+  table.Fields = {SideField("CHEMIN", FieldType::kMemo),
+                  SideField("TAILLE", FieldType::kFloat64),   // bytes, also above 2 GB
+                  SideField("MODIFIE", FieldType::kFloat64),  // ms since 1970
+                  SideField("DUREE", FieldType::kInt32),      // ms, as the ones below
+                  SideField("LUFS", FieldType::kFloat64),
+                  SideField("DBTP", FieldType::kFloat64),
+                  SideField("DEBUT", FieldType::kInt32),
+                  SideField("FIN", FieldType::kInt32),
+                  SideField("POINTSORTIE", FieldType::kInt32)};
   table.Indexes = {{kPathIndex, "CHEMIN"}, {"Taille", "TAILLE"}};
   return table;
 }
