@@ -1,22 +1,16 @@
-// A stream to the Pulse server. Opening happens on the device thread; then a thread of its own
-// turns libpulse's loop until the closing, so that nothing here is ever used by two threads at
-// once.
+// A playing stream of the Pulse server, opened on the device thread.
 #include "platform/real/sound/PulseDevice.h"
 
 #include <pulse/error.h>
 #include <pulse/introspect.h>
-#include <pulse/proplist.h>
 #include <pulse/rtclock.h>
-#include <pulse/stream.h>
 #include <pulse/subscribe.h>
 
 #include <algorithm>
-#include <atomic>
 #include <mutex>
-#include <thread>
 #include <utility>
 
-#include "platform/real/sound/PulseServer.h"
+#include "platform/real/sound/PulseStream.h"
 
 namespace zemo {
 namespace {
@@ -42,13 +36,7 @@ void OnServer(pa_context*, const pa_server_info* info, void* listed) {
 
 void OnSink(pa_context*, const pa_sink_info* info, int end, void* listed) {
   if (end != 0 || info == nullptr) return;
-  SoundDevice device;
-  device.key = info->name;
-  device.name = info->description != nullptr ? info->description : info->name;
-  device.system = "PulseAudio";
-  device.rates = {static_cast<int>(info->sample_spec.rate)};
-  device.channels = info->sample_spec.channels;
-  static_cast<Listed*>(listed)->devices.push_back(device);
+  static_cast<Listed*>(listed)->devices.push_back(DescribedByPulse(*info));
 }
 
 std::vector<SoundDevice> DevicesOf(PulseServer& server) {
@@ -74,22 +62,20 @@ class PulseDevice final : public OutputDevice {
     try {
       return Connect(ring);
     } catch (...) {
-      Free();
+      Close();
       throw;
     }
   }
 
   void Close() override {
-    if (thread_.joinable()) {
-      quit_.store(true, std::memory_order_release);
-      server_->WakeUp();
-      thread_.join();
-    }
-    Free();
+    stream_.Close([this] {
+      if (patience_ != nullptr) stream_.Server().Api()->time_free(patience_);
+      patience_ = nullptr;
+    });
   }
 
   News Look() override {
-    News news{condition_.load(std::memory_order_acquire), {}};
+    News news{stream_.Condition(), {}};
     const std::lock_guard lock(movedMutex_);
     std::swap(news.movedTo, movedTo_);
     return news;
@@ -98,21 +84,17 @@ class PulseDevice final : public OutputDevice {
  private:
   Opened Connect(OutputRing& ring) {
     ring_ = &ring;
-    quit_ = false;
     asked_ = false;
     heldBack_ = 0;
-    condition_ = Condition::kFine;
     movedTo_.clear();
-    server_ = Reached();
-    const std::vector<SoundDevice> devices = DevicesOf(*server_);
+    stream_.Reach(Reached());
+    const std::vector<SoundDevice> devices = DevicesOf(stream_.Server());
     const int index = FindSoundDevice(devices, wish_);
     if (index < 0) throw NoSuchDevice("PulseAudio: no such sound device");
     const SoundDevice& device = devices[static_cast<size_t>(index)];
     if (wish_.name.empty()) FollowDefault(device.key);
     Play(device);
-    thread_ = std::thread([this] {
-      while (!quit_.load(std::memory_order_acquire) && server_->Turn()) continue;
-    });
+    stream_.Turn();
     return {TextOf(device), kSampleRate, kSilentFrames,
             static_cast<int>(FramesToMs(kTargetFrames))};
   }
@@ -128,13 +110,13 @@ class PulseDevice final : public OutputDevice {
   }
 
   void Play(const SoundDevice& device) {
+    const PulseServer& server = stream_.Server();
     const pa_sample_spec form{PA_SAMPLE_S16NE, static_cast<uint32_t>(kSampleRate), kChannels};
-    stream_ = NewStream(form);
-    if (stream_ == nullptr) throw SoundError("PulseAudio: " + server_->Error());
-    pa_stream_set_write_callback(stream_, OnRequest, this);
-    pa_stream_set_state_callback(stream_, OnState, this);
-    pa_stream_set_suspended_callback(stream_, OnSuspended, this);
-    pa_stream_set_moved_callback(stream_, OnMoved, this);
+    // What a server keeps of streams, their volume above all, it keeps by their role.
+    stream_.Hold(wish_.prelistens ? NewPulseStream(server, "Prelisten", form, "production")
+                                  : NewPulseStream(server, "Air", form, nullptr));
+    pa_stream_set_write_callback(stream_.Get(), OnRequest, this);
+    pa_stream_set_moved_callback(stream_.Get(), OnMoved, this);
     pa_buffer_attr buffer{};
     buffer.maxlength = static_cast<uint32_t>(-1);
     buffer.tlength = kTargetFrames * kFrameBytes;
@@ -146,66 +128,25 @@ class PulseDevice final : public OutputDevice {
     if (!wish_.name.empty()) flags |= PA_STREAM_DONT_MOVE;
     const char* to = wish_.name.empty() ? nullptr : device.key.c_str();  // else it would stay there
     const bool asked =
-        pa_stream_connect_playback(stream_, to, &buffer, static_cast<pa_stream_flags_t>(flags),
-                                   nullptr, nullptr) >= 0;
-    const auto settled = [this] {
-      const pa_stream_state_t state = pa_stream_get_state(stream_);
-      return state == PA_STREAM_READY || !PA_STREAM_IS_GOOD(state);
-    };
-    if (!asked || !server_->Await(settled) || pa_stream_get_state(stream_) != PA_STREAM_READY)
-      throw SoundError(TextOf(device) + ": " + server_->Error());
-    sink_ = pa_stream_get_device_index(stream_);
-    NoteSleep();
+        pa_stream_connect_playback(stream_.Get(), to, &buffer,
+                                   static_cast<pa_stream_flags_t>(flags), nullptr, nullptr) >= 0;
+    stream_.AwaitReady(asked, TextOf(device));
+    sink_ = pa_stream_get_device_index(stream_.Get());
+    stream_.NoteSleep();
     patience_ =
-        pa_context_rttime_new(server_->Context(), pa_rtclock_now() + kBeginUsec, OnPatience, this);
-  }
-
-  // What a server keeps of streams, their volume above all, it keeps by their role, and by the
-  // program's name without one.
-  pa_stream* NewStream(const pa_sample_spec& form) const {
-    if (!wish_.prelistens) return pa_stream_new(server_->Context(), "Air", &form, nullptr);
-    pa_proplist* properties = pa_proplist_new();
-    pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "production");
-    pa_stream* stream =
-        pa_stream_new_with_proplist(server_->Context(), "Prelisten", &form, nullptr, properties);
-    pa_proplist_free(properties);
-    return stream;
+        pa_context_rttime_new(server.Context(), pa_rtclock_now() + kBeginUsec, OnPatience, this);
   }
 
   void FollowDefault(const std::string& now) {
     defaultKey_ = now;
-    pa_context_set_subscribe_callback(server_->Context(), OnEvent, this);
+    pa_context_set_subscribe_callback(stream_.Server().Context(), OnEvent, this);
     constexpr int kMask = PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK_INPUT;
-    Forget(pa_context_subscribe(server_->Context(), static_cast<pa_subscription_mask_t>(kMask),
-                                nullptr, nullptr));
-  }
-
-  void Free() {
-    if (patience_ != nullptr) server_->Api()->time_free(patience_);
-    patience_ = nullptr;
-    if (stream_ != nullptr) {
-      for (const auto set : {pa_stream_set_state_callback, pa_stream_set_suspended_callback,
-                             pa_stream_set_moved_callback})
-        set(stream_, nullptr, nullptr);
-      pa_stream_set_write_callback(stream_, nullptr, nullptr);
-      pa_stream_disconnect(stream_);
-      pa_stream_unref(stream_);
-      stream_ = nullptr;
-    }
-    server_.reset();
+    Forget(pa_context_subscribe(stream_.Server().Context(),
+                                static_cast<pa_subscription_mask_t>(kMask), nullptr, nullptr));
   }
 
   static void Forget(pa_operation* operation) {
     if (operation != nullptr) pa_operation_unref(operation);
-  }
-
-  bool Ready() const {
-    return stream_ != nullptr && pa_stream_get_state(stream_) == PA_STREAM_READY;
-  }
-
-  void NoteSleep() {
-    condition_.store(pa_stream_is_suspended(stream_) > 0 ? Condition::kAsleep : Condition::kFine,
-                     std::memory_order_release);
   }
 
   // --- Called back by libpulse ---
@@ -227,8 +168,8 @@ class PulseDevice final : public OutputDevice {
   // A server that needs more to begin gets it.
   static void OnPatience(pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {
     PulseDevice& device = Of(self);
-    if (device.heldBack_ == 0 || !device.Ready()) return;
-    Write(device.stream_, std::exchange(device.heldBack_, 0),
+    if (device.heldBack_ == 0 || !device.stream_.Ready()) return;
+    Write(device.stream_.Get(), std::exchange(device.heldBack_, 0),
           [](int16_t* stereo, int frames) { std::fill_n(stereo, frames * kChannels, int16_t{0}); });
   }
 
@@ -250,15 +191,8 @@ class PulseDevice final : public OutputDevice {
     }
   }
 
-  static void OnState(pa_stream* stream, void* self) {
-    if (!PA_STREAM_IS_GOOD(pa_stream_get_state(stream)))
-      Of(self).condition_.store(Condition::kGone, std::memory_order_release);
-  }
-
-  static void OnSuspended(pa_stream*, void* self) { Of(self).NoteSleep(); }
-
   static void OnMoved(pa_stream* stream, void* self) {
-    Of(self).NoteSleep();
+    Of(self).stream_.NoteSleep();
     Forget(pa_context_get_sink_info_by_name(pa_stream_get_context(stream),
                                             pa_stream_get_device_name(stream), OnMovedTo, self));
   }
@@ -278,7 +212,7 @@ class PulseDevice final : public OutputDevice {
     const PulseDevice& device = Of(self);
     if ((event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SERVER)
       Forget(pa_context_get_server_info(context, OnDefault, self));
-    else if (device.Ready() && index == pa_stream_get_index(device.stream_))
+    else if (device.stream_.Ready() && index == pa_stream_get_index(device.stream_.Get()))
       Forget(pa_context_get_sink_input_info(context, index, OnInput, self));
   }
 
@@ -295,27 +229,23 @@ class PulseDevice final : public OutputDevice {
     if (info == nullptr || info->default_sink_name == nullptr) return;
     if (info->default_sink_name == device.defaultKey_) return;
     device.defaultKey_ = info->default_sink_name;
-    if (!device.Ready()) return;
-    const char* now = pa_stream_get_device_name(device.stream_);
+    if (!device.stream_.Ready()) return;
+    const char* now = pa_stream_get_device_name(device.stream_.Get());
     if (now != nullptr && device.defaultKey_ == now) return;
-    Forget(pa_context_move_sink_input_by_name(context, pa_stream_get_index(device.stream_),
+    Forget(pa_context_move_sink_input_by_name(context, pa_stream_get_index(device.stream_.Get()),
                                               info->default_sink_name, nullptr, nullptr));
   }
 
   const DeviceWish wish_;
   OutputRing* ring_ = nullptr;
-  std::unique_ptr<PulseServer> server_;
-  pa_stream* stream_ = nullptr;
   pa_time_event* patience_ = nullptr;
   bool asked_ = false;   // the server asked once
   size_t heldBack_ = 0;  // bytes that it asked for and did not get yet
   std::string defaultKey_;
   uint32_t sink_ = PA_INVALID_INDEX;  // that the sound goes to, where it is known
-  std::atomic<Condition> condition_{Condition::kFine};
   std::mutex movedMutex_;
   std::string movedTo_;  // while movedMutex_ is held
-  std::atomic<bool> quit_{false};
-  std::thread thread_;
+  PulseStream stream_;   // last: nothing is called back once it is gone
 };
 
 }  // namespace
