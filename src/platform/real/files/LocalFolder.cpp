@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "platform/real/files/NoCaseNames.h"
 
 namespace zemo {
 
@@ -25,7 +24,7 @@ LocalFolder::LocalFolder(const std::string& path, const DiskSync& disk) : disk_(
 }
 
 std::string LocalFolder::PathOf(std::string_view name) const {
-  const std::string existing = IsPlainName(name) ? EntryNamed(path_, name) : std::string();
+  const std::string existing = IsPlainName(name) ? entries_.Named(path_, name) : std::string();
   return path_ + (existing.empty() ? std::string(name) : existing);
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/Folder.h"
+#include "platform/real/files/FolderEntries.h"
 #include "platform/real/files/WholeFiles.h"
 
 namespace zemo {
@@ -13,7 +14,7 @@ namespace zemo {
 // Looks at the disk at each call: what another program or machine changes is seen at once. The
 // folder need not exist: nothing is in it then, and the first write makes it. A name that is no
 // plain file name ("", "..", one with a slash) is in no folder, and writing under it is a
-// FileError. Thread: any, as nothing is kept but the path; Subfolder one at a time.
+// FileError. Thread: any, but Subfolder one at a time.
 class LocalFolder : public Folder {
  public:
   // `path` may be relative to the current folder of this moment. `disk` is not owned.
@@ -41,6 +42,7 @@ class LocalFolder : public Folder {
 
   std::string path_;  // ends in '/'
   const DiskSync& disk_;
+  FolderEntries entries_;
   std::map<std::string, std::unique_ptr<LocalFolder>, std::less<>> subfolders_;  // asked for so far
 };
 
