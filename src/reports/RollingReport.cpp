@@ -1,8 +1,11 @@
 #include "reports/RollingReport.h"
 
+#include <algorithm>
 #include <exception>
+#include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/LocalValues.h"
@@ -18,8 +21,11 @@ namespace {
 constexpr const char* kFile = "rapportzemo.txt";
 constexpr int kRowsByDefault = 20;
 constexpr std::string_view kFields =
-    "LADATE, Heure, Auteur, Titre, Genre, Variete, AuteurCompositeur, Label, Reference";
-constexpr int kFieldCount = 9;
+    "LADATE, Heure, Auteur, Titre, Genre, Variete, AuteurCompositeur, Label, Reference, DATENUM, "
+    "Code";
+constexpr int kFieldCount = 9;  // of the file; the moment and the code stand behind them
+
+using Rows = std::vector<RollingRows::Row>;
 
 std::string TabbedLine(const RowView& row) {
   std::string line;
@@ -27,13 +33,76 @@ std::string TabbedLine(const RowView& row) {
   return line;
 }
 
+RollingRows::Row Taken(const RowView& row) {
+  const double moment =
+      row.IsNull(kFieldCount) ? -std::numeric_limits<double>::infinity() : row.Real(kFieldCount);
+  return {moment, row.Int(kFieldCount + 1), TabbedLine(row)};
+}
+
+Rows ReadRows(Station& station, const std::string& top, const std::string& which,
+              const Values& values) {
+  Rows rows;
+  station.base.Db().ReadRows(
+      "SELECT " + top + std::string(kFields) + " FROM Rapport WHERE " + which, values,
+      [&](const RowView& row) { rows.push_back(Taken(row)); });
+  return rows;
+}
+
+int64_t HighestCode(Station& station) {
+  int64_t code = 0;
+  station.base.Db().ReadRows("SELECT TOP 1 CODE FROM Rapport ORDER BY CODE DESC",
+                             [&](const RowView& row) { code = row.Int(0); });
+  return code;
+}
+
+// Sorts the whole report. What comes between the two questions is there twice, not missing.
+void ReadAnew(Station& station, RollingRows& rolling, int64_t count) {
+  rolling.known = false;
+  rolling.head = HighestCode(station);
+  rolling.rows = ReadRows(station, "TOP ? ", "Code > 0 ORDER BY DATENUM DESC, Code DESC", {count});
+  rolling.count = count;
+  rolling.known = true;
+}
+
+// False when one of them is gone or has another moment: older ones move up then.
+bool ReadKnownAgain(Station& station, Rows& rows) {
+  for (RollingRows::Row& row : rows) {
+    Rows now = ReadRows(station, "", "Code = ?", {row.code});
+    if (now.size() != 1 || now.front().moment != row.moment) return false;
+    row.line = std::move(now.front().line);
+  }
+  return true;
+}
+
 // Rows of one moment stand newest first as well.
+bool NewerThan(const RollingRows::Row& a, const RollingRows::Row& b) {
+  return a.moment != b.moment ? a.moment > b.moment : a.code > b.code;
+}
+
+void TakeNewRows(Station& station, RollingRows& rolling) {
+  for (RollingRows::Row& row :
+       ReadRows(station, "", "Code > ? ORDER BY Code", {std::max<int64_t>(rolling.head, 0)})) {
+    rolling.head = row.code;
+    const auto place = std::lower_bound(rolling.rows.begin(), rolling.rows.end(), row, NewerThan);
+    if (place != rolling.rows.end() && place->code == row.code) continue;
+    rolling.rows.insert(place, std::move(row));
+  }
+  if (rolling.rows.size() > static_cast<size_t>(rolling.count))
+    rolling.rows.resize(static_cast<size_t>(rolling.count));
+}
+
+// After the first time a row or two are read, however long the report is.
+const Rows& NewestRows(Station& station, int64_t count) {
+  RollingRows& rolling = station.engine.rollingReport;
+  if (!rolling.known || rolling.count != count || !ReadKnownAgain(station, rolling.rows))
+    ReadAnew(station, rolling, count);
+  TakeNewRows(station, rolling);
+  return rolling.rows;
+}
+
 std::vector<std::string> NewestLines(Station& station, int64_t count) {
   std::vector<std::string> lines;
-  const std::string sql = "SELECT TOP ? " + std::string(kFields) +
-                          " FROM Rapport WHERE Code > 0 ORDER BY DATENUM DESC, Code DESC";
-  station.base.Db().ReadRows(sql, {count},
-                             [&](const RowView& row) { lines.push_back(TabbedLine(row)); });
+  for (const RollingRows::Row& row : NewestRows(station, count)) lines.push_back(row.line);
   return lines;
 }
 

@@ -6,7 +6,9 @@ namespace zemo {
 struct Station;
 
 // Writes the file anew with the newest rows, as many as the machine's value XRapport says (20
-// without one); with 0 nothing is done. Run after each music row. A failure is logged.
+// without one); with 0 nothing is done. Run after each music row. A failure is logged. What other
+// programs add and delete counts; an old row that one of them gave a newer moment is not seen
+// before the base is opened again.
 void ExportReport(Station& station);
 
 }  // namespace zemo

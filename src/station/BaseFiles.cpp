@@ -19,6 +19,7 @@ void ForgetBase(Station& station) {
   station.base.CheckCnf();
   station.requests.report.known = false;
   station.requests.reportArtists.known = false;
+  station.engine.rollingReport.known = false;
   // Its breaks keep firing until the tick has composed it anew.
   if (station.GPubJour.RowCount() > 0) station.GPubJour.SetCell(0, GridCol::kDateStamp, "");
 }

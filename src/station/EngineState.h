@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/EventLoop.h"
 #include "station/AirWrite.h"
@@ -23,6 +24,33 @@ struct Station;
 
 // The button that is held, by its number; kReady: the joystick was found, and none pressed yet.
 enum class JoystickLamp { kReady = -1, kDark, kEngine, kSatellite, kLocalProgramme, kPulse };
+
+// The rows that "rapportzemo.txt" shows, as they were read last; see reports/RollingReport.h.
+struct RollingRows {
+  struct Row {
+    double moment = 0;  // DATENUM; -infinity for Null
+    int64_t code = 0;
+    std::string line;  // of the file, without its end
+  };
+  bool known = false;     // false: the base has to be asked for all of them
+  int64_t count = 0;      // as many were asked for
+  int64_t head = 0;       // no row up to this CODE is missing
+  std::vector<Row> rows;  // the newest first, `count` at most
+};
+
+// The stored lists as the base had them at that count of its changes; see engine/PlaylistWatcher.h.
+struct DatedLists {
+  struct List {
+    int32_t code = 0;
+    std::string label;
+    std::string day;     // the word for every day, else the key of its date; empty: it has none
+    std::string minute;  // "hh:mm"
+    int32_t option = 0;
+  };
+  bool known = false;
+  int64_t changeCounter = 0;
+  std::vector<List> lists;  // in table order
+};
 
 struct EngineState {
   FlagObserver* observer = nullptr;  // hears of changed flags; not owned
@@ -120,6 +148,8 @@ struct EngineState {
 
   // --- writes that the base could not take yet (see reports/AirWrites.h) ---
   KeptWrites kept;
+  RollingRows rollingReport;  // writer: ExportReport
+  DatedLists datedLists;      // writer: PlaylistWatcher
 
   int64_t baseLookMs = 0;      // monotonic; whether the base is lost is not looked at before
   int64_t basePauseMs = 2000;  // up to the look behind it

@@ -2,8 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <random>
+#include <sstream>
 
 #include "reports/RollingReport.h"
+#include "station/BaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -21,6 +24,16 @@ class RollingReport : public testing::Test {
   std::optional<std::string> File() { return on.stationFolder.Read("rapportzemo.txt"); }
   static std::string Line(const std::string& author) {
     return "21/11/2026\t11:22:33\t" + author + "\tTITLE\tPOP\tNATIONAL\tCOMPOSER\tLABEL\tREF\t\r\n";
+  }
+  // Each with a bar behind it.
+  std::string AuthorsInFile() {
+    std::istringstream lines(File().value_or("none"));
+    std::string authors;
+    for (std::string line; std::getline(lines, line);) {
+      const size_t author = line.find('\t', line.find('\t') + 1) + 1;
+      authors += line.substr(author, line.find('\t', author) - author) + '|';
+    }
+    return authors;
   }
   TestStation on;
 };
@@ -56,6 +69,62 @@ TEST_F(RollingReport, NothingIsDoneWithZeroOrLess) {
     ExportReport(on.station);
     EXPECT_EQ(File(), std::nullopt) << value;
   }
+}
+
+// Against the question that the file answers, whatever comes to the report between two starts.
+TEST_F(RollingReport, ShowsWhatASortOfTheWholeReportShows) {
+  std::mt19937 random(20261123);
+  const auto below = [&](int end) {
+    return static_cast<int>(random() % static_cast<unsigned>(end));
+  };
+  const auto someCode = [] { return "(SELECT CODE FROM Rapport ORDER BY RANDOM() LIMIT 1)"; };
+  int rows = 0;
+  for (int turn = 0; turn < 120; ++turn) {
+    const int added = below(4);
+    for (int i = 0; i < added; ++i) Add("A" + std::to_string(++rows), 46347 + below(40) / 8.0);
+    switch (below(8)) {
+      case 0:
+        on.Sql(std::string("DELETE FROM Rapport WHERE CODE = ") + someCode());
+        break;
+      case 1:  // that of the file's first row, older than it was
+        on.Sql(
+            "UPDATE Rapport SET DATENUM = DATENUM - 1 WHERE CODE = (SELECT CODE FROM Rapport "
+            "ORDER BY DATENUM DESC, CODE DESC LIMIT 1)");
+        break;
+      case 2:
+        on.Sql(std::string("UPDATE Rapport SET AUTEUR = 'RENAMED' WHERE CODE = ") + someCode());
+        break;
+      case 3:
+        on.Sql("INSERT INTO Rapport (AUTEUR) VALUES (NULL)");  // without a moment
+        break;
+      case 4:
+        on.localValues.Set("XRapport", std::to_string(1 + below(9)));
+        break;
+      case 5:
+        if (turn % 15 == 0) on.Sql("DELETE FROM Rapport");
+        break;
+      default:
+        break;
+    }
+    ExportReport(on.station);
+    const std::string count = on.localValues.Get("XRapport").value_or("20");
+    EXPECT_EQ(
+        AuthorsInFile(),
+        on.SqlText("SELECT COALESCE(GROUP_CONCAT(A, ''), '') FROM (SELECT COALESCE(AUTEUR, '') "
+                   "|| '|' AS A FROM Rapport ORDER BY DATENUM DESC, CODE DESC LIMIT " +
+                   count + ")"))
+        << turn;
+  }
+}
+
+TEST_F(RollingReport, AnotherBaseIsReadAnew) {
+  Add("OF THE OLD", 46347.9);
+  ExportReport(on.station);
+  on.Sql("DELETE FROM Rapport; DELETE FROM sqlite_sequence WHERE name = 'Rapport'");
+  Add("OF THE NEW", 46347.1);
+  OpenBaseAgain(on.station);
+  ExportReport(on.station);
+  EXPECT_EQ(File(), Line("OF THE NEW"));
 }
 
 TEST_F(RollingReport, AnEmptyTableLeavesAnEmptyFile) {
