@@ -1,7 +1,7 @@
 #include "engine/PlaylistWatcher.h"
 
+#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "engine/StoredPlaylists.h"
@@ -20,40 +20,45 @@ constexpr const char* kDaily = "JOURNALIER";  // LADATE of a list of every day
 // What the list's option asks, the index of OptPls: ON, ON-P, OFF, OFF-P.
 enum Option { kJingles = 0, kJinglesCutIn = 1, kNoJingles = 2, kNoJinglesCutIn = 3 };
 
-struct DueList {
-  int32_t code = 0;
-  std::string label;
-  int32_t option = 0;
-};
+using DatedList = DatedLists::List;
 
 // Columns of the look at the lists.
 enum Column { kCode, kLabel, kDate, kMinute, kOption };
 
-bool IsDue(const RowView& playlist, const std::string& today, const std::string& hourMinute) {
-  const std::string_view date = playlist.Text(kDate);
-  return (date == kDaily || DateKeyOfText(std::string(date)) == today) &&
-         playlist.Text(kMinute) == hourMinute;
+DatedList ListOf(const RowView& playlist) {
+  const std::string date(playlist.Text(kDate));
+  return {static_cast<int32_t>(playlist.Int(kCode)), std::string(playlist.Text(kLabel)),
+          date == kDaily ? date : DateKeyOfText(date), std::string(playlist.Text(kMinute)),
+          static_cast<int32_t>(playlist.Int(kOption))};
 }
 
-// In table order: of two lists at the same minute the one stored first is taken. One reading of the
-// table: most ticks of every fifth second look for a list.
-bool FindDueList(Station& station, DueList& due) {
+// Most ticks of every fifth second look for a list: the table is read again when something in the
+// base has changed.
+const std::vector<DatedList>& ListsNow(Station& station) {
+  DatedLists& dated = station.engine.datedLists;
+  Database& db = station.base.Db();
+  const int64_t counter = db.ChangeCounter();
+  if (dated.known && dated.changeCounter == counter) return dated.lists;
+  dated.known = false;
+  dated.lists.clear();
+  db.ReadRows("SELECT CODE, LIBELLE, LADATE, LHEURE, NOJINGLE FROM Playlist ORDER BY CODE",
+              [&](const RowView& playlist) { dated.lists.push_back(ListOf(playlist)); });
+  dated.changeCounter = counter;
+  dated.known = true;
+  return dated.lists;
+}
+
+// Of two lists at the same minute the one stored first is taken.
+std::optional<DatedList> FindDueList(Station& station) {
   const LocalDateTime now = station.Now();
   const std::string today = DateKey(now);
   const std::string hourMinute = TimeText(now).substr(0, 5);
-  bool found = false;
-  station.base.Db().ReadRows(
-      "SELECT CODE, LIBELLE, LADATE, LHEURE, NOJINGLE FROM Playlist ORDER BY CODE",
-      [&](const RowView& playlist) {
-        if (found || !IsDue(playlist, today, hourMinute)) return;
-        found = true;
-        due = {static_cast<int32_t>(playlist.Int(kCode)), std::string(playlist.Text(kLabel)),
-               static_cast<int32_t>(playlist.Int(kOption))};
-      });
-  return found;
+  for (const DatedList& list : ListsNow(station))
+    if ((list.day == kDaily || list.day == today) && list.minute == hourMinute) return list;
+  return std::nullopt;
 }
 
-void LoadBetweenMarkers(Station& station, const DueList& due) {
+void LoadBetweenMarkers(Station& station, const DatedList& due) {
   const std::vector<OnAirElement> rows =
       OnAir::StoredRows(station, due.code, false);  // before the list goes
   ForgetListOrder(station);
@@ -78,13 +83,13 @@ void ObeyOption(EngineState& engine, int32_t option) {
 void WatchDueList(Station& station) {
   const MainTimerHold hold(station);
   try {
-    DueList due;
-    if (!FindDueList(station, due)) return;
-    LoadBetweenMarkers(station, due);
-    ObeyOption(station.engine, due.option);
+    const std::optional<DatedList> due = FindDueList(station);
+    if (!due) return;
+    LoadBetweenMarkers(station, *due);
+    ObeyOption(station.engine, due->option);
     station.engine.PlaylistRunning = true;
     station.engine.LastPlaylistWatchTimer = station.Timer();
-    station.events.List(due.code, due.label, due.option);
+    station.events.List(due->code, due->label, due->option);
   } catch (const std::exception&) {
     LogCurrentException(station, kWatchRoutine);
   }

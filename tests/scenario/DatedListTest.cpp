@@ -220,6 +220,26 @@ TEST_F(DatedList, TheStartOfTheEngineTakesAListThatIsDue) {
   ExpectTaken(1, odd);
 }
 
+// Another program stores it between two looks of the same minute.
+TEST_F(DatedList, OneThatIsStoredInItsMinuteIsTakenAtTheNextLook) {
+  PutTitleOnAir();
+  on.At(kDueMs + 22000, [&] { Store(1, "21/11/2026", "18:00", 0); });
+  on.RunUntil(kDueMs + 30000);
+  ExpectTaken(1, kDueMs + 25000);
+}
+
+TEST_F(DatedList, OneThatAnotherProgramMovesOrDeletesIsTakenWhereItStandsNow) {
+  Store(1, "21/11/2026", "18:00", 0);
+  Store(2, "21/11/2026", "18:05", 0);
+  PutTitleOnAir();
+  on.At(7000, [&] {  // the look of 17:59:55 knew both
+    on.Sql("DELETE FROM Playlist WHERE CODE = 1");
+    on.Sql("UPDATE Playlist SET LHEURE = '18:01' WHERE CODE = 2");
+  });
+  on.RunUntil(kDueMs + 70000);
+  ExpectTaken(2, kDueMs + 60000);
+}
+
 TEST_F(DatedList, ACardThatIsGoneIsLeftOut) {
   Store(1, "21/11/2026", "18:00", 0);
   on.Sql("DELETE FROM Discotheque");
