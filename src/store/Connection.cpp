@@ -307,6 +307,7 @@ void Connection::Close() {
   ForgetStatements();
   standIns_.clear();
   standInVersion_ = -1;
+  standInMark_.clear();
   sqlite3_finalize(dataVersion_);
   dataVersion_ = nullptr;
   seenMark_.clear();
@@ -572,11 +573,17 @@ std::vector<std::string> Connection::PutStandIns() {
   }
   if (!standIns_.empty()) ForgetStatements();
   standInVersion_ = catalogueVersion_;
+  standInMark_.clear();
   return told;
 }
 
 bool Connection::StandInsAreOld() {
-  return standInVersion_ >= 0 && SchemaVersion() != standInVersion_;
+  if (standInVersion_ < 0) return false;
+  std::string mark = FileMark();
+  if (!mark.empty() && mark == standInMark_) return false;
+  const bool old = SchemaVersion() != standInVersion_;
+  if (!old) standInMark_ = std::move(mark);  // the one from before it was asked
+  return old;
 }
 
 void Connection::DropStandIns() {

@@ -133,6 +133,7 @@ class Connection {
   std::vector<std::shared_ptr<const TableDef>> standIns_;
   int64_t catalogueVersion_ = -1;  // schema_version that tables_ shows; -1: none read
   int64_t standInVersion_ = -1;    // that PutStandIns saw; -1: it was not asked
+  std::string standInMark_;        // of the file when it still was that version; empty: not known
 
   int64_t changeCounter_ = 0;
   int64_t seenDataVersion_ = -1;
