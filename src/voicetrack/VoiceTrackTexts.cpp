@@ -1,6 +1,9 @@
 #include "voicetrack/VoiceTrackTexts.h"
 
+#include <cstdlib>
+
 #include "library/LibraryTexts.h"
+#include "voicetrack/TrackJoins.h"
 #include "voicetrack/VoiceTrackEditor.h"
 
 namespace zemo {
@@ -66,6 +69,10 @@ constexpr Word kVoiceTrack[] = {
     {"LblJoins.Done", {"Tout est fait", "All done", "Tudo feito", "Todo hecho"}},
     {"Join.Missing", {"Sans voice track", "No voice track yet", "Sem voice track", "Sin voice track"}},
     {"Join.Done", {"Voice track prêt", "The voice track is ready", "Voice track pronto", "Voice track listo"}},
+    {"TrackOtherBefore", {"Ce Voice Track a été fait pour suivre un autre élément", "This voice track was made to follow another element", "Este voice track foi feito para seguir outro elemento", "Este voice track se hizo para seguir a otro elemento"}},
+    {"TrackChangedBefore", {"La durée ou le point de sortie de l'élément précédent a changé depuis ce Voice Track", "The length or the exit point of the previous element has changed since this voice track was made", "A duração ou o ponto de saída do elemento anterior mudou desde este voice track", "La duración o el punto de salida del elemento anterior cambió desde este voice track"}},
+    {"TrackOtherAfter", {"Ce Voice Track a été fait pour précéder un autre élément", "This voice track was made to lead into another element", "Este voice track foi feito para anteceder outro elemento", "Este voice track se hizo para preceder a otro elemento"}},
+    {"TrackChangedAfter", {"L'intro de l'élément suivant a changé depuis ce Voice Track", "The intro of the next element has changed since this voice track was made", "A intro do elemento seguinte mudou desde este voice track", "La intro del elemento siguiente cambió desde este voice track"}},
     {"Device", {"Périphérique %1", "Device %1", "Dispositivo %1", "Dispositivo %1"}},
 
     {"Note.Recording", {"Enregistrement", "Recording", "A gravar", "Grabando"}},
@@ -91,6 +98,24 @@ constexpr Word kVoiceTrack[] = {
 
 std::span<const Word> VoiceTrackCaptions() {
   return kVoiceTrack;
+}
+
+std::string ShownFault(NeighbourFault fault, int langue) {
+  static constexpr const char* kNames[kNeighbourFaults] = {
+      "", "TrackOtherBefore", "TrackChangedBefore", "TrackOtherAfter", "TrackChangedAfter"};
+  return Caption(VoiceTrackCaptions(), kNames[static_cast<size_t>(fault)], langue);
+}
+
+std::string ShownState(const TrackJoin& join, int langue) {
+  if (join.fault != NeighbourFault::kNone) return ShownFault(join.fault, langue);
+  return Caption(VoiceTrackCaptions(), join.track == 0 ? "Join.Missing" : "Join.Done", langue);
+}
+
+std::string ShownFigure(int64_t ms) {
+  const int64_t tenths = std::abs(ms) / 100;
+  const int64_t seconds = tenths / 10 % 60;
+  return (ms < 0 && tenths > 0 ? "-" : "") + std::to_string(tenths / 600) +
+         (seconds < 10 ? ":0" : ":") + std::to_string(seconds) + "." + std::to_string(tenths % 10);
 }
 
 std::string ShownCut(const VoiceTrackEditor& editor, int langue) {

@@ -33,10 +33,6 @@ constexpr int32_t kRoomBeforeMs = 2000, kRoomBehindMs = 3000;
 constexpr double kSidePixels = 250, kLeastViewPixels = 150;
 constexpr const char* kProgramsFolder = "/usr/bin";
 
-// By NeighbourFault.
-constexpr const char* kFaultNotes[kNeighbourFaults] = {"", "TrackOtherBefore", "TrackChangedBefore",
-                                                       "TrackOtherAfter", "TrackChangedAfter"};
-
 void OpenFileDialogue(QWidget& over, const char* name, const QString& title, const QString& folder,
                       const QString& filter, std::function<void(const std::string&)> take) {
   auto* dialog = new QFileDialog(&over, title, folder, filter);
@@ -352,8 +348,7 @@ QString VoiceTrackWindow::Note() const {
   if (VoiceTracks::IsUnsaved(editor_)) return Texts().Word("Note.Unsaved");
   const int row = station_.PL.RowOfKey(editor_.rowKey);
   if (row == 0) return {};
-  const NeighbourFault fault = FaultOfRow(station_.PL, row);
-  return Texts().Word(kFaultNotes[static_cast<size_t>(fault)]);
+  return ShownText(ShownFault(FaultOfRow(station_.PL, row), Texts().Langue()));
 }
 
 void VoiceTrackWindow::ShowAll() {
