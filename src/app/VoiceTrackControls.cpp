@@ -1,11 +1,17 @@
 // The voice track editor as a script drives it.
+#include <functional>
 #include <limits>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "app/OfficeDesk.h"
 #include "app/Orders.h"
 #include "engine/OperatorControls.h"
 #include "station/Station.h"
+#include "voicetrack/JoinPlan.h"
+#include "voicetrack/TrackJoins.h"
 #include "voicetrack/VoiceTrackScreen.h"
 #include "voicetrack/VoiceTrackTexts.h"
 
@@ -34,6 +40,7 @@ class VoiceTrackTable {
     AddTrack();
     AddPlace();
     AddJoin();
+    AddSitting();
     AddMachine();
     return std::move(screen_);
   }
@@ -68,6 +75,8 @@ class VoiceTrackTable {
   void AddPlace();
   void AddBoxes();
   void AddJoin();
+  void AddSitting();
+  void AddFigure(const char* name, std::function<std::optional<int32_t>()> ms);
   void AddMachine();
 
   OfficeDesk& desk_;
@@ -151,6 +160,41 @@ void VoiceTrackTable::AddJoin() {
   AddLabel("PoAvant", editor_.PoAvant);
   AddLabel("PoApres", editor_.PoApres);
   AddLabel("PoVT", editor_.PoVT);
+}
+
+// Empty where there is nothing to count.
+void VoiceTrackTable::AddFigure(const char* name, std::function<std::optional<int32_t>()> ms) {
+  Add(Label(name, [ms = std::move(ms)] {
+    const auto shown = ms();
+    return shown ? ShownFigure(*shown) : std::string();
+  }));
+}
+
+void VoiceTrackTable::AddSitting() {
+  AddButton("BtnReprise", VoiceTracks::BtnReprise_Click);
+  AddButton("BtnPrecedent", VoiceTracks::BtnPrecedent_Click);
+  AddButton("BtnSuivant", VoiceTracks::BtnSuivant_Click);
+  AddFigure("LblARemplir", [&editor = editor_] { return TimeToFillMs(editor); });
+  AddFigure("LblDecompte", [&station = station_, &editor = editor_] {
+    return VoiceTracks::CountdownMs(station, editor);
+  });
+
+  OfficeList joins;
+  joins.name = "ListJoins";
+  joins.rows = [&station = station_, &editor = editor_, langue = screen_.langue] {
+    Rows rows;
+    for (const TrackJoin& join : JoinsOf(station.PL, editor))
+      rows.push_back({join.titleBefore, join.titleAfter, ShownState(join, *langue)});
+    return rows;
+  };
+  joins.choose = [&station = station_, &editor = editor_](const std::vector<std::string>& values) {
+    const std::vector<TrackJoin> all = JoinsOf(station.PL, editor);
+    const auto most = static_cast<int32_t>(all.size());
+    for (const std::string& value : values)
+      VoiceTracks::OpenJoin(station, editor,
+                            all[static_cast<size_t>(NumberBetween(value, 1, most) - 1)]);
+  };
+  screen_.lists.push_back(std::move(joins));
 }
 
 void VoiceTrackTable::AddMachine() {

@@ -2,6 +2,8 @@
 // at its position -> 0 at its end. An armed track that reached the next element goes back to 0.
 #include "engine/VoiceTrackOnAir.h"
 
+#include <exception>
+
 #include "platform/Folder.h"
 #include "station/Overlay.h"
 #include "station/Station.h"
@@ -12,16 +14,20 @@ namespace zemo {
 namespace {
 
 constexpr int kVoiceTrackNotice = 0;  // no fault of a kind that has a number
+constexpr int32_t kSoonMs = 150;      // a tick, and what the next one may be late
+constexpr int kLookEveryMs = 1;       // for so long
 
-// A presenter who announces the title before is heard over another one.
-void TellForeignElement(Station& station, const OnAirRow& track) {
-  if (!track.madeFor) return;
-  const std::string wanted = station.platform.soundFiles.Resolve(track.madeFor->fileBefore);
+// A presenter who announces the title before is heard over another one: the list may have had
+// another there, and the operator may have ended the right one behind the arming.
+void TellForeignElement(Station& station) {
+  const EngineState::ArmedTrack& track = station.engine.armedTrack;
+  if (!track.madeOver) return;
   const std::string& onAir = station.Sound().FileName(station.engine.CurrentChannel);
-  if (onAir == wanted) return;
+  if (onAir == station.platform.soundFiles.Resolve(*track.madeOver)) return;
   LogNotice(station, "VoiceTrack", kVoiceTrackNotice,
-            "voice track " + track.secondLine + " was made for " + track.madeFor->fileBefore +
-                " and airs over " + onAir);
+            "voice track " + track.code + " was made for " +
+                (track.madeOver->empty() ? "nothing" : *track.madeOver) + " and airs over " +
+                onAir);
 }
 
 void ArmVoiceTrack(Station& station) {
@@ -32,8 +38,9 @@ void ArmVoiceTrack(Station& station) {
   const OnAirRow row = station.PL.Row(1);
   // First, so that a track that cannot be opened does not stay in the way.
   station.PL.TakeToAir(row.key);
-  TellForeignElement(station, row);
   LoadOverlay(station, row.file);
+  engine.armedTrack = {row.secondLine, {}};
+  if (row.madeFor) engine.armedTrack.madeOver = row.madeFor->fileBefore;
   engine.VoiceTrackStartMs = static_cast<int32_t>(row.startMs.value_or(0));
   engine.VoiceTrackState = -1;
 }
@@ -51,6 +58,39 @@ void StartVoiceTrack(Station& station) {
   sound.SetVolume(kOverlaySlot,
                   static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusiqueSurImpression)));
   StartOverlay(station, "voicetrack");
+  TellForeignElement(station);
+}
+
+int64_t MsToStart(Station& station) {
+  const EngineState& engine = station.engine;
+  return int64_t{engine.VoiceTrackStartMs} - station.Sound().Position(engine.CurrentChannel);
+}
+
+// Between two ticks. Where the tick may not run the next one sees to it.
+void LookForStart(Station& station) {
+  EngineState& engine = station.engine;
+  const bool mayRun =
+      !engine.tickRunning && engine.mainTimerHolds == 0 && engine.IsRunning && engine.IsAutomatic;
+  const bool starts = mayRun && engine.VoiceTrackState == -1;
+  if (starts && MsToStart(station) > 0) return;
+  engine.VoiceTrackTimer->SetEnabled(false);
+  if (!starts) return;
+  try {
+    station.base.CheckCnf();
+    StartVoiceTrack(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, "MainTimer");
+  }
+}
+
+// The tick is too coarse for a voice that was placed to the hundredth of a second.
+void AwaitStart(Station& station) {
+  EngineState& engine = station.engine;
+  if (MsToStart(station) >= kSoonMs) return;
+  if (!engine.VoiceTrackTimer)
+    engine.VoiceTrackTimer =
+        station.platform.loop.MakeTimer(kLookEveryMs, [&station] { LookForStart(station); });
+  engine.VoiceTrackTimer->SetEnabled(true);
 }
 
 }  // namespace
@@ -60,10 +100,12 @@ void ServeVoiceTrack(Station& station) {
   SoundChain& sound = station.Sound();
   ArmVoiceTrack(station);
   if (engine.VoiceTrackState == -1) {
-    if (sound.Position(engine.CurrentChannel) >= engine.VoiceTrackStartMs)
+    if (MsToStart(station) <= 0)
       StartVoiceTrack(station);
     else if (engine.ProgressPercent > 30 && engine.ProgressPercent < 40)
       engine.VoiceTrackState = 0;
+    else
+      AwaitStart(station);
   }
   if (engine.VoiceTrackState == -2 && sound.ChannelDone(kOverlaySlot)) {
     const auto volume = static_cast<int>(station.base.CnfInt(Cnf::kVolumeMusique));

@@ -5,8 +5,8 @@ namespace zemo {
 
 struct Station;
 
-// The tick's step: takes the track off the list, starts it at its position, and lifts the music
-// again behind it.
+// The tick's step: takes the track off the list, starts it at its position, between two ticks
+// where that lies there, and lifts the music again behind it.
 void ServeVoiceTrack(Station& station);
 
 }  // namespace zemo

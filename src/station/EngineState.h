@@ -93,6 +93,12 @@ struct EngineState {
   Flag<bool> CheckExtrait{"CheckExtrait", false, observer};
   Flag<int> VoiceTrackState{"VoiceTrackState", 0, observer};  // 0 none, -1 armed, -2 playing
   int32_t VoiceTrackStartMs = 0;
+  struct ArmedTrack {
+    std::string code;                     // of VT
+    std::optional<std::string> madeOver;  // stored path of the element; none: not known
+  };
+  ArmedTrack armedTrack;                       // that is armed or plays; set at the arming
+  std::unique_ptr<LoopTimer> VoiceTrackTimer;  // looks for the moment of an armed one between ticks
   std::string OverlayFile;  // stored path of the file in slot 2; whoever loads it
   std::string OverlayKey;   // the shortcut key that is heard; empty: none
 

@@ -10,6 +10,12 @@
 
 namespace zemo {
 
+namespace {
+
+constexpr int32_t kFarthestMs = 86400000;  // no element is as long: such a track is never heard
+
+}  // namespace
+
 JoinPlan PlanOf(const VoiceTrackEditor& editor, int32_t fadeMs) {
   JoinPlan plan;
   plan.exitMs = VoiceTracks::ExitOfBefore(editor);
@@ -17,7 +23,8 @@ JoinPlan PlanOf(const VoiceTrackEditor& editor, int32_t fadeMs) {
   plan.hasTrack = !editor.FileVoiceTrack.empty() && editor.trackLengthMs > 0;
   plan.hasAfter = !editor.FileApres.empty();
   plan.ducks = plan.hasTrack && !editor.CheckCut;
-  plan.trackFromMs = editor.CheckCut ? plan.exitMs : editor.LblPositionVT;
+  plan.trackFromMs =
+      editor.CheckCut ? plan.exitMs : std::clamp(editor.LblPositionVT, -kFarthestMs, kFarthestMs);
   plan.trackToMs = plan.trackFromMs + (plan.hasTrack ? editor.trackLengthMs : 0);
   plan.afterFromMs = plan.exitMs;
   if (editor.CheckCut && plan.hasTrack)

@@ -83,6 +83,10 @@ std::string VoiceTracks::TrackName(int32_t code) {
   return std::string(kDigits - std::min(digits.size(), kDigits), '0') + digits + ".Wav";
 }
 
+std::string VoiceTracks::LevelName(int32_t code) {
+  return "Level-" + TrackName(code);
+}
+
 std::string VoiceTracks::UntouchedName(int32_t code) {
   return "Untouched-" + TrackName(code);
 }

@@ -171,9 +171,25 @@ void ServeJoin(Station& station, VoiceTrackEditor& editor) {
   RestoreVolumes(station, editor);
 }
 
+// Nothing of it sounds any more, nor begins: its positions stand still.
+bool JoinIsOver(const Station& station) {
+  const SoundChain& sound = station.platform.preview->Sound();
+  return sound.ChannelDone(kBefore) && sound.ChannelDone(kAfter) && sound.ChannelDone(kTrack);
+}
+
+// A take may have begun in the silence behind the element before.
 bool RetakeBegins(const Station& station, const VoiceTrackEditor& editor) {
   const int32_t atMs = editor.join.recordAtMs;
-  return atMs >= 0 && VoiceTracks::HeardAtMs(station, editor).value_or(-1) >= atMs;
+  if (atMs < 0) return false;
+  const auto heard = VoiceTracks::HeardAtMs(station, editor);
+  return heard && (*heard >= atMs || JoinIsOver(station));
+}
+
+// The next take begins where this one was meant to, and not at the turn behind that.
+void BeginRetake(Station& station, VoiceTrackEditor& editor) {
+  const int32_t atMs = editor.join.recordAtMs;
+  VoiceTracks::BtnRecord_Click(station, editor);
+  editor.takeAtMs = atMs;
 }
 
 bool TakeJoinOutput(Station& station, VoiceTrackEditor& editor) {
@@ -272,6 +288,7 @@ void VoiceTracks::EndJoin(Station& station, VoiceTrackEditor& editor) {
 void VoiceTracks::CheckTest_Click(Station& station, VoiceTrackEditor& editor, bool ticked) {
   editor.CheckTest = ticked;
   if (!ticked) return;
+  HandleControl(station, "CheckTest", [&] { ReadTrackLength(station, editor); });
   if (editor.PointSortie >= editor.trackLengthMs) PointSortie_Change(editor, kExitPastTheEndMs);
   BtnPplay2_Click(station, editor);
   editor.BtnNormalizeEnabled = true;
@@ -298,7 +315,7 @@ void VoiceTracks::TimerVT_Timer(Station& station, VoiceTrackEditor& editor) {
     if (recording) editor.LblTimeVT = FormatDuration(station.platform.recorder->RecordedMs());
     if (editor.join.on) ServeJoin(station, editor);
     ShowLevels(station, editor);
-    if (RetakeBegins(station, editor)) return BtnRecord_Click(station, editor);
+    if (RetakeBegins(station, editor)) return BeginRetake(station, editor);
     if (!recording && !editor.join.on) editor.TimerVT->SetEnabled(false);
   });
 }

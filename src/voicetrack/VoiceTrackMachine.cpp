@@ -124,8 +124,9 @@ void VoiceTracks::TakeMachineValues(Station& station, VoiceTrackEditor& editor) 
   editor.VoiceTrackOututID = values.GetInt(kOutputValue, 0);
   editor.outputKey = values.GetText(kOutputKeyValue, "");
   editor.LblEditeur = values.GetText("VoiceTrackEditeur", "");
-  editor.LevelNormalize = values.GetInt("LevelNormalize", kDefaultLufs);
-  editor.SpinPreRoll = values.GetInt("PreRoll", kDefaultPreRollSec);
+  editor.LevelNormalize =
+      std::clamp(values.GetInt("LevelNormalize", kDefaultLufs), kLeastLufs, kMostLufs);
+  editor.SpinPreRoll = std::clamp(values.GetInt("PreRoll", kDefaultPreRollSec), 0, kMostPreRollSec);
   editor.LblLatence = values.GetInt(kLatencyValue, -1);
   VoiceTracks::CheckLatence_Click(editor, values.GetBool(kLatencyUsedValue, false));
 }
@@ -153,7 +154,10 @@ void VoiceTracks::OpenDevices(Station& station, VoiceTrackEditor& editor) {
 
 void VoiceTracks::CloseDevices(Station& station) {
   if (SoundDeviceList* list = station.platform.soundDevices) list->Forget();
-  if (Recorder* recorder = station.platform.recorder) recorder->Listen(-1);
+  Recorder* recorder = station.platform.recorder;
+  if (!recorder) return;
+  recorder->OnEnd({});  // nobody is left to be told
+  recorder->Listen(-1);
 }
 
 void VoiceTracks::VoiceTrackInputID_Change(Station& station, VoiceTrackEditor& editor,

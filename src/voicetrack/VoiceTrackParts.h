@@ -15,6 +15,7 @@ namespace VoiceTracks {
 // --- files of the station's own tracks: one for each CODE of VT ---
 Folder& TrackFolder(Station& station);  // "VoiceTrack" in the station's folder
 std::string TrackName(int32_t code);    // "00000012.Wav"
+std::string LevelName(int32_t code);    // of a chosen file at its level, beside a recording
 std::string UntouchedName(int32_t code);
 std::string PathInFolder(Station& station, const std::string& name);  // as a stored path
 
@@ -25,6 +26,9 @@ void TakeTrackFile(Station& station, VoiceTrackEditor& editor);
 // Its form before its level was changed is no longer needed.
 void ForgetUntouched(Station& station, VoiceTrackEditor& editor);
 void StopTrack(Station& station, VoiceTrackEditor& editor);  // the recorder or the track's player
+void StopPlayer(Station& station, VoiceTrackEditor& editor);  // of the track alone
+// Another program may have changed the file since it was taken.
+void ReadTrackLength(Station& station, VoiceTrackEditor& editor);
 bool IsRecording(const Station& station);
 
 // --- the machine's values and devices ---

@@ -4,7 +4,6 @@
 #include "library/LibraryHandler.h"
 #include "library/OnAirRows.h"
 #include "library/TrackNeighboursTable.h"
-#include "platform/SoundLengths.h"
 #include "station/ListUndo.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
@@ -78,6 +77,7 @@ void VoiceTracks::CheckCut_Click(VoiceTrackEditor& editor, bool ticked) {
 
 void VoiceTracks::CmdVTToIntro_Click(Station& station, VoiceTrackEditor& editor) {
   if (editor.LblIntro <= 0) return Tell(station, kNoIntro);
+  HandleControl(station, "CmdVTToIntro", [&] { ReadTrackLength(station, editor); });
   const int64_t introMs = int64_t{editor.LblIntro} * 1000;
   const int64_t besideMs = editor.trackLengthMs - introMs;
   if (besideMs <= 0 || besideMs >= kMostBesideIntroMs) return Tell(station, kDoesNotFit);
@@ -91,8 +91,7 @@ void VoiceTracks::BtnSave_Click(Station& station, VoiceTrackEditor& editor) {
     if (Trim(editor.FileVoiceTrack).empty()) return;
     const TrackPlace place = PlaceInList(station, editor);
     if (place.row == 0) return Tell(station, kNoPlace);
-    // Another program may have changed the file since it was taken.
-    editor.trackLengthMs = station.platform.lengths.LengthMs(editor.FileVoiceTrack);
+    ReadTrackLength(station, editor);
     WriteRecord(station, editor);
     WriteRow(station, editor, place);
     StoreNeighbours(station.base, editor.LblCodeVT, editor.madeFor);

@@ -85,11 +85,29 @@ void BeginRecording(Station& station, VoiceTrackEditor& editor) {
   station.events.Record("start", editor.FileVoiceTrack, 0);
 }
 
+// The name in the folder of the tracks of what the track is, if it is the editor's to write;
+// empty for a file from elsewhere.
+std::string OwnName(Station& station, const VoiceTrackEditor& editor) {
+  for (const std::string& name :
+       {VoiceTracks::TrackName(editor.LblCodeVT), VoiceTracks::LevelName(editor.LblCodeVT)})
+    if (editor.FileVoiceTrack == VoiceTracks::PathInFolder(station, name)) return name;
+  return {};
+}
+
+// What a change of the level writes: in place of the track; for a file from elsewhere one that
+// takes no recording away, which the record may still have.
+std::string NameAtLevel(Station& station, const VoiceTrackEditor& editor) {
+  if (std::string own = OwnName(station, editor); !own.empty()) return own;
+  std::string name = VoiceTracks::TrackName(editor.LblCodeVT);
+  return VoiceTracks::TrackFolder(station).Exists(name) ? VoiceTracks::LevelName(editor.LblCodeVT)
+                                                        : name;
+}
+
 // The untouched recording is kept beside its changed form; a file from elsewhere is its own.
 void KeepUntouched(Station& station, VoiceTrackEditor& editor) {
   Folder& folder = VoiceTracks::TrackFolder(station);
-  const std::string name = VoiceTracks::TrackName(editor.LblCodeVT);
-  if (editor.FileVoiceTrack != VoiceTracks::PathInFolder(station, name)) {
+  const std::string name = OwnName(station, editor);
+  if (name.empty()) {
     editor.untouchedFile = editor.FileVoiceTrack;
     return;
   }
@@ -103,7 +121,7 @@ void KeepUntouched(Station& station, VoiceTrackEditor& editor) {
 // False: there is nothing in it to be heard.
 bool BringToLevel(Station& station, VoiceTrackEditor& editor) {
   const int32_t code = editor.LblCodeVT;
-  const std::string name = VoiceTracks::TrackName(code);
+  const std::string name = NameAtLevel(station, editor);
   const LevelTool::Level level{static_cast<double>(editor.LevelNormalize), kMostPeakDb};
   if (!station.platform.levelTool->BringTo(
           level, station.platform.soundFiles.Resolve(editor.untouchedFile),
@@ -123,7 +141,13 @@ void Normalize(Station& station, VoiceTrackEditor& editor) {
   const bool changedBefore = !editor.untouchedFile.empty();
   if (!changedBefore) KeepUntouched(station, editor);
   if (!IsOpenOn(editor, code)) return;
-  const bool changed = BringToLevel(station, editor);
+  bool changed = false;
+  try {
+    changed = BringToLevel(station, editor);
+  } catch (const std::exception&) {
+    if (IsOpenOn(editor, code) && !changedBefore) VoiceTracks::ForgetUntouched(station, editor);
+    throw;
+  }
   if (!IsOpenOn(editor, code)) return;
   if (changed) return VoiceTracks::TakeTrackFile(station, editor);
   if (!changedBefore) VoiceTracks::ForgetUntouched(station, editor);
@@ -137,9 +161,14 @@ bool VoiceTracks::IsRecording(const Station& station) {
   return recorder != nullptr && recorder->Recording();
 }
 
-void VoiceTracks::TakeTrackFile(Station& station, VoiceTrackEditor& editor) {
+void VoiceTracks::ReadTrackLength(Station& station, VoiceTrackEditor& editor) {
+  if (IsRecording(station)) return;
   editor.trackLengthMs = station.platform.lengths.LengthMs(editor.FileVoiceTrack);
   editor.LblTimeVT = FormatDuration(editor.trackLengthMs);
+}
+
+void VoiceTracks::TakeTrackFile(Station& station, VoiceTrackEditor& editor) {
+  ReadTrackLength(station, editor);
   SetTrackButtons(editor, false);
 }
 
@@ -149,10 +178,15 @@ void VoiceTracks::ForgetUntouched(Station& station, VoiceTrackEditor& editor) {
   if (untouched == PathInFolder(station, kept)) TrackFolder(station).Remove(kept);
 }
 
+void VoiceTracks::StopPlayer(Station& station, VoiceTrackEditor& editor) {
+  if (!editor.BtnStopEnabled || IsRecording(station)) return;
+  if (Prelisten* player = station.platform.prelisten) player->Close();
+  editor.BtnStopEnabled = false;
+}
+
 void VoiceTracks::StopTrack(Station& station, VoiceTrackEditor& editor) {
   if (IsRecording(station)) return EndRecording(station, editor);
-  Prelisten* player = station.platform.prelisten;
-  if (editor.BtnStopEnabled && player) player->Close();
+  StopPlayer(station, editor);
   TakeTrackFile(station, editor);
 }
 
@@ -160,11 +194,13 @@ void VoiceTracks::BtnRecord_Click(Station& station, VoiceTrackEditor& editor) {
   if (editor.GaugeVisible) return;
   HandleControl(station, "BtnRecord", [&] {
     if (!station.platform.recorder) throw SoundError("there is no recorder");
+    const int32_t code = editor.LblCodeVT;
     StopTrack(station, editor);
+    if (!IsOpenOn(editor, code)) return;  // by what came while it ended
     editor.CheckTest = false;
+    editor.join.recordAtMs = -1;
     FreeTrackSlot(station, editor);
     BeginRecording(station, editor);
-    editor.join.recordAtMs = -1;
     editor.takeAtMs = HeardAtMs(station, editor).value_or(-1);
     if (editor.join.on) PlaceByVoice(editor, JoinPositionMs(station));
     SetTrackButtons(editor, true);
@@ -218,6 +254,7 @@ void VoiceTracks::BntLoadVT_Click(Station& station, VoiceTrackEditor& editor,
   if (editor.GaugeVisible) return;
   HandleControl(station, "BntLoadVT", [&] {
     if (station.platform.lengths.LengthMs(file) == 0) return Tell(station, kNoSound);
+    StopPlayer(station, editor);
     FreeTrackSlot(station, editor);
     ForgetUntouched(station, editor);
     editor.FileVoiceTrack = file;
@@ -248,6 +285,7 @@ void VoiceTracks::BtnTableMixage_Click(Station& station) {
 void VoiceTracks::BtnNormalize_Click(Station& station, VoiceTrackEditor& editor) {
   if (editor.GaugeVisible) return;
   const int32_t code = editor.LblCodeVT;
+  HandleControl(station, "BtnNormalize", [&] { StopPlayer(station, editor); });
   editor.GaugeVisible = true;
   SetTrackButtons(editor, true);
   editor.BtnStopEnabled = false;
@@ -262,9 +300,10 @@ void VoiceTracks::BtnNormalize_Click(Station& station, VoiceTrackEditor& editor)
 void VoiceTracks::BtnUndoNormalize_Click(Station& station, VoiceTrackEditor& editor) {
   if (editor.GaugeVisible) return;
   HandleControl(station, "BtnUndoNormalize", [&] {
+    StopPlayer(station, editor);
     FreeTrackSlot(station, editor);
     Folder& folder = TrackFolder(station);
-    const std::string kept = UntouchedName(editor.LblCodeVT), name = TrackName(editor.LblCodeVT);
+    const std::string kept = UntouchedName(editor.LblCodeVT), name = OwnName(station, editor);
     const std::string untouched = std::exchange(editor.untouchedFile, {});
     if (untouched == PathInFolder(station, kept)) {
       folder.Rename(kept, name);

@@ -1,6 +1,9 @@
 #include "voicetrack/VoiceTrackTexts.h"
 
+#include <cstdlib>
+
 #include "library/LibraryTexts.h"
+#include "voicetrack/TrackJoins.h"
 #include "voicetrack/VoiceTrackEditor.h"
 
 namespace zemo {
@@ -66,6 +69,10 @@ constexpr Word kVoiceTrack[] = {
     {"LblJoins.Done", {"Tout est fait", "All done", "Tudo feito", "Todo hecho"}},
     {"Join.Missing", {"Sans voice track", "No voice track yet", "Sem voice track", "Sin voice track"}},
     {"Join.Done", {"Voice track prêt", "The voice track is ready", "Voice track pronto", "Voice track listo"}},
+    {"TrackOtherBefore", {"Ce Voice Track a été fait pour suivre un autre élément", "This voice track was made to follow another element", "Este voice track foi feito para seguir outro elemento", "Este voice track se hizo para seguir a otro elemento"}},
+    {"TrackChangedBefore", {"La durée ou le point de sortie de l'élément précédent a changé depuis ce Voice Track", "The length or the exit point of the previous element has changed since this voice track was made", "A duração ou o ponto de saída do elemento anterior mudou desde este voice track", "La duración o el punto de salida del elemento anterior cambió desde este voice track"}},
+    {"TrackOtherAfter", {"Ce Voice Track a été fait pour précéder un autre élément", "This voice track was made to lead into another element", "Este voice track foi feito para anteceder outro elemento", "Este voice track se hizo para preceder a otro elemento"}},
+    {"TrackChangedAfter", {"L'intro de l'élément suivant a changé depuis ce Voice Track", "The intro of the next element has changed since this voice track was made", "A intro do elemento seguinte mudou desde este voice track", "La intro del elemento siguiente cambió desde este voice track"}},
     {"Device", {"Périphérique %1", "Device %1", "Dispositivo %1", "Dispositivo %1"}},
 
     {"Note.Recording", {"Enregistrement", "Recording", "A gravar", "Grabando"}},
@@ -81,7 +88,7 @@ constexpr Word kVoiceTrack[] = {
     {"CmdVTToIntro.Tip", {"Le voice track finit avec l'intro du titre suivant", "The voice track ends with the intro of the title after", "O voice track acaba com a introdução do título seguinte", "El voice track acaba con la intro del título siguiente"}},
     {"BtnSuivant.Tip", {"Sauve et va à l'enchaînement suivant", "Saves and goes to the next segue", "Guarda e vai para o encadeamento seguinte", "Guarda y va al encadenamiento siguiente"}},
     {"BtnPrecedent.Tip", {"Sauve et va à l'enchaînement précédent", "Saves and goes to the previous segue", "Guarda e vai para o encadeamento anterior", "Guarda y va al encadenamiento anterior"}},
-    {"VueRaccord.Tip", {"Glisser le voice track, ou flèches 10 ms et Maj+flèches 100 ms; clic ou Ctrl+flèches : curseur; Espace : écouter de là; Début : au début", "Drag the voice track, or arrows 10 ms and Shift+arrows 100 ms; click or Ctrl+arrows: cursor; Space: play from there; Home: to the begin", "Arrastar o voice track, ou setas 10 ms e Shift+setas 100 ms; clique ou Ctrl+setas: cursor; Espaço: ouvir daí; Home: ao início", "Arrastrar el voice track, o flechas 10 ms y Mayús+flechas 100 ms; clic o Ctrl+flechas: cursor; Espacio: escuchar desde ahí; Inicio: al principio"}},
+    {"VueRaccord.Tip", {"Glisser le voice track, ou flèches 10 ms et Maj+flèches 100 ms; clic ou Ctrl+flèches : curseur; Espace : écouter de là; molette ou +/- : zoom, Maj+molette : défiler ; Début : au début", "Drag the voice track, or arrows 10 ms and Shift+arrows 100 ms; click or Ctrl+arrows: cursor; Space: play from there; wheel or +/-: zoom, Shift+wheel: scroll; Home: to the begin", "Arrastar o voice track, ou setas 10 ms e Shift+setas 100 ms; clique ou Ctrl+setas: cursor; Espaço: ouvir daí; roda ou +/-: zoom, Shift+roda: deslocar; Home: ao início", "Arrastrar el voice track, o flechas 10 ms y Mayús+flechas 100 ms; clic o Ctrl+flechas: cursor; Espacio: escuchar desde ahí; rueda o +/-: zoom, Mayús+rueda: desplazar; Inicio: al principio"}},
     {"SoundFiles", {"Fichier son", "Sound file", "Ficheiro de som", "Fichero de sonido"}},
     {"Programs", {"Application", "Program", "Aplicação", "Aplicación"}},
 };
@@ -91,6 +98,24 @@ constexpr Word kVoiceTrack[] = {
 
 std::span<const Word> VoiceTrackCaptions() {
   return kVoiceTrack;
+}
+
+std::string ShownFault(NeighbourFault fault, int langue) {
+  static constexpr const char* kNames[kNeighbourFaults] = {
+      "", "TrackOtherBefore", "TrackChangedBefore", "TrackOtherAfter", "TrackChangedAfter"};
+  return Caption(VoiceTrackCaptions(), kNames[static_cast<size_t>(fault)], langue);
+}
+
+std::string ShownState(const TrackJoin& join, int langue) {
+  if (join.fault != NeighbourFault::kNone) return ShownFault(join.fault, langue);
+  return Caption(VoiceTrackCaptions(), join.track == 0 ? "Join.Missing" : "Join.Done", langue);
+}
+
+std::string ShownFigure(int64_t ms) {
+  const int64_t tenths = std::abs(ms) / 100;
+  const int64_t seconds = tenths / 10 % 60;
+  return (ms < 0 && tenths > 0 ? "-" : "") + std::to_string(tenths / 600) +
+         (seconds < 10 ? ":0" : ":") + std::to_string(seconds) + "." + std::to_string(tenths % 10);
 }
 
 std::string ShownCut(const VoiceTrackEditor& editor, int langue) {

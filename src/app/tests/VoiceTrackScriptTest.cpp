@@ -141,6 +141,56 @@ TEST_F(VoiceTrackScript, ASilentTrackIsNotBroughtToALevel) {
   EXPECT_EQ(LastScreen()["controls"]["FileVoiceTrack"], Path("link.wav"));
 }
 
+// The exit point lies at 56 s; the join is heard from 52 s on and the take begins at 53 s, so that
+// the retake's join begins at 49 s.
+TEST_F(VoiceTrackScript, ASittingGoesFromJoinToJoin) {
+  Drive({"insert music 1",
+         "insert music 2",
+         "insert music 1",
+         "open voicetrack 1",
+         "show voicetrack",
+         "put SpinPreRoll 4",
+         "press BtnPplay2",
+         "press BtnRecord",
+         "show voicetrack",
+         "press BtnReprise",
+         "dump",
+         "dump",
+         "dump",
+         "dump",
+         "dump",
+         "show voicetrack",
+         "press BtnStop",
+         "press BtnSuivant",
+         "show voicetrack",
+         "press BtnPrecedent",
+         "show voicetrack",
+         "choose ListJoins 2",
+         "show voicetrack"});
+  EXPECT_TRUE(Events("error").empty());
+  const auto screens = Events("screen");
+  ASSERT_EQ(screens.size(), 6U);
+  const auto shown = [&](size_t screen, const char* control) {
+    return screens[screen]["controls"][control].get<std::string>();
+  };
+  EXPECT_EQ(shown(0, "LblARemplir"), "0:03.0");
+  EXPECT_EQ(shown(0, "LblDecompte"), "");
+  const Json first = {"Artist 1  Title 1", "Artist 2  Title 2", "Sans voice track"};
+  const Json second = {"Artist 2  Title 2", "Artist 1  Title 1", "Sans voice track"};
+  EXPECT_EQ(screens[0]["lists"]["ListJoins"], Json::array({first, second}));
+  EXPECT_EQ(shown(1, "LblDecompte"), "0:05.0");  // from 54 s to 59 s
+  const auto recorded = Events("record");
+  ASSERT_EQ(recorded.size(), 4U);
+  EXPECT_EQ(recorded[1]["ms"], 2000);
+  EXPECT_EQ(recorded[2]["state"], "start");
+  EXPECT_EQ(recorded[2]["at"], "2026-11-21T10:00:14.000");  // 4 s behind the order
+  EXPECT_EQ(shown(3, "Avant"), "Artist 2  Title 2");        // and the take is stored
+  EXPECT_EQ(screens[3]["lists"]["ListJoins"][0][2], "Voice track prêt");
+  EXPECT_EQ(shown(4, "Avant"), "Artist 1  Title 1");
+  EXPECT_EQ(shown(4, "LblTimeVT"), "00:03");
+  EXPECT_EQ(shown(5, "Avant"), "Artist 2  Title 2");
+}
+
 TEST_F(VoiceTrackScript, ARowThatThereIsNotOpensNothing) {
   Drive({"insert music 1", "open voicetrack 2", "show voicetrack"});
   EXPECT_EQ(Events("error").size(), 2U);

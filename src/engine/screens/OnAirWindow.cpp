@@ -47,9 +47,11 @@
 #include "settings/LockDialogue.h"
 #include "station/Station.h"
 #include "traffic/DayGridComposition.h"
+#include "ui/Named.h"
 #include "ui/PaperPrint.h"
 #include "ui/QtWords.h"
 #include "ui/Theme.h"
+#include "voicetrack/VoiceTrackTexts.h"
 
 namespace zemo {
 
@@ -236,9 +238,9 @@ void OnAirWindow::Translate() {
   std::array<QString, kColumns> heads;
   for (int column = 0; column < kColumns; ++column)
     heads[static_cast<size_t>(column)] = Texts().Text("PL", std::to_string(column));
-  const OnAirListModel::FaultTexts faults = {
-      QString(), Texts().Word("TrackOtherBefore"), Texts().Word("TrackChangedBefore"),
-      Texts().Word("TrackOtherAfter"), Texts().Word("TrackChangedAfter")};
+  OnAirListModel::FaultTexts faults;
+  for (size_t fault = 0; fault < faults.size(); ++fault)
+    faults[fault] = ShownText(ShownFault(static_cast<NeighbourFault>(fault), Texts().Langue()));
   model_->SetTexts(std::move(heads), faults, Texts().Langue());
   findChild<QLabel*>(QStringLiteral("PictureNoJingle"))->setText(Texts().Word("NoJingleOnAir"));
 }

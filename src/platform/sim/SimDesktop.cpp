@@ -77,6 +77,7 @@ void SimSystem::SetDate(const LocalDateTime& moment) {
 }
 
 bool SimSystem::Run(const std::string& program, const std::string& argument) {
+  if (!hasPrograms) return false;
   if (ordered)
     ordered("run", argument.empty() ? program : "\"" + program + "\" \"" + argument + "\"");
   return true;

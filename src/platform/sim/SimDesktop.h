@@ -57,6 +57,7 @@ class SimSystem : public System {
   explicit SimSystem(SimLoop& loop) : loop_(loop) {}
   std::function<void(const char* action, const std::string& value)> ordered;
   ScreenSize screen{1920, 1080};
+  bool hasPrograms = true;  // that can be begun
 
   void Shutdown() override {
     if (ordered) ordered("shutdown", "");

@@ -6,13 +6,13 @@
 #include <QLineEdit>
 #include <QStyle>
 #include <QVBoxLayout>
-#include <cstdlib>
 #include <string>
 
 #include "ui/FieldPage.h"
 #include "ui/FitLabel.h"
 #include "ui/Named.h"
 #include "ui/Theme.h"
+#include "voicetrack/VoiceTrackTexts.h"
 
 namespace zemo {
 
@@ -28,15 +28,6 @@ void Colour(QLabel& label, const QColor& colour) {
 }
 
 }  // namespace
-
-QString LongFigure(int64_t ms) {
-  const int64_t tenths = std::abs(ms) / 100;
-  return QStringLiteral("%1%2:%3.%4")
-      .arg(ms < 0 && tenths > 0 ? QStringLiteral("-") : QString())
-      .arg(tenths / 600)
-      .arg(tenths / 10 % 60, 2, 10, QLatin1Char('0'))
-      .arg(tenths % 10);
-}
 
 JoinCards::JoinCards(const VoiceTrackEditor& editor, const Translation& texts, QWidget* parent)
     : QWidget(parent), editor_(editor), texts_(texts) {
@@ -138,7 +129,7 @@ void JoinCards::Show(const Figures& figures) {
   after_.figure->setText(editor_.FileApres.empty() ? QString() : QString::number(editor_.LblIntro));
   Colour(*after_.figure, Theme::kMusic);
   const auto shown = [](const std::optional<int32_t>& ms) {
-    return ms ? LongFigure(*ms) : QStringLiteral("–");
+    return ms ? ShownText(ShownFigure(*ms)) : QStringLiteral("–");
   };
   LblARemplir->setText(shown(figures.fillMs));
   LblDecompte->setText(shown(figures.countdownMs));

@@ -17,9 +17,6 @@ namespace zemo {
 
 class FitLabel;
 
-// "1:05.3", with a minus ahead below 0.
-QString LongFigure(int64_t ms);
-
 class JoinCards : public QWidget {
  public:
   // Editor and texts outlive the cards.

@@ -5,16 +5,13 @@
 
 #include "ui/Named.h"
 #include "ui/Theme.h"
+#include "voicetrack/VoiceTrackTexts.h"
 
 namespace zemo {
 
 namespace {
 
 constexpr double kTypePixels = 13;
-
-// By NeighbourFault.
-constexpr const char* kFaultWords[kNeighbourFaults] = {
-    "Join.Done", "TrackOtherBefore", "TrackChangedBefore", "TrackOtherAfter", "TrackChangedAfter"};
 
 // A full disc for what is done, an empty one for what is missing, a mark in it for a fault.
 QIcon MarkOf(const TrackJoin& join, int size) {
@@ -73,8 +70,7 @@ void JoinList::Fill() {
         ShownText(join.titleBefore) + QStringLiteral("\n") + ShownText(join.titleAfter);
     auto* item = new QListWidgetItem(MarkOf(join, iconSize().width()), titles, this);
     if (join.track == 0) item->setForeground(Theme::kDim);
-    const QString state = texts_.Word(
-        join.track == 0 ? "Join.Missing" : kFaultWords[static_cast<size_t>(join.fault)]);
+    const QString state = ShownText(ShownState(join, texts_.Langue()));
     item->setToolTip(titles + QStringLiteral("\n") + state);
     item->setData(Qt::AccessibleTextRole, QString(titles + QStringLiteral(", ") + state));
     if (!join.open) continue;

@@ -3,8 +3,10 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 #include "platform/SoundSource.h"
@@ -15,9 +17,11 @@ namespace zemo {
 namespace {
 
 constexpr int32_t kTrackStepMs = 10, kLongTrackStepMs = 100, kCursorStepMs = 1000;
+constexpr int32_t kScrolledShare = 8;  // of what is in view, by a notch of the wheel
 constexpr int kLaneGap = 3;
 constexpr int kLeastTickPixels = 70;
-constexpr int32_t kTicksMs[] = {1000, 2000, 5000, 10000, 30000, 60000, 120000, 300000};
+constexpr int32_t kTicksMs[] = {100,   200,   500,   1000,   2000,  5000,
+                                10000, 30000, 60000, 120000, 300000};
 constexpr int kOutsideAlpha = 90;  // of what is not heard
 constexpr int kIntroAlpha = 110;
 
@@ -26,8 +30,10 @@ QColor ColourOf(JoinView::Lane lane, bool recording) {
   return Theme::kMusic;
 }
 
-QString TickText(int32_t ms) {
-  return QStringLiteral("%1:%2").arg(ms / 60000).arg(ms / 1000 % 60, 2, 10, QLatin1Char('0'));
+QString TickText(int32_t ms, bool tenths) {
+  const QString text =
+      QStringLiteral("%1:%2").arg(ms / 60000).arg(ms / 1000 % 60, 2, 10, QLatin1Char('0'));
+  return tenths ? text + QStringLiteral(".%1").arg(ms / 100 % 10) : text;
 }
 
 // The highest level of the file between two of its moments, 0 to 255.
@@ -205,7 +211,7 @@ void JoinView::PaintRuler(QPainter& painter) {
     const int x = XOf(ms);
     painter.drawLine(x, height - 4, x, height - 1);
     painter.drawText(QRect(x + 3, 0, kLeastTickPixels, height), Qt::AlignLeft | Qt::AlignVCenter,
-                     TickText(ms));
+                     TickText(ms, step < 1000));
   }
 }
 
@@ -274,7 +280,21 @@ bool JoinView::TakesTrack(const QPoint& point) const {
 }
 
 void JoinView::MoveCursor(int32_t ms) {
-  cursorMoved(std::clamp(ms, 0, std::max(0, drawn_.toMs)));
+  cursorMoved(std::clamp(ms, 0, std::max(0, drawn_.lastMs)));
+}
+
+// Finer wheels and touchpads turn by parts of a notch.
+void JoinView::wheelEvent(QWheelEvent* event) {
+  const QPoint turned = event->angleDelta();
+  const bool aside = std::abs(turned.x()) > std::abs(turned.y());
+  wheelRemainder_ += aside ? turned.x() : turned.y();
+  const int notches = wheelRemainder_ / QWheelEvent::DefaultDeltasPerStep;
+  wheelRemainder_ %= QWheelEvent::DefaultDeltasPerStep;
+  event->accept();
+  if (notches == 0 || dragging_) return;
+  if (aside || event->modifiers() & Qt::ShiftModifier)
+    return scrolled(-notches * (drawn_.toMs - drawn_.fromMs) / kScrolledShare);
+  zoomed(notches, MsOf(event->position().toPoint().x()));
 }
 
 void JoinView::mousePressEvent(QMouseEvent* event) {
@@ -308,6 +328,9 @@ void JoinView::keyPressEvent(QKeyEvent* event) {
     if (keys == Qt::NoModifier) return trackStepped(sign * kTrackStepMs);
     if (keys == Qt::ShiftModifier) return trackStepped(sign * kLongTrackStepMs);
   }
+  const bool closer = event->key() == Qt::Key_Plus;
+  if ((closer || event->key() == Qt::Key_Minus) && !(keys & ~Qt::ShiftModifier))
+    return zoomed(closer ? 1 : -1, drawn_.cursorMs);
   if (keys != Qt::NoModifier) return QWidget::keyPressEvent(event);
   if (event->key() == Qt::Key_Home) return home();
   if (event->key() != Qt::Key_Space) return QWidget::keyPressEvent(event);

@@ -35,6 +35,7 @@ class JoinView : public QWidget {
     std::array<Sound, kLanes> sounds;
     QString intro, exit;           // the words at their marks
     int32_t fromMs = 0, toMs = 1;  // what is in view
+    int32_t lastMs = 1;            // the end of all that there is to see
     int32_t cursorMs = 0;
     int32_t heardMs = -1;  // below 0: nothing is heard
     bool recording = false;
@@ -59,6 +60,8 @@ class JoinView : public QWidget {
   std::function<void(int32_t ms)> trackMoved;    // to that place
   std::function<void(int32_t ms)> trackStepped;  // by as much
   std::function<void(int32_t ms)> cursorMoved;   // to that place
+  std::function<void(int steps, int32_t aroundMs)> zoomed;  // closer, below 0 away
+  std::function<void(int32_t ms)> scrolled;                 // by as much
   std::function<void()> dragEnded, playPressed, home;
 
  protected:
@@ -67,6 +70,7 @@ class JoinView : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
@@ -88,7 +92,8 @@ class JoinView : public QWidget {
   Picture drawn_;
   QPixmap shapes_;
   bool dragging_ = false;
-  int grabbedMs_ = 0;  // of the track, where the mouse holds it
+  int grabbedMs_ = 0;       // of the track, where the mouse holds it
+  int wheelRemainder_ = 0;  // of a notch of the wheel; finer ones tell parts of it
 };
 
 }  // namespace zemo

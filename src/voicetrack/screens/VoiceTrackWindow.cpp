@@ -33,10 +33,6 @@ constexpr int32_t kRoomBeforeMs = 2000, kRoomBehindMs = 3000;
 constexpr double kSidePixels = 250, kLeastViewPixels = 150;
 constexpr const char* kProgramsFolder = "/usr/bin";
 
-// By NeighbourFault.
-constexpr const char* kFaultNotes[kNeighbourFaults] = {"", "TrackOtherBefore", "TrackChangedBefore",
-                                                       "TrackOtherAfter", "TrackChangedAfter"};
-
 void OpenFileDialogue(QWidget& over, const char* name, const QString& title, const QString& folder,
                       const QString& filter, std::function<void(const std::string&)> take) {
   auto* dialog = new QFileDialog(&over, title, folder, filter);
@@ -167,10 +163,20 @@ void VoiceTrackWindow::ConnectView() {
   VueRaccord->dragEnded = [this] { ShowAll(); };
   VueRaccord->cursorMoved = [this](int32_t ms) {
     cursorMs_ = ms;
+    zoom_.Reveal(ms, WholeSpanNow());
+    Refresh();
+  };
+  VueRaccord->zoomed = [this](int steps, int32_t aroundMs) {
+    zoom_.By(steps, aroundMs, WholeSpanNow());
+    Refresh();
+  };
+  VueRaccord->scrolled = [this](int32_t ms) {
+    zoom_.Scroll(ms, WholeSpanNow());
     Refresh();
   };
   VueRaccord->home = [this] {
     CursorHome();
+    zoom_.Reveal(cursorMs_, WholeSpanNow());
     Refresh();
   };
   VueRaccord->playPressed = [this] { PlayOrStop(); };
@@ -191,6 +197,7 @@ void VoiceTrackWindow::OpenNow(int64_t key) {
   Busy([this, row] { VoiceTracks::Open(station_, editor_, row); });
   if (!editor_.open) return;
   CursorHome();
+  zoom_ = JoinZoom();
   ShowSelf();
   VueRaccord->setFocus();
   poll_.start();
@@ -284,23 +291,38 @@ JoinView::Picture VoiceTrackWindow::PictureNow() {
   return picture;
 }
 
-// All that meets in the join, with some room around it. While the track is drawn along, and while
-// one is recorded, the time line stands still.
-void VoiceTrackWindow::PutSpan(JoinView::Picture& picture) const {
-  const JoinPlan& plan = picture.plan;
-  const JoinView::Picture& shown = VueRaccord->Shown();
-  picture.fromMs = shown.fromMs;
-  picture.toMs = shown.toMs;
-  const bool recordsOn = picture.recording && shown.recording && plan.trackToMs < shown.toMs;
-  if (VueRaccord->Dragging() || recordsOn) return;
+// All that meets in the join, with some room around it.
+JoinZoom::Span VoiceTrackWindow::WholeSpan(const JoinPlan& plan) const {
   int32_t first = plan.exitMs - editor_.SpinPreRoll * 1000, last = plan.beforeToMs;
   if (plan.hasTrack) {
     first = std::min(first, plan.trackFromMs);
     last = std::max(last, plan.trackToMs);
   }
   if (plan.hasAfter) last = std::max(last, plan.introToMs);
-  picture.fromMs = std::max(0, first - kRoomBeforeMs);
-  picture.toMs = std::max(last + kRoomBehindMs, picture.fromMs + kRoomBehindMs);
+  const int32_t from = std::max(0, first - kRoomBeforeMs);
+  return {from, std::max(last + kRoomBehindMs, from + kRoomBehindMs)};
+}
+
+JoinZoom::Span VoiceTrackWindow::WholeSpanNow() {
+  return WholeSpan(PlanOf(editor_, VoiceTracks::FadeMs(station_)));
+}
+
+// While the track is drawn along, and while one is recorded, the time line stands still; one that
+// is seen closer goes along with what is heard.
+void VoiceTrackWindow::PutSpan(JoinView::Picture& picture) {
+  const JoinView::Picture& shown = VueRaccord->Shown();
+  const JoinZoom::Span whole = WholeSpan(picture.plan);
+  JoinZoom::Span view{shown.fromMs, shown.toMs};
+  const bool recordsOn =
+      picture.recording && shown.recording && picture.plan.trackToMs < shown.lastMs;
+  const bool stands = VueRaccord->Dragging() || (recordsOn && !zoom_.Closer());
+  if (!stands) {
+    if (zoom_.Closer() && picture.heardMs >= 0) zoom_.Reveal(picture.heardMs, whole);
+    view = zoom_.Of(whole);
+  }
+  picture.fromMs = view.fromMs;
+  picture.toMs = view.toMs;
+  picture.lastMs = stands ? shown.lastMs : whole.toMs;
 }
 
 // One part is asked for at a time, since the reader keeps no more.
@@ -352,8 +374,7 @@ QString VoiceTrackWindow::Note() const {
   if (VoiceTracks::IsUnsaved(editor_)) return Texts().Word("Note.Unsaved");
   const int row = station_.PL.RowOfKey(editor_.rowKey);
   if (row == 0) return {};
-  const NeighbourFault fault = FaultOfRow(station_.PL, row);
-  return Texts().Word(kFaultNotes[static_cast<size_t>(fault)]);
+  return ShownText(ShownFault(FaultOfRow(station_.PL, row), Texts().Langue()));
 }
 
 void VoiceTrackWindow::ShowAll() {

@@ -11,6 +11,7 @@
 #include "ui/OfficeWindow.h"
 #include "voicetrack/VoiceTrackScreen.h"
 #include "voicetrack/screens/JoinView.h"
+#include "voicetrack/screens/JoinZoom.h"
 #include "voicetrack/screens/VoiceTrackPage.h"
 
 class QLabel;
@@ -57,7 +58,9 @@ class VoiceTrackWindow : public OfficeWindow {
 
   // --- the picture ---
   JoinView::Picture PictureNow();
-  void PutSpan(JoinView::Picture& picture) const;
+  JoinZoom::Span WholeSpan(const JoinPlan& plan) const;
+  JoinZoom::Span WholeSpanNow();
+  void PutSpan(JoinView::Picture& picture);
   void ReadShapes(JoinView::Picture& picture);
   void MoveTrack(int32_t ms);
   void PlayOrStop();
@@ -70,6 +73,7 @@ class VoiceTrackWindow : public OfficeWindow {
   QTimer poll_;
   int64_t joinsShownMs_ = 0;  // monotonic
   int32_t cursorMs_ = 0;
+  JoinZoom zoom_;
   // Of each sound the part that was asked for last, and what became of it.
   struct Shape {
     std::string file;  // and which take of it

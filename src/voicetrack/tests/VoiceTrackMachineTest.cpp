@@ -1,4 +1,6 @@
 // What the editor has of the machine: which devices, and what the microphone gives.
+#include <tuple>
+
 #include "voicetrack/tests/VoiceTrackFixture.h"
 
 namespace zemo {
@@ -62,6 +64,18 @@ TEST_F(VoiceTrackMachine, AChosenDeviceIsKnownAgainByItsKeyWhenOthersComeAndGo) 
   EXPECT_EQ(editor.VoiceTrackOututID, last);
   ASSERT_EQ(editor.devices.outputs.size(), devices.outputs.size() + 1);
   EXPECT_EQ(editor.devices.outputs.back().name, "2");
+}
+
+TEST_F(VoiceTrackMachine, ValuesThatNoFieldTakesAreTheNearestThatOneDoes) {
+  for (const auto& [given, level, preRoll] :
+       {std::tuple("2000000000", -5, 600), std::tuple("-2000000000", -40, 0)}) {
+    VoiceTracks::Form_Unload(on.station, editor);
+    on.localValues.Set("LevelNormalize", given);
+    on.localValues.Set("PreRoll", given);
+    Open(1);
+    EXPECT_EQ(editor.LevelNormalize, level);
+    EXPECT_EQ(editor.SpinPreRoll, preRoll);
+  }
 }
 
 TEST_F(VoiceTrackMachine, ANumberThatIsNotInTheListIsKnownByNothing) {

@@ -147,5 +147,24 @@ TEST_F(VoiceTrackNeighbours, OverAnotherElementATrackAirsWithALineInTheLog) {
             std::vector{"voice track 1 was made for " + made + " and airs over " + other});
 }
 
+// Armed at half of its title, which is ended ahead of the track's moment: the title behind it is
+// long enough to come there before it has let the track go.
+TEST_F(VoiceTrackNeighbours, OverTheElementThatFollowsItsOwnATrackAirsWithALineInTheLog) {
+  const std::string made = on.station.PL.Row(1).file;
+  Save();
+  on.station.PL.Remove(3);
+  on.AppendCard(on.AddCard({.lengthMs = 600000}));
+  const std::string other = on.station.PL.Row(3).file;
+  on.Start();
+  Wait(95000);
+  ASSERT_EQ(on.station.engine.VoiceTrackState, -1);
+  EXPECT_TRUE(ToldOfTracks().empty()) << "it may still air where it belongs";
+  OnAir::CmdStop_Click(on.station);
+  Wait(110000);
+  ASSERT_NE(on.First("overlay", "reason", "voicetrack"), nullptr);
+  EXPECT_EQ(ToldOfTracks(),
+            std::vector{"voice track 1 was made for " + made + " and airs over " + other});
+}
+
 }  // namespace
 }  // namespace zemo

@@ -45,6 +45,49 @@ TEST_F(VoiceTrackOnAir, ATrackThatSpeaksOverIsHeardAtItsPlaceOverTheDuckedMusic)
   EXPECT_GE(volumes[1].atMs - track->atMs, 5000);
 }
 
+// The ticks come at whole tenths of the title's seconds.
+TEST_F(VoiceTrackOnAir, ATrackBeginsAtItsPlaceBetweenTwoTicks) {
+  Load(5000);
+  VoiceTracks::LblPositionVT_Change(editor, 50037);
+  SaveAndAir();
+  const test::Seen* track = on.First("overlay", "reason", "voicetrack");
+  ASSERT_NE(track, nullptr);
+  EXPECT_EQ(track->atMs - on.First("start")->atMs, 50037);
+  const auto volumes = on.Events("volume");
+  ASSERT_EQ(volumes.size(), 2U);
+  EXPECT_EQ(volumes[0].atMs, track->atMs);
+}
+
+// What holds the tick holds the looks between ticks as well: the tick behind that begins it.
+TEST_F(VoiceTrackOnAir, ATrackWhoseMomentComesWhileTheTickIsHeldBeginsBehindThat) {
+  Load(5000);
+  VoiceTracks::LblPositionVT_Change(editor, 40037);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  on.Start();
+  while (on.Starts().empty()) Wait(1);
+  const int64_t begin = on.Starts()[0].atMs;
+  on.At(begin + 40010, [this] {
+    const MainTimerHold hold(on.station);
+    // 10 ms each; the first serves the last look for the track's moment.
+    for (int turn = 0; turn < 10; ++turn) on.station.platform.loop.WaitYield();
+  });
+  Wait(45000);
+  const test::Seen* track = on.First("overlay", "reason", "voicetrack");
+  ASSERT_NE(track, nullptr);
+  EXPECT_EQ(track->atMs - begin, 40010 + 10 * 10 + 100);
+}
+
+TEST_F(VoiceTrackOnAir, ATrackOfALiveModeThatBeganMeanwhileWaits) {
+  Load(5000);
+  VoiceTracks::LblPositionVT_Change(editor, 40037);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  on.Start();
+  while (on.Starts().empty()) Wait(1);
+  on.At(on.Starts()[0].atMs + 40020, [this] { on.station.engine.IsAutomatic = false; });
+  Wait(45000);
+  EXPECT_EQ(on.First("overlay", "reason", "voicetrack"), nullptr);
+}
+
 TEST_F(VoiceTrackOnAir, ACutTrackStandsBetweenItsNeighbours) {
   Load(5000);
   VoiceTracks::CheckCut_Click(editor, true);

@@ -138,6 +138,20 @@ TEST_F(VoiceTrackPlace, AFileThatAnotherProgramShortenedIsSavedWithItsLengthOfNo
   EXPECT_EQ(on.SqlText("SELECT DUREE FROM VT WHERE CODE = 1"), "6000");
 }
 
+TEST_F(VoiceTrackPlace, AFileThatAnotherProgramShortenedIsPlacedByItsLengthOfNow) {
+  const std::string file = Load(20000);
+  on.MakeFile("link.wav", "a shorter sound");
+  on.opener.lengthsMs[file] = 16000;
+  VoiceTracks::CmdVTToIntro_Click(on.station, editor);
+  EXPECT_EQ(editor.LblPositionVT, 175000 - 4000);
+  EXPECT_EQ(editor.LblTimeVT, "00:16");
+  on.MakeFile("link.wav", "a sound that is shorter still");
+  on.opener.lengthsMs[file] = 8000;
+  VoiceTracks::PointSortie_Change(editor, 9000);
+  VoiceTracks::CheckTest_Click(on.station, editor, true);
+  EXPECT_EQ(editor.PointSortie, 1000);
+}
+
 TEST_F(VoiceTrackPlace, ARecordThatIsGoneIsWrittenAnew) {
   Load(8000);
   VoiceTracks::BtnSave_Click(on.station, editor);

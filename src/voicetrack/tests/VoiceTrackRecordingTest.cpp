@@ -1,5 +1,6 @@
 // Opening the editor, the track's file, and what is kept at closing.
 #include "platform/Recorder.h"
+#include "platform/SoundSource.h"
 #include "voicetrack/tests/VoiceTrackFixture.h"
 
 namespace zemo {
@@ -163,6 +164,27 @@ TEST_F(VoiceTrack, AnInputThatRefusesLaterLeavesTheTrackAsItWas) {
   on.station.platform.recorder = nullptr;
 }
 
+// An end that takes its time, in which the presenter closes the editor.
+TEST_F(VoiceTrack, AnEditorThatIsClosedWhileARecordingEndsRecordsNoMore) {
+  struct ClosingRecorder : LateRecorder {
+    std::function<void()> meanwhile;
+    int begun = 0;
+    void Start(int, zemo::Folder&, const std::string&) override { recording = ++begun > 0; }
+    void Stop() override {
+      recording = false;
+      if (const auto once = std::exchange(meanwhile, nullptr)) once();
+    }
+  } closing;
+  on.station.platform.recorder = &closing;
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  closing.meanwhile = [this] { VoiceTracks::Form_Unload(on.station, editor); };
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_FALSE(editor.open);
+  EXPECT_EQ(closing.begun, 1);
+  EXPECT_FALSE(closing.ended) << "nobody is there to be told";
+  on.station.platform.recorder = nullptr;
+}
+
 TEST_F(VoiceTrack, WhatIsSaidIsInTheFileWhileItIsRecorded) {
   VoiceTracks::BtnRecord_Click(on.station, editor);
   Wait(2000);
@@ -205,6 +227,14 @@ TEST_F(VoiceTrack, TheTrackAloneIsHeardOnTheEditorsOwnOutput) {
   EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
 }
 
+TEST_F(VoiceTrack, AnotherFileEndsTheOneThatIsHeard) {
+  Load(4000);
+  VoiceTracks::BtnPlay1_Click(on.station, editor);
+  Load(5000, "other.wav");
+  EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
+  EXPECT_FALSE(editor.BtnStopEnabled);
+}
+
 TEST_F(VoiceTrack, AnOutputThatRefusesIsTold) {
   Load(4000);
   editor.VoiceTrackOututID = 7;
@@ -226,11 +256,22 @@ TEST_F(VoiceTrack, TheEditorForSoundFilesIsRunWithTheTrack) {
   EXPECT_EQ((*run)["value"], "\"/opt/wave editor\" \"" + file + "\"");
 }
 
+TEST_F(VoiceTrack, AProgramThatTheMachineHasNotIsTold) {
+  Load(4000);
+  VoiceTracks::BtnChoseEditeur_Click(editor, "/opt/gone");
+  on.system.hasPrograms = false;
+  VoiceTracks::BtnEditVT_Click(on.station, editor);
+  EXPECT_EQ(LastMessage(), "Choisissez d'abord un éditeur audio");
+  VoiceTracks::BtnTableMixage_Click(on.station);
+  EXPECT_EQ(LastMessage(), "Cette machine n'a pas de table de mixage");
+}
+
 // Writes a word in place of the sound.
 struct WordTool : LevelTool {
   double lufs = 0, peakDb = 0;
   bool BringTo(const Level& level, const std::string& path, Folder& folder,
                const std::string& name) override {
+    if (fails) throw SoundError(path + ": is damaged");
     lufs = level.loudnessLufs;
     peakDb = level.mostTruePeakDb;
     folder.Write(name, "louder than " + path);
@@ -241,6 +282,7 @@ struct WordTool : LevelTool {
     folder.Write(to, folder.Read(from).value());
   }
   std::function<void()> meanwhile;  // in the yields of the change
+  bool fails = false;
 };
 
 struct VoiceTrackLevel : VoiceTrackFixture {
@@ -280,6 +322,72 @@ TEST_F(VoiceTrackLevel, AChosenFileStaysAsItIsAndTheTrackBecomesAFileOfItsOwn) {
   VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
   EXPECT_EQ(editor.FileVoiceTrack, chosen);
   EXPECT_FALSE(Tracks().Exists("00000001.Wav"));
+}
+
+TEST_F(VoiceTrackLevel, AChosenFileAtItsLevelLeavesTheRecordingThatIsStored) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  const auto recorded = Tracks().Read("00000001.Wav");
+  const std::string chosen = Load(4000);
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, OwnFile("Level-00000001.Wav"));
+  EXPECT_EQ(Tracks().Read("Level-00000001.Wav"), "louder than " + chosen);
+  EXPECT_EQ(Tracks().Read("00000001.Wav"), recorded);
+  editor.LevelNormalize = -23;
+  VoiceTracks::BtnNormalize_Click(on.station, editor);  // from the chosen file again
+  EXPECT_EQ(Tracks().Read("Level-00000001.Wav"), "louder than " + chosen);
+  VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, chosen);
+  EXPECT_EQ(Tracks().Names(), std::vector<std::string>{"00000001.Wav"});
+  EXPECT_EQ(Tracks().Read("00000001.Wav"), recorded);
+}
+
+TEST_F(VoiceTrackLevel, AStoredFileAtItsLevelIsChangedAndComesBackAsTheStoredOne) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  Load(4000);
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  const auto stored = Tracks().Read("Level-00000001.Wav");
+  Open(2);
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_EQ(Tracks().Read("Level-00000001.Wav"),
+            "louder than " + OwnFile("Untouched-00000001.Wav"));
+  VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+  EXPECT_EQ(Tracks().Read("Level-00000001.Wav"), stored);
+  EXPECT_EQ(editor.FileVoiceTrack, OwnFile("Level-00000001.Wav"));
+}
+
+TEST_F(VoiceTrackLevel, TheLevelOfATrackThatIsHeardEndsItFirst) {
+  Load(4000);
+  VoiceTracks::BtnPlay1_Click(on.station, editor);
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
+  VoiceTracks::BtnPlay1_Click(on.station, editor);
+  VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+  EXPECT_EQ(on.prelisten.PlayerState(), Prelisten::State::kClosed);
+  EXPECT_FALSE(editor.BtnStopEnabled);
+}
+
+TEST_F(VoiceTrackLevel, AChangeThatFailsLeavesNothingToUndo) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  tool.fails = true;
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  ASSERT_NE(on.First("error", "where", "BtnNormalize"), nullptr);
+  EXPECT_FALSE(editor.BtnUndoNormalizeEnabled);
+  EXPECT_EQ(Tracks().Names(), std::vector<std::string>{"00000001.Wav"});
+  const std::string chosen = Load(4000);
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_FALSE(editor.BtnUndoNormalizeEnabled);
+  EXPECT_EQ(editor.FileVoiceTrack, chosen);
+  tool.fails = false;
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  tool.fails = true;
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_TRUE(editor.BtnUndoNormalizeEnabled) << "the first change stands";
 }
 
 TEST_F(VoiceTrackLevel, NothingTouchesTheTrackWhileItsLevelIsChanged) {

@@ -1,6 +1,7 @@
 // A presenter's sitting without its window: the joins of the list, what is left to be stored, the
 // time to fill, a join from its middle, one more take.
 #include <algorithm>
+#include <limits>
 
 #include "voicetrack/JoinPlan.h"
 #include "voicetrack/TrackJoins.h"
@@ -222,6 +223,49 @@ TEST_F(VoiceTrackSitting, OneMoreTakeBeginsWhereTheFirstOneBeganInTheJoin) {
   EXPECT_NEAR(on.recorder.RecordedMs(), 2000, 60);
 }
 
+TEST_F(VoiceTrackSitting, ATenthTakeBeginsWhereTheFirstOneDid) {
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(3010);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  for (int take = 2; take <= 10; ++take) {
+    Wait(1000);
+    VoiceTracks::BtnReprise_Click(on.station, editor);
+    EXPECT_EQ(VoiceTracks::HeardAtMs(on.station, editor), 168010) << take;
+    Wait(5060);
+    ASSERT_TRUE(on.recorder.Recording()) << take;
+  }
+}
+
+// A cut track's presenter speaks in the silence: the element before has faded, and no other begins.
+TEST_F(VoiceTrackSitting, ATakeOfTheSilenceBehindTheElementBeforeBeginsThereAgain) {
+  VoiceTracks::CheckCut_Click(editor, true);
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(20);
+  VoiceTracks::BtnPplay2_Click(on.station, editor);  // between two turns: its fade begins late
+  Wait(9000);                                        // 175 s and the fade are behind
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1980);
+  VoiceTracks::BtnReprise_Click(on.station, editor);  // at a turn: the fade ends where it should
+  EXPECT_FALSE(on.recorder.Recording());
+  Wait(9000);
+  EXPECT_TRUE(on.recorder.Recording());
+}
+
+TEST_F(VoiceTrackSitting, ARetakeWhoseInputRefusesIsLoggedAndGivenUp) {
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(3000);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnReprise_Click(on.station, editor);
+  editor.VoiceTrackInputID = 9;
+  Wait(8000);
+  EXPECT_FALSE(on.recorder.Recording());
+  EXPECT_EQ(on.Events("error").size(), 1U) << on.Describe();
+  editor.VoiceTrackInputID = 0;
+  Wait(1000);
+  EXPECT_FALSE(on.recorder.Recording()) << "nobody asked for it any more";
+}
+
 TEST_F(VoiceTrackSitting, WithoutAJoinOneMoreTakeBeginsAtOnce) {
   VoiceTracks::BtnRecord_Click(on.station, editor);
   Wait(4000);
@@ -266,6 +310,15 @@ TEST(JoinPlan, ATrackThatIsAnElementOfItsOwnStandsBetweenTheOthers) {
   EXPECT_EQ(plan.afterFromMs, 63500);
   EXPECT_EQ(plan.introToMs, 70500);
   EXPECT_FALSE(plan.ducks);
+}
+
+TEST(JoinPlan, APlaceThatNoElementHasCannotOverflow) {
+  VoiceTrackEditor editor;
+  editor.FileAvant = editor.FileVoiceTrack = "x.wav";
+  editor.trackLengthMs = 9000;
+  editor.LblPositionVT = std::numeric_limits<int32_t>::max();
+  const JoinPlan plan = PlanOf(editor, 0);
+  EXPECT_GT(plan.trackToMs, plan.trackFromMs);
 }
 
 }  // namespace

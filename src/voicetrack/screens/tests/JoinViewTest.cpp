@@ -3,7 +3,9 @@
 #include <QApplication>
 #include <QImage>
 #include <QMouseEvent>
+#include <QWheelEvent>
 
+#include "platform/SoundSource.h"
 #include "ui/Theme.h"
 #include "voicetrack/screens/tests/VoiceTrackWindowFixture.h"
 
@@ -19,6 +21,11 @@ class JoinPicture : public VoiceTrackScreenTest {
     Wait(50);
     ASSERT_EQ(Editor().LblPositionVT, 170000);
     View().setFocus();
+  }
+  void Wheel(const QPoint& at, int turned, Qt::KeyboardModifiers keys = Qt::NoModifier) {
+    QWheelEvent event(at, View().mapToGlobal(at), {}, {0, turned}, Qt::NoButton, keys,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&View(), &event);
   }
   int32_t PixelMs() { return View().MsOf(1) - View().MsOf(0) + 1; }
   QPoint InBefore(int32_t ms) { return {View().XOf(ms), View().height() / 5}; }
@@ -137,6 +144,90 @@ TEST_F(JoinPicture, TheCursorGoesByTheSecondAndHomeToThePreRoll) {
   EXPECT_EQ(View().Shown().cursorMs, 171000);
   Key(Qt::Key_Home);
   EXPECT_EQ(View().Shown().cursorMs, 170000);
+}
+
+// Of 22 s half, then a quarter, is in view.
+TEST_F(JoinPicture, TheWheelShowsItCloserAroundTheMouse) {
+  OpenWithTrack();
+  const QPoint mouse(View().XOf(173500), View().height() / 2);
+  const int32_t under = View().MsOf(mouse.x());
+  Wheel(mouse, 120);
+  EXPECT_EQ(View().Shown().toMs - View().Shown().fromMs, 11000);
+  EXPECT_NEAR(View().MsOf(mouse.x()), under, 2 * PixelMs());
+  Wheel(mouse, 120);
+  EXPECT_EQ(View().Shown().toMs - View().Shown().fromMs, 5500);
+  EXPECT_NEAR(View().MsOf(mouse.x()), under, 4 * PixelMs());
+  for (int turn = 0; turn < 4; ++turn) Wait(50);  // one part is asked for at a time
+  ASSERT_TRUE(View().Shown().sounds[JoinView::kTrack].part);
+  EXPECT_EQ(View().Shown().sounds[JoinView::kTrack].part->fromFrame,
+            MsToFrames(View().Shown().fromMs - 170000));
+  for (int turn = 0; turn < 3; ++turn) Wheel(mouse, -120);
+  EXPECT_EQ(View().Shown().fromMs, 168000);
+  EXPECT_EQ(View().Shown().toMs, 190000);
+}
+
+TEST_F(JoinPicture, AFineWheelTurnsByPartsOfANotch) {
+  OpenWithTrack();
+  const QPoint mouse(View().XOf(173500), View().height() / 2);
+  for (int part = 0; part < 3; ++part) Wheel(mouse, 40);
+  EXPECT_EQ(View().Shown().toMs - View().Shown().fromMs, 11000);
+}
+
+TEST_F(JoinPicture, PlusAndMinusShowItCloserAroundTheCursorSixtyFourTimesAtMost) {
+  OpenWithTrack();
+  QTest::mouseClick(&View(), Qt::LeftButton, Qt::NoModifier, InBefore(172000));
+  for (int turn = 0; turn < 9; ++turn) Key(Qt::Key_Plus, Qt::ShiftModifier);
+  EXPECT_EQ(View().Shown().toMs - View().Shown().fromMs, 22000 / 64);
+  EXPECT_LE(View().Shown().fromMs, View().Shown().cursorMs);
+  EXPECT_GE(View().Shown().toMs, View().Shown().cursorMs);
+  for (int turn = 0; turn < 9; ++turn) Key(Qt::Key_Minus);
+  EXPECT_EQ(View().Shown().fromMs, 168000);
+  EXPECT_EQ(View().Shown().toMs, 190000);
+}
+
+TEST_F(JoinPicture, ShiftAndTheWheelScrollInsideOfTheWhole) {
+  OpenWithTrack();
+  const QPoint mouse(View().XOf(168000), View().height() / 2);
+  Wheel(mouse, 120);
+  Wheel(mouse, 120);
+  EXPECT_EQ(View().Shown().fromMs, 168000);
+  Wheel(mouse, -120, Qt::ShiftModifier);  // an eighth of 5.5 s
+  EXPECT_EQ(View().Shown().fromMs, 168000 + 687);
+  for (int turn = 0; turn < 30; ++turn) Wheel(mouse, -120, Qt::ShiftModifier);
+  EXPECT_EQ(View().Shown().toMs, 190000);
+  Wheel(mouse, 120, Qt::ShiftModifier);  // no turn was kept at the end
+  EXPECT_EQ(View().Shown().toMs, 190000 - 687);
+}
+
+TEST_F(JoinPicture, SeenCloserTheTrackIsMovedAsFinely) {
+  OpenWithTrack();
+  const QPoint mouse(View().XOf(170000), View().height() / 2);
+  for (int turn = 0; turn < 4; ++turn) Wheel(mouse, 120);
+  const int32_t from = View().Shown().fromMs;
+  ASSERT_LT(View().XOf(170600), View().width());
+  Drag(InTrack(170500), InTrack(170600));
+  EXPECT_NEAR(Editor().LblPositionVT, 170100, 2 * PixelMs());
+  EXPECT_EQ(View().Shown().fromMs, from);
+}
+
+TEST_F(JoinPicture, SeenCloserTheViewGoesWithTheCursorAndWithWhatIsHeard) {
+  OpenWithTrack();
+  const QPoint mouse(View().XOf(170000), View().height() / 2);
+  for (int turn = 0; turn < 3; ++turn) Wheel(mouse, 120);
+  Key(Qt::Key_Home);  // 170 s
+  for (int second = 1; second <= 15; ++second) {
+    Key(Qt::Key_Right, Qt::ControlModifier);
+    ASSERT_EQ(View().Shown().cursorMs, 170000 + second * 1000);
+    ASSERT_LE(View().Shown().fromMs, View().Shown().cursorMs);
+    ASSERT_GT(View().Shown().toMs, View().Shown().cursorMs);
+  }
+  Key(Qt::Key_Home);
+  Key(Qt::Key_Space);
+  for (int second = 0; second < 12; ++second) {
+    Wait(1000);
+    ASSERT_LE(View().Shown().fromMs, View().Shown().heardMs);
+    ASSERT_GT(View().Shown().toMs, View().Shown().heardMs);
+  }
 }
 
 TEST_F(JoinPicture, WhatIsRecordedGrowsFromThePlaceWhereItAirs) {

@@ -28,6 +28,7 @@ struct LevelToolTest : testing::Test {
     return files.Path("tone.wav");
   }
   SoundMeasures Written() { return MeasureSound(opener, folder.PathOf("a.wav")).value(); }
+  double Peak() { return Written().truePeakDb.value(); }  // by our own meter
   // Of the file as libebur128 measures it.
   struct Loudness {
     double lufs = 0, peakDb = 0;
@@ -69,6 +70,19 @@ TEST_F(LevelToolTest, AFileCanTakeItsOwnPlace) {
   LocalFolder own(files.Path(""));
   ASSERT_TRUE(tool.BringTo({-30, -1}, path, own, "tone.wav"));
   EXPECT_NEAR(*MeasureSound(opener, path)->loudnessLufs, -30, 0.1);
+}
+
+// Half of a block of the measure, the other half being silence: 3 dB softer than the tone.
+TEST_F(LevelToolTest, ASoundShorterThanTheMeasuresBlockHasSilenceBehindIt) {
+  WriteSound(files.Path("word.wav"), kWavFormat, {44100, {1000.0, 1000.0}, 0.1, 8820});
+  ASSERT_TRUE(tool.BringTo({-30, -1}, files.Path("word.wav"), folder, "a.wav"));
+  EXPECT_NEAR(Peak(), -30 + 3.0, 0.3);  // -20 dBFS are -23 LUFS so
+}
+
+TEST_F(LevelToolTest, TheLouderChannelsTruePeakIsHeld) {
+  WriteSound(files.Path("side.wav"), kWavFormat, {44100, {0.0, 1000.0}, 0.1, 220'500});
+  ASSERT_TRUE(tool.BringTo({5, -1}, files.Path("side.wav"), folder, "a.wav"));
+  EXPECT_NEAR(Peak(), -1, 0.1);
 }
 
 TEST_F(LevelToolTest, SilenceIsNotWritten) {

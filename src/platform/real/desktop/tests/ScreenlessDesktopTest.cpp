@@ -2,8 +2,11 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
+#include <string>
 #include <thread>
 
 #include "platform/real/desktop/RealClock.h"
@@ -57,6 +60,61 @@ TEST(RealSystem, AProgramIsRunWithItsArgumentAndOneThatIsMissingIsTold) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   EXPECT_TRUE(std::filesystem::remove(file));
   EXPECT_FALSE(RealSystem().Run("no-such-command-anywhere", ""));
+}
+
+// The machine's programs are those of a folder of the test's own.
+class MachinesMixer : public testing::Test {
+ protected:
+  void SetUp() override {
+    folder_ = testing::TempDir() + "mixers" + std::to_string(getpid());
+    std::filesystem::create_directory(folder_);
+    setenv("PATH", folder_.c_str(), 1);
+  }
+  void TearDown() override {
+    setenv("PATH", path_.c_str(), 1);
+    std::filesystem::remove_all(folder_);
+  }
+  // It writes a line: its name, and the arguments that it is given.
+  void Install(const std::string& name) const {
+    std::ofstream(folder_ + "/" + name)
+        << "#!/bin/sh\necho " + name + " \"$@\" >>'" + folder_ + "/told'\n";
+    std::filesystem::permissions(folder_ + "/" + name, std::filesystem::perms::owner_all);
+  }
+  // What was run, once a line of it is there.
+  std::string Told() const {
+    std::string line;
+    for (int turn = 0; turn < 1000; ++turn) {
+      std::ifstream told(folder_ + "/told");
+      if (std::getline(told, line) && !told.eof()) return line;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return "nothing";
+  }
+
+  std::string folder_;
+
+ private:
+  const std::string path_ = getenv("PATH");
+};
+
+TEST_F(MachinesMixer, IsTheOneOfTheScreenWhereThereIsOne) {
+  for (const char* name : {"pavucontrol", "alsamixer", "x-terminal-emulator"}) Install(name);
+  EXPECT_TRUE(RealSystem().RunMixer());
+  EXPECT_EQ(Told(), "pavucontrol");
+}
+
+TEST_F(MachinesMixer, IsElseTheOneOfATerminal) {
+  for (const char* name : {"alsamixer", "x-terminal-emulator"}) Install(name);
+  EXPECT_TRUE(RealSystem().RunMixer());
+  EXPECT_EQ(Told(), "x-terminal-emulator -e alsamixer");
+}
+
+TEST_F(MachinesMixer, IsNoneWithoutATerminalForItAndInATerminalAlone) {
+  EXPECT_FALSE(RealSystem().RunMixer());
+  Install("alsamixer");
+  EXPECT_FALSE(RealSystem().RunMixer());
+  std::filesystem::rename(folder_ + "/alsamixer", folder_ + "/x-terminal-emulator");
+  EXPECT_FALSE(RealSystem().RunMixer());
 }
 
 TEST(RealSystem, HasNoScreen) {
