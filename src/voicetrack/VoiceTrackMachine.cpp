@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kDefaultLufs = -18;
 constexpr int kDefaultPreRollSec = 5;
-constexpr int kMostLatencyMs = 10000;  // a kept one that is longer was never measured
+constexpr int kMostLatencyMs = 10000;          // a kept one that is longer was never measured
 constexpr int64_t kSilentMicrophoneMs = 1500;  // told within two seconds
 constexpr const char* kInputValue = "VoiceTrackInputID";
 constexpr const char* kInputKeyValue = "VoiceTrackInputName";
