@@ -61,8 +61,10 @@ std::optional<TrackNeighbours> FindNeighbours(Database& database, int64_t code) 
   std::optional<TrackNeighbours> found;
   try {
     if (!database.Tables().Has(kNeighbours)) return std::nullopt;
-    database.ReadRows(kFindNeighbours, {code},
-                      [&](const RowView& row) { found = ReadNeighbours(row); });
+    // Of two rows the first, which is the one that is written.
+    database.ReadRows(kFindNeighbours, {code}, [&](const RowView& row) {
+      if (!found) found = ReadNeighbours(row);
+    });
   } catch (const StoreError& error) {
     if (error.MayPass()) throw;
   }

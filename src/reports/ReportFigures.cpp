@@ -13,6 +13,12 @@ constexpr int64_t kHourSec = 3600, kDaySec = 24 * kHourSec, kWeekSec = 7 * kDayS
 constexpr int64_t kMondaySec = 2 * kDaySec;  // day 2 of the serials, 1 January 1900, was one
 constexpr int64_t kDaysInHours = 3, kDaysInDays = 100;
 
+// Whole times down, also ahead of the first serial.
+int64_t TimesIn(int64_t second, int64_t stepSec) {
+  const int64_t times = second / stepSec;
+  return times * stepSec > second ? times - 1 : times;
+}
+
 int64_t StepOf(int64_t days) {
   return days <= kDaysInHours ? kHourSec : days <= kDaysInDays ? kDaySec : kWeekSec;
 }
@@ -81,7 +87,8 @@ HourFigures PlaysByHourAndGenre(const ReportRows& rows, const Pause& pause) {
   for (std::vector<uint32_t>& hour : figures.plays) hour.resize(ranked.size());
   ForEachRow(rows, pause, [&](size_t row) {
     const size_t place = places[rows.Number(row, RapCol::kGenre)];
-    const int64_t hour = SecondsOf(rows.Moment(row)) % kDaySec / kHourSec;
+    const int64_t second = SecondsOf(rows.Moment(row));
+    const int64_t hour = (second - TimesIn(second, kDaySec) * kDaySec) / kHourSec;
     if (place != kNone) ++figures.plays[static_cast<size_t>(hour)][place];
   });
   return figures;
@@ -91,9 +98,9 @@ TitleFigures PlaysOverTime(const ReportRows& rows, size_t ofRow, const Pause& pa
   TitleFigures figures;
   if (rows.Count() == 0) return figures;
   const int64_t first = SecondsOf(rows.Moment(0)), last = SecondsOf(rows.Moment(rows.Count() - 1));
-  figures.stepSec = StepOf(last / kDaySec - first / kDaySec + 1);
+  figures.stepSec = StepOf(TimesIn(last, kDaySec) - TimesIn(first, kDaySec) + 1);
   const int64_t offset = figures.stepSec == kWeekSec ? kMondaySec : 0;
-  const auto stepAt = [&](int64_t second) { return (second - offset) / figures.stepSec; };
+  const auto stepAt = [&](int64_t second) { return TimesIn(second - offset, figures.stepSec); };
   figures.firstSec = stepAt(first) * figures.stepSec + offset;
   figures.plays.resize(static_cast<size_t>(stepAt(last) - stepAt(first) + 1));
   const uint32_t title = rows.Number(ofRow, RapCol::kTitle);

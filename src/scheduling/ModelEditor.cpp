@@ -22,6 +22,8 @@ namespace zemo {
 
 namespace {
 
+constexpr size_t kMostModelLines = 1000;  // of a back-up: many times what a day takes
+
 bool SkeletonOn(Station& station) {
   return station.base.CnfBool(Cnf::kSquelette);
 }
@@ -117,8 +119,12 @@ void Models::BtnImport_Click(Station& station) {
                                      Buttons::kOk);
       return;
     }
+    const std::vector<std::string> lines = SplitLines(*text);
+    if (lines.size() > kMostModelLines)
+      throw FileError(file + " has more than " + std::to_string(kMostModelLines) +
+                      " lines: it is no model");
     EmptyGrids(station);
-    for (const std::string& line : SplitLines(*text)) {
+    for (const std::string& line : lines) {
       TextGrid::Row cells = CutAtTabs(line);
       if (IsTotal(cells) || IsHeading(cells)) continue;
       if (editor.skeleton)
@@ -169,10 +175,10 @@ void Models::PopPourCent_ClickInVarieties(Station& station, int percent) {
   ModelEditor& editor = station.modelEditor;
   const int row = editor.GVarietePlace.row;
   if (row < 1 || row >= editor.GVariete.RowCount()) return;
-  editor.GVariete.SetCell(row, 0, Percent(percent));
-  SumShares(station);
   try {
     StoreShare(station, editor.GVariete.Cell(row, 1), std::clamp(percent, 0, 100));
+    editor.GVariete.SetCell(row, 0, Percent(percent));
+    SumShares(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "PopPourCent");
   }

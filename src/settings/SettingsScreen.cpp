@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <exception>
 #include <string>
-#include <utility>
 
+#include "platform/Desktop.h"
 #include "platform/Folder.h"
 #include "platform/LocalValues.h"
 #include "platform/SettingsDevices.h"
@@ -20,6 +20,9 @@
 namespace zemo {
 
 namespace {
+
+constexpr const char* kNotStored =
+    "Les paramètres n'ont pas pu être enregistrés.\r\nFermer quand même ?";
 
 // The local values of a choice of output.
 struct AudioValue {
@@ -225,6 +228,11 @@ void SaveLocalSwitches(Station& station) {
       SaveControl(station, control);
 }
 
+// What the base did not take would go with the screen.
+bool StaysOpen(Station& station) {
+  return station.platform.messages.Show("Alerte", kNotStored, Buttons::kYesNo) != Answer::kYes;
+}
+
 }  // namespace
 
 void SettingsLoad(Station& station, SettingsDevices& devices) {
@@ -245,9 +253,9 @@ void SettingsLoad(Station& station, SettingsDevices& devices) {
   Guarded(station, "SettingsLoad", [&] { LoadLocalValues(station); });
 }
 
-void SettingsSave(Station& station) {
+bool SettingsSave(Station& station) {
   const SettingsScreen& screen = station.settings;
-  Guarded(station, "SettingsSave", [&] { SaveFields(station); });
+  const bool stored = Guarded(station, "SettingsSave", [&] { SaveFields(station); });
   if (screen.audioHeld) SaveAudio(station);
   SaveDayTimes(station, false);
   WriteFilesOfFields(station);
@@ -255,6 +263,7 @@ void SettingsSave(Station& station) {
   if (screen.filtreHeld) SaveFiltre(station);
   if (screen.audioHeld) Guarded(station, "SettingsSave", [&] { SaveAudioValues(station); });
   Guarded(station, "SettingsSave", [&] { SaveLocalSwitches(station); });
+  return stored;
 }
 
 void Settings::MnuParametrage_Click(Station& station, SettingsDevices& devices) {
@@ -264,8 +273,8 @@ void Settings::MnuParametrage_Click(Station& station, SettingsDevices& devices) 
 }
 
 void Settings::Form_Unload(Station& station) {
-  if (!std::exchange(station.settings.open, false)) return;
-  SettingsSave(station);
+  if (!station.settings.open) return;
+  station.settings.open = SettingsSave(station) ? false : StaysOpen(station);
 }
 
 void SaveControl(Station& station, const SettingsControl& control) {

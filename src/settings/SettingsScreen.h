@@ -15,8 +15,9 @@ void SettingsLoad(Station& station, SettingsDevices& devices);
 
 // Everything back, as the screen closes: the row of Cnf but for the two jingle numbers, the audio
 // outputs, the times of the chosen weekday, "Langue.Txt", the hours, the filter, the machine's
-// values. Each step that fails is logged and stops no other. Never throws.
-void SettingsSave(Station& station);
+// values. Each step that fails is logged and stops no other. False where the row could not be
+// stored. Never throws.
+bool SettingsSave(Station& station);
 
 // The weekday's times as they stand on the screen, to their files: what could be read, and with
 // `changedOnly` no list that is as it was. The engine follows at once where they are today's.
@@ -25,7 +26,8 @@ void SaveDayTimes(Station& station, bool changedOnly);
 namespace Settings {
 // The menu entry MnuParametrage: nothing while the menus are locked or the screen is open.
 void MnuParametrage_Click(Station& station, SettingsDevices& devices);
-// Saves all; nothing where the screen is closed.
+// Saves all; nothing where the screen is closed. Where the row of Cnf could not be stored it asks,
+// and the screen stays open as it is unless the operator wants it closed all the same.
 void Form_Unload(Station& station);
 }  // namespace Settings
 

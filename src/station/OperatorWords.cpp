@@ -27,6 +27,7 @@ constexpr RoutineText kTexts[] = {
     {"Erreur de séléction de sortie audio", {kRoutines, "The chosen audio output cannot be used", "A saída de áudio escolhida não pode ser usada", "La salida de audio elegida no se puede usar"}},
     {"Vous devez être tout seul sur la base pour\r\néxecuter cette opération", {kRoutines, "Nobody else may use the database\r\nduring this operation", "Mais ninguém pode usar a base\r\ndurante esta operação", "Nadie más puede usar la base\r\ndurante esta operación"}},
     {"%1 Genres ont étés ajoutés a la liste", {kRoutines, "%1 genres were added to the list", "%1 géneros foram adicionados à lista", "%1 géneros se añadieron a la lista"}},
+    {"Les paramètres n'ont pas pu être enregistrés.\r\nFermer quand même ?", {kRoutines, "The settings could not be stored.\r\nClose all the same?", "A configuração não pôde ser guardada.\r\nFechar mesmo assim?", "La configuración no se pudo guardar.\r\n¿Cerrar de todos modos?"}},
     {"Init %1 Ok", {"Ouvert, %1", "Port open: %1", "Aberta, %1", "Abierto, %1"}},
     {"Port COM Close OK !", {"Le port est fermé", "The port is closed", "A porta está fechada", "El puerto está cerrado"}},
     {"Erreur n° %1", {kRoutines, "Error no. %1", "Erro n.º %1", "Error n.º %1"}},

@@ -71,15 +71,16 @@ Aired ReadReport(Station& station, const std::string& advertiser, int64_t from, 
         EqualNoCase(Trim(row.Text(2)), advertiser))
       aired.ours.push_back(second);
   };
-  for (auto code = NextCode(station, std::numeric_limits<int64_t>::min()); code;
-       code = NextCode(station, *code + kCodesOfSlice)) {
+  constexpr int64_t kLastCode = std::numeric_limits<int64_t>::max();
+  for (auto code = NextCode(station, std::numeric_limits<int64_t>::min()); code;) {
+    const int64_t last = *code < kLastCode - kCodesOfSlice ? *code + kCodesOfSlice - 1 : kLastCode;
     station.base.Db().ReadRows(
-        "SELECT DATENUM, GENRE, AUTEUR FROM Rapport WHERE CODE >= ? AND CODE < ? AND DATENUM >= ? "
-        "AND DATENUM < ?",
-        {*code, *code + kCodesOfSlice, static_cast<double>(from) / kDaySec,
-         static_cast<double>(to) / kDaySec},
+        "SELECT DATENUM, GENRE, AUTEUR FROM Rapport WHERE CODE >= ? AND CODE <= ? AND "
+        "DATENUM >= ? AND DATENUM < ?",
+        {*code, last, static_cast<double>(from) / kDaySec, static_cast<double>(to) / kDaySec},
         take);
     pause();
+    code = last == kLastCode ? std::nullopt : NextCode(station, last + 1);
   }
   std::sort(aired.all.begin(), aired.all.end());
   std::sort(aired.ours.begin(), aired.ours.end());

@@ -123,11 +123,21 @@ bool StoreCampaign(Station& station, CampaignEditor& editor, Recordset& row) {
   return WriteFiles(station, editor);
 }
 
-bool SaveRecord(Station& station, CampaignEditor& editor, Recordset& row) {
-  const bool filesWritten = StoreCampaign(station, editor, row);
-  if (station.engine.PCProduction) WriteGridSignal(station);
-  if (filesWritten) Campaigns::BtnDebut_Click(station, editor);
-  return filesWritten;
+// What came to nothing is told where it was asked for; the log has why.
+bool SaveRecord(Station& station, CampaignEditor& editor, Recordset& row, const char* routine) {
+  bool saved = false;
+  try {
+    saved = StoreCampaign(station, editor, row);
+    if (station.engine.PCProduction) WriteGridSignal(station);
+  } catch (const std::exception&) {
+    LogCurrentException(station, routine, editor.ChAnnonceur);
+    saved = false;
+  }
+  if (saved)
+    Campaigns::BtnDebut_Click(station, editor);
+  else
+    ShowAlert(station, kCannotSave);
+  return saved;
 }
 
 bool HasSoundFile(Station& station, const CampaignEditor& editor) {
@@ -207,7 +217,7 @@ bool Campaigns::BtnAjouter_Click(Station& station, CampaignEditor& editor) {
     if (RefuseWrongMark(station, editor)) return false;
     const auto row = OpenCampaigns(station);
     row->AddNew();
-    return SaveRecord(station, editor, *row);
+    return SaveRecord(station, editor, *row, "BtnAjouter");
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnAjouter", editor.ChAnnonceur);
     return false;
@@ -230,7 +240,7 @@ bool Campaigns::BtnReplacer_Click(Station& station, CampaignEditor& editor) {
       return false;
     }
     row->Edit();
-    return SaveRecord(station, editor, *row);
+    return SaveRecord(station, editor, *row, "BtnReplacer");
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnReplacer", editor.ChAnnonceur);
     return false;
@@ -251,9 +261,10 @@ bool Campaigns::BtnDelete_Click(Station& station, CampaignEditor& editor) {
     if (WalkToPlace(*table, editor) == 0) return false;
     const std::string gridPath = table->Text("FILENAMEGRILLE");
     const CampaignFile gridFile(gridPath);
-    if (gridFile.Exists(station) && OwnsGridFile(station, table->Int("CODE"), gridPath))
-      gridFile.Remove(station);
-    table->Delete();
+    const bool ownsFile =
+        gridFile.Exists(station) && OwnsGridFile(station, table->Int("CODE"), gridPath);
+    table->Delete();  // first: a record that the base keeps has its crosses
+    if (ownsFile) gridFile.Remove(station);
     BtnDebut_Click(station, editor);
     return true;
   } catch (const std::exception&) {

@@ -9,6 +9,7 @@
 #include "platform/Folder.h"
 #include "platform/SoundLengths.h"
 #include "settings/LineLists.h"
+#include "settings/SideFileIo.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/Schema.h"
@@ -35,6 +36,13 @@ std::optional<std::string> AdvertiserWith(Station& station, const std::string& p
 
 bool Confirmed(Station& station, const std::string& question) {
   return station.platform.messages.Show(kAlertTitle, question, Buttons::kYesNo) == Answer::kYes;
+}
+
+// Another machine may have changed them. Throws where they cannot be read: written without those of
+// the file they would be lost.
+void ReadCategoriesAnew(Station& station, CampaignEditor& editor) {
+  ReadSideFile(station.platform.stationFolder, station.files.Categori);
+  LoadSaveCategories(station, "Load", editor.CategorieList);
 }
 
 // Builds the grid, unless an hour or a mark that was typed is none.
@@ -116,6 +124,7 @@ void Campaigns::Categorie_KeyEnter(Station& station, CampaignEditor& editor) {
       editor.Categorie.clear();
       return;
     }
+    ReadCategoriesAnew(station, editor);
     editor.CategorieList.push_back(UpperLatin(editor.Categorie));
     LoadSaveCategories(station, "Save", editor.CategorieList);
   } catch (const std::exception&) {
@@ -126,6 +135,7 @@ void Campaigns::Categorie_KeyEnter(Station& station, CampaignEditor& editor) {
 void Campaigns::Categorie_KeyDelete(Station& station, CampaignEditor& editor) {
   try {
     if (!Confirmed(station, kDeleteCategory + editor.Categorie)) return;
+    ReadCategoriesAnew(station, editor);
     auto& list = editor.CategorieList;
     const auto found =
         std::find_if(list.begin(), list.end(),

@@ -42,7 +42,9 @@ std::string DayLetter(int weekday) {
 struct Date {
   int year = 0, month = 0, day = 0;
 
-  bool Valid() const { return month >= 1 && month <= 12 && day >= 1 && day <= 31; }
+  bool Valid() const {
+    return year >= 0 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 && day <= 31;
+  }
   // Every fourth year is a leap year here: there is no century rule.
   int MonthLength() const {
     constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};

@@ -41,7 +41,9 @@ std::optional<int32_t> TimeToFillMs(const VoiceTrackEditor& editor) {
 }
 
 int32_t VoiceTracks::FadeMs(Station& station) {
-  return static_cast<int32_t>(station.base.CnfInt(Cnf::kFadeOut));
+  constexpr int64_t kMostFadeMs = 60000;  // of a base that another program wrote
+  return static_cast<int32_t>(
+      std::clamp<int64_t>(station.base.CnfInt(Cnf::kFadeOut), 0, kMostFadeMs));
 }
 
 std::optional<int32_t> VoiceTracks::HeardAtMs(const Station& station,

@@ -17,6 +17,13 @@ namespace zemo {
 
 namespace {
 
+constexpr int32_t kDayMs = 86400000, kDaySec = kDayMs / 1000;
+
+// Of a number of the base, which may be any: what is reckoned with it stays a number of ms.
+int32_t Between(int64_t least, int64_t number, int64_t most) {
+  return static_cast<int32_t>(std::clamp(number, least, most));
+}
+
 const OnAirRow* RowAt(const Station& station, int row) {
   return row >= 1 && row <= station.PL.Count() ? &station.PL.Row(row) : nullptr;
 }
@@ -26,8 +33,8 @@ void TakeBefore(Station& station, VoiceTrackEditor& editor, const OnAirRow* row)
   editor.beforeKey = row->key;
   editor.FileAvant = row->file;
   editor.Avant = TitleOf(*row);
-  editor.PS1 = static_cast<int32_t>(row->exitMs.value_or(0));
-  if (editor.PS1 == 0) editor.PS1 = static_cast<int32_t>(station.base.CnfInt(Cnf::kPmixDef));
+  editor.PS1 = Between(0, row->exitMs.value_or(0), kDayMs);
+  if (editor.PS1 == 0) editor.PS1 = Between(0, station.base.CnfInt(Cnf::kPmixDef), kDayMs);
   editor.InfoPS = "PS = " + SecondsText(editor.PS1);
   editor.beforeLengthMs = station.platform.lengths.LengthMs(row->file);
 }
@@ -41,7 +48,7 @@ void TakeAfter(Station& station, VoiceTrackEditor& editor, const OnAirRow* row,
     editor.FileApres = row->file;
     editor.afterLengthMs = station.platform.lengths.LengthMs(row->file);
     editor.Apres = TitleOf(*row);
-    editor.LblIntro = static_cast<int32_t>(row->introSec.value_or(0));
+    editor.LblIntro = Between(0, row->introSec.value_or(0), kDaySec);
     editor.Intro = "Intro = " + std::to_string(editor.LblIntro);
     plannedMs = row->plannedMs;
   }
@@ -54,9 +61,9 @@ bool TakeRecord(Station& station, VoiceTrackEditor& editor, int64_t code) {
   if (vt->Eof()) return false;
   editor.LblCodeVT = static_cast<int32_t>(vt->Int("CODE"));
   editor.FileVoiceTrack = Trim(vt->Text("FILENAME"));
-  editor.LblPositionVT = static_cast<int32_t>(vt->Int("START"));
+  editor.LblPositionVT = Between(-kDayMs, vt->Int("START"), kDayMs);
   editor.CheckCut = vt->Bool("CUT");
-  VoiceTracks::PointSortie_Change(editor, static_cast<int32_t>(vt->Int("POINTSORTIE")));
+  VoiceTracks::PointSortie_Change(editor, Between(0, vt->Int("POINTSORTIE"), kDayMs));
   return true;
 }
 

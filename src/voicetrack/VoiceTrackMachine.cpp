@@ -19,6 +19,7 @@ namespace {
 
 constexpr int kDefaultLufs = -18;
 constexpr int kDefaultPreRollSec = 5;
+constexpr int kMostLatencyMs = 10000;          // a kept one that is longer was never measured
 constexpr int64_t kSilentMicrophoneMs = 1500;  // told within two seconds
 constexpr const char* kInputValue = "VoiceTrackInputID";
 constexpr const char* kInputKeyValue = "VoiceTrackInputName";
@@ -127,7 +128,8 @@ void VoiceTracks::TakeMachineValues(Station& station, VoiceTrackEditor& editor) 
   editor.LevelNormalize =
       std::clamp(values.GetInt("LevelNormalize", kDefaultLufs), kLeastLufs, kMostLufs);
   editor.SpinPreRoll = std::clamp(values.GetInt("PreRoll", kDefaultPreRollSec), 0, kMostPreRollSec);
-  editor.LblLatence = values.GetInt(kLatencyValue, -1);
+  const int latencyMs = values.GetInt(kLatencyValue, -1);
+  editor.LblLatence = latencyMs >= 0 && latencyMs <= kMostLatencyMs ? latencyMs : -1;
   VoiceTracks::CheckLatence_Click(editor, values.GetBool(kLatencyUsedValue, false));
 }
 

@@ -8,6 +8,7 @@
 #include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "store/StoreError.h"
 #include "voicetrack/VoiceTrackParts.h"
 #include "voicetrack/VoiceTrackScreen.h"
 
@@ -60,6 +61,17 @@ void WriteRow(Station& station, VoiceTrackEditor& editor, const TrackPlace& plac
   RefreshPlanTimes(station);
 }
 
+// A table that is damaged stays so: the track is stored without them. What may pass is thrown, and
+// the track is to be stored again.
+void KeepNeighbours(Station& station, const VoiceTrackEditor& editor) {
+  try {
+    StoreNeighbours(station.base, editor.LblCodeVT, editor.madeFor);
+  } catch (const StoreError& error) {
+    if (error.MayPass()) throw;
+    LogCurrentException(station, "BtnSave");
+  }
+}
+
 }  // namespace
 
 void VoiceTracks::PointSortie_Change(VoiceTrackEditor& editor, int32_t ms) {
@@ -94,7 +106,7 @@ void VoiceTracks::BtnSave_Click(Station& station, VoiceTrackEditor& editor) {
     ReadTrackLength(station, editor);
     WriteRecord(station, editor);
     WriteRow(station, editor, place);
-    StoreNeighbours(station.base, editor.LblCodeVT, editor.madeFor);
+    KeepNeighbours(station, editor);
     editor.stored = StateOf(editor);
   });
 }

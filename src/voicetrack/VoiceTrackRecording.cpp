@@ -304,13 +304,15 @@ void VoiceTracks::BtnUndoNormalize_Click(Station& station, VoiceTrackEditor& edi
     FreeTrackSlot(station, editor);
     Folder& folder = TrackFolder(station);
     const std::string kept = UntouchedName(editor.LblCodeVT), name = OwnName(station, editor);
-    const std::string untouched = std::exchange(editor.untouchedFile, {});
-    if (untouched == PathInFolder(station, kept)) {
+    if (editor.untouchedFile.empty()) return;
+    // Forgotten behind what may fail, so that it can be tried again.
+    if (editor.untouchedFile == PathInFolder(station, kept)) {
       folder.Rename(kept, name);
     } else {
-      editor.FileVoiceTrack = untouched;
       folder.Remove(name);
+      editor.FileVoiceTrack = editor.untouchedFile;
     }
+    editor.untouchedFile.clear();
     ++editor.takes;
     TakeTrackFile(station, editor);
   });

@@ -41,6 +41,24 @@ TEST_F(ReportFigures, PlaysByHourAndGenreBeginAtTheFullHour) {
   EXPECT_EQ(figures.plays, expected);
 }
 
+// Day -2 is 28 December 1899: a clock that was wrong, or a base that another program wrote.
+TEST_F(ReportFigures, RowsAheadOfTheFirstSerialHaveTheirHourAndTheirDay) {
+  Add({.time = "13:00:00", .genre = "POP", .day = -2});
+  Add({.time = "00:30:00", .genre = "POP", .day = -1});
+  Open();
+  const auto pick = [&](const char* day) { return test::ParseMoment(std::string(day)); };
+  Report::CmdCalend_Click(on.station, editor, pick("1899-12-25 00:00:00"));
+  Report::BtnDateFin_Click(on.station, editor, pick("1900-01-05 00:00:00"));
+  const ReportRows& rows = *editor.ListRap.rows;
+  ASSERT_EQ(rows.Count(), 2U);
+  const HourFigures figures = PlaysByHourAndGenre(rows, none);
+  EXPECT_EQ(figures.plays[13], std::vector<uint32_t>{1});
+  EXPECT_EQ(figures.plays[0], std::vector<uint32_t>{1});
+  const TitleFigures title = PlaysOverTime(rows, 0, none);  // 11 full hours lie between the two
+  EXPECT_EQ(title.firstSec, -2 * 86400 + 13 * 3600);
+  EXPECT_EQ(title.plays, (std::vector<uint32_t>{1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}));
+}
+
 TEST_F(ReportFigures, ATitleHasItsPlaysOfEachDayFromTheFirstRowToTheLast) {
   Add({.time = "08:00:00", .title = "Other", .day = kToday});
   Add({.time = "00:00:00", .artist = "A", .title = "One", .day = kToday + 1});

@@ -234,6 +234,23 @@ TEST_F(ModelEditorTest, AMissingBackUpSaysSoAndChangesNothing) {
   EXPECT_EQ(Genres(), Names{"POP"});
 }
 
+// Each line would be a row of the grid, and all of them are gone through at each turn.
+TEST_F(ModelEditorTest, ABackUpOfMoreLinesThanAModelHasIsNotTakenAndTold) {
+  s.Model(1, "POP", 10);
+  SelectWeekday(s.station, 1);
+  std::string lines;
+  for (int line = 0; line < 1000; ++line) lines += "G" + std::to_string(line) + "\r\n";
+  s.MakeFile("Lundi.Txt", lines + "ONE MORE\r\n");
+  Models::BtnImport_Click(s.station);
+  EXPECT_EQ(Genres(), Names{"POP"});
+  ASSERT_EQ(s.Events("error").size(), 1U);
+  EXPECT_EQ(s.Events("error")[0]["where"], "BtnImport");
+  EXPECT_EQ(s.Events("error")[0]["text"], "Lundi.Txt has more than 1000 lines: it is no model");
+  s.MakeFile("Lundi.Txt", lines);
+  Models::BtnImport_Click(s.station);
+  EXPECT_EQ(Genres().size(), 1000U);
+}
+
 TEST_F(ModelEditorTest, TheSkeletonsBackUpComesBackToo) {
   s.SetCnf("Squelette", -1);
   s.MakeFile("Sq-Mardi.Txt", "POP\tROCK\r\n\tJAZZ\r\n");
@@ -331,6 +348,18 @@ TEST_F(ModelEditorTest, AShareOfAVarietyIsStoredAtOnce) {
   EXPECT_EQ(s.SqlText("SELECT POURCENT FROM Variete WHERE VARIETE = 'INTERNATIONAL'"), "55");
   EXPECT_EQ(s.SqlText("SELECT POURCENT FROM Variete WHERE VARIETE = 'NATIONAL'"), "60");
   EXPECT_EQ(Count("Variete"), 2);
+}
+
+// A share that nobody stored would look as if the requests followed it.
+TEST_F(ModelEditorTest, AShareOfAVarietyThatCannotBeStoredIsNotShown) {
+  s.Variety("NATIONAL", 60);
+  SelectWeekday(s.station, 1);
+  s.Native("CREATE TRIGGER Refuse BEFORE UPDATE ON Variete BEGIN SELECT RAISE(ABORT, 'no'); END");
+  Editor().GVarietePlace = {1, 0};
+  Models::PopPourCent_ClickInVarieties(s.station, 55);
+  EXPECT_EQ(Editor().GVariete.Cell(1, 0), "60");
+  EXPECT_EQ(s.SqlText("SELECT POURCENT FROM Variete"), "60");
+  EXPECT_NE(s.First("error", "where", "PopPourCent"), nullptr);
 }
 
 TEST_F(ModelEditorTest, GenresAreCountedInFourDigitsWithTheirPositionsBeside) {

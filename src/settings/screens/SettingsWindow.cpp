@@ -95,8 +95,12 @@ void SettingsWindow::OpenNow() {
 void SettingsWindow::Left() {
   if (QWidget* typed = focusWidget()) typed->clearFocus();  // its number is typed to its end
   trial_.End();
-  Settings::Form_Unload(station_);
-  Window::Left();
+  Busy([this] { Settings::Form_Unload(station_); });  // it may ask
+  if (!IsOpen()) Window::Left();
+}
+
+bool SettingsWindow::LeaveNow() {
+  return OfficeWindow::LeaveNow() && !IsOpen();
 }
 
 // --- what is done ---

@@ -43,6 +43,7 @@ class SettingsWindow : public OfficeWindow {
   SettingsWindow(Station& station, SettingsSources sources);
   void Open();  // at a free moment; nothing while the menus are locked
   bool IsOpen() const override;
+  bool LeaveNow() override;  // false also where it stays open, since the base did not take all
 
  protected:
   void ArrangeParts(double unit) override;

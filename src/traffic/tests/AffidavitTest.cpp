@@ -123,6 +123,23 @@ TEST_F(AffidavitOfBaker, ThreeHoursBehindIsStillTheCross) {
   EXPECT_EQ(Make().lines[0].lateSec, 3 * 3600);
 }
 
+// No number follows it, and none of a base without limits comes behind.
+TEST_F(AffidavitOfBaker, ARowOfTheHighestNumberEndsTheReport) {
+  MusicAllDay();
+  Baker({"10:00"});
+  Report("PUB", "Baker's", "10:00:05");
+  on.Sql(
+      "UPDATE Rapport SET CODE = 9223372036854775807 WHERE CODE = (SELECT MAX(CODE) FROM "
+      "Rapport)");
+  int pauses = 0;
+  const auto day = ParseMoment("2026-11-21 00:00:00");
+  const Affidavit affidavit = MakeAffidavit(on.station, "Baker's", day, day, [&] {
+    if (++pauses > 1000) throw std::runtime_error("the reading does not end");
+  });
+  ASSERT_EQ(affidavit.lines.size(), 1U);
+  EXPECT_TRUE(affidavit.lines[0].aired);
+}
+
 TEST_F(AffidavitOfBaker, AFileThatIsGoneIsTheReason) {
   MusicAllDay();
   Campaign campaign;

@@ -122,6 +122,26 @@ TEST_F(VoiceTrackMachine, ALatencyThatCannotBeMeasuredIsToldWithItsReason) {
   EXPECT_FALSE(editor.GaugeVisible);
 }
 
+// The file of the machine's values is edited by hand.
+TEST_F(VoiceTrackMachine, ValuesOutsideTheirFieldsAreTakenAsTheirEnds) {
+  VoiceTracks::Form_Unload(on.station, editor);
+  on.localValues.Set("PreRoll", "99999999");
+  on.localValues.Set("LevelNormalize", "9");
+  on.localValues.Set("VoiceTrackLatence", "2000000000");
+  on.localValues.Set("VoiceTrackLatenceMesuree", "True");
+  Open(1);
+  EXPECT_EQ(editor.SpinPreRoll, 600);
+  EXPECT_EQ(editor.LevelNormalize, -5);
+  EXPECT_EQ(editor.LblLatence, -1);  // no sound takes as long
+  EXPECT_FALSE(editor.CheckLatence);
+  VoiceTracks::Form_Unload(on.station, editor);
+  on.localValues.Set("PreRoll", "-5");
+  on.localValues.Set("LevelNormalize", "-1000");
+  Open(1);
+  EXPECT_EQ(editor.SpinPreRoll, 0);
+  EXPECT_EQ(editor.LevelNormalize, -40);
+}
+
 TEST_F(VoiceTrackMachine, AnAnswerBehindTheClosingIsForNobody) {
   VoiceTracks::Form_Unload(on.station, editor);
   Wait(100);

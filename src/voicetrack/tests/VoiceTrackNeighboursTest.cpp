@@ -6,6 +6,7 @@
 #include "library/TrackNeighboursTable.h"
 #include "store/Database.h"
 #include "store/TableDefs.h"
+#include "voicetrack/TrackJoins.h"
 #include "voicetrack/tests/VoiceTrackFixture.h"
 
 namespace zemo {
@@ -125,6 +126,29 @@ TEST_F(VoiceTrackNeighbours, WhereTheirTableIsDamagedTheTrackStaysInItsList) {
   VoiceTracks::BtnSave_Click(on.station, editor);
   ASSERT_EQ(on.station.PL.Count(), 3);
   EXPECT_EQ(Cell(2, Col::kIntro), "90000");
+}
+
+// Nothing that the presenter could do would store them.
+TEST_F(VoiceTrackNeighbours, WhereTheyCannotBeKeptTheTrackIsStoredAllTheSame) {
+  on.Sql("CREATE TABLE Raccords(X)");
+  Save();
+  EXPECT_FALSE(VoiceTracks::IsUnsaved(editor));
+  EXPECT_NE(on.First("error", "where", "BtnSave"), nullptr);
+  on.AppendCard(on.AddCard({.artist = "CY", .title = "AIR"}));
+  VoiceTracks::BtnSuivant_Click(on.station, editor);
+  EXPECT_EQ(editor.Avant, "BOB  TUNE");
+}
+
+// Two machines that saved at the same moment.
+TEST_F(VoiceTrackNeighbours, OfARecordThatIsThereTwiceTheOneThatIsSavedCounts) {
+  Save();
+  on.Sql(
+      "INSERT INTO Raccords(VT, FICHIERAVANT, DUREEAVANT, PSAVANT, FICHIERAPRES, INTROAPRES) "
+      "VALUES(1, '/other.wav', 1, 1, '/another.wav', 1)");
+  VoiceTracks::LblPositionVT_Change(editor, 90000);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  StoreAndLoad();
+  EXPECT_EQ(Fault(), NeighbourFault::kNone);
 }
 
 TEST_F(VoiceTrackNeighbours, OverItsOwnElementATrackAirsWithoutAWord) {

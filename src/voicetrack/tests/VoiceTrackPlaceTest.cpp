@@ -1,4 +1,5 @@
 // Where the track stands: its place by the intro, its record and its row.
+#include "voicetrack/JoinPlan.h"
 #include "voicetrack/tests/VoiceTrackFixture.h"
 
 namespace zemo {
@@ -159,6 +160,33 @@ TEST_F(VoiceTrackPlace, ARecordThatIsGoneIsWrittenAnew) {
   VoiceTracks::BtnSave_Click(on.station, editor);
   EXPECT_EQ(on.SqlText("SELECT DUREE FROM VT WHERE CODE = 1"), "8000");
   EXPECT_EQ(on.station.PL.Count(), 3);
+}
+
+// Of a base that another program wrote: no number makes a place that no day has.
+TEST_F(VoiceTrackPlace, ARecordOfImpossibleNumbersOpensWithinADay) {
+  constexpr int32_t kDayMs = 86400000;
+  Load(8000);
+  VoiceTracks::CheckCut_Click(editor, true);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  const auto numbers = [&](const std::string& ms, const std::string& seconds) {
+    on.Sql("UPDATE VT SET START = " + ms + ", POINTSORTIE = " + ms);
+    on.station.PL.Row(1).exitMs = std::stoll(ms);
+    on.station.PL.Row(3).introSec = std::stoll(seconds);
+    Open(2);
+    VoiceTracks::CheckCut_Click(editor, false);
+    return PlanOf(editor, 1600);
+  };
+  JoinPlan plan = numbers("2147483647", "9000000000");
+  EXPECT_EQ(editor.LblPositionVT, kDayMs);
+  EXPECT_EQ(editor.PointSortie, kDayMs);
+  EXPECT_EQ(plan.exitMs, 180000 - kDayMs);
+  EXPECT_EQ(plan.trackToMs, kDayMs + 8000);
+  EXPECT_EQ(plan.introToMs, 180000);
+  plan = numbers("-2147483648", "-9000000000");
+  EXPECT_EQ(editor.LblPositionVT, -kDayMs);
+  EXPECT_EQ(editor.PointSortie, 0);
+  EXPECT_EQ(plan.exitMs, 180000 - 1600);  // the station's own
+  EXPECT_EQ(plan.introToMs, 180000 - 1600);
 }
 
 TEST_F(VoiceTrackPlace, SavedWhileItRecordsTheTrackHasTheLengthUpToNow) {

@@ -390,6 +390,24 @@ TEST_F(VoiceTrackLevel, AChangeThatFailsLeavesNothingToUndo) {
   EXPECT_TRUE(editor.BtnUndoNormalizeEnabled) << "the first change stands";
 }
 
+TEST_F(VoiceTrackLevel, AnUndoThatFailsCostsNoWordHoweverOftenItIsTried) {
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnStop_Click(on.station, editor);
+  const auto recorded = Tracks().Read("00000001.Wav");
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  Tracks().Rename("Untouched-00000001.Wav", "away");
+  for (int times = 0; times < 3; ++times) {
+    VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+    EXPECT_EQ(editor.FileVoiceTrack, OwnFile());
+    EXPECT_TRUE(Tracks().Exists("00000001.Wav"));
+  }
+  EXPECT_NE(on.First("error", "where", "BtnUndoNormalize"), nullptr);
+  Tracks().Rename("away", "Untouched-00000001.Wav");
+  VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+  EXPECT_TRUE(Tracks().Read("00000001.Wav") == recorded);
+}
+
 TEST_F(VoiceTrackLevel, NothingTouchesTheTrackWhileItsLevelIsChanged) {
   VoiceTracks::BtnRecord_Click(on.station, editor);
   Wait(1000);

@@ -10,6 +10,7 @@
 #include <QTableWidget>
 
 #include "settings/screens/tests/SettingsWindowFixture.h"
+#include "support/BaseFaults.h"
 
 namespace zemo::test {
 namespace {
@@ -30,6 +31,26 @@ TEST_F(SettingsWindowTest, StoresWhatWasSetWhenItIsLeft) {
   EXPECT_EQ(Stored("Veille"), "12");
   EXPECT_EQ(Stored("TextVeille"), "Radio d'été");
   EXPECT_EQ(Stored("GraphiqueMini"), "0");
+}
+
+struct FaultsFirst {
+  BaseFaults base;  // ahead of the station, whose base it may fail
+};
+struct LockedSettingsWindow : FaultsFirst, SettingsScreenTest {};
+
+TEST_F(LockedSettingsWindow, StaysOpenWithWhatWasSetUntilTheBaseTakesIt) {
+  Open();
+  Type("SpinVeille", "12");
+  base.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
+  Close();
+  EXPECT_TRUE(Window().isVisible());
+  EXPECT_TRUE(Find("SpinVeille")->isEnabled());
+  EXPECT_FALSE(desk->Leave());
+  base.Disarm();
+  EXPECT_EQ(Stored("Veille"), "0");
+  Close();
+  EXPECT_FALSE(Window().isVisible());
+  EXPECT_EQ(Stored("Veille"), "12");
 }
 
 TEST_F(SettingsWindowTest, ANumberThatIsBeingTypedCountsWhenTheWindowIsLeft) {
