@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 #include <utility>
 
 #include "station/LanguageTexts.h"
@@ -100,12 +101,20 @@ void TellDropouts(HealthLine& line, const OutputFigures& output, int64_t nowMs, 
   figure.severity = lately ? Noticed(output) : HealthSeverity::kGood;
 }
 
+// Behind the figure's own word that it is a device: its name alone, where it has begun.
+std::string DeviceText(const std::string& output, int langue) {
+  constexpr std::string_view kDeviceWords = "sound device", kNamed = "sound device: ";
+  if (output == kDeviceWords) return StateWord("HealthIdle", langue);
+  if (output.starts_with(kNamed)) return output.substr(kNamed.size());
+  return InOperatorsWords(output, langue);
+}
+
 void TellDevice(HealthLine& line, const Station& station, const OutputFigures& output,
                 int64_t nowMs, int langue) {
   const bool started = station.platform.sound.State() == OutputState::kStarted;
   const bool lost = started && !output.heard;
   Tell(line.figures[HealthLine::kDevice], "HealthDevice", lost ? "lost" : output.output,
-       lost ? StateWord("HealthUnheard", langue) : InOperatorsWords(output.output, langue),
+       lost ? StateWord("HealthUnheard", langue) : DeviceText(output.output, langue),
        lost || !output.device ? HealthSeverity::kNote : HealthSeverity::kGood, nowMs);
 }
 

@@ -22,6 +22,7 @@ struct CampaignEditor : CampaignForm {
   bool BtnNewEnabled = true;
   bool BtnAjouterEnabled = false, BtnReplacerEnabled = false, BtnDeleteEnabled = false;
   std::string LblInfoPub;  // "3 /12": position in order of passage, records
+  CampaignForm stored;     // as the record was loaded, or begun
   std::string place;  // CODE of the record to which paging went last; a new record leaves it there
 
   std::vector<std::string> CategorieList, ComboPriorityList, GenreAssocieList;  // on offer
@@ -87,6 +88,11 @@ struct Hindrance {
   int most = 0;  // characters; 0: a date
 };
 std::optional<Hindrance> FindHindrance(const CampaignEditor& editor);
+// Its last day lies before its first: it is stored with a grid of 366 days, and on none of them it
+// works.
+bool EndsBeforeItBegins(const CampaignForm& form);
+// What the next record would lose: the fields or the grid are others than as they were loaded.
+bool IsChanged(const CampaignEditor& editor);
 // An hour or a mark that no clock shows: true, which an alert tells.
 bool RefuseWrongMark(Station& station, const CampaignEditor& editor);
 // Takes over the sound file that the operator chose, of that length (ms, as the sound component

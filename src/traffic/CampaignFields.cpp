@@ -70,6 +70,28 @@ std::optional<Campaigns::Hindrance> Campaigns::FindHindrance(const CampaignEdito
   return std::nullopt;
 }
 
+bool Campaigns::EndsBeforeItBegins(const CampaignForm& form) {
+  if (form.LblDepartPub == kNoDate || form.LblFinPub == kNoDate) return false;
+  return form.LblDepartPub != kDailyCampaign &&
+         TurnedDate(form.LblFinPub) < TurnedDate(form.LblDepartPub);
+}
+
+bool Campaigns::IsChanged(const CampaignEditor& editor) {
+  const CampaignForm& now = editor;
+  const CampaignForm& stored = editor.stored;
+  const auto fields = [](const CampaignForm& form) {
+    return std::tie(form.LblDepartPub, form.LblFinPub, form.HDepPub, form.HFinPub,
+                    form.DecoupagePub, form.FichierAudio, form.Longeur, form.ChAnnonceur,
+                    form.Categorie, form.ComboPriority, form.ChContact, form.GenreAssocie,
+                    form.OptPub);
+  };
+  if (fields(now) != fields(stored) || now.GPub.RowCount() != stored.GPub.RowCount()) return true;
+  // Above the moments marks leave their counts.
+  for (int row = kFirstMomentRow; row < now.GPub.RowCount(); ++row)
+    if (now.GPub.At(row) != stored.GPub.At(row)) return true;
+  return false;
+}
+
 bool Campaigns::RefuseWrongMark(Station& station, const CampaignEditor& editor) {
   const auto wrong = FindWrongMark(editor);
   if (wrong) ShowAlert(station, WrongMarkText(station, *wrong));

@@ -55,6 +55,8 @@ constexpr Word kCampaigns[] = {
     {"TipAdvertiser", {"Dont l'annonceur lui-même : %1", "Of these the advertiser's own: %1", "Das quais do próprio anunciante: %1", "De ellas del propio anunciante: %1"}},
     {"TipAdvertiserDay", {"Autres passages de l'annonceur : %1", "The advertiser's other spots: %1", "Outras passagens do anunciante: %1", "Otros pases del anunciante: %1"}},
     {"GridDamaged", {"Le fichier de grille ne convient pas à la campagne", "The grid file does not fit the campaign", "O ficheiro da tabela não corresponde à campanha", "El fichero de la tabla no se ajusta a la campaña"}},
+    {"EndsBefore", {"Le dernier jour est avant le premier", "The last day lies before the first", "O último dia é anterior ao primeiro", "El último día es anterior al primero"}},
+    {"NotSaved", {"Modifications non sauvegardées", "Changes not saved", "Alterações por guardar", "Cambios sin guardar"}},
     {"DateMissing", {"%1… : choisissez la date", "%1…: choose the date", "%1…: escolha a data", "%1…: elija la fecha"}},
     {"TooLong", {"%1 : %2 caractères au plus", "%1: %2 characters at most", "%1: %2 caracteres no máximo", "%1: %2 caracteres como máximo"}},
     {"OptPub.0", {"Publicité", "Spot", "Publicidade", "Publicidad"}},

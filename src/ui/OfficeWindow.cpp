@@ -3,7 +3,6 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QPointer>
-#include <QScreen>
 #include <exception>
 #include <utility>
 
@@ -19,7 +18,7 @@ OfficeWindow::OfficeWindow(Station& station, const char* name, const char* routi
 void OfficeWindow::ShowSelf() {
   if (!IsOpen()) return;
   if (!isVisible()) {
-    resize(size().boundedTo(screen()->availableSize()));
+    resize(size().boundedTo(RoomOnScreen()));
     // What is measured for a larger one would not let it be as small.
     if (Theme::UnitFor(size()) != Unit()) Arrange();
   }

@@ -31,7 +31,7 @@ class OfficeWindow : public Window {
   void Work(std::function<void()> order);
   void Busy(const std::function<void()>& order);  // the order now, with the controls barred
   bool Barred() const { return barred_; }
-  void ShowSelf();  // in front of the others, if it is open; never larger than the screen
+  void ShowSelf();  // in front of the others, if it is open; with its frame within the screen
 
   virtual void ShowAll() = 0;  // what its editor holds
   // Not while a routine works, in whose yield the moment may have come.

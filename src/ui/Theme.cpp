@@ -155,7 +155,7 @@ QString StyleSheet(double unit, bool gradients) {
     QTabBar::tab { background: %PANEL; border: 1px solid %LINE; border-bottom: 2px solid %LINE;
       padding: %VPADpx %TABpx; margin-right: 3px; color: %DIM; }
     QTabBar::tab:selected { background: %RAISED; color: %INK; border-bottom-color: %FOCUS; }
-    QTabBar:focus::tab:selected { border-color: %FOCUS; }
+    QTabBar::tab:selected:focus { border-color: %FOCUS; }
     QSlider { background: transparent; border: 1px solid transparent; min-height: %BOXpx; }
     QSlider:focus { border-color: %FOCUS; }
     QSlider::groove:horizontal { height: 4px; background: %LINE; border-radius: 2px; }

@@ -1,5 +1,6 @@
 #include "ui/Window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QMenuBar>
@@ -22,9 +23,24 @@ int LanguageNow(Station& station) {
   return static_cast<int>(station.base.CnfInt(Cnf::kLangue));
 }
 
+// What the desktop draws around a window, as those that stand there already have it: a window that
+// was never shown has none yet.
+QMargins FrameOfTheDesktop() {
+  QMargins most;
+  for (const QWidget* window : QApplication::topLevelWidgets()) {
+    if (!window->isVisible() || !qobject_cast<const QMainWindow*>(window)) continue;
+    const QRect outer = window->frameGeometry(), inner = window->geometry();
+    most = most | QMargins(inner.left() - outer.left(), inner.top() - outer.top(),
+                           outer.right() - inner.right(), outer.bottom() - inner.bottom());
+  }
+  return most;
+}
+
 QList<QRect> Screens() {
+  const QMargins frame = FrameOfTheDesktop();
   QList<QRect> screens;
-  for (const QScreen* screen : QGuiApplication::screens()) screens << screen->availableGeometry();
+  for (const QScreen* screen : QGuiApplication::screens())
+    screens << screen->availableGeometry().marginsRemoved(frame);
   return screens;
 }
 
@@ -61,6 +77,10 @@ void Window::resizeEvent(QResizeEvent* event) {
 }
 
 // --- the place ---
+
+QSize Window::RoomOnScreen() const {
+  return screen()->availableGeometry().marginsRemoved(FrameOfTheDesktop()).size();
+}
 
 void Window::showEvent(QShowEvent* event) {
   const bool first = !std::exchange(placed_, true);

@@ -27,6 +27,8 @@ class Window : public QMainWindow {
   // Measures for the window's size, at the end of its making and whenever the unit is another.
   void Arrange();
   double Unit() const { return unit_; }
+  // What a window's inside may take of its screen, pixels: the frame stands around it.
+  QSize RoomOnScreen() const;
   const Translation& Texts() const { return texts_; }
 
   virtual void ArrangeParts(double unit) = 0;

@@ -183,6 +183,16 @@ void VoiceTracks::VoiceTrackOututID_Change(Station& station, VoiceTrackEditor& e
   });
 }
 
+// By what the devices are known by, where both are; else by their numbers.
+bool VoiceTracks::PlaysOnTheAirsOutput(const Station& station, const VoiceTrackEditor& editor) {
+  const LocalValues& values = station.platform.localValues;
+  const std::string air = values.GetText("AudioOutName", "");
+  if (!air.empty() && !editor.outputKey.empty()) return air == editor.outputKey;
+  const int32_t number =
+      station.lists.AudioOutID >= 0 ? station.lists.AudioOutID : values.GetInt("AudioOutID", -1);
+  return number >= 0 && number == editor.VoiceTrackOututID;
+}
+
 void VoiceTracks::BtnLatence_Click(Station& station, VoiceTrackEditor& editor) {
   if (editor.GaugeVisible) return;
   HandleControl(station, "BtnLatence", [&] { MeasureLatency(station, editor); });

@@ -45,6 +45,9 @@ void VoiceTrackInputID_Change(Station& station, VoiceTrackEditor& editor, int32_
 void VoiceTrackOututID_Change(Station& station, VoiceTrackEditor& editor, int32_t number);
 // Measures their round trip, which ends the join and what plays or is recorded. Takes seconds.
 void BtnLatence_Click(Station& station, VoiceTrackEditor& editor);
+// What is heard in the editor leaves by the output that was chosen for the air. Where none was, the
+// air's is the machine's default, which is not known here: false.
+bool PlaysOnTheAirsOutput(const Station& station, const VoiceTrackEditor& editor);
 void CheckLatence_Click(VoiceTrackEditor& editor, bool ticked);
 // What the microphone and the join give; for a window as often as it likes.
 void ShowLevels(Station& station, VoiceTrackEditor& editor);

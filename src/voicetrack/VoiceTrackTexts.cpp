@@ -35,6 +35,8 @@ constexpr Word kVoiceTrack[] = {
     {"CheckLatence", {"Latence mesurée", "Measured latency", "Latência medida", "Latencia medida"}},
     {"For.LblLatence", {"Latence (ms)", "Latency (ms)", "Latência (ms)", "Latencia (ms)"}},
     {"LblMicro", {"Le microphone ne donne rien", "The microphone gives nothing", "O microfone não dá nada", "El micrófono no da nada"}},
+    {"LblSortie", {"S'écoute sur l'antenne", "Heard on the on-air output", "Ouve-se na saída de emissão", "Suena en la salida de antena"}},
+    {"LblSortie.Tip", {"Cette sortie est celle de l'antenne : choisissez-en une autre pour l'écoute", "This output is the on-air one: choose another to listen on", "Esta saída é a da emissão: escolha outra para a escuta", "Esta salida es la de antena: elija otra para escuchar"}},
 
     {"CheckCut.0", {"Cut Off", "Cut Off", "Cut Off", "Cut Off"}},
     {"CheckCut.1", {"Cut On", "Cut On", "Cut On", "Cut On"}},

@@ -152,6 +152,16 @@ TEST_F(ScreenFigures, WhereNoDevicePlaysNothingIsRed) {
   EXPECT_EQ(Figure(HealthLine::kDevice).severity, HealthSeverity::kNote);
 }
 
+TEST_F(ScreenFigures, TheDeviceIsNamedWithoutSayingTwiceThatItIsOne) {
+  const auto told = [&](const char* output) {
+    UpdateHealth(health, on.station, {.output = output, .device = true}, 50'000'000'000, 1000, 1);
+    return Figure(HealthLine::kDevice).text;
+  };
+  EXPECT_EQ(told("sound device"), "idle");
+  EXPECT_EQ(told("sound device: Studio (ALSA)"), "Studio (ALSA)");
+  EXPECT_EQ(told("file air.wav"), "file air.wav");
+}
+
 TEST_F(ScreenFigures, SilenceBeforeTheStartIsNoFault) {
   Tell(1000, 0.5F);
   Tell(90000);

@@ -9,6 +9,7 @@
 #include "app/check/CheckParts.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "traffic/CampaignEditor.h"
 #include "traffic/CampaignGrid.h"
 
 namespace zemo {
@@ -29,14 +30,17 @@ std::string WhyTooLong(const PlannedBreak& planned) {
 
 // Every campaign, whenever it works. A file that cannot be read leaves the day without a grid,
 // which is told there.
-void CheckGridFiles(Station& station, const ShownPaths& paths, Findings& findings) {
+void CheckCampaigns(Station& station, const ShownPaths& paths, Findings& findings) {
   const auto rows = station.base.Db().OpenRecordset("SELECT * FROM GrillePub ORDER BY CODE");
   for (; !rows->Eof(); rows->MoveNext()) {
     CampaignForm form;
     LoadCampaign(station, *rows, form, RowYields::kNone);
-    if (!form.damage.empty())
-      findings.Error("campaign", form.LblCode + " " + form.ChAnnonceur,
-                     WithShownPaths(form.damage, paths));
+    const std::string which = form.LblCode + " " + form.ChAnnonceur;
+    if (!form.damage.empty()) findings.Error("campaign", which, WithShownPaths(form.damage, paths));
+    if (Campaigns::EndsBeforeItBegins(form))
+      findings.Warning("campaign", which,
+                       "its last day " + form.LblFinPub + " lies before its first, " +
+                           form.LblDepartPub + ": it is never on air");
   }
 }
 
@@ -53,7 +57,7 @@ void CheckBreaks(const CheckOptions& options, const LocalDateTime& now, Findings
   for (int day = 0; day < kDaysAhead; ++day) {
     const LocalDateTime at = FromDateSerial(noon + day);
     const auto sim = OpenAsked(asked, at);
-    if (day == 0) CheckGridFiles(sim->station, asked.Paths(), findings);
+    if (day == 0) CheckCampaigns(sim->station, asked.Paths(), findings);
     const CompositionTold told = ComposeAndListen(sim->station);
     if (!told.composed) note(failed[told.faults.empty() ? std::string() : told.faults.back()], at);
     for (const PlannedBreak& planned : ReadPlannedBreaks(sim->station)) {

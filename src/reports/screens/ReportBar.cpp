@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "reports/ReportTexts.h"
+#include "ui/ButtonKeys.h"
 
 namespace zemo {
 
@@ -25,8 +26,7 @@ ReportBar::ReportBar(const ReportEditor& editor, ReportBarOrders orders, const T
   QPushButton* last =
       day("BtnDateFin", "BtnDateFinTip", orders_.pickLast, [this] { orders_.firstAlone(); });
   QPushButton* read = Button("VoirRapport", orders_.read);
-  read->setShortcut(Qt::Key_F5);
-  read->setToolTip(read->shortcut().toString(QKeySequence::NativeText));
+  GiveKeys(*read, Qt::Key_F5);
   LblDate = Label("LblDate", [this] { return editor_.LblDate; });
   LblDateFin = Label("LblDateFin", [this] { return editor_.LblDateFin; });
   LblCompteur = Label("LblCompteur", [this] { return ShownCount(editor_, texts_.Langue()); });

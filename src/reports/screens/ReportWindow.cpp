@@ -17,6 +17,7 @@
 #include "reports/screens/ReportTable.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "ui/ButtonKeys.h"
 #include "ui/CalendarWindow.h"
 #include "ui/FieldPage.h"
 #include "ui/PaperPrint.h"
@@ -110,8 +111,7 @@ QWidget* ReportWindow::ReportButtons() {
       bar));
   QPushButton* print = Button(
       "BtnImprimer", [this] { Print(Report::BtnImprimer_Click); }, bar);
-  print->setShortcut(Qt::CTRL | Qt::Key_P);
-  print->setToolTip(print->shortcut().toString(QKeySequence::NativeText));
+  GiveKeys(*print, Qt::CTRL | Qt::Key_P);
   layout->addWidget(print);
   layout->addWidget(Working("BtnIntoPlaylist", Report::BtnIntoPlaylist_Click, bar));
   layout->addStretch(1);

@@ -18,6 +18,7 @@
 #include "scheduling/screens/ModelPanels.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "ui/ButtonKeys.h"
 #include "ui/Named.h"
 #include "ui/SaveDialogue.h"
 #include "ui/Theme.h"
@@ -81,8 +82,7 @@ void ModelWindow::MakeDays(QHBoxLayout& bar) {
     auto* button = new QPushButton(Word("JourSemaine." + number), centralWidget());
     button->setObjectName(QStringLiteral("JourSemaine_") + ShownText(number));
     button->setCheckable(true);
-    button->setShortcut(QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_0 + day)));
-    button->setToolTip(button->shortcut().toString(QKeySequence::NativeText));
+    GiveKeys(*button, QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_0 + day)));
     connect(button, &QPushButton::clicked, this, [this, day] {
       ShowAll();
       Work([this, day] { Models::JourSemaine_Click(station_, day); });
@@ -94,8 +94,7 @@ void ModelWindow::MakeDays(QHBoxLayout& bar) {
 
 void ModelWindow::MakeOrders(QHBoxLayout& bar) {
   auto* save = Button("BtnSave", [this] { Work([this] { Models::BtnSave_Click(station_); }); });
-  save->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
-  save->setToolTip(save->shortcut().toString(QKeySequence::NativeText));
+  GiveKeys(*save, QKeySequence(Qt::CTRL | Qt::Key_S));
   bar.addWidget(save);
   bar.addWidget(
       Button("BtnImport", [this] { Work([this] { Models::BtnImport_Click(station_); }); }));

@@ -50,6 +50,7 @@ void SettingsWindow::MakeStart() {
   SetTip(*JourSemaine, Word("DayTip"));
   JourSemaine->setAccessibleName(Word("JourSemaine"));
   connect(JourSemaine, &QComboBox::activated, this, [this](int chosen) {
+    EnterTypedTimes();
     Settings::ChooseWeekday(station_, chosen);
     ShowAll();
   });
@@ -73,7 +74,9 @@ QWidget* SettingsWindow::TimesPanel(const char* caption, const char* listName,
   const char* tip = which == Settings::TimeList::kHeureArretSystem ? "StopsTip" : "TimesTip";
   const std::string boxName = std::string(listName) + "Typed";
   QLineEdit* box = TypedBox(boxName.c_str(), caption, tip);
-  connect(box, &QLineEdit::returnPressed, this, [this, which, box] { EnterTime(which, *box); });
+  const auto enter = [this, which, box] { EnterTime(which, *box); };
+  connect(box, &QLineEdit::returnPressed, this, enter);
+  typedTimes_.emplace_back(box, enter);
   AddRow(panel, {}, box, Note(boxName.c_str()));
   auto* list = new QListWidget(this);
   list->setObjectName(QString::fromUtf8(listName));
@@ -94,7 +97,9 @@ QWidget* SettingsWindow::MarkerPanel() {
   auto* row = new QHBoxLayout(typed);
   row->setContentsMargins(0, 0, 0, 0);
   ChEdit = TypedBox("ChEdit", "ChEdit", "TimesTip");
-  connect(ChEdit, &QLineEdit::returnPressed, this, [this] { EnterMarker(); });
+  const auto enter = [this] { EnterMarker(); };
+  connect(ChEdit, &QLineEdit::returnPressed, this, enter);
+  typedTimes_.emplace_back(ChEdit, enter);
   row->addWidget(ChEdit);
   row->addWidget(Button("BtnAjouter", "TimesTip", [this] { EnterTime(kList, *ChEdit); }));
   row->addStretch(1);

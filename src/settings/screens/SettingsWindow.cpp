@@ -17,6 +17,7 @@
 #include "settings/SettingsScreen.h"
 #include "settings/SettingsTexts.h"
 #include "station/Station.h"
+#include "ui/ButtonKeys.h"
 #include "ui/ColourDialogue.h"
 #include "ui/LevelMeter.h"
 #include "ui/RowTable.h"
@@ -60,6 +61,7 @@ SettingsWindow::SettingsWindow(Station& station, SettingsSources sources)
   MakeCommunication();
   MakeOptimisation();
   connect(Config, &QTabBar::currentChanged, pages_, &QStackedWidget::setCurrentIndex);
+  GiveTabKeys(*Config);
   setMinimumSize(kLeastWidth, kLeastHeight);  // not that of the type of a larger window
   resize(1280, 800);
   Arrange();
@@ -90,10 +92,12 @@ void SettingsWindow::OpenNow() {
     airOutput_ = Screen().PlayCombo;
   }
   ShowSelf();
+  if (!wasOpen) Config->setFocus();
 }
 
 void SettingsWindow::Left() {
   if (QWidget* typed = focusWidget()) typed->clearFocus();  // its number is typed to its end
+  EnterTypedTimes();
   trial_.End();
   Busy([this] { Settings::Form_Unload(station_); });  // it may ask
   if (!IsOpen()) Window::Left();
@@ -174,6 +178,12 @@ void SettingsWindow::EnterMarker() {
     EnterTime(Settings::TimeList::kTopage, *ChEdit);
   else if (IsOpen())
     ShowNote("ChEdit", Word("RefusedFull"));
+}
+
+// Without Enter, before their day or the window is left.
+void SettingsWindow::EnterTypedTimes() {
+  for (const auto& [box, enter] : typedTimes_)
+    if (!box->text().isEmpty()) enter();
 }
 
 void SettingsWindow::DeleteChosen(Settings::TimeList list, QListWidget& shown) {

@@ -102,6 +102,7 @@ class SettingsWindow : public OfficeWindow {
   QString WhyNoTime(Settings::TimeList list) const;
   void EnterTime(Settings::TimeList list, QLineEdit& box);
   void EnterMarker();  // Enter in ChEdit, which needs room in the list
+  void EnterTypedTimes();
   void DeleteChosen(Settings::TimeList list, QListWidget& shown);
   void Try(const char* combo);
   void TickHour(const QListWidgetItem* entry);
@@ -120,6 +121,7 @@ class SettingsWindow : public OfficeWindow {
   std::map<std::string, std::string> atOpening_;  // of what waits for the next start
   std::vector<std::function<void()>> show_;
   std::map<std::string, QLabel*> notes_;  // by control
+  std::vector<std::pair<QLineEdit*, std::function<void()>>> typedTimes_;  // what enters each box
   std::vector<QGridLayout*> grids_;
   QWidget* body_ = nullptr;
   QTabBar* Config = nullptr;

@@ -10,6 +10,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "library/screens/FreeEntryBox.h"
@@ -17,6 +18,7 @@
 #include "station/Station.h"
 #include "traffic/AffidavitTexts.h"
 #include "traffic/screens/AffidavitList.h"
+#include "ui/ButtonKeys.h"
 #include "ui/CalendarWindow.h"
 #include "ui/PaperPrint.h"
 #include "ui/RowTable.h"
@@ -43,12 +45,18 @@ constexpr ColumnSample kColumnRooms[DiffCol::kCount] = {{"00/00/0000 00:00:00", 
                                                         {"0000", 0},
                                                         {"/spots/bakery.wav", 3}};
 
-// The table whose cut texts tell themselves.
+// The table whose cut texts tell themselves. Its columns are shared anew in its own size, which
+// comes behind the window's.
 class CutTextTable : public QTableView {
  public:
   using QTableView::QTableView;
+  std::function<void()> resized;
 
  protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QTableView::resizeEvent(event);
+    if (resized) resized();
+  }
   bool viewportEvent(QEvent* event) override {
     if (event->type() == QEvent::ToolTip)
       return ShowCutText(*this, *static_cast<QHelpEvent*>(event));
@@ -121,13 +129,15 @@ AffidavitWindow::AffidavitWindow(Station& station, AffidavitSources sources)
 }
 
 void AffidavitWindow::MakeList() {
-  ListDiff = Named(new CutTextTable(centralWidget()), "ListDiff");
+  auto* table = Named(new CutTextTable(centralWidget()), "ListDiff");
+  ListDiff = table;
   ListDiff->setAccessibleName(Texts().Word("For.ListDiff"));
   model_ = new AffidavitListModel(editor_, Texts(), ListDiff);
   ListDiff->setModel(model_);
   MakeRowTable(*ListDiff);
   ListDiff->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   ListDiff->horizontalHeader()->setStretchLastSection(true);
+  table->resized = [this] { ArrangeColumns(); };
 }
 
 QWidget* AffidavitWindow::Buttons() {
@@ -138,8 +148,7 @@ QWidget* AffidavitWindow::Buttons() {
   const auto add = [&](const char* name, const QKeySequence& keys,
                        const std::function<void()>& pressed) {
     auto* made = Named(new QPushButton(Texts().Word(name), bar), name);
-    made->setShortcut(keys);
-    if (!keys.isEmpty()) made->setToolTip(keys.toString(QKeySequence::NativeText));
+    GiveKeys(*made, keys);
     connect(made, &QPushButton::clicked, this, pressed);
     layout->addWidget(made);
     return made;
@@ -225,11 +234,6 @@ void AffidavitWindow::ArrangeColumns() {
                        kColumnRooms[column].share});
   }
   ShareWidth(*ListDiff, columns);
-}
-
-void AffidavitWindow::resizeEvent(QResizeEvent* event) {
-  OfficeWindow::resizeEvent(event);
-  ArrangeColumns();
 }
 
 void AffidavitWindow::ShowAll() {

@@ -48,7 +48,6 @@ class AffidavitWindow : public OfficeWindow {
   void ArrangeParts(double unit) override;
   void ShowAll() override;
   void Left() override;
-  void resizeEvent(QResizeEvent* event) override;
 
  private:
   QWidget* Buttons();

@@ -18,6 +18,7 @@
 #include "traffic/screens/CampaignGridView.h"
 #include "traffic/screens/CampaignLegend.h"
 #include "traffic/screens/CampaignOverview.h"
+#include "ui/ButtonKeys.h"
 #include "ui/CalendarWindow.h"
 #include "ui/PaperPrint.h"
 #include "ui/Theme.h"
@@ -27,12 +28,6 @@ namespace zemo {
 namespace {
 
 constexpr int kOverviewShare = 3, kGridShare = 2;
-
-// Shown in its tip.
-void GiveKeys(QPushButton& button, const QKeySequence& keys) {
-  button.setShortcut(keys);
-  if (!keys.isEmpty()) button.setToolTip(keys.toString(QKeySequence::NativeText));
-}
 
 QHBoxLayout* BarOf(QWidget& bar) {
   auto* layout = new QHBoxLayout(&bar);
@@ -293,7 +288,8 @@ void CampaignWindow::ShowLoads() {
   GPub->viewport()->update();
 }
 
-// What keeps the record from being saved, else what is wrong with its grid.
+// What keeps the record from being saved, else what is wrong with its days or its grid, else that
+// it is not saved.
 void CampaignWindow::ShowNote() {
   const auto hindrance =
       Campaigns::TakesMarks(editor_) ? Campaigns::FindHindrance(editor_) : std::nullopt;
@@ -303,8 +299,12 @@ void CampaignWindow::ShowNote() {
     note = hindrance->most == 0
                ? Texts().Word("DateMissing", field)
                : Texts().Word("TooLong").arg(field, QString::number(hindrance->most));
+  } else if (Campaigns::TakesMarks(editor_) && Campaigns::EndsBeforeItBegins(editor_)) {
+    note = Texts().Word("EndsBefore");
   } else if (!editor_.damage.empty()) {
     note = Texts().Word("GridDamaged");
+  } else if (Campaigns::TakesMarks(editor_) && Campaigns::IsChanged(editor_)) {
+    note = Texts().Word("NotSaved");
   }
   note_->setText(note);
   note_->setVisible(!note.isEmpty());

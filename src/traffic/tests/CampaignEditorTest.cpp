@@ -275,6 +275,42 @@ TEST(CampaignEditor, KnowsWhatTheBaseWouldNotTake) {
   EXPECT_EQ(hindrance(), "FichierAudio 255");
 }
 
+TEST(CampaignEditor, KnowsWhatEndsBeforeItBegins) {
+  CampaignStation s;
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  EXPECT_FALSE(Campaigns::EndsBeforeItBegins(s.editor));
+  Campaigns::PickDay(s.station, s.editor, 1, "01/12/2026");
+  EXPECT_FALSE(Campaigns::EndsBeforeItBegins(s.editor));  // the other day is not chosen yet
+  Campaigns::PickDay(s.station, s.editor, 2, "30/11/2026");
+  EXPECT_TRUE(Campaigns::EndsBeforeItBegins(s.editor));
+  Campaigns::PickDay(s.station, s.editor, 2, "01/12/2026");
+  EXPECT_FALSE(Campaigns::EndsBeforeItBegins(s.editor));
+  Campaigns::LblDepartPub_RightClick(s.station, s.editor);
+  EXPECT_FALSE(Campaigns::EndsBeforeItBegins(s.editor));
+}
+
+TEST(CampaignEditor, KnowsWhatTheNextRecordWouldLose) {
+  CampaignStation s;
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  FillNew(s, s.MakeSound("Bakery.wav", 15000));
+  EXPECT_TRUE(Campaigns::IsChanged(s.editor));
+  ASSERT_TRUE(Campaigns::BtnAjouter_Click(s.station, s.editor));
+  EXPECT_FALSE(Campaigns::IsChanged(s.editor));
+  const std::string contact = s.editor.ChContact;
+  s.editor.ChContact = contact + " Anne";
+  EXPECT_TRUE(Campaigns::IsChanged(s.editor));
+  s.editor.ChContact = contact;
+  EXPECT_FALSE(Campaigns::IsChanged(s.editor));
+  const GridPlace place{kFirstMomentRow, kFirstDayColumn};
+  Campaigns::GPub_MouseUp(s.station, s.editor, MouseButton::kLeft, false, false, place);
+  EXPECT_TRUE(Campaigns::IsChanged(s.editor));
+  Campaigns::GPub_MouseUp(s.station, s.editor, MouseButton::kLeft, false, false, place);
+  EXPECT_FALSE(Campaigns::IsChanged(s.editor));
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  EXPECT_FALSE(Campaigns::IsChanged(s.editor));
+}
+
 TEST(CampaignEditor, ATextTooLongForItsFieldRefusesTheRecordAndWritesNoFile) {
   CampaignStation s;
   Campaigns::MnuHPubs_Click(s.station, s.editor);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <stdexcept>
 
@@ -22,6 +23,7 @@ class DeskWindow : public OfficeWindow {
   bool IsOpen() const override { return open; }
   using OfficeWindow::Barred;
   using OfficeWindow::Run;
+  using OfficeWindow::ShowSelf;
   using OfficeWindow::Work;
   QPushButton* button;
   bool open = true;
@@ -42,6 +44,19 @@ class AnOfficeWindow : public testing::Test {
   void SetUp() override { on.Load(); }
   TestStation on;
 };
+
+// The desktop draws its frame around a window once it stands there: it is learnt from another one.
+TEST_F(AnOfficeWindow, OpensWithItsFrameWithinTheScreen) {
+  QMainWindow main;
+  main.show();
+  const QRect screen = main.screen()->availableGeometry();
+  ASSERT_GT(main.frameGeometry().height(), main.height()) << "this desktop draws no frames";
+  DeskWindow window(on.station);
+  window.hide();
+  window.resize(screen.size() + QSize(300, 200));
+  window.ShowSelf();
+  EXPECT_EQ(window.frameGeometry().size(), screen.size());
+}
 
 TEST_F(AnOfficeWindow, IsBarredWhileARoutineWorksAndShowsItsEnd) {
   DeskWindow window(on.station);

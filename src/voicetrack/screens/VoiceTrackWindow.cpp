@@ -136,8 +136,12 @@ QWidget* VoiceTrackWindow::Foot() {
   note_->setProperty("note", true);
   LblMicro = Named(new QLabel(Texts().Word("LblMicro"), foot), "LblMicro");
   LblMicro->setProperty("mark", true);
+  LblSortie = Named(new QLabel(Texts().Word("LblSortie"), foot), "LblSortie");
+  LblSortie->setProperty("mark", true);
+  LblSortie->setToolTip(Texts().Word("LblSortie.Tip"));
   layout->addWidget(note_);
   layout->addWidget(LblMicro);
+  layout->addWidget(LblSortie);
   layout->addStretch(1);
   layout->addWidget(Button("BtnSave", Qt::CTRL | Qt::Key_S, VoiceTracks::BtnSave_Click, foot));
   return foot;
@@ -403,6 +407,7 @@ void VoiceTrackWindow::Refresh() {
   note_->setText(note);
   note_->setVisible(!note.isEmpty());
   LblMicro->setVisible(editor_.LblMicroVisible);
+  LblSortie->setVisible(VoiceTracks::PlaysOnTheAirsOutput(station_, editor_));
   JoinView::Picture picture = PictureNow();
   ReadShapes(picture);
   VueRaccord->Show(std::move(picture));

@@ -87,7 +87,7 @@ class VoiceTrackWindow : public OfficeWindow {
   JoinView* VueRaccord = nullptr;
   VoiceTrackPage* page_ = nullptr;
   QWidget* side_ = nullptr;
-  QLabel *LblJoins = nullptr, *LblMicro = nullptr, *note_ = nullptr;
+  QLabel *LblJoins = nullptr, *LblMicro = nullptr, *LblSortie = nullptr, *note_ = nullptr;
 };
 
 }  // namespace zemo

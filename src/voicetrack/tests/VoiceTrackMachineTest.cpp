@@ -44,6 +44,22 @@ TEST_F(VoiceTrackMachine, TheDevicesAreListedWithTheirNames) {
   EXPECT_FALSE(editor.devices.outputs.empty());
 }
 
+TEST_F(VoiceTrackMachine, TheOutputOfTheAirIsKnown) {
+  on.localValues.Set("AudioOutID", "0");
+  EXPECT_TRUE(VoiceTracks::PlaysOnTheAirsOutput(on.station, editor));  // nobody chose another
+  Wait(100);
+  VoiceTracks::VoiceTrackOututID_Change(on.station, editor, 2);
+  EXPECT_FALSE(VoiceTracks::PlaysOnTheAirsOutput(on.station, editor));
+  on.station.lists.AudioOutID = 2;
+  EXPECT_TRUE(VoiceTracks::PlaysOnTheAirsOutput(on.station, editor));
+  // What it is known by goes before the number, which others may have changed.
+  on.localValues.Set("AudioOutName", "another");
+  EXPECT_FALSE(VoiceTracks::PlaysOnTheAirsOutput(on.station, editor));
+  on.localValues.Set("AudioOutName", editor.outputKey);
+  on.station.lists.AudioOutID = 0;
+  EXPECT_TRUE(VoiceTracks::PlaysOnTheAirsOutput(on.station, editor));
+}
+
 TEST_F(VoiceTrackMachine, AChosenDeviceIsKnownAgainByItsKeyWhenOthersComeAndGo) {
   Wait(100);
   VoiceTracks::VoiceTrackInputID_Change(on.station, editor, 1);

@@ -91,6 +91,19 @@ TEST_F(BreakCheck, OnlyDaysOnWhichACampaignRunsCount) {
   EXPECT_NE(lines[0].find("(26/11/2026, 27/11/2026)"), std::string::npos) << lines[0];
 }
 
+TEST_F(BreakCheck, ACampaignThatEndsBeforeItBeginsIsNamed) {
+  MakeCampaign("16");
+  Sql("UPDATE GrillePub SET CAMPAGNEDEPART = '30/11/2026', CAMPAGNEFIN = '26/11/2026'");
+  Lines named;
+  for (const std::string& line : Found(Options()))
+    if (line.find("Infos: its last day") != std::string::npos) named.push_back(line);
+  ASSERT_EQ(named.size(), 1U);
+  EXPECT_TRUE(
+      named[0].ends_with("its last day 26/11/2026 lies before its first, 30/11/2026: it is "
+                         "never on air (warning)"))
+      << named[0];
+}
+
 TEST_F(BreakCheck, TheStationItselfIsLeftAsItWas) {
   MakeCampaign("16");
   Sql("UPDATE GrillePub SET CAMPAGNEFIN = '23/11/2026'; UPDATE Cnf SET SuppressionPub = 1");

@@ -60,8 +60,10 @@ TEST_F(ModelWindowTest, ItIsWorkedWithTheKeysAlone) {
   QTest::keyClick(grid, Qt::Key_S, Qt::ControlModifier);
   const auto savedGenre = [&] { return s.SqlText("SELECT GENRE FROM Models WHERE JOUR = 6"); };
   EXPECT_TRUE(QTest::qWaitFor([&] { return savedGenre() == "JAZZ"; }));
+  EXPECT_TRUE(grid->hasFocus());
   QTest::keyClick(grid, Qt::Key_2, Qt::AltModifier);
   EXPECT_TRUE(QTest::qWaitFor([&] { return Editor().JourSemaine == 2; }));
+  EXPECT_TRUE(grid->hasFocus());  // and goes on with its keys
 }
 
 TEST_F(ModelWindowTest, AShareOfAVarietyIsStoredAtOnce) {

@@ -7,6 +7,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QSlider>
+#include <QTabBar>
 #include <QTableWidget>
 
 #include "settings/screens/tests/SettingsWindowFixture.h"
@@ -158,6 +159,41 @@ TEST_F(SettingsWindowTest, TimesAreAddedWithEnterAndRemovedWithDelete) {
   Choose("JourSemaine", 0);
   EXPECT_EQ(Entries("ComboHeure"), Texts{});
   EXPECT_EQ(StationFile("StartStop.5"), "\"START\",\"06:00\"\r\n");
+}
+
+TEST_F(SettingsWindowTest, ATimeThatIsTypedWithoutEnterCountsWhenItsDayOrTheWindowIsLeft) {
+  Open();
+  Tab(kStart);
+  Type("ComboHeureTyped", "06:00");
+  Choose("JourSemaine", 0);
+  EXPECT_EQ(Text("ComboHeureTyped"), "");
+  EXPECT_EQ(StationFile("StartStop.5"), "\"START\",\"06:00\"\r\n");
+  Type("HeureArretSystemTyped", "20:00");
+  Type("ChEdit", "12:30");
+  Close();
+  EXPECT_EQ(StationFile("StartStop.0"), "\"STOP\",\"20:00\"\r\n");
+  EXPECT_EQ(StationFile("Topage.0"), "\"12:30\"\r\n");
+}
+
+// From a box whose own keys these are: Page down would choose another language.
+TEST_F(SettingsWindowTest, TheTabsTurnByKeysFromWhereverTheKeyboardIs) {
+  Open();
+  auto* tabs = Find<QTabBar>("Config");
+  EXPECT_TRUE(tabs->hasFocus());
+  const std::string language = Text("Langue");
+  const auto press = [&](Qt::Key key, Qt::KeyboardModifiers keys) {
+    Find("Langue")->setFocus();
+    QTest::keyClick(Find("Langue"), key, keys);
+    EXPECT_TRUE(tabs->hasFocus());
+    const int now = tabs->currentIndex();
+    tabs->setCurrentIndex(kPreferences);
+    return now;
+  };
+  EXPECT_EQ(press(Qt::Key_PageDown, Qt::ControlModifier), kMixPoints);
+  EXPECT_EQ(press(Qt::Key_PageUp, Qt::ControlModifier), kOptimisation);
+  EXPECT_EQ(press(Qt::Key_Tab, Qt::ControlModifier), kMixPoints);
+  EXPECT_EQ(press(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier), kOptimisation);
+  EXPECT_EQ(Text("Langue"), language);
 }
 
 TEST_F(SettingsWindowTest, MarkerTimesAreAddedRebuiltAndSaved) {

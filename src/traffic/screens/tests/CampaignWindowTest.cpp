@@ -264,18 +264,22 @@ TEST_F(CampaignScreen, WhatKeepsARecordFromBeingSavedIsToldWhileItIsEntered) {
   Click("BtnNew");
   EXPECT_EQ(note(), QStringLiteral("Campagne du… : choisissez la date"));
   Click("LblDepartPub", Qt::RightButton);
-  EXPECT_EQ(note(), QString());
+  EXPECT_EQ(note(), QStringLiteral("Modifications non sauvegardées"));
   Click("CmdLoadFile");
   EXPECT_EQ(note(), QStringLiteral("Annonceur : 40 caractères au plus"));
   Click("BtnAjouter");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "0");
   Type("ChAnnonceur", std::string(40, 'a'));
-  EXPECT_EQ(note(), QString());
+  EXPECT_EQ(note(), QStringLiteral("Modifications non sauvegardées"));
   Type("ChContact", std::string(101, 'b'));
   EXPECT_EQ(note(), QStringLiteral("Contact : 100 caractères au plus"));
   Type("ChContact", "Anne");
   Click("BtnAjouter");
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM GrillePub"), "1");
+  EXPECT_EQ(note(), QString());
+  on.Sql("UPDATE GrillePub SET CAMPAGNEDEPART = '22/11/2026', CAMPAGNEFIN = '21/11/2026'");
+  Click("BtnDebut");
+  EXPECT_EQ(note(), QStringLiteral("Le dernier jour est avant le premier"));
 }
 
 TEST_F(CampaignScreen, TheRecordSheetGoesToPaperAndToAFile) {

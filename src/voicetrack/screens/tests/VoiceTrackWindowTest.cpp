@@ -325,6 +325,18 @@ TEST_F(VoiceTrackWindowTest, AMicrophoneThatGivesNothingIsTold) {
   EXPECT_FALSE(IsSeen("LblMicro"));
 }
 
+TEST_F(VoiceTrackWindowTest, AnOutputThatIsTheAirsIsTold) {
+  on.localValues.Set("AudioOutID", "0");
+  OpenOn(1);
+  EXPECT_TRUE(IsSeen("LblSortie"));
+  auto* outputs = Find<QComboBox>("VoiceTrackOututID");
+  outputs->setFocus();
+  QTest::keyClick(outputs, Qt::Key_Down);
+  Wait(50);
+  EXPECT_EQ(Editor().VoiceTrackOututID, 1);
+  EXPECT_FALSE(IsSeen("LblSortie"));
+}
+
 // Gives half of full scale on the left.
 struct HalfLoud : Recorder {
   void Listen(int) override {}
