@@ -33,6 +33,7 @@
 #include "engine/TimedStartStop.h"
 #include "engine/UnplayableRows.h"
 #include "engine/VoiceTrackOnAir.h"
+#include "library/KnownCards.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
 #include "reports/AirWrites.h"
@@ -49,6 +50,8 @@ namespace zemo {
 namespace {
 
 constexpr int64_t kBaseLookMs = 2000, kMostBasePauseMs = 60000;
+constexpr int64_t kLibraryLookMs = 1000;
+constexpr int kSlicesATick = 3;  // of some 3 ms each
 constexpr double kAwayFromExitMs = 1000;
 constexpr double kNearExitMs = 300;  // this tick starts the next element, or one of the next two
 
@@ -201,6 +204,22 @@ void LookForLostBase(Station& station) {
   TakeUpOpenedBase(station);
 }
 
+// Some slices a tick while there is something to read, else a look for others' writes: a request
+// finds the library in memory then.
+void ReadLibraryAhead(Station& station) {
+  EngineState& engine = station.engine;
+  const int64_t nowMs = station.platform.clock.MonotonicMs();
+  if (nowMs < engine.libraryLookMs) return;
+  if (engine.IsRunning && !NothingOnAir(station) && MsToExitPoint(station) < kAwayFromExitMs)
+    return;
+  for (int slice = 0; slice < kSlicesATick; ++slice) {
+    if (slice > 0) station.platform.loop.Yield();
+    if (ReadCardsAhead(station)) continue;
+    engine.libraryLookMs = nowMs + kLibraryLookMs;
+    return;
+  }
+}
+
 // --- the sequence ---
 
 // The guard of every step: its fault is logged, tick after tick the same one only once a minute,
@@ -267,6 +286,7 @@ void RunTick(Station& station) {
   step(ServeScreenSaver);  // 21
   step(WriteKept);
   step(LookForLostBase);
+  step(ReadLibraryAhead);
 }
 
 }  // namespace

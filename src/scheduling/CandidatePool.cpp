@@ -1,61 +1,170 @@
 #include "scheduling/CandidatePool.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstring>
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
+#include "library/KnownCards.h"
 #include "platform/EventLoop.h"
 #include "scheduling/HourFilter.h"
+#include "scheduling/KeySort.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "store/Collation.h"
 #include "store/RowView.h"
 
 namespace zemo {
 
 namespace {
 
-constexpr size_t kBlockBytes = 1 << 18;
-constexpr int kRowsAYield = 64;  // a yield costs as much as testing so many cards
+constexpr int kRowsAYield = 256;  // some 50 microseconds; a yield takes a tenth of that
+constexpr size_t kRowsAhead = 8;  // whose numbers are fetched into the processor's memory
+constexpr int32_t kLastPlainDay = 1'000'000;  // of the calendar that begins with 1900
 constexpr size_t kPoolRowsShown = 1000;
+constexpr size_t kQueryChunkCards = 4096;
 
-// Columns of the query: first the numbers, then the texts in the order of CandidateCards::Text.
-enum Column {
-  kCode,
-  kLastdiff,
-  kLength,
-  kPasses,
-  kMinutes,
-  kDays,
-  kArtistGap,
-  kExit,
-  kIntro,
-  kFirstText
+// The pool's cards with their keys, in ascending order; cards of equal key keep theirs.
+template <typename KeyOf>
+Keyed<int> SortedPool(const CandidateCards& cards, const Pool& pool, KeyOf keyOf) {
+  Keyed<int> entries;
+  entries.reserve(pool.size());
+  for (size_t at = 0; at < pool.size(); ++at) {
+    cards.Fetch(pool[std::min(at + kRowsAhead, pool.size() - 1)]);
+    entries.emplace_back(SortKey(int64_t{keyOf(pool[at])}), pool[at]);
+  }
+  SortByKey(entries);
+  return entries;
+}
+
+// --- the query's conditions, asked of packed cards ---
+
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// What is none is left to the base, which tells so.
+bool IsQuery(const CardsWanted& wanted) {
+  return !wanted.genres.empty() &&
+         std::none_of(wanted.genres.begin(), wanted.genres.end(),
+                      [](const std::string& name) { return name.find('\0') != std::string::npos; });
+}
+
+// As the dialect's IN: among ASCII names case counts only beyond ASCII; a name with other letters
+// has all of them compared without case.
+std::vector<char> GenresAmong(const CardTexts& texts, const std::vector<std::string>& names) {
+  const bool ascii = std::all_of(names.begin(), names.end(), IsAscii);
+  std::vector<char> wanted(texts.GenreCount());
+  for (size_t number = 0; number < wanted.size(); ++number) {
+    const CardTexts::Genre& genre = texts.GenreAt(static_cast<uint32_t>(number));
+    wanted[number] =
+        genre.isText && std::any_of(names.begin(), names.end(), [&](const auto& name) {
+          return ascii ? EqualNoCase(genre.text, name) : CompareFrenchCase(genre.text, name) == 0;
+        });
+  }
+  return wanted;
+}
+
+// As LIKE with a ? for each hour before, then 1*: a character each, of as many bytes as it has. A
+// zero character ends the text.
+bool AllowedInHour(std::string_view mask, int hour) {
+  mask = mask.substr(0, mask.find('\0'));
+  for (; hour > 0 && !mask.empty(); --hour) {
+    const bool wide = static_cast<unsigned char>(mask.front()) >= 0xC0;
+    mask.remove_prefix(1);
+    while (wide && !mask.empty() && (static_cast<unsigned char>(mask.front()) & 0xC0) == 0x80)
+      mask.remove_prefix(1);
+  }
+  return !mask.empty() && mask.front() == '1';
+}
+
+std::vector<char> HoursThatAllow(const CardTexts& texts,
+                                 const std::optional<CardsWanted::Hour>& at) {
+  std::vector<char> allow(texts.HoursCount(), 1);
+  if (!at) return allow;
+  for (size_t number = 0; number < allow.size(); ++number) {
+    const CardTexts::Hours& masks = texts.HoursAt(static_cast<uint32_t>(number));
+    allow[number] = AllowedInHour(masks[static_cast<size_t>(at->weekday - 1)], at->hour);
+  }
+  return allow;
+}
+
+// --- the tests of one walk ---
+
+// The rotation rules by numbers alone, for the greater part of a library, which they let through:
+// true where RotationAllows would allow the card without a word. False says nothing.
+class PlainRotation {
+ public:
+  PlainRotation(const LocalDateTime& now, int decalDiff)
+      : day_(BroadcastDay(now.year, now.month, now.day)),
+        hour_(now.hour),
+        minute_(now.hour * 60 + now.minute),
+        decalDiff_(decalDiff),
+        midnight_(static_cast<uint32_t>(day_) * kBroadcastDayMinutes),
+        inRange_(day_ > 0 && day_ < kLastPlainDay && decalDiff_ <= kDiffusions) {}
+
+  bool Allows(const PackedCard& card) const {
+    if (card.passes == 0 || card.passes == PackedCard::kNull || !inRange_) return false;
+    if (card.broadcasts[0] == PackedCard::kNoBroadcast) return true;
+    uint32_t all = 0;
+    int32_t today = 0;
+    for (const uint32_t packed : card.broadcasts) {
+      all |= packed;
+      today += packed - 1 - midnight_ < kBroadcastDayMinutes;
+    }
+    if (all & PackedCard::kOtherText) return false;
+    for (int last = 0; last < decalDiff_; ++last) {
+      const uint32_t packed = card.broadcasts[static_cast<size_t>(last)];
+      if (packed != PackedCard::kNoBroadcast && MinuteOf(packed) / 60 == hour_) return false;
+    }
+    const int32_t days = day_ - DayOf(card.broadcasts[0]);
+    const int32_t minutes = std::abs(minute_ - MinuteOf(card.broadcasts[0])) +
+                            days * static_cast<int32_t>(kBroadcastDayMinutes);
+    return !(card.minutesGap > 0 && card.minutesGap > minutes) &&
+           !(card.daysGap > 0 && card.daysGap > days) && !(card.passes > 0 && today >= card.passes);
+  }
+
+ private:
+  static int32_t DayOf(uint32_t packed) {
+    return static_cast<int32_t>((packed - 1) / kBroadcastDayMinutes);
+  }
+  static int32_t MinuteOf(uint32_t packed) {
+    return static_cast<int32_t>((packed - 1) % kBroadcastDayMinutes);
+  }
+
+  int32_t day_, hour_, minute_;
+  int decalDiff_;
+  uint32_t midnight_;
+  bool inRange_;  // numbers of this size are enough
 };
 
-std::string QueryColumns(int weekday) {
-  std::string columns =
-      "CODE, LASTDIFF, DUREE, NBPASSJOUR, ECARTMINUTES, ECARTJOURS, ECARTARTISTE, POINTSORTIE, "
-      "INTRO, "
-      "AUTEUR, TITRE, GENRE, VARIETE, FILENAME, MMJJDebut, MMJJFin, TRANCHE" +
-      TwoDigits(weekday);
-  for (int i = 1; i <= kDiffusions; ++i) columns += ", DIFFUSION" + TwoDigits(i);
-  return columns;
-}
+// The rotation rules of one walk, at the moment of its last yield.
+class RotationTests {
+ public:
+  RotationTests(Station& station, const CandidateCards& cards)
+      : station_(station), cards_(cards), moment_(station.Now()), plain_(NowPlain()) {}
 
-// Cards of equal key keep their order.
-template <typename KeyOf>
-void SortByKey(Pool& pool, KeyOf keyOf) {
-  std::vector<std::pair<int64_t, int>> entries;
-  entries.reserve(pool.size());
-  for (const int card : pool) entries.emplace_back(keyOf(card), card);
-  std::stable_sort(entries.begin(), entries.end(),
-                   [](const auto& a, const auto& b) { return a.first < b.first; });
-  for (size_t i = 0; i < entries.size(); ++i) pool[i] = entries[i].second;
-}
+  void ReadMoment() {
+    moment_ = RotationMoment(station_.Now());
+    plain_ = NowPlain();
+  }
+  bool Allow(int card) {
+    if (cards_.AnyDay(card) && plain_.Allows(cards_.At(card))) return true;
+    return CheckRotation(station_, cards_.Rotation(card, room_), moment_);
+  }
+
+ private:
+  PlainRotation NowPlain() const { return {station_.Now(), station_.requests.DecalDiffCourant}; }
+
+  Station& station_;
+  const CandidateCards& cards_;
+  RotationMoment moment_;
+  PlainRotation plain_;
+  CandidateCards::DiffusionTexts room_;
+};
 
 // The artist tests of one walk. The recent artists stand still meanwhile, so each is looked up
 // once.
@@ -88,124 +197,80 @@ class ArtistTests {
 
 }  // namespace
 
-// Without an order and past the genre's index: for the greater part of a library one walk in the
-// order of the file is several times faster than either, and the few numbers sort quickly here.
-CandidateCards::CandidateCards(Station& station, const BoundQuery& condition, Order order) {
-  const std::string query = "Select " + QueryColumns(CurrentWeekday(station.Now())) +
-                            " From Discotheque Where +" + condition.text;
-  station.base.Db().ReadRows(query, condition.values, [this](const RowView& row) { Take(row); });
-  RankArtists();
+CandidateCards::CandidateCards(Station& station, const CardsWanted& wanted, Order order)
+    : weekday_(static_cast<size_t>(CurrentWeekday(station.Now()) - 1)) {
+  const std::optional<CardSet> known = IsQuery(wanted) ? CardsNow(station) : std::nullopt;
+  if (known)
+    TakeKnown(*known, wanted);
+  else
+    Ask(station, QueryOf(wanted));
   Sort(order);
 }
 
-void CandidateCards::Take(const RowView& row) {
-  const auto orNull = [&](int column) {
-    return row.IsNull(column) ? kNull : static_cast<int32_t>(row.Int(column));
-  };
-  std::array<std::string_view, kTexts> texts;
-  for (int text = 0; text < kTexts; ++text)
-    texts[static_cast<size_t>(text)] = row.Text(kFirstText + text).substr(0, 1024);
-  Card card;
-  card.lastdiff =
-      row.IsNull(kLastdiff) ? -std::numeric_limits<double>::infinity() : row.Real(kLastdiff);
-  card.texts = Store(texts);
-  card.code = static_cast<int32_t>(row.Int(kCode));
-  card.lengthMs = orNull(kLength);
-  card.passes = orNull(kPasses);
-  card.minutes = static_cast<int16_t>(row.Int(kMinutes));
-  card.days = static_cast<int16_t>(row.Int(kDays));
-  card.artistGap = static_cast<int16_t>(row.Int(kArtistGap));
-  card.exitMs = orNull(kExit);
-  card.introSec = orNull(kIntro);
-  cards_.push_back(card);
-  cards_.back().artist = ArtistNamed(cards_.back());
+CandidateCards::CandidateCards(Station& station, const BoundQuery& condition, Order order)
+    : weekday_(static_cast<size_t>(CurrentWeekday(station.Now()) - 1)) {
+  Ask(station, condition);
+  Sort(order);
 }
 
-// A library has far fewer artists than cards, so what the rules ask of their names is made once.
-int32_t CandidateCards::ArtistNamed(const Card& card) {
-  const std::string_view spelling = TextAt(Count() - 1, kArtist);
-  const auto number = static_cast<int32_t>(artists_.size());
-  std::string name = Trim(spelling);
-  if (name.empty()) {
-    name = "Code " + std::to_string(card.code);
-  } else if (const auto [known, fresh] = artistNumbers_.emplace(spelling, number); !fresh) {
-    return known->second;
-  }
-  std::string capitals = UpperLatin(name);
-  artists_.push_back({std::move(name), std::move(capitals)});
-  return number;
+void CandidateCards::TakeKnown(const CardSet& known, const CardsWanted& wanted) {
+  chunks_ = known.chunks;
+  texts_ = known.texts;
+  const std::vector<char> genres = GenresAmong(*texts_, wanted.genres);
+  const std::vector<char> hours = HoursThatAllow(*texts_, wanted.hour);
+  for (const auto& chunk : chunks_)
+    for (const PackedCard& card : *chunk)
+      if (genres[card.genre] && hours[card.hours]) cards_.push_back(&card);
 }
 
-void CandidateCards::RankArtists() {
-  std::vector<ArtistName*> order;
-  for (ArtistName& artist : artists_) order.push_back(&artist);
-  std::sort(order.begin(), order.end(),
-            [](const ArtistName* a, const ArtistName* b) { return a->capitals < b->capitals; });
-  const ArtistName* before = nullptr;
-  for (ArtistName* artist : order) {
-    if (before) artist->rank = before->rank + (artist->capitals == before->capitals ? 0 : 1);
-    before = artist;
-  }
-}
-
-const char* CandidateCards::Store(const std::array<std::string_view, kTexts>& texts) {
-  Ends ends;
-  size_t size = 0;
-  for (size_t text = 0; text < texts.size(); ++text)
-    ends[text] = static_cast<uint16_t>(size += texts[text].size());
-  size += sizeof ends;
-  if (blockSize_ - blockUsed_ < size) {
-    blockSize_ = std::max(kBlockBytes, size);
-    blocks_.emplace_back(new char[blockSize_]);
-    blockUsed_ = 0;
-  }
-  char* const begin = blocks_.back().get() + blockUsed_;
-  blockUsed_ += size;
-  std::memcpy(begin, ends.data(), sizeof ends);
-  char* at = begin + sizeof ends;
-  for (const std::string_view text : texts) {
-    if (!text.empty()) std::memcpy(at, text.data(), text.size());
-    at += text.size();
-  }
-  return begin;
-}
-
-void CandidateCards::Sort(Order order) {
-  std::sort(cards_.begin(), cards_.end(), [order](const Card& a, const Card& b) {
-    if (order == Order::kPassesThenLastdiff && a.passes != b.passes) return a.passes > b.passes;
-    if (a.lastdiff != b.lastdiff) return a.lastdiff < b.lastdiff;
-    return a.code < b.code;
+// Without an order and past the genre's index: for the greater part of a library one walk in the
+// order of the file is several times faster than either, and the few numbers sort quickly here.
+void CandidateCards::Ask(Station& station, const BoundQuery& condition) {
+  const auto texts = std::make_shared<CardTexts>();
+  std::shared_ptr<CardChunk> chunk;
+  const std::string query =
+      "Select " + CardTexts::Columns() + " From Discotheque Where +" + condition.text;
+  station.base.Db().ReadRows(query, condition.values, [&](const RowView& row) {
+    if (!chunk || chunk->size() == kQueryChunkCards) {
+      chunk = std::make_shared<CardChunk>();
+      chunks_.push_back(chunk);
+    }
+    chunk->push_back(texts->Pack(row));
   });
+  texts_ = texts;
+  for (const auto& read : chunks_)
+    for (const PackedCard& card : *read) cards_.push_back(&card);
 }
 
-CandidateCards::Ends CandidateCards::EndsOf(int card) const {
-  Ends ends;
-  std::memcpy(ends.data(), At(card).texts, sizeof ends);
-  return ends;
+// Cards stand in order of CODE, which equal keys keep.
+void CandidateCards::Sort(Order order) {
+  Keyed<const PackedCard*> entries;
+  entries.reserve(cards_.size());
+  for (const PackedCard* card : cards_) entries.emplace_back(SortKey(card->lastdiff), card);
+  SortByKey(entries);
+  if (order == Order::kPassesThenLastdiff) {
+    for (auto& [key, card] : entries) key = ~SortKey(int64_t{card->passes});
+    SortByKey(entries);
+  }
+  for (size_t i = 0; i < entries.size(); ++i) cards_[i] = entries[i].second;
 }
 
-std::string_view CandidateCards::TextAt(int card, int text, const Ends& ends) const {
-  const auto at = static_cast<size_t>(text);
-  const size_t begin = at == 0 ? 0 : ends[at - 1];
-  return {At(card).texts + sizeof ends + begin, ends[at] - begin};
-}
-
-CardRotation CandidateCards::Rotation(int card) const {
-  const Card& numbers = At(card);
-  const Ends ends = EndsOf(card);
+CardRotation CandidateCards::Rotation(int card, DiffusionTexts& room) const {
+  const PackedCard& packed = At(card);
+  const CardTexts::Days& days = texts_->DaysAt(packed.days);
   CardRotation rotation;
-  rotation.Code = numbers.code;
-  rotation.Genre = TextAt(card, kGenre, ends);
-  rotation.Auteur = TextAt(card, kArtist, ends);
-  rotation.Titre = TextAt(card, kTitle, ends);
-  rotation.MMJJDebut = TextAt(card, kFirstDay, ends);
-  rotation.MMJJFin = TextAt(card, kLastDay, ends);
-  rotation.NBPASSJOUR = numbers.passes == kNull ? 0 : numbers.passes;
-  rotation.ECARTMINUTES = numbers.minutes;
-  rotation.ECARTJOURS = numbers.days;
-  rotation.Tranche = TextAt(card, kHours, ends);
-  for (int i = 0; i < kDiffusions; ++i)
-    rotation.Diffusion[static_cast<size_t>(i)] = TextAt(card, kDiffusion + i, ends);
+  rotation.Code = packed.code;
+  rotation.Genre = Genre(card);
+  rotation.Auteur = Artist(card);
+  rotation.Titre = Title(card);
+  rotation.MMJJDebut = days.first;
+  rotation.MMJJFin = days.last;
+  rotation.NBPASSJOUR = packed.passes == PackedCard::kNull ? 0 : packed.passes;
+  rotation.ECARTMINUTES = packed.minutesGap;
+  rotation.ECARTJOURS = packed.daysGap;
+  rotation.Tranche = texts_->HoursAt(packed.hours)[weekday_];
+  for (size_t i = 0; i < kDiffusions; ++i)
+    rotation.Diffusion[i] = texts_->Broadcast(packed.broadcasts[i], room[i]);
   return rotation;
 }
 
@@ -219,36 +284,33 @@ int64_t CandidateCards::PlayedSecond(int card) const {
 }
 
 OnAirElement CandidateCards::ElementOf(int card) const {
-  const Card& numbers = At(card);
-  const auto text = [&](Text which) { return std::string(TextAt(card, which)); };
+  const PackedCard& packed = At(card);
   const auto known = [](int32_t number) {
-    return number == kNull ? std::nullopt : std::optional<int64_t>(number);
+    return number == PackedCard::kNull ? std::nullopt : std::optional<int64_t>(number);
   };
-  return {.code = numbers.code,
+  return {.code = packed.code,
           .title = ListedArtist(card),
-          .secondLine = text(kTitle),
-          .genre = text(kGenre),
-          .variety = text(kVariety),
-          .file = text(kFile),
-          .lengthMs = known(numbers.lengthMs),
-          .exitMs = known(numbers.exitMs),
-          .introSec = known(numbers.introSec),
-          .lastPlayed = std::isfinite(numbers.lastdiff) ? numbers.lastdiff : 0};
+          .secondLine = std::string(Title(card)),
+          .genre = std::string(Genre(card)),
+          .variety = std::string(Variety(card)),
+          .file = std::string(FileOf(packed)),
+          .lengthMs = known(packed.lengthMs),
+          .exitMs = known(packed.exitMs),
+          .introSec = known(packed.introSec),
+          .lastPlayed = std::isfinite(packed.lastdiff) ? packed.lastdiff : 0};
 }
 
-BoundQuery GenreCondition(const std::vector<std::string>& genres) {
-  if (genres.empty()) return {"Genre I"};
-  BoundQuery condition{"Genre In("};
+// No name at all leaves a text that is no query: a request without genres ends with that fault.
+BoundQuery QueryOf(const CardsWanted& wanted) {
+  BoundQuery condition{wanted.genres.empty() ? "Genre I" : "Genre In("};
   const char* separator = "";
-  for (const std::string& genre : genres) {
+  for (const std::string& genre : wanted.genres) {
     condition.Add(std::string(separator) + "?", {genre});
     separator = ", ";
   }
+  condition.Add(")");
+  if (wanted.hour) condition.Add(HourFilter(wanted.hour->weekday, wanted.hour->hour));
   return condition;
-}
-
-BoundQuery HourCondition(int weekday, int hour) {
-  return BoundQuery{")"}.Add(HourFilter(weekday, hour));
 }
 
 Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& used,
@@ -257,14 +319,16 @@ Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& 
   if (!station.base.Db().HasColumn("Discotheque", "FILENAME")) return {};
   Pool pool;
   ArtistTests artists(station, cards);
-  RotationMoment moment(station.Now());
+  RotationTests rotation(station, cards);
+  const bool anyUsed = used.Count() > 0;
   for (int card = 0; card < cards.Count(); ++card) {
     if (card % kRowsAYield == 0) {
       station.platform.loop.Yield();
-      moment = RotationMoment(station.Now());
+      rotation.ReadMoment();
     }
-    if (!CheckRotation(station, cards.Rotation(card), moment)) continue;
-    if (used.Holds(cards.Code(card))) continue;
+    cards.Fetch(std::min(card + static_cast<int>(kRowsAhead), cards.Count() - 1));
+    if (!rotation.Allow(card)) continue;
+    if (anyUsed && used.Holds(cards.Code(card))) continue;
     if (!artists.Allow(card)) continue;
     pool.push_back(card);
     if (static_cast<int64_t>(pool.size()) > limit) break;
@@ -273,21 +337,23 @@ Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& 
 }
 
 void CutArtistDoubles(const CandidateCards& cards, Pool& pool, Pool* cut) {
-  SortByKey(pool, [&cards](int card) { return cards.ArtistRank(card); });
-  Pool first;
-  int above = -1;
-  for (const int card : pool) {
-    const bool again = cards.ArtistRank(card) == std::exchange(above, cards.ArtistRank(card));
-    if (!again)
-      first.push_back(card);
+  const Keyed<int> byArtist =
+      SortedPool(cards, pool, [&cards](int card) { return cards.ArtistRank(card); });
+  pool.clear();
+  const uint64_t* above = nullptr;
+  for (const auto& [artist, card] : byArtist) {
+    if (!above || *above != artist)
+      pool.push_back(card);
     else if (cut)
       cut->push_back(card);
+    above = &artist;
   }
-  pool = std::move(first);
 }
 
 void SortByLastPlay(const CandidateCards& cards, Pool& pool) {
-  SortByKey(pool, [&cards](int card) { return cards.PlayedSecond(card); });
+  const Keyed<int> byAge =
+      SortedPool(cards, pool, [&cards](int card) { return cards.PlayedSecond(card); });
+  for (size_t i = 0; i < byAge.size(); ++i) pool[i] = byAge[i].second;
 }
 
 void ShowPool(Station& station, const CandidateCards& cards, const Pool& pool) {

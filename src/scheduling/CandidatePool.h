@@ -1,19 +1,22 @@
-// The candidates of a request: the cards of its query, packed as they were read, and the pool of
-// those that the rules let through, first in the order of the query, then in the order of offer.
+// The candidates of a request: the cards that it may look at, packed, and the pool of those that
+// the rules let through, first in the order of the query, then in the order of offer.
 //
-// A request may walk a library of 100,000 cards. So the query asks for the columns that the rules
-// and PL need and for no order, the rows are kept packed, and texts are made only of what is taken.
+// A request may walk a library of 100,000 cards. So it looks at those in memory wherever they are
+// known to be what the base holds (library/KnownCards.h), and asks the base for them elsewhere;
+// both give the same cards in the same order. Texts are made only of what is taken.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "library/PackedCards.h"
 #include "scheduling/RotationRules.h"
 #include "scheduling/TitlesInUse.h"
 #include "station/OnAirElement.h"
@@ -24,7 +27,20 @@ namespace zemo {
 
 class RowView;
 
-// The cards of one query. Thread: the logic's.
+// Which cards a request looks at.
+struct CardsWanted {
+  struct Hour {
+    int weekday;  // 1 Monday to 7
+    int hour;     // 0 to 23
+  };
+  std::vector<std::string> genres;  // without regard to case; with none the query is a fault
+  std::optional<Hour> hour{};       // at which they may play; none: any
+};
+
+// The query of them, behind "Where ": "Genre In(?, ?) And Tranche06 LIKE ?" with '??????????1*'.
+BoundQuery QueryOf(const CardsWanted& wanted);
+
+// Thread: the logic's.
 class CandidateCards {
  public:
   enum class Order {
@@ -32,80 +48,64 @@ class CandidateCards {
     kPassesThenLastdiff,  // the most passes a day first, then as above
   };
 
-  // `condition` is the query behind "Where ", without its order; equal keys come by CODE.
-  // Throws StoreError.
+  // Equal keys come by CODE. Throws StoreError.
+  CandidateCards(Station& station, const CardsWanted& wanted, Order order);
+  // Of the base, by a query behind "Where ", without its order.
   CandidateCards(Station& station, const BoundQuery& condition, Order order);
 
   int Count() const { return static_cast<int>(cards_.size()); }
+  const PackedCard& At(int card) const { return *cards_[static_cast<size_t>(card)]; }
   int32_t Code(int card) const { return At(card).code; }
   int16_t ECARTARTISTE(int card) const { return At(card).artistGap; }
-  int32_t LengthMs(int card) const { return At(card).lengthMs == kNull ? 0 : At(card).lengthMs; }
-  std::string_view Genre(int card) const { return TextAt(card, kGenre); }
-  std::string_view Variety(int card) const { return TextAt(card, kVariety); }
-  std::string_view Artist(int card) const { return TextAt(card, kArtist); }
-  std::string_view Title(int card) const { return TextAt(card, kTitle); }
+  int32_t LengthMs(int card) const {
+    return At(card).lengthMs == PackedCard::kNull ? 0 : At(card).lengthMs;
+  }
+  // Texts are valid as long as this object.
+  std::string_view Genre(int card) const { return texts_->GenreAt(At(card).genre).text; }
+  std::string_view Variety(int card) const { return texts_->VarietyAt(At(card).variety); }
+  std::string_view Artist(int card) const { return ArtistOf(card).spelling; }
+  std::string_view Title(int card) const { return TitleOf(At(card)); }
   const std::string& ListedArtist(int card) const { return ArtistOf(card).listed; }
   // As listed, in capitals.
   const std::string& ArtistCapitals(int card) const { return ArtistOf(card).capitals; }
-  // 0-based place among all artists of the query by their capitals; equal for equal capitals.
-  int ArtistRank(int card) const { return ArtistOf(card).rank; }
+  // 0-based place among all known artists by their capitals; equal for equal capitals.
+  int ArtistRank(int card) const { return static_cast<int>(texts_->ArtistRank(At(card).artist)); }
   // A number of its own for each spelling, below ArtistCount().
-  int ArtistNumber(int card) const { return At(card).artist; }
-  int ArtistCount() const { return static_cast<int>(artists_.size()); }
-  CardRotation Rotation(int card) const;   // valid as long as this object
+  int ArtistNumber(int card) const { return static_cast<int>(At(card).artist); }
+  int ArtistCount() const { return static_cast<int>(texts_->ArtistCount()); }
+  // Has the processor fetch what the tests look at.
+  void Fetch(int card) const {
+    __builtin_prefetch(&At(card));
+    __builtin_prefetch(&At(card).broadcasts);
+  }
+  // The same of the titles of cards that are walked through in this order.
+  void FetchTexts(const std::vector<int>& walk, size_t at) const {
+    constexpr size_t kTextsAhead = 8;
+    const size_t last = walk.size() - 1;
+    Fetch(walk[std::min(at + 2 * kTextsAhead, last)]);
+    __builtin_prefetch(At(walk[std::min(at + kTextsAhead, last)]).texts);
+  }
+  // Its broadcasts' texts stand in `room`, the others here.
+  using DiffusionTexts = std::array<DiffusionText, kDiffusions>;
+  CardRotation Rotation(int card, DiffusionTexts& room) const;
+  bool AnyDay(int card) const { return texts_->DaysAt(At(card).days).anyDay; }  // no date window
   int64_t PlayedSecond(int card) const;    // of LASTDIFF; never played first
   OnAirElement ElementOf(int card) const;  // as it goes into PL
 
  private:
-  static constexpr int32_t kNull = std::numeric_limits<int32_t>::min();
-  enum Text { kArtist, kTitle, kGenre, kVariety, kFile, kFirstDay, kLastDay, kHours, kDiffusion };
-  static constexpr int kTexts = kDiffusion + kDiffusions;
-
-  struct Card {
-    double lastdiff;    // -infinity for Null
-    const char* texts;  // Ends, then the bytes of all texts
-    int32_t code, lengthMs, passes;
-    int32_t artist;  // of artists_
-    int16_t minutes, days, artistGap;
-    int32_t exitMs, introSec;
-  };
-
-  struct ArtistName {
-    std::string listed;  // trimmed; "Code n" without one
-    std::string capitals;
-    int rank = 0;
-  };
-
-  const ArtistName& ArtistOf(int card) const {
-    return artists_[static_cast<size_t>(ArtistNumber(card))];
-  }
-  const Card& At(int card) const { return cards_[static_cast<size_t>(card)]; }
-  using Ends = std::array<uint16_t, kTexts>;  // of the texts, behind this array
-  Ends EndsOf(int card) const;
-  std::string_view TextAt(int card, int text, const Ends& ends) const;
-  std::string_view TextAt(int card, int text) const { return TextAt(card, text, EndsOf(card)); }
-  void Take(const RowView& row);
-  int32_t ArtistNamed(const Card& card);
-  void RankArtists();
-  const char* Store(const std::array<std::string_view, kTexts>& texts);
+  const CardTexts::Artist& ArtistOf(int card) const { return texts_->ArtistAt(At(card).artist); }
+  void TakeKnown(const CardSet& known, const CardsWanted& wanted);
+  void Ask(Station& station, const BoundQuery& condition);
   void Sort(Order order);
 
-  std::vector<Card> cards_;
-  std::vector<ArtistName> artists_;
-  std::unordered_map<std::string_view, int32_t> artistNumbers_;  // by spelling, in a block's text
-  std::vector<std::unique_ptr<char[]>> blocks_;
-  size_t blockUsed_ = 0, blockSize_ = 0;  // bytes of the last block
+  size_t weekday_;                                        // of today, Monday 0
+  std::vector<std::shared_ptr<const CardChunk>> chunks_;  // what cards_ points into
+  std::shared_ptr<const CardTexts> texts_;
+  std::vector<const PackedCard*> cards_;
 };
 
 // Cards of `cards` by number, in the order in which they will be offered.
 using Pool = std::vector<int>;
-
-// "Genre In(?, ?" with the genres given, which the query closes. No name at all leaves a text that
-// is no query: a request without genres ends with that fault.
-BoundQuery GenreCondition(const std::vector<std::string>& genres);
-// ") And Tranche06 LIKE ?" with '??????????1*': allowed in that hour of that weekday (1 Monday
-// to 7).
-BoundQuery HourCondition(int weekday, int hour);
 
 // Walks the cards and takes those that the rotation rules, the titles in use and the artist tests
 // let through. The walk ends with the first title above `limit`. Yields. Throws.

@@ -180,8 +180,7 @@ void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   const std::vector<std::string> genres = ModelGenres(asking.model);  // 8
   if (genres.empty()) return frame.Leave(kNoModelsEnglish);
   station.platform.loop.Yield();
-  const CandidateCards cards(station,
-                             GenreCondition(genres).Add(HourCondition(weekday, asking.hour)),
+  const CandidateCards cards(station, {.genres = genres, .hour = {{weekday, asking.hour}}},
                              CandidateCards::Order::kLastdiff);  // 9, 10
   const Pool pool = MakePool(station, cards, used, minutes);     // 11 to 14
   frame.Saw(cards.Count(), pool.size());

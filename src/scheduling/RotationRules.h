@@ -9,14 +9,13 @@
 #include <string>
 #include <string_view>
 
+#include "library/CardBroadcasts.h"
 #include "platform/Clock.h"
 
 namespace zemo {
 
 class Recordset;
 struct Station;
-
-inline constexpr int kDiffusions = 8;  // broadcasts that a card remembers
 
 // What the rules read of a card. The texts belong to whoever filled it.
 struct CardRotation {

@@ -41,7 +41,7 @@ void FillStoredList(Station& station, RequestFrame& frame, int minutes) {
   if (positions.empty() || positions.front().empty()) return frame.Leave(kNoModelsFrench);  // 1
   const TitlesInUse used = LoadTitlesInUse(station);                                        // 2
   station.platform.loop.Yield();
-  const CandidateCards cards(station, GenreCondition(positions).Add(")"),
+  const CandidateCards cards(station, CardsWanted{.genres = positions},
                              CandidateCards::Order::kLastdiff);  // 3
   Pool pool = MakePool(station, cards, used);                    // 4
   frame.Saw(cards.Count(), pool.size());

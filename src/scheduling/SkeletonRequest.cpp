@@ -29,6 +29,7 @@ constexpr int64_t kMostLayingMs = 4000;
 // A pass without a title leaves all titles in place, and of the runs only the origin looked at
 // last: the second one begins as every further one, and what it refuses they refuse as well.
 constexpr int kFruitlessPasses = 2;
+constexpr size_t kLinesAYield = 4096;  // a millisecond
 constexpr const char* kRefusalFolder = "refusrequette";
 
 enum class Origin { kNat, kInt, kOther };
@@ -184,15 +185,16 @@ void CutDoubles(Station& station, const CandidateCards& cards, Pool& pool) {
   // A line a card: of a large library nearly all of it.
   std::vector<std::string>& lines = station.requests.ListAutorisation;
   lines.reserve(lines.size() + cut.size());
-  for (const int card : cut) {
-    std::string line = moment;
-    line += cards.Genre(card);
-    line += '\t';
-    line += cards.ArtistCapitals(card);
-    line += '\t';
-    line += cards.Title(card);
-    line += " supprimé car doublon d'artiste";
-    lines.push_back(std::move(line));
+  constexpr std::string_view kWhy = " supprimé car doublon d'artiste";
+  for (size_t at = 0; at < cut.size(); ++at) {
+    if (at % kLinesAYield == 0) station.platform.loop.Yield();
+    cards.FetchTexts(cut, at);
+    const std::string_view genre = cards.Genre(cut[at]), artist = cards.ArtistCapitals(cut[at]),
+                           title = cards.Title(cut[at]);
+    std::string line;
+    line.reserve(moment.size() + genre.size() + artist.size() + title.size() + kWhy.size() + 2);
+    line.append(moment).append(genre).append("\t").append(artist).append("\t");
+    lines.push_back(std::move(line.append(title).append(kWhy)));
   }
 }
 
@@ -233,9 +235,9 @@ void RunSkeletonRequest(Station& station, int minutes, RequestFrame& frame) {
   const TitlesInUse used = LoadTitlesInUse(station);
   const std::vector<std::string> positions = GenresOfHour(skeleton, hour);
   station.platform.loop.Yield();
-  const CandidateCards cards(
-      station, GenreCondition(WithoutBlanks(positions)).Add(HourCondition(weekday, hour)),
-      CandidateCards::Order::kPassesThenLastdiff);              // 2
+  const CandidateCards cards(station,
+                             {.genres = WithoutBlanks(positions), .hour = {{weekday, hour}}},
+                             CandidateCards::Order::kPassesThenLastdiff);  // 2
   Pool pool = MakeSkeletonPool(station, cards, used, minutes);  // 3, 4
   frame.Saw(cards.Count(), pool.size());
   const Alternation limits = ReadAlternation(station);  // 5

@@ -64,7 +64,7 @@ struct TitleCard {
   TitleCard(Station& station, int32_t code)
       : cards(station, {"CODE = ?", {code}}, CandidateCards::Order::kLastdiff) {
     if (!Found()) return;
-    rotation = cards.Rotation(0);
+    rotation = cards.Rotation(0, broadcasts);
     std::string columns = "FILENAME, AUTEUR";
     for (int day = 1; day <= kDaysOfWeek; ++day) columns += ", TRANCHE" + TwoDigits(day);
     station.base.Db().ReadRows("SELECT " + columns + " FROM Discotheque WHERE CODE = ?", {code},
@@ -77,7 +77,8 @@ struct TitleCard {
   }
   bool Found() const { return cards.Count() > 0; }
 
-  CandidateCards cards;   // owns the texts of `rotation`
+  CandidateCards cards;  // owns the texts of `rotation`, but for these
+  CandidateCards::DiffusionTexts broadcasts;
   CardRotation rotation;  // Tranche is that of no day in particular
   std::string artist, file;
   std::array<std::string, kDaysOfWeek> hours;  // Monday first

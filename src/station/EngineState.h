@@ -159,6 +159,7 @@ struct EngineState {
 
   int64_t baseLookMs = 0;      // monotonic; whether the base is lost is not looked at before
   int64_t basePauseMs = 2000;  // up to the look behind it
+  int64_t libraryLookMs = 0;   // monotonic; others' writes to the library are not looked for before
   bool baseWasOpen = false;    // in this run; else what a start does with it is still to be done
 
   Flag<bool> EmergencyOnAir{"EmergencyOnAir", false, observer};

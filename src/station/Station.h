@@ -26,6 +26,8 @@
 
 namespace zemo {
 
+class KnownCards;
+
 // Names of the side files in the station's folder, set at load.
 struct SideFileNames {
   std::string Tranche, Genre, Decoupe, Categori, Messages, Labels, Internet, Exclusion,
@@ -81,6 +83,7 @@ struct Station : private SoundObserver, private FlagObserver {
   Saver saver;
   LockDialogue lockDialogue;
   RequestState requests;
+  std::shared_ptr<KnownCards> knownCards;  // the music library in memory; library/KnownCards.h
   ModelEditor modelEditor;
   SettingsScreen settings;
   EngineLists lists;

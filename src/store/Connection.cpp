@@ -81,6 +81,17 @@ int KeepWaiting(void* wait, int times) {
   return static_cast<LockWait*>(wait)->WaitOnce(times) ? 1 : 0;
 }
 
+// The number before and the one behind a write. SQLite calls this for every row that goes, one that
+// gives way to another or falls with all of its table too.
+void NoteRow(void* book, sqlite3*, int operation, const char* base, const char* table,
+             sqlite3_int64 before, sqlite3_int64 behind) {
+  if (std::string_view(base) != "main") return;
+  auto* notes = static_cast<RowNoteBook*>(book);
+  if (operation != SQLITE_INSERT) notes->Note(table, before);
+  if (operation == SQLITE_INSERT || (operation == SQLITE_UPDATE && behind != before))
+    notes->Note(table, behind);
+}
+
 int BindTo(sqlite3_stmt* statement, int position, const Value& value) {
   if (const auto* integer = std::get_if<int64_t>(&value))
     return sqlite3_bind_int64(statement, position, *integer);
@@ -311,6 +322,7 @@ void Connection::Close() {
   sqlite3_finalize(dataVersion_);
   dataVersion_ = nullptr;
   seenMark_.clear();
+  sqlite3_preupdate_hook(database_, nullptr, nullptr);
   sqlite3_close_v2(database_);  // the last of the statements on loan closes it
   database_ = nullptr;
 }
@@ -489,6 +501,7 @@ const std::vector<std::shared_ptr<const TableDef>>& Connection::AllTables() {
 }
 
 void Connection::StructureChanged() {
+  if (book_) book_->NoteAll();
   catalogueVersion_ = -1;
   seenTotalChanges_ = -1;
 }
@@ -556,6 +569,7 @@ void Connection::LoadCatalogue() {
 
 std::vector<std::string> Connection::PutStandIns() {
   const auto tables = AllTables();  // a locked base leaves the former ones
+  if (book_) book_->NoteAll();      // read otherwise from now on
   DropStandIns();
   std::vector<std::string> told;
   for (const auto& table : tables) {
@@ -602,6 +616,12 @@ std::shared_ptr<const TableDef> Connection::FindReadTable(std::string_view name)
 
 // --- Changes ---
 
+void Connection::TellRows(std::shared_ptr<RowNoteBook> book) {
+  Check();
+  book_ = std::move(book);
+  sqlite3_preupdate_hook(database_, NoteRow, book_.get());
+}
+
 // What the head of the file says of its last commit: the sixteen bytes by which SQLite itself knows
 // that its pages still hold. Read without a lock, it can only differ too soon and never too late.
 // Empty where it tells nothing: with another journal than the rollback journal, commits do not pass
@@ -634,6 +654,7 @@ int64_t Connection::ChangeCounter() {
   const int64_t total = sqlite3_total_changes64(database_);
   if (version != seenDataVersion_ || total != seenTotalChanges_) {
     ++changeCounter_;
+    if (version != seenDataVersion_) ++foreignCounter_;
     seenDataVersion_ = version;
     seenTotalChanges_ = total;
   }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "store/LockWait.h"
+#include "store/RowNotes.h"
 #include "store/TableDefs.h"
 #include "store/Value.h"
 
@@ -93,7 +94,12 @@ class Connection {
   // As FindTable; the stand-in where there is one.
   std::shared_ptr<const TableDef> FindReadTable(std::string_view name);
 
+  // Tells the book of each row of the file that this connection writes, ahead of the write.
+  void TellRows(std::shared_ptr<RowNoteBook> book);
+
   int64_t ChangeCounter();
+  // Counts what others stored. As ChangeCounter last saw it; without looking.
+  int64_t ForeignSeen() const { return foreignCounter_; }
   int64_t RowsChanged() const;  // by the last writing statement
   int64_t LastInsertCode() const;
 
@@ -135,7 +141,10 @@ class Connection {
   int64_t standInVersion_ = -1;    // that PutStandIns saw; -1: it was not asked
   std::string standInMark_;        // of the file when it still was that version; empty: not known
 
+  std::shared_ptr<RowNoteBook> book_;  // null: nobody asks
+
   int64_t changeCounter_ = 0;
+  int64_t foreignCounter_ = 0;  // counts the new values of seenDataVersion_
   int64_t seenDataVersion_ = -1;
   int64_t seenTotalChanges_ = -1;
   std::string seenMark_;  // of the file when SQLite was last asked; empty: to be asked

@@ -52,12 +52,18 @@ class SqliteDatabase : public Database {
   void RollbackTrans() override {
     if (connection_) connection_->Rollback();
   }
+  bool InTransaction() const override { return connection_ && connection_->InTransaction(); }
   TableDefs& Tables() override { return Use(), *tables_; }
   std::vector<std::string> PutStandIns() override { return Use().PutStandIns(); }
   bool HasColumn(std::string_view table, std::string_view column) override {
     const auto found = Use().FindReadTable(table);
     const Field* field = found ? found->FindField(column) : nullptr;
     return field && !field->Missing;
+  }
+  bool IsReadAsStored(std::string_view table) override {
+    if (Use().StandInsAreOld()) return false;
+    const auto found = connection_->FindReadTable(table);
+    return found && !found->IsStandIn && found->LostKey.empty() && found->AutoField();
   }
   void Open(bool create) override {
     auto fresh = std::make_shared<Connection>(path_, create, wait_);
@@ -66,17 +72,27 @@ class SqliteDatabase : public Database {
     if (create) fresh->ExecuteNow("PRAGMA user_version = 1");
     Close();
     connection_ = std::move(fresh);
+    connection_->TellRows(book_);
+    book_->NoteAll();
     tables_.emplace(*connection_);
   }
   void Close() override {
     if (!connection_) return;
     counted_ = counter_ + 1;  // another opening is another state, whatever it counts
+    foreignCounted_ += connection_->ForeignSeen() + 1;
     connection_->Close();
   }
   bool IsOpen() const override { return connection_ && connection_->IsOpen(); }
   int64_t ChangeCounter() override {
     counter_ = counted_ + Use().ChangeCounter();
     return counter_;
+  }
+  int64_t ForeignCounter() override {
+    ChangeCounter();
+    return foreignCounted_ + connection_->ForeignSeen();
+  }
+  std::shared_ptr<RowNotes> NoteRows(std::string_view table) override {
+    return book_->Begin(table);
   }
   int64_t LastInsertCode() const override {
     return connection_ ? connection_->LastInsertCode() : 0;
@@ -96,6 +112,8 @@ class SqliteDatabase : public Database {
   std::optional<TableDefs> tables_;
   int64_t counter_ = 0;  // as last told
   int64_t counted_ = 0;  // in earlier openings
+  int64_t foreignCounted_ = 0;
+  const std::shared_ptr<RowNoteBook> book_ = std::make_shared<RowNoteBook>();
 };
 
 std::unique_ptr<Database> Opened(const std::string& path, bool create, int busyTimeoutMs) {

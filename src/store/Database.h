@@ -12,6 +12,7 @@
 
 #include "store/LockWait.h"
 #include "store/Recordset.h"
+#include "store/RowNotes.h"
 
 struct sqlite3;
 
@@ -50,12 +51,16 @@ class Database {
   virtual void BeginTrans() = 0;     // does nothing when one is open
   virtual void CommitTrans() = 0;    // does nothing when none is open
   virtual void RollbackTrans() = 0;  // takes back the open one; throws nothing
+  virtual bool InTransaction() const = 0;
   virtual TableDefs& Tables() = 0;
   // Columns are looked at: what the schema has and the file has not is read by default, and told, a
   // line each. Without it, and after a change of the structure, a query that names it fails.
   virtual std::vector<std::string> PutStandIns() = 0;
   // False where the file has not the column, be it read by default or not.
   virtual bool HasColumn(std::string_view table, std::string_view column) = 0;
+  // The table is read as it stands in the file and its rows are numbered by its key: no stand-in is
+  // read in its place, and nobody has changed the structure since that was looked at.
+  virtual bool IsReadAsStored(std::string_view table) = 0;
   // Opens what stands at the path now; `create` makes the file. What was open is closed once the
   // new one is; where that cannot be opened it stays. Cursors of the former one find themselves
   // closed.
@@ -66,6 +71,12 @@ class Database {
   // Counts up whenever the stored data may have changed, by this connection or another process.
   // Costs a few microseconds; asked once a handler and after each yield, not at every read.
   virtual int64_t ChangeCounter() = 0;
+  // Counts up whenever others may have stored something, and with each Open. Looks as ChangeCounter
+  // does: while somebody has the file to himself it stays as it was.
+  virtual int64_t ForeignCounter() = 0;
+  // Notes what is written here to the rows of the table, from now on, for as long as the notes are
+  // held, over closings and openings. Costs a write next to nothing.
+  virtual std::shared_ptr<RowNotes> NoteRows(std::string_view table) = 0;
   // CODE of the row that this connection inserted last, for the report's trace; 0 before the first.
   virtual int64_t LastInsertCode() const = 0;
 

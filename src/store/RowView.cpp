@@ -18,6 +18,10 @@ bool RowView::IsNumber(int column) const {
   return type == SQLITE_INTEGER || type == SQLITE_FLOAT;
 }
 
+bool RowView::IsText(int column) const {
+  return sqlite3_column_type(statement_, column) == SQLITE_TEXT;
+}
+
 int64_t RowView::Int(int column) const {
   switch (sqlite3_column_type(statement_, column)) {
     case SQLITE_INTEGER:

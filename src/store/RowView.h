@@ -16,6 +16,7 @@ class RowView {
 
   bool IsNull(int column) const;
   bool IsNumber(int column) const;  // no text that reads as one
+  bool IsText(int column) const;    // neither Null, a number nor mere bytes; ask ahead of Text
   int64_t Int(int column) const;
   double Real(int column) const;
   // Valid until the row was taken. A column is read either as a number or as a text.

@@ -36,15 +36,19 @@ TitleCard Of(TitleCard card, const std::string& genre, const std::string& variet
 }
 
 TEST(PercentageQuery, HourZeroHasNoPlaceholderAndHour23Has23) {
-  EXPECT_EQ(HourCondition(6, 0).text, ") And Tranche06 LIKE ?");
-  EXPECT_EQ(HourCondition(6, 0).values, Values{std::string("1*")});
-  EXPECT_EQ(HourCondition(1, 23).text, ") And Tranche01 LIKE ?");
-  EXPECT_EQ(HourCondition(1, 23).values, Values{std::string("???????????????????????1*")});
+  const auto query = [](int weekday, int hour) {
+    return QueryOf({.genres = {"POP"}, .hour = {{weekday, hour}}});
+  };
+  EXPECT_EQ(query(6, 0).text, "Genre In(?) And Tranche06 LIKE ?");
+  EXPECT_EQ(query(6, 0).values, (Values{std::string("POP"), std::string("1*")}));
+  EXPECT_EQ(query(1, 23).text, "Genre In(?) And Tranche01 LIKE ?");
+  EXPECT_EQ(query(1, 23).values,
+            (Values{std::string("POP"), std::string("???????????????????????1*")}));
 }
 
 TEST(PercentageQuery, EachGenreIsAValue) {
-  EXPECT_EQ(GenreCondition({"POP", "L'ETE"}).text, "Genre In(?, ?");
-  EXPECT_EQ(GenreCondition({"POP", "L'ETE"}).values,
+  EXPECT_EQ(QueryOf({.genres = {"POP", "L'ETE"}}).text, "Genre In(?, ?)");
+  EXPECT_EQ(QueryOf({.genres = {"POP", "L'ETE"}}).values,
             (Values{std::string("POP"), std::string("L'ETE")}));
 }
 

@@ -1,0 +1,75 @@
+// The music library in memory: all cards of Discotheque, packed, as the base holds them now. It is
+// read in slices, each short enough to stand between two ticks.
+//
+// It is true by three signs, all looked at whenever it is asked for:
+//   own writes      the store notes the rows; they are read again first, a few at a time;
+//   others' writes  ForeignCounter moved: every slice is read again, and until then nothing is
+//   known.
+//                   The pass counts where the counter stands at its end as it stood at its begin;
+//   the structure   only a table that is read as it stands is kept; of any other nothing is known.
+// Whoever is told that nothing is known asks the base. While another process has the file to
+// himself the counter cannot be read, and what was known is: he has not committed.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "library/PackedCards.h"
+#include "store/Database.h"
+
+namespace zemo {
+
+struct Station;
+
+// Thread: the logic's.
+class KnownCards {
+ public:
+  static constexpr int kSliceRows = 1000;     // some 3 ms on the machines that we know
+  static constexpr size_t kMostAtOnce = 200;  // rows that are read again by who asks
+
+  explicit KnownCards(int sliceRows = kSliceRows) : sliceRows_(sliceRows) {}
+
+  // The cards as a query would find them now. None: that is not known. Waits for no lock, and reads
+  // no more than one slice: a library of one slice is always known, but for a fault of the base.
+  std::optional<CardSet> Now(Database& db);
+  // Reads on where something is not known; true: something is left to be read. Throws StoreError;
+  // what was read stays, and it can be called again.
+  bool ReadSlice(Database& db);
+
+ private:
+  void Look(Database& db);
+  bool IsAsStored(Database& db) const;
+  void StartOver(Database& db);
+  void ReadOn(Database& db);
+  void ReadAgain(Database& db, size_t most);
+  void TakeSlice(std::shared_ptr<CardChunk> slice, bool last);
+  const PackedCard* Find(int64_t code) const;
+  size_t ChunkOf(int64_t code) const;
+  CardChunk& Writable(size_t chunk);
+  void Replace(int64_t code, const std::optional<PackedCard>& card);
+
+  const int sliceRows_;
+  std::shared_ptr<RowNotes> notes_;  // null before the first look
+  bool asStored_ = false;            // the table is read as it stands
+  int64_t foreign_ = 0;              // ForeignCounter at the begin of the pass
+  bool whole_ = false;               // the pass is at its end
+  // In order of CODE. Of a pass under way the first `fresh_` are read, up to `lastCode_`; the
+  // others are what was known before.
+  std::vector<std::shared_ptr<CardChunk>> chunks_;
+  size_t fresh_ = 0;
+  int64_t lastCode_ = std::numeric_limits<int64_t>::min();
+  int odd_ = 0;  // cards that only the base can judge
+  std::shared_ptr<CardTexts> texts_ = std::make_shared<CardTexts>();
+  size_t textsAtFirst_ = 0;  // bytes of texts_ at the end of its first pass
+};
+
+// The station's own, from the first asking on. Throws nothing: a base that cannot be read is one of
+// which nothing is known.
+std::optional<CardSet> CardsNow(Station& station);
+// One slice of reading ahead; true when more is left to be read, and can be now.
+bool ReadCardsAhead(Station& station);
+
+}  // namespace zemo

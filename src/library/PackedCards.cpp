@@ -1,0 +1,216 @@
+#include "library/PackedCards.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "station/TextForms.h"
+#include "store/RowView.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr size_t kTextBlockBytes = size_t{256} * 1024;
+
+// First the numbers, then the texts; a column is read as one of them.
+enum CardColumn {
+  kCardCode,
+  kCardLastdiff,
+  kCardLength,
+  kCardPasses,
+  kCardMinutes,
+  kCardDays,
+  kCardArtistGap,
+  kCardExit,
+  kCardIntro,
+  kCardArtist,
+  kCardTitle,
+  kCardGenre,
+  kCardVariety,
+  kCardFile,
+  kCardFirstDay,
+  kCardLastDay,
+  kCardHours,
+  kCardBroadcasts = kCardHours + kHourMasks
+};
+
+std::string_view CutText(const RowView& row, int column) {
+  return row.Text(column).substr(0, PackedCard::kMostBytes);
+}
+
+int32_t NumberOrNull(const RowView& row, int column) {
+  return row.IsNull(column) ? PackedCard::kNull : static_cast<int32_t>(row.Int(column));
+}
+
+bool IsBlank(std::string_view text) {
+  return text.find_first_not_of(' ') == std::string_view::npos;
+}
+
+// Parts of a key that no two lists of texts share.
+void AddToKey(std::string& key, std::string_view text) {
+  key += std::to_string(text.size());
+  key += ':';
+  key += text;
+}
+
+}  // namespace
+
+uint32_t SharedTexts::Number(std::string_view text) {
+  if (const auto found = numbers_.find(text); found != numbers_.end()) return found->second;
+  const auto number = static_cast<uint32_t>(texts_.size());
+  texts_.emplace_back(text);
+  numbers_.emplace(texts_.back(), number);
+  return number;
+}
+
+std::string CardTexts::Columns() {
+  std::string columns =
+      "CODE, LASTDIFF, DUREE, NBPASSJOUR, ECARTMINUTES, ECARTJOURS, ECARTARTISTE, POINTSORTIE, "
+      "INTRO, AUTEUR, TITRE, GENRE, VARIETE, FILENAME, MMJJDebut, MMJJFin";
+  for (int day = 1; day <= kHourMasks; ++day) columns += ", TRANCHE" + TwoDigits(day);
+  for (int last = 1; last <= kDiffusions; ++last) columns += ", DIFFUSION" + TwoDigits(last);
+  return columns;
+}
+
+PackedCard CardTexts::Pack(const RowView& row, const PackedCard* before) {
+  PackedCard card{};
+  const int64_t code = row.Int(kCardCode);
+  card.code = static_cast<int32_t>(code);
+  card.odd = card.code != code;
+  card.lastdiff = row.IsNull(kCardLastdiff) ? -std::numeric_limits<double>::infinity()
+                                            : row.Real(kCardLastdiff);
+  card.lengthMs = NumberOrNull(row, kCardLength);
+  card.passes = NumberOrNull(row, kCardPasses);
+  card.minutesGap = static_cast<int16_t>(row.Int(kCardMinutes));
+  card.daysGap = static_cast<int16_t>(row.Int(kCardDays));
+  card.artistGap = static_cast<int16_t>(row.Int(kCardArtistGap));
+  card.exitMs = NumberOrNull(row, kCardExit);
+  card.introSec = NumberOrNull(row, kCardIntro);
+  card.artist = ArtistNumber(CutText(row, kCardArtist), card.code);
+  const bool genreIsText = row.IsText(kCardGenre);
+  card.genre = GenreNumber(CutText(row, kCardGenre), genreIsText);
+  card.odd = card.odd || row.Text(kCardGenre).size() > PackedCard::kMostBytes;
+  card.variety = varieties_.Number(CutText(row, kCardVariety));
+  card.days = DaysNumber(CutText(row, kCardFirstDay), CutText(row, kCardLastDay));
+  for (int day = 0; day < kHourMasks; ++day) {
+    // Mere bytes are like no pattern or like the text that they spell, as SQLite was built.
+    const int column = kCardHours + day;
+    const bool plain = row.IsText(column) || row.IsNull(column);
+    card.odd = card.odd || !plain || row.Text(column).size() > PackedCard::kMostBytes;
+  }
+  card.hours = HoursNumber(row);
+  for (int last = 0; last < kDiffusions; ++last) {
+    const std::string_view text = CutText(row, kCardBroadcasts + last);
+    uint32_t& packed = card.broadcasts[static_cast<size_t>(last)];
+    if (text.empty())
+      packed = PackedCard::kNoBroadcast;
+    else if (const auto minute = BroadcastMinuteOf(text))
+      packed = *minute + 1;
+    else
+      packed = PackedCard::kOtherText | others_.Number(text);
+  }
+  KeepTexts(card, CutText(row, kCardTitle), CutText(row, kCardFile), before);
+  return card;
+}
+
+// A library has far fewer artists than cards, so what the rules ask of their names is made once.
+uint32_t CardTexts::ArtistNumber(std::string_view spelling, int32_t code) {
+  const auto number = static_cast<uint32_t>(artists_.size());
+  std::string name = Trim(spelling);
+  const bool nameless = name.empty();
+  if (nameless) {
+    const auto [known, fresh] = namelessByCode_.emplace(code, number);
+    if (!fresh && artists_[known->second].spelling == spelling) return known->second;
+    known->second = number;
+    name = "Code " + std::to_string(code);
+  } else if (const auto known = artistsByName_.find(spelling); known != artistsByName_.end()) {
+    return known->second;
+  }
+  std::string capitals = UpperLatin(name);
+  artists_.push_back({std::string(spelling), std::move(name), std::move(capitals)});
+  if (!nameless) artistsByName_.emplace(artists_.back().spelling, number);
+  return number;
+}
+
+uint32_t CardTexts::GenreNumber(std::string_view text, bool isText) {
+  key_.assign(isText ? "t" : "n").append(text);
+  const auto [known, fresh] =
+      genreNumbers_.try_emplace(key_, static_cast<uint32_t>(genres_.size()));
+  if (fresh) genres_.push_back({std::string(text), isText});
+  return known->second;
+}
+
+uint32_t CardTexts::DaysNumber(std::string_view first, std::string_view last) {
+  key_.clear();
+  AddToKey(key_, first);
+  AddToKey(key_, last);
+  const auto [known, fresh] = daysNumbers_.try_emplace(key_, static_cast<uint32_t>(days_.size()));
+  if (fresh)
+    days_.push_back({std::string(first), std::string(last), IsBlank(first) || IsBlank(last)});
+  return known->second;
+}
+
+uint32_t CardTexts::HoursNumber(const RowView& row) {
+  key_.clear();
+  for (int day = 0; day < kHourMasks; ++day) AddToKey(key_, CutText(row, kCardHours + day));
+  const auto [known, fresh] = hoursNumbers_.try_emplace(key_, static_cast<uint32_t>(hours_.size()));
+  if (fresh) {
+    Hours masks;
+    for (int day = 0; day < kHourMasks; ++day)
+      masks[static_cast<size_t>(day)] = CutText(row, kCardHours + day);
+    hours_.push_back(std::move(masks));
+  }
+  return known->second;
+}
+
+void CardTexts::KeepTexts(PackedCard& card, std::string_view title, std::string_view file,
+                          const PackedCard* before) {
+  card.titleBytes = static_cast<uint16_t>(title.size());
+  card.fileBytes = static_cast<uint16_t>(file.size());
+  if (before && TitleOf(*before) == title && FileOf(*before) == file) {
+    card.texts = before->texts;
+    return;
+  }
+  const size_t size = title.size() + file.size();
+  if (blockSize_ - blockUsed_ < size || blocks_.empty()) {
+    blockSize_ = std::max(kTextBlockBytes, size);
+    blocks_.push_back(std::make_unique_for_overwrite<char[]>(blockSize_));
+    blockUsed_ = 0;
+  }
+  char* const begin = blocks_.back().get() + blockUsed_;
+  std::copy(file.begin(), file.end(), std::copy(title.begin(), title.end(), begin));
+  blockUsed_ += size;
+  blockBytes_ += size;
+  card.texts = begin;
+}
+
+// New artists are sorted among themselves and come to their places in one walk.
+uint32_t CardTexts::ArtistRank(uint32_t number) const {
+  if (artistRanks_.size() == artists_.size()) return artistRanks_[number];
+  const auto before = [this](uint32_t a, uint32_t b) {
+    return artists_[a].capitals < artists_[b].capitals;
+  };
+  const auto known = static_cast<std::ptrdiff_t>(artistOrder_.size());
+  for (auto fresh = static_cast<uint32_t>(known); fresh < artists_.size(); ++fresh)
+    artistOrder_.push_back(fresh);
+  std::sort(artistOrder_.begin() + known, artistOrder_.end(), before);
+  std::inplace_merge(artistOrder_.begin(), artistOrder_.begin() + known, artistOrder_.end(),
+                     before);
+  artistRanks_.resize(artists_.size());
+  uint32_t rank = 0;
+  for (size_t place = 0; place < artistOrder_.size(); ++place) {
+    if (place > 0 && before(artistOrder_[place - 1], artistOrder_[place])) ++rank;
+    artistRanks_[artistOrder_[place]] = rank;
+  }
+  return artistRanks_[number];
+}
+
+std::string_view CardTexts::Broadcast(uint32_t packed, DiffusionText& room) const {
+  if (packed == PackedCard::kNoBroadcast) return {};
+  if (packed & PackedCard::kOtherText) return others_.Text(packed & ~PackedCard::kOtherText);
+  WriteBroadcast(packed - 1, room);
+  return {room.data(), room.size()};
+}
+
+}  // namespace zemo

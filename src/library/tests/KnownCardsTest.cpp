@@ -1,0 +1,140 @@
+// The library in memory and a write of another program in the very moment of a reading.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "library/KnownCards.h"
+#include "support/TestStation.h"
+
+namespace zemo::test {
+namespace {
+
+// A base with a look at the moment ahead of each reading.
+class InterruptedBase final : public Database {
+ public:
+  explicit InterruptedBase(Database& base) : base_(base) {}
+  std::function<void()> beforeRows;  // once
+
+  void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) override {
+    if (const auto act = std::exchange(beforeRows, nullptr)) act();
+    base_.ReadRows(sql, values, take);
+  }
+  std::unique_ptr<Recordset> OpenRecordset(std::string_view sql, const Values& values) override {
+    return base_.OpenRecordset(sql, values);
+  }
+  std::shared_ptr<const StoredTable> FindTable(std::string_view name) override {
+    return base_.FindTable(name);
+  }
+  void Execute(std::string_view sql, const Values& values) override { base_.Execute(sql, values); }
+  void BeginTrans() override { base_.BeginTrans(); }
+  void CommitTrans() override { base_.CommitTrans(); }
+  void RollbackTrans() override { base_.RollbackTrans(); }
+  bool InTransaction() const override { return base_.InTransaction(); }
+  TableDefs& Tables() override { return base_.Tables(); }
+  std::vector<std::string> PutStandIns() override { return base_.PutStandIns(); }
+  bool HasColumn(std::string_view table, std::string_view column) override {
+    return base_.HasColumn(table, column);
+  }
+  bool IsReadAsStored(std::string_view table) override { return base_.IsReadAsStored(table); }
+  void Open(bool create) override { base_.Open(create); }
+  void Close() override { base_.Close(); }
+  bool IsOpen() const override { return base_.IsOpen(); }
+  int64_t ChangeCounter() override { return base_.ChangeCounter(); }
+  int64_t ForeignCounter() override { return base_.ForeignCounter(); }
+  std::shared_ptr<RowNotes> NoteRows(std::string_view table) override {
+    return base_.NoteRows(table);
+  }
+  int64_t LastInsertCode() const override { return base_.LastInsertCode(); }
+  LockWait& Waiting() override { return base_.Waiting(); }
+  bool FileIsLost() const override { return base_.FileIsLost(); }
+
+ private:
+  Database& base_;
+};
+
+class CardsInMemory : public testing::Test {
+ protected:
+  void SetUp() override {
+    on.Load();
+    for (int i = 1; i <= 5; ++i)
+      on.Sql("INSERT INTO Discotheque (TITRE) VALUES ('TITLE " + std::to_string(i) + "')");
+    base = std::make_unique<InterruptedBase>(on.station.base.Db());
+  }
+  void Interrupt() {
+    base->beforeRows = [this] { on.Sql("UPDATE Discotheque SET TITRE = 'OTHER' WHERE CODE = 1"); };
+  }
+  void ReadAll() {
+    while (cards.ReadSlice(*base)) {
+    }
+  }
+  std::string TitleOfFirst() {
+    const auto known = cards.Now(*base);
+    return known ? std::string(TitleOf(known->chunks.at(0)->at(0))) : "not known";
+  }
+
+  TestStation on;
+  std::unique_ptr<InterruptedBase> base;
+  KnownCards cards{3};
+};
+
+TEST_F(CardsInMemory, AWriteAheadOfTheLastSliceIsNotMissed) {
+  cards.ReadSlice(*base);
+  Interrupt();
+  EXPECT_EQ(TitleOfFirst(), "not known");
+  ReadAll();
+  EXPECT_EQ(TitleOfFirst(), "OTHER");
+}
+
+TEST_F(CardsInMemory, AWriteWhileARowIsReadAgainIsNotMissed) {
+  ReadAll();
+  on.station.base.Db().Execute("UPDATE Discotheque SET TITRE = 'OURS' WHERE CODE = 5");
+  Interrupt();
+  EXPECT_EQ(TitleOfFirst(), "not known");
+  ReadAll();
+  EXPECT_EQ(TitleOfFirst(), "OTHER");
+}
+
+TEST_F(CardsInMemory, ARowThatCannotBeReadAgainIsReadNextTime) {
+  ReadAll();
+  on.station.base.Db().Execute("UPDATE Discotheque SET TITRE = 'OURS' WHERE CODE = 1");
+  base->beforeRows = [] { throw StoreError(kErrLocked, "for the test"); };
+  EXPECT_EQ(TitleOfFirst(), "not known");
+  EXPECT_EQ(TitleOfFirst(), "OURS");
+}
+
+TEST_F(CardsInMemory, ASliceThatCannotBeReadIsReadNextTime) {
+  base->beforeRows = [] { throw StoreError(kErrLocked, "for the test"); };
+  EXPECT_THROW(cards.ReadSlice(*base), StoreError);
+  ReadAll();
+  EXPECT_EQ(TitleOfFirst(), "TITLE 1");
+}
+
+TEST_F(CardsInMemory, TextsThatNobodyNamesAnyMoreGoWithTheNextPass) {
+  ReadAll();
+  const std::string longFile(240, 'x');
+  for (int i = 0; i < 1500; ++i) {
+    on.station.base.Db().Execute("UPDATE Discotheque SET FILENAME = ? WHERE CODE = 1",
+                                 {longFile + std::to_string(i)});
+    cards.Now(*base);
+  }
+  EXPECT_GT(cards.Now(*base)->texts->Bytes(), 300'000U);
+  on.Sql("UPDATE Discotheque SET TITRE = 'OTHER' WHERE CODE = 1");
+  ReadAll();
+  EXPECT_LT(cards.Now(*base)->texts->Bytes(), 5000U);
+}
+
+TEST_F(CardsInMemory, TheCardsOfAMomentAreOneCopyWithThoseThatFollow) {
+  ReadAll();
+  const auto before = cards.Now(*base);
+  on.station.base.Db().Execute("UPDATE Discotheque SET TITRE = 'OURS' WHERE CODE = 1");
+  const auto behind = cards.Now(*base);
+  ASSERT_TRUE(before && behind);
+  ASSERT_EQ(behind->chunks.size(), 2U);
+  EXPECT_NE(before->chunks[0], behind->chunks[0]);
+  EXPECT_EQ(before->chunks[1], behind->chunks[1]);
+  EXPECT_EQ(TitleOf(before->chunks[0]->at(0)), "TITLE 1");
+  EXPECT_EQ(TitleOf(behind->chunks[0]->at(0)), "OURS");
+}
+
+}  // namespace
+}  // namespace zemo::test

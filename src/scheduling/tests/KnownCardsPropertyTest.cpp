@@ -1,0 +1,345 @@
+// Generated libraries, clocks and writes of everybody at any moment: whatever a request finds in
+// memory is what the base's query gives in that moment, and so are the pools made of it.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <random>
+
+#include "library/KnownCards.h"
+#include "scheduling/RequestFrame.h"
+#include "scheduling/tests/CandidateReading.h"
+#include "scheduling/tests/RequestFixture.h"
+#include "station/BaseFiles.h"
+#include "support/UnderSanitizer.h"
+
+namespace zemo {
+namespace {
+
+using test::PlainCards;
+using test::PlainPool;
+using test::RequestStation;
+using test::SeePool;
+
+constexpr int kCases = test::Cases(1000);
+constexpr int kCasesAStation = 40;
+constexpr int kSmallSlice = 9;  // rows, so that passes take several
+
+// Another program: SQLite as it comes, which stores what it likes.
+class Stranger {
+ public:
+  explicit Stranger(const std::string& path) {
+    sqlite3_open_v2(path.c_str(), &database_, SQLITE_OPEN_READWRITE, nullptr);
+    Do("PRAGMA synchronous = OFF");
+    Do("PRAGMA ignore_check_constraints = ON");
+  }
+  ~Stranger() { sqlite3_close(database_); }
+  Stranger(const Stranger&) = delete;
+  void Do(const std::string& sql) {
+    char* message = nullptr;
+    sqlite3_exec(database_, sql.c_str(), nullptr, nullptr, &message);
+    EXPECT_EQ(message, nullptr) << message << " in " << sql;
+    sqlite3_free(message);
+  }
+
+ private:
+  sqlite3* database_ = nullptr;
+};
+
+class Cases {
+ public:
+  explicit Cases(unsigned seed) : random_(seed) { NewStation(); }
+
+  void Run(int cases) {
+    for (int i = 0; i < cases && !testing::Test::HasFailure(); ++i) {
+      SCOPED_TRACE("case " + std::to_string(i));
+      if (i % kCasesAStation == kCasesAStation - 1) NewStation();
+      story_.clear();
+      SetClock();
+      for (int n = Pick(1, 4); n > 0; --n) Something();
+      if (Pick(0, 2) > 0) ReadAll();
+      if (Pick(0, 3) == 0) Something();
+      Compare();
+    }
+  }
+  int FromMemory() const { return fromMemory_; }
+  int FromBase() const { return fromBase_; }
+
+ private:
+  int Pick(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
+  template <size_t N>
+  std::string OneOf(const char* const (&texts)[N]) {
+    return texts[Pick(0, static_cast<int>(N) - 1)];
+  }
+  Station& It() { return s_->station; }
+  Database& Db() { return It().base.Db(); }
+
+  void NewStation() {
+    stranger_.reset();
+    s_ = std::make_unique<RequestStation>();
+    s_->SetCnf("DecalDiff", std::max(Pick(-2, 3), 0));
+    s_->SetCnf("EcartArtiste", Pick(0, 4));
+    s_->Report("artist b", 46000, "POP");
+    stranger_ = std::make_unique<Stranger>(It().base.Path());
+    It().knownCards = std::make_shared<KnownCards>(kSmallSlice);
+    for (int n = Pick(0, 40); n > 0; --n) stranger_->Do(Insertion());
+  }
+  void SetClock() {
+    // Near the broadcasts of the cards, at their hours.
+    static constexpr int kHours[] = {0, 7, 10, 12, 23};
+    const bool near = Pick(0, 4) > 0;
+    s_->loop.SetWallClock({2026, near ? 11 : Pick(10, 12), near ? Pick(20, 23) : Pick(1, 28),
+                           kHours[Pick(0, 4)], Pick(0, 59), Pick(0, 59), 0});
+    It().base.CheckCnf();
+    PrepareRules(It());
+    used_ = {};
+    if (Pick(0, 1)) used_.Add(Pick(1, 30));
+  }
+
+  // --- values ---
+
+  std::string TextValue(const std::string& column) {
+    static constexpr const char* kGenres[] = {
+        "'POP'",           "'pop'",  "'Pop '", "'ROCK'",    "'ÉTÉ'",    "'été'",
+        "'ete'",           "''",     "NULL",   "x'504F50'", "'L''ETE'", "12",
+        "'PO' || char(0)", "'ſoul'", "'SOUL'", "'ROCK'",    "'POP'"};
+    static constexpr const char* kHours[] = {"'111111111111111111111111'",
+                                             "'000000000000111111111111'",
+                                             "'111111111111000000000000'",
+                                             "''",
+                                             "NULL",
+                                             "'1'",
+                                             "'ééééééééééé1111111'",
+                                             "'1*?%_1*?%_1*?%_1*?%_1*?%_1'",
+                                             "'11111' || char(0) || '111111111111111111'",
+                                             "'111111111111111111111111'"};
+    static constexpr const char* kDates[] = {"'21/11/2026 à 10:05'",
+                                             "'20/11/2026 à 23:59'",
+                                             "'05/10/2026 à 00:00'",
+                                             "''",
+                                             "NULL",
+                                             "'  '",
+                                             "'29/02/2024 à 07:30'",
+                                             "'21/11/2026 à 10h5'",
+                                             "'21/11/2026'",
+                                             "''",
+                                             "''",
+                                             "'21/11/1826 à 10:05'",
+                                             "'15/12/2026 à 12:00'",
+                                             "'1/11/2026 à 10:05'"};
+    static constexpr const char* kNames[] = {"'Artist A'", "'ARTIST A'",  "'artist b'", "''",
+                                             "NULL",       "'  '",        "'Élan'",     "'élan'",
+                                             "x'41FF42'",  "' Artist A '"};
+    static constexpr const char* kDays[] = {"''", "NULL", "'0101'", "'1231'", "'  '", "'1115'"};
+    static constexpr const char* kVarieties[] = {"'NATIONAL'", "'INTERNATIONAL'", "NULL", "'nat'"};
+    if (column == "GENRE") return OneOf(kGenres);
+    if (column.starts_with("TRANCHE"))
+      return Pick(0, 150) == 0 ? "x'313131313131313131313131'" : OneOf(kHours);
+    if (column.starts_with("DIFFUSION")) return Pick(0, 3) ? "''" : OneOf(kDates);
+    if (column == "AUTEUR") return OneOf(kNames);
+    if (column.starts_with("MMJJ")) return Pick(0, 3) ? "''" : OneOf(kDays);
+    if (column == "VARIETE") return OneOf(kVarieties);
+    return Pick(0, 9) ? "'" + column + std::to_string(Pick(1, 50)) + "'" : "NULL";
+  }
+  std::string NumberValue(const std::string& column) {
+    static constexpr const char* kOdd[] = {"NULL",  "-1",           "0",     "'abc'", "2.5", "'12'",
+                                           "99999", "123456789012", "x'41'", "-9e999"};
+    if (Pick(0, 9) == 0) return OneOf(kOdd);
+    if (column == "LASTDIFF") return std::to_string(46200 + Pick(0, 20)) + ".5";
+    if (column == "ECARTMINUTES") return std::to_string(Pick(0, 300));
+    if (column == "DUREE") return std::to_string(Pick(1, 400) * 1000);
+    return std::to_string(Pick(0, 3));
+  }
+  std::string Column() {
+    static constexpr const char* kColumns[] = {
+        "LASTDIFF",     "DUREE",       "NBPASSJOUR",  "ECARTMINUTES", "ECARTJOURS",
+        "ECARTARTISTE", "POINTSORTIE", "INTRO",       "AUTEUR",       "TITRE",
+        "GENRE",        "VARIETE",     "FILENAME",    "MMJJDebut",    "MMJJFin",
+        "TRANCHE01",    "TRANCHE06",   "DIFFUSION01", "DIFFUSION08"};
+    return OneOf(kColumns);
+  }
+  std::string ValueFor(const std::string& column) {
+    static constexpr const char* kNumbers[] = {"LASTDIFF",     "DUREE",      "NBPASSJOUR",
+                                               "ECARTMINUTES", "ECARTJOURS", "ECARTARTISTE",
+                                               "POINTSORTIE",  "INTRO"};
+    const bool number =
+        std::find(std::begin(kNumbers), std::end(kNumbers), column) != std::end(kNumbers);
+    return number ? NumberValue(column) : TextValue(column);
+  }
+  std::string Insertion() {
+    std::string fields =
+                    "LASTDIFF, DUREE, NBPASSJOUR, ECARTMINUTES, ECARTJOURS, ECARTARTISTE, "
+                    "AUTEUR, TITRE, GENRE, VARIETE, FILENAME, MMJJDebut, MMJJFin",
+                values = NumberValue("LASTDIFF") + ", " + NumberValue("DUREE") + ", " +
+                         NumberValue("NBPASSJOUR");
+    for (const char* gap : {"ECARTMINUTES", "ECARTJOURS", "ECARTARTISTE"})
+      values += std::string(", ") + (Pick(0, 2) ? "0" : NumberValue(gap));
+    for (const char* text :
+         {"AUTEUR", "TITRE", "GENRE", "VARIETE", "FILENAME", "MMJJDebut", "MMJJFin"})
+      values += ", " + TextValue(text);
+    for (int day = 1; day <= 7; ++day) {
+      fields += ", TRANCHE" + TwoDigits(day);
+      values += ", " + TextValue("TRANCHE");
+    }
+    for (int last = 1; last <= kDiffusions; ++last) {
+      fields += ", DIFFUSION" + TwoDigits(last);
+      values += ", " + TextValue("DIFFUSION");
+    }
+    return "INSERT INTO Discotheque (" + fields + ") VALUES (" + values + ")";
+  }
+  std::string Write() {
+    const std::string code = std::to_string(Pick(1, 60));
+    switch (Pick(0, 11)) {
+      case 0:
+        return "DELETE FROM Discotheque WHERE CODE = " + code;
+      case 1:
+        return Pick(0, 5) ? "DELETE FROM Discotheque WHERE CODE % 9 = 4"
+                          : "DELETE FROM Discotheque";
+      case 2:
+        return "UPDATE OR REPLACE Discotheque SET CODE = CODE + 17 WHERE CODE = " + code;
+      case 3:
+        return "UPDATE Toph SET SURIMPRESSION = SURIMPRESSION + 1";
+      case 4: {
+        const std::string column = Column();
+        return "UPDATE Discotheque SET " + column + " = " + ValueFor(column) + " WHERE CODE % " +
+               std::to_string(Pick(1, 4)) + " = 0";
+      }
+      case 5:
+      case 6:
+      case 7:
+        return Insertion();
+      default: {
+        const std::string column = Column();
+        return "UPDATE Discotheque SET " + column + " = " + ValueFor(column) +
+               " WHERE CODE = " + code;
+      }
+    }
+  }
+
+  // --- what happens ---
+
+  void Own(const std::string& sql) {
+    story_ += "own: " + sql + "\n";
+    try {
+      Db().Execute(sql);
+    } catch (const StoreError&) {
+      // A value that the schema refuses: nothing is stored, or half of it was and is taken back.
+    }
+  }
+  void Foreign(const std::string& sql) {
+    story_ += "foreign: " + sql + "\n";
+    stranger_->Do(sql);
+  }
+  void ReadAll() {
+    while (ReadCardsAhead(It())) {
+    }
+  }
+  void Something() {
+    switch (Pick(0, 11)) {
+      case 0:
+      case 1:
+      case 2:
+        return Own(Write());
+      case 3:
+      case 4:
+        return Foreign(Write());
+      case 5: {
+        story_ += "transaction\n";
+        Db().BeginTrans();
+        Own(Write());
+        if (Pick(0, 1)) ReadCardsAhead(It());
+        if (Pick(0, 1)) Compare();
+        Own(Write());
+        if (Pick(0, 1)) return Db().CommitTrans();
+        story_ += "rolled back\n";
+        return Db().RollbackTrans();
+      }
+      case 6:
+        Foreign("BEGIN");
+        Foreign(Write());
+        if (Pick(0, 1)) ReadCardsAhead(It());
+        Compare();
+        return Foreign(Pick(0, 1) ? "COMMIT" : "ROLLBACK");
+      case 7:
+        if (Pick(0, 3) == 0) return OpenAgain();
+        if (Pick(0, 3) == 0) return PutAnotherBase();
+        return Cursor();
+      default:
+        ReadCardsAhead(It());
+    }
+  }
+  void Cursor() {
+    story_ += "cursor\n";
+    const auto card = It().base.Table("Discotheque");
+    if (card->Eof()) return;
+    card->MoveLast();
+    if (Pick(0, 3) == 0) return card->Delete();
+    card->Edit();
+    card->Set("DIFFUSION01", std::string("19/11/2026 à 12:30"));
+    card->Set("LASTDIFF", 46345.25);
+    card->Update();
+  }
+  void OpenAgain() {
+    story_ += "opened again\n";
+    It().base.Close();
+    if (Pick(0, 1)) Foreign(Write());
+    OpenBaseAgain(It());
+  }
+  // Under the name of the one that is open.
+  void PutAnotherBase() {
+    story_ += "replaced\n";
+    const std::string path = It().base.Path();
+    std::filesystem::copy_file(path, path + ".copy");
+    stranger_ = std::make_unique<Stranger>(path + ".copy");
+    Foreign(Write());
+    std::filesystem::rename(path + ".copy", path);
+    if (Pick(0, 1)) ReadCardsAhead(It());
+    EXPECT_TRUE(OpenLostBase(It()));
+    stranger_ = std::make_unique<Stranger>(path);
+  }
+
+  // --- both ways ---
+
+  CardsWanted Wanted() {
+    static constexpr const char* kNames[] = {"POP", "pop", "ROCK",  "ÉTÉ", "été",
+                                             "",    "12",  "L'ETE", "soul"};
+    CardsWanted wanted;
+    for (int n = Pick(1, 3); n > 0; --n) wanted.genres.push_back(OneOf(kNames));
+    if (Pick(0, 4)) wanted.hour = {{CurrentWeekday(It().Now()), It().Now().hour}};
+    return wanted;
+  }
+  void Compare() {
+    SCOPED_TRACE(story_);
+    const auto order =
+        Pick(0, 1) ? CandidateCards::Order::kLastdiff : CandidateCards::Order::kPassesThenLastdiff;
+    const CardsWanted wanted = Wanted();
+    ++(CardsNow(It()) ? fromMemory_ : fromBase_);
+    const CandidateCards cards(It(), wanted, order);
+    const auto plain = PlainCards(It(), wanted, order);
+    test::ExpectSame(cards, plain);
+    const auto seen = SeePool(It(), cards, used_), expected = PlainPool(It(), plain, used_);
+    EXPECT_EQ(seen.pool, expected.pool);
+    EXPECT_EQ(seen.cut, expected.cut);
+    EXPECT_EQ(seen.offered, expected.offered);
+    EXPECT_EQ(seen.lines, expected.lines);
+    EXPECT_EQ(seen.fault, expected.fault);
+  }
+
+  std::mt19937 random_;
+  std::unique_ptr<RequestStation> s_;
+  std::unique_ptr<Stranger> stranger_;
+  TitlesInUse used_;
+  std::string story_;
+  int fromMemory_ = 0, fromBase_ = 0;
+};
+
+TEST(KnownCardsProperty, WhatIsKnownIsWhatTheBaseHolds) {
+  Cases cases(17);
+  cases.Run(kCases);
+  // Both ways were gone often.
+  EXPECT_GT(cases.FromMemory(), kCases / 3);
+  EXPECT_GT(cases.FromBase(), kCases / 10);
+}
+
+}  // namespace
+}  // namespace zemo

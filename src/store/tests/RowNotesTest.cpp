@@ -1,0 +1,192 @@
+// The notes of rows that this program wrote, and the counter of what others did.
+#include "store/RowNotes.h"
+#include "store/TableDefs.h"
+#include "store/tests/StoreFixture.h"
+
+namespace zemo {
+namespace {
+
+using Codes = std::vector<int64_t>;
+
+class Notes : public OpenBaseTest {
+ protected:
+  void SetUp() override {
+    for (const char* artist : {"A", "B", "C"}) AddCard(artist);
+    notes = Db().NoteRows("Discotheque");
+    notes->Clear();
+  }
+  Codes Taken() { return notes->Take(1000); }
+
+  std::shared_ptr<RowNotes> notes;
+};
+
+TEST_F(Notes, AtFirstAnyRowMayBeAnotherOne) {
+  EXPECT_TRUE(Db().NoteRows("Discotheque")->All());
+}
+
+TEST_F(Notes, RowsThatAreMadeChangedAndDeletedAreNotedOnce) {
+  AddCard("D");
+  Db().Execute("UPDATE Discotheque SET AUTEUR = 'X' WHERE CODE = 2");
+  Db().Execute("UPDATE Discotheque SET TITRE = 'Y' WHERE CODE = 2");
+  Db().Execute("DELETE * FROM Discotheque WHERE CODE = 1");
+  EXPECT_EQ(Taken(), (Codes{1, 2, 4}));
+  EXPECT_EQ(Taken(), Codes{});
+}
+
+TEST_F(Notes, WhatACursorWritesIsNoted) {
+  const auto card = base->Table("Discotheque");
+  card->MoveLast();
+  card->Edit();
+  card->Set("TITRE", std::string("NEW"));
+  card->Update();
+  card->AddNew();
+  card->Update();
+  EXPECT_EQ(Taken(), (Codes{3, 4}));
+  card->Delete();
+  EXPECT_EQ(Taken(), Codes{4});
+}
+
+TEST_F(Notes, NoMoreRowsAreTakenThanAskedFor) {
+  Db().Execute("UPDATE Discotheque SET AUTEUR = 'X' WHERE '*'");
+  EXPECT_EQ(notes->Take(2), (Codes{1, 2}));
+  EXPECT_EQ(notes->Count(), 1U);
+  EXPECT_EQ(notes->Take(2), Codes{3});
+}
+
+TEST_F(Notes, ATableThatIsEmptiedIsNotedRowByRow) {
+  Db().Execute("DELETE * FROM Discotheque");
+  EXPECT_EQ(Taken(), (Codes{1, 2, 3}));
+}
+
+TEST_F(Notes, AKeyThatMovesIsNotedOnBothSides) {
+  Db().Execute("UPDATE Discotheque SET CODE = 70 WHERE CODE = 2");
+  EXPECT_EQ(Taken(), (Codes{2, 70}));
+}
+
+TEST_F(Notes, ARowThatGivesWayToAnotherIsNoted) {
+  OtherProgram(BasePath()).Do("CREATE UNIQUE INDEX only_one ON Discotheque(AUTEUR)");
+  Db().Execute("INSERT OR REPLACE INTO Discotheque (AUTEUR) VALUES ('B')");
+  EXPECT_EQ(Taken(), (Codes{2, 4}));
+}
+
+TEST_F(Notes, WhatATriggerOfSomebodyWritesIsNoted) {
+  OtherProgram(BasePath())
+      .Do("CREATE TRIGGER t AFTER UPDATE ON Toph BEGIN UPDATE Discotheque SET TITRE = 'T' WHERE "
+          "CODE = 3; END");
+  Db().Execute("UPDATE Toph SET SURIMPRESSION = 1 WHERE CODE = 1");
+  EXPECT_EQ(Taken(), Codes{3});
+}
+
+TEST_F(Notes, WhatIsTakenBackStaysNoted) {
+  Db().BeginTrans();
+  EXPECT_TRUE(Db().InTransaction());
+  AddCard("D");
+  Db().RollbackTrans();
+  EXPECT_FALSE(Db().InTransaction());
+  EXPECT_EQ(Taken(), Codes{4});
+}
+
+TEST_F(Notes, OtherTablesAndOtherProgramsAreNotNoted) {
+  Db().Execute("UPDATE Toph SET SURIMPRESSION = 1 WHERE CODE = 1");
+  OtherProgram(BasePath()).Do("UPDATE Discotheque SET AUTEUR = 'X'");
+  EXPECT_EQ(Taken(), Codes{});
+  EXPECT_FALSE(notes->All());
+}
+
+TEST_F(Notes, EachReaderHasItsOwn) {
+  const auto others = Db().NoteRows("DISCOTHEQUE");
+  others->Clear();
+  AddCard("D");
+  EXPECT_EQ(Taken(), Codes{4});
+  EXPECT_EQ(others->Take(1), Codes{4});
+}
+
+TEST_F(Notes, TooManyRowsAreAllRows) {
+  Db().Execute(
+      "INSERT INTO Discotheque (AUTEUR) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 "
+      "FROM n WHERE i < 20000) SELECT 'N' FROM n");
+  EXPECT_FALSE(notes->All());
+  AddCard("ONE MORE");
+  EXPECT_TRUE(notes->All());
+  EXPECT_EQ(notes->Count(), 0U);
+}
+
+TEST_F(Notes, ABaseThatIsOpenedAgainHasOtherRows) {
+  Db().Open(false);
+  EXPECT_TRUE(notes->All());
+  notes->Clear();
+  AddCard("D");
+  EXPECT_EQ(Taken(), Codes{4});
+}
+
+TEST_F(Notes, ATableThatIsReadOtherwiseHasOtherRows) {
+  base->OpenAllTables();
+  EXPECT_TRUE(notes->All());
+}
+
+TEST_F(Notes, NotesThatNobodyHoldsAnyMoreDoNoHarm) {
+  notes.reset();
+  AddCard("D");
+  notes = Db().NoteRows("Discotheque");
+  notes->Clear();
+  AddCard("E");
+  EXPECT_EQ(Taken(), Codes{5});
+}
+
+// --- others ---
+
+TEST_F(Notes, TheForeignCounterCountsWhatOthersStoreAndNothingOfOurs) {
+  const int64_t before = Db().ForeignCounter();
+  AddCard("D");
+  Db().BeginTrans();
+  AddCard("E");
+  Db().RollbackTrans();
+  EXPECT_EQ(Db().ForeignCounter(), before);
+  OtherProgram other(BasePath());
+  other.Do("UPDATE Toph SET SURIMPRESSION = 1");
+  const int64_t behind = Db().ForeignCounter();
+  EXPECT_GT(behind, before);
+  AddCard("F");
+  EXPECT_EQ(Db().ForeignCounter(), behind);
+}
+
+TEST_F(Notes, AnotherOpeningCountsAsForeign) {
+  const int64_t before = Db().ForeignCounter();
+  Db().Open(false);
+  EXPECT_GT(Db().ForeignCounter(), before);
+}
+
+TEST_F(Notes, WhoHasTheFileToHimselfHasStoredNothingYet) {
+  const int64_t before = Db().ForeignCounter();
+  OtherProgram other(BasePath());
+  other.Do("BEGIN EXCLUSIVE; UPDATE Toph SET SURIMPRESSION = 1");
+  const NoLockWait atOnce(Db().Waiting());
+  EXPECT_EQ(Db().ForeignCounter(), before);
+  other.Do("COMMIT");
+  EXPECT_GT(Db().ForeignCounter(), before);
+}
+
+// --- the structure ---
+
+TEST_F(Notes, ATableOfTheSchemaIsReadAsStored) {
+  EXPECT_TRUE(Db().IsReadAsStored("Discotheque"));
+  EXPECT_FALSE(Db().IsReadAsStored("Variete"));  // has no key
+  EXPECT_FALSE(Db().IsReadAsStored("Nowhere"));
+}
+
+TEST_F(Notes, ATableWhoseStructureSomebodyChangedIsNot) {
+  OtherProgram(BasePath()).Do("ALTER TABLE Discotheque RENAME COLUMN LABEL TO X");
+  EXPECT_FALSE(Db().IsReadAsStored("Discotheque"));
+  base->OpenAllTables();
+  EXPECT_FALSE(Db().IsReadAsStored("Discotheque"));  // a stand-in
+}
+
+TEST_F(Notes, AStructureThatOnlyGrewIsLookedAtAndFine) {
+  OtherProgram(BasePath()).Do("ALTER TABLE Toph ADD COLUMN X");
+  EXPECT_FALSE(Db().IsReadAsStored("Discotheque"));
+  base->OpenAllTables();
+  EXPECT_TRUE(Db().IsReadAsStored("Discotheque"));
+}
+
+}  // namespace
+}  // namespace zemo

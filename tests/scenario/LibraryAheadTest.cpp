@@ -1,0 +1,59 @@
+// The tick reads the music library into memory, so that a request need not ask the base for it.
+#include <gtest/gtest.h>
+
+#include "library/KnownCards.h"
+#include "support/TestStation.h"
+
+namespace zemo::test {
+namespace {
+
+constexpr int kCards = 5 * KnownCards::kSliceRows + 10;
+
+struct LargeLibrary : testing::Test {
+  void SetUp() override {
+    on.Load();
+    on.Sql("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+           std::to_string(kCards) +
+           ") INSERT INTO Discotheque (AUTEUR, TITRE, GENRE) SELECT 'ARTIST ' || i, 'SONG', 'ROCK' "
+           "FROM n");
+  }
+  // By who asks and reads one slice at most.
+  bool Known() { return CardsNow(on.station).has_value(); }
+  TestStation on;
+};
+
+TEST_F(LargeLibrary, IsKnownSoonAfterTheStart) {
+  on.RunUntil(5000);
+  EXPECT_TRUE(Known());
+}
+
+TEST_F(LargeLibrary, IsKnownAgainSoonAfterAWriteOfAnotherProgram) {
+  on.RunUntil(5000);
+  Known();
+  on.Sql("UPDATE Discotheque SET AUTEUR = 'OTHER' WHERE CODE = 1");
+  on.RunUntil(6400);  // a look a second, and two ticks
+  const auto cards = CardsNow(on.station);
+  ASSERT_TRUE(cards);
+  EXPECT_EQ(cards->texts->ArtistAt(cards->chunks[0]->at(0).artist).listed, "OTHER");
+}
+
+TEST_F(LargeLibrary, IsNotReadWhereAnElementIsAboutToBegin) {
+  const int32_t title = on.AddCard({.lengthMs = 60000});
+  on.AppendCard(title);
+  on.AppendCard(title);
+  on.RunUntil(5000);
+  on.Start();
+  on.RunUntil(10000);
+  ASSERT_EQ(on.Starts().size(), 1U);
+  const int64_t exitMs = on.Starts()[0].atMs + 60000 - on.station.engine.MixPointMs;
+  on.RunUntil(exitMs - 900);
+  on.Sql("UPDATE Discotheque SET AUTEUR = 'OTHER' WHERE CODE = 1");
+  on.station.engine.libraryLookMs = 0;
+  on.RunUntil(exitMs - 300);
+  EXPECT_FALSE(Known());
+  on.RunUntil(exitMs + 5000);
+  EXPECT_TRUE(Known());
+}
+
+}  // namespace
+}  // namespace zemo::test
