@@ -13,7 +13,7 @@ namespace zemo {
 namespace {
 
 constexpr const char* kCardTable = "Discotheque";
-constexpr size_t kMostInChunk = 2048;  // cards; a chunk that grows beyond is cut in two
+constexpr size_t kMostInChunk = 2048;              // cards; a chunk that grows beyond is cut in two
 constexpr size_t kTextsToSpare = size_t{1} << 18;  // bytes
 
 BoundQuery SliceOfCards(bool first, int64_t lastCode, int rows) {
