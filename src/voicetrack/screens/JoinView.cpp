@@ -210,8 +210,10 @@ void JoinView::PaintRuler(QPainter& painter) {
   for (int32_t ms = (drawn_.fromMs + step - 1) / step * step; ms < drawn_.toMs; ms += step) {
     const int x = XOf(ms);
     painter.drawLine(x, height - 4, x, height - 1);
+    const QString text = TickText(ms, step < 1000);
+    if (x + 3 + painter.fontMetrics().horizontalAdvance(text) > width()) continue;
     painter.drawText(QRect(x + 3, 0, kLeastTickPixels, height), Qt::AlignLeft | Qt::AlignVCenter,
-                     TickText(ms, step < 1000));
+                     text);
   }
 }
 

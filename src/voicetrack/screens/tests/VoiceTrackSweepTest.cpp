@@ -59,6 +59,10 @@ TEST_P(VoiceTrackSweep, NothingIsCutAndNothingOverlaps) {
     Click("BtnSave");
     Wait(100);
     Check(where + "-saved");
+    View().setFocus();
+    for (int turn = 0; turn < 5; ++turn) Key(Qt::Key_Plus);
+    for (int turn = 0; turn < 4; ++turn) Wait(50);
+    Check(where + "-closer");
   }
 }
 
