@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QPointer>
+#include <QShortcut>
 #include <exception>
 #include <utility>
 
@@ -13,7 +14,10 @@ namespace zemo {
 
 OfficeWindow::OfficeWindow(Station& station, const char* name, const char* routine,
                            const WindowTexts& texts)
-    : Window(station, name, texts), routine_(routine) {}
+    : Window(station, name, texts), routine_(routine) {
+  connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
+          [this] { close(); });
+}
 
 void OfficeWindow::ShowSelf() {
   if (!IsOpen()) return;

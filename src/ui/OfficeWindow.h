@@ -1,5 +1,5 @@
-// A window of the office beside the air: while a routine of it works that yields, its controls are
-// barred, and who closes it waits for the routine's end.
+// A window of the office beside the air, which Ctrl+W closes: while a routine of it works that
+// yields, its controls are barred, and who closes it waits for the routine's end.
 #pragma once
 
 #include <functional>

@@ -483,6 +483,7 @@ void EveryScreen::WalkReport() {
 
 void EveryScreen::WalkVoiceTracks() {
   QWidget over;
+  on_.localValues.Set("AudioOutID", "0");  // that of the window, too
   VoiceTrackWindow window(on_.station, {}, over);
   Size(window);
   window.Open(on_.station.PL.Row(1).key);

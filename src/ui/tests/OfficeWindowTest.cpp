@@ -1,6 +1,7 @@
 // The base of the office's windows, under one whose routines are the test's.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -96,6 +97,14 @@ TEST_F(AnOfficeWindow, ClosedAheadOfARoutineInWhoseYieldItMayGoClosesAtItsEnd) {
     EXPECT_TRUE(window.isVisible());
   });
   EXPECT_EQ(window.left, 1);
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(AnOfficeWindow, IsClosedByItsKey) {
+  DeskWindow window(on.station);
+  QApplication::setActiveWindow(&window);
+  QTest::keyClick(window.button, Qt::Key_W, Qt::ControlModifier);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window.left == 1; }));
   EXPECT_FALSE(window.isVisible());
 }
 

@@ -72,7 +72,6 @@ VoiceTrackWindow::VoiceTrackWindow(Station& station, VoiceTrackSources sources, 
   layout->setContentsMargins(8, 6, 8, 8);
   layout->addWidget(side_);
   layout->addLayout(right, 1);
-  MakeKeys();
   poll_.setInterval(kRefreshMs);
   connect(&poll_, &QTimer::timeout, this, [this] { Refresh(); });
   setMinimumSize(kLeastWidth, kLeastHeight);  // not that of the type of a larger window
@@ -145,11 +144,6 @@ QWidget* VoiceTrackWindow::Foot() {
   layout->addStretch(1);
   layout->addWidget(Button("BtnSave", Qt::CTRL | Qt::Key_S, VoiceTracks::BtnSave_Click, foot));
   return foot;
-}
-
-void VoiceTrackWindow::MakeKeys() {
-  connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
-          [this] { close(); });
 }
 
 // Escape is no shortcut, so that it closes a box that stands open first.

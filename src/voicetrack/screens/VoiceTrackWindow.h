@@ -49,7 +49,6 @@ class VoiceTrackWindow : public OfficeWindow {
   QWidget* Side();
   QWidget* Foot();
   void ConnectView();
-  void MakeKeys();
   QPushButton* Button(const char* name, const QKeySequence& keys,
                       void (*routine)(Station&, VoiceTrackEditor&), QWidget* parent);
   void ChooseFile();

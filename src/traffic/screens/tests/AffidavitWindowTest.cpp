@@ -85,12 +85,12 @@ class AffidavitOnScreen : public testing::Test {
 
 // The reason has four parts of seven of what a wider window gives; at one height the type is one.
 TEST_F(AffidavitOnScreen, TheReasonGetsItsShareOfAWiderWindow) {
-  Open(1100, 700);
+  Open(1200, 700);
   const auto* list = Find<QTableView>("ListDiff");
   const int before = list->columnWidth(DiffCol::kWhy), room = list->viewport()->width();
   BringForward(*window, 1600, 700);
-  EXPECT_EQ(list->viewport()->width(), room + 500);
-  EXPECT_NEAR(list->columnWidth(DiffCol::kWhy) - before, 500 * 4 / 7, 1);
+  EXPECT_EQ(list->viewport()->width(), room + 400);
+  EXPECT_NEAR(list->columnWidth(DiffCol::kWhy) - before, 400 * 4 / 7, 1);
 }
 
 TEST_F(AffidavitOnScreen, TellsWhatBecameOfEachCrossOfTheAdvertiser) {

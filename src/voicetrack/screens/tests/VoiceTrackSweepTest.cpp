@@ -14,6 +14,7 @@ class VoiceTrackSweep : public VoiceTrackScreenTest, public testing::WithParamIn
   void Prepare(int langue) {
     on.Set("Langue", std::to_string(langue));
     on.station.base.CheckCnf();
+    on.localValues.Set("AudioOutID", "0");  // the first output, which the window says
     on.soundDevices.devices = {{{"Built-in Audio Mono", "a"}, {"Studio microphone", "b"}},
                                {{"Built-in Audio Analog Stereo", "c"}, {"Headphones", "d"}}};
     for (int more = 0; more < 12; ++more)
