@@ -163,16 +163,6 @@ TEST_F(ModelEditorTest, ARowWhoseGenreIsBlankIsNotStored) {
   EXPECT_EQ(Count("Models"), 1);
 }
 
-TEST_F(ModelEditorTest, APositionWhoseGenreIsTooLongLeavesTheDayAsItWas) {
-  s.SetCnf("Squelette", -1);
-  SelectWeekday(s.station, 1);
-  Skeleton().AddRow({"POP"});
-  ASSERT_TRUE(Models::BtnSave_Click(s.station));
-  Skeleton().SetCell(1, 1, std::string(23, 'G'));
-  EXPECT_FALSE(Models::BtnSave_Click(s.station));
-  EXPECT_EQ(s.SqlText("SELECT TRANCHE01 FROM ModelSquelette"), "");
-}
-
 TEST_F(ModelEditorTest, AGenreIsRefusedTwiceWhateverItsCase) {
   SelectWeekday(s.station, 1);
   AddModelRow("POP", "50");

@@ -139,14 +139,6 @@ TEST_F(Loads, OfARecordWithoutALengthAreNone) {
   EXPECT_EQ(At(kHalfPastSeven).lengthMs, 20000);
 }
 
-// 19 to 21 November: the grid that is shown begins with the 21st.
-TEST_F(Loads, OfACampaignThatEndedOnADayOfTheGridAreNoneBehindIt) {
-  Other({.from = "19/11/2026", .to = "21/11/2026", .crosses = {"07:30"}});
-  Read();
-  EXPECT_EQ(At(kHalfPastSeven, 1).elements, 1);
-  EXPECT_EQ(At(kHalfPastSeven, 2).elements, 0);
-}
-
 TEST_F(Loads, OfOtherDaysAreNotShownForThose) {
   Other({.crosses = {"07:30"}});
   Read();

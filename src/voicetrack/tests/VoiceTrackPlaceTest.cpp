@@ -1,5 +1,4 @@
 // Where the track stands: its place by the intro, its record and its row.
-#include "station/ListUndo.h"
 #include "voicetrack/JoinPlan.h"
 #include "voicetrack/tests/VoiceTrackFixture.h"
 
@@ -128,17 +127,6 @@ TEST_F(VoiceTrackPlace, ACutTrackMovesThePlanOfWhatFollows) {
   VoiceTracks::PointSortie_Change(editor, 500);
   VoiceTracks::BtnSave_Click(on.station, editor);
   EXPECT_EQ(on.station.PL.Row(3).plannedMs.value_or(0) - before, 7500);
-}
-
-TEST_F(VoiceTrackPlace, ASecondSavingIsTakenBackToTheFirst) {
-  Load(8000);
-  VoiceTracks::LblPositionVT_Change(editor, 100000);
-  VoiceTracks::BtnSave_Click(on.station, editor);
-  VoiceTracks::LblPositionVT_Change(editor, 90000);
-  VoiceTracks::BtnSave_Click(on.station, editor);
-  ASSERT_TRUE(UndoListOrder(on.station));
-  ASSERT_EQ(on.station.PL.Count(), 3);
-  EXPECT_EQ(Cell(2, Col::kIntro), "100000");
 }
 
 // At 12:00 the first title begins, at 12:02:55 the last, which takes 200 s.
