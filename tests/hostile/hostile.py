@@ -21,13 +21,14 @@ import attack_base
 import attack_clocks
 import attack_disks
 import attack_files
+import attack_office
 import attack_settings
 import attack_sounds
 import attack_words
 from ground import Ground
 
 ATTACKS = {name: attack
-           for module in (attack_base, attack_settings, attack_files, attack_sounds, attack_words, attack_clocks,
+           for module in (attack_base, attack_settings, attack_files, attack_office, attack_sounds, attack_words, attack_clocks,
                           attack_disks)
            for name, attack in module.ATTACKS.items()}
 

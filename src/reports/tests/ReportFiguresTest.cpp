@@ -85,6 +85,15 @@ TEST_F(ReportFigures, InThreeDaysOrLessATitleHasItsPlaysOfEachHour) {
 }
 
 // 21 November 2026 is a Saturday, 28 February 2027 a Sunday, the last day of the 15th week.
+TEST_F(ReportFigures, ThreeDaysAreStillInHoursAndFourInDays) {
+  Add({.time = "01:00:00", .day = kToday});
+  Add({.time = "23:00:00", .day = kToday + 2});
+  EXPECT_EQ(PlaysOverTime(Rows(24), 0, none).stepSec, 3600);
+  Add({.time = "00:00:00", .day = kToday + 3});
+  Report::VoirRapport(on.station, editor);
+  EXPECT_EQ(PlaysOverTime(*editor.ListRap.rows, 0, none).stepSec, 86400);
+}
+
 TEST_F(ReportFigures, InMoreThanAHundredDaysATitleHasItsPlaysOfEachWeekFromMonday) {
   Add({.title = "One", .day = kToday});
   Add({.title = "One", .day = kToday + 1});

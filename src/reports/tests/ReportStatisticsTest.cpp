@@ -123,6 +123,23 @@ TEST_F(ReportStatistics, MoreThan9999PlaysAreWrittenInFull) {
   EXPECT_EQ(Column(editor.ListStat, StatCol::kPlays), (Texts{"0001", "10000"}));
 }
 
+TEST_F(ReportStatistics, OtherRowsAndAnotherOrderForgetTheChosenLineAndTheShares) {
+  for (const char* title : {"B", "A"}) Add({.title = title});
+  Open();
+  Report::BtnStats_Click(on.station, editor);
+  ASSERT_TRUE(editor.shares);
+  editor.ListRap.chosen = 0;
+  editor.ListStat.chosen = 0;
+  Report::ListRap_ColumnClick(on.station, editor, RapCol::kArtist);
+  EXPECT_FALSE(editor.ListRap.chosen);
+  Report::ListStat_ColumnClick(on.station, editor, StatCol::kPlays);
+  EXPECT_FALSE(editor.ListStat.chosen);
+  editor.ListRap.chosen = 0;
+  Report::VoirRapport(on.station, editor);
+  EXPECT_FALSE(editor.ListRap.chosen);
+  EXPECT_FALSE(editor.shares);
+}
+
 TEST_F(ReportStatistics, OtherRowsForgetTheStatistics) {
   Add({});
   Open();

@@ -141,6 +141,46 @@ TEST_F(ModelEditorTest, ABackUpThatCannotBeWrittenChangesNothingElseAndIsToldOnc
   EXPECT_EQ(told, 1) << s.Describe();
 }
 
+TEST_F(ModelEditorTest, ABackUpThatFailsAgainBehindOneThatWasWrittenIsToldAgain) {
+  SelectWeekday(s.station, 1);
+  AddModelRow("POP", "50");
+  size_t told = 0;
+  for (int times = 1; times <= 2; ++times) {
+    s.stationFolder.writesFail = true;
+    EXPECT_TRUE(Models::BtnSave_Click(s.station));
+    EXPECT_EQ(s.Events("error").size(), ++told);
+    s.stationFolder.writesFail = false;
+    EXPECT_TRUE(Models::BtnSave_Click(s.station));
+    s.RunUntil(times * 3600000);
+  }
+}
+
+TEST_F(ModelEditorTest, ARowWhoseGenreIsBlankIsNotStored) {
+  SelectWeekday(s.station, 1);
+  AddModelRow("POP", "50");
+  AddModelRow("  ", "50");
+  EXPECT_TRUE(Models::BtnSave_Click(s.station));
+  EXPECT_EQ(Count("Models"), 1);
+}
+
+TEST_F(ModelEditorTest, AGenreIsRefusedTwiceWhateverItsCase) {
+  SelectWeekday(s.station, 1);
+  AddModelRow("POP", "50");
+  AddModelRow("ROCK", "50");
+  Editor().ModelsPlace = {2, 0};
+  Models::PopGenre_ClickInModels(s.station, "pop");
+  EXPECT_EQ(Genres(), (Names{"POP", "ROCK"}));
+}
+
+TEST_F(ModelEditorTest, OfTwoVarietiesOfOneNameTheFirstGetsTheShare) {
+  s.Variety("NATIONAL", 60);
+  s.Variety("national", 40);
+  SelectWeekday(s.station, 1);
+  Editor().GVarietePlace = {1, 0};
+  Models::PopPourCent_ClickInVarieties(s.station, 55);
+  EXPECT_EQ(s.SqlText("SELECT group_concat(POURCENT, ' ') FROM Variete"), "55 40");
+}
+
 TEST_F(ModelEditorTest, SavingADayWithoutGenreLeavesNoRowForIt) {
   s.Model(1, "OLD", 10);
   SelectWeekday(s.station, 1);

@@ -105,5 +105,17 @@ TEST_F(PlannedDayTest, SharesOfASkeletonAreThoseOfItsPositionsAndAnUnplannedGenr
   EXPECT_TRUE(outlook.repeats.empty());
 }
 
+TEST_F(PlannedDayTest, WhatIsRepeatedMostStandsFirst) {
+  s.Model(6, "POP", 60, 10);
+  Models::MnuModel_Click(s.station);
+  const AiredTitle aired[] = {{10, pop_, "A  One", 1000},  {10, pop_, "A  One", 1000},
+                              {11, pop2_, "B  Two", 1000}, {11, pop2_, "B  Two", 1000},
+                              {12, pop2_, "B  Two", 1000}, {12, rock_, "C  Three", 1000}};
+  const DayOutlook outlook = OutlookOf(Editor(), aired);
+  ASSERT_EQ(outlook.repeats.size(), 2U);
+  EXPECT_EQ(outlook.repeats[0].text, "B  Two");
+  EXPECT_EQ(outlook.repeats[1].text, "A  One");
+}
+
 }  // namespace
 }  // namespace zemo

@@ -221,11 +221,31 @@ TEST_F(ControlsOfSettings, AJoystickChosenWorksAtOnce) {
   EXPECT_FALSE(station.engine.JoystickInUse);
 }
 
+// What a tick takes off is stored, also where it could not be read.
+TEST_F(ControlsOfSettings, ATickThatComesOffIsStoredWhateverStoodThere) {
+  on.Set("Instrumental", "1");
+  Load();
+  screen.fieldHeld.reset(Cnf::kInstrumental);
+  Set("CheckPubToph", "1");
+  SettingsSave(station);
+  EXPECT_EQ(Stored("Instrumental"), "0");
+}
+
+TEST_F(ControlsOfSettings, TheLastTimeOfAListIsDeletedToo) {
+  for (const char* time : {"06:00", "07:00"})
+    ASSERT_EQ(Settings::EnterTime(station, Settings::TimeList::kTopage, time), std::nullopt);
+  Settings::DeleteTime(station, Settings::TimeList::kTopage, 1);
+  EXPECT_EQ(screen.Topage, Texts{"06:00"});
+  Settings::DeleteTime(station, Settings::TimeList::kTopage, 1);
+  EXPECT_EQ(screen.Topage, Texts{"06:00"});
+}
+
 TEST_F(ControlsOfSettings, OutputsChangeAtOnceOnlyWhileTheyAreClosed) {
   Set("PlayCombo", "1");
   Set("PlayPréecoute", "0");
   EXPECT_EQ(devices.done, (Texts{"output 1", "prelisten 0"}));
   EXPECT_EQ(station.lists.AudioOutID, 1);
+  EXPECT_EQ(station.lists.AudioOutPFLID, 0);
   on.sound.Start();
   devices.prelistenClosed = false;
   Set("PlayCombo", "0");
@@ -348,6 +368,14 @@ TEST_F(ControlsOfSettings, GenresOfTheLibraryJoinTheList) {
   on.seen.clear();
   Settings::BtnRech_Click(station);
   EXPECT_EQ((*on.First("message"))["text"], "0 Genres ont étés ajoutés a la liste");
+}
+
+TEST_F(ControlsOfSettings, AGenreIsKnownWhateverItsCaseAndTheBlanksAroundIt) {
+  on.MakeFile("Genre.Txt", "pop \r\nINSTRUMENTAL\r\n");
+  for (const char* genre : {"POP", " ROCK ", "Rock"})
+    on.Sql(std::string("INSERT INTO Discotheque (FILENAME, GENRE) VALUES ('x', '") + genre + "')");
+  Settings::BtnRech_Click(station);
+  EXPECT_EQ(StationFile("Genre.Txt"), "POP \r\nINSTRUMENTAL\r\nROCK\r\n");
 }
 
 TEST_F(ControlsOfSettings, AGenreListThatCannotBeReadIsNotRewritten) {

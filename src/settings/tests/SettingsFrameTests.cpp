@@ -49,6 +49,16 @@ TEST_F(SettingsFrame, TodaysTimesReachTheAirWhenTheyAreSavedAndNotBefore) {
   EXPECT_EQ(station.lists.ComboHeure, Texts{"13:00"});
 }
 
+TEST_F(SettingsFrame, TimesThatCouldNotBeReadAreReadOnceTheyCan) {
+  on.MakeFile("StartStop.5", "\"START\",\"05:00\"\r\n");
+  on.stationFolder.unreadable = "StartStop.5";
+  ReloadDayTimes(station, 5);
+  EXPECT_EQ(station.lists.ComboHeure, Texts{});
+  on.stationFolder.unreadable.clear();
+  ReloadDayTimes(station, 5);
+  EXPECT_EQ(station.lists.ComboHeure, Texts{"05:00"});
+}
+
 TEST_F(SettingsFrame, AnotherDaysTimesNeverReachTheAir) {
   Open();
   Settings::ChooseWeekday(station, 1);
@@ -74,6 +84,35 @@ TEST_F(SettingsFrame, AnotherDayChosenSavesTheOneLeftWhereItWasChanged) {
   Settings::ChooseWeekday(station, 5);
   EXPECT_EQ(StationFile("StartStop.6"), "\"START\",\"04:00\"\r\n");
   EXPECT_EQ(screen.ComboHeure, Texts{"06:00"});
+}
+
+TEST_F(SettingsFrame, MarkersThatWereSavedAreNotSavedAgainOverAnothersChange) {
+  Open();
+  Enter(TimeList::kTopage, "12:30");
+  Settings::BtnSaveTopage_Click(station);
+  on.MakeFile("Topage.5", "\"13:30\"\r\n");  // by another hand
+  Settings::ChooseWeekday(station, 6);
+  EXPECT_EQ(StationFile("Topage.5"), "\"13:30\"\r\n");
+}
+
+// A file that could not be read holds what nobody has seen.
+TEST_F(SettingsFrame, MarkersThatCouldNotBeReadAreNotWrittenAndHoursThatWereTickedAre) {
+  on.MakeFile("Topage.5", "\"11:30\"\r\n");
+  on.MakeFile("Instrumental.Txt", "#FALSE#\r\n");
+  on.stationFolder.unreadable = "Topage.5";
+  Open();
+  on.stationFolder.unreadable.clear();
+  Settings::BtnSaveTopage_Click(station);
+  EXPECT_EQ(StationFile("Topage.5"), "\"11:30\"\r\n");
+  Close();
+  on.stationFolder.unreadable = "Instrumental.Txt";
+  Open();
+  on.stationFolder.unreadable.clear();
+  EXPECT_FALSE(screen.instruHeld);
+  Settings::TickHours(station, {7});
+  Close();
+  EXPECT_TRUE(station.lists.Instru[7]);
+  EXPECT_NE(StationFile("Instrumental.Txt"), "#FALSE#\r\n");
 }
 
 TEST_F(SettingsFrame, AnEditedFilterCountsFromTheClosingOn) {

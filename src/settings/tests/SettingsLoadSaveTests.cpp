@@ -352,6 +352,33 @@ TEST_F(SettingsLoadSave, AChosenDeviceIsKnownAgainWhenAnotherIsPluggedIn) {
   EXPECT_EQ(on.localValues.Get("AudioOutName"), "pci.2");
 }
 
+TEST_F(SettingsLoadSave, TheFirstDeviceIsKnownAgainAsTheOthersAre) {
+  Load();
+  Set("PlayCombo", "0");
+  SettingsSave(station);
+  devices.names.insert(devices.names.begin(), "New");
+  devices.keys.insert(devices.keys.begin(), "usb.9");
+  Load();
+  EXPECT_EQ(screen.PlayCombo, 1);
+}
+
+TEST_F(SettingsLoadSave, AnOutputChosenIsStoredWhereTheFormerOneCouldNotBeRead) {
+  on.machineFolder.Write("ZemoAudio.Ini", "0,0\r\n");
+  on.machineFolder.unreadable = "ZemoAudio.Ini";
+  Load();
+  on.machineFolder.unreadable.clear();
+  Set("PlayCombo", "1");
+  SettingsSave(station);
+  EXPECT_EQ(MachineFile("ZemoAudio.Ini").substr(0, 2), "1,");
+}
+
+TEST_F(SettingsLoadSave, WhatIsStoredCountsForTheStationAtOnce) {
+  Load();
+  Set("SpinPurge", "7");
+  SettingsSave(station);
+  EXPECT_EQ(station.base.CnfInt(Cnf::kPurgeRapport), 7);
+}
+
 TEST_F(SettingsLoadSave, AChosenDeviceThatIsNotThereStaysChosen) {
   Load();
   Set("PlayCombo", "1");

@@ -36,6 +36,21 @@ TEST_F(LockedSettings, StayOpenWithAllThatWasSetUntilTheyAreStored) {
   EXPECT_EQ(on.Events("message").size(), 1U);
 }
 
+// Its times were saved by the first closing.
+TEST_F(LockedSettings, ThatStayOpenDoNotSaveTheTimesAgainOverAnothersChange) {
+  OpenAndSet();
+  ASSERT_EQ(Settings::EnterTime(station, Settings::TimeList::kComboHeure, "06:00"), std::nullopt);
+  ASSERT_EQ(Settings::EnterTime(station, Settings::TimeList::kHeureArretSystem, "23:00"),
+            std::nullopt);
+  base.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);
+  Settings::Form_Unload(station);
+  base.Disarm();
+  ASSERT_TRUE(screen.open);
+  on.MakeFile("StartStop.5", "\"START\",\"05:00\"\r\n");
+  Settings::ChooseWeekday(station, 6);
+  EXPECT_EQ(StationFile("StartStop.5"), "\"START\",\"05:00\"\r\n");
+}
+
 TEST_F(LockedSettings, CloseWhereTheOperatorWantsThemToAllTheSame) {
   OpenAndSet();
   base.Arm(BasePoint::kLockToWrite, BaseFault::kLocked);

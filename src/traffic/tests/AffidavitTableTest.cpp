@@ -169,6 +169,36 @@ TEST_F(AffidavitTable, WhatWasMadeGoesWithAnotherDay) {
   EXPECT_EQ(Messages(), Texts{"Vous n'avez rien dans la liste"});
 }
 
+TEST_F(AffidavitTable, WhatWasMadeGoesWithAnotherLastDayAndWithNobodysName) {
+  Attestation::Form_Load(on.station, editor);
+  editor.Annonceur = "Bakery";
+  Attestation::BtnEtablir_Click(on.station, editor);
+  ASSERT_EQ(editor.ListDiff.size(), 3U);
+  Attestation::BtnDateFin_Click(editor, ParseMoment("2026-11-21 00:00:00"));
+  EXPECT_TRUE(editor.ListDiff.empty());
+  Attestation::BtnEtablir_Click(on.station, editor);
+  ASSERT_EQ(editor.ListDiff.size(), 3U);
+  editor.Annonceur = " ";
+  Attestation::BtnEtablir_Click(on.station, editor);
+  EXPECT_TRUE(editor.ListDiff.empty());
+}
+
+// Of whom and of which days it is, whatever the fields say by then.
+TEST_F(AffidavitTable, APrintIsHeadedByWhatItWasMadeOf) {
+  Attestation::Form_Load(on.station, editor);
+  editor.Annonceur = "Bakery";
+  Attestation::BtnEtablir_Click(on.station, editor);
+  editor.Annonceur = "Zoo";
+  const PrintedPages printed = Attestation::BtnImprimer_Click(on.station, editor);
+  EXPECT_NE(printed.title.find("Bakery"), std::string::npos) << printed.title;
+  EXPECT_NE(printed.title.find("01/11/2026"), std::string::npos) << printed.title;
+}
+
+TEST_F(AffidavitTable, ASpotOnTheSecondIsNotEarly) {
+  EXPECT_EQ(LateText(0), "+00:00");
+  EXPECT_EQ(LateText(-1), "-00:01");
+}
+
 TEST_F(AffidavitTable, ASpreadsheetThatCannotBeWrittenIsTold) {
   struct : SpreadsheetWriter {
     void Write(const std::string& toPath, const Sheet&) override {

@@ -164,6 +164,22 @@ TEST_F(AffidavitOfBaker, ARowWithinHalfAnHourShowsTheEngineOnAir) {
   EXPECT_EQ(Make().lines[0].missed, "minute lost: the station was on air");
 }
 
+TEST_F(AffidavitOfBaker, ARowHalfAnHourBehindShowsTheEngineOnAirAndNoLaterOne) {
+  Baker({"10:00"});
+  Report("POP", "ARTIST", "10:30:00");
+  EXPECT_EQ(Make().lines[0].missed, "minute lost: the station was on air");
+  on.Sql("UPDATE Rapport SET DATENUM = DATENUM + 1 / 86400.0");
+  EXPECT_EQ(Make().lines[0].missed.substr(0, 14), "engine stopped");
+}
+
+TEST_F(AffidavitOfBaker, ACrossOfThisMinuteIsDue) {
+  Baker({"12:00", "12:30"});
+  const Affidavit affidavit = Make("2026-11-22", "2026-11-22");
+  ASSERT_EQ(affidavit.lines.size(), 2U);
+  EXPECT_TRUE(affidavit.lines[0].isDue);
+  EXPECT_FALSE(affidavit.lines[1].isDue);
+}
+
 TEST_F(AffidavitOfBaker, AnEmptyReportIsAStoppedEngine) {
   Baker({"10:30"});
   EXPECT_EQ(Make().lines[0].missed, "engine stopped: the report has nothing");

@@ -125,6 +125,30 @@ TEST_F(Loads, AreSetAgainstTheTimeToTheNextPip) {
   EXPECT_EQ(GapMinutes(kHalfPastNine, 3), 14 * 60 + 30);
 }
 
+TEST_F(Loads, AreSetAgainstTheLastPipOfTheDay) {
+  Pip(23);
+  Read();
+  EXPECT_EQ(GapMinutes(kHalfPastNine), 13 * 60 + 30);
+}
+
+TEST_F(Loads, OfARecordWithoutALengthAreNone) {
+  Other({.crosses = {"07:30"}, .lengthMs = 20000});
+  const int32_t wrong = Other({.crosses = {"07:30"}, .lengthMs = 30000});
+  on.Sql("UPDATE GrillePub SET DUREE = -30000 WHERE CODE = " + std::to_string(wrong));
+  Read();
+  EXPECT_EQ(At(kHalfPastSeven).lengthMs, 20000);
+}
+
+TEST_F(Loads, OfOtherDaysAreNotShownForThose) {
+  Other({.crosses = {"07:30"}});
+  Read();
+  ASSERT_TRUE(loads.Known());
+  Campaigns::PickDay(on.station, on.editor, 1, "22/11/2026");
+  Campaigns::PickDay(on.station, on.editor, 2, "25/11/2026");
+  loads.Begin(on.station, on.editor);
+  EXPECT_FALSE(loads.Known());
+}
+
 TEST_F(Loads, KnowWhatIsTheSameAdvertisers) {
   Other({.advertiser = " BAKERY", .crosses = {"07:30", "12:45"}, .column = 21});
   Other({.advertiser = "Zoo", .crosses = {"07:30"}});

@@ -582,6 +582,17 @@ TEST(CampaignEditor, AHeadsFirstClickSortsUpwardsInEachNewOverview) {
   }
 }
 
+TEST(CampaignEditor, AHeadSortsWithoutRegardToCase) {
+  CampaignStation s;
+  for (const char* advertiser : {"Zoo", "abc", "ABD", "abé", "ABÉA"})
+    s.AddCampaign({{"ANNONCEUR", "'" + std::string(advertiser) + "'"}});
+  Campaigns::BtnRecherhe_Click(s.station, s.editor);
+  Campaigns::PLPub_ColumnClick(s.editor, 0);
+  std::string order;
+  for (const auto& line : s.editor.PLPub) order += line.text + " ";
+  EXPECT_EQ(order, "abc ABD abé ABÉA Zoo ");
+}
+
 TEST(CampaignEditor, TheOverviewOfAnEmptyTableIsLeftByPaging) {
   CampaignStation s;
   Campaigns::MnuHPubs_Click(s.station, s.editor);

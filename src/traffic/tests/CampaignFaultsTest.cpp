@@ -60,6 +60,26 @@ TEST_F(CampaignFaults, ASaveThatComesToNothingIsToldWhereItWasAskedFor) {
   EXPECT_EQ(s.Events("message").size(), 3U);
 }
 
+// It is the record that is shown, though its files are missing.
+TEST_F(CampaignFaults, ARecordWhoseFilesFailedIsDeletedWhereItIsShown) {
+  s.AddCampaign({{"ANNONCEUR", "'Other'"}});
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  Campaigns::BtnNew_Click(s.station, s.editor);
+  Campaigns::CmdLoadFile_Click(s.station, s.editor, s.MakeSound("Bakery.wav", 15000), 15000);
+  Campaigns::LblDepartPub_RightClick(s.station, s.editor);
+  std::filesystem::create_directory(s.InFolder("Bakery.GPB"));
+  ASSERT_FALSE(Campaigns::BtnAjouter_Click(s.station, s.editor));
+  s.messages.AnswerNext(Answer::kOk);
+  EXPECT_TRUE(Campaigns::BtnDelete_Click(s.station, s.editor));
+  EXPECT_EQ(s.SqlText("SELECT ANNONCEUR FROM GrillePub"), "Other");
+}
+
+TEST_F(CampaignFaults, TheOpeningForgetsTheKeyOfAnOverlay) {
+  s.station.engine.OverlayKey = "F5";
+  Campaigns::MnuHPubs_Click(s.station, s.editor);
+  EXPECT_EQ(s.station.engine.OverlayKey, "");
+}
+
 TEST_F(CampaignFaults, CategoriesThatCannotBeReadAreNotReplacedByTheOneThatIsAdded) {
   s.MakeFile("Categori.Ini", "FOOD\r\nCARS\r\n");
   s.stationFolder.unreadable = "Categori.Ini";

@@ -54,6 +54,8 @@ TEST(CampaignProgram, HoldsAFieldALine) {
   EXPECT_EQ(CampaignProgram(form),
             "01/11/2026\r\n30/11/2026\r\n07\r\n20\r\n00\r\n\r\n30\r\n\r\n\r\n\r\n\r\n\r\n"
             "Boulangerie\r\nFOOD\r\n20\r\nTrue\r\nPOP\r\n");
+  form.ChAnnonceur = "Boulan\r\ngerie";
+  EXPECT_EQ(CampaignProgram(form).find("\ngerie"), std::string::npos);
   form.OptPub = {false, true};
   EXPECT_NE(CampaignProgram(form).find("20\r\nFalse\r\n"), std::string::npos);
 }

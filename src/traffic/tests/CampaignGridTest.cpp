@@ -225,6 +225,18 @@ TEST(CampaignGridFile, ThatIsMissingLeavesTheGridEmpty) {
   EXPECT_TRUE(s.Events("error").empty());
 }
 
+TEST(CampaignGridFile, ThatIsReadTakesTheCrossesAwayThatStoodThere) {
+  CampaignStation s;
+  CampaignForm form = FormOf("JOURNALIER", "JOURNALIER");
+  BuildDatedGrid(s.station, form);
+  form.GPub.SetCell(3, 1, "X");
+  form.GPub.SetCell(3, 2, "X");
+  s.MakeFile("spot.GPB", "X\r\n\r\n\r\n\r\n\r\n\r\nX\r\n");
+  ASSERT_TRUE(LoadSaveCampaignGrid(s.station, form, "Load", s.InFolder("spot.GPB")));
+  EXPECT_EQ(RowText(form.GPub, 3), "X      X");
+  EXPECT_EQ(form.LblTotalMsg, "2");
+}
+
 TEST(CampaignGridFile, ThatIsCutLeavesTheRestEmpty) {
   CampaignStation s;
   EXPECT_EQ(RowText(Loaded(s, "X\r\n\r\nX").GPub, 3), "X  X    ");
@@ -397,6 +409,42 @@ TEST(LoadCampaign, OfARowOfNullsGivesEmptyFields) {
   EXPECT_EQ(form.LblDepartPub, "");
   EXPECT_EQ(form.Longeur, "0");
   EXPECT_EQ(form.LblTotalMsg, "0");
+}
+
+TEST(WriteCampaign, StoresEveryFieldOfTheScreen) {
+  CampaignStation s;
+  CampaignForm form = FormOf("01/11/2026", "30/11/2026",
+                             {"01", "02", "03", "04", "05", "06", "07", "08"}, "06", "22");
+  form.FichierAudio = "/spots/a.wav";
+  form.Longeur = "15000";
+  form.ChAnnonceur = "Bakery";
+  form.Categorie = "FOOD";
+  form.FILENAMEGRILLE = "/spots/a.GPB";
+  form.ComboPriority = "20";
+  form.ChContact = "Anne";
+  form.OptPub = {true, false};
+  form.GenreAssocie = "POP";
+  const auto table = s.station.base.Table("GrillePub");
+  table->AddNew();
+  WriteCampaign(form, *table);
+  table->Update();
+  const std::pair<const char*, const char*> stored[] = {{"CAMPAGNEDEPART", "01/11/2026"},
+                                                        {"CAMPAGNEFIN", "30/11/2026"},
+                                                        {"HDEPART", "06"},
+                                                        {"HFIN", "22"},
+                                                        {"DECOUPEH1", "01"},
+                                                        {"DECOUPEH8", "08"},
+                                                        {"FILENAMEAUDIO", "/spots/a.wav"},
+                                                        {"DUREE", "15000"},
+                                                        {"ANNONCEUR", "Bakery"},
+                                                        {"CATEGORIE", "FOOD"},
+                                                        {"FILENAMEGRILLE", "/spots/a.GPB"},
+                                                        {"PRIORITY", "20"},
+                                                        {"CONTACT", "Anne"},
+                                                        {"PUB", "-1"},
+                                                        {"GENREASSOCIE", "POP"}};
+  for (const auto& [field, value] : stored)
+    EXPECT_EQ(s.SqlText("SELECT " + std::string(field) + " FROM GrillePub"), value) << field;
 }
 
 }  // namespace

@@ -156,6 +156,16 @@ TEST_F(Marking, TurningTakesTheCrossesOneRowDownAndTheLastRowToTheFirst) {
   EXPECT_EQ(Row(6), "      X");
 }
 
+TEST_F(Marking, TurningAGridOfTwoMomentsChangesThem) {
+  s.editor.HFinPub = "07";
+  Campaigns::CmdInitGrille_Click(s.station, s.editor);
+  ASSERT_EQ(MomentsText(s.editor.GPub), "07:00 07:30");
+  Mouse(MouseButton::kLeft, "", 3, 1);
+  Campaigns::BtnDecalY_Click(s.editor);
+  EXPECT_EQ(Row(3), "      ");
+  EXPECT_EQ(Row(4), "X      ");
+}
+
 TEST_F(Marking, TurningAGridOfOneMomentOrNoneLeavesIt) {
   s.editor.HFinPub = "07";
   s.editor.DecoupagePub = {"00"};

@@ -84,6 +84,41 @@ TEST_F(VoiceTrackJoin, AnOutputThatIsLostEndsTheJoinAndIsTold) {
   EXPECT_EQ(LastMessage(), "Impossible d'écouter sur cette sortie audio");
 }
 
+TEST_F(VoiceTrackJoin, AnElementAfterWhoseFileIsGoneIsLeftOut) {
+  on.soundFiles.Remove(editor.FileApres);
+  const int64_t begin = on.loop.MonotonicMs();
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(8000);
+  EXPECT_EQ(Join(begin), (Texts{"0 start 0 16384", "5000 fade 0 1600", "6600 end 0"}));
+  EXPECT_EQ(editor.PoApres, "");
+  EXPECT_TRUE(on.Events("error").empty());
+}
+
+TEST_F(VoiceTrackJoin, AnElementShorterThanItsExitPointIsHeardFromItsBegin) {
+  on.station.PL.Insert(1, {.code = 1, .file = on.MakeSound("short.wav", 3000), .exitMs = 5000});
+  Open(1);
+  ASSERT_EQ(editor.PS1, 5000);
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  const test::Seen* start = on.First("preview", "state", "start");
+  ASSERT_NE(start, nullptr);
+  EXPECT_EQ((*start)["slot"] + " " + (*start)["position_ms"], "0 0");
+}
+
+TEST_F(VoiceTrackJoin, AStopEmptiesThePositionsAndTheTimerRests) {
+  Load(4000);
+  VoiceTracks::LblPositionVT_Change(editor, 171000);
+  editor.BtnNormalizeEnabled = false;
+  VoiceTracks::CheckTest_Click(on.station, editor, true);
+  EXPECT_TRUE(editor.BtnNormalizeEnabled);
+  Wait(2000);
+  ASSERT_EQ(editor.PoAvant + " " + editor.PoVT, "00:08 00:01");
+  VoiceTracks::BtnStop2_Click(on.station, editor);
+  EXPECT_EQ(editor.PoAvant + editor.PoApres + editor.PoVT, "");
+  EXPECT_TRUE(editor.TimerVT->Enabled());
+  Wait(50);
+  EXPECT_FALSE(editor.TimerVT->Enabled());
+}
+
 TEST_F(VoiceTrackJoin, ATrackWhoseFileIsGoneIsLeftOut) {
   on.soundFiles.Remove(Load(4000));
   VoiceTracks::LblPositionVT_Change(editor, 172000);

@@ -1,6 +1,7 @@
 // What the editor has of the machine: which devices, and what the microphone gives.
 #include <tuple>
 
+#include "platform/RoundTrip.h"
 #include "voicetrack/tests/VoiceTrackFixture.h"
 
 namespace zemo {
@@ -35,6 +36,24 @@ TEST_F(VoiceTrackMachine, AMicrophoneThatGivesNothingIsShownWithinTwoSecondsAndL
   Wait(100);
   EXPECT_FALSE(editor.LblMicroVisible);
   EXPECT_TRUE(on.Events("message").empty());
+}
+
+TEST_F(VoiceTrackMachine, ASecondRecordingThatHasNothingIsLoggedAgain) {
+  on.recorder.gives = false;
+  for (const size_t times : {1U, 2U}) {
+    VoiceTracks::BtnRecord_Click(on.station, editor);
+    Wait(6000);
+    VoiceTracks::BtnStop_Click(on.station, editor);
+    EXPECT_EQ(on.Events("error").size(), times);
+  }
+}
+
+TEST_F(VoiceTrackMachine, WhereNothingIsRecordedASilentMicrophoneIsShownAndNotLogged) {
+  on.recorder.gives = false;
+  Wait(2000);
+  VoiceTracks::ShowLevels(on.station, editor);
+  EXPECT_TRUE(editor.LblMicroVisible);
+  EXPECT_TRUE(on.Events("error").empty());
 }
 
 TEST_F(VoiceTrackMachine, TheDevicesAreListedWithTheirNames) {
@@ -94,6 +113,16 @@ TEST_F(VoiceTrackMachine, ValuesThatNoFieldTakesAreTheNearestThatOneDoes) {
   }
 }
 
+// By a program of before, which kept the number alone.
+TEST_F(VoiceTrackMachine, ADeviceKnownByItsNumberAloneIsKnownByItsKeyFromTheAnswerOn) {
+  VoiceTracks::Form_Unload(on.station, editor);
+  on.localValues.Set("VoiceTrackInputID", "1");
+  on.localValues.Set("VoiceTrackInputName", "");
+  Open(1);
+  Wait(100);
+  EXPECT_EQ(on.localValues.GetText("VoiceTrackInputName", ""), "1");
+}
+
 TEST_F(VoiceTrackMachine, ANumberThatIsNotInTheListIsKnownByNothing) {
   Wait(100);
   VoiceTracks::VoiceTrackInputID_Change(on.station, editor, 1);
@@ -128,6 +157,36 @@ TEST_F(VoiceTrackMachine, TheMeasuredLatencyIsKeptWithItsDevicesAlone) {
   EXPECT_FALSE(editor.CheckLatence);
   VoiceTracks::CheckLatence_Click(editor, true);
   EXPECT_FALSE(editor.CheckLatence) << "nothing was measured";
+  VoiceTracks::BtnLatence_Click(on.station, editor);
+  ASSERT_EQ(editor.LblLatence, 380);
+  VoiceTracks::VoiceTrackOututID_Change(on.station, editor, 1);
+  EXPECT_EQ(editor.LblLatence, -1);
+}
+
+TEST_F(VoiceTrackMachine, MeasuringTheLatencyEndsTheRecordingAndTheJoin) {
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnLatence_Click(on.station, editor);
+  EXPECT_FALSE(on.recorder.Recording());
+  EXPECT_FALSE(editor.join.on);
+  EXPECT_EQ(on.preview.Sound().State(), OutputState::kClosed);
+}
+
+// In the yields of the measuring.
+TEST_F(VoiceTrackMachine, AnEditorThatIsClosedWhileTheLatencyIsMeasuredStaysClosed) {
+  struct ClosingTrip : RoundTrip {
+    std::function<void()> meanwhile;
+    int32_t MeasureMs(int, int) override { return meanwhile(), 380; }
+  } trip;
+  trip.meanwhile = [this] { VoiceTracks::Form_Unload(on.station, editor); };
+  on.station.platform.roundTrip = &trip;
+  VoiceTracks::BtnLatence_Click(on.station, editor);
+  on.station.platform.roundTrip = &on.roundTrip;
+  EXPECT_FALSE(editor.open);
+  EXPECT_EQ(editor.LblLatence, -1);
+  EXPECT_FALSE(editor.GaugeVisible);
+  EXPECT_EQ(on.recorder.Listening(), -1);
 }
 
 TEST_F(VoiceTrackMachine, ALatencyThatCannotBeMeasuredIsToldWithItsReason) {

@@ -5,7 +5,9 @@
 #include "engine/StoredPlaylists.h"
 #include "library/TrackNeighboursTable.h"
 #include "store/Database.h"
+#include "store/StoreError.h"
 #include "store/TableDefs.h"
+#include "support/BaseFaults.h"
 #include "voicetrack/TrackJoins.h"
 #include "voicetrack/tests/VoiceTrackFixture.h"
 
@@ -137,6 +139,34 @@ TEST_F(VoiceTrackNeighbours, WhereTheyCannotBeKeptTheTrackIsStoredAllTheSame) {
   on.AppendCard(on.AddCard({.artist = "CY", .title = "AIR"}));
   VoiceTracks::BtnSuivant_Click(on.station, editor);
   EXPECT_EQ(editor.Avant, "BOB  TUNE");
+}
+
+struct FaultsFirst {
+  test::BaseFaults base;  // ahead of the station, whose base it may fail
+};
+struct LockedNeighbours : FaultsFirst, VoiceTrackNeighbours {};
+
+// A list would be loaded as if its tracks were made for nothing.
+TEST_F(LockedNeighbours, AreNotTakenForNone) {
+  Save();
+  base.Arm(test::BasePoint::kLockToRead, test::BaseFault::kLocked);
+  EXPECT_THROW(FindNeighbours(on.station.base.Db(), 1), StoreError);
+  base.Disarm();
+  EXPECT_TRUE(FindNeighbours(on.station.base.Db(), 1));
+}
+
+TEST_F(LockedNeighbours, AreStoredByTheNextSaving) {
+  Save();
+  on.Sql("DELETE FROM Raccords");
+  VoiceTracks::LblPositionVT_Change(editor, 90000);
+  base.Arm(test::BasePoint::kLockToWrite, test::BaseFault::kLocked, 2);  // behind the record
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  base.Disarm();
+  EXPECT_EQ(on.SqlText("SELECT START FROM VT"), "90000");
+  EXPECT_TRUE(VoiceTracks::IsUnsaved(editor));
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  EXPECT_FALSE(VoiceTracks::IsUnsaved(editor));
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Raccords"), "1");
 }
 
 // Two machines that saved at the same moment.

@@ -88,6 +88,17 @@ TEST_F(VoiceTrackOnAir, ATrackOfALiveModeThatBeganMeanwhileWaits) {
   EXPECT_EQ(on.First("overlay", "reason", "voicetrack"), nullptr);
 }
 
+// Its element ends ahead of its place, as one that was exchanged for a shorter one.
+TEST_F(VoiceTrackOnAir, ATrackWhoseMomentNeverCameIsForgottenInTheNextElement) {
+  Load(5000);
+  VoiceTracks::LblPositionVT_Change(editor, 80000);
+  SaveAndAir();
+  EXPECT_EQ(on.station.engine.VoiceTrackState, -1);
+  Wait(10000);
+  EXPECT_EQ(on.station.engine.VoiceTrackState, 0);
+  EXPECT_EQ(on.First("overlay", "reason", "voicetrack"), nullptr);
+}
+
 TEST_F(VoiceTrackOnAir, ACutTrackStandsBetweenItsNeighbours) {
   Load(5000);
   VoiceTracks::CheckCut_Click(editor, true);

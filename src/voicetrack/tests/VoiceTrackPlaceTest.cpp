@@ -111,6 +111,31 @@ TEST_F(VoiceTrackPlace, OpenedOnItsRowATrackIsAsItWasSaved) {
   EXPECT_EQ(Cell(2, Col::kTitle), "Voice Track");
 }
 
+TEST_F(VoiceTrackPlace, BlanksAroundTheStoredFileAreNoneOfItsName) {
+  Load(8000);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  on.Sql("UPDATE VT SET FILENAME = '  /a b.wav '");
+  Open(2);
+  EXPECT_EQ(editor.FileVoiceTrack, "/a b.wav");
+}
+
+// Of 8 s, which brings the title after in half a second ahead of its end.
+TEST_F(VoiceTrackPlace, ACutTrackMovesThePlanOfWhatFollows) {
+  Load(8000);
+  const double before = on.station.PL.Row(2).plannedMs.value_or(0);
+  VoiceTracks::CheckCut_Click(editor, true);
+  VoiceTracks::PointSortie_Change(editor, 500);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  EXPECT_EQ(on.station.PL.Row(3).plannedMs.value_or(0) - before, 7500);
+}
+
+// At 12:00 the first title begins, at 12:02:55 the last, which takes 200 s.
+TEST_F(VoiceTrackPlace, BehindTheLastTitleTheTrackIsPlannedForTheTitlesEnd) {
+  on.station.PL.Row(2).plannedMs = (12 * 3600 + 175) * 1000.0;
+  Open(2);
+  EXPECT_EQ(editor.Diffusion, "Broadcasting at 12 h 06 ' 15");
+}
+
 TEST_F(VoiceTrackPlace, ANewRowGoesBehindTheElementBeforeWhereverThatIsNow) {
   Load(8000);
   OnAir::PL_DragDrop(on.station, 2, 1);

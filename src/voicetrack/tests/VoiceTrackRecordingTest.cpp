@@ -21,6 +21,7 @@ TEST_F(VoiceTrack, OpensOnARowWithItsNeighboursAndARecordOfItsOwn) {
   EXPECT_EQ(editor.Diffusion, "Broadcasting at " + Cell(2, Col::kPlanned));
   EXPECT_EQ(editor.LblCodeVT, 1);
   EXPECT_EQ(editor.FileVoiceTrack, "");
+  EXPECT_EQ(editor.LblPS, "0.0");
   EXPECT_FALSE(editor.CheckTestEnabled);
   EXPECT_FALSE(editor.BtnPlay1Enabled);
   EXPECT_EQ(on.SqlText("SELECT CUT + START + DUREE + POINTSORTIE FROM VT WHERE CODE = 1"), "0");
@@ -104,6 +105,36 @@ TEST_F(VoiceTrack, ARecordingFromTheVeryBeginningGoesToTheExit) {
   Wait(2000);
   VoiceTracks::BtnRecord_Click(on.station, editor);
   EXPECT_EQ(editor.LblPositionVT, 175000 - 2420);
+}
+
+TEST_F(VoiceTrack, ARecordingBegunTheReactionBehindTheBeginStandsAtTheBegin) {
+  VoiceTracks::PlayJoinFrom(on.station, editor, 0);
+  Wait(2420);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_EQ(editor.LblPositionVT, 0);
+}
+
+// The microphone would hear it.
+TEST_F(VoiceTrack, ANewRecordingTakesTheFormerTrackOutOfTheJoin) {
+  Load(8000);
+  VoiceTracks::LblPositionVT_Change(editor, 170000);
+  VoiceTracks::CheckTest_Click(on.station, editor, true);
+  Wait(1500);
+  ASSERT_EQ(editor.PoVT, "00:01");
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  EXPECT_FALSE(editor.CheckTest);
+  const test::Seen last = on.Events("preview").back();
+  EXPECT_EQ(last["state"] + " " + last["slot"], "end 2");
+}
+
+TEST_F(VoiceTrack, AnotherFileTakesTheFormerTrackOutOfTheJoin) {
+  Load(8000);
+  VoiceTracks::LblPositionVT_Change(editor, 170000);
+  VoiceTracks::CheckTest_Click(on.station, editor, true);
+  Wait(1000);
+  Load(4000, "other.wav");
+  const test::Seen last = on.Events("preview").back();
+  EXPECT_EQ(last["state"] + " " + last["slot"], "end 2");
 }
 
 TEST_F(VoiceTrack, AnInputThatRefusesCostsNoWordThatWasSpokenBefore) {
@@ -235,6 +266,16 @@ TEST_F(VoiceTrack, AnotherFileEndsTheOneThatIsHeard) {
   EXPECT_FALSE(editor.BtnStopEnabled);
 }
 
+TEST_F(VoiceTrack, AnotherOutputChosenIsThatOfTheNextPlaying) {
+  Load(4000);
+  VoiceTracks::BtnPlay1_Click(on.station, editor);
+  Wait(1000);
+  editor.VoiceTrackOututID = 3;
+  VoiceTracks::BtnPlay1_Click(on.station, editor);
+  EXPECT_EQ(on.prelisten.Device(), 3);
+  EXPECT_EQ(on.prelisten.PositionMs(), 0);
+}
+
 TEST_F(VoiceTrack, AnOutputThatRefusesIsTold) {
   Load(4000);
   editor.VoiceTrackOututID = 7;
@@ -269,9 +310,11 @@ TEST_F(VoiceTrack, AProgramThatTheMachineHasNotIsTold) {
 // Writes a word in place of the sound.
 struct WordTool : LevelTool {
   double lufs = 0, peakDb = 0;
+  bool silent = false;  // there is nothing to be heard
   bool BringTo(const Level& level, const std::string& path, Folder& folder,
                const std::string& name) override {
     if (fails) throw SoundError(path + ": is damaged");
+    if (silent) return false;
     lufs = level.loudnessLufs;
     peakDb = level.mostTruePeakDb;
     folder.Write(name, "louder than " + path);
@@ -280,7 +323,9 @@ struct WordTool : LevelTool {
   }
   void Copy(Folder& folder, const std::string& from, const std::string& to) override {
     folder.Write(to, folder.Read(from).value());
+    if (copied) copied();
   }
+  std::function<void()> copied;     // in the yields of the copy
   std::function<void()> meanwhile;  // in the yields of the change
   bool fails = false;
 };
@@ -288,6 +333,12 @@ struct WordTool : LevelTool {
 struct VoiceTrackLevel : VoiceTrackFixture {
   WordTool tool;
   zemo::Folder& Tracks() { return on.stationFolder.Subfolder("VoiceTrack"); }
+  void Record() {
+    VoiceTracks::BtnRecord_Click(on.station, editor);
+    Wait(1000);
+    VoiceTracks::BtnStop_Click(on.station, editor);
+  }
+  using Names = std::vector<std::string>;
   void SetUp() override {
     VoiceTrackFixture::SetUp();
     on.station.platform.levelTool = &tool;
@@ -312,6 +363,50 @@ TEST_F(VoiceTrackLevel, TheRecordingIsBroughtToTheLevelAndItsFormerFormComesBack
   EXPECT_EQ(Tracks().Read("00000001.Wav"), recorded);
   EXPECT_FALSE(Tracks().Exists("Untouched-00000001.Wav"));
   EXPECT_FALSE(editor.BtnUndoNormalizeEnabled);
+}
+
+TEST_F(VoiceTrackLevel, ATrackThatIsRecordedAnewHasNoFormerForm) {
+  Record();
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  Record();
+  EXPECT_FALSE(editor.BtnUndoNormalizeEnabled);
+  EXPECT_EQ(Tracks().Names(), Names{"00000001.Wav"});
+}
+
+TEST_F(VoiceTrackLevel, AnotherFileChosenHasNoFormerForm) {
+  Record();
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  const std::string chosen = Load(4000);
+  EXPECT_FALSE(editor.BtnUndoNormalizeEnabled);
+  EXPECT_EQ(Tracks().Names(), Names{"00000001.Wav"});
+  VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+  EXPECT_EQ(editor.FileVoiceTrack, chosen);
+}
+
+TEST_F(VoiceTrackLevel, AFormerFormThatCameBackIsToBeStored) {
+  Record();
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  ASSERT_FALSE(VoiceTracks::IsUnsaved(editor));
+  VoiceTracks::BtnUndoNormalize_Click(on.station, editor);
+  EXPECT_TRUE(VoiceTracks::IsUnsaved(editor));
+}
+
+TEST_F(VoiceTrackLevel, WhereNothingIsToBeHeardThatIsToldAndTheTrackStays) {
+  Record();
+  tool.silent = true;
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_EQ(LastMessage(), "Ce fichier ne contient pas de son");
+  EXPECT_FALSE(editor.BtnUndoNormalizeEnabled);
+  EXPECT_EQ(Tracks().Names(), Names{"00000001.Wav"});
+}
+
+TEST_F(VoiceTrackLevel, AnEditorThatIsClosedWhileItsTrackIsCopiedLeavesNoCopy) {
+  Record();
+  tool.copied = [this] { VoiceTracks::Form_Unload(on.station, editor); };
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_FALSE(editor.open);
+  EXPECT_EQ(Tracks().Names(), Names{"00000001.Wav"});
 }
 
 TEST_F(VoiceTrackLevel, AChosenFileStaysAsItIsAndTheTrackBecomesAFileOfItsOwn) {

@@ -45,6 +45,13 @@ TEST_F(VoiceTrackSitting, AJoinWithATrackIsDoneAndAChangedOneIsMarked) {
   EXPECT_EQ(Joins(), (Lines{"> ADA  SONG | CY  AIR !"}));
 }
 
+// Who speaks behind it opens it by hand.
+TEST_F(VoiceTrackSitting, BehindAJingleThereIsNoJoin) {
+  AddThird();
+  on.station.PL.Insert(2, {.code = Element::kJingle, .title = "JINGLE", .file = "/jingle.wav"});
+  EXPECT_EQ(Joins(), (Lines{"> ADA  SONG | JINGLE  ", "BOB  TUNE | CY  AIR"}));
+}
+
 // A second track would go there.
 TEST_F(VoiceTrackSitting, ThePlaceAheadOfATrackIsAJoinOnlyWhileItIsOpen) {
   Load(8000);
@@ -90,7 +97,9 @@ TEST_F(VoiceTrackSitting, WhereTheOpenElementIsGoneTheNextKeyOpensTheFirstJoin) 
 }
 
 TEST_F(VoiceTrackSitting, WhatWasStoredIsUnsavedAgainByAnyChange) {
+  VoiceTracks::CheckCut_Click(editor, true);
   EXPECT_FALSE(VoiceTracks::IsUnsaved(editor));  // there is no track yet
+  VoiceTracks::CheckCut_Click(editor, false);
   Load(8000);
   const auto saved = [&] {
     VoiceTracks::BtnSave_Click(on.station, editor);
@@ -203,6 +212,15 @@ TEST_F(VoiceTrackSitting, ACutJoinFromInsideTheTrackGoesOnToTheElementAfter) {
   EXPECT_EQ(on.Events("preview")[1]["slot"], "1");
 }
 
+// The element before has faded at 176.6 s.
+TEST_F(VoiceTrackSitting, WhatIsHeardOfACutJoinGoesOnWithTheTrack) {
+  Load(8000);
+  VoiceTracks::CheckCut_Click(editor, true);
+  VoiceTracks::CheckTest_Click(on.station, editor, true);
+  Wait(9000);
+  EXPECT_NEAR(VoiceTracks::HeardAtMs(on.station, editor).value_or(0), 179000, 60);
+}
+
 // The first take begins 3 s after the join did, which is at 173 s.
 TEST_F(VoiceTrackSitting, OneMoreTakeBeginsWhereTheFirstOneBeganInTheJoin) {
   VoiceTracks::BtnPplay2_Click(on.station, editor);
@@ -266,6 +284,29 @@ TEST_F(VoiceTrackSitting, ARetakeWhoseInputRefusesIsLoggedAndGivenUp) {
   EXPECT_FALSE(on.recorder.Recording()) << "nobody asked for it any more";
 }
 
+// It is not heard behind the exit point alone.
+TEST_F(VoiceTrackSitting, OneMoreTakeOfOneThatBeganBehindTheExitIsHeardFromAheadOfTheExit) {
+  VoiceTracks::BtnPplay2_Click(on.station, editor);
+  Wait(7000);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  editor.CheckTest = true;
+  VoiceTracks::BtnReprise_Click(on.station, editor);
+  EXPECT_FALSE(editor.CheckTest);
+  EXPECT_EQ(VoiceTracks::HeardAtMs(on.station, editor), 170000);
+}
+
+TEST_F(VoiceTrackSitting, OneMoreTakeOfOneFromTheVeryBeginIsHeardToo) {
+  VoiceTracks::PlayJoinFrom(on.station, editor, 0);
+  VoiceTracks::BtnRecord_Click(on.station, editor);
+  Wait(1000);
+  VoiceTracks::BtnReprise_Click(on.station, editor);
+  EXPECT_FALSE(on.recorder.Recording());
+  EXPECT_EQ(VoiceTracks::HeardAtMs(on.station, editor), 0);
+  Wait(100);
+  EXPECT_TRUE(on.recorder.Recording());
+}
+
 TEST_F(VoiceTrackSitting, WithoutAJoinOneMoreTakeBeginsAtOnce) {
   VoiceTracks::BtnRecord_Click(on.station, editor);
   Wait(4000);
@@ -310,6 +351,8 @@ TEST(JoinPlan, ATrackThatIsAnElementOfItsOwnStandsBetweenTheOthers) {
   EXPECT_EQ(plan.afterFromMs, 63500);
   EXPECT_EQ(plan.introToMs, 70500);
   EXPECT_FALSE(plan.ducks);
+  editor.PointSortie = 99000;  // more than there is of it
+  EXPECT_EQ(PlanOf(editor, 9000).afterFromMs, 56000);
 }
 
 TEST(JoinPlan, APlaceThatNoElementHasCannotOverflow) {

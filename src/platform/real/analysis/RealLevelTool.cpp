@@ -5,20 +5,42 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 #include <new>
 #include <optional>
+#include <string_view>
+#include <system_error>
 #include <vector>
 
+#include "platform/FileInParts.h"
 #include "platform/Folder.h"
 #include "platform/WavHeader.h"
+#include "platform/real/files/WholeFiles.h"
 #include "platform/sound/SampleFormat.h"
 
 namespace zemo {
 
 namespace {
 
-constexpr int kLevelBlockFrames = 4096;
+constexpr int kLevelBlockFrames = 16384;
+constexpr size_t kCopiedBytes = size_t{1} << 20;        // at a time
 constexpr int64_t kGatedFrames = kSampleRate * 4 / 10;  // of the measure's blocks
+
+using FloatBlock = std::array<float, size_t{kChannels} * kLevelBlockFrames>;
+
+// Goes through the whole sound, which may be of hours; gives its frames.
+template <typename Take>
+int64_t ForEachBlock(SoundSource& source, Take take) {
+  FloatBlock block{};
+  int64_t all = 0;
+  for (int frames = source.Read(block.data(), kLevelBlockFrames); frames > 0;
+       frames = source.Read(block.data(), kLevelBlockFrames)) {
+    take(block, frames);
+    all += frames;
+  }
+  return all;
+}
 
 struct R128State {
   void operator()(ebur128_state* state) const { ebur128_destroy(&state); }
@@ -27,6 +49,7 @@ using R128Meter = std::unique_ptr<ebur128_state, R128State>;
 
 struct Loudness {
   double lufs = 0, truePeakDb = 0;
+  int64_t frames = 0;
 };
 
 void AddFrames(const R128Meter& meter, const float* stereo, int64_t frames) {
@@ -34,18 +57,14 @@ void AddFrames(const R128Meter& meter, const float* stereo, int64_t frames) {
     throw std::bad_alloc();
 }
 
-// A sound that is shorter than a block of the measure has silence behind it.
-void AddWhole(const R128Meter& meter, SoundSource& source) {
-  std::vector<float> block(size_t{kChannels} * kLevelBlockFrames);
-  int64_t added = 0;
-  for (int frames = source.Read(block.data(), kLevelBlockFrames); frames > 0;
-       frames = source.Read(block.data(), kLevelBlockFrames)) {
-    AddFrames(meter, block.data(), frames);
-    added += frames;
-  }
-  if (added == 0 || added >= kGatedFrames) return;
-  block.assign(static_cast<size_t>(kChannels * (kGatedFrames - added)), 0);
-  AddFrames(meter, block.data(), kGatedFrames - added);
+// A sound that is shorter than a block of the measure has silence behind it. Gives its frames.
+int64_t AddWhole(const R128Meter& meter, SoundSource& source) {
+  const int64_t frames = ForEachBlock(
+      source, [&](const FloatBlock& block, int count) { AddFrames(meter, block.data(), count); });
+  if (frames == 0 || frames >= kGatedFrames) return frames;
+  const std::vector<float> silence(static_cast<size_t>(kChannels * (kGatedFrames - frames)));
+  AddFrames(meter, silence.data(), kGatedFrames - frames);
+  return frames;
 }
 
 // nullopt: nothing in it reaches -70 LUFS.
@@ -53,8 +72,8 @@ std::optional<Loudness> LoudnessOf(SoundSource& source) {
   const R128Meter meter(
       ebur128_init(kChannels, kSampleRate, EBUR128_MODE_I | EBUR128_MODE_TRUE_PEAK));
   if (!meter) throw std::bad_alloc();
-  AddWhole(meter, source);
   Loudness loudness;
+  loudness.frames = AddWhole(meter, source);
   ebur128_loudness_global(meter.get(), &loudness.lufs);
   if (!std::isfinite(loudness.lufs)) return std::nullopt;
   double highest = 0;
@@ -67,44 +86,59 @@ std::optional<Loudness> LoudnessOf(SoundSource& source) {
   return loudness;
 }
 
-// The samples of the whole file, the least byte first.
-std::string SamplesAt(double gain, SoundSource& source) {
-  std::array<float, size_t{kChannels} * kLevelBlockFrames> block{};
+// The block's samples, the least byte first.
+std::string SamplesAt(double gain, FloatBlock& block, int frames) {
   std::array<int16_t, size_t{kChannels} * kLevelBlockFrames> whole{};
+  const int count = frames * kChannels;
+  std::transform(block.begin(), block.begin() + count, block.begin(),
+                 [gain](float sample) { return static_cast<float>(sample * gain); });
+  FloatToInt16(block.data(), whole.data(), count);
   std::string bytes;
-  for (int frames = source.Read(block.data(), kLevelBlockFrames); frames > 0;
-       frames = source.Read(block.data(), kLevelBlockFrames)) {
-    const int count = frames * kChannels;
-    std::transform(block.begin(), block.begin() + count, block.begin(),
-                   [gain](float sample) { return static_cast<float>(sample * gain); });
-    FloatToInt16(block.data(), whole.data(), count);
-    for (int i = 0; i < count; ++i) {
-      const auto sample = static_cast<uint16_t>(whole[static_cast<size_t>(i)]);
-      bytes += static_cast<char>(sample & 0xFF);
-      bytes += static_cast<char>(sample >> 8);
-    }
+  bytes.reserve(static_cast<size_t>(count) * kWavSampleBytes);
+  for (int i = 0; i < count; ++i) {
+    const auto sample = static_cast<uint16_t>(whole[static_cast<size_t>(i)]);
+    bytes += static_cast<char>(sample & 0xFF);
+    bytes += static_cast<char>(sample >> 8);
   }
   return bytes;
 }
 
+std::unique_ptr<FileInParts> OpenIn(const Folder& folder, const std::string& name) {
+  std::error_code failed;  // the file's own opening tells
+  std::filesystem::create_directories(folder.Path(), failed);
+  return ReplaceFileInParts(folder.PathOf(name));
+}
+
 }  // namespace
 
+// The header has the number of frames, so that they are counted ahead of the writing.
 bool RealLevelTool::BringTo(const Level& level, const std::string& path, Folder& folder,
                             const std::string& name) {
   const auto loudness = LoudnessOf(*opener_->Open(path));
   if (!loudness) return false;
   const double gainDb =
       std::min(level.loudnessLufs - loudness->lufs, level.mostTruePeakDb - loudness->truePeakDb);
-  const std::string samples = SamplesAt(std::pow(10, gainDb / 20), *opener_->Open(path));
-  const auto frames = static_cast<int64_t>(samples.size() / (kWavSampleBytes * kChannels));
-  folder.Write(name, WavHeader(kChannels, frames) + samples);
+  const double gain = std::pow(10, gainDb / 20);
+  const auto file = OpenIn(folder, name);
+  file->Append(WavHeader(kChannels, loudness->frames));
+  const int64_t written = ForEachBlock(*opener_->Open(path), [&](FloatBlock& block, int count) {
+    file->Append(SamplesAt(gain, block, count));
+  });
+  if (written != loudness->frames) throw SoundError(path + ": changed while it was read");
+  file->Finish();
   return true;
 }
 
 void RealLevelTool::Copy(Folder& folder, const std::string& from, const std::string& to) {
-  const auto bytes = folder.Read(from);
-  if (!bytes) throw FileError(folder.PathOf(from) + ": is not there");
-  folder.Write(to, *bytes);
+  const std::string path = folder.PathOf(from);
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw FileError(path + ": is not there");
+  const auto copy = OpenIn(folder, to);
+  std::string part(kCopiedBytes, '\0');
+  while (file.read(part.data(), static_cast<std::streamsize>(part.size())) || file.gcount() > 0)
+    copy->Append(std::string_view(part).substr(0, static_cast<size_t>(file.gcount())));
+  if (file.bad()) throw FileError(path + ": cannot be read");
+  copy->Finish();
 }
 
 }  // namespace zemo

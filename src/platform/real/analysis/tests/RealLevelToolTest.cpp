@@ -11,6 +11,7 @@
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/decoders/tests/TestSounds.h"
 #include "platform/real/files/LocalFolder.h"
+#include "platform/real/files/WholeFiles.h"
 
 namespace zemo {
 namespace {
@@ -83,6 +84,24 @@ TEST_F(LevelToolTest, TheLouderChannelsTruePeakIsHeld) {
   WriteSound(files.Path("side.wav"), kWavFormat, {44100, {0.0, 1000.0}, 0.1, 220'500});
   ASSERT_TRUE(tool.BringTo({5, -1}, files.Path("side.wav"), folder, "a.wav"));
   EXPECT_NEAR(Peak(), -1, 0.1);
+}
+
+// Of hours of sound the samples do not fit beside what is on air.
+TEST_F(LevelToolTest, NoSoundIsHeldWhole) {
+  struct InParts : LocalFolder {
+    using LocalFolder::LocalFolder;
+    void Write(std::string_view, std::string_view) override { throw FileError("written whole"); }
+    std::optional<std::string> Read(std::string_view) const override {
+      throw FileError("read whole");
+    }
+  } parts{files.Path("made later")};
+  ASSERT_TRUE(tool.BringTo({-18, -1}, Tone(0.01), parts, "a.wav"));
+  tool.Copy(parts, "a.wav", "b.wav");
+  EXPECT_EQ(ReadWholeFile(parts.PathOf("b.wav")), ReadWholeFile(parts.PathOf("a.wav")));
+  EXPECT_EQ(parts.SizeBytes("b.wav"), 44 + 220'500 * 4);
+  EXPECT_EQ(parts.Names(), (std::vector<std::string>{"a.wav", "b.wav"}));
+  EXPECT_THROW(tool.Copy(parts, "none.wav", "b.wav"), FileError);
+  EXPECT_EQ(parts.SizeBytes("b.wav"), 44 + 220'500 * 4);
 }
 
 TEST_F(LevelToolTest, SilenceIsNotWritten) {
