@@ -56,10 +56,11 @@ class SharedTexts {
 // texts whatever is packed meanwhile. Thread: the logic's.
 class CardTexts {
  public:
-  // Columns of the query whose rows Pack takes.
-  static std::string Columns();
+  // Columns of the query whose rows Pack takes, with the hours of one weekday (1 Monday to 7) or,
+  // 0, of all.
+  static std::string Columns(int weekday = 0);
   // `before` is the same card as it was packed here last, whose texts serve again; null: none.
-  PackedCard Pack(const RowView& row, const PackedCard* before = nullptr);
+  PackedCard Pack(const RowView& row, const PackedCard* before = nullptr, int weekday = 0);
 
   struct Artist {
     std::string spelling;  // as stored
@@ -97,7 +98,7 @@ class CardTexts {
   uint32_t ArtistNumber(std::string_view spelling, int32_t code);
   uint32_t GenreNumber(std::string_view text, bool isText);
   uint32_t DaysNumber(std::string_view first, std::string_view last);
-  uint32_t HoursNumber(const RowView& row);
+  uint32_t HoursNumber(const RowView& row, int weekday);
   void KeepTexts(PackedCard& card, std::string_view title, std::string_view file,
                  const PackedCard* before);
 

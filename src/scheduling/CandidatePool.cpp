@@ -200,10 +200,12 @@ class ArtistTests {
 CandidateCards::CandidateCards(Station& station, const CardsWanted& wanted, Order order)
     : weekday_(static_cast<size_t>(CurrentWeekday(station.Now()) - 1)) {
   const std::optional<CardSet> known = IsQuery(wanted) ? CardsNow(station) : std::nullopt;
-  if (known)
+  if (known) {
     TakeKnown(*known, wanted);
-  else
+    station.platform.loop.Yield();  // they stay as they are, whatever is written meanwhile
+  } else {
     Ask(station, QueryOf(wanted));
+  }
   Sort(order);
 }
 
@@ -228,14 +230,15 @@ void CandidateCards::TakeKnown(const CardSet& known, const CardsWanted& wanted) 
 void CandidateCards::Ask(Station& station, const BoundQuery& condition) {
   const auto texts = std::make_shared<CardTexts>();
   std::shared_ptr<CardChunk> chunk;
+  const auto weekday = static_cast<int>(weekday_) + 1;
   const std::string query =
-      "Select " + CardTexts::Columns() + " From Discotheque Where +" + condition.text;
+      "Select " + CardTexts::Columns(weekday) + " From Discotheque Where +" + condition.text;
   station.base.Db().ReadRows(query, condition.values, [&](const RowView& row) {
     if (!chunk || chunk->size() == kQueryChunkCards) {
       chunk = std::make_shared<CardChunk>();
       chunks_.push_back(chunk);
     }
-    chunk->push_back(texts->Pack(row));
+    chunk->push_back(texts->Pack(row, nullptr, weekday));
   });
   texts_ = texts;
   for (const auto& read : chunks_)

@@ -6,7 +6,6 @@
 // both give the same cards in the same order. Texts are made only of what is taken.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -48,7 +47,7 @@ class CandidateCards {
     kPassesThenLastdiff,  // the most passes a day first, then as above
   };
 
-  // Equal keys come by CODE. Throws StoreError.
+  // Equal keys come by CODE. The first one yields. Throw StoreError.
   CandidateCards(Station& station, const CardsWanted& wanted, Order order);
   // Of the base, by a query behind "Where ", without its order.
   CandidateCards(Station& station, const BoundQuery& condition, Order order);
@@ -77,13 +76,6 @@ class CandidateCards {
   void Fetch(int card) const {
     __builtin_prefetch(&At(card));
     __builtin_prefetch(&At(card).broadcasts);
-  }
-  // The same of the titles of cards that are walked through in this order.
-  void FetchTexts(const std::vector<int>& walk, size_t at) const {
-    constexpr size_t kTextsAhead = 8;
-    const size_t last = walk.size() - 1;
-    Fetch(walk[std::min(at + 2 * kTextsAhead, last)]);
-    __builtin_prefetch(At(walk[std::min(at + kTextsAhead, last)]).texts);
   }
   // Its broadcasts' texts stand in `room`, the others here.
   using DiffusionTexts = std::array<DiffusionText, kDiffusions>;
