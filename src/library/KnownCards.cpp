@@ -113,6 +113,7 @@ void KnownCards::ReadOn(Database& db) {
   const bool last = static_cast<int>(slice->size()) < sliceRows_;
   lastCode_ = lastCode;
   TakeSlice(std::move(slice), last);
+  texts_->OrderArtists();  // a request would have to
   if (!last) return;
   whole_ = true;
   odd_ = 0;

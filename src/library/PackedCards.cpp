@@ -189,22 +189,35 @@ void CardTexts::KeepTexts(PackedCard& card, std::string_view title, std::string_
   card.texts = begin;
 }
 
-// New artists are sorted among themselves and come to their places in one walk.
-uint32_t CardTexts::ArtistRank(uint32_t number) const {
-  if (artistRanks_.size() == artists_.size()) return artistRanks_[number];
+// The new ones are sorted among themselves, and come to their places from the last one on.
+void CardTexts::OrderArtists() const {
   const auto before = [this](uint32_t a, uint32_t b) {
     return artists_[a].capitals < artists_[b].capitals;
   };
-  const auto known = static_cast<std::ptrdiff_t>(artistOrder_.size());
-  for (auto fresh = static_cast<uint32_t>(known); fresh < artists_.size(); ++fresh)
-    artistOrder_.push_back(fresh);
-  std::sort(artistOrder_.begin() + known, artistOrder_.end(), before);
-  std::inplace_merge(artistOrder_.begin(), artistOrder_.begin() + known, artistOrder_.end(),
-                     before);
+  std::vector<uint32_t> fresh;
+  for (size_t artist = artistOrder_.size(); artist < artists_.size(); ++artist)
+    fresh.push_back(static_cast<uint32_t>(artist));
+  std::sort(fresh.begin(), fresh.end(), before);
+  auto known = static_cast<std::ptrdiff_t>(artistOrder_.size());
+  artistOrder_.resize(artists_.size());
+  const auto order = artistOrder_.begin();
+  auto end = artistOrder_.end();
+  for (; !fresh.empty(); fresh.pop_back()) {
+    const auto place = std::upper_bound(order, order + known, fresh.back(), before);
+    end = std::move_backward(place, order + known, end);
+    *--end = fresh.back();
+    known = place - order;
+  }
+}
+
+uint32_t CardTexts::ArtistRank(uint32_t number) const {
+  if (artistRanks_.size() == artists_.size()) return artistRanks_[number];
+  OrderArtists();
   artistRanks_.resize(artists_.size());
   uint32_t rank = 0;
   for (size_t place = 0; place < artistOrder_.size(); ++place) {
-    if (place > 0 && before(artistOrder_[place - 1], artistOrder_[place])) ++rank;
+    const Artist& artist = artists_[artistOrder_[place]];
+    if (place > 0 && artists_[artistOrder_[place - 1]].capitals != artist.capitals) ++rank;
     artistRanks_[artistOrder_[place]] = rank;
   }
   return artistRanks_[number];

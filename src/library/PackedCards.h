@@ -80,6 +80,8 @@ class CardTexts {
   const Artist& ArtistAt(uint32_t number) const { return artists_[number]; }
   // Place of the artist among all artists by their capitals; equal for equal capitals.
   uint32_t ArtistRank(uint32_t number) const;
+  // Sorts the artists that came since the last time: a part of what the next ArtistRank has to do.
+  void OrderArtists() const;
   const Genre& GenreAt(uint32_t number) const { return genres_[number]; }
   const Days& DaysAt(uint32_t number) const { return days_[number]; }
   const Hours& HoursAt(uint32_t number) const { return hours_[number]; }
@@ -105,7 +107,7 @@ class CardTexts {
   std::deque<Artist> artists_;
   std::unordered_map<std::string_view, uint32_t> artistsByName_;
   std::unordered_map<int32_t, uint32_t> namelessByCode_;
-  mutable std::vector<uint32_t> artistOrder_;  // by capitals, as far as it was asked for
+  mutable std::vector<uint32_t> artistOrder_;  // by capitals, those of the last OrderArtists
   mutable std::vector<uint32_t> artistRanks_;
   std::vector<Genre> genres_;
   std::vector<Days> days_;

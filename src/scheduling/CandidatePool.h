@@ -86,9 +86,10 @@ class CandidateCards {
 
  private:
   const CardTexts::Artist& ArtistOf(int card) const { return texts_->ArtistAt(At(card).artist); }
-  void TakeKnown(const CardSet& known, const CardsWanted& wanted);
+  void TakeKnown(Station& station, const CardSet& known, const CardsWanted& wanted);
   void Ask(Station& station, const BoundQuery& condition);
-  void Sort(Order order);
+  template <typename Pause>
+  void Sort(Order order, Pause pause);  // pauses between its steps
 
   size_t weekday_;                                        // of today, Monday 0
   std::vector<std::shared_ptr<const CardChunk>> chunks_;  // what cards_ points into
