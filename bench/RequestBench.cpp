@@ -90,6 +90,9 @@ void Request(benchmark::State& state, bool skeleton, bool inMemory) {
   WatchedRequests watched(s);
   zemo::Station& station = watched.station;
   int rows = 0;
+  int16_t first = 30;
+  RequestMusic(station, first);  // which reads the report's bound once for all
+  watched.longestMs = 0;
   for (auto _ : state) {
     state.PauseTiming();
     station.PL.Clear();

@@ -39,26 +39,17 @@ void KnownCards::Look(Database& db) {
   if (!notes_) {
     notes_ = db.NoteRows(kCardTable);
     StartOver(db);
-  } else if (notes_->All() || db.ForeignCounter() != foreign_ || IsAsStored(db) != asStored_) {
+  } else if (notes_->All() || db.ForeignCounter() != foreign_) {
     StartOver(db);
-  }
-}
-
-// Of a locked base: as it was last seen.
-bool KnownCards::IsAsStored(Database& db) const {
-  try {
-    return db.IsReadAsStored(kCardTable);
-  } catch (const StoreError& error) {
-    if (!error.MayPass()) throw;
-    return asStored_;
   }
 }
 
 // Texts that nobody names any more go with the pass, once they are as many as the others.
 void KnownCards::StartOver(Database& db) {
   const bool texts = textsAtFirst_ > 0 && texts_->Bytes() > 2 * textsAtFirst_ + kTextsToSpare;
-  foreign_ = db.ForeignCounter();
+  const int64_t foreign = db.ForeignCounter();
   asStored_ = db.IsReadAsStored(kCardTable);
+  foreign_ = foreign;
   if (texts || !asStored_) {
     texts_ = std::make_shared<CardTexts>();
     textsAtFirst_ = 0;
@@ -113,6 +104,7 @@ void KnownCards::ReadOn(Database& db) {
   const bool last = static_cast<int>(slice->size()) < sliceRows_;
   lastCode_ = lastCode;
   TakeSlice(std::move(slice), last);
+  texts_->OrderArtists();  // a request would have to
   if (!last) return;
   whole_ = true;
   odd_ = 0;

@@ -7,6 +7,7 @@
 //   known.
 //                   The pass counts where the counter stands at its end as it stood at its begin;
 //   the structure   only a table that is read as it stands is kept; of any other nothing is known.
+//                   Who changes it counts as another program, or the store notes all rows.
 // Whoever is told that nothing is known asks the base. While another process has the file to
 // himself the counter cannot be read, and what was known is: he has not committed.
 #pragma once
@@ -41,7 +42,6 @@ class KnownCards {
 
  private:
   void Look(Database& db);
-  bool IsAsStored(Database& db) const;
   void StartOver(Database& db);
   void ReadOn(Database& db);
   void ReadAgain(Database& db, size_t most);

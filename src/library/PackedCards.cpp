@@ -31,8 +31,7 @@ enum CardColumn {
   kCardFile,
   kCardFirstDay,
   kCardLastDay,
-  kCardHours,
-  kCardBroadcasts = kCardHours + kHourMasks
+  kCardHours  // one mask or all of them, then the broadcasts
 };
 
 std::string_view CutText(const RowView& row, int column) {
@@ -64,16 +63,18 @@ uint32_t SharedTexts::Number(std::string_view text) {
   return number;
 }
 
-std::string CardTexts::Columns() {
+std::string CardTexts::Columns(int weekday) {
   std::string columns =
       "CODE, LASTDIFF, DUREE, NBPASSJOUR, ECARTMINUTES, ECARTJOURS, ECARTARTISTE, POINTSORTIE, "
       "INTRO, AUTEUR, TITRE, GENRE, VARIETE, FILENAME, MMJJDebut, MMJJFin";
-  for (int day = 1; day <= kHourMasks; ++day) columns += ", TRANCHE" + TwoDigits(day);
+  const auto hours = [&columns](int day) { columns += ", TRANCHE" + TwoDigits(day); };
+  if (weekday > 0) hours(weekday);
+  for (int day = 1; day <= kHourMasks && weekday == 0; ++day) hours(day);
   for (int last = 1; last <= kDiffusions; ++last) columns += ", DIFFUSION" + TwoDigits(last);
   return columns;
 }
 
-PackedCard CardTexts::Pack(const RowView& row, const PackedCard* before) {
+PackedCard CardTexts::Pack(const RowView& row, const PackedCard* before, int weekday) {
   PackedCard card{};
   const int64_t code = row.Int(kCardCode);
   card.code = static_cast<int32_t>(code);
@@ -93,15 +94,15 @@ PackedCard CardTexts::Pack(const RowView& row, const PackedCard* before) {
   card.odd = card.odd || row.Text(kCardGenre).size() > PackedCard::kMostBytes;
   card.variety = varieties_.Number(CutText(row, kCardVariety));
   card.days = DaysNumber(CutText(row, kCardFirstDay), CutText(row, kCardLastDay));
-  for (int day = 0; day < kHourMasks; ++day) {
+  const int masks = weekday > 0 ? 1 : kHourMasks;
+  for (int column = kCardHours; column < kCardHours + masks; ++column) {
     // Mere bytes are like no pattern or like the text that they spell, as SQLite was built.
-    const int column = kCardHours + day;
     const bool plain = row.IsText(column) || row.IsNull(column);
     card.odd = card.odd || !plain || row.Text(column).size() > PackedCard::kMostBytes;
   }
-  card.hours = HoursNumber(row);
+  card.hours = HoursNumber(row, weekday);
   for (int last = 0; last < kDiffusions; ++last) {
-    const std::string_view text = CutText(row, kCardBroadcasts + last);
+    const std::string_view text = CutText(row, kCardHours + masks + last);
     uint32_t& packed = card.broadcasts[static_cast<size_t>(last)];
     if (text.empty())
       packed = PackedCard::kNoBroadcast;
@@ -151,16 +152,19 @@ uint32_t CardTexts::DaysNumber(std::string_view first, std::string_view last) {
   return known->second;
 }
 
-uint32_t CardTexts::HoursNumber(const RowView& row) {
+// Of the other days of the week a card that was read with one day's hours has none.
+uint32_t CardTexts::HoursNumber(const RowView& row, int weekday) {
+  Hours masks;
+  if (weekday > 0) masks[static_cast<size_t>(weekday - 1)] = CutText(row, kCardHours);
   key_.clear();
-  for (int day = 0; day < kHourMasks; ++day) AddToKey(key_, CutText(row, kCardHours + day));
+  for (int day = 0; day < kHourMasks && weekday == 0; ++day)
+    AddToKey(key_, CutText(row, kCardHours + day));
+  if (weekday > 0) key_ = masks[static_cast<size_t>(weekday - 1)];
   const auto [known, fresh] = hoursNumbers_.try_emplace(key_, static_cast<uint32_t>(hours_.size()));
-  if (fresh) {
-    Hours masks;
-    for (int day = 0; day < kHourMasks; ++day)
-      masks[static_cast<size_t>(day)] = CutText(row, kCardHours + day);
-    hours_.push_back(std::move(masks));
-  }
+  if (!fresh) return known->second;
+  for (int day = 0; day < kHourMasks && weekday == 0; ++day)
+    masks[static_cast<size_t>(day)] = CutText(row, kCardHours + day);
+  hours_.push_back(std::move(masks));
   return known->second;
 }
 
@@ -185,22 +189,35 @@ void CardTexts::KeepTexts(PackedCard& card, std::string_view title, std::string_
   card.texts = begin;
 }
 
-// New artists are sorted among themselves and come to their places in one walk.
-uint32_t CardTexts::ArtistRank(uint32_t number) const {
-  if (artistRanks_.size() == artists_.size()) return artistRanks_[number];
+// The new ones are sorted among themselves, and come to their places from the last one on.
+void CardTexts::OrderArtists() const {
   const auto before = [this](uint32_t a, uint32_t b) {
     return artists_[a].capitals < artists_[b].capitals;
   };
-  const auto known = static_cast<std::ptrdiff_t>(artistOrder_.size());
-  for (auto fresh = static_cast<uint32_t>(known); fresh < artists_.size(); ++fresh)
-    artistOrder_.push_back(fresh);
-  std::sort(artistOrder_.begin() + known, artistOrder_.end(), before);
-  std::inplace_merge(artistOrder_.begin(), artistOrder_.begin() + known, artistOrder_.end(),
-                     before);
+  std::vector<uint32_t> fresh;
+  for (size_t artist = artistOrder_.size(); artist < artists_.size(); ++artist)
+    fresh.push_back(static_cast<uint32_t>(artist));
+  std::sort(fresh.begin(), fresh.end(), before);
+  auto known = static_cast<std::ptrdiff_t>(artistOrder_.size());
+  artistOrder_.resize(artists_.size());
+  const auto order = artistOrder_.begin();
+  auto end = artistOrder_.end();
+  for (; !fresh.empty(); fresh.pop_back()) {
+    const auto place = std::upper_bound(order, order + known, fresh.back(), before);
+    end = std::move_backward(place, order + known, end);
+    *--end = fresh.back();
+    known = place - order;
+  }
+}
+
+uint32_t CardTexts::ArtistRank(uint32_t number) const {
+  if (artistRanks_.size() == artists_.size()) return artistRanks_[number];
+  OrderArtists();
   artistRanks_.resize(artists_.size());
   uint32_t rank = 0;
   for (size_t place = 0; place < artistOrder_.size(); ++place) {
-    if (place > 0 && before(artistOrder_[place - 1], artistOrder_[place])) ++rank;
+    const Artist& artist = artists_[artistOrder_[place]];
+    if (place > 0 && artists_[artistOrder_[place - 1]].capitals != artist.capitals) ++rank;
     artistRanks_[artistOrder_[place]] = rank;
   }
   return artistRanks_[number];

@@ -56,10 +56,11 @@ class SharedTexts {
 // texts whatever is packed meanwhile. Thread: the logic's.
 class CardTexts {
  public:
-  // Columns of the query whose rows Pack takes.
-  static std::string Columns();
+  // Columns of the query whose rows Pack takes, with the hours of one weekday (1 Monday to 7) or,
+  // 0, of all.
+  static std::string Columns(int weekday = 0);
   // `before` is the same card as it was packed here last, whose texts serve again; null: none.
-  PackedCard Pack(const RowView& row, const PackedCard* before = nullptr);
+  PackedCard Pack(const RowView& row, const PackedCard* before = nullptr, int weekday = 0);
 
   struct Artist {
     std::string spelling;  // as stored
@@ -79,6 +80,8 @@ class CardTexts {
   const Artist& ArtistAt(uint32_t number) const { return artists_[number]; }
   // Place of the artist among all artists by their capitals; equal for equal capitals.
   uint32_t ArtistRank(uint32_t number) const;
+  // Sorts the artists that came since the last time: a part of what the next ArtistRank has to do.
+  void OrderArtists() const;
   const Genre& GenreAt(uint32_t number) const { return genres_[number]; }
   const Days& DaysAt(uint32_t number) const { return days_[number]; }
   const Hours& HoursAt(uint32_t number) const { return hours_[number]; }
@@ -97,14 +100,14 @@ class CardTexts {
   uint32_t ArtistNumber(std::string_view spelling, int32_t code);
   uint32_t GenreNumber(std::string_view text, bool isText);
   uint32_t DaysNumber(std::string_view first, std::string_view last);
-  uint32_t HoursNumber(const RowView& row);
+  uint32_t HoursNumber(const RowView& row, int weekday);
   void KeepTexts(PackedCard& card, std::string_view title, std::string_view file,
                  const PackedCard* before);
 
   std::deque<Artist> artists_;
   std::unordered_map<std::string_view, uint32_t> artistsByName_;
   std::unordered_map<int32_t, uint32_t> namelessByCode_;
-  mutable std::vector<uint32_t> artistOrder_;  // by capitals, as far as it was asked for
+  mutable std::vector<uint32_t> artistOrder_;  // by capitals, those of the last OrderArtists
   mutable std::vector<uint32_t> artistRanks_;
   std::vector<Genre> genres_;
   std::vector<Days> days_;

@@ -23,6 +23,7 @@ namespace {
 constexpr int kRowsAYield = 256;  // some 50 microseconds; a yield takes a tenth of that
 constexpr size_t kRowsAhead = 8;  // whose numbers are fetched into the processor's memory
 constexpr int32_t kLastPlainDay = 1'000'000;  // of the calendar that begins with 1900
+constexpr size_t kChunksAYield = 32;          // of known cards
 constexpr size_t kPoolRowsShown = 1000;
 constexpr size_t kQueryChunkCards = 4096;
 
@@ -197,30 +198,50 @@ class ArtistTests {
 
 }  // namespace
 
+// Cards stand in order of CODE, which equal keys keep.
+template <typename Pause>
+void CandidateCards::Sort(Order order, Pause pause) {
+  Keyed<const PackedCard*> entries;
+  entries.reserve(cards_.size());
+  for (const PackedCard* card : cards_) entries.emplace_back(SortKey(card->lastdiff), card);
+  pause();
+  SortByKey(entries);
+  if (order == Order::kPassesThenLastdiff) {
+    pause();
+    for (auto& [key, card] : entries) key = ~SortKey(int64_t{card->passes});
+    SortByKey(entries);
+  }
+  for (size_t i = 0; i < entries.size(); ++i) cards_[i] = entries[i].second;
+}
+
 CandidateCards::CandidateCards(Station& station, const CardsWanted& wanted, Order order)
     : weekday_(static_cast<size_t>(CurrentWeekday(station.Now()) - 1)) {
   const std::optional<CardSet> known = IsQuery(wanted) ? CardsNow(station) : std::nullopt;
-  if (known)
-    TakeKnown(*known, wanted);
-  else
+  if (known) {
+    TakeKnown(station, *known, wanted);
+  } else {
     Ask(station, QueryOf(wanted));
-  Sort(order);
+  }
+  Sort(order, [&station] { station.platform.loop.Yield(); });
 }
 
 CandidateCards::CandidateCards(Station& station, const BoundQuery& condition, Order order)
     : weekday_(static_cast<size_t>(CurrentWeekday(station.Now()) - 1)) {
   Ask(station, condition);
-  Sort(order);
+  Sort(order, [] {});
 }
 
-void CandidateCards::TakeKnown(const CardSet& known, const CardsWanted& wanted) {
+// The cards stay as they are, whatever is written meanwhile.
+void CandidateCards::TakeKnown(Station& station, const CardSet& known, const CardsWanted& wanted) {
   chunks_ = known.chunks;
   texts_ = known.texts;
   const std::vector<char> genres = GenresAmong(*texts_, wanted.genres);
   const std::vector<char> hours = HoursThatAllow(*texts_, wanted.hour);
-  for (const auto& chunk : chunks_)
-    for (const PackedCard& card : *chunk)
+  for (size_t chunk = 0; chunk < chunks_.size(); ++chunk) {
+    if (chunk % kChunksAYield == kChunksAYield - 1) station.platform.loop.Yield();
+    for (const PackedCard& card : *chunks_[chunk])
       if (genres[card.genre] && hours[card.hours]) cards_.push_back(&card);
+  }
 }
 
 // Without an order and past the genre's index: for the greater part of a library one walk in the
@@ -228,31 +249,19 @@ void CandidateCards::TakeKnown(const CardSet& known, const CardsWanted& wanted) 
 void CandidateCards::Ask(Station& station, const BoundQuery& condition) {
   const auto texts = std::make_shared<CardTexts>();
   std::shared_ptr<CardChunk> chunk;
+  const auto weekday = static_cast<int>(weekday_) + 1;
   const std::string query =
-      "Select " + CardTexts::Columns() + " From Discotheque Where +" + condition.text;
+      "Select " + CardTexts::Columns(weekday) + " From Discotheque Where +" + condition.text;
   station.base.Db().ReadRows(query, condition.values, [&](const RowView& row) {
     if (!chunk || chunk->size() == kQueryChunkCards) {
       chunk = std::make_shared<CardChunk>();
       chunks_.push_back(chunk);
     }
-    chunk->push_back(texts->Pack(row));
+    chunk->push_back(texts->Pack(row, nullptr, weekday));
   });
   texts_ = texts;
   for (const auto& read : chunks_)
     for (const PackedCard& card : *read) cards_.push_back(&card);
-}
-
-// Cards stand in order of CODE, which equal keys keep.
-void CandidateCards::Sort(Order order) {
-  Keyed<const PackedCard*> entries;
-  entries.reserve(cards_.size());
-  for (const PackedCard* card : cards_) entries.emplace_back(SortKey(card->lastdiff), card);
-  SortByKey(entries);
-  if (order == Order::kPassesThenLastdiff) {
-    for (auto& [key, card] : entries) key = ~SortKey(int64_t{card->passes});
-    SortByKey(entries);
-  }
-  for (size_t i = 0; i < entries.size(); ++i) cards_[i] = entries[i].second;
 }
 
 CardRotation CandidateCards::Rotation(int card, DiffusionTexts& room) const {

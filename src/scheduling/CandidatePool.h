@@ -6,7 +6,6 @@
 // both give the same cards in the same order. Texts are made only of what is taken.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -48,7 +47,7 @@ class CandidateCards {
     kPassesThenLastdiff,  // the most passes a day first, then as above
   };
 
-  // Equal keys come by CODE. Throws StoreError.
+  // Equal keys come by CODE. The first one yields. Throw StoreError.
   CandidateCards(Station& station, const CardsWanted& wanted, Order order);
   // Of the base, by a query behind "Where ", without its order.
   CandidateCards(Station& station, const BoundQuery& condition, Order order);
@@ -78,13 +77,6 @@ class CandidateCards {
     __builtin_prefetch(&At(card));
     __builtin_prefetch(&At(card).broadcasts);
   }
-  // The same of the titles of cards that are walked through in this order.
-  void FetchTexts(const std::vector<int>& walk, size_t at) const {
-    constexpr size_t kTextsAhead = 8;
-    const size_t last = walk.size() - 1;
-    Fetch(walk[std::min(at + 2 * kTextsAhead, last)]);
-    __builtin_prefetch(At(walk[std::min(at + kTextsAhead, last)]).texts);
-  }
   // Its broadcasts' texts stand in `room`, the others here.
   using DiffusionTexts = std::array<DiffusionText, kDiffusions>;
   CardRotation Rotation(int card, DiffusionTexts& room) const;
@@ -94,9 +86,10 @@ class CandidateCards {
 
  private:
   const CardTexts::Artist& ArtistOf(int card) const { return texts_->ArtistAt(At(card).artist); }
-  void TakeKnown(const CardSet& known, const CardsWanted& wanted);
+  void TakeKnown(Station& station, const CardSet& known, const CardsWanted& wanted);
   void Ask(Station& station, const BoundQuery& condition);
-  void Sort(Order order);
+  template <typename Pause>
+  void Sort(Order order, Pause pause);  // pauses between its steps
 
   size_t weekday_;                                        // of today, Monday 0
   std::vector<std::shared_ptr<const CardChunk>> chunks_;  // what cards_ points into

@@ -21,7 +21,7 @@ constexpr int64_t kFruitlessRestMs = 10000;
 RequestFrame::RequestFrame(Station& station, const char* kind)
     : station_(station),
       kind_(kind),
-      refusedBefore_(station.requests.ListAutorisation.size()),
+      refusedBefore_(station.requests.ListAutorisation.Count()),
       beginMs_(station.platform.clock.MonotonicMs()),
       hold_(station) {
   station.requests.askAgainMs = -1;
@@ -39,11 +39,10 @@ RequestFrame::~RequestFrame() {
 }
 
 void RequestFrame::Tell() {
-  const std::vector<std::string>& lines = station_.requests.ListAutorisation;
-  const auto first = lines.begin() + static_cast<std::ptrdiff_t>(
-                                         lines.size() >= refusedBefore_ ? refusedBefore_ : 0);
-  seen_.refused = static_cast<int>(lines.end() - first);
-  seen_.refusals.assign(first, first + std::min(seen_.refused, kRefusalsKept));
+  const RefusedTitles& refused = station_.requests.ListAutorisation;
+  const size_t first = refused.Count() >= refusedBefore_ ? refusedBefore_ : 0;
+  seen_.refused = static_cast<int>(refused.Count() - first);
+  seen_.refusals = refused.Some(first, kRefusalsKept);
   seen_.minutes = station_.requests.MinutesRequete;
   // A base that kept the request from its work says nothing of what it holds.
   const bool fruitless = rowsAdded_ == 0 && station_.requests.askAgainMs < 0;
@@ -91,7 +90,7 @@ void RequestFrame::Leave(const char* message) {
 void PrepareRules(Station& station) {
   LoadRecentArtists(station);
   LoadNewestReportCode(station);
-  station.requests.ListAutorisation.clear();
+  station.requests.ListAutorisation.Clear();
   station.requests.DecalDiffCourant = static_cast<int16_t>(station.base.CnfInt(Cnf::kDecalDiff));
 }
 

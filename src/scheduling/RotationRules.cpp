@@ -207,7 +207,7 @@ bool CheckRotation(Station& station, const CardRotation& card, const RotationMom
     rested.restedMinutes = RestedMinutes(station, card);
     if (rested.restedMinutes) allowed = RotationAllows(rested, moment, decalDiff, line);
   }
-  if (!line.empty()) station.requests.ListAutorisation.push_back(std::move(line));
+  if (!line.empty()) station.requests.ListAutorisation.Add(std::move(line));
   return allowed;
 }
 

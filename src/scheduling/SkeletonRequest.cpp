@@ -29,7 +29,6 @@ constexpr int64_t kMostLayingMs = 4000;
 // A pass without a title leaves all titles in place, and of the runs only the origin looked at
 // last: the second one begins as every further one, and what it refuses they refuse as well.
 constexpr int kFruitlessPasses = 2;
-constexpr size_t kLinesAYield = 4096;  // a millisecond
 constexpr const char* kRefusalFolder = "refusrequette";
 
 enum class Origin { kNat, kInt, kOther };
@@ -179,33 +178,29 @@ std::vector<std::string> WithoutBlanks(std::vector<std::string> genres) {
 
 void CutDoubles(Station& station, const CandidateCards& cards, Pool& pool) {
   Pool cut;
+  station.platform.loop.Yield();
   CutArtistDoubles(cards, pool, &cut);
   const LocalDateTime now = station.Now();
   const std::string moment = DateText(now) + " " + TimeText(now) + " ";
-  // A line a card: of a large library nearly all of it.
-  std::vector<std::string>& lines = station.requests.ListAutorisation;
-  lines.reserve(lines.size() + cut.size());
-  constexpr std::string_view kWhy = " supprimé car doublon d'artiste";
-  for (size_t at = 0; at < cut.size(); ++at) {
-    if (at % kLinesAYield == 0) station.platform.loop.Yield();
-    cards.FetchTexts(cut, at);
-    const std::string_view genre = cards.Genre(cut[at]), artist = cards.ArtistCapitals(cut[at]),
-                           title = cards.Title(cut[at]);
-    std::string line;
-    line.reserve(moment.size() + genre.size() + artist.size() + title.size() + kWhy.size() + 2);
-    line.append(moment).append(genre).append("\t").append(artist).append("\t");
-    lines.push_back(std::move(line.append(title).append(kWhy)));
-  }
+  const size_t count = cut.size();
+  station.requests.ListAutorisation.AddLater(
+      count, [cards, moment, cut = std::move(cut)](size_t at) {
+        std::string line = moment;
+        line.append(cards.Genre(cut[at])).append("\t").append(cards.ArtistCapitals(cut[at]));
+        line.append("\t").append(cards.Title(cut[at])).append(" supprimé car doublon d'artiste");
+        return line;
+      });
 }
 
 // The request is done. Told once, until it succeeds.
 void WriteRefusals(Station& station) {
-  const std::vector<std::string>& lines = station.requests.ListAutorisation;
-  if (lines.empty() || station.platform.localValues.GetInt("RapportSquelette", 0) <= 0) return;
+  const RefusedTitles& refused = station.requests.ListAutorisation;
+  if (refused.Count() == 0 || station.platform.localValues.GetInt("RapportSquelette", 0) <= 0)
+    return;
   bool& failing = station.requests.refusalFileFailing;
   try {
     station.platform.stationFolder.Subfolder(kRefusalFolder)
-        .Append(DateKey(station.Now()) + ".txt", EncodeAppended(JoinLines(lines)));
+        .Append(DateKey(station.Now()) + ".txt", EncodeAppended(JoinLines(refused.All())));
     failing = false;
   } catch (const FileError&) {
     if (!std::exchange(failing, true)) LogCurrentException(station, kRoutine);
@@ -218,7 +213,8 @@ Pool MakeSkeletonPool(Station& station, const CandidateCards& cards, const Title
   Pool pool = FillPool(station, cards, used, groups > 0 ? groups * minutes : kNoLimit);
   if (station.platform.localValues.GetInt("CheckDoublonYN", 0) == 0)
     CutDoubles(station, cards, pool);  // 3
-  SortByLastPlay(cards, pool);         // 4
+  station.platform.loop.Yield();
+  SortByLastPlay(cards, pool);  // 4
   ShowPool(station, cards, pool);
   return pool;
 }

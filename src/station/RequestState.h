@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "station/OnAirElement.h"
+#include "station/RefusedTitles.h"
 #include "station/TextGrid.h"
 #include "store/Collation.h"
 
@@ -68,7 +69,7 @@ struct KeptChoices {
 // Thread: the logic's. Writers: the requests.
 struct RequestState {
   // Refused titles, a line each with the reasons; stays until the next request.
-  std::vector<std::string> ListAutorisation;
+  RefusedTitles ListAutorisation;
   // Recent artists, sorted without regard to case: of the report, and of every row of PL.
   std::vector<std::string> ECArtiste;
   std::vector<std::string> ECArtisteCapitals;  // the same lines in capitals

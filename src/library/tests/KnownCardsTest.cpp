@@ -123,6 +123,26 @@ TEST_F(CardsInMemory, TextsThatNobodyNamesAnyMoreGoWithTheNextPass) {
   EXPECT_LT(cards.Now(*base)->texts->Bytes(), 5000U);
 }
 
+TEST_F(CardsInMemory, ArtistsHaveTheRanksOfTheirCapitalsInWhateverOrderTheyCome) {
+  std::vector<std::string> names;  // of every card, as listed
+  for (int i = 1; i <= 5; ++i) names.push_back("CODE " + std::to_string(i));
+  for (int i = 0; i < 40; ++i) {
+    const std::string name = std::string(i % 3 ? "Name " : "name ") + std::to_string(i * 7 % 17);
+    on.Sql("INSERT INTO Discotheque (AUTEUR) VALUES ('" + name + "')");
+    names.push_back("NAME " + std::to_string(i * 7 % 17));
+  }
+  ReadAll();
+  const auto known = cards.Now(*base);
+  ASSERT_TRUE(known);
+  std::vector<uint32_t> ranks;
+  for (const auto& chunk : known->chunks)
+    for (const PackedCard& card : *chunk) ranks.push_back(known->texts->ArtistRank(card.artist));
+  ASSERT_EQ(ranks.size(), names.size());
+  for (size_t a = 0; a < names.size(); ++a)
+    for (size_t b = 0; b < names.size(); ++b)
+      ASSERT_EQ(ranks[a] < ranks[b], names[a] < names[b]) << names[a] << ", " << names[b];
+}
+
 TEST_F(CardsInMemory, TheCardsOfAMomentAreOneCopyWithThoseThatFollow) {
   ReadAll();
   const auto before = cards.Now(*base);

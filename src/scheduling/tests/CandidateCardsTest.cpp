@@ -157,6 +157,17 @@ TEST_F(Candidates, ATableWithoutOneOfItsColumnsIsAsked) {
   EXPECT_FALSE(ReadCardsAhead(s.station));
 }
 
+TEST_F(Candidates, AStructureThatAnotherProgramChangesIsLookedAtFirst) {
+  Cards(3);
+  Known();
+  s.Sql("ALTER TABLE Discotheque ADD COLUMN X");
+  EXPECT_FALSE(Known());
+  EXPECT_EQ(Found(), (Codes{1, 2, 3}));
+  OpenLostBase(s.station);  // looks at the columns as well
+  EXPECT_TRUE(Known());
+  EXPECT_EQ(Found(), (Codes{1, 2, 3}));
+}
+
 TEST_F(Candidates, ACodeBeyondItsWidthIsLeftToTheBase) {
   Cards(3);
   s.Sql("UPDATE Discotheque SET CODE = 5000000000 WHERE CODE = 2");

@@ -144,7 +144,7 @@ struct PoolSeen {
 
 inline PoolSeen SeePool(Station& station, const CandidateCards& cards, const TitlesInUse& used) {
   PoolSeen seen;
-  station.requests.ListAutorisation.clear();
+  station.requests.ListAutorisation.Clear();
   try {
     Pool pool = FillPool(station, cards, used, kNoLimit), cut;
     for (const int card : pool) seen.pool.push_back(cards.Code(card));
@@ -155,7 +155,7 @@ inline PoolSeen SeePool(Station& station, const CandidateCards& cards, const Tit
   } catch (const std::exception& error) {
     seen.fault = error.what();
   }
-  seen.lines = station.requests.ListAutorisation;
+  seen.lines = station.requests.ListAutorisation.All();
   return seen;
 }
 
@@ -181,7 +181,7 @@ inline int64_t PlainPlayedSecond(const PlainCard& card) {
 inline PoolSeen PlainPool(Station& station, const std::vector<PlainCard>& cards,
                           const TitlesInUse& used) {
   PoolSeen seen;
-  station.requests.ListAutorisation.clear();
+  station.requests.ListAutorisation.Clear();
   try {
     std::vector<const PlainCard*> pool, kept;
     const RotationMoment moment(station.Now());
@@ -207,7 +207,7 @@ inline PoolSeen PlainPool(Station& station, const std::vector<PlainCard>& cards,
   } catch (const std::exception& error) {
     seen.fault = error.what();
   }
-  seen.lines = station.requests.ListAutorisation;
+  seen.lines = station.requests.ListAutorisation.All();
   return seen;
 }
 

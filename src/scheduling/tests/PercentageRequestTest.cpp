@@ -374,13 +374,13 @@ TEST(PercentageRequest, RefusedTitlesAreListedWithTheirReasons) {
   played.diffusions = {"21/11/2026 à 10:00"};
   s.Add(played);
   s.Request(30);
-  EXPECT_EQ(s.Requests().ListAutorisation,
+  EXPECT_EQ(s.Requests().ListAutorisation.All(),
             std::vector<std::string>{"21/11/2026 10:55:00 POP\tA TITLE A"
                                      " >> Ecart nb passage jour atteint 1 > 1"});
   EXPECT_EQ(s.Events("request").back()["refused"], "1");
   s.Execute("DELETE * FROM Discotheque");
   s.Request(30);
-  EXPECT_TRUE(s.Requests().ListAutorisation.empty());
+  EXPECT_TRUE(s.Requests().ListAutorisation.All().empty());
 }
 
 TEST(PercentageRequest, TitlesThatWaitInTheListAreNotTakenAgain) {

@@ -445,7 +445,7 @@ TEST(RequestProperties, ARequestGivesWhatTheAlgorithmSaysAndKeepsItsPromises) {
     mixed.insert(mixed.end(), expected.codes.begin(), expected.codes.end());
     Mix(mixed, before, cards);
     ASSERT_EQ(given, mixed);
-    ASSERT_EQ(s.Requests().ListAutorisation, expected.refusals);
+    ASSERT_EQ(s.Requests().ListAutorisation.All(), expected.refusals);
     given.erase(given.begin(), given.begin() + static_cast<std::ptrdiff_t>(before));
 
     for (const int32_t code : given) {
@@ -496,7 +496,7 @@ TEST(RequestProperties, ASkeletonRequestGivesWhatTheAlgorithmSaysAndMissesNoTitl
     std::vector<int32_t> whole = before;
     whole.insert(whole.end(), expected.codes.begin(), expected.codes.end());
     ASSERT_EQ(s.Listed(), whole);
-    ASSERT_EQ(s.Requests().ListAutorisation, expected.refusals);
+    ASSERT_EQ(s.Requests().ListAutorisation.All(), expected.refusals);
     const int64_t passes = s.loop.MonotonicMs() - beginMs;  // a millisecond each
     ASSERT_LE(passes, plain.lastPass + 3);
     taken += static_cast<int>(expected.codes.size());

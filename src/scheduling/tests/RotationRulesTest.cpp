@@ -278,8 +278,8 @@ TEST(RotationRulesOnABase, TheCursorsCardIsTestedAndItsRefusalLogged) {
   EXPECT_TRUE(CheckRotation(s.station, *cards));
   ASSERT_TRUE(SeekCode(*cards, refused));
   EXPECT_FALSE(CheckRotation(s.station, *cards));
-  ASSERT_EQ(s.Requests().ListAutorisation.size(), 1U);
-  EXPECT_EQ(s.Requests().ListAutorisation[0],
+  ASSERT_EQ(s.Requests().ListAutorisation.Count(), 1U);
+  EXPECT_EQ(s.Requests().ListAutorisation.All()[0],
             "21/11/2026 10:55:00 POP\tARTIST TITLE"
             " >> Ecart minutes pas assez important 120 > 55");
 }
@@ -325,7 +325,7 @@ TEST(RotationRulesOnABase, OnlyTheBroadcastThatThisRunAiredIsTimedByItsOwnClock)
   EXPECT_TRUE(allowed());
   s.Execute("UPDATE Discotheque SET DIFFUSION01 = '21/11/2026 à 10:06'");  // another machine
   EXPECT_FALSE(allowed());
-  EXPECT_EQ(s.Requests().ListAutorisation.size(), 2U);
+  EXPECT_EQ(s.Requests().ListAutorisation.Count(), 2U);
 }
 
 TEST(RecentArtists, AreThoseOfTheNewestRowsWithoutSpotsJinglesAndPipsAndOfTheWholeList) {

@@ -93,7 +93,7 @@ TEST_F(SkeletonRequest, APositionWithoutTitleOrGenreIsSkippedWithoutALine) {
   const int32_t pop = Add(9);
   s.Request(2);
   EXPECT_EQ(s.Listed(), Codes{pop});
-  EXPECT_TRUE(s.Requests().ListAutorisation.empty());
+  EXPECT_TRUE(s.Requests().ListAutorisation.All().empty());
 }
 
 TEST_F(SkeletonRequest, TheHourReadsItsOwnColumn) {
@@ -132,7 +132,7 @@ TEST_F(SkeletonRequest, DoublesOfAnArtistAreCutAndListed) {
   Add(5, "POP", "NATIONAL", "ZOÉ");
   s.Request(2);
   EXPECT_EQ(s.Listed(), Codes{oldest});
-  EXPECT_EQ(s.Requests().ListAutorisation,
+  EXPECT_EQ(s.Requests().ListAutorisation.All(),
             std::vector<std::string>{
                 "21/11/2026 10:55:00 POP\tZOÉ\tTITLE 5 supprimé car doublon d'artiste"});
 }
@@ -160,7 +160,7 @@ TEST_F(SkeletonRequest, WithDoublesLetInTwoTitlesOfAnArtistMayCome) {
   const Codes codes = {Add(9, "POP", "NATIONAL", "SAME"), Add(5, "POP", "NATIONAL", "SAME")};
   s.Request(5);
   EXPECT_EQ(s.Listed(), codes);
-  EXPECT_TRUE(s.Requests().ListAutorisation.empty());
+  EXPECT_TRUE(s.Requests().ListAutorisation.All().empty());
 }
 
 // --- the alternation ---
@@ -261,7 +261,7 @@ TEST_F(SkeletonRequest, WithoutTheSettingNoFileAndNoFolderIsMade) {
   Add(9);
   Add(5, "POP", "NATIONAL", "ARTIST 1");
   s.Request(2);
-  EXPECT_EQ(s.Requests().ListAutorisation.size(), 1U);
+  EXPECT_EQ(s.Requests().ListAutorisation.Count(), 1U);
   EXPECT_FALSE(Refusals().Exists("20261121.txt"));
   EXPECT_NE(access((s.stationDir.Path() + "/refusrequette").c_str(), F_OK), 0);
 }
@@ -353,7 +353,7 @@ TEST_F(SkeletonDialogue, RotationArtistsAndHoursAreNotAsked) {
   Dialog().SpinMinutes = 5;
   Skeleton::BtnOk_Click(s.station);
   EXPECT_EQ(s.Listed(), (Codes{first, second}));
-  EXPECT_TRUE(s.Requests().ListAutorisation.empty());
+  EXPECT_TRUE(s.Requests().ListAutorisation.All().empty());
   const auto request = s.Events("request").back();
   EXPECT_EQ(request["kind"], "dialog");
   EXPECT_EQ(request["minutes"], "5");

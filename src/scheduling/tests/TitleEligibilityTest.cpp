@@ -283,7 +283,7 @@ TEST_F(TitleEligibility, ALostSoundFileIsAReason) {
 }
 
 TEST_F(TitleEligibility, AskingChangesNothingOfTheBaseTheListOrTheRefusals) {
-  s.Requests().ListAutorisation = {"of the last request"};
+  s.Requests().ListAutorisation.Add("of the last request");
   const int64_t counter = s.station.base.Db().ChangeCounter();
   const int32_t code = Add({.passes = 0});
   const int64_t added = s.station.base.Db().ChangeCounter();
@@ -291,7 +291,7 @@ TEST_F(TitleEligibility, AskingChangesNothingOfTheBaseTheListOrTheRefusals) {
   Ask(code);
   EXPECT_EQ(s.station.base.Db().ChangeCounter(), added);
   EXPECT_TRUE(s.station.PL.Empty());
-  EXPECT_EQ(s.Requests().ListAutorisation, std::vector<std::string>{"of the last request"});
+  EXPECT_EQ(s.Requests().ListAutorisation.All(), std::vector<std::string>{"of the last request"});
 }
 
 // A small generator, the same numbers everywhere.
