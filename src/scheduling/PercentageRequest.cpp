@@ -162,7 +162,7 @@ Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& 
   station.platform.loop.Yield();
   CutArtistDoubles(cards, pool, nullptr);  // 12, 13
   station.platform.loop.Yield();
-  SortByLastPlay(cards, pool);                                                           // 14
+  SortByLastPlay(cards, pool);  // 14
   ShowPool(station, cards, pool);
   return pool;
 }

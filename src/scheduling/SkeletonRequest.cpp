@@ -234,7 +234,7 @@ void RunSkeletonRequest(Station& station, int minutes, RequestFrame& frame) {
   const CandidateCards cards(station,
                              {.genres = WithoutBlanks(positions), .hour = {{weekday, hour}}},
                              CandidateCards::Order::kPassesThenLastdiff);  // 2
-  Pool pool = MakeSkeletonPool(station, cards, used, minutes);  // 3, 4
+  Pool pool = MakeSkeletonPool(station, cards, used, minutes);             // 3, 4
   frame.Saw(cards.Count(), pool.size());
   const Alternation limits = ReadAlternation(station);  // 5
   LayAlongSkeleton(station, frame, cards, pool, positions, station.requests.MinutesRequete,

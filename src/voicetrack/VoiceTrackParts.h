@@ -25,7 +25,7 @@ std::string PathInFolder(Station& station, const std::string& name);  // as a st
 void TakeTrackFile(Station& station, VoiceTrackEditor& editor);
 // Its form before its level was changed is no longer needed.
 void ForgetUntouched(Station& station, VoiceTrackEditor& editor);
-void StopTrack(Station& station, VoiceTrackEditor& editor);  // the recorder or the track's player
+void StopTrack(Station& station, VoiceTrackEditor& editor);   // the recorder or the track's player
 void StopPlayer(Station& station, VoiceTrackEditor& editor);  // of the track alone
 // Another program may have changed the file since it was taken.
 void ReadTrackLength(Station& station, VoiceTrackEditor& editor);

@@ -120,7 +120,7 @@ class SettingsWindow : public OfficeWindow {
   int airOutput_ = -1;                            // that the air has, by its entry of PlayCombo
   std::map<std::string, std::string> atOpening_;  // of what waits for the next start
   std::vector<std::function<void()>> show_;
-  std::map<std::string, QLabel*> notes_;  // by control
+  std::map<std::string, QLabel*> notes_;                                  // by control
   std::vector<std::pair<QLineEdit*, std::function<void()>>> typedTimes_;  // what enters each box
   std::vector<QGridLayout*> grids_;
   QWidget* body_ = nullptr;

@@ -57,9 +57,9 @@ class JoinView : public QWidget {
   double GainAt(Lane lane, int32_t ms) const;  // of its own level, 0 to 1
 
   // --- by the operator ---
-  std::function<void(int32_t ms)> trackMoved;    // to that place
-  std::function<void(int32_t ms)> trackStepped;  // by as much
-  std::function<void(int32_t ms)> cursorMoved;   // to that place
+  std::function<void(int32_t ms)> trackMoved;               // to that place
+  std::function<void(int32_t ms)> trackStepped;             // by as much
+  std::function<void(int32_t ms)> cursorMoved;              // to that place
   std::function<void(int steps, int32_t aroundMs)> zoomed;  // closer, below 0 away
   std::function<void(int32_t ms)> scrolled;                 // by as much
   std::function<void()> dragEnded, playPressed, home;
