@@ -222,7 +222,7 @@ CandidateCards::CandidateCards(Station& station, const CardsWanted& wanted, Orde
   } else {
     Ask(station, QueryOf(wanted));
   }
-  Sort(order, [&station] { station.platform.loop.Yield(); });
+  Sort(order, [&] { YieldAmongMany(station, cards_.size()); });
 }
 
 CandidateCards::CandidateCards(Station& station, const BoundQuery& condition, Order order)
@@ -343,6 +343,11 @@ Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& 
     if (static_cast<int64_t>(pool.size()) > limit) break;
   }
   return pool;
+}
+
+void YieldAmongMany(Station& station, size_t cards) {
+  constexpr size_t kMany = 4096;  // half a millisecond of sorting
+  if (cards >= kMany) station.platform.loop.Yield();
 }
 
 void CutArtistDoubles(const CandidateCards& cards, Pool& pool, Pool* cut) {

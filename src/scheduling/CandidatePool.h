@@ -47,7 +47,7 @@ class CandidateCards {
     kPassesThenLastdiff,  // the most passes a day first, then as above
   };
 
-  // Equal keys come by CODE. The first one yields. Throw StoreError.
+  // Equal keys come by CODE. The first one yields where there are many. Throw StoreError.
   CandidateCards(Station& station, const CardsWanted& wanted, Order order);
   // Of the base, by a query behind "Where ", without its order.
   CandidateCards(Station& station, const BoundQuery& condition, Order order);
@@ -106,6 +106,8 @@ inline constexpr int64_t kNoLimit = std::numeric_limits<int64_t>::max();
 Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& used,
               int64_t limit);
 
+// A yield between two steps that go over so many cards each; none where they are few.
+void YieldAmongMany(Station& station, size_t cards);
 // Sorts by artist and keeps the first title of each, without regard to case; `cut` gets the others
 // in that order, null: nobody asks.
 void CutArtistDoubles(const CandidateCards& cards, Pool& pool, Pool* cut);

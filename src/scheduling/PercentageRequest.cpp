@@ -159,9 +159,9 @@ std::vector<std::string> ModelGenres(const DayModel& model) {
 Pool MakePool(Station& station, const CandidateCards& cards, const TitlesInUse& used, int minutes) {
   const int64_t groups = station.lists.LectureBase;
   Pool pool = FillPool(station, cards, used, groups > 0 ? groups * minutes : kNoLimit);  // 11
-  station.platform.loop.Yield();
+  YieldAmongMany(station, pool.size());
   CutArtistDoubles(cards, pool, nullptr);  // 12, 13
-  station.platform.loop.Yield();
+  YieldAmongMany(station, pool.size());
   SortByLastPlay(cards, pool);  // 14
   ShowPool(station, cards, pool);
   return pool;

@@ -178,7 +178,7 @@ std::vector<std::string> WithoutBlanks(std::vector<std::string> genres) {
 
 void CutDoubles(Station& station, const CandidateCards& cards, Pool& pool) {
   Pool cut;
-  station.platform.loop.Yield();
+  YieldAmongMany(station, pool.size());
   CutArtistDoubles(cards, pool, &cut);
   const LocalDateTime now = station.Now();
   const std::string moment = DateText(now) + " " + TimeText(now) + " ";
@@ -213,7 +213,7 @@ Pool MakeSkeletonPool(Station& station, const CandidateCards& cards, const Title
   Pool pool = FillPool(station, cards, used, groups > 0 ? groups * minutes : kNoLimit);
   if (station.platform.localValues.GetInt("CheckDoublonYN", 0) == 0)
     CutDoubles(station, cards, pool);  // 3
-  station.platform.loop.Yield();
+  YieldAmongMany(station, pool.size());
   SortByLastPlay(cards, pool);  // 4
   ShowPool(station, cards, pool);
   return pool;
