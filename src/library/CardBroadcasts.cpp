@@ -49,7 +49,8 @@ std::optional<BroadcastMinute> BroadcastMinuteOf(std::string_view text) {
 void WriteBroadcast(BroadcastMinute minute, DiffusionText& text) {
   kForm.copy(text.data(), kForm.size());
   const double firstDay = DaySerial(kFirstYear, 1, 1);
-  const LocalDateTime date = FromDateSerial(firstDay + minute / kBroadcastDayMinutes);
+  const BroadcastMinute days = minute / kBroadcastDayMinutes;
+  const LocalDateTime date = FromDateSerial(firstDay + days);
   const int ofDay = static_cast<int>(minute % kBroadcastDayMinutes);
   PutPair(text, 0, date.day);
   PutPair(text, 3, date.month);
