@@ -190,7 +190,7 @@ void Campaigns::ShowRecord(Station& station, const Recordset& grillePub, Campaig
     // Without a yield: what the operator does meanwhile would meet the fields of one campaign with
     // the grid of another.
     LoadCampaign(station, grillePub, editor, RowYields::kNone);
-    editor.stored = editor;
+    editor.stored = static_cast<const CampaignForm&>(editor);
     editor.place = editor.LblCode;
     editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
     editor.BtnAjouterEnabled = false;
@@ -206,7 +206,7 @@ void Campaigns::BtnNew_Click(Station& station, CampaignEditor& editor) {
   editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = false;
   editor.BtnAjouterEnabled = true;
   LoadSaveMarks(station, "Load", editor);
-  editor.stored = editor;
+  editor.stored = static_cast<const CampaignForm&>(editor);
 }
 
 bool Campaigns::BtnAjouter_Click(Station& station, CampaignEditor& editor) {
