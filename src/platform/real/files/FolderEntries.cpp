@@ -99,9 +99,10 @@ std::string FolderEntries::Named(const std::string& folder, std::string_view nam
   const std::lock_guard lock(mutex_);
   if (ours_ && known_ && folder == path_ && TakeChanges()) return Found(name);
   struct stat status;
+  if (known_ && stat(folder.c_str(), &status) == 0 && StandFor(status)) return Found(name);
+  if (lstat((folder + "/" + std::string(name)).c_str(), &status) == 0) return std::string(name);
   if (stat(folder.c_str(), &status) != 0) return {};
-  if (!StandFor(status) && !Read(folder, status)) return EntryNamed(folder, name);
-  return Found(name);
+  return Read(folder, status) ? Found(name) : EntryNamed(folder, name);
 }
 
 std::string FolderEntries::Found(std::string_view name) const {

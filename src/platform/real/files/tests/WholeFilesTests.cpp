@@ -79,6 +79,16 @@ TEST_F(WholeFiles, KeepTheirPermissionsWhenReplaced) {
   EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
+TEST_F(WholeFiles, ThatAreNotForGoodAreReplacedWithTheirPermissions) {
+  real.Put("Genre.Txt", "old");
+  const std::string path = real.Path() + "/Genre.Txt";
+  ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+  ReplaceWholeFile(path, "new", kNoDiskSync);
+  EXPECT_EQ(ReadWholeFile(path), "new");
+  EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(real.Path()), {}), 1);
+}
+
 TEST_F(WholeFiles, ThatAreSecretAreTheirOwnersAlone) {
   for (const mode_t before : {mode_t{0644}, mode_t{0}}) {
     const std::string path = folder / (before ? "open" : "none");
