@@ -102,7 +102,7 @@ std::string FolderEntries::Named(const std::string& folder, std::string_view nam
   if (known_ && stat(folder.c_str(), &status) == 0 && StandFor(status)) return Found(name);
   if (lstat((folder + "/" + std::string(name)).c_str(), &status) == 0) return std::string(name);
   if (stat(folder.c_str(), &status) != 0) return {};
-  return Read(folder, status) ? Found(name) : EntryNamed(folder, name);
+  return Read(folder, status) ? Found(name) : FoldedEntry(folder, name);
 }
 
 std::string FolderEntries::Found(std::string_view name) const {
