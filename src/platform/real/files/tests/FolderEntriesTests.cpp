@@ -1,5 +1,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -111,6 +113,22 @@ TEST_F(FolderEntriesTest, OfAFreshFolderTheSystemTellsWhatComesAndGoes) {
     EXPECT_EQ(WatchesOfThisProcess(), before + 1);
   }
   EXPECT_EQ(WatchesOfThisProcess(), before);
+}
+
+TEST_F(FolderEntriesTest, WhatAnotherProcessDoesIsSeenAtTheNextCall) {
+  for (int turn = 0; turn < 20; ++turn) {
+    ASSERT_EQ(Named("new.mdb"), "") << turn;
+    const pid_t other = fork();
+    if (other == 0) {
+      const int made = open((real.Path() + "/New.MDB").c_str(), O_CREAT | O_WRONLY, 0600);
+      _exit(made >= 0 ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(other, &status, 0), other);
+    ASSERT_EQ(status, 0);
+    ASSERT_EQ(Named("new.mdb"), "New.MDB") << turn;
+    std::filesystem::remove(real.Path() + "/New.MDB");
+  }
 }
 
 TEST_F(FolderEntriesTest, MoreThanTheSystemKeepsIsReadAgain) {

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
 #include <utility>
 #include <vector>
 
@@ -80,13 +81,13 @@ TEST_F(WholeFiles, KeepTheirPermissionsWhenReplaced) {
 }
 
 TEST_F(WholeFiles, ThatAreNotForGoodAreReplacedWithTheirPermissions) {
-  real.Put("Genre.Txt", "old");
-  const std::string path = real.Path() + "/Genre.Txt";
+  folder.Put("Genre.Txt", "old");
+  const std::string path = folder.Path() + "/Genre.Txt";
   ASSERT_EQ(chmod(path.c_str(), 0640), 0);
   ReplaceWholeFile(path, "new", kNoDiskSync);
   EXPECT_EQ(ReadWholeFile(path), "new");
   EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(real.Path()), {}), 1);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
 }
 
 TEST_F(WholeFiles, ThatAreSecretAreTheirOwnersAlone) {
