@@ -652,19 +652,23 @@ void Connection::KeepAlone() {
     ExecuteNow("BEGIN EXCLUSIVE");
     ExecuteNow("COMMIT");
   } catch (const StoreError&) {
-    ExecuteNow("PRAGMA locking_mode = NORMAL");
+    GiveLockBack();
     throw;
   }
   alone_ = true;
 }
 
-// The lock goes with the next reading.
 void Connection::LetOthersIn() {
   if (!alone_) return;
   alone_ = false;
   seenMark_.clear();
+  GiveLockBack();
+}
+
+// It goes with the next reading.
+void Connection::GiveLockBack() {
   ExecuteNow("PRAGMA locking_mode = NORMAL");
-  SchemaVersion();
+  ExecuteNow("PRAGMA schema_version");
 }
 
 int64_t Connection::ChangeCounter() {

@@ -130,6 +130,7 @@ class Connection {
   int64_t SchemaVersion();  // of the file, which counts its structure's changes
   void LoadCatalogue();
   std::string FileMark() const;
+  void GiveLockBack();
   std::string MarkNow() const;  // FileMark, or that nobody else can have stored anything
   int64_t SizeBytes() const;  // of the open file; -1: unknown
 

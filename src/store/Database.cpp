@@ -66,6 +66,7 @@ class SqliteDatabase : public Database {
     return found && !found->IsStandIn && found->LostKey.empty() && found->AutoField();
   }
   void Open(bool create) override {
+    if (IsAlone()) LetOthersIn();  // the new opening is one of them
     auto fresh = std::make_shared<Connection>(path_, create, wait_);
     // SQLite makes the file with its first page; whoever looks at the folder now shall find a
     // database.
