@@ -152,6 +152,19 @@ TEST_F(LockedNeighbours, AreNotTakenForNone) {
   EXPECT_TRUE(FindNeighbours(on.station.base.Db(), 1));
 }
 
+// Whoever asked for the editor sees no window, but why.
+TEST_F(LockedNeighbours, KeepTheEditorClosedAndThePresenterIsToldWhy) {
+  VoiceTracks::Form_Unload(on.station, editor);
+  base.Arm(test::BasePoint::kLockToWrite, test::BaseFault::kLocked);
+  VoiceTracks::Open(on.station, editor, 1);
+  EXPECT_FALSE(editor.open);
+  EXPECT_EQ(LastMessage().rfind("Le Voice Track n'a pas pu être ouvert :\r\n", 0), 0U)
+      << LastMessage();
+  base.Disarm();
+  VoiceTracks::Open(on.station, editor, 1);
+  EXPECT_TRUE(editor.open);
+}
+
 TEST_F(LockedNeighbours, AreStoredByTheNextSaving) {
   Save();
   on.Sql("DELETE FROM Raccords");
