@@ -652,7 +652,12 @@ void Connection::KeepAlone() {
     ExecuteNow("BEGIN EXCLUSIVE");
     ExecuteNow("COMMIT");
   } catch (const StoreError&) {
-    GiveLockBack();
+    const NoLockWait atOnce(*wait_);
+    try {
+      GiveLockBack();
+    } catch (const StoreError&) {
+      // It goes with the next reading that gets in.
+    }
     throw;
   }
   alone_ = true;
