@@ -76,9 +76,11 @@ void NoteNoneUpTo(Station& station, int64_t limit) {
 void PurgeReport(Station& station, int64_t days) {
   try {
     const int64_t limit = LimitOf(station, days);
-    if (HasRowsUpTo(station, limit)) {
-      KeepLimit(station, limit);
-      Database& db = station.base.Db();
+    Database& db = station.base.Db();
+    const bool found = HasRowsUpTo(station, limit);
+    if (found) KeepLimit(station, limit);
+    // A report without its moments says so: they are not guessed.
+    if (found || !db.HasColumn("Rapport", "DATENUM")) {
       Transaction transaction(db);
       db.Execute("DELETE * FROM Rapport WHERE DATENUM <= ?", {limit});
       transaction.Commit();
