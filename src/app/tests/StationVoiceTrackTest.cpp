@@ -165,7 +165,9 @@ TEST_F(StationVoiceTrack, IsRecordedAndHeardInItsJoinBesideAnAirThatMissesNothin
   for (int ms = 0; ms < SecondsBeside() * 1000; ms += 4000) {
     ASSERT_TRUE(RecordedMs(ms + 4000));
     EXPECT_FALSE(editor_.LblMicroVisible);
-    EXPECT_NEAR(editor_.MMLevelX1, 0.25, 0.03);
+    // A turn that comes between two blocks of a busy server sees none.
+    EXPECT_TRUE(
+        Within(kStationBoundMs, [this] { return std::abs(editor_.MMLevelX1 - 0.25F) < 0.03F; }));
     if (editor_.join.afterStarted) VoiceTracks::BtnPplay2_Click(station, editor_);
   }
   VoiceTracks::BtnStop_Click(station, editor_);
