@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "reports/ReportPurge.h"
+#include "station/BaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -49,15 +50,20 @@ std::string OldRowsSql(int from, int to, const std::string& moment) {
 }
 
 TEST_F(ReportPurge, FindsRowsWhereverTheyStandInALongReport) {
-  on.Sql(OldRowsSql(
-      1, 3000, "CASE i WHEN 1500 THEN 46000 WHEN 2990 THEN 46001 ELSE 46320 + i / 1000.0 END"));
-  PurgeReport(on.station, 30);
-  EXPECT_EQ(on.SqlText("SELECT COUNT(*) || ' from ' || MIN(DATENUM) FROM Rapport"),
-            "2998 from 46320.001");
+  for (const char* row : {"1", "1500", "2990"}) {
+    on.Sql("DELETE FROM Rapport");
+    on.Sql(OldRowsSql(
+        1, 3000, "CASE i WHEN " + std::string(row) + " THEN 46000 ELSE 46320 + i / 1000.0 END"));
+    OpenBaseAgain(on.station);
+    PurgeReport(on.station, 30);
+    EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "2999") << row;
+    EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport WHERE DATENUM < 46320"), "0") << row;
+  }
 }
 
 TEST_F(ReportPurge, GoesOnWithTheDaysAndTheRowsThatCome) {
   on.Sql(OldRowsSql(1, 3000, "46316 + i / 1000.0"));  // days 46316 to 46319
+  OpenBaseAgain(on.station);
   const auto left = [&] { return on.SqlText("SELECT COUNT(*) FROM Rapport"); };
   PurgeReport(on.station, 30);
   EXPECT_EQ(left(), "2000");  // from behind the midnight of 46317 on
@@ -73,7 +79,7 @@ TEST_F(ReportPurge, GoesOnWithTheDaysAndTheRowsThatCome) {
 
 TEST_F(ReportPurge, KeepsNoDayForRowsThatSomebodyElseDeleted) {
   on.Sql(OldRowsSql(1, 3000, "46000 + i / 10.0"));
-  on.station.requests.report.known = false;
+  OpenBaseAgain(on.station);
   PurgeReport(on.station, 400);
   on.Sql("DELETE FROM Rapport WHERE DATENUM <= 46317");
   PurgeReport(on.station, 30);

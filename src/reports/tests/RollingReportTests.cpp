@@ -153,6 +153,7 @@ TEST_F(RollingReport, RowsThatAreNewerByTheirMomentStandFirstWhereverTheyAre) {
 TEST_F(RollingReport, OfRowsOfOneMomentTheHighestCodeIsTheNewestInALongReport) {
   on.localValues.Set("XRapport", "2");
   on.Sql(LongReportSql(1, 2000, "46000"));
+  OpenBaseAgain(on.station);
   ExportReport(on.station);
   EXPECT_EQ(AuthorsInFile(), "A2000|A1999|");
 }
@@ -160,6 +161,7 @@ TEST_F(RollingReport, OfRowsOfOneMomentTheHighestCodeIsTheNewestInALongReport) {
 TEST_F(RollingReport, AnotherLongBaseIsReadAnew) {
   on.localValues.Set("XRapport", "1");
   on.Sql(LongReportSql(1, 2000, "46300 + i / 1000.0"));
+  OpenBaseAgain(on.station);
   ExportReport(on.station);
   on.Sql("DELETE FROM Rapport");
   on.Sql(LongReportSql(1, 3000, "CASE i WHEN 5 THEN 46200 ELSE 46100 + i / 1000.0 END"));

@@ -131,6 +131,18 @@ TEST_F(FolderEntriesTest, WhatAnotherProcessDoesIsSeenAtTheNextCall) {
   }
 }
 
+TEST_F(FolderEntriesTest, ThatAreOursGoWithTheFolderThatIsMovedAway) {
+  const FolderEntries ours(true);
+  real.Put("Genre.Txt", "");
+  ASSERT_EQ(ours.Named(real.Path(), "genre.txt"), "Genre.Txt");
+  const std::string moved = real.Path() + ".moved";
+  std::filesystem::rename(real.Path(), moved);
+  EXPECT_EQ(ours.Named(real.Path(), "genre.txt"), "");
+  std::filesystem::create_directory(real.Path());
+  EXPECT_EQ(ours.Named(real.Path(), "genre.txt"), "");
+  std::filesystem::remove_all(moved);
+}
+
 TEST_F(FolderEntriesTest, MoreThanTheSystemKeepsIsReadAgain) {
   real.Put("Genre.Txt", "");
   ASSERT_EQ(Named("new.mdb"), "");
