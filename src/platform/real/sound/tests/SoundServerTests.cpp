@@ -95,6 +95,25 @@ INSTANTIATE_TEST_SUITE_P(Of, SoundServers,
                            return kind.param == ServerKind::kPulseAudio ? "PulseAudio" : "PipeWire";
                          });
 
+// It asked for its frames too late: what is not heard is told as what the ring lacked.
+TEST_P(SoundServers, WhatAServerLeavesOutIsCounted) {
+  constexpr int kHaltMs = 500;  // more than it keeps ahead, less than the ring holds
+  SoundServer::LoadSink("one");
+  SinkRecorder recorder("one", Path("recorded"), true);
+  Air("tone");
+  ASSERT_TRUE(HeardAgain(recorder, 8000));
+  EXPECT_EQ(chain_->TakeHealth().underruns, 0U);
+  server_.Halt();
+  Within(kHaltMs, [] { return false; });
+  server_.GoOn();
+  EXPECT_TRUE(Within(5000, [&] { return chain_->TakeHealth().underruns > 0; }));
+  EXPECT_TRUE(HeardAgain(recorder, 5000));
+  chain_->Stop();
+  const uint64_t counted = chain_->TakeHealth().underruns;
+  ASSERT_TRUE(Within(5000, [&] { return chain_->ChannelDone(0); }));
+  EXPECT_EQ(chain_->TakeHealth().underruns, counted);
+}
+
 // The recorder is patient: where nobody asks for less, the server then works two seconds ahead.
 TEST_P(SoundServers, AToneIsHeardWholeAtItsLevelAndItsSpeed) {
   const int seconds = PulseAudio() ? 30 : 10;
@@ -149,11 +168,11 @@ TEST_P(SoundServers, ASinkThatSleepsIsHeardAgainWhenItWakes) {
 TEST_P(SoundServers, ADefaultThatChangesTakesTheAirWithIt) {
   SoundServer::LoadSink("one");
   SoundServer::LoadSink("two");
-  ASSERT_TRUE(SoundServer::Order("set-default-sink one"));
+  ASSERT_TRUE(SoundServer::MakeDefault("one"));
   SinkRecorder first("one", Path("first"), true), second("two", Path("second"), true);
   Air("tone");
   ASSERT_TRUE(HeardAgain(first, 5000));
-  ASSERT_TRUE(SoundServer::Order("set-default-sink two"));
+  ASSERT_TRUE(SoundServer::MakeDefault("two"));
   EXPECT_TRUE(HeardAgain(second, kLostMs));
   EXPECT_TRUE(ToldWithin(1));
   EXPECT_EQ(told_, Lines{"sound device: Sink_two (PulseAudio)"});
@@ -236,12 +255,12 @@ TEST_P(SoundServers, AServerThatIsKilledAndStartedAgainIsHeardAgain) {
 TEST_P(SoundServers, ADeviceByNameStaysWhereItIsWhenAnotherBecomesTheDefault) {
   SoundServer::LoadSink("one");
   SoundServer::LoadSink("two");
-  ASSERT_TRUE(SoundServer::Order("set-default-sink one"));
+  ASSERT_TRUE(SoundServer::MakeDefault("one"));
   SinkRecorder first("one", Path("first"), true), second("two", Path("second"), true);
   Air("tone", "sink_TWO");
   ASSERT_TRUE(HeardAgain(second, 5000));
   SoundServer::LoadSink("three");
-  ASSERT_TRUE(SoundServer::Order("set-default-sink three"));
+  ASSERT_TRUE(SoundServer::MakeDefault("three"));
   EXPECT_TRUE(HeardAgain(second, kLostMs));
   EXPECT_FALSE(first.SoundsBehind(0));
   EXPECT_EQ(told_, Lines{});
@@ -250,7 +269,7 @@ TEST_P(SoundServers, ADeviceByNameStaysWhereItIsWhenAnotherBecomesTheDefault) {
 TEST_P(SoundServers, TheirDevicesAreListedWithTheDefault) {
   SoundServer::LoadSink("one");
   SoundServer::LoadSink("two");
-  ASSERT_TRUE(SoundServer::Order("set-default-sink two"));
+  ASSERT_TRUE(SoundServer::MakeDefault("two"));
   ASSERT_TRUE(
       testing::Within(5000, [] { return SoundServer::Answer("get-default-sink") == "two"; }));
   const std::vector<SoundDevice> devices = ListSoundDevices();

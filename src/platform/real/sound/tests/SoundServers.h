@@ -48,6 +48,7 @@ class ServerProcess {
   ServerProcess(const ServerProcess&) = delete;
   ServerProcess& operator=(const ServerProcess&) = delete;
 
+  void Send(int signal) const { kill(-process_, signal); }
   void End(int signal) {
     if (process_ <= 0) return;
     kill(-process_, signal);
@@ -104,10 +105,16 @@ class SoundServer {
                                             : "pipewire-pulse does not run here";
   }
   void Kill() { process_->End(SIGKILL); }
+  void Halt() { process_->Send(SIGSTOP); }  // as a machine that gives it no time
+  void GoOn() { process_->Send(SIGCONT); }
 
   // One order of pactl; true when it was done.
   static bool Order(const std::string& words) {
     return std::system(("pactl " + words + " >/dev/null 2>&1").c_str()) == 0;
+  }
+  // The session manager of PipeWire refuses it until it has taken up its work.
+  static bool MakeDefault(const std::string& sink) {
+    return Within(5000, [&] { return Order("set-default-sink " + sink); });
   }
   // Its answer, without the line's end.
   static std::string Answer(const std::string& words) {
