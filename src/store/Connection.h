@@ -132,7 +132,7 @@ class Connection {
   std::string FileMark() const;
   void GiveLockBack();
   std::string MarkNow() const;  // FileMark, or that nobody else can have stored anything
-  int64_t SizeBytes() const;  // of the open file; -1: unknown
+  int64_t SizeBytes() const;    // of the open file; -1: unknown
 
   std::string path_;
   std::shared_ptr<LockWait> wait_;
