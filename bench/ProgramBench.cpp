@@ -38,6 +38,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/sound/SampleFormat.h"
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -104,7 +106,6 @@ class BareAir {
   // False at the end of the last file.
   bool Mix(int16_t* out, int frames) {
     std::vector<float>& sum = sum_;
-    sum.assign(2 * static_cast<size_t>(frames), 0.0F);
     if (next_ == nullptr && at_ + frames > length_ - fade_) next_ = Open(++file_);
     if (now_ == nullptr) return false;
     Decode(now_.get(), sum, frames);
@@ -123,8 +124,7 @@ class BareAir {
       now_ = std::move(next_);
       at_ -= length_ - fade_;
     }
-    for (size_t s = 0; s < sum.size(); ++s)
-      out[s] = static_cast<int16_t>(std::lrintf(std::clamp(sum[s], -1.0F, 1.0F) * 32767.0F));
+    zemo::FloatToInt16(sum.data(), out, 2 * frames);
     return true;
   }
 
