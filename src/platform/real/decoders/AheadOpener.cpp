@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -13,7 +14,9 @@
 namespace zemo {
 namespace {
 
-constexpr int kPartFrames = 4 * kSampleRate;  // 1.4 MB
+// 2.8 MB, of which a sounding file has two. Shorter ones cost more: behind a seek the decoder
+// begins a dozen of its frames earlier, 0.3 s.
+constexpr int kPartFrames = 8 * kSampleRate;
 constexpr int kOverlapFrames = 1152;          // decoded by both, and compared
 constexpr int kStepFrames = 4608;             // between two looks at whether it is to end
 
@@ -24,7 +27,8 @@ class Lane {
   // `there` that the source stands there.
   Lane(SoundSource& source, int64_t frame, bool there, int partFrames)
       : source_(source), partFrames_(partFrames), frame_(frame), seeks_(!there) {
-    part_.resize(2 * static_cast<size_t>(partFrames + kOverlapFrames));
+    part_ = std::make_unique_for_overwrite<float[]>(
+        2 * static_cast<size_t>(partFrames + kOverlapFrames));
     thread_ = std::thread([this] { Run(); });
   }
   ~Lane() { End(); }
@@ -38,7 +42,7 @@ class Lane {
     if (fault_) std::rethrow_exception(fault_);
   }
   // Of the part that was waited for; the overlap lies behind its frames.
-  const float* Samples() const { return part_.data(); }
+  const float* Samples() const { return part_.get(); }
   int Frames() const { return frames_; }
 
   void Next() {  // the part was read
@@ -90,7 +94,7 @@ class Lane {
     const int wanted = partFrames_ + kOverlapFrames;
     frames_ = 0;
     while (frames_ < wanted && !Quits()) {
-      const int given = source_.Read(part_.data() + 2 * static_cast<size_t>(frames_),
+      const int given = source_.Read(part_.get() + 2 * static_cast<size_t>(frames_),
                                      std::min(kStepFrames, wanted - frames_));
       if (given <= 0) break;
       frames_ += given;
@@ -101,7 +105,7 @@ class Lane {
   const int partFrames_;
   int64_t frame_;
   bool seeks_;
-  std::vector<float> part_;
+  std::unique_ptr<float[]> part_;
   int frames_ = 0;  // of part_, the overlap included
   std::exception_ptr fault_;
   std::mutex mutex_;
