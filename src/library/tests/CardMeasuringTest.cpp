@@ -97,6 +97,9 @@ TEST_F(Measuring, ATurnSaysThatTheLibraryIsNotLookedThroughYet) {
   while (measuring.Turn() && more < 100) ++more;
   EXPECT_LT(more, 100);
   for (const std::string& file : files) EXPECT_TRUE(IsKnown(file)) << file;
+  // Ten cards a turn, of which nothing is wished for any more.
+  CardMeasuring nextRun(on.station, measurer);
+  EXPECT_TRUE(nextRun.Turn());
 }
 
 TEST_F(Measuring, AnImportedCardGetsTheExitPointUnlessAHandWasFaster) {
