@@ -165,7 +165,7 @@ TEST(AheadSources, WhatHasNoTwinIsReadByTheReader) {
 }
 
 TEST(AheadSources, AFaultOfADecoderComesToTheReader) {
-  for (const int64_t at : {100, 7000, 12000}) {
+  for (const int64_t at : {100, 4700, 7000, 12000}) {
     CountedSource::Shared shared;
     shared.throwsAt = at;
     const auto source = DecodeAhead(std::make_unique<CountedSource>(shared), 5000);
