@@ -38,6 +38,12 @@ class Lane {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return ready_; });
   }
+  // Until so much of it is there as overlaps the part before; its frames by then.
+  int AwaitBegin() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return begun_ || ready_; });
+    return begunFrames_;
+  }
   // Of the part that was waited for; the overlap lies behind its frames.
   const float* Samples() const { return part_.get(); }
   int Frames() const { return frames_; }
@@ -45,7 +51,7 @@ class Lane {
   void Next() {  // the part was read
     {
       const std::lock_guard lock(mutex_);
-      ready_ = false;
+      ready_ = begun_ = false;
     }
     changed_.notify_all();
   }
@@ -66,6 +72,7 @@ class Lane {
         DecodePart();
       } catch (...) {
         // The part ends there, and who reads on from it alone meets the fault.
+        TellBegin();
       }
       {
         const std::lock_guard lock(mutex_);
@@ -95,7 +102,19 @@ class Lane {
                                      std::min(kStepFrames, wanted - frames_));
       if (given <= 0) break;
       frames_ += given;
+      TellBegin();
     }
+    TellBegin();
+  }
+
+  void TellBegin() {
+    {
+      const std::lock_guard lock(mutex_);
+      if (begun_) return;
+      begun_ = true;
+      begunFrames_ = frames_;
+    }
+    changed_.notify_all();
   }
 
   SoundSource& source_;
@@ -107,6 +126,8 @@ class Lane {
   std::mutex mutex_;
   std::condition_variable changed_;
   bool ready_ = false;  // the part is there, and not read
+  bool begun_ = false;  // so are its first frames
+  int begunFrames_ = 0;
   bool quit_ = false;
   std::thread thread_;  // last: it uses all the others
 };
@@ -171,15 +192,14 @@ class AheadSource final : public SoundSource {
     Lane& before = *lanes_[lane_];
     const int overlap = before.Frames() - at_;
     Lane& next = *lanes_[1 - lane_];
-    if (overlap > 0) next.Await();
-    const bool same =
-        overlap > 0 && next.Frames() >= overlap &&
-        std::memcmp(before.Samples() + 2 * static_cast<size_t>(at_), next.Samples(),
-                    sizeof(float) * 2 * static_cast<size_t>(overlap)) == 0;
+    const bool same = overlap > 0 && next.AwaitBegin() >= overlap &&
+                      std::memcmp(before.Samples() + 2 * static_cast<size_t>(at_), next.Samples(),
+                                  sizeof(float) * 2 * static_cast<size_t>(overlap)) == 0;
     if (!same) return GoOnAlone();
-    before.Next();
+    before.Next();  // ahead of the waiting, so that both are at work
     lane_ = 1 - lane_;
     at_ = 0;
+    next.Await();
   }
 
   // What lies in the overlap is still to be given.
