@@ -3,8 +3,10 @@
 #include <sqlite3.h>
 
 #include <memory>
+#include <optional>
 
 #include "app/Orders.h"
+#include "store/StationBase.h"
 #include "store/TableDefs.h"
 
 namespace zemo {
@@ -28,16 +30,24 @@ OwnConnection Connect(const std::string& path) {
   sqlite3_busy_timeout(connection.get(), kLockWaitMs);
   return connection;
 }
+
+// Others come in while what this makes is there.
+std::optional<OthersLetIn> LetInto(StationBase& base) {
+  if (!base.IsOpen()) return std::nullopt;
+  return std::optional<OthersLetIn>(std::in_place, base.Db());
+}
 }  // namespace
 
-void ExecuteFromOutside(const std::string& basePath, const std::string& statement) {
-  const OwnConnection connection = Connect(basePath);
+void ExecuteFromOutside(StationBase& base, const std::string& statement) {
+  const std::optional<OthersLetIn> others = LetInto(base);
+  const OwnConnection connection = Connect(base.Path());
   const int result = sqlite3_exec(connection.get(), statement.c_str(), nullptr, nullptr, nullptr);
   if (result != SQLITE_OK) throw OrderError(sqlite3_errmsg(connection.get()), result);
 }
 
-void SetCnfFromOutside(const std::string& basePath, const Field& field, const std::string& value) {
-  const OwnConnection connection = Connect(basePath);
+void SetCnfFromOutside(StationBase& base, const Field& field, const std::string& value) {
+  const std::optional<OthersLetIn> others = LetInto(base);
+  const OwnConnection connection = Connect(base.Path());
   sqlite3_stmt* prepared = nullptr;
   int result =
       sqlite3_prepare_v2(connection.get(), ("UPDATE Cnf SET \"" + field.Name + "\" = ?").c_str(),

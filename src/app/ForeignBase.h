@@ -7,8 +7,9 @@
 namespace zemo {
 
 struct Field;
+class StationBase;
 
-void ExecuteFromOutside(const std::string& basePath, const std::string& statement);
-void SetCnfFromOutside(const std::string& basePath, const Field& field, const std::string& value);
+void ExecuteFromOutside(StationBase& base, const std::string& statement);
+void SetCnfFromOutside(StationBase& base, const Field& field, const std::string& value);
 
 }  // namespace zemo

@@ -109,7 +109,7 @@ std::string NoSuchCheck(const GivenOrder& given) {
 
 void SetCnf(Station& station, const GivenOrder& given) {
   const Field& field = *FindSchemaTable("Cnf")->FindField(given.arguments[0]);
-  SetCnfFromOutside(station.base.Path(), field, StoredForm(field, given.arguments[1]));
+  SetCnfFromOutside(station.base, field, StoredForm(field, given.arguments[1]));
 }
 
 std::string NoSuchSetting(const GivenOrder& given) {

@@ -63,7 +63,7 @@ const Order kOrders[] = {
     {"clipboard TEXT...", "another program puts a text on the clipboard",
      [](Sim& s, const It& it) { s.clipboard.SetText(it.arguments[0]); }},
     {"sql STATEMENT...", "another program changes the base, in SQLite's dialect",
-     [](Sim& s, const It& it) { ExecuteFromOutside(s.station.base.Path(), it.arguments[0]); }},
+     [](Sim& s, const It& it) { ExecuteFromOutside(s.station.base, it.arguments[0]); }},
     {"drop FILE FILENAME", "another program puts a copy of a file into the station's folder, under a name",
      DropFile},
     {"remove FILENAME", "another program removes a file of the station's folder",

@@ -108,6 +108,7 @@ void StartOrders(const SimulateOptions& options, Station& station) {
   if (!options.inPlace && station.base.IsOpen()) {
     station.base.Db().Execute("PRAGMA synchronous = OFF");
     station.base.Db().Execute("PRAGMA journal_mode = MEMORY");
+    station.base.Db().KeepAlone();
   }
   OnAir::Form_Activate(station, true);
   if (!options.noStart && !station.engine.IsRunning)

@@ -10,15 +10,15 @@ namespace zemo {
 
 namespace {
 
-// Row of the day's grid whose minute it is; 0 for none. Each row passed over opens the guard, so
-// that it only holds after a hit.
+// Row of the day's grid whose minute it is; 0 for none. A row passed over opens the guard, so that
+// it only holds after a hit.
 int DueGridRow(Station& station, const Moment& at) {
   const DayGrid& grid = station.GPubJour;
-  for (int row = 1; row < grid.RowCount(); ++row) {
-    if (grid.Cell(row, GridCol::kMoment) == at.hourMinute) return row;
-    station.engine.LastGridCheckTimer = 0;
-  }
-  return 0;
+  const int rows = grid.RowCount();
+  int row = 1;
+  while (row < rows && grid.Cell(row, GridCol::kMoment) != at.hourMinute) ++row;
+  if (rows > 1 && row > 1) station.engine.LastGridCheckTimer = 0;
+  return row < rows ? row : 0;
 }
 
 void InsertBreak(Station& station, const Moment& at, int row) {

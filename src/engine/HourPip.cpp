@@ -46,6 +46,13 @@ void Queue(Station& station, const Pip& pip) {
   }
 }
 
+// OffsetTopH stands unpadded in the text, so that 5 compares as "59:5", which is 59:50.
+bool PipIsDue(Station& station, const LocalDateTime& now) {
+  constexpr int kLastMinute = 59;
+  if (now.minute != kLastMinute) return false;
+  return TimeText(now).substr(3) >= "59:" + station.base.CnfText(Cnf::kOffsetTopH);
+}
+
 void Announce(Station& station, const LocalDateTime& now) {
   EngineState& engine = station.engine;
   const Pip pip =
@@ -72,16 +79,14 @@ Pip FindPip(Station& station, const LocalDateTime& now) {
 
 void ServeHourPip(Station& station, const LocalDateTime& now) {
   EngineState& engine = station.engine;
-  const std::string time = TimeText(now);
   const float timer = SecondsSinceMidnight(now);
   // A pip over the music that still sounds where the clock goes back ends as any other.
   const bool clockWentBack =
       GuardIsAhead(timer, engine.LastTopHourTimer) && engine.SavedVolume == 0;
-  if ((time == "00:00:00" || clockWentBack || timer - engine.LastTopHourTimer >= kGuardSec) &&
+  const bool midnight = now.hour == 0 && now.minute == 0 && now.second == 0;
+  if ((midnight || clockWentBack || timer - engine.LastTopHourTimer >= kGuardSec) &&
       !engine.HourPipPending) {
-    // OffsetTopH stands unpadded in the text, so that 5 compares as "59:5", which is 59:50.
-    const std::string due = "59:" + station.base.CnfText(Cnf::kOffsetTopH);
-    if (time.substr(3) >= due) {
+    if (PipIsDue(station, now)) {
       Announce(station, now);
     } else {
       engine.SavedVolume = 0;

@@ -50,10 +50,12 @@ const std::vector<DatedList>& ListsNow(Station& station) {
 
 // Of two lists at the same minute the one stored first is taken.
 std::optional<DatedList> FindDueList(Station& station) {
+  const std::vector<DatedList>& lists = ListsNow(station);
+  if (lists.empty()) return std::nullopt;
   const LocalDateTime now = station.Now();
   const std::string today = DateKey(now);
   const std::string hourMinute = TimeText(now).substr(0, 5);
-  for (const DatedList& list : ListsNow(station))
+  for (const DatedList& list : lists)
     if ((list.day == kDaily || list.day == today) && list.minute == hourMinute) return list;
   return std::nullopt;
 }

@@ -17,6 +17,7 @@ int SecondsPassed(const std::string& from, const std::string& to) {
     return ValInt(time.substr(0, 2)) * 3600 + ValInt(time.substr(3, 2)) * 60 +
            ValInt(time.substr(6));
   };
+  if (from == to) return 0;  // nine of ten ticks
   if (from.size() != to.size() || to.size() != std::strlen("hh:mm:ss")) return 0;
   return static_cast<int>((second(to) - second(from) + kDaySec) % kDaySec);
 }

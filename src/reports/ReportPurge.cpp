@@ -1,12 +1,14 @@
 #include "reports/ReportPurge.h"
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
 #include <limits>
 #include <optional>
 #include <string>
 
 #include "platform/Folder.h"
+#include "reports/ReportBound.h"
 #include "settings/SideFileIo.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -51,17 +53,39 @@ void KeepLimit(Station& station, int64_t limit) {
   }
 }
 
+// What was looked for once in the older part of the report is not looked for there again.
+bool HasRowsUpTo(Station& station, int64_t limit) {
+  KeepReportBound(station, 0);
+  const ReportBound& bound = station.requests.report;
+  const bool all = bound.oldest <= static_cast<double>(limit);
+  bool found = false;
+  station.base.Db().ReadRows("SELECT TOP 1 CODE FROM Rapport WHERE CODE > ? AND DATENUM <= ?",
+                             {all ? std::numeric_limits<int64_t>::min() : bound.code, limit},
+                             [&](const RowView&) { found = true; });
+  return found;
+}
+
+void NoteNoneUpTo(Station& station, int64_t limit) {
+  double& oldest = station.requests.report.oldest;
+  const auto last = static_cast<double>(limit);
+  oldest = std::max(oldest, std::nextafter(last, last + 1));
+}
+
 }  // namespace
 
 void PurgeReport(Station& station, int64_t days) {
   try {
     const int64_t limit = LimitOf(station, days);
     Database& db = station.base.Db();
-    const auto old = db.OpenRecordset("SELECT TOP 1 CODE FROM Rapport WHERE DATENUM <= ?", {limit});
-    if (!old->Eof()) KeepLimit(station, limit);
-    Transaction transaction(db);
-    db.Execute("DELETE * FROM Rapport WHERE DATENUM <= ?", {limit});
-    transaction.Commit();
+    const bool found = HasRowsUpTo(station, limit);
+    if (found) KeepLimit(station, limit);
+    // A report without its moments says so: they are not guessed.
+    if (found || !db.HasColumn("Rapport", "DATENUM")) {
+      Transaction transaction(db);
+      db.Execute("DELETE * FROM Rapport WHERE DATENUM <= ?", {limit});
+      transaction.Commit();
+    }
+    NoteNoneUpTo(station, limit);
   } catch (const std::exception&) {
     LogCurrentException(station, kPurgeRoutine);
   }

@@ -10,6 +10,7 @@
 
 #include "platform/LocalValues.h"
 #include "reports/BroadcastReport.h"
+#include "reports/ReportBound.h"
 #include "settings/SideFileIo.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
@@ -49,11 +50,21 @@ Rows ReadRows(Station& station, const std::string& top, const std::string& which
   return rows;
 }
 
-// Sorts the whole report. What comes between the two questions is there twice, not missing.
+Rows NewestAbove(Station& station, int64_t code, int64_t count) {
+  return ReadRows(station, "TOP ? ", "Code > ? ORDER BY DATENUM DESC, Code DESC", {count, code});
+}
+
+// Of the last stretch of the report, of all of it only where older rows may be newer. What comes
+// between the questions is there twice, not missing.
 void ReadAnew(Station& station, RollingRows& rolling, int64_t count) {
   rolling.known = false;
+  KeepReportBound(station, count);
+  const ReportBound& bound = station.requests.report;
   rolling.head = NewestReportCode(station.base.Db()).value_or(0);
-  rolling.rows = ReadRows(station, "TOP ? ", "Code > 0 ORDER BY DATENUM DESC, Code DESC", {count});
+  rolling.rows = NewestAbove(station, bound.code, count);
+  const bool whole = static_cast<int64_t>(rolling.rows.size()) == count;
+  if (bound.code > 0 && !(whole && rolling.rows.back().moment > bound.dateNum))
+    rolling.rows = NewestAbove(station, 0, count);
   rolling.count = count;
   rolling.known = true;
 }

@@ -2,10 +2,9 @@
 #include "scheduling/RecentReport.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "platform/EventLoop.h"
-#include "reports/BroadcastReport.h"
+#include "reports/ReportBound.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
 #include "store/RowView.h"
@@ -15,35 +14,6 @@ namespace zemo {
 namespace {
 
 constexpr const char* kAired = "Genre NOT In('TOP-H','JINGLE','PUB')";
-constexpr int64_t kWindowRows = 512;      // kept above the bound at least, where there are as many
-constexpr int64_t kWidestWindow = 16384;  // above this the bound moves up
-
-double HighestMoment(Database& db, int64_t above, int64_t upTo) {
-  double highest = -std::numeric_limits<double>::infinity();
-  db.ReadRows("SELECT MAX(DATENUM) FROM Rapport WHERE CODE > ? AND CODE <= ?", {above, upTo},
-              [&](const RowView& row) {
-                if (!row.IsNull(0)) highest = row.Real(0);
-              });
-  return highest;
-}
-
-// Reads the bound anew, or moves it up behind the growing report.
-void KeepBound(Station& station, int64_t rowsAbove) {
-  Database& db = station.base.Db();
-  ReportBound& bound = station.requests.report;
-  const int64_t head = NewestReportCode(db).value_or(0);
-  const int64_t counter = db.ChangeCounter();
-  if (!bound.known || counter < bound.changeCounter || head < bound.code) {
-    bound.code = std::max<int64_t>(0, head - rowsAbove);
-    bound.dateNum = HighestMoment(db, std::numeric_limits<int64_t>::min(), bound.code);
-    bound.known = true;
-  } else if (head - bound.code > std::max(kWidestWindow, 4 * rowsAbove)) {
-    const int64_t code = head - rowsAbove;
-    bound.dateNum = std::max(bound.dateNum, HighestMoment(db, bound.code, code));
-    bound.code = code;
-  }
-  bound.changeCounter = counter;
-}
 
 // Reads the rows above `floor` by artist, each with its newest.
 void ReadArtists(Station& station, int64_t floor) {
@@ -77,7 +47,7 @@ int64_t AskWholeReport(Station& station, const std::string& artist) {
 std::vector<std::string> NewestArtists(Station& station, int count) {
   std::vector<std::string> artists;
   if (count <= 0) return artists;
-  KeepBound(station, std::max(kWindowRows, int64_t{count} * 4));
+  KeepReportBound(station, int64_t{count} * 4);
   const ReportBound& bound = station.requests.report;
   Database& db = station.base.Db();
   const std::string top = "SELECT TOP ? Auteur, DATENUM FROM Rapport ";
@@ -109,7 +79,7 @@ int64_t NewestRowOf(Station& station, const std::string& artist, int64_t floor) 
   if (!artists.known || artists.eventsServed != served ||
       artists.dernierCode != requests.DernierCodeRapport) {
     artists.known = false;
-    KeepBound(station, kWindowRows);
+    KeepReportBound(station, 0);
     artists.eventsServed = served;
     artists.dernierCode = requests.DernierCodeRapport;
   }

@@ -1,11 +1,5 @@
-// The newest rows of the broadcast report, for the artist tests, without reading all of it: a
-// report holds hundreds of thousands of rows and has no index on its moment.
-//
-// Rows come with rising CODE, and all but always with rising DATENUM. So it is enough to know, for
-// the rows up to some CODE, the highest DATENUM among them: newer rows above that moment are the
-// newest of all. Where the clock was set back and that does not hold, the whole report is asked.
-// The bound stays true while rows are added and deleted; it is read anew when the base is another
-// one.
+// The newest rows of the broadcast report, for the artist tests, without reading all of it (see
+// reports/ReportBound.h).
 #pragma once
 
 #include <cstdint>

@@ -81,6 +81,7 @@ BaseAlone::BaseAlone(Station& station, int waitMs) : station_(station) {
     if (const std::string other = use->TakeAlone(station.base.Path()); !other.empty())
       throw StoreError(kErrLocked, other);
   try {
+    if (station.base.IsOpen()) station.base.Db().LetOthersIn();  // the holder below is one
     if (DBEngine::DatabaseExists(station.base.Path())) HeldDatabase(station.base.Path(), waitMs);
   } catch (const StoreError& error) {
     if (error.Number() != kErrLocked) return;  // whoever works on it will tell

@@ -20,11 +20,12 @@
 
 namespace zemo {
 
-// What is known of the broadcast report without reading all of it; see scheduling/RecentReport.h.
+// What is known of the broadcast report without reading all of it; see reports/ReportBound.h.
 struct ReportBound {
   bool known = false;
   int64_t code = 0;    // rows up to this CODE ...
   double dateNum = 0;  // ... have no DATENUM above this
+  double oldest = 0;   // ... and none below this
   int64_t changeCounter =
       0;  // of the base when it was read; it counts up while the base is the same
 };
@@ -87,7 +88,7 @@ struct RequestState {
   int64_t restUntilMs = -1;
   std::vector<OnAirElement> ListView1;  // candidates in the order in which they were offered
   bool PLHidden = false;                // the list is not drawn while a request works on it
-  ReportBound report;                   // writer: RecentReport
+  ReportBound report;                   // writers: ReportBound, ReportPurge
   ReportArtists reportArtists;          // writer: RecentReport
   bool refusalFileFailing = false;      // it could not be written, and that is logged
   KeptChoices choices;                  // writer: ChoiceLog

@@ -51,6 +51,10 @@ double Val(std::string_view text) {
     negative = text.front() == '-';
     text.remove_prefix(1);
   }
+  if (text.size() == 1 && text.front() >= '0' && text.front() <= '9') {  // a key, ten times a tick
+    const double digit = text.front() - '0';
+    return negative ? -digit : digit;
+  }
   // The conversion itself would also take a second sign, "inf" and "nan".
   if (text.empty() || !((text.front() >= '0' && text.front() <= '9') || text.front() == '.'))
     return 0;

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 
 #include "station/TextForms.h"
 
@@ -32,6 +33,12 @@ bool LeapYear(int year) {
 int DaysInMonth(int year, int month) {
   constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   return month == 2 && LeapYear(year) ? 29 : kDays[static_cast<size_t>(month - 1)];
+}
+
+void PutTwoDigits(int number, char* to) {
+  const int cut = std::abs(number % 100);
+  to[0] = static_cast<char>('0' + cut / 10);
+  to[1] = static_cast<char>('0' + cut % 10);
 }
 
 std::string FourDigits(int number) {
@@ -73,7 +80,11 @@ bool GuardIsAhead(float now, float guard) {
 }
 
 std::string TimeText(const LocalDateTime& moment) {
-  return TwoDigits(moment.hour) + ":" + TwoDigits(moment.minute) + ":" + TwoDigits(moment.second);
+  std::string text = "00:00:00";  // asked for ten times a second
+  PutTwoDigits(moment.hour, text.data());
+  PutTwoDigits(moment.minute, text.data() + 3);
+  PutTwoDigits(moment.second, text.data() + 6);
+  return text;
 }
 
 std::string DateText(const LocalDateTime& moment) {
@@ -107,8 +118,17 @@ std::string LongDateText(const LocalDateTime& moment, int langue) {
   // Day 0 of the serials was a Saturday, the sixth of the names.
   const int64_t serial = DaysFromMarch(moment.year, moment.month, moment.day) - kSerialZero;
   const int64_t weekday = ((serial + 5) % 7 + 7) % 7;
-  return std::string(words.days[static_cast<size_t>(weekday)]) + " " + TwoDigits(moment.day) + " " +
-         words.months[static_cast<size_t>(moment.month - 1)] + " " + FourDigits(moment.year);
+  constexpr size_t kLongest = 40;
+  std::string text;
+  text.reserve(kLongest);
+  text += words.days[static_cast<size_t>(weekday)];
+  text += ' ';
+  text += TwoDigits(moment.day);
+  text += ' ';
+  text += words.months[static_cast<size_t>(moment.month - 1)];
+  text += ' ';
+  text += FourDigits(moment.year);
+  return text;
 }
 
 LocalDateTime WholeSeconds(LocalDateTime moment) {

@@ -322,6 +322,7 @@ void Connection::Close() {
   sqlite3_finalize(dataVersion_);
   dataVersion_ = nullptr;
   seenMark_.clear();
+  alone_ = false;
   sqlite3_preupdate_hook(database_, nullptr, nullptr);
   sqlite3_close_v2(database_);  // the last of the statements on loan closes it
   database_ = nullptr;
@@ -638,9 +639,46 @@ std::string Connection::FileMark() const {
   return {head + kMarkAt - kFormsAt, sizeof head - (kMarkAt - kFormsAt)};
 }
 
+std::string Connection::MarkNow() const {
+  return alone_ ? "alone" : FileMark();
+}
+
+// In this mode the lock of the first transaction stays; it needs no change of the file, so that no
+// journal comes into being.
+void Connection::KeepAlone() {
+  if (alone_) return;
+  ExecuteNow("PRAGMA locking_mode = EXCLUSIVE");
+  try {
+    ExecuteNow("BEGIN EXCLUSIVE");
+    ExecuteNow("COMMIT");
+  } catch (const StoreError&) {
+    const NoLockWait atOnce(*wait_);
+    try {
+      GiveLockBack();
+    } catch (const StoreError&) {
+      // It goes with the next reading that gets in.
+    }
+    throw;
+  }
+  alone_ = true;
+}
+
+void Connection::LetOthersIn() {
+  if (!alone_) return;
+  alone_ = false;
+  seenMark_.clear();
+  GiveLockBack();
+}
+
+// It goes with the next reading.
+void Connection::GiveLockBack() {
+  ExecuteNow("PRAGMA locking_mode = NORMAL");
+  ExecuteNow("PRAGMA schema_version");
+}
+
 int64_t Connection::ChangeCounter() {
   Check();
-  std::string mark = FileMark();
+  std::string mark = MarkNow();
   if (!mark.empty() && mark == seenMark_ && sqlite3_total_changes64(database_) == seenTotalChanges_)
     return changeCounter_;
   if (!dataVersion_) dataVersion_ = Compile("PRAGMA data_version", "PRAGMA data_version");

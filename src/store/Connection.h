@@ -97,6 +97,11 @@ class Connection {
   // Tells the book of each row of the file that this connection writes, ahead of the write.
   void TellRows(std::shared_ptr<RowNoteBook> book);
 
+  // See Database.
+  void KeepAlone();
+  void LetOthersIn();
+  bool IsAlone() const { return alone_; }
+
   int64_t ChangeCounter();
   // Counts what others stored. As ChangeCounter last saw it; without looking.
   int64_t ForeignSeen() const { return foreignCounter_; }
@@ -125,6 +130,8 @@ class Connection {
   int64_t SchemaVersion();  // of the file, which counts its structure's changes
   void LoadCatalogue();
   std::string FileMark() const;
+  void GiveLockBack();
+  std::string MarkNow() const;  // FileMark, or that nobody else can have stored anything
   int64_t SizeBytes() const;  // of the open file; -1: unknown
 
   std::string path_;
@@ -142,6 +149,8 @@ class Connection {
   std::string standInMark_;        // of the file when it still was that version; empty: not known
 
   std::shared_ptr<RowNoteBook> book_;  // null: nobody asks
+
+  bool alone_ = false;  // the lock is kept between two operations
 
   int64_t changeCounter_ = 0;
   int64_t foreignCounter_ = 0;  // counts the new values of seenDataVersion_

@@ -66,6 +66,7 @@ class SqliteDatabase : public Database {
     return found && !found->IsStandIn && found->LostKey.empty() && found->AutoField();
   }
   void Open(bool create) override {
+    if (IsAlone()) LetOthersIn();  // the new opening is one of them
     auto fresh = std::make_shared<Connection>(path_, create, wait_);
     // SQLite makes the file with its first page; whoever looks at the folder now shall find a
     // database.
@@ -98,6 +99,9 @@ class SqliteDatabase : public Database {
     return connection_ ? connection_->LastInsertCode() : 0;
   }
   LockWait& Waiting() override { return *wait_; }
+  void KeepAlone() override { Use().KeepAlone(); }
+  void LetOthersIn() override { Use().LetOthersIn(); }
+  bool IsAlone() const override { return connection_ && connection_->IsAlone(); }
   bool FileIsLost() const override { return connection_ && connection_->FileIsLost(); }
 
  private:
@@ -135,13 +139,20 @@ std::string FirstFault(Connection& connection) {
 
 }  // namespace
 
+OthersLetIn::~OthersLetIn() {
+  if (!alone_) return;
+  try {
+    database_.KeepAlone();
+  } catch (const StoreError&) {
+    // Looked for from now on as everywhere else.
+  }
+}
+
 // In this mode the lock of the first transaction stays; it needs no change of the file, so that no
 // journal comes into being.
 HeldDatabase::HeldDatabase(const std::string& path, int waitMs)
     : connection_(std::make_unique<Connection>(path, false, EachWaits(waitMs))) {
-  connection_->ExecuteNow("PRAGMA locking_mode = EXCLUSIVE");
-  connection_->ExecuteNow("BEGIN EXCLUSIVE");
-  connection_->ExecuteNow("COMMIT");
+  connection_->KeepAlone();
 }
 
 HeldDatabase::~HeldDatabase() = default;

@@ -84,6 +84,13 @@ class Database {
   // kErrLocked.
   virtual LockWait& Waiting() = 0;
 
+  // For a base that nobody else has, as a private copy: its lock is taken once and kept, so that
+  // nothing of others is looked for. Up to LetOthersIn, or the next Close or Open. Throws
+  // StoreError where somebody is at work on it.
+  virtual void KeepAlone() = 0;
+  virtual void LetOthersIn() = 0;
+  virtual bool IsAlone() const = 0;
+
   // The file at the path is no longer the one that is open, or the file system failed an operation
   // on it since: only Open helps. Looks at the folder, not into the file.
   virtual bool FileIsLost() const = 0;
@@ -109,6 +116,22 @@ class Transaction {
  private:
   Database& database_;
   bool ended_ = false;
+};
+
+// Lets others in for its scope, where the base is kept alone. Throws as KeepAlone at the begin
+// only: who cannot be kept off at the end stays in.
+class OthersLetIn {
+ public:
+  explicit OthersLetIn(Database& database) : database_(database), alone_(database.IsAlone()) {
+    if (alone_) database_.LetOthersIn();
+  }
+  ~OthersLetIn();
+  OthersLetIn(const OthersLetIn&) = delete;
+  OthersLetIn& operator=(const OthersLetIn&) = delete;
+
+ private:
+  Database& database_;
+  const bool alone_;
 };
 
 // A base file from which every other connection is kept off, for reading and for writing, while it

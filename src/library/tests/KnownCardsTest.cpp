@@ -46,6 +46,9 @@ class InterruptedBase final : public Database {
   }
   int64_t LastInsertCode() const override { return base_.LastInsertCode(); }
   LockWait& Waiting() override { return base_.Waiting(); }
+  void KeepAlone() override { base_.KeepAlone(); }
+  void LetOthersIn() override { base_.LetOthersIn(); }
+  bool IsAlone() const override { return base_.IsAlone(); }
   bool FileIsLost() const override { return base_.FileIsLost(); }
 
  private:

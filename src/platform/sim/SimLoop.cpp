@@ -96,7 +96,12 @@ LocalDateTime SimLoop::LocalNow() const {
     zoneBlock_ = block;
     zoneOffsetMs_ = ZoneOffsetMs(utc);
   }
-  return CivilOfMs(utc + zoneOffsetMs_);
+  const int64_t local = utc + zoneOffsetMs_;
+  if (local != toldMs_) {
+    told_ = CivilOfMs(local);
+    toldMs_ = local;
+  }
+  return told_;
 }
 
 void SimLoop::SetWallClock(const LocalDateTime& moment) {

@@ -71,6 +71,8 @@ class SimLoop : public EventLoop, public Clock {
   std::list<Timer*> timers_;
   mutable int64_t zoneBlock_ = -1;  // quarter hour of UTC for which zoneOffsetMs_ holds
   mutable int64_t zoneOffsetMs_ = 0;
+  mutable int64_t toldMs_ = INT64_MIN;  // local time, since 1970, that told_ is
+  mutable LocalDateTime told_ = {};     // asked for several times a moment
 };
 
 }  // namespace zemo

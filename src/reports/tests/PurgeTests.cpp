@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "reports/ReportPurge.h"
+#include "station/BaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -38,6 +39,60 @@ TEST_F(ReportPurge, NumbersOfRowsRunOn) {
   PurgeReport(on.station, 30);
   Add("46347.5");
   EXPECT_EQ(on.SqlText("SELECT CODE FROM Rapport"), "3");
+}
+
+// --- a report of which the older part is not looked through again ---
+
+std::string OldRowsSql(int from, int to, const std::string& moment) {
+  return "WITH RECURSIVE n(i) AS (SELECT " + std::to_string(from) +
+         " UNION ALL SELECT i + 1 FROM n WHERE i < " + std::to_string(to) +
+         ") INSERT INTO Rapport (CODE, DATENUM) SELECT i, " + moment + " FROM n";
+}
+
+TEST_F(ReportPurge, FindsRowsWhereverTheyStandInALongReport) {
+  for (const char* row : {"1", "1500", "2990"}) {
+    on.Sql("DELETE FROM Rapport");
+    on.Sql(OldRowsSql(
+        1, 3000, "CASE i WHEN " + std::string(row) + " THEN 46000 ELSE 46320 + i / 1000.0 END"));
+    OpenBaseAgain(on.station);
+    PurgeReport(on.station, 30);
+    EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "2999") << row;
+    EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport WHERE DATENUM < 46320"), "0") << row;
+  }
+}
+
+TEST_F(ReportPurge, GoesOnWithTheDaysAndTheRowsThatCome) {
+  on.Sql(OldRowsSql(1, 3000, "46316 + i / 1000.0"));  // days 46316 to 46319
+  OpenBaseAgain(on.station);
+  const auto left = [&] { return on.SqlText("SELECT COUNT(*) FROM Rapport"); };
+  PurgeReport(on.station, 30);
+  EXPECT_EQ(left(), "2000");  // from behind the midnight of 46317 on
+  PurgeReport(on.station, 29);
+  EXPECT_EQ(left(), "1000");
+  Add("46000");  // another program's, or by a clock that was set back
+  PurgeReport(on.station, 29);
+  EXPECT_EQ(left(), "1000");
+  on.loop.SetWallClock({2026, 11, 22, 0, 0, 1, 0});
+  PurgeReport(on.station, 29);  // up to the midnight of 46319, which row 3000 bears
+  EXPECT_EQ(left(), "0");
+}
+
+TEST_F(ReportPurge, KeepsNoDayForRowsThatSomebodyElseDeleted) {
+  on.Sql(OldRowsSql(1, 3000, "46000 + i / 10.0"));
+  OpenBaseAgain(on.station);
+  PurgeReport(on.station, 400);
+  on.Sql("DELETE FROM Rapport WHERE DATENUM <= 46317");
+  PurgeReport(on.station, 30);
+  EXPECT_FALSE(on.stationFolder.Exists("ReportBegin.Txt"));
+}
+
+TEST_F(ReportPurge, WithNothingToPurgeNobodyIsWaitedFor) {
+  Add("46347.5");
+  const auto other = DBEngine::OpenDatabase(on.station.base.Path());
+  other->BeginTrans();
+  PurgeReport(on.station, 30);
+  EXPECT_FALSE(on.First("error")) << on.Describe();
+  other->RollbackTrans();
 }
 
 TEST_F(ReportPurge, KeepsTheDayUpToWhichNothingIsLeftOnceSomethingGoes) {

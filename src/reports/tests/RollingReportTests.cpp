@@ -127,6 +127,49 @@ TEST_F(RollingReport, AnotherBaseIsReadAnew) {
   EXPECT_EQ(File(), Line("OF THE NEW"));
 }
 
+// --- a report that is longer than the stretch that is read ---
+
+std::string LongReportSql(int from, int to, const std::string& moment) {
+  return "WITH RECURSIVE n(i) AS (SELECT " + std::to_string(from) +
+         " UNION ALL SELECT i + 1 FROM n WHERE i < " + std::to_string(to) +
+         ") INSERT INTO Rapport (CODE, AUTEUR, DATENUM) SELECT i, 'A' || i, " + moment + " FROM n";
+}
+
+TEST_F(RollingReport, RowsThatAreNewerByTheirMomentStandFirstWhereverTheyAre) {
+  on.localValues.Set("XRapport", "3");
+  on.Sql(LongReportSql(1, 2000, "46000 + i / 1000.0"));
+  ExportReport(on.station);
+  EXPECT_EQ(AuthorsInFile(), "A2000|A1999|A1998|");
+  on.Sql(LongReportSql(2001, 3000, "45000 + i / 1000.0"));  // the clock was set back
+  OpenBaseAgain(on.station);
+  ExportReport(on.station);
+  EXPECT_EQ(AuthorsInFile(), "A2000|A1999|A1998|");
+  Add("NOW", 46347.5);
+  on.localValues.Set("XRapport", "2");  // read anew
+  ExportReport(on.station);
+  EXPECT_EQ(AuthorsInFile(), "NOW|A2000|");
+}
+
+TEST_F(RollingReport, OfRowsOfOneMomentTheHighestCodeIsTheNewestInALongReport) {
+  on.localValues.Set("XRapport", "2");
+  on.Sql(LongReportSql(1, 2000, "46000"));
+  OpenBaseAgain(on.station);
+  ExportReport(on.station);
+  EXPECT_EQ(AuthorsInFile(), "A2000|A1999|");
+}
+
+TEST_F(RollingReport, AnotherLongBaseIsReadAnew) {
+  on.localValues.Set("XRapport", "1");
+  on.Sql(LongReportSql(1, 2000, "46300 + i / 1000.0"));
+  OpenBaseAgain(on.station);
+  ExportReport(on.station);
+  on.Sql("DELETE FROM Rapport");
+  on.Sql(LongReportSql(1, 3000, "CASE i WHEN 5 THEN 46200 ELSE 46100 + i / 1000.0 END"));
+  OpenBaseAgain(on.station);
+  ExportReport(on.station);
+  EXPECT_EQ(AuthorsInFile(), "A5|");
+}
+
 TEST_F(RollingReport, AnEmptyTableLeavesAnEmptyFile) {
   on.MakeFile("rapportzemo.txt", "of yesterday");
   ExportReport(on.station);

@@ -15,7 +15,8 @@ bool IsPlainName(std::string_view name) {
 
 }  // namespace
 
-LocalFolder::LocalFolder(const std::string& path, const DiskSync& disk) : disk_(disk) {
+LocalFolder::LocalFolder(const std::string& path, const DiskSync& disk)
+    : disk_(disk), entries_(!disk.IsForGood()) {
   std::error_code failed;
   const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
   path_ = failed ? path : absolute.lexically_normal().string();
@@ -41,7 +42,7 @@ int64_t LocalFolder::SizeBytes(std::string_view name) const {
 }
 
 void LocalFolder::Write(std::string_view name, std::string_view bytes) {
-  ReplaceWholeFile(ToWrite(name), bytes);
+  ReplaceWholeFile(ToWrite(name), bytes, disk_);
 }
 
 void LocalFolder::Append(std::string_view name, std::string_view bytes) {

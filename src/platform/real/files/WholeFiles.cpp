@@ -102,13 +102,15 @@ void SyncFolderOf(const std::string& path, const DiskSync& disk) {
   Sync(disk, folder.Number(), path);
 }
 
-// A file beside the one that it is to replace. Without `disk` nothing waits for it.
+// A file beside the one that it is to replace. Without `disk` nothing waits for it. Where it is not
+// for good the old one goes first: a file system that brings a new file onto the disk as it takes
+// an old one's name leaves it in memory then.
 // `mode` of the new file, whatever an old one has; without one the old file's, or the usual one.
 class Replacement : public FileInParts {
  public:
   explicit Replacement(const std::string& path, const DiskSync* disk = nullptr,
-                       std::optional<mode_t> mode = std::nullopt)
-      : path_(path), target_(BehindLinks(path)), disk_(disk), mode_(mode) {
+                       std::optional<mode_t> mode = std::nullopt, bool forGood = true)
+      : path_(path), target_(BehindLinks(path)), disk_(disk), mode_(mode), forGood_(forGood) {
     struct stat status;
     const bool existed = ::stat(target_.c_str(), &status) == 0;
     if (existed && S_ISDIR(status.st_mode)) Fail(path_, EISDIR);
@@ -128,6 +130,7 @@ class Replacement : public FileInParts {
     if (mode_ && fchmod(file_->Number(), *mode_) != 0) Fail(path_, errno);
     if (disk_) Sync(*disk_, file_->Number(), path_);
     file_->Close();
+    if (!forGood_) ::unlink(target_.c_str());
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) Fail(path_, errno);
     temporary_.clear();
     if (disk_) SyncFolderOf(target_, *disk_);
@@ -137,6 +140,7 @@ class Replacement : public FileInParts {
   const std::string path_, target_;
   const DiskSync* disk_;
   std::optional<mode_t> mode_;
+  const bool forGood_;
   std::optional<Descriptor> file_;
   std::string temporary_;  // empty: there is none
 };
@@ -206,8 +210,10 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
   }
 }
 
-void ReplaceWholeFile(const std::string& path, std::string_view bytes) {
-  Replace(path, bytes, nullptr);
+void ReplaceWholeFile(const std::string& path, std::string_view bytes, const DiskSync& disk) {
+  Replacement file(path, nullptr, std::nullopt, disk.IsForGood());
+  file.Append(bytes);
+  file.Finish();
 }
 
 std::unique_ptr<FileInParts> ReplaceFileInParts(const std::string& path) {

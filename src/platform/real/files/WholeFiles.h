@@ -19,12 +19,15 @@ class DiskSync {
  public:
   virtual ~DiskSync() = default;
   virtual int Sync(int descriptor) const;  // 0, or the system's reason (errno)
+  // What is written is to be found after a power cut, and by others at any moment.
+  virtual bool IsForGood() const { return true; }
 };
 
-// For files that need not outlive the machine: waits for no disk.
+// For files that need not outlive the machine, and that nobody else reads: waits for no disk.
 class NoDiskSync : public DiskSync {
  public:
   int Sync(int) const override { return 0; }
+  bool IsForGood() const override { return false; }
 };
 
 extern const DiskSync kDiskSync;
@@ -39,8 +42,9 @@ std::optional<std::string> ReadWholeFile(const std::string& path);
 
 // Writes beside the file and renames over it, so that a reader sees the old bytes or the new ones
 // and a full disk leaves the old ones. The file keeps its permissions; a link stays and its target
-// is replaced. Makes no folder.
-void ReplaceWholeFile(const std::string& path, std::string_view bytes);
+// is replaced. Makes no folder. One that is not for good has no name for a moment.
+void ReplaceWholeFile(const std::string& path, std::string_view bytes,
+                      const DiskSync& disk = kDiskSync);
 // The same of a file that comes in parts.
 std::unique_ptr<FileInParts> ReplaceFileInParts(const std::string& path);
 // The same, so that a power cut at any moment leaves the old bytes or the new ones, and the new

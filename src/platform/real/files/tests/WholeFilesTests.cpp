@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
 #include <utility>
 #include <vector>
 
@@ -77,6 +78,16 @@ TEST_F(WholeFiles, KeepTheirPermissionsWhenReplaced) {
   struct stat status;
   ASSERT_EQ(stat(path.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777, 0640u);
+}
+
+TEST_F(WholeFiles, ThatAreNotForGoodAreReplacedWithTheirPermissions) {
+  folder.Put("Genre.Txt", "old");
+  const std::string path = folder.Path() + "/Genre.Txt";
+  ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+  ReplaceWholeFile(path, "new", kNoDiskSync);
+  EXPECT_EQ(ReadWholeFile(path), "new");
+  EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
 }
 
 TEST_F(WholeFiles, ThatAreSecretAreTheirOwnersAlone) {
