@@ -20,12 +20,17 @@ class BackgroundMeasuring {
   explicit BackgroundMeasuring(Station& station);
 
   // Of an import: the exit point that nobody set.
-  void Add(int32_t code, const std::string& file) { cards_.Add(code, file); }
+  void Add(int32_t code, const std::string& file);
 
  private:
+  void TurnEvery(int ms);
+  void Turn();
+
+  Station& station_;
   MeasuringThread thread_;
   CardMeasuring cards_;
   std::unique_ptr<LoopTimer> timer_;
+  int everyMs_ = 0;
 };
 
 }  // namespace zemo

@@ -9,7 +9,8 @@
 namespace zemo {
 
 namespace {
-constexpr int kSoundPollMs = 20;
+constexpr int kSoundPollMs = 20;   // while something besides the air is at work
+constexpr int kSoundRestMs = 150;  // above the tick, which comes ahead of it
 constexpr int kErrSound = 321;  // a sound file or device that cannot be used
 }  // namespace
 
@@ -70,17 +71,18 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
   stands_ = true;
   loop.SetIdle(
       [this] {
-        sound->Poll();
-        prelisten.Poll();
-        recorder.Poll();
-        preview.Poll();
-        soundDevices.Poll();
+        bool again = sound->Poll();
+        again |= prelisten.Poll();
+        again |= recorder.Poll();
+        again |= preview.Poll();
+        again |= soundDevices.Poll();
+        return again;
       },
-      kSoundPollMs);
+      kSoundPollMs, kSoundRestMs);
 }
 
 RealStation::~RealStation() {
-  loop.SetIdle(nullptr, kSoundPollMs);
+  loop.SetIdle(nullptr, kSoundPollMs, kSoundRestMs);
   sound->End();
 }
 

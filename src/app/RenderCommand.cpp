@@ -1,9 +1,11 @@
 // `zemoradio render`: as simulate, with the sound decoded, faded and mixed for real into a file.
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "app/Commands.h"
 #include "app/Simulation.h"
+#include "platform/real/decoders/AheadOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/sound/SoundFileWriter.h"
 
@@ -17,7 +19,8 @@ constexpr int64_t kSlackFrames = int64_t{60} * kSampleRate;
 int RunRender(const RenderOptions& options) {
   std::unique_ptr<SoundFileWriter> file;
   std::string lost;  // why sound could not be written; the engine must not take that for its fault
-  Simulate(options, std::make_unique<SoundFileOpener>(), [&]() -> SimSoundChain::Sink {
+  auto opener = std::make_unique<AheadOpener>(std::make_unique<SoundFileOpener>());
+  Simulate(options, std::move(opener), [&]() -> SimSoundChain::Sink {
     file = std::make_unique<SoundFileWriter>(
         options.audio,
         options.forMs ? MsToFrames(*options.forMs) + kSlackFrames : SoundFileWriter::kUnbounded);

@@ -51,8 +51,6 @@ int RunOnAir(const AirOptions& options) {
               .leaving = [&] { display.Finish(); },
               .closing = [&](const std::string& line) { display.ShowLine(line); }});
   endSignals.Deliver([&] { end.OnSignal(); });
-  const auto watch = real.loop.MakeTimer(RunEnd::kWatchMs, [&] { end.Watch(); });
-  watch->SetEnabled(true);
   const auto status = real.loop.MakeTimer(kStatusMs, [&] { display.ShowStatus(); });
   status->SetEnabled(true);
   real.loop.Run();

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "app/CommandOptions.h"
@@ -16,6 +17,9 @@
 namespace zemo {
 
 namespace {
+constexpr int64_t kWatchMs = 50;  // once the end is near
+constexpr int64_t kLongestMs = 60 * 60 * 1000;
+
 bool Drained(const Station& station) {
   return !station.engine.IsRunning && station.platform.sound.State() == OutputState::kClosed;
 }
@@ -26,11 +30,27 @@ RunEnd::RunEnd(RealStation& real, const AirOptions& options, Told told)
   if (!options.forMs) return;
   endMs_ = real.clock.MonotonicMs() + *options.forMs;
   endFrames_ = MsToFrames(*options.forMs);
+  Rewatch();
 }
+
+RunEnd::~RunEnd() = default;
 
 void RunEnd::OnSignal() {
   if (asked_) LeaveAtOnce();
   Ask();
+}
+
+// Wakes nobody before there is something to see.
+void RunEnd::Rewatch() {
+  const int64_t leftMs = asked_ ? 0 : *endMs_ - real_.clock.MonotonicMs();
+  const int64_t ms = std::clamp(leftMs, kWatchMs, kLongestMs);
+  if (ms == watchMs_) return;
+  watchMs_ = ms;
+  watch_ = real_.loop.MakeTimer(static_cast<int>(ms), [this] {
+    Rewatch();
+    Watch();
+  });
+  watch_->SetEnabled(true);
 }
 
 void RunEnd::Watch() {
@@ -68,6 +88,7 @@ void RunEnd::Cut() {
 
 void RunEnd::Ask() {
   asked_ = true;
+  Rewatch();
   StartStopZemoRadio(real_.station, false);
   if (!Drained(real_.station)) told_.draining();
 }

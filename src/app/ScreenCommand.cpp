@@ -164,8 +164,6 @@ int OpenScreen(const AirOptions& options) {
               .leaving = [] {},
               .closing = TellLine});
   endSignals.Deliver([&end] { end.OnSignal(); });
-  const auto watch = real.loop.MakeTimer(RunEnd::kWatchMs, [&end] { end.Watch(); });
-  watch->SetEnabled(true);
   real.loop.Run();
   desks.Leave();
   if (!left) EndInOrder(station);

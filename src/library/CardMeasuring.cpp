@@ -52,13 +52,13 @@ void CardMeasuring::Add(int32_t code, const std::string& file) {
   }
 }
 
-void CardMeasuring::Turn() {
-  if (!station_.base.IsOpen()) return;
+bool CardMeasuring::Turn() {
+  if (!station_.base.IsOpen()) return false;
   const NoLockWait atOnce(station_.base.Waiting());
   try {
     Work();
   } catch (const StoreError& error) {
-    if (error.Number() == kErrLocked) return;
+    if (error.Number() == kErrLocked) return true;
     if (!error.MayPass()) DropWhatIsRefused();
     if (!LoggedLately(station_, kRoutine + std::to_string(error.Number()), kToldAgainMs))
       LogCurrentException(station_, kRoutine);
@@ -66,6 +66,7 @@ void CardMeasuring::Turn() {
     if (!LoggedLately(station_, error.what(), kToldAgainMs))
       LogCurrentException(station_, kRoutine);
   }
+  return looks_ || measured_ || !imported_.empty() || !wished_.empty();
 }
 
 // It would be refused at every turn, and nothing else measured.
@@ -79,8 +80,9 @@ void CardMeasuring::DropWhatIsRefused() {
 void CardMeasuring::Work() {
   StoreMeasured();
   WishForImported();
-  if (imported_.empty() && wished_.size() < kMostWished && TargetLoudness(station_))
-    LookThroughLibrary();
+  looks_ = imported_.empty() && wished_.size() < kMostWished && TargetLoudness(station_);
+  if (looks_) LookThroughLibrary();
+  looks_ = looks_ && !lookedThroughMs_;
   ForgetKept();
 }
 

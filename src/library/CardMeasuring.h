@@ -28,8 +28,8 @@ class CardMeasuring {
 
   // What one free moment is used for: stores what was measured of one file, wishes for some, looks
   // at some cards of the library. A few ms; waits for no lock: what the base cannot take stays for
-  // later. Throws nothing.
-  void Turn();
+  // later. Throws nothing. False while there is nothing to measure and none to look for.
+  bool Turn();
 
  private:
   struct Wished {
@@ -59,6 +59,7 @@ class CardMeasuring {
   size_t kind_ = 0;
   int64_t belowCode_;
   std::optional<int64_t> lookedThroughMs_;  // by the clock that never jumps
+  bool looks_ = false;                      // in the midst of them at the last turn
 };
 
 }  // namespace zemo

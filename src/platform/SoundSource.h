@@ -40,6 +40,9 @@ class SoundSource {
 
   // Moves the read position; clamped to the file. Exact to the frame.
   virtual void Seek(int64_t frame) = 0;
+
+  // Another one of the same opened file, for another thread; null where there is none.
+  virtual std::unique_ptr<SoundSource> Twin() const { return nullptr; }
 };
 
 // Opens sound files. Thread: the logic's.

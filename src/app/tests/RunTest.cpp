@@ -78,6 +78,22 @@ TEST_F(RunOnAir, AnElementIsALineAndPlaysToItsEndWhenTheTimeIsOver) {
   EXPECT_EQ(OnOff(), '0');
 }
 
+// Ten times a second for the tick; a machine that is busy may need more than one look.
+TEST_F(RunOnAir, WhileATitlePlaysItsThreadsWakeSeldom) {
+  MakeStation({60}, true);
+  const Result result = Shell(
+      "sleeps() { cat /proc/$1/task/*/status | "
+      "awk '/^voluntary/ { n += $2 } END { print n }'; }; " +
+      UntilOnAir() +
+      "run=$!; i=0; woke=9999; until [ $woke -le 40 ] || [ $((i=i+1)) -gt 20 ]; do "
+      "before=$(sleeps $run); sleep 1; woke=$(($(sleeps $run) - before)); done; "
+      "kill -KILL $run; echo $woke");
+  ASSERT_NE(result.out, "");
+  const int woke = std::stoi(result.out);
+  EXPECT_GE(woke, 9);
+  EXPECT_LE(woke, 40);
+}
+
 TEST_F(RunOnAir, WithALoudnessTargetTheLibraryIsMeasuredBesideTheAir) {
   MakeStation({3, 4}, true);
   Put("machine/Settings.Ini", "LoudnessTarget=-18\r\n");

@@ -532,7 +532,10 @@ void OnAirWindow::Left() {
 void OnAirWindow::changeEvent(QEvent* event) {
   Window::changeEvent(event);
   const bool locked = station_.engine.ScreenLocked;
-  if (event->type() == QEvent::WindowStateChange && locked && !isMaximized()) showMaximized();
+  if (event->type() != QEvent::WindowStateChange) return;
+  if (locked && !isMaximized()) showMaximized();
+  // Nobody sees its meters.
+  if (draw_.isActive()) draw_.setInterval(isMinimized() ? kObserveMs : kDrawMs);
 }
 
 bool OnAirWindow::event(QEvent* event) {

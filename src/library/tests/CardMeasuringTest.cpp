@@ -71,6 +71,37 @@ TEST_F(Measuring, WithoutATargetOnlyImportedCardsAreMeasured) {
   EXPECT_EQ(measurer.wishes, Files{file});
 }
 
+TEST_F(Measuring, ATurnSaysWhetherThereIsAnythingLeftToDo) {
+  const std::string file = AddFile("a.wav");
+  CardMeasuring measuring(on.station, measurer);
+  EXPECT_FALSE(measuring.Turn());
+  measuring.Add(1, file);
+  EXPECT_TRUE(measuring.Turn());
+  EXPECT_TRUE(measuring.Turn());
+  measurer.Give(file, 4200);
+  Turns(measuring, 1);
+  EXPECT_FALSE(measuring.Turn());
+}
+
+TEST_F(Measuring, ATurnSaysThatTheLibraryIsNotLookedThroughYet) {
+  SetTarget();
+  Files files;
+  for (int card = 0; card < 12; ++card) files.push_back(AddFile("no" + std::to_string(card)));
+  CardMeasuring measuring(on.station, measurer);
+  for (int given = 0; given < 12; ++given) {
+    EXPECT_TRUE(measuring.Turn()) << given;
+    ASSERT_GT(measurer.wishes.size(), static_cast<size_t>(given));
+    measurer.Give(measurer.wishes[static_cast<size_t>(given)], 4200);
+  }
+  int more = 0;
+  while (measuring.Turn() && more < 100) ++more;
+  EXPECT_LT(more, 100);
+  for (const std::string& file : files) EXPECT_TRUE(IsKnown(file)) << file;
+  // Ten cards a turn, of which nothing is wished for any more.
+  CardMeasuring nextRun(on.station, measurer);
+  EXPECT_TRUE(nextRun.Turn());
+}
+
 TEST_F(Measuring, AnImportedCardGetsTheExitPointUnlessAHandWasFaster) {
   const std::string a = AddFile("a.wav"), b = AddFile("b.wav");
   CardMeasuring measuring(on.station, measurer);

@@ -2,7 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
 #include <QLabel>
+#include <QTest>
+#include <QTimer>
 #include <utility>
 #include <vector>
 
@@ -165,6 +169,31 @@ TEST_F(OnAirRows, TheLampIsRedOnlyWhileADeviceTakesTheSound) {
   Draw();
   EXPECT_EQ(Text("OnAirLamp"), "ANTENNE");
   EXPECT_EQ(Find("OnAirLamp")->toolTip().toStdString(), "");
+}
+
+TEST_F(OnAirRows, AMinimisedWindowIsDrawnOnceASecond) {
+  int drawn = 0;
+  sources.output = [&drawn] {
+    ++drawn;
+    return OutputFigures{.output = "card", .heard = true};
+  };
+  OpenWith(1);
+  window->Begin();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return drawn > 20; }, 10'000));
+  window->showMinimized();
+  QApplication::processEvents();
+  drawn = 0;
+  int ticks = 0;
+  QTimer tick;
+  QObject::connect(&tick, &QTimer::timeout, [&ticks] { ++ticks; });
+  tick.start(100);
+  QElapsedTimer passed;
+  passed.start();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ticks >= 6; }, 10'000));
+  EXPECT_LE(drawn, passed.elapsed() / 1000 + 1);
+  window->showNormal();
+  drawn = 0;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return drawn > 20; }, 10'000));
 }
 
 TEST_F(OnAirRows, TheLampWithoutADeviceFitsInEveryLanguage) {

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 namespace zemo {
 namespace {
@@ -57,6 +58,18 @@ FileBytes::FileBytes(const std::string& path) : path_(path) {
   size_ = info.st_size;
   ::posix_fadvise(fd_, 0, 0, POSIX_FADV_SEQUENTIAL);
   block_ = std::make_unique_for_overwrite<uint8_t[]>(kBlock);
+}
+
+FileBytes::FileBytes(std::string path, int fd, int64_t size)
+    : path_(std::move(path)),
+      fd_(fd),
+      size_(size),
+      block_(std::make_unique_for_overwrite<uint8_t[]>(kBlock)) {}
+
+std::unique_ptr<FileBytes> FileBytes::Again() const {
+  const int fd = ::fcntl(fd_, F_DUPFD_CLOEXEC, 0);
+  if (fd < 0) throw CannotPlay(path_, ErrnoText());
+  return std::unique_ptr<FileBytes>(new FileBytes(path_, fd, size_));
 }
 
 FileBytes::~FileBytes() {

@@ -27,6 +27,8 @@ class FileBytes {
   // Throws SoundError when the path is missing, unreadable, or no regular file.
   explicit FileBytes(const std::string& path);
   ~FileBytes();
+  // The same opened file, whatever has its path by now. Throws SoundError.
+  std::unique_ptr<FileBytes> Again() const;
   FileBytes(const FileBytes&) = delete;
   FileBytes& operator=(const FileBytes&) = delete;
 
@@ -46,6 +48,7 @@ class FileBytes {
   const uint8_t* PeekBlock(int64_t offset, size_t& count);
 
  private:
+  FileBytes(std::string path, int fd, int64_t size);
   // The block then begins at `offset`.
   void Load(int64_t offset);
 

@@ -89,6 +89,10 @@ void MpegSource::Seek(int64_t frame) {
   ended_ = position_ < length_ && !SeekDecoder() && !Recover();
 }
 
+std::unique_ptr<SampleSource> MpegSource::Twin() const {
+  return std::make_unique<MpegSource>(file_->Again(), layout_);
+}
+
 ssize_t MpegSource::ReadStream(void* self, void* to, size_t count) {
   auto& me = *static_cast<MpegSource*>(self);
   auto* out = static_cast<uint8_t*>(to);

@@ -21,6 +21,7 @@ class MpegSource : public SampleSource {
   int64_t LengthFrames() const override { return length_; }
   int Read(float* stereo, int frames) override;
   void Seek(int64_t frame) override;
+  std::unique_ptr<SampleSource> Twin() const override;
 
  private:
   struct Deleter {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 namespace zemo {
 
@@ -16,6 +17,8 @@ class SampleSource {
   virtual int Read(float* stereo, int frames) = 0;
   // Exact to the frame; `frame` lies within the file.
   virtual void Seek(int64_t frame) = 0;
+  // As SoundSource::Twin.
+  virtual std::unique_ptr<SampleSource> Twin() const { return nullptr; }
 };
 
 }  // namespace zemo

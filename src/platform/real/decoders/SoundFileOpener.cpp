@@ -18,6 +18,10 @@ class PlainSource : public SoundSource {
   int64_t LengthFrames() const override { return source_->LengthFrames(); }
   int Read(float* stereo, int frames) override { return source_->Read(stereo, frames); }
   void Seek(int64_t frame) override { source_->Seek(frame); }
+  std::unique_ptr<SoundSource> Twin() const override {
+    auto twin = source_->Twin();
+    return twin == nullptr ? nullptr : std::make_unique<PlainSource>(std::move(twin));
+  }
 
  private:
   std::unique_ptr<SampleSource> source_;

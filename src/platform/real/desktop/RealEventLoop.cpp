@@ -62,6 +62,7 @@ void RealEventLoop::Yield() {
 }
 
 void RealEventLoop::WaitYield() {
+  LookAfterIdle();
   QCoreApplication::processEvents();
   waitLimit_->start();  // a wait nested in this one only moves the limit of a wait that is over
   QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -80,14 +81,34 @@ void RealEventLoop::Post(std::function<void()> order) {
       receiver_.get(), [this, order = std::move(order)] { Serve(order); }, Qt::QueuedConnection);
 }
 
-void RealEventLoop::SetIdle(std::function<void()> idle, int everyMs) {
+void RealEventLoop::SetIdle(std::function<bool()> idle, int everyMs, int restMs) {
   idleTimer_.reset();
-  if (!idle) return;
+  idle_ = std::move(idle);
+  if (!idle_) return;
+  idleEveryMs_ = everyMs;
+  idleRestMs_ = restMs;
   idleTimer_ = std::make_unique<QTimer>();
   idleTimer_->setTimerType(Qt::PreciseTimer);
-  QObject::connect(idleTimer_.get(), &QTimer::timeout,
-                   [idle = std::move(idle)] { RunGuarded(idle); });
+  QObject::connect(idleTimer_.get(), &QTimer::timeout, [this] { RunIdle(); });
   idleTimer_->start(everyMs);
+}
+
+void RealEventLoop::LookAfterIdle() {
+  if (idleTimer_ == nullptr ||
+      std::chrono::steady_clock::now() - idleRan_ < std::chrono::milliseconds(idleEveryMs_))
+    return;
+  RunIdle();
+}
+
+// The hook may take itself away, and may yield.
+void RealEventLoop::RunIdle() {
+  if (inIdle_) return;
+  inIdle_ = true;
+  bool again = false;
+  RunGuarded([&again, idle = idle_] { again = idle(); });
+  inIdle_ = false;
+  idleRan_ = std::chrono::steady_clock::now();
+  if (idleTimer_ != nullptr) idleTimer_->start(again ? idleEveryMs_ : idleRestMs_);
 }
 
 void RealEventLoop::Run() {
@@ -102,6 +123,7 @@ void RealEventLoop::Quit() {
 }
 
 void RealEventLoop::Serve(const std::function<void()>& handler) {
+  LookAfterIdle();
   ++served_;
   RunGuarded(handler);
 }

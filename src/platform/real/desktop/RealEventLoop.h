@@ -2,6 +2,8 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
+#include <functional>
 #include <memory>
 
 #include "platform/EventLoop.h"
@@ -28,9 +30,11 @@ class RealEventLoop : public EventLoop {
   void Post(std::function<void()> order) override;
   uint64_t EventsServed() const override { return served_; }
 
-  // What has to be looked after at short intervals, also inside yields (the sound chain's status).
-  // Not counted among the events served. An empty function ends it.
-  void SetIdle(std::function<void()> idle, int everyMs);
+  // What has to be looked after, also inside yields (the sound chain's status): ahead of whatever
+  // else the loop wakes for, so that it costs no waking of its own, but never twice within
+  // `everyMs`; by itself after `restMs`, or after `everyMs` where its last answer was true. Not
+  // counted among the events served. An empty function ends it.
+  void SetIdle(std::function<bool()> idle, int everyMs, int restMs);
 
   // Runs the loop until Quit; serves everything meanwhile.
   void Run();
@@ -39,10 +43,16 @@ class RealEventLoop : public EventLoop {
  private:
   class Timer;
   void Serve(const std::function<void()>& handler);
+  void LookAfterIdle();
+  void RunIdle();
 
   std::unique_ptr<QObject> receiver_;  // of posted orders
   std::unique_ptr<QTimer> waitLimit_;  // ends the wait of WaitYield
   std::unique_ptr<QTimer> idleTimer_;
+  std::function<bool()> idle_;
+  int idleEveryMs_ = 0, idleRestMs_ = 0;
+  std::chrono::steady_clock::time_point idleRan_;
+  bool inIdle_ = false;
   uint64_t served_ = 0;
   std::atomic<bool> quit_ = false;
 };

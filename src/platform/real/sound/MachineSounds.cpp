@@ -34,17 +34,18 @@ void MachineSounds::Ask(std::function<void(const Devices&)> answer) {
   }).detach();
 }
 
-void MachineSounds::Poll() {
-  if (!listed_.valid() || listed_.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
-    return;
+bool MachineSounds::Poll() {
+  if (!listed_.valid()) return false;
+  if (listed_.wait_for(std::chrono::seconds(0)) != std::future_status::ready) return true;
   std::future<Devices> listed = std::move(listed_);
   const auto answer = std::exchange(answer_, nullptr);
-  if (!answer) return;
+  if (!answer) return false;
   try {
     answer(listed.get());
   } catch (const std::exception&) {
     answer({});  // nothing is known of them
   }
+  return listed_.valid();  // the answer may ask again
 }
 
 }  // namespace zemo

@@ -14,7 +14,7 @@ class MachineSounds final : public SoundDeviceList {
  public:
   void Ask(std::function<void(const Devices&)> answer) override;
   void Forget() override { answer_ = nullptr; }
-  void Poll();  // about every 20 ms
+  bool Poll();  // true: again within 20 ms; else whenever the loop wakes
 
  private:
   std::future<Devices> listed_;

@@ -13,27 +13,51 @@
 namespace zemo {
 namespace {
 
-constexpr int kTurnMs = 20;
+// A turn comes once an eighth of the ring is free, but for rings so short that it would come too
+// often; within these bounds, of which that of a device lets its watch see how it moves.
+constexpr int kRingTurns = 8;
+constexpr int kLeastTurnMs = 20;
+constexpr int kDeviceTurnMs = 80;
+constexpr int kClockTurnMs = 200;
+constexpr int kWatchedTurnMs = 20;      // while somebody looks at the peaks
 constexpr int kSoonMs = 4;              // the next turn when a decoder or the device is still at it
-constexpr int kLeastRingFrames = 2048;  // 46 ms: two turns
+constexpr int kLeastRingFrames = 2048;  // 46 ms: three turns
 constexpr int kLowWaterFrames = 4410;   // 100 ms: below it the ring is filled, decoders late or not
 constexpr double kOpeningSeconds = 2.5;  // that a start waits for its device to begin
 
-// A status as one atomic: frame in 42 bits, end in 2, generation in 20.
+constexpr int64_t kPeaksWatchedFrames = kSampleRate;    // behind the last look of several
+constexpr int64_t kPeaksLooksFrames = kSampleRate / 4;  // between two of them
+
+// A status as one atomic: frame in 42 bits, whether it moves in 1, end in 2, generation in 19. The
+// frame of one that moves is less by the frames of the clock (FramesAt), and may be below 0.
 constexpr int kFrameBits = 42;
 constexpr int kEndBits = 2;
+constexpr uint64_t kMoves = uint64_t{1} << kFrameBits;
+constexpr uint64_t kFrameMask = kMoves - 1;
 
-uint64_t Packed(const MixerThread::Status& status) {
-  const uint64_t upper =
-      (static_cast<uint64_t>(status.generation) << kEndBits) | static_cast<uint64_t>(status.end);
-  return (upper << kFrameBits) | static_cast<uint64_t>(status.frame);
+// The frames that the drain by the clock has played: frame in 42 bits, as one that moves, whether
+// there are any in 1, run in 16.
+constexpr int kRunShift = kFrameBits + 1;
+
+int64_t FrameOf(uint64_t bits) {
+  constexpr int kUpperBits = 64 - kFrameBits;
+  return static_cast<int64_t>(bits << kUpperBits) >> kUpperBits;
 }
 
-MixerThread::Status Unpacked(uint64_t bits) {
+uint64_t Packed(const MixerThread::Status& status, bool moves) {
+  const uint64_t upper =
+      (static_cast<uint64_t>(status.generation) << kEndBits) | static_cast<uint64_t>(status.end);
+  return (upper << (kFrameBits + 1)) | (moves ? kMoves : 0) |
+         (static_cast<uint64_t>(status.frame) & kFrameMask);
+}
+
+// `now` is added to the frame of a status that moves.
+MixerThread::Status Unpacked(uint64_t bits, int64_t now) {
   MixerThread::Status status;
-  status.frame = static_cast<int64_t>(bits & ((uint64_t{1} << kFrameBits) - 1));
-  status.end = static_cast<MixerThread::Status::End>((bits >> kFrameBits) & ((1u << kEndBits) - 1));
-  status.generation = static_cast<uint32_t>(bits >> (kFrameBits + kEndBits));
+  status.frame = FrameOf(bits) + ((bits & kMoves) != 0 ? now : 0);
+  const uint64_t upper = bits >> (kFrameBits + 1);
+  status.end = static_cast<MixerThread::Status::End>(upper & ((1u << kEndBits) - 1));
+  status.generation = static_cast<uint32_t>(upper >> kEndBits);
   return status;
 }
 
@@ -67,30 +91,59 @@ bool MixerThread::Send(const MixerOrder& order) {
   return true;
 }
 
+// It counts from the next frame on that is mixed, as an order does.
+void MixerThread::SetVolume(int slot, int volume) {
+  if (volumes_[slot].exchange(volume, std::memory_order_acq_rel) != volume) wake_.Signal();
+}
+
 MixerThread::Status MixerThread::StatusOf(int slot) const {
-  return Unpacked(statuses_[slot].load(std::memory_order_acquire));
+  const uint64_t bits = statuses_[slot].load(std::memory_order_acquire);
+  return Unpacked(bits, FramesAt(std::chrono::steady_clock::now()));
+}
+
+int64_t MixerThread::PlayedFrames(uint16_t run) const {
+  const uint64_t bits = clockPlayed_.load(std::memory_order_acquire);
+  if ((bits & kMoves) == 0 || bits >> kRunShift != run) return ring_.PlayedFrames(run);
+  return FrameOf(bits) + FramesAt(std::chrono::steady_clock::now());
+}
+
+int64_t MixerThread::FramesAt(Time time) const {
+  const auto us = std::chrono::duration_cast<std::chrono::microseconds>(time - made_).count();
+  return us * (kSampleRate / 100) / 10000;
 }
 
 std::array<float, kChannels> MixerThread::TakePeaks() {
+  const int64_t now = FramesAt(std::chrono::steady_clock::now());
+  if (now - std::exchange(peaksTaken_, now) < kPeaksLooksFrames)
+    watchedUntil_.store(now + kPeaksWatchedFrames, std::memory_order_relaxed);
   return {std::bit_cast<float>(peaks_[0].exchange(0, std::memory_order_relaxed)),
           std::bit_cast<float>(peaks_[1].exchange(0, std::memory_order_relaxed))};
 }
 
+// What was ordered counts from this moment on: what the ring has room for by now is mixed before.
 void MixerThread::Run() {
   while (!quit_.load(std::memory_order_acquire)) {
+    int waitMs = running_ ? Turn() : -1;
+    if (TakeOrders()) waitMs = running_ ? Turn() : -1;
+    Publish();
+    wake_.Wait(waitMs);
+  }
+  if (running_) Turn();
+  running_ = full_ = false;  // what is read back stands from here on
+  Publish();
+}
+
+// False when there was none.
+bool MixerThread::TakeOrders() {
+  for (bool any = false;; any = true) {
     MixerOrder order;
     // A volume set before a start must be there at that start: orders first, then volumes.
     const bool ordered = orders_.Pop(order);
     for (int slot = 0; slot < kSlots; ++slot) {
       core_.SetVolume(slot, volumes_[slot].load(std::memory_order_acquire));
     }
-    if (ordered) {
-      Execute(order);
-      continue;
-    }
-    const int waitMs = running_ ? Turn() : -1;
-    Publish();
-    wake_.Wait(waitMs);
+    if (!ordered) return any;
+    Execute(order);
   }
 }
 
@@ -161,6 +214,8 @@ void MixerThread::HaltOutput() {
 // Keeps the ring full. Returns the ms until the next turn.
 int MixerThread::Turn() {
   const Time now = std::chrono::steady_clock::now();
+  turned_ = now;
+  full_ = false;
   ChooseDrain(now);
   if (drain_ == Drain::kNone) return kSoonMs;
   if (!begun_) {
@@ -169,9 +224,19 @@ int MixerThread::Turn() {
     begun_ = true;
   }
   if (drain_ == Drain::kClock) DrainFrames(clock_.Due(now));
-  const bool full = Fill();
+  full_ = Fill();
+  return full_ ? FullRingMs() : kSoonMs;
+}
+
+// The ms for which a full ring may be left alone. What ends by itself is mixed and told in time.
+int MixerThread::FullRingMs() const {
   const int ringMs = ring_.CapacityFrames() * 1000 / rate_;
-  return full ? std::min(kTurnMs, ringMs / 3) : kSoonMs;
+  int most = drain_ == Drain::kDevice ? kDeviceTurnMs : kClockTurnMs;
+  if (FramesAt(turned_) < watchedUntil_.load(std::memory_order_relaxed)) most = kWatchedTurnMs;
+  const int ms = std::min({std::max(kLeastTurnMs, ringMs / kRingTurns), ringMs / 3, most});
+  const int64_t event = core_.FramesToNextEvent();
+  if (event >= MsToFrames(ms)) return ms;
+  return static_cast<int>(FramesToMs(event)) + 1;
 }
 
 bool MixerThread::DevicePlays() const {
@@ -311,10 +376,20 @@ void MixerThread::NotePeaks(const float* stereo, int frames) {
 }
 
 void MixerThread::Publish() {
+  const int64_t now = FramesAt(turned_);
   for (int slot = 0; slot < kSlots; ++slot) {
     if (streams_[slot] != nullptr) slots_[slot].frame = core_.Position(slot);
-    statuses_[slot].store(Packed(slots_[slot]), std::memory_order_release);
+    Status status = slots_[slot];
+    const bool moves = core_.Running() && full_ && core_.Plays(slot);
+    if (moves) status.frame -= now;
+    statuses_[slot].store(Packed(status, moves), std::memory_order_release);
   }
+  uint64_t played = 0;
+  if (running_ && begun_ && drain_ == Drain::kClock) {
+    const int64_t frame = ring_.PlayedFrames(run_) - now;
+    played = (uint64_t{run_} << kRunShift) | kMoves | (static_cast<uint64_t>(frame) & kFrameMask);
+  }
+  clockPlayed_.store(played, std::memory_order_release);
 }
 
 }  // namespace zemo

@@ -195,14 +195,16 @@ int32_t RealPrelisten::MixedMs() const {
   return chain_->Position(slot_) - fromMs_;
 }
 
-void RealPrelisten::Poll() {
+bool RealPrelisten::Poll() {
   Reap();
-  if (chain_ == nullptr) return;
+  if (chain_ == nullptr) return !Rests();
   chain_->Poll();
-  if (state_ != State::kPlaying || ending_ == playing_) return;
-  BringNextIn();
-  NoteLevels();
-  WatchEnd();
+  if (state_ == State::kPlaying && ending_ != playing_) {
+    BringNextIn();
+    NoteLevels();
+    WatchEnd();
+  }
+  return true;
 }
 
 void RealPrelisten::Reap() {

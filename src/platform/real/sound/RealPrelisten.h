@@ -38,7 +38,7 @@ class RealPrelisten final : public Prelisten {
                 std::chrono::milliseconds patience = kPatience);
   ~RealPrelisten() override;
 
-  void Poll();  // about every 20 ms
+  bool Poll();  // true: again within 20 ms; else whenever the loop wakes
 
   void SetDevice(int number) override;
   int Device() const override { return device_; }

@@ -66,9 +66,14 @@ PreviewChain::Levels RealPreview::HeardLevels() {
   return {health.peakLeft, health.peakRight};
 }
 
-void RealPreview::Poll() {
-  if (chain_ == nullptr) return;
+bool RealPreview::Poll() {
+  if (chain_ == nullptr) return false;
   chain_->Poll();
+  Watch();
+  return !chain_->Rests();
+}
+
+void RealPreview::Watch() {
   const auto now = std::chrono::steady_clock::now();
   const bool starts = chain_->State() == OutputState::kStarted;
   if (starts && !std::exchange(started_, true)) {

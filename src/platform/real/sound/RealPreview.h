@@ -29,7 +29,7 @@ class RealPreview final : public PreviewChain {
               std::chrono::milliseconds patience = kPatience);
   ~RealPreview() override;  // waits 2 s for the device at most
 
-  void Poll();  // about every 20 ms
+  bool Poll();  // true: again within 20 ms; else whenever the loop wakes
 
   SoundChain& Sound() override;
   void UseDevice(int number) override;
@@ -40,6 +40,7 @@ class RealPreview final : public PreviewChain {
   using Time = std::chrono::steady_clock::time_point;
 
   RealSoundChain& Chain();
+  void Watch();
 
   EventLoop& loop_;
   SoundOpener& opener_;

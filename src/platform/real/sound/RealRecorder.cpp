@@ -91,13 +91,15 @@ Recorder::Levels RealRecorder::HeardLevels() {
   return {peaks[0], peaks[1]};
 }
 
-void RealRecorder::Poll() {
-  if (recording_ == 0 || thread_->Ended() != recording_) return;
+bool RealRecorder::Poll() {
+  if (recording_ == 0) return false;
+  if (thread_->Ended() != recording_) return true;
   loop_.Post([this, which = std::exchange(recording_, 0), alive = std::weak_ptr<int>(alive_)] {
     if (alive.expired() || Recording() || thread_->Ended() != which) return;
     // What it does may set another one.
     if (const auto ended = ended_; ended) ended(thread_->Reason());
   });
+  return false;
 }
 
 }  // namespace zemo

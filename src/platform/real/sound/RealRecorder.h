@@ -22,7 +22,7 @@ class RealRecorder final : public Recorder {
   RealRecorder(EventLoop& loop, InputOfNumber inputOf);  // the loop is not owned
   ~RealRecorder() override;  // ends what is recorded; waits 2 s for the device at most
 
-  void Poll();  // about every 20 ms
+  bool Poll();  // true: again within 20 ms; else whenever the loop wakes
 
   void Listen(int device) override;
   void Start(int device, Folder& folder, const std::string& name) override;

@@ -41,12 +41,13 @@ RealSoundChain::~RealSoundChain() {
   mixer_.reset();
 }
 
-void RealSoundChain::Poll() {
+bool RealSoundChain::Poll() {
   SendWaiting();
   TellEnds();
   ReapStreams();
   TellOutput();
   TellLosses(kLossesToldEvery);
+  return !waiting_.empty();
 }
 
 int64_t RealSoundChain::SinkFrames() const {
@@ -178,6 +179,7 @@ bool RealSoundChain::MakeStream(int slot, int64_t frame) {
   player.stream->GiveToMixer();
   player.generation = (player.generation + 1) % MixerThread::kGenerations;
   player.startFrame = frame;
+  player.readFrame = frame;
   return true;
 }
 
@@ -217,10 +219,14 @@ void RealSoundChain::VolumeSlot(int slot, int volume) {
   mixer_->SetVolume(slot, volume);
 }
 
+// What the mixer's turns find may lie some frames off what went on by the clock before them.
 int64_t RealSoundChain::ReadFrames(int slot) const {
   const Player& player = players_[slot];
   const MixerThread::Status status = mixer_->StatusOf(slot);
-  return status.generation == player.generation ? status.frame : player.startFrame;
+  if (status.generation != player.generation) return player.startFrame;
+  const int64_t length = player.stream == nullptr ? status.frame : player.stream->LengthFrames();
+  player.readFrame = std::max(player.readFrame, std::min(status.frame, length));
+  return player.readFrame;
 }
 
 void RealSoundChain::PauseMixer(bool paused) {
@@ -239,7 +245,8 @@ void RealSoundChain::StartOutput() {
 }
 
 void RealSoundChain::StopOutput() {
-  mixer_->Ring().End();  // at once; the mixer's thread follows
+  // A device falls silent at once. What a clock is due to have drained by now it drains first.
+  if (mixer_->Ring().DeviceDrains()) mixer_->Ring().End();
   Send({.kind = Kind::kHalt});
 }
 
@@ -248,7 +255,7 @@ void RealSoundChain::CloseOutput() {
 }
 
 int64_t RealSoundChain::PlayedFrames() const {
-  return mixer_->Ring().PlayedFrames(run_);
+  return mixer_->PlayedFrames(run_);
 }
 
 void RealSoundChain::RetireStream(int slot) {

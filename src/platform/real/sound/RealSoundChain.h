@@ -50,8 +50,9 @@ class RealSoundChain final : public SoundChainBase {
                  Unheard unheard = Unheard::kGoesOn);
   ~RealSoundChain() override;
 
-  // About every 10 ms: tells the observer what ended and the operator what happened to the output.
-  void Poll();
+  // Ahead of whatever looks at it, and at least some times a second: tells the observer what ended
+  // and the operator what happened to the output. True: again within 20 ms.
+  bool Poll();
   SoundHealth TakeHealth();
   // Another device, from the next opening of the output on; nothing where the output is none.
   void ChooseDevice(const std::string& key);
@@ -91,6 +92,7 @@ class RealSoundChain final : public SoundChainBase {
     std::unique_ptr<DecodedStream> stream;  // of the last start
     uint32_t generation = 0;
     int64_t startFrame = 0;  // of the last start, until the mixer has taken it up
+    mutable int64_t readFrame = 0;  // of the last start: the farthest that was told
   };
 
   bool MakeStream(int slot, int64_t frame);

@@ -25,6 +25,14 @@ std::string Little(int64_t number, int bytes) {
   return text;
 }
 
+constexpr int64_t kFormatBytes = 24;
+constexpr int64_t kSizesBytes = 28;  // of the chunk of 64-bit sizes: three, and an empty table
+
+// What the RIFF chunk of a file of so many frames holds.
+int64_t RiffSize(int64_t frames, bool grows) {
+  return 4 + (grows ? 8 + kSizesBytes : 0) + kFormatBytes + 8 + frames * kStereoBytes;
+}
+
 std::string Format() {
   constexpr int kPcm = 1;
   return "fmt " + Little(16, 4) + Little(kPcm, 2) + Little(kChannels, 2) + Little(kSampleRate, 4) +
@@ -35,10 +43,8 @@ std::string Format() {
 }  // namespace
 
 std::string WavFile::Header(int64_t frames, bool grows) {
-  constexpr int64_t kSizesBytes = 28;  // of the chunk of 64-bit sizes: three, and an empty table
-  const int64_t room = grows ? 8 + kSizesBytes : 0;
   const int64_t data = frames * kStereoBytes;
-  const int64_t riff = 4 + room + static_cast<int64_t>(Format().size()) + 8 + data;
+  const int64_t riff = RiffSize(frames, grows);
   if (riff <= kMostSize) {
     const std::string empty(kSizesBytes, '\0');
     return "RIFF" + Little(riff, 4) + "WAVE" + Format() +
@@ -70,7 +76,7 @@ WavFile::~WavFile() {
 }
 
 void WavFile::Write(const int16_t* stereo, int frames) {
-  if (!grows_ && Header(frames_ + frames, false).size() != Header(0, false).size())
+  if (!grows_ && RiffSize(frames_ + frames, false) > kMostSize)
     throw SoundError(path_ + ": is as long as a WAV file can be");
   WriteAll(reinterpret_cast<const char*>(stereo), static_cast<size_t>(frames * kStereoBytes));
   frames_ += frames;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QTimer>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -135,16 +136,59 @@ TEST_F(RealEventLoopTest, AHandlerThatThrowsDoesNotEndTheLoop) {
 
 TEST_F(RealEventLoopTest, TheIdleHookRunsWithoutBeingAnEventUntilItIsTakenAway) {
   int runs = 0;
-  loop_.SetIdle([&] { ++runs; }, 5);
+  loop_.SetIdle(
+      [&] {
+        ++runs;
+        return true;
+      },
+      5, 60'000);
   EXPECT_TRUE(WaitFor([&] { return runs >= 3; }));
   EXPECT_EQ(loop_.EventsServed(), 0u);
-  loop_.SetIdle(nullptr, 5);
+  loop_.SetIdle(nullptr, 5, 5);
   runs = 0;
   int ticks = 0;
   auto timer = loop_.MakeTimer(30, [&] { ++ticks; });
   timer->SetEnabled(true);
   ASSERT_TRUE(WaitFor([&] { return ticks > 0; }));
   EXPECT_EQ(runs, 0);
+}
+
+TEST_F(RealEventLoopTest, TheIdleHookRunsAheadOfWhatTheLoopServesAndWakesItNotByItself) {
+  std::string ran;
+  loop_.SetIdle(
+      [&] {
+        ran += 'i';
+        return false;
+      },
+      5, 60'000);
+  QTimer::singleShot(100, &application_, [&] { loop_.Quit(); });
+  loop_.Run();
+  EXPECT_EQ(ran, "i");
+  loop_.Post([&] { ran += 'a'; });
+  loop_.Post([&] { ran += 'b'; });
+  loop_.Yield();
+  EXPECT_EQ(ran.substr(0, 3), "iia");
+}
+
+TEST_F(RealEventLoopTest, TheIdleHookComesBackByItselfWhereItAsksToAndAfterItsRestElsewhere) {
+  const auto runsToThree = [this](bool again, int everyMs, int restMs) {
+    int runs = 0;
+    loop_.SetIdle(
+        [&, again] {
+          if (++runs == 3) loop_.Quit();
+          return again;
+        },
+        everyMs, restMs);
+    QTimer bound;
+    bound.setSingleShot(true);
+    QObject::connect(&bound, &QTimer::timeout, [this] { loop_.Quit(); });
+    bound.start(10'000);
+    loop_.Run();
+    loop_.SetIdle(nullptr, 1, 1);
+    return runs == 3;
+  };
+  EXPECT_TRUE(runsToThree(true, 5, 60'000));
+  EXPECT_TRUE(runsToThree(false, 1, 5));
 }
 
 TEST_F(RealEventLoopTest, QuitFromAnotherThreadEndsTheRun) {

@@ -144,6 +144,92 @@ TEST_F(RealSoundChainTest, TheReadPositionLeadsTheOutputByTheRing) {
   EXPECT_GT(lead, 0);
 }
 
+// The mixer looks after a ring of that depth about eleven times a second.
+TEST_F(RealSoundChainTest, OnTheClockPositionsGoOnBetweenTheTurnsOfTheMixer) {
+  RealSoundChain& chain = Make();
+  Sound(0, "level");
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > 200; }));
+  const auto begin = std::chrono::steady_clock::now();
+  const auto sinceMs = [&] {
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
+        .count();
+  };
+  // What a position is ahead of the clock lies between these two, if it goes as the clock does.
+  double readLeast = -1e9, readMost = 1e9, heardLeast = -1e9, heardMost = 1e9;
+  int last = 0;
+  ASSERT_TRUE(Within([&] {
+    const double before = sinceMs();
+    const int read = chain.Position(0);
+    const int heard = chain.OutputPosition();
+    const double after = sinceMs();
+    readLeast = std::max(readLeast, read - after);
+    readMost = std::min(readMost, read - before);
+    heardLeast = std::max(heardLeast, heard - after);
+    heardMost = std::min(heardMost, heard - before);
+    EXPECT_GE(read, last);
+    last = read;
+    return after > 400;
+  }));
+  EXPECT_LE(readLeast - readMost, 3.0);
+  EXPECT_LE(heardLeast - heardMost, 3.0);
+}
+
+TEST_F(RealSoundChainTest, AStartIsMixedWhereTheSlotsReadWhenItWasOrdered) {
+  constexpr int kStarts = 11;
+  const std::string path = folder_.Path("out.wav");
+  RealSoundChain& chain = Make(nullptr, std::make_unique<FileSink>(path));
+  Sound(0, "level");
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > 100; }));
+  std::vector<int> ordered;
+  for (int i = 0; i < kStarts; ++i) {
+    chain.SetFileName(1, "short");
+    const int from = chain.Position(0);
+    ASSERT_TRUE(Within([&] { return chain.Position(0) > from + 7 * i; }));
+    ordered.push_back(chain.Position(0));
+    chain.SetChannelDone(1, false);
+    ASSERT_TRUE(Within([&] { return chain.ChannelDone(1); }));
+  }
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > ordered.back() + 100; }));
+  chain_.reset();
+  const std::vector<int16_t> left = Left(path);
+  const auto begin = std::find(left.begin(), left.end(), 16384);
+  auto at = begin;
+  for (int i = 0; i < kStarts; ++i) {
+    at = std::find(at, left.end(), 16384 + 8192);
+    ASSERT_NE(at, left.end());
+    EXPECT_GE(FramesToMs(at - begin), ordered[i] - 1) << i;
+    at = std::find(at, left.end(), 16384);
+  }
+}
+
+// A machine that is busy may be late for some of them; one in a row of five is enough.
+TEST_F(RealSoundChainTest, AnOrderIsTakenUpAndAnEndToldAtOnceAndNotAtTheNextTurn) {
+  constexpr int kStarts = 11;
+  constexpr int kAtOnceMs = 15;
+  RealSoundChain& chain = Make();
+  Sound(0, "level");
+  ASSERT_TRUE(Within([&] { return chain.OutputPosition() > 100; }));
+  int orderMs = 0, endMs = 0;
+  for (int row = 0; row < 5; ++row) {
+    std::vector<int> orders, ends;
+    for (int i = 0; i < kStarts; ++i) {
+      chain.SetFileName(1, "short");
+      const int from = chain.Position(0);
+      chain.SetChannelDone(1, false);
+      ASSERT_TRUE(Within([&] { return chain.Position(1) > 0; }));
+      orders.push_back(chain.Position(0) - chain.Position(1) - from);
+      ASSERT_TRUE(Within([&] { return chain.ChannelDone(1); }));
+      ends.push_back(chain.Position(0) - 100 - orders.back() - from);
+    }
+    std::sort(orders.begin(), orders.end());
+    std::sort(ends.begin(), ends.end());
+    orderMs = orders[kStarts / 2];
+    endMs = ends[kStarts / 2];
+    if (orderMs <= kAtOnceMs && endMs <= kAtOnceMs) return;
+  }
+  ADD_FAILURE() << "an order " << orderMs << " ms, an end " << endMs << " ms late";
+}
+
 TEST_F(RealSoundChainTest, IntoAFileGoesEveryFrameOnceAndInOrder) {
   const std::string path = folder_.Path("out.wav");
   RealSoundChain& chain = Make(nullptr, std::make_unique<FileSink>(path));
@@ -522,7 +608,7 @@ TEST_F(RealSoundChainTest, AHeldFileHoldsNothingElseAndItsLossIsTold) {
   ASSERT_TRUE(Within([&] { return chain.OutputPosition() > position + 500; }));
   EXPECT_TRUE(chain.TakeHealth().heard);
   EXPECT_EQ(chain.TakeHealth().underruns, 1u);
-  EXPECT_GE(chain.TakeHealth().lostFrames, 22050u);
+  EXPECT_TRUE(Within([&] { return chain.TakeHealth().lostFrames >= 22050u; }));
   EXPECT_EQ(told_.size(), 1u);
   sink.Release();
   chain.End();
