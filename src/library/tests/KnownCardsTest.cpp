@@ -44,6 +44,9 @@ class InterruptedBase final : public Database {
   std::shared_ptr<RowNotes> NoteRows(std::string_view table) override {
     return base_.NoteRows(table);
   }
+  bool ReadPages(std::string_view table, int64_t afterKey, const TakePage& take) override {
+    return base_.ReadPages(table, afterKey, take);
+  }
   int64_t LastInsertCode() const override { return base_.LastInsertCode(); }
   LockWait& Waiting() override { return base_.Waiting(); }
   bool FileIsLost() const override { return base_.FileIsLost(); }
