@@ -39,7 +39,8 @@ void KnownCards::Look(Database& db) {
   if (!notes_) {
     notes_ = db.NoteRows(kCardTable);
     StartOver(db);
-  } else if (notes_->All() || db.ForeignCounter() != foreign_) {
+  } else if (notes_->All() || db.ForeignCounter() != foreign_ ||
+             (!keepable_ && notes_->Count() > 0)) {
     StartOver(db);
   }
 }
@@ -48,44 +49,58 @@ void KnownCards::Look(Database& db) {
 void KnownCards::StartOver(Database& db) {
   const bool texts = textsAtFirst_ > 0 && texts_->Bytes() > 2 * textsAtFirst_ + kTextsToSpare;
   const int64_t foreign = db.ForeignCounter();
-  asStored_ = db.IsReadAsStored(kCardTable);
+  keepable_ = db.IsReadAsStored(kCardTable);
   foreign_ = foreign;
-  if (texts || !asStored_) {
-    texts_ = std::make_shared<CardTexts>();
-    textsAtFirst_ = 0;
-    chunks_.clear();
-  }
+  if (texts || !keepable_) Forget();
   notes_->Clear();
   whole_ = false;
   fresh_ = 0;
   lastCode_ = std::numeric_limits<int64_t>::min();
 }
 
+void KnownCards::Forget() {
+  texts_ = std::make_shared<CardTexts>();
+  textsAtFirst_ = 0;
+  chunks_.clear();
+  readOnce_ = false;
+  fresh_ = 0;
+}
+
 std::optional<CardSet> KnownCards::Now(Database& db) {
+  const auto cards = Listed(db);
+  return odd_ > 0 ? std::nullopt : cards;
+}
+
+std::optional<CardSet> KnownCards::Listed(Database& db) {
   if (db.InTransaction()) return std::nullopt;  // what is read now may be taken back
   const NoLockWait atOnce(db.Waiting());
   try {
     Look(db);
-    if (!asStored_) return std::nullopt;
+    if (!keepable_) return std::nullopt;
     if (!whole_) ReadOn(db);
     if (!whole_ || notes_->Count() > kMostAtOnce) return std::nullopt;
     ReadAgain(db, kMostAtOnce);
   } catch (const StoreError&) {
     return std::nullopt;
   }
-  if (!whole_ || odd_ > 0) return std::nullopt;
+  if (!whole_) return std::nullopt;
+  return CardSet{{chunks_.begin(), chunks_.end()}, texts_};
+}
+
+std::optional<CardSet> KnownCards::LastRead() const {
+  if (!readOnce_) return std::nullopt;
   return CardSet{{chunks_.begin(), chunks_.end()}, texts_};
 }
 
 bool KnownCards::ReadSlice(Database& db) {
   if (db.InTransaction()) return false;
   Look(db);
-  if (!asStored_) return false;
+  if (!keepable_) return false;
   if (!whole_)
     ReadOn(db);
   else
     ReadAgain(db, static_cast<size_t>(sliceRows_) / 4);  // one by one costs more
-  return !whole_ || notes_->All() || notes_->Count() > 0;
+  return keepable_ && (!whole_ || notes_->All() || notes_->Count() > 0);
 }
 
 // --- reading ---
@@ -96,17 +111,23 @@ void KnownCards::ReadOn(Database& db) {
   const BoundQuery query =
       SliceOfCards(lastCode_ == std::numeric_limits<int64_t>::min(), lastCode_, sliceRows_);
   int64_t lastCode = lastCode_;
+  bool wide = false;  // a code of more than 32 bits: no card has it here
   db.ReadRows(query.text, query.values, [&](const RowView& row) {
     lastCode = row.Int(0);
+    wide = wide || lastCode != static_cast<int32_t>(lastCode);
     slice->push_back(texts_->Pack(row, Find(lastCode)));
   });
   if (db.ForeignCounter() != foreign_) return StartOver(db);
+  if (wide) {
+    keepable_ = false;
+    return Forget();
+  }
   const bool last = static_cast<int>(slice->size()) < sliceRows_;
   lastCode_ = lastCode;
   TakeSlice(std::move(slice), last);
   texts_->OrderArtists();  // a request would have to
   if (!last) return;
-  whole_ = true;
+  whole_ = readOnce_ = true;
   odd_ = 0;
   for (const auto& chunk : chunks_) odd_ += OddOf(*chunk);
   if (textsAtFirst_ == 0) textsAtFirst_ = texts_->Bytes();
@@ -178,7 +199,7 @@ CardChunk& KnownCards::Writable(size_t chunk) {
 }
 
 void KnownCards::Replace(int64_t code, const std::optional<PackedCard>& card) {
-  if (code != static_cast<int32_t>(code)) return notes_->NoteAll();  // no card has it here
+  if (code != static_cast<int32_t>(code)) return notes_->NoteAll();
   if (chunks_.empty()) {
     if (!card) return;
     chunks_.push_back(std::make_shared<CardChunk>());
@@ -221,6 +242,15 @@ KnownCards& CardsOf(Station& station) {
 std::optional<CardSet> CardsNow(Station& station) {
   if (!station.base.IsOpen()) return std::nullopt;
   return CardsOf(station).Now(station.base.Db());
+}
+
+std::optional<CardSet> CardsToList(Station& station) {
+  if (!station.base.IsOpen()) return std::nullopt;
+  return CardsOf(station).Listed(station.base.Db());
+}
+
+std::optional<CardSet> CardsAsLastRead(const Station& station) {
+  return station.knownCards ? station.knownCards->LastRead() : std::nullopt;
 }
 
 bool ReadCardsAhead(Station& station) {

@@ -36,6 +36,12 @@ class KnownCards {
   // The cards as a query would find them now. None: that is not known. Waits for no lock, and reads
   // no more than one slice: a library of one slice is always known, but for a fault of the base.
   std::optional<CardSet> Now(Database& db);
+  // The same for who asks for no genre and no hour as the base does: Now has none where the base
+  // alone can judge a card by these.
+  std::optional<CardSet> Listed(Database& db);
+  // All cards, each as it was read last, whatever others have written since; without a look at the
+  // base. None before the first pass.
+  std::optional<CardSet> LastRead() const;
   // Reads on where something is not known; true: something is left to be read. Throws StoreError;
   // what was read stays, and it can be called again.
   bool ReadSlice(Database& db);
@@ -43,6 +49,7 @@ class KnownCards {
  private:
   void Look(Database& db);
   void StartOver(Database& db);
+  void Forget();
   void ReadOn(Database& db);
   void ReadAgain(Database& db, size_t most);
   void TakeSlice(std::shared_ptr<CardChunk> slice, bool last);
@@ -53,9 +60,10 @@ class KnownCards {
 
   const int sliceRows_;
   std::shared_ptr<RowNotes> notes_;  // null before the first look
-  bool asStored_ = false;            // the table is read as it stands
+  bool keepable_ = false;            // the table is read as it stands, with codes of 32 bits
   int64_t foreign_ = 0;              // ForeignCounter at the begin of the pass
   bool whole_ = false;               // the pass is at its end
+  bool readOnce_ = false;            // a pass of chunks_ came to its end
   // In order of CODE. Of a pass under way the first `fresh_` are read, up to `lastCode_`; the
   // others are what was known before.
   std::vector<std::shared_ptr<CardChunk>> chunks_;
@@ -69,6 +77,8 @@ class KnownCards {
 // The station's own, from the first asking on. Throws nothing: a base that cannot be read is one of
 // which nothing is known.
 std::optional<CardSet> CardsNow(Station& station);
+std::optional<CardSet> CardsToList(Station& station);            // KnownCards::Listed
+std::optional<CardSet> CardsAsLastRead(const Station& station);  // KnownCards::LastRead
 // One slice of reading ahead; true when more is left to be read, and can be now.
 bool ReadCardsAhead(Station& station);
 

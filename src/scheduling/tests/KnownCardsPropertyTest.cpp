@@ -1,5 +1,6 @@
 // Generated libraries, clocks and writes of everybody at any moment: whatever a request finds in
-// memory is what the base's query gives in that moment, and so are the pools made of it.
+// memory is what the base's query gives in that moment, and so are the pools made of it and the
+// rows that a search lists.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -7,9 +8,11 @@
 #include <random>
 
 #include "library/KnownCards.h"
+#include "scheduling/LibrarySearch.h"
 #include "scheduling/RequestFrame.h"
 #include "scheduling/tests/CandidateReading.h"
 #include "scheduling/tests/RequestFixture.h"
+#include "scheduling/tests/SearchReading.h"
 #include "station/BaseFiles.h"
 #include "support/UnderSanitizer.h"
 
@@ -127,12 +130,15 @@ class Cases {
                                              "'21/11/1826 à 10:05'",
                                              "'15/12/2026 à 12:00'",
                                              "'1/11/2026 à 10:05'"};
-    static constexpr const char* kNames[] = {"'Artist A'", "'ARTIST A'",  "'artist b'", "''",
-                                             "NULL",       "'  '",        "'Élan'",     "'élan'",
-                                             "x'41FF42'",  "' Artist A '"};
+    static constexpr const char* kNames[] = {"'Artist A'", "'ARTIST A'",   "'artist b'", "''",
+                                             "NULL",       "'  '",         "'Élan'",     "'élan'",
+                                             "x'41FF42'",  "' Artist A '", "x'41C3'"};
+    static constexpr const char* kTitles[] = {"'bTitre'", "x'A9C3A9'", "'Été'", "'a'", "''"};
     static constexpr const char* kDays[] = {"''", "NULL", "'0101'", "'1231'", "'  '", "'1115'"};
     static constexpr const char* kVarieties[] = {"'NATIONAL'", "'INTERNATIONAL'", "NULL", "'nat'"};
+    if (Pick(0, 200) == 0) return "printf('%.600c', 'é')";  // 1200 bytes
     if (column == "GENRE") return OneOf(kGenres);
+    if (column == "TITRE" && Pick(0, 3) == 0) return OneOf(kTitles);
     if (column.starts_with("TRANCHE"))
       return Pick(0, 150) == 0 ? "x'313131313131313131313131'" : OneOf(kHours);
     if (column.starts_with("DIFFUSION")) return Pick(0, 3) ? "''" : OneOf(kDates);
@@ -323,6 +329,26 @@ class Cases {
     EXPECT_EQ(seen.offered, expected.offered);
     EXPECT_EQ(seen.lines, expected.lines);
     EXPECT_EQ(seen.fault, expected.fault);
+    CompareSearch();
+  }
+  void CompareSearch() {
+    static constexpr const char* kTexts[] = {"*",      "artist a", "tist",     "TITRE1", "BTITRE",
+                                             "ÉLA",    "élan",     "a artist", "éét",    "AÉÉ",
+                                             "ist bT", "AT",       "   "};
+    static constexpr const char* kPatterns[] = {"*", "p?p", "ÉT?", "", "1*", "*o*", "L'été"};
+    BrowsedRows& found = It().browse.ListRech.rows;
+    found.clear();
+    if (Pick(0, 1)) {
+      const std::string typed = It().browse.Rech = OneOf(kTexts);
+      OnAir::Rech_Change(It());
+      const bool enough = typed == "*" || CharacterCount(Trim(typed)) >= 3;
+      test::ExpectSameRows(found,
+                           enough ? test::PlainTextSearch(It(), typed) : std::vector<BrowseRow>());
+    } else {
+      const std::string pattern = OneOf(kPatterns);
+      OnAir::RechGenre_Click(It(), pattern);
+      test::ExpectSameRows(found, test::PlainGenreSearch(It(), pattern));
+    }
   }
 
   std::mt19937 random_;
