@@ -14,8 +14,6 @@ namespace zemo {
 namespace {
 
 constexpr const char* kCardTable = "Discotheque";
-constexpr size_t kMostInChunk = 2048;              // cards; a chunk that grows beyond is cut in two
-constexpr size_t kChunkOfItsOwn = 512;             // cards; fewer go into one that is there
 constexpr size_t kTextsToSpare = size_t{1} << 18;  // bytes
 constexpr int kPagesASlice = 1500;                 // some 3 ms
 constexpr size_t kRangesASlice = 64;               // of cards to be read
@@ -64,7 +62,7 @@ void KnownCards::StartOver(Database& db) {
   foreign_ = foreign;
   if (texts || !keepable_) Forget();
   if (notes_->All()) pages_.clear();
-  if (pages_.empty()) notes_->Clear();  // every row is read
+  notes_->Clear();  // a written row's page has another mark, or none
   whole_ = false;
   lastCode_ = kBelowAll;
 }
@@ -190,6 +188,7 @@ void KnownCards::ReadAgain(Database& db, size_t most) {
     if (codes[at] != static_cast<int32_t>(codes[at])) return notes_->NoteAll();  // no card has it
     try {
       Replace(Read(db, {codes[at] - 1, codes[at]}, 1));
+      Unmark(codes[at]);
     } catch (...) {
       for (; at < codes.size(); ++at) notes_->Note(codes[at]);
       throw;
@@ -222,6 +221,14 @@ void KnownCards::TakePages(const Stretch& stretch) {
     const auto place = pages_.erase(begin, end);
     pages_.insert(place, stretch.pages.begin(), stretch.pages.end());
   }
+}
+
+// A card of the page was read behind the others: it may be written back to what it was.
+void KnownCards::Unmark(int64_t code) {
+  const auto page = std::lower_bound(
+      pages_.begin(), pages_.end(), code,
+      [](const KnownPage& other, int64_t wanted) { return other.lastCode < wanted; });
+  if (page != pages_.end()) page->mark = {};
 }
 
 // --- the chunks ---
@@ -302,7 +309,7 @@ void KnownCards::Insert(CardChunk cards) {
   const int64_t code = cards.front().code;
   size_t at = ChunkOf(code);
   const bool between = at < chunks_.size() && chunks_[at]->front().code < code;
-  if (!between && (cards.size() >= kChunkOfItsOwn || chunks_.empty())) {
+  if (!between && (cards.size() >= mostInChunk_ / 4 || chunks_.empty())) {
     cards.shrink_to_fit();
     chunks_.insert(chunks_.begin() + static_cast<std::ptrdiff_t>(at),
                    std::make_shared<CardChunk>(std::move(cards)));
@@ -312,7 +319,7 @@ void KnownCards::Insert(CardChunk cards) {
   CardChunk& chunk = Writable(at);
   const auto place = std::upper_bound(chunk.begin(), chunk.end(), code, AboveCode());
   chunk.insert(place, cards.begin(), cards.end());
-  if (chunk.size() <= kMostInChunk) return;
+  if (chunk.size() <= mostInChunk_) return;
   const auto middle = chunk.begin() + static_cast<std::ptrdiff_t>(chunk.size() / 2);
   auto upper = std::make_shared<CardChunk>(middle, chunk.end());
   chunk.erase(middle, chunk.end());

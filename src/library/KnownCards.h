@@ -38,7 +38,8 @@ class KnownCards {
   static constexpr int kSliceRows = 1000;     // some 3 ms on the machines that we know
   static constexpr size_t kMostAtOnce = 200;  // rows that are read again by who asks
 
-  explicit KnownCards(int sliceRows = kSliceRows) : sliceRows_(sliceRows) {}
+  explicit KnownCards(int sliceRows = kSliceRows)
+      : sliceRows_(sliceRows), mostInChunk_(static_cast<size_t>(2 * sliceRows)) {}
 
   // The cards as a query would find them now. None: that is not known. Waits for no lock, and reads
   // no more than one slice: a library of one slice is always known, but for a fault of the base.
@@ -81,6 +82,7 @@ class KnownCards {
   bool IsKnownPage(int64_t before, const TablePage& page) const;
   Reading Read(Database& db, Range range, int most);
   void TakePages(const Stretch& stretch);
+  void Unmark(int64_t code);
   void ReadAgain(Database& db, size_t most);
   const PackedCard* Find(int64_t code) const;
   size_t ChunkOf(int64_t code) const;
@@ -91,6 +93,7 @@ class KnownCards {
   void Insert(CardChunk cards);
 
   const int sliceRows_;
+  const size_t mostInChunk_;         // a chunk that grows beyond is cut in two; few cards make none
   std::shared_ptr<RowNotes> notes_;  // null before the first look
   bool keepable_ = false;            // the table is read as it stands, with codes of 32 bits
   int64_t foreign_ = 0;              // ForeignCounter at the begin of the pass
@@ -100,8 +103,8 @@ class KnownCards {
   // known before.
   std::vector<std::shared_ptr<CardChunk>> chunks_;
   int64_t lastCode_ = std::numeric_limits<int64_t>::min();
-  // The cards above one page's last code up to the next one's were read when that page had this
-  // mark, or are noted. In order of their codes; without gaps up to `lastCode_`.
+  // The cards above one page's last code up to the next one's are as they were when that page had
+  // this mark. In order of their codes; without gaps up to `lastCode_`.
   std::vector<KnownPage> pages_;
   int odd_ = 0;  // cards that only the base can judge
   std::shared_ptr<CardTexts> texts_ = std::make_shared<CardTexts>();

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "library/KnownCards.h"
+#include "store/TablePages.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -16,6 +17,7 @@ class InterruptedBase final : public Database {
   std::function<void()> beforeRows;   // once
   std::function<void()> behindPages;  // once
   bool pagesUntold = false;
+  std::vector<TablePage> pages;  // told in place of those of the file; empty: these
   int rows = 0;  // read
 
   void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) override {
@@ -51,7 +53,8 @@ class InterruptedBase final : public Database {
     return base_.NoteRows(table);
   }
   bool ReadPages(std::string_view table, int64_t afterKey, const TakePage& take) override {
-    const bool told = !pagesUntold && base_.ReadPages(table, afterKey, take);
+    const bool told = !pagesUntold && (pages.empty() ? base_.ReadPages(table, afterKey, take)
+                                                     : Tell(afterKey, take));
     if (const auto act = std::exchange(behindPages, nullptr)) act();
     return told;
   }
@@ -60,6 +63,12 @@ class InterruptedBase final : public Database {
   bool FileIsLost() const override { return base_.FileIsLost(); }
 
  private:
+  bool Tell(int64_t afterKey, const TakePage& take) const {
+    for (const TablePage& page : pages)
+      if (page.lastKey > afterKey && !take(page)) break;
+    return true;
+  }
+
   Database& base_;
 };
 
@@ -90,6 +99,21 @@ class CardsInMemory : public testing::Test {
     return known ? std::string(TitleOf(known->chunks.at(0)->at(0))) : "not known";
   }
 
+  void ExpectTitlesByCode() {
+    const auto known = cards.Now(*base);
+    ASSERT_TRUE(known);
+    int code = 0;
+    for (const auto& chunk : known->chunks)
+      for (const PackedCard& card : *chunk)
+        EXPECT_EQ(TitleOf(card), "TITLE " + std::to_string(++code));
+    EXPECT_EQ(code, kCards);
+  }
+  // CODE of the card that was made as the nth of those that are there.
+  std::string SqlOfFirst(int nth) {
+    return "(SELECT MIN(CODE) FROM Discotheque) + " + std::to_string(nth - 1);
+  }
+
+  static constexpr int64_t kAboveAll = std::numeric_limits<int64_t>::max();
   static constexpr int kCards = 40;
   TestStation on;
   std::unique_ptr<InterruptedBase> base;
@@ -145,21 +169,60 @@ TEST_F(CardsInMemory, WhereThePagesCannotBeToldAllRowsAreRead) {
 // known.
 TEST_F(CardsInMemory, PagesThatCannotBeToldForATimeAreNotTakenForKnownOnes) {
   ReadAll();
-  on.Sql("UPDATE Discotheque SET TITRE = 'OTHER' WHERE CODE < 30");
+  on.Sql("UPDATE Discotheque SET TITRE = 'OTHER' WHERE CODE < 40");
   cards.ReadSlice(*base);  // by its pages, and the next one row by row
   base->pagesUntold = true;
   cards.ReadSlice(*base);
   base->pagesUntold = false;
+  on.Sql("UPDATE Discotheque SET TITRE = 'TITLE ' || CODE WHERE CODE < 40");
   ReadAll();
-  on.Sql("UPDATE Discotheque SET TITRE = 'TITLE ' || CODE WHERE CODE < 30");
+  ExpectTitlesByCode();
+}
+
+TEST_F(CardsInMemory, WhatThisProgramWroteAndAnotherOneTookBackIsReadAgain) {
   ReadAll();
-  const auto known = cards.Now(*base);
-  ASSERT_TRUE(known);
-  int code = 0;
-  for (const auto& chunk : known->chunks)
-    for (const PackedCard& card : *chunk)
-      EXPECT_EQ(TitleOf(card), "TITLE " + std::to_string(++code));
-  EXPECT_EQ(code, kCards);
+  on.station.base.Db().Execute("UPDATE Discotheque SET TITRE = 'OTHER 1' WHERE CODE = 1");
+  EXPECT_EQ(TitleOfFirst(), "OTHER 1");
+  on.Sql("UPDATE Discotheque SET TITRE = 'TITLE 1' WHERE CODE = 1");
+  ReadAll();
+  ExpectTitlesByCode();
+}
+
+TEST_F(CardsInMemory, APageThatBeginsElsewhereIsAnotherOne) {
+  base->pages = {{10, 10, {1, 1}}, {kAboveAll, 30, {2, 2}}};
+  ReadAll();
+  on.Sql("DELETE FROM Discotheque WHERE CODE <= 10");
+  base->pages = {{kAboveAll, 30, {2, 2}}};
+  ReadAll();
+  EXPECT_EQ(TitleOfFirst(), "TITLE 11");
+}
+
+TEST_F(CardsInMemory, APageBehindRowsWithoutMarksIsAnotherOne) {
+  base->pagesUntold = true;
+  for (int slice = 0; slice < 6; ++slice) cards.ReadSlice(*base);  // up to 18
+  base->pagesUntold = false;
+  base->pages = {{15, 15, {1, 1}}, {20, 5, {2, 2}}, {kAboveAll, 20, {3, 3}}};
+  ReadAll();
+  on.Sql("DELETE FROM Discotheque WHERE CODE <= 15");
+  base->pages.erase(base->pages.begin());
+  ReadAll();
+  EXPECT_EQ(TitleOfFirst(), "TITLE 16");
+}
+
+TEST_F(CardsInMemory, CardsGoWithTheirPages) {
+  for (int first = 1; first <= kCards; first += 4) {
+    SCOPED_TRACE("from " + std::to_string(first));
+    on.Sql("DELETE FROM Discotheque");
+    Cards(kCards);
+    ReadAll();
+    on.Sql("DELETE FROM Discotheque WHERE CODE < " + SqlOfFirst(first));
+    ReadAll();
+    const auto known = cards.Now(*base);
+    ASSERT_TRUE(known);
+    int count = 0;
+    for (const auto& chunk : known->chunks) count += static_cast<int>(chunk->size());
+    EXPECT_EQ(count, kCards + 1 - first);
+  }
 }
 
 TEST_F(CardsInMemory, AWriteWhileARowIsReadAgainIsNotMissed) {

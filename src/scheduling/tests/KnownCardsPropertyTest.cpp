@@ -26,6 +26,7 @@ using test::SeePool;
 
 constexpr int kCases = test::Cases(1000);
 constexpr int kCasesAStation = 40;
+constexpr int kManyCards = 150;  // on some twenty pages
 constexpr int kSmallSlice = 9;  // rows, so that passes take several
 
 // Another program: SQLite as it comes, which stores what it likes.
@@ -85,7 +86,9 @@ class Cases {
     s_->Report("artist b", 46000, "POP");
     stranger_ = std::make_unique<Stranger>(It().base.Path());
     It().knownCards = std::make_shared<KnownCards>(kSmallSlice);
-    for (int n = Pick(0, 40); n > 0; --n) stranger_->Do(Insertion());
+    stranger_->Do("BEGIN");
+    for (int n = Pick(0, 2) ? Pick(0, 40) : kManyCards; n > 0; --n) stranger_->Do(Insertion());
+    stranger_->Do("COMMIT");
   }
   void SetClock() {
     // Near the broadcasts of the cards, at their hours.
@@ -194,8 +197,14 @@ class Cases {
     return "INSERT INTO Discotheque (" + fields + ") VALUES (" + values + ")";
   }
   std::string Write() {
-    const std::string code = std::to_string(Pick(1, 60));
-    switch (Pick(0, 11)) {
+    const std::string code = std::to_string(Pick(1, Pick(0, 1) ? 60 : kManyCards));
+    switch (Pick(0, 12)) {
+      case 12: {
+        // Whole pages.
+        const int first = Pick(1, kManyCards);
+        return "DELETE FROM Discotheque WHERE CODE BETWEEN " + std::to_string(first) + " AND " +
+               std::to_string(first + Pick(0, 30));
+      }
       case 0:
         return "DELETE FROM Discotheque WHERE CODE = " + code;
       case 1:
