@@ -10,6 +10,7 @@
 #include "platform/EventLoop.h"
 #include "scheduling/HourFilter.h"
 #include "scheduling/KeySort.h"
+#include "scheduling/LastAnswers.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -220,7 +221,7 @@ CandidateCards::CandidateCards(Station& station, const CardsWanted& wanted, Orde
   if (known) {
     TakeKnown(station, *known, wanted);
   } else {
-    Ask(station, QueryOf(wanted));
+    AskOrTakeLast(station, wanted);
   }
   Sort(order, [&] { YieldAmongMany(station, cards_.size()); });
 }
@@ -229,6 +230,18 @@ CandidateCards::CandidateCards(Station& station, const BoundQuery& condition, Or
     : weekday_(static_cast<size_t>(CurrentWeekday(station.Now()) - 1)) {
   Ask(station, condition);
   Sort(order, [] {});
+}
+
+// A base that is out of reach leaves the library as it was read last.
+void CandidateCards::AskOrTakeLast(Station& station, const CardsWanted& wanted) {
+  try {
+    Ask(station, QueryOf(wanted));
+  } catch (const StoreError& fault) {
+    const auto last = IsQuery(wanted) ? CardsAsLastRead(station) : std::nullopt;
+    if (!last || !fault.MayPass()) throw;
+    TellLastAnswers(station, fault);
+    TakeKnown(station, *last, wanted);
+  }
 }
 
 // The cards stay as they are, whatever is written meanwhile.
@@ -325,7 +338,7 @@ BoundQuery QueryOf(const CardsWanted& wanted) {
 Pool FillPool(Station& station, const CandidateCards& cards, const TitlesInUse& used,
               int64_t limit) {
   // What has no file cannot play, and would be skipped row by row.
-  if (!station.base.Db().HasColumn("Discotheque", "FILENAME")) return {};
+  if (!TitlesHave(station, "FILENAME")) return {};
   Pool pool;
   ArtistTests artists(station, cards);
   RotationTests rotation(station, cards);

@@ -88,6 +88,7 @@ class CandidateCards {
   const CardTexts::Artist& ArtistOf(int card) const { return texts_->ArtistAt(At(card).artist); }
   void TakeKnown(Station& station, const CardSet& known, const CardsWanted& wanted);
   void Ask(Station& station, const BoundQuery& condition);
+  void AskOrTakeLast(Station& station, const CardsWanted& wanted);
   template <typename Pause>
   void Sort(Order order, Pause pause);  // pauses between its steps
 
