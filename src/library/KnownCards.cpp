@@ -97,6 +97,15 @@ std::optional<CardSet> KnownCards::Listed(Database& db) {
   return CardSet{{chunks_.begin(), chunks_.end()}, texts_};
 }
 
+std::optional<CardSet> KnownCards::ListedAlready(Database& db) {
+  try {
+    if (!db.InTransaction()) Look(db);
+  } catch (const StoreError&) {
+    return std::nullopt;
+  }
+  return whole_ ? Listed(db) : std::nullopt;
+}
+
 std::optional<CardSet> KnownCards::LastRead() const {
   if (!readOnce_) return std::nullopt;
   return CardSet{{chunks_.begin(), chunks_.end()}, texts_};
@@ -345,6 +354,12 @@ std::optional<CardSet> CardsNow(Station& station) {
 std::optional<CardSet> CardsToList(Station& station) {
   if (!station.base.IsOpen()) return std::nullopt;
   return CardsOf(station).Listed(station.base.Db());
+}
+
+std::optional<CardSet> CardsListedAlready(Station& station) {
+  if (!station.base.IsOpen()) return std::nullopt;
+  const NoLockWait atOnce(station.base.Waiting());
+  return CardsOf(station).ListedAlready(station.base.Db());
 }
 
 std::optional<CardSet> CardsAsLastRead(const Station& station) {

@@ -47,6 +47,8 @@ class KnownCards {
   // The same for who asks for no genre and no hour as the base does: Now has none where the base
   // alone can judge a card by these.
   std::optional<CardSet> Listed(Database& db);
+  // As Listed, for who has no time to read: none where a slice would have to be.
+  std::optional<CardSet> ListedAlready(Database& db);
   // All cards, each as it was read last, whatever others have written since; without a look at the
   // base. None before the first pass.
   std::optional<CardSet> LastRead() const;
@@ -115,6 +117,7 @@ class KnownCards {
 // which nothing is known.
 std::optional<CardSet> CardsNow(Station& station);
 std::optional<CardSet> CardsToList(Station& station);            // KnownCards::Listed
+std::optional<CardSet> CardsListedAlready(Station& station);     // KnownCards::ListedAlready
 std::optional<CardSet> CardsAsLastRead(const Station& station);  // KnownCards::LastRead
 // One slice of reading ahead; true when more is left to be read, and can be now.
 bool ReadCardsAhead(Station& station);

@@ -126,7 +126,8 @@ bool CardTexts::HasOddCells(const RowView& row, const PackedCard& card) {
     if (row.Text(column).size() > PackedCard::kMostBytes) return true;
   return row.Int(kCardCode) != card.code || otherNumber(kCardLength, card.lengthMs) ||
          otherNumber(kCardExit, card.exitMs) || otherNumber(kCardIntro, card.introSec) ||
-         (std::isinf(card.lastdiff) && !row.IsNull(kCardLastdiff));
+         (!row.IsNull(kCardLastdiff) &&
+          (std::isinf(card.lastdiff) || !row.IsNumber(kCardLastdiff)));
 }
 
 void CardTexts::KeepOddCells(const RowView& row, const PackedCard& card) {
@@ -265,6 +266,17 @@ std::string_view CardTexts::Broadcast(uint32_t packed, DiffusionText& room) cons
   if (packed & PackedCard::kOtherText) return others_.Text(packed & ~PackedCard::kOtherText);
   WriteBroadcast(packed - 1, room);
   return {room.data(), room.size()};
+}
+
+const PackedCard* FindCard(const CardSet& cards, int32_t code) {
+  const auto chunk = std::lower_bound(
+      cards.chunks.begin(), cards.chunks.end(), code,
+      [](const auto& other, int32_t wanted) { return other->back().code < wanted; });
+  if (chunk == cards.chunks.end()) return nullptr;
+  const auto card =
+      std::lower_bound((*chunk)->begin(), (*chunk)->end(), code,
+                       [](const PackedCard& other, int32_t wanted) { return other.code < wanted; });
+  return card != (*chunk)->end() && card->code == code ? &*card : nullptr;
 }
 
 }  // namespace zemo

@@ -38,7 +38,7 @@ struct PackedCard {
   int16_t minutesGap, daysGap, artistGap;
   uint16_t titleBytes, fileBytes;
   bool odd;       // what the base would find by its genre or its hours cannot be told from here
-  bool oddCells;  // what a list shows of it is CardTexts::OddCells
+  bool oddCells;  // the row reads otherwise than what was packed: CardTexts::OddCells
   std::array<uint32_t, kDiffusions> broadcasts;  // BroadcastMinute + 1, or as above
 };
 
@@ -142,5 +142,8 @@ struct CardSet {
   std::vector<std::shared_ptr<const CardChunk>> chunks;
   std::shared_ptr<const CardTexts> texts;
 };
+
+// Null: none has that code. Valid as long as the set.
+const PackedCard* FindCard(const CardSet& cards, int32_t code);
 
 }  // namespace zemo

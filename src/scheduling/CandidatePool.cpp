@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "library/KnownCards.h"
+#include "library/OnAirRows.h"
 #include "platform/EventLoop.h"
 #include "scheduling/HourFilter.h"
 #include "scheduling/KeySort.h"
@@ -320,6 +321,38 @@ OnAirElement CandidateCards::ElementOf(int card) const {
           .exitMs = known(packed.exitMs),
           .introSec = known(packed.introSec),
           .lastPlayed = std::isfinite(packed.lastdiff) ? packed.lastdiff : 0};
+}
+
+namespace {
+
+std::optional<OnAirElement> AskForLongestRested(Station& station, const CardsWanted& wanted,
+                                                int64_t aboveMs) {
+  BoundQuery query{"Select * From Discotheque Where " + QueryOf(wanted).text + " And DUREE > ?",
+                   QueryOf(wanted).values};
+  query.Add(" ORDER BY Lastdiff ASC", {aboveMs});
+  const auto titles = station.base.Db().OpenRecordset(query.text, query.values);
+  return titles->Eof() ? std::nullopt : std::optional(MusicRow(*titles));
+}
+
+}  // namespace
+
+std::optional<OnAirElement> LongestRested(Station& station, const CardsWanted& wanted,
+                                          int64_t aboveMs) {
+  const auto known = IsQuery(wanted) ? CardsListedAlready(station) : std::nullopt;
+  if (!known) return AskForLongestRested(station, wanted, aboveMs);
+  const std::vector<char> genres = GenresAmong(*known->texts, wanted.genres);
+  const std::vector<char> hours = HoursThatAllow(*known->texts, wanted.hour);
+  const PackedCard* oldest = nullptr;
+  for (const auto& chunk : known->chunks) {
+    for (const PackedCard& card : *chunk) {
+      if (card.odd) return AskForLongestRested(station, wanted, aboveMs);
+      if (!genres[card.genre] || !hours[card.hours]) continue;
+      if (card.oddCells) return AskForLongestRested(station, wanted, aboveMs);
+      if (card.lengthMs == PackedCard::kNull || card.lengthMs <= aboveMs) continue;
+      if (!oldest || card.lastdiff < oldest->lastdiff) oldest = &card;
+    }
+  }
+  return oldest ? std::optional(MusicRow(*oldest, *known->texts)) : std::nullopt;
 }
 
 // No name at all leaves a text that is no query: a request without genres ends with that fault.

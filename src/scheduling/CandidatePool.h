@@ -98,6 +98,12 @@ class CandidateCards {
   std::vector<const PackedCard*> cards_;
 };
 
+// The wanted card above that length (ms) that was played longest ago, as it goes into PL; among
+// equals the first one. One walk of a few milliseconds at most where the library is known. Throws
+// StoreError.
+std::optional<OnAirElement> LongestRested(Station& station, const CardsWanted& wanted,
+                                          int64_t aboveMs);
+
 // Cards of `cards` by number, in the order in which they will be offered.
 using Pool = std::vector<int>;
 

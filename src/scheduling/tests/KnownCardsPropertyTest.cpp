@@ -8,6 +8,7 @@
 #include <random>
 
 #include "library/KnownCards.h"
+#include "scheduling/FitCards.h"
 #include "scheduling/LibrarySearch.h"
 #include "scheduling/RequestFrame.h"
 #include "scheduling/tests/CandidateReading.h"
@@ -339,6 +340,16 @@ class Cases {
     EXPECT_EQ(seen.lines, expected.lines);
     EXPECT_EQ(seen.fault, expected.fault);
     CompareSearch();
+    CompareFitting();
+  }
+  void CompareFitting() {
+    const int64_t aboveMs = Pick(-1, 400) * 1000;
+    const CardsWanted wanted = Wanted();
+    EXPECT_EQ(LongestRested(It(), wanted, aboveMs),
+              test::PlainLongestRested(It(), wanted, aboveMs));
+    std::vector<int32_t> codes;
+    for (int n = Pick(0, 12); n > 0; --n) codes.push_back(Pick(-2, 60));
+    EXPECT_EQ(RowsOfCards(It(), codes), test::PlainRowsOfCards(It(), codes));
   }
   void CompareSearch() {
     static constexpr const char* kTexts[] = {"*",      "artist a", "tist",     "TITRE1", "BTITRE",
