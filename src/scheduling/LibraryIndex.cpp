@@ -30,6 +30,16 @@ bool MayJoin(std::string_view title) {
   return !title.empty() && (static_cast<unsigned char>(title.front()) & 0xC0) == 0x80;
 }
 
+// Most titles are ASCII, and need no text of their own.
+void AddCapitals(std::string& text, std::string_view title) {
+  if (std::any_of(title.begin(), title.end(),
+                  [](char c) { return static_cast<unsigned char>(c) >= 0x80; })) {
+    text += UpperLatin(title);
+    return;
+  }
+  for (const char c : title) text += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 }  // namespace
 
 LibraryIndex::LibraryIndex(int64_t changeCounter)
@@ -106,7 +116,8 @@ bool LibraryQuestion::HoldsText(const CardTexts& texts, const PackedCard& card) 
   if (answer == kUnknown) answer = name.find(wanted_) != std::string_view::npos ? kYes : kNo;
   if (answer == kYes) return true;
   const size_t head = std::min(name.size(), wanted_.size() - 1);
-  room_.assign(name.substr(name.size() - head)).append(UpperLatin(TitleOf(card)));
+  room_.assign(name.substr(name.size() - head));
+  AddCapitals(room_, TitleOf(card));
   return room_.find(wanted_) != std::string::npos;
 }
 
