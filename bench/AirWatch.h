@@ -29,6 +29,7 @@ class AirWatch : public EventSink {
     } else if (event.name == "onair") {
       exitMs_ = NumberOf(event, "mix_ms");
       exitKnown_ = true;
+      onAirMs_ = real_.clock.MonotonicMs();
     } else if (event.name == "end") {
       ranOut_ = real_.station.PL.Empty();
     } else if (event.name == "skip") {
@@ -72,6 +73,8 @@ class AirWatch : public EventSink {
       std::printf("  begun late, median and most      %8d and %d ms%s, %d beyond a tick\n",
                   static_cast<int>(lateMs[lateMs.size() / 2]), static_cast<int>(lateMs.back()),
                   at(lateAt_).c_str(), Beyond(lateMs));
+    if (overlapped_ > 0)
+      std::printf("  exit point within an overlap     %8d, counted from its end\n", overlapped_);
     if (unmeasured_ > 0)
       std::printf("  behind too short an element      %8d, not measured\n", unmeasured_);
     std::printf("  longest absence of the loop      %8d ms%s\n", static_cast<int>(awayMs_),
@@ -83,8 +86,10 @@ class AirWatch : public EventSink {
  private:
   // The slot that sounded until now is still read; what it was read beyond its exit point is what
   // the new element is late by. Where it has ended though the list was not empty, the clock tells.
-  // Slot 2 plays over the air and follows nothing. An element that is over before its predecessor
-  // is was never told to be on air, and its exit point is not known.
+  // The tick is held until the overlap before has ended: where a short element's exit point lies
+  // within it, that end is what the new one is late by. Slot 2 plays over the air and follows
+  // nothing. An element that is over before its predecessor is was never told to be on air, and its
+  // exit point is not known.
   void NoteStart(const Event& event) {
     const int64_t slot = NumberOf(event, "slot");
     if (slot > 1) return;
@@ -95,9 +100,9 @@ class AirWatch : public EventSink {
     if (lengthMs_ > 0 && !exitKnown_)
       ++unmeasured_;
     else if (lengthMs_ > 0 && sound.Sounds(old))
-      NoteLate(sound.Position(old) + exitMs_ - lengthMs_, title);
+      NoteLate(BehindOverlap(sound.Position(old) + exitMs_ - lengthMs_), title);
     else if (lengthMs_ > 0 && !ranOut_)
-      NoteLate(exitMs_ + SilentFor(), title);
+      NoteLate(BehindOverlap(exitMs_ + SilentFor()), title);
     else if (lengthMs_ > 0)
       ++afterSilence_;
     lengthMs_ = NumberOf(event, "length_ms");
@@ -110,6 +115,13 @@ class AirWatch : public EventSink {
   int64_t SilentFor() const {
     if (lengthMs_ == 0 || real_.sound->Sounds(0) || real_.sound->Sounds(1)) return 0;
     return std::max<int64_t>(0, real_.clock.MonotonicMs() - endMs_);
+  }
+
+  int64_t BehindOverlap(int64_t behindExitMs) {
+    const int64_t behindOverlapMs = real_.clock.MonotonicMs() - onAirMs_;
+    if (behindExitMs <= kTickMs || behindOverlapMs >= behindExitMs) return behindExitMs;
+    ++overlapped_;
+    return behindOverlapMs;
   }
 
   void NoteLate(int64_t ms, const std::string& title) {
@@ -145,9 +157,11 @@ class AirWatch : public EventSink {
   std::map<std::string, int> errors_;
   std::string lateAt_, awayAt_;
   int64_t lengthMs_ = 0, exitMs_ = 0, endMs_ = 0;  // of what is on air; by the monotonic clock
+  int64_t onAirMs_ = 0;                            // when its overlap had ended
   int64_t silenceMs_ = 0, mostMs_ = INT64_MIN;
   int64_t servedMs_ = 0, awayMs_ = 0, refused_ = 0;
   int requests_ = 0, afterSilence_ = 0, unmeasured_ = 0, skipped_ = 0;
+  int overlapped_ = 0;
   bool exitKnown_ = false;
   bool ranOut_ = false;  // nothing was there to follow what ended last
 };

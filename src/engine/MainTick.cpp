@@ -182,12 +182,14 @@ bool AboutToStart(const Station& station) {
          (NothingOnAir(station) || MsToExitPoint(station) < kNearExitMs);
 }
 
+bool AwayFromExit(const Station& station) {
+  return !station.engine.IsRunning || NothingOnAir(station) ||
+         MsToExitPoint(station) >= kAwayFromExitMs;
+}
+
 // A commit waits for the disk: not where an element is about to begin.
 void WriteKept(Station& station) {
-  if (station.engine.IsRunning && !NothingOnAir(station) &&
-      MsToExitPoint(station) < kAwayFromExitMs)
-    return;
-  WriteKeptSlice(station);
+  if (AwayFromExit(station)) WriteKeptSlice(station);
 }
 
 // A share that came back, a file that was replaced: until then the air goes on by what is in
@@ -209,9 +211,7 @@ void LookForLostBase(Station& station) {
 void ReadLibraryAhead(Station& station) {
   EngineState& engine = station.engine;
   const int64_t nowMs = station.platform.clock.MonotonicMs();
-  if (nowMs < engine.libraryLookMs) return;
-  if (engine.IsRunning && !NothingOnAir(station) && MsToExitPoint(station) < kAwayFromExitMs)
-    return;
+  if (nowMs < engine.libraryLookMs || !AwayFromExit(station)) return;
   for (int slice = 0; slice < kSlicesATick; ++slice) {
     if (slice > 0) station.platform.loop.Yield();
     if (ReadCardsAhead(station)) continue;

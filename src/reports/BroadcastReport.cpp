@@ -2,6 +2,7 @@
 
 #include "station/Station.h"
 #include "station/TimeForms.h"
+#include "store/RowView.h"
 
 namespace zemo {
 
@@ -16,6 +17,13 @@ void SetMoment(ReportRow& row, const Station& station) {
   row.LADATE = DateText(now);
   row.HEURE = TimeText(now);
   row.DATENUM = DateSerial(now);
+}
+
+std::optional<int64_t> NewestReportCode(Database& db) {
+  std::optional<int64_t> code;
+  db.ReadRows("SELECT TOP 1 CODE FROM Rapport ORDER BY CODE DESC",
+              [&](const RowView& row) { code = row.Int(0); });
+  return code;
 }
 
 ReportRow ReportOfCard(const Recordset& card) {

@@ -1,15 +1,22 @@
 // The broadcast report: one row of Rapport for every element that went on air.
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "station/EngineEvents.h"
 
 namespace zemo {
 
+class Database;
 class Recordset;
 struct Station;
 
 // The row's date, time and DATENUM for now; the other fields empty.
 ReportRow NewReportRow(const Station& station);
+
+// The highest CODE of the report, nothing where it has no row; throws StoreError.
+std::optional<int64_t> NewestReportCode(Database& db);
 
 void SetMoment(ReportRow& row, const Station& station);  // to now
 // The texts of a music title's row, from its card.

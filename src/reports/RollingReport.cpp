@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/LocalValues.h"
+#include "reports/BroadcastReport.h"
 #include "settings/SideFileIo.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
@@ -48,17 +49,10 @@ Rows ReadRows(Station& station, const std::string& top, const std::string& which
   return rows;
 }
 
-int64_t HighestCode(Station& station) {
-  int64_t code = 0;
-  station.base.Db().ReadRows("SELECT TOP 1 CODE FROM Rapport ORDER BY CODE DESC",
-                             [&](const RowView& row) { code = row.Int(0); });
-  return code;
-}
-
 // Sorts the whole report. What comes between the two questions is there twice, not missing.
 void ReadAnew(Station& station, RollingRows& rolling, int64_t count) {
   rolling.known = false;
-  rolling.head = HighestCode(station);
+  rolling.head = NewestReportCode(station.base.Db()).value_or(0);
   rolling.rows = ReadRows(station, "TOP ? ", "Code > 0 ORDER BY DATENUM DESC, Code DESC", {count});
   rolling.count = count;
   rolling.known = true;

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "platform/EventLoop.h"
+#include "reports/BroadcastReport.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
 #include "store/RowView.h"
@@ -16,13 +17,6 @@ namespace {
 constexpr const char* kAired = "Genre NOT In('TOP-H','JINGLE','PUB')";
 constexpr int64_t kWindowRows = 512;      // kept above the bound at least, where there are as many
 constexpr int64_t kWidestWindow = 16384;  // above this the bound moves up
-
-int64_t HighestCode(Database& db) {
-  int64_t code = 0;
-  db.ReadRows("SELECT TOP 1 CODE FROM Rapport ORDER BY CODE DESC",
-              [&](const RowView& row) { code = row.Int(0); });
-  return code;
-}
 
 double HighestMoment(Database& db, int64_t above, int64_t upTo) {
   double highest = -std::numeric_limits<double>::infinity();
@@ -37,7 +31,7 @@ double HighestMoment(Database& db, int64_t above, int64_t upTo) {
 void KeepBound(Station& station, int64_t rowsAbove) {
   Database& db = station.base.Db();
   ReportBound& bound = station.requests.report;
-  const int64_t head = HighestCode(db);
+  const int64_t head = NewestReportCode(db).value_or(0);
   const int64_t counter = db.ChangeCounter();
   if (!bound.known || counter < bound.changeCounter || head < bound.code) {
     bound.code = std::max<int64_t>(0, head - rowsAbove);

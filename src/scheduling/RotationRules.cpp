@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "reports/BroadcastReport.h"
 #include "scheduling/HourFilter.h"
 #include "scheduling/LastAnswers.h"
 #include "scheduling/RecentReport.h"
@@ -264,10 +265,8 @@ void LoadRecentArtists(Station& station) {
 }
 
 void LoadNewestReportCode(Station& station) {
-  const auto newest =
-      station.base.Db().OpenRecordset("SELECT TOP 1 CODE FROM Rapport ORDER BY CODE DESC;");
-  if (!newest->Eof())
-    station.requests.DernierCodeRapport = static_cast<int32_t>(newest->Int("Code"));
+  if (const auto newest = NewestReportCode(station.base.Db()))
+    station.requests.DernierCodeRapport = static_cast<int32_t>(*newest);
 }
 
 namespace {

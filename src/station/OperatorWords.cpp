@@ -74,6 +74,9 @@ constexpr RoutineText kTexts[] = {
     {"L'élément précédent n'est plus dans la liste :\r\nle Voice Track n'est pas enregistré", {kRoutines, "The previous element is no longer in the list:\r\nthe voice track is not saved", "O elemento anterior já não está na lista:\r\no voice track não foi guardado", "El elemento anterior ya no está en la lista:\r\nel voice track no se ha guardado"}},
     {"Choisissez d'abord un éditeur audio", {kRoutines, "Choose an audio editor first", "Escolha primeiro um editor de áudio", "Elija primero un editor de audio"}},
     {"Cette machine n'a pas de table de mixage", {kRoutines, "This machine has no mixer", "Esta máquina não tem mesa de mistura", "Esta máquina no tiene mesa de mezclas"}},
+    {"La latence n'a pas pu être mesurée :\r\n%1", {kRoutines, "The latency could not be measured:\r\n%1", "A latência não pôde ser medida:\r\n%1", "La latencia no se pudo medir:\r\n%1"}},
+    {"Le niveau n'a pas pu être changé :\r\n%1", {kRoutines, "The level could not be changed:\r\n%1", "O nível não pôde ser alterado:\r\n%1", "El nivel no se pudo cambiar:\r\n%1"}},
+    {"Le Voice Track n'a pas pu être ouvert :\r\n%1", {kRoutines, "The voice track could not be opened:\r\n%1", "O voice track não pôde ser aberto:\r\n%1", "El voice track no se pudo abrir:\r\n%1"}},
     {"L'enregistrement s'est arrêté", {kRoutines, "The recording has stopped", "A gravação parou", "La grabación se ha parado"}},
     {"Broadcasting at %1", {"Diffusion à %1", "Broadcasting at %1", "Emissão às %1", "Emisión a las %1"}},
     // what works

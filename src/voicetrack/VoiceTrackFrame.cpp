@@ -102,8 +102,22 @@ std::string VoiceTracks::PathInFolder(Station& station, const std::string& name)
   return station.platform.stationFolder.Path() + "VoiceTrack/" + name;
 }
 
-void VoiceTracks::Tell(Station& station, const char* text) {
+void VoiceTracks::Tell(Station& station, const std::string& text) {
   station.platform.messages.Show("Alerte", text, Buttons::kOk);
+}
+
+void VoiceTracks::HandleTold(Station& station, const char* routine, const char* message,
+                             const std::function<void()>& work) {
+  std::string fault;
+  HandleControl(station, routine, [&] {
+    try {
+      work();
+    } catch (const std::exception& error) {
+      fault = error.what();
+      throw;
+    }
+  });
+  if (!fault.empty()) Tell(station, message + fault);
 }
 
 TrackState VoiceTracks::StateOf(const VoiceTrackEditor& editor) {
@@ -119,7 +133,7 @@ void VoiceTracks::Open(Station& station, VoiceTrackEditor& editor, int row) {
   if (editor.open) Form_Unload(station, editor);
   const OnAirRow* chosen = RowAt(station, row);
   if (!chosen) return;
-  HandleControl(station, "BntVoiceTrack", [&] {
+  HandleTold(station, "BntVoiceTrack", kNotOpened, [&] {
     editor = VoiceTrackEditor();
     TakeMachineValues(station, editor);
     const bool isTrack = chosen->code == Element::kVoiceTrack;

@@ -98,7 +98,7 @@ void MeasureLatency(Station& station, VoiceTrackEditor& editor) {
   editor.GaugeVisible = false;
   if (!fault.empty()) {
     LogError(station, "BtnLatence", kErrFile, fault);
-    return VoiceTracks::Tell(station, (VoiceTracks::kNotMeasured + fault).c_str());
+    return VoiceTracks::Tell(station, VoiceTracks::kNotMeasured + fault);
   }
   editor.LblLatence = ms;
   editor.CheckLatence = true;

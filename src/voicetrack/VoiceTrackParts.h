@@ -1,6 +1,7 @@
 // What the routines of the voice track editor share. Thread: the logic's.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "platform/Folder.h"
@@ -50,7 +51,10 @@ void EndJoin(Station& station, VoiceTrackEditor& editor);
 
 TrackState StateOf(const VoiceTrackEditor& editor);
 
-void Tell(Station& station, const char* text);  // a box titled "Alerte"
+void Tell(Station& station, const std::string& text);  // a box titled "Alerte"
+// Runs what a control does as HandleControl does; a fault is shown as well, behind `message`.
+void HandleTold(Station& station, const char* routine, const char* message,
+                const std::function<void()>& work);
 
 }  // namespace VoiceTracks
 

@@ -291,7 +291,7 @@ void VoiceTracks::BtnNormalize_Click(Station& station, VoiceTrackEditor& editor)
   editor.BtnStopEnabled = false;
   station.platform.loop.Yield();  // the gauge is seen
   if (IsOpenOn(editor, code) && !IsRecording(station))
-    HandleControl(station, "BtnNormalize", [&] { Normalize(station, editor); });
+    HandleTold(station, "BtnNormalize", kNotNormalized, [&] { Normalize(station, editor); });
   if (!IsOpenOn(editor, code)) return;
   editor.GaugeVisible = false;
   SetTrackButtons(editor, IsRecording(station));

@@ -25,8 +25,11 @@ inline constexpr const char* kNoPlace =
 inline constexpr const char* kNoEditor = "Choisissez d'abord un éditeur audio";
 inline constexpr const char* kNoMixer = "Cette machine n'a pas de table de mixage";
 inline constexpr const char* kAskSave = "Le Voice Track n'est pas sauvé. Le sauver ?";
-inline constexpr const char* kNotMeasured = "La latence n'a pas pu être mesurée :\r\n";
 inline constexpr const char* kRecordingEnded = "L'enregistrement s'est arrêté";
+// With the reason behind them.
+inline constexpr const char* kNotMeasured = "La latence n'a pas pu être mesurée :\r\n";
+inline constexpr const char* kNotNormalized = "Le niveau n'a pas pu être changé :\r\n";
+inline constexpr const char* kNotOpened = "Le Voice Track n'a pas pu être ouvert :\r\n";
 
 // What the fields of the machine's values take.
 inline constexpr int32_t kMostPreRollSec = 600;

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
 
 #include "support/TestStation.h"
 
@@ -21,14 +20,6 @@ class UnplayableRows : public testing::Test {
     }
   }
   void AppendTitle() { on.AppendCard(on.AddCard({.lengthMs = 10000})); }
-  // The texts of the log, without moment, place and number.
-  std::vector<std::string> Logged() const {
-    std::vector<std::string> texts;
-    std::istringstream lines(on.stationFolder.Read("Messages.Txt").value_or(""));
-    for (std::string line; std::getline(lines, line);)
-      texts.push_back(line.substr(line.rfind('\t') + 1, line.find('\r') - line.rfind('\t') - 1));
-    return texts;
-  }
   std::string Next() const { return "; next: zemoradio check " + on.stationFolder.Path(); }
   TestStation on;
   int lost = 0;
@@ -39,7 +30,7 @@ TEST_F(UnplayableRows, AMissingFileIsALineWithItsTitleItsPathAndTheNextStepAndNo
   AppendTitle();
   on.Start();
   on.RunUntil(5000);
-  EXPECT_EQ(Logged(),
+  EXPECT_EQ(on.LoggedTexts(),
             std::vector<std::string>{
                 "\"ARTIST  LOST 1\" cannot be played, its file is missing: /gone/1.wav" + Next()});
   EXPECT_NE(on.station.notices.lastError.find("LOST 1"), std::string::npos);
@@ -53,7 +44,7 @@ TEST_F(UnplayableRows, ADamagedFileHasItsTitleBehindItsError) {
   AppendTitle();
   on.Start();
   on.RunUntil(5000);
-  const auto logged = Logged();
+  const auto logged = on.LoggedTexts();
   ASSERT_EQ(logged.size(), 2U);
   EXPECT_EQ(
       logged[1],
@@ -70,7 +61,7 @@ TEST_F(UnplayableRows, TheSameRowIsToldOnceAMinute) {
   on.Start();
   on.RunUntil(15000);
   EXPECT_EQ(on.Events("skip").size(), 2U) << on.Describe();
-  EXPECT_EQ(Logged().size(), 1U);
+  EXPECT_EQ(on.LoggedTexts().size(), 1U);
 }
 
 TEST_F(UnplayableRows, TenInARowAreOneLineOnTheirFolderAndThenNothingUntilARowHasSounded) {
@@ -80,14 +71,14 @@ TEST_F(UnplayableRows, TenInARowAreOneLineOnTheirFolderAndThenNothingUntilARowHa
   on.Start();
   on.RunUntil(2600);
   EXPECT_EQ(on.Events("skip").size(), 25U) << on.Describe();
-  const auto gone = Logged();
+  const auto gone = on.LoggedTexts();
   ASSERT_EQ(gone.size(), 10U);  // nine rows, and the tenth for all
   EXPECT_EQ(gone[9],
             "10 rows in a row cannot be played: the folder of the sounds is gone or not mounted "
             "(/gone)" +
                 Next());
   on.RunUntil(20000);
-  const auto logged = Logged();
+  const auto logged = on.LoggedTexts();
   ASSERT_EQ(logged.size(), 11U);
   EXPECT_EQ(logged[10].rfind("\"ARTIST  LOST 26\"", 0), 0U) << logged[10];
 }

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <numbers>
+#include <sstream>
 #include <stdexcept>
 
 #include "engine/OperatorControls.h"
@@ -322,6 +323,14 @@ const Seen* TestStation::First(const std::string& name, const std::string& membe
   for (const Seen& one : seen)
     if (one.name == name && (member.empty() || one[member] == value)) return &one;
   return nullptr;
+}
+
+std::vector<std::string> TestStation::LoggedTexts() const {
+  std::vector<std::string> texts;
+  std::istringstream lines(stationFolder.Read("Messages.Txt").value_or(""));
+  for (std::string line; std::getline(lines, line);)
+    texts.push_back(line.substr(line.rfind('\t') + 1, line.find('\r') - line.rfind('\t') - 1));
+  return texts;
 }
 
 std::string TestStation::Describe() const {

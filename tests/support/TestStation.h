@@ -202,6 +202,8 @@ class TestStation : private EventSink {
   std::vector<Seen> Starts() const { return Events("start"); }
   const Seen* First(const std::string& name, const std::string& member = {},
                     const std::string& value = {}) const;  // null when there is none
+  // The texts of the error log, without moment, place and number, in their order.
+  std::vector<std::string> LoggedTexts() const;
   std::string Describe() const;  // all events, a line each, for a failed test
 
   TempFolder stationDir, machineDir;

@@ -9,6 +9,8 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <variant>
 #include <vector>
 
 #include "app/RealStation.h"
@@ -33,6 +35,7 @@ using testing::SoundServer;
 
 constexpr int kStationBoundMs = 15000;
 constexpr int kPreRollMs = 5000;
+constexpr int kTitleSec = 15, kOverlapSec = 5;
 
 // The recording runs so long; other lengths are for a run by hand.
 int SecondsBeside() {
@@ -40,13 +43,37 @@ int SecondsBeside() {
   return seconds == nullptr ? 12 : std::atoi(seconds);
 }
 
+// How far the air was beyond the exit point of each element when the next one began, ms.
+class Transitions : public EventSink {
+ public:
+  const SoundChain* sound = nullptr;
+  std::vector<int64_t> lateMs;
+
+  void OnEvent(const Event& event) override {
+    if (event.name == "onair") exitMs_ = NumberOf(event, "mix_ms");
+    if (event.name != "start") return;
+    const int old = NumberOf(event, "slot") == 0 ? 1 : 0;
+    if (lengthMs_ > 0) lateMs.push_back(sound->Position(old) + exitMs_ - lengthMs_);
+    lengthMs_ = NumberOf(event, "length_ms");
+  }
+
+ private:
+  static int64_t NumberOf(const Event& event, std::string_view name) {
+    for (const auto& [member, value] : event.members)
+      if (member == name) return std::get<int64_t>(value);
+    return 0;
+  }
+  int64_t lengthMs_ = 0, exitMs_ = 0;
+};
+
 class StationVoiceTrack : public ::testing::Test {
  protected:
   void SetUp() override {
     const std::string why = server_.Start();
     if (!why.empty()) GTEST_SKIP() << why;
     for (const char* sink : {"air", "two", "mic"}) SoundServer::LoadSink(sink);
-    WriteTone("air.wav", 1000, SecondsBeside() + 120);
+    WriteTone("odd.wav", 1000, kTitleSec);
+    WriteTone("even.wav", 700, kTitleSec);
     WriteTone("before.wav", 500, 60);
     WriteTone("after.wav", 2000, 60);
     WriteTone("said.wav", 400, SecondsBeside() + 120);
@@ -78,17 +105,25 @@ class StationVoiceTrack : public ::testing::Test {
     real_ = std::make_unique<RealStation>(stationFolder_.Path(""), machineFolder_.Path(""),
                                           OutputSpec{OutputSpec::Kind::kDevice, "air", true},
                                           machine_.Parts(), nullptr);
+    transitions_.sound = real_->sound.get();
+    real_->station.events.SetSink(&transitions_);
     ASSERT_TRUE(OnAir::Form_Load(real_->station));
     OnAir::Form_Activate(real_->station, true);
-    for (const char* name : {"air.wav", "before.wav", "after.wav"}) {
-      OnAirElement element;
-      element.title = name;
-      element.file = server_.Path(name);
-      element.code = 1;
-      element.exitMs = 5000;
-      element.lengthMs = 60000;
-      real_->station.PL.Add(element);
-    }
+    for (int title = 0; title <= AirTitles(); ++title)
+      AddRow(title % 2 == 0 ? "even.wav" : "odd.wav", kTitleSec * 1000);
+    AddRow("before.wav", 60000);
+    AddRow("after.wav", 60000);
+  }
+  // That begin until the recording is over.
+  static int AirTitles() { return (SecondsBeside() + 60) / (kTitleSec - kOverlapSec) + 1; }
+  void AddRow(const char* name, int32_t lengthMs) {
+    OnAirElement element;
+    element.title = name;
+    element.file = server_.Path(name);
+    element.code = 1;
+    element.exitMs = kOverlapSec * 1000;
+    element.lengthMs = lengthMs;
+    real_->station.PL.Add(element);
   }
   bool Within(int ms, const std::function<bool()>& condition) {
     return testing::Within(ms, [&] {
@@ -106,6 +141,7 @@ class StationVoiceTrack : public ::testing::Test {
   ScreenlessMachine machine_;
   std::unique_ptr<ServerProcess> said_;
   VoiceTrackEditor editor_;
+  Transitions transitions_;
   std::unique_ptr<RealStation> real_;
 };
 
@@ -115,9 +151,7 @@ TEST_F(StationVoiceTrack, IsRecordedAndHeardInItsJoinBesideAnAirThatMissesNothin
   SinkRecorder two("two", server_.Path("heard-two"), true);
   OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
   ASSERT_TRUE(Within(kStationBoundMs, [&] { return air.SoundsBehind(0); }));
-  ASSERT_EQ(station.PL.Count(), 2);
-
-  VoiceTracks::Open(station, editor_, 1);
+  VoiceTracks::Open(station, editor_, station.PL.Count() - 1);
   ASSERT_TRUE(editor_.open);
   ASSERT_TRUE(Within(kStationBoundMs, [this] { return editor_.devices.inputs.size() >= 3; }));
   EXPECT_EQ(editor_.devices.inputs[static_cast<size_t>(editor_.VoiceTrackInputID)].key,
@@ -131,7 +165,9 @@ TEST_F(StationVoiceTrack, IsRecordedAndHeardInItsJoinBesideAnAirThatMissesNothin
   for (int ms = 0; ms < SecondsBeside() * 1000; ms += 4000) {
     ASSERT_TRUE(RecordedMs(ms + 4000));
     EXPECT_FALSE(editor_.LblMicroVisible);
-    EXPECT_NEAR(editor_.MMLevelX1, 0.25, 0.03);
+    // A turn that comes between two blocks of a busy server sees none.
+    EXPECT_TRUE(
+        Within(kStationBoundMs, [this] { return std::abs(editor_.MMLevelX1 - 0.25F) < 0.03F; }));
     if (editor_.join.afterStarted) VoiceTracks::BtnPplay2_Click(station, editor_);
   }
   VoiceTracks::BtnStop_Click(station, editor_);
@@ -149,8 +185,13 @@ TEST_F(StationVoiceTrack, IsRecordedAndHeardInItsJoinBesideAnAirThatMissesNothin
   const Heard aired = HeardIn(air.Left());
   EXPECT_GE(aired.last - aired.first, SecondsBeside());
   EXPECT_LT(aired.longestGap, 0.002);
-  EXPECT_NEAR(aired.turns, 1000 * (aired.last - aired.first), 2);
-  EXPECT_NEAR(aired.peak, 8192, 100);
+  ASSERT_FALSE(transitions_.lateMs.empty());
+  std::sort(transitions_.lateMs.begin(), transitions_.lateMs.end());
+  RecordProperty("Transitions", static_cast<int>(transitions_.lateMs.size()));
+  RecordProperty("MedianLateMs",
+                 static_cast<int>(transitions_.lateMs[transitions_.lateMs.size() / 2]));
+  RecordProperty("MostLateMs", static_cast<int>(transitions_.lateMs.back()));
+  EXPECT_LT(transitions_.lateMs.back(), kOverlapSec * 1000);  // the air never ran out
   EXPECT_EQ(real_->sound->TakeHealth().underruns, 0U);
   EXPECT_EQ(real_->sound->TakeHealth().lateFrames, 0U);
 }

@@ -1,7 +1,5 @@
 // What a track was recorded between: kept when it is saved, compared where it stands, told when it
 // airs over another element.
-#include <sstream>
-
 #include "engine/StoredPlaylists.h"
 #include "library/TrackNeighboursTable.h"
 #include "store/Database.h"
@@ -27,13 +25,12 @@ struct VoiceTrackNeighbours : VoiceTrackFixture {
     ADD_FAILURE() << "no track";
     return NeighbourFault::kNone;
   }
-  // The lines of the log on tracks, without moment, place and number.
+  // What the log tells of tracks.
   std::vector<std::string> ToldOfTracks() {
     std::vector<std::string> told;
-    std::istringstream lines(on.stationFolder.Read("Messages.Txt").value_or(""));
-    for (std::string line; std::getline(lines, line);)
-      if (const size_t at = line.find("voice track "); at != std::string::npos)
-        told.push_back(line.substr(at, line.find('\r') - at));
+    for (const std::string& text : on.LoggedTexts())
+      if (const size_t at = text.find("voice track "); at != std::string::npos)
+        told.push_back(text.substr(at));
     return told;
   }
   void StoreAndLoad() {
@@ -153,6 +150,19 @@ TEST_F(LockedNeighbours, AreNotTakenForNone) {
   EXPECT_THROW(FindNeighbours(on.station.base.Db(), 1), StoreError);
   base.Disarm();
   EXPECT_TRUE(FindNeighbours(on.station.base.Db(), 1));
+}
+
+// Whoever asked for the editor sees no window, but why.
+TEST_F(LockedNeighbours, KeepTheEditorClosedAndThePresenterIsToldWhy) {
+  VoiceTracks::Form_Unload(on.station, editor);
+  base.Arm(test::BasePoint::kLockToWrite, test::BaseFault::kLocked);
+  VoiceTracks::Open(on.station, editor, 1);
+  EXPECT_FALSE(editor.open);
+  EXPECT_EQ(LastMessage().rfind("Le Voice Track n'a pas pu être ouvert :\r\n", 0), 0U)
+      << LastMessage();
+  base.Disarm();
+  VoiceTracks::Open(on.station, editor, 1);
+  EXPECT_TRUE(editor.open);
 }
 
 TEST_F(LockedNeighbours, AreStoredByTheNextSaving) {

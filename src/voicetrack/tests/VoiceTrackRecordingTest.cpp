@@ -401,6 +401,17 @@ TEST_F(VoiceTrackLevel, WhereNothingIsToBeHeardThatIsToldAndTheTrackStays) {
   EXPECT_EQ(Tracks().Names(), Names{"00000001.Wav"});
 }
 
+TEST_F(VoiceTrackLevel, ALevelThatCannotBeChangedIsToldWithItsReasonAndTheTrackStays) {
+  Record();
+  on.station.platform.levelTool = nullptr;
+  VoiceTracks::BtnNormalize_Click(on.station, editor);
+  EXPECT_EQ(LastMessage(),
+            "Le niveau n'a pas pu être changé :\r\nthere is nothing that changes a level");
+  EXPECT_FALSE(editor.BtnUndoNormalizeEnabled);
+  EXPECT_FALSE(editor.GaugeVisible);
+  EXPECT_EQ(Tracks().Names(), Names{"00000001.Wav"});
+}
+
 TEST_F(VoiceTrackLevel, AnEditorThatIsClosedWhileItsTrackIsCopiedLeavesNoCopy) {
   Record();
   tool.copied = [this] { VoiceTracks::Form_Unload(on.station, editor); };

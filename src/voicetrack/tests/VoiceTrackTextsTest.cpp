@@ -24,8 +24,12 @@ TEST(VoiceTrackTexts, EachNameStandsOnceWithAWordInEachLanguage) {
 
 TEST(VoiceTrackTexts, EachMessageIsShownInTheOperatorsLanguage) {
   using namespace VoiceTracks;
-  for (const char* message : {kNoIntro, kDoesNotFit, kFitted, kNoSound, kNoPlace, kNoEditor,
-                              kNoMixer, kRecordingEnded, kAskSave}) {
+  const std::string reason = "disk full";
+  for (const std::string& message :
+       {std::string(kNoIntro), std::string(kDoesNotFit), std::string(kFitted),
+        std::string(kNoSound), std::string(kNoPlace), std::string(kNoEditor), std::string(kNoMixer),
+        std::string(kRecordingEnded), std::string(kAskSave), kNotMeasured + reason,
+        kNotNormalized + reason, kNotOpened + reason}) {
     EXPECT_EQ(InOperatorsWords(message, 0), message);
     std::set<std::string> forms;
     for (int langue = 0; langue < 4; ++langue) forms.insert(InOperatorsWords(message, langue));

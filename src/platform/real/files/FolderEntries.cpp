@@ -50,7 +50,7 @@ std::string FolderEntries::Named(const std::string& folder, std::string_view nam
   if (stat(folder.c_str(), &status) != 0) return {};
   const std::lock_guard lock(mutex_);
   if (!StandFor(status)) {
-    if (MayChangeUnseen(status) || !TimesAreTrue(folder)) return EntryNamed(folder, name);
+    if (MayChangeUnseen(status) || !TimesAreTrue(folder)) return FoldedEntry(folder, name);
     Read(folder, status);
   }
   const auto found = names_.find(FoldedName(name));

@@ -36,9 +36,7 @@ std::string FoldedName(std::string_view name) {
   return folded;
 }
 
-std::string EntryNamed(const std::string& folder, std::string_view name) {
-  if (name.empty() || name.find('\0') != std::string_view::npos) return {};
-  if (EntryExists(folder + "/" + std::string(name))) return std::string(name);
+std::string FoldedEntry(const std::string& folder, std::string_view name) {
   const std::unique_ptr<DIR, CloseFolder> entries(opendir(folder.c_str()));
   if (!entries) return {};
   const std::string folded = FoldedName(name);
@@ -50,6 +48,12 @@ std::string EntryNamed(const std::string& folder, std::string_view name) {
     if (found.empty() || candidate < found) found = candidate;
   }
   return found;
+}
+
+std::string EntryNamed(const std::string& folder, std::string_view name) {
+  if (name.empty() || name.find('\0') != std::string_view::npos) return {};
+  if (EntryExists(folder + "/" + std::string(name))) return std::string(name);
+  return FoldedEntry(folder, name);
 }
 
 }  // namespace zemo

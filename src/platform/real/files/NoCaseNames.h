@@ -10,9 +10,12 @@ namespace zemo {
 // UTF-8.
 std::string FoldedName(std::string_view name);
 
-// The name of the folder's entry that is `name` itself, else the first in the order of bytes that
-// differs from it in case only; empty without one, and when the folder cannot be read. Nothing is
-// kept between two calls, so that the answer is never older than the call. Throws nothing.
+// Of the folder's entries that are the same name as `name` the first in the order of bytes; empty
+// without one, and when the folder cannot be read. Throws nothing.
+std::string FoldedEntry(const std::string& folder, std::string_view name);
+
+// The entry that is `name` itself, else FoldedEntry. Nothing is kept between two calls, so that the
+// answer is never older than the call. Throws nothing.
 std::string EntryNamed(const std::string& folder, std::string_view name);
 
 }  // namespace zemo
