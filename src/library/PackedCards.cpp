@@ -125,7 +125,8 @@ bool CardTexts::HasOddCells(const RowView& row, const PackedCard& card) {
   for (const int column : {kCardArtist, kCardTitle, kCardGenre, kCardVariety, kCardFile})
     if (row.Text(column).size() > PackedCard::kMostBytes) return true;
   return row.Int(kCardCode) != card.code || otherNumber(kCardLength, card.lengthMs) ||
-         otherNumber(kCardExit, card.exitMs) || otherNumber(kCardIntro, card.introSec) ||
+         otherNumber(kCardPasses, card.passes) || otherNumber(kCardExit, card.exitMs) ||
+         otherNumber(kCardIntro, card.introSec) ||
          (!row.IsNull(kCardLastdiff) &&
           (std::isinf(card.lastdiff) || !row.IsNumber(kCardLastdiff)));
 }

@@ -9,6 +9,7 @@
 
 #include "library/KnownCards.h"
 #include "scheduling/FitCards.h"
+#include "scheduling/GenreSupply.h"
 #include "scheduling/LibrarySearch.h"
 #include "scheduling/RequestFrame.h"
 #include "scheduling/tests/CandidateReading.h"
@@ -341,6 +342,21 @@ class Cases {
     EXPECT_EQ(seen.fault, expected.fault);
     CompareSearch();
     CompareFitting();
+    CompareSupply();
+  }
+  // By the cards in memory and by the base's rows alone.
+  void CompareSupply() {
+    GenreSupply supply(It().Now()), plain(It().Now());
+    while (!supply.Complete()) supply.ReadSlice(Db(), CardsListedAlready(It()));
+    while (!plain.Complete()) plain.ReadSlice(Db(), std::nullopt);
+    ASSERT_EQ(supply.Genres().size(), plain.Genres().size());
+    for (const auto& [name, genre] : plain.Genres()) {
+      ASSERT_TRUE(supply.Genres().contains(name)) << name;
+      const GenreSupply::Genre& known = supply.Genres().at(name);
+      EXPECT_EQ(known.titles, genre.titles) << name;
+      EXPECT_EQ(known.days, genre.days) << name;
+    }
+    for (int code = 1; code <= 60; ++code) EXPECT_EQ(supply.GenreOf(code), plain.GenreOf(code));
   }
   void CompareFitting() {
     const int64_t aboveMs = Pick(-1, 400) * 1000;
