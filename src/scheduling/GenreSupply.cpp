@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "library/PackedCards.h"
 #include "scheduling/HourFilter.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"

@@ -12,13 +12,13 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "library/PackedCards.h"
 #include "platform/Clock.h"
 #include "scheduling/WeekModel.h"
 
 namespace zemo {
 
 class RowView;
+struct CardSet;
 
 // Thread: the logic's.
 class GenreSupply {
