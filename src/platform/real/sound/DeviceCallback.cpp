@@ -73,9 +73,16 @@ void OutputRing::Rise(int16_t* stereo, int frames) {
   }
 }
 
-int DeviceCallback(void* output, void*, unsigned int frames, double, unsigned int, void* ring) {
-  static_cast<OutputRing*>(ring)->DrainForDevice(static_cast<int16_t*>(output),
-                                                 static_cast<int>(frames));
+void OutputRing::NoteDry() {
+  if (deviceDrains_.load(std::memory_order_acquire) && Flows())
+    underruns_.fetch_add(1, std::memory_order_relaxed);
+}
+
+int DeviceCallback(void* output, void*, unsigned int frames, double, unsigned int status,
+                   void* ring) {
+  auto& air = *static_cast<OutputRing*>(ring);
+  if ((status & kDeviceRanDry) != 0) air.NoteDry();
+  air.DrainForDevice(static_cast<int16_t*>(output), static_cast<int>(frames));
   return 0;
 }
 

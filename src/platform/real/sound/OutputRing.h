@@ -46,6 +46,8 @@ class OutputRing {
   int Drain(int16_t* stereo, int frames);
   // The same for a device; silence while the mixer lets a clock drain.
   int DrainForDevice(int16_t* stereo, int frames);
+  // The device says that it had run out of frames between two of its calls: an underrun.
+  void NoteDry();
 
  private:
   int64_t AtSampleRate(int64_t frames) const;
@@ -74,6 +76,7 @@ class OutputRing {
   std::atomic<uint64_t> askedByDevice_{0};
 };
 
+inline constexpr unsigned int kDeviceRanDry = 2;  // of RtAudio's status
 // RtAudio's callback; `ring` is the OutputRing. Never stops the stream by itself.
 int DeviceCallback(void* output, void* input, unsigned int frames, double streamTime,
                    unsigned int status, void* ring);

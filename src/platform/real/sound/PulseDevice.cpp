@@ -116,6 +116,7 @@ class PulseDevice final : public OutputDevice {
     stream_.Hold(wish_.prelistens ? NewPulseStream(server, "Prelisten", form, "production")
                                   : NewPulseStream(server, "Air", form, nullptr));
     pa_stream_set_write_callback(stream_.Get(), OnRequest, this);
+    pa_stream_set_underflow_callback(stream_.Get(), OnUnderflow, this);
     pa_stream_set_moved_callback(stream_.Get(), OnMoved, this);
     pa_buffer_attr buffer{};
     buffer.maxlength = static_cast<uint32_t>(-1);
@@ -190,6 +191,8 @@ class PulseDevice final : public OutputDevice {
       bytes -= frames * kFrameBytes;
     }
   }
+
+  static void OnUnderflow(pa_stream*, void* self) { Of(self).ring_->NoteDry(); }
 
   static void OnMoved(pa_stream* stream, void* self) {
     Of(self).stream_.NoteSleep();

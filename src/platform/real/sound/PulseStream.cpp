@@ -76,7 +76,7 @@ void PulseStream::Free(const std::function<void()>& freeing) {
   freeing();
   if (stream_ != nullptr) {
     for (const auto set : {pa_stream_set_state_callback, pa_stream_set_suspended_callback,
-                           pa_stream_set_moved_callback})
+                           pa_stream_set_moved_callback, pa_stream_set_underflow_callback})
       set(stream_, nullptr, nullptr);
     for (const auto set : {pa_stream_set_read_callback, pa_stream_set_write_callback})
       set(stream_, nullptr, nullptr);

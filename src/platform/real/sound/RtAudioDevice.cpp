@@ -233,6 +233,7 @@ class RtAudioDevice final : public OutputDevice {
       // The default of ALSA is not its first card but what the machine is set up to share.
       if (byDefault_) options.flags = RTAUDIO_ALSA_USE_DEFAULT;
       unsigned int frames = kBufferFrames;
+      static_assert(kDeviceRanDry == RTAUDIO_OUTPUT_UNDERFLOW);
       audio_->openStream(&parameters, nullptr, RTAUDIO_SINT16, rate, &frames, &DeviceCallback,
                          &ring, &options);
       audio_->startStream();

@@ -95,6 +95,25 @@ INSTANTIATE_TEST_SUITE_P(Of, SoundServers,
                            return kind.param == ServerKind::kPulseAudio ? "PulseAudio" : "PipeWire";
                          });
 
+// It asked for its frames too late: what is not heard is told as what the ring lacked.
+TEST_P(SoundServers, WhatAServerLeavesOutIsCounted) {
+  constexpr int kHaltMs = 500;  // more than it keeps ahead, less than the ring holds
+  SoundServer::LoadSink("one");
+  SinkRecorder recorder("one", Path("recorded"), true);
+  Air("tone");
+  ASSERT_TRUE(HeardAgain(recorder, 8000));
+  EXPECT_EQ(chain_->TakeHealth().underruns, 0U);
+  server_.Halt();
+  Within(kHaltMs, [] { return false; });
+  server_.GoOn();
+  EXPECT_TRUE(Within(5000, [&] { return chain_->TakeHealth().underruns > 0; }));
+  EXPECT_TRUE(HeardAgain(recorder, 5000));
+  chain_->Stop();
+  const uint64_t counted = chain_->TakeHealth().underruns;
+  ASSERT_TRUE(Within(5000, [&] { return chain_->ChannelDone(0); }));
+  EXPECT_EQ(chain_->TakeHealth().underruns, counted);
+}
+
 // The recorder is patient: where nobody asks for less, the server then works two seconds ahead.
 TEST_P(SoundServers, AToneIsHeardWholeAtItsLevelAndItsSpeed) {
   const int seconds = PulseAudio() ? 30 : 10;

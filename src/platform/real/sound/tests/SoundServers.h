@@ -48,6 +48,7 @@ class ServerProcess {
   ServerProcess(const ServerProcess&) = delete;
   ServerProcess& operator=(const ServerProcess&) = delete;
 
+  void Send(int signal) const { kill(-process_, signal); }
   void End(int signal) {
     if (process_ <= 0) return;
     kill(-process_, signal);
@@ -104,6 +105,8 @@ class SoundServer {
                                             : "pipewire-pulse does not run here";
   }
   void Kill() { process_->End(SIGKILL); }
+  void Halt() { process_->Send(SIGSTOP); }  // as a machine that gives it no time
+  void GoOn() { process_->Send(SIGCONT); }
 
   // One order of pactl; true when it was done.
   static bool Order(const std::string& words) {
