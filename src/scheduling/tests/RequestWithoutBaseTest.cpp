@@ -101,6 +101,7 @@ TEST_P(WithoutBase, OneLineTellsOfARequestByWhatWasReadLast) {
 TEST_P(WithoutBase, CardsThatChangedJustBeforeAreTakenAsTheyWereReadLast) {
   const Codes before = Asked();
   s.Sql("UPDATE Discotheque SET GENRE = 'JAZZ'");
+  ASSERT_FALSE(CardsListedAlready(s.station)) << "the write is seen, and not taken in yet";
   Lose();
   EXPECT_EQ(Asked(), before);
   base.Disarm();
