@@ -200,6 +200,34 @@ class ArtistTests {
 
 }  // namespace
 
+namespace {
+
+size_t CountOf(const CardSet& cards) {
+  size_t count = 0;
+  for (const auto& chunk : cards.chunks) count += chunk->size();
+  return count;
+}
+
+// A write of another program that the tick has not taken in yet is taken in here, with yields: most
+// touch few cards, and looking for these takes a tenth of the query.
+std::optional<CardSet> KnownSoon(Station& station) {
+  constexpr size_t kCardsASlice = 8000,
+                   kMoreSlices = 8;  // that are looked at and hold no other card
+  auto known = CardsNow(station);
+  const auto last = known ? std::nullopt : CardsAsLastRead(station);
+  const size_t cards = last ? CountOf(*last) : 0;
+  if (cards <= size_t{KnownCards::kSliceRows}) return known;
+  const size_t most = cards / kCardsASlice + kMoreSlices;
+  for (size_t slice = 0; slice < most && !known; ++slice) {
+    if (CardsListedAlready(station)) return std::nullopt;  // one of them the base alone can judge
+    station.platform.loop.Yield();
+    known = CardsNow(station);
+  }
+  return known;
+}
+
+}  // namespace
+
 // Cards stand in order of CODE, which equal keys keep.
 template <typename Pause>
 void CandidateCards::Sort(Order order, Pause pause) {
@@ -218,7 +246,7 @@ void CandidateCards::Sort(Order order, Pause pause) {
 
 CandidateCards::CandidateCards(Station& station, const CardsWanted& wanted, Order order)
     : weekday_(static_cast<size_t>(CurrentWeekday(station.Now()) - 1)) {
-  const std::optional<CardSet> known = IsQuery(wanted) ? CardsNow(station) : std::nullopt;
+  const std::optional<CardSet> known = IsQuery(wanted) ? KnownSoon(station) : std::nullopt;
   if (known) {
     TakeKnown(station, *known, wanted);
   } else {

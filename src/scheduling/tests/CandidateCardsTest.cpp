@@ -129,6 +129,32 @@ TEST_F(Candidates, AWriteOfAnotherProgramToAllCardsHasThemReadAgain) {
   EXPECT_EQ(Found()[0], 25);
 }
 
+TEST_F(Candidates, ARequestTakesInWhatAnotherProgramWroteJustBefore) {
+  Cards(3000);
+  SlicesToTheEnd();
+  s.Sql("UPDATE Discotheque SET LASTDIFF = CASE CODE WHEN 25 THEN 1 ELSE 46400 END");
+  EXPECT_FALSE(CardsListedAlready(s.station));
+  EXPECT_EQ(Found()[0], 25);
+  EXPECT_TRUE(CardsListedAlready(s.station));
+}
+
+TEST_F(Candidates, ARequestOfALibraryThatWasNeverReadAsksTheBase) {
+  Cards(3000);
+  EXPECT_EQ(Found().size(), 3000U);
+  EXPECT_FALSE(CardsListedAlready(s.station));
+}
+
+TEST_F(Candidates, ARequestOfALibraryThatOnlyTheBaseCanJudgeWaitsForNothing) {
+  Cards(3000);
+  s.Execute("UPDATE Discotheque SET TRANCHE06 = x'31' WHERE CODE = 7");
+  SlicesToTheEnd();
+  const uint64_t served = s.loop.EventsServed();
+  const int64_t atMs = s.loop.MonotonicMs();
+  EXPECT_EQ(Found().size(), 2999U);
+  EXPECT_EQ(s.loop.EventsServed(), served);
+  EXPECT_EQ(s.loop.MonotonicMs(), atMs);
+}
+
 TEST_F(Candidates, AWriteOfAnotherProgramInTheMidstOfThePassBeginsItAnew) {
   KeepInSlicesOf(10);
   Cards(250);
