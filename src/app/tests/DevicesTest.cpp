@@ -22,7 +22,7 @@ class Devices : public BlackBox {
     if (!why.empty()) GTEST_SKIP() << why;
     one_ = SoundServer::LoadSink("one");
     SoundServer::LoadSink("two");
-    ASSERT_TRUE(SoundServer::Order("set-default-sink two"));
+    ASSERT_TRUE(SoundServer::MakeDefault("two"));
     ASSERT_TRUE(
         testing::Within(5000, [] { return SoundServer::Answer("get-default-sink") == "two"; }));
   }

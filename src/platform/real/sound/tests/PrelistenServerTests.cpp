@@ -59,7 +59,7 @@ class PrelistenServers : public ::testing::TestWithParam<ServerKind> {
     SoundServer::LoadSink("one");
     second_ = SoundServer::LoadSink("two");
     ASSERT_TRUE(testing::Within(kBoundMs, [] { return NumberOf("two") >= 0; }));
-    ASSERT_TRUE(SoundServer::Order("set-default-sink one"));
+    ASSERT_TRUE(SoundServer::MakeDefault("one"));
     player_.SetDevice(NumberOf("two"));
     player_.OnEnd([this](bool lost) { ends_.push_back(lost); });
   }

@@ -168,11 +168,11 @@ TEST_P(SoundServers, ASinkThatSleepsIsHeardAgainWhenItWakes) {
 TEST_P(SoundServers, ADefaultThatChangesTakesTheAirWithIt) {
   SoundServer::LoadSink("one");
   SoundServer::LoadSink("two");
-  ASSERT_TRUE(SoundServer::Order("set-default-sink one"));
+  ASSERT_TRUE(SoundServer::MakeDefault("one"));
   SinkRecorder first("one", Path("first"), true), second("two", Path("second"), true);
   Air("tone");
   ASSERT_TRUE(HeardAgain(first, 5000));
-  ASSERT_TRUE(SoundServer::Order("set-default-sink two"));
+  ASSERT_TRUE(SoundServer::MakeDefault("two"));
   EXPECT_TRUE(HeardAgain(second, kLostMs));
   EXPECT_TRUE(ToldWithin(1));
   EXPECT_EQ(told_, Lines{"sound device: Sink_two (PulseAudio)"});
@@ -255,12 +255,12 @@ TEST_P(SoundServers, AServerThatIsKilledAndStartedAgainIsHeardAgain) {
 TEST_P(SoundServers, ADeviceByNameStaysWhereItIsWhenAnotherBecomesTheDefault) {
   SoundServer::LoadSink("one");
   SoundServer::LoadSink("two");
-  ASSERT_TRUE(SoundServer::Order("set-default-sink one"));
+  ASSERT_TRUE(SoundServer::MakeDefault("one"));
   SinkRecorder first("one", Path("first"), true), second("two", Path("second"), true);
   Air("tone", "sink_TWO");
   ASSERT_TRUE(HeardAgain(second, 5000));
   SoundServer::LoadSink("three");
-  ASSERT_TRUE(SoundServer::Order("set-default-sink three"));
+  ASSERT_TRUE(SoundServer::MakeDefault("three"));
   EXPECT_TRUE(HeardAgain(second, kLostMs));
   EXPECT_FALSE(first.SoundsBehind(0));
   EXPECT_EQ(told_, Lines{});
@@ -269,7 +269,7 @@ TEST_P(SoundServers, ADeviceByNameStaysWhereItIsWhenAnotherBecomesTheDefault) {
 TEST_P(SoundServers, TheirDevicesAreListedWithTheDefault) {
   SoundServer::LoadSink("one");
   SoundServer::LoadSink("two");
-  ASSERT_TRUE(SoundServer::Order("set-default-sink two"));
+  ASSERT_TRUE(SoundServer::MakeDefault("two"));
   ASSERT_TRUE(
       testing::Within(5000, [] { return SoundServer::Answer("get-default-sink") == "two"; }));
   const std::vector<SoundDevice> devices = ListSoundDevices();

@@ -112,6 +112,10 @@ class SoundServer {
   static bool Order(const std::string& words) {
     return std::system(("pactl " + words + " >/dev/null 2>&1").c_str()) == 0;
   }
+  // The session manager of PipeWire refuses it until it has taken up its work.
+  static bool MakeDefault(const std::string& sink) {
+    return Within(5000, [&] { return Order("set-default-sink " + sink); });
+  }
   // Its answer, without the line's end.
   static std::string Answer(const std::string& words) {
     FILE* pipe = popen(("pactl " + words + " 2>/dev/null").c_str(), "r");
