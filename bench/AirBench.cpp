@@ -45,8 +45,10 @@ void MakeStation(const std::string& folder, int cards, Form form) {
          "WHERE GENRE = 'GENRE 0' ORDER BY LASTDIFF LIMIT 6)"});
 }
 
-// Until it is killed.
+// Until it is killed. The start compacts the base, and wants it for itself.
 [[noreturn]] void WriteEverySecond(const std::string& folder, int cards) {
+  constexpr int kStartSeconds = 8;
+  sleep(kStartSeconds);
   for (int second = 0;; ++second) {
     sleep(1);
     zemo::bench::Ask(folder + "/Triskin.MDB",
