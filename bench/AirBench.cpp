@@ -4,13 +4,18 @@
 // beyond its exit point when the next one began (target: never more than a tick, 100 ms), for how
 // long the event loop was away, and what the output missed (target: nothing).
 //
-// Twice: with a library that gives what is asked, and with one in which all but six titles are out
-// of rotation, so that the list stays short and every tick asks again.
+// Three times: with a library that gives what is asked, with one in which all but six titles are
+// out of rotation, so that the list stays short and every tick asks again, and with the first one
+// while another program writes to the base every second: to a card, and to another table. Of each
+// is told how often the library in memory was known, of looks twice a second once it was read
+// (target: nine in ten).
 //
 // Usage: AirBench [SECONDS_OF_EACH_RUN] [CARDS]
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -21,18 +26,37 @@
 #include "app/RealStation.h"
 #include "engine/OperatorControls.h"
 #include "engine/Startup.h"
+#include "library/KnownCards.h"
 
 namespace {
 
 constexpr int kReportRows = 200000;
 
-void MakeStation(const std::string& folder, int cards, bool starving) {
+enum class Form { kWhole, kStarving, kWrittenTo };
+constexpr const char* kFormNames[] = {"the whole library in rotation", "six titles in rotation",
+                                      "another program writes every second"};
+
+void MakeStation(const std::string& folder, int cards, Form form) {
   zemo::bench::MakeShortStation(folder, {.cards = cards, .reportRows = kReportRows});
-  if (starving)
+  if (form == Form::kStarving)
     zemo::bench::Execute(
         folder + "/Triskin.MDB",
         {"UPDATE Discotheque SET NBPASSJOUR = 0 WHERE CODE NOT IN (SELECT CODE FROM Discotheque "
          "WHERE GENRE = 'GENRE 0' ORDER BY LASTDIFF LIMIT 6)"});
+}
+
+// Until it is killed. The start compacts the base, and wants it for itself.
+[[noreturn]] void WriteEverySecond(const std::string& folder, int cards) {
+  constexpr int kStartSeconds = 8;
+  sleep(kStartSeconds);
+  for (int second = 0;; ++second) {
+    sleep(1);
+    zemo::bench::Ask(folder + "/Triskin.MDB",
+                     second % 2
+                         ? "UPDATE Cnf SET JingleCode = JingleCode + 1"
+                         : "UPDATE Discotheque SET NBPASSJOUR = NBPASSJOUR + 1 WHERE CODE = " +
+                               std::to_string(1 + second * 7919 % cards));
+  }
 }
 
 void Air(const std::string& folder, int seconds, const char* run) {
@@ -47,20 +71,31 @@ void Air(const std::string& folder, int seconds, const char* run) {
   zemo::OnAir::Toolbar_ButtonClick(real.station, zemo::Toolbar::kStart);
   const auto end = real.loop.MakeTimer(seconds * 1000, [&] { real.loop.Quit(); });
   end->SetEnabled(true);
+  int looks = 0, known = 0;
+  const auto look = real.loop.MakeTimer(500, [&] {
+    const bool now = zemo::CardsListedAlready(real.station).has_value();
+    looks += now || looks > 0;  // from the first time on
+    known += now;
+  });
+  look->SetEnabled(true);
   real.loop.Run();
   real.station.events.SetSink(nullptr);
   std::printf("%s\n", run);
   watch.Tell();
+  std::printf("  library known                   %6.1f %%\n", 100.0 * known / std::max(looks, 1));
 }
 
 // Each run in a process of its own.
-void Run(const std::string& folder, int seconds, int cards, bool starving) {
+void Run(const std::string& folder, int seconds, int cards, Form form) {
   std::fflush(stdout);
   const pid_t child = fork();
   if (child == 0) {
-    MakeStation(folder + "/station", cards, starving);
+    MakeStation(folder + "/station", cards, form);
     std::filesystem::create_directories(folder + "/machine");
-    Air(folder, seconds, starving ? "six titles in rotation" : "the whole library in rotation");
+    const pid_t writer = form == Form::kWrittenTo ? fork() : -1;
+    if (writer == 0) WriteEverySecond(folder + "/station", cards);
+    Air(folder, seconds, kFormNames[static_cast<int>(form)]);
+    if (writer > 0) kill(writer, SIGKILL);
     std::fflush(stdout);
     _exit(0);
   }
@@ -75,7 +110,8 @@ int main(int argc, char** argv) {
   const int cards = argc > 2 ? std::atoi(argv[2]) : 100000;
   std::string folder = (std::filesystem::temp_directory_path() / "zemo-bench-XXXXXX").string();
   if (!mkdtemp(folder.data())) return 1;
-  for (const bool starving : {false, true}) Run(folder + "/run", seconds, cards, starving);
+  for (const Form form : {Form::kWhole, Form::kStarving, Form::kWrittenTo})
+    Run(folder + "/run", seconds, cards, form);
   std::filesystem::remove_all(folder);
   return 0;
 }

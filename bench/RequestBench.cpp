@@ -5,7 +5,8 @@
 // broadcasts a card, genres, varieties and artists as a station has them, and all of it is open at
 // this hour.
 //   longest_ms  the longest time of a request without a yield, of the processor's time
-// ReadLibrary is the reading ahead itself:
+// ReadLibrary is the reading ahead itself, TakeIn that behind a write of another program to a
+// hundredth of the cards, or to another table:
 //   slice_ms    its longest slice
 //   bytes       of memory a card, text_bytes of which are its title's and its file's
 // Targets with 100,000 cards in memory: under 20 ms, longest_ms and slice_ms under 5, bytes without
@@ -154,6 +155,36 @@ void ReadLibrary(benchmark::State& state) {
   state.counters["text_bytes"] = textBytes;
 }
 
+void TakeIn(benchmark::State& state, const char* foreign) {
+  TestStation& s = WithLibrary(static_cast<int>(state.range(0)));
+  WatchedRequests watched(s);
+  zemo::Station& station = watched.station;
+  double sliceMs = 0, slices = 0;
+  while (zemo::ReadCardsAhead(station)) {
+  }
+  for (auto _ : state) {
+    state.PauseTiming();
+    s.Sql(foreign);
+    state.ResumeTiming();
+    bool more = true;
+    for (slices = 0; more; ++slices) {
+      const double begin = WorkedMs();
+      more = zemo::ReadCardsAhead(station);
+      sliceMs = std::max(sliceMs, WorkedMs() - begin);
+    }
+    if (!zemo::CardsNow(station)) return state.SkipWithError("the library is not known");
+  }
+  state.counters["slice_ms"] = sliceMs;
+  state.counters["slices"] = slices;
+}
+
+void TakeInCards(benchmark::State& state) {
+  TakeIn(state, "UPDATE Discotheque SET NBPASSJOUR = NBPASSJOUR + 1 WHERE CODE % 100 = 7");
+}
+void TakeInOtherTable(benchmark::State& state) {
+  TakeIn(state, "UPDATE Cnf SET JingleCode = JingleCode + 1");
+}
+
 // Reads every column of every row in its own type, as a program does that uses them.
 int64_t ReadAll(sqlite3* db, const std::string& query) {
   sqlite3_stmt* statement = nullptr;
@@ -208,6 +239,8 @@ BENCHMARK(SqliteSkeletonQuery)->Apply(Sizes);
 BENCHMARK(SkeletonRequestAsked)->Apply(Sizes);
 BENCHMARK(SkeletonRequest)->Apply(Sizes);
 BENCHMARK(ReadLibrary)->Apply(Sizes);
+BENCHMARK(TakeInCards)->Apply(Sizes);
+BENCHMARK(TakeInOtherTable)->Apply(Sizes);
 
 }  // namespace
 

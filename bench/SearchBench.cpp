@@ -61,7 +61,10 @@ class Bench {
   }
 
   int Cards() const { return cards_; }
-  void Forget() { on.station.browse.search.reset(); }
+  void Forget() {
+    on.station.browse.search.reset();
+    on.station.knownCards.reset();
+  }
   void Know() {
     rech->clear();
     while (zemo::ReadAheadSlice(on.station)) {

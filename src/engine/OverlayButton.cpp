@@ -30,7 +30,7 @@ int FileColumn(BrowseList list) {
 std::string OnAir::FileOfBrowseRow(const BrowseRows& browsed, int row) {
   const int column = FileColumn(browsed.list);
   if (column < 0 || row < 0 || row >= static_cast<int>(browsed.rows.size())) return {};
-  return std::string(browsed.rows.Cell(static_cast<size_t>(row), column));
+  return browsed.rows.Cell(static_cast<size_t>(row), column);
 }
 
 void OnAir::PlayOverAir(Station& station, const std::string& storedPath) {

@@ -3,9 +3,15 @@
 //
 // It is true by three signs, all looked at whenever it is asked for:
 //   own writes      the store notes the rows; they are read again first, a few at a time;
-//   others' writes  ForeignCounter moved: every slice is read again, and until then nothing is
-//   known.
-//                   The pass counts where the counter stands at its end as it stood at its begin;
+//   others' writes  ForeignCounter moved: every page of the table is looked at again, and until
+//   then
+//                   nothing is known. Rows are read only of the pages that hold something else than
+//                   they did when their rows were read (store/TablePages.h). Looking at all pages
+//                   of 100,000 cards takes some 30 ms in slices, reading all rows twelve times as
+//                   much: so a library to whose base others write every second is known most of the
+//                   time. The pass counts where the counter stands at its end as it stood at its
+//                   begin; one that does not leaves true marks of what it read, for the next one to
+//                   go by;
 //   the structure   only a table that is read as it stands is kept; of any other nothing is known.
 //                   Who changes it counts as another program, or the store notes all rows.
 // Whoever is told that nothing is known asks the base. While another process has the file to
@@ -20,6 +26,7 @@
 
 #include "library/PackedCards.h"
 #include "store/Database.h"
+#include "store/TablePages.h"
 
 namespace zemo {
 
@@ -31,11 +38,20 @@ class KnownCards {
   static constexpr int kSliceRows = 1000;     // some 3 ms on the machines that we know
   static constexpr size_t kMostAtOnce = 200;  // rows that are read again by who asks
 
-  explicit KnownCards(int sliceRows = kSliceRows) : sliceRows_(sliceRows) {}
+  explicit KnownCards(int sliceRows = kSliceRows)
+      : sliceRows_(sliceRows), mostInChunk_(static_cast<size_t>(2 * sliceRows)) {}
 
   // The cards as a query would find them now. None: that is not known. Waits for no lock, and reads
   // no more than one slice: a library of one slice is always known, but for a fault of the base.
   std::optional<CardSet> Now(Database& db);
+  // The same for who asks for no genre and no hour as the base does: Now has none where the base
+  // alone can judge a card by these.
+  std::optional<CardSet> Listed(Database& db);
+  // As Listed, for who has no time to read: none where a slice would have to be.
+  std::optional<CardSet> ListedAlready(Database& db);
+  // All cards, each as it was read last, whatever others have written since; without a look at the
+  // base. None before the first pass.
+  std::optional<CardSet> LastRead() const;
   // Reads on where something is not known; true: something is left to be read. Throws StoreError;
   // what was read stays, and it can be called again.
   bool ReadSlice(Database& db);
@@ -43,24 +59,55 @@ class KnownCards {
  private:
   void Look(Database& db);
   void StartOver(Database& db);
+  void Forget();
+  // Codes above `from` up to `to`.
+  struct Range {
+    int64_t from, to;
+  };
+  struct KnownPage {
+    int64_t lastCode;
+    PageMark mark;
+  };
+  // What a slice of the pass goes over.
+  struct Stretch {
+    int64_t end = 0;               // up to this code
+    std::vector<KnownPage> pages;  // as they are now
+    std::vector<Range> others;     // whose cards are to be read
+  };
+  struct Reading {
+    Range range;
+    CardChunk cards;
+  };
   void ReadOn(Database& db);
+  bool LookAtPages(Database& db, Stretch& stretch) const;
+  Reading ReadNextRows(Database& db);
+  bool IsKnownPage(int64_t before, const TablePage& page) const;
+  Reading Read(Database& db, Range range, int most);
+  void TakePages(const Stretch& stretch);
+  void Unmark(int64_t code);
   void ReadAgain(Database& db, size_t most);
-  void TakeSlice(std::shared_ptr<CardChunk> slice, bool last);
   const PackedCard* Find(int64_t code) const;
   size_t ChunkOf(int64_t code) const;
   CardChunk& Writable(size_t chunk);
-  void Replace(int64_t code, const std::optional<PackedCard>& card);
+  void Replace(Reading reading);
+  bool Overwrite(const Reading& reading);
+  void Cut(Range range);
+  void Insert(CardChunk cards);
 
   const int sliceRows_;
+  const size_t mostInChunk_;         // a chunk that grows beyond is cut in two; few cards make none
   std::shared_ptr<RowNotes> notes_;  // null before the first look
-  bool asStored_ = false;            // the table is read as it stands
+  bool keepable_ = false;            // the table is read as it stands, with codes of 32 bits
   int64_t foreign_ = 0;              // ForeignCounter at the begin of the pass
   bool whole_ = false;               // the pass is at its end
-  // In order of CODE. Of a pass under way the first `fresh_` are read, up to `lastCode_`; the
-  // others are what was known before.
+  bool readOnce_ = false;            // a pass of chunks_ came to its end
+  // In order of CODE. Of a pass under way those up to `lastCode_` are read; the others are what was
+  // known before.
   std::vector<std::shared_ptr<CardChunk>> chunks_;
-  size_t fresh_ = 0;
   int64_t lastCode_ = std::numeric_limits<int64_t>::min();
+  // The cards above one page's last code up to the next one's are as they were when that page had
+  // this mark. In order of their codes; without gaps up to `lastCode_`.
+  std::vector<KnownPage> pages_;
   int odd_ = 0;  // cards that only the base can judge
   std::shared_ptr<CardTexts> texts_ = std::make_shared<CardTexts>();
   size_t textsAtFirst_ = 0;  // bytes of texts_ at the end of its first pass
@@ -69,6 +116,9 @@ class KnownCards {
 // The station's own, from the first asking on. Throws nothing: a base that cannot be read is one of
 // which nothing is known.
 std::optional<CardSet> CardsNow(Station& station);
+std::optional<CardSet> CardsToList(Station& station);            // KnownCards::Listed
+std::optional<CardSet> CardsListedAlready(Station& station);     // KnownCards::ListedAlready
+std::optional<CardSet> CardsAsLastRead(const Station& station);  // KnownCards::LastRead
 // One slice of reading ahead; true when more is left to be read, and can be now.
 bool ReadCardsAhead(Station& station);
 

@@ -1,9 +1,11 @@
 #include "library/OnAirRows.h"
 
+#include <cmath>
 #include <optional>
 #include <string_view>
 #include <utility>
 
+#include "library/PackedCards.h"
 #include "store/Recordset.h"
 
 namespace zemo {
@@ -48,6 +50,22 @@ OnAirElement MusicRow(const Recordset& card, bool lastPlayed) {
           .exitMs = Number(card, "POINTSORTIE"),
           .introSec = Number(card, "INTRO"),
           .lastPlayed = lastPlayed ? card.Real("LASTDIFF") : 0};
+}
+
+OnAirElement MusicRow(const PackedCard& card, const CardTexts& texts) {
+  const auto known = [](int32_t number) {
+    return number == PackedCard::kNull ? std::nullopt : std::optional<int64_t>(number);
+  };
+  return {.code = card.code,
+          .title = texts.ArtistAt(card.artist).spelling,
+          .secondLine = std::string(TitleOf(card)),
+          .genre = texts.GenreAt(card.genre).text,
+          .variety = std::string(texts.VarietyAt(card.variety)),
+          .file = std::string(FileOf(card)),
+          .lengthMs = known(card.lengthMs).value_or(0),
+          .exitMs = known(card.exitMs),
+          .introSec = known(card.introSec),
+          .lastPlayed = std::isinf(card.lastdiff) ? 0 : card.lastdiff};
 }
 
 OnAirElement JingleRow(const Recordset& jingle) {

@@ -8,10 +8,14 @@
 
 namespace zemo {
 
+class CardTexts;
 class Recordset;
+struct PackedCard;
 
 // Music card. Without `lastPlayed` nobody asks when it played last, as in a dated list's load.
 OnAirElement MusicRow(const Recordset& discotheque, bool lastPlayed = true);
+// The same of a card in memory; not one with odd cells.
+OnAirElement MusicRow(const PackedCard& card, const CardTexts& texts);
 OnAirElement JingleRow(const Recordset& discothequeJingle);
 OnAirElement SpotRow(const Recordset& grillePub);  // "PUB", code -2
 OnAirElement NewsRow(const Recordset& grillePub);  // "RUB", code -4

@@ -1,10 +1,12 @@
 #include "library/PackedCards.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <utility>
 
 #include "station/TextForms.h"
+#include "station/TimeForms.h"
 #include "store/RowView.h"
 
 namespace zemo {
@@ -76,9 +78,7 @@ std::string CardTexts::Columns(int weekday) {
 
 PackedCard CardTexts::Pack(const RowView& row, const PackedCard* before, int weekday) {
   PackedCard card{};
-  const int64_t code = row.Int(kCardCode);
-  card.code = static_cast<int32_t>(code);
-  card.odd = card.code != code;
+  card.code = static_cast<int32_t>(row.Int(kCardCode));
   card.lastdiff = row.IsNull(kCardLastdiff) ? -std::numeric_limits<double>::infinity()
                                             : row.Real(kCardLastdiff);
   card.lengthMs = NumberOrNull(row, kCardLength);
@@ -89,9 +89,8 @@ PackedCard CardTexts::Pack(const RowView& row, const PackedCard* before, int wee
   card.exitMs = NumberOrNull(row, kCardExit);
   card.introSec = NumberOrNull(row, kCardIntro);
   card.artist = ArtistNumber(CutText(row, kCardArtist), card.code);
-  const bool genreIsText = row.IsText(kCardGenre);
-  card.genre = GenreNumber(CutText(row, kCardGenre), genreIsText);
-  card.odd = card.odd || row.Text(kCardGenre).size() > PackedCard::kMostBytes;
+  card.genre = GenreNumber(row);
+  card.odd = row.Text(kCardGenre).size() > PackedCard::kMostBytes;
   card.variety = varieties_.Number(CutText(row, kCardVariety));
   card.days = DaysNumber(CutText(row, kCardFirstDay), CutText(row, kCardLastDay));
   const int masks = weekday > 0 ? 1 : kHourMasks;
@@ -111,8 +110,42 @@ PackedCard CardTexts::Pack(const RowView& row, const PackedCard* before, int wee
     else
       packed = PackedCard::kOtherText | others_.Number(text);
   }
+  card.oddCells = HasOddCells(row, card);
+  if (card.oddCells) KeepOddCells(row, card);
   KeepTexts(card, CutText(row, kCardTitle), CutText(row, kCardFile), before);
   return card;
+}
+
+// What was packed would not read as the row does, and a list shows the row.
+bool CardTexts::HasOddCells(const RowView& row, const PackedCard& card) {
+  const auto otherNumber = [&row](int column, int32_t packed) {
+    if (packed == PackedCard::kNull) return !row.IsNull(column);
+    return !row.IsNumber(column) || row.Real(column) != packed;
+  };
+  for (const int column : {kCardArtist, kCardTitle, kCardGenre, kCardVariety, kCardFile})
+    if (row.Text(column).size() > PackedCard::kMostBytes) return true;
+  return row.Int(kCardCode) != card.code || otherNumber(kCardLength, card.lengthMs) ||
+         otherNumber(kCardPasses, card.passes) || otherNumber(kCardExit, card.exitMs) ||
+         otherNumber(kCardIntro, card.introSec) ||
+         (!row.IsNull(kCardLastdiff) &&
+          (std::isinf(card.lastdiff) || !row.IsNumber(kCardLastdiff)));
+}
+
+void CardTexts::KeepOddCells(const RowView& row, const PackedCard& card) {
+  const int64_t lengthMs = row.Int(kCardLength);
+  oddRows_.Add({std::string(row.Text(kCardArtist)), std::string(row.Text(kCardTitle)),
+                FormatDuration(lengthMs), std::string(row.Text(kCardGenre)),
+                std::string(row.Text(kCardVariety)), std::string(row.Text(kCardFile)),
+                std::to_string(row.Int(kCardCode)), std::to_string(lengthMs),
+                std::string(row.Text(kCardExit)), std::string(row.Text(kCardIntro)),
+                LastPlayedText(row.Real(kCardLastdiff))},
+               card.code);
+}
+
+std::string_view CardTexts::OddCell(const PackedCard& card, int column) const {
+  uint32_t row = 0;
+  std::memcpy(&row, card.texts + card.titleBytes + card.fileBytes, sizeof row);
+  return oddRows_.Cell(row, column);
 }
 
 // A library has far fewer artists than cards, so what the rules ask of their names is made once.
@@ -134,11 +167,13 @@ uint32_t CardTexts::ArtistNumber(std::string_view spelling, int32_t code) {
   return number;
 }
 
-uint32_t CardTexts::GenreNumber(std::string_view text, bool isText) {
-  key_.assign(isText ? "t" : "n").append(text);
+uint32_t CardTexts::GenreNumber(const RowView& row) {
+  const bool isText = row.IsText(kCardGenre), isNull = row.IsNull(kCardGenre);
+  const std::string_view text = CutText(row, kCardGenre);
+  key_.assign(isText ? "t" : isNull ? "n" : "b").append(text);
   const auto [known, fresh] =
       genreNumbers_.try_emplace(key_, static_cast<uint32_t>(genres_.size()));
-  if (fresh) genres_.push_back({std::string(text), isText});
+  if (fresh) genres_.push_back({std::string(text), isText, isNull});
   return known->second;
 }
 
@@ -172,18 +207,22 @@ void CardTexts::KeepTexts(PackedCard& card, std::string_view title, std::string_
                           const PackedCard* before) {
   card.titleBytes = static_cast<uint16_t>(title.size());
   card.fileBytes = static_cast<uint16_t>(file.size());
-  if (before && TitleOf(*before) == title && FileOf(*before) == file) {
+  const bool odd = card.oddCells || (before && before->oddCells);
+  if (!odd && before && TitleOf(*before) == title && FileOf(*before) == file) {
     card.texts = before->texts;
     return;
   }
-  const size_t size = title.size() + file.size();
+  const uint32_t oddRow = oddRows_.Count() - 1;  // put there just now
+  const size_t size = title.size() + file.size() + (card.oddCells ? sizeof oddRow : 0);
   if (blockSize_ - blockUsed_ < size || blocks_.empty()) {
     blockSize_ = std::max(kTextBlockBytes, size);
     blocks_.push_back(std::make_unique_for_overwrite<char[]>(blockSize_));
     blockUsed_ = 0;
   }
   char* const begin = blocks_.back().get() + blockUsed_;
-  std::copy(file.begin(), file.end(), std::copy(title.begin(), title.end(), begin));
+  char* const end =
+      std::copy(file.begin(), file.end(), std::copy(title.begin(), title.end(), begin));
+  if (card.oddCells) std::memcpy(end, &oddRow, sizeof oddRow);
   blockUsed_ += size;
   blockBytes_ += size;
   card.texts = begin;
@@ -228,6 +267,17 @@ std::string_view CardTexts::Broadcast(uint32_t packed, DiffusionText& room) cons
   if (packed & PackedCard::kOtherText) return others_.Text(packed & ~PackedCard::kOtherText);
   WriteBroadcast(packed - 1, room);
   return {room.data(), room.size()};
+}
+
+const PackedCard* FindCard(const CardSet& cards, int32_t code) {
+  const auto chunk = std::lower_bound(
+      cards.chunks.begin(), cards.chunks.end(), code,
+      [](const auto& other, int32_t wanted) { return other->back().code < wanted; });
+  if (chunk == cards.chunks.end()) return nullptr;
+  const auto card =
+      std::lower_bound((*chunk)->begin(), (*chunk)->end(), code,
+                       [](const PackedCard& other, int32_t wanted) { return other.code < wanted; });
+  return card != (*chunk)->end() && card->code == code ? &*card : nullptr;
 }
 
 }  // namespace zemo

@@ -1,6 +1,6 @@
 // Music cards packed for walks over a whole library: numbers in 104 bytes a card, texts that cards
 // share once each, titles and files in blocks. What is read of a packed card is to the letter what
-// RowView reads of its row; texts are cut at kMostBytes.
+// RowView reads of its row; texts are cut at kMostBytes, but for those of a list (ListedCards.h).
 //
 // Cards lie in chunks in order of CODE, and a chunk that somebody looks at is never written to: a
 // CardSet is the library of one moment, for as long as it is held.
@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "library/CardBroadcasts.h"
+#include "station/BrowseList.h"
 
 namespace zemo {
 
@@ -36,7 +37,8 @@ struct PackedCard {
   uint32_t artist, genre, variety, hours, days;  // numbers of CardTexts
   int16_t minutesGap, daysGap, artistGap;
   uint16_t titleBytes, fileBytes;
-  bool odd;  // what the base would find by its hours or its CODE cannot be told from here
+  bool odd;       // what the base would find by its genre or its hours cannot be told from here
+  bool oddCells;  // the row reads otherwise than what was packed: CardTexts::OddCells
   std::array<uint32_t, kDiffusions> broadcasts;  // BroadcastMinute + 1, or as above
 };
 
@@ -70,6 +72,7 @@ class CardTexts {
   struct Genre {
     std::string text;
     bool isText;  // Null and mere bytes are equal to no text
+    bool isNull;
   };
   struct Days {  // MMJJDebut, MMJJFin
     std::string first, last;
@@ -89,18 +92,21 @@ class CardTexts {
   size_t ArtistCount() const { return artists_.size(); }
   size_t GenreCount() const { return genres_.size(); }
   size_t HoursCount() const { return hours_.size(); }
+  // Of a card with oddCells: a cell of its row in a list, as ListedCards has them.
+  std::string_view OddCell(const PackedCard& card, int column) const;
   // The text of a broadcast, in `room` where it is not kept as a text.
   std::string_view Broadcast(uint32_t packed, DiffusionText& room) const;
 
-  size_t Bytes() const {
-    return blockBytes_;
-  }  // of titles and files, those in use no more included
+  // Of titles and files, those in use no more included.
+  size_t Bytes() const { return blockBytes_; }
 
  private:
   uint32_t ArtistNumber(std::string_view spelling, int32_t code);
-  uint32_t GenreNumber(std::string_view text, bool isText);
+  uint32_t GenreNumber(const RowView& row);
   uint32_t DaysNumber(std::string_view first, std::string_view last);
   uint32_t HoursNumber(const RowView& row, int weekday);
+  static bool HasOddCells(const RowView& row, const PackedCard& card);
+  void KeepOddCells(const RowView& row, const PackedCard& card);
   void KeepTexts(PackedCard& card, std::string_view title, std::string_view file,
                  const PackedCard* before);
 
@@ -114,6 +120,7 @@ class CardTexts {
   std::vector<Hours> hours_;
   std::unordered_map<std::string, uint32_t> genreNumbers_, daysNumbers_, hoursNumbers_;
   SharedTexts varieties_, others_;
+  PackedRows oddRows_;  // their numbers stand behind the files of their cards
   std::string key_;  // of a look-up, kept for its room
 
   std::vector<std::unique_ptr<char[]>> blocks_;
@@ -135,5 +142,8 @@ struct CardSet {
   std::vector<std::shared_ptr<const CardChunk>> chunks;
   std::shared_ptr<const CardTexts> texts;
 };
+
+// Null: none has that code. Valid as long as the set.
+const PackedCard* FindCard(const CardSet& cards, int32_t code);
 
 }  // namespace zemo

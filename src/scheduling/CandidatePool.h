@@ -88,6 +88,7 @@ class CandidateCards {
   const CardTexts::Artist& ArtistOf(int card) const { return texts_->ArtistAt(At(card).artist); }
   void TakeKnown(Station& station, const CardSet& known, const CardsWanted& wanted);
   void Ask(Station& station, const BoundQuery& condition);
+  void AskOrTakeLast(Station& station, const CardsWanted& wanted);
   template <typename Pause>
   void Sort(Order order, Pause pause);  // pauses between its steps
 
@@ -96,6 +97,12 @@ class CandidateCards {
   std::shared_ptr<const CardTexts> texts_;
   std::vector<const PackedCard*> cards_;
 };
+
+// The wanted card above that length (ms) that was played longest ago, as it goes into PL; among
+// equals the first one. One walk of a few milliseconds at most where the library is known. Throws
+// StoreError.
+std::optional<OnAirElement> LongestRested(Station& station, const CardsWanted& wanted,
+                                          int64_t aboveMs);
 
 // Cards of `cards` by number, in the order in which they will be offered.
 using Pool = std::vector<int>;

@@ -9,17 +9,17 @@
 #include <utility>
 #include <vector>
 
-#include "library/OnAirRows.h"
 #include "platform/Clock.h"
 #include "platform/EventLoop.h"
+#include "scheduling/CandidatePool.h"
 #include "scheduling/FitCards.h"
 #include "scheduling/HourBreakPlacement.h"
-#include "scheduling/HourFilter.h"
 #include "scheduling/PercentageRequest.h"
 #include "settings/SideFiles.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
+#include "station/TimeForms.h"
 
 namespace zemo {
 
@@ -118,14 +118,13 @@ PipRow FindPipRow(const Station& station, double leftSec) {
 // The instrumental that rested longest of those longer than the gap; the pip then cuts or covers
 // it.
 void InsertInstrumental(Station& station, int position, int64_t gapSec) {
-  BoundQuery asked{"Select * From Discotheque Where Genre In('INSTRUMENTAL') AND DUREE > ?",
-                   {gapSec * 1000}};
-  asked.Add(HourFilterOfNow(station)).Add(" ORDER BY Lastdiff ASC;");
-  const auto titles = station.base.Db().OpenRecordset(asked.text, asked.values);
-  if (titles->Eof()) return;
-  OnAirElement element = MusicRow(*titles);
-  if (element.title.empty()) element.title = "Code " + titles->Text("CODE");
-  station.PL.Insert(position, std::move(element));
+  const int weekday = CurrentWeekday(station.Now());
+  auto element = LongestRested(
+      station, {.genres = {"INSTRUMENTAL"}, .hour = {{weekday, CurrentHour(station)}}},
+      gapSec * 1000);
+  if (!element) return;
+  if (element->title.empty()) element->title = "Code " + std::to_string(element->code);
+  station.PL.Insert(position, *std::move(element));
 }
 
 // --- the form with the spots by the pip ---

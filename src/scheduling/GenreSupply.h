@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -17,6 +18,7 @@
 namespace zemo {
 
 class RowView;
+struct CardSet;
 
 // Thread: the logic's.
 class GenreSupply {
@@ -28,6 +30,7 @@ class GenreSupply {
     int64_t lengthMs = 0;  // together
 
     int64_t Minutes() const { return (lengthMs + 30000) / 60000; }
+    bool operator==(const Hour&) const = default;
   };
   struct Genre {
     int titles = 0;  // all cards of the genre
@@ -37,9 +40,9 @@ class GenreSupply {
   // Each weekday is the next one from `today` on, where cards have dates.
   explicit GenreSupply(const LocalDateTime& today);
 
-  // Reads on, at most kSliceRows. Throws StoreError; what was read stays, and it can be called
-  // again.
-  void ReadSlice(Database& db);
+  // Reads on, at most kSliceRows: of the library in memory where it is known now, else of the base.
+  // Throws StoreError; what was read stays, and it can be called again.
+  void ReadSlice(Database& db, const std::optional<CardSet>& known);
   bool Complete() const { return complete_; }
 
   // By the name as the cards have it.
@@ -50,7 +53,16 @@ class GenreSupply {
   std::string_view GenreOf(int32_t code) const;
 
  private:
-  void Take(const RowView& row);
+  // What is asked of a card, wherever it stands.
+  struct Card {
+    int64_t code = 0, lengthMs = 0;
+    std::string_view genre, firstDay, lastDay;
+    bool resting = false;  // out of rotation
+    std::array<std::string_view, kDaysOfWeek> masks{};
+  };
+  void Take(const Card& card);
+  bool TakeKnown(const CardSet& known);
+  void TakeRow(const RowView& row);
 
   std::array<std::string, kDaysOfWeek> monthDays_;  // "MMDD", Monday first
   std::map<std::string, Genre, std::less<>> genres_;

@@ -1,7 +1,10 @@
 #include "scheduling/LibraryIndex.h"
 
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
 #include "station/TextForms.h"
-#include "station/TimeForms.h"
 #include "store/BoundQuery.h"
 #include "store/Collation.h"
 #include "store/Database.h"
@@ -11,66 +14,111 @@ namespace zemo {
 
 namespace {
 
-constexpr int kArtist = 0, kTitle = 1, kRowLength = 2, kGenre = 3, kVariety = 4, kFile = 5,
-              kRowCode = 6, kRowExit = 7, kRowIntro = 8, kLastPlayed = 9;
-constexpr int kGenreCell = 3;
+constexpr int kArtistCell = 0, kTitleCell = 1, kGenreCell = 3;
 
 // By key from the last one on: no slice holds the file between two of them, and table order is the
 // order of the keys.
-BoundQuery SliceQuery(bool first, int64_t lastCode) {
-  BoundQuery query{
-      "SELECT TOP ? Auteur ,Titre ,Duree ,Genre ,Variete ,FileName ,Code ,POINTSORTIE ,Intro "
-      ",LastDiff FROM Discotheque ",
-      {LibraryIndex::kSliceRows}};
-  if (!first) query.Add("WHERE Code > ? ", {lastCode});
-  return query.Add("ORDER BY Code");
+BoundQuery SliceQuery(int64_t lastCode) {
+  BoundQuery query{"SELECT TOP ? " + CardTexts::Columns() + " FROM Discotheque ",
+                   {LibraryIndex::kSliceRows}};
+  if (lastCode != std::numeric_limits<int64_t>::min()) query.Add("WHERE CODE > ? ", {lastCode});
+  return query.Add("ORDER BY CODE");
 }
 
-// The columns of the pool of a request, so that a row can go to PL as it stands.
-void CellsOf(const RowView& row, Cells& cells) {
-  const int64_t lengthMs = row.Int(kRowLength);
-  cells[0] = row.Text(kArtist);
-  cells[1] = row.Text(kTitle);
-  cells[2] = FormatDuration(lengthMs);
-  cells[kGenreCell] = row.Text(kGenre);
-  cells[4] = row.Text(kVariety);
-  cells[5] = row.Text(kFile);
-  cells[6] = std::to_string(row.Int(kRowCode));
-  cells[7] = std::to_string(lengthMs);
-  cells[8] = row.Text(kRowExit);
-  cells[9] = row.Text(kRowIntro);
-  cells[10] = LastPlayedText(row.Real(kLastPlayed));
+// The last letter of the artist and the first bytes of the title would be one character.
+bool MayJoin(std::string_view title) {
+  return !title.empty() && (static_cast<unsigned char>(title.front()) & 0xC0) == 0x80;
+}
+
+// Most titles are ASCII, and need no text of their own.
+void AddCapitals(std::string& text, std::string_view title) {
+  if (std::any_of(title.begin(), title.end(),
+                  [](char c) { return static_cast<unsigned char>(c) >= 0x80; })) {
+    text += UpperLatin(title);
+    return;
+  }
+  for (const char c : title) text += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 }  // namespace
 
+LibraryIndex::LibraryIndex(int64_t changeCounter)
+    : texts_(std::make_shared<CardTexts>()),
+      rows_(std::make_shared<ListedCards>(CardSet{{}, texts_})),
+      changeCounter_(changeCounter) {}
+
 void LibraryIndex::ReadSlice(Database& db) {
   if (complete_) return;
-  int read = 0;
-  Cells cells;
-  std::string joined;
-  const BoundQuery query = SliceQuery(Count() == 0, lastCode_);
+  auto slice = std::make_shared<CardChunk>();
+  slice->reserve(kSliceRows);
+  int64_t lastCode = lastCode_;
+  const BoundQuery query = SliceQuery(lastCode_);
   db.ReadRows(query.text, query.values, [&](const RowView& row) {
-    const bool noGenre = row.IsNull(kGenre);
-    CellsOf(row, cells);
-    joined.assign(cells[0]).append(cells[1]);
-    lastCode_ = row.Int(kRowCode);
-    capitals_ += UpperLatin(joined);
-    capitalsEnd_.push_back(static_cast<uint32_t>(capitals_.size()));
-    genreIsNull_.push_back(noGenre);
-    rows_->Add(cells, static_cast<int32_t>(lastCode_));
-    ++read;
+    lastCode = row.Int(0);
+    slice->push_back(texts_->Pack(row));
   });
-  complete_ = read < kSliceRows;
+  lastCode_ = lastCode;
+  complete_ = static_cast<int>(slice->size()) < kSliceRows;
+  rows_->Add(std::move(slice));
 }
 
-std::string_view LibraryIndex::Capitals(uint32_t row) const {
-  const uint32_t begin = row == 0 ? 0 : capitalsEnd_[row - 1];
-  return std::string_view(capitals_).substr(begin, capitalsEnd_[row] - begin);
+// --- the questions ---
+
+LibraryQuestion LibraryQuestion::OfText(std::string capitals) {
+  return {false, std::move(capitals)};
 }
 
-bool LibraryIndex::GenreIsLike(uint32_t row, std::string_view pattern) const {
-  return !genreIsNull_[row] && MatchesPattern(rows_->Cell(row, kGenreCell), pattern);
+LibraryQuestion LibraryQuestion::OfGenre(std::string pattern) {
+  return {true, std::move(pattern)};
+}
+
+LibraryQuestion::Answer& LibraryQuestion::AnswerOf(uint32_t text) {
+  if (text >= answers_.size()) answers_.resize(size_t{text} + 1, kUnknown);
+  return answers_[text];
+}
+
+bool LibraryQuestion::Wants(const LibraryIndex& index, uint32_t row) {
+  const ListedCards& rows = *index.Rows();
+  if (genre_) return GenreIsLike(rows.Texts(), rows.At(row));
+  return wanted_.empty() || HoldsText(rows.Texts(), rows.At(row));
+}
+
+bool LibraryQuestion::GenreIsLike(const CardTexts& texts, const PackedCard& card) {
+  if (card.oddCells) {
+    return !texts.GenreAt(card.genre).isNull &&
+           MatchesPattern(texts.OddCell(card, kGenreCell), wanted_);
+  }
+  Answer& answer = AnswerOf(card.genre);
+  if (answer == kUnknown) {
+    const CardTexts::Genre& genre = texts.GenreAt(card.genre);
+    answer = !genre.isNull && MatchesPattern(genre.text, wanted_) ? kYes : kNo;
+  }
+  return answer == kYes;
+}
+
+// An artist is looked through once, and of his cards the titles with as much of his name ahead as a
+// find may begin in.
+bool LibraryQuestion::HoldsText(const CardTexts& texts, const PackedCard& card) {
+  if (card.oddCells || MayJoin(TitleOf(card))) {
+    const auto cell = [&](int column) {
+      return card.oddCells           ? texts.OddCell(card, column)
+             : column == kArtistCell ? std::string_view(texts.ArtistAt(card.artist).spelling)
+                                     : TitleOf(card);
+    };
+    room_.assign(cell(kArtistCell)).append(cell(kTitleCell));
+    return UpperLatin(room_).find(wanted_) != std::string::npos;
+  }
+  const CardTexts::Artist& artist = texts.ArtistAt(card.artist);
+  const bool asListed = artist.spelling == artist.listed;
+  const std::string own = asListed ? std::string() : UpperLatin(artist.spelling);
+  const std::string_view name = asListed ? artist.capitals : own;
+  Answer& answer = AnswerOf(card.artist);
+  if (answer == kUnknown) answer = name.find(wanted_) != std::string_view::npos ? kYes : kNo;
+  if (answer == kYes) return true;
+  const size_t head = std::min(name.size(), wanted_.size() - 1);
+  room_.assign(name.substr(name.size() - head));
+  AddCapitals(room_, TitleOf(card));
+  return room_.find(wanted_) != std::string::npos;
 }
 
 }  // namespace zemo

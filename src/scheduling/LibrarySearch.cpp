@@ -1,6 +1,8 @@
-// A search tests the rows of an index of the library. The index that is at hand serves at once;
-// where the base was written to since it was read, the table is read anew behind it and the search
-// repeated over that, so that in the end the list holds what the table held after the keystroke.
+// A search tests the cards of the library in memory (library/KnownCards.h). Where it is not known
+// just now, as after a write of another program, its cards as they were read last serve at once, it
+// is read on behind them, and the search repeated, so that in the end the list holds what the table
+// held after the keystroke. A library that was never read, or that cannot be kept, is read by the
+// search into an index of its own.
 #include "scheduling/LibrarySearch.h"
 
 #include <algorithm>
@@ -13,6 +15,7 @@
 #include <variant>
 #include <vector>
 
+#include "library/KnownCards.h"
 #include "platform/EventLoop.h"
 #include "scheduling/LibraryIndex.h"
 #include "scheduling/RowSort.h"
@@ -25,7 +28,7 @@ namespace zemo {
 
 namespace {
 
-constexpr int kLargeLibrary = 1000;  // cards, from which on a search needs a character more
+constexpr size_t kLargeLibrary = 1000;  // cards, from which on a search needs a character more
 constexpr int kShortestText = 3;
 constexpr std::string_view kEverything = "*";
 constexpr const char* kTextRoutine = "Rech";
@@ -34,32 +37,29 @@ constexpr const char* kListRoutine = "ListRech";
 constexpr uint32_t kTestRows = 20000;  // a slice
 constexpr int kLockedTurns = 100;      // of kAskAgainMs: as long as any other query waits
 
-struct Query {
-  const char* routine;  // in the log
-  bool genre;
-  std::string wanted;  // in capitals, or the pattern of the genre; empty text: all
-
-  bool Wants(const LibraryIndex& index, uint32_t row) const {
-    if (genre) return index.GenreIsLike(row, wanted);
-    return wanted.empty() || index.Capitals(row).find(wanted) != std::string_view::npos;
-  }
-};
-
-Query TextQuery(const std::string& typed) {
-  return {kTextRoutine, false, typed == kEverything ? std::string() : UpperLatin(typed)};
+LibraryQuestion TextQuery(const std::string& typed) {
+  return LibraryQuestion::OfText(typed == kEverything ? std::string() : UpperLatin(typed));
 }
 
-bool LargeLibrary(Station& station) {
-  int cards = 0;
-  station.base.Db().ReadRows("SELECT TOP ? Code FROM Discotheque", {kLargeLibrary + 1},
+const char* RoutineOf(const LibraryQuestion& query) {
+  return query.IsOfGenre() ? kGenreRoutine : kTextRoutine;
+}
+
+bool LargeLibrary(Station& station, const std::optional<CardSet>& known) {
+  size_t cards = 0;
+  if (known) {
+    for (const auto& chunk : known->chunks) cards += chunk->size();
+    return cards > kLargeLibrary;
+  }
+  station.base.Db().ReadRows("SELECT TOP ? Code FROM Discotheque", {int64_t{kLargeLibrary} + 1},
                              [&](const RowView&) { ++cards; });
   return cards > kLargeLibrary;
 }
 
 // A text that is too short clears the list. False when there is nothing to look for.
-bool LongEnough(Station& station) {
+bool LongEnough(Station& station, const std::optional<CardSet>& known) {
   const std::string& typed = station.browse.Rech;
-  const int shortest = kShortestText + (LargeLibrary(station) ? 1 : 0);
+  const int shortest = kShortestText + (LargeLibrary(station, known) ? 1 : 0);
   station.browse.charactersWanted = 0;
   if (CharacterCount(Trim(typed)) >= shortest) return true;
   station.browse.ListRech.rows.clear();
@@ -77,14 +77,17 @@ enum class Pass {
 
 // The rows of an index, tested one after the other; the index may still grow.
 struct Scan {
-  Query query;
+  LibraryQuestion query;
   std::shared_ptr<LibraryIndex> index;
   Pass pass;
   std::optional<uint64_t> shown{};  // generation of the list that shows the query's finds
   uint32_t tested = 0;
   std::vector<uint32_t> found{};
+  uint32_t behind = 0;  // slices of reading on behind a stale one
 
   bool AtTheEnd() const { return tested == index->Count(); }
+  // The library could have been read twice; others write to it all the time.
+  bool ReadOnForLong() const { return behind > 2 * index->Count() / KnownCards::kSliceRows + 10; }
 };
 
 struct Sorting {
@@ -100,7 +103,7 @@ struct Sorting {
 // Of one station. What it is at: nothing, a query that is to begin, its scan, or the sorting.
 class LibrarySearch {
  public:
-  void Begin(Query query);
+  void Begin(LibraryQuestion query);
   void BeginSort(const BrowseRows& list);
   void Stop();
   // `again`: whoever calls comes back where another process has the base for a moment.
@@ -116,12 +119,15 @@ class LibrarySearch {
   void ScanSlice(Station& station, Scan& scan);
   void Finish(Station& station, Scan scan);
   void SortSlice(BrowseRows& list, Sorting& sorting);
-  bool KnowsAll(int64_t counter) const { return known_ && known_->ChangeCounter() == counter; }
+  std::shared_ptr<LibraryIndex> Known(Station& station, std::optional<CardSet> cards);
+  std::shared_ptr<LibraryIndex> LastRead(const Station& station) const;
   void ReadOn(Station& station);
+  void ReadBehind(Station& station, Scan& scan);
 
-  std::variant<std::monostate, Query, Scan, Sorting> work_;
-  std::shared_ptr<LibraryIndex> known_;    // the last that was read whole
-  std::shared_ptr<LibraryIndex> reading_;  // will be known_
+  std::variant<std::monostate, LibraryQuestion, Scan, Sorting> work_;
+  // Of a base that is not kept in memory: the last that was read whole, and what will be it. Null
+  // while the library in memory is known.
+  std::shared_ptr<LibraryIndex> read_, reading_;
   int lockedTurns_ = 0;
 };
 
@@ -130,40 +136,59 @@ void LibrarySearch::Stop() {
   lockedTurns_ = 0;
 }
 
-void LibrarySearch::Begin(Query query) {
+void LibrarySearch::Begin(LibraryQuestion query) {
   Stop();
   work_ = std::move(query);
 }
 
 bool LibrarySearch::Searching() const {
-  return std::holds_alternative<Query>(work_) || std::holds_alternative<Scan>(work_);
+  return std::holds_alternative<LibraryQuestion>(work_) || std::holds_alternative<Scan>(work_);
 }
 
 const char* LibrarySearch::Routine() const {
-  if (const auto* query = std::get_if<Query>(&work_)) return query->routine;
-  if (const auto* scan = std::get_if<Scan>(&work_)) return scan->query.routine;
+  if (const auto* query = std::get_if<LibraryQuestion>(&work_)) return RoutineOf(*query);
+  if (const auto* scan = std::get_if<Scan>(&work_)) return RoutineOf(scan->query);
   return kListRoutine;
+}
+
+// What holds all that was stored until now; null: it has to be read.
+std::shared_ptr<LibraryIndex> LibrarySearch::Known(Station& station, std::optional<CardSet> cards) {
+  if (cards) {
+    read_.reset();
+    reading_.reset();
+    return std::make_shared<LibraryIndex>(*std::move(cards));
+  }
+  const int64_t counter = station.base.Db().ChangeCounter();
+  if (read_ && read_->ChangeCounter() == counter) return read_;
+  if (!reading_ || reading_->ChangeCounter() != counter)
+    reading_ = std::make_shared<LibraryIndex>(counter);
+  return nullptr;
+}
+
+std::shared_ptr<LibraryIndex> LibrarySearch::LastRead(const Station& station) const {
+  if (read_) return read_;
+  auto cards = CardsAsLastRead(station);
+  return cards ? std::make_shared<LibraryIndex>(*std::move(cards)) : nullptr;
 }
 
 // A small library is read as fast as it is searched; a large one answers from what is known of it.
 void LibrarySearch::Start(Station& station) {
-  Query query = std::get<Query>(work_);
-  if (!query.genre && !LongEnough(station)) return Stop();
-  const int64_t counter = station.base.Db().ChangeCounter();
-  if (KnowsAll(counter)) {
-    work_ = Scan{std::move(query), known_, Pass::kOnly};
+  LibraryQuestion query = std::get<LibraryQuestion>(work_);
+  auto cards = CardsToList(station);
+  if (!query.IsOfGenre() && !LongEnough(station, cards)) return Stop();
+  if (auto known = Known(station, std::move(cards))) {
+    work_ = Scan{std::move(query), std::move(known), Pass::kOnly};
     return;
   }
-  if (!reading_ || reading_->ChangeCounter() != counter)
-    reading_ = std::make_shared<LibraryIndex>(counter);
-  const bool atOnce = known_ && known_->Count() > LibraryIndex::kSliceRows;
-  work_ = atOnce ? Scan{std::move(query), known_, Pass::kStale}
+  auto last = LastRead(station);
+  const bool atOnce = last && last->Count() > LibraryIndex::kSliceRows;
+  work_ = atOnce ? Scan{std::move(query), std::move(last), Pass::kStale}
                  : Scan{std::move(query), reading_, Pass::kOnly};
 }
 
 void LibrarySearch::ReadOn(Station& station) {
   reading_->ReadSlice(station.base.Db());
-  if (reading_->Complete()) known_ = std::exchange(reading_, nullptr);
+  if (reading_->Complete()) read_ = std::exchange(reading_, nullptr);
 }
 
 namespace {
@@ -172,7 +197,7 @@ void TestRows(Scan& scan, BrowseRows& list) {
   const bool atOnce = scan.pass != Pass::kRepeat;
   const uint32_t end = std::min(scan.index->Count(), scan.tested + kTestRows);
   if (atOnce && !scan.shown && end > scan.tested) {
-    if (!scan.query.genre) list.sorted = false;
+    if (!scan.query.IsOfGenre()) list.sorted = false;
     list.rows.Show(scan.index->Rows());
     scan.shown = list.rows.Generation();
   }
@@ -186,10 +211,10 @@ void TestRows(Scan& scan, BrowseRows& list) {
 // The rows found at last in place of those found at once. Where they are the same records, whoever
 // has chosen one of them keeps his choice.
 void ShowInstead(BrowseRows& list, Scan& scan) {
-  const std::shared_ptr<PackedRows>& rows = scan.index->Rows();
+  const std::shared_ptr<ListedCards>& rows = scan.index->Rows();
   bool same = scan.found.size() == list.rows.size();
   for (size_t row = 0; same && row < scan.found.size(); ++row)
-    same = rows->Code(scan.found[row]) == list.rows.Code(row);
+    same = rows->CodeOf(scan.found[row]) == list.rows.Code(row);
   if (same) return list.rows.Renew(rows, std::move(scan.found));
   list.rows.Show(rows);
   for (const uint32_t row : scan.found) list.rows.Append(row);
@@ -201,21 +226,40 @@ void LibrarySearch::ScanSlice(Station& station, Scan& scan) {
   BrowseRows& list = station.browse.ListRech;
   if (scan.shown && *scan.shown != list.rows.Generation())
     return Stop();  // something else is shown
-  if (scan.AtTheEnd() && reading_) {
+  if (scan.AtTheEnd() && scan.pass == Pass::kStale)
+    ReadBehind(station, scan);
+  else if (scan.AtTheEnd() && reading_)
     ReadOn(station);
-    if (scan.pass == Pass::kStale && !reading_)
-      scan = Scan{std::move(scan.query), known_, Pass::kRepeat, scan.shown};
-  }
   TestRows(scan, list);
   if (scan.pass != Pass::kStale && scan.index->Complete() && scan.AtTheEnd())
     Finish(station, std::move(scan));
 }
 
+// Where the library in memory does not come to be known, by the search's own reading.
+void LibrarySearch::ReadBehind(Station& station, Scan& scan) {
+  std::shared_ptr<LibraryIndex> anew;
+  const bool own = !CardsAsLastRead(station) || scan.ReadOnForLong();
+  if (own) {
+    ReadOn(station);
+    if (!reading_) anew = read_;
+  } else if (auto cards = CardsToList(station)) {
+    anew = std::make_shared<LibraryIndex>(*std::move(cards));
+  }
+  ++scan.behind;
+  if (!anew) return;
+  scan.query.Forget();
+  scan = Scan{std::move(scan.query), std::move(anew), Pass::kRepeat, scan.shown};
+}
+
 void LibrarySearch::Finish(Station& station, Scan scan) {
   BrowseRows& list = station.browse.ListRech;
   Stop();
+  if (CardsAsLastRead(station)) {  // which serves the next one
+    read_.reset();
+    reading_.reset();
+  }
   if (scan.pass == Pass::kRepeat) ShowInstead(list, scan);
-  if (!scan.query.genre) station.engine.LastActivityTimer = station.Timer();
+  if (!scan.query.IsOfGenre()) station.engine.LastActivityTimer = station.Timer();
   if (list.sorted) BeginSort(list);
 }
 
@@ -231,7 +275,7 @@ void LibrarySearch::SortSlice(BrowseRows& list, Sorting& sorting) {
 }
 
 void LibrarySearch::WorkSlice(Station& station) {
-  if (std::holds_alternative<Query>(work_)) Start(station);
+  if (std::holds_alternative<LibraryQuestion>(work_)) Start(station);
   if (auto* scan = std::get_if<Scan>(&work_))
     ScanSlice(station, *scan);
   else if (auto* sorting = std::get_if<Sorting>(&work_))
@@ -253,10 +297,9 @@ SearchTurn LibrarySearch::Slice(Station& station, bool again) {
 
 bool LibrarySearch::ReadAhead(Station& station) {
   if (AtWork()) return false;
+  if (ReadCardsAhead(station)) return true;
   try {
-    const int64_t counter = station.base.Db().ChangeCounter();
-    if (KnowsAll(counter)) return false;
-    if (!reading_) reading_ = std::make_shared<LibraryIndex>(counter);
+    if (Known(station, CardsToList(station))) return false;
     ReadOn(station);
     return true;
   } catch (const std::exception&) {
@@ -289,7 +332,7 @@ void BeginTextSearch(Station& station) {
 void BeginGenreSearch(Station& station, const std::string& genre) {
   station.browse.ListRech.rows.clear();
   station.browse.charactersWanted = 0;
-  SearchOf(station).Begin({kGenreRoutine, true, genre});
+  SearchOf(station).Begin(LibraryQuestion::OfGenre(genre));
 }
 
 void BeginColumnClick(Station& station, int column) {
@@ -319,7 +362,7 @@ void OnAir::Rech_Change(Station& station) {
   StopSearch(station);
   try {
     const std::string typed = station.browse.Rech;
-    if (!LongEnough(station)) return;
+    if (!LongEnough(station, CardsToList(station))) return;
     station.platform.loop.Yield();
     if (station.browse.Rech != typed) return;  // typed on meanwhile: that text was searched
   } catch (const std::exception&) {

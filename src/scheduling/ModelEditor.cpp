@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "library/KnownCards.h"
 #include "platform/Desktop.h"
 #include "platform/EventLoop.h"
 #include "platform/Folder.h"
@@ -192,7 +193,7 @@ void ReadSupplySlice(Station& station, GenreSupply& supply) {
   for (int turn = 0;; ++turn) {
     try {
       const NoLockWait atOnce(station.base.Waiting());
-      return supply.ReadSlice(station.base.Db());
+      return supply.ReadSlice(station.base.Db(), CardsListedAlready(station));
     } catch (const StoreError& error) {
       if (error.Number() != kErrLocked || turn == kMostTurns) throw;
     }

@@ -10,6 +10,7 @@
 
 #include "platform/EventLoop.h"
 #include "scheduling/CandidatePool.h"
+#include "scheduling/LastAnswers.h"
 #include "scheduling/ModelGrids.h"
 #include "scheduling/RequestError.h"
 #include "scheduling/RequestFrame.h"
@@ -175,7 +176,7 @@ void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   asking.varieties = ReadVarieties(station);
   asking.hour = CurrentHour(station);
   frame.Open(minutes);                           // 4, 5
-  if (station.base.CountRecords("Models") == 0)  // 6
+  if (CountOrLast(station, "Models") == 0)       // 6
     return frame.Leave(NoModelsText(station.base.CnfInt(Cnf::kLangue)));
   station.platform.loop.Yield();
   const TitlesInUse used = LoadTitlesInUse(station);                  // 7

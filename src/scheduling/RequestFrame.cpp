@@ -4,6 +4,7 @@
 
 #include "platform/EventLoop.h"
 #include "scheduling/CandidatePool.h"
+#include "scheduling/LastAnswers.h"
 #include "scheduling/RotationRules.h"
 #include "station/PlanTimes.h"
 #include "station/TextForms.h"
@@ -89,7 +90,10 @@ void RequestFrame::Leave(const char* message) {
 
 void PrepareRules(Station& station) {
   LoadRecentArtists(station);
-  LoadNewestReportCode(station);
+  AnswerOrLast(station, LastAnswersOf(station).newestReportCode, [&] {
+    LoadNewestReportCode(station);
+    return station.requests.DernierCodeRapport;
+  });
   station.requests.ListAutorisation.Clear();
   station.requests.DecalDiffCourant = static_cast<int16_t>(station.base.CnfInt(Cnf::kDecalDiff));
 }

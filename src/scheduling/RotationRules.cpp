@@ -7,6 +7,7 @@
 
 #include "reports/BroadcastReport.h"
 #include "scheduling/HourFilter.h"
+#include "scheduling/LastAnswers.h"
 #include "scheduling/RecentReport.h"
 #include "scheduling/RequestError.h"
 #include "station/Station.h"
@@ -241,7 +242,9 @@ void LoadRecentArtists(Station& station) {
   requests.ECArtiste.clear();
   try {
     const int64_t count = station.base.CnfInt(Cnf::kEcartArtiste);
-    requests.ECArtiste = NewestArtists(station, static_cast<int>(count));
+    requests.ECArtiste = AnswerOrLast(station, LastAnswersOf(station).newestArtists, [&] {
+      return NewestArtists(station, static_cast<int>(count));
+    });
   } catch (const std::exception&) {
     // A report that cannot be read ends no request; the artists of the list still count.
   }
@@ -270,7 +273,7 @@ namespace {
 
 // Without their column all titles have the same empty artist, and one would refuse all.
 bool ArtistIsUnknown(Station& station, const std::string& artist) {
-  return TrimView(artist).empty() && !station.base.Db().HasColumn("Discotheque", "AUTEUR");
+  return TrimView(artist).empty() && !TitlesHave(station, "AUTEUR");
 }
 
 }  // namespace

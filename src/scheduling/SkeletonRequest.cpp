@@ -10,6 +10,7 @@
 #include "platform/EventLoop.h"
 #include "platform/Folder.h"
 #include "platform/LocalValues.h"
+#include "scheduling/LastAnswers.h"
 #include "scheduling/ModelGrids.h"
 #include "scheduling/RequestFrame.h"
 #include "scheduling/TitlesInUse.h"
@@ -226,7 +227,7 @@ void RunSkeletonRequest(Station& station, int minutes, RequestFrame& frame) {
   const int hour = CurrentHour(station);
   frame.Open(minutes);
   const bool alternate = station.base.CnfInt(Cnf::kCheckNational) != 0;
-  if (station.base.CountRecords("ModelSquelette") == 0) return frame.Leave(kNoModelsFrench);
+  if (CountOrLast(station, "ModelSquelette") == 0) return frame.Leave(kNoModelsFrench);
   station.platform.loop.Yield();
   const TitlesInUse used = LoadTitlesInUse(station);
   const std::vector<std::string> positions = GenresOfHour(skeleton, hour);
@@ -246,16 +247,17 @@ void RunSkeletonRequest(Station& station, int minutes, RequestFrame& frame) {
 }  // namespace
 
 Alternation ReadAlternation(Station& station) {
-  const auto shares = station.base.Db().OpenRecordset("SELECT POURCENT FROM Variete");
-  const auto run = [&shares] {
-    const auto most = static_cast<int32_t>(std::nearbyint(shares->Real("POURCENT") / 20.0));
-    return most == 0 ? 1 : most;
-  };
-  Alternation alternation;
-  alternation.mostNat = run();
-  shares->MoveLast();
-  alternation.mostInt = run();
-  return alternation;
+  const auto [mostNat, mostInt] = AnswerOrLast(station, LastAnswersOf(station).runs, [&] {
+    const auto shares = station.base.Db().OpenRecordset("SELECT POURCENT FROM Variete");
+    const auto run = [&shares] {
+      const auto most = static_cast<int32_t>(std::nearbyint(shares->Real("POURCENT") / 20.0));
+      return most == 0 ? 1 : most;
+    };
+    const int32_t first = run();
+    shares->MoveLast();
+    return std::pair(first, run());
+  });
+  return {mostNat, mostInt};
 }
 
 void LayAlongSkeleton(Station& station, RequestFrame& frame, const CandidateCards& cards,

@@ -4,10 +4,12 @@
 #include <cstddef>
 #include <exception>
 #include <limits>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "library/KnownCards.h"
 #include "library/OnAirRows.h"
 #include "scheduling/EndOfHourFitting.h"
 #include "scheduling/FitCards.h"
@@ -138,10 +140,19 @@ void BringToFront(Station& station, const std::string& chain) {
 }  // namespace
 
 std::vector<OnAirElement> RowsOfCards(Station& station, const std::vector<int32_t>& codes) {
-  const auto card = station.base.Table("Discotheque");
+  const auto known = CardsListedAlready(station);
+  std::unique_ptr<Recordset> stored;  // for what memory does not know
   std::vector<OnAirElement> rows;
-  for (const int32_t code : codes)
-    if (SeekCode(*card, code)) rows.push_back(MusicRow(*card));
+  for (const int32_t code : codes) {
+    const PackedCard* card = known ? FindCard(*known, code) : nullptr;
+    if (known && !card) continue;
+    if (card && !card->oddCells) {
+      rows.push_back(MusicRow(*card, *known->texts));
+      continue;
+    }
+    if (!stored) stored = station.base.Table("Discotheque");
+    if (SeekCode(*stored, code)) rows.push_back(MusicRow(*stored));
+  }
   return rows;
 }
 

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "scheduling/LastAnswers.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -15,10 +16,28 @@ namespace {
 std::set<int64_t> ListsStillToCome(Station& station) {
   const LocalDateTime now = station.Now();
   std::set<int64_t> lists;
-  station.base.Db().ReadRows("SELECT Code, LADATE, LHeure FROM Playlist", [&](const RowView& list) {
-    if (ListStillToCome(list.Text(1), list.Text(2), now)) lists.insert(list.Int(0));
+  const auto all = AnswerOrLast(station, LastAnswersOf(station).lists, [&] {
+    std::vector<DueList> read;
+    station.base.Db().ReadRows(
+        "SELECT Code, LADATE, LHeure FROM Playlist", [&](const RowView& list) {
+          read.push_back({list.Int(0), std::string(list.Text(1)), std::string(list.Text(2))});
+        });
+    return read;
   });
+  for (const DueList& list : all)
+    if (ListStillToCome(list.date, list.hourMinute, now)) lists.insert(list.code);
   return lists;
+}
+
+std::vector<std::pair<int64_t, int32_t>> ListedTitles(Station& station) {
+  return AnswerOrLast(station, LastAnswersOf(station).listedTitles, [&] {
+    std::vector<std::pair<int64_t, int32_t>> read;
+    station.base.Db().ReadRows("SELECT NUMPLS, DISCOTHEQUE FROM Pls WHERE DISCOTHEQUE > 0",
+                               [&](const RowView& row) {
+                                 read.emplace_back(row.Int(0), static_cast<int32_t>(row.Int(1)));
+                               });
+    return read;
+  });
 }
 
 }  // namespace
@@ -35,11 +54,8 @@ TitlesInUse LoadTitlesInUse(Station& station) {
   std::set<int64_t> lists;
   if (!editing) lists = ListsStillToCome(station);
   if (!editing && lists.empty()) return used;
-  station.base.Db().ReadRows("SELECT NUMPLS, DISCOTHEQUE FROM Pls WHERE DISCOTHEQUE > 0",
-                             [&](const RowView& row) {
-                               if (editing || lists.count(row.Int(0)) > 0)
-                                 used.Add(static_cast<int32_t>(row.Int(1)));
-                             });
+  for (const auto& [list, code] : ListedTitles(station))
+    if (editing || lists.count(list) > 0) used.Add(code);
   return used;
 }
 

@@ -1,5 +1,6 @@
 #include "scheduling/WeekModel.h"
 
+#include "scheduling/LastAnswers.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/RowView.h"
@@ -45,35 +46,46 @@ void ForEachVariety(Database& database, const Database::TakeRow& take) {
 
 DayModel ReadDayModel(Station& station, int day) {
   DayModel model;
-  Logged(station, "LoadGrilleModels", [&] {
+  const auto ask = [&] {
     ForEachModelRow(station.base.Db(), day, [&](const RowView& row) {
       GenreShare& share = model.emplace_back();
       share.genre = row.Text(0);
       for (size_t hour = 0; hour < share.percent.size(); ++hour)
         share.percent[hour] = Val(row.Text(static_cast<int>(hour) + 1));
     });
+    return model;
+  };
+  Logged(station, "LoadGrilleModels", [&] {
+    model = AnswerOrLast(station, LastAnswersOf(station).models[static_cast<size_t>(day)], ask);
   });
   return model;
 }
 
 DaySkeleton ReadDaySkeleton(Station& station, int day) {
   DaySkeleton skeleton;
-  Logged(station, "LoadGrilleSquelette", [&] {
+  const auto ask = [&] {
     ForEachPosition(station.base.Db(), day, [&](const RowView& row) {
       ByHour<std::string>& position = skeleton.emplace_back();
       for (size_t hour = 0; hour < position.size(); ++hour)
         position[hour] = row.Text(static_cast<int>(hour));
     });
+    return skeleton;
+  };
+  Logged(station, "LoadGrilleSquelette", [&] {
+    skeleton =
+        AnswerOrLast(station, LastAnswersOf(station).skeletons[static_cast<size_t>(day)], ask);
   });
   return skeleton;
 }
 
 std::vector<VarietyShare> ReadVarieties(Station& station) {
-  std::vector<VarietyShare> varieties;
-  ForEachVariety(station.base.Db(), [&](const RowView& row) {
-    varieties.push_back({std::string(row.Text(1)), Val(row.Text(0))});
+  return AnswerOrLast(station, LastAnswersOf(station).varieties, [&] {
+    std::vector<VarietyShare> varieties;
+    ForEachVariety(station.base.Db(), [&](const RowView& row) {
+      varieties.push_back({std::string(row.Text(1)), Val(row.Text(0))});
+    });
+    return varieties;
   });
-  return varieties;
 }
 
 }  // namespace zemo

@@ -33,6 +33,8 @@ struct VarietyShare {
   double percent = 0;
 };
 
+// For a request: as they stand now, or where the base is out of reach as they were read last
+// (LastAnswers.h).
 // Of one weekday, 1 Monday to 7 Sunday, in order of CODE. A fault is logged and leaves what was
 // read before it.
 DayModel ReadDayModel(Station& station, int day);

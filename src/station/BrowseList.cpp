@@ -42,23 +42,19 @@ std::string_view PackedRows::Cell(uint32_t row, int column) const {
 }
 
 BrowsedRows::BrowsedRows(const std::vector<BrowseRow>& rows) {
-  auto texts = std::make_shared<PackedRows>();
+  auto packed = std::make_shared<PackedRows>();
   for (const BrowseRow& row : rows) {
-    order_.push_back(texts->Count());
-    texts->Add(row.cells, row.code);
+    order_.push_back(packed->Count());
+    packed->Add(row.cells, row.code);
   }
-  texts_ = std::move(texts);
+  rows_ = std::move(packed);
 }
 
 BrowsedRows& BrowsedRows::operator=(const BrowsedRows& other) {
-  texts_ = other.texts_;
+  rows_ = other.rows_;
   order_ = other.order_;
   ++generation_;
   return *this;
-}
-
-std::string_view BrowsedRows::Cell(size_t row, int column) const {
-  return texts_->Cell(order_[row], column);
 }
 
 BrowseRow BrowsedRows::operator[](size_t row) const {
@@ -70,22 +66,22 @@ BrowseRow BrowsedRows::operator[](size_t row) const {
 }
 
 void BrowsedRows::clear() {
-  texts_.reset();
+  rows_.reset();
   order_.clear();
   ++generation_;
 }
 
-void BrowsedRows::Show(std::shared_ptr<const PackedRows> texts) {
+void BrowsedRows::Show(std::shared_ptr<const ListedRows> rows) {
   clear();
-  texts_ = std::move(texts);
+  rows_ = std::move(rows);
 }
 
 void BrowsedRows::Append(uint32_t row) {
   order_.push_back(row);
 }
 
-void BrowsedRows::Renew(std::shared_ptr<const PackedRows> texts, std::vector<uint32_t> order) {
-  texts_ = std::move(texts);
+void BrowsedRows::Renew(std::shared_ptr<const ListedRows> rows, std::vector<uint32_t> order) {
+  rows_ = std::move(rows);
   order_ = std::move(order);
 }
 

@@ -21,14 +21,26 @@ struct BrowseRow {
   int32_t code = 0;  // CODE in the table that is browsed; 0: the row is no library record
 };
 
+// Rows that a list may show, counted from 0. What a row reads stays as it is.
+class ListedRows {
+ public:
+  virtual ~ListedRows() = default;
+  virtual std::string CellText(uint32_t row, int column) const = 0;
+  virtual int32_t CodeOf(uint32_t row) const = 0;
+};
+
 // Texts of rows packed into a few blocks: a hundred thousand rows come and go without as many
 // allocations. Rows are only added; they are counted from 0.
-class PackedRows {
+class PackedRows final : public ListedRows {
  public:
   void Add(const Cells& cells, int32_t code);
   uint32_t Count() const { return static_cast<uint32_t>(rows_.size()); }
   std::string_view Cell(uint32_t row, int column) const;  // valid as long as the object
   int32_t Code(uint32_t row) const { return rows_[row].code; }
+  std::string CellText(uint32_t row, int column) const override {
+    return std::string(Cell(row, column));
+  }
+  int32_t CodeOf(uint32_t row) const override { return Code(row); }
 
  private:
   struct Place {
@@ -43,7 +55,7 @@ class PackedRows {
   char* next_ = nullptr;
 };
 
-// Which rows the list shows, in their order: numbers into packed texts that others may share.
+// Which rows the list shows, in their order: numbers of rows that others may share.
 class BrowsedRows {
  public:
   BrowsedRows() = default;
@@ -55,8 +67,8 @@ class BrowsedRows {
 
   size_t size() const { return order_.size(); }
   bool empty() const { return order_.empty(); }
-  std::string_view Cell(size_t row, int column) const;
-  int32_t Code(size_t row) const { return texts_->Code(order_[row]); }
+  std::string Cell(size_t row, int column) const { return rows_->CellText(order_[row], column); }
+  int32_t Code(size_t row) const { return rows_->CodeOf(order_[row]); }
   BrowseRow operator[](size_t row) const;
 
   // Counts up when there are other rows, or the same in another order; not when rows come at the
@@ -64,14 +76,14 @@ class BrowsedRows {
   uint64_t Generation() const { return generation_; }
 
   void clear();
-  void Show(std::shared_ptr<const PackedRows> texts);  // none of its rows so far
-  void Append(uint32_t row);                           // of the shown texts
+  void Show(std::shared_ptr<const ListedRows> rows);  // none of them so far
+  void Append(uint32_t row);                          // of those that were given to Show
   // The same rows as they read now: as many, each of the same record.
-  void Renew(std::shared_ptr<const PackedRows> texts, std::vector<uint32_t> order);
+  void Renew(std::shared_ptr<const ListedRows> rows, std::vector<uint32_t> order);
   void Reorder(const std::vector<uint32_t>& places);  // where each row stood
 
  private:
-  std::shared_ptr<const PackedRows> texts_;
+  std::shared_ptr<const ListedRows> rows_;
   std::vector<uint32_t> order_;
   uint64_t generation_ = 0;
 };

@@ -7,6 +7,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,6 +20,8 @@
 #include "store/Collation.h"
 
 namespace zemo {
+
+struct LastAnswers;
 
 // What is known of the broadcast report without reading all of it; see reports/ReportBound.h.
 struct ReportBound {
@@ -92,6 +95,8 @@ struct RequestState {
   ReportArtists reportArtists;          // writer: RecentReport
   bool refusalFileFailing = false;      // it could not be written, and that is logged
   KeptChoices choices;                  // writer: ChoiceLog
+  // What the base last said to the small questions of a request; scheduling/LastAnswers.h.
+  std::shared_ptr<LastAnswers> lastAnswers;
   std::unordered_map<int32_t, Airing> airings;  // by CODE, at most the library; writer: playback
 
   // The skeleton dialogue.

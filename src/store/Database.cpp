@@ -11,6 +11,7 @@
 #include "store/StoreError.h"
 #include "store/TableCursor.h"
 #include "store/TableDefs.h"
+#include "store/TablePages.h"
 
 namespace zemo {
 
@@ -94,6 +95,9 @@ class SqliteDatabase : public Database {
   }
   std::shared_ptr<RowNotes> NoteRows(std::string_view table) override {
     return book_->Begin(table);
+  }
+  bool ReadPages(std::string_view table, int64_t afterKey, const TakePage& take) override {
+    return ReadTablePages(Use(), table, afterKey, take);
   }
   int64_t LastInsertCode() const override {
     return connection_ ? connection_->LastInsertCode() : 0;

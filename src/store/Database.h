@@ -21,6 +21,7 @@ namespace zemo {
 class Connection;
 class RowView;
 class TableDefs;
+struct TablePage;
 
 // A table as its columns were when it was asked for.
 class StoredTable {
@@ -77,6 +78,13 @@ class Database {
   // Notes what is written here to the rows of the table, from now on, for as long as the notes are
   // held, over closings and openings. Costs a write next to nothing.
   virtual std::shared_ptr<RowNotes> NoteRows(std::string_view table) = 0;
+  // For who keeps a table in memory and wants to know cheaply which of its rows may be others:
+  // hands `take` the pages of the file on which the rows with keys above `afterKey` stand, in order
+  // of their keys, until it says false or there are no more. The file is held for reading
+  // meanwhile. False: the pages cannot be told, as of a file with a write-ahead log. Not inside a
+  // transaction.
+  using TakePage = std::function<bool(const TablePage&)>;
+  virtual bool ReadPages(std::string_view table, int64_t afterKey, const TakePage& take) = 0;
   // CODE of the row that this connection inserted last, for the report's trace; 0 before the first.
   virtual int64_t LastInsertCode() const = 0;
 

@@ -47,7 +47,7 @@ TEST_F(LargeLibrary, IsNotReadWhereAnElementIsAboutToBegin) {
   ASSERT_EQ(on.Starts().size(), 1U);
   const int64_t exitMs = on.Starts()[0].atMs + 60000 - on.station.engine.MixPointMs;
   on.RunUntil(exitMs - 900);
-  on.Sql("UPDATE Discotheque SET AUTEUR = 'OTHER' WHERE CODE = 1");
+  on.Sql("UPDATE Discotheque SET AUTEUR = 'OTHER'");
   on.station.engine.libraryLookMs = 0;
   on.RunUntil(exitMs - 300);
   EXPECT_FALSE(Known());

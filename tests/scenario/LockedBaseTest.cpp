@@ -9,6 +9,7 @@
 
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
+#include "scheduling/PercentageRequest.h"
 #include "support/Child.h"
 #include "support/TestStation.h"
 
@@ -123,6 +124,39 @@ TEST_P(LockedBase, ARequestOfTheOperatorIsOverAtOnce) {
   on.RunUntil(15000);
   EXPECT_LT(tookMs, kLongestTickMs);
   EXPECT_EQ(on.station.engine.mainTimerHolds, 0);
+}
+
+// The library is known, the week's model and the small tables as they were read last.
+TEST_P(LockedBase, ARequestListsTitlesFromMemory) {
+  on.Sql(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) INSERT INTO "
+      "Discotheque (FILENAME, DUREE, AUTEUR, TITRE, GENRE, VARIETE, NBPASSJOUR, TRANCHE06) SELECT "
+      "'/lost', 180000, 'ARTIST ' || i, 'TITLE', 'POP', 'NATIONAL', 1, "
+      "'111111111111111111111111' FROM n");
+  on.ModelOfOneGenre("POP");
+  const auto request = [this] {
+    on.station.PL.Clear();
+    int16_t minutes = 30;
+    RequestMusic(on.station, minutes);
+    return on.station.PL.Count();
+  };
+  int before = 0, locked = 0;
+  int64_t tookMs = 0;
+  on.At(4000, [&] { before = request(); });
+  HoldFrom(5000, 30000);
+  on.At(10000, [&] {
+    const auto began = WallClock::now();
+    locked = request();
+    tookMs =
+        std::chrono::duration_cast<std::chrono::milliseconds>(WallClock::now() - began).count();
+  });
+  const TickWatch watch(on, 6000, 29000);
+  on.RunUntil(31000);
+  EXPECT_GT(before, 2);
+  EXPECT_EQ(locked, before);
+  EXPECT_LT(tookMs, kLongestTickMs);
+  EXPECT_LT(watch.LongestMs(), kLongestTickMs);
+  for (const auto& error : on.Events("error")) EXPECT_NE(error["where"], "RequetePlaylist");
 }
 
 TEST_P(LockedBase, AStartOrderIsOverAtOnceAndPlaysWhatTheListHolds) {

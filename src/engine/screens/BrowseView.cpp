@@ -89,8 +89,7 @@ QVariant BrowseModel::data(const QModelIndex& index, int role) const {
   // The rows may have been cleared since the views were told of them.
   if (!index.isValid() || index.row() >= static_cast<int>(browsed_.rows.size())) return {};
   if (role != Qt::DisplayRole) return {};
-  const std::string_view text =
-      browsed_.rows.Cell(static_cast<size_t>(index.row()), index.column());
+  const std::string text = browsed_.rows.Cell(static_cast<size_t>(index.row()), index.column());
   const bool routines = browsed_.list == BrowseList::kJingles && index.column() == kOverColumn;
   const bool genres = browsed_.list == BrowseList::kToday && index.column() == kGenreOfAired;
   if (routines || genres) return texts_.OfRoutine(text);

@@ -460,7 +460,7 @@ void OnAirWindow::AdaptOverlay() {
   const int row = live_->ChosenRow();
   const bool playable = !OnAir::FileOfBrowseRow(browsed, row).empty();
   if (!playable) return bar_->ShowOverlay(false, Texts().Text("BtnSurImpression", "tip"));
-  const std::string title(browsed.rows.Cell(static_cast<size_t>(row), Col::kTitle));
+  const std::string title = browsed.rows.Cell(static_cast<size_t>(row), Col::kTitle);
   bar_->ShowOverlay(true, Texts().Word("OverlayOf", QString::fromStdString(title)));
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "library/KnownCards.h"
+#include "store/TablePages.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -13,11 +14,18 @@ namespace {
 class InterruptedBase final : public Database {
  public:
   explicit InterruptedBase(Database& base) : base_(base) {}
-  std::function<void()> beforeRows;  // once
+  std::function<void()> beforeRows;   // once
+  std::function<void()> behindPages;  // once
+  bool pagesUntold = false;
+  std::vector<TablePage> pages;  // told in place of those of the file; empty: these
+  int rows = 0;  // read
 
   void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) override {
     if (const auto act = std::exchange(beforeRows, nullptr)) act();
-    base_.ReadRows(sql, values, take);
+    base_.ReadRows(sql, values, [&](const RowView& row) {
+      ++rows;
+      take(row);
+    });
   }
   std::unique_ptr<Recordset> OpenRecordset(std::string_view sql, const Values& values) override {
     return base_.OpenRecordset(sql, values);
@@ -44,6 +52,12 @@ class InterruptedBase final : public Database {
   std::shared_ptr<RowNotes> NoteRows(std::string_view table) override {
     return base_.NoteRows(table);
   }
+  bool ReadPages(std::string_view table, int64_t afterKey, const TakePage& take) override {
+    const bool told = !pagesUntold && (pages.empty() ? base_.ReadPages(table, afterKey, take)
+                                                     : Tell(afterKey, take));
+    if (const auto act = std::exchange(behindPages, nullptr)) act();
+    return told;
+  }
   int64_t LastInsertCode() const override { return base_.LastInsertCode(); }
   LockWait& Waiting() override { return base_.Waiting(); }
   void KeepAlone() override { base_.KeepAlone(); }
@@ -52,6 +66,12 @@ class InterruptedBase final : public Database {
   bool FileIsLost() const override { return base_.FileIsLost(); }
 
  private:
+  bool Tell(int64_t afterKey, const TakePage& take) const {
+    for (const TablePage& page : pages)
+      if (page.lastKey > afterKey && !take(page)) break;
+    return true;
+  }
+
   Database& base_;
 };
 
@@ -59,9 +79,16 @@ class CardsInMemory : public testing::Test {
  protected:
   void SetUp() override {
     on.Load();
-    for (int i = 1; i <= 5; ++i)
-      on.Sql("INSERT INTO Discotheque (TITRE) VALUES ('TITLE " + std::to_string(i) + "')");
+    // Of 230 bytes each: several pages, of which a slice of three rows reads one.
+    Cards(kCards);
     base = std::make_unique<InterruptedBase>(on.station.base.Db());
+  }
+  void Cards(int count) {
+    on.Sql(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+        std::to_string(count) +
+        ") INSERT INTO Discotheque (TITRE, FILENAME) SELECT 'TITLE ' || i, printf('%.220c', 'f') "
+        "FROM n");
   }
   void Interrupt() {
     base->beforeRows = [this] { on.Sql("UPDATE Discotheque SET TITRE = 'OTHER' WHERE CODE = 1"); };
@@ -75,6 +102,22 @@ class CardsInMemory : public testing::Test {
     return known ? std::string(TitleOf(known->chunks.at(0)->at(0))) : "not known";
   }
 
+  void ExpectTitlesByCode() {
+    const auto known = cards.Now(*base);
+    ASSERT_TRUE(known);
+    int code = 0;
+    for (const auto& chunk : known->chunks)
+      for (const PackedCard& card : *chunk)
+        EXPECT_EQ(TitleOf(card), "TITLE " + std::to_string(++code));
+    EXPECT_EQ(code, kCards);
+  }
+  // CODE of the card that was made as the nth of those that are there.
+  std::string SqlOfFirst(int nth) {
+    return "(SELECT MIN(CODE) FROM Discotheque) + " + std::to_string(nth - 1);
+  }
+
+  static constexpr int64_t kAboveAll = std::numeric_limits<int64_t>::max();
+  static constexpr int kCards = 40;
   TestStation on;
   std::unique_ptr<InterruptedBase> base;
   KnownCards cards{3};
@@ -86,6 +129,103 @@ TEST_F(CardsInMemory, AWriteAheadOfTheLastSliceIsNotMissed) {
   EXPECT_EQ(TitleOfFirst(), "not known");
   ReadAll();
   EXPECT_EQ(TitleOfFirst(), "OTHER");
+}
+
+TEST_F(CardsInMemory, AWriteAheadOfTheLookAtTheLastPageIsNotMissed) {
+  ReadAll();
+  on.Sql("UPDATE Cnf SET JingleCode = JingleCode + 1");
+  base->behindPages = [this] { on.Sql("UPDATE Discotheque SET TITRE = 'OTHER' WHERE CODE = 1"); };
+  EXPECT_EQ(TitleOfFirst(), "not known");
+  ReadAll();
+  EXPECT_EQ(TitleOfFirst(), "OTHER");
+}
+
+TEST_F(CardsInMemory, RowsAreReadOnlyOfPagesThatAnotherProgramWroteTo) {
+  ReadAll();
+  on.Sql("UPDATE Discotheque SET TITRE = 'OTHER' WHERE CODE = 40");
+  base->rows = 0;
+  EXPECT_EQ(TitleOfFirst(), "TITLE 1");
+  EXPECT_GT(base->rows, 0);
+  EXPECT_LT(base->rows, 20);
+  on.Sql("UPDATE Cnf SET JingleCode = JingleCode + 1");
+  base->rows = 0;
+  EXPECT_EQ(TitleOfFirst(), "TITLE 1");
+  EXPECT_EQ(base->rows, 0);
+}
+
+TEST_F(CardsInMemory, WhereThePagesCannotBeToldAllRowsAreRead) {
+  ReadAll();
+  base->pagesUntold = true;
+  for (const int code : {1, 20, 40}) {
+    const std::string number = std::to_string(code);
+    on.Sql("UPDATE Discotheque SET TITRE = 'NEW " + number + "' WHERE CODE = " + number);
+    EXPECT_EQ(TitleOfFirst(), "not known");
+    ReadAll();
+  }
+  EXPECT_EQ(TitleOfFirst(), "NEW 1");
+  on.Sql("DELETE FROM Discotheque WHERE CODE = 1");
+  ReadAll();
+  EXPECT_EQ(TitleOfFirst(), "TITLE 2");
+}
+
+// What was read row by row has no marks: a page that holds again what it once did is none that is
+// known.
+TEST_F(CardsInMemory, PagesThatCannotBeToldForATimeAreNotTakenForKnownOnes) {
+  ReadAll();
+  on.Sql("UPDATE Discotheque SET TITRE = 'OTHER' WHERE CODE < 40");
+  cards.ReadSlice(*base);  // by its pages, and the next one row by row
+  base->pagesUntold = true;
+  cards.ReadSlice(*base);
+  base->pagesUntold = false;
+  on.Sql("UPDATE Discotheque SET TITRE = 'TITLE ' || CODE WHERE CODE < 40");
+  ReadAll();
+  ExpectTitlesByCode();
+}
+
+TEST_F(CardsInMemory, WhatThisProgramWroteAndAnotherOneTookBackIsReadAgain) {
+  ReadAll();
+  on.station.base.Db().Execute("UPDATE Discotheque SET TITRE = 'OTHER 1' WHERE CODE = 1");
+  EXPECT_EQ(TitleOfFirst(), "OTHER 1");
+  on.Sql("UPDATE Discotheque SET TITRE = 'TITLE 1' WHERE CODE = 1");
+  ReadAll();
+  ExpectTitlesByCode();
+}
+
+TEST_F(CardsInMemory, APageThatBeginsElsewhereIsAnotherOne) {
+  base->pages = {{10, 10, {1, 1}}, {kAboveAll, 30, {2, 2}}};
+  ReadAll();
+  on.Sql("DELETE FROM Discotheque WHERE CODE <= 10");
+  base->pages = {{kAboveAll, 30, {2, 2}}};
+  ReadAll();
+  EXPECT_EQ(TitleOfFirst(), "TITLE 11");
+}
+
+TEST_F(CardsInMemory, APageBehindRowsWithoutMarksIsAnotherOne) {
+  base->pagesUntold = true;
+  for (int slice = 0; slice < 6; ++slice) cards.ReadSlice(*base);  // up to 18
+  base->pagesUntold = false;
+  base->pages = {{15, 15, {1, 1}}, {20, 5, {2, 2}}, {kAboveAll, 20, {3, 3}}};
+  ReadAll();
+  on.Sql("DELETE FROM Discotheque WHERE CODE <= 15");
+  base->pages.erase(base->pages.begin());
+  ReadAll();
+  EXPECT_EQ(TitleOfFirst(), "TITLE 16");
+}
+
+TEST_F(CardsInMemory, CardsGoWithTheirPages) {
+  for (int first = 1; first <= kCards; first += 4) {
+    SCOPED_TRACE("from " + std::to_string(first));
+    on.Sql("DELETE FROM Discotheque");
+    Cards(kCards);
+    ReadAll();
+    on.Sql("DELETE FROM Discotheque WHERE CODE < " + SqlOfFirst(first));
+    ReadAll();
+    const auto known = cards.Now(*base);
+    ASSERT_TRUE(known);
+    int count = 0;
+    for (const auto& chunk : known->chunks) count += static_cast<int>(chunk->size());
+    EXPECT_EQ(count, kCards + 1 - first);
+  }
 }
 
 TEST_F(CardsInMemory, AWriteWhileARowIsReadAgainIsNotMissed) {
@@ -123,12 +263,12 @@ TEST_F(CardsInMemory, TextsThatNobodyNamesAnyMoreGoWithTheNextPass) {
   EXPECT_GT(cards.Now(*base)->texts->Bytes(), 300'000U);
   on.Sql("UPDATE Discotheque SET TITRE = 'OTHER' WHERE CODE = 1");
   ReadAll();
-  EXPECT_LT(cards.Now(*base)->texts->Bytes(), 5000U);
+  EXPECT_LT(cards.Now(*base)->texts->Bytes(), 20'000U);
 }
 
 TEST_F(CardsInMemory, ArtistsHaveTheRanksOfTheirCapitalsInWhateverOrderTheyCome) {
   std::vector<std::string> names;  // of every card, as listed
-  for (int i = 1; i <= 5; ++i) names.push_back("CODE " + std::to_string(i));
+  for (int i = 1; i <= kCards; ++i) names.push_back("CODE " + std::to_string(i));
   for (int i = 0; i < 40; ++i) {
     const std::string name = std::string(i % 3 ? "Name " : "name ") + std::to_string(i * 7 % 17);
     on.Sql("INSERT INTO Discotheque (AUTEUR) VALUES ('" + name + "')");
@@ -147,10 +287,13 @@ TEST_F(CardsInMemory, ArtistsHaveTheRanksOfTheirCapitalsInWhateverOrderTheyCome)
 }
 
 TEST_F(CardsInMemory, TheCardsOfAMomentAreOneCopyWithThoseThatFollow) {
-  ReadAll();
-  const auto before = cards.Now(*base);
+  Cards(1300);
+  KnownCards large(600);
+  while (large.ReadSlice(*base)) {
+  }
+  const auto before = large.Now(*base);
   on.station.base.Db().Execute("UPDATE Discotheque SET TITRE = 'OURS' WHERE CODE = 1");
-  const auto behind = cards.Now(*base);
+  const auto behind = large.Now(*base);
   ASSERT_TRUE(before && behind);
   ASSERT_EQ(behind->chunks.size(), 2U);
   EXPECT_NE(before->chunks[0], behind->chunks[0]);

@@ -53,16 +53,16 @@ TEST_F(Candidates, ALibraryOfOneSliceIsKnownFromTheFirstAskingOn) {
 
 TEST_F(Candidates, ALargerOneIsKnownWhenItIsReadToTheEnd) {
   KeepInSlicesOf(10);
-  Cards(25);
-  EXPECT_EQ(SlicesToTheEnd(), 3);
+  Cards(250);
+  EXPECT_GT(SlicesToTheEnd(), 3);
   EXPECT_TRUE(Known());
-  EXPECT_EQ(Found().size(), 25U);
+  EXPECT_EQ(Found().size(), 250U);
 }
 
 TEST_F(Candidates, UntilThenTheBaseIsAsked) {
   KeepInSlicesOf(10);
-  Cards(25);
-  EXPECT_EQ(Found().size(), 25U);
+  Cards(250);
+  EXPECT_EQ(Found().size(), 250U);
   EXPECT_TRUE(ReadCardsAhead(s.station));
 }
 
@@ -105,11 +105,23 @@ TEST_F(Candidates, ATransactionUnderWayIsNotKnown) {
   EXPECT_EQ(Found(), (Codes{1, 2, 3}));
 }
 
-TEST_F(Candidates, AWriteOfAnotherProgramHasAllReadAgain) {
-  KeepInSlicesOf(10);
-  Cards(25);
+TEST_F(Candidates, AWriteOfAnotherProgramToFewCardsIsKnownAtOnce) {
+  KeepInSlicesOf(100);
+  Cards(250);
   SlicesToTheEnd();
   s.Sql("UPDATE Discotheque SET LASTDIFF = 1 WHERE CODE = 25");
+  EXPECT_TRUE(Known());
+  EXPECT_EQ(Found()[0], 25);
+  s.Sql("DELETE FROM Discotheque WHERE CODE = 25");
+  EXPECT_TRUE(Known());
+  EXPECT_EQ(Found()[0], 1);
+}
+
+TEST_F(Candidates, AWriteOfAnotherProgramToAllCardsHasThemReadAgain) {
+  KeepInSlicesOf(10);
+  Cards(250);
+  SlicesToTheEnd();
+  s.Sql("UPDATE Discotheque SET LASTDIFF = CASE CODE WHEN 25 THEN 1 ELSE 46400 END");
   EXPECT_FALSE(Known());
   EXPECT_EQ(Found()[0], 25);
   SlicesToTheEnd();
@@ -117,12 +129,40 @@ TEST_F(Candidates, AWriteOfAnotherProgramHasAllReadAgain) {
   EXPECT_EQ(Found()[0], 25);
 }
 
+TEST_F(Candidates, ARequestTakesInWhatAnotherProgramWroteJustBefore) {
+  Cards(3000);
+  SlicesToTheEnd();
+  s.Sql("UPDATE Discotheque SET LASTDIFF = CASE CODE WHEN 25 THEN 1 ELSE 46400 END");
+  EXPECT_FALSE(CardsListedAlready(s.station));
+  EXPECT_EQ(Found()[0], 25);
+  EXPECT_TRUE(CardsListedAlready(s.station));
+}
+
+TEST_F(Candidates, ARequestOfALibraryThatWasNeverReadAsksTheBase) {
+  Cards(3000);
+  EXPECT_EQ(Found().size(), 3000U);
+  EXPECT_FALSE(CardsListedAlready(s.station));
+}
+
+TEST_F(Candidates, ARequestOfALibraryThatOnlyTheBaseCanJudgeWaitsForNothing) {
+  Cards(3000);
+  s.Execute("UPDATE Discotheque SET TRANCHE06 = x'31' WHERE CODE = 7");
+  SlicesToTheEnd();
+  const uint64_t served = s.loop.EventsServed();
+  const int64_t atMs = s.loop.MonotonicMs();
+  EXPECT_EQ(Found().size(), 2999U);
+  EXPECT_EQ(s.loop.EventsServed(), served);
+  EXPECT_EQ(s.loop.MonotonicMs(), atMs);
+}
+
 TEST_F(Candidates, AWriteOfAnotherProgramInTheMidstOfThePassBeginsItAnew) {
   KeepInSlicesOf(10);
-  Cards(25);
+  Cards(250);
+  const int slices = SlicesToTheEnd();
+  KeepInSlicesOf(10);
   ReadCardsAhead(s.station);
   s.Sql("UPDATE Discotheque SET LASTDIFF = 1 WHERE CODE = 5");
-  EXPECT_EQ(SlicesToTheEnd(), 3);
+  EXPECT_EQ(SlicesToTheEnd(), slices);
   EXPECT_EQ(Found()[0], 5);
 }
 

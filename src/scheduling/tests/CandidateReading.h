@@ -12,12 +12,14 @@
 #include <string>
 #include <vector>
 
+#include "library/OnAirRows.h"
 #include "scheduling/CandidatePool.h"
 #include "scheduling/RotationRules.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
 #include "store/RowView.h"
+#include "store/SeekCode.h"
 
 namespace zemo::test {
 
@@ -132,6 +134,25 @@ inline void ExpectSame(const CandidateCards& cards, const std::vector<PlainCard>
     EXPECT_EQ(element.lastPlayed, std::isfinite(wanted.lastdiff) ? wanted.lastdiff : 0);
     EXPECT_EQ(cards.ArtistCapitals(i), UpperLatin(wanted.Listed()));
   }
+}
+
+// What the fittings take, by the base's own order and look-up.
+inline std::optional<OnAirElement> PlainLongestRested(Station& station, const CardsWanted& wanted,
+                                                      int64_t aboveMs) {
+  BoundQuery query = QueryOf(wanted);
+  query.Add(" And DUREE > ? ORDER BY Lastdiff ASC", {aboveMs});
+  const auto titles = station.base.Db().OpenRecordset(
+      "Select * From Discotheque Where " + query.text, query.values);
+  return titles->Eof() ? std::nullopt : std::optional(MusicRow(*titles));
+}
+
+inline std::vector<OnAirElement> PlainRowsOfCards(Station& station,
+                                                  const std::vector<int32_t>& codes) {
+  const auto card = station.base.Table("Discotheque");
+  std::vector<OnAirElement> rows;
+  for (const int32_t code : codes)
+    if (SeekCode(*card, code)) rows.push_back(MusicRow(*card));
+  return rows;
 }
 
 // The pool before and behind the artists' cut, with the lines of the refused; a fault ends it.

@@ -1,5 +1,6 @@
 // Generated libraries, clocks and writes of everybody at any moment: whatever a request finds in
-// memory is what the base's query gives in that moment, and so are the pools made of it.
+// memory is what the base's query gives in that moment, and so are the pools made of it and the
+// rows that a search lists.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -7,9 +8,13 @@
 #include <random>
 
 #include "library/KnownCards.h"
+#include "scheduling/FitCards.h"
+#include "scheduling/GenreSupply.h"
+#include "scheduling/LibrarySearch.h"
 #include "scheduling/RequestFrame.h"
 #include "scheduling/tests/CandidateReading.h"
 #include "scheduling/tests/RequestFixture.h"
+#include "scheduling/tests/SearchReading.h"
 #include "station/BaseFiles.h"
 #include "support/UnderSanitizer.h"
 
@@ -23,6 +28,7 @@ using test::SeePool;
 
 constexpr int kCases = test::Cases(1000);
 constexpr int kCasesAStation = 40;
+constexpr int kManyCards = 150;  // on some twenty pages
 constexpr int kSmallSlice = 9;  // rows, so that passes take several
 
 // Another program: SQLite as it comes, which stores what it likes.
@@ -76,13 +82,16 @@ class Cases {
 
   void NewStation() {
     stranger_.reset();
+    plain_ = Pick(0, 1) == 1;
     s_ = std::make_unique<RequestStation>();
     s_->SetCnf("DecalDiff", std::max(Pick(-2, 3), 0));
     s_->SetCnf("EcartArtiste", Pick(0, 4));
     s_->Report("artist b", 46000, "POP");
     stranger_ = std::make_unique<Stranger>(It().base.Path());
     It().knownCards = std::make_shared<KnownCards>(kSmallSlice);
-    for (int n = Pick(0, 40); n > 0; --n) stranger_->Do(Insertion());
+    stranger_->Do("BEGIN");
+    for (int n = Pick(0, 2) ? Pick(0, 40) : kManyCards; n > 0; --n) stranger_->Do(Insertion());
+    stranger_->Do("COMMIT");
   }
   void SetClock() {
     // Near the broadcasts of the cards, at their hours.
@@ -127,14 +136,17 @@ class Cases {
                                              "'21/11/1826 à 10:05'",
                                              "'15/12/2026 à 12:00'",
                                              "'1/11/2026 à 10:05'"};
-    static constexpr const char* kNames[] = {"'Artist A'", "'ARTIST A'",  "'artist b'", "''",
-                                             "NULL",       "'  '",        "'Élan'",     "'élan'",
-                                             "x'41FF42'",  "' Artist A '"};
+    static constexpr const char* kNames[] = {"'Artist A'", "'ARTIST A'",   "'artist b'", "''",
+                                             "NULL",       "'  '",         "'Élan'",     "'élan'",
+                                             "x'41FF42'",  "' Artist A '", "x'41C3'"};
+    static constexpr const char* kTitles[] = {"'bTitre'", "x'A9C3A9'", "'Été'", "'a'", "''"};
     static constexpr const char* kDays[] = {"''", "NULL", "'0101'", "'1231'", "'  '", "'1115'"};
     static constexpr const char* kVarieties[] = {"'NATIONAL'", "'INTERNATIONAL'", "NULL", "'nat'"};
+    if (!plain_ && Pick(0, 200) == 0) return "printf('%.600c', 'é')";  // 1200 bytes
     if (column == "GENRE") return OneOf(kGenres);
+    if (column == "TITRE" && Pick(0, 3) == 0) return OneOf(kTitles);
     if (column.starts_with("TRANCHE"))
-      return Pick(0, 150) == 0 ? "x'313131313131313131313131'" : OneOf(kHours);
+      return !plain_ && Pick(0, 150) == 0 ? "x'313131313131313131313131'" : OneOf(kHours);
     if (column.starts_with("DIFFUSION")) return Pick(0, 3) ? "''" : OneOf(kDates);
     if (column == "AUTEUR") return OneOf(kNames);
     if (column.starts_with("MMJJ")) return Pick(0, 3) ? "''" : OneOf(kDays);
@@ -144,7 +156,7 @@ class Cases {
   std::string NumberValue(const std::string& column) {
     static constexpr const char* kOdd[] = {"NULL",  "-1",           "0",     "'abc'", "2.5", "'12'",
                                            "99999", "123456789012", "x'41'", "-9e999"};
-    if (Pick(0, 9) == 0) return OneOf(kOdd);
+    if (Pick(0, 9) == 0) return plain_ ? "NULL" : OneOf(kOdd);
     if (column == "LASTDIFF") return std::to_string(46200 + Pick(0, 20)) + ".5";
     if (column == "ECARTMINUTES") return std::to_string(Pick(0, 300));
     if (column == "DUREE") return std::to_string(Pick(1, 400) * 1000);
@@ -188,8 +200,14 @@ class Cases {
     return "INSERT INTO Discotheque (" + fields + ") VALUES (" + values + ")";
   }
   std::string Write() {
-    const std::string code = std::to_string(Pick(1, 60));
-    switch (Pick(0, 11)) {
+    const std::string code = std::to_string(Pick(1, Pick(0, 1) ? 60 : kManyCards));
+    switch (Pick(0, 12)) {
+      case 12: {
+        // Whole pages.
+        const int first = Pick(1, kManyCards);
+        return "DELETE FROM Discotheque WHERE CODE BETWEEN " + std::to_string(first) + " AND " +
+               std::to_string(first + Pick(0, 30));
+      }
       case 0:
         return "DELETE FROM Discotheque WHERE CODE = " + code;
       case 1:
@@ -323,12 +341,58 @@ class Cases {
     EXPECT_EQ(seen.offered, expected.offered);
     EXPECT_EQ(seen.lines, expected.lines);
     EXPECT_EQ(seen.fault, expected.fault);
+    CompareSearch();
+    CompareFitting();
+    CompareSupply();
+  }
+  // By the cards in memory and by the base's rows alone.
+  void CompareSupply() {
+    GenreSupply supply(It().Now()), plain(It().Now());
+    while (!supply.Complete()) supply.ReadSlice(Db(), CardsListedAlready(It()));
+    while (!plain.Complete()) plain.ReadSlice(Db(), std::nullopt);
+    ASSERT_EQ(supply.Genres().size(), plain.Genres().size());
+    for (const auto& [name, genre] : plain.Genres()) {
+      ASSERT_TRUE(supply.Genres().contains(name)) << name;
+      const GenreSupply::Genre& known = supply.Genres().at(name);
+      EXPECT_EQ(known.titles, genre.titles) << name;
+      EXPECT_EQ(known.days, genre.days) << name;
+    }
+    for (int code = 1; code <= 60; ++code) EXPECT_EQ(supply.GenreOf(code), plain.GenreOf(code));
+  }
+  void CompareFitting() {
+    const int64_t aboveMs = Pick(-1, 400) * 1000;
+    const CardsWanted wanted = Wanted();
+    EXPECT_EQ(LongestRested(It(), wanted, aboveMs),
+              test::PlainLongestRested(It(), wanted, aboveMs));
+    std::vector<int32_t> codes;
+    for (int n = Pick(0, 12); n > 0; --n) codes.push_back(Pick(-2, 60));
+    EXPECT_EQ(RowsOfCards(It(), codes), test::PlainRowsOfCards(It(), codes));
+  }
+  void CompareSearch() {
+    static constexpr const char* kTexts[] = {"*",      "artist a", "tist",     "TITRE1", "BTITRE",
+                                             "ÉLA",    "élan",     "a artist", "éét",    "AÉÉ",
+                                             "ist bT", "AT",       "   "};
+    static constexpr const char* kPatterns[] = {"*", "p?p", "ÉT?", "", "1*", "*o*", "L'été"};
+    BrowsedRows& found = It().browse.ListRech.rows;
+    found.clear();
+    if (Pick(0, 1)) {
+      const std::string typed = It().browse.Rech = OneOf(kTexts);
+      OnAir::Rech_Change(It());
+      const bool enough = typed == "*" || CharacterCount(Trim(typed)) >= 3;
+      test::ExpectSameRows(found,
+                           enough ? test::PlainTextSearch(It(), typed) : std::vector<BrowseRow>());
+    } else {
+      const std::string pattern = OneOf(kPatterns);
+      OnAir::RechGenre_Click(It(), pattern);
+      test::ExpectSameRows(found, test::PlainGenreSearch(It(), pattern));
+    }
   }
 
   std::mt19937 random_;
   std::unique_ptr<RequestStation> s_;
   std::unique_ptr<Stranger> stranger_;
   TitlesInUse used_;
+  bool plain_ = false;  // no value of the station's is one that only the base can judge
   std::string story_;
   int fromMemory_ = 0, fromBase_ = 0;
 };
