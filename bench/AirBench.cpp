@@ -7,8 +7,8 @@
 // Three times: with a library that gives what is asked, with one in which all but six titles are
 // out of rotation, so that the list stays short and every tick asks again, and with the first one
 // while another program writes to the base every second: to a card, and to another table. Of each
-// is told how often the library in memory was known, of looks twice a second once it was read
-// (target: nine in ten).
+// is told how often the library in memory was known, of looks twice a second once it was read;
+// behind a write it is known again with the next look of the tick or with the next request.
 //
 // Usage: AirBench [SECONDS_OF_EACH_RUN] [CARDS]
 #include <signal.h>

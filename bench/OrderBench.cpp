@@ -1,8 +1,8 @@
-// How soon an order is heard: from the call on the logic's thread to the moment at which a device of
-// 5 ms a call takes the first frame of it, less the output's buffers as they are set, which every
-// order stands behind. Median and most of many orders at any moment, for an empty air (start), with
-// a title on air that fades (next) and with one that plays on (overlay). Below 0: the buffers were
-// not full. Usage: OrderBench [ORDERS]
+// How soon an order is heard: from the call on the logic's thread to the moment at which a device
+// of 5 ms a call takes the first frame of it, less the output's buffers as they are set, which
+// every order stands behind. Median and most of many orders at any moment, for an empty air
+// (start), with a title on air that fades (next) and with one that plays on (overlay). Below 0: the
+// buffers were not full. Usage: OrderBench [ORDERS]
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -136,8 +136,8 @@ struct Bench {
 
 void Tell(const char* order, double bufferMs, std::vector<double> late) {
   std::sort(late.begin(), late.end());
-  std::printf("%-8s behind %6.0f ms of buffers: %6.1f ms, least %6.1f, most %6.1f\n", order, bufferMs,
-              late[late.size() / 2], late.front(), late.back());
+  std::printf("%-8s behind %6.0f ms of buffers: %6.1f ms, least %6.1f, most %6.1f\n", order,
+              bufferMs, late[late.size() / 2], late.front(), late.back());
 }
 
 void Measure(int bytes, int count, int orders) {
