@@ -3,8 +3,9 @@
 // its check before the old one is touched; between the two renames it is the only one, and the
 // start finishes what was begun.
 #include <exception>
-#include <optional>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "engine/BaseMaintenance.h"
 #include "engine/OperatorControls.h"
@@ -33,11 +34,12 @@ void TellOnce(Station& station, const std::string& stamp, const std::exception& 
 }
 
 // A base that is damaged past all opening may be replaced as well: nobody works with it.
-void HoldOld(const std::string& path, std::optional<HeldDatabase>& held) {
+std::unique_ptr<HeldDatabase> HoldOld(const std::string& path) {
   try {
-    held.emplace(path, 0);
+    return std::make_unique<HeldDatabase>(path, 0);
   } catch (const StoreError& error) {
     if (error.Number() != kErrBadDatabase) throw;
+    return nullptr;
   }
 }
 
@@ -45,9 +47,8 @@ void HoldOld(const std::string& path, std::optional<HeldDatabase>& held) {
 void ExchangeFiles(Station& station) {
   Folder& folder = station.platform.stationFolder;
   const std::string& path = station.base.Path();
-  std::optional<HeldDatabase> held;
   const bool hadBase = DBEngine::DatabaseExists(path);
-  if (hadBase) HoldOld(path, held);
+  std::unique_ptr<HeldDatabase> held = hadBase ? HoldOld(path) : nullptr;
   // The copy of a compaction that failed must not be found in the place of this base.
   RemoveBaseFile(station, BaseFile::kCopy);
   if (hadBase) SetBaseAside(station);
@@ -57,6 +58,7 @@ void ExchangeFiles(Station& station) {
     if (hadBase) folder.Rename(BaseFile::kBackup, BaseFileName(station));
     throw;
   }
+  station.base.KeepFromOthers(std::move(held));
 }
 
 void GoOnWithTheOldBase(Station& station) {

@@ -4,7 +4,9 @@
 #include "station/BaseCompaction.h"
 
 #include <exception>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/Folder.h"
 #include "platform/LocalValues.h"
@@ -40,9 +42,10 @@ void CompactClosed(Station& station) {
   const std::string& path = station.base.Path();
   DBEngine::RepairDatabase(path);
   RemoveBaseFile(station, BaseFile::kCopy);
-  HeldDatabase held(path, kLockWaitMs);
-  held.CopyTo(folder.Path() + BaseFile::kCopy);
+  auto held = std::make_unique<HeldDatabase>(path, kLockWaitMs);
+  held->CopyTo(folder.Path() + BaseFile::kCopy);
   ExchangeFiles(station);
+  station.base.KeepFromOthers(std::move(held));
   folder.Remove(BaseFile::kCopyLock);
 }
 

@@ -209,6 +209,10 @@ void StationBase::Close() {
   cnfChecked_ = false;
 }
 
+void StationBase::KeepFromOthers(std::unique_ptr<HeldDatabase> replaced) {
+  replaced_ = std::move(replaced);
+}
+
 Database& StationBase::Db() {
   if (!IsOpen()) throw StoreError(kErrClosed, path_ + " is not open");
   return *database_;

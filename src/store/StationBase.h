@@ -44,6 +44,11 @@ class StationBase {
   // opened. Looks at the folder first: costs next to nothing where all is well.
   bool OpenDatabaseIfLost();
 
+  // The file that was the base up to now, and lies elsewhere from here on: another program that has
+  // it open takes what this one writes beside the new file for its journal. Until it opens the base
+  // anew it finds the old one locked: as long as this lives, or up to the next such file.
+  void KeepFromOthers(std::unique_ptr<HeldDatabase> replaced);
+
   // How long the operations wait for a lock of another process.
   LockWait& Waiting() { return *wait_; }
 
@@ -81,6 +86,7 @@ class StationBase {
   std::string path_;
   std::shared_ptr<LockWait> wait_;
   std::unique_ptr<Database> database_;  // never null
+  std::unique_ptr<HeldDatabase> replaced_;
   // Of the open base; the error of one that could not be opened.
   struct TableOrFault {
     std::string_view name;

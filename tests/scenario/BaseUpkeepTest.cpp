@@ -1,6 +1,7 @@
 // The base at a start: what an older version left is brought up to date, and once a month it is
 // repaired and compacted.
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <filesystem>
 
@@ -180,6 +181,43 @@ TEST_F(Upkeep, TheFirstStartOfAMonthCompactsOnceAndTheSecondOfThatDayDoesNot) {
   sink->base.clear();
   StartAgain();
   EXPECT_EQ(sink->base, Lines{"opened"});
+}
+
+// Another program's connection, as it has been open since before: what it reads of the base.
+class LongOpen {
+ public:
+  explicit LongOpen(const std::string& path) {
+    EXPECT_EQ(sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READWRITE, nullptr), SQLITE_OK);
+    EXPECT_EQ(Cards(), SQLITE_OK);
+  }
+  ~LongOpen() { sqlite3_close(db_); }
+  LongOpen(const LongOpen&) = delete;
+  LongOpen& operator=(const LongOpen&) = delete;
+  int Cards() const {
+    return sqlite3_exec(db_, "SELECT COUNT(*) FROM Discotheque", nullptr, nullptr, nullptr);
+  }
+
+ private:
+  sqlite3* db_ = nullptr;
+};
+
+// To it the file beside the base is the journal of the old one: it would play it back, and take it
+// from the base that is being written.
+TEST_F(Upkeep, WhoStillHasTheOldFileFindsItLockedAndLeavesTheJournalOfTheNewOne) {
+  on.AddCard({});
+  const std::string& path = on.station.base.Path();
+  const LongOpen other(path);
+  ASSERT_TRUE(CompactStationBase(on.station)) << on.Describe();
+  Database& db = on.station.base.Db();
+  {
+    const Transaction undone(db);
+    db.Execute("UPDATE Discotheque SET TITRE = 'HALF'");
+    ASSERT_TRUE(std::filesystem::exists(path + "-journal"));
+    EXPECT_EQ(other.Cards(), SQLITE_BUSY);
+    EXPECT_TRUE(std::filesystem::exists(path + "-journal"));
+  }
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Discotheque WHERE TITRE = 'HALF'"), "0");
+  EXPECT_EQ(LongOpen(path).Cards(), SQLITE_OK);
 }
 
 TEST_F(Upkeep, TheSameMonthOfAnotherYearIsTheSameMonth) {
