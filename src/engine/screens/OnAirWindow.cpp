@@ -282,7 +282,7 @@ int64_t OnAirWindow::NowMs() const {
 
 void OnAirWindow::Begin() {
   Observe();
-  draw_.start(kDrawMs);
+  draw_.start(isMinimized() ? kObserveMs : kDrawMs);
   observe_.start(kObserveMs);
 }
 

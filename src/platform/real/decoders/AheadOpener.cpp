@@ -4,6 +4,7 @@
 #include <array>
 #include <condition_variable>
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -16,8 +17,8 @@ namespace {
 // 2.8 MB, of which a sounding file has two. Shorter ones cost more: behind a seek the decoder
 // begins a dozen of its frames earlier, 0.3 s.
 constexpr int kPartFrames = 8 * kSampleRate;
-constexpr int kOverlapFrames = 1152;          // decoded by both, and compared
-constexpr int kStepFrames = 4608;             // between two looks at whether it is to end
+constexpr int kOverlapFrames = 1152;  // decoded by both, and compared
+constexpr int kStepFrames = 4608;     // between two looks at whether it is to end
 
 // One of the two: decodes every other part of the file, and then waits until its part was read.
 class Lane {
@@ -47,6 +48,7 @@ class Lane {
   // Of the part that was waited for; the overlap lies behind its frames.
   const float* Samples() const { return part_.get(); }
   int Frames() const { return frames_; }
+  std::exception_ptr Fault() const { return fault_; }  // that ended it, null without one
 
   void Next() {  // the part was read
     {
@@ -71,7 +73,7 @@ class Lane {
       try {
         DecodePart();
       } catch (...) {
-        // The part ends there, and who reads on from it alone meets the fault.
+        fault_ = std::current_exception();  // the part ends there
         TellBegin();
       }
       {
@@ -93,10 +95,10 @@ class Lane {
   }
 
   void DecodePart() {
+    frames_ = 0;
     if (std::exchange(seeks_, true)) source_.Seek(frame_);
     frame_ += 2 * int64_t{partFrames_};
     const int wanted = partFrames_ + kOverlapFrames;
-    frames_ = 0;
     while (frames_ < wanted && !Quits()) {
       const int given = source_.Read(part_.get() + 2 * static_cast<size_t>(frames_),
                                      std::min(kStepFrames, wanted - frames_));
@@ -123,6 +125,7 @@ class Lane {
   bool seeks_;
   std::unique_ptr<float[]> part_;
   int frames_ = 0;  // of part_, the overlap included
+  std::exception_ptr fault_;
   std::mutex mutex_;
   std::condition_variable changed_;
   bool ready_ = false;  // the part is there, and not read
@@ -142,6 +145,7 @@ class AheadSource final : public SoundSource {
   void Seek(int64_t frame) override {
     EndLanes();
     alone_ = nullptr;
+    fault_ = nullptr;
     left_.clear();
     sources_[0]->Seek(frame);
     frame_ = std::clamp<int64_t>(frame, 0, LengthFrames());
@@ -160,8 +164,8 @@ class AheadSource final : public SoundSource {
       at_ += count;
       if (given < frames) GoOn();
     }
-    return given < frames ? given + ReadAlone(stereo + 2 * static_cast<size_t>(given), frames - given)
-                          : given;
+    if (given == frames || (given > 0 && fault_ != nullptr)) return given;
+    return given + ReadAlone(stereo + 2 * static_cast<size_t>(given), frames - given);
   }
 
  private:
@@ -175,9 +179,11 @@ class AheadSource final : public SoundSource {
       alone_ = sources_[0].get();
       return;
     }
-    for (size_t i = 0; i < 2; ++i)
-      lanes_[i] = std::make_unique<Lane>(
+    std::array<std::unique_ptr<Lane>, 2> lanes;  // both, or none
+    for (size_t i = lanes.size(); i-- > 0;)      // the one that moves its source from here is last
+      lanes[i] = std::make_unique<Lane>(
           *sources_[i], frame_ + static_cast<int64_t>(i) * partFrames_, i == 0, partFrames_);
+    lanes_ = std::move(lanes);
     lane_ = 0;
     at_ = 0;
     lanes_[0]->Await();
@@ -209,6 +215,7 @@ class AheadSource final : public SoundSource {
     left_.assign(lane.Samples() + 2 * static_cast<size_t>(at_),
                  lane.Samples() + 2 * static_cast<size_t>(lane.Frames()));
     alone_ = sources_[lane_].get();
+    fault_ = lane.Fault();
     EndLanes();
   }
 
@@ -217,7 +224,9 @@ class AheadSource final : public SoundSource {
     std::copy_n(left_.begin(), samples, stereo);
     left_.erase(left_.begin(), left_.begin() + static_cast<long>(samples));
     const int given = static_cast<int>(samples / 2);
-    return given + (given < frames ? alone_->Read(stereo + samples, frames - given) : 0);
+    if (given == frames || (given > 0 && fault_ != nullptr)) return given;
+    if (fault_ != nullptr) std::rethrow_exception(std::exchange(fault_, nullptr));
+    return given + alone_->Read(stereo + samples, frames - given);
   }
 
   std::array<std::unique_ptr<SoundSource>, 2> sources_;  // it and, once it was read, its twin
@@ -228,6 +237,7 @@ class AheadSource final : public SoundSource {
   int at_ = 0;                                  // frames of its part that were
   SoundSource* alone_ = nullptr;                // that reads the rest
   std::vector<float> left_;                     // ahead of that
+  std::exception_ptr fault_;                    // behind left_, ahead of alone_
 };
 
 }  // namespace

@@ -72,8 +72,7 @@ void FolderEntries::Watch::Close() {
   number_ = -1;
 }
 
-bool FolderEntries::Watch::Take(
-    const std::function<void(const char* name, bool there)>& change) const {
+bool FolderEntries::Watch::Take(const std::function<void(const char* name)>& change) const {
   constexpr uint32_t kLost =
       IN_Q_OVERFLOW | IN_IGNORED | IN_UNMOUNT | IN_DELETE_SELF | IN_MOVE_SELF;
   alignas(inotify_event) char bytes[4096];
@@ -85,8 +84,7 @@ bool FolderEntries::Watch::Take(
       inotify_event event;
       std::memcpy(&event, bytes + at, sizeof event);
       if ((event.mask & kLost) != 0) return false;
-      if (event.len > 0)
-        change(bytes + at + sizeof event, (event.mask & (IN_CREATE | IN_MOVED_TO)) != 0);
+      if (event.len > 0) change(bytes + at + sizeof event);
       at += static_cast<ssize_t>(sizeof event + event.len);
     }
   }
@@ -114,7 +112,7 @@ std::string FolderEntries::Found(std::string_view name) const {
 
 bool FolderEntries::StandFor(const struct stat& now) const {
   if (!known_ || !SameFolder(now, read_)) return false;
-  if (settled_ && SameTime(now, read_)) return true;
+  if (settled_ && !watch_.IsOpen() && SameTime(now, read_)) return true;
   if (!TakeChanges()) return false;
   read_ = now;
   settled_ = !MayChangeUnseen(now);
@@ -124,7 +122,11 @@ bool FolderEntries::StandFor(const struct stat& now) const {
 // True when what is known is what the folder holds now.
 bool FolderEntries::TakeChanges() const {
   if (!watch_.IsOpen()) return false;
-  known_ = watch_.Take([this](const char* name, bool there) { Note(name, there); });
+  // Whether it came or went is looked at: of two names that were exchanged each comes and goes.
+  known_ = watch_.Take([this](const char* name) {
+    struct stat status;
+    Note(name, lstat((path_ + "/" + name).c_str(), &status) == 0);
+  });
   if (!known_) watch_.Close();
   return known_;
 }

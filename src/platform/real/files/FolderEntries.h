@@ -35,8 +35,8 @@ class FolderEntries {
     bool Open(const std::string& folder);  // false: the system tells nothing
     void Close();
     bool IsOpen() const { return number_ >= 0; }
-    // Each change since the last call, in their order. False: some of them are lost.
-    bool Take(const std::function<void(const char* name, bool there)>& change) const;
+    // The name of each change since the last call, in their order. False: some of them are lost.
+    bool Take(const std::function<void(const char* name)>& change) const;
 
    private:
     int number_ = -1;

@@ -56,12 +56,12 @@ class DeviceWatch {
 
   // `asked`: the frames it has asked for in all. Null while it plays, else what is wrong with it.
   const char* Look(SteadyTime now, uint64_t asked) {
-    // A turn that itself came late tells nothing about the device.
-    const double passed = std::min(SecondsBetween(last_, now), kLongestTurn);
+    const double passed = SecondsBetween(last_, now);
     last_ = now;
     const auto moved = static_cast<double>(asked - asked_);
     asked_ = asked;
-    still_ += passed;
+    // A turn that itself came late tells nothing about the device's rests.
+    still_ += std::min(passed, kLongestTurn);
     if (moved > 0.0) {
       longestRest_ = std::max(longestRest_, still_);
       still_ = 0.0;

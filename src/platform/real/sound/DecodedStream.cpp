@@ -65,6 +65,11 @@ bool DecodedStream::DecodeBlock() {
   return given > 0;
 }
 
+int64_t DecodedStream::FramesToDrySource() const {
+  if (!finished_.load(std::memory_order_acquire)) return std::numeric_limits<int64_t>::max();
+  return static_cast<int64_t>(ring_.Filled() / kChannels);
+}
+
 int64_t DecodedStream::AvailableFrames() const {
   if (finished_.load(std::memory_order_acquire)) return std::numeric_limits<int64_t>::max();
   return std::max<int64_t>(0, static_cast<int64_t>(ring_.Filled() / kChannels) - owedFrames_);

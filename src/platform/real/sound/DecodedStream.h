@@ -36,7 +36,9 @@ class DecodedStream final : public SoundSource {
   // As many frames as asked, silence for those that are late (when they come they are passed over,
   // so that the air keeps its time); fewer only at the end of what can be decoded.
   int Read(float* stereo, int frames) override;
-  void Seek(int64_t) override {}    // stands where it was made to begin
+  void Seek(int64_t) override {}  // stands where it was made to begin
+  // Until what was decoded is used up and nothing follows; INT64_MAX while the decoder is at work.
+  int64_t FramesToDrySource() const;
   int64_t AvailableFrames() const;  // to be read without being late; INT64_MAX with all decoded
   void ReleaseByMixer() { released_.store(true, std::memory_order_release); }
 

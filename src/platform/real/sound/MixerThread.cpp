@@ -8,6 +8,7 @@
 #include <limits>
 #include <utility>
 
+#include "platform/real/sound/MovingFrame.h"
 #include "platform/sound/SampleFormat.h"
 
 namespace zemo {
@@ -30,31 +31,23 @@ constexpr int64_t kPeaksLooksFrames = kSampleRate / 4;  // between two of them
 
 // A status as one atomic: frame in 42 bits, whether it moves in 1, end in 2, generation in 19. The
 // frame of one that moves is less by the frames of the clock (FramesAt), and may be below 0.
-constexpr int kFrameBits = 42;
 constexpr int kEndBits = 2;
 constexpr uint64_t kMoves = uint64_t{1} << kFrameBits;
-constexpr uint64_t kFrameMask = kMoves - 1;
 
 // The frames that the drain by the clock has played: frame in 42 bits, as one that moves, whether
 // there are any in 1, run in 16.
 constexpr int kRunShift = kFrameBits + 1;
 
-int64_t FrameOf(uint64_t bits) {
-  constexpr int kUpperBits = 64 - kFrameBits;
-  return static_cast<int64_t>(bits << kUpperBits) >> kUpperBits;
-}
-
 uint64_t Packed(const MixerThread::Status& status, bool moves) {
   const uint64_t upper =
       (static_cast<uint64_t>(status.generation) << kEndBits) | static_cast<uint64_t>(status.end);
-  return (upper << (kFrameBits + 1)) | (moves ? kMoves : 0) |
-         (static_cast<uint64_t>(status.frame) & kFrameMask);
+  return (upper << (kFrameBits + 1)) | (moves ? kMoves : 0) | FrameBits(status.frame);
 }
 
 // `now` is added to the frame of a status that moves.
 MixerThread::Status Unpacked(uint64_t bits, int64_t now) {
   MixerThread::Status status;
-  status.frame = FrameOf(bits) + ((bits & kMoves) != 0 ? now : 0);
+  status.frame = FrameOf(bits, (bits & kMoves) != 0 ? now : 0);
   const uint64_t upper = bits >> (kFrameBits + 1);
   status.end = static_cast<MixerThread::Status::End>(upper & ((1u << kEndBits) - 1));
   status.generation = static_cast<uint32_t>(upper >> kEndBits);
@@ -104,7 +97,7 @@ MixerThread::Status MixerThread::StatusOf(int slot) const {
 int64_t MixerThread::PlayedFrames(uint16_t run) const {
   const uint64_t bits = clockPlayed_.load(std::memory_order_acquire);
   if ((bits & kMoves) == 0 || bits >> kRunShift != run) return ring_.PlayedFrames(run);
-  return FrameOf(bits) + FramesAt(std::chrono::steady_clock::now());
+  return FrameOf(bits, FramesAt(std::chrono::steady_clock::now()));
 }
 
 int64_t MixerThread::FramesAt(Time time) const {
@@ -128,6 +121,7 @@ void MixerThread::Run() {
     Publish();
     wake_.Wait(waitMs);
   }
+  TakeOrders();
   if (running_) Turn();
   running_ = full_ = false;  // what is read back stands from here on
   Publish();
@@ -234,9 +228,11 @@ int MixerThread::FullRingMs() const {
   int most = drain_ == Drain::kDevice ? kDeviceTurnMs : kClockTurnMs;
   if (FramesAt(turned_) < watchedUntil_.load(std::memory_order_relaxed)) most = kWatchedTurnMs;
   const int ms = std::min({std::max(kLeastTurnMs, ringMs / kRingTurns), ringMs / 3, most});
-  const int64_t event = core_.FramesToNextEvent();
+  int64_t event = core_.FramesToNextEvent();
+  for (int slot = 0; slot < kSlots; ++slot)
+    if (core_.Plays(slot) && !paused_) event = std::min(event, streams_[slot]->FramesToDrySource());
   if (event >= MsToFrames(ms)) return ms;
-  return static_cast<int>(FramesToMs(event)) + 1;
+  return std::max(kSoonMs, static_cast<int>(FramesToMs(event)) + 1);
 }
 
 bool MixerThread::DevicePlays() const {
@@ -387,7 +383,7 @@ void MixerThread::Publish() {
   uint64_t played = 0;
   if (running_ && begun_ && drain_ == Drain::kClock) {
     const int64_t frame = ring_.PlayedFrames(run_) - now;
-    played = (uint64_t{run_} << kRunShift) | kMoves | (static_cast<uint64_t>(frame) & kFrameMask);
+    played = (uint64_t{run_} << kRunShift) | kMoves | FrameBits(frame);
   }
   clockPlayed_.store(played, std::memory_order_release);
 }

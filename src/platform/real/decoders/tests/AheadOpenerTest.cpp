@@ -1,6 +1,4 @@
 // What is decoded ahead by two threads against what the same file gives to one that reads it.
-#include "platform/real/decoders/AheadOpener.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -8,6 +6,7 @@
 #include <set>
 #include <thread>
 
+#include "platform/real/decoders/AheadOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/decoders/tests/TestSounds.h"
 
@@ -102,16 +101,21 @@ class CountedSource : public SoundSource {
     bool hasTwin = true;
     int64_t twinErrsFrom = INT64_MAX;
     int64_t throwsAt = INT64_MAX;
+    bool throwsOnce = false;
   };
   explicit CountedSource(Shared& shared, bool twin = false) : shared_(shared), twin_(twin) {}
   int64_t LengthFrames() const override { return kLength; }
   int Read(float* stereo, int frames) override {
+    const int given = static_cast<int>(std::min<int64_t>(frames, kLength - at_));
     {
       const std::lock_guard lock(shared_.mutex);
       shared_.readers.insert(std::this_thread::get_id());
+      const bool passed = shared_.throwsOnce && at_ > shared_.throwsAt;
+      if (at_ + given > shared_.throwsAt && !passed) {
+        if (shared_.throwsOnce) shared_.throwsAt = INT64_MAX;
+        throw SoundError("no more of it");
+      }
     }
-    const int given = static_cast<int>(std::min<int64_t>(frames, kLength - at_));
-    if (at_ + given > shared_.throwsAt) throw SoundError("no more of it");
     for (int i = 0; i < given; ++i, ++at_)
       stereo[2 * i] = stereo[2 * i + 1] =
           static_cast<float>(twin_ && at_ >= shared_.twinErrsFrom ? -at_ : at_);
@@ -162,6 +166,25 @@ TEST(AheadSources, WhatHasNoTwinIsReadByTheReader) {
   shared.hasTwin = false;
   ExpectCounted(ReadAll(*DecodeAhead(std::make_unique<CountedSource>(shared), 5000)));
   EXPECT_EQ(shared.readers, std::set{std::this_thread::get_id()});
+}
+
+// In a part's second step of 4608 frames: behind those before it, and not as a hole.
+TEST(AheadSources, AFaultThatPassesIsToldToTheReaderToo) {
+  for (const int64_t at : {4700, 9700, 14700}) {
+    CountedSource::Shared shared;
+    shared.throwsAt = at;
+    shared.throwsOnce = true;
+    const auto source = DecodeAhead(std::make_unique<CountedSource>(shared), 5000);
+    std::vector<float> frames(2 * 700);
+    float next = 0;
+    const auto read = [&] {
+      while (const int given = source->Read(frames.data(), 700))
+        for (int i = 0; i < given; ++i, ++next)
+          ASSERT_EQ(frames[2 * static_cast<size_t>(i)], next) << at;
+    };
+    EXPECT_THROW(read(), SoundError) << at;
+    EXPECT_EQ(next, static_cast<float>(at - 4700 + 4608));
+  }
 }
 
 TEST(AheadSources, AFaultOfADecoderComesToTheReader) {

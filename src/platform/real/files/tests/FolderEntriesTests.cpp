@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -172,12 +173,14 @@ TEST_F(FolderEntriesTest, AtEveryMomentAreWhatTheFolderHolds) {
   const std::string aside = real.Path() + ".aside";
   for (int turn = 0; turn < 3000; ++turn) {
     std::error_code failed;
-    const int act = pick(11), name = pick(4);
+    const int act = pick(12), name = pick(4);
     if (act < 4) real.Put(kNames[name], "");
     if (act == 4 || act == 5) std::filesystem::remove(path(name), failed);
     if (act == 6 || act == 7) std::filesystem::rename(path(name), path(pick(4)), failed);
     if (act == 8) std::filesystem::create_directory(path(name), failed);
     if (act == 9) Settle();
+    if (act == 11)
+      renameat2(AT_FDCWD, path(name).c_str(), AT_FDCWD, path(pick(4)).c_str(), RENAME_EXCHANGE);
     if (act == 10 && pick(20) == 0) {
       std::filesystem::rename(real.Path(), aside);
       std::filesystem::create_directory(real.Path());

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/real/sound/ClockDrain.h"
+#include "platform/real/sound/MovingFrame.h"
 #include "platform/real/sound/OutputSpec.h"
 
 namespace zemo {
@@ -39,6 +40,16 @@ TEST(ClockDrain, OwesTheFramesOfTheTimeThatPassedAndNoFractionIsLost) {
   EXPECT_EQ(all, static_cast<int64_t>(1.999 * 44100));  // 501 + 214 * 7 = 1999
 }
 
+// Of 42 bits half are for what lies below 0: 577 days of the clock.
+TEST(MovingFrame, StaysItselfHoweverLongTheClockHasRun) {
+  constexpr int64_t kTwoYears = int64_t{2} * 365 * 86400 * 44100;
+  for (const int64_t clock : {int64_t{0}, int64_t{1} << 41, kTwoYears}) {
+    const uint64_t bits = FrameBits(1000 - clock) | uint64_t{5} << kFrameBits;
+    EXPECT_EQ(FrameOf(bits, clock), 1000);
+    EXPECT_EQ(FrameOf(bits, clock + 441), 1441);
+  }
+}
+
 class DeviceWatchTest : public ::testing::Test {
  protected:
   // Lets `seconds` pass in turns of 20 ms while the device asks for `speed` times as many frames.
@@ -62,6 +73,16 @@ TEST_F(DeviceWatchTest, ADeviceWhoseClockIsALittleOffIsTrustedForADay) {
   EXPECT_EQ(Run(86400.0, 1.001), nullptr);
   watch_.Restart(At(now_), static_cast<uint64_t>(asked_), 44100);
   EXPECT_EQ(Run(86400.0, 0.999), nullptr);
+}
+
+// Turns of 80 ms, on a busy machine: what one of them came late it also let the device play.
+TEST_F(DeviceWatchTest, TurnsThatComeLateDoNotMakeADeviceFast) {
+  for (int turn = 0; turn < 10000; ++turn) {
+    const double seconds = turn % 10 == 0 ? 0.13 : 0.08;
+    now_ += seconds;
+    asked_ += seconds * 44100;
+    ASSERT_EQ(watch_.Look(At(now_), static_cast<uint64_t>(asked_)), nullptr) << turn;
+  }
 }
 
 TEST_F(DeviceWatchTest, ADeviceMayFillItsOwnBuffersAtFirst) {
