@@ -41,7 +41,8 @@ class SoundSource {
   // Moves the read position; clamped to the file. Exact to the frame.
   virtual void Seek(int64_t frame) = 0;
 
-  // Another one of the same opened file, for another thread; null where there is none.
+  // Another one of the same opened file, that another thread may use beside this one; null where
+  // there is none. Throws SoundError. Thread: that of this one.
   virtual std::unique_ptr<SoundSource> Twin() const { return nullptr; }
 };
 
