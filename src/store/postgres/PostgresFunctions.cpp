@@ -103,10 +103,14 @@ std::string AccentsSql() {
   return Function("accents(text) RETURNS text COST 50", ShortWay("''", text));
 }
 
+// As the file writes a number into a text: fifteen digits, a real always with a mark, very large
+// and very small ones with an exponent.
 std::string DigitsSql() {
   return Function("digits(bigint) RETURNS text", "$1::text") +
          Function("digits(double precision) RETURNS text",
-                  "CASE WHEN strpos($1::numeric::text, '.') > 0 THEN $1::numeric::text ELSE "
+                  "CASE WHEN $1 <> 0 AND (abs($1) >= 1e15 OR abs($1) < 1e-4) THEN "
+                  "regexp_replace($1::numeric::float8::text, '^(-?[0-9])e', '\\1.0e') "
+                  "WHEN strpos($1::numeric::text, '.') > 0 THEN $1::numeric::text ELSE "
                   "$1::numeric::text || '.0' END") +
          Function("digits(numeric) RETURNS text", "$1::text");
 }
