@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -38,6 +39,19 @@ int Begin(std::vector<std::string> words, const std::string& log) {
   _exit(127);
 }
 
+// Programs that were killed left theirs; their servers ended with them.
+void RemoveLeftFolders(const std::filesystem::path& place) {
+  std::error_code none;
+  const std::string head = "zemo_server_";
+  for (const auto& entry : std::filesystem::directory_iterator(place, none)) {
+    const std::string name = entry.path().filename().string();
+    if (name.rfind(head, 0) != 0) continue;
+    const int owner = std::atoi(name.c_str() + head.size());
+    if (owner > 0 && kill(owner, 0) != 0 && errno == ESRCH)
+      std::filesystem::remove_all(entry.path(), none);
+  }
+}
+
 }  // namespace
 
 TestServer& TestServer::Get() {
@@ -54,6 +68,7 @@ TestServer::TestServer() {
   const bool memory = access("/dev/shm", W_OK) == 0;
   folder_ =
       std::string(memory ? "/dev/shm" : "/var/tmp") + "/zemo_server_" + std::to_string(getpid());
+  RemoveLeftFolders(memory ? "/dev/shm" : "/var/tmp");
   std::filesystem::remove_all(folder_, none);
   std::filesystem::create_directories(folder_ + "/base");
   if (getuid() == 0)
