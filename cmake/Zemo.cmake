@@ -59,12 +59,12 @@ function(zemo_library name)
   zemo_share_headers(${name} zemo_headers zemo_qt_headers ${ARG_DEPENDS})
 endfunction()
 
-# zemo_tests(NAME [ALONE] LABEL label SOURCES a.cpp ... DEPENDS other ...): a GoogleTest executable, each of
+# zemo_tests(NAME [ALONE] [WHOLE] LABEL label SOURCES a.cpp ... DEPENDS other ...): a GoogleTest executable, each of
 # its tests known to CTest under the label (logic, sound, app, devices, days). Target zemo_tests_LABEL builds all
 # executables of a label. ALONE: tests of lines, devices and threads in real time, which run while no
-# other test does. Whole days begin first, so that the others fill the cores beside them.
+# other test does. WHOLE: one run of all of them, known to CTest as one test. Whole days begin first, so that the others fill the cores beside them.
 function(zemo_tests name)
-  cmake_parse_arguments(ARG "ALONE" "LABEL" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "ALONE;WHOLE" "LABEL" "SOURCES;DEPENDS" ${ARGN})
   set(alone OFF)
   if(ARG_ALONE)
     set(alone ON)
@@ -78,8 +78,13 @@ function(zemo_tests name)
   target_compile_options(${name} PRIVATE ${ZEMO_TEST_OPTIONS})
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gtest_main)
   zemo_share_headers(${name} zemo_test_headers zemo_qt_test_headers ${ARG_DEPENDS})
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 900
-    RUN_SERIAL ${alone} COST ${cost})
+  if(ARG_WHOLE)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 900 RUN_SERIAL ${alone})
+  else()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 900
+      RUN_SERIAL ${alone} COST ${cost})
+  endif()
   if(NOT TARGET zemo_tests_${ARG_LABEL})
     add_custom_target(zemo_tests_${ARG_LABEL})
   endif()

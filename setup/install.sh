@@ -31,11 +31,22 @@ if [ "$(id -u)" -ne 0 ]; then
   as_root=(sudo "${as_root[@]}")
 fi
 
+# The tests start servers of their own. The package would make one for the whole machine and start it:
+# it is told not to, unless somebody has said how it is to be done.
+without_a_server_of_the_machine() {
+  local settings=/etc/postgresql-common/createcluster.conf
+  [[ " ${missing[*]} " == *" postgresql "* ]] && [ ! -e "$settings" ] || return 0
+  "${as_root[@]}" mkdir -p "${settings%/*}"
+  echo "create_main_cluster = false" | "${as_root[@]}" tee "$settings" >/dev/null
+}
+
 apt_install() {
-  "${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
+  "${as_root[@]}" apt-get install -y -q --no-install-recommends -o Dpkg::Options::=--force-confold \
+    "${missing[@]}"
 }
 
 echo "setup: installing ${missing[*]}"
+without_a_server_of_the_machine
 # A fresh system has no package lists yet, and old lists name files that are gone.
 if apt-cache show "${missing[@]}" >/dev/null 2>&1 && apt_install; then exit 0; fi
 "${as_root[@]}" apt-get update -q || fail "the package lists cannot be fetched"

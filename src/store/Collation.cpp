@@ -36,8 +36,9 @@ CodePoint TakeCodePoint(std::string_view& text) {
   return valid ? point : 0xDC00u + lead;
 }
 
-// Small letter of a capital: Latin, Greek and Cyrillic.
-CodePoint FoldCase(CodePoint c) {
+}  // namespace
+
+char32_t FoldCase(char32_t c) {
   if (c < 0x80) return c >= 'A' && c <= 'Z' ? c + 32 : c;
   if (c >= 0xC0 && c <= 0xDE) return c == 0xD7 ? c : c + 32;
   if (c >= 0x100 && c <= 0x17F) {
@@ -54,6 +55,8 @@ CodePoint FoldCase(CodePoint c) {
   if (c >= 0x1E00 && c <= 0x1EFF && (c < 0x1E96 || c > 0x1E9F)) return c | 1u;
   return c;
 }
+
+namespace {
 
 // Plain letters of U+0100 to U+017F, in order.
 constexpr std::string_view kPlainExtended =
@@ -85,14 +88,9 @@ static_assert(kPlainExtended.size() == 0x80);
 constexpr std::string_view kPlainLatin1 = "aaaaaaaceeeeiiiidnooooo/ouuuuyty";
 static_assert(kPlainLatin1.size() == 0x20);
 
-// A character in the order: one or two plain letters, and what sets it apart from them.
-struct Weights {
-  CodePoint first = 0;
-  CodePoint second = 0;  // 0: none
-  CodePoint accent = 0;  // 0: a plain character
-};
+}  // namespace
 
-Weights WeightsOf(CodePoint character) {
+LetterWeights WeightsOf(char32_t character) {
   const CodePoint c = FoldCase(character);
   if (c < 0x80) return {c == 0 ? 1 : c, 0, 0};  // 0 marks the end of a text
   if (c == 0xDF) return {'s', 's', c};
@@ -101,14 +99,16 @@ Weights WeightsOf(CodePoint character) {
   if (c == 0x133) return {'i', 'j', c};
   if (c == 0x153) return {'o', 'e', c};
   if (c >= 0xE0 && c <= 0xFF && c != 0xF7) {
-    return {static_cast<CodePoint>(kPlainLatin1[c - 0xE0]), 0, c};
+    return {static_cast<char32_t>(kPlainLatin1[c - 0xE0]), 0, c};
   }
-  if (c >= 0x100 && c <= 0x17F) return {static_cast<CodePoint>(kPlainExtended[c - 0x100]), 0, c};
+  if (c >= 0x100 && c <= 0x17F) return {static_cast<char32_t>(kPlainExtended[c - 0x100]), 0, c};
   return {c, 0, 0};
 }
 
+namespace {
+
 bool IsCombiningMark(CodePoint c) {
-  return c >= 0x300 && c <= 0x36F;
+  return c >= kFirstMark && c <= kLastMark;
 }
 
 // Gives the plain letters of a text one by one, then 0 for ever.
@@ -128,7 +128,7 @@ class PlainLetters {
         accented_ = true;
         continue;
       }
-      const Weights weights = WeightsOf(c);
+      const LetterWeights weights = WeightsOf(c);
       accented_ = accented_ || weights.accent != 0;
       pending_ = weights.second;
       return weights.first;
@@ -152,7 +152,7 @@ std::vector<CodePoint> AccentsOf(std::string_view text) {
       if (!accents.empty()) accents.back() = c;
       continue;
     }
-    const Weights weights = WeightsOf(c);
+    const LetterWeights weights = WeightsOf(c);
     accents.push_back(weights.accent);
     if (weights.second != 0) accents.push_back(weights.accent);
   }

@@ -21,6 +21,18 @@ int CompareFrenchOrder(std::string_view a, std::string_view b);
 // of other results is some fixed order.
 int CompareFrenchCase(std::string_view a, std::string_view b);
 
+// A character in the order: one or two plain letters, and what sets it apart from them. For engines
+// that make their own tables of it.
+struct LetterWeights {
+  char32_t first = 0;
+  char32_t second = 0;  // 0: none
+  char32_t accent = 0;  // 0: a plain character
+};
+LetterWeights WeightsOf(char32_t character);
+char32_t FoldCase(char32_t character);  // small letter of a capital: Latin, Greek and Cyrillic
+inline constexpr char32_t kLastFolded = 0x1EFF;  // behind it every character is itself
+inline constexpr char32_t kFirstMark = 0x300, kLastMark = 0x36F;  // accents of their own
+
 // LIKE of the station's dialect: `*` any characters, `?` one, all others themselves without case.
 bool MatchesPattern(std::string_view text, std::string_view pattern);
 

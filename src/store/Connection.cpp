@@ -160,20 +160,6 @@ Value DefaultOf(const std::string& sql) {
   return {};
 }
 
-// The key of a table is a unique index on its field: listed where the schema has such an index, or
-// does not know the table.
-void AddKeyIndex(TableDef& table, const TableDef* schema) {
-  const Field* key = table.AutoField();
-  if (!key) return;
-  Index index{"CODE", key->Name, true};
-  if (schema) {
-    const Index* listed = schema->FindIndex("CODE");
-    if (!listed) return;
-    index.Name = listed->Name;
-  }
-  table.Indexes.insert(table.Indexes.begin(), std::move(index));
-}
-
 }  // namespace
 
 // --- Statement ---
@@ -561,7 +547,7 @@ void Connection::LoadCatalogue() {
                              indexes.Int(1) != 0});
     }
     sqlite3_reset(indexes.Handle());
-    AddKeyIndex(def, FindSchemaTable(def.Name));
+    AddKeyIndex(def);
   }
   tables_.assign(tables.begin(), tables.end());
 }

@@ -362,10 +362,24 @@ class Translation {
              (at + 1 < Size() && IsAny(tokens_[at + 1], signs));
     };
     if (comparedBy({"=", "==", "<>", "!="}) && IsWide(at)) {
-      Insert(at + 1, {Word("COLLATE"), Word(kFrenchCase)});
+      CompareWithoutCase(at);
     } else if (comparedBy({"<", ">", "<=", ">="})) {
       Insert(at + 1, {Word("COLLATE"), Word(kFrenchOrder)});
     }
+  }
+
+  // Of several equalities between ORs SQLite makes one IN, by the comparison of the column and not
+  // by the one that is told here. It does so neither with a "not different" nor with a signed
+  // column.
+  void CompareWithoutCase(size_t at) {
+    const bool behind = at > 0 && IsAny(tokens_[at - 1], {"=", "==", "<>", "!="});
+    if (!behind) Insert(at + 2, {{TokenKind::kSymbol, "+"}});
+    const bool equal = behind && IsAny(tokens_[at - 1], {"=", "=="});
+    if (equal) {
+      tokens_[at - 1].text = "<>";
+      Insert(at + 1, {{TokenKind::kSymbol, "="}, {TokenKind::kNumber, "0"}});
+    }
+    Insert(at + 1, {Word("COLLATE"), Word(kFrenchCase)});
   }
 
   Tokens tokens_;

@@ -5,25 +5,27 @@
 #include <cstdint>
 #include <string_view>
 
-struct sqlite3_stmt;
-
 namespace zemo {
 
-// Columns are 0-based. Readings are the lenient ones of Value.h. Thread: the logic's.
+// Columns are 0-based. Readings are the lenient ones of Value.h. Each engine has its own. Thread:
+// the logic's.
 class RowView {
  public:
-  explicit RowView(sqlite3_stmt* statement) : statement_(statement) {}
+  enum class Kind { kNull, kInteger, kReal, kText, kBytes };
 
-  bool IsNull(int column) const;
-  bool IsNumber(int column) const;  // no text that reads as one
-  bool IsText(int column) const;    // neither Null, a number nor mere bytes; ask ahead of Text
-  int64_t Int(int column) const;
-  double Real(int column) const;
+  virtual ~RowView() = default;
+  virtual Kind KindOf(int column) const = 0;
+  virtual int64_t Int(int column) const = 0;
+  virtual double Real(int column) const = 0;
   // Valid until the row was taken. A column is read either as a number or as a text.
-  std::string_view Text(int column) const;
+  virtual std::string_view Text(int column) const = 0;
 
- private:
-  sqlite3_stmt* statement_;  // not owned
+  bool IsNull(int column) const { return KindOf(column) == Kind::kNull; }
+  bool IsNumber(int column) const {  // no text that reads as one
+    return KindOf(column) == Kind::kInteger || KindOf(column) == Kind::kReal;
+  }
+  // Neither Null, a number nor mere bytes; ask ahead of Text.
+  bool IsText(int column) const { return KindOf(column) == Kind::kText; }
 };
 
 }  // namespace zemo

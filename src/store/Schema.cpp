@@ -355,6 +355,19 @@ void CreateIndexes(TableDefs& tables, std::string_view name) {
   }
 }
 
+void AddKeyIndex(TableDef& table) {
+  const TableDef* schema = FindSchemaTable(table.Name);
+  const Field* key = table.AutoField();
+  if (!key) return;
+  Index index{"CODE", key->Name, true};
+  if (schema) {
+    const Index* listed = schema->FindIndex("CODE");
+    if (!listed) return;
+    index.Name = listed->Name;
+  }
+  table.Indexes.insert(table.Indexes.begin(), std::move(index));
+}
+
 std::string CreateTableSql(const TableDef& table) {
   std::string sql = "CREATE TABLE " + QuotedName(table.Name) + " (";
   const char* separator = "\n  ";

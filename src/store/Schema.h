@@ -22,6 +22,10 @@ const TableDef* FindSchemaTable(std::string_view name);  // null: not one of the
 void CreateTable(TableDefs& tables, std::string_view name);
 void CreateIndexes(TableDefs& tables, std::string_view name);  // those that are missing
 
+// The key of a table is a unique index on its field: listed where the schema has such an index, or
+// does not know the table.
+void AddKeyIndex(TableDef& table);
+
 // SQL behind TableDefs.
 std::string CreateTableSql(const TableDef& table);
 std::string FieldSql(std::string_view table, const Field& field);

@@ -1,12 +1,10 @@
 // Packing and unpacking a snapshot's rows.
 #include "store/Snapshot.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
-#include "store/Connection.h"
 #include "store/Names.h"
 #include "store/StoreError.h"
 
@@ -28,7 +26,7 @@ enum Kind : char {
 };
 
 template <typename T>
-void Pack(std::string& row, const T& value) {
+void PackBytes(std::string& row, const T& value) {
   row.append(static_cast<const char*>(static_cast<const void*>(&value)), sizeof value);
 }
 
@@ -76,16 +74,21 @@ Value ValueAt(const char* at) {
   }
 }
 
-// Packs the rows of a query one by one.
-class RowPacker {
- public:
-  explicit RowPacker(Statement& query)
-      : query_(query), above_(static_cast<size_t>(query.Columns()), nullptr) {}
+[[noreturn]] void ReadOnly() {
+  throw StoreError(kErrReadOnly, "the rows of a query can be read only");
+}
 
-  const std::string& PackRow() {
+}  // namespace
+
+// Packs the rows of a query one by one.
+class Snapshot::Packer {
+ public:
+  explicit Packer(size_t columns) : above_(columns, nullptr) {}
+
+  const std::string& Pack(const RowView& row) {
     row_.clear();
     fresh_.clear();
-    for (int column = 0; column < query_.Columns(); ++column) PackColumn(column);
+    for (size_t column = 0; column < above_.size(); ++column) PackColumn(row, column);
     return row_;
   }
 
@@ -95,73 +98,59 @@ class RowPacker {
   }
 
  private:
-  void PackColumn(int column) {
-    sqlite3_stmt* statement = query_.Handle();
-    switch (sqlite3_column_type(statement, column)) {
-      case SQLITE_NULL:
+  void PackColumn(const RowView& row, size_t column) {
+    const int at = static_cast<int>(column);
+    switch (row.KindOf(at)) {
+      case RowView::Kind::kNull:
         row_ += kNull;
         break;
-      case SQLITE_INTEGER: {
-        const int64_t value = sqlite3_column_int64(statement, column);
+      case RowView::Kind::kInteger: {
+        const int64_t value = row.Int(at);
         const bool small = value >= -128 && value <= 127;
         row_ += small ? kByte : kInt;
         if (small) {
-          Pack(row_, static_cast<signed char>(value));
+          PackBytes(row_, static_cast<signed char>(value));
         } else {
-          Pack(row_, value);
+          PackBytes(row_, value);
         }
         break;
       }
-      case SQLITE_FLOAT:
+      case RowView::Kind::kReal:
         row_ += kReal;
-        Pack(row_, sqlite3_column_double(statement, column));
+        PackBytes(row_, row.Real(at));
         break;
       default:
-        PackString(static_cast<size_t>(column));
+        PackText(row.Text(at), column);
     }
   }
 
-  void PackString(size_t column) {
-    const int at = static_cast<int>(column);
-    const auto* bytes = static_cast<const char*>(
-        static_cast<const void*>(sqlite3_column_text(query_.Handle(), at)));
-    const auto size = static_cast<uint32_t>(sqlite3_column_bytes(query_.Handle(), at));
-    const std::string_view text(bytes ? bytes : "", size);
+  void PackText(std::string_view text, size_t column) {
+    const auto size = static_cast<uint32_t>(text.size());
     const char* above = above_[column];
     if (above && size > 4 && StringAt(above) == text) {
       row_ += kSame;
-      Pack(row_, above);
+      PackBytes(row_, above);
       return;
     }
     fresh_.emplace_back(column, row_.size());
     row_ += kString;
-    Pack(row_, size);
+    PackBytes(row_, size);
     row_ += text;
   }
 
-  Statement& query_;
   std::string row_;
   std::vector<const char*> above_;                // the column's last kString
   std::vector<std::pair<size_t, size_t>> fresh_;  // column and offset of this row's kStrings
 };
 
-[[noreturn]] void ReadOnly() {
-  throw StoreError(kErrReadOnly, "the rows of a query can be read only");
-}
+Snapshot::Snapshot(std::vector<std::string> names)
+    : names_(std::move(names)), packer_(std::make_unique<Packer>(names_.size())) {}
 
-}  // namespace
+Snapshot::~Snapshot() = default;
 
-Snapshot::Snapshot(Statement& query) {
-  // The first step is what notices that another program has changed the table's columns.
-  bool row = query.Step();
-  for (int column = 0; column < query.Columns(); ++column) {
-    names_.push_back(query.ColumnName(column));
-  }
-  RowPacker packer(query);
-  for (; row; row = query.Step()) {
-    rows_.push_back(Store(packer.PackRow()));
-    packer.Stored(rows_.back());
-  }
+void Snapshot::Add(const RowView& row) {
+  rows_.push_back(Store(packer_->Pack(row)));
+  packer_->Stored(rows_.back());
 }
 
 const char* Snapshot::Store(const std::string& packedRow) {

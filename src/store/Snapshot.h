@@ -6,16 +6,17 @@
 #include <vector>
 
 #include "store/Recordset.h"
+#include "store/RowView.h"
 
 namespace zemo {
-
-class Statement;
 
 // A library of 100,000 cards must fit into a snapshot: values lie packed one behind the other, and
 // a text equal to the one above it in its column is stored once.
 class Snapshot : public Recordset {
  public:
-  explicit Snapshot(Statement& query);  // reads all rows
+  explicit Snapshot(std::vector<std::string> names);
+  ~Snapshot() override;
+  void Add(const RowView& row);  // behind the others; for whoever fills it
 
   void MoveFirst() override;
   void MoveLast() override;
@@ -52,7 +53,10 @@ class Snapshot : public Recordset {
   int64_t Rows() const { return static_cast<int64_t>(rows_.size()); }
   const char* Store(const std::string& packedRow);
 
+  class Packer;
+
   std::vector<std::string> names_;
+  std::unique_ptr<Packer> packer_;
   std::vector<const char*> rows_;  // where each row begins
   std::vector<Block> blocks_;
   int64_t row_ = 0;  // -1 before the first, Rows() behind the last

@@ -11,8 +11,6 @@
 
 namespace zemo {
 
-class Connection;
-
 enum class FieldType { kInt16, kInt32, kFloat64, kBool, kText, kMemo };
 
 struct Field {
@@ -53,14 +51,14 @@ struct TableDef {
 // Operations throw StoreError.
 class TableDefs {
  public:
-  explicit TableDefs(Connection& connection) : connection_(connection) {}  // not owned
+  virtual ~TableDefs() = default;
 
   int Count();
   TableDef Item(int position);  // 0-based
   TableDef Item(std::string_view name);
   bool Has(std::string_view name);
   // Somebody changed the tables since Database::PutStandIns. Throws kErrLocked.
-  bool ChangedSinceStandIns();
+  virtual bool ChangedSinceStandIns() = 0;
 
   void Append(const TableDef& table);  // the table without its indexes; kErrTableExists
   void Delete(std::string_view table);
@@ -72,12 +70,27 @@ class TableDefs {
   // No number that `from` has given, to a row that is gone or not, is given again by `to`.
   void TakeOverNumbers(std::string_view from, std::string_view to);
 
+ protected:
+  // The engine's part. All: as the tables stand now, whoever changed them. The others are asked for
+  // what can be done, with names as they are stored; an index that the key serves by itself is none
+  // to be made.
+  virtual const std::vector<std::shared_ptr<const TableDef>>& All() = 0;
+  virtual void MakeTable(const TableDef& table) = 0;
+  virtual void DropTable(const std::string& table) = 0;
+  virtual void RenameTable(const std::string& table, const std::string& newName) = 0;
+  virtual void MakeField(const TableDef& table, const Field& field) = 0;
+  virtual void DropField(const std::string& table, const std::string& field) = 0;
+  virtual void MakeIndex(const std::string& table, const Index& index) = 0;
+  virtual void DropIndex(const std::string& table, const std::string& index) = 0;
+  virtual void KeepNumbersAbove(const TableDef& table, const TableDef& source) = 0;
+  virtual void BeginChanges() = 0;
+  virtual void CommitChanges() = 0;
+  virtual void TakeBackChanges() = 0;  // those that are neither stored nor taken back yet
+
  private:
   friend class StructureTransaction;
-  TableDef Existing(std::string_view table);  // kErrNoSuchTable
-  void Change(const std::string& sql);
-
-  Connection& connection_;
+  std::shared_ptr<const TableDef> Find(std::string_view table);      // null: no such table
+  std::shared_ptr<const TableDef> Existing(std::string_view table);  // kErrNoSuchTable
 };
 
 // Changes of structure and of rows that are stored together, at Commit, or not at all. Not inside
@@ -90,7 +103,7 @@ class StructureTransaction {
   void Commit();  // throws StoreError; all is as it was then
 
  private:
-  Connection& connection_;
+  TableDefs& tables_;
 };
 
 }  // namespace zemo

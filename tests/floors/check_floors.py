@@ -24,6 +24,7 @@ MAY_INCLUDE = {
     "platform/sim": ["platform", "platform/sound"],
     "platform/real": ["platform", "platform/sound"],
     "store": ["platform"],
+    "store/postgres": ["platform", "store"],
     "station": ["platform", "store"],
     "settings": ["platform", "store", "station"],
     "library": LOGIC_BELOW_LIBRARY,
@@ -51,6 +52,7 @@ CALL = r"(?<![\w.>])(?:std::|::)?"
 RULES = [
     ("Qt", r"#\s*include\s*<Q\w+|\bQ[A-Z][a-z]\w+\s*::", []),
     ("sound library", r"#\s*include\s*[<\"](sndfile|mpg123|samplerate|rtaudio|RtAudio|ebur128|taglib)", []),
+    ("server library", r"#\s*include\s*[<\"]libpq|\bPQ[a-z]\w+\s*\(", ["store/postgres"]),
     ("joystick library", r"#\s*include\s*[<\"]SDL", []),
     ("system clock", r"\bstd::chrono\b|#\s*include\s*<(chrono|sys/time\.h)>|"
                      + CALL + r"(time|clock|gettimeofday|clock_gettime|timespec_get|ftime)\s*\(", []),

@@ -159,6 +159,7 @@ class Names(Sample):
             "Qt": ["#include <QTimer>\n", "auto t = QDateTime::currentDateTime();\n"],
             "sound library": ["#include <sndfile.h>\n", "#include <RtAudio.h>\n",
                               "#include <taglib/tag.h>\n"],
+            "server library": ["#include <libpq-fe.h>\n", "auto x = PQexec(c, q);\n"],
             "joystick library": ["#include <SDL.h>\n", "#include <SDL2/SDL_joystick.h>\n"],
             "system clock": ["#include <chrono>\n", "auto t = std::time(nullptr);\n",
                              "gettimeofday(&tv, nullptr);\n", "auto t = ::clock_gettime(0, &ts);\n",

@@ -1,14 +1,15 @@
-// Table cursors: order, seeks, edits, and how they live with other programs on the file.
-#include "store/tests/StoreFixture.h"
+// Table cursors: order, seeks, edits, and how they live with other programs on the base.
+#include "store/postgres/tests/EngineFixture.h"
 
 namespace zemo {
 namespace {
 
-class TableCursors_ : public OpenBaseTest {
+class TableCursors_ : public EngineTest {
  protected:
+  void Begin() override { cards = Db().OpenTable("Discotheque"); }
   Strings Walk(Recordset& table, const std::string& field) {
     table.MoveFirst();
-    return zemo::Column(table, field);
+    return ColumnOf(table, field);
   }
   Strings WalkBack(Recordset& table, const std::string& field) {
     Strings values;
@@ -19,14 +20,18 @@ class TableCursors_ : public OpenBaseTest {
     Db().Execute("INSERT INTO GrillePub(PRIORITY) VALUES(" + std::to_string(priority) + ")");
   }
 
-  std::unique_ptr<Recordset> cards = Db().OpenTable("Discotheque");
+  std::unique_ptr<Recordset> cards;
 };
-using TableOrder = TableCursors_;
-using TableSeek = TableCursors_;
-using TableEdit = TableCursors_;
-using TableShared = TableCursors_;
+class TableOrder : public TableCursors_ {};
+ON_BOTH_ENGINES(TableOrder);
+class TableSeek : public TableCursors_ {};
+ON_BOTH_ENGINES(TableSeek);
+class TableEdit : public TableCursors_ {};
+ON_BOTH_ENGINES(TableEdit);
+class TableShared : public TableCursors_ {};
+ON_BOTH_ENGINES(TableShared);
 
-TEST_F(TableOrder, WithoutAnIndexIsInsertionOrder) {
+TEST_P(TableOrder, WithoutAnIndexIsInsertionOrder) {
   for (const char* artist : {"C", "A", "B"}) AddCard(artist);
   EXPECT_EQ(Walk(*cards, "AUTEUR"), (Strings{"C", "A", "B"}));
   EXPECT_EQ(WalkBack(*cards, "AUTEUR"), (Strings{"B", "A", "C"}));
@@ -34,7 +39,7 @@ TEST_F(TableOrder, WithoutAnIndexIsInsertionOrder) {
   EXPECT_EQ(Walk(*varieties, "VARIETE"), (Strings{"NATIONAL", "INTERNATIONAL"}));
 }
 
-TEST_F(TableOrder, OfAnIndexPutsEqualKeysByNumberAndNullFirst) {
+TEST_P(TableOrder, OfAnIndexPutsEqualKeysByNumberAndNullFirst) {
   for (const char* artist : {"b", "A", "B", "a"}) AddCard(artist);
   Db().Execute("INSERT INTO Discotheque(GENRE) VALUES('x')");
   Db().Execute("INSERT INTO Discotheque(GENRE) VALUES('y')");
@@ -45,7 +50,7 @@ TEST_F(TableOrder, OfAnIndexPutsEqualKeysByNumberAndNullFirst) {
   EXPECT_EQ(cards->Int("CODE"), 1);
 }
 
-TEST_F(TableOrder, OfEachIndexIsItsOwn) {
+TEST_P(TableOrder, OfEachIndexIsItsOwn) {
   AddCard("A", "ROCK");
   AddCard("B", "JAZZ");
   cards->SetIndex("Auteur");
@@ -54,14 +59,14 @@ TEST_F(TableOrder, OfEachIndexIsItsOwn) {
   EXPECT_EQ(Walk(*cards, "AUTEUR"), (Strings{"B", "A"}));
 }
 
-TEST_F(TableOrder, OfANumberIndexIsNumeric) {
+TEST_P(TableOrder, OfANumberIndexIsNumeric) {
   for (const int priority : {10, 9, -1, 9}) AddCampaign(priority);
   const auto campaigns = Db().OpenTable("GrillePub");
   campaigns->SetIndex("PRIORITY");
   EXPECT_EQ(Walk(*campaigns, "CODE"), (Strings{"3", "2", "4", "1"}));
 }
 
-TEST_F(TableOrder, AFreshCursorStandsOnTheFirstRow) {
+TEST_P(TableOrder, AFreshCursorStandsOnTheFirstRow) {
   const auto pips = Db().OpenTable("Toph");
   EXPECT_FALSE(pips->Eof());
   EXPECT_FALSE(pips->Bof());
@@ -69,7 +74,7 @@ TEST_F(TableOrder, AFreshCursorStandsOnTheFirstRow) {
   EXPECT_EQ(pips->RecordCount(), 24);
 }
 
-TEST_F(TableOrder, AnEmptyTableIsAtBothEnds) {
+TEST_P(TableOrder, AnEmptyTableIsAtBothEnds) {
   EXPECT_TRUE(cards->Eof());
   EXPECT_TRUE(cards->Bof());
   cards->MoveLast();
@@ -80,7 +85,7 @@ TEST_F(TableOrder, AnEmptyTableIsAtBothEnds) {
   EXPECT_EQ(ErrorOf([&] { cards->Delete(); }), kErrNoCurrentRecord);
 }
 
-TEST_F(TableOrder, BothEndsCanBeLeftAgainAndNotPassed) {
+TEST_P(TableOrder, BothEndsCanBeLeftAgainAndNotPassed) {
   AddCard("A");
   AddCard("B");
   cards->MoveLast();
@@ -97,12 +102,12 @@ TEST_F(TableOrder, BothEndsCanBeLeftAgainAndNotPassed) {
   EXPECT_EQ(cards->Text("AUTEUR"), "A");
 }
 
-TEST_F(TableOrder, AnIndexThatTheTableLacksIsAnError) {
+TEST_P(TableOrder, AnIndexThatTheTableLacksIsAnError) {
   EXPECT_EQ(ErrorOf([&] { cards->SetIndex("TRANCHE07"); }), kErrNoSuchIndex);
   EXPECT_EQ(ErrorOf([&] { Db().OpenTable("NoTable"); }), kErrNoSuchTable);
 }
 
-TEST_F(TableSeek, FindsACardByItsNumber) {
+TEST_P(TableSeek, FindsACardByItsNumber) {
   for (const char* artist : {"A", "B", "C"}) AddCard(artist);
   cards->SetIndex("CODE");
   cards->Seek("=", int64_t{2});
@@ -112,7 +117,7 @@ TEST_F(TableSeek, FindsACardByItsNumber) {
   EXPECT_EQ(cards->Text("AUTEUR"), "C");
 }
 
-TEST_F(TableSeek, WithoutAMatchHasNoCurrentRow) {
+TEST_P(TableSeek, WithoutAMatchHasNoCurrentRow) {
   AddCard("A");
   cards->SetIndex("CODE");
   for (const Value& key : {Value(int64_t{9}), Value(1.5), Value(std::string("A")), Value{}}) {
@@ -126,7 +131,7 @@ TEST_F(TableSeek, WithoutAMatchHasNoCurrentRow) {
   EXPECT_FALSE(cards->NoMatch());
 }
 
-TEST_F(TableSeek, OnTextKnowsNoCase) {
+TEST_P(TableSeek, OnTextKnowsNoCase) {
   AddCard("ABBA");
   AddCard("Édith");
   AddCard("abba");
@@ -145,21 +150,21 @@ TEST_F(TableSeek, OnTextKnowsNoCase) {
   EXPECT_TRUE(cards->NoMatch());
 }
 
-TEST_F(TableSeek, NeedsAnIndexAndKnowsEqualityOnly) {
+TEST_P(TableSeek, NeedsAnIndexAndKnowsEqualityOnly) {
   AddCard("A");
   EXPECT_EQ(ErrorOf([&] { cards->Seek("=", int64_t{1}); }), kErrNoSuchIndex);
   cards->SetIndex("CODE");
   EXPECT_EQ(ErrorOf([&] { cards->Seek(">=", int64_t{1}); }), kErrSyntax);
 }
 
-TEST_F(TableSeek, ByNumberServesInEveryTableThatHasNumbers) {
+TEST_P(TableSeek, ByNumberServesInEveryTableThatHasNumbers) {
   const auto pips = Db().OpenTable("Toph");
   pips->SetIndex("CODE");
   pips->Seek("=", int64_t{5});
   EXPECT_EQ(pips->Int("HEURE"), 4);
 }
 
-TEST_F(TableSeek, OnNumbersReadsTheirTextToo) {
+TEST_P(TableSeek, OnNumbersReadsTheirTextToo) {
   AddCampaign(7);
   const auto campaigns = Db().OpenTable("GrillePub");
   campaigns->SetIndex("PRIORITY");
@@ -167,7 +172,7 @@ TEST_F(TableSeek, OnNumbersReadsTheirTextToo) {
   EXPECT_FALSE(campaigns->NoMatch());
 }
 
-TEST_F(TableEdit, AnAddedRowHasItsDefaultsAndBecomesCurrent) {
+TEST_P(TableEdit, AnAddedRowHasItsDefaultsAndBecomesCurrent) {
   cards->AddNew();
   cards->Set("auteur", std::string("New"));
   EXPECT_EQ(cards->Text("AUTEUR"), "New");
@@ -182,7 +187,7 @@ TEST_F(TableEdit, AnAddedRowHasItsDefaultsAndBecomesCurrent) {
   EXPECT_TRUE(cards->Eof());
 }
 
-TEST_F(TableEdit, ARowOfNothingButDefaultsCanBeAdded) {
+TEST_P(TableEdit, ARowOfNothingButDefaultsCanBeAdded) {
   const auto settings = Db().OpenTable("Cnf");
   settings->AddNew();
   settings->Update();
@@ -190,21 +195,20 @@ TEST_F(TableEdit, ARowOfNothingButDefaultsCanBeAdded) {
   EXPECT_EQ(settings->Int("FadeOut"), 1600);
 }
 
-TEST_F(TableEdit, AnEditWritesTheFieldsThatWereSetAndNoOther) {
+TEST_P(TableEdit, AnEditWritesTheFieldsThatWereSetAndNoOther) {
   AddCard("A");
   EXPECT_EQ(cards->Text("AUTEUR"), "A");
-  OtherProgram(BasePath()).Do("UPDATE Discotheque SET TITRE = 'theirs'");
+  Other().Do("UPDATE Discotheque SET TITRE = 'theirs'");
   cards->Edit();
   EXPECT_EQ(cards->Text("TITRE"), "theirs") << "an edit begins with the row as it is stored";
   cards->Set("AUTEUR", std::string("B"));
-  OtherProgram(BasePath()).Do("UPDATE Discotheque SET LABEL = 'meanwhile'");
+  Other().Do("UPDATE Discotheque SET LABEL = 'meanwhile'");
   cards->Update();
   EXPECT_EQ(cards->Text("AUTEUR"), "B");
-  EXPECT_EQ(OtherProgram(BasePath()).One("SELECT AUTEUR, TITRE, LABEL FROM Discotheque"),
-            "B|theirs|meanwhile");
+  EXPECT_EQ(Other().One("SELECT AUTEUR, TITRE, LABEL FROM Discotheque"), "B|theirs|meanwhile");
 }
 
-TEST_F(TableEdit, ValuesTakeTheTypeOfTheirField) {
+TEST_P(TableEdit, ValuesTakeTheTypeOfTheirField) {
   const auto tracks = Db().OpenTable("VT");
   tracks->AddNew();
   tracks->Set("CUT", int64_t{1});
@@ -212,8 +216,7 @@ TEST_F(TableEdit, ValuesTakeTheTypeOfTheirField) {
   tracks->Set("DUREE", std::string(" 12 "));
   tracks->Set("LIBELLE", 38000.0);
   tracks->Update();
-  EXPECT_EQ(OtherProgram(BasePath()).One("SELECT CUT, START, DUREE, LIBELLE FROM VT"),
-            "-1|2|12|38000");
+  EXPECT_EQ(Other().One("SELECT CUT, START, DUREE, LIBELLE FROM VT"), "-1|2|12|38000");
   EXPECT_EQ(tracks->Field("CUT"), Value(int64_t{-1}));
   tracks->Edit();
   std::string text;
@@ -221,7 +224,7 @@ TEST_F(TableEdit, ValuesTakeTheTypeOfTheirField) {
   EXPECT_EQ(text, "VT.START holds a number, not \"soon\"");
 }
 
-TEST_F(TableEdit, ValuesBeyondTheirFieldAreRefusedAndNothingIsStored) {
+TEST_P(TableEdit, ValuesBeyondTheirFieldAreRefusedAndNothingIsStored) {
   AddCard("A");
   cards->MoveFirst();
   cards->Edit();
@@ -236,7 +239,7 @@ TEST_F(TableEdit, ValuesBeyondTheirFieldAreRefusedAndNothingIsStored) {
   EXPECT_EQ(rows->RecordCount(), 0);
 }
 
-TEST_F(TableEdit, AMoveGivesAnEditUp) {
+TEST_P(TableEdit, AMoveGivesAnEditUp) {
   AddCard("A");
   cards->AddNew();
   cards->Set("AUTEUR", std::string("B"));
@@ -247,7 +250,7 @@ TEST_F(TableEdit, AMoveGivesAnEditUp) {
   EXPECT_EQ(cards->RecordCount(), 1);
 }
 
-TEST_F(TableEdit, ALastMoveAndAnotherOrderGiveAnEditUpToo) {
+TEST_P(TableEdit, ALastMoveAndAnotherOrderGiveAnEditUpToo) {
   for (const char* artist : {"A", "B"}) AddCard(artist);
   cards->Edit();
   cards->MoveLast();
@@ -257,7 +260,7 @@ TEST_F(TableEdit, ALastMoveAndAnotherOrderGiveAnEditUpToo) {
   EXPECT_EQ(ErrorOf([&] { cards->Update(); }), kErrNoEdit);
 }
 
-TEST_F(TableEdit, ARowWhoseNumberWasChangedStaysCurrent) {
+TEST_P(TableEdit, ARowWhoseNumberWasChangedStaysCurrent) {
   for (const char* artist : {"A", "B"}) AddCard(artist);
   cards->Edit();
   cards->Set("CODE", int64_t{9});
@@ -265,12 +268,11 @@ TEST_F(TableEdit, ARowWhoseNumberWasChangedStaysCurrent) {
   cards->Edit();
   cards->Set("TITRE", std::string("of nine"));
   cards->Update();
-  EXPECT_EQ(
-      OtherProgram(BasePath()).Rows("SELECT CODE, AUTEUR FROM Discotheque WHERE TITRE = 'of nine'"),
-      (Strings{"9|A"}));
+  EXPECT_EQ(Other().Rows("SELECT CODE, AUTEUR FROM Discotheque WHERE TITRE = 'of nine'"),
+            (Strings{"9|A"}));
 }
 
-TEST_F(TableEdit, ADeletedRowIsLeftForItsNeighbours) {
+TEST_P(TableEdit, ADeletedRowIsLeftForItsNeighbours) {
   for (const char* artist : {"A", "B", "C"}) AddCard(artist);
   cards->SetIndex("Auteur");
   cards->Seek("=", std::string("B"));
@@ -284,7 +286,7 @@ TEST_F(TableEdit, ADeletedRowIsLeftForItsNeighbours) {
   EXPECT_EQ(cards->Text("AUTEUR"), "A");
 }
 
-TEST_F(TableEdit, AllRowsCanBeDeletedInOneWalk) {
+TEST_P(TableEdit, AllRowsCanBeDeletedInOneWalk) {
   const auto pips = Db().OpenTable("Toph");
   int deleted = 0;
   for (; !pips->Eof(); pips->MoveNext(), ++deleted) pips->Delete();
@@ -292,7 +294,7 @@ TEST_F(TableEdit, AllRowsCanBeDeletedInOneWalk) {
   EXPECT_EQ(pips->RecordCount(), 0);
 }
 
-TEST_F(TableEdit, ChangingTheKeyMovesTheRowInTheOrder) {
+TEST_P(TableEdit, ChangingTheKeyMovesTheRowInTheOrder) {
   for (const char* artist : {"A", "B", "C"}) AddCard(artist);
   cards->SetIndex("Auteur");
   cards->MoveFirst();
@@ -303,9 +305,9 @@ TEST_F(TableEdit, ChangingTheKeyMovesTheRowInTheOrder) {
   EXPECT_EQ(cards->Text("AUTEUR"), "C");
 }
 
-TEST_F(TableShared, RowsOfOthersAreMetAtTheNextMove) {
+TEST_P(TableShared, RowsOfOthersAreMetAtTheNextMove) {
   AddCard("A");
-  OtherProgram other(BasePath());
+  OtherStation& other = Other();
   cards->SetIndex("Auteur");
   EXPECT_EQ(cards->Text("AUTEUR"), "A");
   other.Do("INSERT INTO Discotheque(AUTEUR) VALUES('B')");
@@ -318,11 +320,11 @@ TEST_F(TableShared, RowsOfOthersAreMetAtTheNextMove) {
   EXPECT_EQ(cards->Text("AUTEUR"), "A");
 }
 
-TEST_F(TableShared, ARowDeletedByOthersCannotBeEdited) {
+TEST_P(TableShared, ARowDeletedByOthersCannotBeEdited) {
   AddCard("A");
   AddCard("B");
   EXPECT_EQ(cards->Text("AUTEUR"), "A");
-  OtherProgram other(BasePath());
+  OtherStation& other = Other();
   other.Do("DELETE FROM Discotheque WHERE AUTEUR = 'A'");
   EXPECT_EQ(ErrorOf([&] { cards->Edit(); }), kErrNoCurrentRecord);
   cards->MoveNext();
@@ -333,13 +335,10 @@ TEST_F(TableShared, ARowDeletedByOthersCannotBeEdited) {
   EXPECT_EQ(ErrorOf([&] { cards->Update(); }), kErrNoCurrentRecord);
 }
 
-TEST_F(TableShared, NoCursorKeepsOthersFromWriting) {
+TEST_P(TableShared, NoCursorKeepsOthersFromWriting) {
   for (const char* artist : {"A", "B", "Ç"}) AddCard(artist);
-  OtherProgram other(BasePath());
-  const auto otherWrites = [&](const char* after) {
-    EXPECT_EQ(other.Try("BEGIN EXCLUSIVE"), "") << after;
-    other.Try("ROLLBACK");
-  };
+  OtherStation& other = Other();
+  const auto otherWrites = [&](const char* after) { EXPECT_TRUE(other.CanWrite()) << after; };
   cards->SetIndex("Auteur");
   const std::pair<const char*, std::function<void()>> steps[] = {
       {"Field", [&] { cards->Text("AUTEUR"); }},
@@ -371,7 +370,6 @@ TEST_F(TableShared, NoCursorKeepsOthersFromWriting) {
       {"snapshot", [&] { Query("SELECT * FROM Toph"); }},
       {"failed query", [&] { ErrorOf([&] { Query("SELECT x FROM Toph"); }); }},
       {"counter", [&] { Db().ChangeCounter(); }},
-      {"settings", [&] { base->ReadCnfField(1); }},
       {"catalogue", [&] { Db().Tables().Count(); }},
   };
   for (const auto& [name, step] : steps) {

@@ -1,16 +1,15 @@
-// The database over its connection, and the operations on whole files.
-#include "store/Database.h"
-
+// The database over its SQLite connection, and the operations on whole files.
 #include <optional>
 #include <utility>
 
 #include "store/Connection.h"
+#include "store/Database.h"
 #include "store/Names.h"
-#include "store/RowView.h"
 #include "store/Snapshot.h"
+#include "store/SqliteRow.h"
+#include "store/SqliteTable.h"
+#include "store/SqliteTableDefs.h"
 #include "store/StoreError.h"
-#include "store/TableCursor.h"
-#include "store/TableDefs.h"
 #include "store/TablePages.h"
 
 namespace zemo {
@@ -36,11 +35,18 @@ class SqliteDatabase : public Database {
     if (query.Columns() == 0) {
       throw StoreError(kErrSyntax, "a query without rows cannot be opened: " + std::string(sql));
     }
-    return std::make_unique<Snapshot>(query);
+    // The first step is what notices that another program has changed the table's columns.
+    bool row = query.Step();
+    std::vector<std::string> names;
+    for (int column = 0; column < query.Columns(); ++column)
+      names.push_back(query.ColumnName(column));
+    auto rows = std::make_unique<Snapshot>(std::move(names));
+    for (; row; row = query.Step()) rows->Add(SqliteRow(query.Handle()));
+    return rows;
   }
   void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) override {
     Statement query = Use().PrepareDialect(sql, values);
-    while (query.Step()) take(RowView(query.Handle()));
+    while (query.Step()) take(SqliteRow(query.Handle()));
   }
   std::shared_ptr<const StoredTable> FindTable(std::string_view name) override {
     return std::make_shared<const SqliteTable>((Use(), connection_), name);
@@ -117,7 +123,7 @@ class SqliteDatabase : public Database {
   const std::string path_;
   std::shared_ptr<LockWait> wait_;
   std::shared_ptr<Connection> connection_;  // null before the first opening
-  std::optional<TableDefs> tables_;
+  std::optional<SqliteTableDefs> tables_;
   int64_t counter_ = 0;  // as last told
   int64_t counted_ = 0;  // in earlier openings
   int64_t foreignCounted_ = 0;

@@ -1,5 +1,5 @@
 // The usual type of a column is read without a detour; any other goes the way of Value.
-#include "store/RowView.h"
+#include "store/SqliteRow.h"
 
 #include <sqlite3.h>
 
@@ -9,20 +9,22 @@
 
 namespace zemo {
 
-bool RowView::IsNull(int column) const {
-  return sqlite3_column_type(statement_, column) == SQLITE_NULL;
+RowView::Kind SqliteRow::KindOf(int column) const {
+  switch (sqlite3_column_type(statement_, column)) {
+    case SQLITE_NULL:
+      return Kind::kNull;
+    case SQLITE_INTEGER:
+      return Kind::kInteger;
+    case SQLITE_FLOAT:
+      return Kind::kReal;
+    case SQLITE_TEXT:
+      return Kind::kText;
+    default:
+      return Kind::kBytes;
+  }
 }
 
-bool RowView::IsNumber(int column) const {
-  const int type = sqlite3_column_type(statement_, column);
-  return type == SQLITE_INTEGER || type == SQLITE_FLOAT;
-}
-
-bool RowView::IsText(int column) const {
-  return sqlite3_column_type(statement_, column) == SQLITE_TEXT;
-}
-
-int64_t RowView::Int(int column) const {
+int64_t SqliteRow::Int(int column) const {
   switch (sqlite3_column_type(statement_, column)) {
     case SQLITE_INTEGER:
       return sqlite3_column_int64(statement_, column);
@@ -35,7 +37,7 @@ int64_t RowView::Int(int column) const {
   }
 }
 
-double RowView::Real(int column) const {
+double SqliteRow::Real(int column) const {
   switch (sqlite3_column_type(statement_, column)) {
     case SQLITE_INTEGER:
     case SQLITE_FLOAT:
@@ -47,7 +49,7 @@ double RowView::Real(int column) const {
   }
 }
 
-std::string_view RowView::Text(int column) const {
+std::string_view SqliteRow::Text(int column) const {
   const auto* bytes =
       static_cast<const char*>(static_cast<const void*>(sqlite3_column_text(statement_, column)));
   if (!bytes) return {};

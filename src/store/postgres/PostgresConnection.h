@@ -1,0 +1,141 @@
+// One connection to a PostgreSQL server with its prepared statements and its catalogue; what the
+// database, its cursors and its snapshots share.
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "store/LockWait.h"
+#include "store/RowNotes.h"
+#include "store/RowView.h"
+#include "store/TableDefs.h"
+#include "store/Value.h"
+#include "store/postgres/PostgresQuery.h"
+
+struct pg_conn;
+struct pg_result;
+
+namespace zemo {
+
+// What a statement gave, all of it.
+class PostgresResult {
+ public:
+  explicit PostgresResult(pg_result* result) : result_(result) {}
+  PostgresResult(PostgresResult&& other) noexcept : result_(other.result_) {
+    other.result_ = nullptr;
+  }
+  PostgresResult& operator=(PostgresResult&& other) noexcept {
+    std::swap(result_, other.result_);
+    return *this;
+  }
+  ~PostgresResult();
+
+  int Rows() const;
+  int Columns() const;
+  std::string ColumnName(int column) const;  // 0-based, as all columns and rows
+  bool IsNull(int row, int column) const;
+  std::string_view Text(int row, int column) const;
+  int64_t Int(int row, int column) const;
+  RowView::Kind Kind(int row, int column) const;
+  Value Read(int row, int column) const;
+  int64_t RowsChanged() const;
+
+ private:
+  pg_result* result_;
+};
+
+// Thread: the logic's, without a lock inside. Operations throw StoreError: kErrLocked when others
+// write for longer than `wait` allows, kErrOther when the server is out of reach. No message holds
+// more of the URL than its host and the base's name.
+class PostgresConnection {
+ public:
+  using Parameters = std::vector<std::optional<std::string>>;  // none: Null
+
+  // A server that does not answer is given up after kConnectSeconds.
+  PostgresConnection(const std::string& url, bool create, std::shared_ptr<LockWait> wait);
+  ~PostgresConnection();
+  PostgresConnection(const PostgresConnection&) = delete;
+  PostgresConnection& operator=(const PostgresConnection&) = delete;
+
+  void Close();  // an open transaction is committed; errors there are lost
+  bool IsOpen() const { return connection_ != nullptr; }
+  bool IsLost() const;  // the server went away since
+  const std::string& Name() const { return name_; }
+
+  // PostgreSQL's SQL, kept prepared by its text. `shown` is what a message tells of it.
+  PostgresResult Run(const std::string& sql, const Parameters& parameters, bool writes,
+                     std::string_view shown = {});
+  PostgresResult RunDialect(std::string_view sql, const Values& values, bool forRows);
+  // One statement or several without parameters, not kept; stored at once outside a transaction.
+  void Change(const std::string& sql);
+
+  void Begin();     // nothing when one is open
+  void Commit();    // nothing when none is open; what cannot be committed is rolled back
+  void Rollback();  // nothing when none is open; throws nothing
+  bool InTransaction() const { return inTransaction_; }
+
+  // As those of the file's connection.
+  std::shared_ptr<const TableDef> FindTable(std::string_view name);
+  const std::vector<std::shared_ptr<const TableDef>>& AllTables();
+  bool StructureIsOld();  // somebody changed it since the catalogue was read
+  void StructureChanged();
+
+  void TellRows(std::shared_ptr<RowNoteBook> book) { book_ = std::move(book); }
+  void Note(const std::string& table, int64_t row);
+  void NoteAll();
+
+  int64_t ChangeCounter();
+  int64_t ForeignSeen() const { return foreignCounter_; }
+  int64_t LastInsertCode() const { return lastInsertCode_; }
+  void Inserted(int64_t code) { lastInsertCode_ = code; }
+
+ private:
+  struct Prepared {
+    std::string sql;
+    std::string name;
+  };
+  struct Translation {
+    std::string key;
+    PostgresQuery query;
+  };
+
+  void Check() const;
+  pg_result* Execute(const std::string& sql, const Parameters& parameters);
+  pg_result* ExecuteNow(const std::string& sql);
+  void ForgetPrepared();
+  std::string NameOf(const std::string& sql, pg_result*& failed);
+  std::shared_ptr<const PostgresQuery> Translated(std::string_view sql, const Values& values);
+  [[noreturn]] void Fail(const pg_result* result, std::string_view shown);
+  [[noreturn]] void FailConnection(const std::string& what);
+  void ThrowRule(const std::string& table, const std::string& rule, const std::string& message);
+  std::string StructureMark();
+  void LoadCatalogue();
+
+  std::string name_;
+  std::shared_ptr<LockWait> wait_;
+  pg_conn* connection_ = nullptr;
+  bool inTransaction_ = false;
+  bool lost_ = false;
+
+  std::list<Prepared> prepared_;  // the last used first
+  std::unordered_map<std::string_view, std::list<Prepared>::iterator> preparedBySql_;
+  int64_t names_ = 0;  // of statements, given so far
+  std::unordered_map<std::string, std::shared_ptr<const PostgresQuery>> translations_;
+
+  std::vector<std::shared_ptr<const TableDef>> tables_;
+  std::string structure_;  // that tables_ shows; empty: none read
+
+  std::shared_ptr<RowNoteBook> book_;  // null: nobody asks
+  int64_t ownChanges_ = 0;
+  int64_t foreignCounter_ = 0;
+  int64_t foreignWrites_ = -1;  // as the server counted them last; -1: not asked
+  int64_t lastInsertCode_ = 0;
+};
+
+}  // namespace zemo

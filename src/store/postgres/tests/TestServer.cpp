@@ -1,0 +1,147 @@
+#include "store/postgres/tests/TestServer.h"
+
+#include <libpq-fe.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+namespace zemo::test {
+
+namespace {
+
+constexpr char kPrograms[] = "/usr/lib/postgresql/15/bin/";
+constexpr int kNobody = 65534;
+
+// The server refuses to run as root.
+std::vector<std::string> AsServerUser() {
+  std::vector<std::string> words = {"setpriv", "--pdeathsig", "QUIT"};
+  if (getuid() == 0)
+    words.insert(words.end(), {"--reuid", std::to_string(kNobody), "--regid",
+                               std::to_string(kNobody), "--clear-groups"});
+  return words;
+}
+
+int Begin(std::vector<std::string> words, const std::string& log) {
+  const int child = fork();
+  if (child != 0) return child;
+  if (!freopen(log.c_str(), "a", stdout) || !freopen(log.c_str(), "a", stderr)) _exit(126);
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  if (chdir("/") != 0) _exit(126);
+  execvp(arguments[0], arguments.data());
+  _exit(127);
+}
+
+// Programs that were killed left theirs; their servers ended with them.
+void RemoveLeftFolders(const std::filesystem::path& place) {
+  std::error_code none;
+  const std::string head = "zemo_server_";
+  for (const auto& entry : std::filesystem::directory_iterator(place, none)) {
+    const std::string name = entry.path().filename().string();
+    if (name.rfind(head, 0) != 0) continue;
+    const int owner = std::atoi(name.c_str() + head.size());
+    if (owner > 0 && kill(owner, 0) != 0 && errno == ESRCH)
+      std::filesystem::remove_all(entry.path(), none);
+  }
+}
+
+}  // namespace
+
+TestServer& TestServer::Get() {
+  static TestServer server;
+  return server;
+}
+
+TestServer::TestServer() {
+  std::error_code none;
+  if (!std::filesystem::exists(std::string(kPrograms) + "postgres", none)) {
+    missing_ = "the package postgresql is not installed";
+    return;
+  }
+  const bool memory = access("/dev/shm", W_OK) == 0;
+  folder_ =
+      std::string(memory ? "/dev/shm" : "/var/tmp") + "/zemo_server_" + std::to_string(getpid());
+  RemoveLeftFolders(memory ? "/dev/shm" : "/var/tmp");
+  std::filesystem::remove_all(folder_, none);
+  std::filesystem::create_directories(folder_ + "/base");
+  if (getuid() == 0)
+    for (const char* path : {"", "/base"})
+      if (chown((folder_ + path).c_str(), kNobody, kNobody) != 0) missing_ = "chown failed";
+  std::ofstream(folder_ + "/log").put('\n');
+  std::filesystem::permissions(folder_ + "/log", std::filesystem::perms::all);
+  auto words = AsServerUser();
+  words.insert(words.end(), {std::string(kPrograms) + "initdb", "-D", folder_ + "/base", "-U",
+                             "radio", "-A", "trust", "-E", "UTF8", "--no-sync", "--locale=C.UTF-8",
+                             "--locale-provider=icu", "--icu-locale=fr"});
+  int status = 1;
+  waitpid(Begin(words, folder_ + "/log"), &status, 0);
+  if (status != 0)
+    missing_ = "initdb failed, see " + folder_ + "/log";
+  else
+    Start();
+}
+
+TestServer::~TestServer() {
+  if (process_ > 0) Stop();
+  std::error_code none;
+  if (missing_.empty() && !folder_.empty()) std::filesystem::remove_all(folder_, none);
+}
+
+void TestServer::Start() {
+  auto words = AsServerUser();
+  words.insert(words.end(), {std::string(kPrograms) + "postgres", "-D", folder_ + "/base"});
+  for (const std::string setting : {"listen_addresses=", "fsync=off", "full_page_writes=off",
+                                    "autovacuum=off", "shared_buffers=64MB", "max_connections=40",
+                                    "log_min_messages=fatal", "log_min_error_statement=panic"})
+    words.insert(words.end(), {"-c", setting});
+  words.insert(words.end(), {"-c", "unix_socket_directories=" + folder_});
+  process_ = Begin(words, folder_ + "/log");
+  for (int i = 0; i < 600; ++i) {
+    const bool there = PQping(Url("postgres").c_str()) == PQPING_OK;
+    if (there) return;
+    usleep(50'000);
+  }
+  missing_ = "the server does not start, see " + folder_ + "/log";
+}
+
+void TestServer::Stop() {
+  kill(process_, SIGQUIT);
+  waitpid(process_, nullptr, 0);
+  process_ = 0;
+}
+
+std::string TestServer::Url(const std::string& base) const {
+  return "postgresql://radio:secret@/" + base + "?host=" + folder_;
+}
+
+std::string TestServer::NewBase(const std::string& like) {
+  const std::string name = "base" + std::to_string(++bases_);
+  const std::string failed = Try("postgres", "CREATE DATABASE " + name + " TEMPLATE " + like);
+  return failed.empty() ? name : failed;
+}
+
+std::string TestServer::Try(const std::string& base, const std::string& sql) const {
+  PGconn* connection = PQconnectdb(Url(base).c_str());
+  std::string text;
+  if (PQstatus(connection) != CONNECTION_OK) {
+    text = PQerrorMessage(connection);
+  } else {
+    PQsetNoticeProcessor(
+        connection, [](void*, const char*) {}, nullptr);
+    PGresult* result = PQexec(connection, sql.c_str());
+    const ExecStatusType status = PQresultStatus(result);
+    if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) text = PQerrorMessage(connection);
+    PQclear(result);
+  }
+  PQfinish(connection);
+  return text;
+}
+
+}  // namespace zemo::test
