@@ -12,6 +12,7 @@
 //
 // Usage: AirBench [SECONDS_OF_EACH_RUN] [CARDS]
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -47,6 +48,7 @@ void MakeStation(const std::string& folder, int cards, Form form) {
 
 // Until it is killed. The start compacts the base, and wants it for itself.
 [[noreturn]] void WriteEverySecond(const std::string& folder, int cards) {
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
   constexpr int kStartSeconds = 8;
   sleep(kStartSeconds);
   for (int second = 0;; ++second) {
