@@ -84,6 +84,7 @@ void TakeNewBase(Station& station) {
     throw;
   }
   station.events.Base("swapped");
+  ForgetAnswers(station);
   OpenBaseAgain(station);
   CheckStructures(station);  // it may come from an older version
   LoadHotKeys(station);

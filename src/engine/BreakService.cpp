@@ -17,7 +17,7 @@ int DueGridRow(Station& station, const Moment& at) {
   const int rows = grid.RowCount();
   int row = 1;
   while (row < rows && grid.Cell(row, GridCol::kMoment) != at.hourMinute) ++row;
-  if (rows > 1 && row > 1) station.engine.LastGridCheckTimer = 0;
+  if (row > 1) station.engine.LastGridCheckTimer = 0;
   return row < rows ? row : 0;
 }
 

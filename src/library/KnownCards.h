@@ -3,15 +3,14 @@
 //
 // It is true by three signs, all looked at whenever it is asked for:
 //   own writes      the store notes the rows; they are read again first, a few at a time;
-//   others' writes  ForeignCounter moved: every page of the table is looked at again, and until
-//   then
-//                   nothing is known. Rows are read only of the pages that hold something else than
-//                   they did when their rows were read (store/TablePages.h). Looking at all pages
-//                   of 100,000 cards takes some 30 ms in slices, reading all rows twelve times as
-//                   much: so a library to whose base others write every second is known most of the
-//                   time. The pass counts where the counter stands at its end as it stood at its
-//                   begin; one that does not leaves true marks of what it read, for the next one to
-//                   go by;
+//   others' writes  ForeignCounter moved: every page of the table is looked at again, and nothing
+//                   is known until then. Rows are read only of the pages that hold something else
+//                   than they did when their rows were read (store/TablePages.h). Looking at all
+//                   pages of 100,000 cards takes some 30 ms in slices, reading all rows twelve
+//                   times as much: so a library to whose base others write every second is known
+//                   most of the time. The pass counts where the counter stands at its end as it
+//                   stood at its begin; one that does not leaves true marks of what it read, for
+//                   the next one to go by;
 //   the structure   only a table that is read as it stands is kept; of any other nothing is known.
 //                   Who changes it counts as another program, or the store notes all rows.
 // Whoever is told that nothing is known asks the base. While another process has the file to

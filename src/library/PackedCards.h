@@ -97,8 +97,8 @@ class CardTexts {
   // The text of a broadcast, in `room` where it is not kept as a text.
   std::string_view Broadcast(uint32_t packed, DiffusionText& room) const;
 
-  // Of titles and files, those in use no more included.
-  size_t Bytes() const { return blockBytes_; }
+  // Of titles, files and the cells of odd rows, those in use no more included.
+  size_t Bytes() const { return blockBytes_ + oddRows_.Bytes(); }
 
  private:
   uint32_t ArtistNumber(std::string_view spelling, int32_t code);

@@ -198,10 +198,6 @@ class ArtistTests {
   std::vector<std::optional<bool>> recent_;  // by artist
 };
 
-}  // namespace
-
-namespace {
-
 size_t CountOf(const CardSet& cards) {
   size_t count = 0;
   for (const auto& chunk : cards.chunks) count += chunk->size();

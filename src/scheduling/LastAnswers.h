@@ -39,9 +39,10 @@ struct LastAnswers {
 
 LastAnswers& LastAnswersOf(Station& station);
 
+void TellLastAnswers(Station& station, const StoreError& fault);  // once a minute
+
 // What `ask` returns, which is kept in `last`. Where the base is out of reach: what was kept, and
 // the fault where nothing was. Throws StoreError.
-void TellLastAnswers(Station& station, const StoreError& fault);  // once a minute
 template <typename Answer, typename Ask>
 Answer AnswerOrLast(Station& station, std::optional<Answer>& last, Ask ask) {
   try {

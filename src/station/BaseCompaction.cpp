@@ -46,7 +46,11 @@ void CompactClosed(Station& station) {
   held->CopyTo(folder.Path() + BaseFile::kCopy);
   ExchangeFiles(station);
   station.base.KeepFromOthers(std::move(held));
-  folder.Remove(BaseFile::kCopyLock);
+  try {
+    folder.Remove(BaseFile::kCopyLock);
+  } catch (const FileError&) {
+    // The base is compacted; the file is in nobody's way.
+  }
 }
 
 // Nobody needs half a copy. Without a base in its place, a whole one is left to the next start.

@@ -109,6 +109,11 @@ void SetBaseAside(Station& station) {
   folder.Rename(name, BaseFile::kBackup);
 }
 
+void ForgetAnswers(Station& station) {
+  station.requests.lastAnswers.reset();
+  station.knownCards.reset();
+}
+
 void OpenBaseAgain(Station& station) {
   ForgetBase(station);
   if (!DBEngine::DatabaseExists(station.base.Path()))
@@ -124,6 +129,7 @@ bool OpenLostBase(Station& station) {
     return false;
   }
   ForgetBase(station);
+  ForgetAnswers(station);
   OpenTables(station);
   return true;
 }

@@ -49,6 +49,10 @@ void RemoveBaseFile(Station& station, const std::string& name);
 // nobody has taken back goes with the file it belongs to. Throws FileError.
 void SetBaseAside(Station& station);
 
+// Another file has the base's place: no request goes by the former one's model, lists and cards
+// while this one cannot be read.
+void ForgetAnswers(Station& station);
+
 // The base is opened again under its name, with the tables that it has (one that is missing is
 // logged); without a file of that name it stays closed. Nothing that was known of the former file
 // is believed any more: settings, counts, what the requests know of the report, the day's grid.

@@ -31,6 +31,7 @@ void PackedRows::Add(const Cells& cells, int32_t code) {
   char* at = room + sizeof ends;
   for (const std::string& cell : cells) at = std::copy(cell.begin(), cell.end(), at);
   rows_.push_back({room, code});
+  bytes_ += sizeof ends + end;
 }
 
 std::string_view PackedRows::Cell(uint32_t row, int column) const {

@@ -37,6 +37,7 @@ class PackedRows final : public ListedRows {
   uint32_t Count() const { return static_cast<uint32_t>(rows_.size()); }
   std::string_view Cell(uint32_t row, int column) const;  // valid as long as the object
   int32_t Code(uint32_t row) const { return rows_[row].code; }
+  size_t Bytes() const { return bytes_; }  // of all cells
   std::string CellText(uint32_t row, int column) const override {
     return std::string(Cell(row, column));
   }
@@ -52,6 +53,7 @@ class PackedRows final : public ListedRows {
   std::vector<Place> rows_;
   std::vector<std::unique_ptr<char[]>> blocks_;
   size_t roomLeft_ = 0;  // of the last block
+  size_t bytes_ = 0;
   char* next_ = nullptr;
 };
 

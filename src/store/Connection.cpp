@@ -512,7 +512,8 @@ void Connection::LoadCatalogue() {
   std::vector<std::shared_ptr<TableDef>> tables;
   std::shared_ptr<TableDef> table;
   Statement fields = Prepare(
-      "SELECT m.name, f.name, f.type, f.dflt_value, f.pk FROM sqlite_schema m, "
+      "SELECT m.name, f.name, f.type, f.dflt_value, f.pk = 1 AND NOT EXISTS "
+      "(SELECT 1 FROM pragma_index_list(m.name, 'main') WHERE origin = 'pk') FROM sqlite_schema m, "
       "pragma_table_info(m.name, 'main') f WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite\\_%' "
       "ESCAPE "
       "'\\' "
@@ -530,6 +531,7 @@ void Connection::LoadCatalogue() {
     field.Name = fields.Text(1);
     ReadDeclaredType(fields.Text(2), field);
     field.DefaultValue = DefaultOf(fields.Text(3));
+    // A key that is not the row's own number has an index.
     field.AutoIncrement = fields.Int(4) == 1 && field.Type == FieldType::kInt32;
     const Field* known = schema ? schema->FindField(field.Name) : nullptr;
     field.AllowZeroLength = !known || known->AllowZeroLength;

@@ -158,8 +158,6 @@ OthersLetIn::~OthersLetIn() {
   }
 }
 
-// In this mode the lock of the first transaction stays; it needs no change of the file, so that no
-// journal comes into being.
 HeldDatabase::HeldDatabase(const std::string& path, int waitMs)
     : connection_(std::make_unique<Connection>(path, false, EachWaits(waitMs))) {
   connection_->KeepAlone();

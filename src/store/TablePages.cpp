@@ -18,6 +18,7 @@ constexpr int64_t kHeadBytes = 100;  // of the file, on its first page
 constexpr int kInnerPage = 0x05, kLeafPage = 0x0D;
 constexpr size_t kInnerCells = 12, kLeafCells = 8;  // where the cells' places begin
 constexpr int kDeepest = 20;                        // floors of a tree; real ones have five
+constexpr int64_t kLongestRow = std::numeric_limits<int32_t>::max();  // bytes
 constexpr uint64_t kFirst = 0x9E3779B97F4A7C15, kSecond = 0xD6E8FEB86659FD93;
 
 // What does not look as the form has it. The pages cannot be told then.
@@ -75,6 +76,7 @@ class Walk {
  public:
   Walk(sqlite3_file* file, int64_t afterKey, const Database::TakePage& take)
       : file_(file), afterKey_(afterKey), take_(take) {
+    if (file_->pMethods->xFileSize(file_, &fileBytes_) != SQLITE_OK) throw OddForm();
     Page head = ReadBytes(0, kHeadBytes);
     const uint32_t bytes = Big(head, 16, 2);
     pageBytes_ = bytes == 1 ? 65536 : bytes;
@@ -94,11 +96,14 @@ class Walk {
     if (kind == kLeafPage) return Leaf(page, head, lastKey);
     if (kind != kInnerPage) throw OddForm();
     const uint32_t cells = Big(page, head + 3, 2);
+    int64_t before = std::numeric_limits<int64_t>::min();
     for (uint32_t cell = 0; cell < cells; ++cell) {
       size_t at = Big(page, head + kInnerCells + size_t{2} * cell, 2);
       const uint32_t child = Big(page, at, 4);
       at += 4;
       const int64_t key = TakeNumber(page, at);
+      if ((cell > 0 && key <= before) || key > lastKey) throw OddForm();
+      before = key;
       if (key > afterKey_ && !Below(child, key, floor + 1)) return false;
     }
     return Below(Big(page, head + 8, 4), lastKey, floor + 1);
@@ -129,6 +134,8 @@ class Walk {
   void AddOverflow(const Page& page, size_t at, PageMark& mark) const {
     const int64_t payload = TakeNumber(page, at);
     TakeNumber(page, at);  // its key
+    // A chain that leads back to itself ends as a row that the file has no room for.
+    if (payload < 0 || payload > std::min<int64_t>(kLongestRow, fileBytes_)) throw OddForm();
     if (payload <= usable_ - 35) return;
     const int64_t least = (usable_ - 12) * 32 / 255 - 23;
     const int64_t most = least + (payload - least) % (usable_ - 4);
@@ -145,6 +152,7 @@ class Walk {
   int64_t afterKey_;
   const Database::TakePage& take_;
   int64_t pageBytes_ = 0, usable_ = 0;
+  sqlite3_int64 fileBytes_ = 0;
   uint32_t structure_ = 0;  // counts its changes
 };
 

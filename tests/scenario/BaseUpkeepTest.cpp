@@ -293,6 +293,15 @@ TEST_F(Upkeep, ACopyThatCannotBeRemovedLeavesTheOldBaseOpen) {
   EXPECT_EQ(on.Events("error").size(), 1U) << on.Describe();
 }
 
+TEST_F(Upkeep, ALockFileOfTheCopyThatStaysIsNoFaultOfTheCompaction) {
+  on.AddCard({});
+  std::filesystem::create_directory(on.stationDir.Path() + "/TriskinN.LDB");
+  EXPECT_TRUE(CompactStationBase(on.station));
+  EXPECT_TRUE(on.station.base.IsOpen());
+  EXPECT_NE(on.First("base", "state", "compacted"), nullptr) << on.Describe();
+  EXPECT_EQ(on.Events("error").size(), 0U) << on.Describe();
+}
+
 TEST_F(Upkeep, ABaseMadeInThePlaceOfALostOneDoesNotCostTheBackupOfTheLostOne) {
   on.AddCard({});
   EndInOrder(on.station);

@@ -7,7 +7,9 @@
 #include "engine/BaseMaintenance.h"
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
+#include "library/KnownCards.h"
 #include "platform/BaseUse.h"
+#include "scheduling/LastAnswers.h"
 #include "store/SoundMeasuresTable.h"
 #include "support/SomebodyElse.h"
 #include "support/TestStation.h"
@@ -76,6 +78,19 @@ TEST_F(HandOver, ABaseOfAnOlderVersionIsTakenAndBroughtUpToDate) {
   EXPECT_NE(on.First("base", "state", "swapped"), nullptr) << on.Describe();
   EXPECT_NE(on.First("base", "table", "Cnf"), nullptr) << on.Describe();
   EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM pragma_table_info('Cnf')"), "50");
+}
+
+TEST_F(HandOver, NothingThatTheFormerBaseAnsweredIsKept) {
+  on.AddCard({});
+  while (ReadCardsAhead(on.station)) {
+  }
+  ASSERT_EQ(CountOrLast(on.station, "Discotheque"), 1);
+  ASSERT_TRUE(CardsAsLastRead(on.station));
+  on.stationFolder.Write("New.mdb", NewBase("NEW"));
+  TakeDroppedBase(on.station);
+  ASSERT_NE(on.First("base", "state", "swapped"), nullptr) << on.Describe();
+  EXPECT_FALSE(CardsAsLastRead(on.station));
+  EXPECT_FALSE(LastAnswersOf(on.station).counts["Discotheque"]);
 }
 
 TEST_F(HandOver, WhatWasMeasuredGoesAlongWithTheNewBase) {

@@ -266,6 +266,21 @@ TEST_F(CardsInMemory, TextsThatNobodyNamesAnyMoreGoWithTheNextPass) {
   EXPECT_LT(cards.Now(*base)->texts->Bytes(), 20'000U);
 }
 
+// A row whose cells read otherwise than a card packs them is kept beside its card each time.
+TEST_F(CardsInMemory, CellsOfOddRowsThatNobodyNamesAnyMoreGoAsWell) {
+  ReadAll();
+  for (int i = 0; i < 1500; ++i) {
+    on.station.base.Db().Execute("UPDATE Discotheque SET POINTSORTIE = ? WHERE CODE = 1",
+                                 {i + 0.5});
+    cards.Now(*base);
+  }
+  // Each time 220 bytes of the file beside the card, and 220 among the row's cells.
+  EXPECT_GT(cards.Listed(*base)->texts->Bytes(), 1500U * 440);
+  on.Sql("UPDATE Discotheque SET POINTSORTIE = 1 WHERE CODE = 1");
+  ReadAll();
+  EXPECT_LT(cards.Listed(*base)->texts->Bytes(), 20'000U);
+}
+
 TEST_F(CardsInMemory, ArtistsHaveTheRanksOfTheirCapitalsInWhateverOrderTheyCome) {
   std::vector<std::string> names;  // of every card, as listed
   for (int i = 1; i <= kCards; ++i) names.push_back("CODE " + std::to_string(i));

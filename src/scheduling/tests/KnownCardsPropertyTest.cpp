@@ -313,6 +313,7 @@ class Cases {
     std::filesystem::rename(path + ".copy", path);
     if (Pick(0, 1)) ReadCardsAhead(It());
     EXPECT_TRUE(OpenLostBase(It()));
+    It().knownCards = std::make_shared<KnownCards>(kSmallSlice);
     stranger_ = std::make_unique<Stranger>(path);
   }
 

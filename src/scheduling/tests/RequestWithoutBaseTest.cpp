@@ -1,8 +1,11 @@
 // Requests while the base is out of reach: they list what they would have listed with it.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "library/KnownCards.h"
 #include "scheduling/tests/RequestFixture.h"
+#include "station/BaseFiles.h"
 #include "support/BaseFaults.h"
 
 namespace zemo {
@@ -122,6 +125,20 @@ TEST_P(WithoutBase, WhatWasNeverReadIsAFaultAsBefore) {
   EXPECT_EQ(Asked(), Codes{});
   EXPECT_NE(s.LastError(), "");
   EXPECT_NE(s.station.requests.askAgainMs, -1);
+  base.Disarm();
+  EXPECT_GT(Asked().size(), 2U);
+}
+
+// Its cards have other codes, its week another model.
+TEST_P(WithoutBase, NothingIsListedByWhatAnotherBaseAnswered) {
+  ASSERT_GT(Asked().size(), 2U);
+  const std::string path = s.station.base.Path();
+  std::filesystem::copy_file(path, path + ".copy");
+  std::filesystem::rename(path + ".copy", path);
+  ASSERT_TRUE(OpenLostBase(s.station));
+  Lose();
+  EXPECT_EQ(Asked(), Codes{});
+  EXPECT_NE(s.LastError(), "");
   base.Disarm();
   EXPECT_GT(Asked().size(), 2U);
 }

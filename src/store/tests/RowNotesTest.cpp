@@ -181,6 +181,22 @@ TEST_F(Notes, ATableWhoseStructureSomebodyChangedIsNot) {
   EXPECT_FALSE(Db().IsReadAsStored("Discotheque"));  // a stand-in
 }
 
+// What is noted, and what the pages tell, is the row's number.
+TEST_F(Notes, ATableWhoseKeyIsNotTheNumberOfItsRowsIsNot) {
+  OtherProgram other(BasePath());
+  const auto make = [&](const std::string& name, const std::string& columns) {
+    other.Do("CREATE TABLE " + name + " " + columns);
+    base->OpenAllTables();
+    return Db().IsReadAsStored(name);
+  };
+  EXPECT_TRUE(make("Alias", "(CODE INTEGER PRIMARY KEY, X INTEGER)"));
+  EXPECT_TRUE(make("AliasBehind", "(CODE INTEGER, X INTEGER, PRIMARY KEY (CODE))"));
+  EXPECT_FALSE(make("OtherType", "(CODE INT PRIMARY KEY, X INTEGER)"));
+  EXPECT_FALSE(make("Falling", "(CODE INTEGER PRIMARY KEY DESC, X INTEGER)"));
+  EXPECT_FALSE(make("OfTwo", "(CODE INTEGER, X INTEGER, PRIMARY KEY (CODE, X))"));
+  EXPECT_FALSE(make("Numberless", "(CODE INTEGER PRIMARY KEY, X INTEGER) WITHOUT ROWID"));
+}
+
 TEST_F(Notes, AStructureThatOnlyGrewIsLookedAtAndFine) {
   OtherProgram(BasePath()).Do("ALTER TABLE Toph ADD COLUMN X");
   EXPECT_FALSE(Db().IsReadAsStored("Discotheque"));

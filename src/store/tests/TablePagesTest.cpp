@@ -1,5 +1,7 @@
 // The pages of a table and their marks: whatever any program does to a row, the mark of its page is
 // another one.
+#include <fstream>
+
 #include "store/TablePages.h"
 #include "store/tests/StoreFixture.h"
 
@@ -39,6 +41,28 @@ class Pages : public OpenBaseTest {
     for (const TablePage& page : pages)
       if (page.lastKey >= key) return page.lastKey;
     return 0;
+  }
+
+  // The file's bytes, as a damaged disk has them; the highest byte first.
+  int64_t Number(int64_t at, int bytes) const {
+    std::ifstream file(BasePath(), std::ios::binary);
+    file.seekg(at);
+    int64_t number = 0;
+    while (bytes-- > 0) number = number << 8 | file.get();
+    return number;
+  }
+  void Put(int64_t at, int64_t number, int bytes) const {
+    std::fstream file(BasePath(), std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(at);
+    while (bytes-- > 0) file.put(static_cast<char>(number >> (8 * bytes)));
+  }
+  int64_t PageBytes() const { return Number(16, 2); }
+  // Of the table's first page.
+  int64_t RootAt() {
+    return (std::stoll(
+                other->One("SELECT rootpage FROM sqlite_schema WHERE name = 'Discotheque'")) -
+            1) *
+           PageBytes();
   }
 
   static constexpr int kCards = 3000;
@@ -126,6 +150,51 @@ TEST_F(Pages, CannotBeToldInATransactionAndOfATableThatIsNone) {
 
 TEST_F(Pages, CannotBeToldOfAFileWithAWriteAheadLog) {
   other->Do("PRAGMA journal_mode = WAL");
+  EXPECT_FALSE(CanBeTold());
+}
+
+// --- a damaged file ---
+
+TEST_F(Pages, CannotBeToldWhereTheirKeysDoNotRise) {
+  const auto at = [&](int64_t cell) {
+    return RootAt() + Number(RootAt() + 12 + 2 * cell, 2);  // four bytes of its page, then the key
+  };
+  ASSERT_NE(Number(at(2), 4), Number(at(3), 4));
+  // The third and the fourth cell change places.
+  const int64_t place = Number(RootAt() + 12 + 4, 2), next = Number(RootAt() + 12 + 6, 2);
+  ASSERT_TRUE(CanBeTold());
+  Put(RootAt() + 12 + 4, next, 2);
+  Put(RootAt() + 12 + 6, place, 2);
+  EXPECT_FALSE(CanBeTold());
+}
+
+TEST_F(Pages, CannotBeToldWhereARowIsLongerThanTheFile) {
+  const int64_t leaf = (Number(RootAt() + Number(RootAt() + 12, 2), 4) - 1) * PageBytes();
+  const int64_t row = leaf + Number(leaf + 8, 2);
+  ASSERT_TRUE(CanBeTold());
+  for (const int64_t first : {0x8FFFFFFFFF, 0xFFFFFFFFFF}) {
+    // 2^31 and more; below nothing, of nine bytes.
+    Put(row, first, 5);
+    Put(row + 5, 0xFFFFFF7F, 4);
+    EXPECT_FALSE(CanBeTold()) << first;
+  }
+}
+
+TEST_F(Pages, CannotBeToldWhereTheChainOfALongRowLeadsBackToItself) {
+  other->Do("PRAGMA ignore_check_constraints = ON");
+  other->Do("UPDATE Discotheque SET TITRE = printf('%.20000c', 'x') WHERE CODE = 1");
+  other->Do("CREATE TABLE AtTheEnd AS SELECT zeroblob(20000)");
+  ASSERT_TRUE(CanBeTold());
+  const int64_t leaf = (Number(RootAt() + Number(RootAt() + 12, 2), 4) - 1) * PageBytes();
+  const int64_t row = leaf + Number(leaf + 8, 2);
+  ASSERT_EQ(PageBytes(), 4096);
+  ASSERT_LE(row + 499, leaf + 4096);
+  const int64_t last = static_cast<int64_t>(std::filesystem::file_size(BasePath())) / 4096;
+  // 2,147,481,597 bytes in row 1, of which 489 stand on its page: a row that there could be. The
+  // chain is the last page, over and over.
+  Put(row, 0x87FFFFEF7D01, 6);
+  Put(row + 6 + 489, last, 4);
+  Put((last - 1) * 4096, last, 4);
   EXPECT_FALSE(CanBeTold());
 }
 
