@@ -11,7 +11,7 @@ namespace zemo {
 namespace {
 constexpr int kSoundPollMs = 20;   // while something besides the air is at work
 constexpr int kSoundRestMs = 150;  // above the tick, which comes ahead of it
-constexpr int kErrSound = 321;  // a sound file or device that cannot be used
+constexpr int kErrSound = 321;     // a sound file or device that cannot be used
 }  // namespace
 
 RealStation::RealStation(const std::string& stationPath, const std::string& machinePath,

@@ -121,7 +121,7 @@ class CardTexts {
   std::unordered_map<std::string, uint32_t> genreNumbers_, daysNumbers_, hoursNumbers_;
   SharedTexts varieties_, others_;
   PackedRows oddRows_;  // their numbers stand behind the files of their cards
-  std::string key_;  // of a look-up, kept for its room
+  std::string key_;     // of a look-up, kept for its room
 
   std::vector<std::unique_ptr<char[]>> blocks_;
   size_t blockUsed_ = 0, blockSize_ = 0;  // of the last block

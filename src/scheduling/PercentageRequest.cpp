@@ -175,8 +175,8 @@ void RunRequest(Station& station, int minutes, RequestFrame& frame) {
   asking.model = ReadDayModel(station, weekday);  // 3
   asking.varieties = ReadVarieties(station);
   asking.hour = CurrentHour(station);
-  frame.Open(minutes);                           // 4, 5
-  if (CountOrLast(station, "Models") == 0)       // 6
+  frame.Open(minutes);                      // 4, 5
+  if (CountOrLast(station, "Models") == 0)  // 6
     return frame.Leave(NoModelsText(station.base.CnfInt(Cnf::kLangue)));
   station.platform.loop.Yield();
   const TitlesInUse used = LoadTitlesInUse(station);                  // 7

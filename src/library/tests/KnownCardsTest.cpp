@@ -18,7 +18,7 @@ class InterruptedBase final : public Database {
   std::function<void()> behindPages;  // once
   bool pagesUntold = false;
   std::vector<TablePage> pages;  // told in place of those of the file; empty: these
-  int rows = 0;  // read
+  int rows = 0;                  // read
 
   void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) override {
     if (const auto act = std::exchange(beforeRows, nullptr)) act();

@@ -29,7 +29,7 @@ using test::SeePool;
 constexpr int kCases = test::Cases(1000);
 constexpr int kCasesAStation = 40;
 constexpr int kManyCards = 150;  // on some twenty pages
-constexpr int kSmallSlice = 9;  // rows, so that passes take several
+constexpr int kSmallSlice = 9;   // rows, so that passes take several
 
 // Another program: SQLite as it comes, which stores what it likes.
 class Stranger {

@@ -91,7 +91,7 @@ class RealSoundChain final : public SoundChainBase {
     std::unique_ptr<SoundSource> source;    // opened, not yet played
     std::unique_ptr<DecodedStream> stream;  // of the last start
     uint32_t generation = 0;
-    int64_t startFrame = 0;  // of the last start, until the mixer has taken it up
+    int64_t startFrame = 0;         // of the last start, until the mixer has taken it up
     mutable int64_t readFrame = 0;  // of the last start: the farthest that was told
   };
 
