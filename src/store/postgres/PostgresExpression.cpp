@@ -547,8 +547,8 @@ Expression PostgresExpressions::ReadColumn(const std::string& first) {
 
 // --- Comparisons ---
 
-Expression PostgresExpressions::Compare(const Expression& a, std::string op, const Expression& b,
-                                        bool anyCase) {
+Expression PostgresExpressions::Compare(const Expression& a, const std::string& op,
+                                        const Expression& b, bool anyCase) {
   if (a.type == Expression::kNull || b.type == Expression::kNull) return Truth("NULL::boolean");
   const bool textA = a.type == Expression::kText, textB = b.type == Expression::kText;
   if (textA && textB) return CompareTexts(a, op, b, anyCase);

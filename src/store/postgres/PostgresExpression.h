@@ -83,7 +83,7 @@ class PostgresExpressions {
   PostgresExpression ReadColumn(const std::string& first);
   PostgresExpression ReadIn(const PostgresExpression& left);
   PostgresExpression ReadLike(const PostgresExpression& left);
-  PostgresExpression Compare(const PostgresExpression& a, std::string op,
+  PostgresExpression Compare(const PostgresExpression& a, const std::string& op,
                              const PostgresExpression& b, bool anyCase = false);
   PostgresExpression CompareTexts(const PostgresExpression& a, const std::string& op,
                                   const PostgresExpression& b, bool anyCase);
