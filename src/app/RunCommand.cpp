@@ -8,6 +8,7 @@
 #include "app/BackgroundMeasuring.h"
 #include "app/Commands.h"
 #include "app/EndSignals.h"
+#include "app/LibraryKeeping.h"
 #include "app/RealStation.h"
 #include "app/RunDisplay.h"
 #include "app/RunEnd.h"
@@ -41,6 +42,7 @@ int RunOnAir(const AirOptions& options) {
   const bool first = HoldsNoBase(station);
   if (!OnAir::Form_Load(station)) return 1;
   if (first) GiveNewStationItsLanguage(station);
+  const LibraryKeeping libraryKeeping(station);  // ahead of the first request
   OnAir::Form_Activate(station, true);
   if (!station.engine.IsRunning) OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 

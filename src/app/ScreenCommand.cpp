@@ -13,6 +13,7 @@
 #include "app/EndSignals.h"
 #include "app/ErrorLine.h"
 #include "app/ForecastProcess.h"
+#include "app/LibraryKeeping.h"
 #include "app/OfficeDesks.h"
 #include "app/RealStation.h"
 #include "app/RunEnd.h"
@@ -128,6 +129,7 @@ int OpenScreen(const AirOptions& options) {
     return 1;
   }
   if (first) GiveNewStationItsLanguage(station);
+  const LibraryKeeping libraryKeeping(station);  // ahead of the first request
 
   machine.application.onException = [&station] { LogCurrentException(station, "FrmZemo"); };
 

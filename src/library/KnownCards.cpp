@@ -47,6 +47,7 @@ struct AboveCode {
 void KnownCards::Look(Database& db) {
   if (!notes_) {
     notes_ = db.NoteRows(kCardTable);
+    notes_->Clear();  // of what an earlier run knew the pages alone tell
     StartOver(db);
   } else if (notes_->All() || db.ForeignCounter() != foreign_ ||
              (!keepable_ && notes_->Count() > 0)) {
@@ -109,6 +110,28 @@ std::optional<CardSet> KnownCards::ListedAlready(Database& db) {
 std::optional<CardSet> KnownCards::LastRead() const {
   if (!readOnce_) return std::nullopt;
   return CardSet{{chunks_.begin(), chunks_.end()}, texts_};
+}
+
+std::optional<KnownLibrary> KnownCards::ListedWithPages(Database& db) {
+  auto cards = Listed(db);
+  if (!cards || pages_.empty()) return std::nullopt;
+  return KnownLibrary{std::move(*cards), pages_};
+}
+
+void KnownCards::LookAgain(Database& db) {
+  if (whole_ && !db.InTransaction()) StartOver(db);
+}
+
+void KnownCards::TakeUp(TakenLibrary library) {
+  if (readOnce_) return;
+  chunks_ = std::move(library.chunks);
+  texts_ = std::move(library.texts);
+  pages_ = std::move(library.pages);
+  odd_ = 0;
+  for (const auto& chunk : chunks_) odd_ += OddOf(chunk->begin(), chunk->end());
+  whole_ = false;
+  readOnce_ = true;
+  lastCode_ = kBelowAll;
 }
 
 bool KnownCards::ReadSlice(Database& db) {
@@ -211,7 +234,7 @@ void KnownCards::ReadAgain(Database& db, size_t most) {
 bool KnownCards::IsKnownPage(int64_t before, const TablePage& page) const {
   const auto known = std::lower_bound(
       pages_.begin(), pages_.end(), page.lastKey,
-      [](const KnownPage& other, int64_t lastKey) { return other.lastCode < lastKey; });
+      [](const CardsPage& other, int64_t lastKey) { return other.lastCode < lastKey; });
   if (known == pages_.end() || known->lastCode != page.lastKey || known->mark != page.mark)
     return false;
   return before == (known == pages_.begin() ? kBelowAll : std::prev(known)->lastCode);
@@ -220,7 +243,7 @@ bool KnownCards::IsKnownPage(int64_t before, const TablePage& page) const {
 // In place of those that were known up to its end.
 void KnownCards::TakePages(const Stretch& stretch) {
   if (stretch.pages.empty()) return pages_.clear();  // a gap would be taken for a page's own
-  const auto behind = [](int64_t code, const KnownPage& page) { return code < page.lastCode; };
+  const auto behind = [](int64_t code, const CardsPage& page) { return code < page.lastCode; };
   const auto begin = std::upper_bound(pages_.begin(), pages_.end(), lastCode_, behind);
   const auto end = std::upper_bound(begin, pages_.end(), stretch.end, behind);
   const bool same = static_cast<size_t>(end - begin) == stretch.pages.size();
@@ -236,7 +259,7 @@ void KnownCards::TakePages(const Stretch& stretch) {
 void KnownCards::Unmark(int64_t code) {
   const auto page = std::lower_bound(
       pages_.begin(), pages_.end(), code,
-      [](const KnownPage& other, int64_t wanted) { return other.lastCode < wanted; });
+      [](const CardsPage& other, int64_t wanted) { return other.lastCode < wanted; });
   if (page != pages_.end()) page->mark = {};
 }
 
@@ -337,14 +360,10 @@ void KnownCards::Insert(CardChunk cards) {
 
 // --- the station's ---
 
-namespace {
-
 KnownCards& CardsOf(Station& station) {
   if (!station.knownCards) station.knownCards = std::make_shared<KnownCards>();
   return *station.knownCards;
 }
-
-}  // namespace
 
 std::optional<CardSet> CardsNow(Station& station) {
   if (!station.base.IsOpen()) return std::nullopt;

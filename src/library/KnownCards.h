@@ -31,6 +31,27 @@ namespace zemo {
 
 struct Station;
 
+// The cards above one page's last code up to the next one's are as they were when that page had
+// this mark; one without a mark is nobody's.
+struct CardsPage {
+  int64_t lastCode;
+  PageMark mark;
+  bool operator==(const CardsPage&) const = default;
+};
+
+// The cards of one moment with their pages, in order of their codes, without gaps.
+struct KnownLibrary {
+  CardSet cards;
+  std::vector<CardsPage> pages;
+};
+
+// The same of an earlier run of the program.
+struct TakenLibrary {
+  std::vector<std::shared_ptr<CardChunk>> chunks;
+  std::shared_ptr<CardTexts> texts = std::make_shared<CardTexts>();
+  std::vector<CardsPage> pages;
+};
+
 // Thread: the logic's.
 class KnownCards {
  public:
@@ -48,9 +69,16 @@ class KnownCards {
   std::optional<CardSet> Listed(Database& db);
   // As Listed, for who has no time to read: none where a slice would have to be.
   std::optional<CardSet> ListedAlready(Database& db);
-  // All cards, each as it was read last, whatever others have written since; without a look at the
-  // base. None before the first pass.
+  // All cards, each as it was read last, in this run or an earlier one, whatever others have
+  // written since; without a look at the base. None before the first pass where none were taken up.
   std::optional<CardSet> LastRead() const;
+  // As Listed, with the pages; none where these cannot be told.
+  std::optional<KnownLibrary> ListedWithPages(Database& db);
+  // Looks at all pages again, so that they have marks behind own writes as well.
+  void LookAgain(Database& db);
+  // What an earlier run knew is what was known before the first pass: only the rows of those pages
+  // are read whose mark is another one. Nothing where this run has read by itself.
+  void TakeUp(TakenLibrary library);
   // Reads on where something is not known; true: something is left to be read. Throws StoreError;
   // what was read stays, and it can be called again.
   bool ReadSlice(Database& db);
@@ -63,14 +91,10 @@ class KnownCards {
   struct Range {
     int64_t from, to;
   };
-  struct KnownPage {
-    int64_t lastCode;
-    PageMark mark;
-  };
   // What a slice of the pass goes over.
   struct Stretch {
     int64_t end = 0;               // up to this code
-    std::vector<KnownPage> pages;  // as they are now
+    std::vector<CardsPage> pages;  // as they are now
     std::vector<Range> others;     // whose cards are to be read
   };
   struct Reading {
@@ -104,9 +128,8 @@ class KnownCards {
   // known before.
   std::vector<std::shared_ptr<CardChunk>> chunks_;
   int64_t lastCode_ = std::numeric_limits<int64_t>::min();
-  // The cards above one page's last code up to the next one's are as they were when that page had
-  // this mark. In order of their codes; without gaps up to `lastCode_`.
-  std::vector<KnownPage> pages_;
+  // In order of their codes; without gaps up to `lastCode_`.
+  std::vector<CardsPage> pages_;
   int odd_ = 0;  // cards that only the base can judge
   std::shared_ptr<CardTexts> texts_ = std::make_shared<CardTexts>();
   size_t textsAtFirst_ = 0;  // bytes of texts_ at the end of its first pass
@@ -114,6 +137,7 @@ class KnownCards {
 
 // The station's own, from the first asking on. Throws nothing: a base that cannot be read is one of
 // which nothing is known.
+KnownCards& CardsOf(Station& station);
 std::optional<CardSet> CardsNow(Station& station);
 std::optional<CardSet> CardsToList(Station& station);            // KnownCards::Listed
 std::optional<CardSet> CardsListedAlready(Station& station);     // KnownCards::ListedAlready

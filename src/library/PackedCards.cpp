@@ -5,6 +5,7 @@
 #include <cstring>
 #include <utility>
 
+#include "library/KeptBytes.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
 #include "store/RowView.h"
@@ -55,6 +56,12 @@ void AddToKey(std::string& key, std::string_view text) {
   key += text;
 }
 
+template <typename MaskOf>
+void MakeHoursKey(std::string& key, MaskOf maskOf) {
+  key.clear();
+  for (int day = 0; day < kHourMasks; ++day) AddToKey(key, maskOf(day));
+}
+
 }  // namespace
 
 uint32_t SharedTexts::Number(std::string_view text) {
@@ -89,7 +96,8 @@ PackedCard CardTexts::Pack(const RowView& row, const PackedCard* before, int wee
   card.exitMs = NumberOrNull(row, kCardExit);
   card.introSec = NumberOrNull(row, kCardIntro);
   card.artist = ArtistNumber(CutText(row, kCardArtist), card.code);
-  card.genre = GenreNumber(row);
+  card.genre =
+      GenreNumber(CutText(row, kCardGenre), row.IsText(kCardGenre), row.IsNull(kCardGenre));
   card.odd = row.Text(kCardGenre).size() > PackedCard::kMostBytes;
   card.variety = varieties_.Number(CutText(row, kCardVariety));
   card.days = DaysNumber(CutText(row, kCardFirstDay), CutText(row, kCardLastDay));
@@ -162,14 +170,13 @@ uint32_t CardTexts::ArtistNumber(std::string_view spelling, int32_t code) {
     return known->second;
   }
   std::string capitals = UpperLatin(name);
-  artists_.push_back({std::string(spelling), std::move(name), std::move(capitals)});
+  artists_.push_back(
+      {std::string(spelling), std::move(name), std::move(capitals), nameless ? code : 0});
   if (!nameless) artistsByName_.emplace(artists_.back().spelling, number);
   return number;
 }
 
-uint32_t CardTexts::GenreNumber(const RowView& row) {
-  const bool isText = row.IsText(kCardGenre), isNull = row.IsNull(kCardGenre);
-  const std::string_view text = CutText(row, kCardGenre);
+uint32_t CardTexts::GenreNumber(std::string_view text, bool isText, bool isNull) {
   key_.assign(isText ? "t" : isNull ? "n" : "b").append(text);
   const auto [known, fresh] =
       genreNumbers_.try_emplace(key_, static_cast<uint32_t>(genres_.size()));
@@ -191,15 +198,21 @@ uint32_t CardTexts::DaysNumber(std::string_view first, std::string_view last) {
 uint32_t CardTexts::HoursNumber(const RowView& row, int weekday) {
   Hours masks;
   if (weekday > 0) masks[static_cast<size_t>(weekday - 1)] = CutText(row, kCardHours);
-  key_.clear();
-  for (int day = 0; day < kHourMasks && weekday == 0; ++day)
-    AddToKey(key_, CutText(row, kCardHours + day));
-  if (weekday > 0) key_ = masks[static_cast<size_t>(weekday - 1)];
-  const auto [known, fresh] = hoursNumbers_.try_emplace(key_, static_cast<uint32_t>(hours_.size()));
-  if (!fresh) return known->second;
+  if (weekday > 0)
+    key_ = masks[static_cast<size_t>(weekday - 1)];
+  else
+    MakeHoursKey(key_, [&row](int day) { return CutText(row, kCardHours + day); });
+  if (const auto known = hoursNumbers_.find(key_); known != hoursNumbers_.end())
+    return known->second;
   for (int day = 0; day < kHourMasks && weekday == 0; ++day)
     masks[static_cast<size_t>(day)] = CutText(row, kCardHours + day);
-  hours_.push_back(std::move(masks));
+  return AddHours(std::move(masks));
+}
+
+// Of a key_ that is there already: its number.
+uint32_t CardTexts::AddHours(Hours masks) {
+  const auto [known, fresh] = hoursNumbers_.try_emplace(key_, static_cast<uint32_t>(hours_.size()));
+  if (fresh) hours_.push_back(std::move(masks));
   return known->second;
 }
 
@@ -214,18 +227,103 @@ void CardTexts::KeepTexts(PackedCard& card, std::string_view title, std::string_
   }
   const uint32_t oddRow = oddRows_.Count() - 1;  // put there just now
   const size_t size = title.size() + file.size() + (card.oddCells ? sizeof oddRow : 0);
-  if (blockSize_ - blockUsed_ < size || blocks_.empty()) {
-    blockSize_ = std::max(kTextBlockBytes, size);
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(blockSize_));
-    blockUsed_ = 0;
-  }
-  char* const begin = blocks_.back().get() + blockUsed_;
+  char* const begin = Room(size);
   char* const end =
       std::copy(file.begin(), file.end(), std::copy(title.begin(), title.end(), begin));
   if (card.oddCells) std::memcpy(end, &oddRow, sizeof oddRow);
-  blockUsed_ += size;
-  blockBytes_ += size;
   card.texts = begin;
+}
+
+char* CardTexts::Room(size_t bytes) {
+  if (blockSize_ - blockUsed_ < bytes || blocks_.empty()) {
+    blockSize_ = std::max(kTextBlockBytes, bytes);
+    blocks_.push_back(std::make_unique_for_overwrite<char[]>(blockSize_));
+    blockUsed_ = 0;
+  }
+  char* const room = blocks_.back().get() + blockUsed_;
+  blockUsed_ += bytes;
+  blockBytes_ += bytes;
+  return room;
+}
+
+// --- kept in a file ---
+
+void CardTexts::WriteShared(std::string& bytes) const {
+  const auto count = [&bytes](size_t texts) { AddNumber(bytes, static_cast<uint32_t>(texts)); };
+  const auto texts = [&](const SharedTexts& shared) {
+    count(shared.Count());
+    for (uint32_t number = 0; number < shared.Count(); ++number)
+      AddText(bytes, shared.Text(number));
+  };
+  count(artists_.size());
+  for (const Artist& artist : artists_) {
+    AddText(bytes, artist.spelling);
+    AddNumber(bytes, artist.namelessCode);
+  }
+  count(genres_.size());
+  for (const Genre& genre : genres_) {
+    AddText(bytes, genre.text);
+    AddNumber(bytes, static_cast<uint8_t>(genre.isText));
+    AddNumber(bytes, static_cast<uint8_t>(genre.isNull));
+  }
+  count(days_.size());
+  for (const Days& days : days_) {
+    AddText(bytes, days.first);
+    AddText(bytes, days.last);
+  }
+  count(hours_.size());
+  for (const Hours& hours : hours_)
+    for (const std::string& mask : hours) AddText(bytes, mask);
+  texts(varieties_);
+  texts(others_);
+}
+
+// As they were numbered: a text that stands there twice is not what was written.
+void CardTexts::ReadShared(ByteReader& bytes) {
+  const auto each = [&bytes](auto numberOfNext) {
+    const auto count = bytes.Take<uint32_t>();
+    for (uint32_t number = 0; number < count; ++number)
+      if (numberOfNext() != number) throw OddBytes();
+  };
+  each([&] {
+    const std::string_view spelling = bytes.Text();
+    return ArtistNumber(spelling, bytes.Take<int32_t>());
+  });
+  each([&] {
+    const std::string_view text = bytes.Text();
+    const bool isText = bytes.Take<uint8_t>() != 0;
+    return GenreNumber(text, isText, bytes.Take<uint8_t>() != 0);
+  });
+  each([&] {
+    const std::string_view first = bytes.Text();
+    return DaysNumber(first, bytes.Text());
+  });
+  each([&] {
+    Hours masks;
+    for (std::string& mask : masks) mask = bytes.Text();
+    MakeHoursKey(key_, [&masks](int day) { return masks[static_cast<size_t>(day)]; });
+    return AddHours(std::move(masks));
+  });
+  each([&] { return varieties_.Number(bytes.Text()); });
+  each([&] { return others_.Number(bytes.Text()); });
+}
+
+// Ahead of the last block, which is not full yet.
+const char* CardTexts::TakeTexts(std::string_view texts) {
+  auto block = std::make_unique_for_overwrite<char[]>(texts.size());
+  std::copy(texts.begin(), texts.end(), block.get());
+  blockBytes_ += texts.size();
+  return blocks_.insert(blocks_.begin(), std::move(block))->get();
+}
+
+bool CardTexts::HasTextsOf(const PackedCard& card) const {
+  const auto hasText = [this](uint32_t broadcast) {
+    return !(broadcast & PackedCard::kOtherText) ||
+           (broadcast & ~PackedCard::kOtherText) < others_.Count();
+  };
+  return card.artist < artists_.size() && card.genre < genres_.size() && card.days < days_.size() &&
+         card.hours < hours_.size() && card.variety < varieties_.Count() &&
+         std::all_of(card.broadcasts.begin(), card.broadcasts.end(), hasText);
 }
 
 // The new ones are sorted among themselves, and come to their places from the last one on.

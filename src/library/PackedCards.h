@@ -21,6 +21,7 @@
 
 namespace zemo {
 
+class ByteReader;
 class RowView;
 
 inline constexpr int kHourMasks = 7;  // TRANCHE01 to 07, Monday first
@@ -68,6 +69,7 @@ class CardTexts {
     std::string spelling;  // as stored
     std::string listed;    // trimmed; "Code n" without one, and then of one card alone
     std::string capitals;  // of `listed`
+    int32_t namelessCode;  // n of "Code n"; 0 with a name
   };
   struct Genre {
     std::string text;
@@ -100,11 +102,22 @@ class CardTexts {
   // Of titles, files and the cells of odd rows, those in use no more included.
   size_t Bytes() const { return blockBytes_ + oddRows_.Bytes(); }
 
+  // For who keeps cards in a file: all texts but titles, files and the cells of odd rows, which
+  // stand in another CardTexts under the same numbers again. Throws OddBytes.
+  void WriteShared(std::string& bytes) const;
+  void ReadShared(ByteReader& bytes);  // into one without texts
+  // Titles and files of cards that come from elsewhere; they stay where they are put here.
+  const char* TakeTexts(std::string_view texts);
+  // The card names nothing that is not here.
+  bool HasTextsOf(const PackedCard& card) const;
+
  private:
   uint32_t ArtistNumber(std::string_view spelling, int32_t code);
-  uint32_t GenreNumber(const RowView& row);
+  uint32_t GenreNumber(std::string_view text, bool isText, bool isNull);
   uint32_t DaysNumber(std::string_view first, std::string_view last);
   uint32_t HoursNumber(const RowView& row, int weekday);
+  uint32_t AddHours(Hours masks);
+  char* Room(size_t bytes);
   static bool HasOddCells(const RowView& row, const PackedCard& card);
   void KeepOddCells(const RowView& row, const PackedCard& card);
   void KeepTexts(PackedCard& card, std::string_view title, std::string_view file,

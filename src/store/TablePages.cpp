@@ -54,23 +54,6 @@ uint64_t Stirred(uint64_t number) {
   return number ^ number >> 32;
 }
 
-// Four lanes, so that the processor need not wait for one of them. A page is a multiple of 32
-// bytes.
-void AddToMark(PageMark& mark, const Page& page) {
-  std::array<uint64_t, 4> lanes{mark[0], mark[1], ~mark[0], ~mark[1]};
-  for (size_t at = 0; at + sizeof lanes <= page.size(); at += sizeof lanes) {
-    std::array<uint64_t, 4> words;
-    std::memcpy(words.data(), page.data() + at, sizeof words);
-    for (size_t lane = 0; lane < lanes.size(); ++lane) {
-      const uint64_t mixed = (lanes[lane] ^ words[lane]) * kFirst;
-      lanes[lane] = (mixed << 27 | mixed >> 37) + kSecond;
-    }
-  }
-  mark = {kSecond, kFirst};
-  for (const uint64_t lane : lanes)
-    mark = {Stirred(mark[0] ^ lane), Stirred(mark[1] + (lane ^ kSecond))};
-}
-
 // While a read lock is held.
 class Walk {
  public:
@@ -121,10 +104,14 @@ class Walk {
     return ReadBytes(int64_t{number - 1} * pageBytes_, pageBytes_);
   }
 
+  static std::string_view Bytes(const Page& page) {
+    return {reinterpret_cast<const char*>(page.data()), page.size()};
+  }
+
   bool Leaf(const Page& page, size_t head, int64_t lastKey) {
     const uint32_t cells = Big(page, head + 3, 2);
     PageMark mark{structure_, 0};  // by which the same bytes may read otherwise
-    AddToMark(mark, page);
+    AddToMark(mark, Bytes(page));
     for (uint32_t cell = 0; cell < cells; ++cell)
       AddOverflow(page, Big(page, head + kLeafCells + size_t{2} * cell, 2), mark);
     return take_({lastKey, static_cast<int>(cells), mark});
@@ -143,7 +130,7 @@ class Walk {
     uint32_t next = Big(page, at + static_cast<size_t>(here), 4);
     for (int64_t left = payload - here; left > 0; left -= usable_ - 4) {
       const Page more = ReadPage(next);
-      AddToMark(mark, more);
+      AddToMark(mark, Bytes(more));
       next = Big(more, 0, 4);
     }
   }
@@ -157,6 +144,22 @@ class Walk {
 };
 
 }  // namespace
+
+// Four lanes, so that the processor need not wait for one of them.
+void AddToMark(PageMark& mark, std::string_view bytes) {
+  std::array<uint64_t, 4> lanes{mark[0], mark[1], ~mark[0], ~mark[1]};
+  for (size_t at = 0; at + sizeof lanes <= bytes.size(); at += sizeof lanes) {
+    std::array<uint64_t, 4> words;
+    std::memcpy(words.data(), bytes.data() + at, sizeof words);
+    for (size_t lane = 0; lane < lanes.size(); ++lane) {
+      const uint64_t mixed = (lanes[lane] ^ words[lane]) * kFirst;
+      lanes[lane] = (mixed << 27 | mixed >> 37) + kSecond;
+    }
+  }
+  mark = {kSecond, kFirst};
+  for (const uint64_t lane : lanes)
+    mark = {Stirred(mark[0] ^ lane), Stirred(mark[1] + (lane ^ kSecond))};
+}
 
 bool ReadTablePages(Connection& connection, std::string_view table, int64_t afterKey,
                     const Database::TakePage& take) {

@@ -22,6 +22,9 @@ class Connection;
 // same ones comes to pass no sooner than that memory gives back what was never written to it.
 using PageMark = std::array<uint64_t, 2>;
 
+// Further bytes go into a mark, multiples of 32.
+void AddToMark(PageMark& mark, std::string_view bytes);
+
 struct TablePage {
   int64_t lastKey;  // the page holds all rows above the last key of the page before, up to this
   int rows;
