@@ -143,6 +143,7 @@ std::optional<MpegLayout> LayOutMpeg(FileBytes& file, ByteSpan within) {
   if (CanTrust(layout, begin)) {
     layout.spans = {layout.area};
     layout.frames = *layout.info->frames;
+    if (layout.info->constantRate) layout.leastBytes = static_cast<int>(layout.first.MeanBytes());
   } else {
     ScanMpeg(file, layout);
   }
@@ -162,6 +163,8 @@ void ScanMpeg(FileBytes& file, MpegLayout& layout) {
       if (at + header->bytes > end) return;  // the last frame is cut
       if (layout.spans.empty() || layout.spans.back().end != at) layout.spans.push_back({at, at});
       layout.spans.back().end = at += header->bytes;
+      layout.leastBytes =
+          layout.frames == 0 ? header->bytes : std::min(layout.leastBytes, header->bytes);
       ++layout.frames;
       continue;
     }

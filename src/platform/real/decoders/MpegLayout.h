@@ -18,6 +18,8 @@ struct MpegLayout {
   std::optional<MpegInfo> info;
   int64_t frames = 0;    // MPEG frames in `spans`
   bool scanned = false;  // false: taken on trust from the information frame
+  // No frame is shorter, as far as one can know without looking at all; 0: that is not known.
+  int leastBytes = 0;
 
   // In frames of sound at first.rate, as the decoder counts them.
   int64_t SoundBegin() const;  // behind decoder and encoder delay, 0 where none is stated

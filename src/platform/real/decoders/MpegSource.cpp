@@ -9,11 +9,20 @@ namespace {
 
 constexpr size_t kFrameBytes = 2 * sizeof(float);
 
-// Frames decoded ahead of a seek target, so that the bit reservoir (511 bytes back in MPEG-1, 255
-// in MPEG-2) and the filters are as in reading from the start. By the smallest frames there are: 60
-// bytes of sound data at 32 kbit/s, 3 bytes at 8 kbit/s.
-constexpr long kPreFramesMpeg1 = 12;
-constexpr long kPreFramesMpeg2 = 90;
+// Frames decoded ahead of a seek target, so that the filters and the bit reservoir are as in
+// reading from the start: the frame that the target's filter goes back to, the one that its overlap
+// goes back to, and those whose bytes these begin in. One more to spare.
+long PreFrames(const MpegLayout& layout) {
+  constexpr int kFilterFrames = 3;
+  const bool mpeg1 = layout.first.version == MpegVersion::kMpeg1;
+  // The reservoir in bytes; what of a frame is no sound data: header, check sum, side information;
+  // sound data of the smallest frames there are, at 32 and 8 kbit/s.
+  const int reservoir = mpeg1 ? 511 : 255;
+  const int head = 4 + 2 + (mpeg1 ? 32 : 17);
+  const int smallest = mpeg1 ? 60 : 3;
+  const int data = std::max(smallest, layout.leastBytes - head);
+  return (reservoir + data - 1) / data + kFilterFrames;
+}
 
 }  // namespace
 
@@ -34,14 +43,13 @@ bool MpegSource::OpenDecoder() {
   decoder_.reset(mpg123_new(nullptr, nullptr));
   if (!decoder_) return false;
   mpg123_handle* mh = decoder_.get();
-  const bool mpeg1 = layout_.first.version == MpegVersion::kMpeg1;
   // Delay and padding are ours to take off: the decoder would keep both where frames are missing.
   mpg123_param(mh, MPG123_REMOVE_FLAGS, MPG123_GAPLESS | MPG123_AUTO_RESAMPLE | MPG123_FUZZY, 0);
   mpg123_param(mh, MPG123_ADD_FLAGS,
                MPG123_QUIET | MPG123_FORCE_FLOAT | MPG123_FORCE_STEREO | MPG123_SKIP_ID3V2 |
                    MPG123_IGNORE_INFOFRAME | MPG123_NO_READAHEAD,
                0);
-  mpg123_param(mh, MPG123_PREFRAMES, mpeg1 ? kPreFramesMpeg1 : kPreFramesMpeg2, 0);
+  mpg123_param(mh, MPG123_PREFRAMES, PreFrames(layout_), 0);
   mpg123_format_none(mh);
   // All rates: a false header of another one would make the decoder complain on standard error.
   return mpg123_format2(mh, 0, MPG123_STEREO, MPG123_ENC_FLOAT_32) == MPG123_OK &&
