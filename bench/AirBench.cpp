@@ -68,9 +68,9 @@ void Air(const std::string& folder, int seconds, const char* run) {
       machine.Parts(), [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); });
   if (!zemo::OnAir::Form_Load(real.station)) std::abort();
   zemo::OnAir::Form_Activate(real.station, true);
-  zemo::bench::AirWatch watch(real);
-  real.station.events.SetSink(&watch);
   zemo::OnAir::Toolbar_ButtonClick(real.station, zemo::Toolbar::kStart);
+  zemo::bench::AirWatch watch(real);  // from behind the start's request, ahead of the first tick
+  real.station.events.SetSink(&watch);
   const auto end = real.loop.MakeTimer(seconds * 1000, [&] { real.loop.Quit(); });
   end->SetEnabled(true);
   int looks = 0, known = 0;

@@ -50,7 +50,7 @@ namespace zemo {
 namespace {
 
 constexpr int64_t kBaseLookMs = 2000, kMostBasePauseMs = 60000;
-constexpr int64_t kLibraryLookMs = 1000;
+constexpr int64_t kLibraryLookMs = 200;
 constexpr int kSlicesATick = 3;  // of some 3 ms each
 constexpr double kAwayFromExitMs = 1000;
 constexpr double kNearExitMs = 300;  // this tick starts the next element, or one of the next two
