@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,8 +14,8 @@
 #include "store/Database.h"
 #include "store/SqlText.h"
 #include "store/StationBase.h"
-#include "store/StoreError.h"
 #include "store/TableDefs.h"
+#include "store/tests/StoreAnswers.h"
 
 namespace zemo {
 
@@ -68,28 +67,6 @@ class OtherProgram {
   sqlite3* database_ = nullptr;
 };
 
-// The number of the StoreError that `action` throws, 0 for none; its text goes to `text`.
-inline int ErrorOf(const std::function<void()>& action, std::string* text = nullptr) {
-  try {
-    action();
-  } catch (const StoreError& error) {
-    if (text) *text = error.what();
-    EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos) << error.what();
-    return error.Number();
-  }
-  return 0;
-}
-
-// The named field of all rows of a query, in their order, Null as "NULL".
-inline std::vector<std::string> Column(Recordset& rows, const std::string& field) {
-  std::vector<std::string> values;
-  for (; !rows.Eof(); rows.MoveNext()) {
-    const Value value = rows.Field(field);
-    values.push_back(IsNull(value) ? "NULL" : AsText(value));
-  }
-  return values;
-}
-
 class StoreTest : public testing::Test {
  protected:
   StoreTest() {
@@ -137,9 +114,9 @@ class OpenBaseTest : public StoreTest {
 
   Database& Db() { return base->Db(); }
   std::unique_ptr<Recordset> Query(const std::string& sql) { return Db().OpenRecordset(sql); }
-  std::vector<std::string> Column(const std::string& sql, const std::string& field) {
+  Strings Column(const std::string& sql, const std::string& field) {
     const auto rows = Query(sql);
-    return zemo::Column(*rows, field);
+    return ColumnOf(*rows, field);
   }
   void AddCard(const std::string& artist, const std::string& genre = "ROCK") {
     Db().Execute("INSERT INTO Discotheque(AUTEUR, GENRE) VALUES('" + SqlQuoted(artist) + "','" +
@@ -148,7 +125,5 @@ class OpenBaseTest : public StoreTest {
 
   std::unique_ptr<StationBase> base;
 };
-
-using Strings = std::vector<std::string>;
 
 }  // namespace zemo

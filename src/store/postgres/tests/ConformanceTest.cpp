@@ -314,14 +314,20 @@ TEST_P(Counters, ForeignIsWhatOthersStoredWhenItIsStored) {
 
 // --- Notes of rows ---
 
-TEST_P(NotedRows, AreThoseThatAreMadeChangedAndDeletedHere) {
+TEST_P(NotedRows, AreAllAtFirst) {
   EXPECT_TRUE(Db().NoteRows("Discotheque")->All());
+}
+
+TEST_P(NotedRows, AreThoseThatAreMadeChangedAndDeletedHere) {
   AddCard("D");
   Db().Execute("UPDATE Discotheque SET AUTEUR = 'X' WHERE CODE = 2");
   Db().Execute("UPDATE Discotheque SET TITRE = 'Y' WHERE CODE = 2");
   Db().Execute("DELETE * FROM Discotheque WHERE CODE = 1");
   EXPECT_EQ(Taken(), (Codes{1, 2, 4}));
   EXPECT_EQ(Taken(), Codes{});
+}
+
+TEST_P(NotedRows, AreNoneOfOtherTablesAndOtherPrograms) {
   Db().Execute("UPDATE Toph SET SURIMPRESSION = 1 WHERE CODE = 1");
   Other().Do("UPDATE Discotheque SET AUTEUR = 'X'");
   EXPECT_EQ(Taken(), Codes{});
@@ -349,8 +355,10 @@ TEST_P(NotedRows, WhoseKeyMovesAreReadAgain) {
 
 TEST_P(NotedRows, ThatAreTakenBackStayNoted) {
   Db().BeginTrans();
+  EXPECT_TRUE(Db().InTransaction());
   AddCard("D");
   Db().RollbackTrans();
+  EXPECT_FALSE(Db().InTransaction());
   EXPECT_EQ(Taken(), Codes{4});
 }
 
