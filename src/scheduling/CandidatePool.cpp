@@ -351,9 +351,9 @@ namespace {
 
 std::optional<OnAirElement> AskForLongestRested(Station& station, const CardsWanted& wanted,
                                                 int64_t aboveMs) {
-  BoundQuery query{"Select * From Discotheque Where " + QueryOf(wanted).text + " And DUREE > ?",
-                   QueryOf(wanted).values};
-  query.Add(" ORDER BY Lastdiff ASC", {aboveMs});
+  BoundQuery query{"Select * From Discotheque Where "};
+  query.Add(QueryOf(wanted));
+  query.Add(" And DUREE > ? ORDER BY Lastdiff ASC", {aboveMs});
   const auto titles = station.base.Db().OpenRecordset(query.text, query.values);
   return titles->Eof() ? std::nullopt : std::optional(MusicRow(*titles));
 }
