@@ -44,11 +44,6 @@ Keyed<int> SortedPool(const CandidateCards& cards, const Pool& pool, KeyOf keyOf
 
 // --- the query's conditions, asked of packed cards ---
 
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 // What is none is left to the base, which tells so.
 bool IsQuery(const CardsWanted& wanted) {
   return !wanted.genres.empty() &&
