@@ -38,6 +38,11 @@ inline Strings ColumnOf(Recordset& rows, const std::string& field) {
   return values;
 }
 
+// The one row; where there is another number of them, how many.
+inline std::string OnlyOf(const Strings& rows) {
+  return rows.size() == 1 ? rows[0] : std::to_string(rows.size()) + " rows";
+}
+
 // The first column of a query's rows as texts, a blank behind each; or the error.
 inline std::string AnswerOf(Database& base, std::string_view sql, const Values& values = {}) {
   std::string answer;

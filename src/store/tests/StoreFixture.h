@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "store/Database.h"
 #include "store/SqlText.h"
@@ -41,14 +40,14 @@ class OtherProgram {
   void Do(const std::string& sql) { EXPECT_EQ(Try(sql), "") << sql; }
 
   // The rows, fields joined by '|', Null as "NULL".
-  std::vector<std::string> Rows(const std::string& sql) {
-    std::vector<std::string> rows;
+  Strings Rows(const std::string& sql) {
+    Strings rows;
     const auto add = [](void* into, int count, char** values, char**) {
       std::string row;
       for (int i = 0; i < count; ++i) {
         row += (i == 0 ? "" : "|") + std::string(values[i] ? values[i] : "NULL");
       }
-      static_cast<std::vector<std::string>*>(into)->push_back(row);
+      static_cast<Strings*>(into)->push_back(row);
       return 0;
     };
     char* message = nullptr;
@@ -58,10 +57,7 @@ class OtherProgram {
     sqlite3_free(message);
     return rows;
   }
-  std::string One(const std::string& sql) {
-    const auto rows = Rows(sql);
-    return rows.size() == 1 ? rows[0] : std::to_string(rows.size()) + " rows";
-  }
+  std::string One(const std::string& sql) { return OnlyOf(Rows(sql)); }
 
  private:
   sqlite3* database_ = nullptr;

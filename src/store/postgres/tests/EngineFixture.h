@@ -55,10 +55,7 @@ class OtherStation {
     }
     return rows;
   }
-  std::string One(const std::string& sql) {
-    const auto rows = Rows(sql);
-    return rows.size() == 1 ? rows[0] : std::to_string(rows.size()) + " rows";
-  }
+  std::string One(const std::string& sql) { return OnlyOf(Rows(sql)); }
 
  private:
   std::unique_ptr<Database> base_;
