@@ -21,6 +21,7 @@
 
 #include "BigLibrary.h"
 #include "Figures.h"
+#include "WholeBase.h"
 #include "engine/MainTick.h"
 #include "library/KnownCards.h"
 #include "scheduling/LibrarySearch.h"
@@ -58,18 +59,11 @@ std::string ReportSql(int rows) {
          std::to_string(kRowsADay) + ".0 FROM n";
 }
 
-void MakeBase(zemo::StationBase& base) {
-  base.OpenOrCreateDatabase();
-  base.CreateMissingTables([](const std::string&, int, const std::string&) { std::abort(); });
-  base.OpenAllTables();
-  base.SeedFixedRows();
-  base.Close();
-}
-
 std::unique_ptr<TestStation> MakeStation(int cards, int years) {
   auto on = std::make_unique<TestStation>("2026-11-21 12:00:30");
   on->localValues.Set("LastCompactage", "21/11/2026 04:00:00");
-  MakeBase(on->station.base);
+  zemo::bench::OpenWhole(on->station.base);
+  on->station.base.Close();
   on->Sql(zemo::bench::CardsSql(cards));
   for (const std::string& statement : zemo::bench::ModelsSql()) on->Sql(statement);
   std::string first;
