@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "EventMembers.h"
 #include "app/RealStation.h"
+#include "station/EngineEvents.h"
 
 namespace zemo::bench {
 
@@ -27,7 +27,7 @@ class AirWatch : public EventSink {
     if (event.name == "start") {
       NoteStart(event);
     } else if (event.name == "onair") {
-      exitMs_ = NumberOf(event, "mix_ms");
+      exitMs_ = event.Number("mix_ms");
       exitKnown_ = true;
       onAirMs_ = real_.clock.MonotonicMs();
     } else if (event.name == "end") {
@@ -36,10 +36,10 @@ class AirWatch : public EventSink {
       ++skipped_;
     } else if (event.name == "request") {
       ++requests_;
-      refused_ = NumberOf(event, "refused");
+      refused_ = event.Number("refused");
     } else if (event.name == "error") {
-      std::fprintf(stderr, "%s\n", TextOf(event, "text").c_str());
-      ++errors_[TextOf(event, "where") + ": " + TextOf(event, "text")];
+      std::fprintf(stderr, "%s\n", event.Text("text").c_str());
+      ++errors_[event.Text("where") + ": " + event.Text("text")];
     }
   }
 
@@ -91,12 +91,12 @@ class AirWatch : public EventSink {
   // nothing. An element that is over before its predecessor is was never told to be on air, and its
   // exit point is not known.
   void NoteStart(const Event& event) {
-    const int64_t slot = NumberOf(event, "slot");
+    const int64_t slot = event.Number("slot");
     if (slot > 1) return;
     const SoundChain& sound = *real_.sound;
     const int old = slot == 0 ? 1 : 0;
     silenceMs_ = std::max(silenceMs_, SilentFor());
-    const std::string title = TextOf(event, "title");
+    const std::string title = event.Text("title");
     if (lengthMs_ > 0 && !exitKnown_)
       ++unmeasured_;
     else if (lengthMs_ > 0 && sound.Sounds(old))
@@ -105,8 +105,8 @@ class AirWatch : public EventSink {
       NoteLate(BehindOverlap(exitMs_ + SilentFor()), title);
     else if (lengthMs_ > 0)
       ++afterSilence_;
-    lengthMs_ = NumberOf(event, "length_ms");
-    endMs_ = real_.clock.MonotonicMs() + lengthMs_ - NumberOf(event, "position_ms");
+    lengthMs_ = event.Number("length_ms");
+    endMs_ = real_.clock.MonotonicMs() + lengthMs_ - event.Number("position_ms");
     exitKnown_ = false;
     skipped_ = 0;
   }

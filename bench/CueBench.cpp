@@ -5,7 +5,6 @@
 // turns each, in turn. Usage: CueBench [TITLES_OF_A_KIND]
 #include <ebur128.h>
 #include <sndfile.h>
-#include <time.h>
 
 #include <algorithm>
 #include <array>
@@ -19,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "Figures.h"
 #include "platform/real/analysis/LoudnessMeter.h"
 #include "platform/real/analysis/SoundAnalyser.h"
 #include "platform/real/analysis/TruePeakMeter.h"
@@ -86,18 +86,6 @@ void MeasureCorpus(int titles) {
 
 // --- What it costs ---
 
-double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-double SecondsOf(const std::function<void()>& work) {
-  const double begin = ThreadSeconds();
-  work();
-  return ThreadSeconds() - begin;
-}
-
 using Consumer = std::function<void(const float*, int)>;
 
 void Decode(const std::string& path, const Consumer& consume) {
@@ -156,7 +144,7 @@ void DecodeWithLibrary(const std::string& path, int mode) {
 // Of a file: decoding alone, with each of the meters, and the whole measuring.
 void MeasureCost(const std::string& path, const char* what) {
   constexpr size_t kWorks = 7;
-  std::array<double, kWorks> best;
+  std::array<double, kWorks> best;  // ms
   best.fill(std::numeric_limits<double>::infinity());
   const std::array<std::function<void()>, kWorks> works = {
       [&] { Decode(path, [](const float*, int) {}); },
@@ -179,12 +167,12 @@ void MeasureCost(const std::string& path, const char* what) {
       [&] { DecodeWithLibrary(path, EBUR128_MODE_I); },
       [&] { DecodeWithLibrary(path, EBUR128_MODE_I | EBUR128_MODE_TRUE_PEAK); }};
   for (int turn = 0; turn < 7; ++turn) {
-    for (size_t i = 0; i < works.size(); ++i) best[i] = std::min(best[i], SecondsOf(works[i]));
+    for (size_t i = 0; i < works.size(); ++i)
+      best[i] = std::min(best[i], bench::WorkedMsOf(works[i]));
   }
-  std::printf("%-14s %8.1f %8.1f %8.1f %8.1f %8.1f %8.2f %10.1f %10.1f\n", what, 1000 * best[0],
-              1000 * (best[1] - best[0]), 1000 * (best[2] - best[0]), 1000 * (best[3] - best[0]),
-              1000 * best[4], best[4] / best[0], 1000 * (best[5] - best[0]),
-              1000 * (best[6] - best[0]));
+  std::printf("%-14s %8.1f %8.1f %8.1f %8.1f %8.1f %8.2f %10.1f %10.1f\n", what, best[0],
+              best[1] - best[0], best[2] - best[0], best[3] - best[0], best[4], best[4] / best[0],
+              best[5] - best[0], best[6] - best[0]);
 }
 
 void MeasureCosts() {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <fstream>
 #include <map>
 #include <string>
@@ -26,6 +27,26 @@ inline double ProcessorSeconds(int who) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
   };
   return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
+// What a clock of the system shows; 0 where it cannot be asked.
+inline double SecondsOn(clockid_t clock) {
+  timespec now{};
+  clock_gettime(clock, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+// Of this thread's own time: what else the machine is at has no part in it.
+inline double WorkedMs() {
+  return 1e3 * SecondsOn(CLOCK_THREAD_CPUTIME_ID);
+}
+
+// What `work` takes of it.
+template <typename Work>
+double WorkedMsOf(const Work& work) {
+  const double begin = WorkedMs();
+  work();
+  return WorkedMs() - begin;
 }
 
 inline void TellMemory(const std::vector<double>& mb) {

@@ -15,12 +15,13 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "BigLibrary.h"
+#include "Figures.h"
+#include "WholeBase.h"
 #include "engine/MainTick.h"
 #include "library/KnownCards.h"
 #include "scheduling/LibrarySearch.h"
@@ -29,6 +30,8 @@
 
 namespace {
 
+using zemo::bench::WorkedMs;
+using zemo::bench::WorkedMsOf;
 using zemo::test::TestStation;
 
 constexpr int kRowsADay = 500, kDaysAYear = 365;
@@ -38,20 +41,6 @@ constexpr int64_t kTitleMs = 180000, kHourMs = 3600000, kTickMs = 100;
 constexpr const char* kCosts[] = {"start", "request", "search", "tick us", "element", "hour"};
 constexpr size_t kCostCount = std::size(kCosts);
 using Costs = std::vector<double>;
-
-// Of this thread's own time: what else the machine is at has no part in it.
-double WorkedMs() {
-  timespec worked{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &worked);
-  return static_cast<double>(worked.tv_sec) * 1e3 + static_cast<double>(worked.tv_nsec) / 1e6;
-}
-
-template <typename Work>
-double MsOf(Work work) {
-  const double begin = WorkedMs();
-  work();
-  return WorkedMs() - begin;
-}
 
 double Median(std::vector<double> times) {
   if (times.empty()) return 0;
@@ -70,18 +59,11 @@ std::string ReportSql(int rows) {
          std::to_string(kRowsADay) + ".0 FROM n";
 }
 
-void MakeBase(zemo::StationBase& base) {
-  base.OpenOrCreateDatabase();
-  base.CreateMissingTables([](const std::string&, int, const std::string&) { std::abort(); });
-  base.OpenAllTables();
-  base.SeedFixedRows();
-  base.Close();
-}
-
 std::unique_ptr<TestStation> MakeStation(int cards, int years) {
   auto on = std::make_unique<TestStation>("2026-11-21 12:00:30");
   on->localValues.Set("LastCompactage", "21/11/2026 04:00:00");
-  MakeBase(on->station.base);
+  zemo::bench::OpenWhole(on->station.base);
+  on->station.base.Close();
   on->Sql(zemo::bench::CardsSql(cards));
   for (const std::string& statement : zemo::bench::ModelsSql()) on->Sql(statement);
   std::string first;
@@ -97,7 +79,7 @@ std::unique_ptr<TestStation> MakeStation(int cards, int years) {
 }
 
 double StartMs(TestStation& on) {
-  return MsOf([&] {
+  return WorkedMsOf([&] {
     on.Load();
     on.Start();
     for (int64_t ms = 0; ms < 1000 && on.Starts().empty(); ms += kTickMs) on.RunUntil(ms);
@@ -111,7 +93,7 @@ double RequestMs(zemo::Station& station) {
     while (zemo::ReadCardsAhead(station)) {
     }
     int16_t minutes = 30;
-    times.push_back(MsOf([&] { zemo::RequestMusic(station, minutes); }));
+    times.push_back(WorkedMsOf([&] { zemo::RequestMusic(station, minutes); }));
     if (station.PL.Empty()) std::fprintf(stderr, "the request found nothing\n");
   }
   return Median(times);
@@ -121,7 +103,7 @@ double SearchMs(zemo::Station& station) {
   while (zemo::ReadAheadSlice(station)) {
   }
   station.browse.Rech = "title 77";
-  return MsOf([&] { zemo::OnAir::Rech_Change(station); });
+  return WorkedMsOf([&] { zemo::OnAir::Rech_Change(station); });
 }
 
 // Between two ticks each time: what lies between two looks is one tick.
@@ -151,7 +133,7 @@ void AnHour(TestStation& on, Costs& costs) {
   for (int64_t ms = kTickMs / 2; ms < kHourMs; ms += kTickMs) on.At(begin + ms, look);
   last = WorkedMs();
   costs.resize(costs.size() + 3);
-  costs.back() = MsOf([&] { on.RunUntil(begin + kHourMs); });
+  costs.back() = WorkedMsOf([&] { on.RunUntil(begin + kHourMs); });
   costs.rbegin()[1] = Median(starts);
   costs.rbegin()[2] = 1000 * Median(ticks);
 }

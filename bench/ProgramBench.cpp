@@ -28,7 +28,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -38,10 +37,13 @@
 #include <thread>
 #include <vector>
 
+#include "Figures.h"
 #include "platform/sound/SampleFormat.h"
 
 namespace {
 
+using zemo::bench::ProcessorSeconds;
+using zemo::bench::SecondsOn;
 using Clock = std::chrono::steady_clock;
 constexpr int kRate = 44100;
 constexpr int kTitles = 20;
@@ -49,19 +51,6 @@ constexpr int kFadeSeconds = 5;  // of the render
 
 double SecondsSince(Clock::time_point begin) {
   return std::chrono::duration<double>(Clock::now() - begin).count();
-}
-
-double Seconds(const timespec& time) {
-  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-double ChildCpuSeconds() {
-  rusage usage{};
-  getrusage(RUSAGE_CHILDREN, &usage);
-  const auto seconds = [](const timeval& t) {
-    return static_cast<double>(t.tv_sec) + 1e-6 * static_cast<double>(t.tv_usec);
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
 void MakeTitle(const std::string& path, double hertz, int seconds) {
@@ -172,17 +161,14 @@ struct Cost {
 
 Cost RenderBarely(const std::vector<std::string>& files, int seconds, const std::string& path) {
   const auto begin = Clock::now();
-  timespec cpu{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &cpu);
-  const double before = Seconds(cpu);
+  const double before = SecondsOn(CLOCK_PROCESS_CPUTIME_ID);
   std::FILE* out = std::fopen(path.c_str(), "wb");
   BareAir air(files, seconds, kFadeSeconds);
   constexpr int kFrames = 4608;
   std::vector<int16_t> block(2 * kFrames);
   while (air.Mix(block.data(), kFrames)) std::fwrite(block.data(), 4, kFrames, out);
   std::fclose(out);
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &cpu);
-  return {SecondsSince(begin), Seconds(cpu) - before};
+  return {SecondsSince(begin), SecondsOn(CLOCK_PROCESS_CPUTIME_ID) - before};
 }
 
 [[noreturn]] void AirBarely(const std::vector<std::string>& files, int seconds, int fadeSeconds) {
@@ -214,9 +200,7 @@ long ResidentKb(pid_t process) {
 
 double CpuSeconds(pid_t process) {
   clockid_t clock{};
-  timespec time{};
-  if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &time) != 0) return 0;
-  return Seconds(time);
+  return clock_getcpuclockid(process, &clock) == 0 ? SecondsOn(clock) : 0;
 }
 
 // How often each thread of a process has gone to sleep, by its number; and its name.
@@ -391,11 +375,11 @@ void Render(const std::vector<std::string>& programs, const Station& station, in
   for (int round = 0; round < rounds; ++round) {
     least.Least(RenderBarely(station.files, station.seconds, station.folder + "/least.raw"));
     for (size_t i = 0; i < programs.size(); ++i) {
-      const double before = ChildCpuSeconds();
+      const double before = ProcessorSeconds(RUSAGE_CHILDREN);
       const double wall = Command(programs[i] + " render" + hour + " --trace " + station.folder +
                                   "/trace" + std::to_string(i) + " --audio " + station.folder +
                                   "/hour" + std::to_string(i) + ".wav");
-      costs[i].Least({wall, ChildCpuSeconds() - before});
+      costs[i].Least({wall, ProcessorSeconds(RUSAGE_CHILDREN) - before});
     }
   }
   std::printf("render     %8.2f s of processor, %.2f s  least\n", least.cpu, least.wall);

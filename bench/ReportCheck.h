@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "BaseSql.h"
-#include "EventMembers.h"
+#include "station/EngineEvents.h"
 #include "station/OnAirList.h"
 
 namespace zemo::bench {
@@ -30,9 +30,9 @@ class ReportCheck {
         first_(Ask(base_, "SELECT COALESCE(MAX(CODE), 0) FROM Rapport").at(0).at(0)) {}
 
   void OnEvent(const Event& event) {
-    if (event.name != "start" || NumberOf(event, "slot") > 1) return;
-    if (NumberOf(event, "code") == Element::kVoiceTrack) return;  // leaves no row
-    const std::string title = TextOf(event, "title");
+    if (event.name != "start" || event.Number("slot") > 1) return;
+    if (event.Number("code") == Element::kVoiceTrack) return;  // leaves no row
+    const std::string title = event.Text("title");
     started_.emplace_back(title, ++times_[title]);
     startedAt_.push_back(Clock::now());
   }

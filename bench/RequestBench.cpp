@@ -17,12 +17,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <ctime>
 #include <map>
 #include <memory>
 #include <string>
 
 #include "BigLibrary.h"
+#include "Figures.h"
 #include "library/KnownCards.h"
 #include "scheduling/PercentageRequest.h"
 #include "settings/SideFiles.h"
@@ -32,6 +32,7 @@
 namespace {
 
 using zemo::bench::kGenres;
+using zemo::bench::WorkedMs;
 using zemo::test::TestStation;
 
 constexpr int kReportRows = 200000;
@@ -53,13 +54,6 @@ TestStation& WithLibrary(int cards) {
   for (const std::string& statement : zemo::bench::ModelsSql()) station->Sql(statement);
   station->Sql(zemo::bench::ReportSql(kReportRows));
   return *station;
-}
-
-// Of this thread's own time: what else the machine is at has no part in it.
-double WorkedMs() {
-  timespec worked{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &worked);
-  return static_cast<double>(worked.tv_sec) * 1e3 + static_cast<double>(worked.tv_nsec) / 1e6;
 }
 
 // A station on the base of another one, whose yields are watched.

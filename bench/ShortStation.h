@@ -2,14 +2,13 @@
 // seconds, so that transitions, requests and writes are frequent.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "BaseSql.h"
 #include "BigLibrary.h"
-#include "store/StationBase.h"
+#include "WholeBase.h"
 #include "support/NoiseSound.h"
 
 namespace zemo::bench {
@@ -33,10 +32,7 @@ inline void MakeShortStation(const std::string& folder, const ShortStation& form
   const std::string path = folder + "/Triskin.MDB";
   {
     StationBase base(path);
-    base.OpenOrCreateDatabase();
-    base.CreateMissingTables([](const std::string&, int, const std::string&) { std::abort(); });
-    base.OpenAllTables();
-    base.SeedFixedRows();
+    OpenWhole(base);
     base.Close();
   }
   std::vector<std::string> statements = ModelsSql();

@@ -8,17 +8,18 @@
 
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "Figures.h"
 #include "platform/sound/MixerCore.h"
 #include "platform/sound/SampleFormat.h"
 
 namespace {
 
 using namespace zemo;
+using zemo::bench::SecondsOn;
 
 // Copies from a minute in memory: costs next to nothing itself.
 class MemorySource : public SoundSource {
@@ -99,12 +100,6 @@ BENCHMARK_CAPTURE(Mix, two_slots_limiting, 1.0, 16384, false);
 BENCHMARK(To16Bit);
 BENCHMARK(Advance);
 
-double ProcessorSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
 // A minute of two tones over noise at 192 kbit/s.
 void EncodeMinute(const std::string& path) {
   constexpr int kFrames = 60 * kSampleRate;
@@ -138,12 +133,13 @@ double DecodingCost(const std::string& path) {
     std::vector<unsigned char> block(1 << 16);
     size_t bytes = 0;
     size_t given = 0;
-    const double begin = ProcessorSeconds();
+    const double begin = SecondsOn(CLOCK_PROCESS_CPUTIME_ID);
     for (int result = MPG123_OK; result == MPG123_OK || result == MPG123_NEW_FORMAT;) {
       result = mpg123_read(decoder, block.data(), block.size(), &given);
       bytes += given;
     }
-    cost = (ProcessorSeconds() - begin) / (static_cast<double>(bytes) / (4 * kSampleRate));
+    cost = (SecondsOn(CLOCK_PROCESS_CPUTIME_ID) - begin) /
+           (static_cast<double>(bytes) / (4 * kSampleRate));
   }
   mpg123_delete(decoder);
   return cost;
@@ -159,13 +155,14 @@ double MixingCost() {
   core.Start(0, &source, source.LengthFrames(), 0);
   std::vector<float> out(2 * kTick);
   std::vector<int16_t> samples(2 * kTick);
-  const double begin = ProcessorSeconds();
+  const double begin = SecondsOn(CLOCK_PROCESS_CPUTIME_ID);
   for (int i = 0; i < kTicks; ++i) {
     core.Render(out.data(), kTick);
     FloatToInt16(out.data(), samples.data(), 2 * kTick);
     benchmark::DoNotOptimize(samples.data());
   }
-  return (ProcessorSeconds() - begin) / (static_cast<double>(kTicks) * kTick / kSampleRate);
+  return (SecondsOn(CLOCK_PROCESS_CPUTIME_ID) - begin) /
+         (static_cast<double>(kTicks) * kTick / kSampleRate);
 }
 
 }  // namespace

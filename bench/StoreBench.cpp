@@ -6,13 +6,14 @@
 #include <filesystem>
 #include <string>
 
+#include "WholeBase.h"
 #include "store/SoundMeasuresTable.h"
-#include "store/StationBase.h"
 
 namespace {
 
 using zemo::Database;
 using zemo::StationBase;
+using zemo::bench::OpenWhole;
 
 constexpr int kCards = 100000;
 constexpr int kGenres = 40;
@@ -24,13 +25,6 @@ std::filesystem::path Folder() {
     return std::filesystem::path(pattern);
   }();
   return folder;
-}
-
-void OpenWhole(StationBase& base) {
-  base.OpenOrCreateDatabase();
-  base.CreateMissingTables(nullptr);
-  base.OpenAllTables();
-  base.SeedFixedRows();
 }
 
 // Path of the base with the library.

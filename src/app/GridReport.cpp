@@ -16,13 +16,11 @@ class CompositionSink : public EventSink {
  public:
   explicit CompositionSink(CompositionTold& told) : told_(told) {}
   void OnEvent(const Event& event) override {
-    for (const auto& [name, value] : event.members) {
-      if (event.name == "grid" && name == "spots") told_.spots = std::get<int64_t>(value);
-      if (event.name == "grid" && name == "news") told_.news = std::get<int64_t>(value);
-      if (event.name == "error" && name == "text")
-        told_.faults.push_back(std::get<std::string>(value));
-    }
-    told_.composed = told_.composed || event.name == "grid";
+    if (event.name == "error") told_.faults.push_back(event.Text("text"));
+    if (event.name != "grid") return;
+    told_.spots = event.Number("spots");
+    told_.news = event.Number("news");
+    told_.composed = true;
   }
 
  private:

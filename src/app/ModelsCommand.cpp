@@ -40,10 +40,7 @@ class LastError : public EventSink {
  public:
   std::string text;
   void OnEvent(const Event& event) override {
-    if (event.name != "error") return;
-    for (const auto& [member, value] : event.members)
-      if (const auto* words = std::get_if<std::string>(&value); words && member == "text")
-        text = *words;
+    if (event.name == "error") text = event.Text("text");
   }
 };
 

@@ -16,7 +16,6 @@
 #include "app/demo/LocaleLanguage.h"
 #include "engine/OperatorControls.h"
 #include "engine/Startup.h"
-#include "platform/real/sound/OutputSpec.h"
 
 namespace zemo {
 
@@ -25,9 +24,7 @@ constexpr int kStatusMs = 1000;
 }  // namespace
 
 int RunOnAir(const AirOptions& options) {
-  if (!ParseOutputSpec(options.output))
-    throw UsageError("--output: '" + options.output +
-                     "' is no output (device, device:NAME, null, file:PATH)");
+  AskedOutput(options);           // refused before anything is made
   std::signal(SIGPIPE, SIG_IGN);  // who listens to our lines may leave; the air goes on
   EndSignals endSignals;          // before any thread is made
   RunDisplay display(STDOUT_FILENO);
@@ -48,10 +45,9 @@ int RunOnAir(const AirOptions& options) {
 
   const BackgroundMeasuring measuring(station);
   RunEnd end(real, options,
-             {.draining = [&] { display.ShowLine("stopping: what is on air plays to its end"); },
-              .drained = [&] { real.loop.Quit(); },
+             {.drained = [&] { real.loop.Quit(); },
               .leaving = [&] { display.Finish(); },
-              .closing = [&](const std::string& line) { display.ShowLine(line); }});
+              .line = [&](const std::string& line) { display.ShowLine(line); }});
   endSignals.Deliver([&] { end.OnSignal(); });
   const auto status = real.loop.MakeTimer(kStatusMs, [&] { display.ShowStatus(); });
   status->SetEnabled(true);

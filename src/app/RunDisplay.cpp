@@ -25,31 +25,17 @@ int Width(int terminal) {
   winsize size{};
   return ioctl(terminal, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsualWidth;
 }
-
-std::string TextOf(const Event& event, std::string_view member) {
-  for (const auto& [name, value] : event.members)
-    if (name == member)
-      if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  return {};
-}
-
-int64_t NumberOf(const Event& event, std::string_view member) {
-  for (const auto& [name, value] : event.members)
-    if (name == member)
-      if (const auto* number = std::get_if<int64_t>(&value)) return *number;
-  return 0;
-}
 }  // namespace
 
 RunDisplay::RunDisplay(int output) : output_(output), terminal_(isatty(output) != 0) {}
 
 void RunDisplay::OnEvent(const Event& event) {
   if (event.name == "start") {
-    const std::string title = Trim(TextOf(event, "title"));
-    title_ = title.empty() ? TextOf(event, "file") : title;
-    ShowLine(title_ + "  " + FormatDuration(NumberOf(event, "length_ms")));
+    const std::string title = Trim(event.Text("title"));
+    title_ = title.empty() ? event.Text("file") : title;
+    ShowLine(title_ + "  " + FormatDuration(event.Number("length_ms")));
   } else if (event.name == "silence") {
-    const bool begins = TextOf(event, "state") == "begin";
+    const bool begins = event.Text("state") == "begin";
     silentSinceMs_ = begins && station_ ? station_->platform.clock.MonotonicMs() : -1;
     const bool told = !begins && std::exchange(silenceTold_, false);
     if (told && station_->engine.IsRunning) ShowLine("sound again");
@@ -57,7 +43,7 @@ void RunDisplay::OnEvent(const Event& event) {
     heardUntilMs_ = station_->platform.clock.MonotonicMs() +
                     static_cast<int64_t>(station_->engine.BufferOffsetSec * 1000);
   } else if (event.name == "error") {
-    ShowFault(TextOf(event, "where") + ": " + TextOf(event, "text"));
+    ShowFault(event.Text("where") + ": " + event.Text("text"));
   }
 }
 

@@ -90,15 +90,14 @@ void RunEnd::Ask() {
   asked_ = true;
   Rewatch();
   StartStopZemoRadio(real_.station, false);
-  if (!Drained(real_.station)) told_.draining();
+  if (!Drained(real_.station)) told_.line("stopping: what is on air plays to its end");
 }
 
 void RunEnd::TellLonger() const {
   const int64_t longerMs = FramesToMs(real_.sound->SinkFrames() - endFrames_);
   if (!endMs_ || cut_ || longerMs <= 0) return;
-  told_.closing(
-      "the file is " + SecondsText(longerMs) +
-      " s longer than --for: what was on air has played to its end (--for-exactly cuts it)");
+  told_.line("the file is " + SecondsText(longerMs) +
+             " s longer than --for: what was on air has played to its end (--for-exactly cuts it)");
 }
 
 int EndStatus(const Station& station) {

@@ -18,14 +18,12 @@ struct Station;
 class RunEnd {
  public:
   struct Told {
-    std::function<void()> draining;  // what is on air plays to its end first
-    std::function<void()> drained;   // stopped, and all that was to be heard has been heard
-    std::function<void()> leaving;   // at once: the process ends when this comes back
-    std::function<void(const std::string&)> closing;  // a line on the file of the output, if any
+    std::function<void()> drained;  // stopped, and all that was to be heard has been heard
+    std::function<void()> leaving;  // at once: the process ends when this comes back
+    std::function<void(const std::string&)> line;  // for whoever looks on
   };
   // After the options' time, when there is one, the run ends as by a signal, or is cut.
   RunEnd(RealStation& real, const AirOptions& options, Told told);
-
   ~RunEnd();
 
   void OnSignal();  // SIGINT or SIGTERM

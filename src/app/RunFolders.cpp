@@ -57,17 +57,22 @@ RunFolders MakeRunFolders(const StationOptions& options) {
   return {station, machine, EngineLock(machine, station)};
 }
 
-OutputSpec WantedOutput(const AirOptions& options, const std::string& machinePath) {
+OutputSpec AskedOutput(const AirOptions& options) {
   auto output = ParseOutputSpec(options.output);
   if (!output)
     throw UsageError("--output: '" + options.output +
                      "' is no output (device, device:NAME, null, file:PATH)");
-  if (options.cut) output->mostFrames = MsToFrames(*options.forMs);
-  if (output->kind == OutputSpec::Kind::kDevice && output->name.empty()) {
-    LocalFolder machine(machinePath);
-    TakeChosenDevice(machine, *output);
-  }
   return *output;
+}
+
+OutputSpec WantedOutput(const AirOptions& options, const std::string& machinePath) {
+  OutputSpec output = AskedOutput(options);
+  if (options.cut) output.mostFrames = MsToFrames(*options.forMs);
+  if (output.kind == OutputSpec::Kind::kDevice && output.name.empty()) {
+    LocalFolder machine(machinePath);
+    TakeChosenDevice(machine, output);
+  }
+  return output;
 }
 
 }  // namespace zemo

@@ -21,6 +21,8 @@ struct RunFolders {
 // and is told on standard error.
 RunFolders MakeRunFolders(const StationOptions& options);
 
+// The output by its words alone, for whoever looks at them ahead of all work. Throws UsageError.
+OutputSpec AskedOutput(const AirOptions& options);
 // The output that was asked for; a device without a name is the one that the machine's
 // settings chose, none for the system's own. A choice that is only a number is remembered by its
 // device from now on. Throws UsageError.

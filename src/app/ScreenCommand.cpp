@@ -25,7 +25,6 @@
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/decoders/WaveformReader.h"
 #include "platform/real/desktop/DesktopApplication.h"
-#include "platform/real/sound/OutputSpec.h"
 #include "ui/ScreenDesktop.h"
 #include "ui/Theme.h"
 
@@ -96,6 +95,22 @@ void TellLine(const std::string& line) {
   PrintError(line);
 }
 
+// Known as soon as the base is open: the start has something to say by itself.
+int LanguageNow(Station& station) {
+  try {
+    return station.base.IsOpen() ? static_cast<int>(station.base.CnfInt(Cnf::kLangue)) : 0;
+  } catch (const std::exception&) {
+    return 0;  // what cannot be read may be what the box tells
+  }
+}
+
+// Without a window manager nobody else makes it fill the screen.
+void FillScreen(QWidget& window) {
+  if (const QScreen* screen = QGuiApplication::primaryScreen())
+    window.setGeometry(screen->availableGeometry());
+  window.showMaximized();
+}
+
 }  // namespace
 
 int OpenScreen(const AirOptions& options) {
@@ -103,9 +118,7 @@ int OpenScreen(const AirOptions& options) {
     TellLine("there is no display: on air as with 'zemoradio run'");
     return RunOnAir(options);
   }
-  if (!ParseOutputSpec(options.output))
-    throw UsageError("--output: '" + options.output +
-                     "' is no output (device, device:NAME, null, file:PATH)");
+  AskedOutput(options);  // refused before anything is made
   std::signal(SIGPIPE, SIG_IGN);
   EndSignals endSignals;  // before any thread is made
   ScreenMachine machine;
@@ -115,14 +128,7 @@ int OpenScreen(const AirOptions& options) {
   RealStation real(folders.station, folders.machine, WantedOutput(options, folders.machine),
                    machine.Parts(), TellLine);
   Station& station = real.station;
-  // Known as soon as the base is open: the start has something to say by itself.
-  machine.messages.SetLanguage([&station] {
-    try {
-      return station.base.IsOpen() ? static_cast<int>(station.base.CnfInt(Cnf::kLangue)) : 0;
-    } catch (const std::exception&) {
-      return 0;  // what cannot be read may be what the box tells
-    }
-  });
+  machine.messages.SetLanguage([&station] { return LanguageNow(station); });
   const bool first = HoldsNoBase(station);
   if (!OnAir::Form_Load(station)) {
     machine.messages.WaitUntilRead();
@@ -153,18 +159,12 @@ int OpenScreen(const AirOptions& options) {
   main = &window;
   machine.keyboard.Watch(&window, [&station] { return bool{station.engine.HotKeysArmed}; });
   machine.messages.SetWindow(&window, [&station] { return NoTickBelow(station); });
-  // Without a window manager nobody else makes it fill the screen.
-  if (const QScreen* screen = QGuiApplication::primaryScreen())
-    window.setGeometry(screen->availableGeometry());
-  window.showMaximized();
+  FillScreen(window);
   OnAir::Form_Activate(station, true);
   window.Begin();
 
   RunEnd end(real, options,
-             {.draining = [] { TellLine("stopping: what is on air plays to its end"); },
-              .drained = [&real] { real.loop.Quit(); },
-              .leaving = [] {},
-              .closing = TellLine});
+             {.drained = [&real] { real.loop.Quit(); }, .leaving = [] {}, .line = TellLine});
   endSignals.Deliver([&end] { end.OnSignal(); });
   real.loop.Run();
   desks.Leave();

@@ -27,10 +27,7 @@ using Json = nlohmann::ordered_json;
 class FirstFault : public EventSink {
  public:
   void OnEvent(const Event& event) override {
-    if (event.name != "error" || !text_.empty()) return;
-    for (const auto& [name, value] : event.members)
-      if (const auto* text = std::get_if<std::string>(&value); text && name == std::string("text"))
-        text_ = *text;
+    if (event.name == "error" && text_.empty()) text_ = event.Text("text");
   }
   void Throw() const {
     if (!text_.empty()) throw std::runtime_error(text_);

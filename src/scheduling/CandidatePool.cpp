@@ -44,11 +44,6 @@ Keyed<int> SortedPool(const CandidateCards& cards, const Pool& pool, KeyOf keyOf
 
 // --- the query's conditions, asked of packed cards ---
 
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 // What is none is left to the base, which tells so.
 bool IsQuery(const CardsWanted& wanted) {
   return !wanted.genres.empty() &&
@@ -351,9 +346,9 @@ namespace {
 
 std::optional<OnAirElement> AskForLongestRested(Station& station, const CardsWanted& wanted,
                                                 int64_t aboveMs) {
-  BoundQuery query{"Select * From Discotheque Where " + QueryOf(wanted).text + " And DUREE > ?",
-                   QueryOf(wanted).values};
-  query.Add(" ORDER BY Lastdiff ASC", {aboveMs});
+  BoundQuery query{"Select * From Discotheque Where "};
+  query.Add(QueryOf(wanted));
+  query.Add(" And DUREE > ? ORDER BY Lastdiff ASC", {aboveMs});
   const auto titles = station.base.Db().OpenRecordset(query.text, query.values);
   return titles->Eof() ? std::nullopt : std::optional(MusicRow(*titles));
 }

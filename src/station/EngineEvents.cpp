@@ -16,6 +16,22 @@ EventValue Int(int64_t value) {
 }
 }  // namespace
 
+std::string Event::Text(std::string_view member) const {
+  for (const auto& [given, value] : members)
+    if (given == member)
+      if (const auto* text = std::get_if<std::string>(&value)) return *text;
+  return {};
+}
+
+int64_t Event::Number(std::string_view member) const {
+  for (const auto& [given, value] : members) {
+    if (given != member) continue;
+    if (const auto* whole = std::get_if<int64_t>(&value)) return *whole;
+    if (const auto* real = std::get_if<double>(&value)) return static_cast<int64_t>(*real);
+  }
+  return 0;
+}
+
 void EngineEvents::Engine(bool running, bool automatic) {
   Send({"engine", {{"running", running}, {"automatic", automatic}}});
 }

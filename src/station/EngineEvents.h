@@ -23,6 +23,11 @@ using EventValue = std::variant<bool, int64_t, double, std::string, std::vector<
 struct Event {
   std::string_view name;
   std::vector<std::pair<std::string_view, EventValue>> members;  // in the order they are written
+
+  // Of the member of that name; empty and 0 without one, or where it is of another kind. A real
+  // number is cut to its whole part.
+  std::string Text(std::string_view member) const;
+  int64_t Number(std::string_view member) const;
 };
 
 // Thread: the logic's.

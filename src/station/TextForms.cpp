@@ -98,8 +98,15 @@ bool EqualNoCase(std::string_view a, std::string_view b) {
 }
 
 std::string TwoDigits(int number) {
+  std::string text = "00";
+  PutTwoDigits(number, text.data());
+  return text;
+}
+
+void PutTwoDigits(int number, char* to) {
   const int cut = std::abs(number % 100);
-  return {static_cast<char>('0' + cut / 10), static_cast<char>('0' + cut % 10)};
+  to[0] = static_cast<char>('0' + cut / 10);
+  to[1] = static_cast<char>('0' + cut % 10);
 }
 
 std::string FormatDuration(int64_t ms) {

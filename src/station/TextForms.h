@@ -22,6 +22,7 @@ std::string UpperAscii(std::string_view text);  // a to z only
 std::string UpperLatin(std::string_view utf8);
 bool EqualNoCase(std::string_view a, std::string_view b);  // ASCII letters without regard to case
 std::string TwoDigits(int number);                         // 7 -> "07"; cut to the last two digits
+void PutTwoDigits(int number, char* to);                   // the same over two characters
 
 // Length as "mm:ss", each cut to its last two digits; "--:--" for less than a second.
 std::string FormatDuration(int64_t ms);

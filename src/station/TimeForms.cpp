@@ -5,7 +5,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 
 #include "station/TextForms.h"
 
@@ -33,12 +32,6 @@ bool LeapYear(int year) {
 int DaysInMonth(int year, int month) {
   constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   return month == 2 && LeapYear(year) ? 29 : kDays[static_cast<size_t>(month - 1)];
-}
-
-void PutTwoDigits(int number, char* to) {
-  const int cut = std::abs(number % 100);
-  to[0] = static_cast<char>('0' + cut / 10);
-  to[1] = static_cast<char>('0' + cut % 10);
 }
 
 std::string FourDigits(int number) {

@@ -38,6 +38,11 @@ CodePoint TakeCodePoint(std::string_view& text) {
 
 }  // namespace
 
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 char32_t FoldCase(char32_t c) {
   if (c < 0x80) return c >= 'A' && c <= 'Z' ? c + 32 : c;
   if (c >= 0xC0 && c <= 0xDE) return c == 0xD7 ? c : c + 32;

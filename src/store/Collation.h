@@ -33,6 +33,8 @@ char32_t FoldCase(char32_t character);  // small letter of a capital: Latin, Gre
 inline constexpr char32_t kLastFolded = 0x1EFF;  // behind it every character is itself
 inline constexpr char32_t kFirstMark = 0x300, kLastMark = 0x36F;  // accents of their own
 
+bool IsAscii(std::string_view text);  // what SQLite compares by itself as we do
+
 // LIKE of the station's dialect: `*` any characters, `?` one, all others themselves without case.
 bool MatchesPattern(std::string_view text, std::string_view pattern);
 

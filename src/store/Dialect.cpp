@@ -49,9 +49,7 @@ bool IsAny(const Token& token, std::initializer_list<std::string_view> words) {
 constexpr char kEscape = '\\';
 
 ValueKind KindOfText(std::string_view text) {
-  const bool ascii = std::all_of(text.begin(), text.end(),
-                                 [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-  if (!ascii) return ValueKind::kWideText;
+  if (!IsAscii(text)) return ValueKind::kWideText;
   return text.find_first_of("%_") == std::string_view::npos ? ValueKind::kText
                                                             : ValueKind::kPercentText;
 }

@@ -1,9 +1,8 @@
 // The database over its SQLite connection, and the operations on whole files.
-#include <optional>
 #include <utility>
 
 #include "store/Connection.h"
-#include "store/Database.h"
+#include "store/EngineDatabase.h"
 #include "store/Names.h"
 #include "store/Snapshot.h"
 #include "store/SqliteRow.h"
@@ -20,13 +19,10 @@ std::shared_ptr<LockWait> EachWaits(int ms) {
   return std::make_shared<LockWait>(ms);
 }
 
-// Cursors share the connection, so that one that outlives the database, or its opening, finds it
-// closed.
-class SqliteDatabase : public Database {
+class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> {
  public:
   SqliteDatabase(std::string path, std::shared_ptr<LockWait> wait)
-      : path_(std::move(path)), wait_(std::move(wait)) {}
-  ~SqliteDatabase() override { SqliteDatabase::Close(); }
+      : EngineDatabase(path, std::move(wait)), path_(std::move(path)) {}
 
   using Database::ReadRows;
 
@@ -49,18 +45,11 @@ class SqliteDatabase : public Database {
     while (query.Step()) take(SqliteRow(query.Handle()));
   }
   std::shared_ptr<const StoredTable> FindTable(std::string_view name) override {
-    return std::make_shared<const SqliteTable>((Use(), connection_), name);
+    return std::make_shared<const SqliteTable>(Shared(), name);
   }
   void Execute(std::string_view sql, const Values& values) override {
     Use().PrepareDialect(sql, values).Run();
   }
-  void BeginTrans() override { Use().Begin(); }
-  void CommitTrans() override { Use().Commit(); }
-  void RollbackTrans() override {
-    if (connection_) connection_->Rollback();
-  }
-  bool InTransaction() const override { return connection_ && connection_->InTransaction(); }
-  TableDefs& Tables() override { return Use(), *tables_; }
   std::vector<std::string> PutStandIns() override { return Use().PutStandIns(); }
   bool HasColumn(std::string_view table, std::string_view column) override {
     const auto found = Use().FindReadTable(table);
@@ -69,7 +58,7 @@ class SqliteDatabase : public Database {
   }
   bool IsReadAsStored(std::string_view table) override {
     if (Use().StandInsAreOld()) return false;
-    const auto found = connection_->FindReadTable(table);
+    const auto found = Use().FindReadTable(table);
     return found && !found->IsStandIn && found->LostKey.empty() && found->AutoField();
   }
   void Open(bool create) override {
@@ -78,56 +67,18 @@ class SqliteDatabase : public Database {
     // SQLite makes the file with its first page; whoever looks at the folder now shall find a
     // database.
     if (create) fresh->ExecuteNow("PRAGMA user_version = 1");
-    Close();
-    connection_ = std::move(fresh);
-    connection_->TellRows(book_);
-    book_->NoteAll();
-    tables_.emplace(*connection_);
-  }
-  void Close() override {
-    if (!connection_) return;
-    counted_ = counter_ + 1;  // another opening is another state, whatever it counts
-    foreignCounted_ += connection_->ForeignSeen() + 1;
-    connection_->Close();
-  }
-  bool IsOpen() const override { return connection_ && connection_->IsOpen(); }
-  int64_t ChangeCounter() override {
-    counter_ = counted_ + Use().ChangeCounter();
-    return counter_;
-  }
-  int64_t ForeignCounter() override {
-    ChangeCounter();
-    return foreignCounted_ + connection_->ForeignSeen();
-  }
-  std::shared_ptr<RowNotes> NoteRows(std::string_view table) override {
-    return book_->Begin(table);
+    Take(std::move(fresh));
   }
   bool ReadPages(std::string_view table, int64_t afterKey, const TakePage& take) override {
     return ReadTablePages(Use(), table, afterKey, take);
   }
-  int64_t LastInsertCode() const override {
-    return connection_ ? connection_->LastInsertCode() : 0;
-  }
-  LockWait& Waiting() override { return *wait_; }
   void KeepAlone() override { Use().KeepAlone(); }
   void LetOthersIn() override { Use().LetOthersIn(); }
-  bool IsAlone() const override { return connection_ && connection_->IsAlone(); }
-  bool FileIsLost() const override { return connection_ && connection_->FileIsLost(); }
+  bool IsAlone() const override { return Opening() && Opening()->IsAlone(); }
+  bool FileIsLost() const override { return Opening() && Opening()->FileIsLost(); }
 
  private:
-  Connection& Use() const {
-    if (!connection_) throw StoreError(kErrClosed, path_ + " is not open");
-    return *connection_;
-  }
-
   const std::string path_;
-  std::shared_ptr<LockWait> wait_;
-  std::shared_ptr<Connection> connection_;  // null before the first opening
-  std::optional<SqliteTableDefs> tables_;
-  int64_t counter_ = 0;  // as last told
-  int64_t counted_ = 0;  // in earlier openings
-  int64_t foreignCounted_ = 0;
-  const std::shared_ptr<RowNoteBook> book_ = std::make_shared<RowNoteBook>();
 };
 
 std::unique_ptr<Database> Opened(const std::string& path, bool create, int busyTimeoutMs) {

@@ -1,7 +1,6 @@
 // SQL of a table's rows. A statement lives no longer than the call that steps it.
 #include "store/SqliteTable.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "store/Collation.h"
@@ -13,18 +12,20 @@ namespace zemo {
 
 namespace {
 
-bool IsAscii(const Value& value) {
-  const auto* text = std::get_if<std::string>(&value);
-  return !text || std::all_of(text->begin(), text->end(),
-                              [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 std::string ReadSql(const Field& field) {
   return field.ReadAs.empty() ? QuotedName(field.Name) : field.ReadAs;
 }
 
 std::string StoredName(const TableDef& table) {
   return "main." + QuotedName(table.Name);
+}
+
+// To a place each, from the first on; returns how many.
+int BindAll(const TableRows::Changes& changes, Statement& query) {
+  int position = 0;
+  for (const auto& change : changes)
+    if (change) query.Bind(++position, *change);
+  return position;
 }
 
 }  // namespace
@@ -137,7 +138,8 @@ bool SqliteTable::Find(Order order, const Value& key, StoredRow& row) const {
   }
   // The index knows the case of ASCII letters only. What it does not find may still be there with
   // another case of an accented letter, which the index cannot serve.
-  if (!order || IsAscii(key)) return false;
+  const auto* text = std::get_if<std::string>(&key);
+  if (!order || !text || IsAscii(*text)) return false;
   Statement query = connection_->Prepare(By(order).seekAnyCase);
   query.Bind(1, key);
   return Load(query, row);
@@ -182,10 +184,7 @@ int64_t SqliteTable::Insert(Changes& changes) const {
     Statement query =
         connection_->Prepare(fields.empty() ? head + " DEFAULT VALUES"
                                             : head + " (" + fields + ") VALUES (" + values + ")");
-    int position = 0;
-    for (const auto& change : changes) {
-      if (change) query.Bind(++position, *change);
-    }
+    BindAll(changes, query);
     query.Run();
   }
   return connection_->LastInsertCode();
@@ -193,19 +192,14 @@ int64_t SqliteTable::Insert(Changes& changes) const {
 
 bool SqliteTable::Change(int64_t number, const Changes& changes) const {
   std::string assignments;
-  int count = 0;
   for (size_t i = 0; i < changes.size(); ++i) {
     if (!changes[i]) continue;
-    assignments += (count++ == 0 ? "" : ", ") + QuotedName(def_->Fields[i].Name) + " = ?";
+    assignments += (assignments.empty() ? "" : ", ") + QuotedName(def_->Fields[i].Name) + " = ?";
   }
   {
     Statement query = connection_->Prepare("UPDATE " + StoredName(*def_) + " SET " + assignments +
                                            " WHERE rowid = ?");
-    int position = 0;
-    for (const auto& change : changes) {
-      if (change) query.Bind(++position, *change);
-    }
-    query.Bind(count + 1, number);
+    query.Bind(BindAll(changes, query) + 1, number);
     query.Run();
   }
   return connection_->RowsChanged() != 0;

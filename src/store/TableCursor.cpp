@@ -247,11 +247,7 @@ void TableCursor::UpdatePending() {
     if (Def().Fields[i].AutoIncrement) number = AsInt(*changes_[i]);
   }
   if (!any) return;
-  if (!Open().Change(row_.number, changes_)) {
-    place_ = Place::kDeleted;
-    throw StoreError(kErrNoCurrentRecord,
-                     "table " + Def().Name + ": the row was deleted meanwhile");
-  }
+  if (!Open().Change(row_.number, changes_)) LoseRow();
   row_.number = number;
   for (size_t i = 0; i < changes_.size(); ++i) {
     if (changes_[i]) row_.values[i] = *changes_[i];
@@ -260,7 +256,10 @@ void TableCursor::UpdatePending() {
 
 // Reads the current row again, as others may have left it.
 void TableCursor::Reload() {
-  if (Open().Read(row_)) return;
+  if (!Open().Read(row_)) LoseRow();
+}
+
+void TableCursor::LoseRow() {
   place_ = Place::kDeleted;
   throw StoreError(kErrNoCurrentRecord, "table " + Def().Name + ": the row was deleted meanwhile");
 }

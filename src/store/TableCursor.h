@@ -58,6 +58,7 @@ class TableCursor : public Recordset {
   void InsertPending();
   void UpdatePending();
   void Reload();
+  [[noreturn]] void LoseRow();  // which others deleted
 
   std::shared_ptr<const TableRows> table_;
   bool closed_ = false;

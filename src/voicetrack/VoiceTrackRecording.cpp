@@ -154,6 +154,16 @@ void Normalize(Station& station, VoiceTrackEditor& editor) {
   VoiceTracks::Tell(station, VoiceTracks::kNoSound);
 }
 
+// Ahead of a new take. False: the editor is closed or on another track, by what came while the
+// former one ended.
+bool StopsForTake(Station& station, VoiceTrackEditor& editor) {
+  const int32_t code = editor.LblCodeVT;
+  VoiceTracks::StopTrack(station, editor);
+  if (!IsOpenOn(editor, code)) return false;
+  editor.CheckTest = false;
+  return true;
+}
+
 }  // namespace
 
 bool VoiceTracks::IsRecording(const Station& station) {
@@ -194,10 +204,7 @@ void VoiceTracks::BtnRecord_Click(Station& station, VoiceTrackEditor& editor) {
   if (editor.GaugeVisible) return;
   HandleControl(station, "BtnRecord", [&] {
     if (!station.platform.recorder) throw SoundError("there is no recorder");
-    const int32_t code = editor.LblCodeVT;
-    StopTrack(station, editor);
-    if (!IsOpenOn(editor, code)) return;  // by what came while it ended
-    editor.CheckTest = false;
+    if (!StopsForTake(station, editor)) return;
     editor.join.recordAtMs = -1;
     FreeTrackSlot(station, editor);
     BeginRecording(station, editor);
@@ -219,10 +226,7 @@ void VoiceTracks::BtnReprise_Click(Station& station, VoiceTrackEditor& editor) {
   if (editor.GaugeVisible) return;
   if (editor.takeAtMs < 0) return BtnRecord_Click(station, editor);
   HandleControl(station, "BtnReprise", [&] {
-    const int32_t code = editor.LblCodeVT;
-    StopTrack(station, editor);
-    if (!IsOpenOn(editor, code)) return;  // by what came while it ended
-    editor.CheckTest = false;
+    if (!StopsForTake(station, editor)) return;
     const int32_t from = std::min(ExitOfBefore(editor), editor.takeAtMs);
     PlayJoinFrom(station, editor, from - editor.SpinPreRoll * 1000);
     if (editor.join.on) editor.join.recordAtMs = editor.takeAtMs;

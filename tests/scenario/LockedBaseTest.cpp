@@ -18,6 +18,13 @@ namespace {
 
 using WallClock = std::chrono::steady_clock;
 
+template <typename Work>
+int64_t WallMsOf(const Work& work) {
+  const auto began = WallClock::now();
+  work();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(WallClock::now() - began).count();
+}
+
 constexpr int64_t kLockedTickMs = 100;
 // Far above the 100 ms that a tick may wait, for machines with other work; far below the five
 // seconds that one operation waits elsewhere.
@@ -115,12 +122,7 @@ TEST_P(LockedBase, ARequestOfTheOperatorIsOverAtOnce) {
   on.Start();
   HoldFrom(5000, 12000);
   int64_t tookMs = 0;
-  on.At(10000, [&] {
-    const auto began = WallClock::now();
-    OnAir::CmdRequette_Click(on.station);
-    tookMs =
-        std::chrono::duration_cast<std::chrono::milliseconds>(WallClock::now() - began).count();
-  });
+  on.At(10000, [&] { tookMs = WallMsOf([&] { OnAir::CmdRequette_Click(on.station); }); });
   on.RunUntil(15000);
   EXPECT_LT(tookMs, kLongestTickMs);
   EXPECT_EQ(on.station.engine.mainTimerHolds, 0);
@@ -144,12 +146,7 @@ TEST_P(LockedBase, ARequestListsTitlesFromMemory) {
   int64_t tookMs = 0;
   on.At(4000, [&] { before = request(); });
   HoldFrom(5000, 30000);
-  on.At(10000, [&] {
-    const auto began = WallClock::now();
-    locked = request();
-    tookMs =
-        std::chrono::duration_cast<std::chrono::milliseconds>(WallClock::now() - began).count();
-  });
+  on.At(10000, [&] { tookMs = WallMsOf([&] { locked = request(); }); });
   const TickWatch watch(on, 6000, 29000);
   on.RunUntil(31000);
   EXPECT_GT(before, 2);
@@ -162,12 +159,7 @@ TEST_P(LockedBase, ARequestListsTitlesFromMemory) {
 TEST_P(LockedBase, AStartOrderIsOverAtOnceAndPlaysWhatTheListHolds) {
   HoldFrom(1000, 12000);
   int64_t tookMs = 0;
-  on.At(5000, [&] {
-    const auto began = WallClock::now();
-    StartStopZemoRadio(on.station, true);
-    tookMs =
-        std::chrono::duration_cast<std::chrono::milliseconds>(WallClock::now() - began).count();
-  });
+  on.At(5000, [&] { tookMs = WallMsOf([&] { StartStopZemoRadio(on.station, true); }); });
   on.RunUntil(15000);
   EXPECT_LT(tookMs, kLongestTickMs);
   EXPECT_EQ(on.Starts().size(), 1U) << on.Describe();

@@ -9,8 +9,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <variant>
 #include <vector>
 
 #include "app/RealStation.h"
@@ -50,19 +48,14 @@ class Transitions : public EventSink {
   std::vector<int64_t> lateMs;
 
   void OnEvent(const Event& event) override {
-    if (event.name == "onair") exitMs_ = NumberOf(event, "mix_ms");
+    if (event.name == "onair") exitMs_ = event.Number("mix_ms");
     if (event.name != "start") return;
-    const int old = NumberOf(event, "slot") == 0 ? 1 : 0;
+    const int old = event.Number("slot") == 0 ? 1 : 0;
     if (lengthMs_ > 0) lateMs.push_back(sound->Position(old) + exitMs_ - lengthMs_);
-    lengthMs_ = NumberOf(event, "length_ms");
+    lengthMs_ = event.Number("length_ms");
   }
 
  private:
-  static int64_t NumberOf(const Event& event, std::string_view name) {
-    for (const auto& [member, value] : event.members)
-      if (member == name) return std::get<int64_t>(value);
-    return 0;
-  }
   int64_t lengthMs_ = 0, exitMs_ = 0;
 };
 

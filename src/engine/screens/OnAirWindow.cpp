@@ -280,9 +280,14 @@ int64_t OnAirWindow::NowMs() const {
   return station_.platform.clock.MonotonicMs();
 }
 
+// Nobody sees the meters of a minimized one.
+int OnAirWindow::DrawMs() const {
+  return isMinimized() ? kObserveMs : kDrawMs;
+}
+
 void OnAirWindow::Begin() {
   Observe();
-  draw_.start(isMinimized() ? kObserveMs : kDrawMs);
+  draw_.start(DrawMs());
   observe_.start(kObserveMs);
 }
 
@@ -534,8 +539,7 @@ void OnAirWindow::changeEvent(QEvent* event) {
   const bool locked = station_.engine.ScreenLocked;
   if (event->type() != QEvent::WindowStateChange) return;
   if (locked && !isMaximized()) showMaximized();
-  // Nobody sees its meters.
-  if (draw_.isActive()) draw_.setInterval(isMinimized() ? kObserveMs : kDrawMs);
+  if (draw_.isActive()) draw_.setInterval(DrawMs());
 }
 
 bool OnAirWindow::event(QEvent* event) {

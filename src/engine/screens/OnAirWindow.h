@@ -39,7 +39,7 @@ class OnAirWindow : public Window {
   OnAirWindow(Station& station, ScreenSources sources);
   ~OnAirWindow() override;
 
-  void Begin();    // draws 25 times a second from now on
+  void Begin();    // draws 25 times a second from now on, once while it is minimized
   void Refresh();  // draws the state, without a look at the base
   void Observe();  // once a second: health, and the pip of the next hour
 
@@ -85,6 +85,7 @@ class OnAirWindow : public Window {
   void RefreshSkeleton();
   void ShowLater();
   int64_t NowMs() const;
+  int DrawMs() const;  // from one drawing to the next
 
   ScreenSources sources_;
   HealthLine health_;

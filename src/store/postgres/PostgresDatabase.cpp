@@ -1,9 +1,9 @@
 // The database over its connection to a server.
 #include "store/postgres/PostgresDatabase.h"
 
-#include <optional>
 #include <utility>
 
+#include "store/EngineDatabase.h"
 #include "store/Names.h"
 #include "store/Schema.h"
 #include "store/Snapshot.h"
@@ -34,11 +34,11 @@ class PostgresRow final : public RowView {
   int row_ = 0;
 };
 
-class PostgresDatabase final : public Database {
+class PostgresDatabase final : public EngineDatabase<PostgresConnection, PostgresTableDefs> {
  public:
+  // No error shows the URL, which may hold a password.
   PostgresDatabase(std::string url, std::shared_ptr<LockWait> wait)
-      : url_(std::move(url)), wait_(std::move(wait)) {}
-  ~PostgresDatabase() override { PostgresDatabase::Close(); }
+      : EngineDatabase("the base", std::move(wait)), url_(std::move(url)) {}
 
   using Database::ReadRows;
 
@@ -55,18 +55,11 @@ class PostgresDatabase final : public Database {
     Each(Use().RunDialect(sql, values, true), take);
   }
   std::shared_ptr<const StoredTable> FindTable(std::string_view name) override {
-    return std::make_shared<const PostgresTable>((Use(), connection_), name);
+    return std::make_shared<const PostgresTable>(Shared(), name);
   }
   void Execute(std::string_view sql, const Values& values) override {
     Use().RunDialect(sql, values, false);
   }
-  void BeginTrans() override { Use().Begin(); }
-  void CommitTrans() override { Use().Commit(); }
-  void RollbackTrans() override {
-    if (connection_) connection_->Rollback();
-  }
-  bool InTransaction() const override { return connection_ && connection_->InTransaction(); }
-  TableDefs& Tables() override { return Use(), *tables_; }
 
   std::vector<std::string> PutStandIns() override {
     std::vector<std::string> told;
@@ -77,7 +70,7 @@ class PostgresDatabase final : public Database {
         if (!table->FindField(field.Name))
           told.push_back(table->Name + '.' + field.Name + " is missing");
     }
-    book_->NoteAll();
+    Use().NoteAll();
     return told;
   }
   bool HasColumn(std::string_view table, std::string_view column) override {
@@ -86,52 +79,21 @@ class PostgresDatabase final : public Database {
   }
   bool IsReadAsStored(std::string_view table) override {
     if (Use().StructureIsOld()) return false;
-    const auto found = connection_->FindTable(table);
+    const auto found = Use().FindTable(table);
     return found && found->AutoField();
   }
 
   void Open(bool create) override {
-    auto fresh = std::make_shared<PostgresConnection>(url_, create, wait_);
-    Close();
-    connection_ = std::move(fresh);
-    connection_->TellRows(book_);
-    book_->NoteAll();
-    tables_.emplace(*connection_);
+    Take(std::make_shared<PostgresConnection>(url_, create, wait_));
   }
-  void Close() override {
-    if (!connection_) return;
-    counted_ = counter_ + 1;  // another opening is another state, whatever it counts
-    foreignCounted_ += connection_->ForeignSeen() + 1;
-    connection_->Close();
-  }
-  bool IsOpen() const override { return connection_ && connection_->IsOpen(); }
-  int64_t ChangeCounter() override {
-    counter_ = counted_ + Use().ChangeCounter();
-    return counter_;
-  }
-  int64_t ForeignCounter() override {
-    ChangeCounter();
-    return foreignCounted_ + connection_->ForeignSeen();
-  }
-  std::shared_ptr<RowNotes> NoteRows(std::string_view table) override {
-    return book_->Begin(table);
-  }
-  int64_t LastInsertCode() const override {
-    return connection_ ? connection_->LastInsertCode() : 0;
-  }
-  LockWait& Waiting() override { return *wait_; }
   // A server's pages are its own: who keeps a table reads its rows again.
   bool ReadPages(std::string_view, int64_t, const TakePage&) override { return false; }
   void KeepAlone() override { throw StoreError(kErrLocked, "others are let in by the server"); }
   void LetOthersIn() override {}
   bool IsAlone() const override { return false; }
-  bool FileIsLost() const override { return connection_ && connection_->IsLost(); }
+  bool FileIsLost() const override { return Opening() && Opening()->IsLost(); }
 
  private:
-  PostgresConnection& Use() const {
-    if (!connection_) throw StoreError(kErrClosed, "the base is not open");
-    return *connection_;
-  }
   static void Each(const PostgresResult& rows, const TakeRow& take) {
     PostgresRow view(rows);
     for (int row = 0; row < rows.Rows(); ++row) {
@@ -141,13 +103,6 @@ class PostgresDatabase final : public Database {
   }
 
   const std::string url_;
-  std::shared_ptr<LockWait> wait_;
-  std::shared_ptr<PostgresConnection> connection_;  // null before the first opening
-  std::optional<PostgresTableDefs> tables_;
-  int64_t counter_ = 0;  // as last told
-  int64_t counted_ = 0;  // in earlier openings
-  int64_t foreignCounted_ = 0;
-  const std::shared_ptr<RowNoteBook> book_ = std::make_shared<RowNoteBook>();
 };
 
 }  // namespace

@@ -7,18 +7,7 @@
 namespace zemo {
 namespace {
 
-class BoundValues : public OpenBaseTest {
- protected:
-  // CODE of the rows, or the error.
-  std::string Answer(const std::string& sql, const Values& values = {}) {
-    std::string answer;
-    const int error = ErrorOf([&] {
-      Db().ReadRows(sql, values,
-                    [&](const RowView& row) { answer += std::string(row.Text(0)) + ' '; });
-    });
-    return error == 0 ? answer : "error " + std::to_string(error);
-  }
-};
+class BoundValues : public OpenBaseTest {};
 
 // A column of no type, as another tool may leave one, keeps what it is given.
 TEST_F(BoundValues, AWholeRealIsStoredAsTheIntegerThatItsLiteralIs) {
@@ -79,12 +68,12 @@ TEST_F(BoundValues, AKeptQueryIsTranslatedAnewOnceTheTableIsKnownToBeAnother) {
   OtherProgram(BasePath()).Do("CREATE TABLE Loose(X INTEGER); INSERT INTO Loose VALUES(2), (1)");
   base->OpenOrCreateDatabase();
   const std::string sql = "SELECT X FROM Loose ORDER BY X";
-  EXPECT_EQ(Answer(sql), "1 2 ");
+  EXPECT_EQ(AnswerOf(Db(), sql), "1 2 ");
   OtherProgram(BasePath())
       .Do("DROP TABLE Loose; CREATE TABLE Loose(X TEXT); "
           "INSERT INTO Loose VALUES('f'), ('é'), ('e')");
   Db().FindTable("Loose");
-  EXPECT_EQ(Answer(sql), "e é f ");
+  EXPECT_EQ(AnswerOf(Db(), sql), "e é f ");
 }
 
 TEST_F(BoundValues, ABaseClosedInsideAWalkIsFreeWhenTheWalkEnds) {

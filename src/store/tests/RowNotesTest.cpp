@@ -1,4 +1,5 @@
-// The notes of rows that this program wrote, and the counter of what others did.
+// The notes of rows that this program wrote into a file, and the counter of what others did; what
+// every engine does is in store/postgres/tests.
 #include "store/RowNotes.h"
 #include "store/TableDefs.h"
 #include "store/tests/StoreFixture.h"
@@ -19,32 +20,6 @@ class Notes : public OpenBaseTest {
 
   std::shared_ptr<RowNotes> notes;
 };
-
-TEST_F(Notes, AtFirstAnyRowMayBeAnotherOne) {
-  EXPECT_TRUE(Db().NoteRows("Discotheque")->All());
-}
-
-TEST_F(Notes, RowsThatAreMadeChangedAndDeletedAreNotedOnce) {
-  AddCard("D");
-  Db().Execute("UPDATE Discotheque SET AUTEUR = 'X' WHERE CODE = 2");
-  Db().Execute("UPDATE Discotheque SET TITRE = 'Y' WHERE CODE = 2");
-  Db().Execute("DELETE * FROM Discotheque WHERE CODE = 1");
-  EXPECT_EQ(Taken(), (Codes{1, 2, 4}));
-  EXPECT_EQ(Taken(), Codes{});
-}
-
-TEST_F(Notes, WhatACursorWritesIsNoted) {
-  const auto card = base->Table("Discotheque");
-  card->MoveLast();
-  card->Edit();
-  card->Set("TITRE", std::string("NEW"));
-  card->Update();
-  card->AddNew();
-  card->Update();
-  EXPECT_EQ(Taken(), (Codes{3, 4}));
-  card->Delete();
-  EXPECT_EQ(Taken(), Codes{4});
-}
 
 TEST_F(Notes, NoMoreRowsAreTakenThanAskedFor) {
   Db().Execute("UPDATE Discotheque SET AUTEUR = 'X' WHERE '*'");
@@ -75,22 +50,6 @@ TEST_F(Notes, WhatATriggerOfSomebodyWritesIsNoted) {
           "CODE = 3; END");
   Db().Execute("UPDATE Toph SET SURIMPRESSION = 1 WHERE CODE = 1");
   EXPECT_EQ(Taken(), Codes{3});
-}
-
-TEST_F(Notes, WhatIsTakenBackStaysNoted) {
-  Db().BeginTrans();
-  EXPECT_TRUE(Db().InTransaction());
-  AddCard("D");
-  Db().RollbackTrans();
-  EXPECT_FALSE(Db().InTransaction());
-  EXPECT_EQ(Taken(), Codes{4});
-}
-
-TEST_F(Notes, OtherTablesAndOtherProgramsAreNotNoted) {
-  Db().Execute("UPDATE Toph SET SURIMPRESSION = 1 WHERE CODE = 1");
-  OtherProgram(BasePath()).Do("UPDATE Discotheque SET AUTEUR = 'X'");
-  EXPECT_EQ(Taken(), Codes{});
-  EXPECT_FALSE(notes->All());
 }
 
 TEST_F(Notes, EachReaderHasItsOwn) {
@@ -134,27 +93,6 @@ TEST_F(Notes, NotesThatNobodyHoldsAnyMoreDoNoHarm) {
 }
 
 // --- others ---
-
-TEST_F(Notes, TheForeignCounterCountsWhatOthersStoreAndNothingOfOurs) {
-  const int64_t before = Db().ForeignCounter();
-  AddCard("D");
-  Db().BeginTrans();
-  AddCard("E");
-  Db().RollbackTrans();
-  EXPECT_EQ(Db().ForeignCounter(), before);
-  OtherProgram other(BasePath());
-  other.Do("UPDATE Toph SET SURIMPRESSION = 1");
-  const int64_t behind = Db().ForeignCounter();
-  EXPECT_GT(behind, before);
-  AddCard("F");
-  EXPECT_EQ(Db().ForeignCounter(), behind);
-}
-
-TEST_F(Notes, AnotherOpeningCountsAsForeign) {
-  const int64_t before = Db().ForeignCounter();
-  Db().Open(false);
-  EXPECT_GT(Db().ForeignCounter(), before);
-}
 
 TEST_F(Notes, WhoHasTheFileToHimselfHasStoredNothingYet) {
   const int64_t before = Db().ForeignCounter();

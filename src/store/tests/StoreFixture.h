@@ -7,16 +7,14 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "store/Database.h"
 #include "store/SqlText.h"
 #include "store/StationBase.h"
-#include "store/StoreError.h"
 #include "store/TableDefs.h"
+#include "store/tests/StoreAnswers.h"
 
 namespace zemo {
 
@@ -42,14 +40,14 @@ class OtherProgram {
   void Do(const std::string& sql) { EXPECT_EQ(Try(sql), "") << sql; }
 
   // The rows, fields joined by '|', Null as "NULL".
-  std::vector<std::string> Rows(const std::string& sql) {
-    std::vector<std::string> rows;
+  Strings Rows(const std::string& sql) {
+    Strings rows;
     const auto add = [](void* into, int count, char** values, char**) {
       std::string row;
       for (int i = 0; i < count; ++i) {
         row += (i == 0 ? "" : "|") + std::string(values[i] ? values[i] : "NULL");
       }
-      static_cast<std::vector<std::string>*>(into)->push_back(row);
+      static_cast<Strings*>(into)->push_back(row);
       return 0;
     };
     char* message = nullptr;
@@ -59,36 +57,11 @@ class OtherProgram {
     sqlite3_free(message);
     return rows;
   }
-  std::string One(const std::string& sql) {
-    const auto rows = Rows(sql);
-    return rows.size() == 1 ? rows[0] : std::to_string(rows.size()) + " rows";
-  }
+  std::string One(const std::string& sql) { return OnlyOf(Rows(sql)); }
 
  private:
   sqlite3* database_ = nullptr;
 };
-
-// The number of the StoreError that `action` throws, 0 for none; its text goes to `text`.
-inline int ErrorOf(const std::function<void()>& action, std::string* text = nullptr) {
-  try {
-    action();
-  } catch (const StoreError& error) {
-    if (text) *text = error.what();
-    EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos) << error.what();
-    return error.Number();
-  }
-  return 0;
-}
-
-// The named field of all rows of a query, in their order, Null as "NULL".
-inline std::vector<std::string> Column(Recordset& rows, const std::string& field) {
-  std::vector<std::string> values;
-  for (; !rows.Eof(); rows.MoveNext()) {
-    const Value value = rows.Field(field);
-    values.push_back(IsNull(value) ? "NULL" : AsText(value));
-  }
-  return values;
-}
 
 class StoreTest : public testing::Test {
  protected:
@@ -137,9 +110,9 @@ class OpenBaseTest : public StoreTest {
 
   Database& Db() { return base->Db(); }
   std::unique_ptr<Recordset> Query(const std::string& sql) { return Db().OpenRecordset(sql); }
-  std::vector<std::string> Column(const std::string& sql, const std::string& field) {
+  Strings Column(const std::string& sql, const std::string& field) {
     const auto rows = Query(sql);
-    return zemo::Column(*rows, field);
+    return ColumnOf(*rows, field);
   }
   void AddCard(const std::string& artist, const std::string& genre = "ROCK") {
     Db().Execute("INSERT INTO Discotheque(AUTEUR, GENRE) VALUES('" + SqlQuoted(artist) + "','" +
@@ -148,7 +121,5 @@ class OpenBaseTest : public StoreTest {
 
   std::unique_ptr<StationBase> base;
 };
-
-using Strings = std::vector<std::string>;
 
 }  // namespace zemo

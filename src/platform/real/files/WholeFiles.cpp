@@ -146,8 +146,8 @@ class Replacement : public FileInParts {
 };
 
 void Replace(const std::string& path, std::string_view bytes, const DiskSync* disk,
-             std::optional<mode_t> mode = std::nullopt) {
-  Replacement file(path, disk, mode);
+             std::optional<mode_t> mode = std::nullopt, bool forGood = true) {
+  Replacement file(path, disk, mode, forGood);
   file.Append(bytes);
   file.Finish();
 }
@@ -211,9 +211,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
 }
 
 void ReplaceWholeFile(const std::string& path, std::string_view bytes, const DiskSync& disk) {
-  Replacement file(path, nullptr, std::nullopt, disk.IsForGood());
-  file.Append(bytes);
-  file.Finish();
+  Replace(path, bytes, nullptr, std::nullopt, disk.IsForGood());
 }
 
 std::unique_ptr<FileInParts> ReplaceFileInParts(const std::string& path) {

@@ -116,13 +116,13 @@ std::array<float, kChannels> MixerThread::TakePeaks() {
 // What was ordered counts from this moment on: what the ring has room for by now is mixed before.
 void MixerThread::Run() {
   while (!quit_.load(std::memory_order_acquire)) {
-    int waitMs = running_ ? Turn() : -1;
-    if (TakeOrders()) waitMs = running_ ? Turn() : -1;
+    int waitMs = Turn();
+    if (TakeOrders()) waitMs = Turn();
     Publish();
     wake_.Wait(waitMs);
   }
   TakeOrders();
-  if (running_) Turn();
+  Turn();
   running_ = full_ = false;  // what is read back stands from here on
   Publish();
 }
@@ -205,8 +205,9 @@ void MixerThread::HaltOutput() {
   core_.Render(mixed_.data(), kChunkFrames);
 }
 
-// Keeps the ring full. Returns the ms until the next turn.
+// Keeps the ring full. Returns the ms until the next turn, below 0 for none while nothing runs.
 int MixerThread::Turn() {
+  if (!running_) return -1;
   const Time now = std::chrono::steady_clock::now();
   turned_ = now;
   full_ = false;

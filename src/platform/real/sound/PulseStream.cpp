@@ -15,7 +15,7 @@ void OnStreamState(pa_stream* stream, void* condition) {
                                                                  std::memory_order_release);
 }
 
-void OnStreamSuspended(pa_stream* stream, void* self) {
+void OnStreamSuspended(pa_stream*, void* self) {
   static_cast<PulseStream*>(self)->NoteSleep();
 }
 

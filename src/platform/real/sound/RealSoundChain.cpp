@@ -184,21 +184,18 @@ bool RealSoundChain::MakeStream(int slot, int64_t frame) {
 }
 
 bool RealSoundChain::StartSlot(int slot, int64_t frame) {
-  if (!MakeStream(slot, frame)) return false;
-  Player& player = players_[slot];
-  Send({.kind = Kind::kStart,
-        .slot = slot,
-        .stream = player.stream.get(),
-        .generation = player.generation,
-        .frame = frame,
-        .gain = Gain(slot)});
-  return true;
+  return SendStream(Kind::kStart, slot, frame);
 }
 
 bool RealSoundChain::SeekSlot(int slot, int64_t frame) {
+  return SendStream(Kind::kSeek, slot, frame);
+}
+
+// A start, or a seek as one: a stream of its own from there on.
+bool RealSoundChain::SendStream(Kind kind, int slot, int64_t frame) {
   if (!MakeStream(slot, frame)) return false;
-  Player& player = players_[slot];
-  Send({.kind = Kind::kSeek,
+  const Player& player = players_[slot];
+  Send({.kind = kind,
         .slot = slot,
         .stream = player.stream.get(),
         .generation = player.generation,

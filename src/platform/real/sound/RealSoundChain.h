@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/real/sound/DeviceThread.h"
+#include "platform/real/sound/MixerOrder.h"
 #include "platform/real/sound/OutputSpec.h"
 #include "platform/sound/SoundChainBase.h"
 
@@ -21,8 +22,6 @@ namespace zemo {
 class AirSink;
 class DecodedStream;
 class MixerThread;
-struct MixerOrder;
-
 // How the sound fares, for a health line.
 struct SoundHealth {
   std::string output;  // what plays, in words
@@ -96,6 +95,7 @@ class RealSoundChain final : public SoundChainBase {
   };
 
   bool MakeStream(int slot, int64_t frame);
+  bool SendStream(MixerOrder::Kind kind, int slot, int64_t frame);
   void RetireStream(int slot);
   void ReapStreams();
   void Send(const MixerOrder& order);

@@ -54,16 +54,38 @@ const Values& AllKinds() {
   return kValues;
 }
 
+// A query for each way to compare with a value.
+Strings Comparisons() {
+  Strings queries;
+  for (const char* condition : {
+           "AUTEUR = ?",
+           "AUTEUR <> ?",
+           "AUTEUR < ?",
+           "AUTEUR >= ?",
+           "? = AUTEUR",
+           "? > AUTEUR",
+           "AUTEUR LIKE ?",
+           "AUTEUR NOT LIKE ?",
+           "ECARTMINUTES = ?",
+           "ECARTMINUTES < ?",
+           "ECARTMINUTES > ?",
+           "? <> ECARTMINUTES",
+           "LASTDIFF >= ?",
+           "LASTDIFF LIKE ?",
+           "AUTEUR IN(?)",
+           "AUTEUR NOT IN(?)",
+           "ECARTMINUTES IN(?)",
+           "NOT AUTEUR = ? AND CODE > 3",
+           "CODE IN (SELECT CODE FROM Discotheque WHERE AUTEUR = ?)",
+       })
+    queries.push_back(std::string("SELECT CODE FROM Discotheque WHERE ") + condition);
+  return queries;
+}
+
 class BoundValues : public EngineTest {
  protected:
-  // CODE of the rows, or the error.
   std::string Answer(const std::string& sql, const Values& values = {}) {
-    std::string answer;
-    const int error = ErrorOf([&] {
-      Db().ReadRows(sql, values,
-                    [&](const RowView& row) { answer += std::string(row.Text(0)) + ' '; });
-    });
-    return error == 0 ? answer : "error " + std::to_string(error);
+    return AnswerOf(Db(), sql, values);
   }
   // A card a value, which stands in two texts and, where they take it, two numbers.
   void FillLibrary() {
@@ -79,27 +101,7 @@ ON_BOTH_ENGINES(BoundValues);
 
 TEST_P(BoundValues, AnswerAsTheirLiteralsDo) {
   FillLibrary();
-  const char* conditions[] = {
-      "AUTEUR = ?",
-      "AUTEUR <> ?",
-      "AUTEUR < ?",
-      "AUTEUR >= ?",
-      "? = AUTEUR",
-      "? > AUTEUR",
-      "AUTEUR LIKE ?",
-      "AUTEUR NOT LIKE ?",
-      "ECARTMINUTES = ?",
-      "ECARTMINUTES < ?",
-      "LASTDIFF >= ?",
-      "LASTDIFF LIKE ?",
-      "AUTEUR IN(?)",
-      "AUTEUR NOT IN(?)",
-      "ECARTMINUTES IN(?)",
-      "NOT AUTEUR = ? AND CODE > 3",
-      "CODE IN (SELECT CODE FROM Discotheque WHERE AUTEUR = ?)",
-  };
-  for (const char* condition : conditions) {
-    const std::string sql = std::string("SELECT CODE FROM Discotheque WHERE ") + condition;
+  for (const std::string& sql : Comparisons()) {
     for (const Value& value : AllKinds())
       EXPECT_EQ(Answer(sql, {value}), Answer(QueryWithValues(sql, {value})))
           << QueryWithValues(sql, {value});
@@ -244,44 +246,16 @@ TEST(BoundValuesOfBothEngines, AreAnsweredAndStoredAlike) {
       errors[at++] = ErrorOf([&] { base->Execute(sql, values); });
     EXPECT_EQ(errors[0], errors[1]) << QueryWithValues(sql, values);
   };
-  const auto answer = [](Database& base, const std::string& sql, const Values& values) {
-    std::string told;
-    const int error = ErrorOf([&] {
-      base.ReadRows(sql, values,
-                    [&](const RowView& row) { told += std::string(row.Text(0)) + ' '; });
-    });
-    return error == 0 ? told : "error " + std::to_string(error);
-  };
   for (const Value& value : AllKinds()) {
     const int64_t minutes = AsInt(value) % 1000;
     onBoth("INSERT INTO Discotheque(AUTEUR, TITRE, ECARTMINUTES, LASTDIFF) VALUES(?,?,?,?)",
            {value, "the " + AsText(value).substr(0, 30), minutes, AsReal(value)});
   }
-  EXPECT_EQ(answer(file.Db(), "SELECT AUTEUR FROM Discotheque", {}),
-            answer(server.Db(), "SELECT AUTEUR FROM Discotheque", {}));
-  const char* conditions[] = {"AUTEUR = ?",
-                              "AUTEUR <> ?",
-                              "AUTEUR < ?",
-                              "AUTEUR >= ?",
-                              "? = AUTEUR",
-                              "? > AUTEUR",
-                              "AUTEUR LIKE ?",
-                              "AUTEUR NOT LIKE ?",
-                              "ECARTMINUTES = ?",
-                              "ECARTMINUTES < ?",
-                              "ECARTMINUTES > ?",
-                              "? <> ECARTMINUTES",
-                              "LASTDIFF >= ?",
-                              "LASTDIFF LIKE ?",
-                              "AUTEUR IN(?)",
-                              "AUTEUR NOT IN(?)",
-                              "ECARTMINUTES IN(?)",
-                              "NOT AUTEUR = ? AND CODE > 3",
-                              "CODE IN (SELECT CODE FROM Discotheque WHERE AUTEUR = ?)"};
-  for (const char* condition : conditions) {
-    const std::string sql = std::string("SELECT CODE FROM Discotheque WHERE ") + condition;
+  EXPECT_EQ(AnswerOf(file.Db(), "SELECT AUTEUR FROM Discotheque"),
+            AnswerOf(server.Db(), "SELECT AUTEUR FROM Discotheque"));
+  for (const std::string& sql : Comparisons()) {
     for (const Value& value : AllKinds())
-      EXPECT_EQ(answer(file.Db(), sql, {value}), answer(server.Db(), sql, {value}))
+      EXPECT_EQ(AnswerOf(file.Db(), sql, {value}), AnswerOf(server.Db(), sql, {value}))
           << QueryWithValues(sql, {value});
   }
 }

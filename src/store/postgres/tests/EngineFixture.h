@@ -6,47 +6,20 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "store/Database.h"
-#include "store/RowView.h"
 #include "store/Schema.h"
 #include "store/SqlText.h"
-#include "store/StoreError.h"
 #include "store/TableDefs.h"
 #include "store/postgres/PostgresDatabase.h"
 #include "store/postgres/tests/TestServer.h"
+#include "store/tests/StoreAnswers.h"
 
 namespace zemo {
 
-using Strings = std::vector<std::string>;
-
 enum class Engine { kFile, kServer };
-
-// The number of the StoreError that `action` throws, 0 for none; its text goes to `text`.
-inline int ErrorOf(const std::function<void()>& action, std::string* text = nullptr) {
-  try {
-    action();
-  } catch (const StoreError& error) {
-    if (text) *text = error.what();
-    EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos) << error.what();
-    return error.Number();
-  }
-  return 0;
-}
-
-// The named field of all rows of a query, in their order, Null as "NULL".
-inline Strings ColumnOf(Recordset& rows, const std::string& field) {
-  Strings values;
-  for (; !rows.Eof(); rows.MoveNext()) {
-    const Value value = rows.Field(field);
-    values.push_back(IsNull(value) ? "NULL" : AsText(value));
-  }
-  return values;
-}
 
 // Another program on the base, through a connection of its own; it waits for nobody.
 class OtherStation {
@@ -82,10 +55,7 @@ class OtherStation {
     }
     return rows;
   }
-  std::string One(const std::string& sql) {
-    const auto rows = Rows(sql);
-    return rows.size() == 1 ? rows[0] : std::to_string(rows.size()) + " rows";
-  }
+  std::string One(const std::string& sql) { return OnlyOf(Rows(sql)); }
 
  private:
   std::unique_ptr<Database> base_;
