@@ -66,6 +66,7 @@ void KnownCards::StartOver(Database& db) {
   notes_->Clear();  // a written row's page has another mark, or none
   whole_ = false;
   lastCode_ = kBelowAll;
+  ++passes_;
 }
 
 void KnownCards::Forget() {

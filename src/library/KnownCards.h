@@ -13,7 +13,7 @@
 //                   the next one to go by;
 //   the structure   only a table that is read as it stands is kept; of any other nothing is known.
 //                   Who changes it counts as another program, or the store notes all rows.
-// Whoever is told that nothing is known asks the base. While another process has the file to
+// Whoever is told that nothing is known asks the base, or reads on. While another process has the file to
 // himself the counter cannot be read, and what was known is: he has not committed.
 #pragma once
 
@@ -74,6 +74,7 @@ class KnownCards {
   std::optional<CardSet> LastRead() const;
   // As Listed, with the pages; none where these cannot be told.
   std::optional<KnownLibrary> ListedWithPages(Database& db);
+  int64_t Passes() const { return passes_; }  // begun so far: others' writes begin another one
   // Looks at all pages again, so that they have marks behind own writes as well.
   void LookAgain(Database& db);
   // What an earlier run knew is what was known before the first pass: only the rows of those pages
@@ -123,7 +124,8 @@ class KnownCards {
   bool keepable_ = false;            // the table is read as it stands, with codes of 32 bits
   int64_t foreign_ = 0;              // ForeignCounter at the begin of the pass
   bool whole_ = false;               // the pass is at its end
-  bool readOnce_ = false;            // a pass of chunks_ came to its end
+  int64_t passes_ = 0;
+  bool readOnce_ = false;  // a pass of chunks_ came to its end
   // In order of CODE. Of a pass under way those up to `lastCode_` are read; the others are what was
   // known before.
   std::vector<std::shared_ptr<CardChunk>> chunks_;
