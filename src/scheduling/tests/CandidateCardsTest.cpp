@@ -155,7 +155,7 @@ TEST_F(Candidates, ABaseThatOthersWriteToAgainAndAgainIsAsked) {
   int writes = 0;
   watched.loop.onYield = [&] {
     s.Sql("UPDATE Discotheque SET LASTDIFF = CASE CODE WHEN 25 THEN " + std::to_string(++writes) +
-          " ELSE 46400 + CODE END");
+          " ELSE 46400 + CODE + " + std::to_string(writes) + " END");
   };
   const CandidateCards cards(watched.station, kPop, CandidateCards::Order::kLastdiff);
   ASSERT_EQ(cards.Count(), 3000);
