@@ -21,9 +21,10 @@ struct ShortStation {
   int exitMs = 1000;       // before the end
   int restMinutes = 1;     // of a title that has been played
   int requestMinutes = 1;  // what a request asks for
+  bool allGenres = false;  // have a share, and not the first one alone
 };
 
-// One genre has a share, so that a request lists a title of each variety and comes again soon; all
+// Where one genre has a share a request lists a title of each variety and comes again soon; all
 // genres are in its query.
 inline void MakeShortStation(const std::string& folder, const ShortStation& form) {
   std::filesystem::create_directories(folder);
@@ -40,7 +41,7 @@ inline void MakeShortStation(const std::string& folder, const ShortStation& form
   statements.push_back(ReportSql(form.reportRows));
   std::string noShare = "UPDATE Models SET JOUR = JOUR";
   for (int hour = 0; hour < 24; ++hour) noShare += ", TRANCHE" + TwoDigits(hour) + " = 0";
-  statements.push_back(noShare + " WHERE GENRE <> 'GENRE 0'");
+  if (!form.allGenres) statements.push_back(noShare + " WHERE GENRE <> 'GENRE 0'");
   statements.push_back("UPDATE Discotheque SET FILENAME = '" + folder + "/sound' || (CODE % " +
                        std::to_string(form.sounds) +
                        ") || '.wav', DUREE = " + std::to_string(form.titleMs) +
