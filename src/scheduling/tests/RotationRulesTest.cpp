@@ -391,6 +391,15 @@ TEST(RecentArtists, AMomentFromBeforeTheClockWasSetBackIsStillTheNewest) {
   EXPECT_TRUE(allowed);
 }
 
+// Today is day 46347.
+TEST(RecentArtists, BehindAMomentAheadOfTheClockThoseAiredLastCountHoweverLongAgoThatWas) {
+  RequestStation s;
+  s.SetCnf("EcartArtiste", 2);
+  FillLongReport(s, 46400);
+  LoadRecentArtists(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 1999", "ARTIST 2000"}));
+}
+
 TEST(RecentArtists, RowsAddedAfterwardsAndPurgedOnesAreSeen) {
   RequestStation s;
   s.SetCnf("EcartArtiste", 2);
