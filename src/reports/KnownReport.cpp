@@ -423,7 +423,6 @@ std::optional<std::vector<std::string>> KnownReport::NewestArtists(int count, do
   const auto newest = std::min_element(aired.begin(), aired.end(), later);
   const bool ahead = newest != aired.end() && AheadOfClock((*newest)->moment, now);
   const bool all = older_.rows == 0;
-  if (!ahead && !all && AheadOfClock(older_.newest, now)) return std::nullopt;
   const size_t wanted = std::min(aired.size(), static_cast<size_t>(count));
   if (!all && static_cast<int>(wanted) < count) return std::nullopt;
   if (!ahead) {

@@ -86,12 +86,14 @@ int64_t AskNewestRowOf(Station& station, const std::string& artist, int64_t floo
 // As long as others do not write faster than it reads.
 void KnowReport(Station& station) {
   constexpr int kMostPasses = 3;
+  if (LookAtReport(station) != KnownReport::State::kBeingRead) return;
   const MainTimerHold hold(station);
   int64_t read = KnownReport::kBelowAll;
-  for (int passes = 0; LookAtReport(station) == KnownReport::State::kBeingRead;) {
+  for (int passes = 0; passes < kMostPasses;) {
     const int64_t former = std::exchange(read, station.knownReport->ReadUpTo());
-    if (read <= former && ++passes == kMostPasses) return;
+    passes += read <= former ? 1 : 0;
     station.platform.loop.Yield();
+    if (LookAtReport(station) != KnownReport::State::kBeingRead) return;
   }
 }
 

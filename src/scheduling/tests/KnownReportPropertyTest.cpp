@@ -38,7 +38,7 @@ class ReportCases {
       if (i % kCasesAReport == kCasesAReport - 1) NewStation();
       story_.clear();
       SetClock();
-      for (int n = Pick(1, 4); n > 0; --n) Something();
+      for (int n = Pick(1, 6); n > 0; --n) Something();
       if (Pick(0, 2) > 0) ReadAll();
       if (Pick(0, 3) == 0) Something();
       Compare();
@@ -59,16 +59,20 @@ class ReportCases {
 
   // Small slices, so that passes take several; pages of one mark, or some of them.
   void Keep() {
-    It().knownReport = std::make_shared<KnownReport>(KnownReport::Sizes{
-        .window = 24, .sliceCodes = 40, .runBits = Pick(0, 1) ? 2 : 7, .slicePages = 2});
+    It().knownReport =
+        std::make_shared<KnownReport>(KnownReport::Sizes{.window = Pick(0, 2) ? 24 : 200,
+                                                         .sliceCodes = 40,
+                                                         .runBits = Pick(0, 1) ? 2 : 7,
+                                                         .slicePages = 2});
   }
   void NewStation() {
     stranger_.reset();
-    plain_ = Pick(0, 2) > 0;
+    plain_ = Pick(0, 3) > 0;
+    fat_ = Pick(0, 1) == 1;
     s_ = std::make_unique<RequestStation>();
     stranger_ = std::make_unique<Stranger>(It().base.Path());
     Keep();
-    Rows(Pick(0, 2) ? Pick(0, 60) : kManyRows);
+    Rows(Pick(0, 1) ? Pick(0, 60) : kManyRows);
   }
   // In the order of their moments, as the air makes them.
   void Rows(int count) {
@@ -76,9 +80,12 @@ class ReportCases {
     for (int n = count; n > 0; --n) stranger_->Do(Insertion(std::to_string(kClockDay - n / 100.0)));
     stranger_->Do("COMMIT");
   }
+  // Mostly it goes on, so that the rows come in the order of their moments.
   void SetClock() {
-    s_->loop.SetWallClock(
-        {2026, 11, Pick(0, 4) ? 21 : Pick(18, 23), Pick(0, 23), Pick(0, 59), Pick(0, 59), 0});
+    minute_ = (minute_ + Pick(1, 5)) % (24 * 60);
+    LocalDateTime now{2026, 11, 21, minute_ / 60, minute_ % 60, Pick(0, 59), 0};
+    if (Pick(0, 14) == 0) now = {2026, 11, Pick(18, 23), Pick(0, 23), Pick(0, 59), 0, 0};
+    s_->loop.SetWallClock(now);
     It().base.CheckCnf();
   }
 
@@ -86,10 +93,10 @@ class ReportCases {
 
   std::string Moment() {
     static constexpr const char* kOdd[] = {"NULL", "'abc'", "x'41'", "9e999", "-9e999", "'46340'"};
-    if (!plain_ && Pick(0, 60) == 0) return OneOf(kOdd);
+    if (!plain_ && Pick(0, 9) == 0) return OneOf(kOdd);
     if (Pick(0, 30) == 0) return "NULL";
     if (Pick(0, 3) == 0) return std::to_string(kClockDay - Pick(0, 12) / 4.0);  // some are equal
-    if (Pick(0, 12) == 0) return std::to_string(kClockDay + Pick(0, 400) / 100.0);
+    if (Pick(0, 25) == 0) return std::to_string(kClockDay + Pick(0, 400) / 100.0);
     return std::to_string(DateSerial(It().Now()));
   }
   std::string Artist() {
@@ -105,8 +112,7 @@ class ReportCases {
     return OneOf(kGenres);
   }
   std::string Insertion(const std::string& moment) {
-    // Some are long, so that few stand on a page.
-    const std::string label = Pick(0, 7) ? "'L'" : "printf('%.40c', 'x')";
+    const std::string label = Pick(0, 5) && !fat_ ? "'L'" : "printf('%.600c', 'x')";
     return "INSERT INTO Rapport (AUTEUR, TITRE, GENRE, DATENUM, LABEL) VALUES (" + Artist() +
            ", 'TITLE', " + Genre() + ", " + moment + ", " + label + ")";
   }
@@ -115,7 +121,11 @@ class ReportCases {
     return "(SELECT MAX(CODE) - " + std::to_string(back) + " FROM Rapport)";
   }
   std::string Write() {
-    switch (Pick(0, 13)) {
+    switch (Pick(0, 15)) {
+      case 14:
+      case 15:  // as of just now
+        return "UPDATE Rapport SET DATENUM = " + std::to_string(DateSerial(It().Now())) +
+               " WHERE CODE = " + SomeCode();
       case 0:
         return "DELETE FROM Rapport WHERE CODE = " + SomeCode();
       case 1:
@@ -130,6 +140,8 @@ class ReportCases {
         return "UPDATE Rapport SET AUTEUR = " + Artist() + " WHERE CODE >= " + SomeCode();
       case 6:
         return "UPDATE Rapport SET GENRE = " + Genre() + " WHERE CODE = " + SomeCode();
+      case 8:
+        return "DELETE FROM Rapport WHERE CODE BETWEEN " + SomeCode() + " AND " + SomeCode();
       case 7:
         return "DELETE FROM Rapport WHERE DATENUM <= " +
                std::to_string(kClockDay - Pick(0, 40) / 10.0);
@@ -158,7 +170,7 @@ class ReportCases {
     }
   }
   void Something() {
-    switch (Pick(0, 12)) {
+    switch (Pick(0, 13)) {
       case 0:
       case 1:
       case 2:
@@ -190,9 +202,25 @@ class ReportCases {
       case 8:
         story_ += "many rows\n";
         return Rows(Pick(0, 70));
+      case 9:
+        return BackAndForth();
       default:
         ReadReportAhead(It());
     }
+  }
+  // Another program writes back what this one wrote, byte by byte.
+  void BackAndForth() {
+    const std::string where = " WHERE CODE = " + std::to_string(Pick(1, kManyRows));
+    const bool moment = Pick(0, 1) == 1;
+    const std::string now = "DATENUM = " + std::to_string(DateSerial(It().Now()));
+    const std::string before = moment ? "DATENUM = 46300.25" : "AUTEUR = 'soul'";
+    Foreign("UPDATE Rapport SET " + before + where);
+    ReadAll();
+    Own("UPDATE Rapport SET " + (moment ? now : "AUTEUR = 'Rare'") + where);
+    Compare();
+    Foreign("UPDATE Rapport SET " + before + where);
+    if (Pick(0, 1)) ReadAll();
+    Compare();
   }
   void Cursor() {
     story_ += "cursor\n";
@@ -295,6 +323,8 @@ class ReportCases {
   std::unique_ptr<RequestStation> s_;
   std::unique_ptr<Stranger> stranger_;
   bool plain_ = false;  // no moment is one that only the base can judge
+  bool fat_ = false;    // few rows stand on a page
+  int minute_ = 0;      // of the day
   std::string story_;
   int fromMemory_ = 0, fromBase_ = 0;
 };
