@@ -77,7 +77,7 @@ struct LongReport : testing::Test {
 TEST_F(LongReport, IsKnownSoonAndPurgedThen) {
   PurgeReport(on.station, 10);
   EXPECT_EQ(FirstRow(), "1");
-  on.RunUntil(2000);
+  on.RunUntil(5000);
   EXPECT_EQ(LookAtReport(on.station), KnownReport::State::kKnown);
   EXPECT_EQ(FirstRow(), "20001");  // up to the midnight of 46337
 }
@@ -85,7 +85,7 @@ TEST_F(LongReport, IsKnownSoonAndPurgedThen) {
 TEST_F(LongReport, ItsNewestRowsAreWrittenAgainOnceItIsKnown) {
   ExportReport(on.station);
   EXPECT_EQ(on.stationFolder.Read("rapportzemo.txt")->find("A7\t"), std::string::npos);
-  on.RunUntil(2000);
+  on.RunUntil(5000);
   EXPECT_NE(on.stationFolder.Read("rapportzemo.txt")->find("A7\t"), std::string::npos);
 }
 
