@@ -415,7 +415,7 @@ size_t KnownReport::RunAt(int64_t code) const {
 // --- the answers ---
 
 std::optional<std::vector<std::string>> KnownReport::NewestArtists(int count, double now) const {
-  if (odd_ || older_.odd) return std::nullopt;
+  if (!Judges()) return std::nullopt;
   std::vector<const Row*> aired;
   for (auto row = rows_.rbegin(); row != rows_.rend(); ++row)
     if (row->aired) aired.push_back(&*row);
@@ -435,7 +435,7 @@ std::optional<std::vector<std::string>> KnownReport::NewestArtists(int count, do
 }
 
 std::optional<int64_t> KnownReport::NewestRowOf(const std::string& artist, int64_t floor) {
-  if (odd_ || older_.odd || artist.find('\0') != std::string::npos) return std::nullopt;
+  if (!Judges() || artist.find('\0') != std::string::npos) return std::nullopt;
   if (FloorFor(floor) < floor_ && older_.rows > 0) return std::nullopt;
   if (!counted_) CountArtists();
   const bool ascii = IsAscii(artist);

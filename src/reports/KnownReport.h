@@ -11,9 +11,9 @@
 //
 // It is true by the signs of the library in memory (library/KnownCards.h): the store notes the rows
 // that this program writes; after a write of another one the pages of the table are looked at
-// again, and rows are read of those alone that hold something else. A hundred pages or so have one
-// mark, which the second reading takes first: in a base that no other program writes to nobody
-// looks at pages.
+// again, and rows are read of those alone that hold something else. The pages of a thousand rows
+// have one mark, which the second reading takes first: in a base that no other program writes to
+// nobody looks at pages.
 #pragma once
 
 #include <array>
@@ -166,6 +166,8 @@ class KnownReport {
   void DropArtists();
   size_t RunAt(int64_t code) const;
   int64_t Before(size_t run) const { return run == 0 ? kBelowAll : runs_[run - 1].lastCode; }
+  // Something was read, and its moments compare as numbers do.
+  bool Judges() const { return readOnce_ && !odd_ && !older_.odd; }
   bool NoneLater(double moment) const { return older_.rows == 0 || moment > older_.newest; }
 
   const Sizes sizes_;

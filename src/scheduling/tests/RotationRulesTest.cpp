@@ -1,6 +1,7 @@
 // The rules on one card, with every number worked out by hand; then the artist tests on a report.
 #include <gtest/gtest.h>
 
+#include "scheduling/RecentReport.h"
 #include "scheduling/RequestError.h"
 #include "scheduling/RotationRules.h"
 #include "scheduling/tests/RequestFixture.h"
@@ -519,6 +520,21 @@ TEST(ReportGap, AWideGapReachesFarBackInALongReport) {
   CheckArtistGapInReport(s.station, "ARTIST 100", 1900, allowed);  // exactly 1,900 rows behind
   EXPECT_TRUE(allowed);
   CheckArtistGapInReport(s.station, "ARTIST 100", 1901, allowed);
+  EXPECT_FALSE(allowed);
+}
+
+// More rows than are noted one by one, in a yield of a request.
+TEST(ReportGap, HoldsBehindAWriteToAllOfALongReport) {
+  RequestStation s;
+  s.Sql(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 25000) INSERT INTO "
+      "Rapport (AUTEUR, DATENUM) SELECT 'ARTIST ' || i, 46000 + i / 1000.0 FROM n");
+  KnowReport(s.station);
+  LoadNewestReportCode(s.station);
+  ASSERT_TRUE(s.Requests().reportInMemory);
+  s.Execute("UPDATE Rapport SET LABEL = 'OTHER'");
+  bool allowed = true;
+  CheckArtistGapInReport(s.station, "ARTIST 24990", 11, allowed);  // ten rows behind
   EXPECT_FALSE(allowed);
 }
 
