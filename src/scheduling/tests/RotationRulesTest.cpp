@@ -523,6 +523,47 @@ TEST(ReportGap, AWideGapReachesFarBackInALongReport) {
   EXPECT_FALSE(allowed);
 }
 
+// Of 30,000 rows, of which a look reads a third at most.
+struct LongReportWatched : testing::Test {
+  void SetUp() override {
+    s.Sql(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000) INSERT "
+        "INTO Rapport (AUTEUR, DATENUM) SELECT 'ARTIST ' || i, 46000 + i / 1000.0 FROM n");
+    watched.loop.onYield = [this] {
+      ++yields;
+      EXPECT_GT(watched.station.engine.mainTimerHolds, 0);
+      if (someoneWrites)
+        s.Sql("UPDATE Rapport SET LABEL = 'L" + std::to_string(yields) + "' WHERE CODE % 50 = 1");
+    };
+  }
+  bool Allowed(const std::string& artist, int16_t gap) {
+    LoadNewestReportCode(watched.station);
+    bool allowed = true;
+    CheckArtistGapInReport(watched.station, artist, gap, allowed);
+    return allowed;
+  }
+  RequestStation s;
+  test::WatchedStation watched{s};
+  int yields = 0;
+  bool someoneWrites = false;
+};
+
+TEST_F(LongReportWatched, IsReadWithYieldsAndTheTickHeld) {
+  KnowReport(watched.station);
+  EXPECT_GE(yields, 3);
+  EXPECT_FALSE(Allowed("ARTIST 29990", 11));  // ten rows behind
+  EXPECT_TRUE(watched.station.requests.reportInMemory);
+  EXPECT_TRUE(Allowed("ARTIST 29990", 10));
+}
+
+TEST_F(LongReportWatched, IsLeftToTheBaseWhereSomebodyWritesInEachYield) {
+  someoneWrites = true;
+  KnowReport(watched.station);
+  EXPECT_FALSE(Allowed("ARTIST 29990", 11));
+  EXPECT_FALSE(watched.station.requests.reportInMemory);
+  EXPECT_TRUE(Allowed("ARTIST 29990", 10));
+}
+
 // More rows than are noted one by one, in a yield of a request.
 TEST(ReportGap, HoldsBehindAWriteToAllOfALongReport) {
   RequestStation s;
