@@ -2,7 +2,7 @@
 // and one of 10,000 cards with 1, 2, 5 and 10 years of it; all cards in the model. Of each, in
 // milliseconds of the processor:
 //   start     from the opening of the base to the first element, no compaction being due
-//   request   of 30 minutes by percentages, with the library in memory; the median of five
+//   request   of 30 minutes by percentages, with library and report in memory; the median of five
 //   search    of a text in all cards, as much as a screen does until its list is whole
 //   tick      the median of an hour's, in microseconds
 //   element   the second from the start of one on; the median of that hour
@@ -24,6 +24,7 @@
 #include "WholeBase.h"
 #include "engine/MainTick.h"
 #include "library/KnownCards.h"
+#include "reports/KnownReport.h"
 #include "scheduling/LibrarySearch.h"
 #include "scheduling/PercentageRequest.h"
 #include "support/TestStation.h"
@@ -90,7 +91,7 @@ double RequestMs(zemo::Station& station) {
   std::vector<double> times;
   for (int turn = 0; turn < 5; ++turn) {
     station.PL.Clear();
-    while (zemo::ReadCardsAhead(station)) {
+    while (zemo::ReadCardsAhead(station) || zemo::ReadReportAhead(station)) {
     }
     int16_t minutes = 30;
     times.push_back(WorkedMsOf([&] { zemo::RequestMusic(station, minutes); }));

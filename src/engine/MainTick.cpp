@@ -37,6 +37,9 @@
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
 #include "reports/AirWrites.h"
+#include "reports/KnownReport.h"
+#include "reports/ReportPurge.h"
+#include "reports/RollingReport.h"
 #include "scheduling/JingleSelection.h"
 #include "settings/SideFiles.h"
 #include "station/BaseFiles.h"
@@ -206,14 +209,21 @@ void LookForLostBase(Station& station) {
   TakeUpOpenedBase(station);
 }
 
+void ServeKnownReport(Station& station) {
+  PurgeReportOnceKnown(station);
+  ExportReportOnceKnown(station);
+}
+
 // Some slices a tick while there is something to read, else a look for others' writes: a request
-// finds the library in memory then.
-void ReadLibraryAhead(Station& station) {
+// finds the report and the library in memory then.
+void ReadAhead(Station& station) {
   EngineState& engine = station.engine;
   const int64_t nowMs = station.platform.clock.MonotonicMs();
   if (nowMs < engine.libraryLookMs || !AwayFromExit(station)) return;
   for (int slice = 0; slice < kSlicesATick; ++slice) {
     if (slice > 0) station.platform.loop.Yield();
+    if (ReadReportAhead(station)) continue;
+    ServeKnownReport(station);
     if (ReadCardsAhead(station)) continue;
     engine.libraryLookMs = nowMs + kLibraryLookMs;
     return;
@@ -286,7 +296,7 @@ void RunTick(Station& station) {
   step(ServeScreenSaver);  // 21
   step(WriteKept);
   step(LookForLostBase);
-  step(ReadLibraryAhead);
+  step(ReadAhead);
 }
 
 }  // namespace

@@ -1,14 +1,12 @@
 #include "reports/ReportPurge.h"
 
-#include <algorithm>
-#include <cmath>
 #include <exception>
 #include <limits>
 #include <optional>
 #include <string>
 
 #include "platform/Folder.h"
-#include "reports/ReportBound.h"
+#include "reports/KnownReport.h"
 #include "settings/SideFileIo.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
@@ -53,42 +51,44 @@ void KeepLimit(Station& station, int64_t limit) {
   }
 }
 
-// What was looked for once in the older part of the report is not looked for there again.
-bool HasRowsUpTo(Station& station, int64_t limit) {
-  KeepReportBound(station, 0);
-  const ReportBound& bound = station.requests.report;
-  const bool all = bound.oldest <= static_cast<double>(limit);
-  bool found = false;
-  station.base.Db().ReadRows("SELECT TOP 1 CODE FROM Rapport WHERE CODE > ? AND DATENUM <= ?",
-                             {all ? std::numeric_limits<int64_t>::min() : bound.code, limit},
-                             [&](const RowView&) { found = true; });
-  return found;
+// A CODE up to which all rows up to the limit stand; none where there is none of these.
+std::optional<int64_t> LastRowUpTo(Station& station, int64_t limit, bool known) {
+  if (known) return station.knownReport->LastUpTo(static_cast<double>(limit));
+  std::optional<int64_t> code;
+  station.base.Db().ReadRows("SELECT TOP 1 CODE FROM Rapport WHERE DATENUM <= ? ORDER BY CODE DESC",
+                             {limit}, [&](const RowView& row) { code = row.Int(0); });
+  return code;
 }
 
-void NoteNoneUpTo(Station& station, int64_t limit) {
-  double& oldest = station.requests.report.oldest;
-  const auto last = static_cast<double>(limit);
-  oldest = std::max(oldest, std::nextafter(last, last + 1));
+void DeleteUpTo(Database& db, int64_t limit, int64_t lastCode) {
+  Transaction transaction(db);
+  db.Execute("DELETE * FROM Rapport WHERE CODE <= ? AND DATENUM <= ?", {lastCode, limit});
+  transaction.Commit();
 }
 
 }  // namespace
 
 void PurgeReport(Station& station, int64_t days) {
+  bool& due = station.engine.reportPurgeDue;
   try {
+    const KnownReport::State state = LookAtReport(station);
+    due = state == KnownReport::State::kBeingRead;
+    if (due) return;
     const int64_t limit = LimitOf(station, days);
     Database& db = station.base.Db();
-    const bool found = HasRowsUpTo(station, limit);
-    if (found) KeepLimit(station, limit);
+    const auto last = LastRowUpTo(station, limit, state == KnownReport::State::kKnown);
+    if (last) KeepLimit(station, limit);
     // A report without its moments says so: they are not guessed.
-    if (found || !db.HasColumn("Rapport", "DATENUM")) {
-      Transaction transaction(db);
-      db.Execute("DELETE * FROM Rapport WHERE DATENUM <= ?", {limit});
-      transaction.Commit();
-    }
-    NoteNoneUpTo(station, limit);
+    if (last || !db.HasColumn("Rapport", "DATENUM")) DeleteUpTo(db, limit, last.value_or(0));
   } catch (const std::exception&) {
     LogCurrentException(station, kPurgeRoutine);
   }
+}
+
+void PurgeReportOnceKnown(Station& station) {
+  if (!station.engine.reportPurgeDue) return;
+  station.base.CheckCnf();
+  PurgeReport(station, station.base.CnfInt(Cnf::kPurgeRapport));
 }
 
 ReportSpan::ReportSpan(Station& station) : first_(std::numeric_limits<double>::infinity()) {

@@ -9,9 +9,12 @@ namespace zemo {
 struct Station;
 
 // Deletes the rows up to midnight of the day that lies that many days back, 0 being today, and
-// keeps that day in "ReportBegin.Txt" before. A fault is logged and leaves the table as it was.
+// keeps that day in "ReportBegin.Txt" before. A report that is not known yet
+// (reports/KnownReport.h) is left for later. A fault is logged and leaves the table as it was.
 // Thread: the logic's.
 void PurgeReport(Station& station, int64_t days);
+// What PurgeReport left for later, by the setting. For each tick that has read on.
+void PurgeReportOnceKnown(Station& station);
 
 // What the report has left of the past.
 class ReportSpan {

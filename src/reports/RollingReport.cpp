@@ -10,7 +10,7 @@
 
 #include "platform/LocalValues.h"
 #include "reports/BroadcastReport.h"
-#include "reports/ReportBound.h"
+#include "reports/KnownReport.h"
 #include "settings/SideFileIo.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
@@ -54,17 +54,28 @@ Rows NewestAbove(Station& station, int64_t code, int64_t count) {
   return ReadRows(station, "TOP ? ", "Code > ? ORDER BY DATENUM DESC, Code DESC", {count, code});
 }
 
+// No older row is among the newest: there is none, or none of a later moment.
+bool Proved(const Rows& rows, int64_t count, const OlderRows& older) {
+  if (older.rows == 0) return true;
+  return !older.odd && static_cast<int64_t>(rows.size()) == count &&
+         rows.back().moment > older.newest;
+}
+
 // Of the last stretch of the report, of all of it only where older rows may be newer. What comes
 // between the questions is there twice, not missing.
 void ReadAnew(Station& station, RollingRows& rolling, int64_t count) {
   rolling.known = false;
-  KeepReportBound(station, count);
-  const ReportBound& bound = station.requests.report;
-  rolling.head = NewestReportCode(station.base.Db()).value_or(0);
-  rolling.rows = NewestAbove(station, bound.code, count);
-  const bool whole = static_cast<int64_t>(rolling.rows.size()) == count;
-  if (bound.code > 0 && !(whole && rolling.rows.back().moment > bound.dateNum))
-    rolling.rows = NewestAbove(station, 0, count);
+  const KnownReport::State state = LookAtReport(station);
+  const int64_t head = NewestReportCode(station.base.Db()).value_or(0);
+  rolling.ahead = state == KnownReport::State::kBeingRead;
+  const int64_t floor = rolling.ahead ? head - KnownReport::Sizes().window - count
+                        : state == KnownReport::State::kKnown ? station.knownReport->Floor()
+                                                              : KnownReport::kBelowAll;
+  rolling.rows = NewestAbove(station, floor, count);
+  if (state == KnownReport::State::kKnown &&
+      !Proved(rolling.rows, count, station.knownReport->Older()))
+    rolling.rows = NewestAbove(station, KnownReport::kBelowAll, count);
+  rolling.head = head;
   rolling.count = count;
   rolling.known = true;
 }
@@ -112,6 +123,13 @@ std::vector<std::string> NewestLines(Station& station, int64_t count) {
 }
 
 }  // namespace
+
+void ExportReportOnceKnown(Station& station) {
+  RollingRows& rolling = station.engine.rollingReport;
+  if (!rolling.ahead || LookAtReport(station) == KnownReport::State::kBeingRead) return;
+  rolling.ahead = rolling.known = false;
+  ExportReport(station);
+}
 
 void ExportReport(Station& station) {
   try {

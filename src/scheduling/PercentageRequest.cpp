@@ -12,6 +12,7 @@
 #include "scheduling/CandidatePool.h"
 #include "scheduling/LastAnswers.h"
 #include "scheduling/ModelGrids.h"
+#include "scheduling/RecentReport.h"
 #include "scheduling/RequestError.h"
 #include "scheduling/RequestFrame.h"
 #include "scheduling/RotationRules.h"
@@ -199,6 +200,7 @@ void RequestMusic(Station& station, int16_t& minutes) {
   station.base.CheckCnf();
   bool skeleton = false;
   try {
+    KnowReport(station);
     PrepareRules(station);  // 1
     skeleton = station.base.CnfBool(Cnf::kSquelette);
   } catch (const std::exception&) {

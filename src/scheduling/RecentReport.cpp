@@ -1,10 +1,11 @@
-// Both questions are asked of a window of newest rows first.
 #include "scheduling/RecentReport.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "platform/EventLoop.h"
-#include "reports/ReportBound.h"
+#include "reports/BroadcastReport.h"
+#include "reports/KnownReport.h"
+#include "scheduling/LastAnswers.h"
 #include "station/Station.h"
 #include "station/TimeForms.h"
 #include "store/RowView.h"
@@ -15,19 +16,34 @@ namespace {
 
 constexpr const char* kAired = "Genre NOT In('TOP-H','JINGLE','PUB')";
 
-// Reads the rows above `floor` by artist, each with its newest.
-void ReadArtists(Station& station, int64_t floor) {
-  ReportArtists& artists = station.requests.reportArtists;
-  artists.newest.clear();
-  station.base.Db().ReadRows(
-      "SELECT Auteur, CODE, DATENUM FROM Rapport WHERE CODE > ?", {floor}, [&](const RowView& row) {
-        if (row.IsNull(0)) return;
-        const ReportArtists::Row found{row.Real(2), row.Int(1)};
-        auto [at, fresh] = artists.newest.try_emplace(std::string(row.Text(0)), found);
-        if (!fresh) at->second = std::max(at->second, found);
-      });
-  artists.floor = floor;
-  artists.known = true;
+bool Begin(Station& station) {
+  station.requests.reportInMemory = LookAtReport(station) == KnownReport::State::kKnown;
+  return station.requests.reportInMemory;
+}
+
+// What `ask` asks of the base; where that is out of reach what `known` says of the report as it was
+// read last.
+template <typename Ask, typename Known>
+auto AskOrTakeLast(Station& station, Ask ask, Known known) -> decltype(ask()) {
+  try {
+    return ask();
+  } catch (const StoreError& fault) {
+    if (!fault.MayPass() || !station.knownReport || !station.knownReport->WasRead()) throw;
+    const auto last = known();
+    if (!last) throw;
+    station.requests.reportInMemory = true;
+    TellLastAnswers(station, fault);
+    return *last;
+  }
+}
+
+// A base that is out of reach leaves the report as it was read last.
+void Follow(Station& station, int64_t floor) {
+  try {
+    if (station.base.IsOpen()) station.knownReport->Follow(station.base.Db(), floor);
+  } catch (const StoreError& fault) {
+    if (!fault.MayPass()) throw;
+  }
 }
 
 // The clock went back: the newest rows by their moment are not those that aired last.
@@ -36,60 +52,76 @@ bool AheadOfTheClock(Station& station, double moment) {
   return moment - DateSerial(station.Now()) >= kMinute;
 }
 
-int64_t AskWholeReport(Station& station, const std::string& artist) {
-  const auto newest = station.base.Db().OpenRecordset(
-      "SELECT TOP 1 Auteur, CODE FROM Rapport Where Auteur = ? ORDER BY DATENUM DESC", {artist});
-  return newest->Eof() ? 0 : newest->Int("CODE");
+std::vector<std::string> AskNewestArtists(Station& station, int count) {
+  const std::string query =
+      std::string("SELECT TOP ? Auteur, DATENUM FROM Rapport Where ") + kAired + " ORDER BY ";
+  std::vector<std::string> artists;
+  bool ahead = false;
+  station.base.Db().ReadRows(query + "DATENUM DESC", {count}, [&](const RowView& row) {
+    ahead = ahead || (artists.empty() && AheadOfTheClock(station, row.Real(1)));
+    artists.emplace_back(row.Text(0));
+  });
+  if (!ahead) return artists;
+  artists.clear();
+  station.base.Db().ReadRows(query + "CODE DESC", {count},
+                             [&](const RowView& row) { artists.emplace_back(row.Text(0)); });
+  return artists;
+}
+
+// The whole report is asked only for an artist of its newest rows.
+int64_t AskNewestRowOf(Station& station, const std::string& artist, int64_t floor) {
+  Database& db = station.base.Db();
+  bool above = false;
+  db.ReadRows("SELECT TOP 1 CODE FROM Rapport Where CODE > ? AND Auteur = ? ORDER BY CODE DESC",
+              {floor, artist}, [&](const RowView&) { above = true; });
+  int64_t code = 0;
+  if (!above) return code;
+  db.ReadRows("SELECT TOP 1 CODE, DATENUM FROM Rapport Where Auteur = ? ORDER BY DATENUM DESC",
+              {artist}, [&](const RowView& row) { code = row.Int(0); });
+  return code > floor ? code : 0;
 }
 
 }  // namespace
 
-std::vector<std::string> NewestArtists(Station& station, int count) {
-  std::vector<std::string> artists;
-  if (count <= 0) return artists;
-  KeepReportBound(station, int64_t{count} * 4);
-  const ReportBound& bound = station.requests.report;
-  Database& db = station.base.Db();
-  const std::string top = "SELECT TOP ? Auteur, DATENUM FROM Rapport ";
-  double oldest = 0;
-  bool ahead = false;
-  const auto take = [&](const RowView& row) {
-    oldest = row.Real(1);
-    ahead = ahead || (artists.empty() && AheadOfTheClock(station, oldest));
-    artists.emplace_back(row.Text(0));
-  };
-  db.ReadRows(top + "Where CODE > ? AND " + kAired + " ORDER BY DATENUM DESC", {count, bound.code},
-              take);
-  const bool all = bound.code <= 0;
-  if (ahead) {
-    artists.clear();
-    db.ReadRows(top + "Where " + kAired + " ORDER BY CODE DESC", {count}, take);
-    return artists;
+// As long as others do not write faster than it reads.
+void KnowReport(Station& station) {
+  constexpr int kMostPasses = 3;
+  if (LookAtReport(station) != KnownReport::State::kBeingRead) return;
+  const MainTimerHold hold(station);
+  int64_t read = KnownReport::kBelowAll;
+  for (int passes = 0; passes < kMostPasses;) {
+    const int64_t former = std::exchange(read, station.knownReport->ReadUpTo());
+    passes += read <= former ? 1 : 0;
+    station.platform.loop.Yield();
+    if (LookAtReport(station) != KnownReport::State::kBeingRead) return;
   }
-  if (all || (static_cast<int>(artists.size()) == count && oldest > bound.dateNum)) return artists;
-  artists.clear();
-  db.ReadRows(top + "Where " + kAired + " ORDER BY DATENUM DESC", {count}, take);
-  return artists;
+}
+
+std::vector<std::string> NewestArtists(Station& station, int count) {
+  if (count <= 0) return {};
+  const auto known = [&] {
+    return station.knownReport->NewestArtists(count, DateSerial(station.Now()));
+  };
+  if (Begin(station))
+    if (auto artists = known()) return *artists;
+  return AskOrTakeLast(
+      station, [&] { return AskNewestArtists(station, count); }, known);
+}
+
+std::optional<int64_t> NewestRow(Station& station) {
+  const auto known = [&] { return station.knownReport->NewestCode(); };
+  if (Begin(station))
+    if (const auto code = known()) return code;
+  return AskOrTakeLast(
+      station, [&] { return NewestReportCode(station.base.Db()); }, known);
 }
 
 int64_t NewestRowOf(Station& station, const std::string& artist, int64_t floor) {
-  RequestState& requests = station.requests;
-  ReportArtists& artists = requests.reportArtists;
-  const uint64_t served = station.platform.loop.EventsServed();
-  if (!artists.known || artists.eventsServed != served ||
-      artists.dernierCode != requests.DernierCodeRapport) {
-    artists.known = false;
-    KeepReportBound(station, 0);
-    artists.eventsServed = served;
-    artists.dernierCode = requests.DernierCodeRapport;
+  if (station.requests.reportInMemory) {
+    Follow(station, floor);
+    if (const auto code = station.knownReport->NewestRowOf(artist, floor)) return *code;
   }
-  const int64_t wanted = std::min(floor, requests.report.code);
-  if (!artists.known || wanted < artists.floor) ReadArtists(station, wanted);
-  const auto found = artists.newest.find(artist);
-  if (found == artists.newest.end()) return 0;
-  const bool all = artists.floor <= 0;
-  if (all || found->second.first > requests.report.dateNum) return found->second.second;
-  return AskWholeReport(station, artist);
+  return AskNewestRowOf(station, artist, floor);
 }
 
 }  // namespace zemo

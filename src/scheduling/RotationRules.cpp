@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "reports/BroadcastReport.h"
 #include "scheduling/HourFilter.h"
 #include "scheduling/LastAnswers.h"
 #include "scheduling/RecentReport.h"
@@ -265,7 +264,7 @@ void LoadRecentArtists(Station& station) {
 }
 
 void LoadNewestReportCode(Station& station) {
-  if (const auto newest = NewestReportCode(station.base.Db()))
+  if (const auto newest = NewestRow(station))
     station.requests.DernierCodeRapport = static_cast<int32_t>(*newest);
 }
 

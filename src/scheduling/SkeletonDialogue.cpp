@@ -4,6 +4,7 @@
 
 #include "platform/EventLoop.h"
 #include "scheduling/CandidatePool.h"
+#include "scheduling/RecentReport.h"
 #include "scheduling/RequestFrame.h"
 #include "scheduling/RotationRules.h"
 #include "scheduling/SkeletonRequest.h"
@@ -93,6 +94,7 @@ void Skeleton::BtnOk_Click(Station& station) {
   const int minutes = station.requests.SkeletonDialog.SpinMinutes;
   RequestFrame frame(station, "dialog");
   try {
+    KnowReport(station);
     LoadRecentArtists(station);
     FillStoredList(station, frame, minutes);
   } catch (const std::exception&) {

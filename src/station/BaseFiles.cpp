@@ -17,8 +17,7 @@ namespace {
 
 void ForgetBase(Station& station) {
   station.base.CheckCnf();
-  station.requests.report.known = false;
-  station.requests.reportArtists.known = false;
+  station.requests.reportInMemory = false;
   station.engine.rollingReport.known = false;
   // Its breaks keep firing until the tick has composed it anew.
   if (station.GPubJour.RowCount() > 0) station.GPubJour.SetCell(0, GridCol::kDateStamp, "");
@@ -110,8 +109,10 @@ void SetBaseAside(Station& station) {
 }
 
 void ForgetAnswers(Station& station) {
+  station.requests.reportInMemory = false;
   station.requests.lastAnswers.reset();
   station.knownCards.reset();
+  station.knownReport.reset();
 }
 
 void OpenBaseAgain(Station& station) {

@@ -33,6 +33,7 @@ struct RollingRows {
     std::string line;  // of the file, without its end
   };
   bool known = false;     // false: the base has to be asked for all of them
+  bool ahead = false;     // they are of the last stretch alone: the report is not known yet
   int64_t count = 0;      // as many were asked for
   int64_t head = 0;       // no row up to this CODE is missing
   std::vector<Row> rows;  // the newest first, `count` at most
@@ -155,6 +156,7 @@ struct EngineState {
   // --- writes that the base could not take yet (see reports/AirWrites.h) ---
   KeptWrites kept;
   RollingRows rollingReport;  // writer: ExportReport
+  bool reportPurgeDue = false;  // it waits until the report is known; writer: ReportPurge
   DatedLists datedLists;      // writer: PlaylistWatcher
 
   int64_t baseLookMs = 0;      // monotonic; whether the base is lost is not looked at before

@@ -17,37 +17,10 @@
 #include "station/OnAirElement.h"
 #include "station/RefusedTitles.h"
 #include "station/TextGrid.h"
-#include "store/Collation.h"
 
 namespace zemo {
 
 struct LastAnswers;
-
-// What is known of the broadcast report without reading all of it; see reports/ReportBound.h.
-struct ReportBound {
-  bool known = false;
-  int64_t code = 0;    // rows up to this CODE ...
-  double dateNum = 0;  // ... have no DATENUM above this
-  double oldest = 0;   // ... and none below this
-  int64_t changeCounter =
-      0;  // of the base when it was read; it counts up while the base is the same
-};
-
-// The newest row of each artist in the last stretch of the report, while one request asks for them.
-struct ReportArtists {
-  struct Order {
-    using is_transparent = void;
-    bool operator()(std::string_view a, std::string_view b) const {
-      return CompareFrenchCase(a, b) < 0;
-    }
-  };
-  using Row = std::pair<double, int64_t>;  // DATENUM and CODE: among equals the highest CODE
-  bool known = false;
-  int64_t floor = 0;          // rows above this CODE were read ...
-  uint64_t eventsServed = 0;  // ... when the event loop had served so much
-  int32_t dernierCode = 0;    // and DernierCodeRapport was this
-  std::map<std::string, Row, Order> newest;
-};
 
 // When this run last aired a title; the run's own clock never jumps.
 struct Airing {
@@ -91,8 +64,7 @@ struct RequestState {
   int64_t restUntilMs = -1;
   std::vector<OnAirElement> ListView1;  // candidates in the order in which they were offered
   bool PLHidden = false;                // the list is not drawn while a request works on it
-  ReportBound report;                   // writers: ReportBound, ReportPurge
-  ReportArtists reportArtists;          // writer: RecentReport
+  bool reportInMemory = false;          // the request asks it; writers: RecentReport, BaseFiles
   bool refusalFileFailing = false;      // it could not be written, and that is logged
   KeptChoices choices;                  // writer: ChoiceLog
   // What the base last said to the small questions of a request; scheduling/LastAnswers.h.

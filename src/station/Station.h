@@ -27,6 +27,7 @@
 namespace zemo {
 
 class KnownCards;
+class KnownReport;
 
 // Names of the side files in the station's folder, set at load.
 struct SideFileNames {
@@ -84,6 +85,7 @@ struct Station : private SoundObserver, private FlagObserver {
   LockDialogue lockDialogue;
   RequestState requests;
   std::shared_ptr<KnownCards> knownCards;  // the music library in memory; library/KnownCards.h
+  std::shared_ptr<KnownReport> knownReport;  // its newest rows in memory; reports/KnownReport.h
   ModelEditor modelEditor;
   SettingsScreen settings;
   EngineLists lists;

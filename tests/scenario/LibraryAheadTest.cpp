@@ -1,7 +1,11 @@
-// The tick reads the music library into memory, so that a request need not ask the base for it.
+// The tick reads the music library and the report into memory, so that a request need not ask the
+// base for them.
 #include <gtest/gtest.h>
 
 #include "library/KnownCards.h"
+#include "reports/KnownReport.h"
+#include "reports/ReportPurge.h"
+#include "reports/RollingReport.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -53,6 +57,36 @@ TEST_F(LargeLibrary, IsNotReadWhereAnElementIsAboutToBegin) {
   EXPECT_FALSE(Known());
   on.RunUntil(exitMs + 5000);
   EXPECT_TRUE(Known());
+}
+
+// Of 30,000 rows, the last ones of today, day 46347.
+struct LongReport : testing::Test {
+  void SetUp() override {
+    on.Load();
+    on.Sql(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000) INSERT "
+        "INTO Rapport (AUTEUR, DATENUM) SELECT 'A' || i, CASE i WHEN 7 THEN 46347.9 ELSE 46317 + i "
+        "/ 1000.0 END FROM n");
+    on.Sql("UPDATE Cnf SET PurgeRapport = 10");
+    on.localValues.Set("XRapport", "2");
+  }
+  std::string FirstRow() { return on.SqlText("SELECT MIN(CODE) FROM Rapport WHERE CODE <> 7"); }
+  TestStation on;
+};
+
+TEST_F(LongReport, IsKnownSoonAndPurgedThen) {
+  PurgeReport(on.station, 10);
+  EXPECT_EQ(FirstRow(), "1");
+  on.RunUntil(5000);
+  EXPECT_EQ(LookAtReport(on.station), KnownReport::State::kKnown);
+  EXPECT_EQ(FirstRow(), "20001");  // up to the midnight of 46337
+}
+
+TEST_F(LongReport, ItsNewestRowsAreWrittenAgainOnceItIsKnown) {
+  ExportReport(on.station);
+  EXPECT_EQ(on.stationFolder.Read("rapportzemo.txt")->find("A7\t"), std::string::npos);
+  on.RunUntil(5000);
+  EXPECT_NE(on.stationFolder.Read("rapportzemo.txt")->find("A7\t"), std::string::npos);
 }
 
 }  // namespace

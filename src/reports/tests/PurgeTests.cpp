@@ -1,6 +1,7 @@
 // The purge of the report. 21 November 2026 is day 46347.
 #include <gtest/gtest.h>
 
+#include "reports/KnownReport.h"
 #include "reports/ReportPurge.h"
 #include "station/BaseFiles.h"
 #include "support/TestStation.h"
@@ -75,6 +76,21 @@ TEST_F(ReportPurge, GoesOnWithTheDaysAndTheRowsThatCome) {
   on.loop.SetWallClock({2026, 11, 22, 0, 0, 1, 0});
   PurgeReport(on.station, 29);  // up to the midnight of 46319, which row 3000 bears
   EXPECT_EQ(left(), "0");
+}
+
+// 30,000 rows are more than one look reads.
+TEST_F(ReportPurge, ALongReportIsPurgedOnceItIsKnown) {
+  on.Sql(OldRowsSql(1, 30000, "46300 + i / 1000.0"));  // days 46300 to 46330
+  OpenBaseAgain(on.station);
+  PurgeReport(on.station, 30);  // up to the midnight of 46317, which row 17,000 bears
+  EXPECT_EQ(on.SqlText("SELECT MIN(CODE) FROM Rapport"), "1");
+  EXPECT_TRUE(on.station.engine.reportPurgeDue);
+  while (ReadReportAhead(on.station)) {
+  }
+  on.Sql("UPDATE Cnf SET PurgeRapport = 30");
+  PurgeReportOnceKnown(on.station);
+  EXPECT_EQ(on.SqlText("SELECT MIN(CODE) FROM Rapport"), "17001");
+  EXPECT_FALSE(on.station.engine.reportPurgeDue);
 }
 
 TEST_F(ReportPurge, KeepsNoDayForRowsThatSomebodyElseDeleted) {

@@ -5,6 +5,7 @@
 #include <random>
 #include <sstream>
 
+#include "reports/KnownReport.h"
 #include "reports/RollingReport.h"
 #include "station/BaseFiles.h"
 #include "support/TestStation.h"
@@ -168,6 +169,24 @@ TEST_F(RollingReport, AnotherLongBaseIsReadAnew) {
   OpenBaseAgain(on.station);
   ExportReport(on.station);
   EXPECT_EQ(AuthorsInFile(), "A5|");
+}
+
+// 30,000 rows are more than one look reads.
+TEST_F(RollingReport, ShowsTheLastRowsUntilALongReportIsKnown) {
+  on.localValues.Set("XRapport", "2");
+  on.Sql(LongReportSql(1, 30000, "CASE i WHEN 5 THEN 46300 ELSE 46100 + i / 1000.0 END"));
+  OpenBaseAgain(on.station);
+  ExportReport(on.station);
+  EXPECT_EQ(AuthorsInFile(), "A30000|A29999|");
+  ExportReportOnceKnown(on.station);
+  EXPECT_EQ(AuthorsInFile(), "A30000|A29999|");
+  while (ReadReportAhead(on.station)) {
+  }
+  ExportReportOnceKnown(on.station);
+  EXPECT_EQ(AuthorsInFile(), "A5|A30000|");
+  on.MakeFile("rapportzemo.txt", "of somebody");
+  ExportReportOnceKnown(on.station);
+  EXPECT_EQ(File(), "of somebody") << "it was written again";
 }
 
 TEST_F(RollingReport, AnEmptyTableLeavesAnEmptyFile) {

@@ -2,7 +2,6 @@
 // memory is what the base's query gives in that moment, and so are the pools made of it and the
 // rows that a search lists.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <filesystem>
 #include <random>
@@ -15,6 +14,7 @@
 #include "scheduling/tests/CandidateReading.h"
 #include "scheduling/tests/RequestFixture.h"
 #include "scheduling/tests/SearchReading.h"
+#include "scheduling/tests/Stranger.h"
 #include "station/BaseFiles.h"
 #include "support/UnderSanitizer.h"
 
@@ -25,32 +25,12 @@ using test::PlainCards;
 using test::PlainPool;
 using test::RequestStation;
 using test::SeePool;
+using test::Stranger;
 
 constexpr int kCases = test::Cases(1000);
 constexpr int kCasesAStation = 40;
 constexpr int kManyCards = 150;  // on some twenty pages
 constexpr int kSmallSlice = 9;   // rows, so that passes take several
-
-// Another program: SQLite as it comes, which stores what it likes.
-class Stranger {
- public:
-  explicit Stranger(const std::string& path) {
-    sqlite3_open_v2(path.c_str(), &database_, SQLITE_OPEN_READWRITE, nullptr);
-    Do("PRAGMA synchronous = OFF");
-    Do("PRAGMA ignore_check_constraints = ON");
-  }
-  ~Stranger() { sqlite3_close(database_); }
-  Stranger(const Stranger&) = delete;
-  void Do(const std::string& sql) {
-    char* message = nullptr;
-    sqlite3_exec(database_, sql.c_str(), nullptr, nullptr, &message);
-    EXPECT_EQ(message, nullptr) << message << " in " << sql;
-    sqlite3_free(message);
-  }
-
- private:
-  sqlite3* database_ = nullptr;
-};
 
 class Cases {
  public:

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <map>
 #include <random>
 #include <set>
@@ -254,10 +255,16 @@ class PlainRequest {
     return rows;
   }
 
+  // By the order in which they were aired where the clock went back since.
   void CollectRecentArtists() {
+    std::vector<const Case::Aired*> music = NewestFirst();
+    std::erase_if(music, [](const Case::Aired* aired) { return !aired->music; });
+    constexpr double kMinute = 1.0 / (24 * 60);
+    if (!music.empty() && music.front()->dateNum - DateSerial(c_.now) >= kMinute)
+      std::sort(music.begin(), music.end(), std::greater<>());
     int left = c_.ecartArtiste;
-    for (const Case::Aired* aired : NewestFirst())
-      if (aired->music && left-- > 0) recent_.push_back(Capitals(aired->artist));
+    for (const Case::Aired* aired : music)
+      if (left-- > 0) recent_.push_back(Capitals(aired->artist));
     for (const int place : c_.listed)
       recent_.push_back(Capitals(c_.cards[static_cast<size_t>(place)].artist));
     std::sort(recent_.begin(), recent_.end());

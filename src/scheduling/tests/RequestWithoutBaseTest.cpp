@@ -92,6 +92,21 @@ TEST_P(WithoutBase, ARequestAlongASkeletonListsWhatItWouldWithIt) {
   }
 }
 
+// An artist of its own gap: of the report as it was read last, and of what was aired since.
+TEST_P(WithoutBase, AnArtistOfTheReportIsKeptToItsGap) {
+  s.Execute("UPDATE Discotheque SET ECARTARTISTE = 5 WHERE CODE IN (1, 4, 7)");
+  const Codes before = Asked();
+  ASSERT_GT(before.size(), 2U);
+  EXPECT_EQ(std::count(before.begin(), before.end(), 1), 0);
+  EXPECT_EQ(std::count(before.begin(), before.end(), 4), 0);
+  EXPECT_EQ(std::count(before.begin(), before.end(), 7), 1);
+  s.Report("ARTIST 7", 46302);
+  Lose();
+  const Codes after = Asked();
+  EXPECT_EQ(std::count(after.begin(), after.end(), 1), 0);
+  EXPECT_EQ(std::count(after.begin(), after.end(), 4), 0);
+}
+
 TEST_P(WithoutBase, OneLineTellsOfARequestByWhatWasReadLast) {
   Asked();
   EXPECT_EQ(TimesTold(), 0);

@@ -1,6 +1,7 @@
 // The rules on one card, with every number worked out by hand; then the artist tests on a report.
 #include <gtest/gtest.h>
 
+#include "scheduling/RecentReport.h"
 #include "scheduling/RequestError.h"
 #include "scheduling/RotationRules.h"
 #include "scheduling/tests/RequestFixture.h"
@@ -367,6 +368,7 @@ void FillLongReport(RequestStation& s, double late) {
   for (int i = 1; i <= 2000; ++i)
     s.Report("ARTIST " + std::to_string(i), i == 10 ? late : 46000 + i / 10000.0);
   all.Commit();
+  OpenBaseAgain(s.station);  // what is known of it from now on is its last rows, and bounds
 }
 
 TEST(RecentArtists, ALongReportGivesTheSameAsReadingAllOfIt) {
@@ -389,6 +391,15 @@ TEST(RecentArtists, AMomentFromBeforeTheClockWasSetBackIsStillTheNewest) {
   bool allowed = true;
   CheckArtistGapInReport(s.station, "ARTIST 10", 5, allowed);
   EXPECT_TRUE(allowed);
+}
+
+// Today is day 46347.
+TEST(RecentArtists, BehindAMomentAheadOfTheClockThoseAiredLastCountHoweverLongAgoThatWas) {
+  RequestStation s;
+  s.SetCnf("EcartArtiste", 2);
+  FillLongReport(s, 46400);
+  LoadRecentArtists(s.station);
+  EXPECT_EQ(s.Requests().ECArtiste, (std::vector<std::string>{"ARTIST 1999", "ARTIST 2000"}));
 }
 
 TEST(RecentArtists, RowsAddedAfterwardsAndPurgedOnesAreSeen) {
@@ -509,6 +520,62 @@ TEST(ReportGap, AWideGapReachesFarBackInALongReport) {
   CheckArtistGapInReport(s.station, "ARTIST 100", 1900, allowed);  // exactly 1,900 rows behind
   EXPECT_TRUE(allowed);
   CheckArtistGapInReport(s.station, "ARTIST 100", 1901, allowed);
+  EXPECT_FALSE(allowed);
+}
+
+// Of 30,000 rows, of which a look reads a third at most.
+struct LongReportWatched : testing::Test {
+  void SetUp() override {
+    s.Sql(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000) INSERT "
+        "INTO Rapport (AUTEUR, DATENUM) SELECT 'ARTIST ' || i, 46000 + i / 1000.0 FROM n");
+    watched.loop.onYield = [this] {
+      ++yields;
+      EXPECT_GT(watched.station.engine.mainTimerHolds, 0);
+      if (someoneWrites)
+        s.Sql("UPDATE Rapport SET LABEL = 'L" + std::to_string(yields) + "' WHERE CODE % 50 = 1");
+    };
+  }
+  bool Allowed(const std::string& artist, int16_t gap) {
+    LoadNewestReportCode(watched.station);
+    bool allowed = true;
+    CheckArtistGapInReport(watched.station, artist, gap, allowed);
+    return allowed;
+  }
+  RequestStation s;
+  test::WatchedStation watched{s};
+  int yields = 0;
+  bool someoneWrites = false;
+};
+
+TEST_F(LongReportWatched, IsReadWithYieldsAndTheTickHeld) {
+  KnowReport(watched.station);
+  EXPECT_GE(yields, 3);
+  EXPECT_FALSE(Allowed("ARTIST 29990", 11));  // ten rows behind
+  EXPECT_TRUE(watched.station.requests.reportInMemory);
+  EXPECT_TRUE(Allowed("ARTIST 29990", 10));
+}
+
+TEST_F(LongReportWatched, IsLeftToTheBaseWhereSomebodyWritesInEachYield) {
+  someoneWrites = true;
+  KnowReport(watched.station);
+  EXPECT_FALSE(Allowed("ARTIST 29990", 11));
+  EXPECT_FALSE(watched.station.requests.reportInMemory);
+  EXPECT_TRUE(Allowed("ARTIST 29990", 10));
+}
+
+// More rows than are noted one by one, in a yield of a request.
+TEST(ReportGap, HoldsBehindAWriteToAllOfALongReport) {
+  RequestStation s;
+  s.Sql(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 25000) INSERT INTO "
+      "Rapport (AUTEUR, DATENUM) SELECT 'ARTIST ' || i, 46000 + i / 1000.0 FROM n");
+  KnowReport(s.station);
+  LoadNewestReportCode(s.station);
+  ASSERT_TRUE(s.Requests().reportInMemory);
+  s.Execute("UPDATE Rapport SET LABEL = 'OTHER'");
+  bool allowed = true;
+  CheckArtistGapInReport(s.station, "ARTIST 24990", 11, allowed);  // ten rows behind
   EXPECT_FALSE(allowed);
 }
 
