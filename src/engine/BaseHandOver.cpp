@@ -16,6 +16,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/WaitPointer.h"
+#include "store/DatabaseFiles.h"
 #include "store/StoreError.h"
 #include "traffic/CampaignImport.h"
 

@@ -14,6 +14,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "store/DatabaseFiles.h"
 
 namespace zemo {
 

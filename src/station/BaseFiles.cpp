@@ -6,6 +6,7 @@
 #include "platform/Folder.h"
 #include "station/DayGrid.h"
 #include "station/Station.h"
+#include "store/DatabaseFiles.h"
 #include "store/Schema.h"
 #include "store/StationFile.h"
 #include "store/StoreError.h"

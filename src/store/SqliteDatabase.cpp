@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "store/Connection.h"
+#include "store/DatabaseFiles.h"
 #include "store/EngineDatabase.h"
 #include "store/Names.h"
 #include "store/Snapshot.h"

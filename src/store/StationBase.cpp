@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "store/DatabaseFiles.h"
 #include "store/Names.h"
 #include "store/Schema.h"
 #include "store/StoreError.h"

@@ -16,6 +16,8 @@
 
 namespace zemo {
 
+class HeldDatabase;
+
 // Thread: the logic's. Operations throw StoreError.
 class StationBase {
  public:

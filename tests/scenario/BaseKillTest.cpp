@@ -12,6 +12,7 @@
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
 #include "station/BaseCompaction.h"
+#include "store/DatabaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {

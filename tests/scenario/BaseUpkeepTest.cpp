@@ -11,6 +11,7 @@
 #include "platform/BaseUse.h"
 #include "settings/SettingsCouplings.h"
 #include "station/BaseCompaction.h"
+#include "store/DatabaseFiles.h"
 #include "store/SoundMeasuresTable.h"
 #include "support/SomebodyElse.h"
 #include "support/TestStation.h"

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "library/OnAirRows.h"
+#include "store/DatabaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {

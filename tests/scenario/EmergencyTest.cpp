@@ -9,6 +9,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
 #include "scenario/EmergencyStation.h"
+#include "store/DatabaseFiles.h"
 #include "support/BaseFaults.h"
 
 namespace zemo::test {

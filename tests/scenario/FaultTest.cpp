@@ -12,6 +12,7 @@
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
 #include "library/HotKeys.h"
+#include "store/DatabaseFiles.h"
 #include "support/BaseLock.h"
 #include "support/TestStation.h"
 

@@ -10,6 +10,7 @@
 #include "library/KnownCards.h"
 #include "platform/BaseUse.h"
 #include "scheduling/LastAnswers.h"
+#include "store/DatabaseFiles.h"
 #include "store/SoundMeasuresTable.h"
 #include "support/SomebodyElse.h"
 #include "support/TestStation.h"

@@ -10,6 +10,7 @@
 #include "engine/Startup.h"
 #include "reports/AirWriteJournal.h"
 #include "reports/AirWrites.h"
+#include "store/DatabaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "support/TestStation.h"
+#include "store/DatabaseFiles.h"
 
 namespace zemo::test {
 namespace {

@@ -5,6 +5,7 @@
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
+#include "store/DatabaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {

@@ -19,6 +19,7 @@
 #include "station/BaseFiles.h"
 #include "station/TextForms.h"
 #include "store/SqlText.h"
+#include "store/DatabaseFiles.h"
 
 namespace zemo::test {
 

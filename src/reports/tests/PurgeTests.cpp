@@ -3,6 +3,7 @@
 
 #include "reports/ReportPurge.h"
 #include "station/BaseFiles.h"
+#include "store/DatabaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {

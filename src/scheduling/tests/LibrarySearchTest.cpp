@@ -11,6 +11,7 @@
 #include "scheduling/LibrarySearch.h"
 #include "scheduling/RowSort.h"
 #include "store/Database.h"
+#include "store/DatabaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "store/Database.h"
+#include "store/DatabaseFiles.h"
 #include "store/RowView.h"
 #include "store/Schema.h"
 #include "store/SqlText.h"
