@@ -445,6 +445,11 @@ void Connection::Begin() {
   if (!InTransaction()) Prepare("BEGIN IMMEDIATE").Run();
 }
 
+void Connection::BeginReading() {
+  Check();
+  if (!InTransaction()) Prepare("BEGIN").Run();
+}
+
 void Connection::Commit() {
   Check();
   if (!InTransaction()) return;

@@ -1,4 +1,4 @@
-// The station's database file over SQLite, behind the engine operations that the logic knows.
+// The station's base behind the engine operations that the logic knows, whichever engine keeps it.
 // Queries come in the station's dialect (LIKE with * and ?, DELETE * FROM, TOP n, WHERE '*', ...)
 // and are translated in one place, store/Dialect.
 #pragma once
@@ -28,6 +28,15 @@ class StoredTable {
   virtual std::unique_ptr<Recordset> Cursor() const = 0;
 };
 
+// Takes whole rows of a table as they stood in another base, keys and all. What was not finished is
+// no row of the base. Thread: the logic's. Operations throw StoreError.
+class RowSink {
+ public:
+  virtual ~RowSink() = default;
+  virtual void Add(const RowView& row) = 0;  // all fields, in the table's order
+  virtual void Finish() = 0;
+};
+
 // Thread: the logic's. Every operation throws StoreError.
 class Database {
  public:
@@ -40,7 +49,8 @@ class Database {
   virtual std::unique_ptr<Recordset> OpenRecordset(std::string_view sql,
                                                    const Values& values = {}) = 0;  // a snapshot
   // Hands the rows of a query to `take` one by one, without a snapshot: for walks over a whole
-  // library. The file is held for reading meanwhile, so `take` only copies what it needs.
+  // library, of which no more is in memory than a few rows. A file is held for reading meanwhile,
+  // so `take` only copies what it needs.
   virtual void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) = 0;
   void ReadRows(std::string_view sql, const TakeRow& take) { ReadRows(sql, {}, take); }
   virtual std::shared_ptr<const StoredTable> FindTable(std::string_view name) = 0;
@@ -50,6 +60,9 @@ class Database {
   virtual void CommitTrans() = 0;    // does nothing when none is open
   virtual void RollbackTrans() = 0;  // takes back the open one; throws nothing
   virtual bool InTransaction() const = 0;
+  // As BeginTrans, for who only reads: what is read up to CommitTrans or RollbackTrans is the base
+  // of one moment, and others may write meanwhile as far as their engine lets them.
+  virtual void BeginReading() = 0;
   virtual TableDefs& Tables() = 0;
   // Columns are looked at: what the schema has and the file has not is read by default, and told, a
   // line each. Without it, and after a change of the structure, a query that names it fails.
@@ -59,6 +72,14 @@ class Database {
   // The table is read as it stands in the file and its rows are numbered by its key: no stand-in is
   // read in its place, and nobody has changed the structure since that was looked at.
   virtual bool IsReadAsStored(std::string_view table) = 0;
+  // For who carries a whole base over. All rows of the table with all fields as they are stored, in
+  // the order of their numbers; and a place for such rows, in a transaction and in a table that has
+  // none yet. The queries' dialect, stand-ins and notes of rows have no part in either.
+  virtual void ReadTable(std::string_view table, const TakeRow& take) = 0;
+  virtual std::unique_ptr<RowSink> FillTable(std::string_view table) = 0;
+  // Gives back the room of rows that are gone and makes the indexes anew, beside whoever works on
+  // the base. False: nothing was done, since this engine does it by a copy (DatabaseFiles.h).
+  virtual bool CompactInPlace() = 0;
   // Opens what stands at the path now; `create` makes the file. What was open is closed once the
   // new one is; where that cannot be opened it stays. Cursors of the former one find themselves
   // closed.

@@ -19,7 +19,7 @@
 #include "store/StoreError.h"
 #include "store/TableDefs.h"
 #include "store/postgres/PostgresDatabase.h"
-#include "store/postgres/tests/TestServer.h"
+#include "support/TestServer.h"
 
 namespace zemo {
 
@@ -123,6 +123,7 @@ class EngineBase {
 
   Database& Db() { return *base_; }
   const std::string& Name() const { return name_; }  // on the server
+  std::string Path() const { return (folder_ / "Triskin.MDB").string(); }
   std::unique_ptr<Database> Closed(int waitMs = 0) const {
     auto wait = std::make_shared<LockWait>(waitMs);
     if (engine_ == Engine::kServer)
