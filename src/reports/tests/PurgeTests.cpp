@@ -3,7 +3,6 @@
 
 #include "reports/ReportPurge.h"
 #include "station/BaseFiles.h"
-#include "store/DatabaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -89,7 +88,7 @@ TEST_F(ReportPurge, KeepsNoDayForRowsThatSomebodyElseDeleted) {
 
 TEST_F(ReportPurge, WithNothingToPurgeNobodyIsWaitedFor) {
   Add("46347.5");
-  const auto other = DBEngine::OpenDatabase(on.station.base.Path());
+  const auto other = test::OpenElsewhere(on.station.base.Path());
   other->BeginTrans();
   PurgeReport(on.station, 30);
   EXPECT_FALSE(on.First("error")) << on.Describe();
