@@ -19,6 +19,7 @@
 #include "store/Names.h"
 #include "store/Schema.h"
 #include "store/SqlText.h"
+#include "store/StandIns.h"
 #include "store/StoreError.h"
 #include "store/postgres/PostgresFunctions.h"
 
@@ -150,6 +151,30 @@ void TypeOf(std::string_view type, bool identity, Field& field) {
     field.Type = FieldType::kMemo;
   }
 }
+
+class PostgresStandIns final : public StandInSql {
+ public:
+  std::string Constant(const Field& field, const std::string& literal) const override {
+    if (field.Type == FieldType::kText || field.Type == FieldType::kMemo)
+      return "CAST(" + literal + " AS text)";
+    return "CAST(" + literal +
+           (field.Type == FieldType::kFloat64 ? " AS double precision)" : " AS bigint)");
+  }
+  // A text that begins as a number is that number, as elsewhere.
+  std::string InType(const Field& field, const std::string& column) const override {
+    if (field.Type == FieldType::kText || field.Type == FieldType::kMemo)
+      return "zemo.digits(" + column + ')';
+    const std::string number =
+        "coalesce(substring(" + column + " from '^ *[-+]?[0-9]+[.]?[0-9]*'), '0')";
+    return field.Type == FieldType::kFloat64
+               ? "CAST(" + number + " AS double precision)"
+               : "CAST(trunc(CAST(" + number + " AS numeric)) AS bigint)";
+  }
+  std::string Number(const TableDef& present) const override {
+    return QuotedName(NumberColumn(present));
+  }
+  std::string Table(std::string_view name) const override { return QuotedName(name); }
+};
 
 }  // namespace
 
@@ -437,7 +462,7 @@ std::shared_ptr<const PostgresQuery> PostgresConnection::Translated(std::string_
   if (const auto found = translations_.find(key); found != translations_.end())
     return found->second;
   auto query = std::make_shared<const PostgresQuery>(TranslateForPostgres(
-      sql, [this](std::string_view name) { return FindTable(name); }, values));
+      sql, [this](std::string_view name) { return FindReadTable(name); }, values));
   if (translations_.size() >= kMostTranslations) translations_.clear();
   translations_.emplace(std::move(key), query);
   return query;
@@ -778,15 +803,16 @@ void PostgresConnection::Rollback() {
 
 // --- Catalogue ---
 
-// Of all that the catalogue shows, whoever changed it, at a cost below that of reading it.
+// Of all that the catalogue shows, whoever changed it, at a cost below that of reading it. An index
+// that is made anew under its name changes nothing.
 std::string PostgresConnection::StructureMark() {
   const PostgresResult mark = Run(
-      "SELECT count(*) || ' ' || coalesce(sum(hashtext(concat_ws('|', c.oid, c.relname, a.attname, "
-      "a.atttypid, a.attisdropped, a.atthasdef, c.relchecks))::bigint), 0) || ' ' || "
-      "coalesce(max(a.xmin::text::bigint), 0) FROM pg_class c JOIN pg_attribute a ON a.attrelid = "
-      "c.oid WHERE c.relnamespace = quote_ident(current_schema())::regnamespace AND c.relkind IN "
-      "('r', 'i') AND "
-      "a.attnum > 0",
+      "SELECT count(*) || ' ' || coalesce(sum(hashtext(concat_ws('|', CASE c.relkind WHEN 'r' THEN "
+      "c.oid END, c.relname, a.attname, a.atttypid, a.attisdropped, a.atthasdef, "
+      "c.relchecks))::bigint), 0) || ' ' || coalesce(max(CASE c.relkind WHEN 'r' THEN "
+      "a.xmin::text::bigint END), 0) FROM pg_class c JOIN pg_attribute a ON a.attrelid = c.oid "
+      "WHERE c.relnamespace = quote_ident(current_schema())::regnamespace AND c.relkind IN ('r', "
+      "'i') AND a.attnum > 0 AND c.relname !~ '_cc(new|old)[0-9]*$'",
       {}, false);
   return std::string(mark.Text(0, 0));
 }
@@ -808,6 +834,7 @@ const std::vector<std::shared_ptr<const TableDef>>& PostgresConnection::AllTable
   if (mark == structure_) return tables_;
   structure_.clear();
   translations_.clear();
+  if (mark != standInStructure_) standIns_.clear();
   LoadCatalogue();
   ++ownChanges_;
   structure_ = std::move(mark);
@@ -821,8 +848,40 @@ bool PostgresConnection::StructureIsOld() {
 void PostgresConnection::StructureChanged() {
   NoteAll();
   structure_.clear();
+  standIns_.clear();
   translations_.clear();
   ++ownChanges_;
+}
+
+std::vector<std::string> PostgresConnection::PutStandIns() {
+  const auto tables = AllTables();
+  NoteAll();  // read otherwise from now on
+  standIns_.clear();
+  std::vector<std::string> told;
+  for (const auto& table : tables) {
+    StandIn standIn = StandInFor(*table, PostgresStandIns(), [&table](const std::string& column) {
+      const Field* field = table->FindField(column);
+      const bool text = field->Type == FieldType::kText || field->Type == FieldType::kMemo;
+      return DeclaredColumn{text ? "TEXT" : "REAL", true};
+    });
+    if (!standIn.table) continue;
+    standIns_.push_back(std::move(standIn.table));
+    told.insert(told.end(), standIn.told.begin(), standIn.told.end());
+  }
+  translations_.clear();
+  standInStructure_ = structure_;
+  return told;
+}
+
+bool PostgresConnection::StandInsAreOld() {
+  return !standInStructure_.empty() && StructureMark() != standInStructure_;
+}
+
+std::shared_ptr<const TableDef> PostgresConnection::FindReadTable(std::string_view name) {
+  auto table = FindTable(name);  // which may find the structure changed
+  for (const auto& standIn : standIns_)
+    if (SameName(standIn->Name, name)) return standIn;
+  return table;
 }
 
 void PostgresConnection::LoadCatalogue() {

@@ -109,6 +109,12 @@ class PostgresConnection {
   const std::vector<std::shared_ptr<const TableDef>>& AllTables();
   bool StructureIsOld();  // somebody changed it since the catalogue was read
   void StructureChanged();
+  // Stand-ins, as those of the file. They are gone after a change of the structure that this
+  // connection made or met.
+  std::vector<std::string> PutStandIns();
+  bool StandInsAreOld();  // somebody changed the structure since
+  // The stand-in of the table, else the table itself.
+  std::shared_ptr<const TableDef> FindReadTable(std::string_view name);
 
   void TellRows(std::shared_ptr<RowNoteBook> book) { book_ = std::move(book); }
   void Note(const std::string& table, int64_t row);
@@ -174,6 +180,8 @@ class PostgresConnection {
 
   std::vector<std::shared_ptr<const TableDef>> tables_;
   std::string structure_;  // that tables_ shows; empty: none read
+  std::vector<std::shared_ptr<const TableDef>> standIns_;
+  std::string standInStructure_;  // that they were made for; empty: none were asked for
 
   std::shared_ptr<RowNoteBook> book_;  // null: nobody asks
   int64_t ownChanges_ = 0;

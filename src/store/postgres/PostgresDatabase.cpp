@@ -6,7 +6,6 @@
 
 #include "store/EngineDatabase.h"
 #include "store/Names.h"
-#include "store/Schema.h"
 #include "store/Snapshot.h"
 #include "store/StoreError.h"
 #include "store/postgres/PostgresConnection.h"
@@ -51,26 +50,19 @@ class PostgresDatabase final
   }
 
   std::vector<std::string> PutStandIns() override {
-    std::vector<std::string> told;
+    std::vector<std::string> told = Use().PutStandIns();
     if (const std::string& why = Use().WhyReadOnly(); !why.empty()) told.push_back(why);
-    for (const auto& table : Use().AllTables()) {
-      const TableDef* schema = FindSchemaTable(table->Name);
-      if (!schema) continue;
-      for (const Field& field : schema->Fields)
-        if (!table->FindField(field.Name))
-          told.push_back(table->Name + '.' + field.Name + " is missing");
-    }
-    Use().NoteAll();
     return told;
   }
   bool HasColumn(std::string_view table, std::string_view column) override {
-    const auto found = Use().FindTable(table);
-    return found && found->FindField(column);
+    const auto found = Use().FindReadTable(table);
+    const Field* field = found ? found->FindField(column) : nullptr;
+    return field && !field->Missing;
   }
   bool IsReadAsStored(std::string_view table) override {
-    if (Use().StructureIsOld()) return false;
-    const auto found = Use().FindTable(table);
-    return found && found->AutoField();
+    if (Use().StructureIsOld() || Use().StandInsAreOld()) return false;
+    const auto found = Use().FindReadTable(table);
+    return found && !found->IsStandIn && found->AutoField();
   }
 
   void BeginReading() override { Use().BeginReading(); }

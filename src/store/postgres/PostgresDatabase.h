@@ -28,9 +28,7 @@ class ServerDatabase : public Database {
 //
 // What differs from the file: a column of numbers holds numbers alone (a text, or a part behind the
 // point in a whole number's field, is refused or rounded to the nearest even); texts are whole
-// UTF-8 without a zero character; numbers given to rows that were taken back are not given again. A
-// column that the schema has and the base has not is told by PutStandIns and read by nobody: a
-// query that names it fails.
+// UTF-8 without a zero character; numbers given to rows that were taken back are not given again.
 std::unique_ptr<ServerDatabase> ClosedPostgresDatabase(std::string url,
                                                        std::shared_ptr<LockWait> wait);
 

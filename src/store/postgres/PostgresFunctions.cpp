@@ -153,11 +153,16 @@ CREATE OR REPLACE FUNCTION zemo.own() RETURNS bigint LANGUAGE sql STABLE AS
   $body$ SELECT coalesce(nullif(current_setting('zemo.own', true), ''), '0')::bigint $body$;
 CREATE OR REPLACE FUNCTION zemo.keep_numbers() RETURNS trigger LANGUAGE plpgsql AS $body$
 DECLARE
-  numbers text := pg_get_serial_sequence(TG_RELID::regclass::text, TG_ARGV[0]);
+  key text := (SELECT attname FROM pg_attribute WHERE attrelid = TG_RELID AND attidentity <> '');
+  numbers text;
   highest bigint;
   last bigint;
 BEGIN
-  EXECUTE format('SELECT max(%I) FROM %s', TG_ARGV[0], TG_RELID::regclass) INTO highest;
+  IF key IS NULL THEN
+    RETURN NULL;
+  END IF;
+  numbers := pg_get_serial_sequence(TG_RELID::regclass::text, key);
+  EXECUTE format('SELECT max(%I) FROM %s', key, TG_RELID::regclass) INTO highest;
   EXECUTE format('SELECT CASE WHEN is_called THEN last_value ELSE last_value - 1 END FROM %s',
                  numbers) INTO last;
   IF highest > last THEN
@@ -182,11 +187,11 @@ std::string PostgresSchemaSql() {
          DigitsSql() + PatternSql() + bookkeeping;
 }
 
-std::string PostgresWatchSql(const std::string& table, const std::string& key) {
+std::string PostgresWatchSql(const std::string& table) {
   const std::string on = " ON " + QuotedName(table) + " FOR EACH STATEMENT EXECUTE FUNCTION zemo.";
   return "CREATE TRIGGER zemo_begin_write BEFORE INSERT OR UPDATE OR DELETE OR TRUNCATE" + on +
          "begin_write();\nCREATE TRIGGER zemo_keep_numbers AFTER INSERT OR UPDATE" + on +
-         "keep_numbers(" + PostgresLiteral(key) + ");\n";
+         "keep_numbers();\n";
 }
 
 }  // namespace zemo

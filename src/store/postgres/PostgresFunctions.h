@@ -17,8 +17,8 @@ inline constexpr int kBaseForm = 1;
 
 // Makes the schema zemo, or brings it to this version; changes nothing where it is of this one.
 std::string PostgresSchemaSql();
-// The table is watched from now on; `key` numbers its rows.
-std::string PostgresWatchSql(const std::string& table, const std::string& key);
+// The table is watched from now on.
+std::string PostgresWatchSql(const std::string& table);
 
 // States of what a query's own function refuses: a value out of its range, one of another kind.
 inline constexpr char kRangeState[] = "ZE006";

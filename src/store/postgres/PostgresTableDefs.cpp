@@ -74,7 +74,7 @@ const std::vector<std::shared_ptr<const TableDef>>& PostgresTableDefs::All() {
 }
 
 bool PostgresTableDefs::ChangedSinceStandIns() {
-  return connection_.StructureIsOld();
+  return connection_.StandInsAreOld();
 }
 
 void PostgresTableDefs::MakeTable(const TableDef& table) {
@@ -89,7 +89,7 @@ void PostgresTableDefs::MakeTable(const TableDef& table) {
     sql += separator + ServerField(i, table.Fields[i]);
     separator = ",\n  ";
   }
-  Change(sql + "\n);\n" + PostgresWatchSql(table.Name, NumberColumn(table)));
+  Change(sql + "\n);\n" + PostgresWatchSql(table.Name));
 }
 
 void PostgresTableDefs::DropTable(const std::string& table) {

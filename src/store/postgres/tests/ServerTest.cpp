@@ -145,11 +145,48 @@ TEST_F(ServerBase, ATextIsRefusedByAFieldOfRealsOrOfYesAndNo) {
             kErrValueRefused);
 }
 
-TEST_F(ServerBase, AColumnThatIsMissingIsTold) {
-  TestServer::Get().Try(made->Name(), "ALTER TABLE \"Discotheque\" DROP COLUMN \"LABEL\"");
-  EXPECT_EQ(Db().PutStandIns(), Strings{"Discotheque.LABEL is missing"});
-  EXPECT_FALSE(Db().HasColumn("Discotheque", "LABEL"));
-  EXPECT_EQ(Db().OpenRecordset("SELECT * FROM Discotheque")->FieldCount(), 36);
+TEST_F(ServerBase, AnIndexThatIsMadeAnewIsNoOtherStructure) {
+  Db().Tables().DeleteField("Discotheque", "COMMENTAIRE");
+  Db().PutStandIns();
+  auto& server = TestServer::Get();
+  ASSERT_EQ(server.Try(made->Name(), "REINDEX TABLE CONCURRENTLY \"Discotheque\""), "");
+  EXPECT_FALSE(Db().Tables().ChangedSinceStandIns());
+  EXPECT_EQ(Db().OpenRecordset("SELECT COMMENTAIRE FROM Discotheque")->RecordCount(), 0);
+  ASSERT_EQ(server.Try(made->Name(), "ALTER TABLE \"Toph\" ADD COLUMN \"NEW\" bigint"), "");
+  EXPECT_TRUE(Db().Tables().ChangedSinceStandIns());
+}
+
+TEST_F(ServerBase, AKeyOfAnotherNameStillNumbersTheRows) {
+  Db().Execute("INSERT INTO VT(LIBELLE) VALUES('first')");
+  ASSERT_EQ(TestServer::Get().Try(made->Name(), "ALTER TABLE \"VT\" RENAME \"CODE\" TO \"Id\""),
+            "");
+  Db().Open(false);
+  EXPECT_EQ(Db().PutStandIns(), Strings{"VT has no column CODE: the numbers of its rows are read"});
+  Db().Execute("INSERT INTO VT(LIBELLE) VALUES('second')");
+  const auto rows = Db().OpenTable("VT");
+  rows->SetIndex("CODE");
+  rows->Seek("=", int64_t{2});
+  ASSERT_FALSE(rows->NoMatch());
+  EXPECT_EQ(rows->Text("LIBELLE"), "second");
+  rows->Edit();
+  rows->Set("LIBELLE", std::string("again"));
+  rows->Update();
+  EXPECT_EQ(Db().OpenRecordset("SELECT LIBELLE FROM VT WHERE CODE = 2")->Text("LIBELLE"), "again");
+}
+
+TEST_F(ServerBase, ANumberThatIsKeptAsATextIsReadAsOne) {
+  auto& server = TestServer::Get();
+  ASSERT_EQ(server.Try(made->Name(),
+                       "ALTER TABLE \"Discotheque\" DROP CONSTRAINT IF EXISTS \"x\"; ALTER TABLE "
+                       "\"Toph\" ADD COLUMN \"T\" text; UPDATE \"Toph\" SET \"T\" = "
+                       "\"HEURE\" || ' o''clock'; ALTER TABLE \"Toph\" DROP COLUMN \"HEURE\"; "
+                       "ALTER TABLE \"Toph\" RENAME \"T\" TO \"HEURE\"; UPDATE \"Toph\" SET "
+                       "\"HEURE\" = 'noon' WHERE \"HEURE\" = '12 o''clock'"),
+            "");
+  Db().Open(false);
+  EXPECT_EQ(Db().PutStandIns(), Strings{"Toph.HEURE is of type TEXT: read as a number"});
+  EXPECT_EQ(Db().OpenRecordset("SELECT * FROM Toph WHERE HEURE = 23")->RecordCount(), 1);
+  EXPECT_EQ(Db().OpenRecordset("SELECT * FROM Toph WHERE HEURE = 0")->RecordCount(), 2);
 }
 
 TEST_F(ServerBase, OfAnOlderVersionGetsThisOnesFunctions) {
