@@ -2,14 +2,17 @@
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 
 #include "app/Commands.h"
 #include "app/ErrorLine.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
+#include "platform/Folder.h"
 #include "platform/real/decoders/LengthOnlyOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
+#include "reports/AirWriteJournal.h"
 #include "station/BaseMove.h"
 
 namespace zemo {
@@ -23,6 +26,14 @@ void TellTable(const TableSum& sum) {
   std::cout << sum.table << ": " << sum.rows << " rows, checksum " << checksum << std::endl;
 }
 
+// They are kept for a base of this name, and it is about to have another one.
+void RefuseKeptRows(const Station& station) {
+  if (station.platform.machineFolder.Exists(JournalName(station)))
+    throw std::runtime_error("the base has still to take rows that were aired, in " +
+                             station.platform.machineFolder.PathOf(JournalName(station)) +
+                             ": start the station once");
+}
+
 }  // namespace
 
 int RunMoveCommand(const MoveOptions& options) {
@@ -33,6 +44,7 @@ int RunMoveCommand(const MoveOptions& options) {
   RequireStation(folders.station);
   SimStation sim(folders, RealClock().LocalNow(),
                  std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
+  RefuseKeptRows(sim.station);
   const MovedBase moved = options.to == kMoveToFile
                               ? MoveBaseToFile(sim.station, TellTable)
                               : MoveBaseToServer(sim.station, options.to, TellTable);

@@ -103,10 +103,12 @@ TEST_F(MoveCommand, TheCommandsWorkOnTheServersBase) {
 TEST_F(MoveCommand, ARunGoesOnAirFromTheServer) {
   MakeStation({2}, true);
   ASSERT_EQ(MoveTo(Url()).status, 0);
+  Run("settings --station station --machine machine set Langue 3");  // not the locale's
   const Result air = Run("run --station station --machine machine --output null --for 3");
   EXPECT_EQ(air.status, 0) << air.err;
   ExpectNoPassword(air);
   EXPECT_EQ(OnServer("SELECT count(*) > 0 FROM \"Rapport\""), "");
+  EXPECT_EQ(OnServer("SELECT \"Langue\" = 3 FROM \"Cnf\""), "");
   EXPECT_FALSE(std::filesystem::exists(root_ / "station/Triskin.MDB"));
 }
 
@@ -121,6 +123,26 @@ TEST_F(MoveCommand, IsRefusedWhileTheStationIsOnAir) {
   EXPECT_NE(refused.err.find("is open in another program"), std::string::npos) << refused.err;
   EXPECT_TRUE(std::filesystem::exists(root_ / "station/Triskin.MDB"));
   EXPECT_EQ(OnServer("SELECT to_regclass('\"Cnf\"') IS NULL"), "");
+}
+
+TEST_F(MoveCommand, IsRefusedWhileRowsThatWereAiredHaveStillToBeStored) {
+  MakeStation({5, 5, 5}, true);
+  Shell(
+      "$zemoradio run --station station --machine machine --output null >air & run=$!; "
+      "i=0; until [ -s air ] || [ $((i=i+1)) -gt 500 ]; do sleep 0.02; done; "
+      "mkfifo hold; sqlite3 station/Triskin.MDB <hold & exec 3>hold; "
+      "echo '.timeout 5000' >&3; echo 'BEGIN IMMEDIATE;' >&3; i=0; "
+      "until [ -s machine/KeptRows-* ] || [ $((i=i+1)) -gt 1000 ]; do sleep 0.02; done; "
+      "kill -KILL $run; wait $run; exec 3>&-");
+  const Result refused = MoveTo(Url());
+  EXPECT_EQ(refused.status, 1) << refused.out;
+  EXPECT_NE(refused.err.find("the base has still to take rows that were aired, in "),
+            std::string::npos)
+      << refused.err;
+  EXPECT_NE(refused.err.find("/machine/KeptRows-"), std::string::npos) << refused.err;
+  EXPECT_TRUE(std::filesystem::exists(root_ / "station/Triskin.MDB"));
+  Shell("$zemoradio run --station station --machine machine --output null --for 1");
+  EXPECT_EQ(MoveTo(Url()).status, 0);
 }
 
 TEST_F(MoveCommand, ABaseThatIsDumpedAndRestoredIsTheSame) {

@@ -22,9 +22,8 @@ class ServerDatabase : public Database {
 
 // One that is not open yet. `url` as the server's own tools take it,
 // "postgresql://radio@host/base", without a fault (WhyNoServerUrl); the password comes by their
-// means. Open(true) makes the base's
-// own functions in a database that has none, never the database itself; Open(false) throws
-// kErrNoSuchFile there.
+// means. Open(true) makes the base's own functions in a database that has none, never the database
+// itself; Open(false) throws kErrNoSuchFile there.
 //
 // What differs from the file: a column of numbers holds numbers alone (a text, or a part behind the
 // point in a whole number's field, is refused or rounded to the nearest even); texts are whole
