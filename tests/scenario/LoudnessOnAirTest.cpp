@@ -184,7 +184,7 @@ TEST_F(LoudnessOnAir, NoLockIsWaitedFor) {
 TEST_F(LoudnessOnAir, ATableThatAnotherToolDamagedCostsTheGainAndOneLine) {
   AppendTitle(-9);
   AppendTitle(-9);
-  on.Sql("ALTER TABLE Mesures DROP COLUMN LUFS");
+  on.Sql("ALTER TABLE \"Mesures\" DROP COLUMN \"LUFS\"");
   on.Start();
   on.RunUntil(15000);
   ExpectGains({1, 1});

@@ -151,7 +151,7 @@ int64_t PostgresTable::Insert(Changes& changes) const {
   for (size_t i = 0; i < changes.size(); ++i) {
     const Field& field = def_->Fields[i];
     if (field.DefaultLost && !changes[i]) changes[i] = field.DefaultValue;
-    if (!changes[i] || field.Missing || (field.AutoIncrement && IsNull(*changes[i]))) continue;
+    if (!changes[i] || (field.AutoIncrement && IsNull(*changes[i]))) continue;
     parameters.push_back(Text(*changes[i]));
     fields += (fields.empty() ? "" : ", ") + QuotedName(def_->Fields[i].Name);
     values += (values.empty() ? "" : ", ") + ValueFor(i, static_cast<int>(parameters.size()));
@@ -172,12 +172,11 @@ bool PostgresTable::Change(int64_t number, const Changes& changes) const {
   std::string assignments;
   Parameters parameters;
   for (size_t i = 0; i < changes.size(); ++i) {
-    if (!changes[i] || def_->Fields[i].Missing) continue;
+    if (!changes[i]) continue;
     parameters.push_back(Text(*changes[i]));
     assignments += (assignments.empty() ? "" : ", ") + QuotedName(def_->Fields[i].Name) + " = " +
                    ValueFor(i, static_cast<int>(parameters.size()));
   }
-  if (assignments.empty()) assignments = number_ + " = " + number_;
   parameters.emplace_back(std::to_string(number));
   const PostgresResult rows =
       connection_->Run("UPDATE " + name_ + " SET " + assignments + " WHERE " + number_ + " = $" +

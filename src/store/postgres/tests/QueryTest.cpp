@@ -328,6 +328,18 @@ TEST_P(RowsOneByOne, OtherQuestionsComeBetweenThem) {
   EXPECT_EQ(inner, 5);
 }
 
+TEST_P(RowsOneByOne, BehindAReaderWhoHadEnoughOthersAreRead) {
+  int rows = 0;
+  for (int times = 0; times < 3; ++times)
+    EXPECT_THROW(Db().ReadRows("SELECT CODE FROM Discotheque",
+                               [&rows](const RowView&) {
+                                 ++rows;
+                                 throw std::runtime_error("enough");
+                               }),
+                 std::runtime_error);
+  EXPECT_EQ(rows, 3);
+}
+
 TEST_P(RowsOneByOne, AReaderWhoHasEnoughEndsThemAtOnce) {
   Db().BeginTrans();
   AddCard("kept");
