@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "app/Moments.h"
+#include "store/postgres/ServerUrl.h"
 
 namespace zemo {
 
@@ -98,7 +99,7 @@ void ReadDays(const TypedOption& first, const TypedOption& last, LocalDateTime& 
 
 void AddFolders(CLI::App& app, CommonOptions& common) {
   app.add_option("--station", common.station,
-                 "Folder of the station: Triskin.MDB and the side files")
+                 "Folder of the station: Triskin.MDB or Base.Ini, and the side files")
       ->type_name("DIR");
   AddMachine(app, common);
 }
@@ -300,6 +301,19 @@ ReadTyped DeclareDevices(CLI::App& app, CommonOptions& common, DevicesOptions& o
 ReadTyped DeclareCompact(CLI::App& app, CommonOptions& common, StationOptions& options) {
   AddFolders(app, common);
   return [&common, &options] { TakeFolders(common, options); };
+}
+
+ReadTyped DeclareMove(CLI::App& app, CommonOptions& common, MoveOptions& options) {
+  AddFolders(app, common);
+  app.add_option("--to", options.to, "The server's URL, postgresql://USER@HOST/BASE, or file")
+      ->type_name("URL|file")
+      ->required();
+  return [&common, &options] {
+    TakeFolders(common, options);
+    if (options.to == kMoveToFile) return;
+    if (const std::string why = WhyNoServerUrl(options.to); !why.empty())
+      throw UsageError("--to " + why + ", and is not the word file");
+  };
 }
 
 }  // namespace zemo

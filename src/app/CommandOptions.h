@@ -97,6 +97,11 @@ struct ImportOptions : StationOptions {
   bool dryRun = false, json = false;
 };
 
+inline constexpr char kMoveToFile[] = "file";
+struct MoveOptions : StationOptions {
+  std::string to;  // "file", or a server's URL
+};
+
 struct DevicesOptions {
   std::string machine;  // empty: the default one
   bool json = false;
@@ -117,6 +122,7 @@ ReadTyped DeclareSettings(CLI::App& app, CommonOptions& common, SettingsOptions&
 ReadTyped DeclareImport(CLI::App& app, CommonOptions& common, ImportOptions& options);
 ReadTyped DeclareDevices(CLI::App& app, CommonOptions& common, DevicesOptions& options);
 ReadTyped DeclareCompact(CLI::App& app, CommonOptions& common, StationOptions& options);
+ReadTyped DeclareMove(CLI::App& app, CommonOptions& common, MoveOptions& options);
 
 // The folders that most commands take.
 void AddFolders(CLI::App& app, CommonOptions& common);

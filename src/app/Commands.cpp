@@ -118,6 +118,13 @@ std::span<const Command> Commands() {
                                     "repairs and compacts the base as the first start of a month "
                                     "does; refused while anything else has it open"}},
                                   DeclareCompact, RunCompactCommand),
+      MakeCommand<MoveOptions>(
+          "move", "Carry a station's base to a server, or back into its file",
+          {{"move [--station DIR] [--machine DIR] --to URL|file",
+            "carries the whole base to the PostgreSQL server of that URL, or from there into a "
+            "file, says of each table its rows and checksum, which it has compared on both sides, "
+            "and keeps the base as it was; refused while anything else has it open"}},
+          DeclareMove, RunMoveCommand),
   };
   return commands;
 }

@@ -29,5 +29,6 @@ int RunSettingsCommand(const SettingsOptions& options);
 int RunDevicesCommand(const DevicesOptions& options);
 int RunCampaignCommand(const CampaignOptions& options);
 int RunCompactCommand(const StationOptions& options);
+int RunMoveCommand(const MoveOptions& options);
 
 }  // namespace zemo

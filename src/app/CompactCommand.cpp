@@ -25,8 +25,11 @@ int RunCompactCommand(const StationOptions& options) {
   Station& station = sim.station;
   const int64_t before = RegularFileSizeBytes(station.base.Path());
   RepairAndCompact(station);
-  std::cout << station.base.Path() << ": " << before << " bytes, now "
-            << RegularFileSizeBytes(station.base.Path()) << std::endl;
+  std::cout << station.base.Path() << ": ";
+  if (station.base.IsFile())
+    std::cout << before << " bytes, now " << RegularFileSizeBytes(station.base.Path()) << std::endl;
+  else
+    std::cout << "compacted on its server" << std::endl;
   KeepLastCompaction(station);
   return 0;
 }

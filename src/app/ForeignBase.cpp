@@ -31,6 +31,11 @@ OwnConnection Connect(const std::string& path) {
   return connection;
 }
 
+// The statements are in SQLite's dialect.
+void RequireFile(const StationBase& base) {
+  if (!base.IsFile()) throw OrderError("the base stands on a server", kErrOther);
+}
+
 // Others come in while what this makes is there.
 std::optional<OthersLetIn> LetInto(StationBase& base) {
   if (!base.IsOpen()) return std::nullopt;
@@ -39,6 +44,7 @@ std::optional<OthersLetIn> LetInto(StationBase& base) {
 }  // namespace
 
 void ExecuteFromOutside(StationBase& base, const std::string& statement) {
+  RequireFile(base);
   const std::optional<OthersLetIn> others = LetInto(base);
   const OwnConnection connection = Connect(base.Path());
   const int result = sqlite3_exec(connection.get(), statement.c_str(), nullptr, nullptr, nullptr);
@@ -46,6 +52,7 @@ void ExecuteFromOutside(StationBase& base, const std::string& statement) {
 }
 
 void SetCnfFromOutside(StationBase& base, const Field& field, const std::string& value) {
+  RequireFile(base);
   const std::optional<OthersLetIn> others = LetInto(base);
   const OwnConnection connection = Connect(base.Path());
   sqlite3_stmt* prepared = nullptr;

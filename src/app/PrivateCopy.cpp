@@ -15,6 +15,10 @@
 #include "platform/real/files/NoCaseNames.h"
 #include "platform/real/files/WholeFiles.h"
 #include "station/BaseFiles.h"
+#include "station/BasePlaces.h"
+#include "store/CarryOver.h"
+#include "store/Database.h"
+#include "store/DatabaseFiles.h"
 #include "traffic/CampaignArchive.h"
 
 namespace zemo {
@@ -68,6 +72,17 @@ void CopyBase(const fs::path& from, const fs::path& to) {
   if (fs::exists(journal)) CopyFile(journal, to.string() + BaseFile::kJournal);
 }
 
+// Read over as one state, while its others go on writing.
+void CopyServerBase(const BasePlace& place, const std::string& to) {
+  if (!place.fault.empty()) throw std::runtime_error(place.fault);
+  const auto server = place.closed(std::make_shared<LockWait>(kLockWaitMs));
+  server->Open(false);
+  server->BeginReading();
+  const auto copy = DBEngine::CreateDatabase(to, kLockWaitMs);
+  copy->Execute("PRAGMA synchronous = OFF");
+  CarryOver(*server, *copy, nullptr);
+}
+
 bool IsSoundFile(const fs::path& path) {
   const std::string ending = FoldedName(path.extension().string());
   constexpr std::array kEndings{".wav", ".mp3", ".flac", ".ogg", ".aif", ".aiff", ".mp2"};
@@ -88,7 +103,8 @@ void CopyWanted(const std::string& from, const std::string& to, Wanted wanted) {
 
 // Files of a change of the base: without a use where the base stands in its place.
 bool IsBesideBase(const std::string& name) {
-  constexpr std::array kBeside{BaseFile::kBackup, BaseFile::kCopy, BaseFile::kCopyLock,
+  constexpr std::array kBeside{BaseFile::kBackup,   BaseFile::kCopy, BaseFile::kCopyLock,
+                               BaseFile::kMovedIni, BaseFile::kIni,  BaseFile::kMovedPart,
                                "Triskin.LDB"};
   for (const char* beside : kBeside)
     if (FoldedName(name) == FoldedName(beside)) return true;
@@ -98,10 +114,11 @@ bool IsBesideBase(const std::string& name) {
 
 void CopyStation(const std::string& from, const std::string& to) {
   RefuseIrregularBase(from);
-  const std::string base = EntryNamed(from, BaseFile::kBase);
+  const BasePlace place = PlaceOfBase(LocalFolder(from));
+  const std::string base = place.isFile ? EntryNamed(from, BaseFile::kBase) : std::string();
   CopyWanted(from, to, [&](const fs::path& path) {
     const std::string name = path.filename().string();
-    if (!base.empty() && IsBesideBase(name)) return false;
+    if ((!base.empty() || !place.isFile) && IsBesideBase(name)) return false;
     return name != base && name != base + BaseFile::kJournal && !IsSoundFile(path);
   });
   const std::string archive = EntryNamed(from, kEndedCampaigns);
@@ -111,7 +128,10 @@ void CopyStation(const std::string& from, const std::string& to) {
     fs::create_directory(folder, error);
     CopyFiles(fs::path(from) / archive, folder);
   }
-  if (!base.empty()) CopyBase(fs::path(from) / base, fs::path(to) / base);
+  if (!place.isFile)
+    CopyServerBase(place, (fs::path(to) / BaseFile::kBase).string());
+  else if (!base.empty())
+    CopyBase(fs::path(from) / base, fs::path(to) / base);
 }
 
 void CopyFiles(const std::string& from, const std::string& to) {

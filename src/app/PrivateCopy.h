@@ -14,7 +14,8 @@
 namespace zemo {
 
 // The base as one consistent state, also while another program writes to it, and every other file
-// of the folder but sound files and what a change of the base leaves beside it. Waits up to 5 s for
+// of the folder but sound files and what a change of the base leaves beside it. Of a base on a
+// server the copy has a file, and no Base.Ini. Waits up to 5 s for
 // a locked base. Folders in it are not copied. Throws std::runtime_error with one line.
 void CopyStation(const std::string& from, const std::string& to);
 // Every file of the folder; nothing when it does not exist. Throws as above.

@@ -6,8 +6,10 @@
 #include <string_view>
 
 #include "app/ErrorLine.h"
+#include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/NoCaseNames.h"
 #include "station/BaseFiles.h"
+#include "station/BasePlaces.h"
 
 namespace zemo {
 
@@ -36,7 +38,7 @@ std::string DefaultStationFolder() {
   std::error_code error;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
   const std::string beside = error ? std::string() : executable.parent_path().string();
-  if (!beside.empty() && !EntryNamed(beside, BaseFile::kBase).empty()) return beside;
+  if (!beside.empty() && NamesBase(LocalFolder(beside))) return beside;
   return UserFolder("XDG_DATA_HOME", "/.local/share");
 }
 
@@ -71,9 +73,13 @@ std::string AskedMachineFolder(const std::string& named) {
 
 void RequireStation(const std::string& folder) {
   RequireFolder(folder);
-  if (EntryNamed(folder, BaseFile::kBase).empty())
-    throw std::runtime_error("there is no base Triskin.MDB in " + folder);
   RefuseIrregularBase(folder);
+  const LocalFolder station(folder);
+  if (!NamesBase(station))
+    throw std::runtime_error("there is no base in " + folder +
+                             ": neither a Triskin.MDB nor a Base.Ini that names one on a server");
+  if (const BasePlace place = PlaceOfBase(station); !place.fault.empty())
+    throw std::runtime_error(place.fault);
 }
 
 }  // namespace zemo

@@ -5,8 +5,8 @@
 
 namespace zemo {
 
-// The folder of the executable when that holds a Triskin.MDB, else the user's data folder. Throws
-// std::runtime_error when there is no home to look in.
+// The folder of the executable when that holds a Triskin.MDB or a Base.Ini, else the user's data
+// folder. Throws std::runtime_error when there is no home to look in.
 std::string DefaultStationFolder();
 
 // The user's configuration folder. Throws as above.
@@ -20,7 +20,8 @@ std::string AskedStationFolder(const std::string& named);
 // on standard error: it costs a question nothing, and going on air makes it.
 std::string AskedMachineFolder(const std::string& named);
 
-// Throws the same where there is no such folder, or no base in it that is a file.
+// Throws the same where there is no such folder, or nothing in it that names a base: a file, or a
+// whole Base.Ini. A server is not asked.
 void RequireStation(const std::string& folder);
 
 // Throws the same where what is named as the base is a pipe, a device or a folder: to open some of

@@ -14,8 +14,8 @@
 #include "platform/Folder.h"
 #include "station/BaseFiles.h"
 #include "station/Station.h"
-#include "station/TextForms.h"
 #include "station/WaitPointer.h"
+#include "store/DatabaseFiles.h"
 #include "store/StoreError.h"
 #include "traffic/CampaignImport.h"
 
@@ -96,6 +96,12 @@ void LookForNewBase(Station& station) {
   const std::string stamp = folder.Stamp(BaseFile::kNew);
   if (stamp.empty() || stamp == engine.newBaseRefused) return;
   try {
+    if (!station.base.IsFile()) {
+      engine.newBaseRefused = stamp;
+      throw StoreError(kErrFileExists, folder.PathOf(BaseFile::kNew) +
+                                           " is not taken: the base stands on a server, where "
+                                           "all machines work on one");
+    }
     if (stamp != engine.newBasePassed) {
       if (const std::string why = WhyNoBase(folder, BaseFile::kNew); !why.empty()) {
         engine.newBaseRefused = stamp;
@@ -128,11 +134,7 @@ namespace {
 void KeepBackupOfLostBase(Station& station) {
   Folder& folder = station.platform.stationFolder;
   if (!folder.Exists(BaseFile::kBackup)) return;
-  const LocalDateTime now = station.Now();
-  const auto year = std::to_string(now.year);
-  const std::string kept = "Triskin " + year + "-" + TwoDigits(now.month) + "-" +
-                           TwoDigits(now.day) + " " + TwoDigits(now.hour) + TwoDigits(now.minute) +
-                           TwoDigits(now.second) + ".BAK";
+  const std::string kept = DatedName(station, "Triskin ", ".BAK");
   const std::string journal = std::string(BaseFile::kBackup) + BaseFile::kJournal;
   if (folder.Exists(journal)) folder.Rename(journal, kept + BaseFile::kJournal);
   folder.Rename(BaseFile::kBackup, kept);
@@ -141,12 +143,19 @@ void KeepBackupOfLostBase(Station& station) {
                BaseFile::kBackup + " is kept as " + kept);
 }
 
+// The base was moved to its server; what names it has still to get its name.
+void FinishMove(Folder& folder) {
+  if (!folder.Exists(BaseFile::kIni) && folder.Exists(BaseFile::kMovedIni))
+    folder.Rename(BaseFile::kMovedIni, BaseFile::kIni);
+}
+
 }  // namespace
 
 void FinishInterruptedChange(Station& station) {
   try {
-    if (DBEngine::DatabaseExists(station.base.Path())) return;
     Folder& folder = station.platform.stationFolder;
+    if (!station.base.IsFile()) return FinishMove(folder);
+    if (station.base.IsThere()) return;
     const std::string file = FileForMissingBase(folder);
     if (file.empty()) return KeepBackupOfLostBase(station);
     const std::string name = BaseFileName(station);

@@ -14,6 +14,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
+#include "store/DatabaseFiles.h"
 
 namespace zemo {
 
@@ -71,6 +72,9 @@ void GoOnWithTheOldBase(Station& station) {
 }  // namespace
 
 void RepairAndCompact(Station& station) {
+  if (!station.base.IsFile() && !station.base.IsOpen()) OpenBaseAgain(station);
+  if (station.base.IsOpen() && station.base.Db().CompactInPlace())
+    return station.events.Base("compacted");
   const BaseAlone alone(station, kLockWaitMs);
   station.base.Close();
   try {

@@ -6,6 +6,8 @@
 #include "platform/Folder.h"
 #include "station/DayGrid.h"
 #include "station/Station.h"
+#include "station/TextForms.h"
+#include "store/DatabaseFiles.h"
 #include "store/Schema.h"
 #include "store/StationFile.h"
 #include "store/StoreError.h"
@@ -61,6 +63,12 @@ std::string BaseFileName(const Station& station) {
   return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
+std::string DatedName(const Station& station, const std::string& head, const std::string& tail) {
+  const LocalDateTime now = station.Now();
+  return head + std::to_string(now.year) + '-' + TwoDigits(now.month) + '-' + TwoDigits(now.day) +
+         ' ' + TwoDigits(now.hour) + TwoDigits(now.minute) + TwoDigits(now.second) + tail;
+}
+
 void TellGaps(Station& station, const std::vector<std::string>& known) {
   for (const std::string& gap : station.base.Gaps())
     if (std::find(known.begin(), known.end(), gap) == known.end())
@@ -81,7 +89,7 @@ BaseAlone::BaseAlone(Station& station, int waitMs) : station_(station) {
       throw StoreError(kErrLocked, other);
   try {
     if (station.base.IsOpen()) station.base.Db().LetOthersIn();  // the holder below is one
-    if (DBEngine::DatabaseExists(station.base.Path())) HeldDatabase(station.base.Path(), waitMs);
+    if (station.base.IsFile() && station.base.IsThere()) HeldDatabase(station.base.Path(), waitMs);
   } catch (const StoreError& error) {
     if (error.Number() != kErrLocked) return;  // whoever works on it will tell
     if (use) use->Share();
@@ -117,7 +125,7 @@ void ForgetAnswers(Station& station) {
 
 void OpenBaseAgain(Station& station) {
   ForgetBase(station);
-  if (!DBEngine::DatabaseExists(station.base.Path()))
+  if (!station.base.IsThere())
     throw StoreError(kErrNoSuchFile, station.base.Path() + " is missing: the base stays closed");
   station.base.OpenOrCreateDatabase();
   OpenTables(station);

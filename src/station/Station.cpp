@@ -1,7 +1,7 @@
 #include "station/Station.h"
 
 #include "platform/Folder.h"
-#include "station/BaseFiles.h"
+#include "station/BasePlaces.h"
 #include "station/TimeForms.h"
 
 namespace zemo {
@@ -23,8 +23,7 @@ const char* ReasonWord(SlotEnd reason) {
 }
 }  // namespace
 
-Station::Station(const Platform& given)
-    : platform(given), base(given.stationFolder.PathOf(BaseFile::kBase)) {
+Station::Station(const Platform& given) : platform(given), base(PlaceOfBase(given.stationFolder)) {
   platform.sound.SetObserver(this);
   engine.observer = this;
 }

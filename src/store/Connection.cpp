@@ -160,6 +160,21 @@ Value DefaultOf(const std::string& sql) {
   return {};
 }
 
+class SqliteStandIns final : public StandInSql {
+ public:
+  // An expression everywhere: a bare number behind ORDER BY is a column's place.
+  std::string Constant(const Field& field, const std::string& literal) const override {
+    if (field.Type == FieldType::kText || field.Type == FieldType::kMemo)
+      return "CAST(" + literal + " AS TEXT) COLLATE NOCASE";
+    return "CAST(" + literal + (field.Type == FieldType::kFloat64 ? " AS REAL)" : " AS INTEGER)");
+  }
+  std::string InType(const Field& field, const std::string& column) const override {
+    return Constant(field, column);
+  }
+  std::string Number(const TableDef&) const override { return "rowid"; }
+  std::string Table(std::string_view name) const override { return "main." + QuotedName(name); }
+};
+
 }  // namespace
 
 // --- Statement ---
@@ -445,6 +460,11 @@ void Connection::Begin() {
   if (!InTransaction()) Prepare("BEGIN IMMEDIATE").Run();
 }
 
+void Connection::BeginReading() {
+  Check();
+  if (!InTransaction()) Prepare("BEGIN").Run();
+}
+
 void Connection::Commit() {
   Check();
   if (!InTransaction()) return;
@@ -562,7 +582,7 @@ std::vector<std::string> Connection::PutStandIns() {
   DropStandIns();
   std::vector<std::string> told;
   for (const auto& table : tables) {
-    StandIn standIn = StandInFor(*table, [&](const std::string& column) {
+    StandIn standIn = StandInFor(*table, SqliteStandIns(), [&](const std::string& column) {
       const char* type = nullptr;
       const char* order = nullptr;
       sqlite3_table_column_metadata(database_, "main", table->Name.c_str(), column.c_str(), &type,
@@ -570,7 +590,7 @@ std::vector<std::string> Connection::PutStandIns() {
       return DeclaredColumn{type ? type : "", order && SameName(order, "NOCASE")};
     });
     if (!standIn.table) continue;
-    if (!standIn.view.empty()) ExecuteNow(standIn.view.c_str());
+    if (!standIn.select.empty()) ExecuteNow(MakeViewSql(standIn).c_str());
     standIns_.push_back(std::move(standIn.table));
     told.insert(told.end(), standIn.told.begin(), standIn.told.end());
   }

@@ -71,6 +71,7 @@ class Connection {
   void ExecuteNow(const char* sql);  // not kept
 
   void Begin();     // nothing when one is open
+  void BeginReading();  // the same; the file is locked for reading by what is read first
   void Commit();    // nothing when none is open; what cannot be committed is rolled back
   void Rollback();  // nothing when none is open; throws nothing
   bool InTransaction() const;

@@ -1,4 +1,4 @@
-// The station's database file over SQLite, behind the engine operations that the logic knows.
+// The station's base behind the engine operations that the logic knows, whichever engine keeps it.
 // Queries come in the station's dialect (LIKE with * and ?, DELETE * FROM, TOP n, WHERE '*', ...)
 // and are translated in one place, store/Dialect.
 #pragma once
@@ -14,11 +14,8 @@
 #include "store/Recordset.h"
 #include "store/RowNotes.h"
 
-struct sqlite3;
-
 namespace zemo {
 
-class Connection;
 class RowView;
 class TableDefs;
 struct TablePage;
@@ -29,6 +26,15 @@ class StoredTable {
   virtual ~StoredTable() = default;
   // A live cursor of the caller's own, on the first row in order of insertion.
   virtual std::unique_ptr<Recordset> Cursor() const = 0;
+};
+
+// Takes whole rows of a table as they stood in another base, keys and all. What was not finished is
+// no row of the base. Thread: the logic's. Operations throw StoreError.
+class RowSink {
+ public:
+  virtual ~RowSink() = default;
+  virtual void Add(const RowView& row) = 0;  // all fields, in the table's order
+  virtual void Finish() = 0;
 };
 
 // Thread: the logic's. Every operation throws StoreError.
@@ -43,7 +49,8 @@ class Database {
   virtual std::unique_ptr<Recordset> OpenRecordset(std::string_view sql,
                                                    const Values& values = {}) = 0;  // a snapshot
   // Hands the rows of a query to `take` one by one, without a snapshot: for walks over a whole
-  // library. The file is held for reading meanwhile, so `take` only copies what it needs.
+  // library, of which no more is in memory than a few rows. A file is held for reading meanwhile,
+  // so `take` only copies what it needs.
   virtual void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) = 0;
   void ReadRows(std::string_view sql, const TakeRow& take) { ReadRows(sql, {}, take); }
   virtual std::shared_ptr<const StoredTable> FindTable(std::string_view name) = 0;
@@ -53,6 +60,9 @@ class Database {
   virtual void CommitTrans() = 0;    // does nothing when none is open
   virtual void RollbackTrans() = 0;  // takes back the open one; throws nothing
   virtual bool InTransaction() const = 0;
+  // As BeginTrans, for who only reads: what is read up to CommitTrans or RollbackTrans is the base
+  // of one moment, and others may write meanwhile as far as their engine lets them.
+  virtual void BeginReading() = 0;
   virtual TableDefs& Tables() = 0;
   // Columns are looked at: what the schema has and the file has not is read by default, and told, a
   // line each. Without it, and after a change of the structure, a query that names it fails.
@@ -62,6 +72,14 @@ class Database {
   // The table is read as it stands in the file and its rows are numbered by its key: no stand-in is
   // read in its place, and nobody has changed the structure since that was looked at.
   virtual bool IsReadAsStored(std::string_view table) = 0;
+  // For who carries a whole base over. All rows of the table with all fields as they are stored, in
+  // the order of their numbers; and a place for such rows, in a transaction and in a table that has
+  // none yet. The queries' dialect, stand-ins and notes of rows have no part in either.
+  virtual void ReadTable(std::string_view table, const TakeRow& take) = 0;
+  virtual std::unique_ptr<RowSink> FillTable(std::string_view table) = 0;
+  // Gives back the room of rows that are gone and makes the indexes anew, beside whoever works on
+  // the base. False: nothing was done, since this engine does it by a copy (DatabaseFiles.h).
+  virtual bool CompactInPlace() = 0;
   // Opens what stands at the path now; `create` makes the file. What was open is closed once the
   // new one is; where that cannot be opened it stays. Cursors of the former one find themselves
   // closed.
@@ -140,46 +158,6 @@ class OthersLetIn {
  private:
   Database& database_;
   const bool alone_;
-};
-
-// A base file from which every other connection is kept off, for reading and for writing, while it
-// is copied, renamed or replaced. What an interrupted writer left beside it is taken back first,
-// so that no journal is left to be played into the file that takes its place. Thread: the logic's.
-class HeldDatabase {
- public:
-  // Throws StoreError: kErrLocked when others are at work on it for longer than `waitMs`.
-  HeldDatabase(const std::string& path, int waitMs);
-  ~HeldDatabase();
-  HeldDatabase(const HeldDatabase&) = delete;
-
-  // A copy without gaps, whose indexes are made anew; numbers once given stay given. All of it is
-  // on the disk when this comes back. `to` must not exist. Throws StoreError.
-  void CopyTo(const std::string& to);
-
- private:
-  std::unique_ptr<Connection> connection_;
-};
-
-// File operations on whole databases. `path` is a path of this system. Throw StoreError.
-struct DBEngine {
-  // One that is not open yet.
-  static std::unique_ptr<Database> ClosedDatabase(const std::string& path,
-                                                  std::shared_ptr<LockWait> wait);
-  // Fails when the file exists; an empty file does not count. Each operation waits `busyTimeoutMs`
-  // for a lock.
-  static std::unique_ptr<Database> CreateDatabase(const std::string& path,
-                                                  int busyTimeoutMs = kBusyTimeoutMs);
-  // Shared, read-write; where the file or its folder cannot be written, writes fail with
-  // kErrReadOnly.
-  static std::unique_ptr<Database> OpenDatabase(const std::string& path,
-                                                int busyTimeoutMs = kBusyTimeoutMs);
-  static bool DatabaseExists(const std::string& path);  // a file that is not empty, or a folder
-  // HeldDatabase::CopyTo with the base held only as long as it takes.
-  static void CompactDatabase(const std::string& from, const std::string& to);
-  // Makes damaged indexes anew; kErrBadDatabase where more than an index is damaged.
-  static void RepairDatabase(const std::string& path);
-  // SQLite's own SQL, one or more statements, on a connection of its own, as another program would.
-  static void ExecuteNative(const std::string& path, const std::string& sql);
 };
 
 }  // namespace zemo

@@ -17,9 +17,9 @@ namespace zemo {
 // `OpenConnection` is one opening of the base, with the operations of `Connection`; `Defs` is its
 // catalogue, made over it. Cursors share the connection, so that one that outlives the database, or
 // its opening, finds it closed. The engine opens it: its Open makes a connection and gives it to
-// Take. Thread: the logic's.
-template <typename OpenConnection, typename Defs>
-class EngineDatabase : public Database {
+// Take. `Face` is what it is to others. Thread: the logic's.
+template <typename OpenConnection, typename Defs, typename Face = Database>
+class EngineDatabase : public Face {
  public:
   ~EngineDatabase() override { EngineDatabase::Close(); }
 

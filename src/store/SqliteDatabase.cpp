@@ -1,7 +1,9 @@
 // The database over its SQLite connection, and the operations on whole files.
 #include <utility>
 
+#include "store/BasePlace.h"
 #include "store/Connection.h"
+#include "store/DatabaseFiles.h"
 #include "store/EngineDatabase.h"
 #include "store/Names.h"
 #include "store/Snapshot.h"
@@ -19,6 +21,52 @@ std::shared_ptr<LockWait> EachWaits(int ms) {
   return std::make_shared<LockWait>(ms);
 }
 
+// Puts rows in as they come, by one statement.
+class SqliteRowSink final : public RowSink {
+ public:
+  SqliteRowSink(std::shared_ptr<Connection> connection, const TableDef& table)
+      : connection_(std::move(connection)), fields_(static_cast<int>(table.Fields.size())) {
+    std::string fields;
+    std::string places;
+    for (const Field& field : table.Fields) {
+      fields += (fields.empty() ? "" : ", ") + QuotedName(field.Name);
+      places += places.empty() ? "?" : ", ?";
+    }
+    insert_ =
+        "INSERT INTO main." + QuotedName(table.Name) + " (" + fields + ") VALUES (" + places + ")";
+  }
+
+  void Add(const RowView& row) override {
+    Statement insert = connection_->Prepare(insert_);
+    for (int field = 0; field < fields_; ++field) insert.Bind(field + 1, ValueOf(row, field));
+    insert.Run();
+  }
+  void Finish() override {}
+
+ private:
+  static Value ValueOf(const RowView& row, int field) {
+    switch (row.KindOf(field)) {
+      case RowView::Kind::kNull:
+        return {};
+      case RowView::Kind::kInteger:
+        return row.Int(field);
+      case RowView::Kind::kReal:
+        return row.Real(field);
+      default:
+        return std::string(row.Text(field));
+    }
+  }
+
+  std::shared_ptr<Connection> connection_;
+  const int fields_;
+  std::string insert_;
+};
+
+void RequireRows(const Statement& query, std::string_view sql) {
+  if (query.Columns() == 0)
+    throw StoreError(kErrSyntax, "a query without rows cannot be opened: " + std::string(sql));
+}
+
 class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> {
  public:
   SqliteDatabase(std::string path, std::shared_ptr<LockWait> wait)
@@ -28,9 +76,7 @@ class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> 
 
   std::unique_ptr<Recordset> OpenRecordset(std::string_view sql, const Values& values) override {
     Statement query = Use().PrepareDialect(sql, values);
-    if (query.Columns() == 0) {
-      throw StoreError(kErrSyntax, "a query without rows cannot be opened: " + std::string(sql));
-    }
+    RequireRows(query, sql);
     // The first step is what notices that another program has changed the table's columns.
     bool row = query.Step();
     std::vector<std::string> names;
@@ -42,6 +88,7 @@ class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> 
   }
   void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) override {
     Statement query = Use().PrepareDialect(sql, values);
+    RequireRows(query, sql);
     while (query.Step()) take(SqliteRow(query.Handle()));
   }
   std::shared_ptr<const StoredTable> FindTable(std::string_view name) override {
@@ -61,6 +108,20 @@ class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> 
     const auto found = Use().FindReadTable(table);
     return found && !found->IsStandIn && found->LostKey.empty() && found->AutoField();
   }
+  void BeginReading() override { Use().BeginReading(); }
+  void ReadTable(std::string_view table, const TakeRow& take) override {
+    const std::shared_ptr<const TableDef> def = Existing(table);
+    std::string fields;
+    for (const Field& field : def->Fields)
+      fields += (fields.empty() ? "" : ", ") + QuotedName(field.Name);
+    Statement rows = Use().Prepare("SELECT " + fields + " FROM main." + QuotedName(def->Name) +
+                                   " ORDER BY rowid");
+    while (rows.Step()) take(SqliteRow(rows.Handle()));
+  }
+  std::unique_ptr<RowSink> FillTable(std::string_view table) override {
+    return std::make_unique<SqliteRowSink>(Shared(), *Existing(table));
+  }
+  bool CompactInPlace() override { return false; }
   void Open(bool create) override {
     if (IsAlone()) LetOthersIn();  // the new opening is one of them
     auto fresh = std::make_shared<Connection>(path_, create, wait_);
@@ -78,6 +139,13 @@ class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> 
   bool FileIsLost() const override { return Opening() && Opening()->FileIsLost(); }
 
  private:
+  std::shared_ptr<const TableDef> Existing(std::string_view table) {
+    Use().RefreshCatalogue();
+    auto def = Use().FindTable(table);
+    if (!def) throw StoreError(kErrNoSuchTable, "no table " + std::string(table));
+    return def;
+  }
+
   const std::string path_;
 };
 
@@ -135,6 +203,15 @@ bool DBEngine::DatabaseExists(const std::string& path) {
 std::unique_ptr<Database> DBEngine::ClosedDatabase(const std::string& path,
                                                    std::shared_ptr<LockWait> wait) {
   return std::make_unique<SqliteDatabase>(path, std::move(wait));
+}
+
+BasePlace FilePlace(std::string path) {
+  BasePlace place;
+  place.closed = [path](std::shared_ptr<LockWait> wait) {
+    return DBEngine::ClosedDatabase(path, std::move(wait));
+  };
+  place.name = std::move(path);
+  return place;
 }
 
 std::unique_ptr<Database> DBEngine::CreateDatabase(const std::string& path, int busyTimeoutMs) {

@@ -43,13 +43,14 @@ void SqliteTableDefs::DropIndex(const std::string& table, const std::string& ind
   Change("DROP INDEX " + QuotedName(StoredIndexName(table, index)));
 }
 
-void SqliteTableDefs::KeepNumbersAbove(const TableDef& table, const TableDef& source) {
-  // A table of another tool may have given numbers without keeping the last.
-  Statement last =
-      connection_.Prepare("SELECT MAX(seq) FROM sqlite_sequence WHERE name IN (?1, ?2)");
-  last.Bind(1, source.Name).Bind(2, table.Name);
-  if (!last.Step() || last.Int(0) == 0) return;
-  const Value number = last.Int(0);
+// A table of another tool may have given numbers without keeping the last.
+int64_t SqliteTableDefs::LastNumberOf(const TableDef& table) {
+  Statement last = connection_.Prepare("SELECT MAX(seq) FROM sqlite_sequence WHERE name = ?1");
+  last.Bind(1, table.Name);
+  return last.Step() ? last.Int(0) : 0;
+}
+
+void SqliteTableDefs::SetLastNumber(const TableDef& table, int64_t number) {
   connection_.Prepare("DELETE FROM sqlite_sequence WHERE name = ?1").Bind(1, table.Name).Run();
   connection_.Prepare("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)")
       .Bind(1, table.Name)

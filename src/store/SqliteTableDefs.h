@@ -26,7 +26,8 @@ class SqliteTableDefs final : public TableDefs {
   void DropField(const std::string& table, const std::string& field) override;
   void MakeIndex(const std::string& table, const Index& index) override;
   void DropIndex(const std::string& table, const std::string& index) override;
-  void KeepNumbersAbove(const TableDef& table, const TableDef& source) override;
+  int64_t LastNumberOf(const TableDef& table) override;
+  void SetLastNumber(const TableDef& table, int64_t number) override;
   void BeginChanges() override;
   void CommitChanges() override;
   void TakeBackChanges() override;

@@ -45,25 +45,11 @@ Value OfANewRow(const TableDef& table, const Field& field) {
   return IsTextType(field) ? Value(std::string()) : Value(int64_t{0});
 }
 
-// In a form that is an expression everywhere: a bare number behind ORDER BY is a column's place.
-std::string InType(const Field& field, const std::string& sql) {
-  if (IsTextType(field)) return "CAST(" + sql + " AS TEXT) COLLATE NOCASE";
-  return "CAST(" + sql + (field.Type == FieldType::kFloat64 ? " AS REAL)" : " AS INTEGER)");
-}
-
-// The varieties are few, and the rotation rests on all of them: without their names they are those
-// of a new base, without their shares they have equal ones.
-std::string OfVarieties(const Field& field) {
-  if (SameName(field.Name, "VARIETE"))
-    return "CASE rowid WHEN 1 THEN 'NATIONAL' WHEN 2 THEN 'INTERNATIONAL' ELSE '' END";
-  return "(SELECT 100 / COUNT(*) FROM main.Variete)";
-}
-
 class Making {
  public:
-  Making(const TableDef& present, const TableDef& schema,
+  Making(const TableDef& present, const TableDef& schema, const StandInSql& words,
          const std::function<DeclaredColumn(const std::string& column)>& declared)
-      : present_(present), schema_(schema), declared_(declared) {
+      : present_(present), schema_(schema), words_(words), declared_(declared) {
     table_.Name = present.Name;
   }
 
@@ -80,7 +66,7 @@ class Making {
     if (!viewed_ && !changed_ && indexed) return {};
     table_.IsStandIn = viewed_;
     result_.table = std::make_shared<const TableDef>(table_);
-    if (viewed_) result_.view = ViewSql();
+    if (viewed_) result_.select = SelectSql();
     return std::move(result_);
   }
 
@@ -106,7 +92,7 @@ class Making {
     const DeclaredColumn column = declared_(field.Name);
     const bool text = IsTextType(field);
     if (text ? !DeclaresText(column.type) : !DeclaresNumber(column.type)) {
-      field.ReadAs = InType(field, QuotedName(field.Name));
+      field.ReadAs = words_.InType(field, QuotedName(field.Name));
       result_.told.push_back(table_.Name + '.' + field.Name + " is of type " +
                              (column.type.empty() ? "none" : column.type) + ": read as a " +
                              (text ? "text" : "number"));
@@ -122,15 +108,15 @@ class Making {
                          present_.Fields.size() == schema_.Fields.size() &&
                          !schema_.FindField(present_.Fields[place].Name);
     if (field.AutoIncrement) {
-      field.ReadAs = "rowid";
+      field.ReadAs = words_.Number(present_);
       result_.told.push_back(begin + "the numbers of its rows are read");
     } else if (byPlace) {
       field.ReadAs = QuotedName(present_.Fields[place].Name);
       result_.told.push_back(begin + present_.Fields[place].Name + " is read in its place");
     } else {
       const bool variety = SameName(table_.Name, "Variete");
-      field.ReadAs =
-          InType(field, variety ? OfVarieties(field) : SqlLiteral(OfANewRow(table_, field)));
+      field.ReadAs = words_.Constant(
+          field, variety ? OfVarieties(field) : SqlLiteral(OfANewRow(table_, field)));
       result_.told.push_back(
           begin + (IsGapOfArtists(table_, field) ? "read as none" : "read as by default"));
     }
@@ -148,19 +134,29 @@ class Making {
                            " is no key: new rows get the next number");
   }
 
-  std::string ViewSql() const {
-    std::string sql = "CREATE TEMP VIEW " + QuotedName(table_.Name) + " AS SELECT ";
+  // The varieties are few, and the rotation rests on all of them: without their names they are
+  // those of a new base, without their shares they have equal ones.
+  std::string OfVarieties(const Field& field) const {
+    if (SameName(field.Name, "VARIETE"))
+      return "CASE " + words_.Number(present_) +
+             " WHEN 1 THEN 'NATIONAL' WHEN 2 THEN 'INTERNATIONAL' ELSE '' END";
+    return "(SELECT 100 / COUNT(*) FROM " + words_.Table(present_.Name) + ")";
+  }
+
+  std::string SelectSql() const {
+    std::string sql = "SELECT ";
     const char* separator = "";
     for (const Field& field : table_.Fields) {
       sql += separator + (field.ReadAs.empty() ? QuotedName(field.Name) : field.ReadAs) + " AS " +
              QuotedName(field.Name);
       separator = ", ";
     }
-    return sql + " FROM main." + QuotedName(table_.Name);
+    return sql + " FROM " + words_.Table(table_.Name);
   }
 
   const TableDef& present_;
   const TableDef& schema_;
+  const StandInSql& words_;
   const std::function<DeclaredColumn(const std::string& column)>& declared_;
   TableDef table_;
   StandIn result_;
@@ -170,10 +166,14 @@ class Making {
 
 }  // namespace
 
-StandIn StandInFor(const TableDef& present,
+StandIn StandInFor(const TableDef& present, const StandInSql& words,
                    const std::function<DeclaredColumn(const std::string& column)>& declared) {
   const TableDef* schema = FindSchemaTable(present.Name);
-  return schema ? Making(present, *schema, declared).Run() : StandIn();
+  return schema ? Making(present, *schema, words, declared).Run() : StandIn();
+}
+
+std::string MakeViewSql(const StandIn& standIn) {
+  return "CREATE TEMP VIEW " + QuotedName(standIn.table->Name) + " AS " + standIn.select;
 }
 
 std::string DropViewSql(const TableDef& standIn) {

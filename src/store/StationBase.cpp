@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "store/DatabaseFiles.h"
 #include "store/Names.h"
 #include "store/Schema.h"
 #include "store/StoreError.h"
@@ -96,24 +97,36 @@ bool CnfIsInOrder(TableDefs& defs) {
 
 }  // namespace
 
-StationBase::StationBase(std::string path, int busyTimeoutMs)
-    : path_(std::move(path)),
+StationBase::StationBase(BasePlace place, int busyTimeoutMs)
+    : place_(std::move(place)),
       wait_(std::make_shared<LockWait>(busyTimeoutMs)),
-      database_(DBEngine::ClosedDatabase(path_, wait_)),
+      database_(place_.closed(wait_)),
       cnfRow_(DefaultSettings()) {}
+
+StationBase::StationBase(std::string path, int busyTimeoutMs)
+    : StationBase(FilePlace(std::move(path)), busyTimeoutMs) {}
 
 StationBase::~StationBase() = default;
 
+bool StationBase::IsThere() const {
+  return !place_.isFile || DBEngine::DatabaseExists(place_.name);
+}
+
 bool StationBase::OpenOrCreateDatabase() {
   Close();
-  const bool created = !DBEngine::DatabaseExists(path_);
+  RequirePlace();
+  const bool created = !IsThere();
   database_->Open(created);
   return created;
 }
 
+void StationBase::RequirePlace() const {
+  if (!place_.fault.empty()) throw StoreError(kErrBadDatabase, place_.fault);
+}
+
 bool StationBase::OpenDatabaseIfLost() {
   if (IsOpen() && !database_->FileIsLost()) return false;
-  if (!DBEngine::DatabaseExists(path_)) return false;
+  if (!place_.fault.empty() || !IsThere()) return false;
   database_->Open(false);
   cnfChecked_ = false;
   return true;
@@ -182,7 +195,7 @@ const StoredTable& StationBase::OpenedTable(std::string_view name) const {
     if (opened.fault) throw StoreError(*opened.fault);
     return *opened.table;
   }
-  throw StoreError(kErrClosed, path_ + " is not open");
+  throw StoreError(kErrClosed, Path() + " is not open");
 }
 
 void StationBase::SeedFixedRows() {
@@ -214,7 +227,7 @@ void StationBase::KeepFromOthers(std::unique_ptr<HeldDatabase> replaced) {
 }
 
 Database& StationBase::Db() {
-  if (!IsOpen()) throw StoreError(kErrClosed, path_ + " is not open");
+  if (!IsOpen()) throw StoreError(kErrClosed, Path() + " is not open");
   return *database_;
 }
 

@@ -10,21 +10,26 @@
 #include <utility>
 #include <vector>
 
+#include "store/BasePlace.h"
 #include "store/CnfFields.h"
 #include "store/Database.h"
 #include "store/StoreError.h"
 
 namespace zemo {
 
+class HeldDatabase;
+
 // Thread: the logic's. Operations throw StoreError.
 class StationBase {
  public:
-  // Path of the base file, without regard to the case of "Triskin.MDB" in the station's folder.
   // Until Waiting() says otherwise each operation waits `busyTimeoutMs` for a lock.
+  explicit StationBase(BasePlace place, int busyTimeoutMs = kBusyTimeoutMs);
+  // Path of the base file, without regard to the case of "Triskin.MDB" in the station's folder.
   explicit StationBase(std::string path, int busyTimeoutMs = kBusyTimeoutMs);
   ~StationBase();
 
-  // Creates the file when it is missing (true is returned then), and opens it.
+  // Creates the file when it is missing (true is returned then), and opens it. A server's base is
+  // opened only.
   bool OpenOrCreateDatabase();
   // The thirteen creators with their indexes. `failed` hears of every error that is not "exists
   // already", with the table's name; a failed creation stops nothing.
@@ -60,7 +65,11 @@ class StationBase {
   std::unique_ptr<Recordset> Table(std::string_view name) { return OpenedTable(name).Cursor(); }
   // For what is to end at its beginning where the table is not open.
   void RequireTable(std::string_view name) { OpenedTable(name); }
-  const std::string& Path() const { return path_; }
+  // The file's path; of a server's base its URL without a password.
+  const std::string& Path() const { return place_.name; }
+  bool IsFile() const { return place_.isFile; }
+  // The file is there. Whether a server has the base is told by opening it.
+  bool IsThere() const;
 
   int32_t CountRecords(std::string_view table);
 
@@ -79,11 +88,12 @@ class StationBase {
   void CheckCnf() { cnfChecked_ = false; }  // the next read asks the change counter
 
  private:
+  void RequirePlace() const;
   void RefreshCnf();
   void ReadCnfRow();
   const StoredTable& OpenedTable(std::string_view name) const;
 
-  std::string path_;
+  BasePlace place_;
   std::shared_ptr<LockWait> wait_;
   std::unique_ptr<Database> database_;  // never null
   std::unique_ptr<HeldDatabase> replaced_;

@@ -132,9 +132,17 @@ void TableDefs::DeleteIndex(std::string_view table, std::string_view index) {
 }
 
 void TableDefs::TakeOverNumbers(std::string_view from, std::string_view to) {
-  const auto source = Existing(from);
-  const auto target = Existing(to);
-  if (target->AutoField()) KeepNumbersAbove(*target, *source);
+  KeepNumbersAbove(to, LastNumber(from));
+}
+
+int64_t TableDefs::LastNumber(std::string_view table) {
+  const auto def = Existing(table);
+  return def->AutoField() ? LastNumberOf(*def) : 0;
+}
+
+void TableDefs::KeepNumbersAbove(std::string_view table, int64_t number) {
+  const auto def = Existing(table);
+  if (def->AutoField() && number > LastNumberOf(*def)) SetLastNumber(*def, number);
 }
 
 StructureTransaction::StructureTransaction(TableDefs& tables) : tables_(tables) {

@@ -69,6 +69,11 @@ class TableDefs {
   void DeleteIndex(std::string_view table, std::string_view index);
   // No number that `from` has given, to a row that is gone or not, is given again by `to`.
   void TakeOverNumbers(std::string_view from, std::string_view to);
+  // The last number that the table's key has given, to a row that is gone or not; 0: none, or no
+  // key that gives them.
+  int64_t LastNumber(std::string_view table);
+  // The key gives only numbers above this one.
+  void KeepNumbersAbove(std::string_view table, int64_t number);
 
  protected:
   // The engine's part. All: as the tables stand now, whoever changed them. The others are asked for
@@ -82,7 +87,9 @@ class TableDefs {
   virtual void DropField(const std::string& table, const std::string& field) = 0;
   virtual void MakeIndex(const std::string& table, const Index& index) = 0;
   virtual void DropIndex(const std::string& table, const std::string& index) = 0;
-  virtual void KeepNumbersAbove(const TableDef& table, const TableDef& source) = 0;
+  // Of a table with a key that gives numbers; as those above.
+  virtual int64_t LastNumberOf(const TableDef& table) = 0;
+  virtual void SetLastNumber(const TableDef& table, int64_t number) = 0;
   virtual void BeginChanges() = 0;
   virtual void CommitChanges() = 0;
   virtual void TakeBackChanges() = 0;  // those that are neither stored nor taken back yet

@@ -25,7 +25,7 @@ MAY_INCLUDE = {
     "platform/real": ["platform", "platform/sound"],
     "store": ["platform"],
     "store/postgres": ["platform", "store"],
-    "station": ["platform", "store"],
+    "station": ["platform", "store", "store/postgres"],
     "settings": ["platform", "store", "station"],
     "library": LOGIC_BELOW_LIBRARY,
     "scheduling": SCHEDULES,

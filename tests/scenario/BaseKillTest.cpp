@@ -12,6 +12,7 @@
 #include "engine/StartStop.h"
 #include "engine/Startup.h"
 #include "station/BaseCompaction.h"
+#include "store/DatabaseFiles.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -102,12 +103,14 @@ class PowerLossInUpkeep : public testing::Test {
 };
 
 TEST_F(PowerLossInUpkeep, BetweenAnyTwoFilesOfACompaction) {
+  ON_FILES_ALONE("the steps between two files");
   int n = 1;
   for (; LostAtFileStep(n, Compact); ++n) StartAndCheck("file step " + std::to_string(n), "30");
   EXPECT_GT(n, 6);
 }
 
 TEST_F(PowerLossInUpkeep, WithinTheRepairAndTheCopyOfACompaction) {
+  ON_FILES_ALONE("the steps between two files");
   int kills = 0;
   for (int n = 1; LostAtBaseStep(n, Compact); n += 6, ++kills)
     StartAndCheck("base step " + std::to_string(n), "30");
@@ -115,6 +118,7 @@ TEST_F(PowerLossInUpkeep, WithinTheRepairAndTheCopyOfACompaction) {
 }
 
 TEST_F(PowerLossInUpkeep, BetweenAnyTwoFilesOfAHandOver) {
+  ON_FILES_ALONE("the steps between two files");
   const std::string bytes = *on.stationFolder.Read("Triskin.MDB");
   int n = 1;
   bool lost = true;
@@ -136,6 +140,7 @@ TEST_F(PowerLossInUpkeep, BetweenAnyTwoFilesOfAHandOver) {
 }
 
 TEST_F(PowerLossInUpkeep, WithinTheUpgradeOfATable) {
+  ON_FILES_ALONE("the steps between two files");
   const std::string whole = *on.stationFolder.Read("Triskin.MDB");
   int kills = 0;
   for (int n = 1;; n += 2) {

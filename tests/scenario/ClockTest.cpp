@@ -48,6 +48,7 @@ TEST(TimedStart, GoesOnAirInAutomaticMode) {
 }
 
 TEST(TimedStart, IsNotTakenOnAProductionMachine) {
+  ON_FILES_ALONE("the base is a copy of a file");
   TestStation on("2026-11-21 12:00:30");
   on.MakeFile("StartStop.5", "\"START\",\"12:01\"\r\n");
   on.localValues.Set("PCProduction", "True");

@@ -93,7 +93,7 @@ TEST_F(DatedList, AirsItsElementsAndReportsBothMarkers) {
   EXPECT_GT(markers[1].atMs, starts[2].atMs);
   EXPECT_FALSE(on.station.engine.PlaylistRunning);
   EXPECT_EQ(on.SqlText("SELECT group_concat(GENRE || '/' || AUTEUR || '/' || TITRE, ' ') FROM "
-                       "(SELECT * FROM Rapport WHERE GENRE = 'PLAYLIST' ORDER BY CODE)"),
+                       "(SELECT * FROM Rapport WHERE GENRE = 'PLAYLIST' ORDER BY CODE) r"),
             "PLAYLIST/Start Playlist/LIST 1 PLAYLIST/End Playlist/LIST 1");
 }
 

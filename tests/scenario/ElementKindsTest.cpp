@@ -232,7 +232,7 @@ TEST_F(ElementKinds, BaseLockedByAnotherProcessLosesNoReportRow) {
   on.Start();
   std::unique_ptr<Database> other;
   on.At(10000, [&] {
-    other = DBEngine::OpenDatabase(on.station.base.Path());
+    other = test::OpenElsewhere(on.station.base.Path());
     other->BeginTrans();
     other->Execute("UPDATE Cnf SET Veille = 0");
   });

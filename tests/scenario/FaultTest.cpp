@@ -89,6 +89,7 @@ TEST(FaultSweep, AnySoundMayFailToOpen) {
 }
 
 TEST(FullDisk, ReportRowsAreWrittenWhenThereIsRoomAgain) {
+  ON_FILES_ALONE("the disk is full by SQLite's own word");
   TestStation on("2026-11-21 12:05:00");
   on.Load();
   on.AppendCard(on.AddCard({.lengthMs = 8000}));
@@ -197,6 +198,7 @@ TEST_F(Fault, OverlayTellsItsStoredPath) {
 // The virtual clock does not see what is waited for another process, the wall's does: 200 ticks of
 // 100 ms each would be 20 s of waiting, and a single operation with a wait of its own is 5 s.
 TEST_F(Fault, BaseLockedWhollyDoesNotDelayTheNextStart) {
+  ON_FILES_ALONE("a server lets everybody read");
   AppendTitles(3, 10000);
   on.Start();
   on.RunUntil(5000);
@@ -252,7 +254,7 @@ TEST_F(Fault, APipeAFolderAndADeviceInThePlaceOfASoundFileAreToldAsWhatTheyAre) 
 
 TEST_F(Fault, KeptRowsAreWrittenBeforeTheEnd) {
   AppendTitles(1, 5000);
-  std::unique_ptr<Database> other = DBEngine::OpenDatabase(on.station.base.Path());
+  std::unique_ptr<Database> other = test::OpenElsewhere(on.station.base.Path());
   on.Start();
   other->BeginTrans();
   on.At(1000, [&] { StartStopZemoRadio(on.station, false); });
@@ -264,6 +266,7 @@ TEST_F(Fault, KeptRowsAreWrittenBeforeTheEnd) {
 }
 
 TEST(FaultAtStart, DamagedShortcutTableDoesNotKeepTheMachineOffTheAir) {
+  ON_FILES_ALONE("the base is a copy of a file");
   TestStation made;
   made.Load();
   made.Sql("DROP TABLE VT");

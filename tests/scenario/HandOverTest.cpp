@@ -10,6 +10,7 @@
 #include "library/KnownCards.h"
 #include "platform/BaseUse.h"
 #include "scheduling/LastAnswers.h"
+#include "store/DatabaseFiles.h"
 #include "store/SoundMeasuresTable.h"
 #include "support/SomebodyElse.h"
 #include "support/TestStation.h"
@@ -56,6 +57,7 @@ class HandOver : public testing::Test {
 
 // Whoever opens a pipe to read it waits for its writer, and the air with him.
 TEST_F(HandOver, APipeOrAFolderInThePlaceOfANewBaseIsLeftAlone) {
+  ON_FILES_ALONE("a file takes the place of another one");
   const std::string path = on.stationDir.Path() + "/New.mdb";
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
   TakeDroppedBase(on.station);
@@ -70,6 +72,7 @@ TEST_F(HandOver, APipeOrAFolderInThePlaceOfANewBaseIsLeftAlone) {
 
 // The start that comes next would have made the table anew, and the swap does.
 TEST_F(HandOver, ABaseOfAnOlderVersionIsTakenAndBroughtUpToDate) {
+  ON_FILES_ALONE("a file takes the place of another one");
   const std::string path = on.stationDir.Path() + "/old";
   fs::copy_file(on.station.base.Path(), path);
   DBEngine::ExecuteNative(path, "ALTER TABLE Cnf DROP COLUMN OutExtrait");
@@ -81,6 +84,7 @@ TEST_F(HandOver, ABaseOfAnOlderVersionIsTakenAndBroughtUpToDate) {
 }
 
 TEST_F(HandOver, NothingThatTheFormerBaseAnsweredIsKept) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.AddCard({});
   while (ReadCardsAhead(on.station)) {
   }
@@ -94,6 +98,7 @@ TEST_F(HandOver, NothingThatTheFormerBaseAnsweredIsKept) {
 }
 
 TEST_F(HandOver, WhatWasMeasuredGoesAlongWithTheNewBase) {
+  ON_FILES_ALONE("a file takes the place of another one");
   StoreMeasures(on.station.base, "/a.wav", {5, 7}, {.lengthMs = 1234});
   const std::string bytes = NewBase("NEW");
   on.stationFolder.Write("New.mdb", bytes);
@@ -106,6 +111,7 @@ TEST_F(HandOver, WhatWasMeasuredGoesAlongWithTheNewBase) {
 
 // Another program of the station measures the first file beside the engine.
 TEST_F(HandOver, ATableThatAnotherProgramAddsOnAirIsNoChangeThatIsTold) {
+  ON_FILES_ALONE("a file takes the place of another one");
   PutOnAir(2);
   on.At(5000, [&] {
     StationBase other(on.station.base.Path());
@@ -118,6 +124,7 @@ TEST_F(HandOver, ATableThatAnotherProgramAddsOnAirIsNoChangeThatIsTold) {
 }
 
 TEST_F(HandOver, ANewBaseIsTakenAsTheNextTitleStartsAndTheAirGoesOn) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.RunUntil(1000);
   PutOnAir(3);
   on.At(60000, [&] { on.MakeFile("NEW.MDB", NewBase("THE NEW ONE")); });
@@ -141,6 +148,7 @@ TEST_F(HandOver, ANewBaseIsTakenAsTheNextTitleStartsAndTheAirGoesOn) {
 }
 
 TEST_F(HandOver, SettingsAndCountsAreThoseOfTheNewBaseAtOnce) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.AddCard({});
   EXPECT_EQ(on.station.base.CountRecords("Discotheque"), 1);
   EXPECT_EQ(on.station.base.CnfInt(Cnf::kFadeOut), 1600);
@@ -158,6 +166,7 @@ TEST_F(HandOver, SettingsAndCountsAreThoseOfTheNewBaseAtOnce) {
 
 // The swap comes while others are at work further up the stack.
 TEST_F(HandOver, WhoAsksForATableGetsTheNewOneAndWhoKeptSomethingSeesThatItIsOld) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.AddCard({});
   const auto before = on.station.base.Table("Discotheque");
   EXPECT_EQ(before->RecordCount(), 1);
@@ -170,6 +179,7 @@ TEST_F(HandOver, WhoAsksForATableGetsTheNewOneAndWhoKeptSomethingSeesThatItIsOld
 }
 
 TEST_F(HandOver, CampaignsDroppedWithANewBaseGoIntoTheNewOne) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.MakeFile("New.mdb", NewBase("NEW"));
   on.MakeFile("ExportPubs.Txt", CampaignLine("/spot.wav", "BOTH"));
   TakeDroppedBase(on.station);
@@ -203,6 +213,7 @@ TEST_F(HandOver, ALineThatRepeatsAnothersSoundFileAddsTheCampaignTwice) {
 // --- what cannot be the base ---
 
 TEST_F(HandOver, AFileThatIsNoBaseStaysAndIsToldOnceUntilItChanges) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.AddCard({});
   on.MakeFile("New.mdb", std::string(3000, 'x'));
   for (int element = 0; element < 4; ++element) {
@@ -222,6 +233,7 @@ TEST_F(HandOver, AFileThatIsNoBaseStaysAndIsToldOnceUntilItChanges) {
 }
 
 TEST_F(HandOver, ABaseThatLacksATableStays) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.MakeFile("New.mdb", NewBase("NEW"));
   DBEngine::ExecuteNative(on.stationDir.Path() + "/New.mdb", "DROP TABLE Pls");
   TakeDroppedBase(on.station);
@@ -232,6 +244,7 @@ TEST_F(HandOver, ABaseThatLacksATableStays) {
 }
 
 TEST_F(HandOver, AFileThatIsStillBeingCopiedIsTakenOnceItIsWhole) {
+  ON_FILES_ALONE("a file takes the place of another one");
   const std::string bytes = NewBase("NEW");
   on.MakeFile("New.mdb", bytes.substr(0, bytes.size() / 2));
   TakeDroppedBase(on.station);
@@ -242,6 +255,7 @@ TEST_F(HandOver, AFileThatIsStillBeingCopiedIsTakenOnceItIsWhole) {
 }
 
 TEST_F(HandOver, WhileAnotherHasTheBaseTheOldOneStaysOpenAndItIsTriedAgainAtEachElement) {
+  ON_FILES_ALONE("a file takes the place of another one");
   SomebodyElse somebody;
   somebody.there = true;
   on.station.platform.baseUse = &somebody;
@@ -260,6 +274,7 @@ TEST_F(HandOver, WhileAnotherHasTheBaseTheOldOneStaysOpenAndItIsTriedAgainAtEach
 }
 
 TEST_F(HandOver, ATransactionOfAToolKeepsTheOldBaseOpen) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.MakeFile("New.mdb", NewBase("NEW"));
   const auto tool = DBEngine::OpenDatabase(on.station.base.Path());
   tool->BeginTrans();
@@ -273,6 +288,7 @@ TEST_F(HandOver, ATransactionOfAToolKeepsTheOldBaseOpen) {
 }
 
 TEST_F(HandOver, AFaultAtAnyStepLeavesAWholeBaseOpen) {
+  ON_FILES_ALONE("a file takes the place of another one");
   for (int n = 1;; ++n) {
     on.MakeFile("New.mdb", NewBase("NEW" + std::to_string(n)));
     const std::string former = Artists();
@@ -297,6 +313,7 @@ TEST_F(HandOver, AFaultAtAnyStepLeavesAWholeBaseOpen) {
 }
 
 TEST_F(HandOver, ADamagedBaseIsReplacedAsWell) {
+  ON_FILES_ALONE("a file takes the place of another one");
   const std::string bytes = NewBase("NEW");
   on.station.base.Close();
   on.MakeFile("Triskin.MDB", std::string(8192, 'x'));
@@ -311,6 +328,7 @@ TEST_F(HandOver, ADamagedBaseIsReplacedAsWell) {
 class InterruptedChange : public HandOver {
  protected:
   InterruptedChange() {
+    if (test::TestsAreOnServer()) return;
     on.localValues.Set("LastCompactage", "03/11/2026 08:00:00");
     bytes = NewBase("NEW");
     old = NewBase("OLD");
@@ -326,6 +344,7 @@ class InterruptedChange : public HandOver {
 };
 
 TEST_F(InterruptedChange, ANewBaseTakesThePlaceOfTheMissingOne) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.MakeFile("New.mdb", bytes);
   on.MakeFile("Triskin.BAK", old);
   Start();
@@ -339,6 +358,7 @@ TEST_F(InterruptedChange, ANewBaseTakesThePlaceOfTheMissingOne) {
 }
 
 TEST_F(InterruptedChange, TheCopyOfACompactionTakesThePlaceOfTheMissingBase) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.MakeFile("TriskinN.MDB", bytes);
   on.MakeFile("Triskin.BAK", old);
   Start();
@@ -347,6 +367,7 @@ TEST_F(InterruptedChange, TheCopyOfACompactionTakesThePlaceOfTheMissingBase) {
 }
 
 TEST_F(InterruptedChange, WithADamagedNewBaseTheOldOneComesBack) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.MakeFile("New.mdb", "no base");
   on.MakeFile("Triskin.BAK", old);
   Start();
@@ -355,6 +376,7 @@ TEST_F(InterruptedChange, WithADamagedNewBaseTheOldOneComesBack) {
 }
 
 TEST_F(InterruptedChange, AJournalOfTheOldBaseIsNotPlayedIntoTheNewOne) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.MakeFile("New.mdb", bytes);
   std::string journal("\xd9\xd5\x05\xf9\x20\xa1\x63\xd7", 8);
   on.MakeFile("Triskin.MDB-journal", journal + std::string(4096, '\1'));
@@ -365,6 +387,7 @@ TEST_F(InterruptedChange, AJournalOfTheOldBaseIsNotPlayedIntoTheNewOne) {
 }
 
 TEST_F(InterruptedChange, WithoutAnyOfThemABaseIsCreatedAsEver) {
+  ON_FILES_ALONE("a file takes the place of another one");
   on.MakeFile("Triskin.BAK", old);
   Start();
   EXPECT_EQ(on.Events("base")[0]["state"], "created");

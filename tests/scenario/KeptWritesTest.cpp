@@ -20,7 +20,7 @@ constexpr const char* kTimes = "SELECT COUNT(*) FROM Rapport WHERE HEURE = '";
 // Another connection that lets nobody write.
 class Writer {
  public:
-  explicit Writer(TestStation& on) : base_(DBEngine::OpenDatabase(on.station.base.Path())) {
+  explicit Writer(TestStation& on) : base_(test::OpenElsewhere(on.station.base.Path())) {
     base_->BeginTrans();
   }
   ~Writer() { base_->RollbackTrans(); }
@@ -80,6 +80,7 @@ TEST_F(KeptWrites, ArePutIntoTheJournalAtTheirMomentAndLeaveItWhenTheyAreWritten
 }
 
 TEST_F(KeptWrites, OfARunThatLostItsPowerAreWrittenByTheNextOne) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   PlayLocked(5000, 20000);
   TestStation next("2026-11-21 12:10:00");
   CarryOver(next, BaseBytes(), Journal());
@@ -94,6 +95,7 @@ TEST_F(KeptWrites, OfARunThatLostItsPowerAreWrittenByTheNextOne) {
 }
 
 TEST_F(KeptWrites, ThatStoodInTheBaseWhenThePowerWentAreNotWrittenTwice) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   PlayLocked(5000, 20000);
   const std::string journal = Journal();
   writer.reset();
@@ -118,6 +120,7 @@ ReportRow RowAt(const std::string& time) {
 
 // Of two that are the same, one of which the base got, the other one is still due.
 TEST_F(KeptWrites, ThatAreTwiceTheSameAreWrittenAsOftenAsTheyCame) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   {
     const Writer locked(on);
     on.station.base.Waiting().LetAllWait(0);
@@ -139,6 +142,7 @@ TEST_F(KeptWrites, ThatAreTwiceTheSameAreWrittenAsOftenAsTheyCame) {
 
 // Only what an earlier run left may stand in the base already.
 TEST_F(KeptWrites, OfThisRunAreWrittenThoughTheSameRowStandsInTheBase) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   PlayLocked(5000, 20000);
   TestStation next("2026-11-21 12:10:00");
   CarryOver(next, BaseBytes(), Journal());
@@ -165,11 +169,13 @@ TEST_F(KeptWrites, LetNoneThatComesLaterPassThem) {
   WriteOrKeep(on.station, {.row = RowAt("12:00:01"), .where = "Test"});
   EXPECT_EQ(on.station.engine.kept.writes.size(), 2U);
   on.RunUntil(6000);
-  EXPECT_EQ(Count(on, "SELECT group_concat(HEURE) FROM (SELECT HEURE FROM Rapport ORDER BY CODE)"),
-            "12:00:00,12:00:01");
+  EXPECT_EQ(
+      Count(on, "SELECT group_concat(HEURE) FROM (SELECT HEURE FROM Rapport ORDER BY CODE) r"),
+      "12:00:00,12:00:01");
 }
 
 TEST_F(KeptWrites, PartlyWrittenBeforeThePowerWentAreCompletedInTheirOrder) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   PlayLocked(5000, 20000);
   const std::string journal = Journal();
   TestStation next("2026-11-21 12:10:00");
@@ -181,6 +187,7 @@ TEST_F(KeptWrites, PartlyWrittenBeforeThePowerWentAreCompletedInTheirOrder) {
 }
 
 TEST_F(KeptWrites, LoseALineThatThePowerCutAndNothingElse) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   PlayLocked(5000, 20000);
   const std::string journal = Journal();
   TestStation next("2026-11-21 12:10:00");
@@ -194,6 +201,7 @@ TEST_F(KeptWrites, LoseALineThatThePowerCutAndNothingElse) {
 
 // What is kept next must not become part of the line that was cut.
 TEST_F(KeptWrites, BehindALineThatThePowerCutOutliveTheNextPowerLossToo) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   PlayLocked(5000, 20000);
   const std::string journal = Journal();
   TestStation next("2026-11-21 12:10:00");
@@ -214,6 +222,7 @@ TEST_F(KeptWrites, BehindALineThatThePowerCutOutliveTheNextPowerLossToo) {
 }
 
 TEST_F(KeptWrites, OfAFileThatIsTooLargeToBeAJournalAreLeftAsideUnread) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   const std::string huge = "\"x\",END\r\n" + std::string(33 << 20, 'x');
   TestStation next("2026-11-21 12:10:00");
   CarryOver(next, BaseBytes(), huge);
@@ -226,6 +235,7 @@ TEST_F(KeptWrites, OfAFileThatIsTooLargeToBeAJournalAreLeftAsideUnread) {
 }
 
 TEST_F(KeptWrites, WithoutAMomentThatADayCanHaveAreDamaged) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   PlayLocked(5000, 20000);
   std::string journal = Journal();
   const auto spoil = [&](const char* moment) {
@@ -241,6 +251,7 @@ TEST_F(KeptWrites, WithoutAMomentThatADayCanHaveAreDamaged) {
 }
 
 TEST_F(KeptWrites, OfAnotherStationOnThisMachineStayWhereTheyAre) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   on.machineFolder.Write("KeptRows-00000000.Txt", "\"/elsewhere/Triskin.MDB\",END\r\n");
   PlayLocked(5000, 20000);
   writer.reset();
@@ -249,6 +260,7 @@ TEST_F(KeptWrites, OfAnotherStationOnThisMachineStayWhereTheyAre) {
 }
 
 TEST_F(KeptWrites, KeepTheirTextsThroughTheJournal) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   const std::string odd = "l'\"été\", a,b; 100 % #TRUE#";
   on.AppendCard(on.AddCard({.lengthMs = 10000}));
   OnAirElement spot;
@@ -292,6 +304,7 @@ TEST_F(KeptWrites, AreWrittenAFewATickInOneTransactionEach) {
 // The first rows of the slice find room in the report's last page, a later one does not: none of
 // them may stay, or they would be written again.
 TEST_F(KeptWrites, OfASliceThatTheDiskHasNoRoomForAreWrittenOnceEachLater) {
+  ON_FILES_ALONE("the disk is full by SQLite's own word");
   on.station.base.Waiting().LetAllWait(0);
   writer = std::make_unique<Writer>(on);
   for (int i = 0; i < 20; ++i) {
@@ -375,6 +388,7 @@ TEST_F(KeptWrites, OfAnEndOnALockedBaseStayInTheJournalAndTheEndSaysSo) {
 }
 
 TEST_F(KeptWrites, AJournalThatThePowerCutTwiceLosesTheCutLinesAlone) {
+  ON_FILES_ALONE("a second machine starts from a copy of the file");
   PlayLocked(5000, 20000);
   const std::string journal = Journal();
   TestStation next("2026-11-21 12:10:00");

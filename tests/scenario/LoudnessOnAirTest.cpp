@@ -157,6 +157,7 @@ TEST_F(LoudnessOnAir, TheEmergencyFolderIsBroughtToTheTargetAsWell) {
 
 // Another process has the base to itself from 5 to 15 s; the second title begins at 8.5 s.
 TEST_F(LoudnessOnAir, ALockedBaseDelaysNothingAndTheFileIsPlayedAsItIs) {
+  ON_FILES_ALONE("a server lets everybody read");
   for (int i = 0; i < 3; ++i) AppendTitle(-9);
   on.Start();
   on.At(5000, [&] { base.Arm(BasePoint::kLockToRead, BaseFault::kLocked); });
@@ -168,6 +169,7 @@ TEST_F(LoudnessOnAir, ALockedBaseDelaysNothingAndTheFileIsPlayedAsItIs) {
 }
 
 TEST_F(LoudnessOnAir, NoLockIsWaitedFor) {
+  ON_FILES_ALONE("a server lets everybody read");
   const std::string file = on.MakeSound("a.wav", 1000);
   Measure(file, -9);
   on.station.base.Waiting().LetAllWait(100);
@@ -182,7 +184,7 @@ TEST_F(LoudnessOnAir, NoLockIsWaitedFor) {
 TEST_F(LoudnessOnAir, ATableThatAnotherToolDamagedCostsTheGainAndOneLine) {
   AppendTitle(-9);
   AppendTitle(-9);
-  on.Sql("ALTER TABLE Mesures DROP COLUMN LUFS");
+  on.Sql("ALTER TABLE \"Mesures\" DROP COLUMN \"LUFS\"");
   on.Start();
   on.RunUntil(15000);
   ExpectGains({1, 1});

@@ -19,6 +19,7 @@ void AppendSpot(TestStation& on, int64_t lengthMs) {
 }
 
 TEST(StartOrder, MissingBaseIsCreatedWithItsThirteenTablesAndSeedRows) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation on;
   on.Load();
   EXPECT_EQ((*on.First("base"))["state"], "created");
@@ -34,6 +35,7 @@ TEST(StartOrder, MissingBaseIsCreatedWithItsThirteenTablesAndSeedRows) {
 }
 
 TEST(StartOrder, ExistingBaseIsOpenedInAnyCaseOfItsName) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation first;
   first.Load();
   TestStation on;
@@ -44,6 +46,7 @@ TEST(StartOrder, ExistingBaseIsOpenedInAnyCaseOfItsName) {
 }
 
 TEST(StartOrder, TextFileAsBaseIsOneClearError) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation on;
   on.MakeFile("Triskin.MDB", "This is no database, only a text of some length.");
   try {
@@ -56,6 +59,7 @@ TEST(StartOrder, TextFileAsBaseIsOneClearError) {
 }
 
 TEST(StartOrder, ScreenBelow800x600IsRefused) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation on;
   on.system.screen = {800, 599};
   EXPECT_FALSE(OnAir::Form_Load(on.station));
@@ -118,6 +122,7 @@ TEST(StartOrder, StopIsRememberedForTheNextStart) {
 }
 
 TEST(StartOrder, NoRapportFileMakesAProductionMachine) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation first;
   first.Load();
   TestStation on;
@@ -135,6 +140,7 @@ TEST(StartOrder, NoRapportFileMakesAProductionMachine) {
 }
 
 TEST(StartOrder, ProductionMachineCreatesNoTable) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation on;
   on.machineFolder.Write("NoRapport.txt", "");
   EXPECT_THROW(OnAir::Form_Load(on.station), StoreError);  // no settings to go by
@@ -143,6 +149,7 @@ TEST(StartOrder, ProductionMachineCreatesNoTable) {
 }
 
 TEST(StartOrder, ProductionMachineDoesNotReplaceATableThatIsMissing) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation first;
   first.Load();
   first.Sql("DROP TABLE VT");
@@ -166,6 +173,7 @@ TEST(StartOrder, EmptiedPipTableIsRefilled) {
 }
 
 TEST(StartOrder, SecondStartChangesNoRowAndNoStructure) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation on;
   on.Load();
   EndInOrder(on.station);
@@ -177,6 +185,7 @@ TEST(StartOrder, SecondStartChangesNoRowAndNoStructure) {
 }
 
 TEST(StartOrder, CompactsInTheFirstStartOfAMonthAndKeepsTheMomentOnlyThen) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation on("2026-11-21 12:00:00");
   on.localValues.Set("LastCompactage", "03/11/2026 08:00:00");
   on.Load();
@@ -193,6 +202,7 @@ TEST(StartOrder, CompactsInTheFirstStartOfAMonthAndKeepsTheMomentOnlyThen) {
 }
 
 TEST(StartOrder, ACompactionThatFailsIsDueAtTheNextStart) {
+  ON_FILES_ALONE("the base is a file of any bytes");
   TestStation on("2026-11-21 12:00:00");
   const auto tool = [&] {
     on.station.base.OpenOrCreateDatabase();
@@ -200,7 +210,7 @@ TEST(StartOrder, ACompactionThatFailsIsDueAtTheNextStart) {
     on.station.base.OpenAllTables();
     on.station.base.SeedFixedRows();
     on.station.base.Close();
-    return DBEngine::OpenDatabase(on.station.base.Path());
+    return test::OpenElsewhere(on.station.base.Path());
   }();
   const auto reading = tool->OpenTable("Toph");
   on.localValues.Set("LastCompactage", "30/10/2026 08:00:00");

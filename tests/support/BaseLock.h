@@ -10,6 +10,8 @@
 #include <string>
 #include <utility>
 
+#include "support/ServerStation.h"
+
 namespace zemo::test {
 
 class BaseLock {
@@ -44,14 +46,27 @@ class BaseLock {
  private:
   [[noreturn]] static void Hold(const std::string& base, const char* begin, int held, int release) {
     alarm(60);  // whatever becomes of the test
+    const auto wait = [held, release] {
+      char byte = '!';
+      if (write(held, &byte, 1) != 1) _exit(3);
+      while (read(release, &byte, 1) > 0) {
+      }
+      _exit(0);
+    };
+    if (base.starts_with("postgresql://")) {
+      try {
+        const auto other = OpenElsewhere(base);
+        other->BeginTrans();
+        wait();
+      } catch (const std::exception&) {
+        _exit(2);
+      }
+    }
     sqlite3* database = nullptr;
     if (sqlite3_open(base.c_str(), &database) != SQLITE_OK) _exit(1);
     sqlite3_busy_timeout(database, 5000);
     if (sqlite3_exec(database, begin, nullptr, nullptr, nullptr) != SQLITE_OK) _exit(2);
-    char byte = '!';
-    if (write(held, &byte, 1) != 1) _exit(3);
-    while (read(release, &byte, 1) > 0) {
-    }
+    wait();
     _exit(0);
   }
 

@@ -18,6 +18,7 @@
 #include "engine/Startup.h"
 #include "station/BaseFiles.h"
 #include "station/TextForms.h"
+#include "store/DatabaseFiles.h"
 #include "store/SqlText.h"
 
 namespace zemo::test {
@@ -161,7 +162,8 @@ LocalDateTime ParseMoment(const std::string& text) {
 }
 
 TestStation::TestStation(const std::string& begin, const std::string& sharedFolder)
-    : loop(ParseMoment(begin)),
+    : onServer(sharedFolder.empty() ? stationDir.Path() : sharedFolder, !sharedFolder.empty()),
+      loop(ParseMoment(begin)),
       sound(opener),
       prelisten(loop, loop, opener),
       recorder(loop, loop),
@@ -247,9 +249,8 @@ std::string TestStation::MakeFile(const std::string& name, const std::string& by
 int32_t TestStation::AddCard(const Card& card) {
   static const std::string allDay(24, '1');
   std::string file = card.file;
-  Connection connection(station.base.Path());
   if (file.empty())
-    file = MakeSound("title" + connection.Run("SELECT COUNT(*) + 1 FROM Discotheque") + ".wav",
+    file = MakeSound("title" + SqlText("SELECT COUNT(*) + 1 FROM Discotheque") + ".wav",
                      card.lengthMs);
   std::string sql =
       "INSERT INTO Discotheque (FILENAME, DUREE, INTRO, AUTEUR, TITRE, GENRE, VARIETE, NBPASSJOUR, "
@@ -260,16 +261,25 @@ int32_t TestStation::AddCard(const Card& card) {
          "," + Quoted(card.genre) + "," + Quoted(card.variety) + ",1,120,0,0," +
          Quoted(card.comment) + "," + std::to_string(card.exitMs);
   for (int day = 1; day <= 7; ++day) sql += ",'" + allDay + "'";
-  connection.Run(sql + ")");
+  sql += ")";
+  if (onServer.Stands()) {
+    onServer.Write(sql);
+    return static_cast<int32_t>(onServer.LastInsertCode());
+  }
+  Connection connection(station.base.Path());
+  connection.Run(sql);
   return static_cast<int32_t>(connection.LastRow());
 }
 
 void TestStation::Sql(const std::string& statement) {
-  Connection(station.base.Path()).Run(statement);
+  if (onServer.Stands())
+    onServer.Write(statement);
+  else
+    Connection(station.base.Path()).Run(statement);
 }
 
 std::string TestStation::SqlText(const std::string& query) {
-  return Connection(station.base.Path()).Run(query);
+  return onServer.Stands() ? onServer.Ask(query) : Connection(station.base.Path()).Run(query);
 }
 
 void TestStation::Set(const std::string& cnfField, const std::string& value) {
@@ -278,7 +288,10 @@ void TestStation::Set(const std::string& cnfField, const std::string& value) {
 
 void TestStation::Native(const std::string& sql) {
   station.base.Close();
-  DBEngine::ExecuteNative(station.base.Path(), sql);
+  if (onServer.Stands())
+    onServer.Write(sql);
+  else
+    DBEngine::ExecuteNative(station.base.Path(), sql);
   OpenBaseAgain(station);
 }
 

@@ -28,6 +28,7 @@
 #include "platform/sim/SimWires.h"
 #include "station/Station.h"
 #include "store/StoreError.h"
+#include "support/ServerStation.h"
 #include "support/StationRecord.h"
 
 namespace zemo::test {
@@ -207,6 +208,7 @@ class TestStation : private EventSink {
   std::string Describe() const;  // all events, a line each, for a failed test
 
   TempFolder stationDir, machineDir;
+  ServerStation onServer;
   LengthTable opener;
   SimLoop loop;
   SimSoundChain sound;

@@ -9,6 +9,7 @@
 #include <optional>
 #include <ostream>
 
+#include "app/TempFolder.h"
 #include "app/check/CheckParts.h"
 #include "app/check/Findings.h"
 #include "app/check/ReadOnlyBase.h"
@@ -16,8 +17,13 @@
 #include "platform/real/files/LocalFolder.h"
 #include "platform/real/files/StoredPaths.h"
 #include "station/BaseFiles.h"
+#include "station/BasePlaces.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
+#include "store/CarryOver.h"
+#include "store/Database.h"
+#include "store/DatabaseFiles.h"
+#include "store/StoreError.h"
 
 namespace zemo {
 namespace {
@@ -43,6 +49,17 @@ std::optional<std::string> WhyNoBaseFile(const std::string& path) {
   if (!May(path, R_OK)) return "cannot be read: no permission";
   if (fs::file_size(path, failed) == 0) return "is empty";
   return std::nullopt;
+}
+
+// The lock of the writers, asked for and given back.
+std::string WhyNothingCanBeStored(Database& server) {
+  try {
+    server.BeginTrans();
+    server.RollbackTrans();
+    return {};
+  } catch (const StoreError& error) {
+    return error.what();
+  }
 }
 
 // The base file whatever the case of its name, also where it is no regular file; empty without one.
@@ -71,8 +88,54 @@ void CheckDays(const ReadOnlyBase& base, const CheckOptions& options, const Loca
   }
 }
 
+// What a file that is sound can still lack.
+void CheckRows(const ReadOnlyBase& base, const LocalFolder& station, const SoundFiles& files,
+               const CheckOptions& options, Findings& findings) {
+  if (!CheckStructure(base, findings)) return;
+  const LocalDateTime now = options.now.value_or(RealClock().LocalNow());
+  CheckSettings(base, findings);
+  CheckModels(base, findings);
+  CheckLibrary(base, now, findings);
+  CheckTitles(base, findings);
+  CheckElements(base, station, files, findings);
+  CheckStoredLists(base, findings);
+  CheckVoiceTracks(base, findings);
+  CheckDays(base, options, now, findings);
+}
+
+// Read over into a file, which is looked at as any other: so that no question of the check is asked
+// twice, and nothing on the server waits for it.
+void CheckServerBase(const BasePlace& place, const LocalFolder& station, const SoundFiles& files,
+                     const CheckOptions& options, Findings& findings) {
+  if (!place.fault.empty()) {
+    findings.Error("base", BaseFile::kIni, place.fault);
+    return;
+  }
+  try {
+    const auto server = place.closed(std::make_shared<LockWait>(options.lockWaitMs));
+    server->Open(false);
+    if (const std::string why = WhyNothingCanBeStored(*server); !why.empty())
+      findings.Error("base", BaseFile::kIni, why);
+    server->BeginReading();
+    const TempFolder temp;
+    const std::string path = temp.Path() + '/' + BaseFile::kBase;
+    {
+      const auto copy = DBEngine::CreateDatabase(path);
+      copy->Execute("PRAGMA synchronous = OFF");
+      CarryOver(*server, *copy, nullptr);
+    }
+    CheckRows(ReadOnlyBase(path, options.lockWaitMs), station, files, options, findings);
+  } catch (const std::exception& error) {
+    findings.Error("base", BaseFile::kIni, error.what());
+  }
+}
+
 void CheckBase(const LocalFolder& station, const SoundFiles& files, const CheckOptions& options,
                Findings& findings) {
+  if (const BasePlace place = PlaceOfBase(station); !place.isFile) {
+    CheckBaseFiles(station, findings);
+    return CheckServerBase(place, station, files, options, findings);
+  }
   const std::string path = FindBase(station, findings);
   if (path.empty()) {
     findings.Error("base", BaseFile::kBase, WhyBaseIsMissing(station));
@@ -96,16 +159,7 @@ void CheckBase(const LocalFolder& station, const SoundFiles& files, const CheckO
     }
     if (!May(path, W_OK))
       findings.Error("base", BaseFile::kBase, "cannot be written: no permission");
-    if (!CheckStructure(base, findings)) return;
-    const LocalDateTime now = options.now.value_or(RealClock().LocalNow());
-    CheckSettings(base, findings);
-    CheckModels(base, findings);
-    CheckLibrary(base, now, findings);
-    CheckTitles(base, findings);
-    CheckElements(base, station, files, findings);
-    CheckStoredLists(base, findings);
-    CheckVoiceTracks(base, findings);
-    CheckDays(base, options, now, findings);
+    CheckRows(base, station, files, options, findings);
   } catch (const BaseError& error) {
     findings.Error("base", BaseFile::kBase, error.what());
   }

@@ -2,6 +2,7 @@
 #include "app/check/CheckParts.h"
 #include "engine/BaseMaintenance.h"
 #include "station/BaseFiles.h"
+#include "station/BasePlaces.h"
 
 namespace zemo {
 
@@ -15,13 +16,21 @@ std::string WhyBaseIsMissing(const Folder& station) {
 }
 
 void CheckBaseFiles(const Folder& station, Findings& findings) {
-  if (station.Exists(BaseFile::kNew)) {
+  if (station.Exists(BaseFile::kNew) && !PlaceOfBase(station).isFile) {
+    findings.Warning("base", BaseFile::kNew,
+                     "is not taken: the base stands on a server, where all machines work on one");
+  } else if (station.Exists(BaseFile::kNew)) {
     const std::string path = station.PathOf(BaseFile::kNew);
     const std::string why = WhyNoBase(station, BaseFile::kNew);
     if (!why.empty())
       findings.Warning("base", BaseFile::kNew,
                        "cannot take the place of the base:" + why.substr(path.size()));
   }
+  if (station.Exists(BaseFile::kMovedPart))
+    findings.Warning("base", BaseFile::kMovedPart,
+                     "is left of a move that was interrupted; the next one removes it");
+  if (station.Exists(BaseFile::kMovedIni) && PlaceOfBase(station).isFile)
+    findings.Warning("base", BaseFile::kMovedIni, "is left of a move: Triskin.MDB is the base");
   if (station.Exists(BaseFile::kCopy))
     findings.Warning("base", BaseFile::kCopy,
                      "is left of a compaction that was interrupted; the next one removes it");

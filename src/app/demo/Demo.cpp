@@ -22,6 +22,7 @@
 #include "platform/real/files/WholeFiles.h"
 #include "settings/SideFiles.h"
 #include "station/BaseFiles.h"
+#include "station/BasePlaces.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
 #include "store/StoreError.h"
@@ -195,7 +196,7 @@ void WriteSideFiles(LocalFolder& station, const std::vector<Job>& jobs, int year
 // A name for each file that the run will write; none may stand there already, unless the run before
 // was interrupted.
 void RefuseToOverwrite(const LocalFolder& station, const std::vector<Job>& jobs) {
-  if (station.Exists(BaseFile::kBase)) {
+  if (NamesBase(station)) {
     throw DemoError(station.Path() + " already holds a station; nothing was changed");
   }
   if (station.Exists(kDemoPartName)) return;

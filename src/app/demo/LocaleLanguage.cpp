@@ -26,6 +26,7 @@ int LanguageOfLocale() {
 }
 
 bool HoldsNoBase(const Station& station) {
+  if (!station.base.IsFile()) return false;
   const Folder& folder = station.platform.stationFolder;
   for (const char* name : {BaseFile::kBackup, BaseFile::kCopy, BaseFile::kNew})
     if (folder.Exists(name)) return false;

@@ -107,7 +107,9 @@ TEST_F(Models, WrongUsageIsStatusTwo) {
 TEST_F(Models, WhatCannotBeReadOrWrittenIsStatusOne) {
   Result result = Run(Asking("list"));
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err, "zemoradio: there is no base Triskin.MDB in station\n");
+  EXPECT_EQ(result.err,
+            "zemoradio: there is no base in station: neither a Triskin.MDB nor a Base.Ini that "
+            "names one on a server\n");
   MakeWeek();
   result = Run(Asking("export none/week.xlsx"));
   EXPECT_EQ(result.status, 1);

@@ -80,7 +80,9 @@ TEST_F(Settings, WhatCannotBeTakenIsStatusTwoAndOneLine) {
 TEST_F(Settings, WhatIsNotThereOrCannotBeReadIsStatusOne) {
   Result result = Settle("list");
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err, "zemoradio: there is no base Triskin.MDB in station\n");
+  EXPECT_EQ(result.err,
+            "zemoradio: there is no base in station: neither a Triskin.MDB nor a Base.Ini that "
+            "names one on a server\n");
   result = Run("settings --station nowhere --machine machine list");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.err, "zemoradio: there is no station folder nowhere\n");

@@ -54,7 +54,9 @@ TEST_F(Why, WhatIsNotThereIsStatusOne) {
   ExpectError(result, "there is no station folder nowhere");
   result = Run(Asking("--code 1"));
   EXPECT_EQ(result.status, 1);
-  ExpectError(result, "there is no base Triskin.MDB in station");
+  ExpectError(result,
+              "there is no base in station: neither a Triskin.MDB nor a Base.Ini that names one on "
+              "a server");
   MakeStation({10}, true);
   result = Run(Asking("--code 7"));
   EXPECT_EQ(result.status, 1);

@@ -40,6 +40,14 @@ class InterruptedBase final : public Database {
   void CommitTrans() override { base_.CommitTrans(); }
   void RollbackTrans() override { base_.RollbackTrans(); }
   bool InTransaction() const override { return base_.InTransaction(); }
+  void BeginReading() override { base_.BeginReading(); }
+  void ReadTable(std::string_view table, const TakeRow& take) override {
+    base_.ReadTable(table, take);
+  }
+  std::unique_ptr<RowSink> FillTable(std::string_view table) override {
+    return base_.FillTable(table);
+  }
+  bool CompactInPlace() override { return base_.CompactInPlace(); }
   TableDefs& Tables() override { return base_.Tables(); }
   std::vector<std::string> PutStandIns() override { return base_.PutStandIns(); }
   bool HasColumn(std::string_view table, std::string_view column) override {

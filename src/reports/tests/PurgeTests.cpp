@@ -104,7 +104,7 @@ TEST_F(ReportPurge, KeepsNoDayForRowsThatSomebodyElseDeleted) {
 
 TEST_F(ReportPurge, WithNothingToPurgeNobodyIsWaitedFor) {
   Add("46347.5");
-  const auto other = DBEngine::OpenDatabase(on.station.base.Path());
+  const auto other = test::OpenElsewhere(on.station.base.Path());
   other->BeginTrans();
   PurgeReport(on.station, 30);
   EXPECT_FALSE(on.First("error")) << on.Describe();

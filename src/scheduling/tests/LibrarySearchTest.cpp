@@ -266,7 +266,7 @@ TEST_F(Search, AGenreKeepsTheSortingAndATextEndsIt) {
 class LockedSearch : public Search {
  protected:
   void Lock() {
-    other = DBEngine::OpenDatabase(on.station.base.Path(), 1000);
+    other = test::OpenElsewhere(on.station.base.Path(), 1000);
     other->Execute("PRAGMA locking_mode = EXCLUSIVE");
     other->Execute("UPDATE Cnf SET JingleCode = 1");
   }

@@ -19,6 +19,7 @@
 #include "store/Names.h"
 #include "store/Schema.h"
 #include "store/SqlText.h"
+#include "store/StandIns.h"
 #include "store/StoreError.h"
 #include "store/postgres/PostgresFunctions.h"
 
@@ -29,7 +30,11 @@ namespace {
 constexpr size_t kMostPrepared = 128;
 constexpr size_t kMostTranslations = 512;
 constexpr char kConnectSeconds[] = "5";
+constexpr char kTimeouts[] = "SET lock_timeout = '20ms'; SET statement_timeout = '30s'";
+constexpr char kOtherPlan[] = "0A000";
 constexpr char kUnansweredMs[] = "10000";  // of sent bytes, after which the line is given up
+
+constexpr char kNewerForm[] = " was made by a newer version of the program: this one only reads it";
 
 // Of the server's types.
 constexpr Oid kBoolType = 16, kInt8Type = 20, kInt2Type = 21, kInt4Type = 23, kFloat4Type = 700,
@@ -110,6 +115,28 @@ std::optional<Rule> RuleNamed(const std::string& name) {
   return rule;
 }
 
+PostgresConnection::Parameters ParametersOf(const PostgresQuery& query, const Values& values) {
+  PostgresConnection::Parameters parameters;
+  for (const PostgresPlace& place : query.places) {
+    std::string text;
+    if (InForm(place.form, values[place.value], text))
+      parameters.emplace_back(std::move(text));
+    else
+      parameters.emplace_back();
+  }
+  return parameters;
+}
+
+void RefuseZeros(const PostgresConnection::Parameters& parameters, int number) {
+  for (const auto& parameter : parameters)
+    if (parameter && parameter->find('\0') != std::string::npos)
+      throw StoreError(number, "a query cannot hold a zero character");
+}
+
+[[noreturn]] void FailWithoutRows(std::string_view sql) {
+  throw StoreError(kErrSyntax, "a query without rows cannot be opened: " + std::string(sql));
+}
+
 void TypeOf(std::string_view type, bool identity, Field& field) {
   if (identity) {
     field.AutoIncrement = true;
@@ -124,6 +151,30 @@ void TypeOf(std::string_view type, bool identity, Field& field) {
     field.Type = FieldType::kMemo;
   }
 }
+
+class PostgresStandIns final : public StandInSql {
+ public:
+  std::string Constant(const Field& field, const std::string& literal) const override {
+    if (field.Type == FieldType::kText || field.Type == FieldType::kMemo)
+      return "CAST(" + literal + " AS text)";
+    return "CAST(" + literal +
+           (field.Type == FieldType::kFloat64 ? " AS double precision)" : " AS bigint)");
+  }
+  // A text that begins as a number is that number, as elsewhere.
+  std::string InType(const Field& field, const std::string& column) const override {
+    if (field.Type == FieldType::kText || field.Type == FieldType::kMemo)
+      return "zemo.digits(" + column + ')';
+    const std::string number =
+        "coalesce(substring(" + column + " from '^ *[-+]?[0-9]+[.]?[0-9]*'), '0')";
+    return field.Type == FieldType::kFloat64
+               ? "CAST(" + number + " AS double precision)"
+               : "CAST(trunc(CAST(" + number + " AS numeric)) AS bigint)";
+  }
+  std::string Number(const TableDef& present) const override {
+    return QuotedName(NumberColumn(present));
+  }
+  std::string Table(std::string_view name) const override { return QuotedName(name); }
+};
 
 }  // namespace
 
@@ -199,10 +250,10 @@ int64_t PostgresResult::RowsChanged() const {
 PostgresConnection::PostgresConnection(const std::string& url, bool create,
                                        std::shared_ptr<LockWait> wait)
     : wait_(std::move(wait)) {
-  const char* const keys[] = {"dbname",          "connect_timeout",           "tcp_user_timeout",
-                              "client_encoding", "fallback_application_name", nullptr};
+  const char* const keys[] = {"dbname",          "connect_timeout",  "tcp_user_timeout",
+                              "client_encoding", "application_name", nullptr};
   const char* const values[] = {url.c_str(), kConnectSeconds, kUnansweredMs,
-                                "UTF8",      "zemoradio",     nullptr};
+                                "UTF8",      kProgramName,    nullptr};
   connection_ = PQconnectdbParams(keys, values, 1);
   const char* host = PQhost(connection_);
   const char* base = PQdb(connection_);
@@ -211,20 +262,49 @@ PostgresConnection::PostgresConnection(const std::string& url, bool create,
     if (PQstatus(connection_) != CONNECTION_OK) FailConnection("cannot be reached");
     PQsetNoticeProcessor(
         connection_, [](void*, const char*) {}, nullptr);
-    PostgresResult(
-        ExecuteNow("SET lock_timeout = '20ms'; SET statement_timeout = '30s'; "
-                   "SET standard_conforming_strings = on; SET extra_float_digits = 1"));
-    PostgresResult there(ExecuteNow("SELECT to_regclass('zemo.base') IS NOT NULL"));
-    if (there.Rows() != 1) FailConnection("does not answer");
-    if (there.Text(0, 0) == "t") return;
-    if (!create) throw StoreError(kErrNoSuchFile, name_ + " is no station's base");
-    Begin();
-    Change(PostgresSchemaSql());
-    Commit();
+    SetUp(create);
   } catch (...) {
     PQfinish(connection_);
     connection_ = nullptr;
     throw;
+  }
+}
+
+void PostgresConnection::SetUp(bool create) {
+  PostgresResult(ExecuteNow(std::string(kTimeouts) +
+                            "; SET standard_conforming_strings = on; SET extra_float_digits = 1; "
+                            "SET zemo.form = '" +
+                            std::to_string(kBaseForm) + "'"));
+  const char* encoding = PQparameterStatus(connection_, "server_encoding");
+  if (encoding && std::string_view(encoding) != "UTF8")
+    throw StoreError(kErrBadDatabase,
+                     name_ + " keeps its texts as " + encoding + ": a station's base needs UTF8");
+  const PostgresResult there(ExecuteNow("SELECT to_regclass('zemo.base') IS NOT NULL"));
+  if (there.Rows() != 1) FailConnection("does not answer");
+  if (there.Text(0, 0) != "t") {
+    if (!create) throw StoreError(kErrNoSuchFile, name_ + " is no station's base");
+    return RenewFunctions();
+  }
+  const PostgresResult base = Run("SELECT functions, form FROM zemo.base", {}, false);
+  if (base.Rows() != 1) throw StoreError(kErrBadDatabase, name_ + " has lost its zemo.base");
+  if (base.Int(0, 1) > kBaseForm)
+    whyReadOnly_ = name_ + kNewerForm;
+  else if (base.Int(0, 0) < kFunctionsVersion)
+    RenewFunctions();
+}
+
+void PostgresConnection::RenewFunctions() {
+  try {
+    Begin();
+    Change(PostgresSchemaSql());
+    Commit();
+  } catch (const StoreError& error) {
+    Rollback();
+    if (error.Number() != kErrReadOnly) throw;
+    throw StoreError(kErrReadOnly, name_ +
+                                       " needs functions of this version, which its owner makes by "
+                                       "opening it once: " +
+                                       error.what());
   }
 }
 
@@ -249,6 +329,10 @@ void PostgresConnection::Check() const {
   if (!connection_) throw StoreError(kErrClosed, name_ + " is not open");
 }
 
+void PostgresConnection::RequireWritable() const {
+  if (!whyReadOnly_.empty()) throw StoreError(kErrReadOnly, whyReadOnly_);
+}
+
 bool PostgresConnection::IsLost() const {
   return connection_ && (lost_ || PQstatus(connection_) != CONNECTION_OK);
 }
@@ -262,6 +346,7 @@ void PostgresConnection::FailConnection(const std::string& what) {
 // --- Statements ---
 
 pg_result* PostgresConnection::ExecuteNow(const std::string& sql) {
+  KeepRestOfStream();
   return PQexec(connection_, sql.c_str());
 }
 
@@ -270,6 +355,11 @@ void PostgresConnection::ForgetPrepared() {
   prepared_.clear();
   if (connection_ && PQstatus(connection_) == CONNECTION_OK && !inTransaction_)
     PostgresResult(ExecuteNow("DEALLOCATE ALL"));
+}
+
+void PostgresConnection::Forget(const std::string& sql) {
+  preparedBySql_.erase(sql);
+  prepared_.remove_if([&sql](const Prepared& kept) { return kept.sql == sql; });
 }
 
 // Empty where it cannot be prepared: `failed` says why then.
@@ -296,6 +386,7 @@ std::string PostgresConnection::NameOf(const std::string& sql, pg_result*& faile
 }
 
 pg_result* PostgresConnection::Execute(const std::string& sql, const Parameters& parameters) {
+  KeepRestOfStream();
   pg_result* failed = nullptr;
   const std::string name = NameOf(sql, failed);
   if (failed) return failed;
@@ -309,10 +400,8 @@ pg_result* PostgresConnection::Execute(const std::string& sql, const Parameters&
 PostgresResult PostgresConnection::Run(const std::string& sql, const Parameters& parameters,
                                        bool writes, std::string_view shown) {
   Check();
-  for (const auto& parameter : parameters)
-    if (parameter && parameter->find('\0') != std::string::npos)
-      throw StoreError(shown.empty() ? kErrValueRefused : kErrSyntax,
-                       "a query cannot hold a zero character");
+  RefuseZeros(parameters, shown.empty() ? kErrValueRefused : kErrSyntax);
+  if (writes) RequireWritable();
   wait_->Begin(writes);
   bool planned = false;
   for (int times = 0;;) {
@@ -331,10 +420,9 @@ PostgresResult PostgresConnection::Run(const std::string& sql, const Parameters&
     if (inTransaction_ && PQstatus(connection_) == CONNECTION_OK)
       PostgresResult(ExecuteNow("ROLLBACK TO z"));
     // The table is another one than when the statement was planned.
-    if (state == "0A000" && !planned) {
+    if (state == kOtherPlan && !planned) {
       planned = true;
-      preparedBySql_.erase(sql);
-      prepared_.remove_if([&sql](const Prepared& kept) { return kept.sql == sql; });
+      Forget(sql);
       continue;
     }
     const bool locked = IsLockState(state);
@@ -346,6 +434,7 @@ PostgresResult PostgresConnection::Run(const std::string& sql, const Parameters&
 
 void PostgresConnection::Change(const std::string& sql) {
   Check();
+  RequireWritable();
   wait_->Begin(true);
   for (int times = 0;;) {
     PostgresResult result(nullptr);
@@ -373,33 +462,220 @@ std::shared_ptr<const PostgresQuery> PostgresConnection::Translated(std::string_
   if (const auto found = translations_.find(key); found != translations_.end())
     return found->second;
   auto query = std::make_shared<const PostgresQuery>(TranslateForPostgres(
-      sql, [this](std::string_view name) { return FindTable(name); }, values));
+      sql, [this](std::string_view name) { return FindReadTable(name); }, values));
   if (translations_.size() >= kMostTranslations) translations_.clear();
   translations_.emplace(std::move(key), query);
   return query;
 }
 
+// Another program may have changed the tables since the query was translated.
+template <typename Work>
+auto PostgresConnection::WithStructure(Work work) {
+  try {
+    return work();
+  } catch (const StoreError& error) {
+    const bool named = error.Number() == kErrNoSuchField || error.Number() == kErrNoSuchTable;
+    if (!named || !StructureIsOld()) throw;
+  }
+  AllTables();
+  return work();
+}
+
 PostgresResult PostgresConnection::RunDialect(std::string_view sql, const Values& values,
                                               bool forRows) {
   Check();
+  return WithStructure([&] { return RunTranslated(sql, values, forRows); });
+}
+
+PostgresResult PostgresConnection::RunTranslated(std::string_view sql, const Values& values,
+                                                 bool forRows) {
   const auto query = Translated(sql, values);
-  if (forRows && !query->givesRows)
-    throw StoreError(kErrSyntax, "a query without rows cannot be opened: " + std::string(sql));
-  Parameters parameters;
-  for (const PostgresPlace& place : query->places) {
-    std::string text;
-    if (InForm(place.form, values[place.value], text))
-      parameters.emplace_back(std::move(text));
-    else
-      parameters.emplace_back();
-  }
-  PostgresResult result =
-      Run(query->sql, parameters, !query->written.empty(), QueryWithValues(sql, values));
+  if (forRows && !query->givesRows) FailWithoutRows(sql);
+  PostgresResult result = Run(query->sql, ParametersOf(*query, values), !query->written.empty(),
+                              QueryWithValues(sql, values));
   if (query->written.empty()) return result;
   if (query->movesKeys) NoteAll();
   for (int row = 0; row < result.Rows(); ++row) Note(query->written, result.Int(row, 0));
   if (query->inserts && result.Rows() > 0) lastInsertCode_ = result.Int(result.Rows() - 1, 0);
   return result;
+}
+
+// --- Rows one by one ---
+
+// Another statement can only be sent behind the last row: the rest comes into memory.
+void PostgresConnection::KeepRestOfStream() {
+  Stream* stream = std::exchange(stream_, nullptr);
+  if (!stream) return;
+  while (pg_result* raw = PQgetResult(connection_)) {
+    if (PQresultStatus(raw) == PGRES_SINGLE_TUPLE) {
+      stream->kept.emplace_back(raw);
+    } else {
+      PQclear(stream->end);
+      stream->end = raw;
+    }
+  }
+}
+
+// What the reader does not want any more is not sent either.
+void PostgresConnection::EndStream(Stream& stream) {
+  if (stream_ == &stream) {
+    stream_ = nullptr;
+    char message[256];
+    if (PGcancel* cancel = PQgetCancel(connection_)) {
+      PQcancel(cancel, message, sizeof message);
+      PQfreeCancel(cancel);
+    }
+    while (pg_result* raw = PQgetResult(connection_)) PQclear(raw);
+    if (inTransaction_ && PQstatus(connection_) == CONNECTION_OK)
+      PostgresResult(ExecuteNow("ROLLBACK TO z"));
+  }
+  PQclear(stream.end);
+  stream.end = nullptr;
+}
+
+bool PostgresConnection::SendForRows(const PostgresQuery& query, const Parameters& parameters,
+                                     pg_result*& failed) {
+  KeepRestOfStream();
+  const std::string name = NameOf(query.sql, failed);
+  if (failed) return false;
+  std::vector<const char*> values;
+  for (const auto& parameter : parameters)
+    values.push_back(parameter ? parameter->c_str() : nullptr);
+  return PQsendQueryPrepared(connection_, name.c_str(), static_cast<int>(values.size()),
+                             values.data(), nullptr, nullptr, 0) == 1 &&
+         PQsetSingleRowMode(connection_) == 1;
+}
+
+void PostgresConnection::ReadDialect(std::string_view sql, const Values& values,
+                                     const TakeResult& take) {
+  Check();
+  WithStructure([&] { ReadTranslated(sql, values, take); });
+}
+
+void PostgresConnection::ReadTranslated(std::string_view sql, const Values& values,
+                                        const TakeResult& take) {
+  const auto query = Translated(sql, values);
+  if (!query->givesRows) FailWithoutRows(sql);
+  const Parameters parameters = ParametersOf(*query, values);
+  RefuseZeros(parameters, kErrSyntax);
+  for (bool planned = false;; planned = true) {
+    Stream stream;
+    int64_t taken = 0;
+    wait_->Begin(false);
+    if (SendForRows(*query, parameters, stream.end)) {
+      stream_ = &stream;
+      try {
+        for (;;) {
+          PostgresResult row(nullptr);
+          if (!stream.kept.empty()) {
+            row = std::move(stream.kept.front());
+            stream.kept.pop_front();
+          } else if (stream_ == &stream) {
+            pg_result* raw = PQgetResult(connection_);
+            if (!raw || PQresultStatus(raw) != PGRES_SINGLE_TUPLE) {
+              stream.end = raw;
+              stream_ = nullptr;
+              while (pg_result* left = raw ? PQgetResult(connection_) : nullptr) PQclear(left);
+              break;
+            }
+            row = PostgresResult(raw);
+          } else {
+            break;
+          }
+          ++taken;
+          take(row);
+        }
+      } catch (...) {
+        EndStream(stream);
+        wait_->End(false, false);
+        throw;
+      }
+    }
+    const PostgresResult end(std::exchange(stream.end, nullptr));
+    const std::string state = Detail(end.Handle(), PG_DIAG_SQLSTATE);
+    wait_->End(false, IsLockState(state));
+    if (Succeeded(end.Handle())) return;
+    if (inTransaction_ && PQstatus(connection_) == CONNECTION_OK)
+      PostgresResult(ExecuteNow("ROLLBACK TO z"));
+    // The table is another one than when the statement was planned.
+    if (state == kOtherPlan && !planned && taken == 0) {
+      Forget(query->sql);
+      continue;
+    }
+    Fail(end.Handle(), QueryWithValues(sql, values));
+  }
+}
+
+// --- Rows of another base ---
+
+void PostgresConnection::BeginCopy(const std::string& sql) {
+  Check();
+  // As long as the table is.
+  PostgresResult(ExecuteNow("SET LOCAL statement_timeout = 0"));
+  const PostgresResult result(ExecuteNow(sql));
+  if (PQresultStatus(result.Handle()) != PGRES_COPY_IN) Fail(result.Handle(), sql);
+}
+
+void PostgresConnection::PutCopy(const std::string& rows) {
+  if (PQputCopyData(connection_, rows.data(), static_cast<int>(rows.size())) != 1)
+    FailConnection("is gone");
+}
+
+void PostgresConnection::EndCopy() {
+  PQputCopyEnd(connection_, nullptr);
+  const PostgresResult result(PQgetResult(connection_));
+  while (pg_result* left = PQgetResult(connection_)) PQclear(left);
+  if (Succeeded(result.Handle())) {
+    ++ownChanges_;
+    PostgresResult(ExecuteNow("RELEASE z; SAVEPOINT z"));
+    return;
+  }
+  if (PQstatus(connection_) == CONNECTION_OK) PostgresResult(ExecuteNow("ROLLBACK TO z"));
+  const std::string where = Detail(result.Handle(), PG_DIAG_CONTEXT);  // "COPY Table, line 3: ..."
+  const size_t line = where.find(", line ");
+  const std::string row =
+      line == std::string::npos
+          ? ""
+          : ", in row " +
+                std::to_string(NumberIn<int64_t>(std::string_view(where).substr(line + 7))) +
+                " of the table";
+  try {
+    Fail(result.Handle(), "COPY");
+  } catch (const StoreError& error) {
+    throw StoreError(error.Number(), error.what() + row);
+  }
+}
+
+void PostgresConnection::GiveUpCopy() {
+  PQputCopyEnd(connection_, "given up");
+  while (pg_result* left = PQgetResult(connection_)) PQclear(left);
+  if (PQstatus(connection_) == CONNECTION_OK && inTransaction_)
+    PostgresResult(ExecuteNow("ROLLBACK TO z"));
+}
+
+// --- Upkeep ---
+
+// Neither keeps anybody from reading or writing: an index is made anew beside the one that it
+// replaces, and no end of a file is cut off. An index that was interrupted is taken away first.
+void PostgresConnection::Compact() {
+  Check();
+  PostgresResult(ExecuteNow("SET statement_timeout = 0; SET lock_timeout = '10s'"));
+  try {
+    const PostgresResult broken =
+        Run("SELECT quote_ident(relname) FROM pg_index JOIN pg_class ON oid = indexrelid WHERE "
+            "NOT indisvalid AND relnamespace = quote_ident(current_schema())::regnamespace",
+            {}, false);
+    for (int row = 0; row < broken.Rows(); ++row)
+      Change("DROP INDEX CONCURRENTLY " + std::string(broken.Text(row, 0)));
+    for (const auto& table : std::vector(AllTables())) {
+      Change("VACUUM (ANALYZE, TRUNCATE false) " + QuotedName(table->Name));
+      Change("REINDEX TABLE CONCURRENTLY " + QuotedName(table->Name));
+    }
+  } catch (const StoreError&) {
+    PostgresResult(ExecuteNow(kTimeouts));
+    throw;
+  }
+  PostgresResult(ExecuteNow(kTimeouts));
 }
 
 void PostgresConnection::Note(const std::string& table, int64_t row) {
@@ -447,6 +723,7 @@ void PostgresConnection::Fail(const pg_result* result, std::string_view shown) {
     }
     throw StoreError(kErrDuplicateKey, table + '.' + field + " has this value already");
   }
+  if (state == kFormState) throw StoreError(kErrReadOnly, name_ + kNewerForm);
   if (state == kRangeState) throw StoreError(kErrOverflow, message);
   if (state == kKindState) throw StoreError(kErrValueRefused, message);
   if (state == "22003") throw StoreError(kErrOverflow, in);
@@ -468,6 +745,7 @@ void PostgresConnection::Fail(const pg_result* result, std::string_view shown) {
 void PostgresConnection::Begin() {
   Check();
   if (inTransaction_) return;
+  RequireWritable();
   wait_->Begin(true);
   for (int times = 0;;) {
     const std::string sql =
@@ -487,6 +765,15 @@ void PostgresConnection::Begin() {
   }
   wait_->End(true, false);
   PostgresResult(ExecuteNow("SAVEPOINT z"));
+  inTransaction_ = true;
+}
+
+void PostgresConnection::BeginReading() {
+  Check();
+  if (inTransaction_) return;
+  const PostgresResult result(
+      ExecuteNow("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; SAVEPOINT z"));
+  if (!Succeeded(result.Handle())) Fail(result.Handle(), "BEGIN");
   inTransaction_ = true;
 }
 
@@ -516,14 +803,16 @@ void PostgresConnection::Rollback() {
 
 // --- Catalogue ---
 
-// Of all that the catalogue shows, whoever changed it, at a cost below that of reading it.
+// Of all that the catalogue shows, whoever changed it, at a cost below that of reading it. An index
+// that is made anew under its name changes nothing.
 std::string PostgresConnection::StructureMark() {
   const PostgresResult mark = Run(
-      "SELECT count(*) || ' ' || coalesce(sum(hashtext(concat_ws('|', c.oid, c.relname, a.attname, "
-      "a.atttypid, a.attisdropped, a.atthasdef, c.relchecks))::bigint), 0) || ' ' || "
-      "coalesce(max(a.xmin::text::bigint), 0) FROM pg_class c JOIN pg_attribute a ON a.attrelid = "
-      "c.oid WHERE c.relnamespace = current_schema()::regnamespace AND c.relkind IN ('r', 'i') AND "
-      "a.attnum > 0",
+      "SELECT count(*) || ' ' || coalesce(sum(hashtext(concat_ws('|', CASE c.relkind WHEN 'r' THEN "
+      "c.oid END, c.relname, a.attname, a.atttypid, a.attisdropped, a.atthasdef, "
+      "c.relchecks))::bigint), 0) || ' ' || coalesce(max(CASE c.relkind WHEN 'r' THEN "
+      "a.xmin::text::bigint END), 0) FROM pg_class c JOIN pg_attribute a ON a.attrelid = c.oid "
+      "WHERE c.relnamespace = quote_ident(current_schema())::regnamespace AND c.relkind IN ('r', "
+      "'i') AND a.attnum > 0 AND c.relname !~ '_cc(new|old)[0-9]*$'",
       {}, false);
   return std::string(mark.Text(0, 0));
 }
@@ -545,6 +834,7 @@ const std::vector<std::shared_ptr<const TableDef>>& PostgresConnection::AllTable
   if (mark == structure_) return tables_;
   structure_.clear();
   translations_.clear();
+  if (mark != standInStructure_) standIns_.clear();
   LoadCatalogue();
   ++ownChanges_;
   structure_ = std::move(mark);
@@ -558,8 +848,40 @@ bool PostgresConnection::StructureIsOld() {
 void PostgresConnection::StructureChanged() {
   NoteAll();
   structure_.clear();
+  standIns_.clear();
   translations_.clear();
   ++ownChanges_;
+}
+
+std::vector<std::string> PostgresConnection::PutStandIns() {
+  const auto tables = AllTables();
+  NoteAll();  // read otherwise from now on
+  standIns_.clear();
+  std::vector<std::string> told;
+  for (const auto& table : tables) {
+    StandIn standIn = StandInFor(*table, PostgresStandIns(), [&table](const std::string& column) {
+      const Field* field = table->FindField(column);
+      const bool text = field->Type == FieldType::kText || field->Type == FieldType::kMemo;
+      return DeclaredColumn{text ? "TEXT" : "REAL", true};
+    });
+    if (!standIn.table) continue;
+    standIns_.push_back(std::move(standIn.table));
+    told.insert(told.end(), standIn.told.begin(), standIn.told.end());
+  }
+  translations_.clear();
+  standInStructure_ = structure_;
+  return told;
+}
+
+bool PostgresConnection::StandInsAreOld() {
+  return !standInStructure_.empty() && StructureMark() != standInStructure_;
+}
+
+std::shared_ptr<const TableDef> PostgresConnection::FindReadTable(std::string_view name) {
+  auto table = FindTable(name);  // which may find the structure changed
+  for (const auto& standIn : standIns_)
+    if (SameName(standIn->Name, name)) return standIn;
+  return table;
 }
 
 void PostgresConnection::LoadCatalogue() {
@@ -568,7 +890,8 @@ void PostgresConnection::LoadCatalogue() {
       "SELECT c.relname, a.attname, t.typname, coalesce(pg_get_expr(d.adbin, d.adrelid), ''), "
       "a.attidentity <> '' FROM pg_class c JOIN pg_attribute a ON a.attrelid = c.oid JOIN pg_type "
       "t ON t.oid = a.atttypid LEFT JOIN pg_attrdef d ON d.adrelid = c.oid AND d.adnum = a.attnum "
-      "WHERE c.relnamespace = current_schema()::regnamespace AND c.relkind = 'r' AND a.attnum > 0 "
+      "WHERE c.relnamespace = quote_ident(current_schema())::regnamespace AND c.relkind = 'r' AND "
+      "a.attnum > 0 "
       "AND NOT a.attisdropped ORDER BY lower(c.relname::text COLLATE \"C\"), a.attnum",
       {}, false);
   const auto tableNamed = [&tables](std::string_view name) -> TableDef* {
@@ -593,7 +916,7 @@ void PostgresConnection::LoadCatalogue() {
   }
   const PostgresResult rules =
       Run("SELECT c.relname, k.conname FROM pg_constraint k JOIN pg_class c ON c.oid = k.conrelid "
-          "WHERE k.connamespace = current_schema()::regnamespace AND k.contype = 'c'",
+          "WHERE k.connamespace = quote_ident(current_schema())::regnamespace AND k.contype = 'c'",
           {}, false);
   for (int row = 0; row < rules.Rows(); ++row) {
     TableDef* table = tableNamed(rules.Text(row, 0));
@@ -614,7 +937,9 @@ void PostgresConnection::LoadCatalogue() {
       "a.attname) FROM pg_index x JOIN pg_class c ON c.oid = x.indrelid JOIN pg_class i ON i.oid = "
       "x.indexrelid LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum = x.indkey[0] "
       "WHERE "
-      "c.relnamespace = current_schema()::regnamespace AND NOT x.indisprimary ORDER BY i.oid",
+      "c.relnamespace = quote_ident(current_schema())::regnamespace AND NOT x.indisprimary AND "
+      "x.indisvalid "
+      "ORDER BY i.oid",
       {}, false);
   for (int row = 0; row < indexes.Rows(); ++row) {
     TableDef* table = tableNamed(indexes.Text(row, 0));

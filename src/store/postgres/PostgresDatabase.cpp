@@ -2,39 +2,27 @@
 #include "store/postgres/PostgresDatabase.h"
 
 #include <utility>
+#include <vector>
 
 #include "store/EngineDatabase.h"
 #include "store/Names.h"
-#include "store/Schema.h"
 #include "store/Snapshot.h"
 #include "store/StoreError.h"
 #include "store/postgres/PostgresConnection.h"
+#include "store/postgres/PostgresCopy.h"
+#include "store/postgres/PostgresRow.h"
 #include "store/postgres/PostgresTable.h"
 #include "store/postgres/PostgresTableDefs.h"
+#include "store/postgres/ServerUrl.h"
 
 namespace zemo {
 
 namespace {
 
-class PostgresRow final : public RowView {
- public:
-  explicit PostgresRow(const PostgresResult& rows) : rows_(rows) {}
-  void Go(int row) { row_ = row; }
+constexpr int kTimesOtherUser = 20;
 
-  Kind KindOf(int column) const override { return rows_.Kind(row_, column); }
-  int64_t Int(int column) const override {
-    if (KindOf(column) == Kind::kInteger) return rows_.Int(row_, column);
-    return AsInt(rows_.Read(row_, column));
-  }
-  double Real(int column) const override { return AsReal(rows_.Read(row_, column)); }
-  std::string_view Text(int column) const override { return rows_.Text(row_, column); }
-
- private:
-  const PostgresResult& rows_;
-  int row_ = 0;
-};
-
-class PostgresDatabase final : public EngineDatabase<PostgresConnection, PostgresTableDefs> {
+class PostgresDatabase final
+    : public EngineDatabase<PostgresConnection, PostgresTableDefs, ServerDatabase> {
  public:
   // No error shows the URL, which may hold a password.
   PostgresDatabase(std::string url, std::shared_ptr<LockWait> wait)
@@ -48,11 +36,11 @@ class PostgresDatabase final : public EngineDatabase<PostgresConnection, Postgre
     for (int column = 0; column < result.Columns(); ++column)
       names.push_back(result.ColumnName(column));
     auto rows = std::make_unique<Snapshot>(std::move(names));
-    Each(result, [&rows](const RowView& row) { rows->Add(row); });
+    for (int row = 0; row < result.Rows(); ++row) rows->Add(PostgresRow(result, row));
     return rows;
   }
   void ReadRows(std::string_view sql, const Values& values, const TakeRow& take) override {
-    Each(Use().RunDialect(sql, values, true), take);
+    Use().ReadDialect(sql, values, [&take](const PostgresResult& row) { take(PostgresRow(row)); });
   }
   std::shared_ptr<const StoredTable> FindTable(std::string_view name) override {
     return std::make_shared<const PostgresTable>(Shared(), name);
@@ -62,25 +50,47 @@ class PostgresDatabase final : public EngineDatabase<PostgresConnection, Postgre
   }
 
   std::vector<std::string> PutStandIns() override {
-    std::vector<std::string> told;
-    for (const auto& table : Use().AllTables()) {
-      const TableDef* schema = FindSchemaTable(table->Name);
-      if (!schema) continue;
-      for (const Field& field : schema->Fields)
-        if (!table->FindField(field.Name))
-          told.push_back(table->Name + '.' + field.Name + " is missing");
-    }
-    Use().NoteAll();
+    std::vector<std::string> told = Use().PutStandIns();
+    if (const std::string& why = Use().WhyReadOnly(); !why.empty()) told.push_back(why);
     return told;
   }
   bool HasColumn(std::string_view table, std::string_view column) override {
-    const auto found = Use().FindTable(table);
-    return found && found->FindField(column);
+    const auto found = Use().FindReadTable(table);
+    const Field* field = found ? found->FindField(column) : nullptr;
+    return field && !field->Missing;
   }
   bool IsReadAsStored(std::string_view table) override {
-    if (Use().StructureIsOld()) return false;
-    const auto found = Use().FindTable(table);
-    return found && found->AutoField();
+    if (Use().StructureIsOld() || Use().StandInsAreOld()) return false;
+    const auto found = Use().FindReadTable(table);
+    return found && !found->IsStandIn && found->AutoField();
+  }
+
+  void BeginReading() override { Use().BeginReading(); }
+  void ReadTable(std::string_view table, const TakeRow& take) override {
+    ReadPostgresTable(Use(), *Existing(table), take);
+  }
+  std::unique_ptr<RowSink> FillTable(std::string_view table) override {
+    return std::make_unique<PostgresRowSink>(Shared(), Existing(table));
+  }
+  bool CompactInPlace() override {
+    Use().Compact();
+    return true;
+  }
+
+  void SetTablesAside(const std::string& schema) override {
+    Use().Change("CREATE SCHEMA " + QuotedName(schema));
+    for (const auto& table : std::vector(Use().AllTables()))
+      Use().Change("ALTER TABLE " + QuotedName(table->Name) + " SET SCHEMA " + QuotedName(schema));
+    Use().StructureChanged();
+  }
+  std::string OtherUser() override {
+    std::string other = OtherMachine();
+    // Who has just left is known to the server for a moment.
+    for (int times = 0; !other.empty() && times < kTimesOtherUser; ++times) {
+      Use().Run("SELECT pg_sleep(0.05)", {}, false);
+      other = OtherMachine();
+    }
+    return other.empty() ? other : Use().Name() + " is open in another program, on " + other;
   }
 
   void Open(bool create) override {
@@ -94,12 +104,19 @@ class PostgresDatabase final : public EngineDatabase<PostgresConnection, Postgre
   bool FileIsLost() const override { return Opening() && Opening()->IsLost(); }
 
  private:
-  static void Each(const PostgresResult& rows, const TakeRow& take) {
-    PostgresRow view(rows);
-    for (int row = 0; row < rows.Rows(); ++row) {
-      view.Go(row);
-      take(view);
-    }
+  std::string OtherMachine() {
+    const PostgresResult others = Use().Run(
+        "SELECT coalesce(host(client_addr), 'this machine') FROM pg_stat_activity WHERE "
+        "datname = current_database() AND application_name = $1::text AND pid <> "
+        "pg_backend_pid() LIMIT 1",
+        {kProgramName}, false);
+    return others.Rows() == 0 ? std::string() : std::string(others.Text(0, 0));
+  }
+  std::shared_ptr<const TableDef> Existing(std::string_view table) {
+    Use().AllTables();
+    auto def = Use().FindTable(table);
+    if (!def) throw StoreError(kErrNoSuchTable, "no table " + std::string(table));
+    return def;
   }
 
   const std::string url_;
@@ -107,8 +124,19 @@ class PostgresDatabase final : public EngineDatabase<PostgresConnection, Postgre
 
 }  // namespace
 
-std::unique_ptr<Database> ClosedPostgresDatabase(std::string url, std::shared_ptr<LockWait> wait) {
+std::unique_ptr<ServerDatabase> ClosedPostgresDatabase(std::string url,
+                                                       std::shared_ptr<LockWait> wait) {
   return std::make_unique<PostgresDatabase>(std::move(url), std::move(wait));
+}
+
+BasePlace ServerPlace(const std::string& url) {
+  BasePlace place;
+  place.name = ShownServerUrl(url);
+  place.isFile = false;
+  place.closed = [url](std::shared_ptr<LockWait> wait) {
+    return ClosedPostgresDatabase(url, std::move(wait));
+  };
+  return place;
 }
 
 }  // namespace zemo

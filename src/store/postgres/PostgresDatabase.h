@@ -4,20 +4,33 @@
 #include <memory>
 #include <string>
 
+#include "store/BasePlace.h"
 #include "store/Database.h"
 
 namespace zemo {
 
+// What only a base on a server can do.
+class ServerDatabase : public Database {
+ public:
+  // Inside a transaction: its tables, with all that belongs to them, stand in a new schema of this
+  // name from then on, and the base has none.
+  virtual void SetTablesAside(const std::string& schema) = 0;
+  // A line that names another program of ours that has the base open, as far as the server tells
+  // it; empty: nobody.
+  virtual std::string OtherUser() = 0;
+};
+
 // One that is not open yet. `url` as the server's own tools take it,
-// "postgresql://radio@host/base"; the password comes by their means. Open(true) makes the base's
-// own functions in a database that has none, never the database itself; Open(false) throws
-// kErrNoSuchFile there.
+// "postgresql://radio@host/base", without a fault (WhyNoServerUrl); the password comes by their
+// means. Open(true) makes the base's own functions in a database that has none, never the database
+// itself; Open(false) throws kErrNoSuchFile there.
 //
 // What differs from the file: a column of numbers holds numbers alone (a text, or a part behind the
 // point in a whole number's field, is refused or rounded to the nearest even); texts are whole
-// UTF-8 without a zero character; numbers given to rows that were taken back are not given again. A
-// column that the schema has and the base has not is told by PutStandIns and read by nobody: a
-// query that names it fails.
-std::unique_ptr<Database> ClosedPostgresDatabase(std::string url, std::shared_ptr<LockWait> wait);
+// UTF-8 without a zero character; numbers given to rows that were taken back are not given again.
+std::unique_ptr<ServerDatabase> ClosedPostgresDatabase(std::string url,
+                                                       std::shared_ptr<LockWait> wait);
+
+BasePlace ServerPlace(const std::string& url);
 
 }  // namespace zemo

@@ -84,8 +84,9 @@ std::string PostgresPattern(std::string_view written) {
 }
 
 std::string NumberColumn(const TableDef& table) {
-  const Field* key = table.AutoField();
-  return key ? key->Name : kHiddenNumber;
+  for (const Field& field : table.Fields)
+    if (field.AutoIncrement && !field.Missing) return field.Name;
+  return kHiddenNumber;
 }
 
 std::string KindsOf(const Values& values) {
@@ -525,12 +526,15 @@ Expression PostgresExpressions::ReadColumn(const std::string& first) {
       if (!source.empty() && !SameName(alias, source)) continue;
       const Field* field = table->FindField(name);
       if (!field && !SameName(name, kHiddenNumber)) continue;
+      // Rows are not changed or deleted by what is only read in a column's place.
+      if (field && field->Missing && scope.isWritten) continue;
       Expression e;
       e.column = field;
       const std::string stored = field ? field->Name : NumberColumn(*table);
       e.sql =
           (scope.sources.size() > 1 || level + 1 < scopes_.size() ? QuotedName(alias) + "." : "") +
           QuotedName(stored);
+      if (field && scope.isWritten && !field->ReadAs.empty()) e.sql = '(' + field->ReadAs + ')';
       if (field && (field->Type == FieldType::kText || field->Type == FieldType::kMemo))
         e.type = Expression::kText;
       const bool put =

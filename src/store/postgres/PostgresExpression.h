@@ -32,6 +32,7 @@ struct PostgresScope {
   std::vector<Source> sources;
   std::vector<std::string> grouped;  // SQL of the columns by which rows are put together
   bool isGrouped = false;
+  bool isWritten = false;  // the table itself is named, and not what stands in for it
   bool inAggregate = false;
 };
 

@@ -3,6 +3,7 @@
 // their versions under the indexes. Texts of ASCII alone, nearly all, take a short way.
 #include "store/postgres/PostgresFunctions.h"
 
+#include <string_view>
 #include <vector>
 
 #include "store/Collation.h"
@@ -126,12 +127,17 @@ std::string PatternSql() {
 // once; how long he asks again is his own affair.
 constexpr char kBookkeeping[] = R"(
 CREATE TABLE IF NOT EXISTS zemo.base (
-  one int PRIMARY KEY DEFAULT 1 CHECK (one = 1), writes bigint NOT NULL, writer bigint NOT NULL);
-INSERT INTO zemo.base VALUES (1, 0, 0) ON CONFLICT DO NOTHING;
+  one int PRIMARY KEY DEFAULT 1 CHECK (one = 1), writes bigint NOT NULL, writer bigint NOT NULL,
+  functions int NOT NULL, form int NOT NULL);
+INSERT INTO zemo.base VALUES (1, 0, 0, 0, 0) ON CONFLICT DO NOTHING;
+UPDATE zemo.base SET functions = FUNCTIONS, form = greatest(form, FORM);
 CREATE OR REPLACE FUNCTION zemo.begin_write() RETURNS trigger LANGUAGE plpgsql AS $body$
 BEGIN
   IF NOT pg_try_advisory_xact_lock(LOCK) THEN
     RAISE EXCEPTION 'another program writes' USING ERRCODE = 'lock_not_available';
+  END IF;
+  IF current_setting('zemo.form', true)::int < (SELECT form FROM zemo.base) THEN
+    RAISE EXCEPTION 'made by a newer version' USING ERRCODE = 'FORM_STATE';
   END IF;
   UPDATE zemo.base SET writes = writes + 1, writer = txid_current() WHERE writer <> txid_current();
   IF FOUND THEN
@@ -147,11 +153,16 @@ CREATE OR REPLACE FUNCTION zemo.own() RETURNS bigint LANGUAGE sql STABLE AS
   $body$ SELECT coalesce(nullif(current_setting('zemo.own', true), ''), '0')::bigint $body$;
 CREATE OR REPLACE FUNCTION zemo.keep_numbers() RETURNS trigger LANGUAGE plpgsql AS $body$
 DECLARE
-  numbers text := pg_get_serial_sequence(TG_RELID::regclass::text, TG_ARGV[0]);
+  key text := (SELECT attname FROM pg_attribute WHERE attrelid = TG_RELID AND attidentity <> '');
+  numbers text;
   highest bigint;
   last bigint;
 BEGIN
-  EXECUTE format('SELECT max(%I) FROM %s', TG_ARGV[0], TG_RELID::regclass) INTO highest;
+  IF key IS NULL THEN
+    RETURN NULL;
+  END IF;
+  numbers := pg_get_serial_sequence(TG_RELID::regclass::text, key);
+  EXECUTE format('SELECT max(%I) FROM %s', key, TG_RELID::regclass) INTO highest;
   EXECUTE format('SELECT CASE WHEN is_called THEN last_value ELSE last_value - 1 END FROM %s',
                  numbers) INTO last;
   IF highest > last THEN
@@ -165,16 +176,22 @@ END $body$;
 
 std::string PostgresSchemaSql() {
   std::string bookkeeping = kBookkeeping;
-  bookkeeping.replace(bookkeeping.find("LOCK)"), 4, kWriterLock);
+  const auto put = [&bookkeeping](std::string_view word, const std::string& value) {
+    bookkeeping.replace(bookkeeping.find(word), word.size(), value);
+  };
+  put("LOCK", kWriterLock);
+  put("FUNCTIONS", std::to_string(kFunctionsVersion));
+  put("FORM", std::to_string(kBaseForm));
+  put("FORM_STATE", kFormState);
   return "CREATE SCHEMA IF NOT EXISTS zemo;\n" + FoldedSql() + LettersSql() + AccentsSql() +
          DigitsSql() + PatternSql() + bookkeeping;
 }
 
-std::string PostgresWatchSql(const std::string& table, const std::string& key) {
+std::string PostgresWatchSql(const std::string& table) {
   const std::string on = " ON " + QuotedName(table) + " FOR EACH STATEMENT EXECUTE FUNCTION zemo.";
   return "CREATE TRIGGER zemo_begin_write BEFORE INSERT OR UPDATE OR DELETE OR TRUNCATE" + on +
          "begin_write();\nCREATE TRIGGER zemo_keep_numbers AFTER INSERT OR UPDATE" + on +
-         "keep_numbers(" + PostgresLiteral(key) + ");\n";
+         "keep_numbers();\n";
 }
 
 }  // namespace zemo

@@ -139,7 +139,18 @@ class Clauses final : public PostgresExpressions {
                                     [this](std::string_view word) { return Is(word); });
     if (as || named) alias = TakeName();
     scopes_.back().sources.push_back({alias, table});
-    return QuotedName(table->Name) + " AS " + QuotedName(alias);
+    return SourceOf(*table) + " AS " + QuotedName(alias);
+  }
+
+  static std::string SourceOf(const TableDef& table) {
+    if (!table.IsStandIn) return QuotedName(table.Name);
+    std::string sql;
+    for (const Field& field : table.Fields)
+      sql += (sql.empty() ? "(SELECT " : ", ") +
+             (field.ReadAs.empty() ? "" : field.ReadAs + " AS ") + QuotedName(field.Name);
+    // A number that no field is.
+    if (NumberColumn(table) == kHiddenNumber) sql += std::string(", ") + kHiddenNumber;
+    return sql + " FROM " + QuotedName(table.Name) + ')';
   }
 
   // Rows of one table, as they are: only these have an order of insertion.
@@ -304,7 +315,7 @@ class Clauses final : public PostgresExpressions {
     }
     std::string names;
     for (const Field* field : fields)
-      names += (names.empty() ? "" : ", ") + QuotedName(field->Name);
+      if (!field->Missing) names += (names.empty() ? "" : ", ") + QuotedName(field->Name);
     made_.sql += " (" + names + ")";
     if (Is("SELECT")) {
       storing_.emplace(table.get(), &fields);  // each column in the type of its field
@@ -317,10 +328,7 @@ class Clauses final : public PostgresExpressions {
       do {
         Expect("(");
         rows += rows.empty() ? "(" : ", (";
-        for (size_t i = 0; i < fields.size(); ++i) {
-          if (i > 0) Expect(",");
-          rows += (i > 0 ? ", " : "") + AsStored(*table, *fields[i], ReadExpression());
-        }
+        rows += StoredList(*table, fields);
         Expect(")");
         rows += ")";
       } while (Take(","));
@@ -332,12 +340,17 @@ class Clauses final : public PostgresExpressions {
   std::string StoredColumns() {
     const auto [table, fields] = *storing_;
     storing_.reset();
-    std::string columns;
-    for (size_t i = 0; i < fields->size(); ++i) {
+    return StoredList(*table, *fields);
+  }
+  // An expression a field; what is stored into a missing column is lost.
+  std::string StoredList(const TableDef& table, const std::vector<const Field*>& fields) {
+    std::string list;
+    for (size_t i = 0; i < fields.size(); ++i) {
       if (i > 0) Expect(",");
-      columns += (i > 0 ? ", " : "") + AsStored(*table, *(*fields)[i], ReadExpression());
+      const Expression e = ReadExpression();
+      if (!fields[i]->Missing) list += (list.empty() ? "" : ", ") + AsStored(table, *fields[i], e);
     }
-    return columns;
+    return list;
   }
 
   // Fields that only one of the two has stay out.
@@ -352,7 +365,7 @@ class Clauses final : public PostgresExpressions {
     std::string values;
     for (const Field& field : table.Fields) {
       const Field* theirs = from->FindField(field.Name);
-      if (!theirs) continue;
+      if (!theirs || field.Missing) continue;
       Expression e;
       e.sql = QuotedName(theirs->Name);
       e.column = theirs;
@@ -373,10 +386,16 @@ class Clauses final : public PostgresExpressions {
     do {
       const Field& field = FieldOf(*table, TakeName());
       if (!Take("=")) Expect("==");
+      const Expression e = ReadExpression();
+      if (field.Missing) continue;
       made_.movesKeys = made_.movesKeys || field.AutoIncrement;
       assignments += (assignments.empty() ? "" : ", ") + QuotedName(field.Name) + " = " +
-                     AsStored(*table, field, ReadExpression());
+                     AsStored(*table, field, e);
     } while (Take(","));
+    if (assignments.empty()) {
+      const std::string number = QuotedName(NumberColumn(*table));
+      assignments = number + " = " + number;
+    }
     made_.sql = "UPDATE " + QuotedName(table->Name) + " SET " + assignments + Where(*table);
   }
 
@@ -391,6 +410,7 @@ class Clauses final : public PostgresExpressions {
   void Begin(const std::shared_ptr<const TableDef>& table) {
     scopes_.emplace_back();
     scopes_.back().sources.push_back({table->Name, table});
+    scopes_.back().isWritten = true;
   }
   std::string Where(const TableDef& table) {
     return (Take("WHERE") ? " WHERE " + Condition() : "") + Returning(table);

@@ -28,12 +28,12 @@ bool IsPlainText(const Value& value) {
 PostgresTable::PostgresTable(std::shared_ptr<PostgresConnection> connection, std::string_view name)
     : connection_(std::move(connection)) {
   connection_->AllTables();
-  def_ = connection_->FindTable(name);
+  def_ = connection_->FindReadTable(name);
   if (!def_) throw StoreError(kErrNoSuchTable, "no table " + std::string(name));
   name_ = QuotedName(def_->Name);
   number_ = QuotedName(NumberColumn(*def_));
   select_ = "SELECT " + number_;
-  for (const Field& field : def_->Fields) select_ += ", " + QuotedName(field.Name);
+  for (size_t i = 0; i < def_->Fields.size(); ++i) select_ += ", " + ColumnOf(i);
   select_ += " FROM " + name_;
 }
 
@@ -42,9 +42,14 @@ bool PostgresTable::HoldsText(size_t field) const {
   return type == FieldType::kText || type == FieldType::kMemo;
 }
 
+std::string PostgresTable::ColumnOf(size_t field) const {
+  const Field& of = def_->Fields[field];
+  return of.ReadAs.empty() ? QuotedName(of.Name) : '(' + of.ReadAs + ')';
+}
+
 // What the index of this order is on.
 std::string PostgresTable::KeyOf(Order order) const {
-  const std::string column = QuotedName(def_->Fields[*order].Name);
+  const std::string column = ColumnOf(*order);
   return HoldsText(*order) ? Lower(column) : column;
 }
 
@@ -118,7 +123,7 @@ bool PostgresTable::Find(Order order, const Value& key, StoredRow& row) const {
   if (order && HoldsText(*order)) {
     if (Load(KeyOf(order) + " = " + Lower("$1::text"), {Text(key)}, order, false, row)) return true;
     if (IsPlainText(key)) return false;
-    const std::string column = QuotedName(def_->Fields[*order].Name);
+    const std::string column = ColumnOf(*order);
     return Load("zemo.folded(" + column + ") = zemo.folded($1::text)", {Text(key)}, order, false,
                 row);
   }
@@ -144,7 +149,9 @@ int64_t PostgresTable::Insert(Changes& changes) const {
   std::string values;
   Parameters parameters;
   for (size_t i = 0; i < changes.size(); ++i) {
-    if (!changes[i] || (def_->Fields[i].AutoIncrement && IsNull(*changes[i]))) continue;
+    const Field& field = def_->Fields[i];
+    if (field.DefaultLost && !changes[i]) changes[i] = field.DefaultValue;
+    if (!changes[i] || (field.AutoIncrement && IsNull(*changes[i]))) continue;
     parameters.push_back(Text(*changes[i]));
     fields += (fields.empty() ? "" : ", ") + QuotedName(def_->Fields[i].Name);
     values += (values.empty() ? "" : ", ") + ValueFor(i, static_cast<int>(parameters.size()));

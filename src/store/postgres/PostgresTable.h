@@ -32,6 +32,7 @@ class PostgresTable final : public TableRows {
             StoredRow& row) const;
   bool Neighbour(Order order, bool down, StoredRow& row) const;
   bool HoldsText(size_t field) const;
+  std::string ColumnOf(size_t field) const;
   std::string KeyOf(Order order) const;
   std::string ValueFor(size_t field, int place) const;
 

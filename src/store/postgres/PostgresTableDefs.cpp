@@ -61,6 +61,12 @@ std::string ServerField(size_t place, const Field& field) {
   return sql + rule;
 }
 
+// The sequence behind the table's key.
+std::string NumbersOf(const TableDef& table) {
+  return "pg_get_serial_sequence(" + PostgresLiteral(QuotedName(table.Name)) + ", " +
+         PostgresLiteral(NumberColumn(table)) + ")";
+}
+
 }  // namespace
 
 const std::vector<std::shared_ptr<const TableDef>>& PostgresTableDefs::All() {
@@ -68,7 +74,7 @@ const std::vector<std::shared_ptr<const TableDef>>& PostgresTableDefs::All() {
 }
 
 bool PostgresTableDefs::ChangedSinceStandIns() {
-  return connection_.StructureIsOld();
+  return connection_.StandInsAreOld();
 }
 
 void PostgresTableDefs::MakeTable(const TableDef& table) {
@@ -83,7 +89,7 @@ void PostgresTableDefs::MakeTable(const TableDef& table) {
     sql += separator + ServerField(i, table.Fields[i]);
     separator = ",\n  ";
   }
-  Change(sql + "\n);\n" + PostgresWatchSql(table.Name, NumberColumn(table)));
+  Change(sql + "\n);\n" + PostgresWatchSql(table.Name));
 }
 
 void PostgresTableDefs::DropTable(const std::string& table) {
@@ -122,17 +128,15 @@ void PostgresTableDefs::DropIndex(const std::string& table, const std::string& i
   Change("DROP INDEX " + QuotedName(StoredIndexName(table, index)));
 }
 
-void PostgresTableDefs::KeepNumbersAbove(const TableDef& table, const TableDef& source) {
-  const auto numbers = [](const TableDef& def) {
-    return "pg_get_serial_sequence(" + PostgresLiteral(QuotedName(def.Name)) + ", " +
-           PostgresLiteral(NumberColumn(def)) + ")";
-  };
-  const auto last = [&numbers](const TableDef& def) {
-    return "coalesce(pg_sequence_last_value(" + numbers(def) + "::regclass), 0)";
-  };
-  connection_.Change("SELECT setval(" + numbers(table) + ", greatest(" + last(table) + ", " +
-                     last(source) + ", 1), greatest(" + last(table) + ", " + last(source) +
-                     ") > 0)");
+int64_t PostgresTableDefs::LastNumberOf(const TableDef& table) {
+  return connection_
+      .Run("SELECT coalesce(pg_sequence_last_value(" + NumbersOf(table) + "::regclass), 0)", {},
+           false)
+      .Int(0, 0);
+}
+
+void PostgresTableDefs::SetLastNumber(const TableDef& table, int64_t number) {
+  connection_.Change("SELECT setval(" + NumbersOf(table) + ", " + std::to_string(number) + ")");
 }
 
 void PostgresTableDefs::Change(const std::string& sql) {

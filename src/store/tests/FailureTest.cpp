@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "store/DatabaseFiles.h"
 #include "store/tests/StoreFixture.h"
 #include "support/BaseFaults.h"
 

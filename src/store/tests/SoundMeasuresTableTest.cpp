@@ -1,5 +1,6 @@
 // What was measured of sound files: found again while the file is the same, in a base that stays a
 // station's base.
+#include "store/DatabaseFiles.h"
 #include "store/Schema.h"
 #include "store/SoundMeasuresTable.h"
 #include "store/StationFile.h"

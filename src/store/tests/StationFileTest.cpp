@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "store/DatabaseFiles.h"
 #include "store/StationFile.h"
 #include "store/tests/StoreFixture.h"
 

@@ -22,6 +22,16 @@ class NotedRows : public EngineTest {
   std::shared_ptr<RowNotes> notes;
 };
 class TableList : public EngineTest {};
+class LostColumns : public EngineTest {
+ protected:
+  // As another tool does it, with the indexes on it.
+  void Lose(const std::string& table, const std::string& field) {
+    const TableDef def = Db().Tables().Item(table);
+    for (const Index& index : def.Indexes)
+      if (index.Field == field) Db().Tables().DeleteIndex(table, index.Name);
+    Db().Tables().DeleteField(table, field);
+  }
+};
 ON_BOTH_ENGINES(Rules);
 ON_BOTH_ENGINES(Numbers);
 ON_BOTH_ENGINES(Transactions);
@@ -29,6 +39,7 @@ ON_BOTH_ENGINES(Locks);
 ON_BOTH_ENGINES(Counters);
 ON_BOTH_ENGINES(NotedRows);
 ON_BOTH_ENGINES(TableList);
+ON_BOTH_ENGINES(LostColumns);
 
 using Codes = std::vector<int64_t>;
 
@@ -480,6 +491,101 @@ TEST_P(TableList, AStructureThatAnotherProgramChangedIsSeen) {
   EXPECT_TRUE(Db().HasColumn("vt", "EXTRA"));
   EXPECT_EQ(Db().OpenTable("VT")->FieldCount(), 8);
   EXPECT_EQ(Query("SELECT * FROM VT")->FieldCount(), 8);
+}
+
+// --- Columns that the schema has and the base has not ---
+
+TEST_P(LostColumns, AreReadAsANewRowHasThemOnceTheyWereLookedAt) {
+  AddCard("A");
+  Lose("Discotheque", "GENRE");
+  Lose("Discotheque", "NBPASSJOUR");
+  EXPECT_EQ(ErrorOf([&] { Query("SELECT GENRE FROM Discotheque"); }), kErrNoSuchField);
+  EXPECT_EQ(Db().PutStandIns(),
+            (Strings{"Discotheque has no column GENRE: read as by default",
+                     "Discotheque has no column NBPASSJOUR: read as by default"}));
+  EXPECT_FALSE(Db().HasColumn("Discotheque", "GENRE"));
+  EXPECT_TRUE(Db().HasColumn("Discotheque", "AUTEUR"));
+  EXPECT_FALSE(Db().IsReadAsStored("Discotheque"));
+  EXPECT_EQ(Column("SELECT GENRE FROM Discotheque WHERE GENRE LIKE 'NO*'", "GENRE"),
+            Strings{"NOGENRE"});
+  EXPECT_EQ(Column("SELECT * FROM Discotheque WHERE NBPASSJOUR = 1 ORDER BY GENRE", "NBPASSJOUR"),
+            Strings{"1"});
+  EXPECT_EQ(Column("SELECT GENRE, COUNT(*) AS N FROM Discotheque GROUP BY GENRE", "N"),
+            Strings{"1"});
+}
+
+TEST_P(LostColumns, LoseWhatIsStoredIntoThemAndNothingElse) {
+  Lose("Discotheque", "GENRE");
+  Db().PutStandIns();
+  Db().Execute("INSERT INTO Discotheque(GENRE, AUTEUR) VALUES('POP', 'A')");
+  Db().Execute("UPDATE Discotheque SET GENRE = 'JAZZ', TITRE = 'T' WHERE AUTEUR = 'A'");
+  for (const char* sql : {"UPDATE Discotheque SET TITRE = 'X' WHERE GENRE = 'NOGENRE'",
+                          "DELETE FROM Discotheque WHERE GENRE = 'NOGENRE'"})
+    EXPECT_EQ(ErrorOf([&] { Db().Execute(sql); }), kErrNoSuchField) << sql;
+  EXPECT_EQ(Column("SELECT TITRE || GENRE AS X FROM Discotheque", "X"), Strings{"TNOGENRE"});
+  const auto cursor = Db().OpenTable("Discotheque");
+  EXPECT_EQ(cursor->Text("GENRE"), "NOGENRE");
+  cursor->Edit();
+  cursor->Set("GENRE", std::string("SOUL"));
+  cursor->Update();
+  cursor->AddNew();
+  cursor->Set("GENRE", std::string("SOUL"));
+  cursor->Set("AUTEUR", std::string("B"));
+  cursor->Update();
+  cursor->MoveLast();
+  EXPECT_EQ(cursor->Text("GENRE"), "NOGENRE");
+  Db().Execute("DELETE FROM Discotheque WHERE AUTEUR = 'A'");
+  EXPECT_EQ(Column("SELECT AUTEUR FROM Discotheque", "AUTEUR"), Strings{"B"});
+}
+
+TEST_P(LostColumns, AreReadSoBehindATransactionThatWasTakenBack) {
+  AddCard("A");
+  Lose("Discotheque", "GENRE");
+  Db().PutStandIns();
+  Db().BeginTrans();
+  Db().Execute("INSERT INTO Discotheque(AUTEUR, GENRE) VALUES('B', 'POP')");
+  Db().RollbackTrans();
+  EXPECT_EQ(Column("SELECT GENRE FROM Discotheque", "GENRE"), Strings{"NOGENRE"});
+  Db().Execute("INSERT INTO Discotheque(AUTEUR, GENRE) VALUES('C', 'POP')");
+  EXPECT_EQ(Count("Discotheque"), 2);
+}
+
+TEST_P(LostColumns, OfTheSettingsThatHaveAnotherNameAreReadInTheirPlace) {
+  const std::string name = FindSchemaTable("Cnf")->Fields.back().Name;
+  Lose("Cnf", name);
+  Field other;
+  other.Name = "Other";
+  other.Type = FieldType::kInt16;
+  Db().Tables().AppendField("Cnf", other);
+  Db().Execute("UPDATE Cnf SET Other = 7");
+  EXPECT_EQ(Db().PutStandIns(),
+            Strings{"Cnf has no column " + name + ": Other is read in its place"});
+  EXPECT_EQ(Column("SELECT " + name + " FROM Cnf", name), Strings{"7"});
+}
+
+TEST_P(LostColumns, OfTheVarietiesKeepTheRotation) {
+  Lose("Variete", "POURCENT");
+  Db().PutStandIns();
+  EXPECT_EQ(Column("SELECT POURCENT FROM Variete", "POURCENT"), (Strings{"50", "50"}));
+}
+
+TEST_P(LostColumns, OfTheVarietiesNamesAreThoseOfANewBase) {
+  Lose("Variete", "VARIETE");
+  Db().PutStandIns();
+  EXPECT_EQ(Column("SELECT VARIETE FROM Variete", "VARIETE"),
+            (Strings{"NATIONAL", "INTERNATIONAL"}));
+}
+
+TEST_P(LostColumns, ThatAnotherProgramLosesAreSeenAsAnotherStructure) {
+  Db().PutStandIns();
+  EXPECT_FALSE(Db().Tables().ChangedSinceStandIns());
+  Other().Db().Tables().DeleteField("Discotheque", "COMMENTAIRE");
+  EXPECT_TRUE(Db().Tables().ChangedSinceStandIns());
+  Query("SELECT * FROM Discotheque");
+  EXPECT_TRUE(Db().Tables().ChangedSinceStandIns()) << "a query is no look at the structure";
+  EXPECT_EQ(Db().PutStandIns(),
+            Strings{"Discotheque has no column COMMENTAIRE: read as by default"});
+  EXPECT_FALSE(Db().Tables().ChangedSinceStandIns());
 }
 
 }  // namespace

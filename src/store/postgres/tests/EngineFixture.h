@@ -10,12 +10,13 @@
 #include <string>
 
 #include "store/Database.h"
+#include "store/DatabaseFiles.h"
 #include "store/Schema.h"
 #include "store/SqlText.h"
 #include "store/TableDefs.h"
 #include "store/postgres/PostgresDatabase.h"
-#include "store/postgres/tests/TestServer.h"
 #include "store/tests/StoreAnswers.h"
+#include "support/TestServer.h"
 
 namespace zemo {
 
@@ -92,6 +93,7 @@ class EngineBase {
 
   Database& Db() { return *base_; }
   const std::string& Name() const { return name_; }  // on the server
+  std::string Path() const { return (folder_ / "Triskin.MDB").string(); }
   std::unique_ptr<Database> Closed(int waitMs = 0) const {
     auto wait = std::make_shared<LockWait>(waitMs);
     if (engine_ == Engine::kServer)

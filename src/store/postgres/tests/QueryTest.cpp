@@ -290,5 +290,90 @@ TEST_P(Snapshots, NameTheirFieldsAndAreReadOnly) {
   EXPECT_TRUE(rows->Eof());
 }
 
+// --- Rows one by one ---
+
+class RowsOneByOne : public EngineTest {
+ protected:
+  void Begin() override {
+    for (int i = 0; i < 300; ++i) AddCard("artist " + std::to_string(i));
+  }
+};
+ON_BOTH_ENGINES(RowsOneByOne);
+
+TEST_P(RowsOneByOne, ComeInTheirOrderAndToTheirEnd) {
+  int64_t next = 1;
+  Db().ReadRows("SELECT CODE, AUTEUR FROM Discotheque WHERE CODE > ? ORDER BY CODE", {int64_t{0}},
+                [&](const RowView& row) {
+                  EXPECT_EQ(row.Int(0), next);
+                  EXPECT_EQ(row.Text(1), "artist " + std::to_string(next - 1));
+                  ++next;
+                });
+  EXPECT_EQ(next, 301);
+}
+
+TEST_P(RowsOneByOne, OtherQuestionsComeBetweenThem) {
+  int rows = 0;
+  int inner = 0;
+  Db().ReadRows("SELECT CODE FROM Discotheque ORDER BY CODE", [&](const RowView& row) {
+    ++rows;
+    EXPECT_EQ(row.Int(0), rows);
+    if (rows == 10) {
+      EXPECT_EQ(Count("Discotheque"), 300);
+    }
+    if (rows == 20)
+      Db().ReadRows("SELECT CODE FROM Discotheque WHERE CODE <= 5",
+                    [&inner](const RowView&) { ++inner; });
+  });
+  EXPECT_EQ(rows, 300);
+  EXPECT_EQ(inner, 5);
+}
+
+TEST_P(RowsOneByOne, BehindAReaderWhoHadEnoughOthersAreRead) {
+  int rows = 0;
+  for (int times = 0; times < 3; ++times)
+    EXPECT_THROW(Db().ReadRows("SELECT CODE FROM Discotheque",
+                               [&rows](const RowView&) {
+                                 ++rows;
+                                 throw std::runtime_error("enough");
+                               }),
+                 std::runtime_error);
+  EXPECT_EQ(rows, 3);
+}
+
+TEST_P(RowsOneByOne, AReaderWhoHasEnoughEndsThemAtOnce) {
+  Db().BeginTrans();
+  AddCard("kept");
+  int rows = 0;
+  EXPECT_THROW(Db().ReadRows("SELECT CODE FROM Discotheque",
+                             [&rows](const RowView&) {
+                               if (++rows == 3) throw std::runtime_error("enough");
+                             }),
+               std::runtime_error);
+  EXPECT_EQ(rows, 3);
+  EXPECT_EQ(Count("Discotheque"), 301);
+  Db().CommitTrans();
+  EXPECT_EQ(Count("Discotheque"), 301);
+}
+
+TEST_P(RowsOneByOne, AQuestionThatFailsIsToldAndLeavesTheTransaction) {
+  Db().BeginTrans();
+  AddCard("kept");
+  EXPECT_EQ(ErrorOf([&] { Db().ReadRows("SELECT NONE FROM Discotheque", [](const RowView&) {}); }),
+            kErrNoSuchField);
+  EXPECT_EQ(ErrorOf([&] { Db().ReadRows("DELETE FROM VT", [](const RowView&) {}); }), kErrSyntax);
+  Db().CommitTrans();
+  EXPECT_EQ(Count("Discotheque"), 301);
+}
+
+TEST_P(RowsOneByOne, ATableThatAnotherProgramChangedIsReadAsItIs) {
+  const std::string all = "SELECT * FROM Discotheque WHERE CODE = 1";
+  int rows = 0;
+  const auto count = [&rows](const RowView&) { ++rows; };
+  Db().ReadRows(all, count);
+  Other().Db().Tables().DeleteField("Discotheque", "COMMENTAIRE");
+  Db().ReadRows(all, count);
+  EXPECT_EQ(rows, 2);
+}
+
 }  // namespace
 }  // namespace zemo

@@ -1,4 +1,4 @@
-#include "store/postgres/tests/TestServer.h"
+#include "support/TestServer.h"
 
 #include <libpq-fe.h>
 #include <signal.h>
@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <vector>
 
 namespace zemo::test {
@@ -125,6 +126,24 @@ std::string TestServer::NewBase(const std::string& like) {
   const std::string name = "base" + std::to_string(++bases_);
   const std::string failed = Try("postgres", "CREATE DATABASE " + name + " TEMPLATE " + like);
   return failed.empty() ? name : failed;
+}
+
+void TestServer::Drop(const std::string& base) {
+  Try("postgres", "DROP DATABASE " + base + " WITH (FORCE)");
+}
+
+std::string TestServer::Ask(const std::string& base, const std::string& sql) const {
+  PGconn* connection = PQconnectdb(Url(base).c_str());
+  PGresult* result = PQexec(connection, sql.c_str());
+  const ExecStatusType status = PQresultStatus(result);
+  const bool done = status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK;
+  const std::string text = !done                   ? PQerrorMessage(connection)
+                           : PQntuples(result) > 0 ? PQgetvalue(result, 0, 0)
+                                                   : "";
+  PQclear(result);
+  PQfinish(connection);
+  if (!done) throw std::runtime_error(text + " in: " + sql);
+  return text;
 }
 
 std::string TestServer::Try(const std::string& base, const std::string& sql) const {

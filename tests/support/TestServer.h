@@ -15,9 +15,12 @@ class TestServer {
   // URL of a base of this name, or of a fresh one that is a copy of `like`.
   std::string Url(const std::string& base) const;
   std::string NewBase(const std::string& like = "template1");
-  void Stop();   // as a server that fails, at once; nobody is asked
-  void Start();  // again, with what it had stored
-  // The server's own SQL, as another program would.
+  void Drop(const std::string& base);  // whoever has it open
+  void Stop();                         // as a server that fails, at once; nobody is asked
+  void Start();                        // again, with what it had stored
+  // The first value of what the server's own SQL gives, "" for none. Throws std::runtime_error.
+  std::string Ask(const std::string& base, const std::string& sql) const;
+  // The server's own SQL, as another program would; what is wrong with it, "" for nothing.
   std::string Try(const std::string& base, const std::string& sql) const;
 
  private:

@@ -1,0 +1,57 @@
+// `zemoradio move`: carries a station's base to a server, or back into its file.
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+
+#include "app/Commands.h"
+#include "app/ErrorLine.h"
+#include "app/SimStation.h"
+#include "app/StationPaths.h"
+#include "platform/Folder.h"
+#include "platform/real/decoders/LengthOnlyOpener.h"
+#include "platform/real/decoders/SoundFileOpener.h"
+#include "platform/real/desktop/RealClock.h"
+#include "reports/AirWriteJournal.h"
+#include "station/BaseMove.h"
+
+namespace zemo {
+
+namespace {
+
+void TellTable(const TableSum& sum) {
+  char checksum[20];
+  std::snprintf(checksum, sizeof checksum, "%016llx",
+                static_cast<unsigned long long>(sum.checksum));
+  std::cout << sum.table << ": " << sum.rows << " rows, checksum " << checksum << std::endl;
+}
+
+// They are kept for a base of this name, and it is about to have another one.
+void RefuseKeptRows(const Station& station) {
+  if (station.platform.machineFolder.Exists(JournalName(station)))
+    throw std::runtime_error("the base has still to take rows that were aired, in " +
+                             station.platform.machineFolder.PathOf(JournalName(station)) +
+                             ": start the station once");
+}
+
+}  // namespace
+
+int RunMoveCommand(const MoveOptions& options) {
+  SimFolders folders;
+  folders.station = options.station.empty() ? DefaultStationFolder() : options.station;
+  folders.machine = options.machine.empty() ? DefaultMachineFolder() : options.machine;
+  folders.asProgram = true;
+  RequireStation(folders.station);
+  SimStation sim(folders, RealClock().LocalNow(),
+                 std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
+  RefuseKeptRows(sim.station);
+  const MovedBase moved = options.to == kMoveToFile
+                              ? MoveBaseToFile(sim.station, TellTable)
+                              : MoveBaseToServer(sim.station, options.to, TellTable);
+  std::cout << "the base is now " << moved.to << "; as it was it is kept as " << moved.backup
+            << std::endl;
+  if (!moved.notice.empty()) PrintError(moved.notice);
+  return 0;
+}
+
+}  // namespace zemo

@@ -1,0 +1,66 @@
+#include "store/postgres/ServerUrl.h"
+
+#include <libpq-fe.h>
+
+#include <cctype>
+#include <memory>
+#include <string_view>
+
+namespace zemo {
+
+namespace {
+
+struct FreeOptions {
+  void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
+};
+using Options = std::unique_ptr<PQconninfoOption, FreeOptions>;
+
+// Null: it cannot be read. What libpq says of that shows the text, and is lost.
+Options Read(const std::string& url) {
+  char* message = nullptr;
+  Options options(PQconninfoParse(url.c_str(), &message));
+  PQfreemem(message);
+  return options;
+}
+
+std::string ValueOf(const Options& options, std::string_view keyword) {
+  for (const PQconninfoOption* option = options.get(); option && option->keyword; ++option)
+    if (keyword == option->keyword) return option->val ? option->val : "";
+  return {};
+}
+
+}  // namespace
+
+std::string WhyNoServerUrl(const std::string& url) {
+  if (!url.starts_with("postgresql://") && !url.starts_with("postgres://"))
+    return "holds no URL that begins with postgresql://";
+  for (const char c : url)
+    if (c <= ' ' || c > '~') return "holds a sign that a URL has only as %XX";
+  const Options options = Read(url);
+  if (!options) return "holds a URL that cannot be read";
+  if (ValueOf(options, "dbname").empty() && ValueOf(options, "service").empty())
+    return "holds a URL that names no base behind the server";
+  return {};
+}
+
+std::string ShownServerUrl(const std::string& url) {
+  const Options options = Read(url);
+  const std::string host = ValueOf(options, "host");
+  const std::string service = ValueOf(options, "service");
+  const bool socket = host.find('/') != std::string::npos;
+  std::string shown = "postgresql://";
+  if (const std::string user = ValueOf(options, "user"); !user.empty()) shown += user + '@';
+  if (!socket) shown += host.empty() ? ValueOf(options, "hostaddr") : host;
+  if (const std::string port = ValueOf(options, "port"); !port.empty()) shown += ':' + port;
+  shown += '/' + ValueOf(options, "dbname");
+  if (socket) shown += "?host=" + host;
+  if (!service.empty()) shown += "?service=" + service;
+  return shown;
+}
+
+bool HoldsPassword(const std::string& url) {
+  const Options options = Read(url);
+  return !ValueOf(options, "password").empty() || !ValueOf(options, "sslpassword").empty();
+}
+
+}  // namespace zemo
