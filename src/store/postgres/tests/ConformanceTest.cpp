@@ -55,7 +55,7 @@ TEST(Openings, ABaseThatWasNeverOpenedSaysSoAndShowsNoUrl) {
   EXPECT_EQ(text, "the base is not open");
   EXPECT_EQ(ErrorOf([&] { file->FindTable("VT"); }, &text), kErrClosed);
   EXPECT_EQ(text, "Triskin.MDB is not open");
-  for (Database* base : {server.get(), file.get()}) {
+  for (Database* base : std::initializer_list<Database*>{server.get(), file.get()}) {
     EXPECT_FALSE(base->IsOpen());
     EXPECT_FALSE(base->InTransaction());
     EXPECT_FALSE(base->FileIsLost());
