@@ -156,7 +156,8 @@ struct EngineState {
   // --- writes that the base could not take yet (see reports/AirWrites.h) ---
   KeptWrites kept;
   RollingRows rollingReport;  // writer: ExportReport
-  bool reportPurgeDue = false;  // it waits until the report is known; writer: ReportPurge
+  // The day up to which rows go once the report is known, as a day serial; writer: ReportPurge.
+  std::optional<int64_t> reportPurgeLimit;
   DatedLists datedLists;      // writer: PlaylistWatcher
 
   int64_t baseLookMs = 0;      // monotonic; whether the base is lost is not looked at before
