@@ -18,8 +18,7 @@ namespace {
 // block of a former file, which a loss of power can leave where a new one should be, does not fit.
 // The number goes up with every change of what is written, or of what Pack makes of a row.
 constexpr std::string_view kForm = "Zemo library 002";
-constexpr size_t kMarkedBytes = 32;  // a mark is made of multiples of it
-constexpr size_t kHeadBytes = 24;    // the form, and where the last block ends
+constexpr size_t kHeadBytes = 24;  // the form, and where the last block ends
 
 constexpr size_t kCardBytes = offsetof(PackedCard, broadcasts) + sizeof(PackedCard::broadcasts);
 static_assert(std::is_trivially_copyable_v<PackedCard>);

@@ -214,7 +214,7 @@ bool KnownReport::LookAtPages(Database& db, Stretch& stretch) const {
     AddTo(run.mark, page.mark);
     run.lastCode = page.lastKey;
     rows += page.rows;
-    ++pages;
+    pages += page.filePages;
     return true;
   };
   if (!db.ReadPages(kReportTable, lastCode_, look)) return false;

@@ -158,7 +158,7 @@ struct EngineState {
   RollingRows rollingReport;  // writer: ExportReport
   // The day up to which rows go once the report is known, as a day serial; writer: ReportPurge.
   std::optional<int64_t> reportPurgeLimit;
-  DatedLists datedLists;      // writer: PlaylistWatcher
+  DatedLists datedLists;  // writer: PlaylistWatcher
 
   int64_t baseLookMs = 0;      // monotonic; whether the base is lost is not looked at before
   int64_t basePauseMs = 2000;  // up to the look behind it
