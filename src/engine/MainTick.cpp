@@ -214,20 +214,27 @@ void ServeKnownReport(Station& station) {
   ExportReportOnceKnown(station);
 }
 
+// True where something is left to be read.
+bool ReadASlice(Station& station, bool cardsFirst) {
+  if (cardsFirst && ReadCardsAhead(station)) return true;
+  if (ReadReportAhead(station)) return true;
+  ServeKnownReport(station);
+  return !cardsFirst && ReadCardsAhead(station);
+}
+
 // Some slices a tick while there is something to read, else a look for others' writes: a request
-// finds the report and the library in memory then.
+// finds the report and the library in memory then. The last one is the library's first: others may
+// write faster than a long report is read.
 void ReadAhead(Station& station) {
   EngineState& engine = station.engine;
   const int64_t nowMs = station.platform.clock.MonotonicMs();
   if (nowMs < engine.libraryLookMs || !AwayFromExit(station)) return;
-  for (int slice = 0; slice < kSlicesATick; ++slice) {
+  bool left = true;
+  for (int slice = 0; slice < kSlicesATick && left; ++slice) {
     if (slice > 0) station.platform.loop.Yield();
-    if (ReadReportAhead(station)) continue;
-    ServeKnownReport(station);
-    if (ReadCardsAhead(station)) continue;
-    engine.libraryLookMs = nowMs + kLibraryLookMs;
-    return;
+    left = ReadASlice(station, slice == kSlicesATick - 1);
   }
+  if (!left) engine.libraryLookMs = nowMs + kLibraryLookMs;
 }
 
 // --- the sequence ---

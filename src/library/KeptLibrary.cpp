@@ -14,22 +14,16 @@ namespace zemo {
 namespace {
 
 // The file: a head, then blocks one behind the other, each a mark, the length of its payload and
-// the payload, filled up to what a mark is made of.
+// the payload, filled up to what a mark is made of. A mark is made of all payloads up to its own: a
+// block of a former file, which a loss of power can leave where a new one should be, does not fit.
 // The number goes up with every change of what is written, or of what Pack makes of a row.
-constexpr std::string_view kForm = "Zemo library 001";
-constexpr size_t kMarkedBytes = 32;  // a mark is made of multiples of it
-constexpr size_t kHeadBytes = 24;    // the form, and where the last block ends
+constexpr std::string_view kForm = "Zemo library 002";
+constexpr size_t kHeadBytes = 24;  // the form, and where the last block ends
 
 constexpr size_t kCardBytes = offsetof(PackedCard, broadcasts) + sizeof(PackedCard::broadcasts);
 static_assert(std::is_trivially_copyable_v<PackedCard>);
 static_assert(kCardBytes == 8 + 8 + 5 * 4 + 5 * 4 + 5 * 2 + 2 + kDiffusions * 4,
               "a gap within, whose bytes nobody sets");
-
-PageMark MarkOf(std::string_view bytes) {
-  PageMark mark{};
-  AddToMark(mark, bytes);
-  return mark;
-}
 
 // Cards with cells that stand in no card are left to the base.
 std::string PayloadOf(const CardChunk& chunk) {
@@ -61,20 +55,23 @@ void LeaveOutOddPages(KnownLibrary& library) {
     }
 }
 
-void AddBlock(std::string& bytes, std::string payload) {
+// `mark` is that of the block before.
+void AddBlock(std::string& bytes, std::string payload, PageMark& mark) {
   const uint64_t length = payload.size();
   payload.resize((payload.size() + kMarkedBytes - 1) / kMarkedBytes * kMarkedBytes);
-  for (const uint64_t half : MarkOf(payload)) AddNumber(bytes, half);
+  AddToMark(mark, payload);
+  for (const uint64_t half : mark) AddNumber(bytes, half);
   AddNumber(bytes, length);
   bytes += payload;
 }
 
-std::string_view TakeBlock(ByteReader& file) {
-  const PageMark mark{file.Take<uint64_t>(), file.Take<uint64_t>()};
+std::string_view TakeBlock(ByteReader& file, PageMark& mark) {
+  const PageMark stated{file.Take<uint64_t>(), file.Take<uint64_t>()};
   const auto length = file.Take<uint64_t>();
   const std::string_view filled =
       file.Bytes((length / kMarkedBytes + (length % kMarkedBytes != 0)) * kMarkedBytes);
-  if (MarkOf(filled) != mark) throw OddBytes();
+  AddToMark(mark, filled);
+  if (mark != stated) throw OddBytes();
   return filled.substr(0, static_cast<size_t>(length));
 }
 
@@ -140,14 +137,14 @@ std::optional<KeptLibraryWriter::Piece> KeptLibraryWriter::Next() {
   if (complete_) return std::nullopt;
   if (end_ == 0) {
     Piece first{0, std::string(kHeadBytes, '\0')};
-    AddBlock(first.bytes, std::exchange(shared_, {}));
+    AddBlock(first.bytes, std::exchange(shared_, {}), mark_);
     end_ = static_cast<int64_t>(first.bytes.size());
     return first;
   }
   auto& chunks = library_.cards.chunks;
   if (next_ < chunks.size()) {
     Piece piece{end_, {}};
-    AddBlock(piece.bytes, PayloadOf(*std::exchange(chunks[next_++], nullptr)));
+    AddBlock(piece.bytes, PayloadOf(*std::exchange(chunks[next_++], nullptr)), mark_);
     end_ += static_cast<int64_t>(piece.bytes.size());
     return piece;
   }
@@ -166,8 +163,9 @@ std::optional<TakenLibrary> ReadKeptLibrary(std::string_view file, std::string_v
       return std::nullopt;
     ByteReader blocks(file.substr(kHeadBytes, static_cast<size_t>(end) - kHeadBytes));
     TakenLibrary library;
-    TakeShared(TakeBlock(blocks), owner, library);
-    while (!blocks.AtEnd()) TakeChunk(TakeBlock(blocks), library);
+    PageMark mark{};
+    TakeShared(TakeBlock(blocks, mark), owner, library);
+    while (!blocks.AtEnd()) TakeChunk(TakeBlock(blocks, mark), library);
     return library;
   } catch (const OddBytes&) {
     return std::nullopt;

@@ -36,6 +36,7 @@ class KeptLibraryWriter {
  private:
   KnownLibrary library_;
   std::string shared_;  // the payload of the first block
+  PageMark mark_{};     // of the last block that was handed out
   size_t next_ = 0;     // chunk
   int64_t end_ = 0;     // of the file, as far as it was handed out
   bool complete_ = false;

@@ -187,7 +187,7 @@ bool KnownCards::LookAtPages(Database& db, Stretch& stretch) const {
     }
     stretch.pages.push_back({page.lastKey, page.mark});
     stretch.end = page.lastKey;
-    ++pages;
+    pages += page.filePages;
     return int64_t{rows} * kPagesASlice < int64_t{sliceRows_} * (kPagesASlice - pages) &&
            stretch.others.size() < kRangesASlice;
   };

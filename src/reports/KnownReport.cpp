@@ -20,7 +20,6 @@ constexpr int64_t kRowsForAPage = 8;      // that take as long
 constexpr int64_t kWidestWindow = 40000;  // CODEs; a card's gap has 16 bits
 constexpr size_t kArtistsToSpare = 4096;
 constexpr double kNoMoment = -std::numeric_limits<double>::infinity();
-constexpr double kMinute = 1.0 / (24 * 60);
 constexpr const char* kOffAir[] = {"TOP-H", "JINGLE", "PUB"};
 
 // A CODE is above 0 wherever nobody has made it otherwise.
@@ -30,18 +29,6 @@ int64_t FloorFor(int64_t code) {
 
 int64_t BehindCode(int64_t code) {
   return code == KnownReport::kBelowAll ? code : code + 1;
-}
-
-bool IsAscii(const std::string& text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-std::string InAsciiCapitals(std::string_view text) {
-  std::string capitals(text);
-  for (char& c : capitals)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  return capitals;
 }
 
 // As the dialect's NOT IN of these ASCII names.
@@ -58,11 +45,12 @@ void AddTo(PageMark& run, const PageMark& page) {
     run[i] = (run[i] ^ page[i]) * 0x9E3779B97F4A7C15 + (run[i] >> 31) + 1;
 }
 
+}  // namespace
+
 bool AheadOfClock(double moment, double now) {
+  constexpr double kMinute = 1.0 / (24 * 60);
   return moment - now >= kMinute;
 }
-
-}  // namespace
 
 void OlderRows::Add(const OlderRows& others) {
   rows += others.rows;
@@ -79,14 +67,14 @@ uint32_t ReportArtists::Number(std::string_view spelling) {
   if (!fresh) return artist->second;
   artists_.push_back(&*artist);
   const auto any = anyCase_.try_emplace(artist->first, next).first->second;
-  const auto ascii = asciiCase_.try_emplace(InAsciiCapitals(spelling), next).first->second;
+  const auto ascii = asciiCase_.try_emplace(UpperAscii(spelling), next).first->second;
   groups_.push_back({any, ascii});
   return next;
 }
 
 uint32_t ReportArtists::GroupOf(const std::string& artist, bool ascii) const {
   if (ascii) {
-    const auto found = asciiCase_.find(InAsciiCapitals(artist));
+    const auto found = asciiCase_.find(UpperAscii(artist));
     return found == asciiCase_.end() ? kNone : found->second;
   }
   const auto found = anyCase_.find(artist);
@@ -214,7 +202,7 @@ bool KnownReport::LookAtPages(Database& db, Stretch& stretch) const {
     AddTo(run.mark, page.mark);
     run.lastCode = page.lastKey;
     rows += page.rows;
-    ++pages;
+    pages += page.filePages;
     return true;
   };
   if (!db.ReadPages(kReportTable, lastCode_, look)) return false;

@@ -3,7 +3,7 @@
 // with rising DATENUM: so the newest rows by their moment are found among the newest by CODE, and
 // that no older one has a later moment proves them. Where it does not, and for who looks further
 // back, the base is asked. Nothing of it grows with the report but its first reading: slices of
-// some milliseconds, three a tick.
+// some milliseconds, two or three a tick.
 //
 // Until it is known, requests read on with yields and go by the base's queries where others write
 // faster than that; "rapportzemo.txt" shows the newest of the last rows, and the purge waits for a
@@ -72,6 +72,9 @@ class ReportArtists {
   std::map<std::string, uint32_t, AnyCase> anyCase_;
   std::unordered_map<std::string, uint32_t> asciiCase_;
 };
+
+// The row's moment is a minute ahead of `now`, both day serials: the clock went back since.
+bool AheadOfClock(double moment, double now);
 
 // Thread: the logic's.
 class KnownReport {

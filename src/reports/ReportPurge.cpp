@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/Folder.h"
 #include "reports/KnownReport.h"
@@ -69,12 +70,18 @@ void DeleteUpTo(Database& db, int64_t limit, int64_t lastCode) {
 }  // namespace
 
 void PurgeReport(Station& station, int64_t days) {
-  bool& due = station.engine.reportPurgeDue;
+  station.engine.reportPurgeLimit = LimitOf(station, days);
+  PurgeReportOnceKnown(station);
+}
+
+// The limit stays that of the day on which the purge was due: until the report is known a preview
+// may set another date.
+void PurgeReportOnceKnown(Station& station) {
+  if (!station.engine.reportPurgeLimit) return;
   try {
     const KnownReport::State state = LookAtReport(station);
-    due = state == KnownReport::State::kBeingRead;
-    if (due) return;
-    const int64_t limit = LimitOf(station, days);
+    if (state == KnownReport::State::kBeingRead) return;
+    const int64_t limit = *std::exchange(station.engine.reportPurgeLimit, std::nullopt);
     Database& db = station.base.Db();
     const auto last = LastRowUpTo(station, limit, state == KnownReport::State::kKnown);
     if (last) KeepLimit(station, limit);
@@ -83,12 +90,6 @@ void PurgeReport(Station& station, int64_t days) {
   } catch (const std::exception&) {
     LogCurrentException(station, kPurgeRoutine);
   }
-}
-
-void PurgeReportOnceKnown(Station& station) {
-  if (!station.engine.reportPurgeDue) return;
-  station.base.CheckCnf();
-  PurgeReport(station, station.base.CnfInt(Cnf::kPurgeRapport));
 }
 
 ReportSpan::ReportSpan(Station& station) : first_(std::numeric_limits<double>::infinity()) {

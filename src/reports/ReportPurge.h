@@ -13,7 +13,7 @@ struct Station;
 // (reports/KnownReport.h) is left for later. A fault is logged and leaves the table as it was.
 // Thread: the logic's.
 void PurgeReport(Station& station, int64_t days);
-// What PurgeReport left for later, by the setting. For each tick that has read on.
+// What PurgeReport left for later, up to the day of then. For each tick that has read on.
 void PurgeReportOnceKnown(Station& station);
 
 // What the report has left of the past.

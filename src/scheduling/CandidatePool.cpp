@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -195,13 +196,15 @@ class ArtistTests {
 
 // What is not known yet is read here, with yields: a write of another program touches few cards
 // most of the time, and even the whole library costs little more than the query, which holds the
-// air for as long as it takes. A base that others write to again and again is asked all the same.
+// air for as long as it takes. A base that others write to again and again, or that is handed over
+// in a yield, is asked all the same.
 std::optional<CardSet> KnownSoon(Station& station) {
   constexpr int kMostPasses = 3;
   if (auto known = CardsNow(station)) return known;
-  const KnownCards& cards = CardsOf(station);
-  const int64_t begun = cards.Passes();
-  while (cards.Passes() - begun < kMostPasses && ReadCardsAhead(station))
+  const std::shared_ptr<const KnownCards> cards = station.knownCards;  // null without a base
+  const int64_t begun = cards ? cards->Passes() : 0;
+  while (cards && station.knownCards == cards && cards->Passes() - begun < kMostPasses &&
+         ReadCardsAhead(station))
     station.platform.loop.Yield();
   return CardsNow(station);
 }

@@ -46,19 +46,14 @@ void Follow(Station& station, int64_t floor) {
   }
 }
 
-// The clock went back: the newest rows by their moment are not those that aired last.
-bool AheadOfTheClock(Station& station, double moment) {
-  constexpr double kMinute = 1.0 / (24 * 60);
-  return moment - DateSerial(station.Now()) >= kMinute;
-}
-
 std::vector<std::string> AskNewestArtists(Station& station, int count) {
   const std::string query =
       std::string("SELECT TOP ? Auteur, DATENUM FROM Rapport Where ") + kAired + " ORDER BY ";
   std::vector<std::string> artists;
   bool ahead = false;
   station.base.Db().ReadRows(query + "DATENUM DESC", {count}, [&](const RowView& row) {
-    ahead = ahead || (artists.empty() && AheadOfTheClock(station, row.Real(1)));
+    // The newest rows by their moment are not those that aired last then.
+    ahead = ahead || (artists.empty() && AheadOfClock(row.Real(1), DateSerial(station.Now())));
     artists.emplace_back(row.Text(0));
   });
   if (!ahead) return artists;

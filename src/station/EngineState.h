@@ -156,8 +156,9 @@ struct EngineState {
   // --- writes that the base could not take yet (see reports/AirWrites.h) ---
   KeptWrites kept;
   RollingRows rollingReport;  // writer: ExportReport
-  bool reportPurgeDue = false;  // it waits until the report is known; writer: ReportPurge
-  DatedLists datedLists;      // writer: PlaylistWatcher
+  // The day up to which rows go once the report is known, as a day serial; writer: ReportPurge.
+  std::optional<int64_t> reportPurgeLimit;
+  DatedLists datedLists;  // writer: PlaylistWatcher
 
   int64_t baseLookMs = 0;      // monotonic; whether the base is lost is not looked at before
   int64_t basePauseMs = 2000;  // up to the look behind it

@@ -57,7 +57,8 @@ uint64_t Stirred(uint64_t number) {
 // While a read lock is held.
 class Walk {
  public:
-  Walk(sqlite3_file* file, int64_t afterKey, const Database::TakePage& take)
+  // `made` is the query that made the table.
+  Walk(sqlite3_file* file, std::string made, int64_t afterKey, const Database::TakePage& take)
       : file_(file), afterKey_(afterKey), take_(take) {
     if (file_->pMethods->xFileSize(file_, &fileBytes_) != SQLITE_OK) throw OddForm();
     Page head = ReadBytes(0, kHeadBytes);
@@ -67,7 +68,9 @@ class Walk {
     usable_ = pageBytes_ - Big(head, 20, 1);
     if (usable_ < 480) throw OddForm();
     if (Big(head, 18, 2) != 0x0101) throw OddForm();  // another journal than the rollback journal
-    structure_ = Big(head, 40, 4);
+    structure_ = {Big(head, 40, 4), 0};
+    made.resize((made.size() + kMarkedBytes - 1) / kMarkedBytes * kMarkedBytes);
+    AddToMark(structure_, made);
   }
 
   // False where `take` wants no more.
@@ -110,15 +113,15 @@ class Walk {
 
   bool Leaf(const Page& page, size_t head, int64_t lastKey) {
     const uint32_t cells = Big(page, head + 3, 2);
-    PageMark mark{structure_, 0};  // by which the same bytes may read otherwise
-    AddToMark(mark, Bytes(page));
+    TablePage told{lastKey, static_cast<int>(cells), structure_};
+    AddToMark(told.mark, Bytes(page));
     for (uint32_t cell = 0; cell < cells; ++cell)
-      AddOverflow(page, Big(page, head + kLeafCells + size_t{2} * cell, 2), mark);
-    return take_({lastKey, static_cast<int>(cells), mark});
+      AddOverflow(page, Big(page, head + kLeafCells + size_t{2} * cell, 2), told);
+    return take_(told);
   }
 
   // Of a row that is longer than its share of the page.
-  void AddOverflow(const Page& page, size_t at, PageMark& mark) const {
+  void AddOverflow(const Page& page, size_t at, TablePage& told) const {
     const int64_t payload = TakeNumber(page, at);
     TakeNumber(page, at);  // its key
     // A chain that leads back to itself ends as a row that the file has no room for.
@@ -130,7 +133,8 @@ class Walk {
     uint32_t next = Big(page, at + static_cast<size_t>(here), 4);
     for (int64_t left = payload - here; left > 0; left -= usable_ - 4) {
       const Page more = ReadPage(next);
-      AddToMark(mark, Bytes(more));
+      AddToMark(told.mark, Bytes(more));
+      ++told.filePages;
       next = Big(more, 0, 4);
     }
   }
@@ -140,7 +144,9 @@ class Walk {
   const Database::TakePage& take_;
   int64_t pageBytes_ = 0, usable_ = 0;
   sqlite3_int64 fileBytes_ = 0;
-  uint32_t structure_ = 0;  // counts its changes
+  // Of the table's form and of the count of the base's changes: by them the same bytes may read
+  // otherwise.
+  PageMark structure_{};
 };
 
 }  // namespace
@@ -170,11 +176,11 @@ bool ReadTablePages(Connection& connection, std::string_view table, int64_t afte
       !file || !file->pMethods)
     return false;
   Statement root = connection.Prepare(
-      "SELECT rootpage FROM sqlite_schema WHERE type = 'table' AND name = ?1 COLLATE NOCASE");
+      "SELECT rootpage, sql FROM sqlite_schema WHERE type = 'table' AND name = ?1 COLLATE NOCASE");
   root.Bind(1, std::string(table));
   if (!root.Step()) return false;  // else the read lock is held until the end of this scope
   try {
-    Walk(file, afterKey, take)
+    Walk(file, root.Text(1), afterKey, take)
         .Below(static_cast<uint32_t>(root.Int(0)), std::numeric_limits<int64_t>::max(), 0);
     return true;
   } catch (const OddForm&) {

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -22,13 +23,15 @@ class Connection;
 // same ones comes to pass no sooner than that memory gives back what was never written to it.
 using PageMark = std::array<uint64_t, 2>;
 
-// Further bytes go into a mark, multiples of 32.
+// Further bytes go into a mark, multiples of kMarkedBytes.
+inline constexpr size_t kMarkedBytes = 32;
 void AddToMark(PageMark& mark, std::string_view bytes);
 
 struct TablePage {
   int64_t lastKey;  // the page holds all rows above the last key of the page before, up to this
   int rows;
-  PageMark mark;  // of the page and of what belongs to its rows elsewhere
+  PageMark mark;      // of the page and of what belongs to its rows elsewhere
+  int filePages = 1;  // that were read for it: with those on which its rows go on
 };
 
 // As Database::ReadPages. Thread: the logic's. Throws StoreError.

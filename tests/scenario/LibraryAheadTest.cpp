@@ -41,6 +41,20 @@ TEST_F(LargeLibrary, IsKnownAgainSoonAfterAWriteOfAnotherProgram) {
   EXPECT_EQ(cards->texts->ArtistAt(cards->chunks[0]->at(0).artist).listed, "OTHER");
 }
 
+TEST_F(LargeLibrary, IsReadThoughOthersWriteFasterThanALongReportIsRead) {
+  // Rows of 200 bytes, twenty a page at most: a tick looks at 3000 of 4000 pages.
+  on.Sql(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 80000) INSERT INTO "
+      "Rapport (AUTEURCOMPOSITEUR, AUTEUR, TITRE, LABEL, GENRE, DATENUM) SELECT printf('%.60c', "
+      "'c'), printf('%.40c', 'a'), printf('%.40c', 't'), printf('%.40c', 'l'), printf('%.20c', "
+      "'g'), 46317 FROM n");
+  for (int64_t ms = 50; ms <= 5000; ms += 100)
+    on.loop.At(ms, [this] { on.Sql("UPDATE Cnf SET JingleCode = JingleCode + 1"); });
+  on.RunUntil(5000);
+  EXPECT_EQ(LookAtReport(on.station), KnownReport::State::kBeingRead);
+  EXPECT_TRUE(Known());
+}
+
 TEST_F(LargeLibrary, IsNotReadWhereAnElementIsAboutToBegin) {
   const int32_t title = on.AddCard({.lengthMs = 60000});
   on.AppendCard(title);

@@ -173,6 +173,19 @@ TEST_F(LibraryOverARestart, AFileThatIsNotCompleteIsNone) {
   EXPECT_FALSE(ReadKeptLibrary(begun, kOwner));
 }
 
+// A loss of power in the midst of a writing leaves blocks of the former file between new ones.
+TEST_F(LibraryOverARestart, BlocksOfAnotherFileMakeItNone) {
+  const std::string former = FileOf(Earlier());
+  on.Sql("UPDATE Discotheque SET LASTDIFF = LASTDIFF + 1");  // each block is as long as before
+  const std::string latter = FileOf(Earlier());
+  ASSERT_EQ(former.size(), latter.size());
+  ASSERT_TRUE(ReadKeptLibrary(latter, kOwner));
+  const size_t cards = KeptLibraryWriter(Earlier(), kOwner).Next()->bytes.size();
+  ASSERT_NE(former.substr(cards), latter.substr(cards));
+  EXPECT_FALSE(ReadKeptLibrary(latter.substr(0, cards) + former.substr(cards), kOwner));
+  EXPECT_FALSE(ReadKeptLibrary(former.substr(0, cards) + latter.substr(cards), kOwner));
+}
+
 TEST_F(LibraryOverARestart, AByteThatIsAnotherOneMakesItNone) {
   const std::string file = FileOf(Earlier());
   // Behind the form and its end; every block is marked.
@@ -223,7 +236,7 @@ TEST_F(LibraryOverARestart, ACardLiesInTheFileAsTheFormHasIt) {
   AddNumber(card, uint32_t{1} << 31);
   AddNumber(card, std::array<uint32_t, 6>{});
   const std::string file = FileOf(Earlier());
-  EXPECT_EQ(file.substr(0, 16), "Zemo library 001");
+  EXPECT_EQ(file.substr(0, 16), "Zemo library 002");
   EXPECT_NE(file.find(card + std::string("\xD0\0\0\0TITLE 40fff", 15)), std::string::npos);
 }
 

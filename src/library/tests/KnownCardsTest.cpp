@@ -86,6 +86,17 @@ TEST_F(CardsInMemory, RowsAreReadOnlyOfPagesThatAnotherProgramWroteTo) {
   EXPECT_EQ(base->rows, 0);
 }
 
+// Some 3 ms of looking, whether the pages are many or their rows are long.
+TEST_F(CardsInMemory, ASliceLooksAtFewerPagesWhoseRowsGoOnElsewhere) {
+  KnownCards looked;
+  base->pages = {{10, 10, {1, 1}, 800}, {20, 10, {2, 2}, 800}, {kAboveAll, 20, {3, 3}, 800}};
+  while (looked.ReadSlice(*base)) {
+  }
+  on.Sql("UPDATE Cnf SET JingleCode = JingleCode + 1");
+  EXPECT_TRUE(looked.ReadSlice(*base));
+  EXPECT_FALSE(looked.ReadSlice(*base));
+}
+
 TEST_F(CardsInMemory, WhereThePagesCannotBeToldAllRowsAreRead) {
   ReadAll();
   base->pagesUntold = true;

@@ -84,13 +84,27 @@ TEST_F(ReportPurge, ALongReportIsPurgedOnceItIsKnown) {
   OpenBaseAgain(on.station);
   PurgeReport(on.station, 30);  // up to the midnight of 46317, which row 17,000 bears
   EXPECT_EQ(on.SqlText("SELECT MIN(CODE) FROM Rapport"), "1");
-  EXPECT_TRUE(on.station.engine.reportPurgeDue);
   while (ReadReportAhead(on.station)) {
   }
-  on.Sql("UPDATE Cnf SET PurgeRapport = 30");
   PurgeReportOnceKnown(on.station);
   EXPECT_EQ(on.SqlText("SELECT MIN(CODE) FROM Rapport"), "17001");
-  EXPECT_FALSE(on.station.engine.reportPurgeDue);
+  on.Sql("INSERT INTO Rapport (CODE, DATENUM) VALUES (1, 46000)");
+  PurgeReportOnceKnown(on.station);  // nothing is left for later
+  EXPECT_EQ(on.SqlText("SELECT MIN(CODE) FROM Rapport"), "1");
+}
+
+// As a preview of the grid sets it; and the setting may be another one by then.
+TEST_F(ReportPurge, ADateThatIsSetBeforeTheReportIsKnownPurgesNoMore) {
+  on.Sql(OldRowsSql(1, 30000, "46300 + i / 1000.0"));  // days 46300 to 46330
+  OpenBaseAgain(on.station);
+  PurgeReport(on.station, 30);  // up to the midnight of 46317, which row 17,000 bears
+  on.loop.SetWallClock({2027, 6, 1, 12, 0, 0, 0});
+  on.Sql("UPDATE Cnf SET PurgeRapport = 1");
+  while (ReadReportAhead(on.station)) {
+  }
+  PurgeReportOnceKnown(on.station);
+  EXPECT_EQ(on.SqlText("SELECT MIN(CODE) FROM Rapport"), "17001");
+  EXPECT_EQ(on.SqlText("SELECT COUNT(*) FROM Rapport"), "13000");
 }
 
 TEST_F(ReportPurge, KeepsNoDayForRowsThatSomebodyElseDeleted) {

@@ -164,6 +164,40 @@ TEST_F(Candidates, ABaseThatOthersWriteToAgainAndAgainIsAsked) {
   EXPECT_LT(writes, 10);
 }
 
+// An operator's start in the yield takes over a base that another machine dropped.
+TEST_F(Candidates, ABaseThatIsHandedOverMeanwhileIsAsked) {
+  KeepInSlicesOf(100);
+  Cards(3000);
+  test::WatchedStation watched(s);
+  watched.station.knownCards = std::make_shared<KnownCards>(100);
+  const std::weak_ptr<KnownCards> former = watched.station.knownCards;
+  int yields = 0;
+  bool heldMeanwhile = false;
+  watched.loop.onYield = [&] {
+    if (++yields > 1) return;
+    s.Sql("UPDATE Discotheque SET LASTDIFF = 1 WHERE CODE = 25");
+    ForgetAnswers(watched.station);
+    heldMeanwhile = !former.expired();
+  };
+  const CandidateCards cards(watched.station, kPop, CandidateCards::Order::kLastdiff);
+  EXPECT_TRUE(heldMeanwhile);
+  ASSERT_EQ(cards.Count(), 3000);
+  EXPECT_EQ(cards.Code(0), 25);
+}
+
+TEST_F(Candidates, ARequestEndsThoughTheBaseIsHandedOverAgainAndAgain) {
+  Cards(3000);
+  test::WatchedStation watched(s);
+  int yields = 0;
+  watched.loop.onYield = [&] {
+    ASSERT_LT(++yields, 100);
+    if (yields < 100) ForgetAnswers(watched.station);
+  };
+  const CandidateCards cards(watched.station, kPop, CandidateCards::Order::kLastdiff);
+  EXPECT_EQ(cards.Count(), 3000);
+  EXPECT_LT(yields, 10);
+}
+
 TEST_F(Candidates, ARequestOfALibraryThatOnlyTheBaseCanJudgeWaitsForNothing) {
   Cards(3000);
   s.Execute("UPDATE Discotheque SET TRANCHE06 = x'31' WHERE CODE = 7");

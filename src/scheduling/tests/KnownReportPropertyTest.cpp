@@ -312,9 +312,9 @@ class ReportCases {
     const auto rest = Db().OpenRecordset(
         "SELECT COUNT(*) AS N FROM Rapport WHERE NOT DATENUM <= ? OR DATENUM IS NULL", {limit});
     PurgeReport(It(), days);
-    if (It().engine.reportPurgeDue) {
+    if (It().engine.reportPurgeLimit) {
       ReadAll();
-      PurgeReport(It(), days);
+      PurgeReportOnceKnown(It());
     }
     EXPECT_EQ(PurgedTo(limit), "0 of " + std::to_string(AsInt(rest->Field(0))));
   }

@@ -134,9 +134,30 @@ TEST_F(Pages, TheEndOfALongTextCountsAsItsBegin) {
   EXPECT_EQ(Others(before), std::vector<int64_t>{LastKeyOf(before, 1500)});
 }
 
+// Of 20,000 bytes and some more 4 x 4092 stand elsewhere, the others on the table's page.
+TEST_F(Pages, AreCountedWithThoseOnWhichLongRowsGoOn) {
+  other->Do("PRAGMA ignore_check_constraints = ON");
+  other->Do("UPDATE Discotheque SET TITRE = printf('%.20000c', 'x') WHERE CODE = 1500");
+  ASSERT_EQ(PageBytes(), 4096);
+  const auto pages = All();
+  const int64_t longOne = LastKeyOf(pages, 1500);
+  for (const TablePage& page : pages)
+    EXPECT_EQ(page.filePages, page.lastKey == longOne ? 5 : 1) << page.lastKey;
+}
+
 TEST_F(Pages, AnotherStructureMakesEveryMarkAnotherOne) {
   const auto before = All();
   other->Do("CREATE TABLE Another (A)");
+  EXPECT_EQ(Others(before).size(), before.size());
+}
+
+// A base that takes another one's place counts the changes of its structure by itself.
+TEST_F(Pages, AnotherStructureOfTheSameCountMakesEveryMarkAnotherOne) {
+  const auto before = All();
+  const std::string count = other->One("PRAGMA schema_version");
+  for (const char* names : {"ECARTMINUTES TO X", "ECARTJOURS TO ECARTMINUTES", "X TO ECARTJOURS"})
+    other->Do("ALTER TABLE Discotheque RENAME COLUMN " + std::string(names));
+  other->Do("PRAGMA schema_version = " + count);
   EXPECT_EQ(Others(before).size(), before.size());
 }
 

@@ -22,6 +22,7 @@ namespace zemo {
 class AirSink;
 class DecodedStream;
 class MixerThread;
+
 // How the sound fares, for a health line.
 struct SoundHealth {
   std::string output;  // what plays, in words
