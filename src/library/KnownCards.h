@@ -13,8 +13,8 @@
 //                   the next one to go by;
 //   the structure   only a table that is read as it stands is kept; of any other nothing is known.
 //                   Who changes it counts as another program, or the store notes all rows.
-// Whoever is told that nothing is known asks the base, or reads on. While another process has the file to
-// himself the counter cannot be read, and what was known is: he has not committed.
+// Whoever is told that nothing is known asks the base, or reads on. While another process has the
+// file to himself the counter cannot be read, and what was known is: he has not committed.
 #pragma once
 
 #include <cstdint>

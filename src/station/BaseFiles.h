@@ -11,15 +11,15 @@ class Folder;
 struct Station;
 
 namespace BaseFile {
-inline constexpr char kBase[] = "Triskin.MDB";       // in whatever case it stands there
-inline constexpr char kBackup[] = "Triskin.BAK";     // the base before the last change
-inline constexpr char kCopy[] = "TriskinN.MDB";      // of a compaction, until it is the base
-inline constexpr char kCopyLock[] = "TriskinN.LDB";  // its lock file
-inline constexpr char kIni[] = "Base.Ini";           // names a base on a server, in its place
-inline constexpr char kMovedIni[] = "Base.New";      // the same while the base is moved
+inline constexpr char kBase[] = "Triskin.MDB";        // in whatever case it stands there
+inline constexpr char kBackup[] = "Triskin.BAK";      // the base before the last change
+inline constexpr char kCopy[] = "TriskinN.MDB";       // of a compaction, until it is the base
+inline constexpr char kCopyLock[] = "TriskinN.LDB";   // its lock file
+inline constexpr char kIni[] = "Base.Ini";            // names a base on a server, in its place
+inline constexpr char kMovedIni[] = "Base.New";       // the same while the base is moved
 inline constexpr char kMovedPart[] = "Triskin.part";  // a file that comes from a server, growing
-inline constexpr char kNew[] = "New.mdb";            // dropped to take the base's place
-inline constexpr char kJournal[] = "-journal";       // behind a base's name: of a write under way
+inline constexpr char kNew[] = "New.mdb";             // dropped to take the base's place
+inline constexpr char kJournal[] = "-journal";        // behind a base's name: of a write under way
 }  // namespace BaseFile
 
 // Name of the base in the station's folder, in the spelling that it has there.

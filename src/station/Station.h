@@ -84,7 +84,7 @@ struct Station : private SoundObserver, private FlagObserver {
   Saver saver;
   LockDialogue lockDialogue;
   RequestState requests;
-  std::shared_ptr<KnownCards> knownCards;  // the music library in memory; library/KnownCards.h
+  std::shared_ptr<KnownCards> knownCards;    // the music library in memory; library/KnownCards.h
   std::shared_ptr<KnownReport> knownReport;  // its newest rows in memory; reports/KnownReport.h
   ModelEditor modelEditor;
   SettingsScreen settings;

@@ -70,10 +70,10 @@ class Connection {
   Statement PrepareDialect(std::string_view sql, const Values& values = {});
   void ExecuteNow(const char* sql);  // not kept
 
-  void Begin();     // nothing when one is open
+  void Begin();         // nothing when one is open
   void BeginReading();  // the same; the file is locked for reading by what is read first
-  void Commit();    // nothing when none is open; what cannot be committed is rolled back
-  void Rollback();  // nothing when none is open; throws nothing
+  void Commit();        // nothing when none is open; what cannot be committed is rolled back
+  void Rollback();      // nothing when none is open; throws nothing
   bool InTransaction() const;
 
   static bool FileExists(const std::string& path);  // a file that is not empty, or a folder

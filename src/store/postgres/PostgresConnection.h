@@ -98,10 +98,10 @@ class PostgresConnection {
   // Beside whoever works on the base; not in a transaction. Locks are waited for, seconds.
   void Compact();
 
-  void Begin();     // nothing when one is open
+  void Begin();         // nothing when one is open
   void BeginReading();  // the same of one moment, without the writers' lock
-  void Commit();    // nothing when none is open; what cannot be committed is rolled back
-  void Rollback();  // nothing when none is open; throws nothing
+  void Commit();        // nothing when none is open; what cannot be committed is rolled back
+  void Rollback();      // nothing when none is open; throws nothing
   bool InTransaction() const { return inTransaction_; }
 
   // As those of the file's connection.
