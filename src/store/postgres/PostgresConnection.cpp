@@ -10,8 +10,6 @@
 //     attempts, in LockWait.
 #include "store/postgres/PostgresConnection.h"
 
-#include <libpq-fe.h>
-
 #include <algorithm>
 #include <charconv>
 #include <utility>
@@ -21,6 +19,7 @@
 #include "store/SqlText.h"
 #include "store/StandIns.h"
 #include "store/StoreError.h"
+#include "store/postgres/ClientLibrary.h"
 #include "store/postgres/PostgresFunctions.h"
 
 namespace zemo {
@@ -48,12 +47,12 @@ std::string ServerLine(std::string text) {
 }
 
 std::string Detail(const PGresult* result, int field) {
-  const char* text = result ? PQresultErrorField(result, field) : nullptr;
+  const char* text = result ? Pq().PQresultErrorField(result, field) : nullptr;
   return text ? text : "";
 }
 
 bool Succeeded(const PGresult* result) {
-  const ExecStatusType status = PQresultStatus(result);
+  const ExecStatusType status = Pq().PQresultStatus(result);
   return status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK || status == PGRES_EMPTY_QUERY;
 }
 
@@ -181,28 +180,29 @@ class PostgresStandIns final : public StandInSql {
 // --- Result ---
 
 PostgresResult::~PostgresResult() {
-  PQclear(result_);
+  Pq().PQclear(result_);
 }
 
 int PostgresResult::Rows() const {
-  return PQntuples(result_);
+  return Pq().PQntuples(result_);
 }
 
 int PostgresResult::Columns() const {
-  return PQnfields(result_);
+  return Pq().PQnfields(result_);
 }
 
 std::string PostgresResult::ColumnName(int column) const {
-  const char* name = PQfname(result_, column);
+  const char* name = Pq().PQfname(result_, column);
   return name ? name : "";
 }
 
 bool PostgresResult::IsNull(int row, int column) const {
-  return PQgetisnull(result_, row, column) != 0;
+  return Pq().PQgetisnull(result_, row, column) != 0;
 }
 
 std::string_view PostgresResult::Text(int row, int column) const {
-  return {PQgetvalue(result_, row, column), static_cast<size_t>(PQgetlength(result_, row, column))};
+  return {Pq().PQgetvalue(result_, row, column),
+          static_cast<size_t>(Pq().PQgetlength(result_, row, column))};
 }
 
 int64_t PostgresResult::Int(int row, int column) const {
@@ -211,7 +211,7 @@ int64_t PostgresResult::Int(int row, int column) const {
 
 RowView::Kind PostgresResult::Kind(int row, int column) const {
   if (IsNull(row, column)) return RowView::Kind::kNull;
-  switch (PQftype(result_, column)) {
+  switch (Pq().PQftype(result_, column)) {
     case kBoolType:
     case kInt2Type:
     case kInt4Type:
@@ -242,7 +242,7 @@ Value PostgresResult::Read(int row, int column) const {
 }
 
 int64_t PostgresResult::RowsChanged() const {
-  return NumberIn<int64_t>(PQcmdTuples(result_));
+  return NumberIn<int64_t>(Pq().PQcmdTuples(result_));
 }
 
 // --- Opening ---
@@ -254,17 +254,17 @@ PostgresConnection::PostgresConnection(const std::string& url, bool create,
                               "client_encoding", "application_name", nullptr};
   const char* const values[] = {url.c_str(), kConnectSeconds, kUnansweredMs,
                                 "UTF8",      kProgramName,    nullptr};
-  connection_ = PQconnectdbParams(keys, values, 1);
-  const char* host = PQhost(connection_);
-  const char* base = PQdb(connection_);
+  connection_ = Pq().PQconnectdbParams(keys, values, 1);
+  const char* host = Pq().PQhost(connection_);
+  const char* base = Pq().PQdb(connection_);
   name_ = "the base " + std::string(base ? base : "") + " on " + std::string(host ? host : "");
   try {
-    if (PQstatus(connection_) != CONNECTION_OK) FailConnection("cannot be reached");
-    PQsetNoticeProcessor(
+    if (Pq().PQstatus(connection_) != CONNECTION_OK) FailConnection("cannot be reached");
+    Pq().PQsetNoticeProcessor(
         connection_, [](void*, const char*) {}, nullptr);
     SetUp(create);
   } catch (...) {
-    PQfinish(connection_);
+    Pq().PQfinish(connection_);
     connection_ = nullptr;
     throw;
   }
@@ -275,7 +275,7 @@ void PostgresConnection::SetUp(bool create) {
                             "; SET standard_conforming_strings = on; SET extra_float_digits = 1; "
                             "SET zemo.form = '" +
                             std::to_string(kBaseForm) + "'"));
-  const char* encoding = PQparameterStatus(connection_, "server_encoding");
+  const char* encoding = Pq().PQparameterStatus(connection_, "server_encoding");
   if (encoding && std::string_view(encoding) != "UTF8")
     throw StoreError(kErrBadDatabase,
                      name_ + " keeps its texts as " + encoding + ": a station's base needs UTF8");
@@ -321,7 +321,7 @@ void PostgresConnection::Close() {
   }
   ForgetPrepared();
   translations_.clear();
-  PQfinish(connection_);
+  Pq().PQfinish(connection_);
   connection_ = nullptr;
 }
 
@@ -334,26 +334,27 @@ void PostgresConnection::RequireWritable() const {
 }
 
 bool PostgresConnection::IsLost() const {
-  return connection_ && (lost_ || PQstatus(connection_) != CONNECTION_OK);
+  return connection_ && (lost_ || Pq().PQstatus(connection_) != CONNECTION_OK);
 }
 
 void PostgresConnection::FailConnection(const std::string& what) {
   lost_ = true;
   inTransaction_ = false;
-  throw StoreError(kErrOther, name_ + ' ' + what + ": " + ServerLine(PQerrorMessage(connection_)));
+  throw StoreError(kErrOther,
+                   name_ + ' ' + what + ": " + ServerLine(Pq().PQerrorMessage(connection_)));
 }
 
 // --- Statements ---
 
 pg_result* PostgresConnection::ExecuteNow(const std::string& sql) {
   KeepRestOfStream();
-  return PQexec(connection_, sql.c_str());
+  return Pq().PQexec(connection_, sql.c_str());
 }
 
 void PostgresConnection::ForgetPrepared() {
   preparedBySql_.clear();
   prepared_.clear();
-  if (connection_ && PQstatus(connection_) == CONNECTION_OK && !inTransaction_)
+  if (connection_ && Pq().PQstatus(connection_) == CONNECTION_OK && !inTransaction_)
     PostgresResult(ExecuteNow("DEALLOCATE ALL"));
 }
 
@@ -369,12 +370,12 @@ std::string PostgresConnection::NameOf(const std::string& sql, pg_result*& faile
     return prepared_.front().name;
   }
   std::string name = "z" + std::to_string(++names_);
-  pg_result* result = PQprepare(connection_, name.c_str(), sql.c_str(), 0, nullptr);
+  pg_result* result = Pq().PQprepare(connection_, name.c_str(), sql.c_str(), 0, nullptr);
   if (!Succeeded(result)) {
     failed = result;
     return {};
   }
-  PQclear(result);
+  Pq().PQclear(result);
   prepared_.push_front({sql, name});
   preparedBySql_.emplace(prepared_.front().sql, prepared_.begin());
   if (prepared_.size() > kMostPrepared) {
@@ -393,8 +394,8 @@ pg_result* PostgresConnection::Execute(const std::string& sql, const Parameters&
   std::vector<const char*> values;
   for (const auto& parameter : parameters)
     values.push_back(parameter ? parameter->c_str() : nullptr);
-  return PQexecPrepared(connection_, name.c_str(), static_cast<int>(values.size()), values.data(),
-                        nullptr, nullptr, 0);
+  return Pq().PQexecPrepared(connection_, name.c_str(), static_cast<int>(values.size()),
+                             values.data(), nullptr, nullptr, 0);
 }
 
 PostgresResult PostgresConnection::Run(const std::string& sql, const Parameters& parameters,
@@ -417,7 +418,7 @@ PostgresResult PostgresConnection::Run(const std::string& sql, const Parameters&
       return result;
     }
     const std::string state = Detail(raw, PG_DIAG_SQLSTATE);
-    if (inTransaction_ && PQstatus(connection_) == CONNECTION_OK)
+    if (inTransaction_ && Pq().PQstatus(connection_) == CONNECTION_OK)
       PostgresResult(ExecuteNow("ROLLBACK TO z"));
     // The table is another one than when the statement was planned.
     if (state == kOtherPlan && !planned) {
@@ -447,7 +448,7 @@ void PostgresConnection::Change(const std::string& sql) {
       return;
     }
     const std::string state = Detail(raw, PG_DIAG_SQLSTATE);
-    if (inTransaction_ && PQstatus(connection_) == CONNECTION_OK)
+    if (inTransaction_ && Pq().PQstatus(connection_) == CONNECTION_OK)
       PostgresResult(ExecuteNow("ROLLBACK TO z"));
     const bool locked = IsLockState(state);
     if (locked && wait_->WaitOnce(times++)) continue;
@@ -506,11 +507,11 @@ PostgresResult PostgresConnection::RunTranslated(std::string_view sql, const Val
 void PostgresConnection::KeepRestOfStream() {
   Stream* stream = std::exchange(stream_, nullptr);
   if (!stream) return;
-  while (pg_result* raw = PQgetResult(connection_)) {
-    if (PQresultStatus(raw) == PGRES_SINGLE_TUPLE) {
+  while (pg_result* raw = Pq().PQgetResult(connection_)) {
+    if (Pq().PQresultStatus(raw) == PGRES_SINGLE_TUPLE) {
       stream->kept.emplace_back(raw);
     } else {
-      PQclear(stream->end);
+      Pq().PQclear(stream->end);
       stream->end = raw;
     }
   }
@@ -521,15 +522,15 @@ void PostgresConnection::EndStream(Stream& stream) {
   if (stream_ == &stream) {
     stream_ = nullptr;
     char message[256];
-    if (PGcancel* cancel = PQgetCancel(connection_)) {
-      PQcancel(cancel, message, sizeof message);
-      PQfreeCancel(cancel);
+    if (PGcancel* cancel = Pq().PQgetCancel(connection_)) {
+      Pq().PQcancel(cancel, message, sizeof message);
+      Pq().PQfreeCancel(cancel);
     }
-    while (pg_result* raw = PQgetResult(connection_)) PQclear(raw);
-    if (inTransaction_ && PQstatus(connection_) == CONNECTION_OK)
+    while (pg_result* raw = Pq().PQgetResult(connection_)) Pq().PQclear(raw);
+    if (inTransaction_ && Pq().PQstatus(connection_) == CONNECTION_OK)
       PostgresResult(ExecuteNow("ROLLBACK TO z"));
   }
-  PQclear(stream.end);
+  Pq().PQclear(stream.end);
   stream.end = nullptr;
 }
 
@@ -541,9 +542,9 @@ bool PostgresConnection::SendForRows(const PostgresQuery& query, const Parameter
   std::vector<const char*> values;
   for (const auto& parameter : parameters)
     values.push_back(parameter ? parameter->c_str() : nullptr);
-  return PQsendQueryPrepared(connection_, name.c_str(), static_cast<int>(values.size()),
-                             values.data(), nullptr, nullptr, 0) == 1 &&
-         PQsetSingleRowMode(connection_) == 1;
+  return Pq().PQsendQueryPrepared(connection_, name.c_str(), static_cast<int>(values.size()),
+                                  values.data(), nullptr, nullptr, 0) == 1 &&
+         Pq().PQsetSingleRowMode(connection_) == 1;
 }
 
 void PostgresConnection::ReadDialect(std::string_view sql, const Values& values,
@@ -571,11 +572,12 @@ void PostgresConnection::ReadTranslated(std::string_view sql, const Values& valu
             row = std::move(stream.kept.front());
             stream.kept.pop_front();
           } else if (stream_ == &stream) {
-            pg_result* raw = PQgetResult(connection_);
-            if (!raw || PQresultStatus(raw) != PGRES_SINGLE_TUPLE) {
+            pg_result* raw = Pq().PQgetResult(connection_);
+            if (!raw || Pq().PQresultStatus(raw) != PGRES_SINGLE_TUPLE) {
               stream.end = raw;
               stream_ = nullptr;
-              while (pg_result* left = raw ? PQgetResult(connection_) : nullptr) PQclear(left);
+              while (pg_result* left = raw ? Pq().PQgetResult(connection_) : nullptr)
+                Pq().PQclear(left);
               break;
             }
             row = PostgresResult(raw);
@@ -595,7 +597,7 @@ void PostgresConnection::ReadTranslated(std::string_view sql, const Values& valu
     const std::string state = Detail(end.Handle(), PG_DIAG_SQLSTATE);
     wait_->End(false, IsLockState(state));
     if (Succeeded(end.Handle())) return;
-    if (inTransaction_ && PQstatus(connection_) == CONNECTION_OK)
+    if (inTransaction_ && Pq().PQstatus(connection_) == CONNECTION_OK)
       PostgresResult(ExecuteNow("ROLLBACK TO z"));
     // The table is another one than when the statement was planned.
     if (state == kOtherPlan && !planned && taken == 0) {
@@ -613,24 +615,24 @@ void PostgresConnection::BeginCopy(const std::string& sql) {
   // As long as the table is.
   PostgresResult(ExecuteNow("SET LOCAL statement_timeout = 0"));
   const PostgresResult result(ExecuteNow(sql));
-  if (PQresultStatus(result.Handle()) != PGRES_COPY_IN) Fail(result.Handle(), sql);
+  if (Pq().PQresultStatus(result.Handle()) != PGRES_COPY_IN) Fail(result.Handle(), sql);
 }
 
 void PostgresConnection::PutCopy(const std::string& rows) {
-  if (PQputCopyData(connection_, rows.data(), static_cast<int>(rows.size())) != 1)
+  if (Pq().PQputCopyData(connection_, rows.data(), static_cast<int>(rows.size())) != 1)
     FailConnection("is gone");
 }
 
 void PostgresConnection::EndCopy() {
-  PQputCopyEnd(connection_, nullptr);
-  const PostgresResult result(PQgetResult(connection_));
-  while (pg_result* left = PQgetResult(connection_)) PQclear(left);
+  Pq().PQputCopyEnd(connection_, nullptr);
+  const PostgresResult result(Pq().PQgetResult(connection_));
+  while (pg_result* left = Pq().PQgetResult(connection_)) Pq().PQclear(left);
   if (Succeeded(result.Handle())) {
     ++ownChanges_;
     PostgresResult(ExecuteNow("RELEASE z; SAVEPOINT z"));
     return;
   }
-  if (PQstatus(connection_) == CONNECTION_OK) PostgresResult(ExecuteNow("ROLLBACK TO z"));
+  if (Pq().PQstatus(connection_) == CONNECTION_OK) PostgresResult(ExecuteNow("ROLLBACK TO z"));
   const std::string where = Detail(result.Handle(), PG_DIAG_CONTEXT);  // "COPY Table, line 3: ..."
   const size_t line = where.find(", line ");
   const std::string row =
@@ -647,9 +649,9 @@ void PostgresConnection::EndCopy() {
 }
 
 void PostgresConnection::GiveUpCopy() {
-  PQputCopyEnd(connection_, "given up");
-  while (pg_result* left = PQgetResult(connection_)) PQclear(left);
-  if (PQstatus(connection_) == CONNECTION_OK && inTransaction_)
+  Pq().PQputCopyEnd(connection_, "given up");
+  while (pg_result* left = Pq().PQgetResult(connection_)) Pq().PQclear(left);
+  if (Pq().PQstatus(connection_) == CONNECTION_OK && inTransaction_)
     PostgresResult(ExecuteNow("ROLLBACK TO z"));
 }
 
@@ -708,7 +710,8 @@ void PostgresConnection::Fail(const pg_result* result, std::string_view shown) {
   const std::string rule = Detail(result, PG_DIAG_CONSTRAINT_NAME);
   const std::string in = message + ", in: " + ServerLine(std::string(shown.substr(0, 200)));
   const std::string group = state.substr(0, 2);
-  if (state.empty() || group == "08" || group == "57" || PQstatus(connection_) != CONNECTION_OK) {
+  if (state.empty() || group == "08" || group == "57" ||
+      Pq().PQstatus(connection_) != CONNECTION_OK) {
     if (state == "57014") throw StoreError(kErrLocked, name_ + " did not answer in its time");
     FailConnection("is gone");
   }
@@ -754,7 +757,7 @@ void PostgresConnection::Begin() {
     const PostgresResult result(raw);
     if (!Succeeded(raw)) {
       wait_->End(true, false);
-      if (PQstatus(connection_) == CONNECTION_OK) PostgresResult(ExecuteNow("ROLLBACK"));
+      if (Pq().PQstatus(connection_) == CONNECTION_OK) PostgresResult(ExecuteNow("ROLLBACK"));
       Fail(raw, sql);
     }
     if (result.Text(0, 0) == "t") break;
@@ -783,10 +786,10 @@ void PostgresConnection::Commit() {
   inTransaction_ = false;
   pg_result* raw = ExecuteNow("COMMIT");
   const PostgresResult result(raw);
-  const bool stored = Succeeded(raw) && std::string_view(PQcmdStatus(raw)) == "COMMIT";
+  const bool stored = Succeeded(raw) && std::string_view(Pq().PQcmdStatus(raw)) == "COMMIT";
   if (stored) return;
   if (!Succeeded(raw)) {
-    if (PQstatus(connection_) == CONNECTION_OK) PostgresResult(ExecuteNow("ROLLBACK"));
+    if (Pq().PQstatus(connection_) == CONNECTION_OK) PostgresResult(ExecuteNow("ROLLBACK"));
     Fail(raw, "COMMIT");
   }
   throw StoreError(kErrOther, name_ + " took a transaction back");

@@ -1,25 +1,25 @@
 #include "store/postgres/ServerUrl.h"
 
-#include <libpq-fe.h>
-
 #include <cctype>
 #include <memory>
 #include <string_view>
+
+#include "store/postgres/ClientLibrary.h"
 
 namespace zemo {
 
 namespace {
 
 struct FreeOptions {
-  void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
+  void operator()(PQconninfoOption* options) const { Pq().PQconninfoFree(options); }
 };
 using Options = std::unique_ptr<PQconninfoOption, FreeOptions>;
 
 // Null: it cannot be read. What libpq says of that shows the text, and is lost.
 Options Read(const std::string& url) {
   char* message = nullptr;
-  Options options(PQconninfoParse(url.c_str(), &message));
-  PQfreemem(message);
+  Options options(Pq().PQconninfoParse(url.c_str(), &message));
+  Pq().PQfreemem(message);
   return options;
 }
 
