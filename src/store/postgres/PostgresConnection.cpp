@@ -457,6 +457,21 @@ void PostgresConnection::Change(const std::string& sql) {
   }
 }
 
+int PostgresConnection::Socket() const {
+  return connection_ ? Pq().PQsocket(connection_) : -1;
+}
+
+bool PostgresConnection::TakeNotices() {
+  Check();
+  if (Pq().PQconsumeInput(connection_) == 0) FailConnection("is lost");
+  bool any = false;
+  while (PGnotify* notice = Pq().PQnotifies(connection_)) {
+    any = true;
+    Pq().PQfreemem(notice);
+  }
+  return any;
+}
+
 std::shared_ptr<const PostgresQuery> PostgresConnection::Translated(std::string_view sql,
                                                                     const Values& values) {
   std::string key = std::string(sql) + '\0' + KindsOf(values);

@@ -78,6 +78,7 @@ class PostgresDatabase final
   }
 
   void SetTablesAside(const std::string& schema) override {
+    Use().Run("SELECT zemo.begin_filling()", {}, true);
     Use().Change("CREATE SCHEMA " + QuotedName(schema));
     for (const auto& table : std::vector(Use().AllTables()))
       Use().Change("ALTER TABLE " + QuotedName(table->Name) + " SET SCHEMA " + QuotedName(schema));
