@@ -6,6 +6,7 @@
 
 #include "app/Commands.h"
 #include "app/ErrorLine.h"
+#include "app/ServerLink.h"
 #include "app/SimStation.h"
 #include "app/StationPaths.h"
 #include "platform/Folder.h"
@@ -14,6 +15,7 @@
 #include "platform/real/desktop/RealClock.h"
 #include "reports/AirWriteJournal.h"
 #include "station/BaseMove.h"
+#include "station/BasePlaces.h"
 
 namespace zemo {
 
@@ -34,6 +36,15 @@ void RefuseKeptRows(const Station& station) {
                              ": start the station once");
 }
 
+// They are in the replica of a base that is about to be another one.
+void RefuseWaitingWrites(const Station& station, const std::string& machinePath) {
+  const BasePlace place = PlaceOfBase(station.platform.stationFolder);
+  if (place.isFile || !place.fault.empty()) return;
+  if (const int64_t waiting = ServerLink::WaitingIn(machinePath, place); waiting > 0)
+    throw std::runtime_error("the server has still to take " + std::to_string(waiting) +
+                             " writes of this machine: start the station once");
+}
+
 }  // namespace
 
 int RunMoveCommand(const MoveOptions& options) {
@@ -45,6 +56,7 @@ int RunMoveCommand(const MoveOptions& options) {
   SimStation sim(folders, RealClock().LocalNow(),
                  std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
   RefuseKeptRows(sim.station);
+  RefuseWaitingWrites(sim.station, folders.machine);
   const MovedBase moved = options.to == kMoveToFile
                               ? MoveBaseToFile(sim.station, TellTable)
                               : MoveBaseToServer(sim.station, options.to, TellTable);

@@ -134,6 +134,7 @@ BasePlace ServerPlace(const std::string& url) {
   BasePlace place;
   place.name = ShownServerUrl(url);
   place.isFile = false;
+  place.url = url;
   place.closed = [url](std::shared_ptr<LockWait> wait) {
     return ClosedPostgresDatabase(url, std::move(wait));
   };

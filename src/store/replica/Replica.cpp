@@ -39,20 +39,6 @@ void SetQuiet(Connection& connection, bool quiet) {
                               : "UPDATE zemo_replica SET quiet = 0");
 }
 
-// Its queue goes on behind the former's: the server passes over places that it has had.
-void GoOnFrom(Connection& made, Connection& former) {
-  made.Prepare("INSERT INTO sqlite_sequence (name, seq) VALUES ('zemo_queue', ?1)")
-      .Bind(1, Number(former, "SELECT max(seq) FROM sqlite_sequence WHERE name = 'zemo_queue'"))
-      .Run();
-  Statement numbers = former.Prepare("SELECT tableName, next, last FROM zemo_numbers");
-  while (numbers.Step())
-    made.Prepare("INSERT INTO zemo_numbers VALUES (?1, ?2, ?3)")
-        .Bind(1, numbers.Text(0))
-        .Bind(2, numbers.Int(1))
-        .Bind(3, numbers.Int(2))
-        .Run();
-}
-
 std::vector<TableDef> TablesOf(Connection& connection) {
   std::vector<TableDef> tables;
   for (const auto& table : connection.AllTables()) tables.push_back(*table);
@@ -62,7 +48,8 @@ std::vector<TableDef> TablesOf(Connection& connection) {
 // Of every row that the table has, ascending.
 std::vector<int64_t> AllNumbers(Connection& connection, const TableDef& table) {
   std::vector<int64_t> numbers;
-  Statement query = connection.Prepare("SELECT rowid FROM main." + QuotedName(table.Name) + " ORDER BY rowid");
+  Statement query =
+      connection.Prepare("SELECT rowid FROM main." + QuotedName(table.Name) + " ORDER BY rowid");
   while (query.Step()) numbers.push_back(query.Int(0));
   return numbers;
 }
@@ -121,7 +108,7 @@ bool Replica::IsThere(const std::string& path) {
 }
 
 void Replica::Make(Database& server, const FeedPlace& place, const std::string& machine,
-                   const std::string& path, Replica* former) {
+                   const std::string& path) {
   {
     const std::unique_ptr<Database> made = DBEngine::CreateDatabase(path);
     server.BeginReading();
@@ -140,8 +127,9 @@ void Replica::Make(Database& server, const FeedPlace& place, const std::string& 
   connection.ExecuteNow(ReplicaSql(tables).c_str());
   connection.StructureChanged();
   connection
-      .Prepare("INSERT INTO zemo_replica (form, machine, base, place, placeMark, tables) VALUES "
-               "(?1, ?2, ?3, ?4, ?5, ?6)")
+      .Prepare(
+          "INSERT INTO zemo_replica (form, machine, base, place, placeMark, tables) VALUES "
+          "(?1, ?2, ?3, ?4, ?5, ?6)")
       .Bind(1, int64_t{kReplicaForm})
       .Bind(2, machine)
       .Bind(3, place.base)
@@ -149,7 +137,6 @@ void Replica::Make(Database& server, const FeedPlace& place, const std::string& 
       .Bind(5, place.mark)
       .Bind(6, place.tables)
       .Run();
-  if (former) GoOnFrom(connection, *former->connection_);
   held.Commit();
 }
 
@@ -163,17 +150,52 @@ Replica::Replica(const std::string& path, int waitMs)
 Replica::~Replica() = default;
 
 FeedPlace Replica::Place() {
-  Statement row =
-      connection_->Prepare("SELECT base, place, placeMark, tables FROM zemo_replica");
+  Statement row = connection_->Prepare("SELECT base, place, placeMark, tables FROM zemo_replica");
   if (!row.Step()) throw StoreError(kErrBadDatabase, connection_->Path() + " is no replica");
   return {row.Text(0), row.Int(1), row.Text(2), row.Text(3)};
 }
 
 void Replica::SetOnlyReads(bool onlyReads) {
   if (Number(*connection_, "SELECT onlyReads FROM zemo_replica") == (onlyReads ? 1 : 0)) return;
-  connection_->Prepare("UPDATE zemo_replica SET onlyReads = ?1")
-      .Bind(1, int64_t{onlyReads})
+  connection_->Prepare("UPDATE zemo_replica SET onlyReads = ?1").Bind(1, int64_t{onlyReads}).Run();
+}
+
+void Replica::TakeOver(Replica& former) {
+  Connection& old = *former.connection_;
+  Held held(*connection_);
+  connection_->ExecuteNow("DELETE FROM sqlite_sequence WHERE name = 'zemo_queue'");
+  connection_->Prepare("INSERT INTO sqlite_sequence (name, seq) VALUES ('zemo_queue', ?1)")
+      .Bind(1, Number(old, "SELECT max(seq) FROM sqlite_sequence WHERE name = 'zemo_queue'"))
       .Run();
+  Statement numbers = old.Prepare("SELECT tableName, next, last FROM zemo_numbers");
+  while (numbers.Step())
+    connection_->Prepare("INSERT INTO zemo_numbers VALUES (?1, ?2, ?3)")
+        .Bind(1, numbers.Text(0))
+        .Bind(2, numbers.Int(1))
+        .Bind(3, numbers.Int(2))
+        .Run();
+  held.Commit();
+}
+
+bool Replica::OnlyReads() {
+  return Number(*connection_, "SELECT onlyReads FROM zemo_replica") != 0;
+}
+
+std::string Replica::SeenToBy() {
+  Statement row = connection_->Prepare("SELECT program FROM zemo_replica");
+  return row.Step() ? row.Text(0) : std::string();
+}
+
+void Replica::SetSeenToBy(const std::string& program) {
+  connection_->Prepare("UPDATE zemo_replica SET program = ?1").Bind(1, program).Run();
+}
+
+void Replica::KeepAlone() {
+  connection_->KeepAlone();
+}
+
+void Replica::LetOthersIn() {
+  connection_->LetOthersIn();
 }
 
 int64_t Replica::Waiting() {
@@ -185,9 +207,10 @@ std::optional<QueuedWrites> Replica::Queued(int64_t mostWrites) {
   std::optional<QueuedWrites> queued;
   try {
     const int64_t last =
-        Number(*connection_, "SELECT max(place) FROM (SELECT place FROM zemo_queue ORDER BY place "
-                             "LIMIT " +
-                                 std::to_string(mostWrites) + ")");
+        Number(*connection_,
+               "SELECT max(place) FROM (SELECT place FROM zemo_queue ORDER BY place "
+               "LIMIT " +
+                   std::to_string(mostWrites) + ")");
     if (last != 0) queued = ChangesUpTo(*connection_, last);
   } catch (...) {
     connection_->Rollback();
@@ -201,24 +224,27 @@ void Replica::Sent(int64_t last) {
   connection_->Prepare("DELETE FROM zemo_queue WHERE place <= ?1").Bind(1, last).Run();
 }
 
-RefusedRow Replica::DropFirst() {
-  Held held(*connection_);
+RefusedRow Replica::FirstRow() {
   RefusedRow row;
   {
-    Statement first = connection_->Prepare(
-        "SELECT tableName, number FROM zemo_queue ORDER BY place LIMIT 1");
+    Statement first =
+        connection_->Prepare("SELECT tableName, number FROM zemo_queue ORDER BY place LIMIT 1");
     if (!first.Step()) return row;
     row.table = first.Text(0);
     row.number = first.Int(1);
   }
   row.values = RowInWords(*connection_, row.table, row.number);
+  return row;
+}
+
+void Replica::Drop(const RefusedRow& row) {
+  Held held(*connection_);
   connection_->Prepare("DELETE FROM zemo_queue WHERE tableName = ?1 AND number = ?2")
       .Bind(1, row.table)
       .Bind(2, row.number)
       .Run();
   connection_->ExecuteNow("UPDATE zemo_replica SET base = ''");
   held.Commit();
-  return row;
 }
 
 bool Replica::TakeIn(const std::vector<ServerRows>& changes, const FeedPlace& place) {
@@ -226,8 +252,7 @@ bool Replica::TakeIn(const std::vector<ServerRows>& changes, const FeedPlace& pl
   if (Waiting() != 0) return false;
   SetQuiet(*connection_, true);
   for (const ServerRows& table : changes) Put(table);
-  connection_
-      ->Prepare("UPDATE zemo_replica SET base = ?1, place = ?2, placeMark = ?3, tables = ?4")
+  connection_->Prepare("UPDATE zemo_replica SET base = ?1, place = ?2, placeMark = ?3, tables = ?4")
       .Bind(1, place.base)
       .Bind(2, place.place)
       .Bind(3, place.mark)
@@ -279,6 +304,15 @@ void Replica::AddNumbers(std::string_view table, int64_t first, int64_t last) {
       .Bind(3, last)
       .Run();
   held.Commit();
+}
+
+bool Replica::NumbersAreBehind(std::string_view table) {
+  const std::string name(table);
+  const int64_t newest = Number(*connection_, "SELECT max(rowid) FROM main." + QuotedName(name));
+  Statement next = connection_->Prepare(
+      "SELECT min(next) FROM zemo_numbers WHERE tableName = ?1 AND next <= last");
+  next.Bind(1, name);
+  return !next.Step() || next.Int(0) < newest;
 }
 
 void Replica::DropNumbers(std::string_view table) {

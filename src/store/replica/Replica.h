@@ -41,10 +41,9 @@ class Replica {
   // Whether the file holds a whole replica of this form; throws nothing.
   static bool IsThere(const std::string& path);
   // The whole base that `server` has open, of one moment, into a new file, as a replica that knows
-  // the changes up to `place`. Of `former`, where there is one, it takes up the
-  // numbers of new rows, and goes on behind its queue, which is to be sent. `path` must not exist.
+  // the changes up to `place`, of the machine of this name. `path` must not exist.
   static void Make(Database& server, const FeedPlace& place, const std::string& machine,
-                   const std::string& path, Replica* former);
+                   const std::string& path);
 
   // Each operation waits `waitMs` for the program's own.
   Replica(const std::string& path, int waitMs);
@@ -52,17 +51,30 @@ class Replica {
   Replica(const Replica&) = delete;
 
   const std::string& Machine() const { return machine_; }
+  // Of a fresh replica that takes the place of another one, whose queue is empty and stays so: it
+  // gets the numbers of new rows, and the queue goes on at the same place, since the server passes
+  // over places that it has had.
+  void TakeOver(Replica& former);
   FeedPlace Place();
   void SetOnlyReads(bool onlyReads);
+  bool OnlyReads();
+  // Which program last saw to the base on the server (ProgramMark).
+  std::string SeenToBy();
+  void SetSeenToBy(const std::string& program);
+  // Nobody else works on the file from now on, for as long as this lives: for who puts another one
+  // in its place. Throws kErrLocked.
+  void KeepAlone();
+  void LetOthersIn();
 
   // --- to the server ---
   int64_t Waiting();  // writes in the queue
   // None: nothing waits. At most so many writes.
   std::optional<QueuedWrites> Queued(int64_t mostWrites);
   void Sent(int64_t last);  // up to this place
-  // The row of the queue's first write, which the server does not take: its writes leave the queue,
-  // and the replica is to be made anew, since nothing tells what the server has in its place.
-  RefusedRow DropFirst();
+  RefusedRow FirstRow();    // of the queue's first write
+  // A row that the server does not take: its writes leave the queue, and the replica is to be made
+  // anew, since nothing tells what the server has in its place.
+  void Drop(const RefusedRow& row);
 
   // --- from the server ---
   // False, and nothing is changed, where something waits in the queue: it is to be sent first, so
@@ -73,7 +85,8 @@ class Replica {
   std::vector<std::string> Tables();
   int64_t NumbersLeft(std::string_view table);
   void AddNumbers(std::string_view table, int64_t first, int64_t last);
-  void DropNumbers(std::string_view table);  // they are given to nobody
+  void DropNumbers(std::string_view table);       // they are given to nobody
+  bool NumbersAreBehind(std::string_view table);  // a row has a higher one than the next would get
 
  private:
   void Put(const ServerRows& changes);

@@ -12,7 +12,8 @@ namespace {
 // import of a whole library, while the server is away. Two thousand million are to be had.
 constexpr int64_t kNumbers = 50000;
 constexpr int64_t kMostWrites = 20000;  // that are sent at a time
-constexpr int64_t kMostChanges = 500;   // that are taken in at a time: the replica is locked meanwhile
+constexpr int64_t kMostChanges =
+    500;  // that are taken in at a time: the replica is locked meanwhile
 
 // Not the way to the server, but what was sent.
 bool IsRefusal(const StoreError& error) {
@@ -48,7 +49,9 @@ void ReplicaExchange::SendOneByOne() {
       replica_.Sent(queued->last);
     } catch (const StoreError& error) {
       if (!IsRefusal(error)) throw;
-      refused_(replica_.DropFirst(), error.what());
+      const RefusedRow row = replica_.FirstRow();
+      refused_(row, error.what());  // ahead of its end: it is told twice rather than not at all
+      replica_.Drop(row);
     }
   }
 }
@@ -73,6 +76,7 @@ void ReplicaExchange::GiveNumbers() {
 }
 
 void ReplicaExchange::GiveFreshNumbers(const std::string& table) {
+  if (!replica_.NumbersAreBehind(table)) return;
   const int64_t first = feed_.Reserve(table, kNumbers);
   replica_.DropNumbers(table);
   replica_.AddNumbers(table, first, first + kNumbers - 1);

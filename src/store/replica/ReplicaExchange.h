@@ -31,8 +31,8 @@ class ReplicaExchange {
   bool TakeIn();
   // Every table has numbers for new rows, most of a block at least.
   void GiveNumbers();
-  // The table's next rows get numbers above all that there are: of one whose rows are read by the
-  // order of their numbers, where another machine has made rows meanwhile.
+  // Where the table's next rows would get numbers below that of another machine's row they get
+  // others, above all: for a table whose rows are read by the order of their numbers.
   void GiveFreshNumbers(const std::string& table);
 
  private:

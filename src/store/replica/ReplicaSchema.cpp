@@ -11,6 +11,7 @@ constexpr char kOwnTables[] = R"(
 CREATE TABLE zemo_replica (
   one INTEGER PRIMARY KEY DEFAULT 1 CHECK (one = 1), form INTEGER NOT NULL, machine TEXT NOT NULL,
   base TEXT NOT NULL, place INTEGER NOT NULL, placeMark TEXT NOT NULL, tables TEXT NOT NULL,
+  program TEXT NOT NULL DEFAULT '',
   onlyReads INTEGER NOT NULL DEFAULT 0, quiet INTEGER NOT NULL DEFAULT 0,
   automatic INTEGER NOT NULL DEFAULT 0, given INTEGER NOT NULL DEFAULT 0);
 CREATE TABLE zemo_queue (
@@ -40,9 +41,9 @@ class TableTriggers {
  private:
   std::string Trigger(const std::string& suffix, const std::string& moment,
                       const std::string& body) const {
-    return "CREATE TRIGGER " + QuotedName(std::string(kReplicaPrefix) + table_.Name + suffix) + ' ' +
-           moment + " ON " + name_ +
-           " WHEN (SELECT quiet FROM zemo_replica) = 0 BEGIN\n" + body + "END;\n";
+    return "CREATE TRIGGER " + QuotedName(std::string(kReplicaPrefix) + table_.Name + suffix) +
+           ' ' + moment + " ON " + name_ + " WHEN (SELECT quiet FROM zemo_replica) = 0 BEGIN\n" +
+           body + "END;\n";
   }
 
   // Ahead of the row SQLite shows -1 for a number that it is still to give.
@@ -50,8 +51,8 @@ class TableTriggers {
     const std::string automatic =
         table_.AutoField() ? "(NEW." + key_ + " IS NULL OR NEW." + key_ + " = -1)" : "1";
     return Trigger("_number", "BEFORE INSERT",
-                   Refuse(kOnlyReads, "onlyReads") + "  UPDATE zemo_replica SET automatic = " +
-                       automatic + ";\n");
+                   Refuse(kOnlyReads, "onlyReads") +
+                       "  UPDATE zemo_replica SET automatic = " + automatic + ";\n");
   }
 
   // The row has the number that SQLite gave it, which another machine may give too, until it gets
@@ -62,13 +63,14 @@ class TableTriggers {
     return Trigger(
         "_insert", "AFTER INSERT",
         Refuse(kNoNumbersLeft, "automatic AND NOT EXISTS (SELECT 1 FROM " + numbers + ")") +
-            "  UPDATE zemo_replica SET quiet = 1, given = CASE WHEN automatic THEN (SELECT min(next) "
+            "  UPDATE zemo_replica SET quiet = 1, given = CASE WHEN automatic THEN (SELECT "
+            "min(next) "
             "FROM " +
             numbers + ") ELSE NEW." + key_ + " END;\n" +
             "  UPDATE zemo_numbers SET next = next + 1 WHERE (SELECT automatic FROM zemo_replica) "
             "AND tableName = " +
-            text_ + " AND next <= last AND next = " + given + ";\n" + "  UPDATE " + name_ + " SET " +
-            key_ + " = " + given + " WHERE " + key_ + " = NEW." + key_ + " AND " + key_ +
+            text_ + " AND next <= last AND next = " + given + ";\n" + "  UPDATE " + name_ +
+            " SET " + key_ + " = " + given + " WHERE " + key_ + " = NEW." + key_ + " AND " + key_ +
             " <> " + given + ";\n  " + kQueue + text_ + ", 'I', " + given + ", '';\n" +
             "  UPDATE zemo_replica SET quiet = 0;\n");
   }
@@ -86,16 +88,16 @@ class TableTriggers {
     const std::string otherRow = "NEW." + key_ + " <> OLD." + key_;
     return Trigger("_update", "AFTER UPDATE",
                    Refuse(kOnlyReads, "onlyReads") + "  " + kQueue + text_ + ", 'U', OLD." + key_ +
-                       ", changed FROM (SELECT " + changed + " AS changed) WHERE changed <> '' AND " +
-                       sameRow + ";\n  " + kQueue + text_ + ", 'D', OLD." + key_ + ", '' WHERE " +
-                       otherRow + ";\n  " + kQueue + text_ + ", 'I', NEW." + key_ + ", '' WHERE " +
-                       otherRow + ";\n");
+                       ", changed FROM (SELECT " + changed +
+                       " AS changed) WHERE changed <> '' AND " + sameRow + ";\n  " + kQueue +
+                       text_ + ", 'D', OLD." + key_ + ", '' WHERE " + otherRow + ";\n  " + kQueue +
+                       text_ + ", 'I', NEW." + key_ + ", '' WHERE " + otherRow + ";\n");
   }
 
   std::string OnDelete() const {
-    return Trigger("_delete", "AFTER DELETE",
-                   Refuse(kOnlyReads, "onlyReads") + "  " + kQueue + text_ + ", 'D', OLD." + key_ +
-                       ", '';\n");
+    return Trigger(
+        "_delete", "AFTER DELETE",
+        Refuse(kOnlyReads, "onlyReads") + "  " + kQueue + text_ + ", 'D', OLD." + key_ + ", '';\n");
   }
 
   const TableDef& table_;

@@ -24,11 +24,13 @@ inline constexpr char kOnlyReads[] = "this machine's role on the server only rea
 
 // SQLite's SQL that makes a base with these tables a replica. One row in zemo_replica:
 //   form, machine (by which the server knows it), base (of which it is a replica), place (of the
-//   server's changes up to which it has them all) and placeMark, tables (of the server, as a mark of
-//   their structure), onlyReads; quiet (what is written now is not queued), automatic and given (of
-//   the row that is being inserted: whether it gets a number, and which it got).
+//   server's changes up to which it has them all) and placeMark, tables (of the server, as a mark
+//   of their structure), program (that last saw to the server's base), onlyReads; quiet (what is
+//   written now is not queued), automatic and given (of the row that is being inserted: whether it
+//   gets a number, and which it got).
 // zemo_queue: a row each table, row and kind of write ('I', 'U' with the fields that got another
-// value, a line each, 'D'), in the order of the writes. zemo_numbers: from `next` to `last` a table.
+// value, a line each, 'D'), in the order of the writes. zemo_numbers: from `next` to `last` a
+// table.
 std::string ReplicaSql(const std::vector<TableDef>& tables);
 
 }  // namespace zemo

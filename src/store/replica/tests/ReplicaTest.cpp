@@ -15,7 +15,7 @@ class Machine {
  public:
   Machine(const std::string& name, const std::string& url, const std::filesystem::path& folder)
       : name_(name), url_(url), path_((folder / (name + ".MDB")).string()) {
-    Make(nullptr);
+    Make();
     Connect();
     Meet();
     OpenBase();
@@ -48,7 +48,8 @@ class Machine {
     db_.reset();
     const std::string old = path_;
     path_ += '+';
-    Make(former.get());
+    Make();
+    replica_->TakeOver(*former);
     Connect();
     OpenBase();
     std::filesystem::remove(old);
@@ -61,18 +62,18 @@ class Machine {
   }
 
  private:
-  void Make(Replica* former) {
+  void Make() {
     ServerFeed feed(url_, std::make_shared<LockWait>(2000));
     const FeedPlace place = feed.Now();
     const auto server = ClosedPostgresDatabase(url_, std::make_shared<LockWait>(2000));
     server->Open(false);
-    Replica::Make(*server, place, name_, path_, former);
+    Replica::Make(*server, place, name_, path_);
     replica_ = std::make_unique<Replica>(path_, 2000);
   }
   void OpenBase() {
-    db_ = DBEngine::ClosedReplica(path_, std::make_shared<LockWait>(2000),
-                                  {.stores = [this] { ++stores_; },
-                                   .compact = [this] { ++compactions_; }});
+    db_ = DBEngine::ClosedReplica(
+        path_, std::make_shared<LockWait>(2000),
+        {.stores = [this] { ++stores_; }, .compact = [this] { ++compactions_; }});
     db_->Open(false);
   }
 
@@ -89,9 +90,11 @@ class Machine {
 class ReplicaTest : public testing::Test {
  protected:
   void SetUp() override {
-    if (!test::TestServer::Get().Missing().empty()) GTEST_SKIP() << test::TestServer::Get().Missing();
+    if (!test::TestServer::Get().Missing().empty())
+      GTEST_SKIP() << test::TestServer::Get().Missing();
     server_ = std::make_unique<EngineBase>(Engine::kServer);
-    folder_ = std::filesystem::path(testing::TempDir()) / ("zemo_replica_" + std::to_string(getpid()));
+    folder_ =
+        std::filesystem::path(testing::TempDir()) / ("zemo_replica_" + std::to_string(getpid()));
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_);
     Server().Execute("INSERT INTO Discotheque(AUTEUR, TITRE) VALUES('ABBA', 'SOS')");
@@ -186,8 +189,7 @@ TEST_F(ReplicaTest, WhatAnyProgramWritesOnTheServerIsTakenIn) {
 
 TEST_F(ReplicaTest, NewRowsGetNumbersThatNobodyElseGets) {
   for (Machine* machine : {&Air(), &Office()}) {
-    for (int i = 0; i < 3; ++i)
-      machine->Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('T')");
+    for (int i = 0; i < 3; ++i) machine->Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('T')");
     const int64_t last = machine->Db().LastInsertCode();
     EXPECT_EQ(machine->Rows("SELECT TITRE FROM Discotheque WHERE CODE = " + std::to_string(last)),
               Strings{"T"});
@@ -331,7 +333,8 @@ TEST_F(ReplicaTest, OfWhomOnlyReadsNothingIsStored) {
   EXPECT_EQ(ErrorOf([&] { Air().Db().Execute("UPDATE Discotheque SET TITRE = 'x'"); }, &why),
             kErrReadOnly);
   EXPECT_EQ(why, "this machine's role on the server only reads");
-  EXPECT_EQ(ErrorOf([&] { Air().Db().Execute("INSERT INTO Toph(HEURE) VALUES(5)"); }), kErrReadOnly);
+  EXPECT_EQ(ErrorOf([&] { Air().Db().Execute("INSERT INTO Toph(HEURE) VALUES(5)"); }),
+            kErrReadOnly);
   EXPECT_EQ(ErrorOf([&] { Air().Db().Execute("DELETE * FROM Toph"); }), kErrReadOnly);
   EXPECT_EQ(Air().Rows(kTitles), Strings{"SOS"});
 }
