@@ -70,7 +70,6 @@ Number NumberIn(std::string_view text) {
 
 Value DefaultIn(const Field& field, const std::string& sql) {
   if (sql.empty()) return {};
-  const bool text = field.Type == FieldType::kText || field.Type == FieldType::kMemo;
   std::string value;
   if (sql.front() == '\'') {
     for (size_t i = 1; i < sql.size(); ++i) {
@@ -84,7 +83,7 @@ Value DefaultIn(const Field& field, const std::string& sql) {
         std::remove_if(value.begin(), value.end(), [](char c) { return c == '(' || c == ')'; }),
         value.end());
   }
-  if (text) return value;
+  if (HoldsText(field)) return value;
   if (!ReadsAsNumber(value)) return {};
   const double real = AsReal(value);
   const int64_t whole = AsInt(value);
@@ -112,18 +111,6 @@ std::optional<Rule> RuleNamed(const std::string& name) {
   rule.number = NumberIn<int>(std::string_view(name).substr(number + 1, field - number - 1));
   rule.field = name.substr(field + 1);
   return rule;
-}
-
-PostgresConnection::Parameters ParametersOf(const PostgresQuery& query, const Values& values) {
-  PostgresConnection::Parameters parameters;
-  for (const PostgresPlace& place : query.places) {
-    std::string text;
-    if (InForm(place.form, values[place.value], text))
-      parameters.emplace_back(std::move(text));
-    else
-      parameters.emplace_back();
-  }
-  return parameters;
 }
 
 void RefuseZeros(const PostgresConnection::Parameters& parameters, int number) {
@@ -154,15 +141,13 @@ void TypeOf(std::string_view type, bool identity, Field& field) {
 class PostgresStandIns final : public StandInSql {
  public:
   std::string Constant(const Field& field, const std::string& literal) const override {
-    if (field.Type == FieldType::kText || field.Type == FieldType::kMemo)
-      return "CAST(" + literal + " AS text)";
+    if (HoldsText(field)) return "CAST(" + literal + " AS text)";
     return "CAST(" + literal +
            (field.Type == FieldType::kFloat64 ? " AS double precision)" : " AS bigint)");
   }
   // A text that begins as a number is that number, as elsewhere.
   std::string InType(const Field& field, const std::string& column) const override {
-    if (field.Type == FieldType::kText || field.Type == FieldType::kMemo)
-      return "zemo.digits(" + column + ')';
+    if (HoldsText(field)) return "zemo.digits(" + column + ')';
     const std::string number =
         "coalesce(substring(" + column + " from '^ *[-+]?[0-9]+[.]?[0-9]*'), '0')";
     return field.Type == FieldType::kFloat64
@@ -863,9 +848,7 @@ std::vector<std::string> PostgresConnection::PutStandIns() {
   std::vector<std::string> told;
   for (const auto& table : tables) {
     StandIn standIn = StandInFor(*table, PostgresStandIns(), [&table](const std::string& column) {
-      const Field* field = table->FindField(column);
-      const bool text = field->Type == FieldType::kText || field->Type == FieldType::kMemo;
-      return DeclaredColumn{text ? "TEXT" : "REAL", true};
+      return DeclaredColumn{HoldsText(*table->FindField(column)) ? "TEXT" : "REAL", true};
     });
     if (!standIn.table) continue;
     standIns_.push_back(std::move(standIn.table));

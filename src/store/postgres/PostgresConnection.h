@@ -7,7 +7,6 @@
 #include <functional>
 #include <list>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -61,7 +60,7 @@ class PostgresResult {
 // more of the URL than its host and the base's name.
 class PostgresConnection {
  public:
-  using Parameters = std::vector<std::optional<std::string>>;  // none: Null
+  using Parameters = PostgresParameters;
 
   // A server that does not answer is given up after kConnectSeconds.
   PostgresConnection(const std::string& url, bool create, std::shared_ptr<LockWait> wait);

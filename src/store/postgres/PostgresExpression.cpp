@@ -1,8 +1,8 @@
 // How two values compare, as on the file:
 //   a column of numbers   takes a text as the number that it reads as; one that is none is above
-//   all a column of texts     takes a number as its digits; ASCII letters know no case, and neither
-//   do
-//                         accented ones where the query's own text has some
+//                         all numbers
+//   a column of texts     takes a number as its digits; ASCII letters know no case, and neither
+//                         do accented ones where the query's own text has some
 //   < and > with a text   the French order
 //   anything else         a number is below a text, texts go letter by letter
 // The functions of the schema zemo are in PostgresFunctions.
@@ -10,8 +10,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
-#include <cstdio>
 
 #include "store/Names.h"
 #include "store/Schema.h"
@@ -33,28 +31,6 @@ Expression Number(std::string sql) {
   return {std::move(sql), Expression::kNumber};
 }
 
-// As the file writes a real into a text: fifteen digits, always a mark.
-std::string TextOfReal(double real) {
-  char digits[40];
-  std::snprintf(digits, sizeof digits, "%.15g", real);
-  std::string text = digits;
-  if (text.find_first_of(".ein") == std::string::npos) return text + ".0";
-  const size_t exponent = text.find('e');
-  if (exponent != std::string::npos && text.find('.') == std::string::npos)
-    text.insert(exponent, ".0");
-  return text;
-}
-
-bool IsWholeReal(double real) {
-  return std::trunc(real) == real && std::fabs(real) < 1e15;
-}
-
-std::string TextOfValue(const Value& value) {
-  const auto* real = std::get_if<double>(&value);
-  if (!real) return AsText(value);
-  return IsWholeReal(*real) ? std::to_string(static_cast<int64_t>(*real)) : TextOfReal(*real);
-}
-
 std::string Plain(const std::string& sql) {
   return "lower(" + sql + " COLLATE \"C\")";
 }
@@ -63,65 +39,6 @@ std::string Folded(const std::string& sql) {
 }
 
 }  // namespace
-
-std::string PostgresLiteral(std::string_view text) {
-  const bool escaped = text.find('\\') != std::string_view::npos;
-  std::string quoted = escaped ? "E'" : "'";
-  for (const char c : text) {
-    quoted += c;
-    if (c == '\'' || c == '\\') quoted += c;
-  }
-  return quoted + '\'';
-}
-
-std::string PostgresPattern(std::string_view written) {
-  std::string pattern;
-  for (const char c : written) {
-    if (c == '%' || c == '_' || c == '\\') pattern += '\\';
-    pattern += c == '*' ? '%' : c == '?' ? '_' : c;
-  }
-  return pattern;
-}
-
-std::string NumberColumn(const TableDef& table) {
-  for (const Field& field : table.Fields)
-    if (field.AutoIncrement && !field.Missing) return field.Name;
-  return kHiddenNumber;
-}
-
-std::string KindsOf(const Values& values) {
-  std::string kinds;
-  for (const Value& value : values) {
-    if (IsNull(value))
-      kinds += '0';
-    else if (std::holds_alternative<std::string>(value))
-      kinds += KindOf(value) == ValueKind::kWideText ? (ReadsAsNumber(value) ? 'W' : 'w')
-                                                     : (ReadsAsNumber(value) ? 'T' : 't');
-    else
-      kinds += 'n';
-  }
-  return kinds;
-}
-
-bool InForm(PostgresPlace::Form form, const Value& value, std::string& text) {
-  if (IsNull(value)) return false;
-  const auto* written = std::get_if<std::string>(&value);
-  switch (form) {
-    case PostgresPlace::kPattern:
-      text = PostgresPattern(TextOfValue(value));
-      break;
-    case PostgresPlace::kText:
-      text = TextOfValue(value);
-      break;
-    case PostgresPlace::kWhole:
-      text = std::to_string(AsInt(value));
-      break;
-    case PostgresPlace::kNumber:
-      text = written ? SqlNumber(AsReal(value)) : AsText(value);
-      break;
-  }
-  return true;
-}
 
 PostgresExpressions::PostgresExpressions(std::string_view query, const TableLookup& tables,
                                          const Values& values)
@@ -246,7 +163,7 @@ std::string PostgresExpressions::AsRead(const Expression& e) {
 std::string PostgresExpressions::AsStored(const TableDef& table, const Field& field,
                                           const Expression& e) {
   if (e.type == Expression::kNull) return field.AutoIncrement ? "DEFAULT" : "NULL";
-  if (field.Type == FieldType::kText || field.Type == FieldType::kMemo) return AsTextSql(e);
+  if (HoldsText(field)) return AsTextSql(e);
   const Value* known = KnownValue(e);
   if (e.type == Expression::kText && (!known || !ReadsAsNumber(*known))) {
     // Told when a row comes to hold it, not before.
@@ -535,8 +452,7 @@ Expression PostgresExpressions::ReadColumn(const std::string& first) {
           (scope.sources.size() > 1 || level + 1 < scopes_.size() ? QuotedName(alias) + "." : "") +
           QuotedName(stored);
       if (field && scope.isWritten && !field->ReadAs.empty()) e.sql = '(' + field->ReadAs + ')';
-      if (field && (field->Type == FieldType::kText || field->Type == FieldType::kMemo))
-        e.type = Expression::kText;
+      if (field && HoldsText(*field)) e.type = Expression::kText;
       const bool put =
           std::find(scope.grouped.begin(), scope.grouped.end(), e.sql) != scope.grouped.end();
       // Texts that differ in case are put together; shown is the one that was stored first.

@@ -7,6 +7,7 @@
 #include "store/SqlText.h"
 #include "store/postgres/PostgresConnection.h"
 #include "store/postgres/PostgresFunctions.h"
+#include "store/postgres/PostgresValues.h"
 
 namespace zemo {
 
@@ -115,9 +116,8 @@ void PostgresTableDefs::MakeIndex(const std::string& table, const Index& index) 
   const Field* field = def ? def->FindField(index.Field) : nullptr;
   if (!field) return;
   const std::string column = QuotedName(field->Name);
-  const bool text = field->Type == FieldType::kText || field->Type == FieldType::kMemo;
   const std::string name = QuotedName(StoredIndexName(def->Name, index.Name));
-  const std::string key = text ? "lower(" + column + " COLLATE \"C\")" : column;
+  const std::string key = HoldsText(*field) ? "lower(" + column + " COLLATE \"C\")" : column;
   Change((index.Unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") + name + " ON " +
          QuotedName(def->Name) + " (" + key + " NULLS FIRST" +
          (index.Unique ? "" : ", " + QuotedName(NumberColumn(*def))) + ");\nCOMMENT ON INDEX " +
