@@ -1,17 +1,12 @@
 // `zemoradio move`: carries a station's base to a server, or back into its file.
 #include <cstdio>
 #include <iostream>
-#include <memory>
 #include <stdexcept>
 
 #include "app/Commands.h"
 #include "app/ErrorLine.h"
-#include "app/SimStation.h"
-#include "app/StationPaths.h"
+#include "app/OwnStation.h"
 #include "platform/Folder.h"
-#include "platform/real/decoders/LengthOnlyOpener.h"
-#include "platform/real/decoders/SoundFileOpener.h"
-#include "platform/real/desktop/RealClock.h"
 #include "reports/AirWriteJournal.h"
 #include "station/BaseMove.h"
 
@@ -37,13 +32,7 @@ void RefuseKeptRows(const Station& station) {
 }  // namespace
 
 int RunMoveCommand(const MoveOptions& options) {
-  SimFolders folders;
-  folders.station = options.station.empty() ? DefaultStationFolder() : options.station;
-  folders.machine = options.machine.empty() ? DefaultMachineFolder() : options.machine;
-  folders.asProgram = true;
-  RequireStation(folders.station);
-  SimStation sim(folders, RealClock().LocalNow(),
-                 std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
+  SimStation sim = MakeOwnStation(options, BaseLock::Kind::kProgram);
   RefuseKeptRows(sim.station);
   const MovedBase moved = options.to == kMoveToFile
                               ? MoveBaseToFile(sim.station, TellTable)

@@ -31,6 +31,36 @@ Expression Number(std::string sql) {
   return {std::move(sql), Expression::kNumber};
 }
 
+// What the query's text writes out.
+Expression WrittenText(const std::string& text) {
+  Expression e;
+  e.type = Expression::kText;
+  e.isLiteral = true;
+  e.literal = text;
+  return e;
+}
+
+Expression WrittenNumber(const std::string& digits) {
+  Expression e = Number(digits);
+  e.isLiteral = true;
+  int64_t whole = 0;
+  const char* end = digits.data() + digits.size();
+  if (std::from_chars(digits.data(), end, whole).ptr == end)
+    e.literal = whole;
+  else
+    e.literal = AsReal(Value(digits));
+  if (const auto* real = std::get_if<double>(&e.literal)) e.sql = SqlNumber(*real);
+  return e;
+}
+
+Expression WrittenTruth(bool isTrue) {
+  Expression e = Number(isTrue ? "(-1)" : "0");
+  e.isTrue = isTrue;
+  e.isLiteral = true;
+  e.literal = int64_t{isTrue ? -1 : 0};
+  return e;
+}
+
 std::string Plain(const std::string& sql) {
   return "lower(" + sql + " COLLATE \"C\")";
 }
@@ -243,12 +273,9 @@ Expression PostgresExpressions::ReadComparison() {
     } else if (Is("=") || Is("==") || Is("<>") || Is("!=")) {
       const bool equal = Is("=") || Is("==");
       ++at_;
-      Expression right = ReadRelation();
+      const Expression right = ReadRelation();
       if (right.isTrue) {
-        right = Number("0");
-        right.isLiteral = true;
-        right.literal = int64_t{0};
-        made = Compare(left, equal ? "<>" : "=", right);
+        made = Compare(left, equal ? "<>" : "=", WrittenTruth(false));
       } else {
         made = Compare(left, equal ? "=" : "<>", right);
       }
@@ -302,79 +329,66 @@ Expression PostgresExpressions::ReadJoined() {
 Expression PostgresExpressions::ReadPrimary() {
   if (AtEnd()) FailHere();
   const Token token = tokens_[at_++];
-  Expression e;
   switch (token.kind) {
     case TokenKind::kText:
-      e.type = Expression::kText;
-      e.isLiteral = true;
-      e.literal = token.text;
-      return e;
-    case TokenKind::kNumber: {
-      e.sql = token.text;
-      e.isLiteral = true;
-      int64_t whole = 0;
-      const char* end = token.text.data() + token.text.size();
-      if (std::from_chars(token.text.data(), end, whole).ptr == end)
-        e.literal = whole;
-      else
-        e.literal = AsReal(Value(token.text));
-      if (std::holds_alternative<double>(e.literal)) e.sql = SqlNumber(std::get<double>(e.literal));
-      return e;
-    }
-    case TokenKind::kValue: {
-      e.place = std::stoul(token.text.substr(1));
-      const Value& value = values_[e.place - 1];
-      e.type = IsNull(value)                                ? Expression::kNull
-               : std::holds_alternative<std::string>(value) ? Expression::kText
-                                                            : Expression::kNumber;
-      return e;
-    }
+      return WrittenText(token.text);
+    case TokenKind::kNumber:
+      return WrittenNumber(token.text);
+    case TokenKind::kValue:
+      return ValueAt(std::stoul(token.text.substr(1)));
     case TokenKind::kName:
       return ReadColumn(token.text);
     default:
       break;
   }
-  if (token.Is("(")) {
-    if (Is("SELECT")) {
-      const std::string sql = Subquery(e, "");
-      Expect(")");
-      return {"(" + sql + ")", e.type};
-    }
-    e = ReadExpression();
+  if (token.Is("(")) return ReadInParentheses();
+  if (token.Is("-") || token.Is("+")) return ReadSigned(token.Is("-"));
+  if (token.kind == TokenKind::kWord) return ReadWord(token);
+  --at_;
+  FailHere();
+}
+
+Expression PostgresExpressions::ValueAt(size_t place) const {
+  Expression e;
+  e.place = place;
+  const Value& value = values_[place - 1];
+  e.type = IsNull(value)                                ? Expression::kNull
+           : std::holds_alternative<std::string>(value) ? Expression::kText
+                                                        : Expression::kNumber;
+  return e;
+}
+
+// Behind the one that opens.
+Expression PostgresExpressions::ReadInParentheses() {
+  Expression e;
+  if (Is("SELECT")) {
+    const std::string sql = Subquery(e, "");
     Expect(")");
-    if (e.place == 0 && !e.isLiteral) e.sql = "(" + e.sql + ")";
-    return e;
+    return {"(" + sql + ")", e.type};
   }
-  if (token.Is("-") || token.Is("+")) {
-    e = ReadPrimary();
-    if (e.isLiteral && e.type == Expression::kNumber && token.Is("-")) {
-      e.sql = "(-" + e.sql + ")";
-      if (const auto* real = std::get_if<double>(&e.literal))
-        e.literal = -*real;
-      else
-        e.literal = -AsInt(e.literal);
-      return e;
-    }
-    if (token.Is("+")) return e;
-    return Number("(- " + AsNumberSql(e) + ")");
-  }
-  if (token.Is("NULL")) {
-    e.type = Expression::kNull;
-    return e;
-  }
-  if ((token.Is("TRUE") || token.Is("FALSE")) && !Is("(") && !Is(".")) {
-    e.isTrue = token.Is("TRUE");
-    e.sql = e.isTrue ? "(-1)" : "0";
-    e.isLiteral = true;
-    e.literal = int64_t{e.isTrue ? -1 : 0};
-    return e;
-  }
-  if (token.kind != TokenKind::kWord) {
-    --at_;
-    FailHere();
-  }
-  if (Is("(")) return ReadFunction(token.text);
-  return ReadColumn(token.text);
+  e = ReadExpression();
+  Expect(")");
+  if (e.place == 0 && !e.isLiteral) e.sql = "(" + e.sql + ")";
+  return e;
+}
+
+Expression PostgresExpressions::ReadSigned(bool minus) {
+  Expression e = ReadPrimary();
+  if (!minus) return e;
+  if (!e.isLiteral || e.type != Expression::kNumber) return Number("(- " + AsNumberSql(e) + ")");
+  e.sql = "(-" + e.sql + ")";
+  if (const auto* real = std::get_if<double>(&e.literal))
+    e.literal = -*real;
+  else
+    e.literal = -AsInt(e.literal);
+  return e;
+}
+
+Expression PostgresExpressions::ReadWord(const Token& word) {
+  if (word.Is("NULL")) return {{}, Expression::kNull};
+  const bool isTruth = word.Is("TRUE") || word.Is("FALSE");
+  if (isTruth && !Is("(") && !Is(".")) return WrittenTruth(word.Is("TRUE"));
+  return Is("(") ? ReadFunction(word.text) : ReadColumn(word.text);
 }
 
 Expression PostgresExpressions::ReadFunction(const std::string& name) {
