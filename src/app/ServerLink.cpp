@@ -97,6 +97,9 @@ ServerLink::ServerLink(const BasePlace& server, const std::string& machinePath)
       SeeToTheServer();
       ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
       MakeReplica(feed, NewMachineName(), path_);
+      Replica fresh(path_, kReplicaWaitMs);
+      ReplicaExchange(fresh, feed, nullptr).GiveNumbers();
+      fresh.SetSeenToBy(ProgramMark());
     } catch (const std::exception& error) {
       SetReachable(false, error.what());
     }

@@ -22,10 +22,6 @@ std::string FieldsOf(const TableDef& table) {
   return fields;
 }
 
-bool HoldsTexts(const Field& field) {
-  return field.Type == FieldType::kText || field.Type == FieldType::kMemo;
-}
-
 void AppendCopied(std::string_view text, std::string& rows) {
   for (const char c : text) {
     switch (c) {
@@ -72,7 +68,7 @@ PostgresRowSink::~PostgresRowSink() {
 void PostgresRowSink::AddValue(const RowView& row, int field) {
   const Field& column = table_->Fields[static_cast<size_t>(field)];
   const auto kind = row.KindOf(field);
-  const bool texts = HoldsTexts(column);
+  const bool texts = HoldsText(column);
   const bool reals = column.Type == FieldType::kFloat64;
   if (kind == RowView::Kind::kNull) {
     rows_ += "\\N";

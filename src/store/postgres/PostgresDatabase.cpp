@@ -10,6 +10,7 @@
 #include "store/StoreError.h"
 #include "store/postgres/PostgresConnection.h"
 #include "store/postgres/PostgresCopy.h"
+#include "store/postgres/PostgresLine.h"
 #include "store/postgres/PostgresRow.h"
 #include "store/postgres/PostgresTable.h"
 #include "store/postgres/PostgresTableDefs.h"

@@ -8,7 +8,7 @@
 
 #include "store/Collation.h"
 #include "store/Names.h"
-#include "store/postgres/PostgresQuery.h"
+#include "store/postgres/PostgresValues.h"
 
 namespace zemo {
 

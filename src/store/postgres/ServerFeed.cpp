@@ -7,6 +7,7 @@
 #include "store/Names.h"
 #include "store/StoreError.h"
 #include "store/postgres/PostgresConnection.h"
+#include "store/postgres/PostgresValues.h"
 
 namespace zemo {
 
@@ -40,7 +41,8 @@ ServerFeed::~ServerFeed() = default;
 
 FeedPlace ServerFeed::Now() {
   const PostgresResult now = connection_->Run(kNow, {}, false);
-  if (now.Rows() != 1) throw StoreError(kErrBadDatabase, connection_->Name() + " has lost its zemo.base");
+  if (now.Rows() != 1)
+    throw StoreError(kErrBadDatabase, connection_->Name() + " has lost its zemo.base");
   return {std::string(now.Text(0, 0)), now.Int(0, 1), std::string(now.Text(0, 2)),
           std::string(now.Text(0, 3))};
 }
@@ -53,9 +55,9 @@ bool ServerFeed::GoesOnFrom(const FeedPlace& place) {
         connection_->Run("SELECT coalesce(min(place), 1) FROM zemo.changes", {}, false);
     return first.Int(0, 0) == 1;
   }
-  const PostgresResult same =
-      connection_->Run("SELECT 1 FROM zemo.changes WHERE place = $1::bigint AND at::text = $2::text",
-                       {std::to_string(place.place), place.mark}, false);
+  const PostgresResult same = connection_->Run(
+      "SELECT 1 FROM zemo.changes WHERE place = $1::bigint AND at::text = $2::text",
+      {std::to_string(place.place), place.mark}, false);
   return same.Rows() == 1;
 }
 
@@ -74,7 +76,8 @@ ServerChanges ServerFeed::Behind(const FeedPlace& place, int64_t mostChanges) {
     changes.place = Now();
     const int64_t newest = changes.place.place;
     const PostgresResult noted = connection_->Run(
-        "SELECT tablename, number, place, at::text FROM zemo.changes WHERE place > $1::bigint ORDER "
+        "SELECT tablename, number, place, at::text FROM zemo.changes WHERE place > $1::bigint "
+        "ORDER "
         "BY place LIMIT $2::bigint",
         {std::to_string(place.place), std::to_string(mostChanges)}, false);
     std::map<std::string, ServerRows> tables;

@@ -71,7 +71,7 @@ class ServerFeed {
   void ForgetChanges(int days);
   void Compact();
 
-  void Listen();      // for changes, from now on
+  void Listen();       // for changes, from now on
   int Socket();        // readable when the server has said something; -1: lost
   bool TakeNotices();  // it said that something changed, since the last asking
 

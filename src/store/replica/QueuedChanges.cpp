@@ -8,7 +8,7 @@
 
 #include "store/Connection.h"
 #include "store/Names.h"
-#include "store/postgres/PostgresQuery.h"
+#include "store/postgres/PostgresValues.h"
 
 namespace zemo {
 
@@ -18,8 +18,8 @@ using nlohmann::json;
 
 // What became of a row since the server heard of it last.
 struct RowWrites {
-  bool isNew = false;   // the server has not had it
-  bool again = false;   // it was removed and made again: the server may have the former one
+  bool isNew = false;  // the server has not had it
+  bool again = false;  // it was removed and made again: the server may have the former one
   std::set<std::string> fields;  // that got another value
 };
 using TableWrites = std::map<int64_t, RowWrites>;

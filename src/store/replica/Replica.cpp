@@ -9,7 +9,7 @@
 #include "store/DatabaseFiles.h"
 #include "store/Names.h"
 #include "store/StoreError.h"
-#include "store/postgres/PostgresQuery.h"
+#include "store/postgres/PostgresValues.h"
 #include "store/replica/QueuedChanges.h"
 #include "store/replica/ReplicaSchema.h"
 
