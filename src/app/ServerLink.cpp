@@ -286,7 +286,8 @@ void ServerLink::MakeReplica(ServerFeed& feed, const std::string& machine,
 // What the program wrote while the copy was made is sent before the former replica goes.
 void ServerLink::MakeAnew(ServerFeed& feed, ReplicaExchange& steps) {
   const std::string whole = path_ + ".whole";
-  SeeToTheServer();
+  // A structure that somebody changed under the program is his affair up to the next start.
+  if (feed.Now().base != replica_->Place().base) SeeToTheServer();
   MakeReplica(feed, replica_->Machine(), whole);
   for (;;) {
     steps.Send();
