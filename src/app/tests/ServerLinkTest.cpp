@@ -155,8 +155,9 @@ TEST_F(ServerLinkTest, AnotherStructureOnTheServerIsTakenOverUnderTheProgram) {
   const auto air = Link();
   const auto on = Open(*air);
   ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
-  ASSERT_EQ(TestServer::Get().Try(made_, "ALTER TABLE \"Variete\" ADD COLUMN \"MORE\" text; "
-                                         "UPDATE \"Variete\" SET \"MORE\" = 'x'"),
+  ASSERT_EQ(TestServer::Get().Try(made_,
+                                  "ALTER TABLE \"Variete\" ADD COLUMN \"MORE\" text; "
+                                  "UPDATE \"Variete\" SET \"MORE\" = 'x'"),
             "");
   EXPECT_TRUE(Comes([&] { return on->FileIsLost(); }));
   on->Open(false);
