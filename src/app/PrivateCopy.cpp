@@ -9,6 +9,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "app/ServerLink.h"
 #include "app/StationPaths.h"
 #include "engine/EmergencyFolder.h"
 #include "platform/real/files/FolderNames.h"
@@ -138,8 +139,13 @@ void CopyFiles(const std::string& from, const std::string& to) {
   if (fs::exists(from)) CopyWanted(from, to, [](const fs::path&) { return true; });
 }
 
+// Replicas are not copied: whoever reads one past SQLite takes the locks from those who have it
+// open in this process.
 void CopyMachine(const std::string& from, const std::string& to) {
-  CopyFiles(from, to);
+  if (fs::exists(from))
+    CopyWanted(from, to, [](const fs::path& path) {
+      return !path.filename().string().starts_with(kReplicaName);
+    });
   const std::string emergency = EntryNamed(from, kEmergencyFolder);
   std::error_code error;
   const fs::path folder = fs::absolute(from, error) / emergency;

@@ -79,7 +79,7 @@ class ServerLink::OpenLine {
 };
 
 std::string ServerLink::FileName(const BasePlace& server) {
-  return "Replica-" + HexMark(server.name) + ".MDB";
+  return kReplicaName + HexMark(server.name) + ".MDB";
 }
 
 int64_t ServerLink::WaitingIn(const std::string& machinePath, const BasePlace& server) {
@@ -184,7 +184,11 @@ void ServerLink::Run() {
       if (!ends_) SetReachable(false, error.what());
     }
     if (NowMs() - beganMs > kMostRestMs) restMs = kFirstRestMs;
-    Rest(restMs);
+    try {
+      Rest(restMs);
+    } catch (const StoreError&) {
+      // The replica is locked for longer than anybody should: what waits in it is counted later.
+    }
     restMs = std::min(2 * restMs, kMostRestMs);
   }
   const std::lock_guard lock(mutex_);
@@ -295,8 +299,13 @@ void ServerLink::MakeAnew(ServerFeed& feed, ReplicaExchange& steps) {
     if (replica_->Waiting() == 0) break;
     replica_->LetOthersIn();
   }
-  Replica(whole, kReplicaWaitMs).TakeOver(*replica_);
-  std::filesystem::rename(whole, path_);
+  try {
+    Replica(whole, kReplicaWaitMs).TakeOver(*replica_);
+    std::filesystem::rename(whole, path_);
+  } catch (...) {
+    replica_->LetOthersIn();
+    throw;
+  }
   replaced_.push_back(std::move(replica_));
 }
 

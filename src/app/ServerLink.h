@@ -21,6 +21,8 @@ class Replica;
 class ReplicaExchange;
 class ServerFeed;
 
+inline constexpr char kReplicaName[] = "Replica-";  // begins the names of its files
+
 class ServerLink final : public BaseLink {
  public:
   // The replica's name in the machine folder.

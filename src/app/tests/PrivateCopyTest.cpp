@@ -64,6 +64,14 @@ class PrivateCopy : public testing::Test {
   fs::path root_;
 };
 
+TEST_F(PrivateCopy, OfTheMachineLeavesTheReplicas) {
+  for (const char* name : {"Settings.Ini", "Replica-086825d8.MDB", "Replica-086825d8.MDB-journal"})
+    Put(root_ / "machine" / name, name);
+  CopyMachine(Path("machine"), Path("copy"));
+  EXPECT_TRUE(fs::exists(root_ / "copy" / "Settings.Ini"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(root_ / "copy"), fs::directory_iterator()), 1);
+}
+
 TEST_F(PrivateCopy, TakesSideFilesAndLeavesSoundFilesAndFolders) {
   for (const char* name :
        {"Genre.Txt", "StartStop.0", "New.mdb", "a.wav", "b.MP3", "c.Flac", "d.mar"})

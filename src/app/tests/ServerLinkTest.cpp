@@ -11,6 +11,7 @@
 
 #include "app/ServerLink.h"
 #include "store/Database.h"
+#include "store/DatabaseFiles.h"
 #include "store/Recordset.h"
 #include "store/Schema.h"
 #include "store/StoreError.h"
@@ -164,6 +165,22 @@ TEST_F(ServerLinkTest, AnotherStructureOnTheServerIsTakenOverUnderTheProgram) {
   EXPECT_EQ(AsText(on->OpenRecordset("SELECT MORE FROM Variete")->Field(0)), "x");
   Add(*on, "a");
   EXPECT_TRUE(Comes([&] { return OnServer(kTitles) == "a"; }));
+}
+
+TEST_F(ServerLinkTest, AReplicaThatAnotherToolLocksIsWaitedFor) {
+  const auto air = Link();
+  const auto on = Open(*air);
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  const std::string path = Folder("air") + '/' + ServerLink::FileName(ServerPlace(Url()));
+  {
+    const HeldDatabase held(path, 2000);
+    TestServer::Get().Stop();
+    EXPECT_TRUE(Comes([&] { return !air->State().reachable; }));
+    TestServer::Get().Start();
+    EXPECT_TRUE(Comes([&] { return air->TakeLines().size() == 1; }));
+  }
+  Add(*on, "a");
+  EXPECT_TRUE(Comes([&] { return air->State().reachable && OnServer(kTitles) == "a"; }));
 }
 
 // A writer that is killed at any moment, again and again: the server has each of its rows once.
