@@ -33,6 +33,7 @@ void Start(Station& station) {
     RefreshPlanTimes(station);
   }
   engine.IsRunning = true;
+  engine.lateStarts.dueMs.reset();
   engine.FittingActive = false;
   WriteZemoOnOff(station, '1');
   LoadSavePlay(station, "Save");
