@@ -43,9 +43,7 @@ std::string DayTime(int64_t ms) {
 }  // namespace
 
 StatusPicture::StatusPicture(Station& station, ControlSources& sources)
-    : station_(station),
-      sources_(sources),
-      begunMs_(station.platform.clock.MonotonicMs()) {}
+    : station_(station), sources_(sources), begunMs_(station.platform.clock.MonotonicMs()) {}
 
 int64_t StatusPicture::UptimeMs() const {
   return station_.platform.clock.MonotonicMs() - begunMs_;
@@ -174,7 +172,7 @@ void StatusPicture::AddList(Json& picture) const {
 void StatusPicture::AddLights(Json& picture) const {
   const EngineState& engine = station_.engine;
   const ScreenNotices& notices = station_.notices;
-  picture["lights"] = {{"voice_track", engine.VoiceTrackState == 0  ? "none"
+  picture["lights"] = {{"voice_track", engine.VoiceTrackState == 0   ? "none"
                                        : engine.VoiceTrackState < -1 ? "on_air"
                                                                      : "armed"},
                        {"extract", bool{engine.CheckExtrait}},
