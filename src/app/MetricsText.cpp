@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "app/Version.h"
+#include "platform/BaseLink.h"
 #include "platform/SoundSource.h"
 #include "station/PlanTimes.h"
 #include "station/Station.h"
@@ -117,9 +118,17 @@ void AddOutput(Metrics& metrics, const SoundHealth& output) {
 
 void AddBase(Metrics& metrics, Station& station) {
   const LockWait::Waited& waited = station.base.Waiting().SoFar();
+  const BaseLink* const link = station.platform.baseLink;
+  const BaseLinkState server = link ? link->State() : BaseLinkState{.reachable = true};
   metrics.Gauge("base_open", "1 while the base is open.", station.base.IsOpen());
   metrics.Gauge("base_unwritten_rows", "Rows that the base could not take yet.",
                 static_cast<double>(station.engine.kept.writes.size()));
+  metrics.Gauge("base_server_reachable",
+                "1 where the server of the base answers, or the base is on none.",
+                server.reachable);
+  metrics.Gauge("base_server_waiting_writes",
+                "Writes of this machine that the server of the base has still to take.",
+                static_cast<double>(server.waiting));
   metrics.Counter("base_waits_total", "Operations that waited for a lock of another program.",
                   waited.operations);
   metrics.Counter("base_wait_seconds_total", "Time that they waited.", Seconds(waited.ms));

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "app/ControlServer.h"
+#include "platform/BaseLink.h"
 #include "support/TestStation.h"
 
 namespace zemo::test {
@@ -51,6 +52,13 @@ class LineOfTest : public ControlLine {
 
  private:
   Told& told_;
+};
+
+// A server that does not answer, with writes that it has still to take.
+class SilentServer : public BaseLink {
+ public:
+  BaseLinkState State() const override { return {.reachable = false, .waiting = 12}; }
+  void GoesOnAir() override {}
 };
 
 class ControlOfStation : public testing::Test {
@@ -269,11 +277,14 @@ TEST_F(ControlOfStation, TheMetricsAreTheFiguresOfThatMoment) {
   PlayTwo();
   health.underruns = 4;
   health.losses = 2;
+  SilentServer link;
+  on.station.platform.baseLink = &link;
   health.lateFrames = 66150;  // a second and a half
   on.station.engine.lateStarts.Count(0.12);
   on.station.engine.lateStarts.Count(30);
   Say(10050, 1, R"({"id":1,"do":"metrics"})");
   on.RunUntil(10060);
+  on.station.platform.baseLink = nullptr;
   const std::string text = "\n" + json::parse(AnswerAt(0))["metrics"].get<std::string>();
   for (const char* row : {"zemoradio_on_air 1",
                           "zemoradio_automatic 1",
@@ -288,6 +299,8 @@ TEST_F(ControlOfStation, TheMetricsAreTheFiguresOfThatMoment) {
                           "zemoradio_output_late_seconds_total 1.5",
                           "zemoradio_base_open 1",
                           "zemoradio_base_unwritten_rows 0",
+                          "zemoradio_base_server_reachable 0",
+                          "zemoradio_base_server_waiting_writes 12",
                           "zemoradio_base_waits_total 0",
                           "zemoradio_disk_free_bytes{folder=\"station\"} 5e+09",
                           "zemoradio_disk_free_bytes{folder=\"machine\"} -1",
