@@ -37,13 +37,16 @@ TEST(MessageRing, RefusesAMessageThatFindsNoRoomAsAWhole) {
   EXPECT_FALSE(ring.Take(head, text));
 }
 
-// 2,000 messages of 0 to 99 bytes through 256: round and round, and often met half written.
+// 2,000 messages of up to 60,000 bytes through 65,536: round and round, and often met half written.
 TEST(MessageRing, CarriesMessagesFromOneThreadToAnother) {
   constexpr uint64_t kMessages = 2000;
-  MessageRing ring(256);
-  std::thread writer([&ring] {
+  const auto textOf = [](uint64_t number) {
+    return std::string(number * 7919 % 60000, static_cast<char>('a' + number % 26));
+  };
+  MessageRing ring(65536);
+  std::thread writer([&] {
     for (uint64_t number = 0; number < kMessages;) {
-      const std::string text(number % 100, static_cast<char>('a' + number % 26));
+      const std::string text = textOf(number);
       if (ring.Put(number, 1, text))
         ++number;
       else
@@ -58,7 +61,7 @@ TEST(MessageRing, CarriesMessagesFromOneThreadToAnother) {
       continue;
     }
     ASSERT_EQ(head.client, number);
-    ASSERT_EQ(text, std::string(number % 100, static_cast<char>('a' + number % 26)));
+    ASSERT_TRUE(text == textOf(number)) << number;
     ++number;
   }
   writer.join();
