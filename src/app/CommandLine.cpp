@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "app/Version.h"
+
 namespace zemo {
 
 namespace {
@@ -101,7 +103,7 @@ std::optional<std::function<int()>> ParseCommandLine(int argc, const char* const
                                                      std::span<const Command> commands) {
   CommonOptions common;
   CLI::App app("", "zemoradio");
-  app.set_version_flag("--version", std::string("Zemo Radio " ZEMO_VERSION));
+  app.set_version_flag("--version", std::string("Zemo Radio ") + kVersion);
   app.require_subcommand(0, 1);
   std::vector<std::pair<const CLI::App*, Command::Prepared>> prepared;
   for (const Command& command : commands) {

@@ -298,6 +298,15 @@ ReadTyped DeclareDevices(CLI::App& app, CommonOptions& common, DevicesOptions& o
   return [&common, &options] { options.machine = common.machine; };
 }
 
+ReadTyped DeclareCtl(CLI::App& app, CommonOptions& common, CtlOptions& options) {
+  AddMachine(app, common);
+  app.add_flag("--json", options.json, "The answer as it comes, one JSON object");
+  app.add_option("words", options.words,
+                 "status, metrics or watch, or an order of a script with its arguments")
+      ->type_name("ORDER [ARGS]");
+  return [&common, &options] { options.machine = common.machine; };
+}
+
 ReadTyped DeclareCompact(CLI::App& app, CommonOptions& common, StationOptions& options) {
   AddFolders(app, common);
   return [&common, &options] { TakeFolders(common, options); };

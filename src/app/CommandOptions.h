@@ -97,6 +97,12 @@ struct ImportOptions : StationOptions {
   bool dryRun = false, json = false;
 };
 
+struct CtlOptions {
+  std::string machine;             // empty: the default one
+  std::vector<std::string> words;  // a question, or an order with its arguments; empty: status
+  bool json = false;
+};
+
 inline constexpr char kMoveToFile[] = "file";
 struct MoveOptions : StationOptions {
   std::string to;  // "file", or a server's URL
@@ -122,6 +128,7 @@ ReadTyped DeclareSettings(CLI::App& app, CommonOptions& common, SettingsOptions&
 ReadTyped DeclareImport(CLI::App& app, CommonOptions& common, ImportOptions& options);
 ReadTyped DeclareDevices(CLI::App& app, CommonOptions& common, DevicesOptions& options);
 ReadTyped DeclareCompact(CLI::App& app, CommonOptions& common, StationOptions& options);
+ReadTyped DeclareCtl(CLI::App& app, CommonOptions& common, CtlOptions& options);
 ReadTyped DeclareMove(CLI::App& app, CommonOptions& common, MoveOptions& options);
 
 // The folders that most commands take.

@@ -103,6 +103,18 @@ std::span<const Command> Commands() {
             "the sound devices of this machine: name, sound system, rates, channels, which is the "
             "default, which is used for the air and which for prelistening"}},
           DeclareDevices, RunDevicesCommand),
+      MakeCommand<CtlOptions>(
+          "ctl", "Ask a program on air, or give it an order",
+          {{"ctl [--machine DIR] [--json] [status]",
+            "what the program on air with that machine's folder plays, and what comes next"},
+           {"ctl [--machine DIR] [--json] ORDER [ARGS]",
+            "gives it an order of the operator, as a script gives it: `start`, `stop`, `next`, "
+            "`mode`, `request`, `insert`, `move`, `delete`, `overlay` and the others"},
+           {"ctl [--machine DIR] watch",
+            "its events as they happen, as the lines of a trace, until interrupted"},
+           {"ctl [--machine DIR] [--json] metrics",
+            "its figures, in the text form that Prometheus reads"}},
+          DeclareCtl, RunCtlCommand),
       MakeCommand<CampaignOptions>(
           "campaign", "List, show, add or remove advertisers' campaigns",
           {{"campaign list [--station DIR] [--machine DIR] [--json]", "the advertisers' campaigns"},

@@ -27,6 +27,7 @@ int RunAffidavitCommand(const AffidavitOptions& options);
 int RunReportCommand(const ReportOptions& options);
 int RunSettingsCommand(const SettingsOptions& options);
 int RunDevicesCommand(const DevicesOptions& options);
+int RunCtlCommand(const CtlOptions& options);
 int RunCampaignCommand(const CampaignOptions& options);
 int RunCompactCommand(const StationOptions& options);
 int RunMoveCommand(const MoveOptions& options);

@@ -22,12 +22,15 @@ struct Finalize {
 };
 using OwnConnection = std::unique_ptr<sqlite3, CloseConnection>;
 
+int WaitAsTheBaseDoes(void* wait, int times) {
+  return static_cast<LockWait*>(wait)->WaitOnce(times) ? 1 : 0;
+}
+
 OwnConnection Connect(const std::string& path) {
   sqlite3* opened = nullptr;
   const int result = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
   OwnConnection connection(opened);
   if (result != SQLITE_OK) throw OrderError(sqlite3_errstr(result), result);
-  sqlite3_busy_timeout(connection.get(), kLockWaitMs);
   return connection;
 }
 
@@ -47,14 +50,18 @@ void ExecuteFromOutside(StationBase& base, const std::string& statement) {
   RequireFile(base);
   const std::optional<OthersLetIn> others = LetInto(base);
   const OwnConnection connection = Connect(base.Path());
+  sqlite3_busy_timeout(connection.get(), kLockWaitMs);
   const int result = sqlite3_exec(connection.get(), statement.c_str(), nullptr, nullptr, nullptr);
   if (result != SQLITE_OK) throw OrderError(sqlite3_errmsg(connection.get()), result);
 }
 
+// On air the tick waits for whoever gives this order: it has the tick's grant and no more.
 void SetCnfFromOutside(StationBase& base, const Field& field, const std::string& value) {
   RequireFile(base);
   const std::optional<OthersLetIn> others = LetInto(base);
   const OwnConnection connection = Connect(base.Path());
+  sqlite3_busy_handler(connection.get(), WaitAsTheBaseDoes, &base.Waiting());
+  base.Waiting().Begin(true);
   sqlite3_stmt* prepared = nullptr;
   int result =
       sqlite3_prepare_v2(connection.get(), ("UPDATE Cnf SET \"" + field.Name + "\" = ?").c_str(),
@@ -64,6 +71,7 @@ void SetCnfFromOutside(StationBase& base, const Field& field, const std::string&
     sqlite3_bind_text(statement.get(), 1, value.c_str(), -1, SQLITE_TRANSIENT);
     result = sqlite3_step(statement.get());
   }
+  base.Waiting().End(true, result == SQLITE_BUSY);
   if (result != SQLITE_DONE) throw OrderError(sqlite3_errmsg(connection.get()), result);
 }
 

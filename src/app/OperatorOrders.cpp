@@ -11,6 +11,7 @@
 #include "app/ScriptControls.h"
 #include "engine/DayGridControls.h"
 #include "engine/OperatorControls.h"
+#include "engine/OverlayButton.h"
 #include "engine/StoredPlaylists.h"
 #include "platform/SettingsDevices.h"
 #include "settings/SettingsControls.h"
@@ -46,6 +47,17 @@ std::string StoredForm(const Field& field, const std::string& value) {
   if (IsOneOf(value, kNo)) return "0";
   return Val(value) != 0 ? "-1" : "0";
 }
+
+BrowseList ListOfKind(const std::string& kind) {
+  if (kind == "jingle") return BrowseList::kJingles;
+  if (kind == "spot") return BrowseList::kSpots;
+  if (kind == "other") return BrowseList::kOthers;
+  return BrowseList::kMusic;
+}
+
+OrderError NoSuchCard(const GivenOrder& given) {
+  return OrderError("the library holds no " + given.arguments[0] + " " + given.arguments[1]);
+}
 }  // namespace
 
 void SetMode(Station& station, const GivenOrder& given) {
@@ -68,13 +80,22 @@ void SaveList(Station& station, const GivenOrder& given) {
 }
 
 void InsertCard(Station& station, const GivenOrder& given) {
-  const std::string& kind = given.arguments[0];
-  BrowseList list = BrowseList::kMusic;
-  if (kind == "jingle") list = BrowseList::kJingles;
-  if (kind == "spot") list = BrowseList::kSpots;
-  if (kind == "other") list = BrowseList::kOthers;
+  const BrowseList list = ListOfKind(given.arguments[0]);
   if (!OnAir::DropFromLibrary(station, list, given.Number(1), given.Number(2)))
-    throw OrderError("the library holds no " + kind + " " + given.arguments[1]);
+    throw NoSuchCard(given);
+}
+
+void PlayOverlay(Station& station, const GivenOrder& given) {
+  OnAir::RecordActivity(station);
+  if (!given.Has(1)) {
+    if (!OnAir::PlayShortcut(station, given.Number(0)))
+      throw OrderError("no sound is on key " + given.arguments[0]);
+    return;
+  }
+  const auto element =
+      OnAir::RowFromLibrary(station, ListOfKind(given.arguments[0]), given.Number(1));
+  if (!element) throw NoSuchCard(given);
+  OnAir::PlayOverAir(station, element->file);
 }
 
 void CopyBreak(Station& station, const GivenOrder& given) {

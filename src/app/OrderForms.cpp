@@ -29,6 +29,7 @@ bool IsFileName(std::string_view text) {
 // Whether the text can stand for an argument of that kind. Kinds without a rule take any text.
 bool Fits(std::string_view kind, std::string_view text) {
   if (kind == "CODE" || kind == "ROW") return IsWholeNumber(text, 1, 0x7fffffff);
+  if (kind == "KEY") return IsWholeNumber(text, 1, 9);
   if (kind == "VK") return IsWholeNumber(text, 1, 254);
   if (kind == "OPTION") return IsWholeNumber(text, 0, 3);
   if (kind == "CONTACT") return IsWholeNumber(text, 0, 3);
@@ -96,6 +97,23 @@ std::optional<std::vector<std::string>> Match(std::string_view form, const Order
   return arguments;
 }
 
+GivenOrder FindOrder(std::span<const Order> orders, const OrderWords& line, std::string_view text) {
+  if (line.words.empty()) throw UnreadableOrder("no order");
+  std::string expected;
+  for (const Order& order : orders) {
+    if (order.Name() != line.words[0]) continue;
+    if (auto arguments = Match(order.form, line, text)) {
+      GivenOrder given{&order, std::move(*arguments)};
+      const std::string error = order.misnamed ? order.misnamed(given) : std::string();
+      if (!error.empty()) throw UnreadableOrder(error);
+      return given;
+    }
+    expected += (expected.empty() ? "" : " or ") + std::string(order.form);
+  }
+  if (expected.empty()) throw UnreadableOrder("unknown order '" + line.words[0] + "'");
+  throw UnreadableOrder("cannot be read, expected: " + expected);
+}
+
 }  // namespace
 
 std::optional<int32_t> ParseColour(std::string_view text) {
@@ -136,21 +154,18 @@ OrderWords SplitWords(std::string_view text) {
 }
 
 GivenOrder ReadOrder(std::span<const Order> orders, std::string_view text) {
-  const OrderWords line = SplitWords(text);
-  if (line.words.empty()) throw UnreadableOrder("no order");
-  std::string expected;
-  for (const Order& order : orders) {
-    if (order.Name() != line.words[0]) continue;
-    if (auto arguments = Match(order.form, line, text)) {
-      GivenOrder given{&order, std::move(*arguments)};
-      const std::string error = order.misnamed ? order.misnamed(given) : std::string();
-      if (!error.empty()) throw UnreadableOrder(error);
-      return given;
-    }
-    expected += (expected.empty() ? "" : " or ") + std::string(order.form);
+  return FindOrder(orders, SplitWords(text), text);
+}
+
+GivenOrder OrderOfWords(std::span<const Order> orders, const std::vector<std::string>& words) {
+  OrderWords line;
+  line.words = words;
+  std::string text;
+  for (const std::string& word : words) {
+    text += (text.empty() ? "" : " ") + word;
+    line.ends.push_back(text.size());
   }
-  if (expected.empty()) throw UnreadableOrder("unknown order '" + line.words[0] + "'");
-  throw UnreadableOrder("cannot be read, expected: " + expected);
+  return FindOrder(orders, line, text);
 }
 
 }  // namespace zemo

@@ -43,6 +43,7 @@ struct Order {
   // What is wrong with names and values that stand in tables; empty for nothing. Null: there are
   // none.
   std::string (*misnamed)(const GivenOrder& given) = nullptr;
+  bool setsTheClock = false;  // of the machine: for who sits at it, and for a simulation
 
   std::string_view Name() const { return form.substr(0, form.find(' ')); }
 };
@@ -64,6 +65,9 @@ struct OrderWords {
   bool openQuotes = false;
 };
 OrderWords SplitWords(std::string_view text);
+
+// The order of these words, each as it is, blanks and quotes included; as ReadOrder.
+GivenOrder OrderOfWords(std::span<const Order> orders, const std::vector<std::string>& words);
 
 // The order that `text` gives, by one of `orders`, which has to outlive it. Throws UnreadableOrder.
 GivenOrder ReadOrder(std::span<const Order> orders, std::string_view text);

@@ -14,6 +14,7 @@ void LoadList(Station& station, const GivenOrder& given);
 void SaveList(Station& station, const GivenOrder& given);
 void InsertCard(Station& station, const GivenOrder& given);
 void CopyBreak(Station& station, const GivenOrder& given);
+void PlayOverlay(Station& station, const GivenOrder& given);
 void PreviewDay(Station& station, const GivenOrder& given);
 void Check(Station& station, const GivenOrder& given);
 void SetCnf(Station& station, const GivenOrder& given);

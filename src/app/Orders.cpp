@@ -44,9 +44,11 @@ const Order kOrders[] = {
     {"delete ROW", "deletes a row of the list", [](Station& s, const It& it) { OnAir::PL_KeyDelete(s, it.Number(0)); }},
     {"rightclick ROW", "a right click on a row of the list",
      [](Station& s, const It& it) { OnAir::PL_RightClick(s, it.Number(0)); }},
+    {"overlay KEY", "plays the sound of a key of the numeric pad, 1 to 9, over what is on air", PlayOverlay},
+    {"overlay music|jingle|spot|other CODE", "plays a card of the library over what is on air", PlayOverlay},
     {"break ROW [at ROW]",
      "copies the break in that row of the day's grid to the head of the list, or before a row of it", CopyBreak},
-    {"preview DAY", "shows the grid of another day (`YYYY-MM-DD`)", PreviewDay},
+    {"preview DAY", "shows the grid of another day (`YYYY-MM-DD`)", PreviewDay, nullptr, true},
     {"check CONTROL on|off", "ticks or clears a check box or check menu, by its name", Check, NoSuchCheck},
     {"local NAME VALUE", "gives a value of the machine (`Settings.Ini`) another content",
      [](Station& s, const It& it) { s.platform.localValues.Set(it.arguments[0], it.arguments[1]); }},
@@ -102,16 +104,29 @@ const Order kOrders[] = {
 };
 // clang-format on
 
+std::string OnlyInSimulation(const Order& order) {
+  return "only a simulation has the order " + std::string(order.Name());
+}
+
 void CarryOutOn(Station& station, SimStation* sim, const GivenOrder& given) {
   if (const auto* ofOperator = std::get_if<Order::OfOperator>(&given.order->serve))
     return (*ofOperator)(station, given);
-  if (!sim) throw OrderError("only a simulation has the order " + std::string(given.order->Name()));
+  if (!sim) throw OrderError(OnlyInSimulation(*given.order));
   std::get<Order::OfSimulation>(given.order->serve)(*sim, given);
 }
 }  // namespace
 
 std::span<const Order> Orders() {
   return kOrders;
+}
+
+std::string WhyNotFromElsewhere(const Order& order) {
+  if (!std::holds_alternative<Order::OfOperator>(order.serve)) return OnlyInSimulation(order);
+  if (order.setsTheClock)
+    return "the order " + std::string(order.Name()) +
+           " sets the clock of the machine: only who "
+           "sits at it can give it";
+  return {};
 }
 
 void CarryOut(Station& station, const GivenOrder& given) {

@@ -19,6 +19,10 @@ struct OrderError : std::runtime_error {
   int number;
 };
 
+// Why an operator who is not at the machine cannot give the order to a station on air; empty: he
+// can.
+std::string WhyNotFromElsewhere(const Order& order);
+
 // An order of the operator, on any station. Throws OrderError for one that needs a simulation, and
 // std::exception for what could not be done.
 void CarryOut(Station& station, const GivenOrder& given);

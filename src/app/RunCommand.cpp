@@ -5,9 +5,12 @@
 #include <csignal>
 #include <cstdio>
 
+#include "app/AirFigures.h"
 #include "app/BackgroundMeasuring.h"
 #include "app/Commands.h"
+#include "app/ControlOnAir.h"
 #include "app/EndSignals.h"
+#include "app/EventFan.h"
 #include "app/LibraryKeeping.h"
 #include "app/RealStation.h"
 #include "app/RunDisplay.h"
@@ -44,6 +47,10 @@ int RunOnAir(const AirOptions& options) {
   OnAir::Form_Activate(station, true);
   if (!station.engine.IsRunning) OnAir::Toolbar_ButtonClick(station, Toolbar::kStart);
 
+  AirFigures figures(*real.sound);
+  ControlOnAir control(station, folders, [&] { return figures.Take(AirFigures::kControl); });
+  EventFan events({&display, &control.Events()});
+  station.events.SetSink(&events);
   const BackgroundMeasuring measuring(station);
   RunEnd end(real, options,
              {.drained = [&] { real.loop.Quit(); },

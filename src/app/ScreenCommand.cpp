@@ -9,7 +9,9 @@
 #include <memory>
 #include <utility>
 
+#include "app/AirFigures.h"
 #include "app/Commands.h"
+#include "app/ControlOnAir.h"
 #include "app/EndSignals.h"
 #include "app/ErrorLine.h"
 #include "app/ForecastProcess.h"
@@ -74,17 +76,6 @@ struct ScreenMachine {
   DesktopParts Parts() { return {*clipboard, messages, keyboard, system}; }
 };
 
-OutputFigures FiguresOf(RealSoundChain& sound) {
-  const SoundHealth health = sound.TakeHealth();
-  return {.output = health.output,
-          .heard = health.heard,
-          .underruns = health.underruns,
-          .lateFrames = health.lateFrames,
-          .peakLeft = health.peakLeft,
-          .peakRight = health.peakRight,
-          .device = health.device};
-}
-
 int64_t FreeBytes(const std::string& folder) {
   std::error_code error;
   const auto space = std::filesystem::space(folder, error);
@@ -145,7 +136,8 @@ int OpenScreen(const AirOptions& options) {
                            folders.machine);
   bool left = false;
   ScreenSources sources;
-  sources.output = [&real] { return FiguresOf(*real.sound); };
+  AirFigures figures(*real.sound);
+  sources.output = [&figures] { return FiguresOf(figures.Take(AirFigures::kScreen)); };
   sources.freeDiskBytes = [&folders] { return FreeBytes(folders.station); };
   sources.waveforms = &waveforms;
   sources.forecast = &forecast;
@@ -164,10 +156,13 @@ int OpenScreen(const AirOptions& options) {
   OnAir::Form_Activate(station, true);
   window.Begin();
 
+  ControlOnAir control(station, folders, [&] { return figures.Take(AirFigures::kControl); });
+  station.events.SetSink(&control.Events());
   RunEnd end(real, options,
              {.drained = [&real] { real.loop.Quit(); }, .leaving = [] {}, .line = TellLine});
   endSignals.Deliver([&end] { end.OnSignal(); });
   real.loop.Run();
+  station.events.SetSink(nullptr);
   desks.Leave();
   if (!left) EndInOrder(station);
   return EndStatus(station);

@@ -194,6 +194,11 @@ std::string TraceLine(const Event& event, std::string_view at) {
   return line;
 }
 
+std::string TraceMoment(const LocalDateTime& moment) {
+  char text[24];
+  return std::string(AtText(moment, text));
+}
+
 Trace::Trace(const std::string& path, const Clock& clock) : path_(path), clock_(clock) {
   file_ = path == "-" ? STDOUT_FILENO
                       : open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);

@@ -13,11 +13,13 @@
 namespace zemo {
 
 class Clock;
+struct LocalDateTime;
 
 // One event as its line, without the line's end. Members keep their order; whole numbers have no
 // point, others all the digits that they need to come back the same; bytes that are no UTF-8 become
 // U+FFFD.
 std::string TraceLine(const Event& event, std::string_view at);
+std::string TraceMoment(const LocalDateTime& moment);  // "YYYY-MM-DDThh:mm:ss.mmm"
 
 // Paths and what is told in their place.
 using ShownPaths = std::vector<std::pair<std::string, std::string>>;

@@ -1,7 +1,11 @@
 #include "engine/ElementOnAir.h"
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 
+#include "engine/MainTick.h"
 #include "engine/TickMoment.h"
 #include "station/Overlay.h"
 #include "station/Station.h"
@@ -9,6 +13,16 @@
 #include "station/TimeForms.h"
 
 namespace zemo {
+
+namespace {
+// The last look before the element fell silent stands: one that nothing follows in time is late.
+void NoteExitPoint(Station& station) {
+  EngineState& engine = station.engine;
+  if (!engine.IsRunning || !station.platform.sound.Sounds(engine.CurrentChannel)) return;
+  engine.lateStarts.dueMs = station.platform.clock.MonotonicMs() +
+                            static_cast<int64_t>(std::ceil(MsToExitPoint(station)));
+}
+}  // namespace
 
 void ReadElementOnAir(Station& station) {
   EngineState& engine = station.engine;
@@ -18,6 +32,15 @@ void ReadElementOnAir(Station& station) {
   engine.ElementPositionMs = sound.Position(engine.CurrentChannel);
   engine.RemainingMs = static_cast<int32_t>(engine.BufferOffsetSec * 1000) +
                        engine.ElementLengthMs - engine.ElementPositionMs;
+  NoteExitPoint(station);
+}
+
+void CountLateStart(Station& station) {
+  EngineState& engine = station.engine;
+  const std::optional<int64_t> dueMs = std::exchange(engine.lateStarts.dueMs, std::nullopt);
+  if (!dueMs || engine.NextRequested) return;
+  const int64_t lateMs = station.platform.clock.MonotonicMs() - *dueMs;
+  engine.lateStarts.Count(static_cast<double>(std::max<int64_t>(lateMs, 0)) / 1000);
 }
 
 void ServeExtractEnd(Station& station) {

@@ -12,6 +12,9 @@ struct Station;
 
 // The tick's steps.
 void ReadElementOnAir(Station& station);
+// An element begins to be heard: how far behind the exit point of the one before. Not counted are
+// the first one, and one that the operator's hand or an extract's end has called.
+void CountLateStart(Station& station);
 void ServeExtractEnd(Station& station);
 void CountProgress(Station& station);
 void CountIntro(Station& station, const Moment& at);

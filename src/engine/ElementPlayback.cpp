@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "engine/BaseMaintenance.h"
+#include "engine/ElementOnAir.h"
 #include "engine/UnplayableRows.h"
 #include "library/OnAirRows.h"
 #include "platform/Folder.h"
@@ -192,6 +193,7 @@ void TellStart(Station& station, const Incoming& element) {
   started.position_ms = sound.Position(element.slot);
   started.volume = sound.Volume(element.slot);
   station.events.Start(started);
+  CountLateStart(station);
   station.WatchSilence();
 }
 

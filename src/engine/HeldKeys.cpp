@@ -24,11 +24,6 @@ void ServeSpaceKey(Station& station, const Moment& at) {
   StartStopZemoRadio(station, !engine.IsRunning);
 }
 
-void PlayShortcut(Station& station, const EngineLists::Shortcut& shortcut) {
-  OnAir::PlayOverAir(station, shortcut.FileName);
-  station.engine.OverlayKey = shortcut.Touche;
-}
-
 void ForgetSilentKey(Station& station) {
   if (station.platform.sound.ChannelDone(kOverlaySlot)) station.engine.OverlayKey.clear();
 }
@@ -46,7 +41,7 @@ void ServeKeys(Station& station, const Moment& at) {
     const auto key = static_cast<int>(Val(shortcut.Touche));
     if (key <= 0) break;
     if (!keyboard.Held(key + kKeyNumPad0)) continue;
-    PlayShortcut(station, shortcut);
+    OnAir::PlayShortcut(station, key);
     break;
   }
 }

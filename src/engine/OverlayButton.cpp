@@ -6,6 +6,7 @@
 #include "station/BrowseList.h"
 #include "station/Overlay.h"
 #include "station/Station.h"
+#include "station/TextForms.h"
 
 namespace zemo {
 
@@ -40,6 +41,16 @@ void OnAir::PlayOverAir(Station& station, const std::string& storedPath) {
   sound.SetVolume(kOverlaySlot, volume);
   LoadOverlay(station, storedPath);
   StartOverlay(station, "key");
+}
+
+bool OnAir::PlayShortcut(Station& station, int key) {
+  for (const EngineLists::Shortcut& shortcut : station.lists.Touches) {
+    if (static_cast<int>(Val(shortcut.Touche)) != key) continue;
+    PlayOverAir(station, shortcut.FileName);
+    station.engine.OverlayKey = shortcut.Touche;
+    return true;
+  }
+  return false;
 }
 
 void OnAir::BtnSurImpression_Click(Station& station, int browseRow) {

@@ -19,6 +19,10 @@ void BtnSurImpression_Click(Station& station, int browseRow);
 // In place of whatever sounds in slot 2, at the volume of overlays. Throws SoundError.
 void PlayOverAir(Station& station, const std::string& storedPath);
 
+// The same with the sound of a key of the numeric pad, 1 to 9, told as that key's. False: the key
+// has none.
+bool PlayShortcut(Station& station, int key);
+
 }  // namespace OnAir
 
 }  // namespace zemo

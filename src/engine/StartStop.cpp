@@ -35,6 +35,7 @@ void Start(Station& station) {
     RefreshPlanTimes(station);
   }
   engine.IsRunning = true;
+  engine.lateStarts.dueMs.reset();
   if (BaseLink* link = station.platform.baseLink) link->GoesOnAir();
   engine.FittingActive = false;
   WriteZemoOnOff(station, '1');

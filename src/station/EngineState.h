@@ -18,6 +18,7 @@
 #include "station/EmergencyState.h"
 #include "station/Flag.h"
 #include "station/KeptAir.h"
+#include "station/LateStarts.h"
 
 namespace zemo {
 
@@ -83,6 +84,8 @@ struct EngineState {
   int32_t ProgressPercent = 0;                                 // whole part
   Flag<bool> NextRequested{"NextRequested", false, observer};  // fade what sounds, start the next
   Flag<bool> StartNextNow{"StartNextNow", false, observer};    // a latch, cleared by PlayWave only
+
+  LateStarts lateStarts;  // writers: the tick, PlayWave, the start button
 
   // --- introduction, extract, voice track ---
   Flag<bool> IntroOverlayPending{"IntroOverlayPending", false, observer};  // slot 2 waits

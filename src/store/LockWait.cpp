@@ -48,7 +48,10 @@ void LockWait::End(bool writes, bool locked) {
 bool LockWait::WaitOnce(int times) {
   if (inVain_[writes_] || LeftMs() <= 0) return false;
   const int pauseMs = std::min(PauseMs(times), LeftMs());
-  leftMs_ -= std::max(pauseMs, sqlite3_sleep(pauseMs));
+  const int sleptMs = std::max(pauseMs, sqlite3_sleep(pauseMs));
+  leftMs_ -= sleptMs;
+  soFar_.ms += sleptMs;
+  if (!waited_) ++soFar_.operations;
   waited_ = true;
   return true;
 }

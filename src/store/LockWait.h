@@ -6,6 +6,8 @@
 // else waits, and each operation may take its time.
 #pragma once
 
+#include <cstdint>
+
 namespace zemo {
 
 // Of a base on air: between two ticks, in all; and what of it is saved for the time behind the
@@ -39,6 +41,13 @@ class LockWait {
   // when the operation has to give up.
   bool WaitOnce(int times);
 
+  // Since the beginning.
+  struct Waited {
+    uint64_t operations = 0;  // that met a lock and waited
+    int64_t ms = 0;           // in all
+  };
+  const Waited& SoFar() const { return soFar_; }
+
  private:
   friend class NoLockWait;
 
@@ -49,6 +58,7 @@ class LockWait {
   bool writes_ = false;  // kind of the operation under way
   bool waited_ = false;  // it did
   bool inVain_[2] = {};  // readers, writers
+  Waited soFar_;
 };
 
 // Within its scope a locked base is told at once.

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/Orders.h"
+#include "support/BaseLock.h"
 #include "support/ReadmeTable.h"
 #include "support/TestStation.h"
 
@@ -58,6 +59,49 @@ TEST_F(OperatorOrders, MoveARowOfItsListFromTheFirstPlaceNamedToTheSecond) {
   EXPECT_EQ(Refusal(station, "move 3 1"), "");
   EXPECT_EQ(station.PL.Row(1).title, "C");
   EXPECT_EQ(station.PL.Row(2).title, "A");
+}
+
+TEST_F(OperatorOrders, PlayAKeyOrACardOverWhatIsOnAir) {
+  station.lists.Touches = {{"3", on.MakeSound("three.wav", 2000)}};
+  on.AppendCard(on.AddCard({.file = on.MakeSound("card.wav", 60000)}));
+  EXPECT_EQ(Refusal(station, "start"), "");
+  on.RunUntil(1000);
+  EXPECT_EQ(Refusal(station, "overlay 3"), "");
+  EXPECT_EQ(station.engine.OverlayKey, "3");
+  EXPECT_EQ(Refusal(station, "overlay 4"), "no sound is on key 4");
+  EXPECT_EQ(Refusal(station, "overlay music 1"), "");
+  EXPECT_EQ(Refusal(station, "overlay jingle 9"), "the library holds no jingle 9");
+  const auto heard = on.Events("overlay");
+  ASSERT_EQ(heard.size(), 2u) << on.Describe();
+  EXPECT_EQ(heard[0]["file"], on.stationDir.Path() + "/three.wav");
+  EXPECT_EQ(heard[1]["file"], on.stationDir.Path() + "/card.wav");
+  EXPECT_EQ(heard[1]["reason"], "key");
+}
+
+TEST_F(OperatorOrders, FromElsewhereAreAllButThoseOfTheMachineItself) {
+  EXPECT_EQ(WhyNotFromElsewhere(*Given("next").order), "");
+  EXPECT_EQ(WhyNotFromElsewhere(*Given("overlay 3").order), "");
+  EXPECT_EQ(WhyNotFromElsewhere(*Given("kill").order), "only a simulation has the order kill");
+  EXPECT_EQ(WhyNotFromElsewhere(*Given("preview 2026-12-24").order),
+            "the order preview sets the clock of the machine: only who sits at it can give it");
+}
+
+// Blanks, quotes and comment marks are a word's own there.
+TEST_F(OperatorOrders, MayBeGivenAsWords) {
+  const GivenOrder given = OrderOfWords(Orders(), {"save", "a \"b\" # c", "", "", "0"});
+  EXPECT_EQ(given.arguments, (std::vector<std::string>{"a \"b\" # c", "", "", "0"}));
+  EXPECT_EQ(OrderOfWords(Orders(), {"insert", "music", "12"}).Number(1), 12);
+  EXPECT_THROW(OrderOfWords(Orders(), {"insert", "music"}), UnreadableOrder);
+  EXPECT_THROW(OrderOfWords(Orders(), {"nxet"}), UnreadableOrder);
+  EXPECT_THROW(OrderOfWords(Orders(), {}), UnreadableOrder);
+}
+
+// Another program has the base: the order waits no longer than the tick's grant leaves.
+TEST_F(OperatorOrders, WaitForABaseInUseAsLongAsTheTickDoes) {
+  const BaseLock other(station.base.Path());
+  station.base.Waiting().LetAllWait(30);
+  EXPECT_EQ(Refusal(station, "set FadeOut 1234"), "database is locked");
+  EXPECT_EQ(station.base.Waiting().LeftMs(), 0);
 }
 
 TEST_F(OperatorOrders, AreRefusedWithTheReason) {

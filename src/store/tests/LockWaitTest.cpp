@@ -112,6 +112,20 @@ TEST_F(LockedElsewhere, AShortLockIsWaitedFor) {
   EXPECT_EQ(Db().Waiting().LeftMs(), 30) << "nothing stood in the way";
 }
 
+// The 30 ms of the grant are one operation's: the second one finds nothing left, and the third
+// meets no lock.
+TEST_F(LockedElsewhere, WhoWaitedIsCountedWithTheTimeThatItTook) {
+  Holder other(BasePath(), "BEGIN EXCLUSIVE");
+  Db().Waiting().LetAllWait(30);
+  EXPECT_EQ(Read(1), kErrLocked);
+  EXPECT_EQ(Read(2), kErrLocked);
+  other.Release();
+  EXPECT_EQ(Read(1), 0);
+  EXPECT_EQ(Db().Waiting().SoFar().operations, 1u);
+  EXPECT_GE(Db().Waiting().SoFar().ms, 30);
+  EXPECT_LT(Db().Waiting().SoFar().ms, 2000);
+}
+
 TEST_F(LockedElsewhere, WithinItsScopeNothingWaitsAndBehindItTheGrantIsWhole) {
   Holder other(BasePath(), "BEGIN IMMEDIATE");
   Db().Waiting().LetAllWait(5000);

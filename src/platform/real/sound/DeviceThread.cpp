@@ -185,6 +185,7 @@ void DeviceThread::WatchRunning(Time now) {
   if (gone || troubled_.load(std::memory_order_acquire) == Opening()) {
     unsteady_ = SecondsBetween(since_, now) < kSteadySeconds ? unsteady_ + 1 : 0;
     lostAt_ = now;
+    losses_.fetch_add(1, std::memory_order_relaxed);
     const char* reason = gone ? "it is gone" : reason_.load(std::memory_order_relaxed);
     return Lose(std::string("sound device lost (") + reason + ")");
   }

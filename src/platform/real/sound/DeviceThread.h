@@ -60,6 +60,7 @@ class DeviceThread {
   State GetState() const { return state_.load(std::memory_order_acquire); }
   uint32_t Opening() const { return opening_.load(std::memory_order_acquire); }  // that began
   int Rate() const { return rate_.load(std::memory_order_acquire); }             // frames a second
+  uint64_t Losses() const { return losses_.load(std::memory_order_relaxed); }    // while it played
   int DelayMs() const { return delayMs_.load(std::memory_order_acquire); }  // as Opened tells it
   // Not wanted, closed, and the closing done: the thread sleeps until it is wanted.
   bool Rests() const { return rests_.load(std::memory_order_acquire); }
@@ -103,6 +104,7 @@ class DeviceThread {
   std::atomic<int> rate_{0};
   std::atomic<int> delayMs_{0};
   std::atomic<bool> rests_{false};
+  std::atomic<uint64_t> losses_{0};
   std::atomic<uint32_t> troubled_{0};  // the opening that is in trouble
   std::atomic<const char*> reason_{""};
 

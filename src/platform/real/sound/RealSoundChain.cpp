@@ -104,6 +104,7 @@ SoundHealth RealSoundChain::TakeHealth() {
   health.device = device != nullptr;
   health.heard = device != nullptr ? device->GetState() == DeviceThread::State::kRunning
                                    : sink != nullptr && sink->Takes();
+  health.losses = device != nullptr ? device->Losses() : 0;
   health.underruns = mixer_->Ring().Underruns();
   if (sink != nullptr) {
     health.underruns += sink->Gaps();

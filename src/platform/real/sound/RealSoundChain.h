@@ -32,6 +32,7 @@ struct SoundHealth {
   // beginning.
   uint64_t underruns = 0;
   uint64_t lateFrames = 0;  // frames of silence for late decoders, since the beginning
+  uint64_t losses = 0;      // times that the device was lost while it played; the same
   uint64_t lostFrames = 0;  // frames that a slow file could not take and has as silence; the same
   float peakLeft = 0.0f;  // since the last question, 0 while a device is not heard; full scale 1.0
   float peakRight = 0.0f;

@@ -415,6 +415,7 @@ TEST_F(RealSoundChainTest, ALostDeviceLetsTheAirGoOnAndIsOpenedAgain) {
   const int before = chain.OutputPosition();
   ASSERT_TRUE(Within([&] { return !chain.TakeHealth().heard; }));
   ASSERT_TRUE(Within([&] { return Told("sound device lost (it takes no more sound)"); }));
+  EXPECT_EQ(chain.TakeHealth().losses, 1u);
   device_.conduct = PlayedDevice::Conduct::kPlays;
   // The second that it took to notice is made good: the air is as far as if nothing had happened.
   ASSERT_TRUE(Within([&] {
