@@ -5,6 +5,7 @@
 
 #include "app/ChosenDevices.h"
 #include "platform/real/analysis/RealLevelTool.h"
+#include "platform/real/sound/RealTimePriority.h"
 
 namespace zemo {
 
@@ -67,8 +68,11 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .preview = &preview,
                        .levelTool = &levelTool,
                        .roundTrip = &roundTrip,
-                       .soundDevices = &soundDevices}) {
+                       .soundDevices = &soundDevices,
+                       .service = &service}) {
   stands_ = true;
+  const int allowed = AllowedRealTimePriority(kMixerPriority);
+  if (allowed > 0 && sound->TakePriority(allowed)) soundPriority = allowed;
   loop.SetIdle(
       [this] {
         bool again = sound->Poll();
