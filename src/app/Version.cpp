@@ -1,0 +1,7 @@
+#include "app/Version.h"
+
+namespace zemo {
+
+const char* const kVersion = ZEMO_VERSION;
+
+}  // namespace zemo

@@ -1,0 +1,8 @@
+// The version of the program, as `--version` tells it.
+#pragma once
+
+namespace zemo {
+
+extern const char* const kVersion;
+
+}  // namespace zemo
