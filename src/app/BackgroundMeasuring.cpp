@@ -1,5 +1,7 @@
 #include "app/BackgroundMeasuring.h"
 
+#include <memory>
+
 #include "engine/FreeMoment.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "station/Station.h"
@@ -12,24 +14,20 @@ constexpr int kRestMs = 2000;  // while there is nothing to measure
 }  // namespace
 
 BackgroundMeasuring::BackgroundMeasuring(Station& station)
-    : station_(station), thread_(std::make_unique<SoundFileOpener>()), cards_(station, thread_) {
-  TurnEvery(kTurnMs);
+    : station_(station),
+      thread_(std::make_unique<SoundFileOpener>()),
+      cards_(station, thread_),
+      timer_(station.platform.loop, [this] { Turn(); }) {
+  timer_.SetInterval(kTurnMs);
 }
 
 void BackgroundMeasuring::Add(int32_t code, const std::string& file) {
   cards_.Add(code, file);
-  TurnEvery(kTurnMs);
-}
-
-void BackgroundMeasuring::TurnEvery(int ms) {
-  if (ms == everyMs_) return;
-  everyMs_ = ms;
-  timer_ = station_.platform.loop.MakeTimer(ms, [this] { Turn(); });
-  timer_->SetEnabled(true);
+  timer_.SetInterval(kTurnMs);
 }
 
 void BackgroundMeasuring::Turn() {
-  if (IsFreeMoment(station_)) TurnEvery(cards_.Turn() ? kTurnMs : kRestMs);
+  if (IsFreeMoment(station_)) timer_.SetInterval(cards_.Turn() ? kTurnMs : kRestMs);
 }
 
 }  // namespace zemo

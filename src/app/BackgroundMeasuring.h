@@ -2,11 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
+#include "app/PacedTimer.h"
 #include "library/CardMeasuring.h"
-#include "platform/EventLoop.h"
 #include "platform/real/analysis/MeasuringThread.h"
 
 namespace zemo {
@@ -23,14 +22,12 @@ class BackgroundMeasuring {
   void Add(int32_t code, const std::string& file);
 
  private:
-  void TurnEvery(int ms);
   void Turn();
 
   Station& station_;
   MeasuringThread thread_;
   CardMeasuring cards_;
-  std::unique_ptr<LoopTimer> timer_;
-  int everyMs_ = 0;
+  PacedTimer timer_;
 };
 
 }  // namespace zemo

@@ -3,17 +3,13 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "app/Commands.h"
-#include "app/SimStation.h"
-#include "app/StationPaths.h"
+#include "app/OwnStation.h"
 #include "platform/BoundedRead.h"
-#include "platform/real/decoders/LengthOnlyOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
-#include "platform/real/desktop/RealClock.h"
 #include "settings/SideFiles.h"
 #include "station/SideFileText.h"
 #include "station/TextForms.h"
@@ -32,15 +28,10 @@ using Json = nlohmann::ordered_json;
 // The editor on a station's own base. What the editor tells its operator last is why it refused.
 class Desk : private EventSink {
  public:
-  Desk(const std::string& stationFolder, const std::string& machineFolder)
-      : sim({stationFolder, machineFolder, {}, {}}, RealClock().LocalNow(),
-            std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>())) {
-    Station& station = sim.station;
-    SetSideFileNames(station);
-    station.base.OpenOrCreateDatabase();
-    station.base.OpenAllTables();
-    LoadMachineState(station);
-    station.events.SetSink(this);
+  explicit Desk(const StationOptions& asked) : sim(MakeOwnStation(asked, BaseLock::Kind::kGuest)) {
+    OpenOwnBase(sim.station);
+    LoadMachineState(sim.station);
+    sim.station.events.SetSink(this);
   }
   ~Desk() override { sim.station.events.SetSink(nullptr); }
 
@@ -295,9 +286,7 @@ void Remove(Desk& desk, int32_t code, std::ostream& out) {
 }  // namespace
 
 int RunCampaignCommand(const CampaignOptions& options) {
-  const std::string folder = options.station.empty() ? DefaultStationFolder() : options.station;
-  RequireStation(folder);
-  Desk desk(folder, options.machine.empty() ? DefaultMachineFolder() : options.machine);
+  Desk desk(options);
   switch (options.action) {
     case CampaignAction::kList:
       List(desk, options.json, std::cout);

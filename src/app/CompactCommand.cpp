@@ -1,27 +1,15 @@
 // `zemoradio compact`: repairs and compacts a station's base as the monthly run at start does.
-#include <filesystem>
 #include <iostream>
-#include <memory>
 
 #include "app/Commands.h"
-#include "app/SimStation.h"
-#include "app/StationPaths.h"
-#include "platform/real/decoders/LengthOnlyOpener.h"
-#include "platform/real/decoders/SoundFileOpener.h"
-#include "platform/real/desktop/RealClock.h"
+#include "app/OwnStation.h"
 #include "platform/real/files/WholeFiles.h"
 #include "station/BaseCompaction.h"
 
 namespace zemo {
 
 int RunCompactCommand(const StationOptions& options) {
-  SimFolders folders;
-  folders.station = options.station.empty() ? DefaultStationFolder() : options.station;
-  folders.machine = options.machine.empty() ? DefaultMachineFolder() : options.machine;
-  folders.asProgram = true;
-  RequireStation(folders.station);
-  SimStation sim(folders, RealClock().LocalNow(),
-                 std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
+  SimStation sim = MakeOwnStation(options, BaseLock::Kind::kProgram);
   Station& station = sim.station;
   const int64_t before = RegularFileSizeBytes(station.base.Path());
   RepairAndCompact(station);

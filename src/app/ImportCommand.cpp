@@ -4,21 +4,18 @@
 #include <unistd.h>
 
 #include <iostream>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <utility>
 
 #include "app/Commands.h"
 #include "app/ErrorLine.h"
-#include "app/SimStation.h"
-#include "app/StationPaths.h"
+#include "app/OwnStation.h"
 #include "library/CardImport.h"
 #include "library/ImportReport.h"
 #include "library/ImportRun.h"
 #include "library/ImportedExit.h"
 #include "platform/real/analysis/SoundAnalyser.h"
 #include "platform/real/analysis/TagReader.h"
-#include "platform/real/decoders/LengthOnlyOpener.h"
 #include "platform/real/decoders/SoundFileOpener.h"
 #include "platform/real/desktop/RealClock.h"
 #include "platform/real/files/ImportReader.h"
@@ -98,14 +95,9 @@ class Progress {
 class Import {
  public:
   explicit Import(const ImportOptions& options)
-      : options_(options),
-        sim_(FoldersOf(options), RealClock().LocalNow(),
-             std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>())) {
-    Station& station = sim_.station;
-    SetSideFileNames(station);
-    station.base.OpenOrCreateDatabase();
-    station.base.OpenAllTables();
-    LoadMachineState(station);
+      : options_(options), sim_(MakeOwnStation(options, BaseLock::Kind::kGuest)) {
+    OpenOwnBase(sim_.station);
+    LoadMachineState(sim_.station);
   }
 
   int Run() {
@@ -121,14 +113,6 @@ class Import {
   }
 
  private:
-  static SimFolders FoldersOf(const ImportOptions& options) {
-    SimFolders folders;
-    folders.station = options.station.empty() ? DefaultStationFolder() : options.station;
-    folders.machine = options.machine.empty() ? DefaultMachineFolder() : options.machine;
-    RequireStation(folders.station);
-    return folders;
-  }
-
   static std::vector<std::string> FilesOf(const std::vector<std::string>& paths) {
     std::vector<std::string> files;
     for (const std::string& path : paths)

@@ -1,19 +1,16 @@
 // `zemoradio move`: carries a station's base to a server, or back into its file.
 #include <cstdio>
 #include <iostream>
-#include <memory>
 #include <stdexcept>
 
 #include "app/Commands.h"
 #include "app/ErrorLine.h"
-#include "app/SimStation.h"
-#include "app/StationPaths.h"
+#include "app/OwnStation.h"
+#include "app/ServerLink.h"
 #include "platform/Folder.h"
-#include "platform/real/decoders/LengthOnlyOpener.h"
-#include "platform/real/decoders/SoundFileOpener.h"
-#include "platform/real/desktop/RealClock.h"
 #include "reports/AirWriteJournal.h"
 #include "station/BaseMove.h"
+#include "station/BasePlaces.h"
 
 namespace zemo {
 
@@ -34,17 +31,22 @@ void RefuseKeptRows(const Station& station) {
                              ": start the station once");
 }
 
+// They are in the replica of a base that is about to be another one.
+void RefuseWaitingWrites(const Station& station) {
+  const BasePlace place = PlaceOfBase(station.platform.stationFolder);
+  if (place.isFile || !place.fault.empty()) return;
+  if (const int64_t waiting = ServerLink::WaitingIn(station.platform.machineFolder.Path(), place);
+      waiting > 0)
+    throw std::runtime_error("the server has still to take " + std::to_string(waiting) +
+                             " writes of this machine: start the station once");
+}
+
 }  // namespace
 
 int RunMoveCommand(const MoveOptions& options) {
-  SimFolders folders;
-  folders.station = options.station.empty() ? DefaultStationFolder() : options.station;
-  folders.machine = options.machine.empty() ? DefaultMachineFolder() : options.machine;
-  folders.asProgram = true;
-  RequireStation(folders.station);
-  SimStation sim(folders, RealClock().LocalNow(),
-                 std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
+  SimStation sim = MakeOwnStation(options, BaseLock::Kind::kProgram);
   RefuseKeptRows(sim.station);
+  RefuseWaitingWrites(sim.station);
   const MovedBase moved = options.to == kMoveToFile
                               ? MoveBaseToFile(sim.station, TellTable)
                               : MoveBaseToServer(sim.station, options.to, TellTable);

@@ -26,14 +26,15 @@ bool Drained(const Station& station) {
 }  // namespace
 
 RunEnd::RunEnd(RealStation& real, const AirOptions& options, Told told)
-    : real_(real), cut_(options.cut), told_(std::move(told)) {
+    : real_(real), cut_(options.cut), told_(std::move(told)), watch_(real.loop, [this] {
+        Rewatch();
+        Watch();
+      }) {
   if (!options.forMs) return;
   endMs_ = real.clock.MonotonicMs() + *options.forMs;
   endFrames_ = MsToFrames(*options.forMs);
   Rewatch();
 }
-
-RunEnd::~RunEnd() = default;
 
 void RunEnd::OnSignal() {
   if (asked_) LeaveAtOnce();
@@ -43,14 +44,7 @@ void RunEnd::OnSignal() {
 // Wakes nobody before there is something to see.
 void RunEnd::Rewatch() {
   const int64_t leftMs = asked_ ? 0 : *endMs_ - real_.clock.MonotonicMs();
-  const int64_t ms = std::clamp(leftMs, kWatchMs, kLongestMs);
-  if (ms == watchMs_) return;
-  watchMs_ = ms;
-  watch_ = real_.loop.MakeTimer(static_cast<int>(ms), [this] {
-    Rewatch();
-    Watch();
-  });
-  watch_->SetEnabled(true);
+  watch_.SetInterval(static_cast<int>(std::clamp(leftMs, kWatchMs, kLongestMs)));
 }
 
 void RunEnd::Watch() {

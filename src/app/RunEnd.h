@@ -4,14 +4,14 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
+
+#include "app/PacedTimer.h"
 
 namespace zemo {
 
 struct AirOptions;
-class LoopTimer;
 class RealStation;
 struct Station;
 
@@ -24,7 +24,6 @@ class RunEnd {
   };
   // After the options' time, when there is one, the run ends as by a signal, or is cut.
   RunEnd(RealStation& real, const AirOptions& options, Told told);
-  ~RunEnd();
 
   void OnSignal();  // SIGINT or SIGTERM
 
@@ -43,8 +42,7 @@ class RunEnd {
   bool cut_;
   Told told_;
   bool asked_ = false;
-  std::unique_ptr<LoopTimer> watch_;  // none while only a signal can end the run
-  int64_t watchMs_ = 0;               // its interval
+  PacedTimer watch_;  // stands still while only a signal can end the run
 };
 
 // The exit status of a station that was left in order: 0, or 1 with a line on standard error where

@@ -6,16 +6,11 @@
 #include <stdexcept>
 
 #include "app/Commands.h"
-#include "app/SimStation.h"
-#include "app/StationPaths.h"
+#include "app/OwnStation.h"
 #include "platform/SettingsDevices.h"
-#include "platform/real/decoders/LengthOnlyOpener.h"
-#include "platform/real/decoders/SoundFileOpener.h"
-#include "platform/real/desktop/RealClock.h"
 #include "platform/real/sound/MachineDevices.h"
 #include "settings/SettingsByName.h"
 #include "settings/SettingsControls.h"
-#include "settings/SideFiles.h"
 
 namespace zemo {
 
@@ -36,14 +31,6 @@ class FirstFault : public EventSink {
  private:
   std::string text_;
 };
-
-SimFolders FoldersOf(const SettingsOptions& options) {
-  SimFolders folders;
-  folders.station = options.station.empty() ? DefaultStationFolder() : options.station;
-  folders.machine = options.machine.empty() ? DefaultMachineFolder() : options.machine;
-  RequireStation(folders.station);
-  return folders;
-}
 
 std::string RangeText(const NamedSetting& setting) {
   std::string text;
@@ -124,14 +111,10 @@ std::unique_ptr<SettingsDevices> DevicesFor(const SettingsOptions& options) {
 }  // namespace
 
 int RunSettingsCommand(const SettingsOptions& options) {
-  const SimFolders folders = FoldersOf(options);
-  SimStation sim(folders, RealClock().LocalNow(),
-                 std::make_unique<LengthOnlyOpener>(std::make_unique<SoundFileOpener>()));
+  SimStation sim = MakeOwnStation(options, BaseLock::Kind::kGuest);
   FirstFault faults;
   sim.station.events.SetSink(&faults);
-  SetSideFileNames(sim.station);
-  sim.station.base.OpenOrCreateDatabase();
-  sim.station.base.OpenAllTables();
+  OpenOwnBase(sim.station);
   const std::unique_ptr<SettingsDevices> devices = DevicesFor(options);
   if (options.action == "get")
     Get(sim.station, *devices, options);

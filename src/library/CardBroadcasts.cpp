@@ -1,5 +1,6 @@
 #include "library/CardBroadcasts.h"
 
+#include "station/TextForms.h"
 #include "station/TimeForms.h"
 
 namespace zemo {
@@ -13,11 +14,6 @@ constexpr int kFirstYear = 1900, kLastYear = 2899;
 // Two digits at that place, known to be digits.
 int PairAt(std::string_view text, size_t at) {
   return (text[at] - '0') * 10 + (text[at + 1] - '0');
-}
-
-void PutPair(DiffusionText& text, size_t at, int number) {
-  text[at] = static_cast<char>('0' + number / 10);
-  text[at + 1] = static_cast<char>('0' + number % 10);
 }
 
 bool HasForm(std::string_view text) {
@@ -52,12 +48,12 @@ void WriteBroadcast(BroadcastMinute minute, DiffusionText& text) {
   const BroadcastMinute days = minute / kBroadcastDayMinutes;
   const LocalDateTime date = FromDateSerial(firstDay + days);
   const int ofDay = static_cast<int>(minute % kBroadcastDayMinutes);
-  PutPair(text, 0, date.day);
-  PutPair(text, 3, date.month);
-  PutPair(text, 6, date.year / 100);
-  PutPair(text, 8, date.year % 100);
-  PutPair(text, 14, ofDay / 60);
-  PutPair(text, 17, ofDay % 60);
+  PutTwoDigits(date.day, &text[0]);
+  PutTwoDigits(date.month, &text[3]);
+  PutTwoDigits(date.year / 100, &text[6]);
+  PutTwoDigits(date.year, &text[8]);
+  PutTwoDigits(ofDay / 60, &text[14]);
+  PutTwoDigits(ofDay % 60, &text[17]);
 }
 
 }  // namespace zemo

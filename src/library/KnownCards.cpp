@@ -13,18 +13,15 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kCardTable = "Discotheque";
 constexpr size_t kTextsToSpare = size_t{1} << 18;  // bytes
 constexpr int kPagesASlice = 1500;                 // some 3 ms
 constexpr size_t kRangesASlice = 64;               // of cards to be read
 constexpr int kAllRows = std::numeric_limits<int>::max();
-constexpr int64_t kBelowAll = std::numeric_limits<int64_t>::min();
-constexpr int64_t kAboveAll = std::numeric_limits<int64_t>::max();
 
 BoundQuery CardsQuery(int64_t from, int64_t to, int most) {
   BoundQuery query{"SELECT TOP ? " + CardTexts::Columns() + " FROM Discotheque WHERE CODE <= ? ",
                    {most, to}};
-  if (from != kBelowAll) query.Add("AND CODE > ? ", {from});
+  if (from != KnownTable::kBelowAll) query.Add("AND CODE > ? ", {from});
   return query.Add("ORDER BY CODE");
 }
 
@@ -44,28 +41,11 @@ struct AboveCode {
 
 // --- what is known ---
 
-void KnownCards::Look(Database& db) {
-  if (!notes_) {
-    notes_ = db.NoteRows(kCardTable);
-    notes_->Clear();  // of what an earlier run knew the pages alone tell
-    StartOver(db);
-  } else if (notes_->All() || db.ForeignCounter() != foreign_ ||
-             (!keepable_ && notes_->Count() > 0)) {
-    StartOver(db);
-  }
-}
-
 // Texts that nobody names any more go with the pass, once they are as many as the others.
-void KnownCards::StartOver(Database& db) {
+void KnownCards::BeginPass(Database& /*db*/, bool keepable) {
   const bool texts = textsAtFirst_ > 0 && texts_->Bytes() > 2 * textsAtFirst_ + kTextsToSpare;
-  const int64_t foreign = db.ForeignCounter();
-  keepable_ = db.IsReadAsStored(kCardTable);
-  foreign_ = foreign;
-  if (texts || !keepable_) Forget();
+  if (texts || !keepable) Forget();
   if (notes_->All()) pages_.clear();
-  notes_->Clear();  // a written row's page has another mark, or none
-  whole_ = false;
-  lastCode_ = kBelowAll;
   ++passes_;
 }
 
@@ -84,24 +64,13 @@ std::optional<CardSet> KnownCards::Now(Database& db) {
 }
 
 std::optional<CardSet> KnownCards::Listed(Database& db) {
-  if (db.InTransaction()) return std::nullopt;  // what is read now may be taken back
-  const NoLockWait atOnce(db.Waiting());
-  try {
-    Look(db);
-    if (!keepable_) return std::nullopt;
-    if (!whole_) ReadOn(db);
-    if (!whole_ || notes_->Count() > kMostAtOnce) return std::nullopt;
-    ReadAgain(db, kMostAtOnce);
-  } catch (const StoreError&) {
-    return std::nullopt;
-  }
-  if (!whole_) return std::nullopt;
+  if (Look(db) != State::kKnown) return std::nullopt;
   return CardSet{{chunks_.begin(), chunks_.end()}, texts_};
 }
 
 std::optional<CardSet> KnownCards::ListedAlready(Database& db) {
   try {
-    if (!db.InTransaction()) Look(db);
+    if (!db.InTransaction()) CheckSigns(db);
   } catch (const StoreError&) {
     return std::nullopt;
   }
@@ -135,17 +104,6 @@ void KnownCards::TakeUp(TakenLibrary library) {
   lastCode_ = kBelowAll;
 }
 
-bool KnownCards::ReadSlice(Database& db) {
-  if (db.InTransaction()) return false;
-  Look(db);
-  if (!keepable_) return false;
-  if (!whole_)
-    ReadOn(db);
-  else
-    ReadAgain(db, static_cast<size_t>(sliceRows_) / 4);  // one by one costs more
-  return keepable_ && (!whole_ || notes_->All() || notes_->Count() > 0);
-}
-
 // --- reading ---
 
 void KnownCards::ReadOn(Database& db) {
@@ -158,14 +116,13 @@ void KnownCards::ReadOn(Database& db) {
     stretch = Stretch();
     stretch.end = readings.back().range.to;
   }
-  if (db.ForeignCounter() != foreign_) return StartOver(db);
+  if (OthersWrote(db)) return StartOver(db);
   if (!keepable_) return Forget();
   for (Reading& reading : readings) Replace(std::move(reading));
   TakePages(stretch);
-  lastCode_ = stretch.end;
   texts_->OrderArtists();  // a request would have to
-  if (lastCode_ != kAboveAll) return;
-  whole_ = readOnce_ = true;
+  EndSlice(stretch.end);
+  if (!whole_) return;
   pages_.shrink_to_fit();
   if (textsAtFirst_ == 0) textsAtFirst_ = texts_->Bytes();
 }
@@ -191,7 +148,7 @@ bool KnownCards::LookAtPages(Database& db, Stretch& stretch) const {
     return int64_t{rows} * kPagesASlice < int64_t{sliceRows_} * (kPagesASlice - pages) &&
            stretch.others.size() < kRangesASlice;
   };
-  return db.ReadPages(kCardTable, lastCode_, look);
+  return ReadPages(db, look);
 }
 
 KnownCards::Reading KnownCards::ReadNextRows(Database& db) {
@@ -227,7 +184,6 @@ void KnownCards::ReadAgain(Database& db, size_t most) {
       throw;
     }
   }
-  if (db.ForeignCounter() != foreign_) StartOver(db);
 }
 
 // --- the pages ---
@@ -387,13 +343,7 @@ std::optional<CardSet> CardsAsLastRead(const Station& station) {
 }
 
 bool ReadCardsAhead(Station& station) {
-  if (!station.base.IsOpen()) return false;
-  const NoLockWait atOnce(station.base.Waiting());
-  try {
-    return CardsOf(station).ReadSlice(station.base.Db());
-  } catch (const StoreError&) {
-    return false;  // nobody asked for it: who does is told
-  }
+  return station.base.IsOpen() && CardsOf(station).ReadAhead(station.base.Db());
 }
 
 }  // namespace zemo

@@ -1,30 +1,20 @@
-// The music library in memory: all cards of Discotheque, packed, as the base holds them now. It is
-// read in slices, each short enough to stand between two ticks.
-//
-// It is true by three signs, all looked at whenever it is asked for:
-//   own writes      the store notes the rows; they are read again first, a few at a time;
-//   others' writes  ForeignCounter moved: every page of the table is looked at again, and nothing
-//                   is known until then. Rows are read only of the pages that hold something else
-//                   than they did when their rows were read (store/TablePages.h). Looking at all
-//                   pages of 100,000 cards takes some 30 ms in slices, reading all rows twelve
-//                   times as much: so a library to whose base others write every second is known
-//                   most of the time. The pass counts where the counter stands at its end as it
-//                   stood at its begin; one that does not leaves true marks of what it read, for
-//                   the next one to go by;
-//   the structure   only a table that is read as it stands is kept; of any other nothing is known.
-//                   Who changes it counts as another program, or the store notes all rows.
-// Whoever is told that nothing is known asks the base, or reads on. While another process has the
-// file to himself the counter cannot be read, and what was known is: he has not committed.
+// The music library in memory: all cards of Discotheque, packed, as the base holds them now, by the
+// signs of store/KnownTable.h. After a write of another program every page of the table is looked
+// at again, and rows are read only of the pages that hold something else than they did when their
+// rows were read (store/TablePages.h). Looking at all pages of 100,000 cards takes some 30 ms in
+// slices, reading all rows twelve times as much: so a library to whose base others write every
+// second is known most of the time. A pass that does not count leaves true marks of what it read,
+// for the next one to go by.
 #pragma once
 
 #include <cstdint>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "library/PackedCards.h"
 #include "store/Database.h"
+#include "store/KnownTable.h"
 #include "store/TablePages.h"
 
 namespace zemo {
@@ -53,13 +43,17 @@ struct TakenLibrary {
 };
 
 // Thread: the logic's.
-class KnownCards {
+class KnownCards : public KnownTable {
  public:
   static constexpr int kSliceRows = 1000;     // some 3 ms on the machines that we know
   static constexpr size_t kMostAtOnce = 200;  // rows that are read again by who asks
 
   explicit KnownCards(int sliceRows = kSliceRows)
-      : sliceRows_(sliceRows), mostInChunk_(static_cast<size_t>(2 * sliceRows)) {}
+      // One by one costs more than a slice of a pass.
+      : KnownTable("Discotheque",
+                   {.atOnce = kMostAtOnce, .aSlice = static_cast<size_t>(sliceRows) / 4}),
+        sliceRows_(sliceRows),
+        mostInChunk_(static_cast<size_t>(2 * sliceRows)) {}
 
   // The cards as a query would find them now. None: that is not known. Waits for no lock, and reads
   // no more than one slice: a library of one slice is always known, but for a fault of the base.
@@ -80,18 +74,12 @@ class KnownCards {
   // What an earlier run knew is what was known before the first pass: only the rows of those pages
   // are read whose mark is another one. Nothing where this run has read by itself.
   void TakeUp(TakenLibrary library);
-  // Reads on where something is not known; true: something is left to be read. Throws StoreError;
-  // what was read stays, and it can be called again.
-  bool ReadSlice(Database& db);
 
  private:
-  void Look(Database& db);
-  void StartOver(Database& db);
+  void BeginPass(Database& db, bool keepable) override;
+  void ReadOn(Database& db) override;
+  void ReadAgain(Database& db, size_t most) override;
   void Forget();
-  // Codes above `from` up to `to`.
-  struct Range {
-    int64_t from, to;
-  };
   // What a slice of the pass goes over.
   struct Stretch {
     int64_t end = 0;               // up to this code
@@ -102,14 +90,12 @@ class KnownCards {
     Range range;
     CardChunk cards;
   };
-  void ReadOn(Database& db);
   bool LookAtPages(Database& db, Stretch& stretch) const;
   Reading ReadNextRows(Database& db);
   bool IsKnownPage(int64_t before, const TablePage& page) const;
   Reading Read(Database& db, Range range, int most);
   void TakePages(const Stretch& stretch);
   void Unmark(int64_t code);
-  void ReadAgain(Database& db, size_t most);
   const PackedCard* Find(int64_t code) const;
   size_t ChunkOf(int64_t code) const;
   CardChunk& Writable(size_t chunk);
@@ -119,17 +105,11 @@ class KnownCards {
   void Insert(CardChunk cards);
 
   const int sliceRows_;
-  const size_t mostInChunk_;         // a chunk that grows beyond is cut in two; few cards make none
-  std::shared_ptr<RowNotes> notes_;  // null before the first look
-  bool keepable_ = false;            // the table is read as it stands, with codes of 32 bits
-  int64_t foreign_ = 0;              // ForeignCounter at the begin of the pass
-  bool whole_ = false;               // the pass is at its end
+  const size_t mostInChunk_;  // a chunk that grows beyond is cut in two; few cards make none
   int64_t passes_ = 0;
-  bool readOnce_ = false;  // a pass of chunks_ came to its end
   // In order of CODE. Of a pass under way those up to `lastCode_` are read; the others are what was
   // known before.
   std::vector<std::shared_ptr<CardChunk>> chunks_;
-  int64_t lastCode_ = std::numeric_limits<int64_t>::min();
   // In order of their codes; without gaps up to `lastCode_`.
   std::vector<CardsPage> pages_;
   int odd_ = 0;  // cards that only the base can judge

@@ -13,8 +13,6 @@ namespace zemo {
 
 namespace {
 
-constexpr const char* kReportTable = "Rapport";
-constexpr int64_t kAboveAllRows = std::numeric_limits<int64_t>::max();
 constexpr size_t kMostRunsAgain = 4;      // some 3 ms
 constexpr int64_t kRowsForAPage = 8;      // that take as long
 constexpr int64_t kWidestWindow = 40000;  // CODEs; a card's gap has 16 bits
@@ -83,34 +81,16 @@ uint32_t ReportArtists::GroupOf(const std::string& artist, bool ascii) const {
 
 // --- what is known ---
 
-void KnownReport::CheckSigns(Database& db) {
-  if (!notes_) {
-    notes_ = db.NoteRows(kReportTable);
-    StartOver(db);
-  } else if (notes_->All() || db.ForeignCounter() != foreign_ ||
-             (!keepable_ && notes_->Count() > 0)) {
-    StartOver(db);
-  }
-}
-
-void KnownReport::StartOver(Database& db) {
-  const int64_t foreign = db.ForeignCounter();
-  const bool keepable = db.IsReadAsStored(kReportTable);
-  const int64_t head = keepable ? NewestReportCode(db).value_or(0) : 0;
-  keepable_ = keepable;
-  foreign_ = foreign;
-  head_ = head;
-  const bool other = notes_->All() || (floor_ != kBelowAll && head <= floor_);
-  notes_->Clear();  // a written row's page has another mark, or none
-  if (!keepable_ || other || runs_.empty()) {
+void KnownReport::BeginPass(Database& db, bool keepable) {
+  head_ = keepable ? NewestReportCode(db).value_or(0) : 0;
+  const bool other = notes_->All() || (floor_ != kBelowAll && head_ <= floor_);
+  if (!keepable || other || runs_.empty()) {
     Forget();
-    if (head > window_) floor_ = head - window_;
+    if (head_ > window_) floor_ = head_ - window_;
   } else {
     KeepWindowShort();
   }
   byPages_ = !runs_.empty();
-  whole_ = false;
-  lastCode_ = kBelowAll;
 }
 
 void KnownReport::Forget() {
@@ -122,36 +102,10 @@ void KnownReport::Forget() {
   AddUp();
 }
 
-KnownReport::State KnownReport::Look(Database& db) {
-  if (db.InTransaction()) return State::kUnknown;  // what is read now may be taken back
-  const NoLockWait atOnce(db.Waiting());
-  try {
-    CheckSigns(db);
-    if (!keepable_) return State::kUnknown;
-    if (!whole_) ReadOn(db);
-    if (whole_) ReadAgain(db);
-    if (db.ForeignCounter() != foreign_) StartOver(db);
-  } catch (const StoreError&) {
-    return State::kUnknown;
-  }
-  return whole_ ? State::kKnown : State::kBeingRead;
-}
-
-bool KnownReport::ReadSlice(Database& db) {
-  if (db.InTransaction()) return false;
-  CheckSigns(db);
-  if (!keepable_) return false;
-  if (!whole_)
-    ReadOn(db);
-  else
-    ReadAgain(db);
-  return !whole_;
-}
-
 void KnownReport::Follow(Database& db, int64_t floor) {
   if (!whole_ || db.InTransaction()) return;
   if (notes_->All()) return StartOver(db);
-  if (notes_->Count() > 0) ReadAgain(db);
+  if (notes_->Count() > 0) ReadAgain(db, kAllOwn);
   const int64_t wanted = FloorFor(floor);
   if (whole_ && wanted < floor_ && head_ - std::max<int64_t>(wanted, 0) <= kWidestWindow)
     Widen(db, wanted);
@@ -172,7 +126,7 @@ void KnownReport::ReadOn(Database& db) {
     stretch.runs[run].older = ReadOlder(db, range);
     stretch.rows.push_back(ReadRows(db, range));
   }
-  if (db.ForeignCounter() != foreign_) return StartOver(db);
+  if (OthersWrote(db)) return StartOver(db);
   Take(std::move(stretch));
 }
 
@@ -205,7 +159,7 @@ bool KnownReport::LookAtPages(Database& db, Stretch& stretch) const {
     pages += page.filePages;
     return true;
   };
-  if (!db.ReadPages(kReportTable, lastCode_, look)) return false;
+  if (!ReadPages(db, look)) return false;
   if (run.lastCode != kBelowAll) close();
   return !stretch.runs.empty();
 }
@@ -213,7 +167,7 @@ bool KnownReport::LookAtPages(Database& db, Stretch& stretch) const {
 // One run, whose rows are to be read. Those that are kept take longer.
 void KnownReport::LookAtCodes(Database& db, Stretch& stretch) const {
   Run run;
-  run.lastCode = kAboveAllRows;
+  run.lastCode = kAboveAll;
   db.ReadRows("SELECT TOP 1 CODE FROM Rapport WHERE CODE >= ? AND CODE <= ? ORDER BY CODE",
               {BehindCode(lastCode_), head_ - 1}, [&](const RowView& row) {
                 const int64_t first = row.Int(0);
@@ -278,14 +232,13 @@ void KnownReport::Take(Stretch stretch) {
   const auto first = std::upper_bound(runs_.begin(), runs_.end(), lastCode_, behind);
   const auto last = std::upper_bound(first, runs_.end(), end, behind);
   runs_.insert(runs_.erase(first, last), stretch.runs.begin(), stretch.runs.end());
-  lastCode_ = end;
   AddUp();
-  if (lastCode_ == kAboveAllRows) whole_ = readOnce_ = true;
+  EndSlice(end);
 }
 
 // What this program wrote. A row that cannot be read stays noted, with the others.
-void KnownReport::ReadAgain(Database& db) {
-  const std::vector<int64_t> codes = notes_->Take(RowNotes::kMostRows + 1);
+void KnownReport::ReadAgain(Database& db, size_t most) {
+  const std::vector<int64_t> codes = notes_->Take(most);
   if (codes.empty()) return;
   const auto kept = std::upper_bound(codes.begin(), codes.end(), floor_);
   try {
@@ -464,13 +417,7 @@ KnownReport::State LookAtReport(Station& station) {
 }
 
 bool ReadReportAhead(Station& station) {
-  if (!station.base.IsOpen()) return false;
-  const NoLockWait atOnce(station.base.Waiting());
-  try {
-    return ReportInMemory(station).ReadSlice(station.base.Db());
-  } catch (const StoreError&) {
-    return false;  // nobody asked for it: who does is told
-  }
+  return station.base.IsOpen() && ReportInMemory(station).ReadAhead(station.base.Db());
 }
 
 }  // namespace zemo

@@ -9,11 +9,10 @@
 // faster than that; "rapportzemo.txt" shows the newest of the last rows, and the purge waits for a
 // tick.
 //
-// It is true by the signs of the library in memory (library/KnownCards.h): the store notes the rows
-// that this program writes; after a write of another one the pages of the table are looked at
-// again, and rows are read of those alone that hold something else. The pages of a thousand rows
-// have one mark, which the second reading takes first: in a base that no other program writes to
-// nobody looks at pages.
+// It is true by the signs of store/KnownTable.h: after a write of another program the pages of the
+// table are looked at again, and rows are read of those alone that hold something else. The pages
+// of a thousand rows have one mark, which the second reading takes first: in a base that no other
+// program writes to nobody looks at pages.
 #pragma once
 
 #include <array>
@@ -29,6 +28,7 @@
 
 #include "store/Collation.h"
 #include "store/Database.h"
+#include "store/KnownTable.h"
 #include "store/TablePages.h"
 
 namespace zemo {
@@ -77,7 +77,7 @@ class ReportArtists {
 bool AheadOfClock(double moment, double now);
 
 // Thread: the logic's.
-class KnownReport {
+class KnownReport : public KnownTable {
  public:
   struct Sizes {
     int64_t window = 1024;      // CODEs up to the newest whose rows are kept
@@ -85,25 +85,16 @@ class KnownReport {
     int runBits = 10;           // pages have one mark whose last CODEs share all higher bits
     int slicePages = 1000;
   };
-  static constexpr int64_t kBelowAll = std::numeric_limits<int64_t>::min();
 
   KnownReport() : KnownReport(Sizes()) {}
-  explicit KnownReport(Sizes sizes) : sizes_(sizes), window_(sizes.window) {}
+  explicit KnownReport(Sizes sizes)
+      : KnownTable("Rapport", {.atOnce = kAllOwn, .aSlice = kAllOwn}),
+        sizes_(sizes),
+        window_(sizes.window) {}
 
-  enum class State {
-    kKnown,      // the answers are those of the base in this moment
-    kBeingRead,  // they will be, once ReadSlice has nothing more to read
-    kUnknown,    // the base alone can give them, or cannot be read
-  };
-  // Reads no more than one slice and waits for no lock. Throws nothing.
-  State Look(Database& db);
-  // Reads on; true: something is left to be read. Throws StoreError; what was read stays.
-  bool ReadSlice(Database& db);
   // Takes in what this program wrote since the last look, without a look at others' writes, and
   // keeps the rows above `floor` from now on. Throws StoreError.
   void Follow(Database& db, int64_t floor);
-  bool WasRead() const { return readOnce_; }      // once at least
-  int64_t ReadUpTo() const { return lastCode_; }  // CODE, of the reading under way
 
   // The answers, of what was read last. None: the base is to be asked.
   //
@@ -130,9 +121,6 @@ class KnownReport {
     bool aired, hasMoment, odd;
   };
   using Rows = std::vector<Row>;
-  struct Range {
-    int64_t from, to;  // CODEs above `from`, up to `to`
-  };
   // The rows behind the run before it up to its last CODE.
   struct Run {
     int64_t lastCode = kBelowAll;
@@ -149,10 +137,10 @@ class KnownReport {
     int64_t code = kBelowAll;  // none
   };
 
-  void CheckSigns(Database& db);
-  void StartOver(Database& db);
+  void BeginPass(Database& db, bool keepable) override;
+  void ReadOn(Database& db) override;
+  void ReadAgain(Database& db, size_t most) override;
   void Forget();
-  void ReadOn(Database& db);
   bool LookAtPages(Database& db, Stretch& stretch) const;
   void LookAtCodes(Database& db, Stretch& stretch) const;
   bool IsKnownRun(int64_t before, const Run& run) const;
@@ -160,7 +148,6 @@ class KnownReport {
   OlderRows ReadOlder(Database& db, Range range) const;
   Rows ReadRows(Database& db, Range range);
   void Take(Stretch stretch);
-  void ReadAgain(Database& db);
   void Replace(Range range, const Rows& rows);
   void KeepWindowShort();
   void Widen(Database& db, int64_t floor);
@@ -173,16 +160,12 @@ class KnownReport {
   bool Judges() const { return readOnce_ && !odd_ && !older_.odd; }
   bool NoneLater(double moment) const { return older_.rows == 0 || moment > older_.newest; }
 
+  static constexpr size_t kAllOwn = RowNotes::kMostRows + 1;
+
   const Sizes sizes_;
-  int64_t window_;                   // grows with what is asked for
-  std::shared_ptr<RowNotes> notes_;  // null before the first look
-  bool keepable_ = false;            // the table is read as it stands
-  int64_t foreign_ = 0;              // ForeignCounter at the begin of the pass
-  bool byPages_ = false;             // of the pass
-  bool whole_ = false;               // the pass is at its end
-  bool readOnce_ = false;
-  int64_t head_ = 0;              // the highest CODE at the begin of the pass
-  int64_t lastCode_ = kBelowAll;  // the pass has read up to it
+  int64_t window_;        // grows with what is asked for
+  bool byPages_ = false;  // of the pass
+  int64_t head_ = 0;      // the highest CODE at the begin of the pass
   int64_t floor_ = kBelowAll;
   std::vector<Run> runs_;  // in order, to the end once a pass is whole
   OlderRows older_;        // of all runs

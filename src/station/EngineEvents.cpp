@@ -1,6 +1,7 @@
 // The members of each event, in the order in which a trace line holds them.
 #include "station/EngineEvents.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace zemo {
@@ -14,22 +15,25 @@ EventValue Number(double value) {
 EventValue Int(int64_t value) {
   return value;
 }
+
+// Null: the event has no member of that name, or one of another kind.
+template <typename Kind>
+const Kind* MemberOf(const Event& event, std::string_view name) {
+  const auto named = std::find_if(event.members.begin(), event.members.end(),
+                                  [&](const auto& member) { return member.first == name; });
+  return named == event.members.end() ? nullptr : std::get_if<Kind>(&named->second);
+}
 }  // namespace
 
 std::string Event::Text(std::string_view member) const {
-  for (const auto& [given, value] : members)
-    if (given == member)
-      if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  return {};
+  const auto* text = MemberOf<std::string>(*this, member);
+  return text ? *text : std::string();
 }
 
 int64_t Event::Number(std::string_view member) const {
-  for (const auto& [given, value] : members) {
-    if (given != member) continue;
-    if (const auto* whole = std::get_if<int64_t>(&value)) return *whole;
-    if (const auto* real = std::get_if<double>(&value)) return static_cast<int64_t>(*real);
-  }
-  return 0;
+  if (const auto* whole = MemberOf<int64_t>(*this, member)) return *whole;
+  const auto* real = MemberOf<double>(*this, member);
+  return real ? static_cast<int64_t>(*real) : 0;
 }
 
 void EngineEvents::Engine(bool running, bool automatic) {

@@ -50,6 +50,18 @@ class Move : public testing::Test {
     on.AddCard({.title = "KEPT"});
     EndInOrder(on.station);
   }
+  // The same where a move begins: in its file, or on a server.
+  void PrepareMove(TestStation& on, bool toServer) {
+    Prepare(on);
+    const std::string url = Url();
+    if (!toServer) MoveBaseToServer(on.station, url, nullptr);
+  }
+  void MoveBase(TestStation& mover, bool toServer) const {
+    if (toServer)
+      MoveBaseToServer(mover.station, TestServer::Get().Url(made_), nullptr);
+    else
+      MoveBaseToFile(mover.station, nullptr);
+  }
 
  private:
   std::string made_;
@@ -152,19 +164,14 @@ TEST_F(Move, ThatIsKilledAtAnyStepLeavesAWholeBase) {
     int switched = 0;
     for (int step = 1;; ++step) {
       TestStation on;
-      Prepare(on);
-      const std::string url = Url();
-      if (!toServer) MoveBaseToServer(on.station, url, nullptr);
+      PrepareMove(on, toServer);
       TestStation mover(kNoon, on.stationDir.Path());
       mover.stationFolder.fault.count = 0;
       const pid_t child = fork();
       if (child == 0) {
         mover.stationFolder.fault.number = step;
         mover.stationFolder.fault.instead = [] { _exit(9); };
-        if (toServer)
-          MoveBaseToServer(mover.station, url, nullptr);
-        else
-          MoveBaseToFile(mover.station, nullptr);
+        MoveBase(mover, toServer);
         _exit(0);
       }
       int status = 0;
@@ -187,21 +194,13 @@ TEST_F(Move, ThatFailsAtAnyStepLeavesAWholeBaseAndCanBeTriedAgain) {
   for (const bool toServer : {true, false}) {
     for (int step = 1;; ++step) {
       TestStation on;
-      Prepare(on);
-      const std::string url = Url();
-      if (!toServer) MoveBaseToServer(on.station, url, nullptr);
+      PrepareMove(on, toServer);
       TestStation mover(kNoon, on.stationDir.Path());
-      const auto move = [&](TestStation& station) {
-        if (toServer)
-          MoveBaseToServer(station.station, url, nullptr);
-        else
-          MoveBaseToFile(station.station, nullptr);
-      };
       mover.stationFolder.fault.count = 0;
       mover.stationFolder.fault.number = step;
       bool failed = false;
       try {
-        move(mover);
+        MoveBase(mover, toServer);
       } catch (const FileError&) {
         failed = true;
       }
@@ -209,7 +208,7 @@ TEST_F(Move, ThatFailsAtAnyStepLeavesAWholeBaseAndCanBeTriedAgain) {
       if (failed) {
         EXPECT_EQ(on.stationFolder.Exists("Triskin.MDB"), toServer) << step;
         TestStation again(kNoon, on.stationDir.Path());
-        move(again);
+        MoveBase(again, toServer);
       }
       EXPECT_EQ(TitleAtStart(on.stationDir.Path()), "KEPT") << step;
       EXPECT_EQ(on.stationFolder.Exists("Base.Ini"), toServer) << step;

@@ -196,6 +196,12 @@ TEST_F(CardsInMemory, ASliceThatCannotBeReadIsReadNextTime) {
   EXPECT_EQ(TitleOfFirst(), "TITLE 1");
 }
 
+TEST_F(CardsInMemory, ACardWithANumberOfMoreThan32BitsIsNotLeftOut) {
+  ReadAll();
+  on.station.base.Db().Execute("INSERT INTO Discotheque (CODE, TITRE) VALUES (5000000000, 'WIDE')");
+  EXPECT_EQ(TitleOfFirst(), "not known");
+}
+
 TEST_F(CardsInMemory, TextsThatNobodyNamesAnyMoreGoWithTheNextPass) {
   ReadAll();
   const std::string longFile(240, 'x');

@@ -3,8 +3,7 @@
 // rows that a search lists.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <random>
+#include <algorithm>
 
 #include "library/KnownCards.h"
 #include "scheduling/FitCards.h"
@@ -12,74 +11,43 @@
 #include "scheduling/LibrarySearch.h"
 #include "scheduling/RequestFrame.h"
 #include "scheduling/tests/CandidateReading.h"
-#include "scheduling/tests/RequestFixture.h"
+#include "scheduling/tests/KnownTableCases.h"
 #include "scheduling/tests/SearchReading.h"
-#include "scheduling/tests/Stranger.h"
-#include "station/BaseFiles.h"
-#include "support/UnderSanitizer.h"
 
 namespace zemo {
 namespace {
 
 using test::PlainCards;
 using test::PlainPool;
-using test::RequestStation;
 using test::SeePool;
-using test::Stranger;
 
-constexpr int kCases = test::Cases(1000);
-constexpr int kCasesAStation = 40;
 constexpr int kManyCards = 150;  // on some twenty pages
 constexpr int kSmallSlice = 9;   // rows, so that passes take several
 
-class Cases {
+class CardCases : public test::KnownTableCases {
  public:
-  explicit Cases(unsigned seed) : random_(seed) { NewStation(); }
-
-  void Run(int cases) {
-    for (int i = 0; i < cases && !testing::Test::HasFailure(); ++i) {
-      SCOPED_TRACE("case " + std::to_string(i));
-      if (i % kCasesAStation == kCasesAStation - 1) NewStation();
-      story_.clear();
-      SetClock();
-      for (int n = Pick(1, 4); n > 0; --n) Something();
-      if (Pick(0, 2) > 0) ReadAll();
-      if (Pick(0, 3) == 0) Something();
-      Compare();
-    }
-  }
-  int FromMemory() const { return fromMemory_; }
-  int FromBase() const { return fromBase_; }
+  explicit CardCases(unsigned seed)
+      : KnownTableCases(seed, {.table = "Discotheque",
+                               .casesAStation = 40,
+                               .mostHappens = 4,
+                               .moreKinds = 0,
+                               .readAhead = ReadCardsAhead}) {}
 
  private:
-  int Pick(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
-  template <size_t N>
-  std::string OneOf(const char* const (&texts)[N]) {
-    return texts[Pick(0, static_cast<int>(N) - 1)];
-  }
-  Station& It() { return s_->station; }
-  Database& Db() { return It().base.Db(); }
-
-  void NewStation() {
-    stranger_.reset();
+  void Forget() override { It().knownCards = std::make_shared<KnownCards>(kSmallSlice); }
+  void Fill() override {
     plain_ = Pick(0, 1) == 1;
-    s_ = std::make_unique<RequestStation>();
-    s_->SetCnf("DecalDiff", std::max(Pick(-2, 3), 0));
-    s_->SetCnf("EcartArtiste", Pick(0, 4));
-    s_->Report("artist b", 46000, "POP");
-    stranger_ = std::make_unique<Stranger>(It().base.Path());
-    It().knownCards = std::make_shared<KnownCards>(kSmallSlice);
-    stranger_->Do("BEGIN");
-    for (int n = Pick(0, 2) ? Pick(0, 40) : kManyCards; n > 0; --n) stranger_->Do(Insertion());
-    stranger_->Do("COMMIT");
+    Fixture().SetCnf("DecalDiff", std::max(Pick(-2, 3), 0));
+    Fixture().SetCnf("EcartArtiste", Pick(0, 4));
+    Fixture().Report("artist b", 46000, "POP");
+    ForeignRows(Pick(0, 2) ? Pick(0, 40) : kManyCards, [this](int) { return Insertion(); });
   }
-  void SetClock() {
+  void BeginCase() override {
     // Near the broadcasts of the cards, at their hours.
     static constexpr int kHours[] = {0, 7, 10, 12, 23};
     const bool near = Pick(0, 4) > 0;
-    s_->loop.SetWallClock({2026, near ? 11 : Pick(10, 12), near ? Pick(20, 23) : Pick(1, 28),
-                           kHours[Pick(0, 4)], Pick(0, 59), Pick(0, 59), 0});
-    It().base.CheckCnf();
+    SetClock({2026, near ? 11 : Pick(10, 12), near ? Pick(20, 23) : Pick(1, 28), kHours[Pick(0, 4)],
+              Pick(0, 59), Pick(0, 59), 0});
     PrepareRules(It());
     used_ = {};
     if (Pick(0, 1)) used_.Add(Pick(1, 30));
@@ -179,7 +147,7 @@ class Cases {
     }
     return "INSERT INTO Discotheque (" + fields + ") VALUES (" + values + ")";
   }
-  std::string Write() {
+  std::string Write() override {
     const std::string code = std::to_string(Pick(1, Pick(0, 1) ? 60 : kManyCards));
     switch (Pick(0, 12)) {
       case 12: {
@@ -214,87 +182,9 @@ class Cases {
     }
   }
 
-  // --- what happens ---
-
-  void Own(const std::string& sql) {
-    story_ += "own: " + sql + "\n";
-    try {
-      Db().Execute(sql);
-    } catch (const StoreError&) {
-      // A value that the schema refuses: nothing is stored, or half of it was and is taken back.
-    }
-  }
-  void Foreign(const std::string& sql) {
-    story_ += "foreign: " + sql + "\n";
-    stranger_->Do(sql);
-  }
-  void ReadAll() {
-    while (ReadCardsAhead(It())) {
-    }
-  }
-  void Something() {
-    switch (Pick(0, 11)) {
-      case 0:
-      case 1:
-      case 2:
-        return Own(Write());
-      case 3:
-      case 4:
-        return Foreign(Write());
-      case 5: {
-        story_ += "transaction\n";
-        Db().BeginTrans();
-        Own(Write());
-        if (Pick(0, 1)) ReadCardsAhead(It());
-        if (Pick(0, 1)) Compare();
-        Own(Write());
-        if (Pick(0, 1)) return Db().CommitTrans();
-        story_ += "rolled back\n";
-        return Db().RollbackTrans();
-      }
-      case 6:
-        Foreign("BEGIN");
-        Foreign(Write());
-        if (Pick(0, 1)) ReadCardsAhead(It());
-        Compare();
-        return Foreign(Pick(0, 1) ? "COMMIT" : "ROLLBACK");
-      case 7:
-        if (Pick(0, 3) == 0) return OpenAgain();
-        if (Pick(0, 3) == 0) return PutAnotherBase();
-        return Cursor();
-      default:
-        ReadCardsAhead(It());
-    }
-  }
-  void Cursor() {
-    story_ += "cursor\n";
-    const auto card = It().base.Table("Discotheque");
-    if (card->Eof()) return;
-    card->MoveLast();
-    if (Pick(0, 3) == 0) return card->Delete();
-    card->Edit();
-    card->Set("DIFFUSION01", std::string("19/11/2026 à 12:30"));
-    card->Set("LASTDIFF", 46345.25);
-    card->Update();
-  }
-  void OpenAgain() {
-    story_ += "opened again\n";
-    It().base.Close();
-    if (Pick(0, 1)) Foreign(Write());
-    OpenBaseAgain(It());
-  }
-  // Under the name of the one that is open.
-  void PutAnotherBase() {
-    story_ += "replaced\n";
-    const std::string path = It().base.Path();
-    std::filesystem::copy_file(path, path + ".copy");
-    stranger_ = std::make_unique<Stranger>(path + ".copy");
-    Foreign(Write());
-    std::filesystem::rename(path + ".copy", path);
-    if (Pick(0, 1)) ReadCardsAhead(It());
-    EXPECT_TRUE(OpenLostBase(It()));
-    It().knownCards = std::make_shared<KnownCards>(kSmallSlice);
-    stranger_ = std::make_unique<Stranger>(path);
+  void Change(Recordset& row) override {
+    row.Set("DIFFUSION01", std::string("19/11/2026 à 12:30"));
+    row.Set("LASTDIFF", 46345.25);
   }
 
   // --- both ways ---
@@ -307,12 +197,11 @@ class Cases {
     if (Pick(0, 4)) wanted.hour = {{CurrentWeekday(It().Now()), It().Now().hour}};
     return wanted;
   }
-  void Compare() {
-    SCOPED_TRACE(story_);
+  void Compare() override {
     const auto order =
         Pick(0, 1) ? CandidateCards::Order::kLastdiff : CandidateCards::Order::kPassesThenLastdiff;
     const CardsWanted wanted = Wanted();
-    ++(CardsNow(It()) ? fromMemory_ : fromBase_);
+    CountWay(CardsNow(It()).has_value());
     const CandidateCards cards(It(), wanted, order);
     const auto plain = PlainCards(It(), wanted, order);
     test::ExpectSame(cards, plain);
@@ -369,21 +258,12 @@ class Cases {
     }
   }
 
-  std::mt19937 random_;
-  std::unique_ptr<RequestStation> s_;
-  std::unique_ptr<Stranger> stranger_;
   TitlesInUse used_;
   bool plain_ = false;  // no value of the station's is one that only the base can judge
-  std::string story_;
-  int fromMemory_ = 0, fromBase_ = 0;
 };
 
 TEST(KnownCardsProperty, WhatIsKnownIsWhatTheBaseHolds) {
-  Cases cases(17);
-  cases.Run(kCases);
-  // Both ways were gone often.
-  EXPECT_GT(cases.FromMemory(), kCases / 3);
-  EXPECT_GT(cases.FromBase(), kCases / 10);
+  CardCases(17).Run();
 }
 
 }  // namespace

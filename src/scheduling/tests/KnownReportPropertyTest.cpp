@@ -3,90 +3,57 @@
 // that its query names.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <random>
-
 #include "reports/KnownReport.h"
 #include "reports/ReportPurge.h"
 #include "scheduling/RecentReport.h"
 #include "scheduling/RotationRules.h"
-#include "scheduling/tests/RequestFixture.h"
-#include "scheduling/tests/Stranger.h"
-#include "station/BaseFiles.h"
+#include "scheduling/tests/KnownTableCases.h"
 #include "station/TimeForms.h"
-#include "support/UnderSanitizer.h"
 
 namespace zemo {
 namespace {
 
-using test::RequestStation;
-using test::Stranger;
-
-constexpr int kReportCases = test::Cases(1000);
-constexpr int kCasesAReport = 25;
 constexpr int kManyRows = 400;       // on some ten pages
 constexpr double kClockDay = 46347;  // 21 November 2026
 constexpr double kMinuteOfDay = 1.0 / (24 * 60);
 
-class ReportCases {
+class ReportCases : public test::KnownTableCases {
  public:
-  explicit ReportCases(unsigned seed) : random_(seed) { NewStation(); }
-
-  void Run(int cases) {
-    for (int i = 0; i < cases && !testing::Test::HasFailure(); ++i) {
-      SCOPED_TRACE("case " + std::to_string(i));
-      if (i % kCasesAReport == kCasesAReport - 1) NewStation();
-      story_.clear();
-      SetClock();
-      for (int n = Pick(1, 6); n > 0; --n) Something();
-      if (Pick(0, 2) > 0) ReadAll();
-      if (Pick(0, 3) == 0) Something();
-      Compare();
-      if (Pick(0, 9) == 0) Purge();
-    }
-  }
-  int FromMemory() const { return fromMemory_; }
-  int FromBase() const { return fromBase_; }
+  explicit ReportCases(unsigned seed)
+      : KnownTableCases(seed, {.table = "Rapport",
+                               .casesAStation = 25,
+                               .mostHappens = 6,
+                               .moreKinds = 2,
+                               .readAhead = ReadReportAhead}) {}
 
  private:
-  int Pick(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
-  template <size_t N>
-  std::string OneOf(const char* const (&texts)[N]) {
-    return texts[Pick(0, static_cast<int>(N) - 1)];
-  }
-  Station& It() { return s_->station; }
-  Database& Db() { return It().base.Db(); }
-
   // Small slices, so that passes take several; pages of one mark, or some of them.
-  void Keep() {
+  void Forget() override {
     It().knownReport =
         std::make_shared<KnownReport>(KnownReport::Sizes{.window = Pick(0, 2) ? 24 : 200,
                                                          .sliceCodes = 40,
                                                          .runBits = Pick(0, 1) ? 2 : 7,
                                                          .slicePages = 2});
   }
-  void NewStation() {
-    stranger_.reset();
+  void Fill() override {
     plain_ = Pick(0, 3) > 0;
     fat_ = Pick(0, 1) == 1;
-    s_ = std::make_unique<RequestStation>();
-    stranger_ = std::make_unique<Stranger>(It().base.Path());
-    Keep();
     Rows(Pick(0, 1) ? Pick(0, 60) : kManyRows);
   }
   // In the order of their moments, as the air makes them.
   void Rows(int count) {
-    stranger_->Do("BEGIN");
-    for (int n = count; n > 0; --n) stranger_->Do(Insertion(std::to_string(kClockDay - n / 100.0)));
-    stranger_->Do("COMMIT");
+    ForeignRows(count, [this](int n) { return Insertion(std::to_string(kClockDay - n / 100.0)); });
   }
   // Mostly it goes on, so that the rows come in the order of their moments.
-  void SetClock() {
+  void BeginCase() override {
     minute_ = (minute_ + Pick(1, 5)) % (24 * 60);
-    LocalDateTime now{2026, 11, 21, minute_ / 60, minute_ % 60, Pick(0, 59), 0};
-    if (Pick(0, 14) == 0) now = {2026, 11, Pick(18, 23), Pick(0, 23), Pick(0, 59), 0, 0};
-    s_->loop.SetWallClock(now);
-    It().base.CheckCnf();
+    if (Pick(0, 14) == 0)
+      SetClock({2026, 11, Pick(18, 23), Pick(0, 23), Pick(0, 59), 0, 0});
+    else
+      SetClock({2026, 11, 21, minute_ / 60, minute_ % 60, Pick(0, 59), 0});
+  }
+  void EndCase() override {
+    if (Pick(0, 9) == 0) Purge();
   }
 
   // --- values ---
@@ -120,7 +87,7 @@ class ReportCases {
     const int back = Pick(0, 1) ? Pick(0, 30) : Pick(0, kManyRows);
     return "(SELECT MAX(CODE) - " + std::to_string(back) + " FROM Rapport)";
   }
-  std::string Write() {
+  std::string Write() override {
     switch (Pick(0, 15)) {
       case 14:
       case 15:  // as of just now
@@ -152,61 +119,10 @@ class ReportCases {
 
   // --- what happens ---
 
-  void Own(const std::string& sql) {
-    story_ += "own: " + sql + "\n";
-    try {
-      Db().Execute(sql);
-    } catch (const StoreError&) {
-      // A value that the schema refuses: nothing is stored.
-    }
-  }
-  void Foreign(const std::string& sql) {
-    story_ += "foreign: " + sql + "\n";
-    stranger_->Do(sql);
-  }
-  void ReadAll() {
-    story_ += "read\n";
-    while (ReadReportAhead(It())) {
-    }
-  }
-  void Something() {
-    switch (Pick(0, 13)) {
-      case 0:
-      case 1:
-      case 2:
-        return Own(Write());
-      case 3:
-      case 4:
-        return Foreign(Write());
-      case 5: {
-        story_ += "transaction\n";
-        Db().BeginTrans();
-        Own(Write());
-        if (Pick(0, 1)) ReadReportAhead(It());
-        if (Pick(0, 1)) Compare();
-        Own(Write());
-        if (Pick(0, 1)) return Db().CommitTrans();
-        story_ += "rolled back\n";
-        return Db().RollbackTrans();
-      }
-      case 6:
-        Foreign("BEGIN");
-        Foreign(Write());
-        if (Pick(0, 1)) ReadReportAhead(It());
-        Compare(/*canWrite=*/false);
-        return Foreign(Pick(0, 1) ? "COMMIT" : "ROLLBACK");
-      case 7:
-        if (Pick(0, 4) == 0) return OpenAgain();
-        if (Pick(0, 4) == 0) return PutAnotherBase();
-        return Cursor();
-      case 8:
-        story_ += "many rows\n";
-        return Rows(Pick(0, 70));
-      case 9:
-        return BackAndForth();
-      default:
-        ReadReportAhead(It());
-    }
+  void HappenMore(int kind) override {
+    if (kind == 0) return BackAndForth();
+    Tell("many rows");
+    Rows(Pick(0, 70));
   }
   // Another program writes back what this one wrote, byte by byte.
   void BackAndForth() {
@@ -217,40 +133,14 @@ class ReportCases {
     Foreign("UPDATE Rapport SET " + before + where);
     ReadAll();
     Own("UPDATE Rapport SET " + (moment ? now : "AUTEUR = 'Rare'") + where);
-    Compare();
+    CompareNow();
     Foreign("UPDATE Rapport SET " + before + where);
     if (Pick(0, 1)) ReadAll();
-    Compare();
+    CompareNow();
   }
-  void Cursor() {
-    story_ += "cursor\n";
-    const auto row = It().base.Table("Rapport");
-    if (row->Eof()) return;
-    if (Pick(0, 1)) row->MoveLast();
-    if (Pick(0, 3) == 0) return row->Delete();
-    row->Edit();
-    row->Set("AUTEUR", std::string("Rare"));
-    row->Set("DATENUM", kClockDay + 0.25);
-    row->Update();
-  }
-  void OpenAgain() {
-    story_ += "opened again\n";
-    It().base.Close();
-    if (Pick(0, 1)) Foreign(Write());
-    OpenBaseAgain(It());
-  }
-  // Under the name of the one that is open.
-  void PutAnotherBase() {
-    story_ += "replaced\n";
-    const std::string path = It().base.Path();
-    std::filesystem::copy_file(path, path + ".copy");
-    stranger_ = std::make_unique<Stranger>(path + ".copy");
-    Foreign(Write());
-    std::filesystem::rename(path + ".copy", path);
-    if (Pick(0, 1)) ReadReportAhead(It());
-    EXPECT_TRUE(OpenLostBase(It()));
-    Keep();
-    stranger_ = std::make_unique<Stranger>(path);
+  void Change(Recordset& row) override {
+    row.Set("AUTEUR", std::string("Rare"));
+    row.Set("DATENUM", kClockDay + 0.25);
   }
 
   // --- both ways ---
@@ -283,8 +173,7 @@ class ReportCases {
       EXPECT_EQ(allowed, PlainAllowed(artist, gap)) << artist << " " << gap;
     }
   }
-  void Compare(bool canWrite = true) {
-    SCOPED_TRACE(story_);
+  void Compare() override {
     const int count = Pick(0, 9) ? Pick(1, 12) : Pick(1, 60);
     EXPECT_EQ(NewestArtists(It(), count), PlainNewestArtists(count)) << count;
     const auto head = Db().OpenRecordset("SELECT MAX(CODE) AS HEAD FROM Rapport");
@@ -292,9 +181,9 @@ class ReportCases {
     LoadNewestReportCode(It());
     EXPECT_EQ(It().requests.DernierCodeRapport,
               IsNull(head->Field(0)) ? former : AsInt(head->Field(0)));
-    ++(It().requests.reportInMemory ? fromMemory_ : fromBase_);
+    CountWay(It().requests.reportInMemory);
     CompareGaps();
-    if (!canWrite || Db().InTransaction() || Pick(0, 3)) return;
+    if (!CanWrite() || Pick(0, 3)) return;
     Own(Write());  // in a yield of the request
     CompareGaps();
   }
@@ -306,7 +195,8 @@ class ReportCases {
   }
   void Purge() {
     const int days = Pick(0, 3);
-    SCOPED_TRACE(story_ + "purge of " + std::to_string(days));
+    Tell("purge of " + std::to_string(days));
+    SCOPED_TRACE(Story());
     const LocalDateTime now = It().Now();
     const double limit = DaySerial(now.year, now.month, now.day) - days;
     const auto rest = Db().OpenRecordset(
@@ -319,22 +209,13 @@ class ReportCases {
     EXPECT_EQ(PurgedTo(limit), "0 of " + std::to_string(AsInt(rest->Field(0))));
   }
 
-  std::mt19937 random_;
-  std::unique_ptr<RequestStation> s_;
-  std::unique_ptr<Stranger> stranger_;
   bool plain_ = false;  // no moment is one that only the base can judge
   bool fat_ = false;    // few rows stand on a page
   int minute_ = 0;      // of the day
-  std::string story_;
-  int fromMemory_ = 0, fromBase_ = 0;
 };
 
 TEST(KnownReportProperty, WhatIsKnownIsWhatTheBaseHolds) {
-  ReportCases cases(17);
-  cases.Run(kReportCases);
-  // Both ways were gone often.
-  EXPECT_GT(cases.FromMemory(), kReportCases / 3);
-  EXPECT_GT(cases.FromBase(), kReportCases / 10);
+  ReportCases(17).Run();
 }
 
 }  // namespace

@@ -22,10 +22,6 @@ std::string FieldsOf(const TableDef& table) {
   return fields;
 }
 
-bool HoldsTexts(const Field& field) {
-  return field.Type == FieldType::kText || field.Type == FieldType::kMemo;
-}
-
 void AppendCopied(std::string_view text, std::string& rows) {
   for (const char c : text) {
     switch (c) {
@@ -59,6 +55,8 @@ std::string RealText(double real) {
 PostgresRowSink::PostgresRowSink(std::shared_ptr<PostgresConnection> connection,
                                  std::shared_ptr<const TableDef> table)
     : connection_(std::move(connection)), table_(std::move(table)) {
+  // Replicas of what the base was are made anew: it is not told to them row by row.
+  connection_->Run("SELECT zemo.begin_filling()", {}, true);
   connection_->BeginCopy("COPY " + QuotedName(table_->Name) + " (" + FieldsOf(*table_) +
                          ") FROM STDIN");
 }
@@ -70,7 +68,7 @@ PostgresRowSink::~PostgresRowSink() {
 void PostgresRowSink::AddValue(const RowView& row, int field) {
   const Field& column = table_->Fields[static_cast<size_t>(field)];
   const auto kind = row.KindOf(field);
-  const bool texts = HoldsTexts(column);
+  const bool texts = HoldsText(column);
   const bool reals = column.Type == FieldType::kFloat64;
   if (kind == RowView::Kind::kNull) {
     rows_ += "\\N";

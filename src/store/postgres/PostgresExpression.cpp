@@ -1,8 +1,8 @@
 // How two values compare, as on the file:
 //   a column of numbers   takes a text as the number that it reads as; one that is none is above
-//   all a column of texts     takes a number as its digits; ASCII letters know no case, and neither
-//   do
-//                         accented ones where the query's own text has some
+//                         all numbers
+//   a column of texts     takes a number as its digits; ASCII letters know no case, and neither
+//                         do accented ones where the query's own text has some
 //   < and > with a text   the French order
 //   anything else         a number is below a text, texts go letter by letter
 // The functions of the schema zemo are in PostgresFunctions.
@@ -10,8 +10,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
-#include <cstdio>
 
 #include "store/Names.h"
 #include "store/Schema.h"
@@ -33,26 +31,34 @@ Expression Number(std::string sql) {
   return {std::move(sql), Expression::kNumber};
 }
 
-// As the file writes a real into a text: fifteen digits, always a mark.
-std::string TextOfReal(double real) {
-  char digits[40];
-  std::snprintf(digits, sizeof digits, "%.15g", real);
-  std::string text = digits;
-  if (text.find_first_of(".ein") == std::string::npos) return text + ".0";
-  const size_t exponent = text.find('e');
-  if (exponent != std::string::npos && text.find('.') == std::string::npos)
-    text.insert(exponent, ".0");
-  return text;
+// What the query's text writes out.
+Expression WrittenText(const std::string& text) {
+  Expression e;
+  e.type = Expression::kText;
+  e.isLiteral = true;
+  e.literal = text;
+  return e;
 }
 
-bool IsWholeReal(double real) {
-  return std::trunc(real) == real && std::fabs(real) < 1e15;
+Expression WrittenNumber(const std::string& digits) {
+  Expression e = Number(digits);
+  e.isLiteral = true;
+  int64_t whole = 0;
+  const char* end = digits.data() + digits.size();
+  if (std::from_chars(digits.data(), end, whole).ptr == end)
+    e.literal = whole;
+  else
+    e.literal = AsReal(Value(digits));
+  if (const auto* real = std::get_if<double>(&e.literal)) e.sql = SqlNumber(*real);
+  return e;
 }
 
-std::string TextOfValue(const Value& value) {
-  const auto* real = std::get_if<double>(&value);
-  if (!real) return AsText(value);
-  return IsWholeReal(*real) ? std::to_string(static_cast<int64_t>(*real)) : TextOfReal(*real);
+Expression WrittenTruth(bool isTrue) {
+  Expression e = Number(isTrue ? "(-1)" : "0");
+  e.isTrue = isTrue;
+  e.isLiteral = true;
+  e.literal = int64_t{isTrue ? -1 : 0};
+  return e;
 }
 
 std::string Plain(const std::string& sql) {
@@ -63,65 +69,6 @@ std::string Folded(const std::string& sql) {
 }
 
 }  // namespace
-
-std::string PostgresLiteral(std::string_view text) {
-  const bool escaped = text.find('\\') != std::string_view::npos;
-  std::string quoted = escaped ? "E'" : "'";
-  for (const char c : text) {
-    quoted += c;
-    if (c == '\'' || c == '\\') quoted += c;
-  }
-  return quoted + '\'';
-}
-
-std::string PostgresPattern(std::string_view written) {
-  std::string pattern;
-  for (const char c : written) {
-    if (c == '%' || c == '_' || c == '\\') pattern += '\\';
-    pattern += c == '*' ? '%' : c == '?' ? '_' : c;
-  }
-  return pattern;
-}
-
-std::string NumberColumn(const TableDef& table) {
-  for (const Field& field : table.Fields)
-    if (field.AutoIncrement && !field.Missing) return field.Name;
-  return kHiddenNumber;
-}
-
-std::string KindsOf(const Values& values) {
-  std::string kinds;
-  for (const Value& value : values) {
-    if (IsNull(value))
-      kinds += '0';
-    else if (std::holds_alternative<std::string>(value))
-      kinds += KindOf(value) == ValueKind::kWideText ? (ReadsAsNumber(value) ? 'W' : 'w')
-                                                     : (ReadsAsNumber(value) ? 'T' : 't');
-    else
-      kinds += 'n';
-  }
-  return kinds;
-}
-
-bool InForm(PostgresPlace::Form form, const Value& value, std::string& text) {
-  if (IsNull(value)) return false;
-  const auto* written = std::get_if<std::string>(&value);
-  switch (form) {
-    case PostgresPlace::kPattern:
-      text = PostgresPattern(TextOfValue(value));
-      break;
-    case PostgresPlace::kText:
-      text = TextOfValue(value);
-      break;
-    case PostgresPlace::kWhole:
-      text = std::to_string(AsInt(value));
-      break;
-    case PostgresPlace::kNumber:
-      text = written ? SqlNumber(AsReal(value)) : AsText(value);
-      break;
-  }
-  return true;
-}
 
 PostgresExpressions::PostgresExpressions(std::string_view query, const TableLookup& tables,
                                          const Values& values)
@@ -246,7 +193,7 @@ std::string PostgresExpressions::AsRead(const Expression& e) {
 std::string PostgresExpressions::AsStored(const TableDef& table, const Field& field,
                                           const Expression& e) {
   if (e.type == Expression::kNull) return field.AutoIncrement ? "DEFAULT" : "NULL";
-  if (field.Type == FieldType::kText || field.Type == FieldType::kMemo) return AsTextSql(e);
+  if (HoldsText(field)) return AsTextSql(e);
   const Value* known = KnownValue(e);
   if (e.type == Expression::kText && (!known || !ReadsAsNumber(*known))) {
     // Told when a row comes to hold it, not before.
@@ -326,12 +273,9 @@ Expression PostgresExpressions::ReadComparison() {
     } else if (Is("=") || Is("==") || Is("<>") || Is("!=")) {
       const bool equal = Is("=") || Is("==");
       ++at_;
-      Expression right = ReadRelation();
+      const Expression right = ReadRelation();
       if (right.isTrue) {
-        right = Number("0");
-        right.isLiteral = true;
-        right.literal = int64_t{0};
-        made = Compare(left, equal ? "<>" : "=", right);
+        made = Compare(left, equal ? "<>" : "=", WrittenTruth(false));
       } else {
         made = Compare(left, equal ? "=" : "<>", right);
       }
@@ -385,79 +329,66 @@ Expression PostgresExpressions::ReadJoined() {
 Expression PostgresExpressions::ReadPrimary() {
   if (AtEnd()) FailHere();
   const Token token = tokens_[at_++];
-  Expression e;
   switch (token.kind) {
     case TokenKind::kText:
-      e.type = Expression::kText;
-      e.isLiteral = true;
-      e.literal = token.text;
-      return e;
-    case TokenKind::kNumber: {
-      e.sql = token.text;
-      e.isLiteral = true;
-      int64_t whole = 0;
-      const char* end = token.text.data() + token.text.size();
-      if (std::from_chars(token.text.data(), end, whole).ptr == end)
-        e.literal = whole;
-      else
-        e.literal = AsReal(Value(token.text));
-      if (std::holds_alternative<double>(e.literal)) e.sql = SqlNumber(std::get<double>(e.literal));
-      return e;
-    }
-    case TokenKind::kValue: {
-      e.place = std::stoul(token.text.substr(1));
-      const Value& value = values_[e.place - 1];
-      e.type = IsNull(value)                                ? Expression::kNull
-               : std::holds_alternative<std::string>(value) ? Expression::kText
-                                                            : Expression::kNumber;
-      return e;
-    }
+      return WrittenText(token.text);
+    case TokenKind::kNumber:
+      return WrittenNumber(token.text);
+    case TokenKind::kValue:
+      return ValueAt(std::stoul(token.text.substr(1)));
     case TokenKind::kName:
       return ReadColumn(token.text);
     default:
       break;
   }
-  if (token.Is("(")) {
-    if (Is("SELECT")) {
-      const std::string sql = Subquery(e, "");
-      Expect(")");
-      return {"(" + sql + ")", e.type};
-    }
-    e = ReadExpression();
+  if (token.Is("(")) return ReadInParentheses();
+  if (token.Is("-") || token.Is("+")) return ReadSigned(token.Is("-"));
+  if (token.kind == TokenKind::kWord) return ReadWord(token);
+  --at_;
+  FailHere();
+}
+
+Expression PostgresExpressions::ValueAt(size_t place) const {
+  Expression e;
+  e.place = place;
+  const Value& value = values_[place - 1];
+  e.type = IsNull(value)                                ? Expression::kNull
+           : std::holds_alternative<std::string>(value) ? Expression::kText
+                                                        : Expression::kNumber;
+  return e;
+}
+
+// Behind the one that opens.
+Expression PostgresExpressions::ReadInParentheses() {
+  Expression e;
+  if (Is("SELECT")) {
+    const std::string sql = Subquery(e, "");
     Expect(")");
-    if (e.place == 0 && !e.isLiteral) e.sql = "(" + e.sql + ")";
-    return e;
+    return {"(" + sql + ")", e.type};
   }
-  if (token.Is("-") || token.Is("+")) {
-    e = ReadPrimary();
-    if (e.isLiteral && e.type == Expression::kNumber && token.Is("-")) {
-      e.sql = "(-" + e.sql + ")";
-      if (const auto* real = std::get_if<double>(&e.literal))
-        e.literal = -*real;
-      else
-        e.literal = -AsInt(e.literal);
-      return e;
-    }
-    if (token.Is("+")) return e;
-    return Number("(- " + AsNumberSql(e) + ")");
-  }
-  if (token.Is("NULL")) {
-    e.type = Expression::kNull;
-    return e;
-  }
-  if ((token.Is("TRUE") || token.Is("FALSE")) && !Is("(") && !Is(".")) {
-    e.isTrue = token.Is("TRUE");
-    e.sql = e.isTrue ? "(-1)" : "0";
-    e.isLiteral = true;
-    e.literal = int64_t{e.isTrue ? -1 : 0};
-    return e;
-  }
-  if (token.kind != TokenKind::kWord) {
-    --at_;
-    FailHere();
-  }
-  if (Is("(")) return ReadFunction(token.text);
-  return ReadColumn(token.text);
+  e = ReadExpression();
+  Expect(")");
+  if (e.place == 0 && !e.isLiteral) e.sql = "(" + e.sql + ")";
+  return e;
+}
+
+Expression PostgresExpressions::ReadSigned(bool minus) {
+  Expression e = ReadPrimary();
+  if (!minus) return e;
+  if (!e.isLiteral || e.type != Expression::kNumber) return Number("(- " + AsNumberSql(e) + ")");
+  e.sql = "(-" + e.sql + ")";
+  if (const auto* real = std::get_if<double>(&e.literal))
+    e.literal = -*real;
+  else
+    e.literal = -AsInt(e.literal);
+  return e;
+}
+
+Expression PostgresExpressions::ReadWord(const Token& word) {
+  if (word.Is("NULL")) return {{}, Expression::kNull};
+  const bool isTruth = word.Is("TRUE") || word.Is("FALSE");
+  if (isTruth && !Is("(") && !Is(".")) return WrittenTruth(word.Is("TRUE"));
+  return Is("(") ? ReadFunction(word.text) : ReadColumn(word.text);
 }
 
 Expression PostgresExpressions::ReadFunction(const std::string& name) {
@@ -535,8 +466,7 @@ Expression PostgresExpressions::ReadColumn(const std::string& first) {
           (scope.sources.size() > 1 || level + 1 < scopes_.size() ? QuotedName(alias) + "." : "") +
           QuotedName(stored);
       if (field && scope.isWritten && !field->ReadAs.empty()) e.sql = '(' + field->ReadAs + ')';
-      if (field && (field->Type == FieldType::kText || field->Type == FieldType::kMemo))
-        e.type = Expression::kText;
+      if (field && HoldsText(*field)) e.type = Expression::kText;
       const bool put =
           std::find(scope.grouped.begin(), scope.grouped.end(), e.sql) != scope.grouped.end();
       // Texts that differ in case are put together; shown is the one that was stored first.

@@ -80,6 +80,10 @@ class PostgresExpressions {
   PostgresExpression ReadProduct();
   PostgresExpression ReadJoined();
   PostgresExpression ReadPrimary();
+  PostgresExpression ValueAt(size_t place) const;
+  PostgresExpression ReadInParentheses();
+  PostgresExpression ReadSigned(bool minus);
+  PostgresExpression ReadWord(const Token& word);
   PostgresExpression ReadFunction(const std::string& name);
   PostgresExpression ReadColumn(const std::string& first);
   PostgresExpression ReadIn(const PostgresExpression& left);

@@ -18,10 +18,6 @@ namespace {
 
 using Expression = PostgresExpression;
 
-bool HoldsText(const Field& field) {
-  return field.Type == FieldType::kText || field.Type == FieldType::kMemo;
-}
-
 class Clauses final : public PostgresExpressions {
  public:
   using PostgresExpressions::PostgresExpressions;
@@ -426,6 +422,18 @@ class Clauses final : public PostgresExpressions {
 PostgresQuery TranslateForPostgres(std::string_view query, const TableLookup& tables,
                                    const Values& values) {
   return Clauses(query, tables, values).Run();
+}
+
+PostgresParameters ParametersOf(const PostgresQuery& query, const Values& values) {
+  PostgresParameters parameters;
+  for (const PostgresPlace& place : query.places) {
+    std::string text;
+    if (InForm(place.form, values[place.value], text))
+      parameters.emplace_back(std::move(text));
+    else
+      parameters.emplace_back();
+  }
+  return parameters;
 }
 
 }  // namespace zemo

@@ -10,20 +10,9 @@
 #include "store/Dialect.h"
 #include "store/TableDefs.h"
 #include "store/Value.h"
+#include "store/postgres/PostgresValues.h"
 
 namespace zemo {
-
-// The form in which a place of the translated query takes a value.
-struct PostgresPlace {
-  enum Form {
-    kNumber,
-    kWhole,  // to the nearest even
-    kText,
-    kPattern  // of LIKE
-  };
-  size_t value = 0;  // from 0, of the query's own
-  Form form = kText;
-};
 
 struct PostgresQuery {
   std::string sql;  // the place n, from 1, is $n
@@ -39,18 +28,7 @@ struct PostgresQuery {
 PostgresQuery TranslateForPostgres(std::string_view query, const TableLookup& tables,
                                    const Values& values);
 
-// What the translation depends on beside the text: a letter a value.
-std::string KindsOf(const Values& values);
-// The value in its form; nothing for Null.
-bool InForm(PostgresPlace::Form form, const Value& value, std::string& text);
-
-// The column that numbers the rows: the key, or one of the engine's own that no query shows.
-inline constexpr char kHiddenNumber[] = "rowid";
-std::string NumberColumn(const TableDef& table);
-
-// PostgreSQL's pattern for one of the dialect.
-std::string PostgresPattern(std::string_view written);
-// 'text', whatever stands in it.
-std::string PostgresLiteral(std::string_view text);
+// The values in the forms of the query's places.
+PostgresParameters ParametersOf(const PostgresQuery& query, const Values& values);
 
 }  // namespace zemo

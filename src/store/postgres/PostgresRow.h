@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "store/RowView.h"
-#include "store/postgres/PostgresConnection.h"
+#include "store/postgres/PostgresResult.h"
 
 namespace zemo {
 

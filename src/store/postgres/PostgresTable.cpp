@@ -38,8 +38,7 @@ PostgresTable::PostgresTable(std::shared_ptr<PostgresConnection> connection, std
 }
 
 bool PostgresTable::HoldsText(size_t field) const {
-  const FieldType type = def_->Fields[field].Type;
-  return type == FieldType::kText || type == FieldType::kMemo;
+  return zemo::HoldsText(def_->Fields[field]);
 }
 
 std::string PostgresTable::ColumnOf(size_t field) const {

@@ -156,6 +156,47 @@ TEST_F(ServerBase, AnIndexThatIsMadeAnewIsNoOtherStructure) {
   EXPECT_TRUE(Db().Tables().ChangedSinceStandIns());
 }
 
+TEST_F(ServerBase, AStructureThatTheServersOwnToolsChangedCountsOnceItIsMet) {
+  ASSERT_TRUE(Db().Tables().Has("Toph"));
+  const int64_t before = Db().ChangeCounter();
+  ASSERT_EQ(TestServer::Get().Try(made->Name(), "ALTER TABLE \"Toph\" ADD COLUMN \"NEW\" bigint"),
+            "");
+  EXPECT_EQ(Db().ChangeCounter(), before);
+  EXPECT_NE(Db().Tables().Item("Toph").FindField("NEW"), nullptr);
+  EXPECT_EQ(Db().ChangeCounter(), before + 1);
+}
+
+TEST_F(ServerBase, AKnownQueryServesOnWhereAColumnBecameOneOfAnotherType) {
+  const auto become = [this](const std::string& type) {
+    return TestServer::Get().Try(made->Name(), "ALTER TABLE \"Toph\" ALTER \"HEURE\" TYPE " + type);
+  };
+  const std::string hours = "SELECT HEURE FROM Toph WHERE HEURE < 2";
+  const auto opened = [&] { return ColumnOf(*Db().OpenRecordset(hours), "HEURE"); };
+  const auto walked = [&] {
+    Strings read;
+    Db().ReadRows(hours, [&read](const RowView& row) { read.emplace_back(row.Text(0)); });
+    return read;
+  };
+  const Strings both = {"0", "1"};
+  ASSERT_EQ(opened(), both);
+  ASSERT_EQ(become("integer"), "");
+  EXPECT_EQ(opened(), both);
+  ASSERT_EQ(become("bigint"), "");
+  EXPECT_EQ(walked(), both);
+  ASSERT_EQ(become("integer"), "");
+  Db().BeginTrans();
+  Db().Execute("INSERT INTO VT(LIBELLE) VALUES('kept')");
+  EXPECT_EQ(opened(), both);
+  Db().CommitTrans();
+  ASSERT_EQ(become("bigint"), "");
+  Db().BeginTrans();
+  Db().Execute("INSERT INTO VT(LIBELLE) VALUES('kept too')");
+  EXPECT_EQ(walked(), both);
+  Db().CommitTrans();
+  EXPECT_EQ(ColumnOf(*Db().OpenRecordset("SELECT LIBELLE FROM VT"), "LIBELLE"),
+            (Strings{"kept", "kept too"}));
+}
+
 TEST_F(ServerBase, AKeyOfAnotherNameStillNumbersTheRows) {
   Db().Execute("INSERT INTO VT(LIBELLE) VALUES('first')");
   ASSERT_EQ(TestServer::Get().Try(made->Name(), "ALTER TABLE \"VT\" RENAME \"CODE\" TO \"Id\""),
