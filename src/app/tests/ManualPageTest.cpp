@@ -37,7 +37,7 @@ TEST(ManualPage, HasEveryUseAndOptionOfEveryCommand) {
     for (const CLI::Option* option : app.get_options())
       for (const std::string& name : option->get_lnames()) {
         if (name == "help") continue;
-        EXPECT_NE(own.find("--" + name), std::string::npos) << command.name << " " << name;
+        EXPECT_NE(own.find("\n.TP\n--" + name), std::string::npos) << command.name << " " << name;
       }
   }
 }

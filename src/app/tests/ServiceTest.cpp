@@ -71,7 +71,7 @@ TEST_F(Service, WhoseLogicHangsIsHeardNoMoreUntilTheManagerBeginsItAnew) {
   }
   const uintmax_t before = AirBytes();
   EXPECT_EQ(manager_->Next(kWatchdog), "");
-  EXPECT_GT(AirBytes(), before);
+  EXPECT_TRUE(test::WaitFor([&] { return AirBytes() > before; }, [&] { manager_->Next(10ms); }));
   kill(program->Pid(), SIGABRT);
   ptrace(PTRACE_DETACH, program->Pid(), nullptr, nullptr);
   EXPECT_EQ(program->Status(), 128 + SIGABRT);
