@@ -40,6 +40,7 @@ int RunOnAir(const AirOptions& options) {
     display.ShowLine("the air is mixed at real-time priority " +
                      std::to_string(real.soundPriority));
 
+  station.engine.keptAir.wanted = true;
   const bool first = HoldsNoBase(station);
   if (!OnAir::Form_Load(station)) return 1;
   if (first) GiveNewStationItsLanguage(station);
