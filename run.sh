@@ -23,6 +23,4 @@ for argument in "$@"; do
   esac
 done
 
-demo="${XDG_DATA_HOME:-$HOME/.local/share}/ZemoKaluri/Demo"
-[ -e "$demo/Triskin.MDB" ] || "$program" demo "$demo"
-exec "$program" "${command[@]}" --station "$demo" "$@"
+ZEMORADIO="$program" exec "$root/packaging/zemoradio-demo" "$@"

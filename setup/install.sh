@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages of setup/packages.txt that are missing; does and says nothing when all
-# are there. Needs root or sudo only when something is missing.
+# are there. Needs root or sudo only when something is missing. With the word `packaging` those of
+# setup/packaging-packages.txt as well.
 set -euo pipefail
 
 here="$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd -P)"
@@ -10,17 +11,24 @@ fail() {
   exit 1
 }
 
-# The names of packages.txt that dpkg does not know as installed, one a line.
+lists=("$here/packages.txt")
+case "$*" in
+  "") ;;
+  packaging) lists+=("$here/packaging-packages.txt") ;;
+  *) fail "usage: setup/install.sh [packaging]" ;;
+esac
+
+# The names of the lists that dpkg does not know as installed, one a line.
 missing_packages() {
   local name state
   while read -r name; do
     state="$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null || true)"
     [ "$state" = installed ] || echo "$name"
-  done < <(sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' "$here/packages.txt")
+  done < <(sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' "${lists[@]}")
 }
 
 command -v dpkg-query >/dev/null && command -v apt-get >/dev/null ||
-  fail "this is no Debian system; install the equivalents of $here/packages.txt by hand"
+  fail "this is no Debian system; install the equivalents of ${lists[*]} by hand"
 
 mapfile -t missing < <(missing_packages)
 [ "${#missing[@]}" -gt 0 ] || exit 0

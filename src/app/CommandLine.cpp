@@ -1,6 +1,5 @@
 #include "app/CommandLine.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <numeric>
@@ -8,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/CommandParser.h"
 #include "app/Version.h"
 
 namespace zemo {
@@ -99,24 +99,26 @@ bool Parse(CLI::App& app, int argc, const char* const* argv) {
 
 }  // namespace
 
-std::optional<std::function<int()>> ParseCommandLine(int argc, const char* const* argv,
-                                                     std::span<const Command> commands) {
-  CommonOptions common;
-  CLI::App app("", "zemoradio");
+CommandParser::CommandParser(std::span<const Command> commands) : app("", "zemoradio") {
   app.set_version_flag("--version", std::string("Zemo Radio ") + kVersion);
   app.require_subcommand(0, 1);
-  std::vector<std::pair<const CLI::App*, Command::Prepared>> prepared;
   for (const Command& command : commands) {
     const bool named = !command.name.empty();
     CLI::App& its = named ? *app.add_subcommand(command.name, command.help) : app;
     if (!named) app.description(command.help);
     prepared.emplace_back(&its, command.prepare(its, common));
   }
+}
+
+std::optional<std::function<int()>> ParseCommandLine(int argc, const char* const* argv,
+                                                     std::span<const Command> commands) {
+  CommandParser parser(commands);
+  CLI::App& app = parser.app;
   if (!Parse(app, argc, argv)) return std::nullopt;
   RequireNames(app);
   RequireOwnOptions(app);
   const CLI::App* chosen = app.get_subcommands().empty() ? &app : app.get_subcommands().front();
-  const auto asked = std::find_if(prepared.begin(), prepared.end(),
+  const auto asked = std::find_if(parser.prepared.begin(), parser.prepared.end(),
                                   [chosen](const auto& one) { return one.first == chosen; });
   asked->second.read();
   return asked->second.run;

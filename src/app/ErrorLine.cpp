@@ -1,6 +1,10 @@
 #include "app/ErrorLine.h"
 
+#include <unistd.h>
+
 #include <cstdio>
+
+#include "platform/real/service/JournalStream.h"
 
 namespace zemo {
 namespace {
@@ -42,8 +46,11 @@ std::string Printable(std::string_view text) {
   return shown;
 }
 
-void PrintError(std::string_view text) {
-  std::fprintf(stderr, "zemoradio: %s\n", Cut(Printable(text)).c_str());
+void PrintError(std::string_view text, Gravity gravity) {
+  const std::string mark = LeadsIntoJournal(STDERR_FILENO)
+                               ? "<" + std::to_string(static_cast<int>(gravity)) + ">"
+                               : std::string();
+  std::fprintf(stderr, "%szemoradio: %s\n", mark.c_str(), Cut(Printable(text)).c_str());
 }
 
 }  // namespace zemo

@@ -6,6 +6,7 @@
 #include "app/ChosenDevices.h"
 #include "app/ServerLink.h"
 #include "platform/real/analysis/RealLevelTool.h"
+#include "platform/real/sound/RealTimePriority.h"
 #include "station/BasePlaces.h"
 #include "store/StoreError.h"
 
@@ -83,9 +84,12 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .preview = &preview,
                        .levelTool = &levelTool,
                        .roundTrip = &roundTrip,
-                       .soundDevices = &soundDevices},
+                       .soundDevices = &soundDevices,
+                       .service = &service},
               ReplicaOf(serverLink)) {
   stands_ = true;
+  const int allowed = AllowedRealTimePriority(kMixerPriority);
+  if (allowed > 0 && sound->TakePriority(allowed)) soundPriority = allowed;
   loop.SetIdle(
       [this] {
         bool again = sound->Poll();

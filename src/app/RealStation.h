@@ -18,6 +18,7 @@
 #include "platform/real/files/StoredPaths.h"
 #include "platform/real/joystick/SdlJoystick.h"
 #include "platform/real/serial/QtSerialPort.h"
+#include "platform/real/service/NotifySocket.h"
 #include "platform/real/sound/MachineDevices.h"
 #include "platform/real/sound/MachineSounds.h"
 #include "platform/real/sound/RealPrelisten.h"
@@ -85,6 +86,8 @@ class RealStation {
   MachineDevices devices;  // for the settings
   QtSerialPort serial;
   SdlJoystick joystick;
+  NotifySocket service;
+  int soundPriority = 0;  // of real time, at which the air is mixed; 0: none
   Station station;
 };
 

@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <string>
 
 #include "app/AirFigures.h"
 #include "app/BackgroundMeasuring.h"
@@ -38,6 +39,9 @@ int RunOnAir(const AirOptions& options) {
   Station& station = real.station;
   display.Show(station);
   station.events.SetSink(&display);
+  if (real.soundPriority > 0)
+    display.ShowLine("the air is mixed at real-time priority " +
+                     std::to_string(real.soundPriority));
 
   station.engine.keptAir.wanted = true;
   const bool first = HoldsNoBase(station);
@@ -59,6 +63,7 @@ int RunOnAir(const AirOptions& options) {
   endSignals.Deliver([&] { end.OnSignal(); });
   const auto status = real.loop.MakeTimer(kStatusMs, [&] { display.ShowStatus(); });
   status->SetEnabled(true);
+  real.service.Ready();
   real.loop.Run();
 
   display.Finish();

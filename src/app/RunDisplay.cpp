@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/ErrorLine.h"
 #include "platform/Clock.h"
 #include "platform/SoundChain.h"
 #include "station/Station.h"
@@ -24,6 +23,13 @@ constexpr int kUsualWidth = 80;  // columns, where the terminal does not tell
 int Width(int terminal) {
   winsize size{};
   return ioctl(terminal, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsualWidth;
+}
+
+// A pipe with room for its smallest whole write, and a terminal that is not held, take a line
+// without waiting.
+bool HasRoom(int descriptor) {
+  pollfd room{.fd = descriptor, .events = POLLOUT, .revents = 0};
+  return poll(&room, 1, 0) == 1 && (room.revents & POLLOUT) != 0;
 }
 }  // namespace
 
@@ -48,12 +54,13 @@ void RunDisplay::OnEvent(const Event& event) {
 }
 
 void RunDisplay::OnNotice(const std::string& where, const std::string& text) {
-  ShowFault(where + ": " + text);
+  ShowFault(where + ": " + text, Gravity::kWarning);
 }
 
-void RunDisplay::ShowFault(std::string_view text) {
+void RunDisplay::ShowFault(std::string_view text, Gravity gravity) {
+  if (!HasRoom(STDERR_FILENO)) return;
   if (!status_.empty()) Write(std::string(kEraseLine));
-  PrintError(text);
+  PrintError(text, gravity);
   if (!status_.empty()) Write(status_);
 }
 
@@ -106,11 +113,8 @@ std::string RunDisplay::StatusText() const {
   return text;
 }
 
-// A pipe with room for its smallest whole write, and a terminal that is not held, take a line
-// without waiting.
 void RunDisplay::Write(const std::string& text) const {
-  pollfd room{.fd = output_, .events = POLLOUT, .revents = 0};
-  if (poll(&room, 1, 0) != 1 || (room.revents & POLLOUT) == 0) return;
+  if (!HasRoom(output_)) return;
   [[maybe_unused]] const ssize_t written = write(output_, text.data(), text.size());
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/ErrorLine.h"
 #include "station/EngineEvents.h"
 
 namespace zemo {
@@ -23,10 +24,11 @@ class RunDisplay : public EventSink {
 
   void OnEvent(const Event& event) override;
   void OnNotice(const std::string& where, const std::string& text) override;
-  void ShowStatus();                      // once a second
-  void ShowLine(std::string_view text);   // with the time of the station's clock in front
-  void ShowFault(std::string_view text);  // on standard error
-  void Finish();                          // takes the status line away
+  void ShowStatus();                     // once a second
+  void ShowLine(std::string_view text);  // with the time of the station's clock in front
+  // On standard error.
+  void ShowFault(std::string_view text, Gravity gravity = Gravity::kError);
+  void Finish();  // takes the status line away
 
  private:
   void TellSilence();

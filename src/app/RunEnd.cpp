@@ -72,6 +72,7 @@ bool RunEnd::TimeIsOver() const {
 void RunEnd::Cut() {
   if (real_.station.engine.IsRunning) StartStopZemoRadio(real_.station, false);
   if (!NoTickBelow(real_.station)) return;
+  real_.service.Stopping();
   real_.sound->Stop();
   real_.sound->Close();
   WriteZemoOnOff(real_.station, '0');
@@ -82,6 +83,7 @@ void RunEnd::Cut() {
 
 void RunEnd::Ask() {
   asked_ = true;
+  real_.service.Stopping();
   Rewatch();
   StartStopZemoRadio(real_.station, false);
   if (!Drained(real_.station)) told_.line("stopping: what is on air plays to its end");

@@ -1,8 +1,10 @@
 // `zemoradio` without a command: the main on-air screen over the real engine.
 #include <QApplication>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QPointer>
 #include <QScreen>
+#include <QString>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -95,6 +97,14 @@ int LanguageNow(Station& station) {
   }
 }
 
+// By which a desktop knows whose windows these are, and their icon; both are installed with the
+// program.
+void TakeDesktopName() {
+  const QString name = QStringLiteral("org.zemoradio.ZemoRadio");
+  QGuiApplication::setDesktopFileName(name);
+  QGuiApplication::setWindowIcon(QIcon::fromTheme(name));
+}
+
 // Without a window manager nobody else makes it fill the screen.
 void FillScreen(QWidget& window) {
   if (const QScreen* screen = QGuiApplication::primaryScreen())
@@ -115,6 +125,7 @@ int OpenScreen(const AirOptions& options) {
   ScreenMachine machine;
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setFont(Theme::Type(1, 15));  // also of what a style sheet gives no type
+  TakeDesktopName();
   const RunFolders folders = MakeRunFolders(options);
   RealStation real(folders.station, folders.machine, WantedOutput(options, folders.machine),
                    machine.Parts(), TellLine);
@@ -161,6 +172,7 @@ int OpenScreen(const AirOptions& options) {
   RunEnd end(real, options,
              {.drained = [&real] { real.loop.Quit(); }, .leaving = [] {}, .line = TellLine});
   endSignals.Deliver([&end] { end.OnSignal(); });
+  real.service.Ready();
   real.loop.Run();
   station.events.SetSink(nullptr);
   desks.Leave();

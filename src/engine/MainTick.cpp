@@ -37,6 +37,7 @@
 #include "library/KnownCards.h"
 #include "library/OnAirRows.h"
 #include "platform/Desktop.h"
+#include "platform/ServiceManager.h"
 #include "reports/AirWrites.h"
 #include "reports/KnownReport.h"
 #include "reports/ReportPurge.h"
@@ -319,6 +320,7 @@ double MsToExitPoint(const Station& station) {
 void OnAir::MainTimer_Timer(Station& station) {
   EngineState& engine = station.engine;
   if (engine.tickRunning || engine.mainTimerHolds > 0) return;
+  if (station.platform.service) station.platform.service->Alive();
   struct Running {
     bool& flag;
     explicit Running(bool& f) : flag(f) { flag = true; }

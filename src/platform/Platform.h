@@ -19,6 +19,7 @@ class PreviewChain;
 class Recorder;
 class RoundTrip;
 class SerialPort;
+class ServiceManager;
 class SoundChain;
 class SoundDeviceList;
 class SoundFiles;
@@ -50,6 +51,7 @@ struct Platform {
   LevelTool* levelTool = nullptr;
   RoundTrip* roundTrip = nullptr;
   SoundDeviceList* soundDevices = nullptr;  // null: nobody knows them by name
+  ServiceManager* service = nullptr;        // null: nobody looks after the program
 };
 
 }  // namespace zemo

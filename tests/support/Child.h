@@ -92,6 +92,17 @@ class Child {
     return pid_ == 0;
   }
 
+  pid_t Pid() const { return pid_; }
+
+  // How it ended, as a shell tells it: 128 + N by signal N; -1 where it has not within the bound.
+  int Status() {
+    All();
+    int status = 0;
+    if (!ended_ || waitpid(pid_, &status, 0) != pid_) return -1;
+    pid_ = 0;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  }
+
   // Its exit status once this signal has ended it.
   int EndBy(int signal) {
     int status = -1;

@@ -1,4 +1,5 @@
 // What a run without a terminal tells of a silence, on the virtual clock.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -64,6 +65,31 @@ TEST_F(RunSilence, BetweenTwoElementsIsNotTold) {
   EXPECT_EQ(LinesAt(2000), "");
   Silence("end");
   EXPECT_EQ(LinesAt(6000), "");
+}
+
+// As a service whose journal does not read: the pipe behind standard error is full, and a write to
+// it would not come back.
+TEST(RunFault, ThatNobodyReadsIsLeftOut) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  fcntl(ends[1], F_SETFL, O_NONBLOCK);
+  while (write(ends[1], "full", 4) > 0) {
+  }
+  fcntl(ends[1], F_SETFL, 0);
+  const int before = dup(STDERR_FILENO);
+  dup2(ends[1], STDERR_FILENO);
+  alarm(60);  // ends the test that hangs
+  RunDisplay(STDOUT_FILENO).ShowFault("nobody reads this");
+  alarm(0);
+  dup2(before, STDERR_FILENO);
+  close(ends[1]);
+  std::string text;
+  std::array<char, 4096> bytes{};
+  for (ssize_t count = 0; (count = read(ends[0], bytes.data(), bytes.size())) > 0;)
+    text.append(bytes.data(), static_cast<size_t>(count));
+  EXPECT_EQ(text.find("nobody"), std::string::npos);
+  close(ends[0]);
+  close(before);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/real/sound/MovingFrame.h"
+#include "platform/real/sound/RealTimePriority.h"
 #include "platform/sound/SampleFormat.h"
 
 namespace zemo {
@@ -82,6 +83,10 @@ bool MixerThread::Send(const MixerOrder& order) {
   if (!orders_.Push(order)) return false;
   wake_.Signal();
   return true;
+}
+
+bool MixerThread::TakePriority(int priority) {
+  return thread_.joinable() && GiveRealTimePriority(thread_.native_handle(), priority);
 }
 
 // It counts from the next frame on that is mixed, as an order does.

@@ -44,6 +44,7 @@ class MixerThread {
 
   // --- Logic's thread ---
   bool Send(const MixerOrder& order);  // false: no room now
+  bool TakePriority(int priority);     // of real time, above 0; false: the system refuses
   void SetVolume(int slot, int volume);
   Status StatusOf(int slot) const;
   // Frames of the air, at kSampleRate, that were drained; 0 unless that is the run begun last.

@@ -50,6 +50,14 @@ bool RealSoundChain::Poll() {
   return !waiting_.empty();
 }
 
+bool RealSoundChain::TakePriority(int priority) {
+  const bool taken = mixer_->TakePriority(priority);
+  if (!taken)
+    Tell("the system refuses real-time priority " + std::to_string(priority) +
+         ", which the limit of this user allows: a busy machine may be heard");
+  return taken;
+}
+
 int64_t RealSoundChain::SinkFrames() const {
   const SinkThread* sink = mixer_->Sink();
   return sink == nullptr ? 0 : sink->Frames();

@@ -55,6 +55,9 @@ class RealSoundChain final : public SoundChainBase {
   // and the operator what happened to the output. True: again within 20 ms.
   bool Poll();
   SoundHealth TakeHealth();
+  // Its mixing goes ahead of every ordinary thread of the machine from now on: a priority of real
+  // time, above 0. False where the system refuses, which the operator is told.
+  bool TakePriority(int priority);
   // Another device, from the next opening of the output on; nothing where the output is none.
   void ChooseDevice(const std::string& key);
   void ChooseDevice(WishedDevice device);
