@@ -29,7 +29,12 @@ std::string BehindColon(const std::string& message) {
   return colon == std::string::npos ? message : message.substr(colon + 2);
 }
 
-[[noreturn]] void ThrowConstraint(int extended, const std::string& message) {
+bool IsReplica(sqlite3* database) {
+  return sqlite3_table_column_metadata(database, "main", "zemo_replica", nullptr, nullptr, nullptr,
+                                       nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+[[noreturn]] void ThrowConstraint(sqlite3* database, int extended, const std::string& message) {
   const std::string rule = BehindColon(message);
   if (extended == SQLITE_CONSTRAINT_CHECK) {
     if (Contains(rule, kWidthRule)) throw StoreError(kErrFieldTooSmall, rule);
@@ -40,7 +45,8 @@ std::string BehindColon(const std::string& message) {
     throw StoreError(kErrDuplicateKey, rule + " has this value already");
   }
   // What a replica's triggers say: nothing is wrong with the row, and it may be stored later.
-  if (extended == SQLITE_CONSTRAINT_TRIGGER) throw StoreError(kErrReadOnly, message);
+  if (extended == SQLITE_CONSTRAINT_TRIGGER && IsReplica(database))
+    throw StoreError(kErrReadOnly, message);
   throw StoreError(kErrValueRefused, message);
 }
 
@@ -80,7 +86,7 @@ void ThrowSqlite(sqlite3* database, int result, const std::string& path, std::st
     case SQLITE_FULL:
       throw StoreError(kErrDiskFull, path + " cannot grow: the disk is full");
     case SQLITE_CONSTRAINT:
-      ThrowConstraint(extended, message);
+      ThrowConstraint(database, extended, message);
     case SQLITE_MISMATCH:
       throw StoreError(kErrValueRefused, "a key must be a whole number: " + message);
     case SQLITE_TOOBIG:
