@@ -515,7 +515,8 @@ void EveryScreen::WalkBoxes() {
                                    LibraryText::FilesPicked(on_.station, 2),
                                    LibraryText::ShortFilesPicked(2),
                                    LibraryText::ConfirmDeleteSelection(on_.station),
-                                   LibraryText::ConfirmOverwrite(on_.station)};
+                                   RecordClashText(on_.station),
+                                   RecordClashLine(on_.station, Ours("field"), Ours("theirs"), Ours("mine"))};
   for (const RoutineText& row : RoutineTexts())
     told.push_back(WithPlace(row.routine, Ours("place")));
   for (const std::string& text : told) LookAtBox(text);
@@ -523,7 +524,7 @@ void EveryScreen::WalkBoxes() {
   asking.SetLanguage([this] { return langue_; });
   asking.SetWindow(&window, [] { return true; });
   for (const Buttons buttons :
-       {Buttons::kYesNo, Buttons::kOkCancel, Buttons::kYesCancel, Buttons::kYesNoCancel})
+       {Buttons::kYesNo, Buttons::kOkCancel, Buttons::kYesCancel, Buttons::kYesNoCancel, Buttons::kMineTheirsLook, Buttons::kMineTheirs})
     LookAtModal("question " + std::to_string(static_cast<int>(buttons)),
                 [&] { asking.Show("Alerte", Ours("text"), buttons); });
   PrintIntoPdf(&window, empty_.Path() + "/none/x.pdf", {"a line"}, "Courier", 10, langue_);

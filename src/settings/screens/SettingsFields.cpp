@@ -152,6 +152,8 @@ QWidget* SettingsWindow::SpinnerFor(const SettingsControl& control) {
   connect(spinner, &QSpinBox::valueChanged, this,
           [this, &control](int number) { Give(control, std::to_string(number)); });
   Follow([this, spinner, &control] {
+    if (takingOver_ && spinner->hasFocus() && spinner->findChild<QLineEdit*>()->isModified())
+      return;
     const QSignalBlocker silent(spinner);
     const auto number = static_cast<int>(ControlNumber(Screen(), control));
     if (spinner->value() != number) spinner->setValue(number);
@@ -174,7 +176,7 @@ QWidget* SettingsWindow::BoxFor(const SettingsControl& control) {
     });
   Follow([this, box, &control] {
     const QString text = ShownText(ControlText(Screen(), control));
-    if (box->text() == text) return;
+    if (box->text() == text || (takingOver_ && box->hasFocus() && box->isModified())) return;
     box->setText(text);
     if (!box->hasFocus()) box->setCursorPosition(0);  // the begin of a long path shows
   });
