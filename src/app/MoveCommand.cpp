@@ -6,9 +6,11 @@
 #include "app/Commands.h"
 #include "app/ErrorLine.h"
 #include "app/OwnStation.h"
+#include "app/ServerLink.h"
 #include "platform/Folder.h"
 #include "reports/AirWriteJournal.h"
 #include "station/BaseMove.h"
+#include "station/BasePlaces.h"
 
 namespace zemo {
 
@@ -29,11 +31,22 @@ void RefuseKeptRows(const Station& station) {
                              ": start the station once");
 }
 
+// They are in the replica of a base that is about to be another one.
+void RefuseWaitingWrites(const Station& station) {
+  const BasePlace place = PlaceOfBase(station.platform.stationFolder);
+  if (place.isFile || !place.fault.empty()) return;
+  if (const int64_t waiting = ServerLink::WaitingIn(station.platform.machineFolder.Path(), place);
+      waiting > 0)
+    throw std::runtime_error("the server has still to take " + std::to_string(waiting) +
+                             " writes of this machine: start the station once");
+}
+
 }  // namespace
 
 int RunMoveCommand(const MoveOptions& options) {
   SimStation sim = MakeOwnStation(options, BaseLock::Kind::kProgram);
   RefuseKeptRows(sim.station);
+  RefuseWaitingWrites(sim.station);
   const MovedBase moved = options.to == kMoveToFile
                               ? MoveBaseToFile(sim.station, TellTable)
                               : MoveBaseToServer(sim.station, options.to, TellTable);

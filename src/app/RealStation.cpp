@@ -4,11 +4,25 @@
 #include <utility>
 
 #include "app/ChosenDevices.h"
+#include "app/ServerLink.h"
 #include "platform/real/analysis/RealLevelTool.h"
+#include "station/BasePlaces.h"
+#include "store/StoreError.h"
 
 namespace zemo {
 
 namespace {
+
+std::unique_ptr<ServerLink> LinkTo(const BasePlace& place, const std::string& machinePath) {
+  if (place.isFile || !place.fault.empty()) return nullptr;
+  return std::make_unique<ServerLink>(place, machinePath);
+}
+
+std::optional<BasePlace> ReplicaOf(const std::unique_ptr<ServerLink>& link) {
+  if (!link) return std::nullopt;
+  return link->Place();
+}
+
 constexpr int kSoundPollMs = 20;   // while something besides the air is at work
 constexpr int kSoundRestMs = 150;  // above the tick, which comes ahead of it
 constexpr int kErrSound = 321;     // a sound file or device that cannot be used
@@ -19,6 +33,7 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
     : baseLock(stationPath),
       stationFolder(stationPath),
       machineFolder(machinePath),
+      serverLink(LinkTo(PlaceOfBase(stationFolder), machinePath)),
       localValues(machineFolder),
       soundFiles(machineFolder),
       lengths(opener, soundFiles),
@@ -62,12 +77,14 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
                        .serial = serial,
                        .joystick = joystick,
                        .baseUse = &baseLock,
+                       .baseLink = serverLink.get(),
                        .prelisten = &prelisten,
                        .recorder = &recorder,
                        .preview = &preview,
                        .levelTool = &levelTool,
                        .roundTrip = &roundTrip,
-                       .soundDevices = &soundDevices}) {
+                       .soundDevices = &soundDevices},
+              ReplicaOf(serverLink)) {
   stands_ = true;
   loop.SetIdle(
       [this] {
@@ -76,9 +93,16 @@ RealStation::RealStation(const std::string& stationPath, const std::string& mach
         again |= recorder.Poll();
         again |= preview.Poll();
         again |= soundDevices.Poll();
+        TellOfServer();
         return again;
       },
       kSoundPollMs, kSoundRestMs);
+}
+
+void RealStation::TellOfServer() {
+  if (!serverLink) return;
+  for (const std::string& line : serverLink->TakeLines())
+    LogNotice(station, "Base", kErrOther, line);
 }
 
 RealStation::~RealStation() {

@@ -29,6 +29,8 @@
 
 namespace zemo {
 
+class ServerLink;
+
 // Who sits at the machine, or nobody. Not owned.
 struct DesktopParts {
   Clipboard& clipboard;
@@ -58,6 +60,8 @@ class RealStation {
   ~RealStation();
 
  private:
+  void TellOfServer();
+
   bool stands_ = false;  // the station does, and its log
 
  public:
@@ -66,6 +70,7 @@ class RealStation {
   BaseLock baseLock;
   LocalFolder stationFolder;
   LocalFolder machineFolder;
+  std::unique_ptr<ServerLink> serverLink;  // null: the base is the station's own file
   LocalValues localValues;
   StoredPaths soundFiles;
   SoundFileOpener opener;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/BaseLink.h"
 #include "station/LanguageTexts.h"
 #include "station/OperatorWords.h"
 #include "station/Station.h"
@@ -30,6 +31,10 @@ constexpr Word kWords[] = {
     {"HealthDiskFree", {"%1 Go", "%1 GB", "%1 GB", "%1 GB"}},
     {"HealthBaseOk", {"bonne", "OK", "boa", "bien"}},
     {"HealthBaseWaits", {"%1 en attente", "%1 waiting", "%1 em espera", "%1 en espera"}},
+    {"HealthBaseAway",
+     {"serveur absent, %1 en attente", "server away, %1 waiting", "servidor ausente, %1 em espera",
+      "servidor ausente, %1 en espera"}},
+    {"HealthBaseReads", {"lecture seule", "read only", "só leitura", "solo lectura"}},
     {"HealthBaseClosed", {"fermée", "closed", "fechada", "cerrada"}},
     {"HealthNoError", {"aucune", "none", "nenhum", "ninguno"}},
     {"Unknown", {"?", "?", "?", "?"}},
@@ -134,12 +139,21 @@ void TellDisk(HealthLine& line, int64_t freeBytes, int64_t nowMs, int langue) {
 void TellBase(HealthLine& line, const Station& station, int64_t nowMs, int langue) {
   HealthFigure& figure = line.figures[HealthLine::kBase];
   const size_t waiting = station.engine.kept.writes.size();
+  const BaseLink* const link = station.platform.baseLink;
+  const BaseLinkState linked = link ? link->State() : BaseLinkState{.reachable = true};
   if (!station.base.IsOpen() && waiting == 0)
     Tell(figure, "HealthBase", "closed", StateWord("HealthBaseClosed", langue),
          HealthSeverity::kNote, nowMs);
   else if (waiting > 0)
     Tell(figure, "HealthBase", "waits",
          StateWord("HealthBaseWaits", langue, std::to_string(waiting)), HealthSeverity::kNote,
+         nowMs);
+  else if (!linked.reachable)
+    Tell(figure, "HealthBase", "away",
+         StateWord("HealthBaseAway", langue, std::to_string(linked.waiting)), HealthSeverity::kNote,
+         nowMs);
+  else if (linked.onlyReads)
+    Tell(figure, "HealthBase", "reads", StateWord("HealthBaseReads", langue), HealthSeverity::kNote,
          nowMs);
   else
     Tell(figure, "HealthBase", "good", StateWord("HealthBaseOk", langue), HealthSeverity::kGood,

@@ -2,6 +2,7 @@
 
 #include "engine/ElementPlayback.h"
 #include "engine/PlaylistWatcher.h"
+#include "platform/BaseLink.h"
 #include "scheduling/PercentageRequest.h"
 #include "settings/SideFiles.h"
 #include "station/PlanTimes.h"
@@ -33,6 +34,7 @@ void Start(Station& station) {
     RefreshPlanTimes(station);
   }
   engine.IsRunning = true;
+  if (BaseLink* link = station.platform.baseLink) link->GoesOnAir();
   engine.FittingActive = false;
   WriteZemoOnOff(station, '1');
   LoadSavePlay(station, "Save");

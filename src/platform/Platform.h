@@ -3,6 +3,7 @@
 
 namespace zemo {
 
+class BaseLink;
 class BaseUse;
 class Clipboard;
 class Clock;
@@ -41,6 +42,7 @@ struct Platform {
   SerialPort& serial;  // the automaton's line
   Joystick& joystick;
   BaseUse* baseUse = nullptr;      // null: nobody else works on the station's base
+  BaseLink* baseLink = nullptr;    // null: the base is the station's own file
   Prelisten* prelisten = nullptr;  // null: nothing can be heard ahead
   // Of the voice tracks; null: this program records none, hears no join, changes no level.
   Recorder* recorder = nullptr;

@@ -9,6 +9,7 @@
 #include "platform/Folder.h"
 #include "station/SideFileText.h"
 #include "station/Station.h"
+#include "station/TextForms.h"
 
 namespace zemo {
 
@@ -81,12 +82,7 @@ size_t WrittenCount(const FieldRecord& fields) {
 
 // The station's path tells the files of several stations on one machine apart.
 std::string JournalName(const Station& station) {
-  uint32_t hash = 2166136261U;
-  for (const char c : station.base.Path())
-    hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-  char digits[8];
-  for (int i = 7; i >= 0; --i, hash >>= 4) digits[i] = "0123456789abcdef"[hash & 15];
-  return "KeptRows-" + std::string(digits, 8) + ".Txt";
+  return "KeptRows-" + HexMark(station.base.Path()) + ".Txt";
 }
 
 void JournalKept(Station& station, const std::deque<AirWrite>& kept, size_t from) {

@@ -23,7 +23,8 @@ const char* ReasonWord(SlotEnd reason) {
 }
 }  // namespace
 
-Station::Station(const Platform& given) : platform(given), base(PlaceOfBase(given.stationFolder)) {
+Station::Station(const Platform& given, std::optional<BasePlace> place)
+    : platform(given), base(place ? *std::move(place) : PlaceOfBase(given.stationFolder)) {
   platform.sound.SetObserver(this);
   engine.observer = this;
 }

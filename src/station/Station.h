@@ -65,7 +65,8 @@ struct EngineLists {
 
 // Thread: the logic's, all of it.
 struct Station : private SoundObserver, private FlagObserver {
-  explicit Station(const Platform& platform);
+  // `base`: where the base is opened; without one as the station's folder names it.
+  explicit Station(const Platform& platform, std::optional<BasePlace> base = std::nullopt);
   ~Station() override;
   Station(const Station&) = delete;
 

@@ -140,6 +140,14 @@ std::string PlannedTimeText(double msSinceMidnight) {
          TwoDigitsOf(seconds % 60);
 }
 
+std::string HexMark(std::string_view text) {
+  uint32_t hash = 2166136261U;
+  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+  std::string digits(8, '0');
+  for (size_t i = digits.size(); i-- > 0; hash >>= 4) digits[i] = "0123456789abcdef"[hash & 15];
+  return digits;
+}
+
 int CharacterCount(std::string_view utf8) {
   int count = 0;
   for (const char byte : utf8) count += IsContinuation(byte) ? 0 : 1;

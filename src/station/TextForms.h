@@ -33,6 +33,8 @@ std::string HoursMinutesText(int64_t ms);
 std::string ClockText(int64_t ms);
 // Planned start: "hh h mm ' ss", the hours wrapping at 24.
 std::string PlannedTimeText(double msSinceMidnight);
+// Eight digits by which a text is known in a file's name (FNV-1a of 32 bits).
+std::string HexMark(std::string_view text);
 int CharacterCount(std::string_view utf8);  // not bytes
 // UTF-8 text cut to at most n characters (not bytes).
 std::string FirstCharacters(std::string_view utf8, int n);

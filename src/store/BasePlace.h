@@ -16,6 +16,7 @@ struct BasePlace {
   // which it is known again.
   std::string name;
   bool isFile = true;
+  std::string url;    // of a server's base, perhaps with a password: shown nowhere
   std::string fault;  // why no base can be opened here, one line; empty: one can
   // The base, not open yet. Never null.
   std::function<std::unique_ptr<Database>(std::shared_ptr<LockWait> wait)> closed;

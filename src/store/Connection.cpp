@@ -298,6 +298,8 @@ void Connection::Open(bool create) {
   // Another tool may have switched the file to a write-ahead log. Where it cannot be switched back
   // now (read only, in use) the file is as sound with it.
   sqlite3_exec(database_, "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
+  isReplica_ = sqlite3_table_column_metadata(database_, "main", "zemo_replica", nullptr, nullptr,
+                                             nullptr, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
 void Connection::RegisterFunctions() {
@@ -534,10 +536,8 @@ void Connection::LoadCatalogue() {
   Statement fields = Prepare(
       "SELECT m.name, f.name, f.type, f.dflt_value, f.pk = 1 AND NOT EXISTS "
       "(SELECT 1 FROM pragma_index_list(m.name, 'main') WHERE origin = 'pk') FROM sqlite_schema m, "
-      "pragma_table_info(m.name, 'main') f WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite\\_%' "
-      "ESCAPE "
-      "'\\' "
-      "ORDER BY m.name COLLATE NOCASE, f.cid");
+      "pragma_table_info(m.name, 'main') f WHERE m.type = 'table' AND m.name NOT GLOB 'sqlite_*' "
+      "AND m.name NOT GLOB 'zemo_*' ORDER BY m.name COLLATE NOCASE, f.cid");
   const TableDef* schema = nullptr;
   while (fields.Step()) {
     const std::string name = fields.Text(0);
@@ -718,8 +718,22 @@ int64_t Connection::RowsChanged() const {
   return sqlite3_changes64(database_);
 }
 
-int64_t Connection::LastInsertCode() const {
-  return database_ ? sqlite3_last_insert_rowid(database_) : 0;
+// SQLite tells the number that it gave the row itself, ahead of the triggers of a replica.
+int64_t Connection::LastInsertCode() {
+  if (!database_) return 0;
+  const int64_t last = sqlite3_last_insert_rowid(database_);
+  if (!isReplica_ || last == 0) return last;
+  Statement given = Prepare("SELECT given FROM zemo_replica");
+  return given.Step() ? given.Int(0) : 0;
+}
+
+void Connection::TellStores(std::function<void()> stores) {
+  stores_ = std::move(stores);
+  const auto told = [](void* connection) {
+    static_cast<Connection*>(connection)->stores_();
+    return 0;
+  };
+  sqlite3_commit_hook(database_, stores_ ? static_cast<int (*)(void*)>(told) : nullptr, this);
 }
 
 }  // namespace zemo

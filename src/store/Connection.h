@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <memory>
 #include <string>
@@ -92,6 +93,12 @@ class Connection {
   std::vector<std::string> PutStandIns();
   bool StandInsAreOld();
   void DropStandIns();
+  // The file is a replica of a server's base: its tables are the server's to change, and its new
+  // rows get the server's numbers.
+  bool IsReplica() const { return isReplica_; }
+  // Hears of each transaction just before it is stored.
+  void TellStores(std::function<void()> stores);
+
   // As FindTable; the stand-in where there is one.
   std::shared_ptr<const TableDef> FindReadTable(std::string_view name);
 
@@ -107,7 +114,7 @@ class Connection {
   // Counts what others stored. As ChangeCounter last saw it; without looking.
   int64_t ForeignSeen() const { return foreignCounter_; }
   int64_t RowsChanged() const;  // by the last writing statement
-  int64_t LastInsertCode() const;
+  int64_t LastInsertCode();
 
   // The file at the path is no longer the one that was opened (replaced or removed), or the file
   // system failed an operation on it since. Looks at the folder, not into the file.
@@ -150,6 +157,9 @@ class Connection {
   std::string standInMark_;        // of the file when it still was that version; empty: not known
 
   std::shared_ptr<RowNoteBook> book_;  // null: nobody asks
+
+  bool isReplica_ = false;
+  std::function<void()> stores_;  // empty: nobody asks
 
   bool alone_ = false;  // the lock is kept between two operations
 

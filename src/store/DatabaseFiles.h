@@ -2,6 +2,7 @@
 // everybody, to copy, compact and repair it.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -29,11 +30,21 @@ class HeldDatabase {
   std::unique_ptr<Connection> connection_;
 };
 
+// Who keeps the file a replica of a server's base. Thread: the logic's.
+struct ReplicaKeeper {
+  std::function<void()> stores;   // just before something written to the replica is stored
+  std::function<void()> compact;  // the base is to be compacted: on the server, by and by
+};
+
 // File operations on whole databases. `path` is a path of this system. Throw StoreError.
 struct DBEngine {
   // One that is not open yet.
   static std::unique_ptr<Database> ClosedDatabase(const std::string& path,
                                                   std::shared_ptr<LockWait> wait);
+  // The same of a replica (store/replica): it is never created, nor compacted as a file is.
+  static std::unique_ptr<Database> ClosedReplica(const std::string& path,
+                                                 std::shared_ptr<LockWait> wait,
+                                                 ReplicaKeeper keeper);
   // Fails when the file exists; an empty file does not count. Each operation waits `busyTimeoutMs`
   // for a lock.
   static std::unique_ptr<Database> CreateDatabase(const std::string& path,

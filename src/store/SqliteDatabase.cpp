@@ -1,4 +1,5 @@
 // The database over its SQLite connection, and the operations on whole files.
+#include <optional>
 #include <utility>
 
 #include "store/BasePlace.h"
@@ -69,8 +70,10 @@ void RequireRows(const Statement& query, std::string_view sql) {
 
 class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> {
  public:
-  SqliteDatabase(std::string path, std::shared_ptr<LockWait> wait)
-      : EngineDatabase(path, std::move(wait)), path_(std::move(path)) {}
+  // `keeper`: of a replica; none: it is a station's own file.
+  SqliteDatabase(std::string path, std::shared_ptr<LockWait> wait,
+                 std::optional<ReplicaKeeper> keeper = std::nullopt)
+      : EngineDatabase(path, std::move(wait)), path_(std::move(path)), keeper_(std::move(keeper)) {}
 
   using Database::ReadRows;
 
@@ -121,13 +124,19 @@ class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> 
   std::unique_ptr<RowSink> FillTable(std::string_view table) override {
     return std::make_unique<SqliteRowSink>(Shared(), *Existing(table));
   }
-  bool CompactInPlace() override { return false; }
+  bool CompactInPlace() override {
+    if (keeper_) keeper_->compact();
+    return keeper_.has_value();
+  }
   void Open(bool create) override {
+    if (keeper_ && !Connection::FileExists(path_))
+      throw StoreError(kErrOther, "the server is away, and this machine has no replica of its base");
     if (IsAlone()) LetOthersIn();  // the new opening is one of them
     auto fresh = std::make_shared<Connection>(path_, create, wait_);
     // SQLite makes the file with its first page; whoever looks at the folder now shall find a
     // database.
     if (create) fresh->ExecuteNow("PRAGMA user_version = 1");
+    if (keeper_) fresh->TellStores(keeper_->stores);
     Take(std::move(fresh));
   }
   bool ReadPages(std::string_view table, int64_t afterKey, const TakePage& take) override {
@@ -147,6 +156,7 @@ class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> 
   }
 
   const std::string path_;
+  const std::optional<ReplicaKeeper> keeper_;
 };
 
 std::unique_ptr<Database> Opened(const std::string& path, bool create, int busyTimeoutMs) {
@@ -203,6 +213,12 @@ bool DBEngine::DatabaseExists(const std::string& path) {
 std::unique_ptr<Database> DBEngine::ClosedDatabase(const std::string& path,
                                                    std::shared_ptr<LockWait> wait) {
   return std::make_unique<SqliteDatabase>(path, std::move(wait));
+}
+
+std::unique_ptr<Database> DBEngine::ClosedReplica(const std::string& path,
+                                                  std::shared_ptr<LockWait> wait,
+                                                  ReplicaKeeper keeper) {
+  return std::make_unique<SqliteDatabase>(path, std::move(wait), std::move(keeper));
 }
 
 BasePlace FilePlace(std::string path) {

@@ -39,6 +39,8 @@ std::string BehindColon(const std::string& message) {
       extended == SQLITE_CONSTRAINT_ROWID) {
     throw StoreError(kErrDuplicateKey, rule + " has this value already");
   }
+  // What a replica's triggers say: nothing is wrong with the row, and it may be stored later.
+  if (extended == SQLITE_CONSTRAINT_TRIGGER) throw StoreError(kErrReadOnly, message);
   throw StoreError(kErrValueRefused, message);
 }
 

@@ -4,6 +4,7 @@
 #include "store/Connection.h"
 #include "store/Names.h"
 #include "store/Schema.h"
+#include "store/StoreError.h"
 
 namespace zemo {
 
@@ -58,13 +59,21 @@ void SqliteTableDefs::SetLastNumber(const TableDef& table, int64_t number) {
       .Run();
 }
 
+void SqliteTableDefs::RequireOwn() const {
+  if (connection_.IsReplica())
+    throw StoreError(kErrReadOnly, connection_.Path() +
+                                       " is a replica: its tables are changed on their server");
+}
+
 void SqliteTableDefs::Change(const std::string& sql) {
+  RequireOwn();
   connection_.DropStandIns();  // views would keep the structure that they read from changing
   connection_.ExecuteNow(sql.c_str());
   connection_.StructureChanged();
 }
 
 void SqliteTableDefs::BeginChanges() {
+  RequireOwn();
   connection_.DropStandIns();  // within, a failure would bring their views back
   connection_.Begin();
 }

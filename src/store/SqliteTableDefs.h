@@ -32,6 +32,7 @@ class SqliteTableDefs final : public TableDefs {
   void CommitChanges() override;
   void TakeBackChanges() override;
   void Change(const std::string& sql);
+  void RequireOwn() const;  // not of a replica
 
   Connection& connection_;
 };

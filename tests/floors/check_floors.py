@@ -25,6 +25,7 @@ MAY_INCLUDE = {
     "platform/real": ["platform", "platform/sound"],
     "store": ["platform"],
     "store/postgres": ["platform", "store"],
+    "store/replica": ["platform", "store", "store/postgres"],
     "station": ["platform", "store", "store/postgres"],
     "settings": ["platform", "store", "station"],
     "library": LOGIC_BELOW_LIBRARY,

@@ -92,6 +92,14 @@ class Child {
     return pid_ == 0;
   }
 
+  // Its exit status once this signal has ended it.
+  int EndBy(int signal) {
+    int status = -1;
+    kill(pid_, signal);
+    waitpid(std::exchange(pid_, 0), &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  }
+
   void Kill() {
     if (pid_ <= 0) return;
     kill(pid_, SIGKILL);

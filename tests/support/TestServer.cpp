@@ -96,6 +96,7 @@ TestServer::~TestServer() {
 }
 
 void TestServer::Start() {
+  if (process_ > 0) return;
   auto words = AsServerUser();
   words.insert(words.end(), {std::string(kPrograms) + "postgres", "-D", folder_ + "/base"});
   for (const std::string setting : {"listen_addresses=", "fsync=off", "full_page_writes=off",

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "BlackBox.h"
+#include "support/Child.h"
 #include "support/TestServer.h"
 
 namespace zemo {
@@ -197,6 +198,56 @@ TEST_F(MoveCommand, AFolderThatNamesNoBaseOrTwoIsToldInOneLine) {
   const Result check = Run("check --station station");
   EXPECT_NE(check.out.find("check: base: Base.Ini: "), std::string::npos) << check.out;
   EXPECT_NE(check.out.find("holds both Triskin.MDB and Base.Ini"), std::string::npos);
+}
+
+// The server fails while the station is on air, and comes back.
+TEST_F(MoveCommand, ARunGoesOnWithoutTheServerWhichGetsAllRowsOnceWhenItIsBack) {
+  MakeStation(std::vector<int>(40, 1), true);
+  ASSERT_EQ(MoveTo(Url()).status, 0);
+  test::Child air({"sh", "-c",
+                   "exec " + Program() + " run --station " + Path("station") + " --machine " +
+                       Path("machine") + " --output null >" + Path("air")});
+  const auto number = [this](const std::string& sql) {
+    return std::atoi(Shell("sqlite3 machine/Replica-*.MDB \"" + sql + "\"").out.c_str());
+  };
+  const auto comes = [](const std::function<bool()>& condition) {
+    return test::WaitFor(condition, [] { usleep(50'000); });
+  };
+  EXPECT_TRUE(comes([&] { return OnServer("SELECT count(*) > 1 FROM \"Rapport\"").empty(); }));
+  TestServer::Get().Stop();
+  const int before = number("SELECT count(*) FROM Rapport");
+  EXPECT_TRUE(comes([&] { return number("SELECT count(*) FROM Rapport") >= before + 3; }))
+      << ReadText(root_ / "air") << ReadText(root_ / "station/Messages.Txt");
+  EXPECT_GE(number("SELECT count(*) FROM zemo_queue"), 3);
+  TestServer::Get().Start();
+  EXPECT_TRUE(comes([&] { return number("SELECT count(*) FROM zemo_queue") == 0; }));
+  EXPECT_EQ(air.EndBy(SIGTERM), 0);
+  EXPECT_EQ(number("SELECT count(*) FROM zemo_queue"), 0);
+  const std::string rows = std::to_string(number("SELECT count(*) FROM Rapport"));
+  EXPECT_EQ(OnServer("SELECT count(*) = " + rows + " AND count(DISTINCT \"CODE\") = " + rows +
+                     " FROM \"Rapport\""),
+            "");
+  const std::string log = ReadText(root_ / "station/Messages.Txt");
+  EXPECT_NE(log.find("; the replica on this machine serves"), std::string::npos) << log;
+  EXPECT_NE(log.find(" is reached again"), std::string::npos) << log;
+  EXPECT_EQ(log.find("secret"), std::string::npos);
+}
+
+TEST_F(MoveCommand, IsRefusedWhileWritesOfTheMachineWait) {
+  MakeStation(std::vector<int>(40, 1), true);
+  ASSERT_EQ(MoveTo(Url()).status, 0);
+  const std::string run = "run --station station --machine machine --output null --for 2";
+  ASSERT_EQ(Run(run).status, 0);
+  TestServer::Get().Stop();
+  const Result away = Run(run);
+  EXPECT_EQ(away.status, 0) << away.err;
+  TestServer::Get().Start();
+  const Result refused = MoveTo("file");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.err.find(" writes of this machine: start the station once"), std::string::npos)
+      << refused.err;
+  ASSERT_EQ(Run(run).status, 0);
+  EXPECT_EQ(MoveTo("file").status, 0);
 }
 
 }  // namespace

@@ -9,13 +9,13 @@ namespace zemo {
 
 // clang-format off
 #define ZEMO_PQ_FUNCTIONS(Z) \
-  Z(PQcancel) Z(PQclear) Z(PQcmdStatus) Z(PQconnectdbParams) Z(PQconninfoFree) \
+  Z(PQcancel) Z(PQclear) Z(PQcmdStatus) Z(PQconnectdbParams) Z(PQconninfoFree) Z(PQconsumeInput) \
   Z(PQconninfoParse) Z(PQdb) Z(PQerrorMessage) Z(PQexec) Z(PQexecPrepared) Z(PQfinish) \
   Z(PQfname) Z(PQfreeCancel) Z(PQfreemem) Z(PQftype) Z(PQgetCancel) Z(PQgetResult) \
-  Z(PQgetisnull) Z(PQgetlength) Z(PQgetvalue) Z(PQhost) Z(PQnfields) Z(PQntuples) \
+  Z(PQgetisnull) Z(PQgetlength) Z(PQgetvalue) Z(PQhost) Z(PQnfields) Z(PQnotifies) Z(PQntuples) \
   Z(PQparameterStatus) Z(PQprepare) Z(PQputCopyData) Z(PQputCopyEnd) Z(PQresultErrorField) \
   Z(PQresultStatus) Z(PQsendQueryPrepared) Z(PQsetNoticeProcessor) Z(PQsetSingleRowMode) \
-  Z(PQstatus)
+  Z(PQsocket)   Z(PQstatus)
 // clang-format on
 
 // Each under the name that the library gives it.

@@ -176,6 +176,17 @@ void PostgresConnection::Change(const std::string& sql) {
   Attempt(sql, nullptr, true, sql);
 }
 
+int PostgresConnection::Socket() const {
+  return line_.Socket();
+}
+
+bool PostgresConnection::TakeNotices() {
+  Check();
+  const bool any = line_.TakeNotices();
+  if (!line_.IsUp()) FailConnection("is lost");
+  return any;
+}
+
 // --- Queries of the dialect ---
 
 // Another program may have changed the tables since the query was translated.

@@ -61,6 +61,11 @@ class PostgresConnection {
   void EndCopy();
   void GiveUpCopy();  // throws nothing
 
+  // For who waits for what others notify: readable when the server has said something; -1: lost.
+  int Socket() const;
+  // Notices have come since the last asking. Reads what the server has sent, and waits for nothing.
+  bool TakeNotices();
+
   // Beside whoever works on the base; not in a transaction. Locks are waited for, seconds.
   void Compact();
 

@@ -55,6 +55,8 @@ std::string RealText(double real) {
 PostgresRowSink::PostgresRowSink(std::shared_ptr<PostgresConnection> connection,
                                  std::shared_ptr<const TableDef> table)
     : connection_(std::move(connection)), table_(std::move(table)) {
+  // Replicas of what the base was are made anew: it is not told to them row by row.
+  connection_->Run("SELECT zemo.begin_filling()", {}, true);
   connection_->BeginCopy("COPY " + QuotedName(table_->Name) + " (" + FieldsOf(*table_) +
                          ") FROM STDIN");
 }

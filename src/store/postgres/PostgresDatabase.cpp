@@ -79,6 +79,7 @@ class PostgresDatabase final
   }
 
   void SetTablesAside(const std::string& schema) override {
+    Use().Run("SELECT zemo.begin_filling()", {}, true);
     Use().Change("CREATE SCHEMA " + QuotedName(schema));
     for (const auto& table : std::vector(Use().AllTables()))
       Use().Change("ALTER TABLE " + QuotedName(table->Name) + " SET SCHEMA " + QuotedName(schema));
@@ -134,6 +135,7 @@ BasePlace ServerPlace(const std::string& url) {
   BasePlace place;
   place.name = ShownServerUrl(url);
   place.isFile = false;
+  place.url = url;
   place.closed = [url](std::shared_ptr<LockWait> wait) {
     return ClosedPostgresDatabase(url, std::move(wait));
   };

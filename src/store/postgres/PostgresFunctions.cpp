@@ -130,14 +130,19 @@ CREATE TABLE IF NOT EXISTS zemo.base (
   one int PRIMARY KEY DEFAULT 1 CHECK (one = 1), writes bigint NOT NULL, writer bigint NOT NULL,
   functions int NOT NULL, form int NOT NULL);
 INSERT INTO zemo.base VALUES (1, 0, 0, 0, 0) ON CONFLICT DO NOTHING;
-UPDATE zemo.base SET functions = FUNCTIONS, form = greatest(form, FORM);
-CREATE OR REPLACE FUNCTION zemo.begin_write() RETURNS trigger LANGUAGE plpgsql AS $body$
+ALTER TABLE zemo.base ADD COLUMN IF NOT EXISTS identity text NOT NULL DEFAULT gen_random_uuid();
+UPDATE zemo.base SET functions = @functions@, form = greatest(form, @form@);
+CREATE OR REPLACE FUNCTION zemo.lock_writers() RETURNS void LANGUAGE plpgsql AS $body$
 BEGIN
-  IF NOT pg_try_advisory_xact_lock(LOCK) THEN
+  IF NOT pg_try_advisory_xact_lock(@lock@) THEN
     RAISE EXCEPTION 'another program writes' USING ERRCODE = 'lock_not_available';
   END IF;
+END $body$;
+CREATE OR REPLACE FUNCTION zemo.begin_write() RETURNS trigger LANGUAGE plpgsql AS $body$
+BEGIN
+  PERFORM zemo.lock_writers();
   IF current_setting('zemo.form', true)::int < (SELECT form FROM zemo.base) THEN
-    RAISE EXCEPTION 'made by a newer version' USING ERRCODE = 'FORM_STATE';
+    RAISE EXCEPTION 'made by a newer version' USING ERRCODE = '@form_state@';
   END IF;
   UPDATE zemo.base SET writes = writes + 1, writer = txid_current() WHERE writer <> txid_current();
   IF FOUND THEN
@@ -151,9 +156,11 @@ BEGIN
 END $body$;
 CREATE OR REPLACE FUNCTION zemo.own() RETURNS bigint LANGUAGE sql STABLE AS
   $body$ SELECT coalesce(nullif(current_setting('zemo.own', true), ''), '0')::bigint $body$;
+CREATE OR REPLACE FUNCTION zemo.key_of(regclass) RETURNS text LANGUAGE sql STABLE AS
+  $body$ SELECT attname FROM pg_attribute WHERE attrelid = $1 AND attidentity <> '' $body$;
 CREATE OR REPLACE FUNCTION zemo.keep_numbers() RETURNS trigger LANGUAGE plpgsql AS $body$
 DECLARE
-  key text := (SELECT attname FROM pg_attribute WHERE attrelid = TG_RELID AND attidentity <> '');
+  key text := zemo.key_of(TG_RELID);
   numbers text;
   highest bigint;
   last bigint;
@@ -172,26 +179,139 @@ BEGIN
 END $body$;
 )";
 
+// What replicas live on: which rows were written, in the order in which they were stored, and by
+// which machine a queue of writes was brought up to where. A machine's writes come with the place
+// of the last one, and are taken once, however often they come.
+constexpr char kFeed[] = R"(
+CREATE TABLE IF NOT EXISTS zemo.changes (
+  place bigserial PRIMARY KEY, at timestamptz NOT NULL DEFAULT clock_timestamp(),
+  tablename text NOT NULL, number bigint);
+CREATE TABLE IF NOT EXISTS zemo.machines (
+  machine text PRIMARY KEY, sent bigint NOT NULL, seen timestamptz NOT NULL, host text);
+CREATE OR REPLACE FUNCTION zemo.note_rows() RETURNS trigger LANGUAGE plpgsql AS $body$
+DECLARE
+  key text := zemo.key_of(TG_RELID);
+  rows text := CASE TG_OP WHEN 'INSERT' THEN 'SELECT %1$I FROM behind'
+                          WHEN 'DELETE' THEN 'SELECT %1$I FROM ahead'
+                          ELSE 'SELECT %1$I FROM ahead UNION SELECT %1$I FROM behind' END;
+  noted bigint := 1;
+BEGIN
+  IF current_setting('zemo.filling', true) = 'on' THEN
+    RETURN NULL;
+  END IF;
+  IF TG_OP = 'TRUNCATE' OR key IS NULL THEN
+    INSERT INTO zemo.changes (tablename) VALUES (TG_TABLE_NAME);
+  ELSE
+    EXECUTE format('INSERT INTO zemo.changes (tablename, number) SELECT $1, %1$I FROM (' || rows ||
+                   ') AS written ORDER BY 2', key) USING TG_TABLE_NAME;
+    GET DIAGNOSTICS noted = ROW_COUNT;
+  END IF;
+  IF noted > 0 THEN
+    PERFORM pg_notify('zemo_changes', '');
+  END IF;
+  RETURN NULL;
+END $body$;
+CREATE OR REPLACE FUNCTION zemo.watch(watched regclass) RETURNS void LANGUAGE plpgsql AS $body$
+DECLARE
+  made text;
+BEGIN
+  FOREACH made IN ARRAY ARRAY[
+    'zemo_begin_write BEFORE INSERT OR UPDATE OR DELETE OR TRUNCATE ON %s FOR EACH STATEMENT '
+      'EXECUTE FUNCTION zemo.begin_write()',
+    'zemo_keep_numbers AFTER INSERT OR UPDATE ON %s FOR EACH STATEMENT '
+      'EXECUTE FUNCTION zemo.keep_numbers()',
+    'zemo_note_inserted AFTER INSERT ON %s REFERENCING NEW TABLE AS behind FOR EACH STATEMENT '
+      'EXECUTE FUNCTION zemo.note_rows()',
+    'zemo_note_updated AFTER UPDATE ON %s REFERENCING OLD TABLE AS ahead NEW TABLE AS behind '
+      'FOR EACH STATEMENT EXECUTE FUNCTION zemo.note_rows()',
+    'zemo_note_deleted AFTER DELETE ON %s REFERENCING OLD TABLE AS ahead FOR EACH STATEMENT '
+      'EXECUTE FUNCTION zemo.note_rows()',
+    'zemo_note_truncated AFTER TRUNCATE ON %s FOR EACH STATEMENT '
+      'EXECUTE FUNCTION zemo.note_rows()']
+  LOOP
+    EXECUTE 'CREATE OR REPLACE TRIGGER ' || format(made, watched);
+  END LOOP;
+END $body$;
+SELECT zemo.watch(tgrelid::regclass) FROM pg_trigger WHERE tgname = 'zemo_begin_write';
+CREATE OR REPLACE FUNCTION zemo.begin_filling() RETURNS void LANGUAGE plpgsql AS $body$
+BEGIN
+  PERFORM set_config('zemo.filling', 'on', true);
+  UPDATE zemo.base SET identity = gen_random_uuid();
+  PERFORM pg_notify('zemo_changes', '');
+END $body$;
+CREATE OR REPLACE FUNCTION zemo.take(from_machine text, up_to bigint, changes jsonb)
+RETURNS bigint LANGUAGE plpgsql AS $body$
+DECLARE
+  taken bigint;
+  change jsonb;
+  part jsonb;
+  sets text;
+  columns text;
+BEGIN
+  PERFORM zemo.lock_writers();
+  SELECT sent INTO taken FROM zemo.machines WHERE machine = from_machine;
+  IF taken >= up_to THEN
+    RETURN taken;
+  END IF;
+  FOR change IN SELECT * FROM jsonb_array_elements(changes) LOOP
+    IF jsonb_array_length(change->'gone') > 0 THEN
+      EXECUTE format('DELETE FROM %1$I WHERE %2$I IN (SELECT jsonb_array_elements_text($1)::bigint)',
+                     change->>'table', change->>'key') USING change->'gone';
+    END IF;
+    FOR part IN SELECT * FROM jsonb_array_elements(change->'changed') LOOP
+      SELECT string_agg(format('%1$I = sent.%1$I', name), ', ') INTO sets
+        FROM jsonb_array_elements_text(part->'fields') name;
+      IF sets IS NOT NULL THEN
+        EXECUTE format('UPDATE %1$I AS here SET %2$s FROM jsonb_populate_recordset(NULL::%1$I, $1) '
+                       'AS sent WHERE here.%3$I = sent.%3$I',
+                       change->>'table', sets, change->>'key') USING part->'rows';
+      END IF;
+    END LOOP;
+    IF jsonb_array_length(change->'new') > 0 THEN
+      SELECT string_agg(format('%I', name), ', ') INTO columns
+        FROM jsonb_object_keys(change->'new'->0) name;
+      EXECUTE format('INSERT INTO %1$I (%2$s) SELECT %2$s FROM '
+                     'jsonb_populate_recordset(NULL::%1$I, $1) ORDER BY %3$I',
+                     change->>'table', columns, change->>'key') USING change->'new';
+    END IF;
+  END LOOP;
+  INSERT INTO zemo.machines VALUES (from_machine, up_to, now(), host(inet_client_addr()))
+    ON CONFLICT (machine) DO UPDATE SET sent = up_to, seen = now(), host = excluded.host;
+  RETURN up_to;
+END $body$;
+CREATE OR REPLACE FUNCTION zemo.reserve(in_table text, wanted bigint) RETURNS bigint
+LANGUAGE plpgsql AS $body$
+DECLARE
+  numbers text := pg_get_serial_sequence(format('%I', in_table),
+                                         zemo.key_of(format('%I', in_table)::regclass));
+  first bigint;
+BEGIN
+  PERFORM zemo.lock_writers();
+  first := nextval(numbers);
+  PERFORM setval(numbers, first + wanted - 1);
+  RETURN first;
+END $body$;
+)";
+
+void PutAll(std::string& sql, std::string_view word, const std::string& value) {
+  for (size_t at = sql.find(word); at != std::string::npos; at = sql.find(word, at + value.size()))
+    sql.replace(at, word.size(), value);
+}
+
 }  // namespace
 
 std::string PostgresSchemaSql() {
-  std::string bookkeeping = kBookkeeping;
-  const auto put = [&bookkeeping](std::string_view word, const std::string& value) {
-    bookkeeping.replace(bookkeeping.find(word), word.size(), value);
-  };
-  put("LOCK", kWriterLock);
-  put("FUNCTIONS", std::to_string(kFunctionsVersion));
-  put("FORM", std::to_string(kBaseForm));
-  put("FORM_STATE", kFormState);
+  std::string bookkeeping = std::string(kBookkeeping) + kFeed;
+  PutAll(bookkeeping, "@form_state@", kFormState);
+  PutAll(bookkeeping, "@lock@", kWriterLock);
+  PutAll(bookkeeping, "@functions@", std::to_string(kFunctionsVersion));
+  PutAll(bookkeeping, "@form@", std::to_string(kBaseForm));
   return "CREATE SCHEMA IF NOT EXISTS zemo;\n" + FoldedSql() + LettersSql() + AccentsSql() +
          DigitsSql() + PatternSql() + bookkeeping;
 }
 
 std::string PostgresWatchSql(const std::string& table) {
-  const std::string on = " ON " + QuotedName(table) + " FOR EACH STATEMENT EXECUTE FUNCTION zemo.";
-  return "CREATE TRIGGER zemo_begin_write BEFORE INSERT OR UPDATE OR DELETE OR TRUNCATE" + on +
-         "begin_write();\nCREATE TRIGGER zemo_keep_numbers AFTER INSERT OR UPDATE" + on +
-         "keep_numbers();\n";
+  return "SELECT zemo.watch(" + PostgresLiteral(QuotedName(table)) + "::regclass);\n";
 }
 
 }  // namespace zemo

@@ -152,6 +152,20 @@ void PostgresLine::Cancel() {
   DropRest();
 }
 
+int PostgresLine::Socket() const {
+  return connection_ ? Pq().PQsocket(connection_) : -1;
+}
+
+bool PostgresLine::TakeNotices() {
+  if (!connection_ || Pq().PQconsumeInput(connection_) == 0) return false;
+  bool any = false;
+  while (PGnotify* notice = Pq().PQnotifies(connection_)) {
+    any = true;
+    Pq().PQfreemem(notice);
+  }
+  return any;
+}
+
 // --- Rows that go out ---
 
 bool PostgresLine::PutCopy(const std::string& rows) {

@@ -43,6 +43,11 @@ class PostgresLine {
   PostgresResult Execute(const std::string& sql, const PostgresParameters& parameters);
   void Forget(const std::string& sql);
 
+  int Socket() const;  // readable when the server has said something; -1: closed, or lost
+  // What others notified has come since the last asking. Takes what was sent, and waits for
+  // nothing.
+  bool TakeNotices();
+
   // The rows of a COPY under way.
   bool PutCopy(const std::string& rows);  // false: the line is gone
   PostgresResult EndCopy();

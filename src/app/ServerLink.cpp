@@ -1,0 +1,303 @@
+// What holds at every moment: the replica in the folder is whole, and everything that this machine
+// wrote is in it, be it in its queue or known to be the server's. A replica that takes the place of
+// another one does so only with the other's queue empty and nobody at work on it.
+#include "app/ServerLink.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <random>
+#include <utility>
+
+#include "platform/real/files/LocalFolder.h"
+#include "station/TextForms.h"
+#include "store/DatabaseFiles.h"
+#include "store/StoreError.h"
+#include "store/postgres/PostgresDatabase.h"
+#include "store/postgres/ServerFeed.h"
+#include "store/replica/Replica.h"
+#include "store/replica/ReplicaExchange.h"
+#include "store/replica/ServerUpkeep.h"
+
+namespace zemo {
+
+namespace {
+
+constexpr int kReplicaWaitMs = 2000;  // for the program's own transactions
+constexpr int kWritersWaitMs = 10000;
+constexpr int kFirstRestMs = 500, kMostRestMs = 5000;  // between two attempts to reach the server
+constexpr int kAskMs = 5000;  // a silent server is asked whether it is there
+constexpr int kRecheckMs = 20, kRecheckForMs = 1000;  // until what is being stored is stored
+constexpr int kLastSendingMs = 2000;                  // of what waits at the end of the program
+constexpr int kKnownDays = 8;  // a machine that was off for longer reads the whole base
+constexpr int64_t kDayMs = 24LL * 3600 * 1000;
+constexpr char kReport[] = "Rapport";
+constexpr char kRefused[] = "RefusedRows.Txt";
+
+int64_t NowMs() {
+  using std::chrono::steady_clock;
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             steady_clock::now().time_since_epoch())
+      .count();
+}
+
+std::string NewMachineName() {
+  std::random_device chance;
+  std::string name;
+  for (int i = 0; i < 4; ++i) name += HexMark(std::to_string(chance()));
+  return name;
+}
+
+void RemoveLeftovers(const std::string& path) {
+  std::error_code ignored;
+  for (const char* ending : {"", "-journal"}) std::filesystem::remove(path + ending, ignored);
+}
+
+}  // namespace
+
+// The thread's line to the server, which the end of the program may cut from outside.
+class ServerLink::OpenLine {
+ public:
+  OpenLine(ServerLink& link, int socket) : link_(link) {
+    const std::lock_guard lock(link_.mutex_);
+    link_.socket_ = socket;
+  }
+  ~OpenLine() {
+    const std::lock_guard lock(link_.mutex_);
+    link_.socket_ = -1;
+  }
+  OpenLine(const OpenLine&) = delete;
+
+ private:
+  ServerLink& link_;
+};
+
+std::string ServerLink::FileName(const BasePlace& server) {
+  return "Replica-" + HexMark(server.name) + ".MDB";
+}
+
+int64_t ServerLink::WaitingIn(const std::string& machinePath, const BasePlace& server) {
+  const std::string path = (std::filesystem::path(machinePath) / FileName(server)).string();
+  return Replica::IsThere(path) ? Replica(path, kReplicaWaitMs).Waiting() : 0;
+}
+
+ServerLink::ServerLink(const BasePlace& server, const std::string& machinePath)
+    : server_(server),
+      machinePath_(machinePath),
+      path_((std::filesystem::path(machinePath) / FileName(server)).string()),
+      wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  if (!Replica::IsThere(path_)) {
+    try {
+      SeeToTheServer();
+      ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
+      MakeReplica(feed, NewMachineName(), path_);
+      Replica fresh(path_, kReplicaWaitMs);
+      ReplicaExchange(fresh, feed, nullptr).GiveNumbers();
+      fresh.SetSeenToBy(ProgramMark());
+    } catch (const std::exception& error) {
+      SetReachable(false, error.what());
+    }
+  }
+  thread_ = std::thread([this] { Run(); });
+}
+
+ServerLink::~ServerLink() {
+  ends_ = true;
+  Wake();
+  {
+    std::unique_lock lock(mutex_);
+    const auto limit = std::chrono::milliseconds(state_.reachable ? kLastSendingMs : 0);
+    ended_.wait_for(lock, limit, [this] { return hasEnded_; });
+    if (socket_ >= 0) shutdown(socket_, SHUT_RDWR);
+  }
+  thread_.join();
+  close(wake_);
+}
+
+BasePlace ServerLink::Place() {
+  BasePlace place = server_;
+  place.closed = [this](std::shared_ptr<LockWait> wait) {
+    return DBEngine::ClosedReplica(path_, std::move(wait),
+                                   {.stores = [this] { Wake(); },
+                                    .compact =
+                                        [this] {
+                                          compact_ = true;
+                                          Wake();
+                                        }});
+  };
+  return place;
+}
+
+BaseLinkState ServerLink::State() const {
+  const std::lock_guard lock(mutex_);
+  return state_;
+}
+
+void ServerLink::GoesOnAir() {
+  freshReport_ = true;
+  Wake();
+}
+
+std::vector<std::string> ServerLink::TakeLines() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(lines_, {});
+}
+
+void ServerLink::Wake() const {
+  const uint64_t one = 1;
+  if (write(wake_, &one, sizeof one) < 0) return;  // it is awake already
+}
+
+void ServerLink::Tell(const std::string& line) {
+  const std::lock_guard lock(mutex_);
+  lines_.push_back(line);
+}
+
+void ServerLink::SetReachable(bool reachable, const std::string& why) {
+  const std::lock_guard lock(mutex_);
+  if (!reachable && !told_) lines_.push_back(why + "; the replica on this machine serves");
+  if (reachable && told_) lines_.push_back(server_.name + " is reached again");
+  told_ = !reachable;
+  state_.reachable = reachable;
+}
+
+// The line in the file is there before the row leaves the queue.
+void ServerLink::KeepRefused(const std::string& table, const std::string& values,
+                             const std::string& why) {
+  LocalFolder(machinePath_).AppendDurably(kRefused, table + '\t' + why + '\t' + values + "\r\n");
+  Tell("a row of " + table + " is refused by the server, and kept in " + kRefused + ": " + why);
+}
+
+void ServerLink::Run() {
+  int restMs = kFirstRestMs;
+  while (!ends_) {
+    const int64_t beganMs = NowMs();
+    try {
+      Meet();
+    } catch (const std::exception& error) {
+      if (!ends_) SetReachable(false, error.what());
+    }
+    if (NowMs() - beganMs > kMostRestMs) restMs = kFirstRestMs;
+    Rest(restMs);
+    restMs = std::min(2 * restMs, kMostRestMs);
+  }
+  const std::lock_guard lock(mutex_);
+  hasEnded_ = true;
+  ended_.notify_all();
+}
+
+// What is written meanwhile does not end the rest, and is counted.
+void ServerLink::Rest(int ms) {
+  for (const int64_t untilMs = NowMs() + ms; !ends_ && NowMs() < untilMs;) {
+    if (replica_) {
+      const int64_t waiting = replica_->Waiting();
+      const std::lock_guard lock(mutex_);
+      state_.waiting = waiting;
+    }
+    pollfd woken{wake_, POLLIN, 0};
+    uint64_t count = 0;
+    if (poll(&woken, 1, std::min<int>(ms, 500)) > 0 && read(wake_, &count, sizeof count) < 0)
+      return;
+  }
+}
+
+// One line to the server, up to its end.
+void ServerLink::Meet() {
+  if (!replica_ && Replica::IsThere(path_))
+    replica_ = std::make_unique<Replica>(path_, kReplicaWaitMs);
+  ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
+  const OpenLine line(*this, feed.Socket());
+  if (!replica_ || replica_->SeenToBy() != ProgramMark()) SeeToTheServer();
+  if (!replica_) {
+    MakeReplica(feed, NewMachineName(), path_);
+    replica_ = std::make_unique<Replica>(path_, kReplicaWaitMs);
+  }
+  replica_->SetSeenToBy(ProgramMark());
+  ReplicaExchange steps(*replica_, feed, [this](const RefusedRow& row, const std::string& why) {
+    KeepRefused(row.table, row.values, why);
+  });
+  feed.Listen();
+  const bool known = steps.Begin();
+  {
+    const bool onlyReads = replica_->OnlyReads();
+    const std::lock_guard lock(mutex_);
+    state_.onlyReads = onlyReads;
+  }
+  steps.Send();
+  if (!known) return MakeAnew(feed, steps);
+  Serve(steps, feed);
+}
+
+void ServerLink::Serve(ReplicaExchange& steps, ServerFeed& feed) {
+  int64_t forgotMs = NowMs() - kDayMs;
+  for (bool news = true; !ends_; news = Await(feed)) {
+    steps.Send();
+    if (news && !steps.TakeIn()) return MakeAnew(feed, steps);
+    steps.GiveNumbers();
+    if (freshReport_.exchange(false)) steps.GiveFreshNumbers(kReport);
+    if (compact_.exchange(false)) feed.Compact();
+    if (NowMs() - forgotMs >= kDayMs) {
+      feed.ForgetChanges(kKnownDays);
+      forgotMs = NowMs();
+    }
+    SetReachable(true, "");
+  }
+  steps.Send();
+}
+
+// Until there is something to do, which the end of the program is too. True: others may have stored
+// something.
+bool ServerLink::Await(ServerFeed& feed) {
+  {
+    const int64_t waiting = replica_->Waiting();
+    const std::lock_guard lock(mutex_);
+    state_.waiting = waiting;
+    if (waiting > 0) return false;
+  }
+  pollfd awaited[] = {{wake_, POLLIN, 0}, {feed.Socket(), POLLIN, 0}};
+  const int ready = poll(awaited, 2, NowMs() < recheckUntilMs_ ? kRecheckMs : kAskMs);
+  uint64_t count = 0;
+  if (awaited[0].revents != 0 && read(wake_, &count, sizeof count) > 0)
+    recheckUntilMs_ = NowMs() + kRecheckForMs;
+  return feed.TakeNotices() || (ready == 0 && NowMs() >= recheckUntilMs_);
+}
+
+void ServerLink::SeeToTheServer() {
+  BringBaseUpToDate(server_.url, [this](const std::string& line) { Tell(line); });
+}
+
+void ServerLink::MakeReplica(ServerFeed& feed, const std::string& machine,
+                             const std::string& path) {
+  const FeedPlace place = feed.Now();  // ahead of the copy: what comes meanwhile is taken in later
+  const auto base = ClosedPostgresDatabase(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
+  base->Open(false);
+  const std::string fresh = path_ + ".new";
+  RemoveLeftovers(fresh);
+  Replica::Make(*base, place, machine, fresh);
+  std::filesystem::rename(fresh, path);
+}
+
+// What the program wrote while the copy was made is sent before the former replica goes.
+void ServerLink::MakeAnew(ServerFeed& feed, ReplicaExchange& steps) {
+  const std::string whole = path_ + ".whole";
+  // A structure that somebody changed under the program is his affair up to the next start.
+  if (feed.Now().base != replica_->Place().base) SeeToTheServer();
+  MakeReplica(feed, replica_->Machine(), whole);
+  for (;;) {
+    steps.Send();
+    replica_->KeepAlone();
+    if (replica_->Waiting() == 0) break;
+    replica_->LetOthersIn();
+  }
+  Replica(whole, kReplicaWaitMs).TakeOver(*replica_);
+  std::filesystem::rename(whole, path_);
+  replaced_.push_back(std::move(replica_));
+}
+
+}  // namespace zemo

@@ -1,0 +1,98 @@
+// A replica of a server's base in a file of this machine: what the program works on while its base
+// stands on a server, so that nothing that it reads or writes waits for the network. This is the
+// side of whoever keeps the replica and the server alike; the program itself has the file open as
+// any base (DBEngine::ClosedReplica).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/LockWait.h"
+#include "store/postgres/ServerFeed.h"
+
+namespace zemo {
+
+class Connection;
+class Database;
+
+// What was written here and not sent yet, or a part of it that ends where a write ends.
+struct QueuedWrites {
+  int64_t last = 0;     // place in the queue up to which it goes
+  int64_t rows = 0;     // that it is about
+  std::string changes;  // as zemo.take takes them
+};
+
+// A row that was written here and that the server does not take.
+struct RefusedRow {
+  std::string table;
+  int64_t number = 0;
+  std::string values;  // in one line
+};
+
+// Thread: its owner's alone; the program's own connection is another one. Operations throw
+// StoreError.
+class Replica {
+ public:
+  // Whether the file holds a whole replica of this form; throws nothing.
+  static bool IsThere(const std::string& path);
+  // The whole base that `server` has open, of one moment, into a new file, as a replica that knows
+  // the changes up to `place`, of the machine of this name. `path` must not exist.
+  static void Make(Database& server, const FeedPlace& place, const std::string& machine,
+                   const std::string& path);
+
+  // Each operation waits `waitMs` for the program's own.
+  Replica(const std::string& path, int waitMs);
+  ~Replica();
+  Replica(const Replica&) = delete;
+
+  const std::string& Machine() const { return machine_; }
+  // Of a fresh replica that takes the place of another one, whose queue is empty and stays so: it
+  // gets the numbers of new rows, and the queue goes on at the same place, since the server passes
+  // over places that it has had.
+  void TakeOver(Replica& former);
+  FeedPlace Place();
+  void SetOnlyReads(bool onlyReads);
+  bool OnlyReads();
+  // Which program last saw to the base on the server (ProgramMark).
+  std::string SeenToBy();
+  void SetSeenToBy(const std::string& program);
+  // Nobody else works on the file from now on, for as long as this lives: for who puts another one
+  // in its place. Throws kErrLocked.
+  void KeepAlone();
+  void LetOthersIn();
+
+  // --- to the server ---
+  int64_t Waiting();  // writes in the queue
+  // None: nothing waits. At most so many writes.
+  std::optional<QueuedWrites> Queued(int64_t mostWrites);
+  void Sent(int64_t last);  // up to this place
+  RefusedRow FirstRow();    // of the queue's first write
+  // A row that the server does not take: its writes leave the queue, and the replica is to be made
+  // anew, since nothing tells what the server has in its place.
+  void Drop(const RefusedRow& row);
+
+  // --- from the server ---
+  // False, and nothing is changed, where something waits in the queue: it is to be sent first, so
+  // that what was written here is not lost under an older row.
+  bool TakeIn(const std::vector<ServerRows>& changes, const FeedPlace& place);
+
+  // --- numbers of new rows ---
+  std::vector<std::string> Tables();
+  int64_t NumbersLeft(std::string_view table);
+  void AddNumbers(std::string_view table, int64_t first, int64_t last);
+  void DropNumbers(std::string_view table);       // they are given to nobody
+  bool NumbersAreBehind(std::string_view table);  // a row has a higher one than the next would get
+
+ private:
+  void Put(const ServerRows& changes);
+
+  std::unique_ptr<Connection> connection_;
+  std::string machine_;
+};
+
+}  // namespace zemo

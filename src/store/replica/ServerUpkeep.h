@@ -1,0 +1,18 @@
+// What a program that works on a replica sees to on the server itself: that the base there is whole
+// and of this version.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace zemo {
+
+// By which this program knows whether it has seen to a base.
+std::string ProgramMark();
+
+// Tables and fixed rows that are missing are made, tables of another version made anew, the side
+// tables made. `told` hears a line of each change and of each fault, which stops nothing else.
+// Its own connection, closed again. Throws StoreError where the base cannot be opened. Thread: any.
+void BringBaseUpToDate(const std::string& url, const std::function<void(const std::string&)>& told);
+
+}  // namespace zemo

@@ -1,0 +1,377 @@
+// Two machines on one server, each with a replica, and a program that works on the server itself:
+// all three come to the same, whoever was away meanwhile.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "store/CarryOver.h"
+#include "store/postgres/tests/EngineFixture.h"
+#include "store/replica/ReplicaExchange.h"
+
+namespace zemo {
+namespace {
+
+class Machine {
+ public:
+  Machine(const std::string& name, const std::string& url, const std::filesystem::path& folder)
+      : name_(name), url_(url), path_((folder / (name + ".MDB")).string()) {
+    Make();
+    Connect();
+    Meet();
+    OpenBase();
+  }
+
+  Database& Db() { return *db_; }
+  Replica& Copy() { return *replica_; }
+  ReplicaExchange& Steps() { return *exchange_; }
+  const Strings& Refused() const { return refused_; }
+  int Stores() const { return stores_; }
+  int Compactions() const { return compactions_; }
+
+  // All that the two have to tell each other, as its keeper does it.
+  void Meet() {
+    const bool known = exchange_->Begin();
+    exchange_->Send();
+    if (!known || !exchange_->TakeIn()) MakeAnew();
+    exchange_->GiveNumbers();
+  }
+  void Send() { exchange_->Send(); }
+  void Connect() {
+    feed_ = std::make_unique<ServerFeed>(url_, std::make_shared<LockWait>(2000));
+    exchange_ = std::make_unique<ReplicaExchange>(
+        *replica_, *feed_, [this](const RefusedRow& row, const std::string& why) {
+          refused_.push_back(row.table + '|' + row.values + '|' + why);
+        });
+  }
+  void MakeAnew() {
+    const std::unique_ptr<Replica> former = std::move(replica_);
+    db_.reset();
+    const std::string old = path_;
+    path_ += '+';
+    Make();
+    replica_->TakeOver(*former);
+    Connect();
+    OpenBase();
+    std::filesystem::remove(old);
+  }
+
+  Strings Rows(const std::string& sql) {
+    Strings rows;
+    db_->ReadRows(sql, {}, [&rows](const RowView& row) { rows.emplace_back(row.Text(0)); });
+    return rows;
+  }
+
+ private:
+  void Make() {
+    ServerFeed feed(url_, std::make_shared<LockWait>(2000));
+    const FeedPlace place = feed.Now();
+    const auto server = ClosedPostgresDatabase(url_, std::make_shared<LockWait>(2000));
+    server->Open(false);
+    Replica::Make(*server, place, name_, path_);
+    replica_ = std::make_unique<Replica>(path_, 2000);
+  }
+  void OpenBase() {
+    db_ = DBEngine::ClosedReplica(
+        path_, std::make_shared<LockWait>(2000),
+        {.stores = [this] { ++stores_; }, .compact = [this] { ++compactions_; }});
+    db_->Open(false);
+  }
+
+  const std::string name_, url_;
+  std::string path_;
+  std::unique_ptr<Replica> replica_;
+  std::unique_ptr<ServerFeed> feed_;
+  std::unique_ptr<ReplicaExchange> exchange_;
+  std::unique_ptr<Database> db_;
+  Strings refused_;
+  int stores_ = 0, compactions_ = 0;
+};
+
+class ReplicaTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!test::TestServer::Get().Missing().empty())
+      GTEST_SKIP() << test::TestServer::Get().Missing();
+    server_ = std::make_unique<EngineBase>(Engine::kServer);
+    folder_ =
+        std::filesystem::path(testing::TempDir()) / ("zemo_replica_" + std::to_string(getpid()));
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+    Server().Execute("INSERT INTO Discotheque(AUTEUR, TITRE) VALUES('ABBA', 'SOS')");
+    air_ = std::make_unique<Machine>("air", Url(), folder_);
+    office_ = std::make_unique<Machine>("office", Url(), folder_);
+  }
+  void TearDown() override {
+    air_.reset();
+    office_.reset();
+    std::error_code ignored;
+    if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
+  }
+
+  std::string Url() const { return test::TestServer::Get().Url(server_->Name()); }
+  // The server's own SQL, as another tool's; what is wrong with it.
+  std::string ByHand(const std::string& sql) const {
+    return test::TestServer::Get().Try(server_->Name(), sql);
+  }
+  Database& Server() { return server_->Db(); }
+  Machine& Air() { return *air_; }
+  Machine& Office() { return *office_; }
+  Strings OnServer(const std::string& sql) {
+    Strings rows;
+    Server().ReadRows(sql, {}, [&rows](const RowView& row) { rows.emplace_back(row.Text(0)); });
+    return rows;
+  }
+  void ExpectAllAlike() {
+    for (const TableDef& table : SchemaTables()) {
+      const Strings server = All(Server(), table.Name);
+      EXPECT_EQ(All(Air().Db(), table.Name), server) << table.Name;
+      EXPECT_EQ(All(Office().Db(), table.Name), server) << table.Name;
+    }
+  }
+
+ private:
+  static Strings All(Database& base, const std::string& table) {
+    Strings rows;
+    const size_t fields = base.Tables().Item(table).Fields.size();
+    base.ReadTable(table, [&](const RowView& row) {
+      std::string line;
+      for (int i = 0; i < static_cast<int>(fields); ++i) {
+        const RowView::Kind kind = row.KindOf(i);
+        line += '|' + (kind == RowView::Kind::kNull   ? "-"
+                       : kind == RowView::Kind::kReal ? AsText(row.Real(i))
+                                                      : std::string(row.Text(i)));
+      }
+      rows.push_back(line);
+    });
+    return rows;
+  }
+
+  std::unique_ptr<EngineBase> server_;
+  std::filesystem::path folder_;
+  std::unique_ptr<Machine> air_, office_;
+};
+
+const char kTitles[] = "SELECT TITRE FROM Discotheque ORDER BY TITRE";
+
+TEST_F(ReplicaTest, HoldsTheWholeBaseAndShowsNothingOfItsOwn) {
+  EXPECT_EQ(Air().Rows(kTitles), Strings{"SOS"});
+  EXPECT_EQ(Air().Db().Tables().Count(), Server().Tables().Count());
+  EXPECT_EQ(Air().Rows("SELECT HEURE FROM Toph").size(), 24U);
+  ExpectAllAlike();
+}
+
+TEST_F(ReplicaTest, WhatOneMachineWritesTheOthersHave) {
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'Waterloo' WHERE TITRE = 'SOS'");
+  Air().Db().Execute("INSERT INTO Discotheque(AUTEUR, TITRE) VALUES('Queen', 'Jealousy')");
+  EXPECT_EQ(OnServer(kTitles), Strings{"SOS"});
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles), (Strings{"Jealousy", "Waterloo"}));
+  Office().Meet();
+  EXPECT_EQ(Office().Rows(kTitles), (Strings{"Jealousy", "Waterloo"}));
+  Office().Db().Execute("DELETE * FROM Discotheque WHERE TITRE = 'Jealousy'");
+  Office().Meet();
+  Air().Meet();
+  EXPECT_EQ(Air().Rows(kTitles), Strings{"Waterloo"});
+  EXPECT_EQ(Air().Copy().Waiting(), 0);
+  ExpectAllAlike();
+}
+
+TEST_F(ReplicaTest, WhatAnyProgramWritesOnTheServerIsTakenIn) {
+  Server().Execute("UPDATE Cnf SET LANGUE = 2");
+  Server().Execute("DELETE * FROM Toph WHERE HEURE > 3");
+  EXPECT_EQ(ByHand("INSERT INTO \"Discotheque\" (\"TITRE\") VALUES ('by hand')"), "");
+  Air().Meet();
+  Office().Meet();
+  EXPECT_EQ(Air().Rows("SELECT LANGUE FROM Cnf"), Strings{"2"});
+  EXPECT_EQ(Air().Rows("SELECT HEURE FROM Toph").size(), 4U);
+  ExpectAllAlike();
+}
+
+TEST_F(ReplicaTest, NewRowsGetNumbersThatNobodyElseGets) {
+  for (Machine* machine : {&Air(), &Office()}) {
+    for (int i = 0; i < 3; ++i) machine->Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('T')");
+    const int64_t last = machine->Db().LastInsertCode();
+    EXPECT_EQ(machine->Rows("SELECT TITRE FROM Discotheque WHERE CODE = " + std::to_string(last)),
+              Strings{"T"});
+    const auto cursor = machine->Db().OpenTable("Discotheque");
+    cursor->AddNew();
+    cursor->Set("TITRE", std::string("C"));
+    cursor->Update();
+    EXPECT_EQ(machine->Db().LastInsertCode(), last + 1);
+  }
+  Server().Execute("INSERT INTO Discotheque(TITRE) VALUES('S')");
+  Air().Meet();
+  Office().Meet();
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles).size(), 10U);
+  ExpectAllAlike();
+}
+
+// A row that comes back under the number that it had.
+TEST_F(ReplicaTest, ARowKeepsTheNumberThatItIsGiven) {
+  Air().Db().Execute("INSERT INTO VT(FILENAME, CODE) VALUES('a', 7)");
+  EXPECT_EQ(Air().Db().LastInsertCode(), 7);
+  Air().Meet();
+  Air().Db().Execute("DELETE * FROM VT WHERE CODE = 7");
+  Air().Db().Execute("INSERT INTO VT(FILENAME, CODE) VALUES('b', 7)");
+  Air().Meet();
+  EXPECT_EQ(OnServer("SELECT FILENAME FROM VT WHERE CODE = 7"), Strings{"b"});
+  Office().Meet();
+  ExpectAllAlike();
+}
+
+TEST_F(ReplicaTest, TwoWhoChangeOneRowEachKeepTheirFields) {
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'one'");
+  Office().Db().Execute("UPDATE Discotheque SET AUTEUR = 'two'");
+  Air().Meet();
+  Office().Meet();
+  Air().Meet();
+  EXPECT_EQ(OnServer("SELECT TITRE FROM Discotheque"), Strings{"one"});
+  EXPECT_EQ(OnServer("SELECT AUTEUR FROM Discotheque"), Strings{"two"});
+  ExpectAllAlike();
+}
+
+TEST_F(ReplicaTest, ALetterInAnotherCaseIsAnotherValue) {
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'sos'");
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles), Strings{"sos"});
+}
+
+TEST_F(ReplicaTest, AWriteThatIsTakenBackIsNotQueued) {
+  Air().Db().BeginTrans();
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('gone')");
+  Air().Db().RollbackTrans();
+  EXPECT_EQ(Air().Copy().Waiting(), 0);
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = TITRE");
+  EXPECT_EQ(Air().Copy().Waiting(), 0);
+}
+
+// The answer to the sending was lost on the way.
+TEST_F(ReplicaTest, WhatTheServerHasTakenIsNotTakenTwice) {
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('once')");
+  const auto queued = Air().Copy().Queued(1000);
+  ASSERT_TRUE(queued);
+  ServerFeed feed(Url(), std::make_shared<LockWait>(2000));
+  feed.Take("air", queued->last, queued->changes);
+  feed.Take("air", queued->last, queued->changes);
+  EXPECT_EQ(Air().Copy().Waiting(), 1);
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'later' WHERE TITRE = 'once'");
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles), (Strings{"later", "SOS"}));
+  EXPECT_EQ(Air().Copy().Waiting(), 0);
+}
+
+TEST_F(ReplicaTest, NothingIsTakenInOverWhatWaits) {
+  Server().Execute("UPDATE Discotheque SET TITRE = 'server'");
+  ServerFeed feed(Url(), std::make_shared<LockWait>(2000));
+  const ServerChanges changes = feed.Behind(Air().Copy().Place(), 100);
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'here'");
+  EXPECT_FALSE(Air().Copy().TakeIn(changes.tables, changes.place));
+  EXPECT_EQ(Air().Rows(kTitles), Strings{"here"});
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles), Strings{"here"});
+}
+
+TEST_F(ReplicaTest, ARowThatTheServerDoesNotTakeIsToldAndTheOthersGo) {
+  EXPECT_EQ(ByHand("ALTER TABLE \"Discotheque\" ADD CHECK (\"TITRE\" <> 'bad')"), "");
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('good')");
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('bad')");
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('better')");
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles), (Strings{"better", "good", "SOS"}));
+  ASSERT_EQ(Air().Refused().size(), 1U);
+  EXPECT_EQ(Air().Refused()[0].substr(0, 12), "Discotheque|");
+  EXPECT_NE(Air().Refused()[0].find("\"TITRE\":\"bad\""), std::string::npos);
+  Air().Meet();
+  Office().Meet();
+  ExpectAllAlike();
+}
+
+TEST_F(ReplicaTest, TwoRowsMayExchangeWhatOnlyOneCanHave) {
+  EXPECT_EQ(ByHand("CREATE UNIQUE INDEX once ON \"Variete\" (\"POURCENT\")"), "");
+  EXPECT_EQ(ErrorOf([&] {
+              Server().BeginTrans();
+              Server().Execute("UPDATE Variete SET POURCENT = 50 WHERE VARIETE = 'NATIONAL'");
+              Server().Execute("UPDATE Variete SET POURCENT = 40 WHERE VARIETE = 'INTERNATIONAL'");
+              Server().Execute("UPDATE Variete SET POURCENT = 60 WHERE VARIETE = 'NATIONAL'");
+              Server().CommitTrans();
+            }),
+            0);
+  Air().Meet();
+  EXPECT_EQ(Air().Rows("SELECT POURCENT FROM Variete WHERE VARIETE = 'NATIONAL'"), Strings{"60"});
+}
+
+TEST_F(ReplicaTest, AnotherBaseOrAnotherStructureMakesItAnew) {
+  EXPECT_EQ(ByHand("ALTER TABLE \"Discotheque\" ADD COLUMN \"MORE\" text"), "");
+  EXPECT_EQ(ByHand("UPDATE \"Discotheque\" SET \"MORE\" = 'x'"), "");
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('kept')");
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles), (Strings{"kept", "SOS"}));
+  EXPECT_EQ(Air().Rows("SELECT MORE FROM Discotheque WHERE TITRE = 'SOS'"), Strings{"x"});
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('numbered on')");
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles).size(), 3U);
+}
+
+TEST_F(ReplicaTest, ChangesThatTheServerHasForgottenMakeItAnew) {
+  Server().Execute("UPDATE Discotheque SET TITRE = 'first'");
+  Air().Meet();
+  const FeedPlace place = Air().Copy().Place();
+  Server().Execute("UPDATE Discotheque SET TITRE = 'second'");
+  Server().Execute("UPDATE Discotheque SET TITRE = 'third'");
+  ServerFeed feed(Url(), std::make_shared<LockWait>(2000));
+  EXPECT_TRUE(feed.GoesOnFrom(place));
+  feed.ForgetChanges(0);
+  EXPECT_FALSE(feed.GoesOnFrom(place));
+  Air().Meet();
+  EXPECT_EQ(Air().Rows(kTitles), Strings{"third"});
+}
+
+TEST_F(ReplicaTest, OfWhomOnlyReadsNothingIsStored) {
+  Air().Copy().SetOnlyReads(true);
+  std::string why;
+  EXPECT_EQ(ErrorOf([&] { Air().Db().Execute("UPDATE Discotheque SET TITRE = 'x'"); }, &why),
+            kErrReadOnly);
+  EXPECT_EQ(why, "this machine's role on the server only reads");
+  EXPECT_EQ(ErrorOf([&] { Air().Db().Execute("INSERT INTO Toph(HEURE) VALUES(5)"); }),
+            kErrReadOnly);
+  EXPECT_EQ(ErrorOf([&] { Air().Db().Execute("DELETE * FROM Toph"); }), kErrReadOnly);
+  EXPECT_EQ(Air().Rows(kTitles), Strings{"SOS"});
+}
+
+TEST_F(ReplicaTest, WithoutNumbersARowIsKeptForLater) {
+  Air().Copy().DropNumbers("Rapport");
+  Air().Copy().AddNumbers("Rapport", 900, 901);
+  const auto insert = [&] { Air().Db().Execute("INSERT INTO Rapport(TITRE) VALUES('T')"); };
+  EXPECT_EQ(ErrorOf(insert), 0);
+  EXPECT_EQ(ErrorOf(insert), 0);
+  std::string why;
+  EXPECT_EQ(ErrorOf(insert, &why), kErrReadOnly);
+  EXPECT_EQ(why, "the server is away, and all the numbers that it gave for new rows are used up");
+  EXPECT_EQ(Air().Rows("SELECT CODE FROM Rapport"), (Strings{"900", "901"}));
+  Air().Meet();
+  EXPECT_EQ(ErrorOf(insert), 0);
+}
+
+// Another machine was on air since.
+TEST_F(ReplicaTest, AReportGoesOnBehindWhatAnotherMachineHasWritten) {
+  Office().Db().Execute("INSERT INTO Rapport(TITRE) VALUES('T')");
+  const int64_t first = Office().Db().LastInsertCode();
+  Office().Meet();
+  Air().Meet();
+  Air().Steps().GiveFreshNumbers("Rapport");
+  Air().Db().Execute("INSERT INTO Rapport(TITRE) VALUES('T')");
+  EXPECT_GT(Air().Db().LastInsertCode(), first);
+}
+
+TEST_F(ReplicaTest, ItsKeeperHearsOfStoresAndCompactions) {
+  const int before = Air().Stores();
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'x'");
+  EXPECT_EQ(Air().Stores(), before + 1);
+  EXPECT_TRUE(Air().Db().CompactInPlace());
+  EXPECT_EQ(Air().Compactions(), 1);
+  EXPECT_EQ(ErrorOf([&] { Air().Db().Tables().Delete("VT"); }), kErrReadOnly);
+}
+
+}  // namespace
+}  // namespace zemo
