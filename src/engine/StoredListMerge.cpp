@@ -38,11 +38,11 @@ std::string ShownRows(const Station& station) {
 
 std::string ReadRows(Station& station, int32_t code) {
   std::string rows;
-  station.base.Db().ReadRows(
-      "SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = ? ORDER BY CODE", {code},
-      [&](const RowView& row) {
-        rows += std::to_string(row.Int(0)) + " " + std::to_string(row.Int(1)) + "\n";
-      });
+  station.base.Db().ReadRows("SELECT DISCOTHEQUE, FICHE FROM Pls WHERE NUMPLS = ? ORDER BY CODE",
+                             {code}, [&](const RowView& row) {
+                               rows += std::to_string(row.Int(0)) + " " +
+                                       std::to_string(row.Int(1)) + "\n";
+                             });
   return rows;
 }
 
@@ -50,17 +50,25 @@ std::string ReadRows(Station& station, int32_t code) {
 std::optional<StoredListEditor::Loaded> ReadList(Station& station, int32_t code) {
   const auto playlist = station.base.Table("Playlist");
   if (!SeekCode(*playlist, code)) return std::nullopt;
-  return StoredListEditor::Loaded{playlist->Text("LIBELLE"), playlist->Text("LADATE"),
+  return StoredListEditor::Loaded{playlist->Text("LIBELLE"),
+                                  playlist->Text("LADATE"),
                                   playlist->Text("LHEURE"),
                                   static_cast<int32_t>(playlist->Int("NOJINGLE")),
-                                  ReadRows(station, code), {}, 0};
+                                  ReadRows(station, code),
+                                  {},
+                                  0};
 }
 
 // What is stored of PL counts as another text where PL is another than it was.
 StoredListEditor::Loaded Mine(const Station& station) {
   const StoredListEditor& editor = station.storedList;
-  StoredListEditor::Loaded mine{editor.ComboPLS.text, editor.LblDate, editor.ChHeure,
-                                editor.OptPls, editor.loaded.rows, {}, 0};
+  StoredListEditor::Loaded mine{editor.ComboPLS.text,
+                                editor.LblDate,
+                                editor.ChHeure,
+                                editor.OptPls,
+                                editor.loaded.rows,
+                                {},
+                                0};
   if (std::string shown = ShownRows(station); shown != editor.loaded.shownRows)
     mine.rows = std::move(shown);
   return mine;
@@ -92,10 +100,9 @@ std::vector<StoredListEditor::Item> ReadItems(Station& station) {
 
 // The chosen one stays so wherever it stands now.
 void ShowItems(StoredListEditor::Combo& combo, std::vector<StoredListEditor::Item> items) {
-  const int32_t chosen =
-      combo.index >= 0 && combo.index < static_cast<int>(combo.items.size())
-          ? combo.items[static_cast<size_t>(combo.index)].data
-          : 0;
+  const int32_t chosen = combo.index >= 0 && combo.index < static_cast<int>(combo.items.size())
+                             ? combo.items[static_cast<size_t>(combo.index)].data
+                             : 0;
   combo.items = std::move(items);
   combo.index = -1;
   for (size_t item = 0; item < combo.items.size(); ++item)
@@ -125,9 +132,9 @@ ListToStore MergeStoredList(Station& station) {
     auto theirs = ReadList(station, editor.LblCodePL);
     if (!theirs) return {};
     StoredListEditor::Loaded mine = Mine(station);
-    const auto step = merge.Next(
-        station, {FieldsOf(editor.loaded), FieldsOf(*theirs), FieldsOf(mine)},
-        [&](const char* control) { return WordOf(station, control); });
+    const auto step =
+        merge.Next(station, {FieldsOf(editor.loaded), FieldsOf(*theirs), FieldsOf(mine)},
+                   [&](const char* control) { return WordOf(station, control); });
     if (step == RecordMerge::Step::kLeave) return {.any = false};
     if (step == RecordMerge::Step::kReadAgain) continue;
     ShowHead(station, mine);

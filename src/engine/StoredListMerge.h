@@ -14,8 +14,8 @@ void KeepAsLoadedList(Station& station);
 // Ahead of storing it: the panel's fields become what is to be stored, asked for where both changed
 // one. The rows are one field. Where nobody else has stored anything it looks no further.
 struct ListToStore {
-  bool any = true;     // false: nothing is to be stored
-  bool rows = true;    // false: those of the base stay, which others have changed
+  bool any = true;   // false: nothing is to be stored
+  bool rows = true;  // false: those of the base stay, which others have changed
 };
 ListToStore MergeStoredList(Station& station);
 

@@ -92,19 +92,14 @@ RecordFields MusicFields(ShownCard& card, Plays plays) {
 
 RecordFields JingleFields(ShownCard& card, Plays plays) {
   JingleCard& of = card.jingle;
-  RecordFields fields = {{"CmdFileJingle", &of.ChFileJingle},
-                         {"Longeur", &of.longeurJingle},
-                         {"ChLibJingle", &of.ChLibJingle},
-                         {"CheckSurimpression", &of.CheckSurimpression},
-                         {"CodeAssocie", &of.CodeAssocie, kLink},
-                         {"LblArtisteAssocie", &of.artist, kLink},
-                         {"GenreAssocie", &of.GenreAssocie},
-                         {"EndofTitre", &of.EndofTitre},
-                         {"PointSortie", &of.SliderPSJ},
-                         {"ChAuteurCompositeur", &of.ChAuteurJingle},
-                         {"JingleExtraitYN", &of.JingleExtraitYN},
-                         {"LblMMJJDebut", &of.LblMMJJDebutJ, kDates},
-                         {"LblMMJJFin", &of.LblMMJJFinJ, kDates}};
+  RecordFields fields = {
+      {"CmdFileJingle", &of.ChFileJingle},      {"Longeur", &of.longeurJingle},
+      {"ChLibJingle", &of.ChLibJingle},         {"CheckSurimpression", &of.CheckSurimpression},
+      {"CodeAssocie", &of.CodeAssocie, kLink},  {"LblArtisteAssocie", &of.artist, kLink},
+      {"GenreAssocie", &of.GenreAssocie},       {"EndofTitre", &of.EndofTitre},
+      {"PointSortie", &of.SliderPSJ},           {"ChAuteurCompositeur", &of.ChAuteurJingle},
+      {"JingleExtraitYN", &of.JingleExtraitYN}, {"LblMMJJDebut", &of.LblMMJJDebutJ, kDates},
+      {"LblMMJJFin", &of.LblMMJJFinJ, kDates}};
   if (plays == Plays::kCount) fields.push_back({"LblDiff", &of.LblDiff});
   AddHours(fields, card);
   return fields;
@@ -112,12 +107,9 @@ RecordFields JingleFields(ShownCard& card, Plays plays) {
 
 RecordFields ShortElementFields(ShownCard& card) {
   ShortElementCard& of = card.other;
-  return {{"CmdFileVirgules", &of.ChFileVirgule},
-          {"Longeur", &of.LongeurVirgule},
-          {"ChLibJingle", &of.ChLibVirgule},
-          {"PointSortie", &of.PSAutre},
-          {"CheckJingleRacro", &of.CheckJingleRacro},
-          {"Tch", &of.Tch}};
+  return {{"CmdFileVirgules", &of.ChFileVirgule},     {"Longeur", &of.LongeurVirgule},
+          {"ChLibJingle", &of.ChLibVirgule},          {"PointSortie", &of.PSAutre},
+          {"CheckJingleRacro", &of.CheckJingleRacro}, {"Tch", &of.Tch}};
 }
 
 RecordFields FieldsOf(LibraryTab tab, ShownCard& card, Plays plays) {

@@ -152,8 +152,7 @@ Rows ReadDay(Station& station) {
   Rows rows;
   const auto take = [&](const RowView& row, int columns) {
     rows.emplace_back();
-    for (int column = 0; column < columns; ++column)
-      rows.back().emplace_back(row.Text(column));
+    for (int column = 0; column < columns; ++column) rows.back().emplace_back(row.Text(column));
   };
   if (editor.skeleton) {
     ForEachPosition(station.base.Db(), day, [&](const RowView& row) { take(row, kHoursOfDay); });
@@ -187,9 +186,7 @@ void ShowRows(Station& station, const Rows& rows) {
 struct Day {
   Rows loaded, theirs, mine;
   Hours loadedHours, theirHours, myHours;
-  RecordForms Forms() {
-    return {FieldsOf(loadedHours), FieldsOf(theirHours), FieldsOf(myHours)};
-  }
+  RecordForms Forms() { return {FieldsOf(loadedHours), FieldsOf(theirHours), FieldsOf(myHours)}; }
 };
 
 Day DayNow(Station& station) {

@@ -306,9 +306,8 @@ bool MergeSettings(Station& station) {
     const int64_t counter = station.base.Db().ForeignCounter();
     if (counter == screen.counter) return true;
     FieldVersions fields = FieldsNow(station);
-    const auto step = merge.Next(station, fields.Forms(), [&](const char* control) {
-      return WordOf(station, control);
-    });
+    const auto step = merge.Next(station, fields.Forms(),
+                                 [&](const char* control) { return WordOf(station, control); });
     if (step == RecordMerge::Step::kLeave) return false;
     if (step == RecordMerge::Step::kReadAgain) continue;
     PutTexts(station, fields.mine);

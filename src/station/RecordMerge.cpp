@@ -12,8 +12,8 @@ namespace zemo {
 
 namespace {
 
-constexpr size_t kMostLines = 12;       // of a box
-constexpr int kMostCharacters = 40;     // of a field in it
+constexpr size_t kMostLines = 12;    // of a box
+constexpr int kMostCharacters = 40;  // of a field in it
 
 constexpr LanguageTexts kClash = {
     "Quelqu'un d'autre a modifié les mêmes champs que vous\r\ndepuis que vous les avez affichés.",

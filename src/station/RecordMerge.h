@@ -42,7 +42,8 @@ class RecordMerge {
   using WordOf = std::function<std::string(const char* name)>;
 
   // kStore: `mine` is what is to be stored. kReadAgain: he was asked, and `theirs` may be another
-  // one by now. kLeave: nothing is to be stored. May yield, so that no row stands in edit meanwhile.
+  // one by now. kLeave: nothing is to be stored. May yield, so that no row stands in edit
+  // meanwhile.
   enum class Step { kStore, kReadAgain, kLeave };
   Step Next(Station& station, const RecordForms& forms, const WordOf& wordOf);
 

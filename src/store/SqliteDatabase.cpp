@@ -130,7 +130,8 @@ class SqliteDatabase final : public EngineDatabase<Connection, SqliteTableDefs> 
   }
   void Open(bool create) override {
     if (keeper_ && !Connection::FileExists(path_))
-      throw StoreError(kErrOther, "the server is away, and this machine has no replica of its base");
+      throw StoreError(kErrOther,
+                       "the server is away, and this machine has no replica of its base");
     if (IsAlone()) LetOthersIn();  // the new opening is one of them
     auto fresh = std::make_shared<Connection>(path_, create, wait_);
     // SQLite makes the file with its first page; whoever looks at the folder now shall find a

@@ -216,6 +216,7 @@ void Campaigns::ShowRecord(Station& station, const Recordset& grillePub, Campaig
     const int64_t counter = station.base.Db().ForeignCounter();
     LoadCampaign(station, grillePub, editor, RowYields::kNone);
     editor.counter = counter;
+    editor.gridStamp = CampaignFile(editor.FILENAMEGRILLE).Stamp(station);
     editor.gone = false;
     editor.stored = static_cast<const CampaignForm&>(editor);
     editor.place = editor.LblCode;

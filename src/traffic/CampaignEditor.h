@@ -24,6 +24,7 @@ struct CampaignEditor : CampaignForm {
   std::string LblInfoPub;  // "3 /12": position in order of passage, records
   CampaignForm stored;     // as the record was loaded, or begun, with what was taken over since
   int64_t counter = 0;     // ForeignCounter, as of which `stored` is what the base holds
+  std::string gridStamp;   // of its grid file then, which no counter of the base tells of
   bool gone = false;       // the record was deleted elsewhere: BtnAjouter makes a new one of it
   std::string place;  // CODE of the record to which paging went last; a new record leaves it there
 

@@ -9,6 +9,7 @@
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/SeekCode.h"
+#include "traffic/CampaignFiles.h"
 #include "traffic/CampaignTexts.h"
 
 namespace zemo {
@@ -34,8 +35,7 @@ RecordFields FieldsOf(Sheet& sheet) {
                          {"For.LblFinPub", &form.LblFinPub, kGrid},
                          {"For.HDepPub", &form.HDepPub, kGrid},
                          {"For.HFinPub", &form.HFinPub, kGrid}};
-  for (std::string& mark : form.DecoupagePub)
-    fields.push_back({"For.DecoupagePub", &mark, kGrid});
+  for (std::string& mark : form.DecoupagePub) fields.push_back({"For.DecoupagePub", &mark, kGrid});
   fields.push_back({"For.GPub", &sheet.crosses, kGrid});
   fields.push_back({"For.FichierAudio", &form.FichierAudio, kSound});
   fields.push_back({"For.Longeur", &form.Longeur, kSound});
@@ -80,6 +80,12 @@ std::optional<Sheet> ReadTheirs(Station& station, const CampaignEditor& editor) 
   return SheetOf(form);
 }
 
+// Nobody has stored anything: the base tells of its rows, and the grid file stands beside it.
+bool IsAsLoaded(const Station& station, const CampaignEditor& editor, int64_t counter) {
+  return counter == editor.counter &&
+         CampaignFile(editor.FILENAMEGRILLE).Stamp(station) == editor.gridStamp;
+}
+
 std::string WordOf(Station& station, const char* name) {
   const char* word =
       FindWord(CampaignCaptions(), name, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
@@ -92,18 +98,18 @@ bool MergeShownCampaign(Station& station, CampaignEditor& editor) {
   RecordMerge merge;
   for (;;) {
     const int64_t counter = station.base.Db().ForeignCounter();
-    if (counter == editor.counter) return true;
+    if (IsAsLoaded(station, editor, counter)) return true;
     auto theirs = ReadTheirs(station, editor);
     if (!theirs) return true;  // who stores it finds that out
     Sheet loaded = SheetOf(editor.stored), mine = SheetOf(editor);
-    const auto step =
-        merge.Next(station, {FieldsOf(loaded), FieldsOf(*theirs), FieldsOf(mine)},
-                   [&](const char* name) { return WordOf(station, name); });
+    const auto step = merge.Next(station, {FieldsOf(loaded), FieldsOf(*theirs), FieldsOf(mine)},
+                                 [&](const char* name) { return WordOf(station, name); });
     if (step == RecordMerge::Step::kLeave) return false;
     if (step == RecordMerge::Step::kReadAgain) continue;
     PutBack(editor, std::move(mine), *theirs);
     PutBack(editor.stored, std::move(loaded), *theirs);
     editor.counter = counter;
+    editor.gridStamp = CampaignFile(editor.FILENAMEGRILLE).Stamp(station);
     return true;
   }
 }

@@ -1,5 +1,5 @@
-// The campaign on the screen beside what others store of it meanwhile. Throw StoreError. Thread: the
-// logic's.
+// The campaign on the screen beside what others store of it meanwhile. Throw StoreError. Thread:
+// the logic's.
 #pragma once
 
 #include "traffic/CampaignEditor.h"

@@ -42,8 +42,8 @@ RecordFields FieldsOf(TrackState& state) {
 }
 
 std::string WordOf(Station& station, const char* control) {
-  const char* word = FindWord(VoiceTrackCaptions(), control,
-                              static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+  const char* word =
+      FindWord(VoiceTrackCaptions(), control, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
   return word ? word : control;
 }
 
@@ -65,9 +65,9 @@ bool MergeRecord(Station& station, VoiceTrackEditor& editor) {
     auto theirs = ReadState(station, editor);
     if (!theirs) return true;
     TrackState mine = VoiceTracks::StateOf(editor);
-    const auto step = merge.Next(
-        station, {FieldsOf(editor.stored), FieldsOf(*theirs), FieldsOf(mine)},
-        [&](const char* control) { return WordOf(station, control); });
+    const auto step =
+        merge.Next(station, {FieldsOf(editor.stored), FieldsOf(*theirs), FieldsOf(mine)},
+                   [&](const char* control) { return WordOf(station, control); });
     if (step == RecordMerge::Step::kLeave) return false;
     if (step == RecordMerge::Step::kReadAgain) continue;
     editor.FileVoiceTrack = mine.file;

@@ -24,6 +24,7 @@ namespace zemo {
 
 namespace {
 
+constexpr const char* kShownText = "shownText";  // of a spinner; another one is half typed
 constexpr int kTimeStepMs = 100, kTimePageMs = 1000, kSlidersPages = 20;
 
 const std::vector<std::string>& EntriesOf(const SettingsScreen& screen,
@@ -152,11 +153,12 @@ QWidget* SettingsWindow::SpinnerFor(const SettingsControl& control) {
   connect(spinner, &QSpinBox::valueChanged, this,
           [this, &control](int number) { Give(control, std::to_string(number)); });
   Follow([this, spinner, &control] {
-    if (takingOver_ && spinner->hasFocus() && spinner->findChild<QLineEdit*>()->isModified())
-      return;
+    const bool typed = spinner->text() != spinner->property(kShownText).toString();
+    if (takingOver_ && spinner->hasFocus() && typed) return;
     const QSignalBlocker silent(spinner);
     const auto number = static_cast<int>(ControlNumber(Screen(), control));
     if (spinner->value() != number) spinner->setValue(number);
+    spinner->setProperty(kShownText, spinner->text());
   });
   return spinner;
 }

@@ -269,7 +269,8 @@ void CampaignWindow::ShowAll() {
   LblTotalMsg->setText(ShownText(editor_.LblTotalMsg));
   LblTotalJours->setText(ShownText(editor_.LblTotalJours));
   ShowOverview();
-  if (!std::exchange(isNew_, editor_.BtnAjouterEnabled && !editor_.gone) && isNew_) page_->BeginEntry();
+  if (!std::exchange(isNew_, editor_.BtnAjouterEnabled && !editor_.gone) && isNew_)
+    page_->BeginEntry();
   GPub->ShowGrid();
 }
 
