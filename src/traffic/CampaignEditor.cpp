@@ -121,7 +121,11 @@ bool StoreCampaign(Station& station, CampaignEditor& editor, Recordset& row) {
   editor.LblCode = editor.place = row.Text("CODE");
   editor.BtnAjouterEnabled = false;
   editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
-  return WriteFiles(station, editor);
+  const bool written = WriteFiles(station, editor);
+  // What others make of it counts from here on, where the record stays on the screen.
+  editor.counter = station.base.Db().ForeignCounter();
+  editor.gridStamp = CampaignFile(editor.FILENAMEGRILLE).Stamp(station);
+  return written;
 }
 
 // What came to nothing is told where it was asked for; the log has why.
