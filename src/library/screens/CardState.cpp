@@ -26,6 +26,7 @@ void CardState::ShowState() {
     style()->polish(this);
   }
   setText(Told());
+  setToolTip(editor_.gone ? texts_.Word("Gone.Tip") : QString());
 }
 
 QString CardState::Told() const {

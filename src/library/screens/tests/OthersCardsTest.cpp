@@ -54,10 +54,11 @@ TEST_F(OthersCards, ADeletedOneUnderTheHandIsToldInALineAndStaysToBeAdded) {
   Open();
   Type("ChTitre", "Mine");
   on.Sql("DELETE FROM Discotheque WHERE CODE = 1");
-  ASSERT_TRUE(QTest::qWaitFor(
-      [&] { return Text("LblEtat") == "Card 1 was deleted elsewhere: Add makes a new one"; },
-      kSoonMs))
+  ASSERT_TRUE(
+      QTest::qWaitFor([&] { return Text("LblEtat") == "Card 1 deleted elsewhere"; }, kSoonMs))
       << Text("LblEtat");
+  EXPECT_EQ(Find("LblEtat")->toolTip(), "Add makes a new card of it");
+  QApplication::processEvents();
   EXPECT_EQ(Text("ChTitre"), "Mine");
   EXPECT_FALSE(On("Replacer"));
   KeepPicture(*window, "library-gone");
