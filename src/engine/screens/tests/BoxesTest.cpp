@@ -78,6 +78,7 @@ TEST_F(Screen, WhoseFieldsARecordKeepsIsAskedWithAButtonEach) {
       auto* box = window->findChild<QMessageBox*>("Alerte");
       ASSERT_TRUE(box);
       auto* button = box->findChild<QPushButton*>(name);
+      if (!button) box->reject();
       ASSERT_TRUE(button) << name;
       EXPECT_EQ(button->text(), caption);
       QTest::mouseClick(button, Qt::LeftButton);
