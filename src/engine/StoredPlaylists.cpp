@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "engine/OperatorControls.h"
+#include "engine/StoredListMerge.h"
 #include "library/OnAirRows.h"
 #include "library/TrackNeighboursTable.h"
 #include "platform/Desktop.h"
@@ -148,10 +149,12 @@ void SaveRows(Station& station, int32_t listCode) {
 // Head and rows together or neither: what cannot be stored leaves the former list whole. Whether
 // the head is stored.
 bool SaveList(Station& station) {
+  const ListToStore list = MergeStoredList(station);
+  if (!list.any) return false;
   Transaction transaction(station.base.Db());
   bool stored = false;
   const int32_t code = SaveHead(station, stored);
-  if (code != 0) SaveRows(station, code);
+  if (code != 0 && list.rows) SaveRows(station, code);
   transaction.Commit();
   if (code != 0) station.storedList.LblCodePL = code;
   return stored;
@@ -240,6 +243,7 @@ void OnAir::ComboPLS_Click(Station& station) {
     editor.ChHeure = playlist->Text("LHEURE");
     editor.OptPls = static_cast<int>(playlist->Int("NOJINGLE"));
     editor.LblCodePL = static_cast<int32_t>(playlist->Int("CODE"));
+    KeepAsLoadedList(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "ComboPLS");
   }
@@ -303,6 +307,7 @@ bool OnAir::BtnSauve_Click(Station& station) {
     saved = SaveList(station);
     LoadPlaylist(station);
     saved = saved && HasList(station.storedList);
+    if (saved) KeepAsLoadedList(station);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnSauve",
                         station.storedList.LblCodePL != 0 ? "the stored list stays as it was"

@@ -40,12 +40,6 @@ std::string_view OrderQuery(LibraryTab tab, int32_t option) {
   }
 }
 
-// Fields that a play writes.
-bool IsOfPlays(const std::string& field) {
-  const std::string name = UpperAscii(field);
-  return name == "LASTDIFF" || name.starts_with("DIFFUSION");
-}
-
 std::string_view FilesQuery(LibraryTab tab) {
   switch (tab) {
     case LibraryTab::kJingles:
@@ -108,6 +102,7 @@ void KeepShownAsLoaded(LibraryEditor& editor) {
   editor.loadedOther = editor.other;
   editor.loadedMasks = editor.masks;
   editor.stored = {};
+  editor.gone = false;
 }
 
 const char* ReplaceRoutine(LibraryTab tab) {
@@ -201,12 +196,6 @@ std::vector<std::string> FilesOfCards(Station& station, const LibraryEditor& edi
   return files;
 }
 
-void KeepLoadedRow(LibraryEditor& editor, const Recordset& row) {
-  editor.loadedRow.clear();
-  for (int field = 0; field < row.FieldCount(); ++field)
-    editor.loadedRow.push_back(row.Field(field));
-}
-
 void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row) {
   switch (editor.TabStrip1) {
     case LibraryTab::kJingles:
@@ -220,7 +209,6 @@ void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row) {
       TakeMusicCard(row, editor.music, editor.masks);
       ShowSound(station, editor);
   }
-  KeepLoadedRow(editor, row);
   KeepShownAsLoaded(editor);
   editor.ReplacerEnabled = editor.MnuDeleteEnabled = true;
 }
@@ -257,7 +245,6 @@ void ShowPlace(Station& station, LibraryEditor& editor, int64_t position) {
 
 void EmptyTab(LibraryEditor& editor) {
   editor.masks.AllowAll();
-  editor.loadedRow.clear();
   switch (editor.TabStrip1) {
     case LibraryTab::kJingles:
       editor.jingle = JingleCard();
@@ -342,16 +329,6 @@ bool Library::IsChanged(const LibraryEditor& editor) {
     case LibraryTab::kMusic:
       return editor.music != editor.loadedMusic || !editor.masks.SameHours(editor.loadedMasks) ||
              ExtractIsChanged(editor);
-  }
-  return false;
-}
-
-bool ChangedSinceShown(const LibraryEditor& editor, const Recordset& row) {
-  for (int field = 0; field < row.FieldCount(); ++field) {
-    const auto place = static_cast<size_t>(field);
-    if (IsOfPlays(row.FieldName(field))) continue;
-    if (place >= editor.loadedRow.size() || row.Field(field) != editor.loadedRow[place])
-      return true;
   }
   return false;
 }

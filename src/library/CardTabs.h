@@ -29,8 +29,6 @@ std::vector<std::string> FilesOfCards(Station& station, const LibraryEditor& edi
 
 // The current row goes into the tab's controls, and the menus of a card go on.
 void ShowCard(Station& station, LibraryEditor& editor, const Recordset& row);
-// From now on the card shown counts as changed where its row is another than this.
-void KeepLoadedRow(LibraryEditor& editor, const Recordset& row);
 // LblArtisteAssocie: the music card that the jingle belongs to, else the artist as stored.
 void ShowLinkedCard(Station& station, JingleCard& card);
 // The card of that code, with its position; false when there is none, nothing is changed then.
@@ -53,7 +51,5 @@ int32_t AddFileOfLot(Station& station, LibraryTab tab, const std::string& file);
 
 // The tab's controls into the current row, and its exchange file; the row is then shown as stored.
 void StoreShownCard(Station& station, LibraryEditor& editor, Recordset& row);
-// The row holds something else than when it was shown, its plays aside.
-bool ChangedSinceShown(const LibraryEditor& editor, const Recordset& row);
 
 }  // namespace zemo

@@ -1,6 +1,8 @@
 #include "library/HourPips.h"
 
+#include "library/LibraryTexts.h"
 #include "settings/SideFileIo.h"
+#include "station/RecordMerge.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 
@@ -11,14 +13,50 @@ namespace {
 constexpr int kFileColumn = 1, kOverlayColumn = 2, kDaysColumn = 3;
 constexpr int kDays = HourMasks::kDays;
 
-void LoadPips(Station& station, LibraryEditor& editor) {
-  editor.GTopH.fill(HourPipRow());
+using PipRows = std::array<HourPipRow, HourMasks::kHours>;
+
+PipRows ReadPips(Station& station) {
+  PipRows pips;
   for (const auto row = station.base.Table("Toph"); !row->Eof(); row->MoveNext()) {
     const int64_t hour = row->Int("HEURE");
     if (hour < 0 || hour >= HourMasks::kHours) continue;
-    editor.GTopH[static_cast<size_t>(hour)] = {row->Text("FICHIER"), row->Bool("SURIMPRESSION"),
-                                               row->Text("JourSemaine")};
+    pips[static_cast<size_t>(hour)] = {row->Text("FICHIER"), row->Bool("SURIMPRESSION"),
+                                       row->Text("JourSemaine")};
   }
+  return pips;
+}
+
+void LoadPips(Station& station, LibraryEditor& editor) {
+  editor.pipsCounter = station.base.Db().ForeignCounter();
+  editor.GTopH = editor.loadedPips = ReadPips(station);
+}
+
+RecordFields FieldsOf(PipRows& pips) {
+  RecordFields fields;
+  for (HourPipRow& pip : pips) {
+    fields.push_back({"GTopH.1", &pip.file});
+    fields.push_back({"GTopH.2", &pip.overlay});
+    fields.push_back({"GTopH.3", &pip.days});
+  }
+  return fields;
+}
+
+// False: the operator was asked, and nothing is to be stored.
+bool MergePips(Station& station, LibraryEditor& editor) {
+  const auto wordOf = [&](const char* column) {
+    return Caption(LibraryCaptions(), column, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+  };
+  RecordMerge merge;
+  for (auto step = RecordMerge::Step::kReadAgain; step != RecordMerge::Step::kStore;) {
+    const int64_t counter = station.base.Db().ForeignCounter();
+    if (counter == editor.pipsCounter) break;
+    PipRows theirs = ReadPips(station);
+    step = merge.Next(
+        station, {FieldsOf(editor.loadedPips), FieldsOf(theirs), FieldsOf(editor.GTopH)}, wordOf);
+    if (step == RecordMerge::Step::kLeave) return false;
+    if (step == RecordMerge::Step::kStore) editor.pipsCounter = counter;
+  }
+  return true;
 }
 
 void SavePips(Station& station, const LibraryEditor& editor) {
@@ -51,7 +89,14 @@ std::string DaysOf(const std::string& text) {
 
 void LoadTopH(Station& station, LibraryEditor& editor, std::string_view action) {
   if (IsLoad(action)) LoadPips(station, editor);
-  if (IsSave(action)) SavePips(station, editor);
+  if (!IsSave(action) || !MergePips(station, editor)) return;
+  SavePips(station, editor);
+  editor.loadedPips = editor.GTopH;
+}
+
+void TakeOverPips(Station& station, LibraryEditor& editor) {
+  PipRows theirs = ReadPips(station);
+  TakeOverFields({FieldsOf(editor.loadedPips), FieldsOf(theirs), FieldsOf(editor.GTopH)});
 }
 
 std::string HourPipCell(const LibraryEditor& editor, size_t hour, int column) {

@@ -12,7 +12,6 @@
 #include "library/HourMasks.h"
 #include "library/JingleCard.h"
 #include "library/MusicCard.h"
-#include "store/Value.h"
 
 namespace zemo {
 
@@ -65,17 +64,18 @@ struct LibraryEditor {
   bool lotMode = false;
   std::vector<std::string> List1Tmp;  // files of the tab's table when Nouveau was chosen
 
-  // --- what was loaded: the card's row as it stood (by ordinal), and what the controls showed of
-  // it
-  Values loadedRow;
+  // --- what was loaded: what the controls showed of the card's row, with what was taken over since
   MusicCard loadedMusic;
   JingleCard loadedJingle;
   ShortElementCard loadedOther;
   HourMasks loadedMasks;
+  std::array<HourPipRow, HourMasks::kHours> loadedPips;
+  int64_t pipsCounter = 0;  // ForeignCounter, as of which they are what the base holds
   // What the last order stored, until another card is shown; the code is the last one's.
   struct Stored {
     int32_t cards = 0, code = 0;
   } stored;
+  bool gone = false;  // the card shown was deleted elsewhere: Ajouter makes a new one of it
   std::array<int32_t, kCardTabs> cardPosition{};  // of each tab, from 1; 0 without cards
   std::array<int32_t, kCardTabs> cardCount{};     // as last looked at
   CardOrder order;

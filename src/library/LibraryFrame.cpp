@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "library/CardMerge.h"
 #include "library/CardTabs.h"
 #include "library/HotKeys.h"
 #include "library/HourPips.h"
@@ -202,6 +203,15 @@ void Library::ShowImported(Station& station, LibraryEditor& editor, LibraryTab k
   });
 }
 
+void Library::TakeOver(Station& station, LibraryEditor& editor) {
+  constexpr int32_t kFew = 5000;  // cards whose order is read between two ticks
+  if (!editor.OnCards()) return TakeOverPips(station, editor);
+  TakeOverShownCard(station, editor);
+  const auto count = static_cast<int32_t>(station.base.CountRecords(TableOf(editor.TabStrip1)));
+  editor.Slider1Max = editor.cardCount[editor.Tab()] = count;
+  if (count <= kFew && !editor.gone) ShowPosition(station, editor);
+}
+
 void Library::BtnPlus_Click(Station& station, LibraryEditor& editor) {
   HandleControl(station, "BtnPlus", [&] {
     if (editor.OnCards()) Step(station, editor, 1);
@@ -251,12 +261,13 @@ void Library::Replacer_Click(Station& station, LibraryEditor& editor) {
     if (!editor.ReplacerEnabled || !editor.OnCards()) return;
     if (editor.TabStrip1 == LibraryTab::kMusic) editor.OptionTri = 0;
     const auto table = OpenCards(station, editor.TabStrip1);
-    if (!SeekCode(*table, editor.Code())) return;
-    if (ChangedSinceShown(editor, *table)) {
-      if (!Confirmed(station, LibraryText::ConfirmOverwrite(station), Buttons::kYesNo)) return;
-      if (!SeekCode(*table, editor.Code())) return;
+    RecordMerge merge;
+    while (SeekCode(*table, editor.Code())) {
+      const auto step = MergeShownCard(station, editor, *table, merge);
+      if (step == RecordMerge::Step::kReadAgain) continue;
+      if (step == RecordMerge::Step::kStore) StoreShownCard(station, editor, *table);
+      return;
     }
-    StoreShownCard(station, editor, *table);
   });
 }
 

@@ -19,12 +19,6 @@ constexpr const char* kThenAddShort = "validez sur le menu Ajouter";
 constexpr LanguageTexts kConfirmSelection = {"Confirmez la suppression de la séléction",
                                              "Delete séléction", "Eliminar a selecção",
                                              "Confirmar Eliminar a selecção"};
-constexpr LanguageTexts kConfirmOverwriteTexts = {
-    "Cette fiche a été modifiée ailleurs depuis son affichage.\r\nLa remplacer quand même ?",
-    "This card has been changed elsewhere since it was shown.\r\nReplace it all the same?",
-    "Esta ficha foi alterada noutro lugar desde que foi mostrada.\r\nSubstituir mesmo assim?",
-    "Esta ficha fue cambiada en otro lugar desde que se mostró.\r\n¿Reemplazarla de todos modos?"};
-
 std::string Said(Station& station, const LanguageTexts& texts) {
   const int64_t langue = station.base.CnfInt(Cnf::kLangue);
   if (langue < 0 || langue >= static_cast<int64_t>(kLanguages)) return {};
@@ -44,10 +38,6 @@ std::string LibraryText::ShortFilesPicked(size_t count) {
 
 std::string LibraryText::ConfirmDeleteSelection(Station& station) {
   return Said(station, kConfirmSelection);
-}
-
-std::string LibraryText::ConfirmOverwrite(Station& station) {
-  return Said(station, kConfirmOverwriteTexts);
 }
 
 void ShowLibraryAlert(Station& station, const std::string& text) {

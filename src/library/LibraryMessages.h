@@ -21,7 +21,6 @@ inline constexpr const char* kDatesReset = "Traitement Fini";
 std::string FilesPicked(Station& station, size_t count);  // of the music
 std::string ShortFilesPicked(size_t count);               // of jingles and short elements; French
 std::string ConfirmDeleteSelection(Station& station);
-std::string ConfirmOverwrite(Station& station);  // the card was changed elsewhere
 
 }  // namespace LibraryText
 

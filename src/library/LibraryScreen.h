@@ -50,6 +50,9 @@ bool IsChanged(const LibraryEditor& editor);
 // Cards of that kind came in beside the window: the slider goes to their number, and where there
 // was none the first of them is shown.
 void ShowImported(Station& station, LibraryEditor& editor, LibraryTab kind);
+// Others have stored something: the card shown as it is stored now, but for what the operator has
+// changed, and the slider on the number of cards. Throws StoreError, unlike the others.
+void TakeOver(Station& station, LibraryEditor& editor);
 bool HourBoxesOn(const LibraryEditor& editor);  // BtnCopy and BtnColler
 
 // --- picking files: CmdFileMusique, CmdFileJingle, CmdFileVirgules by the tab ---

@@ -38,6 +38,8 @@ constexpr Word kLibrary[] = {
     {"MnuAide", {"Aide", "Help", "Ajuda", "Ayuda"}},
 
     {"Changed", {"Fiche %1 non enregistrée", "Card %1 changed, not saved", "Ficha %1 por guardar", "Ficha %1 sin guardar"}},
+    {"Gone", {"Fiche %1 supprimée ailleurs", "Card %1 deleted elsewhere", "Ficha %1 eliminada noutro lugar", "Ficha %1 eliminada en otro lugar"}},
+    {"Gone.Tip", {"Ajouter en fait une nouvelle fiche", "Add makes a new card of it", "Adicionar faz dela uma nova ficha", "Añadir hace de ella una nueva ficha"}},
     {"NotStored", {"Nouvelle fiche non enregistrée", "New card, not saved", "Nova ficha por guardar", "Nueva ficha sin guardar"}},
     {"StoredCard", {"Enregistrée : fiche %1", "Saved: card %1", "Guardada: ficha %1", "Guardada: ficha %1"}},
     {"StoredCards", {"Enregistrées : %1 fiches", "Saved: %1 cards", "Guardadas: %1 fichas", "Guardadas: %1 fichas"}},

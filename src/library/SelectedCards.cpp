@@ -56,7 +56,6 @@ void WriteExchangeFile(Station& station, const Recordset& row) {
 // Of the card shown what was stored here is no change from elsewhere, and no longer one of the
 // operator's. The plays stay as they were shown.
 void TakeAsLoaded(LibraryEditor& editor, const Recordset& row) {
-  KeepLoadedRow(editor, row);
   const auto plays = editor.loadedMusic.ChDiffusion;
   TakeMusicCard(row, editor.loadedMusic, editor.loadedMasks);
   editor.loadedMusic.ChDiffusion = plays;

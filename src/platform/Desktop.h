@@ -16,7 +16,17 @@ class Clipboard {
   virtual void SetText(const std::string& text) = 0;
 };
 
-enum class Buttons { kOk, kOkCancel, kYesNo, kYesCancel, kYesNoCancel };
+// The last two ask whose fields a record keeps that two people changed: yes the operator's own, no
+// the other's, ok first a look at them, which only the first of both offers, and cancel nobody's.
+enum class Buttons {
+  kOk,
+  kOkCancel,
+  kYesNo,
+  kYesCancel,
+  kYesNoCancel,
+  kMineTheirsLook,
+  kMineTheirs
+};
 enum class Answer { kOk, kCancel, kYes, kNo };
 // What a question gets that nobody answers.
 constexpr Answer SafeAnswer(Buttons buttons) {
@@ -24,6 +34,8 @@ constexpr Answer SafeAnswer(Buttons buttons) {
     case Buttons::kOkCancel:
     case Buttons::kYesCancel:
     case Buttons::kYesNoCancel:
+    case Buttons::kMineTheirsLook:
+    case Buttons::kMineTheirs:
       return Answer::kCancel;
     case Buttons::kYesNo:
       return Answer::kNo;

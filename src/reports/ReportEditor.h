@@ -81,6 +81,9 @@ struct ReportEditor {
   // Called when rows are listed while a routine goes on; none: nobody looks meanwhile.
   std::function<void()> listed{};
 
+  // CODE of the report's first and last row as of the list: with the same ones nothing came or
+  // went.
+  std::array<int64_t, 2> ends{};
   uint64_t readings = 0;  // wished so far; another one ends the one at work
   bool reading = false;   // one is at work
   bool readAnew = false;  // and begins anew behind its end

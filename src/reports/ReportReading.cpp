@@ -6,12 +6,14 @@
 //
 // A base that another process has locked for a moment is asked again, with the loop turning.
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <limits>
 #include <numeric>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/EventLoop.h"
 #include "reports/ReportScreen.h"
@@ -64,6 +66,9 @@ class Reading {
     AddFilter("GENRE", editor.FiltreGenre);
     AddFilter("VARIETE", editor.FiltreVariete);
   }
+
+  // CODE of the first and the last row there is.
+  std::array<int64_t, 2> Ends() const { return {NextCode(kFirst), LastCode()}; }
 
   std::shared_ptr<const ReportRows> BetweenTheBounds() {
     lastCode_ = LastCode();
@@ -230,11 +235,78 @@ void ReadInto(Station& station, ReportEditor& editor) {
   const auto span = SpanOf(editor);
   if (!span) return List(editor, std::make_shared<ReportRows>());
   Reading reading(station, editor, *span);
+  editor.ends = reading.Ends();
   List(editor, reading.BetweenTheBounds());
   if (auto all = reading.AlsoElsewhere()) List(editor, std::move(all));
 }
 
+// The number of the same row among others; none where it is gone.
+std::optional<uint32_t> RowLike(const ReportRows& rows, const ReportRows& before, uint32_t row) {
+  const auto same = [&](uint32_t other) {
+    for (int column = 0; column < static_cast<int>(RapCol::kTexts); ++column)
+      if (rows.Text(other, column) != before.Text(row, column)) return false;
+    return rows.Moment(other) == before.Moment(row);
+  };
+  for (uint32_t other = 0; other < rows.Count(); ++other)
+    if (rows.Moment(other) == before.Moment(row) && same(other)) return other;
+  return std::nullopt;
+}
+
+void ListAnew(ReportEditor& editor, std::shared_ptr<const ReportRows> rows,
+              std::vector<uint32_t> order) {
+  ReportList& list = editor.ListRap;
+  std::optional<uint32_t> chosen;
+  if (list.chosen) chosen = RowLike(*rows, *list.rows, list.order[*list.chosen]);
+  list.rows = std::move(rows);
+  list.order = std::move(order);
+  list.chosen.reset();
+  if (chosen)
+    list.chosen = static_cast<size_t>(std::find(list.order.begin(), list.order.end(), *chosen) -
+                                      list.order.begin());
+  ++list.generation;
+  editor.LblCompteur = std::to_string(list.Count()) + " Fiches";
+  if (editor.listed) editor.listed();
+}
+
+// In the order in which the list stands.
+void ReadBeside(Station& station, ReportEditor& editor) {
+  const auto span = SpanOf(editor);
+  if (!span) return;
+  Reading reading(station, editor, *span);
+  const auto ends = reading.Ends();
+  if (ends == editor.ends) return;
+  auto rows = reading.BetweenTheBounds();
+  if (auto all = reading.AlsoElsewhere()) rows = std::move(all);
+  std::vector<uint32_t> order(rows->Count());
+  std::iota(order.begin(), order.end(), 0);
+  const uint64_t generation = editor.ListRap.generation;
+  const ListSorting sorting = editor.ListRap.sorting;
+  if (sorting.column)
+    order = OrderBy(*rows, order, *sorting.column, [&] { station.platform.loop.Yield(); });
+  if (sorting.down) std::reverse(order.begin(), order.end());
+  // It was sorted otherwise meanwhile: the next look reads again.
+  if (editor.ListRap.generation != generation) return;
+  editor.ends = ends;
+  ListAnew(editor, std::move(rows), std::move(order));
+}
+
 }  // namespace
+
+void Report::TakeOver(Station& station, ReportEditor& editor) {
+  if (!editor.open || editor.reading) return;
+  try {
+    ++editor.readings;
+    editor.readAnew = false;
+    const ReportWork work(editor);
+    const AtWork reading(editor.reading);
+    ReadBeside(station, editor);
+  } catch (const ReadingEnded&) {
+    // By what the operator wants to see now, or by the closing.
+  } catch (const std::exception&) {
+    LogCurrentException(station, "VoirRapport");
+  }
+  if (editor.open && editor.readAnew) VoirRapport(station, editor);
+}
 
 // Readings never stand on each other's stack, however quickly an operator types.
 void Report::ReadSpan(Station& station, ReportEditor& editor) {

@@ -31,6 +31,9 @@ void Form_Unload(ReportEditor& editor);
 // are looked for. Asked for while a reading is at work, by what that one's yields serve, it comes
 // back at once: the one at work begins anew.
 void VoirRapport(Station& station, ReportEditor& editor);
+// Others have stored something: where rows came or went the span is read anew beside the list,
+// which keeps its order and its chosen row; the statistics stay as they were counted. Yields.
+void TakeOver(Station& station, ReportEditor& editor);
 // A day from the calendar.
 void CmdCalend_Click(Station& station, ReportEditor& editor, const LocalDateTime& day);
 void BtnDateFin_Click(Station& station, ReportEditor& editor, const LocalDateTime& day);

@@ -12,6 +12,7 @@
 #include "platform/Folder.h"
 #include "scheduling/GenreSupply.h"
 #include "scheduling/ModelGrids.h"
+#include "scheduling/ModelMerge.h"
 #include "settings/GenreList.h"
 #include "settings/SideFileIo.h"
 #include "station/SideFileText.h"
@@ -103,6 +104,12 @@ void Models::LoadPopUps(Station& station) {
 bool Models::BtnSave_Click(Station& station) {
   ModelEditor& editor = station.modelEditor;
   const auto day = static_cast<int16_t>(editor.JourSemaine);
+  try {
+    if (!MergeShownDay(station)) return false;
+  } catch (const std::exception&) {
+    LogCurrentException(station, "BtnSave");
+    return false;
+  }
   // The grid that is shown, whatever became of the setting since.
   const bool saved = editor.skeleton ? SaveSkeletonGrid(station, day) : SaveModelGrid(station, day);
   if (saved) editor.saved = StoredRows(editor);

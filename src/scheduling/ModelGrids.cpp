@@ -127,6 +127,15 @@ void SaveDay(Station& station, const char* routine, const char* table, const std
   WriteBackup(station, routine, file, lines);
 }
 
+// What cannot be asked for counts as another one at the next saving.
+int64_t ForeignCounterOrNone(Station& station) {
+  try {
+    return station.base.Db().ForeignCounter();
+  } catch (const std::exception&) {
+    return -1;  // the grid's own reading logs it
+  }
+}
+
 size_t DayIndex(int day) {
   if (day < 1 || day > kDaysOfWeek)
     throw RequestError(kErrSubscript, std::to_string(day) + " is no day of the week");
@@ -201,7 +210,9 @@ void SelectWeekday(Station& station, int day) {
   ModelEditor& editor = station.modelEditor;
   LoadModelScreen(station);
   if (editor.Models.RowCount() == 0) EmptyGrids(station);
+  const int64_t counter = ForeignCounterOrNone(station);
   if (!LoadGrid(station, day)) return;
+  editor.counter = counter;
   editor.JourSemaine = day;
   editor.saved = StoredRows(editor);
 }

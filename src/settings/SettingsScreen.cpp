@@ -11,8 +11,10 @@
 #include "settings/SerialInput.h"
 #include "settings/SettingsControls.h"
 #include "settings/SettingsCouplings.h"
+#include "settings/SettingsTexts.h"
 #include "settings/SideFileIo.h"
 #include "settings/SideFiles.h"
+#include "station/RecordMerge.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "station/TimeForms.h"
@@ -228,6 +230,93 @@ void SaveLocalSwitches(Station& station) {
       SaveControl(station, control);
 }
 
+// --- beside what others store ---
+
+std::string FieldText(const SettingsScreen& screen, const SettingsControl& control) {
+  return AsText(StoredValue(screen, control));
+}
+
+std::vector<std::string> FieldTexts(const SettingsScreen& screen) {
+  std::vector<std::string> texts;
+  for (const SettingsControl* control : FieldsToWrite())
+    texts.push_back(FieldText(screen, *control));
+  return texts;
+}
+
+void KeepAsLoaded(SettingsScreen& screen, const SettingsControl& control) {
+  const std::vector<const SettingsControl*> fields = FieldsToWrite();
+  for (size_t field = 0; field < screen.loadedFields.size(); ++field)
+    if (fields[field]->field == control.field)
+      screen.loadedFields[field] = FieldText(screen, control);
+}
+
+struct FieldVersions {
+  std::vector<std::string> loaded, theirs, mine;
+  RecordForms Forms() { return {FieldsOf(loaded), FieldsOf(theirs), FieldsOf(mine)}; }
+
+ private:
+  static RecordFields FieldsOf(std::vector<std::string>& texts) {
+    const std::vector<const SettingsControl*> controls = FieldsToWrite();
+    RecordFields fields;
+    for (size_t field = 0; field < texts.size(); ++field)
+      fields.push_back({controls[field]->name, &texts[field]});
+    return fields;
+  }
+};
+
+// What could not be read when the screen was loaded is nobody's change. Throws StoreError.
+FieldVersions FieldsNow(Station& station) {
+  station.base.CheckCnf();
+  station.base.RequireCnf();
+  SettingsScreen stored;
+  for (const SettingsControl* control : FieldsToWrite())
+    PutStored(stored, *control, station.base.ReadCnfField(control->field));
+  FieldVersions fields{station.settings.loadedFields, FieldTexts(stored),
+                       FieldTexts(station.settings)};
+  fields.loaded.resize(fields.theirs.size());
+  const std::vector<const SettingsControl*> controls = FieldsToWrite();
+  for (size_t field = 0; field < controls.size(); ++field)
+    if (!IsHeld(station, *controls[field])) fields.loaded[field] = fields.theirs[field];
+  return fields;
+}
+
+// Only those that are others than on the screen.
+void PutTexts(Station& station, const std::vector<std::string>& texts) {
+  SettingsScreen& screen = station.settings;
+  const std::vector<const SettingsControl*> controls = FieldsToWrite();
+  for (size_t field = 0; field < controls.size(); ++field) {
+    const SettingsControl& control = *controls[field];
+    if (!IsHeld(station, control) || FieldText(screen, control) == texts[field]) continue;
+    if (const auto* typed = std::get_if<SettingsControl::Typed>(&control.place))
+      screen.** typed = texts[field];
+    else
+      PutNumber(screen, control, ValInt(texts[field]));
+  }
+}
+
+std::string WordOf(Station& station, const char* control) {
+  return SettingsCaption(control, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+}
+
+// False: nothing is to be stored. Throws StoreError.
+bool MergeSettings(Station& station) {
+  SettingsScreen& screen = station.settings;
+  RecordMerge merge;
+  for (;;) {
+    const int64_t counter = station.base.Db().ForeignCounter();
+    if (counter == screen.counter) return true;
+    FieldVersions fields = FieldsNow(station);
+    const auto step = merge.Next(station, fields.Forms(),
+                                 [&](const char* control) { return WordOf(station, control); });
+    if (step == RecordMerge::Step::kLeave) return false;
+    if (step == RecordMerge::Step::kReadAgain) continue;
+    PutTexts(station, fields.mine);
+    screen.loadedFields = std::move(fields.loaded);
+    screen.counter = counter;
+    return true;
+  }
+}
+
 // What the base did not take would go with the screen.
 bool StaysOpen(Station& station) {
   return station.platform.messages.Show("Alerte", kNotStored, Buttons::kYesNo) != Answer::kYes;
@@ -237,6 +326,8 @@ bool StaysOpen(Station& station) {
 
 void SettingsLoad(Station& station, SettingsDevices& devices) {
   station.settings = SettingsScreen{};
+  Guarded(station, "SettingsLoad",
+          [&] { station.settings.counter = station.base.Db().ForeignCounter(); });
   station.settings.Setting = LineSetting(station);
   station.base.CheckCnf();
   ReadFields(station, LoadStep::kBeforeOutputs);
@@ -251,6 +342,7 @@ void SettingsLoad(Station& station, SettingsDevices& devices) {
   station.settings.LangueNames = {"Français", "English", "Português", "Español"};
   ReadFields(station, LoadStep::kBehindFilter);
   Guarded(station, "SettingsLoad", [&] { LoadLocalValues(station); });
+  station.settings.loadedFields = FieldTexts(station.settings);
 }
 
 bool SettingsSave(Station& station) {
@@ -272,8 +364,19 @@ void Settings::MnuParametrage_Click(Station& station, SettingsDevices& devices) 
   station.settings.open = true;
 }
 
+void Settings::TakeOver(Station& station) {
+  SettingsScreen& screen = station.settings;
+  if (!screen.open) return;
+  FieldVersions fields = FieldsNow(station);
+  if (TakeOverFields(fields.Forms())) PutTexts(station, fields.mine);
+  screen.loadedFields = std::move(fields.loaded);
+}
+
 void Settings::Form_Unload(Station& station) {
   if (!station.settings.open) return;
+  bool merged = true;
+  Guarded(station, "SettingsSave", [&] { merged = MergeSettings(station); });
+  if (!merged) return;
   station.settings.open = SettingsSave(station) ? false : StaysOpen(station);
 }
 
@@ -290,6 +393,7 @@ void SaveControl(Station& station, const SettingsControl& control) {
     SetField(station, *row, control);
     row->Update();
     station.base.CheckCnf();
+    KeepAsLoaded(station.settings, control);
     if (control.alsoWritten) control.alsoWritten(station);
   }
 }

@@ -27,8 +27,13 @@ namespace Settings {
 // The menu entry MnuParametrage: nothing while the menus are locked or the screen is open.
 void MnuParametrage_Click(Station& station, SettingsDevices& devices);
 // Saves all; nothing where the screen is closed. Where the row of Cnf could not be stored it asks,
-// and the screen stays open as it is unless the operator wants it closed all the same.
+// and the screen stays open as it is unless the operator wants it closed all the same. A field that
+// somebody else has stored meanwhile stays as he has it where the operator has not changed it; of
+// one that both changed it asks, and the screen stays open where that is not answered.
 void Form_Unload(Station& station);
+// Others have stored something: the fields of the base as they are now, but for what the operator
+// has changed. Throws StoreError.
+void TakeOver(Station& station);
 }  // namespace Settings
 
 // What one control holds, to where it is stored ("Langue.Txt" with the language). Throws StoreError

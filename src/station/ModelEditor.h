@@ -39,6 +39,7 @@ struct ModelEditor {
   ModelGrid clicked = ModelGrid::kNone;  // whose cell was clicked last
 
   std::vector<TextGrid::Row> saved;  // of the day, as it would be stored; from its table
+  int64_t counter = 0;               // ForeignCounter, as of which `saved` is what the base holds
 
   struct GenreCount {
     std::string genre;

@@ -36,6 +36,15 @@ struct StoredListEditor {
     std::string text;
   };
 
+  // The list as it was loaded or stored, with what was taken over since.
+  struct Loaded {
+    std::string label, date, hour;
+    int32_t option = 0;
+    std::string rows;       // of the base, a line each
+    std::string shownRows;  // what PL was then
+    int64_t counter = 0;    // ForeignCounter, as of which this is what the base holds
+  };
+
   bool open = false;
   Combo ComboPLS;  // stored lists; data is the CODE
   std::string LblDate = "JJ/MM/ANNE";
@@ -43,6 +52,7 @@ struct StoredListEditor {
   int32_t LblCodePL = 0;  // 0 for a new list
   int OptPls = 0;         // "ON", "ON-P", "OFF", "OFF-P"
   bool saving = false;
+  Loaded loaded;
 };
 
 // GPubJour on the screen.

@@ -88,6 +88,10 @@ struct SettingsScreen {
   // --- what could be read, and so may be written back. A control that could not be read keeps its
   // place empty, and what is stored stays as it is until the operator gives it a value ---
   std::bitset<Cnf::kFields + 1> fieldHeld;  // by ordinal of Cnf
+  // What the fields that are written were loaded or stored as, in their order, and the
+  // ForeignCounter as of which the base holds that.
+  std::vector<std::string> loadedFields;
+  int64_t counter = 0;
   bool audioHeld = false, timesHeld = false, topageHeld = false, instruHeld = false,
        filtreHeld = false;
 };

@@ -61,8 +61,8 @@ void SqliteTableDefs::SetLastNumber(const TableDef& table, int64_t number) {
 
 void SqliteTableDefs::RequireOwn() const {
   if (connection_.IsReplica())
-    throw StoreError(kErrReadOnly, connection_.Path() +
-                                       " is a replica: its tables are changed on their server");
+    throw StoreError(kErrReadOnly,
+                     connection_.Path() + " is a replica: its tables are changed on their server");
 }
 
 void SqliteTableDefs::Change(const std::string& sql) {

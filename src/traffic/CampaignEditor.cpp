@@ -14,6 +14,7 @@
 #include "station/TextForms.h"
 #include "store/SeekCode.h"
 #include "traffic/CampaignFiles.h"
+#include "traffic/CampaignMerge.h"
 #include "traffic/CampaignMessages.h"
 #include "traffic/DayGridComposition.h"
 
@@ -120,7 +121,11 @@ bool StoreCampaign(Station& station, CampaignEditor& editor, Recordset& row) {
   editor.LblCode = editor.place = row.Text("CODE");
   editor.BtnAjouterEnabled = false;
   editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
-  return WriteFiles(station, editor);
+  const bool written = WriteFiles(station, editor);
+  // What others make of it counts from here on, where the record stays on the screen.
+  editor.counter = station.base.Db().ForeignCounter();
+  editor.gridStamp = CampaignFile(editor.FILENAMEGRILLE).Stamp(station);
+  return written;
 }
 
 // What came to nothing is told where it was asked for; the log has why.
@@ -159,6 +164,29 @@ bool OwnsGridFile(Station& station, int64_t code, const std::string& path) {
   return true;
 }
 
+std::vector<CampaignEditor::OverviewLine> ReadOverview(Station& station) {
+  std::vector<CampaignEditor::OverviewLine> lines;
+  const auto rows = station.base.Db().OpenRecordset("SELECT * FROM GrillePub ORDER BY ANNONCEUR");
+  for (; !rows->Eof(); rows->MoveNext())
+    lines.push_back({rows->Text("ANNONCEUR"),
+                     {rows->Text("CATEGORIE"), rows->Text("CAMPAGNEDEPART"),
+                      rows->Text("CAMPAGNEFIN"), rows->Bool("PUB") ? kSpotKind : "Rubrique",
+                      rows->Text("CODE"), rows->Text("GENREASSOCIE")}});
+  return lines;
+}
+
+// By the head that was clicked last; without one they stay as they were filled.
+void SortOverview(CampaignEditor& editor) {
+  if (!editor.sortedColumn) return;
+  const auto item = static_cast<size_t>(*editor.sortedColumn - 1);
+  const auto key = [item](const CampaignEditor::OverviewLine& line) {
+    return UpperLatin(item < line.subItems.size() ? line.subItems[item] : line.text);
+  };
+  std::stable_sort(editor.PLPub.begin(), editor.PLPub.end(), [&](const auto& a, const auto& b) {
+    return editor.sortedDown ? key(b) < key(a) : key(a) < key(b);
+  });
+}
+
 void FillLists(Station& station, CampaignEditor& editor) {
   LoadSaveCategories(station, "Load", editor.CategorieList);
   LoadSaveGenres(station, "Load", editor.GenreAssocieList);
@@ -189,7 +217,11 @@ void Campaigns::ShowRecord(Station& station, const Recordset& grillePub, Campaig
   try {
     // Without a yield: what the operator does meanwhile would meet the fields of one campaign with
     // the grid of another.
+    const int64_t counter = station.base.Db().ForeignCounter();
     LoadCampaign(station, grillePub, editor, RowYields::kNone);
+    editor.counter = counter;
+    editor.gridStamp = CampaignFile(editor.FILENAMEGRILLE).Stamp(station);
+    editor.gone = false;
     editor.stored = static_cast<const CampaignForm&>(editor);
     editor.place = editor.LblCode;
     editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = true;
@@ -206,6 +238,7 @@ void Campaigns::BtnNew_Click(Station& station, CampaignEditor& editor) {
   editor.BtnNewEnabled = editor.BtnReplacerEnabled = editor.BtnDeleteEnabled = false;
   editor.BtnAjouterEnabled = true;
   LoadSaveMarks(station, "Load", editor);
+  editor.gone = false;
   editor.stored = static_cast<const CampaignForm&>(editor);
 }
 
@@ -237,8 +270,11 @@ bool Campaigns::BtnReplacer_Click(Station& station, CampaignEditor& editor) {
     const int32_t code = ValInt(editor.LblCode);
     if (code < 1) return false;
     const auto row = OpenCampaigns(station);
+    if (!MergeShownCampaign(station, editor)) return false;
     if (!SeekCode(*row, code)) {
       ShowAlert(station, kCannotSave);
+      editor.gone = true;
+      KeepAsNew(editor);
       return false;
     }
     row->Edit();
@@ -305,13 +341,7 @@ void Campaigns::BtnRecherhe_Click(Station& station, CampaignEditor& editor) {
   try {
     editor.PLPub.clear();
     editor.sortedColumn.reset();
-    const auto rows = station.base.Db().OpenRecordset("SELECT * FROM GrillePub ORDER BY ANNONCEUR");
-    for (; !rows->Eof(); rows->MoveNext())
-      editor.PLPub.push_back(
-          {rows->Text("ANNONCEUR"),
-           {rows->Text("CATEGORIE"), rows->Text("CAMPAGNEDEPART"), rows->Text("CAMPAGNEFIN"),
-            rows->Bool("PUB") ? kSpotKind : "Rubrique", rows->Text("CODE"),
-            rows->Text("GENREASSOCIE")}});
+    editor.PLPub = ReadOverview(station);
     editor.PLPubVisible = true;
     editor.BtnNewEnabled = editor.BtnReplacerEnabled = false;
     editor.BtnAjouterEnabled = editor.BtnDeleteEnabled = false;
@@ -321,15 +351,18 @@ void Campaigns::BtnRecherhe_Click(Station& station, CampaignEditor& editor) {
 }
 
 void Campaigns::PLPub_ColumnClick(CampaignEditor& editor, int column) {
-  const auto key = [column](const CampaignEditor::OverviewLine& line) {
-    const auto item = static_cast<size_t>(column - 1);
-    return UpperLatin(item < line.subItems.size() ? line.subItems[item] : line.text);
-  };
   editor.sortedDown = editor.sortedColumn == column && !editor.sortedDown;
   editor.sortedColumn = column;
-  std::stable_sort(editor.PLPub.begin(), editor.PLPub.end(), [&](const auto& a, const auto& b) {
-    return editor.sortedDown ? key(b) < key(a) : key(a) < key(b);
-  });
+  SortOverview(editor);
+}
+
+void Campaigns::TakeOver(Station& station, CampaignEditor& editor) {
+  TakeOverShownCampaign(station, editor);
+  if (editor.PLPubVisible) {
+    editor.PLPub = ReadOverview(station);
+    SortOverview(editor);
+  }
+  if (!editor.gone && !editor.BtnAjouterEnabled) ShowPosition(station, editor);
 }
 
 void Campaigns::PLPub_DblClick(Station& station, CampaignEditor& editor, size_t line) {

@@ -22,7 +22,10 @@ struct CampaignEditor : CampaignForm {
   bool BtnNewEnabled = true;
   bool BtnAjouterEnabled = false, BtnReplacerEnabled = false, BtnDeleteEnabled = false;
   std::string LblInfoPub;  // "3 /12": position in order of passage, records
-  CampaignForm stored;     // as the record was loaded, or begun
+  CampaignForm stored;     // as the record was loaded, or begun, with what was taken over since
+  int64_t counter = 0;     // ForeignCounter, as of which `stored` is what the base holds
+  std::string gridStamp;   // of its grid file then, which no counter of the base tells of
+  bool gone = false;       // the record was deleted elsewhere: BtnAjouter makes a new one of it
   std::string place;  // CODE of the record to which paging went last; a new record leaves it there
 
   std::vector<std::string> CategorieList, ComboPriorityList, GenreAssocieList;  // on offer
@@ -65,6 +68,10 @@ void BtnDebut_Click(Station& station, CampaignEditor& editor);
 void BtnFin_Click(Station& station, CampaignEditor& editor);
 void BtnPlus_Click(Station& station, CampaignEditor& editor);
 void BtnMoins_Click(Station& station, CampaignEditor& editor);
+
+// Others have stored something: the record shown and the overview as they are now, but for what the
+// operator has changed. Throws StoreError, unlike the others.
+void TakeOver(Station& station, CampaignEditor& editor);
 
 // --- overview ---
 void BtnRecherhe_Click(Station& station, CampaignEditor& editor);

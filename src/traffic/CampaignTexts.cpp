@@ -56,6 +56,7 @@ constexpr Word kCampaigns[] = {
     {"TipAdvertiserDay", {"Autres passages de l'annonceur : %1", "The advertiser's other spots: %1", "Outras passagens do anunciante: %1", "Otros pases del anunciante: %1"}},
     {"GridDamaged", {"Le fichier de grille ne convient pas à la campagne", "The grid file does not fit the campaign", "O ficheiro da tabela não corresponde à campanha", "El fichero de la tabla no se ajusta a la campaña"}},
     {"EndsBefore", {"Le dernier jour est avant le premier", "The last day lies before the first", "O último dia é anterior ao primeiro", "El último día es anterior al primero"}},
+    {"Gone", {"Supprimée ailleurs : Ajouter en fait une nouvelle", "Deleted elsewhere: Add makes a new one", "Eliminada noutro lugar: Adicionar faz uma nova", "Eliminada en otro lugar: Añadir hace una nueva"}},
     {"NotSaved", {"Modifications non sauvegardées", "Changes not saved", "Alterações por guardar", "Cambios sin guardar"}},
     {"DateMissing", {"%1… : choisissez la date", "%1…: choose the date", "%1…: escolha a data", "%1…: elija la fecha"}},
     {"TooLong", {"%1 : %2 caractères au plus", "%1: %2 characters at most", "%1: %2 caracteres no máximo", "%1: %2 caracteres como máximo"}},

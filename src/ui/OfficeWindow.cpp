@@ -14,7 +14,9 @@ namespace zemo {
 
 OfficeWindow::OfficeWindow(Station& station, const char* name, const char* routine,
                            const WindowTexts& texts)
-    : Window(station, name, texts), routine_(routine) {
+    : Window(station, name, texts),
+      routine_(routine),
+      follower_(station, *this, [this] { return IsOpen() && !barred_ && TakeOver(); }) {
   connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
           [this] { close(); });
 }

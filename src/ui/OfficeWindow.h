@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "ui/BaseFollower.h"
 #include "ui/Window.h"
 
 namespace zemo {
@@ -34,6 +35,9 @@ class OfficeWindow : public Window {
   void ShowSelf();  // in front of the others, if it is open; with its frame within the screen
 
   virtual void ShowAll() = 0;  // what its editor holds
+  // Others have stored something, and no routine works: what is shown is read again, but for what
+  // the operator has changed, and shown. False: not now; it is asked again soon.
+  virtual bool TakeOver() { return true; }
   // Not while a routine works, in whose yield the moment may have come.
   bool MayLeave() override;
   void closeEvent(QCloseEvent* event) override;
@@ -43,6 +47,7 @@ class OfficeWindow : public Window {
   void Bar(bool working);
 
   const char* routine_;
+  BaseFollower follower_;
   bool barred_ = false;  // a routine works
   bool closes_ = false;  // at its end
 };

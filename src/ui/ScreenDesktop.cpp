@@ -130,7 +130,10 @@ QMessageBox::StandardButtons ButtonsOf(Buttons buttons) {
     case Buttons::kYesCancel:
       return QMessageBox::Yes | QMessageBox::Cancel;
     case Buttons::kYesNoCancel:
+    case Buttons::kMineTheirs:
       return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case Buttons::kMineTheirsLook:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Ok | QMessageBox::Cancel;
     case Buttons::kOk:
       break;
   }
@@ -152,6 +155,8 @@ QMessageBox::Icon IconOf(Icon icon) {
 struct ButtonWord {
   QMessageBox::StandardButton button;
   const char* word;
+  const char* whose;  // of a record that two people changed
+  const char* name;   // the control's, then
 };
 constexpr int kReadMs =
     500;  // a box that has just come is not closed by a Return for something else
@@ -188,10 +193,14 @@ void MoveAside(QMessageBox& box, const QWidget* window) {
   box.move(Within({place, size}, {screen}).topLeft());
 }
 
-constexpr ButtonWord kButtonWords[] = {{QMessageBox::Ok, "Ok"},
-                                       {QMessageBox::Cancel, "Cancel"},
-                                       {QMessageBox::Yes, "Yes"},
-                                       {QMessageBox::No, "No"}};
+constexpr ButtonWord kButtonWords[] = {{QMessageBox::Ok, "Ok", "Look", "BtnVoir"},
+                                       {QMessageBox::Cancel, "Cancel", "Cancel", "BtnRevenir"},
+                                       {QMessageBox::Yes, "Yes", "KeepMine", "BtnGarder"},
+                                       {QMessageBox::No, "No", "TakeTheirs", "BtnPrendre"}};
+
+bool AsksWhose(Buttons buttons) {
+  return buttons == Buttons::kMineTheirsLook || buttons == Buttons::kMineTheirs;
+}
 
 }  // namespace
 
@@ -256,9 +265,11 @@ QMessageBox* ScreenMessageBoxes::Make(const std::string& title, const std::strin
   box->setStandardButtons(ButtonsOf(buttons));
   box->setIcon(IconOf(icon));
   const Translation texts(SharedTexts(), langue);
-  for (const auto& [button, word] : kButtonWords)
-    if (QAbstractButton* made = box->button(button)) {
-      made->setText(texts.Word(word));
+  const bool whose = AsksWhose(buttons);
+  for (const ButtonWord& word : kButtonWords)
+    if (QAbstractButton* made = box->button(word.button)) {
+      made->setText(texts.Word(whose ? word.whose : word.word));
+      if (whose) made->setObjectName(QString::fromLatin1(word.name));
       made->setIcon({});  // a desktop's own
     }
   return box;

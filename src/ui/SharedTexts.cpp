@@ -14,6 +14,9 @@ constexpr Word kWords[] = {
     {"Cancel", {"Annuler", "Cancel", "Cancelar", "Cancelar"}},
     {"Yes", {"Oui", "Yes", "Sim", "Sí"}},
     {"No", {"Non", "No", "Não", "No"}},
+    {"KeepMine", {"Garder les miens", "Keep mine", "Manter os meus", "Conservar los míos"}},
+    {"TakeTheirs", {"Prendre les autres", "Take theirs", "Usar os do outro", "Tomar los del otro"}},
+    {"Look", {"Voir les champs", "Look", "Ver os campos", "Ver los campos"}},
     {"DayLetters", {"LMMJVSD", "MTWTFSS", "STQQSSD", "LMXJVSD"}},
 };
 // clang-format on

@@ -144,6 +144,7 @@ void VoiceTracks::Open(Station& station, VoiceTrackEditor& editor, int row) {
     editor.madeFor = NeighboursOf(before, after);
     if (isTrack) editor.rowKey = chosen->key;
     if (!isTrack || !TakeRecord(station, editor, chosen->voiceTrack)) AddRecord(station, editor);
+    editor.counter = station.base.Db().ForeignCounter();
     TakeTrackFile(station, editor);
     editor.stored = StateOf(editor);
     editor.open = true;

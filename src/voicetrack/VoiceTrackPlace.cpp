@@ -1,4 +1,6 @@
 // Where the track stands: in the element before, and in the list.
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "library/LibraryHandler.h"
@@ -6,11 +8,13 @@
 #include "library/TrackNeighboursTable.h"
 #include "station/ListUndo.h"
 #include "station/PlanTimes.h"
+#include "station/RecordMerge.h"
 #include "station/Station.h"
 #include "station/TextForms.h"
 #include "store/StoreError.h"
 #include "voicetrack/VoiceTrackParts.h"
 #include "voicetrack/VoiceTrackScreen.h"
+#include "voicetrack/VoiceTrackTexts.h"
 
 namespace zemo {
 
@@ -28,6 +32,50 @@ TrackPlace PlaceInList(const Station& station, const VoiceTrackEditor& editor) {
   if (const int own = station.PL.RowOfKey(editor.rowKey); own > 0) return {own, true};
   const int before = station.PL.RowOfKey(editor.beforeKey);
   return {before > 0 ? before + 1 : 0, false};
+}
+
+RecordFields FieldsOf(TrackState& state) {
+  return {{"For.FileVoiceTrack", &state.file},
+          {"For.LblPositionVT", &state.positionMs},
+          {"For.PointSortie", &state.exitMs},
+          {"CheckCut.1", &state.cut}};
+}
+
+std::string WordOf(Station& station, const char* control) {
+  const char* word =
+      FindWord(VoiceTrackCaptions(), control, static_cast<int>(station.base.CnfInt(Cnf::kLangue)));
+  return word ? word : control;
+}
+
+// What others have made of the record; none where it is gone, and is made anew.
+std::optional<TrackState> ReadState(Station& station, const VoiceTrackEditor& editor) {
+  const auto vt =
+      station.base.Db().OpenRecordset("SELECT * FROM VT WHERE CODE = ?", {editor.LblCodeVT});
+  if (vt->Eof()) return std::nullopt;
+  return TrackState{Trim(vt->Text("FILENAME")), static_cast<int32_t>(vt->Int("START")),
+                    static_cast<int32_t>(vt->Int("POINTSORTIE")), vt->Bool("CUT"), 0};
+}
+
+// The screen's fields become what is to be stored, asked for where both changed one. False: nothing
+// is to be stored. Where nobody else has stored anything it looks no further.
+bool MergeRecord(Station& station, VoiceTrackEditor& editor) {
+  RecordMerge merge;
+  for (;;) {
+    if (station.base.Db().ForeignCounter() == editor.counter) return true;
+    auto theirs = ReadState(station, editor);
+    if (!theirs) return true;
+    TrackState mine = VoiceTracks::StateOf(editor);
+    const auto step =
+        merge.Next(station, {FieldsOf(editor.stored), FieldsOf(*theirs), FieldsOf(mine)},
+                   [&](const char* control) { return WordOf(station, control); });
+    if (step == RecordMerge::Step::kLeave) return false;
+    if (step == RecordMerge::Step::kReadAgain) continue;
+    editor.FileVoiceTrack = mine.file;
+    editor.LblPositionVT = mine.positionMs;
+    editor.CheckCut = mine.cut;
+    VoiceTracks::PointSortie_Change(editor, mine.exitMs);
+    return true;
+  }
 }
 
 void WriteRecord(Station& station, const VoiceTrackEditor& editor) {
@@ -103,11 +151,13 @@ void VoiceTracks::BtnSave_Click(Station& station, VoiceTrackEditor& editor) {
     if (Trim(editor.FileVoiceTrack).empty()) return;
     const TrackPlace place = PlaceInList(station, editor);
     if (place.row == 0) return Tell(station, kNoPlace);
+    if (!MergeRecord(station, editor)) return;
     ReadTrackLength(station, editor);
     WriteRecord(station, editor);
     WriteRow(station, editor, place);
     KeepNeighbours(station, editor);
     editor.stored = StateOf(editor);
+    editor.counter = station.base.Db().ForeignCounter();
   });
 }
 

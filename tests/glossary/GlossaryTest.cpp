@@ -2,6 +2,9 @@
 // line, and nothing else. What is missing on either side is told by its name.
 #include <gtest/gtest.h>
 
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -26,6 +29,7 @@
 #include "traffic/screens/AffidavitWindow.h"
 #include "traffic/screens/CampaignWindow.h"
 #include "ui/CalendarWindow.h"
+#include "ui/ScreenDesktop.h"
 #include "voicetrack/screens/VoiceTrackWindow.h"
 
 namespace zemo::test {
@@ -214,6 +218,23 @@ TEST(Glossary, ControlsAreFoundInAHeader) {
       "  uint32_t Led[4] = {kOff};\n"
       "};\n";
   EXPECT_EQ(ControlsIn(header, "Form"), (Names{"LblCode", "Other", "Grid", "Combo", "Btn", "Led"}));
+}
+
+TEST(Glossary, TellsTheButtonsOfTheBoxThatAsksWhoseFieldsARecordKeeps) {
+  QWidget window;
+  window.show();
+  ScreenMessageBoxes boxes;
+  boxes.SetWindow(&window, [] { return true; });
+  Names present;
+  QTimer::singleShot(0, [&] {
+    auto* box = window.findChild<QMessageBox*>("Alerte");
+    ASSERT_TRUE(box);
+    for (const auto* button : box->findChildren<QPushButton*>())
+      present.insert(button->objectName().toStdString());
+    box->reject();
+  });
+  boxes.Show("Alerte", "whose?", Buttons::kMineTheirsLook);
+  ExpectSame("Boxes", Glossary()["Boxes"], present);
 }
 
 }  // namespace

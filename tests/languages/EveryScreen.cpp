@@ -36,6 +36,7 @@
 #include "settings/SettingsTexts.h"
 #include "settings/screens/SettingsWindow.h"
 #include "station/OperatorWords.h"
+#include "station/RecordMerge.h"
 #include "support/ReadAtOnce.h"
 #include "traffic/CampaignGrid.h"
 #include "traffic/CampaignMessages.h"
@@ -507,15 +508,17 @@ void EveryScreen::WalkBoxes() {
   QWidget window;
   window.setStyleSheet(Theme::StyleSheet(1, true));
   window.show();
-  std::vector<std::string> told = {NoSoundFileText(on_.station),
-                                   NoCampaignText(on_.station),
-                                   WrongMarkText(on_.station, {Ours("99"), true}),
-                                   WrongMarkText(on_.station, {Ours("99"), false}),
-                                   MemoText(on_.station),
-                                   LibraryText::FilesPicked(on_.station, 2),
-                                   LibraryText::ShortFilesPicked(2),
-                                   LibraryText::ConfirmDeleteSelection(on_.station),
-                                   LibraryText::ConfirmOverwrite(on_.station)};
+  std::vector<std::string> told = {
+      NoSoundFileText(on_.station),
+      NoCampaignText(on_.station),
+      WrongMarkText(on_.station, {Ours("99"), true}),
+      WrongMarkText(on_.station, {Ours("99"), false}),
+      MemoText(on_.station),
+      LibraryText::FilesPicked(on_.station, 2),
+      LibraryText::ShortFilesPicked(2),
+      LibraryText::ConfirmDeleteSelection(on_.station),
+      RecordClashText(on_.station),
+      RecordClashLine(on_.station, Ours("field"), Ours("theirs"), Ours("mine"))};
   for (const RoutineText& row : RoutineTexts())
     told.push_back(WithPlace(row.routine, Ours("place")));
   for (const std::string& text : told) LookAtBox(text);
@@ -523,7 +526,8 @@ void EveryScreen::WalkBoxes() {
   asking.SetLanguage([this] { return langue_; });
   asking.SetWindow(&window, [] { return true; });
   for (const Buttons buttons :
-       {Buttons::kYesNo, Buttons::kOkCancel, Buttons::kYesCancel, Buttons::kYesNoCancel})
+       {Buttons::kYesNo, Buttons::kOkCancel, Buttons::kYesCancel, Buttons::kYesNoCancel,
+        Buttons::kMineTheirsLook, Buttons::kMineTheirs})
     LookAtModal("question " + std::to_string(static_cast<int>(buttons)),
                 [&] { asking.Show("Alerte", Ours("text"), buttons); });
   PrintIntoPdf(&window, empty_.Path() + "/none/x.pdf", {"a line"}, "Courier", 10, langue_);

@@ -26,6 +26,7 @@
 #include "engine/OverlayButton.h"
 #include "engine/ScreenSaver.h"
 #include "engine/Startup.h"
+#include "engine/StoredListMerge.h"
 #include "engine/StoredPlaylists.h"
 #include "engine/screens/BottomStrip.h"
 #include "engine/screens/ControlBar.h"
@@ -66,7 +67,8 @@ constexpr int kPrintPoints = 10;
 
 OnAirWindow::OnAirWindow(Station& station, ScreenSources sources)
     : Window(station, "FrmZemo", OnAirWindowTexts(), PlaceOfWindow::kGiven),
-      sources_(std::move(sources)) {
+      sources_(std::move(sources)),
+      follower_(station, *this, [this] { return TakeOver(); }) {
   sources_.questions = WithSystemDialogues(std::move(sources_.questions), Texts().Langue());
   setMinimumSize(800, 600 - 40);  // a full screen of the smallest size, less what a panel takes
   MakeParts();
@@ -422,6 +424,14 @@ void OnAirWindow::OpenVoiceTrack() {
 
 void OnAirWindow::SyncList() {
   model_->Sync(station_.PL, planShiftMs_);
+}
+
+bool OnAirWindow::TakeOver() {
+  if (!station_.storedList.open) return true;
+  if (station_.storedList.saving) return false;
+  if (!OnAir::TakeOverLists(station_)) Tell(Texts().Word("ListGone"));
+  stored_->Refresh();
+  return true;
 }
 
 void OnAirWindow::Tell(const QString& text) {

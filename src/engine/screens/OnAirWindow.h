@@ -9,6 +9,7 @@
 
 #include "engine/HealthLine.h"
 #include "engine/screens/ScreenSources.h"
+#include "ui/BaseFollower.h"
 #include "ui/Window.h"
 
 class QLabel;
@@ -81,6 +82,7 @@ class OnAirWindow : public Window {
   void PrintList();
   void ShowShortcuts();
   void RefreshFrames(const MainScreen& screen);
+  bool TakeOver();  // what others stored
   void RefreshSaver();
   void RefreshSkeleton();
   void ShowLater();
@@ -109,6 +111,7 @@ class OnAirWindow : public Window {
   QPointer<SkeletonWindow> skeleton_;
   std::unique_ptr<SaverWindow> saver_;
   QTimer draw_, observe_;
+  BaseFollower follower_;
 };
 
 }  // namespace zemo

@@ -19,17 +19,19 @@ CardState::CardState(const LibraryEditor& editor, const Translation& texts, QWid
 }
 
 void CardState::ShowState() {
-  const bool changed = Library::IsChanged(editor_);
+  const bool changed = editor_.gone || Library::IsChanged(editor_);
   if (property(kMark).toBool() != changed) {
     setProperty(kMark, changed);
     style()->unpolish(this);
     style()->polish(this);
   }
   setText(Told());
+  setToolTip(editor_.gone ? texts_.Word("Gone.Tip") : QString());
 }
 
 QString CardState::Told() const {
   const auto number = [](int32_t of) { return QString::number(of); };
+  if (editor_.gone) return texts_.Word("Gone", number(editor_.Code()));
   if (Library::IsChanged(editor_))
     return editor_.Code() > 0 ? texts_.Word("Changed", number(editor_.Code()))
                               : texts_.Word("NotStored");

@@ -1,5 +1,5 @@
-// What became of the card shown, beside the tabs: that it was changed and is not stored, or what
-// the last order stored.
+// What became of the card shown, beside the tabs: that it was changed and is not stored, that
+// somebody else deleted it, or what the last order stored.
 #pragma once
 
 #include <QLabel>

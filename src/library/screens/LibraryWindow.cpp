@@ -263,6 +263,32 @@ void LibraryWindow::ShowImported(LibraryTab kind) {
   ShowAll();
 }
 
+// --- what others stored ---
+
+// A list that is being read is read to its end first: a base into which others write all the time
+// would never have one.
+bool LibraryWindow::TakeOver() {
+  if (musicList_.AtWork()) return false;
+  fresh_.fill(false);
+  Library::TakeOver(station_, editor_);
+  RefillSmallList();
+  ShowAll();
+  return true;
+}
+
+// Few rows are read at once: no control is barred below the operator's hand.
+void LibraryWindow::RefillSmallList() {
+  CardList* list = ListOfTab();
+  if (!list || editor_.TabStrip1 == LibraryTab::kMusic || (!wide_ && !list->visible)) return;
+  const bool seen = list->visible;
+  fresh_[editor_.Tab()] = true;
+  if (editor_.TabStrip1 == LibraryTab::kJingles)
+    Library::BtnRechJingles_Click(station_, editor_);
+  else
+    Library::BtnFindAutre_Click(station_, editor_);
+  list->visible = seen;
+}
+
 // --- the lists ---
 
 CardList* LibraryWindow::ListOfTab() {

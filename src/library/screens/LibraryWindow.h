@@ -85,12 +85,14 @@ class LibraryWindow : public OfficeWindow {
   void DeleteCards();
 
   void ShowAll() override;
+  bool TakeOver() override;
   void ShowMenus();
   void ShowNavigation();
   void ShowLists();
   void ShowMarkers();
   void FillList();
   void FillListOfMusic();
+  void RefillSmallList();
   CardList* ListOfTab();
   void ShowCardInPlaceOfList();
   void ChooseRows(size_t tab, const std::vector<size_t>& rows);

@@ -74,7 +74,7 @@ TEST_F(SelectedMusic, WritesTheirExchangeFilesAsTheyAreStored) {
   }
 }
 
-// Nor does the card shown ask at the next Replacer whether to overwrite it.
+// Nor does the card shown ask at the next Replacer whose fields to keep.
 TEST_F(SelectedMusic, LeavesPlaysSinceTheLoadingAlone) {
   on.Sql("UPDATE Discotheque SET LASTDIFF = 46000, DIFFUSION01 = '09/12/2025 à 00:00'");
   editor.music.ChGenre = "POP";

@@ -16,7 +16,10 @@ bool Fits(Buttons buttons, Answer answer) {
     case Buttons::kYesCancel:
       return answer == Answer::kYes || answer == Answer::kCancel;
     case Buttons::kYesNoCancel:
+    case Buttons::kMineTheirs:
       return answer != Answer::kOk;
+    case Buttons::kMineTheirsLook:
+      return true;
   }
   return false;
 }
@@ -34,6 +37,10 @@ const char* ButtonsWord(Buttons buttons) {
       return "yescancel";
     case Buttons::kYesNoCancel:
       return "yesnocancel";
+    case Buttons::kMineTheirsLook:
+      return "minetheirslook";
+    case Buttons::kMineTheirs:
+      return "minetheirs";
   }
   return "ok";
 }

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QResizeEvent>
+#include <QScrollBar>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -314,14 +315,41 @@ void ReportWindow::ShowAll() {
   if (isVisible() && editor_.open && bar_->Typed() != taken) TakeFilters();
 }
 
+// The reading yields: it begins outside of the look for it.
+bool ReportWindow::TakeOver() {
+  if (editor_.reading || editor_.working > 0) return false;
+  QTimer::singleShot(0, this, [this] {
+    WhenFree([this] {
+      if (!IsOpen() || Barred()) return;
+      const std::shared_ptr<const ReportRows> before = editor_.ListRap.rows;
+      const int place = ListRap->verticalScrollBar()->value();
+      Report::TakeOver(station_, editor_);
+      if (editor_.ListRap.rows == before) return;
+      ShowAll();
+      ListRap->verticalScrollBar()->setValue(place);
+    });
+  });
+  return true;
+}
+
 // The row that was chosen stays so in another order of the same rows.
 void ReportWindow::ShowLists() {
   const ReportList& list = editor_.ListRap;
   if (chosenOf_ != list.rows) chosen_.reset();
   ListRap->ShowRows(list.generation, list.sorting);
   ListStat->ShowRows(editor_.ListStat.generation, editor_.ListStat.sorting);
-  if (!list.chosen) SelectChosen();
+  if (!list.chosen)
+    SelectChosen();
+  else if (!chosen_)
+    TakeChosen();
   pictures_->Follow(chosen_);
+}
+
+// Of the same row among others.
+void ReportWindow::TakeChosen() {
+  const size_t line = *editor_.ListRap.chosen;
+  ListRap->Select(line);
+  Choose(editor_.ListRap.order[line]);
 }
 
 void ReportWindow::Choose(uint32_t row) {

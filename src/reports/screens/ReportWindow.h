@@ -47,6 +47,7 @@ class ReportWindow : public OfficeWindow {
  protected:
   void ArrangeParts(double unit) override;
   void ShowAll() override;
+  bool TakeOver() override;
   void Left() override;
   void resizeEvent(QResizeEvent* event) override;
 
@@ -65,6 +66,7 @@ class ReportWindow : public OfficeWindow {
   void ShowLists();
   void Choose(uint32_t row);
   void SelectChosen();
+  void TakeChosen();
 
   // An order after which rows are read, beside which the window stays free.
   void Read(std::function<void()> order);

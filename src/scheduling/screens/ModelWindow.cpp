@@ -11,6 +11,7 @@
 #include "scheduling/GenreSupply.h"
 #include "scheduling/ModelEditor.h"
 #include "scheduling/ModelGrids.h"
+#include "scheduling/ModelMerge.h"
 #include "scheduling/ModelScreen.h"
 #include "scheduling/ModelTexts.h"
 #include "scheduling/screens/BarTable.h"
@@ -335,6 +336,12 @@ void ModelWindow::ShowAll() {
   for (ModelGridView* view : {Models_, ModelSquelette, GVariete}) view->ShowGrid();
   ShowStats();
   supply_->ShowHour(editor, SelectedHour());
+}
+
+bool ModelWindow::TakeOver() {
+  Models::TakeOver(station_);
+  ShowAll();
+  return true;
 }
 
 void ModelWindow::ShowStats() {

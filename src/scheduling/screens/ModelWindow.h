@@ -47,6 +47,7 @@ class ModelWindow : public OfficeWindow {
  protected:
   void ArrangeParts(double unit) override;
   void ShowAll() override;
+  bool TakeOver() override;
   bool MayLeave() override;
   void Left() override;
 

@@ -24,6 +24,7 @@ namespace zemo {
 
 namespace {
 
+constexpr const char* kShownText = "shownText";  // of a spinner; another one is half typed
 constexpr int kTimeStepMs = 100, kTimePageMs = 1000, kSlidersPages = 20;
 
 const std::vector<std::string>& EntriesOf(const SettingsScreen& screen,
@@ -152,9 +153,12 @@ QWidget* SettingsWindow::SpinnerFor(const SettingsControl& control) {
   connect(spinner, &QSpinBox::valueChanged, this,
           [this, &control](int number) { Give(control, std::to_string(number)); });
   Follow([this, spinner, &control] {
+    const bool typed = spinner->text() != spinner->property(kShownText).toString();
+    if (takingOver_ && spinner->hasFocus() && typed) return;
     const QSignalBlocker silent(spinner);
     const auto number = static_cast<int>(ControlNumber(Screen(), control));
     if (spinner->value() != number) spinner->setValue(number);
+    spinner->setProperty(kShownText, spinner->text());
   });
   return spinner;
 }
@@ -174,7 +178,7 @@ QWidget* SettingsWindow::BoxFor(const SettingsControl& control) {
     });
   Follow([this, box, &control] {
     const QString text = ShownText(ControlText(Screen(), control));
-    if (box->text() == text) return;
+    if (box->text() == text || (takingOver_ && box->hasFocus() && box->isModified())) return;
     box->setText(text);
     if (!box->hasFocus()) box->setCursorPosition(0);  // the begin of a long path shows
   });

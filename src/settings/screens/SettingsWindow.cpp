@@ -230,6 +230,14 @@ void SettingsWindow::ShowAll() {
   ShowWaiting();
 }
 
+bool SettingsWindow::TakeOver() {
+  Settings::TakeOver(station_);
+  takingOver_ = true;
+  ShowAll();
+  takingOver_ = false;
+  return true;
+}
+
 // A note that says why a value was not taken stays until the next value.
 void SettingsWindow::ShowWaiting() {
   const QString words = Word("LblNextStart").trimmed();

@@ -48,6 +48,7 @@ class SettingsWindow : public OfficeWindow {
  protected:
   void ArrangeParts(double unit) override;
   void ShowAll() override;
+  bool TakeOver() override;
   void Left() override;
 
  private:
@@ -117,6 +118,7 @@ class SettingsWindow : public OfficeWindow {
 
   SettingsSources sources_;
   OutputTrial trial_;
+  bool takingOver_ = false;                       // what is being typed stays
   int airOutput_ = -1;                            // that the air has, by its entry of PlayCombo
   std::map<std::string, std::string> atOpening_;  // of what waits for the next start
   std::vector<std::function<void()>> show_;

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -93,6 +94,23 @@ void CampaignOverview::ShowRows() {
     horizontalHeader()->setSortIndicator(
         *editor_.sortedColumn, editor_.sortedDown ? Qt::DescendingOrder : Qt::AscendingOrder);
   if (model_->rowCount() > 0) setCurrentIndex(model_->index(0, 0));
+}
+
+std::string CampaignOverview::ChosenCode() const {
+  const auto line = static_cast<size_t>(currentIndex().row());
+  return currentIndex().isValid() && line < editor_.PLPub.size() ? editor_.PLPub[line].subItems[4]
+                                                                 : std::string();
+}
+
+void CampaignOverview::ShowRowsAnew(const std::string& chosen) {
+  const int place = verticalScrollBar()->value();
+  const int row = currentIndex().row();
+  model_->Renew();
+  int line = std::clamp(row, 0, std::max(0, model_->rowCount() - 1));
+  for (size_t at = 0; at < editor_.PLPub.size(); ++at)
+    if (editor_.PLPub[at].subItems[4] == chosen) line = static_cast<int>(at);
+  if (model_->rowCount() > 0) setCurrentIndex(model_->index(line, 0));
+  verticalScrollBar()->setValue(place);
 }
 
 void CampaignOverview::ArrangeColumns() {

@@ -4,6 +4,7 @@
 #include <QAbstractTableModel>
 #include <QTableView>
 #include <functional>
+#include <string>
 
 #include "traffic/CampaignEditor.h"
 #include "ui/Translation.h"
@@ -39,6 +40,10 @@ class CampaignOverview : public QTableView {
 
   void Arrange(double unit);
   void ShowRows();
+  std::string ChosenCode() const;  // of the line chosen; empty for none
+  // The rows as they are now, on the line of that code, or where it stood; none moves below the
+  // hand.
+  void ShowRowsAnew(const std::string& chosen);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -269,8 +269,21 @@ void CampaignWindow::ShowAll() {
   LblTotalMsg->setText(ShownText(editor_.LblTotalMsg));
   LblTotalJours->setText(ShownText(editor_.LblTotalJours));
   ShowOverview();
-  if (!std::exchange(isNew_, editor_.BtnAjouterEnabled) && isNew_) page_->BeginEntry();
+  if (!std::exchange(isNew_, editor_.BtnAjouterEnabled && !editor_.gone) && isNew_)
+    page_->BeginEntry();
   GPub->ShowGrid();
+}
+
+// What the breaks hold is counted anew once it was counted to its end.
+bool CampaignWindow::TakeOver() {
+  if (reading_.AtWork()) return false;
+  const std::string chosen = PLPub->ChosenCode();
+  Campaigns::TakeOver(station_, editor_);
+  if (editor_.PLPubVisible) PLPub->ShowRowsAnew(chosen);
+  loads_.Begin(station_, editor_);
+  reading_.Begin();
+  ShowAll();
+  return true;
 }
 
 // What follows the fields: a word about them, and what the others have in their days.
@@ -294,7 +307,9 @@ void CampaignWindow::ShowNote() {
   const auto hindrance =
       Campaigns::TakesMarks(editor_) ? Campaigns::FindHindrance(editor_) : std::nullopt;
   QString note;
-  if (hindrance) {
+  if (editor_.gone) {
+    note = Texts().Word("Gone");
+  } else if (hindrance) {
     const QString field = Texts().Word(std::string("For.") + hindrance->control);
     note = hindrance->most == 0
                ? Texts().Word("DateMissing", field)

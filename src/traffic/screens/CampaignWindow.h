@@ -42,6 +42,7 @@ class CampaignWindow : public OfficeWindow {
  protected:
   void ArrangeParts(double unit) override;
   void ShowAll() override;
+  bool TakeOver() override;
   void Left() override;
 
  private:

@@ -28,11 +28,16 @@ class DeskWindow : public OfficeWindow {
   using OfficeWindow::Work;
   QPushButton* button;
   bool open = true;
-  int shown = 0, left = 0;
+  int shown = 0, left = 0, taken = 0;
+  bool takes = true;  // over what others stored
 
  protected:
   void ArrangeParts(double) override {}
   void ShowAll() override { ++shown; }
+  bool TakeOver() override {
+    ++taken;
+    return takes;
+  }
   void Left() override {
     ++left;
     open = false;
@@ -106,6 +111,49 @@ TEST_F(AnOfficeWindow, IsClosedByItsKey) {
   QTest::keyClick(window.button, Qt::Key_W, Qt::ControlModifier);
   EXPECT_TRUE(QTest::qWaitFor([&] { return window.left == 1; }));
   EXPECT_FALSE(window.isVisible());
+}
+
+// A window that never can take over is asked at each look, and so counts the looks of all.
+struct CountedLooks {
+  explicit CountedLooks(TestStation& on) : window(on.station) {
+    window.takes = false;
+    on.Sql("UPDATE Cnf SET FadeOut = 700");
+  }
+  void Pass(int looks) {
+    const int end = window.taken + looks;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.taken >= end; }));
+  }
+  DeskWindow window;
+};
+
+TEST_F(AnOfficeWindow, TakesOverWhatOthersStoredOnceAndAgainWhereItCouldNot) {
+  CountedLooks looks(on);
+  DeskWindow window(on.station);
+  on.station.base.Db().Execute("UPDATE Cnf SET FadeOut = 701");  // its own program
+  looks.Pass(3);
+  EXPECT_EQ(window.taken, 0);
+  window.takes = false;
+  on.Sql("UPDATE Cnf SET FadeOut = 702");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window.taken == 2; }));
+  window.takes = true;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window.taken == 3; }));
+  looks.Pass(3);
+  EXPECT_EQ(window.taken, 3);
+}
+
+TEST_F(AnOfficeWindow, TakesNothingOverBelowARoutineOrWhileItIsHidden) {
+  CountedLooks looks(on);
+  DeskWindow window(on.station);
+  window.Work([&] {
+    on.Sql("UPDATE Cnf SET FadeOut = 701");
+    looks.Pass(3);
+    EXPECT_EQ(window.taken, 0);
+    window.hide();
+  });
+  looks.Pass(3);
+  EXPECT_EQ(window.taken, 0);
+  window.show();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window.taken == 1; }));
 }
 
 TEST_F(AnOfficeWindow, LogsAFaultUnderItsRoutinesNameAndGoesOn) {

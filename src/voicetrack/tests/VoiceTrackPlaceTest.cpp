@@ -88,6 +88,31 @@ TEST_F(VoiceTrackPlace, SavedASecondTimeTheTrackRewritesItsOwnRow) {
   EXPECT_EQ(on.SqlText("SELECT POINTSORTIE FROM VT WHERE CODE = 1"), "500");
 }
 
+TEST_F(VoiceTrackPlace, WhatSomebodyElseStoredOfItStaysBesideWhatWasChangedHere) {
+  Load(8000);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  on.Sql("UPDATE VT SET POINTSORTIE = 700");
+  VoiceTracks::LblPositionVT_Change(editor, 1234);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  EXPECT_EQ(on.SqlText("SELECT POINTSORTIE FROM VT"), "700");
+  EXPECT_EQ(on.SqlText("SELECT START FROM VT"), "1234");
+  EXPECT_EQ(editor.LblPS, "0.7");
+  EXPECT_TRUE(on.Events("message").empty());
+}
+
+TEST_F(VoiceTrackPlace, APlaceThatSomebodyElseChangedTooIsAskedFor) {
+  Load(8000);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  on.Sql("UPDATE VT SET START = 700");
+  VoiceTracks::LblPositionVT_Change(editor, 1234);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  EXPECT_EQ(on.SqlText("SELECT START FROM VT"), "700");
+  EXPECT_TRUE(VoiceTracks::IsUnsaved(editor));
+  on.messages.AnswerNext(Answer::kYes);
+  VoiceTracks::BtnSave_Click(on.station, editor);
+  EXPECT_EQ(on.SqlText("SELECT START FROM VT"), "1234");
+}
+
 TEST_F(VoiceTrackPlace, OpenedOnItsRowATrackIsAsItWasSaved) {
   const std::string file = Load(8000);
   VoiceTracks::CheckCut_Click(editor, true);

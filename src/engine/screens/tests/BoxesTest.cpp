@@ -68,6 +68,31 @@ TEST_F(Screen, AQuestionOfRiskHasAStopIcon) {
   EXPECT_EQ(boxes.Show("Alerte", "sure?", Buttons::kOkCancel, Icon::kStop), Answer::kCancel);
 }
 
+TEST_F(Screen, WhoseFieldsARecordKeepsIsAskedWithAButtonEach) {
+  Open();
+  ScreenMessageBoxes boxes;
+  boxes.SetLanguage([] { return 1; });
+  boxes.SetWindow(window.get(), [] { return true; });
+  const auto press = [&](Buttons buttons, const char* name, const char* caption) {
+    QTimer::singleShot(0, [&, name, caption] {
+      auto* box = window->findChild<QMessageBox*>("Alerte");
+      ASSERT_TRUE(box);
+      auto* button = box->findChild<QPushButton*>(name);
+      if (!button) box->reject();
+      ASSERT_TRUE(button) << name;
+      EXPECT_EQ(button->text(), caption);
+      QTest::mouseClick(button, Qt::LeftButton);
+    });
+    const Answer answer = boxes.Show("Alerte", "whose?", buttons);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return answer;
+  };
+  EXPECT_EQ(press(Buttons::kMineTheirsLook, "BtnGarder", "Keep mine"), Answer::kYes);
+  EXPECT_EQ(press(Buttons::kMineTheirsLook, "BtnPrendre", "Take theirs"), Answer::kNo);
+  EXPECT_EQ(press(Buttons::kMineTheirsLook, "BtnVoir", "Look"), Answer::kOk);
+  EXPECT_EQ(press(Buttons::kMineTheirs, "BtnRevenir", "Cancel"), Answer::kCancel);
+}
+
 TEST_F(Screen, AQuestionIsAnsweredByTheOperatorWhileTheLoopRuns) {
   Open();
   ScreenMessageBoxes boxes;

@@ -43,6 +43,17 @@ TEST_F(StoredLists, TheKeyboardGoingThroughTheBoxLeavesTheListAlone) {
   EXPECT_EQ(Titles().size(), 3U);
 }
 
+TEST_F(StoredLists, ListsThatOthersStoreAreOnOfferAndALabelThatIsTypedStays) {
+  OpenWithAChangedList();
+  Box().lineEdit()->setFocus();
+  Box().lineEdit()->selectAll();
+  QTest::keyClicks(Box().lineEdit(), "MINE");
+  on.Sql("INSERT INTO Playlist (LIBELLE) VALUES ('NIGHT')");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Box().findText("NIGHT") >= 0; }));
+  EXPECT_EQ(Box().currentText(), "MINE");
+  EXPECT_EQ(Titles().size(), 3U);
+}
+
 TEST_F(StoredLists, TheWheelOverTheBoxChoosesNothing) {
   OpenWithAChangedList();
   const QPointF at = QRectF(Box().rect()).center();
