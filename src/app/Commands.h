@@ -30,5 +30,6 @@ int RunDevicesCommand(const DevicesOptions& options);
 int RunCampaignCommand(const CampaignOptions& options);
 int RunCompactCommand(const StationOptions& options);
 int RunMoveCommand(const MoveOptions& options);
+int RunRightsCommand(const RightsOptions& options);
 
 }  // namespace zemo
