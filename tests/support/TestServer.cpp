@@ -1,7 +1,9 @@
 #include "support/TestServer.h"
 
 #include <libpq-fe.h>
+#include <netinet/in.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -76,6 +78,19 @@ TestServer::TestServer(std::string folder, std::vector<std::string> settings)
     Make();
   else
     missing_ = "the package postgresql is not installed";
+}
+
+std::string TestServer::FreePort() {
+  const int free = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  auto* any = reinterpret_cast<sockaddr*>(&address);
+  const bool bound = bind(free, any, size) == 0 && getsockname(free, any, &size) == 0;
+  close(free);
+  if (!bound) throw std::runtime_error("no free port");
+  return std::to_string(ntohs(address.sin_port));
 }
 
 void TestServer::Make() {

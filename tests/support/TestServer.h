@@ -16,6 +16,9 @@ class TestServer {
   ~TestServer();
   TestServer(const TestServer&) = delete;
 
+  // That nobody listens on now, for the setting "port=".
+  static std::string FreePort();
+
   // Why there is none; empty where it runs.
   const std::string& Missing() const { return missing_; }
   // URL of a base of this name, or of a fresh one that is a copy of `like`.

@@ -1,9 +1,6 @@
 // A base behind TLS as the URL asks for it: a server of the test's own that listens on the loopback
 // with a certificate of the test's own.
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <memory>
 
@@ -14,19 +11,6 @@ namespace zemo {
 namespace {
 
 using test::TestServer;
-
-// That nobody listens on now.
-int FreePort() {
-  const int free = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  auto* any = reinterpret_cast<sockaddr*>(&address);
-  if (bind(free, any, size) != 0 || getsockname(free, any, &size) != 0) address.sin_port = 0;
-  close(free);
-  return ntohs(address.sin_port);
-}
 
 class Tls : public BlackBox {
  protected:
@@ -44,7 +28,7 @@ class Tls : public BlackBox {
     }
     // The server reads its key alone.
     Shell("chmod 600 own.key; chown 65534 own.key own.crt");
-    port_ = std::to_string(FreePort());
+    port_ = TestServer::FreePort();
     server_ = std::make_unique<TestServer>(
         Path("server"), std::vector<std::string>{"listen_addresses=localhost", "port=" + port_,
                                                  "ssl=on", "ssl_cert_file=" + Path("own.crt"),
