@@ -36,6 +36,7 @@ int RunOnAir(const AirOptions& options) {
   display.Show(station);
   station.events.SetSink(&display);
 
+  station.engine.keptAir.wanted = true;
   const bool first = HoldsNoBase(station);
   if (!OnAir::Form_Load(station)) return 1;
   if (first) GiveNewStationItsLanguage(station);

@@ -129,6 +129,7 @@ int OpenScreen(const AirOptions& options) {
                    machine.Parts(), TellLine);
   Station& station = real.station;
   machine.messages.SetLanguage([&station] { return LanguageNow(station); });
+  station.engine.keptAir.wanted = true;
   const bool first = HoldsNoBase(station);
   if (!OnAir::Form_Load(station)) {
     machine.messages.WaitUntilRead();

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "engine/BaseMaintenance.h"
 #include "engine/UnplayableRows.h"
@@ -408,10 +409,13 @@ void TellOutside(Station& station, int32_t code, const TitleCard& card) {
 }
 
 // The exit point first: whatever fails behind it must not leave the old element's.
-void FollowUp(Station& station, const OnAirElement& row) {
+// Of an element that is taken up in its middle all but the exit point was done before the crash.
+void FollowUp(Station& station, const OnAirElement& row, bool takenUp) {
   EngineState& engine = station.engine;
   const TitleCard card = ReadTitleCard(station, row.code);
   if (const auto exitMs = ExitMs(station, row, card)) engine.MixPointMs = *exitMs;
+  engine.keptAir.element = row;
+  if (takenUp) return station.events.OnAir(row.code, engine.MixPointMs, 0);
   ReportRow begun = card.texts;
   SetMoment(begun, station);
   MarkPlayed(station, row, card, begun);
@@ -422,7 +426,7 @@ void FollowUp(Station& station, const OnAirElement& row) {
   station.events.OnAir(row.code, engine.MixPointMs, engine.IntroLengthSec);
 }
 
-void PlayElement(Station& station, Incoming element) {
+void PlayElement(Station& station, Incoming element, std::optional<int32_t> takenUpMs) {
   SoundChain& sound = station.Sound();
   station.notices.ticker.clear();
   element.volume = VolumeOfKind(station, element.row.code);
@@ -431,6 +435,7 @@ void PlayElement(Station& station, Incoming element) {
   station.engine.CurrentChannel = old.slot;
   station.engine.NextChannel = element.slot;
   LoadIncoming(station, element);
+  if (takenUpMs && *takenUpMs < element.lengthMs) sound.SetPosition(element.slot, *takenUpMs);
   FadeOutgoing(station, old, element.lengthMs);
   if (CycleWouldOverflow(station, element.lengthMs))
     RestartOutput(station, old, element);
@@ -441,13 +446,14 @@ void PlayElement(Station& station, Incoming element) {
   if (sound.State() != OutputState::kStarted) sound.Start();
   station.WatchSilence();
   station.base.Waiting().LetSavedWait();
-  FollowUp(station, element.row);
+  FollowUp(station, element.row, takenUpMs.has_value());
 }
 
 }  // namespace
 
 void PlayWave(Station& station, const OnAirElement& element) {
   station.engine.CodeEnCours = element.code;
+  const auto takenUpMs = std::exchange(station.engine.keptAir.from, std::nullopt);
   if (element.code == Element::kBeginExtract) {
     station.engine.CheckExtrait = true;
     station.events.Marker(element.code, TitleOf(element));
@@ -458,7 +464,7 @@ void PlayWave(Station& station, const OnAirElement& element) {
       ServePlaylistMarker(station, element);
     if (!HasFile(station, element)) return;
     const MainTimerHold hold(station);
-    PlayElement(station, {.row = element});
+    PlayElement(station, {.row = element}, takenUpMs);
   } catch (const SoundError&) {
     LogCurrentException(station, kPlayRoutine, "code " + std::to_string(element.code));
     TellUnplayable(station, element, "unreadable");

@@ -22,6 +22,7 @@
 #include "engine/GridUpkeep.h"
 #include "engine/HeldKeys.h"
 #include "engine/HourPip.h"
+#include "engine/KeptPosition.h"
 #include "engine/ListUpkeep.h"
 #include "engine/NextUp.h"
 #include "engine/OperatorControls.h"
@@ -168,7 +169,7 @@ void PutJinglesBefore(Station& station, const Moment& at) {
 void StartNext(Station& station, const Moment& at) {
   EngineState& engine = station.engine;
   if (!engine.IsRunning || !engine.StartNextNow || station.PL.Empty()) return;
-  PutJinglesBefore(station, at);
+  if (!engine.keptAir.from) PutJinglesBefore(station, at);
   const OnAirElement played = PlayFirstRow(station);
   if (!engine.StartNextNow) NoteRowSounds(station);
   station.notices.titleOnAir = TitleOf(played);
@@ -301,6 +302,7 @@ void RunTick(Station& station) {
   step(DecideStart);       // 19
   step(StartNext);         // 20
   step(ServeScreenSaver);  // 21
+  step(KeepAirPosition);
   step(WriteKept);
   step(LookForLostBase);
   step(ReadAhead);

@@ -1,6 +1,7 @@
 #include "engine/StartStop.h"
 
 #include "engine/ElementPlayback.h"
+#include "engine/KeptPosition.h"
 #include "engine/PlaylistWatcher.h"
 #include "platform/BaseLink.h"
 #include "scheduling/PercentageRequest.h"
@@ -43,6 +44,7 @@ void Start(Station& station) {
 void Stop(Station& station) {
   FreeOverlay(station);
   station.engine.IsRunning = false;
+  ForgetAirPosition(station);
   station.gridFrame.previewOffered = true;
   LoadSavePlay(station, "Save");
 }

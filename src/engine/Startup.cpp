@@ -6,6 +6,7 @@
 #include "engine/ElementPlayback.h"
 #include "engine/EmergencyFolder.h"
 #include "engine/ExternalTriggers.h"
+#include "engine/KeptPosition.h"
 #include "engine/MainTick.h"
 #include "engine/OperatorControls.h"
 #include "engine/StartStop.h"
@@ -182,7 +183,9 @@ void ActivateFirst(Station& station) {
   ComposeDayGrid(station);
   Guarded(station, "LoadHotKeys", [&] { LoadHotKeys(station); });
   OpenAutomaton(station);
-  if (LoadSavePlay(station, "Load")) StartStopZemoRadio(station, true);
+  if (!LoadSavePlay(station, "Load")) return;
+  TakeUpAirPosition(station);
+  StartStopZemoRadio(station, true);
 }
 
 }  // namespace

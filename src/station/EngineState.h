@@ -17,6 +17,7 @@
 #include "station/AutomatonState.h"
 #include "station/EmergencyState.h"
 #include "station/Flag.h"
+#include "station/KeptAir.h"
 
 namespace zemo {
 
@@ -164,6 +165,8 @@ struct EngineState {
   int64_t basePauseMs = 2000;  // up to the look behind it
   int64_t libraryLookMs = 0;   // monotonic; others' writes to the library are not looked for before
   bool baseWasOpen = false;    // in this run; else what a start does with it is still to be done
+
+  KeptAir keptAir;  // for a start behind a crash; engine/KeptPosition
 
   Flag<bool> EmergencyOnAir{"EmergencyOnAir", false, observer};
   EmergencyState emergency;

@@ -247,6 +247,25 @@ TEST_F(RunOnAir, AStationKilledOnAirGoesOnAirByItself) {
   EXPECT_NE(ReadText(root_ / "lines").find("  15:00\n"), std::string::npos);
 }
 
+TEST_F(RunOnAir, TheTitleThatWasOnAirAtACrashGoesOnWhereItWas) {
+  MakeStation({900, 900}, true);
+  // Shell: until that many milliseconds of the element were heard.
+  const auto heard = [](int ms) {
+    return "i=0; until [ \"$(head -n 1 machine/OnAir.Dat 2>/dev/null | cut -d, -f3)\" -ge " +
+           std::to_string(ms) + " ] 2>/dev/null || [ $((i=i+1)) -gt 600 ]; do sleep 0.1; done; ";
+  };
+  EXPECT_EQ(Shell(UntilOnAir() + heard(1500) + "kill -KILL $!; wait $!").status, 137);
+  const std::string first = ReadText(root_ / "lines");
+  const Result result = Shell("rm lines; " + UntilOnAir() + heard(2500) +
+                              "cp machine/OnAir.Dat later; "
+                              "while kill -TERM $! 2>/dev/null; do sleep 0.1; done; wait $!");
+  EXPECT_EQ(result.status, 0) << result.err;
+  const auto title = [](const std::string& lines) { return lines.substr(lines.find("  ")); };
+  EXPECT_EQ(title(ReadText(root_ / "lines")).substr(0, 20), title(first).substr(0, 20));
+  EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT COUNT(*) FROM Rapport'").out, "1\n");
+  EXPECT_FALSE(std::filesystem::exists(root_ / "machine/OnAir.Dat"));
+}
+
 TEST_F(RunOnAir, OnATerminalTheStatusLineIsRewrittenInPlace) {
   MakeStation({50}, true);
   const Result result = Shell(
