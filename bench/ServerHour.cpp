@@ -14,6 +14,9 @@
 // Prints a table; ends with status 1 when a bound is broken: a transition later than a tick and
 // 100 ms, a row lost, doubled or refused, tables that differ, a command that ends without its line.
 //
+// Longer than other files: the three programs and what happens to them stand together, since nobody
+// else has a use for one.
+//
 // Usage: ServerHour [--seconds N] [--seed N]
 #include <sys/mount.h>
 #include <sys/prctl.h>
