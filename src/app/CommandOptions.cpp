@@ -325,4 +325,14 @@ ReadTyped DeclareMove(CLI::App& app, CommonOptions& common, MoveOptions& options
   };
 }
 
+ReadTyped DeclareRights(CLI::App& app, CommonOptions& common, RightsOptions& options) {
+  AddFolders(app, common);
+  app.add_option("RIGHTS", options.rights, "What the role may do: read, work or own")
+      ->type_name("read|work|own")
+      ->check(CLI::IsMember({"read", "work", "own"}))
+      ->required();
+  app.add_option("ROLE", options.role, "A role of the server, which is there already")->required();
+  return [&common, &options] { TakeFolders(common, options); };
+}
+
 }  // namespace zemo

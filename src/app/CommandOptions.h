@@ -108,6 +108,11 @@ struct MoveOptions : StationOptions {
   std::string to;  // "file", or a server's URL
 };
 
+struct RightsOptions : StationOptions {
+  std::string rights;  // "read", "work" or "own"
+  std::string role;    // of the server
+};
+
 struct DevicesOptions {
   std::string machine;  // empty: the default one
   bool json = false;
@@ -130,6 +135,7 @@ ReadTyped DeclareDevices(CLI::App& app, CommonOptions& common, DevicesOptions& o
 ReadTyped DeclareCompact(CLI::App& app, CommonOptions& common, StationOptions& options);
 ReadTyped DeclareCtl(CLI::App& app, CommonOptions& common, CtlOptions& options);
 ReadTyped DeclareMove(CLI::App& app, CommonOptions& common, MoveOptions& options);
+ReadTyped DeclareRights(CLI::App& app, CommonOptions& common, RightsOptions& options);
 
 // The folders that most commands take.
 void AddFolders(CLI::App& app, CommonOptions& common);

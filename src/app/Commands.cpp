@@ -137,6 +137,13 @@ std::span<const Command> Commands() {
             "file, says of each table its rows and checksum, which it has compared on both sides, "
             "and keeps the base as it was; refused while anything else has it open"}},
           DeclareMove, RunMoveCommand),
+      MakeCommand<RightsOptions>(
+          "rights", "Say what a role of the server may do with a station's base",
+          {{"rights [--station DIR] [--machine DIR] read|work|own ROLE",
+            "gives a role of the server on which the base stands the right to read it, to work in "
+            "it, or to own it, with all tables that it will have, and takes what it might beyond "
+            "that; for who owns the base"}},
+          DeclareRights, RunRightsCommand),
   };
   return commands;
 }

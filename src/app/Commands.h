@@ -31,5 +31,6 @@ int RunCtlCommand(const CtlOptions& options);
 int RunCampaignCommand(const CampaignOptions& options);
 int RunCompactCommand(const StationOptions& options);
 int RunMoveCommand(const MoveOptions& options);
+int RunRightsCommand(const RightsOptions& options);
 
 }  // namespace zemo

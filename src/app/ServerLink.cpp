@@ -32,7 +32,8 @@ namespace {
 constexpr int kReplicaWaitMs = 2000;  // for the program's own transactions
 constexpr int kWritersWaitMs = 10000;
 constexpr int kFirstRestMs = 500, kMostRestMs = 5000;  // between two attempts to reach the server
-constexpr int kAskMs = 5000;  // a silent server is asked whether it is there
+constexpr int kAskMs = 5000;      // a silent server is asked whether it is there
+constexpr int kAnswerMs = 20000;  // one that leaves a step without an answer for longer is away
 constexpr int kRecheckMs = 20, kRecheckForMs = 1000;  // until what is being stored is stored
 constexpr int kLastSendingMs = 2000;                  // of what waits at the end of the program
 constexpr int kKnownDays = 8;  // a machine that was off for longer reads the whole base
@@ -98,7 +99,9 @@ ServerLink::ServerLink(const BasePlace& server, const std::string& machinePath)
       ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
       MakeReplica(feed, NewMachineName(), path_);
       Replica fresh(path_, kReplicaWaitMs);
-      ReplicaExchange(fresh, feed, nullptr).GiveNumbers();
+      ReplicaExchange steps(fresh, feed, nullptr);
+      steps.Begin();
+      if (!fresh.OnlyReads()) steps.GiveNumbers();
       fresh.SetSeenToBy(ProgramMark());
     } catch (const std::exception& error) {
       SetReachable(false, error.what());
@@ -124,7 +127,11 @@ BasePlace ServerLink::Place() {
   BasePlace place = server_;
   place.closed = [this](std::shared_ptr<LockWait> wait) {
     return DBEngine::ClosedReplica(path_, std::move(wait),
-                                   {.stores = [this] { Wake(); },
+                                   {.stores =
+                                        [this] {
+                                          ++stored_;
+                                          Wake();
+                                        },
                                     .compact =
                                         [this] {
                                           compact_ = true;
@@ -135,8 +142,20 @@ BasePlace ServerLink::Place() {
 }
 
 BaseLinkState ServerLink::State() const {
+  const bool silent = IsSilent();
   const std::lock_guard lock(mutex_);
-  return state_;
+  BaseLinkState state = state_;
+  if (silent) {
+    state.reachable = false;
+    state.waiting += stored_;
+  }
+  return state;
+}
+
+// The thread waits for an answer, and cannot tell.
+bool ServerLink::IsSilent() const {
+  const int64_t askedMs = askedMs_;
+  return askedMs != 0 && NowMs() - askedMs > kAnswerMs;
 }
 
 void ServerLink::GoesOnAir() {
@@ -145,7 +164,9 @@ void ServerLink::GoesOnAir() {
 }
 
 std::vector<std::string> ServerLink::TakeLines() {
+  const bool silent = IsSilent();
   const std::lock_guard lock(mutex_);
+  if (silent) TellAway(server_.name + " does not answer");
   return std::exchange(lines_, {});
 }
 
@@ -161,10 +182,22 @@ void ServerLink::Tell(const std::string& line) {
 
 void ServerLink::SetReachable(bool reachable, const std::string& why) {
   const std::lock_guard lock(mutex_);
-  if (!reachable && !told_) lines_.push_back(why + "; the replica on this machine serves");
+  if (!reachable) TellAway(why);
   if (reachable && told_) lines_.push_back(server_.name + " is reached again");
   told_ = !reachable;
   state_.reachable = reachable;
+}
+
+// Once up to its return. With the mutex.
+void ServerLink::TellAway(const std::string& why) {
+  if (!std::exchange(told_, true)) lines_.push_back(why + "; the replica on this machine serves");
+}
+
+void ServerLink::CountWaiting() {
+  stored_ = 0;
+  const int64_t waiting = replica_->Waiting();
+  const std::lock_guard lock(mutex_);
+  state_.waiting = waiting;
 }
 
 // The line in the file is there before the row leaves the queue.
@@ -183,6 +216,7 @@ void ServerLink::Run() {
     } catch (const std::exception& error) {
       if (!ends_) SetReachable(false, error.what());
     }
+    askedMs_ = 0;
     if (NowMs() - beganMs > kMostRestMs) restMs = kFirstRestMs;
     try {
       Rest(restMs);
@@ -199,11 +233,7 @@ void ServerLink::Run() {
 // What is written meanwhile does not end the rest, and is counted.
 void ServerLink::Rest(int ms) {
   for (const int64_t untilMs = NowMs() + ms; !ends_ && NowMs() < untilMs;) {
-    if (replica_) {
-      const int64_t waiting = replica_->Waiting();
-      const std::lock_guard lock(mutex_);
-      state_.waiting = waiting;
-    }
+    if (replica_) CountWaiting();
     pollfd woken{wake_, POLLIN, 0};
     uint64_t count = 0;
     if (poll(&woken, 1, std::min<int>(ms, 500)) > 0 && read(wake_, &count, sizeof count) < 0)
@@ -239,31 +269,46 @@ void ServerLink::Meet() {
 }
 
 void ServerLink::Serve(ReplicaExchange& steps, ServerFeed& feed) {
-  int64_t forgotMs = NowMs() - kDayMs;
+  forgotMs_ = NowMs() - kDayMs;
   for (bool news = true; !ends_; news = Await(feed)) {
+    askedMs_ = NowMs();
     steps.Send();
+    askedMs_ = NowMs();
     if (news && !steps.TakeIn()) return MakeAnew(feed, steps);
-    steps.GiveNumbers();
-    if (freshReport_.exchange(false)) steps.GiveFreshNumbers(kReport);
-    if (compact_.exchange(false)) feed.Compact();
-    if (NowMs() - forgotMs >= kDayMs) {
-      feed.ForgetChanges(kKnownDays);
-      forgotMs = NowMs();
-    }
+    askedMs_ = NowMs();
+    if (!replica_->OnlyReads()) SeeToWriting(steps, feed);
+    askedMs_ = 0;
     SetReachable(true, "");
   }
   steps.Send();
 }
 
+void ServerLink::SeeToWriting(ReplicaExchange& steps, ServerFeed& feed) {
+  steps.GiveNumbers();
+  if (freshReport_.exchange(false)) steps.GiveFreshNumbers(kReport);
+  if (compact_.exchange(false)) Compact(feed);
+  if (NowMs() - forgotMs_ < kDayMs) return;
+  feed.ForgetChanges(kKnownDays);
+  forgotMs_ = NowMs();
+}
+
+// Who only works in the base leaves it to who owns it.
+void ServerLink::Compact(ServerFeed& feed) {
+  askedMs_ = 0;  // it may take its time
+  try {
+    feed.Compact();
+  } catch (const StoreError& error) {
+    if (error.Number() != kErrReadOnly) throw;
+    Tell(std::string("not compacted: ") + error.what());
+  }
+}
+
 // Until there is something to do, which the end of the program is too. True: others may have stored
 // something.
 bool ServerLink::Await(ServerFeed& feed) {
-  {
-    const int64_t waiting = replica_->Waiting();
-    const std::lock_guard lock(mutex_);
-    state_.waiting = waiting;
-    if (waiting > 0) return false;
-  }
+  askedMs_ = 0;
+  CountWaiting();
+  if (state_.waiting > 0) return false;
   pollfd awaited[] = {{wake_, POLLIN, 0}, {feed.Socket(), POLLIN, 0}};
   const int ready = poll(awaited, 2, NowMs() < recheckUntilMs_ ? kRecheckMs : kAskMs);
   uint64_t count = 0;
@@ -278,6 +323,7 @@ void ServerLink::SeeToTheServer() {
 
 void ServerLink::MakeReplica(ServerFeed& feed, const std::string& machine,
                              const std::string& path) {
+  askedMs_ = 0;                        // it may take its time
   const FeedPlace place = feed.Now();  // ahead of the copy: what comes meanwhile is taken in later
   const auto base = ClosedPostgresDatabase(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
   base->Open(false);

@@ -48,7 +48,8 @@ class ServerLink final : public BaseLink {
   void Run();
   void Meet();
   void Serve(ReplicaExchange& steps, ServerFeed& feed);
-  void Exchange(ReplicaExchange& steps, ServerFeed& feed, bool news);
+  void SeeToWriting(ReplicaExchange& steps, ServerFeed& feed);
+  void Compact(ServerFeed& feed);
   bool Await(ServerFeed& feed);
   void Rest(int ms);
   void SeeToTheServer();
@@ -57,6 +58,9 @@ class ServerLink final : public BaseLink {
   void KeepRefused(const std::string& table, const std::string& values, const std::string& why);
   void Tell(const std::string& line);
   void SetReachable(bool reachable, const std::string& why);
+  void CountWaiting();
+  bool IsSilent() const;
+  void TellAway(const std::string& why);
   void Wake() const;
 
   const BasePlace server_;
@@ -65,11 +69,14 @@ class ServerLink final : public BaseLink {
   std::atomic<bool> ends_ = false;
   std::atomic<bool> freshReport_ = false;
   std::atomic<bool> compact_ = false;
+  std::atomic<int64_t> askedMs_ = 0;  // since when the server is to answer; 0: nothing is asked
+  std::atomic<int64_t> stored_ = 0;   // writes that began since those that wait were counted
 
   // The thread's.
   std::unique_ptr<Replica> replica_;                // null: none yet
   std::vector<std::unique_ptr<Replica>> replaced_;  // kept from others for good
   int64_t recheckUntilMs_ = 0;                      // something was about to be stored
+  int64_t forgotMs_ = 0;                            // old changes, the last time on this line
 
   mutable std::mutex mutex_;  // of what follows
   BaseLinkState state_;

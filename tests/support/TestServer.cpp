@@ -1,7 +1,9 @@
 #include "support/TestServer.h"
 
 #include <libpq-fe.h>
+#include <netinet/in.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace zemo::test {
@@ -53,23 +56,45 @@ void RemoveLeftFolders(const std::filesystem::path& place) {
   }
 }
 
+std::string FolderOfThisProgram() {
+  const std::string place = access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/var/tmp";
+  RemoveLeftFolders(place);
+  return place + "/zemo_server_" + std::to_string(getpid());
+}
+
 }  // namespace
 
 TestServer& TestServer::Get() {
-  static TestServer server;
+  static TestServer server(FolderOfThisProgram());
   return server;
 }
 
-TestServer::TestServer() {
+TestServer::TestServer(std::string folder, std::vector<std::string> settings)
+    : folder_(std::move(folder)), settings_(std::move(settings)) {
+  for (const std::string& setting : settings_)
+    if (setting.starts_with("port=")) port_ = setting.substr(5);
   std::error_code none;
-  if (!std::filesystem::exists(std::string(kPrograms) + "postgres", none)) {
+  if (std::filesystem::exists(std::string(kPrograms) + "postgres", none))
+    Make();
+  else
     missing_ = "the package postgresql is not installed";
-    return;
-  }
-  const bool memory = access("/dev/shm", W_OK) == 0;
-  folder_ =
-      std::string(memory ? "/dev/shm" : "/var/tmp") + "/zemo_server_" + std::to_string(getpid());
-  RemoveLeftFolders(memory ? "/dev/shm" : "/var/tmp");
+}
+
+std::string TestServer::FreePort() {
+  const int free = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  auto* any = reinterpret_cast<sockaddr*>(&address);
+  const bool bound = bind(free, any, size) == 0 && getsockname(free, any, &size) == 0;
+  close(free);
+  if (!bound) throw std::runtime_error("no free port");
+  return std::to_string(ntohs(address.sin_port));
+}
+
+void TestServer::Make() {
+  std::error_code none;
   std::filesystem::remove_all(folder_, none);
   std::filesystem::create_directories(folder_ + "/base");
   if (getuid() == 0)
@@ -90,9 +115,9 @@ TestServer::TestServer() {
 }
 
 TestServer::~TestServer() {
-  if (process_ > 0) Stop();
+  Stop();
   std::error_code none;
-  if (missing_.empty() && !folder_.empty()) std::filesystem::remove_all(folder_, none);
+  if (missing_.empty()) std::filesystem::remove_all(folder_, none);
 }
 
 void TestServer::Start() {
@@ -103,6 +128,7 @@ void TestServer::Start() {
                                     "autovacuum=off", "shared_buffers=64MB", "max_connections=40",
                                     "log_min_messages=fatal", "log_min_error_statement=panic"})
     words.insert(words.end(), {"-c", setting});
+  for (const std::string& setting : settings_) words.insert(words.end(), {"-c", setting});
   words.insert(words.end(), {"-c", "unix_socket_directories=" + folder_});
   process_ = Begin(words, folder_ + "/log");
   for (int i = 0; i < 600; ++i) {
@@ -113,14 +139,25 @@ void TestServer::Start() {
   missing_ = "the server does not start, see " + folder_ + "/log";
 }
 
-void TestServer::Stop() {
-  kill(process_, SIGQUIT);
-  waitpid(process_, nullptr, 0);
+void TestServer::EndBy(int signal) {
+  if (process_ > 0) {
+    kill(process_, signal);
+    waitpid(process_, nullptr, 0);
+  }
   process_ = 0;
 }
 
-std::string TestServer::Url(const std::string& base) const {
-  return "postgresql://radio:secret@/" + base + "?host=" + folder_;
+void TestServer::Stop() {
+  EndBy(SIGQUIT);
+}
+
+void TestServer::StopInOrder() {
+  EndBy(SIGINT);
+}
+
+std::string TestServer::Url(const std::string& base, const std::string& role) const {
+  return "postgresql://" + role + "@/" + base + "?host=" + folder_ +
+         (port_.empty() ? "" : "&port=" + port_);
 }
 
 std::string TestServer::NewBase(const std::string& like) {
@@ -147,8 +184,9 @@ std::string TestServer::Ask(const std::string& base, const std::string& sql) con
   return text;
 }
 
-std::string TestServer::Try(const std::string& base, const std::string& sql) const {
-  PGconn* connection = PQconnectdb(Url(base).c_str());
+std::string TestServer::Try(const std::string& base, const std::string& sql,
+                            const std::string& role) const {
+  PGconn* connection = PQconnectdb(Url(base, role).c_str());
   std::string text;
   if (PQstatus(connection) != CONNECTION_OK) {
     text = PQerrorMessage(connection);

@@ -208,7 +208,8 @@ TEST_F(MoveCommand, ARunGoesOnWithoutTheServerWhichGetsAllRowsOnceWhenItIsBack) 
                    "exec " + Program() + " run --station " + Path("station") + " --machine " +
                        Path("machine") + " --output null >" + Path("air")});
   const auto number = [this](const std::string& sql) {
-    return std::atoi(Shell("sqlite3 machine/Replica-*.MDB \"" + sql + "\"").out.c_str());
+    return std::atoi(
+        Shell("sqlite3 -cmd '.timeout 5000' machine/Replica-*.MDB \"" + sql + "\"").out.c_str());
   };
   const auto comes = [](const std::function<bool()>& condition) {
     return test::WaitFor(condition, [] { usleep(50'000); });

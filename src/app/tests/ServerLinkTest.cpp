@@ -119,6 +119,27 @@ TEST_F(ServerLinkTest, AServerThatIsAwayIsToldOnceAndGetsAllOfItWhenItIsBack) {
   EXPECT_EQ((lines[0] + lines[1]).find("secret"), std::string::npos);
 }
 
+TEST_F(ServerLinkTest, AServerThatDoesNotAnswerIsAwayToo) {
+  const auto air = Link();
+  const auto on = Open(*air);
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  const int line = std::stoi(OnServer(
+      "SELECT pid FROM pg_stat_activity WHERE application_name = 'zemoradio' AND datname = '" +
+      made_ + "'"));
+  kill(line, SIGSTOP);
+  for (const char* title : {"a", "b"}) Add(*on, title);
+  EXPECT_TRUE(Comes([&] { return !air->State().reachable; }));
+  EXPECT_EQ(air->State().waiting, 2);
+  EXPECT_EQ(air->TakeLines(),
+            std::vector<std::string>{ServerPlace(Url()).name +
+                                     " does not answer; the replica on this machine serves"});
+  kill(line, SIGCONT);
+  EXPECT_TRUE(Comes([&] { return air->State().reachable && air->State().waiting == 0; }));
+  EXPECT_EQ(OnServer(kTitles), "a b");
+  EXPECT_EQ(air->TakeLines(),
+            std::vector<std::string>{ServerPlace(Url()).name + " is reached again"});
+}
+
 TEST_F(ServerLinkTest, AStartNeedsNoServerWhereTheMachineHasAReplica) {
   Link();
   TestServer::Get().Stop();

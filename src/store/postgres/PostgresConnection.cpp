@@ -64,12 +64,21 @@ void PostgresConnection::SetUp(bool create) {
     if (!create) throw StoreError(kErrNoSuchFile, name_ + " is no station's base");
     return RenewFunctions();
   }
+  ActAsOwner();
   const PostgresResult base = Run("SELECT functions, form FROM zemo.base", {}, false);
   if (base.Rows() != 1) throw StoreError(kErrBadDatabase, name_ + " has lost its zemo.base");
   if (base.Int(0, 1) > kBaseForm)
     whyReadOnly_ = name_ + kNewerForm;
   else if (base.Int(0, 0) < kFunctionsVersion)
     RenewFunctions();
+}
+
+// What a member of the owner makes is the owner's, and not the member's.
+void PostgresConnection::ActAsOwner() {
+  Run("SELECT set_config('role', rolname, false) FROM pg_namespace JOIN pg_roles r ON r.oid = "
+      "nspowner WHERE nspname = 'zemo' AND rolname <> current_user AND "
+      "pg_has_role(nspowner, 'MEMBER')",
+      {}, false);
 }
 
 void PostgresConnection::RenewFunctions() {

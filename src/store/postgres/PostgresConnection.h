@@ -101,6 +101,7 @@ class PostgresConnection {
 
  private:
   void SetUp(bool create);
+  void ActAsOwner();
   void RenewFunctions();
   void Check() const;
   void RequireWritable() const;

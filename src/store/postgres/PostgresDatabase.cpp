@@ -95,6 +95,19 @@ class PostgresDatabase final
     return other.empty() ? other : Use().Name() + " is open in another program, on " + other;
   }
 
+  void GiveRights(Rights rights, const std::string& role) override {
+    static constexpr const char* kNames[] = {"read", "work", "own"};
+    BeginTrans();
+    try {
+      Use().Run("SELECT zemo.give_rights($1::text, $2::text)",
+                {role, kNames[static_cast<int>(rights)]}, true, "the rights of a role");
+      CommitTrans();
+    } catch (...) {
+      RollbackTrans();
+      throw;
+    }
+  }
+
   void Open(bool create) override {
     Take(std::make_shared<PostgresConnection>(url_, create, wait_));
   }

@@ -9,6 +9,8 @@
 
 namespace zemo {
 
+enum class Rights { kRead, kWork, kOwn };
+
 // What only a base on a server can do.
 class ServerDatabase : public Database {
  public:
@@ -18,6 +20,11 @@ class ServerDatabase : public Database {
   // A line that names another program of ours that has the base open, as far as the server tells
   // it; empty: nobody.
   virtual std::string OtherUser() = 0;
+  // Another role of the server may read the base, work in it (store rows), or own it as this one
+  // does, with the tables that are made later. What it might before and these rights have not is
+  // taken from it. For who owns the base; kOwn is membership of its owner, and for who may grant
+  // and revoke that: a superuser, or a member with the admin option.
+  virtual void GiveRights(Rights rights, const std::string& role) = 0;
 };
 
 // One that is not open yet. `url` as the server's own tools take it,

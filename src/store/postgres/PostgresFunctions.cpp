@@ -138,7 +138,7 @@ BEGIN
     RAISE EXCEPTION 'another program writes' USING ERRCODE = 'lock_not_available';
   END IF;
 END $body$;
-CREATE OR REPLACE FUNCTION zemo.begin_write() RETURNS trigger LANGUAGE plpgsql AS $body$
+CREATE OR REPLACE FUNCTION zemo.begin_write() RETURNS trigger LANGUAGE plpgsql @as_owner@ AS $body$
 BEGIN
   PERFORM zemo.lock_writers();
   IF current_setting('zemo.form', true)::int < (SELECT form FROM zemo.base) THEN
@@ -158,7 +158,7 @@ CREATE OR REPLACE FUNCTION zemo.own() RETURNS bigint LANGUAGE sql STABLE AS
   $body$ SELECT coalesce(nullif(current_setting('zemo.own', true), ''), '0')::bigint $body$;
 CREATE OR REPLACE FUNCTION zemo.key_of(regclass) RETURNS text LANGUAGE sql STABLE AS
   $body$ SELECT attname FROM pg_attribute WHERE attrelid = $1 AND attidentity <> '' $body$;
-CREATE OR REPLACE FUNCTION zemo.keep_numbers() RETURNS trigger LANGUAGE plpgsql AS $body$
+CREATE OR REPLACE FUNCTION zemo.keep_numbers() RETURNS trigger LANGUAGE plpgsql @as_owner@ AS $body$
 DECLARE
   key text := zemo.key_of(TG_RELID);
   numbers text;
@@ -188,7 +188,9 @@ CREATE TABLE IF NOT EXISTS zemo.changes (
   tablename text NOT NULL, number bigint);
 CREATE TABLE IF NOT EXISTS zemo.machines (
   machine text PRIMARY KEY, sent bigint NOT NULL, seen timestamptz NOT NULL, host text);
-CREATE OR REPLACE FUNCTION zemo.note_rows() RETURNS trigger LANGUAGE plpgsql AS $body$
+CREATE OR REPLACE FUNCTION zemo.is_owners(role name) RETURNS boolean LANGUAGE sql STABLE AS
+  $body$ SELECT pg_has_role(role, nspowner, 'MEMBER') FROM pg_namespace WHERE nspname = 'zemo' $body$;
+CREATE OR REPLACE FUNCTION zemo.note_rows() RETURNS trigger LANGUAGE plpgsql @as_owner@ AS $body$
 DECLARE
   key text := zemo.key_of(TG_RELID);
   rows text := CASE TG_OP WHEN 'INSERT' THEN 'SELECT %1$I FROM behind'
@@ -196,7 +198,7 @@ DECLARE
                           ELSE 'SELECT %1$I FROM ahead UNION SELECT %1$I FROM behind' END;
   noted bigint := 1;
 BEGIN
-  IF current_setting('zemo.filling', true) = 'on' THEN
+  IF current_setting('zemo.filling', true) = 'on' AND zemo.is_owners(session_user) THEN
     RETURN NULL;
   END IF;
   IF TG_OP = 'TRUNCATE' OR key IS NULL THEN
@@ -239,6 +241,13 @@ BEGIN
   UPDATE zemo.base SET identity = gen_random_uuid();
   PERFORM pg_notify('zemo_changes', '');
 END $body$;
+CREATE OR REPLACE FUNCTION zemo.place_of(of_machine text) RETURNS bigint
+LANGUAGE sql STABLE @as_owner@ AS
+  $body$ SELECT sent FROM zemo.machines WHERE machine = of_machine $body$;
+CREATE OR REPLACE FUNCTION zemo.keep_place(of_machine text, up_to bigint) RETURNS void
+LANGUAGE sql @as_owner@ AS $body$
+  INSERT INTO zemo.machines VALUES (of_machine, up_to, now(), host(inet_client_addr()))
+    ON CONFLICT (machine) DO UPDATE SET sent = up_to, seen = now(), host = excluded.host $body$;
 CREATE OR REPLACE FUNCTION zemo.take(from_machine text, up_to bigint, changes jsonb)
 RETURNS bigint LANGUAGE plpgsql AS $body$
 DECLARE
@@ -249,7 +258,7 @@ DECLARE
   columns text;
 BEGIN
   PERFORM zemo.lock_writers();
-  SELECT sent INTO taken FROM zemo.machines WHERE machine = from_machine;
+  taken := zemo.place_of(from_machine);
   IF taken >= up_to THEN
     RETURN taken;
   END IF;
@@ -275,21 +284,97 @@ BEGIN
                      change->>'table', columns, change->>'key') USING change->'new';
     END IF;
   END LOOP;
-  INSERT INTO zemo.machines VALUES (from_machine, up_to, now(), host(inet_client_addr()))
-    ON CONFLICT (machine) DO UPDATE SET sent = up_to, seen = now(), host = excluded.host;
+  PERFORM zemo.keep_place(from_machine, up_to);
   RETURN up_to;
 END $body$;
-CREATE OR REPLACE FUNCTION zemo.reserve(in_table text, wanted bigint) RETURNS bigint
-LANGUAGE plpgsql AS $body$
+CREATE OR REPLACE FUNCTION zemo.reserve_numbers(of_table regclass, wanted bigint) RETURNS bigint
+LANGUAGE plpgsql @as_owner@ AS $body$
 DECLARE
-  numbers text := pg_get_serial_sequence(format('%I', in_table),
-                                         zemo.key_of(format('%I', in_table)::regclass));
+  numbers text := pg_get_serial_sequence(of_table::text, zemo.key_of(of_table));
   first bigint;
 BEGIN
+  IF wanted NOT BETWEEN 1 AND 1000000 OR NOT has_table_privilege(session_user, of_table, 'INSERT')
+     OR NOT EXISTS (SELECT FROM pg_trigger WHERE tgrelid = of_table AND
+                                                 tgname = 'zemo_begin_write') THEN
+    RAISE EXCEPTION 'no numbers for %', of_table USING ERRCODE = 'insufficient_privilege';
+  END IF;
   PERFORM zemo.lock_writers();
   first := nextval(numbers);
   PERFORM setval(numbers, first + wanted - 1);
   RETURN first;
+END $body$;
+CREATE OR REPLACE FUNCTION zemo.reserve(in_table text, wanted bigint) RETURNS bigint
+LANGUAGE sql AS
+  $body$ SELECT zemo.reserve_numbers(format('%I', in_table)::regclass, wanted) $body$;
+CREATE OR REPLACE FUNCTION zemo.forget_changes(days int) RETURNS void LANGUAGE sql @as_owner@ AS
+  $body$ DELETE FROM zemo.changes WHERE at < now() - days * interval '1 day' AND
+           place < (SELECT max(place) FROM zemo.changes) $body$;
+)";
+
+// What a role may do in the base: all that it may is given here, to a role that had more as well.
+// Who works writes the tables; what the base notes of it is written by the functions that do so as
+// their owner. A machine's place in its queue is told and changed to who knows its name, which
+// nobody else reads.
+constexpr char kRights[] = R"(
+REVOKE EXECUTE ON FUNCTION zemo.keep_place(text, bigint), zemo.reserve_numbers(regclass, bigint),
+  zemo.forget_changes(int) FROM PUBLIC;
+CREATE OR REPLACE FUNCTION zemo.give_rights(to_role text, rights text) RETURNS void
+LANGUAGE plpgsql AS $body$
+DECLARE
+  base text := current_database();
+  tables text := current_schema();
+  owner text := (SELECT rolname FROM pg_namespace n JOIN pg_roles r ON r.oid = n.nspowner
+                 WHERE nspname = 'zemo');
+  step text;
+BEGIN
+  IF rights NOT IN ('read', 'work', 'own') THEN
+    RAISE EXCEPTION 'no such rights: %', rights;
+  END IF;
+  IF NOT zemo.is_owners(current_user) THEN
+    RAISE EXCEPTION 'only who owns the base gives rights' USING ERRCODE = 'insufficient_privilege';
+  END IF;
+  IF NOT EXISTS (SELECT FROM pg_roles WHERE rolname = to_role) THEN
+    RAISE EXCEPTION 'there is no role "%"', to_role;
+  END IF;
+  IF to_role = owner THEN
+    RAISE EXCEPTION 'role "%" owns the base', to_role;
+  END IF;
+  FOREACH step IN ARRAY ARRAY[
+    'REVOKE ALL ON ALL TABLES IN SCHEMA %2$I, zemo FROM %3$I',
+    'REVOKE ALL ON ALL SEQUENCES IN SCHEMA %2$I FROM %3$I',
+    'REVOKE ALL ON ALL FUNCTIONS IN SCHEMA zemo FROM %3$I',
+    'ALTER DEFAULT PRIVILEGES IN SCHEMA %2$I REVOKE ALL ON TABLES FROM %3$I',
+    'ALTER DEFAULT PRIVILEGES IN SCHEMA %2$I REVOKE ALL ON SEQUENCES FROM %3$I',
+    'GRANT CONNECT ON DATABASE %1$I TO %3$I',
+    'GRANT USAGE ON SCHEMA %2$I, zemo TO %3$I',
+    'GRANT SELECT ON ALL TABLES IN SCHEMA %2$I TO %3$I',
+    'GRANT SELECT ON ALL SEQUENCES IN SCHEMA %2$I TO %3$I',
+    'GRANT SELECT ON zemo.base, zemo.changes TO %3$I',
+    'GRANT SELECT (sent, seen, host) ON zemo.machines TO %3$I',
+    'ALTER DEFAULT PRIVILEGES IN SCHEMA %2$I GRANT SELECT ON TABLES TO %3$I',
+    'ALTER DEFAULT PRIVILEGES IN SCHEMA %2$I GRANT SELECT ON SEQUENCES TO %3$I']
+  LOOP
+    EXECUTE format(step, base, tables, to_role);
+  END LOOP;
+  IF rights = 'work' THEN
+    FOREACH step IN ARRAY ARRAY[
+      'GRANT INSERT, UPDATE, DELETE ON ALL TABLES IN SCHEMA %2$I TO %3$I',
+      'ALTER DEFAULT PRIVILEGES IN SCHEMA %2$I GRANT INSERT, UPDATE, DELETE ON TABLES TO %3$I',
+      'GRANT EXECUTE ON FUNCTION zemo.keep_place(text, bigint), '
+        'zemo.reserve_numbers(regclass, bigint), zemo.forget_changes(int) TO %3$I']
+    LOOP
+      EXECUTE format(step, base, tables, to_role);
+    END LOOP;
+  END IF;
+  step := CASE WHEN rights = 'own' THEN 'GRANT %I TO %I'
+               WHEN EXISTS (SELECT FROM pg_auth_members WHERE roleid = quote_ident(owner)::regrole
+                              AND member = quote_ident(to_role)::regrole) THEN 'REVOKE %I FROM %I'
+          END;
+  IF step IS NOT NULL THEN
+    EXECUTE format('SET LOCAL ROLE %I', session_user);
+    EXECUTE format(step, owner, to_role);
+    EXECUTE format('SET LOCAL ROLE %I', owner);
+  END IF;
 END $body$;
 )";
 
@@ -301,7 +386,9 @@ void PutAll(std::string& sql, std::string_view word, const std::string& value) {
 }  // namespace
 
 std::string PostgresSchemaSql() {
-  std::string bookkeeping = std::string(kBookkeeping) + kFeed;
+  std::string bookkeeping = std::string(kBookkeeping) + kFeed + kRights;
+  // A search path of their own: who calls them puts no function of his in the place of one.
+  PutAll(bookkeeping, "@as_owner@", "SECURITY DEFINER SET search_path = pg_catalog, pg_temp");
   PutAll(bookkeeping, "@form_state@", kFormState);
   PutAll(bookkeeping, "@lock@", kWriterLock);
   PutAll(bookkeeping, "@functions@", std::to_string(kFunctionsVersion));

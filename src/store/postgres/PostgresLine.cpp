@@ -12,6 +12,8 @@ namespace {
 
 constexpr size_t kMostPrepared = 128;
 constexpr char kConnectSeconds[] = "5";
+// Of a line on which nothing is heard: a server that is waited for may be gone.
+constexpr char kIdleSeconds[] = "10", kAskSeconds[] = "5", kAskTimes[] = "3";
 constexpr char kUnansweredMs[] = "10000";  // of sent bytes, after which the line is given up
 
 // As libpq takes them; null is Null. They live as long as the parameters.
@@ -29,10 +31,12 @@ std::string OrEmpty(const char* text) {
 }  // namespace
 
 PostgresLine::PostgresLine(const std::string& url) {
-  const char* const keys[] = {"dbname",          "connect_timeout",  "tcp_user_timeout",
-                              "client_encoding", "application_name", nullptr};
-  const char* const values[] = {url.c_str(), kConnectSeconds, kUnansweredMs,
-                                "UTF8",      kProgramName,    nullptr};
+  const char* const keys[] = {"dbname",          "connect_timeout",     "tcp_user_timeout",
+                              "keepalives_idle", "keepalives_interval", "keepalives_count",
+                              "client_encoding", "application_name",    nullptr};
+  const char* const values[] = {url.c_str(),  kConnectSeconds, kUnansweredMs,
+                                kIdleSeconds, kAskSeconds,     kAskTimes,
+                                "UTF8",       kProgramName,    nullptr};
   connection_ = Pq().PQconnectdbParams(keys, values, 1);
   Pq().PQsetNoticeProcessor(
       connection_, [](void*, const char*) {}, nullptr);

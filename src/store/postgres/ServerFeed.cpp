@@ -137,9 +137,8 @@ void ServerFeed::ReadTable(ServerRows& rows) {
 }
 
 int64_t ServerFeed::TakenFrom(const std::string& machine) {
-  const PostgresResult sent =
-      connection_->Run("SELECT sent FROM zemo.machines WHERE machine = $1::text", {machine}, false);
-  return sent.Rows() == 0 ? 0 : sent.Int(0, 0);
+  return connection_->Run("SELECT coalesce(zemo.place_of($1::text), 0)", {machine}, false)
+      .Int(0, 0);
 }
 
 void ServerFeed::Take(const std::string& machine, int64_t upTo, const std::string& changes) {
@@ -154,10 +153,7 @@ int64_t ServerFeed::Reserve(const std::string& table, int64_t count) {
 }
 
 void ServerFeed::ForgetChanges(int days) {
-  connection_->Run(
-      "DELETE FROM zemo.changes WHERE at < now() - $1::int * interval '1 day' AND place < (SELECT "
-      "max(place) FROM zemo.changes)",
-      {std::to_string(days)}, true);
+  connection_->Run("SELECT zemo.forget_changes($1::int)", {std::to_string(days)}, true);
 }
 
 void ServerFeed::Compact() {

@@ -16,14 +16,32 @@ namespace zemo {
 
 namespace {
 
-template <typename Step>
-void Try(const std::function<void(const std::string&)>& told, Step step) {
-  try {
-    step();
-  } catch (const StoreError& error) {
-    told(error.what());
+// What could not be done; of what the role may not do the first alone.
+class Faults {
+ public:
+  explicit Faults(const std::function<void(const std::string&)>& told) : told_(told) {}
+  ~Faults() {
+    if (!refused_.empty()) told_("this role leaves the base as it is: " + refused_);
   }
-}
+  Faults(const Faults&) = delete;
+
+  void Take(int number, const std::string& text) {
+    if (number != kErrReadOnly) return told_(text);
+    if (refused_.empty()) refused_ = text;
+  }
+  template <typename Step>
+  void Try(Step step) {
+    try {
+      step();
+    } catch (const StoreError& error) {
+      Take(error.Number(), error.what());
+    }
+  }
+
+ private:
+  const std::function<void(const std::string&)>& told_;
+  std::string refused_;
+};
 
 }  // namespace
 
@@ -38,19 +56,21 @@ void BringBaseUpToDate(const std::string& url,
                        const std::function<void(const std::string&)>& told) {
   StationBase base(ServerPlace(url));
   base.OpenOrCreateDatabase();
-  base.CreateMissingTables([&told](const std::string& table, int, const std::string& text) {
-    told(table + ": " + text);
-  });
-  Try(told, [&] { base.OpenAllTables(); });
-  Try(told, [&] { base.SeedFixedRows(); });
-  Try(told, [&] { DropOldSetting(base); });
+  Faults faults(told);
+  base.CreateMissingTables(
+      [&faults](const std::string& table, int number, const std::string& text) {
+        faults.Take(number, table + ": " + text);
+      });
+  faults.Try([&] { base.OpenAllTables(); });
+  faults.Try([&] { base.SeedFixedRows(); });
+  faults.Try([&] { DropOldSetting(base); });
   for (const CheckedTable& table : kCheckedTables)
-    Try(told, [&] {
+    faults.Try([&] {
       if (!NeedsRebuild(base, table)) return;
       RebuildTable(base, table);
       told(table.message);
     });
-  Try(told, [&] { RequireSideTable(base, MeasuresTable()); });
+  faults.Try([&] { RequireSideTable(base, MeasuresTable()); });
 }
 
 }  // namespace zemo
