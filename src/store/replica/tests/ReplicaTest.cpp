@@ -411,7 +411,8 @@ TEST_F(ReplicaTest, AMachineThatOnlyReadsNeedsNoNumbers) {
 }
 
 // Random work of two machines and of a program on the server. AUTEUR says which row it is and never
-// changes; a machine removes, makes again and numbers anew rows of its own, and anybody changes all.
+// changes; a machine removes, makes again and numbers anew rows of its own, and anybody changes
+// all.
 class RandomWork {
  public:
   RandomWork(unsigned seed, int& names) : chance_(seed), names_(names) {}
@@ -509,8 +510,7 @@ class RandomWork {
   void Renumber(Database& base, const std::string& who, int64_t number) {
     std::string name;
     if (const int64_t code = CodeOf(base, who, name))
-      base.Execute("UPDATE Discotheque SET CODE = ? WHERE CODE = ?",
-                   {number, code});
+      base.Execute("UPDATE Discotheque SET CODE = ? WHERE CODE = ?", {number, code});
   }
   void TakenBack(Database& base) {
     base.BeginTrans();
