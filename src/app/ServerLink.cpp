@@ -60,6 +60,25 @@ void RemoveLeftovers(const std::string& path) {
   for (const char* ending : {"", "-journal"}) std::filesystem::remove(path + ending, ignored);
 }
 
+// Nobody else works on the replica; where it is not replaced in the end, others are let in again.
+class Alone {
+ public:
+  explicit Alone(Replica& replica) : replica_(&replica) { replica.KeepAlone(); }
+  ~Alone() {
+    if (!replica_) return;
+    try {
+      replica_->LetOthersIn();
+    } catch (const StoreError&) {
+      // The lock goes with the next reading that gets in.
+    }
+  }
+  Alone(const Alone&) = delete;
+  void StayForGood() { replica_ = nullptr; }
+
+ private:
+  Replica* replica_;
+};
+
 }  // namespace
 
 // The thread's line to the server, which the end of the program may cut from outside.
@@ -98,11 +117,8 @@ ServerLink::ServerLink(const BasePlace& server, const std::string& machinePath)
       SeeToTheServer();
       ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
       MakeReplica(feed, NewMachineName(), path_);
-      Replica fresh(path_, kReplicaWaitMs);
-      ReplicaExchange steps(fresh, feed, nullptr);
-      steps.Begin();
-      if (!fresh.OnlyReads()) steps.GiveNumbers();
-      fresh.SetSeenToBy(ProgramMark());
+      GiveFirstNumbers(feed, path_);
+      Replica(path_, kReplicaWaitMs).SetSeenToBy(ProgramMark());
     } catch (const std::exception& error) {
       SetReachable(false, error.what());
     }
@@ -220,8 +236,8 @@ void ServerLink::Run() {
     if (NowMs() - beganMs > kMostRestMs) restMs = kFirstRestMs;
     try {
       Rest(restMs);
-    } catch (const StoreError&) {
-      // The replica is locked for longer than anybody should: what waits in it is counted later.
+    } catch (const std::exception& error) {
+      if (!ends_) SetReachable(false, error.what());  // the replica is held, or cannot be read
     }
     restMs = std::min(2 * restMs, kMostRestMs);
   }
@@ -329,6 +345,7 @@ void ServerLink::MakeReplica(ServerFeed& feed, const std::string& machine,
   base->Open(false);
   const std::string fresh = path_ + ".new";
   RemoveLeftovers(fresh);
+  RemoveLeftovers(path);  // a journal of the file that was there would be played into the new one
   Replica::Make(*base, place, machine, fresh);
   std::filesystem::rename(fresh, path);
 }
@@ -339,20 +356,26 @@ void ServerLink::MakeAnew(ServerFeed& feed, ReplicaExchange& steps) {
   // A structure that somebody changed under the program is his affair up to the next start.
   if (feed.Now().base != replica_->Place().base) SeeToTheServer();
   MakeReplica(feed, replica_->Machine(), whole);
-  for (;;) {
-    steps.Send();
-    replica_->KeepAlone();
-    if (replica_->Waiting() == 0) break;
-    replica_->LetOthersIn();
-  }
-  try {
-    Replica(whole, kReplicaWaitMs).TakeOver(*replica_);
-    std::filesystem::rename(whole, path_);
-  } catch (...) {
-    replica_->LetOthersIn();
-    throw;
-  }
+  GiveFirstNumbers(feed, whole);
+  while (!TakesItsPlace(whole)) steps.Send();
+}
+
+void ServerLink::GiveFirstNumbers(ServerFeed& feed, const std::string& path) {
+  Replica fresh(path, kReplicaWaitMs);
+  ReplicaExchange steps(fresh, feed, nullptr);
+  steps.Begin();
+  if (!fresh.OnlyReads()) steps.GiveNumbers();
+}
+
+// False: something was written in the former replica meanwhile.
+bool ServerLink::TakesItsPlace(const std::string& whole) {
+  Alone alone(*replica_);
+  if (replica_->Waiting() != 0) return false;
+  Replica(whole, kReplicaWaitMs).TakeOver(*replica_);
+  std::filesystem::rename(whole, path_);
+  alone.StayForGood();
   replaced_.push_back(std::move(replica_));
+  return true;
 }
 
 }  // namespace zemo

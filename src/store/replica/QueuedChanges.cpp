@@ -20,7 +20,8 @@ using nlohmann::json;
 struct RowWrites {
   bool isNew = false;  // the server has not had it
   bool again = false;  // it was removed and made again: the server may have the former one
-  std::set<std::string> fields;  // that got another value
+  bool gone = false;   // the last of these writes removed it, though a later one may make it again
+  std::set<std::string> fields{};  // that got another value
 };
 using TableWrites = std::map<int64_t, RowWrites>;
 
@@ -42,6 +43,7 @@ std::map<std::string, TableWrites> WritesUpTo(Connection& replica, int64_t last)
     auto [found, first] = tables[queue.Text(0)].try_emplace(queue.Int(2));
     RowWrites& row = found->second;
     if (act == "I") (first ? row.isNew : row.again) = true;
+    row.gone = act == "D";
     if (act == "U") AddFields(queue.Text(3), row.fields);
   }
   return tables;
@@ -74,7 +76,7 @@ class TableChanges {
     std::map<std::set<std::string>, json> byFields;
     for (const auto& [number, row] : writes) {
       const json values = Row(number);
-      const bool isThere = !values.is_null();
+      const bool isThere = !values.is_null() && !row.gone;
       if ((!isThere && !row.isNew) || row.again) gone.push_back(number);
       if (!isThere) continue;
       if (row.isNew || row.again)

@@ -167,13 +167,6 @@ void Replica::TakeOver(Replica& former) {
   connection_->Prepare("INSERT INTO sqlite_sequence (name, seq) VALUES ('zemo_queue', ?1)")
       .Bind(1, Number(old, "SELECT max(seq) FROM sqlite_sequence WHERE name = 'zemo_queue'"))
       .Run();
-  Statement numbers = old.Prepare("SELECT tableName, next, last FROM zemo_numbers");
-  while (numbers.Step())
-    connection_->Prepare("INSERT INTO zemo_numbers VALUES (?1, ?2, ?3)")
-        .Bind(1, numbers.Text(0))
-        .Bind(2, numbers.Int(1))
-        .Bind(3, numbers.Int(2))
-        .Run();
   held.Commit();
 }
 

@@ -51,9 +51,9 @@ class Replica {
   Replica(const Replica&) = delete;
 
   const std::string& Machine() const { return machine_; }
-  // Of a fresh replica that takes the place of another one, whose queue is empty and stays so: it
-  // gets the numbers of new rows, and the queue goes on at the same place, since the server passes
-  // over places that it has had.
+  // Of a fresh replica that takes the place of another one, whose queue is empty and stays so: the
+  // queue goes on at the same place, since the server passes over places that it has had. It has
+  // numbers of its own: a server that was restored gives those of the former one to others.
   void TakeOver(Replica& former);
   FeedPlace Place();
   void SetOnlyReads(bool onlyReads);

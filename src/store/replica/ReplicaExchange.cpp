@@ -68,6 +68,7 @@ bool ReplicaExchange::TakeIn() {
 }
 
 void ReplicaExchange::GiveNumbers() {
+  if (replica_.OnlyReads()) return;
   for (const std::string& table : replica_.Tables()) {
     if (replica_.NumbersLeft(table) * 2 > kNumbers) continue;
     const int64_t first = feed_.Reserve(table, kNumbers);
@@ -76,7 +77,7 @@ void ReplicaExchange::GiveNumbers() {
 }
 
 void ReplicaExchange::GiveFreshNumbers(const std::string& table) {
-  if (!replica_.NumbersAreBehind(table)) return;
+  if (replica_.OnlyReads() || !replica_.NumbersAreBehind(table)) return;
   const int64_t first = feed_.Reserve(table, kNumbers);
   replica_.DropNumbers(table);
   replica_.AddNumbers(table, first, first + kNumbers - 1);

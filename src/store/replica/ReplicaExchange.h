@@ -29,7 +29,7 @@ class ReplicaExchange {
   void Send();
   // What others have stored is taken in. False as Begin.
   bool TakeIn();
-  // Every table has numbers for new rows, most of a block at least.
+  // Every table has numbers for new rows, most of a block at least; none for who only reads.
   void GiveNumbers();
   // Where the table's next rows would get numbers below that of another machine's row they get
   // others, above all: for a table whose rows are read by the order of their numbers.

@@ -2,7 +2,10 @@
 // all three come to the same, whoever was away meanwhile.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <map>
+#include <random>
 
 #include "store/CarryOver.h"
 #include "store/postgres/tests/EngineFixture.h"
@@ -24,6 +27,7 @@ class Machine {
   Database& Db() { return *db_; }
   Replica& Copy() { return *replica_; }
   ReplicaExchange& Steps() { return *exchange_; }
+  ServerFeed& Feed() { return *feed_; }
   const Strings& Refused() const { return refused_; }
   int Stores() const { return stores_; }
   int Compactions() const { return compactions_; }
@@ -122,11 +126,12 @@ class ReplicaTest : public testing::Test {
     return rows;
   }
   void ExpectAllAlike() {
-    for (const TableDef& table : SchemaTables()) {
-      const Strings server = All(Server(), table.Name);
-      EXPECT_EQ(All(Air().Db(), table.Name), server) << table.Name;
-      EXPECT_EQ(All(Office().Db(), table.Name), server) << table.Name;
-    }
+    for (const TableDef& table : SchemaTables()) ExpectAlike(table.Name);
+  }
+  void ExpectAlike(const std::string& table) {
+    const Strings server = All(Server(), table);
+    EXPECT_EQ(All(Air().Db(), table), server) << table;
+    EXPECT_EQ(All(Office().Db(), table), server) << table;
   }
 
  private:
@@ -371,6 +376,181 @@ TEST_F(ReplicaTest, ItsKeeperHearsOfStoresAndCompactions) {
   EXPECT_TRUE(Air().Db().CompactInPlace());
   EXPECT_EQ(Air().Compactions(), 1);
   EXPECT_EQ(ErrorOf([&] { Air().Db().Tables().Delete("VT"); }), kErrReadOnly);
+}
+
+// The queue goes out in parts: a row that one part removes and the next one makes again.
+TEST_F(ReplicaTest, ARowThatIsMadeAgainBehindACutOfTheQueueIsNotRefused) {
+  Air().Db().Execute("INSERT INTO VT(FILENAME, CODE) VALUES('a', 7)");
+  Air().Meet();
+  EXPECT_EQ(ByHand("ALTER TABLE \"Discotheque\" ADD CHECK (\"TITRE\" <> 'bad')"), "");
+  Air().Db().Execute("DELETE * FROM VT WHERE CODE = 7");
+  Air().Db().Execute("INSERT INTO VT(FILENAME, CODE) VALUES('b', 7)");
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('bad')");
+  Air().Meet();
+  EXPECT_EQ(Air().Refused().size(), 1U);
+  EXPECT_EQ(OnServer("SELECT FILENAME FROM VT WHERE CODE = 7"), Strings{"b"});
+}
+
+// After a restore the server sets numbers apart once more that it had set apart before.
+TEST_F(ReplicaTest, AReplicaOfAnotherBaseGivesNoNumbersOfTheFormerOne) {
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('before')");
+  const int64_t before = Air().Db().LastInsertCode();
+  Air().Meet();
+  EXPECT_EQ(ByHand("UPDATE zemo.base SET identity = 'restored'"), "");
+  Air().Meet();
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('behind')");
+  EXPECT_GT(Air().Db().LastInsertCode(), before + 50000);
+}
+
+TEST_F(ReplicaTest, AMachineThatOnlyReadsNeedsNoNumbers) {
+  Air().Copy().SetOnlyReads(true);
+  Air().Copy().DropNumbers("Rapport");
+  Air().Steps().GiveNumbers();
+  Air().Steps().GiveFreshNumbers("Rapport");
+  EXPECT_EQ(Air().Copy().NumbersLeft("Rapport"), 0);
+}
+
+// Random work of two machines and of a program on the server. AUTEUR says which row it is and never
+// changes; a machine removes, makes again and numbers anew rows of its own, and anybody changes
+// all.
+class RandomWork {
+ public:
+  RandomWork(unsigned seed, int& names) : chance_(seed), names_(names) {}
+
+  void Step(Machine& machine, const std::string& who) {
+    Database& base = machine.Db();
+    switch (Below(11)) {
+      case 0:
+      case 1:
+        Insert(base, who, 0);
+        break;
+      case 2:
+        Update(base);
+        break;
+      case 3:
+        Remove(base, who);
+        break;
+      case 4:
+        if (const int64_t code = Remove(base, who)) Insert(base, who, code);
+        break;
+      case 5:
+        Renumber(base, who, machine.Feed().Reserve("Discotheque", 1));
+        break;
+      case 6:
+        TakenBack(base);
+        break;
+      case 7:  // a part is sent
+        if (const auto queued = machine.Copy().Queued(1 + Below(4))) {
+          Take(machine, *queued);
+          machine.Copy().Sent(queued->last);
+        }
+        break;
+      case 8:  // its answer is lost, and with it the line
+        if (const auto queued = machine.Copy().Queued(1 + Below(4))) Take(machine, *queued);
+        machine.Connect();
+        machine.Steps().Begin();
+        break;
+      case 9:
+        machine.Send();
+        machine.Connect();
+        break;
+      default:
+        machine.Meet();
+    }
+  }
+  void StepOnServer(Database& base) {
+    if (Below(2) == 0)
+      Insert(base, "server", 0);
+    else
+      Update(base);
+    if (Below(4) == 0) Remove(base, "server");
+  }
+  size_t Below(size_t end) { return chance_() % end; }
+  const std::map<std::string, std::string>& Owners() const { return owners_; }
+
+ private:
+  static void Take(Machine& machine, const QueuedWrites& queued) {
+    machine.Feed().Take(machine.Copy().Machine(), queued.last, queued.changes);
+  }
+  void Insert(Database& base, const std::string& who, int64_t code) {
+    const std::string name = who + std::to_string(++names_);
+    if (code == 0)
+      base.Execute("INSERT INTO Discotheque(AUTEUR, TITRE) VALUES(?, 't')", {name});
+    else
+      base.Execute("INSERT INTO Discotheque(AUTEUR, TITRE, CODE) VALUES(?, 't', ?)", {name, code});
+    owners_[name] = who;
+  }
+  void Update(Database& base) {
+    const std::string value = "v" + std::to_string(Below(1000));
+    const std::string field = Below(2) == 0 ? "TITRE" : "GENRE";
+    const auto rows = base.OpenRecordset("SELECT CODE FROM Discotheque ORDER BY CODE");
+    for (size_t skipped = Below(6); skipped > 0 && !rows->Eof(); --skipped) rows->MoveNext();
+    if (!rows->Eof())
+      base.Execute("UPDATE Discotheque SET " + field + " = ? WHERE CODE = ?",
+                   {value, rows->Field(0)});
+  }
+  // One of this writer's; 0: none.
+  int64_t CodeOf(Database& base, const std::string& who, std::string& name) {
+    Strings names;
+    for (const auto& [its, owner] : owners_)
+      if (owner == who) names.push_back(its);
+    if (names.empty()) return 0;
+    name = names[Below(names.size())];
+    const auto row = base.OpenRecordset("SELECT CODE FROM Discotheque WHERE AUTEUR = ?", {name});
+    return row->Eof() ? 0 : AsInt(row->Field(0));
+  }
+  int64_t Remove(Database& base, const std::string& who) {
+    std::string name;
+    const int64_t code = CodeOf(base, who, name);
+    if (code == 0) return 0;
+    base.Execute("DELETE * FROM Discotheque WHERE CODE = ?", {code});
+    owners_.erase(name);
+    return code;
+  }
+  void Renumber(Database& base, const std::string& who, int64_t number) {
+    std::string name;
+    if (const int64_t code = CodeOf(base, who, name))
+      base.Execute("UPDATE Discotheque SET CODE = ? WHERE CODE = ?", {number, code});
+  }
+  void TakenBack(Database& base) {
+    base.BeginTrans();
+    base.Execute("INSERT INTO Discotheque(AUTEUR) VALUES('taken back')");
+    Update(base);
+    base.RollbackTrans();
+  }
+
+  std::mt19937 chance_;
+  int& names_;
+  std::map<std::string, std::string> owners_;  // of each row that was stored and not removed
+};
+
+TEST_F(ReplicaTest, WhateverTheyDoAllComeToTheSameAndNothingIsMissing) {
+  int names = 0;
+  for (unsigned seed = 1; seed <= 200 && !HasFailure(); ++seed) {
+    SCOPED_TRACE(seed);
+    Server().Execute("DELETE * FROM Discotheque");
+    Air().Meet();
+    Office().Meet();
+    RandomWork work(seed, names);
+    for (int step = 0; step < 24; ++step) {
+      const size_t who = work.Below(5);
+      if (who == 0)
+        work.StepOnServer(Server());
+      else
+        work.Step(who < 3 ? Air() : Office(), who < 3 ? "air" : "office");
+    }
+    Air().Meet();
+    Office().Meet();
+    Air().Meet();
+    ExpectAlike("Discotheque");
+    Strings expected;
+    for (const auto& [name, owner] : work.Owners()) expected.push_back(name);
+    Strings stored = OnServer("SELECT AUTEUR FROM Discotheque");
+    std::sort(stored.begin(), stored.end());
+    EXPECT_EQ(stored, expected);
+    EXPECT_EQ(Air().Refused(), Strings{});
+    EXPECT_EQ(Office().Refused(), Strings{});
+  }
 }
 
 }  // namespace
