@@ -38,6 +38,7 @@ constexpr int kRecheckMs = 20, kRecheckForMs = 1000;  // until what is being sto
 constexpr int kLastSendingMs = 2000;                  // of what waits at the end of the program
 constexpr int kKnownDays = 8;  // a machine that was off for longer reads the whole base
 constexpr int64_t kDayMs = 24LL * 3600 * 1000;
+constexpr char kAside[] = ".aside";
 constexpr char kReport[] = "Rapport";
 constexpr char kRefused[] = "RefusedRows.Txt";
 
@@ -58,6 +59,14 @@ std::string NewMachineName() {
 void RemoveLeftovers(const std::string& path) {
   std::error_code ignored;
   for (const char* ending : {"", "-journal"}) std::filesystem::remove(path + ending, ignored);
+}
+
+// A file that is no replica may hold what was never sent. Its journal goes with it, and would be
+// played into the one that takes its place.
+void PutAside(const std::string& path) {
+  std::error_code ignored;
+  for (const char* ending : {"-journal", ""})
+    std::filesystem::rename(path + ending, path + kAside + ending, ignored);
 }
 
 // Nobody else works on the replica; where it is not replaced in the end, others are let in again.
@@ -345,7 +354,7 @@ void ServerLink::MakeReplica(ServerFeed& feed, const std::string& machine,
   base->Open(false);
   const std::string fresh = path_ + ".new";
   RemoveLeftovers(fresh);
-  RemoveLeftovers(path);  // a journal of the file that was there would be played into the new one
+  PutAside(path);
   Replica::Make(*base, place, machine, fresh);
   std::filesystem::rename(fresh, path);
 }

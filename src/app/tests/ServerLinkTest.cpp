@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 
 #include "app/ServerLink.h"
@@ -202,6 +203,30 @@ TEST_F(ServerLinkTest, AReplicaThatAnotherToolLocksIsWaitedFor) {
   }
   Add(*on, "a");
   EXPECT_TRUE(Comes([&] { return air->State().reachable && OnServer(kTitles) == "a"; }));
+}
+
+// Held by another tool for longer than a start waits, or damaged: what it holds is not thrown away.
+TEST_F(ServerLinkTest, AReplicaThatCannotBeReadIsNeverReplacedByAFreshOne) {
+  const std::string path = Folder("air") + '/' + ServerLink::FileName(ServerPlace(Url()));
+  Link();
+  TestServer::Get().Stop();
+  {
+    const auto air = Link();
+    Add(*Open(*air), "a");
+  }
+  TestServer::Get().Start();
+  std::unique_ptr<ServerLink> air;
+  {
+    const HeldDatabase held(path, 2000);
+    air = Link();
+  }
+  EXPECT_TRUE(Comes([&] { return OnServer(kTitles) == "a"; }));
+  air.reset();
+  std::ofstream(path, std::ios::trunc)
+      << "no database, and long enough to be looked at as one, or so";
+  air = Link();
+  EXPECT_EQ(Count(*Open(*air)), 1);
+  EXPECT_TRUE(std::filesystem::exists(path + ".aside"));
 }
 
 // A writer that is killed at any moment, again and again: the server has each of its rows once.

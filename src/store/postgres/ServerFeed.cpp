@@ -136,6 +136,15 @@ void ServerFeed::ReadTable(ServerRows& rows) {
   }
 }
 
+bool ServerFeed::HasItsFunctions() {
+  return connection_
+             ->Run(
+                 "SELECT to_regprocedure('zemo.take(text,bigint,jsonb)') IS NOT NULL AND "
+                 "to_regclass('zemo.changes') IS NOT NULL",
+                 {}, false)
+             .Text(0, 0) == "t";
+}
+
 int64_t ServerFeed::TakenFrom(const std::string& machine) {
   return connection_->Run("SELECT coalesce(zemo.place_of($1::text), 0)", {machine}, false)
       .Int(0, 0);

@@ -56,6 +56,8 @@ class ServerFeed {
   // The rows that about so many changes behind the place were of, as they are now.
   ServerChanges Behind(const FeedPlace& place, int64_t mostChanges);
 
+  // The base is not just being restored, or dropped, under the feed.
+  bool HasItsFunctions();
   // Place in the machine's queue up to which it was taken; 0: nothing yet.
   int64_t TakenFrom(const std::string& machine);
   // The writes of the machine's queue up to this place, all of them or none (the error tells why);

@@ -102,8 +102,8 @@ bool Replica::IsThere(const std::string& path) {
   try {
     Connection connection(path, false, std::make_shared<LockWait>(kBusyTimeoutMs));
     return Number(connection, "SELECT form FROM zemo_replica") == kReplicaForm;
-  } catch (const StoreError&) {
-    return false;
+  } catch (const StoreError& error) {
+    return error.Number() != kErrBadDatabase && error.Number() != kErrNoSuchTable;
   }
 }
 

@@ -38,7 +38,9 @@ struct RefusedRow {
 // StoreError.
 class Replica {
  public:
-  // Whether the file holds a whole replica of this form; throws nothing.
+  // Whether the file holds a replica of this form, or may: what is locked just now, or fails to be
+  // read, is to be asked again and never to be replaced. False where it is missing, damaged or
+  // another one. Throws nothing.
   static bool IsThere(const std::string& path);
   // The whole base that `server` has open, of one moment, into a new file, as a replica that knows
   // the changes up to `place`, of the machine of this name. `path` must not exist.

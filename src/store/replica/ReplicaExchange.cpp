@@ -33,7 +33,7 @@ void ReplicaExchange::Send() {
     try {
       feed_.Take(replica_.Machine(), queued->last, queued->changes);
     } catch (const StoreError& error) {
-      if (!IsRefusal(error)) throw;
+      if (!IsRefusal(error) || !feed_.HasItsFunctions()) throw;
       SendOneByOne();
       continue;
     }
@@ -48,7 +48,7 @@ void ReplicaExchange::SendOneByOne() {
       feed_.Take(replica_.Machine(), queued->last, queued->changes);
       replica_.Sent(queued->last);
     } catch (const StoreError& error) {
-      if (!IsRefusal(error)) throw;
+      if (!IsRefusal(error) || !feed_.HasItsFunctions()) throw;
       const RefusedRow row = replica_.FirstRow();
       refused_(row, error.what());  // ahead of its end: it is told twice rather than not at all
       replica_.Drop(row);

@@ -14,8 +14,8 @@ TEST_F(OthersRows, AreListedInTheOrderThatStandsWithTheRowThatWasChosen) {
   ClickHead("ListRap", RapCol::kArtist);
   ClickRow("ListRap", 3);  // Zoo
   Add({.time = "11:30:00", .artist = "Nena", .title = "Late"});
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Column("ListRap", RapCol::kArtist).size() == 5; },
-                              kSoonMs));
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return Column("ListRap", RapCol::kArtist).size() == 5; }, kSoonMs));
   EXPECT_EQ(Column("ListRap", RapCol::kArtist), (Texts{"Abba", "Abba", "Bakery", "Nena", "Zoo"}));
   EXPECT_EQ(Find<QTableView>("ListRap")->currentIndex().row(), 4);
   EXPECT_EQ(Editor().ListRap.chosen, 4U);

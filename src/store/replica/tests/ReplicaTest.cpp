@@ -292,6 +292,17 @@ TEST_F(ReplicaTest, ARowThatTheServerDoesNotTakeIsToldAndTheOthersGo) {
   ExpectAllAlike();
 }
 
+// As a restore over the base does it for some seconds.
+TEST_F(ReplicaTest, ABaseWithoutItsFunctionsRefusesNothing) {
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('kept')");
+  EXPECT_EQ(ByHand("ALTER FUNCTION zemo.take(text, bigint, jsonb) RENAME TO gone"), "");
+  EXPECT_NE(ErrorOf([&] { Air().Send(); }), 0);
+  EXPECT_TRUE(Air().Refused().empty());
+  EXPECT_EQ(ByHand("ALTER FUNCTION zemo.gone(text, bigint, jsonb) RENAME TO take"), "");
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles), (Strings{"kept", "SOS"}));
+}
+
 TEST_F(ReplicaTest, TwoRowsMayExchangeWhatOnlyOneCanHave) {
   EXPECT_EQ(ByHand("CREATE UNIQUE INDEX once ON \"Variete\" (\"POURCENT\")"), "");
   EXPECT_EQ(ErrorOf([&] {

@@ -30,7 +30,9 @@ TEST_F(OthersCampaigns, AnOverviewKeepsItsLine) {
   Overview().setCurrentIndex(Overview().model()->index(1, 0));
   on.AddCampaign({{"ANNONCEUR", "'Abba'"}, {"FILENAMEAUDIO", "'/a.wav'"}});
   EXPECT_TRUE(QTest::qWaitFor(
-      [&] { return OverviewColumn(0) == std::vector<std::string>{"Abba", "Bakery", "Zoo"}; },
+      [&] {
+        return OverviewColumn(0) == std::vector<std::string>{"Abba", "Bakery", "Zoo"};
+      },
       kSoonMs));
   EXPECT_EQ(Overview().currentIndex().row(), 2);  // Zoo
 }
