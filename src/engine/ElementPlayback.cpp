@@ -16,6 +16,7 @@
 
 #include "engine/BaseMaintenance.h"
 #include "engine/ElementOnAir.h"
+#include "engine/KeptPosition.h"
 #include "engine/UnplayableRows.h"
 #include "library/OnAirRows.h"
 #include "platform/Folder.h"
@@ -420,6 +421,7 @@ void FollowUp(Station& station, const OnAirElement& row, bool takenUp) {
   if (takenUp) return station.events.OnAir(row.code, engine.MixPointMs, 0);
   ReportRow begun = card.texts;
   SetMoment(begun, station);
+  KeepAirBegin(station, row, begun.DATENUM);
   MarkPlayed(station, row, card, begun);
   TellComment(station, card.comment);
   if (row.code > 0) BeginIntro(station, row.code, card.introSec);

@@ -141,12 +141,14 @@ void WithGuards(Engine& engine, TakeTruth truth, TakeGuard guard) {
   guard(engine.LastTopageTimer);
   guard(engine.LastIntroJingleTimer);
 }
-constexpr size_t kAirFields = 3 + 11 + 1;
+constexpr size_t kAirFields = 4 + 11 + 1;
 
-std::string AirLine(const Station& station, int32_t positionMs) {
+// `unreportedSince`: the element's begin, as a day serial, while its row of the report is still to
+// be written; 0: it is.
+std::string AirLine(const Station& station, int32_t positionMs, double unreportedSince) {
   const EngineState& engine = station.engine;
   std::string line = std::to_string(kForm) + ',' + Real(DateSerial(station.Now())) + ',' +
-                     std::to_string(positionMs);
+                     std::to_string(positionMs) + ',' + Real(unreportedSince);
   WithGuards(
       engine, [&line](bool flag) { line += flag ? ",1" : ",0"; },
       [&line](float seconds) { line += ',' + Real(static_cast<double>(seconds)); });
@@ -154,10 +156,31 @@ std::string AirLine(const Station& station, int32_t positionMs) {
 }
 
 // Where the ears are, which the output's buffers follow.
-int32_t HeardMs(const Station& station) {
-  const EngineState& engine = station.engine;
-  const int32_t mixed = station.platform.sound.Position(engine.CurrentChannel);
-  return std::max(0, mixed - static_cast<int32_t>(engine.BufferOffsetSec * 1000));
+int32_t HeardMs(const Station& station, int slot) {
+  const int32_t mixed = station.platform.sound.Position(slot);
+  return std::max(0, mixed - static_cast<int32_t>(station.engine.BufferOffsetSec * 1000));
+}
+
+// The element is still in the list while its start is followed up.
+std::string ListBehind(const Station& station, const OnAirElement* inList) {
+  std::string lines;
+  for (const OnAirRow& row : station.PL)
+    if (inList && row.AsElement() == *inList)
+      inList = nullptr;
+    else
+      lines += ElementLine(row.AsElement());
+  return lines;
+}
+
+// Of a crash between the report's row and what is kept behind it; a row that waits for the base
+// is journalled, and counts.
+bool WasReported(Station& station, double begun) {
+  constexpr double kSecond = 1 / kSecondsADay;
+  for (const AirWrite& write : station.engine.kept.writes)
+    if (write.row.DATENUM >= begun - kSecond / 2) return true;
+  const auto newest =
+      station.base.Db().OpenRecordset("SELECT TOP 1 DATENUM FROM Rapport ORDER BY CODE DESC");
+  return !newest->Eof() && AsReal(newest->Field(0)) >= begun - kSecond / 2;
 }
 
 bool IsFresh(const Station& station, double moment) {
@@ -178,6 +201,7 @@ bool TakeUp(Station& station) {
   if (!station.platform.soundFiles.Exists(element->file)) return false;
   const auto positionMs =
       static_cast<int32_t>(std::clamp<int64_t>(fields.Whole(), 0, element->lengthMs.value_or(0)));
+  const double unreportedSince = fields.Number().value_or(0);
   EngineState& engine = station.engine;
   WithGuards(
       engine, [&fields](auto& flag) { flag = fields.Truth(); },
@@ -186,7 +210,9 @@ bool TakeUp(Station& station) {
   station.PL.Clear();
   for (size_t row = 1; row < records.size(); ++row)
     if (auto listed = ElementIn(records[row])) station.PL.Add(*std::move(listed));
-  engine.keptAir.from = positionMs;
+  // One that had just begun, and is in no report, begins again and is reported.
+  if (unreportedSince == 0 || WasReported(station, unreportedSince))
+    engine.keptAir.from = positionMs;
   return true;
 }
 
@@ -198,9 +224,25 @@ void KeepAirPosition(Station& station) {
   if (!kept.wanted || !station.engine.IsRunning || nowMs < kept.nextMs) return;
   kept.nextMs = nowMs + kEveryMs;
   if (station.engine.EmergencyOnAir || kept.element.file.empty()) return;
-  std::string text = AirLine(station, HeardMs(station)) + ElementLine(kept.element);
-  for (const OnAirRow& row : station.PL) text += ElementLine(row.AsElement());
-  WriteSideFile(station.platform.machineFolder, kAir, text);
+  const int32_t heardMs = HeardMs(station, station.engine.CurrentChannel);
+  WriteSideFile(
+      station.platform.machineFolder, kAir,
+      AirLine(station, heardMs, 0) + ElementLine(kept.element) + ListBehind(station, nullptr));
+}
+
+void KeepAirBegin(Station& station, const OnAirElement& element, double begun) {
+  KeptAir& kept = station.engine.keptAir;
+  kept.element = element;
+  kept.nextMs = 0;
+  if (!kept.wanted) return;
+  try {
+    const int32_t heardMs = HeardMs(station, station.engine.NextChannel);
+    WriteSideFile(
+        station.platform.machineFolder, kAir,
+        AirLine(station, heardMs, begun) + ElementLine(element) + ListBehind(station, &element));
+  } catch (const FileError&) {
+    LogCurrentException(station, kRoutine);
+  }
 }
 
 void ForgetAirPosition(Station& station) {

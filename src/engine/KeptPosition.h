@@ -4,12 +4,17 @@
 
 namespace zemo {
 
+struct OnAirElement;
 struct Station;
 
 // The last step of a tick: once a second, where the engine runs and this program keeps it
 // (KeptAir::wanted), the element that sounds, the place that is heard and the list go into
 // "OnAir.Dat" of the machine folder. Waits for no disk.
 void KeepAirPosition(Station& station);
+
+// Ahead of the report's row of an element that has just begun (`begun` is its moment, a day
+// serial): so that a crash on either side of that row neither loses nor doubles it.
+void KeepAirBegin(Station& station, const OnAirElement& element, double begun);
 
 // The engine was stopped in order: nothing is to be taken up.
 void ForgetAirPosition(Station& station);

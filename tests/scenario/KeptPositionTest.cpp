@@ -64,6 +64,30 @@ TEST_F(KeptPosition, IsTakenUpWhereItWasHeardWithTheListBehindIt) {
   EXPECT_EQ(Rows(), "2");
 }
 
+// The crash came between two writes of one start: by the report the next start knows which.
+TEST_F(KeptPosition, AroundTheReportsRowNothingIsLostOrDoubled) {
+  on.RunUntil(20000);
+  std::string file = *on.machineFolder.Read(kFile);
+  const std::string begun = on.SqlText("SELECT DATENUM FROM Rapport");
+  size_t field = 0;
+  for (int comma = 0; comma < 3; ++comma) field = file.find(',', field) + 1;
+  file.replace(field, file.find(',', field) - field, begun);
+  on.machineFolder.Write(kFile, file);
+  const auto behind = Next("2026-11-21 12:00:21");
+  behind->RunUntil(1000);
+  ASSERT_EQ(behind->Starts().size(), 1U);
+  EXPECT_GT(behind->Starts()[0].Int("position_ms"), 10000);
+  EXPECT_EQ(Rows(), "1");
+  behind->RunUntil(1500);
+  on.Sql("DELETE FROM Rapport");
+  const auto ahead = Next("2026-11-21 12:00:21");
+  ahead->RunUntil(1000);
+  ASSERT_EQ(ahead->Starts().size(), 1U);
+  EXPECT_EQ(ahead->Starts()[0]["title"], "A  FIRST");
+  EXPECT_EQ(ahead->Starts()[0].Int("position_ms"), 0);
+  EXPECT_EQ(Rows(), "1");
+}
+
 TEST_F(KeptPosition, OlderThanTenSecondsTheStartIsOneAsAnyOther) {
   on.RunUntil(61500);
   const auto next = Next("2026-11-21 12:01:12");
