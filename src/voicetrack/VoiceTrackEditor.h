@@ -90,8 +90,8 @@ struct VoiceTrackEditor {
   std::string untouchedFile;   // FileVoiceTrack before its level was changed; empty: it was not
   TrackState stored;           // with what was taken over since
   int64_t counter = 0;         // ForeignCounter, as of which it is what the base holds
-  int takes = 0;          // see TrackState
-  int32_t takeAtMs = -1;  // of the join, where the last recording began; -1: it was not heard
+  int takes = 0;               // see TrackState
+  int32_t takeAtMs = -1;       // of the join, where the last recording began; -1: it was not heard
   JoinProgress join;
   std::unique_ptr<SoundObserver> joinEvents;  // tells what the preview's slots do
 };

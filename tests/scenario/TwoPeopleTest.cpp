@@ -25,7 +25,8 @@ using Strings = std::vector<std::string>;
 // What was asked: a line a box, its buttons and its answer.
 Strings Asked(const TestStation& on) {
   Strings asked;
-  for (const auto& box : on.Events("message")) asked.push_back(box["buttons"] + " " + box["answer"]);
+  for (const auto& box : on.Events("message"))
+    asked.push_back(box["buttons"] + " " + box["answer"]);
   return asked;
 }
 
@@ -45,8 +46,8 @@ class TwoOnACard : public testing::Test {
     Library::Discotheque_Click(on.station, editor);
   }
   std::string Field(const std::string& column) {
-    return on.SqlText("SELECT " + column + " FROM Discotheque WHERE CODE = " +
-                      std::to_string(code_));
+    return on.SqlText("SELECT " + column +
+                      " FROM Discotheque WHERE CODE = " + std::to_string(code_));
   }
   void Other(const std::string& change) { on.Sql("UPDATE Discotheque SET " + change); }
   void Replace() { Library::Replacer_Click(on.station, editor); }
@@ -282,7 +283,8 @@ TEST_F(TwoOnACampaign, CrossesThatBothSetAreAskedFor) {
   EXPECT_EQ(Crosses(), "X X     ");
 }
 
-// Theirs has other hours, mine other crosses: a grid of the one with the hours of the other is none.
+// Theirs has other hours, mine other crosses: a grid of the one with the hours of the other is
+// none.
 TEST_F(TwoOnACampaign, HoursAndCrossesAreOneField) {
   Other("HFIN = '09'");
   editor().GPub.SetCell(kFirstMomentRow, 3, std::string(kCross));
@@ -467,8 +469,9 @@ class TwoOnAList : public testing::Test {
   void SetUp() override {
     on.Load();
     for (int i = 0; i < 3; ++i) on.AddCard({.lengthMs = 10000});
-    on.Sql("INSERT INTO Playlist (CODE, LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES (7, "
-           "'21/11/2026', '18:00', 'EVENING', 0)");
+    on.Sql(
+        "INSERT INTO Playlist (CODE, LADATE, LHEURE, LIBELLE, NOJINGLE) VALUES (7, "
+        "'21/11/2026', '18:00', 'EVENING', 0)");
     on.Sql("INSERT INTO Pls (NUMPLS, DISCOTHEQUE, FICHE) VALUES (7, 1, 1)");
     on.station.storedList.open = true;
     ASSERT_TRUE(OnAir::SelectStoredList(on.station, 7));
