@@ -421,7 +421,7 @@ void FollowUp(Station& station, const OnAirElement& row, bool takenUp) {
   if (takenUp) return station.events.OnAir(row.code, engine.MixPointMs, 0);
   ReportRow begun = card.texts;
   SetMoment(begun, station);
-  KeepAirBegin(station, row, begun.DATENUM);
+  KeepAirBegin(station, begun.DATENUM);
   MarkPlayed(station, row, card, begun);
   TellComment(station, card.comment);
   if (row.code > 0) BeginIntro(station, row.code, card.introSec);

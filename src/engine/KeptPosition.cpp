@@ -172,6 +172,12 @@ std::string ListBehind(const Station& station, const OnAirElement* inList) {
   return lines;
 }
 
+void WriteAir(Station& station, int slot, double unreportedSince, const OnAirElement* inList) {
+  WriteSideFile(station.platform.machineFolder, kAir,
+                AirLine(station, HeardMs(station, slot), unreportedSince) +
+                    ElementLine(station.engine.keptAir.element) + ListBehind(station, inList));
+}
+
 // Of a crash between the report's row and what is kept behind it; a row that waits for the base
 // is journalled, and counts.
 bool WasReported(Station& station, double begun) {
@@ -188,17 +194,16 @@ bool IsFresh(const Station& station, double moment) {
   return age >= 0 && age <= kOldestSec;
 }
 
-bool TakeUp(Station& station) {
+void TakeUp(Station& station) {
   Folder& folder = station.platform.machineFolder;
   const auto text = ReadSideFile(folder, kAir);
-  if (!text) return false;
+  if (!text) return;
   const std::vector<FieldRecord> records = ReadRecords(*text);
-  if (records.size() < 2 || !IsWhole(records[0], kAirFields)) return false;
+  if (records.size() < 2 || !IsWhole(records[0], kAirFields)) return;
   const auto element = ElementIn(records[1]);
   Fields fields(records[0]);
-  if (!element || fields.Whole() != kForm || !IsFresh(station, fields.Number().value_or(0)))
-    return false;
-  if (!station.platform.soundFiles.Exists(element->file)) return false;
+  if (!element || fields.Whole() != kForm || !IsFresh(station, fields.Number().value_or(0))) return;
+  if (!station.platform.soundFiles.Exists(element->file)) return;
   const auto positionMs =
       static_cast<int32_t>(std::clamp<int64_t>(fields.Whole(), 0, element->lengthMs.value_or(0)));
   const double unreportedSince = fields.Number().value_or(0);
@@ -213,7 +218,6 @@ bool TakeUp(Station& station) {
   // One that had just begun, and is in no report, begins again and is reported.
   if (unreportedSince == 0 || WasReported(station, unreportedSince))
     engine.keptAir.from = positionMs;
-  return true;
 }
 
 }  // namespace
@@ -224,22 +228,15 @@ void KeepAirPosition(Station& station) {
   if (!kept.wanted || !station.engine.IsRunning || nowMs < kept.nextMs) return;
   kept.nextMs = nowMs + kEveryMs;
   if (station.engine.EmergencyOnAir || kept.element.file.empty()) return;
-  const int32_t heardMs = HeardMs(station, station.engine.CurrentChannel);
-  WriteSideFile(
-      station.platform.machineFolder, kAir,
-      AirLine(station, heardMs, 0) + ElementLine(kept.element) + ListBehind(station, nullptr));
+  WriteAir(station, station.engine.CurrentChannel, 0, nullptr);
 }
 
-void KeepAirBegin(Station& station, const OnAirElement& element, double begun) {
+void KeepAirBegin(Station& station, double begun) {
   KeptAir& kept = station.engine.keptAir;
-  kept.element = element;
   kept.nextMs = 0;
   if (!kept.wanted) return;
   try {
-    const int32_t heardMs = HeardMs(station, station.engine.NextChannel);
-    WriteSideFile(
-        station.platform.machineFolder, kAir,
-        AirLine(station, heardMs, begun) + ElementLine(element) + ListBehind(station, &element));
+    WriteAir(station, station.engine.NextChannel, begun, &kept.element);
   } catch (const FileError&) {
     LogCurrentException(station, kRoutine);
   }
@@ -256,13 +253,12 @@ void ForgetAirPosition(Station& station) {
   }
 }
 
-bool TakeUpAirPosition(Station& station) {
-  if (!station.engine.keptAir.wanted) return false;
+void TakeUpAirPosition(Station& station) {
+  if (!station.engine.keptAir.wanted) return;
   try {
-    return TakeUp(station);
+    TakeUp(station);
   } catch (const std::exception&) {
     LogCurrentException(station, kRoutine);
-    return false;
   }
 }
 

@@ -4,7 +4,6 @@
 
 namespace zemo {
 
-struct OnAirElement;
 struct Station;
 
 // The last step of a tick: once a second, where the engine runs and this program keeps it
@@ -14,14 +13,14 @@ void KeepAirPosition(Station& station);
 
 // Ahead of the report's row of an element that has just begun (`begun` is its moment, a day
 // serial): so that a crash on either side of that row neither loses nor doubles it.
-void KeepAirBegin(Station& station, const OnAirElement& element, double begun);
+void KeepAirBegin(Station& station, double begun);
 
 // The engine was stopped in order: nothing is to be taken up.
 void ForgetAirPosition(Station& station);
 
 // At a start that goes on air by itself: what was kept up to ten seconds ago becomes the list, the
-// element that sounded its first row. False where there is nothing of that age, or it cannot be
-// read: the start is one as any other. Throws nothing.
-bool TakeUpAirPosition(Station& station);
+// element that sounded its first row. Where there is nothing of that age, or it cannot be read,
+// the start is one as any other. Throws nothing.
+void TakeUpAirPosition(Station& station);
 
 }  // namespace zemo
