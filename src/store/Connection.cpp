@@ -298,8 +298,7 @@ void Connection::Open(bool create) {
   // Another tool may have switched the file to a write-ahead log. Where it cannot be switched back
   // now (read only, in use) the file is as sound with it.
   sqlite3_exec(database_, "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
-  isReplica_ = sqlite3_table_column_metadata(database_, "main", "zemo_replica", nullptr, nullptr,
-                                             nullptr, nullptr, nullptr, nullptr) == SQLITE_OK;
+  isReplica_ = IsReplicaFile(database_);
 }
 
 void Connection::RegisterFunctions() {

@@ -29,11 +29,6 @@ std::string BehindColon(const std::string& message) {
   return colon == std::string::npos ? message : message.substr(colon + 2);
 }
 
-bool IsReplica(sqlite3* database) {
-  return sqlite3_table_column_metadata(database, "main", "zemo_replica", nullptr, nullptr, nullptr,
-                                       nullptr, nullptr, nullptr) == SQLITE_OK;
-}
-
 [[noreturn]] void ThrowConstraint(sqlite3* database, int extended, const std::string& message) {
   const std::string rule = BehindColon(message);
   if (extended == SQLITE_CONSTRAINT_CHECK) {
@@ -45,7 +40,7 @@ bool IsReplica(sqlite3* database) {
     throw StoreError(kErrDuplicateKey, rule + " has this value already");
   }
   // What a replica's triggers say: nothing is wrong with the row, and it may be stored later.
-  if (extended == SQLITE_CONSTRAINT_TRIGGER && IsReplica(database))
+  if (extended == SQLITE_CONSTRAINT_TRIGGER && IsReplicaFile(database))
     throw StoreError(kErrReadOnly, message);
   throw StoreError(kErrValueRefused, message);
 }
@@ -62,6 +57,11 @@ int NumberOfQueryFault(const std::string& message) {
 }
 
 }  // namespace
+
+bool IsReplicaFile(sqlite3* database) {
+  return sqlite3_table_column_metadata(database, "main", "zemo_replica", nullptr, nullptr, nullptr,
+                                       nullptr, nullptr, nullptr) == SQLITE_OK;
+}
 
 void ThrowSqlite(sqlite3* database, int result, const std::string& path, std::string_view query) {
   const int extended = database ? sqlite3_extended_errcode(database) : result;

@@ -13,4 +13,7 @@ namespace zemo {
 [[noreturn]] void ThrowSqlite(sqlite3* database, int result, const std::string& path,
                               std::string_view query);
 
+// The file is a replica of a server's base (store/replica).
+bool IsReplicaFile(sqlite3* database);
+
 }  // namespace zemo
