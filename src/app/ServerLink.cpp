@@ -3,7 +3,6 @@
 // another one does so only with the other's queue empty and nobody at work on it.
 #include "app/ServerLink.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
@@ -364,6 +363,7 @@ void ServerLink::MakeAnew(ServerFeed& feed, ReplicaExchange& steps) {
   const std::string whole = path_ + ".whole";
   // A structure that somebody changed under the program is his affair up to the next start.
   if (feed.Now().base != replica_->Place().base) SeeToTheServer();
+  RemoveLeftovers(whole);
   MakeReplica(feed, replica_->Machine(), whole);
   GiveFirstNumbers(feed, whole);
   while (!TakesItsPlace(whole)) steps.Send();
@@ -373,7 +373,7 @@ void ServerLink::GiveFirstNumbers(ServerFeed& feed, const std::string& path) {
   Replica fresh(path, kReplicaWaitMs);
   ReplicaExchange steps(fresh, feed, nullptr);
   steps.Begin();
-  if (!fresh.OnlyReads()) steps.GiveNumbers();
+  steps.GiveNumbers();
 }
 
 // False: something was written in the former replica meanwhile.

@@ -48,8 +48,7 @@ FeedPlace ServerFeed::Now() {
 }
 
 bool ServerFeed::GoesOnFrom(const FeedPlace& place) {
-  const FeedPlace now = Now();
-  if (now.base != place.base || now.tables != place.tables) return false;
+  if (!Now().IsOfSameBase(place)) return false;
   if (place.place == 0) {
     const PostgresResult first =
         connection_->Run("SELECT coalesce(min(place), 1) FROM zemo.changes", {}, false);
@@ -77,8 +76,7 @@ ServerChanges ServerFeed::Behind(const FeedPlace& place, int64_t mostChanges) {
     const int64_t newest = changes.place.place;
     const PostgresResult noted = connection_->Run(
         "SELECT tablename, number, place, at::text FROM zemo.changes WHERE place > $1::bigint "
-        "ORDER "
-        "BY place LIMIT $2::bigint",
+        "ORDER BY place LIMIT $2::bigint",
         {std::to_string(place.place), std::to_string(mostChanges)}, false);
     std::map<std::string, ServerRows> tables;
     for (int i = 0; i < noted.Rows(); ++i) {

@@ -22,6 +22,10 @@ struct FeedPlace {
   std::string mark;    // of that change
   std::string tables;  // of the structure of its tables
 
+  // Else what came between the two cannot be told.
+  bool IsOfSameBase(const FeedPlace& other) const {
+    return base == other.base && tables == other.tables;
+  }
   bool operator==(const FeedPlace&) const = default;
 };
 

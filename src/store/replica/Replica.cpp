@@ -1,6 +1,6 @@
 #include "store/replica/Replica.h"
 
-#include <algorithm>
+#include <set>
 #include <utility>
 
 #include "store/CarryOver.h"
@@ -199,11 +199,9 @@ std::optional<QueuedWrites> Replica::Queued(int64_t mostWrites) {
   connection_->BeginReading();
   std::optional<QueuedWrites> queued;
   try {
-    const int64_t last =
-        Number(*connection_,
-               "SELECT max(place) FROM (SELECT place FROM zemo_queue ORDER BY place "
-               "LIMIT " +
-                   std::to_string(mostWrites) + ")");
+    const int64_t last = Number(
+        *connection_, "SELECT max(place) FROM (SELECT place FROM zemo_queue ORDER BY place LIMIT " +
+                          std::to_string(mostWrites) + ")");
     if (last != 0) queued = ChangesUpTo(*connection_, last);
   } catch (...) {
     connection_->Rollback();
@@ -262,17 +260,16 @@ void Replica::Put(const ServerRows& changes) {
   const auto def = connection_->FindTable(changes.table);
   if (!def) return;
   const TableOfRows table(*connection_, *def, changes.fields);
+  std::set<int64_t> same;
   std::vector<const StoredRow*> others;
-  auto row = changes.rows.begin();
-  for (const int64_t number : changes.all ? AllNumbers(*connection_, *def) : changes.numbers) {
-    row = std::find_if(row, changes.rows.end(),
-                       [number](const StoredRow& there) { return there.number >= number; });
-    const bool isThere = row != changes.rows.end() && row->number == number;
-    if (!isThere || !table.Is(*row)) table.Remove(number);
-  }
-  for (const StoredRow& there : changes.rows)
-    if (!table.Is(there)) others.push_back(&there);
-  for (const StoredRow* there : others) table.Insert(*there);
+  for (const StoredRow& row : changes.rows)
+    if (table.Is(row))
+      same.insert(row.number);
+    else
+      others.push_back(&row);
+  for (const int64_t number : changes.all ? AllNumbers(*connection_, *def) : changes.numbers)
+    if (!same.contains(number)) table.Remove(number);
+  for (const StoredRow* other : others) table.Insert(*other);
 }
 
 std::vector<std::string> Replica::Tables() {

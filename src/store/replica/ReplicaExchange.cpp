@@ -12,8 +12,8 @@ namespace {
 // import of a whole library, while the server is away. Two thousand million are to be had.
 constexpr int64_t kNumbers = 50000;
 constexpr int64_t kMostWrites = 20000;  // that are sent at a time
-constexpr int64_t kMostChanges =
-    500;  // that are taken in at a time: the replica is locked meanwhile
+// That are taken in at a time: the replica is locked meanwhile.
+constexpr int64_t kMostChanges = 500;
 
 // Not the way to the server, but what was sent.
 bool IsRefusal(const StoreError& error) {
@@ -28,31 +28,31 @@ bool ReplicaExchange::Begin() {
   return feed_.GoesOnFrom(replica_.Place());
 }
 
+// All at once; where something of it is refused, write by write, so that the others go.
 void ReplicaExchange::Send() {
-  while (const auto queued = replica_.Queued(kMostWrites)) {
-    try {
-      feed_.Take(replica_.Machine(), queued->last, queued->changes);
-    } catch (const StoreError& error) {
-      if (!IsRefusal(error) || !feed_.HasItsFunctions()) throw;
-      SendOneByOne();
-      continue;
+  int64_t mostWrites = kMostWrites;
+  while (const auto queued = replica_.Queued(mostWrites)) {
+    const std::string why = Refusal(*queued);
+    if (why.empty()) {
+      replica_.Sent(queued->last);
+    } else if (mostWrites > 1) {
+      mostWrites = 1;
+    } else {
+      const RefusedRow row = replica_.FirstRow();
+      refused_(row, why);  // ahead of its end: it is told twice rather than not at all
+      replica_.Drop(row);
     }
-    replica_.Sent(queued->last);
   }
 }
 
-// All but the rows that are refused.
-void ReplicaExchange::SendOneByOne() {
-  while (const auto queued = replica_.Queued(1)) {
-    try {
-      feed_.Take(replica_.Machine(), queued->last, queued->changes);
-      replica_.Sent(queued->last);
-    } catch (const StoreError& error) {
-      if (!IsRefusal(error) || !feed_.HasItsFunctions()) throw;
-      const RefusedRow row = replica_.FirstRow();
-      refused_(row, error.what());  // ahead of its end: it is told twice rather than not at all
-      replica_.Drop(row);
-    }
+// Why the server does not take the writes; empty: it has them.
+std::string ReplicaExchange::Refusal(const QueuedWrites& queued) {
+  try {
+    feed_.Take(replica_.Machine(), queued.last, queued.changes);
+    return {};
+  } catch (const StoreError& error) {
+    if (!IsRefusal(error) || !feed_.HasItsFunctions()) throw;
+    return error.what();
   }
 }
 
@@ -60,9 +60,12 @@ bool ReplicaExchange::TakeIn() {
   for (bool more = true; more;) {
     const FeedPlace place = replica_.Place();
     const ServerChanges changes = feed_.Behind(place, kMostChanges);
-    if (changes.place.base != place.base || changes.place.tables != place.tables) return false;
+    if (!changes.place.IsOfSameBase(place)) return false;
     if (changes.place == place) return true;
-    more = replica_.TakeIn(changes.tables, changes.place) ? changes.more : (Send(), true);
+    if (replica_.TakeIn(changes.tables, changes.place))
+      more = changes.more;
+    else
+      Send();
   }
   return true;
 }
@@ -70,9 +73,8 @@ bool ReplicaExchange::TakeIn() {
 void ReplicaExchange::GiveNumbers() {
   if (replica_.OnlyReads()) return;
   for (const std::string& table : replica_.Tables()) {
-    if (replica_.NumbersLeft(table) * 2 > kNumbers) continue;
-    const int64_t first = feed_.Reserve(table, kNumbers);
-    replica_.AddNumbers(table, first, first + kNumbers - 1);
+    if (replica_.NumbersLeft(table) * 2 <= kNumbers)
+      AddBlock(table, feed_.Reserve(table, kNumbers));
   }
 }
 
@@ -80,6 +82,10 @@ void ReplicaExchange::GiveFreshNumbers(const std::string& table) {
   if (replica_.OnlyReads() || !replica_.NumbersAreBehind(table)) return;
   const int64_t first = feed_.Reserve(table, kNumbers);
   replica_.DropNumbers(table);
+  AddBlock(table, first);
+}
+
+void ReplicaExchange::AddBlock(const std::string& table, int64_t first) {
   replica_.AddNumbers(table, first, first + kNumbers - 1);
 }
 

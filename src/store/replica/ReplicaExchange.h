@@ -36,7 +36,8 @@ class ReplicaExchange {
   void GiveFreshNumbers(const std::string& table);
 
  private:
-  void SendOneByOne();
+  std::string Refusal(const QueuedWrites& queued);
+  void AddBlock(const std::string& table, int64_t first);
 
   Replica& replica_;
   ServerFeed& feed_;
