@@ -162,10 +162,11 @@ std::optional<ControlCut> ControlSocket::WhyNotLetIn(int socket) const {
   return std::nullopt;
 }
 
+// Whoever has read that he is in, or out, finds himself in the figures: they are noted first.
 void ControlSocket::SendAway(int socket, ControlCut why) {
+  Count(why);
   const std::string line = words_.Farewell(why) + "\n";
   [[maybe_unused]] const ssize_t sent = send(socket, line.data(), line.size(), MSG_NOSIGNAL);
-  Count(why);
   close(socket);
 }
 
@@ -179,9 +180,9 @@ void ControlSocket::Accept(ControlTime now) {
     }
     if (peers_.empty()) Tend(now);  // ahead of the first request
     peers_.push_back(std::make_unique<ControlPeer>(++last_, socket, bounds_, now));
-    peers_.back()->Say(words_.Greeting());
     ++accepted_;
     clients_ = peers_.size();
+    peers_.back()->Say(words_.Greeting());
   }
 }
 
@@ -244,8 +245,8 @@ void ControlSocket::CutAndForget(ControlTime now) {
   for (const auto& peer : peers_) {
     const auto why = overflowed ? std::optional(ControlCut::kFull) : peer->ToBeCut(now);
     if (peer->Gone() || !why) continue;
-    if (*why != ControlCut::kSlow) peer->Say(words_.Farewell(*why));
     Count(*why);
+    if (*why != ControlCut::kSlow) peer->Say(words_.Farewell(*why));
     peer->HangUp();
   }
   const auto gone = [this](const std::unique_ptr<ControlPeer>& peer) {
