@@ -46,6 +46,21 @@ TEST(PostgresDialect, TopGivesTheNewestAmongEqualsAndNullIsBelowEverything) {
       "-1)");
 }
 
+TEST(PostgresDialect, RowsByTheirNumberAreReadOffItsIndexWhichKnowsNoNull) {
+  const std::string from = "SELECT \"CODE\" AS \"CODE\" FROM \"Rapport\" AS \"Rapport\" ORDER BY ";
+  EXPECT_EQ(Translation("SELECT CODE FROM Rapport ORDER BY CODE").sql, from + "\"CODE\"");
+  EXPECT_EQ(Translation("SELECT CODE FROM Rapport ORDER BY CODE DESC").sql, from + "\"CODE\" DESC");
+}
+
+// Where the table of the number may have no row for the other's.
+TEST(PostgresDialect, ANumberOfAJoinMayBeNull) {
+  const std::string sql = Translation(
+                              "SELECT VT.CODE FROM Rapport LEFT JOIN VT ON VT.CODE = Rapport.CODE "
+                              "ORDER BY VT.CODE")
+                              .sql;
+  EXPECT_TRUE(sql.ends_with(" ORDER BY \"VT\".\"CODE\" ASC NULLS FIRST")) << sql;
+}
+
 TEST(PostgresDialect, TextsCompareWithoutCaseAndInTheFrenchOrder) {
   EXPECT_EQ(Condition("LIBELLE = 'a'"),
             "(lower(\"LIBELLE\" COLLATE \"C\") = lower('a'::text COLLATE \"C\"))");
