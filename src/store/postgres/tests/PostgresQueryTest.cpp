@@ -93,6 +93,18 @@ TEST(PostgresDialect, AValueGoesBesideTheTextInTheFormOfItsColumn) {
   EXPECT_FALSE(InForm(query.places[0].form, Value(), text));
 }
 
+// What a column of whole numbers is compared with in another form costs a look at every row.
+TEST(PostgresDialect, AWholeNumberIsComparedAsTheColumnHoldsIt) {
+  EXPECT_EQ(Condition("CODE >= ?", {int64_t{5}}), "(\"CODE\" >= $1::bigint)");
+  EXPECT_EQ(Condition("? = START", {int64_t{5}}), "($1::bigint = \"START\")");
+  EXPECT_EQ(Condition("CODE BETWEEN ? AND ?", {int64_t{5}, int64_t{6}}),
+            "((\"CODE\" >= $1::bigint) AND (\"CODE\" <= $2::bigint))");
+  EXPECT_EQ(Condition("CODE = ?", {5.5}), "(\"CODE\" = $1::float8)");
+  EXPECT_EQ(Translation("DELETE * FROM Rapport WHERE DATENUM < ?", {int64_t{5}}).sql,
+            "DELETE FROM \"Rapport\" WHERE (\"DATENUM\" < $1::numeric) RETURNING \"CODE\"");
+  EXPECT_EQ(Condition("CODE = ? + 1", {int64_t{5}}), "(\"CODE\" = ($1::numeric + 1))");
+}
+
 TEST(PostgresDialect, ATextThatIsNoNumberIsAboveAll) {
   EXPECT_EQ(Condition("START < ?", {std::string("x")}),
             "(CASE WHEN true AND \"START\" IS NOT NULL THEN true END)");
