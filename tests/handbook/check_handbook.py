@@ -13,7 +13,7 @@ import re
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-from program_texts import PLACE, SENTENCE, Sources, one_line  # noqa: E402
+from program_texts import PLACE, Sources, one_line  # noqa: E402
 
 LANGUAGES = {"en": 1, "fr": 0}
 MOST_BYTES = 150_000  # of a picture
@@ -53,7 +53,7 @@ MESSAGES = {
     "library/LibraryTexts.cpp": r"^(ImportStopped|ImportLeave|Changed|Gone(\.Tip)?|NotStored|StoredCards?|ConfirmInitDate)$",
     "scheduling/ModelTexts.cpp": r"^(NotSaved|OutlookFailed)$",
     "traffic/CampaignTexts.cpp": r"^(GridDamaged|EndsBefore|Gone|NotSaved|DateMissing|TooLong|LegendReading)$",
-    "traffic/AffidavitTexts.cpp": r"^(a break|report purged|the break|minute lost|file missing|no clock)",
+    "traffic/AffidavitTexts.cpp": r"^(a break|engine stopped|report purged|the break|minute lost|file missing|no clock)",
     "reports/ReportTexts.cpp": r"^(NoRows|ChooseRow)$",
     "settings/SettingsTexts.cpp": r"^(Test(Refused|InUse|None)|Refused\w+)$",
     "voicetrack/VoiceTrackTexts.cpp": r"^(LblMicro|LblSortie(\.Tip)?|Track(Other|Changed)\w+|Note\.Unsaved)$",
@@ -155,9 +155,9 @@ def differences(pages, root):
             yield f"{name}: other pictures in French"
         if name == FAULTS:
             continue
-        for here_table, there_table in [(here.text.count("\n|"), there.text.count("\n|"))]:
-            if here_table != there_table:
-                yield f"{name}: {here_table} rows of tables in English, {there_table} in French"
+        english, french = here.text.count("\n|"), there.text.count("\n|")
+        if english != french:
+            yield f"{name}: {english} rows of tables in English, {french} in French"
 
 
 def bad_pictures(pages, root):
@@ -235,23 +235,25 @@ def unknown_messages(handbook, sources):
                         yield f"{language}/{FAULTS}: the program does not say \"{part}\""
 
 
-def main(arguments):
-    root = pathlib.Path(arguments[0]).resolve()
+def findings(root):
+    """A line for each."""
     paths = [*root.glob("*.md"), *root.joinpath("docs").rglob("*.md")]
     pages = {path.resolve(): Page(path) for path in sorted(paths)}
     handbook = {language: {path.name: pages[path.resolve()]
                            for path in sorted((root / "docs/handbook" / language).glob("*.md"))}
                 for language in LANGUAGES}
     if any(FAULTS not in handbook[language] for language in LANGUAGES):
-        print("there is no page of faults")
-        return 1
+        return ["there is no page of faults"]
     sources = Sources(root / "src")
-    found = [*broken_links(pages, root), *differences(pages, root), *bad_pictures(pages, root),
-             *wrong_labels(handbook, sources), *missing_controls(handbook, sources),
-             *missing_messages(handbook, sources), *unknown_messages(handbook, sources)]
+    return [*broken_links(pages, root), *differences(pages, root), *bad_pictures(pages, root),
+            *wrong_labels(handbook, sources), *missing_controls(handbook, sources),
+            *missing_messages(handbook, sources), *unknown_messages(handbook, sources)]
+
+
+def main(arguments):
+    found = findings(pathlib.Path(arguments[0]).resolve())
     print(*found, sep="\n", end="\n" if found else "")
-    print(f"{len(pages)} pages, {len(sources.rows)} rows of texts and {len(sources.told())} sentences looked at, "
-          f"{len(found)} findings")
+    print(f"{len(found)} findings")
     return 1 if found else 0
 
 

@@ -29,7 +29,7 @@ TAKEN = {
     "affidavit": (TRAFFIC, "affidavit-{}-1280"),
     "report": ("zemo_report_screens_tests", "report-{}-1280"),
     "settings": ("zemo_settings_screens_tests", "settings-{}-1280-8"),
-    "voice-tracks": ("zemo_voicetrack_screens_tests", "voicetrack-{}-1280-join"),
+    "voice-tracks": ("zemo_voicetrack_screens_tests", "voicetrack-{}-1024-join"),
 }
 FILTER = "*Sweep*:*ForecastInLanguage*:*Selector*:*Affidavit*"
 MOST_COLOURS = 256
