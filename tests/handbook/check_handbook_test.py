@@ -109,7 +109,8 @@ class ProgramTexts(unittest.TestCase):
             src = pathlib.Path(folder)
             src.joinpath("A.h").write_text('inline constexpr const char* kRest = "Repos";')
             src.joinpath("B.cpp").write_text('{"Fini", {kNone, "Done", "Pronto", "Listo"}}, '
-                                             '{"Rest", "tip", {kRest, "At " "rest", "Parado", "Parado"}}')
+                                             '{"Rest", "tip", {Of::kRest, "At " "rest", "Parado", "Parado"}}, '
+                                             '{kOne, kTwo, kThree, kFour}')
             rows = Sources(src).rows
         self.assertEqual([(row.name, row.texts) for row in rows],
                          [("Fini", ["Fini", "Done", "Pronto", "Listo"]),

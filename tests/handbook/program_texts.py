@@ -71,12 +71,14 @@ def group(found, opening):
 
 
 def four_texts(parts, constants):
-    """What a bracket of four texts holds; a constant that is none stands for the routine's own French."""
-    if len(parts) != 4 or any(len(part) != 1 for part in parts):
+    """What a bracket of four texts holds, two of them at least as they are; a first one that is no constant of ours
+    stands for the routine's own French."""
+    if len(parts) != 4 or any(len(part) != 1 or part[0][0] not in ("text", "word") for part in parts):
         return None
-    if any(part[0][0] != "text" for part in parts[1:]) or parts[0][0][0] not in ("text", "word"):
+    texts = [value if kind == "text" else constants.get(value.split("::")[-1]) for (kind, value), in parts]
+    if None in texts[1:] or sum(part[0][0] == "text" for part in parts) < 2:
         return None
-    return [part[0][1] if part[0][0] == "text" else constants.get(part[0][1]) for part in parts]
+    return texts
 
 
 def constants_in(found):
