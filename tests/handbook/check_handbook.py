@@ -77,7 +77,7 @@ NO_MESSAGES = re.compile(
     r"exists|SqliteDatabase\.cpp: CHECK|PostgresLine\.cpp|PostgresConnection\.cpp: (of the table|, in row)|"
     r"PostgresCopy\.cpp: whole number|PostgresDatabase\.cpp: the rights of|ServerFeed\.cpp|MusicHours\.cpp: 0 |"
     r"LibraryMessages\.cpp|LibraryRuns\.cpp|SoundFileSelector\.cpp|ReportOutput\.cpp: fiches|"
-    r"DayGridComposition\.cpp: Total|SkeletonRequest\.cpp|DesktopApplication\.cpp")
+    r"DayGridComposition\.cpp: Total|SkeletonRequest\.cpp|DesktopApplication\.cpp: qt\.")
 # Rows of WhyReport that a person asks about.
 TOLD_ALL_THE_SAME = {"the report has no row", "no request known",
                      "it is no music, came from a stored list or by hand, or was chosen before the choices that are kept"}

@@ -14,14 +14,14 @@ PLACE = re.compile(r"%(?:\d|(?:lld|zu|[sgd])\b)?|\0")  # what is put into a text
 QUERY = re.compile(r"\b(?:SELECT|INSERT|UPDATE|DELETE|CREATE|ALTER|DROP|RAISE|RETURNS|SECURITY|AS) ")
 
 # Whose sentences are no messages: help, the manual, queries, scripts that the program writes, what is printed,
-# and names of what others say.
+# and samples that columns are as wide as.
 THROWN_ONLY = re.compile(
     r"app/(?:Commands|CommandOptions|CampaignOptions|Orders|OperatorOrders|ManualPage|ManualProgram|BashCompletion|"
     r"MetricsText)\.cpp|app/demo/|platform/sim/")
 NOT_READ = re.compile(
     r"Texts\.cpp|Tips\.cpp|engine/Forecast\.cpp|traffic/CampaignSheet\.cpp|library/LibraryPrint\.cpp|"
     r"store/postgres/Postgres(?:Functions|TableDefs)\.cpp|station/OperatorWords\.cpp|library/KeptLibrary\.cpp|"
-    r"ui/Theme\.cpp|store/SettingRows\.inc|/screens/|DesktopApplication\.cpp")
+    r"ui/Theme\.cpp|store/SettingRows\.inc|screens/(?:LibraryWindowParts|ReportWindow|AffidavitWindow)\.cpp")
 
 
 class Row:
