@@ -5,7 +5,8 @@
 
 Links and anchors of all documents lead somewhere. The handbook's pages in both languages have the same headings,
 commands and pictures. What stands in bold is a control's label, and every control stands on its screen's page. Every
-sentence that the program can tell stands in the page of faults, and every message there is one of the program's.
+sentence that the program can tell stands in the page of faults, and every message there is one of the program's. Every
+file that the program names stands in the page of files.
 """
 
 import pathlib
@@ -17,7 +18,9 @@ from program_texts import PLACE, Sources, one_line  # noqa: E402
 
 LANGUAGES = {"en": 1, "fr": 0}
 MOST_BYTES = 150_000  # of a picture
-FAULTS = "faults.md"
+FAULTS, FILES = "faults.md", "files.md"
+# Named by nobody's hand: an order's own, and one that no routine reads.
+NO_FILES = {"script.txt", "Tranche.Txt"}
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")
 PICTURE = re.compile(r"!\[[^\]]+\]\(([^)\s]+)\)")
 BOLD = re.compile(r"\*\*([^*]+)\*\*")
@@ -235,6 +238,17 @@ def unknown_messages(handbook, sources):
                         yield f"{language}/{FAULTS}: the program does not say \"{part}\""
 
 
+def missing_files(handbook, sources):
+    for language in LANGUAGES:
+        if FILES not in handbook[language]:
+            yield f"{language}: there is no page of files"
+            continue
+        told = CODE.findall(handbook[language][FILES].text)
+        for name, source in sorted(sources.files.items()):
+            if name not in NO_FILES and not any(name in text for text in told):
+                yield f"{language}/{FILES}: {name} ({source}) is missing"
+
+
 def findings(root):
     """A line for each."""
     paths = [*root.glob("*.md"), *root.joinpath("docs").rglob("*.md")]
@@ -247,7 +261,8 @@ def findings(root):
     sources = Sources(root / "src")
     return [*broken_links(pages, root), *differences(pages, root), *bad_pictures(pages, root),
             *wrong_labels(handbook, sources), *missing_controls(handbook, sources),
-            *missing_messages(handbook, sources), *unknown_messages(handbook, sources)]
+            *missing_messages(handbook, sources), *unknown_messages(handbook, sources),
+            *missing_files(handbook, sources)]
 
 
 def main(arguments):

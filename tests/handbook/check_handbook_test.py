@@ -17,6 +17,7 @@ constexpr Word kWords[] = {
     {"Save", {"Sauver", "Save", "Guardar", "Guardar"}},
     {"Gone", {"Fiche supprimée", "Card %1 deleted elsewhere", "Ficha eliminada", "Ficha eliminada"}},
 };
+constexpr const char* kLog = "Messages.Txt";
 void Fail(int n) {
   throw Fault("the file " + name + " is locked"
               " by somebody", n);
@@ -37,6 +38,8 @@ class Handbook(unittest.TestCase):
         told = "| `the file … is locked by somebody` | x |\n"
         self.page("en", "faults.md", "# A\n\n" + told + "| `Card … deleted elsewhere` | x |\n")
         self.page("fr", "faults.md", "# B\n\n" + told + "| `Fiche supprimée` | x |\n")
+        for language in ("en", "fr"):
+            self.page(language, "files.md", "# A\n\n`Messages.Txt`\n")
         self.addCleanup(setattr, check_handbook, "SCREENS", check_handbook.SCREENS)
         self.addCleanup(setattr, check_handbook, "MESSAGES", check_handbook.MESSAGES)
         check_handbook.SCREENS = [(TABLE, ["screen-library.md"], "^none$")]
@@ -86,6 +89,10 @@ class Handbook(unittest.TestCase):
     def test_a_control_that_its_page_lacks_is_told(self):
         self.page("en", "screen-library.md", "# A\n\n`**Save**`\n")
         self.assertEqual(self.found(), ["en/screen-library.md: the control Save (**Save**) is missing"])
+
+    def test_a_file_that_its_page_lacks_is_told(self):
+        self.page("fr", "files.md", "# A\n")
+        self.assertEqual(self.found(), [f"fr/files.md: Messages.Txt ({TABLE}) is missing"])
 
     def test_a_sentence_without_a_cure_is_told(self):
         self.write("src/ui/Other.cpp", 'Tell(cold ? "it is too cold" : "x");')

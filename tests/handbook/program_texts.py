@@ -11,6 +11,7 @@ TOKEN = re.compile(
 ESCAPES = {"n": "\n", "r": "", "t": "\t", "0": "\0"}
 SENTENCE = re.compile(r"[a-z]{2,}[,:;]? [a-z]{2,}")
 PLACE = re.compile(r"%(?:\d|(?:lld|zu|[sgd])\b)?|\0")  # what is put into a text
+FILE = re.compile(r"[\w-]+\.(?:Txt|txt|Ini|Dat|MDB|mdb|LDB|BAK|New|Lock|Sock|part|Wav|wav|peaks)$")
 QUERY = re.compile(r"\b(?:SELECT|INSERT|UPDATE|DELETE|CREATE|ALTER|DROP|RAISE|RETURNS|SECURITY|AS) ")
 
 # Whose sentences are no messages: help, the manual, queries, scripts that the program writes, what is printed,
@@ -136,10 +137,10 @@ def one_line(text):
 
 
 class Sources:
-    """Rows of the tables of texts, sentences that are told, and all literals, of the folder src."""
+    """Rows of the tables of texts, sentences that are told, names of files, and all literals, of the folder src."""
 
     def __init__(self, src):
-        self.rows, self.sentences, literals, constants = [], {}, set(), {}
+        self.rows, self.sentences, self.files, literals, constants = [], {}, {}, set(), {}
         files = {path.relative_to(src).as_posix(): without_assertions(tokens(path.read_text(encoding="utf-8")))
                  for path in sorted(src.rglob("*"))
                  if path.suffix in (".cpp", ".h", ".inc") and "tests" not in path.parts}
@@ -149,6 +150,7 @@ class Sources:
             rows, rest = rows_in(name, found, constants)
             self.rows += rows
             literals |= {one_line(value) for kind, value in rest if kind == "text"}
+            self.files |= {value: name for kind, value in rest if kind == "text" and FILE.match(value)}
             literals |= {one_line(text) for row in rows for text in row.texts + [row.name]}
             if not NOT_READ.search(name):
                 self._read(name, thrown(rest) if THROWN_ONLY.search(name) else rest)
