@@ -2,7 +2,8 @@
 // it is printed, on a demo station that was just made, and on a new one where the block makes that
 // itself. What airs ends at once; what speaks to a program on air has one. What takes hours, needs
 // a server or root, or builds and tests the program, is left out: the options of ours in it are
-// looked for in the help. The handbook's commands are the same in both languages (ctest -R Handbook).
+// looked for in the help. The handbook's commands are the same in both languages (ctest -R
+// Handbook).
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -48,9 +49,11 @@ bool BeginsWithOneOf(const std::string& line, const std::array<const char*, coun
                      [&](const char* begin) { return line.starts_with(begin); });
 }
 
+constexpr const char* kAsTheService = "runuser -u zemoradio -- zemoradio ";
+
 // A line of the program's, however it is called, behind its name; empty for another one.
 std::string Arguments(const std::string& line) {
-  for (const std::string name : {"build/release/zemoradio ", "zemoradio "})
+  for (const std::string name : {"build/release/zemoradio ", "zemoradio ", kAsTheService})
     if (line.starts_with(name)) return line.substr(name.size());
   return {};
 }
@@ -59,16 +62,15 @@ std::string Arguments(const std::string& line) {
 // `zemoradio-demo` makes a station of a whole hour.
 bool IsLeftOut(const std::string& line) {
   return Arguments(line).starts_with("move") ||
-         BeginsWithOneOf(line,
-                         std::array{"./test.sh", "build/release/KillBench",
-                                    "build/release/FaultHour", "tests/hostile/hostile.py",
-                                    "setup/install.sh", "packaging/build.sh", "apt-get ",
-                                    "systemctl ", "journalctl ", "zemoradio-demo"});
+         BeginsWithOneOf(
+             line,
+             std::array{"./test.sh", "build/release/KillBench", "build/release/FaultHour",
+                        "tests/hostile/hostile.py", "setup/install.sh", "packaging/build.sh",
+                        "apt-get ", "systemctl ", "journalctl ", "zemoradio-demo", kAsTheService});
 }
 
 bool GoesOnAir(const std::string& line) {
-  return line.starts_with("./run.sh") ||
-         BeginsWithOneOf(Arguments(line), std::array{"run", "--"});
+  return line.starts_with("./run.sh") || BeginsWithOneOf(Arguments(line), std::array{"run", "--"});
 }
 
 // Without its comment, and for no time.
