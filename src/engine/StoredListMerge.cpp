@@ -16,6 +16,9 @@ namespace zemo {
 
 namespace {
 
+// No counter that the base gives: it is looked again.
+constexpr int64_t kReadAgain = -1;
+
 constexpr Word kFields[] = {
     {"ComboPLS", {"Nom", "Name", "Nome", "Nombre"}},
     {"LblDate", {"Date", "Day", "Data", "Fecha"}},
@@ -125,12 +128,13 @@ void KeepAsLoadedList(Station& station) {
 
 ListToStore MergeStoredList(Station& station) {
   StoredListEditor& editor = station.storedList;
+  const std::string began = editor.loaded.rows;  // the merge takes theirs
   RecordMerge merge;
   for (;;) {
     const int64_t counter = station.base.Db().ForeignCounter();
-    if (editor.LblCodePL == 0 || counter == editor.loaded.counter) return {};
+    if (editor.LblCodePL == 0 || counter == editor.loaded.counter) return {.counter = counter};
     auto theirs = ReadList(station, editor.LblCodePL);
-    if (!theirs) return {};
+    if (!theirs) return {.counter = counter};
     StoredListEditor::Loaded mine = Mine(station);
     const auto step =
         merge.Next(station, {FieldsOf(editor.loaded), FieldsOf(*theirs), FieldsOf(mine)},
@@ -138,8 +142,16 @@ ListToStore MergeStoredList(Station& station) {
     if (step == RecordMerge::Step::kLeave) return {.any = false};
     if (step == RecordMerge::Step::kReadAgain) continue;
     ShowHead(station, mine);
-    return {.any = true, .rows = mine.rows != theirs->rows};
+    return {.any = true, .rows = mine.rows != theirs->rows, .counter = counter, .began = began};
   }
+}
+
+void KeepStoredList(Station& station, const ListToStore& stored) {
+  StoredListEditor::Loaded& loaded = station.storedList.loaded;
+  KeepAsLoadedList(station);
+  if (stored.rows) return;
+  loaded.rows = stored.began;
+  loaded.counter = kReadAgain;
 }
 
 bool OnAir::TakeOverLists(Station& station) {

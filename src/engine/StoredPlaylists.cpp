@@ -146,18 +146,21 @@ void SaveRows(Station& station, int32_t listCode) {
   }
 }
 
-// Head and rows together or neither: what cannot be stored leaves the former list whole. Whether
-// the head is stored.
-bool SaveList(Station& station) {
-  const ListToStore list = MergeStoredList(station);
-  if (!list.any) return false;
-  Transaction transaction(station.base.Db());
-  bool stored = false;
-  const int32_t code = SaveHead(station, stored);
-  if (code != 0 && list.rows) SaveRows(station, code);
-  transaction.Commit();
-  if (code != 0) station.storedList.LblCodePL = code;
-  return stored;
+// Head and rows together or neither: what cannot be stored leaves the former list whole. What
+// others store between the looking and the storing is looked at again. Whether the head is stored.
+bool SaveList(Station& station, ListToStore& list) {
+  for (;;) {
+    list = MergeStoredList(station);
+    if (!list.any) return false;
+    Transaction transaction(station.base.Db());
+    if (station.base.Db().ForeignCounter() != list.counter) continue;
+    bool stored = false;
+    const int32_t code = SaveHead(station, stored);
+    if (code != 0 && list.rows) SaveRows(station, code);
+    transaction.Commit();
+    if (code != 0) station.storedList.LblCodePL = code;
+    return stored;
+  }
 }
 
 // Deletes the records of the voice tracks of a list that goes. Their sound files.
@@ -304,10 +307,11 @@ bool OnAir::BtnSauve_Click(Station& station) {
   const MainTimerHold hold(station);
   bool saved = false;
   try {
-    saved = SaveList(station);
+    ListToStore list;
+    saved = SaveList(station, list);
     LoadPlaylist(station);
     saved = saved && HasList(station.storedList);
-    if (saved) KeepAsLoadedList(station);
+    if (saved) KeepStoredList(station, list);
   } catch (const std::exception&) {
     LogCurrentException(station, "BtnSauve",
                         station.storedList.LblCodePL != 0 ? "the stored list stays as it was"

@@ -141,9 +141,10 @@ bool TakeOverFields(const RecordForms& forms) {
   bool changed = false;
   for (const Places& group : Groups(forms.mine)) {
     if (Differ(forms.loaded, forms.mine, group)) {
+      if (Differ(forms.theirs, forms.mine, group)) continue;
       // He has typed what they stored.
-      if (!Differ(forms.theirs, forms.mine, group))
-        for (const size_t field : group) Take(forms.loaded[field], forms.theirs[field]);
+      changed = true;
+      for (const size_t field : group) Take(forms.loaded[field], forms.theirs[field]);
       continue;
     }
     if (!Differ(forms.loaded, forms.theirs, group)) continue;

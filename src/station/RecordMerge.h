@@ -32,7 +32,8 @@ struct RecordForms {
 };
 
 // What he did not change becomes what the base holds now, in `mine` and `loaded`; what he changed
-// stays, and so does what it was loaded as, by which the saving knows. True where `mine` changed.
+// stays, and so does what it was loaded as, by which the saving knows; where both made one thing of
+// it it was loaded so. True where `mine` or `loaded` changed.
 bool TakeOverFields(const RecordForms& forms);
 
 // One saving.

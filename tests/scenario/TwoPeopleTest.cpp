@@ -151,6 +151,16 @@ TEST_F(TwoOnACard, AFieldThatWasKeptWhileTakingOverIsAskedForAtTheSaving) {
   EXPECT_EQ(Asked(on), (Strings{"minetheirslook cancel"}));
 }
 
+// No longer his own change, so that what becomes of it later is shown.
+TEST_F(TwoOnACard, WhatHeTypedAndTheOtherStoredGoesOnAsTheOtherHasIt) {
+  editor.music.ChTitre = "ALIKE";
+  Other("TITRE = 'ALIKE'");
+  Library::TakeOver(on.station, editor);
+  Other("TITRE = 'LATER'");
+  Library::TakeOver(on.station, editor);
+  EXPECT_EQ(editor.music.ChTitre, "LATER");
+}
+
 TEST_F(TwoOnACard, ADeletedCardStaysOnTheScreenAndCanBeAddedAgain) {
   editor.music.ChTitre = "TYPED";
   on.Sql("DELETE FROM Discotheque");
@@ -494,6 +504,22 @@ TEST_F(TwoOnAList, FieldsAndRowsThatOneOfBothChangedAreStored) {
   EXPECT_EQ(Head("LIBELLE"), "THEIRS");
   EXPECT_EQ(Rows(), "2");
   EXPECT_TRUE(Asked(on).empty());
+}
+
+// PL never held them: it is what the list was before.
+TEST_F(TwoOnAList, RowsOfOthersStayHoweverOftenTheRestIsStored) {
+  on.Sql("INSERT INTO Pls (NUMPLS, DISCOTHEQUE, FICHE) VALUES (7, 2, 2)");
+  for (const char* hour : {"19:00", "20:00", "21:00"}) {
+    Panel().ChHeure = hour;
+    EXPECT_TRUE(OnAir::BtnSauve_Click(on.station));
+    EXPECT_EQ(Head("LHEURE"), hour);
+    EXPECT_EQ(Rows(), "2");
+  }
+  EXPECT_TRUE(Asked(on).empty());
+  on.AppendCard(3);
+  EXPECT_FALSE(OnAir::BtnSauve_Click(on.station));
+  EXPECT_EQ(Asked(on).size(), 1U);
+  EXPECT_EQ(Rows(), "2");
 }
 
 TEST_F(TwoOnAList, RowsThatBothChangedAreAskedFor) {
