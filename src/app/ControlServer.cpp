@@ -15,6 +15,7 @@ namespace zemo {
 namespace {
 constexpr int kAskAgainMs = 20;
 constexpr int kTellMs = 100;
+constexpr int kRequestsAtOnce = 4;
 constexpr const char* kNoFreeMoment =
     "the air had no free moment for it within 10 s; it was not carried out";
 }  // namespace
@@ -45,9 +46,13 @@ void ControlServer::OnEvent(const Event& event) {
   line_->Publish(ControlChannel::kEvents, TraceLine(event, TraceMoment(station_.Now())));
 }
 
+// Few an event of the loop, however many there are: the tick and whatever else is due comes
+// between.
 void ControlServer::Serve() {
   ControlRequest request;
-  while (line_->Take(request)) ServeRequest(request);
+  int served = 0;
+  for (; served < kRequestsAtOnce && line_->Take(request); ++served) ServeRequest(request);
+  if (served == kRequestsAtOnce) Arrival()();
   ServeOrders();
 }
 

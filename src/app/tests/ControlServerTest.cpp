@@ -160,6 +160,20 @@ TEST_F(ControlOfStation, OrdersOfOneMomentAreCarriedOutOneAfterTheOtherInTheirOr
   EXPECT_TRUE(on.station.engine.CheckNoJingle);
 }
 
+// What else is due comes between: a tick, with all clients asking as much as they may.
+TEST_F(ControlOfStation, FewRequestsAreServedInOneEventOfTheLoop) {
+  size_t served = 0;
+  on.At(kSettledMs, [&] {
+    for (ControlClient client = 1; client <= 20; ++client)
+      told.requests.push_back({client, words.Understand(R"({"do":"metrics"})").forLogic});
+    server.Arrival()();
+    on.station.platform.loop.Post([&] { served = told.answers.size(); });
+  });
+  on.RunUntil(kSettledMs + 10);
+  EXPECT_EQ(served, 4u);
+  EXPECT_EQ(told.answers.size(), 20u);
+}
+
 TEST_F(ControlOfStation, AnOrderThatFindsNoMomentIsRefusedAndNeverCarriedOut) {
   std::optional<MainTimerHold> hold;
   on.At(1000, [&] { hold.emplace(on.station); });

@@ -104,6 +104,41 @@ TEST_F(Ctl, WatchesTheEventsAsTheyHappen) {
   EXPECT_TRUE(started) << ReadText(root_ / "events");
 }
 
+TEST_F(Ctl, WatchesTheStatusAsItChanges) {
+  const Result result =
+      OnAir("ctl mode live; ctl watch status >pictures & watch=$!; " +
+            Until("grep -q '\"mode\":\"live\"' pictures") + "ctl mode auto; " +
+            Until("grep -q '\"mode\":\"auto\"' pictures") + "kill $watch; wait $watch; true");
+  EXPECT_EQ(result.status, 0) << result.err;
+  std::vector<std::string> modes;
+  for (const std::string& line : LinesOf(ReadText(root_ / "pictures"))) {
+    const std::string mode = StatusOf(line).value("mode", "none");
+    if (modes.empty() || modes.back() != mode) modes.push_back(mode);
+  }
+  EXPECT_EQ(modes, (std::vector<std::string>{"live", "auto"}));
+}
+
+// In the program's place one that sends the client away behind an event.
+TEST_F(Ctl, WhoWatchesAndIsSentAwayIsToldWhy) {
+  Put("says",
+      "{\"zemo\":1}\n{\"id\":1,\"ok\":true}\n{\"at\":\"now\",\"event\":\"engine\"}\n"
+      "{\"id\":null,\"error\":\"too many requests\"}\n");
+  const Result result =
+      Shell("mkdir -p machine; socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
+            Until("[ -S machine/Control.Sock ]") + "$zemoradio ctl --machine machine watch");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "{\"at\":\"now\",\"event\":\"engine\"}\n");
+  EXPECT_EQ(result.err, "zemoradio: too many requests\n");
+  EXPECT_EQ(ReadText(root_ / "asked"), "{\"do\":\"watch\",\"id\":1}\n");
+}
+
+// A file of figures that is cut short has to be no success.
+TEST_F(Ctl, FailsWhereItsWordsFindNoRoom) {
+  const Result result = OnAir("ctl metrics >/dev/full");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.err.find("No space left on device"), std::string::npos) << result.err;
+}
+
 TEST_F(Ctl, TellsWhatWentWrongByItsStatusAndOneLine) {
   const Result none = Run("ctl --machine machine next");
   EXPECT_EQ(none.status, 1);
@@ -114,6 +149,8 @@ TEST_F(Ctl, TellsWhatWentWrongByItsStatusAndOneLine) {
   EXPECT_EQ(Run("ctl --machine machine sql 'DELETE FROM Cnf'").status, 2);
   EXPECT_EQ(Run("ctl --machine machine preview 2026-12-24").status, 2);
   EXPECT_EQ(Run("ctl --machine machine status now").status, 2);
+  EXPECT_EQ(Run("ctl --machine machine watch events").err,
+            "zemoradio: ctl watch takes nothing behind it but status\n");
   EXPECT_EQ(Run("ctl --machine none").err,
             "zemoradio: cannot open the machine folder none: No such file or directory\n");
   const Result refused = OnAir("ctl load 77");
