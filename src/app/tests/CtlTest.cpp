@@ -73,6 +73,50 @@ TEST_F(Ctl, GivesEveryOrderOfAnOperator) {
   EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT FadeOut FROM Cnf'").out, "1234\n");
 }
 
+// The second title is on air, the first one stands in the list; then an order a line.
+TEST_F(Ctl, TheOrdersDoToTheListWhatTheyAreCalled) {
+  const std::pair<const char*, std::vector<int>> steps[] = {
+      {"insert music 1", {1, 1}},
+      {"insert music 2 1", {2, 1, 1}},
+      {"insert music 3", {2, 1, 1, 3}},
+      {"insert extract 1", {-6, 2, 1, 1, 3}},
+      {"move 1 3", {2, 1, -6, 1, 3}},
+      {"delete 3", {2, 1, 1, 3}},
+      {"rightclick 3", {2, 1, 3}},
+      {"save 'A list' '' '' 0", {2, 1, 3}},
+      {"new", {}},
+      {"load 1", {2, 1, 3}},
+  };
+  std::string commands = "ctl mode live; ctl insert music 2; " + Until("ctl | grep -q '^now'") +
+                         "ctl insert music 1; ";
+  for (const auto& [order, list] : steps)
+    commands += "ctl " + std::string(order) + " && ctl --json status >>pictures; ";
+  const Result result = OnAir(commands + "true");
+  EXPECT_EQ(result.status, 0) << result.err;
+  const std::vector<std::string> pictures = LinesOf(ReadText(root_ / "pictures"));
+  ASSERT_EQ(pictures.size(), std::size(steps)) << result.err;
+  for (size_t at = 0; at < pictures.size(); ++at) {
+    std::vector<int> codes;
+    const nlohmann::json status = StatusOf(pictures[at]);
+    for (const nlohmann::json& row : status.at("list")) codes.push_back(row["code"]);
+    EXPECT_EQ(codes, steps[at].second) << steps[at].first;
+  }
+}
+
+TEST_F(Ctl, TheOrdersReachTheAirAndTheLights) {
+  const Result result = OnAir(
+      "ctl mode live; ctl insert music 1; ctl insert music 2; ctl watch >events & watch=$!; " +
+      Until("{ ctl dump; grep -q '\"state\"' events; }") + "ctl overlay music 3; ctl next; " +
+      Until("grep -q 'Title 2' events") +
+      "ctl check CheckNoJingle on; ctl --json status >lit; ctl stop; ctl --json status >stopped; "
+      "ctl start; ctl --json status >started; kill $watch; wait $watch; true");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_NE(ReadText(root_ / "events").find("title3.wav"), std::string::npos);
+  EXPECT_EQ(StatusOf(ReadText(root_ / "lit"))["lights"]["no_jingle"], true);
+  EXPECT_EQ(StatusOf(ReadText(root_ / "stopped"))["on_air"], false);
+  EXPECT_EQ(StatusOf(ReadText(root_ / "started"))["on_air"], true);
+}
+
 TEST_F(Ctl, ShowsWhatPlaysAndWhatComesNext) {
   const Result result = OnAir("ctl mode live; ctl insert music 1; ctl insert music 2; " +
                               Until("ctl | grep -q '^now'") + "ctl; ctl --json status");
@@ -124,12 +168,23 @@ TEST_F(Ctl, WhoWatchesAndIsSentAwayIsToldWhy) {
       "{\"zemo\":1}\n{\"id\":1,\"ok\":true}\n{\"at\":\"now\",\"event\":\"engine\"}\n"
       "{\"id\":null,\"error\":\"too many requests\"}\n");
   const Result result =
-      Shell("mkdir -p machine; socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
+      Shell("socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
             Until("[ -S machine/Control.Sock ]") + "$zemoradio ctl --machine machine watch");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out, "{\"at\":\"now\",\"event\":\"engine\"}\n");
   EXPECT_EQ(result.err, "zemoradio: too many requests\n");
   EXPECT_EQ(ReadText(root_ / "asked"), "{\"do\":\"watch\",\"id\":1}\n");
+}
+
+TEST_F(Ctl, AsksNoProgramOfAnotherVersion) {
+  Put("says", "{\"zemo\":2}\n");
+  const Result result =
+      Shell("socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
+            Until("[ -S machine/Control.Sock ]") + "$zemoradio ctl --machine machine next");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err,
+            "zemoradio: the program on air speaks another version of the control socket\n");
+  EXPECT_EQ(ReadText(root_ / "asked"), "");
 }
 
 // A file of figures that is cut short has to be no success.
