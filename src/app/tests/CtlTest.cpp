@@ -167,9 +167,9 @@ TEST_F(Ctl, WhoWatchesAndIsSentAwayIsToldWhy) {
   Put("says",
       "{\"zemo\":1}\n{\"id\":1,\"ok\":true}\n{\"at\":\"now\",\"event\":\"engine\"}\n"
       "{\"id\":null,\"error\":\"too many requests\"}\n");
-  const Result result =
-      Shell("socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
-            Until("[ -S machine/Control.Sock ]") + "$zemoradio ctl --machine machine watch");
+  const Result result = Shell("socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
+                              Until("[ -S machine/Control.Sock ]") +
+                              "$zemoradio ctl --machine machine watch; s=$?; wait; exit $s");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out, "{\"at\":\"now\",\"event\":\"engine\"}\n");
   EXPECT_EQ(result.err, "zemoradio: too many requests\n");
@@ -178,9 +178,9 @@ TEST_F(Ctl, WhoWatchesAndIsSentAwayIsToldWhy) {
 
 TEST_F(Ctl, AsksNoProgramOfAnotherVersion) {
   Put("says", "{\"zemo\":2}\n");
-  const Result result =
-      Shell("socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
-            Until("[ -S machine/Control.Sock ]") + "$zemoradio ctl --machine machine next");
+  const Result result = Shell("socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
+                              Until("[ -S machine/Control.Sock ]") +
+                              "$zemoradio ctl --machine machine next; s=$?; wait; exit $s");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.err,
             "zemoradio: the program on air speaks another version of the control socket\n");
