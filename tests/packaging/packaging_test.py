@@ -62,7 +62,11 @@ class Installed(InFolder):
 
     def test_metadata(self):
         data = self.root / f"share/metainfo/{ID}.metainfo.xml"
-        self.accepted(run("appstreamcli", "validate", "--no-net", data))
+        # From version 1 on it misses a page in the net, of which the program has none.
+        words = ["--no-net"]
+        if re.search(r"version: [1-9]", run("appstreamcli", "--version").stdout):
+            words += ["--override", "url-homepage-missing=info"]
+        self.accepted(run("appstreamcli", "validate", *words, data))
         told = xml.etree.ElementTree.parse(data).getroot()
         entry = self.root / "share/applications" / told.findtext("launchable")
         self.assertTrue(entry.is_file(), entry)
