@@ -126,6 +126,11 @@ TEST_F(Ctl, ShowsWhatPlaysAndWhatComesNext) {
   EXPECT_EQ(lines[0], "on air, but no device takes the sound, live mode");
   EXPECT_EQ(lines[2].substr(0, 29), "now       Artist 1  Title 1  ");
   EXPECT_NE(lines[3].find("Artist 2  Title 2"), std::string::npos) << result.out;
+  // The list closes what is told in words: its head, and its one row of 15 minutes.
+  EXPECT_EQ(lines[lines.size() - 3].substr(0, 18), "list      1 rows, ");
+  const std::string& row = lines[lines.size() - 2];
+  EXPECT_EQ(row.substr(0, 10), "   1      ");
+  EXPECT_TRUE(row.ends_with("  15:00  Artist 2  Title 2")) << row;
   const nlohmann::json status = StatusOf(lines.back());
   EXPECT_EQ(status["element"]["code"], 1);
   EXPECT_EQ(status["list_rows"], 1);
