@@ -66,6 +66,8 @@ void PutBack(CampaignForm& to, Sheet sheet, const Sheet& theirs) {
     form.LblTotalMsg = theirs.form.LblTotalMsg;
     form.LblTotalJours = theirs.form.LblTotalJours;
   }
+  if (form.FichierAudio == theirs.form.FichierAudio)
+    form.FILENAMEGRILLE = theirs.form.FILENAMEGRILLE;
   form.LblTemp = FormatDuration(ValInt(form.Longeur));
   form.OptPub = {sheet.spot, !sheet.spot};
   to = std::move(form);

@@ -10,8 +10,12 @@
 
 namespace zemo {
 
-BaseFollower::BaseFollower(Station& station, QWidget& window, std::function<bool()> takeOver)
-    : station_(station), window_(window), takeOver_(std::move(takeOver)) {
+BaseFollower::BaseFollower(Station& station, QWidget& window, std::function<bool()> takeOver,
+                           std::function<std::string()> sideSign)
+    : station_(station),
+      window_(window),
+      takeOver_(std::move(takeOver)),
+      sideSign_(std::move(sideSign)) {
   try {
     seen_ = station_.base.Db().ForeignCounter();
   } catch (const std::exception&) {
@@ -33,7 +37,10 @@ void BaseFollower::Look() {
   const NoLockWait atOnce(station_.base.Waiting());
   try {
     const int64_t now = station_.base.Db().ForeignCounter();
-    if (now != seen_ && takeOver_()) seen_ = now;
+    const std::string beside = sideSign_();
+    if ((now == seen_ && beside == sideSeen_) || !takeOver_()) return;
+    seen_ = now;
+    sideSeen_ = beside;
   } catch (const std::exception&) {
     // Locked, or out of reach for a moment; who has to tell of that is the health line.
   }

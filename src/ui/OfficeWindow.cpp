@@ -16,7 +16,9 @@ OfficeWindow::OfficeWindow(Station& station, const char* name, const char* routi
                            const WindowTexts& texts)
     : Window(station, name, texts),
       routine_(routine),
-      follower_(station, *this, [this] { return IsOpen() && !barred_ && TakeOver(); }) {
+      follower_(
+          station, *this, [this] { return IsOpen() && !barred_ && TakeOver(); },
+          [this] { return SideSign(); }) {
   connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
           [this] { close(); });
 }

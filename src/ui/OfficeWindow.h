@@ -38,6 +38,8 @@ class OfficeWindow : public Window {
   // Others have stored something, and no routine works: what is shown is read again, but for what
   // the operator has changed, and shown. False: not now; it is asked again soon.
   virtual bool TakeOver() { return true; }
+  // Of the side files that it shows: another text where one of them has changed.
+  virtual std::string SideSign() { return {}; }
   // Not while a routine works, in whose yield the moment may have come.
   bool MayLeave() override;
   void closeEvent(QCloseEvent* event) override;

@@ -21,7 +21,7 @@ WORD = re.compile(r"`(?:\w+::)?([A-Z]\w+)`")
 def documents(root):
     for name in DOCUMENTS:
         path = root / name
-        yield from [path] if path.suffix else sorted(path.glob("*.md"))
+        yield from [path] if path.suffix else sorted(path.rglob("*.md"))
 
 
 def is_there(root, name, names):

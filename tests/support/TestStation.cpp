@@ -161,7 +161,8 @@ LocalDateTime ParseMoment(const std::string& text) {
   return t;
 }
 
-TestStation::TestStation(const std::string& begin, const std::string& sharedFolder)
+TestStation::TestStation(const std::string& begin, const std::string& sharedFolder,
+                         std::optional<BasePlace> base)
     : onServer(sharedFolder.empty() ? stationDir.Path() : sharedFolder, !sharedFolder.empty()),
       loop(ParseMoment(begin)),
       sound(opener),
@@ -193,7 +194,8 @@ TestStation::TestStation(const std::string& begin, const std::string& sharedFold
                        .recorder = &recorder,
                        .preview = &preview,
                        .roundTrip = &roundTrip,
-                       .soundDevices = &soundDevices}) {
+                       .soundDevices = &soundDevices},
+              std::move(base)) {
   loop.SetSound(&sound);
   loop.SetPreview(&preview.Sound());
   station.events.SetSink(this);

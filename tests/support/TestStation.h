@@ -173,9 +173,9 @@ std::string Quoted(const std::string& text);  // as a literal of a statement
 class TestStation : private EventSink {
  public:
   // "YYYY-MM-DD hh:mm:ss"; the folder of a station that another machine has open already, "" for
-  // one of its own.
+  // one of its own; where its base stands, if not as its folder says.
   explicit TestStation(const std::string& begin = "2026-11-21 12:00:00",
-                       const std::string& sharedFolder = "");
+                       const std::string& sharedFolder = "", std::optional<BasePlace> base = {});
   ~TestStation() override;
 
   // --- setting up; before Load the base can be prepared through Sql ---

@@ -194,12 +194,14 @@ TEST_F(RunOnAir, ARowThatCannotBePlayedIsALineOnStandardErrorAndInTheLog) {
   EXPECT_NE(ReadText(root_ / "station/Messages.Txt").find("/gone/title1.wav"), std::string::npos);
 }
 
-TEST_F(RunOnAir, AStationOfAFileLoadsNoClientOfAServer) {
+TEST_F(RunOnAir, WhatAStationDoesNotUseIsNotLoaded) {
   MakeStation({3}, true);
   const Result result = Shell(UntilOnAir() +
                               "grep -c libsqlite3 /proc/$!/maps; "
-                              "grep libpq /proc/$!/maps; kill -TERM $!; wait $!");
-  EXPECT_EQ(result.out.find("libpq"), std::string::npos) << result.out;
+                              "grep -E 'libpq|libSDL|libxlsx' /proc/$!/maps; "
+                              "kill -TERM $!; wait $!");
+  for (const char* library : {"libpq", "libSDL", "libxlsx"})
+    EXPECT_EQ(result.out.find(library), std::string::npos) << result.out;
   EXPECT_GT(std::atoi(result.out.c_str()), 0);  // the maps were read
 }
 

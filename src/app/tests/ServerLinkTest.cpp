@@ -5,10 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include "app/ServerLink.h"
 #include "store/Database.h"
@@ -18,22 +16,14 @@
 #include "store/StoreError.h"
 #include "store/TableDefs.h"
 #include "store/postgres/PostgresDatabase.h"
+#include "support/Awaited.h"
 #include "support/TestServer.h"
 
 namespace zemo {
 namespace {
 
+using test::Comes;
 using test::TestServer;
-constexpr std::chrono::seconds kBound{30};
-
-bool Comes(const std::function<bool()>& condition) {
-  const auto until = std::chrono::steady_clock::now() + kBound;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > until) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return true;
-}
 
 class ServerLinkTest : public testing::Test {
  protected:

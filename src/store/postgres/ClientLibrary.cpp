@@ -1,35 +1,27 @@
 #include "store/postgres/ClientLibrary.h"
 
-#include <dlfcn.h>
-
+#include <stdexcept>
 #include <string>
 
+#include "platform/LateLibrary.h"
 #include "store/StoreError.h"
 
 namespace zemo {
 
 namespace {
 
-constexpr char kLibrary[] = "libpq.so.5";
-
-[[noreturn]] void Fail() {
-  const char* reason = dlerror();
-  throw StoreError(kErrOther, "the client of PostgreSQL cannot be used: " +
-                                  std::string(reason ? reason : kLibrary));
-}
-
 ClientLibrary Load() {
-  void* const library = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);  // for good
-  if (!library) Fail();
-  ClientLibrary functions;
-  const auto find = [library](auto& function, const char* name) {
-    function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(library, name));
-    if (!function) Fail();
-  };
-#define ZEMO_PQ_FIND(name) find(functions.name, #name);
-  ZEMO_PQ_FUNCTIONS(ZEMO_PQ_FIND)
+  try {
+    const LateLibrary library("libpq.so.5");
+    ClientLibrary functions;
+#define ZEMO_PQ_FIND(name) library.Find(functions.name, #name);
+    ZEMO_PQ_FUNCTIONS(ZEMO_PQ_FIND)
 #undef ZEMO_PQ_FIND
-  return functions;
+    return functions;
+  } catch (const std::runtime_error& error) {
+    throw StoreError(kErrOther,
+                     std::string("the client of PostgreSQL cannot be used: ") + error.what());
+  }
 }
 
 }  // namespace

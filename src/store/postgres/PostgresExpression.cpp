@@ -155,6 +155,13 @@ std::string PostgresExpressions::AsNumberSql(const Expression& e) {
   return e.sql;
 }
 
+// Whole numbers with whole ones, so that the column's index serves.
+std::string PostgresExpressions::AsComparedSql(const Expression& e, const Expression& with) {
+  const bool whole = e.place > 0 && std::holds_alternative<int64_t>(values_[e.place - 1]) &&
+                     with.column && with.column->Type != FieldType::kFloat64;
+  return whole ? Place(e.place, PostgresPlace::kWhole) : AsNumberSql(e);
+}
+
 std::string PostgresExpressions::AsTextSql(const Expression& e, PostgresPlace::Form form) {
   const bool pattern = form == PostgresPlace::kPattern;
   if (e.type == Expression::kNull) return "NULL::text";
@@ -269,7 +276,8 @@ Expression PostgresExpressions::ReadComparison() {
       const Expression low = ReadSum();
       Expect("AND");
       const Expression high = ReadSum();
-      made = Truth(Compare(left, ">=", low).sql + " AND " + Compare(left, "<=", high).sql);
+      const std::string from = Compare(left, ">=", low).sql;  // its places first
+      made = Truth(from + " AND " + Compare(left, "<=", high).sql);
     } else if (Is("=") || Is("==") || Is("<>") || Is("!=")) {
       const bool equal = Is("=") || Is("==");
       ++at_;
@@ -487,8 +495,8 @@ Expression PostgresExpressions::Compare(const Expression& a, const std::string& 
   const bool textA = a.type == Expression::kText, textB = b.type == Expression::kText;
   if (textA && textB) return CompareTexts(a, op, b, anyCase);
   if (!textA && !textB) {
-    const std::string left = AsNumberSql(a);
-    return Truth(left + ' ' + op + ' ' + AsNumberSql(b));
+    const std::string left = AsComparedSql(a, b);
+    return Truth(left + ' ' + op + ' ' + AsComparedSql(b, a));
   }
   const Expression& text = textA ? a : b;
   const Expression& number = textA ? b : a;

@@ -55,6 +55,7 @@ class PostgresExpressions {
   std::string Condition();                          // as a truth
   std::string AsRead(const PostgresExpression& e);  // as a result's column
   std::string AsNumberSql(const PostgresExpression& e);
+  std::string AsComparedSql(const PostgresExpression& e, const PostgresExpression& with);
   std::string AsTextSql(const PostgresExpression& e,
                         PostgresPlace::Form form = PostgresPlace::kText);
   std::string AsStored(const TableDef& table, const Field& field, const PostgresExpression& e);

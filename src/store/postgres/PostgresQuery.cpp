@@ -263,8 +263,11 @@ class Clauses final : public PostgresExpressions {
                       : Directed("lower(" + e.sql + " COLLATE \"C\")", down);
       } else if (e.type == Expression::kText) {
         sql += Directed("(" + AsTextSql(e) + ") COLLATE \"C\"", down);
+      } else if (plain && e.column && e.column->AutoIncrement) {
+        // Never Null: said of it, the index on the number would not serve.
+        sql += AsRead(e) + (down ? " DESC" : "");
+        keyIsNamed = true;
       } else {
-        keyIsNamed = keyIsNamed || (e.column && e.column->AutoIncrement);
         sql += Directed(AsRead(e), down);
       }
     } while (Take(","));

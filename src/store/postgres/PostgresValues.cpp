@@ -45,7 +45,7 @@ std::string KindsOf(const Values& values) {
       kinds += KindOf(value) == ValueKind::kWideText ? (ReadsAsNumber(value) ? 'W' : 'w')
                                                      : (ReadsAsNumber(value) ? 'T' : 't');
     else
-      kinds += 'n';
+      kinds += std::holds_alternative<double>(value) ? 'r' : 'n';
   }
   return kinds;
 }

@@ -11,6 +11,7 @@
 
 #include "station/Station.h"
 #include "station/TimeForms.h"
+#include "traffic/CampaignFiles.h"
 #include "traffic/CampaignMarking.h"
 #include "traffic/CampaignSheet.h"
 #include "traffic/CampaignTexts.h"
@@ -275,6 +276,11 @@ void CampaignWindow::ShowAll() {
 }
 
 // What the breaks hold is counted anew once it was counted to its end.
+// The crosses stand in a file of their own.
+std::string CampaignWindow::SideSign() {
+  return CampaignFile(editor_.FILENAMEGRILLE).Stamp(station_);
+}
+
 bool CampaignWindow::TakeOver() {
   if (reading_.AtWork()) return false;
   const std::string chosen = PLPub->ChosenCode();

@@ -43,6 +43,7 @@ class CampaignWindow : public OfficeWindow {
   void ArrangeParts(double unit) override;
   void ShowAll() override;
   bool TakeOver() override;
+  std::string SideSign() override;
   void Left() override;
 
  private:

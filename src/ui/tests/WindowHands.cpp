@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QCalendarWidget>
@@ -11,7 +12,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
+#include <QRegularExpression>
+#include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QTest>
+#include <functional>
+#include <vector>
 
 #include "ui/CalendarWindow.h"
 
@@ -73,9 +79,69 @@ void SaveIn(QWidget& window, const char* name, const std::string& path) {
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+namespace {
+
+// A path below a test's temporary folder as a station could have it, so that a picture is the same
+// on every machine.
+QString AtAStation(QString path) {
+  static const QRegularExpression temporary(QStringLiteral("/\\S*/zemo-\\w{6}(?=/|$)"));
+  return path.replace(temporary, QStringLiteral("/srv/radio"));
+}
+
+class PathsAtAStation : public QStyledItemDelegate {
+ public:
+  QString displayText(const QVariant& value, const QLocale& locale) const override {
+    return AtAStation(QStyledItemDelegate::displayText(value, locale));
+  }
+};
+
+bool ShowsTemporaryPath(const QAbstractItemView& view) {
+  const QAbstractItemModel* model = view.model();
+  for (int column = 0; model && column < model->columnCount(); ++column) {
+    const QString text = model->index(0, column).data().toString();
+    if (AtAStation(text) != text) return true;
+  }
+  return false;
+}
+
+template <typename Control>
+void Rewrite(Control& control, const QString& text) {
+  const QSignalBlocker quiet(control);
+  control.setText(text);
+}
+
+QPixmap AsAtAStation(QWidget& widget) {
+  std::vector<std::function<void()>> back;
+  for (auto* box : widget.findChildren<QLineEdit*>())
+    if (const QString text = box->text(); AtAStation(text) != text) {
+      back.emplace_back([box, text, changed = box->isModified(), at = box->cursorPosition()] {
+        Rewrite(*box, text);
+        box->setModified(changed);
+        box->setCursorPosition(at);
+      });
+      Rewrite(*box, AtAStation(text));
+    }
+  for (auto* label : widget.findChildren<QLabel*>())
+    if (const QString text = label->text(); AtAStation(text) != text) {
+      back.emplace_back([label, text] { Rewrite(*label, text); });
+      Rewrite(*label, AtAStation(text));
+    }
+  PathsAtAStation paths;
+  for (auto* view : widget.findChildren<QAbstractItemView*>())
+    if (ShowsTemporaryPath(*view)) {
+      back.emplace_back([view, before = view->itemDelegate()] { view->setItemDelegate(before); });
+      view->setItemDelegate(&paths);
+    }
+  QPixmap picture = widget.grab();
+  for (const auto& restore : back) restore();
+  return picture;
+}
+
+}  // namespace
+
 void KeepPicture(QWidget& widget, const std::string& name) {
   const QString path = QStringLiteral(ZEMO_SCREENSHOTS "/%1.png").arg(QString::fromStdString(name));
-  EXPECT_TRUE(widget.grab().save(path)) << path.toStdString();
+  EXPECT_TRUE(AsAtAStation(widget).save(path)) << path.toStdString();
 }
 
 }  // namespace zemo::test

@@ -23,7 +23,8 @@ void PickDayIn(QWidget& window, int year, int month, int day);
 // In the dialogue of that name that is open over the window; it is gone then. The path's ending
 // names the kind of file.
 void SaveIn(QWidget& window, const char* dialogue, const std::string& path);
-// Kept for a person to look at, in the build folder's screenshots/.
+// Kept for a person to look at, in the build folder's screenshots/; paths of the test's temporary
+// folders are shown as a station's.
 void KeepPicture(QWidget& widget, const std::string& name);
 
 }  // namespace zemo::test

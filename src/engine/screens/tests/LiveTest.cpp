@@ -455,11 +455,44 @@ TEST_F(Screen, TheForecastListsWhatTheSimulationTells) {
   EXPECT_EQ(table->item(0, 3)->text(), "03:05");
   EXPECT_EQ(table->item(1, 1)->text(), "BLANC");
   EXPECT_EQ(table->item(2, 2)->text(), "Fichier absent : /lost.wav");
-  KeepPicture(*table->window(), "forecast");
   QTest::mouseClick(table->window()->findChild<QAbstractButton*>("BtnRecalculer"), Qt::LeftButton);
   EXPECT_EQ(source.started, 2);
   EXPECT_EQ(table->rowCount(), 0);
 }
+
+class ForecastInLanguage : public Screen, public testing::WithParamInterface<int> {};
+
+TEST_P(ForecastInLanguage, NamesKindsGapsAndWarnings) {
+  TwoLines source;
+  sources.forecast = &source;
+  Loaded();
+  on.Set("Langue", std::to_string(GetParam()));
+  on.station.base.CheckCnf();
+  Open();
+  Click("Toolbar1_3");
+  Click("BtnPrevision");
+  source.lines = {{"12:00:01", ForecastKind::kElement, 5, "ABBA  WATERLOO", "", 185000},
+                  {"12:03:06", ForecastKind::kElement, -1, "STATION JINGLE", "", 8000},
+                  {"12:03:14", ForecastKind::kGap, 0, "", "", 4000},
+                  {"12:03:18", ForecastKind::kBreak, 0, "12:00", "", 50000},
+                  {"12:04:08", ForecastKind::kElement, -2, "BAKERY", "", 20000},
+                  {"12:04:28", ForecastKind::kElement, -4, "WEATHER", "", 30000},
+                  {"12:04:58", ForecastKind::kWarning, 0, "/lost.wav", "missing", 0},
+                  {"12:59:56", ForecastKind::kPip, 0, "", "", 4000}};
+  source.state = ForecastSource::State::kDone;
+  auto* table = window->findChild<QTableWidget*>("ListPrevision");
+  ASSERT_TRUE(table);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return table->rowCount() == 8; }, 5000));
+  const bool english = GetParam() == 1;
+  const auto at = [&](int row, int column) { return table->item(row, column)->text(); };
+  EXPECT_EQ(at(2, 1), english ? "GAP" : "BLANC");
+  EXPECT_EQ(at(4, 1), english ? "Spot" : "Pub");
+  EXPECT_EQ(at(6, 2), english ? "File missing: /lost.wav" : "Fichier absent : /lost.wav");
+  EXPECT_EQ(at(7, 1), english ? "Hour pip" : "Top horaire");
+  KeepPicture(*table->window(), english ? "forecast-en" : "forecast-fr");
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, ForecastInLanguage, testing::Values(0, 1));
 
 }  // namespace
 }  // namespace zemo::test

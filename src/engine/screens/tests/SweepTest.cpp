@@ -15,6 +15,7 @@
 #include "engine/screens/OnAirWindowTexts.h"
 #include "engine/screens/tests/ScreenFixture.h"
 #include "platform/Waveforms.h"
+#include "traffic/DayGridComposition.h"
 #include "ui/FitLabel.h"
 
 namespace zemo::test {
@@ -107,6 +108,7 @@ class Sweep : public Screen {
     on.Load();
     on.Set("Langue", std::to_string(langue));
     on.station.base.CheckCnf();
+    ASSERT_TRUE(ComposeDayGrid(on.station));  // whose heads have their language then
     for (int i = 1; i <= 14; ++i)
       on.AppendCard(on.AddCard(
           {.lengthMs = 185000 + i * 7000,

@@ -1,10 +1,9 @@
 #include "platform/real/joystick/SdlJoystick.h"
 
-#include <SDL.h>
-
 #include <utility>
 
 #include "platform/EventLoop.h"
+#include "platform/real/joystick/JoystickLibrary.h"
 
 namespace zemo {
 
@@ -14,17 +13,19 @@ constexpr int kButtons = 4;
 
 // Of the library's work nothing but joysticks: no signals taken over, no window needed.
 bool BeginJoysticks() {
-  SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-  SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
-  if (SDL_InitSubSystem(SDL_INIT_JOYSTICK) != 0) return false;
-  SDL_JoystickEventState(SDL_ENABLE);
+  if (!Sdl()) return false;
+  Sdl()->SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+  Sdl()->SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
+  if (Sdl()->SDL_InitSubSystem(SDL_INIT_JOYSTICK) != 0) return false;
+  Sdl()->SDL_JoystickEventState(SDL_ENABLE);
   for (const Uint32 type : {SDL_JOYAXISMOTION, SDL_JOYBALLMOTION, SDL_JOYHATMOTION})
-    SDL_EventState(type, SDL_IGNORE);
+    Sdl()->SDL_EventState(type, SDL_IGNORE);
   return true;
 }
 
 bool NextEvent(SDL_Event& event) {
-  return SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_JOYAXISMOTION, SDL_JOYDEVICEREMOVED) == 1;
+  return Sdl()->SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_JOYAXISMOTION, SDL_JOYDEVICEREMOVED) ==
+         1;
 }
 }  // namespace
 
@@ -43,7 +44,7 @@ bool SdlJoystick::Open(int port) {
   port_ = port;
   begun_ = BeginJoysticks();
   if (!begun_) return false;
-  SDL_FlushEvents(SDL_JOYAXISMOTION, SDL_JOYDEVICEREMOVED);
+  Sdl()->SDL_FlushEvents(SDL_JOYAXISMOTION, SDL_JOYDEVICEREMOVED);
   timer_ = loop_.MakeTimer(kPollMs, [this] { Poll(); });
   timer_->SetEnabled(true);
   return TakeDevice();
@@ -51,27 +52,28 @@ bool SdlJoystick::Open(int port) {
 
 void SdlJoystick::Close() {
   timer_.reset();
-  if (device_ != nullptr) SDL_JoystickClose(device_);
+  if (device_ != nullptr) Sdl()->SDL_JoystickClose(device_);
   device_ = nullptr;
   port_ = 0;
-  if (std::exchange(begun_, false)) SDL_QuitSubSystem(SDL_INIT_JOYSTICK);
+  if (std::exchange(begun_, false)) Sdl()->SDL_QuitSubSystem(SDL_INIT_JOYSTICK);
 }
 
 bool SdlJoystick::TakeDevice() {
-  if (device_ == nullptr && port_ <= SDL_NumJoysticks()) device_ = SDL_JoystickOpen(port_ - 1);
+  if (device_ == nullptr && port_ <= Sdl()->SDL_NumJoysticks())
+    device_ = Sdl()->SDL_JoystickOpen(port_ - 1);
   return device_ != nullptr;
 }
 
 // The handler can close, or open another: nothing is kept over it.
 void SdlJoystick::Poll() {
-  SDL_JoystickUpdate();
+  Sdl()->SDL_JoystickUpdate();
   SDL_Event event;
   while (begun_ && NextEvent(event)) {
     if (event.type == SDL_JOYDEVICEADDED) TakeDevice();
     if (device_ == nullptr) continue;
-    const SDL_JoystickID ours = SDL_JoystickInstanceID(device_);
+    const SDL_JoystickID ours = Sdl()->SDL_JoystickInstanceID(device_);
     if (event.type == SDL_JOYDEVICEREMOVED && event.jdevice.which == ours) {
-      SDL_JoystickClose(device_);
+      Sdl()->SDL_JoystickClose(device_);
       device_ = nullptr;
     }
     const bool button = event.type == SDL_JOYBUTTONDOWN || event.type == SDL_JOYBUTTONUP;

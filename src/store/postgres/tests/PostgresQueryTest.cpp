@@ -46,6 +46,21 @@ TEST(PostgresDialect, TopGivesTheNewestAmongEqualsAndNullIsBelowEverything) {
       "-1)");
 }
 
+TEST(PostgresDialect, RowsByTheirNumberAreReadOffItsIndexWhichKnowsNoNull) {
+  const std::string from = "SELECT \"CODE\" AS \"CODE\" FROM \"Rapport\" AS \"Rapport\" ORDER BY ";
+  EXPECT_EQ(Translation("SELECT CODE FROM Rapport ORDER BY CODE").sql, from + "\"CODE\"");
+  EXPECT_EQ(Translation("SELECT CODE FROM Rapport ORDER BY CODE DESC").sql, from + "\"CODE\" DESC");
+}
+
+// Where the table of the number may have no row for the other's.
+TEST(PostgresDialect, ANumberOfAJoinMayBeNull) {
+  const std::string sql = Translation(
+                              "SELECT VT.CODE FROM Rapport LEFT JOIN VT ON VT.CODE = Rapport.CODE "
+                              "ORDER BY VT.CODE")
+                              .sql;
+  EXPECT_TRUE(sql.ends_with(" ORDER BY \"VT\".\"CODE\" ASC NULLS FIRST")) << sql;
+}
+
 TEST(PostgresDialect, TextsCompareWithoutCaseAndInTheFrenchOrder) {
   EXPECT_EQ(Condition("LIBELLE = 'a'"),
             "(lower(\"LIBELLE\" COLLATE \"C\") = lower('a'::text COLLATE \"C\"))");
@@ -76,6 +91,18 @@ TEST(PostgresDialect, AValueGoesBesideTheTextInTheFormOfItsColumn) {
   EXPECT_TRUE(InForm(query.places[2].form, std::string(" 7"), text));
   EXPECT_EQ(text, "7");
   EXPECT_FALSE(InForm(query.places[0].form, Value(), text));
+}
+
+// What a column of whole numbers is compared with in another form costs a look at every row.
+TEST(PostgresDialect, AWholeNumberIsComparedAsTheColumnHoldsIt) {
+  EXPECT_EQ(Condition("CODE >= ?", {int64_t{5}}), "(\"CODE\" >= $1::bigint)");
+  EXPECT_EQ(Condition("? = START", {int64_t{5}}), "($1::bigint = \"START\")");
+  EXPECT_EQ(Condition("CODE BETWEEN ? AND ?", {int64_t{5}, int64_t{6}}),
+            "((\"CODE\" >= $1::bigint) AND (\"CODE\" <= $2::bigint))");
+  EXPECT_EQ(Condition("CODE = ?", {5.5}), "(\"CODE\" = $1::float8)");
+  EXPECT_EQ(Translation("DELETE * FROM Rapport WHERE DATENUM < ?", {int64_t{5}}).sql,
+            "DELETE FROM \"Rapport\" WHERE (\"DATENUM\" < $1::numeric) RETURNING \"CODE\"");
+  EXPECT_EQ(Condition("CODE = ? + 1", {int64_t{5}}), "(\"CODE\" = ($1::numeric + 1))");
 }
 
 TEST(PostgresDialect, ATextThatIsNoNumberIsAboveAll) {

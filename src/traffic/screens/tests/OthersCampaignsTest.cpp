@@ -25,6 +25,24 @@ TEST_F(OthersCampaigns, ShowWithoutTakingWhatIsBeingTyped) {
   EXPECT_EQ(Text("ChAnnonceur"), "Mine");
 }
 
+TEST_F(OthersCampaigns, ShowCrossesOfWhichTheBaseKnowsNothing) {
+  Campaign zoo{.from = "21/11/2026",
+               .to = "25/11/2026",
+               .firstHour = 7,
+               .lastHour = 8,
+               .marks = {"00", "30"}};
+  on.MakeFile("zoo.GPB", GridFileText(zoo));
+  on.Sql("UPDATE GrillePub SET FILENAMEGRILLE = 'zoo.GPB', CONTACT = 'Theirs' WHERE CODE = 2");
+  ASSERT_TRUE(
+      QTest::qWaitFor([&] { return window->Editor().FILENAMEGRILLE == "zoo.GPB"; }, kSoonMs));
+  EXPECT_EQ(Row(1).find('X'), std::string::npos);
+  zoo.crosses = {"07:30"};
+  on.MakeFile("zoo.GPB", GridFileText(zoo));
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return Text("LblTotalMsg").find('5') != std::string::npos; }, kSoonMs))
+      << Text("LblTotalMsg");
+}
+
 TEST_F(OthersCampaigns, AnOverviewKeepsItsLine) {
   Click("BtnRecherhe");
   Overview().setCurrentIndex(Overview().model()->index(1, 0));
