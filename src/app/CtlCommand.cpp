@@ -36,8 +36,7 @@ std::vector<std::string> AskedWords(const CtlOptions& options) {
   if (words.empty()) words.emplace_back("status");
   if (IsQuestion(words.front())) {
     if (words.size() > 1 && !IsWatchOfStatus(words))
-      throw UsageError("ctl " + words.front() + " takes nothing behind it" +
-                       (words.front() == "watch" ? " but status" : ""));
+      throw UsageError("ctl " + words.front() + " takes nothing behind it");
     return words;
   }
   try {
@@ -75,8 +74,7 @@ void RequireVersion(const json& greeting) {
 
 void Print(const std::string& text) {
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-    throw std::runtime_error(std::string("cannot write what the program on air tells: ") +
-                             std::strerror(errno));
+    throw std::runtime_error(std::strerror(errno));
 }
 
 // An answer among what comes is the last word for one who is sent away.
@@ -85,7 +83,7 @@ void Print(const std::string& text) {
     if (json::parse(*told, nullptr, false).contains("id")) ReadAnswer(told);
     Print(*told + "\n");
   }
-  throw ControlError("the program on air has ended, or too much of it was left unread");
+  throw ControlError("the program on air has ended");
 }
 
 }  // namespace

@@ -210,7 +210,7 @@ TEST_F(Ctl, TellsWhatWentWrongByItsStatusAndOneLine) {
   EXPECT_EQ(Run("ctl --machine machine preview 2026-12-24").status, 2);
   EXPECT_EQ(Run("ctl --machine machine status now").status, 2);
   EXPECT_EQ(Run("ctl --machine machine watch events").err,
-            "zemoradio: ctl watch takes nothing behind it but status\n");
+            "zemoradio: ctl watch takes nothing behind it\n");
   EXPECT_EQ(Run("ctl --machine none").err,
             "zemoradio: cannot open the machine folder none: No such file or directory\n");
   const Result refused = OnAir("ctl load 77");
