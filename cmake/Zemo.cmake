@@ -20,6 +20,9 @@ endfunction()
 # Test code itself is not optimised: compiling it costs more than running it, and what it tests is
 # compiled as its preset says.
 set(ZEMO_TEST_OPTIONS -O0 -g1)
+if(CMAKE_CXX_FLAGS MATCHES "--coverage")
+  list(APPEND ZEMO_TEST_OPTIONS -DZEMO_COUNTS_LINES)  # tests/support/Cases.h
+endif()
 
 zemo_headers(zemo_headers HEADERS ${ZEMO_COMMON_HEADERS})
 zemo_headers(zemo_test_headers OPTIONS ${ZEMO_TEST_OPTIONS} DEPENDS GTest::gtest

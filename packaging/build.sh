@@ -5,7 +5,7 @@
 #
 # The folder is made where it is missing; packages of the same version in it are replaced. What it
 # needs stands in setup/packages.txt and setup/packaging-packages.txt. Version and day are those of
-# CMakeLists.txt.
+# CMakeLists.txt, and what is new that of CHANGELOG.md.
 set -euo pipefail
 
 root="$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd -P)"
@@ -41,13 +41,9 @@ mkdir -- "$tree"
 (cd -- "$root" && git ls-files -z --cached --others --exclude-standard |
   xargs -0 --no-run-if-empty cp --parents --no-dereference --preserve=mode,timestamps -t "$tree" --)
 cp -r -- "$tree/packaging/debian" "$tree/debian"
-cat >"$tree/debian/changelog" <<END
-zemoradio ($version) bookworm; urgency=medium
-
-  * Version $version.
-
- -- $(sed -n 's/^Maintainer: //p' "$tree/debian/control")  $(date -u -R -d "$day")
-END
+maintainer="$(sed -n 's/^Maintainer: //p' "$tree/debian/control")"
+"$tree/packaging/changelog.py" debian "$maintainer" >"$tree/debian/changelog"
+grep -q -m 1 "^zemoradio ($version) " "$tree/debian/changelog" || fail "CHANGELOG.md has no version $version"
 
 (cd -- "$tree" && dpkg-buildpackage --unsigned-source --unsigned-changes --build=binary)
 rm -rf -- "$tree"

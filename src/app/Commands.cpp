@@ -112,6 +112,8 @@ std::span<const Command> Commands() {
             "`mode`, `request`, `insert`, `move`, `delete`, `overlay` and the others"},
            {"ctl [--machine DIR] watch",
             "its events as they happen, as the lines of a trace, until interrupted"},
+           {"ctl [--machine DIR] watch status",
+            "its status as JSON whenever it has changed, until interrupted"},
            {"ctl [--machine DIR] [--json] metrics",
             "its figures, in the text form that Prometheus reads"}},
           DeclareCtl, RunCtlCommand),

@@ -42,6 +42,7 @@ class ControlServer : public EventSink {
   };
 
   void Serve();
+  void ServeRequests();
   void ServeRequest(const ControlRequest& request);
   void ServeAsk(ControlClient client, ControlAsk& ask);
   void Watch(ControlClient client, const std::string& id, ControlChannel channel);
@@ -56,9 +57,11 @@ class ControlServer : public EventSink {
   StatusPicture picture_;
   std::deque<Waiting> orders_;            // oldest first
   bool ordering_ = false;                 // one is being carried out, maybe up the stack
+  std::unique_ptr<LoopTimer> serving_;    // while more requests may have come than were served
   std::unique_ptr<LoopTimer> asking_;     // while orders wait
   std::unique_ptr<LoopTimer> telling_;    // while somebody listens to the status
   std::string told_;                      // the picture that they had last
+  std::string shown_;                     // the picture that those who ask at this moment get
   std::shared_ptr<ControlServer*> self_;  // for what is posted; null behind its end
   std::unique_ptr<ControlLine> line_;     // may be null; goes first
 };

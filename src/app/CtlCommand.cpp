@@ -1,7 +1,10 @@
 // `zemoradio ctl`: asks the program that is on air with a machine's folder, and gives it orders.
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "app/Commands.h"
@@ -20,6 +23,10 @@ using nlohmann::json;
 // An order can wait for its moment, and then has to be carried out.
 constexpr int kAnswerMs = 60000;
 
+bool IsWatchOfStatus(const std::vector<std::string>& words) {
+  return words.size() == 2 && words[0] == "watch" && words[1] == "status";
+}
+
 bool IsQuestion(const std::string& word) {
   return word == "status" || word == "metrics" || word == "watch";
 }
@@ -28,7 +35,8 @@ std::vector<std::string> AskedWords(const CtlOptions& options) {
   std::vector<std::string> words = options.words;
   if (words.empty()) words.emplace_back("status");
   if (IsQuestion(words.front())) {
-    if (words.size() > 1) throw UsageError("ctl " + words.front() + " takes nothing behind it");
+    if (words.size() > 1 && !IsWatchOfStatus(words))
+      throw UsageError("ctl " + words.front() + " takes nothing behind it");
     return words;
   }
   try {
@@ -42,6 +50,7 @@ std::vector<std::string> AskedWords(const CtlOptions& options) {
 }
 
 std::string RequestOf(const std::vector<std::string>& words) {
+  if (IsWatchOfStatus(words)) return json{{"id", 1}, {"do", "watch"}, {"status", true}}.dump();
   if (IsQuestion(words.front())) return json{{"id", 1}, {"do", words.front()}}.dump();
   const json arguments(std::vector<std::string>(words.begin() + 1, words.end()));
   return json{{"id", 1}, {"do", "order"}, {"order", words.front()}, {"args", arguments}}.dump(
@@ -64,12 +73,16 @@ void RequireVersion(const json& greeting) {
 }
 
 void Print(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
-  std::fflush(stdout);
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+    throw std::runtime_error(std::strerror(errno));
 }
 
-[[noreturn]] void PrintEvents(ControlConnection& line) {
-  while (const auto event = line.Line(-1)) Print(*event + "\n");
+// An answer among what comes is the last word for one who is sent away.
+[[noreturn]] void PrintWhatComes(ControlConnection& line) {
+  while (const auto told = line.Line(-1)) {
+    if (json::parse(*told, nullptr, false).contains("id")) ReadAnswer(told);
+    Print(*told + "\n");
+  }
   throw ControlError("the program on air has ended");
 }
 
@@ -82,7 +95,7 @@ int RunCtlCommand(const CtlOptions& options) {
   line.Say(RequestOf(words));
   const std::optional<std::string> answered = line.Line(kAnswerMs);
   const json answer = ReadAnswer(answered);
-  if (words.front() == "watch") PrintEvents(line);
+  if (words.front() == "watch") PrintWhatComes(line);
   if (options.json)
     Print(*answered + "\n");
   else if (words.front() == "status")

@@ -31,7 +31,7 @@ def is_there(root, name, names):
 
 def missing(root):
     """A line for each name that no file bears, and the count of names looked at."""
-    names = {path.name for folder in ("src", "tests", "bench", "setup", "docs", ".ci")
+    names = {path.name for folder in ("src", "tests", "bench", "setup", "docs", "packaging", ".ci")
              for path in (root / folder).rglob("*")}
     words = {word for path in (root / "src").rglob("*") if path.suffix in (".h", ".cpp")
              for word in re.findall(r"\w+", path.read_text(encoding="utf-8"))}

@@ -5,7 +5,7 @@
 #include "scenario/EmergencyStation.h"
 #include "station/TextForms.h"
 #include "store/Schema.h"
-#include "support/UnderSanitizer.h"
+#include "support/Cases.h"
 
 namespace zemo::test {
 namespace {

@@ -101,8 +101,10 @@ class ControlOfStation : public testing::Test {
   FreeSpace space;
   JsonWords words{space};
   Told told;
+  int outputAsked = 0;
   SoundHealth health{.output = "file air.wav", .heard = true, .device = false, .peakLeft = 0.5F};
-  ControlServer server{on.station, {.output = [this] { return health; }, .space = space}};
+  ControlServer server{on.station,
+                       {.output = [this] { return ++outputAsked, health; }, .space = space}};
 
  private:
   void Arrive(const ControlRequest& request) {
@@ -158,6 +160,44 @@ TEST_F(ControlOfStation, OrdersOfOneMomentAreCarriedOutOneAfterTheOtherInTheirOr
     EXPECT_EQ(json::parse(AnswerAt(static_cast<size_t>(at)))["id"], at + 1);
   EXPECT_TRUE(on.station.engine.IsAutomatic);
   EXPECT_TRUE(on.station.engine.CheckNoJingle);
+}
+
+// Twenty clients ask at one moment: four are answered then, and four every 20 ms, so that a tick
+// comes between.
+TEST_F(ControlOfStation, RequestsOfOneMomentAreServedFewAtATime) {
+  on.At(kSettledMs, [&] {
+    for (ControlClient client = 1; client <= 20; ++client)
+      told.requests.push_back({client, words.Understand(R"({"do":"metrics"})").forLogic});
+    server.Arrival()();
+  });
+  on.RunUntil(kSettledMs + 10);
+  EXPECT_EQ(told.answers.size(), 4u);
+  on.RunUntil(kSettledMs + 50);
+  EXPECT_EQ(told.answers.size(), 12u);
+  on.RunUntil(kSettledMs + 90);
+  ASSERT_EQ(told.answers.size(), 20u);
+  for (ControlClient client = 1; client <= 20; ++client)
+    EXPECT_EQ(told.answers[client - 1].first, client);
+  Say(kSettledMs + 200, 21, R"({"do":"metrics"})");
+  on.RunUntil(kSettledMs + 210);
+  EXPECT_EQ(told.answers.size(), 21u);
+}
+
+// The picture of a long list takes milliseconds.
+TEST_F(ControlOfStation, WhoAskForTheStatusAtOneMomentGetOnePicture) {
+  outputAsked = 0;
+  on.At(kSettledMs, [&] {
+    for (ControlClient client = 1; client <= 3; ++client)
+      told.requests.push_back({client, words.Understand(R"({"do":"status"})").forLogic});
+    server.Arrival()();
+  });
+  on.RunUntil(kSettledMs + 10);
+  ASSERT_EQ(told.answers.size(), 3u);
+  EXPECT_EQ(told.answers[2].second, told.answers[0].second);
+  EXPECT_EQ(outputAsked, 1);
+  Say(kSettledMs + 20, 1, R"({"do":"status"})");
+  on.RunUntil(kSettledMs + 30);
+  EXPECT_EQ(outputAsked, 2);
 }
 
 TEST_F(ControlOfStation, AnOrderThatFindsNoMomentIsRefusedAndNeverCarriedOut) {

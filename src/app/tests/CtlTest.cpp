@@ -73,6 +73,50 @@ TEST_F(Ctl, GivesEveryOrderOfAnOperator) {
   EXPECT_EQ(Shell("sqlite3 station/Triskin.MDB 'SELECT FadeOut FROM Cnf'").out, "1234\n");
 }
 
+// The second title is on air, the first one stands in the list; then an order a line.
+TEST_F(Ctl, TheOrdersDoToTheListWhatTheyAreCalled) {
+  const std::pair<const char*, std::vector<int>> steps[] = {
+      {"insert music 1", {1, 1}},
+      {"insert music 2 1", {2, 1, 1}},
+      {"insert music 3", {2, 1, 1, 3}},
+      {"insert extract 1", {-6, 2, 1, 1, 3}},
+      {"move 1 3", {2, 1, -6, 1, 3}},
+      {"delete 3", {2, 1, 1, 3}},
+      {"rightclick 3", {2, 1, 3}},
+      {"save 'A list' '' '' 0", {2, 1, 3}},
+      {"new", {}},
+      {"load 1", {2, 1, 3}},
+  };
+  std::string commands = "ctl mode live; ctl insert music 2; " + Until("ctl | grep -q '^now'") +
+                         "ctl insert music 1; ";
+  for (const auto& [order, list] : steps)
+    commands += "ctl " + std::string(order) + " && ctl --json status >>pictures; ";
+  const Result result = OnAir(commands + "true");
+  EXPECT_EQ(result.status, 0) << result.err;
+  const std::vector<std::string> pictures = LinesOf(ReadText(root_ / "pictures"));
+  ASSERT_EQ(pictures.size(), std::size(steps)) << result.err;
+  for (size_t at = 0; at < pictures.size(); ++at) {
+    std::vector<int> codes;
+    const nlohmann::json status = StatusOf(pictures[at]);
+    for (const nlohmann::json& row : status.at("list")) codes.push_back(row["code"]);
+    EXPECT_EQ(codes, steps[at].second) << steps[at].first;
+  }
+}
+
+TEST_F(Ctl, TheOrdersReachTheAirAndTheLights) {
+  const Result result = OnAir(
+      "ctl mode live; ctl insert music 1; ctl insert music 2; ctl watch >events & watch=$!; " +
+      Until("{ ctl dump; grep -q '\"state\"' events; }") + "ctl overlay music 3; ctl next; " +
+      Until("grep -q 'Title 2' events") +
+      "ctl check CheckNoJingle on; ctl --json status >lit; ctl stop; ctl --json status >stopped; "
+      "ctl start; ctl --json status >started; kill $watch; wait $watch; true");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_NE(ReadText(root_ / "events").find("title3.wav"), std::string::npos);
+  EXPECT_EQ(StatusOf(ReadText(root_ / "lit"))["lights"]["no_jingle"], true);
+  EXPECT_EQ(StatusOf(ReadText(root_ / "stopped"))["on_air"], false);
+  EXPECT_EQ(StatusOf(ReadText(root_ / "started"))["on_air"], true);
+}
+
 TEST_F(Ctl, ShowsWhatPlaysAndWhatComesNext) {
   const Result result = OnAir("ctl mode live; ctl insert music 1; ctl insert music 2; " +
                               Until("ctl | grep -q '^now'") + "ctl; ctl --json status");
@@ -82,6 +126,11 @@ TEST_F(Ctl, ShowsWhatPlaysAndWhatComesNext) {
   EXPECT_EQ(lines[0], "on air, but no device takes the sound, live mode");
   EXPECT_EQ(lines[2].substr(0, 29), "now       Artist 1  Title 1  ");
   EXPECT_NE(lines[3].find("Artist 2  Title 2"), std::string::npos) << result.out;
+  // The list closes what is told in words: its head, and its one row of 15 minutes.
+  EXPECT_EQ(lines[lines.size() - 3].substr(0, 18), "list      1 rows, ");
+  const std::string& row = lines[lines.size() - 2];
+  EXPECT_EQ(row.substr(0, 10), "   1      ");
+  EXPECT_TRUE(row.ends_with("  15:00  Artist 2  Title 2")) << row;
   const nlohmann::json status = StatusOf(lines.back());
   EXPECT_EQ(status["element"]["code"], 1);
   EXPECT_EQ(status["list_rows"], 1);
@@ -104,6 +153,52 @@ TEST_F(Ctl, WatchesTheEventsAsTheyHappen) {
   EXPECT_TRUE(started) << ReadText(root_ / "events");
 }
 
+TEST_F(Ctl, WatchesTheStatusAsItChanges) {
+  const Result result =
+      OnAir("ctl mode live; ctl watch status >pictures & watch=$!; " +
+            Until("grep -q '\"mode\":\"live\"' pictures") + "ctl mode auto; " +
+            Until("grep -q '\"mode\":\"auto\"' pictures") + "kill $watch; wait $watch; true");
+  EXPECT_EQ(result.status, 0) << result.err;
+  std::vector<std::string> modes;
+  for (const std::string& line : LinesOf(ReadText(root_ / "pictures"))) {
+    const std::string mode = StatusOf(line).value("mode", "none");
+    if (modes.empty() || modes.back() != mode) modes.push_back(mode);
+  }
+  EXPECT_EQ(modes, (std::vector<std::string>{"live", "auto"}));
+}
+
+// In the program's place one that sends the client away behind an event.
+TEST_F(Ctl, WhoWatchesAndIsSentAwayIsToldWhy) {
+  Put("says",
+      "{\"zemo\":1}\n{\"id\":1,\"ok\":true}\n{\"at\":\"now\",\"event\":\"engine\"}\n"
+      "{\"id\":null,\"error\":\"too many requests\"}\n");
+  const Result result = Shell("socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
+                              Until("[ -S machine/Control.Sock ]") +
+                              "$zemoradio ctl --machine machine watch; s=$?; wait; exit $s");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "{\"at\":\"now\",\"event\":\"engine\"}\n");
+  EXPECT_EQ(result.err, "zemoradio: too many requests\n");
+  EXPECT_EQ(ReadText(root_ / "asked"), "{\"do\":\"watch\",\"id\":1}\n");
+}
+
+TEST_F(Ctl, AsksNoProgramOfAnotherVersion) {
+  Put("says", "{\"zemo\":2}\n");
+  const Result result = Shell("socat -t 10 UNIX-LISTEN:machine/Control.Sock - <says >asked & " +
+                              Until("[ -S machine/Control.Sock ]") +
+                              "$zemoradio ctl --machine machine next; s=$?; wait; exit $s");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err,
+            "zemoradio: the program on air speaks another version of the control socket\n");
+  EXPECT_EQ(ReadText(root_ / "asked"), "");
+}
+
+// A file of figures that is cut short has to be no success.
+TEST_F(Ctl, FailsWhereItsWordsFindNoRoom) {
+  const Result result = OnAir("ctl metrics >/dev/full");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.err.find("No space left on device"), std::string::npos) << result.err;
+}
+
 TEST_F(Ctl, TellsWhatWentWrongByItsStatusAndOneLine) {
   const Result none = Run("ctl --machine machine next");
   EXPECT_EQ(none.status, 1);
@@ -114,6 +209,8 @@ TEST_F(Ctl, TellsWhatWentWrongByItsStatusAndOneLine) {
   EXPECT_EQ(Run("ctl --machine machine sql 'DELETE FROM Cnf'").status, 2);
   EXPECT_EQ(Run("ctl --machine machine preview 2026-12-24").status, 2);
   EXPECT_EQ(Run("ctl --machine machine status now").status, 2);
+  EXPECT_EQ(Run("ctl --machine machine watch events").err,
+            "zemoradio: ctl watch takes nothing behind it\n");
   EXPECT_EQ(Run("ctl --machine none").err,
             "zemoradio: cannot open the machine folder none: No such file or directory\n");
   const Result refused = OnAir("ctl load 77");

@@ -12,7 +12,7 @@
 #include "scheduling/tests/RequestFixture.h"
 #include "scheduling/tests/Stranger.h"
 #include "station/BaseFiles.h"
-#include "support/UnderSanitizer.h"
+#include "support/Cases.h"
 
 namespace zemo::test {
 

@@ -12,7 +12,7 @@
 
 #include "scheduling/tests/RequestFixture.h"
 #include "station/TimeForms.h"
-#include "support/UnderSanitizer.h"
+#include "support/Cases.h"
 
 namespace zemo {
 namespace {

@@ -88,7 +88,10 @@ void ControlPeer::NoteSlowed(ControlTime now) {
 }
 
 std::optional<std::string_view> ControlPeer::NextLine(ControlTime now) {
-  if (Waits()) return std::nullopt;
+  if (Waits()) {
+    slowedSince_.reset();  // whether it pauses meanwhile is not seen
+    return std::nullopt;
+  }
   Receive();
   NoteSlowed(now);
   const size_t end = in_.find('\n');

@@ -51,8 +51,9 @@ class ControlPeer {
   // The next whole line, if it may be served now; it holds up to TakeLine, which passes over it.
   std::optional<std::string_view> NextLine(ControlTime now);
   void TakeLine(ControlTime now);
-  void Asked() { ++unanswered_, rubbish_ = 0; }  // the line was a request ...
-  void Babbled() { ++rubbish_; }                 // ... or was none
+  void Asked() { ++unanswered_, rubbish_ = 0, asked_ = true; }  // the line was a request ...
+  void Babbled() { ++rubbish_; }                                // ... or was none
+  bool HasAsked() const { return asked_; }                      // ever
   void Answered() {
     if (unanswered_ > 0) --unanswered_;
   }
@@ -83,6 +84,7 @@ class ControlPeer {
   double tokens_;
   ControlTime tokensAt_;
   std::optional<ControlTime> slowedSince_;
+  bool asked_ = false;
   bool ended_ = false;  // it sends nothing more
   bool gone_ = false;
 };

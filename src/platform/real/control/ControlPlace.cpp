@@ -67,6 +67,7 @@ void ControlPlace::TakeAwayDead() const {
 
 // Nobody can connect before it listens, and by then it is the owner's alone.
 int ControlPlace::Bind() {
+  node_ = 0;
   TakeAwayDead();
   const int made = MakeSocket();
   const sockaddr_un address = AddressOf(Path(), handle_);

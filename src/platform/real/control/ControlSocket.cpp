@@ -19,6 +19,7 @@ constexpr size_t kToLogicBytes = 256 * 1024;
 constexpr size_t kFromLogicBytes = 1024 * 1024;
 constexpr int kFullRingMs = 20;  // up to the next look whether the logic has made room
 constexpr std::chrono::seconds kTending{1};
+constexpr std::chrono::milliseconds kRestsFromAccepting{100};
 
 int MsUntil(ControlTime then, ControlTime now) {
   const auto ms = std::chrono::ceil<std::chrono::milliseconds>(then - now).count();
@@ -133,6 +134,7 @@ void ControlSocket::Run() {
 
 int ControlSocket::WaitMs(ControlTime now) const {
   int ms = MsUntil(looked_ + bounds_.look, now);
+  if (acceptsFrom_ > now) ms = std::min(ms, MsUntil(acceptsFrom_, now));
   if (!peers_.empty()) ms = std::min(ms, MsUntil(tended_ + kTending, now));
   if (ringFull_ || !gone_.empty()) ms = std::min(ms, kFullRingMs);
   for (const auto& peer : peers_)
@@ -144,7 +146,8 @@ int ControlSocket::WaitMs(ControlTime now) const {
 // The sockets are read and written where they are served, whatever they were polled for; only an
 // end that no reading would show is noted here.
 void ControlSocket::Wait(ControlTime now) {
-  std::vector<pollfd> polled{{wake_, POLLIN, 0}, {listening_, POLLIN, 0}};
+  const int listening = now < acceptsFrom_ ? -1 : listening_;  // poll passes over -1
+  std::vector<pollfd> polled{{wake_, POLLIN, 0}, {listening, POLLIN, 0}};
   for (const auto& peer : peers_) polled.push_back({peer->Socket(), peer->Events(), 0});
   if (poll(polled.data(), polled.size(), WaitMs(now)) <= 0) return;
   Drain(wake_);
@@ -158,7 +161,9 @@ std::optional<ControlCut> ControlSocket::WhyNotLetIn(int socket) const {
   socklen_t size = sizeof who;
   if (getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &who, &size) != 0) return ControlCut::kUser;
   if (who.uid != owner_ && who.uid != 0) return ControlCut::kUser;
-  if (peers_.size() >= bounds_.clients) return ControlCut::kNumber;
+  const auto there =
+      std::count_if(peers_.begin(), peers_.end(), [](const auto& peer) { return !peer->Gone(); });
+  if (static_cast<size_t>(there) >= bounds_.clients) return ControlCut::kNumber;
   return std::nullopt;
 }
 
@@ -170,20 +175,27 @@ void ControlSocket::SendAway(int socket, ControlCut why) {
   close(socket);
 }
 
+// As many as there may be come in at a time. Whoever knocks without end, and a process that has no
+// handle left, would keep the thread from all else: who knocks then waits a moment.
 void ControlSocket::Accept(ControlTime now) {
-  for (;;) {
+  for (size_t count = 0; count < bounds_.clients; ++count) {
     const int socket = accept4(listening_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-    if (socket < 0) return;
-    if (const auto why = WhyNotLetIn(socket)) {
+    if (socket < 0 && errno == EAGAIN) return;
+    if (socket < 0) break;
+    if (const auto why = WhyNotLetIn(socket))
       SendAway(socket, *why);
-      continue;
-    }
-    if (peers_.empty()) Tend(now);  // ahead of the first request
-    peers_.push_back(std::make_unique<ControlPeer>(++last_, socket, bounds_, now));
-    ++accepted_;
-    clients_ = peers_.size();
-    peers_.back()->Say(words_.Greeting());
+    else
+      LetIn(socket, now);
   }
+  acceptsFrom_ = now + kRestsFromAccepting;
+}
+
+void ControlSocket::LetIn(int socket, ControlTime now) {
+  if (peers_.empty()) Tend(now);  // ahead of the first request
+  peers_.push_back(std::make_unique<ControlPeer>(++last_, socket, bounds_, now));
+  ++accepted_;
+  clients_ = peers_.size();
+  peers_.back()->Say(words_.Greeting());
 }
 
 ControlPeer* ControlSocket::Find(ControlClient client) {
@@ -251,7 +263,7 @@ void ControlSocket::CutAndForget(ControlTime now) {
   }
   const auto gone = [this](const std::unique_ptr<ControlPeer>& peer) {
     if (!peer->Gone()) return false;
-    gone_.push_back(peer->Number());
+    if (peer->HasAsked()) gone_.push_back(peer->Number());
     return true;
   };
   if (std::erase_if(peers_, gone) == 0) return;

@@ -49,6 +49,7 @@ class ControlSocket : public ControlLine {
   void Accept(ControlTime now);
   std::optional<ControlCut> WhyNotLetIn(int socket) const;
   void SendAway(int socket, ControlCut why);
+  void LetIn(int socket, ControlTime now);
   void TakeWhatTheLogicSays();
   void CarryOut(const MessageRing::Head& head, const std::string& text);
   void Serve(ControlPeer& peer, ControlTime now);
@@ -79,7 +80,7 @@ class ControlSocket : public ControlLine {
   std::deque<ControlClient> gone_;  // of whom the logic does not know it yet
   ControlClient last_ = 0;          // number that was given
   bool ringFull_ = false;           // a line waits for room on the way to the logic
-  ControlTime looked_, tended_;
+  ControlTime looked_, tended_, acceptsFrom_;
   std::string text_;
   std::thread thread_;  // last: it uses all the others
 };

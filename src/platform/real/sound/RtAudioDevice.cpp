@@ -1,18 +1,18 @@
 // RtAudio behind the devices and inputs of JACK and ALSA.
 #include "platform/real/sound/RtAudioDevice.h"
 
-#include <RtAudio.h>
 #include <alsa/asoundlib.h>
 
 #include <algorithm>
 #include <mutex>
 
+#include "platform/real/sound/RtAudioForms.h"
+
 namespace zemo {
 namespace {
 
-constexpr unsigned int kBufferFrames = 1024;     // 23 ms: of one call back
-constexpr const char* kAlsaDefault = "default";  // as RtAudio lists it beside the cards
-constexpr unsigned int kBuffers = 4;             // that the device keeps, where it can be asked to
+constexpr unsigned int kBufferFrames = 1024;  // 23 ms: of one call back
+constexpr unsigned int kBuffers = 4;          // that the device keeps, where it can be asked to
 
 void Quiet(const char*, int, const char*, int, const char*, ...) {}
 
@@ -41,7 +41,7 @@ class JackTurn {
 // RtAudioError, and gives another system where RtAudio was built without this one.
 std::unique_ptr<RtAudio> Ask(RtAudioSystem system) {
   snd_lib_error_set_handler(Quiet);
-  auto audio = std::make_unique<RtAudio>(ApiOf(system));
+  std::unique_ptr<RtAudio> audio = MakeRtAudio(ApiOf(system));
   audio->showWarnings(false);
   return audio;
 }
@@ -61,7 +61,7 @@ void AddDevice(RtAudio& audio, RtAudioSystem system, Way way, unsigned int id,
     const RtAudio::DeviceInfo info = audio.getDeviceInfo(id);
     const bool out = way == Way::kOut;
     const unsigned int channels = out ? info.outputChannels : info.inputChannels;
-    if (!info.probed || channels < (out ? kChannels : 1)) return;
+    if (!Answered(info) || channels < (out ? kChannels : 1)) return;
     SoundDevice device;
     device.name = device.key = info.name;
     device.system = NameOf(system);
@@ -79,9 +79,9 @@ void AddDevice(RtAudio& audio, RtAudioSystem system, Way way, unsigned int id,
 std::vector<Found> Devices(RtAudio& audio, RtAudioSystem system, Way way, bool all) {
   std::vector<Found> devices;
   if (audio.getCurrentApi() != ApiOf(system)) return devices;
-  const unsigned int count = audio.getDeviceCount();
-  if (count > 0 && !all) AddDevice(audio, system, way, audio.getDefaultOutputDevice(), devices);
-  for (unsigned int id = 0; id < count && all; ++id) AddDevice(audio, system, way, id, devices);
+  const std::vector<unsigned int> ids = DeviceIds(audio);
+  if (!ids.empty() && !all) AddDevice(audio, system, way, audio.getDefaultOutputDevice(), devices);
+  for (size_t at = 0; at < ids.size() && all; ++at) AddDevice(audio, system, way, ids[at], devices);
   return devices;
 }
 
@@ -234,9 +234,11 @@ class RtAudioDevice final : public OutputDevice {
       if (byDefault_) options.flags = RTAUDIO_ALSA_USE_DEFAULT;
       unsigned int frames = kBufferFrames;
       static_assert(kDeviceRanDry == RTAUDIO_OUTPUT_UNDERFLOW);
-      audio_->openStream(&parameters, nullptr, RTAUDIO_SINT16, rate, &frames, &DeviceCallback,
-                         &ring, &options);
-      audio_->startStream();
+      OrThrow(*audio_, [&] {
+        return audio_->openStream(&parameters, nullptr, RTAUDIO_SINT16, rate, &frames,
+                                  &DeviceCallback, &ring, &options);
+      });
+      OrThrow(*audio_, [&] { return audio_->startStream(); });
       const unsigned int buffers = std::max(options.numberOfBuffers, kBuffers);
       const auto ahead = static_cast<int>(frames * buffers);
       return Opened{device.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate),
@@ -279,9 +281,11 @@ class RtAudioInput final : public InputDevice {
       RtAudio::StreamOptions options = OptionsOf("Zemo Radio Voice Track");
       unsigned int frames = kBufferFrames;
       ring.Reset(channels);
-      audio_->openStream(nullptr, &parameters, RTAUDIO_SINT16, rate, &frames, &InputCallback, &ring,
-                         &options);
-      audio_->startStream();
+      OrThrow(*audio_, [&] {
+        return audio_->openStream(nullptr, &parameters, RTAUDIO_SINT16, rate, &frames,
+                                  &InputCallback, &ring, &options);
+      });
+      OrThrow(*audio_, [&] { return audio_->startStream(); });
       return Opened{input.device.name + " (" + NameOf(system_) + ")", static_cast<int>(rate),
                     static_cast<int>(frames * 1000 / rate)};
     });

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/real/analysis/SoundAnalyser.h"
+#include "support/Cases.h"
 #include "support/TitleCorpus.h"
-#include "support/UnderSanitizer.h"
 
 namespace zemo {
 namespace {

@@ -89,12 +89,27 @@ TEST(ControlPlace, MayHaveAPathOfAnyLength) {
 TEST(ControlPlace, TakesAwayOnlyWhatItMade) {
   const TemporaryFolder folder;
   ControlPlace place(folder.Path());
-  close(place.Bind());
+  const int listening = place.Bind();
   std::filesystem::remove(folder / "Control.Sock");
   folder.Put("Control.Sock", "another's");
   EXPECT_FALSE(place.StandsThere());
   place.Remove();
   EXPECT_EQ(folder.Get("Control.Sock"), "another's");
+  close(listening);
+}
+
+// The number of a socket that nobody has open any more may be another file's by now.
+TEST(ControlPlace, ForgetsWhatItMadeWhereItCannotMakeItAgain) {
+  const TemporaryFolder folder;
+  ControlPlace place(folder.Path());
+  close(place.Bind());
+  std::filesystem::rename(folder / "Control.Sock", folder / "Aside");
+  folder.Put("Control.Sock", "another's");
+  EXPECT_THROW(place.Bind(), ControlError);
+  std::filesystem::rename(folder / "Aside", folder / "Control.Sock");
+  EXPECT_FALSE(place.StandsThere());
+  place.Remove();
+  EXPECT_TRUE(std::filesystem::exists(folder / "Control.Sock"));
 }
 
 TEST(ControlPlace, InAFolderThatIsNotThereIsToldInOneLine) {

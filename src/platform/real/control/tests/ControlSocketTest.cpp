@@ -2,12 +2,17 @@
 // is waited for has a bound.
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <ctime>
+#include <future>
 #include <mutex>
+#include <semaphore>
 #include <set>
 
 #include "platform/real/control/ControlConnection.h"
@@ -20,12 +25,16 @@ namespace {
 constexpr int kBoundMs = 60000;
 using Lines = std::vector<std::string>;
 
-// Everything but "rubbish..." is a request, which the logic gets as it is.
+// Everything but "rubbish..." is a request, which the logic gets as it is; "hold" keeps the thread.
 class EchoWords : public ControlWords {
  public:
   std::string Greeting() override { return "hello"; }
   Understood Understand(std::string_view line) override {
     if (line.starts_with("rubbish")) return {.answer = "what?"};
+    if (line == "hold") {
+      held = true;
+      letGo.acquire();
+    }
     return {.forLogic = std::string(line)};
   }
   std::string Farewell(ControlCut why) override {
@@ -33,6 +42,8 @@ class EchoWords : public ControlWords {
   }
   void EverySecond() override { ++seconds; }
   std::atomic<int> seconds = 0;
+  std::atomic<bool> held = false;
+  std::binary_semaphore letGo{0};
 };
 
 std::string Bye(ControlCut why) {
@@ -174,6 +185,15 @@ TEST_F(SocketOfTest, TheLogicHearsThatAClientHasGone) {
   line->Answer(number, "too late");  // costs nothing
   Client next(*this);
   EXPECT_TRUE(Until([&] { return line->Figures().clients == 1; }));
+}
+
+TEST_F(SocketOfTest, OfOneWhoAskedNothingTheLogicHearsNothing) {
+  Open();
+  { const Client silent(*this); }
+  ASSERT_TRUE(Until([&] { return line->Figures().clients == 0; }));
+  Client next(*this);
+  next.Say("next");
+  EXPECT_EQ(Taken().text, "next");
 }
 
 TEST_F(SocketOfTest, WhoClosesOnlyHisOwnDirectionGetsHisAnswersFirst) {
@@ -332,6 +352,101 @@ TEST_F(SocketOfTest, NoMoreThanSoManyAreLetIn) {
   Client again(*this);
   EXPECT_EQ(line->Figures().accepted, 3u);
   EXPECT_EQ(Cuts(ControlCut::kNumber), 1u);
+}
+
+// The thread, which is busy with another one meanwhile, sees at once that one has gone and that
+// another knocks.
+TEST_F(SocketOfTest, ThePlaceOfOneWhoHasGoneIsFree) {
+  bounds.clients = 2;
+  Open();
+  std::optional<Client> going(*this);
+  Client holding(*this);
+  holding.Say("hold");
+  ASSERT_TRUE(Until([&] { return words.held.load(); }));
+  going.reset();
+  ControlConnection three(folder.Path());
+  words.letGo.release();
+  EXPECT_EQ(three.Line(kBoundMs), "hello");
+}
+
+// Two at a time with a bound of two, and a tenth of a second from one time to the next.
+TEST_F(SocketOfTest, ThoseWhoKnockWithoutEndWait) {
+  bounds.clients = 2;
+  Open();
+  Client one(*this), two(*this);
+  const auto begun = std::chrono::steady_clock::now();
+  std::vector<std::unique_ptr<RawClient>> knocking;
+  for (int i = 0; i < 20; ++i) knocking.push_back(std::make_unique<RawClient>(*this));
+  ASSERT_TRUE(Until([&] { return Cuts(ControlCut::kNumber) == 20; }));
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begun;
+  EXPECT_GE(took.count(), 0.8);
+}
+
+double ProcessorSeconds() {
+  timespec used{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+  return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) / 1e9;
+}
+
+// All handles that the process may have, up to the end.
+struct NoHandleLeft {
+  NoHandleLeft() {
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit few{256, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    for (int made = dup(0); made >= 0; made = dup(0)) taken.push_back(made);
+  }
+  ~NoHandleLeft() {
+    for (const int handle : taken) close(handle);
+    setrlimit(RLIMIT_NOFILE, &before);
+  }
+  NoHandleLeft(const NoHandleLeft&) = delete;
+  rlimit before{};
+  std::vector<int> taken;
+};
+
+// He knocks on, and nobody can let him in: the thread turns no faster for that.
+TEST_F(SocketOfTest, WhereNoHandleIsLeftAKnockCostsNoTimeAndIsServedLater) {
+  Open();
+  const Client client(*this);  // the seconds count while somebody is there
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::string place = folder / "Control.Sock";
+  ASSERT_LT(place.size(), sizeof address.sun_path);
+  place.copy(address.sun_path, place.size());
+  const int knocking = socket(AF_UNIX, SOCK_STREAM, 0);
+  {
+    const NoHandleLeft none;
+    ASSERT_EQ(connect(knocking, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const double used = ProcessorSeconds();
+    const int seconds = words.seconds;
+    ASSERT_TRUE(Until([&] { return words.seconds >= seconds + 3; }));  // two whole ones at least
+    EXPECT_LT(ProcessorSeconds() - used, 0.6);
+  }
+  pollfd ready{knocking, POLLIN, 0};
+  ASSERT_EQ(poll(&ready, 1, kBoundMs), 1);
+  char text[6] = "";
+  EXPECT_EQ(recv(knocking, text, 5, 0), 5);
+  EXPECT_STREQ(text, "hello");
+  close(knocking);
+}
+
+// As many wait to be let in as may; once there is room the knock succeeds.
+TEST_F(SocketOfTest, AClientKnocksAgainWhereTooManyWait) {
+  const ControlPlace knockedAt(folder.Path());
+  ControlPlace place(folder.Path());
+  const int listening = place.Bind();
+  std::vector<int> waiting;
+  for (int made = knockedAt.Connect(); made >= 0; made = knockedAt.Connect())
+    waiting.push_back(made);
+  ASSERT_EQ(errno, EAGAIN);
+  auto made = std::async(std::launch::async,
+                         [&] { return std::make_unique<ControlConnection>(folder.Path()); });
+  EXPECT_EQ(made.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+  close(accept(listening, nullptr, nullptr));
+  EXPECT_NE(made.get(), nullptr);
+  for (const int one : waiting) close(one);
+  close(listening);
 }
 
 TEST_F(SocketOfTest, NoMoreThanSoManyRequestsOfOneWaitForTheirAnswers) {

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/real/sound/AirSink.h"
 #include "platform/real/sound/RealSoundChain.h"
 #include "platform/real/sound/RealTimePriority.h"
 #include "platform/sound/tests/TestSources.h"
