@@ -30,8 +30,8 @@ AskedStation::AskedStation(const std::string& station, const std::string& machin
   folders_.machine = temp_.MakeFolder("machine");
   folders_.changed = temp_.MakeFolder("changed") + "/";
   folders_.copiedFrom = LocalFolder(station).Path();
-  CopyStation(station, folders_.station);
-  CopyFiles(machine, folders_.machine);
+  CopyStation(station, folders_.station, machine);
+  CopyMachine(machine, folders_.machine);
 }
 
 AskedStation::AskedStation(const StationOptions& asked)

@@ -7,8 +7,10 @@
 #include <utility>
 
 #include "app/PrivateCopy.h"
+#include "app/ServerBaseCopy.h"
 #include "platform/LocalValues.h"
 #include "platform/real/files/LocalFolder.h"
+#include "station/BasePlaces.h"
 #include "station/IsoMoments.h"
 
 namespace zemo {
@@ -61,6 +63,7 @@ void ForecastProcess::Start(const ForecastWish& wish) {
   const std::string machine = scriptFolder_->filePath(QStringLiteral("machine")).toStdString();
   try {
     CopyIdleMachine(machineFolder_, machine);
+    LinkReplica(PlaceOfBase(LocalFolder(stationFolder_)), machineFolder_, machine);
   } catch (const std::exception& error) {
     return Fail(error.what());
   }

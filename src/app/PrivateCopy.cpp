@@ -1,14 +1,13 @@
 #include "app/PrivateCopy.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <memory>
 #include <set>
 #include <stdexcept>
 
+#include "app/BaseBackup.h"
+#include "app/ServerBaseCopy.h"
 #include "app/ServerLink.h"
 #include "app/StationPaths.h"
 #include "engine/EmergencyFolder.h"
@@ -17,9 +16,6 @@
 #include "platform/real/files/WholeFiles.h"
 #include "station/BaseFiles.h"
 #include "station/BasePlaces.h"
-#include "store/CarryOver.h"
-#include "store/Database.h"
-#include "store/DatabaseFiles.h"
 #include "traffic/CampaignArchive.h"
 
 namespace zemo {
@@ -27,38 +23,6 @@ namespace zemo {
 namespace fs = std::filesystem;
 
 namespace {
-constexpr int kLockWaitMs = 5000;
-
-struct CloseBase {
-  void operator()(sqlite3* base) const { sqlite3_close(base); }
-};
-using Base = std::unique_ptr<sqlite3, CloseBase>;
-
-Base OpenBase(const std::string& path, int flags) {
-  sqlite3* base = nullptr;
-  const int result = sqlite3_open_v2(path.c_str(), &base, flags, nullptr);
-  Base owned(base);
-  if (result != SQLITE_OK) owned.reset();
-  return owned;
-}
-
-// One consistent state of the base; false when its file cannot be read as a base as it stands,
-// after a loss of power for example.
-bool BackUpBase(const std::string& from, const std::string& to) {
-  const Base source = OpenBase(from, SQLITE_OPEN_READONLY);
-  const Base target = OpenBase(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  if (!source || !target) return false;
-  sqlite3_busy_timeout(source.get(), kLockWaitMs);
-  sqlite3_exec(target.get(), "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
-  sqlite3_backup* backup = sqlite3_backup_init(target.get(), "main", source.get(), "main");
-  if (!backup) return false;
-  sqlite3_backup_step(backup, -1);
-  const int result = sqlite3_backup_finish(backup);
-  if (result == SQLITE_BUSY || result == SQLITE_LOCKED)
-    throw std::runtime_error(from + " is locked by another program");
-  return result == SQLITE_OK;
-}
-
 void CopyFile(const fs::path& from, const fs::path& to) {
   std::error_code error;
   fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
@@ -71,17 +35,6 @@ void CopyBase(const fs::path& from, const fs::path& to) {
   CopyFile(from, to);
   const fs::path journal = from.string() + BaseFile::kJournal;
   if (fs::exists(journal)) CopyFile(journal, to.string() + BaseFile::kJournal);
-}
-
-// Read over as one state, while its others go on writing.
-void CopyServerBase(const BasePlace& place, const std::string& to) {
-  if (!place.fault.empty()) throw std::runtime_error(place.fault);
-  const auto server = place.closed(std::make_shared<LockWait>(kLockWaitMs));
-  server->Open(false);
-  server->BeginReading();
-  const auto copy = DBEngine::CreateDatabase(to, kLockWaitMs);
-  copy->Execute("PRAGMA synchronous = OFF");
-  CarryOver(*server, *copy, nullptr);
 }
 
 bool IsSoundFile(const fs::path& path) {
@@ -113,7 +66,7 @@ bool IsBesideBase(const std::string& name) {
 }
 }  // namespace
 
-void CopyStation(const std::string& from, const std::string& to) {
+void CopyStation(const std::string& from, const std::string& to, const std::string& machine) {
   RefuseIrregularBase(from);
   const BasePlace place = PlaceOfBase(LocalFolder(from));
   const std::string base = place.isFile ? EntryNamed(from, BaseFile::kBase) : std::string();
@@ -130,7 +83,7 @@ void CopyStation(const std::string& from, const std::string& to) {
     CopyFiles(fs::path(from) / archive, folder);
   }
   if (!place.isFile)
-    CopyServerBase(place, (fs::path(to) / BaseFile::kBase).string());
+    CopyServerBase(place, machine, (fs::path(to) / BaseFile::kBase).string());
   else if (!base.empty())
     CopyBase(fs::path(from) / base, fs::path(to) / base);
 }

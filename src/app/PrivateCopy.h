@@ -15,9 +15,10 @@ namespace zemo {
 
 // The base as one consistent state, also while another program writes to it, and every other file
 // of the folder but sound files and what a change of the base leaves beside it. Of a base on a
-// server the copy has a file, and no Base.Ini. Waits up to 5 s for
-// a locked base. Folders in it are not copied. Throws std::runtime_error with one line.
-void CopyStation(const std::string& from, const std::string& to);
+// server the copy has a file, and no Base.Ini: by the replica of that machine folder, where it has
+// one (ServerBaseCopy.h). Waits up to 5 s for a locked base. Folders in it are not copied. Throws
+// std::exception with one line.
+void CopyStation(const std::string& from, const std::string& to, const std::string& machine = {});
 // Every file of the folder; nothing when it does not exist. Throws as above.
 void CopyFiles(const std::string& from, const std::string& to);
 // The same of a machine folder, whose emergency folder is linked to, since a run only reads it.

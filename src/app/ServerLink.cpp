@@ -12,12 +12,14 @@
 #include <chrono>
 #include <filesystem>
 #include <random>
+#include <set>
 #include <utility>
 
 #include "platform/real/files/LocalFolder.h"
 #include "station/TextForms.h"
 #include "store/DatabaseFiles.h"
 #include "store/StoreError.h"
+#include "store/postgres/LineKeeper.h"
 #include "store/postgres/PostgresDatabase.h"
 #include "store/postgres/ServerFeed.h"
 #include "store/replica/Replica.h"
@@ -33,6 +35,9 @@ constexpr int kWritersWaitMs = 10000;
 constexpr int kFirstRestMs = 500, kMostRestMs = 5000;  // between two attempts to reach the server
 constexpr int kAskMs = 5000;      // a silent server is asked whether it is there
 constexpr int kAnswerMs = 20000;  // one that leaves a step without an answer for longer is away
+// Until a server that is being connected to answers the next step. Of several addresses of one the
+// system has given up one that is silent before (PostgresLine's kUnansweredMs).
+constexpr int kConnectStepMs = 12000;
 constexpr int kRecheckMs = 20, kRecheckForMs = 1000;  // until what is being stored is stored
 constexpr int kLastSendingMs = 2000;                  // of what waits at the end of the program
 constexpr int kKnownDays = 8;  // a machine that was off for longer reads the whole base
@@ -68,6 +73,18 @@ void PutAside(const std::string& path) {
     std::filesystem::rename(path + ending, path + kAside + ending, ignored);
 }
 
+// What was asked for is done, or asked for again where that fails.
+template <typename Step>
+void ServeWish(std::atomic<bool>& wish, Step step) {
+  if (!wish.exchange(false)) return;
+  try {
+    step();
+  } catch (...) {
+    wish = true;
+    throw;
+  }
+}
+
 // Nobody else works on the replica; where it is not replaced in the end, others are let in again.
 class Alone {
  public:
@@ -89,21 +106,40 @@ class Alone {
 
 }  // namespace
 
-// The thread's line to the server, which the end of the program may cut from outside.
-class ServerLink::OpenLine {
+// The thread's lines to the server, which the end of the program may cut from outside.
+class ServerLink::Lines final : public LineKeeper {
  public:
-  OpenLine(ServerLink& link, int socket) : link_(link) {
-    const std::lock_guard lock(link_.mutex_);
-    link_.socket_ = socket;
+  Lines() : cut_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+  ~Lines() override { close(cut_); }
+
+  void Cut() {
+    const std::lock_guard lock(mutex_);
+    isCut_ = true;
+    for (const int socket : sockets_) shutdown(socket, SHUT_RDWR);
+    const uint64_t one = 1;
+    if (write(cut_, &one, sizeof one) < 0) return;  // it was cut already
   }
-  ~OpenLine() {
-    const std::lock_guard lock(link_.mutex_);
-    link_.socket_ = -1;
+
+  bool WaitFor(int socket, bool toWrite) override {
+    pollfd awaited[] = {{socket, static_cast<short>(toWrite ? POLLOUT : POLLIN), 0},
+                        {cut_, POLLIN, 0}};
+    return poll(awaited, 2, kConnectStepMs) > 0 && awaited[1].revents == 0;
   }
-  OpenLine(const OpenLine&) = delete;
+  void Opened(int socket) override {
+    const std::lock_guard lock(mutex_);
+    sockets_.insert(socket);
+    if (isCut_) shutdown(socket, SHUT_RDWR);
+  }
+  void Closed(int socket) override {
+    const std::lock_guard lock(mutex_);
+    sockets_.erase(socket);
+  }
 
  private:
-  ServerLink& link_;
+  const int cut_;  // an event descriptor, readable from the cut on
+  std::mutex mutex_;
+  std::set<int> sockets_;
+  bool isCut_ = false;
 };
 
 std::string ServerLink::FileName(const BasePlace& server) {
@@ -119,11 +155,12 @@ ServerLink::ServerLink(const BasePlace& server, const std::string& machinePath)
     : server_(server),
       machinePath_(machinePath),
       path_((std::filesystem::path(machinePath) / FileName(server)).string()),
-      wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+      wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      lines_(std::make_unique<Lines>()) {
   if (!Replica::IsThere(path_)) {
     try {
       SeeToTheServer();
-      ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
+      ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs), lines_.get());
       MakeReplica(feed, NewMachineName(), path_);
       GiveFirstNumbers(feed, path_);
       Replica(path_, kReplicaWaitMs).SetSeenToBy(ProgramMark());
@@ -141,8 +178,8 @@ ServerLink::~ServerLink() {
     std::unique_lock lock(mutex_);
     const auto limit = std::chrono::milliseconds(state_.reachable ? kLastSendingMs : 0);
     ended_.wait_for(lock, limit, [this] { return hasEnded_; });
-    if (socket_ >= 0) shutdown(socket_, SHUT_RDWR);
   }
+  lines_->Cut();
   thread_.join();
   close(wake_);
 }
@@ -191,7 +228,7 @@ std::vector<std::string> ServerLink::TakeLines() {
   const bool silent = IsSilent();
   const std::lock_guard lock(mutex_);
   if (silent) TellAway(server_.name + " does not answer");
-  return std::exchange(lines_, {});
+  return std::exchange(told_, {});
 }
 
 void ServerLink::Wake() const {
@@ -201,20 +238,21 @@ void ServerLink::Wake() const {
 
 void ServerLink::Tell(const std::string& line) {
   const std::lock_guard lock(mutex_);
-  lines_.push_back(line);
+  told_.push_back(line);
 }
 
 void ServerLink::SetReachable(bool reachable, const std::string& why) {
   const std::lock_guard lock(mutex_);
   if (!reachable) TellAway(why);
-  if (reachable && told_) lines_.push_back(server_.name + " is reached again");
-  told_ = !reachable;
+  if (reachable && toldAway_) told_.push_back(server_.name + " is reached again");
+  toldAway_ = !reachable;
   state_.reachable = reachable;
 }
 
 // Once up to its return. With the mutex.
 void ServerLink::TellAway(const std::string& why) {
-  if (!std::exchange(told_, true)) lines_.push_back(why + "; the replica on this machine serves");
+  if (!std::exchange(toldAway_, true))
+    told_.push_back(why + "; the replica on this machine serves");
 }
 
 void ServerLink::CountWaiting() {
@@ -269,17 +307,19 @@ void ServerLink::Rest(int ms) {
 void ServerLink::Meet() {
   if (!replica_ && Replica::IsThere(path_))
     replica_ = std::make_unique<Replica>(path_, kReplicaWaitMs);
-  ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
-  const OpenLine line(*this, feed.Socket());
+  ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs), lines_.get());
   if (!replica_ || replica_->SeenToBy() != ProgramMark()) SeeToTheServer();
   if (!replica_) {
     MakeReplica(feed, NewMachineName(), path_);
     replica_ = std::make_unique<Replica>(path_, kReplicaWaitMs);
   }
   replica_->SetSeenToBy(ProgramMark());
-  ReplicaExchange steps(*replica_, feed, [this](const RefusedRow& row, const std::string& why) {
-    KeepRefused(row.table, row.values, why);
-  });
+  ReplicaExchange steps(
+      *replica_, feed,
+      [this](const RefusedRow& row, const std::string& why) {
+        KeepRefused(row.table, row.values, why);
+      },
+      [this](const std::string& told) { Tell(told); });
   feed.Listen();
   const bool known = steps.Begin();
   {
@@ -309,8 +349,8 @@ void ServerLink::Serve(ReplicaExchange& steps, ServerFeed& feed) {
 
 void ServerLink::SeeToWriting(ReplicaExchange& steps, ServerFeed& feed) {
   steps.GiveNumbers();
-  if (freshReport_.exchange(false)) steps.GiveFreshNumbers(kReport);
-  if (compact_.exchange(false)) Compact(feed);
+  ServeWish(freshReport_, [&] { steps.GiveFreshNumbers(kReport); });
+  ServeWish(compact_, [&] { Compact(feed); });
   if (NowMs() - forgotMs_ < kDayMs) return;
   feed.ForgetChanges(kKnownDays);
   forgotMs_ = NowMs();
@@ -342,14 +382,16 @@ bool ServerLink::Await(ServerFeed& feed) {
 }
 
 void ServerLink::SeeToTheServer() {
-  BringBaseUpToDate(server_.url, [this](const std::string& line) { Tell(line); });
+  BringBaseUpToDate(
+      server_.url, [this](const std::string& line) { Tell(line); }, lines_.get());
 }
 
 void ServerLink::MakeReplica(ServerFeed& feed, const std::string& machine,
                              const std::string& path) {
   askedMs_ = 0;                        // it may take its time
   const FeedPlace place = feed.Now();  // ahead of the copy: what comes meanwhile is taken in later
-  const auto base = ClosedPostgresDatabase(server_.url, std::make_shared<LockWait>(kWritersWaitMs));
+  const auto base =
+      ClosedPostgresDatabase(server_.url, std::make_shared<LockWait>(kWritersWaitMs), lines_.get());
   base->Open(false);
   const std::string fresh = path_ + ".new";
   RemoveLeftovers(fresh);
@@ -371,8 +413,8 @@ void ServerLink::MakeAnew(ServerFeed& feed, ReplicaExchange& steps) {
 
 void ServerLink::GiveFirstNumbers(ServerFeed& feed, const std::string& path) {
   Replica fresh(path, kReplicaWaitMs);
-  ReplicaExchange steps(fresh, feed, nullptr);
-  steps.Begin();
+  ReplicaExchange steps(fresh, feed, nullptr, nullptr);
+  steps.TakeRights();
   steps.GiveNumbers();
 }
 

@@ -43,7 +43,7 @@ class ServerLink final : public BaseLink {
   std::vector<std::string> TakeLines();
 
  private:
-  class OpenLine;
+  class Lines;
 
   void Run();
   void Meet();
@@ -68,6 +68,7 @@ class ServerLink final : public BaseLink {
   const BasePlace server_;
   const std::string machinePath_, path_;
   const int wake_;  // an event descriptor: something was stored, or asked for
+  const std::unique_ptr<Lines> lines_;  // to the server, which the end cuts
   std::atomic<bool> ends_ = false;
   std::atomic<bool> freshReport_ = false;
   std::atomic<bool> compact_ = false;
@@ -82,9 +83,8 @@ class ServerLink final : public BaseLink {
 
   mutable std::mutex mutex_;  // of what follows
   BaseLinkState state_;
-  bool told_ = false;  // that the server is away
-  std::vector<std::string> lines_;
-  int socket_ = -1;  // of the line to the server
+  bool toldAway_ = false;  // that the server is
+  std::vector<std::string> told_;
   bool hasEnded_ = false;
   std::condition_variable ended_;
 

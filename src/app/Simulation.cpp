@@ -74,7 +74,7 @@ class Workplace {
     folders_.station = temp_->MakeFolder("station");
     folders_.changed = temp_->MakeFolder("changed") + "/";
     folders_.copiedFrom = LocalFolder(station).Path();
-    CopyStation(station, folders_.station);
+    CopyStation(station, folders_.station, options.machine);
   }
 
   const SimFolders& Folders() const { return folders_; }

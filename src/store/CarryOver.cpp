@@ -6,6 +6,8 @@
 #include <memory>
 
 #include "store/Database.h"
+#include "store/DatabaseFiles.h"
+#include "store/Reading.h"
 #include "store/RowView.h"
 #include "store/StoreError.h"
 #include "store/TableDefs.h"
@@ -128,6 +130,13 @@ std::vector<TableSum> CarryOver(Database& from, Database& to, const TableDone& d
   }
   all.Commit();
   return carried;
+}
+
+void ReadOverToFile(Database& from, const std::string& path) {
+  const std::unique_ptr<Database> file = DBEngine::CreateDatabase(path);
+  file->Execute("PRAGMA synchronous = OFF");
+  const Reading moment(from);
+  CarryOver(from, *file, nullptr);
 }
 
 void VerifyCarried(Database& from, Database& to, const std::vector<TableSum>& carried) {

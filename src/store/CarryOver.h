@@ -28,6 +28,11 @@ using TableDone = std::function<void(const TableSum&)>;
 // `from` meanwhile is the caller's to see to. What comes back was counted as it was read.
 std::vector<TableSum> CarryOver(Database& from, Database& to, const TableDone& done);
 
+// The whole base that `from` has open, as it is at one moment, into a new file; others write
+// meanwhile. The file is made without waiting for the disk: the next change that is stored in it
+// makes all of it outlive a loss of power.
+void ReadOverToFile(Database& from, const std::string& path);
+
 // Reads all of `to` again and holds it against what was read of `from`: throws where a table, a
 // field, an index, a row or a number differs.
 void VerifyCarried(Database& from, Database& to, const std::vector<TableSum>& carried);

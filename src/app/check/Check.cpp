@@ -22,7 +22,6 @@
 #include "station/TextForms.h"
 #include "store/CarryOver.h"
 #include "store/Database.h"
-#include "store/DatabaseFiles.h"
 #include "store/StoreError.h"
 
 namespace zemo {
@@ -116,14 +115,9 @@ void CheckServerBase(const BasePlace& place, const LocalFolder& station, const S
     server->Open(false);
     if (const std::string why = WhyNothingCanBeStored(*server); !why.empty())
       findings.Error("base", BaseFile::kIni, why);
-    server->BeginReading();
     const TempFolder temp;
     const std::string path = temp.Path() + '/' + BaseFile::kBase;
-    {
-      const auto copy = DBEngine::CreateDatabase(path);
-      copy->Execute("PRAGMA synchronous = OFF");
-      CarryOver(*server, *copy, nullptr);
-    }
+    ReadOverToFile(*server, path);
     CheckRows(ReadOnlyBase(path, options.lockWaitMs), station, files, options, findings);
   } catch (const std::exception& error) {
     findings.Error("base", BaseFile::kIni, error.what());

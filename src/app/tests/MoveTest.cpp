@@ -113,6 +113,27 @@ TEST_F(MoveCommand, ARunGoesOnAirFromTheServer) {
   EXPECT_FALSE(std::filesystem::exists(root_ / "station/Triskin.MDB"));
 }
 
+// By the replica that going on air has left on the machine.
+TEST_F(MoveCommand, TheCommandsThatAskDoSoWithoutTheServer) {
+  MakeStation({2}, true);
+  ASSERT_EQ(MoveTo(Url()).status, 0);
+  const std::string folders = " --station station --machine machine";
+  ASSERT_EQ(Run("run" + folders + " --output null --for 3").status, 0);
+  TestServer::Get().Stop();
+  const Result why = Run("why" + folders + " --code 1");
+  const Result simulated =
+      Run("simulate" + folders + " --for 60 --from '2027-01-09 12:00:00' --trace trace");
+  const Result elsewhere = Run("simulate --station station --for 60 --trace other");
+  TestServer::Get().Start();
+  EXPECT_EQ(why.status, 0) << why.err;
+  EXPECT_NE(why.out.find("Artist 1 - Title 1"), std::string::npos) << why.out;
+  EXPECT_NE(why.err.find("the replica on this machine answers"), std::string::npos) << why.err;
+  ExpectNoPassword(why);
+  EXPECT_EQ(simulated.status, 0) << simulated.err;
+  EXPECT_NE(ReadText(root_ / "trace").find("\"event\":\"start\""), std::string::npos);
+  EXPECT_NE(elsewhere.status, 0);
+}
+
 TEST_F(MoveCommand, IsRefusedWhileTheStationIsOnAir) {
   MakeStation({2}, true);
   const std::string move = "$zemoradio move --station station --machine other --to '" + Url() + "'";

@@ -7,6 +7,7 @@
 
 #include "BlackBox.h"
 #include "app/ForecastProcess.h"
+#include "support/TestServer.h"
 
 namespace zemo {
 namespace {
@@ -74,6 +75,28 @@ TEST_F(ForecastRun, ASecondProcessTellsTheNextHourAndLeavesTheStationAsItWas) {
   EXPECT_EQ(forecast.Lines()[0].at, "12:00:00");
   EXPECT_EQ(Files("station"), before);
   EXPECT_EQ(Files("machine"), machineBefore);
+}
+
+// As the air does: by the replica, and nobody waits for the server.
+TEST_F(ForecastRun, OfAStationOnAServerNeedsNoServer) {
+  auto& server = test::TestServer::Get();
+  if (!server.Missing().empty()) GTEST_SKIP() << server.Missing();
+  MakeStation({2, 2, 2}, true);
+  const std::string machine = " --station station --machine machine";
+  ASSERT_EQ(Run("move" + machine + " --to '" + server.Url(server.NewBase()) + "'").status, 0);
+  ASSERT_EQ(Run("run" + machine + " --output null --for 1").status, 0);
+  server.Stop();
+  ForecastProcess forecast(Program(), Path("station"), Path("machine"));
+  ForecastWish wish;
+  wish.from = {2026, 11, 21, 12, 0, 0, 0};
+  wish.hours = 1;
+  wish.script = "+0 insert music 2\n+0 start\n";
+  forecast.Start(wish);
+  WaitFor(forecast);
+  server.Start();
+  ASSERT_EQ(forecast.Now(), ForecastSource::State::kDone) << forecast.Fault();
+  ASSERT_FALSE(forecast.Lines().empty());
+  EXPECT_EQ(forecast.Lines()[0].text, "Artist 2  Title 2");
 }
 
 TEST_F(ForecastRun, AStationThatCannotBeSimulatedFailsWithItsLine) {

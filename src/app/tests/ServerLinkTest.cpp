@@ -1,76 +1,22 @@
 // The link to a real server in real time: what this machine writes gets there once, what others
 // write comes here, whatever happens to the server or the program meanwhile.
-#include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <filesystem>
+#include <chrono>
 #include <fstream>
 
-#include "app/ServerLink.h"
-#include "store/Database.h"
+#include "LinkedMachines.h"
 #include "store/DatabaseFiles.h"
 #include "store/Recordset.h"
-#include "store/Schema.h"
 #include "store/StoreError.h"
-#include "store/TableDefs.h"
-#include "store/postgres/PostgresDatabase.h"
-#include "support/Awaited.h"
-#include "support/TestServer.h"
 
 namespace zemo {
 namespace {
 
-using test::Comes;
-using test::TestServer;
-
-class ServerLinkTest : public testing::Test {
- protected:
-  void SetUp() override {
-    if (!TestServer::Get().Missing().empty()) GTEST_SKIP() << TestServer::Get().Missing();
-    std::string path = (std::filesystem::temp_directory_path() / "zemo-link-XXXXXX").string();
-    ASSERT_NE(mkdtemp(path.data()), nullptr);
-    folder_ = path;
-    made_ = TestServer::Get().NewBase();
-    const auto base = ClosedPostgresDatabase(Url(), std::make_shared<LockWait>());
-    base->Open(true);
-    for (const TableDef& table : SchemaTables()) {
-      CreateTable(base->Tables(), table.Name);
-      CreateIndexes(base->Tables(), table.Name);
-    }
-  }
-  void TearDown() override {
-    TestServer::Get().Start();
-    if (!made_.empty()) TestServer::Get().Drop(made_);
-    std::error_code ignored;
-    if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
-  }
-
-  std::string Url() const { return TestServer::Get().Url(made_); }
-  std::string Folder(const std::string& machine) const {
-    std::filesystem::create_directories(folder_ / machine);
-    return (folder_ / machine).string();
-  }
-  std::unique_ptr<ServerLink> Link(const std::string& machine = "air") const {
-    return std::make_unique<ServerLink>(ServerPlace(Url()), Folder(machine));
-  }
-  static std::unique_ptr<Database> Open(ServerLink& link) {
-    auto base = link.Place().closed(std::make_shared<LockWait>());
-    base->Open(false);
-    return base;
-  }
-  std::string OnServer(const std::string& sql) const { return TestServer::Get().Ask(made_, sql); }
-  static int64_t Count(Database& base) {
-    return AsInt(base.OpenRecordset("SELECT COUNT(*) FROM Discotheque")->Field(0));
-  }
-  static void Add(Database& base, const std::string& title) {
-    base.Execute("INSERT INTO Discotheque(TITRE) VALUES(?)", {title});
-  }
-
-  std::filesystem::path folder_;
-  std::string made_;
-};
+class ServerLinkTest : public LinkedMachines {};
 
 const char kTitles[] = "SELECT string_agg(\"TITRE\", ' ' ORDER BY \"CODE\") FROM \"Discotheque\"";
 
@@ -257,6 +203,77 @@ TEST_F(ServerLinkTest, KilledAtAnyMomentNothingIsLostAndNothingComesTwice) {
   EXPECT_LE(here, stored + kRounds);  // one a round that was stored and not told
   EXPECT_EQ(OnServer("SELECT count(*) FROM \"Discotheque\""), std::to_string(here));
   EXPECT_EQ(OnServer("SELECT count(DISTINCT \"CODE\") FROM \"Discotheque\""), std::to_string(here));
+}
+
+int64_t MsOf(const std::function<void()>& work) {
+  const auto began = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                               began)
+      .count();
+}
+
+constexpr int64_t kEndMs = 2500;  // two seconds for what waits, and what a loaded machine takes
+
+// It takes connections and says nothing, as one whose processes hang.
+TEST_F(ServerLinkTest, TheEndDoesNotWaitForAConnectionThatIsJustBeingMade) {
+  const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), size), 0);
+  ASSERT_EQ(listen(listener, 5), 0);
+  getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
+  const std::string silent =
+      "postgresql://radio@127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/base";
+  Link();
+  std::filesystem::copy_file(Folder("air") + '/' + ServerLink::FileName(ServerPlace(Url())),
+                             Folder("air") + '/' + ServerLink::FileName(ServerPlace(silent)));
+  auto air = std::make_unique<ServerLink>(ServerPlace(silent), Folder("air"));
+  const int line = accept(listener, nullptr, nullptr);
+  ASSERT_GE(line, 0);
+  EXPECT_LT(MsOf([&] { air.reset(); }), kEndMs);
+  close(line);
+  close(listener);
+}
+
+// Another one than that on which changes are told: the base is seen to, or read over.
+TEST_F(ServerLinkTest, TheEndDoesNotWaitForTheOtherConnectionsEither) {
+  TestServer::Get().Stop();
+  auto air = Link();
+  TestServer::Get().Start();
+  const auto writer = ClosedPostgresDatabase(Url(), std::make_shared<LockWait>());
+  writer->Open(false);
+  writer->BeginTrans();    // a tool that keeps all others off
+  ASSERT_TRUE(Comes([&] {  // the tool, the link, and its second connection
+    return OnServer("SELECT count(*) FROM pg_stat_activity WHERE datname = '" + made_ +
+                    "' AND application_name = 'zemoradio'") == "3";
+  }));
+  EXPECT_LT(MsOf([&] { air.reset(); }), kEndMs);
+}
+
+// What was asked for while the server was not there.
+TEST_F(ServerLinkTest, WhatFailsOnceIsDoneOnTheNextLine) {
+  const auto air = Link();
+  const auto on = Open(*air);
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  ASSERT_EQ(TestServer::Get().Try(made_,
+                                  "INSERT INTO \"Rapport\" (\"CODE\", \"TITRE\") VALUES (900000, "
+                                  "'another machine on air'); ALTER FUNCTION zemo.reserve(text, "
+                                  "bigint) RENAME TO gone"),
+            "");
+  const auto count = [&] {
+    return AsInt(on->OpenRecordset("SELECT COUNT(*) FROM Rapport")->Field(0));
+  };
+  ASSERT_TRUE(Comes([&] { return count() == 1; }));
+  air->GoesOnAir();
+  ASSERT_TRUE(Comes([&] { return !air->State().reachable; }));
+  ASSERT_EQ(
+      TestServer::Get().Try(made_, "ALTER FUNCTION zemo.gone(text, bigint) RENAME TO reserve"), "");
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  on->Execute("INSERT INTO Rapport(TITRE) VALUES('T')");
+  EXPECT_GT(on->LastInsertCode(), 900000);
 }
 
 }  // namespace

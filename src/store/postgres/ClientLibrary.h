@@ -9,7 +9,7 @@ namespace zemo {
 
 // clang-format off
 #define ZEMO_PQ_FUNCTIONS(Z) \
-  Z(PQcancel) Z(PQclear) Z(PQcmdStatus) Z(PQconnectdbParams) Z(PQconninfoFree) Z(PQconsumeInput) \
+  Z(PQcancel) Z(PQclear) Z(PQcmdStatus) Z(PQconnectPoll) Z(PQconnectStartParams) Z(PQconnectdbParams) Z(PQconninfoFree) Z(PQconsumeInput) \
   Z(PQconninfoParse) Z(PQdb) Z(PQerrorMessage) Z(PQexec) Z(PQexecPrepared) Z(PQfinish) \
   Z(PQfname) Z(PQfreeCancel) Z(PQfreemem) Z(PQftype) Z(PQgetCancel) Z(PQgetResult) \
   Z(PQgetisnull) Z(PQgetlength) Z(PQgetvalue) Z(PQhost) Z(PQnfields) Z(PQnotifies) Z(PQntuples) \

@@ -1,6 +1,7 @@
 #include "store/postgres/PostgresCatalogue.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "store/Names.h"
@@ -94,15 +95,19 @@ TableDef* TableAmong(const TablesRead& tables, std::string_view name) {
   return nullptr;
 }
 
+// What a tool has put beside the station's tables is one of the base's where this role reads it and
+// its rows have numbers; else it is passed over. A database without any of the station's shows all.
 TablesRead TablesWithFields(const PostgresCatalogue::Ask& ask) {
   const PostgresResult fields = ask(
       "SELECT c.relname, a.attname, t.typname, coalesce(pg_get_expr(d.adbin, d.adrelid), ''), "
-      "a.attidentity <> '' FROM pg_class c JOIN pg_attribute a ON a.attrelid = c.oid JOIN pg_type "
+      "a.attidentity <> '', has_table_privilege(c.oid, 'SELECT') FROM pg_class c JOIN pg_attribute "
+      "a ON a.attrelid = c.oid JOIN pg_type "
       "t ON t.oid = a.atttypid LEFT JOIN pg_attrdef d ON d.adrelid = c.oid AND d.adnum = a.attnum "
       "WHERE c.relnamespace = quote_ident(current_schema())::regnamespace AND c.relkind = 'r' AND "
       "a.attnum > 0 "
       "AND NOT a.attisdropped ORDER BY lower(c.relname::text COLLATE \"C\"), a.attnum");
   TablesRead tables;
+  std::set<std::string_view> ofTheBase;
   for (int row = 0; row < fields.Rows(); ++row) {
     if (tables.empty() || tables.back()->Name != fields.Text(row, 0)) {
       tables.push_back(std::make_shared<TableDef>());
@@ -110,6 +115,9 @@ TablesRead TablesWithFields(const PostgresCatalogue::Ask& ask) {
     }
     Field field;
     field.Name = fields.Text(row, 1);
+    const bool isNumber = field.Name == kHiddenNumber || fields.Text(row, 4) == "t";
+    if (FindSchemaTable(tables.back()->Name) || (isNumber && fields.Text(row, 5) == "t"))
+      ofTheBase.insert(tables.back()->Name);
     if (field.Name == kHiddenNumber) continue;
     TypeOf(fields.Text(row, 2), fields.Text(row, 4) == "t", field);
     field.DefaultValue = DefaultIn(field, std::string(fields.Text(row, 3)));
@@ -118,6 +126,11 @@ TablesRead TablesWithFields(const PostgresCatalogue::Ask& ask) {
     field.AllowZeroLength = !known || known->AllowZeroLength;
     tables.back()->Fields.push_back(std::move(field));
   }
+  const bool isStations = std::any_of(tables.begin(), tables.end(), [](const auto& table) {
+    return FindSchemaTable(table->Name) != nullptr;
+  });
+  if (isStations)
+    std::erase_if(tables, [&](const auto& table) { return !ofTheBase.contains(table->Name); });
   return tables;
 }
 

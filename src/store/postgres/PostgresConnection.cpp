@@ -40,9 +40,9 @@ void RefuseZeros(const PostgresParameters& parameters, int number) {
 // --- Opening ---
 
 PostgresConnection::PostgresConnection(const std::string& url, bool create,
-                                       std::shared_ptr<LockWait> wait)
+                                       std::shared_ptr<LockWait> wait, LineKeeper* keeper)
     : wait_(std::move(wait)),
-      line_(url),
+      line_(url, keeper),
       catalogue_([this](const std::string& sql) { return Run(sql, {}, false); }) {
   name_ = "the base " + line_.Base() + " on " + line_.Host();
   if (!line_.IsUp()) FailConnection("cannot be reached");

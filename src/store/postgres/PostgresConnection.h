@@ -30,7 +30,8 @@ class PostgresConnection {
  public:
   using Parameters = PostgresParameters;
 
-  PostgresConnection(const std::string& url, bool create, std::shared_ptr<LockWait> wait);
+  PostgresConnection(const std::string& url, bool create, std::shared_ptr<LockWait> wait,
+                     LineKeeper* keeper = nullptr);
   ~PostgresConnection();
   PostgresConnection(const PostgresConnection&) = delete;
   PostgresConnection& operator=(const PostgresConnection&) = delete;

@@ -26,8 +26,8 @@ class PostgresDatabase final
     : public EngineDatabase<PostgresConnection, PostgresTableDefs, ServerDatabase> {
  public:
   // No error shows the URL, which may hold a password.
-  PostgresDatabase(std::string url, std::shared_ptr<LockWait> wait)
-      : EngineDatabase("the base", std::move(wait)), url_(std::move(url)) {}
+  PostgresDatabase(std::string url, std::shared_ptr<LockWait> wait, LineKeeper* keeper)
+      : EngineDatabase("the base", std::move(wait)), url_(std::move(url)), keeper_(keeper) {}
 
   using Database::ReadRows;
 
@@ -109,7 +109,7 @@ class PostgresDatabase final
   }
 
   void Open(bool create) override {
-    Take(std::make_shared<PostgresConnection>(url_, create, wait_));
+    Take(std::make_shared<PostgresConnection>(url_, create, wait_, keeper_));
   }
   // A server's pages are its own: who keeps a table reads its rows again.
   bool ReadPages(std::string_view, int64_t, const TakePage&) override { return false; }
@@ -135,22 +135,24 @@ class PostgresDatabase final
   }
 
   const std::string url_;
+  LineKeeper* const keeper_;
 };
 
 }  // namespace
 
 std::unique_ptr<ServerDatabase> ClosedPostgresDatabase(std::string url,
-                                                       std::shared_ptr<LockWait> wait) {
-  return std::make_unique<PostgresDatabase>(std::move(url), std::move(wait));
+                                                       std::shared_ptr<LockWait> wait,
+                                                       LineKeeper* keeper) {
+  return std::make_unique<PostgresDatabase>(std::move(url), std::move(wait), keeper);
 }
 
-BasePlace ServerPlace(const std::string& url) {
+BasePlace ServerPlace(const std::string& url, LineKeeper* keeper) {
   BasePlace place;
   place.name = ShownServerUrl(url);
   place.isFile = false;
   place.url = url;
-  place.closed = [url](std::shared_ptr<LockWait> wait) {
-    return ClosedPostgresDatabase(url, std::move(wait));
+  place.closed = [url, keeper](std::shared_ptr<LockWait> wait) {
+    return ClosedPostgresDatabase(url, std::move(wait), keeper);
   };
   return place;
 }

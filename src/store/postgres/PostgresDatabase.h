@@ -9,6 +9,8 @@
 
 namespace zemo {
 
+class LineKeeper;
+
 enum class Rights { kRead, kWork, kOwn };
 
 // What only a base on a server can do.
@@ -35,9 +37,11 @@ class ServerDatabase : public Database {
 // What differs from the file: a column of numbers holds numbers alone (a text, or a part behind the
 // point in a whole number's field, is refused or rounded to the nearest even); texts are whole
 // UTF-8 without a zero character; numbers given to rows that were taken back are not given again.
+// `keeper` may give up its lines; null: nobody does. Not owned.
 std::unique_ptr<ServerDatabase> ClosedPostgresDatabase(std::string url,
-                                                       std::shared_ptr<LockWait> wait);
+                                                       std::shared_ptr<LockWait> wait,
+                                                       LineKeeper* keeper = nullptr);
 
-BasePlace ServerPlace(const std::string& url);
+BasePlace ServerPlace(const std::string& url, LineKeeper* keeper = nullptr);
 
 }  // namespace zemo

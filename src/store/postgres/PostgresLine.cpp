@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "store/postgres/ClientLibrary.h"
+#include "store/postgres/LineKeeper.h"
 #include "store/postgres/PostgresRowStream.h"
 
 namespace zemo {
@@ -30,26 +31,45 @@ std::string OrEmpty(const char* text) {
 
 }  // namespace
 
-PostgresLine::PostgresLine(const std::string& url) {
+PostgresLine::PostgresLine(const std::string& url, LineKeeper* keeper) : keeper_(keeper) {
   const char* const keys[] = {"dbname",          "connect_timeout",     "tcp_user_timeout",
                               "keepalives_idle", "keepalives_interval", "keepalives_count",
                               "client_encoding", "application_name",    nullptr};
   const char* const values[] = {url.c_str(),  kConnectSeconds, kUnansweredMs,
                                 kIdleSeconds, kAskSeconds,     kAskTimes,
                                 "UTF8",       kProgramName,    nullptr};
-  connection_ = Pq().PQconnectdbParams(keys, values, 1);
+  connection_ = (keeper ? Pq().PQconnectStartParams : Pq().PQconnectdbParams)(keys, values, 1);
+  if (keeper) Await();
   Pq().PQsetNoticeProcessor(
       connection_, [](void*, const char*) {}, nullptr);
 }
 
+// Until the line is up, or known not to be.
+void PostgresLine::Await() {
+  if (Pq().PQstatus(connection_) == CONNECTION_BAD) return;
+  for (auto next = PGRES_POLLING_WRITING; next != PGRES_POLLING_OK;) {
+    const bool toWrite = next == PGRES_POLLING_WRITING;
+    if (!keeper_->WaitFor(Pq().PQsocket(connection_), toWrite)) return;
+    next = Pq().PQconnectPoll(connection_);
+    if (next == PGRES_POLLING_FAILED) return;
+  }
+  opened_ = Socket();
+  keeper_->Opened(opened_);
+}
+
 PostgresLine::~PostgresLine() {
-  Pq().PQfinish(connection_);
+  LetGo();
 }
 
 void PostgresLine::Close() {
   preparedBySql_.clear();
   prepared_.clear();
   if (IsUp()) ExecuteNow("DEALLOCATE ALL");
+  LetGo();
+}
+
+void PostgresLine::LetGo() {
+  if (opened_ >= 0) keeper_->Closed(std::exchange(opened_, -1));
   Pq().PQfinish(connection_);
   connection_ = nullptr;
 }
@@ -59,7 +79,8 @@ bool PostgresLine::IsUp() const {
 }
 
 std::string PostgresLine::Fault() const {
-  return ServerLine(Pq().PQerrorMessage(connection_));
+  const std::string told = ServerLine(Pq().PQerrorMessage(connection_));
+  return told.empty() ? "it did not answer in its time" : told;
 }
 
 std::string PostgresLine::Host() const {

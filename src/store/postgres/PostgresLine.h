@@ -14,6 +14,7 @@ struct pg_conn;
 
 namespace zemo {
 
+class LineKeeper;
 class PostgresRowStream;
 
 // By which the server knows programs of ours.
@@ -23,9 +24,10 @@ inline constexpr char kProgramName[] = "zemoradio";
 // answers nothing. Thread: the logic's, without a lock inside.
 class PostgresLine {
  public:
-  // A server that does not answer is given up after kConnectSeconds: IsUp tells whether one did.
-  // Throws StoreError where the server's client is not installed.
-  explicit PostgresLine(const std::string& url);
+  // A server that does not answer is given up after kConnectSeconds, or when `keeper` says so
+  // (null: none; not owned): IsUp tells whether one did. Throws StoreError where the server's
+  // client is not installed.
+  explicit PostgresLine(const std::string& url, LineKeeper* keeper = nullptr);
   ~PostgresLine();
   PostgresLine(const PostgresLine&) = delete;
   PostgresLine& operator=(const PostgresLine&) = delete;
@@ -66,7 +68,11 @@ class PostgresLine {
   void KeepRestOfStream();
   void Cancel();
   void DropRest();
+  void Await();
+  void LetGo();
 
+  LineKeeper* const keeper_;
+  int opened_ = -1;  // the socket that the keeper knows, which a lost line has no more; -1: none
   pg_conn* connection_ = nullptr;  // null: closed
   std::list<Prepared> prepared_;   // the last used first
   std::unordered_map<std::string_view, std::list<Prepared>::iterator> preparedBySql_;

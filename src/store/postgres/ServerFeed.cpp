@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "store/Names.h"
+#include "store/Reading.h"
+#include "store/Schema.h"
 #include "store/StoreError.h"
 #include "store/postgres/PostgresConnection.h"
 #include "store/postgres/PostgresValues.h"
@@ -34,8 +36,8 @@ std::string ListOf(const std::vector<int64_t>& numbers) {
 
 }  // namespace
 
-ServerFeed::ServerFeed(const std::string& url, std::shared_ptr<LockWait> wait)
-    : connection_(std::make_unique<PostgresConnection>(url, false, std::move(wait))) {}
+ServerFeed::ServerFeed(const std::string& url, std::shared_ptr<LockWait> wait, LineKeeper* keeper)
+    : connection_(std::make_unique<PostgresConnection>(url, false, std::move(wait), keeper)) {}
 
 ServerFeed::~ServerFeed() = default;
 
@@ -60,47 +62,69 @@ bool ServerFeed::GoesOnFrom(const FeedPlace& place) {
   return same.Rows() == 1;
 }
 
+bool ServerFeed::IsOfThisVersion() {
+  return connection_->WhyReadOnly().empty();
+}
+
+// Tables of others may stand beside the station's.
 bool ServerFeed::MayWrite() {
-  const PostgresResult may = connection_->Run(
-      "SELECT bool_and(has_table_privilege(oid, 'INSERT')) FROM pg_class WHERE relkind = 'r' AND "
-      "relnamespace = current_schema()::regnamespace",
+  if (!IsOfThisVersion()) return false;
+  const std::vector<std::string> closed = ClosedTables();
+  const auto& tables = connection_->AllTables();
+  return std::any_of(tables.begin(), tables.end(), [&closed](const auto& table) {
+    return FindSchemaTable(table->Name) &&
+           std::find(closed.begin(), closed.end(), table->Name) == closed.end();
+  });
+}
+
+std::vector<std::string> ServerFeed::ClosedTables() {
+  const PostgresResult closed = connection_->Run(
+      "SELECT relname FROM pg_class WHERE relkind = 'r' AND relnamespace = "
+      "current_schema()::regnamespace AND NOT (has_table_privilege(oid, 'INSERT') AND "
+      "has_table_privilege(oid, 'UPDATE') AND has_table_privilege(oid, 'DELETE') AND "
+      "EXISTS (SELECT 1 FROM pg_trigger WHERE tgrelid = pg_class.oid AND tgname = "
+      "'zemo_begin_write')) ORDER BY 1",
       {}, false);
-  return connection_->WhyReadOnly().empty() && may.Text(0, 0) == "t";
+  std::vector<std::string> tables;
+  for (int i = 0; i < closed.Rows(); ++i) tables.emplace_back(closed.Text(i, 0));
+  return tables;
+}
+
+ServerRows ServerFeed::RowsOf(const std::string& table, const std::vector<int64_t>& numbers) {
+  ServerRows rows;
+  rows.table = table;
+  rows.numbers = numbers;
+  ReadTable(rows);
+  return rows;
 }
 
 ServerChanges ServerFeed::Behind(const FeedPlace& place, int64_t mostChanges) {
   ServerChanges changes;
-  connection_->BeginReading();
-  try {
-    changes.place = Now();
-    const int64_t newest = changes.place.place;
-    const PostgresResult noted = connection_->Run(
-        "SELECT tablename, number, place, at::text FROM zemo.changes WHERE place > $1::bigint "
-        "ORDER BY place LIMIT $2::bigint",
-        {std::to_string(place.place), std::to_string(mostChanges)}, false);
-    std::map<std::string, ServerRows> tables;
-    for (int i = 0; i < noted.Rows(); ++i) {
-      ServerRows& rows = tables[std::string(noted.Text(i, 0))];
-      if (noted.IsNull(i, 1))
-        rows.all = true;
-      else
-        rows.numbers.push_back(noted.Int(i, 1));
-    }
-    if (noted.Rows() > 0) {
-      changes.place.place = noted.Int(noted.Rows() - 1, 2);
-      changes.place.mark = noted.Text(noted.Rows() - 1, 3);
-    }
-    changes.more = changes.place.place < newest;
-    for (auto& [name, rows] : tables) {
-      rows.table = name;
-      ReadTable(rows);
-      changes.tables.push_back(std::move(rows));
-    }
-  } catch (...) {
-    connection_->Rollback();
-    throw;
+  const Reading moment(*connection_);
+  changes.place = Now();
+  const int64_t newest = changes.place.place;
+  const PostgresResult noted = connection_->Run(
+      "SELECT tablename, number, place, at::text FROM zemo.changes WHERE place > $1::bigint "
+      "ORDER BY place LIMIT $2::bigint",
+      {std::to_string(place.place), std::to_string(mostChanges)}, false);
+  std::map<std::string, ServerRows> tables;
+  for (int i = 0; i < noted.Rows(); ++i) {
+    ServerRows& rows = tables[std::string(noted.Text(i, 0))];
+    if (noted.IsNull(i, 1))
+      rows.all = true;
+    else
+      rows.numbers.push_back(noted.Int(i, 1));
   }
-  connection_->Rollback();
+  if (noted.Rows() > 0) {
+    changes.place.place = noted.Int(noted.Rows() - 1, 2);
+    changes.place.mark = noted.Text(noted.Rows() - 1, 3);
+  }
+  changes.more = changes.place.place < newest;
+  for (auto& [name, rows] : tables) {
+    rows.table = name;
+    ReadTable(rows);
+    changes.tables.push_back(std::move(rows));
+  }
   return changes;
 }
 

@@ -13,6 +13,7 @@
 
 namespace zemo {
 
+class LineKeeper;
 class PostgresConnection;
 
 // Up to where the server's changes are known.
@@ -48,17 +49,24 @@ struct ServerChanges {
 // StoreError, kErrLocked when others write for longer than `wait` allows.
 class ServerFeed {
  public:
-  ServerFeed(const std::string& url, std::shared_ptr<LockWait> wait);
+  // `keeper` may give up its line; null: nobody does. Not owned.
+  ServerFeed(const std::string& url, std::shared_ptr<LockWait> wait, LineKeeper* keeper = nullptr);
   ~ServerFeed();
   ServerFeed(const ServerFeed&) = delete;
 
   FeedPlace Now();
   // What came behind that place can be told: the base is the same, and its changes are still known.
   bool GoesOnFrom(const FeedPlace& place);
-  bool MayWrite();  // this role
+  bool IsOfThisVersion();  // the base; one of a newer version is only read
+  bool MayWrite();         // this role, a table of the station at least
+  // Tables in which it may not store whatever it likes, or that the base does not watch.
+  std::vector<std::string> ClosedTables();
 
   // The rows that about so many changes behind the place were of, as they are now.
   ServerChanges Behind(const FeedPlace& place, int64_t mostChanges);
+
+  // Those of these rows of the table that are there.
+  ServerRows RowsOf(const std::string& table, const std::vector<int64_t>& numbers);
 
   // The base is not just being restored, or dropped, under the feed.
   bool HasItsFunctions();

@@ -8,6 +8,7 @@
 
 #include "store/Connection.h"
 #include "store/Names.h"
+#include "store/Reading.h"
 #include "store/postgres/PostgresValues.h"
 
 namespace zemo {
@@ -15,6 +16,9 @@ namespace zemo {
 namespace {
 
 using nlohmann::json;
+
+// While so many are read a writer waits: some milliseconds.
+constexpr int kRowsAtATime = 500;
 
 // What became of a row since the server heard of it last.
 struct RowWrites {
@@ -55,7 +59,8 @@ json InJson(const Field& field, const Value& value) {
   if (const auto* text = std::get_if<std::string>(&value)) return *text;
   const auto* real = std::get_if<double>(&value);
   if (!real) return std::get<int64_t>(value);
-  if (field.Type == FieldType::kFloat64 || !std::isfinite(*real)) return *real;
+  if (!std::isfinite(*real)) return *real < 0 ? "-Infinity" : "Infinity";  // no number of JSON
+  if (field.Type == FieldType::kFloat64) return *real;
   return AsInt(value);
 }
 
@@ -74,7 +79,13 @@ class TableChanges {
   json From(const TableWrites& writes) {
     json gone = json::array(), made = json::array(), changed = json::array();
     std::map<std::set<std::string>, json> byFields;
+    std::optional<Reading<Connection>> reading;
+    int read = 0;
     for (const auto& [number, row] : writes) {
+      if (read++ % kRowsAtATime == 0) {
+        reading.reset();
+        reading.emplace(replica_);
+      }
       const json values = Row(number);
       const bool isThere = !values.is_null() && !row.gone;
       if ((!isThere && !row.isNew) || row.again) gone.push_back(number);
@@ -120,6 +131,7 @@ QueuedWrites ChangesUpTo(Connection& replica, int64_t last) {
   json changes = json::array();
   for (const auto& [table, writes] : WritesUpTo(replica, last)) {
     queued.rows += static_cast<int64_t>(writes.size());
+    queued.tables.push_back(table);
     changes.push_back(TableChanges(replica, table).From(writes));
   }
   // Bytes that are no UTF-8 are kept by no server: the sign of replacement takes their place.

@@ -13,8 +13,9 @@ namespace zemo {
 
 class Connection;
 
-// Of the queue's writes up to the place `last`. Inside a transaction, so that the queue and the
-// rows are of one moment. Throws StoreError.
+// Of the queue's writes up to the place `last`. Some rows at a time, so that no writer waits for
+// all of it: a row that is written meanwhile is told as it is by then, and again with the write's
+// own place. Not inside a transaction. Throws StoreError.
 QueuedWrites ChangesUpTo(Connection& replica, int64_t last);
 
 // The row's values in one line, for a person; empty: it is gone.

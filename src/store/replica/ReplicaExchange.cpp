@@ -1,8 +1,7 @@
 #include "store/replica/ReplicaExchange.h"
 
+#include <algorithm>
 #include <optional>
-
-#include "store/StoreError.h"
 
 namespace zemo {
 
@@ -11,21 +10,47 @@ namespace {
 // Numbers of one table that a machine gets at a time: a day and more of a station's report, or an
 // import of a whole library, while the server is away. Two thousand million are to be had.
 constexpr int64_t kNumbers = 50000;
-constexpr int64_t kMostWrites = 20000;  // that are sent at a time
+constexpr int64_t kMostWrites = 5000;  // that are sent at a time
 // That are taken in at a time: the replica is locked meanwhile.
-constexpr int64_t kMostChanges = 500;
-
-// Not the way to the server, but what was sent.
-bool IsRefusal(const StoreError& error) {
-  return !error.MayPass();
-}
+constexpr int64_t kMostChanges = 100;
 
 }  // namespace
 
+void ReplicaExchange::TakeRights() {
+  closed_ = feed_.ClosedTables();
+  const Writing writing = !feed_.IsOfThisVersion() ? Writing::kNewerBase
+                          : feed_.MayWrite()       ? Writing::kAllowed
+                                                   : Writing::kRoleReads;
+  replica_.SetWriting(writing, closed_);
+}
+
 bool ReplicaExchange::Begin() {
-  if (const int64_t taken = feed_.TakenFrom(replica_.Machine()); taken > 0) replica_.Sent(taken);
-  replica_.SetOnlyReads(!feed_.MayWrite());
+  TakeRights();
+  const int64_t taken = feed_.TakenFrom(replica_.Machine());
+  if (!replica_.HasHad(taken))
+    GoOnFromAnOlderState(taken);
+  else if (taken > 0)
+    replica_.Sent(taken);
   return feed_.GoesOnFrom(replica_.Place());
+}
+
+// The server has taken more of this machine than its queue has ever had: what is in the queue was
+// written since the older state was put back, and may stand under numbers that were given before.
+// What the server has had since then it tells as any other change.
+void ReplicaExchange::GoOnFromAnOlderState(int64_t taken) {
+  if (replica_.Waiting() > 0 && replica_.OnlyReads())
+    throw StoreError(kErrReadOnly, "what this machine has to send needs a role that writes");
+  for (const auto& [table, numbers] : replica_.NewRows()) {
+    if (IsClosed(table)) continue;
+    const ServerRows there = feed_.RowsOf(table, numbers);
+    if (there.rows.empty()) continue;
+    replica_.GiveOtherNumbers(there, feed_.Reserve(table, static_cast<int64_t>(there.rows.size())));
+  }
+  for (const std::string& table : replica_.Tables()) GiveOnlyNumbersFromNowOn(table);
+  replica_.GoOnBehind(taken);
+  told_(
+      "the replica of this machine was put back to an older state: what was written in it since "
+      "is sent");
 }
 
 // All at once; where something of it is refused, write by write, so that the others go.
@@ -51,9 +76,21 @@ std::string ReplicaExchange::Refusal(const QueuedWrites& queued) {
     feed_.Take(replica_.Machine(), queued.last, queued.changes);
     return {};
   } catch (const StoreError& error) {
-    if (!IsRefusal(error) || !feed_.HasItsFunctions()) throw;
+    if (!IsRefusal(error, queued) || !feed_.HasItsFunctions()) throw;
     return error.what();
   }
+}
+
+// Not the way to the server, but what was sent. Who may write nothing at all keeps all that he has.
+bool ReplicaExchange::IsRefusal(const StoreError& error, const QueuedWrites& queued) {
+  if (error.Number() != kErrReadOnly) return !error.MayPass();
+  closed_ = feed_.ClosedTables();
+  return feed_.MayWrite() && std::any_of(queued.tables.begin(), queued.tables.end(),
+                                         [this](const auto& table) { return IsClosed(table); });
+}
+
+bool ReplicaExchange::IsClosed(const std::string& table) const {
+  return std::find(closed_.begin(), closed_.end(), table) != closed_.end();
 }
 
 bool ReplicaExchange::TakeIn() {
@@ -73,13 +110,17 @@ bool ReplicaExchange::TakeIn() {
 void ReplicaExchange::GiveNumbers() {
   if (replica_.OnlyReads()) return;
   for (const std::string& table : replica_.Tables()) {
-    if (replica_.NumbersLeft(table) * 2 <= kNumbers)
+    if (!IsClosed(table) && replica_.NumbersLeft(table) * 2 <= kNumbers)
       AddBlock(table, feed_.Reserve(table, kNumbers));
   }
 }
 
 void ReplicaExchange::GiveFreshNumbers(const std::string& table) {
-  if (replica_.OnlyReads() || !replica_.NumbersAreBehind(table)) return;
+  if (replica_.NumbersAreBehind(table)) GiveOnlyNumbersFromNowOn(table);
+}
+
+void ReplicaExchange::GiveOnlyNumbersFromNowOn(const std::string& table) {
+  if (replica_.OnlyReads() || IsClosed(table)) return;
   const int64_t first = feed_.Reserve(table, kNumbers);
   replica_.DropNumbers(table);
   AddBlock(table, first);

@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
+#include "store/StoreError.h"
 #include "store/postgres/ServerFeed.h"
 #include "store/replica/Replica.h"
 
@@ -13,14 +15,18 @@ namespace zemo {
 
 // A row that was written here and that the server does not take, and why.
 using TellRefused = std::function<void(const RefusedRow& row, const std::string& why)>;
+// A line about the replica itself.
+using TellReplica = std::function<void(const std::string& line)>;
 
 // Neither is owned. Thread: theirs. Steps throw StoreError: where the server is away, or others
 // hold it or the replica for too long, the step is to be made again later.
 class ReplicaExchange {
  public:
-  ReplicaExchange(Replica& replica, ServerFeed& feed, TellRefused refused)
-      : replica_(replica), feed_(feed), refused_(std::move(refused)) {}
+  ReplicaExchange(Replica& replica, ServerFeed& feed, TellRefused refused, TellReplica told)
+      : replica_(replica), feed_(feed), refused_(std::move(refused)), told_(std::move(told)) {}
 
+  // What this machine's role may write is known from now on, to the replica too.
+  void TakeRights();
   // First on a new line to the server: what it has taken of the queue leaves it, though the answer
   // was lost. False: the replica is of another base, or of another structure, and to be made anew
   // once the queue is sent.
@@ -36,12 +42,18 @@ class ReplicaExchange {
   void GiveFreshNumbers(const std::string& table);
 
  private:
+  void GoOnFromAnOlderState(int64_t taken);
+  void GiveOnlyNumbersFromNowOn(const std::string& table);
   std::string Refusal(const QueuedWrites& queued);
+  bool IsRefusal(const StoreError& error, const QueuedWrites& queued);
+  bool IsClosed(const std::string& table) const;
   void AddBlock(const std::string& table, int64_t first);
 
   Replica& replica_;
   ServerFeed& feed_;
   const TellRefused refused_;
+  const TellReplica told_;
+  std::vector<std::string> closed_;  // tables that this role does not write
 };
 
 }  // namespace zemo

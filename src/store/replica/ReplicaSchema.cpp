@@ -20,12 +20,17 @@ CREATE TABLE zemo_queue (
 CREATE TABLE zemo_numbers (
   tableName TEXT NOT NULL, next INTEGER NOT NULL, last INTEGER NOT NULL);
 )";
+constexpr char kSinceForm2[] = "CREATE TABLE zemo_closed (tableName TEXT PRIMARY KEY);\n";
 
 constexpr char kQueue[] = "INSERT INTO zemo_queue (tableName, act, number, fields) SELECT ";
 
 std::string Refuse(const std::string& text, const std::string& condition) {
   return "  SELECT RAISE(ABORT, '" + SqlQuoted(text) + "') FROM zemo_replica WHERE " + condition +
          ";\n";
+}
+
+std::string RefuseIn(Writing state, const std::string& text) {
+  return Refuse(text, "onlyReads = " + std::to_string(static_cast<int>(state)));
 }
 
 class TableTriggers {
@@ -37,13 +42,21 @@ class TableTriggers {
         key_(table.AutoField() ? QuotedName(table.AutoField()->Name) : "rowid") {}
 
   std::string Sql() const { return KindOfNumber() + OnInsert() + OnUpdate() + OnDelete(); }
+  std::string DropSql() const {
+    std::string sql;
+    for (const char* suffix : {"_number", "_insert", "_update", "_delete"})
+      sql += "DROP TRIGGER IF EXISTS " + NameOf(suffix) + ";\n";
+    return sql;
+  }
 
  private:
+  std::string NameOf(const std::string& suffix) const {
+    return QuotedName(std::string(kReplicaPrefix) + table_.Name + suffix);
+  }
   std::string Trigger(const std::string& suffix, const std::string& moment,
                       const std::string& body) const {
-    return "CREATE TRIGGER " + QuotedName(std::string(kReplicaPrefix) + table_.Name + suffix) +
-           ' ' + moment + " ON " + name_ + " WHEN (SELECT quiet FROM zemo_replica) = 0 BEGIN\n" +
-           body + "END;\n";
+    return "CREATE TRIGGER " + NameOf(suffix) + ' ' + moment + " ON " + name_ +
+           " WHEN (SELECT quiet FROM zemo_replica) = 0 BEGIN\n" + body + "END;\n";
   }
 
   // Ahead of the row SQLite shows -1 for a number that it is still to give.
@@ -51,27 +64,41 @@ class TableTriggers {
     const std::string automatic =
         table_.AutoField() ? "(NEW." + key_ + " IS NULL OR NEW." + key_ + " = -1)" : "1";
     return Trigger("_number", "BEFORE INSERT",
-                   Refuse(kOnlyReads, "onlyReads") +
-                       "  UPDATE zemo_replica SET automatic = " + automatic + ";\n");
+                   RefuseWrites() + "  UPDATE zemo_replica SET automatic = " + automatic + ";\n");
+  }
+
+  std::string RefuseWrites() const {
+    return RefuseIn(Writing::kRoleReads, kOnlyReads) + RefuseIn(Writing::kNewerBase, kBaseIsNewer) +
+           Refuse(kTableOnlyRead,
+                  "EXISTS (SELECT 1 FROM zemo_closed WHERE tableName = " + text_ + ")");
+  }
+
+  // The lowest of the machine's numbers that no row has: somebody may have given one of them to a
+  // row of his by name. The row itself has whichever number. CROSS keeps the order of the two, the
+  // few numbers first.
+  std::string FreeNumber() const {
+    const std::string of = "b.tableName = " + text_ + " AND b.next <= b.last";
+    const std::string other = "t." + key_ + " <> NEW." + key_;
+    return "(SELECT min(zemo_free) FROM (SELECT b.next AS zemo_free FROM zemo_numbers b WHERE " +
+           of + " UNION ALL SELECT t." + key_ + " + 1 FROM zemo_numbers b CROSS JOIN " + name_ +
+           " t ON t." + key_ + " BETWEEN b.next AND b.last - 1 WHERE " + of + " AND " + other +
+           ") WHERE NOT EXISTS (SELECT 1 FROM " + name_ + " t WHERE t." + key_ +
+           " = zemo_free AND " + other + "))";
   }
 
   // The row has the number that SQLite gave it, which another machine may give too, until it gets
   // one that the server has set apart for this machine.
   std::string OnInsert() const {
-    const std::string numbers = "zemo_numbers WHERE tableName = " + text_ + " AND next <= last";
     const std::string given = "(SELECT given FROM zemo_replica)";
     return Trigger(
         "_insert", "AFTER INSERT",
-        Refuse(kNoNumbersLeft, "automatic AND NOT EXISTS (SELECT 1 FROM " + numbers + ")") +
-            "  UPDATE zemo_replica SET quiet = 1, given = CASE WHEN automatic THEN (SELECT "
-            "min(next) "
-            "FROM " +
-            numbers + ") ELSE NEW." + key_ + " END;\n" +
-            "  UPDATE zemo_numbers SET next = next + 1 WHERE (SELECT automatic FROM zemo_replica) "
-            "AND tableName = " +
-            text_ + " AND next <= last AND next = " + given + ";\n" + "  UPDATE " + name_ +
-            " SET " + key_ + " = " + given + " WHERE " + key_ + " = NEW." + key_ + " AND " + key_ +
-            " <> " + given + ";\n  " + kQueue + text_ + ", 'I', " + given + ", '';\n" +
+        "  UPDATE zemo_replica SET quiet = 1, given = CASE WHEN automatic THEN coalesce(" +
+            FreeNumber() + ", 0) ELSE NEW." + key_ + " END;\n" +
+            Refuse(kNoNumbersLeft, "automatic AND given = 0") +
+            "  UPDATE zemo_numbers SET next = " + given + " + 1 WHERE tableName = " + text_ +
+            " AND " + given + " BETWEEN next AND last;\n  UPDATE " + name_ + " SET " + key_ +
+            " = " + given + " WHERE " + key_ + " = NEW." + key_ + " AND " + key_ + " <> " + given +
+            ";\n  " + kQueue + text_ + ", 'I', " + given + ", '';\n" +
             "  UPDATE zemo_replica SET quiet = 0;\n");
   }
 
@@ -87,7 +114,7 @@ class TableTriggers {
     const std::string sameRow = "NEW." + key_ + " = OLD." + key_;
     const std::string otherRow = "NEW." + key_ + " <> OLD." + key_;
     return Trigger("_update", "AFTER UPDATE",
-                   Refuse(kOnlyReads, "onlyReads") + "  " + kQueue + text_ + ", 'U', OLD." + key_ +
+                   RefuseWrites() + "  " + kQueue + text_ + ", 'U', OLD." + key_ +
                        ", changed FROM (SELECT " + changed +
                        " AS changed) WHERE changed <> '' AND " + sameRow + ";\n  " + kQueue +
                        text_ + ", 'D', OLD." + key_ + ", '' WHERE " + otherRow + ";\n  " + kQueue +
@@ -95,20 +122,41 @@ class TableTriggers {
   }
 
   std::string OnDelete() const {
-    return Trigger(
-        "_delete", "AFTER DELETE",
-        Refuse(kOnlyReads, "onlyReads") + "  " + kQueue + text_ + ", 'D', OLD." + key_ + ", '';\n");
+    return Trigger("_delete", "AFTER DELETE",
+                   RefuseWrites() + "  " + kQueue + text_ + ", 'D', OLD." + key_ + ", '';\n");
   }
 
   const TableDef& table_;
   const std::string name_, text_, key_;
 };
 
+std::string TriggersOf(const std::vector<TableDef>& tables) {
+  std::string sql;
+  for (const TableDef& table : tables) sql += TableTriggers(table).Sql();
+  return sql;
+}
+
+std::string DropTriggers(const std::vector<TableDef>& tables) {
+  std::string sql;
+  for (const TableDef& table : tables) sql += TableTriggers(table).DropSql();
+  return sql;
+}
+
 }  // namespace
 
 std::string ReplicaSql(const std::vector<TableDef>& tables) {
-  std::string sql = kOwnTables;
-  for (const TableDef& table : tables) sql += TableTriggers(table).Sql();
+  return std::string(kOwnTables) + kSinceForm2 + TriggersOf(tables);
+}
+
+std::string RenewedReplicaSql(const std::vector<TableDef>& tables) {
+  return DropTriggers(tables) + kSinceForm2 + TriggersOf(tables) +
+         "UPDATE zemo_replica SET form = " + std::to_string(kReplicaForm) + ";\n";
+}
+
+std::string PlainFileSql(const std::vector<TableDef>& tables) {
+  std::string sql = DropTriggers(tables);
+  for (const char* own : {"replica", "queue", "numbers", "closed"})
+    sql += "DROP TABLE IF EXISTS " + std::string(kReplicaPrefix) + own + ";\n";
   return sql;
 }
 

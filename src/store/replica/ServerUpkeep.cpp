@@ -52,9 +52,9 @@ std::string ProgramMark() {
   return mark;
 }
 
-void BringBaseUpToDate(const std::string& url,
-                       const std::function<void(const std::string&)>& told) {
-  StationBase base(ServerPlace(url));
+void BringBaseUpToDate(const std::string& url, const std::function<void(const std::string&)>& told,
+                       LineKeeper* keeper) {
+  StationBase base(ServerPlace(url, keeper));
   base.OpenOrCreateDatabase();
   Faults faults(told);
   base.CreateMissingTables(

@@ -97,7 +97,7 @@ class BoundValues : public EngineTest {
     }
   }
 };
-ON_BOTH_ENGINES(BoundValues);
+ON_EVERY_ENGINE(BoundValues);
 
 TEST_P(BoundValues, AnswerAsTheirLiteralsDo) {
   FillLibrary();

@@ -1,5 +1,5 @@
-// What every engine promises is tested on each of them: a base of the thirteen tables on the file
-// and one on a server, and another program at work on the same base.
+// What every engine promises is tested on each of them: a base of the thirteen tables on the file,
+// one on a server, and a replica of it; and another program at work on the same base.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,12 +15,13 @@
 #include "store/SqlText.h"
 #include "store/TableDefs.h"
 #include "store/postgres/PostgresDatabase.h"
+#include "store/replica/Replica.h"
 #include "store/tests/StoreAnswers.h"
 #include "support/TestServer.h"
 
 namespace zemo {
 
-enum class Engine { kFile, kServer };
+enum class Engine { kFile, kServer, kReplica };
 
 // Another program on the base, through a connection of its own; it waits for nobody.
 class OtherStation {
@@ -80,7 +81,8 @@ class EngineBase {
                 ("zemo_engine_" + std::to_string(getpid()) + "_" + std::to_string(++Made()));
       std::filesystem::remove_all(folder_);
       std::filesystem::create_directories(folder_);
-      Fill(*Closed());
+      Fill(*DBEngine::ClosedDatabase(Path(), std::make_shared<LockWait>()));
+      if (engine == Engine::kReplica) MakeReplica();
     }
     base_ = Closed(kBusyTimeoutMs);
     base_->Open(false);
@@ -98,10 +100,22 @@ class EngineBase {
     auto wait = std::make_shared<LockWait>(waitMs);
     if (engine_ == Engine::kServer)
       return ClosedPostgresDatabase(test::TestServer::Get().Url(name_), std::move(wait));
-    return DBEngine::ClosedDatabase((folder_ / "Triskin.MDB").string(), std::move(wait));
+    if (engine_ == Engine::kReplica)
+      return DBEngine::ClosedReplica(ReplicaPath(), std::move(wait),
+                                     {.stores = [] {}, .compact = [] {}});
+    return DBEngine::ClosedDatabase(Path(), std::move(wait));
   }
 
  private:
+  std::string ReplicaPath() const { return (folder_ / "Replica.MDB").string(); }
+  // With the numbers that the file itself would give.
+  void MakeReplica() const {
+    const auto file = DBEngine::OpenDatabase(Path());
+    Replica::Make(*file, {}, "machine", ReplicaPath());
+    Replica replica(ReplicaPath(), kBusyTimeoutMs);
+    for (const std::string& table : replica.Tables())
+      replica.AddNumbers(table, file->Tables().LastNumber(table) + 1, 1000000);
+  }
   static int& Made() {
     static int made = 0;
     return made;
@@ -164,9 +178,21 @@ class EngineTest : public testing::TestWithParam<Engine> {
 };
 
 inline std::string NameOfEngine(const testing::TestParamInfo<Engine>& info) {
-  return info.param == Engine::kFile ? "File" : "Server";
+  return info.param == Engine::kFile     ? "File"
+         : info.param == Engine::kServer ? "Server"
+                                         : "Replica";
 }
 
+#define ON_EVERY_ENGINE(suite)                                                                \
+  INSTANTIATE_TEST_SUITE_P(Engines, suite,                                                    \
+                           testing::Values(Engine::kFile, Engine::kServer, Engine::kReplica), \
+                           NameOfEngine)
+
+// First in a test that changes the structure of the base.
+#define NOT_ON_A_REPLICA() \
+  if (GetParam() == Engine::kReplica) GTEST_SKIP() << "a replica's structure is its server's"
+
+// Of suites about the structure, and about bases as a whole.
 #define ON_BOTH_ENGINES(suite)                                                              \
   INSTANTIATE_TEST_SUITE_P(Engines, suite, testing::Values(Engine::kFile, Engine::kServer), \
                            NameOfEngine)

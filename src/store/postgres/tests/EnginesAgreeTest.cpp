@@ -1,6 +1,8 @@
-// The two engines beside each other: on generated rows, queries, writes and walks of a cursor each
-// answers as the other does. Every run takes the same ones; the seed is in the message.
+// The engines beside each other, and a replica beside them: on generated rows, queries, writes and
+// walks of a cursor each answers as the file does. Every run takes the same ones; the seed is in
+// the message.
 #include <algorithm>
+#include <array>
 #include <random>
 
 #include "store/Collation.h"
@@ -92,55 +94,61 @@ class Agreement : public testing::Test {
     if (!TestServer::Get().Missing().empty()) GTEST_SKIP() << TestServer::Get().Missing();
     file = std::make_unique<EngineBase>(Engine::kFile);
     server = std::make_unique<EngineBase>(Engine::kServer);
+    replica = std::make_unique<EngineBase>(Engine::kReplica);
   }
-  void OnBoth(const std::string& sql, const Values& values) {
+  // The file's first, with which the others are to agree.
+  std::array<Database*, 3> All() { return {&file->Db(), &server->Db(), &replica->Db()}; }
+  void OnAll(const std::string& sql, const Values& values) {
     std::string told;
-    int errors[2];
-    int at = 0;
-    for (Database* base : {&file->Db(), &server->Db()}) {
+    std::vector<int> errors;
+    for (Database* base : All()) {
       std::string text;
-      errors[at++] = ErrorOf([&] { base->Execute(sql, values); }, &text);
+      errors.push_back(ErrorOf([&] { base->Execute(sql, values); }, &text));
       told += text + '\n';
     }
-    EXPECT_EQ(errors[0], errors[1]) << QueryWithValues(sql, values) << '\n' << told;
+    EXPECT_EQ(errors, std::vector<int>(errors.size(), errors[0]))
+        << QueryWithValues(sql, values) << '\n'
+        << told;
   }
   void Fill(Chance& chance, int rows) {
-    Transaction ofFile(file->Db()), ofServer(server->Db());
+    Transaction ofFile(file->Db()), ofServer(server->Db()), ofReplica(replica->Db());
     for (int i = 0; i < rows; ++i) {
-      OnBoth(
+      OnAll(
           "INSERT INTO Discotheque(AUTEUR, TITRE, GENRE, COMMENTAIRE, DUREE, NBPASSJOUR, LASTDIFF) "
           "VALUES(?,?,?,?,?,?,?)",
           {AnyText(chance), AnyText(chance), ShortText(chance), AnyText(chance), AnyWhole(chance),
            AnyWhole(chance), AnyReal(chance)});
-      OnBoth("INSERT INTO VT(FILENAME, LIBELLE, CUT, START) VALUES(?,?,?,?)",
-             {AnyText(chance), AnyText(chance), chance.OneIn(2) ? -1 : 0, AnyWhole(chance)});
+      OnAll("INSERT INTO VT(FILENAME, LIBELLE, CUT, START) VALUES(?,?,?,?)",
+            {AnyText(chance), AnyText(chance), chance.OneIn(2) ? -1 : 0, AnyWhole(chance)});
       if (i % 4 == 0)
-        OnBoth("INSERT INTO Variete(POURCENT, VARIETE) VALUES(?,?)",
-               {AnyWhole(chance), AnyText(chance)});
+        OnAll("INSERT INTO Variete(POURCENT, VARIETE) VALUES(?,?)",
+              {AnyWhole(chance), AnyText(chance)});
     }
     ofFile.Commit();
     ofServer.Commit();
+    ofReplica.Commit();
   }
   void ExpectSameAnswer(const std::string& sql, const Values& values = {}, bool anyOrder = false) {
-    Strings first = Answer(file->Db(), sql, values), second = Answer(server->Db(), sql, values);
-    if (anyOrder) {
-      std::sort(first.begin(), first.end());
-      std::sort(second.begin(), second.end());
+    Strings first;
+    for (Database* base : All()) {
+      Strings answer = Answer(*base, sql, values);
+      if (anyOrder) std::sort(answer.begin(), answer.end());
+      if (base == &file->Db()) first = std::move(answer);
+      if (base != &file->Db()) ExpectSame(first, answer, QueryWithValues(sql, values));
     }
-    ExpectSame(first, second, QueryWithValues(sql, values));
   }
-  static void ExpectSame(const Strings& file, const Strings& server, const std::string& query) {
-    const size_t rows = std::min(file.size(), server.size());
+  static void ExpectSame(const Strings& first, const Strings& other, const std::string& query) {
+    const size_t rows = std::min(first.size(), other.size());
     for (size_t i = 0; i < rows; ++i)
-      ASSERT_EQ(file[i], server[i]) << "row " << i << " of " << query;
-    EXPECT_EQ(file.size(), server.size()) << "rows of " << query;
+      ASSERT_EQ(first[i], other[i]) << "row " << i << " of " << query;
+    EXPECT_EQ(first.size(), other.size()) << "rows of " << query;
   }
   void ExpectSameTables() {
     for (const char* table : {"Discotheque", "VT", "Variete", "Toph", "Rapport"})
       ExpectSameAnswer(std::string("SELECT * FROM ") + table);
   }
 
-  std::unique_ptr<EngineBase> file, server;
+  std::unique_ptr<EngineBase> file, server, replica;
 };
 
 // --- Comparisons ---
@@ -304,8 +312,9 @@ TEST_F(Agreement, OnGeneratedQueries) {
     sql += chance.Of(columns) + " FROM Discotheque" + where + chance.Of(orders);
     const Strings answer = Answer(file->Db(), sql, conditions.values);
     some += answer.size() > 1 ? 1 : 0;
-    ExpectSame(answer, Answer(server->Db(), sql, conditions.values),
-               QueryWithValues(sql, conditions.values));
+    for (const auto& other : {&server, &replica})
+      ExpectSame(answer, Answer((*other)->Db(), sql, conditions.values),
+                 QueryWithValues(sql, conditions.values));
   }
   EXPECT_GT(some, 1000) << "queries that find nothing prove nothing";
 }
@@ -345,7 +354,7 @@ TEST_F(Agreement, OnGeneratedWrites) {
     switch (chance.Below(7)) {
       case 0: {
         const std::string where = conditions.Any(1) + " AND NBPASSJOUR = 1";
-        OnBoth("DELETE * FROM Discotheque WHERE " + where, conditions.values);
+        OnAll("DELETE * FROM Discotheque WHERE " + where, conditions.values);
         break;
       }
       case 1: {
@@ -354,37 +363,36 @@ TEST_F(Agreement, OnGeneratedWrites) {
         const std::string where = next.Any(1);
         Values values = {title, AnyReal(chance)};
         values.insert(values.end(), next.values.begin(), next.values.end());
-        OnBoth(
-            "UPDATE Discotheque SET TITRE = ?, LASTDIFF = ?, NBPASSJOUR = NBPASSJOUR + 1 WHERE " +
-                where,
-            values);
+        OnAll("UPDATE Discotheque SET TITRE = ?, LASTDIFF = ?, NBPASSJOUR = NBPASSJOUR + 1 WHERE " +
+                  where,
+              values);
         break;
       }
       case 2:
-        OnBoth("INSERT INTO VT(LIBELLE, START) SELECT TOP 3 AUTEUR, DUREE FROM Discotheque WHERE " +
-                   conditions.Any(1),
-               conditions.values);
+        OnAll("INSERT INTO VT(LIBELLE, START) SELECT TOP 3 AUTEUR, DUREE FROM Discotheque WHERE " +
+                  conditions.Any(1),
+              conditions.values);
         break;
       case 3:  // beyond its field, or a text for a number
-        OnBoth("UPDATE Discotheque SET ANNEE = ?, NBPASSJOUR = ?, DUREE = ? WHERE CODE = ?",
-               {chance.OneIn(2) ? Value(chance.Text(6)) : Value(int64_t{2005}),
-                chance.OneIn(4) ? Value(int64_t{40000}) : AnyWhole(chance),
-                chance.OneIn(4) ? Value(ShortText(chance)) : AnyWhole(chance),
-                static_cast<int64_t>(chance.Below(80))});
+        OnAll("UPDATE Discotheque SET ANNEE = ?, NBPASSJOUR = ?, DUREE = ? WHERE CODE = ?",
+              {chance.OneIn(2) ? Value(chance.Text(6)) : Value(int64_t{2005}),
+               chance.OneIn(4) ? Value(int64_t{40000}) : AnyWhole(chance),
+               chance.OneIn(4) ? Value(ShortText(chance)) : AnyWhole(chance),
+               static_cast<int64_t>(chance.Below(80))});
         break;
       case 4:
-        OnBoth("INSERT INTO VT(CODE, LIBELLE) VALUES(?,?)",
-               {static_cast<int64_t>(chance.Below(400)), AnyText(chance)});
+        OnAll("INSERT INTO VT(CODE, LIBELLE) VALUES(?,?)",
+              {static_cast<int64_t>(chance.Below(400)), AnyText(chance)});
         break;
       case 5:
-        OnBoth("DELETE * FROM VT WHERE CODE > ?", {static_cast<int64_t>(300 + chance.Below(200))});
+        OnAll("DELETE * FROM VT WHERE CODE > ?", {static_cast<int64_t>(300 + chance.Below(200))});
         break;
       default:
-        OnBoth("INSERT INTO Discotheque(AUTEUR, TITRE, DUREE, LASTDIFF) VALUES(?,?,?,?)",
-               {AnyText(chance), AnyReal(chance), ShortText(chance).empty() ? 5 : 6,
-                AnyWhole(chance)});
+        OnAll("INSERT INTO Discotheque(AUTEUR, TITRE, DUREE, LASTDIFF) VALUES(?,?,?,?)",
+              {AnyText(chance), AnyReal(chance), ShortText(chance).empty() ? 5 : 6,
+               AnyWhole(chance)});
     }
-    EXPECT_EQ(file->Db().LastInsertCode(), server->Db().LastInsertCode());
+    for (Database* base : All()) EXPECT_EQ(base->LastInsertCode(), file->Db().LastInsertCode());
     if (i % 20 == 0) ExpectSameTables();
   }
   ExpectSameTables();
@@ -404,16 +412,16 @@ std::string Where(Recordset& table) {
 TEST_F(Agreement, OnGeneratedWalksOfACursor) {
   Chance chance(5);
   Fill(chance, 80);
-  std::unique_ptr<Recordset> cursors[] = {file->Db().OpenTable("Discotheque"),
-                                          server->Db().OpenTable("Discotheque")};
+  std::vector<std::unique_ptr<Recordset>> cursors;
+  for (Database* base : All()) cursors.push_back(base->OpenTable("Discotheque"));
   for (int i = 0; i < 3000 && !HasFailure(); ++i) {
     const size_t act = chance.Below(14);
     const std::string index = chance.Of({"", "CODE", "Auteur", "TITRE", "NbPassJour", "NoIndex"});
     const Value key = chance.OneIn(2) ? AnyText(chance) : AnyWhole(chance);
     const Value text = AnyText(chance), number = AnyWhole(chance);
-    std::string told[2];
-    for (int engine = 0; engine < 2; ++engine) {
-      Recordset& table = *cursors[engine];
+    Strings told;
+    for (const auto& cursor : cursors) {
+      Recordset& table = *cursor;
       const int error = ErrorOf([&] {
         switch (act) {
           case 0:
@@ -450,10 +458,10 @@ TEST_F(Agreement, OnGeneratedWalksOfACursor) {
             return table.Delete();
         }
       });
-      told[engine] = std::to_string(error) + ' ' + Where(table);
+      told.push_back(std::to_string(error) + ' ' + Where(table));
     }
-    EXPECT_EQ(told[0], told[1]) << "step " << i << ", act " << act << ", index " << index
-                                << ", key " << Shown(key);
+    EXPECT_EQ(told, Strings(told.size(), told[0]))
+        << "step " << i << ", act " << act << ", index " << index << ", key " << Shown(key);
   }
   EXPECT_GT(cursors[0]->RecordCount(), 20);
   ExpectSameTables();

@@ -23,13 +23,13 @@ class TableCursors_ : public EngineTest {
   std::unique_ptr<Recordset> cards;
 };
 class TableOrder : public TableCursors_ {};
-ON_BOTH_ENGINES(TableOrder);
+ON_EVERY_ENGINE(TableOrder);
 class TableSeek : public TableCursors_ {};
-ON_BOTH_ENGINES(TableSeek);
+ON_EVERY_ENGINE(TableSeek);
 class TableEdit : public TableCursors_ {};
-ON_BOTH_ENGINES(TableEdit);
+ON_EVERY_ENGINE(TableEdit);
 class TableShared : public TableCursors_ {};
-ON_BOTH_ENGINES(TableShared);
+ON_EVERY_ENGINE(TableShared);
 
 TEST_P(TableOrder, WithoutAnIndexIsInsertionOrder) {
   for (const char* artist : {"C", "A", "B"}) AddCard(artist);

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
+#include <limits>
 #include <map>
 #include <random>
 
@@ -29,6 +31,8 @@ class Machine {
   ReplicaExchange& Steps() { return *exchange_; }
   ServerFeed& Feed() { return *feed_; }
   const Strings& Refused() const { return refused_; }
+  const Strings& Told() const { return told_; }
+  const std::string& Path() const { return path_; }
   int Stores() const { return stores_; }
   int Compactions() const { return compactions_; }
 
@@ -43,9 +47,11 @@ class Machine {
   void Connect() {
     feed_ = std::make_unique<ServerFeed>(url_, std::make_shared<LockWait>(2000));
     exchange_ = std::make_unique<ReplicaExchange>(
-        *replica_, *feed_, [this](const RefusedRow& row, const std::string& why) {
+        *replica_, *feed_,
+        [this](const RefusedRow& row, const std::string& why) {
           refused_.push_back(row.table + '|' + row.values + '|' + why);
-        });
+        },
+        [this](const std::string& line) { told_.push_back(line); });
   }
   void MakeAnew() {
     const std::unique_ptr<Replica> former = std::move(replica_);
@@ -57,6 +63,17 @@ class Machine {
     Connect();
     OpenBase();
     std::filesystem::remove(old);
+  }
+
+  // With the file changed in between, by whatever `change` does to it.
+  void Restart(const std::function<void()>& change) {
+    db_.reset();
+    exchange_.reset();
+    replica_.reset();
+    change();
+    replica_ = std::make_unique<Replica>(path_, 2000);
+    Connect();
+    OpenBase();
   }
 
   Strings Rows(const std::string& sql) {
@@ -87,7 +104,7 @@ class Machine {
   std::unique_ptr<ServerFeed> feed_;
   std::unique_ptr<ReplicaExchange> exchange_;
   std::unique_ptr<Database> db_;
-  Strings refused_;
+  Strings refused_, told_;
   int stores_ = 0, compactions_ = 0;
 };
 
@@ -117,6 +134,12 @@ class ReplicaTest : public testing::Test {
   std::string ByHand(const std::string& sql) const {
     return test::TestServer::Get().Try(server_->Name(), sql);
   }
+  // A role that works in the base, and owns nothing.
+  void MakeWorker() const {
+    ByHand("CREATE ROLE worker LOGIN");  // there already, from another test
+    EXPECT_EQ(ByHand("SELECT zemo.give_rights('worker', 'work')"), "");
+  }
+  std::string WorkersUrl() const { return test::TestServer::Get().Url(server_->Name(), "worker"); }
   Database& Server() { return server_->Db(); }
   Machine& Air() { return *air_; }
   Machine& Office() { return *office_; }
@@ -125,6 +148,8 @@ class ReplicaTest : public testing::Test {
     Server().ReadRows(sql, {}, [&rows](const RowView& row) { rows.emplace_back(row.Text(0)); });
     return rows;
   }
+  std::filesystem::path folder_;
+
   void ExpectAllAlike() {
     for (const TableDef& table : SchemaTables()) ExpectAlike(table.Name);
   }
@@ -152,7 +177,6 @@ class ReplicaTest : public testing::Test {
   }
 
   std::unique_ptr<EngineBase> server_;
-  std::filesystem::path folder_;
   std::unique_ptr<Machine> air_, office_;
 };
 
@@ -344,7 +368,7 @@ TEST_F(ReplicaTest, ChangesThatTheServerHasForgottenMakeItAnew) {
 }
 
 TEST_F(ReplicaTest, OfWhomOnlyReadsNothingIsStored) {
-  Air().Copy().SetOnlyReads(true);
+  Air().Copy().SetWriting(Writing::kRoleReads, {});
   std::string why;
   EXPECT_EQ(ErrorOf([&] { Air().Db().Execute("UPDATE Discotheque SET TITRE = 'x'"); }, &why),
             kErrReadOnly);
@@ -414,11 +438,209 @@ TEST_F(ReplicaTest, AReplicaOfAnotherBaseGivesNoNumbersOfTheFormerOne) {
 }
 
 TEST_F(ReplicaTest, AMachineThatOnlyReadsNeedsNoNumbers) {
-  Air().Copy().SetOnlyReads(true);
+  Air().Copy().SetWriting(Writing::kRoleReads, {});
   Air().Copy().DropNumbers("Rapport");
   Air().Steps().GiveNumbers();
   Air().Steps().GiveFreshNumbers("Rapport");
   EXPECT_EQ(Air().Copy().NumbersLeft("Rapport"), 0);
+}
+
+TEST_F(ReplicaTest, ACopyOfItMadePlainIsABaseAsAnyOther) {
+  Office().Copy().DropNumbers("Rapport");  // others than the file itself would give
+  Office().Copy().AddNumbers("Rapport", 70000, 70100);
+  Office().Db().Execute("INSERT INTO Rapport(TITRE) VALUES('removed')");
+  Office().Db().Execute("DELETE * FROM Rapport");
+  const std::string path = Office().Path() + ".copy";
+  std::filesystem::copy_file(Office().Path(), path);
+  Replica::MakePlain(path);
+  EXPECT_FALSE(Replica::IsThere(path));
+  const auto plain = DBEngine::OpenDatabase(path);
+  EXPECT_EQ(
+      plain->OpenRecordset("SELECT name FROM sqlite_master WHERE name LIKE 'zemo*'")->RecordCount(),
+      0);
+  EXPECT_EQ(plain->Tables().Count(), Server().Tables().Count());
+  plain->Execute("INSERT INTO Rapport(TITRE) VALUES('new')");
+  EXPECT_EQ(plain->LastInsertCode(), 70001);  // the removed one's is not given again
+  plain->Execute("UPDATE Discotheque SET TITRE = 'new'");
+  plain->Tables().DeleteField("VT", "LIBELLE");
+}
+
+TEST_F(ReplicaTest, ACopyTakesInWhatIsBehindBesideWhatItCannotSend) {
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'here'");
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('new here')");
+  Server().Execute("UPDATE Discotheque SET TITRE = 'server'");
+  Server().Execute("INSERT INTO Discotheque(TITRE) VALUES('new there')");
+  const ServerChanges changes = Air().Feed().Behind(Air().Copy().Place(), 100);
+  Air().Copy().TakeInBesideQueue(changes.tables, changes.place);
+  EXPECT_EQ(Air().Rows(kTitles), (Strings{"here", "new here", "new there"}));
+  EXPECT_EQ(Air().Copy().Place(), changes.place);
+}
+
+// As a machine folder that is restored from a backup has it.
+TEST_F(ReplicaTest, AnOlderStateThatWasPutBackLosesNothingThatIsWrittenInIt) {
+  Air().Db().Execute("INSERT INTO Rapport(TITRE) VALUES('first')");
+  Air().Meet();
+  const std::string old = Air().Path() + ".old";
+  Air().Restart([&] { std::filesystem::copy_file(Air().Path(), old); });
+  for (const char* title : {"second", "third", "fourth"})
+    Air().Db().Execute("INSERT INTO Rapport(TITRE) VALUES(?)", {title});
+  Air().Meet();
+  Air().Restart([&] { std::filesystem::rename(old, Air().Path()); });
+  Air().Db().Execute("INSERT INTO Rapport(TITRE) VALUES('after')");
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'after'");
+  Air().Meet();
+  EXPECT_EQ(OnServer("SELECT TITRE FROM Rapport ORDER BY TITRE"),
+            (Strings{"after", "first", "fourth", "second", "third"}));
+  EXPECT_EQ(OnServer(kTitles), Strings{"after"});
+  EXPECT_EQ(Air().Refused(), Strings{});
+  EXPECT_EQ(Air().Told(), Strings{"the replica of this machine was put back to an older state: "
+                                  "what was written in it since is sent"});
+  Air().Db().Execute("INSERT INTO Rapport(TITRE) VALUES('and on')");
+  Air().Meet();
+  Office().Meet();
+  EXPECT_EQ(OnServer("SELECT TITRE FROM Rapport").size(), 6U);
+  EXPECT_EQ(Air().Told().size(), 1U);
+  ExpectAllAlike();
+}
+
+// What the older state had still to send was sent since.
+TEST_F(ReplicaTest, WhatAnOlderStateHadInItsQueueComesNotTwice) {
+  Air().Db().Execute("INSERT INTO Rapport(TITRE) VALUES('once')");
+  const std::string old = Air().Path() + ".old";
+  Air().Restart([&] { std::filesystem::copy_file(Air().Path(), old); });
+  Air().Db().Execute("INSERT INTO Rapport(TITRE) VALUES('twice')");
+  Air().Meet();
+  Air().Restart([&] { std::filesystem::rename(old, Air().Path()); });
+  Air().Meet();
+  EXPECT_EQ(OnServer("SELECT TITRE FROM Rapport ORDER BY TITRE"), (Strings{"once", "twice"}));
+  EXPECT_EQ(Air().Refused(), Strings{});
+  Office().Meet();
+  ExpectAllAlike();
+}
+
+TEST_F(ReplicaTest, InfinityIsAValueAndAZeroCharacterIsRefused) {
+  const auto cursor = Air().Db().OpenTable("Discotheque");
+  cursor->Edit();
+  cursor->Set("LASTDIFF", std::numeric_limits<double>::infinity());
+  cursor->Update();
+  cursor->AddNew();
+  cursor->Set("LASTDIFF", -std::numeric_limits<double>::infinity());
+  cursor->Update();
+  Air().Meet();
+  Office().Meet();
+  EXPECT_EQ(ByHand("DO $$ BEGIN ASSERT (SELECT min(\"LASTDIFF\") = '-Infinity' AND "
+                   "max(\"LASTDIFF\") = 'Infinity' FROM \"Discotheque\"); END $$"),
+            "");
+  ExpectAllAlike();
+  cursor->AddNew();
+  cursor->Set("TITRE", std::string("a\0b", 3));
+  cursor->Update();
+  Air().Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('good')");
+  Air().Meet();
+  ASSERT_EQ(Air().Refused().size(), 1U);
+  EXPECT_NE(Air().Refused()[0].find("a\\u0000b"), std::string::npos) << Air().Refused()[0];
+  EXPECT_EQ(OnServer("SELECT TITRE FROM Discotheque WHERE TITRE = 'good'").size(), 1U);
+}
+
+// A tool's own, beside the station's: the machine works, and what it may not write it does not.
+TEST_F(ReplicaTest, ATableThatTheRoleDoesNotWriteRefusesItsOwnRowsAlone) {
+  MakeWorker();
+  ASSERT_EQ(ByHand("CREATE TABLE \"Tool\" (\"NAME\" text, \"ID\" int GENERATED BY DEFAULT AS "
+                   "IDENTITY); CREATE TABLE \"Hidden\" (LIKE \"Tool\" INCLUDING ALL); "
+                   "CREATE TABLE \"Numberless\" (\"NAME\" text); "
+                   "INSERT INTO \"Tool\" VALUES ('theirs'); "
+                   "REVOKE ALL ON \"Tool\", \"Hidden\" FROM worker; "
+                   "GRANT SELECT ON \"Tool\" TO worker"),
+            "");
+  Machine desk("desk", WorkersUrl(), folder_);
+  EXPECT_TRUE(desk.Feed().MayWrite());
+  EXPECT_EQ(desk.Feed().ClosedTables(), (Strings{"Hidden", "Numberless", "Tool"}));
+  EXPECT_EQ(desk.Db().Tables().Count(), static_cast<int>(SchemaTables().size()) + 1);
+  EXPECT_FALSE(desk.Copy().OnlyReads());
+  EXPECT_EQ(desk.Rows("SELECT NAME FROM Tool"), Strings{"theirs"});
+  std::string why;
+  EXPECT_EQ(ErrorOf([&] { desk.Db().Execute("INSERT INTO Tool(NAME) VALUES('x')"); }, &why),
+            kErrReadOnly);
+  EXPECT_EQ(why, "this machine's role on the server only reads this table");
+  desk.Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('taken')");
+  desk.Meet();
+  EXPECT_EQ(OnServer(kTitles), (Strings{"SOS", "taken"}));
+}
+
+// It was taken from the role while rows were on their way.
+TEST_F(ReplicaTest, WhatWaitsForATableThatTheRoleMayNotWriteAnyMoreKeepsNobodyBack) {
+  MakeWorker();
+  Machine desk("desk", WorkersUrl(), folder_);
+  desk.Db().Execute("UPDATE Toph SET FICHIER = 'x' WHERE HEURE = 1");
+  desk.Db().Execute("INSERT INTO Discotheque(TITRE) VALUES('taken')");
+  ASSERT_EQ(ByHand("REVOKE UPDATE ON \"Toph\" FROM worker"), "");
+  desk.Send();
+  EXPECT_EQ(OnServer(kTitles), (Strings{"SOS", "taken"}));
+  ASSERT_EQ(desk.Refused().size(), 1U);
+  EXPECT_EQ(desk.Refused()[0].substr(0, 5), "Toph|");
+  EXPECT_EQ(desk.Copy().Waiting(), 0);
+}
+
+TEST_F(ReplicaTest, WhoMayWriteNothingAnyMoreKeepsAllThatHeHasToSend) {
+  MakeWorker();
+  Machine desk("desk", WorkersUrl(), folder_);
+  desk.Db().Execute("UPDATE Toph SET FICHIER = 'x' WHERE HEURE = 1");
+  ASSERT_EQ(ByHand("SELECT zemo.give_rights('worker', 'read')"), "");
+  EXPECT_EQ(ErrorOf([&] { desk.Send(); }), kErrReadOnly);
+  EXPECT_TRUE(desk.Refused().empty());
+  EXPECT_EQ(desk.Copy().Waiting(), 1);
+}
+
+TEST_F(ReplicaTest, AProgramThatIsOlderThanTheBaseIsToldSo) {
+  EXPECT_EQ(ByHand("UPDATE zemo.base SET form = form + 1"), "");
+  Air().Connect();
+  Air().Meet();
+  EXPECT_TRUE(Air().Copy().OnlyReads());
+  std::string why;
+  EXPECT_EQ(ErrorOf([&] { Air().Db().Execute("UPDATE Discotheque SET TITRE = 'x'"); }, &why),
+            kErrReadOnly);
+  EXPECT_EQ(why,
+            "the base on the server was made by a newer version of the program: this one only "
+            "reads it");
+}
+
+// Another machine's rows may stand under numbers that this one was to give.
+TEST_F(ReplicaTest, NumbersThatAreTakenArePassedOver) {
+  Air().Copy().DropNumbers("VT");
+  Air().Copy().AddNumbers("VT", 100, 104);
+  Air().Copy().AddNumbers("VT", 200, 209);
+  const auto given = [&] {
+    Air().Db().Execute("INSERT INTO VT(FILENAME) VALUES('v')");
+    return Air().Db().LastInsertCode();
+  };
+  EXPECT_EQ(given(), 100);
+  for (const int64_t code : {101, 102, 104})
+    Office().Db().Execute("INSERT INTO VT(FILENAME, CODE) VALUES('o', ?)", {code});
+  Office().Meet();
+  Air().Meet();
+  EXPECT_EQ(given(), 103);
+  EXPECT_EQ(given(), 200);
+  EXPECT_EQ(given(), 201);
+  Air().Meet();
+  Office().Meet();
+  EXPECT_EQ(Air().Refused(), Strings{});
+  ExpectAllAlike();
+}
+
+// By a program of the version before, which was ended with the server away.
+TEST_F(ReplicaTest, OneOfAnOlderFormKeepsItsQueue) {
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'kept'");
+  Air().Restart([&] {
+    DBEngine::ExecuteNative(Air().Path(),
+                            "DROP TABLE zemo_closed; DROP TRIGGER zemo_VT_insert; "
+                            "DROP TRIGGER zemo_VT_number; UPDATE zemo_replica SET form = 1");
+    EXPECT_TRUE(Replica::IsThere(Air().Path()));
+  });
+  Air().Db().Execute("INSERT INTO VT(FILENAME) VALUES('v')");
+  EXPECT_EQ(Air().Copy().Waiting(), 2);
+  Air().Meet();
+  EXPECT_EQ(OnServer(kTitles), Strings{"kept"});
+  EXPECT_EQ(OnServer("SELECT FILENAME FROM VT"), Strings{"v"});
 }
 
 // Random work of two machines and of a program on the server. AUTEUR says which row it is and never
