@@ -67,7 +67,7 @@ class ServerLink final : public BaseLink {
 
   const BasePlace server_;
   const std::string machinePath_, path_;
-  const int wake_;  // an event descriptor: something was stored, or asked for
+  const int wake_;                      // an event descriptor: something was stored, or asked for
   const std::unique_ptr<Lines> lines_;  // to the server, which the end cuts
   std::atomic<bool> ends_ = false;
   std::atomic<bool> freshReport_ = false;

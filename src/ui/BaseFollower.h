@@ -24,8 +24,9 @@ class BaseFollower : public QObject {
   // What others stored before this is made was read by nobody. `takeOver` reads again; false: it
   // cannot now, and is called again. Of what it throws nothing is told: it is called again.
   // `sideSign` gives another text once a side file that the window shows has changed.
-  BaseFollower(Station& station, QWidget& window, std::function<bool()> takeOver,
-               std::function<std::string()> sideSign = [] { return std::string(); });
+  BaseFollower(
+      Station& station, QWidget& window, std::function<bool()> takeOver,
+      std::function<std::string()> sideSign = [] { return std::string(); });
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

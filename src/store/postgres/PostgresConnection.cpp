@@ -59,6 +59,7 @@ void PostgresConnection::SetUp(bool create) {
     throw StoreError(kErrBadDatabase,
                      name_ + " keeps its texts as " + encoding + ": a station's base needs UTF8");
   const PostgresResult there = line_.ExecuteNow("SELECT to_regclass('zemo.base') IS NOT NULL");
+  if (there.IsRefusal() && line_.IsUp()) Fail(there, {});
   if (there.Rows() != 1) FailConnection("does not answer");
   if (there.Text(0, 0) != "t") {
     if (!create) throw StoreError(kErrNoSuchFile, name_ + " is no station's base");

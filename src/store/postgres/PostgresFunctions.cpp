@@ -316,6 +316,8 @@ CREATE OR REPLACE FUNCTION zemo.forget_changes(days int) RETURNS void LANGUAGE s
 // their owner. A machine's place in its queue is told and changed to who knows its name, which
 // nobody else reads.
 constexpr char kRights[] = R"(
+-- Who fires a trigger needs no right to its function, who hangs it on a table of his own does.
+REVOKE EXECUTE ON FUNCTION zemo.begin_write(), zemo.keep_numbers(), zemo.note_rows() FROM PUBLIC;
 REVOKE EXECUTE ON FUNCTION zemo.keep_place(text, bigint), zemo.reserve_numbers(regclass, bigint),
   zemo.forget_changes(int) FROM PUBLIC;
 CREATE OR REPLACE FUNCTION zemo.give_rights(to_role text, rights text) RETURNS void

@@ -10,7 +10,7 @@ namespace zemo {
 
 // Of what stands in the schema zemo: counted up with each change of PostgresSchemaSql, by which a
 // base that has older functions gets these.
-inline constexpr int kFunctionsVersion = 3;
+inline constexpr int kFunctionsVersion = 4;
 // Of the base: counted up when a program that does not know the change may not write any more. The
 // server refuses its writes; it may read.
 inline constexpr int kBaseForm = 1;

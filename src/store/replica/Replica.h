@@ -25,8 +25,8 @@ class Database;
 
 // What was written here and not sent yet, or a part of it that ends where a write ends.
 struct QueuedWrites {
-  int64_t last = 0;     // place in the queue up to which it goes
-  int64_t rows = 0;     // that it is about
+  int64_t last = 0;  // place in the queue up to which it goes
+  int64_t rows = 0;  // that it is about
   std::vector<std::string> tables{};
   std::string changes;  // as zemo.take takes them
 };
@@ -93,7 +93,7 @@ class Replica {
   // Rows of the queue have numbers that the server has given to others, which are `there`: they get
   // those from `first` on. What is alike is the server's already, and no new row.
   void GiveOtherNumbers(const ServerRows& there, int64_t first);
-  RefusedRow FirstRow();    // of the queue's first write
+  RefusedRow FirstRow();  // of the queue's first write
   // A row that the server does not take: its writes leave the queue, and the replica is to be made
   // anew, since nothing tells what the server has in its place.
   void Drop(const RefusedRow& row);

@@ -1,5 +1,5 @@
-// The library that writes spreadsheets, loaded with the first one: it brings a library of ciphers and
-// two megabytes of memory, and who is on air exports none.
+// The library that writes spreadsheets, loaded with the first one: it brings a library of ciphers
+// and two megabytes of memory, and who is on air exports none.
 #pragma once
 
 #include <xlsxwriter.h>

@@ -225,5 +225,24 @@ TEST_F(RightsTest, ANameOfAnyLettersIsOneRole) {
   EXPECT_EQ(Radio("DROP ROLE \"Jean \"\"Zo\"\"; DROP TABLE \"\"VT\"\" --\""), "");
 }
 
+// They act as their owner: hung on a table of one's own they would write the base's notes.
+TEST_F(RightsTest, TheFunctionsThatNoteWritesAreHungOnNoOtherTable) {
+  owner_->GiveRights(Rights::kRead, "desk");
+  for (const std::string name : {"begin_write", "keep_numbers", "note_rows"}) {
+    const std::string why = As("desk",
+                               "CREATE TEMP TABLE own (n int); CREATE TRIGGER t AFTER TRUNCATE ON "
+                               "own EXECUTE FUNCTION zemo." +
+                                   name + "()");
+    EXPECT_NE(why.find("permission denied for function zemo." + name), std::string::npos) << why;
+  }
+}
+
+TEST_F(RightsTest, ARoleWithoutAnyIsToldThatAndNotThatTheServerIsAway) {
+  std::string text;
+  EXPECT_EQ(ErrorOf([&] { OpenAs("second"); }, &text), kErrReadOnly);
+  EXPECT_EQ(text.find("does not answer"), std::string::npos) << text;
+  EXPECT_NE(text.find("permission denied for schema zemo"), std::string::npos) << text;
+}
+
 }  // namespace
 }  // namespace zemo

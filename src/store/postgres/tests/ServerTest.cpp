@@ -351,5 +351,19 @@ TEST(ServerUrl, ThatIsNoneIsToldWithoutItsText) {
             "holds a URL that names no base behind the server");
 }
 
+// What libpq takes for a host, a port or a base is shown.
+TEST(ServerUrl, APasswordThatIsNotEncodedIsTakenForNothingElse) {
+  for (const char* url : {"postgresql://radio:pa/ss@h/air", "postgresql://radio:p@ss@h/air",
+                          "postgresql://radio:p@s/s@h/air", "postgresql://radio:p@/ss@h/air",
+                          "postgresql://radio:p?a@ss@h/air"})
+    EXPECT_EQ(WhyNoServerUrl(url), "holds a sign that a URL has only as %XX") << url;
+  EXPECT_EQ(WhyNoServerUrl("postgresql://radio:secret/air"), "holds a URL whose port is no number");
+  for (const char* url :
+       {"postgresql://radio:p%40s%2Fs@h/air", "postgresql://radio:pa?ss@h/air",
+        "postgresql://radio@h1:5432,h2:5433/air",
+        "postgresql://radio@/air?host=/run/db&password=p@s/s", "postgresql://%2Frun%2Fdb/air"})
+    EXPECT_EQ(WhyNoServerUrl(url), "") << url;
+}
+
 }  // namespace
 }  // namespace zemo
