@@ -62,7 +62,9 @@ struct HourBoard {
   std::atomic<int64_t> awayMs;  // longest absence of the air's loop
   std::atomic<int> elements;    // that went on air and were not the last ones before a kill
   SharedFigures seen;           // from a write on one machine to its sight on another one
-  std::atomic<int> commands, failed, badly;  // of the report's: run, ended by a line, otherwise
+  // Of the report's: run; with the server well, when each has to succeed; ended by a line;
+  // otherwise.
+  std::atomic<int> commands, well, failed, badly;
   std::atomic<int64_t> longestCommandMs;
   std::atomic<int> writes, refused;  // of production
 };
