@@ -308,6 +308,7 @@ void ServerLink::Meet() {
   if (!replica_ && Replica::IsThere(path_))
     replica_ = std::make_unique<Replica>(path_, kReplicaWaitMs);
   ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs), lines_.get());
+  feed.RequireStation();  // ahead of all that would take it for one
   if (!replica_ || replica_->SeenToBy() != ProgramMark()) SeeToTheServer();
   if (!replica_) {
     MakeReplica(feed, NewMachineName(), path_);
@@ -397,6 +398,7 @@ void ServerLink::MakeReplica(ServerFeed& feed, const std::string& machine,
   RemoveLeftovers(fresh);
   PutAside(path);
   Replica::Make(*base, place, machine, fresh);
+  feed.RequireStation();  // it was not moved away ahead of the copy
   std::filesystem::rename(fresh, path);
 }
 

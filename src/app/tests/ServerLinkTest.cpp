@@ -12,13 +12,18 @@
 #include "store/DatabaseFiles.h"
 #include "store/Recordset.h"
 #include "store/StoreError.h"
+#include "store/replica/Replica.h"
 
 namespace zemo {
 namespace {
 
-class ServerLinkTest : public LinkedMachines {};
+class ServerLinkTest : public LinkedMachines {
+ protected:
+  void MoveTablesAway() const;
+};
 
 const char kTitles[] = "SELECT string_agg(\"TITRE\", ' ' ORDER BY \"CODE\") FROM \"Discotheque\"";
+constexpr char kTablesThere[] = "SELECT count(*) FROM pg_tables WHERE schemaname = 'public'";
 
 TEST_F(ServerLinkTest, WhatEitherOfTwoMachinesWritesTheOtherHas) {
   const auto air = Link();
@@ -141,6 +146,74 @@ TEST_F(ServerLinkTest, AReplicaThatAnotherToolLocksIsWaitedFor) {
   }
   Add(*on, "a");
   EXPECT_TRUE(Comes([&] { return air->State().reachable && OnServer(kTitles) == "a"; }));
+}
+
+// By a command of another machine, which nobody's link hears of.
+void ServerLinkTest::MoveTablesAway() const {
+  const auto base = ClosedPostgresDatabase(Url(), std::make_shared<LockWait>());
+  base->Open(false);
+  base->BeginTrans();
+  base->SetTablesAside("aside");
+  base->CommitTrans();
+}
+
+constexpr char kNoStation[] = " is no station's base; the replica on this machine serves";
+
+TEST_F(ServerLinkTest, AMachineThatWasCutOffWhileTheBaseWasMovedAwayKeepsItsReplica) {
+  const std::string path = Folder("air") + '/' + ServerLink::FileName(ServerPlace(Url()));
+  {
+    const auto air = Link();
+    Add(*Open(*air), "a");
+    ASSERT_TRUE(Comes([&] { return air->State().reachable && OnServer(kTitles) == "a"; }));
+  }
+  Replica(path, 2000).SetSeenToBy("an older program");
+  MoveTablesAway();
+  const auto air = Link();
+  std::vector<std::string> lines;
+  ASSERT_TRUE(Comes([&] { return !(lines = air->TakeLines()).empty(); }));
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_NE(lines[0].find(kNoStation), std::string::npos) << lines[0];
+  const auto on = Open(*air);
+  EXPECT_EQ(Count(*on), 1);
+  Add(*on, "b");
+  EXPECT_TRUE(Comes([&] { return air->State().waiting == 1; }));
+  EXPECT_FALSE(air->State().reachable || air->State().onlyReads);
+  EXPECT_EQ(OnServer(kTablesThere), "0");
+}
+
+// What it still has to send is no row that the server refuses.
+TEST_F(ServerLinkTest, ABaseThatIsMovedAwayUnderTheLinkIsOneAgainOnceItsTablesAreBack) {
+  const auto air = Link();
+  const auto on = Open(*air);
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  MoveTablesAway();
+  Add(*on, "a");
+  ASSERT_TRUE(Comes([&] { return !air->State().reachable; }));
+  EXPECT_TRUE(Comes([&] { return air->State().waiting == 1; }));
+  EXPECT_EQ(OnServer(kTablesThere), "0");
+  EXPECT_EQ(Count(*on), 1);
+  ASSERT_EQ(TestServer::Get().Try(
+                made_,
+                "DO $$ DECLARE name text; BEGIN FOR name IN SELECT tablename FROM pg_tables WHERE "
+                "schemaname = 'aside' LOOP EXECUTE format('ALTER TABLE aside.%I SET SCHEMA "
+                "public', name); END LOOP; END $$"),
+            "");
+  EXPECT_TRUE(Comes([&] { return OnServer(kTitles) == "a" && air->State().reachable; }));
+  EXPECT_TRUE(Comes([&] { return on->FileIsLost(); }));  // a fresh one has taken its place
+  on->Open(false);
+  EXPECT_EQ(Count(*on), 1);
+  EXPECT_FALSE(std::filesystem::exists(Folder("air") + "/RefusedRows.Txt"));
+}
+
+TEST_F(ServerLinkTest, AFirstStartOnAnEmptiedBaseMakesNone) {
+  MoveTablesAway();
+  const auto air = Link();
+  std::vector<std::string> lines;
+  ASSERT_TRUE(Comes([&] { return !(lines = air->TakeLines()).empty(); }));
+  EXPECT_NE(lines[0].find(" is no station's base"), std::string::npos) << lines[0];
+  EXPECT_FALSE(
+      std::filesystem::exists(Folder("air") + '/' + ServerLink::FileName(ServerPlace(Url()))));
+  EXPECT_EQ(OnServer(kTablesThere), "0");
 }
 
 // Held by another tool for longer than a start waits, or damaged: what it holds is not thrown away.

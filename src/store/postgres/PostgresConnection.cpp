@@ -61,7 +61,7 @@ void PostgresConnection::SetUp(bool create) {
   const PostgresResult there = line_.ExecuteNow("SELECT to_regclass('zemo.base') IS NOT NULL");
   if (there.Rows() != 1) FailConnection("does not answer");
   if (there.Text(0, 0) != "t") {
-    if (!create) throw StoreError(kErrNoSuchFile, name_ + " is no station's base");
+    if (!create) throw StoreError(kErrNoSuchFile, name_ + kNoStationsBase);
     return RenewFunctions();
   }
   ActAsOwner();

@@ -57,6 +57,10 @@ class ServerFeed {
   FeedPlace Now();
   // What came behind that place can be told: the base is the same, and its changes are still known.
   bool GoesOnFrom(const FeedPlace& place);
+  // A table of the station is there. Without any it was moved away, or is just being restored.
+  bool HoldsStation();
+  // Throws kErrNoSuchFile where it does not.
+  void RequireStation();
   bool IsOfThisVersion();  // the base; one of a newer version is only read
   bool MayWrite();         // this role, a table of the station at least
   // Tables in which it may not store whatever it likes, or that the base does not watch.

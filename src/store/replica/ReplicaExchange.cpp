@@ -76,7 +76,7 @@ std::string ReplicaExchange::Refusal(const QueuedWrites& queued) {
     feed_.Take(replica_.Machine(), queued.last, queued.changes);
     return {};
   } catch (const StoreError& error) {
-    if (!IsRefusal(error, queued) || !feed_.HasItsFunctions()) throw;
+    if (!IsRefusal(error, queued) || !feed_.HasItsFunctions() || !feed_.HoldsStation()) throw;
     return error.what();
   }
 }
