@@ -373,7 +373,7 @@ void ServerLink::Compact(ServerFeed& feed) {
 bool ServerLink::Await(ServerFeed& feed) {
   askedMs_ = 0;
   CountWaiting();
-  if (state_.waiting > 0) return false;
+  if (state_.waiting > 0 && !state_.onlyReads) return false;
   pollfd awaited[] = {{wake_, POLLIN, 0}, {feed.Socket(), POLLIN, 0}};
   const int ready = poll(awaited, 2, NowMs() < recheckUntilMs_ ? kRecheckMs : kAskMs);
   uint64_t count = 0;
@@ -405,12 +405,25 @@ void ServerLink::MakeReplica(ServerFeed& feed, const std::string& machine,
 // What the program wrote while the copy was made is sent before the former replica goes.
 void ServerLink::MakeAnew(ServerFeed& feed, ReplicaExchange& steps) {
   const std::string whole = path_ + ".whole";
+  RequireSending();
   // A structure that somebody changed under the program is his affair up to the next start.
   if (feed.Now().base != replica_->Place().base) SeeToTheServer();
   RemoveLeftovers(whole);
   MakeReplica(feed, replica_->Machine(), whole);
   GiveFirstNumbers(feed, whole);
-  while (!TakesItsPlace(whole)) steps.Send();
+  while (!TakesItsPlace(whole)) {
+    if (ends_) return;
+    RequireSending();
+    steps.Send();
+  }
+}
+
+// A fresh replica would not have what waits.
+void ServerLink::RequireSending() {
+  if (replica_->OnlyReads() && replica_->Waiting() > 0)
+    throw StoreError(kErrReadOnly,
+                     "what this machine has to send keeps its replica as it is: it needs a role "
+                     "that writes, and a program as new as the base");
 }
 
 void ServerLink::GiveFirstNumbers(ServerFeed& feed, const std::string& path) {

@@ -55,6 +55,7 @@ class ServerLink final : public BaseLink {
   void SeeToTheServer();
   void MakeReplica(ServerFeed& feed, const std::string& machine, const std::string& path);
   void MakeAnew(ServerFeed& feed, ReplicaExchange& steps);
+  void RequireSending();
   static void GiveFirstNumbers(ServerFeed& feed, const std::string& path);
   bool TakesItsPlace(const std::string& whole);
   void KeepRefused(const std::string& table, const std::string& values, const std::string& why);

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 
 #include <chrono>
+#include <ctime>
 #include <fstream>
 
 #include "LinkedMachines.h"
@@ -324,6 +325,87 @@ TEST_F(ServerLinkTest, TheEndDoesNotWaitForTheOtherConnectionsEither) {
                     "' AND application_name = 'zemoradio'") == "3";
   }));
   EXPECT_LT(MsOf([&] { air.reset(); }), kEndMs);
+}
+
+// A machine whose role worked, and only reads since something waits in its replica.
+class ReadersLinkTest : public LinkedMachines {
+ protected:
+  void SetUp() override {
+    LinkedMachines::SetUp();
+    if (IsSkipped()) return;
+    TestServer::Get().Try(made_, "CREATE ROLE reader LOGIN");  // there already, from another test
+    Give("work");
+    link_ = MakeLink();
+    ASSERT_TRUE(Comes([&] { return link_->State().reachable; }));
+    TestServer::Get().Stop();
+    Add(*Open(*link_), "waits");
+    link_.reset();
+    TestServer::Get().Start();
+    Give("read");
+    link_ = MakeLink();
+    base_ = Open(*link_);
+  }
+  void TearDown() override {
+    base_.reset();
+    link_.reset();
+    LinkedMachines::TearDown();
+  }
+  std::unique_ptr<ServerLink> MakeLink() const {
+    return std::make_unique<ServerLink>(ServerPlace(TestServer::Get().Url(made_, "reader")),
+                                        Folder("desk"));
+  }
+  void Give(const std::string& rights) const {
+    ASSERT_EQ(TestServer::Get().Try(made_, "SELECT zemo.give_rights('reader', '" + rights + "')"),
+              "");
+  }
+  // Until the link, of which nobody wants anything, asks the server whether it is there.
+  void AwaitItsNextQuestion() const {
+    const std::string asked =
+        "(SELECT max(query_start) FROM pg_stat_activity WHERE usename = 'reader')";
+    ASSERT_EQ(TestServer::Get().Try(made_, "DO $$ DECLARE before timestamptz := " + asked +
+                                               "; BEGIN FOR i IN 1..400 LOOP "
+                                               "PERFORM pg_sleep(0.05), pg_stat_clear_snapshot(); "
+                                               "IF " +
+                                               asked +
+                                               " > before THEN RETURN; END IF; END LOOP; "
+                                               "RAISE EXCEPTION 'it does not ask'; END $$"),
+              "");
+  }
+  std::unique_ptr<ServerLink> link_;
+  std::unique_ptr<Database> base_;
+};
+
+TEST_F(ReadersLinkTest, ReadsOnAndRestsInBetween) {
+  ASSERT_TRUE(Comes([&] { return link_->State().reachable; }));
+  OnServer("INSERT INTO \"Discotheque\" (\"TITRE\") VALUES ('theirs')");
+  EXPECT_TRUE(Comes([&] { return Count(*base_) == 2; }));
+  EXPECT_TRUE(link_->State().onlyReads);
+  EXPECT_EQ(link_->State().waiting, 1);
+  const clock_t before = clock();  // of the processor, by all threads
+  AwaitItsNextQuestion();
+  EXPECT_LT(clock() - before, CLOCKS_PER_SEC / 2);
+  EXPECT_EQ(OnServer(kTitles), "theirs");
+  EXPECT_TRUE(link_->TakeLines().empty());
+}
+
+// What came since the structure changed cannot be told, and a fresh replica would not have what
+// waits.
+TEST_F(ReadersLinkTest, KeepsItsReplicaWhereItIsToBeMadeAnewUntilItMaySendAgain) {
+  ASSERT_TRUE(Comes([&] { return link_->State().reachable; }));
+  ASSERT_EQ(TestServer::Get().Try(made_, "ALTER TABLE \"Variete\" ADD COLUMN \"MORE\" text"), "");
+  std::vector<std::string> lines;
+  ASSERT_TRUE(Comes([&] { return !(lines = link_->TakeLines()).empty(); }));
+  EXPECT_EQ(lines, std::vector<std::string>{
+                       "what this machine has to send keeps its replica as it is: it needs a role "
+                       "that writes, and a program as new as the base; the replica on this machine "
+                       "serves"});
+  EXPECT_EQ(Count(*base_), 1);
+  EXPECT_EQ(link_->State().waiting, 1);
+  Give("work");
+  EXPECT_TRUE(Comes([&] { return OnServer(kTitles) == "waits" && base_->FileIsLost(); }));
+  base_->Open(false);
+  EXPECT_EQ(Count(*base_), 1);
+  EXPECT_TRUE(Comes([&] { return link_->State().reachable && link_->State().waiting == 0; }));
 }
 
 // What was asked for while the server was not there.
