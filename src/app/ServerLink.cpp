@@ -181,6 +181,7 @@ ServerLink::~ServerLink() {
   }
   lines_->Cut();
   thread_.join();
+  if (compaction_.joinable()) compaction_.join();
   close(wake_);
 }
 
@@ -351,20 +352,30 @@ void ServerLink::Serve(ReplicaExchange& steps, ServerFeed& feed) {
 void ServerLink::SeeToWriting(ReplicaExchange& steps, ServerFeed& feed) {
   steps.GiveNumbers();
   ServeWish(freshReport_, [&] { steps.GiveFreshNumbers(kReport); });
-  ServeWish(compact_, [&] { Compact(feed); });
+  BeginCompaction();
   if (NowMs() - forgotMs_ < kDayMs) return;
   feed.ForgetChanges(kKnownDays);
   forgotMs_ = NowMs();
 }
 
-// Who only works in the base leaves it to who owns it.
-void ServerLink::Compact(ServerFeed& feed) {
-  askedMs_ = 0;  // it may take its time
+// Beside the link's work, which minutes of waiting must not keep from the server.
+void ServerLink::BeginCompaction() {
+  if (compacts_ || !compact_.exchange(false)) return;
+  if (compaction_.joinable()) compaction_.join();
+  compacts_ = true;
+  compaction_ = std::thread([this] {
+    Compact();
+    compacts_ = false;
+  });
+}
+
+// Once, whatever becomes of it: the next month asks again. Who only works in the base leaves it to
+// who owns it.
+void ServerLink::Compact() {
   try {
-    feed.Compact();
-  } catch (const StoreError& error) {
-    if (error.Number() != kErrReadOnly) throw;
-    Tell(std::string("not compacted: ") + error.what());
+    ServerFeed(server_.url, std::make_shared<LockWait>(kWritersWaitMs), lines_.get()).Compact();
+  } catch (const std::exception& error) {
+    if (!ends_) Tell(std::string("not compacted: ") + error.what());
   }
 }
 

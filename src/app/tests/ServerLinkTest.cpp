@@ -327,6 +327,60 @@ TEST_F(ServerLinkTest, TheEndDoesNotWaitForTheOtherConnectionsEither) {
   EXPECT_LT(MsOf([&] { air.reset(); }), kEndMs);
 }
 
+constexpr char kBrokenIndexes[] = "SELECT count(*) FROM pg_index WHERE NOT indisvalid";
+
+// Somebody reads, in one transaction that goes on.
+TEST_F(ServerLinkTest, ACompactionThatWaitsKeepsTheLinkFromNothingAndIsTriedOnce) {
+  const auto air = Link();
+  const auto on = Open(*air);
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  const auto reader = ClosedPostgresDatabase(Url(), std::make_shared<LockWait>());
+  reader->Open(false);
+  reader->BeginReading();
+  EXPECT_EQ(Count(*reader), 0);
+  on->CompactInPlace();
+  ASSERT_TRUE(Comes([&] {
+    return OnServer(
+               "SELECT count(*) FROM pg_stat_activity WHERE state = 'active' AND query LIKE "
+               "'REINDEX%'") == "1";
+  }));
+  Add(*on, "a");
+  EXPECT_TRUE(Comes([&] { return OnServer(kTitles) == "a"; }, std::chrono::seconds(5)));
+  std::vector<std::string> lines;
+  ASSERT_TRUE(Comes([&] { return !(lines = air->TakeLines()).empty(); }));
+  EXPECT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].substr(0, 15), "not compacted: ");
+  EXPECT_TRUE(air->State().reachable);
+  EXPECT_EQ(OnServer(kBrokenIndexes), "1");
+  reader->Close();
+  on->CompactInPlace();
+  EXPECT_TRUE(Comes([&] { return OnServer(kBrokenIndexes) == "0"; }));
+  EXPECT_TRUE(air->TakeLines().empty());
+}
+
+// As another tool makes them that is interrupted, and as this program did: of a table, and of what
+// it keeps its long values in.
+TEST_F(ServerLinkTest, ACompactionTakesAwayWhatAnInterruptedOneLeft) {
+  const auto air = Link();
+  const auto on = Open(*air);
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  const auto reader = ClosedPostgresDatabase(Url(), std::make_shared<LockWait>());
+  reader->Open(false);
+  reader->BeginReading();
+  EXPECT_EQ(Count(*reader), 0);
+  ASSERT_EQ(TestServer::Get().Try(
+                made_, "ALTER ROLE radio IN DATABASE " + made_ + " SET lock_timeout = '50ms'"),
+            "");
+  EXPECT_NE(TestServer::Get().Try(made_, "REINDEX TABLE CONCURRENTLY \"Discotheque\""), "");
+  ASSERT_EQ(OnServer("SELECT count(DISTINCT relnamespace) FROM pg_index JOIN pg_class ON oid = "
+                     "indexrelid WHERE NOT indisvalid"),
+            "2");
+  reader->Close();
+  on->CompactInPlace();
+  EXPECT_TRUE(Comes([&] { return OnServer(kBrokenIndexes) == "0"; }));
+  EXPECT_TRUE(air->TakeLines().empty());
+}
+
 // A machine whose role worked, and only reads since something waits in its replica.
 class ReadersLinkTest : public LinkedMachines {
  protected:

@@ -87,7 +87,7 @@ class ServerFeed {
   // Changes that are older than this are forgotten; who has not taken them in by then reads the
   // whole base again.
   void ForgetChanges(int days);
-  void Compact();
+  void Compact();  // minutes, maybe
 
   void Listen();       // for changes, from now on
   int Socket();        // readable when the server has said something; -1: lost
