@@ -327,6 +327,16 @@ TEST_F(ReplicaTest, ABaseWithoutItsFunctionsRefusesNothing) {
   EXPECT_EQ(OnServer(kTitles), (Strings{"kept", "SOS"}));
 }
 
+TEST_F(ReplicaTest, ABaseWhoseTablesWereMovedAwayRefusesNothing) {
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'waits'");
+  Server().BeginTrans();
+  dynamic_cast<ServerDatabase&>(Server()).SetTablesAside("aside");
+  Server().CommitTrans();
+  EXPECT_EQ(ErrorOf([&] { Air().Send(); }), kErrNoSuchTable);
+  EXPECT_EQ(Air().Refused(), Strings{});
+  EXPECT_EQ(Air().Copy().Waiting(), 1);
+}
+
 TEST_F(ReplicaTest, TwoRowsMayExchangeWhatOnlyOneCanHave) {
   EXPECT_EQ(ByHand("CREATE UNIQUE INDEX once ON \"Variete\" (\"POURCENT\")"), "");
   EXPECT_EQ(ErrorOf([&] {
