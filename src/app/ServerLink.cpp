@@ -181,6 +181,7 @@ ServerLink::~ServerLink() {
   }
   lines_->Cut();
   thread_.join();
+  if (compaction_.joinable()) compaction_.join();
   close(wake_);
 }
 
@@ -308,6 +309,7 @@ void ServerLink::Meet() {
   if (!replica_ && Replica::IsThere(path_))
     replica_ = std::make_unique<Replica>(path_, kReplicaWaitMs);
   ServerFeed feed(server_.url, std::make_shared<LockWait>(kWritersWaitMs), lines_.get());
+  feed.RequireStation();  // ahead of all that would take it for one
   if (!replica_ || replica_->SeenToBy() != ProgramMark()) SeeToTheServer();
   if (!replica_) {
     MakeReplica(feed, NewMachineName(), path_);
@@ -350,20 +352,30 @@ void ServerLink::Serve(ReplicaExchange& steps, ServerFeed& feed) {
 void ServerLink::SeeToWriting(ReplicaExchange& steps, ServerFeed& feed) {
   steps.GiveNumbers();
   ServeWish(freshReport_, [&] { steps.GiveFreshNumbers(kReport); });
-  ServeWish(compact_, [&] { Compact(feed); });
+  BeginCompaction();
   if (NowMs() - forgotMs_ < kDayMs) return;
   feed.ForgetChanges(kKnownDays);
   forgotMs_ = NowMs();
 }
 
-// Who only works in the base leaves it to who owns it.
-void ServerLink::Compact(ServerFeed& feed) {
-  askedMs_ = 0;  // it may take its time
+// Beside the link's work, which minutes of waiting must not keep from the server.
+void ServerLink::BeginCompaction() {
+  if (compacts_ || !compact_.exchange(false)) return;
+  if (compaction_.joinable()) compaction_.join();
+  compacts_ = true;
+  compaction_ = std::thread([this] {
+    Compact();
+    compacts_ = false;
+  });
+}
+
+// Once, whatever becomes of it: the next month asks again. Who only works in the base leaves it to
+// who owns it.
+void ServerLink::Compact() {
   try {
-    feed.Compact();
-  } catch (const StoreError& error) {
-    if (error.Number() != kErrReadOnly) throw;
-    Tell(std::string("not compacted: ") + error.what());
+    ServerFeed(server_.url, std::make_shared<LockWait>(kWritersWaitMs), lines_.get()).Compact();
+  } catch (const std::exception& error) {
+    if (!ends_) Tell(std::string("not compacted: ") + error.what());
   }
 }
 
@@ -372,7 +384,7 @@ void ServerLink::Compact(ServerFeed& feed) {
 bool ServerLink::Await(ServerFeed& feed) {
   askedMs_ = 0;
   CountWaiting();
-  if (state_.waiting > 0) return false;
+  if (state_.waiting > 0 && !state_.onlyReads) return false;
   pollfd awaited[] = {{wake_, POLLIN, 0}, {feed.Socket(), POLLIN, 0}};
   const int ready = poll(awaited, 2, NowMs() < recheckUntilMs_ ? kRecheckMs : kAskMs);
   uint64_t count = 0;
@@ -397,18 +409,32 @@ void ServerLink::MakeReplica(ServerFeed& feed, const std::string& machine,
   RemoveLeftovers(fresh);
   PutAside(path);
   Replica::Make(*base, place, machine, fresh);
+  feed.RequireStation();  // it was not moved away ahead of the copy
   std::filesystem::rename(fresh, path);
 }
 
 // What the program wrote while the copy was made is sent before the former replica goes.
 void ServerLink::MakeAnew(ServerFeed& feed, ReplicaExchange& steps) {
   const std::string whole = path_ + ".whole";
+  RequireSending();
   // A structure that somebody changed under the program is his affair up to the next start.
   if (feed.Now().base != replica_->Place().base) SeeToTheServer();
   RemoveLeftovers(whole);
   MakeReplica(feed, replica_->Machine(), whole);
   GiveFirstNumbers(feed, whole);
-  while (!TakesItsPlace(whole)) steps.Send();
+  while (!TakesItsPlace(whole)) {
+    if (ends_) return;
+    RequireSending();
+    steps.Send();
+  }
+}
+
+// A fresh replica would not have what waits.
+void ServerLink::RequireSending() {
+  if (replica_->OnlyReads() && replica_->Waiting() > 0)
+    throw StoreError(kErrReadOnly,
+                     "what this machine has to send keeps its replica as it is: it needs a role "
+                     "that writes, and a program as new as the base");
 }
 
 void ServerLink::GiveFirstNumbers(ServerFeed& feed, const std::string& path) {

@@ -49,12 +49,14 @@ class ServerLink final : public BaseLink {
   void Meet();
   void Serve(ReplicaExchange& steps, ServerFeed& feed);
   void SeeToWriting(ReplicaExchange& steps, ServerFeed& feed);
-  void Compact(ServerFeed& feed);
+  void BeginCompaction();
+  void Compact();
   bool Await(ServerFeed& feed);
   void Rest(int ms);
   void SeeToTheServer();
   void MakeReplica(ServerFeed& feed, const std::string& machine, const std::string& path);
   void MakeAnew(ServerFeed& feed, ReplicaExchange& steps);
+  void RequireSending();
   static void GiveFirstNumbers(ServerFeed& feed, const std::string& path);
   bool TakesItsPlace(const std::string& whole);
   void KeepRefused(const std::string& table, const std::string& values, const std::string& why);
@@ -72,6 +74,7 @@ class ServerLink final : public BaseLink {
   std::atomic<bool> ends_ = false;
   std::atomic<bool> freshReport_ = false;
   std::atomic<bool> compact_ = false;
+  std::atomic<bool> compacts_ = false;
   std::atomic<int64_t> askedMs_ = 0;  // since when the server is to answer; 0: nothing is asked
   std::atomic<int64_t> stored_ = 0;   // writes that began since those that wait were counted
 
@@ -88,7 +91,8 @@ class ServerLink final : public BaseLink {
   bool hasEnded_ = false;
   std::condition_variable ended_;
 
-  std::thread thread_;  // last: it uses all the others
+  std::thread compaction_;  // the thread's, which alone begins it
+  std::thread thread_;      // last: it uses all the others
 };
 
 }  // namespace zemo

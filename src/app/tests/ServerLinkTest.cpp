@@ -6,19 +6,25 @@
 #include <sys/wait.h>
 
 #include <chrono>
+#include <ctime>
 #include <fstream>
 
 #include "LinkedMachines.h"
 #include "store/DatabaseFiles.h"
 #include "store/Recordset.h"
 #include "store/StoreError.h"
+#include "store/replica/Replica.h"
 
 namespace zemo {
 namespace {
 
-class ServerLinkTest : public LinkedMachines {};
+class ServerLinkTest : public LinkedMachines {
+ protected:
+  void MoveTablesAway() const;
+};
 
 const char kTitles[] = "SELECT string_agg(\"TITRE\", ' ' ORDER BY \"CODE\") FROM \"Discotheque\"";
+constexpr char kTablesThere[] = "SELECT count(*) FROM pg_tables WHERE schemaname = 'public'";
 
 TEST_F(ServerLinkTest, WhatEitherOfTwoMachinesWritesTheOtherHas) {
   const auto air = Link();
@@ -143,6 +149,74 @@ TEST_F(ServerLinkTest, AReplicaThatAnotherToolLocksIsWaitedFor) {
   EXPECT_TRUE(Comes([&] { return air->State().reachable && OnServer(kTitles) == "a"; }));
 }
 
+// By a command of another machine, which nobody's link hears of.
+void ServerLinkTest::MoveTablesAway() const {
+  const auto base = ClosedPostgresDatabase(Url(), std::make_shared<LockWait>());
+  base->Open(false);
+  base->BeginTrans();
+  base->SetTablesAside("aside");
+  base->CommitTrans();
+}
+
+constexpr char kNoStation[] = " is no station's base; the replica on this machine serves";
+
+TEST_F(ServerLinkTest, AMachineThatWasCutOffWhileTheBaseWasMovedAwayKeepsItsReplica) {
+  const std::string path = Folder("air") + '/' + ServerLink::FileName(ServerPlace(Url()));
+  {
+    const auto air = Link();
+    Add(*Open(*air), "a");
+    ASSERT_TRUE(Comes([&] { return air->State().reachable && OnServer(kTitles) == "a"; }));
+  }
+  Replica(path, 2000).SetSeenToBy("an older program");
+  MoveTablesAway();
+  const auto air = Link();
+  std::vector<std::string> lines;
+  ASSERT_TRUE(Comes([&] { return !(lines = air->TakeLines()).empty(); }));
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_NE(lines[0].find(kNoStation), std::string::npos) << lines[0];
+  const auto on = Open(*air);
+  EXPECT_EQ(Count(*on), 1);
+  Add(*on, "b");
+  EXPECT_TRUE(Comes([&] { return air->State().waiting == 1; }));
+  EXPECT_FALSE(air->State().reachable || air->State().onlyReads);
+  EXPECT_EQ(OnServer(kTablesThere), "0");
+}
+
+// What it still has to send is no row that the server refuses.
+TEST_F(ServerLinkTest, ABaseThatIsMovedAwayUnderTheLinkIsOneAgainOnceItsTablesAreBack) {
+  const auto air = Link();
+  const auto on = Open(*air);
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  MoveTablesAway();
+  Add(*on, "a");
+  ASSERT_TRUE(Comes([&] { return !air->State().reachable; }));
+  EXPECT_TRUE(Comes([&] { return air->State().waiting == 1; }));
+  EXPECT_EQ(OnServer(kTablesThere), "0");
+  EXPECT_EQ(Count(*on), 1);
+  ASSERT_EQ(TestServer::Get().Try(
+                made_,
+                "DO $$ DECLARE name text; BEGIN FOR name IN SELECT tablename FROM pg_tables WHERE "
+                "schemaname = 'aside' LOOP EXECUTE format('ALTER TABLE aside.%I SET SCHEMA "
+                "public', name); END LOOP; END $$"),
+            "");
+  EXPECT_TRUE(Comes([&] { return OnServer(kTitles) == "a" && air->State().reachable; }));
+  EXPECT_TRUE(Comes([&] { return on->FileIsLost(); }));  // a fresh one has taken its place
+  on->Open(false);
+  EXPECT_EQ(Count(*on), 1);
+  EXPECT_FALSE(std::filesystem::exists(Folder("air") + "/RefusedRows.Txt"));
+}
+
+TEST_F(ServerLinkTest, AFirstStartOnAnEmptiedBaseMakesNone) {
+  MoveTablesAway();
+  const auto air = Link();
+  std::vector<std::string> lines;
+  ASSERT_TRUE(Comes([&] { return !(lines = air->TakeLines()).empty(); }));
+  EXPECT_NE(lines[0].find(" is no station's base"), std::string::npos) << lines[0];
+  EXPECT_FALSE(
+      std::filesystem::exists(Folder("air") + '/' + ServerLink::FileName(ServerPlace(Url()))));
+  EXPECT_EQ(OnServer(kTablesThere), "0");
+}
+
 // Held by another tool for longer than a start waits, or damaged: what it holds is not thrown away.
 TEST_F(ServerLinkTest, AReplicaThatCannotBeReadIsNeverReplacedByAFreshOne) {
   const std::string path = Folder("air") + '/' + ServerLink::FileName(ServerPlace(Url()));
@@ -251,6 +325,141 @@ TEST_F(ServerLinkTest, TheEndDoesNotWaitForTheOtherConnectionsEither) {
                     "' AND application_name = 'zemoradio'") == "3";
   }));
   EXPECT_LT(MsOf([&] { air.reset(); }), kEndMs);
+}
+
+constexpr char kBrokenIndexes[] = "SELECT count(*) FROM pg_index WHERE NOT indisvalid";
+
+// Somebody reads, in one transaction that goes on.
+TEST_F(ServerLinkTest, ACompactionThatWaitsKeepsTheLinkFromNothingAndIsTriedOnce) {
+  const auto air = Link();
+  const auto on = Open(*air);
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  const auto reader = ClosedPostgresDatabase(Url(), std::make_shared<LockWait>());
+  reader->Open(false);
+  reader->BeginReading();
+  EXPECT_EQ(Count(*reader), 0);
+  on->CompactInPlace();
+  ASSERT_TRUE(Comes([&] {
+    return OnServer(
+               "SELECT count(*) FROM pg_stat_activity WHERE state = 'active' AND query LIKE "
+               "'REINDEX%'") == "1";
+  }));
+  Add(*on, "a");
+  EXPECT_TRUE(Comes([&] { return OnServer(kTitles) == "a"; }, std::chrono::seconds(5)));
+  std::vector<std::string> lines;
+  ASSERT_TRUE(Comes([&] { return !(lines = air->TakeLines()).empty(); }));
+  EXPECT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].substr(0, 15), "not compacted: ");
+  EXPECT_TRUE(air->State().reachable);
+  EXPECT_EQ(OnServer(kBrokenIndexes), "1");
+  reader->Close();
+  on->CompactInPlace();
+  EXPECT_TRUE(Comes([&] { return OnServer(kBrokenIndexes) == "0"; }));
+  EXPECT_TRUE(air->TakeLines().empty());
+}
+
+// As another tool makes them that is interrupted, and as this program did: of a table, and of what
+// it keeps its long values in.
+TEST_F(ServerLinkTest, ACompactionTakesAwayWhatAnInterruptedOneLeft) {
+  const auto air = Link();
+  const auto on = Open(*air);
+  ASSERT_TRUE(Comes([&] { return air->State().reachable; }));
+  const auto reader = ClosedPostgresDatabase(Url(), std::make_shared<LockWait>());
+  reader->Open(false);
+  reader->BeginReading();
+  EXPECT_EQ(Count(*reader), 0);
+  ASSERT_EQ(TestServer::Get().Try(
+                made_, "ALTER ROLE radio IN DATABASE " + made_ + " SET lock_timeout = '50ms'"),
+            "");
+  EXPECT_NE(TestServer::Get().Try(made_, "REINDEX TABLE CONCURRENTLY \"Discotheque\""), "");
+  ASSERT_EQ(OnServer("SELECT count(DISTINCT relnamespace) FROM pg_index JOIN pg_class ON oid = "
+                     "indexrelid WHERE NOT indisvalid"),
+            "2");
+  reader->Close();
+  on->CompactInPlace();
+  EXPECT_TRUE(Comes([&] { return OnServer(kBrokenIndexes) == "0"; }));
+  EXPECT_TRUE(air->TakeLines().empty());
+}
+
+// A machine whose role worked, and only reads since something waits in its replica.
+class ReadersLinkTest : public LinkedMachines {
+ protected:
+  void SetUp() override {
+    LinkedMachines::SetUp();
+    if (IsSkipped()) return;
+    TestServer::Get().Try(made_, "CREATE ROLE reader LOGIN");  // there already, from another test
+    Give("work");
+    link_ = MakeLink();
+    ASSERT_TRUE(Comes([&] { return link_->State().reachable; }));
+    TestServer::Get().Stop();
+    Add(*Open(*link_), "waits");
+    link_.reset();
+    TestServer::Get().Start();
+    Give("read");
+    link_ = MakeLink();
+    base_ = Open(*link_);
+  }
+  void TearDown() override {
+    base_.reset();
+    link_.reset();
+    LinkedMachines::TearDown();
+  }
+  std::unique_ptr<ServerLink> MakeLink() const {
+    return std::make_unique<ServerLink>(ServerPlace(TestServer::Get().Url(made_, "reader")),
+                                        Folder("desk"));
+  }
+  void Give(const std::string& rights) const {
+    ASSERT_EQ(TestServer::Get().Try(made_, "SELECT zemo.give_rights('reader', '" + rights + "')"),
+              "");
+  }
+  // Until the link, of which nobody wants anything, asks the server whether it is there.
+  void AwaitItsNextQuestion() const {
+    const std::string asked =
+        "(SELECT max(query_start) FROM pg_stat_activity WHERE usename = 'reader')";
+    ASSERT_EQ(TestServer::Get().Try(made_, "DO $$ DECLARE before timestamptz := " + asked +
+                                               "; BEGIN FOR i IN 1..400 LOOP "
+                                               "PERFORM pg_sleep(0.05), pg_stat_clear_snapshot(); "
+                                               "IF " +
+                                               asked +
+                                               " > before THEN RETURN; END IF; END LOOP; "
+                                               "RAISE EXCEPTION 'it does not ask'; END $$"),
+              "");
+  }
+  std::unique_ptr<ServerLink> link_;
+  std::unique_ptr<Database> base_;
+};
+
+TEST_F(ReadersLinkTest, ReadsOnAndRestsInBetween) {
+  ASSERT_TRUE(Comes([&] { return link_->State().reachable; }));
+  OnServer("INSERT INTO \"Discotheque\" (\"TITRE\") VALUES ('theirs')");
+  EXPECT_TRUE(Comes([&] { return Count(*base_) == 2; }));
+  EXPECT_TRUE(link_->State().onlyReads);
+  EXPECT_EQ(link_->State().waiting, 1);
+  const clock_t before = clock();  // of the processor, by all threads
+  AwaitItsNextQuestion();
+  EXPECT_LT(clock() - before, CLOCKS_PER_SEC / 2);
+  EXPECT_EQ(OnServer(kTitles), "theirs");
+  EXPECT_TRUE(link_->TakeLines().empty());
+}
+
+// What came since the structure changed cannot be told, and a fresh replica would not have what
+// waits.
+TEST_F(ReadersLinkTest, KeepsItsReplicaWhereItIsToBeMadeAnewUntilItMaySendAgain) {
+  ASSERT_TRUE(Comes([&] { return link_->State().reachable; }));
+  ASSERT_EQ(TestServer::Get().Try(made_, "ALTER TABLE \"Variete\" ADD COLUMN \"MORE\" text"), "");
+  std::vector<std::string> lines;
+  ASSERT_TRUE(Comes([&] { return !(lines = link_->TakeLines()).empty(); }));
+  EXPECT_EQ(lines, std::vector<std::string>{
+                       "what this machine has to send keeps its replica as it is: it needs a role "
+                       "that writes, and a program as new as the base; the replica on this machine "
+                       "serves"});
+  EXPECT_EQ(Count(*base_), 1);
+  EXPECT_EQ(link_->State().waiting, 1);
+  Give("work");
+  EXPECT_TRUE(Comes([&] { return OnServer(kTitles) == "waits" && base_->FileIsLost(); }));
+  base_->Open(false);
+  EXPECT_EQ(Count(*base_), 1);
+  EXPECT_TRUE(Comes([&] { return link_->State().reachable && link_->State().waiting == 0; }));
 }
 
 // What was asked for while the server was not there.

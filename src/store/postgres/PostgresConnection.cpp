@@ -62,7 +62,7 @@ void PostgresConnection::SetUp(bool create) {
   if (there.IsRefusal() && line_.IsUp()) Fail(there, {});
   if (there.Rows() != 1) FailConnection("does not answer");
   if (there.Text(0, 0) != "t") {
-    if (!create) throw StoreError(kErrNoSuchFile, name_ + " is no station's base");
+    if (!create) throw StoreError(kErrNoSuchFile, name_ + kNoStationsBase);
     return RenewFunctions();
   }
   ActAsOwner();
@@ -311,26 +311,47 @@ void PostgresConnection::GiveUpCopy() {
 // --- Upkeep ---
 
 // Neither keeps anybody from reading or writing: an index is made anew beside the one that it
-// replaces, and no end of a file is cut off. An index that was interrupted is taken away first.
+// replaces, and no end of a file is cut off. One at a time: a table's all together would take those
+// of its long values along, which an owner cannot take away where they were interrupted.
 void PostgresConnection::Compact() {
   Check();
   line_.ExecuteNow("SET statement_timeout = 0; SET lock_timeout = '10s'");
   try {
-    const PostgresResult broken =
-        Run("SELECT quote_ident(relname) FROM pg_index JOIN pg_class ON oid = indexrelid WHERE "
-            "NOT indisvalid AND relnamespace = quote_ident(current_schema())::regnamespace",
-            {}, false);
-    for (int row = 0; row < broken.Rows(); ++row)
-      Change("DROP INDEX CONCURRENTLY " + std::string(broken.Text(row, 0)));
+    DropBrokenIndexes();
     for (const auto& table : std::vector(AllTables())) {
-      Change("VACUUM (ANALYZE, TRUNCATE false) " + QuotedName(table->Name));
-      Change("REINDEX TABLE CONCURRENTLY " + QuotedName(table->Name));
+      ChangeOnce("VACUUM (ANALYZE, TRUNCATE false) " + QuotedName(table->Name));
+      const PostgresResult indexes = Run(
+          "SELECT indexrelid::regclass FROM pg_index WHERE indrelid = $1::regclass AND indisvalid",
+          {QuotedName(table->Name)}, false);
+      for (int row = 0; row < indexes.Rows(); ++row)
+        ChangeOnce("REINDEX INDEX CONCURRENTLY " + std::string(indexes.Text(row, 0)));
     }
   } catch (const StoreError&) {
     line_.ExecuteNow(kTimeouts);
     throw;
   }
   line_.ExecuteNow(kTimeouts);
+}
+
+// Those that were interrupted, of the tables and of what keeps their long values.
+void PostgresConnection::DropBrokenIndexes() {
+  const PostgresResult broken =
+      Run("SELECT indexrelid::regclass FROM pg_index JOIN pg_class t ON indrelid IN (t.oid, "
+          "t.reltoastrelid) JOIN pg_class i ON i.oid = indexrelid WHERE NOT indisvalid AND "
+          "t.relnamespace = quote_ident(current_schema())::regnamespace AND "
+          "has_schema_privilege(i.relnamespace, 'USAGE')",
+          {}, false);
+  for (int row = 0; row < broken.Rows(); ++row)
+    ChangeOnce("DROP INDEX CONCURRENTLY " + std::string(broken.Text(row, 0)));
+}
+
+// The server has waited already, and an attempt may leave a half-made index: there is no second.
+void PostgresConnection::ChangeOnce(const std::string& sql) {
+  Check();
+  RequireWritable();
+  const PostgresResult result = line_.ExecuteNow(sql);
+  if (!result.Succeeded()) Fail(result, sql);
+  KeepStatement();
 }
 
 // --- Transactions ---

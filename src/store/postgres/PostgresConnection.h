@@ -67,7 +67,8 @@ class PostgresConnection {
   // Notices have come since the last asking. Reads what the server has sent, and waits for nothing.
   bool TakeNotices();
 
-  // Beside whoever works on the base; not in a transaction. Locks are waited for, seconds.
+  // Beside whoever works on the base; not in a transaction. Each lock is waited for ten seconds,
+  // once: throws kErrLocked behind that. May take minutes.
   void Compact();
 
   void Begin();         // nothing when one is open
@@ -110,6 +111,8 @@ class PostgresConnection {
   [[noreturn]] void FailConnection(const std::string& what);
   PostgresResult Attempt(const std::string& sql, const Parameters* prepared, bool writes,
                          std::string_view shown);
+  void DropBrokenIndexes();
+  void ChangeOnce(const std::string& sql);
   void KeepStatement();
   void TakeBackStatement();
   void TakeBackTransaction();

@@ -12,6 +12,7 @@ namespace zemo {
 // Behind the base's name.
 inline constexpr char kNewerForm[] =
     " was made by a newer version of the program: this one only reads it";
+inline constexpr char kNoStationsBase[] = " is no station's base";
 
 // Throws the StoreError of a refusal. `base` is what it calls the base, `shown` the statement;
 // `tables` is asked for the table of a key that is there twice.

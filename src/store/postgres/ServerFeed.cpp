@@ -9,6 +9,7 @@
 #include "store/Schema.h"
 #include "store/StoreError.h"
 #include "store/postgres/PostgresConnection.h"
+#include "store/postgres/PostgresErrors.h"
 #include "store/postgres/PostgresValues.h"
 
 namespace zemo {
@@ -60,6 +61,16 @@ bool ServerFeed::GoesOnFrom(const FeedPlace& place) {
       "SELECT 1 FROM zemo.changes WHERE place = $1::bigint AND at::text = $2::text",
       {std::to_string(place.place), place.mark}, false);
   return same.Rows() == 1;
+}
+
+bool ServerFeed::HoldsStation() {
+  const auto& tables = connection_->AllTables();
+  return std::any_of(tables.begin(), tables.end(),
+                     [](const auto& table) { return FindSchemaTable(table->Name) != nullptr; });
+}
+
+void ServerFeed::RequireStation() {
+  if (!HoldsStation()) throw StoreError(kErrNoSuchFile, connection_->Name() + kNoStationsBase);
 }
 
 bool ServerFeed::IsOfThisVersion() {

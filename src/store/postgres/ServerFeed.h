@@ -57,6 +57,10 @@ class ServerFeed {
   FeedPlace Now();
   // What came behind that place can be told: the base is the same, and its changes are still known.
   bool GoesOnFrom(const FeedPlace& place);
+  // A table of the station is there. Without any it was moved away, or is just being restored.
+  bool HoldsStation();
+  // Throws kErrNoSuchFile where it does not.
+  void RequireStation();
   bool IsOfThisVersion();  // the base; one of a newer version is only read
   bool MayWrite();         // this role, a table of the station at least
   // Tables in which it may not store whatever it likes, or that the base does not watch.
@@ -83,7 +87,7 @@ class ServerFeed {
   // Changes that are older than this are forgotten; who has not taken them in by then reads the
   // whole base again.
   void ForgetChanges(int days);
-  void Compact();
+  void Compact();  // minutes, maybe
 
   void Listen();       // for changes, from now on
   int Socket();        // readable when the server has said something; -1: lost

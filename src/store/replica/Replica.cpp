@@ -211,6 +211,7 @@ void Replica::SetWriting(Writing writing, const std::vector<std::string>& closed
       ClosedTablesOf(*connection_) == closedTables)
     return;
   Held held(*connection_);
+  if (OnlyReads() && writing == Writing::kAllowed && Waiting() > 0) DropPlace();
   connection_->Prepare("UPDATE zemo_replica SET onlyReads = ?1").Bind(1, state).Run();
   connection_->ExecuteNow("DELETE FROM zemo_closed");
   for (const std::string& table : closedTables)
@@ -333,8 +334,13 @@ void Replica::Drop(const RefusedRow& row) {
       .Bind(1, row.table)
       .Bind(2, row.number)
       .Run();
-  connection_->ExecuteNow("UPDATE zemo_replica SET base = ''");
+  DropPlace();
   held.Commit();
+}
+
+// Of no base: it is made anew once its queue is sent.
+void Replica::DropPlace() {
+  connection_->ExecuteNow("UPDATE zemo_replica SET base = ''");
 }
 
 bool Replica::TakeIn(const std::vector<ServerRows>& changes, const FeedPlace& place) {

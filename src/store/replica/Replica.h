@@ -67,7 +67,8 @@ class Replica {
   void TakeOver(Replica& former);
   FeedPlace Place();
   // What is written from now on is stored, or refused with a line that says why; of these tables
-  // it is refused in any case.
+  // it is refused in any case. Where something waits that could not be sent up to now the replica
+  // is to be made anew once it is: rows may have been passed over (TakeInBesideQueue).
   void SetWriting(Writing writing, const std::vector<std::string>& closedTables);
   bool OnlyReads();
   // Which program last saw to the base on the server (ProgramMark).
@@ -102,7 +103,8 @@ class Replica {
   // False, and nothing is changed, where something waits in the queue: it is to be sent first, so
   // that what was written here is not lost under an older row.
   bool TakeIn(const std::vector<ServerRows>& changes, const FeedPlace& place);
-  // For a copy, of which nothing is sent: rows that wait in the queue stay as they are.
+  // Where nothing is sent (a copy, a machine that only reads): rows that wait in the queue stay as
+  // they are.
   void TakeInBesideQueue(const std::vector<ServerRows>& changes, const FeedPlace& place);
 
   // --- numbers of new rows ---
@@ -116,6 +118,7 @@ class Replica {
   void Renew();
   void Put(const ServerRows& changes, const std::set<int64_t>& untouched);
   void SetPlace(const FeedPlace& place);
+  void DropPlace();
 
   std::unique_ptr<Connection> connection_;
   std::string machine_;

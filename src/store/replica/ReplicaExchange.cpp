@@ -27,10 +27,9 @@ void ReplicaExchange::TakeRights() {
 bool ReplicaExchange::Begin() {
   TakeRights();
   const int64_t taken = feed_.TakenFrom(replica_.Machine());
-  if (!replica_.HasHad(taken))
-    GoOnFromAnOlderState(taken);
-  else if (taken > 0)
-    replica_.Sent(taken);
+  const bool isOlderState = !replica_.HasHad(taken);
+  if (isOlderState && !replica_.OnlyReads()) GoOnFromAnOlderState(taken);
+  if (!isOlderState && taken > 0) replica_.Sent(taken);
   return feed_.GoesOnFrom(replica_.Place());
 }
 
@@ -38,8 +37,6 @@ bool ReplicaExchange::Begin() {
 // written since the older state was put back, and may stand under numbers that were given before.
 // What the server has had since then it tells as any other change.
 void ReplicaExchange::GoOnFromAnOlderState(int64_t taken) {
-  if (replica_.Waiting() > 0 && replica_.OnlyReads())
-    throw StoreError(kErrReadOnly, "what this machine has to send needs a role that writes");
   for (const auto& [table, numbers] : replica_.NewRows()) {
     if (IsClosed(table)) continue;
     const ServerRows there = feed_.RowsOf(table, numbers);
@@ -55,6 +52,7 @@ void ReplicaExchange::GoOnFromAnOlderState(int64_t taken) {
 
 // All at once; where something of it is refused, write by write, so that the others go.
 void ReplicaExchange::Send() {
+  if (replica_.OnlyReads()) return;
   int64_t mostWrites = kMostWrites;
   while (const auto queued = replica_.Queued(mostWrites)) {
     const std::string why = Refusal(*queued);
@@ -76,7 +74,7 @@ std::string ReplicaExchange::Refusal(const QueuedWrites& queued) {
     feed_.Take(replica_.Machine(), queued.last, queued.changes);
     return {};
   } catch (const StoreError& error) {
-    if (!IsRefusal(error, queued) || !feed_.HasItsFunctions()) throw;
+    if (!IsRefusal(error, queued) || !feed_.HasItsFunctions() || !feed_.HoldsStation()) throw;
     return error.what();
   }
 }
@@ -99,11 +97,18 @@ bool ReplicaExchange::TakeIn() {
     const ServerChanges changes = feed_.Behind(place, kMostChanges);
     if (!changes.place.IsOfSameBase(place)) return false;
     if (changes.place == place) return true;
-    if (replica_.TakeIn(changes.tables, changes.place))
+    if (PutIn(changes))
       more = changes.more;
     else
       Send();
   }
+  return true;
+}
+
+// False: something is to be sent first. What cannot be sent keeps nobody from reading.
+bool ReplicaExchange::PutIn(const ServerChanges& changes) {
+  if (!replica_.OnlyReads()) return replica_.TakeIn(changes.tables, changes.place);
+  replica_.TakeInBesideQueue(changes.tables, changes.place);
   return true;
 }
 

@@ -31,9 +31,10 @@ class ReplicaExchange {
   // was lost. False: the replica is of another base, or of another structure, and to be made anew
   // once the queue is sent.
   bool Begin();
-  // What waits in the queue is sent, to its end.
+  // What waits in the queue is sent, to its end; nothing by who only reads, whose queue stays.
   void Send();
-  // What others have stored is taken in. False as Begin.
+  // What others have stored is taken in; by who only reads without the rows that wait. False as
+  // Begin.
   bool TakeIn();
   // Every table has numbers for new rows, most of a block at least; none for who only reads.
   void GiveNumbers();
@@ -47,6 +48,7 @@ class ReplicaExchange {
   std::string Refusal(const QueuedWrites& queued);
   bool IsRefusal(const StoreError& error, const QueuedWrites& queued);
   bool IsClosed(const std::string& table) const;
+  bool PutIn(const ServerChanges& changes);
   void AddBlock(const std::string& table, int64_t first);
 
   Replica& replica_;

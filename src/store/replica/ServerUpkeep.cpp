@@ -9,6 +9,7 @@
 #include "store/StructureUpgrade.h"
 #include "store/TableDefs.h"
 #include "store/postgres/PostgresDatabase.h"
+#include "store/postgres/PostgresErrors.h"
 #include "store/postgres/PostgresFunctions.h"
 #include "store/replica/ReplicaSchema.h"
 
@@ -43,6 +44,14 @@ class Faults {
   std::string refused_;
 };
 
+// The first table is made by who moves a station here, and by nobody else: one that was moved away
+// would be there again, and empty.
+void RequireStation(StationBase& base) {
+  for (const TableDef& table : SchemaTables())
+    if (base.Db().Tables().Has(table.Name)) return;
+  throw StoreError(kErrNoSuchFile, base.Path() + kNoStationsBase);
+}
+
 }  // namespace
 
 std::string ProgramMark() {
@@ -56,6 +65,7 @@ void BringBaseUpToDate(const std::string& url, const std::function<void(const st
                        LineKeeper* keeper) {
   StationBase base(ServerPlace(url, keeper));
   base.OpenOrCreateDatabase();
+  RequireStation(base);
   Faults faults(told);
   base.CreateMissingTables(
       [&faults](const std::string& table, int number, const std::string& text) {

@@ -16,7 +16,8 @@ std::string ProgramMark();
 // tables made. `told` hears a line of each change and of each fault, which stops nothing else.
 // What this role may not do is left as it is, which is told in one line.
 // Its own connection, closed again; `keeper` may give it up (null: nobody does). Throws StoreError
-// where the base cannot be opened. Thread: any.
+// where the base cannot be opened, kErrNoSuchFile where none of a station's tables is in it.
+// Thread: any.
 void BringBaseUpToDate(const std::string& url, const std::function<void(const std::string&)>& told,
                        LineKeeper* keeper = nullptr);
 

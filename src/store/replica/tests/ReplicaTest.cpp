@@ -327,6 +327,16 @@ TEST_F(ReplicaTest, ABaseWithoutItsFunctionsRefusesNothing) {
   EXPECT_EQ(OnServer(kTitles), (Strings{"kept", "SOS"}));
 }
 
+TEST_F(ReplicaTest, ABaseWhoseTablesWereMovedAwayRefusesNothing) {
+  Air().Db().Execute("UPDATE Discotheque SET TITRE = 'waits'");
+  Server().BeginTrans();
+  dynamic_cast<ServerDatabase&>(Server()).SetTablesAside("aside");
+  Server().CommitTrans();
+  EXPECT_EQ(ErrorOf([&] { Air().Send(); }), kErrNoSuchTable);
+  EXPECT_EQ(Air().Refused(), Strings{});
+  EXPECT_EQ(Air().Copy().Waiting(), 1);
+}
+
 TEST_F(ReplicaTest, TwoRowsMayExchangeWhatOnlyOneCanHave) {
   EXPECT_EQ(ByHand("CREATE UNIQUE INDEX once ON \"Variete\" (\"POURCENT\")"), "");
   EXPECT_EQ(ErrorOf([&] {
@@ -589,6 +599,53 @@ TEST_F(ReplicaTest, WhoMayWriteNothingAnyMoreKeepsAllThatHeHasToSend) {
   EXPECT_EQ(ErrorOf([&] { desk.Send(); }), kErrReadOnly);
   EXPECT_TRUE(desk.Refused().empty());
   EXPECT_EQ(desk.Copy().Waiting(), 1);
+}
+
+// Rows that wait are passed over meanwhile: once they are sent the replica is made anew, though the
+// program ends in between.
+TEST_F(ReplicaTest, WhoMayWriteNothingAnyMoreReadsOnAndHasAllOnceHeMayAgain) {
+  MakeWorker();
+  Machine desk("desk", WorkersUrl(), folder_);
+  desk.Db().Execute("INSERT INTO VT(FILENAME, CODE) VALUES('v', 7)");
+  desk.Meet();
+  desk.Db().Execute("UPDATE VT SET FILENAME = 'waits' WHERE CODE = 7");
+  ASSERT_EQ(ByHand("SELECT zemo.give_rights('worker', 'read')"), "");
+  Server().Execute("INSERT INTO Discotheque(TITRE) VALUES('new')");
+  Server().Execute("DELETE * FROM VT WHERE CODE = 7");
+  desk.Meet();
+  EXPECT_EQ(desk.Rows(kTitles), (Strings{"new", "SOS"}));
+  EXPECT_EQ(desk.Rows("SELECT FILENAME FROM VT"), Strings{"waits"});
+  EXPECT_EQ(desk.Copy().Waiting(), 1);
+  ASSERT_EQ(ByHand("SELECT zemo.give_rights('worker', 'work')"), "");
+  desk.Steps().TakeRights();
+  desk.Restart([] {});
+  desk.Meet();
+  EXPECT_EQ(desk.Copy().Waiting(), 0);
+  EXPECT_EQ(desk.Rows("SELECT FILENAME FROM VT"), Strings{});
+}
+
+TEST_F(ReplicaTest, AnOlderStateThatMayWriteNothingReadsOnAndSendsOnceItMay) {
+  MakeWorker();
+  Machine desk("desk", WorkersUrl(), folder_);
+  const std::string old = desk.Path() + ".old";
+  desk.Restart([&] { std::filesystem::copy_file(desk.Path(), old); });
+  for (const char* title : {"before", "later"})
+    desk.Db().Execute("INSERT INTO Rapport(TITRE) VALUES(?)", {title});
+  desk.Meet();
+  desk.Restart([&] { std::filesystem::rename(old, desk.Path()); });
+  desk.Db().Execute("INSERT INTO Rapport(TITRE) VALUES('put back')");
+  ASSERT_EQ(ByHand("SELECT zemo.give_rights('worker', 'read')"), "");
+  Server().Execute("INSERT INTO Discotheque(TITRE) VALUES('new')");
+  desk.Meet();
+  EXPECT_EQ(desk.Rows(kTitles), (Strings{"new", "SOS"}));
+  EXPECT_EQ(desk.Copy().Waiting(), 1);
+  EXPECT_EQ(desk.Told(), Strings{});
+  ASSERT_EQ(ByHand("SELECT zemo.give_rights('worker', 'work')"), "");
+  desk.Meet();
+  const std::string report = "SELECT TITRE FROM Rapport ORDER BY TITRE";
+  EXPECT_EQ(OnServer(report), (Strings{"before", "later", "put back"}));
+  EXPECT_EQ(desk.Rows(report), (Strings{"before", "later", "put back"}));
+  EXPECT_EQ(desk.Told().size(), 1U);
 }
 
 TEST_F(ReplicaTest, AProgramThatIsOlderThanTheBaseIsToldSo) {
