@@ -126,7 +126,7 @@ bool PostgresConnection::IsLost() const {
 
 void PostgresConnection::FailConnection(const std::string& what) {
   lost_ = true;
-  inTransaction_ = false;
+  inTransaction_ = onlyReads_ = false;
   throw StoreError(kErrOther, name_ + ' ' + what + ": " + line_.Fault());
 }
 
@@ -391,13 +391,13 @@ void PostgresConnection::BeginReading() {
   const PostgresResult result = line_.ExecuteNow(
       std::string("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; ") + kSetPoint);
   if (!result.Succeeded()) Fail(result, "BEGIN");
-  inTransaction_ = true;
+  inTransaction_ = onlyReads_ = true;
 }
 
 void PostgresConnection::Commit() {
   Check();
   if (!inTransaction_) return;
-  inTransaction_ = false;
+  inTransaction_ = onlyReads_ = false;
   const PostgresResult result = line_.ExecuteNow("COMMIT");
   if (!result.Succeeded()) {
     TakeBackTransaction();
@@ -410,6 +410,7 @@ void PostgresConnection::Rollback() {
   if (!line_.IsOpen() || !inTransaction_) return;
   inTransaction_ = false;
   TakeBackTransaction();
+  if (std::exchange(onlyReads_, false)) return;
   ++ownChanges_;
   catalogue_.Forget();
 }

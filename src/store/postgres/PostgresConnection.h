@@ -127,6 +127,7 @@ class PostgresConnection {
   PostgresLine line_;
   PostgresCatalogue catalogue_;
   bool inTransaction_ = false;
+  bool onlyReads_ = false;  // the transaction, which leaves everything as it was
   bool lost_ = false;
   std::string whyReadOnly_;
 

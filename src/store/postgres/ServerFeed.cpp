@@ -113,6 +113,7 @@ ServerChanges ServerFeed::Behind(const FeedPlace& place, int64_t mostChanges) {
   ServerChanges changes;
   const Reading moment(*connection_);
   changes.place = Now();
+  if (!changes.place.IsOfSameBase(place)) return changes;  // of another structure, perhaps
   const int64_t newest = changes.place.place;
   const PostgresResult noted = connection_->Run(
       "SELECT tablename, number, place, at::text FROM zemo.changes WHERE place > $1::bigint "

@@ -1,4 +1,6 @@
 // What only a server can do to its stations: go away, be somebody else's, refuse.
+#include "store/Reading.h"
+#include "store/postgres/PostgresConnection.h"
 #include "store/postgres/ServerUrl.h"
 #include "store/postgres/tests/EngineFixture.h"
 
@@ -34,6 +36,24 @@ TEST_F(ServerBase, ThatWentAwayIsToldAndServesAgainWhenItIsOpenedAgain) {
   EXPECT_FALSE(Db().FileIsLost());
   const auto rows = Db().OpenRecordset("SELECT LIBELLE FROM VT");
   EXPECT_EQ(ColumnOf(*rows, "LIBELLE"), Strings{"kept"});
+}
+
+// Which every machine opens at each change of any of them.
+TEST_F(ServerBase, AReadingTransactionLeavesTheTablesKnown) {
+  PostgresConnection connection(TestServer::Get().Url(made->Name()), false,
+                                std::make_shared<LockWait>());
+  ASSERT_NE(connection.FindTable("VT"), nullptr);
+  const int64_t counter = connection.ChangeCounter();
+  {
+    const Reading moment(connection);
+    EXPECT_NE(connection.FindTable("VT"), nullptr);
+  }
+  EXPECT_NE(connection.FindTable("VT"), nullptr);
+  EXPECT_EQ(connection.ChangeCounter(), counter);
+  TestServer::Get().Try(made->Name(), "ALTER TABLE \"VT\" ADD COLUMN \"MORE\" text");
+  const Reading moment(connection);
+  EXPECT_EQ(connection.AllTables().size(), SchemaTables().size());
+  EXPECT_NE(connection.FindTable("VT")->FindField("MORE"), nullptr);
 }
 
 TEST_F(ServerBase, OfSomethingElseIsNoStationsBase) {
